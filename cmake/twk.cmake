@@ -1,0 +1,31 @@
+# Rules shared by every target: warnings are errors, one precompiled header, sanitizers on request.
+
+find_program(TWK_CCACHE ccache)
+if(TWK_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${TWK_CCACHE})
+endif()
+
+add_library(twk_rules INTERFACE)
+target_compile_options(twk_rules INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TWK_CCACHE)
+  target_compile_options(twk_rules INTERFACE -fpch-preprocess)
+endif()
+if(TWK_SANITIZE)
+  target_compile_options(twk_rules INTERFACE -fsanitize=${TWK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(twk_rules INTERFACE -fsanitize=${TWK_SANITIZE})
+endif()
+
+# twk_library(<name> FOLDERS <folder>… LINKS <library>…): one library from the sources of some folders of src/.
+function(twk_library name)
+  cmake_parse_arguments(ARG "" "" "FOLDERS;LINKS" ${ARGN})
+  set(globs ${ARG_FOLDERS})
+  list(TRANSFORM globs PREPEND ${PROJECT_SOURCE_DIR}/src/)
+  list(TRANSFORM globs APPEND /*.cpp)
+  file(GLOB sources CONFIGURE_DEPENDS ${globs})
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE twk_rules)
+  if(NOT name STREQUAL twk_base)
+    target_precompile_headers(${name} REUSE_FROM twk_base)
+  endif()
+endfunction()

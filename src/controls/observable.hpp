@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// What a window holds, without pixels. A screen shows these values and writes back what a person does; the
+/// logic reads and writes them and needs no toolkit.
+namespace twk::controls {
+
+/// Ends the watch it stands for when it goes. It may outlive what it watches.
+class Watch {
+ public:
+  Watch() = default;
+  explicit Watch(std::shared_ptr<void> hold) : hold_(std::move(hold)) {}
+
+ private:
+  std::shared_ptr<void> hold_;
+};
+
+/// A list of callbacks. One that is added or ended while they run takes effect with the next call.
+class Signal {
+ public:
+  using Callback = std::function<void()>;
+
+  [[nodiscard]] Watch watch(Callback callback) const;
+  void emit() const;
+
+ private:
+  mutable std::vector<std::weak_ptr<Callback>> callbacks_;
+};
+
+/// A value that tells when it becomes another one.
+template <typename T>
+class Observable {
+ public:
+  Observable() = default;
+  explicit Observable(T value) : value_(std::move(value)) {}
+  Observable(const Observable&) = delete;
+  Observable& operator=(const Observable&) = delete;
+
+  Observable& operator=(T value) {
+    if (!(value == value_)) {
+      value_ = std::move(value);
+      changed_.emit();
+    }
+    return *this;
+  }
+
+  [[nodiscard]] const T& get() const { return value_; }
+  operator const T&() const { return value_; }  // NOLINT: it stands for its value
+  [[nodiscard]] Watch watch(Signal::Callback callback) const { return changed_.watch(std::move(callback)); }
+
+  friend bool operator==(const Observable& observable, const T& value) { return observable.value_ == value; }
+
+ private:
+  T value_{};
+  Signal changed_;
+};
+
+}  // namespace twk::controls

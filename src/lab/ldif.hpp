@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// LDIF, RFC 2849: content records and change records.
+///
+///     ldif-file     version-spec 1*(SEP record)
+///     record        "dn:" value, attribute lines, an empty line
+///     value         ": " SAFE text | ":: " base64 | ":< " file URL (refused)
+///     continuation  a line that begins with one blank goes on with the line before
+///     comment       a line that begins with "#", with its continuations
+namespace twk::lab {
+
+struct LdifAttribute {
+  std::string name;                 ///< as spelled, options included
+  std::vector<std::string> values;  ///< raw bytes
+};
+
+enum class ChangeType { kContent, kAdd, kDelete, kModify, kModRdn };
+enum class ModifyKind { kAdd, kDelete, kReplace };
+
+struct Modification {
+  ModifyKind kind = ModifyKind::kReplace;
+  std::string attribute;
+  std::vector<std::string> values;
+
+  friend bool operator==(const Modification&, const Modification&) = default;
+};
+
+/// One record. `attributes` of content and add, `modifications` of modify, the rest of modrdn.
+struct LdifRecord {
+  ChangeType type = ChangeType::kContent;
+  std::string dn;
+  std::vector<LdifAttribute> attributes;
+  std::vector<Modification> modifications;
+  std::string new_rdn;
+  bool delete_old_rdn = true;
+  std::optional<std::string> new_superior;
+  std::size_t line = 0;   ///< 1-based line of its "dn:"
+  std::size_t end = 0;    ///< byte position behind the record, its closing empty line included
+};
+
+/// Calls `visit` for each record in order. Raises a runtime error that names the line for text that is not LDIF.
+/// "search:" and "result:" records and the comments of `ldapsearch` are passed over.
+void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit);
+
+/// Appends one record with its closing empty line; lines are folded at 76 characters, values that are not
+/// SAFE-STRING are base64.
+void append_ldif(std::string& out, const LdifRecord& record);
+
+}  // namespace twk::lab

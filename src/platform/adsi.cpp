@@ -1,0 +1,120 @@
+#include "platform/adsi.hpp"
+
+#include <array>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+
+namespace twk::platform {
+namespace {
+
+struct PropertyName {
+  std::string_view property;
+  std::string_view attribute;
+};
+
+constexpr std::array<PropertyName, 12> kProperties = {{
+    {"FullName", "displayName"},
+    {"FirstName", "givenName"},
+    {"LastName", "sn"},
+    {"OfficeLocations", "physicalDeliveryOfficeName"},
+    {"EmailAddress", "mail"},
+    {"LoginScript", "scriptPath"},
+    {"Profile", "profilePath"},
+    {"LoginHours", "logonHours"},
+    {"TelephoneNumber", "telephoneNumber"},
+    {"HomePage", "wWWHomePage"},
+    {"AccountExpirationDate", "accountExpires"},
+    {"HomeDirDrive", "homeDrive"},
+}};
+
+/// "accountExpires" of an account that never expires; 0 means the same.
+constexpr std::string_view kNeverExpires = "9223372036854775807";
+
+std::int64_t to_int64(std::string_view text) {
+  std::int64_t number = 0;
+  for (const char c : text) {
+    if (c < '0' || c > '9' || number > (INT64_MAX - 9) / 10) return number;
+    number = number * 10 + (c - '0');
+  }
+  return number;
+}
+
+}  // namespace
+
+std::string_view ldap_attribute(std::string_view property) {
+  for (const PropertyName& name : kProperties) {
+    if (base::equals_fold(name.property, property)) return name.attribute;
+  }
+  return property;
+}
+
+base::Date never_expires() { return base::make_date({1970, 1, 1}); }
+
+Value User::value(std::string_view property) const {
+  base::Trap trap;
+  Value result;
+  trap([&] { result = object_->Get(property); });
+  if (trap.number() != 0 && trap.number() != ads_error::kPropertyNotFound) {
+    throw base::RuntimeError(trap.number(), trap.description());
+  }
+  return result;
+}
+
+bool User::is_winnt() const { return base::starts_with_fold(object_->ADsPath(), "WinNT://"); }
+
+base::Bytes User::LoginHours() const {
+  const Value hours = value("LoginHours");
+  return hours.is_empty() ? base::Bytes{} : hours.bytes();
+}
+
+bool User::AccountDisabled() const {
+  const Value flags = value(is_winnt() ? "UserFlags" : "userAccountControl");
+  return !flags.is_empty() && (flags.integer() & kFlagAccountDisabled) != 0;
+}
+
+bool User::IsAccountLocked() const {
+  if (is_winnt()) {
+    const Value flags = value("UserFlags");
+    return !flags.is_empty() && (flags.integer() & kFlagLockedOut) != 0;
+  }
+  const std::string since = value("lockoutTime").text();
+  return !since.empty() && since != "0";
+}
+
+base::Date User::AccountExpirationDate() const {
+  if (is_winnt()) return object_->Get("AccountExpirationDate").date();
+  const std::string expires = value("accountExpires").text();
+  if (expires.empty() || expires == "0" || expires == kNeverExpires) return never_expires();
+  return base::from_filetime(to_int64(expires));
+}
+
+void User::put_flag(std::int32_t bit, bool on) {
+  const std::string_view attribute = is_winnt() ? "UserFlags" : "userAccountControl";
+  const Value before = value(attribute);
+  const std::int32_t flags = before.is_empty() ? kFlagNormalAccount : before.integer();
+  object_->Put(attribute, on ? flags | bit : flags & ~bit);
+}
+
+void User::put_AccountDisabled(bool disabled) { put_flag(kFlagAccountDisabled, disabled); }
+
+void User::put_IsAccountLocked(bool locked) {
+  if (locked) throw base::RuntimeError(ads_error::kUnwilling, "An account cannot be locked by setting a property");
+  if (is_winnt()) {
+    put_flag(kFlagLockedOut, false);
+  } else {
+    object_->Put("lockoutTime", "0");
+  }
+}
+
+void User::put_AccountExpirationDate(base::Date date) {
+  if (is_winnt()) {
+    object_->Put("AccountExpirationDate", date);
+  } else if (date == never_expires()) {
+    object_->Put("accountExpires", kNeverExpires);
+  } else {
+    object_->Put("accountExpires", base::to_text(base::to_filetime(date)));
+  }
+}
+
+}  // namespace twk::platform

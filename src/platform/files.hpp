@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Files and folders, named by paths with backslashes: network paths ("\\FS1\D$\Users\jo"), and paths of the
+/// workstation itself ("/srv/db\Site.dat"; forward slashes count as well). The last part of a path folds case:
+/// an existing file of another case is the file meant. Contents are bytes; text is encoded by the caller.
+///
+/// Every call raises `base::RuntimeError` when it fails, with the runtime's file numbers: 52 bad name, 53 file
+/// not found, 58 exists already, 61 disk full, 70 permission denied, 75 path/file access, 76 path not found.
+namespace twk::platform {
+
+/// A file open for appending. Each `write` reaches the file as one piece behind whatever stands there, also when
+/// another process appends to it.
+class AppendFile {
+ public:
+  virtual ~AppendFile() = default;
+  virtual void write(std::string_view bytes) = 0;
+};
+
+/// A file of fixed-length records, open for reading and writing.
+class RandomFile {
+ public:
+  virtual ~RandomFile() = default;
+  [[nodiscard]] virtual std::uint64_t size() = 0;
+  /// The bytes at `offset`; fewer than `count` at the end of the file.
+  virtual std::string read(std::uint64_t offset, std::size_t count) = 0;
+  /// All bytes, and on the disk when the call returns.
+  virtual void write(std::uint64_t offset, std::string_view bytes) = 0;
+  /// Keeps other sessions, in this process and in others, from writing these bytes under a lock of their own.
+  /// Waits for up to five seconds, then raises 70. The lock ends with `unlock` or with the object.
+  virtual void lock(std::uint64_t offset, std::uint64_t count) = 0;
+  virtual void unlock(std::uint64_t offset, std::uint64_t count) = 0;
+};
+
+struct FileEntry {
+  std::string name;
+  bool directory = false;
+};
+
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// True for a file or a directory; also False for a path that cannot be looked at.
+  virtual bool exists(std::string_view path) = 0;
+  virtual bool is_directory(std::string_view path) = 0;
+  /// One level: the parent must exist. Raises 75 when something of that name is there.
+  virtual void make_directory(std::string_view path) = 0;
+  /// What a directory holds, sorted by name.
+  virtual std::vector<FileEntry> list(std::string_view path) = 0;
+
+  virtual std::string read(std::string_view path) = 0;
+  /// Replaces the whole file: a reader, or a crash, sees the old contents or the new, never a part.
+  virtual void write(std::string_view path, std::string_view bytes) = 0;
+  virtual void remove(std::string_view path) = 0;
+
+  /// Creates the file when there is none. `truncate` empties it first.
+  virtual std::unique_ptr<AppendFile> open_append(std::string_view path, bool truncate = false) = 0;
+  /// Creates the file when there is none.
+  virtual std::unique_ptr<RandomFile> open_random(std::string_view path) = 0;
+  /// For reading alone; raises 53 when there is none.
+  virtual std::unique_ptr<RandomFile> open_random_read(std::string_view path) = 0;
+};
+
+}  // namespace twk::platform

@@ -1,0 +1,76 @@
+#include "platform/ldap_text.hpp"
+
+#include <optional>
+
+namespace twk::platform {
+namespace {
+
+void append_hex(std::string& out, char c) {
+  static constexpr std::string_view kDigits = "0123456789ABCDEF";
+  const auto byte = static_cast<unsigned char>(c);
+  out.push_back('\\');
+  out.push_back(kDigits[byte >> 4U]);
+  out.push_back(kDigits[byte & 15U]);
+}
+
+std::optional<unsigned> hex_digit(char c) {
+  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
+  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10U;
+  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10U;
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string escape_filter_value(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (const char c : text) {
+    if (c == '*' || c == '(' || c == ')' || c == '\\' || c == '\0') {
+      append_hex(out, c);
+    } else {
+      out.push_back(c);
+    }
+  }
+  return out;
+}
+
+std::string escape_dn_value(std::string_view text) {
+  static constexpr std::string_view kSpecial = ",+\"\\<>;";
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F) {
+      append_hex(out, c);
+      continue;
+    }
+    const bool edge_blank = c == ' ' && (i == 0 || i + 1 == text.size());
+    if (edge_blank || (c == '#' && i == 0) || kSpecial.find(c) != std::string_view::npos) out.push_back('\\');
+    out.push_back(c);
+  }
+  return out;
+}
+
+std::string unescape_dn_value(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\\' || i + 1 == text.size()) {
+      out.push_back(text[i]);
+      continue;
+    }
+    const auto high = hex_digit(text[i + 1]);
+    const auto low = i + 2 < text.size() ? hex_digit(text[i + 2]) : std::nullopt;
+    if (high && low) {
+      out.push_back(static_cast<char>(static_cast<unsigned char>(*high << 4U | *low)));
+      i += 2;
+    } else {
+      out.push_back(text[++i]);
+    }
+  }
+  return out;
+}
+
+}  // namespace twk::platform

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/clock.hpp"
+#include "platform/dialogs.hpp"
+#include "platform/directory.hpp"
+#include "platform/environment.hpp"
+#include "platform/files.hpp"
+#include "platform/network.hpp"
+#include "platform/process.hpp"
+#include "platform/query.hpp"
+#include "platform/registry.hpp"
+
+namespace twk::platform {
+
+/// The services a session works with. The owner keeps them alive as long as the session.
+struct Platform {
+  RegistryAccess& registry;
+  DirectoryService& directory;
+  QueryService& query;
+  Files& files;
+  Network& network;
+  Process& process;
+  Environment& environment;
+  Clock& clock;
+  Dialogs& dialogs;
+};
+
+}  // namespace twk::platform
