@@ -39,7 +39,8 @@ std::optional<std::vector<int>> numbers_between(std::string_view text, std::stri
   while (at <= text.size()) {
     const std::size_t end = std::min(text.find_first_of(separators, at), text.size());
     const std::string_view piece = text.substr(at, end - at);
-    if (piece.empty() || piece.size() > 4 || piece.find_first_not_of("0123456789") != npos) return std::nullopt;
+    if (piece.empty() || piece.size() > 4 || piece.find_first_not_of("0123456789") != npos)
+      return std::nullopt;
     numbers.push_back(val(piece));
     at = end + 1;
   }
@@ -48,7 +49,8 @@ std::optional<std::vector<int>> numbers_between(std::string_view text, std::stri
 
 bool read_day(std::string_view text, CivilTime& out) {
   const auto numbers = numbers_between(text, "/-.");
-  if (!numbers || numbers->size() != 3) return false;
+  if (!numbers || numbers->size() != 3)
+    return false;
   int day = (*numbers)[0];
   int month = (*numbers)[1];
   int year = (*numbers)[2];
@@ -57,11 +59,13 @@ bool read_day(std::string_view text, CivilTime& out) {
   } else if (text.size() - text.find_last_of("/-.") - 1 <= 2) {
     year += year < 30 ? 2000 : 1900;
   }
-  if (month > 12 && day <= 12) std::swap(day, month);
+  if (month > 12 && day <= 12)
+    std::swap(day, month);
   using namespace std::chrono;
   const year_month_day ymd{std::chrono::year{year}, std::chrono::month{static_cast<unsigned>(month)},
                            std::chrono::day{static_cast<unsigned>(day)}};
-  if (!ymd.ok() || year < 100) return false;
+  if (!ymd.ok() || year < 100)
+    return false;
   out.year = year;
   out.month = month;
   out.day = day;
@@ -70,7 +74,8 @@ bool read_day(std::string_view text, CivilTime& out) {
 
 bool read_time(std::string_view text, CivilTime& out) {
   const auto numbers = numbers_between(text, ":");
-  if (!numbers || numbers->size() < 2 || numbers->size() > 3) return false;
+  if (!numbers || numbers->size() < 2 || numbers->size() > 3)
+    return false;
   out.hour = (*numbers)[0];
   out.minute = (*numbers)[1];
   out.second = numbers->size() == 3 ? (*numbers)[2] : 0;
@@ -131,8 +136,10 @@ std::optional<Date> parse_date(std::string_view text) {
   text = trim(text);
   CivilTime parts;
   const std::size_t blank = text.find(' ');
-  if (!read_day(text.substr(0, blank), parts)) return std::nullopt;
-  if (blank != npos && !read_time(trim(text.substr(blank)), parts)) return std::nullopt;
+  if (!read_day(text.substr(0, blank), parts))
+    return std::nullopt;
+  if (blank != npos && !read_time(trim(text.substr(blank)), parts))
+    return std::nullopt;
   return make_date(parts);
 }
 

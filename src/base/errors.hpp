@@ -57,7 +57,8 @@ class Trap {
       std::forward<Step>(step)();
       return true;
     } catch (const RuntimeError& failure) {
-      if (rethrow_) throw;
+      if (rethrow_)
+        throw;
       number_ = failure.number();
       description_ = failure.description();
       return false;

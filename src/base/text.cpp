@@ -17,27 +17,35 @@ struct Decoded {
   bool valid;
 };
 
-bool is_continuation(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; }
+bool is_continuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
 
 /// The character at `at`. One byte, not valid, when the bytes there are not well-formed.
 Decoded decode_at(std::string_view text, std::size_t at) {
   const auto lead = static_cast<unsigned char>(text[at]);
-  if (lead < 0x80) return {lead, 1, true};
+  if (lead < 0x80)
+    return {lead, 1, true};
   const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || at + size > text.size()) return {lead, 1, false};
+  if (lead < 0xC2 || lead > 0xF4 || at + size > text.size())
+    return {lead, 1, false};
   char32_t code = lead & (0xFFU >> (size + 1));
   for (std::size_t i = 1; i < size; ++i) {
-    if (!is_continuation(text[at + i])) return {lead, 1, false};
+    if (!is_continuation(text[at + i]))
+      return {lead, 1, false};
     code = (code << 6U) | (static_cast<unsigned char>(text[at + i]) & 0x3FU);
   }
   const bool overlong = (size == 3 && code < 0x800) || (size == 4 && code < 0x10000);
   const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-  if (overlong || surrogate || code > 0x10FFFF) return {lead, 1, false};
+  if (overlong || surrogate || code > 0x10FFFF)
+    return {lead, 1, false};
   return {code, size, true};
 }
 
 void append_utf8(std::string& out, char32_t code) {
-  const auto byte = [&](char32_t value) { out.push_back(static_cast<char>(static_cast<unsigned char>(value))); };
+  const auto byte = [&](char32_t value) {
+    out.push_back(static_cast<char>(static_cast<unsigned char>(value)));
+  };
   if (code < 0x80) {
     byte(code);
   } else if (code < 0x800) {
@@ -55,33 +63,55 @@ void append_utf8(std::string& out, char32_t code) {
   }
 }
 
-bool between(char32_t code, char32_t first, char32_t last) { return code >= first && code <= last; }
+bool between(char32_t code, char32_t first, char32_t last) {
+  return code >= first && code <= last;
+}
 
 /// Blocks in which an upper-case letter is even (or odd) and its lower case the next code point.
-bool is_even_pair(char32_t c) { return between(c, 0x100, 0x12F) || between(c, 0x132, 0x137) || between(c, 0x14A, 0x177); }
-bool is_odd_pair(char32_t c) { return between(c, 0x139, 0x148) || between(c, 0x179, 0x17E); }
+bool is_even_pair(char32_t c) {
+  return between(c, 0x100, 0x12F) || between(c, 0x132, 0x137) || between(c, 0x14A, 0x177);
+}
+bool is_odd_pair(char32_t c) {
+  return between(c, 0x139, 0x148) || between(c, 0x179, 0x17E);
+}
 
 char32_t upper_code(char32_t c) {
-  if (c < 0x80) return between(c, U'a', U'z') ? c - 32 : c;
-  if (between(c, 0xE0, 0xFE) && c != 0xF7) return c - 32;
-  if (c == 0xFF) return 0x178;
-  if (is_even_pair(c)) return c & ~char32_t{1};
-  if (is_odd_pair(c)) return (c & 1U) != 0 ? c : c - 1;
-  if (between(c, 0x3B1, 0x3C9) && c != 0x3C2) return c - 32;
-  if (between(c, 0x430, 0x44F)) return c - 32;
-  if (between(c, 0x450, 0x45F)) return c - 80;
+  if (c < 0x80)
+    return between(c, U'a', U'z') ? c - 32 : c;
+  if (between(c, 0xE0, 0xFE) && c != 0xF7)
+    return c - 32;
+  if (c == 0xFF)
+    return 0x178;
+  if (is_even_pair(c))
+    return c & ~char32_t{1};
+  if (is_odd_pair(c))
+    return (c & 1U) != 0 ? c : c - 1;
+  if (between(c, 0x3B1, 0x3C9) && c != 0x3C2)
+    return c - 32;
+  if (between(c, 0x430, 0x44F))
+    return c - 32;
+  if (between(c, 0x450, 0x45F))
+    return c - 80;
   return c;
 }
 
 char32_t lower_code(char32_t c) {
-  if (c < 0x80) return between(c, U'A', U'Z') ? c + 32 : c;
-  if (between(c, 0xC0, 0xDE) && c != 0xD7) return c + 32;
-  if (c == 0x178) return 0xFF;
-  if (is_even_pair(c)) return c | 1U;
-  if (is_odd_pair(c)) return (c & 1U) != 0 ? c + 1 : c;
-  if (between(c, 0x391, 0x3A9) && c != 0x3A2) return c + 32;
-  if (between(c, 0x410, 0x42F)) return c + 32;
-  if (between(c, 0x400, 0x40F)) return c + 80;
+  if (c < 0x80)
+    return between(c, U'A', U'Z') ? c + 32 : c;
+  if (between(c, 0xC0, 0xDE) && c != 0xD7)
+    return c + 32;
+  if (c == 0x178)
+    return 0xFF;
+  if (is_even_pair(c))
+    return c | 1U;
+  if (is_odd_pair(c))
+    return (c & 1U) != 0 ? c + 1 : c;
+  if (between(c, 0x391, 0x3A9) && c != 0x3A2)
+    return c + 32;
+  if (between(c, 0x410, 0x42F))
+    return c + 32;
+  if (between(c, 0x400, 0x40F))
+    return c + 80;
   return c;
 }
 
@@ -118,9 +148,11 @@ constexpr std::array<char32_t, 32> kAnsiHigh = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
 char to_ansi_byte(char32_t code) {
-  if (code < 0x80 || between(code, 0xA0, 0xFF)) return static_cast<char>(static_cast<unsigned char>(code));
+  if (code < 0x80 || between(code, 0xA0, 0xFF))
+    return static_cast<char>(static_cast<unsigned char>(code));
   const auto* const found = std::find(kAnsiHigh.begin(), kAnsiHigh.end(), code);
-  if (found == kAnsiHigh.end()) return '?';
+  if (found == kAnsiHigh.end())
+    return '?';
   return static_cast<char>(static_cast<unsigned char>(0x80 + (found - kAnsiHigh.begin())));
 }
 
@@ -128,7 +160,8 @@ char to_ansi_byte(char32_t code) {
 
 std::string_view trim(std::string_view text) {
   const std::size_t first = text.find_first_not_of(' ');
-  if (first == npos) return {};
+  if (first == npos)
+    return {};
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
@@ -137,8 +170,12 @@ std::string_view trim_right(std::string_view text) {
   return last == npos ? std::string_view{} : text.substr(0, last + 1);
 }
 
-std::string upper(std::string_view text) { return map_codes(text, upper_code); }
-std::string lower(std::string_view text) { return map_codes(text, lower_code); }
+std::string upper(std::string_view text) {
+  return map_codes(text, upper_code);
+}
+std::string lower(std::string_view text) {
+  return map_codes(text, lower_code);
+}
 
 bool equals_fold(std::string_view a, std::string_view b) {
   return a.size() == b.size() && (a == b || upper(a) == upper(b));
@@ -149,17 +186,21 @@ bool starts_with_fold(std::string_view text, std::string_view prefix) {
 }
 
 std::size_t find_fold(std::string_view text, std::string_view needle, std::size_t from) {
-  if (from > text.size()) return npos;
+  if (from > text.size())
+    return npos;
   return upper(text).find(upper(needle), from);
 }
 
 std::size_t length(std::string_view text) {
   std::size_t count = 0;
-  for (std::size_t at = 0; at < text.size(); at += decode_at(text, at).size) ++count;
+  for (std::size_t at = 0; at < text.size(); at += decode_at(text, at).size)
+    ++count;
   return count;
 }
 
-std::string_view left(std::string_view text, std::size_t count) { return text.substr(0, skip(text, count)); }
+std::string_view left(std::string_view text, std::size_t count) {
+  return text.substr(0, skip(text, count));
+}
 
 std::string_view right(std::string_view text, std::size_t count) {
   const std::size_t all = length(text);
@@ -167,7 +208,8 @@ std::string_view right(std::string_view text, std::size_t count) {
 }
 
 std::string_view mid(std::string_view text, std::size_t start, std::size_t count) {
-  if (start == 0) return {};
+  if (start == 0)
+    return {};
   const std::string_view rest = text.substr(skip(text, start - 1));
   return count == npos ? rest : left(rest, count);
 }
@@ -181,7 +223,8 @@ std::string reverse(std::string_view text) {
     pieces.push_back(text.substr(at, size));
     at += size;
   }
-  for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) out += *piece;
+  for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece)
+    out += *piece;
   return out;
 }
 
@@ -209,7 +252,8 @@ std::string to_utf8(std::u32string_view text) {
 bool is_valid_utf8(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const Decoded one = decode_at(text, at);
-    if (!one.valid) return false;
+    if (!one.valid)
+      return false;
     at += one.size;
   }
   return true;
@@ -222,7 +266,8 @@ std::string to_valid_utf8(std::string_view text) {
 std::string to_ansi(std::string_view text) {
   std::string out;
   out.reserve(text.size());
-  for (const char32_t code : to_utf32(text)) out.push_back(to_ansi_byte(code));
+  for (const char32_t code : to_utf32(text))
+    out.push_back(to_ansi_byte(code));
   return out;
 }
 
@@ -238,25 +283,30 @@ std::string from_ansi(std::string_view bytes) {
 
 std::vector<std::string> split(std::string_view text, char separator) {
   std::vector<std::string> pieces;
-  if (text.empty()) return pieces;
+  if (text.empty())
+    return pieces;
   for (std::size_t from = 0;;) {
     const std::size_t to = text.find(separator, from);
     pieces.emplace_back(text.substr(from, to == npos ? npos : to - from));
-    if (to == npos) return pieces;
+    if (to == npos)
+      return pieces;
     from = to + 1;
   }
 }
 
 std::int32_t val(std::string_view text) {
   const std::size_t first = text.find_first_not_of(" \t");
-  if (first == npos) return 0;
+  if (first == npos)
+    return 0;
   text.remove_prefix(first);
   const bool negative = text.front() == '-';
-  if (negative || text.front() == '+') text.remove_prefix(1);
+  if (negative || text.front() == '+')
+    text.remove_prefix(1);
   std::int64_t number = 0;
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
   for (const char c : text) {
-    if (c < '0' || c > '9') break;
+    if (c < '0' || c > '9')
+      break;
     number = std::min(number * 10 + (c - '0'), kMost);
   }
   return static_cast<std::int32_t>(negative ? -number : number);
@@ -267,7 +317,8 @@ std::optional<std::int32_t> to_number(std::string_view text) {
   std::int32_t number = 0;
   const char* const end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, number);
-  if (text.empty() || result.ec != std::errc{} || result.ptr != end) return std::nullopt;
+  if (text.empty() || result.ec != std::errc{} || result.ptr != end)
+    return std::nullopt;
   return number;
 }
 
@@ -286,7 +337,8 @@ std::string to_hex(std::uint32_t number) {
 
 std::optional<std::string> find_control_character(std::string_view text) {
   for (const char32_t code : to_utf32(text)) {
-    if (code >= 0x20 && !between(code, 0x7F, 0x9F)) continue;
+    if (code >= 0x20 && !between(code, 0x7F, 0x9F))
+      continue;
     std::array<char, 16> buffer{};
     const int size = std::snprintf(buffer.data(), buffer.size(), "U+%04X", static_cast<unsigned>(code));
     return std::string(buffer.data(), static_cast<std::size_t>(size));

@@ -19,7 +19,8 @@ std::string_view trim(std::string_view text);
 std::string_view trim_right(std::string_view text);
 
 /// Simple case mapping of the Latin (also accented), Greek and Cyrillic letters. A letter and its other case
-/// have the same number of bytes, so byte positions stay; letters for which that does not hold are left alone.
+/// have the same number of bytes, so byte positions stay; letters for which that does not hold are left
+/// alone.
 std::string upper(std::string_view text);
 std::string lower(std::string_view text);
 
@@ -65,7 +66,8 @@ std::string to_text(std::int64_t number, int digits = 1);
 /// `number` as "0x" and eight hexadecimal digits.
 std::string to_hex(std::uint32_t number);
 
-/// The first control character (below 0x20, 0x7F, or U+0080 to U+009F), as "U+0009"; empty when there is none.
+/// The first control character (below 0x20, 0x7F, or U+0080 to U+009F), as "U+0009"; empty when there is
+/// none.
 std::optional<std::string> find_control_character(std::string_view text);
 
 }  // namespace twk::base

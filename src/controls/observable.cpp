@@ -9,10 +9,12 @@ Watch Signal::watch(Callback callback) const {
 }
 
 void Signal::emit() const {
-  if (callbacks_.empty()) return;
+  if (callbacks_.empty())
+    return;
   const auto now = callbacks_;
   for (const auto& weak : now) {
-    if (const auto callback = weak.lock()) (*callback)();
+    if (const auto callback = weak.lock())
+      (*callback)();
   }
   std::erase_if(callbacks_, [](const auto& weak) { return weak.expired(); });
 }

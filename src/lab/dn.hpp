@@ -7,8 +7,8 @@
 /// Distinguished names, RFC 4514.
 namespace twk::lab {
 
-/// The parts of a name, the leaf first, escapes kept and blanks around them removed. Raises kInvalidDn for text
-/// that is no distinguished name. The empty text has no parts.
+/// The parts of a name, the leaf first, escapes kept and blanks around them removed. Raises kInvalidDn for
+/// text that is no distinguished name. The empty text has no parts.
 std::vector<std::string_view> split_dn(std::string_view dn);
 /// What is behind the first part; empty for a name of one part.
 std::string_view parent_dn(std::string_view dn);
@@ -22,8 +22,8 @@ struct Rdn {
 Rdn parse_rdn(std::string_view rdn);
 /// Type and value put together, the value escaped.
 std::string make_rdn(std::string_view type, std::string_view value);
-/// The form in which two names are the same: types and values in upper case, escapes in one spelling, no blanks
-/// between parts. Raises kInvalidDn.
+/// The form in which two names are the same: types and values in upper case, escapes in one spelling, no
+/// blanks between parts. Raises kInvalidDn.
 std::string normalize_dn(std::string_view dn);
 /// "DC=twk,DC=test" of "twk.test"; "DC=OLDNT" of "OLDNT".
 std::string domain_dn(std::string_view domain);

@@ -29,12 +29,12 @@ class Entry {
 
 /// The directory of a lab: "domain.ldif" and the journal of changes since, held in memory with indexes by DN,
 /// "samAccountName", "userPrincipalName", "objectSid", "primaryGroupID" and parent. Structure is checked here
-/// (a parent must exist, a DN is used once, a parent with children is not removed, links name entries); the rules
-/// of a domain are the callers'.
+/// (a parent must exist, a DN is used once, a parent with children is not removed, links name entries); the
+/// rules of a domain are the callers'.
 ///
-/// Several processes may have one lab open. A write takes a lock on the journal, reads what others wrote, applies
-/// the change, appends it as one LDIF change record and syncs it, unless a batch is open. `refresh` reads what
-/// others wrote and costs one look at the file's size when there is nothing.
+/// Several processes may have one lab open. A write takes a lock on the journal, reads what others wrote,
+/// applies the change, appends it as one LDIF change record and syncs it, unless a batch is open. `refresh`
+/// reads what others wrote and costs one look at the file's size when there is nothing.
 class EntryStore {
  public:
   virtual ~EntryStore() = default;
@@ -59,20 +59,21 @@ class EntryStore {
   /// Number of entries.
   [[nodiscard]] virtual std::size_t size() const = 0;
 
-  // Change. `guard` runs under the lock, after what others wrote is read and before the change is made: a rule
-  // that must hold at that moment (a name not in use) is checked there, and what it raises leaves all as it was.
-  // Each raises the directory's error numbers, and the runtime's disk numbers when the journal cannot be written;
-  // the entries in memory then are as they were.
+  // Change. `guard` runs under the lock, after what others wrote is read and before the change is made: a
+  // rule that must hold at that moment (a name not in use) is checked there, and what it raises leaves all as
+  // it was. Each raises the directory's error numbers, and the runtime's disk numbers when the journal cannot
+  // be written; the entries in memory then are as they were.
 
   using Guard = std::function<void()>;
   virtual void add(const std::string& dn, std::vector<LdifAttribute> attributes, const Guard& guard) = 0;
-  virtual void modify(const std::string& dn, const std::vector<Modification>& changes, const Guard& guard) = 0;
+  virtual void modify(const std::string& dn, const std::vector<Modification>& changes,
+                      const Guard& guard) = 0;
   virtual void remove(const std::string& dn, const Guard& guard) = 0;
   virtual void rename(const std::string& dn, const std::string& new_rdn, const std::string& new_parent,
                       const Guard& guard) = 0;
 
-  /// Between the two, changes are written at once but synced only at the end; batches nest. `end_batch` raises
-  /// when the sync fails.
+  /// Between the two, changes are written at once but synced only at the end; batches nest. `end_batch`
+  /// raises when the sync fails.
   virtual void begin_batch() = 0;
   virtual void end_batch() = 0;
 
@@ -80,10 +81,10 @@ class EntryStore {
   virtual void export_to(const std::function<void(std::string_view)>& write) const = 0;
 };
 
-/// Opens the folder's "domain.ldif" and "domain.journal.ldif" (which may be missing). A journal whose last record
-/// is torn is cut behind the last whole one and `warn` is told. A journal larger than 16 MiB is folded in: a new
-/// "domain.ldif" is written, synced and renamed, then the journal emptied; processes that have the lab open notice
-/// it. Raises runtime errors that name the file and line.
+/// Opens the folder's "domain.ldif" and "domain.journal.ldif" (which may be missing). A journal whose last
+/// record is torn is cut behind the last whole one and `warn` is told. A journal larger than 16 MiB is folded
+/// in: a new "domain.ldif" is written, synced and renamed, then the journal emptied; processes that have the
+/// lab open notice it. Raises runtime errors that name the file and line.
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder,
                                              const std::function<void(const std::string&)>& warn);
 

@@ -25,20 +25,21 @@ struct Filter {
   Kind kind = Kind::kPresent;
   std::vector<Filter> children;  ///< of and, or, not
   std::string attribute;
-  std::string value;               ///< unescaped bytes
-  std::vector<std::string> pieces; ///< of substrings: initial, any…, final; initial and final may be empty
-  std::string matching_rule;       ///< of extensible; the bit rules 1.2.840.113556.1.4.803 and .804 are known
+  std::string value;                ///< unescaped bytes
+  std::vector<std::string> pieces;  ///< of substrings: initial, any…, final; initial and final may be empty
+  std::string matching_rule;  ///< of extensible; the bit rules 1.2.840.113556.1.4.803 and .804 are known
 };
 
-/// Raises a runtime error that tells the position for text that is no filter. Nesting deeper than 100 is refused.
+/// Raises a runtime error that tells the position for text that is no filter. Nesting deeper than 100 is
+/// refused.
 Filter parse_filter(std::string_view text);
 
 /// The values of an attribute of the entry at hand, asked by name.
 using AttributeReader = std::function<std::vector<std::string_view>(std::string_view attribute)>;
 
-/// True when the filter holds for the entry. Text compares without regard to case and with runs of blanks as one,
-/// integers as numbers; an attribute that the entry lacks is "undefined", which is not true, also behind "not".
-/// "objectCategory" equals its short class name ("person") as well as the full name of the category.
+/// True when the filter holds for the entry. Text compares without regard to case and with runs of blanks as
+/// one, integers as numbers; an attribute that the entry lacks is "undefined", which is not true, also behind
+/// "not". "objectCategory" equals its short class name ("person") as well as the full name of the category.
 bool matches(const Filter& filter, const AttributeReader& read);
 
 }  // namespace twk::lab

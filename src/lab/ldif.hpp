@@ -41,12 +41,12 @@ struct LdifRecord {
   std::string new_rdn;
   bool delete_old_rdn = true;
   std::optional<std::string> new_superior;
-  std::size_t line = 0;   ///< 1-based line of its "dn:"
-  std::size_t end = 0;    ///< byte position behind the record, its closing empty line included
+  std::size_t line = 0;  ///< 1-based line of its "dn:"
+  std::size_t end = 0;   ///< byte position behind the record, its closing empty line included
 };
 
-/// Calls `visit` for each record in order. Raises a runtime error that names the line for text that is not LDIF.
-/// "search:" and "result:" records and the comments of `ldapsearch` are passed over.
+/// Calls `visit` for each record in order. Raises a runtime error that names the line for text that is not
+/// LDIF. "search:" and "result:" records and the comments of `ldapsearch` are passed over.
 void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit);
 
 /// Appends one record with its closing empty line; lines are folded at 76 characters, values that are not

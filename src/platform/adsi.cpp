@@ -34,7 +34,8 @@ constexpr std::string_view kNeverExpires = "9223372036854775807";
 std::int64_t to_int64(std::string_view text) {
   std::int64_t number = 0;
   for (const char c : text) {
-    if (c < '0' || c > '9' || number > (INT64_MAX - 9) / 10) return number;
+    if (c < '0' || c > '9' || number > (INT64_MAX - 9) / 10)
+      return number;
     number = number * 10 + (c - '0');
   }
   return number;
@@ -44,12 +45,15 @@ std::int64_t to_int64(std::string_view text) {
 
 std::string_view ldap_attribute(std::string_view property) {
   for (const PropertyName& name : kProperties) {
-    if (base::equals_fold(name.property, property)) return name.attribute;
+    if (base::equals_fold(name.property, property))
+      return name.attribute;
   }
   return property;
 }
 
-base::Date never_expires() { return base::make_date({1970, 1, 1}); }
+base::Date never_expires() {
+  return base::make_date({1970, 1, 1});
+}
 
 Value User::value(std::string_view property) const {
   base::Trap trap;
@@ -61,7 +65,9 @@ Value User::value(std::string_view property) const {
   return result;
 }
 
-bool User::is_winnt() const { return base::starts_with_fold(object_->ADsPath(), "WinNT://"); }
+bool User::is_winnt() const {
+  return base::starts_with_fold(object_->ADsPath(), "WinNT://");
+}
 
 base::Bytes User::LoginHours() const {
   const Value hours = value("LoginHours");
@@ -83,9 +89,11 @@ bool User::IsAccountLocked() const {
 }
 
 base::Date User::AccountExpirationDate() const {
-  if (is_winnt()) return object_->Get("AccountExpirationDate").date();
+  if (is_winnt())
+    return object_->Get("AccountExpirationDate").date();
   const std::string expires = value("accountExpires").text();
-  if (expires.empty() || expires == "0" || expires == kNeverExpires) return never_expires();
+  if (expires.empty() || expires == "0" || expires == kNeverExpires)
+    return never_expires();
   return base::from_filetime(to_int64(expires));
 }
 
@@ -96,10 +104,13 @@ void User::put_flag(std::int32_t bit, bool on) {
   object_->Put(attribute, on ? flags | bit : flags & ~bit);
 }
 
-void User::put_AccountDisabled(bool disabled) { put_flag(kFlagAccountDisabled, disabled); }
+void User::put_AccountDisabled(bool disabled) {
+  put_flag(kFlagAccountDisabled, disabled);
+}
 
 void User::put_IsAccountLocked(bool locked) {
-  if (locked) throw base::RuntimeError(ads_error::kUnwilling, "An account cannot be locked by setting a property");
+  if (locked)
+    throw base::RuntimeError(ads_error::kUnwilling, "An account cannot be locked by setting a property");
   if (is_winnt()) {
     put_flag(kFlagLockedOut, false);
   } else {

@@ -73,7 +73,9 @@ class User {
 
   [[nodiscard]] Value Get(std::string_view attribute) const { return object_->Get(attribute); }
   void Put(std::string_view attribute, const Value& value) { object_->Put(attribute, value); }
-  void PutEx(int control, std::string_view attribute, const Value& value) { object_->PutEx(control, attribute, value); }
+  void PutEx(int control, std::string_view attribute, const Value& value) {
+    object_->PutEx(control, attribute, value);
+  }
   void SetInfo() { object_->SetInfo(); }
   void SetPassword(std::string_view password) { object_->SetPassword(password); }
   [[nodiscard]] std::vector<ObjectPtr> Groups() const { return object_->Groups(); }

@@ -7,7 +7,8 @@
 namespace twk::platform {
 
 void WriteBatch::commit() {
-  if (DirectoryService* const directory = std::exchange(directory_, nullptr)) directory->end_batch();
+  if (DirectoryService* const directory = std::exchange(directory_, nullptr))
+    directory->end_batch();
 }
 
 WriteBatch::~WriteBatch() {

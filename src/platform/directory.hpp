@@ -14,33 +14,33 @@
 /// The directory seam: ADSI objects bound by an ADsPath, for the providers "LDAP:", "GC:" and "WinNT:".
 ///
 /// Every call raises `base::RuntimeError` when it fails; the numbers below are the ones that callers test.
-/// Nothing typed by a person needs escaping for `Get`, `Put` and `SetPassword`; a relative name ("CN=…") and a
-/// path carry RFC 4514 escapes.
+/// Nothing typed by a person needs escaping for `Get`, `Put` and `SetPassword`; a relative name ("CN=…") and
+/// a path carry RFC 4514 escapes.
 namespace twk::platform {
 
 namespace ads_error {
 
-inline constexpr std::uint32_t kBadPathname = 0x80005000;          ///< the path is not one of the known forms
-inline constexpr std::uint32_t kPropertyNotFound = 0x8000500D;     ///< the attribute has no value
-inline constexpr std::uint32_t kNoSuchObject = 0x80072030;         ///< nothing has that name
-inline constexpr std::uint32_t kObjectExists = 0x80071392;         ///< that name or account name is in use
-inline constexpr std::uint32_t kInvalidDn = 0x80072032;            ///< a name breaks the syntax of names
-inline constexpr std::uint32_t kConstraint = 0x8007202F;           ///< a value breaks a rule of its attribute
-inline constexpr std::uint32_t kNoSuchAttribute = 0x8007200A;      ///< the schema does not know the attribute
-inline constexpr std::uint32_t kUnwilling = 0x80072035;            ///< the server will not do that
-inline constexpr std::uint32_t kNotOnNonLeaf = 0x80072015;         ///< the object still has children
-inline constexpr std::uint32_t kServerDown = 0x8007203A;           ///< no server answers
+inline constexpr std::uint32_t kBadPathname = 0x80005000;       ///< the path is not one of the known forms
+inline constexpr std::uint32_t kPropertyNotFound = 0x8000500D;  ///< the attribute has no value
+inline constexpr std::uint32_t kNoSuchObject = 0x80072030;      ///< nothing has that name
+inline constexpr std::uint32_t kObjectExists = 0x80071392;      ///< that name or account name is in use
+inline constexpr std::uint32_t kInvalidDn = 0x80072032;         ///< a name breaks the syntax of names
+inline constexpr std::uint32_t kConstraint = 0x8007202F;        ///< a value breaks a rule of its attribute
+inline constexpr std::uint32_t kNoSuchAttribute = 0x8007200A;   ///< the schema does not know the attribute
+inline constexpr std::uint32_t kUnwilling = 0x80072035;         ///< the server will not do that
+inline constexpr std::uint32_t kNotOnNonLeaf = 0x80072015;      ///< the object still has children
+inline constexpr std::uint32_t kServerDown = 0x8007203A;        ///< no server answers
 inline constexpr std::uint32_t kAccessDenied = 0x80070005;
-inline constexpr std::uint32_t kPasswordPolicy = 0x800708C5;       ///< NERR_PasswordTooShort: policy refuses it
-inline constexpr std::uint32_t kUserNotFound = 0x800708AD;         ///< NERR_UserNotFound
-inline constexpr std::uint32_t kGroupNotFound = 0x800708AC;        ///< NERR_GroupNotFound
-inline constexpr std::uint32_t kUserExists = 0x800708B0;           ///< NERR_UserExists
-inline constexpr std::uint32_t kGroupExists = 0x800708AF;          ///< NERR_GroupExists
-inline constexpr std::uint32_t kMemberInGroup = 0x80070528;        ///< ERROR_MEMBER_IN_GROUP (1320)
-inline constexpr std::uint32_t kMemberNotInGroup = 0x80070529;     ///< ERROR_MEMBER_NOT_IN_GROUP (1321)
+inline constexpr std::uint32_t kPasswordPolicy = 0x800708C5;    ///< NERR_PasswordTooShort: policy refuses it
+inline constexpr std::uint32_t kUserNotFound = 0x800708AD;      ///< NERR_UserNotFound
+inline constexpr std::uint32_t kGroupNotFound = 0x800708AC;     ///< NERR_GroupNotFound
+inline constexpr std::uint32_t kUserExists = 0x800708B0;        ///< NERR_UserExists
+inline constexpr std::uint32_t kGroupExists = 0x800708AF;       ///< NERR_GroupExists
+inline constexpr std::uint32_t kMemberInGroup = 0x80070528;     ///< ERROR_MEMBER_IN_GROUP (1320)
+inline constexpr std::uint32_t kMemberNotInGroup = 0x80070529;  ///< ERROR_MEMBER_NOT_IN_GROUP (1321)
 inline constexpr std::uint32_t kNotImplementedByProvider = 0x80004001;  ///< E_NOTIMPL
-inline constexpr std::uint32_t kLogonFailure = 0x8007052E;         ///< wrong user or password
-inline constexpr std::uint32_t kInvalidAccountName = 0x800708A2;   ///< NERR_BadUsername
+inline constexpr std::uint32_t kLogonFailure = 0x8007052E;              ///< wrong user or password
+inline constexpr std::uint32_t kInvalidAccountName = 0x800708A2;        ///< NERR_BadUsername
 
 }  // namespace ads_error
 
@@ -68,10 +68,11 @@ class DirectoryObject {
   virtual Value Get(std::string_view attribute) = 0;
   /// Stages a value; nothing reaches the directory before `SetInfo`.
   virtual void Put(std::string_view attribute, const Value& value) = 0;
-  /// Stages a change of a whole attribute: control 1 clears it (the value is not looked at), 2 replaces it by the
-  /// list, 3 appends to it, 4 deletes these values.
+  /// Stages a change of a whole attribute: control 1 clears it (the value is not looked at), 2 replaces it by
+  /// the list, 3 appends to it, 4 deletes these values.
   virtual void PutEx(int control, std::string_view attribute, const Value& value) = 0;
-  /// Writes all staged values at once or none; creates the object when it is new. On failure they stay staged.
+  /// Writes all staged values at once or none; creates the object when it is new. On failure they stay
+  /// staged.
   virtual void SetInfo() = 0;
 
   /// The password takes effect at once. Raises kPasswordPolicy when the domain refuses it.
@@ -79,8 +80,10 @@ class DirectoryObject {
 
   // What a container does.
 
-  /// Calls `visit` for each child whose class is one of `classes` (any class when empty), until it gives False.
-  virtual void enumerate(std::span<const std::string> classes, const std::function<bool(const ObjectPtr&)>& visit) = 0;
+  /// Calls `visit` for each child whose class is one of `classes` (any class when empty), until it gives
+  /// False.
+  virtual void enumerate(std::span<const std::string> classes,
+                         const std::function<bool(const ObjectPtr&)>& visit) = 0;
   virtual ObjectPtr GetObject(std::string_view object_class, std::string_view relative_name) = 0;
   /// A new child, not stored until its `SetInfo`.
   virtual ObjectPtr Create(std::string_view object_class, std::string_view relative_name) = 0;
@@ -96,13 +99,14 @@ class DirectoryObject {
   /// The direct members; those by primary group are not among them in an AD domain.
   virtual std::vector<ObjectPtr> Members() = 0;
 
-  /// The groups of a user, direct memberships. In an AD domain the primary group is not among them on the LDAP
-  /// object; on the WinNT object it is.
+  /// The groups of a user, direct memberships. In an AD domain the primary group is not among them on the
+  /// LDAP object; on the WinNT object it is.
   virtual std::vector<ObjectPtr> Groups() = 0;
 
   // What a schema object tells ("LDAP://Schema/…"); other objects raise kNotImplementedByProvider.
 
-  /// Name of an attribute's syntax: "String", "Integer", "Boolean", "INTEGER8", "OctetString", "DN", "UTCTime" …
+  /// Name of an attribute's syntax: "String", "Integer", "Boolean", "INTEGER8", "OctetString", "DN",
+  /// "UTCTime" …
   virtual std::string Syntax() = 0;
   virtual bool MultiValued() = 0;
 };
@@ -119,15 +123,15 @@ class DirectoryService {
   /// The same with a user's credentials; an empty user means the current logon. Raises kLogonFailure.
   virtual ObjectPtr OpenDSObject(std::string_view path, std::string_view user, std::string_view password) = 0;
 
-  /// Between the two, a directory that keeps its own files may put off making writes proof against a power cut;
-  /// what was written is seen by everybody at once all the same. `end_batch` returns when all of it is on the disk
-  /// and raises when that fails. Batches nest. A remote directory does nothing here.
+  /// Between the two, a directory that keeps its own files may put off making writes proof against a power
+  /// cut; what was written is seen by everybody at once all the same. `end_batch` returns when all of it is
+  /// on the disk and raises when that fails. Batches nest. A remote directory does nothing here.
   virtual void begin_batch() {}
   virtual void end_batch() {}
 };
 
-/// Holds a batch open for a scope. `commit` ends it and raises when the writes could not be made durable; a scope
-/// left without it ends the batch and passes over that failure, since another one is on its way.
+/// Holds a batch open for a scope. `commit` ends it and raises when the writes could not be made durable; a
+/// scope left without it ends the batch and passes over that failure, since another one is on its way.
 class WriteBatch {
  public:
   explicit WriteBatch(DirectoryService& directory) : directory_(&directory) { directory.begin_batch(); }

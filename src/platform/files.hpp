@@ -7,15 +7,17 @@
 #include <vector>
 
 /// Files and folders, named by paths with backslashes: network paths ("\\FS1\D$\Users\jo"), and paths of the
-/// workstation itself ("/srv/db\Site.dat"; forward slashes count as well). The last part of a path folds case:
-/// an existing file of another case is the file meant. Contents are bytes; text is encoded by the caller.
+/// workstation itself ("/srv/db\Site.dat"; forward slashes count as well). The last part of a path folds
+/// case: an existing file of another case is the file meant. Contents are bytes; text is encoded by the
+/// caller.
 ///
-/// Every call raises `base::RuntimeError` when it fails, with the runtime's file numbers: 52 bad name, 53 file
-/// not found, 58 exists already, 61 disk full, 70 permission denied, 75 path/file access, 76 path not found.
+/// Every call raises `base::RuntimeError` when it fails, with the runtime's file numbers: 52 bad name, 53
+/// file not found, 58 exists already, 61 disk full, 70 permission denied, 75 path/file access, 76 path not
+/// found.
 namespace twk::platform {
 
-/// A file open for appending. Each `write` reaches the file as one piece behind whatever stands there, also when
-/// another process appends to it.
+/// A file open for appending. Each `write` reaches the file as one piece behind whatever stands there, also
+/// when another process appends to it.
 class AppendFile {
  public:
   virtual ~AppendFile() = default;

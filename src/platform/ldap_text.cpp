@@ -14,9 +14,12 @@ void append_hex(std::string& out, char c) {
 }
 
 std::optional<unsigned> hex_digit(char c) {
-  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10U;
-  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10U;
+  if (c >= '0' && c <= '9')
+    return static_cast<unsigned>(c - '0');
+  if (c >= 'a' && c <= 'f')
+    return static_cast<unsigned>(c - 'a') + 10U;
+  if (c >= 'A' && c <= 'F')
+    return static_cast<unsigned>(c - 'A') + 10U;
   return std::nullopt;
 }
 
@@ -47,7 +50,8 @@ std::string escape_dn_value(std::string_view text) {
       continue;
     }
     const bool edge_blank = c == ' ' && (i == 0 || i + 1 == text.size());
-    if (edge_blank || (c == '#' && i == 0) || kSpecial.find(c) != std::string_view::npos) out.push_back('\\');
+    if (edge_blank || (c == '#' && i == 0) || kSpecial.find(c) != std::string_view::npos)
+      out.push_back('\\');
     out.push_back(c);
   }
   return out;

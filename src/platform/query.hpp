@@ -16,7 +16,7 @@ enum class Scope { kBase, kOneLevel, kSubtree };
 
 /// A query taken apart: "<base>;filter;attribute,attribute;scope".
 struct QueryText {
-  std::string base;  ///< an ADsPath
+  std::string base;    ///< an ADsPath
   std::string filter;  ///< RFC 4515; may itself hold semicolons inside a value
   std::vector<std::string> attributes;
   Scope scope = Scope::kSubtree;
@@ -27,10 +27,10 @@ QueryText parse_query_text(std::string_view text);
 
 /// The command properties that a query may be given.
 struct QueryOptions {
-  std::optional<bool> cache_results;     ///< "Cache Results"
-  std::optional<bool> asynchronous;      ///< "Asynchronous"
-  std::optional<std::int32_t> page_size; ///< "Page Size"; rows per request
-  std::string sort_on;                   ///< "Sort On": an attribute, folded; rows without it come first
+  std::optional<bool> cache_results;      ///< "Cache Results"
+  std::optional<bool> asynchronous;       ///< "Asynchronous"
+  std::optional<std::int32_t> page_size;  ///< "Page Size"; rows per request
+  std::string sort_on;                    ///< "Sort On": an attribute, folded; rows without it come first
   std::int32_t timeout_seconds = 30;
 };
 
@@ -41,8 +41,8 @@ class Recordset {
 
   [[nodiscard]] virtual bool at_eof() const = 0;
   [[nodiscard]] virtual bool at_bof() const = 0;
-  /// Field of the current row, by its place in the attribute list; empty (Null) when the row has no such value.
-  /// Raises when there is no current row or no such field.
+  /// Field of the current row, by its place in the attribute list; empty (Null) when the row has no such
+  /// value. Raises when there is no current row or no such field.
   [[nodiscard]] virtual Value field(std::size_t index) const = 0;
   virtual void MoveNext() = 0;
   virtual void MoveFirst() = 0;

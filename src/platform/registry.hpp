@@ -10,17 +10,19 @@ namespace twk::platform {
 inline constexpr std::uint32_t kHiveCurrentUser = 0x80000001;   ///< HKEY_CURRENT_USER
 inline constexpr std::uint32_t kHiveLocalMachine = 0x80000002;  ///< HKEY_LOCAL_MACHINE
 
-/// A tree of text values, as the Windows registry holds it: hive, key path with backslashes, value name. Keys and
-/// names fold case. A write is on disk when the call returns. Neither call raises: a store that cannot be read
-/// holds nothing, one that cannot be written answers False.
+/// A tree of text values, as the Windows registry holds it: hive, key path with backslashes, value name. Keys
+/// and names fold case. A write is on disk when the call returns. Neither call raises: a store that cannot be
+/// read holds nothing, one that cannot be written answers False.
 class RegistryAccess {
  public:
   virtual ~RegistryAccess() = default;
 
   /// True when the value exists; `value` is left as it was when it does not.
-  virtual bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name, std::string& value) = 0;
+  virtual bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
+                        std::string& value) = 0;
   /// Creates the key when needed.
-  virtual bool Reg_Write(std::uint32_t hive, std::string_view key, std::string_view name, std::string_view value) = 0;
+  virtual bool Reg_Write(std::uint32_t hive, std::string_view key, std::string_view name,
+                         std::string_view value) = 0;
 };
 
 struct RegistryEntry {

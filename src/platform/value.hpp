@@ -15,22 +15,23 @@ namespace twk::platform {
 struct Value;
 using ValueList = std::vector<Value>;
 
-/// What an attribute or a query field holds: nothing (an attribute without a value, a Null field), a Boolean, a
-/// 32-bit integer, UTF-8 text, a date, bytes, or the list of a multi-valued attribute. A 64-bit directory integer
-/// travels as its decimal text.
+/// What an attribute or a query field holds: nothing (an attribute without a value, a Null field), a Boolean,
+/// a 32-bit integer, UTF-8 text, a date, bytes, or the list of a multi-valued attribute. A 64-bit directory
+/// integer travels as its decimal text.
 struct Value {
-  using Data = std::variant<std::monostate, bool, std::int32_t, std::string, base::Date, base::Bytes, ValueList>;
+  using Data =
+      std::variant<std::monostate, bool, std::int32_t, std::string, base::Date, base::Bytes, ValueList>;
   Data data;
 
   Value() = default;
-  Value(bool value) : data(value) {}                              // NOLINT: conversions are the point
-  Value(std::int32_t value) : data(value) {}                      // NOLINT
-  Value(std::string value) : data(std::move(value)) {}            // NOLINT
-  Value(std::string_view value) : data(std::string(value)) {}     // NOLINT
-  Value(const char* value) : data(std::string(value)) {}          // NOLINT
-  Value(base::Date value) : data(value) {}                        // NOLINT
-  Value(base::Bytes value) : data(std::move(value)) {}            // NOLINT
-  Value(ValueList value) : data(std::move(value)) {}              // NOLINT
+  Value(bool value) : data(value) {}                           // NOLINT: conversions are the point
+  Value(std::int32_t value) : data(value) {}                   // NOLINT
+  Value(std::string value) : data(std::move(value)) {}         // NOLINT
+  Value(std::string_view value) : data(std::string(value)) {}  // NOLINT
+  Value(const char* value) : data(std::string(value)) {}       // NOLINT
+  Value(base::Date value) : data(value) {}                     // NOLINT
+  Value(base::Bytes value) : data(std::move(value)) {}         // NOLINT
+  Value(ValueList value) : data(std::move(value)) {}           // NOLINT
 
   [[nodiscard]] bool is_empty() const { return std::holds_alternative<std::monostate>(data); }
   [[nodiscard]] bool is_list() const { return std::holds_alternative<ValueList>(data); }

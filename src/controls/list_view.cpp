@@ -1,0 +1,141 @@
+#include "controls/list_view.hpp"
+
+#include <algorithm>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+
+namespace twk::controls {
+namespace {
+
+std::string folded_text(std::string_view text) {
+  return base::upper(base::trim(text));
+}
+
+}  // namespace
+
+ListRow& ListView::add(std::string key, std::string text, std::string icon,
+                       std::vector<std::string> sub_items) {
+  auto row = std::make_unique<ListRow>(
+      ListRow{std::move(key), std::move(text), std::move(icon), std::move(sub_items), false, false});
+  ListRow& added = *row;
+  if (!added.key.empty() && !by_key_.emplace(base::upper(added.key), &added).second) {
+    throw base::RuntimeError(base::error::kKeyNotUnique, "Key is not unique in collection: " + added.key);
+  }
+  by_text_.emplace(folded_text(added.text), &added);
+  rows_.push_back(std::move(row));
+  tell();
+  return added;
+}
+
+void ListView::unlink(Index& index, std::string_view folded, const ListRow& row) {
+  const auto [first, last] = index.equal_range(std::string(folded));
+  const auto found = std::find_if(first, last, [&row](const auto& entry) { return entry.second == &row; });
+  if (found != last)
+    index.erase(found);
+}
+
+void ListView::remove(const ListRow& row) {
+  const auto found =
+      std::find_if(rows_.rbegin(), rows_.rend(), [&row](const auto& one) { return one.get() == &row; });
+  if (found == rows_.rend())
+    return;
+  if (!row.key.empty())
+    by_key_.erase(base::upper(row.key));
+  unlink(by_text_, folded_text(row.text), row);
+  rows_.erase(std::next(found).base());
+  tell();
+}
+
+void ListView::clear() {
+  by_key_.clear();
+  by_text_.clear();
+  rows_.clear();
+  tell();
+}
+
+const ListRow* ListView::find_key(std::string_view key) const {
+  const auto found = by_key_.find(base::upper(key));
+  return found == by_key_.end() ? nullptr : found->second;
+}
+
+std::vector<const ListRow*> ListView::find_text(std::string_view text) const {
+  std::vector<const ListRow*> found;
+  const auto [first, last] = by_text_.equal_range(folded_text(text));
+  for (auto entry = first; entry != last; ++entry)
+    found.push_back(entry->second);
+  if (found.size() < 2)
+    return found;
+  std::vector<const ListRow*> in_order;
+  for (const auto& row : rows_) {
+    if (std::find(found.begin(), found.end(), row.get()) != found.end())
+      in_order.push_back(row.get());
+  }
+  return in_order;
+}
+
+void ListView::set_text(ListRow& row, std::string text) {
+  unlink(by_text_, folded_text(row.text), row);
+  row.text = std::move(text);
+  by_text_.emplace(folded_text(row.text), &row);
+  tell();
+}
+
+void ListView::set_key(ListRow& row, std::string key) {
+  const std::string folded = base::upper(key);
+  const auto found = by_key_.find(folded);
+  if (found != by_key_.end() && found->second != &row) {
+    throw base::RuntimeError(base::error::kKeyNotUnique, "Key is not unique in collection: " + key);
+  }
+  if (!row.key.empty())
+    by_key_.erase(base::upper(row.key));
+  row.key = std::move(key);
+  if (!row.key.empty())
+    by_key_.emplace(folded, &row);
+  tell();
+}
+
+void ListView::set_sub_item(ListRow& row, std::size_t number, std::string text) {
+  if (row.sub_items.size() < number)
+    row.sub_items.resize(number);
+  row.sub_items.at(number - 1) = std::move(text);
+  tell();
+}
+
+void ListView::set_icon(ListRow& row, std::string icon) {
+  row.icon = std::move(icon);
+  tell();
+}
+
+ListRow* ListView::selected() {
+  const auto found = std::find_if(rows_.begin(), rows_.end(), [](const auto& row) { return row->selected; });
+  return found == rows_.end() ? nullptr : found->get();
+}
+
+void ListView::select(ListRow* row) {
+  for (const auto& one : rows_)
+    one->selected = one.get() == row;
+  tell();
+}
+
+void ListView::set_drawing(bool on) {
+  const bool turned_on = on && !drawing_;
+  drawing_ = on;
+  if (turned_on)
+    changed_.emit();
+}
+
+void ListView::tell() {
+  if (drawing_)
+    changed_.emit();
+}
+
+void move_row(ListView& from, const ListRow& row, ListView& to) {
+  std::string key = row.key;
+  std::string text = row.text;
+  std::string icon = row.icon;
+  from.remove(row);
+  to.add(std::move(key), std::move(text), std::move(icon));
+}
+
+}  // namespace twk::controls

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "controls/observable.hpp"
+
+namespace twk::controls {
+
+/// One row of a list: what the first column shows, the columns behind it, a small picture by name.
+struct ListRow {
+  std::string key;  ///< unique in the list without regard to case, or empty
+  std::string text;
+  std::string icon;
+  std::vector<std::string> sub_items;  ///< sub-item 1 is at place 0
+  bool selected = false;
+  bool checked = false;
+};
+
+/// Rows in order, found by key and by text without a walk. Row addresses stay good until the row is removed.
+class ListView {
+ public:
+  ListView() = default;
+  ListView(const ListView&) = delete;
+  ListView& operator=(const ListView&) = delete;
+
+  /// Adds at the end. Raises kKeyNotUnique.
+  ListRow& add(std::string key, std::string text, std::string icon = {},
+               std::vector<std::string> sub_items = {});
+  void remove(const ListRow& row);
+  void clear();
+
+  [[nodiscard]] std::size_t size() const { return rows_.size(); }
+  [[nodiscard]] bool empty() const { return rows_.empty(); }
+  [[nodiscard]] const ListRow& at(std::size_t place) const { return *rows_.at(place); }
+  [[nodiscard]] ListRow& at(std::size_t place) { return *rows_.at(place); }
+
+  [[nodiscard]] const ListRow* find_key(std::string_view key) const;
+  /// The rows whose trimmed text equals the trimmed text without regard to case, in list order.
+  [[nodiscard]] std::vector<const ListRow*> find_text(std::string_view text) const;
+
+  void set_text(ListRow& row, std::string text);
+  /// Raises kKeyNotUnique.
+  void set_key(ListRow& row, std::string key);
+  /// Sub-items count from 1.
+  void set_sub_item(ListRow& row, std::size_t number, std::string text);
+  void set_icon(ListRow& row, std::string icon);
+
+  /// The first selected row, or none.
+  [[nodiscard]] ListRow* selected();
+  /// Makes this the only selected row; none deselects all.
+  void select(ListRow* row);
+
+  /// While drawing is off nothing is told; turning it on tells once.
+  void set_drawing(bool on);
+  [[nodiscard]] Watch watch(Signal::Callback callback) const { return changed_.watch(std::move(callback)); }
+
+ private:
+  using Index = std::unordered_multimap<std::string, ListRow*>;
+  static void unlink(Index& index, std::string_view folded, const ListRow& row);
+  void tell();
+
+  std::vector<std::unique_ptr<ListRow>> rows_;
+  std::unordered_map<std::string, ListRow*> by_key_;
+  Index by_text_;
+  Signal changed_;
+  bool drawing_ = true;
+};
+
+/// Moves a row, with key, text and icon, to the end of another list.
+void move_row(ListView& from, const ListRow& row, ListView& to);
+
+}  // namespace twk::controls

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstddef>
+#include <list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "controls/observable.hpp"
+
+namespace twk::controls {
+
+struct TreeNode {
+  std::string key;  ///< unique in the tree without regard to case, or empty
+  std::string text;
+  std::string image;
+  TreeNode* parent = nullptr;
+  std::vector<TreeNode*> children;
+  bool sorted = false;  ///< children stand in order of their texts; else in order of adding
+  bool expanded = false;
+
+ private:
+  friend class TreeView;
+  std::list<TreeNode>::iterator self;
+};
+
+/// Nodes below roots. The tree is also one sequence of nodes in the order they were added. Look-ups by key,
+/// by the beginning of a key and by text cost no walk. Node addresses stay good until the node is removed.
+class TreeView {
+ public:
+  TreeView() = default;
+  TreeView(const TreeView&) = delete;
+  TreeView& operator=(const TreeView&) = delete;
+
+  /// A node under `parent`, or a root when that is none. Raises kKeyNotUnique.
+  TreeNode& add(TreeNode* parent, std::string key, std::string text, std::string image);
+  /// The same under the node of that key. Raises kParentNotFound when there is none.
+  TreeNode& add_under(std::string_view parent_key, std::string key, std::string text, std::string image);
+  /// With all below it. A selected node in it leaves nothing selected.
+  void remove(TreeNode& node);
+  void clear();
+  /// Raises kKeyNotUnique.
+  void set_key(TreeNode& node, std::string key);
+
+  [[nodiscard]] std::size_t size() const { return nodes_.size(); }
+  [[nodiscard]] TreeNode* first() { return nodes_.empty() ? nullptr : &nodes_.front(); }
+  /// The node added after this one that is still there; none behind the last.
+  [[nodiscard]] TreeNode* next(const TreeNode& node);
+  [[nodiscard]] TreeNode* find(std::string_view key) const;
+  /// True when some node's key begins with `prefix`, case ignored.
+  [[nodiscard]] bool has_key_with_prefix(std::string_view prefix) const;
+  /// True when some node's text equals `text`, case ignored.
+  [[nodiscard]] bool has_text(std::string_view text) const;
+
+  [[nodiscard]] TreeNode* selected() const { return selected_; }
+  void select(TreeNode* node);
+  /// Opens all above the node, so that it can be seen.
+  void ensure_visible(TreeNode& node);
+
+  void set_drawing(bool on);
+  [[nodiscard]] Watch watch(Signal::Callback callback) const { return changed_.watch(std::move(callback)); }
+
+ private:
+  void insert_child(TreeNode& parent, TreeNode& child);
+  void erase(TreeNode& node);
+  void tell();
+
+  std::list<TreeNode> nodes_;
+  std::vector<TreeNode*> roots_;
+  std::map<std::string, TreeNode*, std::less<>> by_key_;
+  std::unordered_map<std::string, std::size_t> text_count_;
+  TreeNode* selected_ = nullptr;
+  Signal changed_;
+  bool drawing_ = true;
+};
+
+}  // namespace twk::controls

@@ -1,0 +1,101 @@
+#include "session/activity_log.hpp"
+
+#include <algorithm>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "session/session.hpp"
+
+namespace twk::session {
+namespace {
+
+std::string log_path(const Session& session) {
+  return std::string(base::trim(session.form1.dbpath.text.get())) + "Log.txt";
+}
+
+/// Each control character as "<U+000A>".
+std::string visible_controls(std::string_view text) {
+  if (!base::find_control_character(text))
+    return std::string(text);
+  std::string out;
+  for (const char32_t code : base::to_utf32(text)) {
+    const std::string one = base::to_utf8(std::u32string_view(&code, 1));
+    const auto control = base::find_control_character(one);
+    out += control ? "<" + *control + ">" : one;
+  }
+  return out;
+}
+
+}  // namespace
+
+void LOG_TAB(Session& session, std::string_view severity, std::string_view message) {
+  if (severity != kGreen && severity != kYellow && severity != kRed) {
+    throw base::RuntimeError(base::error::kOutOfBounds, "No such light: " + std::string(severity));
+  }
+  if (severity == kRed)
+    session.platform.dialogs.beep();
+  session.form1.ListView1.add({}, std::string(message), std::string(severity), {date_and_time(session)});
+}
+
+void ActivityLog::open(Session& session) {
+  session_ = &session;
+  if (file_)
+    return;
+  base::Trap trap;
+  if (!trap([&] { file_ = session.platform.files.open_append(log_path(session)); }))
+    fail(trap.description());
+}
+
+void ActivityLog::begin_block(Session& session) {
+  open(session);
+  line(kAsterisks);
+  line(date_and_time(session));
+  line("User:" + session.platform.environment.variable("USERNAME"));
+}
+
+void ActivityLog::line(std::string_view text) {
+  if (!file_)
+    return;
+  base::Trap trap;
+  if (!trap([&] { file_->write(text_file_line(text)); }))
+    fail(trap.description());
+}
+
+void ActivityLog::fail(const std::string& reason) {
+  file_.reset();
+  LOG_TAB(*session_, kYellow, "Cannot write to Log.txt: " + reason);
+}
+
+void ActivityLog::close() {
+  file_.reset();
+}
+
+std::string date_and_time(Session& session) {
+  const base::Date now = session.platform.clock.now();
+  return base::format_date(now) + " " + base::format_time(now);
+}
+
+std::string text_file_line(std::string_view text) {
+  return base::to_ansi(visible_controls(text)) + "\r\n";
+}
+
+void Clear_log(Session& session) {
+  session.form1.ListView1.clear();
+}
+
+void Log_Detail(Session& session) {
+  std::string path = log_path(session);
+  std::replace(path.begin(), path.end(), '\\', '/');
+  session.platform.process.run("xdg-open \"" + path + "\"", false, 1);
+}
+
+void Delete_Log_File(Session& session) {
+  const platform::Answer answer = session.platform.dialogs.MsgBox(
+      "Sure to delete the log file", platform::Buttons::kYesNo, platform::Icon::kQuestion, "Delete Log File");
+  if (answer != platform::Answer::kYes)
+    return;
+  base::Trap trap;
+  trap([&] { session.platform.files.remove(log_path(session)); });
+}
+
+}  // namespace twk::session

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/files.hpp"
+
+namespace twk::session {
+
+struct Session;
+
+/// Lights of the log tab, which are also the names of their pictures.
+inline constexpr std::string_view kGreen = "GREEN";
+inline constexpr std::string_view kYellow = "YELLOW";
+inline constexpr std::string_view kRed = "RED";
+
+/// The row of asterisks that begins each block of a log.
+inline constexpr std::string_view kAsterisks = "*****************************************";
+
+/// One row at the end of the log tab, with the time. "RED" beeps. Raises when the severity is none of the
+/// three.
+void LOG_TAB(Session& session, std::string_view severity, std::string_view message);
+
+/// "Log.txt" in the database directory, open for the block of one operation. Lines go out in code page 1252
+/// with CR LF, one write a line; a control character in a line is written as "<U+000A>".
+///
+/// A log that cannot be opened or written does not stop the operation: the first failure adds a "YELLOW" row
+/// to the log tab that names the file and the reason, and the rest of that block is dropped.
+class ActivityLog {
+ public:
+  /// Opens the file when it is not open yet; without a header.
+  void open(Session& session);
+  /// Opens the file and writes asterisks, date and time, and the person's name.
+  void begin_block(Session& session);
+  /// One line; nothing happens while the file is closed.
+  void line(std::string_view text);
+  void close();
+  [[nodiscard]] bool is_open() const { return file_ != nullptr; }
+
+ private:
+  void fail(const std::string& reason);
+
+  Session* session_ = nullptr;
+  std::unique_ptr<platform::AppendFile> file_;
+};
+
+/// "31/12/2026 09:05:00" of the session's clock.
+std::string date_and_time(Session& session);
+/// A line of a text file of the database directory: code page 1252, CR LF, control characters made visible.
+std::string text_file_line(std::string_view text);
+
+/// The buttons of the log tab.
+void Clear_log(Session& session);
+/// Shows "Log.txt" in a text viewer, without waiting for it.
+void Log_Detail(Session& session);
+/// Asks, and deletes "Log.txt" on Yes. A file that is not there is no fault.
+void Delete_Log_File(Session& session);
+
+}  // namespace twk::session

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/bytes.hpp"
+#include "platform/platform.hpp"
+#include "session/activity_log.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
+#include "stores/records.hpp"
+
+namespace twk::session {
+
+inline constexpr std::int32_t kNativeMode = 0;
+inline constexpr std::int32_t kMixedMode = 1;
+inline constexpr std::int32_t kWinNtMode = 2;
+
+/// What stands in `DomainName` while no domain is configured.
+inline constexpr std::string_view kNoDomain = "%Domain%";
+
+/// Fields of one import line: 0 stays empty, field k of the line is element k.
+inline constexpr std::size_t kMostImportFields = 100;
+
+/// Values of an import, shared by the loop over the lines and the creation of each user.
+struct ImportState {
+  bool Importing = false;
+  std::string ImportLine;
+  std::array<std::string, kMostImportFields + 1> ImportFields;
+  std::int16_t ImportFieldCount = 0;  ///< fields of the line in hand, also those beyond the last element
+  bool ImportDefaultLayout = true;    ///< first, middle, last are fields 1, 2, 3
+  std::int16_t ImportFirstField = 0;
+  std::int16_t ImportMiddleField = 0;
+  std::int16_t ImportLastField = 0;
+  bool ImportAccepted = false;
+  bool ImportStopped = false;
+  bool ImportHalt = false;
+  bool ImportHaltWarning = false;
+  std::int16_t ImportAddedCount = 0;
+  std::unique_ptr<platform::AppendFile> error_file;  ///< "Import.err"
+  std::unique_ptr<platform::AppendFile> summary_file;
+};
+
+/// One administrator's session: the services it works with, what is shared by its routines, and the state of
+/// its windows. Nothing here is shared between sessions.
+struct Session {
+  /// `command_line` is what stands behind the program's name, as one line; `program_directory` is the
+  /// fall-back of the database directory, without a final backslash.
+  Session(const platform::Platform& services, std::string_view command_line,
+          std::string_view program_directory);
+
+  platform::Platform platform;
+  std::string command_line;
+  std::string program_directory;
+
+  // The directory.
+  std::int32_t DirectoryMode = kWinNtMode;
+  std::string DomainName{kNoDomain};
+  std::string NTDomainName;
+  std::string DnsServerName;
+  std::string ManagedOU;  ///< distinguished name; empty for the whole domain
+  bool ManageSubOUs = true;
+  bool LoadAllUsersFlag = false;
+  std::int32_t UserCount = 0;
+  std::int16_t GroupCount = 0;
+  platform::ObjectPtr CurrentUser;
+  platform::ObjectPtr CurrentGroup;
+  platform::ObjectPtr DomainContainer;  ///< WinNT mode: the domain, bound once by its load
+
+  // Records and names.
+  stores::SiteRecord ActiveSite;
+  stores::TemplateRecord ActiveTemplate;
+  std::int32_t LastRecordNo = 0;  ///< where the last search through the templates stopped
+  base::Bytes TemplateLogonHours = base::Bytes(stores::kLogonHoursSize, 255);
+  std::string ProfileTemplateFile = "NTUser.dat";
+  bool EditingSite = false;
+  bool EditingTemplate = false;
+  bool SerialTokenUsed = false;
+  bool AltIdTried = false;
+  std::int16_t SerialCounter = 0;
+
+  bool LastRegResult = false;
+  std::string Error_Status_Text;
+  std::string Error_Log_Text;
+  ImportState import;
+  ActivityLog log;
+
+  // Windows.
+  Form1 form1;
+  frmSplash splash;
+  Varibles_Form variables;
+  frmSharePoints share_points;
+  Groupsfrm groups;
+  MultiUser multi_user;
+  CSV_Import csv_import;
+  ImportGrps import_grps;
+  CancelImport cancel_import;
+};
+
+/// True in an Active Directory domain.
+inline bool is_active_directory(const Session& session) {
+  return session.DirectoryMode != kWinNtMode;
+}
+/// Started with "/DEBUG": details in the log, and errors are not trapped where a routine says so.
+bool is_debug(const Session& session);
+/// Started with "/DEBUG" or "/DEBUG1": the load tells its steps in the log.
+bool logs_load(const Session& session);
+
+}  // namespace twk::session
