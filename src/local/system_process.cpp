@@ -26,7 +26,8 @@ class SpawnPlan {
     sigemptyset(&none);
     sigset_t restored;
     sigemptyset(&restored);
-    sigaddset(&restored, SIGPIPE);
+    for (const int signal : {SIGPIPE, SIGXFSZ})
+      sigaddset(&restored, signal);
     posix_spawnattr_init(&attributes_);
     posix_spawnattr_setsigmask(&attributes_, &none);
     posix_spawnattr_setsigdefault(&attributes_, &restored);
