@@ -180,4 +180,9 @@ void ConsoleDialogs::DoEvents() {
     on_events_();
 }
 
+void ConsoleDialogs::show_modal(std::string_view window) {
+  if (on_modal_)
+    on_modal_(window);
+}
+
 }  // namespace twk::cli

@@ -29,6 +29,8 @@ class ConsoleDialogs final : public platform::Dialogs {
   void set_file(std::string path) { file_ = std::move(path); }
   /// Called at each turn of the message loop.
   void on_events(std::function<void()> callback) { on_events_ = std::move(callback); }
+  /// What a person does in a window that a routine shows, before it is closed.
+  void on_modal(std::function<void(std::string_view window)> callback) { on_modal_ = std::move(callback); }
   /// Called before something is written, to take a progress line away.
   void before_text(std::function<void()> callback) { before_text_ = std::move(callback); }
 
@@ -42,6 +44,7 @@ class ConsoleDialogs final : public platform::Dialogs {
   std::optional<std::string> open_file(std::string_view title, std::string_view filter) override;
   void beep() override {}
   void DoEvents() override;
+  void show_modal(std::string_view window) override;
 
  private:
   [[nodiscard]] Asking asking() const;
@@ -53,6 +56,7 @@ class ConsoleDialogs final : public platform::Dialogs {
   std::optional<std::string> file_;
   std::function<void()> on_events_;
   std::function<void()> before_text_;
+  std::function<void(std::string_view)> on_modal_;
   std::string last_trouble_;
 };
 
