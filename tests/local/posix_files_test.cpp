@@ -1,8 +1,6 @@
 #include "local/posix_files.hpp"
 
 #include <fcntl.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <chrono>
@@ -148,6 +146,35 @@ TEST_F(PosixFilesTest, WriteReplacesTheFileInsteadOfChangingIt) {
   EXPECT_EQ(names(), std::vector<std::string>{"a.txt"});
 }
 
+TEST_F(PosixFilesTest, ReaderNeverSeesAPartOfAWrite) {
+  constexpr std::size_t kSize = 300000;
+  put_file(at("whole"), std::string(kSize, 'a'));
+  OtherProcess writer([&] {
+    for (int i = 0; i < 40; ++i)
+      files_.write(at("whole"), std::string(kSize, i % 2 == 0 ? 'b' : 'a'));
+    return 0;
+  });
+  for (int i = 0; i < 200; ++i) {
+    const std::string seen = files_.read(at("whole"));
+    ASSERT_EQ(seen, std::string(kSize, seen.front()));
+  }
+  EXPECT_EQ(writer.exit_code(), 0);
+}
+
+TEST_F(PosixFilesTest, WriteLeavesTheFileToItsOwner) {
+  put_file(at("old"), "");
+  // Only root can give a file away; for others it is their own before and after.
+  const bool given = geteuid() != 0 || chown(at("old").c_str(), 4711, 4712) == 0;
+  ASSERT_TRUE(given);
+  struct stat before {};
+  ASSERT_EQ(stat(at("old").c_str(), &before), 0);
+  files_.write(at("old"), "x");
+  struct stat after {};
+  ASSERT_EQ(stat(at("old").c_str(), &after), 0);
+  EXPECT_EQ(after.st_uid, before.st_uid);
+  EXPECT_EQ(after.st_gid, before.st_gid);
+}
+
 TEST_F(PosixFilesTest, WriteKeepsTheModeAndGivesNewFilesToTheGroup) {
   put_file(at("old"), "");
   chmod(at("old").c_str(), 0604);
@@ -195,10 +222,7 @@ TEST_F(PosixFilesTest, FullDiskLeavesTheOldContents) {
   put_file(at("whole"), "old");
   put_file(at("records"), std::string(4000, 'r'));
   OtherProcess limited([&] {
-    signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{4096, 4096};
-    if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-      return 2;
+    test::limit_file_size(4096);
     const std::string much(10000, 'x');
     if (number_of([&] { files_.write(at("whole"), much); }) != 61)
       return 3;

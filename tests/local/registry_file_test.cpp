@@ -176,6 +176,17 @@ TEST_F(RegistryFileTest, FolderThatCannotBeMadeAnswersFalse) {
   EXPECT_NE(below_a_file.problem(kHiveLocalMachine), "");
 }
 
+TEST_F(RegistryFileTest, FullDiskAnswersFalseAndKeepsWhatWasThere) {
+  write("Domain", "TWK");
+  OtherProcess limited([&] {
+    test::limit_file_size(4096);
+    const bool refused = !write("Domain", std::string(10000, 'x')) && read(kSetup, "Domain") == "TWK";
+    return refused && write("Domain", "fits") ? 0 : 2;
+  });
+  EXPECT_EQ(limited.exit_code(), 0);
+  EXPECT_EQ(read(kSetup, "Domain"), "fits");
+}
+
 TEST_F(RegistryFileTest, NamelessValueAndOddKeysComeBack) {
   EXPECT_TRUE(registry_.Reg_Write(kHiveCurrentUser, "a]b [c", "", "nameless"));
   EXPECT_EQ(read("A]B [C", "", kHiveCurrentUser), "nameless");

@@ -39,7 +39,8 @@ TEST_F(SystemEnvironmentTest, VariableIsGivenAsUtf8) {
 }
 
 TEST_F(SystemEnvironmentTest, UserNameFallsBackStepByStep) {
-  EXPECT_EQ(environment_.variable("USERNAME"), getpwuid(geteuid())->pw_name);
+  const passwd* const account = getpwuid(geteuid());
+  EXPECT_EQ(environment_.variable("USERNAME"), account == nullptr ? "" : account->pw_name);
   for (const char* const name : {"LOGNAME", "USER", "USERNAME"}) {
     setenv(name, name, 1);
     EXPECT_EQ(environment_.variable("USERNAME"), name);

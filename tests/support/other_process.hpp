@@ -1,5 +1,7 @@
 #pragma once
 
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -44,5 +46,14 @@ class OtherProcess {
   pid_t number_;
   bool waited_ = false;
 };
+
+/// Lets no file of this process grow beyond `bytes`, as if the disk were full then. Only for an
+/// `OtherProcess`.
+inline void limit_file_size(rlim_t bytes) {
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit{bytes, bytes};
+  if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
+    throw std::runtime_error("cannot limit the size of files");
+}
 
 }  // namespace twk::test
