@@ -20,6 +20,9 @@ class Dialogs {
   virtual std::string InputBox(std::string_view prompt, std::string_view title, bool secret = false) = 0;
   /// The path of an existing file; empty when cancelled. Filter as "CSV Files (*.csv)|*.csv|".
   virtual std::optional<std::string> open_file(std::string_view title, std::string_view filter) = 0;
+  /// Shows a window of the program by its name and returns when the person has closed it. A front without
+  /// windows returns at once; it may have filled the window's state and closed it as the person would.
+  virtual void show_modal(std::string_view window) { static_cast<void>(window); }
   virtual void beep() = 0;
   /// Lets waiting events in: repaints, a press of Stop.
   virtual void DoEvents() = 0;

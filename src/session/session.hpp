@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,6 +26,19 @@ inline constexpr std::string_view kNoDomain = "%Domain%";
 /// Fields of one import line: 0 stays empty, field k of the line is element k.
 inline constexpr std::size_t kMostImportFields = 100;
 
+/// How the last creation ended. `light` is empty for one that was refused before anything was done.
+struct CreationOutcome {
+  std::string user;
+  std::string light;
+  std::string message;
+};
+
+/// What became of one line of an import.
+struct ImportRow {
+  std::int32_t line = 0;  ///< counted from 1
+  CreationOutcome outcome;
+};
+
 /// Values of an import, shared by the loop over the lines and the creation of each user.
 struct ImportState {
   bool Importing = false;
@@ -40,8 +54,12 @@ struct ImportState {
   bool ImportHalt = false;
   bool ImportHaltWarning = false;
   std::int16_t ImportAddedCount = 0;
-  std::unique_ptr<platform::AppendFile> error_file;  ///< "Import.err"
+  std::string error_path;  ///< "Import.err" of the run
+  std::string summary_path;
+  std::unique_ptr<platform::AppendFile> error_file;
   std::unique_ptr<platform::AppendFile> summary_file;
+  std::string failure;  ///< why a file of the last run could not be read or written; empty when it could
+  std::function<void(const ImportRow&)> row_done;  ///< told after each line; may be empty
 };
 
 /// One administrator's session: the services it works with, what is shared by its routines, and the state of
@@ -86,6 +104,7 @@ struct Session {
   std::string Error_Status_Text;
   std::string Error_Log_Text;
   ImportState import;
+  CreationOutcome LastCreation;
   ActivityLog log;
 
   // Windows.

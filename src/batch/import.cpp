@@ -1,0 +1,246 @@
+#include "batch/import.hpp"
+
+#include <algorithm>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "batch/csv_layout.hpp"
+#include "creation/create_user.hpp"
+#include "session/session.hpp"
+
+namespace twk::batch {
+namespace {
+
+using session::ImportState;
+using session::Session;
+
+/// How the run over the lines ended.
+enum class End { kEndOfFile, kStopped, kErrorHalt, kWarningHalt };
+
+std::string title(std::string_view path) {
+  const std::size_t slash = path.find_last_of("\\/");
+  return std::string(slash == base::npos ? path : path.substr(slash + 1));
+}
+
+std::string database_path(const Session& session, std::string_view name) {
+  return std::string(base::trim(session.form1.dbpath.text.get())) + std::string(name);
+}
+
+void error_line(Session& session, std::string_view text) {
+  session::write_run_file(session, session.import.error_file, session.import.error_path, text);
+}
+
+void open_error_file(Session& session) {
+  session.import.error_path = database_path(session, "Import.err");
+  session.import.error_file = session.platform.files.open_append(session.import.error_path, true);
+  error_line(session, session::kAsterisks);
+  error_line(session, session::date_and_time(session));
+  error_line(session, "The following users were not created.");
+  error_line(session, session::kAsterisks);
+}
+
+void open_summary(Session& session) {
+  const base::Date now = session.platform.clock.now();
+  ImportState& import = session.import;
+  import.summary_path = database_path(session, "Import Summary - " + base::format_compact_date(now) +
+                                                   base::format_compact_time(now) + ".csv");
+  import.summary_file = session.platform.files.open_append(import.summary_path);
+  session::write_run_file(session, import.summary_file, import.summary_path,
+                          "Full Name,WinNT logon,W2K logon,ERRORS");
+}
+
+/// Overwrites the elements that the line has; those beyond keep what an earlier line left.
+void split_line(ImportState& import) {
+  const std::vector<std::string> fields = base::split(import.ImportLine, ',');
+  const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
+  std::copy_n(fields.begin(), kept, import.ImportFields.begin() + 1);
+  constexpr std::size_t kMostCounted = 32767;
+  import.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
+}
+
+void fill_names(Session& session) {
+  const ImportState& import = session.import;
+  const auto field = [&import](std::int16_t index) {
+    return std::string(base::trim(import.ImportFields.at(static_cast<std::size_t>(index))));
+  };
+  const bool standard = import.ImportDefaultLayout;
+  session.form1.strFirst.text = field(standard ? std::int16_t{1} : import.ImportFirstField);
+  session.form1.StrMiddle.text = field(standard ? std::int16_t{2} : import.ImportMiddleField);
+  session.form1.strLast.text = field(standard ? std::int16_t{3} : import.ImportLastField);
+}
+
+void tell_row(Session& session, std::int32_t line) {
+  if (session.import.row_done)
+    session.import.row_done({line, session.LastCreation});
+}
+
+End run_lines(Session& session, std::string_view path, std::string_view text) {
+  session::Form1& form = session.form1;
+  ImportState& import = session.import;
+  std::size_t position = 0;
+  std::string_view line;
+  for (std::int32_t number = 1; next_line(text, position, line); ++number) {
+    import.ImportLine = line;
+    form.USERID.text = std::string();
+    form.UserID_Box.text = std::string();
+    split_line(import);
+    fill_names(session);
+    if (import.ImportFieldCount < 2) {
+      error_line(session, import.ImportLine);
+      session.LastCreation = {import.ImportLine, "", "The line has fewer than two fields"};
+      tell_row(session, number);
+      continue;
+    }
+    if (import.ImportStopped)
+      return End::kStopped;
+    creation::CreateUser_Click(session);
+    form.Import_Text.caption =
+        "Number of Users Imported from " + title(path) + "= " + base::to_text(import.ImportAddedCount);
+    tell_row(session, number);
+    if (import.ImportHalt && form.STOP_ON_RED[0].on())
+      return End::kErrorHalt;
+    if (import.ImportHaltWarning && form.STOP_ON_RED[1].on())
+      return End::kWarningHalt;
+    session.platform.dialogs.DoEvents();
+  }
+  return End::kEndOfFile;
+}
+
+/// True for an end that is not a halt.
+bool tell_end(Session& session, End end, std::string_view path) {
+  switch (end) {
+    case End::kEndOfFile:
+      session::LOG_TAB(session, session::kGreen,
+                       "Number of Users Imported from " + title(path) + " = " +
+                           base::to_text(session.import.ImportAddedCount));
+      return true;
+    case End::kStopped:
+      session::LOG_TAB(session, session::kGreen, " Import Halted by User");
+      return true;
+    case End::kErrorHalt:
+      session.platform.dialogs.beep();
+      session::LOG_TAB(session, session::kRed, " Import Halted because errors were detected");
+      error_line(session, "Import Halted because error were detected");
+      return false;
+    case End::kWarningHalt:
+      session.platform.dialogs.beep();
+      session::LOG_TAB(session, session::kYellow, " Import Halted because WARNINGS were detected");
+      error_line(session, "Import Halted because warnings were detected");
+      return false;
+  }
+  return false;
+}
+
+/// The reason against the selection; empty when it will do.
+std::string selection_fault(Session& session) {
+  const session::Form1& form = session.form1;
+  const controls::TreeNode* const node = form.TreeView1.selected();
+  const std::string_view kind = node == nullptr ? std::string_view{} : node->image;
+  const bool active_directory = session::is_active_directory(session);
+  const bool copy = form.Copy_User.on();
+  const bool good = !active_directory || copy || kind == "OU";
+  const bool named =
+      !base::trim(form.nutemplate.text.get()).empty() && !base::trim(form.NUsitename.text.get()).empty();
+  if (named && good && !(copy && kind != "USER"))
+    return {};
+  if (!active_directory)
+    return "To Import Users you must select a Template and a Site.";
+  const std::string text = "To Import Users you must select a Template and a Site\r\n";
+  if (copy && kind != "USER") {
+    return text +
+           "and select an User from the treeview.\r\nor turn off 'copy user' function, and select an OU";
+  }
+  return text + "and select an OU from the treeview.";
+}
+
+void clear_new_user_tab(session::Form1& form) {
+  for (controls::TextBox* field : {&form.strFirst, &form.StrMiddle, &form.strLast})
+    field->text = std::string();
+  for (controls::Label* label : {&form.Createdirs, &form.Sharedirs, &form.Security, &form.UserAccount,
+                                 &form.MailAccount, &form.run, &form.progress}) {
+    label->caption = std::string();
+  }
+  form.ProgressBar1.value = 0;
+  form.StatusBar1.panel1 = "Ready.";
+}
+
+void log_block(Session& session, std::string_view text, bool with_user) {
+  session.log.open(session);
+  session.log.line(session::kAsterisks);
+  session.log.line(session::date_and_time(session));
+  if (with_user)
+    session.log.line("User:" + session.platform.environment.variable("USERNAME"));
+  session.log.line(text);
+  session.log.close();
+}
+
+}  // namespace
+
+void Import_Command(Session& session) {
+  clear_new_user_tab(session.form1);
+  if (const std::string fault = selection_fault(session); !fault.empty()) {
+    session.platform.dialogs.MsgBox(fault, platform::Buttons::kOk, platform::Icon::kCritical,
+                                    "Can't Import Users");
+    return;
+  }
+  const auto path = session.platform.dialogs.open_file("Open file to import", "CSV Files (*.csv)|*.csv|");
+  if (!path || path->empty())
+    return;
+  session.import.ImportAccepted = false;
+  base::Trap trap;
+  if (!trap([&] { load_csv_layout(session, *path); })) {
+    session.platform.dialogs.MsgBox(trap.description(), platform::Buttons::kOk, platform::Icon::kCritical,
+                                    "Import error");
+    return;
+  }
+  session.platform.dialogs.show_modal("CSV_Import");
+  if (!session.import.ImportAccepted)
+    return;
+  log_block(session, "Starting Import from: " + *path, true);
+  session.form1.StatusBar1.panel1 = "Importing Users....";
+  const bool whole = Import_Users(session, *path);
+  log_block(session, "Import Finished", false);
+  if (!whole) {
+    session.platform.dialogs.MsgBox("Errors during Import. Check log files for details.",
+                                    platform::Buttons::kOk, platform::Icon::kExclamation, "Import error");
+  } else {
+    session.form1.Import_Text.caption = std::string();
+    session.form1.StatusBar1.panel1 = "Import Complete. " + base::to_text(session.import.ImportAddedCount) +
+                                      " users Added. Check Import.err for errors.";
+  }
+  session.form1.SSTab1 = 0;
+}
+
+bool Import_Users(Session& session, std::string_view path) {
+  ImportState& import = session.import;
+  import.Importing = true;
+  import.ImportStopped = false;
+  import.ImportAddedCount = 0;
+  import.ImportHalt = false;
+  import.failure.clear();
+  bool whole = false;
+  base::Trap trap(session::is_debug(session));
+  trap([&] {
+    open_error_file(session);
+    session.form1.enabled = false;
+    session.cancel_import.visible = true;
+    open_summary(session);
+    const std::string text = import_text(session.platform.files.read(path));
+    whole = tell_end(session, run_lines(session, path, text), path);
+  });
+  import.error_file.reset();
+  import.summary_file.reset();
+  session.form1.enabled = true;
+  import.Importing = false;
+  session.cancel_import.visible = false;
+  if (trap.number() != 0)
+    import.failure = trap.description();
+  return whole;
+}
+
+void CancelButton_Click(Session& session) {
+  session.import.ImportStopped = true;
+  session.cancel_import.visible = false;
+}
+
+}  // namespace twk::batch

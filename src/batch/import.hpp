@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::session {
+struct Session;
+}
+
+/// Users from a file of comma-separated lines, one a line. There is no quoting: every comma separates.
+namespace twk::batch {
+
+/// The whole command: checks the selection, asks for the file, shows the window `CSV_Import` for its layout,
+/// runs, tells the result.
+void Import_Command(session::Session& session);
+
+/// Runs the creation for each line of the file. True when the end was reached or the person stopped it; False
+/// when a halt option ended it or a file could not be read or written. "Import.err" and the summary are made
+/// in the database directory; what failed is in `ImportState::failure`. Input is UTF-8, with or without a
+/// byte-order mark, or code page 1252.
+bool Import_Users(session::Session& session, std::string_view path);
+
+/// The Stop button: the run ends before the next line.
+void CancelButton_Click(session::Session& session);
+
+}  // namespace twk::batch

@@ -1,0 +1,23 @@
+#include "creation/account_name.hpp"
+
+#include "base/text.hpp"
+
+namespace twk::creation {
+
+std::vector<std::string> invalid_characters(std::string_view name, bool active_directory) {
+  constexpr std::string_view kForbidden = "<>?/\\*[]{};:'\"";
+  std::vector<std::string> faults;
+  for (const char32_t code : base::to_utf32(name)) {
+    const std::string character = base::to_utf8(std::u32string_view(&code, 1));
+    if (const auto control = base::find_control_character(character)) {
+      faults.push_back(*control);
+    } else if (kForbidden.find(character) != base::npos || (character == "," && !active_directory)) {
+      faults.push_back(character);
+    }
+  }
+  if (!name.empty() && name.find_first_not_of('.') == base::npos)
+    faults.emplace_back(".");
+  return faults;
+}
+
+}  // namespace twk::creation

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace twk::creation {
+
+/// What in an account name a domain refuses: the characters < > ? / \ * [ ] { } ; : ' and the double quote,
+/// outside Active Directory the comma, control characters (as "U+0009"), and a name of dots alone, which
+/// would name a folder above. One entry for each place; empty when the name will do.
+std::vector<std::string> invalid_characters(std::string_view name, bool active_directory);
+
+}  // namespace twk::creation

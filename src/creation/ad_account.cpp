@@ -1,0 +1,144 @@
+#include "base/text.hpp"
+#include "creation/account_stage.hpp"
+#include "creation/account_texts.hpp"
+#include "directory/operations.hpp"
+#include "format/variables.hpp"
+#include "platform/adsi.hpp"
+#include "session/session.hpp"
+
+namespace twk::creation {
+namespace {
+
+using platform::User;
+using session::Session;
+
+/// The first write: the object under its two names. A box tells why it was refused, and the failure goes on.
+void create_object(CreationRun& run) {
+  Session& session = run.session;
+  if (session::is_debug(session)) {
+    log(run, "Container: " + container_key(run));
+    log(run, "SamName: " + run.SamName);
+    log(run, "CnName: " + run.CnName);
+  }
+  base::Trap trap;
+  trap([&] {
+    run.AdContainer = session.platform.directory.GetObject("LDAP://" + container_key(run));
+    run.CurrentUserObject = run.AdContainer->Create("user", "cn=" + run.CnName);
+    run.CurrentUserObject->Put("samAccountName", run.SamName);
+    run.CurrentUserObject->SetInfo();
+  });
+  if (trap.number() == 0)
+    return;
+  const bool exists = trap.number() == platform::ads_error::kObjectExists;
+  if (exists)
+    log(run, "User name (SAMAccount) Already Exists :" + run.SamName);
+  session.platform.dialogs.MsgBox(exists ? "User name already exists.\r\nChange the userID and try again"
+                                         : "error: " + base::to_text(trap.number()),
+                                  platform::Buttons::kOk, platform::Icon::kNone, "");
+  throw base::RuntimeError(trap.number(), trap.description());
+}
+
+std::string description(CreationRun& run) {
+  std::string text = format::Replace_Variables(run.session, run.session.form1.Description.text);
+  if (run.session.import.Importing)
+    text = format::replace_import_fields(run.session, std::move(text));
+  return text;
+}
+
+/// The second write.
+void set_fields(CreationRun& run, User& user) {
+  const session::Form1& form = run.session.form1;
+  if (session::is_debug(run.session))
+    log(run, "Setting common user fields");
+  const std::string text = description(run);
+  if (!text.empty() && text.find('%') == base::npos)
+    user.put_Description(text);
+  const std::string_view first = base::trim(form.strFirst.text.get());
+  const std::string_view last = base::trim(form.strLast.text.get());
+  const std::string_view script = base::trim(form.logon.text.get());
+  const std::string_view profile = base::trim(run.paths.ProfileText);
+  if (!run.FullName.empty())
+    user.put_FullName(run.FullName);
+  if (!run.paths.HomeDirText.empty())
+    user.put_HomeDirectory(run.paths.HomeDirText);
+  if (!first.empty())
+    user.put_FirstName(first);
+  if (!last.empty())
+    user.put_LastName(last);
+  if (!script.empty())
+    user.put_LoginScript(script);
+  if (!profile.empty())
+    user.put_Profile(profile);
+  user.put_LoginHours(run.session.TemplateLogonHours);
+  user.SetInfo();
+}
+
+/// False when the password was refused, which warns.
+bool set_password(CreationRun& run, User& user) {
+  if (run.Password.empty())
+    return true;
+  const bool debug = session::is_debug(run.session);
+  if (debug)
+    log(run, "Setting user password: " + run.Password);
+  base::Trap trap;
+  if (!trap([&] { user.SetPassword(run.Password); })) {
+    warn(run, "Error:- Unable to set User password");
+    log(run, trap.description());
+    return false;
+  }
+  if (debug)
+    log(run, "Password set");
+  return true;
+}
+
+void set_expiry(CreationRun& run, User& user) {
+  base::Trap trap;
+  if (!trap([&] {
+        if (const auto expires = expiry_date(run))
+          user.put_AccountExpirationDate(*expires);
+      })) {
+    log(run, "Error setting account expiry: " + trap.description());
+  }
+}
+
+/// Flags that only the WinNT object carries.
+void set_user_flags(CreationRun& run) {
+  const session::Form1& form = run.session.form1;
+  const std::int32_t flags = (form.USR_Cant_Change.on() ? platform::kFlagCannotChangePassword : 0) |
+                             (form.PWD_NVR_EXPIRE.on() ? platform::kFlagPasswordNeverExpires : 0);
+  if (flags == 0)
+    return;
+  base::Trap trap;
+  if (!trap([&] {
+        User user(run.session.platform.directory.GetObject(directory::winnt_path(run.session, run.SamName)));
+        user.Put("UserFlags", user.Get("UserFlags").integer() | flags);
+        user.SetInfo();
+      })) {
+    log(run, "Error setting account flags: " + trap.description());
+  }
+}
+
+}  // namespace
+
+void CreateAdAccount(CreationRun& run) {
+  const session::Form1& form = run.session.form1;
+  create_object(run);
+  User user(run.CurrentUserObject);
+  set_fields(run, user);
+  run.SummaryRow = run.FullName + "," + run.SamName + ",";
+  base::Trap trap;
+  if (set_password(run, user)) {
+    trap([&] { user.Put("pwdLastSet", form.Password_Change.on() ? 0 : -1); });
+    if (form.New_Disabled.on())
+      trap([&] { user.put_AccountDisabled(true); });
+  }
+  set_expiry(run, user);
+  const std::string& drive = form.Home_Drive_letter.text;
+  if (!drive.empty())
+    user.Put("HomeDrive", drive);
+  user.SetInfo();
+  set_user_flags(run);
+  account_created(run);
+}
+
+}  // namespace twk::creation

@@ -1,0 +1,236 @@
+#include "creation/create_user.hpp"
+
+#include "base/text.hpp"
+#include "controls/basic.hpp"
+#include "creation/account_stage.hpp"
+#include "creation/account_texts.hpp"
+#include "creation/creation_run.hpp"
+#include "creation/later_stages.hpp"
+#include "creation/paths.hpp"
+#include "creation/validate_request.hpp"
+#include "directory/operations.hpp"
+#include "session/session.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+
+namespace twk::creation {
+namespace {
+
+using session::Form1;
+using session::Session;
+
+void paint(controls::Label& light, std::int32_t colour, const char* caption) {
+  light.colour = colour;
+  light.caption = caption;
+}
+
+void complete(controls::Label& light) {
+  paint(light, controls::kBlue, "Completed");
+}
+
+void LocatePdc(CreationRun& run) {
+  Session& session = run.session;
+  std::string name;
+  base::Trap trap;
+  trap([&] { name = session.platform.network.NetGetDCName("", session.DomainName); });
+  if (trap.number() != 0 || name.size() < 3) {
+    run.PdcName = base::trim(session.form1.NTSERVER.text.get());
+    log(run, "PDC not found");
+    log(run, "Will use Server: " + session.form1.NTSERVER.text.get() + " to lookup accounts.");
+    return;
+  }
+  run.PdcName = name.substr(2);
+  log(run, "Locate PDC: " + run.PdcName);
+  if (session::is_active_directory(session))
+    run.PdcName.clear();
+}
+
+void end_quietly(Session& session, const char* caption) {
+  session.form1.mouse_pointer = 0;
+  session.form1.ProgressBar1.value = 0;
+  session.form1.progress.caption = caption;
+  session.form1.enabled = true;
+  session.log.close();
+}
+
+void create_account(CreationRun& run) {
+  Session& session = run.session;
+  show_step(run, "Create User Account");
+  PrepareAccountTexts(run);
+  run.stage = CreationStage::kAccount;
+  session.Error_Status_Text = "Error Creating Users Account...";
+  session.Error_Log_Text = "Error Creating Users Account: " + run.UserId;
+  platform::WriteBatch batch(session.platform.directory);
+  if (session::is_active_directory(session)) {
+    CreateAdAccount(run);
+    ApplyGroups(run);
+    ApplyW2kProperties(run);
+  } else {
+    CreateNtAccount(run);
+    ApplyGroups(run);
+  }
+  SetPrimaryGroup(run);
+  batch.commit();
+  run.traps_off = session::is_debug(session);
+  set_progress(run, 45);
+  complete(session.form1.UserAccount);
+}
+
+bool wants_terminal_settings(const controls::ListView& variables) {
+  for (const controls::ListRow* row : variables.find_text("WTS")) {
+    if (!row->sub_items.empty() && base::equals_fold(row->sub_items.front(), "ENABLED"))
+      return true;
+  }
+  return false;
+}
+
+bool wants_mailbox(const Form1& form) {
+  return form.Create_Mail_Account.on() && !form.EXSERVER.text.get().empty() &&
+         !form.EXSite.text.get().empty() && !form.EXorg.text.get().empty();
+}
+
+/// The stages in their order. Raises what stops the run.
+Step work(CreationRun& run) {
+  Form1& form = run.session.form1;
+  ResolvePaths(run);
+  set_progress(run, 10);
+  LocatePdc(run);
+  if (form.Create_Dirs.on()) {
+    show_step(run, "Create Directories...");
+    if (CreateDirectories(run) == Step::kEnd) {
+      run.session.LastCreation.message = "The directory exists already";
+      end_quietly(run.session, "Progress");
+      return Step::kEnd;
+    }
+    complete(form.Createdirs);
+  }
+  set_progress(run, 25);
+  if (form.Create_User_Account.on())
+    create_account(run);
+  if (form.Create_Shares.on()) {
+    show_step(run, "Create Shares...");
+    CreateUserShares(run);
+  }
+  if (wants_terminal_settings(run.session.variables.ListView1))
+    ApplyTerminalSettings(run);
+  if (form.Dir_Security.on()) {
+    show_step(run, "Set Dir Permissions...");
+    ApplyDirPermissions(run);
+  }
+  if (wants_mailbox(form)) {
+    set_progress(run, 75);
+    show_step(run, "Creating Mail Account...");
+    CreateMailbox(run);
+  }
+  set_progress(run, 90);
+  if (form.Create_User_Account.on())
+    AddUserToViews(run);
+  if (form.Run_script.on() && !form.Create_Script.text.get().empty()) {
+    set_progress(run, 95);
+    show_step(run, "Running Command");
+    RunCreateCommand(run);
+  }
+  return Step::kGoOn;
+}
+
+void write_summary(CreationRun& run, bool warned) {
+  session::ImportState& import = run.session.import;
+  if (!import.Importing)
+    return;
+  session::write_run_file(run.session, import.summary_file, import.summary_path,
+                          run.SummaryRow + (warned ? "Yes" : "No"));
+}
+
+void tell(Session& session, const std::string& user, std::string_view light, const std::string& message) {
+  session::LOG_TAB(session, light, message);
+  session.LastCreation = {user, std::string(light), message};
+}
+
+void finish(CreationRun& run) {
+  Session& session = run.session;
+  run.CurrentUserObject.reset();
+  run.AdContainer.reset();
+  set_progress(run, 100);
+  show_step(run, "Finished");
+  session.form1.StatusBar1.panel1 = "User Created.";
+  log(run, "User Created.");
+  session.form1.mouse_pointer = 0;
+  session.form1.enabled = true;
+  session.SerialTokenUsed = false;
+  session.AltIdTried = false;
+  if (!session.import.Importing) {
+    stores::Template_Group_Sort(session);
+    stores::Clear_TT(session);
+    stores::Clear_Site(session);
+    session.form1.UserID_Box.text = std::string();
+  }
+  session.log.close();
+  const bool warned = run.RunWarning != 1;
+  tell(session, run.UserId, warned ? session::kYellow : session::kGreen, run.UserId + " Created User ");
+  if (warned && session.form1.STOP_ON_RED[1].on())
+    session.import.ImportHalt = true;
+  write_summary(run, warned);
+}
+
+void fail(CreationRun& run, const base::RuntimeError& failure) {
+  Session& session = run.session;
+  Form1& form = session.form1;
+  if (run.stage == CreationStage::kAccount)
+    paint(form.UserAccount, controls::kRed, "Error");
+  if (run.stage == CreationStage::kProfileDirectory)
+    paint(form.Createdirs, controls::kRed, "Error");
+  if (run.stage == CreationStage::kCommand)
+    paint(form.run, controls::kRed, "Error");
+  form.StatusBar1.panel1 = session.Error_Status_Text;
+  log(run, session.Error_Log_Text);
+  log(run, "Error Number: " + base::to_text(failure.number()));
+  log(run, failure.description());
+  session.log.close();
+  tell(session, run.UserId, session::kRed, session.Error_Status_Text + " ");
+  session.LastCreation.message += failure.description();
+  show_step(run, "Error");
+  form.mouse_pointer = 0;
+  form.enabled = true;
+  session.SerialTokenUsed = false;
+  session.AltIdTried = false;
+  if (form.STOP_ON_RED[0].on())
+    session.import.ImportHalt = true;
+  stores::Clear_TT(session);
+  stores::Clear_Site(session);
+}
+
+/// One run; a taken name asks for another one.
+Step run_once(Session& session) {
+  CreationRun run(session);
+  session.LastCreation = {};
+  session.Error_Status_Text = "Error Creating User...";
+  session.Error_Log_Text = "Error Creating User: " + run.request.UserId;
+  try {
+    Step step = ValidateRequest(run);
+    if (step == Step::kGoOn)
+      step = ResolveCollision(run);
+    if (step == Step::kGoOn)
+      step = ResolveSamName(run);
+    if (step == Step::kGoOn)
+      step = work(run);
+    if (step == Step::kGoOn)
+      finish(run);
+    if (session.LastCreation.user.empty())
+      session.LastCreation.user = run.UserId;
+    return step;
+  } catch (const base::RuntimeError& failure) {
+    if (run.traps_off)
+      throw;
+    fail(run, failure);
+    return Step::kEnd;
+  }
+}
+
+}  // namespace
+
+void CreateUser_Click(Session& session) {
+  while (run_once(session) == Step::kAgain) {
+  }
+}
+
+}  // namespace twk::creation

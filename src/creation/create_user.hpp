@@ -1,0 +1,15 @@
+#pragma once
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::creation {
+
+/// Takes one user from a name to an account with all that hangs on it, from what the New User tab holds.
+/// Outcomes are told by the lights, the logs and `LastCreation`; under import also by `ImportHalt` and the
+/// summary. Nothing that was done is undone when a later stage fails. With "/DEBUG" a failure behind the
+/// account's fields raises.
+void CreateUser_Click(session::Session& session);
+
+}  // namespace twk::creation

@@ -1,0 +1,60 @@
+#include "creation/creation_run.hpp"
+
+#include "controls/basic.hpp"
+#include "controls/tree_view.hpp"
+#include "format/user_name.hpp"
+#include "format/variables.hpp"
+#include "session/session.hpp"
+
+namespace twk::creation {
+
+CreationRun::CreationRun(session::Session& owner) : session(owner) {
+  const session::Form1& form = owner.form1;
+  request.TemplateName = form.nutemplate.text;
+  request.SiteName = form.NUsitename.text;
+  request.FirstName = form.strFirst.text;
+  request.MiddleName = form.StrMiddle.text;
+  request.LastName = form.strLast.text;
+  request.UserId = form.UserID_Box.text;
+  request.CopyUser = form.Copy_User.on();
+  if (const controls::TreeNode* const node = form.TreeView1.selected()) {
+    request.SelectedNodeKind = node->image;
+    request.SelectedNodeKey = node->key;
+    request.SelectedNodeText = node->text;
+    if (node->parent != nullptr)
+      request.ParentNodeKey = node->parent->key;
+  }
+}
+
+void log(CreationRun& run, std::string_view text) {
+  run.session.log.line(text);
+}
+
+void warn(CreationRun& run, std::string_view text) {
+  run.session.platform.dialogs.beep();
+  log(run, text);
+  run.RunWarning = 2;
+}
+
+void show_step(CreationRun& run, std::string_view caption) {
+  run.session.form1.progress.caption = std::string(caption);
+}
+
+void set_progress(CreationRun& run, int value) {
+  run.session.form1.ProgressBar1.value = value;
+}
+
+const std::string& container_key(const CreationRun& run) {
+  return run.request.CopyUser ? run.request.ParentNodeKey : run.request.SelectedNodeKey;
+}
+
+std::string expand_row_value(CreationRun& run, std::string_view value) {
+  session::Session& session = run.session;
+  std::string text = format::Replace_Variables(session, std::string(value));
+  text = format::UserName(session, std::move(text), run.request.FirstName, run.request.MiddleName,
+                          run.request.LastName);
+  text = format::FRString(text, "%Domain%", session.DomainName);
+  return session.import.Importing ? format::replace_import_fields(session, std::move(text)) : text;
+}
+
+}  // namespace twk::creation

@@ -1,0 +1,138 @@
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "creation/account_stage.hpp"
+#include "directory/operations.hpp"
+#include "session/session.hpp"
+
+namespace twk::creation {
+namespace {
+
+using platform::ObjectPtr;
+using session::Session;
+
+constexpr std::string_view kEverybodysGroup = "DOMAIN USERS";
+
+/// The new account's path, as a group's `Add` takes it.
+std::string member_path(const CreationRun& run) {
+  if (!session::is_active_directory(run.session))
+    return "WinNT://" + run.session.DomainName + "/" + run.UserId;
+  return "LDAP://CN=" + run.CnName + "," + container_key(run);
+}
+
+/// The path of a group: by its name in a WinNT domain, else its key.
+std::string group_path(const Session& session, std::string_view name, std::string_view key) {
+  if (!session::is_active_directory(session))
+    return "WinNT://" + session.DomainName + "/" + std::string(name);
+  return std::string(base::trim(key));
+}
+
+/// Adds the account to one group; a failure warns under the group's name and gives False.
+bool join(CreationRun& run, const std::string& path, std::string_view name) {
+  Session& session = run.session;
+  base::Trap trap;
+  trap([&] {
+    session.CurrentGroup = session.platform.directory.GetObject(path);
+    if (session::is_debug(session))
+      log(run, "Adding user to: " + session.CurrentGroup->Name());
+    session.CurrentGroup->Add(member_path(run));
+  });
+  session.CurrentGroup.reset();
+  if (trap.number() == 0)
+    return true;
+  warn(run, "Error adding user to group: " + std::string(name));
+  return false;
+}
+
+void join_from_columns(CreationRun& run) {
+  Session& session = run.session;
+  if (!session.import.Importing || base::trim(run.ImportGroupsFinish) == "0")
+    return;
+  const std::int32_t last =
+      std::min({base::val(run.ImportGroupsFinish), std::int32_t{session.import.ImportFieldCount},
+                static_cast<std::int32_t>(session::kMostImportFields)});
+  for (std::int32_t column = std::max(0, base::val(run.ImportGroupsStart)); column <= last; ++column) {
+    const std::string name(base::trim(session.import.ImportFields.at(static_cast<std::size_t>(column))));
+    const auto found = session.groups.ListView1.find_text(name);
+    for (const controls::ListRow* row : found)
+      join(run, group_path(session, row->text, row->key), row->text);
+    if (found.empty()) {
+      log(run, (session::is_active_directory(session) ? "Group not found: " : "Group Not Found: ") + name);
+    }
+  }
+}
+
+void join_template_groups(CreationRun& run) {
+  Session& session = run.session;
+  const controls::ListView& groups = session.form1.ListView6;
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    const controls::ListRow& row = groups.at(i);
+    const std::string_view name = base::trim(row.text);
+    if (base::equals_fold(name, kEverybodysGroup))
+      continue;
+    const bool joined = join(run, group_path(session, name, row.key), name);
+    if (!joined && session::is_active_directory(session))
+      log(run, member_path(run));
+  }
+}
+
+void join_groups_of_copied_user(CreationRun& run) {
+  Session& session = run.session;
+  const NewUserRequest& request = run.request;
+  const bool active_directory = session::is_active_directory(session);
+  log(run, "Copy User groups from user: " + request.SelectedNodeText);
+  std::vector<ObjectPtr> groups;
+  base::Trap trap;
+  trap([&] {
+    groups =
+        session.platform.directory
+            .GetObject(active_directory ? request.SelectedNodeKey
+                                        : "WinNT://" + session.DomainName + "/" + request.SelectedNodeText)
+            ->Groups();
+  });
+  if (trap.number() != 0) {
+    log(run, "Error Retrieving Group info for: " + request.SelectedNodeText);
+    warn(run, "Groups will not be set");
+    return;
+  }
+  for (const ObjectPtr& group : groups) {
+    const std::string name = group->Name();
+    if (base::equals_fold(name, active_directory ? "CN=DOMAIN USERS" : kEverybodysGroup))
+      continue;
+    join(run, group_path(session, name, group->ADsPath()), name);
+  }
+}
+
+}  // namespace
+
+void ApplyGroups(CreationRun& run) {
+  log(run, "Adding User to Groups");
+  join_from_columns(run);
+  if (run.request.CopyUser) {
+    join_groups_of_copied_user(run);
+  } else {
+    join_template_groups(run);
+  }
+}
+
+void SetPrimaryGroup(CreationRun& run) {
+  const std::string& name = run.session.form1.PrimaryGrp.caption;
+  if (base::equals_fold(name, kEverybodysGroup))
+    return;
+  log(run, "Setting Primary Group: " + name + ".");
+  std::int32_t id = 0;
+  base::Trap trap;
+  if (!trap([&] { id = directory::Group_RID_by_name(run.session, name); })) {
+    log(run, "Could not Set Primary Group");
+    return;
+  }
+  if (!trap([&] {
+        run.CurrentUserObject->Put("PrimaryGroupID", id);
+        run.CurrentUserObject->SetInfo();
+      })) {
+    run.RunWarning = 2;
+    log(run, "Could not Set Primary Group - user may not be in group");
+  }
+}
+
+}  // namespace twk::creation

@@ -1,0 +1,86 @@
+#include "base/text.hpp"
+#include "creation/account_stage.hpp"
+#include "creation/account_texts.hpp"
+#include "platform/adsi.hpp"
+#include "session/session.hpp"
+
+namespace twk::creation {
+namespace {
+
+using platform::User;
+
+void log_details(CreationRun& run) {
+  log(run, "Setting user details");
+  log(run, run.DescriptionText);
+  log(run, run.FullName);
+  log(run, run.paths.HomeDirText);
+  log(run, base::trim(run.session.form1.logon.text.get()));
+  log(run, run.paths.ProfileText);
+}
+
+void put_fields(CreationRun& run, User& user) {
+  const std::string_view script = base::trim(run.session.form1.logon.text.get());
+  if (!base::trim(run.DescriptionText).empty())
+    user.put_Description(run.DescriptionText);
+  if (!base::trim(run.FullName).empty())
+    user.put_FullName(run.FullName);
+  if (!base::trim(run.paths.HomeDirText).empty())
+    user.put_HomeDirectory(run.paths.HomeDirText);
+  if (!script.empty())
+    user.put_LoginScript(script);
+  if (!base::trim(run.paths.ProfileText).empty())
+    user.put_Profile(run.paths.ProfileText);
+  user.put_LoginHours(run.session.TemplateLogonHours);
+}
+
+void set_user_flag(User& user, std::int32_t flag) {
+  user.Put("UserFlags", user.Get("UserFlags").integer() | flag);
+  user.SetInfo();
+}
+
+}  // namespace
+
+void CreateNtAccount(CreationRun& run) {
+  session::Session& session = run.session;
+  const session::Form1& form = session.form1;
+  const bool debug = session::is_debug(session);
+  run.CurrentUserObject = session.DomainContainer->Create("User", run.UserId);
+  User user(run.CurrentUserObject);
+  if (debug)
+    log_details(run);
+  put_fields(run, user);
+  run.traps_off = debug;
+  const std::string& drive = form.Home_Drive_letter.text;
+  if (!drive.empty()) {
+    if (debug)
+      log(run, "Drive letter:" + drive);
+    user.Put("HomeDirDrive", drive);
+  }
+  user.SetInfo();
+  run.SummaryRow = run.FullName + "," + run.UserId + ",,";
+  if (!run.Password.empty()) {
+    if (debug)
+      log(run, "Password:" + run.Password);
+    user.SetPassword(run.Password);
+  }
+  if (form.Password_Change.on())
+    user.Put("PasswordExpired", 1);
+  if (form.New_Disabled.on())
+    user.put_AccountDisabled(true);
+  if (form.USR_Cant_Change.on()) {
+    if (debug)
+      log(run, "Can't change pwd");
+    set_user_flag(user, platform::kFlagCannotChangePassword);
+  }
+  if (form.PWD_NVR_EXPIRE.on()) {
+    if (debug)
+      log(run, "Never expire");
+    set_user_flag(user, platform::kFlagPasswordNeverExpires);
+  }
+  if (const auto expires = expiry_date(run))
+    user.put_AccountExpirationDate(*expires);
+  user.SetInfo();
+  account_created(run);
+}
+
+}  // namespace twk::creation

@@ -1,0 +1,99 @@
+#include "base/text.hpp"
+#include "controls/tree_view.hpp"
+#include "creation/account_stage.hpp"
+#include "creation/shell.hpp"
+#include "directory/ad_load.hpp"
+#include "directory/load_options.hpp"
+#include "format/user_name.hpp"
+#include "format/variables.hpp"
+#include "platform/adsi.hpp"
+#include "session/session.hpp"
+
+namespace twk::creation {
+namespace {
+
+using session::Session;
+
+/// What the tree shows for the new account.
+std::string shown_name(CreationRun& run) {
+  std::string name = run.tree_name.empty() ? run.FullName : run.tree_name;
+  if (run.session.form1.DNName.value) {
+    base::Trap trap;
+    if (!trap([&] { name = platform::User(run.CurrentUserObject).FullName(); }))
+      name.clear();
+  }
+  return name.empty() ? run.SamName : name;
+}
+
+void add_to_lists(CreationRun& run, const std::string& key, const std::string& shown) {
+  if (directory::read_load_options(run.session).SkipUsers)
+    return;
+  base::Trap trap;
+  trap([&] { run.session.multi_user.ListView2.add(key, shown, "USER"); });
+  trap([&] { run.session.groups.NotMembers.add(key, run.UserId, "USER"); });
+}
+
+void add_to_tree(CreationRun& run, std::string_view parent, const std::string& key,
+                 const std::string& shown) {
+  controls::TreeView& tree = run.session.form1.TreeView1;
+  base::Trap trap;
+  trap([&] {
+    run.CreatedUserNode = &tree.add_under(parent, key, shown, "USER");
+    tree.ensure_visible(*run.CreatedUserNode);
+  });
+}
+
+/// False for a container whose users were not read yet: they come with its first expansion.
+bool container_is_read(const CreationRun& run) {
+  controls::TreeView& tree = run.session.form1.TreeView1;
+  const controls::TreeNode* const selected = tree.selected();
+  const controls::TreeNode* const next = selected == nullptr ? nullptr : tree.next(*selected);
+  return next == nullptr || next->text != directory::kDummyNode;
+}
+
+}  // namespace
+
+void AddUserToViews(CreationRun& run) {
+  Session& session = run.session;
+  if (!session::is_active_directory(session)) {
+    add_to_tree(run, "root", run.UserId, run.UserId);
+    add_to_lists(run, run.UserId, run.UserId);
+    return;
+  }
+  const std::string key = "LDAP://" + session.DomainName + "/CN=" + run.CnName + "," + container_key(run);
+  const std::string shown = shown_name(run);
+  if (container_is_read(run))
+    add_to_tree(run, container_key(run), key, shown);
+  add_to_lists(run, key, shown);
+}
+
+void RunCreateCommand(CreationRun& run) {
+  Session& session = run.session;
+  const session::Form1& form = session.form1;
+  const NewUserRequest& request = run.request;
+  std::string command = form.Create_Script.text;
+  if (session.import.Importing)
+    command = format::replace_import_fields(session, std::move(command));
+  command = format::FRString(command, "%Domain%", session.DomainName);
+  command = format::FRString(command, "%Server%", form.NTSERVER.text.get());
+  command = format::FRString(command, "%UserName%", run.SamName);
+  command = format::FRString(command, "%EXServer%", form.EXSERVER.text.get());
+  command = format::FRString(command, "%EXSite%", form.EXSite.text.get());
+  command = format::FRString(command, "%EXorg%", form.EXorg.text.get());
+  command =
+      format::UserName(session, std::move(command), request.FirstName, request.MiddleName, request.LastName);
+  command = format::Replace_Variables(session, std::move(command));
+  session.Error_Status_Text = "Error Running Command...";
+  session.Error_Log_Text = "Error Running Command: " + command;
+  run.stage = CreationStage::kCommand;
+  log(run, "Running Script: " + command);
+  const std::int16_t window_style = form.Run_Hidden[0].on() ? 0 : 1;
+  const bool started =
+      clsShell(session.platform.process).Spawn(command, form.Wait_NEW[0].on(), window_style) != 0;
+  session.form1.run.colour = started ? controls::kBlue : controls::kRed;
+  session.form1.run.caption = started ? "Completed" : "Error";
+  if (!started)
+    warn(run, session.Error_Log_Text);
+}
+
+}  // namespace twk::creation

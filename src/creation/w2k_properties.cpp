@@ -1,0 +1,82 @@
+#include "base/text.hpp"
+#include "creation/account_stage.hpp"
+#include "directory/operations.hpp"
+#include "session/session.hpp"
+
+namespace twk::creation {
+namespace {
+
+using session::Session;
+
+/// Asks for a value, where somebody is there to answer.
+void ask_for_value(CreationRun& run, const std::string& attribute) {
+  Session& session = run.session;
+  if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
+    return;
+  const std::string answer = session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value");
+  if (answer.empty())
+    return;
+  base::Trap trap;
+  if (!trap([&] {
+        run.CurrentUserObject->Put(attribute, answer);
+        run.CurrentUserObject->SetInfo();
+      })) {
+    run.RunWarning = 2;
+    log(run, "Error setting " + attribute + ", " + answer);
+  }
+}
+
+/// False when the principal name is taken; the row is then left out.
+bool principal_name_is_free(CreationRun& run, const std::string& value) {
+  if (!directory::Is_Name_Used_In_Forest(run.session, value)) {
+    run.SummaryRow += value + ",";
+    return true;
+  }
+  warn(run, "UPN aleardy Exists: " + value);
+  log(run, "UPN not set");
+  run.SummaryRow += ",";
+  return false;
+}
+
+void write_row(CreationRun& run, const std::string& attribute, const std::string& value) {
+  const bool account_name = base::equals_fold(attribute, "SAMACCOUNTNAME");
+  if (base::equals_fold(attribute, "DISPLAYNAME"))
+    run.tree_name = value;
+  if (base::equals_fold(attribute, "USERPRINCIPALNAME") && !principal_name_is_free(run, value))
+    return;
+  base::Trap trap;
+  if (trap([&] {
+        run.CurrentUserObject->Put(attribute, value);
+        run.CurrentUserObject->SetInfo();
+      })) {
+    if (account_name)
+      run.SamName = value;
+    log(run, "Setting " + attribute + ", " + value);
+    return;
+  }
+  run.RunWarning = 2;
+  log(run, "Error setting " + attribute + ", " + value);
+}
+
+}  // namespace
+
+void ApplyW2kProperties(CreationRun& run) {
+  log(run, "Setting W2K Properties");
+  show_step(run, "Setting W2K Properties");
+  const controls::ListView& rows = run.session.form1.ListView7;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const controls::ListRow& row = rows.at(i);
+    if (row.icon != "USER")
+      continue;
+    const std::string value = row.sub_items.empty() ? std::string() : row.sub_items.front();
+    if (base::equals_fold(value, "PROMPT")) {
+      ask_for_value(run, row.text);
+      continue;
+    }
+    const std::string expanded = expand_row_value(run, value);
+    if (!expanded.empty() && expanded.find('%') == base::npos)
+      write_row(run, row.text, expanded);
+  }
+}
+
+}  // namespace twk::creation

@@ -1,0 +1,273 @@
+#include "directory/ad_load.hpp"
+
+#include <limits>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/load_options.hpp"
+#include "directory/names.hpp"
+#include "directory/operations.hpp"
+#include "directory/orphans.hpp"
+#include "session/session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using controls::TreeNode;
+using session::Session;
+
+constexpr std::int32_t kGroupsPerRefresh = 1000;
+
+/// What one load works out and hands from step to step.
+struct Load {
+  explicit Load(Session& owner)
+      : session(owner),
+        options(read_load_options(owner)),
+        domain_name(domain_distinguished_name(owner.DomainName)),
+        trap(base::upper(owner.command_line) == "/DEBUG1") {}
+
+  Session& session;
+  LoadOptions options;
+  std::string domain_name;  ///< distinguished name of the domain
+  std::string base;
+  std::string user_scope;
+  bool one_level_ous = true;
+  base::Trap trap;
+};
+
+void begin_log(Load& load) {
+  Session& session = load.session;
+  session::ActivityLog& log = session.log;
+  log.open(session);
+  log.line(session::kAsterisks);
+  log.line(session::date_and_time(session));
+  if (session::logs_load(session))
+    log.line("App Version:" TWK_VERSION);
+  log.line("User:" + session.platform.environment.variable("USERNAME"));
+  if (session::logs_load(session))
+    log.line("Start Loading Domain Data");
+  log.line("Getting Domain names and OU's ");
+  log.line("AD Name: " + session.DomainName);
+  log.line("WinNT Domain Name: " + session.NTDomainName);
+  log.line("DNS Server Name: " + session.DnsServerName);
+  log.line("TWK using: " + load.options.Search);
+  log.line("Load all users: " + std::string(session.LoadAllUsersFlag ? "True" : "False"));
+}
+
+void set_drawing(Session& session, bool on) {
+  session.form1.TreeView1.set_drawing(on);
+  session.form1.ListView3.set_drawing(on);
+  session.form1.ListView5.set_drawing(on);
+  session.groups.ListView1.set_drawing(on);
+  session.multi_user.ListView3.set_drawing(on);
+}
+
+void add_dummy(Session& session, TreeNode& node) {
+  if (session.LoadAllUsersFlag)
+    return;
+  session.form1.TreeView1.add(&node, {}, std::string(kDummyNode), {});
+}
+
+void add_root(Load& load) {
+  Session& session = load.session;
+  controls::TreeView& tree = session.form1.TreeView1;
+  load.base = load.options.Search + session.DomainName;
+  if (!session.ManagedOU.empty()) {
+    session.form1.DomName.enabled = false;
+    session.form1.mnuOption[5].enabled = false;
+    tree.add(nullptr, session.ManagedOU, ou_name(session.ManagedOU), "OU");
+    load.base += "/" + session.ManagedOU;
+    return;
+  }
+  TreeNode& root = tree.add(nullptr, load.domain_name, session.DomainName, "DOMAIN");
+  add_dummy(session, tree.add(&root, "CN=Users," + load.domain_name, "Users", "OU"));
+}
+
+void choose_scopes(Load& load) {
+  Session& session = load.session;
+  load.user_scope = session.ManageSubOUs ? "subtree" : "onelevel";
+  load.one_level_ous = !session.ManageSubOUs || !session.LoadAllUsersFlag;
+  session.log.line("Managing OU: " + load.base + (session.ManageSubOUs ? " and sub OU's" : " only."));
+  if (!session::logs_load(session))
+    return;
+  session.log.line("Async: " + std::string(load.options.Asynchronous ? "True" : "False"));
+  session.log.line("Search Depth:" + std::string(load.one_level_ous ? "onelevel" : "subtree"));
+}
+
+TreeNode& add_ou(Session& session, std::string_view parent, const std::string& key, const std::string& name) {
+  TreeNode& node = session.form1.TreeView1.add_under(parent, key, name, "OU");
+  add_dummy(session, node);
+  return node;
+}
+
+void take_ou(Load& load, OrphanTable& orphans, const std::string& key, const std::string& name) {
+  Session& session = load.session;
+  if (name == "Domain Controllers" || load.user_scope == "onelevel")
+    return;
+  const std::string parent = parent_of_ou(key);
+  if (load.one_level_ous) {
+    load.trap([&] { session.multi_user.ListView4.add(key, name, "OU"); });
+    if (base::equals_fold(parent, load.domain_name))
+      load.trap([&] { add_ou(session, parent, key, name); });
+    return;
+  }
+  load.trap([&] { add_ou(session, parent, key, name).sorted = session.form1.Sorted_Yes.value; });
+  if (load.trap.number() == 0)
+    return;
+  orphans.store(key, name);
+  if (session::logs_load(session))
+    session.log.line("Orphan  " + key);
+}
+
+/// False when the query failed, which the box told.
+bool load_ous(Load& load) {
+  Session& session = load.session;
+  if (session::logs_load(session))
+    session.log.line("Retrieving OU's " + session::date_and_time(session));
+  OrphanTable orphans;
+  std::unique_ptr<platform::Recordset> rows;
+  load.trap([&] {
+    rows = run_query(session,
+                     "<" + load.base +
+                         ">;(&(objectCategory=OrganizationalUnit)(objectClass=OrganizationalUnit));"
+                         "distinguishedName,name;" +
+                         (load.one_level_ous ? "onelevel" : "subtree"),
+                     query_options(load.options));
+  });
+  if (load.trap.number() != 0) {
+    const std::string text = "Error getting Domain Data: " + base::to_text(load.trap.number());
+    session.log.line(text + " " + load.trap.description());
+    session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kNone, "");
+    return false;
+  }
+  if (session::logs_load(session)) {
+    session.log.line("Command has run for Retrieving OU's " + session::date_and_time(session));
+  }
+  for (; !rows->at_eof(); rows->MoveNext())
+    take_ou(load, orphans, rows->field(0).text(), rows->field(1).text());
+  orphans.attach(session);
+  return true;
+}
+
+void load_users(Load& load) {
+  Session& session = load.session;
+  if (load.options.SkipUsers) {
+    session.log.line("Users not loaded");
+    return;
+  }
+  if (session.splash.visible)
+    session.splash.Splash_TxT.caption = "Retrieving Users Please wait";
+  load.trap([&] { Load_AD_Users(session, load.base, false, load.user_scope, load.options.Search, false); });
+}
+
+std::string group_type_text(std::uint32_t type, std::string_view path) {
+  std::string text = (type & kGroupSecurity) != 0 ? "Security Group" : "Distribution Group";
+  if ((type & kGroupGlobal) != 0)
+    text += " - Global";
+  if ((type & kGroupDomainLocal) != 0) {
+    text += base::find_fold(path, "builtin") != base::npos ? " - builtin Local" : " - Domain Local";
+  }
+  if ((type & kGroupUniversal) != 0)
+    text += " - Universal";
+  return text;
+}
+
+void take_group(Load& load, const std::string& path, const std::string& name, std::uint32_t type) {
+  constexpr std::string_view kIcon = "W2KGRP";
+  Session& session = load.session;
+  const auto add = [&](controls::ListView& list, std::vector<std::string> columns = {}) {
+    load.trap([&] { list.add(path, name, std::string(kIcon), std::move(columns)); });
+  };
+  if (!load.options.TemplateGroupsOnly) {
+    add(session.form1.ListView3);
+    add(session.groups.ListView1, {group_type_text(type, path)});
+    if ((type & kGroupGlobal) != 0)
+      add(session.multi_user.ListView3);
+  }
+  add(session.form1.ListView5);
+}
+
+void count_group(Session& session) {
+  if (session.GroupCount == std::numeric_limits<std::int16_t>::max()) {
+    throw base::RuntimeError(base::error::kOverflow, "Overflow: more groups than can be counted");
+  }
+  ++session.GroupCount;
+  if (session.GroupCount % kGroupsPerRefresh == 0 && session.splash.visible) {
+    session.splash.Splash_TxT.caption =
+        std::string(static_cast<std::size_t>(session.UserCount / kGroupsPerRefresh), '.') +
+        "Retrieving Groups Please wait";
+  }
+}
+
+void load_groups(Load& load) {
+  Session& session = load.session;
+  if (load.options.SkipGroups && !load.options.TemplateGroupsOnly) {
+    session.log.line("Skipping Loading Groups");
+    return;
+  }
+  if (session.splash.visible)
+    session.splash.Splash_TxT.caption = "Retrieving Groups Please wait";
+  session.form1.ListView5.clear();
+  session.form1.ListView3.clear();
+  session.form1.StatusBar1.panel1 = "Retrieving Groups...";
+  session.Error_Status_Text = "Error Getting Groups " + base::to_text(session.GroupCount);
+  session.GroupCount = 0;
+  load.trap([&] {
+    const auto rows =
+        run_query(session,
+                  "<" + load.options.Search + session.DomainName +
+                      ">;(&(objectCategory=group)(objectClass=Group));adsPath,Name,GroupType;SubTree",
+                  query_options(load.options));
+    for (; !rows->at_eof(); rows->MoveNext()) {
+      base::Trap counting(base::upper(session.command_line) == "/DEBUG1");
+      counting([&] { count_group(session); });
+      const std::string path = rewrite_path(load.options.Search, rows->field(0).text());
+      const platform::Value type = rows->field(2);
+      take_group(load, path, rows->field(1).text(),
+                 type.is_empty() ? 0U : static_cast<std::uint32_t>(type.integer()));
+    }
+  });
+}
+
+void deselect_first(controls::ListView& list) {
+  if (!list.empty())
+    list.at(0).selected = false;
+}
+
+}  // namespace
+
+bool Load_AD_Domain(Session& session) {
+  session.LoadAllUsersFlag = read_load_options(session).LoadAllUsers;
+  Load load(session);
+  session.form1.UM_W2KDomain_Name.text = "@" + session.DomainName;
+  session.form1.TreeView1.clear();
+  session.multi_user.ListView2.clear();
+  session.multi_user.ListView3.clear();
+  session.multi_user.ListView4.clear();
+  session.groups.ListView1.clear();
+  session.groups.NotMembers.clear();
+  begin_log(load);
+  set_drawing(session, false);
+  add_root(load);
+  choose_scopes(load);
+  const bool read = load_ous(load);
+  if (read) {
+    load_users(load);
+    load_groups(load);
+  }
+  deselect_first(session.multi_user.ListView2);
+  deselect_first(session.multi_user.ListView3);
+  deselect_first(session.multi_user.ListView4);
+  controls::TreeView& tree = session.form1.TreeView1;
+  tree.select(tree.first());
+  if (tree.first() != nullptr)
+    tree.first()->expanded = true;
+  set_drawing(session, true);
+  if (read && session::logs_load(session)) {
+    session.log.line("Domain Data Loaded " + session::date_and_time(session));
+  }
+  session.log.close();
+  return read && (session.GroupCount != 0 || session.UserCount != 0 || load.options.SkipUsers);
+}
+
+}  // namespace twk::directory

@@ -1,0 +1,52 @@
+#include "directory/load_options.hpp"
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+#include "session/settings.hpp"
+
+namespace twk::directory {
+namespace {
+
+std::string setting(session::Session& session, std::string_view name) {
+  std::string value;
+  session::read_setting(session, "ADO", name, value);
+  return base::upper(base::trim(value));
+}
+
+void read_number(session::Session& session, std::string_view name, std::int32_t& number) {
+  const auto value = base::to_number(setting(session, name));
+  if (value && *value > 0)
+    number = *value;
+}
+
+}  // namespace
+
+LoadOptions read_load_options(session::Session& session) {
+  LoadOptions options;
+  read_number(session, "PageSize", options.PageSize);
+  read_number(session, "UserLimit", options.UserLimit);
+  options.SkipUsers = setting(session, "SkipUsers") == "TRUE";
+  options.SkipGroups = setting(session, "SkipGroups") == "TRUE";
+  options.LoadAllUsers = setting(session, "LoadAllUsers") == "TRUE";
+  options.TemplateGroupsOnly = setting(session, "TemplateGroupsOnly") == "TRUE";
+  options.Asynchronous = setting(session, "Asynchronous") != "FALSE";
+  if (setting(session, "Search") == "LDAP://")
+    options.Search = "LDAP://";
+  const std::string sort = setting(session, "Sort");
+  options.Sort = sort.empty() || sort == "TRUE";
+  const std::string cache = setting(session, "UseCacheFiles");
+  options.UseCacheFiles = cache.empty() || cache == "TRUE";
+  return options;
+}
+
+platform::QueryOptions query_options(const LoadOptions& options) {
+  platform::QueryOptions properties;
+  properties.cache_results = false;
+  properties.asynchronous = options.Asynchronous;
+  properties.page_size = options.PageSize;
+  if (options.Sort)
+    properties.sort_on = "name";
+  return properties;
+}
+
+}  // namespace twk::directory

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/query.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::directory {
+
+/// How a directory is loaded: the settings under "ADO", read anew by each load and each expansion of an OU.
+struct LoadOptions {
+  std::int32_t PageSize = 1000;
+  std::int32_t UserLimit = 99999;  ///< users shown in one OU
+  bool SkipUsers = false;
+  bool SkipGroups = false;
+  bool UseCacheFiles = true;
+  std::string Search = "GC://";  ///< "GC://" or "LDAP://"
+  bool Asynchronous = true;
+  bool LoadAllUsers = false;
+  bool TemplateGroupsOnly = false;
+  bool Sort = true;
+};
+
+/// An absent value, or a number that is none, leaves the default.
+LoadOptions read_load_options(session::Session& session);
+
+/// Command properties of the queries for OUs and groups.
+platform::QueryOptions query_options(const LoadOptions& options);
+
+}  // namespace twk::directory

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Arithmetic on distinguished names and directory paths, as the tree and the lists use it. Keys of user and
+/// group rows are LDAP paths "LDAP://<domain>/<dn>", keys of OU nodes bare distinguished names.
+namespace twk::directory {
+
+/// "DC=twk,DC=test" of "twk.test".
+std::string domain_distinguished_name(std::string_view domain_name);
+/// "twk.test" of "DC=twk,DC=test".
+std::string domain_dns_name(std::string_view distinguished_name);
+/// The distinguished name of the OU or domain above an OU; empty when there is none.
+std::string parent_of_ou(std::string_view distinguished_name);
+/// The distinguished name of what is above a user, from the user's path; empty when there is none.
+std::string parent_of_user(std::string_view ads_path);
+/// A path found with the search prefix "GC://" as the LDAP path of the same object; any other as it is.
+std::string rewrite_path(std::string_view search_prefix, std::string_view ads_path);
+/// "Sales" of "OU=Sales,DC=twk,DC=test".
+std::string ou_name(std::string_view distinguished_name);
+
+}  // namespace twk::directory

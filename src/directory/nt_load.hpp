@@ -1,0 +1,13 @@
+#pragma once
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::directory {
+
+/// Fills the tree, flat below one root, and the lists from a WinNT domain, and binds `DomainContainer`. True
+/// when a user or a group was found. With "/DEBUG" a failure raises.
+bool Load_NT_Domain(session::Session& session);
+
+}  // namespace twk::directory

@@ -1,0 +1,190 @@
+#include "directory/operations.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/names.hpp"
+#include "platform/adsi.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using platform::ObjectPtr;
+using session::Session;
+
+void show_mode_captions(session::Form1& form, bool active_directory) {
+  form.mnuOption[4].visible = active_directory;
+  form.SSTab2[3].visible = active_directory;
+  if (active_directory) {
+    form.mnuOption[2].visible = true;
+    form.SSTab2[2].visible = true;
+  }
+  form.Frame3.caption = active_directory ? "CN and SamAccountName" : "User ID";
+  form.Frame3.tool_tip = active_directory
+                             ? "CN & SamAccountName are the same by default. This can be changed by "
+                               "adding 'SamAccountName' to W2K Tab"
+                             : "";
+  form.Frame13.caption = active_directory ? "Display Name" : "Full Name";
+}
+
+/// Takes the pre-2000 name from the partition of the domain.
+void read_partition_name(Session& session, std::string_view configuration) {
+  const ObjectPtr partitions =
+      session.platform.directory.GetObject("LDAP://cn=Partitions," + std::string(configuration));
+  partitions->enumerate({}, [&](const ObjectPtr& child) {
+    base::Trap trap;
+    std::string dns_root;
+    std::string name;
+    trap([&] {
+      dns_root = child->Get("dnsRoot").text();
+      name = child->Get("name").text();
+    });
+    const bool skipped = name == "Enterprise Configuration" || name == "Enterprise Schema";
+    if (!skipped && trap.number() == 0 && dns_root == session.DomainName)
+      session.NTDomainName = name;
+    return true;
+  });
+}
+
+/// The path of the forest's global catalogue; empty when none is known.
+std::string forest_path(Session& session) {
+  std::string path;
+  session.platform.directory.GetObject("GC:")->enumerate({}, [&path](const ObjectPtr& child) {
+    path = child->ADsPath();
+    return true;
+  });
+  return path;
+}
+
+std::string asked_password(Session& session, std::string_view password) {
+  if (base::upper(password) != "PROMPT")
+    return std::string(password);
+  return session.platform.dialogs.InputBox("Enter User Password:", "Enter Password", true);
+}
+
+/// `expire` names the attribute that asks for a new password at the next logon, and its value.
+bool reset_password(Session& session, const std::string& path, std::string_view password,
+                    std::string_view expire, std::int32_t value) {
+  bool set = false;
+  base::Trap trap;
+  trap([&] {
+    session.CurrentUser = session.platform.directory.GetObject(path);
+    platform::User user(session.CurrentUser);
+    user.SetPassword(password);
+    user.Put(expire, value);
+    user.SetInfo();
+    set = true;
+    user.put_IsAccountLocked(false);
+    user.SetInfo();
+  });
+  session.CurrentUser.reset();
+  return set;
+}
+
+/// The last four bytes of a SID, the relative identifier in little-endian order; negative with its top bit
+/// set.
+std::int32_t relative_id(const base::Bytes& sid) {
+  if (sid.size() < 4)
+    throw base::RuntimeError(base::error::kTypeMismatch, "The SID is too short");
+  std::uint32_t number = 0;
+  for (std::size_t i = 0; i < 4; ++i)
+    number = (number << 8U) | sid[sid.size() - 1 - i];
+  return static_cast<std::int32_t>(number);
+}
+
+}  // namespace
+
+std::int32_t Determine_Mode(Session& session, std::string_view domain) {
+  session.NTDomainName = domain;
+  std::int32_t mode = session::kWinNtMode;
+  if (domain.find('.') != base::npos) {
+    const ObjectPtr root = session.platform.directory.GetObject("LDAP://RootDSE");
+    const std::string configuration = root->Get("configurationNamingContext").text();
+    session.DnsServerName = root->Get("dnshostname").text();
+    read_partition_name(session, configuration);
+    mode =
+        session.platform.directory.GetObject("LDAP://" + std::string(domain))->Get("nTMixedDomain").integer();
+  }
+  show_mode_captions(session.form1, mode != session::kWinNtMode);
+  return mode;
+}
+
+void Load_Domain_List(Session& session) {
+  base::Trap trap(session::is_debug(session));
+  controls::ComboBox& list = session.form1.DomName;
+  trap([&] {
+    const std::vector<std::string> domains{"domain"};
+    session.platform.directory.GetObject("WinNT:")->enumerate(domains, [&](const ObjectPtr& domain) {
+      list.add_item(domain->Name());
+      return true;
+    });
+  });
+  std::string forest;
+  trap([&] { forest = forest_path(session); });
+  if (forest.empty())
+    return;
+  trap([&] {
+    const auto rows = run_query(
+        session, "<" + forest + ">;(&(objectCategory=Domain)(objectClass=Domain));distinguishedName;subTree");
+    if (!rows->at_eof())
+      rows->MoveFirst();
+    for (; !rows->at_eof(); rows->MoveNext())
+      list.add_item(domain_dns_name(rows->field(0).text()));
+  });
+  if (trap.number() != 0) {
+    session.platform.dialogs.MsgBox("Error getting Domain Data: " + base::to_text(trap.number()),
+                                    platform::Buttons::kOk, platform::Icon::kNone, "");
+  }
+}
+
+bool Reset_AD_Password(Session& session, std::string_view password, std::string_view path) {
+  const std::string full =
+      base::starts_with_fold(path, "LDAP://") ? std::string(path) : "LDAP://" + std::string(path);
+  return reset_password(session, full, asked_password(session, password), "pwdLastSet", 0);
+}
+
+bool Reset_NT_Password(Session& session, std::string_view password, std::string_view name) {
+  const std::string path = "WinNT://" + session.DomainName + "/" + std::string(name);
+  return reset_password(session, path, asked_password(session, password), "PasswordExpired", 1);
+}
+
+std::int32_t Group_RID(Session& session, std::string_view group) {
+  if (!session::is_active_directory(session))
+    return Group_RID_by_name(session, group);
+  return relative_id(session.platform.directory.GetObject(group)->Get("objectSID").bytes());
+}
+
+std::int32_t Group_RID_by_name(Session& session, std::string_view name) {
+  const std::string path = winnt_path(session, name) + ",group";
+  return relative_id(session.platform.directory.GetObject(path)->Get("objectSID").bytes());
+}
+
+bool Is_Name_Used_In_Forest(Session& session, std::string_view user_principal_name) {
+  bool used = false;
+  base::Trap trap;
+  trap([&] {
+    const auto rows =
+        run_query(session, "<" + forest_path(session) +
+                               ">;(&(objectClass=user)(objectCategory=person)(userprincipalName=" +
+                               platform::escape_filter_value(user_principal_name) +
+                               "));userPrincipalName,cn,distinguishedName;subtree");
+    used = !(rows->at_eof() && rows->at_bof());
+  });
+  return used;
+}
+
+const std::string& winnt_domain(const Session& session) {
+  return session::is_active_directory(session) ? session.NTDomainName : session.DomainName;
+}
+
+std::string winnt_path(const Session& session, std::string_view name) {
+  return "WinNT://" + winnt_domain(session) + "/" + std::string(name);
+}
+
+std::unique_ptr<platform::Recordset> run_query(Session& session, std::string_view text,
+                                               const platform::QueryOptions& options) {
+  return session.platform.query.execute(platform::parse_query_text(text), options);
+}
+
+}  // namespace twk::directory

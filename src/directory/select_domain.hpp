@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::directory {
+
+/// Switches the session to a domain: works out its mode, then loads it into the tree and the lists. True when
+/// the domain was loaded; False also for an empty name and for a domain that no controller answers for.
+bool Select_Domain(session::Session& session, std::string_view name);
+
+/// Empties the user details tab.
+void Clear_UM(session::Session& session);
+
+}  // namespace twk::directory

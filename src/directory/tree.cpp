@@ -1,0 +1,144 @@
+#include "directory/tree.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/ad_load.hpp"
+#include "directory/load_options.hpp"
+#include "directory/names.hpp"
+#include "directory/operations.hpp"
+#include "session/session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using controls::TreeNode;
+using platform::Buttons;
+using platform::Icon;
+using session::Session;
+
+constexpr std::int32_t kUsersPerCount = 150;
+
+/// False when the query failed, which the box told.
+bool add_ous(Session& session, const std::string& base, const platform::QueryOptions& properties) {
+  std::unique_ptr<platform::Recordset> rows;
+  base::Trap trap;
+  trap([&] {
+    rows = run_query(session,
+                     base +
+                         ">;(&(objectCategory=OrganizationalUnit)(objectClass=OrganizationalUnit));"
+                         "distinguishedName,name;onelevel",
+                     properties);
+  });
+  if (trap.number() != 0) {
+    session.platform.dialogs.MsgBox("Error getting Domain Data: " + base::to_text(trap.number()),
+                                    Buttons::kOk, Icon::kNone, "");
+    return false;
+  }
+  controls::TreeView& tree = session.form1.TreeView1;
+  for (; !rows->at_eof(); rows->MoveNext()) {
+    const std::string key = rows->field(0).text();
+    TreeNode& node = tree.add_under(parent_of_ou(key), key, rows->field(1).text(), "OU");
+    tree.add(&node, {}, std::string(kDummyNode), {});
+  }
+  return true;
+}
+
+void add_user(Session& session, const std::string& found_path, const std::string& path,
+              const std::string& shown) {
+  const std::string parent = parent_of_user(found_path);
+  base::Trap trap;
+  if (trap([&] { session.form1.TreeView1.add_under(parent, path, shown, "USER"); }))
+    return;
+  session.form1.mouse_pointer = 0;
+  session.platform.dialogs.MsgBox("error adding user to tree", Buttons::kOk, Icon::kNone, "");
+  if (!session::logs_load(session))
+    return;
+  session.log.line("Error Number:" + base::to_text(trap.number()));
+  session.log.line("Adding:  " + path);
+  session.log.line("To OU:   " + parent);
+}
+
+void add_users(Session& session, const std::string& base, const LoadOptions& options) {
+  const bool by_name = session.form1.DNName.value;
+  platform::QueryOptions properties = query_options(options);
+  if (!by_name && options.Sort)
+    properties.sort_on = "DisplayName";
+  const auto rows = run_query(session,
+                              base + ">;(&(objectCategory=Person)(objectClass=User));adsPath," +
+                                  (by_name ? "name" : "DisplayName") + ",name;onelevel",
+                              properties);
+  session.form1.StatusBar1.panel1 = "Retrieving Users...";
+  session.Error_Status_Text = "Error refeshing Treeview";
+  for (; !rows->at_eof(); rows->MoveNext()) {
+    const std::string found_path = rows->field(0).text();
+    const platform::Value shown = rows->field(1);
+    add_user(session, found_path, rewrite_path(options.Search, found_path),
+             shown.is_empty() ? rows->field(2).text() : shown.text());
+    ++session.UserCount;
+    if (session.UserCount % kUsersPerCount == 0) {
+      session.form1.StatusBar1.panel1 = base::to_text(session.UserCount) + " Users.";
+      session.platform.dialogs.DoEvents();
+    }
+    if (session.UserCount == options.UserLimit) {
+      rows->MoveLast();
+      session.platform.dialogs.MsgBox(
+          "TWK is not returning all users, The limit is set at " + base::to_text(options.UserLimit) +
+              "\r\nTo view all users you must change the setting in the AD options (under options menu)",
+          Buttons::kOk, Icon::kInformation, "Limit Reached");
+    }
+  }
+  session.form1.StatusBar1.panel1 = base::to_text(session.UserCount) + " Users.";
+}
+
+}  // namespace
+
+void TreeView1_Expand(Session& session, TreeNode& node) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  node.expanded = true;
+  if (&node == tree.first() || session.LoadAllUsersFlag)
+    return;
+  tree.set_drawing(false);
+  Expand_OU(session, node);
+  tree.set_drawing(true);
+}
+
+bool Expand_OU(Session& session, TreeNode& node) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  session.Error_Status_Text = "Error with Treeview";
+  TreeNode* const dummy = tree.next(node);
+  if (dummy == nullptr || dummy->text != kDummyNode || dummy->parent != &node)
+    return false;
+  session.form1.mouse_pointer = 11;
+  bool done = false;
+  base::Trap trap;
+  trap([&] {
+    session.Error_Status_Text = "Error with registry";
+    session.UserCount = 0;
+    const LoadOptions options = read_load_options(session);
+    session.Error_Status_Text = "Error Querying AD";
+    const std::string base = "<" + options.Search + session.DomainName + "/" + node.key;
+    if (!add_ous(session, base, query_options(options)))
+      return;
+    tree.remove(*dummy);
+    add_users(session, base, options);
+    done = true;
+  });
+  if (trap.number() != 0) {
+    session.platform.dialogs.MsgBox(session.Error_Status_Text, Buttons::kOk, Icon::kExclamation, "");
+  }
+  session.form1.mouse_pointer = 0;
+  return done;
+}
+
+bool User_Exist(Session& session, std::string_view name) {
+  const controls::TreeView& tree = session.form1.TreeView1;
+  const bool taken =
+      session::is_active_directory(session)
+          ? tree.has_key_with_prefix("LDAP://" + session.DomainName + "/CN=" + std::string(name))
+          : tree.has_text(name);
+  if (taken)
+    session::LOG_TAB(session, session::kRed, " User Name " + std::string(name) + " already exist");
+  return taken;
+}
+
+}  // namespace twk::directory

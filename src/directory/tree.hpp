@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::controls {
+struct TreeNode;
+}
+namespace twk::session {
+struct Session;
+}
+
+/// What happens in the tree after a load.
+namespace twk::directory {
+
+/// The tree opens a node: an OU that was not read yet is read, unless all users were loaded at the start.
+void TreeView1_Expand(session::Session& session, controls::TreeNode& node);
+
+/// Reads the OUs and users below an OU node into the tree, at most as many users as the load options allow.
+/// True when that was done; False also for a node that was read before. A failure shows `Error_Status_Text`
+/// in a box.
+bool Expand_OU(session::Session& session, controls::TreeNode& node);
+
+/// True when the name is taken by a node of the tree: in a WinNT domain by its text, in Active Directory by
+/// the beginning of its common name. Adds a "RED" row to the log tab then.
+bool User_Exist(session::Session& session, std::string_view name);
+
+}  // namespace twk::directory

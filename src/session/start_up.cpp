@@ -1,0 +1,109 @@
+#include "session/start_up.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "creation/later_stages.hpp"
+#include "directory/operations.hpp"
+#include "directory/select_domain.hpp"
+#include "session/controls_defaults.hpp"
+#include "session/session.hpp"
+#include "session/settings.hpp"
+#include "stores/load_databases.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+
+namespace twk::session {
+namespace {
+
+constexpr std::string_view kDatabaseVersion = "2.4";
+
+void read_all_settings(Session& session) {
+  session.splash.Splash_TxT.caption = "Loading Registry Keys...";
+  read_settings(session);
+  creation::switch_off_later_stages(session.form1);
+}
+
+void show_first_run(Session& session) {
+  session.form1.StatusBar1.panel1 = "Must Enter Setup Details...";
+  session.form1.TreeView1.clear();
+  session.form1.TreeView1.add(nullptr, {}, session.DomainName, "Domain");
+}
+
+/// True also when the group cannot be asked.
+bool is_domain_admin(Session& session) {
+  session.splash.Splash_TxT.caption = "Checking Admin Rights...";
+  const std::string user = session.platform.environment.variable("USERNAME");
+  const std::string domain = "WinNT://" + session.DomainName + "/";
+  if (session.platform.directory.GetObject(domain + "Domain Admins")->IsMember(domain + user))
+    return true;
+  session.platform.dialogs.MsgBox(
+      user +
+          ": Is Not a Member of the Domain Admin Group.\r\n\r\n"
+          "You Must Be a Member of the 'Domain Admin' Group To \r\nRun this Application.",
+      platform::Buttons::kOk, platform::Icon::kCritical, "Access Control Error");
+  return false;
+}
+
+/// False when the person may not go on.
+bool open_domain(Session& session) {
+  session.DomainName = base::trim(session.DomainName);
+  session.splash.Splash_TxT.caption = "Retrieving Domain Data...";
+  if (!directory::Select_Domain(session, session.DomainName)) {
+    session.form1.StatusBar1.panel1 = "Can't Find Domain Controller.";
+    return true;
+  }
+  // A tick is 1 and never -1: the preference is kept and shown, and costs no directory call.
+  return session.form1.Domain_Admin.value != -1 || is_domain_admin(session);
+}
+
+void check_database_version(Session& session) {
+  session.splash.Splash_TxT.caption = "Checking .dat versions...";
+  std::string version;
+  read_setting(session, "Version", "DBVersion", version);
+  if (version.empty() || version == kDatabaseVersion)
+    return;
+  throw base::RuntimeError(base::error::kBadFileName, "The database files are of generation \"" + version +
+                                                          "\" and this version works with \"" +
+                                                          std::string(kDatabaseVersion) +
+                                                          "\": convert them before they are used");
+}
+
+void load_databases(Session& session) {
+  prepare_controls(session);
+  check_database_version(session);
+  session.splash.Splash_TxT.caption = "Loading Databases...";
+  stores::Load_Databases(session);
+  stores::Clear_Site(session);
+  stores::Clear_TT(session);
+  controls::ListView& sites = session.form1.ListView2;
+  if (sites.empty())
+    return;
+  sites.select(&sites.at(0));
+  stores::ListView2_Click(session);
+}
+
+}  // namespace
+
+StartUp start_session(Session& session) {
+  session.splash.visible = true;
+  read_all_settings(session);
+  session.splash.Splash_TxT.caption = "Retrieving Domain Names...";
+  directory::Load_Domain_List(session);
+  if (session.DomainName == kNoDomain) {
+    show_first_run(session);
+  } else if (!open_domain(session)) {
+    return StartUp::kNotPermitted;
+  }
+  load_databases(session);
+  session.splash.visible = false;
+  if (is_debug(session))
+    session.form1.StatusBar1.panel1 = "Debug Mode.";
+  return StartUp::kReady;
+}
+
+void start_session_without_domain(Session& session) {
+  read_all_settings(session);
+  load_databases(session);
+}
+
+}  // namespace twk::session

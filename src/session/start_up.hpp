@@ -1,0 +1,20 @@
+#pragma once
+
+namespace twk::session {
+
+struct Session;
+
+enum class StartUp {
+  kReady,        ///< the session can be worked with, whether or not its domain answered
+  kNotPermitted  ///< the person may not run the program; a box told
+};
+
+/// Brings a session up: settings, the list of domains, the domain, the fixed contents of controls, the
+/// database files. A domain that cannot be reached leaves the tree empty and says so in the status bar.
+/// Raises a runtime error for database files of an older generation.
+StartUp start_session(Session& session);
+
+/// The same without the domain: settings, controls and database files.
+void start_session_without_domain(Session& session);
+
+}  // namespace twk::session
