@@ -56,7 +56,7 @@ class Context {
   /// The lab of that folder. Raises `BadInput` when there is none.
   lab::Lab& lab();
   const platform::Platform& services();
-  /// The registry as the lab keeps it, and a view of all of it.
+  /// The registry as the lab keeps it, and all that is in it.
   platform::RegistryAccess& registry();
   platform::RegistryListing& registry_listing();
   Domain domain();
@@ -77,8 +77,8 @@ class Context {
   std::unique_ptr<session::Session> session_;
 };
 
-/// Runs an operation of the windows. What it leaves in the status bar reaches standard error, and so does a
-/// fault that it put into the log tab without a message.
+/// Runs an operation of the windows. What it leaves in the status bar reaches standard error, and so do the
+/// faults that it puts into the log tab.
 void act(session::Session& session, const std::function<void()>& operation);
 
 }  // namespace twk::cli
