@@ -155,7 +155,9 @@ LabConfig read_lab_config(const std::filesystem::path& file) {
   return parse(file.string(), local::read_all(input, file.string()));
 }
 
-void write_lab_config(const std::filesystem::path& file, const LabConfig& config) {
+namespace {
+
+std::string print(const LabConfig& config) {
   std::string text;
   const auto setting = [&](std::string_view name, std::string_view value) {
     text.append(name).append(" = ").append(value).append("\n");
@@ -168,6 +170,15 @@ void write_lab_config(const std::filesystem::path& file, const LabConfig& config
   setting("password.complexity", config.passwords.complexity ? "on" : "off");
   setting("lockout.threshold", base::to_text(config.passwords.lockout_threshold));
   setting("answer", answer_word(config.default_answer));
+  return text;
+}
+
+}  // namespace
+
+void check_lab_config(const LabConfig& config) { static_cast<void>(parse("the configuration", print(config))); }
+
+void write_lab_config(const std::filesystem::path& file, const LabConfig& config) {
+  const std::string text = print(config);
   static_cast<void>(parse(file.string(), text));
   local::replace_file(file.string(), text, local::Access::kPrivate);
 }
