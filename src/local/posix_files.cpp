@@ -1,0 +1,233 @@
+#include "local/posix_files.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "local/descriptor.hpp"
+#include "local/file_errors.hpp"
+#include "local/replace_file.hpp"
+
+namespace twk::local {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t kNewFileMode = 0660;
+constexpr mode_t kNewFolderMode = 0770;
+
+/// Calls `use` with the name of each entry until the folder's end; a folder that cannot be read has none.
+template <typename Use>
+std::error_code for_each_entry(const std::string& folder, Use use) {
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+    use(*entry);
+  return error;
+}
+
+std::string fold_last_part(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) == 0 || errno != ENOENT)
+    return path;
+  const std::size_t slash = path.rfind('/');
+  const std::string before = slash == base::npos ? std::string() : path.substr(0, slash + 1);
+  const std::string_view wanted = std::string_view(path).substr(before.size());
+  std::string found;
+  for_each_entry(before.empty() ? "." : before, [&](const fs::directory_entry& entry) {
+    std::string name = entry.path().filename().string();
+    if (base::equals_fold(name, wanted) && (found.empty() || name < found))
+      found = std::move(name);
+  });
+  return found.empty() ? path : before + found;
+}
+
+class PosixAppendFile final : public platform::AppendFile {
+ public:
+  explicit PosixAppendFile(std::string path, bool truncate)
+      : path_(std::move(path)),
+        file_(
+            open_descriptor(path_, O_WRONLY | O_CREAT | O_APPEND | (truncate ? O_TRUNC : 0), kNewFileMode)) {}
+
+  void write(std::string_view bytes) override { write_all(file_, bytes, path_); }
+
+ private:
+  std::string path_;
+  Descriptor file_;
+};
+
+class PosixRandomFile final : public platform::RandomFile {
+ public:
+  PosixRandomFile(std::string path, int flags)
+      : path_(std::move(path)),
+        file_(open_descriptor(path_, flags, kNewFileMode)),
+        lock_(flags == O_RDONLY ? Lock::kShared : Lock::kExclusive) {
+    const mode_t mode = status_of(file_, path_).st_mode;
+    if (!S_ISREG(mode))
+      raise_file_error(S_ISDIR(mode) ? EISDIR : ENOTSUP, "open", path_);
+  }
+
+  std::uint64_t size() override { return static_cast<std::uint64_t>(status_of(file_, path_).st_size); }
+
+  std::string read(std::uint64_t offset, std::size_t count) override {
+    const std::uint64_t all = size();
+    if (offset >= all)
+      return {};
+    std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(count, all - offset)), '\0');
+    std::size_t used = 0;
+    while (used < bytes.size()) {
+      const ssize_t got =
+          pread(file_.get(), bytes.data() + used, bytes.size() - used, to_file_offset(offset + used, path_));
+      if (got == 0)
+        break;
+      if (got > 0) {
+        used += static_cast<std::size_t>(got);
+      } else if (errno != EINTR) {
+        raise_file_error(errno, "read", path_);
+      }
+    }
+    bytes.resize(used);
+    return bytes;
+  }
+
+  void write(std::uint64_t offset, std::string_view bytes) override {
+    const std::uint64_t old_size = size();
+    std::uint64_t at = offset;
+    for (std::string_view rest = bytes; !rest.empty();) {
+      const ssize_t done = pwrite(file_.get(), rest.data(), rest.size(), to_file_offset(at, path_));
+      if (done >= 0) {
+        rest.remove_prefix(static_cast<std::size_t>(done));
+        at += static_cast<std::size_t>(done);
+      } else if (errno != EINTR) {
+        const int error = errno;
+        drop_partial_tail(old_size, at);
+        raise_file_error(error, "write to", path_);
+      }
+    }
+    while (fdatasync(file_.get()) != 0) {
+      if (errno != EINTR)
+        raise_file_error(errno, "write to disk", path_);
+    }
+  }
+
+  void lock(std::uint64_t offset, std::uint64_t count) override {
+    lock_range(file_, lock_, offset, count, path_);
+  }
+  void unlock(std::uint64_t offset, std::uint64_t count) override {
+    unlock_range(file_, offset, count, path_);
+  }
+
+ private:
+  /// Takes back what a failed write put behind the old end, unless somebody has written behind it since.
+  void drop_partial_tail(std::uint64_t old_size, std::uint64_t end) {
+    if (end <= old_size || size() != end)
+      return;
+    if (ftruncate(file_.get(), to_file_offset(old_size, path_)) != 0)
+      raise_file_error(errno, "shorten", path_);
+  }
+
+  std::string path_;
+  Descriptor file_;
+  Lock lock_;
+};
+
+/// The status of what the path leads to; false when it cannot be looked at.
+bool look_at(std::string_view path, struct stat& status) {
+  base::Trap trap;
+  bool found = false;
+  trap([&] { found = stat(to_local_path(path).c_str(), &status) == 0; });
+  return found;
+}
+
+}  // namespace
+
+std::string to_local_path(std::string_view path) {
+  std::string local(path);
+  if (path.empty() || path.find('\0') != base::npos) {
+    throw base::RuntimeError(base::error::kBadFileName, "bad file name \"" + local + "\"");
+  }
+  if (path.starts_with("\\\\")) {
+    throw base::RuntimeError(base::error::kPathNotFound,
+                             "the network path " + local + " is not on this machine");
+  }
+  std::replace(local.begin(), local.end(), '\\', '/');
+  const std::size_t last = local.find_last_not_of('/');
+  if (last == base::npos)
+    return "/";
+  const bool names_folder = last + 1 < local.size();
+  local.resize(last + 1);
+  return fold_last_part(local) + (names_folder ? "/" : "");
+}
+
+bool PosixFiles::exists(std::string_view path) {
+  struct stat status {};
+  return look_at(path, status);
+}
+
+bool PosixFiles::is_directory(std::string_view path) {
+  struct stat status {};
+  return look_at(path, status) && S_ISDIR(status.st_mode);
+}
+
+void PosixFiles::make_directory(std::string_view path) {
+  const std::string local = to_local_path(path);
+  if (mkdir(local.c_str(), kNewFolderMode) == 0)
+    return;
+  if (errno == EEXIST) {
+    throw base::RuntimeError(base::error::kPathFileAccess, "cannot create " + local + ": it exists already");
+  }
+  raise_file_error(errno, "create", local);
+}
+
+std::vector<platform::FileEntry> PosixFiles::list(std::string_view path) {
+  const std::string local = to_local_path(path);
+  std::vector<platform::FileEntry> entries;
+  const std::error_code error = for_each_entry(local, [&](const fs::directory_entry& entry) {
+    std::error_code vanished;
+    entries.push_back({entry.path().filename().string(), entry.is_directory(vanished)});
+  });
+  // A folder that is not there is a missing path, never a missing file.
+  if (error)
+    raise_file_error(error.value() == ENOENT ? ENOTDIR : error.value(), "list", local);
+  std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+  return entries;
+}
+
+std::string PosixFiles::read(std::string_view path) {
+  const std::string local = to_local_path(path);
+  const Descriptor file = open_descriptor(local, O_RDONLY);
+  const mode_t mode = status_of(file, local).st_mode;
+  if (!S_ISREG(mode) && !S_ISFIFO(mode))
+    raise_file_error(S_ISDIR(mode) ? EISDIR : ENOTSUP, "read", local);
+  return read_all(file, local);
+}
+
+void PosixFiles::write(std::string_view path, std::string_view bytes) {
+  replace_file(to_local_path(path), bytes, Access::kShared);
+}
+
+void PosixFiles::remove(std::string_view path) {
+  const std::string local = to_local_path(path);
+  if (unlink(local.c_str()) != 0)
+    raise_file_error(errno, "remove", local);
+}
+
+std::unique_ptr<platform::AppendFile> PosixFiles::open_append(std::string_view path, bool truncate) {
+  return std::make_unique<PosixAppendFile>(to_local_path(path), truncate);
+}
+
+std::unique_ptr<platform::RandomFile> PosixFiles::open_random(std::string_view path) {
+  return std::make_unique<PosixRandomFile>(to_local_path(path), O_RDWR | O_CREAT);
+}
+
+std::unique_ptr<platform::RandomFile> PosixFiles::open_random_read(std::string_view path) {
+  return std::make_unique<PosixRandomFile>(to_local_path(path), O_RDONLY);
+}
+
+}  // namespace twk::local

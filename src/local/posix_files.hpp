@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/files.hpp"
+
+namespace twk::local {
+
+/// Files of the workstation itself. Symbolic links are followed. New files and folders are open to the
+/// owner's group, less the umask, because a database directory is shared. A network path ("\\FS1\D$") raises
+/// 76: it is not on this machine. Messages name the path and what was tried.
+class PosixFiles final : public platform::Files {
+ public:
+  bool exists(std::string_view path) override;
+  bool is_directory(std::string_view path) override;
+  void make_directory(std::string_view path) override;
+  std::vector<platform::FileEntry> list(std::string_view path) override;
+
+  /// Also what comes out of a named pipe, to its end.
+  std::string read(std::string_view path) override;
+  void write(std::string_view path, std::string_view bytes) override;
+  /// A file; a folder raises 75.
+  void remove(std::string_view path) override;
+
+  std::unique_ptr<platform::AppendFile> open_append(std::string_view path, bool truncate) override;
+  /// A write that fails (disk full) leaves no part of a record behind the old end of the file.
+  std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override;
+  std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override;
+};
+
+/// The path as the local system takes it: backslashes become slashes, and the last part becomes the name of
+/// the existing file that it folds to, the first in byte order where several do. Raises 52 for an empty path
+/// or one that holds a NUL, 76 for a network path.
+std::string to_local_path(std::string_view path);
+
+}  // namespace twk::local

@@ -1,0 +1,231 @@
+#include "local/regedit.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+
+namespace twk::local {
+namespace {
+
+constexpr std::string_view kHeader = "REGEDIT4";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kTextBytes = "hex(1):";
+constexpr std::string_view kLineEnd = "\r\n";
+
+std::string_view trim_blanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == base::npos)
+    return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+/// Hands out the lines of a text, without their ends, and knows the number of the last one.
+class Lines {
+ public:
+  explicit Lines(std::string_view text) : rest_(text) {}
+
+  [[nodiscard]] bool at_end() const { return rest_.empty(); }
+
+  std::string_view next() {
+    const std::size_t end = rest_.find('\n');
+    std::string_view line = rest_.substr(0, end);
+    rest_.remove_prefix(end == base::npos ? rest_.size() : end + 1);
+    ++number_;
+    if (line.ends_with('\r'))
+      line.remove_suffix(1);
+    if (!base::is_valid_utf8(line))
+      fail("the text is not UTF-8");
+    return line;
+  }
+
+  [[noreturn]] void fail(std::string_view problem) const {
+    throw base::RuntimeError(kInvalidFileFormat,
+                             "line " + std::to_string(number_) + ": " + std::string(problem));
+  }
+
+ private:
+  std::string_view rest_;
+  std::size_t number_ = 0;
+};
+
+/// Takes a quoted text from the front of `rest`.
+std::string take_quoted(std::string_view& rest, const Lines& lines) {
+  std::string text;
+  for (std::size_t at = 1; at < rest.size(); ++at) {
+    if (rest[at] == '"') {
+      rest.remove_prefix(at + 1);
+      return text;
+    }
+    if (rest[at] == '\\' && ++at == rest.size())
+      break;
+    text.push_back(rest[at]);
+  }
+  lines.fail("a quote is not closed");
+}
+
+std::string parse_text_bytes(std::string_view digits, const Lines& lines) {
+  std::string text;
+  std::string compact;
+  std::copy_if(digits.begin(), digits.end(), std::back_inserter(compact),
+               [](char c) { return c != '\\' && c != '\r' && c != '\n' && c != ' ' && c != '\t'; });
+  for (std::string_view rest = compact; !rest.empty();) {
+    unsigned char byte = 0;
+    const std::string_view pair = rest.substr(0, 2);
+    const auto [end, error] = std::from_chars(pair.data(), pair.data() + pair.size(), byte, 16);
+    if (error != std::errc{} || pair.size() != 2 || end != pair.data() + 2)
+      lines.fail("a byte is not two digits");
+    text.push_back(static_cast<char>(byte));
+    rest.remove_prefix(2);
+    if (rest.empty())
+      break;
+    if (rest.front() != ',' || rest.size() == 1)
+      lines.fail("bytes are not separated by single commas");
+    rest.remove_prefix(1);
+  }
+  if (text.ends_with('\0'))
+    text.pop_back();
+  return text;
+}
+
+/// A value that is no text, with the lines that continue it.
+std::string take_other(std::string_view first, Lines& lines) {
+  const std::array<std::string_view, 3> kinds = {"dword:", "hex:", "hex("};
+  if (std::none_of(kinds.begin(), kinds.end(),
+                   [&](auto kind) { return base::starts_with_fold(first, kind); })) {
+    lines.fail("a value is neither quoted text nor dword or hex");
+  }
+  std::string other(first);
+  while (other.ends_with('\\')) {
+    if (lines.at_end())
+      lines.fail("the continuation of the value is missing");
+    other.append(kLineEnd).append(lines.next());
+  }
+  return other;
+}
+
+RegistryValue parse_value(std::string_view line, Lines& lines) {
+  RegistryValue value;
+  if (line.front() == '@') {
+    line.remove_prefix(1);
+  } else if (line.front() == '"') {
+    value.name = take_quoted(line, lines);
+  } else {
+    lines.fail("neither a key nor a value");
+  }
+  line = trim_blanks(line);
+  if (!line.starts_with('='))
+    lines.fail("\"=\" is missing behind the name");
+  line = trim_blanks(line.substr(1));
+  if (line.starts_with('"')) {
+    value.text = take_quoted(line, lines);
+    if (!line.empty())
+      lines.fail("more stands behind the closing quote");
+    return value;
+  }
+  value.other = take_other(line, lines);
+  if (base::starts_with_fold(value.other, kTextBytes)) {
+    value.text = parse_text_bytes(std::string_view(value.other).substr(kTextBytes.size()), lines);
+    value.other.clear();
+  }
+  return value;
+}
+
+std::string_view parse_key(std::string_view line, const Lines& lines) {
+  if (!line.ends_with(']'))
+    lines.fail("\"]\" is missing behind the key");
+  const std::string_view path = line.substr(1, line.size() - 2);
+  if (path.empty())
+    lines.fail("the key is empty");
+  if (path.starts_with('-'))
+    lines.fail("deleting a key is not supported");
+  if (base::find_control_character(path))
+    lines.fail("the key holds a control character");
+  return path;
+}
+
+std::string quoted(std::string_view text) {
+  std::string out = "\"";
+  for (const char c : text) {
+    if (c == '\\' || c == '"')
+      out.push_back('\\');
+    out.push_back(c);
+  }
+  out.push_back('"');
+  return out;
+}
+
+std::string text_bytes(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string out(kTextBytes);
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    out.push_back(kDigits[byte >> 4U]);
+    out.push_back(kDigits[byte & 0xFU]);
+    out.push_back(',');
+  }
+  return out + "00";
+}
+
+std::string right_side(const RegistryValue& value) {
+  if (!value.other.empty())
+    return value.other;
+  const bool fits_a_line = base::is_valid_utf8(value.text) && !base::find_control_character(value.text);
+  return fits_a_line ? quoted(value.text) : text_bytes(value.text);
+}
+
+}  // namespace
+
+RegistryKey& registry_key(RegistryTree& tree, std::string_view path) {
+  RegistryKey& key = tree[base::upper(path)];
+  if (key.path.empty())
+    key.path = path;
+  return key;
+}
+
+void set_registry_value(RegistryKey& key, RegistryValue value) {
+  const auto [place, added] = key.values.try_emplace(base::upper(value.name));
+  if (!added)
+    value.name = std::move(place->second.name);
+  place->second = std::move(value);
+}
+
+RegistryTree parse_regedit(std::string_view text) {
+  if (text.starts_with(kByteOrderMark))
+    text.remove_prefix(kByteOrderMark.size());
+  Lines lines(text);
+  if (trim_blanks(lines.next()) != kHeader)
+    lines.fail("the text does not begin with REGEDIT4");
+  RegistryTree tree;
+  RegistryKey* key = nullptr;
+  while (!lines.at_end()) {
+    const std::string_view line = trim_blanks(lines.next());
+    if (line.empty() || line.front() == ';')
+      continue;
+    if (line.front() == '[') {
+      key = &registry_key(tree, parse_key(line, lines));
+      continue;
+    }
+    if (key == nullptr)
+      lines.fail("a value stands in front of the first key");
+    set_registry_value(*key, parse_value(line, lines));
+  }
+  return tree;
+}
+
+std::string format_regedit(const RegistryTree& tree) {
+  std::string out(kHeader);
+  out += kLineEnd;
+  for (const auto& [folded_path, key] : tree) {
+    out.append(kLineEnd).append("[").append(key.path).append("]").append(kLineEnd);
+    for (const auto& [folded_name, value] : key.values) {
+      out.append(value.name.empty() ? "@" : quoted(value.name)).append("=").append(right_side(value));
+      out += kLineEnd;
+    }
+  }
+  return out;
+}
+
+}  // namespace twk::local

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+/// Registry trees as REGEDIT4 text.
+///
+///     text     = "REGEDIT4" { blank | comment | key | value }     a line each; UTF-8, CRLF (LF is read as
+///     well) comment  = ";" anything                                     not kept key      = "[" hive { "\"
+///     part } "]" value    = ( "@" | quoted ) "=" ( quoted | "hex(1):" bytes | other ) quoted   = '"' text
+///     with \\ for \ and \" for " '"' bytes    = two hexadecimal digits each, commas between, 00 as the last;
+///     a "\" at the end of a line continues it other    = "dword:" … | "hex:" … | "hex(n):" … kept to the
+///     letter
+///
+/// A text that a line cannot hold, because of a control character or bytes that are not UTF-8, is written as
+/// the bytes of hex(1). "@" is the value without a name.
+namespace twk::local {
+
+inline constexpr std::uint32_t kInvalidFileFormat = 321;  ///< the runtime's number for it
+
+struct RegistryValue {
+  std::string name;
+  std::string text;
+  std::string other;  ///< what stands behind "=", for a value that is no text; `text` is then empty
+};
+
+struct RegistryKey {
+  std::string path;                             ///< with the hive's name in front
+  std::map<std::string, RegistryValue> values;  ///< by the name in upper case
+};
+
+using RegistryTree = std::map<std::string, RegistryKey>;  ///< by the path in upper case
+
+/// The key of that path, made when it is not there. Paths fold case and keep the spelling they came with
+/// first.
+RegistryKey& registry_key(RegistryTree& tree, std::string_view path);
+/// Sets a value; names fold case and keep the spelling they came with first.
+void set_registry_value(RegistryKey& key, RegistryValue value);
+
+/// Reads a text with or without a byte-order mark. What stands twice counts as it stands last. Raises
+/// `kInvalidFileFormat` with the number of the line that is not understood, deletions ("[-key]", "name"=-)
+/// included. The text is UTF-8: one from Windows, in its ANSI code page, goes through `base::from_ansi`
+/// first.
+RegistryTree parse_regedit(std::string_view text);
+
+/// Keys and values in the order of their folded names. Key paths must be free of control characters.
+std::string format_regedit(const RegistryTree& tree);
+
+}  // namespace twk::local

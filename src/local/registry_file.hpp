@@ -1,0 +1,59 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <map>
+#include <optional>
+#include <string>
+
+#include "local/descriptor.hpp"
+#include "local/regedit.hpp"
+#include "platform/registry.hpp"
+
+namespace twk::local {
+
+/// The registry as a folder of REGEDIT4 files, which a person can read and edit:
+///
+///     HKEY_LOCAL_MACHINE.reg   one file a hive, mode 0600, replaced atomically
+///     HKEY_CURRENT_USER.reg
+///     registry.lock            locked while a file is read, changed and replaced
+///
+/// The folder is made at the first write, mode 0700. A read looks first whether another process replaced or
+/// edited the file. Values that are no text (dword, hex) are kept but not there for `Reg_Read`. A file that
+/// cannot be understood holds nothing and is never written over: `Reg_Write` answers False until it is
+/// repaired. Also False: a hive that is none of the two, a key that is empty or holds a control character, a
+/// name that holds a control character or bytes that are not UTF-8, another process that keeps the lock for
+/// five seconds.
+class RegistryFile final : public platform::RegistryAccess, public platform::RegistryListing {
+ public:
+  /// `folder` is a path of the local system.
+  explicit RegistryFile(std::string folder);
+
+  bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name, std::string& value) override;
+  bool Reg_Write(std::uint32_t hive, std::string_view key, std::string_view name,
+                 std::string_view value) override;
+  std::vector<platform::RegistryEntry> entries(std::uint32_t hive, std::string_view key) override;
+
+  /// Why the last call for this hive could not read or write; the empty text when it could.
+  [[nodiscard]] std::string problem(std::uint32_t hive) const;
+
+ private:
+  struct Hive {
+    std::string name;
+    std::string path;
+    RegistryTree tree;
+    Descriptor file;  ///< kept open so that the number of its inode is not given to its successor
+    std::optional<struct stat> loaded;
+    std::string problem;
+  };
+
+  Hive* find_hive(std::uint32_t number);
+  /// Brings the tree up to the file; raises when the file cannot be read or understood.
+  static void refresh(Hive& hive);
+  void change(Hive& hive, std::string_view path, RegistryValue value);
+
+  std::string folder_;
+  std::map<std::uint32_t, Hive> hives_;
+};
+
+}  // namespace twk::local

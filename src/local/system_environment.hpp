@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/environment.hpp"
+
+namespace twk::local {
+
+/// The variables of this process. "USERNAME" falls back to "USER", then "LOGNAME", then the account that the
+/// process runs under. Bytes that are not UTF-8 become U+FFFD.
+class SystemEnvironment final : public platform::Environment {
+ public:
+  std::string variable(std::string_view name) override;
+};
+
+}  // namespace twk::local
