@@ -70,6 +70,7 @@ struct Form1 {
   controls::TextBox UM_Logon_Script;
   controls::ComboBox UM_Drive_Letter;
   controls::TextBox AccExpires;
+  std::array<controls::Label, 4> Custom_Label;  ///< captions of the administrator's own attributes
   std::array<controls::TextBox, 4> Custom_Value;
   controls::CheckBox chkMustChange;
   controls::CheckBox chkCantChange;

@@ -15,6 +15,7 @@ struct frmSplash {
 
 /// Variables of the loaded template: the name without percent signs, the value in sub-item 1.
 struct Varibles_Form {
+  controls::Observable<bool> visible{false};
   controls::ListView ListView1;
 };
 

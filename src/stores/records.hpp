@@ -122,4 +122,11 @@ PermissionRecord decode_permission(std::string_view bytes);
 /// A template's name as the lists hold it: padded with blanks to 25 characters.
 std::string padded_template_name(std::string_view name);
 
+/// What a search looks at, straight from the bytes of a site or template record: its deletion mark, and a
+/// template's name as the lists hold it.
+bool is_deleted(std::string_view bytes);
+std::string listed_template_name(std::string_view bytes);
+/// Sets the deletion mark and leaves all else as it is.
+void mark_deleted(std::string& bytes);
+
 }  // namespace twk::stores

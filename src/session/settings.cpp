@@ -1,0 +1,265 @@
+#include "session/settings.hpp"
+
+#include "base/text.hpp"
+#include "format/passwords.hpp"
+#include "session/formats_tab.hpp"
+
+namespace twk::session {
+namespace {
+
+std::string key_of(std::string_view sub_key) {
+  return std::string(kTree) + "\\" + std::string(sub_key);
+}
+
+std::string read_trimmed(Session& session, std::string_view sub_key, std::string_view name) {
+  return std::string(base::trim(read_setting(session, sub_key, name)));
+}
+
+bool is_yes(std::string_view text) {
+  return text == "Yes";
+}
+bool is_yes_in_any_case(std::string_view text) {
+  return base::equals_fold(text, "YES");
+}
+bool is_not_no(std::string_view text) {
+  return text != "No";
+}
+
+/// A box that is ticked when the stored word meets the rule.
+struct TickSetting {
+  std::string_view name;
+  controls::CheckBox& box;
+  bool (*ticks)(std::string_view text);
+};
+
+void read_ticks(Session& session, std::string_view sub_key, std::initializer_list<TickSetting> settings) {
+  for (const TickSetting& setting : settings)
+    setting.box.value = setting.ticks(read_setting(session, sub_key, setting.name)) ? 1 : 0;
+}
+
+/// A text field that takes the value trimmed, empty when there is none.
+struct TextSetting {
+  std::string_view name;
+  controls::TextBox& box;
+};
+
+void read_texts(Session& session, std::string_view sub_key, std::initializer_list<TextSetting> settings) {
+  for (const TextSetting& setting : settings)
+    setting.box.text = read_trimmed(session, sub_key, setting.name);
+}
+
+void read_texts_when_present(Session& session, std::string_view sub_key,
+                             std::initializer_list<TextSetting> settings) {
+  for (const TextSetting& setting : settings) {
+    const std::string value = read_trimmed(session, sub_key, setting.name);
+    if (session.LastRegResult)
+      setting.box.text = value;
+  }
+}
+
+/// The entry that a stored number, counted from 1, selects.
+int read_entry(Session& session, std::string_view sub_key, std::string_view name, int entries,
+               int otherwise) {
+  const int number = base::to_number(read_setting(session, sub_key, name)).value_or(0);
+  return number >= 1 && number <= entries ? number - 1 : otherwise;
+}
+
+void read_data_version(Session& session) {
+  read_setting(session, kVersion, "DBVersion");
+  if (!session.LastRegResult)
+    write_setting(session, kVersion, "DBVersion", kDataVersion);
+}
+
+void read_database_path(Session& session) {
+  std::string path = read_trimmed(session, kSetup, "DataBasePath");
+  if (path.empty())
+    path = session.program_directory;
+  if (!path.ends_with('\\'))
+    path += '\\';
+  session.form1.dbpath.text = path;
+}
+
+void read_managed_ou(Session& session) {
+  std::uint32_t hive = platform::kHiveLocalMachine;
+  session.ManagedOU = read_setting(session, kSetup, "OU", hive);
+  if (!session.LastRegResult) {
+    hive = platform::kHiveCurrentUser;
+    session.ManagedOU = read_setting(session, kSetup, "OU", hive);
+  }
+  session.ManageSubOUs = read_setting(session, kSetup, "SUBOU", hive) != "No";
+}
+
+void read_setup(Session& session) {
+  Form1& form1 = session.form1;
+  session.DomainName = read_setting(session, kSetup, "Domain");
+  form1.DomName.text = session.DomainName;
+  read_texts(session, kSetup, {{"Password", form1.defaultpassword}});
+  read_database_path(session);
+  session.ProfileTemplateFile = read_trimmed(session, kSetup, "Profiles");
+  if (session.ProfileTemplateFile.empty())
+    session.ProfileTemplateFile = "NTUser.dat";
+  read_texts_when_present(session, kSetup, {{"BatchFileCreate", form1.Create_Script}});
+  read_texts(session, kSetup,
+             {{"BatchFileMove", form1.Move_Script}, {"BatchFileDelete", form1.Delete_Script}});
+  form1.setupid.text = read_setting(session, kSetup, "SetupID");
+  form1.ALTID.text = read_setting(session, kSetup, "AltSetupID");
+  form1.Option1.index = read_entry(session, kSetup, "UserFormat", 5, 2);
+  read_managed_ou(session);
+  read_ticks(session, kSetup,
+             {{"CreateHidden", form1.Run_Hidden[0], is_yes},
+              {"MoveHidden", form1.Run_Hidden[1], is_yes},
+              {"DeleteHidden", form1.Run_Hidden[2], is_yes},
+              {"WaitNew", form1.Wait_NEW[0], is_yes},
+              {"WaitMove", form1.Wait_NEW[1], is_yes},
+              {"WaitDelete", form1.Wait_NEW[2], is_yes}});
+}
+
+void select_one(controls::OptionButton& first, controls::OptionButton& second, bool first_is_chosen) {
+  first.value = first_is_chosen;
+  second.value = !first_is_chosen;
+}
+
+void read_preferences(Session& session) {
+  Form1& form1 = session.form1;
+  read_ticks(session, kPreferences, {{"UseFormattedPassword", form1.FmtPass, is_yes_in_any_case}});
+  if (form1.FmtPass.on())
+    read_texts(session, kSetup, {{"FormattedPassword", form1.Formatted_Password}});
+  form1.FN_Format.text = read_setting(session, kPreferences, "Custom_FN");
+  select_one(form1.SamAccountName, form1.CNName,
+             base::equals_fold(read_setting(session, kPreferences, "CNName"), "NO"));
+  read_ticks(session, kPreferences,
+             {{"CantChangePWD", form1.USR_Cant_Change, is_yes_in_any_case},
+              {"PasswdNVRExpire", form1.PWD_NVR_EXPIRE, is_yes_in_any_case},
+              {"ProfileDeleteUsername", form1.Profile_Delete_Name, is_yes_in_any_case}});
+  form1.FullName_Format.index = read_entry(session, kPreferences, "FullName", 4, 0);
+  read_ticks(session, kPreferences,
+             {{"ConfirmDeletes", form1.Confirm_Deletes, is_not_no},
+              {"AdminShares", form1.chkAdmin_Shares, is_not_no},
+              {"ConfirmResets", form1.Confirm_Resets, is_not_no},
+              {"CheckAdminRights", form1.Domain_Admin, is_yes},
+              {"AccountDisabled", form1.New_Disabled, is_yes},
+              {"ForcePasswdChange", form1.Password_Change, is_yes},
+              {"SkipPrompt", form1.STOP_ON_RED[2], is_yes},
+              {"StopOnWarning", form1.STOP_ON_RED[1], is_yes},
+              {"StopOnError", form1.STOP_ON_RED[0], is_yes}});
+  // Nobody can be told to change a password that he must not change.
+  if (form1.USR_Cant_Change.on())
+    form1.Password_Change.value = 0;
+  form1.Password_Change.enabled = !form1.USR_Cant_Change.on();
+  form1.STOP_ON_RED[0].enabled = !form1.STOP_ON_RED[1].on();
+  select_one(form1.Sorted_Yes, form1.Sorted_No, is_yes(read_setting(session, kPreferences, "Sorted")));
+  select_one(form1.DisplayName, form1.DNName, is_yes(read_setting(session, kPreferences, "DisplayName")));
+}
+
+void read_stages(Session& session) {
+  Form1& form1 = session.form1;
+  const std::initializer_list<std::pair<std::string_view, controls::CheckBox&>> stages = {
+      {"CreateDirs", form1.Create_Dirs},          {"CreateShares", form1.Create_Shares},
+      {"SetPermissions", form1.Dir_Security},     {"UserAccount", form1.Create_User_Account},
+      {"MailAccount", form1.Create_Mail_Account}, {"RunCmd", form1.Run_script}};
+  for (const auto& [name, box] : stages) {
+    const std::string word = read_setting(session, kUM, name);
+    box.value = !session.LastRegResult || is_yes(word) ? 1 : 0;
+  }
+}
+
+void read_mail(Session& session) {
+  Form1& form1 = session.form1;
+  read_texts_when_present(
+      session, kMail,
+      {{"LDAP_PORT", form1.PORT}, {"Admin_Account", form1.txtAdmin}, {"Mail_Password", form1.txtPassword}});
+  const std::string current_credentials = read_trimmed(session, kMail, "MailCredentials");
+  form1.Mail_Logon.value = base::equals_fold(current_credentials, "FALSE") ? 0 : 1;
+}
+
+/// One of the two commands that an administrator may add to the tree's popup menu.
+bool show_custom_command(Session& session, std::string_view suffix, controls::MenuItem& item) {
+  bool complete = true;
+  const auto read = [&](std::string_view name) {
+    std::string value = read_setting(session, kCustom, std::string(name) + std::string(suffix));
+    complete = complete && session.LastRegResult;
+    return value;
+  };
+  const std::string menu = read("Menu");
+  const std::string script = read("Script");
+  read("RUNHIDDEN");
+  const bool shown = complete && !menu.empty() && !script.empty();
+  if (shown)
+    item.caption = menu;
+  item.visible = shown;
+  item.enabled = shown;
+  return shown;
+}
+
+void show_custom_commands(Session& session) {
+  auto& menu = session.form1.mnupopup;
+  const bool first = show_custom_command(session, "", menu[13]);
+  const bool second = show_custom_command(session, "1", menu[14]);
+  menu[12].visible = first || second;
+  menu[12].enabled = first || second;
+}
+
+}  // namespace
+
+std::string read_setting(Session& session, std::string_view sub_key, std::string_view name,
+                         std::uint32_t hive) {
+  std::string value;
+  session.LastRegResult = session.platform.registry.Reg_Read(hive, key_of(sub_key), name, value);
+  return value;
+}
+
+void write_setting(Session& session, std::string_view sub_key, std::string_view name, std::string_view value,
+                   std::uint32_t hive) {
+  session.LastRegResult = session.platform.registry.Reg_Write(hive, key_of(sub_key), name, value);
+}
+
+void write_yes_no(Session& session, std::string_view sub_key, std::string_view name, bool value) {
+  write_setting(session, sub_key, name, value ? "Yes" : "No");
+}
+
+void show_custom_fields(Session& session) {
+  for (std::size_t i = 0; i < session.form1.Custom_Value.size(); ++i) {
+    controls::Label& label = session.form1.Custom_Label.at(i);
+    const std::string text =
+        read_setting(session, kCustom, "Custom" + base::to_text(static_cast<std::int64_t>(i) + 1));
+    const bool shown = session.LastRegResult;
+    if (shown)
+      label.caption = text;
+    label.visible = shown;
+    session.form1.Custom_Value.at(i).visible = shown;
+  }
+}
+
+void show_mail_credentials(Session& session) {
+  const bool own = !session.form1.Mail_Logon.on();
+  for (controls::TextBox* const box : {&session.form1.txtAdmin, &session.form1.txtPassword}) {
+    box->enabled = own;
+    box->paint = own ? controls::Paint::kEditing : controls::Paint::kDefault;
+  }
+}
+
+void read_settings(Session& session) {
+  Form1& form1 = session.form1;
+  read_data_version(session);
+  read_setup(session);
+  read_preferences(session);
+  read_stages(session);
+  read_mail(session);
+  session.LoadAllUsersFlag = base::equals_fold(read_setting(session, kADO, "LoadAllUsers"), "TRUE");
+  if (session.DomainName.empty())
+    session.DomainName = kNoDomain;
+
+  fill_empty_formats(session);
+  Check_Name_Format_Click(session);
+  Check_FN_Format_Click(session);
+  form1.FN_Format_Check.paint = controls::Paint::kDefault;
+  form1.testuserid.paint = controls::Paint::kDefault;
+  form1.Import_Text.paint = controls::Paint::kDefault;
+  show_mail_credentials(session);
+  show_custom_commands(session);
+  format::show_password_frame(session);
+  show_custom_fields(session);
+  Check_Name_Format_Click(session);
+}
+
+}  // namespace twk::session

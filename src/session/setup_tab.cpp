@@ -1,0 +1,50 @@
+#include "session/setup_tab.hpp"
+
+#include "base/text.hpp"
+#include "session/formats_tab.hpp"
+#include "session/settings.hpp"
+
+namespace twk::session {
+namespace {
+
+/// Gives the path back trimmed, and behind it a backslash; an empty one stays empty.
+std::string completed_path(std::string_view typed) {
+  std::string path(base::trim(typed));
+  if (!path.empty() && !path.ends_with('\\'))
+    path += '\\';
+  return path;
+}
+
+}  // namespace
+
+void Command3_Click(Session& session) {
+  Form1& form1 = session.form1;
+  form1.dbpath.text = completed_path(form1.dbpath.text.get());
+  Check_Name_Format_Click(session);
+
+  const std::initializer_list<std::pair<std::string_view, const std::string&>> texts = {
+      {"Domain", form1.DomName.text.get()},
+      {"Password", form1.defaultpassword.text.get()},
+      {"FormattedPassword", form1.Formatted_Password.text.get()},
+      {"DataBasePath", form1.dbpath.text.get()},
+      {"SetupID", form1.setupid.text.get()},
+      {"AltSetupID", form1.ALTID.text.get()},
+      {"BatchFileCreate", form1.Create_Script.text.get()},
+      {"BatchFileMove", form1.Move_Script.text.get()},
+      {"BatchFileDelete", form1.Delete_Script.text.get()}};
+  for (const auto& [name, text] : texts)
+    write_setting(session, kSetup, name, text);
+
+  const std::initializer_list<std::pair<std::string_view, bool>> ticks = {
+      {"CreateHidden", form1.Run_Hidden[0].on()}, {"MoveHidden", form1.Run_Hidden[1].on()},
+      {"DeleteHidden", form1.Run_Hidden[2].on()}, {"WaitNew", form1.Wait_NEW[0].on()},
+      {"WaitMove", form1.Wait_NEW[1].on()},       {"WaitDelete", form1.Wait_NEW[2].on()}};
+  for (const auto& [name, ticked] : ticks)
+    write_yes_no(session, kSetup, name, ticked);
+}
+
+void Run_Hidden_Click(Session& session) {
+  write_yes_no(session, kSetup, "RunHidden", session.form1.Run_Hidden[0].on());
+}
+
+}  // namespace twk::session

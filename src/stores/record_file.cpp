@@ -1,0 +1,105 @@
+#include "stores/record_file.hpp"
+
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+
+namespace twk::stores {
+namespace {
+
+/// Byte that stands for the right to number a new record. No record file grows as large.
+constexpr std::uint64_t kAppendLock = 0x7FFFFFFE;
+
+/// Bytes that a search reads at once.
+constexpr std::size_t kBlockSize = 256UL * 1024;
+
+class RangeLock {
+ public:
+  RangeLock(platform::RandomFile& file, std::uint64_t offset, std::uint64_t count)
+      : file_(file), offset_(offset), count_(count) {
+    file_.lock(offset_, count_);
+  }
+  RangeLock(const RangeLock&) = delete;
+  RangeLock& operator=(const RangeLock&) = delete;
+  ~RangeLock() {
+    // A lock that cannot be given back ends with the file, which is closed by its user at once.
+    base::Trap trap;
+    trap([this] { file_.unlock(offset_, count_); });
+  }
+
+ private:
+  platform::RandomFile& file_;
+  std::uint64_t offset_;
+  std::uint64_t count_;
+};
+
+}  // namespace
+
+RecordFile RecordFile::open(platform::Files& files, std::string_view path, std::size_t record_size) {
+  return {files.open_random(path), record_size};
+}
+
+RecordFile RecordFile::open_read(platform::Files& files, std::string_view path, std::size_t record_size) {
+  try {
+    return {files.open_random_read(path), record_size};
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() != base::error::kFileNotFound)
+      throw;
+    return {nullptr, record_size};
+  }
+}
+
+std::int32_t RecordFile::count() {
+  return file_ ? static_cast<std::int32_t>(file_->size() / record_size_) : 0;
+}
+
+std::string RecordFile::read(std::int32_t number) {
+  if (number < 1 || number > count())
+    throw base::RuntimeError(base::error::kOutOfBounds, "The file has no record " + base::to_text(number));
+  return file_->read(static_cast<std::uint64_t>(number - 1) * record_size_, record_size_);
+}
+
+RecordSearch RecordFile::search(const std::function<bool(std::string_view bytes)>& matches) {
+  RecordSearch result;
+  const std::size_t records = static_cast<std::size_t>(count());
+  const std::size_t per_block = std::max<std::size_t>(1, kBlockSize / record_size_);
+  for (std::size_t first = 0; first < records; first += per_block) {
+    const std::string block =
+        file_->read(first * record_size_, std::min(per_block, records - first) * record_size_);
+    for (std::size_t at = 0; at + record_size_ <= block.size(); at += record_size_) {
+      const std::string_view record = std::string_view(block).substr(at, record_size_);
+      ++result.number;
+      result.found = matches(record);
+      if (result.found || static_cast<std::size_t>(result.number) == records)
+        result.bytes = record;
+      if (result.found)
+        return result;
+    }
+  }
+  return result;
+}
+
+void RecordFile::write(std::int32_t number, std::string_view bytes) {
+  const std::uint64_t offset = static_cast<std::uint64_t>(number - 1) * record_size_;
+  const RangeLock lock(*file_, offset, record_size_);
+  file_->write(offset, bytes);
+}
+
+std::int32_t RecordFile::append(std::string_view bytes) {
+  const RangeLock lock(*file_, kAppendLock, 1);
+  const std::int32_t number = count() + 1;
+  write(number, bytes);
+  return number;
+}
+
+std::string database_path(const session::Session& session, std::string_view file) {
+  return std::string(base::trim(session.form1.dbpath.text.get())) + std::string(file);
+}
+
+void report_file_error(session::Session& session, std::string_view file, const base::RuntimeError& failure) {
+  session.platform.dialogs.MsgBox("Error Opening " + std::string(file) + "\r\n" + failure.description(),
+                                  platform::Buttons::kOk, platform::Icon::kCritical, file);
+}
+
+}  // namespace twk::stores

@@ -1,0 +1,168 @@
+#include "stores/side_tables.hpp"
+
+#include <array>
+#include <functional>
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+#include "stores/record_file.hpp"
+
+namespace twk::stores {
+namespace {
+
+using session::Session;
+
+constexpr std::size_t kMostMailLines = 49;
+constexpr std::string_view kUserIcon = "USER";
+constexpr std::string_view kMailIcon = "MAIL";
+
+struct WtsRow {
+  std::string_view text;
+  /// The first letter "s" marks a number; the last letter is the editor: "y" yes or no, "d" drive, "t" time.
+  std::string_view key;
+};
+
+constexpr std::array<WtsRow, 13> kWtsRows = {{
+    {"User Profile Directory", ""},
+    {"User Home Directory", ""},
+    {"Users Home drive letter", "d6d"},
+    {"Allow logon", "s1y"},
+    {"Start Following program at logon", "s2y"},
+    {"Start program", ""},
+    {"Start in", ""},
+    {"Connect client drives at logon", "s3y"},
+    {"Connect client printers at logon", "s4y"},
+    {"Connect default client printer", "s5y"},
+    {"End a Dissconnected sessions", "s5t"},
+    {"Active session limit", "s6t"},
+    {"Idle session limit", "s7t"},
+}};
+
+/// The lines of a text, in UTF-8, without their ends.
+std::vector<std::string> lines_of(std::string_view bytes) {
+  std::vector<std::string> lines = base::split(bytes, '\n');
+  if (!lines.empty() && lines.back().empty())
+    lines.pop_back();
+  for (std::string& line : lines) {
+    if (line.ends_with('\r'))
+      line.pop_back();
+    line = base::from_ansi(line);
+  }
+  return lines;
+}
+
+/// False when there is no such file.
+bool read_lines(Session& session, std::string_view file, std::vector<std::string>& lines) {
+  const std::string path = database_path(session, file);
+  if (!session.platform.files.exists(path))
+    return false;
+  lines = lines_of(session.platform.files.read(path));
+  return true;
+}
+
+std::string_view value_of(const controls::ListRow& row) {
+  return row.sub_items.empty() ? std::string_view() : std::string_view(row.sub_items.front());
+}
+
+void save_lines(Session& session, std::string_view file, const controls::ListView& list,
+                const std::function<std::string(const controls::ListRow&)>& line_of) {
+  std::string bytes;
+  for (std::size_t i = 0; i < list.size(); ++i)
+    bytes += session::text_file_line(line_of(list.at(i)));
+  session.platform.files.write(database_path(session, file), bytes);
+}
+
+}  // namespace
+
+void create_mail_table(Session& session) {
+  constexpr std::array<std::string_view, 3> kLines = {
+      "Container,Recipients", "Target-Address,%first%.%last%@mail.example", "Replication-Sensitivity,20"};
+  std::string bytes;
+  for (const std::string_view line : kLines)
+    bytes += session::text_file_line(line);
+  session.platform.files.write(database_path(session, kMailFile), bytes);
+}
+
+void load_mail_table(Session& session) {
+  std::vector<std::string> lines;
+  if (!read_lines(session, kMailFile, lines))
+    return;
+  lines.resize(std::min(lines.size(), kMostMailLines));
+  controls::ListView& list = session.form1.ListView8;
+  list.clear();
+  for (const std::string& line : lines) {
+    const std::size_t comma = line.find(',');
+    if (comma != base::npos)
+      list.add({}, line.substr(0, comma), std::string(kMailIcon), {line.substr(comma + 1)});
+  }
+}
+
+void load_w2k_table(Session& session) {
+  std::vector<std::string> lines;
+  if (!read_lines(session, kW2kFile, lines))
+    return;
+  controls::ListView& list = session.form1.ListView7;
+  list.clear();
+  for (const std::string& line : lines) {
+    // The kind is one character, its comma another.
+    const std::string_view rest = base::mid(line, 3);
+    const std::size_t comma = rest.find(',');
+    if (comma == base::npos)
+      continue;
+    list.add({}, std::string(rest.substr(0, comma)),
+             std::string(line.starts_with('p') ? kUserIcon : kMailIcon),
+             {std::string(rest.substr(comma + 1))});
+  }
+}
+
+void load_wts_table(Session& session) {
+  std::vector<std::string> lines;
+  if (!read_lines(session, kWtsFile, lines))
+    return;
+  controls::ListView& list = session.form1.ListView9;
+  for (std::size_t i = 0; i < std::min(list.size(), lines.size()); ++i)
+    list.set_sub_item(list.at(i), 1, lines[i]);
+}
+
+void save_mail_table(Session& session) {
+  save_lines(session, kMailFile, session.form1.ListView8,
+             [](const controls::ListRow& row) { return row.text + "," + std::string(value_of(row)); });
+}
+
+void save_w2k_table(Session& session) {
+  save_lines(session, kW2kFile, session.form1.ListView7, [](const controls::ListRow& row) {
+    return (row.icon == kUserIcon ? "p," : "m,") + row.text + "," + std::string(value_of(row));
+  });
+}
+
+void save_wts_table(Session& session) {
+  save_lines(session, kWtsFile, session.form1.ListView9,
+             [](const controls::ListRow& row) { return std::string(value_of(row)); });
+}
+
+void fill_wts_rows(Session& session) {
+  session.form1.ListView9.clear();
+  for (const WtsRow& row : kWtsRows)
+    session.form1.ListView9.add(std::string(row.key), std::string(row.text), {}, {std::string()});
+}
+
+std::vector<PermissionRecord> read_permissions(Session& session, std::string_view file) {
+  std::vector<PermissionRecord> records;
+  RecordFile::open_read(session.platform.files, database_path(session, file), kPermissionRecordSize)
+      .search([&records](std::string_view bytes) {
+        records.push_back(decode_permission(bytes));
+        return false;
+      });
+  return records;
+}
+
+void write_permissions(Session& session, std::string_view file, std::span<const PermissionRecord> records) {
+  std::string bytes;
+  for (const PermissionRecord& record : records)
+    bytes += encode_permission(record);
+  if (records.empty() && base::equals_fold(file, kSharePermissionFile))
+    bytes = encode_permission({false, "Everyone", "Full Control", {}});
+  session.platform.files.write(database_path(session, file), bytes);
+}
+
+}  // namespace twk::stores

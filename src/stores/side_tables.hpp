@@ -1,0 +1,51 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "stores/records.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// The small tables beside the record files. Three are text, a row a line, code page 1252 with CR LF:
+///
+///     Mail.dat   name,value         into ListView8, icon "MAIL"; at most 49 lines are read
+///     W2K.dat    kind,name,value    into ListView7; kind "p" has the icon "USER", any other (written "m")
+///     "MAIL" WTS.dat    value              into the sub-items of ListView9's fixed rows, in their order
+///
+/// A value is sub-item 1. Two are files of permission records. Each is rewritten as a whole, atomically.
+/// Every call raises the runtime error of the platform's files unless it says otherwise.
+namespace twk::stores {
+
+inline constexpr std::string_view kMailFile = "Mail.dat";
+inline constexpr std::string_view kW2kFile = "W2K.dat";
+inline constexpr std::string_view kWtsFile = "WTS.dat";
+inline constexpr std::string_view kPermissionFile = "Permissions.dat";
+inline constexpr std::string_view kSharePermissionFile = "SharePerm.dat";
+
+/// "Mail.dat" as a fresh installation has it.
+void create_mail_table(session::Session& session);
+
+/// Rows of the file in place of the list's. A file that is not there leaves the list as it is; a line that
+/// does not have the form of its table is skipped.
+void load_mail_table(session::Session& session);
+void load_w2k_table(session::Session& session);
+void load_wts_table(session::Session& session);
+
+void save_mail_table(session::Session& session);
+void save_w2k_table(session::Session& session);
+void save_wts_table(session::Session& session);
+
+/// The thirteen terminal-server rows, without values.
+void fill_wts_rows(session::Session& session);
+
+/// The records of "Permissions.dat" or "SharePerm.dat", by name; none when the file is not there.
+std::vector<PermissionRecord> read_permissions(session::Session& session, std::string_view file);
+/// Replaces them. An empty "SharePerm.dat" gets one record that gives "Everyone" the access "Full Control".
+void write_permissions(session::Session& session, std::string_view file,
+                       std::span<const PermissionRecord> records);
+
+}  // namespace twk::stores

@@ -1,0 +1,350 @@
+#include "stores/site_store.hpp"
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+#include "stores/record_file.hpp"
+#include "stores/typed_text.hpp"
+
+namespace twk::stores {
+namespace {
+
+using session::Form1;
+using session::Session;
+
+/// Key of the row of a site that has not been saved yet. No other row has a key.
+constexpr std::string_view kNewRow = "NewSite";
+
+std::array<controls::TextBox*, 5> fields(Form1& form1) {
+  return {&form1.NTSERVER, &form1.EXSERVER, &form1.EXSite, &form1.EXorg, &form1.Mail_Store};
+}
+
+bool is_exchange_2000(const Form1& form1) {
+  return form1.EXH5.index == 1;
+}
+
+controls::ListRow* new_row(Form1& form1) {
+  return const_cast<controls::ListRow*>(form1.ListView2.find_key(kNewRow));
+}
+
+void drop_new_row(Form1& form1) {
+  if (const controls::ListRow* const row = new_row(form1))
+    form1.ListView2.remove(*row);
+}
+
+std::string selected_name(Form1& form1) {
+  const controls::ListRow* const row = form1.ListView2.selected();
+  return row == nullptr ? std::string() : std::string(base::trim(row->text));
+}
+
+void empty_fields(Form1& form1) {
+  for (controls::TextBox* const field : fields(form1))
+    field->text = std::string();
+}
+
+void unlock_fields(Form1& form1) {
+  for (controls::TextBox* const field : fields(form1)) {
+    field->enabled = true;
+    field->paint = controls::Paint::kEditing;
+  }
+  form1.Save_Site.enabled = true;
+  form1.EXH5.enabled = true;
+  form1.New_Site.enabled = false;
+  form1.Delete_site.enabled = false;
+  form1.Edit_Site.enabled = false;
+  form1.Find_Store.enabled = is_exchange_2000(form1);
+}
+
+/// Fields locked, and the buttons that fit a tab on which nothing is edited.
+void show_browsing(Session& session) {
+  Form1& form1 = session.form1;
+  for (controls::TextBox* const field : fields(form1)) {
+    field->enabled = false;
+    field->paint = controls::Paint::kDefault;
+  }
+  const bool chosen = !selected_name(form1).empty();
+  form1.EXH5.enabled = false;
+  form1.Find_Store.enabled = false;
+  form1.Save_Site.enabled = false;
+  form1.New_Site.enabled = true;
+  form1.Edit_Site.enabled = chosen;
+  form1.Delete_site.enabled = chosen;
+  form1.New_Site_Name.text = std::string();
+  form1.New_Site_Name.visible = false;
+  session.EditingSite = false;
+}
+
+void show_kind(Form1& form1, bool exchange_2000) {
+  form1.EXH5.index = exchange_2000 ? 1 : 0;
+  form1.Mail_Store.visible = exchange_2000;
+  if (exchange_2000) {
+    form1.Label42.caption = "Mailbox Store";
+    form1.Label13.caption = "Storage Group";
+  } else {
+    form1.Label13.caption = "Exchange Site";
+    form1.Label14.caption = "Exchange Org";
+  }
+}
+
+/// The first live record of a name.
+RecordSearch find_live(RecordFile& file, std::string_view name) {
+  const std::string wanted = folded_name(name);
+  return file.search([&wanted](std::string_view bytes) {
+    return !is_deleted(bytes) && folded_name(decode_site(bytes).Name) == wanted;
+  });
+}
+
+bool is_taken(Form1& form1, std::string_view name) {
+  for (const controls::ListRow* const row : form1.ListView2.find_text(name)) {
+    if (row->key.empty())
+      return true;
+  }
+  return false;
+}
+
+void refuse_new_name(Session& session, std::string_view status) {
+  Clear_Site(session);
+  session.platform.dialogs.beep();
+  session.form1.StatusBar1.panel1 = std::string(status);
+}
+
+void warn(Session& session, std::string_view text, std::string_view title) {
+  session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kExclamation, title);
+}
+
+/// What keeps the fields from being saved is told to the person.
+bool can_save(Session& session, std::string_view name) {
+  Form1& form1 = session.form1;
+  if (form1.NTSERVER.text.get().empty() || name.empty()) {
+    warn(session, "Must Enter a Site Name, And a Home Server Name", "Incorect entry");
+    return false;
+  }
+  if (refuses_control_characters(
+          session, {name, form1.NTSERVER.text.get(), form1.EXSERVER.text.get(), form1.EXSite.text.get(),
+                    form1.EXorg.text.get(), form1.Mail_Store.text.get()}))
+    return false;
+  form1.StatusBar1.panel1 = "Saving Site...";
+  if (!session.EditingSite && is_taken(form1, name)) {
+    warn(session, "Site Name " + std::string(name) + " Already Exist \r\nChange Site Name.",
+         "Site Name Conflict...");
+    return false;
+  }
+  const int filled = static_cast<int>(!form1.EXSERVER.text.get().empty()) +
+                     static_cast<int>(!form1.EXSite.text.get().empty()) +
+                     static_cast<int>(!form1.EXorg.text.get().empty());
+  if (filled == 1 || filled == 2) {
+    warn(session, "Must enter all three vaules for exchange.", "Incorrect Exchange Settings");
+    return false;
+  }
+  return true;
+}
+
+SiteRecord record_of_fields(const Form1& form1, std::string_view name) {
+  SiteRecord record;
+  record.Exchange2000 = is_exchange_2000(form1);
+  record.Name = name;
+  record.NTServer = form1.NTSERVER.text;
+  record.ExchangeServer = form1.EXSERVER.text;
+  record.ExchangeOrg = form1.EXorg.text;
+  record.ExchangeSite = form1.EXSite.text;
+  if (record.Exchange2000)
+    record.MailStore = form1.Mail_Store.text;
+  return record;
+}
+
+void write_record(Session& session, std::string_view name) {
+  const std::string bytes = encode_site(record_of_fields(session.form1, name));
+  RecordFile file =
+      RecordFile::open(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
+  if (session.EditingSite) {
+    if (const RecordSearch live = find_live(file, name); live.found) {
+      file.write(live.number, bytes);
+      return;
+    }
+  }
+  file.append(bytes);
+}
+
+void list_new_site(Session& session, const std::string& name) {
+  Form1& form1 = session.form1;
+  controls::ListRow* row = new_row(form1);
+  if (row == nullptr)
+    row = &form1.ListView2.add({}, {}, "SITE");
+  form1.ListView2.set_key(*row, {});
+  form1.ListView2.set_text(*row, name);
+  form1.ListView2.select(row);
+  form1.NUsitename.add_item(name);
+  session.multi_user.Multi_Site.add_item(name);
+}
+
+void mark_record_deleted(Session& session, std::string_view name) {
+  RecordFile file =
+      RecordFile::open(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
+  RecordSearch live = find_live(file, name);
+  if (!live.found)
+    return;
+  mark_deleted(live.bytes);
+  file.write(live.number, live.bytes);
+}
+
+}  // namespace
+
+void Loadsite(Session& session, std::string_view name) {
+  Form1& form1 = session.form1;
+  const std::string_view wanted = base::trim(name);
+  RecordSearch found;
+  base::Trap trap;
+  if (!trap([&] {
+        found =
+            RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize)
+                .search(
+                    [&](std::string_view bytes) { return base::trim(decode_site(bytes).Name) == wanted; });
+      })) {
+    report_file_error(session, kSiteFile, base::RuntimeError(trap.number(), trap.description()));
+    return;
+  }
+  if (found.number > 0)
+    session.ActiveSite = decode_site(found.bytes);
+  if (!found.found)
+    return;
+  const SiteRecord& site = session.ActiveSite;
+  show_kind(form1, site.Exchange2000);
+  form1.NTSERVER.text = std::string(base::trim(site.NTServer));
+  form1.EXSERVER.text = std::string(base::trim(site.ExchangeServer));
+  form1.EXSite.text = std::string(base::trim(site.ExchangeSite));
+  form1.EXorg.text = std::string(base::trim(site.ExchangeOrg));
+  form1.Mail_Store.text = std::string(base::trim(site.MailStore));
+}
+
+void load_sites(Session& session) {
+  Form1& form1 = session.form1;
+  base::Trap trap;
+  trap([&] {
+    RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize)
+        .search([&](std::string_view bytes) {
+          if (is_deleted(bytes))
+            return false;
+          const std::string name(base::trim(decode_site(bytes).Name));
+          form1.NUsitename.locked = true;
+          form1.ListView2.add({}, name, "SITE");
+          form1.NUsitename.add_item(name);
+          session.multi_user.Multi_Site.add_item(name);
+          return false;
+        });
+  });
+  if (trap.number() != 0)
+    session::LOG_TAB(session, session::kYellow, "Cannot read Site.dat: " + trap.description());
+}
+
+void Clear_Site(Session& session) {
+  drop_new_row(session.form1);
+  session.form1.ListView2.select(nullptr);
+  empty_fields(session.form1);
+  show_browsing(session);
+}
+
+void ListView2_Click(Session& session) {
+  Form1& form1 = session.form1;
+  controls::ListRow* const row = form1.ListView2.selected();
+  if (row == nullptr || row == new_row(form1) || base::trim(row->text).empty())
+    return;
+  drop_new_row(form1);
+  show_browsing(session);
+  Loadsite(session, row->text);
+  form1.Find_Store.enabled = is_exchange_2000(form1);
+}
+
+void New_Site(Session& session) {
+  Form1& form1 = session.form1;
+  drop_new_row(form1);
+  empty_fields(form1);
+  unlock_fields(form1);
+  session.EditingSite = false;
+  form1.New_Site_Name.text = std::string();
+  form1.ListView2.select(&form1.ListView2.add(std::string(kNewRow), {}, "SITE"));
+}
+
+void site_name_edited(Session& session, std::string_view typed) {
+  Form1& form1 = session.form1;
+  controls::ListRow* const row = new_row(form1);
+  if (row == nullptr)
+    return;
+  if (const auto control = base::find_control_character(typed)) {
+    refuse_new_name(session, "Control character " + *control + " not allowed");
+    return;
+  }
+  const std::string name = storable(base::trim(typed));
+  if (name.empty()) {
+    refuse_new_name(session, "Site Name cannot be Blank");
+  } else if (is_taken(form1, name)) {
+    refuse_new_name(session, "Site name already used");
+  } else if (base::length(typed) > kSiteNameLength) {
+    refuse_new_name(session, "Site name too long (20 chrs max)");
+  } else {
+    form1.ListView2.set_text(*row, name);
+    form1.New_Site_Name.text = name;
+  }
+}
+
+void Edit_Site(Session& session) {
+  if (selected_name(session.form1).empty())
+    return;
+  session.form1.StatusBar1.panel1 = "Edit Site...";
+  session.EditingSite = true;
+  unlock_fields(session.form1);
+}
+
+void Save_Site(Session& session) {
+  Form1& form1 = session.form1;
+  if (session.EditingSite)
+    form1.New_Site_Name.text = selected_name(form1);
+  const std::string name = storable(base::trim(form1.New_Site_Name.text.get()));
+  if (!can_save(session, name))
+    return;
+  try {
+    write_record(session, name);
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kSiteFile, failure);
+    return;
+  }
+  if (!session.EditingSite)
+    list_new_site(session, name);
+  show_browsing(session);
+  form1.NUsitename.locked = false;
+}
+
+void Delete_site(Session& session) {
+  Form1& form1 = session.form1;
+  const std::string name = selected_name(form1);
+  if (name.empty())
+    return;
+  if (form1.Confirm_Deletes.on() &&
+      session.platform.dialogs.MsgBox("Sure to Delete Site Record", platform::Buttons::kYesNo,
+                                      platform::Icon::kQuestion,
+                                      "Delete Site Record") != platform::Answer::kYes)
+    return;
+  form1.StatusBar1.panel1 = "Deleting Site...";
+  try {
+    mark_record_deleted(session, name);
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kSiteFile, failure);
+    return;
+  }
+  form1.NUsitename.remove_item(name);
+  session.multi_user.Multi_Site.remove_item(name);
+  form1.ListView2.remove(*form1.ListView2.selected());
+  Clear_Site(session);
+  form1.StatusBar1.panel1 = "Site Deleted.";
+}
+
+void Site_Cancel(Session& session) {
+  session.EditingSite = false;
+  Clear_Site(session);
+}
+
+void EXH5_Click(Session& session) {
+  Form1& form1 = session.form1;
+  show_kind(form1, is_exchange_2000(form1));
+  form1.Find_Store.enabled = is_exchange_2000(form1);
+}
+
+}  // namespace twk::stores

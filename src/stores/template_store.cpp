@@ -1,0 +1,188 @@
+#include "stores/template_store.hpp"
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+#include "stores/record_file.hpp"
+#include "stores/typed_text.hpp"
+
+namespace twk::stores {
+namespace {
+
+using session::Form1;
+using session::Session;
+
+RecordFile open_templates(Session& session) {
+  return RecordFile::open_read(session.platform.files, database_path(session, kTemplateFile),
+                               kTemplateRecordSize);
+}
+
+/// Leaves the record at which the search stopped where the searches leave it.
+bool keep(Session& session, const RecordSearch& search) {
+  session.LastRecordNo = search.number;
+  if (search.number > 0)
+    session.ActiveTemplate = decode_template(search.bytes);
+  return search.found;
+}
+
+/// Holds back what two lists tell while rows move between them.
+class QuietLists {
+ public:
+  explicit QuietLists(Form1& form1) : form1_(form1) { draw(false); }
+  QuietLists(const QuietLists&) = delete;
+  QuietLists& operator=(const QuietLists&) = delete;
+  ~QuietLists() { draw(true); }
+
+ private:
+  void draw(bool on) {
+    form1_.ListView5.set_drawing(on);
+    form1_.ListView6.set_drawing(on);
+  }
+
+  Form1& form1_;
+};
+
+void show_variables(Session& session) {
+  const TemplateRecord& record = session.ActiveTemplate;
+  controls::ListView& rows = session.variables.ListView1;
+  rows.set_drawing(false);
+  rows.clear();
+  for (std::size_t i = 1; i < kVariableSlots; ++i) {
+    const std::string_view name = base::trim(record.VariableNames.at(i));
+    const std::string_view value = base::trim(record.VariableValues.at(i));
+    if (!name.empty() || !value.empty())
+      rows.add({}, std::string(name), {}, {std::string(value)});
+  }
+  rows.set_drawing(true);
+}
+
+/// Moves the domain's groups of exactly that name, the last first.
+void take_group(Form1& form1, std::string_view name) {
+  const std::vector<const controls::ListRow*> rows = form1.ListView5.find_text(name);
+  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
+    if (base::trim((*row)->text) == name)
+      controls::move_row(form1.ListView5, **row, form1.ListView6);
+  }
+}
+
+void show_groups(Session& session) {
+  const TemplateRecord& record = session.ActiveTemplate;
+  if (record.GroupCount == 0)
+    return;
+  const QuietLists quiet(session.form1);
+  for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
+    take_group(session.form1, base::trim(record.Groups.at(i)));
+}
+
+std::string trimmed(std::string_view text) {
+  return std::string(base::trim(text));
+}
+
+void set_share_points(Session& session, std::string_view home, std::string_view profile) {
+  session::frmSharePoints& points = session.share_points;
+  points.HomeSharePoint = home;
+  points.ProfileSharePoint = profile;
+  points.HomeShareName.text = points.HomeSharePoint;
+  points.ProfileShareName.text = points.ProfileSharePoint;
+}
+
+/// `ActiveTemplate` onto the tab.
+void show_template(Session& session) {
+  Form1& form1 = session.form1;
+  const TemplateRecord& record = session.ActiveTemplate;
+  form1.propath.text = trimmed(record.ProfilePath);
+  form1.homedir.text = trimmed(record.HomeDir);
+  form1.Profilepath.text = trimmed(record.ProfileDirPath);
+  form1.Homedirpath.text = trimmed(record.HomeDirPath);
+  form1.sharenameprofile.text = trimmed(record.ProfileShare);
+  form1.Sharenamehomedir.text = trimmed(record.HomeShare);
+  form1.logon.text = trimmed(record.LogonScript);
+  form1.Home_Drive_letter.text = trimmed(record.HomeDrive);
+  form1.PrimaryGrp.caption = trimmed(record.PrimaryGroup);
+  set_share_points(session, base::trim(record.HomeSharePoint), base::trim(record.ProfileSharePoint));
+  session.TemplateLogonHours = record.LogonHours;
+  show_variables(session);
+  show_groups(session);
+  form1.Variables.enabled = true;
+  form1.btnSharePoints.enabled = true;
+}
+
+}  // namespace
+
+std::int32_t Find_Template(Session& session) {
+  const std::string wanted = folded_name(session.form1.templatelst.text.get());
+  const RecordSearch search = open_templates(session).search([&wanted](std::string_view bytes) {
+    return !is_deleted(bytes) && folded_name(listed_template_name(bytes)) == wanted;
+  });
+  return keep(session, search) ? search.number : -1;
+}
+
+void LoadTemplate(Session& session, std::string_view name) {
+  Template_Group_Sort(session);
+  RecordSearch search;
+  try {
+    search = open_templates(session).search(
+        [name](std::string_view bytes) { return !is_deleted(bytes) && listed_template_name(bytes) == name; });
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kTemplateFile, failure);
+    return;
+  }
+  if (keep(session, search)) {
+    show_template(session);
+  } else {
+    empty_template_fields(session);
+    session.variables.ListView1.clear();
+  }
+}
+
+void load_template_record(Session& session, std::int32_t number) {
+  const TemplateRecord record = decode_template(open_templates(session).read(number));
+  Template_Group_Sort(session);
+  session.ActiveTemplate = record;
+  show_template(session);
+}
+
+void Template_Group_Sort(Session& session) {
+  Form1& form1 = session.form1;
+  if (form1.ListView6.empty())
+    return;
+  const QuietLists quiet(form1);
+  for (std::size_t i = 0; i < form1.ListView6.size(); ++i) {
+    const controls::ListRow& row = form1.ListView6.at(i);
+    // The domain may have been loaded anew since the group was taken.
+    if (row.key.empty() || form1.ListView5.find_key(row.key) == nullptr)
+      form1.ListView5.add(row.key, row.text, row.icon);
+  }
+  form1.ListView6.clear();
+}
+
+void load_templates(Session& session) {
+  base::Trap trap;
+  trap([&] {
+    open_templates(session).search([&session](std::string_view bytes) {
+      if (is_deleted(bytes))
+        return false;
+      const std::string name = listed_template_name(bytes);
+      session.form1.nutemplate.locked = true;
+      session.form1.templatelst.add_item(name);
+      session.form1.nutemplate.add_item(name);
+      session.multi_user.Multi_Template.add_item(name);
+      return false;
+    });
+  });
+  if (trap.number() != 0)
+    session::LOG_TAB(session, session::kYellow, "Cannot read Template.dat: " + trap.description());
+}
+
+void empty_template_fields(Session& session) {
+  Form1& form1 = session.form1;
+  Template_Group_Sort(session);
+  for (controls::TextBox* const field :
+       {&form1.propath, &form1.homedir, &form1.Profilepath, &form1.Homedirpath, &form1.sharenameprofile,
+        &form1.Sharenamehomedir, &form1.logon})
+    field->text = std::string();
+  form1.Home_Drive_letter.text = std::string();
+  form1.PrimaryGrp.caption = std::string();
+  set_share_points(session, {}, {});
+}
+
+}  // namespace twk::stores

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace twk::session {
+struct Session;
+}
+
+/// "Template.dat": searches, and the loading of a template into `ActiveTemplate`, onto the Template tab and
+/// into the group lists. `ActiveTemplate` is a working buffer: each search leaves the record in it at which
+/// it stopped, and the number of that record in `LastRecordNo`.
+namespace twk::stores {
+
+inline constexpr std::string_view kTemplateFile = "Template.dat";
+
+/// Number of the first live record whose name equals the text of `templatelst`, trimmed and in upper case; -1
+/// for none. Raises when the file cannot be read.
+std::int32_t Find_Template(session::Session& session);
+
+/// Loads the first live record of that name, which is the name as the lists hold it: padded to 25 characters
+/// and of the same case. Without a match the tab is empty. Groups that the domain does not have do not
+/// appear. A file that cannot be read is reported by message.
+void LoadTemplate(session::Session& session, std::string_view name);
+
+/// Loads the record of that number likewise, deleted or not. Raises when the file cannot be read.
+void load_template_record(session::Session& session, std::int32_t number);
+
+/// Moves every group of the template back to the groups of the domain.
+void Template_Group_Sort(session::Session& session);
+
+/// Adds the names of the live templates to the lists. A failure ends the reading and is told on the log tab.
+void load_templates(session::Session& session);
+
+/// Empties the template's fields, share points and group list; variables and logon hours stay.
+void empty_template_fields(session::Session& session);
+
+}  // namespace twk::stores

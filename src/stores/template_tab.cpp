@@ -1,0 +1,336 @@
+#include "stores/template_tab.hpp"
+
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+#include "stores/record_file.hpp"
+#include "stores/template_store.hpp"
+#include "stores/typed_text.hpp"
+
+namespace twk::stores {
+namespace {
+
+using session::Form1;
+using session::Session;
+
+std::array<controls::TextBox*, 7> fields(Form1& form1) {
+  return {&form1.propath,          &form1.homedir,          &form1.Profilepath, &form1.Homedirpath,
+          &form1.sharenameprofile, &form1.Sharenamehomedir, &form1.logon};
+}
+
+void lock_fields(Form1& form1, bool locked) {
+  for (controls::TextBox* const field : fields(form1)) {
+    field->locked = locked;
+    field->paint = locked ? controls::Paint::kDefault : controls::Paint::kEditing;
+  }
+  form1.Home_Drive_letter.locked = locked;
+}
+
+void show_editing(Form1& form1) {
+  lock_fields(form1, false);
+  for (controls::Button* const button : {&form1.add, &form1.remove, &form1.savetemplate, &form1.SetPriGroup,
+                                         &form1.LogonHours, &form1.btnSharePoints})
+    button->enabled = true;
+  for (controls::Button* const button : {&form1.NewTemplate, &form1.EditTemplate, &form1.DeleteTemplate})
+    button->enabled = false;
+}
+
+void show_browsing(Session& session) {
+  Form1& form1 = session.form1;
+  session.EditingTemplate = false;
+  lock_fields(form1, true);
+  form1.New_Template_Name.visible = false;
+  form1.New_Template_Name.text = std::string();
+  form1.templatelst.locked = false;
+  const bool chosen = !base::trim(form1.templatelst.text.get()).empty();
+  for (controls::Button* const button : {&form1.add, &form1.remove, &form1.savetemplate, &form1.SetPriGroup})
+    button->enabled = false;
+  for (controls::Button* const button : {&form1.EditTemplate, &form1.DeleteTemplate, &form1.paste,
+                                         &form1.LogonHours, &form1.Variables, &form1.btnSharePoints})
+    button->enabled = chosen;
+  form1.NewTemplate.enabled = true;
+}
+
+void warn(Session& session, std::string_view text, std::string_view title) {
+  session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kExclamation, title);
+}
+
+void set_status(Session& session, std::string_view text) {
+  session.form1.StatusBar1.panel1 = std::string(text);
+}
+
+bool is_drive(std::string_view text) {
+  return text.size() == 2 && text[1] == ':' &&
+         ((text[0] >= 'A' && text[0] <= 'Z') || (text[0] >= 'a' && text[0] <= 'z'));
+}
+
+RecordFile open_templates(Session& session) {
+  return RecordFile::open(session.platform.files, database_path(session, kTemplateFile), kTemplateRecordSize);
+}
+
+/// The number of the chosen template's record, for a change to it.
+std::int32_t record_to_change(Session& session) {
+  const std::int32_t number = Find_Template(session);
+  if (number < 1)
+    throw base::RuntimeError(base::error::kOutOfBounds, "The template is not in the file any more.");
+  return number;
+}
+
+/// What keeps the fields from being saved is told to the person.
+bool can_save(Session& session) {
+  Form1& form1 = session.form1;
+  const std::string& drive = form1.Home_Drive_letter.text;
+  if (!drive.empty() && !is_drive(drive)) {
+    session.platform.dialogs.beep();
+    set_status(session, "Home Drive Format Incorrect");
+    return false;
+  }
+  if (!session.EditingTemplate) {
+    const std::string name(base::trim(form1.New_Template_Name.text.get()));
+    if (refuses_control_characters(session, {name}))
+      return false;
+    form1.templatelst.text = name;
+    const std::string wanted = folded_name(padded_template_name(name));
+    const auto& items = form1.templatelst.items();
+    if (std::any_of(items.begin(), items.end(),
+                    [&wanted](const std::string& item) { return folded_name(item) == wanted; })) {
+      warn(session, "Template Name " + name + " Already Exist \r\nChange Template Name.",
+           "Template Name Conflict...");
+      return false;
+    }
+  }
+  if (base::trim(form1.templatelst.text.get()).empty()) {
+    warn(session, "Template Name cannot be blank.", "Template Name");
+    return false;
+  }
+  std::string typed = form1.PrimaryGrp.caption;
+  for (const controls::TextBox* const field : fields(form1))
+    typed += field->text;
+  return !refuses_control_characters(
+      session, {typed, session.share_points.HomeSharePoint, session.share_points.ProfileSharePoint});
+}
+
+void fill_record(Session& session) {
+  const Form1& form1 = session.form1;
+  TemplateRecord& record = session.ActiveTemplate;
+  record.Deleted = false;
+  record.GroupCount = static_cast<std::int16_t>(std::min(form1.ListView6.size(), kMostGroups));
+  record.Name = base::trim(form1.templatelst.text.get());
+  record.ProfilePath = form1.propath.text;
+  record.HomeDir = form1.homedir.text;
+  record.ProfileDirPath = form1.Profilepath.text;
+  record.HomeDirPath = form1.Homedirpath.text;
+  record.ProfileShare = form1.sharenameprofile.text;
+  record.HomeShare = form1.Sharenamehomedir.text;
+  record.HomeSharePoint = session.share_points.HomeSharePoint;
+  record.ProfileSharePoint = session.share_points.ProfileSharePoint;
+  record.LogonScript = form1.logon.text;
+  record.HomeDrive = form1.Home_Drive_letter.text;
+  record.LogonHours = session.TemplateLogonHours;
+  record.PrimaryGroup = form1.PrimaryGrp.caption;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
+    record.Groups.at(i) = form1.ListView6.at(i).text;
+}
+
+void write_record(Session& session) {
+  // In edit mode the search brings the record's own variables and spare slots into `ActiveTemplate`.
+  const std::int32_t number = session.EditingTemplate ? record_to_change(session) : 0;
+  fill_record(session);
+  const std::string bytes = encode_template(session.ActiveTemplate);
+  RecordFile file = open_templates(session);
+  if (session.EditingTemplate) {
+    file.write(number, bytes);
+  } else {
+    session.LastRecordNo = file.append(bytes);
+  }
+}
+
+void list_new_template(Session& session) {
+  Form1& form1 = session.form1;
+  const std::string name = padded_template_name(session.ActiveTemplate.Name);
+  form1.templatelst.add_item(name);
+  form1.nutemplate.add_item(name);
+  session.multi_user.Multi_Template.add_item(name);
+  form1.templatelst.text = name;
+}
+
+std::vector<const controls::ListRow*> selected_rows(const controls::ListView& list) {
+  std::vector<const controls::ListRow*> rows;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (list.at(i).selected)
+      rows.push_back(&list.at(i));
+  }
+  return rows;
+}
+
+}  // namespace
+
+void Clear_TT(Session& session) {
+  session.form1.templatelst.text = std::string();
+  empty_template_fields(session);
+  show_browsing(session);
+}
+
+void templatelst_Click(Session& session) {
+  const std::string name = session.form1.templatelst.text;
+  if (base::trim(name).empty())
+    return;
+  show_browsing(session);
+  LoadTemplate(session, name);
+}
+
+void NewTemplate(Session& session) {
+  Form1& form1 = session.form1;
+  session.EditingTemplate = false;
+  form1.New_Template_Name.text = std::string();
+  form1.New_Template_Name.visible = true;
+  empty_template_fields(session);
+  show_editing(form1);
+  form1.paste.enabled = true;
+}
+
+void EditTemplate(Session& session) {
+  if (base::trim(session.form1.templatelst.text.get()).empty())
+    return;
+  set_status(session, "Edit Template...");
+  session.EditingTemplate = true;
+  show_editing(session.form1);
+  session.form1.templatelst.locked = true;
+}
+
+void savetemplate(Session& session) {
+  Form1& form1 = session.form1;
+  if (!can_save(session))
+    return;
+  form1.ListView5.select(nullptr);
+  set_status(session, "Saving Template...");
+  // A drive without a home directory means nothing.
+  if (form1.homedir.text.get().empty())
+    form1.Home_Drive_letter.text = std::string();
+  try {
+    write_record(session);
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kTemplateFile, failure);
+    return;
+  }
+  if (!session.EditingTemplate)
+    list_new_template(session);
+  set_status(session, "Template Saved...");
+  show_browsing(session);
+}
+
+void DeleteTemplate(Session& session) {
+  Form1& form1 = session.form1;
+  const std::string name(base::trim(form1.templatelst.text.get()));
+  if (name.empty())
+    return;
+  if (form1.Confirm_Deletes.on() &&
+      session.platform.dialogs.MsgBox("Sure to Delete Template", platform::Buttons::kYesNo,
+                                      platform::Icon::kQuestion, "Delete Template") != platform::Answer::kYes)
+    return;
+  set_status(session, "Deleting Template...");
+  try {
+    if (const std::int32_t number = Find_Template(session); number > 0) {
+      RecordFile file = open_templates(session);
+      std::string bytes = file.read(number);
+      mark_deleted(bytes);
+      file.write(number, bytes);
+    }
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kTemplateFile, failure);
+    return;
+  }
+  form1.nutemplate.remove_item(name);
+  session.multi_user.Multi_Template.remove_item(name);
+  form1.templatelst.remove_item(name);
+  Clear_TT(session);
+  set_status(session, "Template Deleted.");
+}
+
+void paste(Session& session) {
+  if (!session.form1.New_Template_Name.visible.get())
+    return;
+  try {
+    if (session.LastRecordNo < 1 || session.LastRecordNo > open_templates(session).count())
+      return;
+    load_template_record(session, session.LastRecordNo);
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kTemplateFile, failure);
+  }
+}
+
+void Template_Cancel(Session& session) {
+  session.form1.ListView5.select(nullptr);
+  Template_Group_Sort(session);
+  Clear_TT(session);
+}
+
+void add_Click(Session& session) {
+  Form1& form1 = session.form1;
+  if (!form1.savetemplate.enabled.get())
+    return;
+  for (const controls::ListRow* const row : selected_rows(form1.ListView5)) {
+    if (form1.ListView6.size() >= kMostGroups) {
+      warn(session, "Templates Limited to 75 Groups", "Max Groups Reached");
+      return;
+    }
+    controls::move_row(form1.ListView5, *row, form1.ListView6);
+  }
+}
+
+void remove_Click(Session& session) {
+  Form1& form1 = session.form1;
+  if (!form1.savetemplate.enabled.get())
+    return;
+  for (const controls::ListRow* const row : selected_rows(form1.ListView6))
+    controls::move_row(form1.ListView6, *row, form1.ListView5);
+}
+
+void ListView5_DblClick(Session& session) {
+  add_Click(session);
+}
+
+void ListView6_DblClick(Session& session) {
+  remove_Click(session);
+}
+
+void SetPriGroup(Session& session) {
+  const controls::ListRow* const row = session.form1.ListView6.selected();
+  if (row == nullptr)
+    return;
+  if (row->icon == "Local") {
+    session.platform.dialogs.beep();
+    set_status(session, "A local group cannot be the primary group");
+    return;
+  }
+  session.form1.PrimaryGrp.caption = row->text;
+}
+
+void Variables(Session& session) {
+  if (session.form1.New_Template_Name.visible.get()) {
+    warn(session, "Must Save Template before editing Variables...", "Warning");
+    return;
+  }
+  session.variables.visible = true;
+}
+
+void Varibles_Form_Unload(Session& session) {
+  session.variables.visible = false;
+  const controls::ListView& rows = session.variables.ListView1;
+  try {
+    const std::int32_t number = record_to_change(session);
+    TemplateRecord& record = session.ActiveTemplate;
+    for (std::size_t slot = 1; slot < kVariableSlots; ++slot) {
+      const bool used = slot <= rows.size();
+      record.VariableNames.at(slot) = used ? rows.at(slot - 1).text : std::string();
+      const bool has_value = used && !rows.at(slot - 1).sub_items.empty();
+      record.VariableValues.at(slot) = has_value ? rows.at(slot - 1).sub_items.front() : std::string();
+    }
+    open_templates(session).write(number, encode_template(record));
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kTemplateFile, failure);
+  }
+}
+
+}  // namespace twk::stores
