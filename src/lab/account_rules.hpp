@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lab/ads_path.hpp"
+#include "lab/entry_store.hpp"
+#include "lab/lab_domain.hpp"
+#include "platform/value.hpp"
+
+/// What values the attributes of accounts may get, and what the directory makes of them.
+namespace twk::lab {
+
+inline constexpr std::int32_t kDomainUsersRid = 513;
+inline constexpr std::string_view kNeverExpires = "9223372036854775807";
+
+/// A change of one attribute as a caller staged it.
+struct StagedChange {
+  ModifyKind kind = ModifyKind::kReplace;  ///< a replace by no values clears
+  std::string attribute;
+  platform::ValueList values;
+};
+
+/// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group), holds
+/// a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
+void check_account_name(std::string_view name, bool user);
+
+/// The stored form of changes to `entry` (none: a new object) of class `object_class`.
+///
+/// "userAccountControl" keeps its kind of account, and through LDAP the "cannot change password" bit as it is
+/// stored; "pwdLastSet" takes 0 (must change) and -1 (now); "lockoutTime" takes 0 and forgets wrong passwords;
+/// "groupType" carries its "sAMAccountType". Raises kNoSuchAttribute, kConstraint, kUnwilling for what only the
+/// directory itself writes.
+std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry, std::string_view object_class,
+                                           Provider provider, const std::vector<StagedChange>& changes);
+
+/// The moment, as the directory counts time.
+std::string filetime_now(const LabDomain& domain);
+/// "sAMAccountType" of a group of this type.
+std::string group_account_type(std::int32_t group_type);
+
+}  // namespace twk::lab

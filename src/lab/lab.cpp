@@ -1,0 +1,77 @@
+#include "lab/lab.hpp"
+
+#include "lab/configuration_entries.hpp"
+#include "lab/dn.hpp"
+#include "lab/entry_store.hpp"
+#include "lab/lab_directory.hpp"
+#include "lab/lab_domain.hpp"
+#include "lab/lab_files.hpp"
+#include "lab/lab_network.hpp"
+#include "lab/lab_query.hpp"
+#include "local/posix_files.hpp"
+#include "local/registry_file.hpp"
+#include "local/system_clock.hpp"
+#include "local/system_environment.hpp"
+#include "local/system_process.hpp"
+
+namespace twk::lab {
+
+struct Lab::Services {
+  Services(const std::filesystem::path& root, const LabConfig& config,
+           const std::function<void(const std::string&)>& warn)
+      : folder(root),
+        store(open_entry_store(root, warn)),
+        domain{.config = config,
+               .store = *store,
+               .clock = clock,
+               .servers = root / "servers",
+               .root_dn = domain_dn(domain_name(config)),
+               .configuration_dn = "CN=Configuration," + domain_dn(domain_name(config))},
+        directory(domain),
+        query(domain),
+        network(domain),
+        files(root / "servers", workstation_files),
+        registry((root / "settings").string()) {}
+
+  std::filesystem::path folder;
+  std::unique_ptr<EntryStore> store;
+  local::SystemClock clock;
+  local::SystemEnvironment environment;
+  local::SystemProcess process;
+  local::PosixFiles workstation_files;
+  LabDomain domain;
+  LabDirectory directory;
+  LabQuery query;
+  LabNetwork network;
+  LabFiles files;
+  local::RegistryFile registry;
+};
+
+Lab::Lab(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn)
+    : services_(std::make_unique<Services>(std::filesystem::absolute(folder), read_lab_config(folder / "lab.conf"),
+                                           warn)) {
+  add_missing_configuration(services_->domain);
+}
+
+Lab::~Lab() = default;
+
+const LabConfig& Lab::config() const { return services_->domain.config; }
+
+std::string Lab::database_path() const { return (services_->folder / "db").string() + "/"; }
+
+platform::Platform Lab::platform(platform::Dialogs& dialogs) {
+  Services& s = *services_;
+  return {.registry = s.registry,
+          .directory = s.directory,
+          .query = s.query,
+          .files = s.files,
+          .network = s.network,
+          .process = s.process,
+          .environment = s.environment,
+          .clock = s.clock,
+          .dialogs = dialogs};
+}
+
+platform::RegistryListing& Lab::registry_listing() { return services_->registry; }
+
+}  // namespace twk::lab

@@ -1,0 +1,74 @@
+#include "lab/lab_directory.hpp"
+
+#include "lab/account_path.hpp"
+#include "lab/errors.hpp"
+#include "lab/ldap_object.hpp"
+#include "lab/namespace_object.hpp"
+#include "lab/passwords.hpp"
+#include "lab/schema_object.hpp"
+#include "lab/share_object.hpp"
+#include "lab/winnt_object.hpp"
+
+namespace twk::lab {
+
+using platform::ObjectPtr;
+
+ObjectPtr LabDirectory::bind_namespace(Provider provider) {
+  const bool nt = domain_.config.kind == DomainKind::kNt;
+  std::vector<std::string> children;
+  if (provider == Provider::kWinnt) {
+    children.push_back("WinNT://" + domain_.config.netbios);
+  } else if (!nt) {
+    children.push_back((provider == Provider::kGc ? "GC://" : "LDAP://") + domain_.config.domain);
+  }
+  const std::string name = provider == Provider::kGc ? "GC:" : provider == Provider::kLdap ? "LDAP:" : "WinNT:";
+  return std::make_shared<NamespaceObject>(name, provider == Provider::kWinnt ? "Domain" : "domainDNS", children,
+                                           [this](const std::string& path) { return GetObject(path); });
+}
+
+ObjectPtr LabDirectory::bind_entry(const AdsPath& path, std::string_view whole) {
+  const std::string dn = resolve_entry(domain_, path);
+  return std::make_shared<LdapObject>(StagedEntry(domain_, path.provider, dn), path.provider, path.server,
+                                      std::string(path.name.empty() ? whole : std::string_view{}));
+}
+
+ObjectPtr LabDirectory::bind_share(const AdsPath& path) {
+  auto folder = find_server(domain_.servers, path.server);
+  if (!folder) raise(kBadNetPath, "There is no file server " + path.server);
+  FileServerObject server(*std::move(folder), path.server);
+  if (path.kind == AdsPath::Kind::kFileShare) return server.GetObject("FileShare", path.name);
+  return std::make_shared<FileServerObject>(std::move(server));
+}
+
+ObjectPtr LabDirectory::GetObject(std::string_view path) {
+  const AdsPath parsed = parse_ads_path(path);
+  domain_.store.refresh();
+  switch (parsed.kind) {
+    case AdsPath::Kind::kNamespace:
+      return bind_namespace(parsed.provider);
+    case AdsPath::Kind::kRootDse:
+      require_ldap_server(domain_, parsed.server);
+      return std::make_shared<RootDse>(domain_, std::string(path));
+    case AdsPath::Kind::kSchema:
+      require_ldap_server(domain_, parsed.server);
+      return bind_schema(parsed.name);
+    case AdsPath::Kind::kEntry:
+      return bind_entry(parsed, path);
+    case AdsPath::Kind::kDomain:
+      require_domain(domain_, parsed.server);
+      return std::make_shared<WinntDomain>(domain_, parsed.server);
+    case AdsPath::Kind::kAccount:
+      return bind_winnt_account(domain_, resolve_entry(domain_, parsed), parsed.server);
+    case AdsPath::Kind::kFileServer:
+    case AdsPath::Kind::kFileShare:
+      return bind_share(parsed);
+  }
+  raise(ads_error::kBadPathname, "Not a path of a directory: " + std::string(path));
+}
+
+ObjectPtr LabDirectory::OpenDSObject(std::string_view path, std::string_view user, std::string_view password) {
+  if (!user.empty()) check_logon(domain_, user, password);
+  return GetObject(path);
+}
+
+}  // namespace twk::lab

@@ -1,0 +1,120 @@
+#include "lab/lab_query.hpp"
+
+#include <utility>
+
+#include "base/text.hpp"
+#include "lab/account_path.hpp"
+#include "lab/ads_path.hpp"
+#include "lab/dn.hpp"
+#include "lab/entry_search.hpp"
+#include "lab/entry_view.hpp"
+#include "lab/errors.hpp"
+#include "lab/schema.hpp"
+#include "platform/adsi.hpp"
+
+namespace twk::lab {
+namespace {
+
+using platform::Value;
+
+constexpr std::uint32_t kNoCurrentRow = 3021;
+constexpr std::uint32_t kClosed = 3704;
+constexpr std::uint32_t kNoSuchField = 3265;
+
+/// One attribute of the list.
+struct Column {
+  std::string attribute;
+  const AttributeSchema* schema = nullptr;
+  bool is_path = false;
+};
+
+std::vector<Column> make_columns(const std::vector<std::string>& names) {
+  std::vector<Column> columns;
+  for (const std::string& name : names) {
+    const std::string_view attribute = platform::ldap_attribute(name);
+    columns.push_back({std::string(attribute), find_attribute(attribute), base::equals_fold(name, "ADsPath")});
+  }
+  return columns;
+}
+
+class LabRecordset final : public platform::Recordset {
+ public:
+  LabRecordset(const LabDomain& domain, std::string prefix, std::vector<Column> columns, std::vector<std::string> rows)
+      : domain_(domain), prefix_(std::move(prefix)), columns_(std::move(columns)), rows_(std::move(rows)) {}
+
+  [[nodiscard]] bool at_eof() const override {
+    require_open();
+    return current_ >= rows_.size();
+  }
+  [[nodiscard]] bool at_bof() const override {
+    require_open();
+    return rows_.empty();
+  }
+
+  [[nodiscard]] Value field(std::size_t index) const override {
+    require_row();
+    if (index >= columns_.size()) raise(kNoSuchField, "The query has no field " + std::to_string(index));
+    const std::string& dn = rows_[current_];
+    const Column& column = columns_[index];
+    if (column.is_path) return prefix_ + dn;
+    const Entry* const entry = domain_.store.find(dn);
+    if (entry != nullptr) return to_value(column.schema, read_attribute(domain_, *entry, column.attribute));
+    return from_name(dn, column.attribute);
+  }
+
+  void MoveNext() override {
+    require_row();
+    ++current_;
+  }
+  void MoveFirst() override {
+    require_open();
+    current_ = 0;
+  }
+  void MoveLast() override {
+    require_open();
+    if (!rows_.empty()) current_ = rows_.size() - 1;
+  }
+  void Close() override {
+    closed_ = true;
+    rows_.clear();
+  }
+
+ private:
+  void require_open() const {
+    if (closed_) raise(kClosed, "The result of the query is closed");
+  }
+  void require_row() const {
+    if (at_eof()) raise(kNoCurrentRow, "The result of the query has no current row");
+  }
+  static Value from_name(const std::string& dn, std::string_view attribute) {
+    if (base::equals_fold(attribute, "distinguishedName")) return dn;
+    Rdn rdn = parse_rdn(first_rdn(dn));
+    const bool named = base::equals_fold(attribute, "name") || base::equals_fold(attribute, rdn.type);
+    return named ? Value(std::move(rdn.value)) : Value{};
+  }
+
+  const LabDomain& domain_;
+  std::string prefix_;
+  std::vector<Column> columns_;
+  std::vector<std::string> rows_;
+  std::size_t current_ = 0;
+  bool closed_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::Recordset> LabQuery::execute(const platform::QueryText& query,
+                                                       const platform::QueryOptions& options) {
+  const AdsPath base = parse_ads_path(query.base);
+  if (base.provider == Provider::kWinnt || base.kind != AdsPath::Kind::kEntry) {
+    raise(ads_error::kBadPathname, "A query cannot begin at " + query.base);
+  }
+  domain_.store.refresh();
+  const std::string base_dn = resolve_entry(domain_, base);
+  std::vector<std::string> rows = search_entries(domain_, base_dn, query.scope, parse_filter(query.filter));
+  if (!options.sort_on.empty()) sort_by_attribute(domain_, rows, platform::ldap_attribute(options.sort_on));
+  return std::make_unique<LabRecordset>(domain_, path_prefix(base.provider, base.server),
+                                        make_columns(query.attributes), std::move(rows));
+}
+
+}  // namespace twk::lab

@@ -1,0 +1,99 @@
+#include "lab/share_object.hpp"
+
+#include "base/text.hpp"
+#include "lab/errors.hpp"
+
+namespace twk::lab {
+namespace {
+
+using platform::ObjectPtr;
+using platform::Value;
+
+constexpr std::string_view kFileShare = "FileShare";
+
+class FileShareObject final : public BasicObject {
+ public:
+  FileShareObject(std::filesystem::path folder, std::string server, FileShare share, bool is_new)
+      : folder_(std::move(folder)), server_(std::move(server)), share_(std::move(share)), new_(is_new) {}
+
+  [[nodiscard]] std::string Name() const override { return share_.name; }
+  [[nodiscard]] std::string Class() const override { return std::string(kFileShare); }
+  [[nodiscard]] std::string ADsPath() const override { return Parent() + "/" + share_.name; }
+  [[nodiscard]] std::string Parent() const override { return "WinNT://" + server_ + "/lanmanserver"; }
+
+  Value Get(std::string_view attribute) override {
+    Value value;
+    if (base::equals_fold(attribute, "Name")) value = share_.name;
+    if (base::equals_fold(attribute, "Path")) value = share_.path;
+    if (base::equals_fold(attribute, "Description")) value = share_.comment;
+    if (base::equals_fold(attribute, "MaxUserCount")) value = share_.max_users;
+    if (value.is_empty() || (!value.is_list() && value.text().empty())) {
+      raise(ads_error::kPropertyNotFound, ADsPath() + " has no value for " + std::string(attribute));
+    }
+    return value;
+  }
+
+  void Put(std::string_view attribute, const Value& value) override {
+    if (base::equals_fold(attribute, "Path")) {
+      share_.path = value.text();
+    } else if (base::equals_fold(attribute, "Description")) {
+      share_.comment = value.text();
+    } else if (base::equals_fold(attribute, "MaxUserCount")) {
+      share_.max_users = value.integer();
+    } else {
+      raise(ads_error::kNoSuchAttribute, "A share has no property " + std::string(attribute));
+    }
+  }
+
+  void SetInfo() override {
+    store_share(folder_, share_, !new_);
+    new_ = false;
+  }
+
+ private:
+  std::filesystem::path folder_;
+  std::string server_;
+  FileShare share_;
+  bool new_;
+};
+
+void require_share_class(std::string_view object_class) {
+  if (object_class.empty() || base::equals_fold(object_class, kFileShare)) return;
+  raise(ads_error::kUnwilling, "A file server has no objects of class " + std::string(object_class));
+}
+
+}  // namespace
+
+FileServerObject::FileServerObject(std::filesystem::path folder, std::string server)
+    : folder_(std::move(folder)), server_(std::move(server)) {}
+
+std::string FileServerObject::ADsPath() const { return "WinNT://" + server_ + "/lanmanserver"; }
+
+void FileServerObject::enumerate(std::span<const std::string> classes,
+                                 const std::function<bool(const ObjectPtr&)>& visit) {
+  if (!is_wanted(classes, kFileShare)) return;
+  for (FileShare& share : read_shares(folder_)) {
+    if (!visit(std::make_shared<FileShareObject>(folder_, server_, std::move(share), false))) return;
+  }
+}
+
+ObjectPtr FileServerObject::GetObject(std::string_view object_class, std::string_view name) {
+  require_share_class(object_class);
+  auto share = find_share(folder_, name);
+  if (!share) raise(kShareNotFound, server_ + " has no share " + std::string(name));
+  return std::make_shared<FileShareObject>(folder_, server_, *std::move(share), false);
+}
+
+ObjectPtr FileServerObject::Create(std::string_view object_class, std::string_view name) {
+  require_share_class(object_class);
+  FileShare share;
+  share.name = name;
+  return std::make_shared<FileShareObject>(folder_, server_, std::move(share), true);
+}
+
+void FileServerObject::Delete(std::string_view object_class, std::string_view name) {
+  require_share_class(object_class);
+  remove_share(folder_, name);
+}
+
+}  // namespace twk::lab

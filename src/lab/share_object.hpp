@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "lab/basic_object.hpp"
+#include "lab/file_shares.hpp"
+
+namespace twk::lab {
+
+/// "WinNT://FS1/lanmanserver": the container of a file server's shares, objects of class "FileShare".
+class FileServerObject final : public BasicObject {
+ public:
+  FileServerObject(std::filesystem::path folder, std::string server);
+
+  [[nodiscard]] std::string Name() const override { return "lanmanserver"; }
+  [[nodiscard]] std::string Class() const override { return "FileService"; }
+  [[nodiscard]] std::string ADsPath() const override;
+  [[nodiscard]] std::string Parent() const override { return "WinNT://" + server_; }
+
+  void enumerate(std::span<const std::string> classes,
+                 const std::function<bool(const platform::ObjectPtr&)>& visit) override;
+  /// Raises kShareNotFound.
+  platform::ObjectPtr GetObject(std::string_view object_class, std::string_view name) override;
+  platform::ObjectPtr Create(std::string_view object_class, std::string_view name) override;
+  void Delete(std::string_view object_class, std::string_view name) override;
+
+ private:
+  std::filesystem::path folder_;
+  std::string server_;
+};
+
+}  // namespace twk::lab
