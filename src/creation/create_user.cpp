@@ -12,6 +12,7 @@
 #include "session/session.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
+#include "stores/template_tab.hpp"
 
 namespace twk::creation {
 namespace {

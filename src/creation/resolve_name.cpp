@@ -53,8 +53,7 @@ Step try_again(CreationRun& run, const std::string& format) {
 }
 
 std::string import_bound(Session& session, std::string_view name) {
-  std::string value;
-  session::read_setting(session, "Setup", name, value);
+  const std::string value = session::read_setting(session, session::kSetup, name);
   return value.empty() ? "0" : value;
 }
 

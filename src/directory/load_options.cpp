@@ -8,9 +8,7 @@ namespace twk::directory {
 namespace {
 
 std::string setting(session::Session& session, std::string_view name) {
-  std::string value;
-  session::read_setting(session, "ADO", name, value);
-  return base::upper(base::trim(value));
+  return base::upper(base::trim(session::read_setting(session, session::kADO, name)));
 }
 
 void read_number(session::Session& session, std::string_view name, std::int32_t& number) {

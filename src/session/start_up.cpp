@@ -11,11 +11,10 @@
 #include "stores/load_databases.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
+#include "stores/template_tab.hpp"
 
 namespace twk::session {
 namespace {
-
-constexpr std::string_view kDatabaseVersion = "2.4";
 
 void read_all_settings(Session& session) {
   session.splash.Splash_TxT.caption = "Loading Registry Keys...";
@@ -58,13 +57,12 @@ bool open_domain(Session& session) {
 
 void check_database_version(Session& session) {
   session.splash.Splash_TxT.caption = "Checking .dat versions...";
-  std::string version;
-  read_setting(session, "Version", "DBVersion", version);
-  if (version.empty() || version == kDatabaseVersion)
+  const std::string version = read_setting(session, kVersion, "DBVersion");
+  if (version.empty() || version == kDataVersion)
     return;
   throw base::RuntimeError(base::error::kBadFileName, "The database files are of generation \"" + version +
                                                           "\" and this version works with \"" +
-                                                          std::string(kDatabaseVersion) +
+                                                          std::string(kDataVersion) +
                                                           "\": convert them before they are used");
 }
 

@@ -1,0 +1,127 @@
+#include "controls/list_view.hpp"
+
+#include "base/errors.hpp"
+#include "controls/basic.hpp"
+
+namespace twk::controls {
+namespace {
+
+std::vector<std::string> texts(const ListView& list) {
+  std::vector<std::string> all;
+  for (std::size_t i = 0; i < list.size(); ++i) all.push_back(list.at(i).text);
+  return all;
+}
+
+TEST(ListView, RefusesASecondRowOfOneKeyInAnyCase) {
+  ListView list;
+  list.add("LDAP://twk.test/CN=Jörg", "Jörg");
+  EXPECT_THROW(list.add("ldap://TWK.test/cn=JÖRG", "again"), base::RuntimeError);
+  list.add("", "no key");
+  list.add("", "no key either");
+  EXPECT_EQ(list.size(), 3U);
+}
+
+TEST(ListView, FindsRowsByTrimmedTextInListOrder) {
+  ListView list;
+  const ListRow& first = list.add("a", "Staff ");
+  list.add("b", "Managers");
+  const ListRow& second = list.add("c", "STAFF");
+  EXPECT_THAT(list.find_text(" staff"), testing::ElementsAre(&first, &second));
+  list.remove(first);
+  EXPECT_THAT(list.find_text("staff"), testing::ElementsAre(&second));
+  EXPECT_TRUE(list.find_text("nobody").empty());
+}
+
+TEST(ListView, AKeyThatIsGivenUpCanBeUsedAgain) {
+  ListView list;
+  ListRow& row = list.add("old", "Jo");
+  list.set_key(row, "new");
+  EXPECT_EQ(list.find_key("OLD"), nullptr);
+  EXPECT_EQ(list.find_key("New"), &row);
+  list.add("old", "Ann");
+  EXPECT_THROW(list.set_key(row, "OLD"), base::RuntimeError);
+  list.remove(row);
+  list.add("new", "Kim");
+  EXPECT_THAT(texts(list), testing::ElementsAre("Ann", "Kim"));
+}
+
+TEST(ListView, MovesARowWithKeyTextAndIconToTheEndOfAnother) {
+  ListView from;
+  ListView to;
+  to.add("x", "There");
+  const ListRow& row = from.add("k", "Sales", "W2KGRP");
+  move_row(from, row, to);
+  EXPECT_TRUE(from.empty());
+  EXPECT_EQ(to.at(1).key, "k");
+  EXPECT_EQ(to.at(1).text, "Sales");
+  EXPECT_EQ(to.at(1).icon, "W2KGRP");
+}
+
+TEST(ListView, TellsOnceWhenDrawingIsTurnedOnAgain) {
+  ListView list;
+  int told = 0;
+  const Watch watch = list.watch([&told] { ++told; });
+  list.add("a", "one");
+  EXPECT_EQ(told, 1);
+  list.set_drawing(false);
+  list.add("b", "two");
+  list.clear();
+  EXPECT_EQ(told, 1);
+  list.set_drawing(true);
+  EXPECT_EQ(told, 2);
+}
+
+TEST(ListView, HasOneSelectedRowAtMost) {
+  ListView list;
+  ListRow& one = list.add("a", "one");
+  ListRow& two = list.add("b", "two");
+  list.select(&one);
+  list.select(&two);
+  EXPECT_EQ(list.selected(), &two);
+  EXPECT_FALSE(one.selected);
+  list.select(nullptr);
+  EXPECT_EQ(list.selected(), nullptr);
+}
+
+TEST(Observable, TellsOnlyARealChangeAndOnlyWhileWatched) {
+  Observable<std::string> value;
+  int told = 0;
+  {
+    const Watch watch = value.watch([&told] { ++told; });
+    value = std::string("x");
+    value = std::string("x");
+    EXPECT_EQ(told, 1);
+  }
+  value = std::string("y");
+  EXPECT_EQ(told, 1);
+}
+
+TEST(Observable, AWatchMayEndItselfWhileItIsTold) {
+  Observable<int> value;
+  Watch watch;
+  int told = 0;
+  watch = value.watch([&] {
+    ++told;
+    watch = Watch();
+  });
+  value = 1;
+  value = 2;
+  EXPECT_EQ(told, 1);
+}
+
+TEST(ComboBox, SelectsByPlaceAndKnowsThePlaceOfItsText) {
+  ComboBox box;
+  box.add_item("");
+  box.add_item("A:");
+  box.select(1);
+  EXPECT_EQ(box.text.get(), "A:");
+  EXPECT_EQ(box.list_index(), 1);
+  box.text = std::string("Q:");
+  EXPECT_EQ(box.list_index(), -1);
+  EXPECT_THROW(box.select(2), base::RuntimeError);
+  box.remove_item("a:");
+  EXPECT_EQ(box.items().size(), 1U);
+}
+
+}  // namespace
+}  // namespace twk::controls
