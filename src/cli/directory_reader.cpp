@@ -337,6 +337,15 @@ Json describe_group(const Domain& domain, std::string_view name) {
   return out;
 }
 
+std::vector<std::string> list_ous(const Domain& domain) {
+  std::vector<std::string> names;
+  if (!domain.active_directory)
+    return names;
+  for (const Row& row : query(domain, {}, "(objectClass=organizationalUnit)", {"distinguishedName"}))
+    names.push_back(row[0].text());
+  return names;
+}
+
 std::string locate_ou(const Domain& domain, std::string_view dn) {
   if (!domain.active_directory)
     throw Refused("A WinNT domain has no organizational units.");

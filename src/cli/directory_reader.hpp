@@ -36,6 +36,8 @@ std::vector<Json> list_groups(const Domain& domain);
 /// The same of one group with its members, those by primary group included.
 Json describe_group(const Domain& domain, std::string_view name);
 
+/// The distinguished names of the organizational units; none in a WinNT domain.
+std::vector<std::string> list_ous(const Domain& domain);
 /// The distinguished name of the OU or container as the directory spells it. Raises `Refused` with the
 /// nearest names when there is none.
 std::string locate_ou(const Domain& domain, std::string_view dn);

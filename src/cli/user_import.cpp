@@ -2,6 +2,7 @@
 #include "base/text.hpp"
 #include "batch/csv_layout.hpp"
 #include "batch/import.hpp"
+#include "batch/import_options.hpp"
 #include "cli/display.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
@@ -125,7 +126,7 @@ void print_end(Output& output, const session::ImportState& import, const Counts&
                     "Summary:     " + printable(import.summary_path));
 }
 
-int run_import(Context& context, session::Session& session, const ImportArguments& arguments) {
+int run_import(Context& context, session::Session& session) {
   session::ImportState& import = session.import;
   Counts counts;
   Progress progress;
@@ -165,13 +166,14 @@ int import_users(Context& context, const ImportArguments& arguments) {
     throw BadInput("There is no file " + arguments.file);
   choose_place(context, session, arguments.place);
   set_halts(session.form1, arguments);
+  batch::ImportGrps_Load(session);
   if (arguments.expires)
     session.import_grps.Expiredate.text = *arguments.expires;
   context.dialogs().set_file(path);
   context.dialogs().on_modal([&](std::string_view) { choose_columns(session, arguments.columns); });
   if (arguments.preview)
     return preview_import(context, session, path, arguments.columns);
-  return run_import(context, session, arguments);
+  return run_import(context, session);
 }
 
 void add_column(CLI::App& command, const char* name, std::optional<int>& column, const char* what) {
