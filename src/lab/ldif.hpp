@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// LDIF, RFC 2849: content records and change records.
+/// LDIF, RFC 2849: content records and change records. Lines end with LF or CRLF.
 ///
 ///     ldif-file     version-spec 1*(SEP record)
 ///     record        "dn:" value, attribute lines, an empty line
@@ -19,6 +20,8 @@ namespace twk::lab {
 struct LdifAttribute {
   std::string name;                 ///< as spelled, options included
   std::vector<std::string> values;  ///< raw bytes
+
+  friend bool operator==(const LdifAttribute&, const LdifAttribute&) = default;
 };
 
 enum class ChangeType { kContent, kAdd, kDelete, kModify, kModRdn };
@@ -41,13 +44,21 @@ struct LdifRecord {
   std::string new_rdn;
   bool delete_old_rdn = true;
   std::optional<std::string> new_superior;
-  std::size_t line = 0;   ///< 1-based line of its "dn:"
-  std::size_t end = 0;    ///< byte position behind the record, its closing empty line included
+  std::size_t line = 0;  ///< 1-based line of its "dn:"
+  std::size_t end = 0;   ///< byte position behind the record, its closing empty line included
 };
 
-/// Calls `visit` for each record in order. Raises a runtime error that names the line for text that is not LDIF.
-/// "search:" and "result:" records and the comments of `ldapsearch` are passed over.
-void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit);
+/// The number of the error that text which is not LDIF raises: the runtime's "invalid file format".
+inline constexpr std::uint32_t kInvalidLdif = 321;
+
+/// True for letters, digits and "-", ".", ";", "=", "_", except the words that begin a record.
+bool is_attribute_name(std::string_view name);
+
+/// Calls `visit` for each record in order. Raises kInvalidLdif, naming the line, for text that is not LDIF;
+/// the first line of the text has the number `first_line`. The "search:", "result:" and "ref:" records and
+/// the comments of `ldapsearch` are passed over, likewise controls that are not critical.
+void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit,
+               std::size_t first_line = 1);
 
 /// Appends one record with its closing empty line; lines are folded at 76 characters, values that are not
 /// SAFE-STRING are base64.

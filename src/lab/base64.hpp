@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Base64, RFC 4648, with padding and without line breaks.
+namespace twk::lab {
+
+/// Appends the digits of `bytes`.
+void append_base64(std::string& out, std::string_view bytes);
+/// The bytes; empty for text that is not Base64. Blanks at the end are passed over.
+std::optional<std::string> decode_base64(std::string_view text);
+
+}  // namespace twk::lab

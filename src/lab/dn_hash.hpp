@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+/// Hashes under which two spellings of one name are the same.
+namespace twk::lab {
+
+inline constexpr std::uint64_t kHashSeed = 0xCBF29CE484222325U;
+
+/// Of bytes as they stand, and of text without regard to case.
+std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed = kHashSeed);
+std::uint64_t hash_folded(std::string_view text, std::uint64_t seed = kHashSeed);
+std::uint64_t mix_hash(std::uint64_t a, std::uint64_t b);
+
+/// The hash of the name "<rdn>,<parent>". Raises kInvalidDn.
+std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn);
+/// The hash of a whole name, from the root down; kHashSeed for the empty name. Raises kInvalidDn.
+std::uint64_t hash_dn(std::string_view dn);
+/// The same; text that is no name has a hash all the same.
+std::uint64_t hash_dn_or_text(std::string_view text);
+/// True when both are one name, however spelled.
+bool same_dn(std::string_view a, std::string_view b);
+
+}  // namespace twk::lab

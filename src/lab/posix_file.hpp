@@ -1,0 +1,54 @@
+#pragma once
+
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+/// The few file operations that the journal needs. Each raises the runtime's disk numbers with the file's
+/// name: disk full, permission denied, path not found or path/file access.
+namespace twk::lab {
+
+/// An open file, closed with the object. Remembers its path for messages.
+class PosixFile {
+ public:
+  PosixFile() = default;
+  /// Creates with mode 0600 when `flags` has O_CREAT.
+  PosixFile(std::filesystem::path path, int flags);
+  PosixFile(PosixFile&& from) noexcept : path_(std::move(from.path_)), fd_(std::exchange(from.fd_, -1)) {}
+  PosixFile& operator=(PosixFile&& from) noexcept;
+  ~PosixFile() { close(); }
+
+  /// Empty when the file is not there or `flags` ask for more than its mode allows; the reason is `errno`.
+  static std::optional<PosixFile> try_open(const std::filesystem::path& path, int flags);
+
+  [[nodiscard]] bool is_open() const { return fd_ >= 0; }
+  void close();
+  [[nodiscard]] struct stat status() const;
+  /// Waits for the lock, shared or exclusive. A file has one lock, whoever opened it.
+  void lock(bool exclusive) const;
+  void unlock() const;
+  /// The bytes from `offset` to the end.
+  [[nodiscard]] std::string read_from(std::uint64_t offset) const;
+  /// All the bytes or, after an error, perhaps some of them.
+  void write_at(std::uint64_t offset, std::string_view bytes) const;
+  void truncate(std::uint64_t size) const;
+  void sync() const;
+
+ private:
+  std::filesystem::path path_;
+  int fd_ = -1;
+};
+
+/// The status of what has that name, or nothing when nothing has.
+std::optional<struct stat> status_of(const std::filesystem::path& path);
+/// Puts `from` in the place of `to` so that it stays there after a power cut.
+void replace_file(const std::filesystem::path& from, const std::filesystem::path& to);
+[[noreturn]] void raise_file_error(int error, const std::filesystem::path& path);
+
+}  // namespace twk::lab
