@@ -41,7 +41,7 @@ class QueryContract : public testing::TestWithParam<MakeWorld> {
 TEST_P(QueryContract, FiltersFindTheObjectsThatTheyDescribe) {
   make_three_users();
   make_group(w_, "Readers");
-  bind(w_, w_.unit())->Create("organizationalUnit", "OU=Below")->SetInfo();
+  get_entry(w_, w_.unit())->Create("organizationalUnit", "OU=Below")->SetInfo();
   const struct {
     const char* filter;
     const char* scope;
@@ -109,7 +109,7 @@ TEST_P(QueryContract, EmptyResultIsAtBothEnds) {
 TEST_P(QueryContract, RowsOutliveTheObjectsTheyShow) {
   make_three_users();
   const auto rows = run(below_unit() + "(objectClass=user);adsPath,name,displayName;onelevel");
-  const platform::ObjectPtr unit = bind(w_, w_.unit());
+  const platform::ObjectPtr unit = get_entry(w_, w_.unit());
   for (const char* const name : {"CN=Ann", "CN=Ben", "CN=Zoë Smith"}) unit->Delete("user", name);
   int count = 0;
   for (; !rows->at_eof(); rows->MoveNext()) {

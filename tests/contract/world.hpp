@@ -38,17 +38,17 @@ std::uint32_t number_of(Step&& step) {
   return trap.number();
 }
 
-inline platform::ObjectPtr bind(World& world, const std::string& dn) {
+inline platform::ObjectPtr get_entry(World& world, const std::string& dn) {
   return world.directory().GetObject("LDAP://" + world.domain() + "/" + dn);
 }
 
-inline platform::ObjectPtr bind_account(World& world, const std::string& name) {
+inline platform::ObjectPtr get_account(World& world, const std::string& name) {
   return world.directory().GetObject("WinNT://" + world.netbios() + "/" + name);
 }
 
 /// A stored user "CN=<cn>" of the unit.
 inline platform::ObjectPtr make_user(World& world, const std::string& cn, const std::string& account) {
-  platform::ObjectPtr user = bind(world, world.unit())->Create("user", "cn=" + cn);
+  platform::ObjectPtr user = get_entry(world, world.unit())->Create("user", "cn=" + cn);
   user->Put("samAccountName", account);
   user->SetInfo();
   return user;
@@ -56,7 +56,7 @@ inline platform::ObjectPtr make_user(World& world, const std::string& cn, const 
 
 /// A stored global security group "CN=<name>" of the unit.
 inline platform::ObjectPtr make_group(World& world, const std::string& name) {
-  platform::ObjectPtr group = bind(world, world.unit())->Create("group", "cn=" + name);
+  platform::ObjectPtr group = get_entry(world, world.unit())->Create("group", "cn=" + name);
   group->Put("samAccountName", name);
   group->Put("groupType", static_cast<std::int32_t>(0x80000002U));
   group->SetInfo();

@@ -44,7 +44,7 @@ class LabWorld final : public contract::World {
     lab::create_lab(folder(), plan);
     reopen();
     if (plan.kind == lab::DomainKind::kNt) return;
-    contract::bind(*this, root())->Create("organizationalUnit", "OU=Tests")->SetInfo();
+    contract::get_entry(*this, root())->Create("organizationalUnit", "OU=Tests")->SetInfo();
   }
 
   platform::DirectoryService& directory() override { return platform().directory; }
