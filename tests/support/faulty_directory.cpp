@@ -2,7 +2,7 @@
 
 #include "base/errors.hpp"
 
-namespace twk::tests {
+namespace twk::test {
 namespace {
 
 using platform::ObjectPtr;
@@ -87,4 +87,4 @@ FaultyDirectory::Before fail_at(std::string operation, int n, std::uint32_t numb
   };
 }
 
-}  // namespace twk::tests
+}  // namespace twk::test

@@ -6,7 +6,7 @@
 
 #include "platform/directory.hpp"
 
-namespace twk::tests {
+namespace twk::test {
 
 /// A directory that lets a test step in before each operation. `before` is given the operation's name ("SetInfo",
 /// "GetObject" …) and the path it is made on; what it raises, the operation raises, and nothing is done.
@@ -35,4 +35,4 @@ class FaultyDirectory final : public platform::DirectoryService {
 /// A hook that raises `number` at the n-th (from 1) call of an operation.
 FaultyDirectory::Before fail_at(std::string operation, int n, std::uint32_t number);
 
-}  // namespace twk::tests
+}  // namespace twk::test

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+
+#include "local/posix_files.hpp"
+#include "session/controls_defaults.hpp"
+#include "session/session.hpp"
+#include "session/settings.hpp"
+#include "support/fakes.hpp"
+#include "support/temporary_directory.hpp"
+
+namespace twk::test {
+
+/// A session of its own on a database directory of its own, with the windows as start-up leaves them and
+/// nobody to answer a question that the test does not expect.
+class TestWorld : public testing::Test {
+ protected:
+  TestWorld() {
+    session::prepare_controls(session);
+    session.form1.dbpath.text = database.path().string() + "\\";
+  }
+
+  std::string setting(std::string_view sub_key, std::string_view name,
+                      std::uint32_t hive = platform::kHiveLocalMachine) {
+    std::string value = "(none)";
+    registry.Reg_Read(hive, std::string(session::kTree) + "\\" + std::string(sub_key), name, value);
+    return value;
+  }
+  void set(std::string_view sub_key, std::string_view name, std::string_view value,
+           std::uint32_t hive = platform::kHiveLocalMachine) {
+    registry.Reg_Write(hive, std::string(session::kTree) + "\\" + std::string(sub_key), name, value);
+  }
+  [[nodiscard]] std::string status() const { return session.form1.StatusBar1.panel1; }
+
+  TemporaryDirectory database;
+  FakeRegistry registry;
+  ScriptedDialogs dialogs;
+  FixedClock clock;
+  FakeEnvironment environment;
+  FakeProcess process;
+  FakeNetwork network;
+  UnreachableDirectory directory;
+  local::PosixFiles posix_files;
+  FailingFiles files{posix_files};
+  session::Session session{
+      {registry, directory, directory, files, network, process, environment, clock, dialogs}, "", "/opt/twk"};
+};
+
+/// The texts of a list's rows.
+inline std::vector<std::string> texts(const controls::ListView& list) {
+  std::vector<std::string> out;
+  for (std::size_t i = 0; i < list.size(); ++i)
+    out.push_back(list.at(i).text);
+  return out;
+}
+
+}  // namespace twk::test
