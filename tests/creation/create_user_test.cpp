@@ -13,7 +13,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-std::string caption(const controls::Label& light) { return light.caption; }
+std::string caption(const controls::Label& light) {
+  return light.caption;
+}
 
 class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
 INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
@@ -51,7 +53,7 @@ TEST_P(InEveryKindOfDomain, ANameBecomesAnAccountWithItsDirectories) {
 TEST_P(InEveryKindOfDomain, TheLogTellsEachStepInItsOrder) {
   LabWorld world(GetParam());
   world.start();
-  world.services.files.remove(world.session.form1.dbpath.text.get() + "Log.txt");
+  std::filesystem::remove(world.folder.path() / "db/Log.txt");
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
   EXPECT_EQ(world.log(),
@@ -119,8 +121,9 @@ TEST_P(InEveryKindOfDomain, TheSecondFormatAndThenItsSerialNumberFindAFreeName) 
     CreateUser_Click(world.session);
     world.session.form1.nutemplate.text = stores::padded_template_name("Staff");
   }
-  EXPECT_THAT(world.log_tab(), testing::IsSupersetOf({"GREEN Jo.Smith Created User ", "GREEN Jo.Smith7 Created User ",
-                                                      "GREEN Jo.Smith8 Created User "}));
+  EXPECT_THAT(world.log_tab(),
+              testing::IsSupersetOf({"GREEN Jo.Smith Created User ", "GREEN Jo.Smith7 Created User ",
+                                     "GREEN Jo.Smith8 Created User "}));
   EXPECT_THAT(world.log(), HasSubstr("User ID Jo.Smith7 already exists\nChanging User ID to Jo.Smith8\n"));
 }
 
@@ -129,7 +132,8 @@ TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreTakenOver) {
   world.start();
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
-  world.services.directory.GetObject(world.is_nt() ? "WinNT://TWK/Readers" : "LDAP://twk.test/CN=Readers,DC=twk,DC=test")
+  world.services.directory
+      .GetObject(world.is_nt() ? "WinNT://TWK/Readers" : "LDAP://twk.test/CN=Readers,DC=twk,DC=test")
       ->Add(world.path_of("Jo.Smith"));
   world.select(world.is_nt() ? "Jo.Smith" : "LDAP://twk.test/CN=Jo.Smith," + std::string(test::kNewStarters));
   world.session.form1.Copy_User.value = 1;
@@ -179,7 +183,8 @@ TEST_P(InEveryKindOfDomain, AnAccountThatCannotBeCreatedEndsRed) {
   world.start();
   world.type_names("Jo", "", "Smith");
   world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
-  if (!world.is_nt()) world.dialogs.expect("error: 2147942405");
+  if (!world.is_nt())
+    world.dialogs.expect("error: 2147942405");
   CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre("RED Error Creating Users Account... "));
   EXPECT_EQ(caption(world.session.form1.UserAccount), "Error");
@@ -313,7 +318,8 @@ struct W2kCase {
 
 TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
   const std::vector<W2kCase> cases = {
-      {"p,department,Sales %last%", "department", "Sales Smith", "GREEN", "Setting department, Sales Smith\n"},
+      {"p,department,Sales %last%", "department", "Sales Smith", "GREEN",
+       "Setting department, Sales Smith\n"},
       {"p,userPrincipalName,%first%@%Domain%", "userPrincipalName", "Jo@twk.test", "GREEN",
        "Setting userPrincipalName, Jo@twk.test\n"},
       {"p,noSuchAttribute,x", "noSuchAttribute", "", "YELLOW", "Error setting noSuchAttribute, x\n"},
@@ -347,7 +353,8 @@ TEST(DirectoryCreation, ACommaInTheNameNeedsAnAccountNameWithoutOne) {
     world.set("Setup", "SetupID", "%last%, %first%");
     world.set("Preferences", "CNName", "Yes");
     if (with_row) {
-      world.services.files.write(world.session.program_directory + "\\W2K.dat", "p,SamAccountName,%first%%last%\r\n");
+      world.services.files.write(world.session.program_directory + "\\W2K.dat",
+                                 "p,SamAccountName,%first%%last%\r\n");
     } else {
       world.dialogs.expect("SAMName cannot have a comma in it.");
     }
@@ -419,7 +426,8 @@ TEST(Creation, ASelectionThatWillNotDoIsToldInABox) {
   const std::vector<Case> cases = {
       {DomainKind::kNative, unit, false, "", "You must select a Template,Site & OU in the treeview"},
       {DomainKind::kNative, "DC=twk,DC=test", false, "Head Office", "You must select a Template,Site & OU"},
-      {DomainKind::kNative, unit, true, "Head Office", "You must select a User in the treeview to create this user\r\n"},
+      {DomainKind::kNative, unit, true, "Head Office",
+       "You must select a User in the treeview to create this user\r\n"},
       {DomainKind::kNt, "root", false, "", "Must Select a Template & Site."},
       {DomainKind::kNt, "root", true, "Head Office", "You must select a User in the treeview"},
   };
@@ -477,7 +485,8 @@ TEST(Creation, AStageThatIsNotAvailableSaysSoWhenATemplateAsksForIt) {
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
-  EXPECT_THAT(world.log(), HasSubstr("Terminal-server settings: not available in this version, nothing was done\n"));
+  EXPECT_THAT(world.log(),
+              HasSubstr("Terminal-server settings: not available in this version, nothing was done\n"));
 }
 
 TEST(Creation, WithTheAccountSwitchedOffOnlyTheRestIsDone) {

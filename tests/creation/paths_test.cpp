@@ -14,10 +14,14 @@ TEST(NetworkPath, GivesItsServerAndItsShare) {
     std::string share;
   };
   const std::vector<Case> cases = {
-      {"\\\\srv\\share", "srv", "share"}, {"\\\\srv\\share\\a\\b", "srv", "share"},
-      {"\\\\srv", "", ""},                {"C:\\x", "", ""},
-      {"", "", ""},                       {"\\", "", ""},
-      {"\\\\", "", ""},                   {"\\\\\\", "", ""},
+      {"\\\\srv\\share", "srv", "share"},
+      {"\\\\srv\\share\\a\\b", "srv", "share"},
+      {"\\\\srv", "", ""},
+      {"C:\\x", "", ""},
+      {"", "", ""},
+      {"\\", "", ""},
+      {"\\\\", "", ""},
+      {"\\\\\\", "", ""},
       {"\\\\srv\\", "srv", ""},
   };
   for (const Case& one : cases) {

@@ -61,8 +61,8 @@ LabWorld::LabWorld(lab::DomainKind kind, std::string_view command_line)
       services(lab_->platform(dialogs)),
       directory(services.directory),
       files(services.files),
-      session({services.registry, directory, services.query, files, services.network, process, environment, clock,
-               dialogs},
+      session({services.registry, directory, services.query, files, services.network, process, environment,
+               clock, dialogs},
               command_line, lab_->database_path().substr(0, lab_->database_path().size() - 1)) {
   set("Setup", "Domain", is_nt() ? "TWK" : "twk.test");
   set("Setup", "SetupID", "%first%.%last%");
@@ -70,12 +70,15 @@ LabWorld::LabWorld(lab::DomainKind kind, std::string_view command_line)
   set("Setup", "UserFormat", "5");
   set("UM", "RunCmd", "No");
   const platform::ObjectPtr domain = directory.GetObject(is_nt() ? "WinNT://TWK" : "LDAP://twk.test");
-  if (!is_nt()) domain->Create("organizationalUnit", "OU=New Starters")->SetInfo();
+  if (!is_nt())
+    domain->Create("organizationalUnit", "OU=New Starters")->SetInfo();
   for (const std::string name : {"Staff", "Readers"}) {
     const platform::ObjectPtr group = domain->Create("group", is_nt() ? name : "CN=" + name);
-    if (!is_nt()) group->Put("samAccountName", name);
-    group->Put("groupType", is_nt() ? directory::kGroupGlobal
-                                    : static_cast<std::int32_t>(directory::kGroupSecurity) | directory::kGroupGlobal);
+    if (!is_nt())
+      group->Put("samAccountName", name);
+    group->Put("groupType",
+               is_nt() ? directory::kGroupGlobal
+                       : static_cast<std::int32_t>(directory::kGroupSecurity) | directory::kGroupGlobal);
     group->SetInfo();
   }
 }
@@ -89,12 +92,13 @@ void LabWorld::start() {
                                                                       : session::kWinNtMode);
   session.form1.nutemplate.text = stores::padded_template_name("Staff");
   session.form1.NUsitename.text = std::string("Head Office");
-  if (!is_nt()) select(kNewStarters);
+  if (!is_nt())
+    select(kNewStarters);
 }
 
 void LabWorld::set(std::string_view sub_key, std::string_view name, std::string_view value) {
-  services.registry.Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\" + std::string(sub_key),
-                              name, value);
+  services.registry.Reg_Write(platform::kHiveLocalMachine,
+                              std::string(session::kTree) + "\\" + std::string(sub_key), name, value);
 }
 
 void LabWorld::type_names(std::string_view first, std::string_view middle, std::string_view last) {
@@ -107,17 +111,23 @@ void LabWorld::select(std::string_view key) {
   controls::TreeNode* const node = session.form1.TreeView1.find(key);
   ASSERT_NE(node, nullptr) << key;
   session.form1.TreeView1.select(node);
-  if (node->image == "OU") directory::TreeView1_Expand(session, *node);
+  if (node->image == "OU")
+    directory::TreeView1_Expand(session, *node);
 }
 
 std::string LabWorld::path_of(std::string_view name) {
-  if (is_nt()) return "WinNT://TWK/" + std::string(name);
+  if (is_nt())
+    return "WinNT://TWK/" + std::string(name);
   const auto rows = services.query.execute(
-      platform::parse_query_text("<LDAP://twk.test>;(samAccountName=" + std::string(name) + ");adsPath;subtree"), {});
+      platform::parse_query_text("<LDAP://twk.test>;(samAccountName=" + std::string(name) +
+                                 ");adsPath;subtree"),
+      {});
   return rows->at_eof() ? std::string() : rows->field(0).text();
 }
 
-platform::ObjectPtr LabWorld::account(std::string_view name) { return services.directory.GetObject(path_of(name)); }
+platform::ObjectPtr LabWorld::account(std::string_view name) {
+  return services.directory.GetObject(path_of(name));
+}
 
 std::string LabWorld::property(std::string_view account_name, std::string_view name) {
   base::Trap trap;
@@ -128,7 +138,8 @@ std::string LabWorld::property(std::string_view account_name, std::string_view n
 
 std::vector<std::string> LabWorld::groups_of(std::string_view account_name) {
   std::vector<std::string> names;
-  for (const platform::ObjectPtr& group : account(account_name)->Groups()) names.push_back(group->Name());
+  for (const platform::ObjectPtr& group : account(account_name)->Groups())
+    names.push_back(group->Name());
   return names;
 }
 
@@ -144,7 +155,8 @@ std::string LabWorld::database_file(std::string_view name) {
 std::vector<std::string> LabWorld::log_tab() const {
   std::vector<std::string> rows;
   const controls::ListView& list = session.form1.ListView1;
-  for (std::size_t i = 0; i < list.size(); ++i) rows.push_back(list.at(i).icon + " " + list.at(i).text);
+  for (std::size_t i = 0; i < list.size(); ++i)
+    rows.push_back(list.at(i).icon + " " + list.at(i).text);
   return rows;
 }
 

@@ -15,9 +15,9 @@
 
 namespace twk::test {
 
-/// A session on a small lab domain of its own, with the site "Head Office" on FS1, the template "Staff" and the
-/// groups "Staff" and "Readers". In Active Directory new accounts go to "OU=New Starters", which is selected and read.
-/// Nobody is there to answer a question that the test does not expect.
+/// A session on a small lab domain of its own, with the site "Head Office" on FS1, the template "Staff" and
+/// the groups "Staff" and "Readers". In Active Directory new accounts go to "OU=New Starters", which is
+/// selected and read. Nobody is there to answer a question that the test does not expect.
 class LabWorld {
  public:
   explicit LabWorld(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "");
