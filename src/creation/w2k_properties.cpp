@@ -8,22 +8,34 @@ namespace {
 
 using session::Session;
 
+/// Writes one attribute; false when it was refused. What a refused write leaves staged would spoil the next
+/// one, so the account is bound anew then.
+bool write_attribute(CreationRun& run, const std::string& attribute, const std::string& value) {
+  base::Trap trap;
+  const bool written = trap([&] {
+    run.CurrentUserObject->Put(attribute, value);
+    run.CurrentUserObject->SetInfo();
+  });
+  if (written) {
+    log(run, "Setting " + attribute + ", " + value);
+    return true;
+  }
+  run.RunWarning = 2;
+  log(run, "Error setting " + attribute + ", " + value);
+  trap([&] {
+    run.CurrentUserObject = run.session.platform.directory.GetObject(run.CurrentUserObject->ADsPath());
+  });
+  return false;
+}
+
 /// Asks for a value, where somebody is there to answer.
 void ask_for_value(CreationRun& run, const std::string& attribute) {
   Session& session = run.session;
   if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
     return;
   const std::string answer = session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value");
-  if (answer.empty())
-    return;
-  base::Trap trap;
-  if (!trap([&] {
-        run.CurrentUserObject->Put(attribute, answer);
-        run.CurrentUserObject->SetInfo();
-      })) {
-    run.RunWarning = 2;
-    log(run, "Error setting " + attribute + ", " + answer);
-  }
+  if (!answer.empty())
+    write_attribute(run, attribute, answer);
 }
 
 /// False when the principal name is taken; the row is then left out.
@@ -39,23 +51,12 @@ bool principal_name_is_free(CreationRun& run, const std::string& value) {
 }
 
 void write_row(CreationRun& run, const std::string& attribute, const std::string& value) {
-  const bool account_name = base::equals_fold(attribute, "SAMACCOUNTNAME");
   if (base::equals_fold(attribute, "DISPLAYNAME"))
     run.tree_name = value;
   if (base::equals_fold(attribute, "USERPRINCIPALNAME") && !principal_name_is_free(run, value))
     return;
-  base::Trap trap;
-  if (trap([&] {
-        run.CurrentUserObject->Put(attribute, value);
-        run.CurrentUserObject->SetInfo();
-      })) {
-    if (account_name)
-      run.SamName = value;
-    log(run, "Setting " + attribute + ", " + value);
-    return;
-  }
-  run.RunWarning = 2;
-  log(run, "Error setting " + attribute + ", " + value);
+  if (write_attribute(run, attribute, value) && base::equals_fold(attribute, "SAMACCOUNTNAME"))
+    run.SamName = value;
 }
 
 }  // namespace

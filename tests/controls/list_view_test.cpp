@@ -8,7 +8,8 @@ namespace {
 
 std::vector<std::string> texts(const ListView& list) {
   std::vector<std::string> all;
-  for (std::size_t i = 0; i < list.size(); ++i) all.push_back(list.at(i).text);
+  for (std::size_t i = 0; i < list.size(); ++i)
+    all.push_back(list.at(i).text);
   return all;
 }
 

@@ -61,9 +61,11 @@ TEST(TreeView, GoesThroughNodesInTheOrderTheyWereAdded) {
 TEST(TreeView, KeepsChildrenOfASortedNodeInOrderOfTheirTexts) {
   Domain domain;
   domain.sales->sorted = true;
-  for (const char* name : {"zoe", "Émile", "adam"}) domain.tree.add(domain.sales, name, name, "USER");
+  for (const char* name : {"zoe", "Émile", "adam"})
+    domain.tree.add(domain.sales, name, name, "USER");
   std::vector<std::string> texts;
-  for (const TreeNode* child : domain.sales->children) texts.push_back(child->text);
+  for (const TreeNode* child : domain.sales->children)
+    texts.push_back(child->text);
   EXPECT_THAT(texts, testing::ElementsAre("adam", "Jo Smith", "zoe", "Émile"));
 }
 

@@ -31,7 +31,8 @@ TEST(Names, TheParentBeginsBehindTheFirstMarker) {
       {"CN=Jo", ""},
       {"", ""},
   };
-  for (const Case& one : users) EXPECT_EQ(parent_of_user(one.path), one.parent) << one.path;
+  for (const Case& one : users)
+    EXPECT_EQ(parent_of_user(one.path), one.parent) << one.path;
   EXPECT_EQ(parent_of_ou("OU=A,OU=B,DC=twk,DC=test"), "OU=B,DC=twk,DC=test");
   EXPECT_EQ(parent_of_ou("OU=A,CN=x,DC=twk"), "DC=twk");
   EXPECT_EQ(parent_of_ou("DC=twk,DC=test"), "DC=test");

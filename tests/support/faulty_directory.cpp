@@ -2,7 +2,7 @@
 
 #include "base/errors.hpp"
 
-namespace twk::tests {
+namespace twk::test {
 namespace {
 
 using platform::ObjectPtr;
@@ -23,8 +23,11 @@ class FaultyObject final : public platform::DirectoryObject {
   }
   void SetInfo() override { at("SetInfo")->SetInfo(); }
   void SetPassword(std::string_view password) override { at("SetPassword")->SetPassword(password); }
-  void enumerate(std::span<const std::string> classes, const std::function<bool(const ObjectPtr&)>& visit) override {
-    at("enumerate")->enumerate(classes, [&](const ObjectPtr& child) { return visit(directory_.wrap(child)); });
+  void enumerate(std::span<const std::string> classes,
+                 const std::function<bool(const ObjectPtr&)>& visit) override {
+    at("enumerate")->enumerate(classes, [&](const ObjectPtr& child) {
+      return visit(directory_.wrap(child));
+    });
   }
   ObjectPtr GetObject(std::string_view object_class, std::string_view name) override {
     return directory_.wrap(at("GetObject")->GetObject(object_class, name));
@@ -52,7 +55,8 @@ class FaultyObject final : public platform::DirectoryObject {
     return real_;
   }
   std::vector<ObjectPtr> wrapped(std::vector<ObjectPtr> objects) {
-    for (ObjectPtr& object : objects) object = directory_.wrap(object);
+    for (ObjectPtr& object : objects)
+      object = directory_.wrap(object);
     return objects;
   }
 
@@ -62,14 +66,17 @@ class FaultyObject final : public platform::DirectoryObject {
 
 }  // namespace
 
-ObjectPtr FaultyDirectory::wrap(ObjectPtr object) { return std::make_shared<FaultyObject>(*this, std::move(object)); }
+ObjectPtr FaultyDirectory::wrap(ObjectPtr object) {
+  return std::make_shared<FaultyObject>(*this, std::move(object));
+}
 
 ObjectPtr FaultyDirectory::GetObject(std::string_view path) {
   step("GetObject", path);
   return wrap(real_.GetObject(path));
 }
 
-ObjectPtr FaultyDirectory::OpenDSObject(std::string_view path, std::string_view user, std::string_view password) {
+ObjectPtr FaultyDirectory::OpenDSObject(std::string_view path, std::string_view user,
+                                        std::string_view password) {
   step("OpenDSObject", path);
   return wrap(real_.OpenDSObject(path, user, password));
 }
@@ -82,9 +89,10 @@ void FaultyDirectory::end_batch() {
 FaultyDirectory::Before fail_at(std::string operation, int n, std::uint32_t number) {
   auto left = std::make_shared<int>(n);
   return [operation = std::move(operation), left, number](std::string_view name, std::string_view path) {
-    if (name != operation || --*left != 0) return;
+    if (name != operation || --*left != 0)
+      return;
     throw base::RuntimeError(number, "refused by the test: " + operation + " of " + std::string(path));
   };
 }
 
-}  // namespace twk::tests
+}  // namespace twk::test

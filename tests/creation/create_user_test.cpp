@@ -1,0 +1,505 @@
+#include "creation/create_user.hpp"
+
+#include "platform/adsi.hpp"
+#include "support/lab_world.hpp"
+
+namespace twk::creation {
+namespace {
+
+using lab::DomainKind;
+using test::LabWorld;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+std::string caption(const controls::Label& light) {
+  return light.caption;
+}
+
+class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
+                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt));
+
+TEST_P(InEveryKindOfDomain, ANameBecomesAnAccountWithItsDirectories) {
+  LabWorld world(GetParam());
+  world.start();
+  world.session.form1.Description.text = std::string("new starter");
+  world.type_names("josé", "q.", "núñez");
+  CreateUser_Click(world.session);
+
+  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN José.Núñez Created User "));
+  EXPECT_EQ(caption(world.session.form1.UserAccount), "Completed");
+  EXPECT_EQ(world.session.form1.UserAccount.colour.get(), controls::kBlue);
+  EXPECT_EQ(caption(world.session.form1.Createdirs), "Completed");
+  EXPECT_EQ(caption(world.session.form1.Sharedirs), "");
+  EXPECT_EQ(world.session.form1.ProgressBar1.value.get(), 100);
+  EXPECT_TRUE(world.session.form1.enabled);
+  EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
+
+  const std::string user = "José.Núñez";
+  EXPECT_EQ(world.property(user, "FullName"), "José Q. Núñez");
+  EXPECT_EQ(world.property(user, "Description"), "new starter");
+  EXPECT_EQ(world.property(user, "HomeDirectory"), "\\\\FS1\\Users\\José.Núñez");
+  EXPECT_EQ(world.property(user, "Profile"), "\\\\FS1\\Profiles\\José.Núñez");
+  EXPECT_EQ(world.property(user, "LoginScript"), "staff.cmd");
+  EXPECT_EQ(world.property(user, world.is_nt() ? "HomeDirDrive" : "HomeDrive"), "H:");
+  EXPECT_THAT(world.groups_of(user), testing::Contains(world.is_nt() ? "Staff" : "CN=Staff"));
+  EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\José.Núñez"));
+  EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Profiles\\José.Núñez"));
+  EXPECT_TRUE(world.session.form1.TreeView1.has_text(world.is_nt() ? user : "José Q. Núñez"));
+}
+
+TEST_P(InEveryKindOfDomain, TheLogTellsEachStepInItsOrder) {
+  LabWorld world(GetParam());
+  world.start();
+  std::filesystem::remove(world.folder.path() / "db/Log.txt");
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_EQ(world.log(),
+            "*****************************************\n"
+            "31/12/2026 09:05:00\n"
+            "User:admin\n"
+            "Creating User:Jo.Smith\n"
+            "Site: Head Office\n"
+            "Template: Staff\n"
+            "Locate PDC: DC1\n"
+            "Created Home Directory: \\\\FS1\\D$\\Users\\Jo.Smith\n"
+            "Created Profile Directory: \\\\FS1\\D$\\Profiles\\Jo.Smith\n"
+            "NT User Account Created\n"
+            "Adding User to Groups\n" +
+                std::string(world.is_nt() ? "" : "Setting W2K Properties\n") + "User Created.\n");
+}
+
+TEST_P(InEveryKindOfDomain, TheFlagsOfThePreferencesReachTheAccount) {
+  LabWorld world(GetParam());
+  world.set("Preferences", "AccountDisabled", "Yes");
+  world.set("Preferences", "PasswdNVRExpire", "yes");
+  world.set("Preferences", "CantChangePWD", "yes");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  const platform::User user(world.account("Jo.Smith"));
+  EXPECT_TRUE(user.AccountDisabled());
+  const auto flags = world.services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("UserFlags").integer();
+  EXPECT_NE(flags & platform::kFlagPasswordNeverExpires, 0);
+  EXPECT_NE(flags & platform::kFlagCannotChangePassword, 0);
+}
+
+TEST_P(InEveryKindOfDomain, AMustChangePasswordIsMarkedSo) {
+  LabWorld world(GetParam());
+  world.set("Preferences", "ForcePasswdChange", "Yes");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_EQ(world.services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("PasswordExpired").integer(), 1);
+}
+
+TEST_P(InEveryKindOfDomain, ATakenNameWithoutAnotherFormatIsRefused) {
+  LabWorld world(GetParam());
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  world.session.form1.ListView1.clear();
+  world.session.form1.UserID_Box.text = std::string("jo.smith");
+  world.dialogs.expect("User jo.smith Already Exist \r\nChange the UserID and Continue.");
+  CreateUser_Click(world.session);
+  EXPECT_EQ(world.dialogs.last_title, "User Exist");
+  EXPECT_THAT(world.log_tab(), ElementsAre("RED  User Name jo.smith already exist"));
+  EXPECT_THAT(world.log(), HasSubstr("User : jo.smith  Already Exist \n"));
+  EXPECT_TRUE(world.session.form1.enabled);
+}
+
+TEST_P(InEveryKindOfDomain, TheSecondFormatAndThenItsSerialNumberFindAFreeName) {
+  LabWorld world(GetParam());
+  world.set("Setup", "AltSetupID", "%first%.%last%%n%");
+  world.set("Setup", "IncNumber", "7");
+  world.start();
+  for (int i = 0; i < 3; ++i) {
+    world.session.share_points.HomeSharePoint.clear();
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    world.session.form1.nutemplate.text = stores::padded_template_name("Staff");
+  }
+  EXPECT_THAT(world.log_tab(),
+              testing::IsSupersetOf({"GREEN Jo.Smith Created User ", "GREEN Jo.Smith7 Created User ",
+                                     "GREEN Jo.Smith8 Created User "}));
+  EXPECT_THAT(world.log(), HasSubstr("User ID Jo.Smith7 already exists\nChanging User ID to Jo.Smith8\n"));
+}
+
+TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreTakenOver) {
+  LabWorld world(GetParam());
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  world.services.directory
+      .GetObject(world.is_nt() ? "WinNT://TWK/Readers" : "LDAP://twk.test/CN=Readers,DC=twk,DC=test")
+      ->Add(world.path_of("Jo.Smith"));
+  world.select(world.is_nt() ? "Jo.Smith" : "LDAP://twk.test/CN=Jo.Smith," + std::string(test::kNewStarters));
+  world.session.form1.Copy_User.value = 1;
+  world.type_names("Ann", "", "Lee");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log(), HasSubstr("Copy User groups from user: "));
+  EXPECT_THAT(world.groups_of("Ann.Lee"), testing::IsSupersetOf(world.groups_of("Jo.Smith")));
+}
+
+TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunGoesOn) {
+  LabWorld world(GetParam());
+  world.set("Preferences", "StopOnWarning", "Yes");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  world.directory.before = test::fail_at("Add", 1, platform::ads_error::kAccessDenied);
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  EXPECT_THAT(world.log(), HasSubstr("Error adding user to group: Staff\n"));
+  EXPECT_EQ(caption(world.session.form1.UserAccount), "Completed");
+  EXPECT_TRUE(world.session.import.ImportHalt);
+}
+
+TEST_P(InEveryKindOfDomain, APrimaryGroupIsSetOnceTheAccountIsItsMember) {
+  LabWorld world(GetParam());
+  world.staff.PrimaryGroup = "Staff";
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+  EXPECT_THAT(world.log(), HasSubstr("Setting Primary Group: Staff.\n"));
+  EXPECT_NE(world.property("Jo.Smith", "primaryGroupID"), "513");
+}
+
+TEST_P(InEveryKindOfDomain, APrimaryGroupWithoutMembershipWarns) {
+  LabWorld world(GetParam());
+  world.staff.PrimaryGroup = "Readers";
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  EXPECT_THAT(world.log(), HasSubstr("Could not Set Primary Group - user may not be in group\n"));
+}
+
+TEST_P(InEveryKindOfDomain, AnAccountThatCannotBeCreatedEndsRed) {
+  LabWorld world(GetParam());
+  world.set("Preferences", "StopOnError", "Yes");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
+  if (!world.is_nt())
+    world.dialogs.expect("error: 2147942405");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("RED Error Creating Users Account... "));
+  EXPECT_EQ(caption(world.session.form1.UserAccount), "Error");
+  EXPECT_EQ(world.session.form1.UserAccount.colour.get(), controls::kRed);
+  EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "Error Creating Users Account...");
+  EXPECT_THAT(world.log(), HasSubstr("Error Creating Users Account: Jo.Smith\nError Number: 2147942405\n"));
+  EXPECT_TRUE(world.session.import.ImportHalt);
+  EXPECT_TRUE(world.session.form1.enabled);
+  EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\Jo.Smith")) << "nothing is undone";
+}
+
+TEST_P(InEveryKindOfDomain, AccountsThatCannotBeMadeDurableAreNotReportedGreen) {
+  LabWorld world(GetParam());
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  world.directory.before = test::fail_at("end_batch", 1, base::error::kDiskFull);
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("RED Error Creating Users Account... "));
+}
+
+TEST_P(InEveryKindOfDomain, ADirectoryThatCannotBeMadeEndsRed) {
+  struct Case {
+    std::string missing;
+    std::string status;
+    std::string light;
+  };
+  const std::vector<Case> cases = {
+      {"Users", "Error Creating Users Home Dir...", ""},
+      {"Profiles", "Error Creating Users Profile Dir....", "Error"},
+  };
+  for (const Case& one : cases) {
+    LabWorld world(GetParam());
+    world.start();
+    std::filesystem::remove_all(world.folder.path() / "servers/FS1/D" / one.missing);
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    EXPECT_THAT(world.log_tab(), ElementsAre("RED " + one.status + " "));
+    EXPECT_EQ(caption(world.session.form1.Createdirs), one.light);
+    EXPECT_EQ(world.path_of("Jo.Smith").empty() || world.is_nt(), true);
+  }
+}
+
+TEST_P(InEveryKindOfDomain, ADirectoryThatIsThereIsUsedOnYesAndEndsTheRunOnNo) {
+  for (const platform::Answer answer : {platform::Answer::kYes, platform::Answer::kNo}) {
+    LabWorld world(GetParam());
+    world.start();
+    world.services.files.make_directory("\\\\FS1\\D$\\Users\\Jo.Smith");
+    world.dialogs.expect("Home Dir  Already Exist \r\nContinue ?", answer);
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    EXPECT_EQ(world.dialogs.last_title, "Error Creating Dir");
+    if (answer == platform::Answer::kYes) {
+      EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+    } else {
+      EXPECT_THAT(world.log_tab(), IsEmpty());
+      EXPECT_EQ(caption(world.session.form1.progress), "Progress");
+      EXPECT_TRUE(world.session.form1.enabled);
+    }
+  }
+}
+
+TEST_P(InEveryKindOfDomain, TheCommandRunsWithItsTagsFilled) {
+  LabWorld world(GetParam());
+  world.set("UM", "RunCmd", "Yes");
+  world.set("Setup", "BatchFileCreate", "notify %Domain% %Server% %UserName% %first%");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.process.command_lines,
+              ElementsAre("notify " + world.session.DomainName + " FS1 Jo.Smith Jo"));
+  EXPECT_EQ(caption(world.session.form1.run), "Completed");
+}
+
+TEST_P(InEveryKindOfDomain, ACommandThatDoesNotStartWarns) {
+  LabWorld world(GetParam());
+  world.set("UM", "RunCmd", "Yes");
+  world.set("Setup", "BatchFileCreate", "nowhere");
+  world.process.result = 0;
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  EXPECT_EQ(caption(world.session.form1.run), "Error");
+}
+
+TEST(WinNtCreation, APasswordThatThePolicyRefusesEndsRed) {
+  LabWorld world(DomainKind::kNt);
+  world.set("Setup", "Password", "short");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("RED Error Creating Users Account... "));
+}
+
+TEST(DirectoryCreation, APasswordThatThePolicyRefusesOnlyWarns) {
+  LabWorld world;
+  world.set("Setup", "Password", "short");
+  world.set("Preferences", "AccountDisabled", "Yes");
+  world.set("Preferences", "PasswdNVRExpire", "Yes");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  EXPECT_THAT(world.log(), HasSubstr("Error:- Unable to set User password\n"));
+  const platform::User user(world.account("Jo.Smith"));
+  EXPECT_FALSE(user.AccountDisabled()) << "what follows the password is skipped";
+  EXPECT_NE(user.Get("userAccountControl").integer() & platform::kFlagPasswordNeverExpires, 0);
+}
+
+TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
+  LabWorld world;
+  world.start();
+  const platform::ObjectPtr users = world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test");
+  const platform::ObjectPtr other = users->Create("user", "cn=Somebody");
+  other->Put("samAccountName", "Jo.Smith");
+  other->SetInfo();
+  world.dialogs.expect("User name already exists.\r\nChange the userID and try again");
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("RED Error Creating Users Account... "));
+  EXPECT_THAT(world.log(), HasSubstr("User name (SAMAccount) Already Exists :Jo.Smith\n"));
+}
+
+struct W2kCase {
+  std::string row;
+  std::string attribute;
+  std::string stored;
+  std::string light;
+  std::string logged;
+};
+
+TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
+  const std::vector<W2kCase> cases = {
+      {"p,department,Sales %last%", "department", "Sales Smith", "GREEN",
+       "Setting department, Sales Smith\n"},
+      {"p,userPrincipalName,%first%@%Domain%", "userPrincipalName", "Jo@twk.test", "GREEN",
+       "Setting userPrincipalName, Jo@twk.test\n"},
+      {"p,noSuchAttribute,x", "noSuchAttribute", "", "YELLOW", "Error setting noSuchAttribute, x\n"},
+      {"p,department,%IMPORT7%", "department", "", "GREEN", ""},
+      {"m,department,mail rows are not for the account", "department", "", "GREEN", ""},
+      {"p,userPrincipalName,taken@twk.test", "userPrincipalName", "", "YELLOW",
+       "UPN aleardy Exists: taken@twk.test\nUPN not set\n"},
+  };
+  for (const W2kCase& one : cases) {
+    LabWorld world;
+    const platform::ObjectPtr other =
+        world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
+    other->Put("samAccountName", "somebody");
+    other->Put("userPrincipalName", "taken@twk.test");
+    other->SetInfo();
+    world.services.files.write(world.session.program_directory + "\\W2K.dat",
+                               one.row + "\r\np,company,Acme\r\n");
+    world.start();
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    EXPECT_EQ(world.property("Jo.Smith", one.attribute), one.stored) << one.row;
+    EXPECT_EQ(world.property("Jo.Smith", "company"), "Acme") << one.row;
+    EXPECT_THAT(world.log_tab(), ElementsAre(one.light + " Jo.Smith Created User ")) << one.row;
+    EXPECT_THAT(world.log(), HasSubstr(one.logged)) << one.row;
+  }
+}
+
+TEST(DirectoryCreation, ACommaInTheNameNeedsAnAccountNameWithoutOne) {
+  for (const bool with_row : {false, true}) {
+    LabWorld world;
+    world.set("Setup", "SetupID", "%last%, %first%");
+    world.set("Preferences", "CNName", "Yes");
+    if (with_row) {
+      world.services.files.write(world.session.program_directory + "\\W2K.dat",
+                                 "p,SamAccountName,%first%%last%\r\n");
+    } else {
+      world.dialogs.expect("SAMName cannot have a comma in it.");
+    }
+    world.start();
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    if (!with_row) {
+      EXPECT_EQ(world.dialogs.last_title, "Invaild Chr in SAMAccountName");
+      EXPECT_THAT(world.log_tab(), IsEmpty());
+      EXPECT_TRUE(world.session.form1.enabled);
+      continue;
+    }
+    EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Smith, Jo Created User "));
+    EXPECT_EQ(world.account("JoSmith")->Name(), "CN=Smith\\, Jo");
+    EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\JoSmith"));
+  }
+}
+
+TEST(Creation, NamesThatADomainRefusesAreRefusedBeforeAnythingIsDone) {
+  struct Case {
+    DomainKind kind;
+    std::string id;
+    std::string logged;
+  };
+  const std::vector<Case> cases = {
+      {DomainKind::kNative, "a/b", "Invalid Character in User Name: /\n"},
+      {DomainKind::kNative, "o'brien", "Invalid Character in User Name: '\n"},
+      {DomainKind::kNative, "a<b>", "Invalid Character in User Name: <\nInvalid Character in User Name: >\n"},
+      {DomainKind::kNative, "a\tb", "Invalid Character in User Name: U+0009\n"},
+      {DomainKind::kNative, "..", "Invalid Character in User Name: .\n"},
+      {DomainKind::kNt, "smith,jo", "Invalid Character in User Name: ,\n"},
+  };
+  for (const Case& one : cases) {
+    LabWorld world(one.kind);
+    world.start();
+    world.type_names("Jo", "", "Smith");
+    world.session.form1.UserID_Box.text = one.id;
+    CreateUser_Click(world.session);
+    EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "User Name Invalid...") << one.id;
+    EXPECT_THAT(world.log(), HasSubstr(one.logged)) << one.id;
+    EXPECT_THAT(world.log_tab(), IsEmpty()) << one.id;
+    EXPECT_EQ(world.dialogs.beeps, 1) << one.id;
+    EXPECT_TRUE(world.services.files.list("\\\\FS1\\D$\\Users").empty()) << one.id;
+  }
+}
+
+TEST(Creation, AnAccountNameHasOneToTwentyCharacters) {
+  LabWorld world;
+  world.start();
+  const std::string log_before = world.log();
+  world.type_names("Maximiliane", "", "Oberhuber-Lindner");
+  CreateUser_Click(world.session);
+  EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "UserID Is too long or too Short, 1-20 chrs");
+  EXPECT_EQ(world.log(), log_before);
+  world.session.form1.UserID_Box.text = std::string("éééééééééééééééééééé");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre(HasSubstr("GREEN")));
+}
+
+TEST(Creation, ASelectionThatWillNotDoIsToldInABox) {
+  struct Case {
+    DomainKind kind;
+    std::string key;
+    bool copy;
+    std::string site;
+    std::string text;
+  };
+  const std::string unit(test::kNewStarters);
+  const std::vector<Case> cases = {
+      {DomainKind::kNative, unit, false, "", "You must select a Template,Site & OU in the treeview"},
+      {DomainKind::kNative, "DC=twk,DC=test", false, "Head Office", "You must select a Template,Site & OU"},
+      {DomainKind::kNative, unit, true, "Head Office",
+       "You must select a User in the treeview to create this user\r\n"},
+      {DomainKind::kNt, "root", false, "", "Must Select a Template & Site."},
+      {DomainKind::kNt, "root", true, "Head Office", "You must select a User in the treeview"},
+  };
+  for (const Case& one : cases) {
+    LabWorld world(one.kind);
+    world.start();
+    world.select(one.key);
+    world.session.form1.Copy_User.value = one.copy ? 1 : 0;
+    world.session.form1.NUsitename.text = one.site;
+    world.dialogs.expect(one.text);
+    CreateUser_Click(world.session);
+    EXPECT_EQ(world.dialogs.last_title, "Can't Create User");
+    EXPECT_EQ(world.dialogs.last_icon, platform::Icon::kCritical);
+  }
+}
+
+TEST(Creation, AFullDiskUnderTheLogIsToldAndStopsNothing) {
+  LabWorld world;
+  world.start();
+  std::filesystem::remove(world.folder.path() / "db/Log.txt");
+  std::filesystem::create_directory(world.folder.path() / "db/Log.txt");
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(),
+              ElementsAre(HasSubstr("YELLOW Cannot write to Log.txt: "), "GREEN Jo.Smith Created User "));
+}
+
+TEST(Creation, ThePasswordIsLoggedOnlyWhenDebugging) {
+  for (const std::string_view command_line : {"", "/debug"}) {
+    LabWorld world(DomainKind::kNative, command_line);
+    world.start();
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    if (command_line.empty()) {
+      EXPECT_THAT(world.log(), Not(HasSubstr("Welcome-2026")));
+    } else {
+      EXPECT_THAT(world.log(), HasSubstr("Setting user password: Welcome-2026\nPassword set\n"));
+    }
+  }
+}
+
+TEST(Creation, WhenDebuggingAFailureBehindTheFieldsStopsTheProgram) {
+  LabWorld world(DomainKind::kNt, "/DEBUG");
+  world.set("Setup", "Password", "short");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  EXPECT_THROW(CreateUser_Click(world.session), base::RuntimeError);
+}
+
+TEST(Creation, AStageThatIsNotAvailableSaysSoWhenATemplateAsksForIt) {
+  LabWorld world;
+  world.staff.VariableNames[1] = "WTS";
+  world.staff.VariableValues[1] = "Enabled";
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  EXPECT_THAT(world.log(),
+              HasSubstr("Terminal-server settings: not available in this version, nothing was done\n"));
+}
+
+TEST(Creation, WithTheAccountSwitchedOffOnlyTheRestIsDone) {
+  LabWorld world;
+  world.set("UM", "UserAccount", "No");
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+  EXPECT_EQ(world.path_of("Jo.Smith"), "");
+  EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\Jo.Smith"));
+  EXPECT_EQ(caption(world.session.form1.UserAccount), "");
+}
+
+}  // namespace
+}  // namespace twk::creation

@@ -1,0 +1,241 @@
+#include "controls/tree_view.hpp"
+#include "directory/ad_load.hpp"
+#include "directory/operations.hpp"
+#include "directory/orphans.hpp"
+#include "directory/select_domain.hpp"
+#include "directory/tree.hpp"
+#include "support/lab_world.hpp"
+#include "support/world.hpp"
+
+namespace twk::directory {
+namespace {
+
+using lab::DomainKind;
+using test::LabWorld;
+using testing::HasSubstr;
+
+/// The texts of a node's children.
+std::vector<std::string> children(const controls::TreeNode& node) {
+  std::vector<std::string> texts;
+  for (const controls::TreeNode* child : node.children)
+    texts.push_back(child->text);
+  return texts;
+}
+
+void add_unit(LabWorld& world, std::string_view parent, const std::string& name) {
+  world.services.directory.GetObject("LDAP://" + std::string(parent))
+      ->Create("organizationalUnit", "OU=" + name)
+      ->SetInfo();
+}
+
+void add_user(LabWorld& world, std::string_view parent, const std::string& name, const std::string& display) {
+  const platform::ObjectPtr user =
+      world.services.directory.GetObject("LDAP://" + std::string(parent))->Create("user", "CN=" + name);
+  user->Put("samAccountName", name);
+  if (!display.empty())
+    user->Put("displayName", display);
+  user->SetInfo();
+}
+
+std::string group_type(const LabWorld& world, std::string_view name) {
+  const auto rows = world.session.groups.ListView1.find_text(name);
+  return rows.empty() ? "(no such group)" : rows.front()->sub_items.at(0);
+}
+
+TEST(DirectoryLoad, ShowsUnitsThatAreReadWhenTheyAreOpened) {
+  LabWorld world;
+  add_unit(world, test::kNewStarters, "Below");
+  world.start();
+  controls::TreeView& tree = world.session.form1.TreeView1;
+  EXPECT_EQ(tree.first()->key, "DC=twk,DC=test");
+  EXPECT_EQ(tree.first()->text, "twk.test");
+  EXPECT_EQ(tree.first()->image, "DOMAIN");
+  EXPECT_EQ(tree.find("OU=Domain Controllers,DC=twk,DC=test"), nullptr);
+  ASSERT_NE(tree.find("CN=Users,DC=twk,DC=test"), nullptr);
+  EXPECT_THAT(children(*tree.find("CN=Users,DC=twk,DC=test")), testing::ElementsAre(std::string(kDummyNode)));
+  EXPECT_THAT(children(*tree.find(test::kNewStarters)), testing::ElementsAre("Below"));
+  EXPECT_EQ(world.session.form1.StatusBar1.panel2.get(), "2000-Native Mode");
+  EXPECT_EQ(world.session.NTDomainName, "TWK");
+  EXPECT_TRUE(world.session.form1.UM_PreW2K.visible);
+  EXPECT_THAT(world.log(), HasSubstr("AD Name: twk.test\nWinNT Domain Name: TWK\n"));
+}
+
+TEST(DirectoryLoad, GroupsGoToTheListsWithTheirTypes) {
+  LabWorld world(DomainKind::kMixed);
+  world.start();
+  EXPECT_EQ(world.session.form1.StatusBar1.panel2.get(), "2000-Mixed Mode");
+  EXPECT_EQ(group_type(world, "Staff"), "Security Group - Global");
+  EXPECT_EQ(group_type(world, "Administrators"), "Security Group - builtin Local");
+  EXPECT_EQ(world.session.form1.ListView5.size(), world.session.groups.ListView1.size());
+  EXPECT_TRUE(world.session.multi_user.ListView3.find_text("Administrators").empty());
+  EXPECT_EQ(world.session.form1.ListView5.find_text("Staff").front()->key,
+            "LDAP://twk.test/CN=Staff,DC=twk,DC=test");
+}
+
+TEST(WinNtLoad, ShowsAFlatTreeAndTellsGlobalFromLocalGroups) {
+  LabWorld world(DomainKind::kNt);
+  world.start();
+  controls::TreeView& tree = world.session.form1.TreeView1;
+  EXPECT_EQ(tree.first()->key, "root");
+  EXPECT_EQ(tree.first()->text, "TWK");
+  EXPECT_TRUE(tree.has_text("Administrator"));
+  EXPECT_FALSE(tree.has_text("DC1$")) << "computers are no users";
+  EXPECT_EQ(group_type(world, "Staff"), "Global");
+  EXPECT_EQ(group_type(world, "Administrators"), "Local");
+  EXPECT_EQ(world.session.form1.StatusBar1.panel2.get(), "WinNT:");
+  EXPECT_FALSE(world.session.form1.UM_PreW2K.visible);
+  EXPECT_EQ(world.session.form1.Frame3.caption.get(), "User ID");
+}
+
+TEST(DirectoryLoad, TheLoadOptionsDecideWhatIsRead) {
+  struct Case {
+    std::vector<std::pair<std::string, std::string>> options;
+    bool groups;
+    bool template_groups;
+    bool users;
+    bool user_nodes;
+  };
+  const std::vector<Case> cases = {
+      {{}, true, true, true, false},
+      {{{"SkipUsers", "TRUE"}}, true, true, false, false},
+      {{{"SkipGroups", "True"}}, false, false, true, false},
+      {{{"SkipGroups", "True"}, {"TemplateGroupsOnly", "true"}}, false, true, true, false},
+      {{{"LoadAllUsers", "True"}, {"Search", "ldap://"}}, true, true, true, true},
+      {{{"LoadAllUsers", "True"}}, true, true, true, true},
+  };
+  for (const Case& one : cases) {
+    LabWorld world;
+    add_user(world, test::kNewStarters, "jo", "Jo Smith");
+    for (const auto& [name, value] : one.options)
+      world.set("ADO", name, value);
+    world.start();
+    world.session.form1.TreeView1.clear();
+    ASSERT_TRUE(Select_Domain(world.session, "twk.test"));
+    EXPECT_EQ(!world.session.groups.ListView1.empty(), one.groups);
+    EXPECT_EQ(!world.session.form1.ListView5.empty(), one.template_groups);
+    EXPECT_EQ(!world.session.groups.NotMembers.empty(), one.users);
+    EXPECT_EQ(world.session.form1.TreeView1.has_key_with_prefix("LDAP://twk.test/CN=jo,"), one.user_nodes);
+  }
+}
+
+TEST(DirectoryLoad, AManagedUnitBecomesTheRoot) {
+  LabWorld world;
+  add_user(world, test::kNewStarters, "jo", "Jo Smith");
+  world.start();
+  world.session.ManagedOU = test::kNewStarters;
+  ASSERT_TRUE(Select_Domain(world.session, "twk.test"));
+  controls::TreeView& tree = world.session.form1.TreeView1;
+  EXPECT_EQ(tree.first()->key, test::kNewStarters);
+  EXPECT_EQ(tree.first()->text, "New Starters");
+  EXPECT_TRUE(tree.has_key_with_prefix("LDAP://twk.test/CN=jo,")) << "its own users are shown at once";
+  EXPECT_FALSE(world.session.form1.DomName.enabled);
+  EXPECT_THAT(world.log(),
+              HasSubstr("Managing OU: GC://twk.test/OU=New Starters,DC=twk,DC=test and sub OU's\n"));
+}
+
+TEST(SelectDomain, ADomainThatDoesNotAnswerIsToldAndLeavesTheRest) {
+  LabWorld world;
+  world.start();
+  EXPECT_FALSE(Select_Domain(world.session, ""));
+  EXPECT_FALSE(Select_Domain(world.session, "nowhere.test"));
+  EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
+  EXPECT_FALSE(Select_Domain(world.session, "NOWHERE"));
+}
+
+TEST(SelectDomain, AFailedSearchForUnitsShowsItsNumber) {
+  LabWorld world;
+  world.start();
+  world.session.ManagedOU = "OU=Gone,DC=twk,DC=test";
+  world.dialogs.expect("Error getting Domain Data: ");
+  EXPECT_FALSE(Select_Domain(world.session, "twk.test"));
+  EXPECT_FALSE(world.session.log.is_open());
+}
+
+TEST(Tree, AnOpenedUnitIsReadOnce) {
+  LabWorld world;
+  add_user(world, "CN=Users,DC=twk,DC=test", "plain", "");
+  add_user(world, "CN=Users,DC=twk,DC=test", "shown", "A Display Name");
+  world.set("Preferences", "DisplayName", "Yes");
+  world.start();
+  controls::TreeNode& users = *world.session.form1.TreeView1.find("CN=Users,DC=twk,DC=test");
+  TreeView1_Expand(world.session, users);
+  EXPECT_THAT(children(users), testing::IsSupersetOf({"plain", "A Display Name"}));
+  const std::size_t nodes = world.session.form1.TreeView1.size();
+  add_user(world, "CN=Users,DC=twk,DC=test", "late", "");
+  EXPECT_FALSE(Expand_OU(world.session, users));
+  EXPECT_EQ(world.session.form1.TreeView1.size(), nodes);
+}
+
+TEST(Tree, ShowsAsManyUsersOfAUnitAsTheLimitAllows) {
+  LabWorld world;
+  for (const char* name : {"a", "b", "c"})
+    add_user(world, test::kNewStarters, name, "");
+  world.set("ADO", "UserLimit", "2");
+  world.dialogs.expect("TWK is not returning all users, The limit is set at 2\r\n");
+  world.start();
+  EXPECT_EQ(world.dialogs.last_title, "Limit Reached");
+  EXPECT_EQ(children(*world.session.form1.TreeView1.find(test::kNewStarters)).size(), 2U);
+}
+
+TEST(Tree, AUnitThatIsGoneIsToldInABox) {
+  LabWorld world;
+  add_unit(world, "DC=twk,DC=test", "Doomed");
+  world.start();
+  controls::TreeNode& doomed = *world.session.form1.TreeView1.find("OU=Doomed,DC=twk,DC=test");
+  world.services.directory.GetObject("LDAP://DC=twk,DC=test")->Delete("organizationalUnit", "OU=Doomed");
+  world.dialogs.expect("Error getting Domain Data: ");
+  TreeView1_Expand(world.session, doomed);
+  EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
+}
+
+TEST(UserExist, ComparesTheBeginningOfCommonNamesInADirectoryAndWholeNamesElsewhere) {
+  struct Case {
+    std::string name;
+    bool directory;
+    bool winnt;
+  };
+  const std::vector<Case> cases = {
+      {"jo", true, true}, {"JO", true, true}, {"j", true, false}, {"jo2", false, false}};
+  LabWorld active;
+  add_user(active, test::kNewStarters, "jo", "");
+  active.start();
+  LabWorld winnt(DomainKind::kNt);
+  const platform::ObjectPtr user = winnt.services.directory.GetObject("WinNT://TWK")->Create("user", "jo");
+  user->SetInfo();
+  winnt.start();
+  for (const Case& one : cases) {
+    EXPECT_EQ(User_Exist(active.session, one.name), one.directory) << one.name;
+    EXPECT_EQ(User_Exist(winnt.session, one.name), one.winnt) << one.name;
+  }
+  EXPECT_EQ(winnt.log_tab().front(), "RED  User Name jo already exist");
+}
+
+using OrphanedUnits = test::TestWorld;
+
+TEST_F(OrphanedUnits, FindTheirParentsInLaterPasses) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  tree.add(nullptr, "DC=t", "t", "DOMAIN");
+  OrphanTable orphans;
+  orphans.store("OU=C,OU=B,OU=A,DC=t", "C");
+  orphans.store("OU=B,OU=A,DC=t", "B");
+  orphans.store("OU=A,DC=t", "A");
+  orphans.store("OU=Lost,OU=Nowhere,DC=t", "Lost");
+  orphans.attach(session);
+  EXPECT_EQ(tree.find("OU=C,OU=B,OU=A,DC=t")->parent->text, "B");
+  EXPECT_EQ(tree.find("OU=Lost,OU=Nowhere,DC=t"), nullptr);
+}
+
+TEST_F(OrphanedUnits, BeyondAHundredOnlyTheLastIsKept) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  tree.add(nullptr, "DC=t", "t", "DOMAIN");
+  OrphanTable orphans;
+  for (int i = 1; i <= 105; ++i)
+    orphans.store("OU=" + base::to_text(i) + ",DC=t", base::to_text(i));
+  orphans.attach(session);
+  EXPECT_NE(tree.find("OU=99,DC=t"), nullptr);
+  EXPECT_EQ(tree.find("OU=100,DC=t"), nullptr);
+  EXPECT_NE(tree.find("OU=105,DC=t"), nullptr);
+}
+
+}  // namespace
+}  // namespace twk::directory

@@ -1,0 +1,97 @@
+#include "directory/operations.hpp"
+
+#include "platform/adsi.hpp"
+#include "support/lab_world.hpp"
+#include "support/world.hpp"
+
+namespace twk::directory {
+namespace {
+
+using lab::DomainKind;
+using test::LabWorld;
+
+void add_user(LabWorld& world, const std::string& name) {
+  const platform::ObjectPtr user =
+      world.is_nt() ? world.services.directory.GetObject("WinNT://TWK")->Create("user", name)
+                    : world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")
+                          ->Create("user", "CN=" + name);
+  if (!world.is_nt()) {
+    user->Put("samAccountName", name);
+    user->Put("userPrincipalName", name + "@twk.test");
+  }
+  user->SetInfo();
+}
+
+using Unreachable = test::TestWorld;
+
+TEST_F(Unreachable, ANameWithoutADotIsAWinNtDomainWithoutAskingAnybody) {
+  EXPECT_EQ(Determine_Mode(session, "OLDNT"), session::kWinNtMode);
+  EXPECT_EQ(session.NTDomainName, "OLDNT");
+  EXPECT_FALSE(session.form1.mnuOption[4].visible);
+  EXPECT_THROW(Determine_Mode(session, "twk.test"), base::RuntimeError);
+}
+
+TEST_F(Unreachable, APrincipalNameCountsAsFreeWhenNoCatalogueAnswers) {
+  EXPECT_FALSE(Is_Name_Used_In_Forest(session, "jo@twk.test"));
+}
+
+TEST(DetermineMode, APartitionInAnotherCaseDoesNotNameTheDomain) {
+  LabWorld world;
+  world.session.DomainName = "TWK.test";
+  EXPECT_EQ(Determine_Mode(world.session, "TWK.test"), session::kNativeMode);
+  EXPECT_EQ(world.session.NTDomainName, "TWK.test");
+  world.session.DomainName = "twk.test";
+  Determine_Mode(world.session, "twk.test");
+  EXPECT_EQ(world.session.NTDomainName, "TWK");
+  EXPECT_EQ(world.session.form1.Frame3.caption.get(), "CN and SamAccountName");
+}
+
+TEST(DomainList, HoldsTheDomainsOfTheNetworkAndOfTheForest) {
+  LabWorld world;
+  Load_Domain_List(world.session);
+  EXPECT_THAT(world.session.form1.DomName.items(), testing::IsSupersetOf({"TWK", "twk.test"}));
+}
+
+TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestBearsThem) {
+  LabWorld world;
+  add_user(world, "jo");
+  EXPECT_TRUE(Is_Name_Used_In_Forest(world.session, "JO@twk.test"));
+  EXPECT_FALSE(Is_Name_Used_In_Forest(world.session, "*"));
+  EXPECT_FALSE(Is_Name_Used_In_Forest(world.session, "jo@twk.test)(cn=*"));
+}
+
+class PasswordReset : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, PasswordReset, testing::Values(DomainKind::kNative, DomainKind::kNt));
+
+TEST_P(PasswordReset, SetsThePasswordAndAsksForAnotherAtTheNextLogon) {
+  LabWorld world(GetParam());
+  world.start();
+  add_user(world, "jo");
+  const auto reset = [&](std::string_view password) {
+    return world.is_nt() ? Reset_NT_Password(world.session, password, "jo")
+                         : Reset_AD_Password(world.session, password, world.path_of("jo").substr(7));
+  };
+  EXPECT_TRUE(reset("Secret-2026"));
+  EXPECT_EQ(world.services.directory.GetObject("WinNT://TWK/jo")->Get("PasswordExpired").integer(), 1);
+  EXPECT_NO_THROW(world.services.directory.OpenDSObject(world.path_of("jo"), "jo", "Secret-2026"));
+  EXPECT_FALSE(reset("short"));
+  world.dialogs.expect_input("Enter User Password:", "Typed-2026");
+  EXPECT_TRUE(reset("Prompt"));
+  EXPECT_TRUE(world.dialogs.last_secret);
+  EXPECT_NO_THROW(world.services.directory.OpenDSObject(world.path_of("jo"), "jo", "Typed-2026"));
+}
+
+TEST(GroupIdentifier, IsTheLastPartOfItsSid) {
+  LabWorld world;
+  world.start();
+  const std::string key = world.session.form1.ListView5.find_text("Domain Users").front()->key;
+  EXPECT_EQ(Group_RID(world.session, key), 513);
+  EXPECT_EQ(Group_RID_by_name(world.session, "Domain Users"), 513);
+  EXPECT_THROW(Group_RID_by_name(world.session, "nobody"), base::RuntimeError);
+  LabWorld winnt(DomainKind::kNt);
+  winnt.start();
+  EXPECT_EQ(Group_RID(winnt.session, "Domain Users"), 513);
+}
+
+}  // namespace
+}  // namespace twk::directory

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "lab/lab.hpp"
+#include "lab/lab_create.hpp"
+#include "session/session.hpp"
+#include "stores/records.hpp"
+#include "support/fakes.hpp"
+#include "support/faulty_directory.hpp"
+#include "support/temporary_directory.hpp"
+
+namespace twk::test {
+
+/// A session on a small lab domain of its own, with the site "Head Office" on FS1, the template "Staff" and
+/// the groups "Staff" and "Readers". In Active Directory new accounts go to "OU=New Starters", which is
+/// selected and read. Nobody is there to answer a question that the test does not expect.
+class LabWorld {
+ public:
+  explicit LabWorld(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "");
+
+  /// Brings the session up. What a test wants otherwise in settings, site or template is put there before.
+  void start();
+  void set(std::string_view sub_key, std::string_view name, std::string_view value);
+  /// Fills the names of the New User tab.
+  void type_names(std::string_view first, std::string_view middle, std::string_view last);
+  /// Selects a node by its key; the test fails when there is none.
+  void select(std::string_view key);
+
+  [[nodiscard]] bool is_nt() const { return kind_ == lab::DomainKind::kNt; }
+  [[nodiscard]] std::string path_of(std::string_view account);
+  /// An account by its name, through the provider of the lab's kind.
+  [[nodiscard]] platform::ObjectPtr account(std::string_view name);
+  /// The text of a property; empty when it has no value.
+  [[nodiscard]] std::string property(std::string_view account_name, std::string_view name);
+  [[nodiscard]] std::vector<std::string> groups_of(std::string_view account_name);
+  /// "Log.txt", and any other file of the database directory, as UTF-8 with line feeds.
+  [[nodiscard]] std::string log() { return database_file("Log.txt"); }
+  [[nodiscard]] std::string database_file(std::string_view name);
+  /// Rows of the log tab, as "GREEN text".
+  [[nodiscard]] std::vector<std::string> log_tab() const;
+
+  TemporaryDirectory folder;
+  stores::SiteRecord site;
+  stores::TemplateRecord staff;
+  ScriptedDialogs dialogs;
+  FixedClock clock;
+  FakeEnvironment environment;
+  FakeProcess process;
+
+ private:
+  lab::DomainKind kind_;
+  std::unique_ptr<lab::Lab> lab_;
+
+ public:
+  platform::Platform services;
+  FaultyDirectory directory;
+  FailingFiles files;
+  session::Session session;
+};
+
+/// Distinguished name of the unit for new accounts.
+inline constexpr std::string_view kNewStarters = "OU=New Starters,DC=twk,DC=test";
+
+}  // namespace twk::test
