@@ -1,0 +1,379 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "contract/world.hpp"
+
+namespace twk::contract {
+
+namespace ads_error = platform::ads_error;
+using platform::ObjectPtr;
+using platform::User;
+using platform::Value;
+using platform::ValueList;
+
+class DirectoryContract : public testing::TestWithParam<MakeWorld> {
+ protected:
+  std::string path_of(const std::string& dn) const { return "LDAP://" + world_->domain() + "/" + dn; }
+  ObjectPtr get(const std::string& path) { return world_->directory().GetObject(path); }
+
+  std::unique_ptr<World> world_ = GetParam()();
+  World& w_ = *world_;
+};
+
+TEST_P(DirectoryContract, NewUserIsMadeFilledEnabledAndPutIntoAGroup) {
+  const ObjectPtr group = make_group(w_, "Readers");
+  const ObjectPtr object = get("LDAP://" + w_.unit())->Create("user", "cn=Jo Smith");
+  User user(object);
+  user.Put("samAccountName", "jsmith");
+  user.SetInfo();
+  user.put_Description("Clerk");
+  user.put_FullName("Smith, Jo");
+  user.put_FirstName("Jo");
+  user.put_LastName("Smith");
+  user.put_HomeDirectory("\\\\FS1\\D$\\Users\\jsmith");
+  user.put_LoginHours(base::Bytes(21, 0xFF));
+  user.SetInfo();
+  user.SetPassword("Correct-Horse-7");
+  user.Put("pwdLastSet", -1);
+  user.Put("HomeDrive", "H:");
+  user.SetInfo();
+  const ObjectPtr account = get_account(w_, "jsmith");
+  account->Put("UserFlags", account->Get("UserFlags").integer() | 64);
+  account->SetInfo();
+  account->Put("UserFlags", account->Get("UserFlags").integer() | 0x10000);
+  account->SetInfo();
+  group->Add("LDAP://CN=Jo Smith," + w_.unit());
+
+  const User read(get_entry(w_, "CN=Jo Smith," + w_.unit()));
+  EXPECT_EQ(read.Name(), "CN=Jo Smith");
+  EXPECT_EQ(read.FullName(), "Smith, Jo");
+  EXPECT_EQ(read.Description(), "Clerk");
+  EXPECT_EQ(read.Get("givenName").text(), "Jo");
+  EXPECT_EQ(read.Get("homeDrive").text(), "H:");
+  EXPECT_EQ(read.LoginHours(), base::Bytes(21, 0xFF));
+  EXPECT_FALSE(read.AccountDisabled());
+  EXPECT_EQ(get_account(w_, "jsmith")->Get("UserFlags").integer() & 0x10042, 0x10040);
+  EXPECT_EQ(names_of(read.Groups()), "CN=Readers");
+}
+
+TEST_P(DirectoryContract, StagedValuesReachTheDirectoryOnlyAtSetInfo) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  user->Put("description", "staged");
+  EXPECT_EQ(user->Get("Description").text(), "staged");
+  EXPECT_EQ(number_of([&] { get_entry(w_, "CN=Jo," + w_.unit())->Get("description"); }), ads_error::kPropertyNotFound);
+  user->SetInfo();
+  EXPECT_EQ(get_entry(w_, "CN=Jo," + w_.unit())->Get("description").text(), "staged");
+}
+
+TEST_P(DirectoryContract, AnObjectKeepsWhatItReadFirstUntilItIsBoundAgain) {
+  const ObjectPtr first = make_user(w_, "Jo", "jo");
+  first->Put("description", "old");
+  first->SetInfo();
+  const ObjectPtr second = get_entry(w_, "CN=Jo," + w_.unit());
+  EXPECT_EQ(second->Get("description").text(), "old");
+  first->Put("description", "new");
+  first->SetInfo();
+  EXPECT_EQ(second->Get("description").text(), "old");
+}
+
+TEST_P(DirectoryContract, FailedSetInfoWritesNoneOfTheStagedValues) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  user->Put("description", "never written");
+  user->Put("noSuchAttribute", "x");
+  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kNoSuchAttribute);
+  const ObjectPtr again = get_entry(w_, "CN=Jo," + w_.unit());
+  EXPECT_EQ(number_of([&] { again->Get("description"); }), ads_error::kPropertyNotFound);
+}
+
+TEST_P(DirectoryContract, NamesInUseAreRefusedWithTheNumberThatCreationTests) {
+  make_user(w_, "Jo", "jo");
+  const ObjectPtr unit = get_entry(w_, w_.unit());
+  unit->Create("organizationalUnit", "OU=Below")->SetInfo();
+  const struct {
+    const char* what;
+    std::string parent;
+    const char* cn;
+    const char* account;
+  } cases[] = {{"account name in another unit", "OU=Below," + w_.unit(), "cn=Other", "JO"},
+               {"name in the same unit", w_.unit(), "cn=jo", "other"}};
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.what);
+    const ObjectPtr user = get_entry(w_, one.parent)->Create("user", one.cn);
+    user->Put("samAccountName", one.account);
+    EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kObjectExists);
+  }
+  const ObjectPtr second = make_user(w_, "Second", "second");
+  second->Put("samAccountName", "jo");
+  EXPECT_EQ(number_of([&] { second->SetInfo(); }), ads_error::kObjectExists);
+}
+
+TEST_P(DirectoryContract, PathsThatLeadNowhereTellWhy) {
+  const struct {
+    std::string path;
+    std::uint32_t number;
+  } cases[] = {{path_of("CN=Nobody," + w_.unit()), ads_error::kNoSuchObject},
+               {"LDAP://elsewhere.example/CN=Jo", ads_error::kServerDown},
+               {"HTTP://x", ads_error::kBadPathname},
+               {"LDAP", ads_error::kBadPathname},
+               {"", ads_error::kBadPathname},
+               {"WinNT://" + w_.netbios() + "/nobody", ads_error::kUserNotFound},
+               {"WinNT://" + w_.netbios() + "/nobody,group", ads_error::kGroupNotFound}};
+  for (const auto& one : cases) EXPECT_EQ(number_of([&] { get(one.path); }), one.number) << one.path;
+}
+
+TEST_P(DirectoryContract, ValuesOfSeveralKindsComeBackAsTheirSyntaxSays) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  user->PutEx(2, "otherTelephone", ValueList{"1", "2"});
+  user->Put("countryCode", 44);
+  user->Put("accountExpires", "133000000000000000");
+  user->SetInfo();
+  user->PutEx(3, "otherTelephone", ValueList{"3"});
+  user->PutEx(1, "countryCode", 0);
+  user->SetInfo();
+  const ObjectPtr read = get_entry(w_, "CN=Jo," + w_.unit());
+  EXPECT_EQ(read->Get("otherTelephone").list().size(), 3U);
+  EXPECT_EQ(number_of([&] { read->Get("countryCode"); }), ads_error::kPropertyNotFound);
+  EXPECT_EQ(read->Get("accountExpires"), Value("133000000000000000"));
+  EXPECT_EQ(read->Get("objectSid").bytes().size(), 28U);
+  EXPECT_EQ(read->Get("userAccountControl").integer() & 0x200, 0x200);
+  user->PutEx(4, "otherTelephone", ValueList{"1", "3"});
+  user->SetInfo();
+  EXPECT_EQ(get_entry(w_, "CN=Jo," + w_.unit())->Get("otherTelephone"), Value("2"));
+}
+
+TEST_P(DirectoryContract, ValuesThatBreakTheirAttributeAreRefused) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  const struct {
+    const char* attribute;
+    Value value;
+  } cases[] = {{"sn", ValueList{"two", "names"}}, {"countryCode", "many"},     {"initials", "far too long"},
+               {"logonHours", base::Bytes(3)},    {"description", ""},         {"manager", "no name"},
+               {"pwdLastSet", 17},                {"accountExpires", "never"}};
+  for (const auto& one : cases) {
+    const ObjectPtr again = get_entry(w_, "CN=Jo," + w_.unit());
+    again->Put(one.attribute, one.value);
+    EXPECT_EQ(number_of([&] { again->SetInfo(); }), ads_error::kConstraint) << one.attribute;
+  }
+}
+
+TEST_P(DirectoryContract, MembershipActsAtOnceAndTellsWhatIsSoAlready) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  const ObjectPtr group = make_group(w_, "Readers");
+  EXPECT_FALSE(group->IsMember(user->ADsPath()));
+  EXPECT_EQ(number_of([&] { group->Remove(user->ADsPath()); }), ads_error::kMemberNotInGroup);
+  group->Add(user->ADsPath());
+  EXPECT_TRUE(group->IsMember("WinNT://" + w_.netbios() + "/jo"));
+  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kMemberInGroup);
+  EXPECT_EQ(names_of(group->Members()), "CN=Jo");
+  get_account(w_, "Readers")->Remove("WinNT://" + w_.netbios() + "/jo");
+  EXPECT_TRUE(group->Members().empty());
+  EXPECT_EQ(number_of([&] { group->Add("LDAP://CN=Nobody," + w_.unit()); }), ads_error::kNoSuchObject);
+}
+
+TEST_P(DirectoryContract, PrimaryGroupMustBeOneOfTheUsersAndTakesTheOldOnesPlace) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  const ObjectPtr group = make_group(w_, "Readers");
+  const auto sid = get("WinNT://" + w_.netbios() + "/Readers,group")->Get("objectSID").bytes();
+  const std::int32_t rid = sid[24] | sid[25] << 8 | sid[26] << 16;
+  user->Put("PrimaryGroupID", rid);
+  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kUnwilling);
+  group->Add(user->ADsPath());
+  user->SetInfo();
+  const ObjectPtr read = get_entry(w_, "CN=Jo," + w_.unit());
+  EXPECT_EQ(read->Get("primaryGroupID").integer(), rid);
+  EXPECT_EQ(names_of(read->Groups()), "CN=Domain Users");
+  EXPECT_EQ(names_of(get_account(w_, "jo")->Groups()), "Readers;Domain Users");
+  EXPECT_TRUE(group->IsMember(user->ADsPath()));
+}
+
+TEST_P(DirectoryContract, MovedAndRenamedUserKeepsGroupsAndEscapesItsComma) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  make_group(w_, "Readers")->Add(user->ADsPath());
+  get_entry(w_, w_.unit())->Create("organizationalUnit", "OU=Sales\\, Europe")->SetInfo();
+  const ObjectPtr target = get_entry(w_, "OU=Sales\\, Europe," + w_.unit());
+  EXPECT_EQ(target->Get("name").text(), "Sales, Europe");
+  const ObjectPtr moved = target->MoveHere(user->ADsPath(), "CN=Smith\\, Jo");
+  EXPECT_EQ(moved->ADsPath(), path_of("CN=Smith\\, Jo,OU=Sales\\, Europe," + w_.unit()));
+  EXPECT_EQ(moved->Get("cn").text(), "Smith, Jo");
+  EXPECT_EQ(names_of(moved->Groups()), "CN=Readers");
+  EXPECT_EQ(number_of([&] { get(user->ADsPath()); }), ads_error::kNoSuchObject);
+  const ObjectPtr back = get_entry(w_, w_.unit())->MoveHere(moved->ADsPath(), std::nullopt);
+  EXPECT_EQ(back->Parent(), path_of(w_.unit()));
+}
+
+TEST_P(DirectoryContract, MoveOntoANameInUseChangesNothing) {
+  make_user(w_, "Jo", "jo");
+  const ObjectPtr other = make_user(w_, "Other", "other");
+  const ObjectPtr unit = get_entry(w_, w_.unit());
+  EXPECT_EQ(number_of([&] { unit->MoveHere(other->ADsPath(), "CN=Jo"); }), ads_error::kObjectExists);
+  EXPECT_EQ(get(other->ADsPath())->Get("samAccountName").text(), "other");
+}
+
+TEST_P(DirectoryContract, DeleteTakesEmptyObjectsOnly) {
+  make_user(w_, "Jo", "jo");
+  const ObjectPtr root = get_entry(w_, w_.root());
+  const std::string unit_name = w_.unit().substr(0, w_.unit().find(','));
+  EXPECT_EQ(number_of([&] { root->Delete("organizationalUnit", unit_name); }), ads_error::kNotOnNonLeaf);
+  get_entry(w_, w_.unit())->Delete("user", "CN=Jo");
+  EXPECT_EQ(number_of([&] { get_account(w_, "jo"); }), ads_error::kUserNotFound);
+  root->Delete("organizationalUnit", unit_name);
+  EXPECT_EQ(number_of([&] { get_entry(w_, w_.unit()); }), ads_error::kNoSuchObject);
+}
+
+TEST_P(DirectoryContract, NamesThatBreakTheSyntaxAreRefused) {
+  const ObjectPtr unit = get_entry(w_, w_.unit());
+  for (const char* const name : {"Jo", "cn=", "cn=Jo,OU=Other", "cn=Jo\tSmith", "OU=Jo"}) {
+    EXPECT_EQ(number_of([&] { unit->Create("user", name)->SetInfo(); }), ads_error::kInvalidDn) << name;
+  }
+  for (const char* const account : {"a/b", "a\nb", "twenty-one characters", "...", "a*"}) {
+    const ObjectPtr user = unit->Create("user", "cn=Jo");
+    user->Put("samAccountName", account);
+    EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kInvalidAccountName) << account;
+  }
+}
+
+TEST_P(DirectoryContract, MustChangePasswordShowsOnTheWinntObject) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  user->SetPassword("Correct-Horse-7");
+  EXPECT_EQ(get_account(w_, "jo")->Get("PasswordExpired").integer(), 0);
+  user->Put("pwdLastSet", 0);
+  user->SetInfo();
+  const ObjectPtr account = get_account(w_, "jo");
+  EXPECT_EQ(account->Get("PasswordExpired").integer(), 1);
+  account->Put("PasswordExpired", 0);
+  account->SetInfo();
+  EXPECT_NE(get_entry(w_, "CN=Jo," + w_.unit())->Get("pwdLastSet").text(), "0");
+}
+
+TEST_P(DirectoryContract, PasswordThatThePolicyRefusesIsToldByItsNumber) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  EXPECT_EQ(number_of([&] { user->SetPassword("short"); }), ads_error::kPasswordPolicy);
+}
+
+TEST_P(DirectoryContract, ExpiryReadsAsSentinelThroughLdapAndRaisesThroughWinnt) {
+  User user(make_user(w_, "Jo", "jo"));
+  EXPECT_EQ(user.AccountExpirationDate(), platform::never_expires());
+  EXPECT_NE(number_of([&] { static_cast<void>(User(get_account(w_, "jo")).AccountExpirationDate()); }), 0U);
+  const base::Date day = base::make_date({2030, 5, 17});
+  user.put_AccountExpirationDate(day);
+  user.SetInfo();
+  EXPECT_EQ(User(get_account(w_, "jo")).AccountExpirationDate(), day);
+  User account(get_account(w_, "jo"));
+  account.put_AccountExpirationDate(base::Date{-1.0});
+  account.SetInfo();
+  EXPECT_EQ(User(get_entry(w_, "CN=Jo," + w_.unit())).AccountExpirationDate(), platform::never_expires());
+}
+
+TEST_P(DirectoryContract, RootDseAndPartitionsNameTheDomain) {
+  const ObjectPtr root = get("LDAP://RootDSE");
+  EXPECT_FALSE(root->Get("dnshostname").text().empty());
+  EXPECT_EQ(root->Get("defaultNamingContext").text(), w_.root());
+  const ObjectPtr partitions = get("LDAP://cn=Partitions," + root->Get("configurationNamingContext").text());
+  std::vector<std::string> seen;
+  partitions->enumerate({}, [&](const ObjectPtr& child) {
+    const std::string name = child->Get("Name").text();
+    seen.push_back(name);
+    if (name == w_.netbios()) {
+      EXPECT_EQ(child->Get("dnsRoot").text(), w_.domain());
+    }
+    return true;
+  });
+  for (const std::string& name : {std::string("Enterprise Configuration"), std::string("Enterprise Schema"), w_.netbios()}) {
+    EXPECT_NE(std::find(seen.begin(), seen.end(), name), seen.end()) << name;
+  }
+  EXPECT_EQ(get("LDAP://" + w_.domain())->Get("nTMixedDomain").integer(), 0);
+}
+
+TEST_P(DirectoryContract, NameSpacesEnumerateTheDomain) {
+  for (const auto& [space, child] : {std::pair{"WinNT:", w_.netbios()}, std::pair{"GC:", w_.domain()}}) {
+    std::string last;
+    get(space)->enumerate({}, [&](const ObjectPtr& object) {
+      last = object->ADsPath();
+      return true;
+    });
+    EXPECT_EQ(last, std::string(space) + "//" + child);
+  }
+}
+
+TEST_P(DirectoryContract, WinntDomainEnumeratesUsersWithoutComputers) {
+  make_user(w_, "Jo", "jo");
+  make_group(w_, "Readers");
+  const auto names = [&](const std::string& object_class) {
+    std::vector<std::string> found;
+    const std::vector<std::string> classes = {object_class};
+    get("WinNT://" + w_.netbios())->enumerate(classes, [&](const ObjectPtr& object) {
+      EXPECT_EQ(object->Class(), object_class);
+      found.push_back(object->Name());
+      return true;
+    });
+    return found;
+  };
+  const auto users = names("User");
+  EXPECT_NE(std::find(users.begin(), users.end(), "jo"), users.end());
+  for (const std::string& name : users) EXPECT_FALSE(name.ends_with("$")) << name;
+  const auto groups = names("Group");
+  EXPECT_NE(std::find(groups.begin(), groups.end(), "Readers"), groups.end());
+}
+
+TEST_P(DirectoryContract, WinntDomainMakesRenamesAndDeletesAccounts) {
+  const ObjectPtr domain = get("WinNT://" + w_.netbios());
+  User user(domain->Create("User", "jo"));
+  user.put_FullName("Jo Smith");
+  user.SetInfo();
+  EXPECT_EQ(number_of([&] { domain->Create("User", "JO")->SetInfo(); }), ads_error::kUserExists);
+  const ObjectPtr renamed = domain->MoveHere("WinNT://" + w_.netbios() + "/jo", "joanna");
+  EXPECT_EQ(renamed->Name(), "joanna");
+  EXPECT_EQ(domain->GetObject("user", "joanna")->Get("FullName").text(), "Jo Smith");
+  domain->Delete("User", "joanna");
+  EXPECT_EQ(number_of([&] { domain->GetObject("user", "joanna"); }), ads_error::kUserNotFound);
+}
+
+TEST_P(DirectoryContract, SchemaTellsSyntaxAndWhetherSeveralValuesFit) {
+  const ObjectPtr schema = get(get("LDAP://Schema/User")->Parent());
+  const struct {
+    const char* attribute;
+    const char* syntax;
+    bool multi_valued;
+  } cases[] = {{"displayName", "String", false},     {"otherTelephone", "String", true},
+               {"logonHours", "OctetString", false}, {"userAccountControl", "Integer", false},
+               {"accountExpires", "INTEGER8", false}, {"manager", "DN", false},
+               {"memberOf", "DN", true},             {"msNPAllowDialin", "Boolean", false}};
+  for (const auto& one : cases) {
+    const ObjectPtr property = schema->GetObject("Property", one.attribute);
+    EXPECT_EQ(property->Syntax(), one.syntax) << one.attribute;
+    EXPECT_EQ(property->MultiValued(), one.multi_valued) << one.attribute;
+  }
+  EXPECT_EQ(number_of([&] { schema->GetObject("Property", "noSuchThing"); }), ads_error::kNoSuchObject);
+}
+
+TEST_P(DirectoryContract, FileSharesAreMadeReadEnumeratedAndDeleted) {
+  const std::string path = "WinNT://" + w_.file_server() + "/lanmanserver";
+  const ObjectPtr server = get(path);
+  const ObjectPtr share = server->Create("fileshare", "Homes$");
+  share->Put("Path", "D:\\Users");
+  share->Put("Description", "Home directories");
+  share->Put("MaxUserCount", -1);
+  share->SetInfo();
+  EXPECT_EQ(get(path + "/homes$")->Get("Path").text(), "D:\\Users");
+  std::vector<std::string> names;
+  const std::vector<std::string> classes = {"FileShare"};
+  server->enumerate(classes, [&](const ObjectPtr& one) {
+    names.push_back(one->Name());
+    return true;
+  });
+  EXPECT_NE(std::find(names.begin(), names.end(), "Homes$"), names.end());
+  EXPECT_NE(std::find(names.begin(), names.end(), "D$"), names.end());
+  EXPECT_NE(number_of([&] {
+              const ObjectPtr twice = server->Create("fileshare", "HOMES$");
+              twice->Put("Path", "D:\\Users");
+              twice->SetInfo();
+            }),
+            0U);
+  server->Delete("fileshare", "Homes$");
+  EXPECT_NE(number_of([&] { get(path + "/Homes$"); }), 0U);
+}
+
+}  // namespace twk::contract

@@ -1,0 +1,155 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "contract/world.hpp"
+
+namespace twk::contract {
+
+class QueryContract : public testing::TestWithParam<MakeWorld> {
+ protected:
+  std::unique_ptr<platform::Recordset> run(const std::string& text, const platform::QueryOptions& options = {}) {
+    return world_->query().execute(platform::parse_query_text(text), options);
+  }
+
+  /// Field `index` of all rows, with "|" between.
+  std::string column(const std::string& text, std::size_t index = 0, const platform::QueryOptions& options = {}) {
+    std::string out;
+    for (const auto rows = run(text, options); !rows->at_eof(); rows->MoveNext()) {
+      out += (out.empty() ? "" : "|") + rows->field(index).text();
+    }
+    return out;
+  }
+
+  std::string below_unit() const { return "<LDAP://" + world_->domain() + "/" + world_->unit() + ">;"; }
+
+  void make_three_users() {
+    make_user(w_, "Zoë Smith", "zsmith");
+    platform::User ann(make_user(w_, "Ann", "ann"));
+    ann.put_FullName("Zz Ann");
+    ann.Put("userPrincipalName", "ann@" + w_.domain());
+    ann.SetInfo();
+    platform::User ben(make_user(w_, "Ben", "ben"));
+    ben.put_FullName("Aa Ben");
+    ben.SetInfo();
+  }
+
+  std::unique_ptr<World> world_ = GetParam()();
+  World& w_ = *world_;
+};
+
+TEST_P(QueryContract, FiltersFindTheObjectsThatTheyDescribe) {
+  make_three_users();
+  make_group(w_, "Readers");
+  get_entry(w_, w_.unit())->Create("organizationalUnit", "OU=Below")->SetInfo();
+  const struct {
+    const char* filter;
+    const char* scope;
+    const char* names;
+  } cases[] = {
+      {"(&(objectCategory=Person)(objectClass=User))", "onelevel", "Ann|Ben|Zoë Smith"},
+      {"(&(objectCategory=OrganizationalUnit)(objectClass=OrganizationalUnit))", "onelevel", "Below"},
+      {"(&(objectCategory=group)(objectClass=Group))", "SubTree", "Readers"},
+      {"(&(objectCategory=Person)(objectClass=User)(cn=*smith*))", "subtree", "Zoë Smith"},
+      {"(&(objectClass=user)(sAMAccountName=ANN))", "subtree", "Ann"},
+      {"(&(objectClass=user)(!(sAMAccountName=ann)))", "onelevel", "Ben|Zoë Smith"},
+      {"(|(displayName=Aa Ben)(cn=zoë smith))", "onelevel", "Ben|Zoë Smith"},
+      {"(&(objectCategory=Person)(objectClass=User)(PrimaryGroupID=513))", "onelevel", "Ann|Ben|Zoë Smith"},
+      {"(userAccountControl:1.2.840.113556.1.4.803:=512)", "onelevel", "Ann|Ben|Zoë Smith"},
+      {"(objectClass=organizationalUnit)", "base", "Tests"},
+  };
+  platform::QueryOptions by_name;
+  by_name.sort_on = "name";
+  for (const auto& one : cases) {
+    EXPECT_EQ(column(below_unit() + one.filter + ";name;" + one.scope, 0, by_name), one.names) << one.filter;
+  }
+}
+
+TEST_P(QueryContract, PathsCarryTheProviderAndServerOfTheBase) {
+  make_user(w_, "Jo", "jo");
+  const std::string dn = "CN=Jo," + w_.unit();
+  for (const std::string prefix : {"LDAP://", "GC://"}) {
+    const std::string text = "<" + prefix + w_.domain() + ">;(sAMAccountName=jo);adsPath,distinguishedName;subtree";
+    EXPECT_EQ(column(text), prefix + w_.domain() + "/" + dn);
+    EXPECT_EQ(column(text, 1), dn);
+  }
+}
+
+TEST_P(QueryContract, UserWithoutDisplayNameHasANullFieldAndSortsFirst) {
+  make_three_users();
+  platform::QueryOptions sorted;
+  sorted.sort_on = "DisplayName";
+  sorted.page_size = 2;
+  const std::string text = below_unit() + "(&(objectCategory=Person)(objectClass=User));adsPath,DisplayName,name;onelevel";
+  EXPECT_EQ(column(text, 2, sorted), "Zoë Smith|Ben|Ann");
+  const auto rows = run(text, sorted);
+  EXPECT_TRUE(rows->field(1).is_empty());
+  rows->MoveNext();
+  EXPECT_EQ(rows->field(1).text(), "Aa Ben");
+}
+
+TEST_P(QueryContract, MoveLastFollowedByMoveNextEndsTheWalk) {
+  make_three_users();
+  const auto rows = run(below_unit() + "(objectClass=user);name;onelevel");
+  rows->MoveFirst();
+  EXPECT_FALSE(rows->at_bof());
+  rows->MoveLast();
+  EXPECT_FALSE(rows->at_eof());
+  rows->MoveNext();
+  EXPECT_TRUE(rows->at_eof());
+  EXPECT_NE(number_of([&] { static_cast<void>(rows->field(0)); }), 0U);
+}
+
+TEST_P(QueryContract, EmptyResultIsAtBothEnds) {
+  const auto rows = run(below_unit() + "(objectClass=user);name;onelevel");
+  EXPECT_TRUE(rows->at_eof());
+  EXPECT_TRUE(rows->at_bof());
+}
+
+TEST_P(QueryContract, RowsOutliveTheObjectsTheyShow) {
+  make_three_users();
+  const auto rows = run(below_unit() + "(objectClass=user);adsPath,name,displayName;onelevel");
+  const platform::ObjectPtr unit = get_entry(w_, w_.unit());
+  for (const char* const name : {"CN=Ann", "CN=Ben", "CN=Zoë Smith"}) unit->Delete("user", name);
+  int count = 0;
+  for (; !rows->at_eof(); rows->MoveNext()) {
+    EXPECT_TRUE(rows->field(0).text().starts_with("LDAP://"));
+    EXPECT_FALSE(rows->field(1).text().empty());
+    ++count;
+  }
+  EXPECT_EQ(count, 3);
+}
+
+TEST_P(QueryContract, DomainsAndPrincipalNamesAreFoundBelowTheForestsPath) {
+  make_three_users();
+  std::string forest;
+  w_.directory().GetObject("GC:")->enumerate({}, [&](const platform::ObjectPtr& child) {
+    forest = child->ADsPath();
+    return true;
+  });
+  EXPECT_EQ(column("<" + forest + ">;(&(objectCategory=Domain)(objectClass=Domain));distinguishedName;subTree"),
+            w_.root());
+  const std::string by_principal = "<" + forest + ">;(&(objectClass=user)(objectCategory=person)(userprincipalName=";
+  const std::string rest = "));userPrincipalName,cn,distinguishedName;subtree";
+  EXPECT_EQ(column(by_principal + "ANN@" + w_.domain() + rest, 1), "Ann");
+  EXPECT_EQ(column(by_principal + "nobody@" + w_.domain() + rest, 1), "");
+}
+
+TEST_P(QueryContract, GroupTokenIsTheRelativeIdOfTheGroup) {
+  const std::string text = "<LDAP://" + w_.domain() +
+                           ">;(&(objectCategory=group)(objectClass=Group)(cn=Domain Users));adsPath,Name,primaryGroupToken;SubTree";
+  EXPECT_EQ(column(text, 1), "Domain Users");
+  EXPECT_EQ(run(text)->field(2), platform::Value(513));
+}
+
+TEST_P(QueryContract, QueryThatCannotBeAnsweredRaises) {
+  const std::string good = "(objectClass=user);name;onelevel";
+  for (const std::string& text :
+       {below_unit() + "(objectClass=user;name;onelevel", below_unit() + "((;name;onelevel",
+        "<LDAP://" + w_.domain() + "/OU=Nowhere," + w_.root() + ">;" + good, "<LDAP://elsewhere.example>;" + good,
+        "<HTTP://" + w_.domain() + ">;" + good}) {
+    EXPECT_NE(number_of([&] { run(text); }), 0U) << text;
+  }
+}
+
+}  // namespace twk::contract

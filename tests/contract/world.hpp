@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "base/errors.hpp"
+#include "platform/adsi.hpp"
+#include "platform/directory.hpp"
+#include "platform/files.hpp"
+#include "platform/query.hpp"
+
+/// The contract suites run against any implementation of the seam: each asks a `World` for a domain.
+namespace twk::contract {
+
+/// A native-mode domain that a test may write to: what every domain has, one empty unit, and a file server with a
+/// drive D that holds the folder "Users".
+class World {
+ public:
+  virtual ~World() = default;
+  virtual platform::DirectoryService& directory() = 0;
+  virtual platform::QueryService& query() = 0;
+  virtual platform::Files& files() = 0;
+  [[nodiscard]] virtual std::string domain() const = 0;       ///< "twk.test"
+  [[nodiscard]] virtual std::string netbios() const = 0;      ///< "TWK"
+  [[nodiscard]] virtual std::string root() const = 0;         ///< "DC=twk,DC=test"
+  [[nodiscard]] virtual std::string unit() const = 0;         ///< DN of the empty unit
+  [[nodiscard]] virtual std::string file_server() const = 0;  ///< "FS1"
+};
+
+using MakeWorld = std::unique_ptr<World> (*)();
+
+/// The number that `step` raises; 0 when it comes through.
+template <typename Step>
+std::uint32_t number_of(Step&& step) {
+  base::Trap trap;
+  trap(std::forward<Step>(step));
+  return trap.number();
+}
+
+inline platform::ObjectPtr get_entry(World& world, const std::string& dn) {
+  return world.directory().GetObject("LDAP://" + world.domain() + "/" + dn);
+}
+
+inline platform::ObjectPtr get_account(World& world, const std::string& name) {
+  return world.directory().GetObject("WinNT://" + world.netbios() + "/" + name);
+}
+
+/// A stored user "CN=<cn>" of the unit.
+inline platform::ObjectPtr make_user(World& world, const std::string& cn, const std::string& account) {
+  platform::ObjectPtr user = get_entry(world, world.unit())->Create("user", "cn=" + cn);
+  user->Put("samAccountName", account);
+  user->SetInfo();
+  return user;
+}
+
+/// A stored global security group "CN=<name>" of the unit.
+inline platform::ObjectPtr make_group(World& world, const std::string& name) {
+  platform::ObjectPtr group = get_entry(world, world.unit())->Create("group", "cn=" + name);
+  group->Put("samAccountName", name);
+  group->Put("groupType", static_cast<std::int32_t>(0x80000002U));
+  group->SetInfo();
+  return group;
+}
+
+inline std::string names_of(const std::vector<platform::ObjectPtr>& objects) {
+  std::string names;
+  for (const platform::ObjectPtr& object : objects) names += (names.empty() ? "" : ";") + object->Name();
+  return names;
+}
+
+}  // namespace twk::contract

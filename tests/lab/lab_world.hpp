@@ -1,0 +1,79 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "contract/world.hpp"
+#include "lab/lab.hpp"
+#include "lab/lab_create.hpp"
+#include "support/temporary_directory.hpp"
+
+namespace twk::test {
+
+/// A question that nobody expects is a failure.
+class NoDialogs final : public platform::Dialogs {
+ public:
+  platform::Answer MsgBox(std::string_view text, platform::Buttons, platform::Icon, std::string_view) override {
+    ADD_FAILURE() << "asked: " << text;
+    return platform::Answer::kCancel;
+  }
+  std::string InputBox(std::string_view prompt, std::string_view, bool) override {
+    ADD_FAILURE() << "asked: " << prompt;
+    return {};
+  }
+  std::optional<std::string> open_file(std::string_view title, std::string_view) override {
+    ADD_FAILURE() << "asked: " << title;
+    return std::nullopt;
+  }
+  void beep() override {}
+  void DoEvents() override {}
+};
+
+inline lab::LabPlan small_plan() {
+  lab::LabPlan plan;
+  plan.users = 0;
+  plan.groups = 0;
+  plan.ous = 0;
+  plan.administrator = "tester";
+  return plan;
+}
+
+/// A new lab, open, with an empty unit "Tests".
+class LabWorld final : public contract::World {
+ public:
+  explicit LabWorld(const lab::LabPlan& plan = small_plan()) {
+    lab::create_lab(folder(), plan);
+    reopen();
+    if (plan.kind == lab::DomainKind::kNt) return;
+    contract::get_entry(*this, root())->Create("organizationalUnit", "OU=Tests")->SetInfo();
+  }
+
+  platform::DirectoryService& directory() override { return platform().directory; }
+  platform::QueryService& query() override { return platform().query; }
+  platform::Files& files() override { return platform().files; }
+  [[nodiscard]] std::string domain() const override { return "twk.test"; }
+  [[nodiscard]] std::string netbios() const override { return "TWK"; }
+  [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
+  [[nodiscard]] std::string unit() const override { return "OU=Tests,DC=twk,DC=test"; }
+  [[nodiscard]] std::string file_server() const override { return "FS1"; }
+
+  [[nodiscard]] std::filesystem::path folder() const { return directory_.path() / "lab"; }
+  [[nodiscard]] lab::Lab& lab() { return *lab_; }
+  [[nodiscard]] platform::Platform platform() { return lab_->platform(dialogs_); }
+  /// A second program that has the lab open.
+  [[nodiscard]] std::unique_ptr<lab::Lab> open_again() const {
+    return std::make_unique<lab::Lab>(folder(), [](const std::string& warning) { ADD_FAILURE() << warning; });
+  }
+  void reopen() {
+    lab_.reset();
+    lab_ = open_again();
+  }
+
+ private:
+  TemporaryDirectory directory_;
+  NoDialogs dialogs_;
+  std::unique_ptr<lab::Lab> lab_;
+};
+
+inline std::unique_ptr<contract::World> make_lab_world() { return std::make_unique<LabWorld>(); }
+
+}  // namespace twk::test
