@@ -1,0 +1,101 @@
+#include "format/variables.hpp"
+
+#include "format/tags.hpp"
+#include "support/world.hpp"
+
+namespace twk::format {
+namespace {
+
+class VariablesTest : public test::TestWorld {
+ protected:
+  void row(std::string name, std::string value) {
+    session.variables.ListView1.add({}, std::move(name), {}, {std::move(value)});
+  }
+  std::string expand(std::string text) { return Replace_Variables(session, std::move(text)); }
+};
+
+TEST(FRString, ReplacesEveryOccurrenceOnceFromLeftToRight) {
+  struct Case {
+    std::string_view text;
+    std::string_view find;
+    std::string_view replacement;
+    std::string_view result;
+  };
+  const Case cases[] = {
+      {"aaa", "a", "aa", "aaaaaa"},
+      {"%Server%\\%SERVER%", "%server%", "FS1", "FS1\\FS1"},
+      {"aaaa", "aa", "a", "aa"},
+      {"abc", "", "x", "abc"},
+      {"", "a", "x", ""},
+      {"a", "aa", "x", "a"},
+      {"Ärger ÄRGER", "ärger", "Ruhe", "Ruhe Ruhe"},
+      {"x%UserName%", "%UserName%", "%username%", "x%username%"},
+      {"abab", "ab", "", ""},
+  };
+  for (const Case& one : cases)
+    EXPECT_EQ(FRString(one.text, one.find, one.replacement), one.result) << one.text;
+}
+
+TEST(FRString, AResultOutOfAllProportionLeavesTheText) {
+  const std::string text(2000, 'a');
+  EXPECT_EQ(FRString(text, "a", std::string(kMostText / 1000, 'b')), text);
+}
+
+TEST_F(VariablesTest, TagsOfTheTemplateAreReplacedInAnyCase) {
+  row("Dept", " Sales ");
+  row(" Größe ", "L");
+  EXPECT_EQ(expand("%dept%/%DEPT%/%GRÖßE%"), "Sales/Sales/L");
+  EXPECT_EQ(expand("%none%"), "%none%");
+}
+
+TEST_F(VariablesTest, WithoutRowsTheTextStands) {
+  EXPECT_EQ(expand("%Dept% 100%"), "%Dept% 100%");
+}
+
+TEST_F(VariablesTest, AValueMayHoldTheTagOfALaterRowOnly) {
+  row("first", "%second%");
+  row("second", "2 %first%");
+  EXPECT_EQ(expand("%first%"), "2 %first%");
+}
+
+TEST_F(VariablesTest, ABlankNameAndABlankValueAreRowsLikeAnyOther) {
+  row("", "!");
+  row("gone", "");
+  EXPECT_EQ(expand("100%% sure%gone%"), "100! sure");
+}
+
+TEST_F(VariablesTest, ATagThatComesTogetherOutOfAValueIsExpanded) {
+  row("ab", "");
+  EXPECT_EQ(expand("%a%ab%b%x"), "x");
+}
+
+TEST_F(VariablesTest, AValueThatHoldsItsOwnTagComesToAnEnd) {
+  row("loop", "%loop%");
+  row("grow", "%grow%%grow%x");
+  EXPECT_EQ(expand("%loop%"), "%loop%");
+  EXPECT_LE(expand("%grow%").size(), 2 * kMostText);
+}
+
+TEST_F(VariablesTest, ImportFieldsAreThoseThatTheLineHas) {
+  session.import.ImportFieldCount = 2;
+  session.import.ImportFields[1] = "one";
+  session.import.ImportFields[2] = "two";
+  session.import.ImportFields[3] = "left from the line before";
+  EXPECT_EQ(replace_import_fields(session, "%import1%,%IMPORT2%,%IMPORT3%,%IMPORT12%"),
+            "one,two,%IMPORT3%,%IMPORT12%");
+  session.import.ImportFieldCount = 1000;
+  session.import.ImportFields[100] = "hundred";
+  EXPECT_EQ(replace_import_fields(session, "%IMPORT100%%IMPORT101%"), "hundred%IMPORT101%");
+}
+
+TEST_F(VariablesTest, FieldsThatNameEachOtherComeToAnEnd) {
+  session.import.ImportFieldCount = 100;
+  for (std::size_t i = 1; i < 100; ++i) {
+    const std::string next = "%IMPORT" + base::to_text(static_cast<std::int64_t>(i) + 1) + "%";
+    session.import.ImportFields.at(i) = next + next + next;
+  }
+  EXPECT_LE(replace_import_fields(session, "%IMPORT1%").size(), 2 * kMostText);
+}
+
+}  // namespace
+}  // namespace twk::format
