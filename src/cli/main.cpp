@@ -1,7 +1,5 @@
-#include <CLI/CLI.hpp>
+#include "cli/command_line.hpp"
 
 int main(int argc, char** argv) {
-  CLI::App app("User accounts of Windows domains", "twk");
-  CLI11_PARSE(app, argc, argv);
-  return 0;
+  return twk::cli::run_command_line(argc, argv);
 }

@@ -1,0 +1,95 @@
+#include "cli/command_line.hpp"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "base/text.hpp"
+#include "cli/commands.hpp"
+#include "cli/context.hpp"
+#include "cli/exit_codes.hpp"
+#include "cli/failures.hpp"
+#include "cli/interrupt.hpp"
+
+namespace twk::cli {
+namespace {
+
+constexpr std::string_view kFooter =
+    "Exit code: 0 GREEN, 1 YELLOW, 2 RED, 64 usage, 65 bad input data, 70 a fault of the program,\n"
+    "77 not permitted. A value that begins with \"-\" is given as --option=-value, or behind \"--\".";
+
+void add_global_options(CLI::App& app, GlobalOptions& options) {
+  app.add_option("--lab", options.lab, "Folder of the lab to work in; TWK_LAB in the environment else")
+      ->type_name("DIR");
+  app.add_flag("--live", options.live)->group("");
+  app.add_option("--db", options.db, "Database directory for this run")->type_name("DIR");
+  app.add_flag("--json", options.json, "Results as one JSON object a line");
+  auto* yes = app.add_flag("--yes", options.yes, "Answer every question with Yes");
+  app.add_flag("--no-input", options.no_input, "Never ask; every question gets No")->excludes(yes);
+  app.add_flag("--debug", options.debug, "Details in Log.txt, passwords included; errors are not trapped");
+}
+
+/// Refuses what no name, path or text given here may hold.
+void check_arguments(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    if (!base::is_valid_utf8(argument))
+      throw UsageError("argument " + std::to_string(i) + " is not valid UTF-8");
+    if (const auto control = base::find_control_character(argument)) {
+      throw UsageError("argument " + std::to_string(i) + " holds the control character " + *control);
+    }
+  }
+}
+
+/// True when a command is to be run; false when help or the version was asked for and given.
+bool parse(CLI::App& app, int argc, char** argv) {
+  try {
+    app.parse(argc, argv);
+    return true;
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0)
+      throw UsageError(std::string(error.what()) + ". Try --help.");
+    app.exit(error, std::cout, std::cerr);
+    std::cout.flush();
+    return false;
+  }
+}
+
+int run(int argc, char** argv) {
+  check_arguments(argc, argv);
+  Context context;
+  CLI::App app("User accounts of Windows domains", "twk");
+  app.footer(std::string(kFooter));
+  app.set_version_flag("--version", std::string("twk ") + TWK_VERSION);
+  app.require_subcommand(1);
+  app.fallthrough();
+  add_global_options(app, context.options());
+  add_lab_commands(app, context);
+  add_settings_commands(app, context);
+  add_site_commands(app, context);
+  add_template_commands(app, context);
+  add_table_commands(app, context);
+  add_format_command(app, context);
+  add_user_commands(app, context);
+  add_group_commands(app, context);
+  add_log_commands(app, context);
+  if (!parse(app, argc, argv))
+    return kExitGreen;
+  if (context.options().live)
+    throw UsageError("--live is not available: this build works on labs only, give --lab DIR");
+  catch_interrupts();
+  const int exit_code = context.run();
+  context.output().finish();
+  return exit_code;
+}
+
+}  // namespace
+
+int run_command_line(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (...) {
+    return report_failure();
+  }
+}
+
+}  // namespace twk::cli

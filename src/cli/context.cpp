@@ -1,0 +1,155 @@
+#include "cli/context.hpp"
+
+#include <cstdlib>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "cli/exit_codes.hpp"
+#include "cli/failures.hpp"
+#include "cli/run_registry.hpp"
+#include "lab/lab.hpp"
+#include "session/settings.hpp"
+#include "session/start_up.hpp"
+
+namespace twk::cli {
+namespace {
+
+std::string root_key(std::string_view sub_key) {
+  return std::string(session::kTree) + "\\" + std::string(sub_key);
+}
+
+/// The rows of the log tab from `first` on that are no GREEN ones.
+void tell_log_rows(const session::Session& session, std::size_t first) {
+  const controls::ListView& rows = session.form1.ListView1;
+  for (std::size_t i = first; i < rows.size(); ++i) {
+    const controls::ListRow& row = rows.at(i);
+    if (row.icon != session::kGreen)
+      complain(row.icon + ": " + std::string(base::trim(row.text)));
+  }
+}
+
+}  // namespace
+
+struct Context::World {
+  World(const std::filesystem::path& folder, platform::Dialogs& dialogs)
+      : lab(folder, [](const std::string& warning) { complain(warning); }),
+        stored(lab.platform(dialogs)),
+        registry(stored.registry),
+        services{.registry = registry,
+                 .directory = stored.directory,
+                 .query = stored.query,
+                 .files = stored.files,
+                 .network = stored.network,
+                 .process = stored.process,
+                 .environment = stored.environment,
+                 .clock = stored.clock,
+                 .dialogs = dialogs} {}
+
+  lab::Lab lab;
+  platform::Platform stored;
+  RunRegistry registry;
+  platform::Platform services;
+};
+
+Context::Context() = default;
+Context::~Context() = default;
+
+int Context::run() {
+  output_.set_json(options_.json);
+  if (options_.yes)
+    dialogs_.set_asking(Asking::kYes);
+  if (options_.no_input)
+    dialogs_.set_asking(Asking::kNoInput);
+  return action_();
+}
+
+std::filesystem::path Context::lab_folder() const {
+  if (!options_.lab.empty())
+    return options_.lab;
+  const char* variable = std::getenv("TWK_LAB");  // NOLINT(concurrency-mt-unsafe): one thread
+  if (variable != nullptr && *variable != '\0')
+    return variable;
+  throw UsageError(
+      "no lab: give --lab DIR in front of the command, or set TWK_LAB; `twk lab init DIR --sample` makes one");
+}
+
+Context::World& Context::world() {
+  if (world_)
+    return *world_;
+  const std::filesystem::path folder = lab_folder();
+  std::error_code unreadable;
+  if (!std::filesystem::exists(folder / "lab.conf", unreadable) && !unreadable)
+    throw BadInput(folder.string() + " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
+  world_ = std::make_unique<World>(folder, dialogs_);
+  std::string domain;
+  if (!world_->stored.registry.Reg_Read(platform::kHiveLocalMachine, root_key("Setup"), "Domain", domain))
+    override_setting("Setup", "Domain", domain_name(world_->lab.config()));
+  if (!options_.db.empty())
+    override_setting("Setup", "DataBasePath", std::filesystem::absolute(options_.db).string());
+  return *world_;
+}
+
+lab::Lab& Context::lab() {
+  return world().lab;
+}
+
+const platform::Platform& Context::services() {
+  return world().services;
+}
+
+platform::RegistryAccess& Context::registry() {
+  return world().stored.registry;
+}
+
+platform::RegistryListing& Context::registry_listing() {
+  return world().lab.registry_listing();
+}
+
+Domain Context::domain() {
+  World& opened = world();
+  const lab::LabConfig& config = opened.lab.config();
+  return {.services = opened.services,
+          .name = domain_name(config),
+          .nt_name = config.netbios,
+          .active_directory = config.kind != lab::DomainKind::kNt};
+}
+
+void Context::override_setting(std::string_view sub_key, std::string_view name, std::string value) {
+  world().registry.put(root_key(sub_key), name, std::move(value));
+}
+
+session::Session& Context::session(Depth depth) {
+  if (session_)
+    return *session_;
+  World& opened = world();
+  std::string database = opened.lab.database_path();
+  while (database.ends_with('/'))
+    database.pop_back();
+  session_ = std::make_unique<session::Session>(opened.services, options_.debug ? "/DEBUG" : "", database);
+  session::Session& session = *session_;
+  session::StartUp result = session::StartUp::kReady;
+  if (depth == Depth::kSettings)
+    session::read_settings(session);
+  else if (depth == Depth::kDatabases)
+    session::start_session_without_domain(session);
+  else
+    result = session::start_session(session);
+  tell_log_rows(session, 0);
+  if (result == session::StartUp::kNotPermitted)
+    throw base::RuntimeError(platform::ads_error::kAccessDenied, "You may not run this program.");
+  if (depth == Depth::kDomain && session.form1.TreeView1.first() == nullptr)
+    throw Refused(session.form1.StatusBar1.panel1);
+  return session;
+}
+
+void act(session::Session& session, const std::function<void()>& operation) {
+  const std::string before = session.form1.StatusBar1.panel1;
+  const std::size_t rows = session.form1.ListView1.size();
+  operation();
+  tell_log_rows(session, rows);
+  const std::string& after = session.form1.StatusBar1.panel1;
+  if (after != before && !after.empty())
+    complain(after);
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "cli/console_dialogs.hpp"
+#include "cli/directory_reader.hpp"
+#include "cli/output.hpp"
+#include "session/session.hpp"
+
+namespace twk::lab {
+class Lab;
+}
+
+namespace twk::cli {
+
+/// The options in front of the command.
+struct GlobalOptions {
+  std::string lab;
+  bool live = false;
+  std::string db;
+  bool json = false;
+  bool yes = false;
+  bool no_input = false;
+  bool debug = false;
+};
+
+/// How much of a session a command needs.
+enum class Depth {
+  kSettings,   ///< the settings are read
+  kDatabases,  ///< the database directory is listed too
+  kDomain,     ///< the whole start-up: the domain is in the tree and the lists as well
+};
+
+/// What one run of the program works with. The lab and the session are opened when a command asks for them.
+class Context {
+ public:
+  Context();
+  Context(const Context&) = delete;
+  Context& operator=(const Context&) = delete;
+  ~Context();
+
+  GlobalOptions& options() { return options_; }
+  Output& output() { return output_; }
+  ConsoleDialogs& dialogs() { return dialogs_; }
+
+  /// What the parsed command does; it gives the exit code.
+  void set_action(std::function<int()> action) { action_ = std::move(action); }
+  /// Puts the options into force and runs the action.
+  int run();
+
+  /// The folder of the lab, from the command line or the environment. Raises `UsageError` without one.
+  [[nodiscard]] std::filesystem::path lab_folder() const;
+  /// The lab of that folder. Raises `BadInput` when there is none.
+  lab::Lab& lab();
+  const platform::Platform& services();
+  /// The registry as the lab keeps it, and all that is in it.
+  platform::RegistryAccess& registry();
+  platform::RegistryListing& registry_listing();
+  Domain domain();
+  /// Lets a setting of the machine have a value for this run; what is stored stays as it is.
+  void override_setting(std::string_view sub_key, std::string_view name, std::string value);
+  /// Opens the session. Raises `Refused` when the domain is needed and cannot be loaded.
+  session::Session& session(Depth depth);
+
+ private:
+  struct World;
+  World& world();
+
+  GlobalOptions options_;
+  Output output_;
+  ConsoleDialogs dialogs_;
+  std::function<int()> action_;
+  std::unique_ptr<World> world_;
+  std::unique_ptr<session::Session> session_;
+};
+
+/// Runs an operation of the windows. What it leaves in the status bar reaches standard error, and so do the
+/// faults that it puts into the log tab.
+void act(session::Session& session, const std::function<void()>& operation);
+
+}  // namespace twk::cli

@@ -1,0 +1,361 @@
+#include "cli/directory_reader.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "cli/failures.hpp"
+#include "cli/near_matches.hpp"
+#include "platform/adsi.hpp"
+#include "platform/ldap_text.hpp"
+
+namespace twk::cli {
+namespace {
+
+using platform::ObjectPtr;
+using platform::Value;
+
+constexpr std::string_view kUsers = "(objectCategory=person)(objectClass=user)";
+constexpr std::string_view kGroups = "(objectCategory=group)(objectClass=group)";
+constexpr std::int32_t kGlobal = 2;
+constexpr std::int32_t kLocal = 4;
+constexpr std::int32_t kUniversal = 8;
+constexpr std::size_t kHours = 21;
+
+std::string ldap_path(const Domain& domain, std::string_view dn) {
+  return "LDAP://" + domain.name + (dn.empty() ? "" : "/" + std::string(dn));
+}
+
+std::string winnt_path(const Domain& domain, std::string_view name) {
+  return "WinNT://" + domain.nt_name + (name.empty() ? "" : "/" + std::string(name));
+}
+
+/// The distinguished name in "LDAP://twk.test/CN=…".
+std::string dn_of_path(std::string_view path) {
+  const std::size_t slash = path.find('/', std::string_view("LDAP://").size());
+  return std::string(slash == base::npos ? path : path.substr(slash + 1));
+}
+
+/// "jsmith" of "CN=jsmith".
+std::string bare_name(std::string_view name) {
+  const std::size_t equals = name.find('=');
+  return equals == base::npos ? std::string(name) : platform::unescape_dn_value(name.substr(equals + 1));
+}
+
+/// An attribute's value, nothing where it has none.
+Value get(const ObjectPtr& object, std::string_view attribute) {
+  try {
+    return object->Get(attribute);
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() == platform::ads_error::kPropertyNotFound)
+      return {};
+    throw;
+  }
+}
+
+std::int32_t get_number(const ObjectPtr& object, std::string_view attribute) {
+  const Value value = get(object, attribute);
+  return value.is_empty() ? 0 : value.integer();
+}
+
+using Row = std::vector<Value>;
+
+std::vector<Row> query(const Domain& domain, std::string_view base_dn, const std::string& filter,
+                       std::vector<std::string> attributes) {
+  platform::QueryOptions options;
+  options.page_size = 1000;
+  const std::size_t count = attributes.size();
+  const auto records = domain.services.query.execute(
+      {ldap_path(domain, base_dn), filter, std::move(attributes), platform::Scope::kSubtree}, options);
+  std::vector<Row> rows;
+  for (; !records->at_eof(); records->MoveNext()) {
+    Row& row = rows.emplace_back();
+    for (std::size_t i = 0; i < count; ++i)
+      row.push_back(records->field(i));
+  }
+  records->Close();
+  return rows;
+}
+
+std::string conjunction(std::string_view conditions, const std::string& further = {}) {
+  return "(&" + std::string(conditions) + further + ")";
+}
+
+void sort_by_name(std::vector<Json>& rows) {
+  const auto key = [](const Json& row) { return base::upper(row["name"].get_ref<const std::string&>()); };
+  std::stable_sort(rows.begin(), rows.end(), [&](const Json& a, const Json& b) { return key(a) < key(b); });
+}
+
+/// The children of one class of a WinNT domain.
+std::vector<ObjectPtr> winnt_children(const Domain& domain, const std::string& object_class) {
+  std::vector<ObjectPtr> out;
+  const std::array<std::string, 1> classes = {object_class};
+  domain.services.directory.GetObject(winnt_path(domain, {}))->enumerate(classes, [&](const ObjectPtr& child) {
+    out.push_back(child);
+    return true;
+  });
+  return out;
+}
+
+std::vector<std::string> names_of(const std::vector<Json>& rows) {
+  std::vector<std::string> names;
+  for (const Json& row : rows)
+    names.push_back(row["name"].get<std::string>());
+  return names;
+}
+
+/// The path of the one object of these conditions that bears the name.
+std::string locate(const Domain& domain, std::string_view kind, std::string_view conditions,
+                   std::string_view name, const std::function<std::vector<Json>()>& all) {
+  const std::string value = platform::escape_filter_value(name);
+  std::string either = "(|";
+  for (const std::string_view attribute : {"sAMAccountName", "cn", "userPrincipalName", "distinguishedName"})
+    either += "(" + std::string(attribute) + "=" + value + ")";
+  const auto rows = query(domain, {}, conjunction(conditions, either + ")"), {"ADsPath", "sAMAccountName"});
+  if (rows.empty())
+    throw Refused(no_such_text(kind, name, names_of(all())));
+  const auto exact = std::find_if(rows.begin(), rows.end(), [&](const Row& row) {
+    return base::equals_fold(row[1].text(), name);
+  });
+  if (exact != rows.end())
+    return (*exact)[0].text();
+  if (rows.size() > 1)
+    throw Refused("More than one " + std::string(kind) + " is called \"" + std::string(name) + "\".");
+  return rows.front()[0].text();
+}
+
+/// Binds an account of a WinNT domain.
+ObjectPtr bind_winnt(const Domain& domain, std::string_view kind, std::string_view name,
+                     std::string_view object_class, const std::function<std::vector<Json>()>& all) {
+  try {
+    if (name.find_first_of("/,") != base::npos)
+      throw Refused(no_such_text(kind, name, {}));
+    return domain.services.directory.GetObject(winnt_path(domain, name) + "," + std::string(object_class));
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() == platform::ads_error::kAccessDenied)
+      throw;
+    throw Refused(no_such_text(kind, name, names_of(all())));
+  }
+}
+
+std::string hex_digits(const base::Bytes& bytes) {
+  return Value(bytes).text();
+}
+
+/// The day an account expires as "2026-12-31"; nothing for never.
+Json expiry(const platform::User& user, bool active_directory) {
+  base::Date date;
+  try {
+    date = user.AccountExpirationDate();
+  } catch (const base::RuntimeError&) {
+    if (active_directory)
+      throw;
+    return nullptr;  // how a WinNT object says that there is none
+  }
+  const base::CivilTime parts = base::civil_time(date);
+  if (parts.year <= 1970)
+    return nullptr;
+  return base::to_text(parts.year, 4) + "-" + base::to_text(parts.month, 2) + "-" + base::to_text(parts.day, 2);
+}
+
+Json sorted_names(std::vector<std::string> names) {
+  std::sort(names.begin(), names.end(),
+            [](const std::string& a, const std::string& b) { return base::upper(a) < base::upper(b); });
+  return names;
+}
+
+/// The name of the group whose token is `rid`.
+std::string group_of_token(const Domain& domain, std::int32_t rid) {
+  for (const Row& row : query(domain, {}, conjunction(kGroups), {"Name", "primaryGroupToken"})) {
+    if (!row[1].is_empty() && row[1].integer() == rid)
+      return row[0].text();
+  }
+  return {};
+}
+
+std::string primary_group_in_nt(const Domain& domain, const ObjectPtr& user) {
+  const std::int32_t rid = get_number(user, "PrimaryGroupID");
+  for (const ObjectPtr& group : user->Groups()) {
+    const Value sid = get(
+        domain.services.directory.GetObject(winnt_path(domain, group->Name()) + ",group"), "objectSID");
+    const base::Bytes& bytes = sid.bytes();
+    std::uint32_t last = 0;
+    for (std::size_t i = 1; i <= 4 && i <= bytes.size(); ++i)
+      last = last << 8U | bytes[bytes.size() - i];
+    if (last == static_cast<std::uint32_t>(rid))
+      return group->Name();
+  }
+  return {};
+}
+
+Json user_row(std::string name, std::string full_name, std::string description, bool disabled,
+              std::string dn) {
+  return {{"name", std::move(name)},
+          {"fullName", std::move(full_name)},
+          {"description", std::move(description)},
+          {"disabled", disabled},
+          {"dn", std::move(dn)}};
+}
+
+Json group_row(std::string name, std::int32_t type, bool builtin, std::string description, std::string dn,
+               bool active_directory) {
+  std::string scope = "local";
+  if ((type & kGlobal) != 0)
+    scope = "global";
+  else if ((type & kUniversal) != 0)
+    scope = "universal";
+  else if (active_directory && (type & kLocal) != 0)
+    scope = builtin ? "builtin local" : "domain local";
+  return {{"name", std::move(name)},
+          {"kind", active_directory && type >= 0 ? "distribution" : "security"},
+          {"scope", std::move(scope)},
+          {"description", std::move(description)},
+          {"dn", std::move(dn)}};
+}
+
+}  // namespace
+
+std::string domain_dn(const Domain& domain) {
+  std::string out;
+  for (const std::string& label : base::split(domain.name, '.'))
+    out += (out.empty() ? "DC=" : ",DC=") + label;
+  return out;
+}
+
+std::vector<Json> list_users(const Domain& domain, std::string_view ou) {
+  std::vector<Json> out;
+  if (domain.active_directory) {
+    const std::string base_dn = ou.empty() ? std::string() : locate_ou(domain, ou);
+    for (const Row& row : query(domain, base_dn, conjunction(kUsers),
+                                {"sAMAccountName", "displayName", "description", "userAccountControl",
+                                 "distinguishedName"})) {
+      const bool disabled =
+          !row[3].is_empty() && (row[3].integer() & platform::kFlagAccountDisabled) != 0;
+      out.push_back(user_row(row[0].text(), row[1].text(), row[2].text(), disabled, row[4].text()));
+    }
+  } else {
+    if (!ou.empty())
+      throw Refused("A WinNT domain has no organizational units.");
+    for (const ObjectPtr& object : winnt_children(domain, "User")) {
+      const platform::User user(object);
+      out.push_back(
+          user_row(user.Name(), user.FullName(), user.Description(), user.AccountDisabled(), {}));
+    }
+  }
+  sort_by_name(out);
+  return out;
+}
+
+std::string locate_user(const Domain& domain, std::string_view name) {
+  const auto all = [&] { return list_users(domain, {}); };
+  if (domain.active_directory)
+    return dn_of_path(locate(domain, "user", kUsers, name, all));
+  return bind_winnt(domain, "user", name, "user", all)->Name();
+}
+
+Json describe_user(const Domain& domain, std::string_view name) {
+  const std::string located = locate_user(domain, name);
+  const bool ad = domain.active_directory;
+  const ObjectPtr object = domain.services.directory.GetObject(
+      ad ? ldap_path(domain, located) : winnt_path(domain, located) + ",user");
+  const std::string account = ad ? get(object, "samAccountName").text() : object->Name();
+  // The flags that only the WinNT object carries, in every kind of domain.
+  const ObjectPtr flags_object =
+      ad ? domain.services.directory.GetObject(winnt_path(domain, account) + ",user") : object;
+  const std::int32_t flags = get_number(flags_object, "UserFlags");
+  const platform::User user(object);
+
+  std::vector<std::string> groups;
+  for (const ObjectPtr& group : user.Groups())
+    groups.push_back(bare_name(group->Name()));
+  const std::string primary = ad ? group_of_token(domain, get_number(object, "primaryGroupID"))
+                                 : primary_group_in_nt(domain, object);
+  if (!primary.empty() && std::find(groups.begin(), groups.end(), primary) == groups.end())
+    groups.push_back(primary);
+  base::Bytes hours = user.LoginHours();
+  if (hours.empty())
+    hours.assign(kHours, 255);
+
+  return {{"name", bare_name(user.Name())},
+          {"dn", ad ? located : std::string()},
+          {"samAccountName", account},
+          {"userPrincipalName", ad ? get(object, "userPrincipalName").text() : std::string()},
+          {"fullName", user.FullName()},
+          {"description", user.Description()},
+          {"homeDirectory", user.HomeDirectory()},
+          {"homeDrive", get(object, ad ? "HomeDrive" : "HomeDirDrive").text()},
+          {"profilePath", user.Profile()},
+          {"loginScript", user.LoginScript()},
+          {"disabled", user.AccountDisabled()},
+          {"locked", user.IsAccountLocked()},
+          {"passwordNeverExpires", (flags & platform::kFlagPasswordNeverExpires) != 0},
+          {"cannotChangePassword", (flags & platform::kFlagCannotChangePassword) != 0},
+          {"mustChangePassword", get_number(flags_object, "PasswordExpired") != 0},
+          {"expires", expiry(user, ad)},
+          {"primaryGroup", primary},
+          {"groups", sorted_names(std::move(groups))},
+          {"logonHours", hex_digits(hours)}};
+}
+
+std::vector<Json> list_groups(const Domain& domain) {
+  std::vector<Json> out;
+  if (domain.active_directory) {
+    for (const Row& row : query(domain, {}, conjunction(kGroups),
+                                {"Name", "GroupType", "description", "distinguishedName"})) {
+      const bool builtin = base::find_fold(row[3].text(), "builtin") != base::npos;
+      out.push_back(
+          group_row(row[0].text(), row[1].integer(), builtin, row[2].text(), row[3].text(), true));
+    }
+  } else {
+    for (const ObjectPtr& group : winnt_children(domain, "Group")) {
+      out.push_back(group_row(group->Name(), get_number(group, "groupType"), false,
+                              get(group, "Description").text(), {}, false));
+    }
+  }
+  sort_by_name(out);
+  return out;
+}
+
+Json describe_group(const Domain& domain, std::string_view name) {
+  const auto all = [&] { return list_groups(domain); };
+  const bool ad = domain.active_directory;
+  const ObjectPtr group = ad ? domain.services.directory.GetObject(locate(domain, "group", kGroups, name, all))
+                             : bind_winnt(domain, "group", name, "group", all);
+  const std::string dn = ad ? dn_of_path(group->ADsPath()) : std::string();
+  Json out = group_row(bare_name(group->Name()), get_number(group, "groupType"),
+                       base::find_fold(dn, "builtin") != base::npos, get(group, "Description").text(), dn, ad);
+  std::vector<std::string> members;
+  for (const ObjectPtr& member : group->Members())
+    members.push_back(bare_name(member->Name()));
+  if (ad) {
+    const std::string token = std::to_string(get_number(group, "primaryGroupToken"));
+    for (const Row& row : query(domain, {}, conjunction(kUsers, "(primaryGroupID=" + token + ")"), {"Name"}))
+      members.push_back(row[0].text());
+  }
+  out["members"] = sorted_names(std::move(members));
+  return out;
+}
+
+std::vector<std::string> list_ous(const Domain& domain) {
+  std::vector<std::string> names;
+  if (!domain.active_directory)
+    return names;
+  for (const Row& row : query(domain, {}, "(objectClass=organizationalUnit)", {"distinguishedName"}))
+    names.push_back(row[0].text());
+  return names;
+}
+
+std::string locate_ou(const Domain& domain, std::string_view dn) {
+  if (!domain.active_directory)
+    throw Refused("A WinNT domain has no organizational units.");
+  const auto rows = query(
+      domain, {}, "(|(objectClass=organizationalUnit)(objectClass=container)(objectClass=builtinDomain))",
+      {"distinguishedName"});
+  std::vector<std::string> names = {domain_dn(domain)};
+  for (const Row& row : rows)
+    names.push_back(row[0].text());
+  return find_name("organizational unit", dn, names);
+}
+
+}  // namespace twk::cli

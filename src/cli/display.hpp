@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// Text for a terminal.
+namespace twk::cli {
+
+/// Columns that the text takes on a terminal: two for an East Asian wide character or a pictograph, none for
+/// a combining mark, one for any other.
+std::size_t display_width(std::string_view text);
+/// The longest beginning of the text that takes at most `width` columns.
+std::string_view clip(std::string_view text, std::size_t width);
+/// The text with blanks behind it up to `width` columns.
+std::string pad(std::string_view text, std::size_t width);
+
+/// Safe to write to a terminal: each control character as "<U+001B>", each byte that is not UTF-8 as U+FFFD.
+/// `keep_lines` lets line ends pass, as "\n".
+std::string printable(std::string_view text, bool keep_lines = false);
+
+/// A runtime number in decimal, an HRESULT as "0x80070005".
+std::string error_number_text(std::uint32_t number);
+
+/// True when the stream is a terminal.
+bool is_terminal(int descriptor);
+/// True when colour may be used on the stream: a terminal that is not "dumb", and no NO_COLOR in the
+/// environment.
+bool may_colour(int descriptor);
+
+}  // namespace twk::cli

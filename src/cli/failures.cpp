@@ -1,0 +1,72 @@
+#include "cli/failures.hpp"
+
+#include <cstdio>
+#include <new>
+
+#include "base/errors.hpp"
+#include "cli/display.hpp"
+#include "cli/exit_codes.hpp"
+#include "local/regedit.hpp"
+#include "platform/directory.hpp"
+#include "session/activity_log.hpp"
+
+namespace twk::cli {
+namespace {
+
+int exit_code_of_error(std::uint32_t number) {
+  switch (number) {
+    case base::error::kPermissionDenied:
+    case base::error::kPathFileAccess:
+    case platform::ads_error::kAccessDenied:
+    case platform::ads_error::kLogonFailure:
+      return kExitNotPermitted;
+    case base::error::kBadFileName:
+    case base::error::kFileNotFound:
+    case base::error::kPathNotFound:
+    case local::kInvalidFileFormat:
+      return kExitBadData;
+    default:
+      return kExitFault;
+  }
+}
+
+}  // namespace
+
+int exit_code_of_light(std::string_view light) {
+  if (light == session::kGreen)
+    return kExitGreen;
+  return light == session::kYellow ? kExitYellow : kExitRed;
+}
+
+void complain(std::string_view text) {
+  std::fprintf(stderr, "twk: %s\n", printable(text).c_str());
+}
+
+int report_failure() {
+  try {
+    throw;
+  } catch (const UsageError& failure) {
+    complain(failure.what());
+    return kExitUsage;
+  } catch (const BadInput& failure) {
+    complain(failure.what());
+    return kExitBadData;
+  } catch (const Refused& failure) {
+    complain(failure.what());
+    return kExitRed;
+  } catch (const base::RuntimeError& failure) {
+    complain(failure.description() + " (error " + error_number_text(failure.number()) + ")");
+    return exit_code_of_error(failure.number());
+  } catch (const std::bad_alloc&) {
+    complain("out of memory");
+    return kExitFault;
+  } catch (const std::exception& failure) {
+    complain(std::string("unexpected fault: ") + failure.what());
+    return kExitFault;
+  } catch (...) {
+    complain("unexpected fault");
+    return kExitFault;
+  }
+}
+
+}  // namespace twk::cli

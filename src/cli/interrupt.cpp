@@ -1,0 +1,39 @@
+#include "cli/interrupt.hpp"
+
+#include <unistd.h>
+
+#include <csignal>
+
+namespace twk::cli {
+namespace {
+
+// A signal handler can reach nothing but a variable of the program.
+volatile std::sig_atomic_t was_interrupted = 0;
+
+extern "C" void on_interrupt(int) {
+  if (was_interrupted != 0)
+    _exit(130);
+  was_interrupted = 1;
+}
+
+extern "C" void on_lost_reader(int) {}
+
+}  // namespace
+
+void catch_interrupts() {
+  struct sigaction action = {};
+  action.sa_flags = SA_RESTART;
+  sigemptyset(&action.sa_mask);
+  action.sa_handler = on_interrupt;
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+  // A handler and not SIG_IGN, which programs that are started here would inherit.
+  action.sa_handler = on_lost_reader;
+  sigaction(SIGPIPE, &action, nullptr);
+}
+
+bool interrupted() {
+  return was_interrupted != 0;
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace twk::cli {
+
+/// From here on Ctrl-C (SIGINT) and SIGTERM do not end the program but are remembered, so that the work stops
+/// after the item in hand. A second one ends the program at once, with 130. A reader that goes away (SIGPIPE)
+/// is passed over.
+void catch_interrupts();
+/// True once Ctrl-C was pressed.
+bool interrupted();
+
+}  // namespace twk::cli

@@ -1,0 +1,142 @@
+#include <map>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "cli/commands.hpp"
+#include "cli/context.hpp"
+#include "cli/exit_codes.hpp"
+#include "cli/failures.hpp"
+#include "cli/input.hpp"
+#include "cli/lab_import.hpp"
+#include "cli/sample_lab.hpp"
+#include "lab/entry_store.hpp"
+#include "lab/lab.hpp"
+#include "lab/lab_create.hpp"
+#include "session/settings.hpp"
+
+namespace twk::cli {
+namespace {
+
+const std::map<std::string, lab::DomainKind> kKinds = {{"native", lab::DomainKind::kNative},
+                                                       {"mixed", lab::DomainKind::kMixed},
+                                                       {"nt", lab::DomainKind::kNt}};
+
+const std::vector<Column> kFields = {{"lab", "Lab"},         {"domain", "Domain"}, {"netbios", "Pre-2000 name"},
+                                     {"kind", "Kind"},       {"users", "Users"},   {"groups", "Groups"},
+                                     {"ous", "OUs"},         {"controller", "Controller"},
+                                     {"database", "Database"}};
+
+struct InitArguments {
+  std::string folder;
+  lab::LabPlan plan;
+  std::string domain;
+  std::string kind = "native";
+  bool sample = false;
+};
+
+std::string kind_text(lab::DomainKind kind) {
+  for (const auto& [name, value] : kKinds) {
+    if (value == kind)
+      return name;
+  }
+  return {};
+}
+
+int show_info(Context& context) {
+  const lab::LabConfig& config = context.lab().config();
+  const Domain domain = context.domain();
+  context.output().details(kFields, {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
+                                     {"domain", lab::domain_name(config)},
+                                     {"netbios", config.netbios},
+                                     {"kind", kind_text(config.kind)},
+                                     {"users", list_users(domain, {}).size()},
+                                     {"groups", list_groups(domain).size()},
+                                     {"ous", list_ous(domain).size()},
+                                     {"controller", config.controller},
+                                     {"database", context.session(Depth::kSettings).form1.dbpath.text.get()}});
+  return kExitGreen;
+}
+
+/// A name without a dot is a pre-2000 one: what a lab of kind nt is called, and no other can be.
+void choose_names(InitArguments& arguments) {
+  arguments.plan.kind = kKinds.at(base::lower(arguments.kind));
+  const bool dotted = arguments.domain.find('.') != base::npos;
+  if (arguments.plan.kind == lab::DomainKind::kNt) {
+    if (dotted)
+      throw UsageError("the name of a domain of kind nt has no dot");
+    arguments.plan.netbios = arguments.domain.empty() ? "OLDNT" : base::upper(arguments.domain);
+    arguments.plan.ous = 0;
+  } else if (!arguments.domain.empty()) {
+    if (!dotted)
+      throw UsageError("the name of a native or mixed domain has a dot, such as twk.test");
+    arguments.plan.domain = base::lower(arguments.domain);
+  }
+}
+
+int init_lab(Context& context, InitArguments& arguments) {
+  choose_names(arguments);
+  lab::create_lab(arguments.folder, arguments.plan);
+  context.options().lab = arguments.folder;
+  const std::string domain = context.domain().name;
+  if (!context.registry().Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\Setup",
+                                    "Domain", domain))
+    throw base::RuntimeError(base::error::kPathFileAccess, "Cannot write the setting Domain");
+  if (arguments.sample)
+    fill_sample_lab(context);
+  return show_info(context);
+}
+
+int import_lab(Context& context, const std::string& file) {
+  const LabImport result = import_ldif(context.lab_folder(), read_input(file));
+  context.output().result({{"made", result.made},
+                           {"added", result.added},
+                           {"changed", result.changed},
+                           {"skipped", result.skipped}},
+                          std::to_string(result.added) + " entries added, " + std::to_string(result.changed) +
+                              " changed, " + std::to_string(result.skipped) + " were there already.");
+  return kExitGreen;
+}
+
+int export_lab(Context& context) {
+  context.lab();
+  const auto store = lab::open_entry_store(context.lab_folder(), [](const std::string& text) { complain(text); });
+  context.output().raw("version: 1\n\n");
+  store->export_to([&](std::string_view piece) { context.output().raw(piece); });
+  return kExitGreen;
+}
+
+}  // namespace
+
+void add_lab_commands(CLI::App& app, Context& context) {
+  auto* group = app.add_subcommand("lab", "Make a lab, fill it, look at it");
+  group->require_subcommand(1);
+
+  auto arguments = std::make_shared<InitArguments>();
+  auto* init = group->add_subcommand("init", "Make a lab in a new or empty folder");
+  init->add_option("DIR", arguments->folder, "The folder")->required();
+  init->add_option("--domain", arguments->domain, "Name of the domain; twk.test if not given")->type_name("NAME");
+  init->add_option("--kind", arguments->kind, "native, mixed or nt; native if not given")
+      ->type_name("KIND")
+      ->check(CLI::IsMember(kKinds, CLI::ignore_case));
+  const auto number = CLI::Range(std::size_t{0}, std::size_t{1000000});
+  init->add_option("--users", arguments->plan.users, "Number of users")->type_name("N")->check(number);
+  init->add_option("--groups", arguments->plan.groups, "Number of groups")->type_name("N")->check(number);
+  init->add_option("--ous", arguments->plan.ous, "Number of organizational units")->type_name("N")->check(number);
+  init->add_option("--seed", arguments->plan.seed, "Equal seeds make equal labs")->type_name("N");
+  init->add_flag("--sample", arguments->sample, "Add a site, a template and settings to begin with");
+  init->callback([=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
+
+  auto file = std::make_shared<std::string>();
+  auto* import = group->add_subcommand(
+      "import", "Take over the entries of an LDIF file; makes the lab when there is none");
+  import->add_option("LDIF", *file, "The file; - for standard input")->required();
+  import->callback([=, &context] { context.set_action([=, &context] { return import_lab(context, *file); }); });
+
+  auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
+  exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
+
+  auto* info = group->add_subcommand("info", "Tell what the lab is");
+  info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace twk::cli {
+
+/// A result: keys in the order in which they are printed.
+using Json = nlohmann::ordered_json;
+
+/// A key of a result and its heading for people.
+struct Column {
+  std::string key;
+  std::string title;
+};
+
+/// Standard output. With `json` each result is one object a line with its keys as given; otherwise results
+/// are tables and lists for people, aligned by display width, lights in colour on a terminal.
+///
+/// A reader that goes away (`| head`) does not stop the work: what cannot be written is dropped, and
+/// `finish` tells any other reason.
+class Output {
+ public:
+  void set_json(bool json) { json_ = json; }
+  [[nodiscard]] bool json() const { return json_; }
+
+  /// One row a result, under headings.
+  void table(const std::vector<Column>& columns, const std::vector<Json>& rows);
+  /// One result, a line a key.
+  void details(const std::vector<Column>& fields, const Json& result);
+  /// One result as it comes; `text` is its form for people, control characters made visible.
+  void result(const Json& object, std::string_view text);
+  /// The bytes as they are, whatever the form of results.
+  void raw(std::string_view bytes);
+  /// The word of a light, coloured where that is wanted.
+  [[nodiscard]] std::string light(std::string_view word) const;
+
+  /// Writes out what is held back. Raises a runtime error when something could not be written, but for a
+  /// reader that went away.
+  void finish();
+
+ private:
+  void write(std::string_view bytes);
+  [[nodiscard]] std::string cell(const Column& column, const Json& row) const;
+
+  bool json_ = false;
+  int failure_ = 0;  ///< errno of the first failed write
+};
+
+/// A value for people: a list with commas between, True and False as "yes" and "no", nothing as "".
+std::string text_of(const Json& value);
+
+}  // namespace twk::cli

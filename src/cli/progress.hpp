@@ -1,0 +1,32 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace twk::cli {
+
+/// One line on a terminal's standard error that is written over again and again, and nothing at all in a
+/// pipe. Drive it from what the windows hold:
+///
+///     Progress progress;
+///     const auto watch = form1.Import_Text.caption.watch([&] { progress.show(form1.Import_Text.caption); });
+class Progress {
+ public:
+  Progress();
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress();
+
+  /// Shows the text, cut to the width of the terminal; at most about fifteen times a second.
+  void show(std::string_view text);
+  /// Takes the line away, so that other text can be written.
+  void clear();
+
+ private:
+  bool terminal_;
+  bool shown_ = false;
+  std::chrono::steady_clock::time_point last_;
+};
+
+}  // namespace twk::cli

@@ -1,0 +1,191 @@
+#include <algorithm>
+#include <array>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "cli/commands.hpp"
+#include "cli/context.hpp"
+#include "cli/exit_codes.hpp"
+#include "cli/failures.hpp"
+#include "cli/input.hpp"
+#include "local/regedit.hpp"
+#include "platform/registry.hpp"
+#include "session/settings.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct SettingsArguments {
+  std::string key;
+  std::string name;
+  std::string value;
+  std::string file;
+  bool user = false;
+};
+
+const std::vector<Column> kColumns = {
+    {"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
+
+constexpr std::array kHives = {std::pair{platform::kHiveLocalMachine, std::string_view("HKEY_LOCAL_MACHINE")},
+                               std::pair{platform::kHiveCurrentUser, std::string_view("HKEY_CURRENT_USER")}};
+
+const std::pair<std::uint32_t, std::string_view>& hive_of(const SettingsArguments& arguments) {
+  return kHives[arguments.user ? 1 : 0];
+}
+
+/// "Setup" and "\Setup" as the path below the hive.
+std::string full_key(std::string_view key) {
+  while (key.starts_with('\\'))
+    key.remove_prefix(1);
+  const std::string root(session::kTree);
+  return key.empty() ? root : root + "\\" + std::string(key);
+}
+
+Json to_json(std::string_view hive, std::string_view path, std::string_view name, std::string_view value) {
+  const std::string_view root = session::kTree;
+  const std::string_view below = path.size() > root.size() ? path.substr(root.size() + 1) : "";
+  return {{"hive", hive}, {"key", below}, {"name", name}, {"value", value}};
+}
+
+int get_setting(Context& context, const SettingsArguments& arguments) {
+  const auto& [hive, hive_name] = hive_of(arguments);
+  std::string value;
+  if (!context.registry().Reg_Read(hive, full_key(arguments.key), arguments.name, value))
+    throw Refused("There is no setting " + arguments.key + "\\" + arguments.name + ".");
+  context.output().result(to_json(hive_name, full_key(arguments.key), arguments.name, value), value);
+  return kExitGreen;
+}
+
+/// True for a value that is a password itself, not a format, an instruction or nothing.
+bool is_password(const SettingsArguments& arguments) {
+  constexpr std::array names = {std::string_view("Password"), std::string_view("FormattedPassword"),
+                                std::string_view("Mail_Password")};
+  const bool named = std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+    return base::equals_fold(name, arguments.name);
+  });
+  return named && !arguments.value.empty() && arguments.value.find('%') == base::npos &&
+         !base::equals_fold(arguments.value, "PROMPT");
+}
+
+void write_setting(Context& context, std::uint32_t hive, std::string_view key, std::string_view name,
+                   std::string_view value) {
+  if (!context.registry().Reg_Write(hive, key, name, value)) {
+    throw base::RuntimeError(base::error::kPathFileAccess,
+                             "Cannot write the setting " + std::string(name) + " in " +
+                                 (context.lab_folder() / "settings").string());
+  }
+}
+
+int set_setting(Context& context, const SettingsArguments& arguments, bool from_input) {
+  if (!from_input && is_password(arguments)) {
+    throw UsageError(
+        "A password is not taken from the command line, where others can read it: leave VALUE out and give "
+        "it on standard input.");
+  }
+  const std::string value = from_input ? read_password("-") : arguments.value;
+  write_setting(context, hive_of(arguments).first, full_key(arguments.key), arguments.name, value);
+  return kExitGreen;
+}
+
+int list_settings(Context& context, const SettingsArguments& arguments) {
+  std::vector<Json> rows;
+  for (const auto& [hive, hive_name] : kHives) {
+    if (arguments.user && hive != platform::kHiveCurrentUser)
+      continue;
+    for (const auto& entry : context.registry_listing().entries(hive, full_key(arguments.key)))
+      rows.push_back(to_json(hive_name, entry.key, entry.name, entry.value));
+  }
+  context.output().table(kColumns, rows);
+  return kExitGreen;
+}
+
+int export_settings(Context& context, const SettingsArguments& arguments) {
+  local::RegistryTree tree;
+  for (const auto& [hive, hive_name] : kHives) {
+    if (arguments.user && hive != platform::kHiveCurrentUser)
+      continue;
+    for (const auto& entry : context.registry_listing().entries(hive, session::kTree)) {
+      local::set_registry_value(local::registry_key(tree, std::string(hive_name) + "\\" + entry.key),
+                                {.name = entry.name, .text = entry.value, .other = {}});
+    }
+  }
+  context.output().raw(local::format_regedit(tree));
+  return kExitGreen;
+}
+
+/// The hive of a full path and what is behind it. Raises `BadInput` for a key that is none of the system's.
+std::pair<std::uint32_t, std::string> split_path(const std::string& path) {
+  for (const auto& [hive, hive_name] : kHives) {
+    const std::string root = std::string(hive_name) + "\\" + std::string(session::kTree);
+    if (base::equals_fold(path, root) || base::starts_with_fold(path, root + "\\"))
+      return {hive, path.substr(hive_name.size() + 1)};
+  }
+  throw BadInput("The key " + path + " does not belong to the settings below " +
+                 std::string(session::kTree) + "; nothing was imported.");
+}
+
+int import_settings(Context& context, const SettingsArguments& arguments) {
+  const std::string bytes = read_input(arguments.file);
+  const local::RegistryTree tree =
+      local::parse_regedit(base::is_valid_utf8(bytes) ? bytes : base::from_ansi(bytes));
+  for (const auto& [folded, key] : tree)
+    split_path(key.path);
+  std::size_t count = 0;
+  for (const auto& [folded, key] : tree) {
+    const auto [hive, path] = split_path(key.path);
+    for (const auto& [folded_name, value] : key.values) {
+      if (!value.other.empty())
+        throw BadInput("The value " + value.name + " of " + key.path + " is no text.");
+      write_setting(context, hive, path, value.name, value.text);
+      ++count;
+    }
+  }
+  context.output().result({{"imported", count}}, base::to_text(static_cast<std::int64_t>(count)) +
+                                                     " settings imported.");
+  return kExitGreen;
+}
+
+}  // namespace
+
+void add_settings_commands(CLI::App& app, Context& context) {
+  auto arguments = std::make_shared<SettingsArguments>();
+  auto* settings = app.add_subcommand("settings", "Read and change the settings");
+  settings->require_subcommand(1);
+  const auto add = [&](const char* name, const char* what) {
+    auto* command = settings->add_subcommand(name, what);
+    command->add_flag("--user", arguments->user, "The person's own settings, not those of the machine");
+    return command;
+  };
+  const auto add_key = [&](CLI::App* command) {
+    return command->add_option("KEY", arguments->key, "Key below the tree's root, such as Setup");
+  };
+
+  auto* get = add("get", "Print one value");
+  add_key(get)->required();
+  get->add_option("NAME", arguments->name, "Name of the value")->required();
+  get->callback([=, &context] { context.set_action([=, &context] { return get_setting(context, *arguments); }); });
+
+  auto* set = add("set", "Write one value; without VALUE, a line of standard input");
+  add_key(set)->required();
+  set->add_option("NAME", arguments->name, "Name of the value")->required();
+  auto* value = set->add_option("VALUE", arguments->value, "The text");
+  set->callback([=, &context] {
+    const bool from_input = value->count() == 0;
+    context.set_action([=, &context] { return set_setting(context, *arguments, from_input); });
+  });
+
+  auto* list = add("list", "List values");
+  add_key(list);
+  list->callback([=, &context] { context.set_action([=, &context] { return list_settings(context, *arguments); }); });
+
+  auto* exporting = add("export", "Print all values as REGEDIT4 text");
+  exporting->callback(
+      [=, &context] { context.set_action([=, &context] { return export_settings(context, *arguments); }); });
+
+  auto* importing = add("import", "Take over the values of REGEDIT4 text");
+  importing->add_option("FILE", arguments->file, "The file; - for standard input")->required();
+  importing->callback(
+      [=, &context] { context.set_action([=, &context] { return import_settings(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

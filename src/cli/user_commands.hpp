@@ -1,0 +1,29 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "cli/context.hpp"
+
+/// The parts of the command `user`, a file each, and what they share.
+namespace twk::cli {
+
+void add_user_create(CLI::App& user, Context& context);
+void add_user_import(CLI::App& user, Context& context);
+
+/// What a new user is made with.
+struct CreationPlace {
+  std::string template_name;
+  std::string site;
+  std::string ou;
+  std::string like;
+};
+
+/// --template, --site, and one of --ou and --like.
+void add_place_options(CLI::App& command, CreationPlace& place);
+
+/// Fills the New User tab as a person would: chooses template and site, selects the OU in the tree and
+/// expands it, or selects the user to copy and ticks `Copy_User`. Raises `UsageError` or `Refused`.
+void choose_place(Context& context, session::Session& session, const CreationPlace& place);
+
+}  // namespace twk::cli

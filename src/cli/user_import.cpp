@@ -1,0 +1,207 @@
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "batch/csv_layout.hpp"
+#include "batch/import.hpp"
+#include "batch/import_options.hpp"
+#include "cli/display.hpp"
+#include "cli/exit_codes.hpp"
+#include "cli/failures.hpp"
+#include "cli/import_preview.hpp"
+#include "cli/interrupt.hpp"
+#include "cli/progress.hpp"
+#include "cli/user_commands.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct ImportArguments {
+  std::string file;
+  CreationPlace place;
+  ImportColumns columns;
+  bool halt_on_errors = false;
+  bool halt_on_warnings = false;
+  bool skip_prompts = false;
+  std::string groups;
+  std::optional<std::string> expires;
+  bool preview = false;
+};
+
+struct Counts {
+  std::size_t created = 0;
+  std::size_t warnings = 0;
+  std::size_t refused = 0;
+};
+
+void set_halts(session::Form1& form, const ImportArguments& arguments) {
+  if (arguments.halt_on_errors || arguments.halt_on_warnings)
+    form.STOP_ON_RED[0].value = 1;
+  if (arguments.halt_on_warnings)
+    form.STOP_ON_RED[1].value = 1;
+  if (arguments.skip_prompts)
+    form.STOP_ON_RED[2].value = 1;
+}
+
+/// Puts the fields to look for groups into force for this run; the stored choice stays as it is.
+void set_group_range(Context& context, const std::string& groups) {
+  std::string start = "0";
+  std::string finish = "0";
+  if (base::equals_fold(groups, "all")) {
+    finish = "99";
+  } else if (!base::equals_fold(groups, "none")) {
+    const std::size_t dash = groups.find('-');
+    const auto lower = base::to_number(groups.substr(0, dash));
+    const auto upper = dash == base::npos ? lower : base::to_number(groups.substr(dash + 1));
+    if (!lower || !upper || *lower < 0 || *upper > 99 || *lower > *upper)
+      throw UsageError("--groups takes none, all or a range of fields such as 5-8, from 0 to 99");
+    start = base::to_text(*lower);
+    finish = base::to_text(*upper);
+  }
+  context.override_setting("Setup", "ImportGroupsStart", start);
+  context.override_setting("Setup", "ImportGroupsFinish", finish);
+}
+
+/// What a person does in the window `CSV_Import`.
+void choose_columns(session::Session& session, const ImportColumns& columns) {
+  session::CSV_Import& window = session.csv_import;
+  if (!columns.any())
+    return batch::csv_layout_ok(session);
+  window.chkImport.value = 0;
+  batch::chkImport_Click(session);
+  const auto choose = [](controls::ComboBox& box, const std::optional<int>& column) {
+    if (!column)
+      return;
+    if (static_cast<std::size_t>(*column) >= box.items().size()) {
+      throw UsageError("there is no column " + std::to_string(*column) + ": the first line has " +
+                       std::to_string(box.items().size() - 1));
+    }
+    box.select(*column);
+  };
+  choose(window.ImportFirst, columns.first);
+  choose(window.ImportMiddle, columns.middle);
+  choose(window.ImportLast, columns.last);
+  choose(window.ImportUserID, columns.id);
+  choose(window.ImportPassword, columns.password);
+  batch::csv_layout_ok(session);
+}
+
+std::string_view light_of(const session::ImportRow& row) {
+  return row.outcome.light.empty() ? session::kRed : std::string_view(row.outcome.light);
+}
+
+void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
+  const std::string_view light = light_of(row);
+  const std::string message(base::trim(row.outcome.message));
+  if (light == session::kRed)
+    ++counts.refused;
+  else
+    ++counts.created;
+  if (light == session::kYellow)
+    ++counts.warnings;
+  output.result(
+      {{"line", row.line}, {"user", row.outcome.user}, {"light", light}, {"message", message}},
+      pad(std::to_string(row.line), 6) + output.light(light) + std::string(8 - light.size(), ' ') +
+          pad(printable(row.outcome.user), 20) + "  " + printable(message));
+}
+
+/// GREEN when every line made a user without a warning; RED when the run was halted or failed.
+std::string_view light_of_run(const session::ImportState& import, const Counts& counts, bool whole) {
+  if (!whole)
+    return session::kRed;
+  const bool clean = counts.refused == 0 && counts.warnings == 0 && !import.ImportStopped;
+  return clean ? session::kGreen : session::kYellow;
+}
+
+void print_end(Output& output, const session::ImportState& import, const Counts& counts,
+               std::string_view light, const std::string& message) {
+  output.result({{"light", light},
+                 {"created", counts.created},
+                 {"warnings", counts.warnings},
+                 {"refused", counts.refused},
+                 {"importErr", import.error_path},
+                 {"summary", import.summary_path},
+                 {"message", message}},
+                std::to_string(counts.created) + " created, " + std::to_string(counts.warnings) +
+                    " of them with warnings, " + std::to_string(counts.refused) + " not created.\n" +
+                    "Not created: " + printable(import.error_path) + "\n" +
+                    "Summary:     " + printable(import.summary_path));
+}
+
+int run_import(Context& context, session::Session& session) {
+  session::ImportState& import = session.import;
+  Counts counts;
+  Progress progress;
+  context.dialogs().before_text([&] { progress.clear(); });
+  context.dialogs().on_events([&] {
+    if (interrupted())
+      batch::CancelButton_Click(session);
+  });
+  import.row_done = [&](const session::ImportRow& row) {
+    progress.clear();
+    print_row(context.output(), row, counts);
+  };
+  const auto& caption = session.form1.Import_Text.caption;
+  const auto watch = caption.watch([&] { progress.show(caption.get()); });
+  act(session, [&] { batch::Import_Command(session); });
+  progress.clear();
+  context.dialogs().before_text({});
+  context.dialogs().on_events({});
+  import.row_done = {};
+
+  if (!import.failure.empty())
+    complain(import.failure);
+  if (import.error_path.empty())
+    return kExitRed;
+  const bool whole = import.failure.empty() && !import.ImportHalt;
+  const std::string_view light = light_of_run(import, counts, whole);
+  print_end(context.output(), import, counts, light, session.form1.StatusBar1.panel1);
+  return exit_code_of_light(light);
+}
+
+int import_users(Context& context, const ImportArguments& arguments) {
+  if (!arguments.groups.empty())
+    set_group_range(context, arguments.groups);
+  session::Session& session = context.session(Depth::kDomain);
+  const std::string path = std::filesystem::absolute(arguments.file).string();
+  if (!context.services().files.exists(path) || context.services().files.is_directory(path))
+    throw BadInput("There is no file " + arguments.file);
+  choose_place(context, session, arguments.place);
+  set_halts(session.form1, arguments);
+  batch::ImportGrps_Load(session);
+  if (arguments.expires)
+    session.import_grps.Expiredate.text = *arguments.expires;
+  context.dialogs().set_file(path);
+  context.dialogs().on_modal([&](std::string_view) { choose_columns(session, arguments.columns); });
+  if (arguments.preview)
+    return preview_import(context, session, path, arguments.columns);
+  return run_import(context, session);
+}
+
+void add_column(CLI::App& command, const char* name, std::optional<int>& column, const char* what) {
+  command.add_option(name, column, what)->type_name("N")->check(CLI::Range(0, 100));
+}
+
+}  // namespace
+
+void add_user_import(CLI::App& user, Context& context) {
+  auto arguments = std::make_shared<ImportArguments>();
+  auto* import = user.add_subcommand("import", "Create a user for each line of a CSV file");
+  import->add_option("FILE", arguments->file, "The file: a user a line, every comma separates")->required();
+  add_place_options(*import, arguments->place);
+  add_column(*import, "--first", arguments->columns.first, "Column of the first name; 1 if not given");
+  add_column(*import, "--middle", arguments->columns.middle, "Column of the middle name; 2 if not given, 0 for none");
+  add_column(*import, "--last", arguments->columns.last, "Column of the last name; 3 if not given");
+  add_column(*import, "--id", arguments->columns.id, "Column of the account name");
+  add_column(*import, "--password", arguments->columns.password, "Column of the password");
+  import->add_flag("--halt-on-errors", arguments->halt_on_errors, "End at the first user that fails");
+  import->add_flag("--halt-on-warnings", arguments->halt_on_warnings,
+                   "End at the first user that has a warning, or fails");
+  import->add_flag("--skip-prompts", arguments->skip_prompts, "Leave out properties that ask for a value");
+  import->add_option("--groups", arguments->groups, "Fields that may name groups")->type_name("none|all|A-B");
+  import->add_option("--expires", arguments->expires, "Date on which the accounts expire, or %IMPORTn%")
+      ->type_name("TEXT");
+  import->add_flag("--preview", arguments->preview, "Show what each line gives and create nothing");
+  import->callback(
+      [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments); }); });
+}
+
+}  // namespace twk::cli
