@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -81,6 +82,12 @@ class ScriptedDialogs final : public platform::Dialogs {
   std::optional<std::string> open_file(std::string_view title, std::string_view /*filter*/) override {
     return next(title).typed;
   }
+  void show_modal(std::string_view window) override {
+    if (on_modal)
+      on_modal(window);
+    else
+      ADD_FAILURE() << "shown without need: " << window;
+  }
   void beep() override { ++beeps; }
   void DoEvents() override {}
 
@@ -89,6 +96,7 @@ class ScriptedDialogs final : public platform::Dialogs {
   platform::Icon last_icon = platform::Icon::kNone;
   bool last_secret = false;
   int beeps = 0;
+  std::function<void(std::string_view window)> on_modal;  ///< stands for the person in front of a window
 
  private:
   struct Script {
