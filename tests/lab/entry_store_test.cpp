@@ -48,10 +48,10 @@ std::uint32_t error_of(const std::function<void()>& step) {
 class OrdinaryUser {
  public:
   OrdinaryUser() {
-    if (was_root_) EXPECT_EQ(seteuid(kNobody), 0);
+    if (was_root_ && seteuid(kNobody) != 0) ADD_FAILURE() << "cannot become another user";
   }
   ~OrdinaryUser() {
-    if (was_root_) EXPECT_EQ(seteuid(0), 0);
+    if (was_root_ && seteuid(0) != 0) ADD_FAILURE() << "cannot become root again";
   }
 
  private:
