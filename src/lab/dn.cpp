@@ -32,8 +32,10 @@ std::string_view trim_part(std::string_view part) {
   const std::size_t first = part.find_first_not_of(' ');
   if (first == base::npos) return {};
   part.remove_prefix(first);
-  while (part.ends_with(' ') && !(part.size() > 1 && part[part.size() - 2] == '\\')) part.remove_suffix(1);
-  return part;
+  const std::size_t end = part.find_last_not_of(' ') + 1;
+  const std::string_view text = part.substr(0, end);
+  const std::size_t backslashes = text.size() - (text.find_last_not_of('\\') + 1);
+  return part.substr(0, end + (backslashes % 2 == 1 && end < part.size() ? 1 : 0));
 }
 
 }  // namespace
