@@ -109,6 +109,7 @@ class EntryStore::Implementation {
   void start_journal();
   void reload(bool has_journal);
   void read_ldif_file();
+  void read_new_journal();
   void read_journal();
   void replay(std::string_view text, std::size_t first_line, const std::filesystem::path& path);
   void fold();
@@ -120,6 +121,7 @@ class EntryStore::Implementation {
   std::optional<struct stat> ldif_status_;
   std::uint64_t generation_ = 0;
   bool must_reload_ = false;   ///< reading failed midway
+  bool has_changes_ = false;   ///< the entries hold changes of a journal
   bool is_folded_in_ = false;  ///< the journal's changes are in "domain.ldif" already
   bool is_writing_ = false;
   int batches_ = 0;
@@ -174,9 +176,11 @@ void EntryStore::Implementation::refresh() {
 
 /// Reads what others wrote, with the lock held.
 void EntryStore::Implementation::catch_up() {
-  if (must_reload_ || journal_.is_new() || !same_file(status_of(ldif_path_), ldif_status_)) {
+  if (must_reload_ || !same_file(status_of(ldif_path_), ldif_status_) || (journal_.is_new() && has_changes_)) {
     reload(true);
-  } else {
+  } else if (journal_.is_new()) {
+    read_new_journal();
+  } else if (!is_folded_in_) {
     read_journal();
   }
 }
@@ -191,24 +195,28 @@ void EntryStore::Implementation::start_journal() {
 void EntryStore::Implementation::reload(bool has_journal) {
   must_reload_ = true;
   is_folded_in_ = false;
+  has_changes_ = false;
   tree_ = std::make_unique<EntryTree>();
   read_ldif_file();
-  if (has_journal) {
-    const std::uint64_t generation = journal_.rewind(generation_);
-    if (generation == generation_) {
-      read_journal();
-    } else if (generation + 1 == generation_) {
-      // The journal was folded in, but a crash came before it could be replaced.
-      journal_.skip();
-      is_folded_in_ = true;
-    } else {
-      throw base::RuntimeError(
-          base::error::kPathFileAccess,
-          journal_.path().string() + ": the journal belongs to another \"domain.ldif\" (generation " +
-              std::to_string(generation) + ", not " + std::to_string(generation_) + ").");
-    }
-  }
+  if (has_journal) read_new_journal();
   must_reload_ = false;
+}
+
+void EntryStore::Implementation::read_new_journal() {
+  must_reload_ = true;
+  const std::uint64_t generation = journal_.rewind(generation_);
+  // A journal of the generation before was folded in, but a crash came before it could be replaced.
+  is_folded_in_ = generation + 1 == generation_;
+  if (is_folded_in_) {
+    journal_.skip();
+    must_reload_ = false;
+  } else if (generation == generation_) {
+    read_journal();
+  } else {
+    throw base::RuntimeError(base::error::kPathFileAccess,
+                             journal_.path().string() + ": the journal belongs to another \"domain.ldif\" (generation " +
+                                 std::to_string(generation) + ", not " + std::to_string(generation_) + ").");
+  }
 }
 
 void EntryStore::Implementation::read_ldif_file() {
@@ -224,6 +232,7 @@ void EntryStore::Implementation::read_ldif_file() {
 
 void EntryStore::Implementation::read_journal() {
   must_reload_ = true;
+  has_changes_ = true;
   const Journal::Part part = journal_.read();
   replay(part.text, part.first_line, journal_.path());
   must_reload_ = false;

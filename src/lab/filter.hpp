@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -23,14 +24,18 @@ struct Filter {
   };
 
   Kind kind = Kind::kPresent;
-  std::vector<Filter> children;  ///< of and, or, not
-  std::string attribute;
-  std::string value;               ///< unescaped bytes
-  std::vector<std::string> pieces; ///< of substrings: initial, any…, final; initial and final may be empty
-  std::string matching_rule;       ///< of extensible; the bit rules 1.2.840.113556.1.4.803 and .804 are known
+  std::vector<Filter> children = {};  ///< of and, or, not
+  std::string attribute = {};
+  std::string value = {};               ///< unescaped bytes
+  std::vector<std::string> pieces = {}; ///< of substrings: initial, any…, final; initial and final may be empty
+  std::string matching_rule = {};       ///< of extensible; the bit rules 1.2.840.113556.1.4.803 and .804 are known
 };
 
-/// Raises a runtime error that tells the position for text that is no filter. Nesting deeper than 100 is refused.
+/// The number of the error that text which is no filter raises: E_ADS_INVALID_FILTER.
+inline constexpr std::uint32_t kInvalidFilter = 0x80005014;
+
+/// Raises kInvalidFilter, telling the position, for text that is no filter. Nesting deeper than 100 is refused, and
+/// so is ":dn". "(&)" is true and "(|)" false, RFC 4526. Blanks between the parts are passed over.
 Filter parse_filter(std::string_view text);
 
 /// The values of an attribute of the entry at hand, asked by name.
@@ -38,7 +43,8 @@ using AttributeReader = std::function<std::vector<std::string_view>(std::string_
 
 /// True when the filter holds for the entry. Text compares without regard to case and with runs of blanks as one,
 /// integers as numbers; an attribute that the entry lacks is "undefined", which is not true, also behind "not".
-/// "objectCategory" equals its short class name ("person") as well as the full name of the category.
+/// "objectCategory" equals its short class name ("person") as well as the full name of the category; names compare
+/// as names, however spelled. "~=" means "=". An unknown matching rule gives "undefined".
 bool matches(const Filter& filter, const AttributeReader& read);
 
 }  // namespace twk::lab

@@ -158,7 +158,7 @@ Journal::Part Journal::read() {
     const std::size_t line = next_line_ + count_lines(std::string_view(part.text).substr(0, whole.end));
     throw base::RuntimeError(
         kInvalidLdif,
-        "Line " + std::to_string(line) + ": The record differs from what was written, and others follow it.");
+        path_.string() + ": Line " + std::to_string(line) + ": The record differs from what was written, and others follow it.");
   }
   const std::size_t torn = part.text.size() - whole.end;
   part.text.resize(whole.end);

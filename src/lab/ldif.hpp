@@ -38,12 +38,12 @@ struct Modification {
 /// One record. `attributes` of content and add, `modifications` of modify, the rest of modrdn.
 struct LdifRecord {
   ChangeType type = ChangeType::kContent;
-  std::string dn;
-  std::vector<LdifAttribute> attributes;
-  std::vector<Modification> modifications;
-  std::string new_rdn;
+  std::string dn = {};
+  std::vector<LdifAttribute> attributes = {};
+  std::vector<Modification> modifications = {};
+  std::string new_rdn = {};
   bool delete_old_rdn = true;
-  std::optional<std::string> new_superior;
+  std::optional<std::string> new_superior = {};
   std::size_t line = 0;  ///< 1-based line of its "dn:"
   std::size_t end = 0;   ///< byte position behind the record, its closing empty line included
 };

@@ -1,8 +1,7 @@
 #include "lab/entry_store.hpp"
 
-#include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -20,7 +19,6 @@ namespace ads_error = platform::ads_error;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 constexpr const char* kWorld =
     "dn: DC=twk,DC=test\nobjectClass: domainDNS\n\n"
@@ -31,6 +29,11 @@ constexpr const char* kWorld =
     "sAMAccountName: ann\nuserPrincipalName: ann@twk.test\nobjectSid:: AQID\nprimaryGroupID: 513\n\n";
 
 
+std::string read_file(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
 void write_file(const fs::path& path, std::string_view text) {
   std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
 }
@@ -40,6 +43,21 @@ std::uint32_t error_of(const std::function<void()>& step) {
   trap(step);
   return trap.number();
 }
+
+/// Permissions do not bind root, so a test run by it becomes another for a scope.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() {
+    if (was_root_ && seteuid(kNobody) != 0) ADD_FAILURE() << "cannot become another user";
+  }
+  ~OrdinaryUser() {
+    if (was_root_ && seteuid(0) != 0) ADD_FAILURE() << "cannot become root again";
+  }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  bool was_root_ = geteuid() == 0;
+};
 
 class EntryStoreTest : public testing::Test {
  protected:
@@ -121,6 +139,308 @@ TEST_F(EntryStoreTest, ChangesAreThereAfterOpeningAgain) {
   EXPECT_EQ(again->find_account("bob")->dn(), "CN=bob,OU=East," + domain_);
   EXPECT_EQ(again->find_account("gone"), nullptr);
   EXPECT_THAT(warnings_, IsEmpty());
+}
+
+
+TEST_F(EntryStoreTest, WhatBreaksTheStructureIsRefusedWithItsNumber) {
+  const auto store = open();
+  const std::string before = exported(*store);
+  const auto modify = [&](const std::string& dn, ModifyKind kind, const std::string& name, const std::string& value) {
+    return error_of([&] { store->modify(dn, {{kind, name, {value}}}, nullptr); });
+  };
+  EXPECT_EQ(error_of([&] { store->add("CN=x,OU=None," + domain_, {}, nullptr); }), ads_error::kNoSuchObject);
+  EXPECT_EQ(error_of([&] { store->add("cn=ANN, ou=west," + domain_, {}, nullptr); }), ads_error::kObjectExists);
+  EXPECT_EQ(error_of([&] { store->add("Ann", {}, nullptr); }), ads_error::kInvalidDn);
+  EXPECT_EQ(error_of([&] { store->add("CN=x," + west_, {{"a:b", {"c"}}}, nullptr); }), ads_error::kNoSuchAttribute);
+  EXPECT_EQ(error_of([&] { store->add("CN=x," + west_, {{"member", {"CN=No," + west_}}}, nullptr); }),
+            ads_error::kNoSuchObject);
+  EXPECT_EQ(error_of([&] { store->remove(west_, nullptr); }), ads_error::kNotOnNonLeaf);
+  EXPECT_EQ(error_of([&] { store->remove("CN=No," + west_, nullptr); }), ads_error::kNoSuchObject);
+  EXPECT_EQ(error_of([&] { store->rename(ann_, "CN=Staff", domain_, nullptr); }), ads_error::kObjectExists);
+  EXPECT_EQ(error_of([&] { store->rename(ann_, "CN=a,CN=b", "", nullptr); }), ads_error::kInvalidDn);
+  EXPECT_EQ(error_of([&] { store->rename(west_, "OU=West", ann_, nullptr); }), ads_error::kUnwilling);
+  EXPECT_EQ(modify(staff_, ModifyKind::kAdd, "member", "cn=ann," + west_), ads_error::kMemberInGroup);
+  EXPECT_EQ(modify(staff_, ModifyKind::kDelete, "member", west_), ads_error::kMemberNotInGroup);
+  EXPECT_EQ(modify(ann_, ModifyKind::kAdd, "objectClass", "USER"), ads_error::kConstraint);
+  EXPECT_EQ(modify(ann_, ModifyKind::kDelete, "objectClass", "group"), ads_error::kNoSuchAttribute);
+  EXPECT_EQ(modify(ann_, ModifyKind::kReplace, "distinguishedName", "x"), ads_error::kUnwilling);
+  EXPECT_EQ(exported(*store), before);
+  EXPECT_EQ(exported(*open()), before);
+}
+
+TEST_F(EntryStoreTest, LaterModificationsSeeEarlierOnesAndAllOrNoneAreMade) {
+  const auto store = open();
+  store->modify(ann_, {{ModifyKind::kAdd, "mail", {"a", "b"}}, {ModifyKind::kDelete, "mail", {"A"}}}, nullptr);
+  EXPECT_THAT(store->find(ann_)->values("mail"), ElementsAre("b"));
+  store->modify(staff_, {{ModifyKind::kDelete, "member", {}}, {ModifyKind::kAdd, "member", {ann_}}}, nullptr);
+  EXPECT_THAT(store->find(staff_)->values("member"), ElementsAre(ann_));
+  EXPECT_EQ(error_of([&] {
+              store->modify(ann_, {{ModifyKind::kReplace, "mail", {"c"}}, {ModifyKind::kDelete, "fax", {}}}, nullptr);
+            }),
+            ads_error::kNoSuchAttribute);
+  EXPECT_THAT(store->find(ann_)->values("mail"), ElementsAre("b"));
+}
+
+TEST_F(EntryStoreTest, AGuardThatRefusesLeavesAllAsItWas) {
+  const auto store = open();
+  const auto refuse = [] { throw base::RuntimeError(ads_error::kObjectExists, "in use"); };
+  EXPECT_EQ(error_of([&] { store->add("CN=x," + west_, {}, refuse); }), ads_error::kObjectExists);
+  EXPECT_EQ(store->size(), 4U);
+  EXPECT_EQ(exported(*open()), exported(*store));
+}
+
+TEST_F(EntryStoreTest, IndexesFollowChanges) {
+  const auto store = open();
+  store->modify(ann_, {{ModifyKind::kReplace, "sAMAccountName", {"anna"}}, {ModifyKind::kReplace, "primaryGroupID", {"514"}}},
+                nullptr);
+  EXPECT_EQ(store->find_account("ann"), nullptr);
+  EXPECT_EQ(store->find_account("anna"), store->find(ann_));
+  EXPECT_THAT(store->with_primary_group("513"), IsEmpty());
+  EXPECT_THAT(store->with_primary_group("514"), ElementsAre(store->find(ann_)));
+  store->remove(ann_, nullptr);
+  EXPECT_EQ(store->find_account("anna"), nullptr);
+  EXPECT_EQ(store->find_principal("ann@twk.test"), nullptr);
+  EXPECT_THAT(store->with_primary_group("514"), IsEmpty());
+}
+
+TEST_F(EntryStoreTest, RenamingAnOuRenamesAllBelowAndTheirMemberships) {
+  const auto store = open();
+  store->add("OU=Inner," + west_, {}, nullptr);
+  add_user(*store, "deep", "OU=Inner," + west_);
+  store->modify("CN=deep,OU=Inner," + west_, {{ModifyKind::kAdd, "memberOf", {staff_}}}, nullptr);
+  store->rename(west_, "OU=East\\, Far", "", nullptr);
+  const std::string east = "OU=East\\, Far," + domain_;
+  EXPECT_EQ(store->find(west_), nullptr);
+  EXPECT_EQ(store->find_account("deep")->dn(), "CN=deep,OU=Inner," + east);
+  EXPECT_EQ(store->find("cn=deep,ou=inner,ou=East\\2C far," + domain_), store->find_account("deep"));
+  EXPECT_THAT(store->find(staff_)->values("member"),
+              ElementsAre("CN=Ann," + east, "CN=Foreign,DC=else,DC=where", "CN=deep,OU=Inner," + east));
+  EXPECT_THAT(store->find(east)->values("ou"), ElementsAre("East, Far"));
+  store->rename(staff_, "CN=All", east, nullptr);
+  EXPECT_THAT(store->find_account("ann")->values("memberOf"), ElementsAre("CN=All," + east));
+  EXPECT_EQ(exported(*open()), exported(*store));
+}
+
+TEST_F(EntryStoreTest, RenamingUpdatesTheNamingAttributes) {
+  const auto store = open();
+  store->rename(ann_, "CN=Anna", domain_, nullptr);
+  const Entry& anna = *store->find("CN=Anna," + domain_);
+  EXPECT_THAT(anna.values("cn"), ElementsAre("Anna"));
+  EXPECT_EQ(anna.value("name"), "Anna");
+  EXPECT_THAT(child_names(*store, west_), IsEmpty());
+  EXPECT_THAT(child_names(*store, domain_), ElementsAre("CN=Staff", "OU=West", "CN=Anna"));
+}
+
+TEST_F(EntryStoreTest, MembershipsVanishWithEitherSide) {
+  const auto store = open();
+  EXPECT_TRUE(store->is_member(*store->find(staff_), *store->find(ann_)));
+  store->remove(ann_, nullptr);
+  EXPECT_THAT(store->find(staff_)->values("member"), ElementsAre("CN=Foreign,DC=else,DC=where"));
+  add_user(*store, "Ann", west_);
+  EXPECT_FALSE(store->find(ann_)->has("memberOf"));
+  store->modify(staff_, {{ModifyKind::kReplace, "member", {ann_, "CN=Foreign,DC=else,DC=where"}}}, nullptr);
+  store->remove(staff_, nullptr);
+  EXPECT_FALSE(store->find(ann_)->has("memberOf"));
+}
+
+TEST_F(EntryStoreTest, ALinkToNothingIsTextUntilAnEntryGetsThatName) {
+  write_file(folder_ / "domain.ldif", std::string(kWorld) + "dn: CN=Lone," + domain_ + "\nmemberOf: CN=Late," + domain_ +
+                                          "\nmember;range=0-1499: not a name\n\n");
+  const auto store = open();
+  EXPECT_THAT(store->find("CN=Lone," + domain_)->values("memberOf"), ElementsAre("CN=Late," + domain_));
+  EXPECT_THAT(store->find("CN=Lone," + domain_)->values("member"), ElementsAre("not a name"));
+  store->add("CN=late," + domain_, {}, nullptr);
+  EXPECT_TRUE(store->is_member(*store->find("CN=Late," + domain_), *store->find("CN=Lone," + domain_)));
+  store->modify(staff_, {{ModifyKind::kDelete, "member", {"CN=foreign, DC=else,DC=where"}}}, nullptr);
+  EXPECT_THAT(store->find(staff_)->values("member"), ElementsAre(ann_));
+  EXPECT_EQ(exported(*open()), exported(*store));
+}
+
+TEST_F(EntryStoreTest, ChildrenBeforeTheirParentInAFileAreTakenIn) {
+  write_file(folder_ / "domain.ldif", "dn: CN=a,OU=x,DC=t\ncn: a\n\ndn: OU=x,DC=t\nou: x\n\ndn: DC=t\ndc: t\n\n");
+  const auto store = open();
+  EXPECT_THAT(store->roots(), ElementsAre(store->find("DC=t")));
+  std::vector<std::string> names;
+  store->subtree(*store->find("DC=t"), [&](const Entry& entry) {
+    names.push_back(entry.dn());
+    return true;
+  });
+  EXPECT_THAT(names, ElementsAre("DC=t", "OU=x,DC=t", "CN=a,OU=x,DC=t"));
+}
+
+TEST_F(EntryStoreTest, TwoStoresOnOneFolderSeeEachOthersChanges) {
+  const auto one = open();
+  const auto two = open();
+  add_user(*one, "bob", west_);
+  EXPECT_EQ(two->find_account("bob"), nullptr);
+  two->refresh();
+  EXPECT_NE(two->find_account("bob"), nullptr);
+  add_user(*two, "cid", west_);
+  const auto unique = [&] {
+    if (one->find_account("cid") != nullptr) throw base::RuntimeError(ads_error::kObjectExists, "in use");
+  };
+  EXPECT_EQ(error_of([&] { one->add("CN=other," + west_, {}, unique); }), ads_error::kObjectExists);
+  EXPECT_EQ(error_of([&] { add_user(*one, "cid", west_); }), ads_error::kObjectExists);
+  EXPECT_EQ(exported(*one), exported(*two));
+}
+
+TEST_F(EntryStoreTest, ATornTailIsDroppedWithAWarningWhereverItsCutIs) {
+  const auto store = open();
+  add_user(*store, "bob", west_);
+  const std::string whole = read_file(journal());
+  const std::string state = exported(*store);
+  store->modify(ann_, {{ModifyKind::kReplace, "mail", {"a", "b"}}, {ModifyKind::kReplace, "title", {"x"}}}, nullptr);
+  const std::string longer = read_file(journal());
+  for (std::size_t size = whole.size() + 1; size < longer.size(); ++size) {
+    write_file(journal(), longer.substr(0, size));
+    warnings_.clear();
+    const auto again = open();
+    ASSERT_EQ(exported(*again), state) << size;
+    ASSERT_THAT(warnings_, ElementsAre(HasSubstr("domain.journal.ldif"))) << size;
+    ASSERT_EQ(read_file(journal()), whole) << size;
+  }
+}
+
+TEST_F(EntryStoreTest, ATailTornWhileTheLabIsOpenIsCutByTheNextWriter) {
+  const auto store = open();
+  add_user(*store, "bob", west_);
+  std::ofstream(journal(), std::ios::app) << "dn: " << ann_ << "\nchangetype: del";
+  add_user(*store, "cid", west_);
+  EXPECT_EQ(warnings_.size(), 1U);
+  EXPECT_EQ(exported(*open()), exported(*store));
+}
+
+TEST_F(EntryStoreTest, DamageInTheMidstOfTheJournalIsAnErrorWithItsLine) {
+  const auto store = open();
+  add_user(*store, "bob", west_);
+  add_user(*store, "cid", west_);
+  std::string text = read_file(journal());
+  text[text.find("bob")] = 'B';
+  write_file(journal(), text);
+  try {
+    (void)open();
+    FAIL() << "no error";
+  } catch (const base::RuntimeError& failure) {
+    EXPECT_THAT(failure.description(), HasSubstr("domain.journal.ldif: Line 3:"));
+  }
+  EXPECT_EQ(read_file(journal()), text);
+}
+
+TEST_F(EntryStoreTest, FaultsInAFileNameItAndTheLine) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"dn: DC=t\n\ndn: dc=T\n", "domain.ldif: Line 3: The name is in use"},
+      {"dn: DC=t\nnonsense\n", "domain.ldif: Line 2: A line without a colon"},
+      {"dn: nothing\n", "domain.ldif: Line 1: Not a distinguished name"}};
+  for (const auto& [text, message] : cases) {
+    write_file(folder_ / "domain.ldif", text);
+    base::Trap trap;
+    trap([&] { (void)open(); });
+    EXPECT_THAT(trap.description(), HasSubstr(message));
+  }
+}
+
+class LargeJournalTest : public EntryStoreTest {
+ protected:
+  /// A journal above the size at which it is folded in.
+  void fill(EntryStore& store) {
+    store.begin_batch();
+    for (int i = 0; i < 17; ++i) {
+      store.modify(ann_, {{ModifyKind::kReplace, "thumbnailPhoto", {std::string(1U << 20U, 'x')}}}, nullptr);
+    }
+    store.modify(ann_, {{ModifyKind::kReplace, "thumbnailPhoto", {"small"}}}, nullptr);
+    store.end_batch();
+  }
+};
+
+TEST_F(LargeJournalTest, IsFoldedInAtOpenAndOtherStoresNotice) {
+  const auto first = open();
+  fill(*first);
+  const std::string state = exported(*first);
+  const auto second = open();
+  EXPECT_LT(fs::file_size(journal()), 100U);
+  EXPECT_EQ(exported(*second), state);
+  EXPECT_THAT(read_file(folder_ / "domain.ldif"), HasSubstr("# generation 1\n\ndn: DC=twk,DC=test\n"));
+  add_user(*first, "bob", west_);
+  second->refresh();
+  EXPECT_NE(second->find_account("bob"), nullptr);
+  EXPECT_EQ(exported(*first), exported(*second));
+  EXPECT_EQ(exported(*open()), exported(*second));
+}
+
+TEST_F(LargeJournalTest, IsNotAppliedTwiceAfterACrashBetweenFoldingAndEmptying) {
+  const auto early = open();
+  add_user(*early, "bob", west_);
+  fill(*early);
+  const auto late = open();
+  const std::string old_journal = "# generation 0\n\ndn: CN=bob," + west_ + "\nchangetype: add\n# end\n\n";
+  write_file(journal(), old_journal);
+  const auto store = open();
+  EXPECT_EQ(exported(*store), exported(*late));
+  add_user(*store, "cid", west_);
+  EXPECT_THAT(read_file(journal()), HasSubstr("# generation 1\n\ndn: CN=cid"));
+  add_user(*early, "dan", west_);
+  store->refresh();
+  EXPECT_EQ(exported(*early), exported(*store));
+  EXPECT_EQ(exported(*open()), exported(*store));
+}
+
+TEST_F(EntryStoreTest, AJournalOfAnotherDirectoryIsRefused) {
+  write_file(journal(), "# generation 7\n\n");
+  EXPECT_EQ(error_of([&] { (void)open(); }), base::error::kPathFileAccess);
+}
+
+TEST_F(EntryStoreTest, AFullDiskLeavesFileAndMemoryAsTheyWere) {
+  const auto store = open();
+  add_user(*store, "bob", west_);
+  const std::string state = exported(*store);
+  const std::string before = read_file(journal());
+  rlimit old_limit{};
+  getrlimit(RLIMIT_FSIZE, &old_limit);
+  const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit tight{before.size() + 20, old_limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &tight);
+  base::Trap trap;
+  trap([&] { add_user(*store, "cid", west_); });
+  setrlimit(RLIMIT_FSIZE, &old_limit);
+  std::signal(SIGXFSZ, old_handler);
+  EXPECT_EQ(trap.number(), base::error::kDiskFull);
+  EXPECT_THAT(trap.description(), HasSubstr("domain.journal.ldif"));
+  EXPECT_EQ(exported(*store), state);
+  EXPECT_EQ(read_file(journal()), before);
+  add_user(*store, "cid", west_);
+  EXPECT_EQ(exported(*open()), exported(*store));
+}
+
+TEST_F(EntryStoreTest, TheJournalIsForItsOwnerOnly) {
+  const auto store = open();
+  EXPECT_FALSE(fs::exists(journal()));
+  add_user(*store, "bob", west_);
+  EXPECT_EQ(fs::status(journal()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(EntryStoreTest, AReadOnlyFolderIsReadAndWritesAreRefused) {
+  fs::permissions(folder_, fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write));
+  const OrdinaryUser user;
+  const auto store = open();
+  EXPECT_NE(store->find_account("ann"), nullptr);
+  EXPECT_EQ(error_of([&] { add_user(*store, "bob", west_); }), base::error::kPermissionDenied);
+  EXPECT_EQ(store->size(), 4U);
+}
+
+TEST_F(EntryStoreTest, ManyMembersAndChildrenAreAddedAndRemovedQuickly) {
+  const auto store = open();
+  store->begin_batch();
+  constexpr int kCount = 5000;
+  const auto name = [](int i) { return "u" + std::to_string(i); };
+  for (int i = 0; i < kCount; ++i) {
+    add_user(*store, name(i), west_);
+    store->modify(staff_, {{ModifyKind::kAdd, "member", {"CN=" + name(i) + "," + west_}}}, nullptr);
+  }
+  EXPECT_EQ(store->find(staff_)->values("member").size(), kCount + 2U);
+  for (int i = 0; i < kCount; ++i) store->remove("CN=" + name(i) + "," + west_, nullptr);
+  store->end_batch();
+  EXPECT_EQ(store->find(staff_)->values("member").size(), 2U);
+  EXPECT_EQ(exported(*open()), exported(*store));
 }
 
 }  // namespace
