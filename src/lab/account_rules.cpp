@@ -38,6 +38,11 @@ Modification convert(const StagedChange& change, const AttributeSchema& attribut
   return out;
 }
 
+bool is_mandatory(std::string_view attribute) {
+  return attribute == "sAMAccountName" || attribute == "userAccountControl" || attribute == "primaryGroupID" ||
+         attribute == "groupType" || attribute == "objectCategory";
+}
+
 /// A single-valued attribute must not end with several values.
 void check_count(const Entry* entry, const AttributeSchema& attribute, const Modification& change) {
   if (attribute.multi_valued || change.kind == ModifyKind::kDelete)
@@ -63,11 +68,9 @@ std::string stored_flags(const Entry* entry, Provider provider, std::int32_t wan
 /// The rules of single attributes; may append changes that go along.
 void apply_rules(const LabDomain& domain, const Entry* entry, bool user, Provider provider,
                  Modification& change, std::vector<Modification>& along) {
-  if (change.values.empty()) {
-    if (change.attribute == "sAMAccountName")
-      constraint(change.attribute, "cannot be taken away");
-    return;
-  }
+  const bool takes_away = change.kind == ModifyKind::kDelete || change.values.empty();
+  if (takes_away && is_mandatory(change.attribute)) constraint(change.attribute, "cannot be taken away");
+  if (takes_away) return;
   std::string& value = change.values.front();
   if (change.attribute == "sAMAccountName") {
     check_account_name(value, user);

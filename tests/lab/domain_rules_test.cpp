@@ -190,6 +190,17 @@ TEST_F(LabRules, OnlyTheDirectoryWritesWhatItComputes) {
   }
 }
 
+TEST_F(LabRules, WhatMakesAnAccountOneIsNotTakenAway) {
+  make_user(w_, "Jo", "jsmith");
+  for (const char* const attribute : {"sAMAccountName", "userAccountControl", "primaryGroupID"}) {
+    for (const int control : {1, 4}) {
+      const auto entry = get_entry(w_, "CN=Jo,OU=Tests,DC=twk,DC=test");
+      entry->PutEx(control, attribute, entry->Get(attribute));
+      EXPECT_EQ(number_of([&] { entry->SetInfo(); }), ads_error::kConstraint) << attribute << control;
+    }
+  }
+}
+
 TEST_F(LabRules, CatalogueIsForReading) {
   make_user(w_, "Jo", "jsmith");
   const auto user = w_.directory().GetObject("GC://twk.test/CN=Jo,OU=Tests,DC=twk,DC=test");
