@@ -40,6 +40,23 @@ void check_arguments(int argc, char** argv) {
   }
 }
 
+/// "twk user create".
+std::string command_words(const CLI::App& command) {
+  const CLI::App* const parent = command.get_parent();
+  return parent == nullptr ? command.get_name() : command_words(*parent) + " " + command.get_name();
+}
+
+/// A word that is no command is what is wrong, not the command that is missing for it.
+std::string usage_text(const CLI::App& app, const CLI::ParseError& error) {
+  const CLI::App* command = &app;
+  while (!command->get_subcommands().empty())
+    command = command->get_subcommands().front();
+  const std::vector<std::string> unknown = app.remaining(true);
+  const bool named = !unknown.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
+  return (named ? "unknown command or option " + unknown.front() : std::string(error.what())) + ". Try `" +
+         command_words(*command) + " --help`.";
+}
+
 /// True when a command is to be run; false when help or the version was asked for and given.
 bool parse(CLI::App& app, int argc, char** argv) {
   try {
@@ -47,7 +64,7 @@ bool parse(CLI::App& app, int argc, char** argv) {
     return true;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0)
-      throw UsageError(std::string(error.what()) + ". Try --help.");
+      throw UsageError(usage_text(app, error));
     app.exit(error, std::cout, std::cerr);
     std::cout.flush();
     return false;

@@ -1,6 +1,7 @@
 #include "cli/context.hpp"
 
 #include <cstdlib>
+#include <set>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -18,13 +19,15 @@ std::string root_key(std::string_view sub_key) {
   return std::string(session::kTree) + "\\" + std::string(sub_key);
 }
 
-/// The rows of the log tab from `first` on that are no GREEN ones.
+/// The rows of the log tab from `first` on that are no GREEN ones, each text once. What the last creation
+/// came to is a result and told as one.
 void tell_log_rows(const session::Session& session, std::size_t first) {
   const controls::ListView& rows = session.form1.ListView1;
+  std::set<std::string_view> told = {base::trim(session.LastCreation.message)};
   for (std::size_t i = first; i < rows.size(); ++i) {
-    const controls::ListRow& row = rows.at(i);
-    if (row.icon != session::kGreen)
-      complain(row.icon + ": " + std::string(base::trim(row.text)));
+    const std::string_view text = base::trim(rows.at(i).text);
+    if (rows.at(i).icon != session::kGreen && told.insert(text).second)
+      complain(rows.at(i).icon + ": " + std::string(text));
   }
 }
 
@@ -70,7 +73,8 @@ std::filesystem::path Context::lab_folder() const {
   if (variable != nullptr && *variable != '\0')
     return variable;
   throw UsageError(
-      "no lab: give --lab DIR in front of the command, or set TWK_LAB; `twk lab init DIR --sample` makes one");
+      "no lab: give --lab DIR in front of the command, or set TWK_LAB; `twk lab init DIR --sample` makes "
+      "one");
 }
 
 Context::World& Context::world() {
@@ -79,7 +83,8 @@ Context::World& Context::world() {
   const std::filesystem::path folder = lab_folder();
   std::error_code unreadable;
   if (!std::filesystem::exists(folder / "lab.conf", unreadable) && !unreadable)
-    throw BadInput(folder.string() + " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
+    throw BadInput(folder.string() +
+                   " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
   world_ = std::make_unique<World>(folder, dialogs_);
   std::string domain;
   if (!world_->stored.registry.Reg_Read(platform::kHiveLocalMachine, root_key("Setup"), "Domain", domain))

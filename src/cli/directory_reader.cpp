@@ -91,10 +91,11 @@ void sort_by_name(std::vector<Json>& rows) {
 std::vector<ObjectPtr> winnt_children(const Domain& domain, const std::string& object_class) {
   std::vector<ObjectPtr> out;
   const std::array<std::string, 1> classes = {object_class};
-  domain.services.directory.GetObject(winnt_path(domain, {}))->enumerate(classes, [&](const ObjectPtr& child) {
-    out.push_back(child);
-    return true;
-  });
+  domain.services.directory.GetObject(winnt_path(domain, {}))
+      ->enumerate(classes, [&](const ObjectPtr& child) {
+        out.push_back(child);
+        return true;
+      });
   return out;
 }
 
@@ -115,9 +116,8 @@ std::string locate(const Domain& domain, std::string_view kind, std::string_view
   const auto rows = query(domain, {}, conjunction(conditions, either + ")"), {"ADsPath", "sAMAccountName"});
   if (rows.empty())
     throw Refused(no_such_text(kind, name, names_of(all())));
-  const auto exact = std::find_if(rows.begin(), rows.end(), [&](const Row& row) {
-    return base::equals_fold(row[1].text(), name);
-  });
+  const auto exact = std::find_if(rows.begin(), rows.end(),
+                                  [&](const Row& row) { return base::equals_fold(row[1].text(), name); });
   if (exact != rows.end())
     return (*exact)[0].text();
   if (rows.size() > 1)
@@ -156,7 +156,8 @@ Json expiry(const platform::User& user, bool active_directory) {
   const base::CivilTime parts = base::civil_time(date);
   if (parts.year <= 1970)
     return nullptr;
-  return base::to_text(parts.year, 4) + "-" + base::to_text(parts.month, 2) + "-" + base::to_text(parts.day, 2);
+  return base::to_text(parts.year, 4) + "-" + base::to_text(parts.month, 2) + "-" +
+         base::to_text(parts.day, 2);
 }
 
 Json sorted_names(std::vector<std::string> names) {
@@ -177,8 +178,8 @@ std::string group_of_token(const Domain& domain, std::int32_t rid) {
 std::string primary_group_in_nt(const Domain& domain, const ObjectPtr& user) {
   const std::int32_t rid = get_number(user, "PrimaryGroupID");
   for (const ObjectPtr& group : user->Groups()) {
-    const Value sid = get(
-        domain.services.directory.GetObject(winnt_path(domain, group->Name()) + ",group"), "objectSID");
+    const Value sid =
+        get(domain.services.directory.GetObject(winnt_path(domain, group->Name()) + ",group"), "objectSID");
     const base::Bytes& bytes = sid.bytes();
     std::uint32_t last = 0;
     for (std::size_t i = 1; i <= 4 && i <= bytes.size(); ++i)
@@ -227,11 +228,10 @@ std::vector<Json> list_users(const Domain& domain, std::string_view ou) {
   std::vector<Json> out;
   if (domain.active_directory) {
     const std::string base_dn = ou.empty() ? std::string() : locate_ou(domain, ou);
-    for (const Row& row : query(domain, base_dn, conjunction(kUsers),
-                                {"sAMAccountName", "displayName", "description", "userAccountControl",
-                                 "distinguishedName"})) {
-      const bool disabled =
-          !row[3].is_empty() && (row[3].integer() & platform::kFlagAccountDisabled) != 0;
+    for (const Row& row :
+         query(domain, base_dn, conjunction(kUsers),
+               {"sAMAccountName", "displayName", "description", "userAccountControl", "distinguishedName"})) {
+      const bool disabled = !row[3].is_empty() && (row[3].integer() & platform::kFlagAccountDisabled) != 0;
       out.push_back(user_row(row[0].text(), row[1].text(), row[2].text(), disabled, row[4].text()));
     }
   } else {
@@ -239,8 +239,7 @@ std::vector<Json> list_users(const Domain& domain, std::string_view ou) {
       throw Refused("A WinNT domain has no organizational units.");
     for (const ObjectPtr& object : winnt_children(domain, "User")) {
       const platform::User user(object);
-      out.push_back(
-          user_row(user.Name(), user.FullName(), user.Description(), user.AccountDisabled(), {}));
+      out.push_back(user_row(user.Name(), user.FullName(), user.Description(), user.AccountDisabled(), {}));
     }
   }
   sort_by_name(out);
@@ -257,8 +256,8 @@ std::string locate_user(const Domain& domain, std::string_view name) {
 Json describe_user(const Domain& domain, std::string_view name) {
   const std::string located = locate_user(domain, name);
   const bool ad = domain.active_directory;
-  const ObjectPtr object = domain.services.directory.GetObject(
-      ad ? ldap_path(domain, located) : winnt_path(domain, located) + ",user");
+  const ObjectPtr object = domain.services.directory.GetObject(ad ? ldap_path(domain, located)
+                                                                  : winnt_path(domain, located) + ",user");
   const std::string account = ad ? get(object, "samAccountName").text() : object->Name();
   // The flags that only the WinNT object carries, in every kind of domain.
   const ObjectPtr flags_object =
@@ -269,8 +268,8 @@ Json describe_user(const Domain& domain, std::string_view name) {
   std::vector<std::string> groups;
   for (const ObjectPtr& group : user.Groups())
     groups.push_back(bare_name(group->Name()));
-  const std::string primary = ad ? group_of_token(domain, get_number(object, "primaryGroupID"))
-                                 : primary_group_in_nt(domain, object);
+  const std::string primary =
+      ad ? group_of_token(domain, get_number(object, "primaryGroupID")) : primary_group_in_nt(domain, object);
   if (!primary.empty() && std::find(groups.begin(), groups.end(), primary) == groups.end())
     groups.push_back(primary);
   base::Bytes hours = user.LoginHours();
@@ -301,11 +300,10 @@ Json describe_user(const Domain& domain, std::string_view name) {
 std::vector<Json> list_groups(const Domain& domain) {
   std::vector<Json> out;
   if (domain.active_directory) {
-    for (const Row& row : query(domain, {}, conjunction(kGroups),
-                                {"Name", "GroupType", "description", "distinguishedName"})) {
+    for (const Row& row :
+         query(domain, {}, conjunction(kGroups), {"Name", "GroupType", "description", "distinguishedName"})) {
       const bool builtin = base::find_fold(row[3].text(), "builtin") != base::npos;
-      out.push_back(
-          group_row(row[0].text(), row[1].integer(), builtin, row[2].text(), row[3].text(), true));
+      out.push_back(group_row(row[0].text(), row[1].integer(), builtin, row[2].text(), row[3].text(), true));
     }
   } else {
     for (const ObjectPtr& group : winnt_children(domain, "Group")) {
@@ -320,11 +318,13 @@ std::vector<Json> list_groups(const Domain& domain) {
 Json describe_group(const Domain& domain, std::string_view name) {
   const auto all = [&] { return list_groups(domain); };
   const bool ad = domain.active_directory;
-  const ObjectPtr group = ad ? domain.services.directory.GetObject(locate(domain, "group", kGroups, name, all))
-                             : bind_winnt(domain, "group", name, "group", all);
+  const ObjectPtr group =
+      ad ? domain.services.directory.GetObject(locate(domain, "group", kGroups, name, all))
+         : bind_winnt(domain, "group", name, "group", all);
   const std::string dn = ad ? dn_of_path(group->ADsPath()) : std::string();
-  Json out = group_row(bare_name(group->Name()), get_number(group, "groupType"),
-                       base::find_fold(dn, "builtin") != base::npos, get(group, "Description").text(), dn, ad);
+  Json out =
+      group_row(bare_name(group->Name()), get_number(group, "groupType"),
+                base::find_fold(dn, "builtin") != base::npos, get(group, "Description").text(), dn, ad);
   std::vector<std::string> members;
   for (const ObjectPtr& member : group->Members())
     members.push_back(bare_name(member->Name()));

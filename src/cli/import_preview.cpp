@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "batch/csv_layout.hpp"
 #include "cli/exit_codes.hpp"
+#include "creation/account_name.hpp"
 #include "format/user_name.hpp"
 
 namespace twk::cli {
@@ -13,8 +14,8 @@ namespace {
 
 constexpr std::size_t kLongestUserId = 20;
 
-const std::vector<Column> kColumns = {{"line", "Line"},     {"light", "Light"}, {"user", "User"},
-                                      {"first", "First"},   {"middle", "Middle"}, {"last", "Last"},
+const std::vector<Column> kColumns = {{"line", "Line"},      {"light", "Light"},   {"user", "User"},
+                                      {"first", "First"},    {"middle", "Middle"}, {"last", "Last"},
                                       {"message", "Message"}};
 
 /// The names of the accounts there are, in upper case.
@@ -34,6 +35,9 @@ Verdict judge(const session::Session& session, const std::string& user, std::set
   const std::size_t length = base::length(user);
   if (length < 1 || length > kLongestUserId)
     return {session::kRed, "UserID Is too long or too Short, 1-20 chrs"};
+  for (const std::string& character :
+       creation::invalid_characters(user, session::is_active_directory(session)))
+    return {session::kRed, "Invalid Character in User Name: " + character};
   if (taken.insert(base::upper(user)).second)
     return {};
   if (session.SerialTokenUsed || !session.form1.ALTID.text.get().empty())
@@ -61,8 +65,13 @@ Json preview_line(session::Session& session, std::int32_t number, const ImportCo
     user = format::UserName(session, format, first, middle, last);
     verdict = judge(session, user, taken);
   }
-  return {{"line", number}, {"user", user},   {"light", verdict.light}, {"message", verdict.message},
-          {"first", first}, {"middle", middle}, {"last", last}};
+  return {{"line", number},
+          {"user", user},
+          {"light", verdict.light},
+          {"message", verdict.message},
+          {"first", first},
+          {"middle", middle},
+          {"last", last}};
 }
 
 void split_line(session::ImportState& import, std::string_view line) {

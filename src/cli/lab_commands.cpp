@@ -12,19 +12,19 @@
 #include "lab/entry_store.hpp"
 #include "lab/lab.hpp"
 #include "lab/lab_create.hpp"
+#include "local/posix_files.hpp"
 #include "session/settings.hpp"
 
 namespace twk::cli {
 namespace {
 
-const std::map<std::string, lab::DomainKind> kKinds = {{"native", lab::DomainKind::kNative},
-                                                       {"mixed", lab::DomainKind::kMixed},
-                                                       {"nt", lab::DomainKind::kNt}};
+const std::map<std::string, lab::DomainKind> kKinds = {
+    {"native", lab::DomainKind::kNative}, {"mixed", lab::DomainKind::kMixed}, {"nt", lab::DomainKind::kNt}};
 
-const std::vector<Column> kFields = {{"lab", "Lab"},         {"domain", "Domain"}, {"netbios", "Pre-2000 name"},
-                                     {"kind", "Kind"},       {"users", "Users"},   {"groups", "Groups"},
-                                     {"ous", "OUs"},         {"controller", "Controller"},
-                                     {"database", "Database"}};
+const std::vector<Column> kFields = {
+    {"lab", "Lab"},   {"domain", "Domain"},         {"netbios", "Pre-2000 name"},
+    {"kind", "Kind"}, {"users", "Users"},           {"groups", "Groups"},
+    {"ous", "OUs"},   {"controller", "Controller"}, {"database", "Database"}};
 
 struct InitArguments {
   std::string folder;
@@ -45,15 +45,17 @@ std::string kind_text(lab::DomainKind kind) {
 int show_info(Context& context) {
   const lab::LabConfig& config = context.lab().config();
   const Domain domain = context.domain();
-  context.output().details(kFields, {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
-                                     {"domain", lab::domain_name(config)},
-                                     {"netbios", config.netbios},
-                                     {"kind", kind_text(config.kind)},
-                                     {"users", list_users(domain, {}).size()},
-                                     {"groups", list_groups(domain).size()},
-                                     {"ous", list_ous(domain).size()},
-                                     {"controller", config.controller},
-                                     {"database", context.session(Depth::kSettings).form1.dbpath.text.get()}});
+  context.output().details(
+      kFields,
+      {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
+       {"domain", lab::domain_name(config)},
+       {"netbios", config.netbios},
+       {"kind", kind_text(config.kind)},
+       {"users", list_users(domain, {}).size()},
+       {"groups", list_groups(domain).size()},
+       {"ous", list_ous(domain).size()},
+       {"controller", config.controller},
+       {"database", local::to_local_path(context.session(Depth::kSettings).form1.dbpath.text.get())}});
   return kExitGreen;
 }
 
@@ -99,7 +101,8 @@ int import_lab(Context& context, const std::string& file) {
 
 int export_lab(Context& context) {
   context.lab();
-  const auto store = lab::open_entry_store(context.lab_folder(), [](const std::string& text) { complain(text); });
+  const auto store =
+      lab::open_entry_store(context.lab_folder(), [](const std::string& text) { complain(text); });
   context.output().raw("version: 1\n\n");
   store->export_to([&](std::string_view piece) { context.output().raw(piece); });
   return kExitGreen;
@@ -114,29 +117,36 @@ void add_lab_commands(CLI::App& app, Context& context) {
   auto arguments = std::make_shared<InitArguments>();
   auto* init = group->add_subcommand("init", "Make a lab in a new or empty folder");
   init->add_option("DIR", arguments->folder, "The folder")->required();
-  init->add_option("--domain", arguments->domain, "Name of the domain; twk.test if not given")->type_name("NAME");
+  init->add_option("--domain", arguments->domain, "Name of the domain; twk.test if not given")
+      ->type_name("NAME");
   init->add_option("--kind", arguments->kind, "native, mixed or nt; native if not given")
       ->type_name("KIND")
       ->check(CLI::IsMember(kKinds, CLI::ignore_case));
   const auto number = CLI::Range(std::size_t{0}, std::size_t{1000000});
   init->add_option("--users", arguments->plan.users, "Number of users")->type_name("N")->check(number);
   init->add_option("--groups", arguments->plan.groups, "Number of groups")->type_name("N")->check(number);
-  init->add_option("--ous", arguments->plan.ous, "Number of organizational units")->type_name("N")->check(number);
+  init->add_option("--ous", arguments->plan.ous, "Number of organizational units")
+      ->type_name("N")
+      ->check(number);
   init->add_option("--seed", arguments->plan.seed, "Equal seeds make equal labs")->type_name("N");
   init->add_flag("--sample", arguments->sample, "Add a site, a template and settings to begin with");
-  init->callback([=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
+  init->callback(
+      [=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
 
   auto file = std::make_shared<std::string>();
   auto* import = group->add_subcommand(
       "import", "Take over the entries of an LDIF file; makes the lab when there is none");
   import->add_option("LDIF", *file, "The file; - for standard input")->required();
-  import->callback([=, &context] { context.set_action([=, &context] { return import_lab(context, *file); }); });
+  import->callback([=, &context] { context.set_action([=, &context] { return import_lab(context, *file);
+});
+}  // namespace twk::cli
+);
 
-  auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
-  exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
+auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
+exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
 
-  auto* info = group->add_subcommand("info", "Tell what the lab is");
-  info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
+auto* info = group->add_subcommand("info", "Tell what the lab is");
+info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
 }
 
 }  // namespace twk::cli

@@ -50,7 +50,8 @@ lab::LabPlan plan_of(std::string_view text) {
       return;
     plan.emplace();
     plan->domain = domain;
-    plan->kind = value_of(record, "nTMixedDomain") == "1" ? lab::DomainKind::kMixed : lab::DomainKind::kNative;
+    plan->kind =
+        value_of(record, "nTMixedDomain") == "1" ? lab::DomainKind::kMixed : lab::DomainKind::kNative;
     plan->users = plan->groups = plan->ous = 0;
   });
   if (!plan)

@@ -46,7 +46,8 @@ std::vector<std::string> near_matches(std::string_view name, const std::vector<s
     if (distance <= tolerated)
       found.emplace_back(distance, base::trim(candidate));
   }
-  std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::stable_sort(found.begin(), found.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<std::string> out;
   for (std::size_t i = 0; i < std::min(found.size(), kMostMatches); ++i)
     out.push_back(found[i].second);

@@ -4,10 +4,10 @@
 
 #include "base/errors.hpp"
 #include "cli/failures.hpp"
+#include "cli/template_fields.hpp"
 #include "session/settings.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"
-#include "cli/template_fields.hpp"
 #include "stores/template_tab.hpp"
 
 namespace twk::cli {
@@ -28,19 +28,18 @@ struct Setting {
 };
 
 // The longest account name has 20 characters, and these formats leave room for three digits.
-constexpr std::array kSettings = {
-    Setting{session::kSetup, "UserFormat", "5"},
-    Setting{session::kSetup, "SetupID", "9%first%.9%last%"},
-    Setting{session::kSetup, "AltSetupID", "8%first%.8%last%%n%"},
-    Setting{session::kSetup, "IncNumber", "1"},
-    Setting{session::kSetup, "Password", "Welcome-2-Work"},
-    Setting{session::kPreferences, "FullName", "2"},
-    Setting{session::kPreferences, "Custom_FN", "%First% %Last%"},
-    Setting{session::kPreferences, "ForcePasswdChange", "Yes"},
-    Setting{session::kUM, "CreateShares", "No"},
-    Setting{session::kUM, "SetPermissions", "No"},
-    Setting{session::kUM, "MailAccount", "No"},
-    Setting{session::kUM, "RunCmd", "No"}};
+constexpr std::array kSettings = {Setting{session::kSetup, "UserFormat", "5"},
+                                  Setting{session::kSetup, "SetupID", "9%first%.9%last%"},
+                                  Setting{session::kSetup, "AltSetupID", "8%first%.8%last%%n%"},
+                                  Setting{session::kSetup, "IncNumber", "1"},
+                                  Setting{session::kSetup, "Password", "Welcome-2-Work"},
+                                  Setting{session::kPreferences, "FullName", "2"},
+                                  Setting{session::kPreferences, "Custom_FN", "%First% %Last%"},
+                                  Setting{session::kPreferences, "ForcePasswdChange", "Yes"},
+                                  Setting{session::kUM, "CreateShares", "No"},
+                                  Setting{session::kUM, "SetPermissions", "No"},
+                                  Setting{session::kUM, "MailAccount", "No"},
+                                  Setting{session::kUM, "RunCmd", "No"}};
 
 void write_settings(Context& context) {
   for (const Setting& setting : kSettings) {
@@ -96,7 +95,8 @@ void add_template(Session& session) {
   fields.profile_path = "\\\\%Server%\\Profiles\\%UserName%";
   fields.profile_dir_path = "D:\\Profiles\\%UserName%";
   fields.logon_script = "logon.cmd";
-  fields.groups = {kGroup};
+  fields.groups = {kGroup, "Domain Users"};
+  fields.primary_group = "Domain Users";
   stores::NewTemplate(session);
   session.form1.New_Template_Name.text = "Staff";
   fill_template_tab(session, fields);

@@ -23,8 +23,7 @@ struct SettingsArguments {
   bool user = false;
 };
 
-const std::vector<Column> kColumns = {
-    {"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
+const std::vector<Column> kColumns = {{"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
 
 constexpr std::array kHives = {std::pair{platform::kHiveLocalMachine, std::string_view("HKEY_LOCAL_MACHINE")},
                                std::pair{platform::kHiveCurrentUser, std::string_view("HKEY_CURRENT_USER")}};
@@ -70,9 +69,9 @@ bool is_password(const SettingsArguments& arguments) {
 void write_setting(Context& context, std::uint32_t hive, std::string_view key, std::string_view name,
                    std::string_view value) {
   if (!context.registry().Reg_Write(hive, key, name, value)) {
-    throw base::RuntimeError(base::error::kPathFileAccess,
-                             "Cannot write the setting " + std::string(name) + " in " +
-                                 (context.lab_folder() / "settings").string());
+    throw base::RuntimeError(base::error::kPathFileAccess, "Cannot write the setting " + std::string(name) +
+                                                               " in " +
+                                                               (context.lab_folder() / "settings").string());
   }
 }
 
@@ -120,8 +119,8 @@ std::pair<std::uint32_t, std::string> split_path(const std::string& path) {
     if (base::equals_fold(path, root) || base::starts_with_fold(path, root + "\\"))
       return {hive, path.substr(hive_name.size() + 1)};
   }
-  throw BadInput("The key " + path + " does not belong to the settings below " +
-                 std::string(session::kTree) + "; nothing was imported.");
+  throw BadInput("The key " + path + " does not belong to the settings below " + std::string(session::kTree) +
+                 "; nothing was imported.");
 }
 
 int import_settings(Context& context, const SettingsArguments& arguments) {
@@ -140,8 +139,8 @@ int import_settings(Context& context, const SettingsArguments& arguments) {
       ++count;
     }
   }
-  context.output().result({{"imported", count}}, base::to_text(static_cast<std::int64_t>(count)) +
-                                                     " settings imported.");
+  context.output().result({{"imported", count}},
+                          base::to_text(static_cast<std::int64_t>(count)) + " settings imported.");
   return kExitGreen;
 }
 
@@ -163,7 +162,8 @@ void add_settings_commands(CLI::App& app, Context& context) {
   auto* get = add("get", "Print one value");
   add_key(get)->required();
   get->add_option("NAME", arguments->name, "Name of the value")->required();
-  get->callback([=, &context] { context.set_action([=, &context] { return get_setting(context, *arguments); }); });
+  get->callback(
+      [=, &context] { context.set_action([=, &context] { return get_setting(context, *arguments); }); });
 
   auto* set = add("set", "Write one value; without VALUE, a line of standard input");
   add_key(set)->required();
@@ -176,7 +176,8 @@ void add_settings_commands(CLI::App& app, Context& context) {
 
   auto* list = add("list", "List values");
   add_key(list);
-  list->callback([=, &context] { context.set_action([=, &context] { return list_settings(context, *arguments); }); });
+  list->callback(
+      [=, &context] { context.set_action([=, &context] { return list_settings(context, *arguments); }); });
 
   auto* exporting = add("export", "Print all values as REGEDIT4 text");
   exporting->callback(

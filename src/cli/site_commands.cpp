@@ -138,9 +138,11 @@ void add_field_options(CLI::App& command, SiteArguments& arguments) {
   add("--nt-server", arguments.nt_server, "Home server", kServer);
   add("--exchange-server", arguments.exchange_server, "Exchange server", kServer);
   add("--exchange-org", arguments.exchange_org, "Exchange organisation", kExchange);
-  add("--exchange-site", arguments.exchange_site, "Exchange site, or storage group of Exchange 2000", kExchange);
+  add("--exchange-site", arguments.exchange_site, "Exchange site, or storage group of Exchange 2000",
+      kExchange);
   add("--mail-store", arguments.mail_store, "Mailbox store of Exchange 2000", kExchange);
-  command.add_flag("--exchange2000,!--exchange55", arguments.exchange2000, "The site has Exchange 2000, or 5.5");
+  command.add_flag("--exchange2000,!--exchange55", arguments.exchange2000,
+                   "The site has Exchange 2000, or 5.5");
 }
 
 }  // namespace
@@ -152,7 +154,8 @@ void add_site_commands(CLI::App& app, Context& context) {
   const auto add = [&](const char* name, const char* what, auto action) {
     auto* command = site->add_subcommand(name, what);
     command->add_option("NAME", arguments->name, "Name of the site")->required();
-    command->callback([=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
+    command->callback(
+        [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
     return command;
   };
   auto* list = site->add_subcommand("list", "List the sites");

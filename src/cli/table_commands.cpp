@@ -46,7 +46,8 @@ void add_table_commands(CLI::App& app, Context& context) {
       "  mail               NAME,VALUE\n"
       "  w2k                p,ATTRIBUTE,VALUE for the account; m,ATTRIBUTE,VALUE for its mail\n"
       "  wts                VALUE, in the order of the thirteen settings\n"
-      "  permissions,       ACCOUNT,ACCESS[,OWNER[,NEW]] with tabs or commas between; ACCESS is Full Control,\n"
+      "  permissions,       ACCOUNT,ACCESS[,OWNER[,NEW]] with tabs or commas between; ACCESS is Full "
+      "Control,\n"
       "  share-permissions  Change, Read or No Access, NEW is yes or no");
   set->callback(
       [=, &context] { context.set_action([=, &context] { return set_table(context, *name, *file); }); });

@@ -157,14 +157,16 @@ void add_template_commands(CLI::App& app, Context& context) {
     command->add_option("NAME", arguments->name, "Name of the template")
         ->required()
         ->check(at_most(stores::kTemplateNameLength));
-    command->callback([=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
+    command->callback(
+        [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
     return command;
   };
   auto* list = group->add_subcommand("list", "List the templates");
   list->callback([&context] { context.set_action([&context] { return list_templates(context); }); });
   add("show", "Show a template", show_template);
   add_template_options(*add("add", "Add a template", add_template), arguments->fields);
-  add_template_options(*add("edit", "Change the given fields of a template", edit_template), arguments->fields);
+  add_template_options(*add("edit", "Change the given fields of a template", edit_template),
+                       arguments->fields);
   add("copy", "Copy a template under a new name", copy_template)
       ->add_option("NEW", arguments->new_name, "Name of the copy")
       ->required()

@@ -62,7 +62,8 @@ void choose_primary_group(Session& session, const std::string& name) {
   if (row == nullptr && row_of(form.ListView5, name) == nullptr)
     refuse_group(form.ListView5, name);
   if (row == nullptr)
-    throw Refused("The primary group must be one of the template's groups: give --group \"" + name + "\" too.");
+    throw Refused("The primary group must be one of the template's groups: give --group \"" + name +
+                  "\" too.");
   form.ListView6.select(row);
   stores::SetPriGroup(session);
   if (form.PrimaryGrp.caption != row->text)
@@ -95,7 +96,8 @@ void add_template_options(CLI::App& command, TemplateFields& fields) {
   command.add_option("--logon-hours", fields.logon_hours, "The 168 hours of a week as 42 hexadecimal digits")
       ->check(logon_hours())
       ->type_name("HEX");
-  add("--primary-group", fields.primary_group, "Primary group; one of the template's groups", kShareLength + 1);
+  add("--primary-group", fields.primary_group, "Primary group; one of the template's groups",
+      kShareLength + 1);
   command
       .add_option("--group", fields.groups,
                   "A group of the template; repeat it for each, all of them in place of those it has")

@@ -55,7 +55,8 @@ void add_user_commands(CLI::App& app, Context& context) {
 
   auto name = std::make_shared<std::string>();
   auto* show = user->add_subcommand("show", "Show a user");
-  show->add_option("NAME", *name, "Account name, common name, principal name or distinguished name")->required();
+  show->add_option("NAME", *name, "Account name, common name, principal name or distinguished name")
+      ->required();
   show->callback([=, &context] { context.set_action([=, &context] { return show_user(context, *name); }); });
 
   auto ou = std::make_shared<std::string>();

@@ -67,8 +67,8 @@ void add_user_create(CLI::App& user, Context& context) {
   add_place_options(*create, arguments->place);
   create->add_option("--id", arguments->id, "Account name, in place of what the name format gives");
   create->add_option("--description", arguments->description, "Description")->type_name("TEXT");
-  auto* from_input =
-      create->add_flag("--password-stdin", arguments->password_stdin, "The password is a line of standard input");
+  auto* from_input = create->add_flag("--password-stdin", arguments->password_stdin,
+                                      "The password is a line of standard input");
   create->add_option("--password-file", arguments->password_file, "The password is the first line of a file")
       ->type_name("FILE")
       ->excludes(from_input);

@@ -10,6 +10,7 @@
 #include "cli/interrupt.hpp"
 #include "cli/progress.hpp"
 #include "cli/user_commands.hpp"
+#include "local/posix_files.hpp"
 
 namespace twk::cli {
 namespace {
@@ -60,27 +61,31 @@ void set_group_range(Context& context, const std::string& groups) {
   context.override_setting("Setup", "ImportGroupsFinish", finish);
 }
 
+/// Chooses a column, which the first line must have.
+void choose(controls::ComboBox& box, const std::optional<int>& column) {
+  if (!column)
+    return;
+  if (static_cast<std::size_t>(*column) >= box.items().size()) {
+    throw UsageError("there is no column " + std::to_string(*column) + ": the first line has " +
+                     std::to_string(box.items().size() - 1));
+  }
+  box.select(*column);
+}
+
 /// What a person does in the window `CSV_Import`.
 void choose_columns(session::Session& session, const ImportColumns& columns) {
   session::CSV_Import& window = session.csv_import;
-  if (!columns.any())
-    return batch::csv_layout_ok(session);
-  window.chkImport.value = 0;
+  window.chkImport.value = 1;
   batch::chkImport_Click(session);
-  const auto choose = [](controls::ComboBox& box, const std::optional<int>& column) {
-    if (!column)
-      return;
-    if (static_cast<std::size_t>(*column) >= box.items().size()) {
-      throw UsageError("there is no column " + std::to_string(*column) + ": the first line has " +
-                       std::to_string(box.items().size() - 1));
-    }
-    box.select(*column);
-  };
-  choose(window.ImportFirst, columns.first);
-  choose(window.ImportMiddle, columns.middle);
-  choose(window.ImportLast, columns.last);
-  choose(window.ImportUserID, columns.id);
-  choose(window.ImportPassword, columns.password);
+  if (columns.any()) {
+    window.chkImport.value = 0;
+    batch::chkImport_Click(session);
+    choose(window.ImportFirst, columns.first);
+    choose(window.ImportMiddle, columns.middle);
+    choose(window.ImportLast, columns.last);
+    choose(window.ImportUserID, columns.id);
+    choose(window.ImportPassword, columns.password);
+  }
   batch::csv_layout_ok(session);
 }
 
@@ -97,10 +102,9 @@ void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
     ++counts.created;
   if (light == session::kYellow)
     ++counts.warnings;
-  output.result(
-      {{"line", row.line}, {"user", row.outcome.user}, {"light", light}, {"message", message}},
-      pad(std::to_string(row.line), 6) + output.light(light) + std::string(8 - light.size(), ' ') +
-          pad(printable(row.outcome.user), 20) + "  " + printable(message));
+  output.result({{"line", row.line}, {"user", row.outcome.user}, {"light", light}, {"message", message}},
+                pad(std::to_string(row.line), 6) + output.light(light) + std::string(8 - light.size(), ' ') +
+                    pad(printable(row.outcome.user), 20) + "  " + printable(message));
 }
 
 /// GREEN when every line made a user without a warning; RED when the run was halted or failed.
@@ -113,17 +117,19 @@ std::string_view light_of_run(const session::ImportState& import, const Counts& 
 
 void print_end(Output& output, const session::ImportState& import, const Counts& counts,
                std::string_view light, const std::string& message) {
+  const std::string error_path = local::to_local_path(import.error_path);
+  const std::string summary_path = local::to_local_path(import.summary_path);
   output.result({{"light", light},
                  {"created", counts.created},
                  {"warnings", counts.warnings},
                  {"refused", counts.refused},
-                 {"importErr", import.error_path},
-                 {"summary", import.summary_path},
+                 {"importErr", error_path},
+                 {"summary", summary_path},
                  {"message", message}},
                 std::to_string(counts.created) + " created, " + std::to_string(counts.warnings) +
                     " of them with warnings, " + std::to_string(counts.refused) + " not created.\n" +
-                    "Not created: " + printable(import.error_path) + "\n" +
-                    "Summary:     " + printable(import.summary_path));
+                    "Not created: " + printable(error_path) + "\n" +
+                    "Summary:     " + printable(summary_path));
 }
 
 int run_import(Context& context, session::Session& session) {
@@ -135,27 +141,26 @@ int run_import(Context& context, session::Session& session) {
     if (interrupted())
       batch::CancelButton_Click(session);
   });
-  import.row_done = [&](const session::ImportRow& row) {
-    progress.clear();
-    print_row(context.output(), row, counts);
-  };
-  const auto& caption = session.form1.Import_Text.caption;
-  const auto watch = caption.watch([&] { progress.show(caption.get()); });
-  act(session, [&] { batch::Import_Command(session); });
-  progress.clear();
-  context.dialogs().before_text({});
-  context.dialogs().on_events({});
-  import.row_done = {};
+  import.row_done = [&](const session::ImportRow& row) { progress.clear();
+  print_row(context.output(), row, counts);
+};
+const auto& caption = session.form1.Import_Text.caption;
+const auto watch = caption.watch([&] { progress.show(caption.get()); });
+batch::Import_Command(session);
+progress.clear();
+context.dialogs().before_text({});
+context.dialogs().on_events({});
+import.row_done = {};
 
-  if (!import.failure.empty())
-    complain(import.failure);
-  if (import.error_path.empty())
-    return kExitRed;
-  const bool whole = import.failure.empty() && !import.ImportHalt;
-  const std::string_view light = light_of_run(import, counts, whole);
-  print_end(context.output(), import, counts, light, session.form1.StatusBar1.panel1);
-  return exit_code_of_light(light);
-}
+if (!import.failure.empty())
+  complain(import.failure);
+if (import.error_path.empty())
+  return kExitRed;
+const bool whole = import.failure.empty() && !import.ImportHalt;
+const std::string_view light = light_of_run(import, counts, whole);
+print_end(context.output(), import, counts, light, session.form1.StatusBar1.panel1);
+return exit_code_of_light(light);
+}  // namespace
 
 int import_users(Context& context, const ImportArguments& arguments) {
   if (!arguments.groups.empty())
@@ -180,7 +185,7 @@ void add_column(CLI::App& command, const char* name, std::optional<int>& column,
   command.add_option(name, column, what)->type_name("N")->check(CLI::Range(0, 100));
 }
 
-}  // namespace
+}  // namespace twk::cli
 
 void add_user_import(CLI::App& user, Context& context) {
   auto arguments = std::make_shared<ImportArguments>();
@@ -188,7 +193,8 @@ void add_user_import(CLI::App& user, Context& context) {
   import->add_option("FILE", arguments->file, "The file: a user a line, every comma separates")->required();
   add_place_options(*import, arguments->place);
   add_column(*import, "--first", arguments->columns.first, "Column of the first name; 1 if not given");
-  add_column(*import, "--middle", arguments->columns.middle, "Column of the middle name; 2 if not given, 0 for none");
+  add_column(*import, "--middle", arguments->columns.middle,
+             "Column of the middle name; 2 if not given, 0 for none");
   add_column(*import, "--last", arguments->columns.last, "Column of the last name; 3 if not given");
   add_column(*import, "--id", arguments->columns.id, "Column of the account name");
   add_column(*import, "--password", arguments->columns.password, "Column of the password");
@@ -201,7 +207,9 @@ void add_user_import(CLI::App& user, Context& context) {
       ->type_name("TEXT");
   import->add_flag("--preview", arguments->preview, "Show what each line gives and create nothing");
   import->callback(
-      [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments); }); });
+      [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments);
+});
+});
 }
 
 }  // namespace twk::cli

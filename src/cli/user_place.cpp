@@ -66,7 +66,9 @@ void select_user(Context& context, session::Session& session, const std::string&
 }  // namespace
 
 void add_place_options(CLI::App& command, CreationPlace& place) {
-  command.add_option("--template", place.template_name, "Template to create with")->required()->type_name("T");
+  command.add_option("--template", place.template_name, "Template to create with")
+      ->required()
+      ->type_name("T");
   command.add_option("--site", place.site, "Site to create with")->required()->type_name("S");
   auto* ou = command.add_option("--ou", place.ou, "Organizational unit to create in")->type_name("DN");
   command.add_option("--like", place.like, "User to create beside, whose groups are copied")
