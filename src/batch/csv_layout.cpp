@@ -63,6 +63,7 @@ void load_csv_layout(Session& session, std::string_view path) {
   const std::string text = import_text(session.platform.files.read(path));
   window.ListView1.clear();
   window.columns = 0;
+  window.chkImport.value = 1;
   for (controls::ComboBox* box : choices(window)) {
     box->clear();
     box->add_item("");

@@ -12,7 +12,8 @@ std::string resolve_account(const LabDomain& domain, const AdsPath& path) {
   const bool want_group = base::equals_fold(path.account_class, "group");
   const bool want_user = base::equals_fold(path.account_class, "user");
   const Entry* entry = want_group ? nullptr : find_account(domain, path.name, true);
-  if (entry == nullptr && !want_user) entry = find_account(domain, path.name, false);
+  if (entry == nullptr && !want_user)
+    entry = find_account(domain, path.name, false);
   if (entry == nullptr) {
     raise(want_group ? ads_error::kGroupNotFound : ads_error::kUserNotFound,
           "The domain has no account " + path.name);
@@ -29,7 +30,8 @@ void require_ldap_server(const LabDomain& domain, std::string_view server) {
 }
 
 void require_domain(const LabDomain& domain, std::string_view name) {
-  if (!is_domain_name(domain, name)) raise(kNoSuchDomain, "There is no domain " + std::string(name));
+  if (!is_domain_name(domain, name))
+    raise(kNoSuchDomain, "There is no domain " + std::string(name));
 }
 
 std::string resolve_entry(const LabDomain& domain, const AdsPath& path) {

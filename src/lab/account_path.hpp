@@ -8,9 +8,9 @@
 
 namespace twk::lab {
 
-/// The DN of the entry that an LDAP, GC or WinNT path means; "LDAP://<dns domain>" is the domain's own. Raises
-/// kServerDown for a server that is not the lab's and for LDAP in a lab of kind nt, kNoSuchDomain, kNoSuchObject,
-/// kUserNotFound, kGroupNotFound, kBadPathname for a path of another kind.
+/// The DN of the entry that an LDAP, GC or WinNT path means; "LDAP://<dns domain>" is the domain's own.
+/// Raises kServerDown for a server that is not the lab's and for LDAP in a lab of kind nt, kNoSuchDomain,
+/// kNoSuchObject, kUserNotFound, kGroupNotFound, kBadPathname for a path of another kind.
 std::string resolve_entry(const LabDomain& domain, const AdsPath& path);
 std::string resolve_entry(const LabDomain& domain, std::string_view path);
 

@@ -23,7 +23,8 @@ constexpr std::uint32_t kSecurityGroup = 0x80000000U;
 
 const AttributeSchema& writable_attribute(std::string_view name) {
   const AttributeSchema* const attribute = find_attribute(name);
-  if (attribute == nullptr) raise(ads_error::kNoSuchAttribute, "The schema has no attribute " + std::string(name));
+  if (attribute == nullptr)
+    raise(ads_error::kNoSuchAttribute, "The schema has no attribute " + std::string(name));
   if (attribute->system_only) {
     raise(ads_error::kUnwilling, "Only the directory itself writes " + std::string(attribute->name));
   }
@@ -32,21 +33,31 @@ const AttributeSchema& writable_attribute(std::string_view name) {
 
 Modification convert(const StagedChange& change, const AttributeSchema& attribute) {
   Modification out{change.kind, std::string(attribute.name), {}};
-  for (const Value& value : change.values) out.values.push_back(to_raw(attribute, value));
+  for (const Value& value : change.values)
+    out.values.push_back(to_raw(attribute, value));
   return out;
+}
+
+bool is_mandatory(std::string_view attribute) {
+  return attribute == "sAMAccountName" || attribute == "userAccountControl" || attribute == "primaryGroupID" ||
+         attribute == "groupType" || attribute == "objectCategory";
 }
 
 /// A single-valued attribute must not end with several values.
 void check_count(const Entry* entry, const AttributeSchema& attribute, const Modification& change) {
-  if (attribute.multi_valued || change.kind == ModifyKind::kDelete) return;
+  if (attribute.multi_valued || change.kind == ModifyKind::kDelete)
+    return;
   std::size_t count = change.values.size();
-  if (change.kind == ModifyKind::kAdd && entry != nullptr) count += entry->values(attribute.name).size();
-  if (count > 1) constraint(attribute.name, "is a list, but the attribute holds a single value");
+  if (change.kind == ModifyKind::kAdd && entry != nullptr)
+    count += entry->values(attribute.name).size();
+  if (count > 1)
+    constraint(attribute.name, "is a list, but the attribute holds a single value");
 }
 
 std::string stored_flags(const Entry* entry, Provider provider, std::int32_t wanted) {
   std::int32_t flags = wanted & ~platform::kFlagLockedOut;
-  if ((flags & kAccountKinds) == 0) flags |= platform::kFlagNormalAccount;
+  if ((flags & kAccountKinds) == 0)
+    flags |= platform::kFlagNormalAccount;
   if (provider != Provider::kWinnt && entry != nullptr) {
     const auto stored = static_cast<std::int32_t>(read_number(*entry, "userAccountControl"));
     flags = (flags & ~platform::kFlagCannotChangePassword) | (stored & platform::kFlagCannotChangePassword);
@@ -55,25 +66,28 @@ std::string stored_flags(const Entry* entry, Provider provider, std::int32_t wan
 }
 
 /// The rules of single attributes; may append changes that go along.
-void apply_rules(const LabDomain& domain, const Entry* entry, bool user, Provider provider, Modification& change,
-                 std::vector<Modification>& along) {
-  if (change.values.empty()) {
-    if (change.attribute == "sAMAccountName") constraint(change.attribute, "cannot be taken away");
-    return;
-  }
+void apply_rules(const LabDomain& domain, const Entry* entry, bool user, Provider provider,
+                 Modification& change, std::vector<Modification>& along) {
+  const bool takes_away = change.kind == ModifyKind::kDelete || change.values.empty();
+  if (takes_away && is_mandatory(change.attribute)) constraint(change.attribute, "cannot be taken away");
+  if (takes_away) return;
   std::string& value = change.values.front();
   if (change.attribute == "sAMAccountName") {
     check_account_name(value, user);
   } else if (change.attribute == "userAccountControl") {
     value = stored_flags(entry, provider, *base::to_number(value));
   } else if (change.attribute == "pwdLastSet") {
-    if (value != "0" && value != "-1") constraint(change.attribute, "is neither 0 nor -1");
-    if (value == "-1") value = filetime_now(domain);
+    if (value != "0" && value != "-1")
+      constraint(change.attribute, "is neither 0 nor -1");
+    if (value == "-1")
+      value = filetime_now(domain);
   } else if (change.attribute == "lockoutTime") {
-    if (value != "0") raise(ads_error::kUnwilling, "An account cannot be locked by setting lockoutTime");
+    if (value != "0")
+      raise(ads_error::kUnwilling, "An account cannot be locked by setting lockoutTime");
     along.push_back({ModifyKind::kReplace, "badPwdCount", {"0"}});
   } else if (change.attribute == "logonHours") {
-    if (value.size() != kLogonHoursBytes) constraint(change.attribute, "is not 21 bytes long");
+    if (value.size() != kLogonHoursBytes)
+      constraint(change.attribute, "is not 21 bytes long");
   } else if (change.attribute == "groupType") {
     along.push_back({ModifyKind::kReplace, "sAMAccountType", {group_account_type(*base::to_number(value))}});
   }
@@ -86,16 +100,21 @@ void check_account_name(std::string_view name, bool user) {
   const auto refuse = [&](const std::string& why) {
     raise(ads_error::kInvalidAccountName, "The account name \"" + base::to_valid_utf8(name) + "\" " + why);
   };
-  if (const auto control = base::find_control_character(name)) refuse("holds the control character " + *control);
+  if (const auto control = base::find_control_character(name))
+    refuse("holds the control character " + *control);
   const std::size_t at = name.find_first_of(kForbidden);
-  if (at != base::npos) refuse(std::string("holds the character ") + name[at]);
-  if (name.find_first_not_of(" .") == base::npos) refuse("is empty or only blanks and dots");
+  if (at != base::npos)
+    refuse(std::string("holds the character ") + name[at]);
+  if (name.find_first_not_of(" .") == base::npos)
+    refuse("is empty or only blanks and dots");
   const std::size_t longest = user ? kUserNameLength : kGroupNameLength;
-  if (base::length(name) > longest) refuse("is longer than " + base::to_text(static_cast<std::int64_t>(longest)) + " characters");
+  if (base::length(name) > longest)
+    refuse("is longer than " + base::to_text(static_cast<std::int64_t>(longest)) + " characters");
 }
 
-std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry, std::string_view object_class,
-                                           Provider provider, const std::vector<StagedChange>& changes) {
+std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
+                                           std::string_view object_class, Provider provider,
+                                           const std::vector<StagedChange>& changes) {
   const bool user = !base::equals_fold(object_class, "group");
   std::vector<Modification> out;
   std::vector<Modification> along;
@@ -110,7 +129,9 @@ std::vector<Modification> to_modifications(const LabDomain& domain, const Entry*
   return out;
 }
 
-std::string filetime_now(const LabDomain& domain) { return base::to_text(base::to_filetime(domain.clock.now())); }
+std::string filetime_now(const LabDomain& domain) {
+  return base::to_text(base::to_filetime(domain.clock.now()));
+}
 
 std::string group_account_type(std::int32_t group_type) {
   const auto bits = static_cast<std::uint32_t>(group_type);

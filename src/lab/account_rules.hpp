@@ -22,18 +22,19 @@ struct StagedChange {
   platform::ValueList values;
 };
 
-/// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group), holds
-/// a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
+/// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
+/// holds a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
 void check_account_name(std::string_view name, bool user);
 
 /// The stored form of changes to `entry` (none: a new object) of class `object_class`.
 ///
 /// "userAccountControl" keeps its kind of account, and through LDAP the "cannot change password" bit as it is
-/// stored; "pwdLastSet" takes 0 (must change) and -1 (now); "lockoutTime" takes 0 and forgets wrong passwords;
-/// "groupType" carries its "sAMAccountType". Raises kNoSuchAttribute, kConstraint, kUnwilling for what only the
-/// directory itself writes.
-std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry, std::string_view object_class,
-                                           Provider provider, const std::vector<StagedChange>& changes);
+/// stored; "pwdLastSet" takes 0 (must change) and -1 (now); "lockoutTime" takes 0 and forgets wrong
+/// passwords; "groupType" carries its "sAMAccountType". Raises kNoSuchAttribute, kConstraint, kUnwilling for
+/// what only the directory itself writes.
+std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
+                                           std::string_view object_class, Provider provider,
+                                           const std::vector<StagedChange>& changes);
 
 /// The moment, as the directory counts time.
 std::string filetime_now(const LabDomain& domain);

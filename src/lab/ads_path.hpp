@@ -10,19 +10,19 @@ enum class Provider { kLdap, kGc, kWinnt };
 /// An ADsPath taken apart.
 struct AdsPath {
   enum class Kind {
-    kNamespace,    ///< "LDAP:", "GC:", "WinNT:"
-    kRootDse,      ///< "LDAP://[server/]RootDSE"
-    kSchema,       ///< "LDAP://Schema" or, with `name`, "LDAP://Schema/User"
-    kEntry,        ///< "LDAP://[server/]<dn>"; `name` is the DN, empty for "LDAP://<dns domain>"
-    kDomain,       ///< "WinNT://TWK"
-    kAccount,      ///< "WinNT://TWK/jo[,user]"
-    kFileServer,   ///< "WinNT://FS1/lanmanserver"
-    kFileShare     ///< "WinNT://FS1/lanmanserver/Users"
+    kNamespace,   ///< "LDAP:", "GC:", "WinNT:"
+    kRootDse,     ///< "LDAP://[server/]RootDSE"
+    kSchema,      ///< "LDAP://Schema" or, with `name`, "LDAP://Schema/User"
+    kEntry,       ///< "LDAP://[server/]<dn>"; `name` is the DN, empty for "LDAP://<dns domain>"
+    kDomain,      ///< "WinNT://TWK"
+    kAccount,     ///< "WinNT://TWK/jo[,user]"
+    kFileServer,  ///< "WinNT://FS1/lanmanserver"
+    kFileShare    ///< "WinNT://FS1/lanmanserver/Users"
   };
 
   Provider provider = Provider::kLdap;
   Kind kind = Kind::kNamespace;
-  std::string server;         ///< as written; empty when left out
+  std::string server;  ///< as written; empty when left out
   std::string name;
   std::string account_class;  ///< behind the comma of a WinNT account; may be empty
 };

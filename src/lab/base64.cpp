@@ -55,7 +55,7 @@ std::optional<std::string> decode_base64(std::string_view text) {
     for (const unsigned shift : {16U, 8U, 0U}) out.push_back(static_cast<char>(group >> shift & 255U));
     group = 0;
   }
-  out.resize(out.size() - padding);
+  out.erase(out.size() - padding);
   return out;
 }
 

@@ -4,8 +4,8 @@
 
 namespace twk::lab {
 
-/// An object that can nothing but tell its name: every operation raises kNotImplementedByProvider. The kinds of
-/// objects take from it what they do not have.
+/// An object that can nothing but tell its name: every operation raises kNotImplementedByProvider. The kinds
+/// of objects take from it what they do not have.
 class BasicObject : public platform::DirectoryObject {
  public:
   platform::Value Get(std::string_view attribute) override;
@@ -18,7 +18,8 @@ class BasicObject : public platform::DirectoryObject {
   platform::ObjectPtr GetObject(std::string_view object_class, std::string_view relative_name) override;
   platform::ObjectPtr Create(std::string_view object_class, std::string_view relative_name) override;
   void Delete(std::string_view object_class, std::string_view relative_name) override;
-  platform::ObjectPtr MoveHere(std::string_view source_path, const std::optional<std::string>& new_name) override;
+  platform::ObjectPtr MoveHere(std::string_view source_path,
+                               const std::optional<std::string>& new_name) override;
   void Add(std::string_view path) override;
   void Remove(std::string_view path) override;
   bool IsMember(std::string_view path) override;

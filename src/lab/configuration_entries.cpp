@@ -7,18 +7,21 @@
 namespace twk::lab {
 namespace {
 
-LdifRecord make_entry(const std::string& dn, std::string_view object_class, std::vector<LdifAttribute> attributes) {
+LdifRecord make_entry(const std::string& dn, std::string_view object_class,
+                      std::vector<LdifAttribute> attributes) {
   LdifRecord record;
   record.dn = dn;
   record.attributes.push_back({"objectClass", base::split(find_class(object_class)->chain, ' ')});
-  for (LdifAttribute& attribute : attributes) record.attributes.push_back(std::move(attribute));
+  for (LdifAttribute& attribute : attributes)
+    record.attributes.push_back(std::move(attribute));
   return record;
 }
 
 }  // namespace
 
 std::vector<LdifRecord> configuration_entries(const LabConfig& config) {
-  if (config.kind == DomainKind::kNt) return {};
+  if (config.kind == DomainKind::kNt)
+    return {};
   const std::string root = domain_dn(config.domain);
   const std::string top = "CN=Configuration," + root;
   const std::string schema = "CN=Schema," + top;
@@ -38,9 +41,11 @@ std::vector<LdifRecord> configuration_entries(const LabConfig& config) {
 }
 
 void add_missing_configuration(LabDomain& domain) {
-  if (domain.store.find(domain.root_dn) == nullptr) return;
+  if (domain.store.find(domain.root_dn) == nullptr)
+    return;
   for (LdifRecord& record : configuration_entries(domain.config)) {
-    if (domain.store.find(record.dn) == nullptr) domain.store.add(record.dn, std::move(record.attributes), [] {});
+    if (domain.store.find(record.dn) == nullptr)
+      domain.store.add(record.dn, std::move(record.attributes), [] {});
   }
 }
 

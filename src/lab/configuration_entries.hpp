@@ -8,12 +8,12 @@
 namespace twk::lab {
 
 /// The configuration of a domain that is a forest of its own, as far as it is read: CN=Configuration, its
-/// CN=Partitions with the cross-references of the configuration, the schema and the domain, its CN=Schema. Parents
-/// first; nothing for a lab of kind nt.
+/// CN=Partitions with the cross-references of the configuration, the schema and the domain, its CN=Schema.
+/// Parents first; nothing for a lab of kind nt.
 std::vector<LdifRecord> configuration_entries(const LabConfig& config);
 
-/// Adds those that the directory lacks, which one taken from a real domain's export does. A directory without the
-/// domain's own entry is left alone.
+/// Adds those that the directory lacks, which one taken from a real domain's export does. A directory without
+/// the domain's own entry is left alone.
 void add_missing_configuration(LabDomain& domain);
 
 }  // namespace twk::lab

@@ -23,18 +23,22 @@ class Draft {
   void set(std::string_view name, std::string value) { set(name, std::vector{std::move(value)}); }
   void set(std::string_view name, std::vector<std::string> values) {
     const auto found = find(name);
-    if (found != attributes_.end()) attributes_.erase(found);
-    if (!values.empty()) attributes_.push_back({std::string(name), std::move(values)});
+    if (found != attributes_.end())
+      attributes_.erase(found);
+    if (!values.empty())
+      attributes_.push_back({std::string(name), std::move(values)});
   }
   void set_default(std::string_view name, std::string value) {
-    if (find(name) == attributes_.end()) set(name, std::move(value));
+    if (find(name) == attributes_.end())
+      set(name, std::move(value));
   }
   void apply(const Modification& change) {
     if (change.kind == ModifyKind::kReplace) {
       set(change.attribute, change.values);
     } else if (change.kind == ModifyKind::kAdd) {
-      std::vector<std::string> values = find(change.attribute) == attributes_.end() ? std::vector<std::string>{}
-                                                                                      : find(change.attribute)->values;
+      std::vector<std::string> values = find(change.attribute) == attributes_.end()
+                                            ? std::vector<std::string>{}
+                                            : find(change.attribute)->values;
       values.insert(values.end(), change.values.begin(), change.values.end());
       set(change.attribute, std::move(values));
     }
@@ -59,7 +63,8 @@ bool is_account_class(std::string_view object_class) {
 }
 
 std::uint32_t exists_number(Provider provider, bool user) {
-  if (provider != Provider::kWinnt) return ads_error::kObjectExists;
+  if (provider != Provider::kWinnt)
+    return ads_error::kObjectExists;
   return user ? ads_error::kUserExists : ads_error::kGroupExists;
 }
 
@@ -67,13 +72,16 @@ std::uint32_t exists_number(Provider provider, bool user) {
 void check_account_name_free(const LabDomain& domain, Provider provider, bool user, const std::string& name,
                              std::string_view own_dn) {
   const Entry* const holder = domain.store.find_account(name);
-  if (holder == nullptr) return;
-  if (!own_dn.empty() && normalize_dn(holder->dn()) == normalize_dn(own_dn)) return;
+  if (holder == nullptr)
+    return;
+  if (!own_dn.empty() && normalize_dn(holder->dn()) == normalize_dn(own_dn))
+    return;
   raise(exists_number(provider, user), "The account name " + name + " is in use");
 }
 
 void check_name_free(const LabDomain& domain, Provider provider, bool user, const std::string& dn) {
-  if (domain.store.find(dn) != nullptr) raise(exists_number(provider, user), "The name is in use: " + dn);
+  if (domain.store.find(dn) != nullptr)
+    raise(exists_number(provider, user), "The name is in use: " + dn);
 }
 
 /// Units stand below units and the domain; everything else also in containers.
@@ -81,8 +89,10 @@ void check_place(const LabDomain& domain, std::string_view object_class, std::st
   const Entry& parent = require_entry(domain, parent_dn);
   const bool unit = has_class(parent, "organizationalUnit") || has_class(parent, "domainDNS");
   const bool container = has_class(parent, "container") || has_class(parent, "builtinDomain");
-  if (unit || (container && !base::equals_fold(object_class, "organizationalUnit"))) return;
-  raise(ads_error::kUnwilling, std::string(parent_dn) + " cannot hold an object of class " + std::string(object_class));
+  if (unit || (container && !base::equals_fold(object_class, "organizationalUnit")))
+    return;
+  raise(ads_error::kUnwilling,
+        std::string(parent_dn) + " cannot hold an object of class " + std::string(object_class));
 }
 
 void check_not_needed(const Entry& entry) {
@@ -91,7 +101,9 @@ void check_not_needed(const Entry& entry) {
   }
 }
 
-std::vector<std::string> class_chain(const ClassSchema& schema) { return base::split(schema.chain, ' '); }
+std::vector<std::string> class_chain(const ClassSchema& schema) {
+  return base::split(schema.chain, ' ');
+}
 
 void add_user_defaults(Draft& draft) {
   draft.set_default("userAccountControl", "512");
@@ -107,29 +119,37 @@ void add_group_defaults(Draft& draft) {
   draft.set_default("sAMAccountType", group_account_type(kGlobalSecurityGroup));
 }
 
-std::optional<std::string> staged_value(const std::vector<Modification>& changes, std::string_view attribute) {
+std::optional<std::string> staged_value(const std::vector<Modification>& changes,
+                                        std::string_view attribute) {
   for (const Modification& change : changes) {
-    if (change.attribute == attribute && !change.values.empty()) return change.values.front();
+    if (change.attribute == attribute && !change.values.empty())
+      return change.values.front();
   }
   return std::nullopt;
 }
 
 }  // namespace
 
-std::string child_dn(std::string_view object_class, std::string_view relative_name, std::string_view parent_dn) {
+std::string child_dn(std::string_view object_class, std::string_view relative_name,
+                     std::string_view parent_dn) {
   const auto refuse = [&](const std::string& why) {
     raise(ads_error::kInvalidDn, "The name \"" + base::to_valid_utf8(relative_name) + "\" " + why);
   };
-  if (split_dn(relative_name).size() != 1) refuse("is not one part of a distinguished name");
+  if (split_dn(relative_name).size() != 1)
+    refuse("is not one part of a distinguished name");
   const Rdn rdn = parse_rdn(relative_name);
   const ClassSchema* const schema = find_class(object_class);
   if (schema != nullptr && !base::equals_fold(rdn.type, schema->rdn_type)) {
     refuse("must begin with " + std::string(schema->rdn_type) + "=");
   }
-  if (const auto control = base::find_control_character(rdn.value)) refuse("holds the control character " + *control);
-  if (!base::is_valid_utf8(rdn.value)) refuse("is not UTF-8");
-  if (base::trim(rdn.value).empty()) refuse("is empty");
-  if (base::length(rdn.value) > kLongestName) refuse("is longer than 64 characters");
+  if (const auto control = base::find_control_character(rdn.value))
+    refuse("holds the control character " + *control);
+  if (!base::is_valid_utf8(rdn.value))
+    refuse("is not UTF-8");
+  if (base::trim(rdn.value).empty())
+    refuse("is empty");
+  if (base::length(rdn.value) > kLongestName)
+    refuse("is longer than 64 characters");
   return make_rdn(base::upper(rdn.type), rdn.value) + "," + std::string(parent_dn);
 }
 
@@ -144,25 +164,32 @@ void add_object(LabDomain& domain, Provider provider, std::string_view object_cl
   Draft draft;
   draft.set("objectClass", class_chain(*schema));
   draft.set(base::lower(schema->rdn_type), parse_rdn(first_rdn(dn)).value);
-  for (const Modification& change : to_modifications(domain, nullptr, schema->name, provider, values)) draft.apply(change);
+  for (const Modification& change : to_modifications(domain, nullptr, schema->name, provider, values))
+    draft.apply(change);
   const auto name = draft.value("sAMAccountName");
-  if (account && !name) raise(ads_error::kConstraint, "An account needs a samAccountName");
+  if (account && !name)
+    raise(ads_error::kConstraint, "An account needs a samAccountName");
   if (user && draft.value("primaryGroupID").value_or("513") != base::to_text(kDomainUsersRid)) {
     raise(ads_error::kUnwilling, "A new user's primary group is Domain Users");
   }
-  draft.set("objectCategory", "CN=" + std::string(schema->category) + ",CN=Schema," + domain.configuration_dn);
+  draft.set("objectCategory",
+            "CN=" + std::string(schema->category) + ",CN=Schema," + domain.configuration_dn);
   const auto check = [&] {
     check_place(domain, schema->name, parent_dn(dn));
     check_name_free(domain, provider, user, dn);
-    if (name) check_account_name_free(domain, provider, user, *name, {});
+    if (name)
+      check_account_name_free(domain, provider, user, *name, {});
   };
   domain.store.refresh();
   check();
-  if (account) draft.set("objectSid", next_sid(domain));
+  if (account)
+    draft.set("objectSid", next_sid(domain));
   draft.set("objectGUID", random_bytes(domain, 16));
   draft.set("whenCreated", to_raw(*find_attribute("whenCreated"), domain.clock.now()));
-  if (user) add_user_defaults(draft);
-  if (account && !user) add_group_defaults(draft);
+  if (user)
+    add_user_defaults(draft);
+  if (account && !user)
+    add_group_defaults(draft);
   domain.store.add(dn, draft.take(), check);
 }
 
@@ -172,21 +199,28 @@ void modify_object(LabDomain& domain, Provider provider, const std::string& dn,
   const Entry& entry = require_entry(domain, dn);
   const std::string object_class = entry_class(entry);
   const bool user = is_user(entry);
-  const std::vector<Modification> modifications = to_modifications(domain, &entry, object_class, provider, changes);
-  if (modifications.empty()) return;
+  const std::vector<Modification> modifications =
+      to_modifications(domain, &entry, object_class, provider, changes);
+  if (modifications.empty())
+    return;
   std::optional<PrimaryGroupChange> primary;
-  if (const auto rid = staged_value(modifications, "primaryGroupID")) primary.emplace(domain, entry, base::val(*rid));
+  if (const auto rid = staged_value(modifications, "primaryGroupID"))
+    primary.emplace(domain, entry, base::val(*rid));
   const auto name = staged_value(modifications, "sAMAccountName");
-  if (primary) primary->begin();
+  if (primary)
+    primary->begin();
   try {
     domain.store.modify(dn, modifications, [&] {
-      if (name) check_account_name_free(domain, provider, user, *name, dn);
+      if (name)
+        check_account_name_free(domain, provider, user, *name, dn);
     });
   } catch (const base::RuntimeError&) {
-    if (primary) primary->undo();
+    if (primary)
+      primary->undo();
     throw;
   }
-  if (primary) primary->finish();
+  if (primary)
+    primary->finish();
 }
 
 void delete_object(LabDomain& domain, const std::string& dn) {
@@ -196,9 +230,8 @@ void delete_object(LabDomain& domain, const std::string& dn) {
     if (has_class(entry, "group") && !members_by_primary_group(domain, entry).empty()) {
       raise(ads_error::kUnwilling, dn + " is the primary group of a user");
     }
-    domain.store.children(entry, [&](const Entry&) -> bool {
-      raise(ads_error::kNotOnNonLeaf, dn + " still holds objects");
-    });
+    domain.store.children(
+        entry, [&](const Entry&) -> bool { raise(ads_error::kNotOnNonLeaf, dn + " still holds objects"); });
   });
 }
 
@@ -214,7 +247,8 @@ void move_object(LabDomain& domain, const std::string& dn, const std::string& ne
       raise(ads_error::kUnwilling, dn + " cannot be moved below itself");
     }
     const Entry* const holder = domain.store.find(new_dn);
-    if (holder != nullptr && holder != &entry) raise(ads_error::kObjectExists, "The name is in use: " + new_dn);
+    if (holder != nullptr && holder != &entry)
+      raise(ads_error::kObjectExists, "The name is in use: " + new_dn);
   });
 }
 

@@ -10,28 +10,32 @@
 
 /// What the directory itself does and refuses when objects are made, changed, moved and deleted.
 ///
-/// A new user is an enabled account (userAccountControl 512) in the primary group Domain Users, without a password
-/// and with "must change password" set, as an account tool expects to find it: it can be disabled, never needs to
-/// be enabled. A domain of today gives 546 and waits for a password first.
+/// A new user is an enabled account (userAccountControl 512) in the primary group Domain Users, without a
+/// password and with "must change password" set, as an account tool expects to find it: it can be disabled,
+/// never needs to be enabled. A domain of today gives 546 and waits for a password first.
 namespace twk::lab {
 
-/// The name of a child of `parent_dn`, the type in capitals. Raises kInvalidDn unless `relative_name` is one part of
-/// the type that the class is named by, its value of 1 to 64 characters and without control characters.
-std::string child_dn(std::string_view object_class, std::string_view relative_name, std::string_view parent_dn);
+/// The name of a child of `parent_dn`, the type in capitals. Raises kInvalidDn unless `relative_name` is one
+/// part of the type that the class is named by, its value of 1 to 64 characters and without control
+/// characters.
+std::string child_dn(std::string_view object_class, std::string_view relative_name,
+                     std::string_view parent_dn);
 
-/// Makes a user, group, contact or organizational unit with its identifiers and defaults. Raises kObjectExists for
-/// a name or account name in use (through WinNT kUserExists or kGroupExists), kNoSuchObject without its parent,
-/// kUnwilling for a class or a place that is not allowed, and what `to_modifications` raises.
+/// Makes a user, group, contact or organizational unit with its identifiers and defaults. Raises
+/// kObjectExists for a name or account name in use (through WinNT kUserExists or kGroupExists), kNoSuchObject
+/// without its parent, kUnwilling for a class or a place that is not allowed, and what `to_modifications`
+/// raises.
 void add_object(LabDomain& domain, Provider provider, std::string_view object_class, const std::string& dn,
                 const std::vector<StagedChange>& values);
-/// All changes or none. An account name in use is refused as above; "primaryGroupID" follows `PrimaryGroupChange`.
+/// All changes or none. An account name in use is refused as above; "primaryGroupID" follows
+/// `PrimaryGroupChange`.
 void modify_object(LabDomain& domain, Provider provider, const std::string& dn,
                    const std::vector<StagedChange>& changes);
-/// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group that
-/// is somebody's primary group.
+/// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group
+/// that is somebody's primary group.
 void delete_object(LabDomain& domain, const std::string& dn);
-/// To a new name, a new parent or both. Raises kObjectExists when that name is in use, kUnwilling for an object that
-/// the domain needs, a place that is not allowed or one below itself.
+/// To a new name, a new parent or both. Raises kObjectExists when that name is in use, kUnwilling for an
+/// object that the domain needs, a place that is not allowed or one below itself.
 void move_object(LabDomain& domain, const std::string& dn, const std::string& new_dn);
 
 }  // namespace twk::lab

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <unordered_set>
 
 #include "base/text.hpp"
 #include "lab/entry_node.hpp"
@@ -58,14 +58,12 @@ bool Entry::has(std::string_view attribute) const {
 }
 
 std::vector<std::string> Entry::attribute_names() const {
-  std::vector<AttributeId> seen;
+  std::unordered_set<AttributeId> seen;
   std::vector<std::string> names;
   node_->pool->each(node_->block, [&](AttributeId id, std::string_view) {
-    const bool again = !seen.empty() && seen.back() == id;
-    if (!again) seen.push_back(id);
+    if (seen.insert(id).second) names.emplace_back(node_->pool->name(id));
     return true;
   });
-  for (const AttributeId id : seen) names.emplace_back(node_->pool->name(id));
   for (const Side side : {Side::kGroup, Side::kMember}) {
     if (node_->first_link[at(side)] != nullptr) names.emplace_back(link_attribute(side));
   }

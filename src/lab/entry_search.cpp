@@ -16,10 +16,13 @@ namespace {
 using platform::Scope;
 
 void resolve_categories(const LabDomain& domain, Filter& filter) {
-  for (Filter& child : filter.children) resolve_categories(domain, child);
-  if (filter.kind != Filter::Kind::kEqual || !base::equals_fold(filter.attribute, "objectCategory")) return;
+  for (Filter& child : filter.children)
+    resolve_categories(domain, child);
+  if (filter.kind != Filter::Kind::kEqual || !base::equals_fold(filter.attribute, "objectCategory"))
+    return;
   const ClassSchema* const schema = find_class(filter.value);
-  if (schema == nullptr) return;
+  if (schema == nullptr)
+    return;
   filter.value = "CN=" + std::string(schema->category) + ",CN=Schema," + domain.configuration_dn;
 }
 
@@ -46,7 +49,8 @@ class ScopeTest {
   }
 
   [[nodiscard]] bool contains(const Entry& entry) const {
-    if (is_outside_context(entry)) return false;
+    if (is_outside_context(entry))
+      return false;
     const std::string name = normalize_dn(entry.dn());
     switch (scope_) {
       case Scope::kBase:
@@ -66,16 +70,20 @@ class ScopeTest {
   bool skip_configuration_;
 };
 
-/// The entries that an equality on an indexed attribute leaves; none when the attribute has no index, or its index
-/// names one entry where a directory may hold several.
+/// The entries that an equality on an indexed attribute leaves; none when the attribute has no index, or its
+/// index names one entry where a directory may hold several.
 std::optional<std::vector<const Entry*>> indexed(const LabDomain& domain, const Filter& filter) {
-  if (filter.kind != Filter::Kind::kEqual) return std::nullopt;
+  if (filter.kind != Filter::Kind::kEqual)
+    return std::nullopt;
   const auto one = [](const Entry* entry) {
     return entry == nullptr ? std::vector<const Entry*>{} : std::vector{entry};
   };
-  if (base::equals_fold(filter.attribute, "sAMAccountName")) return one(domain.store.find_account(filter.value));
-  if (base::equals_fold(filter.attribute, "objectSid")) return one(domain.store.find_sid(filter.value));
-  if (base::equals_fold(filter.attribute, "primaryGroupID")) return domain.store.with_primary_group(filter.value);
+  if (base::equals_fold(filter.attribute, "sAMAccountName"))
+    return one(domain.store.find_account(filter.value));
+  if (base::equals_fold(filter.attribute, "objectSid"))
+    return one(domain.store.find_sid(filter.value));
+  if (base::equals_fold(filter.attribute, "primaryGroupID"))
+    return domain.store.with_primary_group(filter.value);
   if (base::equals_fold(filter.attribute, "userPrincipalName") &&
       domain.store.find_principal(filter.value) == nullptr) {
     return std::vector<const Entry*>{};
@@ -84,10 +92,13 @@ std::optional<std::vector<const Entry*>> indexed(const LabDomain& domain, const 
 }
 
 std::optional<std::vector<const Entry*>> candidates(const LabDomain& domain, const Filter& filter) {
-  if (auto found = indexed(domain, filter)) return found;
-  if (filter.kind != Filter::Kind::kAnd) return std::nullopt;
+  if (auto found = indexed(domain, filter))
+    return found;
+  if (filter.kind != Filter::Kind::kAnd)
+    return std::nullopt;
   for (const Filter& child : filter.children) {
-    if (auto found = candidates(domain, child)) return found;
+    if (auto found = candidates(domain, child))
+      return found;
   }
   return std::nullopt;
 }
@@ -102,12 +113,14 @@ std::vector<std::string> search_entries(const LabDomain& domain, const std::stri
   std::vector<std::string> found;
   if (const auto few = candidates(domain, filter)) {
     for (const Entry* const entry : *few) {
-      if (test.contains(*entry) && holds(domain, filter, *entry)) found.push_back(entry->dn());
+      if (test.contains(*entry) && holds(domain, filter, *entry))
+        found.push_back(entry->dn());
     }
     return found;
   }
   const auto visit = [&](const Entry& entry) {
-    if (!test.is_outside_context(entry) && holds(domain, filter, entry)) found.push_back(entry.dn());
+    if (!test.is_outside_context(entry) && holds(domain, filter, entry))
+      found.push_back(entry.dn());
     return true;
   };
   if (scope == Scope::kBase) {
@@ -127,8 +140,10 @@ void sort_by_attribute(const LabDomain& domain, std::vector<std::string>& dns, s
     const std::vector<std::string> values = read_attribute(domain, require_entry(domain, dn), attribute);
     keyed.emplace_back(values.empty() ? std::string() : base::upper(values.front()), std::move(dn));
   }
-  std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  for (std::size_t i = 0; i < dns.size(); ++i) dns[i] = std::move(keyed[i].second);
+  std::stable_sort(keyed.begin(), keyed.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (std::size_t i = 0; i < dns.size(); ++i)
+    dns[i] = std::move(keyed[i].second);
 }
 
 }  // namespace twk::lab

@@ -2,7 +2,7 @@
 
 #include <fcntl.h>
 
-#include <charconv>
+#include <cerrno>
 #include <utility>
 
 #include "base/errors.hpp"
@@ -17,16 +17,6 @@ namespace {
 
 constexpr std::uint64_t kFoldSize = 16U << 20U;
 constexpr std::size_t kWriteSize = 1U << 20U;
-constexpr std::string_view kPreamble = "version: 1\n# generation ";
-
-/// The number behind the preamble; a file that others wrote has generation 0.
-std::uint64_t generation_of(std::string_view text) {
-  std::uint64_t generation = 0;
-  if (text.starts_with(kPreamble)) {
-    std::from_chars(text.data() + kPreamble.size(), text.data() + text.size(), generation);
-  }
-  return generation;
-}
 
 bool same_file(const std::optional<struct stat>& a, const std::optional<struct stat>& b) {
   if (!a || !b) return !a && !b;
@@ -272,7 +262,7 @@ void EntryStore::Implementation::write(const LdifRecord& record, const Guard& gu
 }
 
 void EntryStore::Implementation::end_batch() {
-  if (--batches_ == 0) journal_.sync();
+  if (batches_ > 0 && --batches_ == 0) journal_.sync();
 }
 
 /// Writes all entries as the next generation and starts its journal. The lock on the old one is held to the
@@ -281,7 +271,7 @@ void EntryStore::Implementation::fold() {
   std::filesystem::path temporary = ldif_path_;
   temporary += ".new";
   const PosixFile file(temporary, O_RDWR | O_CREAT | O_TRUNC);
-  std::string preamble = std::string(kPreamble) + std::to_string(generation_ + 1) + "\n\n";
+  const std::string preamble = generation_line(generation_ + 1);
   file.write_at(0, preamble);
   std::uint64_t offset = preamble.size();
   export_tree(*tree_, [&](std::string_view text) {
@@ -399,6 +389,7 @@ void EntryStore::export_to(const std::function<void(std::string_view)>& write) c
 
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder,
                                              const std::function<void(const std::string&)>& warn) {
+  if (!status_of(folder)) raise_file_error(ENOENT, folder);
   auto implementation = std::make_unique<EntryStore::Implementation>(folder, warn);
   implementation->open();
   return std::make_unique<EntryStore>(std::move(implementation));

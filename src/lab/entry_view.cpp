@@ -12,13 +12,14 @@ namespace twk::lab {
 namespace {
 
 bool is_secret(std::string_view attribute) {
-  return base::equals_fold(attribute, "supplementalCredentials") || base::equals_fold(attribute, "unicodePwd") ||
-         base::equals_fold(attribute, "userPassword");
+  return base::equals_fold(attribute, "supplementalCredentials") ||
+         base::equals_fold(attribute, "unicodePwd") || base::equals_fold(attribute, "userPassword");
 }
 
 std::vector<std::string> primary_group_token(const Entry& entry) {
   const auto sid = entry.value("objectSid");
-  if (!sid || !has_class(entry, "group")) return {};
+  if (!sid || !has_class(entry, "group"))
+    return {};
   const auto rid = rid_of(*sid);
   // The token travels as a signed 32-bit integer.
   return rid ? std::vector{base::to_text(static_cast<std::int32_t>(*rid))} : std::vector<std::string>{};
@@ -37,17 +38,25 @@ bool has_class(const Entry& entry, std::string_view name) {
                      [&](const std::string& one) { return base::equals_fold(one, name); });
 }
 
-bool is_user(const Entry& entry) { return has_class(entry, "user") && !has_class(entry, "computer"); }
+bool is_user(const Entry& entry) {
+  return has_class(entry, "user") && !has_class(entry, "computer");
+}
 
-std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry, std::string_view attribute) {
-  if (base::equals_fold(attribute, "distinguishedName")) return {entry.dn()};
-  if (base::equals_fold(attribute, "name")) return {parse_rdn(first_rdn(entry.dn())).value};
+std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry,
+                                        std::string_view attribute) {
+  if (base::equals_fold(attribute, "distinguishedName"))
+    return {entry.dn()};
+  if (base::equals_fold(attribute, "name"))
+    return {parse_rdn(first_rdn(entry.dn())).value};
   if (base::equals_fold(attribute, "cn") || base::equals_fold(attribute, "ou")) {
     Rdn rdn = parse_rdn(first_rdn(entry.dn()));
-    if (base::equals_fold(rdn.type, attribute)) return {std::move(rdn.value)};
+    if (base::equals_fold(rdn.type, attribute))
+      return {std::move(rdn.value)};
   }
-  if (base::equals_fold(attribute, "primaryGroupToken")) return primary_group_token(entry);
-  if (is_secret(attribute)) return {};
+  if (base::equals_fold(attribute, "primaryGroupToken"))
+    return primary_group_token(entry);
+  if (is_secret(attribute))
+    return {};
   std::vector<std::string> values = entry.values(attribute);
   if (values.empty() && base::equals_fold(attribute, "nTMixedDomain") && has_class(entry, "domainDNS")) {
     return {domain.config.kind == DomainKind::kMixed ? "1" : "0"};
@@ -57,7 +66,8 @@ std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& en
 
 std::int64_t read_number(const Entry& entry, std::string_view attribute, std::int64_t fallback) {
   const auto text = entry.value(attribute);
-  if (!text) return fallback;
+  if (!text)
+    return fallback;
   std::int64_t number = 0;
   const auto result = std::from_chars(text->data(), text->data() + text->size(), number);
   return result.ec == std::errc{} ? number : fallback;
@@ -65,27 +75,32 @@ std::int64_t read_number(const Entry& entry, std::string_view attribute, std::in
 
 const Entry& require_entry(const LabDomain& domain, std::string_view dn) {
   const Entry* const entry = domain.store.find(dn);
-  if (entry == nullptr) raise(ads_error::kNoSuchObject, "There is no such object: " + std::string(dn));
+  if (entry == nullptr)
+    raise(ads_error::kNoSuchObject, "There is no such object: " + std::string(dn));
   return *entry;
 }
 
 const Entry* find_account(const LabDomain& domain, std::string_view name, bool user) {
   const Entry* const entry = domain.store.find_account(name);
-  if (entry == nullptr || !(user ? is_user(*entry) : has_class(*entry, "group"))) return nullptr;
+  if (entry == nullptr || !(user ? is_user(*entry) : has_class(*entry, "group")))
+    return nullptr;
   return entry;
 }
 
 bool in_configuration(const LabDomain& domain, std::string_view dn) {
   const std::string& top = domain.configuration_dn;
-  if (dn.size() < top.size()) return false;
-  if (dn.size() > top.size() && dn[dn.size() - top.size() - 1] != ',') return false;
+  if (dn.size() < top.size())
+    return false;
+  if (dn.size() > top.size() && dn[dn.size() - top.size() - 1] != ',')
+    return false;
   return base::equals_fold(dn.substr(dn.size() - top.size()), top);
 }
 
 std::string object_name(std::string_view dn) {
   const std::string_view rdn = first_rdn(dn);
   const std::size_t equals = rdn.find('=');
-  if (equals == base::npos) return std::string(rdn);
+  if (equals == base::npos)
+    return std::string(rdn);
   return base::upper(rdn.substr(0, equals)) + std::string(rdn.substr(equals));
 }
 

@@ -18,7 +18,8 @@ bool is_user(const Entry& entry);
 
 /// The raw values; computed ones ("distinguishedName", "name", "cn" and "ou" of the name itself,
 /// "primaryGroupToken") are made here. What a password left behind is never given.
-std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry, std::string_view attribute);
+std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry,
+                                        std::string_view attribute);
 
 /// The first value of an attribute as a number; `fallback` when it has none.
 std::int64_t read_number(const Entry& entry, std::string_view attribute, std::int64_t fallback = 0);

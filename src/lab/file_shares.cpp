@@ -21,14 +21,19 @@ constexpr std::size_t kLongestShareName = 80;
 
 std::string attribute_of(const LdifRecord& record, std::string_view name) {
   for (const LdifAttribute& attribute : record.attributes) {
-    if (base::equals_fold(attribute.name, name) && !attribute.values.empty()) return attribute.values.front();
+    if (base::equals_fold(attribute.name, name) && !attribute.values.empty())
+      return attribute.values.front();
   }
   return {};
 }
 
-bool is_share(const LdifRecord& record) { return base::equals_fold(attribute_of(record, "objectClass"), kShareClass); }
+bool is_share(const LdifRecord& record) {
+  return base::equals_fold(attribute_of(record, "objectClass"), kShareClass);
+}
 
-std::string share_name(const LdifRecord& record) { return parse_rdn(first_rdn(record.dn)).value; }
+std::string share_name(const LdifRecord& record) {
+  return parse_rdn(first_rdn(record.dn)).value;
+}
 
 FileShare to_share(const LdifRecord& record) {
   return {.name = share_name(record),
@@ -42,7 +47,8 @@ LdifRecord to_record(const FileShare& share) {
   LdifRecord record;
   record.dn = make_rdn("CN", share.name) + ",CN=Shares";
   record.attributes = {{"objectClass", {std::string(kShareClass)}}, {"path", {share.path}}};
-  if (!share.comment.empty()) record.attributes.push_back({"description", {share.comment}});
+  if (!share.comment.empty())
+    record.attributes.push_back({"description", {share.comment}});
   record.attributes.push_back({"maxUserCount", {base::to_text(share.max_users)}});
   return record;
 }
@@ -50,7 +56,8 @@ LdifRecord to_record(const FileShare& share) {
 std::vector<LdifRecord> read_records(const fs::path& server) {
   const std::string file = (server / "server.ldif").string();
   std::vector<LdifRecord> records;
-  if (!fs::exists(file)) return records;
+  if (!fs::exists(file))
+    return records;
   const local::Descriptor input = local::open_descriptor(file, O_RDONLY);
   read_ldif(local::read_all(input, file), [&](LdifRecord&& record) { records.push_back(std::move(record)); });
   return records;
@@ -64,7 +71,8 @@ void change_records(const fs::path& server, const std::function<void(std::vector
   std::vector<LdifRecord> records = read_records(server);
   change(records);
   std::string text;
-  for (const LdifRecord& record : records) append_ldif(text, record);
+  for (const LdifRecord& record : records)
+    append_ldif(text, record);
   local::replace_file((server / "server.ldif").string(), text, local::Access::kPrivate);
 }
 
@@ -81,12 +89,15 @@ bool is_drive(std::string_view name) {
 /// The entry of `folder` whose name folds to `name`; one spelled the same wins.
 std::optional<fs::path> find_folded(const fs::path& folder, std::string_view name) {
   std::error_code none;
-  if (fs::exists(folder / name, none)) return folder / name;
+  if (fs::exists(folder / name, none))
+    return folder / name;
   std::vector<fs::path> found;
   for (const fs::directory_entry& entry : fs::directory_iterator(folder, none)) {
-    if (base::equals_fold(entry.path().filename().string(), name)) found.push_back(entry.path());
+    if (base::equals_fold(entry.path().filename().string(), name))
+      found.push_back(entry.path());
   }
-  if (found.empty()) return std::nullopt;
+  if (found.empty())
+    return std::nullopt;
   return *std::min_element(found.begin(), found.end());
 }
 
@@ -95,10 +106,14 @@ void check_share(const fs::path& server, const FileShare& share) {
   const auto refuse = [&](const std::string& why) {
     raise(ads_error::kConstraint, "The share name \"" + base::to_valid_utf8(share.name) + "\" " + why);
   };
-  if (base::trim(share.name).empty()) refuse("is empty");
-  if (base::length(share.name) > kLongestShareName) refuse("is longer than 80 characters");
-  if (share.name.find_first_of(kForbidden) != base::npos) refuse("holds a character that no share has");
-  if (const auto control = base::find_control_character(share.name)) refuse("holds the control character " + *control);
+  if (base::trim(share.name).empty())
+    refuse("is empty");
+  if (base::length(share.name) > kLongestShareName)
+    refuse("is longer than 80 characters");
+  if (share.name.find_first_of(kForbidden) != base::npos)
+    refuse("holds a character that no share has");
+  if (const auto control = base::find_control_character(share.name))
+    refuse("holds the control character " + *control);
   if (share.path.empty() || !fs::is_directory(server_folder(server, share.path))) {
     raise(base::error::kPathNotFound, "The server has no folder " + share.path);
   }
@@ -112,7 +127,8 @@ bool is_drive_share(const fs::path& server, std::string_view name) {
 }  // namespace
 
 std::optional<fs::path> find_server(const fs::path& servers, std::string_view name) {
-  if (name.empty() || name == "." || name == ".." || name.find('/') != base::npos) return std::nullopt;
+  if (name.empty() || name == "." || name == ".." || name.find('/') != base::npos)
+    return std::nullopt;
   auto found = find_folded(servers, name);
   return found && fs::is_directory(*found) ? found : std::nullopt;
 }
@@ -121,25 +137,30 @@ std::vector<FileShare> read_shares(const fs::path& server) {
   std::vector<FileShare> shares;
   for (const fs::directory_entry& entry : fs::directory_iterator(server)) {
     const std::string name = entry.path().filename().string();
-    if (!entry.is_directory() || !is_drive(name)) continue;
+    if (!entry.is_directory() || !is_drive(name))
+      continue;
     shares.push_back({base::upper(name) + "$", base::upper(name) + ":\\", "Default share", -1, true});
   }
-  std::sort(shares.begin(), shares.end(), [](const FileShare& a, const FileShare& b) { return a.name < b.name; });
+  std::sort(shares.begin(), shares.end(),
+            [](const FileShare& a, const FileShare& b) { return a.name < b.name; });
   for (const LdifRecord& record : read_records(server)) {
-    if (is_share(record)) shares.push_back(to_share(record));
+    if (is_share(record))
+      shares.push_back(to_share(record));
   }
   return shares;
 }
 
 std::optional<FileShare> find_share(const fs::path& server, std::string_view name) {
   for (FileShare& share : read_shares(server)) {
-    if (base::equals_fold(share.name, name)) return std::move(share);
+    if (base::equals_fold(share.name, name))
+      return std::move(share);
   }
   return std::nullopt;
 }
 
 void store_share(const fs::path& server, const FileShare& share, bool replace) {
-  if (is_drive_share(server, share.name)) raise(ads_error::kUnwilling, share.name + " is a drive's own share");
+  if (is_drive_share(server, share.name))
+    raise(ads_error::kUnwilling, share.name + " is a drive's own share");
   check_share(server, share);
   change_records(server, [&](std::vector<LdifRecord>& records) {
     const auto found = find_record(records, share.name);
@@ -154,25 +175,33 @@ void store_share(const fs::path& server, const FileShare& share, bool replace) {
 }
 
 void remove_share(const fs::path& server, std::string_view name) {
-  if (is_drive_share(server, name)) raise(ads_error::kUnwilling, std::string(name) + " is a drive's own share");
+  if (is_drive_share(server, name))
+    raise(ads_error::kUnwilling, std::string(name) + " is a drive's own share");
   change_records(server, [&](std::vector<LdifRecord>& records) {
     const auto found = find_record(records, name);
-    if (found == records.end()) raise(kShareNotFound, "The server has no share " + std::string(name));
+    if (found == records.end())
+      raise(kShareNotFound, "The server has no share " + std::string(name));
     records.erase(found);
   });
 }
 
 fs::path server_folder(const fs::path& server, std::string_view path) {
-  const auto refuse = [&] { raise(base::error::kPathNotFound, "The server has no path " + std::string(path)); };
-  if (path.size() < 2 || path[1] != ':' || !is_drive(path.substr(0, 1))) refuse();
+  const auto refuse = [&] {
+    raise(base::error::kPathNotFound, "The server has no path " + std::string(path));
+  };
+  if (path.size() < 2 || path[1] != ':' || !is_drive(path.substr(0, 1)))
+    refuse();
   const auto drive = find_folded(server, path.substr(0, 1));
-  if (!drive || path.find('\0') != base::npos) refuse();
+  if (!drive || path.find('\0') != base::npos)
+    refuse();
   fs::path folder = *drive;
   std::string rest(path.substr(2));
   std::replace(rest.begin(), rest.end(), '/', '\\');
   for (const std::string& part : base::split(rest, '\\')) {
-    if (part.empty() || part == ".") continue;
-    if (part == "..") refuse();
+    if (part.empty() || part == ".")
+      continue;
+    if (part == "..")
+      refuse();
     folder = find_folded(folder, part).value_or(folder / part);
   }
   return folder;
@@ -181,9 +210,11 @@ fs::path server_folder(const fs::path& server, std::string_view path) {
 bool share_holds(const fs::path& server, const fs::path& folder) {
   const std::string top = folder.lexically_normal().string();
   for (const FileShare& share : read_shares(server)) {
-    if (share.administrative) continue;
+    if (share.administrative)
+      continue;
     const std::string held = server_folder(server, share.path).lexically_normal().string();
-    if (held == top || held.starts_with(top + "/")) return true;
+    if (held == top || held.starts_with(top + "/"))
+      return true;
   }
   return false;
 }

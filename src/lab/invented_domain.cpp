@@ -15,7 +15,7 @@ namespace twk::lab {
 namespace {
 
 constexpr std::uint32_t kFirstRid = 1000;
-constexpr std::size_t kUnitsInPlace = 5;    ///< a place and the departments below it
+constexpr std::size_t kUnitsInPlace = 5;  ///< a place and the departments below it
 constexpr std::size_t kMostGroupsOfUser = 4;
 constexpr std::uint32_t kSecurity = 0x80000000U;
 constexpr std::uint32_t kGlobal = 2;
@@ -23,11 +23,14 @@ constexpr std::uint32_t kLocal = 4;
 constexpr std::uint32_t kUniversal = 8;
 constexpr std::uint32_t kBuiltinLocal = 5;
 
-std::int32_t signed_bits(std::uint32_t bits) { return static_cast<std::int32_t>(bits); }
+std::int32_t signed_bits(std::uint32_t bits) {
+  return static_cast<std::int32_t>(bits);
+}
 
 class DomainWriter {
  public:
-  DomainWriter(const LabConfig& config, const DomainPlan& plan, const std::function<void(const LdifRecord&)>& write)
+  DomainWriter(const LabConfig& config, const DomainPlan& plan,
+               const std::function<void(const LdifRecord&)>& write)
       : config_(config),
         plan_(plan),
         write_(write),
@@ -42,7 +45,8 @@ class DomainWriter {
     write_units();
     write_users();
     write_groups();
-    for (const LdifRecord& record : configuration_entries(config_)) write_(record);
+    for (const LdifRecord& record : configuration_entries(config_))
+      write_(record);
   }
 
  private:
@@ -52,7 +56,8 @@ class DomainWriter {
     std::string bytes;
     for (int half = 0; half < 2; ++half) {
       const std::uint64_t number = numbers_.next();
-      for (unsigned shift = 0; shift < 64; shift += 8) bytes.push_back(static_cast<char>(number >> shift & 0xFFU));
+      for (unsigned shift = 0; shift < 64; shift += 8)
+        bytes.push_back(static_cast<char>(number >> shift & 0xFFU));
     }
     return bytes;
   }
@@ -100,7 +105,8 @@ class DomainWriter {
     write_(record);
   }
 
-  LdifRecord make_user(const std::string& dn, const std::string& name, std::uint32_t rid, std::int32_t flags) {
+  LdifRecord make_user(const std::string& dn, const std::string& name, std::uint32_t rid,
+                       std::int32_t flags) {
     LdifRecord user = make(dn, "user");
     add_account(user, name, rid_sid(rid));
     add(user, "userAccountControl", base::to_text(flags));
@@ -108,22 +114,26 @@ class DomainWriter {
     add(user, "sAMAccountType", "805306368");
     add(user, "accountExpires", std::string(kNeverExpires));
     // A moment between 2015 and 2025.
-    const base::Date created{42005.0 + static_cast<double>(numbers_.below(std::size_t{3650} * 86400)) / 86400.0};
+    const base::Date created{42005.0 +
+                             static_cast<double>(numbers_.below(std::size_t{3650} * 86400)) / 86400.0};
     add(user, "pwdLastSet", base::to_text(base::to_filetime(created)));
     add(user, "whenCreated", to_raw(*find_attribute("whenCreated"), created));
     return user;
   }
 
-  void write_builtin_user(const std::string& name, std::uint32_t rid, std::int32_t flags, std::string_view about,
-                          bool needed) {
+  void write_builtin_user(const std::string& name, std::uint32_t rid, std::int32_t flags,
+                          std::string_view about, bool needed) {
     LdifRecord user = make_user(make_rdn("CN", name) + ",CN=Users," + root_, name, rid, flags);
-    if (!about.empty()) add(user, "description", std::string(about));
-    if (needed) add(user, "isCriticalSystemObject", "TRUE");
+    if (!about.empty())
+      add(user, "description", std::string(about));
+    if (needed)
+      add(user, "isCriticalSystemObject", "TRUE");
     write_(user);
   }
 
-  void write_needed_group(const std::string& parent, const std::string& name, std::string sid, std::uint32_t type,
-                          std::string_view about, const std::vector<std::string>& members) {
+  void write_needed_group(const std::string& parent, const std::string& name, std::string sid,
+                          std::uint32_t type, std::string_view about,
+                          const std::vector<std::string>& members) {
     LdifRecord group = make(make_rdn("CN", name) + "," + parent, "group");
     add_account(group, name, std::move(sid));
     const std::int32_t bits = signed_bits(kSecurity | type);
@@ -131,12 +141,14 @@ class DomainWriter {
     add(group, "sAMAccountType", group_account_type(bits));
     add(group, "description", std::string(about));
     add(group, "isCriticalSystemObject", "TRUE");
-    if (!members.empty()) group.attributes.push_back({"member", members});
+    if (!members.empty())
+      group.attributes.push_back({"member", members});
     write_(group);
   }
 
   void write_controller() {
-    LdifRecord computer = make(make_rdn("CN", config_.controller) + ",OU=Domain Controllers," + root_, "computer");
+    LdifRecord computer =
+        make(make_rdn("CN", config_.controller) + ",OU=Domain Controllers," + root_, "computer");
     add_account(computer, config_.controller + "$", rid_sid(kFirstRid));
     add(computer, "userAccountControl", "532480");
     add(computer, "primaryGroupID", "516");
@@ -166,10 +178,12 @@ class DomainWriter {
     }
     write_needed_group(users, "Domain Admins", rid_sid(512), kGlobal, "Administrators of the domain", admins);
     write_needed_group(users, "Domain Users", rid_sid(513), kGlobal, "All domain users", {});
-    write_needed_group(users, "Domain Guests", rid_sid(514), kGlobal, "All domain guests", {"CN=Guest," + users});
+    write_needed_group(users, "Domain Guests", rid_sid(514), kGlobal, "All domain guests",
+                       {"CN=Guest," + users});
     write_needed_group(users, "Domain Computers", rid_sid(515), kGlobal, "Workstations and servers", {});
     write_needed_group(users, "Domain Controllers", rid_sid(516), kGlobal, "All domain controllers", {});
-    write_needed_group(builtin, "Administrators", make_builtin_sid(544), kBuiltinLocal, "Full access to the domain",
+    write_needed_group(builtin, "Administrators", make_builtin_sid(544), kBuiltinLocal,
+                       "Full access to the domain",
                        {"CN=Administrator," + users, "CN=Domain Admins," + users});
     write_needed_group(builtin, "Users", make_builtin_sid(545), kBuiltinLocal, "Ordinary users",
                        {"CN=Domain Users," + users});
@@ -179,7 +193,8 @@ class DomainWriter {
 
   void write_units() {
     units_ = {"CN=Users," + root_};
-    if (config_.kind == DomainKind::kNt || plan_.ous == 0) return;
+    if (config_.kind == DomainKind::kNt || plan_.ous == 0)
+      return;
     units_.clear();
     std::string place;
     for (std::size_t i = 0; i < plan_.ous; ++i) {
@@ -188,7 +203,8 @@ class DomainWriter {
       const std::string name =
           within == 0 ? place_name(place_number) : department_name((place_number * 3 + within - 1) % 16);
       units_.push_back(make_rdn("OU", name) + "," + (within == 0 ? root_ : place));
-      if (within == 0) place = units_.back();
+      if (within == 0)
+        place = units_.back();
       write_(make(units_.back(), "organizationalUnit"));
     }
   }
@@ -218,21 +234,30 @@ class DomainWriter {
   }
 
   void join_groups(std::size_t user) {
-    if (members_.empty()) return;
+    if (members_.empty())
+      return;
     const std::size_t count = numbers_.below(kMostGroupsOfUser + 1);
     for (std::size_t i = 0; i < count; ++i) {
       std::vector<std::size_t>& group = members_[numbers_.below(members_.size())];
-      if (group.empty() || group.back() != user) group.push_back(user);
+      if (group.empty() || group.back() != user)
+        group.push_back(user);
     }
   }
 
   std::uint32_t group_type(std::size_t n) const {
-    static constexpr std::array<std::uint32_t, 8> kTypes = {
-        kSecurity | kGlobal, kSecurity | kGlobal,    kSecurity | kLocal, kSecurity | kGlobal,
-        kSecurity | kGlobal, kSecurity | kUniversal, kGlobal,            kSecurity | kGlobal};
+    static constexpr std::array<std::uint32_t, 8> kTypes = {kSecurity | kGlobal,
+                                                            kSecurity | kGlobal,
+                                                            kSecurity | kLocal,
+                                                            kSecurity | kGlobal,
+                                                            kSecurity | kGlobal,
+                                                            kSecurity | kUniversal,
+                                                            kGlobal,
+                                                            kSecurity | kGlobal};
     const std::uint32_t type = kTypes.at(n % kTypes.size());
-    if (config_.kind == DomainKind::kNative) return type;
-    if (config_.kind == DomainKind::kNt && (type & kSecurity) == 0) return kSecurity | kGlobal;
+    if (config_.kind == DomainKind::kNative)
+      return type;
+    if (config_.kind == DomainKind::kNt && (type & kSecurity) == 0)
+      return kSecurity | kGlobal;
     return (type & kUniversal) != 0 ? kSecurity | kLocal : type;
   }
 
@@ -245,8 +270,10 @@ class DomainWriter {
       add(group, "groupType", base::to_text(type));
       add(group, "sAMAccountType", group_account_type(type));
       std::vector<std::string> names;
-      for (const std::size_t user : members_[i]) names.push_back(users_[user]);
-      if (!names.empty()) group.attributes.push_back({"member", std::move(names)});
+      for (const std::size_t user : members_[i])
+        names.push_back(users_[user]);
+      if (!names.empty())
+        group.attributes.push_back({"member", std::move(names)});
       write_(group);
     }
   }

@@ -23,8 +23,9 @@ class SeededNumbers {
 struct Person {
   std::string given_name;
   std::string surname;
-  std::string common_name;   ///< given name and surname, numbered when another person has them
-  std::string account_name;  ///< "jsmith", "jsmith2" …; small ASCII letters, at most 20 characters, never twice
+  std::string common_name;  ///< given name and surname, numbered when another person has them
+  std::string
+      account_name;  ///< "jsmith", "jsmith2" …; small ASCII letters, at most 20 characters, never twice
   std::string title;
 };
 

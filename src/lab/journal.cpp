@@ -87,6 +87,18 @@ std::size_t count_lines(std::string_view text) {
 
 }  // namespace
 
+std::string generation_line(std::uint64_t generation) {
+  return std::string(kHeader) + std::to_string(generation) + "\n\n";
+}
+
+std::uint64_t generation_of(std::string_view text) {
+  std::uint64_t generation = 0;
+  if (text.starts_with(kHeader)) {
+    std::from_chars(text.data() + kHeader.size(), text.data() + text.size(), generation);
+  }
+  return generation;
+}
+
 Journal::Journal(std::filesystem::path path, std::function<void(const std::string&)> warn)
     : path_(std::move(path)), warn_(std::move(warn)) {}
 
@@ -136,19 +148,19 @@ std::uint64_t Journal::rewind(std::uint64_t generation) {
   next_line_ = 1;
   const std::string text = file_.read_from(0);
   if (writable_ && text.find('\n') == base::npos) {
-    const std::string header = std::string(kHeader) + std::to_string(generation) + "\n\n";
+    const std::string header = generation_line(generation);
     file_.truncate(0);
     file_.write_at(0, header);
     end_ = header.size();
     next_line_ = 3;
     return generation;
   }
-  if (!text.starts_with(kHeader)) return text.empty() ? generation : 0;
-  std::uint64_t found = 0;
-  std::from_chars(text.data() + kHeader.size(), text.data() + text.size(), found);
-  end_ = std::min(text.find('\n') + 2, text.size());
-  next_line_ = 3;
-  return found;
+  if (text.empty()) return generation;
+  if (text.starts_with(kHeader)) {
+    end_ = std::min(text.find_first_not_of("\r\n", text.find('\n')), text.size());
+    next_line_ = 1 + count_lines(std::string_view(text).substr(0, end_));
+  }
+  return generation_of(text);
 }
 
 Journal::Part Journal::read() {
@@ -158,7 +170,7 @@ Journal::Part Journal::read() {
     const std::size_t line = next_line_ + count_lines(std::string_view(part.text).substr(0, whole.end));
     throw base::RuntimeError(
         kInvalidLdif,
-        "Line " + std::to_string(line) + ": The record differs from what was written, and others follow it.");
+        path_.string() + ": Line " + std::to_string(line) + ": The record differs from what was written, and others follow it.");
   }
   const std::size_t torn = part.text.size() - whole.end;
   part.text.resize(whole.end);
@@ -205,7 +217,7 @@ void Journal::replace(std::uint64_t generation) {
   std::filesystem::path temporary = path_;
   temporary += ".new";
   const PosixFile file(temporary, O_RDWR | O_CREAT | O_TRUNC);
-  file.write_at(0, std::string(kHeader) + std::to_string(generation) + "\n\n");
+  file.write_at(0, generation_line(generation));
   file.sync();
   replace_file(temporary, path_);
 }

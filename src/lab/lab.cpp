@@ -48,16 +48,20 @@ struct Lab::Services {
 };
 
 Lab::Lab(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn)
-    : services_(std::make_unique<Services>(std::filesystem::absolute(folder), read_lab_config(folder / "lab.conf"),
-                                           warn)) {
+    : services_(std::make_unique<Services>(std::filesystem::absolute(folder),
+                                           read_lab_config(folder / "lab.conf"), warn)) {
   add_missing_configuration(services_->domain);
 }
 
 Lab::~Lab() = default;
 
-const LabConfig& Lab::config() const { return services_->domain.config; }
+const LabConfig& Lab::config() const {
+  return services_->domain.config;
+}
 
-std::string Lab::database_path() const { return (services_->folder / "db").string() + "/"; }
+std::string Lab::database_path() const {
+  return (services_->folder / "db").string() + "/";
+}
 
 platform::Platform Lab::platform(platform::Dialogs& dialogs) {
   Services& s = *services_;
@@ -72,6 +76,8 @@ platform::Platform Lab::platform(platform::Dialogs& dialogs) {
           .dialogs = dialogs};
 }
 
-platform::RegistryListing& Lab::registry_listing() { return services_->registry; }
+platform::RegistryListing& Lab::registry_listing() {
+  return services_->registry;
+}
 
 }  // namespace twk::lab

@@ -21,8 +21,9 @@ namespace twk::lab {
 /// Processes, variables and the clock are the workstation's own.
 class Lab {
  public:
-  /// `warn` is told what was repaired. What reads need of the configuration ("CN=Partitions") is added to a directory
-  /// that came without it. Raises runtime errors that name the file, and the line where there is one.
+  /// `warn` is told what was repaired. What reads need of the configuration ("CN=Partitions") is added to a
+  /// directory that came without it. Raises runtime errors that name the file, and the line where there is
+  /// one.
   Lab(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn);
   Lab(const Lab&) = delete;
   Lab& operator=(const Lab&) = delete;

@@ -22,27 +22,36 @@ struct BadValue {
 
 int read_number(std::string_view text, int most) {
   const auto number = base::to_number(text);
-  if (!number || *number < 0 || *number > most) throw BadValue{"not a number from 0 to " + base::to_text(most)};
+  if (!number || *number < 0 || *number > most)
+    throw BadValue{"not a number from 0 to " + base::to_text(most)};
   return *number;
 }
 
 bool read_switch(std::string_view text) {
-  if (base::equals_fold(text, "on")) return true;
-  if (base::equals_fold(text, "off")) return false;
+  if (base::equals_fold(text, "on"))
+    return true;
+  if (base::equals_fold(text, "off"))
+    return false;
   throw BadValue{"neither on nor off"};
 }
 
 DomainKind read_kind(std::string_view text) {
-  if (base::equals_fold(text, "native")) return DomainKind::kNative;
-  if (base::equals_fold(text, "mixed")) return DomainKind::kMixed;
-  if (base::equals_fold(text, "nt")) return DomainKind::kNt;
+  if (base::equals_fold(text, "native"))
+    return DomainKind::kNative;
+  if (base::equals_fold(text, "mixed"))
+    return DomainKind::kMixed;
+  if (base::equals_fold(text, "nt"))
+    return DomainKind::kNt;
   throw BadValue{"none of native, mixed, nt"};
 }
 
 DefaultAnswer read_answer(std::string_view text) {
-  if (base::equals_fold(text, "none")) return DefaultAnswer::kNone;
-  if (base::equals_fold(text, "yes")) return DefaultAnswer::kYes;
-  if (base::equals_fold(text, "no")) return DefaultAnswer::kNo;
+  if (base::equals_fold(text, "none"))
+    return DefaultAnswer::kNone;
+  if (base::equals_fold(text, "yes"))
+    return DefaultAnswer::kYes;
+  if (base::equals_fold(text, "no"))
+    return DefaultAnswer::kNo;
   throw BadValue{"none of yes, no, none"};
 }
 
@@ -51,16 +60,21 @@ bool is_name_character(char c) {
 }
 
 void check_label(std::string_view label, std::size_t longest) {
-  if (label.empty() || label.size() > longest) throw BadValue{"a name is empty or too long"};
+  if (label.empty() || label.size() > longest)
+    throw BadValue{"a name is empty or too long"};
   for (const char c : label) {
-    if (!is_name_character(c)) throw BadValue{"a name holds a character other than letters, digits, \"-\" and \"_\""};
+    if (!is_name_character(c))
+      throw BadValue{"a name holds a character other than letters, digits, \"-\" and \"_\""};
   }
 }
 
 std::string read_domain(std::string_view text) {
-  if (text.find('.') == base::npos) throw BadValue{"a DNS name has a dot"};
-  if (text.size() > 255) throw BadValue{"a name is too long"};
-  for (const std::string& label : base::split(text, '.')) check_label(label, 63);
+  if (text.find('.') == base::npos)
+    throw BadValue{"a DNS name has a dot"};
+  if (text.size() > 255)
+    throw BadValue{"a name is too long"};
+  for (const std::string& label : base::split(text, '.'))
+    check_label(label, 63);
   return std::string(text);
 }
 
@@ -93,10 +107,12 @@ void read_setting(LabConfig& config, std::string_view name, std::string_view val
 
 void complete(LabConfig& config) {
   if (config.kind == DomainKind::kNt) {
-    if (config.netbios.empty()) throw BadValue{"a lab of kind nt needs \"netbios\""};
+    if (config.netbios.empty())
+      throw BadValue{"a lab of kind nt needs \"netbios\""};
     return;
   }
-  if (config.domain.empty()) throw BadValue{"\"domain\" is missing"};
+  if (config.domain.empty())
+    throw BadValue{"\"domain\" is missing"};
   if (config.netbios.empty()) {
     const std::string_view label = std::string_view(config.domain).substr(0, config.domain.find('.'));
     config.netbios = base::upper(label.substr(0, kLongestNetbiosName));
@@ -114,13 +130,17 @@ LabConfig parse(const std::string& file, std::string_view text) {
     for (const std::string& raw : base::split(text, '\n')) {
       ++line_number;
       std::string_view line = raw;
-      if (line.ends_with('\r')) line.remove_suffix(1);
+      if (line.ends_with('\r'))
+        line.remove_suffix(1);
       line = base::trim(line);
-      if (line.empty() || line.front() == '#') continue;
+      if (line.empty() || line.front() == '#')
+        continue;
       const std::size_t equals = line.find('=');
-      if (equals == base::npos) throw BadValue{"not of the form name = value"};
+      if (equals == base::npos)
+        throw BadValue{"not of the form name = value"};
       const std::string name = base::lower(base::trim(line.substr(0, equals)));
-      if (!seen.insert(name).second) throw BadValue{"\"" + name + "\" is given twice"};
+      if (!seen.insert(name).second)
+        throw BadValue{"\"" + name + "\" is given twice"};
       try {
         read_setting(config, name, base::trim(line.substr(equals + 1)));
       } catch (const BadValue& bad) {
@@ -135,12 +155,14 @@ LabConfig parse(const std::string& file, std::string_view text) {
 }
 
 std::string_view kind_word(DomainKind kind) {
-  if (kind == DomainKind::kMixed) return "mixed";
+  if (kind == DomainKind::kMixed)
+    return "mixed";
   return kind == DomainKind::kNt ? "nt" : "native";
 }
 
 std::string_view answer_word(DefaultAnswer answer) {
-  if (answer == DefaultAnswer::kYes) return "yes";
+  if (answer == DefaultAnswer::kYes)
+    return "yes";
   return answer == DefaultAnswer::kNo ? "no" : "none";
 }
 
@@ -162,8 +184,10 @@ std::string print(const LabConfig& config) {
   const auto setting = [&](std::string_view name, std::string_view value) {
     text.append(name).append(" = ").append(value).append("\n");
   };
-  if (!config.domain.empty()) setting("domain", config.domain);
-  if (!config.netbios.empty()) setting("netbios", config.netbios);
+  if (!config.domain.empty())
+    setting("domain", config.domain);
+  if (!config.netbios.empty())
+    setting("netbios", config.netbios);
   setting("kind", kind_word(config.kind));
   setting("controller", config.controller);
   setting("password.minimum_length", base::to_text(config.passwords.minimum_length));
@@ -175,7 +199,9 @@ std::string print(const LabConfig& config) {
 
 }  // namespace
 
-void check_lab_config(const LabConfig& config) { static_cast<void>(parse("the configuration", print(config))); }
+void check_lab_config(const LabConfig& config) {
+  static_cast<void>(parse("the configuration", print(config)));
+}
 
 void write_lab_config(const std::filesystem::path& file, const LabConfig& config) {
   const std::string text = print(config);

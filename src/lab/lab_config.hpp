@@ -41,13 +41,14 @@ struct LabConfig {
 /// The name by which people call the domain: the DNS name, in a lab of kind nt the NetBIOS name.
 const std::string& domain_name(const LabConfig& config);
 
-/// Raises a runtime error "<file>:<line>: …" for a name that is not known, given twice or holds an unusable value,
-/// 53 or 76 when there is no such file. An absent "netbios" is the first label of "domain" in capitals.
+/// Raises a runtime error "<file>:<line>: …" for a name that is not known, given twice or holds an unusable
+/// value, 53 or 76 when there is no such file. An absent "netbios" is the first label of "domain" in
+/// capitals.
 LabConfig read_lab_config(const std::filesystem::path& file);
 /// Raises 5 for a configuration that `read_lab_config` would refuse.
 void check_lab_config(const LabConfig& config);
-/// Replaces the file as a whole; a reader sees the old one or the new one. Raises the runtime's file numbers, and
-/// 5 for a configuration that `read_lab_config` would refuse.
+/// Replaces the file as a whole; a reader sees the old one or the new one. Raises the runtime's file numbers,
+/// and 5 for a configuration that `read_lab_config` would refuse.
 void write_lab_config(const std::filesystem::path& file, const LabConfig& config);
 
 }  // namespace twk::lab

@@ -21,13 +21,17 @@ constexpr std::size_t kPiece = std::size_t{1} << 20U;
 void make_private_folder(const fs::path& folder) {
   std::error_code failed;
   fs::create_directory(folder, failed);
-  if (!failed) fs::permissions(folder, fs::perms::owner_all, failed);
-  if (failed) raise(base::error::kPathFileAccess, "Cannot make the folder " + folder.string() + ": " + failed.message());
+  if (!failed)
+    fs::permissions(folder, fs::perms::owner_all, failed);
+  if (failed)
+    raise(base::error::kPathFileAccess,
+          "Cannot make the folder " + folder.string() + ": " + failed.message());
 }
 
 void require_empty(const fs::path& folder) {
   std::error_code failed;
-  if (!fs::exists(folder, failed)) return;
+  if (!fs::exists(folder, failed))
+    return;
   if (!fs::is_directory(folder, failed) || !fs::is_empty(folder, failed) || failed) {
     raise(base::error::kPathFileAccess, "Not an empty folder: " + folder.string());
   }
@@ -38,10 +42,12 @@ bool is_drive_letter(const std::string& drive) {
 }
 
 void check_server(const FileServerPlan& server) {
-  static constexpr std::string_view kAllowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_";
+  static constexpr std::string_view kAllowed =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_";
   const bool name_fits = !server.name.empty() && server.name.size() <= 15 &&
                          server.name.find_first_not_of(kAllowed) == std::string::npos;
-  if (!name_fits) raise(ads_error::kConstraint, "Not a name for a file server: " + server.name);
+  if (!name_fits)
+    raise(ads_error::kConstraint, "Not a name for a file server: " + server.name);
   if (server.drives.empty() || !std::all_of(server.drives.begin(), server.drives.end(), is_drive_letter)) {
     raise(ads_error::kConstraint, "A drive of a file server is one letter: " + server.name);
   }
@@ -50,7 +56,8 @@ void check_server(const FileServerPlan& server) {
 void make_server(const fs::path& servers, const FileServerPlan& plan) {
   const fs::path server = servers / plan.name;
   make_private_folder(server);
-  for (const std::string& drive : plan.drives) make_private_folder(server / base::upper(drive));
+  for (const std::string& drive : plan.drives)
+    make_private_folder(server / base::upper(drive));
   for (const char* const folder : {"Users", "Profiles"}) {
     make_private_folder(server / base::upper(plan.drives.back()) / folder);
   }
@@ -61,12 +68,14 @@ void write_directory(const fs::path& file, const LabConfig& config, const LabPla
   const std::string path = file.string();
   const local::Descriptor output = local::open_descriptor(path, O_WRONLY | O_CREAT | O_EXCL, 0600);
   std::string piece;
-  invent_domain(config, {plan.users, plan.groups, plan.ous, plan.seed, administrator}, [&](const LdifRecord& record) {
-    append_ldif(piece, record);
-    if (piece.size() < kPiece) return;
-    local::write_all(output, piece, path);
-    piece.clear();
-  });
+  invent_domain(config, {plan.users, plan.groups, plan.ous, plan.seed, administrator},
+                [&](const LdifRecord& record) {
+                  append_ldif(piece, record);
+                  if (piece.size() < kPiece)
+                    return;
+                  local::write_all(output, piece, path);
+                  piece.clear();
+                });
   local::write_all(output, piece, path);
   local::sync(output, path);
 }
@@ -82,7 +91,8 @@ std::string administrator_name(const LabPlan& plan) {
 LabConfig make_config(const LabPlan& plan) {
   LabConfig config;
   config.kind = plan.kind;
-  if (plan.kind != DomainKind::kNt) config.domain = plan.domain;
+  if (plan.kind != DomainKind::kNt)
+    config.domain = plan.domain;
   config.netbios = plan.netbios;
   if (config.netbios.empty()) {
     const std::string label = base::upper(plan.domain.substr(0, plan.domain.find('.')));
@@ -99,8 +109,10 @@ void create_lab(const fs::path& folder, const LabPlan& plan) {
   check_lab_config(config);
   std::for_each(plan.servers.begin(), plan.servers.end(), check_server);
   make_private_folder(folder);
-  for (const char* const part : {"settings", "db", "servers"}) make_private_folder(folder / part);
-  for (const FileServerPlan& server : plan.servers) make_server(folder / "servers", server);
+  for (const char* const part : {"settings", "db", "servers"})
+    make_private_folder(folder / part);
+  for (const FileServerPlan& server : plan.servers)
+    make_server(folder / "servers", server);
   write_directory(folder / "domain.ldif", config, plan, administrator_name(plan));
   write_lab_config(folder / "lab.conf", config);
 }

@@ -21,8 +21,11 @@ ObjectPtr LabDirectory::bind_namespace(Provider provider) {
   } else if (!nt) {
     children.push_back((provider == Provider::kGc ? "GC://" : "LDAP://") + domain_.config.domain);
   }
-  const std::string name = provider == Provider::kGc ? "GC:" : provider == Provider::kLdap ? "LDAP:" : "WinNT:";
-  return std::make_shared<NamespaceObject>(name, provider == Provider::kWinnt ? "Domain" : "domainDNS", children,
+  const std::string name = provider == Provider::kGc     ? "GC:"
+                           : provider == Provider::kLdap ? "LDAP:"
+                                                         : "WinNT:";
+  return std::make_shared<NamespaceObject>(name, provider == Provider::kWinnt ? "Domain" : "domainDNS",
+                                           children,
                                            [this](const std::string& path) { return GetObject(path); });
 }
 
@@ -34,9 +37,11 @@ ObjectPtr LabDirectory::bind_entry(const AdsPath& path, std::string_view whole) 
 
 ObjectPtr LabDirectory::bind_share(const AdsPath& path) {
   auto folder = find_server(domain_.servers, path.server);
-  if (!folder) raise(kBadNetPath, "There is no file server " + path.server);
+  if (!folder)
+    raise(kBadNetPath, "There is no file server " + path.server);
   FileServerObject server(*std::move(folder), path.server);
-  if (path.kind == AdsPath::Kind::kFileShare) return server.GetObject("FileShare", path.name);
+  if (path.kind == AdsPath::Kind::kFileShare)
+    return server.GetObject("FileShare", path.name);
   return std::make_shared<FileServerObject>(std::move(server));
 }
 
@@ -66,8 +71,10 @@ ObjectPtr LabDirectory::GetObject(std::string_view path) {
   raise(ads_error::kBadPathname, "Not a path of a directory: " + std::string(path));
 }
 
-ObjectPtr LabDirectory::OpenDSObject(std::string_view path, std::string_view user, std::string_view password) {
-  if (!user.empty()) check_logon(domain_, user, password);
+ObjectPtr LabDirectory::OpenDSObject(std::string_view path, std::string_view user,
+                                     std::string_view password) {
+  if (!user.empty())
+    check_logon(domain_, user, password);
   return GetObject(path);
 }
 

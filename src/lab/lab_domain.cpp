@@ -10,14 +10,17 @@ bool is_domain_name(const LabDomain& domain, std::string_view name) {
 }
 
 bool is_domain_server(const LabDomain& domain, std::string_view name) {
-  if (name.empty() || is_domain_name(domain, name)) return true;
+  if (name.empty() || is_domain_name(domain, name))
+    return true;
   const std::string& controller = domain.config.controller;
-  return base::equals_fold(name, controller) || base::equals_fold(name, controller + "." + domain.config.domain);
+  return base::equals_fold(name, controller) ||
+         base::equals_fold(name, controller + "." + domain.config.domain);
 }
 
 std::string random_bytes(LabDomain& domain, std::size_t count) {
   std::string bytes;
-  while (bytes.size() < count) bytes.push_back(static_cast<char>(domain.random() & 0xFFU));
+  while (bytes.size() < count)
+    bytes.push_back(static_cast<char>(domain.random() & 0xFFU));
   return bytes;
 }
 

@@ -26,7 +26,8 @@ struct LabDomain {
 
 /// True when `name` names the domain: its DNS or its NetBIOS name, in any case.
 bool is_domain_name(const LabDomain& domain, std::string_view name);
-/// True for the domain's names and its controller's, with or without the DNS suffix. An empty name means "any".
+/// True for the domain's names and its controller's, with or without the DNS suffix. An empty name means
+/// "any".
 bool is_domain_server(const LabDomain& domain, std::string_view name);
 
 /// `bytes` random bytes.

@@ -20,7 +20,8 @@ struct NetworkPath {
 std::optional<NetworkPath> split_network_path(std::string_view path) {
   std::string text(path);
   std::replace(text.begin(), text.end(), '/', '\\');
-  if (!text.starts_with("\\\\") || path.starts_with('/')) return std::nullopt;
+  if (!text.starts_with("\\\\") || path.starts_with('/'))
+    return std::nullopt;
   const std::size_t server_end = text.find('\\', 2);
   if (server_end == base::npos || server_end == 2) {
     raise(base::error::kBadFileName, "Not a path of a file server: " + std::string(path));
@@ -32,7 +33,8 @@ std::optional<NetworkPath> split_network_path(std::string_view path) {
 
 std::filesystem::path require_server(const std::filesystem::path& servers, const std::string& name) {
   auto folder = find_server(servers, name);
-  if (!folder) raise(base::error::kFileNotFound, "The network path was not found: \\\\" + name);
+  if (!folder)
+    raise(base::error::kFileNotFound, "The network path was not found: \\\\" + name);
   return *std::move(folder);
 }
 
@@ -43,18 +45,21 @@ LabFiles::LabFiles(std::filesystem::path servers, platform::Files& workstation)
 
 std::string LabFiles::local_path(std::string_view path) const {
   const auto network = split_network_path(path);
-  if (!network) return std::string(path);
+  if (!network)
+    return std::string(path);
   const std::filesystem::path server = require_server(servers_, network->server);
   const auto share = find_share(server, network->share);
   if (!share) {
-    raise(base::error::kFileNotFound, "The network name was not found: \\\\" + network->server + "\\" + network->share);
+    raise(base::error::kFileNotFound,
+          "The network name was not found: \\\\" + network->server + "\\" + network->share);
   }
   return server_folder(server, share->path + network->rest).string();
 }
 
 void LabFiles::require_not_held(std::string_view path) const {
   const auto network = split_network_path(path);
-  if (!network) return;
+  if (!network)
+    return;
   if (share_holds(require_server(servers_, network->server), local_path(path))) {
     raise(base::error::kPathFileAccess, "A share holds the folder " + std::string(path));
   }
@@ -74,11 +79,19 @@ bool LabFiles::is_directory(std::string_view path) {
   return found;
 }
 
-void LabFiles::make_directory(std::string_view path) { workstation_.make_directory(local_path(path)); }
-std::vector<platform::FileEntry> LabFiles::list(std::string_view path) { return workstation_.list(local_path(path)); }
-std::string LabFiles::read(std::string_view path) { return workstation_.read(local_path(path)); }
+void LabFiles::make_directory(std::string_view path) {
+  workstation_.make_directory(local_path(path));
+}
+std::vector<platform::FileEntry> LabFiles::list(std::string_view path) {
+  return workstation_.list(local_path(path));
+}
+std::string LabFiles::read(std::string_view path) {
+  return workstation_.read(local_path(path));
+}
 
-void LabFiles::write(std::string_view path, std::string_view bytes) { workstation_.write(local_path(path), bytes); }
+void LabFiles::write(std::string_view path, std::string_view bytes) {
+  workstation_.write(local_path(path), bytes);
+}
 
 void LabFiles::remove(std::string_view path) {
   require_not_held(path);

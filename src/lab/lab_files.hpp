@@ -7,11 +7,13 @@
 
 namespace twk::lab {
 
-/// Network paths of a lab's file servers, as folders of the lab: "\\FS1\D$\Users" is "servers/FS1/D/Users", and
-/// "\\FS1\Users\jo" what the share "Users" stands for. Every part folds case. Any other path is the workstation's.
+/// Network paths of a lab's file servers, as folders of the lab: "\\FS1\D$\Users" is "servers/FS1/D/Users",
+/// and
+/// "\\FS1\Users\jo" what the share "Users" stands for. Every part folds case. Any other path is the
+/// workstation's.
 ///
-/// Raises 53 for a server or share that is not there, 76 for a path with "..", and 75 when a folder that a share
-/// holds would be taken away.
+/// Raises 53 for a server or share that is not there, 76 for a path with "..", and 75 when a folder that a
+/// share holds would be taken away.
 class LabFiles final : public platform::Files {
  public:
   LabFiles(std::filesystem::path servers, platform::Files& workstation);

@@ -32,14 +32,16 @@ std::vector<Column> make_columns(const std::vector<std::string>& names) {
   std::vector<Column> columns;
   for (const std::string& name : names) {
     const std::string_view attribute = platform::ldap_attribute(name);
-    columns.push_back({std::string(attribute), find_attribute(attribute), base::equals_fold(name, "ADsPath")});
+    columns.push_back(
+        {std::string(attribute), find_attribute(attribute), base::equals_fold(name, "ADsPath")});
   }
   return columns;
 }
 
 class LabRecordset final : public platform::Recordset {
  public:
-  LabRecordset(const LabDomain& domain, std::string prefix, std::vector<Column> columns, std::vector<std::string> rows)
+  LabRecordset(const LabDomain& domain, std::string prefix, std::vector<Column> columns,
+               std::vector<std::string> rows)
       : domain_(domain), prefix_(std::move(prefix)), columns_(std::move(columns)), rows_(std::move(rows)) {}
 
   [[nodiscard]] bool at_eof() const override {
@@ -53,12 +55,15 @@ class LabRecordset final : public platform::Recordset {
 
   [[nodiscard]] Value field(std::size_t index) const override {
     require_row();
-    if (index >= columns_.size()) raise(kNoSuchField, "The query has no field " + std::to_string(index));
+    if (index >= columns_.size())
+      raise(kNoSuchField, "The query has no field " + std::to_string(index));
     const std::string& dn = rows_[current_];
     const Column& column = columns_[index];
-    if (column.is_path) return prefix_ + dn;
+    if (column.is_path)
+      return prefix_ + dn;
     const Entry* const entry = domain_.store.find(dn);
-    if (entry != nullptr) return to_value(column.schema, read_attribute(domain_, *entry, column.attribute));
+    if (entry != nullptr)
+      return to_value(column.schema, read_attribute(domain_, *entry, column.attribute));
     return from_name(dn, column.attribute);
   }
 
@@ -72,7 +77,8 @@ class LabRecordset final : public platform::Recordset {
   }
   void MoveLast() override {
     require_open();
-    if (!rows_.empty()) current_ = rows_.size() - 1;
+    if (!rows_.empty())
+      current_ = rows_.size() - 1;
   }
   void Close() override {
     closed_ = true;
@@ -81,13 +87,16 @@ class LabRecordset final : public platform::Recordset {
 
  private:
   void require_open() const {
-    if (closed_) raise(kClosed, "The result of the query is closed");
+    if (closed_)
+      raise(kClosed, "The result of the query is closed");
   }
   void require_row() const {
-    if (at_eof()) raise(kNoCurrentRow, "The result of the query has no current row");
+    if (at_eof())
+      raise(kNoCurrentRow, "The result of the query has no current row");
   }
   static Value from_name(const std::string& dn, std::string_view attribute) {
-    if (base::equals_fold(attribute, "distinguishedName")) return dn;
+    if (base::equals_fold(attribute, "distinguishedName"))
+      return dn;
     Rdn rdn = parse_rdn(first_rdn(dn));
     const bool named = base::equals_fold(attribute, "name") || base::equals_fold(attribute, rdn.type);
     return named ? Value(std::move(rdn.value)) : Value{};
@@ -112,7 +121,8 @@ std::unique_ptr<platform::Recordset> LabQuery::execute(const platform::QueryText
   domain_.store.refresh();
   const std::string base_dn = resolve_entry(domain_, base);
   std::vector<std::string> rows = search_entries(domain_, base_dn, query.scope, parse_filter(query.filter));
-  if (!options.sort_on.empty()) sort_by_attribute(domain_, rows, platform::ldap_attribute(options.sort_on));
+  if (!options.sort_on.empty())
+    sort_by_attribute(domain_, rows, platform::ldap_attribute(options.sort_on));
   return std::make_unique<LabRecordset>(domain_, path_prefix(base.provider, base.server),
                                         make_columns(query.attributes), std::move(rows));
 }

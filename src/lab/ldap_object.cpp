@@ -16,22 +16,31 @@ using platform::ObjectPtr;
 using platform::Value;
 
 LdapObject::LdapObject(StagedEntry entry, Provider provider, std::string server, std::string whole_path)
-    : entry_(std::move(entry)), provider_(provider), server_(std::move(server)), whole_path_(std::move(whole_path)) {}
+    : entry_(std::move(entry)),
+      provider_(provider),
+      server_(std::move(server)),
+      whole_path_(std::move(whole_path)) {}
 
-std::string LdapObject::Name() const { return object_name(entry_.dn()); }
-std::string LdapObject::Class() const { return entry_.object_class(); }
+std::string LdapObject::Name() const {
+  return object_name(entry_.dn());
+}
+std::string LdapObject::Class() const {
+  return entry_.object_class();
+}
 
 std::string LdapObject::ADsPath() const {
   return whole_path_.empty() ? path_prefix(provider_, server_) + entry_.dn() : whole_path_;
 }
 
 std::string LdapObject::Parent() const {
-  if (base::equals_fold(entry_.dn(), domain().root_dn)) return provider_ == Provider::kGc ? "GC:" : "LDAP:";
+  if (base::equals_fold(entry_.dn(), domain().root_dn))
+    return provider_ == Provider::kGc ? "GC:" : "LDAP:";
   return path_prefix(provider_, server_) + std::string(parent_dn(entry_.dn()));
 }
 
 void LdapObject::require_writable() const {
-  if (provider_ == Provider::kGc) raise(ads_error::kUnwilling, "The global catalogue is for reading");
+  if (provider_ == Provider::kGc)
+    raise(ads_error::kUnwilling, "The global catalogue is for reading");
 }
 
 ObjectPtr LdapObject::bind(std::string_view dn) const {
@@ -41,7 +50,8 @@ ObjectPtr LdapObject::bind(std::string_view dn) const {
 std::vector<ObjectPtr> LdapObject::bind_all(const std::vector<std::string>& dns) const {
   std::vector<ObjectPtr> objects;
   objects.reserve(dns.size());
-  for (const std::string& dn : dns) objects.push_back(bind(dn));
+  for (const std::string& dn : dns)
+    objects.push_back(bind(dn));
   return objects;
 }
 
@@ -71,17 +81,20 @@ void LdapObject::SetPassword(std::string_view password) {
   set_password(domain(), entry_.dn(), password);
 }
 
-void LdapObject::enumerate(std::span<const std::string> classes, const std::function<bool(const ObjectPtr&)>& visit) {
+void LdapObject::enumerate(std::span<const std::string> classes,
+                           const std::function<bool(const ObjectPtr&)>& visit) {
   domain().store.refresh();
   std::vector<std::string> names;
   domain().store.children(require_entry(domain(), entry_.dn()), [&](const Entry& child) {
     const bool other_context = base::equals_fold(child.dn(), domain().configuration_dn);
-    if (!other_context && is_wanted(classes, entry_class(child))) names.push_back(child.dn());
+    if (!other_context && is_wanted(classes, entry_class(child)))
+      names.push_back(child.dn());
     return true;
   });
   for (const std::string& name : names) {
     // What was visited before may have deleted this one.
-    if (domain().store.find(name) != nullptr && !visit(bind(name))) return;
+    if (domain().store.find(name) != nullptr && !visit(bind(name)))
+      return;
   }
 }
 

@@ -7,8 +7,8 @@
 
 namespace twk::lab {
 
-/// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server part
-/// in their paths. The catalogue is for reading: what changes something raises kUnwilling.
+/// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server
+/// part in their paths. The catalogue is for reading: what changes something raises kUnwilling.
 class LdapObject final : public BasicObject {
  public:
   /// `whole_path` is what "LDAP://twk.test" calls itself; empty for a path that ends in the DN.
@@ -30,7 +30,8 @@ class LdapObject final : public BasicObject {
   platform::ObjectPtr GetObject(std::string_view object_class, std::string_view relative_name) override;
   platform::ObjectPtr Create(std::string_view object_class, std::string_view relative_name) override;
   void Delete(std::string_view object_class, std::string_view relative_name) override;
-  platform::ObjectPtr MoveHere(std::string_view source_path, const std::optional<std::string>& new_name) override;
+  platform::ObjectPtr MoveHere(std::string_view source_path,
+                               const std::optional<std::string>& new_name) override;
 
   void Add(std::string_view path) override;
   void Remove(std::string_view path) override;
@@ -43,7 +44,8 @@ class LdapObject final : public BasicObject {
   [[nodiscard]] LabDomain& domain() const { return entry_.domain(); }
   [[nodiscard]] platform::ObjectPtr bind(std::string_view dn) const;
   /// The stored child of that name and class. Raises kNoSuchObject.
-  [[nodiscard]] std::string existing_child(std::string_view object_class, std::string_view relative_name) const;
+  [[nodiscard]] std::string existing_child(std::string_view object_class,
+                                           std::string_view relative_name) const;
   [[nodiscard]] std::vector<platform::ObjectPtr> bind_all(const std::vector<std::string>& dns) const;
 
   StagedEntry entry_;

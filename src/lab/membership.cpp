@@ -11,7 +11,8 @@ namespace twk::lab {
 namespace {
 
 const Entry* group_of_rid(const LabDomain& domain, std::int64_t rid) {
-  const Entry* const group = domain.store.find_sid(append_rid(domain_sid(domain), static_cast<std::uint32_t>(rid)));
+  const Entry* const group =
+      domain.store.find_sid(append_rid(domain_sid(domain), static_cast<std::uint32_t>(rid)));
   return group != nullptr && has_class(*group, "group") ? group : nullptr;
 }
 
@@ -25,7 +26,8 @@ bool by_primary_group(const Entry& group, const Entry& member) {
 
 const Entry& require_group(const LabDomain& domain, const std::string& dn) {
   const Entry& group = require_entry(domain, dn);
-  if (!has_class(group, "group")) raise(ads_error::kUnwilling, dn + " is no group");
+  if (!has_class(group, "group"))
+    raise(ads_error::kUnwilling, dn + " is no group");
   return group;
 }
 
@@ -33,7 +35,8 @@ bool can_be_member(const Entry& entry) {
   return has_class(entry, "person") || has_class(entry, "group") || has_class(entry, "contact");
 }
 
-void change_link(LabDomain& domain, const std::string& group_dn, ModifyKind kind, const std::string& member_dn) {
+void change_link(LabDomain& domain, const std::string& group_dn, ModifyKind kind,
+                 const std::string& member_dn) {
   domain.store.modify(group_dn, {{kind, "member", {member_dn}}}, [] {});
 }
 
@@ -43,8 +46,10 @@ void add_member(LabDomain& domain, const std::string& group_dn, const std::strin
   domain.store.modify(group_dn, {{ModifyKind::kAdd, "member", {member_dn}}}, [&] {
     const Entry& group = require_group(domain, group_dn);
     const Entry& member = require_entry(domain, member_dn);
-    if (&group == &member) raise(ads_error::kUnwilling, group_dn + " cannot be a member of itself");
-    if (!can_be_member(member)) raise(ads_error::kUnwilling, member_dn + " is no account");
+    if (&group == &member)
+      raise(ads_error::kUnwilling, group_dn + " cannot be a member of itself");
+    if (!can_be_member(member))
+      raise(ads_error::kUnwilling, member_dn + " is no account");
     if (domain.store.is_member(group, member) || by_primary_group(group, member)) {
       raise(ads_error::kMemberInGroup, member_dn + " is a member of " + group_dn + " already");
     }
@@ -75,8 +80,10 @@ std::vector<std::string> members_by_primary_group(const LabDomain& domain, const
   std::vector<std::string> names;
   const auto sid = group.value("objectSid");
   const auto rid = sid ? rid_of(*sid) : std::nullopt;
-  if (!rid || without_rid(*sid) != domain_sid(domain)) return names;
-  for (const Entry* const user : domain.store.with_primary_group(base::to_text(static_cast<std::int32_t>(*rid)))) {
+  if (!rid || without_rid(*sid) != domain_sid(domain))
+    return names;
+  for (const Entry* const user :
+       domain.store.with_primary_group(base::to_text(static_cast<std::int32_t>(*rid)))) {
     names.push_back(user->dn());
   }
   return names;
@@ -85,27 +92,32 @@ std::vector<std::string> members_by_primary_group(const LabDomain& domain, const
 PrimaryGroupChange::PrimaryGroupChange(LabDomain& domain, const Entry& user, std::int32_t new_rid)
     : domain_(domain), user_dn_(user.dn()) {
   const std::int64_t old_rid = read_number(user, "primaryGroupID", -1);
-  if (old_rid == new_rid) return;
+  if (old_rid == new_rid)
+    return;
   const Entry* const group = group_of_rid(domain, new_rid);
   if (group == nullptr || !domain.store.is_member(*group, user)) {
     raise(ads_error::kUnwilling, user_dn_ + " is not a member of the group that is to be its primary one");
   }
   new_group_dn_ = group->dn();
-  if (const Entry* const old_group = group_of_rid(domain, old_rid)) old_group_dn_ = old_group->dn();
+  if (const Entry* const old_group = group_of_rid(domain, old_rid))
+    old_group_dn_ = old_group->dn();
 }
 
 void PrimaryGroupChange::begin() {
-  if (new_group_dn_.empty() || old_group_dn_.empty()) return;
+  if (new_group_dn_.empty() || old_group_dn_.empty())
+    return;
   change_link(domain_, old_group_dn_, ModifyKind::kAdd, user_dn_);
 }
 
 void PrimaryGroupChange::undo() {
-  if (new_group_dn_.empty() || old_group_dn_.empty()) return;
+  if (new_group_dn_.empty() || old_group_dn_.empty())
+    return;
   change_link(domain_, old_group_dn_, ModifyKind::kDelete, user_dn_);
 }
 
 void PrimaryGroupChange::finish() {
-  if (!new_group_dn_.empty()) change_link(domain_, new_group_dn_, ModifyKind::kDelete, user_dn_);
+  if (!new_group_dn_.empty())
+    change_link(domain_, new_group_dn_, ModifyKind::kDelete, user_dn_);
 }
 
 }  // namespace twk::lab

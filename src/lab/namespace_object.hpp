@@ -9,8 +9,8 @@
 
 namespace twk::lab {
 
-/// "LDAP:", "GC:" or "WinNT:", whose children are the domains that can be seen. In a lab of kind nt the first two
-/// have none.
+/// "LDAP:", "GC:" or "WinNT:", whose children are the domains that can be seen. In a lab of kind nt the first
+/// two have none.
 class NamespaceObject final : public BasicObject {
  public:
   /// `bind_domain` binds a child by its path.

@@ -22,7 +22,8 @@ std::string make_verifier(std::string_view salt, std::string_view password) {
 }
 
 bool verifies(std::string_view verifier, std::string_view password) {
-  if (verifier.size() <= kSaltBytes) return false;
+  if (verifier.size() <= kSaltBytes)
+    return false;
   const std::string expected = make_verifier(verifier.substr(0, kSaltBytes), password);
   unsigned difference = expected.size() == verifier.size() ? 0 : 1;
   for (std::size_t i = 0; i < std::min(expected.size(), verifier.size()); ++i) {
@@ -48,17 +49,24 @@ bool is_complex(std::string_view password) {
       other = true;
     }
   }
-  return static_cast<int>(capital) + static_cast<int>(small) + static_cast<int>(digit) + static_cast<int>(other) >= 3;
+  return static_cast<int>(capital) + static_cast<int>(small) + static_cast<int>(digit) +
+             static_cast<int>(other) >=
+         3;
 }
 
 void check_policy(const PasswordPolicy& policy, std::string_view password, std::string_view account_name) {
-  const auto refuse = [](const std::string& why) { raise(ads_error::kPasswordPolicy, "The password " + why); };
+  const auto refuse = [](const std::string& why) {
+    raise(ads_error::kPasswordPolicy, "The password " + why);
+  };
   if (base::length(password) < static_cast<std::size_t>(policy.minimum_length)) {
     refuse("has fewer than " + base::to_text(policy.minimum_length) + " characters");
   }
-  if (!policy.complexity || password.empty()) return;
-  if (!is_complex(password)) refuse("does not mix capitals, small letters, digits and other characters");
-  if (base::length(account_name) >= kShortestNameThatCounts && base::find_fold(password, account_name) != base::npos) {
+  if (!policy.complexity || password.empty())
+    return;
+  if (!is_complex(password))
+    refuse("does not mix capitals, small letters, digits and other characters");
+  if (base::length(account_name) >= kShortestNameThatCounts &&
+      base::find_fold(password, account_name) != base::npos) {
     refuse("holds the account's name");
   }
 }
@@ -66,11 +74,14 @@ void check_policy(const PasswordPolicy& policy, std::string_view password, std::
 const Entry* find_logon(const LabDomain& domain, std::string_view user) {
   const std::size_t backslash = user.find('\\');
   if (backslash != base::npos && user.find('=') == base::npos) {
-    if (!is_domain_name(domain, user.substr(0, backslash))) return nullptr;
+    if (!is_domain_name(domain, user.substr(0, backslash)))
+      return nullptr;
     return domain.store.find_account(user.substr(backslash + 1));
   }
-  if (const Entry* const entry = domain.store.find_account(user)) return entry;
-  if (const Entry* const entry = domain.store.find_principal(user)) return entry;
+  if (const Entry* const entry = domain.store.find_account(user))
+    return entry;
+  if (const Entry* const entry = domain.store.find_principal(user))
+    return entry;
   const Entry* entry = nullptr;
   base::Trap no_name;
   no_name([&] { entry = domain.store.find(user); });
@@ -82,8 +93,10 @@ const Entry* find_logon(const LabDomain& domain, std::string_view user) {
 }
 
 bool is_usable(const LabDomain& domain, const Entry& entry) {
-  if ((read_number(entry, "userAccountControl") & platform::kFlagAccountDisabled) != 0) return false;
-  if (read_number(entry, "lockoutTime") != 0) return false;
+  if ((read_number(entry, "userAccountControl") & platform::kFlagAccountDisabled) != 0)
+    return false;
+  if (read_number(entry, "lockoutTime") != 0)
+    return false;
   const std::int64_t expires = read_number(entry, "accountExpires");
   return expires == 0 || expires > base::to_filetime(domain.clock.now());
 }
@@ -103,10 +116,13 @@ void count_wrong_password(LabDomain& domain, const Entry& entry) {
 void set_password(LabDomain& domain, const std::string& dn, std::string_view password) {
   domain.store.refresh();
   const Entry& entry = require_entry(domain, dn);
-  if (!has_class(entry, "user")) raise(ads_error::kUnwilling, dn + " has no password");
+  if (!has_class(entry, "user"))
+    raise(ads_error::kUnwilling, dn + " has no password");
   check_policy(domain.config.passwords, password, entry.value("sAMAccountName").value_or(""));
   domain.store.modify(dn,
-                      {{ModifyKind::kReplace, std::string(kVerifier), {make_verifier(random_bytes(domain, kSaltBytes), password)}},
+                      {{ModifyKind::kReplace,
+                        std::string(kVerifier),
+                        {make_verifier(random_bytes(domain, kSaltBytes), password)}},
                        {ModifyKind::kReplace, "pwdLastSet", {filetime_now(domain)}}},
                       [] {});
 }
@@ -114,7 +130,8 @@ void set_password(LabDomain& domain, const std::string& dn, std::string_view pas
 void check_logon(LabDomain& domain, std::string_view user, std::string_view password) {
   domain.store.refresh();
   const Entry* const entry = find_logon(domain, user);
-  if (entry == nullptr || !is_user(*entry) || !is_usable(domain, *entry)) refuse_logon(user);
+  if (entry == nullptr || !is_user(*entry) || !is_usable(domain, *entry))
+    refuse_logon(user);
   if (!verifies(entry->value(kVerifier).value_or(""), password)) {
     count_wrong_password(domain, *entry);
     refuse_logon(user);

@@ -22,7 +22,8 @@ std::uint32_t first_free_rid(const LabDomain& domain, const std::string& sid) {
   std::uint32_t highest = kFirstRid - 1;
   domain.store.subtree(require_entry(domain, domain.root_dn), [&](const Entry& entry) {
     const auto own = entry.value("objectSid");
-    if (own && without_rid(*own) == sid) highest = std::max(highest, rid_of(*own).value_or(0));
+    if (own && without_rid(*own) == sid)
+      highest = std::max(highest, rid_of(*own).value_or(0));
     return true;
   });
   return highest + 1;
@@ -34,11 +35,13 @@ void reserve_block(LabDomain& domain) {
     domain.store.refresh();
     const auto recorded = require_entry(domain, domain.root_dn).value("rIDNextRID");
     const std::int64_t first = recorded ? base::val(*recorded) : first_free_rid(domain, sid);
-    if (first < kFirstRid || first > kLastRid - kBlock) raise(ads_error::kUnwilling, "The relative ids are used up");
+    if (first < kFirstRid || first > kLastRid - kBlock)
+      raise(ads_error::kUnwilling, "The relative ids are used up");
     const Modification next{ModifyKind::kReplace, "rIDNextRID", {base::to_text(first + kBlock)}};
     try {
       domain.store.modify(domain.root_dn, {next}, [&] {
-        if (require_entry(domain, domain.root_dn).value("rIDNextRID") != recorded) throw Overtaken{};
+        if (require_entry(domain, domain.root_dn).value("rIDNextRID") != recorded)
+          throw Overtaken{};
       });
       domain.next_rid = static_cast<std::uint32_t>(first);
       domain.end_rid = domain.next_rid + kBlock;
@@ -52,13 +55,15 @@ void reserve_block(LabDomain& domain) {
 }  // namespace
 
 std::string next_sid(LabDomain& domain) {
-  if (domain.next_rid == domain.end_rid) reserve_block(domain);
+  if (domain.next_rid == domain.end_rid)
+    reserve_block(domain);
   return append_rid(domain_sid(domain), domain.next_rid++);
 }
 
 std::string domain_sid(const LabDomain& domain) {
   auto sid = require_entry(domain, domain.root_dn).value("objectSid");
-  if (!sid) raise(ads_error::kUnwilling, "The domain's entry has no objectSid");
+  if (!sid)
+    raise(ads_error::kUnwilling, "The domain's entry has no objectSid");
   return *std::move(sid);
 }
 

@@ -13,14 +13,18 @@ namespace {
 
 using platform::Value;
 
-constexpr char small_letter(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+constexpr char small_letter(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
 
 constexpr bool name_less(std::string_view a, std::string_view b) {
   return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
                                       [](char x, char y) { return small_letter(x) < small_letter(y); });
 }
 
-constexpr bool by_name(const AttributeSchema& a, const AttributeSchema& b) { return name_less(a.name, b.name); }
+constexpr bool by_name(const AttributeSchema& a, const AttributeSchema& b) {
+  return name_less(a.name, b.name);
+}
 static_assert(std::is_sorted(kAttributes.begin(), kAttributes.end(), by_name));
 
 constexpr std::array<ClassSchema, 15> kClasses = {{
@@ -45,11 +49,14 @@ constexpr std::array<ClassSchema, 15> kClasses = {{
   raise(ads_error::kConstraint, "The value of " + std::string(attribute.name) + " " + what);
 }
 
-std::string bytes_to_text(const base::Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
+std::string bytes_to_text(const base::Bytes& bytes) {
+  return {bytes.begin(), bytes.end()};
+}
 
 /// "20260131093000.0Z", generalized time of RFC 4517; None for anything else.
 std::optional<base::Date> parse_generalized_time(std::string_view text) {
-  if (text.size() < 15 || text.substr(0, 14).find_first_not_of("0123456789") != base::npos) return std::nullopt;
+  if (text.size() < 15 || text.substr(0, 14).find_first_not_of("0123456789") != base::npos)
+    return std::nullopt;
   const auto part = [&](std::size_t at, std::size_t count) { return base::val(text.substr(at, count)); };
   const base::CivilTime t{part(0, 4), part(4, 2), part(6, 2), part(8, 2), part(10, 2), part(12, 2)};
   const bool in_range = t.year >= 1601 && t.month >= 1 && t.month <= 12 && t.day >= 1 && t.day <= 31 &&
@@ -58,21 +65,26 @@ std::optional<base::Date> parse_generalized_time(std::string_view text) {
 }
 
 std::string integer_text(const AttributeSchema& attribute, const Value& value) {
-  if (const auto* flag = std::get_if<bool>(&value.data)) return *flag ? "1" : "0";
-  if (const auto* number = std::get_if<std::int32_t>(&value.data)) return base::to_text(*number);
+  if (const auto* flag = std::get_if<bool>(&value.data))
+    return *flag ? "1" : "0";
+  if (const auto* number = std::get_if<std::int32_t>(&value.data))
+    return base::to_text(*number);
   const auto* text = std::get_if<std::string>(&value.data);
   const auto number = text == nullptr ? std::nullopt : base::to_number(*text);
-  if (!number) violates(attribute, "is not a 32-bit integer");
+  if (!number)
+    violates(attribute, "is not a 32-bit integer");
   return base::to_text(*number);
 }
 
 std::string integer8_text(const AttributeSchema& attribute, const Value& value) {
-  if (const auto* date = std::get_if<base::Date>(&value.data)) return base::to_text(base::to_filetime(*date));
+  if (const auto* date = std::get_if<base::Date>(&value.data))
+    return base::to_text(base::to_filetime(*date));
   const std::string text = std::holds_alternative<base::Bytes>(value.data) ? "" : value.text();
   std::int64_t number = 0;
   const char* const end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, number);
-  if (text.empty() || result.ec != std::errc{} || result.ptr != end) violates(attribute, "is not a 64-bit integer");
+  if (text.empty() || result.ec != std::errc{} || result.ptr != end)
+    violates(attribute, "is not a 64-bit integer");
   return base::to_text(number);
 }
 
@@ -91,14 +103,17 @@ std::string time_text(const AttributeSchema& attribute, const Value& value) {
            base::to_text(t.hour, 2) + base::to_text(t.minute, 2) + base::to_text(t.second, 2) + ".0Z";
   }
   const std::string text = value.text();
-  if (!parse_generalized_time(text)) violates(attribute, "is not a time");
+  if (!parse_generalized_time(text))
+    violates(attribute, "is not a time");
   return text;
 }
 
 std::string string_text(const AttributeSchema& attribute, const Value& value) {
-  if (std::holds_alternative<base::Bytes>(value.data)) violates(attribute, "is bytes and not text");
+  if (std::holds_alternative<base::Bytes>(value.data))
+    violates(attribute, "is bytes and not text");
   std::string text = value.text();
-  if (!base::is_valid_utf8(text)) violates(attribute, "is not UTF-8");
+  if (!base::is_valid_utf8(text))
+    violates(attribute, "is not UTF-8");
   if (attribute.longest != 0 && base::length(text) > attribute.longest) {
     violates(attribute, "is longer than " + base::to_text(attribute.longest) + " characters");
   }
@@ -108,13 +123,15 @@ std::string string_text(const AttributeSchema& attribute, const Value& value) {
 std::string dn_text(const AttributeSchema& attribute, const Value& value) {
   std::string text = value.text();
   base::Trap trap;
-  if (!trap([&] { static_cast<void>(normalize_dn(text)); })) violates(attribute, "is not a distinguished name");
+  if (!trap([&] { static_cast<void>(normalize_dn(text)); }))
+    violates(attribute, "is not a distinguished name");
   return text;
 }
 
 std::string octets(const AttributeSchema& attribute, const Value& value) {
   const auto* bytes = std::get_if<base::Bytes>(&value.data);
-  if (bytes == nullptr) violates(attribute, "is not bytes");
+  if (bytes == nullptr)
+    violates(attribute, "is not bytes");
   if (attribute.longest != 0 && bytes->size() > attribute.longest) {
     violates(attribute, "is longer than " + base::to_text(attribute.longest) + " bytes");
   }
@@ -145,12 +162,15 @@ std::string encode(const AttributeSchema& attribute, const Value& value) {
 }  // namespace
 
 const AttributeSchema* find_attribute(std::string_view name) {
-  const auto* const found = std::lower_bound(kAttributes.begin(), kAttributes.end(), name,
-                                             [](const AttributeSchema& a, std::string_view b) { return name_less(a.name, b); });
+  const auto* const found =
+      std::lower_bound(kAttributes.begin(), kAttributes.end(), name,
+                       [](const AttributeSchema& a, std::string_view b) { return name_less(a.name, b); });
   return found != kAttributes.end() && !name_less(name, found->name) ? found : nullptr;
 }
 
-std::span<const AttributeSchema> all_attributes() { return kAttributes; }
+std::span<const AttributeSchema> all_attributes() {
+  return kAttributes;
+}
 
 std::string_view syntax_name(Syntax syntax) {
   switch (syntax) {
@@ -185,28 +205,35 @@ Value to_value(const AttributeSchema* attribute, const std::string& raw) {
   if (syntax == Syntax::kOctetString || syntax == Syntax::kSid || !base::is_valid_utf8(raw)) {
     return base::Bytes(raw.begin(), raw.end());
   }
-  if (syntax == Syntax::kBoolean) return base::equals_fold(raw, "TRUE");
+  if (syntax == Syntax::kBoolean)
+    return base::equals_fold(raw, "TRUE");
   if (syntax == Syntax::kInteger) {
-    if (const auto number = base::to_number(raw)) return *number;
+    if (const auto number = base::to_number(raw))
+      return *number;
   }
   if (syntax == Syntax::kTime) {
-    if (const auto date = parse_generalized_time(raw)) return *date;
+    if (const auto date = parse_generalized_time(raw))
+      return *date;
   }
   return raw;
 }
 
 Value to_value(const AttributeSchema* attribute, const std::vector<std::string>& raw) {
-  if (raw.empty()) return {};
-  if (raw.size() == 1) return to_value(attribute, raw.front());
+  if (raw.empty())
+    return {};
+  if (raw.size() == 1)
+    return to_value(attribute, raw.front());
   platform::ValueList list;
   list.reserve(raw.size());
-  for (const std::string& one : raw) list.push_back(to_value(attribute, one));
+  for (const std::string& one : raw)
+    list.push_back(to_value(attribute, one));
   return list;
 }
 
 std::string to_raw(const AttributeSchema& attribute, const Value& value) {
   std::string raw = encode(attribute, value);
-  if (raw.empty()) violates(attribute, "is empty");
+  if (raw.empty())
+    violates(attribute, "is empty");
   return raw;
 }
 

@@ -18,8 +18,8 @@ struct AttributeSchema {
   std::string_view name;
   Syntax syntax = Syntax::kString;
   bool multi_valued = false;
-  bool system_only = false;        ///< given by the directory, never written by a caller
-  std::uint16_t longest = 0;       ///< characters or bytes of a value; 0 for no limit
+  bool system_only = false;   ///< given by the directory, never written by a caller
+  std::uint16_t longest = 0;  ///< characters or bytes of a value; 0 for no limit
 };
 
 /// None for an attribute that the schema does not know. Folds case.
@@ -27,7 +27,8 @@ const AttributeSchema* find_attribute(std::string_view name);
 /// All attributes, sorted by name.
 std::span<const AttributeSchema> all_attributes();
 
-/// The name ADSI has for a syntax: "String", "Integer", "Boolean", "INTEGER8", "OctetString", "DN", "UTCTime".
+/// The name ADSI has for a syntax: "String", "Integer", "Boolean", "INTEGER8", "OctetString", "DN",
+/// "UTCTime".
 std::string_view syntax_name(Syntax syntax);
 
 struct ClassSchema {
@@ -39,12 +40,13 @@ struct ClassSchema {
 /// None for a class that a lab does not hold. Folds case.
 const ClassSchema* find_class(std::string_view name);
 
-/// A stored value as callers see it: a 32-bit integer, a Boolean, a date, bytes, decimal text of a 64-bit integer,
-/// text. Bytes that are no UTF-8 are bytes whatever the syntax; `attribute` may be none.
+/// A stored value as callers see it: a 32-bit integer, a Boolean, a date, bytes, decimal text of a 64-bit
+/// integer, text. Bytes that are no UTF-8 are bytes whatever the syntax; `attribute` may be none.
 platform::Value to_value(const AttributeSchema* attribute, const std::string& raw);
 /// One value as it is, several as a list, nothing as the empty value.
 platform::Value to_value(const AttributeSchema* attribute, const std::vector<std::string>& raw);
-/// The stored form. Raises kConstraint for a value that breaks the attribute's syntax or its length, or is empty.
+/// The stored form. Raises kConstraint for a value that breaks the attribute's syntax or its length, or is
+/// empty.
 std::string to_raw(const AttributeSchema& attribute, const platform::Value& value);
 
 }  // namespace twk::lab

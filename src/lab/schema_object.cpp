@@ -13,7 +13,9 @@ using platform::Value;
 
 constexpr std::string_view kContainer = "LDAP://Schema";
 
-std::string path_of(std::string_view name) { return std::string(kContainer) + "/" + std::string(name); }
+std::string path_of(std::string_view name) {
+  return std::string(kContainer) + "/" + std::string(name);
+}
 
 class PropertyObject final : public BasicObject {
  public:
@@ -40,13 +42,15 @@ class ClassObject final : public BasicObject {
   [[nodiscard]] std::string Parent() const override { return std::string(kContainer); }
 
   Value Get(std::string_view attribute) override {
-    if (base::equals_fold(attribute, "MandatoryProperties")) return platform::ValueList{"objectClass"};
+    if (base::equals_fold(attribute, "MandatoryProperties"))
+      return platform::ValueList{"objectClass"};
     if (!base::equals_fold(attribute, "OptionalProperties")) {
       raise(ads_error::kPropertyNotFound, "A class of the schema has no value for " + std::string(attribute));
     }
     platform::ValueList names;
     for (const AttributeSchema& one : all_attributes()) {
-      if (one.name != "objectClass") names.emplace_back(one.name);
+      if (one.name != "objectClass")
+        names.emplace_back(one.name);
     }
     return names;
   }
@@ -57,7 +61,8 @@ class ClassObject final : public BasicObject {
 
 ObjectPtr find_item(std::string_view object_class, std::string_view name) {
   if (!base::equals_fold(object_class, "Property")) {
-    if (const ClassSchema* const schema = find_class(name)) return std::make_shared<ClassObject>(*schema);
+    if (const ClassSchema* const schema = find_class(name))
+      return std::make_shared<ClassObject>(*schema);
   }
   if (!base::equals_fold(object_class, "Class")) {
     if (const AttributeSchema* const attribute = find_attribute(platform::ldap_attribute(name))) {
@@ -78,10 +83,13 @@ class SchemaContainer final : public BasicObject {
     return find_item(object_class, relative_name);
   }
 
-  void enumerate(std::span<const std::string> classes, const std::function<bool(const ObjectPtr&)>& visit) override {
-    if (!is_wanted(classes, "Property")) return;
+  void enumerate(std::span<const std::string> classes,
+                 const std::function<bool(const ObjectPtr&)>& visit) override {
+    if (!is_wanted(classes, "Property"))
+      return;
     for (const AttributeSchema& attribute : all_attributes()) {
-      if (!visit(std::make_shared<PropertyObject>(attribute))) return;
+      if (!visit(std::make_shared<PropertyObject>(attribute)))
+        return;
     }
   }
 };
@@ -89,7 +97,8 @@ class SchemaContainer final : public BasicObject {
 }  // namespace
 
 ObjectPtr bind_schema(std::string_view name) {
-  if (name.empty()) return std::make_shared<SchemaContainer>();
+  if (name.empty())
+    return std::make_shared<SchemaContainer>();
   return find_item({}, name);
 }
 

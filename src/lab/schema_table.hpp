@@ -6,8 +6,8 @@
 
 namespace twk::lab {
 
-/// Syntax, several values, given by the directory alone, greatest length; sorted by the name in small letters.
-/// Syntaxes and limits as the open documents of the Active Directory schema give them.
+/// Syntax, several values, given by the directory alone, greatest length; sorted by the name in small
+/// letters. Syntaxes and limits as the open documents of the Active Directory schema give them.
 inline constexpr std::array<AttributeSchema, 230> kAttributes = {{
     {"accountExpires", Syntax::kInteger8, false, false, 0},
     {"adminCount", Syntax::kInteger, false, false, 0},

@@ -22,13 +22,15 @@ constexpr std::array<std::uint32_t, 64> kRound = {
 
 std::uint32_t read_word(std::string_view bytes, std::size_t at) {
   std::uint32_t word = 0;
-  for (std::size_t i = 0; i < 4; ++i) word = word << 8U | static_cast<unsigned char>(bytes[at + i]);
+  for (std::size_t i = 0; i < 4; ++i)
+    word = word << 8U | static_cast<unsigned char>(bytes[at + i]);
   return word;
 }
 
 std::array<std::uint32_t, 64> schedule(std::string_view block) {
   std::array<std::uint32_t, 64> w{};
-  for (std::size_t i = 0; i < 16; ++i) w.at(i) = read_word(block, i * 4);
+  for (std::size_t i = 0; i < 16; ++i)
+    w.at(i) = read_word(block, i * 4);
   for (std::size_t i = 16; i < 64; ++i) {
     const std::uint32_t a = w.at(i - 15);
     const std::uint32_t b = w.at(i - 2);
@@ -57,18 +59,21 @@ void digest_block(State& state, std::string_view block) {
     a = t1 + t2;
   }
   const State round = {a, b, c, d, e, f, g, h};
-  for (std::size_t i = 0; i < state.size(); ++i) state.at(i) += round.at(i);
+  for (std::size_t i = 0; i < state.size(); ++i)
+    state.at(i) += round.at(i);
 }
 
 }  // namespace
 
 std::array<std::uint8_t, 32> sha256(std::string_view bytes) {
-  State state = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a, 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
+  State state = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
+                 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
   std::string padded(bytes);
   padded.push_back('\x80');
   padded.append((kBlock + 56 - padded.size() % kBlock) % kBlock, '\0');
   const std::uint64_t bits = static_cast<std::uint64_t>(bytes.size()) * 8;
-  for (unsigned shift = 64; shift > 0; shift -= 8) padded.push_back(static_cast<char>(bits >> (shift - 8) & 0xFFU));
+  for (unsigned shift = 64; shift > 0; shift -= 8)
+    padded.push_back(static_cast<char>(bits >> (shift - 8) & 0xFFU));
   for (std::size_t at = 0; at < padded.size(); at += kBlock) {
     digest_block(state, std::string_view(padded).substr(at, kBlock));
   }

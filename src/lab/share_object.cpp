@@ -23,10 +23,14 @@ class FileShareObject final : public BasicObject {
 
   Value Get(std::string_view attribute) override {
     Value value;
-    if (base::equals_fold(attribute, "Name")) value = share_.name;
-    if (base::equals_fold(attribute, "Path")) value = share_.path;
-    if (base::equals_fold(attribute, "Description")) value = share_.comment;
-    if (base::equals_fold(attribute, "MaxUserCount")) value = share_.max_users;
+    if (base::equals_fold(attribute, "Name"))
+      value = share_.name;
+    if (base::equals_fold(attribute, "Path"))
+      value = share_.path;
+    if (base::equals_fold(attribute, "Description"))
+      value = share_.comment;
+    if (base::equals_fold(attribute, "MaxUserCount"))
+      value = share_.max_users;
     if (value.is_empty() || (!value.is_list() && value.text().empty())) {
       raise(ads_error::kPropertyNotFound, ADsPath() + " has no value for " + std::string(attribute));
     }
@@ -58,7 +62,8 @@ class FileShareObject final : public BasicObject {
 };
 
 void require_share_class(std::string_view object_class) {
-  if (object_class.empty() || base::equals_fold(object_class, kFileShare)) return;
+  if (object_class.empty() || base::equals_fold(object_class, kFileShare))
+    return;
   raise(ads_error::kUnwilling, "A file server has no objects of class " + std::string(object_class));
 }
 
@@ -67,20 +72,25 @@ void require_share_class(std::string_view object_class) {
 FileServerObject::FileServerObject(std::filesystem::path folder, std::string server)
     : folder_(std::move(folder)), server_(std::move(server)) {}
 
-std::string FileServerObject::ADsPath() const { return "WinNT://" + server_ + "/lanmanserver"; }
+std::string FileServerObject::ADsPath() const {
+  return "WinNT://" + server_ + "/lanmanserver";
+}
 
 void FileServerObject::enumerate(std::span<const std::string> classes,
                                  const std::function<bool(const ObjectPtr&)>& visit) {
-  if (!is_wanted(classes, kFileShare)) return;
+  if (!is_wanted(classes, kFileShare))
+    return;
   for (FileShare& share : read_shares(folder_)) {
-    if (!visit(std::make_shared<FileShareObject>(folder_, server_, std::move(share), false))) return;
+    if (!visit(std::make_shared<FileShareObject>(folder_, server_, std::move(share), false)))
+      return;
   }
 }
 
 ObjectPtr FileServerObject::GetObject(std::string_view object_class, std::string_view name) {
   require_share_class(object_class);
   auto share = find_share(folder_, name);
-  if (!share) raise(kShareNotFound, server_ + " has no share " + std::string(name));
+  if (!share)
+    raise(kShareNotFound, server_ + " has no share " + std::string(name));
   return std::make_shared<FileShareObject>(folder_, server_, *std::move(share), false);
 }
 

@@ -5,8 +5,9 @@
 #include <string>
 #include <string_view>
 
-/// Security identifiers as bytes, [MS-DTYP] 2.4.2.2: revision 1, count of sub-authorities, authority (6 bytes,
-/// big-endian), sub-authorities (4 bytes each, little-endian). The last sub-authority is the relative id.
+/// Security identifiers as bytes, [MS-DTYP] 2.4.2.2: revision 1, count of sub-authorities, authority (6
+/// bytes, big-endian), sub-authorities (4 bytes each, little-endian). The last sub-authority is the relative
+/// id.
 namespace twk::lab {
 
 /// "S-1-5-21-a-b-c" as bytes.

@@ -24,8 +24,10 @@ constexpr std::array<std::string_view, 6> kComputed = {"distinguishedName", "nam
                                                        "primaryGroupToken", "nTMixedDomain"};
 
 Value from_list(ValueList list) {
-  if (list.empty()) return {};
-  if (list.size() == 1) return std::move(list.front());
+  if (list.empty())
+    return {};
+  if (list.size() == 1)
+    return std::move(list.front());
   return list;
 }
 
@@ -39,24 +41,34 @@ StagedEntry::StagedEntry(LabDomain& domain, Provider provider, std::string_view 
 }
 
 StagedEntry::StagedEntry(LabDomain& domain, Provider provider, std::string dn, std::string object_class)
-    : domain_(domain), provider_(provider), dn_(std::move(dn)), object_class_(std::move(object_class)), new_(true) {}
+    : domain_(domain),
+      provider_(provider),
+      dn_(std::move(dn)),
+      object_class_(std::move(object_class)),
+      new_(true) {}
 
 void StagedEntry::fetch() {
   const Entry& entry = require_entry(domain_, dn_);
   cache_.clear();
-  for (const std::string_view name : kComputed) cache_.push_back({std::string(name), read_attribute(domain_, entry, name)});
+  for (const std::string_view name : kComputed)
+    cache_.push_back({std::string(name), read_attribute(domain_, entry, name)});
   for (const std::string& name : entry.attribute_names()) {
-    if (!is_link(name)) cache_.push_back({name, read_attribute(domain_, entry, name)});
+    if (!is_link(name))
+      cache_.push_back({name, read_attribute(domain_, entry, name)});
   }
   fetched_ = true;
 }
 
 std::vector<std::string> StagedEntry::stored_values(std::string_view attribute) {
-  if (new_) return {};
-  if (is_link(attribute)) return require_entry(domain_, dn_).values(attribute);
-  if (!fetched_) fetch();
+  if (new_)
+    return {};
+  if (is_link(attribute))
+    return require_entry(domain_, dn_).values(attribute);
+  if (!fetched_)
+    fetch();
   for (const Fetched& one : cache_) {
-    if (base::equals_fold(one.attribute, attribute)) return one.values;
+    if (base::equals_fold(one.attribute, attribute))
+      return one.values;
   }
   return {};
 }
@@ -70,25 +82,34 @@ std::vector<StagedChange>::iterator StagedEntry::find_staged(std::string_view at
 Value StagedEntry::get(std::string_view attribute) {
   const AttributeSchema* const schema = find_attribute(attribute);
   const auto replaced = find_staged(attribute, ModifyKind::kReplace);
-  ValueList values = replaced != staged_.end() ? replaced->values : to_value(schema, stored_values(attribute)).list();
+  ValueList values =
+      replaced != staged_.end() ? replaced->values : to_value(schema, stored_values(attribute)).list();
   for (const StagedChange& change : staged_) {
-    if (!base::equals_fold(change.attribute, attribute)) continue;
-    if (change.kind == ModifyKind::kAdd) values.insert(values.end(), change.values.begin(), change.values.end());
-    if (change.kind != ModifyKind::kDelete) continue;
-    for (const Value& gone : change.values) std::erase(values, gone);
+    if (!base::equals_fold(change.attribute, attribute))
+      continue;
+    if (change.kind == ModifyKind::kAdd)
+      values.insert(values.end(), change.values.begin(), change.values.end());
+    if (change.kind != ModifyKind::kDelete)
+      continue;
+    for (const Value& gone : change.values)
+      std::erase(values, gone);
   }
   return from_list(std::move(values));
 }
 
 void StagedEntry::stage(int control, std::string_view attribute, const Value& value) {
-  if (control < 1 || control > 4) raise(ads_error::kConstraint, "PutEx has no control code " + base::to_text(control));
+  if (control < 1 || control > 4)
+    raise(ads_error::kConstraint, "PutEx has no control code " + base::to_text(control));
   if (control <= 2) {
-    std::erase_if(staged_, [&](const StagedChange& change) { return base::equals_fold(change.attribute, attribute); });
-    staged_.push_back({ModifyKind::kReplace, std::string(attribute), control == 1 ? ValueList{} : value.list()});
+    std::erase_if(staged_,
+                  [&](const StagedChange& change) { return base::equals_fold(change.attribute, attribute); });
+    staged_.push_back(
+        {ModifyKind::kReplace, std::string(attribute), control == 1 ? ValueList{} : value.list()});
     return;
   }
   const ModifyKind kind = control == 3 ? ModifyKind::kAdd : ModifyKind::kDelete;
-  // On top of a staged replacement the change is made on its values, so that one change of the attribute is left.
+  // On top of a staged replacement the change is made on its values, so that one change of the attribute is
+  // left.
   const auto replaced = find_staged(attribute, ModifyKind::kReplace);
   const auto target = replaced != staged_.end() ? replaced : find_staged(attribute, kind);
   if (target == staged_.end()) {

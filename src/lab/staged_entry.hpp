@@ -10,8 +10,8 @@
 
 namespace twk::lab {
 
-/// One entry, or one to be, with the changes staged on it. Reads give staged values first, then those that the
-/// entry had at the first read; after `commit` they are fetched anew.
+/// One entry, or one to be, with the changes staged on it. Reads give staged values first, then those that
+/// the entry had at the first read; after `commit` they are fetched anew.
 class StagedEntry {
  public:
   /// A stored entry. Raises kNoSuchObject.

@@ -21,7 +21,8 @@ constexpr std::string_view kGroup = "Group";
 
 /// "User", "Group"; empty for an entry that is no account of a person or group.
 std::string_view account_class(const Entry& entry) {
-  if (is_user(entry)) return kUser;
+  if (is_user(entry))
+    return kUser;
   return has_class(entry, "group") ? kGroup : std::string_view{};
 }
 
@@ -34,27 +35,39 @@ std::string account_dn(const LabDomain& domain, std::string_view object_class, s
 ObjectPtr bind_winnt_account(LabDomain& domain, std::string_view dn, const std::string& domain_name) {
   const Entry& entry = require_entry(domain, dn);
   std::string name = entry.value("sAMAccountName").value_or(parse_rdn(first_rdn(dn)).value);
-  return std::make_shared<WinntAccount>(StagedEntry(domain, Provider::kWinnt, dn), domain_name, std::move(name));
+  return std::make_shared<WinntAccount>(StagedEntry(domain, Provider::kWinnt, dn), domain_name,
+                                        std::move(name));
 }
 
 WinntDomain::WinntDomain(LabDomain& domain, std::string name) : domain_(domain), name_(std::move(name)) {}
 
-std::string WinntDomain::Name() const { return name_; }
-std::string WinntDomain::Class() const { return "Domain"; }
-std::string WinntDomain::ADsPath() const { return "WinNT://" + name_; }
-std::string WinntDomain::Parent() const { return "WinNT:"; }
+std::string WinntDomain::Name() const {
+  return name_;
+}
+std::string WinntDomain::Class() const {
+  return "Domain";
+}
+std::string WinntDomain::ADsPath() const {
+  return "WinNT://" + name_;
+}
+std::string WinntDomain::Parent() const {
+  return "WinNT:";
+}
 
-void WinntDomain::enumerate(std::span<const std::string> classes, const std::function<bool(const ObjectPtr&)>& visit) {
+void WinntDomain::enumerate(std::span<const std::string> classes,
+                            const std::function<bool(const ObjectPtr&)>& visit) {
   domain_.store.refresh();
   std::vector<std::string> names;
   domain_.store.subtree(require_entry(domain_, domain_.root_dn), [&](const Entry& entry) {
     const std::string_view kind = account_class(entry);
-    if (!kind.empty() && is_wanted(classes, kind) && entry.has("sAMAccountName")) names.push_back(entry.dn());
+    if (!kind.empty() && is_wanted(classes, kind) && entry.has("sAMAccountName"))
+      names.push_back(entry.dn());
     return true;
   });
   for (const std::string& name : names) {
     // What was visited before may have deleted this one.
-    if (domain_.store.find(name) != nullptr && !visit(bind_winnt_account(domain_, name, name_))) return;
+    if (domain_.store.find(name) != nullptr && !visit(bind_winnt_account(domain_, name, name_)))
+      return;
   }
 }
 
@@ -62,8 +75,10 @@ const std::string& WinntDomain::find(std::string_view object_class, std::string_
   domain_.store.refresh();
   const bool any = object_class.empty();
   const Entry* entry = nullptr;
-  if (any || base::equals_fold(object_class, kUser)) entry = find_account(domain_, name, true);
-  if (entry == nullptr && (any || base::equals_fold(object_class, kGroup))) entry = find_account(domain_, name, false);
+  if (any || base::equals_fold(object_class, kUser))
+    entry = find_account(domain_, name, true);
+  if (entry == nullptr && (any || base::equals_fold(object_class, kGroup)))
+    entry = find_account(domain_, name, false);
   if (entry == nullptr) {
     raise(base::equals_fold(object_class, kGroup) ? ads_error::kGroupNotFound : ads_error::kUserNotFound,
           "The domain has no account " + std::string(name));
@@ -82,7 +97,8 @@ ObjectPtr WinntDomain::Create(std::string_view object_class, std::string_view na
   }
   check_account_name(name, user);
   const std::string_view ldap_class = user ? "user" : "group";
-  StagedEntry entry(domain_, Provider::kWinnt, account_dn(domain_, ldap_class, name), std::string(ldap_class));
+  StagedEntry entry(domain_, Provider::kWinnt, account_dn(domain_, ldap_class, name),
+                    std::string(ldap_class));
   entry.stage(2, "sAMAccountName", name);
   return std::make_shared<WinntAccount>(std::move(entry), name_, std::string(name));
 }
@@ -94,7 +110,8 @@ void WinntDomain::Delete(std::string_view object_class, std::string_view name) {
 ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optional<std::string>& new_name) {
   domain_.store.refresh();
   std::string dn = resolve_entry(domain_, source_path);
-  if (!new_name) return bind_winnt_account(domain_, dn, name_);
+  if (!new_name)
+    return bind_winnt_account(domain_, dn, name_);
   const std::string old_name = require_entry(domain_, dn).value("sAMAccountName").value_or("");
   modify_object(domain_, Provider::kWinnt, dn, {{ModifyKind::kReplace, "sAMAccountName", {*new_name}}});
   // A flat domain knows an account by this name alone, so its entry goes by it as well.
@@ -114,28 +131,41 @@ ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optiona
 WinntAccount::WinntAccount(StagedEntry entry, std::string domain_name, std::string name)
     : entry_(std::move(entry)), domain_name_(std::move(domain_name)), name_(std::move(name)) {}
 
-std::string WinntAccount::Name() const { return name_; }
+std::string WinntAccount::Name() const {
+  return name_;
+}
 std::string WinntAccount::Class() const {
   return std::string(base::equals_fold(entry_.object_class(), "group") ? kGroup : kUser);
 }
-std::string WinntAccount::ADsPath() const { return "WinNT://" + domain_name_ + "/" + name_; }
-std::string WinntAccount::Parent() const { return "WinNT://" + domain_name_; }
+std::string WinntAccount::ADsPath() const {
+  return "WinNT://" + domain_name_ + "/" + name_;
+}
+std::string WinntAccount::Parent() const {
+  return "WinNT://" + domain_name_;
+}
 
 Value WinntAccount::Get(std::string_view property) {
   Value value = get_winnt(entry_, property);
-  if (value.is_empty()) raise(ads_error::kPropertyNotFound, name_ + " has no value for " + std::string(property));
+  if (value.is_empty())
+    raise(ads_error::kPropertyNotFound, name_ + " has no value for " + std::string(property));
   return value;
 }
 
-void WinntAccount::Put(std::string_view property, const Value& value) { put_winnt(entry_, property, value); }
+void WinntAccount::Put(std::string_view property, const Value& value) {
+  put_winnt(entry_, property, value);
+}
 
 void WinntAccount::PutEx(int control, std::string_view property, const Value& value) {
   put_ex_winnt(entry_, control, property, value);
 }
 
-void WinntAccount::SetInfo() { entry_.commit(); }
+void WinntAccount::SetInfo() {
+  entry_.commit();
+}
 
-void WinntAccount::SetPassword(std::string_view password) { set_password(domain(), entry_.dn(), password); }
+void WinntAccount::SetPassword(std::string_view password) {
+  set_password(domain(), entry_.dn(), password);
+}
 
 void WinntAccount::Add(std::string_view path) {
   domain().store.refresh();
@@ -155,7 +185,8 @@ bool WinntAccount::IsMember(std::string_view path) {
 std::vector<ObjectPtr> WinntAccount::bind_all(const std::vector<std::string>& dns) const {
   std::vector<ObjectPtr> objects;
   objects.reserve(dns.size());
-  for (const std::string& dn : dns) objects.push_back(bind_winnt_account(domain(), dn, domain_name_));
+  for (const std::string& dn : dns)
+    objects.push_back(bind_winnt_account(domain(), dn, domain_name_));
   return objects;
 }
 
@@ -164,7 +195,8 @@ std::vector<ObjectPtr> WinntAccount::Members() {
   const Entry& group = require_entry(domain(), entry_.dn());
   std::vector<std::string> names = group.values("member");
   if (domain().config.kind == DomainKind::kNt) {
-    for (std::string& name : members_by_primary_group(domain(), group)) names.push_back(std::move(name));
+    for (std::string& name : members_by_primary_group(domain(), group))
+      names.push_back(std::move(name));
   }
   return bind_all(names);
 }
@@ -173,8 +205,10 @@ std::vector<ObjectPtr> WinntAccount::Groups() {
   domain().store.refresh();
   const Entry& user = require_entry(domain(), entry_.dn());
   std::vector<std::string> names;
-  if (const Entry* const primary = primary_group(domain(), user)) names.push_back(primary->dn());
-  for (std::string& name : user.values("memberOf")) names.push_back(std::move(name));
+  if (const Entry* const primary = primary_group(domain(), user))
+    names.push_back(primary->dn());
+  for (std::string& name : user.values("memberOf"))
+    names.push_back(std::move(name));
   return bind_all(names);
 }
 

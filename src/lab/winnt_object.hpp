@@ -7,8 +7,8 @@
 
 namespace twk::lab {
 
-/// A domain bound through WinNT: a flat container of users and groups, named by their account names. New accounts
-/// go to CN=Users. Computer accounts are not among its children.
+/// A domain bound through WinNT: a flat container of users and groups, named by their account names. New
+/// accounts go to CN=Users. Computer accounts are not among its children.
 class WinntDomain final : public BasicObject {
  public:
   WinntDomain(LabDomain& domain, std::string name);
@@ -24,7 +24,8 @@ class WinntDomain final : public BasicObject {
   platform::ObjectPtr Create(std::string_view object_class, std::string_view name) override;
   void Delete(std::string_view object_class, std::string_view name) override;
   /// Renames an account of this domain.
-  platform::ObjectPtr MoveHere(std::string_view source_path, const std::optional<std::string>& new_name) override;
+  platform::ObjectPtr MoveHere(std::string_view source_path,
+                               const std::optional<std::string>& new_name) override;
 
  private:
   [[nodiscard]] const std::string& find(std::string_view object_class, std::string_view name) const;
@@ -68,6 +69,7 @@ class WinntAccount final : public BasicObject {
 };
 
 /// The account at that DN.
-platform::ObjectPtr bind_winnt_account(LabDomain& domain, std::string_view dn, const std::string& domain_name);
+platform::ObjectPtr bind_winnt_account(LabDomain& domain, std::string_view dn,
+                                       const std::string& domain_name);
 
 }  // namespace twk::lab

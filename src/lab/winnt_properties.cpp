@@ -47,7 +47,8 @@ constexpr std::array<Property, 20> kProperties = {{
 
 const Property& find_property(std::string_view name) {
   for (const Property& property : kProperties) {
-    if (base::equals_fold(property.name, name)) return property;
+    if (base::equals_fold(property.name, name))
+      return property;
   }
   raise(ads_error::kNoSuchAttribute, "The WinNT provider has no property " + std::string(name));
 }
@@ -57,29 +58,35 @@ bool is_locked(StagedEntry& entry) {
   return !since.empty() && since != "0";
 }
 
-bool must_change_password(StagedEntry& entry) { return entry.get("pwdLastSet").text() == "0"; }
+bool must_change_password(StagedEntry& entry) {
+  return entry.get("pwdLastSet").text() == "0";
+}
 
 Value expiration(const Value& stored) {
   const std::string text = stored.text();
   std::int64_t filetime = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), filetime);
-  if (result.ec != std::errc{} || filetime == 0 || text == kNeverExpires) return {};
+  if (result.ec != std::errc{} || filetime == 0 || text == kNeverExpires)
+    return {};
   return base::from_filetime(filetime);
 }
 
 void put_flags(StagedEntry& entry, std::int32_t flags) {
-  if ((flags & platform::kFlagLockedOut) == 0 && is_locked(entry)) entry.stage(2, "lockoutTime", "0");
+  if ((flags & platform::kFlagLockedOut) == 0 && is_locked(entry))
+    entry.stage(2, "lockoutTime", "0");
   entry.stage(2, "userAccountControl", flags & ~platform::kFlagLockedOut);
 }
 
 /// Saying again what is so does not count as a change of the password.
 void put_password_expired(StagedEntry& entry, bool expired) {
-  if (expired != must_change_password(entry)) entry.stage(2, "pwdLastSet", expired ? 0 : -1);
+  if (expired != must_change_password(entry))
+    entry.stage(2, "pwdLastSet", expired ? 0 : -1);
 }
 
 void put_expiration(StagedEntry& entry, base::Date date) {
   const bool never = date.serial == -1.0;
-  entry.stage(2, "accountExpires", never ? Value(kNeverExpires) : Value(base::to_text(base::to_filetime(date))));
+  entry.stage(2, "accountExpires",
+              never ? Value(kNeverExpires) : Value(base::to_text(base::to_filetime(date))));
 }
 
 }  // namespace
@@ -90,9 +97,12 @@ Value get_winnt(StagedEntry& entry, std::string_view property) {
   if (attribute == "userAccountControl" && !value.is_empty()) {
     return value.integer() | (is_locked(entry) ? platform::kFlagLockedOut : 0);
   }
-  if (attribute == "pwdLastSet") return value.is_empty() ? Value{} : Value(must_change_password(entry) ? 1 : 0);
-  if (attribute == "accountExpires") return expiration(value);
-  if (attribute == "groupType" && !value.is_empty()) return (value.integer() & kLocal) != 0 ? kLocal : kGlobal;
+  if (attribute == "pwdLastSet")
+    return value.is_empty() ? Value{} : Value(must_change_password(entry) ? 1 : 0);
+  if (attribute == "accountExpires")
+    return expiration(value);
+  if (attribute == "groupType" && !value.is_empty())
+    return (value.integer() & kLocal) != 0 ? kLocal : kGlobal;
   return attribute == "description" ? (value.is_empty() ? value : Value(value.text())) : value;
 }
 

@@ -8,10 +8,12 @@
 /// The properties of an account as the WinNT provider names them, over the attributes of its entry.
 namespace twk::lab {
 
-/// Empty when the property has no value, which "AccountExpirationDate" also is for an account that never expires.
+/// Empty when the property has no value, which "AccountExpirationDate" also is for an account that never
+/// expires.
 ///
-/// "UserFlags" is "userAccountControl" with the lock bit added, "PasswordExpired" 1 when the password must be changed,
-/// "groupType" 4 for a local group and 2 for every other. Raises kNoSuchAttribute for a name that is no property.
+/// "UserFlags" is "userAccountControl" with the lock bit added, "PasswordExpired" 1 when the password must be
+/// changed, "groupType" 4 for a local group and 2 for every other. Raises kNoSuchAttribute for a name that is
+/// no property.
 platform::Value get_winnt(StagedEntry& entry, std::string_view property);
 
 /// Stages a value; empty text clears. A "UserFlags" without the lock bit unlocks, one with it never locks.

@@ -277,7 +277,7 @@ void site_name_edited(Session& session, std::string_view typed) {
     refuse_new_name(session, "Site Name cannot be Blank");
   } else if (is_taken(form1, name)) {
     refuse_new_name(session, "Site name already used");
-  } else if (base::length(typed) > kSiteNameLength) {
+  } else if (base::length(name) > kSiteNameLength) {
     refuse_new_name(session, "Site name too long (20 chrs max)");
   } else {
     form1.ListView2.set_text(*row, name);

@@ -63,7 +63,8 @@ TEST_P(DirectoryContract, StagedValuesReachTheDirectoryOnlyAtSetInfo) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   user->Put("description", "staged");
   EXPECT_EQ(user->Get("Description").text(), "staged");
-  EXPECT_EQ(number_of([&] { get_entry(w_, "CN=Jo," + w_.unit())->Get("description"); }), ads_error::kPropertyNotFound);
+  EXPECT_EQ(number_of([&] { get_entry(w_, "CN=Jo," + w_.unit())->Get("description"); }),
+            ads_error::kPropertyNotFound);
   user->SetInfo();
   EXPECT_EQ(get_entry(w_, "CN=Jo," + w_.unit())->Get("description").text(), "staged");
 }
@@ -121,7 +122,8 @@ TEST_P(DirectoryContract, PathsThatLeadNowhereTellWhy) {
                {"", ads_error::kBadPathname},
                {"WinNT://" + w_.netbios() + "/nobody", ads_error::kUserNotFound},
                {"WinNT://" + w_.netbios() + "/nobody,group", ads_error::kGroupNotFound}};
-  for (const auto& one : cases) EXPECT_EQ(number_of([&] { get(one.path); }), one.number) << one.path;
+  for (const auto& one : cases)
+    EXPECT_EQ(number_of([&] { get(one.path); }), one.number) << one.path;
 }
 
 TEST_P(DirectoryContract, ValuesOfSeveralKindsComeBackAsTheirSyntaxSays) {
@@ -149,9 +151,14 @@ TEST_P(DirectoryContract, ValuesThatBreakTheirAttributeAreRefused) {
   const struct {
     const char* attribute;
     Value value;
-  } cases[] = {{"sn", ValueList{"two", "names"}}, {"countryCode", "many"},     {"initials", "far too long"},
-               {"logonHours", base::Bytes(3)},    {"description", ""},         {"manager", "no name"},
-               {"pwdLastSet", 17},                {"accountExpires", "never"}};
+  } cases[] = {{"sn", ValueList{"two", "names"}},
+               {"countryCode", "many"},
+               {"initials", "far too long"},
+               {"logonHours", base::Bytes(3)},
+               {"description", ""},
+               {"manager", "no name"},
+               {"pwdLastSet", 17},
+               {"accountExpires", "never"}};
   for (const auto& one : cases) {
     const ObjectPtr again = get_entry(w_, "CN=Jo," + w_.unit());
     again->Put(one.attribute, one.value);
@@ -281,7 +288,8 @@ TEST_P(DirectoryContract, RootDseAndPartitionsNameTheDomain) {
     }
     return true;
   });
-  for (const std::string& name : {std::string("Enterprise Configuration"), std::string("Enterprise Schema"), w_.netbios()}) {
+  for (const std::string& name :
+       {std::string("Enterprise Configuration"), std::string("Enterprise Schema"), w_.netbios()}) {
     EXPECT_NE(std::find(seen.begin(), seen.end(), name), seen.end()) << name;
   }
   EXPECT_EQ(get("LDAP://" + w_.domain())->Get("nTMixedDomain").integer(), 0);
@@ -313,7 +321,8 @@ TEST_P(DirectoryContract, WinntDomainEnumeratesUsersWithoutComputers) {
   };
   const auto users = names("User");
   EXPECT_NE(std::find(users.begin(), users.end(), "jo"), users.end());
-  for (const std::string& name : users) EXPECT_FALSE(name.ends_with("$")) << name;
+  for (const std::string& name : users)
+    EXPECT_FALSE(name.ends_with("$")) << name;
   const auto groups = names("Group");
   EXPECT_NE(std::find(groups.begin(), groups.end(), "Readers"), groups.end());
 }
@@ -337,10 +346,14 @@ TEST_P(DirectoryContract, SchemaTellsSyntaxAndWhetherSeveralValuesFit) {
     const char* attribute;
     const char* syntax;
     bool multi_valued;
-  } cases[] = {{"displayName", "String", false},     {"otherTelephone", "String", true},
-               {"logonHours", "OctetString", false}, {"userAccountControl", "Integer", false},
-               {"accountExpires", "INTEGER8", false}, {"manager", "DN", false},
-               {"memberOf", "DN", true},             {"msNPAllowDialin", "Boolean", false}};
+  } cases[] = {{"displayName", "String", false},
+               {"otherTelephone", "String", true},
+               {"logonHours", "OctetString", false},
+               {"userAccountControl", "Integer", false},
+               {"accountExpires", "INTEGER8", false},
+               {"manager", "DN", false},
+               {"memberOf", "DN", true},
+               {"msNPAllowDialin", "Boolean", false}};
   for (const auto& one : cases) {
     const ObjectPtr property = schema->GetObject("Property", one.attribute);
     EXPECT_EQ(property->Syntax(), one.syntax) << one.attribute;

@@ -34,7 +34,8 @@ TEST_P(FilesContract, EveryPartOfAPathFoldsCase) {
 }
 
 TEST_P(FilesContract, ShareStandsForItsFolder) {
-  const platform::ObjectPtr server = world_->directory().GetObject("WinNT://" + world_->file_server() + "/lanmanserver");
+  const platform::ObjectPtr server =
+      world_->directory().GetObject("WinNT://" + world_->file_server() + "/lanmanserver");
   const platform::ObjectPtr share = server->Create("fileshare", "Homes");
   share->Put("Path", "D:\\Users");
   share->SetInfo();
@@ -44,7 +45,8 @@ TEST_P(FilesContract, ShareStandsForItsFolder) {
 
 TEST_P(FilesContract, PathsThatLeadNowhereAreNotThere) {
   const std::string server = "\\\\" + world_->file_server();
-  for (const std::string& path : {std::string("\\\\NOWHERE\\D$\\x"), server + "\\NoShare\\x", server + "\\Q$\\x"}) {
+  for (const std::string& path :
+       {std::string("\\\\NOWHERE\\D$\\x"), server + "\\NoShare\\x", server + "\\Q$\\x"}) {
     EXPECT_FALSE(files_.exists(path)) << path;
     EXPECT_NE(number_of([&] { files_.make_directory(path); }), 0U) << path;
   }

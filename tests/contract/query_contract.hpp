@@ -8,12 +8,14 @@ namespace twk::contract {
 
 class QueryContract : public testing::TestWithParam<MakeWorld> {
  protected:
-  std::unique_ptr<platform::Recordset> run(const std::string& text, const platform::QueryOptions& options = {}) {
+  std::unique_ptr<platform::Recordset> run(const std::string& text,
+                                           const platform::QueryOptions& options = {}) {
     return world_->query().execute(platform::parse_query_text(text), options);
   }
 
   /// Field `index` of all rows, with "|" between.
-  std::string column(const std::string& text, std::size_t index = 0, const platform::QueryOptions& options = {}) {
+  std::string column(const std::string& text, std::size_t index = 0,
+                     const platform::QueryOptions& options = {}) {
     std::string out;
     for (const auto rows = run(text, options); !rows->at_eof(); rows->MoveNext()) {
       out += (out.empty() ? "" : "|") + rows->field(index).text();
@@ -69,7 +71,8 @@ TEST_P(QueryContract, PathsCarryTheProviderAndServerOfTheBase) {
   make_user(w_, "Jo", "jo");
   const std::string dn = "CN=Jo," + w_.unit();
   for (const std::string prefix : {"LDAP://", "GC://"}) {
-    const std::string text = "<" + prefix + w_.domain() + ">;(sAMAccountName=jo);adsPath,distinguishedName;subtree";
+    const std::string text =
+        "<" + prefix + w_.domain() + ">;(sAMAccountName=jo);adsPath,distinguishedName;subtree";
     EXPECT_EQ(column(text), prefix + w_.domain() + "/" + dn);
     EXPECT_EQ(column(text, 1), dn);
   }
@@ -80,7 +83,8 @@ TEST_P(QueryContract, UserWithoutDisplayNameHasANullFieldAndSortsFirst) {
   platform::QueryOptions sorted;
   sorted.sort_on = "DisplayName";
   sorted.page_size = 2;
-  const std::string text = below_unit() + "(&(objectCategory=Person)(objectClass=User));adsPath,DisplayName,name;onelevel";
+  const std::string text =
+      below_unit() + "(&(objectCategory=Person)(objectClass=User));adsPath,DisplayName,name;onelevel";
   EXPECT_EQ(column(text, 2, sorted), "Zoë Smith|Ben|Ann");
   const auto rows = run(text, sorted);
   EXPECT_TRUE(rows->field(1).is_empty());
@@ -110,7 +114,8 @@ TEST_P(QueryContract, RowsOutliveTheObjectsTheyShow) {
   make_three_users();
   const auto rows = run(below_unit() + "(objectClass=user);adsPath,name,displayName;onelevel");
   const platform::ObjectPtr unit = get_entry(w_, w_.unit());
-  for (const char* const name : {"CN=Ann", "CN=Ben", "CN=Zoë Smith"}) unit->Delete("user", name);
+  for (const char* const name : {"CN=Ann", "CN=Ben", "CN=Zoë Smith"})
+    unit->Delete("user", name);
   int count = 0;
   for (; !rows->at_eof(); rows->MoveNext()) {
     EXPECT_TRUE(rows->field(0).text().starts_with("LDAP://"));
@@ -127,9 +132,11 @@ TEST_P(QueryContract, DomainsAndPrincipalNamesAreFoundBelowTheForestsPath) {
     forest = child->ADsPath();
     return true;
   });
-  EXPECT_EQ(column("<" + forest + ">;(&(objectCategory=Domain)(objectClass=Domain));distinguishedName;subTree"),
-            w_.root());
-  const std::string by_principal = "<" + forest + ">;(&(objectClass=user)(objectCategory=person)(userprincipalName=";
+  EXPECT_EQ(
+      column("<" + forest + ">;(&(objectCategory=Domain)(objectClass=Domain));distinguishedName;subTree"),
+      w_.root());
+  const std::string by_principal =
+      "<" + forest + ">;(&(objectClass=user)(objectCategory=person)(userprincipalName=";
   const std::string rest = "));userPrincipalName,cn,distinguishedName;subtree";
   EXPECT_EQ(column(by_principal + "ANN@" + w_.domain() + rest, 1), "Ann");
   EXPECT_EQ(column(by_principal + "nobody@" + w_.domain() + rest, 1), "");
@@ -137,7 +144,8 @@ TEST_P(QueryContract, DomainsAndPrincipalNamesAreFoundBelowTheForestsPath) {
 
 TEST_P(QueryContract, GroupTokenIsTheRelativeIdOfTheGroup) {
   const std::string text = "<LDAP://" + w_.domain() +
-                           ">;(&(objectCategory=group)(objectClass=Group)(cn=Domain Users));adsPath,Name,primaryGroupToken;SubTree";
+                           ">;(&(objectCategory=group)(objectClass=Group)(cn=Domain "
+                           "Users));adsPath,Name,primaryGroupToken;SubTree";
   EXPECT_EQ(column(text, 1), "Domain Users");
   EXPECT_EQ(run(text)->field(2), platform::Value(513));
 }
@@ -146,8 +154,8 @@ TEST_P(QueryContract, QueryThatCannotBeAnsweredRaises) {
   const std::string good = "(objectClass=user);name;onelevel";
   for (const std::string& text :
        {below_unit() + "(objectClass=user;name;onelevel", below_unit() + "((;name;onelevel",
-        "<LDAP://" + w_.domain() + "/OU=Nowhere," + w_.root() + ">;" + good, "<LDAP://elsewhere.example>;" + good,
-        "<HTTP://" + w_.domain() + ">;" + good}) {
+        "<LDAP://" + w_.domain() + "/OU=Nowhere," + w_.root() + ">;" + good,
+        "<LDAP://elsewhere.example>;" + good, "<HTTP://" + w_.domain() + ">;" + good}) {
     EXPECT_NE(number_of([&] { run(text); }), 0U) << text;
   }
 }

@@ -13,8 +13,8 @@
 /// The contract suites run against any implementation of the seam: each asks a `World` for a domain.
 namespace twk::contract {
 
-/// A native-mode domain that a test may write to: what every domain has, one empty unit, and a file server with a
-/// drive D that holds the folder "Users".
+/// A native-mode domain that a test may write to: what every domain has, one empty unit, and a file server
+/// with a drive D that holds the folder "Users".
 class World {
  public:
   virtual ~World() = default;
@@ -65,7 +65,8 @@ inline platform::ObjectPtr make_group(World& world, const std::string& name) {
 
 inline std::string names_of(const std::vector<platform::ObjectPtr>& objects) {
   std::string names;
-  for (const platform::ObjectPtr& object : objects) names += (names.empty() ? "" : ";") + object->Name();
+  for (const platform::ObjectPtr& object : objects)
+    names += (names.empty() ? "" : ";") + object->Name();
   return names;
 }
 

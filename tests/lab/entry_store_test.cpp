@@ -48,10 +48,10 @@ std::uint32_t error_of(const std::function<void()>& step) {
 class OrdinaryUser {
  public:
   OrdinaryUser() {
-    if (was_root_) EXPECT_EQ(seteuid(kNobody), 0);
+    if (was_root_ && seteuid(kNobody) != 0) ADD_FAILURE() << "cannot become another user";
   }
   ~OrdinaryUser() {
-    if (was_root_) EXPECT_EQ(seteuid(0), 0);
+    if (was_root_ && seteuid(0) != 0) ADD_FAILURE() << "cannot become root again";
   }
 
  private:
@@ -359,7 +359,7 @@ TEST_F(LargeJournalTest, IsFoldedInAtOpenAndOtherStoresNotice) {
   const auto second = open();
   EXPECT_LT(fs::file_size(journal()), 100U);
   EXPECT_EQ(exported(*second), state);
-  EXPECT_THAT(read_file(folder_ / "domain.ldif"), HasSubstr("# generation 1\n\ndn: DC=twk,DC=test\n"));
+  EXPECT_THAT(read_file(folder_ / "domain.ldif"), testing::StartsWith("# generation 1\n\ndn: DC=twk,DC=test\n"));
   add_user(*first, "bob", west_);
   second->refresh();
   EXPECT_NE(second->find_account("bob"), nullptr);
@@ -382,6 +382,19 @@ TEST_F(LargeJournalTest, IsNotAppliedTwiceAfterACrashBetweenFoldingAndEmptying) 
   store->refresh();
   EXPECT_EQ(exported(*early), exported(*store));
   EXPECT_EQ(exported(*open()), exported(*store));
+}
+
+TEST_F(EntryStoreTest, AJournalWhoseFirstLinesAreTornIsTakenUp) {
+  for (const std::string_view torn : {"", "# gen", "# generation 0\n"}) {
+    write_file(journal(), torn);
+    const auto store = open();
+    add_user(*store, "bob", west_);
+    EXPECT_EQ(exported(*open()), exported(*store)) << torn;
+  }
+}
+
+TEST_F(EntryStoreTest, AMissingFolderIsNotOpened) {
+  EXPECT_EQ(error_of([] { (void)open_entry_store("/no/such/folder", nullptr); }), base::error::kPathNotFound);
 }
 
 TEST_F(EntryStoreTest, AJournalOfAnotherDirectoryIsRefused) {

@@ -12,7 +12,8 @@ namespace twk::test {
 /// A question that nobody expects is a failure.
 class NoDialogs final : public platform::Dialogs {
  public:
-  platform::Answer MsgBox(std::string_view text, platform::Buttons, platform::Icon, std::string_view) override {
+  platform::Answer MsgBox(std::string_view text, platform::Buttons, platform::Icon,
+                          std::string_view) override {
     ADD_FAILURE() << "asked: " << text;
     return platform::Answer::kCancel;
   }
@@ -43,7 +44,8 @@ class LabWorld final : public contract::World {
   explicit LabWorld(const lab::LabPlan& plan = small_plan()) {
     lab::create_lab(folder(), plan);
     reopen();
-    if (plan.kind == lab::DomainKind::kNt) return;
+    if (plan.kind == lab::DomainKind::kNt)
+      return;
     contract::get_entry(*this, root())->Create("organizationalUnit", "OU=Tests")->SetInfo();
   }
 
@@ -74,6 +76,8 @@ class LabWorld final : public contract::World {
   std::unique_ptr<lab::Lab> lab_;
 };
 
-inline std::unique_ptr<contract::World> make_lab_world() { return std::make_unique<LabWorld>(); }
+inline std::unique_ptr<contract::World> make_lab_world() {
+  return std::make_unique<LabWorld>();
+}
 
 }  // namespace twk::test

@@ -11,6 +11,7 @@
 #include "stores/records.hpp"
 #include "support/fakes.hpp"
 #include "support/faulty_directory.hpp"
+#include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace twk::test {

@@ -7,6 +7,7 @@
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "support/fakes.hpp"
+#include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace twk::test {

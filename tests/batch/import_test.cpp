@@ -1,0 +1,312 @@
+#include "batch/import.hpp"
+
+#include <fstream>
+
+#include "batch/csv_layout.hpp"
+#include "controls/tree_view.hpp"
+#include "support/lab_world.hpp"
+
+namespace twk::batch {
+namespace {
+
+using lab::DomainKind;
+using test::LabWorld;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsSupersetOf;
+
+constexpr std::string_view kErrorHeading =
+    "*****************************************\n31/12/2026 09:05:00\n"
+    "The following users were not created.\n*****************************************\n";
+constexpr std::string_view kSummary = "Import Summary - 311226090500.csv";
+constexpr std::string_view kSummaryHeading = "Full Name,WinNT logon,W2K logon,ERRORS\n";
+
+/// A lab that imports from a file with the given bytes.
+class ImportWorld : public LabWorld {
+ public:
+  explicit ImportWorld(DomainKind kind = DomainKind::kNative) : LabWorld(kind) {
+    session.import.row_done = [this](const session::ImportRow& row) {
+      rows.push_back(base::to_text(row.line) + " " + row.outcome.light + " " + row.outcome.user);
+    };
+  }
+
+  std::string file(std::string_view bytes) {
+    const std::string path = (folder.path() / "starters.csv").string();
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path;
+  }
+  bool import(std::string_view bytes) { return Import_Users(session, file(bytes)); }
+  std::string errors() { return database_file("Import.err"); }
+  std::string summary() { return database_file(kSummary); }
+
+  std::vector<std::string> rows;
+};
+
+class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
+                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt));
+
+TEST_P(InEveryKindOfDomain, EachLineBecomesAUserOrIsKeptAsNotCreated) {
+  ImportWorld world(GetParam());
+  world.start();
+  EXPECT_TRUE(
+      world.import("Jo,,Smith\r\n\r\nalone\r\nAnn,M.,Lee\nJo,,Smith\r\nKim,,Last line without an end"));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith", "2  ", "3  alone", "4 GREEN Ann.Lee", "5  Jo.Smith",
+                                      "6  Kim.Last line without an end"));
+  EXPECT_EQ(world.errors(), std::string(kErrorHeading) + "\nalone\nJo,,Smith\n");
+  const std::string tail = world.is_nt() ? ",," : ",";
+  EXPECT_EQ(world.summary(), std::string(kSummaryHeading) + "Jo  Smith,Jo.Smith" + tail +
+                                 "No\nAnn M. Lee,Ann.Lee" + tail + "No\n");
+  EXPECT_THAT(world.log_tab(), testing::Contains("GREEN Number of Users Imported from starters.csv = 2"));
+  EXPECT_FALSE(world.session.import.Importing);
+  EXPECT_TRUE(world.session.form1.enabled);
+}
+
+TEST_P(InEveryKindOfDomain, ARepeatTakesTheSecondFormatWithItsSerialNumber) {
+  ImportWorld world(GetParam());
+  world.set("Setup", "AltSetupID", "%first%.%last%%n%");
+  world.set("Setup", "IncNumber", "1");
+  world.start();
+  EXPECT_TRUE(world.import("Jo,,Smith\nJo,,Smith\nAnn,,Lee\n"));
+  EXPECT_TRUE(world.import("Jo,,Smith\nAnn,,Lee\n"));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith", "2 GREEN Jo.Smith1", "3 GREEN Ann.Lee",
+                                      "1 GREEN Jo.Smith2", "2 GREEN Ann.Lee1"));
+  EXPECT_EQ(world.errors(), kErrorHeading);
+}
+
+TEST_P(InEveryKindOfDomain, GroupsAreTakenFromTheColumnsThatNameOne) {
+  struct Case {
+    std::string start;
+    std::string finish;
+    bool joins;
+  };
+  for (const Case& one :
+       {Case{"4", "9", true}, Case{"0", "99", true}, Case{"4", "0", false}, Case{"1", "3", false}}) {
+    ImportWorld world(GetParam());
+    world.set("Setup", "ImportGroupsStart", one.start);
+    world.set("Setup", "ImportGroupsFinish", one.finish);
+    world.start();
+    EXPECT_TRUE(world.import("Jo,,Smith, readers ,No Such Group\n"));
+    const std::string group = world.is_nt() ? "Readers" : "CN=Readers";
+    EXPECT_EQ(testing::Value(world.groups_of("Jo.Smith"), testing::Contains(group)), one.joins) << one.finish;
+    EXPECT_EQ(world.log_tab().front(), "GREEN Jo.Smith Created User ") << one.finish;
+  }
+}
+
+TEST_P(InEveryKindOfDomain, TheExpiryTextIsADateOrATagThatTheLineFills) {
+  struct Case {
+    std::string text;
+    std::string line;
+    bool expires;
+  };
+  for (const Case& one :
+       {Case{"31/12/2030", "Jo,,Smith", true}, Case{"%IMPORT4%", "Jo,,Smith,1/02/2031", true},
+        Case{"%IMPORT4%", "Jo,,Smith", false}, Case{"", "Jo,,Smith", false}}) {
+    ImportWorld world(GetParam());
+    world.start();
+    world.session.import_grps.Expiredate.text = one.text;
+    EXPECT_TRUE(world.import(one.line));
+    EXPECT_EQ(world.rows.front(), "1 GREEN Jo.Smith");
+    base::Trap trap;
+    base::Date date{-1};
+    trap([&] {
+      date = world.services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("AccountExpirationDate").date();
+    });
+    EXPECT_EQ(trap.number() == 0, one.expires) << one.text << " " << one.line;
+  }
+}
+
+TEST(Import, ChosenColumnsFeedNamesAccountAndPassword) {
+  ImportWorld world;
+  world.start();
+  load_csv_layout(world.session, world.file("x1,Smith,Jo,jsmith,Own-Pass-2026\n"));
+  session::CSV_Import& window = world.session.csv_import;
+  EXPECT_EQ(window.columns.get(), 5);
+  EXPECT_EQ(window.ImportFirst.text.get(), "%IMPORT1%");
+  window.chkImport.value = 0;
+  chkImport_Click(world.session);
+  window.ImportFirst.select(3);
+  window.ImportMiddle.select(0);
+  window.ImportLast.select(2);
+  window.ImportUserID.select(4);
+  window.ImportPassword.select(5);
+  csv_layout_ok(world.session);
+  EXPECT_TRUE(Import_Users(world.session, (world.folder.path() / "starters.csv").string()));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN jsmith"));
+  EXPECT_EQ(world.property("jsmith", "displayName"), "Jo  Smith");
+  EXPECT_NO_THROW(world.services.directory.OpenDSObject(world.path_of("jsmith"), "jsmith", "Own-Pass-2026"));
+}
+
+TEST(Import, AShorterLineKeepsTheTailOfALongerOneForFormatsOnly) {
+  ImportWorld world;
+  world.set("Setup", "SetupID", "%first%%IMPORT4%");
+  world.start();
+  world.session.form1.Description.text = std::string("dept %IMPORT4%");
+  EXPECT_TRUE(world.import("Jo,,Smith,one\nAnn,,Lee\n"));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Joone", "2 GREEN Annone"));
+  EXPECT_EQ(world.property("Joone", "description"), "dept one");
+  EXPECT_EQ(world.property("Annone", "description"), "");
+}
+
+TEST(Import, ALineOfMoreThanAHundredFieldsCreatesItsUser) {
+  ImportWorld world;
+  world.start();
+  std::string line = "Jo,,Smith";
+  for (int i = 0; i < 40000; ++i)
+    line += ",x";
+  EXPECT_TRUE(world.import(line));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith"));
+}
+
+TEST(Import, ReadsUtf8WithAndWithoutAMarkAndCodePage1252) {
+  for (const std::string_view bytes :
+       {"Ren\xC3\xA9,,Noir\n", "\xEF\xBB\xBFRen\xC3\xA9,,Noir\n", "Ren\xE9,,Noir\n"}) {
+    ImportWorld world;
+    world.start();
+    EXPECT_TRUE(world.import(bytes));
+    EXPECT_THAT(world.rows, ElementsAre("1 GREEN René.Noir"));
+  }
+}
+
+TEST(Import, AHaltOnErrorsStopsAtTheFirstRedUser) {
+  for (const bool halt : {true, false}) {
+    ImportWorld world;
+    if (halt)
+      world.set("Preferences", "StopOnError", "Yes");
+    world.start();
+    int users = 0;
+    world.directory.before = [&users](std::string_view operation, std::string_view) {
+      if (operation == "Create" && ++users == 2)
+        throw base::RuntimeError(platform::ads_error::kAccessDenied, "no");
+    };
+    world.dialogs.expect("error: ");
+    EXPECT_EQ(world.import("Jo,,Smith\nAnn,,Lee\nKim,,Day\n"), !halt);
+    EXPECT_EQ(world.rows.size(), halt ? 2U : 3U);
+    if (!halt)
+      continue;
+    EXPECT_EQ(world.log_tab().back(), "RED  Import Halted because errors were detected");
+    EXPECT_EQ(world.errors(), std::string(kErrorHeading) + "Import Halted because error were detected\n");
+  }
+}
+
+TEST(Import, AHaltOnWarningsReadsAsAHaltOnErrors) {
+  ImportWorld world;
+  world.set("Preferences", "StopOnWarning", "Yes");
+  world.set("Preferences", "StopOnError", "Yes");
+  world.set("Setup", "Password", "short");
+  world.start();
+  EXPECT_FALSE(world.import("Jo,,Smith\nAnn,,Lee\n"));
+  EXPECT_THAT(world.rows, ElementsAre("1 YELLOW Jo.Smith"));
+  EXPECT_EQ(world.log_tab().back(), "RED  Import Halted because errors were detected");
+  EXPECT_THAT(world.summary(), HasSubstr("Jo  Smith,Jo.Smith,Yes\n"));
+}
+
+TEST(Import, StopIsHeededBeforeTheNextLine) {
+  ImportWorld world;
+  world.start();
+  world.session.import.row_done = [&world](const session::ImportRow&) { CancelButton_Click(world.session); };
+  EXPECT_TRUE(world.import("Jo,,Smith\nAnn,,Lee\n"));
+  EXPECT_EQ(world.path_of("Ann.Lee"), "");
+  EXPECT_EQ(world.log_tab().back(), "GREEN  Import Halted by User");
+}
+
+TEST(Import, PromptRowsAskUnlessTheyAreSkipped) {
+  for (const bool skip : {true, false}) {
+    ImportWorld world;
+    if (skip)
+      world.set("Preferences", "SkipPrompt", "Yes");
+    world.services.files.write(world.session.program_directory + "\\W2K.dat", "p,department,Prompt\r\n");
+    world.start();
+    if (!skip)
+      world.dialogs.expect_input("Enter Value for department", "Sales");
+    EXPECT_TRUE(world.import("Jo,,Smith\n"));
+    EXPECT_EQ(world.property("Jo.Smith", "department"), skip ? "" : "Sales");
+  }
+}
+
+TEST(Import, ANameThatIsNotFreeInTheForestLeavesItsColumnEmpty) {
+  ImportWorld world;
+  world.services.files.write(world.session.program_directory + "\\W2K.dat",
+                             "p,userPrincipalName,%last%@%Domain%\r\n");
+  world.start();
+  EXPECT_TRUE(world.import("Jo,,Smith\nAnn,,Smith\n"));
+  EXPECT_EQ(world.summary(), std::string(kSummaryHeading) + "Jo  Smith,Jo.Smith,Smith@twk.test,No\n" +
+                                 "Ann  Smith,Ann.Smith,,Yes\n");
+}
+
+TEST(Import, AFileThatCannotBeReadOrWrittenEndsTheRunWithItsReason) {
+  ImportWorld world;
+  world.start();
+  EXPECT_FALSE(Import_Users(world.session, "/nowhere/starters.csv"));
+  EXPECT_THAT(world.session.import.failure, HasSubstr("starters.csv"));
+  EXPECT_FALSE(world.session.import.Importing);
+  EXPECT_TRUE(world.session.form1.enabled);
+  EXPECT_FALSE(world.session.cancel_import.visible);
+  world.session.form1.dbpath.text = std::string("/proc/");
+  EXPECT_FALSE(world.import("Jo,,Smith\n"));
+  EXPECT_THAT(world.session.import.failure, HasSubstr("Import.err"));
+}
+
+TEST(ImportCommand, RunsFromTheFileToTheClosingText) {
+  ImportWorld world;
+  world.start();
+  const std::string path = world.file("Jo,,Smith\n");
+  world.dialogs.expect_input("Open file to import", path);
+  world.dialogs.on_modal = [&world](std::string_view) { csv_layout_ok(world.session); };
+  Import_Command(world.session);
+  EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(),
+            "Import Complete. 1 users Added. Check Import.err for errors.");
+  EXPECT_THAT(world.log(), HasSubstr("User:admin\nStarting Import from: " + path + "\n"));
+  EXPECT_THAT(world.log(), HasSubstr("31/12/2026 09:05:00\nImport Finished\n"));
+}
+
+TEST(ImportCommand, ASelectionThatWillNotDoIsToldInABox) {
+  struct Case {
+    DomainKind kind;
+    bool site;
+    bool copy;
+    std::string text;
+  };
+  const std::vector<Case> cases = {
+      {DomainKind::kNt, false, false, "To Import Users you must select a Template and a Site."},
+      {DomainKind::kNative, false, false, "Template and a Site\r\nand select an OU from the treeview."},
+      {DomainKind::kNative, true, true,
+       "and select an User from the treeview.\r\nor turn off 'copy user' function"},
+  };
+  for (const Case& one : cases) {
+    ImportWorld world(one.kind);
+    world.start();
+    if (!one.site)
+      world.session.form1.NUsitename.text = std::string();
+    world.session.form1.Copy_User.value = one.copy ? 1 : 0;
+    world.dialogs.expect(one.text);
+    Import_Command(world.session);
+    EXPECT_EQ(world.dialogs.last_title, "Can't Import Users");
+  }
+}
+
+TEST(CsvLayout, ShowsTheEndOfALongPathAndAPreviewOfTwoLines) {
+  ImportWorld world;
+  world.start();
+  load_csv_layout(world.session, world.file("a,b\nc,d,e\nf\n"));
+  session::CSV_Import& window = world.session.csv_import;
+  EXPECT_EQ(window.ListView1.size(), 2U);
+  EXPECT_EQ(window.columns.get(), 3);
+  EXPECT_THAT(window.ImportFirst.items(), ElementsAre("", "%IMPORT1%", "%IMPORT2%"));
+  EXPECT_LE(base::length(window.File_Name.caption.get()), 40U);
+  load_csv_layout(world.session, world.file(""));
+  EXPECT_THAT(window.ImportFirst.items(), ElementsAre(""));
+}
+
+TEST(CsvLines, EndWithEitherLineEndOrTheFile) {
+  const std::string text = "a\r\nb\nc\r\rd";
+  std::vector<std::string> lines;
+  std::size_t position = 0;
+  std::string_view line;
+  while (next_line(text, position, line))
+    lines.emplace_back(line);
+  EXPECT_THAT(lines, ElementsAre("a", "b", "c", "", "d"));
+}
+
+}  // namespace
+}  // namespace twk::batch

@@ -1,0 +1,39 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "stores/records.hpp"
+
+namespace {
+
+/// A record that was read and written once stays as it is, and keeps its size.
+template <typename Decode, typename Encode>
+void round_trip(std::string_view bytes, std::size_t size, Decode decode, Encode encode) {
+  if (bytes.size() < size)
+    return;
+  const auto record = decode(bytes);
+  const std::string written = encode(record);
+  if (written.size() != size || decode(written) != record)
+    std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace twk::stores;
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  round_trip(bytes, kSiteRecordSize, decode_site, encode_site);
+  round_trip(bytes, kPermissionRecordSize, decode_permission, encode_permission);
+  round_trip(bytes, kTemplateRecordSize, decode_template, encode_template);
+  // A template is long for a fuzzer to find, so that the input is also taken as its beginning and its end.
+  std::string padded(kTemplateRecordSize, ' ');
+  const std::size_t used = std::min(size, padded.size());
+  padded.replace(0, used, bytes.substr(0, used));
+  round_trip(padded, kTemplateRecordSize, decode_template, encode_template);
+  padded.assign(kTemplateRecordSize, ' ');
+  padded.replace(padded.size() - used, used, bytes.substr(0, used));
+  round_trip(padded, kTemplateRecordSize, decode_template, encode_template);
+  return 0;
+}

@@ -1,0 +1,81 @@
+#include "format/user_name.hpp"
+
+#include <cstdint>
+#include <cstdlib>
+
+#include "format/passwords.hpp"
+#include "format/tags.hpp"
+#include "format/variables.hpp"
+#include "local/posix_files.hpp"
+#include "session/session.hpp"
+#include "support/fakes.hpp"
+
+namespace {
+
+/// Nobody answers.
+class NoDialogs final : public twk::platform::Dialogs {
+ public:
+  twk::platform::Answer MsgBox(std::string_view /*text*/, twk::platform::Buttons /*buttons*/,
+                               twk::platform::Icon /*icon*/, std::string_view /*title*/) override {
+    return twk::platform::Answer::kCancel;
+  }
+  std::string InputBox(std::string_view /*prompt*/, std::string_view /*title*/, bool /*secret*/) override {
+    return {};
+  }
+  std::optional<std::string> open_file(std::string_view /*title*/, std::string_view /*filter*/) override {
+    return std::nullopt;
+  }
+  void beep() override {}
+  void DoEvents() override {}
+};
+
+struct World {
+  twk::test::FakeRegistry registry;
+  twk::test::UnreachableDirectory directory;
+  twk::local::PosixFiles files;
+  twk::test::FakeNetwork network;
+  twk::test::FakeProcess process;
+  twk::test::FakeEnvironment environment;
+  twk::test::FixedClock clock;
+  NoDialogs dialogs;
+  twk::session::Session session{
+      {registry, directory, directory, files, network, process, environment, clock, dialogs}, "", "/"};
+};
+
+/// The next line of the input.
+std::string_view take_line(std::string_view& rest) {
+  const std::size_t end = std::min(rest.find('\n'), rest.size());
+  const std::string_view line = rest.substr(0, end);
+  rest.remove_prefix(std::min(end + 1, rest.size()));
+  return line;
+}
+
+}  // namespace
+
+/// Lines: a format, three names, an import field, the name and the value of a variable.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::string_view rest(reinterpret_cast<const char*>(data), size);
+  World world;
+  twk::session::Session& session = world.session;
+  const std::string format(take_line(rest));
+  const std::string_view first = take_line(rest);
+  const std::string_view middle = take_line(rest);
+  const std::string_view last = take_line(rest);
+  session.import.Importing = true;
+  session.import.ImportFieldCount = 2;
+  session.import.ImportFields[1] = take_line(rest);
+  session.import.ImportFields[2] = first;
+  session.variables.ListView1.add({}, std::string(take_line(rest)), {}, {std::string(take_line(rest))});
+  session.form1.FmtPass.value = 1;
+  session.form1.Formatted_Password.text = format;
+
+  const std::string name = twk::format::UserName(session, format, first, middle, last);
+  if (name.starts_with(' ') || name.ends_with(' '))
+    std::abort();
+  // A text may pass the limit by one expansion before it stands.
+  const std::size_t most = 2 * twk::format::kMostText + size * size;
+  if (name.size() > most || twk::format::Replace_Variables(session, format).size() > most)
+    std::abort();
+  twk::format::new_user_password(session, name, first, middle, last);
+  return 0;
+}

@@ -1,0 +1,256 @@
+#include <set>
+
+#include "lab_world.hpp"
+
+namespace twk::lab {
+namespace {
+
+using contract::get_account;
+using contract::get_entry;
+using contract::make_group;
+using contract::make_user;
+using contract::number_of;
+using platform::User;
+namespace ads_error = platform::ads_error;
+
+/// A lab of one's own rules.
+class LabRules : public testing::Test {
+ protected:
+  void set_policy(const PasswordPolicy& policy) {
+    LabConfig config = w_.lab().config();
+    config.passwords = policy;
+    write_lab_config(w_.folder() / "lab.conf", config);
+    w_.reopen();
+  }
+  std::uint32_t log_on(const std::string& user, const std::string& password) {
+    return number_of([&] { w_.directory().OpenDSObject("LDAP://" + w_.domain(), user, password); });
+  }
+
+  test::LabWorld w_;
+};
+
+TEST_F(LabRules, PolicyDecidesWhichPasswordsPass) {
+  const struct {
+    PasswordPolicy policy;
+    const char* password;
+    bool passes;
+  } cases[] = {
+      {{7, true, 0}, "Abcdef1", true},
+      {{7, true, 0}, "Abcde1", false},
+      {{7, true, 0}, "abcdefg1", false},
+      {{7, true, 0}, "abcd-efg1", true},
+      {{7, true, 0}, "x-JSMITH-1", false},
+      {{7, false, 0}, "abcdefg", true},
+      {{0, true, 0}, "", true},
+      {{1, true, 0}, "", false},
+      {{4, true, 0}, "Äé1x", true},
+      {{5, true, 0}, "Äé1x", false},
+  };
+  make_user(w_, "Jo", "jsmith");
+  for (const auto& one : cases) {
+    set_policy(one.policy);
+    const std::uint32_t number = number_of([&] { get_account(w_, "jsmith")->SetPassword(one.password); });
+    EXPECT_EQ(number, one.passes ? 0U : ads_error::kPasswordPolicy) << one.password;
+  }
+}
+
+TEST_F(LabRules, LogonKnowsTheUserByEveryName) {
+  const auto user = make_user(w_, "Jo", "jsmith");
+  user->Put("userPrincipalName", "jo@twk.test");
+  user->SetInfo();
+  user->SetPassword("Correct-Horse-7");
+  for (const char* const name :
+       {"jsmith", "TWK\\jsmith", "twk.test\\JSMITH", "jo@twk.test", "CN=Jo,OU=Tests,DC=twk,DC=test"}) {
+    EXPECT_EQ(log_on(name, "Correct-Horse-7"), 0U) << name;
+    EXPECT_EQ(log_on(name, "wrong"), ads_error::kLogonFailure) << name;
+  }
+  EXPECT_EQ(log_on("OTHER\\jsmith", "Correct-Horse-7"), ads_error::kLogonFailure);
+  EXPECT_EQ(log_on("nobody", ""), ads_error::kLogonFailure);
+  EXPECT_EQ(log_on("", ""), 0U);
+}
+
+TEST_F(LabRules, AccountWithoutPasswordOrDisabledCannotLogOn) {
+  User user(make_user(w_, "Jo", "jsmith"));
+  EXPECT_EQ(log_on("jsmith", ""), ads_error::kLogonFailure);
+  user.SetPassword("Correct-Horse-7");
+  user.put_AccountDisabled(true);
+  user.SetInfo();
+  EXPECT_EQ(log_on("jsmith", "Correct-Horse-7"), ads_error::kLogonFailure);
+}
+
+TEST_F(LabRules, WrongPasswordsLockTheAccountUntilItIsUnlocked) {
+  set_policy({7, true, 3});
+  make_user(w_, "Jo", "jsmith")->SetPassword("Correct-Horse-7");
+  EXPECT_NE(log_on("jsmith", "wrong"), 0U);
+  EXPECT_NE(log_on("jsmith", "wrong"), 0U);
+  EXPECT_EQ(log_on("jsmith", "Correct-Horse-7"), 0U);
+  for (int i = 0; i < 3; ++i)
+    EXPECT_NE(log_on("jsmith", "wrong"), 0U);
+  EXPECT_EQ(log_on("jsmith", "Correct-Horse-7"), ads_error::kLogonFailure);
+  User account(get_account(w_, "jsmith"));
+  EXPECT_TRUE(account.IsAccountLocked());
+  EXPECT_TRUE(User(get_entry(w_, "CN=Jo,OU=Tests,DC=twk,DC=test")).IsAccountLocked());
+  account.Put("UserFlags", account.Get("UserFlags").integer() | 64);
+  account.SetInfo();
+  EXPECT_TRUE(User(get_account(w_, "jsmith")).IsAccountLocked());
+  account.put_IsAccountLocked(false);
+  account.SetInfo();
+  EXPECT_EQ(log_on("jsmith", "Correct-Horse-7"), 0U);
+}
+
+TEST_F(LabRules, WhatIsKeptOfAPasswordIsNeitherReadNorTheWord) {
+  const auto user = make_user(w_, "Jo", "jsmith");
+  user->SetPassword("Correct-Horse-7");
+  EXPECT_EQ(number_of([&] { user->Get("supplementalCredentials"); }), ads_error::kPropertyNotFound);
+  const auto rows = w_.query().execute(
+      platform::parse_query_text("<LDAP://twk.test>;(supplementalCredentials=*);name;subtree"), {});
+  EXPECT_TRUE(rows->at_eof());
+  const std::string journal = test::get_file((w_.folder() / "domain.journal.ldif").string());
+  EXPECT_NE(journal.find("supplementalCredentials"), std::string::npos);
+  EXPECT_EQ(journal.find("Correct-Horse-7"), std::string::npos);
+}
+
+TEST_F(LabRules, RelativeIdsAreNeverGivenAgain) {
+  std::set<base::Bytes> seen;
+  const auto remember = [&](const std::string& account) {
+    EXPECT_TRUE(seen.insert(get_account(w_, account)->Get("objectSID").bytes()).second) << account;
+  };
+  for (int i = 0; i < 70; ++i) {
+    const std::string account = "u" + std::to_string(i);
+    make_user(w_, account, account);
+    remember(account);
+    if (i % 2 == 0)
+      get_entry(w_, w_.unit())->Delete("user", "CN=" + account);
+  }
+  w_.reopen();
+  make_user(w_, "later", "later");
+  remember("later");
+  const auto other = w_.open_again();
+  test::NoDialogs dialogs;
+  const auto user = other->platform(dialogs)
+                        .directory.GetObject("LDAP://OU=Tests,DC=twk,DC=test")
+                        ->Create("user", "cn=theirs");
+  user->Put("samAccountName", "theirs");
+  user->SetInfo();
+  remember("theirs");
+}
+
+TEST_F(LabRules, TwoProgramsCannotGiveOneAccountNameTwice) {
+  const auto other = w_.open_again();
+  test::NoDialogs dialogs;
+  make_user(w_, "Jo", "jsmith");
+  auto& directory = other->platform(dialogs).directory;
+  const auto user = directory.GetObject("LDAP://OU=Tests,DC=twk,DC=test")->Create("user", "cn=Other");
+  user->Put("samAccountName", "jsmith");
+  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kObjectExists);
+  EXPECT_EQ(directory.GetObject("WinNT://TWK/jsmith")->Name(), "jsmith");
+}
+
+TEST_F(LabRules, CannotChangePasswordOutlivesFlagsWrittenThroughLdap) {
+  User user(make_user(w_, "Jo", "jsmith"));
+  user.put_AccountDisabled(true);
+  const auto account = get_account(w_, "jsmith");
+  account->Put("UserFlags", account->Get("UserFlags").integer() | 64);
+  account->SetInfo();
+  user.SetInfo();
+  EXPECT_EQ(get_account(w_, "jsmith")->Get("UserFlags").integer() & 66, 66);
+}
+
+TEST_F(LabRules, WhatTheDomainNeedsIsNeitherDeletedNorMoved) {
+  const auto users = get_entry(w_, "CN=Users,DC=twk,DC=test");
+  EXPECT_EQ(number_of([&] { users->Delete("user", "CN=Administrator"); }), ads_error::kUnwilling);
+  EXPECT_EQ(number_of([&] { users->Delete("group", "CN=Domain Users"); }), ads_error::kUnwilling);
+  const auto unit = get_entry(w_, w_.unit());
+  EXPECT_EQ(number_of([&] { unit->MoveHere("LDAP://CN=Users,DC=twk,DC=test", std::nullopt); }),
+            ads_error::kUnwilling);
+  unit->Create("organizationalUnit", "OU=Below")->SetInfo();
+  const auto below = get_entry(w_, "OU=Below," + w_.unit());
+  EXPECT_EQ(number_of([&] { below->MoveHere("LDAP://" + w_.unit(), std::nullopt); }), ads_error::kUnwilling);
+}
+
+TEST_F(LabRules, PrimaryGroupOfAUserIsNotDeleted) {
+  const auto user = make_user(w_, "Jo", "jsmith");
+  const auto group = make_group(w_, "Readers");
+  group->Add(user->ADsPath());
+  user->Put("primaryGroupID", group->Get("primaryGroupToken"));
+  user->SetInfo();
+  const auto unit = get_entry(w_, w_.unit());
+  EXPECT_EQ(number_of([&] { unit->Delete("group", "CN=Readers"); }), ads_error::kUnwilling);
+  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kMemberInGroup);
+  EXPECT_EQ(number_of([&] { group->Remove(user->ADsPath()); }), ads_error::kMemberNotInGroup);
+}
+
+TEST_F(LabRules, OnlyTheDirectoryWritesWhatItComputes) {
+  make_user(w_, "Jo", "jsmith");
+  for (const char* const attribute :
+       {"objectSid", "memberOf", "cn", "name", "distinguishedName", "whenCreated"}) {
+    const auto entry = get_entry(w_, "CN=Jo,OU=Tests,DC=twk,DC=test");
+    entry->Put(attribute, "x");
+    EXPECT_EQ(number_of([&] { entry->SetInfo(); }), ads_error::kUnwilling) << attribute;
+  }
+}
+
+TEST_F(LabRules, WhatMakesAnAccountOneIsNotTakenAway) {
+  make_user(w_, "Jo", "jsmith");
+  for (const char* const attribute : {"sAMAccountName", "userAccountControl", "primaryGroupID"}) {
+    for (const int control : {1, 4}) {
+      const auto entry = get_entry(w_, "CN=Jo,OU=Tests,DC=twk,DC=test");
+      entry->PutEx(control, attribute, entry->Get(attribute));
+      EXPECT_EQ(number_of([&] { entry->SetInfo(); }), ads_error::kConstraint) << attribute << control;
+    }
+  }
+}
+
+TEST_F(LabRules, CatalogueIsForReading) {
+  make_user(w_, "Jo", "jsmith");
+  const auto user = w_.directory().GetObject("GC://twk.test/CN=Jo,OU=Tests,DC=twk,DC=test");
+  EXPECT_EQ(user->Get("samAccountName").text(), "jsmith");
+  user->Put("description", "x");
+  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kUnwilling);
+}
+
+TEST_F(LabRules, BatchIsSeenByOtherProgramsBeforeItEnds) {
+  const auto other = w_.open_again();
+  test::NoDialogs dialogs;
+  platform::WriteBatch batch(w_.directory());
+  make_user(w_, "Jo", "jsmith");
+  EXPECT_EQ(other->platform(dialogs).directory.GetObject("WinNT://TWK/jsmith")->Name(), "jsmith");
+  batch.commit();
+}
+
+TEST_F(LabRules, FolderThatAShareHoldsIsNotTakenAway) {
+  auto& files = w_.files();
+  const auto share = w_.directory().GetObject("WinNT://FS1/lanmanserver")->Create("fileshare", "Homes");
+  share->Put("Path", "D:\\Users");
+  share->SetInfo();
+  EXPECT_EQ(number_of([&] { files.remove("\\\\FS1\\D$\\users"); }), base::error::kPathFileAccess);
+  const std::string record = test::get_file((w_.folder() / "servers/FS1/server.ldif").string());
+  EXPECT_NE(record.find("path: D:\\Users"), std::string::npos) << record;
+}
+
+TEST_F(LabRules, ShareNeedsAFolderAndAName) {
+  const auto server = w_.directory().GetObject("WinNT://FS1/lanmanserver");
+  const struct {
+    const char* name;
+    const char* path;
+  } cases[] = {{"Homes", "D:\\Missing"}, {"Homes", "Q:\\"}, {"Homes", "D:\\..\\..\\db"},
+               {"Ho/mes", "D:\\Users"},  {"", "D:\\Users"}, {"Homes", ""},
+               {"D$", "D:\\Users"}};
+  for (const auto& one : cases) {
+    const auto share = server->Create("fileshare", one.name);
+    share->Put("Path", one.path);
+    EXPECT_NE(number_of([&] { share->SetInfo(); }), 0U) << one.name << " " << one.path;
+  }
+  EXPECT_EQ(number_of([&] { w_.directory().GetObject("WinNT://NOWHERE/lanmanserver"); }), 0x80070035U);
+}
+
+TEST_F(LabRules, ControllerIsFoundByEitherNameOfTheDomain) {
+  auto platform = w_.platform();
+  for (const char* const name : {"TWK", "twk.test", "TWK.TEST", ""}) {
+    EXPECT_EQ(platform.network.NetGetDCName("", name), "\\\\DC1") << name;
+  }
+  EXPECT_EQ(number_of([&] { platform.network.NetGetDCName("", "OTHER"); }), 2453U);
+}
+
+}  // namespace
+}  // namespace twk::lab
