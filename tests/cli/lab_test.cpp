@@ -26,8 +26,20 @@ TEST(Lab, IsNotMadeOverSomethingElse) {
   const TemporaryDirectory folder;
   put_file(folder / "precious", "x");
   const ProgramResult result = twk({"lab", "init", folder.path().string()});
-  EXPECT_EQ(result.exit_code, 77);
-  EXPECT_THAT(result.err, HasSubstr("Not an empty folder"));
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_THAT(result.err, HasSubstr("is not an empty folder"));
+}
+
+TEST(Lab, IsNotMadeWithNamesThatCannotBe) {
+  const TemporaryDirectory folder;
+  for (const Arguments& names :
+       {Arguments{"--kind", "nt", "--domain", "old.nt"}, Arguments{"--domain", "flat"},
+        Arguments{"--domain", "a b.test"}, Arguments{"--kind", "modern"}}) {
+    Arguments arguments = {"lab", "init", folder / "lab"};
+    arguments.insert(arguments.end(), names.begin(), names.end());
+    EXPECT_EQ(twk(arguments).exit_code, 64) << names.back();
+    EXPECT_FALSE(std::filesystem::exists(folder / "lab"));
+  }
 }
 
 using SampleLab = TwkLab;
