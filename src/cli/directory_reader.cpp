@@ -83,8 +83,15 @@ std::string conjunction(std::string_view conditions, const std::string& further 
 }
 
 void sort_by_name(std::vector<Json>& rows) {
-  const auto key = [](const Json& row) { return base::upper(row["name"].get_ref<const std::string&>()); };
-  std::stable_sort(rows.begin(), rows.end(), [&](const Json& a, const Json& b) { return key(a) < key(b); });
+  std::vector<std::pair<std::string, Json>> keyed;
+  keyed.reserve(rows.size());
+  for (Json& row : rows) {
+    std::string key = base::upper(row["name"].get_ref<const std::string&>());
+    keyed.emplace_back(std::move(key), std::move(row));
+  }
+  std::stable_sort(keyed.begin(), keyed.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::transform(keyed.begin(), keyed.end(), rows.begin(), [](auto& pair) { return std::move(pair.second); });
 }
 
 /// The children of one class of a WinNT domain.
@@ -106,20 +113,20 @@ std::vector<std::string> names_of(const std::vector<Json>& rows) {
   return names;
 }
 
-/// The path of the one object of these conditions that bears the name.
+/// The path of the one object of these conditions that bears the name: its account name, which a directory
+/// looks up at once, else one of its other names.
 std::string locate(const Domain& domain, std::string_view kind, std::string_view conditions,
                    std::string_view name, const std::function<std::vector<Json>()>& all) {
   const std::string value = platform::escape_filter_value(name);
-  std::string either = "(|";
-  for (const std::string_view attribute : {"sAMAccountName", "cn", "userPrincipalName", "distinguishedName"})
-    either += "(" + std::string(attribute) + "=" + value + ")";
-  const auto rows = query(domain, {}, conjunction(conditions, either + ")"), {"ADsPath", "sAMAccountName"});
+  auto rows = query(domain, {}, conjunction(conditions, "(sAMAccountName=" + value + ")"), {"ADsPath"});
+  if (rows.empty()) {
+    rows = query(domain, {},
+                 conjunction(conditions, "(|(cn=" + value + ")(userPrincipalName=" + value +
+                                             ")(distinguishedName=" + value + "))"),
+                 {"ADsPath"});
+  }
   if (rows.empty())
     throw Refused(no_such_text(kind, name, names_of(all())));
-  const auto exact = std::find_if(rows.begin(), rows.end(),
-                                  [&](const Row& row) { return base::equals_fold(row[1].text(), name); });
-  if (exact != rows.end())
-    return (*exact)[0].text();
   if (rows.size() > 1)
     throw Refused("More than one " + std::string(kind) + " is called \"" + std::string(name) + "\".");
   return rows.front()[0].text();
