@@ -21,7 +21,8 @@ namespace ads_error = platform::ads_error;
 
 Node& must_find(const EntryTree& tree, std::string_view dn) {
   Node* const node = tree.find(dn);
-  if (node == nullptr) refuse(ads_error::kNoSuchObject, "No such entry", dn);
+  if (node == nullptr)
+    refuse(ads_error::kNoSuchObject, "No such entry", dn);
   return *node;
 }
 
@@ -52,14 +53,17 @@ class LinkPlan {
 
   void modify(Side side, const Modification& change) {
     if (change.kind == ModifyKind::kAdd) {
-      for (const std::string& value : change.values) add(side, value, {});
+      for (const std::string& value : change.values)
+        add(side, value, {});
     } else if (change.kind == ModifyKind::kReplace) {
       replace(side, change.values);
     } else if (change.values.empty()) {
-      if (!has_any(side)) refuse(ads_error::kNoSuchAttribute, "No value to delete", node_.dn);
+      if (!has_any(side))
+        refuse(ads_error::kNoSuchAttribute, "No value to delete", node_.dn);
       clear(side);
     } else {
-      for (const std::string& value : change.values) remove(side, value);
+      for (const std::string& value : change.values)
+        remove(side, value);
     }
   }
 
@@ -91,8 +95,10 @@ class LinkPlan {
   [[nodiscard]] bool is_there(Side side, const std::string& key, const Node* end,
                               std::string_view text) const {
     const View& view = views_[at(side)];
-    if (const auto found = view.touched.find(key); found != view.touched.end()) return found->second;
-    if (view.cleared) return false;
+    if (const auto found = view.touched.find(key); found != view.touched.end())
+      return found->second;
+    if (view.cleared)
+      return false;
     return end != nullptr ? tree_.find_link(side, node_, *end) != nullptr
                           : tree_.find_text_link(side, node_, text) != nullptr;
   }
@@ -107,7 +113,8 @@ class LinkPlan {
     Node* const end = find_if_name(tree_, text);
     const std::string key = key_of(text);
     if (is_there(side, key, end, text)) {
-      if (origin_ == Origin::kFile) return;
+      if (origin_ == Origin::kFile)
+        return;
       refuse(ads_error::kMemberInGroup, "The link is there already", text);
     }
     if (end == nullptr && origin_ == Origin::kCaller && !kept.contains(key)) {
@@ -121,7 +128,8 @@ class LinkPlan {
   void remove(Side side, const std::string& text) {
     Node* const end = find_if_name(tree_, text);
     const std::string key = key_of(text);
-    if (!is_there(side, key, end, text)) refuse(ads_error::kMemberNotInGroup, "No such link", text);
+    if (!is_there(side, key, end, text))
+      refuse(ads_error::kMemberNotInGroup, "No such link", text);
     views_[at(side)].touched[key] = false;
     steps_.push_back({LinkStep::Kind::kRemove, side, end, end == nullptr ? text : std::string()});
   }
@@ -134,11 +142,14 @@ class LinkPlan {
   void replace(Side side, const std::vector<std::string>& values) {
     std::unordered_set<std::string> kept;
     for (const std::string& value : values) {
-      if (find_if_name(tree_, value) != nullptr) continue;
-      if (is_there(side, key_of(value), nullptr, value)) kept.insert(key_of(value));
+      if (find_if_name(tree_, value) != nullptr)
+        continue;
+      if (is_there(side, key_of(value), nullptr, value))
+        kept.insert(key_of(value));
     }
     clear(side);
-    for (const std::string& value : values) add(side, value, kept);
+    for (const std::string& value : values)
+      add(side, value, kept);
   }
 
   const EntryTree& tree_;
@@ -156,7 +167,8 @@ class AttributePlan {
 
   void modify(const Modification& change) {
     std::vector<std::string>& values = staged(change.attribute);
-    if (change.kind == ModifyKind::kReplace) values.clear();
+    if (change.kind == ModifyKind::kReplace)
+      values.clear();
     if (change.kind == ModifyKind::kDelete) {
       remove(values, change);
     } else {
@@ -169,7 +181,8 @@ class AttributePlan {
     const AttributeId id = tree_.pool().intern(attribute);
     const auto [found, fresh] = staged_.try_emplace(id);
     if (fresh) {
-      for (const std::string_view value : node_.entry.views(attribute)) found->second.emplace_back(value);
+      for (const std::string_view value : node_.entry.views(attribute))
+        found->second.emplace_back(value);
     }
     return found->second;
   }
@@ -180,7 +193,8 @@ class AttributePlan {
     std::map<AttributeId, std::vector<std::string>> rest = std::move(staged_);
     std::unordered_set<AttributeId> written;
     tree_.pool().each(node_.block, [&](AttributeId id, std::string_view value) {
-      if (written.contains(id)) return true;
+      if (written.contains(id))
+        return true;
       const auto found = rest.find(id);
       if (found == rest.end()) {
         tree_.pool().append(block, id, value);
@@ -191,19 +205,22 @@ class AttributePlan {
       written.insert(id);
       return true;
     });
-    for (const auto& [id, values] : rest) append(block, id, values);
+    for (const auto& [id, values] : rest)
+      append(block, id, values);
     block.shrink_to_fit();
     return block;
   }
 
  private:
   void append(std::string& block, AttributeId id, const std::vector<std::string>& values) {
-    for (const std::string& value : values) tree_.pool().append(block, id, value);
+    for (const std::string& value : values)
+      tree_.pool().append(block, id, value);
   }
 
   void add(std::vector<std::string>& values, const Modification& change) const {
     std::unordered_set<std::string> keys;
-    for (const std::string& value : values) keys.insert(value_key(value));
+    for (const std::string& value : values)
+      keys.insert(value_key(value));
     for (const std::string& value : change.values) {
       if (keys.insert(value_key(value)).second) {
         values.push_back(value);
@@ -215,7 +232,8 @@ class AttributePlan {
 
   void remove(std::vector<std::string>& values, const Modification& change) const {
     std::unordered_set<std::string> keys;
-    for (const std::string& value : change.values) keys.insert(value_key(value));
+    for (const std::string& value : change.values)
+      keys.insert(value_key(value));
     const std::size_t before = values.size();
     if (keys.empty()) {
       values.clear();
@@ -237,21 +255,26 @@ class AttributePlan {
 Node* parent_for(const EntryTree& tree, std::string_view dn, Origin origin) {
   const std::string_view parent_name = parent_dn(dn);
   Node* const parent = tree.find(parent_name);
-  if (parent != nullptr) return parent;
+  if (parent != nullptr)
+    return parent;
   const bool may_be_root =
       origin == Origin::kFile || tree.size() == 0 || base::equals_fold(parse_rdn(first_rdn(dn)).type, "DC");
-  if (!may_be_root) refuse(ads_error::kNoSuchObject, "No such parent", parent_name);
+  if (!may_be_root)
+    refuse(ads_error::kNoSuchObject, "No such parent", parent_name);
   return nullptr;
 }
 
 std::string joined_dn(std::string_view rdn, const Node* parent, std::string_view parent_name) {
-  if (parent != nullptr) parent_name = parent->dn;
+  if (parent != nullptr)
+    parent_name = parent->dn;
   return parent_name.empty() ? std::string(rdn) : std::string(rdn) + "," + std::string(parent_name);
 }
 
 Change prepare_add(EntryTree& tree, const LdifRecord& record, Origin origin) {
-  if (split_dn(record.dn).empty()) refuse(ads_error::kInvalidDn, "An entry without a name", record.dn);
-  if (tree.find(record.dn) != nullptr) refuse(ads_error::kObjectExists, "The name is in use", record.dn);
+  if (split_dn(record.dn).empty())
+    refuse(ads_error::kInvalidDn, "An entry without a name", record.dn);
+  if (tree.find(record.dn) != nullptr)
+    refuse(ads_error::kObjectExists, "The name is in use", record.dn);
   Change change;
   change.type = ChangeType::kAdd;
   change.parent = parent_for(tree, record.dn, origin);
@@ -262,7 +285,8 @@ Change prepare_add(EntryTree& tree, const LdifRecord& record, Origin origin) {
   std::string block;
   for (const LdifAttribute& attribute : record.attributes) {
     const std::string_view name = without_range(attribute.name);
-    if (base::equals_fold(name, kDistinguishedName)) continue;
+    if (base::equals_fold(name, kDistinguishedName))
+      continue;
     if (const std::optional<Side> side = link_side(name)) {
       if (origin == Origin::kFile) {
         links.add_unchecked(*side, attribute.values);
@@ -274,7 +298,8 @@ Change prepare_add(EntryTree& tree, const LdifRecord& record, Origin origin) {
     std::unordered_set<std::string> keys;
     for (const std::string& value : attribute.values) {
       const bool fresh = attribute.values.size() == 1 || keys.insert(value_key(value)).second;
-      if (fresh) tree.pool().append(block, tree.pool().intern(name), value);
+      if (fresh)
+        tree.pool().append(block, tree.pool().intern(name), value);
       if (!fresh && origin == Origin::kCaller)
         refuse(ads_error::kConstraint, "A value twice", attribute.name);
     }
@@ -286,7 +311,8 @@ Change prepare_add(EntryTree& tree, const LdifRecord& record, Origin origin) {
 
 Change prepare_remove(const EntryTree& tree, const LdifRecord& record) {
   Node& node = must_find(tree, record.dn);
-  if (node.first_child != nullptr) refuse(ads_error::kNotOnNonLeaf, "The entry has children", record.dn);
+  if (node.first_child != nullptr)
+    refuse(ads_error::kNotOnNonLeaf, "The entry has children", record.dn);
   Change change;
   change.type = ChangeType::kDelete;
   change.node = &node;
@@ -315,7 +341,8 @@ Change prepare_modify(EntryTree& tree, const LdifRecord& record, Origin origin) 
 }
 
 bool is_within(const Node* node, const Node& top) {
-  while (node != nullptr && node != &top) node = node->parent;
+  while (node != nullptr && node != &top)
+    node = node->parent;
   return node == &top;
 }
 
@@ -332,7 +359,8 @@ std::string renamed_block(EntryTree& tree, const Node& node, const Rdn& new_name
   const std::string new_key = value_key(new_name.value);
   std::erase_if(values, [&](const std::string& value) { return value_key(value) == new_key; });
   values.insert(values.begin(), new_name.value);
-  if (node.entry.has("name")) plan.staged("name") = {new_name.value};
+  if (node.entry.has("name"))
+    plan.staged("name") = {new_name.value};
   return plan.take();
 }
 
@@ -353,7 +381,8 @@ Change prepare_rename(EntryTree& tree, const LdifRecord& record) {
     refuse(ads_error::kUnwilling, "An entry cannot go below itself", record.dn);
   change.dn = joined_dn(first_rdn(record.new_rdn), change.parent, parent_dn(node.dn));
   const Node* const taken = tree.find(change.dn);
-  if (taken != nullptr && taken != &node) refuse(ads_error::kObjectExists, "The name is in use", change.dn);
+  if (taken != nullptr && taken != &node)
+    refuse(ads_error::kObjectExists, "The name is in use", change.dn);
   change.block = renamed_block(tree, node, parse_rdn(first_rdn(record.new_rdn)), record.delete_old_rdn);
   return change;
 }
