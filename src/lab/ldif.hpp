@@ -51,6 +51,8 @@ struct LdifRecord {
 /// The number of the error that text which is not LDIF raises: the runtime's "invalid file format".
 inline constexpr std::uint32_t kInvalidLdif = 321;
 
+/// True when two names of attributes differ in the case of their letters at most.
+bool is_same_attribute(std::string_view a, std::string_view b);
 /// True for letters, digits and "-", ".", ";", "=", "_", except the words that begin a record.
 bool is_attribute_name(std::string_view name);
 
