@@ -10,7 +10,7 @@
 
 /// LDIF, RFC 2849: content records and change records. Lines end with LF or CRLF.
 ///
-///     ldif-file     version-spec 1*(SEP record)
+///     ldif-file     ["version: 1"] record*
 ///     record        "dn:" value, attribute lines, an empty line
 ///     value         ": " SAFE text | ":: " base64 | ":< " file URL (refused)
 ///     continuation  a line that begins with one blank goes on with the line before
