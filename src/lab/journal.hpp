@@ -10,6 +10,11 @@
 
 namespace twk::lab {
 
+/// "# generation <number>" and an empty line: the first of "domain.ldif" and of its journal.
+std::string generation_line(std::uint64_t generation);
+/// The number in the first line of a text; 0 for a text that others wrote.
+std::uint64_t generation_of(std::string_view text);
+
 /// The journal of a lab, a text of LDIF change records:
 ///
 ///     journal   "# generation " number LF LF  record*
