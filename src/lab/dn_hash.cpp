@@ -16,7 +16,19 @@ bool is_ascii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+char upper_ascii(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
 }  // namespace
+
+std::string folded_key(std::string_view text) {
+  if (!is_ascii(text))
+    return base::upper(text);
+  std::string key(text);
+  std::transform(key.begin(), key.end(), key.begin(), upper_ascii);
+  return key;
+}
 
 std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed) {
   for (const char c : bytes)
@@ -28,8 +40,7 @@ std::uint64_t hash_folded(std::string_view text, std::uint64_t seed) {
   if (!is_ascii(text))
     return hash_bytes(base::upper(text), seed);
   for (const char c : text) {
-    const char folded = c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-    seed = (seed ^ static_cast<unsigned char>(folded)) * kPrime;
+    seed = (seed ^ static_cast<unsigned char>(upper_ascii(c))) * kPrime;
   }
   return seed;
 }

@@ -1,14 +1,13 @@
 #include <unordered_set>
 
-#include "base/text.hpp"
 #include "lab/entry_node.hpp"
 
 namespace twk::lab {
 
 std::optional<Side> link_side(std::string_view attribute) {
-  if (base::equals_fold(attribute, link_attribute(Side::kGroup)))
+  if (is_same_attribute(attribute, link_attribute(Side::kGroup)))
     return Side::kGroup;
-  if (base::equals_fold(attribute, link_attribute(Side::kMember)))
+  if (is_same_attribute(attribute, link_attribute(Side::kMember)))
     return Side::kMember;
   return std::nullopt;
 }
@@ -29,7 +28,7 @@ std::vector<std::string_view> Entry::views(std::string_view attribute) const {
     }
     return names;
   }
-  if (base::equals_fold(attribute, kDistinguishedName))
+  if (is_same_attribute(attribute, kDistinguishedName))
     return {node_->dn};
   std::vector<std::string_view> found;
   const std::optional<AttributeId> wanted = node_->pool->find(attribute);

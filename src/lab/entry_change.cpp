@@ -22,8 +22,9 @@ Node& must_find(const EntryTree& tree, std::string_view dn) {
 
 /// "member" of "member;range=0-1499", as large groups are exported.
 std::string_view without_range(std::string_view attribute) {
-  const std::size_t option = base::find_fold(attribute, ";range=");
-  return attribute.substr(0, option);
+  if (attribute.find(';') == base::npos)
+    return attribute;
+  return attribute.substr(0, base::find_fold(attribute, ";range="));
 }
 
 /// The stored parent of a new name; null when it may do without one.
@@ -60,7 +61,7 @@ Change prepare_add(EntryTree& tree, const LdifRecord& record, Origin origin) {
   std::string block;
   for (const LdifAttribute& attribute : record.attributes) {
     const std::string_view name = without_range(attribute.name);
-    if (base::equals_fold(name, kDistinguishedName))
+    if (is_same_attribute(name, kDistinguishedName))
       continue;
     if (const std::optional<Side> side = link_side(name)) {
       if (origin == Origin::kFile) {
@@ -101,7 +102,7 @@ Change prepare_modify(EntryTree& tree, const LdifRecord& record, Origin origin) 
   LinkPlan links(tree, *change.node, origin);
   AttributePlan attributes(tree, *change.node, origin);
   for (const Modification& one : record.modifications) {
-    if (base::equals_fold(one.attribute, kDistinguishedName)) {
+    if (is_same_attribute(one.attribute, kDistinguishedName)) {
       refuse(ads_error::kUnwilling, "A name is changed by renaming only", record.dn);
     }
     if (const std::optional<Side> side = link_side(one.attribute)) {

@@ -119,16 +119,12 @@ std::string value_of(const LineReader& reader, std::size_t name_size) {
   return *std::move(bytes);
 }
 
-bool is_name(std::string_view name, std::string_view wanted) {
-  return base::equals_fold(name, wanted);
-}
-
 /// The value of the line when its name is `wanted`; an error when it is another.
 std::string expect(const LineReader& reader, std::string_view wanted) {
   if (reader.line().empty())
     fail(reader.number(), "\"" + std::string(wanted) + ":\" is missing.");
   const std::string_view name = name_of(reader);
-  if (!is_name(name, wanted))
+  if (!is_same_attribute(name, wanted))
     fail(reader.number(), "\"" + std::string(wanted) + ":\" is missing.");
   return value_of(reader, name.size());
 }
@@ -144,7 +140,7 @@ class AttributeCollector {
     if (!attributes_.empty() && attributes_.back().name == name)
       return attributes_.back();
     if (attributes_.size() < kFewAttributes) {
-      const auto same = [&](const LdifAttribute& one) { return base::equals_fold(one.name, name); };
+      const auto same = [&](const LdifAttribute& one) { return is_same_attribute(one.name, name); };
       const auto found = std::find_if(attributes_.begin(), attributes_.end(), same);
       return found != attributes_.end() ? *found : append(name);
     }
@@ -171,7 +167,7 @@ std::vector<LdifAttribute> read_attributes(LineReader& reader) {
   AttributeCollector attributes;
   for (; !reader.line().empty(); reader.next()) {
     const std::string_view name = name_of(reader);
-    if (is_name(name, "dn"))
+    if (is_same_attribute(name, "dn"))
       fail(reader.number(), "An empty line is missing in front of \"dn:\".");
     attributes.add(name, value_of(reader, name.size()));
   }
@@ -179,11 +175,11 @@ std::vector<LdifAttribute> read_attributes(LineReader& reader) {
 }
 
 ModifyKind modify_kind(const LineReader& reader, std::string_view word) {
-  if (is_name(word, "add"))
+  if (is_same_attribute(word, "add"))
     return ModifyKind::kAdd;
-  if (is_name(word, "delete"))
+  if (is_same_attribute(word, "delete"))
     return ModifyKind::kDelete;
-  if (is_name(word, "replace"))
+  if (is_same_attribute(word, "replace"))
     return ModifyKind::kReplace;
   fail(reader.number(), "\"add:\", \"delete:\" or \"replace:\" is missing.");
 }
@@ -197,7 +193,7 @@ std::vector<Modification> read_modifications(LineReader& reader) {
       fail(reader.number(), "Not an attribute name.");
     while (reader.next() && !reader.line().empty() && reader.line() != "-") {
       const std::string_view name = name_of(reader);
-      if (!is_name(name, change.attribute))
+      if (!is_same_attribute(name, change.attribute))
         fail(reader.number(), "A value of another attribute than the change's.");
       change.values.push_back(value_of(reader, name.size()));
     }
@@ -238,7 +234,7 @@ ChangeType change_type(const LineReader& reader, std::string_view word) {
 /// Passes over "control:" lines; true when there was one.
 bool skip_controls(LineReader& reader) {
   bool found = false;
-  while (!reader.line().empty() && is_name(name_of(reader), "control")) {
+  while (!reader.line().empty() && is_same_attribute(name_of(reader), "control")) {
     const std::string value = value_of(reader, name_of(reader).size());
     if (value.find(" true") != base::npos)
       fail(reader.number(), "A critical control is not supported.");
@@ -254,7 +250,7 @@ LdifRecord read_record(LineReader& reader) {
   record.dn = expect(reader, "dn");
   reader.next();
   const bool controls = skip_controls(reader);
-  const bool is_change = !reader.line().empty() && is_name(name_of(reader), "changetype");
+  const bool is_change = !reader.line().empty() && is_same_attribute(name_of(reader), "changetype");
   if (controls && !is_change)
     fail(reader.number(), "\"changetype:\" is missing.");
   if (is_change) {
@@ -283,7 +279,8 @@ LdifRecord read_record(LineReader& reader) {
 
 /// The summary and the referrals of `ldapsearch`.
 bool is_search_summary(std::string_view name) {
-  return is_name(name, "search") || is_name(name, "result") || is_name(name, "ref");
+  return is_same_attribute(name, "search") || is_same_attribute(name, "result") ||
+         is_same_attribute(name, "ref");
 }
 
 bool is_safe(std::string_view value) {
@@ -336,9 +333,15 @@ void append_modifications(std::string& out, const std::vector<Modification>& cha
 
 }  // namespace
 
+bool is_same_attribute(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&](char x, char y) { return lower(x) == lower(y); });
+}
+
 bool is_attribute_name(std::string_view name) {
-  return has_name_characters(name) && !is_name(name, "dn") && !is_name(name, "changetype") &&
-         !is_name(name, "control");
+  return has_name_characters(name) && !is_same_attribute(name, "dn") &&
+         !is_same_attribute(name, "changetype") && !is_same_attribute(name, "control");
 }
 
 void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit,
@@ -349,7 +352,7 @@ void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& v
     if (reader.line().empty())
       continue;
     const std::string_view name = name_of(reader);
-    if (std::exchange(may_be_version, false) && is_name(name, "version")) {
+    if (std::exchange(may_be_version, false) && is_same_attribute(name, "version")) {
       if (value_of(reader, name.size()) != "1")
         fail(reader.number(), "A version other than 1.");
     } else if (is_search_summary(name)) {

@@ -6,6 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lab/dn.hpp"
+#include "lab/dn_hash.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::lab {
@@ -17,7 +18,7 @@ void refuse(std::uint32_t number, const std::string& what, std::string_view on) 
 }
 
 std::string value_key(std::string_view value) {
-  return base::is_valid_utf8(value) ? base::upper(value) : std::string(value);
+  return base::is_valid_utf8(value) ? folded_key(value) : std::string(value);
 }
 
 Node* find_if_name(const EntryTree& tree, std::string_view text) {

@@ -28,8 +28,7 @@ std::size_t AttributePool::FoldHash::operator()(std::string_view text) const {
 }
 
 bool AttributePool::FoldEqual::operator()(std::string_view a, std::string_view b) const {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return fold(x) == fold(y); });
+  return is_same_attribute(a, b);
 }
 
 AttributeId AttributePool::intern(std::string_view name) {
