@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 
 #include "base/text.hpp"
@@ -39,6 +40,26 @@ class Silence {
  private:
   termios before_ = {};
   bool changed_ = false;
+};
+
+/// Keeps Ctrl-C back for a scope, but where `before` is put into force: so it can come only while a wait is
+/// on, and ends it.
+class HeldInterrupts {
+ public:
+  HeldInterrupts() {
+    sigset_t held = {};
+    sigemptyset(&held);
+    sigaddset(&held, SIGINT);
+    sigaddset(&held, SIGTERM);
+    sigprocmask(SIG_BLOCK, &held, &before_);
+  }
+  HeldInterrupts(const HeldInterrupts&) = delete;
+  HeldInterrupts& operator=(const HeldInterrupts&) = delete;
+  ~HeldInterrupts() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  [[nodiscard]] const sigset_t& before() const { return before_; }
+
+ private:
+  sigset_t before_ = {};
 };
 
 Answer agreed(Buttons buttons) {
@@ -87,18 +108,17 @@ std::optional<Answer> answer_of(std::string_view typed, Buttons buttons) {
 
 }  // namespace
 
-std::optional<std::string> read_typed_line(bool secret) {
+std::optional<std::string> read_typed_line(std::string_view prompt, bool secret) {
   std::optional<Silence> silence;
   if (secret)
     silence.emplace();
+  std::fprintf(stderr, "%s ", printable(prompt).c_str());
+  const HeldInterrupts held;
   std::string line;
   char byte = 0;
-  pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
-  while (true) {
-    // A poll is never restarted after a signal, so Ctrl-C gives up a prompt.
-    if (poll(&input, 1, -1) < 0 && errno != EINTR)
-      return std::nullopt;
-    if (interrupted())
+  while (!interrupted()) {
+    pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+    if (ppoll(&input, 1, nullptr, &held.before()) < 0 && errno != EINTR)
       return std::nullopt;
     if (input.revents == 0)
       continue;
@@ -111,6 +131,7 @@ std::optional<std::string> read_typed_line(bool secret) {
       return line;
     line += byte;
   }
+  return std::nullopt;
 }
 
 Asking ConsoleDialogs::asking() const {
@@ -127,8 +148,7 @@ void ConsoleDialogs::say(std::string_view text) const {
 
 Answer ConsoleDialogs::ask(Buttons buttons) const {
   while (!interrupted()) {
-    std::fprintf(stderr, "%s ", std::string(choices(buttons)).c_str());
-    const auto typed = read_typed_line(false);
+    const auto typed = read_typed_line(choices(buttons), false);
     if (!typed)
       break;
     if (const auto answer = answer_of(*typed, buttons))
@@ -164,8 +184,7 @@ std::string ConsoleDialogs::InputBox(std::string_view prompt, std::string_view t
   if (asking_ != Asking::kNoInput && is_terminal(STDIN_FILENO) && is_terminal(STDERR_FILENO)) {
     if (before_text_)
       before_text_();
-    std::fprintf(stderr, "%s ", printable(prompt).c_str());
-    return read_typed_line(secret).value_or(std::string());
+    return read_typed_line(prompt, secret).value_or(std::string());
   }
   say(std::string(title) + ": " + std::string(prompt) + " Nobody can be asked: the answer is empty.");
   return {};

@@ -60,8 +60,8 @@ class ConsoleDialogs final : public platform::Dialogs {
   std::string last_trouble_;
 };
 
-/// A line typed at the terminal, without its end and not echoed when `secret`; nothing at the end of input or
-/// when Ctrl-C was pressed.
-std::optional<std::string> read_typed_line(bool secret);
+/// Shows the prompt and gives the line typed at the terminal, without its end and not echoed when `secret`;
+/// nothing at the end of input or when Ctrl-C was pressed.
+std::optional<std::string> read_typed_line(std::string_view prompt, bool secret);
 
 }  // namespace twk::cli

@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
+#include "cli/progress.hpp"
 #include "cli/run_registry.hpp"
 #include "lab/lab.hpp"
 #include "session/settings.hpp"
@@ -29,6 +30,22 @@ void tell_log_rows(const session::Session& session, std::size_t first) {
     if (rows.at(i).icon != session::kGreen && told.insert(text).second)
       complain(rows.at(i).icon + ": " + std::string(text));
   }
+}
+
+/// Brings the session up as far as it is needed.
+session::StartUp start(session::Session& session, Depth depth) {
+  if (depth == Depth::kSettings) {
+    session::read_settings(session);
+    return session::StartUp::kReady;
+  }
+  if (depth == Depth::kDatabases) {
+    session::start_session_without_domain(session);
+    return session::StartUp::kReady;
+  }
+  Progress progress;
+  const auto& text = session.splash.Splash_TxT.caption;
+  const auto watch = text.watch([&] { progress.show(text.get()); });
+  return session::start_session(session);
 }
 
 }  // namespace
@@ -132,13 +149,7 @@ session::Session& Context::session(Depth depth) {
     database.pop_back();
   session_ = std::make_unique<session::Session>(opened.services, options_.debug ? "/DEBUG" : "", database);
   session::Session& session = *session_;
-  session::StartUp result = session::StartUp::kReady;
-  if (depth == Depth::kSettings)
-    session::read_settings(session);
-  else if (depth == Depth::kDatabases)
-    session::start_session_without_domain(session);
-  else
-    result = session::start_session(session);
+  const session::StartUp result = start(session, depth);
   tell_log_rows(session, 0);
   if (result == session::StartUp::kNotPermitted)
     throw base::RuntimeError(platform::ads_error::kAccessDenied, "You may not run this program.");

@@ -92,12 +92,14 @@ bool is_terminal(int descriptor) {
   return isatty(descriptor) == 1;
 }
 
+bool can_move_cursor(int descriptor) {
+  const char* terminal = std::getenv("TERM");  // NOLINT(concurrency-mt-unsafe): one thread
+  return is_terminal(descriptor) && terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
 bool may_colour(int descriptor) {
   const char* no_colour = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): one thread
-  const char* terminal = std::getenv("TERM");       // NOLINT(concurrency-mt-unsafe)
-  if (no_colour != nullptr && *no_colour != '\0')
-    return false;
-  return is_terminal(descriptor) && terminal != nullptr && std::string_view(terminal) != "dumb";
+  return (no_colour == nullptr || *no_colour == '\0') && can_move_cursor(descriptor);
 }
 
 }  // namespace twk::cli

@@ -25,8 +25,9 @@ std::string error_number_text(std::uint32_t number);
 
 /// True when the stream is a terminal.
 bool is_terminal(int descriptor);
-/// True when colour may be used on the stream: a terminal that is not "dumb", and no NO_COLOR in the
-/// environment.
+/// True for a terminal that understands escape sequences, which "dumb" ones do not.
+bool can_move_cursor(int descriptor);
+/// True for such a terminal when there is no NO_COLOR in the environment.
 bool may_colour(int descriptor);
 
 }  // namespace twk::cli

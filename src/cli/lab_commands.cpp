@@ -75,9 +75,27 @@ void choose_names(InitArguments& arguments) {
   }
 }
 
+/// What cannot be made for a reason in the command line is told as such.
+void create_lab(const InitArguments& arguments) {
+  std::error_code unreadable;
+  if (std::filesystem::exists(std::filesystem::path(arguments.folder) / "lab.conf", unreadable))
+    throw Refused(arguments.folder + " is a lab already.");
+  if (std::filesystem::exists(arguments.folder, unreadable) &&
+      !std::filesystem::is_empty(arguments.folder, unreadable) && !unreadable)
+    throw Refused(arguments.folder + " is not an empty folder.");
+  try {
+    lab::create_lab(arguments.folder, arguments.plan);
+  } catch (const base::RuntimeError& failure) {
+    constexpr std::uint32_t kInvalidArgument = 5;
+    if (failure.number() == kInvalidArgument || failure.number() == platform::ads_error::kConstraint)
+      throw UsageError(failure.description());
+    throw;
+  }
+}
+
 int init_lab(Context& context, InitArguments& arguments) {
   choose_names(arguments);
-  lab::create_lab(arguments.folder, arguments.plan);
+  create_lab(arguments);
   context.options().lab = arguments.folder;
   const std::string domain = context.domain().name;
   if (!context.registry().Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\Setup",

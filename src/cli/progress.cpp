@@ -21,7 +21,7 @@ std::size_t terminal_width() {
 
 }  // namespace
 
-Progress::Progress() : terminal_(is_terminal(STDERR_FILENO)) {}
+Progress::Progress() : terminal_(can_move_cursor(STDERR_FILENO)) {}
 
 Progress::~Progress() {
   clear();

@@ -47,7 +47,10 @@ int create_user(Context& context, const CreateArguments& arguments) {
     Progress progress;
     context.dialogs().before_text([&] { progress.clear(); });
     const auto watch = form.progress.caption.watch([&] { progress.show(form.progress.caption.get()); });
-    act(session, [&] { creation::CreateUser_Click(session); });
+    act(session, [&] {
+      creation::CreateUser_Click(session);
+      progress.clear();
+    });
     context.dialogs().before_text({});
   }
   const session::CreationOutcome& outcome = session.LastCreation;

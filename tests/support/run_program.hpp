@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,7 +20,7 @@ namespace twk::test {
 
 struct ProgramRun {
   std::vector<std::string> arguments;  ///< the program first
-  std::string input;                   ///< what stands on its standard input, or is typed
+  std::string input;  ///< what stands on its standard input; what is typed once it wrote something
   std::vector<std::pair<std::string, std::string>> environment;
   bool terminal = false;  ///< standard input, output and error are one terminal; all output is in `out`
 };
@@ -69,13 +70,17 @@ inline ProgramResult run_on_terminal(const ProgramRun& run) {
   fcntl(master, F_SETFD, FD_CLOEXEC);
   fcntl(slave, F_SETFD, FD_CLOEXEC);
   const pid_t child = fork();
-  if (child == 0)
+  if (child == 0) {
+    setsid();
+    ioctl(slave, TIOCSCTTY, 0);
     become(run, {slave, slave, slave});
+  }
   close(slave);
   ProgramResult result;
-  if (write(master, run.input.data(), run.input.size()) < 0)
+  const bool written = drain(master, result.out);
+  if (written && write(master, run.input.data(), run.input.size()) < 0)
     throw std::runtime_error("cannot type");
-  while (drain(master, result.out)) {
+  while (written && drain(master, result.out)) {
   }
   close(master);
   result.exit_code = exit_code_of(child);

@@ -1,0 +1,119 @@
+#include "cli/twk_fixture.hpp"
+
+namespace twk::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+struct UsageCase {
+  const char* what;
+  Arguments arguments;
+  const char* message;
+};
+
+class RefusedCommandLine : public testing::TestWithParam<UsageCase> {};
+
+TEST_P(RefusedCommandLine, EndsWith64AndSaysWhyOnStandardError) {
+  const ProgramResult result = twk(GetParam().arguments);
+  EXPECT_EQ(result.exit_code, 64);
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(result.err, AllOf(StartsWith("twk: "), HasSubstr(GetParam().message)));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLine, RefusedCommandLine,
+    testing::Values(
+        UsageCase{"NoCommand", {}, "subcommand is required"},
+        UsageCase{"UnknownCommand", {"bogus"}, "unknown command or option bogus"},
+        UsageCase{"UnknownOption", {"site", "list", "--colour"}, "--colour"},
+        UsageCase{"NoLab", {"site", "list"}, "TWK_LAB"},
+        UsageCase{"Live", {"--live", "user", "list"}, "labs only"},
+        UsageCase{"YesAndNoInput", {"--yes", "--no-input", "site", "list"}, "excludes"},
+        UsageCase{"BadUtf8", {"user", "show", "a\xff"}, "argument 3 is not valid UTF-8"},
+        UsageCase{"ControlCharacter", {"user", "show", "a\nb"}, "control character U+000A"},
+        UsageCase{"LongField", {"site", "add", "X", "--nt-server", "123456789012345678901"}, "20 characters"},
+        UsageCase{"BadHours", {"template", "add", "X", "--logon-hours", "FF"}, "42 hexadecimal digits"},
+        UsageCase{"BadRange",
+                  {"--lab", "/", "user", "import", "x", "--template", "T", "--site", "S", "--groups", "9-3"},
+                  "--groups takes"}),
+    [](const auto& named) { return named.param.what; });
+
+TEST(CommandLine, HelpNamesTheCommandsButNotWhatIsNotBuilt) {
+  const ProgramResult result = twk({"--help"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_THAT(result.out, AllOf(HasSubstr("--lab"), HasSubstr("template"), Not(HasSubstr("--live"))));
+  EXPECT_EQ(result.err, "");
+}
+
+TEST(CommandLine, AFolderWithoutALabIsBadInput) {
+  const TemporaryDirectory folder;
+  const ProgramResult result = twk({"--lab", folder.path().string(), "lab", "info"});
+  EXPECT_EQ(result.exit_code, 65);
+  EXPECT_THAT(result.err, HasSubstr("is no lab"));
+}
+
+using CommandsOnALab = TwkLab;
+
+TEST_F(CommandsOnALab, TheEnvironmentNamesTheLabWhenTheCommandLineDoesNot) {
+  ProgramRun run;
+  run.environment = {{"TWK_LAB", lab()}};
+  run.arguments = {TWK_BIN_DIR "/twk", "site", "list", "--json"};
+  const ProgramResult result = run_program(run);
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(json_lines(result.out).at(0)["name"], "Head Office");
+}
+
+TEST_F(CommandsOnALab, AMovedLabKeepsItsDatabase) {
+  std::filesystem::rename(lab(), lab() + " moved");
+  const ProgramResult result = twk({"--lab", lab() + " moved", "template", "list"});
+  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_THAT(result.out, HasSubstr("Staff"));
+  std::filesystem::rename(lab() + " moved", lab());
+}
+
+TEST_F(CommandsOnALab, TheDatabaseOfOneRunIsNotStored) {
+  const TemporaryDirectory other;
+  EXPECT_EQ(run({"--db", other.path().string(), "site", "add", "Elsewhere", "--nt-server", "S"}).exit_code,
+            0);
+  EXPECT_TRUE(std::filesystem::exists(other / "Site.dat"));
+  EXPECT_THAT(run({"site", "list"}).out, Not(HasSubstr("Elsewhere")));
+}
+
+TEST_F(CommandsOnALab, ColourIsForTerminalsWithoutNoColor) {
+  const auto create_on = [&](const char* last, ProgramRun how) {
+    return run({"user", "create", "--template", "Staff", "--site", "Head Office", "--ou", kNewStarters, "Al",
+                last},
+               {}, std::move(how))
+        .out;
+  };
+  ProgramRun terminal;
+  terminal.terminal = true;
+  terminal.environment = {{"TERM", "xterm"}, {"NO_COLOR", ""}};
+  EXPECT_THAT(create_on("Abe", terminal), HasSubstr("\x1b[32mGREEN"));
+  terminal.environment = {{"TERM", "xterm"}, {"NO_COLOR", "1"}};
+  EXPECT_THAT(create_on("Bo", terminal), AllOf(HasSubstr("GREEN"), Not(HasSubstr("\x1b[32m"))));
+  EXPECT_EQ(create_on("Cox", {}), "GREEN  Al.Cox Created User\n");
+}
+
+TEST_F(CommandsOnALab, AFullDiskUnderTheOutputIsAFault) {
+  const ProgramResult result =
+      run_program({.arguments = {"/bin/sh", "-c", "exec \"$0\" --lab \"$1\" lab export >/dev/full",
+                                 TWK_BIN_DIR "/twk", lab()},
+                   .input = {},
+                   .environment = {}});
+  EXPECT_EQ(result.exit_code, 70);
+  EXPECT_THAT(result.err, HasSubstr("Cannot write to standard output"));
+}
+
+TEST_F(CommandsOnALab, ALabThatCannotBeReadSaysWhere) {
+  put_file(lab() + "/domain.ldif", "dn: DC=twk,DC=test\nnonsense\n");
+  const ProgramResult result = run({"user", "list"});
+  EXPECT_EQ(result.exit_code, 65);
+  EXPECT_THAT(result.err, AllOf(HasSubstr("domain.ldif"), HasSubstr("2")));
+}
+
+}  // namespace
+}  // namespace twk::test

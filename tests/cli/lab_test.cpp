@@ -1,0 +1,105 @@
+#include "cli/twk_fixture.hpp"
+
+namespace twk::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+TEST(Lab, IsMadeAsAskedAndTheSameForTheSameSeed) {
+  const TemporaryDirectory folder;
+  const Arguments plan = {"--domain", "Corp.Test", "--users", "7",      "--groups",
+                          "2",        "--ous",     "3",       "--seed", "9"};
+  std::vector<std::string> exports;
+  for (const char* name : {"a", "b"}) {
+    Arguments arguments = {"--json", "lab", "init", folder / name};
+    arguments.insert(arguments.end(), plan.begin(), plan.end());
+    const ProgramResult made = twk(arguments);
+    ASSERT_EQ(made.exit_code, 0) << made.err;
+    EXPECT_EQ(json_lines(made.out).at(0)["domain"], "corp.test");
+    exports.push_back(twk({"--lab", folder / name, "user", "list"}).out);
+  }
+  EXPECT_EQ(exports[0], exports[1]);
+}
+
+TEST(Lab, IsNotMadeOverSomethingElse) {
+  const TemporaryDirectory folder;
+  put_file(folder / "precious", "x");
+  const ProgramResult result = twk({"lab", "init", folder.path().string()});
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_THAT(result.err, HasSubstr("is not an empty folder"));
+}
+
+TEST(Lab, IsNotMadeWithNamesThatCannotBe) {
+  const TemporaryDirectory folder;
+  for (const Arguments& names :
+       {Arguments{"--kind", "nt", "--domain", "old.nt"}, Arguments{"--domain", "flat"},
+        Arguments{"--domain", "a b.test"}, Arguments{"--kind", "modern"}}) {
+    Arguments arguments = {"lab", "init", folder / "lab"};
+    arguments.insert(arguments.end(), names.begin(), names.end());
+    EXPECT_EQ(twk(arguments).exit_code, 64) << names.back();
+    EXPECT_FALSE(std::filesystem::exists(folder / "lab"));
+  }
+}
+
+using SampleLab = TwkLab;
+
+TEST_F(SampleLab, GoesOutAsLdifAndComesBackAsAnotherLab) {
+  const std::string ldif = file("domain.ldif", run({"lab", "export"}).out);
+  const ProgramResult made = twk({"--lab", lab() + "2", "--json", "lab", "import", ldif});
+  ASSERT_EQ(made.exit_code, 0) << made.err;
+  EXPECT_EQ(json_lines(made.out).at(0)["made"], true);
+  EXPECT_EQ(twk({"--lab", lab() + "2", "user", "list"}).out, run({"user", "list"}).out);
+}
+
+TEST_F(SampleLab, TakesFurtherEntriesAndPassesOverThoseItHas) {
+  const nlohmann::json result = result_of(
+      {"lab", "import",
+       file("more.ldif",
+            "dn: OU=Added,DC=twk,DC=test\nobjectClass: organizationalUnit\nou: Added\nname: Added\n\n"
+            "dn: " +
+                kNewStarters + "\nobjectClass: organizationalUnit\n")});
+  EXPECT_EQ(result["added"], 1);
+  EXPECT_EQ(result["skipped"], 1);
+}
+
+TEST_F(SampleLab, NamesTheLineOfARecordThatDoesNotFit) {
+  const ProgramResult result =
+      run({"lab", "import", file("bad.ldif", "\n\ndn: OU=x,OU=Nowhere,DC=twk,DC=test\nobjectClass: top\n")});
+  EXPECT_EQ(result.exit_code, 65);
+  EXPECT_THAT(result.err, AllOf(HasSubstr("Line 3"), HasSubstr("OU=Nowhere")));
+}
+
+TEST_F(SampleLab, LeavesNoLabBehindAnImportThatFails) {
+  const ProgramResult result =
+      twk({"--lab", lab() + "2", "lab", "import", file("bad.ldif", "dn: DC=a,DC=b\nnonsense\n")});
+  EXPECT_EQ(result.exit_code, 65);
+  EXPECT_FALSE(std::filesystem::exists(lab() + "2"));
+}
+
+struct FormatCase {
+  const char* what;
+  Arguments arguments;
+  const char* name;
+};
+
+class Formats : public TwkLab, public testing::WithParamInterface<FormatCase> {};
+
+TEST_P(Formats, GiveWhatTheSystemGives) {
+  Arguments arguments = {"format"};
+  arguments.insert(arguments.end(), GetParam().arguments.begin(), GetParam().arguments.end());
+  EXPECT_EQ(run(arguments).out, std::string(GetParam().name) + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lab, Formats,
+    testing::Values(FormatCase{"Plain", {"%first%.%last%", "John", "Fred", "Smith"}, "John.Smith"},
+                    FormatCase{"Serial", {"--serial", "7", "%last%%nnn%", "John", "", "Smith"}, "Smith007"},
+                    FormatCase{"StoredSerial", {"%last%%n%", "John", "", "Smith"}, "Smith1"},
+                    FormatCase{
+                        "ImportFields", {"--import", "a,,c", "%IMPORT3%%import1%", "J", "", "S"}, "ca"},
+                    FormatCase{"LeadingDash", {"--", "-1%first%", "John", "", "Smith"}, "-J"}),
+    [](const auto& named) { return named.param.what; });
+
+}  // namespace
+}  // namespace twk::test

@@ -1,0 +1,32 @@
+#include "cli/near_matches.hpp"
+
+#include "cli/failures.hpp"
+
+namespace twk::cli {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(NearMatches, StandNearestFirstAndAreAtMostThree) {
+  EXPECT_THAT(near_matches("staf", {"Stuff", "Staff", "Sales", "Stag", "Stab"}),
+              ElementsAre("Staff", "Stag", "Stab"));
+}
+
+TEST(NearMatches, IncludeNamesThatHoldTheOneAskedFor) {
+  EXPECT_THAT(near_matches("sales", {"OU=Sales,DC=twk,DC=test", "Personnel"}),
+              ElementsAre("OU=Sales,DC=twk,DC=test"));
+}
+
+TEST(NearMatches, LeaveOutWhatHasLittleInCommon) {
+  EXPECT_THAT(near_matches("London", {"Paris", "Rome"}), IsEmpty());
+  EXPECT_THAT(near_matches("", {"Paris"}), IsEmpty());
+}
+
+TEST(FindName, GivesTheNameAsTheListHoldsIt) {
+  EXPECT_EQ(find_name("template", " ÉTÉ", {"Hiver   ", "Été     "}), "Été     ");
+  EXPECT_THROW(find_name("template", "Ete", {"Été"}), Refused);
+}
+
+}  // namespace
+}  // namespace twk::cli

@@ -1,0 +1,141 @@
+#include "cli/twk_fixture.hpp"
+
+namespace twk::test {
+namespace {
+
+using testing::HasSubstr;
+
+using Stores = TwkLab;
+
+TEST_F(Stores, ASiteIsAddedChangedAndFoundInAnyCase) {
+  ASSERT_EQ(run({"site", "add", "London", "--nt-server", "LON1"}).exit_code, 0);
+  const nlohmann::json changed =
+      result_of({"site", "edit", "LONDON", "--exchange2000", "--exchange-server", "EX", "--exchange-org", "O",
+                 "--exchange-site", "S", "--mail-store", "M"});
+  EXPECT_EQ(changed, nlohmann::json({{"name", "London"},
+                                     {"ntServer", "LON1"},
+                                     {"exchange2000", true},
+                                     {"exchangeServer", "EX"},
+                                     {"exchangeOrg", "O"},
+                                     {"exchangeSite", "S"},
+                                     {"mailStore", "M"}}));
+  EXPECT_EQ(result_of({"site", "show", "london"}), changed);
+}
+
+struct RefusedStore {
+  const char* what;
+  Arguments arguments;
+  const char* message;
+};
+
+class RefusedStores : public TwkLab, public testing::WithParamInterface<RefusedStore> {};
+
+TEST_P(RefusedStores, SayWhyInTheSystemsWords) {
+  const ProgramResult result = run(GetParam().arguments);
+  EXPECT_EQ(result.exit_code, 2);
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(result.err, HasSubstr(GetParam().message));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stores, RefusedStores,
+    testing::Values(
+        RefusedStore{
+            "SiteWithoutServer", {"site", "add", "London"}, "Must Enter a Site Name, And a Home Server"},
+        RefusedStore{"SiteOfATakenName", {"site", "add", "HEAD OFFICE", "--nt-server", "S"}, "already used"},
+        RefusedStore{"SiteWithALongName",
+                     {"site", "add", "123456789012345678901", "--nt-server", "S"},
+                     "Site name too long (20 chrs max)"},
+        RefusedStore{"SiteWithHalfAnExchange",
+                     {"site", "edit", "Head Office", "--exchange-org", "O"},
+                     "Must enter all three vaules for exchange."},
+        RefusedStore{"SiteThatIsNot", {"site", "show", "Haed Office"}, "Near: \"Head Office\""},
+        RefusedStore{"TemplateOfATakenName", {"template", "add", "staff"}, "Already Exist"},
+        RefusedStore{"TemplateWithABadDrive",
+                     {"template", "edit", "Staff", "--home-drive", "1:"},
+                     "Home Drive Format Incorrect"},
+        RefusedStore{"TemplateWithAnUnknownGroup",
+                     {"template", "edit", "Staff", "--group", "Stuff"},
+                     "no group \"Stuff\". Near: \"Staff\""},
+        RefusedStore{"PrimaryGroupOutsideTheTemplate",
+                     {"template", "add", "X", "--primary-group", "Domain Guests"},
+                     "must be one of the template's groups"}),
+    [](const auto& named) { return named.param.what; });
+
+TEST_F(Stores, ATemplateIsAddedCopiedAndChanged) {
+  const std::string hours = "000000" + std::string(36, 'F');
+  ASSERT_EQ(run({"template", "add", "Sales", "--home-dir", "\\\\%Server%\\x", "--home-drive", "S:", "--group",
+                 "Staff", "--primary-group", "staff", "--variable", "Dept=Sales", "--variable",
+                 "Floor=", "--logon-hours", hours})
+                .exit_code,
+            0);
+  const nlohmann::json copy = result_of({"template", "copy", "sales", "Sales 2"});
+  EXPECT_EQ(copy["logonHours"], hours);
+  EXPECT_EQ(copy["primaryGroup"], "Staff");
+  EXPECT_EQ(copy["variables"], (nlohmann::json{"Dept=Sales", "Floor="}));
+  const nlohmann::json changed =
+      result_of({"template", "edit", "sales 2", "--group", "", "--variable", "A=B"});
+  EXPECT_EQ(changed["groups"], nlohmann::json::array());
+  EXPECT_EQ(changed["variables"], nlohmann::json{"A=B"});
+  EXPECT_EQ(changed["homeDir"], copy["homeDir"]);
+}
+
+struct TableCase {
+  const char* name;
+  const char* rows;
+  const char* shown;
+};
+
+class SideTables : public TwkLab, public testing::WithParamInterface<TableCase> {};
+
+TEST_P(SideTables, GiveBackWhatWasSet) {
+  const ProgramResult set = run({"table", "set", GetParam().name}, GetParam().rows);
+  EXPECT_EQ(set.exit_code, 0) << set.err;
+  EXPECT_EQ(run({"table", "show", GetParam().name}).out, GetParam().shown);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Stores, SideTables,
+    testing::Values(TableCase{"mail", "A,b,c\r\nD,\n", "A,b,c\nD,\n"},
+                    TableCase{"w2k", "p,title,%IMPORT5%\nm,x,y", "p,title,%IMPORT5%\nm,x,y\n"},
+                    TableCase{"permissions", "%UserName%,full control\nD\\x\tRead\towner\tyes\n",
+                              "%UserName%\tFull Control\t\tno\nD\\x\tRead\towner\tyes\n"},
+                    TableCase{"share-permissions", "", "Everyone\tFull Control\t\tno\n"}),
+    [](const auto& named) {
+      std::string name = named.param.name;
+      std::erase(name, '-');
+      return name;
+    });
+
+TEST_F(Stores, ABadRowOfATableIsNamedAndNothingIsWritten) {
+  const ProgramResult result = run({"table", "set", "permissions"}, "a,Read\nb,Full\n");
+  EXPECT_EQ(result.exit_code, 65);
+  EXPECT_THAT(result.err, HasSubstr("line 2"));
+  EXPECT_THAT(run({"table", "show", "permissions"}).out, HasSubstr("Domain Admins"));
+}
+
+TEST_F(Stores, SettingsGoOutAndComeBackAsText) {
+  ASSERT_EQ(run({"settings", "set", "Custom", "Menu", "Über \"uns\""}).exit_code, 0);
+  const std::string text = run({"settings", "export"}).out;
+  ASSERT_EQ(run({"settings", "set", "Custom", "Menu", "other"}).exit_code, 0);
+  EXPECT_EQ(run({"settings", "import", "-"}, text).exit_code, 0);
+  EXPECT_EQ(result_of({"settings", "get", "custom", "MENU"})["value"], "Über \"uns\"");
+}
+
+TEST_F(Stores, SettingsOfAnotherProgramAreNotImported) {
+  const ProgramResult result =
+      run({"settings", "import", "-"}, "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software\\Other]\n\"a\"=\"b\"\n");
+  EXPECT_EQ(result.exit_code, 65);
+  EXPECT_THAT(result.err, HasSubstr("nothing was imported"));
+}
+
+TEST_F(Stores, TheLogIsShownAndDeleted) {
+  ASSERT_EQ(create({"--ou", kNewStarters, "John", "Smith"}).exit_code, 0);
+  EXPECT_EQ(run({"log", "show", "--tail", "1"}).out, "User Created.\n");
+  EXPECT_EQ(run({"log", "clear"}).exit_code, 2);
+  EXPECT_EQ(run({"--yes", "log", "clear"}).exit_code, 0);
+  EXPECT_EQ(run({"log", "show"}).out, "");
+}
+
+}  // namespace
+}  // namespace twk::test

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "support/run_program.hpp"
+#include "support/temporary_directory.hpp"
+
+namespace twk::test {
+
+using Arguments = std::vector<std::string>;
+
+inline const std::string kNewStarters = "OU=New Starters,DC=twk,DC=test";
+
+/// The built program. Without `lab` it has none.
+inline ProgramResult twk(const Arguments& arguments, const std::string& input = {}, ProgramRun run = {}) {
+  run.arguments = {TWK_BIN_DIR "/twk"};
+  run.arguments.insert(run.arguments.end(), arguments.begin(), arguments.end());
+  run.input = input;
+  run.environment.emplace_back("TWK_LAB", "");
+  return run_program(run);
+}
+
+/// The objects of a result in JSON lines.
+inline std::vector<nlohmann::json> json_lines(const std::string& text) {
+  std::vector<nlohmann::json> lines;
+  std::size_t start = 0;
+  for (std::size_t end = 0; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
+    lines.push_back(nlohmann::json::parse(text.substr(start, end - start)));
+  return lines;
+}
+
+/// A sample lab, made once for the suite and copied for each test.
+class TwkLab : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { make("native"); }
+  static void TearDownTestSuite() { delete std::exchange(master_, nullptr); }
+
+  static void make(const std::string& kind) {
+    delete std::exchange(master_, new TemporaryDirectory);
+    const ProgramResult made =
+        twk({"lab", "init", *master_ / "lab", "--sample", "--kind", kind, "--users", "5"});
+    ASSERT_EQ(made.exit_code, 0) << made.err;
+  }
+
+  TwkLab() { std::filesystem::copy(*master_ / "lab", lab(), std::filesystem::copy_options::recursive); }
+
+  [[nodiscard]] std::string lab() const { return folder_ / "lab"; }
+  [[nodiscard]] std::string database_file(const std::string& name) const { return lab() + "/db/" + name; }
+  [[nodiscard]] std::string file(const std::string& name, std::string_view bytes) const {
+    put_file(folder_ / name, bytes);
+    return folder_ / name;
+  }
+
+  /// Runs the program on the lab; options of the program itself may stand in front of the command.
+  [[nodiscard]] ProgramResult run(Arguments arguments, const std::string& input = {},
+                                  ProgramRun how = {}) const {
+    arguments.insert(arguments.begin(), {"--lab", lab()});
+    return twk(arguments, input, std::move(how));
+  }
+  /// The one object that the command gives with --json.
+  [[nodiscard]] nlohmann::json result_of(Arguments arguments) const {
+    arguments.insert(arguments.begin(), "--json");
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.exit_code, 0) << result.err;
+    const auto lines = json_lines(result.out);
+    EXPECT_EQ(lines.size(), 1U) << result.out;
+    return lines.empty() ? nlohmann::json() : lines.front();
+  }
+  [[nodiscard]] ProgramResult create(const Arguments& further, const std::string& input = {}) const {
+    Arguments arguments = {"user", "create", "--template", "Staff", "--site", "Head Office"};
+    arguments.insert(arguments.end(), further.begin(), further.end());
+    return run(arguments, input);
+  }
+
+ private:
+  static inline TemporaryDirectory* master_ = nullptr;
+  TemporaryDirectory folder_;
+};
+
+}  // namespace twk::test
