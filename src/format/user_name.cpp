@@ -115,7 +115,9 @@ void expand_serial(session::Session& session, std::string& text, std::string_vie
 
 std::string UserName(session::Session& session, std::string format, std::string_view first,
                      std::string_view middle, std::string_view last) {
-  std::string text = " " + format + " ";
+  std::string text = std::move(format);
+  text.insert(0, 1, ' ');
+  text.push_back(' ');
   expand_name(text, "%FIRST%", first);
   expand_name(text, "%MIDDLE%", middle);
   expand_name(text, "%LAST%", last);

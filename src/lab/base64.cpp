@@ -40,7 +40,8 @@ void append_base64(std::string& out, std::string_view bytes) {
 
 std::optional<std::string> decode_base64(std::string_view text) {
   text = base::trim_right(text);
-  if (text.size() % 4 != 0) return std::nullopt;
+  if (text.size() % 4 != 0)
+    return std::nullopt;
   const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
   std::string out;
   out.reserve(text.size() / 4 * 3);
@@ -49,10 +50,13 @@ std::optional<std::string> decode_base64(std::string_view text) {
     const bool is_padding = i + padding >= text.size();
     const std::uint8_t digit =
         is_padding ? std::uint8_t{0} : kDigitValues[static_cast<unsigned char>(text[i])];
-    if (digit == kNoDigit) return std::nullopt;
+    if (digit == kNoDigit)
+      return std::nullopt;
     group = group << 6U | digit;
-    if (i % 4 != 3) continue;
-    for (const unsigned shift : {16U, 8U, 0U}) out.push_back(static_cast<char>(group >> shift & 255U));
+    if (i % 4 != 3)
+      continue;
+    for (const unsigned shift : {16U, 8U, 0U})
+      out.push_back(static_cast<char>(group >> shift & 255U));
     group = 0;
   }
   out.erase(out.size() - padding);

@@ -30,7 +30,8 @@ std::size_t part_end(std::string_view dn, std::size_t from) {
 /// Without the blanks around it; a blank behind a backslash belongs to the value.
 std::string_view trim_part(std::string_view part) {
   const std::size_t first = part.find_first_not_of(' ');
-  if (first == base::npos) return {};
+  if (first == base::npos)
+    return {};
   part.remove_prefix(first);
   const std::size_t end = part.find_last_not_of(' ') + 1;
   const std::string_view text = part.substr(0, end);
@@ -42,13 +43,16 @@ std::string_view trim_part(std::string_view part) {
 
 std::vector<std::string_view> split_dn(std::string_view dn) {
   std::vector<std::string_view> parts;
-  if (dn.empty()) return parts;
+  if (dn.empty())
+    return parts;
   for (std::size_t from = 0;;) {
     const std::size_t end = part_end(dn, from);
     const std::string_view part = trim_part(dn.substr(from, end - from));
-    if (part.find('=') == base::npos || part.front() == '=') invalid(dn);
+    if (part.find('=') == base::npos || part.front() == '=')
+      invalid(dn);
     parts.push_back(part);
-    if (end == dn.size()) return parts;
+    if (end == dn.size())
+      return parts;
     from = end + 1;
   }
 }
@@ -58,13 +62,17 @@ std::string_view parent_dn(std::string_view dn) {
   return end == dn.size() ? std::string_view{} : trim_part(dn.substr(end + 1));
 }
 
-std::string_view first_rdn(std::string_view dn) { return trim_part(dn.substr(0, part_end(dn, 0))); }
+std::string_view first_rdn(std::string_view dn) {
+  return trim_part(dn.substr(0, part_end(dn, 0)));
+}
 
 Rdn parse_rdn(std::string_view rdn) {
   const std::size_t equals = rdn.find('=');
-  if (equals == base::npos || equals == 0) invalid(rdn);
+  if (equals == base::npos || equals == 0)
+    invalid(rdn);
   std::string_view value = trim_part(rdn.substr(equals + 1));
-  if (value.size() >= 2 && value.front() == '"' && value.back() == '"') value = value.substr(1, value.size() - 2);
+  if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
+    value = value.substr(1, value.size() - 2);
   return {std::string(base::trim(rdn.substr(0, equals))), platform::unescape_dn_value(value)};
 }
 
@@ -76,7 +84,8 @@ std::string normalize_dn(std::string_view dn) {
   std::string out;
   out.reserve(dn.size());
   for (const std::string_view part : split_dn(dn)) {
-    if (!out.empty()) out.push_back(',');
+    if (!out.empty())
+      out.push_back(',');
     const Rdn rdn = parse_rdn(part);
     out += make_rdn(base::upper(rdn.type), base::upper(rdn.value));
   }
@@ -86,7 +95,8 @@ std::string normalize_dn(std::string_view dn) {
 std::string domain_dn(std::string_view domain) {
   std::string out;
   for (const std::string& label : base::split(domain, '.')) {
-    if (!out.empty()) out.push_back(',');
+    if (!out.empty())
+      out.push_back(',');
     out += make_rdn("DC", label);
   }
   return out;

@@ -16,18 +16,31 @@ bool is_ascii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+char upper_ascii(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
 }  // namespace
 
+std::string folded_key(std::string_view text) {
+  if (!is_ascii(text))
+    return base::upper(text);
+  std::string key(text);
+  std::transform(key.begin(), key.end(), key.begin(), upper_ascii);
+  return key;
+}
+
 std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed) {
-  for (const char c : bytes) seed = (seed ^ static_cast<unsigned char>(c)) * kPrime;
+  for (const char c : bytes)
+    seed = (seed ^ static_cast<unsigned char>(c)) * kPrime;
   return seed;
 }
 
 std::uint64_t hash_folded(std::string_view text, std::uint64_t seed) {
-  if (!is_ascii(text)) return hash_bytes(base::upper(text), seed);
+  if (!is_ascii(text))
+    return hash_bytes(base::upper(text), seed);
   for (const char c : text) {
-    const char folded = c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-    seed = (seed ^ static_cast<unsigned char>(folded)) * kPrime;
+    seed = (seed ^ static_cast<unsigned char>(upper_ascii(c))) * kPrime;
   }
   return seed;
 }
@@ -45,7 +58,8 @@ std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
     return mix_hash(parent, hash_folded(parts.value, hash_folded(parts.type)));
   }
   const std::size_t equals = rdn.find('=');
-  if (equals == base::npos || equals == 0) return mix_hash(parent, hash_folded(parse_rdn(rdn).value));
+  if (equals == base::npos || equals == 0)
+    return mix_hash(parent, hash_folded(parse_rdn(rdn).value));
   const std::uint64_t type = hash_folded(base::trim(rdn.substr(0, equals)));
   return mix_hash(parent, hash_folded(base::trim(rdn.substr(equals + 1)), type));
 }
@@ -53,7 +67,8 @@ std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
 std::uint64_t hash_dn(std::string_view dn) {
   const std::vector<std::string_view> parts = split_dn(dn);
   std::uint64_t hash = kHashSeed;
-  for (auto part = parts.rbegin(); part != parts.rend(); ++part) hash = hash_below(hash, *part);
+  for (auto part = parts.rbegin(); part != parts.rend(); ++part)
+    hash = hash_below(hash, *part);
   return hash;
 }
 
@@ -66,7 +81,8 @@ std::uint64_t hash_dn_or_text(std::string_view text) {
 }
 
 bool same_dn(std::string_view a, std::string_view b) {
-  if (a == b) return true;
+  if (a == b)
+    return true;
   try {
     return normalize_dn(a) == normalize_dn(b);
   } catch (const base::RuntimeError&) {

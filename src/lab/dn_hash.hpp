@@ -1,12 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 /// Hashes under which two spellings of one name are the same.
 namespace twk::lab {
 
 inline constexpr std::uint64_t kHashSeed = 0xCBF29CE484222325U;
+
+/// The text in upper case, as `base::upper` gives it; quick for ASCII.
+std::string folded_key(std::string_view text);
 
 /// Of bytes as they stand, and of text without regard to case.
 std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed = kHashSeed);

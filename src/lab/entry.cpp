@@ -1,13 +1,14 @@
 #include <unordered_set>
 
-#include "base/text.hpp"
 #include "lab/entry_node.hpp"
 
 namespace twk::lab {
 
 std::optional<Side> link_side(std::string_view attribute) {
-  if (base::equals_fold(attribute, link_attribute(Side::kGroup))) return Side::kGroup;
-  if (base::equals_fold(attribute, link_attribute(Side::kMember))) return Side::kMember;
+  if (is_same_attribute(attribute, link_attribute(Side::kGroup)))
+    return Side::kGroup;
+  if (is_same_attribute(attribute, link_attribute(Side::kMember)))
+    return Side::kMember;
   return std::nullopt;
 }
 
@@ -27,12 +28,15 @@ std::vector<std::string_view> Entry::views(std::string_view attribute) const {
     }
     return names;
   }
-  if (base::equals_fold(attribute, kDistinguishedName)) return {node_->dn};
+  if (is_same_attribute(attribute, kDistinguishedName))
+    return {node_->dn};
   std::vector<std::string_view> found;
   const std::optional<AttributeId> wanted = node_->pool->find(attribute);
-  if (!wanted) return found;
+  if (!wanted)
+    return found;
   node_->pool->each(node_->block, [&](AttributeId id, std::string_view value) {
-    if (id == *wanted) found.push_back(value);
+    if (id == *wanted)
+      found.push_back(value);
     return true;
   });
   return found;
@@ -61,11 +65,13 @@ std::vector<std::string> Entry::attribute_names() const {
   std::unordered_set<AttributeId> seen;
   std::vector<std::string> names;
   node_->pool->each(node_->block, [&](AttributeId id, std::string_view) {
-    if (seen.insert(id).second) names.emplace_back(node_->pool->name(id));
+    if (seen.insert(id).second)
+      names.emplace_back(node_->pool->name(id));
     return true;
   });
   for (const Side side : {Side::kGroup, Side::kMember}) {
-    if (node_->first_link[at(side)] != nullptr) names.emplace_back(link_attribute(side));
+    if (node_->first_link[at(side)] != nullptr)
+      names.emplace_back(link_attribute(side));
   }
   names.emplace_back(kDistinguishedName);
   return names;

@@ -16,57 +16,26 @@ namespace twk::lab {
 namespace {
 
 constexpr std::uint64_t kFoldSize = 16U << 20U;
-constexpr std::size_t kWriteSize = 1U << 20U;
 
 bool same_file(const std::optional<struct stat>& a, const std::optional<struct stat>& b) {
-  if (!a || !b) return !a && !b;
+  if (!a || !b)
+    return !a && !b;
   return a->st_dev == b->st_dev && a->st_ino == b->st_ino && a->st_size == b->st_size &&
          a->st_mtim.tv_sec == b->st_mtim.tv_sec && a->st_mtim.tv_nsec == b->st_mtim.tv_nsec;
 }
 
-LdifRecord content_record(const Node& node) {
-  LdifRecord record;
-  record.dn = node.dn;
-  node.pool->each(node.block, [&](AttributeId id, std::string_view value) {
-    const std::string_view name = node.pool->name(id);
-    if (record.attributes.empty() || record.attributes.back().name != name) {
-      record.attributes.push_back({std::string(name), {}});
-    }
-    record.attributes.back().values.emplace_back(value);
-    return true;
-  });
-  for (const Side side : {Side::kGroup, Side::kMember}) {
-    LdifAttribute names{std::string(link_attribute(side)), {}};
-    for (const Link* link = node.first_link[at(side)]; link != nullptr; link = link->next[at(side)]) {
-      // A membership is written once, at its group.
-      if (side == Side::kGroup || !link->is_whole()) names.values.push_back(link->dn(other(side)));
-    }
-    if (!names.values.empty()) record.attributes.push_back(std::move(names));
-  }
-  return record;
-}
-
-void export_tree(const EntryTree& tree, const std::function<void(std::string_view)>& write) {
-  std::string text;
-  for (const Node* node = next_below(tree.top(), tree.top()); node != nullptr;
-       node = next_below(*node, tree.top())) {
-    append_ldif(text, content_record(*node));
-    if (text.size() < kWriteSize) continue;
-    write(text);
-    text.clear();
-  }
-  if (!text.empty()) write(text);
-}
-
 /// A name that could not be read back is not written.
 void check_name(const std::string& attribute) {
-  if (is_attribute_name(attribute)) return;
+  if (is_attribute_name(attribute))
+    return;
   throw base::RuntimeError(platform::ads_error::kNoSuchAttribute, "Not an attribute's name: " + attribute);
 }
 
 void check_names(const LdifRecord& record) {
-  for (const LdifAttribute& attribute : record.attributes) check_name(attribute.name);
-  for (const Modification& change : record.modifications) check_name(change.attribute);
+  for (const LdifAttribute& attribute : record.attributes)
+    check_name(attribute.name);
+  for (const Modification& change : record.modifications)
+    check_name(change.attribute);
 }
 
 const Entry* entry_of(const Node* node) {
@@ -147,15 +116,18 @@ class EntryStore::Implementation::Lock {
 void EntryStore::Implementation::open() {
   const Lock lock(journal_, Journal::Access::kRead);
   reload(lock.is_held());
-  if (!lock.is_held() || !journal_.is_writable() || is_folded_in_ || journal_.size() <= kFoldSize) return;
+  if (!lock.is_held() || !journal_.is_writable() || is_folded_in_ || journal_.size() <= kFoldSize)
+    return;
   base::Trap trap;
-  if (trap([this] { fold(); })) return;
+  if (trap([this] { fold(); }))
+    return;
   must_reload_ = true;
   warn_(journal_.path().string() + ": the journal could not be folded in: " + trap.description());
 }
 
 void EntryStore::Implementation::refresh() {
-  if (is_writing_ || (!must_reload_ && journal_.is_unchanged())) return;
+  if (is_writing_ || (!must_reload_ && journal_.is_unchanged()))
+    return;
   const Lock lock(journal_, Journal::Access::kRead);
   if (lock.is_held()) {
     catch_up();
@@ -166,7 +138,8 @@ void EntryStore::Implementation::refresh() {
 
 /// Reads what others wrote, with the lock held.
 void EntryStore::Implementation::catch_up() {
-  if (must_reload_ || !same_file(status_of(ldif_path_), ldif_status_) || (journal_.is_new() && has_changes_)) {
+  if (must_reload_ || !same_file(status_of(ldif_path_), ldif_status_) ||
+      (journal_.is_new() && has_changes_)) {
     reload(true);
   } else if (journal_.is_new()) {
     read_new_journal();
@@ -188,7 +161,8 @@ void EntryStore::Implementation::reload(bool has_journal) {
   has_changes_ = false;
   tree_ = std::make_unique<EntryTree>();
   read_ldif_file();
-  if (has_journal) read_new_journal();
+  if (has_journal)
+    read_new_journal();
   must_reload_ = false;
 }
 
@@ -204,7 +178,8 @@ void EntryStore::Implementation::read_new_journal() {
     read_journal();
   } else {
     throw base::RuntimeError(base::error::kPathFileAccess,
-                             journal_.path().string() + ": the journal belongs to another \"domain.ldif\" (generation " +
+                             journal_.path().string() +
+                                 ": the journal belongs to another \"domain.ldif\" (generation " +
                                  std::to_string(generation) + ", not " + std::to_string(generation_) + ").");
   }
 }
@@ -212,7 +187,8 @@ void EntryStore::Implementation::read_new_journal() {
 void EntryStore::Implementation::read_ldif_file() {
   generation_ = 0;
   ldif_status_ = status_of(ldif_path_);
-  if (!ldif_status_) return;
+  if (!ldif_status_)
+    return;
   const PosixFile file(ldif_path_, O_RDONLY);
   ldif_status_ = file.status();
   const std::string text = file.read_from(0);
@@ -248,7 +224,8 @@ void EntryStore::Implementation::write(const LdifRecord& record, const Guard& gu
   check_names(record);
   const Lock lock(journal_, Journal::Access::kWrite);
   catch_up();
-  while (is_folded_in_) start_journal();
+  while (is_folded_in_)
+    start_journal();
   if (guard) {
     const Scope writing(is_writing_);
     guard();
@@ -262,7 +239,8 @@ void EntryStore::Implementation::write(const LdifRecord& record, const Guard& gu
 }
 
 void EntryStore::Implementation::end_batch() {
-  if (batches_ > 0 && --batches_ == 0) journal_.sync();
+  if (batches_ > 0 && --batches_ == 0)
+    journal_.sync();
 }
 
 /// Writes all entries as the next generation and starts its journal. The lock on the old one is held to the
@@ -313,7 +291,8 @@ const Entry* EntryStore::find_sid(std::string_view sid_bytes) const {
 
 std::vector<const Entry*> EntryStore::with_primary_group(std::string_view rid) const {
   std::vector<const Entry*> entries;
-  for (const Node* node : implementation_->tree().with_primary_group(rid)) entries.push_back(&node->entry);
+  for (const Node* node : implementation_->tree().with_primary_group(rid))
+    entries.push_back(&node->entry);
   return entries;
 }
 
@@ -323,12 +302,14 @@ bool EntryStore::is_member(const Entry& group, const Entry& user) const {
 
 void EntryStore::children(const Entry& parent, const std::function<bool(const Entry&)>& visit) const {
   const Node* child = parent.node_->first_child;
-  while (child != nullptr && visit(child->entry)) child = child->next;
+  while (child != nullptr && visit(child->entry))
+    child = child->next;
 }
 
 void EntryStore::subtree(const Entry& top, const std::function<bool(const Entry&)>& visit) const {
   const Node* node = top.node_;
-  while (node != nullptr && visit(node->entry)) node = next_below(*node, *top.node_);
+  while (node != nullptr && visit(node->entry))
+    node = next_below(*node, *top.node_);
 }
 
 std::vector<const Entry*> EntryStore::roots() const {
@@ -372,7 +353,8 @@ void EntryStore::rename(const std::string& dn, const std::string& new_rdn, const
   record.type = ChangeType::kModRdn;
   record.dn = dn;
   record.new_rdn = new_rdn;
-  if (!new_parent.empty()) record.new_superior = new_parent;
+  if (!new_parent.empty())
+    record.new_superior = new_parent;
   implementation_->write(record, guard);
 }
 
@@ -389,7 +371,8 @@ void EntryStore::export_to(const std::function<void(std::string_view)>& write) c
 
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder,
                                              const std::function<void(const std::string&)>& warn) {
-  if (!status_of(folder)) raise_file_error(ENOENT, folder);
+  if (!status_of(folder))
+    raise_file_error(ENOENT, folder);
   auto implementation = std::make_unique<EntryStore::Implementation>(folder, warn);
   implementation->open();
   return std::make_unique<EntryStore>(std::move(implementation));

@@ -59,7 +59,8 @@ class EntryStore {
 
   void refresh();
 
-  // Look-up, without a search through all entries.
+  // Look-up, without a search through all entries. `find` raises kInvalidDn for text that is no name; of
+  // several entries with one key any is found.
 
   [[nodiscard]] const Entry* find(std::string_view dn) const;
   [[nodiscard]] const Entry* find_account(std::string_view sam_account_name) const;
@@ -105,7 +106,9 @@ class EntryStore {
 /// Opens the folder's "domain.ldif" and "domain.journal.ldif" (which may be missing). A journal whose last
 /// record is torn is cut behind the last whole one and `warn` is told. A journal larger than 16 MiB is folded
 /// in: a new "domain.ldif" is written, synced and renamed, then the journal emptied; processes that have the
-/// lab open notice it. Raises runtime errors that name the file and line.
+/// lab open notice it. A folder that may not be written opens for reading, and a write raises permission
+/// denied. Raises runtime errors that name the file and line, and path not found for a folder that is not
+/// there.
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder,
                                              const std::function<void(const std::string&)>& warn);
 

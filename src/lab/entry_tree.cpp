@@ -16,9 +16,11 @@ std::uint64_t pair_hash(const Node& group, const Node& member) {
 }  // namespace
 
 const Node* next_below(const Node& node, const Node& top) {
-  if (node.first_child != nullptr) return node.first_child;
+  if (node.first_child != nullptr)
+    return node.first_child;
   const Node* at_node = &node;
-  while (at_node != &top && at_node->next == nullptr) at_node = at_node->parent;
+  while (at_node != &top && at_node->next == nullptr)
+    at_node = at_node->parent;
   return at_node == &top ? nullptr : at_node->next;
 }
 
@@ -40,7 +42,8 @@ Node* EntryTree::find(std::string_view dn) const {
 std::string_view EntryTree::first_value(const Node& node, AttributeId id) const {
   std::string_view found;
   pool_.each(node.block, [&](AttributeId each_id, std::string_view value) {
-    if (each_id == id) found = value;
+    if (each_id == id)
+      found = value;
     return each_id != id;
   });
   return found;
@@ -66,7 +69,8 @@ Node* EntryTree::find_sid(std::string_view bytes) const {
 std::vector<const Node*> EntryTree::with_primary_group(std::string_view rid) const {
   std::vector<const Node*> found;
   by_primary_group_.find(hash_bytes(rid), [&](const Node& node) {
-    if (first_value(node, primary_group_id_) == rid) found.push_back(&node);
+    if (first_value(node, primary_group_id_) == rid)
+      found.push_back(&node);
     return false;
   });
   std::sort(found.begin(), found.end(),
@@ -126,7 +130,8 @@ void EntryTree::add(Change& change) {
 
 void EntryTree::remove(Node& node) {
   for (const Side side : {Side::kGroup, Side::kMember}) {
-    while (Link* const link = node.first_link[at(side)]) destroy(*link);
+    while (Link* const link = node.first_link[at(side)])
+      destroy(*link);
   }
   take_out(node);
   by_dn_.erase(node);
@@ -149,7 +154,8 @@ void EntryTree::rename(Node& node, Change& change) {
   for (const Node* below = &node; below != nullptr; below = next_below(*below, node)) {
     Node& moved = const_cast<Node&>(*below);  // NOLINT: the nodes are this tree's own
     const bool is_root = moved.parent == &top_;
-    if (&moved != &node) moved.dn = std::string(first_rdn(moved.dn)) + "," + moved.parent->dn;
+    if (&moved != &node)
+      moved.dn = std::string(first_rdn(moved.dn)) + "," + moved.parent->dn;
     by_dn_.erase(moved);
     by_dn_.insert(moved,
                   is_root ? hash_dn(moved.dn) : hash_below(moved.parent->by_dn.hash, first_rdn(moved.dn)));
@@ -166,19 +172,23 @@ void EntryTree::hang_in(Node& node, Node& parent) {
   node.previous = parent.last_child;
   (parent.last_child != nullptr ? parent.last_child->next : parent.first_child) = &node;
   parent.last_child = &node;
-  if (&parent == &top_) orphans_.emplace(std::pair(hash_dn(parent_dn(node.dn)), node.sequence), &node);
+  if (&parent == &top_)
+    orphans_.emplace(std::pair(hash_dn(parent_dn(node.dn)), node.sequence), &node);
 }
 
 void EntryTree::take_out(Node& node) {
   (node.previous != nullptr ? node.previous->next : node.parent->first_child) = node.next;
   (node.next != nullptr ? node.next->previous : node.parent->last_child) = node.previous;
-  if (node.parent == &top_) orphans_.erase(std::pair(hash_dn(parent_dn(node.dn)), node.sequence));
+  if (node.parent == &top_)
+    orphans_.erase(std::pair(hash_dn(parent_dn(node.dn)), node.sequence));
 }
 
 /// Ties to a node what waited for an entry of its name.
 void EntryTree::settle(Node& node) {
-  if (!orphans_.empty()) adopt_orphans(node);
-  if (!text_links_.empty()) resolve_links(node);
+  if (!orphans_.empty())
+    adopt_orphans(node);
+  if (!text_links_.empty())
+    resolve_links(node);
 }
 
 void EntryTree::adopt_orphans(Node& node) {
@@ -186,7 +196,8 @@ void EntryTree::adopt_orphans(Node& node) {
   for (auto found = orphans_.lower_bound({hash, 0}); found != orphans_.end() && found->first.first == hash;) {
     Node& orphan = *found->second;
     ++found;
-    if (!same_dn(parent_dn(orphan.dn), node.dn)) continue;
+    if (!same_dn(parent_dn(orphan.dn), node.dn))
+      continue;
     take_out(orphan);
     hang_in(orphan, node);
   }
@@ -195,7 +206,8 @@ void EntryTree::adopt_orphans(Node& node) {
 void EntryTree::resolve_links(Node& node) {
   std::vector<Link*> waiting;
   text_links_.find(node.by_dn.hash, [&](Link& link) {
-    if (same_dn(*link.text, node.dn)) waiting.push_back(&link);
+    if (same_dn(*link.text, node.dn))
+      waiting.push_back(&link);
     return false;
   });
   for (Link* const link : waiting) {
@@ -216,10 +228,12 @@ void EntryTree::resolve_links(Node& node) {
 void EntryTree::index_keys(Node& node) {
   forget_keys(node);
   pool_.each(node.block, [&](AttributeId id, std::string_view value) {
-    if (id == account_id_ && node.by_account.back == nullptr) by_account_.insert(node, hash_folded(value));
+    if (id == account_id_ && node.by_account.back == nullptr)
+      by_account_.insert(node, hash_folded(value));
     if (id == principal_id_ && node.by_principal.back == nullptr)
       by_principal_.insert(node, hash_folded(value));
-    if (id == sid_id_ && node.by_sid.back == nullptr) by_sid_.insert(node, hash_bytes(value));
+    if (id == sid_id_ && node.by_sid.back == nullptr)
+      by_sid_.insert(node, hash_bytes(value));
     if (id == primary_group_id_ && node.by_primary_group.back == nullptr) {
       by_primary_group_.insert(node, hash_bytes(value));
     }
@@ -241,18 +255,22 @@ void EntryTree::apply_links(Node& node, std::vector<LinkStep>& steps) {
     if (step.kind == LinkStep::Kind::kAdd) {
       add_link(step.side, node, step);
     } else if (step.kind == LinkStep::Kind::kClear) {
-      while (Link* const link = node.first_link[at(step.side)]) destroy(*link);
+      while (Link* const link = node.first_link[at(step.side)])
+        destroy(*link);
     } else {
       Link* const link = step.end != nullptr ? find_link(step.side, node, *step.end)
                                              : find_text_link(step.side, node, step.text);
-      if (link != nullptr) destroy(*link);
+      if (link != nullptr)
+        destroy(*link);
     }
   }
 }
 
 void EntryTree::add_link(Side side, Node& node, LinkStep& step) {
-  if (step.end != nullptr && find_link(side, node, *step.end) != nullptr) return;
-  if (free_links_.empty()) free_links_.push_back(&link_store_.emplace_back());
+  if (step.end != nullptr && find_link(side, node, *step.end) != nullptr)
+    return;
+  if (free_links_.empty())
+    free_links_.push_back(&link_store_.emplace_back());
   Link& link = *free_links_.back();
   free_links_.pop_back();
   link.ends[at(side)] = &node;
@@ -279,7 +297,8 @@ void EntryTree::enlist(Link& link, Side side) {
 
 void EntryTree::delist(Link& link, Side side) {
   const std::size_t i = at(side);
-  if (link.ends[i] == nullptr) return;
+  if (link.ends[i] == nullptr)
+    return;
   Node& node = *link.ends[i];
   (link.previous[i] != nullptr ? link.previous[i]->next[i] : node.first_link[i]) = link.next[i];
   (link.next[i] != nullptr ? link.next[i]->previous[i] : node.last_link[i]) = link.previous[i];

@@ -109,6 +109,10 @@ class EntryTree {
 /// The node after `node` among `top` and all below it, parents first; null behind the last.
 const Node* next_below(const Node& node, const Node& top);
 
+/// Gives all entries as LDIF content records, parents first and children in their order, in pieces of about 1
+/// MiB.
+void export_tree(const EntryTree& tree, const std::function<void(std::string_view)>& write);
+
 /// Who wants a change. What a caller wants is checked in full: a parent must be stored, a link must name an
 /// entry, a value is added once. A file may hold children before parents, links to what is not there, and
 /// values twice.

@@ -25,9 +25,12 @@ bool is_attribute_character(char c) {
 }
 
 std::optional<unsigned> hex_digit(char c) {
-  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10U;
-  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10U;
+  if (c >= '0' && c <= '9')
+    return static_cast<unsigned>(c - '0');
+  if (c >= 'a' && c <= 'f')
+    return static_cast<unsigned>(c - 'a') + 10U;
+  if (c >= 'A' && c <= 'F')
+    return static_cast<unsigned>(c - 'A') + 10U;
   return std::nullopt;
 }
 
@@ -38,33 +41,39 @@ class Parser {
   Filter parse() {
     Filter filter = parse_filter(0);
     skip_blanks();
-    if (at_ != text_.size()) fail("Unexpected behind the filter");
+    if (at_ != text_.size())
+      fail("Unexpected behind the filter");
     return filter;
   }
 
  private:
   [[noreturn]] void fail(const std::string& what) const {
-    throw base::RuntimeError(kInvalidFilter, what + " at position " + std::to_string(at_ + 1) + " of the filter.");
+    throw base::RuntimeError(kInvalidFilter,
+                             what + " at position " + std::to_string(at_ + 1) + " of the filter.");
   }
 
   [[nodiscard]] bool is_at(char c) const { return at_ < text_.size() && text_[at_] == c; }
 
   bool take(char c) {
-    if (!is_at(c)) return false;
+    if (!is_at(c))
+      return false;
     ++at_;
     return true;
   }
 
   void expect(char c) {
-    if (!take(c)) fail(std::string("\"") + c + "\" expected");
+    if (!take(c))
+      fail(std::string("\"") + c + "\" expected");
   }
 
   void skip_blanks() {
-    while (is_at(' ')) ++at_;
+    while (is_at(' '))
+      ++at_;
   }
 
   Filter parse_filter(int depth) {
-    if (depth > kDeepest) fail("Nested too deep");
+    if (depth > kDeepest)
+      fail("Nested too deep");
     skip_blanks();
     expect('(');
     skip_blanks();
@@ -87,13 +96,15 @@ class Parser {
   Filter parse_list(Filter::Kind kind, int depth) {
     Filter filter;
     filter.kind = kind;
-    for (skip_blanks(); is_at('('); skip_blanks()) filter.children.push_back(parse_filter(depth + 1));
+    for (skip_blanks(); is_at('('); skip_blanks())
+      filter.children.push_back(parse_filter(depth + 1));
     return filter;
   }
 
   std::string parse_name() {
     const std::size_t from = at_;
-    while (at_ < text_.size() && is_attribute_character(text_[at_])) ++at_;
+    while (at_ < text_.size() && is_attribute_character(text_[at_]))
+      ++at_;
     return std::string(text_.substr(from, at_ - from));
   }
 
@@ -101,8 +112,10 @@ class Parser {
     Filter filter;
     filter.attribute = parse_name();
     skip_blanks();
-    if (is_at(':')) return parse_extensible(std::move(filter));
-    if (filter.attribute.empty()) fail("An attribute's name expected");
+    if (is_at(':'))
+      return parse_extensible(std::move(filter));
+    if (filter.attribute.empty())
+      fail("An attribute's name expected");
     if (take('~')) {
       filter.kind = Filter::Kind::kApprox;
     } else if (take('>')) {
@@ -123,8 +136,10 @@ class Parser {
     expect(':');
     if (!is_at('=')) {
       filter.matching_rule = parse_name();
-      if (filter.matching_rule.empty()) fail("A matching rule expected");
-      if (base::equals_fold(filter.matching_rule, "dn")) fail("\":dn\" is not supported");
+      if (filter.matching_rule.empty())
+        fail("A matching rule expected");
+      if (base::equals_fold(filter.matching_rule, "dn"))
+        fail("\":dn\" is not supported");
       expect(':');
     } else if (filter.attribute.empty()) {
       fail("An attribute's name or a matching rule expected");
@@ -137,11 +152,13 @@ class Parser {
   Filter parse_equality(Filter filter) {
     std::vector<std::string> pieces;
     pieces.push_back(parse_value());
-    while (take('*')) pieces.push_back(parse_value());
+    while (take('*'))
+      pieces.push_back(parse_value());
     if (pieces.size() == 1) {
       filter.kind = Filter::Kind::kEqual;
       filter.value = std::move(pieces.front());
-    } else if (std::all_of(pieces.begin(), pieces.end(), [](const std::string& piece) { return piece.empty(); })) {
+    } else if (std::all_of(pieces.begin(), pieces.end(),
+                           [](const std::string& piece) { return piece.empty(); })) {
       filter.kind = Filter::Kind::kPresent;
     } else {
       filter.kind = Filter::Kind::kSubstrings;
@@ -153,7 +170,8 @@ class Parser {
   std::string parse_value() {
     std::string value;
     while (at_ < text_.size() && text_[at_] != '*' && text_[at_] != ')') {
-      if (text_[at_] == '(' || text_[at_] == '\0') fail("A character that must be escaped");
+      if (text_[at_] == '(' || text_[at_] == '\0')
+        fail("A character that must be escaped");
       value.push_back(text_[at_] == '\\' ? parse_escape() : text_[at_]);
       ++at_;
     }
@@ -164,7 +182,8 @@ class Parser {
   char parse_escape() {
     const std::optional<unsigned> high = at_ + 1 < text_.size() ? hex_digit(text_[at_ + 1]) : std::nullopt;
     const std::optional<unsigned> low = at_ + 2 < text_.size() ? hex_digit(text_[at_ + 2]) : std::nullopt;
-    if (!high || !low) fail("Two hexadecimal digits expected behind the backslash");
+    if (!high || !low)
+      fail("Two hexadecimal digits expected behind the backslash");
     at_ += 2;
     return static_cast<char>(static_cast<unsigned char>(*high << 4U | *low));
   }
@@ -175,6 +194,8 @@ class Parser {
 
 }  // namespace
 
-Filter parse_filter(std::string_view text) { return Parser(text).parse(); }
+Filter parse_filter(std::string_view text) {
+  return Parser(text).parse();
+}
 
 }  // namespace twk::lab

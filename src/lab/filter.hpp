@@ -26,25 +26,27 @@ struct Filter {
   Kind kind = Kind::kPresent;
   std::vector<Filter> children = {};  ///< of and, or, not
   std::string attribute = {};
-  std::string value = {};               ///< unescaped bytes
-  std::vector<std::string> pieces = {}; ///< of substrings: initial, any…, final; initial and final may be empty
-  std::string matching_rule = {};       ///< of extensible; the bit rules 1.2.840.113556.1.4.803 and .804 are known
+  std::string value = {};  ///< unescaped bytes
+  std::vector<std::string> pieces =
+      {};                          ///< of substrings: initial, any…, final; initial and final may be empty
+  std::string matching_rule = {};  ///< of extensible; the bit rules 1.2.840.113556.1.4.803 and .804 are known
 };
 
 /// The number of the error that text which is no filter raises: E_ADS_INVALID_FILTER.
 inline constexpr std::uint32_t kInvalidFilter = 0x80005014;
 
-/// Raises kInvalidFilter, telling the position, for text that is no filter. Nesting deeper than 100 is refused, and
-/// so is ":dn". "(&)" is true and "(|)" false, RFC 4526. Blanks between the parts are passed over.
+/// Raises kInvalidFilter, telling the position, for text that is no filter. Nesting deeper than 100 is
+/// refused, and so is ":dn". "(&)" is true and "(|)" false, RFC 4526. Blanks between the parts are passed
+/// over.
 Filter parse_filter(std::string_view text);
 
 /// The values of an attribute of the entry at hand, asked by name.
 using AttributeReader = std::function<std::vector<std::string_view>(std::string_view attribute)>;
 
-/// True when the filter holds for the entry. Text compares without regard to case and with runs of blanks as one,
-/// integers as numbers; an attribute that the entry lacks is "undefined", which is not true, also behind "not".
-/// "objectCategory" equals its short class name ("person") as well as the full name of the category; names compare
-/// as names, however spelled. "~=" means "=". An unknown matching rule gives "undefined".
+/// True when the filter holds for the entry. Text compares without regard to case and with runs of blanks as
+/// one, integers as numbers; an attribute that the entry lacks is "undefined", which is not true, also behind
+/// "not". "objectCategory" equals its short class name ("person") as well as the full name of the category;
+/// names compare as names, however spelled. "~=" means "=". An unknown matching rule gives "undefined".
 bool matches(const Filter& filter, const AttributeReader& read);
 
 }  // namespace twk::lab

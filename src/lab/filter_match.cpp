@@ -17,22 +17,28 @@ constexpr std::string_view kAnyBitRule = "1.2.840.113556.1.4.804";
 
 enum class Truth { kFalse, kUndefined, kTrue };
 
-Truth truth(bool holds) { return holds ? Truth::kTrue : Truth::kFalse; }
+Truth truth(bool holds) {
+  return holds ? Truth::kTrue : Truth::kFalse;
+}
 
 /// In upper case, runs of blanks as one.
 std::string folded(std::string_view text) {
   std::string out = base::upper(text);
-  out.erase(std::unique(out.begin(), out.end(), [](char a, char b) { return a == ' ' && b == ' '; }), out.end());
+  out.erase(std::unique(out.begin(), out.end(), [](char a, char b) { return a == ' ' && b == ' '; }),
+            out.end());
   return out;
 }
 
-std::string folded_whole(std::string_view text) { return folded(base::trim(text)); }
+std::string folded_whole(std::string_view text) {
+  return folded(base::trim(text));
+}
 
 std::optional<std::int64_t> to_integer(std::string_view text) {
   std::int64_t number = 0;
   const char* const end = text.data() + text.size();
   const auto [last, error] = std::from_chars(text.data(), end, number);
-  if (text.empty() || error != std::errc{} || last != end) return std::nullopt;
+  if (text.empty() || error != std::errc{} || last != end)
+    return std::nullopt;
   return number;
 }
 
@@ -44,7 +50,8 @@ bool is_same_integer(std::string_view stored, std::string_view wanted) {
 
 bool is_same_name(std::string_view stored, std::string_view wanted) {
   const bool may_be_names = stored.find('=') != base::npos && wanted.find('=') != base::npos;
-  if (!may_be_names || !base::equals_fold(stored.substr(0, 1), wanted.substr(0, 1))) return false;
+  if (!may_be_names || !base::equals_fold(stored.substr(0, 1), wanted.substr(0, 1)))
+    return false;
   try {
     return normalize_dn(stored) == normalize_dn(wanted);
   } catch (const base::RuntimeError&) {
@@ -53,16 +60,18 @@ bool is_same_name(std::string_view stored, std::string_view wanted) {
 }
 
 bool is_equal(std::string_view stored, std::string_view wanted) {
-  return stored == wanted || folded_whole(stored) == folded_whole(wanted) || is_same_integer(stored, wanted) ||
-         is_same_name(stored, wanted);
+  return stored == wanted || folded_whole(stored) == folded_whole(wanted) ||
+         is_same_integer(stored, wanted) || is_same_name(stored, wanted);
 }
 
 /// "organizationalUnit" names the category "CN=Organizational-Unit,CN=Schema,…", "user" the one of persons.
 bool is_category(std::string_view stored, std::string_view wanted) {
-  if (is_equal(stored, wanted)) return true;
+  if (is_equal(stored, wanted))
+    return true;
   static constexpr std::string_view kPersons[] = {"user", "contact", "inetOrgPerson", "organizationalPerson"};
   for (const std::string_view person : kPersons) {
-    if (base::equals_fold(wanted, person)) wanted = "person";
+    if (base::equals_fold(wanted, person))
+      wanted = "person";
   }
   try {
     std::string name = parse_rdn(first_rdn(stored)).value;
@@ -77,7 +86,8 @@ bool is_category(std::string_view stored, std::string_view wanted) {
 int compare(std::string_view a, std::string_view b) {
   const std::optional<std::int64_t> number_a = to_integer(a);
   const std::optional<std::int64_t> number_b = to_integer(b);
-  if (number_a && number_b) return *number_a < *number_b ? -1 : *number_a > *number_b ? 1 : 0;
+  if (number_a && number_b)
+    return *number_a < *number_b ? -1 : *number_a > *number_b ? 1 : 0;
   return folded_whole(a).compare(folded_whole(b));
 }
 
@@ -85,12 +95,14 @@ bool has_pieces(std::string_view stored, const std::vector<std::string>& pieces)
   const std::string text = folded_whole(stored);
   std::string_view rest = text;
   const std::string first = folded(pieces.front());
-  if (!rest.starts_with(first)) return false;
+  if (!rest.starts_with(first))
+    return false;
   rest.remove_prefix(first.size());
   for (std::size_t i = 1; i + 1 < pieces.size(); ++i) {
     const std::string piece = folded(pieces[i]);
     const std::size_t found = rest.find(piece);
-    if (found == base::npos) return false;
+    if (found == base::npos)
+      return false;
     rest.remove_prefix(found + piece.size());
   }
   return rest.ends_with(folded(pieces.back()));
@@ -99,7 +111,8 @@ bool has_pieces(std::string_view stored, const std::vector<std::string>& pieces)
 Truth any_value(const Filter& filter, const AttributeReader& read,
                 const std::function<bool(std::string_view stored)>& holds) {
   const std::vector<std::string_view> values = read(filter.attribute);
-  if (values.empty()) return Truth::kUndefined;
+  if (values.empty())
+    return Truth::kUndefined;
   return truth(std::any_of(values.begin(), values.end(), holds));
 }
 
@@ -111,14 +124,18 @@ Truth matches_equal(const Filter& filter, const AttributeReader& read) {
 }
 
 Truth matches_extensible(const Filter& filter, const AttributeReader& read) {
-  if (filter.attribute.empty()) return Truth::kUndefined;
-  if (filter.matching_rule.empty()) return matches_equal(filter, read);
+  if (filter.attribute.empty())
+    return Truth::kUndefined;
+  if (filter.matching_rule.empty())
+    return matches_equal(filter, read);
   const bool all_bits = filter.matching_rule == kAllBitsRule;
   const std::optional<std::int64_t> mask = to_integer(filter.value);
-  if ((!all_bits && filter.matching_rule != kAnyBitRule) || !mask) return Truth::kUndefined;
+  if ((!all_bits && filter.matching_rule != kAnyBitRule) || !mask)
+    return Truth::kUndefined;
   return any_value(filter, read, [&](std::string_view stored) {
     const std::optional<std::int64_t> bits = to_integer(stored);
-    if (!bits) return false;
+    if (!bits)
+      return false;
     const auto common = static_cast<std::uint64_t>(*bits) & static_cast<std::uint64_t>(*mask);
     return all_bits ? common == static_cast<std::uint64_t>(*mask) : common != 0;
   });
@@ -133,13 +150,15 @@ Truth combine(const Filter& filter, const AttributeReader& read, Truth decided) 
   for (const Filter& child : filter.children) {
     const Truth one = evaluate(child, read);
     result = conjunction ? std::min(result, one) : std::max(result, one);
-    if (result == decided) break;
+    if (result == decided)
+      break;
   }
   return result;
 }
 
 Truth negate(Truth value) {
-  if (value == Truth::kUndefined) return value;
+  if (value == Truth::kUndefined)
+    return value;
   return truth(value == Truth::kFalse);
 }
 
@@ -157,11 +176,14 @@ Truth evaluate(const Filter& filter, const AttributeReader& read) {
     case Filter::Kind::kApprox:
       return matches_equal(filter, read);
     case Filter::Kind::kSubstrings:
-      return any_value(filter, read, [&](std::string_view stored) { return has_pieces(stored, filter.pieces); });
+      return any_value(filter, read,
+                       [&](std::string_view stored) { return has_pieces(stored, filter.pieces); });
     case Filter::Kind::kGreaterOrEqual:
-      return any_value(filter, read, [&](std::string_view stored) { return compare(stored, filter.value) >= 0; });
+      return any_value(filter, read,
+                       [&](std::string_view stored) { return compare(stored, filter.value) >= 0; });
     case Filter::Kind::kLessOrEqual:
-      return any_value(filter, read, [&](std::string_view stored) { return compare(stored, filter.value) <= 0; });
+      return any_value(filter, read,
+                       [&](std::string_view stored) { return compare(stored, filter.value) <= 0; });
     case Filter::Kind::kExtensible:
       return matches_extensible(filter, read);
   }
@@ -170,6 +192,8 @@ Truth evaluate(const Filter& filter, const AttributeReader& read) {
 
 }  // namespace
 
-bool matches(const Filter& filter, const AttributeReader& read) { return evaluate(filter, read) == Truth::kTrue; }
+bool matches(const Filter& filter, const AttributeReader& read) {
+  return evaluate(filter, read) == Truth::kTrue;
+}
 
 }  // namespace twk::lab

@@ -22,7 +22,8 @@ class HashTable {
   HashTable() : buckets_(16) {}
 
   void insert(Item& item, std::uint64_t hash) {
-    if (size_ >= buckets_.size()) grow();
+    if (size_ >= buckets_.size())
+      grow();
     (item.*hook).hash = hash;
     link(item);
     ++size_;
@@ -31,9 +32,11 @@ class HashTable {
   /// An item that is in no table is passed over.
   void erase(Item& item) {
     HashHook<Item>& hooks = item.*hook;
-    if (hooks.back == nullptr) return;
+    if (hooks.back == nullptr)
+      return;
     *hooks.back = hooks.next;
-    if (hooks.next != nullptr) (hooks.next->*hook).back = hooks.back;
+    if (hooks.next != nullptr)
+      (hooks.next->*hook).back = hooks.back;
     hooks = {};
     --size_;
   }
@@ -44,7 +47,8 @@ class HashTable {
   Item* find(std::uint64_t hash, Visit visit) const {
     for (Item* item = buckets_[index(hash)]; item != nullptr;) {
       Item* const next = (item->*hook).next;
-      if ((item->*hook).hash == hash && visit(*item)) return item;
+      if ((item->*hook).hash == hash && visit(*item))
+        return item;
       item = next;
     }
     return nullptr;
@@ -62,7 +66,8 @@ class HashTable {
     Item*& head = buckets_[index(hooks.hash)];
     hooks.next = head;
     hooks.back = &head;
-    if (head != nullptr) (head->*hook).back = &hooks.next;
+    if (head != nullptr)
+      (head->*hook).back = &hooks.next;
     head = &item;
   }
 

@@ -25,13 +25,15 @@ std::uint32_t crc32(std::string_view bytes) {
     std::array<std::uint32_t, 256> table{};
     for (std::uint32_t i = 0; i < 256; ++i) {
       std::uint32_t value = i;
-      for (int bit = 0; bit < 8; ++bit) value = (value & 1U) != 0 ? value >> 1U ^ 0xEDB88320U : value >> 1U;
+      for (int bit = 0; bit < 8; ++bit)
+        value = (value & 1U) != 0 ? value >> 1U ^ 0xEDB88320U : value >> 1U;
       table.at(i) = value;
     }
     return table;
   }();
   std::uint32_t crc = 0xFFFFFFFFU;
-  for (const char c : bytes) crc = kTable[(crc ^ static_cast<unsigned char>(c)) & 255U] ^ crc >> 8U;
+  for (const char c : bytes)
+    crc = kTable[(crc ^ static_cast<unsigned char>(c)) & 255U] ^ crc >> 8U;
   return ~crc;
 }
 
@@ -53,11 +55,13 @@ std::optional<RecordEnd> find_end(std::string_view text, std::size_t from) {
   std::size_t mark = from;
   if (text.substr(from, kEnd.size()) != kEnd) {
     const std::size_t found = text.find("\n# end", from);
-    if (found == base::npos) return std::nullopt;
+    if (found == base::npos)
+      return std::nullopt;
     mark = found + 1;
   }
   const std::size_t line_end = text.find('\n', mark);
-  if (line_end == base::npos || line_end + 1 >= text.size()) return std::nullopt;
+  if (line_end == base::npos || line_end + 1 >= text.size())
+    return std::nullopt;
   const std::string_view record = text.substr(from, mark - from);
   const std::string_view line = text.substr(mark, line_end + 2 - mark);
   const bool has_blank = text[line_end + 1] == '\n';
@@ -72,12 +76,14 @@ struct Whole {
 Whole find_whole(std::string_view text) {
   Whole whole;
   std::optional<RecordEnd> end = find_end(text, 0);
-  for (; end && end->is_right; end = find_end(text, end->position)) whole.end = end->position;
+  for (; end && end->is_right; end = find_end(text, end->position))
+    whole.end = end->position;
   while (end && !whole.goes_on) {
     end = find_end(text, end->position);
     whole.goes_on = end && end->is_right;
   }
-  if (!whole.goes_on && text.find_first_not_of("\r\n", whole.end) == base::npos) whole.end = text.size();
+  if (!whole.goes_on && text.find_first_not_of("\r\n", whole.end) == base::npos)
+    whole.end = text.size();
   return whole;
 }
 
@@ -104,24 +110,30 @@ Journal::Journal(std::filesystem::path path, std::function<void(const std::strin
 
 bool Journal::is_unchanged() const {
   const std::optional<struct stat> now = status_of(path_);
-  if (!now || !file_.is_open()) return !now && !file_.is_open();
+  if (!now || !file_.is_open())
+    return !now && !file_.is_open();
   return same_file(*now, identity_) && static_cast<std::uint64_t>(now->st_size) == end_ && !is_new_;
 }
 
 bool Journal::open(Access access) {
-  if (file_.is_open() && (writable_ || access == Access::kRead)) return true;
+  if (file_.is_open() && (writable_ || access == Access::kRead))
+    return true;
   const int create = access == Access::kWrite ? O_CREAT : 0;
   std::optional<PosixFile> file = PosixFile::try_open(path_, O_RDWR | create);
   writable_ = file.has_value();
-  if (!file && access == Access::kWrite) raise_file_error(errno == ENOENT ? ENOENT : EACCES, path_);
-  if (!file) file = PosixFile::try_open(path_, O_RDONLY);
+  if (!file && access == Access::kWrite)
+    raise_file_error(errno == ENOENT ? ENOENT : EACCES, path_);
+  if (!file)
+    file = PosixFile::try_open(path_, O_RDONLY);
   if (!file) {
-    if (errno != ENOENT) raise_file_error(errno, path_);
+    if (errno != ENOENT)
+      raise_file_error(errno, path_);
     file_.close();
     return false;
   }
   const struct stat status = file->status();
-  if (!file_.is_open() || !same_file(status, identity_)) is_new_ = true;
+  if (!file_.is_open() || !same_file(status, identity_))
+    is_new_ = true;
   file_ = *std::move(file);
   identity_ = status;
   return true;
@@ -131,7 +143,8 @@ bool Journal::lock(Access access) {
   while (open(access)) {
     file_.lock(writable_);
     const std::optional<struct stat> now = status_of(path_);
-    if (now && same_file(*now, identity_)) return true;
+    if (now && same_file(*now, identity_))
+      return true;
     file_.close();
     unsynced_ = false;
   }
@@ -139,7 +152,8 @@ bool Journal::lock(Access access) {
 }
 
 void Journal::unlock() {
-  if (file_.is_open()) file_.unlock();
+  if (file_.is_open())
+    file_.unlock();
 }
 
 std::uint64_t Journal::rewind(std::uint64_t generation) {
@@ -155,7 +169,8 @@ std::uint64_t Journal::rewind(std::uint64_t generation) {
     next_line_ = 3;
     return generation;
   }
-  if (text.empty()) return generation;
+  if (text.empty())
+    return generation;
   if (text.starts_with(kHeader)) {
     end_ = std::min(text.find_first_not_of("\r\n", text.find('\n')), text.size());
     next_line_ = 1 + count_lines(std::string_view(text).substr(0, end_));
@@ -168,15 +183,16 @@ Journal::Part Journal::read() {
   const Whole whole = find_whole(part.text);
   if (whole.goes_on) {
     const std::size_t line = next_line_ + count_lines(std::string_view(part.text).substr(0, whole.end));
-    throw base::RuntimeError(
-        kInvalidLdif,
-        path_.string() + ": Line " + std::to_string(line) + ": The record differs from what was written, and others follow it.");
+    throw base::RuntimeError(kInvalidLdif,
+                             path_.string() + ": Line " + std::to_string(line) +
+                                 ": The record differs from what was written, and others follow it.");
   }
   const std::size_t torn = part.text.size() - whole.end;
   part.text.resize(whole.end);
   end_ += whole.end;
   next_line_ += count_lines(part.text);
-  if (torn != 0 && writable_) cut(torn);
+  if (torn != 0 && writable_)
+    cut(torn);
   return part;
 }
 
@@ -196,7 +212,8 @@ void Journal::append(std::string_view record, bool sync_now) {
   text += end_line(record);
   try {
     file_.write_at(end_, text);
-    if (sync_now) file_.sync();
+    if (sync_now)
+      file_.sync();
   } catch (const base::RuntimeError&) {
     // What cannot be cut off has no right end, or is read by everybody at the next look.
     base::Trap trap;
@@ -209,7 +226,8 @@ void Journal::append(std::string_view record, bool sync_now) {
 }
 
 void Journal::sync() {
-  if (!std::exchange(unsynced_, false) || !file_.is_open()) return;
+  if (!std::exchange(unsynced_, false) || !file_.is_open())
+    return;
   file_.sync();
 }
 

@@ -10,7 +10,7 @@
 
 /// LDIF, RFC 2849: content records and change records. Lines end with LF or CRLF.
 ///
-///     ldif-file     version-spec 1*(SEP record)
+///     ldif-file     ["version: 1"] record*
 ///     record        "dn:" value, attribute lines, an empty line
 ///     value         ": " SAFE text | ":: " base64 | ":< " file URL (refused)
 ///     continuation  a line that begins with one blank goes on with the line before
@@ -51,6 +51,8 @@ struct LdifRecord {
 /// The number of the error that text which is not LDIF raises: the runtime's "invalid file format".
 inline constexpr std::uint32_t kInvalidLdif = 321;
 
+/// True when two names of attributes differ in the case of their letters at most.
+bool is_same_attribute(std::string_view a, std::string_view b);
 /// True for letters, digits and "-", ".", ";", "=", "_", except the words that begin a record.
 bool is_attribute_name(std::string_view name);
 

@@ -13,7 +13,8 @@ char fold(char c) {
 }
 
 void append_varint(std::string& out, std::uint32_t number) {
-  for (; number >= 128; number >>= 7U) out.push_back(static_cast<char>((number & 127U) | 128U));
+  for (; number >= 128; number >>= 7U)
+    out.push_back(static_cast<char>((number & 127U) | 128U));
   out.push_back(static_cast<char>(number));
 }
 
@@ -21,17 +22,18 @@ void append_varint(std::string& out, std::uint32_t number) {
 
 std::size_t AttributePool::FoldHash::operator()(std::string_view text) const {
   std::uint64_t hash = 0xCBF29CE484222325U;
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(fold(c))) * 0x100000001B3U;
+  for (const char c : text)
+    hash = (hash ^ static_cast<unsigned char>(fold(c))) * 0x100000001B3U;
   return hash;
 }
 
 bool AttributePool::FoldEqual::operator()(std::string_view a, std::string_view b) const {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return fold(x) == fold(y); });
+  return is_same_attribute(a, b);
 }
 
 AttributeId AttributePool::intern(std::string_view name) {
-  if (const std::optional<AttributeId> known = find(name)) return *known;
+  if (const std::optional<AttributeId> known = find(name))
+    return *known;
   const auto id = static_cast<AttributeId>(names_.size());
   names_.push_back({std::string(name)});
   ids_.emplace(names_.back().text, id);
@@ -45,7 +47,8 @@ std::optional<AttributeId> AttributePool::find(std::string_view name) const {
 
 /// An attribute whose values turn out to be mostly different is given up after some trials.
 bool AttributePool::is_worth_sharing(Name& name, std::string_view value) const {
-  if (value.size() < 3 || value.size() > kLongestShared) return false;
+  if (value.size() < 3 || value.size() > kLongestShared)
+    return false;
   return name.fresh < kTrialValues || name.fresh < name.seen / 4;
 }
 

@@ -44,8 +44,10 @@ class AttributePool {
       const std::uint32_t number = take_varint(block);
       const bool shared = (tag & 1U) != 0;
       const std::string_view value = shared ? std::string_view(values_[number]) : block.substr(0, number);
-      if (!shared) block.remove_prefix(number);
-      if (!visit(tag >> 1U, value)) return;
+      if (!shared)
+        block.remove_prefix(number);
+      if (!visit(tag >> 1U, value))
+        return;
     }
   }
 
@@ -70,7 +72,8 @@ class AttributePool {
       const auto byte = static_cast<unsigned char>(block.front());
       block.remove_prefix(1);
       number |= (byte & 127U) << shift;
-      if (byte < 128) return number;
+      if (byte < 128)
+        return number;
     }
   }
   [[nodiscard]] bool is_worth_sharing(Name& name, std::string_view value) const;

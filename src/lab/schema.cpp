@@ -102,7 +102,7 @@ std::string time_text(const AttributeSchema& attribute, const Value& value) {
     return base::to_text(t.year, 4) + base::to_text(t.month, 2) + base::to_text(t.day, 2) +
            base::to_text(t.hour, 2) + base::to_text(t.minute, 2) + base::to_text(t.second, 2) + ".0Z";
   }
-  const std::string text = value.text();
+  std::string text = value.text();
   if (!parse_generalized_time(text))
     violates(attribute, "is not a time");
   return text;

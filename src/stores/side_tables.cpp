@@ -1,5 +1,6 @@
 #include "stores/side_tables.hpp"
 
+#include <algorithm>
 #include <array>
 #include <functional>
 

@@ -11,7 +11,7 @@ namespace {
 using session::Form1;
 using session::Session;
 
-/// Key of the row of a site that has not been saved yet. No other row has a key.
+/// Key of the row of a site that has not been saved yet: the last one. No other row has a key.
 constexpr std::string_view kNewRow = "NewSite";
 
 std::array<controls::TextBox*, 5> fields(Form1& form1) {
@@ -23,7 +23,11 @@ bool is_exchange_2000(const Form1& form1) {
 }
 
 controls::ListRow* new_row(Form1& form1) {
-  return const_cast<controls::ListRow*>(form1.ListView2.find_key(kNewRow));
+  controls::ListView& sites = form1.ListView2;
+  if (sites.empty())
+    return nullptr;
+  controls::ListRow& last = sites.at(sites.size() - 1);
+  return last.key == kNewRow ? &last : nullptr;
 }
 
 void drop_new_row(Form1& form1) {

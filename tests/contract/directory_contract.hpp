@@ -360,6 +360,9 @@ TEST_P(DirectoryContract, SchemaTellsSyntaxAndWhetherSeveralValuesFit) {
     EXPECT_EQ(property->MultiValued(), one.multi_valued) << one.attribute;
   }
   EXPECT_EQ(number_of([&] { schema->GetObject("Property", "noSuchThing"); }), ads_error::kNoSuchObject);
+  const ValueList names = get("LDAP://Schema/User")->Get("OptionalProperties").list();
+  EXPECT_NE(std::find(names.begin(), names.end(), Value("otherTelephone")), names.end());
+  EXPECT_EQ(get("LDAP://Schema/otherTelephone")->Syntax(), "String");
 }
 
 TEST_P(DirectoryContract, FileSharesAreMadeReadEnumeratedAndDeleted) {

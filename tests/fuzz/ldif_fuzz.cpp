@@ -12,8 +12,9 @@ namespace {
 using twk::lab::LdifRecord;
 
 bool same_record(const LdifRecord& a, const LdifRecord& b) {
-  return a.type == b.type && a.dn == b.dn && a.attributes == b.attributes && a.modifications == b.modifications &&
-         a.new_rdn == b.new_rdn && a.delete_old_rdn == b.delete_old_rdn && a.new_superior == b.new_superior;
+  return a.type == b.type && a.dn == b.dn && a.attributes == b.attributes &&
+         a.modifications == b.modifications && a.new_rdn == b.new_rdn &&
+         a.delete_old_rdn == b.delete_old_rdn && a.new_superior == b.new_superior;
 }
 
 /// What was read is written and must be read again as the same record.
@@ -22,7 +23,8 @@ void check_round_trip(const LdifRecord& record) {
   twk::lab::append_ldif(text, record);
   std::vector<LdifRecord> again;
   twk::lab::read_ldif(text, [&](LdifRecord&& one) { again.push_back(std::move(one)); });
-  if (again.size() != 1 || !same_record(again.front(), record) || again.front().end != text.size()) std::abort();
+  if (again.size() != 1 || !same_record(again.front(), record) || again.front().end != text.size())
+    std::abort();
 }
 
 }  // namespace
@@ -33,8 +35,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     twk::lab::read_ldif(text, [&](LdifRecord&& record) { records.push_back(std::move(record)); });
   } catch (const twk::base::RuntimeError& failure) {
-    if (failure.number() != twk::lab::kInvalidLdif) std::abort();
+    if (failure.number() != twk::lab::kInvalidLdif)
+      std::abort();
   }
-  for (const LdifRecord& record : records) check_round_trip(record);
+  for (const LdifRecord& record : records)
+    check_round_trip(record);
   return 0;
 }

@@ -10,7 +10,8 @@ namespace {
 using testing::ElementsAre;
 
 TEST(DnTest, PartsAreSplitAtCommasThatAreNotEscaped) {
-  EXPECT_THAT(split_dn("CN=Smith\\, Jo , OU=\"a,b\",DC=x"), ElementsAre("CN=Smith\\, Jo", "OU=\"a,b\"", "DC=x"));
+  EXPECT_THAT(split_dn("CN=Smith\\, Jo , OU=\"a,b\",DC=x"),
+              ElementsAre("CN=Smith\\, Jo", "OU=\"a,b\"", "DC=x"));
   EXPECT_EQ(parent_dn("CN=Smith\\, Jo, DC=x"), "DC=x");
   EXPECT_EQ(parent_dn("DC=x"), "");
 }
@@ -23,7 +24,8 @@ TEST(DnTest, AnEscapedBlankAtTheEndBelongsToTheValue) {
 
 TEST(DnTest, SpellingsOfOneNameAreTheSame) {
   const std::string_view name = "CN=Smith\\, J\xC3\xB6,DC=x";
-  for (const std::string_view other : {"cn=smith\\2C J\xC3\x96 , dc=X", "CN = \"Smith, j\xC3\xB6\",DC=x", "cn=Smith\\, J\\C3\\B6,dc=x"}) {
+  for (const std::string_view other :
+       {"cn=smith\\2C J\xC3\x96 , dc=X", "CN = \"Smith, j\xC3\xB6\",DC=x", "cn=Smith\\, J\\C3\\B6,dc=x"}) {
     EXPECT_EQ(normalize_dn(other), normalize_dn(name)) << other;
     EXPECT_EQ(hash_dn(other), hash_dn(name)) << other;
     EXPECT_TRUE(same_dn(other, name)) << other;

@@ -244,6 +244,16 @@ TEST_F(LabRules, ShareNeedsAFolderAndAName) {
   EXPECT_EQ(number_of([&] { w_.directory().GetObject("WinNT://NOWHERE/lanmanserver"); }), 0x80070035U);
 }
 
+TEST_F(LabRules, SettingsStayInTheFolder) {
+  EXPECT_TRUE(
+      w_.platform().registry.Reg_Write(platform::kHiveCurrentUser, "Software\\Lab", "Colour", "blue"));
+  w_.reopen();
+  std::string value;
+  EXPECT_TRUE(w_.platform().registry.Reg_Read(platform::kHiveCurrentUser, "software\\lab", "colour", value));
+  EXPECT_EQ(value, "blue");
+  EXPECT_EQ(w_.lab().registry_listing().entries(platform::kHiveCurrentUser, "Software").size(), 1U);
+}
+
 TEST_F(LabRules, ControllerIsFoundByEitherNameOfTheDomain) {
   auto platform = w_.platform();
   for (const char* const name : {"TWK", "twk.test", "TWK.TEST", ""}) {

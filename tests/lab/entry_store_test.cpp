@@ -28,7 +28,6 @@ constexpr const char* kWorld =
     "dn: CN=Ann,OU=West,DC=twk,DC=test\nobjectClass: top\nobjectClass: user\ncn: Ann\nname: Ann\n"
     "sAMAccountName: ann\nuserPrincipalName: ann@twk.test\nobjectSid:: AQID\nprimaryGroupID: 513\n\n";
 
-
 std::string read_file(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
@@ -48,10 +47,12 @@ std::uint32_t error_of(const std::function<void()>& step) {
 class OrdinaryUser {
  public:
   OrdinaryUser() {
-    if (was_root_ && seteuid(kNobody) != 0) ADD_FAILURE() << "cannot become another user";
+    if (was_root_ && seteuid(kNobody) != 0)
+      ADD_FAILURE() << "cannot become another user";
   }
   ~OrdinaryUser() {
-    if (was_root_ && seteuid(0) != 0) ADD_FAILURE() << "cannot become root again";
+    if (was_root_ && seteuid(0) != 0)
+      ADD_FAILURE() << "cannot become root again";
   }
 
  private:
@@ -141,18 +142,24 @@ TEST_F(EntryStoreTest, ChangesAreThereAfterOpeningAgain) {
   EXPECT_THAT(warnings_, IsEmpty());
 }
 
-
 TEST_F(EntryStoreTest, WhatBreaksTheStructureIsRefusedWithItsNumber) {
   const auto store = open();
   const std::string before = exported(*store);
-  const auto modify = [&](const std::string& dn, ModifyKind kind, const std::string& name, const std::string& value) {
+  const auto modify = [&](const std::string& dn, ModifyKind kind, const std::string& name,
+                          const std::string& value) {
     return error_of([&] { store->modify(dn, {{kind, name, {value}}}, nullptr); });
   };
   EXPECT_EQ(error_of([&] { store->add("CN=x,OU=None," + domain_, {}, nullptr); }), ads_error::kNoSuchObject);
-  EXPECT_EQ(error_of([&] { store->add("cn=ANN, ou=west," + domain_, {}, nullptr); }), ads_error::kObjectExists);
+  EXPECT_EQ(error_of([&] { store->add("cn=ANN, ou=west," + domain_, {}, nullptr); }),
+            ads_error::kObjectExists);
   EXPECT_EQ(error_of([&] { store->add("Ann", {}, nullptr); }), ads_error::kInvalidDn);
-  EXPECT_EQ(error_of([&] { store->add("CN=x," + west_, {{"a:b", {"c"}}}, nullptr); }), ads_error::kNoSuchAttribute);
-  EXPECT_EQ(error_of([&] { store->add("CN=x," + west_, {{"member", {"CN=No," + west_}}}, nullptr); }),
+  EXPECT_EQ(error_of([&] {
+              store->add("CN=x," + west_, {{"a:b", {"c"}}}, nullptr);
+            }),
+            ads_error::kNoSuchAttribute);
+  EXPECT_EQ(error_of([&] {
+              store->add("CN=x," + west_, {{"member", {"CN=No," + west_}}}, nullptr);
+            }),
             ads_error::kNoSuchObject);
   EXPECT_EQ(error_of([&] { store->remove(west_, nullptr); }), ads_error::kNotOnNonLeaf);
   EXPECT_EQ(error_of([&] { store->remove("CN=No," + west_, nullptr); }), ads_error::kNoSuchObject);
@@ -170,12 +177,14 @@ TEST_F(EntryStoreTest, WhatBreaksTheStructureIsRefusedWithItsNumber) {
 
 TEST_F(EntryStoreTest, LaterModificationsSeeEarlierOnesAndAllOrNoneAreMade) {
   const auto store = open();
-  store->modify(ann_, {{ModifyKind::kAdd, "mail", {"a", "b"}}, {ModifyKind::kDelete, "mail", {"A"}}}, nullptr);
+  store->modify(ann_, {{ModifyKind::kAdd, "mail", {"a", "b"}}, {ModifyKind::kDelete, "mail", {"A"}}},
+                nullptr);
   EXPECT_THAT(store->find(ann_)->values("mail"), ElementsAre("b"));
   store->modify(staff_, {{ModifyKind::kDelete, "member", {}}, {ModifyKind::kAdd, "member", {ann_}}}, nullptr);
   EXPECT_THAT(store->find(staff_)->values("member"), ElementsAre(ann_));
   EXPECT_EQ(error_of([&] {
-              store->modify(ann_, {{ModifyKind::kReplace, "mail", {"c"}}, {ModifyKind::kDelete, "fax", {}}}, nullptr);
+              store->modify(ann_, {{ModifyKind::kReplace, "mail", {"c"}}, {ModifyKind::kDelete, "fax", {}}},
+                            nullptr);
             }),
             ads_error::kNoSuchAttribute);
   EXPECT_THAT(store->find(ann_)->values("mail"), ElementsAre("b"));
@@ -191,8 +200,10 @@ TEST_F(EntryStoreTest, AGuardThatRefusesLeavesAllAsItWas) {
 
 TEST_F(EntryStoreTest, IndexesFollowChanges) {
   const auto store = open();
-  store->modify(ann_, {{ModifyKind::kReplace, "sAMAccountName", {"anna"}}, {ModifyKind::kReplace, "primaryGroupID", {"514"}}},
-                nullptr);
+  store->modify(
+      ann_,
+      {{ModifyKind::kReplace, "sAMAccountName", {"anna"}}, {ModifyKind::kReplace, "primaryGroupID", {"514"}}},
+      nullptr);
   EXPECT_EQ(store->find_account("ann"), nullptr);
   EXPECT_EQ(store->find_account("anna"), store->find(ann_));
   EXPECT_THAT(store->with_primary_group("513"), IsEmpty());
@@ -244,7 +255,8 @@ TEST_F(EntryStoreTest, MembershipsVanishWithEitherSide) {
 }
 
 TEST_F(EntryStoreTest, ALinkToNothingIsTextUntilAnEntryGetsThatName) {
-  write_file(folder_ / "domain.ldif", std::string(kWorld) + "dn: CN=Lone," + domain_ + "\nmemberOf: CN=Late," + domain_ +
+  write_file(folder_ / "domain.ldif", std::string(kWorld) + "dn: CN=Lone," + domain_ +
+                                          "\nmemberOf: CN=Late," + domain_ +
                                           "\nmember;range=0-1499: not a name\n\n");
   const auto store = open();
   EXPECT_THAT(store->find("CN=Lone," + domain_)->values("memberOf"), ElementsAre("CN=Late," + domain_));
@@ -257,7 +269,8 @@ TEST_F(EntryStoreTest, ALinkToNothingIsTextUntilAnEntryGetsThatName) {
 }
 
 TEST_F(EntryStoreTest, ChildrenBeforeTheirParentInAFileAreTakenIn) {
-  write_file(folder_ / "domain.ldif", "dn: CN=a,OU=x,DC=t\ncn: a\n\ndn: OU=x,DC=t\nou: x\n\ndn: DC=t\ndc: t\n\n");
+  write_file(folder_ / "domain.ldif",
+             "dn: CN=a,OU=x,DC=t\ncn: a\n\ndn: OU=x,DC=t\nou: x\n\ndn: DC=t\ndc: t\n\n");
   const auto store = open();
   EXPECT_THAT(store->roots(), ElementsAre(store->find("DC=t")));
   std::vector<std::string> names;
@@ -277,7 +290,8 @@ TEST_F(EntryStoreTest, TwoStoresOnOneFolderSeeEachOthersChanges) {
   EXPECT_NE(two->find_account("bob"), nullptr);
   add_user(*two, "cid", west_);
   const auto unique = [&] {
-    if (one->find_account("cid") != nullptr) throw base::RuntimeError(ads_error::kObjectExists, "in use");
+    if (one->find_account("cid") != nullptr)
+      throw base::RuntimeError(ads_error::kObjectExists, "in use");
   };
   EXPECT_EQ(error_of([&] { one->add("CN=other," + west_, {}, unique); }), ads_error::kObjectExists);
   EXPECT_EQ(error_of([&] { add_user(*one, "cid", west_); }), ads_error::kObjectExists);
@@ -289,7 +303,8 @@ TEST_F(EntryStoreTest, ATornTailIsDroppedWithAWarningWhereverItsCutIs) {
   add_user(*store, "bob", west_);
   const std::string whole = read_file(journal());
   const std::string state = exported(*store);
-  store->modify(ann_, {{ModifyKind::kReplace, "mail", {"a", "b"}}, {ModifyKind::kReplace, "title", {"x"}}}, nullptr);
+  store->modify(ann_, {{ModifyKind::kReplace, "mail", {"a", "b"}}, {ModifyKind::kReplace, "title", {"x"}}},
+                nullptr);
   const std::string longer = read_file(journal());
   for (std::size_t size = whole.size() + 1; size < longer.size(); ++size) {
     write_file(journal(), longer.substr(0, size));
@@ -359,7 +374,8 @@ TEST_F(LargeJournalTest, IsFoldedInAtOpenAndOtherStoresNotice) {
   const auto second = open();
   EXPECT_LT(fs::file_size(journal()), 100U);
   EXPECT_EQ(exported(*second), state);
-  EXPECT_THAT(read_file(folder_ / "domain.ldif"), testing::StartsWith("# generation 1\n\ndn: DC=twk,DC=test\n"));
+  EXPECT_THAT(read_file(folder_ / "domain.ldif"),
+              testing::StartsWith("# generation 1\n\ndn: DC=twk,DC=test\n"));
   add_user(*first, "bob", west_);
   second->refresh();
   EXPECT_NE(second->find_account("bob"), nullptr);
@@ -432,7 +448,8 @@ TEST_F(EntryStoreTest, TheJournalIsForItsOwnerOnly) {
 }
 
 TEST_F(EntryStoreTest, AReadOnlyFolderIsReadAndWritesAreRefused) {
-  fs::permissions(folder_, fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write));
+  fs::permissions(
+      folder_, fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write));
   const OrdinaryUser user;
   const auto store = open();
   EXPECT_NE(store->find_account("ann"), nullptr);
@@ -450,7 +467,8 @@ TEST_F(EntryStoreTest, ManyMembersAndChildrenAreAddedAndRemovedQuickly) {
     store->modify(staff_, {{ModifyKind::kAdd, "member", {"CN=" + name(i) + "," + west_}}}, nullptr);
   }
   EXPECT_EQ(store->find(staff_)->values("member").size(), kCount + 2U);
-  for (int i = 0; i < kCount; ++i) store->remove("CN=" + name(i) + "," + west_, nullptr);
+  for (int i = 0; i < kCount; ++i)
+    store->remove("CN=" + name(i) + "," + west_, nullptr);
   store->end_batch();
   EXPECT_EQ(store->find(staff_)->values("member").size(), 2U);
   EXPECT_EQ(exported(*open()), exported(*store));

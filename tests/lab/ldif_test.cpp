@@ -43,7 +43,8 @@ TEST(LdifTest, SearchOutputIsReadWithItsCommentsAndSummaryPassedOver) {
 }
 
 TEST(LdifTest, FoldedLinesAndFoldedCommentsAreJoined) {
-  const LdifRecord record = read_one("version: 1\ndn: CN=A\n nn\n# a comment\n  that goes on\ncn: A\n n\n n\n");
+  const LdifRecord record =
+      read_one("version: 1\ndn: CN=A\n nn\n# a comment\n  that goes on\ncn: A\n n\n n\n");
   EXPECT_EQ(record.dn, "CN=Ann");
   EXPECT_THAT(record.attributes, ElementsAre(LdifAttribute{"cn", {"Ann"}}));
 }
@@ -94,25 +95,29 @@ INSTANTIATE_TEST_SUITE_P(
     Lines, LdifFaultTest,
     testing::Values(Fault{"version: 2\n", "Line 1: A version other than 1"},
                     Fault{"dn: a\njpegPhoto:< file:///etc/passwd\n", "Line 2: Values taken from a URL"},
-                    Fault{"dn: a\ncn:: !!!!\n", "Line 2: Not Base64"}, Fault{"dn: a\ncn:: YWJ\n", "Line 2: Not Base64"},
+                    Fault{"dn: a\ncn:: !!!!\n", "Line 2: Not Base64"},
+                    Fault{"dn: a\ncn:: YWJ\n", "Line 2: Not Base64"},
                     Fault{"dn: a\nnonsense\n", "Line 2: A line without a colon"},
                     Fault{"cn: a\n", "Line 1: \"dn:\" is missing"}, Fault{" x\n", "Line 1: A continuation"},
                     Fault{"dn: a\ncn: a\ndn: b\n", "Line 3: An empty line is missing"},
                     Fault{"dn: a\nchangetype: increment\n", "Line 2: An unknown change type"},
-                    Fault{"dn: a\nchangetype: modify\nadd: cn\nsn: x\n", "Line 4: A value of another attribute"},
+                    Fault{"dn: a\nchangetype: modify\nadd: cn\nsn: x\n",
+                          "Line 4: A value of another attribute"},
                     Fault{"dn: a\nchangetype: modrdn\nnewrdn: b\ndeleteoldrdn: 2\n", "Line 4"},
                     Fault{"dn: a\nchangetype: modrdn\nnewrdn: b\n", "\"deleteoldrdn:\" is missing"},
                     Fault{"dn: a\nchangetype: delete\ncn: a\n", "Line 3: Unexpected behind the record"},
                     Fault{"dn: a\ncontrol: 1.2.3 true\nchangetype: delete\n", "Line 2: A critical control"}));
 
 TEST(LdifTest, UnsafeValuesAreWrittenAsBase64) {
-  const LdifRecord record{.dn = "CN=a", .attributes = {{"x", {" a", "a ", ":", "<", "a\nb", "\xC3\xA9", "a:<b", ""}}}};
+  const LdifRecord record{.dn = "CN=a",
+                          .attributes = {{"x", {" a", "a ", ":", "<", "a\nb", "\xC3\xA9", "a:<b", ""}}}};
   EXPECT_EQ(written(record),
             "dn: CN=a\nx:: IGE=\nx:: YSA=\nx:: Og==\nx:: PA==\nx:: YQpi\nx:: w6k=\nx: a:<b\nx:\n\n");
 }
 
 TEST(LdifTest, LongLinesAreFoldedAtSeventySixAndReadBack) {
-  const LdifRecord record{.dn = "CN=" + std::string(200, 'x'), .attributes = {{"b", {std::string(500, '\x01')}}}};
+  const LdifRecord record{.dn = "CN=" + std::string(200, 'x'),
+                          .attributes = {{"b", {std::string(500, '\x01')}}}};
   const std::string text = written(record);
   std::size_t longest = 0;
   for (std::size_t from = 0; from < text.size(); from = text.find('\n', from) + 1) {
@@ -141,11 +146,13 @@ TEST(LdifTest, EachKindOfChangeIsReadBackAsWritten) {
 TEST(LdifTest, ManyDifferentAttributesAreMergedByName) {
   std::string text = "dn: a\n";
   for (int round = 0; round < 2; ++round) {
-    for (int i = 0; i < 100; ++i) text += (round == 0 ? "a" : "A") + std::to_string(i) + ": " + std::to_string(round) + "\n";
+    for (int i = 0; i < 100; ++i)
+      text += (round == 0 ? "a" : "A") + std::to_string(i) + ": " + std::to_string(round) + "\n";
   }
   const LdifRecord record = read_one(text);
   ASSERT_THAT(record.attributes, SizeIs(100));
-  for (const LdifAttribute& attribute : record.attributes) EXPECT_THAT(attribute.values, ElementsAre("0", "1"));
+  for (const LdifAttribute& attribute : record.attributes)
+    EXPECT_THAT(attribute.values, ElementsAre("0", "1"));
 }
 
 }  // namespace
