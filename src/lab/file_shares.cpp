@@ -87,18 +87,15 @@ bool is_drive(std::string_view name) {
 }
 
 /// The entry of `folder` whose name folds to `name`; one spelled the same wins.
+std::optional<fs::path> find_folded(const fs::path& folder, std::string_view name,
+                                    local::FoldedNames& names) {
+  const auto found = names.find(folder.string(), name);
+  return found ? std::optional(folder / *found) : std::nullopt;
+}
+
 std::optional<fs::path> find_folded(const fs::path& folder, std::string_view name) {
-  std::error_code none;
-  if (fs::exists(folder / name, none))
-    return folder / name;
-  std::vector<fs::path> found;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder, none)) {
-    if (base::equals_fold(entry.path().filename().string(), name))
-      found.push_back(entry.path());
-  }
-  if (found.empty())
-    return std::nullopt;
-  return *std::min_element(found.begin(), found.end());
+  local::FoldedNames names;
+  return find_folded(folder, name, names);
 }
 
 void check_share(const fs::path& server, const FileShare& share) {
@@ -114,9 +111,15 @@ void check_share(const fs::path& server, const FileShare& share) {
     refuse("holds a character that no share has");
   if (const auto control = base::find_control_character(share.name))
     refuse("holds the control character " + *control);
-  if (share.path.empty() || !fs::is_directory(server_folder(server, share.path))) {
+  local::FoldedNames names;
+  if (share.path.empty() || !fs::is_directory(server_folder(server, share.path, names))) {
     raise(base::error::kPathNotFound, "The server has no folder " + share.path);
   }
+}
+
+FileShare drive_share(std::string_view drive) {
+  const std::string letter = base::upper(drive);
+  return {letter + "$", letter + ":\\", "Default share", -1, true};
 }
 
 bool is_drive_share(const fs::path& server, std::string_view name) {
@@ -139,7 +142,7 @@ std::vector<FileShare> read_shares(const fs::path& server) {
     const std::string name = entry.path().filename().string();
     if (!entry.is_directory() || !is_drive(name))
       continue;
-    shares.push_back({base::upper(name) + "$", base::upper(name) + ":\\", "Default share", -1, true});
+    shares.push_back(drive_share(name));
   }
   std::sort(shares.begin(), shares.end(),
             [](const FileShare& a, const FileShare& b) { return a.name < b.name; });
@@ -151,6 +154,8 @@ std::vector<FileShare> read_shares(const fs::path& server) {
 }
 
 std::optional<FileShare> find_share(const fs::path& server, std::string_view name) {
+  if (is_drive_share(server, name))
+    return drive_share(name.substr(0, 1));
   for (FileShare& share : read_shares(server)) {
     if (base::equals_fold(share.name, name))
       return std::move(share);
@@ -185,13 +190,13 @@ void remove_share(const fs::path& server, std::string_view name) {
   });
 }
 
-fs::path server_folder(const fs::path& server, std::string_view path) {
+fs::path server_folder(const fs::path& server, std::string_view path, local::FoldedNames& names) {
   const auto refuse = [&] {
     raise(base::error::kPathNotFound, "The server has no path " + std::string(path));
   };
   if (path.size() < 2 || path[1] != ':' || !is_drive(path.substr(0, 1)))
     refuse();
-  const auto drive = find_folded(server, path.substr(0, 1));
+  const auto drive = find_folded(server, path.substr(0, 1), names);
   if (!drive || path.find('\0') != base::npos)
     refuse();
   fs::path folder = *drive;
@@ -202,17 +207,18 @@ fs::path server_folder(const fs::path& server, std::string_view path) {
       continue;
     if (part == "..")
       refuse();
-    folder = find_folded(folder, part).value_or(folder / part);
+    folder = find_folded(folder, part, names).value_or(folder / part);
   }
   return folder;
 }
 
 bool share_holds(const fs::path& server, const fs::path& folder) {
   const std::string top = folder.lexically_normal().string();
+  local::FoldedNames names;
   for (const FileShare& share : read_shares(server)) {
     if (share.administrative)
       continue;
-    const std::string held = server_folder(server, share.path).lexically_normal().string();
+    const std::string held = server_folder(server, share.path, names).lexically_normal().string();
     if (held == top || held.starts_with(top + "/"))
       return true;
   }

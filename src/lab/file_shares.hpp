@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "local/folded_names.hpp"
+
 /// The file servers of a lab and their shares. A server is a folder "servers/<NAME>", a drive a folder of one
 /// letter in it, and "server.ldif" holds the shares, a record each:
 ///
@@ -44,7 +46,8 @@ void remove_share(const std::filesystem::path& server, std::string_view name);
 
 /// The folder of the lab that a path of the server ("D:\Users\jo") stands for; every part folds case, and a
 /// part that is not there yet stands as written. Raises 76 without such a drive and for a path that has "..".
-std::filesystem::path server_folder(const std::filesystem::path& server, std::string_view path);
+std::filesystem::path server_folder(const std::filesystem::path& server, std::string_view path,
+                                    local::FoldedNames& names);
 
 /// True when a share's folder is this one or lies below it. Drives' own shares hold nothing.
 bool share_holds(const std::filesystem::path& server, const std::filesystem::path& folder);

@@ -30,7 +30,7 @@ struct Lab::Services {
         directory(domain),
         query(domain),
         network(domain),
-        files(root / "servers", workstation_files),
+        files(root / "servers", workstation_files, names),
         registry((root / "settings").string()) {}
 
   std::filesystem::path folder;
@@ -38,7 +38,8 @@ struct Lab::Services {
   local::SystemClock clock;
   local::SystemEnvironment environment;
   local::SystemProcess process;
-  local::PosixFiles workstation_files;
+  std::shared_ptr<local::FoldedNames> names = std::make_shared<local::FoldedNames>();
+  local::PosixFiles workstation_files{names};
   LabDomain domain;
   LabDirectory directory;
   LabQuery query;

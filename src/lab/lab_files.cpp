@@ -40,8 +40,9 @@ std::filesystem::path require_server(const std::filesystem::path& servers, const
 
 }  // namespace
 
-LabFiles::LabFiles(std::filesystem::path servers, platform::Files& workstation)
-    : servers_(std::move(servers)), workstation_(workstation) {}
+LabFiles::LabFiles(std::filesystem::path servers, platform::Files& workstation,
+                   std::shared_ptr<local::FoldedNames> names)
+    : servers_(std::move(servers)), workstation_(workstation), names_(std::move(names)) {}
 
 std::string LabFiles::local_path(std::string_view path) const {
   const auto network = split_network_path(path);
@@ -53,7 +54,7 @@ std::string LabFiles::local_path(std::string_view path) const {
     raise(base::error::kFileNotFound,
           "The network name was not found: \\\\" + network->server + "\\" + network->share);
   }
-  return server_folder(server, share->path + network->rest).string();
+  return server_folder(server, share->path + network->rest, *names_).string();
 }
 
 void LabFiles::require_not_held(std::string_view path) const {

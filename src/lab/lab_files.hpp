@@ -1,8 +1,10 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
+#include "local/folded_names.hpp"
 #include "platform/files.hpp"
 
 namespace twk::lab {
@@ -16,7 +18,9 @@ namespace twk::lab {
 /// share holds would be taken away.
 class LabFiles final : public platform::Files {
  public:
-  LabFiles(std::filesystem::path servers, platform::Files& workstation);
+  /// `names` is what the workstation's files go by as well.
+  LabFiles(std::filesystem::path servers, platform::Files& workstation,
+           std::shared_ptr<local::FoldedNames> names);
 
   bool exists(std::string_view path) override;
   bool is_directory(std::string_view path) override;
@@ -37,6 +41,7 @@ class LabFiles final : public platform::Files {
  private:
   std::filesystem::path servers_;
   platform::Files& workstation_;
+  std::shared_ptr<local::FoldedNames> names_;
 };
 
 }  // namespace twk::lab

@@ -32,20 +32,23 @@ std::error_code for_each_entry(const std::string& folder, Use use) {
   return error;
 }
 
-std::string fold_last_part(const std::string& path) {
-  struct stat status {};
-  if (lstat(path.c_str(), &status) == 0 || errno != ENOENT)
-    return path;
+/// The folder and the last part of a path without a slash at its end.
+struct SplitPath {
+  std::string folder;  ///< "." for a path of one part
+  std::string name;
+};
+
+SplitPath split_path(const std::string& path) {
   const std::size_t slash = path.rfind('/');
-  const std::string before = slash == base::npos ? std::string() : path.substr(0, slash + 1);
-  const std::string_view wanted = std::string_view(path).substr(before.size());
-  std::string found;
-  for_each_entry(before.empty() ? "." : before, [&](const fs::directory_entry& entry) {
-    std::string name = entry.path().filename().string();
-    if (base::equals_fold(name, wanted) && (found.empty() || name < found))
-      found = std::move(name);
-  });
-  return found.empty() ? path : before + found;
+  if (slash == base::npos)
+    return {".", path};
+  return {slash == 0 ? "/" : path.substr(0, slash), path.substr(slash + 1)};
+}
+
+std::string fold_last_part(const std::string& path, FoldedNames& names) {
+  const SplitPath split = split_path(path);
+  const auto found = names.find(split.folder, split.name);
+  return found ? path.substr(0, path.size() - split.name.size()) + *found : path;
 }
 
 class PosixAppendFile final : public platform::AppendFile {
@@ -138,16 +141,21 @@ class PosixRandomFile final : public platform::RandomFile {
 };
 
 /// The status of what the path leads to; false when it cannot be looked at.
-bool look_at(std::string_view path, struct stat& status) {
+bool look_at(std::string_view path, FoldedNames& names, struct stat& status) {
   base::Trap trap;
   bool found = false;
-  trap([&] { found = stat(to_local_path(path).c_str(), &status) == 0; });
+  trap([&] { found = stat(to_local_path(path, names).c_str(), &status) == 0; });
   return found;
 }
 
 }  // namespace
 
 std::string to_local_path(std::string_view path) {
+  FoldedNames names;
+  return to_local_path(path, names);
+}
+
+std::string to_local_path(std::string_view path, FoldedNames& names) {
   std::string local(path);
   if (path.empty() || path.find('\0') != base::npos) {
     throw base::RuntimeError(base::error::kBadFileName, "bad file name \"" + local + "\"");
@@ -162,72 +170,79 @@ std::string to_local_path(std::string_view path) {
     return "/";
   const bool names_folder = last + 1 < local.size();
   local.resize(last + 1);
-  return fold_last_part(local) + (names_folder ? "/" : "");
+  return fold_last_part(local, names) + (names_folder ? "/" : "");
+}
+
+std::string PosixFiles::local(std::string_view path) const {
+  return to_local_path(path, *names_);
 }
 
 bool PosixFiles::exists(std::string_view path) {
   struct stat status {};
-  return look_at(path, status);
+  return look_at(path, *names_, status);
 }
 
 bool PosixFiles::is_directory(std::string_view path) {
   struct stat status {};
-  return look_at(path, status) && S_ISDIR(status.st_mode);
+  return look_at(path, *names_, status) && S_ISDIR(status.st_mode);
 }
 
 void PosixFiles::make_directory(std::string_view path) {
-  const std::string local = to_local_path(path);
-  if (mkdir(local.c_str(), kNewFolderMode) == 0)
-    return;
+  const std::string local_path = local(path);
+  const SplitPath split = split_path(local_path);
+  names_->before_adding(split.folder);
+  if (mkdir(local_path.c_str(), kNewFolderMode) == 0)
+    return names_->added(split.folder, split.name);
   if (errno == EEXIST) {
-    throw base::RuntimeError(base::error::kPathFileAccess, "cannot create " + local + ": it exists already");
+    throw base::RuntimeError(base::error::kPathFileAccess,
+                             "cannot create " + local_path + ": it exists already");
   }
-  raise_file_error(errno, "create", local);
+  raise_file_error(errno, "create", local_path);
 }
 
 std::vector<platform::FileEntry> PosixFiles::list(std::string_view path) {
-  const std::string local = to_local_path(path);
+  const std::string local_path = local(path);
   std::vector<platform::FileEntry> entries;
-  const std::error_code error = for_each_entry(local, [&](const fs::directory_entry& entry) {
+  const std::error_code error = for_each_entry(local_path, [&](const fs::directory_entry& entry) {
     std::error_code vanished;
     entries.push_back({entry.path().filename().string(), entry.is_directory(vanished)});
   });
   // A folder that is not there is a missing path, never a missing file.
   if (error)
-    raise_file_error(error.value() == ENOENT ? ENOTDIR : error.value(), "list", local);
+    raise_file_error(error.value() == ENOENT ? ENOTDIR : error.value(), "list", local_path);
   std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
   return entries;
 }
 
 std::string PosixFiles::read(std::string_view path) {
-  const std::string local = to_local_path(path);
-  const Descriptor file = open_descriptor(local, O_RDONLY);
-  const mode_t mode = status_of(file, local).st_mode;
+  const std::string local_path = local(path);
+  const Descriptor file = open_descriptor(local_path, O_RDONLY);
+  const mode_t mode = status_of(file, local_path).st_mode;
   if (!S_ISREG(mode) && !S_ISFIFO(mode))
-    raise_file_error(S_ISDIR(mode) ? EISDIR : ENOTSUP, "read", local);
-  return read_all(file, local);
+    raise_file_error(S_ISDIR(mode) ? EISDIR : ENOTSUP, "read", local_path);
+  return read_all(file, local_path);
 }
 
 void PosixFiles::write(std::string_view path, std::string_view bytes) {
-  replace_file(to_local_path(path), bytes, Access::kShared);
+  replace_file(local(path), bytes, Access::kShared);
 }
 
 void PosixFiles::remove(std::string_view path) {
-  const std::string local = to_local_path(path);
-  if (unlink(local.c_str()) != 0)
-    raise_file_error(errno, "remove", local);
+  const std::string local_path = local(path);
+  if (unlink(local_path.c_str()) != 0)
+    raise_file_error(errno, "remove", local_path);
 }
 
 std::unique_ptr<platform::AppendFile> PosixFiles::open_append(std::string_view path, bool truncate) {
-  return std::make_unique<PosixAppendFile>(to_local_path(path), truncate);
+  return std::make_unique<PosixAppendFile>(local(path), truncate);
 }
 
 std::unique_ptr<platform::RandomFile> PosixFiles::open_random(std::string_view path) {
-  return std::make_unique<PosixRandomFile>(to_local_path(path), O_RDWR | O_CREAT);
+  return std::make_unique<PosixRandomFile>(local(path), O_RDWR | O_CREAT);
 }
 
 std::unique_ptr<platform::RandomFile> PosixFiles::open_random_read(std::string_view path) {
-  return std::make_unique<PosixRandomFile>(to_local_path(path), O_RDONLY);
+  return std::make_unique<PosixRandomFile>(local(path), O_RDONLY);
 }
 
 }  // namespace twk::local

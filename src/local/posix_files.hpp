@@ -1,5 +1,10 @@
 #pragma once
 
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "local/folded_names.hpp"
 #include "platform/files.hpp"
 
 namespace twk::local {
@@ -9,6 +14,10 @@ namespace twk::local {
 /// 76: it is not on this machine. Messages name the path and what was tried.
 class PosixFiles final : public platform::Files {
  public:
+  /// `names` may be shared with whoever else looks through the same folders.
+  explicit PosixFiles(std::shared_ptr<FoldedNames> names = std::make_shared<FoldedNames>())
+      : names_(std::move(names)) {}
+
   bool exists(std::string_view path) override;
   bool is_directory(std::string_view path) override;
   void make_directory(std::string_view path) override;
@@ -24,11 +33,17 @@ class PosixFiles final : public platform::Files {
   /// A write that fails (disk full) leaves no part of a record behind the old end of the file.
   std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override;
   std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override;
+
+ private:
+  [[nodiscard]] std::string local(std::string_view path) const;
+
+  std::shared_ptr<FoldedNames> names_;
 };
 
 /// The path as the local system takes it: backslashes become slashes, and the last part becomes the name of
 /// the existing file that it folds to, the first in byte order where several do. Raises 52 for an empty path
 /// or one that holds a NUL, 76 for a network path.
 std::string to_local_path(std::string_view path);
+std::string to_local_path(std::string_view path, FoldedNames& names);
 
 }  // namespace twk::local
