@@ -108,6 +108,7 @@ std::vector<ObjectPtr> winnt_children(const Domain& domain, const std::string& o
 
 std::vector<std::string> names_of(const std::vector<Json>& rows) {
   std::vector<std::string> names;
+  names.reserve(rows.size());
   for (const Json& row : rows)
     names.push_back(row["name"].get<std::string>());
   return names;
