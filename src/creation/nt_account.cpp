@@ -44,6 +44,10 @@ void CreateNtAccount(CreationRun& run) {
   session::Session& session = run.session;
   const session::Form1& form = session.form1;
   const bool debug = session::is_debug(session);
+  if (!session.DomainContainer) {
+    throw base::RuntimeError(platform::ads_error::kServerDown,
+                             "The domain " + session.DomainName + " was not found");
+  }
   run.CurrentUserObject = session.DomainContainer->Create("User", run.UserId);
   User user(run.CurrentUserObject);
   if (debug)

@@ -6,41 +6,9 @@
 #include "format/passwords.hpp"
 #include "format/tags.hpp"
 #include "format/variables.hpp"
-#include "local/posix_files.hpp"
-#include "session/session.hpp"
-#include "support/fakes.hpp"
+#include "fuzz/fuzz_world.hpp"
 
 namespace {
-
-/// Nobody answers.
-class NoDialogs final : public twk::platform::Dialogs {
- public:
-  twk::platform::Answer MsgBox(std::string_view /*text*/, twk::platform::Buttons /*buttons*/,
-                               twk::platform::Icon /*icon*/, std::string_view /*title*/) override {
-    return twk::platform::Answer::kCancel;
-  }
-  std::string InputBox(std::string_view /*prompt*/, std::string_view /*title*/, bool /*secret*/) override {
-    return {};
-  }
-  std::optional<std::string> open_file(std::string_view /*title*/, std::string_view /*filter*/) override {
-    return std::nullopt;
-  }
-  void beep() override {}
-  void DoEvents() override {}
-};
-
-struct World {
-  twk::test::FakeRegistry registry;
-  twk::test::UnreachableDirectory directory;
-  twk::local::PosixFiles files;
-  twk::test::FakeNetwork network;
-  twk::test::FakeProcess process;
-  twk::test::FakeEnvironment environment;
-  twk::test::FixedClock clock;
-  NoDialogs dialogs;
-  twk::session::Session session{
-      {registry, directory, directory, files, network, process, environment, clock, dialogs}, "", "/"};
-};
 
 /// The next line of the input.
 std::string_view take_line(std::string_view& rest) {
@@ -55,7 +23,7 @@ std::string_view take_line(std::string_view& rest) {
 /// Lines: a format, three names, an import field, the name and the value of a variable.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view rest(reinterpret_cast<const char*>(data), size);
-  World world;
+  twk::test::FuzzWorld world;
   twk::session::Session& session = world.session;
   const std::string format(take_line(rest));
   const std::string_view first = take_line(rest);

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "session/session.hpp"
+#include "support/fakes.hpp"
+
+namespace twk::test {
+
+/// Nobody answers.
+class NoDialogs final : public platform::Dialogs {
+ public:
+  platform::Answer MsgBox(std::string_view /*text*/, platform::Buttons /*buttons*/, platform::Icon /*icon*/,
+                          std::string_view /*title*/) override {
+    return platform::Answer::kCancel;
+  }
+  std::string InputBox(std::string_view /*prompt*/, std::string_view /*title*/, bool /*secret*/) override {
+    return {};
+  }
+  std::optional<std::string> open_file(std::string_view /*title*/, std::string_view /*filter*/) override {
+    return std::nullopt;
+  }
+  void beep() override {}
+  void DoEvents() override {}
+};
+
+/// One file that can be read, and appended files that go nowhere; nothing else is there.
+class OneFile final : public platform::Files {
+ public:
+  std::string contents;
+
+  bool exists(std::string_view /*path*/) override { return false; }
+  bool is_directory(std::string_view /*path*/) override { return false; }
+  void make_directory(std::string_view path) override { missing(path); }
+  std::vector<platform::FileEntry> list(std::string_view path) override {
+    missing(path);
+    return {};
+  }
+  std::string read(std::string_view /*path*/) override { return contents; }
+  void write(std::string_view path, std::string_view /*bytes*/) override { missing(path); }
+  void remove(std::string_view path) override { missing(path); }
+  std::unique_ptr<platform::AppendFile> open_append(std::string_view /*path*/, bool /*truncate*/) override {
+    return std::make_unique<Nowhere>();
+  }
+  std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override {
+    missing(path);
+    return nullptr;
+  }
+  std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override {
+    return open_random(path);
+  }
+
+ private:
+  struct Nowhere final : platform::AppendFile {
+    void write(std::string_view /*bytes*/) override {}
+  };
+  static void missing(std::string_view path) {
+    throw base::RuntimeError(base::error::kFileNotFound, "no file " + std::string(path));
+  }
+};
+
+/// A session without a directory, for one input of a fuzzer.
+struct FuzzWorld {
+  FakeRegistry registry;
+  UnreachableDirectory directory;
+  OneFile files;
+  FakeNetwork network;
+  FakeProcess process;
+  FakeEnvironment environment;
+  FixedClock clock;
+  NoDialogs dialogs;
+  session::Session session{
+      {registry, directory, directory, files, network, process, environment, clock, dialogs}, "", "/"};
+};
+
+}  // namespace twk::test

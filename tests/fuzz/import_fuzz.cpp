@@ -1,0 +1,32 @@
+#include "batch/import.hpp"
+
+#include <cstdint>
+#include <cstdlib>
+
+#include "batch/csv_layout.hpp"
+#include "fuzz/fuzz_world.hpp"
+
+/// The bytes of an import file, of which each line goes through layout, splitting, names and the checks of a
+/// creation, to the point where an account would be made.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  twk::test::FuzzWorld world;
+  twk::session::Session& session = world.session;
+  world.files.contents.assign(reinterpret_cast<const char*>(data), size);
+  session.form1.nutemplate.text = std::string("Staff");
+  session.form1.NUsitename.text = std::string("Head Office");
+  session.form1.setupid.text = std::string("%first%#1%last%%IMPORT4%");
+  session.form1.ALTID.text = std::string("%last%%n%");
+  session.form1.FN_Format.text = std::string("%First% %Middle% %Last%");
+  session.form1.Description.text = std::string("%IMPORT5% %IMPORT99%");
+  session.form1.Create_User_Account.value = 1;
+  twk::batch::load_csv_layout(session, "starters.csv");
+  twk::batch::csv_layout_ok(session);
+  std::int32_t rows = 0;
+  session.import.row_done = [&rows](const twk::session::ImportRow& row) {
+    if (row.line != ++rows)
+      std::abort();
+  };
+  if (!twk::batch::Import_Users(session, "starters.csv") || session.import.Importing)
+    std::abort();
+  return 0;
+}
