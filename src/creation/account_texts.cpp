@@ -19,8 +19,8 @@ void PrepareAccountTexts(CreationRun& run) {
   }
   if (base::find_fold(run.DescriptionText, "%Description%") != base::npos)
     run.DescriptionText.clear();
-  run.Password = format::new_user_password(session, run.SamName, request.FirstName, request.MiddleName,
-                                           request.LastName);
+  run.Password = format::new_user_password(session, run.SamName, run.UserId, request.FirstName,
+                                           request.MiddleName, request.LastName);
   const std::string& full_name = session.form1.FN_Format.text;
   if (!base::trim(full_name).empty()) {
     run.FullName = format::UserName(session, full_name, base::trim(request.FirstName),

@@ -90,6 +90,22 @@ bool wants_mailbox(const Form1& form) {
          !form.EXSite.text.get().empty() && !form.EXorg.text.get().empty();
 }
 
+void create_mailbox(CreationRun& run) {
+  set_progress(run, 75);
+  show_step(run, "Creating Mail Account...");
+  controls::Label& light = run.session.form1.MailAccount;
+  const Mailbox mailbox = CreateMailbox(run);
+  if (mailbox == Mailbox::kFailed) {
+    log(run, "Failed to create Mail Account");
+    run.RunWarning = 2;
+    return paint(light, controls::kRed, "Error");
+  }
+  log(run, "Created Mail Account");
+  if (mailbox == Mailbox::kCreatedWithWarnings)
+    run.RunWarning = 2;
+  paint(light, mailbox == Mailbox::kCreated ? controls::kBlue : controls::kYellow, "Completed");
+}
+
 /// The stages in their order. Raises what stops the run.
 Step work(CreationRun& run) {
   Form1& form = run.session.form1;
@@ -118,11 +134,8 @@ Step work(CreationRun& run) {
     show_step(run, "Set Dir Permissions...");
     ApplyDirPermissions(run);
   }
-  if (wants_mailbox(form)) {
-    set_progress(run, 75);
-    show_step(run, "Creating Mail Account...");
-    CreateMailbox(run);
-  }
+  if (wants_mailbox(form))
+    create_mailbox(run);
   set_progress(run, 90);
   if (form.Create_User_Account.on())
     AddUserToViews(run);

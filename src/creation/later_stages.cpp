@@ -30,8 +30,9 @@ void ApplyTerminalSettings(CreationRun& run) {
 void ApplyDirPermissions(CreationRun& run) {
   warn_unavailable(run, "Directory permissions:");
 }
-void CreateMailbox(CreationRun& run) {
+Mailbox CreateMailbox(CreationRun& run) {
   warn_unavailable(run, "Mailbox:");
+  return Mailbox::kFailed;
 }
 
 }  // namespace twk::creation

@@ -17,6 +17,8 @@ void switch_off_later_stages(session::Form1& form);
 void CreateUserShares(CreationRun& run);
 void ApplyTerminalSettings(CreationRun& run);
 void ApplyDirPermissions(CreationRun& run);
-void CreateMailbox(CreationRun& run);
+
+enum class Mailbox { kCreated, kCreatedWithWarnings, kFailed };
+Mailbox CreateMailbox(CreationRun& run);
 
 }  // namespace twk::creation

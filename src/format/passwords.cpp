@@ -32,8 +32,8 @@ std::string Reverse_Password(std::string_view text) {
   return base::reverse(text);
 }
 
-std::string new_user_password(session::Session& session, std::string_view account, std::string_view first,
-                              std::string_view middle, std::string_view last) {
+std::string new_user_password(session::Session& session, std::string_view account, std::string_view user_id,
+                              std::string_view first, std::string_view middle, std::string_view last) {
   const session::Form1& form1 = session.form1;
   const std::string& format = form1.Formatted_Password.text;
   std::string password;
@@ -44,7 +44,7 @@ std::string new_user_password(session::Session& session, std::string_view accoun
     if (!form1.FmtPass.on() && session.import.Importing)
       password = replace_import_fields(session, std::move(password));
   }
-  return resolve_words(session, std::move(password), account);
+  return resolve_words(session, std::move(password), user_id);
 }
 
 std::string reset_user_password_text(session::Session& session, std::string_view name) {

@@ -4,13 +4,13 @@
 
 #include "batch/csv_layout.hpp"
 #include "controls/tree_view.hpp"
-#include "support/lab_world.hpp"
+#include "support/lab_session.hpp"
 
 namespace twk::batch {
 namespace {
 
 using lab::DomainKind;
-using test::LabWorld;
+using test::LabSession;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
@@ -22,9 +22,9 @@ constexpr std::string_view kSummary = "Import Summary - 311226090500.csv";
 constexpr std::string_view kSummaryHeading = "Full Name,WinNT logon,W2K logon,ERRORS\n";
 
 /// A lab that imports from a file with the given bytes.
-class ImportWorld : public LabWorld {
+class ImportWorld : public LabSession {
  public:
-  explicit ImportWorld(DomainKind kind = DomainKind::kNative) : LabWorld(kind) {
+  explicit ImportWorld(DomainKind kind = DomainKind::kNative) : LabSession(kind) {
     session.import.row_done = [this](const session::ImportRow& row) {
       rows.push_back(base::to_text(row.line) + " " + row.outcome.light + " " + row.outcome.user);
     };
@@ -44,7 +44,8 @@ class ImportWorld : public LabWorld {
 
 class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
 INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
-                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt));
+                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
+                         test::kind_name);
 
 TEST_P(InEveryKindOfDomain, EachLineBecomesAUserOrIsKeptAsNotCreated) {
   ImportWorld world(GetParam());

@@ -1,13 +1,13 @@
 #include "creation/create_user.hpp"
 
 #include "platform/adsi.hpp"
-#include "support/lab_world.hpp"
+#include "support/lab_session.hpp"
 
 namespace twk::creation {
 namespace {
 
 using lab::DomainKind;
-using test::LabWorld;
+using test::LabSession;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -19,10 +19,11 @@ std::string caption(const controls::Label& light) {
 
 class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
 INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
-                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt));
+                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
+                         test::kind_name);
 
 TEST_P(InEveryKindOfDomain, ANameBecomesAnAccountWithItsDirectories) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.start();
   world.session.form1.Description.text = std::string("new starter");
   world.type_names("josé", "q.", "núñez");
@@ -51,7 +52,7 @@ TEST_P(InEveryKindOfDomain, ANameBecomesAnAccountWithItsDirectories) {
 }
 
 TEST_P(InEveryKindOfDomain, TheLogTellsEachStepInItsOrder) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.start();
   std::filesystem::remove(world.folder.path() / "db/Log.txt");
   world.type_names("Jo", "", "Smith");
@@ -72,7 +73,7 @@ TEST_P(InEveryKindOfDomain, TheLogTellsEachStepInItsOrder) {
 }
 
 TEST_P(InEveryKindOfDomain, TheFlagsOfThePreferencesReachTheAccount) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.set("Preferences", "AccountDisabled", "Yes");
   world.set("Preferences", "PasswdNVRExpire", "yes");
   world.set("Preferences", "CantChangePWD", "yes");
@@ -87,7 +88,7 @@ TEST_P(InEveryKindOfDomain, TheFlagsOfThePreferencesReachTheAccount) {
 }
 
 TEST_P(InEveryKindOfDomain, AMustChangePasswordIsMarkedSo) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.set("Preferences", "ForcePasswdChange", "Yes");
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -96,7 +97,7 @@ TEST_P(InEveryKindOfDomain, AMustChangePasswordIsMarkedSo) {
 }
 
 TEST_P(InEveryKindOfDomain, ATakenNameWithoutAnotherFormatIsRefused) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.start();
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
@@ -111,7 +112,7 @@ TEST_P(InEveryKindOfDomain, ATakenNameWithoutAnotherFormatIsRefused) {
 }
 
 TEST_P(InEveryKindOfDomain, TheSecondFormatAndThenItsSerialNumberFindAFreeName) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.set("Setup", "AltSetupID", "%first%.%last%%n%");
   world.set("Setup", "IncNumber", "7");
   world.start();
@@ -128,7 +129,7 @@ TEST_P(InEveryKindOfDomain, TheSecondFormatAndThenItsSerialNumberFindAFreeName) 
 }
 
 TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreTakenOver) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.start();
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
@@ -144,7 +145,7 @@ TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreTakenOver) {
 }
 
 TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunGoesOn) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.set("Preferences", "StopOnWarning", "Yes");
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -157,7 +158,7 @@ TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunGoesOn) {
 }
 
 TEST_P(InEveryKindOfDomain, APrimaryGroupIsSetOnceTheAccountIsItsMember) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.staff.PrimaryGroup = "Staff";
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -168,7 +169,7 @@ TEST_P(InEveryKindOfDomain, APrimaryGroupIsSetOnceTheAccountIsItsMember) {
 }
 
 TEST_P(InEveryKindOfDomain, APrimaryGroupWithoutMembershipWarns) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.staff.PrimaryGroup = "Readers";
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -178,7 +179,7 @@ TEST_P(InEveryKindOfDomain, APrimaryGroupWithoutMembershipWarns) {
 }
 
 TEST_P(InEveryKindOfDomain, AnAccountThatCannotBeCreatedEndsRed) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.set("Preferences", "StopOnError", "Yes");
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -197,7 +198,7 @@ TEST_P(InEveryKindOfDomain, AnAccountThatCannotBeCreatedEndsRed) {
 }
 
 TEST_P(InEveryKindOfDomain, AccountsThatCannotBeMadeDurableAreNotReportedGreen) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.start();
   world.type_names("Jo", "", "Smith");
   world.directory.before = test::fail_at("end_batch", 1, base::error::kDiskFull);
@@ -216,7 +217,7 @@ TEST_P(InEveryKindOfDomain, ADirectoryThatCannotBeMadeEndsRed) {
       {"Profiles", "Error Creating Users Profile Dir....", "Error"},
   };
   for (const Case& one : cases) {
-    LabWorld world(GetParam());
+    LabSession world(GetParam());
     world.start();
     std::filesystem::remove_all(world.folder.path() / "servers/FS1/D" / one.missing);
     world.type_names("Jo", "", "Smith");
@@ -229,7 +230,7 @@ TEST_P(InEveryKindOfDomain, ADirectoryThatCannotBeMadeEndsRed) {
 
 TEST_P(InEveryKindOfDomain, ADirectoryThatIsThereIsUsedOnYesAndEndsTheRunOnNo) {
   for (const platform::Answer answer : {platform::Answer::kYes, platform::Answer::kNo}) {
-    LabWorld world(GetParam());
+    LabSession world(GetParam());
     world.start();
     world.services.files.make_directory("\\\\FS1\\D$\\Users\\Jo.Smith");
     world.dialogs.expect("Home Dir  Already Exist \r\nContinue ?", answer);
@@ -247,7 +248,7 @@ TEST_P(InEveryKindOfDomain, ADirectoryThatIsThereIsUsedOnYesAndEndsTheRunOnNo) {
 }
 
 TEST_P(InEveryKindOfDomain, TheCommandRunsWithItsTagsFilled) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.set("UM", "RunCmd", "Yes");
   world.set("Setup", "BatchFileCreate", "notify %Domain% %Server% %UserName% %first%");
   world.start();
@@ -259,7 +260,7 @@ TEST_P(InEveryKindOfDomain, TheCommandRunsWithItsTagsFilled) {
 }
 
 TEST_P(InEveryKindOfDomain, ACommandThatDoesNotStartWarns) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.set("UM", "RunCmd", "Yes");
   world.set("Setup", "BatchFileCreate", "nowhere");
   world.process.result = 0;
@@ -271,7 +272,7 @@ TEST_P(InEveryKindOfDomain, ACommandThatDoesNotStartWarns) {
 }
 
 TEST(WinNtCreation, APasswordThatThePolicyRefusesEndsRed) {
-  LabWorld world(DomainKind::kNt);
+  LabSession world(DomainKind::kNt);
   world.set("Setup", "Password", "short");
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -280,7 +281,7 @@ TEST(WinNtCreation, APasswordThatThePolicyRefusesEndsRed) {
 }
 
 TEST(DirectoryCreation, APasswordThatThePolicyRefusesOnlyWarns) {
-  LabWorld world;
+  LabSession world;
   world.set("Setup", "Password", "short");
   world.set("Preferences", "AccountDisabled", "Yes");
   world.set("Preferences", "PasswdNVRExpire", "Yes");
@@ -295,7 +296,7 @@ TEST(DirectoryCreation, APasswordThatThePolicyRefusesOnlyWarns) {
 }
 
 TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
-  LabWorld world;
+  LabSession world;
   world.start();
   const platform::ObjectPtr users = world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test");
   const platform::ObjectPtr other = users->Create("user", "cn=Somebody");
@@ -329,7 +330,7 @@ TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
        "UPN aleardy Exists: taken@twk.test\nUPN not set\n"},
   };
   for (const W2kCase& one : cases) {
-    LabWorld world;
+    LabSession world;
     const platform::ObjectPtr other =
         world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
     other->Put("samAccountName", "somebody");
@@ -349,7 +350,7 @@ TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
 
 TEST(DirectoryCreation, ACommaInTheNameNeedsAnAccountNameWithoutOne) {
   for (const bool with_row : {false, true}) {
-    LabWorld world;
+    LabSession world;
     world.set("Setup", "SetupID", "%last%, %first%");
     world.set("Preferences", "CNName", "Yes");
     if (with_row) {
@@ -388,7 +389,7 @@ TEST(Creation, NamesThatADomainRefusesAreRefusedBeforeAnythingIsDone) {
       {DomainKind::kNt, "smith,jo", "Invalid Character in User Name: ,\n"},
   };
   for (const Case& one : cases) {
-    LabWorld world(one.kind);
+    LabSession world(one.kind);
     world.start();
     world.type_names("Jo", "", "Smith");
     world.session.form1.UserID_Box.text = one.id;
@@ -402,7 +403,7 @@ TEST(Creation, NamesThatADomainRefusesAreRefusedBeforeAnythingIsDone) {
 }
 
 TEST(Creation, AnAccountNameHasOneToTwentyCharacters) {
-  LabWorld world;
+  LabSession world;
   world.start();
   const std::string log_before = world.log();
   world.type_names("Maximiliane", "", "Oberhuber-Lindner");
@@ -432,7 +433,7 @@ TEST(Creation, ASelectionThatWillNotDoIsToldInABox) {
       {DomainKind::kNt, "root", true, "Head Office", "You must select a User in the treeview"},
   };
   for (const Case& one : cases) {
-    LabWorld world(one.kind);
+    LabSession world(one.kind);
     world.start();
     world.select(one.key);
     world.session.form1.Copy_User.value = one.copy ? 1 : 0;
@@ -445,7 +446,7 @@ TEST(Creation, ASelectionThatWillNotDoIsToldInABox) {
 }
 
 TEST(Creation, AFullDiskUnderTheLogIsToldAndStopsNothing) {
-  LabWorld world;
+  LabSession world;
   world.start();
   std::filesystem::remove(world.folder.path() / "db/Log.txt");
   std::filesystem::create_directory(world.folder.path() / "db/Log.txt");
@@ -457,7 +458,7 @@ TEST(Creation, AFullDiskUnderTheLogIsToldAndStopsNothing) {
 
 TEST(Creation, ThePasswordIsLoggedOnlyWhenDebugging) {
   for (const std::string_view command_line : {"", "/debug"}) {
-    LabWorld world(DomainKind::kNative, command_line);
+    LabSession world(DomainKind::kNative, command_line);
     world.start();
     world.type_names("Jo", "", "Smith");
     CreateUser_Click(world.session);
@@ -470,7 +471,7 @@ TEST(Creation, ThePasswordIsLoggedOnlyWhenDebugging) {
 }
 
 TEST(Creation, WhenDebuggingAFailureBehindTheFieldsStopsTheProgram) {
-  LabWorld world(DomainKind::kNt, "/DEBUG");
+  LabSession world(DomainKind::kNt, "/DEBUG");
   world.set("Setup", "Password", "short");
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -478,7 +479,7 @@ TEST(Creation, WhenDebuggingAFailureBehindTheFieldsStopsTheProgram) {
 }
 
 TEST(Creation, AStageThatIsNotAvailableSaysSoWhenATemplateAsksForIt) {
-  LabWorld world;
+  LabSession world;
   world.staff.VariableNames[1] = "WTS";
   world.staff.VariableValues[1] = "Enabled";
   world.start();
@@ -490,7 +491,7 @@ TEST(Creation, AStageThatIsNotAvailableSaysSoWhenATemplateAsksForIt) {
 }
 
 TEST(Creation, WithTheAccountSwitchedOffOnlyTheRestIsDone) {
-  LabWorld world;
+  LabSession world;
   world.set("UM", "UserAccount", "No");
   world.start();
   world.type_names("Jo", "", "Smith");

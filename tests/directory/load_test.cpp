@@ -4,14 +4,14 @@
 #include "directory/orphans.hpp"
 #include "directory/select_domain.hpp"
 #include "directory/tree.hpp"
-#include "support/lab_world.hpp"
+#include "support/lab_session.hpp"
 #include "support/world.hpp"
 
 namespace twk::directory {
 namespace {
 
 using lab::DomainKind;
-using test::LabWorld;
+using test::LabSession;
 using testing::HasSubstr;
 
 /// The texts of a node's children.
@@ -22,13 +22,14 @@ std::vector<std::string> children(const controls::TreeNode& node) {
   return texts;
 }
 
-void add_unit(LabWorld& world, std::string_view parent, const std::string& name) {
+void add_unit(LabSession& world, std::string_view parent, const std::string& name) {
   world.services.directory.GetObject("LDAP://" + std::string(parent))
       ->Create("organizationalUnit", "OU=" + name)
       ->SetInfo();
 }
 
-void add_user(LabWorld& world, std::string_view parent, const std::string& name, const std::string& display) {
+void add_user(LabSession& world, std::string_view parent, const std::string& name,
+              const std::string& display) {
   const platform::ObjectPtr user =
       world.services.directory.GetObject("LDAP://" + std::string(parent))->Create("user", "CN=" + name);
   user->Put("samAccountName", name);
@@ -37,13 +38,13 @@ void add_user(LabWorld& world, std::string_view parent, const std::string& name,
   user->SetInfo();
 }
 
-std::string group_type(const LabWorld& world, std::string_view name) {
+std::string group_type(const LabSession& world, std::string_view name) {
   const auto rows = world.session.groups.ListView1.find_text(name);
   return rows.empty() ? "(no such group)" : rows.front()->sub_items.at(0);
 }
 
 TEST(DirectoryLoad, ShowsUnitsThatAreReadWhenTheyAreOpened) {
-  LabWorld world;
+  LabSession world;
   add_unit(world, test::kNewStarters, "Below");
   world.start();
   controls::TreeView& tree = world.session.form1.TreeView1;
@@ -61,7 +62,7 @@ TEST(DirectoryLoad, ShowsUnitsThatAreReadWhenTheyAreOpened) {
 }
 
 TEST(DirectoryLoad, GroupsGoToTheListsWithTheirTypes) {
-  LabWorld world(DomainKind::kMixed);
+  LabSession world(DomainKind::kMixed);
   world.start();
   EXPECT_EQ(world.session.form1.StatusBar1.panel2.get(), "2000-Mixed Mode");
   EXPECT_EQ(group_type(world, "Staff"), "Security Group - Global");
@@ -73,7 +74,7 @@ TEST(DirectoryLoad, GroupsGoToTheListsWithTheirTypes) {
 }
 
 TEST(WinNtLoad, ShowsAFlatTreeAndTellsGlobalFromLocalGroups) {
-  LabWorld world(DomainKind::kNt);
+  LabSession world(DomainKind::kNt);
   world.start();
   controls::TreeView& tree = world.session.form1.TreeView1;
   EXPECT_EQ(tree.first()->key, "root");
@@ -104,7 +105,7 @@ TEST(DirectoryLoad, TheLoadOptionsDecideWhatIsRead) {
       {{{"LoadAllUsers", "True"}}, true, true, true, true},
   };
   for (const Case& one : cases) {
-    LabWorld world;
+    LabSession world;
     add_user(world, test::kNewStarters, "jo", "Jo Smith");
     for (const auto& [name, value] : one.options)
       world.set("ADO", name, value);
@@ -119,7 +120,7 @@ TEST(DirectoryLoad, TheLoadOptionsDecideWhatIsRead) {
 }
 
 TEST(DirectoryLoad, AManagedUnitBecomesTheRoot) {
-  LabWorld world;
+  LabSession world;
   add_user(world, test::kNewStarters, "jo", "Jo Smith");
   world.start();
   world.session.ManagedOU = test::kNewStarters;
@@ -134,7 +135,7 @@ TEST(DirectoryLoad, AManagedUnitBecomesTheRoot) {
 }
 
 TEST(SelectDomain, ADomainThatDoesNotAnswerIsToldAndLeavesTheRest) {
-  LabWorld world;
+  LabSession world;
   world.start();
   EXPECT_FALSE(Select_Domain(world.session, ""));
   EXPECT_FALSE(Select_Domain(world.session, "nowhere.test"));
@@ -143,7 +144,7 @@ TEST(SelectDomain, ADomainThatDoesNotAnswerIsToldAndLeavesTheRest) {
 }
 
 TEST(SelectDomain, AFailedSearchForUnitsShowsItsNumber) {
-  LabWorld world;
+  LabSession world;
   world.start();
   world.session.ManagedOU = "OU=Gone,DC=twk,DC=test";
   world.dialogs.expect("Error getting Domain Data: ");
@@ -152,7 +153,7 @@ TEST(SelectDomain, AFailedSearchForUnitsShowsItsNumber) {
 }
 
 TEST(Tree, AnOpenedUnitIsReadOnce) {
-  LabWorld world;
+  LabSession world;
   add_user(world, "CN=Users,DC=twk,DC=test", "plain", "");
   add_user(world, "CN=Users,DC=twk,DC=test", "shown", "A Display Name");
   world.set("Preferences", "DisplayName", "Yes");
@@ -167,7 +168,7 @@ TEST(Tree, AnOpenedUnitIsReadOnce) {
 }
 
 TEST(Tree, ShowsAsManyUsersOfAUnitAsTheLimitAllows) {
-  LabWorld world;
+  LabSession world;
   for (const char* name : {"a", "b", "c"})
     add_user(world, test::kNewStarters, name, "");
   world.set("ADO", "UserLimit", "2");
@@ -178,7 +179,7 @@ TEST(Tree, ShowsAsManyUsersOfAUnitAsTheLimitAllows) {
 }
 
 TEST(Tree, AUnitThatIsGoneIsToldInABox) {
-  LabWorld world;
+  LabSession world;
   add_unit(world, "DC=twk,DC=test", "Doomed");
   world.start();
   controls::TreeNode& doomed = *world.session.form1.TreeView1.find("OU=Doomed,DC=twk,DC=test");
@@ -196,10 +197,10 @@ TEST(UserExist, ComparesTheBeginningOfCommonNamesInADirectoryAndWholeNamesElsewh
   };
   const std::vector<Case> cases = {
       {"jo", true, true}, {"JO", true, true}, {"j", true, false}, {"jo2", false, false}};
-  LabWorld active;
+  LabSession active;
   add_user(active, test::kNewStarters, "jo", "");
   active.start();
-  LabWorld winnt(DomainKind::kNt);
+  LabSession winnt(DomainKind::kNt);
   const platform::ObjectPtr user = winnt.services.directory.GetObject("WinNT://TWK")->Create("user", "jo");
   user->SetInfo();
   winnt.start();

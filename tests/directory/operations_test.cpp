@@ -1,16 +1,16 @@
 #include "directory/operations.hpp"
 
 #include "platform/adsi.hpp"
-#include "support/lab_world.hpp"
+#include "support/lab_session.hpp"
 #include "support/world.hpp"
 
 namespace twk::directory {
 namespace {
 
 using lab::DomainKind;
-using test::LabWorld;
+using test::LabSession;
 
-void add_user(LabWorld& world, const std::string& name) {
+void add_user(LabSession& world, const std::string& name) {
   const platform::ObjectPtr user =
       world.is_nt() ? world.services.directory.GetObject("WinNT://TWK")->Create("user", name)
                     : world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")
@@ -36,7 +36,7 @@ TEST_F(Unreachable, APrincipalNameCountsAsFreeWhenNoCatalogueAnswers) {
 }
 
 TEST(DetermineMode, APartitionInAnotherCaseDoesNotNameTheDomain) {
-  LabWorld world;
+  LabSession world;
   world.session.DomainName = "TWK.test";
   EXPECT_EQ(Determine_Mode(world.session, "TWK.test"), session::kNativeMode);
   EXPECT_EQ(world.session.NTDomainName, "TWK.test");
@@ -47,13 +47,13 @@ TEST(DetermineMode, APartitionInAnotherCaseDoesNotNameTheDomain) {
 }
 
 TEST(DomainList, HoldsTheDomainsOfTheNetworkAndOfTheForest) {
-  LabWorld world;
+  LabSession world;
   Load_Domain_List(world.session);
   EXPECT_THAT(world.session.form1.DomName.items(), testing::IsSupersetOf({"TWK", "twk.test"}));
 }
 
 TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestBearsThem) {
-  LabWorld world;
+  LabSession world;
   add_user(world, "jo");
   EXPECT_TRUE(Is_Name_Used_In_Forest(world.session, "JO@twk.test"));
   EXPECT_FALSE(Is_Name_Used_In_Forest(world.session, "*"));
@@ -61,10 +61,11 @@ TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestBearsThem) {
 }
 
 class PasswordReset : public testing::TestWithParam<DomainKind> {};
-INSTANTIATE_TEST_SUITE_P(Kinds, PasswordReset, testing::Values(DomainKind::kNative, DomainKind::kNt));
+INSTANTIATE_TEST_SUITE_P(Kinds, PasswordReset, testing::Values(DomainKind::kNative, DomainKind::kNt),
+                         test::kind_name);
 
 TEST_P(PasswordReset, SetsThePasswordAndAsksForAnotherAtTheNextLogon) {
-  LabWorld world(GetParam());
+  LabSession world(GetParam());
   world.start();
   add_user(world, "jo");
   const auto reset = [&](std::string_view password) {
@@ -82,13 +83,13 @@ TEST_P(PasswordReset, SetsThePasswordAndAsksForAnotherAtTheNextLogon) {
 }
 
 TEST(GroupIdentifier, IsTheLastPartOfItsSid) {
-  LabWorld world;
+  LabSession world;
   world.start();
   const std::string key = world.session.form1.ListView5.find_text("Domain Users").front()->key;
   EXPECT_EQ(Group_RID(world.session, key), 513);
   EXPECT_EQ(Group_RID_by_name(world.session, "Domain Users"), 513);
   EXPECT_THROW(Group_RID_by_name(world.session, "nobody"), base::RuntimeError);
-  LabWorld winnt(DomainKind::kNt);
+  LabSession winnt(DomainKind::kNt);
   winnt.start();
   EXPECT_EQ(Group_RID(winnt.session, "Domain Users"), 513);
 }

@@ -7,7 +7,7 @@ namespace {
 
 class PasswordTest : public test::TestWorld {
  protected:
-  std::string password() { return new_user_password(session, "jsmith", "John", "Fred", "Smith"); }
+  std::string password() { return new_user_password(session, "jsmith", "jsmith", "John", "Fred", "Smith"); }
 };
 
 TEST_F(PasswordTest, DefaultPasswordIsTakenWithItsWords) {

@@ -1,4 +1,4 @@
-#include "support/lab_world.hpp"
+#include "support/lab_session.hpp"
 
 #include <fstream>
 #include <sstream>
@@ -53,7 +53,13 @@ void write_file(const std::filesystem::path& path, const std::string& bytes) {
 
 }  // namespace
 
-LabWorld::LabWorld(lab::DomainKind kind, std::string_view command_line)
+std::string kind_name(const testing::TestParamInfo<lab::DomainKind>& info) {
+  if (info.param == lab::DomainKind::kNative)
+    return "Native";
+  return info.param == lab::DomainKind::kMixed ? "Mixed" : "Nt";
+}
+
+LabSession::LabSession(lab::DomainKind kind, std::string_view command_line)
     : site(head_office()),
       staff(staff_template()),
       kind_(kind),
@@ -83,7 +89,7 @@ LabWorld::LabWorld(lab::DomainKind kind, std::string_view command_line)
   }
 }
 
-void LabWorld::start() {
+void LabSession::start() {
   write_file(lab_->database_path() + "Site.dat", stores::encode_site(site));
   write_file(lab_->database_path() + "Template.dat", stores::encode_template(staff));
   ASSERT_EQ(session::start_session(session), session::StartUp::kReady);
@@ -96,18 +102,18 @@ void LabWorld::start() {
     select(kNewStarters);
 }
 
-void LabWorld::set(std::string_view sub_key, std::string_view name, std::string_view value) {
+void LabSession::set(std::string_view sub_key, std::string_view name, std::string_view value) {
   services.registry.Reg_Write(platform::kHiveLocalMachine,
                               std::string(session::kTree) + "\\" + std::string(sub_key), name, value);
 }
 
-void LabWorld::type_names(std::string_view first, std::string_view middle, std::string_view last) {
+void LabSession::type_names(std::string_view first, std::string_view middle, std::string_view last) {
   session.form1.strFirst.text = std::string(first);
   session.form1.StrMiddle.text = std::string(middle);
   session.form1.strLast.text = std::string(last);
 }
 
-void LabWorld::select(std::string_view key) {
+void LabSession::select(std::string_view key) {
   controls::TreeNode* const node = session.form1.TreeView1.find(key);
   ASSERT_NE(node, nullptr) << key;
   session.form1.TreeView1.select(node);
@@ -115,7 +121,7 @@ void LabWorld::select(std::string_view key) {
     directory::TreeView1_Expand(session, *node);
 }
 
-std::string LabWorld::path_of(std::string_view name) {
+std::string LabSession::path_of(std::string_view name) {
   if (is_nt())
     return "WinNT://TWK/" + std::string(name);
   const auto rows = services.query.execute(
@@ -125,25 +131,25 @@ std::string LabWorld::path_of(std::string_view name) {
   return rows->at_eof() ? std::string() : rows->field(0).text();
 }
 
-platform::ObjectPtr LabWorld::account(std::string_view name) {
+platform::ObjectPtr LabSession::account(std::string_view name) {
   return services.directory.GetObject(path_of(name));
 }
 
-std::string LabWorld::property(std::string_view account_name, std::string_view name) {
+std::string LabSession::property(std::string_view account_name, std::string_view name) {
   base::Trap trap;
   std::string text;
   trap([&] { text = account(account_name)->Get(name).text(); });
   return text;
 }
 
-std::vector<std::string> LabWorld::groups_of(std::string_view account_name) {
+std::vector<std::string> LabSession::groups_of(std::string_view account_name) {
   std::vector<std::string> names;
   for (const platform::ObjectPtr& group : account(account_name)->Groups())
     names.push_back(group->Name());
   return names;
 }
 
-std::string LabWorld::database_file(std::string_view name) {
+std::string LabSession::database_file(std::string_view name) {
   std::ifstream file(lab_->database_path() + std::string(name), std::ios::binary);
   std::stringstream bytes;
   bytes << file.rdbuf();
@@ -152,7 +158,7 @@ std::string LabWorld::database_file(std::string_view name) {
   return text;
 }
 
-std::vector<std::string> LabWorld::log_tab() const {
+std::vector<std::string> LabSession::log_tab() const {
   std::vector<std::string> rows;
   const controls::ListView& list = session.form1.ListView1;
   for (std::size_t i = 0; i < list.size(); ++i)

@@ -19,9 +19,9 @@ namespace twk::test {
 /// A session on a small lab domain of its own, with the site "Head Office" on FS1, the template "Staff" and
 /// the groups "Staff" and "Readers". In Active Directory new accounts go to "OU=New Starters", which is
 /// selected and read. Nobody is there to answer a question that the test does not expect.
-class LabWorld {
+class LabSession {
  public:
-  explicit LabWorld(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "");
+  explicit LabSession(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "");
 
   /// Brings the session up. What a test wants otherwise in settings, site or template is put there before.
   void start();
@@ -65,5 +65,8 @@ class LabWorld {
 
 /// Distinguished name of the unit for new accounts.
 inline constexpr std::string_view kNewStarters = "OU=New Starters,DC=twk,DC=test";
+
+/// The name of a kind of domain, for the names of tests.
+std::string kind_name(const testing::TestParamInfo<lab::DomainKind>& info);
 
 }  // namespace twk::test

@@ -1,0 +1,77 @@
+#include "session/start_up.hpp"
+
+#include "session/settings.hpp"
+#include "support/lab_session.hpp"
+#include "support/world.hpp"
+
+namespace twk::session {
+namespace {
+
+class StartUpWithoutADomain : public test::TestWorld {
+ protected:
+  StartUpWithoutADomain() { session.program_directory = database.path().string(); }
+};
+
+TEST_F(StartUpWithoutADomain, TheFirstRunSaysWhatToDo) {
+  EXPECT_EQ(start_session(session), StartUp::kReady);
+  EXPECT_EQ(status(), "Must Enter Setup Details...");
+  EXPECT_EQ(session.form1.TreeView1.first()->text, "%Domain%");
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
+  EXPECT_TRUE(posix_files.exists(session.form1.dbpath.text.get() + "Mail.dat"));
+  EXPECT_EQ(session.form1.ListView9.size(), 13U);
+  EXPECT_FALSE(session.splash.visible);
+}
+
+TEST_F(StartUpWithoutADomain, ADomainThatDoesNotAnswerLeavesTheRestUsable) {
+  set("Setup", "Domain", "twk.test");
+  EXPECT_EQ(start_session(session), StartUp::kReady);
+  EXPECT_EQ(status(), "Can't Find Domain Controller.");
+  EXPECT_EQ(session.form1.TreeView1.size(), 0U);
+}
+
+TEST_F(StartUpWithoutADomain, FilesOfAnOlderGenerationAreNotTouched) {
+  set("Version", "DBVersion", "2.2");
+  EXPECT_THROW(start_session(session), base::RuntimeError);
+  EXPECT_FALSE(posix_files.exists(session.form1.dbpath.text.get() + "Mail.dat"));
+}
+
+TEST_F(StartUpWithoutADomain, StagesThatAreNotAvailableAreOffWhateverTheSettingsSay) {
+  set("UM", "CreateShares", "Yes");
+  start_session(session);
+  EXPECT_FALSE(session.form1.Create_Shares.on());
+  EXPECT_FALSE(session.form1.Create_Shares.enabled);
+  EXPECT_FALSE(session.form1.Dir_Security.on());
+  EXPECT_TRUE(session.form1.Create_Dirs.on());
+}
+
+TEST(StartUp, LoadsTheDomainAndTheFirstSite) {
+  test::LabSession world;
+  world.start();
+  EXPECT_EQ(world.session.form1.NTSERVER.text.get(), "FS1");
+  EXPECT_THAT(world.session.form1.nutemplate.items(),
+              testing::ElementsAre(stores::padded_template_name("Staff")));
+}
+
+TEST(StartUp, TheDebugSwitchIsTheWholeCommandLineInAnyCase) {
+  for (const std::string_view command_line : {"", "/debug", "/DEBUG", "/DEBUG now", "/DEBUG1"}) {
+    test::LabSession world(lab::DomainKind::kNative, command_line);
+    start_session(world.session);
+    EXPECT_EQ(world.session.form1.StatusBar1.panel1.get() == "Debug Mode.",
+              base::equals_fold(command_line, "/DEBUG"));
+    EXPECT_EQ(world.log().find("Domain Data Loaded") != base::npos,
+              !command_line.empty() && command_line != "/DEBUG now");
+  }
+}
+
+TEST(StartUp, TheRightsPreferenceCostsNoDirectoryCall) {
+  test::LabSession world;
+  world.set("Preferences", "CheckAdminRights", "Yes");
+  world.directory.before = [](std::string_view operation, std::string_view path) {
+    EXPECT_FALSE(operation == "IsMember" || path.ends_with("Domain Admins")) << path;
+  };
+  world.start();
+  EXPECT_TRUE(world.session.form1.Domain_Admin.on());
+}
+
+}  // namespace
+}  // namespace twk::session
