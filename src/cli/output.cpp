@@ -94,6 +94,8 @@ void Output::details(const std::vector<Column>& fields, const Json& object) {
 
 void Output::result(const Json& object, std::string_view text) {
   write(json_ ? dumped(object) : std::string(text) + "\n");
+  if (failure_ == 0 && std::fflush(stdout) != 0)
+    failure_ = errno;
 }
 
 void Output::raw(std::string_view bytes) {

@@ -30,7 +30,8 @@ class Output {
   void table(const std::vector<Column>& columns, const std::vector<Json>& rows);
   /// One result, a line a key.
   void details(const std::vector<Column>& fields, const Json& result);
-  /// One result as it comes; `text` is its form for people, control characters made visible.
+  /// One result as it comes, written out at once: what was told is told when the program is killed. `text` is
+  /// its form for people, control characters made visible.
   void result(const Json& object, std::string_view text);
   /// The bytes as they are, whatever the form of results.
   void raw(std::string_view bytes);
