@@ -12,6 +12,8 @@ LdifRecord make_entry(const std::string& dn, std::string_view object_class,
   LdifRecord record;
   record.dn = dn;
   record.attributes.push_back({"objectClass", base::split(find_class(object_class)->chain, ' ')});
+  const Rdn rdn = parse_rdn(first_rdn(dn));
+  record.attributes.push_back({base::lower(rdn.type), {rdn.value}});
   for (LdifAttribute& attribute : attributes)
     record.attributes.push_back(std::move(attribute));
   return record;
