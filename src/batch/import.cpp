@@ -27,7 +27,7 @@ std::string database_path(const Session& session, std::string_view name) {
 }
 
 void error_line(Session& session, std::string_view text) {
-  session::write_run_file(session, session.import.error_file, session.import.error_path, text);
+  session::write_run_file(session, session.import.error_file, text);
 }
 
 void open_error_file(Session& session) {
@@ -41,32 +41,31 @@ void open_error_file(Session& session) {
 
 void open_summary(Session& session) {
   const base::Date now = session.platform.clock.now();
-  ImportState& import = session.import;
-  import.summary_path = database_path(session, "Import Summary - " + base::format_compact_date(now) +
-                                                   base::format_compact_time(now) + ".csv");
-  import.summary_file = session.platform.files.open_append(import.summary_path);
-  session::write_run_file(session, import.summary_file, import.summary_path,
-                          "Full Name,WinNT logon,W2K logon,ERRORS");
+  ImportState& state = session.import;
+  state.summary_path = database_path(session, "Import Summary - " + base::format_compact_date(now) +
+                                                  base::format_compact_time(now) + ".csv");
+  state.summary_file = session.platform.files.open_append(state.summary_path);
+  session::write_run_file(session, state.summary_file, "Full Name,WinNT logon,W2K logon,ERRORS");
 }
 
 /// Overwrites the elements that the line has; those beyond keep what an earlier line left.
-void split_line(ImportState& import) {
-  const std::vector<std::string> fields = base::split(import.ImportLine, ',');
+void split_line(ImportState& state) {
+  const std::vector<std::string> fields = base::split(state.ImportLine, ',');
   const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
-  std::copy_n(fields.begin(), kept, import.ImportFields.begin() + 1);
+  std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
   constexpr std::size_t kMostCounted = 32767;
-  import.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
+  state.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
 }
 
 void fill_names(Session& session) {
-  const ImportState& import = session.import;
-  const auto field = [&import](std::int16_t index) {
-    return std::string(base::trim(import.ImportFields.at(static_cast<std::size_t>(index))));
+  const ImportState& state = session.import;
+  const auto field = [&state](std::int16_t index) {
+    return std::string(base::trim(state.ImportFields.at(static_cast<std::size_t>(index))));
   };
-  const bool standard = import.ImportDefaultLayout;
-  session.form1.strFirst.text = field(standard ? std::int16_t{1} : import.ImportFirstField);
-  session.form1.StrMiddle.text = field(standard ? std::int16_t{2} : import.ImportMiddleField);
-  session.form1.strLast.text = field(standard ? std::int16_t{3} : import.ImportLastField);
+  const bool standard = state.ImportDefaultLayout;
+  session.form1.strFirst.text = field(standard ? std::int16_t{1} : state.ImportFirstField);
+  session.form1.StrMiddle.text = field(standard ? std::int16_t{2} : state.ImportMiddleField);
+  session.form1.strLast.text = field(standard ? std::int16_t{3} : state.ImportLastField);
 }
 
 void tell_row(Session& session, std::int32_t line) {
@@ -76,30 +75,30 @@ void tell_row(Session& session, std::int32_t line) {
 
 End run_lines(Session& session, std::string_view path, std::string_view text) {
   session::Form1& form = session.form1;
-  ImportState& import = session.import;
+  ImportState& state = session.import;
   std::size_t position = 0;
   std::string_view line;
   for (std::int32_t number = 1; next_line(text, position, line); ++number) {
-    import.ImportLine = line;
+    state.ImportLine = line;
     form.USERID.text = std::string();
     form.UserID_Box.text = std::string();
-    split_line(import);
+    split_line(state);
     fill_names(session);
-    if (import.ImportFieldCount < 2) {
-      error_line(session, import.ImportLine);
-      session.LastCreation = {import.ImportLine, "", "The line has fewer than two fields"};
+    if (state.ImportFieldCount < 2) {
+      error_line(session, state.ImportLine);
+      session.LastCreation = {state.ImportLine, "", "The line has fewer than two fields"};
       tell_row(session, number);
       continue;
     }
-    if (import.ImportStopped)
+    if (state.ImportStopped)
       return End::kStopped;
     creation::CreateUser_Click(session);
     form.Import_Text.caption =
-        "Number of Users Imported from " + title(path) + "= " + base::to_text(import.ImportAddedCount);
+        "Number of Users Imported from " + title(path) + "= " + base::to_text(state.ImportAddedCount);
     tell_row(session, number);
-    if (import.ImportHalt && form.STOP_ON_RED[0].on())
+    if (state.ImportHalt && form.STOP_ON_RED[0].on())
       return End::kErrorHalt;
-    if (import.ImportHaltWarning && form.STOP_ON_RED[1].on())
+    if (state.ImportHaltWarning && form.STOP_ON_RED[1].on())
       return End::kWarningHalt;
     session.platform.dialogs.DoEvents();
   }
@@ -212,12 +211,14 @@ void Import_Command(Session& session) {
 }
 
 bool Import_Users(Session& session, std::string_view path) {
-  ImportState& import = session.import;
-  import.Importing = true;
-  import.ImportStopped = false;
-  import.ImportAddedCount = 0;
-  import.ImportHalt = false;
-  import.failure.clear();
+  ImportState& state = session.import;
+  state.Importing = true;
+  state.ImportStopped = false;
+  state.ImportAddedCount = 0;
+  state.ImportHalt = false;
+  state.failure.clear();
+  state.error_path.clear();
+  state.summary_path.clear();
   bool whole = false;
   base::Trap trap(session::is_debug(session));
   trap([&] {
@@ -228,13 +229,13 @@ bool Import_Users(Session& session, std::string_view path) {
     const std::string text = import_text(session.platform.files.read(path));
     whole = tell_end(session, run_lines(session, path, text), path);
   });
-  import.error_file.reset();
-  import.summary_file.reset();
+  state.error_file.reset();
+  state.summary_file.reset();
   session.form1.enabled = true;
-  import.Importing = false;
+  state.Importing = false;
   session.cancel_import.visible = false;
   if (trap.number() != 0)
-    import.failure = trap.description();
+    state.failure = trap.description();
   return whole;
 }
 

@@ -17,13 +17,13 @@ struct FormatArguments {
   std::string import_line;
 };
 
-void set_import_fields(session::ImportState& import, const std::string& line) {
+void set_import_fields(session::ImportState& state, const std::string& line) {
   const std::vector<std::string> fields = base::split(line, ',');
   if (fields.size() > session::kMostImportFields)
     throw UsageError("--import takes at most 100 fields");
-  import.Importing = true;
-  import.ImportFieldCount = static_cast<std::int16_t>(fields.size());
-  std::copy(fields.begin(), fields.end(), import.ImportFields.begin() + 1);
+  state.Importing = true;
+  state.ImportFieldCount = static_cast<std::int16_t>(fields.size());
+  std::copy(fields.begin(), fields.end(), state.ImportFields.begin() + 1);
 }
 
 int print_name(Context& context, const FormatArguments& arguments, bool with_serial, bool with_import) {
@@ -48,15 +48,15 @@ void add_format_command(CLI::App& app, Context& context) {
   auto* serial = format->add_option("--serial", arguments->serial, "Value of the serial tags")
                      ->type_name("N")
                      ->check(CLI::Range(0, 32767));
-  auto* import = format->add_option("--import", arguments->import_line, "Fields of an import line")
-                     ->type_name("F1,F2,...");
+  auto* fields_option = format->add_option("--import", arguments->import_line, "Fields of an import line")
+                            ->type_name("F1,F2,...");
   format->add_option("FORMAT", arguments->format, "The format, such as %first%.%last%")->required();
   format->add_option("FIRST", arguments->first, "First name")->required();
   format->add_option("MIDDLE", arguments->middle, "Middle name; may be empty")->required();
   format->add_option("LAST", arguments->last, "Last name")->required();
   format->callback([=, &context] {
     const bool with_serial = serial->count() > 0;
-    const bool with_import = import->count() > 0;
+    const bool with_import = fields_option->count() > 0;
     context.set_action([=, &context] { return print_name(context, *arguments, with_serial, with_import); });
   });
 }

@@ -46,22 +46,22 @@ Verdict judge(const session::Session& session, const std::string& user, std::set
 }
 
 /// The trimmed field of the line in hand that a column names.
-std::string field_of(const session::ImportState& import, const std::optional<int>& column, int standard) {
-  return std::string(base::trim(import.ImportFields.at(static_cast<std::size_t>(column.value_or(standard)))));
+std::string field_of(const session::ImportState& state, const std::optional<int>& column, int standard) {
+  return std::string(base::trim(state.ImportFields.at(static_cast<std::size_t>(column.value_or(standard)))));
 }
 
 Json preview_line(session::Session& session, std::int32_t number, const ImportColumns& columns,
                   std::set<std::string>& taken) {
-  session::ImportState& import = session.import;
-  const std::string first = field_of(import, columns.first, 1);
-  const std::string middle = field_of(import, columns.middle, 2);
-  const std::string last = field_of(import, columns.last, 3);
+  session::ImportState& state = session.import;
+  const std::string first = field_of(state, columns.first, 1);
+  const std::string middle = field_of(state, columns.middle, 2);
+  const std::string last = field_of(state, columns.last, 3);
   session.SerialTokenUsed = false;
   const std::string format = columns.id.value_or(0) > 0 ? "%IMPORT" + std::to_string(*columns.id) + "%"
                                                         : session.form1.setupid.text.get();
   std::string user;
   Verdict verdict = {session::kRed, "The line has fewer than two fields"};
-  if (import.ImportFieldCount >= 2) {
+  if (state.ImportFieldCount >= 2) {
     user = format::UserName(session, format, first, middle, last);
     verdict = judge(session, user, taken);
   }
@@ -74,13 +74,13 @@ Json preview_line(session::Session& session, std::int32_t number, const ImportCo
           {"last", last}};
 }
 
-void split_line(session::ImportState& import, std::string_view line) {
+void split_line(session::ImportState& state, std::string_view line) {
   const std::vector<std::string> fields = base::split(line, ',');
   const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
-  import.ImportLine = line;
-  import.ImportFields.fill({});
-  std::copy_n(fields.begin(), kept, import.ImportFields.begin() + 1);
-  import.ImportFieldCount = static_cast<std::int16_t>(kept);
+  state.ImportLine = line;
+  state.ImportFields.fill({});
+  std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
+  state.ImportFieldCount = static_cast<std::int16_t>(kept);
 }
 
 }  // namespace

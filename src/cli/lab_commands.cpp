@@ -152,19 +152,19 @@ void add_lab_commands(CLI::App& app, Context& context) {
       [=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
 
   auto file = std::make_shared<std::string>();
-  auto* import = group->add_subcommand(
+  auto* command = group->add_subcommand(
       "import", "Take over the entries of an LDIF file; makes the lab when there is none");
-  import->add_option("LDIF", *file, "The file; - for standard input")->required();
-  import->callback([=, &context] { context.set_action([=, &context] { return import_lab(context, *file);
-});
-}  // namespace twk::cli
-);
+  command->add_option("LDIF", *file, "The file; - for standard input")->required();
+  command->callback([=, &context] {
+    context.set_action([=, &context] { return import_lab(context, *file); });
+  }  // namespace twk::cli
+  );
 
-auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
-exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
+  auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
+  exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
 
-auto* info = group->add_subcommand("info", "Tell what the lab is");
-info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
+  auto* info = group->add_subcommand("info", "Tell what the lab is");
+  info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
 }
 
 }  // namespace twk::cli

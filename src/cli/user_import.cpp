@@ -1,3 +1,5 @@
+#include <set>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/csv_layout.hpp"
@@ -108,17 +110,17 @@ void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
 }
 
 /// GREEN when every line made a user without a warning; RED when the run was halted or failed.
-std::string_view light_of_run(const session::ImportState& import, const Counts& counts, bool whole) {
+std::string_view light_of_run(const session::ImportState& state, const Counts& counts, bool whole) {
   if (!whole)
     return session::kRed;
-  const bool clean = counts.refused == 0 && counts.warnings == 0 && !import.ImportStopped;
+  const bool clean = counts.refused == 0 && counts.warnings == 0 && !state.ImportStopped;
   return clean ? session::kGreen : session::kYellow;
 }
 
-void print_end(Output& output, const session::ImportState& import, const Counts& counts,
+void print_end(Output& output, const session::ImportState& state, const Counts& counts,
                std::string_view light, const std::string& message) {
-  const std::string error_path = local::to_local_path(import.error_path);
-  const std::string summary_path = local::to_local_path(import.summary_path);
+  const std::string error_path = local::to_local_path(state.error_path);
+  const std::string summary_path = local::to_local_path(state.summary_path);
   output.result({{"light", light},
                  {"created", counts.created},
                  {"warnings", counts.warnings},
@@ -132,35 +134,48 @@ void print_end(Output& output, const session::ImportState& import, const Counts&
                     "Summary:     " + printable(summary_path));
 }
 
+/// What went wrong beside the creations, each text once: a log or a summary that could not be written.
+void tell_faults(const session::Session& session, std::set<std::string> told) {
+  const controls::ListView& rows = session.form1.ListView1;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (rows.at(i).icon == session::kYellow && told.insert(rows.at(i).text).second)
+      complain(rows.at(i).text);
+  }
+}
+
 int run_import(Context& context, session::Session& session) {
-  session::ImportState& import = session.import;
+  session::ImportState& state = session.import;
   Counts counts;
   Progress progress;
+  std::set<std::string> outcomes;
   context.dialogs().before_text([&] { progress.clear(); });
   context.dialogs().on_events([&] {
     if (interrupted())
       batch::CancelButton_Click(session);
   });
-  import.row_done = [&](const session::ImportRow& row) { progress.clear();
-  print_row(context.output(), row, counts);
-};
-const auto& caption = session.form1.Import_Text.caption;
-const auto watch = caption.watch([&] { progress.show(caption.get()); });
-batch::Import_Command(session);
-progress.clear();
-context.dialogs().before_text({});
-context.dialogs().on_events({});
-import.row_done = {};
+  state.row_done = [&](const session::ImportRow& row) {
+    progress.clear();
+    print_row(context.output(), row, counts);
+    outcomes.insert(row.outcome.message);
+  };
+  const auto& caption = session.form1.Import_Text.caption;
+  const auto watch = caption.watch([&] { progress.show(caption.get()); });
+  batch::Import_Command(session);
+  progress.clear();
+  context.dialogs().before_text({});
+  context.dialogs().on_events({});
+  state.row_done = {};
 
-if (!import.failure.empty())
-  complain(import.failure);
-if (import.error_path.empty())
-  return kExitRed;
-const bool whole = import.failure.empty() && !import.ImportHalt;
-const std::string_view light = light_of_run(import, counts, whole);
-print_end(context.output(), import, counts, light, session.form1.StatusBar1.panel1);
-return exit_code_of_light(light);
-}  // namespace
+  tell_faults(session, std::move(outcomes));
+  if (!state.failure.empty())
+    complain(state.failure);
+  if (state.summary_path.empty())
+    return kExitRed;
+  const bool whole = state.failure.empty() && !state.ImportHalt;
+  const std::string_view light = light_of_run(state, counts, whole);
+  print_end(context.output(), state, counts, light, session.form1.StatusBar1.panel1);
+  return exit_code_of_light(light);
+}
 
 int import_users(Context& context, const ImportArguments& arguments) {
   if (!arguments.groups.empty())
@@ -185,31 +200,30 @@ void add_column(CLI::App& command, const char* name, std::optional<int>& column,
   command.add_option(name, column, what)->type_name("N")->check(CLI::Range(0, 100));
 }
 
-}  // namespace twk::cli
+}  // namespace
 
 void add_user_import(CLI::App& user, Context& context) {
   auto arguments = std::make_shared<ImportArguments>();
-  auto* import = user.add_subcommand("import", "Create a user for each line of a CSV file");
-  import->add_option("FILE", arguments->file, "The file: a user a line, every comma separates")->required();
-  add_place_options(*import, arguments->place);
-  add_column(*import, "--first", arguments->columns.first, "Column of the first name; 1 if not given");
-  add_column(*import, "--middle", arguments->columns.middle,
+  auto* command = user.add_subcommand("import", "Create a user for each line of a CSV file");
+  command->add_option("FILE", arguments->file, "The file: a user a line, every comma separates")->required();
+  add_place_options(*command, arguments->place);
+  add_column(*command, "--first", arguments->columns.first, "Column of the first name; 1 if not given");
+  add_column(*command, "--middle", arguments->columns.middle,
              "Column of the middle name; 2 if not given, 0 for none");
-  add_column(*import, "--last", arguments->columns.last, "Column of the last name; 3 if not given");
-  add_column(*import, "--id", arguments->columns.id, "Column of the account name");
-  add_column(*import, "--password", arguments->columns.password, "Column of the password");
-  import->add_flag("--halt-on-errors", arguments->halt_on_errors, "End at the first user that fails");
-  import->add_flag("--halt-on-warnings", arguments->halt_on_warnings,
-                   "End at the first user that has a warning, or fails");
-  import->add_flag("--skip-prompts", arguments->skip_prompts, "Leave out properties that ask for a value");
-  import->add_option("--groups", arguments->groups, "Fields that may name groups")->type_name("none|all|A-B");
-  import->add_option("--expires", arguments->expires, "Date on which the accounts expire, or %IMPORTn%")
+  add_column(*command, "--last", arguments->columns.last, "Column of the last name; 3 if not given");
+  add_column(*command, "--id", arguments->columns.id, "Column of the account name");
+  add_column(*command, "--password", arguments->columns.password, "Column of the password");
+  command->add_flag("--halt-on-errors", arguments->halt_on_errors, "End at the first user that fails");
+  command->add_flag("--halt-on-warnings", arguments->halt_on_warnings,
+                    "End at the first user that has a warning, or fails");
+  command->add_flag("--skip-prompts", arguments->skip_prompts, "Leave out properties that ask for a value");
+  command->add_option("--groups", arguments->groups, "Fields that may name groups")
+      ->type_name("none|all|A-B");
+  command->add_option("--expires", arguments->expires, "Date on which the accounts expire, or %IMPORTn%")
       ->type_name("TEXT");
-  import->add_flag("--preview", arguments->preview, "Show what each line gives and create nothing");
-  import->callback(
-      [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments);
-});
-});
+  command->add_flag("--preview", arguments->preview, "Show what each line gives and create nothing");
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments); }); });
 }
 
 }  // namespace twk::cli

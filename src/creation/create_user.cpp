@@ -148,11 +148,10 @@ Step work(CreationRun& run) {
 }
 
 void write_summary(CreationRun& run, bool warned) {
-  session::ImportState& import = run.session.import;
-  if (!import.Importing)
+  session::ImportState& state = run.session.import;
+  if (!state.Importing)
     return;
-  session::write_run_file(run.session, import.summary_file, import.summary_path,
-                          run.SummaryRow + (warned ? "Yes" : "No"));
+  session::write_run_file(run.session, state.summary_file, run.SummaryRow + (warned ? "Yes" : "No"));
 }
 
 void tell(Session& session, const std::string& user, std::string_view light, const std::string& message) {

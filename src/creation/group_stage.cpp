@@ -62,9 +62,20 @@ void join_from_columns(CreationRun& run) {
   }
 }
 
+/// A group of the template that the domain no longer holds is in no list, and would be missed without a word.
+void warn_of_lacking_groups(CreationRun& run) {
+  const stores::TemplateRecord& record = run.session.ActiveTemplate;
+  for (std::size_t slot = 0; slot < static_cast<std::size_t>(record.GroupCount); ++slot) {
+    const std::string_view name = base::trim(record.Groups.at(slot));
+    if (!name.empty() && run.session.form1.ListView6.find_text(name).empty())
+      warn(run, "Group not found: " + std::string(name));
+  }
+}
+
 void join_template_groups(CreationRun& run) {
   Session& session = run.session;
   const controls::ListView& groups = session.form1.ListView6;
+  warn_of_lacking_groups(run);
   for (std::size_t i = 0; i < groups.size(); ++i) {
     const controls::ListRow& row = groups.at(i);
     const std::string_view name = base::trim(row.text);

@@ -17,10 +17,10 @@ using session::Session;
 /// No way out of a taken name.
 Step refuse_taken_name(CreationRun& run) {
   Session& session = run.session;
-  session::ImportState& import = session.import;
+  session::ImportState& state = session.import;
   session.LastCreation.message = "User " + run.UserId + " Already Exist";
-  if (import.Importing) {
-    session::write_run_file(session, import.error_file, import.error_path, import.ImportLine);
+  if (state.Importing) {
+    session::write_run_file(session, state.error_file, state.ImportLine);
   } else {
     session.platform.dialogs.MsgBox(
         "User " + run.UserId + " Already Exist \r\nChange the UserID and Continue.", platform::Buttons::kOk,

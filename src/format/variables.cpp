@@ -71,13 +71,13 @@ std::string Replace_Variables(session::Session& session, std::string text) {
   return folded.take();
 }
 
-std::string replace_import_fields(const session::ImportState& import, std::string text, std::size_t last) {
+std::string replace_import_fields(const session::ImportState& state, std::string text, std::size_t last) {
   if (find_tag(text, "%IMPORT") == base::npos)
     return text;
   for (std::size_t i = 1; i <= std::min(last, session::kMostImportFields); ++i) {
     const std::string tag = "%IMPORT" + base::to_text(static_cast<std::int64_t>(i)) + "%";
     if (find_tag(text, tag) != base::npos)
-      text = FRString(text, tag, import.ImportFields.at(i));
+      text = FRString(text, tag, state.ImportFields.at(i));
   }
   return text;
 }

@@ -22,6 +22,6 @@ std::string Replace_Variables(session::Session& session, std::string text);
 /// "%IMPORTn%" replaced by field n of the current import line, for each field that the line has.
 std::string replace_import_fields(const session::Session& session, std::string text);
 /// The same for the fields 1 to `last`, whether the line has them or not.
-std::string replace_import_fields(const session::ImportState& import, std::string text, std::size_t last);
+std::string replace_import_fields(const session::ImportState& state, std::string text, std::size_t last);
 
 }  // namespace twk::format

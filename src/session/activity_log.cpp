@@ -79,15 +79,14 @@ std::string text_file_line(std::string_view text) {
   return base::to_ansi(visible_controls(text)) + "\r\n";
 }
 
-void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view path,
-                    std::string_view text) {
+void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view text) {
   if (!file)
     return;
   base::Trap trap;
   if (trap([&] { file->write(text_file_line(text)); }))
     return;
   file.reset();
-  LOG_TAB(session, kYellow, "Cannot write to " + std::string(path) + ": " + trap.description());
+  LOG_TAB(session, kYellow, "Import files: " + trap.description());
 }
 
 void Clear_log(Session& session) {

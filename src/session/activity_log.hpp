@@ -52,8 +52,7 @@ std::string text_file_line(std::string_view text);
 
 /// One line of a file that a run keeps beside the log. A failure adds a "YELLOW" row to the log tab and
 /// closes the file, so that it is told once. Nothing happens for a file that is not open.
-void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view path,
-                    std::string_view text);
+void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view text);
 
 /// The buttons of the log tab.
 void Clear_log(Session& session);

@@ -157,6 +157,17 @@ TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunGoesOn) {
   EXPECT_TRUE(world.session.import.ImportHalt);
 }
 
+TEST_P(InEveryKindOfDomain, AGroupOfTheTemplateThatTheDomainLacksWarns) {
+  LabSession world(GetParam());
+  world.staff.GroupCount = 2;
+  world.staff.Groups[1] = "Dissolved";
+  world.start();
+  world.type_names("Jo", "", "Smith");
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  EXPECT_THAT(world.log(), HasSubstr("Adding User to Groups\nGroup not found: Dissolved\n"));
+}
+
 TEST_P(InEveryKindOfDomain, APrimaryGroupIsSetOnceTheAccountIsItsMember) {
   LabSession world(GetParam());
   world.staff.PrimaryGroup = "Staff";
