@@ -329,6 +329,21 @@ std::string to_text(std::int64_t number, int digits) {
   return {buffer.data(), static_cast<std::size_t>(size)};
 }
 
+std::string hex_byte(unsigned char byte) {
+  static constexpr std::string_view kDigits = "0123456789ABCDEF";
+  return {kDigits[byte >> 4U], kDigits[byte & 15U]};
+}
+
+std::optional<unsigned> hex_digit(char digit) {
+  if (digit >= '0' && digit <= '9')
+    return static_cast<unsigned>(digit - '0');
+  if (digit >= 'a' && digit <= 'f')
+    return static_cast<unsigned>(digit - 'a') + 10U;
+  if (digit >= 'A' && digit <= 'F')
+    return static_cast<unsigned>(digit - 'A') + 10U;
+  return std::nullopt;
+}
+
 std::string to_hex(std::uint32_t number) {
   std::array<char, 16> buffer{};
   const int size = std::snprintf(buffer.data(), buffer.size(), "0x%08X", number);

@@ -63,6 +63,10 @@ std::int32_t val(std::string_view text);
 std::optional<std::int32_t> to_number(std::string_view text);
 /// Decimal text with at least `digits` digits.
 std::string to_text(std::int64_t number, int digits = 1);
+/// The two hexadecimal digits of a byte, in capitals.
+std::string hex_byte(unsigned char byte);
+/// The value of a hexadecimal digit in either case; empty for any other character.
+std::optional<unsigned> hex_digit(char digit);
 /// `number` as "0x" and eight hexadecimal digits.
 std::string to_hex(std::uint32_t number);
 

@@ -24,16 +24,6 @@ bool is_attribute_character(char c) {
          c == ';' || c == '_';
 }
 
-std::optional<unsigned> hex_digit(char c) {
-  if (c >= '0' && c <= '9')
-    return static_cast<unsigned>(c - '0');
-  if (c >= 'a' && c <= 'f')
-    return static_cast<unsigned>(c - 'a') + 10U;
-  if (c >= 'A' && c <= 'F')
-    return static_cast<unsigned>(c - 'A') + 10U;
-  return std::nullopt;
-}
-
 class Parser {
  public:
   explicit Parser(std::string_view text) : text_(text) {}
@@ -180,8 +170,10 @@ class Parser {
 
   /// Leaves the position on the last digit.
   char parse_escape() {
-    const std::optional<unsigned> high = at_ + 1 < text_.size() ? hex_digit(text_[at_ + 1]) : std::nullopt;
-    const std::optional<unsigned> low = at_ + 2 < text_.size() ? hex_digit(text_[at_ + 2]) : std::nullopt;
+    const std::optional<unsigned> high =
+        at_ + 1 < text_.size() ? base::hex_digit(text_[at_ + 1]) : std::nullopt;
+    const std::optional<unsigned> low =
+        at_ + 2 < text_.size() ? base::hex_digit(text_[at_ + 2]) : std::nullopt;
     if (!high || !low)
       fail("Two hexadecimal digits expected behind the backslash");
     at_ += 2;

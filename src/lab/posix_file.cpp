@@ -5,9 +5,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 
-#include "base/errors.hpp"
+#include "local/file_errors.hpp"
 
 namespace twk::lab {
 namespace {
@@ -21,28 +20,14 @@ auto retry(Call call) {
   return result;
 }
 
-std::uint32_t number_of(int error) {
-  switch (error) {
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return base::error::kDiskFull;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-      return base::error::kPermissionDenied;
-    case ENOENT:
-    case ENOTDIR:
-      return base::error::kPathNotFound;
-    default:
-      return base::error::kPathFileAccess;
-  }
+bool is_refusal(int error) {
+  return error == EACCES || error == EPERM || error == EROFS;
 }
 
 }  // namespace
 
 void raise_file_error(int error, const std::filesystem::path& path) {
-  throw base::RuntimeError(number_of(error), path.string() + ": " + std::generic_category().message(error));
+  local::raise_file_error(error, "work on", path.string());
 }
 
 PosixFile::PosixFile(std::filesystem::path path, int flags) : path_(std::move(path)) {
@@ -64,7 +49,7 @@ std::optional<PosixFile> PosixFile::try_open(const std::filesystem::path& path, 
   file.fd_ = retry([&] { return ::open(path.c_str(), flags | O_CLOEXEC, 0600); });
   if (file.fd_ >= 0)
     return file;
-  if (number_of(errno) == base::error::kPermissionDenied || errno == ENOENT)
+  if (is_refusal(errno) || errno == ENOENT)
     return std::nullopt;
   raise_file_error(errno, path);
 }

@@ -29,6 +29,7 @@ std::uint32_t runtime_number(int error, const std::string& path) {
       return base::error::kDiskFull;
     case EACCES:
     case EPERM:
+    case EROFS:
     case EAGAIN:
     case EBUSY:
     case ETXTBSY:

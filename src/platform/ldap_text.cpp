@@ -1,26 +1,12 @@
 #include "platform/ldap_text.hpp"
 
-#include <optional>
+#include "base/text.hpp"
 
 namespace twk::platform {
 namespace {
 
 void append_hex(std::string& out, char c) {
-  static constexpr std::string_view kDigits = "0123456789ABCDEF";
-  const auto byte = static_cast<unsigned char>(c);
-  out.push_back('\\');
-  out.push_back(kDigits[byte >> 4U]);
-  out.push_back(kDigits[byte & 15U]);
-}
-
-std::optional<unsigned> hex_digit(char c) {
-  if (c >= '0' && c <= '9')
-    return static_cast<unsigned>(c - '0');
-  if (c >= 'a' && c <= 'f')
-    return static_cast<unsigned>(c - 'a') + 10U;
-  if (c >= 'A' && c <= 'F')
-    return static_cast<unsigned>(c - 'A') + 10U;
-  return std::nullopt;
+  out += "\\" + base::hex_byte(static_cast<unsigned char>(c));
 }
 
 }  // namespace
@@ -65,8 +51,8 @@ std::string unescape_dn_value(std::string_view text) {
       out.push_back(text[i]);
       continue;
     }
-    const auto high = hex_digit(text[i + 1]);
-    const auto low = i + 2 < text.size() ? hex_digit(text[i + 2]) : std::nullopt;
+    const auto high = base::hex_digit(text[i + 1]);
+    const auto low = i + 2 < text.size() ? base::hex_digit(text[i + 2]) : std::nullopt;
     if (high && low) {
       out.push_back(static_cast<char>(static_cast<unsigned char>(*high << 4U | *low)));
       i += 2;

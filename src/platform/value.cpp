@@ -19,13 +19,10 @@ Overloaded(Ts...) -> Overloaded<Ts...>;
 }
 
 std::string hex(const base::Bytes& bytes) {
-  static constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string out;
   out.reserve(bytes.size() * 2);
-  for (const std::uint8_t byte : bytes) {
-    out.push_back(kDigits[byte >> 4U]);
-    out.push_back(kDigits[byte & 15U]);
-  }
+  for (const std::uint8_t byte : bytes)
+    out += base::hex_byte(byte);
   return out;
 }
 
