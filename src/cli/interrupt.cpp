@@ -16,7 +16,7 @@ extern "C" void on_interrupt(int) {
   was_interrupted = 1;
 }
 
-extern "C" void on_lost_reader(int) {}
+extern "C" void on_refused_write(int) {}
 
 }  // namespace
 
@@ -28,8 +28,9 @@ void catch_interrupts() {
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
   // A handler and not SIG_IGN, which programs that are started here would inherit.
-  action.sa_handler = on_lost_reader;
+  action.sa_handler = on_refused_write;
   sigaction(SIGPIPE, &action, nullptr);
+  sigaction(SIGXFSZ, &action, nullptr);
 }
 
 bool interrupted() {

@@ -63,6 +63,20 @@ TEST_F(KilledPrograms, LoseNoUserThatTheyReported) {
   RecordProperty("reported", static_cast<int>(reported));
 }
 
+class FullDisks : public TwkLab {};
+
+TEST_F(FullDisks, AreToldAndLoseNothingThatWasSaved) {
+  ProgramRun how;
+  how.arguments = {"/bin/sh", "-c", "ulimit -f 0; exec \"$@\"", "sh", TWK_BIN_DIR "/twk"};
+  for (const char* argument : {"--lab", "LAB", "site", "add", "Branch", "--nt-server", "FS1"})
+    how.arguments.emplace_back(argument == std::string("LAB") ? lab() : argument);
+  const std::string before = get_file(database_file("Site.dat"));
+  const ProgramResult result = run_program(how);
+  EXPECT_EQ(result.exit_code, 2) << result.out;
+  EXPECT_THAT(result.err, HasSubstr("Error Opening Site.dat"));
+  EXPECT_EQ(get_file(database_file("Site.dat")), before);
+}
+
 class ProgramsAtOnce : public TwkLab {};
 
 TEST_F(ProgramsAtOnce, EachKeepWhatTheOtherSaves) {
