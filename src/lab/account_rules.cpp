@@ -39,8 +39,8 @@ Modification convert(const StagedChange& change, const AttributeSchema& attribut
 }
 
 bool is_mandatory(std::string_view attribute) {
-  return attribute == "sAMAccountName" || attribute == "userAccountControl" || attribute == "primaryGroupID" ||
-         attribute == "groupType" || attribute == "objectCategory";
+  return attribute == "sAMAccountName" || attribute == "userAccountControl" ||
+         attribute == "primaryGroupID" || attribute == "groupType" || attribute == "objectCategory";
 }
 
 /// A single-valued attribute must not end with several values.
@@ -69,8 +69,10 @@ std::string stored_flags(const Entry* entry, Provider provider, std::int32_t wan
 void apply_rules(const LabDomain& domain, const Entry* entry, bool user, Provider provider,
                  Modification& change, std::vector<Modification>& along) {
   const bool takes_away = change.kind == ModifyKind::kDelete || change.values.empty();
-  if (takes_away && is_mandatory(change.attribute)) constraint(change.attribute, "cannot be taken away");
-  if (takes_away) return;
+  if (takes_away && is_mandatory(change.attribute))
+    constraint(change.attribute, "cannot be taken away");
+  if (takes_away)
+    return;
   std::string& value = change.values.front();
   if (change.attribute == "sAMAccountName") {
     check_account_name(value, user);
