@@ -9,6 +9,8 @@
 namespace twk::session {
 namespace {
 
+constexpr const char* kLineEnd = "\r\n";
+
 std::string log_path(const Session& session) {
   return std::string(base::trim(session.form1.dbpath.text.get())) + "Log.txt";
 }
@@ -76,14 +78,14 @@ std::string date_and_time(Session& session) {
 }
 
 std::string text_file_line(std::string_view text) {
-  return base::to_ansi(visible_controls(text)) + "\r\n";
+  return base::to_ansi(visible_controls(text)) + kLineEnd;
 }
 
 void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view text) {
   if (!file)
     return;
   base::Trap trap;
-  if (trap([&] { file->write(text_file_line(text)); }))
+  if (trap([&] { file->write(base::to_ansi(text) + kLineEnd); }))
     return;
   file.reset();
   LOG_TAB(session, kYellow, "Import files: " + trap.description());

@@ -47,11 +47,12 @@ class ActivityLog {
 
 /// "31/12/2026 09:05:00" of the session's clock.
 std::string date_and_time(Session& session);
-/// A line of a text file of the database directory: code page 1252, CR LF, control characters made visible.
+/// A line of a log or a table: code page 1252, CR LF, control characters made visible.
 std::string text_file_line(std::string_view text);
 
-/// One line of a file that a run keeps beside the log. A failure adds a "YELLOW" row to the log tab and
-/// closes the file, so that it is told once. Nothing happens for a file that is not open.
+/// One line of a file that a run keeps beside the log, in code page 1252 with CR LF and otherwise as it is,
+/// so that a line that was refused can be mended and taken in again. A failure adds a "YELLOW" row to the log
+/// tab and closes the file, so that it is told once. Nothing happens for a file that is not open.
 void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view text);
 
 /// The buttons of the log tab.

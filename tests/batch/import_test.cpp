@@ -50,11 +50,11 @@ INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
 TEST_P(InEveryKindOfDomain, EachLineBecomesAUserOrIsKeptAsNotCreated) {
   ImportWorld world(GetParam());
   world.start();
-  EXPECT_TRUE(
-      world.import("Jo,,Smith\r\n\r\nalone\r\nAnn,M.,Lee\nJo,,Smith\r\nKim,,Last line without an end"));
-  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith", "2  ", "3  alone", "4 GREEN Ann.Lee", "5  Jo.Smith",
-                                      "6  Kim.Last line without an end"));
-  EXPECT_EQ(world.errors(), std::string(kErrorHeading) + "\nalone\nJo,,Smith\n");
+  EXPECT_TRUE(world.import(
+      "Jo,,Smith\r\n\r\nalone\twith a tab\r\nAnn,M.,Lee\nJo,,Smith\r\nKim,,Last line without an end"));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith", "2  ", "3  alone\twith a tab", "4 GREEN Ann.Lee",
+                                      "5  Jo.Smith", "6  Kim.Last line without an end"));
+  EXPECT_EQ(world.errors(), std::string(kErrorHeading) + "\nalone\twith a tab\nJo,,Smith\n");
   const std::string tail = world.is_nt() ? ",," : ",";
   EXPECT_EQ(world.summary(), std::string(kSummaryHeading) + "Jo  Smith,Jo.Smith" + tail +
                                  "No\nAnn M. Lee,Ann.Lee" + tail + "No\n");
