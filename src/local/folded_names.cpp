@@ -73,7 +73,7 @@ std::optional<std::string> FoldedNames::find(const std::string& folder, std::str
   if (!as_remembered)
     known = read(folder, status);
   const auto found = known->names.find(base::upper(name));
-  const std::optional<std::string> result =
+  std::optional<std::string> result =
       found == known->names.end() ? std::nullopt : std::optional(found->second);
   if (!as_remembered && !is_settled(status))
     folders_.pop_front();
