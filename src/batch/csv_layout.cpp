@@ -57,6 +57,15 @@ bool next_line(std::string_view text, std::size_t& position, std::string_view& l
   return true;
 }
 
+void split_import_line(session::ImportState& state, std::string_view line) {
+  constexpr std::size_t kMostCounted = 32767;
+  state.ImportLine = line;
+  const std::vector<std::string> fields = base::split(line, ',');
+  const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
+  std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
+  state.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
+}
+
 void load_csv_layout(Session& session, std::string_view path) {
   CSV_Import& window = session.csv_import;
   window.File_Name.caption = shown_path(path);

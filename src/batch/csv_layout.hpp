@@ -6,7 +6,8 @@
 
 namespace twk::session {
 struct Session;
-}
+struct ImportState;
+}  // namespace twk::session
 
 /// The window `CSV_Import`: which columns of the file are what.
 namespace twk::batch {
@@ -17,6 +18,10 @@ std::string import_text(std::string_view bytes);
 
 /// The line at `position`, without its end (CR LF, LF or CR); `position` moves behind it. False at the end.
 bool next_line(std::string_view text, std::size_t& position, std::string_view& line);
+
+/// Takes a line into `ImportLine`, `ImportFields` and `ImportFieldCount`: every comma separates. Elements
+/// beyond the line's own fields keep what an earlier line left.
+void split_import_line(session::ImportState& state, std::string_view line);
 
 /// Shows the path, the first two lines and the columns to choose from. Raises what reading the file raises.
 void load_csv_layout(session::Session& session, std::string_view path);

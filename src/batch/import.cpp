@@ -48,15 +48,6 @@ void open_summary(Session& session) {
   session::write_run_file(session, state.summary_file, "Full Name,WinNT logon,W2K logon,ERRORS");
 }
 
-/// Overwrites the elements that the line has; those beyond keep what an earlier line left.
-void split_line(ImportState& state) {
-  const std::vector<std::string> fields = base::split(state.ImportLine, ',');
-  const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
-  std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
-  constexpr std::size_t kMostCounted = 32767;
-  state.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
-}
-
 void fill_names(Session& session) {
   const ImportState& state = session.import;
   const auto field = [&state](std::int16_t index) {
@@ -79,10 +70,9 @@ End run_lines(Session& session, std::string_view path, std::string_view text) {
   std::size_t position = 0;
   std::string_view line;
   for (std::int32_t number = 1; next_line(text, position, line); ++number) {
-    state.ImportLine = line;
+    split_import_line(state, line);
     form.USERID.text = std::string();
     form.UserID_Box.text = std::string();
-    split_line(state);
     fill_names(session);
     if (state.ImportFieldCount < 2) {
       error_line(session, state.ImportLine);

@@ -45,9 +45,10 @@ Verdict judge(const session::Session& session, const std::string& user, std::set
   return {session::kRed, "User Name already exist"};
 }
 
-/// The trimmed field of the line in hand that a column names.
+/// The field of the line in hand that a column names, as a creation takes it for a name.
 std::string field_of(const session::ImportState& state, const std::optional<int>& column, int standard) {
-  return std::string(base::trim(state.ImportFields.at(static_cast<std::size_t>(column.value_or(standard)))));
+  return creation::capitalized(
+      base::trim(state.ImportFields.at(static_cast<std::size_t>(column.value_or(standard)))));
 }
 
 Json preview_line(session::Session& session, std::int32_t number, const ImportColumns& columns,
@@ -74,15 +75,6 @@ Json preview_line(session::Session& session, std::int32_t number, const ImportCo
           {"last", last}};
 }
 
-void split_line(session::ImportState& state, std::string_view line) {
-  const std::vector<std::string> fields = base::split(line, ',');
-  const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
-  state.ImportLine = line;
-  state.ImportFields.fill({});
-  std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
-  state.ImportFieldCount = static_cast<std::int16_t>(kept);
-}
-
 }  // namespace
 
 int preview_import(Context& context, session::Session& session, const std::string& path,
@@ -95,7 +87,7 @@ int preview_import(Context& context, session::Session& session, const std::strin
   std::string_view line;
   session.import.Importing = true;
   for (std::int32_t number = 1; batch::next_line(text, position, line); ++number) {
-    split_line(session.import, line);
+    batch::split_import_line(session.import, line);
     rows.push_back(preview_line(session, number, columns, taken));
     exit_code = std::max(exit_code, exit_code_of_light(rows.back()["light"].get_ref<const std::string&>()));
   }

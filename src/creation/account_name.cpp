@@ -20,4 +20,8 @@ std::vector<std::string> invalid_characters(std::string_view name, bool active_d
   return faults;
 }
 
+std::string capitalized(std::string_view name) {
+  return base::upper(base::left(name, 1)) + std::string(base::mid(name, 2));
+}
+
 }  // namespace twk::creation

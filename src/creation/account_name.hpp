@@ -11,4 +11,7 @@ namespace twk::creation {
 /// would name a folder above. One entry for each place; empty when the name will do.
 std::vector<std::string> invalid_characters(std::string_view name, bool active_directory);
 
+/// A person's name with its first character in upper case and the rest as typed.
+std::string capitalized(std::string_view name);
+
 }  // namespace twk::creation

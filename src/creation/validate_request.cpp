@@ -48,7 +48,7 @@ std::string_view selection_fault(const CreationRun& run) {
 }
 
 void capitalize(std::string& name, controls::TextBox& box) {
-  name = base::upper(base::left(name, 1)) + std::string(base::mid(name, 2));
+  name = capitalized(name);
   box.text = name;
 }
 

@@ -66,6 +66,19 @@ TEST_F(ImportingUsers, ShowsInAPreviewWhatWouldBeAndWritesNothing) {
   EXPECT_EQ(run({"user", "show", "John.Smith"}).exit_code, 2);
 }
 
+TEST_F(ImportingUsers, ShowsInAPreviewTheNamesThatTheImportGives) {
+  const std::string csv = "ann,,lee,one\nkim,,day\n";
+  ASSERT_EQ(run({"settings", "set", "Setup", "SetupID", "%first%%IMPORT4%"}).exit_code, 0);
+  const auto shown = json_lines(import(csv, {"--preview"}).out);
+  const auto made = json_lines(import(csv).out);
+  ASSERT_GE(shown.size(), 2U);
+  ASSERT_GE(made.size(), 2U);
+  EXPECT_EQ(made[0]["user"], "Annone");
+  EXPECT_EQ(made[1]["user"], "Kimone");
+  for (std::size_t i = 0; i < 2; ++i)
+    EXPECT_EQ(shown[i]["user"], made[i]["user"]);
+}
+
 TEST_F(ImportingUsers, RefusesAColumnThatTheFileDoesNotHave) {
   const ProgramResult result = import("John,,Smith\n", {"--id", "4"});
   EXPECT_EQ(result.exit_code, 64);
