@@ -11,7 +11,6 @@ namespace {
 /// Expands a node as a person does who opens it to look inside.
 void open_node(session::Session& session, controls::TreeNode& node) {
   directory::TreeView1_Expand(session, node);
-  node.expanded = true;
 }
 
 /// The node of a distinguished name, what is above it opened first, since a node is read only when it is

@@ -8,6 +8,8 @@
 namespace twk::controls {
 namespace {
 
+using Kind = ListChange::Kind;
+
 std::string folded_text(std::string_view text) {
   return base::upper(base::trim(text));
 }
@@ -16,15 +18,20 @@ std::string folded_text(std::string_view text) {
 
 ListRow& ListView::add(std::string key, std::string text, std::string icon,
                        std::vector<std::string> sub_items) {
-  auto row = std::make_unique<ListRow>(
-      ListRow{std::move(key), std::move(text), std::move(icon), std::move(sub_items), false, false});
+  auto row = std::make_unique<ListRow>();
+  row->key = std::move(key);
+  row->text = std::move(text);
+  row->icon = std::move(icon);
+  row->sub_items = std::move(sub_items);
+  row->place = rows_.size();
   ListRow& added = *row;
   if (!added.key.empty() && !by_key_.emplace(base::upper(added.key), &added).second) {
     throw base::RuntimeError(base::error::kKeyNotUnique, "Key is not unique in collection: " + added.key);
   }
   by_text_.emplace(folded_text(added.text), &added);
+  tell(Kind::kInserting, added.place);
   rows_.push_back(std::move(row));
-  tell();
+  tell(Kind::kInserted, added.place);
   return added;
 }
 
@@ -36,22 +43,25 @@ void ListView::unlink(Index& index, std::string_view folded, const ListRow& row)
 }
 
 void ListView::remove(const ListRow& row) {
-  const auto found =
-      std::find_if(rows_.rbegin(), rows_.rend(), [&row](const auto& one) { return one.get() == &row; });
-  if (found == rows_.rend())
+  const std::size_t place = row.place;
+  if (place >= rows_.size() || rows_[place].get() != &row)
     return;
   if (!row.key.empty())
     by_key_.erase(base::upper(row.key));
   unlink(by_text_, folded_text(row.text), row);
-  rows_.erase(std::next(found).base());
-  tell();
+  tell(Kind::kRemoving, place);
+  rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(place));
+  for (std::size_t i = place; i < rows_.size(); ++i)
+    rows_[i]->place = i;
+  tell(Kind::kRemoved, place);
 }
 
 void ListView::clear() {
+  tell(Kind::kResetting);
   by_key_.clear();
   by_text_.clear();
   rows_.clear();
-  tell();
+  tell(Kind::kReset);
 }
 
 const ListRow* ListView::find_key(std::string_view key) const {
@@ -64,21 +74,16 @@ std::vector<const ListRow*> ListView::find_text(std::string_view text) const {
   const auto [first, last] = by_text_.equal_range(folded_text(text));
   for (auto entry = first; entry != last; ++entry)
     found.push_back(entry->second);
-  if (found.size() < 2)
-    return found;
-  std::vector<const ListRow*> in_order;
-  for (const auto& row : rows_) {
-    if (std::find(found.begin(), found.end(), row.get()) != found.end())
-      in_order.push_back(row.get());
-  }
-  return in_order;
+  std::sort(found.begin(), found.end(),
+            [](const ListRow* a, const ListRow* b) { return a->place < b->place; });
+  return found;
 }
 
 void ListView::set_text(ListRow& row, std::string text) {
   unlink(by_text_, folded_text(row.text), row);
   row.text = std::move(text);
   by_text_.emplace(folded_text(row.text), &row);
-  tell();
+  tell(Kind::kChanged, row.place);
 }
 
 void ListView::set_key(ListRow& row, std::string key) {
@@ -92,19 +97,30 @@ void ListView::set_key(ListRow& row, std::string key) {
   row.key = std::move(key);
   if (!row.key.empty())
     by_key_.emplace(folded, &row);
-  tell();
 }
 
 void ListView::set_sub_item(ListRow& row, std::size_t number, std::string text) {
   if (row.sub_items.size() < number)
     row.sub_items.resize(number);
   row.sub_items.at(number - 1) = std::move(text);
-  tell();
+  tell(Kind::kChanged, row.place);
 }
 
 void ListView::set_icon(ListRow& row, std::string icon) {
   row.icon = std::move(icon);
-  tell();
+  tell(Kind::kChanged, row.place);
+}
+
+void ListView::set_selected(ListRow& row, bool selected) {
+  if (row.selected == selected)
+    return;
+  row.selected = selected;
+  tell(Kind::kSelected);
+}
+
+void ListView::set_checked(ListRow& row, bool checked) {
+  row.checked = checked;
+  tell(Kind::kChanged, row.place);
 }
 
 ListRow* ListView::selected() {
@@ -115,19 +131,24 @@ ListRow* ListView::selected() {
 void ListView::select(ListRow* row) {
   for (const auto& one : rows_)
     one->selected = one.get() == row;
-  tell();
+  tell(Kind::kSelected);
 }
 
 void ListView::set_drawing(bool on) {
-  const bool turned_on = on && !drawing_;
-  drawing_ = on;
-  if (turned_on)
-    changed_.emit();
+  if (on == drawing_)
+    return;
+  if (on) {
+    drawing_ = true;
+    tell(Kind::kReset);
+  } else {
+    tell(Kind::kResetting);
+    drawing_ = false;
+  }
 }
 
-void ListView::tell() {
+void ListView::tell(Kind kind, std::size_t place) const {
   if (drawing_)
-    changed_.emit();
+    changes_.emit({kind, place});
 }
 
 void move_row(ListView& from, const ListRow& row, ListView& to) {

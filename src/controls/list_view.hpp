@@ -19,6 +19,23 @@ struct ListRow {
   std::vector<std::string> sub_items;  ///< sub-item 1 is at place 0
   bool selected = false;
   bool checked = false;
+  std::size_t place = 0;  ///< from the top; kept by the list
+};
+
+/// What happens to the rows of a list. An insertion, a removal and a reset are told before and after.
+struct ListChange {
+  enum class Kind {
+    kInserting,
+    kInserted,
+    kRemoving,
+    kRemoved,
+    kResetting,  ///< until kReset the rows may be any
+    kReset,
+    kChanged,   ///< text, icon or a sub-item of the row
+    kSelected,  ///< other rows are selected than before
+  };
+  Kind kind;
+  std::size_t place = 0;
 };
 
 /// Rows in order, found by key and by text without a walk. Row addresses stay good until the row is removed.
@@ -49,25 +66,29 @@ class ListView {
   /// Sub-items count from 1.
   void set_sub_item(ListRow& row, std::size_t number, std::string text);
   void set_icon(ListRow& row, std::string icon);
+  void set_selected(ListRow& row, bool selected);
+  void set_checked(ListRow& row, bool checked);
 
   /// The first selected row, or none.
   [[nodiscard]] ListRow* selected();
   /// Makes this the only selected row; none deselects all.
   void select(ListRow* row);
 
-  /// While drawing is off nothing is told; turning it on tells once.
+  /// Turning drawing off tells that all rows may become others; until it is on again nothing is told.
   void set_drawing(bool on);
-  [[nodiscard]] Watch watch(Signal::Callback callback) const { return changed_.watch(std::move(callback)); }
+  [[nodiscard]] Watch watch(Channel<const ListChange&>::Callback callback) const {
+    return changes_.watch(std::move(callback));
+  }
 
  private:
   using Index = std::unordered_multimap<std::string, ListRow*>;
   static void unlink(Index& index, std::string_view folded, const ListRow& row);
-  void tell();
+  void tell(ListChange::Kind kind, std::size_t place = 0) const;
 
   std::vector<std::unique_ptr<ListRow>> rows_;
   std::unordered_map<std::string, ListRow*> by_key_;
   Index by_text_;
-  Signal changed_;
+  Channel<const ListChange&> changes_;
   bool drawing_ = true;
 };
 

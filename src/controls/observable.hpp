@@ -23,16 +23,33 @@ class Watch {
 };
 
 /// A list of callbacks. One that is added or ended while they run takes effect with the next call.
-class Signal {
+template <typename... Args>
+class Channel {
  public:
-  using Callback = std::function<void()>;
+  using Callback = std::function<void(Args...)>;
 
-  [[nodiscard]] Watch watch(Callback callback) const;
-  void emit() const;
+  [[nodiscard]] Watch watch(Callback callback) const {
+    auto hold = std::make_shared<Callback>(std::move(callback));
+    callbacks_.push_back(hold);
+    return Watch(std::move(hold));
+  }
+
+  void emit(Args... args) const {
+    if (callbacks_.empty())
+      return;
+    const auto now = callbacks_;
+    for (const auto& weak : now) {
+      if (const auto callback = weak.lock())
+        (*callback)(args...);
+    }
+    std::erase_if(callbacks_, [](const auto& weak) { return weak.expired(); });
+  }
 
  private:
   mutable std::vector<std::weak_ptr<Callback>> callbacks_;
 };
+
+using Signal = Channel<>;
 
 /// A value that tells when it becomes another one.
 template <typename T>

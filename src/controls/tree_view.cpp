@@ -8,6 +8,28 @@
 namespace twk::controls {
 namespace {
 
+using Kind = TreeChange::Kind;
+
+/// Where a child goes among the others of its parent.
+std::size_t place_for(const TreeNode* parent, const std::vector<TreeNode*>& siblings,
+                      const std::string& text) {
+  if (parent == nullptr || !parent->sorted)
+    return siblings.size();
+  const std::string folded = base::upper(text);
+  const auto before = [](const std::string& wanted, const TreeNode* node) {
+    return wanted < base::upper(node->text);
+  };
+  if (!siblings.empty() && !before(folded, siblings.back()))
+    return siblings.size();
+  return static_cast<std::size_t>(std::upper_bound(siblings.begin(), siblings.end(), folded, before) -
+                                  siblings.begin());
+}
+
+void number_from(const std::vector<TreeNode*>& siblings, std::size_t first) {
+  for (std::size_t i = first; i < siblings.size(); ++i)
+    siblings[i]->place = i;
+}
+
 [[noreturn]] void not_unique(const std::string& key) {
   throw base::RuntimeError(base::error::kKeyNotUnique, "Key is not unique in collection: " + key);
 }
@@ -18,6 +40,9 @@ TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, std
   const std::string folded = base::upper(key);
   if (!folded.empty() && by_key_.contains(folded))
     not_unique(key);
+  std::vector<TreeNode*>& siblings = siblings_below(parent);
+  const std::size_t place = place_for(parent, siblings, text);
+  tell(Kind::kInserting, parent, place);
   nodes_.emplace_back();
   TreeNode& node = nodes_.back();
   node.key = std::move(key);
@@ -28,12 +53,9 @@ TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, std
   if (!folded.empty())
     by_key_.emplace(folded, &node);
   ++text_count_[base::upper(node.text)];
-  if (parent == nullptr) {
-    roots_.push_back(&node);
-  } else {
-    insert_child(*parent, node);
-  }
-  tell();
+  siblings.insert(siblings.begin() + static_cast<std::ptrdiff_t>(place), &node);
+  number_from(siblings, place);
+  tell(Kind::kInserted, parent, place);
   return node;
 }
 
@@ -46,14 +68,8 @@ TreeNode& TreeView::add_under(std::string_view parent_key, std::string key, std:
   return add(parent, std::move(key), std::move(text), std::move(image));
 }
 
-void TreeView::insert_child(TreeNode& parent, TreeNode& child) {
-  auto place = parent.children.end();
-  if (parent.sorted) {
-    place = std::upper_bound(
-        parent.children.begin(), parent.children.end(), &child,
-        [](const TreeNode* a, const TreeNode* b) { return base::upper(a->text) < base::upper(b->text); });
-  }
-  parent.children.insert(place, &child);
+std::vector<TreeNode*>& TreeView::siblings_below(TreeNode* parent) {
+  return parent == nullptr ? roots_ : parent->children;
 }
 
 void TreeView::erase(TreeNode& node) {
@@ -70,18 +86,27 @@ void TreeView::erase(TreeNode& node) {
 }
 
 void TreeView::remove(TreeNode& node) {
-  std::erase(node.parent == nullptr ? roots_ : node.parent->children, &node);
+  TreeNode* const parent = node.parent;
+  const std::size_t place = node.place;
+  std::vector<TreeNode*>& siblings = siblings_below(parent);
+  tell(Kind::kRemoving, parent, place);
+  siblings.erase(siblings.begin() + static_cast<std::ptrdiff_t>(place));
+  number_from(siblings, place);
+  const bool was_selected = selected_ != nullptr;
   erase(node);
-  tell();
+  tell(Kind::kRemoved, parent, place);
+  if (was_selected && selected_ == nullptr)
+    tell(Kind::kSelected);
 }
 
 void TreeView::clear() {
+  tell(Kind::kResetting);
   selected_ = nullptr;
   by_key_.clear();
   text_count_.clear();
   roots_.clear();
   nodes_.clear();
-  tell();
+  tell(Kind::kReset);
 }
 
 void TreeView::set_key(TreeNode& node, std::string key) {
@@ -94,7 +119,6 @@ void TreeView::set_key(TreeNode& node, std::string key) {
   node.key = std::move(key);
   if (!folded.empty())
     by_key_.emplace(folded, &node);
-  tell();
 }
 
 TreeNode* TreeView::next(const TreeNode& node) {
@@ -118,26 +142,40 @@ bool TreeView::has_text(std::string_view text) const {
 }
 
 void TreeView::select(TreeNode* node) {
+  if (selected_ == node)
+    return;
   selected_ = node;
-  tell();
+  tell(Kind::kSelected);
 }
 
 void TreeView::ensure_visible(TreeNode& node) {
   for (TreeNode* above = node.parent; above != nullptr; above = above->parent)
-    above->expanded = true;
-  tell();
+    set_expanded(*above, true);
+  tell(Kind::kVisible, &node);
+}
+
+void TreeView::set_expanded(TreeNode& node, bool expanded) {
+  if (node.expanded == expanded)
+    return;
+  node.expanded = expanded;
+  tell(Kind::kExpanded, &node);
 }
 
 void TreeView::set_drawing(bool on) {
-  const bool turned_on = on && !drawing_;
-  drawing_ = on;
-  if (turned_on)
-    changed_.emit();
+  if (on == drawing_)
+    return;
+  if (on) {
+    drawing_ = true;
+    tell(Kind::kReset);
+  } else {
+    tell(Kind::kResetting);
+    drawing_ = false;
+  }
 }
 
-void TreeView::tell() {
+void TreeView::tell(Kind kind, TreeNode* node, std::size_t place) const {
   if (drawing_)
-    changed_.emit();
+    changes_.emit({kind, node, place});
 }
 
 }  // namespace twk::controls

@@ -20,10 +20,29 @@ struct TreeNode {
   std::vector<TreeNode*> children;
   bool sorted = false;  ///< children stand in order of their texts; else in order of adding
   bool expanded = false;
+  std::size_t place = 0;  ///< among the nodes of one parent; kept by the tree
 
  private:
   friend class TreeView;
   std::list<TreeNode>::iterator self;
+};
+
+/// What happens to the nodes of a tree. An insertion, a removal and a reset are told before and after.
+struct TreeChange {
+  enum class Kind {
+    kInserting,  ///< at `place` below `node`, which is none for a root
+    kInserted,
+    kRemoving,  ///< what is at `place` below `node`, with all below it
+    kRemoved,
+    kResetting,  ///< until kReset the nodes may be any
+    kReset,
+    kSelected,  ///< another node is selected than before
+    kExpanded,  ///< `node` was opened or closed
+    kVisible,   ///< `node` is to be scrolled to
+  };
+  Kind kind;
+  TreeNode* node = nullptr;
+  std::size_t place = 0;
 };
 
 /// Nodes below roots. The tree is also one sequence of nodes in the order they were added. Look-ups by key,
@@ -45,6 +64,7 @@ class TreeView {
   void set_key(TreeNode& node, std::string key);
 
   [[nodiscard]] std::size_t size() const { return nodes_.size(); }
+  [[nodiscard]] const std::vector<TreeNode*>& roots() const { return roots_; }
   [[nodiscard]] TreeNode* first() { return nodes_.empty() ? nullptr : &nodes_.front(); }
   /// The node added after this one that is still there; none behind the last.
   [[nodiscard]] TreeNode* next(const TreeNode& node);
@@ -59,20 +79,25 @@ class TreeView {
   /// Opens all above the node, so that it can be seen.
   void ensure_visible(TreeNode& node);
 
+  void set_expanded(TreeNode& node, bool expanded);
+
+  /// Turning drawing off tells that all nodes may become others; until it is on again nothing is told.
   void set_drawing(bool on);
-  [[nodiscard]] Watch watch(Signal::Callback callback) const { return changed_.watch(std::move(callback)); }
+  [[nodiscard]] Watch watch(Channel<const TreeChange&>::Callback callback) const {
+    return changes_.watch(std::move(callback));
+  }
 
  private:
-  void insert_child(TreeNode& parent, TreeNode& child);
+  [[nodiscard]] std::vector<TreeNode*>& siblings_below(TreeNode* parent);
   void erase(TreeNode& node);
-  void tell();
+  void tell(TreeChange::Kind kind, TreeNode* node = nullptr, std::size_t place = 0) const;
 
   std::list<TreeNode> nodes_;
   std::vector<TreeNode*> roots_;
   std::map<std::string, TreeNode*, std::less<>> by_key_;
   std::unordered_map<std::string, std::size_t> text_count_;
   TreeNode* selected_ = nullptr;
-  Signal changed_;
+  Channel<const TreeChange&> changes_;
   bool drawing_ = true;
 };
 

@@ -261,7 +261,7 @@ bool Load_AD_Domain(Session& session) {
   controls::TreeView& tree = session.form1.TreeView1;
   tree.select(tree.first());
   if (tree.first() != nullptr)
-    tree.first()->expanded = true;
+    tree.set_expanded(*tree.first(), true);
   set_drawing(session, true);
   if (read && session::logs_load(session)) {
     session.log.line("Domain Data Loaded " + session::date_and_time(session));

@@ -56,7 +56,7 @@ bool Load_NT_Domain(Session& session) {
 
   controls::TreeNode& root = form.TreeView1.add(nullptr, "root", session.DomainName, "DOMAIN");
   form.TreeView1.select(&root);
-  root.expanded = true;
+  session.form1.TreeView1.set_expanded(root, true);
   form.StatusBar1.panel1 = "Retrieving Users...";
   session.Error_Status_Text = "Error Getting Users. " + base::to_text(session.UserCount);
   form.TreeView1.set_drawing(false);

@@ -94,7 +94,7 @@ void add_users(Session& session, const std::string& base, const LoadOptions& opt
 
 void TreeView1_Expand(Session& session, TreeNode& node) {
   controls::TreeView& tree = session.form1.TreeView1;
-  node.expanded = true;
+  tree.set_expanded(node, true);
   if (&node == tree.first() || session.LoadAllUsersFlag)
     return;
   tree.set_drawing(false);

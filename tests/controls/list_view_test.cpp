@@ -58,18 +58,53 @@ TEST(ListView, MovesARowWithKeyTextAndIconToTheEndOfAnother) {
   EXPECT_EQ(to.at(1).icon, "W2KGRP");
 }
 
-TEST(ListView, TellsOnceWhenDrawingIsTurnedOnAgain) {
+/// What was told, as "inserting 0, inserted 0".
+template <typename Control>
+class Told {
+ public:
+  explicit Told(const Control& control)
+      : watch_(control.watch([this](const auto& change) {
+          kinds.push_back(static_cast<int>(change.kind));
+          places.push_back(change.place);
+        })) {}
+
+  std::vector<int> kinds;
+  std::vector<std::size_t> places;
+
+ private:
+  Watch watch_;
+};
+
+std::vector<int> numbers(std::initializer_list<ListChange::Kind> kinds) {
+  std::vector<int> all;
+  for (const ListChange::Kind kind : kinds)
+    all.push_back(static_cast<int>(kind));
+  return all;
+}
+
+TEST(ListView, TellsInsertionsAndRemovalsBeforeAndAfterWithTheirPlace) {
+  using Kind = ListChange::Kind;
   ListView list;
-  int told = 0;
-  const Watch watch = list.watch([&told] { ++told; });
   list.add("a", "one");
-  EXPECT_EQ(told, 1);
+  const Told told(list);
+  list.add("b", "two");
+  list.remove(list.at(0));
+  EXPECT_EQ(told.kinds, numbers({Kind::kInserting, Kind::kInserted, Kind::kRemoving, Kind::kRemoved}));
+  EXPECT_THAT(told.places, testing::ElementsAre(1, 1, 0, 0));
+  EXPECT_EQ(list.at(0).place, 0U) << "what moved up knows its new place";
+}
+
+TEST(ListView, TellsNothingButAResetWhileDrawingIsOff) {
+  using Kind = ListChange::Kind;
+  ListView list;
+  const Told told(list);
+  list.set_drawing(false);
   list.set_drawing(false);
   list.add("b", "two");
   list.clear();
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(told.kinds, numbers({Kind::kResetting}));
   list.set_drawing(true);
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(told.kinds, numbers({Kind::kResetting, Kind::kReset}));
 }
 
 TEST(ListView, HasOneSelectedRowAtMost) {

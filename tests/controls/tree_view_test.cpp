@@ -84,5 +84,34 @@ TEST(TreeView, ARenamedKeyIsFoundUnderItsNewName) {
   EXPECT_THROW(domain.tree.set_key(*domain.jo, domain.sales->key), base::RuntimeError);
 }
 
+TEST(TreeView, TellsWhereAmongItsSiblingsANodeComesAndGoes) {
+  using Kind = TreeChange::Kind;
+  Domain domain;
+  domain.sales->sorted = true;
+  std::vector<std::tuple<Kind, const TreeNode*, std::size_t>> told;
+  const Watch watch = domain.tree.watch(
+      [&told](const TreeChange& change) { told.emplace_back(change.kind, change.node, change.place); });
+  TreeNode& ann = domain.tree.add(domain.sales, "ann", "Ann", "USER");
+  EXPECT_EQ(ann.place, 0U);
+  EXPECT_EQ(domain.jo->place, 1U);
+  domain.tree.remove(ann);
+  EXPECT_EQ(domain.jo->place, 0U);
+  EXPECT_THAT(told, testing::ElementsAre(std::tuple(Kind::kInserting, domain.sales, 0),
+                                         std::tuple(Kind::kInserted, domain.sales, 0),
+                                         std::tuple(Kind::kRemoving, domain.sales, 0),
+                                         std::tuple(Kind::kRemoved, domain.sales, 0)));
+}
+
+TEST(TreeView, TellsThatNothingIsSelectedWhenTheSelectedNodeGoes) {
+  Domain domain;
+  domain.tree.select(domain.jo);
+  int told = 0;
+  const Watch watch = domain.tree.watch(
+      [&told](const TreeChange& change) { told += change.kind == TreeChange::Kind::kSelected ? 1 : 0; });
+  domain.tree.remove(*domain.sales);
+  EXPECT_EQ(domain.tree.selected(), nullptr);
+  EXPECT_EQ(told, 1);
+}
+
 }  // namespace
 }  // namespace twk::controls
