@@ -8,17 +8,12 @@
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "cli/progress.hpp"
-#include "cli/run_registry.hpp"
-#include "lab/lab.hpp"
 #include "session/settings.hpp"
 #include "session/start_up.hpp"
+#include "world/world.hpp"
 
 namespace twk::cli {
 namespace {
-
-std::string root_key(std::string_view sub_key) {
-  return std::string(session::kTree) + "\\" + std::string(sub_key);
-}
 
 /// The rows of the log tab from `first` on that are no GREEN ones, each text once. What the last creation
 /// came to is a result and told as one.
@@ -50,27 +45,6 @@ session::StartUp start(session::Session& session, Depth depth) {
 
 }  // namespace
 
-struct Context::World {
-  World(const std::filesystem::path& folder, platform::Dialogs& dialogs)
-      : lab(folder, [](const std::string& warning) { complain(warning); }),
-        stored(lab.platform(dialogs)),
-        registry(stored.registry),
-        services{.registry = registry,
-                 .directory = stored.directory,
-                 .query = stored.query,
-                 .files = stored.files,
-                 .network = stored.network,
-                 .process = stored.process,
-                 .environment = stored.environment,
-                 .clock = stored.clock,
-                 .dialogs = dialogs} {}
-
-  lab::Lab lab;
-  platform::Platform stored;
-  RunRegistry registry;
-  platform::Platform services;
-};
-
 Context::Context() = default;
 Context::~Context() = default;
 
@@ -94,60 +68,52 @@ std::filesystem::path Context::lab_folder() const {
       "one");
 }
 
-Context::World& Context::world() {
+world::World& Context::world() {
   if (world_)
     return *world_;
   const std::filesystem::path folder = lab_folder();
-  std::error_code unreadable;
-  if (!std::filesystem::exists(folder / "lab.conf", unreadable) && !unreadable)
+  if (!world::may_be_lab(folder))
     throw BadInput(folder.string() +
                    " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
-  world_ = std::make_unique<World>(folder, dialogs_);
-  std::string domain;
-  if (!world_->stored.registry.Reg_Read(platform::kHiveLocalMachine, root_key("Setup"), "Domain", domain))
-    override_setting("Setup", "Domain", domain_name(world_->lab.config()));
-  if (!options_.db.empty())
-    override_setting("Setup", "DataBasePath", std::filesystem::absolute(options_.db).string());
+  world_ =
+      std::make_unique<world::World>(folder, dialogs_, [](const std::string& warning) { complain(warning); });
+  world_->choose_domain_and_database(options_.db);
   return *world_;
 }
 
 lab::Lab& Context::lab() {
-  return world().lab;
+  return world().lab();
 }
 
 const platform::Platform& Context::services() {
-  return world().services;
+  return world().services();
 }
 
 platform::RegistryAccess& Context::registry() {
-  return world().stored.registry;
+  return world().stored_registry();
 }
 
 platform::RegistryListing& Context::registry_listing() {
-  return world().lab.registry_listing();
+  return world().lab().registry_listing();
 }
 
 Domain Context::domain() {
-  World& opened = world();
-  const lab::LabConfig& config = opened.lab.config();
-  return {.services = opened.services,
-          .name = domain_name(config),
+  const lab::LabConfig& config = lab().config();
+  return {.services = services(),
+          .name = lab::domain_name(config),
           .nt_name = config.netbios,
           .active_directory = config.kind != lab::DomainKind::kNt};
 }
 
 void Context::override_setting(std::string_view sub_key, std::string_view name, std::string value) {
-  world().registry.put(root_key(sub_key), name, std::move(value));
+  world().override_setting(sub_key, name, std::move(value));
 }
 
 session::Session& Context::session(Depth depth) {
   if (session_)
     return *session_;
-  World& opened = world();
-  std::string database = opened.lab.database_path();
-  while (database.ends_with('/'))
-    database.pop_back();
-  session_ = std::make_unique<session::Session>(opened.services, options_.debug ? "/DEBUG" : "", database);
+  session_ = std::make_unique<session::Session>(services(), options_.debug ? "/DEBUG" : "",
+                                                world().program_directory());
   session::Session& session = *session_;
   const session::StartUp result = start(session, depth);
   tell_log_rows(session, 0);

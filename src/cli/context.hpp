@@ -13,6 +13,9 @@
 namespace twk::lab {
 class Lab;
 }
+namespace twk::world {
+class World;
+}
 
 namespace twk::cli {
 
@@ -66,14 +69,13 @@ class Context {
   session::Session& session(Depth depth);
 
  private:
-  struct World;
-  World& world();
+  world::World& world();
 
   GlobalOptions options_;
   Output output_;
   ConsoleDialogs dialogs_;
   std::function<int()> action_;
-  std::unique_ptr<World> world_;
+  std::unique_ptr<world::World> world_;
   std::unique_ptr<session::Session> session_;
 };
 

@@ -8,9 +8,30 @@
 
 namespace twk::session {
 
+/// Tabs of the main window by their place in `SSTab1`.
+namespace tab {
+inline constexpr int kNewUser = 0;
+inline constexpr int kDetails = 1;
+inline constexpr int kLog = 2;
+inline constexpr int kSite = 3;
+inline constexpr int kTemplate = 4;
+inline constexpr int kSetup = 5;
+}  // namespace tab
+
+/// Tabs inside the set-up tab by their place in `SSTab2`.
+namespace setup_tab {
+inline constexpr int kSetup = 0;
+inline constexpr int kPreferences = 1;
+inline constexpr int kMail = 2;
+inline constexpr int kW2k = 3;
+inline constexpr int kWts = 4;
+}  // namespace setup_tab
+
 /// State of the main window `form1`, tab by tab. Fields bear the names of the window's controls.
 struct Form1 {
   controls::Observable<bool> enabled{true};
+  /// Set when the program is to end.
+  controls::Observable<bool> ended{false};
   /// 0 the arrow, 11 the hourglass.
   controls::Observable<int> mouse_pointer{0};
   controls::StatusBar StatusBar1;
@@ -22,7 +43,7 @@ struct Form1 {
   // Popup of the tree; 13 and 14 are the custom commands.
   std::array<controls::MenuItem, 15> mnupopup;
   // Inner tabs of the set-up tab.
-  std::array<controls::Frame, 4> SSTab2;
+  std::array<controls::Frame, 5> SSTab2;
   controls::Frame Frame3;   ///< what the account name is called
   controls::Frame Frame4;   ///< the default passwords
   controls::Frame Frame13;  ///< what the full name is called
@@ -79,6 +100,7 @@ struct Form1 {
   controls::CheckBox chkAcctDisabled;
   controls::ListView ListView3;  ///< groups the account is not in
   controls::ListView ListView4;  ///< groups the account is in
+  controls::Button Userman_Save;
   controls::Button UM_ADD_GROUP;
   controls::Button UM_REMOVE_GROUP;
 

@@ -10,6 +10,8 @@
 #include "base/bytes.hpp"
 #include "platform/platform.hpp"
 #include "session/activity_log.hpp"
+#include "session/directory_windows.hpp"
+#include "session/editor_windows.hpp"
 #include "session/form1.hpp"
 #include "session/windows.hpp"
 #include "stores/records.hpp"
@@ -117,6 +119,13 @@ struct Session {
   CSV_Import csv_import;
   ImportGrps import_grps;
   CancelImport cancel_import;
+  frmADOptions ad_options;
+  frmFindW2KUser find_user;
+  Select_OU select_ou;
+  Edit_Properties edit_properties;
+  Custom custom;
+  Logon_Hours logon_hours;
+  Permissions permissions;
 };
 
 /// True in an Active Directory domain.

@@ -59,16 +59,16 @@ std::string kind_name(const testing::TestParamInfo<lab::DomainKind>& info) {
   return info.param == lab::DomainKind::kMixed ? "Mixed" : "Nt";
 }
 
-LabSession::LabSession(lab::DomainKind kind, std::string_view command_line)
+LabSession::LabSession(lab::DomainKind kind, std::string_view command_line, platform::Dialogs* boxes)
     : site(head_office()),
       staff(staff_template()),
       kind_(kind),
       lab_(make_lab(folder.path(), kind)),
-      services(lab_->platform(dialogs)),
+      services(lab_->platform(boxes == nullptr ? dialogs : *boxes)),
       directory(services.directory),
       files(services.files),
       session({services.registry, directory, services.query, files, services.network, process, environment,
-               clock, dialogs},
+               clock, services.dialogs},
               command_line, lab_->database_path().substr(0, lab_->database_path().size() - 1)) {
   set("Setup", "Domain", is_nt() ? "TWK" : "twk.test");
   set("Setup", "SetupID", "%first%.%last%");

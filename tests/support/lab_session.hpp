@@ -21,7 +21,9 @@ namespace twk::test {
 /// selected and read. Nobody is there to answer a question that the test does not expect.
 class LabSession {
  public:
-  explicit LabSession(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "");
+  /// `boxes` takes the place of the scripted dialogs.
+  explicit LabSession(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "",
+                      platform::Dialogs* boxes = nullptr);
 
   /// Brings the session up. What a test wants otherwise in settings, site or template is put there before.
   void start();

@@ -7,7 +7,7 @@
 #include "base/text.hpp"
 #include "platform/registry.hpp"
 
-namespace twk::cli {
+namespace twk::world {
 
 /// The registry of one run: what options of the command line say goes before what is stored. Writes go to the
 /// store and do not change that.
@@ -43,4 +43,4 @@ class RunRegistry final : public platform::RegistryAccess {
   std::map<std::string, std::string> values_;
 };
 
-}  // namespace twk::cli
+}  // namespace twk::world

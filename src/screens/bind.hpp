@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QRadioButton>
+#include <functional>
+#include <initializer_list>
+
+#include "controls/basic.hpp"
+
+/// Ties widgets to the controls of the windows' state, both ways: the widget shows what the control holds,
+/// and what a person does is written into the control before the action runs. A binding ends with its widget,
+/// and the control must outlive the widget. Widgets get their parent before they are bound.
+namespace twk::screens {
+
+/// What a person starts with a widget; may be empty. A failure is told, see `run_guarded`.
+using Action = std::function<void()>;
+
+/// Keeps a watch as long as the object lives.
+void keep(QObject& owner, controls::Watch watch);
+
+/// Applies a value now and whenever it changes, as long as the owner lives.
+template <typename T, typename Apply>
+void follow(QObject& owner, const controls::Observable<T>& value, Apply apply) {
+  apply(value.get());
+  keep(owner, value.watch([&value, apply] { apply(value.get()); }));
+}
+
+/// Shows or hides a widget, and in a form its label too.
+void set_shown(QWidget& widget, bool shown);
+
+/// A field that is locked looks like the window around it. `edited` runs after each keystroke.
+void bind_to(QLineEdit& widget, controls::TextBox& control, const Action& edited = {});
+void bind_to(QLabel& widget, controls::Label& control);
+void bind_to(QCheckBox& widget, controls::CheckBox& control, const Action& clicked = {});
+/// One button an entry, in their order.
+void bind_to(std::initializer_list<QRadioButton*> widgets, controls::OptionGroup& control,
+             const Action& clicked = {});
+/// `clicked` is to choose the control and to release its partner, unless the two are `bind_pair`.
+void bind_to(QRadioButton& widget, controls::OptionButton& control, const Action& clicked = {});
+/// Two option buttons of which one is chosen.
+void bind_pair(QRadioButton& first_widget, controls::OptionButton& first, const Action& first_clicked,
+               QRadioButton& second_widget, controls::OptionButton& second, const Action& second_clicked);
+/// The widget keeps its own caption where the control has none.
+void bind_to(QAbstractButton& widget, controls::Button& control, const Action& clicked);
+void bind_to(QAction& widget, controls::MenuItem& control, const Action& triggered);
+void bind_to(QGroupBox& widget, controls::Frame& control);
+void bind_to(QProgressBar& widget, controls::ProgressBar& control);
+/// An editable box takes any text; one that is not shows its items trimmed and gives them as they are.
+/// `chosen` runs when a person picked an item or, in an editable box, typed.
+void bind_to(QComboBox& widget, controls::ComboBox& control, const Action& chosen = {});
+
+/// Runs an action, guarded, when a button is clicked or an entry of a menu is chosen.
+void on_click(QAbstractButton& button, const Action& action);
+void on_triggered(QAction& entry, const Action& action);
+
+}  // namespace twk::screens

@@ -1,0 +1,53 @@
+#include "screens/form.hpp"
+
+namespace twk::screens {
+
+QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name, controls::TextBox& control,
+                    const Action& edited) {
+  auto* const field = new QLineEdit(form.parentWidget());
+  field->setObjectName(name);
+  form.addRow(caption, field);
+  bind_to(*field, control, edited);
+  return field;
+}
+
+QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
+                     const Action& chosen, bool editable) {
+  auto* const box = new QComboBox(form.parentWidget());
+  box->setObjectName(name);
+  box->setEditable(editable);
+  box->setInsertPolicy(QComboBox::NoInsert);
+  form.addRow(caption, box);
+  bind_to(*box, control, chosen);
+  return box;
+}
+
+QCheckBox* add_check(QBoxLayout& box, const QString& caption, const char* name, controls::CheckBox& control,
+                     const Action& clicked) {
+  auto* const check = new QCheckBox(caption, box.parentWidget());
+  check->setObjectName(name);
+  box.addWidget(check);
+  bind_to(*check, control, clicked);
+  return check;
+}
+
+QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, controls::Button& control,
+                        const Action& clicked) {
+  auto* const button = new QPushButton(caption, box.parentWidget());
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  box.addWidget(button);
+  bind_to(*button, control, clicked);
+  return button;
+}
+
+QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, const Action& clicked) {
+  auto* const button = new QPushButton(caption, box.parentWidget());
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  box.addWidget(button);
+  on_click(*button, clicked);
+  return button;
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QBoxLayout>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "controls/basic.hpp"
+#include "screens/bind.hpp"
+
+/// Makes bound widgets inside a layout whose widget is set already. Each gets the control's name as its
+/// object name. A caption's "&" is its mnemonic.
+namespace twk::screens {
+
+QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name, controls::TextBox& control,
+                    const Action& edited = {});
+QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
+                     const Action& chosen = {}, bool editable = false);
+QCheckBox* add_check(QBoxLayout& box, const QString& caption, const char* name, controls::CheckBox& control,
+                     const Action& clicked = {});
+QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, controls::Button& control,
+                        const Action& clicked);
+/// A button that is always there and has no state.
+QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, const Action& clicked);
+
+}  // namespace twk::screens

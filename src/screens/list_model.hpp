@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QIcon>
+#include <QSortFilterProxyModel>
+#include <functional>
+#include <map>
+#include <string>
+
+#include "controls/list_view.hpp"
+
+namespace twk::screens {
+
+/// The rows of a list as a table: the row's text with its picture, then its sub-items. No copy is made.
+class ListModel final : public QAbstractTableModel {
+ public:
+  ListModel(controls::ListView& list, QStringList headings, QObject* parent);
+
+  /// Lets the first column be edited; `edited` gets what was typed.
+  void set_edited(std::function<void(controls::ListRow& row, const std::string& text)> edited);
+  /// Shows a tick box in front of each row.
+  void set_checkable(bool checkable) { checkable_ = checkable; }
+  /// Called before and after a stretch in which the rows may be any.
+  [[nodiscard]] bool is_resetting() const { return resetting_; }
+
+  [[nodiscard]] controls::ListView& list() const { return *list_; }
+  /// None for an index of another model or one that is not valid.
+  [[nodiscard]] controls::ListRow* row(const QModelIndex& index) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+ private:
+  void take(const controls::ListChange& change);
+  QIcon picture(const std::string& name) const;
+
+  controls::ListView* list_;
+  QStringList headings_;
+  std::function<void(controls::ListRow&, const std::string&)> edited_;
+  bool checkable_ = false;
+  bool resetting_ = false;
+  mutable std::map<std::string, QIcon> pictures_;
+  controls::Watch watch_;
+};
+
+/// Rows in alphabetical order of a column, and only those that hold a text. Order and filter look at the rows
+/// themselves, so that 100,000 of them cost no wait.
+class ListOrder final : public QSortFilterProxyModel {
+ public:
+  ListOrder(ListModel& model, QObject* parent);
+
+  /// Case is ignored; the empty text lets every row through.
+  void set_filter(const QString& text);
+  [[nodiscard]] ListModel& model() const { return *model_; }
+
+ protected:
+  bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
+  bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
+
+ private:
+  ListModel* model_;
+  std::string filter_;  ///< in upper case
+};
+
+}  // namespace twk::screens

@@ -1,0 +1,9 @@
+#include "screens/windows.hpp"
+
+namespace twk::screens {
+
+std::unique_ptr<QDialog> make_logon_hours(session::Session& /*session*/, QWidget* parent) {
+  return std::make_unique<QDialog>(parent);
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,35 @@
+#include "screens/windows.hpp"
+
+#include <array>
+#include <utility>
+
+namespace twk::screens {
+namespace {
+
+using Maker = std::unique_ptr<QDialog> (*)(session::Session&, QWidget*);
+
+constexpr std::array<std::pair<std::string_view, Maker>, 11> kMakers = {{
+    {"frmADOptions", make_ad_options},
+    {"CSV_Import", make_csv_import},
+    {"Custom", make_custom},
+    {"Edit_Properties", make_edit_properties},
+    {"frmFindW2KUser", make_find_user},
+    {"ImportGrps", make_import_groups},
+    {"Logon_Hours", make_logon_hours},
+    {"Permissions", make_permissions},
+    {"Select_OU", make_select_ou},
+    {"frmSharePoints", make_share_points},
+    {"Varibles_Form", make_variables},
+}};
+
+}  // namespace
+
+std::unique_ptr<QDialog> make_window(std::string_view name, session::Session& session, QWidget* parent) {
+  for (const auto& [known, make] : kMakers) {
+    if (known == name)
+      return make(session, parent);
+  }
+  return nullptr;
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QDialog>
+#include <memory>
+#include <string_view>
+
+#include "session/session.hpp"
+
+/// The windows beside the main one, a file each. The routine that shows a window has filled its state; the
+/// window calls the routine of the button that closes it.
+namespace twk::screens {
+
+/// The window of that name ("frmADOptions"); none for a name that no window has.
+std::unique_ptr<QDialog> make_window(std::string_view name, session::Session& session, QWidget* parent);
+
+std::unique_ptr<QDialog> make_ad_options(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_csv_import(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_custom(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_edit_properties(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_permissions(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_select_ou(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* parent);
+/// Stays beside the main window while an import runs.
+std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent);
+
+}  // namespace twk::screens

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "controls/basic.hpp"
+#include "controls/list_view.hpp"
+
+/// State of the windows that edit rows and hours. Fields bear the names of the windows' controls.
+namespace twk::session {
+
+/// Edits one row of a table.
+struct Edit_Properties {
+  controls::Label title;
+  controls::Label Property;  ///< caption of the first field
+  controls::Label Label2;    ///< caption of the second field
+  controls::TextBox W2K_Attribute;
+  controls::TextBox W2K_Propertry;
+  controls::OptionButton W2K_Person;
+  controls::OptionButton W2K_2000;
+  controls::Frame kind;  ///< around the two options
+  controls::ComboBox WTS_YN;
+  controls::ComboBox WTS_DRIVE_LETTER;
+  controls::ComboBox WTS_TIME;
+};
+
+/// Which attributes the user details tab shows beside its own.
+struct Custom {
+  controls::ListView ListView1;  ///< display name, and the attribute in sub-item 1
+};
+
+/// The hours of a week at which users may log on.
+struct Logon_Hours {
+  /// Row by row from Sunday, column by column from 12am; true is permitted.
+  controls::Observable<std::vector<bool>> MSFlexGrid1{std::vector<bool>(7U * 24U, true)};
+  controls::OptionGroup Option1;  ///< 0 paints permitted, 1 denied
+  controls::Label Label2;         ///< what was selected
+  controls::Button Command2;      ///< OK
+};
+
+/// The table of directory permissions, or that of share permissions.
+struct Permissions {
+  bool share = false;
+  controls::Label title;
+  controls::ListView ListView1;  ///< account, and the access word in sub-item 1
+  controls::ComboBox Access;
+  controls::CheckBox NEW_Security;
+  controls::TextBox ctrOwner;
+  controls::Label Label2;  ///< caption of the owner
+};
+
+}  // namespace twk::session

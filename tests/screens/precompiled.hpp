@@ -1,0 +1,9 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <QtWidgets>
+#include <string>
+#include <vector>

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <QTest>
+#include <QTimer>
+#include <QtWidgets>
+#include <string>
+
+#include "screens/main_window.hpp"
+#include "screens/qt_dialogs.hpp"
+#include "screens/text.hpp"
+#include "support/lab_session.hpp"
+
+namespace twk::test {
+
+/// The main window over a small lab (see `LabSession`), with the boxes and windows of the desktop program.
+class ScreenTest : public testing::Test {
+ protected:
+  explicit ScreenTest(lab::DomainKind kind = lab::DomainKind::kNative) : lab(kind, "", &dialogs) {
+    dialogs.set_session(lab.session);
+  }
+  ~ScreenTest() override { EXPECT_EQ(expected_, 0) << "boxes or windows that never came"; }
+
+  /// Brings the session up and shows the main window.
+  void open() {
+    lab.start();
+    window = std::make_unique<screens::MainWindow>(lab.session);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+  }
+
+  /// The widget of that name in a window, the main one if none is given. The test fails when there is none.
+  template <typename Widget>
+  Widget* find(const char* name, QWidget* in = nullptr) {
+    auto* const found = (in == nullptr ? window.get() : in)->template findChild<Widget*>(name);
+    if (found == nullptr)
+      throw std::logic_error(std::string("no widget ") + name);
+    return found;
+  }
+
+  void click(const char* name, QWidget* in = nullptr) {
+    QTest::mouseClick(find<QAbstractButton>(name, in), Qt::LeftButton);
+  }
+  /// Replaces what a field holds, key by key.
+  void type(const char* name, const QString& text, QWidget* in = nullptr) {
+    auto* const field = find<QLineEdit>(name, in);
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClick(field, Qt::Key_Delete);
+    QTest::keyClicks(field, text);
+  }
+  /// Opens the list of a box and picks the item that shows that text.
+  void choose(const char* name, const QString& item, QWidget* in = nullptr) {
+    auto* const box = find<QComboBox>(name, in);
+    const int index = box->findText(item);
+    ASSERT_GE(index, 0) << name << " does not offer " << item.toStdString();
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Home);
+    while (box->currentIndex() < index)
+      QTest::keyClick(box, Qt::Key_Down);
+  }
+
+  /// When the next modal window is up, calls `person` with it. Windows come in the order they are expected.
+  void expect_window(std::function<void(QWidget& window)> person) {
+    ++expected_;
+    queue_.push_back(std::move(person));
+    if (queue_.size() == 1)
+      wait_for_modal();
+  }
+  /// The next modal window is a box whose text holds `text`; presses the button.
+  void expect_box(const QString& text, QMessageBox::StandardButton button = QMessageBox::Ok) {
+    expect_window([text, button](QWidget& shown) {
+      auto* const box = qobject_cast<QMessageBox*>(&shown);
+      if (box == nullptr) {
+        ADD_FAILURE() << "not a box: " << shown.windowTitle().toStdString();
+        shown.close();
+        return;
+      }
+      EXPECT_TRUE(box->text().contains(text)) << box->text().toStdString();
+      QTest::mouseClick(box->button(button), Qt::LeftButton);
+    });
+  }
+  [[nodiscard]] std::string status() const { return lab.session.form1.StatusBar1.panel1; }
+  /// Lets queued work run.
+  static void settle() { QCoreApplication::processEvents(); }
+
+  screens::QtDialogs dialogs;
+  LabSession lab;
+  std::unique_ptr<screens::MainWindow> window;
+
+ private:
+  void wait_for_modal() {
+    QTimer::singleShot(5, window.get(), [this] {
+      QWidget* const modal = QApplication::activeModalWidget();
+      if (modal == nullptr || modal == last_ || !modal->isVisible()) {
+        wait_for_modal();
+        return;
+      }
+      last_ = modal;
+      const auto person = queue_.front();
+      queue_.pop_front();
+      --expected_;
+      if (!queue_.empty())
+        wait_for_modal();
+      person(*modal);
+      last_ = nullptr;
+    });
+  }
+
+  int expected_ = 0;
+  QWidget* last_ = nullptr;
+  std::deque<std::function<void(QWidget&)>> queue_;
+};
+
+}  // namespace twk::test
