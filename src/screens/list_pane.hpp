@@ -11,11 +11,11 @@
 namespace twk::screens {
 
 struct ListLook {
-  QStringList headings;        ///< one a column; a list of one column shows none
+  QStringList headings{};      ///< one a column; a list of one column shows none
   bool many_selected = false;  ///< several rows may be selected, with Ctrl and Shift
   bool sorted = false;         ///< in alphabetical order, and by the column whose head was clicked
   bool checkable = false;
-  QString empty_text;  ///< shown while there is no row
+  QString empty_text{};  ///< shown while there is no row
 };
 
 /// A list on the screen. The selection is that of the rows, both ways.
