@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <vector>
 
 #include "app/single_instance.hpp"
@@ -55,7 +56,8 @@ class Workplace {
     screens::MainWindow window(*session_);
     window.show();
     screens::open_help_with_f1(window);
-    QTimer::singleShot(0, &window, [&] { screens::show_tip_at_start(&window, *session_); });
+    QTimer::singleShot(
+        0, &window, [&] { screens::run_guarded([&] { screens::show_tip_at_start(&window, *session_); }); });
     return QApplication::exec();
   }
 

@@ -41,6 +41,7 @@ class HelpWindow final : public QMainWindow {
     contents_ = new QListWidget(panes);
     contents_->setObjectName("contents");
     contents_->setAccessibleName("Contents");
+    contents_->setSpacing(2);
     for (const HelpTopic& topic : kHelpTopics) {
       auto* const item = new QListWidgetItem(topic.title, contents_);
       item->setData(Qt::UserRole, topic.name);
@@ -73,8 +74,8 @@ class HelpWindow final : public QMainWindow {
       connect(action, &QAction::triggered, this, slot);
       return action;
     };
-    QAction* const back = add("remove", "Back", QKeySequence::Back, [this] { browser_->backward(); });
-    QAction* const forward = add("add", "Forward", QKeySequence::Forward, [this] { browser_->forward(); });
+    QAction* const back = add("back", "Back", QKeySequence::Back, [this] { browser_->backward(); });
+    QAction* const forward = add("forward", "Forward", QKeySequence::Forward, [this] { browser_->forward(); });
     back->setEnabled(false);
     forward->setEnabled(false);
     connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
