@@ -45,6 +45,11 @@ Stamps stamps_below(const std::string& folder) {
   return stamps;
 }
 
+/// Looked for without an instance of the test's own, which the program would take for the first.
+bool socket_is_there() {
+  return !QDir(qEnvironmentVariable("XDG_RUNTIME_DIR")).entryList({"tarnwick-*"}, QDir::System).empty();
+}
+
 using SingleInstanceTest = AppTest;
 
 TEST_F(SingleInstanceTest, ASecondStartRestoresTheFirstAndEndsWithoutTouchingALab) {
@@ -89,12 +94,9 @@ TEST_F(SingleInstanceTest, AProgramThatWasKilledIsInNobodysWay) {
   make_lab();
   {
     Program first(lab());
-    ASSERT_TRUE(QTest::qWaitFor(
-        [] {
-          const app::SingleInstance probe;
-          return !probe.is_first() && probe.call_first();
-        },
-        20000));
+    ASSERT_TRUE(QTest::qWaitFor(socket_is_there, 20000));
+    const app::SingleInstance probe;
+    EXPECT_FALSE(probe.is_first());
     first.end_by_signal();
   }
   const app::SingleInstance next;
