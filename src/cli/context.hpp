@@ -56,7 +56,8 @@ class Context {
 
   /// The folder of the lab, from the command line or the environment. Raises `UsageError` without one.
   [[nodiscard]] std::filesystem::path lab_folder() const;
-  /// The lab of that folder. Raises `BadInput` when there is none.
+  /// The world of that lab. Raises `BadInput` when there is none.
+  world::World& world();
   lab::Lab& lab();
   const platform::Platform& services();
   /// The registry as the lab keeps it, and all that is in it.
@@ -69,8 +70,6 @@ class Context {
   session::Session& session(Depth depth);
 
  private:
-  world::World& world();
-
   GlobalOptions options_;
   Output output_;
   ConsoleDialogs dialogs_;

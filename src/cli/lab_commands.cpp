@@ -1,5 +1,3 @@
-#include <map>
-
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/commands.hpp"
@@ -8,18 +6,15 @@
 #include "cli/failures.hpp"
 #include "cli/input.hpp"
 #include "cli/lab_import.hpp"
-#include "cli/sample_lab.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab.hpp"
 #include "lab/lab_create.hpp"
 #include "local/posix_files.hpp"
 #include "session/settings.hpp"
+#include "world/sample_lab.hpp"
 
 namespace twk::cli {
 namespace {
-
-const std::map<std::string, lab::DomainKind> kKinds = {
-    {"native", lab::DomainKind::kNative}, {"mixed", lab::DomainKind::kMixed}, {"nt", lab::DomainKind::kNt}};
 
 const std::vector<Column> kFields = {
     {"lab", "Lab"},   {"domain", "Domain"},         {"netbios", "Pre-2000 name"},
@@ -34,14 +29,6 @@ struct InitArguments {
   bool sample = false;
 };
 
-std::string kind_text(lab::DomainKind kind) {
-  for (const auto& [name, value] : kKinds) {
-    if (value == kind)
-      return name;
-  }
-  return {};
-}
-
 int show_info(Context& context) {
   const lab::LabConfig& config = context.lab().config();
   const Domain domain = context.domain();
@@ -50,7 +37,7 @@ int show_info(Context& context) {
       {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
        {"domain", lab::domain_name(config)},
        {"netbios", config.netbios},
-       {"kind", kind_text(config.kind)},
+       {"kind", world::kind_text(config.kind)},
        {"users", list_users(domain, {}).size()},
        {"groups", list_groups(domain).size()},
        {"ous", list_ous(domain).size()},
@@ -59,24 +46,8 @@ int show_info(Context& context) {
   return kExitGreen;
 }
 
-/// A name without a dot is a pre-2000 one: what a lab of kind nt is called, and no other can be.
-void choose_names(InitArguments& arguments) {
-  arguments.plan.kind = kKinds.at(base::lower(arguments.kind));
-  const bool dotted = arguments.domain.find('.') != base::npos;
-  if (arguments.plan.kind == lab::DomainKind::kNt) {
-    if (dotted)
-      throw UsageError("the name of a domain of kind nt has no dot");
-    arguments.plan.netbios = arguments.domain.empty() ? "OLDNT" : base::upper(arguments.domain);
-    arguments.plan.ous = 0;
-  } else if (!arguments.domain.empty()) {
-    if (!dotted)
-      throw UsageError("the name of a native or mixed domain has a dot, such as twk.test");
-    arguments.plan.domain = base::lower(arguments.domain);
-  }
-}
-
 /// What cannot be made for a reason in the command line is told as such.
-void create_lab(const InitArguments& arguments) {
+void create_lab(InitArguments& arguments) {
   std::error_code unreadable;
   if (std::filesystem::exists(std::filesystem::path(arguments.folder) / "lab.conf", unreadable))
     throw Refused(arguments.folder + " is a lab already.");
@@ -84,6 +55,8 @@ void create_lab(const InitArguments& arguments) {
       !std::filesystem::is_empty(arguments.folder, unreadable) && !unreadable)
     throw Refused(arguments.folder + " is not an empty folder.");
   try {
+    arguments.plan.kind = world::kind_named(arguments.kind);
+    world::name_domain(arguments.plan, arguments.domain);
     lab::create_lab(arguments.folder, arguments.plan);
   } catch (const base::RuntimeError& failure) {
     constexpr std::uint32_t kInvalidArgument = 5;
@@ -94,15 +67,13 @@ void create_lab(const InitArguments& arguments) {
 }
 
 int init_lab(Context& context, InitArguments& arguments) {
-  choose_names(arguments);
   create_lab(arguments);
   context.options().lab = arguments.folder;
-  const std::string domain = context.domain().name;
-  if (!context.registry().Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\Setup",
-                                    "Domain", domain))
-    throw base::RuntimeError(base::error::kPathFileAccess, "Cannot write the setting Domain");
-  if (arguments.sample)
-    fill_sample_lab(context);
+  world::record_domain(context.world());
+  if (arguments.sample) {
+    world::prepare_sample(context.world());
+    world::fill_sample_stores(context.session(Depth::kDomain));
+  }
   return show_info(context);
 }
 
@@ -139,7 +110,7 @@ void add_lab_commands(CLI::App& app, Context& context) {
       ->type_name("NAME");
   init->add_option("--kind", arguments->kind, "native, mixed or nt; native if not given")
       ->type_name("KIND")
-      ->check(CLI::IsMember(kKinds, CLI::ignore_case));
+      ->check(CLI::IsMember({"native", "mixed", "nt"}, CLI::ignore_case));
   const auto number = CLI::Range(std::size_t{0}, std::size_t{1000000});
   init->add_option("--users", arguments->plan.users, "Number of users")->type_name("N")->check(number);
   init->add_option("--groups", arguments->plan.groups, "Number of groups")->type_name("N")->check(number);

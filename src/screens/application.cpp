@@ -5,9 +5,16 @@
 #include "base/errors.hpp"
 #include "screens/text.hpp"
 
+/// Pictures and pages of a static library are there once they are asked for by name, outside of a namespace.
+static void load_resources() {
+  Q_INIT_RESOURCE(screens);
+}
+
 namespace twk::screens {
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv), on_failure(show_failure) {
+  load_resources();
+  setOrganizationName("tarnwick");
   setApplicationName("tarnwick");
   setApplicationDisplayName("TWK");
   setDesktopFileName("tarnwick");

@@ -16,6 +16,8 @@
 namespace twk::session {
 namespace {
 
+constexpr int kLeastScreenWidth = 1024;
+
 void read_all_settings(Session& session) {
   session.splash.Splash_TxT.caption = "Loading Registry Keys...";
   read_settings(session);
@@ -81,6 +83,14 @@ void load_databases(Session& session) {
 }
 
 }  // namespace
+
+bool screen_is_wide_enough(platform::Dialogs& dialogs, int width) {
+  if (width >= kLeastScreenWidth)
+    return true;
+  dialogs.MsgBox("Video Resoultion must be 1024x768 or greater\r\nto run this program.",
+                 platform::Buttons::kOk, platform::Icon::kCritical, "TWK - Video Resolution");
+  return false;
+}
 
 StartUp start_session(Session& session) {
   session.splash.visible = true;

@@ -1,8 +1,16 @@
 #pragma once
 
+namespace twk::platform {
+class Dialogs;
+}
+
 namespace twk::session {
 
 struct Session;
+
+/// False for a screen that is narrower than the program's windows need; a box told. The width is in pixels of
+/// the device, and the height does not matter.
+bool screen_is_wide_enough(platform::Dialogs& dialogs, int width);
 
 enum class StartUp {
   kReady,        ///< the session can be worked with, whether or not its domain answered

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+#include <optional>
+
+#include "platform/dialogs.hpp"
+
+/// What a person sees who names no lab.
+namespace twk::app {
+
+/// Asks which lab to work in: one of those opened before, another one, or a new sample. None when the person
+/// quits. The boxes of a new lab's making go through `dialogs`.
+std::optional<QString> choose_lab(platform::Dialogs& dialogs);
+
+/// Folders of the labs that were opened, the last one first; those that went away are left out.
+QStringList recent_labs();
+/// Puts a folder in front of them.
+void remember_lab(const QString& folder);
+
+/// Asks for name, folder and kind, and makes a sample lab. The folder, or none when the person cancelled.
+std::optional<QString> make_sample_lab(platform::Dialogs& dialogs, QWidget* parent);
+
+}  // namespace twk::app

@@ -1,0 +1,219 @@
+#include "world/sample_lab.hpp"
+
+#include <array>
+#include <utility>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "lab/dn.hpp"
+#include "session/settings.hpp"
+#include "session/start_up.hpp"
+#include "stores/side_tables.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+#include "stores/template_tab.hpp"
+
+namespace twk::world {
+namespace {
+
+using session::Session;
+
+constexpr const char* kOu = "New Starters";
+constexpr const char* kGroup = "Staff";
+constexpr const char* kServer = "FS1";
+constexpr std::uint32_t kInvalidArgument = 5;
+constexpr std::int32_t kGlobalSecurity = static_cast<std::int32_t>(0x80000002U);
+constexpr std::int32_t kGlobalInWinNt = 2;
+
+constexpr std::array<std::pair<const char*, lab::DomainKind>, 3> kKinds = {
+    {{"native", lab::DomainKind::kNative}, {"mixed", lab::DomainKind::kMixed}, {"nt", lab::DomainKind::kNt}}};
+
+struct Setting {
+  std::string_view sub_key;
+  std::string_view name;
+  std::string_view value;
+};
+
+// The longest account name has 20 characters, and these formats leave room for three digits.
+constexpr std::array kSettings = {Setting{session::kSetup, "UserFormat", "5"},
+                                  Setting{session::kSetup, "SetupID", "9%first%.9%last%"},
+                                  Setting{session::kSetup, "AltSetupID", "8%first%.8%last%%n%"},
+                                  Setting{session::kSetup, "IncNumber", "1"},
+                                  Setting{session::kSetup, "Password", "Welcome-2-Work"},
+                                  Setting{session::kPreferences, "FullName", "2"},
+                                  Setting{session::kPreferences, "Custom_FN", "%First% %Last%"},
+                                  Setting{session::kPreferences, "ForcePasswdChange", "Yes"},
+                                  Setting{session::kUM, "CreateShares", "No"},
+                                  Setting{session::kUM, "SetPermissions", "No"},
+                                  Setting{session::kUM, "MailAccount", "No"},
+                                  Setting{session::kUM, "RunCmd", "No"}};
+
+void write_setting(World& world, const Setting& setting) {
+  const std::string key = std::string(session::kTree) + "\\" + std::string(setting.sub_key);
+  if (!world.stored_registry().Reg_Write(platform::kHiveLocalMachine, key, setting.name, setting.value))
+    throw base::RuntimeError(base::error::kPathFileAccess,
+                             "Cannot write the setting " + std::string(setting.name));
+}
+
+bool has_units(World& world) {
+  return world.lab().config().kind != lab::DomainKind::kNt;
+}
+
+void create_group(platform::DirectoryObject& container, bool active_directory) {
+  const auto group =
+      container.Create("group", active_directory ? std::string("CN=") + kGroup : std::string(kGroup));
+  if (active_directory)
+    group->Put("samAccountName", kGroup);
+  group->Put("groupType", active_directory ? kGlobalSecurity : kGlobalInWinNt);
+  group->Put("description", "Everybody who works here");
+  group->SetInfo();
+}
+
+void create_directory_entries(World& world) {
+  platform::DirectoryService& directory = world.services().directory;
+  const std::string& domain = lab::domain_name(world.lab().config());
+  if (!has_units(world))
+    return create_group(*directory.GetObject("WinNT://" + world.lab().config().netbios), false);
+  const auto root = directory.GetObject("LDAP://" + domain + "/" + lab::domain_dn(domain));
+  const auto ou = root->Create("organizationalUnit", std::string("OU=") + kOu);
+  ou->SetInfo();
+  create_group(*ou, true);
+}
+
+void create_share(World& world, const std::string& name, const std::string& path) {
+  const auto server =
+      world.services().directory.GetObject("WinNT://" + std::string(kServer) + "/lanmanserver");
+  const auto share = server->Create("fileshare", name);
+  share->Put("Path", path);
+  share->SetInfo();
+}
+
+[[noreturn]] void refuse(const std::string& what) {
+  throw base::RuntimeError(base::error::kPathFileAccess, what);
+}
+
+void add_site(Session& session) {
+  stores::New_Site(session);
+  stores::site_name_edited(session, "Head Office");
+  session.form1.NTSERVER.text = kServer;
+  stores::Save_Site(session);
+  if (session.form1.Save_Site.enabled)
+    refuse("The site \"Head Office\" was not saved.");
+}
+
+/// Moves a group of the domain into the template's list.
+void add_group(Session& session, const char* name) {
+  controls::ListView& groups = session.form1.ListView5;
+  const auto rows = groups.find_text(name);
+  if (rows.empty())
+    refuse(std::string("The domain has no group \"") + name + "\".");
+  groups.select(&groups.at(rows.front()->place));
+  stores::add_Click(session);
+}
+
+void choose_primary_group(Session& session, const char* name) {
+  controls::ListView& chosen = session.form1.ListView6;
+  const auto rows = chosen.find_text(name);
+  if (rows.empty())
+    refuse(std::string("The group \"") + name + "\" was not added.");
+  chosen.select(&chosen.at(rows.front()->place));
+  stores::SetPriGroup(session);
+}
+
+void add_template(Session& session) {
+  session::Form1& form = session.form1;
+  stores::NewTemplate(session);
+  form.New_Template_Name.text = "Staff";
+  form.homedir.text = "\\\\%Server%\\Users\\%UserName%";
+  form.Homedirpath.text = "D:\\Users\\%UserName%";
+  form.Home_Drive_letter.text = "H:";
+  form.propath.text = "\\\\%Server%\\Profiles\\%UserName%";
+  form.Profilepath.text = "D:\\Profiles\\%UserName%";
+  form.logon.text = "logon.cmd";
+  add_group(session, kGroup);
+  add_group(session, "Domain Users");
+  choose_primary_group(session, "Domain Users");
+  stores::savetemplate(session);
+  if (form.savetemplate.enabled)
+    refuse("The template \"Staff\" was not saved.");
+}
+
+void fill_tables(Session& session) {
+  if (session::is_active_directory(session)) {
+    session.form1.ListView7.clear();
+    session.form1.ListView7.add({}, "userPrincipalName", "USER", {"9%first%.9%last%@%Domain%"});
+    stores::save_w2k_table(session);
+  }
+  stores::save_wts_table(session);
+  const std::array permissions = {
+      stores::PermissionRecord{true, "%Domain%\\Domain Admins", "Full Control", {}},
+      stores::PermissionRecord{false, "%Domain%\\%UserName%", "Change", {}}};
+  stores::write_permissions(session, stores::kPermissionFile, permissions);
+  stores::write_permissions(session, stores::kSharePermissionFile, {});
+}
+
+}  // namespace
+
+lab::DomainKind kind_named(const std::string& word) {
+  for (const auto& [name, kind] : kKinds) {
+    if (base::equals_fold(name, word))
+      return kind;
+  }
+  throw base::RuntimeError(kInvalidArgument, "the kind of a domain is native, mixed or nt");
+}
+
+std::string kind_text(lab::DomainKind kind) {
+  for (const auto& [name, known] : kKinds) {
+    if (known == kind)
+      return name;
+  }
+  return {};
+}
+
+void name_domain(lab::LabPlan& plan, const std::string& domain) {
+  const bool dotted = domain.find('.') != base::npos;
+  if (plan.kind == lab::DomainKind::kNt) {
+    if (dotted)
+      throw base::RuntimeError(kInvalidArgument, "the name of a domain of kind nt has no dot");
+    plan.netbios = domain.empty() ? "OLDNT" : base::upper(domain);
+    plan.ous = 0;
+  } else if (!domain.empty()) {
+    if (!dotted)
+      throw base::RuntimeError(kInvalidArgument,
+                               "the name of a native or mixed domain has a dot, such as twk.test");
+    plan.domain = base::lower(domain);
+  }
+}
+
+void record_domain(World& world) {
+  write_setting(world, {session::kSetup, "Domain", lab::domain_name(world.lab().config())});
+}
+
+void prepare_sample(World& world) {
+  for (const Setting& setting : kSettings)
+    write_setting(world, setting);
+  create_directory_entries(world);
+  create_share(world, "Users", "D:\\Users");
+  create_share(world, "Profiles", "D:\\Profiles");
+}
+
+void fill_sample_stores(Session& session) {
+  add_site(session);
+  add_template(session);
+  fill_tables(session);
+}
+
+void make_sample_lab(const std::filesystem::path& folder, const lab::LabPlan& plan,
+                     platform::Dialogs& dialogs) {
+  lab::create_lab(folder, plan);
+  // A lab that was made just now has nothing to repair.
+  World world(folder, dialogs, [](const std::string&) {});
+  record_domain(world);
+  prepare_sample(world);
+  Session session(world.services(), "", world.program_directory());
+  if (session::start_session(session) != session::StartUp::kReady)
+    refuse("The session on the new lab did not come up.");
+  fill_sample_stores(session);
+}
+
+}  // namespace twk::world

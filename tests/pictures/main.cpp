@@ -1,0 +1,204 @@
+#include <QtWidgets>
+#include <cstdio>
+#include <stdexcept>
+
+#include "app/start_window.hpp"
+#include "controls/tree_view.hpp"
+#include "creation/create_user.hpp"
+#include "directory/tree.hpp"
+#include "screens/application.hpp"
+#include "screens/help_topics.hpp"
+#include "screens/main_window.hpp"
+#include "screens/program_windows.hpp"
+#include "screens/qt_dialogs.hpp"
+#include "screens/text.hpp"
+#include "screens/windows.hpp"
+#include "session/start_up.hpp"
+#include "stores/records.hpp"
+#include "stores/template_tab.hpp"
+#include "support/temporary_directory.hpp"
+#include "world/sample_lab.hpp"
+
+/// Saves a picture of each tab and window of the program, over a sample lab: for looking at what was changed,
+/// and for the documentation.
+///
+///     tarnwick_pictures FOLDER [--dark]
+namespace twk::pictures {
+namespace {
+
+constexpr const char* kWindows[] = {"frmADOptions",   "CSV_Import",     "Custom",       "Edit_Properties",
+                                    "frmFindW2KUser", "ImportGrps",     "Logon_Hours",  "Permissions",
+                                    "Select_OU",      "frmSharePoints", "Varibles_Form"};
+constexpr const char* kNewStarters = "OU=New Starters,DC=twk,DC=test";
+
+struct Person {
+  const char* first;
+  const char* last;
+};
+constexpr Person kPeople[] = {{"Ada", "Marsh"}, {"Ben", "Okafor"}, {"Clara", "Novak"}};
+
+void use_dark_colours() {
+  QPalette dark;
+  const QColor window(45, 45, 48);
+  const QColor base(30, 30, 32);
+  const QColor text(235, 235, 235);
+  for (const auto& [role, colour] : std::initializer_list<std::pair<QPalette::ColorRole, QColor>>{
+           {QPalette::Window, window},
+           {QPalette::WindowText, text},
+           {QPalette::Base, base},
+           {QPalette::AlternateBase, window},
+           {QPalette::Text, text},
+           {QPalette::Button, window},
+           {QPalette::ButtonText, text},
+           {QPalette::ToolTipBase, base},
+           {QPalette::ToolTipText, text},
+           {QPalette::PlaceholderText, QColor(150, 150, 150)},
+           {QPalette::Link, QColor(90, 160, 240)},
+           {QPalette::Highlight, QColor(50, 110, 190)},
+           {QPalette::HighlightedText, Qt::white}})
+    dark.setColor(role, colour);
+  for (const auto role : {QPalette::Text, QPalette::ButtonText, QPalette::WindowText})
+    dark.setColor(QPalette::Disabled, role, QColor(130, 130, 130));
+  QApplication::setPalette(dark);
+}
+
+/// Opens what the pictures are to show: an OU with users in it, a template, a log with rows.
+void fill(session::Session& session) {
+  session::Form1& form = session.form1;
+  for (const Person& person : kPeople) {
+    controls::TreeNode* const unit = form.TreeView1.find(kNewStarters);
+    form.TreeView1.select(unit);
+    directory::TreeView1_Expand(session, *unit);
+    form.nutemplate.text = stores::padded_template_name("Staff");
+    form.NUsitename.text = std::string("Head Office");
+    form.strFirst.text = person.first;
+    form.strLast.text = person.last;
+    form.UserID_Box.text = std::string();
+    creation::CreateUser_Click(session);
+  }
+  form.nutemplate.text = stores::padded_template_name("Staff");
+  form.NUsitename.text = std::string("Head Office");
+  form.templatelst.text = stores::padded_template_name("Staff");
+  stores::templatelst_Click(session);
+}
+
+class Album {
+ public:
+  explicit Album(const QString& folder) : folder_(folder) {
+    if (!QDir().mkpath(folder))
+      throw std::runtime_error("cannot make the folder " + screens::from_qt(folder));
+  }
+
+  void save(QWidget& widget, const QString& name) {
+    QCoreApplication::processEvents();
+    const QString path = folder_ + "/" + name.toLower() + ".png";
+    if (!widget.grab().save(path))
+      throw std::runtime_error("cannot write " + screens::from_qt(path));
+  }
+  /// A window that only comes back when it is closed: taken, and closed.
+  void save_modal(const QString& name, const std::function<void()>& show) {
+    bool taken = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      if (QWidget* const modal = QApplication::activeModalWidget()) {
+        timer.stop();
+        save(*modal, name);
+        taken = true;
+        modal->close();
+      }
+    });
+    timer.start(50);
+    show();
+    if (!taken)
+      throw std::runtime_error("no window for " + screens::from_qt(name));
+  }
+
+ private:
+  QString folder_;
+};
+
+void save_tabs(Album& album, screens::MainWindow& window) {
+  for (int tab = 0; tab < window.tabs().count(); ++tab) {
+    window.tabs().setCurrentIndex(tab);
+    if (tab == session::tab::kSetup)
+      continue;
+    album.save(window, "tab-" + screens::help_topic(tab, 0));
+  }
+  for (int inner = 0; inner < window.setup_tabs().count(); ++inner) {
+    window.setup_tabs().setCurrentIndex(inner);
+    album.save(window, "tab-" + screens::help_topic(session::tab::kSetup, inner));
+  }
+  window.tabs().setCurrentIndex(0);
+}
+
+void save_windows(Album& album, screens::MainWindow& window, session::Session& session) {
+  for (const char* const name : kWindows) {
+    const auto dialog = screens::make_window(name, session, &window);
+    if (dialog == nullptr)
+      throw std::runtime_error(std::string("no window ") + name);
+    dialog->show();
+    album.save(*dialog, QString("window-") + name);
+  }
+}
+
+void save_program_windows(Album& album, screens::MainWindow& window, session::Session& session,
+                          platform::Dialogs& dialogs) {
+  album.save_modal("start", [&] { app::choose_lab(dialogs); });
+  album.save_modal("new-lab", [&] { app::make_sample_lab(dialogs, &window); });
+  album.save_modal("tip", [&] { screens::show_tip(&window, session); });
+  album.save_modal("about", [&] { screens::show_about(&window); });
+  screens::show_help(&window, "names");
+  album.save(*window.findChild<QMainWindow*>("frmHelp"), "help");
+  const auto splash = screens::make_splash(session);
+  session.splash.Splash_TxT.caption = "Retrieving Domain Data...";
+  session.splash.visible = true;
+  album.save(*splash, "splash");
+  session.splash.visible = false;
+}
+
+void take(const QString& folder) {
+  const test::TemporaryDirectory home;
+  screens::QtDialogs dialogs;
+  world::make_sample_lab(home / "lab", {}, dialogs);
+  app::remember_lab(screens::to_qt(home / "lab"));
+  world::World world(home / "lab", dialogs, [](const std::string&) {});
+  session::Session session(world.services(), "", world.program_directory());
+  dialogs.set_session(session);
+  session::start_session(session);
+  fill(session);
+  screens::MainWindow window(session);
+  window.resize(1024, 740);
+  window.show();
+  Album album(folder);
+  save_tabs(album, window);
+  save_windows(album, window, session);
+  save_program_windows(album, window, session, dialogs);
+}
+
+int run(const QStringList& arguments) {
+  if (arguments.size() < 2 || arguments.size() > 3 || (arguments.size() == 3 && arguments[2] != "--dark")) {
+    std::fputs("usage: tarnwick_pictures FOLDER [--dark]\n", stderr);
+    return 64;
+  }
+  QApplication::setStyle("Fusion");
+  if (arguments.size() == 3)
+    use_dark_colours();
+  take(arguments[1]);
+  return 0;
+}
+
+}  // namespace
+}  // namespace twk::pictures
+
+int main(int argc, char** argv) {
+  // The person's own settings stay as they are.
+  const twk::test::TemporaryDirectory settings;
+  qputenv("XDG_CONFIG_HOME", settings.path().c_str());
+  twk::screens::Application application(argc, argv);
+  try {
+    return twk::pictures::run(QCoreApplication::arguments());
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "tarnwick_pictures: %s\n", failure.what());
+    return 70;
+  }
+}
