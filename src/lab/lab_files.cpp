@@ -99,6 +99,11 @@ void LabFiles::remove(std::string_view path) {
   workstation_.remove(local_path(path));
 }
 
+void LabFiles::rename(std::string_view from, std::string_view to, bool replace) {
+  require_not_held(from);
+  workstation_.rename(local_path(from), local_path(to), replace);
+}
+
 std::unique_ptr<platform::AppendFile> LabFiles::open_append(std::string_view path, bool truncate) {
   return workstation_.open_append(local_path(path), truncate);
 }

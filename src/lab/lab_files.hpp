@@ -29,6 +29,7 @@ class LabFiles final : public platform::Files {
   std::string read(std::string_view path) override;
   void write(std::string_view path, std::string_view bytes) override;
   void remove(std::string_view path) override;
+  void rename(std::string_view from, std::string_view to, bool replace) override;
   std::unique_ptr<platform::AppendFile> open_append(std::string_view path, bool truncate) override;
   std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override;
   std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override;

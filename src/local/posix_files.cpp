@@ -233,6 +233,20 @@ void PosixFiles::remove(std::string_view path) {
     raise_file_error(errno, "remove", local_path);
 }
 
+void PosixFiles::rename(std::string_view from, std::string_view to, bool replace) {
+  const std::string old_path = local(from);
+  const std::string new_path = local(to);
+  const unsigned flags = replace ? 0U : RENAME_NOREPLACE;
+  if (renameat2(AT_FDCWD, old_path.c_str(), AT_FDCWD, new_path.c_str(), flags) != 0) {
+    if (errno == EEXIST) {
+      throw base::RuntimeError(base::error::kFileExists,
+                               "cannot rename " + old_path + ": " + new_path + " exists already");
+    }
+    raise_file_error(errno, "rename", old_path);
+  }
+  sync_folder(split_path(new_path).folder);
+}
+
 std::unique_ptr<platform::AppendFile> PosixFiles::open_append(std::string_view path, bool truncate) {
   return std::make_unique<PosixAppendFile>(local(path), truncate);
 }

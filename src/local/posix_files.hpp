@@ -28,6 +28,7 @@ class PosixFiles final : public platform::Files {
   void write(std::string_view path, std::string_view bytes) override;
   /// A file; a folder raises 75.
   void remove(std::string_view path) override;
+  void rename(std::string_view from, std::string_view to, bool replace) override;
 
   std::unique_ptr<platform::AppendFile> open_append(std::string_view path, bool truncate) override;
   /// A write that fails (disk full) leaves no part of a record behind the old end of the file.

@@ -121,4 +121,11 @@ void replace_file(const std::string& path, std::string_view bytes, Access access
   sync(open_folder, folder.string());
 }
 
+void sync_folder(const std::string& folder) {
+  const Descriptor open_folder(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (open_folder.get() < 0)
+    raise_file_error(errno, "open", folder);
+  sync(open_folder, folder);
+}
+
 }  // namespace twk::local

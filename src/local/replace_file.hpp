@@ -17,4 +17,7 @@ enum class Access {
 /// is no ordinary file, is refused.
 void replace_file(const std::string& path, std::string_view bytes, Access access);
 
+/// Brings the names in a folder to the disk.
+void sync_folder(const std::string& folder);
+
 }  // namespace twk::local

@@ -28,13 +28,6 @@ void follow_shown(QWidget& widget, const controls::Observable<bool>& visible) {
   follow(widget, visible, [&widget](bool shown) { set_shown(widget, shown); });
 }
 
-void paint_as_paper(QLineEdit& widget, bool paper) {
-  QPalette palette;
-  if (!paper)
-    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
-  widget.setPalette(palette);
-}
-
 void show_items(QComboBox& widget, const controls::ComboBox& control) {
   const QSignalBlocker quiet(widget);
   widget.clear();
@@ -61,6 +54,12 @@ void keep(QObject& owner, controls::Watch watch) {
   new Keeper(owner, std::move(watch));
 }
 
+QPalette looking_like_the_window() {
+  QPalette palette;
+  palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+  return palette;
+}
+
 void set_shown(QWidget& widget, bool shown) {
   widget.setVisible(shown);
   const QWidget* const parent = widget.parentWidget();
@@ -81,7 +80,7 @@ void bind_to(QLineEdit& widget, controls::TextBox& control, const Action& edited
     const bool open = control.enabled.get() && !control.locked.get();
     widget.setEnabled(control.enabled.get());
     widget.setReadOnly(control.locked.get());
-    paint_as_paper(widget, open);
+    widget.setPalette(open ? QPalette() : looking_like_the_window());
   };
   follow(widget, control.enabled, [show_state](bool) { show_state(); });
   follow(widget, control.locked, [show_state](bool) { show_state(); });

@@ -31,6 +31,9 @@ void follow(QObject& owner, const controls::Observable<T>& value, Apply apply) {
   keep(owner, value.watch([&value, apply] { apply(value.get()); }));
 }
 
+/// Colours of a field that nothing can be typed into.
+QPalette looking_like_the_window();
+
 /// Shows or hides a widget, and in a form its label too.
 void set_shown(QWidget& widget, bool shown);
 

@@ -11,6 +11,15 @@ QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name,
   return field;
 }
 
+QLineEdit* add_result(QFormLayout& form, const QString& caption, const char* name,
+                      controls::TextBox& control) {
+  QLineEdit* const field = add_text(form, caption, name, control);
+  field->setReadOnly(true);
+  field->setFrame(false);
+  field->setPalette(looking_like_the_window());
+  return field;
+}
+
 QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
                      const Action& chosen, bool editable) {
   auto* const box = new QComboBox(form.parentWidget());

@@ -16,6 +16,9 @@ namespace twk::screens {
 
 QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name, controls::TextBox& control,
                     const Action& edited = {});
+/// A field that shows what a routine worked out.
+QLineEdit* add_result(QFormLayout& form, const QString& caption, const char* name,
+                      controls::TextBox& control);
 QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
                      const Action& chosen = {}, bool editable = false);
 QCheckBox* add_check(QBoxLayout& box, const QString& caption, const char* name, controls::CheckBox& control,

@@ -1,9 +1,121 @@
+#include <QGroupBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QShortcut>
+
+#include "screens/application.hpp"
+#include "screens/bind.hpp"
+#include "screens/form.hpp"
+#include "screens/list_pane.hpp"
 #include "screens/tabs.hpp"
+#include "screens/text.hpp"
+#include "stores/site_store.hpp"
 
 namespace twk::screens {
+namespace {
 
-QWidget* make_site_tab(session::Session& /*session*/, QWidget* parent) {
-  return new QWidget(parent);
+using session::Form1;
+using session::Session;
+
+/// A caption that changes with the kind of site; "&" gives it its mnemonic.
+void add_named_text(QFormLayout& rows, controls::Label& caption, const char* own_caption, const char* name,
+                    controls::TextBox& control) {
+  auto* const label = new QLabel(rows.parentWidget());
+  auto* const field = new QLineEdit(rows.parentWidget());
+  field->setObjectName(name);
+  label->setBuddy(field);
+  rows.addRow(label, field);
+  bind_to(*field, control);
+  follow(*label, caption.caption, [label, own_caption](const std::string& text) {
+    label->setText((text.empty() ? QString(own_caption) : to_qt(text)) + ":");
+  });
+}
+
+QWidget* make_kind(Session& session, QWidget* parent) {
+  auto* const box = new QWidget(parent);
+  auto* const row = new QHBoxLayout(box);
+  row->setContentsMargins(0, 0, 0, 0);
+  auto* const old_kind = new QRadioButton("Exchange 5.&5", box);
+  auto* const new_kind = new QRadioButton("Exchange 2&000", box);
+  old_kind->setObjectName("EXH5_0");
+  new_kind->setObjectName("EXH5_1");
+  row->addWidget(old_kind);
+  row->addWidget(new_kind);
+  row->addStretch();
+  bind_to({old_kind, new_kind}, session.form1.EXH5, [&session] { stores::EXH5_Click(session); });
+  return box;
+}
+
+QWidget* make_fields(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const fields = new QWidget(parent);
+  auto* const column = new QVBoxLayout(fields);
+  column->setContentsMargins(0, 0, 0, 0);
+  auto* const server = new QGroupBox("Home server", fields);
+  auto* const server_rows = new QFormLayout(server);
+  add_text(*server_rows, "Ser&ver:", "NTSERVER", form.NTSERVER)->setMaxLength(20);
+  column->addWidget(server);
+  auto* const mail = new QGroupBox("Mail", fields);
+  auto* const mail_rows = new QFormLayout(mail);
+  mail_rows->addRow("Kind:", make_kind(session, mail));
+  add_text(*mail_rows, "E&xchange Server:", "EXSERVER", form.EXSERVER)->setMaxLength(20);
+  add_named_text(*mail_rows, form.Label14, "Exchange Org", "EXorg", form.EXorg);
+  add_named_text(*mail_rows, form.Label13, "Exchange Site", "EXSite", form.EXSite);
+  add_text(*mail_rows, "Mailbox Store:", "Mail_Store", form.Mail_Store);
+  for (const char* const name : {"EXorg", "EXSite", "Mail_Store"})
+    mail->findChild<QLineEdit*>(name)->setMaxLength(30);
+  column->addWidget(mail);
+  column->addStretch();
+  return fields;
+}
+
+}  // namespace
+
+QWidget* make_site_tab(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const tab = new QWidget(parent);
+  auto* const column = new QVBoxLayout(tab);
+  auto* const halves = new QHBoxLayout();
+  column->addLayout(halves, 1);
+  auto* const list = new ListPane(
+      form.ListView2, {.headings = {"Site"}, .empty_text = "No sites yet. Press New to make the first one."},
+      tab);
+  list->setObjectName("ListView2");
+  list->setAccessibleName("Sites");
+  list->on_click = [&session] { stores::ListView2_Click(session); };
+  list->on_activate = [&session] { stores::Edit_Site(session); };
+  list->on_delete = [&session] { stores::Delete_site(session); };
+  QWidget* const fields = make_fields(session, tab);
+  list->set_edited([&session, fields](controls::ListRow&, const std::string& typed) {
+    stores::site_name_edited(session, typed);
+    if (!session.form1.New_Site_Name.text.get().empty())
+      fields->findChild<QLineEdit*>("NTSERVER")->setFocus();
+  });
+  halves->addWidget(list, 1);
+  halves->addWidget(fields, 2);
+
+  auto* const buttons = new QHBoxLayout();
+  column->addLayout(buttons);
+  add_button(*buttons, "&New", "New_Site", form.New_Site, [&session, list] {
+    stores::New_Site(session);
+    list->edit_selected();
+  });
+  add_button(*buttons, "&Edit", "Edit_Site", form.Edit_Site, [&session] { stores::Edit_Site(session); });
+  add_button(*buttons, "&Save", "Save_Site", form.Save_Site, [&session] { stores::Save_Site(session); });
+  add_button(*buttons, "&Delete", "Delete_site", form.Delete_site,
+             [&session] { stores::Delete_site(session); });
+  buttons->addStretch();
+  QPushButton* const cancel =
+      add_button(*buttons, "Cance&l", "Site_Cancel", [&session] { stores::Site_Cancel(session); });
+  for (QLineEdit* const field : fields->findChildren<QLineEdit*>()) {
+    QObject::connect(field, &QLineEdit::returnPressed, field,
+                     [&session] { run_guarded([&] { stores::Save_Site(session); }); });
+  }
+  // Esc gives up what is edited, and nothing else.
+  auto* const escape =
+      new QShortcut(Qt::Key_Escape, fields, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+  QObject::connect(escape, &QShortcut::activated, cancel, &QPushButton::click);
+  return tab;
 }
 
 }  // namespace twk::screens

@@ -8,6 +8,7 @@
 #include "session/controls_defaults.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
+#include "stores/conversion.hpp"
 #include "stores/load_databases.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
@@ -57,20 +58,10 @@ bool open_domain(Session& session) {
   return session.form1.Domain_Admin.value != -1 || is_domain_admin(session);
 }
 
-void check_database_version(Session& session) {
-  session.splash.Splash_TxT.caption = "Checking .dat versions...";
-  const std::string version = read_setting(session, kVersion, "DBVersion");
-  if (version.empty() || version == kDataVersion)
-    return;
-  throw base::RuntimeError(base::error::kBadFileName, "The database files are of generation \"" + version +
-                                                          "\" and this version works with \"" +
-                                                          std::string(kDataVersion) +
-                                                          "\": convert them before they are used");
-}
-
 void load_databases(Session& session) {
   prepare_controls(session);
-  check_database_version(session);
+  session.splash.Splash_TxT.caption = "Checking .dat versions...";
+  stores::convert_old_database(session);
   session.splash.Splash_TxT.caption = "Loading Databases...";
   stores::Load_Databases(session);
   stores::Clear_Site(session);

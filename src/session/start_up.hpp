@@ -19,7 +19,8 @@ enum class StartUp {
 
 /// Brings a session up: settings, the list of domains, the domain, the fixed contents of controls, the
 /// database files. A domain that cannot be reached leaves the tree empty and says so in the status bar.
-/// Raises a runtime error for database files of an older generation.
+/// Database files of an older generation are converted, which boxes tell. Raises a runtime error when that
+/// fails, before they are read.
 StartUp start_session(Session& session);
 
 /// The same without the domain: settings, controls and database files.

@@ -37,6 +37,7 @@ class OneFile final : public platform::Files {
   std::string read(std::string_view /*path*/) override { return contents; }
   void write(std::string_view path, std::string_view /*bytes*/) override { missing(path); }
   void remove(std::string_view path) override { missing(path); }
+  void rename(std::string_view from, std::string_view /*to*/, bool /*replace*/) override { missing(from); }
   std::unique_ptr<platform::AppendFile> open_append(std::string_view /*path*/, bool /*truncate*/) override {
     return std::make_unique<Nowhere>();
   }

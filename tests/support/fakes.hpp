@@ -139,6 +139,10 @@ class FailingFiles final : public platform::Files {
     count(path);
     files_.remove(path);
   }
+  void rename(std::string_view from, std::string_view to, bool replace) override {
+    count(from);
+    files_.rename(from, to, replace);
+  }
   std::unique_ptr<platform::AppendFile> open_append(std::string_view path, bool truncate) override {
     count(path);
     return files_.open_append(path, truncate);

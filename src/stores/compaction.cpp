@@ -1,0 +1,153 @@
+#include "stores/compaction.hpp"
+
+#include "base/text.hpp"
+#include "directory/select_domain.hpp"
+#include "session/session.hpp"
+#include "stores/record_file.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+#include "stores/template_tab.hpp"
+
+namespace twk::stores {
+namespace {
+
+using platform::Answer;
+using platform::Buttons;
+using platform::Icon;
+using session::Session;
+
+constexpr std::string_view kTitle = "Compact Database";
+constexpr std::string_view kTemporarySites = "tempsite.dat";
+constexpr std::string_view kTemporaryTemplates = "Temptemp.dat";
+
+bool asks_yes(Session& session, std::string_view question) {
+  return session.platform.dialogs.MsgBox(question, Buttons::kYesNo, Icon::kQuestion, kTitle) == Answer::kYes;
+}
+
+/// Puts the records in place of the file's. A file that is not there is not made.
+void replace_records(Session& session, std::string_view temporary, std::string_view file,
+                     std::string_view bytes) {
+  platform::Files& files = session.platform.files;
+  if (!files.exists(database_path(session, file)))
+    return;
+  files.write(database_path(session, temporary), bytes);
+  files.rename(database_path(session, temporary), database_path(session, file), true);
+}
+
+void compact_sites(Session& session) {
+  std::string live;
+  RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize)
+      .search([&live](std::string_view bytes) {
+        if (!is_deleted(bytes))
+          live += bytes;
+        return false;
+      });
+  replace_records(session, kTemporarySites, kSiteFile, live);
+}
+
+/// A domain that was loaded without its groups says nothing about which of them exist.
+bool is_to_prune(Session& session, Pruning pruning) {
+  const bool wanted =
+      pruning == Pruning::kRemoveGroups ||
+      (pruning == Pruning::kAsk &&
+       asks_yes(session,
+                "Do you want to remove groups from the templates that no longer exist ? \r\n\r\n"
+                "You should answer no if you manage mutliple Domains!!!"));
+  if (!wanted || !session.form1.ListView5.empty())
+    return wanted;
+  session.platform.dialogs.MsgBox(
+      "The groups of the domain are not loaded: no group is removed from a template.", Buttons::kOk,
+      Icon::kExclamation, kTitle);
+  return false;
+}
+
+void compact_templates(Session& session, bool prune) {
+  session::ActivityLog& log = session.log;
+  log.open(session);
+  log.line(session::kAsterisks);
+  log.line(session::date_and_time(session));
+  log.line("Start Compact");
+  std::string live;
+  RecordFile::open_read(session.platform.files, database_path(session, kTemplateFile), kTemplateRecordSize)
+      .search([&](std::string_view bytes) {
+        if (is_deleted(bytes)) {
+          log.line(std::string(base::trim(listed_template_name(bytes))) + " Deleted.");
+          log.line(" ");
+        } else if (prune) {
+          session.ActiveTemplate = decode_template(bytes);
+          Check_Template_Groups(session);
+          live += encode_template(session.ActiveTemplate);
+        } else {
+          live += bytes;
+        }
+        return false;
+      });
+  log.line("Compact Finished.");
+  log.close();
+  replace_records(session, kTemporaryTemplates, kTemplateFile, live);
+}
+
+bool report_failure(Session& session, const base::RuntimeError& failure) {
+  session.log.close();
+  session.form1.StatusBar1.panel1 = "Error Compacting Database";
+  session.platform.dialogs.MsgBox("Error Compacting Database\r\n" + failure.description(), Buttons::kOk,
+                                  Icon::kCritical, kTitle);
+  return false;
+}
+
+}  // namespace
+
+void Compact_Database(Session& session) {
+  if (asks_yes(session, "This could take a few minutes. \r\nAre you sure you want to continue ?"))
+    compact_database(session, Pruning::kAsk);
+}
+
+bool compact_database(Session& session, Pruning pruning) {
+  session::Form1& form = session.form1;
+  form.StatusBar1.panel1 = "Compacting DataBases Please Wait....";
+  form.mouse_pointer = 11;
+  // Groups that a loaded template took from the domain's list are given back, and the numbers of its records
+  // do not hold any more.
+  Template_Group_Sort(session);
+  Clear_TT(session);
+  session.LastRecordNo = 0;
+  bool done = false;
+  if (!directory::Select_Domain(session, session.DomainName)) {
+    session.platform.dialogs.MsgBox(
+        "Can't find " + session.DomainName + " Domain.\r\nWill not compact Database.", Buttons::kOk,
+        Icon::kCritical, "Can't Find Domain Controller");
+  } else {
+    try {
+      form.mouse_pointer = 11;
+      compact_sites(session);
+      compact_templates(session, is_to_prune(session, pruning));
+      session::LOG_TAB(session, session::kGreen, " Database Compacted");
+      form.StatusBar1.panel1 = "Completed.";
+      done = true;
+    } catch (const base::RuntimeError& failure) {
+      done = report_failure(session, failure);
+    }
+  }
+  form.mouse_pointer = 0;
+  return done;
+}
+
+void Check_Template_Groups(Session& session) {
+  TemplateRecord& record = session.ActiveTemplate;
+  session.log.line("Checking template " + record.Name);
+  std::array<std::string, kGroupSlots> kept;
+  std::size_t count = 0;
+  for (std::size_t slot = 0; slot < static_cast<std::size_t>(record.GroupCount); ++slot) {
+    const std::string name(base::trim(record.Groups.at(slot)));
+    if (session.form1.ListView5.find_text(name).empty()) {
+      session.log.line("Global Group Removed : " + name);
+    } else {
+      kept.at(count++) = name;
+    }
+  }
+  record.GroupCount = static_cast<std::int16_t>(count);
+  record.Groups = kept;
+  session.log.line(" ");
+}
+
+}  // namespace twk::stores
