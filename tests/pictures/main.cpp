@@ -26,9 +26,16 @@
 namespace twk::pictures {
 namespace {
 
-constexpr const char* kWindows[] = {"frmADOptions",   "CSV_Import",     "Custom",       "Edit_Properties",
-                                    "frmFindW2KUser", "ImportGrps",     "Logon_Hours",  "Permissions",
-                                    "Select_OU",      "frmSharePoints", "Varibles_Form"};
+/// A window by its name, and the routine that fills it and shows it; without one it is shown as it is.
+struct Window {
+  const char* name;
+  void (*open)(session::Session& session);
+};
+constexpr Window kWindows[] = {
+    {"frmADOptions", nullptr},    {"CSV_Import", nullptr},     {"Custom", nullptr},
+    {"Edit_Properties", nullptr}, {"frmFindW2KUser", nullptr}, {"ImportGrps", nullptr},
+    {"Logon_Hours", nullptr},     {"Permissions", nullptr},    {"Select_OU", nullptr},
+    {"frmSharePoints", nullptr},  {"Varibles_Form", nullptr}};
 constexpr const char* kNewStarters = "OU=New Starters,DC=twk,DC=test";
 
 struct Person {
@@ -132,12 +139,17 @@ void save_tabs(Album& album, screens::MainWindow& window) {
 }
 
 void save_windows(Album& album, screens::MainWindow& window, session::Session& session) {
-  for (const char* const name : kWindows) {
-    const auto dialog = screens::make_window(name, session, &window);
+  for (const Window& shown : kWindows) {
+    const QString picture = QString("window-") + shown.name;
+    if (shown.open != nullptr) {
+      album.save_modal(picture, [&] { shown.open(session); });
+      continue;
+    }
+    const auto dialog = screens::make_window(shown.name, session, &window);
     if (dialog == nullptr)
-      throw std::runtime_error(std::string("no window ") + name);
+      throw std::runtime_error(std::string("no window ") + shown.name);
     dialog->show();
-    album.save(*dialog, QString("window-") + name);
+    album.save(*dialog, picture);
   }
 }
 
