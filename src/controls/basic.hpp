@@ -61,6 +61,7 @@ struct Button {
 
 struct MenuItem {
   Observable<std::string> caption;
+  Observable<std::string> tool_tip;
   Observable<bool> enabled{true};
   Observable<bool> visible{true};
 };

@@ -48,6 +48,21 @@ std::string parent_of_user(std::string_view ads_path) {
   return behind_first(ads_path, {",OU=", ",DC=", ",CN="});
 }
 
+std::string_view name_above(std::string_view distinguished_name) {
+  for (std::size_t i = 0; i < distinguished_name.size(); ++i) {
+    if (distinguished_name[i] == '\\')
+      ++i;
+    else if (distinguished_name[i] == ',')
+      return distinguished_name.substr(i + 1);
+  }
+  return {};
+}
+
+std::string_view name_in_path(std::string_view ads_path) {
+  const std::size_t start = base::find_fold(ads_path, "CN=");
+  return start == base::npos ? std::string_view{} : ads_path.substr(start);
+}
+
 std::string rewrite_path(std::string_view search_prefix, std::string_view ads_path) {
   constexpr std::string_view kGlobalCatalogue = "GC://";
   if (search_prefix != kGlobalCatalogue || ads_path.size() < kGlobalCatalogue.size())

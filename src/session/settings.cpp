@@ -82,7 +82,8 @@ void read_database_path(Session& session) {
 void read_managed_ou(Session& session) {
   std::uint32_t hive = platform::kHiveLocalMachine;
   session.ManagedOU = read_setting(session, kSetup, "OU", hive);
-  if (!session.LastRegResult) {
+  // A limit that was lifted leaves an empty text, which must not hide the person's own.
+  if (!session.LastRegResult || session.ManagedOU.empty()) {
     hive = platform::kHiveCurrentUser;
     session.ManagedOU = read_setting(session, kSetup, "OU", hive);
   }
