@@ -42,11 +42,6 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kHelp = 
      "Suitable if you have a large number of users, and TWK is taking a long time to start up."},
 }};
 
-void choose(controls::OptionButton& first, controls::OptionButton& second, bool first_is_chosen) {
-  first.value = first_is_chosen;
-  second.value = !first_is_chosen;
-}
-
 void refuse(Session& session, controls::TextBox& field, std::string_view message, std::string_view instead) {
   session.platform.dialogs.MsgBox(message, platform::Buttons::kOk, platform::Icon::kExclamation,
                                   "Input Error");

@@ -1,5 +1,8 @@
 #include "directory/find_user.hpp"
 
+#include <map>
+#include <utility>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
@@ -42,14 +45,20 @@ void tell_not_found(Session& session) {
   session.platform.dialogs.MsgBox("User not found.", Buttons::kOk, Icon::kInformation, "Search");
 }
 
+/// In order of their names, so that the first one is also the first that is shown.
 void add_found_users(Session& session, std::string_view text) {
   const TreeNode* const root = session.form1.TreeView1.first();
   const auto rows = run_query(session, "<LDAP://" + session.DomainName + "/" + root->key +
                                            ">;(&(objectCategory=Person)(objectClass=User)(cn=*" +
                                            filter_text(text) + "*));adsPath,name;subtree");
+  std::multimap<std::string, std::pair<std::string, std::string>> by_name;
   for (; !rows->at_eof(); rows->MoveNext()) {
-    const std::string key = rows->field(0).text();
-    session.find_user.ListView1.add(key, rows->field(1).text(), "USER", {std::string(name_in_path(key))});
+    const std::string name = rows->field(1).text();
+    by_name.emplace(base::upper(name), std::pair(rows->field(0).text(), name));
+  }
+  for (const auto& [folded, user] : by_name) {
+    const auto& [key, name] = user;
+    session.find_user.ListView1.add(key, name, "USER", {std::string(name_in_path(key))});
   }
 }
 
@@ -64,26 +73,33 @@ void Find_User(Session& session) {
   session.platform.dialogs.show_modal("frmFindW2KUser");
 }
 
-void Find_NT_User(Session& session) {
+TreeNode* next_user_with(Session& session, const TreeNode* node, std::string_view text) {
   controls::TreeView& tree = session.form1.TreeView1;
-  const std::string wanted =
-      base::upper(session.platform.dialogs.InputBox("Enter Name to find", "Find User"));
+  const std::string wanted = base::upper(text);
+  for (TreeNode* next = node == nullptr ? tree.first() : tree.next(*node); next != nullptr;
+       next = tree.next(*next)) {
+    if (next->image == "USER" && base::upper(next->text).find(wanted) != base::npos)
+      return next;
+  }
+  return nullptr;
+}
+
+void Find_NT_User(Session& session) {
+  const std::string wanted = session.platform.dialogs.InputBox("Enter Name to find", "Find User");
   if (wanted.empty())
     return;
-  bool found = false;
-  for (TreeNode* node = tree.first(); node != nullptr; node = tree.next(*node)) {
-    if (node->image != "USER" || base::upper(node->text).find(wanted) == base::npos)
-      continue;
-    found = true;
-    show_node(session, *node);
+  TreeNode* found = next_user_with(session, nullptr, wanted);
+  if (found == nullptr) {
+    tell_not_found(session);
+    return;
+  }
+  for (; found != nullptr; found = next_user_with(session, found, wanted)) {
+    show_node(session, *found);
     if (session.platform.dialogs.MsgBox("Continue Search ?", Buttons::kYesNo, Icon::kQuestion, "Search") !=
         Answer::kYes)
       return;
   }
-  if (found)
-    session.form1.StatusBar1.panel1 = "No more users found.";
-  else
-    tell_not_found(session);
+  session.form1.StatusBar1.panel1 = "No more users found.";
 }
 
 void frmFindW2KUser_Load(Session& session) {

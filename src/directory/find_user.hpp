@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
+namespace twk::controls {
+struct TreeNode;
+}
 namespace twk::session {
 struct Session;
 }
@@ -13,6 +16,10 @@ namespace twk::directory {
 /// The command of the toolbar.
 void Find_User(session::Session& session);
 
+/// The first user behind `node`, or from the first on when that is none, whose name holds the text in any
+/// case; none when there is no other.
+controls::TreeNode* next_user_with(session::Session& session, const controls::TreeNode* node,
+                                   std::string_view text);
 /// Asks for a name and walks the tree's users for those that hold it, in any case; goes on to the next as
 /// long as the person wants.
 void Find_NT_User(session::Session& session);
