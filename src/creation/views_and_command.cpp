@@ -3,8 +3,8 @@
 #include "creation/account_stage.hpp"
 #include "creation/command_text.hpp"
 #include "creation/shell.hpp"
-#include "directory/ad_load.hpp"
 #include "directory/load_options.hpp"
+#include "directory/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
 
@@ -46,8 +46,7 @@ void add_to_tree(CreationRun& run, std::string_view parent, const std::string& k
 bool container_is_read(const CreationRun& run) {
   controls::TreeView& tree = run.session.form1.TreeView1;
   const controls::TreeNode* const selected = tree.selected();
-  const controls::TreeNode* const next = selected == nullptr ? nullptr : tree.next(*selected);
-  return next == nullptr || next->text != directory::kDummyNode;
+  return selected == nullptr || directory::is_read(tree, *selected);
 }
 
 }  // namespace

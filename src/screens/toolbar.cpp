@@ -75,6 +75,7 @@ QToolBar* make_toolbar(QMainWindow& window, session::Session& session) {
     QAction* const action = toolbar->addAction(icon(key), look.caption);
     action->setObjectName(to_qt(key));
     action->setShortcut(QKeySequence(look.shortcut));
+    action->setAutoRepeat(false);
     bind_to(*action, session.form1.Toolbar1.at(i),
             [&session, key] { session::Toolbar1_ButtonClick(session, key); });
   }

@@ -52,7 +52,7 @@ class TreeDrag : public testing::Test {
 class DraggedNames : public TreeDrag, public testing::WithParamInterface<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Names, DraggedNames,
                          testing::Values("Ann Lee", "Smith, John", "C+C \"Moore\"", "Ann ", "a\\b/c;d<e>",
-                                         "#1", "José"));
+                                         "#1", "José", "x,OU=y"));
 
 TEST_P(DraggedNames, MoveInTheDirectoryInTheTreeAndInTheLists) {
   const std::string name = GetParam();
