@@ -29,7 +29,7 @@ QMenu* add_menu(QMainWindow& window, const QString& caption, const char* name) {
 template <std::size_t size>
 void add_entry(QMenu& menu, session::Session& session, std::array<controls::MenuItem, size>& items,
                const Entry& entry, Click click) {
-  QAction* const action = menu.addAction(icon(entry.icon), QObject::tr(entry.caption));
+  QAction* const action = menu.addAction(icon(entry.icon), entry.caption);
   action->setObjectName(menu.objectName() + QString::number(entry.index));
   action->setShortcut(entry.shortcut);
   bind_to(*action, items.at(static_cast<std::size_t>(entry.index)),

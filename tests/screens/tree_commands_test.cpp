@@ -266,6 +266,26 @@ TEST_F(TreeCommands, MnemonicsAndShortcutsAreUnique) {
   }
 }
 
+TEST_F(TreeCommands, TheMenuKeyOffersThePopupOfTheSelectedNode) {
+  open();
+  lab.session.form1.TreeView1.select(node(kSales));
+  window->tree().setFocus();
+  const QPoint at = place(kSales);
+  QContextMenuEvent key(QContextMenuEvent::Keyboard, at, window->tree().viewport()->mapToGlobal(at));
+  QApplication::sendEvent(window->tree().viewport(), &key);
+  EXPECT_TRUE(find<QMenu>("mnupopup")->isVisible());
+  EXPECT_TRUE(action("mnupopup10")->isEnabled());
+  find<QMenu>("mnupopup")->close();
+}
+
+TEST_F(TreeCommands, WhatIsNotInThisVersionIsGreyAndSaysSo) {
+  open();
+  for (const char* const name : {"deleteuser", "mnuOption4", "mnupopup6"}) {
+    EXPECT_FALSE(action(name)->isEnabled()) << name;
+    EXPECT_EQ(action(name)->toolTip().toStdString(), "Not in this version") << name;
+  }
+}
+
 class WindowsAndSplitters : public ScreenTest {};
 
 TEST_F(WindowsAndSplitters, StandAsTheyWereLeft) {
