@@ -88,6 +88,8 @@ int run(int argc, char** argv) {
   add_format_command(app, context);
   add_user_commands(app, context);
   add_group_commands(app, context);
+  add_ou_commands(app, context);
+  add_options_commands(app, context);
   add_log_commands(app, context);
   if (!parse(app, argc, argv))
     return kExitGreen;

@@ -134,4 +134,18 @@ void act(session::Session& session, const std::function<void()>& operation) {
     complain(after);
 }
 
+int act_and_tell(Context& context, session::Session& session, const std::function<bool()>& operation,
+                 const std::function<Json()>& further) {
+  const controls::ListView& log = session.form1.ListView1;
+  const std::size_t rows = log.size();
+  const bool done = operation();
+  if (log.size() == rows)
+    throw Refused(session.form1.StatusBar1.panel1);
+  const controls::ListRow& told = log.at(log.size() - 1);
+  Json result = {{"light", told.icon}, {"message", told.text}};
+  result.update(further());
+  context.output().result(result, context.output().light(told.icon) + "  " + told.text);
+  return done ? exit_code_of_light(told.icon) : kExitRed;
+}
+
 }  // namespace twk::cli

@@ -82,4 +82,10 @@ class Context {
 /// faults that it puts into the log tab.
 void act(session::Session& session, const std::function<void()>& operation);
 
+/// Runs an operation that tells what came of it on the log tab and gives False when it did nothing. The tab's
+/// last row is the result, with the further keys given; the exit code is that of its light, or that of a
+/// refusal. Raises `Refused` with the text of the status bar when the operation added no row.
+int act_and_tell(Context& context, session::Session& session, const std::function<bool()>& operation,
+                 const std::function<Json()>& further);
+
 }  // namespace twk::cli

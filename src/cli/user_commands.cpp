@@ -52,6 +52,8 @@ void add_user_commands(CLI::App& app, Context& context) {
   user->require_subcommand(1);
   add_user_create(*user, context);
   add_user_import(*user, context);
+  add_user_find(*user, context);
+  add_user_move_ou(*user, context);
 
   auto name = std::make_shared<std::string>();
   auto* show = user->add_subcommand("show", "Show a user");

@@ -10,6 +10,8 @@ namespace twk::cli {
 
 void add_user_create(CLI::App& user, Context& context);
 void add_user_import(CLI::App& user, Context& context);
+void add_user_find(CLI::App& user, Context& context);
+void add_user_move_ou(CLI::App& user, Context& context);
 
 /// What a new user is made with.
 struct CreationPlace {

@@ -53,6 +53,12 @@ struct OptionButton {
   Observable<bool> enabled{true};
 };
 
+/// Chooses one of two option buttons.
+inline void choose(OptionButton& first, OptionButton& second, bool first_is_chosen) {
+  first.value = first_is_chosen;
+  second.value = !first_is_chosen;
+}
+
 struct Button {
   Observable<std::string> caption;
   Observable<bool> enabled{true};
@@ -61,6 +67,7 @@ struct Button {
 
 struct MenuItem {
   Observable<std::string> caption;
+  Observable<std::string> tool_tip;
   Observable<bool> enabled{true};
   Observable<bool> visible{true};
 };

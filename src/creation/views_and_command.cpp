@@ -1,11 +1,10 @@
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "creation/account_stage.hpp"
+#include "creation/command_text.hpp"
 #include "creation/shell.hpp"
-#include "directory/ad_load.hpp"
 #include "directory/load_options.hpp"
-#include "format/user_name.hpp"
-#include "format/variables.hpp"
+#include "directory/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
 
@@ -47,8 +46,7 @@ void add_to_tree(CreationRun& run, std::string_view parent, const std::string& k
 bool container_is_read(const CreationRun& run) {
   controls::TreeView& tree = run.session.form1.TreeView1;
   const controls::TreeNode* const selected = tree.selected();
-  const controls::TreeNode* const next = selected == nullptr ? nullptr : tree.next(*selected);
-  return next == nullptr || next->text != directory::kDummyNode;
+  return selected == nullptr || directory::is_read(tree, *selected);
 }
 
 }  // namespace
@@ -71,18 +69,9 @@ void RunCreateCommand(CreationRun& run) {
   Session& session = run.session;
   const session::Form1& form = session.form1;
   const NewUserRequest& request = run.request;
-  std::string command = form.Create_Script.text;
-  if (session.import.Importing)
-    command = format::replace_import_fields(session, std::move(command));
-  command = format::FRString(command, "%Domain%", session.DomainName);
-  command = format::FRString(command, "%Server%", form.NTSERVER.text.get());
-  command = format::FRString(command, "%UserName%", run.SamName);
-  command = format::FRString(command, "%EXServer%", form.EXSERVER.text.get());
-  command = format::FRString(command, "%EXSite%", form.EXSite.text.get());
-  command = format::FRString(command, "%EXorg%", form.EXorg.text.get());
-  command =
-      format::UserName(session, std::move(command), request.FirstName, request.MiddleName, request.LastName);
-  command = format::Replace_Variables(session, std::move(command));
+  const std::string command =
+      command_text(session, form.Create_Script.text,
+                   {run.SamName, request.FirstName, request.MiddleName, request.LastName});
   session.Error_Status_Text = "Error Running Command...";
   session.Error_Log_Text = "Error Running Command: " + command;
   run.stage = CreationStage::kCommand;

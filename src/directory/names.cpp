@@ -8,11 +8,26 @@
 namespace twk::directory {
 namespace {
 
+/// True behind a backslash that is not itself behind one.
+bool is_escaped(std::string_view text, std::size_t place) {
+  const std::size_t other = text.substr(0, place).find_last_not_of('\\');
+  const std::size_t backslashes = place - (other == base::npos ? 0 : other + 1);
+  return backslashes % 2 == 1;
+}
+
+/// Where a marker begins, case ignored; one behind a backslash is part of a name.
+std::size_t find_marker(std::string_view text, std::string_view marker, std::size_t from = 0) {
+  std::size_t found = base::find_fold(text, marker, from);
+  while (found != base::npos && is_escaped(text, found))
+    found = base::find_fold(text, marker, found + 1);
+  return found;
+}
+
 /// What follows the comma of the first of these markers (case ignored); empty when none is there.
 std::string behind_first(std::string_view text, std::initializer_list<std::string_view> markers) {
   std::size_t first = base::npos;
   for (const std::string_view marker : markers)
-    first = std::min(first, base::find_fold(text, marker));
+    first = std::min(first, find_marker(text, marker));
   return first == base::npos ? std::string() : std::string(text.substr(first + 1));
 }
 
@@ -48,6 +63,21 @@ std::string parent_of_user(std::string_view ads_path) {
   return behind_first(ads_path, {",OU=", ",DC=", ",CN="});
 }
 
+std::string_view name_above(std::string_view distinguished_name) {
+  for (std::size_t i = 0; i < distinguished_name.size(); ++i) {
+    if (distinguished_name[i] == '\\')
+      ++i;
+    else if (distinguished_name[i] == ',')
+      return distinguished_name.substr(i + 1);
+  }
+  return {};
+}
+
+std::string_view name_in_path(std::string_view ads_path) {
+  const std::size_t start = base::find_fold(ads_path, "CN=");
+  return start == base::npos ? std::string_view{} : ads_path.substr(start);
+}
+
 std::string rewrite_path(std::string_view search_prefix, std::string_view ads_path) {
   constexpr std::string_view kGlobalCatalogue = "GC://";
   if (search_prefix != kGlobalCatalogue || ads_path.size() < kGlobalCatalogue.size())
@@ -56,8 +86,8 @@ std::string rewrite_path(std::string_view search_prefix, std::string_view ads_pa
 }
 
 std::string ou_name(std::string_view distinguished_name) {
-  const std::size_t end = std::min(base::find_fold(distinguished_name, ",DC=", 2),
-                                   base::find_fold(distinguished_name, ",OU=", 2));
+  const std::size_t end =
+      std::min(find_marker(distinguished_name, ",DC=", 2), find_marker(distinguished_name, ",OU=", 2));
   return std::string(
       distinguished_name.substr(0, end).substr(std::min<std::size_t>(3, distinguished_name.size())));
 }

@@ -15,6 +15,11 @@ std::string domain_dns_name(std::string_view distinguished_name);
 std::string parent_of_ou(std::string_view distinguished_name);
 /// The distinguished name of what is above a user, from the user's path; empty when there is none.
 std::string parent_of_user(std::string_view ads_path);
+/// The distinguished name of what is directly above; empty at the top. A comma behind a backslash is part of
+/// a name.
+std::string_view name_above(std::string_view distinguished_name);
+/// "CN=Jo,OU=Sales,DC=twk,DC=test" of "LDAP://twk.test/CN=Jo,OU=Sales,DC=twk,DC=test": from the "CN=" on.
+std::string_view name_in_path(std::string_view ads_path);
 /// A path found with the search prefix "GC://" as the LDAP path of the same object; any other as it is.
 std::string rewrite_path(std::string_view search_prefix, std::string_view ads_path);
 /// "Sales" of "OU=Sales,DC=twk,DC=test".

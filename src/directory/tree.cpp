@@ -92,6 +92,11 @@ void add_users(Session& session, const std::string& base, const LoadOptions& opt
 
 }  // namespace
 
+bool is_read(controls::TreeView& tree, const TreeNode& node) {
+  const TreeNode* const next = tree.next(node);
+  return next == nullptr || next->parent != &node || next->text != kDummyNode;
+}
+
 void TreeView1_Expand(Session& session, TreeNode& node) {
   controls::TreeView& tree = session.form1.TreeView1;
   tree.set_expanded(node, true);
@@ -105,9 +110,9 @@ void TreeView1_Expand(Session& session, TreeNode& node) {
 bool Expand_OU(Session& session, TreeNode& node) {
   controls::TreeView& tree = session.form1.TreeView1;
   session.Error_Status_Text = "Error with Treeview";
-  TreeNode* const dummy = tree.next(node);
-  if (dummy == nullptr || dummy->text != kDummyNode || dummy->parent != &node)
+  if (is_read(tree, node))
     return false;
+  TreeNode* const dummy = tree.next(node);
   session.form1.mouse_pointer = 11;
   bool done = false;
   base::Trap trap;

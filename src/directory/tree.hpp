@@ -4,7 +4,8 @@
 
 namespace twk::controls {
 struct TreeNode;
-}
+class TreeView;
+}  // namespace twk::controls
 namespace twk::session {
 struct Session;
 }
@@ -19,6 +20,9 @@ void TreeView1_Expand(session::Session& session, controls::TreeNode& node);
 /// True when that was done; False also for a node that was read before. A failure shows `Error_Status_Text`
 /// in a box.
 bool Expand_OU(session::Session& session, controls::TreeNode& node);
+
+/// False for an OU whose users and OUs come with its first expansion.
+bool is_read(controls::TreeView& tree, const controls::TreeNode& node);
 
 /// True when the name is taken by a node of the tree: in a WinNT domain by its text, in Active Directory by
 /// the beginning of its common name. Adds a "RED" row to the log tab then.

@@ -171,6 +171,8 @@ void bind_to(QAction& widget, controls::MenuItem& control, const Action& trigger
   follow(widget, control.caption, [&widget, own_caption](const std::string& text) {
     widget.setText(text.empty() ? own_caption : to_qt(text));
   });
+  follow(widget, control.tool_tip,
+         [&widget](const std::string& text) { widget.setToolTip(to_qt(text).toHtmlEscaped()); });
   follow(widget, control.enabled, [&widget](bool on) { widget.setEnabled(on); });
   follow(widget, control.visible, [&widget](bool shown) { widget.setVisible(shown); });
   on_triggered(widget, triggered);

@@ -3,15 +3,21 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
-#include <QSettings>
+#include <QMenuBar>
 #include <QSplitter>
 #include <QStatusBar>
 
 #include "directory/tree.hpp"
 #include "screens/bind.hpp"
+#include "screens/main_menus.hpp"
 #include "screens/tabs.hpp"
 #include "screens/text.hpp"
+#include "screens/toolbar.hpp"
+#include "screens/tree_drag.hpp"
+#include "screens/tree_popup.hpp"
+#include "screens/window_state.hpp"
 #include "screens/windows.hpp"
+#include "session/main_window.hpp"
 
 namespace twk::screens {
 
@@ -21,10 +27,10 @@ MainWindow::MainWindow(session::Session& session) : session_(session) {
   make_panes();
   make_tabs();
   make_status_bar();
+  make_commands();
   follow_session();
   resize(1000, 700);
-  const QSettings settings;
-  restoreGeometry(settings.value("form1/geometry").toByteArray());
+  restore_window(*this);
 }
 
 MainWindow::~MainWindow() = default;
@@ -37,6 +43,8 @@ void MainWindow::make_panes() {
   tree_->setObjectName("TreeView1");
   tree_->setAccessibleName("Domain");
   tree_->on_expand = [this](controls::TreeNode& node) { directory::TreeView1_Expand(session_, node); };
+  tree_->on_select = [this](controls::TreeNode& node) { session::TreeView1_NodeClick(session_, node); };
+  tree_->on_activate = [this](controls::TreeNode& node) { session::TreeView1_DblClick(session_, node); };
   tabs_ = new QTabWidget(panes);
   tabs_->setObjectName("SSTab1");
   panes->setStretchFactor(0, 1);
@@ -60,7 +68,10 @@ void MainWindow::make_tabs() {
   tabs_->addTab(setup_tabs_, "S&et-up");
 
   follow(*tabs_, session_.form1.SSTab1, [this](int index) { tabs_->setCurrentIndex(index); });
-  connect(tabs_, &QTabWidget::currentChanged, this, [this](int index) { session_.form1.SSTab1 = index; });
+  connect(tabs_, &QTabWidget::currentChanged, this, [this](int index) {
+    session_.form1.SSTab1 = index;
+    session::SSTab1_Click(session_);
+  });
   for (int i = 0; i < setup_tabs_->count(); ++i) {
     follow(*setup_tabs_, session_.form1.SSTab2.at(static_cast<std::size_t>(i)).visible,
            [this, i](bool shown) { setup_tabs_->setTabVisible(i, shown); });
@@ -81,16 +92,34 @@ void MainWindow::make_status_bar() {
   add_panel(status.panel3, 0)->setObjectName("panel3");
 }
 
+void MainWindow::make_commands() {
+  make_menus(*this, session_);
+  toolbar_ = make_toolbar(*this, session_);
+  add_tree_popup(*tree_, session_);
+  add_tree_drag(*tree_, session_);
+}
+
 void MainWindow::follow_session() {
   session::Form1& form = session_.form1;
-  follow(*this, form.enabled, [this](bool on) { centralWidget()->setEnabled(on); });
+  follow(*this, form.enabled, [this](bool on) {
+    for (QWidget* const part :
+         {centralWidget(), static_cast<QWidget*>(menuBar()), static_cast<QWidget*>(toolbar_)})
+      part->setEnabled(on);
+  });
+  keep(*this, form.SetFocus.watch([this](std::string_view name) {
+    if (auto* const control = findChild<QWidget*>(to_qt(name)))
+      control->setFocus();
+  }));
   keep(*this, form.mouse_pointer.watch([&form] {
     if (form.mouse_pointer == 11)
       QApplication::setOverrideCursor(Qt::WaitCursor);
     else
       QApplication::restoreOverrideCursor();
   }));
-  keep(*this, form.ended.watch([this] { close(); }));
+  keep(*this, form.ended.watch([this] {
+    if (session_.form1.ended)
+      close();
+  }));
   cancel_import_ = make_cancel_import(session_, this);
   follow(*this, session_.cancel_import.visible, [this](bool shown) { cancel_import_->setVisible(shown); });
 }
@@ -98,13 +127,15 @@ void MainWindow::follow_session() {
 void MainWindow::closeEvent(QCloseEvent* event) {
   // A run that is under way is stopped first: nothing is to end between two steps of a creation.
   if (!session_.form1.enabled.get()) {
+    session_.form1.ended = false;
     session_.form1.StatusBar1.panel1 = "Stop the run first.";
     QApplication::beep();
     event->ignore();
     return;
   }
-  QSettings().setValue("form1/geometry", saveGeometry());
+  save_window(*this);
   QMainWindow::closeEvent(event);
+  session::Form_Unload(session_);
 }
 
 }  // namespace twk::screens

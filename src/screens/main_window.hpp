@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QTabWidget>
+#include <QToolBar>
 #include <memory>
 
 #include "screens/tree_pane.hpp"
@@ -26,12 +27,14 @@ class MainWindow final : public QMainWindow {
   void make_panes();
   void make_tabs();
   void make_status_bar();
+  void make_commands();
   void follow_session();
 
   session::Session& session_;
   TreePane* tree_ = nullptr;
   QTabWidget* tabs_ = nullptr;
   QTabWidget* setup_tabs_ = nullptr;
+  QToolBar* toolbar_ = nullptr;
   std::unique_ptr<QDialog> cancel_import_;
 };
 

@@ -1,6 +1,7 @@
 #include "screens/tree_pane.hpp"
 
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
 
@@ -16,7 +17,10 @@ TreePane::TreePane(controls::TreeView& tree, QWidget* parent)
       tree_(&tree),
       early_(tree.watch([this](const TreeChange& change) { prepare(change); })),
       model_(new TreeModel(tree, this)) {
+  // A view that takes a model has nothing current: that is no choice of a person either.
+  showing_ = true;
   setModel(model_);
+  showing_ = false;
   setHeaderHidden(true);
   setUniformRowHeights(true);
   setExpandsOnDoubleClick(false);
@@ -117,6 +121,26 @@ void TreePane::currentChanged(const QModelIndex& current, const QModelIndex& pre
   showing_ = false;
   if (node != nullptr && on_select)
     run_guarded([&] { on_select(*node); });
+}
+
+void TreePane::set_drop_highlight(const TreeNode* node) {
+  drop_highlight_ = node == nullptr ? QModelIndex() : model_->index_of(node);
+  viewport()->update();
+}
+
+void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                       const QModelIndex& index) const {
+  QTreeView::drawRow(painter, option, index);
+  if (!drop_highlight_.isValid() || index != drop_highlight_)
+    return;
+  const QColor ink = palette().color(QPalette::Highlight);
+  QColor veil = ink;
+  veil.setAlpha(60);
+  painter->save();
+  painter->setPen(QPen(ink, 2));
+  painter->setBrush(veil);
+  painter->drawRoundedRect(visualRect(index).adjusted(1, 1, -2, -2), 3, 3);
+  painter->restore();
 }
 
 void TreePane::keyPressEvent(QKeyEvent* event) {

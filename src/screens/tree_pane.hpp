@@ -20,11 +20,15 @@ class TreePane final : public QTreeView {
 
   [[nodiscard]] controls::TreeNode* node(const QModelIndex& index) const { return model_->node(index); }
   [[nodiscard]] QModelIndex index_of(const controls::TreeNode& node) const { return model_->index_of(&node); }
+  /// The node that what is dragged would drop on; none clears the mark.
+  void set_drop_highlight(const controls::TreeNode* node);
 
  protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
 
  private:
   void prepare(const controls::TreeChange& change);
@@ -38,6 +42,7 @@ class TreePane final : public QTreeView {
   int scrolled_to_ = 0;    ///< where the view stood before a reset
   controls::Watch early_;  ///< told before the model
   TreeModel* model_;
+  QPersistentModelIndex drop_highlight_;
   controls::Watch watch_;
 };
 

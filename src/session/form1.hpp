@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <string>
+#include <string_view>
 
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
@@ -27,6 +29,10 @@ inline constexpr int kW2k = 3;
 inline constexpr int kWts = 4;
 }  // namespace setup_tab
 
+/// Buttons of the toolbar by their keys.
+inline constexpr std::array<std::string_view, 10> kToolbarKeys = {
+    "NewUser", "deleteuser", "FIND", "Refresh", "MultiUser", "Groups", "IMPORTU", "Vlog", "Help", "Exit1"};
+
 /// State of the main window `form1`, tab by tab. Fields bear the names of the window's controls.
 struct Form1 {
   controls::Observable<bool> enabled{true};
@@ -38,10 +44,18 @@ struct Form1 {
   controls::TreeView TreeView1;
   controls::Observable<int> SSTab1{0};  ///< the tab in front
 
-  // Menu "Options"; entry numbers as the window counts them.
+  /// A control, by its name, is to have the focus.
+  controls::Channel<std::string_view> SetFocus;
+
+  // Menus "File" and "Options"; entry numbers as the window counts them.
+  std::array<controls::MenuItem, 6> mnuFile;
   std::array<controls::MenuItem, 7> mnuOption;
   // Popup of the tree; 13 and 14 are the custom commands.
   std::array<controls::MenuItem, 15> mnupopup;
+  std::array<controls::MenuItem, 10> Toolbar1;  ///< in the order of `kToolbarKeys`
+  // A user who is dragged in the tree and the OU that is under the pointer, by their keys.
+  std::string DragNode;
+  controls::Observable<std::string> DropHighlight;
   // Inner tabs of the set-up tab.
   std::array<controls::Frame, 5> SSTab2;
   controls::Frame Frame3;   ///< what the account name is called

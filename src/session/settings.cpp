@@ -82,7 +82,8 @@ void read_database_path(Session& session) {
 void read_managed_ou(Session& session) {
   std::uint32_t hive = platform::kHiveLocalMachine;
   session.ManagedOU = read_setting(session, kSetup, "OU", hive);
-  if (!session.LastRegResult) {
+  // A limit that was lifted leaves an empty text, which must not hide the person's own.
+  if (!session.LastRegResult || session.ManagedOU.empty()) {
     hive = platform::kHiveCurrentUser;
     session.ManagedOU = read_setting(session, kSetup, "OU", hive);
   }
@@ -114,19 +115,14 @@ void read_setup(Session& session) {
               {"WaitDelete", form1.Wait_NEW[2], is_yes}});
 }
 
-void select_one(controls::OptionButton& first, controls::OptionButton& second, bool first_is_chosen) {
-  first.value = first_is_chosen;
-  second.value = !first_is_chosen;
-}
-
 void read_preferences(Session& session) {
   Form1& form1 = session.form1;
   read_ticks(session, kPreferences, {{"UseFormattedPassword", form1.FmtPass, is_yes_in_any_case}});
   if (form1.FmtPass.on())
     read_texts(session, kSetup, {{"FormattedPassword", form1.Formatted_Password}});
   form1.FN_Format.text = read_setting(session, kPreferences, "Custom_FN");
-  select_one(form1.SamAccountName, form1.CNName,
-             base::equals_fold(read_setting(session, kPreferences, "CNName"), "NO"));
+  controls::choose(form1.SamAccountName, form1.CNName,
+                   base::equals_fold(read_setting(session, kPreferences, "CNName"), "NO"));
   read_ticks(session, kPreferences,
              {{"CantChangePWD", form1.USR_Cant_Change, is_yes_in_any_case},
               {"PasswdNVRExpire", form1.PWD_NVR_EXPIRE, is_yes_in_any_case},
@@ -147,8 +143,9 @@ void read_preferences(Session& session) {
     form1.Password_Change.value = 0;
   form1.Password_Change.enabled = !form1.USR_Cant_Change.on();
   form1.STOP_ON_RED[0].enabled = !form1.STOP_ON_RED[1].on();
-  select_one(form1.Sorted_Yes, form1.Sorted_No, is_yes(read_setting(session, kPreferences, "Sorted")));
-  select_one(form1.DisplayName, form1.DNName, is_yes(read_setting(session, kPreferences, "DisplayName")));
+  controls::choose(form1.Sorted_Yes, form1.Sorted_No, is_yes(read_setting(session, kPreferences, "Sorted")));
+  controls::choose(form1.DisplayName, form1.DNName,
+                   is_yes(read_setting(session, kPreferences, "DisplayName")));
 }
 
 void read_stages(Session& session) {

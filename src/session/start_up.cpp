@@ -6,6 +6,8 @@
 #include "directory/operations.hpp"
 #include "directory/select_domain.hpp"
 #include "session/controls_defaults.hpp"
+#include "session/later_commands.hpp"
+#include "session/refresh.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "stores/conversion.hpp"
@@ -23,6 +25,7 @@ void read_all_settings(Session& session) {
   session.splash.Splash_TxT.caption = "Loading Registry Keys...";
   read_settings(session);
   creation::switch_off_later_stages(session.form1);
+  switch_off_later_commands(session.form1);
 }
 
 void show_first_run(Session& session) {
@@ -94,6 +97,7 @@ StartUp start_session(Session& session) {
     return StartUp::kNotPermitted;
   }
   load_databases(session);
+  show_managed_ou(session);
   session.splash.visible = false;
   if (is_debug(session))
     session.form1.StatusBar1.panel1 = "Debug Mode.";

@@ -27,6 +27,8 @@ TEST(Names, TheParentBeginsBehindTheFirstMarker) {
       {"LDAP://twk.test/CN=Jo,OU=Sales,DC=twk,DC=test", "OU=Sales,DC=twk,DC=test"},
       {"LDAP://twk.test/CN=Jo,cn=Users,DC=twk,DC=test", "cn=Users,DC=twk,DC=test"},
       {"LDAP://twk.test/CN=Smith\\, Jo,OU=A,OU=B,DC=twk,DC=test", "OU=A,OU=B,DC=twk,DC=test"},
+      {"LDAP://twk.test/CN=Jo\\,OU=x,OU=A,DC=twk,DC=test", "OU=A,DC=twk,DC=test"},
+      {"LDAP://twk.test/CN=Jo\\\\,OU=A,DC=twk,DC=test", "OU=A,DC=twk,DC=test"},
       {"LDAP://twk.test/CN=Jo,DC=twk,DC=test", "DC=twk,DC=test"},
       {"CN=Jo", ""},
       {"", ""},
@@ -36,6 +38,15 @@ TEST(Names, TheParentBeginsBehindTheFirstMarker) {
   EXPECT_EQ(parent_of_ou("OU=A,OU=B,DC=twk,DC=test"), "OU=B,DC=twk,DC=test");
   EXPECT_EQ(parent_of_ou("OU=A,CN=x,DC=twk"), "DC=twk");
   EXPECT_EQ(parent_of_ou("DC=twk,DC=test"), "DC=test");
+}
+
+TEST(Names, WhatIsAboveBeginsAtTheFirstCommaThatIsNoPartOfAName) {
+  EXPECT_EQ(name_above("CN=Smith\\, Jo,OU=A,DC=twk"), "OU=A,DC=twk");
+  EXPECT_EQ(name_above("CN=Jo\\\\,OU=A,DC=twk"), "OU=A,DC=twk") << "a backslash that is itself escaped";
+  EXPECT_EQ(name_above("DC=test"), "");
+  EXPECT_EQ(name_above("CN=Jo\\"), "");
+  EXPECT_EQ(name_in_path("LDAP://twk.test/cn=Jo,OU=A"), "cn=Jo,OU=A");
+  EXPECT_EQ(name_in_path("LDAP://twk.test"), "");
 }
 
 TEST(Names, AGlobalCataloguePathBecomesAnLdapPath) {

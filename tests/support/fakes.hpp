@@ -63,11 +63,13 @@ class FakeEnvironment final : public platform::Environment {
 
 class FakeProcess final : public platform::Process {
  public:
-  std::int32_t run(std::string_view command_line, bool /*wait*/, std::int16_t /*window_style*/) override {
+  std::int32_t run(std::string_view command_line, bool /*wait*/, std::int16_t window_style) override {
     command_lines.emplace_back(command_line);
+    window_styles.push_back(window_style);
     return result;
   }
   std::vector<std::string> command_lines;
+  std::vector<std::int16_t> window_styles;
   std::int32_t result = 1;
 };
 

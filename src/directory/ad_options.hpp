@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::session {
+struct Session;
+}
+
+/// The window `frmADOptions`: how a directory is loaded. A change takes effect at the next load.
+namespace twk::directory {
+
+/// Shows what is stored, or the defaults.
+void frmADOptions_Load(session::Session& session);
+/// Stores all eight values. A number below 1 is refused as a text is, and nothing is stored; an empty number
+/// stands for the default of the load. True when they were stored.
+bool btnApply_Click(session::Session& session);
+
+/// What was typed is no number: a box tells it and the field gets a good one.
+void PageSize_Change(session::Session& session);
+void UserLimit_Change(session::Session& session);
+
+/// Describes the option of that control, if there is a text for it.
+void show_option_help(session::Session& session, std::string_view control);
+
+}  // namespace twk::directory

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::controls {
+struct TreeNode;
+}
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::directory {
+
+/// Asks for a name and makes an organizational unit of it under the selected node.
+void Create_OU(session::Session& session);
+
+/// The same with the name given. True when it was made: its node is in the tree and selected, and the log tab
+/// tells it. What is refused is told in a box and on the log tab.
+bool create_ou(session::Session& session, controls::TreeNode& above, std::string_view name);
+
+}  // namespace twk::directory

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace twk::controls {
+struct TreeNode;
+}
+namespace twk::session {
+struct Session;
+}
+
+/// Finding a user: in Active Directory through the window `frmFindW2KUser`, in a WinNT domain in the tree.
+namespace twk::directory {
+
+/// The command of the toolbar.
+void Find_User(session::Session& session);
+
+/// The first user behind `node`, or from the first on when that is none, whose name holds the text in any
+/// case; none when there is no other.
+controls::TreeNode* next_user_with(session::Session& session, const controls::TreeNode* node,
+                                   std::string_view text);
+/// Asks for a name and walks the tree's users for those that hold it, in any case; goes on to the next as
+/// long as the person wants.
+void Find_NT_User(session::Session& session);
+
+/// Empties the window before it is shown; what was typed last stays.
+void frmFindW2KUser_Load(session::Session& session);
+/// Lists the users whose common name holds what was typed.
+void btnGo_Click(session::Session& session);
+/// The rows of that search. "*" stands for any text, as does an empty text; any other character for itself.
+/// False when the directory could not be asked.
+bool Find_AD_Users(session::Session& session, std::string_view text);
+/// Opens the tree down to the selected row's user and selects its node. False when the tree does not show it,
+/// which a box tells.
+bool btnSelectuser_Click(session::Session& session);
+
+}  // namespace twk::directory

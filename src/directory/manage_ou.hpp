@@ -1,0 +1,18 @@
+#pragma once
+
+namespace twk::session {
+struct Session;
+}
+
+/// Limiting the session to one OU.
+namespace twk::directory {
+
+/// The command of the menu, on a selected OU: opens the window `Select_OU` for it, or lifts the limit while
+/// there is one and loads the whole domain.
+void Manage_OU(session::Session& session);
+
+/// OK in the window: the selected OU is the limit from the next load on, stored for the person or the
+/// machine.
+void Select_OU_OK_Click(session::Session& session);
+
+}  // namespace twk::directory

@@ -1,0 +1,60 @@
+#include "directory/tree_path.hpp"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/text.hpp"
+#include "directory/names.hpp"
+#include "directory/tree.hpp"
+#include "session/session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using controls::TreeNode;
+
+/// A name and all above it, the top first.
+std::vector<std::string_view> names_down_to(std::string_view name) {
+  std::vector<std::string_view> names;
+  for (; !name.empty(); name = name_above(name))
+    names.push_back(name);
+  std::reverse(names.begin(), names.end());
+  return names;
+}
+
+}  // namespace
+
+TreeNode* reach_node(session::Session& session, std::string_view distinguished_name) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  TreeNode* reached = tree.first();
+  if (reached == nullptr)
+    return nullptr;
+  const std::vector<std::string_view> names = names_down_to(distinguished_name);
+  auto name = std::find_if(names.begin(), names.end(), [reached](std::string_view candidate) {
+    return base::equals_fold(candidate, reached->key);
+  });
+  if (name == names.end())
+    return nullptr;
+  while (++name != names.end()) {
+    TreeView1_Expand(session, *reached);
+    TreeNode* const child = tree.find(*name);
+    if (child == nullptr || child->parent != reached)
+      return nullptr;
+    reached = child;
+  }
+  return reached;
+}
+
+TreeNode* reach_user(session::Session& session, std::string_view key) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  if (!session::is_active_directory(session))
+    return tree.find(key);
+  TreeNode* const above = reach_node(session, name_above(name_in_path(key)));
+  if (above == nullptr)
+    return nullptr;
+  TreeView1_Expand(session, *above);
+  TreeNode* const user = tree.find(key);
+  return user != nullptr && user->parent == above ? user : nullptr;
+}
+
+}  // namespace twk::directory

@@ -1,0 +1,95 @@
+#include "screens/main_menus.hpp"
+
+#include <QMenuBar>
+#include <QMessageBox>
+
+#include "screens/bind.hpp"
+#include "screens/icons.hpp"
+#include "session/main_window.hpp"
+
+namespace twk::screens {
+namespace {
+
+struct Entry {
+  int index;
+  const char* caption;
+  const char* icon;
+  QKeySequence shortcut;
+};
+
+using Click = void (*)(session::Session& session, int index);
+
+QMenu* add_menu(QMainWindow& window, const QString& caption, const char* name) {
+  QMenu* const menu = window.menuBar()->addMenu(caption);
+  menu->setObjectName(name);
+  menu->setToolTipsVisible(true);
+  return menu;
+}
+
+template <std::size_t size>
+void add_entry(QMenu& menu, session::Session& session, std::array<controls::MenuItem, size>& items,
+               const Entry& entry, Click click) {
+  QAction* const action = menu.addAction(icon(entry.icon), entry.caption);
+  action->setObjectName(menu.objectName() + QString::number(entry.index));
+  action->setShortcut(entry.shortcut);
+  bind_to(*action, items.at(static_cast<std::size_t>(entry.index)),
+          [&session, click, index = entry.index] { click(session, index); });
+}
+
+void make_file_menu(QMainWindow& window, session::Session& session) {
+  QMenu* const menu = add_menu(window, "&File", "mnuFile");
+  const auto add = [&](const Entry& entry) {
+    add_entry(*menu, session, session.form1.mnuFile, entry, session::mnuFile_Click);
+  };
+  add({1, "&Import Users", "IMPORTU", QKeySequence("Ctrl+I")});
+  add({2, "&View Log File", "Vlog", QKeySequence("Ctrl+L")});
+  add({3, "&Backup DataBase Files", "", {}});
+  menu->addSeparator();
+  add({5, "E&xit", "Exit1", QKeySequence("Ctrl+Q")});
+}
+
+void make_options_menu(QMainWindow& window, session::Session& session) {
+  QMenu* const menu = add_menu(window, "&Options", "mnuOption");
+  const auto add = [&](const Entry& entry) {
+    add_entry(*menu, session, session.form1.mnuOption, entry, session::mnuOption_Click);
+  };
+  add({1, "M&ulti User Functions", "MultiUser", {}});
+  add({2, "AD &Options", "", {}});
+  menu->addSeparator();
+  add({4, "&Groups", "Groups", {}});
+  add({5, "&Manage OU", "OU", {}});
+  add({6, "&Compact Database", "", {}});
+}
+
+void show_about(QWidget& window) {
+  QMessageBox box(QMessageBox::NoIcon, "About Tarnwick",
+                  "Tarnwick " TWK_VERSION "\n\nUser administration for WinNT and Active Directory domains.",
+                  QMessageBox::Ok, &window);
+  box.setTextFormat(Qt::PlainText);
+  box.setIconPixmap(window.windowIcon().pixmap(48, 48));
+  box.exec();
+}
+
+void make_help_menu(QMainWindow& window, session::Session& session) {
+  QMenu* const menu = add_menu(window, "&Help", "mnuHelp");
+  QAction* const contents = menu->addAction(icon("Help"), "&Contents");
+  contents->setObjectName("mnuHelp1");
+  contents->setShortcut(QKeySequence("F1"));
+  const auto key = std::find(session::kToolbarKeys.begin(), session::kToolbarKeys.end(), "Help");
+  bind_to(*contents, session.form1.Toolbar1.at(static_cast<std::size_t>(key - session::kToolbarKeys.begin())),
+          [&session] { session::Toolbar1_ButtonClick(session, "Help"); });
+  menu->addSeparator();
+  QAction* const about = menu->addAction("&About Tarnwick");
+  about->setObjectName("mnuHelp2");
+  on_triggered(*about, [&window] { show_about(window); });
+}
+
+}  // namespace
+
+void make_menus(QMainWindow& window, session::Session& session) {
+  make_file_menu(window, session);
+  make_options_menu(window, session);
+  make_help_menu(window, session);
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,52 @@
+#include "screens/window_state.hpp"
+
+#include <QHeaderView>
+#include <QSettings>
+#include <QSplitter>
+
+#include "screens/list_pane.hpp"
+
+namespace twk::screens {
+namespace {
+
+QString key(const QMainWindow& window, const QObject& part, const char* what) {
+  return window.objectName() + "/" + part.objectName() + "/" + what;
+}
+
+QVariantList column_widths(const ListPane& list) {
+  QVariantList widths;
+  for (int i = 0; i < list.header()->count(); ++i)
+    widths << list.header()->sectionSize(i);
+  return widths;
+}
+
+void set_column_widths(const ListPane& list, const QVariantList& widths) {
+  if (widths.size() != list.header()->count())
+    return;
+  for (int i = 0; i < list.header()->count(); ++i) {
+    if (const int width = widths.at(i).toInt(); width >= list.header()->minimumSectionSize())
+      list.header()->resizeSection(i, width);
+  }
+}
+
+}  // namespace
+
+void save_window(const QMainWindow& window) {
+  QSettings settings;
+  settings.setValue(window.objectName() + "/geometry", window.saveGeometry());
+  for (const QSplitter* const splitter : window.findChildren<QSplitter*>())
+    settings.setValue(key(window, *splitter, "splitter"), splitter->saveState());
+  for (const ListPane* const list : window.findChildren<ListPane*>())
+    settings.setValue(key(window, *list, "columns"), column_widths(*list));
+}
+
+void restore_window(QMainWindow& window) {
+  const QSettings settings;
+  window.restoreGeometry(settings.value(window.objectName() + "/geometry").toByteArray());
+  for (QSplitter* const splitter : window.findChildren<QSplitter*>())
+    splitter->restoreState(settings.value(key(window, *splitter, "splitter")).toByteArray());
+  for (const ListPane* const list : window.findChildren<ListPane*>())
+    set_column_widths(*list, settings.value(key(window, *list, "columns")).toList());
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,62 @@
+#include "session/later_commands.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "session/session.hpp"
+
+namespace twk::session {
+namespace {
+
+constexpr std::array<std::size_t, 1> kLaterFile = {3};           // back-up
+constexpr std::array<std::size_t, 3> kLaterOptions = {1, 4, 6};  // multi-user functions, groups, compaction
+constexpr std::array kLaterPopup = {0, 2, 4, 5, 6, 8, 9};        // details, password, delete … profiles
+constexpr std::array<std::string_view, 4> kLaterKeys = {"deleteuser", "MultiUser", "Groups", "Help"};
+
+void switch_off(controls::MenuItem& item) {
+  item.enabled = false;
+  item.tool_tip = std::string(kNotInThisVersion);
+}
+
+}  // namespace
+
+void switch_off_later_commands(Form1& form) {
+  for (const std::size_t index : kLaterFile)
+    switch_off(form.mnuFile.at(index));
+  for (const std::size_t index : kLaterOptions)
+    switch_off(form.mnuOption.at(index));
+  for (const int index : kLaterPopup)
+    switch_off(form.mnupopup.at(static_cast<std::size_t>(index)));
+  for (std::size_t i = 0; i < kToolbarKeys.size(); ++i) {
+    if (std::find(kLaterKeys.begin(), kLaterKeys.end(), kToolbarKeys[i]) != kLaterKeys.end())
+      switch_off(form.Toolbar1.at(i));
+  }
+}
+
+bool is_later_popup_entry(int index) {
+  return std::find(kLaterPopup.begin(), kLaterPopup.end(), index) != kLaterPopup.end();
+}
+
+void tell_later_command(Session& session) {
+  session.form1.StatusBar1.panel1 = std::string(kNotInThisVersion);
+}
+
+void show_details(Session& session, controls::TreeNode& /*node*/) {
+  tell_later_command(session);
+}
+
+void tell_node_chosen(Session& /*session*/, controls::TreeNode& /*node*/) {}
+
+void backup_databases(Session& session) {
+  tell_later_command(session);
+}
+
+void compact_database(Session& session) {
+  tell_later_command(session);
+}
+
+void show_help(Session& session, std::string_view /*topic*/) {
+  tell_later_command(session);
+}
+
+}  // namespace twk::session

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::controls {
+struct TreeNode;
+}
+namespace twk::session {
+
+struct Form1;
+struct Session;
+
+/// Commands of the main window that are not part of this version. They are switched off wherever they could
+/// be started from, and say so in a tool tip; one that is reached all the same says it in the status bar.
+inline constexpr std::string_view kNotInThisVersion = "Not in this version";
+
+void switch_off_later_commands(Form1& form);
+/// True for an entry of the tree's popup that stays off whatever is selected.
+bool is_later_popup_entry(int index);
+/// Says in the status bar that nothing was done.
+void tell_later_command(Session& session);
+
+// What other parts of the program do for the main window.
+
+/// Shows the account of a node in the tab of the user details.
+void show_details(Session& session, controls::TreeNode& node);
+/// A person chose a node of the tree.
+void tell_node_chosen(Session& session, controls::TreeNode& node);
+void backup_databases(Session& session);
+void compact_database(Session& session);
+void show_help(Session& session, std::string_view topic);
+
+}  // namespace twk::session

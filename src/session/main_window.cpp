@@ -1,0 +1,141 @@
+#include "session/main_window.hpp"
+
+#include "batch/import.hpp"
+#include "directory/ad_options.hpp"
+#include "directory/create_ou.hpp"
+#include "directory/find_user.hpp"
+#include "directory/manage_ou.hpp"
+#include "directory/tree.hpp"
+#include "session/custom_commands.hpp"
+#include "session/later_commands.hpp"
+#include "session/refresh.hpp"
+#include "session/session.hpp"
+
+namespace twk::session {
+namespace {
+
+void clear_new_user(Session& session) {
+  Form1& form = session.form1;
+  for (controls::TextBox* const name : {&form.strFirst, &form.StrMiddle, &form.strLast})
+    name->text = std::string();
+  for (controls::Label* const light : {&form.Createdirs, &form.Sharedirs, &form.Security, &form.UserAccount,
+                                       &form.MailAccount, &form.run, &form.progress}) {
+    light->caption = std::string();
+    light->colour = 0;
+  }
+  form.ProgressBar1.value = 0;
+  form.SSTab1 = tab::kNewUser;
+  form.StatusBar1.panel1 = "Ready.";
+  form.SetFocus.emit("strFirst");
+}
+
+}  // namespace
+
+void mnuFile_Click(Session& session, int index) {
+  switch (index) {
+    case 1:
+      batch::Import_Command(session);
+      break;
+    case 2:
+      Log_Detail(session);
+      break;
+    case 3:
+      backup_databases(session);
+      break;
+    case 5:
+      Form_Unload(session);
+      break;
+    default:
+      break;
+  }
+}
+
+void mnuOption_Click(Session& session, int index) {
+  switch (index) {
+    case 2:
+      directory::frmADOptions_Load(session);
+      session.platform.dialogs.show_modal("frmADOptions");
+      break;
+    case 5:
+      directory::Manage_OU(session);
+      break;
+    case 6:
+      compact_database(session);
+      break;
+    case 1:
+    case 4:
+      tell_later_command(session);
+      break;
+    default:
+      break;
+  }
+}
+
+void mnupopup_Click(Session& session, int index) {
+  controls::TreeNode* const node = session.form1.TreeView1.selected();
+  if (node == nullptr)
+    return;
+  switch (index) {
+    case 0:
+      show_details(session, *node);
+      break;
+    case 10:
+      directory::Create_OU(session);
+      break;
+    case 13:
+    case 14:
+      run_custom_command(session, index, *node);
+      break;
+    default:
+      if (is_later_popup_entry(index))
+        tell_later_command(session);
+      break;
+  }
+}
+
+void Toolbar1_ButtonClick(Session& session, std::string_view key) {
+  if (key == "NewUser")
+    clear_new_user(session);
+  else if (key == "Refresh")
+    Refresh(session);
+  else if (key == "FIND")
+    directory::Find_User(session);
+  else if (key == "Help")
+    show_help(session, "Main");
+  else if (key == "Vlog")
+    mnuFile_Click(session, 2);
+  else if (key == "IMPORTU")
+    mnuFile_Click(session, 1);
+  else if (key == "Exit1")
+    mnuFile_Click(session, 5);
+  else if (key == "MultiUser")
+    mnuOption_Click(session, 1);
+  else if (key == "Groups")
+    mnuOption_Click(session, 4);
+  else if (key == "deleteuser")
+    mnupopup_Click(session, 4);
+}
+
+void SSTab1_Click(Session& session) {
+  session.form1.StatusBar1.panel1 = session.form1.SSTab1 == tab::kSite ? "Click on a site to edit" : "Ready.";
+}
+
+void TreeView1_NodeClick(Session& session, controls::TreeNode& node) {
+  tell_node_chosen(session, node);
+}
+
+void TreeView1_DblClick(Session& session, controls::TreeNode& node) {
+  if (node.image == "USER") {
+    show_details(session, node);
+  } else if (node.expanded) {
+    session.form1.TreeView1.set_expanded(node, false);
+  } else {
+    directory::TreeView1_Expand(session, node);
+  }
+}
+
+void Form_Unload(Session& session) {
+  session.form1.ended = true;
+}
+
+}  // namespace twk::session

@@ -1,0 +1,62 @@
+#include "session/refresh.hpp"
+
+#include "base/text.hpp"
+#include "directory/select_domain.hpp"
+#include "session/session.hpp"
+#include "stores/load_databases.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_tab.hpp"
+
+namespace twk::session {
+namespace {
+
+void clear_domain(Session& session) {
+  Form1& form = session.form1;
+  directory::Clear_UM(session);
+  stores::Clear_TT(session);
+  stores::Clear_Site(session);
+  form.TreeView1.clear();
+  for (controls::ListView* const list :
+       {&form.ListView3, &form.ListView4, &form.ListView5, &form.ListView6, &session.groups.ListView1,
+        &session.groups.NotMembers, &session.multi_user.ListView2, &session.multi_user.ListView3,
+        &session.multi_user.ListView4}) {
+    list->clear();
+  }
+}
+
+void load_domain(Session& session) {
+  session.DomainName = base::trim(session.form1.DomName.text.get());
+  if (!directory::Select_Domain(session, session.DomainName))
+    session.form1.StatusBar1.panel1 = "Can't Find Domain Controller.";
+}
+
+void load_databases(Session& session) {
+  Form1& form = session.form1;
+  for (controls::ComboBox* const box : {&form.NUsitename, &form.nutemplate, &form.templatelst,
+                                        &session.multi_user.Multi_Site, &session.multi_user.Multi_Template}) {
+    box->clear();
+  }
+  form.ListView2.clear();
+  stores::Load_Databases(session);
+}
+
+}  // namespace
+
+void Refresh(Session& session) {
+  clear_domain(session);
+  load_domain(session);
+  load_databases(session);
+  controls::TreeView& tree = session.form1.TreeView1;
+  tree.select(tree.first());
+  show_managed_ou(session);
+}
+
+void show_managed_ou(Session& session) {
+  controls::MenuItem& entry = session.form1.mnuOption[5];
+  entry.enabled = true;
+  entry.tool_tip = session.ManagedOU.empty()
+                       ? std::string()
+                       : "Only " + session.ManagedOU + " is shown. Choose this to show the whole domain.";
+}
+
+}  // namespace twk::session

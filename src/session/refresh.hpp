@@ -1,0 +1,16 @@
+#pragma once
+
+namespace twk::session {
+
+struct Session;
+
+/// Reads everything anew: the domain named in `DomName` into an emptied tree and lists, then the database
+/// files; selects the first node. A domain that does not answer leaves the tree empty and says so in the
+/// status bar; sites and templates are read all the same.
+void Refresh(Session& session);
+
+/// The entry that limits the session to one OU can be used again, which lifts the limit while there is one,
+/// and tells which.
+void show_managed_ou(Session& session);
+
+}  // namespace twk::session

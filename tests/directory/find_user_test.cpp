@@ -1,0 +1,153 @@
+#include "directory/find_user.hpp"
+
+#include "directory/tree.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/start_up.hpp"
+#include "support/lab_session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using test::LabSession;
+
+class FindUser : public testing::Test {
+ protected:
+  void add_ou(const std::string& relative, const std::string& above) {
+    lab.services.directory.GetObject("LDAP://" + above)->Create("organizationalUnit", relative)->SetInfo();
+  }
+  void add_user(const std::string& name, const std::string& above) {
+    const platform::ObjectPtr user = lab.services.directory.GetObject("LDAP://" + above)
+                                         ->Create("user", "CN=" + platform::escape_dn_value(name));
+    user->Put("samAccountName", "acc" + std::to_string(++accounts));
+    user->SetInfo();
+  }
+  std::vector<std::string> found(const std::string& text) {
+    lab.session.find_user.txtFind.text = text;
+    btnGo_Click(lab.session);
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < lab.session.find_user.ListView1.size(); ++i)
+      names.push_back(lab.session.find_user.ListView1.at(i).text);
+    return names;
+  }
+
+  LabSession lab;
+  int accounts = 0;
+  controls::TreeView& tree = lab.session.form1.TreeView1;
+  session::frmFindW2KUser& window = lab.session.find_user;
+};
+
+TEST_F(FindUser, AnyPartOfTheNameFindsAndAStarStandsForAnyText) {
+  for (const char* const name : {"Zed Alpha", "Zed (Beta)", "Zed * Gamma", "Zed\\Delta"})
+    add_user(name, "CN=Users,DC=twk,DC=test");
+  lab.start();
+  using testing::UnorderedElementsAre;
+  EXPECT_THAT(found("ed al"), UnorderedElementsAre("Zed Alpha"));
+  EXPECT_THAT(found("(Beta)"), UnorderedElementsAre("Zed (Beta)"));
+  EXPECT_THAT(found("zed*a)"), UnorderedElementsAre("Zed (Beta)"));
+  EXPECT_THAT(found("Zed\\"), UnorderedElementsAre("Zed\\Delta"));
+  EXPECT_THAT(found("*)(cn="), testing::IsEmpty());
+  const std::vector<std::string> all = found("");
+  EXPECT_GE(all.size(), 8U);
+  EXPECT_EQ(found("*"), all);
+  EXPECT_EQ(found("**"), all);
+}
+
+TEST_F(FindUser, TheWindowTellsHowManyWereFoundAndWhere) {
+  add_user("Zed Alpha", "CN=Users,DC=twk,DC=test");
+  lab.start();
+  found("zed");
+  EXPECT_EQ(window.Label2.caption.get(), "1 user found");
+  ASSERT_NE(window.ListView1.selected(), nullptr);
+  EXPECT_EQ(window.ListView1.selected()->sub_items.at(0), "CN=Zed Alpha,CN=Users,DC=twk,DC=test");
+  EXPECT_TRUE(window.btnSelectuser.enabled);
+  found("nobody at all");
+  EXPECT_EQ(window.Label2.caption.get(), "No user found");
+  EXPECT_FALSE(window.btnSelectuser.enabled);
+  EXPECT_FALSE(btnSelectuser_Click(lab.session));
+}
+
+TEST_F(FindUser, OpensTheTreeDownToTheUser) {
+  add_ou("OU=Sales\\, North", "DC=twk,DC=test");
+  add_ou("OU=Team", "OU=Sales\\, North,DC=twk,DC=test");
+  add_user("Smith, John", "OU=Team,OU=Sales\\, North,DC=twk,DC=test");
+  add_user("Jones, Jo\\", "CN=Users,DC=twk,DC=test");
+  lab.start();
+  for (const char* const name : {"Smith, John", "Jones, Jo\\"}) {
+    ASSERT_EQ(found(name).size(), 1U);
+    EXPECT_TRUE(btnSelectuser_Click(lab.session)) << name;
+    ASSERT_NE(tree.selected(), nullptr);
+    EXPECT_EQ(tree.selected()->text, name);
+    EXPECT_TRUE(tree.selected()->parent->expanded);
+  }
+  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), "Ready.");
+}
+
+TEST_F(FindUser, AUserOutsideTheManagedOuIsNotFound) {
+  add_ou("OU=Sales", "DC=twk,DC=test");
+  add_ou("OU=Team", "OU=Sales,DC=twk,DC=test");
+  add_user("Zed Inside", "OU=Sales,DC=twk,DC=test");
+  add_user("Zed Outside", "CN=Users,DC=twk,DC=test");
+  lab.set("Setup", "OU", "OU=Sales,DC=twk,DC=test");
+  ASSERT_EQ(session::start_session(lab.session), session::StartUp::kReady);
+  EXPECT_THAT(found("zed"), testing::ElementsAre("Zed Inside"));
+  window.ListView1.clear();
+  controls::ListRow& outside =
+      window.ListView1.add("LDAP://twk.test/CN=Zed Outside,CN=Users,DC=twk,DC=test", "Zed Outside", "USER");
+  window.ListView1.select(&outside);
+  lab.dialogs.expect("User not found.");
+  EXPECT_FALSE(btnSelectuser_Click(lab.session));
+  EXPECT_EQ(lab.dialogs.last_title, "Search");
+}
+
+TEST_F(FindUser, AUserThatWentMeanwhileIsNotFound) {
+  add_user("Zed", "CN=Users,DC=twk,DC=test");
+  lab.start();
+  ASSERT_EQ(found("zed").size(), 1U);
+  lab.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Delete("user", "CN=Zed");
+  lab.dialogs.expect("User not found.");
+  EXPECT_FALSE(btnSelectuser_Click(lab.session));
+}
+
+TEST_F(FindUser, ADirectoryThatCannotBeAskedIsTold) {
+  lab.start();
+  tree.clear();
+  tree.add(nullptr, "DC=gone,DC=test", "gone", "DOMAIN");
+  lab.dialogs.expect("Error Searching AD for users.");
+  EXPECT_TRUE(found("a").empty());
+  EXPECT_EQ(lab.dialogs.last_title, "Search Error");
+  tree.clear();
+  lab.dialogs.expect("Error Searching AD for users.");
+  EXPECT_TRUE(found("a").empty());
+}
+
+TEST_F(FindUser, ASecondExpansionAsksNobody) {
+  lab.start();
+  controls::TreeNode* const users = tree.find("CN=Users,DC=twk,DC=test");
+  TreeView1_Expand(lab.session, *users);
+  const std::size_t before = users->children.size();
+  add_user("Late", "CN=Users,DC=twk,DC=test");
+  EXPECT_FALSE(Expand_OU(lab.session, *users));
+  EXPECT_EQ(users->children.size(), before);
+}
+
+TEST(FindNtUser, WalksTheUsersAsLongAsThePersonWants) {
+  LabSession lab(lab::DomainKind::kNt);
+  for (const char* const name : {"zed1", "zed2", "zed3"})
+    lab.services.directory.GetObject("WinNT://TWK")->Create("user", name)->SetInfo();
+  lab.start();
+  controls::TreeView& tree = lab.session.form1.TreeView1;
+  lab.dialogs.expect_input("Enter Name to find", "ZeD");
+  lab.dialogs.expect("Continue Search ?", platform::Answer::kYes);
+  lab.dialogs.expect("Continue Search ?", platform::Answer::kNo);
+  Find_User(lab.session);
+  EXPECT_EQ(tree.selected()->text, "zed2");
+  lab.dialogs.expect_input("Enter Name to find", "twk");
+  lab.dialogs.expect("User not found.");
+  Find_User(lab.session);
+  EXPECT_EQ(tree.selected()->text, "zed2") << "the domain is no user";
+  lab.dialogs.expect_input("Enter Name to find", "");
+  Find_User(lab.session);
+}
+
+}  // namespace
+}  // namespace twk::directory

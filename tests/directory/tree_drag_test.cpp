@@ -1,0 +1,157 @@
+#include "directory/tree_drag.hpp"
+
+#include "directory/tree.hpp"
+#include "directory/tree_path.hpp"
+#include "platform/ldap_text.hpp"
+#include "support/lab_session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using test::kNewStarters;
+using test::LabSession;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::string_view kSales = "OU=Sales,DC=twk,DC=test";
+
+class TreeDrag : public testing::Test {
+ protected:
+  TreeDrag() {
+    lab.services.directory.GetObject("LDAP://twk.test")->Create("organizationalUnit", "OU=Sales")->SetInfo();
+  }
+  void add_user(std::string_view above, const std::string& name, const std::string& account) {
+    const platform::ObjectPtr user =
+        lab.services.directory.GetObject("LDAP://twk.test/" + std::string(above))
+            ->Create("user", "CN=" + platform::escape_dn_value(name));
+    user->Put("samAccountName", account);
+    user->SetInfo();
+  }
+  static std::string path(const std::string& name, std::string_view above) {
+    return "LDAP://twk.test/CN=" + platform::escape_dn_value(name) + "," + std::string(above);
+  }
+  bool drag(const std::string& key, std::string_view target) {
+    const controls::TreeNode* const node = tree.find(key);
+    const controls::TreeNode* const ou = tree.find(target);
+    if (node == nullptr || ou == nullptr) {
+      ADD_FAILURE() << "not in the tree: " << key << " or " << target;
+      return false;
+    }
+    if (!begin_drag(lab.session, *node))
+      return false;
+    drag_over(lab.session, ou);
+    return drop(lab.session);
+  }
+
+  LabSession lab;
+  controls::TreeView& tree = lab.session.form1.TreeView1;
+};
+
+class DraggedNames : public TreeDrag, public testing::WithParamInterface<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Names, DraggedNames,
+                         testing::Values("Ann Lee", "Smith, John", "C+C \"Moore\"", "Ann ", "a\\b/c;d<e>",
+                                         "#1", "José", "x,OU=y"));
+
+TEST_P(DraggedNames, MoveInTheDirectoryInTheTreeAndInTheLists) {
+  const std::string name = GetParam();
+  add_user(kNewStarters, name, "ann");
+  lab.start();
+  const std::string old_key = path(name, kNewStarters);
+  lab.session.multi_user.ListView2.clear();
+  lab.session.multi_user.ListView2.add(old_key, name, "USER");
+  lab.session.form1.USERID_W2K.text = old_key;
+  ASSERT_TRUE(drag(old_key, kSales));
+  const std::string key = path(name, kSales);
+  EXPECT_EQ(lab.path_of("ann"), key);
+  EXPECT_EQ(tree.find(old_key), nullptr);
+  ASSERT_NE(tree.find(key), nullptr);
+  EXPECT_EQ(tree.selected(), tree.find(key));
+  EXPECT_EQ(tree.selected()->parent, tree.find(kSales));
+  EXPECT_EQ(tree.selected()->text, name);
+  EXPECT_NE(lab.session.multi_user.ListView2.find_key(key), nullptr);
+  EXPECT_EQ(lab.session.form1.USERID_W2K.text.get(), key) << "the details would be saved to nobody";
+  EXPECT_THAT(lab.log_tab(), ElementsAre("GREEN " + name + " Has been moved in the AD"));
+}
+
+TEST_F(TreeDrag, OnlyUsersAreDraggedAndOnlyOusAreHighlighted) {
+  add_user(kNewStarters, "Ann", "ann");
+  lab.start();
+  EXPECT_FALSE(begin_drag(lab.session, *tree.find(kSales)));
+  const controls::TreeNode* const ann = tree.find(path("Ann", kNewStarters));
+  drag_over(lab.session, tree.find(kSales));
+  EXPECT_EQ(lab.session.form1.DropHighlight.get(), "") << "nothing is dragged";
+  ASSERT_TRUE(begin_drag(lab.session, *ann));
+  drag_over(lab.session, tree.find(kSales));
+  EXPECT_EQ(lab.session.form1.DropHighlight.get(), kSales);
+  for (const controls::TreeNode* const no_target : {static_cast<const controls::TreeNode*>(tree.first()), ann,
+                                                    static_cast<const controls::TreeNode*>(nullptr)}) {
+    drag_over(lab.session, no_target);
+    EXPECT_EQ(lab.session.form1.DropHighlight.get(), "");
+  }
+  EXPECT_FALSE(drop(lab.session));
+  EXPECT_EQ(lab.path_of("ann"), path("Ann", kNewStarters));
+}
+
+TEST_F(TreeDrag, ACancelledDragMovesNobody) {
+  add_user(kNewStarters, "Ann", "ann");
+  lab.start();
+  ASSERT_TRUE(begin_drag(lab.session, *tree.find(path("Ann", kNewStarters))));
+  drag_over(lab.session, tree.find(kSales));
+  cancel_drag(lab.session);
+  EXPECT_EQ(lab.session.form1.DropHighlight.get(), "");
+  EXPECT_FALSE(drop(lab.session));
+  EXPECT_EQ(lab.path_of("ann"), path("Ann", kNewStarters));
+}
+
+TEST_F(TreeDrag, AUserDroppedWhereItIsStaysWithoutABox) {
+  add_user(kNewStarters, "Ann", "ann");
+  lab.start();
+  EXPECT_FALSE(drag(path("Ann", kNewStarters), kNewStarters));
+  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), "Ann was not moved.");
+  EXPECT_THAT(lab.log_tab(), IsEmpty());
+}
+
+TEST_F(TreeDrag, ANameThatIsThereAlreadyIsToldAndTheTreeStays) {
+  add_user(kNewStarters, "Ann", "ann");
+  add_user(kSales, "Ann", "ann2");
+  lab.start();
+  lab.dialogs.expect("Cannot move Ann to Sales");
+  EXPECT_FALSE(drag(path("Ann", kNewStarters), kSales));
+  EXPECT_NE(tree.find(path("Ann", kNewStarters)), nullptr);
+  EXPECT_EQ(lab.path_of("ann"), path("Ann", kNewStarters));
+  EXPECT_THAT(lab.log_tab(), ElementsAre(HasSubstr("YELLOW Cannot move Ann to Sales: ")));
+}
+
+TEST_F(TreeDrag, AMoveWithoutTheRightIsToldInRed) {
+  add_user(kNewStarters, "Ann", "ann");
+  lab.start();
+  lab.directory.before = test::fail_at("MoveHere", 1, platform::ads_error::kAccessDenied);
+  lab.dialogs.expect("Cannot move Ann to Sales");
+  EXPECT_FALSE(drag(path("Ann", kNewStarters), kSales));
+  EXPECT_NE(tree.find(path("Ann", kNewStarters)), nullptr);
+  EXPECT_THAT(lab.log_tab(), Contains(HasSubstr("RED Cannot move Ann to Sales")));
+  EXPECT_EQ(lab.session.form1.mouse_pointer, 0);
+}
+
+TEST_F(TreeDrag, AnOuThatIsGoneIsTold) {
+  add_user(kNewStarters, "Ann", "ann");
+  lab.start();
+  lab.services.directory.GetObject("LDAP://twk.test")->Delete("organizationalUnit", "OU=Sales");
+  lab.dialogs.expect("Error");
+  lab.dialogs.expect("Cannot move Ann to Sales");
+  EXPECT_FALSE(drag(path("Ann", kNewStarters), kSales));
+  EXPECT_NE(tree.find(path("Ann", kNewStarters)), nullptr);
+}
+
+TEST(TreeDragInNt, IsNotThere) {
+  LabSession lab(lab::DomainKind::kNt);
+  lab.start();
+  const controls::TreeNode* const user = lab.session.form1.TreeView1.first()->children.front();
+  ASSERT_EQ(user->image, "USER");
+  EXPECT_FALSE(begin_drag(lab.session, *user));
+}
+
+}  // namespace
+}  // namespace twk::directory
