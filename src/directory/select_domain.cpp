@@ -7,6 +7,7 @@
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
 #include "session/session.hpp"
+#include "session/settings.hpp"
 
 namespace twk::directory {
 namespace {
@@ -19,11 +20,18 @@ std::string mode_text(std::int32_t mode) {
   return mode == session::kMixedMode ? "2000-Mixed Mode" : "WinNT:";
 }
 
-void show_directory_fields(session::Form1& form, bool visible) {
+/// The fields of the details tab that a WinNT account lacks.
+void show_directory_fields(Session& session, bool visible) {
+  session::Form1& form = session.form1;
   for (controls::TextBox* field :
        {&form.UM_Initails, &form.UM_First, &form.UM_Last, &form.UM_Office, &form.UM_MailAddress,
         &form.UM_Logon_Name, &form.UM_W2KDomain_Name, &form.UM_PreW2K}) {
     field->visible = visible;
+  }
+  session::show_custom_fields(session);
+  for (std::size_t i = 0; !visible && i < form.Custom_Value.size(); ++i) {
+    form.Custom_Label.at(i).visible = false;
+    form.Custom_Value.at(i).visible = false;
   }
 }
 
@@ -32,7 +40,7 @@ bool load_domain(Session& session) {
   session.DirectoryMode = Determine_Mode(session, session.DomainName);
   const bool active_directory = session::is_active_directory(session);
   form.StatusBar1.panel2 = mode_text(session.DirectoryMode);
-  show_directory_fields(form, active_directory);
+  show_directory_fields(session, active_directory);
   session.Error_Status_Text = "Can't Find " + form.DomName.text.get() + " Domain";
   if (!active_directory)
     return Load_NT_Domain(session);

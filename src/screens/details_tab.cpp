@@ -1,3 +1,4 @@
+#include <QHeaderView>
 #include <QLabel>
 #include <QScrollArea>
 #include <QShortcut>
@@ -134,6 +135,7 @@ struct GroupList {
   QString title;
   QString empty_text;
   const char* name;
+  QStringList columns;
   bool sorted;
 };
 
@@ -145,8 +147,9 @@ ListPane* add_group_list(QBoxLayout& row, controls::ListView& list, const GroupL
   auto* const title = new QLabel(look.title, parent);
   auto* const pane = new ListPane(
       list,
-      {.headings = {look.title}, .many_selected = true, .sorted = look.sorted, .empty_text = look.empty_text},
+      {.headings = look.columns, .many_selected = true, .sorted = look.sorted, .empty_text = look.empty_text},
       parent);
+  pane->setHeaderHidden(true);
   pane->setObjectName(look.name);
   title->setBuddy(pane);
   column->addWidget(title);
@@ -160,11 +163,14 @@ QWidget* make_groups_page(Session& session, QWidget* parent) {
   auto* const page = new QWidget(parent);
   auto* const row = new QHBoxLayout(page);
   ListPane* const others =
-      add_group_list(*row, form.ListView3, {"N&ot a member of", "No groups.", "ListView3", true});
+      add_group_list(*row, form.ListView3, {"Not a mem&ber of", "No groups.", "ListView3", {"Group"}, true});
   auto* const buttons = new QVBoxLayout;
   row->addLayout(buttons);
-  ListPane* const own =
-      add_group_list(*row, form.ListView4, {"Mem&ber of", "In no group.", "ListView4", false});
+  ListPane* const own = add_group_list(
+      *row, form.ListView4, {"Member &of", "In no group.", "ListView4", {"Group", "Primary"}, false});
+  own->header()->setStretchLastSection(false);
+  own->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  own->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
   others->on_click = [&session] { directory::ListView3_Click(session); };
   others->on_activate = [&session] { directory::ListView3_DblClick(session); };
   own->on_click = [&session] { directory::ListView4_Click(session); };
