@@ -48,12 +48,14 @@ int show_users(Context& context, const std::string& ou) {
 }  // namespace
 
 void add_user_commands(CLI::App& app, Context& context) {
-  auto* user = app.add_subcommand("user", "Create, import and look at users");
+  auto* user = app.add_subcommand("user", "Create, import, change and look at users");
   user->require_subcommand(1);
   add_user_create(*user, context);
   add_user_import(*user, context);
   add_user_find(*user, context);
   add_user_move_ou(*user, context);
+  add_user_set(*user, context);
+  add_user_groups(*user, context);
 
   auto name = std::make_shared<std::string>();
   auto* show = user->add_subcommand("show", "Show a user");

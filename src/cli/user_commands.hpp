@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/context.hpp"
+#include "controls/tree_view.hpp"
 
 /// The parts of the command `user`, a file each, and what they share.
 namespace twk::cli {
@@ -12,6 +13,12 @@ void add_user_create(CLI::App& user, Context& context);
 void add_user_import(CLI::App& user, Context& context);
 void add_user_find(CLI::App& user, Context& context);
 void add_user_move_ou(CLI::App& user, Context& context);
+void add_user_set(CLI::App& user, Context& context);
+void add_user_groups(CLI::App& user, Context& context);
+
+/// The node of the user of that account name, common name, principal name or distinguished name, what is
+/// above it opened first. Raises `Refused` when there is none.
+controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name);
 
 /// What a new user is made with.
 struct CreationPlace {

@@ -2,7 +2,6 @@
 #include "cli/failures.hpp"
 #include "cli/near_matches.hpp"
 #include "cli/user_commands.hpp"
-#include "controls/tree_view.hpp"
 #include "directory/tree.hpp"
 #include "directory/tree_path.hpp"
 
@@ -20,17 +19,21 @@ void select_ou(Context& context, session::Session& session, const std::string& o
 }
 
 void select_user(Context& context, session::Session& session, const std::string& name) {
-  const Domain domain = context.domain();
-  const std::string located = locate_user(domain, name);
-  controls::TreeNode* node = directory::reach_user(
-      session, domain.active_directory ? "LDAP://" + domain.name + "/" + located : located);
-  if (node == nullptr)
-    throw Refused("The tree does not show the user " + located + ".");
-  session.form1.TreeView1.select(node);
+  session.form1.TreeView1.select(&reach_user(context, session, name));
   session.form1.Copy_User.value = 1;
 }
 
 }  // namespace
+
+controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name) {
+  const Domain domain = context.domain();
+  const std::string located = locate_user(domain, name);
+  controls::TreeNode* const node = directory::reach_user(
+      session, domain.active_directory ? "LDAP://" + domain.name + "/" + located : located);
+  if (node == nullptr)
+    throw Refused("The tree does not show the user " + located + ".");
+  return *node;
+}
 
 void add_place_options(CLI::App& command, CreationPlace& place) {
   command.add_option("--template", place.template_name, "Template to create with")

@@ -12,7 +12,4 @@ namespace twk::directory {
 /// the domain was loaded; False also for an empty name and for a domain that no controller answers for.
 bool Select_Domain(session::Session& session, std::string_view name);
 
-/// Empties the user details tab.
-void Clear_UM(session::Session& session);
-
 }  // namespace twk::directory

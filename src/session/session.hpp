@@ -10,6 +10,7 @@
 #include "base/bytes.hpp"
 #include "platform/platform.hpp"
 #include "session/activity_log.hpp"
+#include "session/details_changes.hpp"
 #include "session/directory_windows.hpp"
 #include "session/editor_windows.hpp"
 #include "session/form1.hpp"
@@ -88,6 +89,7 @@ struct Session {
   std::int16_t GroupCount = 0;
   platform::ObjectPtr CurrentUser;
   platform::ObjectPtr CurrentGroup;
+  std::string UserPrimaryGroupID;       ///< of the account on the user details tab
   platform::ObjectPtr DomainContainer;  ///< WinNT mode: the domain, bound once by its load
 
   // Records and names.
@@ -111,6 +113,7 @@ struct Session {
 
   // Windows.
   Form1 form1;
+  DetailsChanges details{form1};  ///< what was changed on the user details tab
   frmSplash splash;
   Varibles_Form variables;
   frmSharePoints share_points;

@@ -1,0 +1,47 @@
+#include "base/text.hpp"
+#include "cli/exit_codes.hpp"
+#include "cli/failures.hpp"
+#include "cli/user_commands.hpp"
+#include "cli/user_fields.hpp"
+#include "directory/user_details.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct SetArguments {
+  std::string name;
+  std::vector<std::string> assignments;
+};
+
+int set_user(Context& context, const SetArguments& arguments) {
+  session::Session& session = context.session(Depth::kDomain);
+  const session::Form1& form = session.form1;
+  if (!directory::show_user_details(session, reach_user(context, session, arguments.name)))
+    throw Refused(form.StatusBar1.panel1);
+  const std::string user = form.USERID.text;
+  fill_details_tab(session, arguments.assignments);
+  directory::Userman_Save_Click(session);
+  const std::string message = form.StatusBar1.panel1;
+  const bool saved = message == "Saved...";
+  const bool whole = saved && !session.details.part_refused;
+  const std::string light(whole ? session::kGreen : saved ? session::kYellow : session::kRed);
+  context.output().result({{"user", user}, {"light", light}, {"message", message}},
+                          context.output().light(light) + "  " + user + ": " + message);
+  return exit_code_of_light(light);
+}
+
+}  // namespace
+
+void add_user_set(CLI::App& user, Context& context) {
+  auto arguments = std::make_shared<SetArguments>();
+  auto* set = user.add_subcommand("set", "Change fields of a user");
+  set->add_option("NAME", arguments->name, "Account name, common name, principal name or distinguished name")
+      ->required();
+  set->add_option("FIELD=VALUE", arguments->assignments, "A field and what it is to hold; empty clears it")
+      ->required()
+      ->type_name("");
+  set->callback(
+      [=, &context] { context.set_action([=, &context] { return set_user(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,313 @@
+#include "directory/ad_user.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/operations.hpp"
+#include "directory/user_details.hpp"
+#include "platform/adsi.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+#include "session/settings.hpp"
+
+namespace twk::directory {
+namespace {
+
+using platform::ObjectPtr;
+using platform::User;
+using platform::Value;
+using session::Session;
+
+constexpr int kClear = 1;  ///< `PutEx`: empties an attribute
+constexpr const char* kGroupIcon = "W2KGRP";
+
+/// "Jo Smith" of "CN=Jo Smith", at most so many characters.
+std::string common_name(const std::string& name, std::size_t longest) {
+  return std::string(base::left(platform::unescape_dn_value(base::mid(name, 4)), longest));
+}
+
+std::string custom_attribute(Session& session, std::size_t index) {
+  return session::read_setting(session, session::kCustom,
+                               "Property" + base::to_text(static_cast<std::int64_t>(index) + 1));
+}
+
+std::string joined(const Value& value) {
+  if (!value.is_list())
+    return value.text();
+  std::string text;
+  for (const Value& element : value.list())
+    text += (text.empty() ? "" : ",") + element.text();
+  return text;
+}
+
+bool is_never(base::Date date) {
+  return date == platform::never_expires() || date == base::make_date({1601, 1, 1, 13, 0, 0});
+}
+
+void read_fields(session::Form1& form, const User& user) {
+  base::Trap trap;
+  const auto read = [&](controls::Observable<std::string>& field, std::string_view property) {
+    trap([&] { field = user.Get(property).text(); });
+  };
+  form.USERID.text = common_name(user.Name(), 100);
+  read(form.UM_Full_Name.text, "FullName");
+  read(form.UM_Description.text, "Description");
+  read(form.UM_First.text, "FirstName");
+  read(form.UM_Last.text, "LastName");
+  read(form.UM_Office.text, "OfficeLocations");
+  read(form.UM_Initails.text, "initials");
+  read(form.UM_Profile_Dir.text, "Profile");
+  read(form.UM_Home_Dir.text, "HomeDirectory");
+  read(form.UM_Logon_Script.text, "LoginScript");
+  read(form.UM_Drive_Letter.text, "HomeDrive");
+  read(form.UM_MailAddress.text, "EmailAddress");
+  read(form.UM_PreW2K.text, "samAccountName");
+  trap([&] {
+    const std::string principal = user.Get("userPrincipalName").text();
+    const std::size_t at = std::min(principal.find('@'), principal.size());
+    form.UM_Logon_Name.text = principal.substr(0, at);
+    if (at < principal.size())
+      form.UM_W2KDomain_Name.text = std::string(base::left(std::string_view(principal).substr(at), 100));
+  });
+  trap([&] {
+    const base::Date expires = user.AccountExpirationDate();
+    form.AccExpires.text = is_never(expires) ? std::string("Never") : expiry_text(expires);
+  });
+}
+
+void read_custom_values(Session& session, const User& user) {
+  base::Trap trap;
+  for (std::size_t i = 0; i < session.form1.Custom_Value.size(); ++i) {
+    const std::string attribute = custom_attribute(session, i);
+    if (!attribute.empty())
+      trap([&] { session.form1.Custom_Value.at(i).text = joined(user.Get(attribute)); });
+  }
+}
+
+void read_winnt_flags(Session& session) {
+  session::Form1& form = session.form1;
+  show_lock_out(session, false);
+  base::Trap trap;
+  ObjectPtr account;
+  if (!trap([&] {
+        account = session.platform.directory.GetObject(winnt_path(session, form.UM_PreW2K.text.get()));
+      }))
+    return;
+  trap([&] { form.chkMustChange.value = account->Get("PasswordExpired").integer() != 0 ? 1 : 0; });
+  trap([&] {
+    const std::int32_t flags = account->Get("userFlags").integer();
+    form.chkCantChange.value = (flags & platform::kFlagCannotChangePassword) != 0 ? 1 : 0;
+  });
+  trap([&] { show_lock_out(session, User(account).IsAccountLocked()); });
+}
+
+void read_flags(session::Form1& form, const User& user) {
+  base::Trap trap;
+  trap([&] {
+    const std::int32_t control = user.Get("UserAccountControl").integer();
+    form.chkPwdNever.value = (control & platform::kFlagPasswordNeverExpires) != 0 ? 1 : 0;
+  });
+  trap([&] { form.chkAcctDisabled.value = user.AccountDisabled() ? 1 : 0; });
+}
+
+struct GroupName {
+  std::string path;
+  std::string name;
+};
+
+/// The group whose token the user bears; both empty when there is none.
+GroupName find_primary_group(Session& session) {
+  platform::QueryOptions options;
+  options.page_size = 1000;
+  const auto rows = run_query(session,
+                              "<LDAP://" + session.DomainName +
+                                  ">;(&(objectCategory=group)(objectClass=Group));adsPath,Name,"
+                                  "primaryGroupToken;SubTree",
+                              options);
+  GroupName found;
+  for (; !rows->at_eof(); rows->MoveNext()) {
+    if (!found.path.empty() || rows->field(2).text() != session.UserPrimaryGroupID)
+      continue;
+    found = {rows->field(0).text(), rows->field(1).text()};
+    rows->MoveLast();
+  }
+  rows->Close();
+  return found;
+}
+
+void put_or_clear(User& user, std::string_view attribute, const std::string& text) {
+  if (text.empty())
+    user.PutEx(kClear, attribute, 0);
+  else
+    user.Put(attribute, text);
+}
+
+void put_profile(const session::Form1& form, User& user) {
+  put_or_clear(user, "LoginScript", form.UM_Logon_Script.text);
+  put_or_clear(user, "Profile", form.UM_Profile_Dir.text);
+  put_or_clear(user, "HomeDrive", form.UM_Drive_Letter.text);
+  put_or_clear(user, "HomeDirectory", form.UM_Home_Dir.text);
+}
+
+void save_expiry(Session& session, User& user) {
+  base::Trap trap;
+  if (trap([&] {
+        user.put_AccountExpirationDate(typed_expiry(session, platform::never_expires()));
+        user.SetInfo();
+      }))
+    return;
+  session.details.part_refused = true;
+  session.platform.dialogs.MsgBox("Error setting expiration date: " + base::to_text(trap.number()),
+                                  platform::Buttons::kOk, platform::Icon::kNone, "");
+}
+
+void put_account(const session::Form1& form, User& user) {
+  if (!form.UM_PreW2K.text.get().empty())
+    user.Put("samAccountName", form.UM_PreW2K.text.get());
+  put_or_clear(user, "EMailAddress", form.UM_MailAddress.text);
+  const std::string& logon = form.UM_Logon_Name.text;
+  put_or_clear(user, "userPrincipalName", logon.empty() ? logon : logon + form.UM_W2KDomain_Name.text.get());
+}
+
+void put_general(const session::Form1& form, User& user) {
+  put_or_clear(user, "FullName", form.UM_Full_Name.text);
+  put_or_clear(user, "Description", form.UM_Description.text);
+  put_or_clear(user, "FirstName", form.UM_First.text);
+  put_or_clear(user, "LastName", form.UM_Last.text);
+  put_or_clear(user, "OfficeLocations", form.UM_Office.text);
+  put_or_clear(user, "initials", form.UM_Initails.text);
+}
+
+void save_custom_values(Session& session, User& user) {
+  base::Trap trap;
+  if (trap([&] {
+        for (std::size_t i = 0; i < session.form1.Custom_Value.size(); ++i) {
+          const controls::TextBox& box = session.form1.Custom_Value.at(i);
+          const std::string attribute = custom_attribute(session, i);
+          if (!attribute.empty() && box.visible)
+            put_or_clear(user, attribute, box.text);
+        }
+        user.SetInfo();
+      }))
+    return;
+  session.details.part_refused = true;
+  session.platform.dialogs.MsgBox("Error setting a custom value", platform::Buttons::kOk,
+                                  platform::Icon::kCritical, "Error saving settings");
+}
+
+/// "User cannot change password" is written through the WinNT object, which goes by the name that the
+/// directory has at this moment and not by one that waits to be saved.
+void save_cannot_change(Session& session) {
+  const session::Form1& form = session.form1;
+  platform::DirectoryService& directory = session.platform.directory;
+  const std::string name =
+      directory.GetObject(base::trim(form.USERID_W2K.text.get()))->Get("samAccountName").text();
+  const ObjectPtr account = directory.GetObject(winnt_path(session, name));
+  const std::int32_t flags = account->Get("UserFlags").integer();
+  const bool set = (flags & platform::kFlagCannotChangePassword) != 0;
+  if (!form.chkCantChange.on() && !set)
+    return;
+  account->Put("UserFlags", form.chkCantChange.on() ? flags | platform::kFlagCannotChangePassword
+                                                    : flags & ~platform::kFlagCannotChangePassword);
+  account->SetInfo();
+}
+
+void save_flags(Session& session, User& user) {
+  const session::Form1& form = session.form1;
+  user.Put("pwdLastSet", form.chkMustChange.on() ? 0 : -1);
+  if (form.chkAcctLockedOut.enabled && !form.chkAcctLockedOut.on())
+    user.put_IsAccountLocked(false);
+  // First, since the bits below are set on top of what the account has then.
+  save_cannot_change(session);
+  user.put_AccountDisabled(form.chkAcctDisabled.on());
+  const std::int32_t control = user.Get("UserAccountControl").integer();
+  const bool set = (control & platform::kFlagPasswordNeverExpires) != 0;
+  if (form.chkPwdNever.on())
+    user.Put("UserAccountControl", control | platform::kFlagPasswordNeverExpires);
+  else if (set)
+    user.Put("UserAccountControl", control & ~platform::kFlagPasswordNeverExpires);
+}
+
+/// False for a wrong drive letter.
+bool save_user(Session& session) {
+  session.CurrentUser = session.platform.directory.GetObject(base::trim(session.form1.USERID_W2K.text.get()));
+  User user(session.CurrentUser);
+  if (!check_drive_letter(session))
+    return false;
+  const session::DetailsChanges& changed = session.details;
+  if (changed.Profile)
+    put_profile(session.form1, user);
+  if (changed.Account) {
+    save_expiry(session, user);
+    put_account(session.form1, user);
+  }
+  if (changed.General)
+    put_general(session.form1, user);
+  if (changed.Custom)
+    save_custom_values(session, user);
+  if (changed.Flags)
+    save_flags(session, user);
+  user.SetInfo();
+  return true;
+}
+
+ObjectPtr bind_group(Session& session, const controls::ListRow& row) {
+  session.CurrentGroup = session.platform.directory.GetObject(row.key);
+  return session.CurrentGroup;
+}
+
+}  // namespace
+
+bool Read_AD_User(Session& session, std::string_view path) {
+  session::Form1& form = session.form1;
+  base::Trap trap;
+  if (!trap([&] { session.CurrentUser = session.platform.directory.GetObject(path); })) {
+    form.StatusBar1.panel1 = "Error reading user: " + trap.description();
+    return false;
+  }
+  const ObjectPtr object = session.CurrentUser;
+  const User user(object);
+  read_fields(form, user);
+  read_custom_values(session, user);
+  read_winnt_flags(session);
+  read_flags(form, user);
+  session.UserPrimaryGroupID = text_or_empty(*object, "PrimaryGroupID");
+  Read_AD_User_Groups(session, object);
+  session.details.clear();
+  session.CurrentUser.reset();
+  return true;
+}
+
+bool Read_AD_User_Groups(Session& session, const ObjectPtr& user) {
+  session::Form1& form = session.form1;
+  const GroupName primary = find_primary_group(session);
+  form.ListView4.clear();
+  if (!primary.path.empty()) {
+    form.StatusBar1.panel1 = common_name(user->Name(), 50) + " Primary Group is '" + primary.name + "'";
+    show_membership(session, primary.path, primary.name, kGroupIcon, true);
+  }
+  for (const ObjectPtr& group : user->Groups())
+    show_membership(session, group->ADsPath(), common_name(group->Name(), 100), kGroupIcon, false);
+  return true;
+}
+
+bool Save_AD_User(Session& session) {
+  bool saved = false;
+  base::Trap trap;
+  trap([&] { saved = save_user(session); });
+  session.CurrentUser.reset();
+  if (trap.number() != 0)
+    session.form1.StatusBar1.panel1 = "Error saving user: " + trap.description();
+  return saved;
+}
+
+bool Add_AD_User_Group(Session& session, std::size_t row) {
+  bind_group(session, session.form1.ListView3.at(row))->Add(session.form1.USERID_W2K.text.get());
+  return true;
+}
+
+bool Remove_AD_User_Group(Session& session, std::size_t row) {
+  bind_group(session, session.form1.ListView4.at(row))->Remove(session.form1.USERID_W2K.text.get());
+  return true;
+}
+
+}  // namespace twk::directory

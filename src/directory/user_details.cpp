@@ -1,0 +1,226 @@
+#include "directory/user_details.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "controls/tree_view.hpp"
+#include "directory/ad_user.hpp"
+#include "directory/load_options.hpp"
+#include "directory/nt_user.hpp"
+#include "session/session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using controls::ListView;
+using session::Session;
+
+/// Shows the hourglass for a scope.
+class Hourglass {
+ public:
+  explicit Hourglass(session::Form1& form) : form_(form) { form_.mouse_pointer = 11; }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+  ~Hourglass() { form_.mouse_pointer = 0; }
+
+ private:
+  session::Form1& form_;
+};
+
+bool is_user(const controls::TreeNode& node) {
+  return node.image == "USER";
+}
+
+bool read_user(Session& session, const std::string& key) {
+  if (!session::is_active_directory(session))
+    return Read_NT_User(session, key);
+  base::Trap trap;
+  bool read = false;
+  trap([&] { read = Read_AD_User(session, key); });
+  if (trap.number() != 0)
+    session.form1.StatusBar1.panel1 = "Error reading user: " + trap.description();
+  return read;
+}
+
+/// Changes the memberships of the selected rows, from the last to the first, and moves those rows.
+void change_groups(Session& session, ListView& from, ListView& to,
+                   bool (*change)(Session& session, std::size_t row)) {
+  session::Form1& form = session.form1;
+  if (form.USERID.text.get().empty())
+    return;
+  const Hourglass hourglass(form);
+  for (std::size_t place = from.size(); place-- > 0;) {
+    const controls::ListRow& row = from.at(place);
+    if (!row.selected)
+      continue;
+    base::Trap trap;
+    bool changed = false;
+    trap([&] { changed = change(session, place); });
+    session.CurrentGroup.reset();
+    if (changed)
+      controls::move_row(from, row, to);
+    else
+      form.StatusBar1.panel1 = "Error changing group " + row.text + ": " + trap.description();
+  }
+}
+
+void choose_list(Session& session, ListView& other, bool adds) {
+  session::Form1& form = session.form1;
+  if (other.selected() != nullptr)
+    other.select(nullptr);
+  const bool shown = !form.USERID.text.get().empty();
+  form.UM_ADD_GROUP.enabled = shown && adds;
+  form.UM_REMOVE_GROUP.enabled = shown && !adds;
+}
+
+void give_groups_back(session::Form1& form) {
+  // A row that is in the other list already raises; it is gone from this one then, as it should be.
+  base::Trap trap;
+  while (!form.ListView4.empty())
+    trap([&] { move_row(form.ListView4, form.ListView4.at(form.ListView4.size() - 1), form.ListView3); });
+}
+
+}  // namespace
+
+bool show_user_details(Session& session, const controls::TreeNode& node) {
+  session::Form1& form = session.form1;
+  if (!is_user(node)) {
+    Clear_UM(session);
+    return false;
+  }
+  const std::string key = node.key;
+  form.USERID_W2K.text = key;
+  Clear_UM(session);
+  const Hourglass hourglass(form);
+  form.SSTab1 = session::tab::kDetails;
+  form.StatusBar1.panel1 = "Retrieving User data...";
+  const bool read = read_user(session, key);
+  session.CurrentUser.reset();
+  form.UM_ADD_GROUP.enabled = false;
+  form.UM_REMOVE_GROUP.enabled = false;
+  if (read)
+    form.StatusBar1.panel1 = "Ready.";
+  else
+    Clear_UM(session);  // what was read in part is not to be saved
+  return read;
+}
+
+void node_chosen(Session& session, const controls::TreeNode& node) {
+  if (!is_user(node))
+    Clear_UM(session);
+}
+
+void Clear_UM(Session& session) {
+  session::Form1& form = session.form1;
+  if (!read_load_options(session).SkipGroups)
+    give_groups_back(form);
+  for (controls::CheckBox* box : {&form.chkMustChange, &form.chkCantChange, &form.chkAcctLockedOut,
+                                  &form.chkPwdNever, &form.chkAcctDisabled}) {
+    box->value = 0;
+  }
+  for (controls::TextBox* field :
+       {&form.USERID, &form.UM_Full_Name, &form.UM_Description, &form.UM_First, &form.UM_Last,
+        &form.UM_Initails, &form.UM_Office, &form.UM_MailAddress, &form.UM_Logon_Name, &form.UM_PreW2K,
+        &form.UM_Profile_Dir, &form.UM_Home_Dir, &form.UM_Logon_Script, &form.AccExpires}) {
+    field->text = std::string();
+  }
+  for (controls::TextBox& field : form.Custom_Value)
+    field.text = std::string();
+  form.UM_Drive_Letter.text = std::string();
+  form.UM_W2KDomain_Name.text = "@" + session.DomainName;
+  form.ListView4.clear();
+}
+
+void Userman_Save_Click(Session& session) {
+  session::Form1& form = session.form1;
+  // An empty tab would empty the account that was on it before.
+  if (form.USERID.text.get().empty())
+    return;
+  const Hourglass hourglass(form);
+  session.details.part_refused = false;
+  const bool saved = session::is_active_directory(session) ? Save_AD_User(session) : Save_NT_User(session);
+  session.CurrentUser.reset();
+  if (saved)
+    form.StatusBar1.panel1 = "Saved...";
+}
+
+void UM_ADD_GROUP_Click(Session& session) {
+  change_groups(session, session.form1.ListView3, session.form1.ListView4,
+                session::is_active_directory(session) ? Add_AD_User_Group : Add_NT_User_Group);
+}
+
+void UM_REMOVE_GROUP_Click(Session& session) {
+  change_groups(session, session.form1.ListView4, session.form1.ListView3,
+                session::is_active_directory(session) ? Remove_AD_User_Group : Remove_NT_User_Group);
+}
+
+void ListView3_Click(Session& session) {
+  choose_list(session, session.form1.ListView4, true);
+}
+
+void ListView4_Click(Session& session) {
+  choose_list(session, session.form1.ListView3, false);
+}
+
+void ListView3_DblClick(Session& session) {
+  UM_ADD_GROUP_Click(session);
+}
+
+void ListView4_DblClick(Session& session) {
+  UM_REMOVE_GROUP_Click(session);
+}
+
+bool check_drive_letter(Session& session) {
+  const std::string& drive = session.form1.UM_Drive_Letter.text;
+  if (drive.empty() || (drive.size() == 2 && drive[1] == ':' && drive[0] >= '@' && drive[0] <= 'Z'))
+    return true;
+  session.platform.dialogs.beep();
+  session.form1.StatusBar1.panel1 = "Home Drive Format Incorrect";
+  return false;
+}
+
+std::string expiry_text(base::Date date) {
+  const base::CivilTime time = base::civil_time(date);
+  const bool midnight = time.hour == 0 && time.minute == 0 && time.second == 0;
+  return base::format_date(date) + (midnight ? "" : " " + base::format_time(date));
+}
+
+base::Date typed_expiry(Session& session, base::Date never) {
+  const std::string& text = session.form1.AccExpires.text;
+  if (base::upper(text) == "NEVER")
+    return never;
+  const auto date = base::parse_date(text);
+  if (!date) {
+    throw base::RuntimeError(base::error::kTypeMismatch, "Type mismatch: \"" + text + "\" is not a date");
+  }
+  return *date;
+}
+
+std::string text_or_empty(platform::DirectoryObject& object, std::string_view property) {
+  try {
+    return object.Get(property).text();
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() == platform::ads_error::kPropertyNotFound)
+      return {};
+    throw;
+  }
+}
+
+void show_lock_out(Session& session, bool locked) {
+  session.form1.chkAcctLockedOut.value = locked ? 1 : 0;
+  session.form1.chkAcctLockedOut.enabled = locked;
+}
+
+void show_membership(Session& session, const std::string& key, const std::string& name,
+                     const std::string& icon, bool primary) {
+  session::Form1& form = session.form1;
+  if (form.ListView4.find_key(key) == nullptr) {
+    std::vector<std::string> sub_items;
+    if (primary)
+      sub_items.emplace_back(kPrimaryGroup);
+    form.ListView4.add(key, name, icon, std::move(sub_items));
+  }
+  if (const controls::ListRow* const row = form.ListView3.find_key(base::trim(key)))
+    form.ListView3.remove(*row);
+}
+
+}  // namespace twk::directory

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <vector>
+
+#include "controls/observable.hpp"
+
+namespace twk::session {
+
+struct Form1;
+
+/// What was changed on the user details tab since the account on it was read. A change of a control sets the
+/// flag of its group, whoever makes it; in Active Directory only the groups that changed are written.
+struct DetailsChanges {
+  explicit DetailsChanges(Form1& form);
+  DetailsChanges(const DetailsChanges&) = delete;
+  DetailsChanges& operator=(const DetailsChanges&) = delete;
+
+  bool Account = false;  ///< names of the logon, mail address, expiry
+  bool Profile = false;  ///< profile, home directory and its drive, logon script
+  bool General = false;
+  bool Flags = false;
+  bool Custom = false;
+  /// A part of the last save was refused and told in a box; the rest was saved.
+  bool part_refused = false;
+
+  void clear();
+
+ private:
+  std::vector<controls::Watch> watches_;
+};
+
+}  // namespace twk::session

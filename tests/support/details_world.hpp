@@ -1,0 +1,51 @@
+#pragma once
+
+#include <fstream>
+#include <sstream>
+
+#include "controls/tree_view.hpp"
+#include "directory/tree.hpp"
+#include "directory/user_details.hpp"
+#include "platform/adsi.hpp"
+#include "support/lab_session.hpp"
+
+namespace twk::test {
+
+/// Adds the account "jo" to a lab, a member of "Staff", before its session starts.
+inline void add_jo(LabSession& world) {
+  const std::string domain = world.is_nt() ? "WinNT://TWK" : "LDAP://twk.test/" + std::string(kNewStarters);
+  const platform::ObjectPtr user =
+      world.services.directory.GetObject(domain)->Create("user", world.is_nt() ? "jo" : "CN=Jo Smith");
+  if (!world.is_nt()) {
+    user->Put("samAccountName", "jo");
+    user->Put("userPrincipalName", "jo@twk.test");
+    user->Put("FirstName", "Jo");
+  }
+  user->Put("FullName", "Jo Smith");
+  user->Put("Description", "Clerk");
+  user->SetInfo();
+  const std::string group = world.is_nt() ? "WinNT://TWK/Staff" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test";
+  world.services.directory.GetObject(group)->Add(user->ADsPath());
+}
+
+inline controls::TreeNode& node_of_jo(LabSession& world) {
+  controls::TreeView& tree = world.session.form1.TreeView1;
+  if (!world.is_nt())
+    directory::TreeView1_Expand(world.session, *tree.find(kNewStarters));
+  return *tree.find(world.is_nt() ? "jo" : "LDAP://twk.test/CN=Jo Smith," + std::string(kNewStarters));
+}
+
+/// Locks the account out, as too many wrong passwords do: a directory sets this itself.
+inline void lock_jo(LabSession& world) {
+  const std::string path = (world.folder.path() / "domain.journal.ldif").string();
+  std::stringstream journal;
+  journal << std::ifstream(path).rdbuf();
+  const std::string text = journal.str();
+  const std::size_t start = text.find(world.is_nt() ? "dn: CN=jo," : "dn: CN=Jo Smith,");
+  ASSERT_NE(start, std::string::npos);
+  std::ofstream(path, std::ios::app) << text.substr(start, text.find('\n', start) - start)
+                                     << "\nchangetype: modify\nreplace: lockoutTime\n"
+                                        "lockoutTime: 133000000000000000\n-\n# end\n\n";
+}
+
+}  // namespace twk::test
