@@ -63,6 +63,7 @@ void Custom_Load(Session& session) {
     std::string display_name = read("Custom");
     rows.add({}, std::move(display_name), {}, {read("Property")});
   }
+  rows.select(&rows.at(0));
 }
 
 bool Custom_OK(Session& session) {

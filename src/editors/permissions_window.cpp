@@ -38,6 +38,7 @@ void show_form(session::Permissions& window) {
   window.ctrOwner.visible = !window.share;
   window.Label2.visible = !window.share;
   window.Label2.caption = "Owner";
+  window.hint.caption = std::string();
   window.Access.clear();
   for (const std::string_view word : {"Full Control", "Change", "Read"})
     window.Access.add_item(std::string(word));
@@ -81,14 +82,11 @@ bool loses_owner(const session::Permissions& window) {
          (window.NEW_Security.on() || !base::trim(window.ctrOwner.text.get()).empty());
 }
 
-bool refuses_name(Session& session, std::string_view name) {
-  const std::string& title = session.permissions.title.caption;
-  if (refuses_typed(session, {name}, title))
-    return true;
-  if (base::length(name) <= kNameLength)
-    return false;
-  warn(session, "An account has at most 50 characters.", title);
-  return true;
+/// Why a name cannot be stored; empty when it can.
+std::string refusal_of(std::string_view name) {
+  if (const auto control = base::find_control_character(name))
+    return "Control character " + *control + " not allowed";
+  return base::length(name) > kNameLength ? "An account has at most 50 characters." : std::string();
 }
 
 void remove_row(Session& session, const ListRow& row) {
@@ -132,18 +130,23 @@ void Permissions_Command4_Click(Session& session) {
 
 void Permissions_AfterLabelEdit(Session& session, ListRow& row, const std::string& typed) {
   const std::string name = stores::storable(base::trim(typed));
-  if (!name.empty() && !refuses_name(session, name)) {
+  const std::string refusal = refusal_of(name);
+  session.permissions.hint.caption = refusal;
+  if (!refusal.empty())
+    session.platform.dialogs.beep();
+  if (!name.empty() && refusal.empty())
     session.permissions.ListView1.set_text(row, name);
-    return;
-  }
-  if (row.text.empty())
+  else if (row.text.empty())
     remove_row(session, row);
 }
 
 bool Permissions_OK_Button_Click(Session& session) {
   const session::Permissions& window = session.permissions;
-  if (!window.share && refuses_name(session, base::trim(window.ctrOwner.text.get())))
+  const std::string refusal = refusal_of(base::trim(window.ctrOwner.text.get()));
+  if (!window.share && !refusal.empty()) {
+    warn(session, "Owner: " + refusal, window.title.caption.get());
     return false;
+  }
   if (loses_owner(window)) {
     warn(session, "The owner is kept with the rows: add at least one.", window.title.caption.get());
     return false;

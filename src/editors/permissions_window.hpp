@@ -26,7 +26,7 @@ void Permissions_Command3_Click(session::Session& session);
 /// Adds a blank row with the access "Read" and selects it; its account is edited next.
 void Permissions_Command4_Click(session::Session& session);
 /// The edit of an account ended. A blank one removes a row that is new and leaves an old one as it was; one
-/// that is too long or holds a control character is told and does the same.
+/// that is too long or holds a control character does the same, and `hint` says why.
 void Permissions_AfterLabelEdit(session::Session& session, controls::ListRow& row, const std::string& typed);
 /// Replaces the table by the rows. False leaves the window open, after a message.
 bool Permissions_OK_Button_Click(session::Session& session);

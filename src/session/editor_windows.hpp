@@ -55,6 +55,7 @@ struct Permissions {
   controls::CheckBox NEW_Security;
   controls::TextBox ctrOwner;
   controls::Label Label2;  ///< caption of the owner
+  controls::Label hint;    ///< why the account that was typed last is not taken
 };
 
 }  // namespace twk::session

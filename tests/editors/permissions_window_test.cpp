@@ -85,12 +85,13 @@ TEST_F(PermissionsWindowTest, AWordThatOtherMeansWroteIsKept) {
 TEST_F(PermissionsWindowTest, AnAccountThatCannotBeStoredLeavesNoRow) {
   person([&] {
     add("");
-    dialogs.expect("at most 50 characters");
     add(std::string(51, 'a'));
-    dialogs.expect("Control character U+0009 not allowed");
+    EXPECT_EQ(window.hint.caption.get(), "An account has at most 50 characters.");
     add("a\tb");
+    EXPECT_EQ(window.hint.caption.get(), "Control character U+0009 not allowed");
     EXPECT_TRUE(window.ListView1.empty());
     add("Staff");
+    EXPECT_EQ(window.hint.caption.get(), "");
     Permissions_AfterLabelEdit(session, *window.ListView1.selected(), " ");
   });
   Set_Security_Click(session);
@@ -103,6 +104,16 @@ TEST_F(PermissionsWindowTest, AnOwnerWithoutARowIsToldBeforeItIsLost) {
   Set_Security_Click(session);
   EXPECT_FALSE(closed);
   EXPECT_FALSE(files.exists(database / "Permissions.dat"));
+}
+
+TEST_F(PermissionsWindowTest, AnOwnerThatWouldBeCutIsRefused) {
+  person([&] {
+    add("Staff");
+    window.ctrOwner.text = std::string(51, 'a');
+  });
+  dialogs.expect("Owner: An account has at most 50 characters.");
+  Set_Security_Click(session);
+  EXPECT_FALSE(closed);
 }
 
 TEST_F(PermissionsWindowTest, ATableThatCannotBeReadIsToldAndNothingOpens) {
