@@ -101,7 +101,7 @@ HoursGrid::HoursGrid(session::Session& session, QWidget* parent)
   for (QHeaderView* const head : {horizontalHeader(), verticalHeader()}) {
     head->setSectionResizeMode(QHeaderView::Fixed);
     head->setDefaultAlignment(Qt::AlignCenter);
-    head->setHighlightSections(true);
+    head->setHighlightSections(false);
     head->setMinimumSectionSize(1);
     head->viewport()->installEventFilter(this);
   }
@@ -126,7 +126,7 @@ QSize HoursGrid::sizeHint() const {
 void HoursGrid::size_cells() {
   const QFontMetrics metrics = horizontalHeader()->fontMetrics();
   const int text = std::max(metrics.horizontalAdvance("12"), metrics.horizontalAdvance("am"));
-  horizontalHeader()->setDefaultSectionSize(text + 10);
+  horizontalHeader()->setDefaultSectionSize(text + 6);
   verticalHeader()->setDefaultSectionSize(std::max(text + 6, metrics.height() + 8));
   updateGeometry();
 }
