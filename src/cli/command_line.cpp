@@ -85,6 +85,8 @@ int run(int argc, char** argv) {
   add_site_commands(app, context);
   add_template_commands(app, context);
   add_table_commands(app, context);
+  add_hours_commands(app, context);
+  add_custom_commands(app, context);
   add_format_command(app, context);
   add_user_commands(app, context);
   add_group_commands(app, context);

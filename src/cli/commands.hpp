@@ -13,6 +13,8 @@ void add_settings_commands(CLI::App& app, Context& context);
 void add_site_commands(CLI::App& app, Context& context);
 void add_template_commands(CLI::App& app, Context& context);
 void add_table_commands(CLI::App& app, Context& context);
+void add_hours_commands(CLI::App& app, Context& context);
+void add_custom_commands(CLI::App& app, Context& context);
 void add_format_command(CLI::App& app, Context& context);
 void add_user_commands(CLI::App& app, Context& context);
 void add_group_commands(CLI::App& app, Context& context);

@@ -261,11 +261,16 @@ std::string locate_user(const Domain& domain, std::string_view name) {
   return bind_winnt(domain, "user", name, "user", all)->Name();
 }
 
+ObjectPtr bind_user(const Domain& domain, std::string_view name) {
+  const std::string located = locate_user(domain, name);
+  return domain.services.directory.GetObject(domain.active_directory ? ldap_path(domain, located)
+                                                                     : winnt_path(domain, located) + ",user");
+}
+
 Json describe_user(const Domain& domain, std::string_view name) {
   const std::string located = locate_user(domain, name);
   const bool ad = domain.active_directory;
-  const ObjectPtr object = domain.services.directory.GetObject(ad ? ldap_path(domain, located)
-                                                                  : winnt_path(domain, located) + ",user");
+  const ObjectPtr object = bind_user(domain, located);
   const std::string account = ad ? get(object, "samAccountName").text() : object->Name();
   // The flags that only the WinNT object carries, in every kind of domain.
   const ObjectPtr flags_object =

@@ -30,6 +30,8 @@ std::vector<Json> list_users(const Domain& domain, std::string_view ou);
 Json describe_user(const Domain& domain, std::string_view name);
 /// The distinguished name of that user; in a WinNT domain the account name.
 std::string locate_user(const Domain& domain, std::string_view name);
+/// The object of that user, for a change to it.
+platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 
 /// Groups with name, kind, scope, description, dn, sorted by name.
 std::vector<Json> list_groups(const Domain& domain);

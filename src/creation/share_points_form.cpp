@@ -18,6 +18,11 @@ std::string share_point(std::string_view typed) {
 
 }  // namespace
 
+void btnSharePoints_Click(session::Session& session) {
+  frmSharePoints_Load(session);
+  session.platform.dialogs.show_modal("frmSharePoints");
+}
+
 void frmSharePoints_Load(session::Session& session) {
   session::frmSharePoints& window = session.share_points;
   window.HomeShareName.text = window.HomeSharePoint;

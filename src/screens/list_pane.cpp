@@ -47,8 +47,13 @@ ListPane::ListPane(controls::ListView& list, const ListLook& look, QWidget* pare
 
 void ListPane::set_edited(std::function<void(ListRow&, const std::string&)> edited) {
   setEditTriggers(EditKeyPressed);
-  model_->set_edited([edited = std::move(edited)](ListRow& row, const std::string& text) {
+  model_->set_edited([this, edited = std::move(edited)](ListRow& row, const std::string& text) {
+    // A row that goes because of its edit ends that edit a second time.
+    if (ending_edit_)
+      return;
+    ending_edit_ = true;
     run_guarded([&] { edited(row, text); });
+    ending_edit_ = false;
   });
 }
 

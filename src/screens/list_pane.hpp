@@ -49,6 +49,7 @@ class ListPane final : public QTreeView {
   void show_selection();
 
   controls::ListView* list_;
+  bool ending_edit_ = false;
   bool showing_ = false;   ///< the view follows the rows, not the other way round
   controls::Watch early_;  ///< told before the model
   ListModel* model_;

@@ -1,9 +1,26 @@
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "editors/edit_properties.hpp"
+#include "screens/edited_list.hpp"
 #include "screens/tabs.hpp"
 
 namespace twk::screens {
 
-QWidget* make_wts_tab(session::Session& /*session*/, QWidget* parent) {
-  return new QWidget(parent);
+QWidget* make_wts_tab(session::Session& session, QWidget* parent) {
+  auto* const tab = new QWidget(parent);
+  auto* const box = new QVBoxLayout(tab);
+  auto* const what = new QLabel("Terminal-server settings that a new account gets.", tab);
+  what->setWordWrap(true);
+  box->addWidget(what);
+  ListLook look;
+  look.headings = {"Setting", "Value"};
+  look.empty_text = "No settings.";
+  ListPane* const list =
+      add_edited_list(*box, session, session.form1.ListView9, "ListView9", editors::mode::kWts, look, {});
+  list->setAccessibleName("Terminal-server settings");
+  list->header()->resizeSection(0, 280);
+  return tab;
 }
 
 }  // namespace twk::screens

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "controls/basic.hpp"
@@ -11,11 +12,17 @@ namespace twk::session {
 
 /// Edits one row of a table.
 struct Edit_Properties {
+  std::int32_t EditPropertiesMode = 0;  ///< which list the row is of, see `editors::mode`
+  bool EditPropertiesIsNew = false;     ///< the row is not in the list yet
   controls::Label title;
   controls::Label Property;  ///< caption of the first field
   controls::Label Label2;    ///< caption of the second field
+  controls::Label hint;      ///< what a person should know of the row; empty for nothing
   controls::TextBox W2K_Attribute;
   controls::TextBox W2K_Propertry;
+  /// The most characters that the two fields take.
+  controls::Observable<int> W2K_Attribute_MaxLength{0};
+  controls::Observable<int> W2K_Propertry_MaxLength{0};
   controls::OptionButton W2K_Person;
   controls::OptionButton W2K_2000;
   controls::Frame kind;  ///< around the two options
@@ -35,6 +42,7 @@ struct Logon_Hours {
   controls::Observable<std::vector<bool>> MSFlexGrid1{std::vector<bool>(7U * 24U, true)};
   controls::OptionGroup Option1;  ///< 0 paints permitted, 1 denied
   controls::Label Label2;         ///< what was selected
+  controls::Label hint;           ///< why the hours cannot be stored; empty when they can
   controls::Button Command2;      ///< OK
 };
 
@@ -47,6 +55,7 @@ struct Permissions {
   controls::CheckBox NEW_Security;
   controls::TextBox ctrOwner;
   controls::Label Label2;  ///< caption of the owner
+  controls::Label hint;    ///< why the account that was typed last is not taken
 };
 
 }  // namespace twk::session

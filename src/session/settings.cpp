@@ -219,7 +219,7 @@ void show_custom_fields(Session& session) {
     controls::Label& label = session.form1.Custom_Label.at(i);
     const std::string text =
         read_setting(session, kCustom, "Custom" + base::to_text(static_cast<std::int64_t>(i) + 1));
-    const bool shown = session.LastRegResult;
+    const bool shown = session.LastRegResult && !base::trim(text).empty();
     if (shown)
       label.caption = text;
     label.visible = shown;

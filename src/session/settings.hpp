@@ -36,7 +36,8 @@ void write_yes_no(Session& session, std::string_view sub_key, std::string_view n
 /// formats, the custom commands of the tree's popup menu and the custom attributes.
 void read_settings(Session& session);
 
-/// The labels and boxes of the four custom attributes; those that are not set are hidden.
+/// The labels and boxes of the four custom attributes; those whose display name is not set, or
+/// is empty, are hidden.
 void show_custom_fields(Session& session);
 /// `txtAdmin` and `txtPassword` can be filled while `Mail_Logon` is unticked.
 void show_mail_credentials(Session& session);

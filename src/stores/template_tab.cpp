@@ -313,6 +313,8 @@ void Variables(Session& session) {
     return;
   }
   session.variables.visible = true;
+  session.platform.dialogs.show_modal("Varibles_Form");
+  Varibles_Form_Unload(session);
 }
 
 void Varibles_Form_Unload(Session& session) {

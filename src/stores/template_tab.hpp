@@ -32,7 +32,7 @@ void ListView6_DblClick(session::Session& session);
 /// The selected group of the template becomes the primary group; a local group cannot.
 void SetPriGroup(session::Session& session);
 
-/// Opens the window of the variables; a new template must be saved first.
+/// Shows the window of the variables and closes it again; a new template must be saved first.
 void Variables(session::Session& session);
 /// Closes it and writes the rows into the template's record.
 void Varibles_Form_Unload(session::Session& session);

@@ -303,12 +303,14 @@ TEST_F(TemplateStoreTest, VariablesAreSavedWhenTheirWindowCloses) {
   EXPECT_FALSE(session.variables.visible.get());
   Template_Cancel(session);
   choose("Staff");
+  dialogs.on_modal = [this](std::string_view window) {
+    EXPECT_EQ(window, "Varibles_Form");
+    EXPECT_TRUE(session.variables.visible.get());
+    session.variables.ListView1.clear();
+    session.variables.ListView1.add({}, "Dept", {}, {"Sales"});
+    session.variables.ListView1.add({}, "Flag");
+  };
   Variables(session);
-  EXPECT_TRUE(session.variables.visible.get());
-  session.variables.ListView1.clear();
-  session.variables.ListView1.add({}, "Dept", {}, {"Sales"});
-  session.variables.ListView1.add({}, "Flag");
-  Varibles_Form_Unload(session);
   EXPECT_FALSE(session.variables.visible.get());
   EXPECT_EQ(dump(), kStaff + "|VariableName1=Dept|VariableName2=Flag|VariableValue1=Sales\n");
 }

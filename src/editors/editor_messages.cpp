@@ -1,0 +1,20 @@
+#include "editors/editor_messages.hpp"
+
+#include "session/session.hpp"
+#include "stores/typed_text.hpp"
+
+namespace twk::editors {
+
+void warn(session::Session& session, std::string_view text, std::string_view title) {
+  session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kExclamation, title);
+}
+
+bool refuses_typed(session::Session& session, std::initializer_list<std::string_view> texts,
+                   std::string_view title) {
+  if (!stores::refuses_control_characters(session, texts))
+    return false;
+  warn(session, session.form1.StatusBar1.panel1.get(), title);
+  return true;
+}
+
+}  // namespace twk::editors
