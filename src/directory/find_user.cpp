@@ -8,8 +8,8 @@
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/tree_path.hpp"
+#include "directory/user_details.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/later_commands.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -37,7 +37,7 @@ void show_node(Session& session, TreeNode& node) {
   session.form1.StatusBar1.panel1 = "Retrieving User data...";
   tree.select(&node);
   tree.ensure_visible(node);
-  session::tell_node_chosen(session, node);
+  node_chosen(session, node);
   session.form1.StatusBar1.panel1 = "Ready.";
 }
 

@@ -60,9 +60,9 @@ class Files {
   /// Replaces the whole file: a reader, or a crash, sees the old contents or the new, never a part.
   virtual void write(std::string_view path, std::string_view bytes) = 0;
   virtual void remove(std::string_view path) = 0;
-  /// Gives a file another name in the same folder, at once and lasting: a reader, or a crash, sees it under one
-  /// of the two. Raises 58 when something of the new name is there, unless `replace` lets it take that file's
-  /// place.
+  /// Gives a file another name in the same folder, at once and lasting: a reader, or a crash, sees it under
+  /// one of the two. Raises 58 when something of the new name is there, unless `replace` lets it take that
+  /// file's place.
   virtual void rename(std::string_view from, std::string_view to, bool replace = false) = 0;
 
   /// Creates the file when there is none. `truncate` empties it first.

@@ -75,7 +75,8 @@ class HelpWindow final : public QMainWindow {
       return action;
     };
     QAction* const back = add("back", "Back", QKeySequence::Back, [this] { browser_->backward(); });
-    QAction* const forward = add("forward", "Forward", QKeySequence::Forward, [this] { browser_->forward(); });
+    QAction* const forward =
+        add("forward", "Forward", QKeySequence::Forward, [this] { browser_->forward(); });
     back->setEnabled(false);
     forward->setEnabled(false);
     connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);

@@ -1,10 +1,10 @@
 #include "screens/main_menus.hpp"
 
 #include <QMenuBar>
-#include <QMessageBox>
 
 #include "screens/bind.hpp"
 #include "screens/icons.hpp"
+#include "screens/program_windows.hpp"
 #include "session/main_window.hpp"
 
 namespace twk::screens {
@@ -59,29 +59,24 @@ void make_options_menu(QMainWindow& window, session::Session& session) {
   add({4, "&Groups", "Groups", {}});
   add({5, "&Manage OU", "OU", {}});
   add({6, "&Compact Database", "", {}});
-}
-
-void show_about(QWidget& window) {
-  QMessageBox box(QMessageBox::NoIcon, "About Tarnwick",
-                  "Tarnwick " TWK_VERSION "\n\nUser administration for WinNT and Active Directory domains.",
-                  QMessageBox::Ok, &window);
-  box.setTextFormat(Qt::PlainText);
-  box.setIconPixmap(window.windowIcon().pixmap(48, 48));
-  box.exec();
+  menu->addSeparator();
+  add({session::kCustomProperties, "Custom &Properties…", "", {}});
 }
 
 void make_help_menu(QMainWindow& window, session::Session& session) {
   QMenu* const menu = add_menu(window, "&Help", "mnuHelp");
-  QAction* const contents = menu->addAction(icon("Help"), "&Contents");
-  contents->setObjectName("mnuHelp1");
-  contents->setShortcut(QKeySequence("F1"));
-  const auto key = std::find(session::kToolbarKeys.begin(), session::kToolbarKeys.end(), "Help");
-  bind_to(*contents, session.form1.Toolbar1.at(static_cast<std::size_t>(key - session::kToolbarKeys.begin())),
-          [&session] { session::Toolbar1_ButtonClick(session, "Help"); });
+  const auto add = [&](const char* name, const char* caption, const Action& action) {
+    QAction* const entry = menu->addAction(caption);
+    entry->setObjectName(name);
+    on_triggered(*entry, action);
+    return entry;
+  };
+  add("mnuHelp1", "&Contents", [&session] {
+    session::Toolbar1_ButtonClick(session, "Help");
+  })->setIcon(icon("Help"));
+  add("mnuHelp3", "&Tip of the Day", [&window, &session] { show_tip(&window, session); });
   menu->addSeparator();
-  QAction* const about = menu->addAction("&About Tarnwick");
-  about->setObjectName("mnuHelp2");
-  on_triggered(*about, [&window] { show_about(window); });
+  add("mnuHelp2", "&About Tarnwick", [&window] { show_about(&window); });
 }
 
 }  // namespace

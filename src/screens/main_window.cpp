@@ -10,6 +10,7 @@
 #include "directory/tree.hpp"
 #include "screens/bind.hpp"
 #include "screens/main_menus.hpp"
+#include "screens/program_windows.hpp"
 #include "screens/tabs.hpp"
 #include "screens/text.hpp"
 #include "screens/toolbar.hpp"
@@ -49,6 +50,7 @@ void MainWindow::make_panes() {
   tabs_->setObjectName("SSTab1");
   panes->setStretchFactor(0, 1);
   panes->setStretchFactor(1, 3);
+  panes->setSizes({260, 740});
   setCentralWidget(panes);
 }
 
@@ -110,6 +112,7 @@ void MainWindow::follow_session() {
     if (auto* const control = findChild<QWidget*>(to_qt(name)))
       control->setFocus();
   }));
+  keep(*this, form.ShowHelp.watch([this](std::string_view topic) { show_help(this, to_qt(topic)); }));
   keep(*this, form.mouse_pointer.watch([&form] {
     if (form.mouse_pointer == 11)
       QApplication::setOverrideCursor(Qt::WaitCursor);

@@ -81,10 +81,8 @@ QWidget* make_directories(Session& session, QWidget* parent) {
   more->setContentsMargins(0, 0, 0, 0);
   rows->addRow(more);
   more->addStretch();
-  add_button(*more, "S&hare Points…", "btnSharePoints", form.btnSharePoints, [&session] {
-    creation::frmSharePoints_Load(session);
-    session.platform.dialogs.show_modal("frmSharePoints");
-  });
+  add_button(*more, "S&hare Points…", "btnSharePoints", form.btnSharePoints,
+             [&session] { creation::btnSharePoints_Click(session); });
   return group;
 }
 

@@ -46,10 +46,12 @@ struct Form1 {
 
   /// A control, by its name, is to have the focus.
   controls::Channel<std::string_view> SetFocus;
+  /// The help is to be shown at the topic of that name.
+  controls::Channel<std::string_view> ShowHelp;
 
   // Menus "File" and "Options"; entry numbers as the window counts them.
   std::array<controls::MenuItem, 6> mnuFile;
-  std::array<controls::MenuItem, 7> mnuOption;
+  std::array<controls::MenuItem, 8> mnuOption;
   // Popup of the tree; 13 and 14 are the custom commands.
   std::array<controls::MenuItem, 15> mnupopup;
   std::array<controls::MenuItem, 10> Toolbar1;  ///< in the order of `kToolbarKeys`

@@ -8,10 +8,9 @@
 namespace twk::session {
 namespace {
 
-constexpr std::array<std::size_t, 1> kLaterFile = {3};           // back-up
-constexpr std::array<std::size_t, 3> kLaterOptions = {1, 4, 6};  // multi-user functions, groups, compaction
-constexpr std::array kLaterPopup = {0, 2, 4, 5, 6, 8, 9};        // details, password, delete … profiles
-constexpr std::array<std::string_view, 4> kLaterKeys = {"deleteuser", "MultiUser", "Groups", "Help"};
+constexpr std::array<std::size_t, 2> kLaterOptions = {1, 4};  // multi-user functions, groups
+constexpr std::array kLaterPopup = {2, 4, 5, 6, 8, 9};        // password, delete … profiles
+constexpr std::array<std::string_view, 3> kLaterKeys = {"deleteuser", "MultiUser", "Groups"};
 
 void switch_off(controls::MenuItem& item) {
   item.enabled = false;
@@ -21,8 +20,6 @@ void switch_off(controls::MenuItem& item) {
 }  // namespace
 
 void switch_off_later_commands(Form1& form) {
-  for (const std::size_t index : kLaterFile)
-    switch_off(form.mnuFile.at(index));
   for (const std::size_t index : kLaterOptions)
     switch_off(form.mnuOption.at(index));
   for (const int index : kLaterPopup)
@@ -39,24 +36,6 @@ bool is_later_popup_entry(int index) {
 
 void tell_later_command(Session& session) {
   session.form1.StatusBar1.panel1 = std::string(kNotInThisVersion);
-}
-
-void show_details(Session& session, controls::TreeNode& /*node*/) {
-  tell_later_command(session);
-}
-
-void tell_node_chosen(Session& /*session*/, controls::TreeNode& /*node*/) {}
-
-void backup_databases(Session& session) {
-  tell_later_command(session);
-}
-
-void compact_database(Session& session) {
-  tell_later_command(session);
-}
-
-void show_help(Session& session, std::string_view /*topic*/) {
-  tell_later_command(session);
 }
 
 }  // namespace twk::session

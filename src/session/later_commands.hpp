@@ -2,9 +2,6 @@
 
 #include <string_view>
 
-namespace twk::controls {
-struct TreeNode;
-}
 namespace twk::session {
 
 struct Form1;
@@ -19,15 +16,5 @@ void switch_off_later_commands(Form1& form);
 bool is_later_popup_entry(int index);
 /// Says in the status bar that nothing was done.
 void tell_later_command(Session& session);
-
-// What other parts of the program do for the main window.
-
-/// Shows the account of a node in the tab of the user details.
-void show_details(Session& session, controls::TreeNode& node);
-/// A person chose a node of the tree.
-void tell_node_chosen(Session& session, controls::TreeNode& node);
-void backup_databases(Session& session);
-void compact_database(Session& session);
-void show_help(Session& session, std::string_view topic);
 
 }  // namespace twk::session

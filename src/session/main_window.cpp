@@ -6,10 +6,14 @@
 #include "directory/find_user.hpp"
 #include "directory/manage_ou.hpp"
 #include "directory/tree.hpp"
+#include "directory/user_details.hpp"
+#include "editors/custom_properties.hpp"
 #include "session/custom_commands.hpp"
 #include "session/later_commands.hpp"
 #include "session/refresh.hpp"
 #include "session/session.hpp"
+#include "stores/backup.hpp"
+#include "stores/compaction.hpp"
 
 namespace twk::session {
 namespace {
@@ -40,7 +44,7 @@ void mnuFile_Click(Session& session, int index) {
       Log_Detail(session);
       break;
     case 3:
-      backup_databases(session);
+      stores::Backup_Databases(session);
       break;
     case 5:
       Form_Unload(session);
@@ -60,7 +64,10 @@ void mnuOption_Click(Session& session, int index) {
       directory::Manage_OU(session);
       break;
     case 6:
-      compact_database(session);
+      stores::Compact_Database(session);
+      break;
+    case kCustomProperties:
+      editors::show_custom(session);
       break;
     case 1:
     case 4:
@@ -77,7 +84,7 @@ void mnupopup_Click(Session& session, int index) {
     return;
   switch (index) {
     case 0:
-      show_details(session, *node);
+      directory::show_user_details(session, *node);
       break;
     case 10:
       directory::Create_OU(session);
@@ -101,7 +108,7 @@ void Toolbar1_ButtonClick(Session& session, std::string_view key) {
   else if (key == "FIND")
     directory::Find_User(session);
   else if (key == "Help")
-    show_help(session, "Main");
+    session.form1.ShowHelp.emit("Main");
   else if (key == "Vlog")
     mnuFile_Click(session, 2);
   else if (key == "IMPORTU")
@@ -121,12 +128,12 @@ void SSTab1_Click(Session& session) {
 }
 
 void TreeView1_NodeClick(Session& session, controls::TreeNode& node) {
-  tell_node_chosen(session, node);
+  directory::node_chosen(session, node);
 }
 
 void TreeView1_DblClick(Session& session, controls::TreeNode& node) {
   if (node.image == "USER") {
-    show_details(session, node);
+    directory::show_user_details(session, node);
   } else if (node.expanded) {
     session.form1.TreeView1.set_expanded(node, false);
   } else {

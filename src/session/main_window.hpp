@@ -13,7 +13,9 @@ struct Session;
 
 /// Menu "File": 1 import, 2 log file, 3 back-up, 5 end.
 void mnuFile_Click(Session& session, int index);
-/// Menu "Options": 1 several users, 2 how a directory is loaded, 4 groups, 5 limit to an OU, 6 compaction.
+/// Menu "Options": 1 several users, 2 how a directory is loaded, 4 groups, 5 limit to an OU, 6 compaction,
+/// 7 the administrator's own attributes.
+inline constexpr int kCustomProperties = 7;
 void mnuOption_Click(Session& session, int index);
 /// Popup of the tree, for the selected node: 0 details, 10 a new OU, 13 and 14 the custom commands.
 void mnupopup_Click(Session& session, int index);

@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "directory/select_domain.hpp"
+#include "directory/user_details.hpp"
 #include "session/session.hpp"
 #include "stores/load_databases.hpp"
 #include "stores/site_store.hpp"
