@@ -32,13 +32,9 @@ std::string filter_text(std::string_view typed) {
   return value;
 }
 
-void show_node(Session& session, TreeNode& node) {
-  controls::TreeView& tree = session.form1.TreeView1;
-  session.form1.StatusBar1.panel1 = "Retrieving User data...";
-  tree.select(&node);
-  tree.ensure_visible(node);
-  node_chosen(session, node);
-  session.form1.StatusBar1.panel1 = "Ready.";
+void select_node(Session& session, TreeNode& node) {
+  session.form1.TreeView1.select(&node);
+  session.form1.TreeView1.ensure_visible(node);
 }
 
 void tell_not_found(Session& session) {
@@ -94,7 +90,8 @@ void Find_NT_User(Session& session) {
     return;
   }
   for (; found != nullptr; found = next_user_with(session, found, wanted)) {
-    show_node(session, *found);
+    select_node(session, *found);
+    show_user_details(session, *found);
     if (session.platform.dialogs.MsgBox("Continue Search ?", Buttons::kYesNo, Icon::kQuestion, "Search") !=
         Answer::kYes)
       return;
@@ -155,7 +152,7 @@ bool btnSelectuser_Click(Session& session) {
     tell_not_found(session);
     return false;
   }
-  show_node(session, *node);
+  select_node(session, *node);
   return true;
 }
 

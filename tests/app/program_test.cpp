@@ -26,12 +26,22 @@ void end_program(QWidget& tip) {
   QTimer::singleShot(0, close_main_window);
 }
 
-void set_data_version(const std::string& folder, const char* version) {
-  screens::QtDialogs dialogs;
-  world::World world(folder, dialogs, [](const std::string&) {});
-  world.stored_registry().Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\Version",
-                                    "DBVersion", version);
-}
+/// A program whose lab has templates of an old generation, and in the way of their conversion a kept file.
+class OldLabTest : public AppTest {
+ protected:
+  void make_old_lab() {
+    make_lab();
+    screens::QtDialogs dialogs;
+    world::World world(lab(), dialogs, [](const std::string&) {});
+    world.stored_registry().Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\Version",
+                                      "DBVersion", "2.2");
+    put_file(file("lab/db/Template.v23"), "");
+  }
+  void expect_failing_conversion() {
+    expect_box("older version of Template.dat");
+    expect_box("Error renaming template files.");
+  }
+};
 
 TEST_F(ProgramTest, ShowsTheMainWindowWithTheTipOverItAndEndsWhenItIsClosed) {
   make_lab();
@@ -51,23 +61,24 @@ TEST_F(ProgramTest, SaysDebugModeInTheStatusBar) {
   EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = "/DEBUG"}), 0);
 }
 
-TEST_F(ProgramTest, TellsOfANamedLabThatCannotBeOpenedAndEndsWith65) {
-  make_lab();
-  set_data_version(lab(), "2.2");
+TEST_F(OldLabTest, TellsOfANamedLabThatCannotBeOpenedAndEndsWith65) {
+  make_old_lab();
   std::filesystem::create_directories(file("garbled"));
   put_file(file("garbled/lab.conf"), "kind = nonsense\n");
   for (const auto& [folder, text] : std::vector<std::pair<std::string, const char*>>{
            {file("nowhere"), "no lab"}, {file("garbled"), "lab.conf:1"}, {lab(), "\"2.2\""}}) {
+    if (folder == lab())
+      expect_failing_conversion();
     expect_box(text);
     EXPECT_EQ(app::run({.lab = folder, .database = {}, .command_line = {}}), app::kExitBadData);
   }
 }
 
-TEST_F(ProgramTest, ComesBackToTheStartWindowAfterALabThatCannotBeOpened) {
-  make_lab();
-  set_data_version(lab(), "2.2");
+TEST_F(OldLabTest, ComesBackToTheStartWindowAfterALabThatCannotBeOpened) {
+  make_old_lab();
   app::remember_lab(QString::fromStdString(lab()));
   expect_window([](QWidget& start) { click(start, "again"); });
+  expect_failing_conversion();
   expect_box("\"2.2\"");
   expect_window([](QWidget& start) {
     EXPECT_EQ(start.objectName(), "start");
