@@ -145,9 +145,11 @@ bool btnSelectuser_Click(Session& session) {
   if (row == nullptr)
     return false;
   window.Label2.caption = "Locating user in treeview please wait.";
+  session.form1.StatusBar1.panel1 = "Retrieving User data...";
   session.platform.dialogs.DoEvents();
   TreeNode* const node = reach_user(session, row->key);
   window.Label2.caption = std::string();
+  session.form1.StatusBar1.panel1 = "Ready.";
   if (node == nullptr) {
     tell_not_found(session);
     return false;

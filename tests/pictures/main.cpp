@@ -3,9 +3,20 @@
 #include <stdexcept>
 
 #include "app/start_window.hpp"
+#include "batch/csv_layout.hpp"
+#include "batch/import_options.hpp"
 #include "controls/tree_view.hpp"
 #include "creation/create_user.hpp"
+#include "creation/share_points_form.hpp"
+#include "directory/ad_options.hpp"
+#include "directory/find_user.hpp"
+#include "directory/manage_ou.hpp"
 #include "directory/tree.hpp"
+#include "directory/user_details.hpp"
+#include "editors/custom_properties.hpp"
+#include "editors/edit_properties.hpp"
+#include "editors/logon_hours.hpp"
+#include "editors/permissions_window.hpp"
 #include "screens/application.hpp"
 #include "screens/help_topics.hpp"
 #include "screens/main_window.hpp"
@@ -15,6 +26,7 @@
 #include "screens/windows.hpp"
 #include "session/start_up.hpp"
 #include "stores/records.hpp"
+#include "stores/site_store.hpp"
 #include "stores/template_tab.hpp"
 #include "support/temporary_directory.hpp"
 #include "world/sample_lab.hpp"
@@ -27,15 +39,6 @@ namespace twk::pictures {
 namespace {
 
 /// A window by its name, and the routine that fills it and shows it; without one it is shown as it is.
-struct Window {
-  const char* name;
-  void (*open)(session::Session& session);
-};
-constexpr Window kWindows[] = {
-    {"frmADOptions", nullptr},    {"CSV_Import", nullptr},     {"Custom", nullptr},
-    {"Edit_Properties", nullptr}, {"frmFindW2KUser", nullptr}, {"ImportGrps", nullptr},
-    {"Logon_Hours", nullptr},     {"Permissions", nullptr},    {"Select_OU", nullptr},
-    {"frmSharePoints", nullptr},  {"Varibles_Form", nullptr}};
 constexpr const char* kNewStarters = "OU=New Starters,DC=twk,DC=test";
 
 struct Person {
@@ -83,10 +86,55 @@ void fill(session::Session& session) {
     form.UserID_Box.text = std::string();
     creation::CreateUser_Click(session);
   }
+  directory::show_user_details(session, *form.TreeView1.find(kNewStarters)->children.back());
+  form.SSTab1 = session::tab::kNewUser;
+  form.ListView2.select(&form.ListView2.at(0));
+  stores::ListView2_Click(session);
   form.nutemplate.text = stores::padded_template_name("Staff");
   form.NUsitename.text = std::string("Head Office");
   form.templatelst.text = stores::padded_template_name("Staff");
   stores::templatelst_Click(session);
+}
+
+struct Window {
+  const char* name;
+  std::function<void(session::Session& session)> open;
+};
+
+/// Opens a window as its button does.
+template <typename Routine>
+std::function<void(session::Session&)> by(Routine routine) {
+  return [routine](session::Session& session) { routine(session); };
+}
+
+std::vector<Window> windows() {
+  const auto shown = [](const char* name, void (*load)(session::Session&)) {
+    return [name, load](session::Session& session) {
+      load(session);
+      session.platform.dialogs.show_modal(name);
+    };
+  };
+  return {{"ad-options", shown("frmADOptions", directory::frmADOptions_Load)},
+          {"csv-import",
+           [](session::Session& session) {
+             batch::load_csv_layout(session, TWK_SOURCE_DIR "/samples/new-starters.csv");
+             session.platform.dialogs.show_modal("CSV_Import");
+           }},
+          {"custom", by(editors::show_custom)},
+          {"edit-properties",
+           [](session::Session& session) {
+             controls::ListView& rows = session.form1.ListView7;
+             rows.select(&rows.at(0));
+             editors::Listviewmnu_Edit(session, 0);
+           }},
+          {"find-user", by(directory::Find_User)},
+          {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
+          {"logon-hours", by(editors::LogonHours_Click)},
+          {"permissions", by(editors::Set_Security_Click)},
+          {"share-permissions", by(editors::Sharepermissions_Click)},
+          {"select-ou", by(directory::Manage_OU)},
+          {"share-points", by(creation::btnSharePoints_Click)},
+          {"variables", by(stores::Variables)}};
 }
 
 class Album {
@@ -138,19 +186,11 @@ void save_tabs(Album& album, screens::MainWindow& window) {
   window.tabs().setCurrentIndex(0);
 }
 
-void save_windows(Album& album, screens::MainWindow& window, session::Session& session) {
-  for (const Window& shown : kWindows) {
-    const QString picture = QString("window-") + shown.name;
-    if (shown.open != nullptr) {
-      album.save_modal(picture, [&] { shown.open(session); });
-      continue;
-    }
-    const auto dialog = screens::make_window(shown.name, session, &window);
-    if (dialog == nullptr)
-      throw std::runtime_error(std::string("no window ") + shown.name);
-    dialog->show();
-    album.save(*dialog, picture);
-  }
+void save_windows(Album& album, session::Session& session) {
+  stores::EditTemplate(session);
+  session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters));
+  for (const Window& shown : windows())
+    album.save_modal(QString("window-") + shown.name, [&] { shown.open(session); });
 }
 
 void save_program_windows(Album& album, screens::MainWindow& window, session::Session& session,
@@ -183,7 +223,7 @@ void take(const QString& folder) {
   window.show();
   Album album(folder);
   save_tabs(album, window);
-  save_windows(album, window, session);
+  save_windows(album, session);
   save_program_windows(album, window, session, dialogs);
 }
 
