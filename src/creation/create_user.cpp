@@ -50,7 +50,7 @@ void end_quietly(Session& session, const char* caption) {
   session.form1.mouse_pointer = 0;
   session.form1.ProgressBar1.value = 0;
   session.form1.progress.caption = caption;
-  session.form1.enabled = true;
+  session.form1.enabled = !session.import.Importing;
   session.log.close();
 }
 
@@ -168,7 +168,7 @@ void finish(CreationRun& run) {
   session.form1.StatusBar1.panel1 = "User Created.";
   log(run, "User Created.");
   session.form1.mouse_pointer = 0;
-  session.form1.enabled = true;
+  session.form1.enabled = !session.import.Importing;
   session.SerialTokenUsed = false;
   session.AltIdTried = false;
   if (!session.import.Importing) {
@@ -203,7 +203,7 @@ void fail(CreationRun& run, const base::RuntimeError& failure) {
   session.LastCreation.message += failure.description();
   show_step(run, "Error");
   form.mouse_pointer = 0;
-  form.enabled = true;
+  form.enabled = !session.import.Importing;
   session.SerialTokenUsed = false;
   session.AltIdTried = false;
   if (form.STOP_ON_RED[0].on())

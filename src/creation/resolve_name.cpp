@@ -81,7 +81,7 @@ Step refuse_sam_name(CreationRun& run) {
   set_progress(run, 0);
   session.log.close();
   session.form1.mouse_pointer = 0;
-  session.form1.enabled = true;
+  session.form1.enabled = !session.import.Importing;
   return Step::kEnd;
 }
 
