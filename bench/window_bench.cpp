@@ -1,0 +1,115 @@
+// The main window over a domain of 100,000 users and 5,000 groups: what a person waits for.
+#include <QLineEdit>
+#include <QScrollBar>
+
+#include "bench_world.hpp"
+#include "directory/user_details.hpp"
+#include "screens/application.hpp"
+#include "screens/list_pane.hpp"
+#include "screens/main_window.hpp"
+#include "session/start_up.hpp"
+
+namespace {
+
+using namespace twk;
+
+constexpr std::size_t kUsers = 100000;
+constexpr std::size_t kGroups = 5000;
+constexpr std::size_t kUnits = 10;
+
+/// Lets the toolkit do all that waits: layout, painting, queued calls.
+void paint(QWidget& widget) {
+  for (int i = 0; i < 3; ++i)
+    QCoreApplication::processEvents();
+  widget.repaint();
+}
+
+struct Longest {
+  double mean = 0;
+  double longest = 0;
+};
+
+/// Seconds of each of many small things that a person does, painted.
+Longest each(QWidget& widget, int times, const std::function<void(int)>& act) {
+  Longest result;
+  for (int i = 0; i < times; ++i) {
+    const double took = bench::seconds([&] {
+      act(i);
+      paint(widget);
+    });
+    result.mean += took / times;
+    result.longest = std::max(result.longest, took);
+  }
+  return result;
+}
+
+void print(const char* what, double seconds) {
+  std::printf("%-64s %9.1f ms\n", what, seconds * 1e3);
+}
+
+void print(const char* what, const Longest& figures) {
+  std::printf("%-64s %9.1f ms, longest %.1f ms\n", what, figures.mean * 1e3, figures.longest * 1e3);
+}
+
+controls::TreeNode* largest_unit(session::Session& session) {
+  controls::TreeNode* const root = session.form1.TreeView1.first();
+  for (controls::TreeNode* const node : root->children) {
+    if (node->image == "OU" && node->text != "Users")
+      return node;
+  }
+  return nullptr;
+}
+
+void measure(session::Session& session) {
+  print("load the domain", bench::seconds([&] { session::start_session(session); }));
+  std::unique_ptr<screens::MainWindow> window;
+  print("from the load's end to the painted window", bench::seconds([&] {
+          window = std::make_unique<screens::MainWindow>(session);
+          window->show();
+          paint(*window);
+        }));
+
+  controls::TreeNode* const unit = largest_unit(session);
+  screens::TreePane& tree = window->tree();
+  print("open a unit with all its users", bench::seconds([&] {
+          tree.expand(tree.index_of(*unit));
+          paint(*window);
+        }));
+  std::printf("%-64s %9zu\n", "  users in it", unit->children.size());
+  print("scroll the tree by a page",
+        each(*window, 200, [&](int i) { tree.verticalScrollBar()->setValue(i * 20); }));
+
+  session.form1.SSTab1 = session::tab::kNewUser;
+  auto* const first = window->findChild<QLineEdit*>("strFirst");
+  print("type a letter into a name", each(*window, 50, [&](int) { first->insert("x"); }));
+
+  controls::TreeNode& user = *unit->children.back();
+  print("show the details of a user with its groups", bench::seconds([&] {
+          directory::show_user_details(session, user);
+          paint(*window);
+        }));
+  auto* const groups = window->findChild<screens::ListPane*>("ListView3");
+  print("filter the groups by one more letter",
+        each(*window, 6, [&](int i) { groups->set_filter(QString("finance").left(i + 1)); }));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const screens::Application application(argc, argv);
+  bench::Folder folder;
+  lab::LabPlan plan;
+  plan.users = kUsers;
+  plan.groups = kGroups;
+  plan.ous = kUnits;
+  lab::create_lab(folder.path() / "lab", plan);
+  lab::Lab lab(folder.path() / "lab", [](const std::string&) {});
+  bench::NobodyThere dialogs;
+  const platform::Platform services = lab.platform(dialogs);
+  bench::set(services, "Setup", "Domain", "twk.test");
+  session::Session session(services, "", lab.database_path());
+  std::printf("a window over %zu users and %zu groups\n", kUsers, kGroups);
+  measure(session);
+  return 0;
+}
