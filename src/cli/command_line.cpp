@@ -93,6 +93,7 @@ int run(int argc, char** argv) {
   add_ou_commands(app, context);
   add_options_commands(app, context);
   add_log_commands(app, context);
+  add_database_commands(app, context);
   if (!parse(app, argc, argv))
     return kExitGreen;
   if (context.options().live)

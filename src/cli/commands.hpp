@@ -21,5 +21,6 @@ void add_group_commands(CLI::App& app, Context& context);
 void add_ou_commands(CLI::App& app, Context& context);
 void add_options_commands(CLI::App& app, Context& context);
 void add_log_commands(CLI::App& app, Context& context);
+void add_database_commands(CLI::App& app, Context& context);
 
 }  // namespace twk::cli

@@ -140,6 +140,22 @@ class PosixRandomFile final : public platform::RandomFile {
   Lock lock_;
 };
 
+/// False, with `errno`, when it failed; EEXIST when something is there that may not be replaced.
+bool move_file(const std::string& from, const std::string& to, bool replace) {
+  const unsigned flags = replace ? 0U : RENAME_NOREPLACE;
+  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags) == 0)
+    return true;
+  if (replace || errno != EINVAL)
+    return false;
+  // A network file system that cannot do both in one step.
+  struct stat status {};
+  if (lstat(to.c_str(), &status) == 0) {
+    errno = EEXIST;
+    return false;
+  }
+  return errno == ENOENT && ::rename(from.c_str(), to.c_str()) == 0;
+}
+
 /// The status of what the path leads to; false when it cannot be looked at.
 bool look_at(std::string_view path, FoldedNames& names, struct stat& status) {
   base::Trap trap;
@@ -236,8 +252,7 @@ void PosixFiles::remove(std::string_view path) {
 void PosixFiles::rename(std::string_view from, std::string_view to, bool replace) {
   const std::string old_path = local(from);
   const std::string new_path = local(to);
-  const unsigned flags = replace ? 0U : RENAME_NOREPLACE;
-  if (renameat2(AT_FDCWD, old_path.c_str(), AT_FDCWD, new_path.c_str(), flags) != 0) {
+  if (!move_file(old_path, new_path, replace)) {
     if (errno == EEXIST) {
       throw base::RuntimeError(base::error::kFileExists,
                                "cannot rename " + old_path + ": " + new_path + " exists already");

@@ -44,12 +44,13 @@ bool back_up(session::Session& session, const Backup& backup) {
 
 }  // namespace
 
-void Backup_Databases(session::Session& session) {
+bool Backup_Databases(session::Session& session) {
   bool complete = true;
   for (const Backup& backup : kBackups)
     complete = back_up(session, backup) && complete;
   session.form1.StatusBar1.panel1 =
       complete ? "Databases Backed up ( *.BAK)..." : "Not all databases could be backed up.";
+  return complete;
 }
 
 }  // namespace twk::stores

@@ -1,6 +1,7 @@
 #include "stores/compaction.hpp"
 
 #include "base/text.hpp"
+#include "directory/load_options.hpp"
 #include "directory/select_domain.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
@@ -45,6 +46,14 @@ void compact_sites(Session& session) {
   replace_records(session, kTemporarySites, kSiteFile, live);
 }
 
+/// True when the list holds the groups that the domain has now.
+bool groups_are_loaded(Session& session) {
+  const directory::LoadOptions options = directory::read_load_options(session);
+  const bool skipped =
+      session.DirectoryMode != session::kWinNtMode && options.SkipGroups && !options.TemplateGroupsOnly;
+  return !skipped && !session.form1.ListView5.empty();
+}
+
 /// A domain that was loaded without its groups says nothing about which of them exist.
 bool is_to_prune(Session& session, Pruning pruning) {
   const bool wanted =
@@ -53,7 +62,7 @@ bool is_to_prune(Session& session, Pruning pruning) {
        asks_yes(session,
                 "Do you want to remove groups from the templates that no longer exist ? \r\n\r\n"
                 "You should answer no if you manage mutliple Domains!!!"));
-  if (!wanted || !session.form1.ListView5.empty())
+  if (!wanted || groups_are_loaded(session))
     return wanted;
   session.platform.dialogs.MsgBox(
       "The groups of the domain are not loaded: no group is removed from a template.", Buttons::kOk,
@@ -97,9 +106,9 @@ bool report_failure(Session& session, const base::RuntimeError& failure) {
 
 }  // namespace
 
-void Compact_Database(Session& session) {
-  if (asks_yes(session, "This could take a few minutes. \r\nAre you sure you want to continue ?"))
-    compact_database(session, Pruning::kAsk);
+bool Compact_Database(Session& session) {
+  return asks_yes(session, "This could take a few minutes. \r\nAre you sure you want to continue ?") &&
+         compact_database(session, Pruning::kAsk);
 }
 
 bool compact_database(Session& session, Pruning pruning) {

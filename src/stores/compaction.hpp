@@ -10,8 +10,8 @@ namespace twk::stores {
 
 /// Asks whether to compact, and later whether to prune; does it; tells the outcome in the status, on the log
 /// tab and in "Log.txt". Each file is replaced at once, so that a failure, told by message, leaves it as it
-/// was.
-void Compact_Database(session::Session& session);
+/// was. True when it came through.
+bool Compact_Database(session::Session& session);
 
 /// Whether groups that the domain no longer has go from the templates.
 enum class Pruning { kAsk, kKeepGroups, kRemoveGroups };

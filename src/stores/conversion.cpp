@@ -19,6 +19,8 @@ using platform::Icon;
 using session::Session;
 
 constexpr std::string_view kTitle = "Convert";
+/// The generation whose permission tables alone are old.
+constexpr std::string_view kBeforePermissions = "2.3";
 
 /// One conversion: the log, and what to say when the step in hand fails.
 struct Conversion {
@@ -60,13 +62,16 @@ void for_each_record(Conversion& conversion, std::string_view file, std::size_t 
     use(std::string_view(bytes).substr(at, record_size));
 }
 
-/// A renaming that broke off between its two steps is brought to its end.
-void finish_renaming(Conversion& conversion, std::string_view file, std::string_view fresh,
+/// A renaming that broke off between its two steps is brought to its end. True when there was one: the file
+/// is converted then.
+bool finish_renaming(Conversion& conversion, std::string_view file, std::string_view fresh,
                      std::string_view kept) {
   platform::Files& files = conversion.files();
-  if (!files.exists(conversion.path(file)) && files.exists(conversion.path(fresh)) &&
-      files.exists(conversion.path(kept)))
-    files.rename(conversion.path(fresh), conversion.path(file));
+  if (files.exists(conversion.path(file)) || !files.exists(conversion.path(fresh)) ||
+      !files.exists(conversion.path(kept)))
+    return false;
+  files.rename(conversion.path(fresh), conversion.path(file));
+  return true;
 }
 
 /// False when the file is not there, which is told.
@@ -87,8 +92,7 @@ void convert_sites(Conversion& conversion) {
   constexpr std::string_view kNew = "Site.new";
   constexpr std::string_view kOld = "Site.v22";
   conversion.failure_text = "Error with site file...";
-  finish_renaming(conversion, kSiteFile, kNew, kOld);
-  if (!is_there(conversion, kSiteFile))
+  if (finish_renaming(conversion, kSiteFile, kNew, kOld) || !is_there(conversion, kSiteFile))
     return;
   conversion.log("Opening Site.new");
   conversion.log("Opening Site.dat");
@@ -106,8 +110,7 @@ void convert_templates(Conversion& conversion, TemplateGeneration generation) {
   constexpr std::string_view kNew = "Template.new";
   constexpr std::string_view kOld = "Template.v23";
   conversion.failure_text = "Error with template file ....";
-  finish_renaming(conversion, kTemplateFile, kNew, kOld);
-  if (!is_there(conversion, kTemplateFile))
+  if (finish_renaming(conversion, kTemplateFile, kNew, kOld) || !is_there(conversion, kTemplateFile))
     return;
   conversion.log("Opening Template.new");
   conversion.log("Opening Template.dat");
@@ -147,8 +150,8 @@ constexpr std::array kPermissionTables = {
 void convert_permissions(Conversion& conversion) {
   for (const PermissionTable& table : kPermissionTables) {
     conversion.failure_text = table.failure_text;
-    finish_renaming(conversion, table.file, table.fresh, table.kept);
-    if (!conversion.files().exists(conversion.path(table.file)))
+    if (finish_renaming(conversion, table.file, table.fresh, table.kept) ||
+        !conversion.files().exists(conversion.path(table.file)))
       continue;
     std::string converted;
     for_each_record(conversion, table.file, kOldPermissionRecordSize,
@@ -238,20 +241,24 @@ bool Convert(Session& session, std::string_view dbpath, std::int32_t stage) {
   return true;
 }
 
-void convert_old_database(Session& session) {
+bool convert_old_database(Session& session) {
   const std::string version = session::read_setting(session, session::kVersion, "DBVersion");
-  for (const OldDatabase& step : steps_from(version)) {
+  const std::vector<OldDatabase> steps = steps_from(version);
+  for (const OldDatabase& step : steps) {
     session.platform.dialogs.MsgBox(step.text, Buttons::kOk, Icon::kCritical, step.title);
-    if (Convert(session, session.form1.dbpath.text.get(), step.stage))
-      continue;
-    // What an earlier step completed is not to be taken for the whole.
-    session::write_setting(session, session::kVersion, "DBVersion", version);
-    throw base::RuntimeError(
-        base::error::kBadFileName,
-        "The database files in " + session.form1.dbpath.text.get() + " are of generation \"" + version +
-            "\" and could not be converted. Convert.log tells the step. Where another administrator has "
-            "converted them already, set DBVersion to 2.4.");
+    if (!Convert(session, session.form1.dbpath.text.get(), step.stage)) {
+      throw base::RuntimeError(
+          base::error::kBadFileName,
+          "The database files in " + session.form1.dbpath.text.get() + " are of generation \"" +
+              session::read_setting(session, session::kVersion, "DBVersion") +
+              "\" and could not be converted. Convert.log tells the step. Where another administrator has "
+              "converted them already, set DBVersion to 2.4.");
+    }
+    // What one step completed is not to be taken for the whole.
+    if (step.stage != steps.back().stage)
+      session::write_setting(session, session::kVersion, "DBVersion", kBeforePermissions);
   }
+  return !steps.empty();
 }
 
 }  // namespace twk::stores

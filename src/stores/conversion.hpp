@@ -27,7 +27,9 @@ inline constexpr std::int32_t kFrom23 = 5;  ///< the two permission tables
 bool Convert(session::Session& session, std::string_view dbpath, std::int32_t stage);
 
 /// Start-up's look at `DBVersion`: tells the person which old generation was found and converts it. Raises a
-/// runtime error when that failed, since old records must not be taken for new ones.
-void convert_old_database(session::Session& session);
+/// runtime error when that failed, since old records must not be taken for new ones;
+/// `DBVersion` then names the generation that was reached, from which the next start goes on. False when
+/// nothing was old.
+bool convert_old_database(session::Session& session);
 
 }  // namespace twk::stores

@@ -81,7 +81,7 @@ std::size_t old_template_record_size(TemplateGeneration generation) {
 }
 
 std::string upgrade_site(std::string_view old_record) {
-  return Upgrade(old_record).field(0, 4 + 3 * 20).field(64, 20, 30).field(84, 20, 30).text({}, 30).take();
+  return Upgrade(old_record).field(0, 4 + 3 * 20).field(64, 20, 30).field(84, 18, 30).text({}, 30).take();
 }
 
 std::string upgrade_template(std::string_view old_record, TemplateGeneration generation) {

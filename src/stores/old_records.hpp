@@ -9,7 +9,7 @@
 /// they are today, so a field moves byte by byte.
 ///
 ///     "Site.dat" 1.x, 102 bytes     Deleted 2, Exchange2000 2, Name 20, NTServer 20, ExchangeServer 20,
-///                                   ExchangeOrg 20, ExchangeSite 20
+///                                   ExchangeOrg 20, ExchangeSite 18 (of 20: the record ends there)
 ///
 ///     "Template.dat"                1.x    2.0    2.1    2.2
 ///       Deleted, GroupCount           0      0      0      0      2 bytes each

@@ -137,5 +137,34 @@ TEST_F(Stores, TheLogIsShownAndDeleted) {
   EXPECT_EQ(run({"log", "show"}).out, "");
 }
 
+TEST_F(Stores, CompactionDropsADeletedSiteAndPrunesByOption) {
+  ASSERT_EQ(run({"site", "add", "London", "--nt-server", "LON1"}).exit_code, 0);
+  ASSERT_EQ(run({"--yes", "site", "delete", "London"}).exit_code, 0);
+  ASSERT_EQ(get_file(database_file("Site.dat")).size(), 2 * 154U);
+  EXPECT_EQ(run({"--no-input", "db", "compact"}).exit_code, 2);
+  ASSERT_EQ(get_file(database_file("Site.dat")).size(), 2 * 154U);
+  EXPECT_EQ(result_of({"db", "compact", "--keep-groups"}), nlohmann::json({{"compacted", true}}));
+  EXPECT_EQ(get_file(database_file("Site.dat")).size(), 154U);
+  EXPECT_EQ(run({"--yes", "db", "compact"}).exit_code, 0);
+}
+
+TEST_F(Stores, BackupCopiesOldFilesAsTheyAreAndConversionKeepsThem) {
+  const WorkingDirectory working(lab());  // of Convert.log
+  ASSERT_EQ(run({"settings", "set", "Version", "DBVersion", "2.3"}).exit_code, 0);
+  const std::string old_rows(64, ' ');
+  put_file(database_file("Permissions.dat"), old_rows);
+  EXPECT_EQ(run({"db", "backup"}).exit_code, 0);
+  EXPECT_EQ(get_file(database_file("Permissions.bak")), old_rows);
+  EXPECT_EQ(get_file(database_file("Permissions.dat")), old_rows);
+  const ProgramResult converted = run({"db", "convert"});
+  EXPECT_EQ(converted.exit_code, 0) << converted.err;
+  EXPECT_THAT(converted.err, HasSubstr("older versions of Permissions.dat & SharePerm.dat"));
+  EXPECT_EQ(get_file(database_file("Permissions.v24")), old_rows);
+  EXPECT_EQ(get_file(database_file("Permissions.dat")).size(), 114U);
+  EXPECT_EQ(result_of({"db", "convert"}), nlohmann::json({{"converted", false}, {"version", "2.4"}}));
+  EXPECT_EQ(run({"db", "convert", "--from", "2.3"}).exit_code, 2);
+  EXPECT_EQ(run({"db", "convert", "--from", "3"}).exit_code, 64);
+}
+
 }  // namespace
 }  // namespace twk::test

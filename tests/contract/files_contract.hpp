@@ -59,4 +59,29 @@ TEST_P(FilesContract, PathCannotLeaveItsDrive) {
   }
 }
 
+TEST_P(FilesContract, RenamedFileIsThereUnderItsNewNameAlone) {
+  const std::string share = drive() + "\\Users\\";
+  files_.write(share + "New.dat", "new");
+  files_.rename(share + "NEW.DAT", share + "Now.dat");
+  EXPECT_FALSE(files_.exists(share + "New.dat"));
+  EXPECT_EQ(files_.read(share + "Now.dat"), "new");
+  EXPECT_EQ(number_of([&] { files_.rename(share + "None.dat", share + "X.dat"); }),
+            base::error::kFileNotFound);
+  EXPECT_FALSE(files_.exists(share + "X.dat"));
+}
+
+TEST_P(FilesContract, RenamingTakesANameThatIsInUseOnlyWhenToldTo) {
+  const std::string share = drive() + "\\Users\\";
+  files_.write(share + "New.dat", "new");
+  files_.write(share + "Old.dat", "old");
+  EXPECT_EQ(number_of([&] { files_.rename(share + "New.dat", share + "OLD.dat"); }),
+            base::error::kFileExists);
+  EXPECT_EQ(files_.read(share + "New.dat"), "new");
+  EXPECT_EQ(files_.read(share + "Old.dat"), "old");
+  files_.rename(share + "New.dat", share + "OLD.dat", true);
+  EXPECT_FALSE(files_.exists(share + "New.dat"));
+  EXPECT_EQ(files_.read(share + "Old.dat"), "new");
+  EXPECT_EQ(files_.list(share).size(), 1U);
+}
+
 }  // namespace twk::contract

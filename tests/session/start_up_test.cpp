@@ -29,10 +29,27 @@ TEST_F(StartUpWithoutADomain, ADomainThatDoesNotAnswerLeavesTheRestUsable) {
   EXPECT_EQ(session.form1.TreeView1.size(), 0U);
 }
 
-TEST_F(StartUpWithoutADomain, FilesOfAnOlderGenerationAreNotTouched) {
-  set("Version", "DBVersion", "2.2");
+TEST_F(StartUpWithoutADomain, FilesOfAnOlderGenerationAreConvertedBeforeTheyAreRead) {
+  const test::WorkingDirectory working(database.path());
+  set("Version", "DBVersion", "2.3");
+  test::put_file(database / "Permissions.dat", std::string(64, ' '));
+  dialogs.expect("older versions of Permissions.dat & SharePerm.dat");
+  dialogs.expect("Conversion Complete");
+  EXPECT_EQ(start_session(session), StartUp::kReady);
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
+  EXPECT_EQ(test::get_file(database / "Permissions.dat").size(), 114U);
+}
+
+TEST_F(StartUpWithoutADomain, FilesThatCannotBeConvertedAreNotRead) {
+  const test::WorkingDirectory working(database.path());
+  set("Version", "DBVersion", "2.3");
+  test::put_file(database / "Permissions.dat", std::string(64, ' '));
+  test::put_file(database / "Permissions.v24", "kept");
+  dialogs.expect("older versions of Permissions.dat & SharePerm.dat");
+  dialogs.expect("Error converting Permissions.dat");
   EXPECT_THROW(start_session(session), base::RuntimeError);
   EXPECT_FALSE(posix_files.exists(session.form1.dbpath.text.get() + "Mail.dat"));
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.3");
 }
 
 TEST_F(StartUpWithoutADomain, StagesThatAreNotAvailableAreOffWhateverTheSettingsSay) {

@@ -34,6 +34,23 @@ class TemporaryDirectory {
   std::filesystem::path path_;
 };
 
+/// The program works in another folder until the end of the scope.
+class WorkingDirectory {
+ public:
+  explicit WorkingDirectory(const std::filesystem::path& path) : before_(std::filesystem::current_path()) {
+    std::filesystem::current_path(path);
+  }
+  WorkingDirectory(const WorkingDirectory&) = delete;
+  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+  ~WorkingDirectory() {
+    std::error_code gone;
+    std::filesystem::current_path(before_, gone);
+  }
+
+ private:
+  std::filesystem::path before_;
+};
+
 inline void put_file(const std::string& path, std::string_view bytes) {
   std::ofstream out(path, std::ios::binary | std::ios::trunc);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -1,0 +1,103 @@
+#include "cli/commands.hpp"
+#include "cli/context.hpp"
+#include "cli/exit_codes.hpp"
+#include "session/settings.hpp"
+#include "stores/backup.hpp"
+#include "stores/compaction.hpp"
+#include "stores/conversion.hpp"
+
+namespace twk::cli {
+namespace {
+
+using session::Session;
+
+struct DatabaseArguments {
+  bool prune_groups = false;
+  bool keep_groups = false;
+  std::string from;
+};
+
+const std::vector<std::pair<std::string, std::int32_t>> kStages = {{"1", stores::conversion::kFrom1},
+                                                                   {"2.0", stores::conversion::kFrom20},
+                                                                   {"2.1", stores::conversion::kFrom21},
+                                                                   {"2.2", stores::conversion::kFrom22},
+                                                                   {"2.3", stores::conversion::kFrom23}};
+
+bool compact(Session& session, const DatabaseArguments& arguments) {
+  if (!arguments.prune_groups && !arguments.keep_groups)
+    return stores::Compact_Database(session);
+  return stores::compact_database(
+      session, arguments.prune_groups ? stores::Pruning::kRemoveGroups : stores::Pruning::kKeepGroups);
+}
+
+int compact_databases(Context& context, const DatabaseArguments& arguments) {
+  Session& session = context.session(Depth::kDatabases);
+  bool done = false;
+  act(session, [&] { done = compact(session, arguments); });
+  if (!done)
+    return kExitRed;
+  context.output().result({{"compacted", true}}, "Databases compacted.");
+  return kExitGreen;
+}
+
+/// Reads the settings alone, so that files of an older generation are copied as they are.
+int back_up_databases(Context& context, const DatabaseArguments& /*arguments*/) {
+  Session& session = context.session(Depth::kSettings);
+  bool complete = false;
+  act(session, [&] { complete = stores::Backup_Databases(session); });
+  if (!complete)
+    return kExitRed;
+  context.output().result({{"backedUp", true}}, "Databases backed up.");
+  return kExitGreen;
+}
+
+bool convert_from(Session& session, std::string_view version) {
+  const auto stage = std::find_if(kStages.begin(), kStages.end(),
+                                  [version](const auto& known) { return known.first == version; });
+  return stores::Convert(session, session.form1.dbpath.text.get(), stage->second);
+}
+
+int convert_databases(Context& context, const DatabaseArguments& arguments) {
+  Session& session = context.session(Depth::kSettings);
+  bool converted = false;
+  act(session, [&] {
+    converted = arguments.from.empty() ? stores::convert_old_database(session)
+                                       : convert_from(session, arguments.from);
+  });
+  if (!converted && !arguments.from.empty())
+    return kExitRed;
+  context.output().result(
+      {{"converted", converted}, {"version", session::read_setting(session, session::kVersion, "DBVersion")}},
+      converted ? "Databases converted." : "No database is of an older generation; nothing was converted.");
+  return kExitGreen;
+}
+
+}  // namespace
+
+void add_database_commands(CLI::App& app, Context& context) {
+  auto arguments = std::make_shared<DatabaseArguments>();
+  auto* database = app.add_subcommand("db", "Compact, back up and convert the database files");
+  database->require_subcommand(1);
+  const auto add = [&](const char* name, const char* what, auto action) {
+    auto* command = database->add_subcommand(name, what);
+    command->callback(
+        [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
+    return command;
+  };
+  auto* compaction =
+      add("compact", "Drop deleted sites and templates; asks, unless an option says what becomes of groups",
+          compact_databases);
+  auto* prune = compaction->add_flag("--prune-groups", arguments->prune_groups,
+                                     "Groups that the domain no longer has go from the templates");
+  compaction->add_flag("--keep-groups", arguments->keep_groups, "Templates keep all their groups")
+      ->excludes(prune);
+  add("backup", "Copy the database files beside themselves as *.bak", back_up_databases);
+  std::vector<std::string> versions;
+  for (const auto& [version, stage] : kStages)
+    versions.push_back(version);
+  add("convert", "Convert database files of an older generation, which DBVersion tells", convert_databases)
+      ->add_option("--from", arguments->from, "Convert from this generation, whatever DBVersion says")
+      ->check(CLI::IsMember(versions));
+}
+
+}  // namespace twk::cli

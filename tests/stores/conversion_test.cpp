@@ -1,0 +1,198 @@
+#include "stores/conversion.hpp"
+
+#include "stores/old_records.hpp"
+#include "stores/records.hpp"
+#include "support/world.hpp"
+
+namespace twk::stores {
+namespace {
+
+constexpr const char* kTemplateText =
+    "TWK dectected an older version of Template.dat file\r\nThis can cause unpredictable results if used"
+    "\r\n\r\nTWK will now convert it to the new format.\r\nYour original file will be renamed Template.v23";
+constexpr const char* kSiteText =
+    "TWK dectected an older version of Site.dat/Template.dat files\r\nThis can cause unpredictable results "
+    "if "
+    "used\r\n\r\nTWK will now convert them to the new format.\r\nYour original files will be renamed "
+    "Template.v23 & Site.v22";
+constexpr const char* kPermissionText =
+    "TWK dectected older versions of Permissions.dat & SharePerm.dat file\r\nThis can cause unpredictable "
+    "results if used\r\n\r\nTWK will now convert them to the new format.\r\nYour original files will be "
+    "renamed with a .v24 extension";
+
+/// An old record: zero words, then a name, then blanks.
+std::string old_record(std::string_view name, std::size_t size, bool deleted = false) {
+  std::string bytes(deleted ? "\xFF\xFF\0\0" : "\0\0\0\0", 4);
+  bytes += name;
+  bytes.resize(size, ' ');
+  return bytes;
+}
+
+class ConversionTest : public test::TestWorld {
+ protected:
+  void put(std::string_view file, std::string_view bytes) { test::put_file(database / file, bytes); }
+  std::string get(std::string_view file) { return test::get_file(database / file); }
+  [[nodiscard]] std::string directory_name() const { return session.form1.dbpath.text.get(); }
+  /// Old files of every kind for the generation.
+  void put_all(TemplateGeneration generation) {
+    put("Site.dat", old_record("London", kOldSiteRecordSize));
+    put("Template.dat", old_record("Staff", old_template_record_size(generation)));
+    put("Permissions.dat", std::string(kOldPermissionRecordSize, ' '));
+    put("SharePerm.dat", std::string(kOldPermissionRecordSize, ' '));
+  }
+
+  test::TemporaryDirectory program;
+  test::WorkingDirectory working{program.path()};
+};
+
+struct Ladder {
+  const char* version;
+  TemplateGeneration generation;
+  const char* first_text;  ///< before the one about permissions
+};
+
+class VersionLadder : public ConversionTest, public testing::WithParamInterface<Ladder> {};
+
+TEST_P(VersionLadder, TellsWhatIsOldThenConvertsIt) {
+  set("Version", "DBVersion", GetParam().version);
+  put_all(GetParam().generation);
+  if (GetParam().first_text != nullptr) {
+    dialogs.expect(GetParam().first_text);
+    dialogs.expect("Conversion Complete");
+  }
+  dialogs.expect(kPermissionText);
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(convert_old_database(session));
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
+  const bool templates = GetParam().first_text != nullptr;
+  const bool sites = templates && GetParam().first_text == kSiteText;
+  EXPECT_EQ(posix_files.exists(database / "Template.v23"), templates);
+  EXPECT_EQ(posix_files.exists(database / "Site.v22"), sites);
+  EXPECT_EQ(get("Site.dat").size(), sites ? kSiteRecordSize : kOldSiteRecordSize);
+  EXPECT_EQ(get("Template.dat").size(),
+            templates ? kTemplateRecordSize : old_template_record_size(GetParam().generation));
+  EXPECT_EQ(get("SharePerm.dat").size(), kPermissionRecordSize);
+  EXPECT_EQ(get("Permissions.dat").size(), kPermissionRecordSize);
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, VersionLadder,
+                         testing::Values(Ladder{"1.3", TemplateGeneration::k1, kSiteText},
+                                         Ladder{"2.0", TemplateGeneration::k20, kTemplateText},
+                                         Ladder{"2.1", TemplateGeneration::k21, kTemplateText},
+                                         Ladder{"2.2", TemplateGeneration::k22, kTemplateText},
+                                         Ladder{"2.3", TemplateGeneration::k22, nullptr}));
+
+TEST_F(ConversionTest, DatabasesOfTodayAndWithoutAVersionAreLeftAlone) {
+  for (const char* const version : {"2.4", ""}) {
+    set("Version", "DBVersion", version);
+    put_all(TemplateGeneration::k22);
+    EXPECT_FALSE(convert_old_database(session)) << version;
+    EXPECT_EQ(get("Site.dat").size(), kOldSiteRecordSize);
+    EXPECT_EQ(setting("Version", "DBVersion"), version);
+  }
+}
+
+TEST_F(ConversionTest, AKeptFileOfAnEarlierConversionStopsAtTheRenameAndLosesNothing) {
+  set("Version", "DBVersion", "2.2");
+  put_all(TemplateGeneration::k22);
+  const std::string before = get("Template.dat");
+  put("Template.v23", "kept");
+  dialogs.expect(kTemplateText);
+  dialogs.expect("Error renaming template files. File may already exist.");
+  EXPECT_THROW(convert_old_database(session), base::RuntimeError);
+  EXPECT_EQ(dialogs.last_icon, platform::Icon::kCritical);
+  EXPECT_EQ(get("Template.dat"), before);
+  EXPECT_EQ(get("Template.v23"), "kept");
+  EXPECT_EQ(get("Permissions.dat").size(), kOldPermissionRecordSize);
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.2");
+}
+
+TEST_F(ConversionTest, AFailedSecondStepIsTheFirstOfTheNextStart) {
+  set("Version", "DBVersion", "2.2");
+  put_all(TemplateGeneration::k22);
+  put("Permissions.v24", "in the way");
+  dialogs.expect(kTemplateText);
+  dialogs.expect("Conversion Complete");
+  dialogs.expect(kPermissionText);
+  dialogs.expect("Error converting Permissions.dat");
+  EXPECT_THROW(convert_old_database(session), base::RuntimeError);
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.3");
+  posix_files.remove(database / "Permissions.v24");
+  dialogs.expect(kPermissionText);
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(convert_old_database(session));
+  EXPECT_EQ(get("Permissions.dat").size(), kPermissionRecordSize);
+  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
+}
+
+TEST_F(ConversionTest, ARenamingThatBrokeOffIsFinished) {
+  put_all(TemplateGeneration::k1);
+  const std::string converted = upgrade_site(get("Site.dat"));
+  posix_files.rename(database / "Site.dat", database / "Site.v22", false);
+  put("Site.new", converted);
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom1));
+  EXPECT_EQ(get("Site.dat"), converted);
+  EXPECT_FALSE(posix_files.exists(database / "Site.new"));
+  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
+}
+
+TEST_F(ConversionTest, MissingFilesAreToldAndTheRestIsConverted) {
+  dialogs.expect("Can't find " + directory_name() + "Site.dat");
+  dialogs.expect("Can't find " + directory_name() + "Template.dat");
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom1));
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom23));
+}
+
+TEST_F(ConversionTest, StrayBytesAreToldAndDeletedRecordsLeftBehind) {
+  put("Template.dat", old_record("Gone", 4324, true) + old_record("Staff", 4324) + "stray");
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
+  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
+  EXPECT_EQ(decode_template(get("Template.dat")).Name, "Staff");
+  const std::string text = "Template.dat ends in 5 bytes that are no whole record; they were left out";
+  EXPECT_THAT(test::texts(session.form1.ListView1), testing::Contains(testing::HasSubstr(text)));
+}
+
+TEST_F(ConversionTest, ConvertLogTellsTheStepsInTheWorkingDirectory) {
+  put_all(TemplateGeneration::k22);
+  dialogs.expect("Conversion Complete");
+  ASSERT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
+  dialogs.expect("Conversion Complete");
+  ASSERT_TRUE(Convert(session, directory_name(), conversion::kFrom23));
+  std::string log = test::get_file(program / "Convert.log");
+  std::erase(log, '\r');
+  EXPECT_TRUE(log.starts_with(std::string(41, '*') + "\n")) << log;
+  for (const char* const lines :
+       {"\nUser:admin\nOpening Template.new\nOpening Template.dat\n1: templates to convert\n"
+        "Converting Template:Staff\nTemplate converted\n",
+        "\nUser:admin\nRename Permissions.dat to Permission.v24\nRename Permissions.ner to Permissions.dat\n"
+        "Rename SharePerm.dat to SharePerm.v24\nRename sharePerm.new to SharePerm.dat\n"})
+    EXPECT_THAT(log, testing::HasSubstr(lines));
+}
+
+TEST_F(ConversionTest, FailureAtAnyCallLeavesOldAndNewTemplatesWhole) {
+  const std::string old_bytes = old_record("Staff", 4324);
+  const std::string new_bytes = upgrade_template(old_bytes, TemplateGeneration::k22);
+  // Convert.log takes the first call, without which the conversion goes on.
+  for (int call = 2; call <= 5; ++call) {
+    put("Template.dat", old_bytes);
+    files.fail_from(call, 61);
+    dialogs.expect("the disk refuses");
+    EXPECT_FALSE(Convert(session, directory_name(), conversion::kFrom22)) << "call " << call;
+    files.fail_from(0, 0);
+    const bool renamed = posix_files.exists(database / "Template.v23");
+    EXPECT_EQ(get(renamed ? "Template.v23" : "Template.dat"), old_bytes) << "call " << call;
+    EXPECT_EQ(setting("Version", "DBVersion"), "(none)");
+  }
+  // The last call that failed was the second renaming, which the next run brings to its end.
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
+  EXPECT_EQ(get("Template.dat"), new_bytes);
+}
+
+}  // namespace
+}  // namespace twk::stores
