@@ -81,7 +81,9 @@ void load_csv_layout(Session& session, std::string_view path) {
   std::string_view line;
   if (next_line(text, position, line)) {
     add_preview(window, line);
-    for (int column = 1; column <= window.columns; ++column) {
+    // A field beyond the last element of the line's fields cannot be asked for.
+    const int offered = std::min(window.columns.get(), static_cast<int>(session::kMostImportFields));
+    for (int column = 1; column <= offered; ++column) {
       const std::string tag = "%IMPORT" + base::to_text(column) + "%";
       for (controls::ComboBox* box : choices(window))
         box->add_item(tag);

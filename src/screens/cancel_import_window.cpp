@@ -3,34 +3,52 @@
 #include <QVBoxLayout>
 
 #include "batch/import.hpp"
-#include "screens/application.hpp"
 #include "screens/form.hpp"
 #include "screens/windows.hpp"
 
 namespace twk::screens {
+namespace {
+
+/// Painted the moment it changes: a creation lets no event in before its end.
+void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
+  auto* const text = new QLabel(box.parentWidget());
+  text->setObjectName(name);
+  text->setTextFormat(Qt::PlainText);
+  text->setWordWrap(true);
+  box.addWidget(text);
+  bind_to(*text, control);
+  follow(*text, control.caption, [text](const std::string&) { text->repaint(); });
+}
+
+}  // namespace
 
 std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent) {
-  auto dialog = std::make_unique<QDialog>(parent);
+  auto window = std::make_unique<QDialog>(parent);
+  QDialog* const dialog = window.get();
   dialog->setObjectName("CancelImport");
   dialog->setWindowTitle("Cancel Import");
-  auto* const box = new QVBoxLayout(dialog.get());
-  auto* const count = new QLabel(dialog.get());
-  count->setObjectName("count");
-  count->setMinimumWidth(count->fontMetrics().averageCharWidth() * 50);
-  box->addWidget(count);
-  bind_to(*count, session.form1.Import_Text);
-  auto* const bar = new QProgressBar(dialog.get());
+  session::Form1& form = session.form1;
+  auto* const column = new QVBoxLayout(dialog);
+  add_caption(*column, "Import_Text", form.Import_Text);
+  auto* const bar = new QProgressBar(dialog);
+  bar->setObjectName("ProgressBar1");
   bar->setAccessibleName("Progress of the user in hand");
-  box->addWidget(bar);
-  bind_to(*bar, session.form1.ProgressBar1);
-  auto* const row = new QHBoxLayout();
-  box->addLayout(row);
+  column->addWidget(bar);
+  bind_to(*bar, form.ProgressBar1);
+  follow(*bar, form.ProgressBar1.value, [bar](int) { bar->repaint(); });
+  add_caption(*column, "progress", form.progress);
+  column->addStretch();
+  auto* const row = new QHBoxLayout;
+  column->addLayout(row);
   row->addStretch();
-  const Action stop = [&session] { batch::CancelButton_Click(session); };
-  add_button(*row, "&Stop", "CancelButton", session.cancel_import.CancelButton, stop)->setDefault(true);
-  // Esc and the window's cross stop as well: the run does not go on unseen.
-  QObject::connect(dialog.get(), &QDialog::rejected, dialog.get(), [stop] { run_guarded(stop); });
-  return dialog;
+  auto* const stop = add_button(*row, "&Stop", "CancelButton", session.cancel_import.CancelButton,
+                                [dialog] { dialog->reject(); });
+  stop->setDefault(true);
+  row->addStretch();
+  // Esc and the window's cross stop too.
+  QObject::connect(dialog, &QDialog::rejected, dialog, [&session] { batch::CancelButton_Click(session); });
+  dialog->setMinimumWidth(dialog->fontMetrics().averageCharWidth() * 55);
+  return window;
 }
 
 }  // namespace twk::screens

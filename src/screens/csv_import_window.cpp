@@ -1,99 +1,104 @@
-#include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QVBoxLayout>
+#include <algorithm>
 
 #include "batch/csv_layout.hpp"
 #include "screens/dialog_buttons.hpp"
 #include "screens/form.hpp"
 #include "screens/list_pane.hpp"
-#include "screens/text.hpp"
 #include "screens/windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-/// The first two lines of the file under the numbers of their columns.
-QWidget* make_preview(session::CSV_Import& window, QWidget* parent) {
-  auto* const group = new QGroupBox("CSV File Format", parent);
-  auto* const column = new QVBoxLayout(group);
+using session::CSV_Import;
+
+/// Columns that no user is made from are not shown.
+QStringList numbered_columns(int columns) {
   QStringList headings;
-  for (int i = 1; i <= std::max(1, window.columns.get()); ++i)
-    headings << QString::number(i);
-  auto* const lines =
-      new ListPane(window.ListView1, {.headings = headings, .empty_text = "The file is empty."}, group);
-  lines->setObjectName("ListView1");
-  lines->setAccessibleName("First lines of the file");
-  lines->setHeaderHidden(false);
-  lines->header()->setStretchLastSection(false);
-  for (int i = 0; i < headings.size(); ++i)
-    lines->resizeColumnToContents(i);
-  lines->setFixedHeight(lines->header()->sizeHint().height() + 4 * lines->fontMetrics().height());
-  column->addWidget(lines);
+  for (int column = 1; column <= std::clamp(columns, 1, static_cast<int>(session::kMostImportFields));
+       ++column)
+    headings << QString::number(column);
+  return headings;
+}
+
+QGroupBox* make_preview(CSV_Import& window, QWidget* parent) {
+  auto* const group = new QGroupBox("CSV File Format", parent);
+  auto* const box = new QVBoxLayout(group);
+  auto* const list = new ListPane(
+      window.ListView1,
+      {.headings = numbered_columns(window.columns), .empty_text = "There is no line in this file."}, group);
+  list->setObjectName("ListView1");
+  list->setAccessibleName("First lines of the file");
+  list->setHeaderHidden(false);
+  list->header()->setStretchLastSection(false);
+  list->header()->setMinimumSectionSize(list->fontMetrics().averageCharWidth() * 12);
+  list->header()->setMaximumSectionSize(list->fontMetrics().averageCharWidth() * 40);
+  for (int column = 0; column < list->model()->columnCount(); ++column)
+    list->resizeColumnToContents(column);
+  list->setFixedHeight(list->fontMetrics().lineSpacing() * 7);
+  box->addWidget(list);
   return group;
 }
 
-struct Choice {
-  const char* caption;
-  const char* name;
-  controls::ComboBox& control;
-};
+void add_choice(QBoxLayout& row, const QString& title, const char* name, controls::ComboBox& control) {
+  auto* const group = new QGroupBox(title, row.parentWidget());
+  auto* const box = new QVBoxLayout(group);
+  auto* const choice = new QComboBox(group);
+  choice->setObjectName(name);
+  choice->setAccessibleName(QString(title).remove('&'));
+  choice->setMinimumContentsLength(11);
+  choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  box->addWidget(choice);
+  row.addWidget(group);
+  bind_to(*choice, control);
+}
 
-QLayout* make_choices(session::CSV_Import& window, QWidget* parent) {
-  auto* const grid = new QGridLayout();
-  int place = 0;
-  for (const Choice& choice : {Choice{"First Name", "ImportFirst", window.ImportFirst},
-                               Choice{"Middle Name", "ImportMiddle", window.ImportMiddle},
-                               Choice{"Last Name", "ImportLast", window.ImportLast},
-                               Choice{"UserID", "ImportUserID", window.ImportUserID},
-                               Choice{"Password", "ImportPassword", window.ImportPassword}}) {
-    auto* const group = new QGroupBox(choice.caption, parent);
-    auto* const column = new QVBoxLayout(group);
-    auto* const box = new QComboBox(group);
-    box->setObjectName(choice.name);
-    box->setAccessibleName(choice.caption);
-    column->addWidget(box);
-    bind_to(*box, choice.control);
-    grid->addWidget(group, place / 3, place % 3);
-    ++place;
-  }
-  return grid;
+void add_choices(QVBoxLayout& column, CSV_Import& window) {
+  auto* const row = new QHBoxLayout;
+  column.addLayout(row);
+  add_choice(*row, "&First Name", "ImportFirst", window.ImportFirst);
+  add_choice(*row, "&Middle Name", "ImportMiddle", window.ImportMiddle);
+  add_choice(*row, "&Last Name", "ImportLast", window.ImportLast);
+  add_choice(*row, "&UserID", "ImportUserID", window.ImportUserID);
+  add_choice(*row, "&Password", "ImportPassword", window.ImportPassword);
 }
 
 }  // namespace
 
 std::unique_ptr<QDialog> make_csv_import(session::Session& session, QWidget* parent) {
-  session::CSV_Import& window = session.csv_import;
+  CSV_Import& window = session.csv_import;
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("CSV_Import");
   dialog->setWindowTitle("CSV File Import");
-  auto* const box = new QVBoxLayout(dialog.get());
+  auto* const column = new QVBoxLayout(dialog.get());
   auto* const file = new QLabel(dialog.get());
   file->setObjectName("File_Name");
-  box->addWidget(file);
+  file->setTextFormat(Qt::PlainText);
+  column->addWidget(file);
   bind_to(*file, window.File_Name);
-  box->addWidget(make_preview(window, dialog.get()));
-  add_check(*box, "Use &Default settings, First 3 fields: First,Middle,Last", "chkImport", window.chkImport,
-            [&session] { batch::chkImport_Click(session); });
-  box->addLayout(make_choices(window, dialog.get()));
-  auto* const hint = new QLabel(
-      "Make sure you have selected the correct Template && Site. Press \"OK\" to start the Import.",
-      dialog.get());
-  hint->setObjectName("Label2");
-  hint->setWordWrap(true);
-  hint->setText(hint->text().replace("&&", "&"));
-  hint->setTextFormat(Qt::PlainText);
-  box->addWidget(hint);
-  box->addStretch();
+  column->addWidget(make_preview(window, dialog.get()), 1);
+  add_check(*column, "Use &Default settings, First 3 fields: First,Middle,Last", "chkImport",
+            window.chkImport, [&session] { batch::chkImport_Click(session); });
+  add_choices(*column, window);
+  auto* const advice =
+      new QLabel("Make sure you have selected the correct Template & Site. Press \"OK\" to start the Import.",
+                 dialog.get());
+  advice->setObjectName("Label2");
+  advice->setWordWrap(true);
+  column->addWidget(advice);
   QDialogButtonBox* const buttons = add_ok_cancel(
-      *dialog, *box, "Command1",
+      *dialog, *column, "Command1",
       [&session] {
         batch::csv_layout_ok(session);
         return true;
       },
       [&session] { batch::csv_layout_cancel(session); });
-  buttons->button(QDialogButtonBox::Cancel)->setObjectName("Command2");
-  dialog->resize(560, dialog->sizeHint().height());
+  QPushButton* const cancel = buttons->button(QDialogButtonBox::Cancel);
+  cancel->setObjectName("Command2");
+  cancel->setText("&Cancel");
   return dialog;
 }
 

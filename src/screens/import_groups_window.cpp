@@ -1,5 +1,5 @@
 #include <QGroupBox>
-#include <QRadioButton>
+#include <QVBoxLayout>
 
 #include "batch/import_options.hpp"
 #include "screens/dialog_buttons.hpp"
@@ -9,37 +9,37 @@
 namespace twk::screens {
 namespace {
 
-QWidget* make_range(session::Session& session, QWidget* parent) {
+QGroupBox* make_range(session::Session& session, QWidget* parent) {
   session::ImportGrps& window = session.import_grps;
   auto* const group = new QGroupBox("Fields to search for groups", parent);
-  auto* const column = new QVBoxLayout(group);
-  const auto add = [&](const char* caption, const char* name, const char* tool_tip) {
+  auto* const rows = new QVBoxLayout(group);
+  const auto add_option = [&](const char* caption, const char* name, const char* tool_tip) {
     auto* const button = new QRadioButton(caption, group);
     button->setObjectName(name);
     button->setToolTip(tool_tip);
-    column->addWidget(button);
+    rows->addWidget(button);
     return button;
   };
-  QRadioButton* const none = add("&None", "Grp_Range_0", "Will Not Import Any Groups");
-  QRadioButton* const all = add("&All", "Grp_Range_1", "Will Scan all Import Fields for Groups names");
-  QRadioButton* const range =
-      add("Enter &Range", "Grp_Range_2", "User to specify Import Fields to check for Groups");
-  bind_to({none, all, range}, window.Grp_Range, [&session] { batch::Grp_Range_Click(session); });
-  auto* const rows = new QFormLayout();
-  column->addLayout(rows);
-  add_text(*rows, "&Start", "LowerRange", window.LowerRange,
+  bind_to({add_option("&None", "Grp_Range_0", "Will Not Import Any Groups"),
+           add_option("&All", "Grp_Range_1", "Will Scan all Import Fields for Groups names"),
+           add_option("Enter &Range", "Grp_Range_2", "User to specify Import Fields to check for Groups")},
+          window.Grp_Range, [&session] { batch::Grp_Range_Click(session); });
+  auto* const bounds = new QFormLayout;
+  bounds->setContentsMargins(24, 0, 0, 0);
+  rows->addLayout(bounds);
+  add_text(*bounds, "&Start", "LowerRange", window.LowerRange,
            [&session] { batch::LowerRange_Change(session); });
-  add_text(*rows, "&Finish", "UpperRange", window.UpperRange,
+  add_text(*bounds, "&Finish", "UpperRange", window.UpperRange,
            [&session] { batch::UpperRange_Change(session); });
   return group;
 }
 
-QWidget* make_account(session::ImportGrps& window, QWidget* parent) {
+QGroupBox* make_account(session::Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("Account Properties", parent);
-  auto* const rows = new QFormLayout(group);
-  QLineEdit* const expires = add_text(*rows, "Account &Expires", "Expiredate", window.Expiredate);
-  expires->setToolTip("Used to set Expireation date on imported accounts");
-  expires->setPlaceholderText("a date, or %IMPORTn%");
+  auto* const form = new QFormLayout(group);
+  QLineEdit* const field = add_text(*form, "Account &Expires", "Expiredate", session.import_grps.Expiredate);
+  field->setToolTip("Used to set Expireation date on imported accounts");
+  field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 25);
   return group;
 }
 
@@ -49,12 +49,12 @@ std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* 
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("ImportGrps");
   dialog->setWindowTitle("Import Options");
-  auto* const box = new QVBoxLayout(dialog.get());
-  box->addWidget(make_range(session, dialog.get()));
-  box->addWidget(make_account(session.import_grps, dialog.get()));
-  box->addStretch();
+  auto* const column = new QVBoxLayout(dialog.get());
+  column->addWidget(make_range(session, dialog.get()));
+  column->addWidget(make_account(session, dialog.get()));
+  column->addStretch(1);
   add_ok_cancel(
-      *dialog, *box, "OK", [&session] { return batch::ImportGrps_OK(session); },
+      *dialog, *column, "OK", [&session] { return batch::ImportGrps_OK(session); },
       [&session] { batch::ImportGrps_Cancel(session); });
   return dialog;
 }

@@ -99,6 +99,12 @@ class ScreenTest : public testing::Test {
         wait_for_modal();
         return;
       }
+      // It is up; the focus comes a moment later.
+      if (modal->focusWidget() == nullptr && ++focus_waits_ < 40) {
+        wait_for_modal();
+        return;
+      }
+      focus_waits_ = 0;
       last_ = modal;
       const auto person = queue_.front();
       queue_.pop_front();
@@ -111,6 +117,7 @@ class ScreenTest : public testing::Test {
   }
 
   int expected_ = 0;
+  int focus_waits_ = 0;
   QWidget* last_ = nullptr;
   std::deque<std::function<void(QWidget&)>> queue_;
 };
