@@ -29,6 +29,7 @@ void read_all_settings(Session& session) {
 }
 
 void show_first_run(Session& session) {
+  session.form1.SSTab1 = tab::kSetup;
   session.form1.StatusBar1.panel1 = "Must Enter Setup Details...";
   session.form1.TreeView1.clear();
   session.form1.TreeView1.add(nullptr, {}, session.DomainName, "Domain");

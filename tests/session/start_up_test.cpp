@@ -16,6 +16,7 @@ TEST_F(StartUpWithoutADomain, TheFirstRunSaysWhatToDo) {
   EXPECT_EQ(start_session(session), StartUp::kReady);
   EXPECT_EQ(status(), "Must Enter Setup Details...");
   EXPECT_EQ(session.form1.TreeView1.first()->text, "%Domain%");
+  EXPECT_EQ(session.form1.SSTab1, tab::kSetup);
   EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
   EXPECT_TRUE(posix_files.exists(session.form1.dbpath.text.get() + "Mail.dat"));
   EXPECT_EQ(session.form1.ListView9.size(), 13U);
