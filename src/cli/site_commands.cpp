@@ -141,8 +141,13 @@ void add_field_options(CLI::App& command, SiteArguments& arguments) {
   add("--exchange-site", arguments.exchange_site, "Exchange site, or storage group of Exchange 2000",
       kExchange);
   add("--mail-store", arguments.mail_store, "Mailbox store of Exchange 2000", kExchange);
-  command.add_flag("--exchange2000,!--exchange55", arguments.exchange2000,
-                   "The site has Exchange 2000, or 5.5");
+  // A flag that is not given leaves the kind as it is.
+  auto* newer = command.add_flag_callback(
+      "--exchange2000", [&arguments] { arguments.exchange2000 = true; }, "The site has Exchange 2000");
+  command
+      .add_flag_callback(
+          "--exchange55", [&arguments] { arguments.exchange2000 = false; }, "The site has Exchange 5.5")
+      ->excludes(newer);
 }
 
 }  // namespace

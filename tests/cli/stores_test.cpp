@@ -20,6 +20,8 @@ TEST_F(Stores, ASiteIsAddedChangedAndFoundInAnyCase) {
                                      {"exchangeSite", "S"},
                                      {"mailStore", "M"}}));
   EXPECT_EQ(result_of({"site", "show", "london"}), changed);
+  EXPECT_EQ(result_of({"site", "edit", "London", "--mail-store", "M"}), changed);
+  EXPECT_EQ(result_of({"site", "edit", "London", "--exchange55"})["exchange2000"], false);
 }
 
 struct RefusedStore {
