@@ -286,6 +286,19 @@ TEST(ImportCommand, ASelectionThatWillNotDoIsToldInABox) {
   }
 }
 
+TEST(CsvLayout, OffersNoColumnThatALineCannotKeep) {
+  ImportWorld world;
+  world.start();
+  std::string line = "1";
+  for (int i = 2; i <= 130; ++i)
+    line += "," + base::to_text(i);
+  load_csv_layout(world.session, world.file(line + "\n"));
+  EXPECT_EQ(world.session.csv_import.columns.get(), 130);
+  const auto& offered = world.session.csv_import.ImportLast.items();
+  EXPECT_EQ(offered.size(), session::kMostImportFields + 1);
+  EXPECT_EQ(offered.back(), "%IMPORT100%");
+}
+
 TEST(CsvLayout, ShowsTheEndOfALongPathAndAPreviewOfTwoLines) {
   ImportWorld world;
   world.start();
