@@ -27,8 +27,8 @@ class HoursModel final : public QAbstractTableModel {
     return parent.isValid() ? 0 : editors::kHours;
   }
   [[nodiscard]] bool is_permitted(const QModelIndex& cell) const {
-    return window_->MSFlexGrid1.get().at(
-        static_cast<std::size_t>(cell.row() * editors::kHours + cell.column()));
+    const int place = cell.row() * editors::kHours + cell.column();
+    return window_->MSFlexGrid1.get().at(static_cast<std::size_t>(place));
   }
   /// The painted cell tells nothing to who cannot see it.
   QVariant data(const QModelIndex& cell, int role) const override {

@@ -39,7 +39,7 @@ struct Custom {
 /// The hours of a week at which users may log on.
 struct Logon_Hours {
   /// Row by row from Sunday, column by column from 12am; true is permitted.
-  controls::Observable<std::vector<bool>> MSFlexGrid1{std::vector<bool>(7U * 24U, true)};
+  controls::Observable<std::vector<bool>> MSFlexGrid1{std::vector<bool>(std::size_t{7} * 24, true)};
   controls::OptionGroup Option1;  ///< 0 paints permitted, 1 denied
   controls::Label Label2;         ///< what was selected
   controls::Label hint;           ///< why the hours cannot be stored; empty when they can
