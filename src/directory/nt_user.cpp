@@ -119,13 +119,7 @@ bool Read_NT_User_Groups(Session& session, const ObjectPtr& user) {
 }
 
 bool Save_NT_User(Session& session) {
-  bool saved = false;
-  base::Trap trap;
-  trap([&] { saved = save_user(session); });
-  session.CurrentUser.reset();
-  if (trap.number() != 0)
-    session.form1.StatusBar1.panel1 = "Error saving user: " + trap.description();
-  return saved;
+  return save_shown_user(session, save_user);
 }
 
 bool Add_NT_User_Group(Session& session, std::size_t row) {

@@ -205,6 +205,16 @@ std::string text_or_empty(platform::DirectoryObject& object, std::string_view pr
   }
 }
 
+bool save_shown_user(Session& session, bool (*save)(Session& session)) {
+  bool saved = false;
+  base::Trap trap;
+  trap([&] { saved = save(session); });
+  session.CurrentUser.reset();
+  if (trap.number() != 0)
+    session.form1.StatusBar1.panel1 = "Error saving user: " + trap.description();
+  return saved;
+}
+
 void show_lock_out(Session& session, bool locked) {
   session.form1.chkAcctLockedOut.value = locked ? 1 : 0;
   session.form1.chkAcctLockedOut.enabled = locked;

@@ -53,6 +53,9 @@ std::string expiry_text(base::Date date);
 base::Date typed_expiry(session::Session& session, base::Date never);
 /// The text of a property; empty when it has no value.
 std::string text_or_empty(platform::DirectoryObject& object, std::string_view property);
+/// Runs the saving of one kind of domain and releases `CurrentUser`; a failure stands in panel 1 and is
+/// False.
+bool save_shown_user(session::Session& session, bool (*save)(session::Session& session));
 /// Ticks the box of a lock-out, which can be changed only while the account is locked.
 void show_lock_out(session::Session& session, bool locked);
 /// Adds a row to `ListView4`, once, and takes the group out of `ListView3`.

@@ -7,6 +7,7 @@
 
 #include "directory/user_details.hpp"
 #include "screens/form.hpp"
+#include "screens/group_lists.hpp"
 #include "screens/list_pane.hpp"
 #include "screens/tabs.hpp"
 #include "screens/text.hpp"
@@ -39,8 +40,7 @@ void add_profile(QBoxLayout& column, session::Form1& form) {
   QFormLayout& rows = *add_box(column, "Profile");
   add_text(rows, "Profile pat&h", "UM_Profile_Dir", form.UM_Profile_Dir);
   add_text(rows, "Logon s&cript", "UM_Logon_Script", form.UM_Logon_Script);
-  // Without completion, which would make a small letter a capital one behind the person's back.
-  add_combo(rows, "Home dri&ve", "UM_Drive_Letter", form.UM_Drive_Letter, {}, true)->setCompleter(nullptr);
+  add_combo(rows, "Home dri&ve", "UM_Drive_Letter", form.UM_Drive_Letter, {}, true);
   add_text(rows, "Home director&y", "UM_Home_Dir", form.UM_Home_Dir);
 }
 
@@ -131,66 +131,40 @@ QWidget* make_account_page(Session& session, QWidget* parent) {
   return scroll;
 }
 
-struct GroupList {
-  QString title;
-  QString empty_text;
-  const char* name;
-  QStringList columns;
-  bool sorted;
-};
-
-/// A list under its title and a field that filters it.
-ListPane* add_group_list(QBoxLayout& row, controls::ListView& list, const GroupList& look) {
-  QWidget* const parent = row.parentWidget();
-  auto* const column = new QVBoxLayout;
-  row.addLayout(column, 1);
-  auto* const title = new QLabel(look.title, parent);
-  auto* const pane = new ListPane(
-      list,
-      {.headings = look.columns, .many_selected = true, .sorted = look.sorted, .empty_text = look.empty_text},
-      parent);
-  pane->setHeaderHidden(true);
-  pane->setObjectName(look.name);
-  title->setBuddy(pane);
-  column->addWidget(title);
-  column->addWidget(add_filter(*pane, "Filter groups", parent));
-  column->addWidget(pane, 1);
-  return pane;
-}
-
 QWidget* make_groups_page(Session& session, QWidget* parent) {
   session::Form1& form = session.form1;
   auto* const page = new QWidget(parent);
-  auto* const row = new QHBoxLayout(page);
-  ListPane* const others =
-      add_group_list(*row, form.ListView3, {"Not a mem&ber of", "No groups.", "ListView3", {"Group"}, true});
-  auto* const buttons = new QVBoxLayout;
-  row->addLayout(buttons);
-  ListPane* const own = add_group_list(
-      *row, form.ListView4, {"Member &of", "In no group.", "ListView4", {"Group", "Primary"}, false});
-  own->header()->setStretchLastSection(false);
-  own->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-  own->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-  others->on_click = [&session] { directory::ListView3_Click(session); };
-  others->on_activate = [&session] { directory::ListView3_DblClick(session); };
-  own->on_click = [&session] { directory::ListView4_Click(session); };
-  own->on_activate = [&session] { directory::ListView4_DblClick(session); };
-  own->on_delete = [&session] { directory::UM_REMOVE_GROUP_Click(session); };
-
-  const auto add = [&](const QString& caption, const char* name, controls::Button& control,
-                       const Action& clicked) {
-    auto* const button = new QPushButton(caption, page);
-    button->setObjectName(name);
-    button->setAutoDefault(false);
-    buttons->addWidget(button);
-    bind_to(*button, control, clicked);
+  auto* const column = new QVBoxLayout(page);
+  QWidget* const lists =
+      make_two_lists({.list = form.ListView3,
+                      .name = "ListView3",
+                      .caption = "Not a mem&ber of",
+                      .columns = {"Group"},
+                      .empty_text = "No groups.",
+                      .button = form.UM_ADD_GROUP,
+                      .button_name = "UM_ADD_GROUP",
+                      .button_caption = "&Add",
+                      .move = [&session] { directory::UM_ADD_GROUP_Click(session); },
+                      .click = [&session] { directory::ListView3_Click(session); },
+                      .double_click = [&session] { directory::ListView3_DblClick(session); }},
+                     // The primary group stands first.
+                     {.list = form.ListView4,
+                      .name = "ListView4",
+                      .caption = "Member &of",
+                      .columns = {"Group", "Primary"},
+                      .sorted = false,
+                      .empty_text = "In no group.",
+                      .button = form.UM_REMOVE_GROUP,
+                      .button_name = "UM_REMOVE_GROUP",
+                      .button_caption = "&Remove",
+                      .move = [&session] { directory::UM_REMOVE_GROUP_Click(session); },
+                      .click = [&session] { directory::ListView4_Click(session); },
+                      .double_click = [&session] { directory::ListView4_DblClick(session); }},
+                     page);
+  lists->findChild<ListPane*>("ListView4")->on_delete = [&session] {
+    directory::UM_REMOVE_GROUP_Click(session);
   };
-  buttons->addStretch(1);
-  add("&Add \u2192", "UM_ADD_GROUP", form.UM_ADD_GROUP,
-      [&session] { directory::UM_ADD_GROUP_Click(session); });
-  add("\u2190 &Remove", "UM_REMOVE_GROUP", form.UM_REMOVE_GROUP,
-      [&session] { directory::UM_REMOVE_GROUP_Click(session); });
-  buttons->addStretch(1);
+  column->addWidget(lists);
   return page;
 }
 

@@ -26,6 +26,8 @@ QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name
   box->setObjectName(name);
   box->setEditable(editable);
   box->setInsertPolicy(QComboBox::NoInsert);
+  // Completion would make a small letter a capital one behind the person's back.
+  box->setCompleter(nullptr);
   form.addRow(caption, box);
   bind_to(*box, control, chosen);
   return box;

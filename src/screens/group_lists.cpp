@@ -1,5 +1,6 @@
 #include "screens/group_lists.hpp"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -13,17 +14,21 @@ QLayout* make_side(const ListSide& side, QWidget* parent) {
   auto* const column = new QVBoxLayout();
   auto* const pane = new ListPane(
       side.list,
-      {.headings = {side.caption}, .many_selected = true, .sorted = true, .empty_text = side.empty_text},
+      {.headings = side.columns, .many_selected = true, .sorted = side.sorted, .empty_text = side.empty_text},
       parent);
   pane->setObjectName(side.name);
-  pane->setAccessibleName(side.caption);
+  pane->setAccessibleName(QString(side.caption).remove('&'));
   pane->setMinimumHeight(90);
+  pane->setHeaderHidden(true);
+  pane->header()->setStretchLastSection(false);
+  pane->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  pane->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   pane->on_click = side.click;
-  pane->on_activate = side.double_click ? side.double_click : side.move;
+  pane->on_activate = side.double_click;
   auto* const label = new QLabel(side.caption, parent);
   label->setBuddy(pane);
   column->addWidget(label);
-  column->addWidget(add_filter(*pane, "Filter", parent));
+  column->addWidget(add_filter(*pane, "Filter groups", parent));
   column->addWidget(pane, 1);
   return column;
 }

@@ -12,13 +12,15 @@ struct ListSide {
   controls::ListView& list;
   const char* name;
   QString caption;
+  QStringList columns;  ///< the first takes the room; headings are not shown
+  bool sorted = true;
   QString empty_text;
   controls::Button& button;  ///< moves the selected rows to the other list
   const char* button_name;
   QString button_caption;
   Action move;
-  Action click;         ///< a row was selected; may be empty
-  Action double_click;  ///< may be empty: then it moves
+  Action click;  ///< a row was selected; may be empty
+  Action double_click;
 };
 
 /// Two lists side by side, each under a field that filters it, with the buttons that move rows between them.
