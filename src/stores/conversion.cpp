@@ -47,6 +47,34 @@ void begin_log(Conversion& conversion) {
   conversion.log("User:" + session.platform.environment.variable("USERNAME"));
 }
 
+/// Record lengths of a file before its conversion and behind it.
+struct Lengths {
+  std::size_t old;
+  std::size_t today;
+};
+
+/// True when the file can only be one of today's layout. A file of old records is never taken for one, but
+/// for one that is damaged besides.
+bool is_of_today(Conversion& conversion, std::string_view file, const Lengths& lengths) {
+  const std::size_t size = conversion.files().read(conversion.path(file)).size();
+  return size % lengths.today == 0 && size % lengths.old != 0;
+}
+
+/// Records of today must not be read as old ones, which would make nonsense of them.
+void require_old(Conversion& conversion, std::string_view file, const Lengths& lengths) {
+  if (!is_of_today(conversion, file, lengths))
+    return;
+  throw base::RuntimeError(base::error::kBadFileName, conversion.path(file) +
+                                                          " has today's layout already. "
+                                                          "Nothing was converted");
+}
+
+/// True for a file that an earlier run converted before it broke off.
+bool was_converted(Conversion& conversion, std::string_view file, std::string_view kept,
+                   const Lengths& lengths) {
+  return conversion.files().exists(conversion.path(kept)) && is_of_today(conversion, file, lengths);
+}
+
 /// Calls `use` with each whole old record of the file.
 void for_each_record(Conversion& conversion, std::string_view file, std::size_t record_size,
                      const std::function<void(std::string_view)>& use) {
@@ -94,6 +122,10 @@ void convert_sites(Conversion& conversion) {
   conversion.failure_text = "Error with site file...";
   if (finish_renaming(conversion, kSiteFile, kNew, kOld) || !is_there(conversion, kSiteFile))
     return;
+  constexpr Lengths kLengths{kOldSiteRecordSize, kSiteRecordSize};
+  if (was_converted(conversion, kSiteFile, kOld, kLengths))
+    return;
+  require_old(conversion, kSiteFile, kLengths);
   conversion.log("Opening Site.new");
   conversion.log("Opening Site.dat");
   std::string converted;
@@ -112,6 +144,9 @@ void convert_templates(Conversion& conversion, TemplateGeneration generation) {
   conversion.failure_text = "Error with template file ....";
   if (finish_renaming(conversion, kTemplateFile, kNew, kOld) || !is_there(conversion, kTemplateFile))
     return;
+  // Beside a kept file the renaming is what stops it, as with any other second run.
+  if (!conversion.files().exists(conversion.path(kOld)))
+    require_old(conversion, kTemplateFile, {old_template_record_size(generation), kTemplateRecordSize});
   conversion.log("Opening Template.new");
   conversion.log("Opening Template.dat");
   std::vector<std::string> live;
@@ -153,6 +188,10 @@ void convert_permissions(Conversion& conversion) {
     if (finish_renaming(conversion, table.file, table.fresh, table.kept) ||
         !conversion.files().exists(conversion.path(table.file)))
       continue;
+    constexpr Lengths kLengths{kOldPermissionRecordSize, kPermissionRecordSize};
+    if (was_converted(conversion, table.file, table.kept, kLengths))
+      continue;
+    require_old(conversion, table.file, kLengths);
     std::string converted;
     for_each_record(conversion, table.file, kOldPermissionRecordSize,
                     [&converted](std::string_view record) { converted += upgrade_permission(record); });

@@ -137,6 +137,37 @@ TEST_F(ConversionTest, ARenamingThatBrokeOffIsFinished) {
   EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
 }
 
+TEST_F(ConversionTest, RecordsOfTodayAreNotTakenForOldOnes) {
+  const std::string site = encode_site(SiteRecord());
+  const std::string staff = encode_template(TemplateRecord());
+  const std::string permission = encode_permission(PermissionRecord());
+  put("Site.dat", site);
+  put("Template.dat", staff);
+  put("Permissions.dat", permission);
+  for (std::int32_t stage = conversion::kFrom1; stage <= conversion::kFrom23; ++stage) {
+    dialogs.expect("has today's layout already. Nothing was converted");
+    EXPECT_FALSE(Convert(session, directory_name(), stage)) << stage;
+  }
+  EXPECT_EQ(get("Site.dat"), site);
+  EXPECT_EQ(get("Template.dat"), staff);
+  EXPECT_EQ(get("Permissions.dat"), permission);
+  EXPECT_FALSE(posix_files.exists(database / "Template.v23"));
+}
+
+TEST_F(ConversionTest, WhatAnEarlierRunConvertedBeforeItBrokeOffIsNotConvertedAgain) {
+  put_all(TemplateGeneration::k1);
+  put("Template.v23", "in the way");
+  dialogs.expect("Error renaming template files.");
+  EXPECT_FALSE(Convert(session, directory_name(), conversion::kFrom1));
+  const std::string sites = get("Site.dat");
+  EXPECT_EQ(sites.size(), kSiteRecordSize);
+  posix_files.remove(database / "Template.v23");
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom1));
+  EXPECT_EQ(get("Site.dat"), sites);
+  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
+}
+
 TEST_F(ConversionTest, MissingFilesAreToldAndTheRestIsConverted) {
   dialogs.expect("Can't find " + directory_name() + "Site.dat");
   dialogs.expect("Can't find " + directory_name() + "Template.dat");
