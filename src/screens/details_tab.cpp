@@ -1,6 +1,5 @@
 #include <QHeaderView>
 #include <QLabel>
-#include <QScrollArea>
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTabWidget>
@@ -106,10 +105,7 @@ void add_custom(QBoxLayout& column, session::Form1& form) {
 }
 
 QWidget* make_account_page(Session& session, QWidget* parent) {
-  auto* const scroll = new QScrollArea(parent);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  auto* const page = new QWidget(scroll);
+  auto* const page = new QWidget(parent);
   auto* const columns = new QHBoxLayout(page);
   auto* const left_side = new QWidget(page);
   auto* const right_side = new QWidget(page);
@@ -127,8 +123,7 @@ QWidget* make_account_page(Session& session, QWidget* parent) {
   add_flags(right, session.form1);
   add_custom(right, session.form1);
   right.addStretch(1);
-  scroll->setWidget(page);
-  return scroll;
+  return make_scrolled(*page, parent);
 }
 
 QWidget* make_groups_page(Session& session, QWidget* parent) {

@@ -1,5 +1,7 @@
 #include "screens/form.hpp"
 
+#include <QScrollArea>
+
 namespace twk::screens {
 
 QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name, controls::TextBox& control,
@@ -27,7 +29,8 @@ QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name
   box->setEditable(editable);
   box->setInsertPolicy(QComboBox::NoInsert);
   // Completion would make a small letter a capital one behind the person's back.
-  box->setCompleter(nullptr);
+  if (editable)
+    box->setCompleter(nullptr);
   form.addRow(caption, box);
   bind_to(*box, control, chosen);
   return box;
@@ -59,6 +62,16 @@ QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* nam
   box.addWidget(button);
   on_click(*button, clicked);
   return button;
+}
+
+QWidget* make_scrolled(QWidget& page, QWidget* parent) {
+  auto* const scroll = new QScrollArea(parent);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->viewport()->setAutoFillBackground(false);
+  scroll->setWidget(&page);
+  page.setAutoFillBackground(false);
+  return scroll;
 }
 
 }  // namespace twk::screens

@@ -28,4 +28,8 @@ QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* nam
 /// A button that is always there and has no state.
 QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, const Action& clicked);
 
+/// A page that scrolls where the window is too small for it; it looks like the tab it stands on. The page is
+/// filled first.
+QWidget* make_scrolled(QWidget& page, QWidget* parent);
+
 }  // namespace twk::screens

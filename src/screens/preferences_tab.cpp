@@ -1,7 +1,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QRadioButton>
-#include <QScrollArea>
 
 #include "batch/import_options.hpp"
 #include "format/passwords.hpp"
@@ -120,11 +119,7 @@ QWidget* make_import(Session& session, QWidget* parent) {
 
 QWidget* make_preferences_tab(Session& session, QWidget* parent) {
   Form1& form = session.form1;
-  auto* const scroll = new QScrollArea(parent);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->viewport()->setAutoFillBackground(false);
-  auto* const page = new QWidget(scroll);
+  auto* const page = new QWidget(parent);
   auto* const grid = new QGridLayout(page);
   grid->addWidget(
       make_ticks(
@@ -152,9 +147,7 @@ QWidget* make_preferences_tab(Session& session, QWidget* parent) {
   grid->addWidget(make_import(session, page), 1, 1);
   grid->addWidget(make_names(session, page), 2, 0, 1, 2);
   grid->setRowStretch(3, 1);
-  scroll->setWidget(page);
-  page->setAutoFillBackground(false);
-  return scroll;
+  return make_scrolled(*page, parent);
 }
 
 }  // namespace twk::screens

@@ -3,7 +3,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QRadioButton>
-#include <QScrollArea>
 
 #include "editors/permissions_window.hpp"
 #include "format/passwords.hpp"
@@ -151,11 +150,7 @@ QWidget* make_setup_tab(Session& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const outer = new QVBoxLayout(tab);
   outer->setContentsMargins(0, 0, 0, 0);
-  auto* const scroll = new QScrollArea(tab);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->viewport()->setAutoFillBackground(false);
-  auto* const page = new QWidget(scroll);
+  auto* const page = new QWidget(tab);
   auto* const column = new QVBoxLayout(page);
   column->addWidget(make_first_run_hint(session, page));
   auto* const halves = new QHBoxLayout();
@@ -168,9 +163,7 @@ QWidget* make_setup_tab(Session& session, QWidget* parent) {
   halves->addWidget(make_account_names(session, page), 1);
   column->addWidget(make_commands(session, page));
   column->addStretch();
-  scroll->setWidget(page);
-  page->setAutoFillBackground(false);
-  outer->addWidget(scroll, 1);
+  outer->addWidget(make_scrolled(*page, tab), 1);
   auto* const buttons = new QHBoxLayout();
   buttons->setContentsMargins(9, 0, 9, 9);
   outer->addLayout(buttons);
