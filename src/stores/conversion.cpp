@@ -53,26 +53,21 @@ struct Lengths {
   std::size_t today;
 };
 
-/// True when the file can only be one of today's layout. A file of old records is never taken for one, but
-/// for one that is damaged besides.
-bool is_of_today(Conversion& conversion, std::string_view file, const Lengths& lengths) {
+/// Stops before anything is written: beside a file that an earlier conversion kept, whose name is needed for
+/// this one, and for records of today, which read as old ones would be nonsense. A file of old records is
+/// taken for one of today only when it is damaged besides.
+void require_convertible(Conversion& conversion, std::string_view file, std::string_view kept,
+                         const Lengths& lengths, std::string_view rename_failure) {
+  if (conversion.files().exists(conversion.path(kept))) {
+    conversion.failure_text = rename_failure;
+    throw base::RuntimeError(base::error::kFileExists, conversion.path(kept) + " exists already");
+  }
   const std::size_t size = conversion.files().read(conversion.path(file)).size();
-  return size % lengths.today == 0 && size % lengths.old != 0;
-}
-
-/// Records of today must not be read as old ones, which would make nonsense of them.
-void require_old(Conversion& conversion, std::string_view file, const Lengths& lengths) {
-  if (!is_of_today(conversion, file, lengths))
-    return;
-  throw base::RuntimeError(base::error::kBadFileName, conversion.path(file) +
-                                                          " has today's layout already. "
-                                                          "Nothing was converted");
-}
-
-/// True for a file that an earlier run converted before it broke off.
-bool was_converted(Conversion& conversion, std::string_view file, std::string_view kept,
-                   const Lengths& lengths) {
-  return conversion.files().exists(conversion.path(kept)) && is_of_today(conversion, file, lengths);
+  if (size % lengths.today == 0 && size % lengths.old != 0) {
+    throw base::RuntimeError(base::error::kBadFileName, conversion.path(file) +
+                                                            " has today's layout already. "
+                                                            "Nothing was converted");
+  }
 }
 
 /// Calls `use` with each whole old record of the file.
@@ -119,13 +114,11 @@ void put_in_place(Conversion& conversion, std::string_view file, std::string_vie
 void convert_sites(Conversion& conversion) {
   constexpr std::string_view kNew = "Site.new";
   constexpr std::string_view kOld = "Site.v22";
+  constexpr std::string_view kRenameFailure = "Error renaming Site File. File May Already exist";
   conversion.failure_text = "Error with site file...";
   if (finish_renaming(conversion, kSiteFile, kNew, kOld) || !is_there(conversion, kSiteFile))
     return;
-  constexpr Lengths kLengths{kOldSiteRecordSize, kSiteRecordSize};
-  if (was_converted(conversion, kSiteFile, kOld, kLengths))
-    return;
-  require_old(conversion, kSiteFile, kLengths);
+  require_convertible(conversion, kSiteFile, kOld, {kOldSiteRecordSize, kSiteRecordSize}, kRenameFailure);
   conversion.log("Opening Site.new");
   conversion.log("Opening Site.dat");
   std::string converted;
@@ -134,19 +127,19 @@ void convert_sites(Conversion& conversion) {
       converted += upgrade_site(record);
   });
   conversion.files().write(conversion.path(kNew), converted);
-  conversion.failure_text = "Error renaming Site File. File May Already exist";
+  conversion.failure_text = kRenameFailure;
   put_in_place(conversion, kSiteFile, kNew, kOld);
 }
 
 void convert_templates(Conversion& conversion, TemplateGeneration generation) {
   constexpr std::string_view kNew = "Template.new";
   constexpr std::string_view kOld = "Template.v23";
+  constexpr std::string_view kRenameFailure = "Error renaming template files. File may already exist.";
   conversion.failure_text = "Error with template file ....";
   if (finish_renaming(conversion, kTemplateFile, kNew, kOld) || !is_there(conversion, kTemplateFile))
     return;
-  // Beside a kept file the renaming is what stops it, as with any other second run.
-  if (!conversion.files().exists(conversion.path(kOld)))
-    require_old(conversion, kTemplateFile, {old_template_record_size(generation), kTemplateRecordSize});
+  require_convertible(conversion, kTemplateFile, kOld,
+                      {old_template_record_size(generation), kTemplateRecordSize}, kRenameFailure);
   conversion.log("Opening Template.new");
   conversion.log("Opening Template.dat");
   std::vector<std::string> live;
@@ -163,7 +156,7 @@ void convert_templates(Conversion& conversion, TemplateGeneration generation) {
     conversion.log("Template converted");
   }
   conversion.files().write(conversion.path(kNew), converted);
-  conversion.failure_text = "Error renaming template files. File may already exist.";
+  conversion.failure_text = kRenameFailure;
   put_in_place(conversion, kTemplateFile, kNew, kOld);
 }
 
@@ -188,10 +181,8 @@ void convert_permissions(Conversion& conversion) {
     if (finish_renaming(conversion, table.file, table.fresh, table.kept) ||
         !conversion.files().exists(conversion.path(table.file)))
       continue;
-    constexpr Lengths kLengths{kOldPermissionRecordSize, kPermissionRecordSize};
-    if (was_converted(conversion, table.file, table.kept, kLengths))
-      continue;
-    require_old(conversion, table.file, kLengths);
+    require_convertible(conversion, table.file, table.kept, {kOldPermissionRecordSize, kPermissionRecordSize},
+                        table.failure_text);
     std::string converted;
     for_each_record(conversion, table.file, kOldPermissionRecordSize,
                     [&converted](std::string_view record) { converted += upgrade_permission(record); });

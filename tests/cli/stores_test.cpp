@@ -155,6 +155,7 @@ TEST_F(Stores, BackupCopiesOldFilesAsTheyAreAndConversionKeepsThem) {
   ASSERT_EQ(run({"settings", "set", "Version", "DBVersion", "2.3"}).exit_code, 0);
   const std::string old_rows(64, ' ');
   put_file(database_file("Permissions.dat"), old_rows);
+  put_file(database_file("SharePerm.dat"), old_rows);
   EXPECT_EQ(run({"db", "backup"}).exit_code, 0);
   EXPECT_EQ(get_file(database_file("Permissions.bak")), old_rows);
   EXPECT_EQ(get_file(database_file("Permissions.dat")), old_rows);

@@ -154,18 +154,21 @@ TEST_F(ConversionTest, RecordsOfTodayAreNotTakenForOldOnes) {
   EXPECT_FALSE(posix_files.exists(database / "Template.v23"));
 }
 
-TEST_F(ConversionTest, WhatAnEarlierRunConvertedBeforeItBrokeOffIsNotConvertedAgain) {
+TEST_F(ConversionTest, ASecondRunStopsBesideTheKeptFileAndWritesNothing) {
   put_all(TemplateGeneration::k1);
-  put("Template.v23", "in the way");
-  dialogs.expect("Error renaming template files.");
-  EXPECT_FALSE(Convert(session, directory_name(), conversion::kFrom1));
-  const std::string sites = get("Site.dat");
-  EXPECT_EQ(sites.size(), kSiteRecordSize);
-  posix_files.remove(database / "Template.v23");
-  dialogs.expect("Conversion Complete");
-  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom1));
-  EXPECT_EQ(get("Site.dat"), sites);
-  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
+  const std::vector<std::pair<std::int32_t, const char*>> stages = {
+      {conversion::kFrom1, "Error renaming Site File. File May Already exist"},
+      {conversion::kFrom23, "Error converting Permissions.dat"}};
+  for (const auto& [stage, text] : stages) {
+    dialogs.expect("Conversion Complete");
+    EXPECT_TRUE(Convert(session, directory_name(), stage));
+    dialogs.expect(text);
+    EXPECT_FALSE(Convert(session, directory_name(), stage));
+  }
+  for (const char* const fresh : {"Site.new", "Template.new", "Permissions.new", "Shareperm.new"})
+    EXPECT_FALSE(posix_files.exists(database / fresh)) << fresh;
+  EXPECT_EQ(get("Site.dat").size(), kSiteRecordSize);
+  EXPECT_EQ(get("Permissions.dat").size(), kPermissionRecordSize);
 }
 
 TEST_F(ConversionTest, MissingFilesAreToldAndTheRestIsConverted) {
