@@ -109,7 +109,12 @@ void bind_to(QCheckBox& widget, controls::CheckBox& control, const Action& click
 
 void bind_to(std::initializer_list<QRadioButton*> widgets, controls::OptionGroup& control,
              const Action& clicked) {
-  auto* const group = new QButtonGroup((*widgets.begin())->parentWidget());
+  bind_options({widgets.begin(), widgets.size()}, control, clicked);
+}
+
+void bind_options(std::span<QRadioButton* const> widgets, controls::OptionGroup& control,
+                  const Action& clicked) {
+  auto* const group = new QButtonGroup(widgets.front()->parentWidget());
   int index = 0;
   for (QRadioButton* const widget : widgets) {
     group->addButton(widget, index++);

@@ -11,6 +11,7 @@
 #include <QRadioButton>
 #include <functional>
 #include <initializer_list>
+#include <span>
 
 #include "controls/basic.hpp"
 
@@ -45,6 +46,8 @@ void bind_to(QCheckBox& widget, controls::CheckBox& control, const Action& click
 /// One button an entry, in their order.
 void bind_to(std::initializer_list<QRadioButton*> widgets, controls::OptionGroup& control,
              const Action& clicked = {});
+void bind_options(std::span<QRadioButton* const> widgets, controls::OptionGroup& control,
+                  const Action& clicked = {});
 /// `clicked` is to choose the control and to release its partner, unless the two are `bind_pair`.
 void bind_to(QRadioButton& widget, controls::OptionButton& control, const Action& clicked = {});
 /// Two option buttons of which one is chosen.

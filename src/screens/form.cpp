@@ -1,5 +1,6 @@
 #include "screens/form.hpp"
 
+#include <QGridLayout>
 #include <QScrollArea>
 
 namespace twk::screens {
@@ -62,6 +63,21 @@ QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* nam
   box.addWidget(button);
   on_click(*button, clicked);
   return button;
+}
+
+QLayout* make_options(QWidget& parent, std::span<const char* const> captions, const char* name,
+                      controls::OptionGroup& control, const Action& clicked) {
+  auto* const grid = new QGridLayout();
+  std::vector<QRadioButton*> buttons;
+  for (const char* const caption : captions) {
+    const int place = static_cast<int>(buttons.size());
+    auto* const button = new QRadioButton(caption, &parent);
+    button->setObjectName(name + QString("_") + QString::number(place));
+    grid->addWidget(button, place / 2, place % 2);
+    buttons.push_back(button);
+  }
+  bind_options(buttons, control, clicked);
+  return grid;
 }
 
 QWidget* make_scrolled(QWidget& page, QWidget* parent) {

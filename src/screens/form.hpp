@@ -28,6 +28,9 @@ QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* nam
 /// A button that is always there and has no state.
 QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, const Action& clicked);
 
+/// Option buttons "NAME_0", "NAME_1" … in two columns, one a caption.
+QLayout* make_options(QWidget& parent, std::span<const char* const> captions, const char* name,
+                      controls::OptionGroup& control, const Action& clicked);
 /// A page that scrolls where the window is too small for it; it looks like the tab it stands on. The page is
 /// filled first.
 QWidget* make_scrolled(QWidget& page, QWidget* parent);

@@ -64,17 +64,9 @@ QWidget* make_full_names(Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("Display Name", parent);
   group->setObjectName("Frame13");
   auto* const column = new QVBoxLayout(group);
-  auto* const presets = new QGridLayout();
-  column->addLayout(presets);
-  constexpr std::array kCaptions = {"First Middle Last", "First Last", "Last First", "Custom"};
-  std::array<QRadioButton*, 4> buttons{};
-  for (std::size_t i = 0; i < buttons.size(); ++i) {
-    buttons.at(i) = new QRadioButton(kCaptions.at(i), group);
-    buttons.at(i)->setObjectName("FullName_Format_" + QString::number(i));
-    presets->addWidget(buttons.at(i), static_cast<int>(i / 2), static_cast<int>(i % 2));
-  }
-  bind_to({buttons[0], buttons[1], buttons[2], buttons[3]}, form.FullName_Format,
-          [&session] { session::FullName_Format_Click(session); });
+  constexpr std::array kPresets = {"First Middle Last", "First Last", "Last First", "Custom"};
+  column->addLayout(make_options(*group, kPresets, "FullName_Format", form.FullName_Format,
+                                 [&session] { session::FullName_Format_Click(session); }));
   auto* const rows = new QFormLayout();
   column->addLayout(rows);
   add_text(*rows, "For&mat:", "FN_Format", form.FN_Format,

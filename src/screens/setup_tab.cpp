@@ -2,7 +2,6 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QRadioButton>
 
 #include "editors/permissions_window.hpp"
 #include "format/passwords.hpp"
@@ -91,18 +90,10 @@ QWidget* make_account_names(Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("User ID", parent);
   group->setObjectName("Frame3");
   auto* const column = new QVBoxLayout(group);
-  auto* const presets = new QGridLayout();
-  column->addLayout(presets);
-  std::array<QRadioButton*, 5> buttons{};
-  constexpr std::array kCaptions = {"Last name, first initial", "First name, last initial",
-                                    "First initial, last name", "First name, last name", "Custom"};
-  for (std::size_t i = 0; i < buttons.size(); ++i) {
-    buttons.at(i) = new QRadioButton(kCaptions.at(i), group);
-    buttons.at(i)->setObjectName("Option1_" + QString::number(i));
-    presets->addWidget(buttons.at(i), static_cast<int>(i / 2), static_cast<int>(i % 2));
-  }
-  bind_to({buttons[0], buttons[1], buttons[2], buttons[3], buttons[4]}, form.Option1,
-          [&session] { session::Option1_Click(session); });
+  constexpr std::array kPresets = {"Last name, first initial", "First name, last initial",
+                                   "First initial, last name", "First name, last name", "Custom"};
+  column->addLayout(make_options(*group, kPresets, "Option1", form.Option1,
+                                 [&session] { session::Option1_Click(session); }));
   auto* const rows = new QFormLayout();
   column->addLayout(rows);
   const Action check = [&session] { session::Check_Name_Format_Click(session); };
