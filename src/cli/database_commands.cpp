@@ -93,6 +93,7 @@ void add_database_commands(CLI::App& app, Context& context) {
       ->excludes(prune);
   add("backup", "Copy the database files beside themselves as *.bak", back_up_databases);
   std::vector<std::string> versions;
+  versions.reserve(kStages.size());
   for (const auto& [version, stage] : kStages)
     versions.push_back(version);
   add("convert", "Convert database files of an older generation, which DBVersion tells", convert_databases)

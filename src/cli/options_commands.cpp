@@ -91,6 +91,7 @@ int set_options(Context& context, const std::vector<std::string>& assignments) {
   session::Session& session = context.session(Depth::kSettings);
   directory::frmADOptions_Load(session);
   std::vector<std::string> names;
+  names.reserve(kFields.size());
   for (const Column& field : kFields)
     names.push_back(field.title);
   for (const std::string& assignment : assignments) {

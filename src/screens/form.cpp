@@ -69,6 +69,7 @@ QLayout* make_options(QWidget& parent, std::span<const char* const> captions, co
                       controls::OptionGroup& control, const Action& clicked) {
   auto* const grid = new QGridLayout();
   std::vector<QRadioButton*> buttons;
+  buttons.reserve(captions.size());
   for (const char* const caption : captions) {
     const int place = static_cast<int>(buttons.size());
     auto* const button = new QRadioButton(caption, &parent);
