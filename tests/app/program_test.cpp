@@ -26,22 +26,68 @@ void end_program(QWidget& tip) {
   QTimer::singleShot(0, close_main_window);
 }
 
-/// A program whose lab has templates of an old generation, and in the way of their conversion a kept file.
+/// A program whose lab has database files of an old generation.
 class OldLabTest : public AppTest {
  protected:
-  void make_old_lab() {
-    make_lab();
+  void set_data_version(const char* version) {
     screens::QtDialogs dialogs;
     world::World world(lab(), dialogs, [](const std::string&) {});
     world.stored_registry().Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\Version",
-                                      "DBVersion", "2.2");
+                                      "DBVersion", version);
+  }
+  /// In the way of the conversion stands a file that an earlier one kept.
+  void make_stuck_lab() {
+    make_lab();
+    set_data_version("2.2");
     put_file(file("lab/db/Template.v23"), "");
   }
   void expect_failing_conversion() {
     expect_box("older version of Template.dat");
     expect_box("Error renaming template files.");
   }
+  const WorkingDirectory working_{file("")};  ///< of Convert.log
 };
+
+struct OldGeneration {
+  const char* name;
+  const char* version;
+  const char* first_box;  ///< none when only the permission tables are old
+};
+
+class EveryOldGeneration : public OldLabTest, public testing::WithParamInterface<OldGeneration> {};
+
+TEST_P(EveryOldGeneration, IsConvertedAtTheStartAndShownInTheWindow) {
+  make_lab();
+  set_data_version(GetParam().version);
+  const std::string put =
+      std::string("python3 '" TWK_SOURCE_DIR "/tests/tools/old_generations_test.py' --put ") +
+      GetParam().name + " '" + file("lab/db") + "'";
+  ASSERT_EQ(std::system(put.c_str()), 0);
+  if (GetParam().first_box != nullptr) {
+    expect_box(GetParam().first_box);
+    expect_box("Conversion Complete");
+  }
+  expect_box("older versions of Permissions.dat & SharePerm.dat");
+  expect_box("Conversion Complete");
+  expect_window([](QWidget& tip) {
+    const auto* const templates = tip.parentWidget()->findChild<QComboBox*>("templatelst");
+    const auto* const sites = tip.parentWidget()->findChild<QTreeView*>("ListView2");
+    EXPECT_EQ(templates->count(), GetParam().first_box == nullptr ? 1 : 2);
+    EXPECT_EQ(sites->model()->rowCount(), GetParam().name == std::string_view("1") ? 2 : 1);
+    end_program(tip);
+  });
+  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}}), 0);
+  // The second start has nothing to tell.
+  expect_window(end_program);
+  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}}), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, EveryOldGeneration,
+                         testing::Values(OldGeneration{"1", "1.3", "older version of Site.dat/Template.dat"},
+                                         OldGeneration{"2.0", "2.0", "older version of Template.dat"},
+                                         OldGeneration{"2.1", "2.1", "older version of Template.dat"},
+                                         OldGeneration{"2.2", "2.2", "older version of Template.dat"},
+                                         OldGeneration{"2.3", "2.3", nullptr}));
 
 TEST_F(ProgramTest, ShowsTheMainWindowWithTheTipOverItAndEndsWhenItIsClosed) {
   make_lab();
@@ -62,7 +108,7 @@ TEST_F(ProgramTest, SaysDebugModeInTheStatusBar) {
 }
 
 TEST_F(OldLabTest, TellsOfANamedLabThatCannotBeOpenedAndEndsWith65) {
-  make_old_lab();
+  make_stuck_lab();
   std::filesystem::create_directories(file("garbled"));
   put_file(file("garbled/lab.conf"), "kind = nonsense\n");
   for (const auto& [folder, text] : std::vector<std::pair<std::string, const char*>>{
@@ -75,7 +121,7 @@ TEST_F(OldLabTest, TellsOfANamedLabThatCannotBeOpenedAndEndsWith65) {
 }
 
 TEST_F(OldLabTest, ComesBackToTheStartWindowAfterALabThatCannotBeOpened) {
-  make_old_lab();
+  make_stuck_lab();
   app::remember_lab(QString::fromStdString(lab()));
   expect_window([](QWidget& start) { click(start, "again"); });
   expect_failing_conversion();

@@ -3,6 +3,7 @@
 field in its place, and the old files stay byte for byte.
 
 usage: old_generations_test.py TWK
+       old_generations_test.py --put GENERATION DATABASE     only writes the old files; "2.3" are the tables alone
 """
 import pathlib
 import struct
@@ -102,6 +103,18 @@ def put_permissions(database, file, texts):
     return data, [(*row, b" " * 50) for row in rows]
 
 
+def put_files(database, generation, texts):
+    """Writes all old files of a generation; of each: name, name kept under, layout of today, bytes, records wanted."""
+    files = []
+    if generation == "1":
+        files.append(("Site.dat", "Site.v22", NEW_SITE, *put_sites(database, texts)))
+    if generation in TEMPLATES:
+        files.append(("Template.dat", "Template.v23", NEW_TEMPLATE, *put_templates(database, generation, texts)))
+    for file, kept in (("Permissions.dat", "Permissions.v24"), ("SharePerm.dat", "SharePerm.v24")):
+        files.append((file, kept, NEW_PERMISSION, *put_permissions(database, file, texts)))
+    return files
+
+
 def records(path, layout):
     data = path.read_bytes()
     check(f"stray bytes of {path.name}", len(data) % struct.calcsize(layout), 0)
@@ -118,14 +131,8 @@ def convert(twk, folder, generation, version):
         return done.stdout.strip()
 
     subprocess.run([twk, "lab", "init", lab, "--sample", "--users", "2"], check=True, capture_output=True)
-    database, texts = lab / "db", Texts()
-    files = []  # name, name kept under, layout of today, old bytes, records wanted
-    if generation == "1":
-        files.append(("Site.dat", "Site.v22", NEW_SITE, *put_sites(database, texts)))
-    if generation:
-        files.append(("Template.dat", "Template.v23", NEW_TEMPLATE, *put_templates(database, generation, texts)))
-    for file, kept in (("Permissions.dat", "Permissions.v24"), ("SharePerm.dat", "SharePerm.v24")):
-        files.append((file, kept, NEW_PERMISSION, *put_permissions(database, file, texts)))
+    database = lab / "db"
+    files = put_files(database, generation, Texts())
     untouched = {name: (database / name).read_bytes() for name in ("Site.dat", "Template.dat")
                  if name not in [file[0] for file in files]}
 
@@ -149,11 +156,14 @@ def convert(twk, folder, generation, version):
 
 
 def main():
+    if sys.argv[1] == "--put":
+        put_files(pathlib.Path(sys.argv[3]), sys.argv[2], Texts())
+        return
     twk = str(pathlib.Path(sys.argv[1]).resolve())
     check("length of a template of today", struct.calcsize(NEW_TEMPLATE), 4524)
     check("length of an old site", struct.calcsize(OLD_SITE), 102)
     check("length of a site of today", struct.calcsize(NEW_SITE), 154)
-    for generation, version in (("1", "1.3"), ("2.0", "2.0"), ("2.1", "2.1"), ("2.2", "2.2"), ("", "2.3")):
+    for generation, version in (("1", "1.3"), ("2.0", "2.0"), ("2.1", "2.1"), ("2.2", "2.2"), ("2.3", "2.3")):
         with tempfile.TemporaryDirectory() as folder:
             convert(twk, pathlib.Path(folder), generation, version)
 
