@@ -101,12 +101,13 @@ inline ProgramResult run_program(const ProgramRun& run) {
   const pid_t child = fork();
   if (child == 0)
     detail::become(run, {pipes[0][0], pipes[1][1], pipes[2][1]});
-  close(pipes[0][0]);
   close(pipes[1][1]);
   close(pipes[2][1]);
   ProgramResult result;
-  // The inputs of these tests fit into a pipe.
+  // The inputs of these tests fit into a pipe. Our own end to read from stays open meanwhile, because the
+  // program may have ended without a look at its input.
   const bool written = run.input.empty() || write(pipes[0][1], run.input.data(), run.input.size()) >= 0;
+  close(pipes[0][0]);
   close(pipes[0][1]);
   std::array<pollfd, 2> streams = {pollfd{pipes[1][0], POLLIN, 0}, pollfd{pipes[2][0], POLLIN, 0}};
   const std::array<std::string*, 2> texts = {&result.out, &result.err};
