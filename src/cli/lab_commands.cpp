@@ -91,7 +91,7 @@ int import_lab(Context& context, const std::string& file) {
 int export_lab(Context& context) {
   context.lab();
   const auto store =
-      lab::open_entry_store(context.lab_folder(), [](const std::string& text) { complain(text); });
+      lab::open_entry_store(context.lab_folder(), "domain", [](const std::string& text) { complain(text); });
   context.output().raw("version: 1\n\n");
   store->export_to([&](std::string_view piece) { context.output().raw(piece); });
   return kExitGreen;

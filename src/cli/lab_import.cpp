@@ -66,7 +66,7 @@ LabImport make_lab(const std::filesystem::path& folder, std::string_view text) {
     local::replace_file((folder / "domain.ldif").string(), text, local::Access::kPrivate);
     LabImport result;
     result.made = true;
-    result.added = lab::open_entry_store(folder, tell_warning)->size();
+    result.added = lab::open_entry_store(folder, "domain", tell_warning)->size();
     return result;
   } catch (...) {
     std::filesystem::remove_all(folder);
@@ -101,7 +101,7 @@ void take(lab::EntryStore& store, lab::LdifRecord&& record, LabImport& result) {
 }
 
 LabImport add_to_lab(const std::filesystem::path& folder, std::string_view text) {
-  const auto store = lab::open_entry_store(folder, tell_warning);
+  const auto store = lab::open_entry_store(folder, "domain", tell_warning);
   LabImport result;
   lab::read_ldif(text, [](const lab::LdifRecord&) {});
   store->begin_batch();

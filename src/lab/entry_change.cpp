@@ -33,8 +33,8 @@ Node* parent_for(const EntryTree& tree, std::string_view dn, Origin origin) {
   Node* const parent = tree.find(parent_name);
   if (parent != nullptr)
     return parent;
-  const bool may_be_root =
-      origin == Origin::kFile || tree.size() == 0 || base::equals_fold(parse_rdn(first_rdn(dn)).type, "DC");
+  const bool may_be_root = origin == Origin::kFile || tree.size() == 0 || parent_name.empty() ||
+                           base::equals_fold(parse_rdn(first_rdn(dn)).type, "DC");
   if (!may_be_root)
     refuse(ads_error::kNoSuchObject, "No such parent", parent_name);
   return nullptr;

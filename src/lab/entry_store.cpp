@@ -46,9 +46,10 @@ const Entry* entry_of(const Node* node) {
 
 class EntryStore::Implementation {
  public:
-  Implementation(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn)
-      : ldif_path_(folder / "domain.ldif"),
-        journal_(folder / "domain.journal.ldif", warn),
+  Implementation(const std::filesystem::path& folder, const std::string& name,
+                 const std::function<void(const std::string&)>& warn)
+      : ldif_path_(folder / (name + ".ldif")),
+        journal_(folder / (name + ".journal.ldif"), warn),
         warn_(warn),
         tree_(std::make_unique<EntryTree>()) {}
 
@@ -81,7 +82,7 @@ class EntryStore::Implementation {
   std::uint64_t generation_ = 0;
   bool must_reload_ = false;   ///< reading failed midway
   bool has_changes_ = false;   ///< the entries hold changes of a journal
-  bool is_folded_in_ = false;  ///< the journal's changes are in "domain.ldif" already
+  bool is_folded_in_ = false;  ///< the journal's changes are in the file already
   bool is_writing_ = false;
   int batches_ = 0;
 };
@@ -178,8 +179,8 @@ void EntryStore::Implementation::read_new_journal() {
     read_journal();
   } else {
     throw base::RuntimeError(base::error::kPathFileAccess,
-                             journal_.path().string() +
-                                 ": the journal belongs to another \"domain.ldif\" (generation " +
+                             journal_.path().string() + ": the journal belongs to another \"" +
+                                 ldif_path_.filename().string() + "\" (generation " +
                                  std::to_string(generation) + ", not " + std::to_string(generation_) + ").");
   }
 }
@@ -369,11 +370,11 @@ void EntryStore::export_to(const std::function<void(std::string_view)>& write) c
   export_tree(implementation_->tree(), write);
 }
 
-std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder,
+std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder, const std::string& name,
                                              const std::function<void(const std::string&)>& warn) {
   if (!status_of(folder))
     raise_file_error(ENOENT, folder);
-  auto implementation = std::make_unique<EntryStore::Implementation>(folder, warn);
+  auto implementation = std::make_unique<EntryStore::Implementation>(folder, name, warn);
   implementation->open();
   return std::make_unique<EntryStore>(std::move(implementation));
 }

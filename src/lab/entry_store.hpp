@@ -39,11 +39,11 @@ class Entry {
   const Node* node_;
 };
 
-/// The directory of a lab: "domain.ldif" and the journal of changes since, held in memory with indexes by DN,
-/// "samAccountName", "userPrincipalName", "objectSid", "primaryGroupID" and parent. Structure is checked here
-/// (a parent must exist, a DN is used once, a parent with children is not removed, links name entries); the
-/// rules of a domain are the callers'. A store without entries, and a name that begins with "DC=", take an
-/// entry without a parent.
+/// A directory of a lab: "<name>.ldif" and "<name>.journal.ldif", the journal of changes since, held in
+/// memory with indexes by DN, "samAccountName", "userPrincipalName", "objectSid", "primaryGroupID" and
+/// parent. Structure is checked here (a parent must exist, a DN is used once, a parent with children is not
+/// removed, links name entries); the rules of a domain are the callers'. A store without entries, a name of
+/// one part, and one that begins with "DC=" take an entry without a parent.
 ///
 /// Several processes may have one lab open. A write takes a lock on the journal, reads what others wrote,
 /// applies the change, appends it as one LDIF change record and syncs it, unless a batch is open. `refresh`
@@ -103,13 +103,13 @@ class EntryStore {
   std::unique_ptr<Implementation> implementation_;
 };
 
-/// Opens the folder's "domain.ldif" and "domain.journal.ldif" (which may be missing). A journal whose last
+/// Opens the folder's "<name>.ldif" and "<name>.journal.ldif" (which may be missing). A journal whose last
 /// record is torn is cut behind the last whole one and `warn` is told. A journal larger than 16 MiB is folded
-/// in: a new "domain.ldif" is written, synced and renamed, then the journal emptied; processes that have the
+/// in: a new "<name>.ldif" is written, synced and renamed, then the journal emptied; processes that have the
 /// lab open notice it. A folder that may not be written opens for reading, and a write raises permission
 /// denied. Raises runtime errors that name the file and line, and path not found for a folder that is not
 /// there.
-std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder,
+std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder, const std::string& name,
                                              const std::function<void(const std::string&)>& warn);
 
 }  // namespace twk::lab

@@ -6,8 +6,10 @@
 #include "lab/lab_directory.hpp"
 #include "lab/lab_domain.hpp"
 #include "lab/lab_files.hpp"
+#include "lab/lab_mailboxes.hpp"
 #include "lab/lab_network.hpp"
 #include "lab/lab_query.hpp"
+#include "lab/lab_security.hpp"
 #include "local/posix_files.hpp"
 #include "local/registry_file.hpp"
 #include "local/system_clock.hpp"
@@ -20,7 +22,7 @@ struct Lab::Services {
   Services(const std::filesystem::path& root, const LabConfig& config,
            const std::function<void(const std::string&)>& warn)
       : folder(root),
-        store(open_entry_store(root, warn)),
+        store(open_entry_store(root, "domain", warn)),
         domain{.config = config,
                .store = *store,
                .clock = clock,
@@ -30,6 +32,8 @@ struct Lab::Services {
         directory(domain),
         query(domain),
         network(domain),
+        security(domain),
+        mailboxes(domain),
         files(root / "servers", workstation_files, names),
         registry((root / "settings").string()) {}
 
@@ -44,6 +48,8 @@ struct Lab::Services {
   LabDirectory directory;
   LabQuery query;
   LabNetwork network;
+  LabSecurity security;
+  LabMailboxes mailboxes;
   LabFiles files;
   local::RegistryFile registry;
 };
@@ -71,6 +77,8 @@ platform::Platform Lab::platform(platform::Dialogs& dialogs) {
           .query = s.query,
           .files = s.files,
           .network = s.network,
+          .security = s.security,
+          .mailboxes = s.mailboxes,
           .process = s.process,
           .environment = s.environment,
           .clock = s.clock,

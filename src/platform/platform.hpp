@@ -5,10 +5,12 @@
 #include "platform/directory.hpp"
 #include "platform/environment.hpp"
 #include "platform/files.hpp"
+#include "platform/mailbox.hpp"
 #include "platform/network.hpp"
 #include "platform/process.hpp"
 #include "platform/query.hpp"
 #include "platform/registry.hpp"
+#include "platform/security.hpp"
 
 namespace twk::platform {
 
@@ -19,6 +21,8 @@ struct Platform {
   QueryService& query;
   Files& files;
   Network& network;
+  Security& security;
+  MailboxService& mailboxes;
   Process& process;
   Environment& environment;
   Clock& clock;

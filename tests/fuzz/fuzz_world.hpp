@@ -64,12 +64,16 @@ struct FuzzWorld {
   UnreachableDirectory directory;
   OneFile files;
   FakeNetwork network;
+  FakeSecurity security;
+  FakeMailboxes mailboxes;
   FakeProcess process;
   FakeEnvironment environment;
   FixedClock clock;
   NoDialogs dialogs;
-  session::Session session{
-      {registry, directory, directory, files, network, process, environment, clock, dialogs}, "", "/"};
+  session::Session session{{registry, directory, directory, files, network, security, mailboxes, process,
+                            environment, clock, dialogs},
+                           "",
+                           "/"};
 };
 
 }  // namespace twk::test

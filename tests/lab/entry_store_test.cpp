@@ -74,7 +74,8 @@ class EntryStoreTest : public testing::Test {
   }
 
   std::unique_ptr<EntryStore> open() {
-    return open_entry_store(folder_, [this](const std::string& text) { warnings_.push_back(text); });
+    return open_entry_store(folder_, "domain",
+                            [this](const std::string& text) { warnings_.push_back(text); });
   }
   static void add_user(EntryStore& store, const std::string& name, const std::string& parent) {
     store.add("CN=" + name + "," + parent, {{"objectClass", {"user"}}, {"sAMAccountName", {name}}}, nullptr);
@@ -410,7 +411,8 @@ TEST_F(EntryStoreTest, AJournalWhoseFirstLinesAreTornIsTakenUp) {
 }
 
 TEST_F(EntryStoreTest, AMissingFolderIsNotOpened) {
-  EXPECT_EQ(error_of([] { (void)open_entry_store("/no/such/folder", nullptr); }), base::error::kPathNotFound);
+  EXPECT_EQ(error_of([] { (void)open_entry_store("/no/such/folder", "domain", nullptr); }),
+            base::error::kPathNotFound);
 }
 
 TEST_F(EntryStoreTest, AJournalOfAnotherDirectoryIsRefused) {

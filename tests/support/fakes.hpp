@@ -73,10 +73,67 @@ class FakeProcess final : public platform::Process {
   std::int32_t result = 1;
 };
 
+/// Knows a controller, and nothing of shares and terminal servers.
 class FakeNetwork final : public platform::Network {
  public:
   std::string NetGetDCName(std::string_view /*server*/, std::string_view /*domain*/) override {
     return "\\\\DC1";
+  }
+  void NetShareAdd(std::string_view server, const platform::ShareInfo502& /*share*/) override {
+    unreachable(server);
+  }
+  platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view /*name*/) override {
+    unreachable(server);
+  }
+  std::vector<platform::ShareInfo502> NetShareEnum(std::string_view server) override { unreachable(server); }
+  void NetShareDel(std::string_view server, std::string_view /*name*/) override { unreachable(server); }
+  void WTSSetUserConfig(std::string_view server, std::string_view /*user*/,
+                        platform::WtsConfigClass /*setting*/,
+                        const platform::WtsConfigValue& /*value*/) override {
+    unreachable(server);
+  }
+  platform::WtsConfigValue WTSQueryUserConfig(std::string_view server, std::string_view /*user*/,
+                                              platform::WtsConfigClass /*setting*/) override {
+    unreachable(server);
+  }
+
+ private:
+  [[noreturn]] static void unreachable(std::string_view server) {
+    throw base::RuntimeError(platform::network_error::kBadNetPath, "no server " + std::string(server));
+  }
+};
+
+/// Knows no account and no file.
+class FakeSecurity final : public platform::Security {
+ public:
+  platform::AccountSid LookupAccountName(std::string_view /*server*/, std::string_view account) override {
+    unknown(account);
+  }
+  std::string LookupAccountSid(std::string_view /*server*/, const platform::Sid& sid) override {
+    return sid.text();
+  }
+  std::vector<platform::Sid> account_identifiers(std::string_view account) override { unknown(account); }
+  platform::SecurityDescriptor GetFileSecurity(std::string_view path, std::uint32_t /*parts*/,
+                                               std::size_t /*buffer*/) override {
+    unknown(path);
+  }
+  void SetFileSecurity(std::string_view path, std::uint32_t /*parts*/,
+                       const platform::SecurityDescriptor& /*descriptor*/) override {
+    unknown(path);
+  }
+  std::unique_ptr<platform::ProcessToken> OpenProcessToken() override { unknown("the process"); }
+  std::uint64_t LookupPrivilegeValue(std::string_view name) override { unknown(name); }
+
+ private:
+  [[noreturn]] static void unknown(std::string_view what) {
+    throw base::RuntimeError(platform::security_error::kNoneMapped, "nobody knows " + std::string(what));
+  }
+};
+
+class FakeMailboxes final : public platform::MailboxService {
+ public:
+  std::unique_ptr<platform::IMailboxStore> mailbox_store(const platform::ObjectPtr& /*user*/) override {
+    throw base::RuntimeError(platform::ads_error::kNotImplementedByProvider, "no mail system");
   }
 };
 

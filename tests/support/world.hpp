@@ -40,11 +40,15 @@ class TestWorld : public testing::Test {
   FakeEnvironment environment;
   FakeProcess process;
   FakeNetwork network;
+  FakeSecurity security;
+  FakeMailboxes mailboxes;
   UnreachableDirectory directory;
   local::PosixFiles posix_files;
   FailingFiles files{posix_files};
-  session::Session session{
-      {registry, directory, directory, files, network, process, environment, clock, dialogs}, "", "/opt/twk"};
+  session::Session session{{registry, directory, directory, files, network, security, mailboxes, process,
+                            environment, clock, dialogs},
+                           "",
+                           "/opt/twk"};
 };
 
 /// The texts of a list's rows.
