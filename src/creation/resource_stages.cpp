@@ -1,0 +1,26 @@
+#include "creation/resource_stages.hpp"
+
+#include <string_view>
+
+#include "creation/creation_run.hpp"
+
+namespace twk::creation {
+namespace {
+
+void warn_unavailable(CreationRun& run, std::string_view what) {
+  warn(run, std::string(what) + " not available in this version, nothing was done");
+}
+
+}  // namespace
+
+void CreateUserShares(CreationRun& run) {
+  warn_unavailable(run, "Shares:");
+}
+void ApplyTerminalSettings(CreationRun& run) {
+  warn_unavailable(run, "Terminal-server settings:");
+}
+void ApplyDirPermissions(CreationRun& run) {
+  warn_unavailable(run, "Directory permissions:");
+}
+
+}  // namespace twk::creation
