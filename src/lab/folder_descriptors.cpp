@@ -94,16 +94,10 @@ SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
   SecurityDescriptor descriptor = drive;
   std::string dn(kContainer);
   const std::vector<std::string> parts = parts_of(path);
-  bool may_be_stored = store_.find(dn) != nullptr;
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    std::optional<SecurityDescriptor> own;
-    if (may_be_stored) {
-      dn = below(dn, parts[i]);
-      const Entry* const entry = store_.find(dn);
-      may_be_stored = entry != nullptr;
-      if (entry != nullptr)
-        own = stored_in(*entry);
-    }
+    dn = below(dn, parts[i]);
+    const Entry* const entry = store_.find(dn);
+    std::optional<SecurityDescriptor> own = entry == nullptr ? std::nullopt : stored_in(*entry);
     if (own) {
       descriptor = *std::move(own);
     } else if (i > 0) {
