@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab_domain.hpp"
 #include "platform/value.hpp"
@@ -33,7 +33,7 @@ void check_account_name(std::string_view name, bool user);
 /// passwords; "groupType" carries its "sAMAccountType". Raises kNoSuchAttribute, kConstraint, kUnwilling for
 /// what only the directory itself writes.
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
-                                           std::string_view object_class, Provider provider,
+                                           std::string_view object_class, ads::Provider provider,
                                            const std::vector<StagedChange>& changes);
 
 /// The moment, as the directory counts time.

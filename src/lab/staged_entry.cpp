@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "ads/schema.hpp"
 #include "base/text.hpp"
 #include "lab/domain_rules.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
-#include "lab/schema.hpp"
 
 namespace twk::lab {
 namespace {
@@ -33,14 +33,14 @@ Value from_list(ValueList list) {
 
 }  // namespace
 
-StagedEntry::StagedEntry(LabDomain& domain, Provider provider, std::string_view dn)
+StagedEntry::StagedEntry(LabDomain& domain, ads::Provider provider, std::string_view dn)
     : domain_(domain), provider_(provider) {
   const Entry& entry = require_entry(domain, dn);
   dn_ = entry.dn();
   object_class_ = entry_class(entry);
 }
 
-StagedEntry::StagedEntry(LabDomain& domain, Provider provider, std::string dn, std::string object_class)
+StagedEntry::StagedEntry(LabDomain& domain, ads::Provider provider, std::string dn, std::string object_class)
     : domain_(domain),
       provider_(provider),
       dn_(std::move(dn)),
@@ -80,10 +80,10 @@ std::vector<StagedChange>::iterator StagedEntry::find_staged(std::string_view at
 }
 
 Value StagedEntry::get(std::string_view attribute) {
-  const AttributeSchema* const schema = find_attribute(attribute);
+  const ads::AttributeSchema* const schema = ads::find_attribute(attribute);
   const auto replaced = find_staged(attribute, ModifyKind::kReplace);
   ValueList values =
-      replaced != staged_.end() ? replaced->values : to_value(schema, stored_values(attribute)).list();
+      replaced != staged_.end() ? replaced->values : ads::to_value(schema, stored_values(attribute)).list();
   for (const StagedChange& change : staged_) {
     if (!base::equals_fold(change.attribute, attribute))
       continue;

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "ads/ads_path.hpp"
 #include "lab/account_rules.hpp"
-#include "lab/ads_path.hpp"
 #include "lab/lab_domain.hpp"
 
 namespace twk::lab {
@@ -15,9 +15,9 @@ namespace twk::lab {
 class StagedEntry {
  public:
   /// A stored entry. Raises kNoSuchObject.
-  StagedEntry(LabDomain& domain, Provider provider, std::string_view dn);
+  StagedEntry(LabDomain& domain, ads::Provider provider, std::string_view dn);
   /// A new one.
-  StagedEntry(LabDomain& domain, Provider provider, std::string dn, std::string object_class);
+  StagedEntry(LabDomain& domain, ads::Provider provider, std::string dn, std::string object_class);
 
   [[nodiscard]] LabDomain& domain() const { return domain_; }
   [[nodiscard]] const std::string& dn() const { return dn_; }
@@ -42,7 +42,7 @@ class StagedEntry {
   std::vector<StagedChange>::iterator find_staged(std::string_view attribute, ModifyKind kind);
 
   LabDomain& domain_;
-  Provider provider_;
+  ads::Provider provider_;
   std::string dn_;
   std::string object_class_;
   bool new_ = false;
