@@ -31,7 +31,7 @@ const ads::AttributeSchema& writable_attribute(std::string_view name) {
   return *attribute;
 }
 
-Modification convert(const StagedChange& change, const ads::AttributeSchema& attribute) {
+Modification convert(const ads::StagedChange& change, const ads::AttributeSchema& attribute) {
   Modification out{change.kind, std::string(attribute.name), {}};
   for (const Value& value : change.values)
     out.values.push_back(ads::to_raw(attribute, value));
@@ -116,11 +116,11 @@ void check_account_name(std::string_view name, bool user) {
 
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
                                            std::string_view object_class, ads::Provider provider,
-                                           const std::vector<StagedChange>& changes) {
+                                           const std::vector<ads::StagedChange>& changes) {
   const bool user = !base::equals_fold(object_class, "group");
   std::vector<Modification> out;
   std::vector<Modification> along;
-  for (const StagedChange& change : changes) {
+  for (const ads::StagedChange& change : changes) {
     const ads::AttributeSchema& attribute = writable_attribute(change.attribute);
     Modification converted = convert(change, attribute);
     check_count(entry, attribute, converted);

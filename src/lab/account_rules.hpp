@@ -15,13 +15,6 @@ namespace twk::lab {
 inline constexpr std::int32_t kDomainUsersRid = 513;
 inline constexpr std::string_view kNeverExpires = "9223372036854775807";
 
-/// A change of one attribute as a caller staged it.
-struct StagedChange {
-  ModifyKind kind = ModifyKind::kReplace;  ///< a replace by no values clears
-  std::string attribute;
-  platform::ValueList values;
-};
-
 /// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
 /// holds a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
 void check_account_name(std::string_view name, bool user);
@@ -34,7 +27,7 @@ void check_account_name(std::string_view name, bool user);
 /// what only the directory itself writes.
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
                                            std::string_view object_class, ads::Provider provider,
-                                           const std::vector<StagedChange>& changes);
+                                           const std::vector<ads::StagedChange>& changes);
 
 /// The moment, as the directory counts time.
 std::string filetime_now(const LabDomain& domain);

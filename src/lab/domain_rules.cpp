@@ -154,7 +154,7 @@ std::string child_dn(std::string_view object_class, std::string_view relative_na
 }
 
 void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
-                const std::string& dn, const std::vector<StagedChange>& values) {
+                const std::string& dn, const std::vector<ads::StagedChange>& values) {
   const ads::ClassSchema* const schema = ads::find_class(object_class);
   const bool user = base::equals_fold(object_class, "user");
   const bool account = is_account_class(object_class);
@@ -194,7 +194,7 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
 }
 
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
-                   const std::vector<StagedChange>& changes) {
+                   const std::vector<ads::StagedChange>& changes) {
   domain.store.refresh();
   const Entry& entry = require_entry(domain, dn);
   const std::string object_class = entry_class(entry);

@@ -26,11 +26,11 @@ std::string child_dn(std::string_view object_class, std::string_view relative_na
 /// without its parent, kUnwilling for a class or a place that is not allowed, and what `to_modifications`
 /// raises.
 void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
-                const std::string& dn, const std::vector<StagedChange>& values);
+                const std::string& dn, const std::vector<ads::StagedChange>& values);
 /// All changes or none. An account name in use is refused as above; "primaryGroupID" follows
 /// `PrimaryGroupChange`.
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
-                   const std::vector<StagedChange>& changes);
+                   const std::vector<ads::StagedChange>& changes);
 /// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group
 /// that is somebody's primary group.
 void delete_object(LabDomain& domain, const std::string& dn);

@@ -317,8 +317,7 @@ void EntryStore::children(const Entry& parent, const std::function<bool(const En
     child = child->next;
 }
 
-void EntryStore::children(std::string_view parent_dn,
-                          const std::function<bool(const Entry&)>& visit) const {
+void EntryStore::children(std::string_view parent_dn, const std::function<bool(const Entry&)>& visit) const {
   if (const Entry* const parent = find(parent_dn))
     return children(*parent, visit);
   const std::string wanted = ads::normalize_dn(parent_dn);

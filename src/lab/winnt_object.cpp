@@ -1,6 +1,7 @@
 #include "lab/winnt_object.hpp"
 
 #include "ads/dn.hpp"
+#include "ads/winnt_properties.hpp"
 #include "base/text.hpp"
 #include "lab/account_path.hpp"
 #include "lab/domain_rules.hpp"
@@ -8,7 +9,6 @@
 #include "lab/errors.hpp"
 #include "lab/membership.hpp"
 #include "lab/passwords.hpp"
-#include "lab/winnt_properties.hpp"
 
 namespace twk::lab {
 namespace {
@@ -146,18 +146,18 @@ std::string WinntAccount::Parent() const {
 }
 
 Value WinntAccount::Get(std::string_view property) {
-  Value value = get_winnt(entry_, property);
+  Value value = ads::get_winnt(entry_, property);
   if (value.is_empty())
     raise(ads_error::kPropertyNotFound, name_ + " has no value for " + std::string(property));
   return value;
 }
 
 void WinntAccount::Put(std::string_view property, const Value& value) {
-  put_winnt(entry_, property, value);
+  ads::put_winnt(entry_, property, value);
 }
 
 void WinntAccount::PutEx(int control, std::string_view property, const Value& value) {
-  put_ex_winnt(entry_, control, property, value);
+  ads::put_ex_winnt(entry_, control, property, value);
 }
 
 void WinntAccount::SetInfo() {
