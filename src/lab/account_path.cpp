@@ -31,7 +31,7 @@ void require_ldap_server(const LabDomain& domain, std::string_view server) {
 
 void require_domain(const LabDomain& domain, std::string_view name) {
   if (!is_domain_name(domain, name))
-    raise(kNoSuchDomain, "There is no domain " + std::string(name));
+    raise(ads_error::kNoSuchDomain, "There is no domain " + std::string(name));
 }
 
 std::string resolve_entry(const LabDomain& domain, const ads::AdsPath& path) {

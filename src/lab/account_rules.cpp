@@ -1,5 +1,6 @@
 #include "lab/account_rules.hpp"
 
+#include "ads/object_rules.hpp"
 #include "ads/schema.hpp"
 #include "base/text.hpp"
 #include "lab/entry_view.hpp"
@@ -11,9 +12,6 @@ namespace {
 
 using platform::Value;
 
-constexpr std::size_t kUserNameLength = 20;
-constexpr std::size_t kGroupNameLength = 256;
-constexpr std::size_t kLogonHoursBytes = 21;
 constexpr std::int32_t kAccountKinds = 0x3B00;  ///< normal, trusts, workstation, server
 constexpr std::uint32_t kSecurityGroup = 0x80000000U;
 
@@ -74,45 +72,20 @@ void apply_rules(const LabDomain& domain, const Entry* entry, bool user, ads::Pr
   if (takes_away)
     return;
   std::string& value = change.values.front();
-  if (change.attribute == "sAMAccountName") {
-    check_account_name(value, user);
-  } else if (change.attribute == "userAccountControl") {
+  ads::check_value(change.attribute, value, user);
+  if (change.attribute == "userAccountControl") {
     value = stored_flags(entry, provider, *base::to_number(value));
   } else if (change.attribute == "pwdLastSet") {
-    if (value != "0" && value != "-1")
-      constraint(change.attribute, "is neither 0 nor -1");
     if (value == "-1")
       value = filetime_now(domain);
   } else if (change.attribute == "lockoutTime") {
-    if (value != "0")
-      raise(ads_error::kUnwilling, "An account cannot be locked by setting lockoutTime");
     along.push_back({ModifyKind::kReplace, "badPwdCount", {"0"}});
-  } else if (change.attribute == "logonHours") {
-    if (value.size() != kLogonHoursBytes)
-      constraint(change.attribute, "is not 21 bytes long");
   } else if (change.attribute == "groupType") {
     along.push_back({ModifyKind::kReplace, "sAMAccountType", {group_account_type(*base::to_number(value))}});
   }
 }
 
 }  // namespace
-
-void check_account_name(std::string_view name, bool user) {
-  static constexpr std::string_view kForbidden = "\"/\\[]:;|=,+*?<>";
-  const auto refuse = [&](const std::string& why) {
-    raise(ads_error::kInvalidAccountName, "The account name \"" + base::to_valid_utf8(name) + "\" " + why);
-  };
-  if (const auto control = base::find_control_character(name))
-    refuse("holds the control character " + *control);
-  const std::size_t at = name.find_first_of(kForbidden);
-  if (at != base::npos)
-    refuse(std::string("holds the character ") + name[at]);
-  if (name.find_first_not_of(" .") == base::npos)
-    refuse("is empty or only blanks and dots");
-  const std::size_t longest = user ? kUserNameLength : kGroupNameLength;
-  if (base::length(name) > longest)
-    refuse("is longer than " + base::to_text(static_cast<std::int64_t>(longest)) + " characters");
-}
 
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
                                            std::string_view object_class, ads::Provider provider,

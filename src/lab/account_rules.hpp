@@ -15,10 +15,6 @@ namespace twk::lab {
 inline constexpr std::int32_t kDomainUsersRid = 513;
 inline constexpr std::string_view kNeverExpires = "9223372036854775807";
 
-/// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
-/// holds a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
-void check_account_name(std::string_view name, bool user);
-
 /// The stored form of changes to `entry` (none: a new object) of class `object_class`.
 ///
 /// "userAccountControl" keeps its kind of account, and through LDAP the "cannot change password" bit as it is

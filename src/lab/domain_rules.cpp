@@ -14,7 +14,6 @@
 namespace twk::lab {
 namespace {
 
-constexpr std::size_t kLongestName = 64;
 constexpr std::int32_t kGlobalSecurityGroup = static_cast<std::int32_t>(0x80000002U);
 
 /// The attributes of an object in the making.
@@ -129,29 +128,6 @@ std::optional<std::string> staged_value(const std::vector<Modification>& changes
 }
 
 }  // namespace
-
-std::string child_dn(std::string_view object_class, std::string_view relative_name,
-                     std::string_view parent_dn) {
-  const auto refuse = [&](const std::string& why) {
-    raise(ads_error::kInvalidDn, "The name \"" + base::to_valid_utf8(relative_name) + "\" " + why);
-  };
-  if (ads::split_dn(relative_name).size() != 1)
-    refuse("is not one part of a distinguished name");
-  const ads::Rdn rdn = ads::parse_rdn(relative_name);
-  const ads::ClassSchema* const schema = ads::find_class(object_class);
-  if (schema != nullptr && !base::equals_fold(rdn.type, schema->rdn_type)) {
-    refuse("must begin with " + std::string(schema->rdn_type) + "=");
-  }
-  if (const auto control = base::find_control_character(rdn.value))
-    refuse("holds the control character " + *control);
-  if (!base::is_valid_utf8(rdn.value))
-    refuse("is not UTF-8");
-  if (base::trim(rdn.value).empty())
-    refuse("is empty");
-  if (base::length(rdn.value) > kLongestName)
-    refuse("is longer than 64 characters");
-  return ads::make_rdn(base::upper(rdn.type), rdn.value) + "," + std::string(parent_dn);
-}
 
 void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
                 const std::string& dn, const std::vector<ads::StagedChange>& values) {

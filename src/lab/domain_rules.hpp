@@ -15,12 +15,6 @@
 /// never needs to be enabled. A domain of today gives 546 and waits for a password first.
 namespace twk::lab {
 
-/// The name of a child of `parent_dn`, the type in capitals. Raises kInvalidDn unless `relative_name` is one
-/// part of the type that the class is named by, its value of 1 to 64 characters and without control
-/// characters.
-std::string child_dn(std::string_view object_class, std::string_view relative_name,
-                     std::string_view parent_dn);
-
 /// Makes a user, group, contact or organizational unit with its identifiers and defaults. Raises
 /// kObjectExists for a name or account name in use (through WinNT kUserExists or kGroupExists), kNoSuchObject
 /// without its parent, kUnwilling for a class or a place that is not allowed, and what `to_modifications`

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "ads/object_rules.hpp"
 #include "base/text.hpp"
 #include "lab/account_rules.hpp"
 #include "lab/errors.hpp"
@@ -85,7 +86,7 @@ std::string administrator_name(const LabPlan& plan) {
   local::SystemEnvironment environment;
   std::string name = plan.administrator.empty() ? environment.variable("USERNAME") : plan.administrator;
   base::Trap unusable;
-  return unusable([&] { check_account_name(name, true); }) ? name : std::string();
+  return unusable([&] { ads::check_account_name(name, true); }) ? name : std::string();
 }
 
 LabConfig make_config(const LabPlan& plan) {

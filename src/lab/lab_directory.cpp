@@ -1,11 +1,13 @@
 #include "lab/lab_directory.hpp"
 
+#include "ads/namespace_object.hpp"
+#include "ads/schema_object.hpp"
+
 #include "lab/account_path.hpp"
 #include "lab/errors.hpp"
 #include "lab/ldap_object.hpp"
-#include "lab/namespace_object.hpp"
 #include "lab/passwords.hpp"
-#include "lab/schema_object.hpp"
+#include "lab/root_dse.hpp"
 #include "lab/share_object.hpp"
 #include "lab/winnt_object.hpp"
 
@@ -24,9 +26,9 @@ ObjectPtr LabDirectory::bind_namespace(ads::Provider provider) {
   const std::string name = provider == ads::Provider::kGc     ? "GC:"
                            : provider == ads::Provider::kLdap ? "LDAP:"
                                                               : "WinNT:";
-  return std::make_shared<NamespaceObject>(name, provider == ads::Provider::kWinnt ? "Domain" : "domainDNS",
-                                           children,
-                                           [this](const std::string& path) { return GetObject(path); });
+  return std::make_shared<ads::NamespaceObject>(
+      name, provider == ads::Provider::kWinnt ? "Domain" : "domainDNS", children,
+      [this](const std::string& path) { return GetObject(path); });
 }
 
 ObjectPtr LabDirectory::bind_entry(const ads::AdsPath& path, std::string_view whole) {
@@ -54,7 +56,7 @@ ObjectPtr LabDirectory::GetObject(std::string_view path) {
       return std::make_shared<RootDse>(domain_, std::string(path));
     case ads::AdsPath::Kind::kSchema:
       require_ldap_server(domain_, parsed.server);
-      return bind_schema(parsed.name);
+      return ads::bind_schema(parsed.name, ads::find_attribute);
     case ads::AdsPath::Kind::kEntry:
       return bind_entry(parsed, path);
     case ads::AdsPath::Kind::kDomain:

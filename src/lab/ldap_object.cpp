@@ -1,6 +1,7 @@
 #include "lab/ldap_object.hpp"
 
 #include "ads/dn.hpp"
+#include "ads/object_rules.hpp"
 #include "base/text.hpp"
 #include "lab/account_path.hpp"
 #include "lab/domain_rules.hpp"
@@ -114,7 +115,7 @@ ObjectPtr LdapObject::GetObject(std::string_view object_class, std::string_view 
 
 ObjectPtr LdapObject::Create(std::string_view object_class, std::string_view relative_name) {
   require_writable();
-  std::string dn = child_dn(object_class, relative_name, entry_.dn());
+  std::string dn = ads::child_dn(object_class, relative_name, entry_.dn());
   StagedEntry entry(domain(), provider_, std::move(dn), std::string(object_class));
   return std::make_shared<LdapObject>(std::move(entry), provider_, server_);
 }
@@ -129,7 +130,7 @@ ObjectPtr LdapObject::MoveHere(std::string_view source_path, const std::optional
   domain().store.refresh();
   const std::string source = resolve_entry(domain(), source_path);
   const std::string name = new_name ? *new_name : std::string(ads::first_rdn(source));
-  const std::string target = child_dn(entry_class(require_entry(domain(), source)), name, entry_.dn());
+  const std::string target = ads::child_dn(entry_class(require_entry(domain(), source)), name, entry_.dn());
   move_object(domain(), source, target);
   return bind(target);
 }

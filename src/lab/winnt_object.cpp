@@ -1,6 +1,7 @@
 #include "lab/winnt_object.hpp"
 
 #include "ads/dn.hpp"
+#include "ads/object_rules.hpp"
 #include "ads/winnt_properties.hpp"
 #include "base/text.hpp"
 #include "lab/account_path.hpp"
@@ -27,7 +28,7 @@ std::string_view account_class(const Entry& entry) {
 }
 
 std::string account_dn(const LabDomain& domain, std::string_view object_class, std::string_view name) {
-  return child_dn(object_class, ads::make_rdn("CN", name), "CN=Users," + domain.root_dn);
+  return ads::child_dn(object_class, ads::make_rdn("CN", name), "CN=Users," + domain.root_dn);
 }
 
 }  // namespace
@@ -95,7 +96,7 @@ ObjectPtr WinntDomain::Create(std::string_view object_class, std::string_view na
   if (!user && !base::equals_fold(object_class, kGroup)) {
     raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
   }
-  check_account_name(name, user);
+  ads::check_account_name(name, user);
   const std::string_view ldap_class = user ? "user" : "group";
   StagedEntry entry(domain_, ads::Provider::kWinnt, account_dn(domain_, ldap_class, name),
                     std::string(ldap_class));

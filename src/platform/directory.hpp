@@ -31,6 +31,7 @@ inline constexpr std::uint32_t kUnwilling = 0x80072035;         ///< the server 
 inline constexpr std::uint32_t kNotOnNonLeaf = 0x80072015;      ///< the object still has children
 inline constexpr std::uint32_t kServerDown = 0x8007203A;        ///< no server answers
 inline constexpr std::uint32_t kAccessDenied = 0x80070005;
+inline constexpr std::uint32_t kNoSuchDomain = 0x8007054B;      ///< ERROR_NO_SUCH_DOMAIN
 inline constexpr std::uint32_t kPasswordPolicy = 0x800708C5;    ///< NERR_PasswordTooShort: policy refuses it
 inline constexpr std::uint32_t kUserNotFound = 0x800708AD;      ///< NERR_UserNotFound
 inline constexpr std::uint32_t kGroupNotFound = 0x800708AC;     ///< NERR_GroupNotFound

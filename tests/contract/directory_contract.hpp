@@ -129,15 +129,15 @@ TEST_P(DirectoryContract, PathsThatLeadNowhereTellWhy) {
 TEST_P(DirectoryContract, ValuesOfSeveralKindsComeBackAsTheirSyntaxSays) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   user->PutEx(2, "otherTelephone", ValueList{"1", "2"});
-  user->Put("countryCode", 44);
+  user->Put("adminCount", 44);
   user->Put("accountExpires", "133000000000000000");
   user->SetInfo();
   user->PutEx(3, "otherTelephone", ValueList{"3"});
-  user->PutEx(1, "countryCode", 0);
+  user->PutEx(1, "adminCount", 0);
   user->SetInfo();
   const ObjectPtr read = get_entry(w_, "CN=Jo," + w_.unit());
   EXPECT_EQ(read->Get("otherTelephone").list().size(), 3U);
-  EXPECT_EQ(number_of([&] { read->Get("countryCode"); }), ads_error::kPropertyNotFound);
+  EXPECT_EQ(number_of([&] { read->Get("adminCount"); }), ads_error::kPropertyNotFound);
   EXPECT_EQ(read->Get("accountExpires"), Value("133000000000000000"));
   EXPECT_EQ(read->Get("objectSid").bytes().size(), 28U);
   EXPECT_EQ(read->Get("userAccountControl").integer() & 0x200, 0x200);
@@ -152,7 +152,7 @@ TEST_P(DirectoryContract, ValuesThatBreakTheirAttributeAreRefused) {
     const char* attribute;
     Value value;
   } cases[] = {{"sn", ValueList{"two", "names"}},
-               {"countryCode", "many"},
+               {"adminCount", "many"},
                {"initials", "far too long"},
                {"logonHours", base::Bytes(3)},
                {"description", ""},

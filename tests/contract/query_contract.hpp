@@ -44,6 +44,8 @@ TEST_P(QueryContract, FiltersFindTheObjectsThatTheyDescribe) {
   make_three_users();
   make_group(w_, "Readers");
   get_entry(w_, w_.unit())->Create("organizationalUnit", "OU=Below")->SetInfo();
+  const std::string unit = world_->unit();
+  const std::string unit_name = unit.substr(3, unit.find(',') - 3);
   const struct {
     const char* filter;
     const char* scope;
@@ -58,7 +60,7 @@ TEST_P(QueryContract, FiltersFindTheObjectsThatTheyDescribe) {
       {"(|(displayName=Aa Ben)(cn=zoë smith))", "onelevel", "Ben|Zoë Smith"},
       {"(&(objectCategory=Person)(objectClass=User)(PrimaryGroupID=513))", "onelevel", "Ann|Ben|Zoë Smith"},
       {"(userAccountControl:1.2.840.113556.1.4.803:=512)", "onelevel", "Ann|Ben|Zoë Smith"},
-      {"(objectClass=organizationalUnit)", "base", "Tests"},
+      {"(objectClass=organizationalUnit)", "base", unit_name.c_str()},
   };
   platform::QueryOptions by_name;
   by_name.sort_on = "name";

@@ -1,11 +1,11 @@
-#include "lab/schema_object.hpp"
+#include "ads/schema_object.hpp"
 
 #include "ads/schema.hpp"
+#include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/errors.hpp"
 #include "platform/adsi.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 using platform::ObjectPtr;
@@ -17,24 +17,24 @@ std::string path_of(std::string_view name) {
   return std::string(kContainer) + "/" + std::string(name);
 }
 
-class PropertyObject final : public ads::BasicObject {
+class PropertyObject final : public BasicObject {
  public:
-  explicit PropertyObject(const ads::AttributeSchema& attribute) : attribute_(attribute) {}
+  explicit PropertyObject(const AttributeSchema& attribute) : attribute_(attribute) {}
 
   [[nodiscard]] std::string Name() const override { return std::string(attribute_.name); }
   [[nodiscard]] std::string Class() const override { return "Property"; }
   [[nodiscard]] std::string ADsPath() const override { return path_of(attribute_.name); }
   [[nodiscard]] std::string Parent() const override { return std::string(kContainer); }
-  std::string Syntax() override { return std::string(ads::syntax_name(attribute_.syntax)); }
+  std::string Syntax() override { return std::string(syntax_name(attribute_.syntax)); }
   bool MultiValued() override { return attribute_.multi_valued; }
 
  private:
-  const ads::AttributeSchema& attribute_;
+  const AttributeSchema& attribute_;
 };
 
-class ClassObject final : public ads::BasicObject {
+class ClassObject final : public BasicObject {
  public:
-  explicit ClassObject(const ads::ClassSchema& schema) : schema_(schema) {}
+  explicit ClassObject(const ClassSchema& schema) : schema_(schema) {}
 
   [[nodiscard]] std::string Name() const override { return std::string(schema_.name); }
   [[nodiscard]] std::string Class() const override { return "Class"; }
@@ -45,10 +45,11 @@ class ClassObject final : public ads::BasicObject {
     if (base::equals_fold(attribute, "MandatoryProperties"))
       return platform::ValueList{"objectClass"};
     if (!base::equals_fold(attribute, "OptionalProperties")) {
-      raise(ads_error::kPropertyNotFound, "A class of the schema has no value for " + std::string(attribute));
+      base::raise(platform::ads_error::kPropertyNotFound,
+                  "A class of the schema has no value for " + std::string(attribute));
     }
     platform::ValueList names;
-    for (const ads::AttributeSchema& one : ads::all_attributes()) {
+    for (const AttributeSchema& one : all_attributes()) {
       if (one.name != "objectClass")
         names.emplace_back(one.name);
     }
@@ -56,50 +57,55 @@ class ClassObject final : public ads::BasicObject {
   }
 
  private:
-  const ads::ClassSchema& schema_;
+  const ClassSchema& schema_;
 };
 
-ObjectPtr find_item(std::string_view object_class, std::string_view name) {
+ObjectPtr find_item(const FindAttribute& find, std::string_view object_class, std::string_view name) {
   if (!base::equals_fold(object_class, "Property")) {
-    if (const ads::ClassSchema* const schema = ads::find_class(name))
+    if (const ClassSchema* const schema = find_class(name))
       return std::make_shared<ClassObject>(*schema);
   }
   if (!base::equals_fold(object_class, "Class")) {
-    if (const ads::AttributeSchema* const attribute = ads::find_attribute(platform::ldap_attribute(name))) {
+    if (const AttributeSchema* const attribute = find(platform::ldap_attribute(name))) {
       return std::make_shared<PropertyObject>(*attribute);
     }
   }
-  raise(ads_error::kNoSuchObject, "The schema has no " + std::string(name));
+  base::raise(platform::ads_error::kNoSuchObject, "The schema has no " + std::string(name));
 }
 
-class SchemaContainer final : public ads::BasicObject {
+class SchemaContainer final : public BasicObject {
  public:
+  explicit SchemaContainer(FindAttribute find) : find_(std::move(find)) {}
+
   [[nodiscard]] std::string Name() const override { return "Schema"; }
   [[nodiscard]] std::string Class() const override { return "Schema"; }
   [[nodiscard]] std::string ADsPath() const override { return std::string(kContainer); }
   [[nodiscard]] std::string Parent() const override { return "LDAP:"; }
 
   ObjectPtr GetObject(std::string_view object_class, std::string_view relative_name) override {
-    return find_item(object_class, relative_name);
+    return find_item(find_, object_class, relative_name);
   }
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const ObjectPtr&)>& visit) override {
-    if (!ads::is_wanted(classes, "Property"))
+    if (!is_wanted(classes, "Property"))
       return;
-    for (const ads::AttributeSchema& attribute : ads::all_attributes()) {
+    for (const AttributeSchema& attribute : all_attributes()) {
       if (!visit(std::make_shared<PropertyObject>(attribute)))
         return;
     }
   }
+
+ private:
+  FindAttribute find_;
 };
 
 }  // namespace
 
-ObjectPtr bind_schema(std::string_view name) {
+ObjectPtr bind_schema(std::string_view name, FindAttribute find) {
   if (name.empty())
-    return std::make_shared<SchemaContainer>();
-  return find_item({}, name);
+    return std::make_shared<SchemaContainer>(std::move(find));
+  return find_item(find, {}, name);
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

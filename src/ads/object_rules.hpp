@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Rules that a directory of this kind has for names and values, so that every implementation refuses the
+/// same with the same numbers, also what a server would take that no tool can handle afterwards.
+namespace twk::ads {
+
+/// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
+/// holds a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
+void check_account_name(std::string_view name, bool user);
+
+/// The name of a new object below `parent_dn`. Raises kInvalidDn for a relative name that is not one part,
+/// not of the type that the class is named by, empty, longer than 64 characters, not UTF-8, or holds a
+/// control character.
+std::string child_dn(std::string_view object_class, std::string_view relative_name,
+                     std::string_view parent_dn);
+
+/// Rules of single attributes beyond their syntax: "sAMAccountName" is an account name, "logonHours" has 21
+/// bytes, "pwdLastSet" takes 0 (must change) and -1 (now), "lockoutTime" 0. Raises kConstraint,
+/// kInvalidAccountName, kUnwilling.
+void check_value(std::string_view attribute, std::string_view raw, bool user);
+
+}  // namespace twk::ads

@@ -1,0 +1,175 @@
+#include "live/live_domain.hpp"
+
+#include <algorithm>
+
+#include "ads/dn.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "live/locate_controller.hpp"
+#include "platform/directory.hpp"
+#include "platform/ldap_text.hpp"
+
+namespace twk::live {
+namespace {
+
+constexpr std::uint16_t kCataloguePort = 3268;
+constexpr std::uint16_t kCatalogueTlsPort = 3269;
+constexpr std::int32_t kNotInCatalogue = 4;  // FLAG_CR_NTDS_NOT_GC_REPLICATED, [MS-ADTS] 6.1.1.2.1.1
+
+struct HostPort {
+  std::string host;
+  std::uint16_t port = 0;
+};
+
+HostPort split_server(std::string_view server) {
+  const std::size_t colon = server.rfind(':');
+  if (colon == base::npos)
+    return {std::string(server), 0};
+  const auto port = base::to_number(server.substr(colon + 1));
+  if (!port || *port < 1 || *port > 65535)
+    base::raise(platform::ads_error::kBadPathname, "Not a server and port: " + std::string(server));
+  return {std::string(server.substr(0, colon)), static_cast<std::uint16_t>(*port)};
+}
+
+std::string dns_name(std::string_view dn) {
+  std::string name;
+  for (const std::string_view part : ads::split_dn(dn)) {
+    if (base::starts_with_fold(part, "DC="))
+      name += (name.empty() ? "" : ".") + ads::parse_rdn(part).value;
+  }
+  return name;
+}
+
+/// "\01\05…": every byte of a filter's value as RFC 4515 escapes it.
+std::string escape_bytes(const base::Bytes& bytes) {
+  std::string text;
+  for (const std::uint8_t byte : bytes)
+    text += "\\" + base::hex_byte(byte);
+  return text;
+}
+
+}  // namespace
+
+LiveDomain::LiveDomain(LiveSettings settings) : settings_(std::move(settings)) {}
+
+bool LiveDomain::has_directory() const {
+  return settings_.domain.find('.') != base::npos;
+}
+
+const std::string& LiveDomain::controller() {
+  if (controller_.empty())
+    controller_ = settings_.server.empty() ? locate_controller(settings_.domain) : settings_.server;
+  return controller_;
+}
+
+std::unique_ptr<LdapConnection> LiveDomain::make(std::string_view server, bool catalogue,
+                                                 const LiveSettings& settings) {
+  const bool own = server.empty() || base::equals_fold(server, settings_.domain) ||
+                   (facts_ && base::equals_fold(server, facts_->netbios));
+  HostPort place = own ? HostPort{controller(), settings_.port} : split_server(server);
+  if (catalogue) {
+    const bool tls =
+        settings.logon == LiveSettings::Logon::kPassword && settings.tls == LiveSettings::Tls::kLdaps;
+    place.port = tls ? kCatalogueTlsPort : kCataloguePort;
+  }
+  return std::make_unique<LdapConnection>(settings, std::move(place.host), place.port);
+}
+
+LdapConnection& LiveDomain::ldap(std::string_view server, bool catalogue) {
+  const bool own = server.empty() || base::equals_fold(server, settings_.domain);
+  std::unique_ptr<LdapConnection>& connection =
+      connections_[(catalogue ? "GC " : "") + (own ? std::string() : base::upper(server))];
+  if (connection == nullptr)
+    connection = make(server, catalogue, settings_);
+  return *connection;
+}
+
+std::unique_ptr<LdapConnection> LiveDomain::ldap_as(std::string_view server, std::string_view user,
+                                                    std::string_view password) {
+  LiveSettings logon = settings_;
+  logon.logon = LiveSettings::Logon::kPassword;
+  logon.user = user;
+  logon.password = password;
+  auto connection = make(server, false, logon);
+  connection->open();
+  return connection;
+}
+
+const LiveDomain::Facts& LiveDomain::facts() {
+  if (facts_)
+    return *facts_;
+  Facts facts;
+  LdapConnection& connection = ldap();
+  const LdapEntry root = connection.read("", {"defaultNamingContext", "configurationNamingContext",
+                                              "schemaNamingContext", "rootDomainNamingContext"});
+  facts.root_dn = root.first("defaultNamingContext");
+  facts.configuration_dn = root.first("configurationNamingContext");
+  facts.schema_dn = root.first("schemaNamingContext");
+  facts.forest = dns_name(root.first("rootDomainNamingContext"));
+  const std::string sid = connection.read(facts.root_dn, {"objectSid"}).first("objectSid");
+  if (const auto decoded = platform::Sid::decode(base::Bytes(sid.begin(), sid.end())))
+    facts.sid = *decoded;
+  LdapSearch partition;
+  partition.base = "CN=Partitions," + facts.configuration_dn;
+  partition.scope = platform::Scope::kOneLevel;
+  partition.filter = "(objectClass=crossRef)";
+  partition.attributes = {"nCName", "nETBIOSName", "systemFlags"};
+  connection.search(partition, [&](LdapEntry&& entry) {
+    const std::string context = entry.first("nCName");
+    if (base::equals_fold(context, facts.root_dn))
+      facts.netbios = entry.first("nETBIOSName");
+    if ((base::val(entry.first("systemFlags")) & kNotInCatalogue) != 0)
+      facts.beside_catalogue.push_back(ads::normalize_dn(context));
+    return true;
+  });
+  facts_ = std::move(facts);
+  return *facts_;
+}
+
+bool LiveDomain::is_beside_catalogue(std::string_view dn) {
+  const std::string name = ads::normalize_dn(dn);
+  const std::vector<std::string>& contexts = facts().beside_catalogue;
+  return std::any_of(contexts.begin(), contexts.end(), [&](const std::string& context) {
+    return name == context || name.ends_with("," + context);
+  });
+}
+
+bool LiveDomain::is_domain_name(std::string_view name) {
+  return base::equals_fold(name, settings_.domain) || (has_directory() && base::equals_fold(name, netbios()));
+}
+
+const ads::AttributeSchema* LiveDomain::attribute(std::string_view name) {
+  if (const ads::AttributeSchema* const known = ads::find_attribute(name))
+    return known;
+  return schema_.find(ldap(), schema_dn(), name);
+}
+
+std::optional<LdapEntry> LiveDomain::find_account(std::string_view name,
+                                                  const std::vector<std::string>& attributes) {
+  LdapSearch search;
+  search.base = root_dn();
+  search.filter = "(&(sAMAccountName=" + platform::escape_filter_value(name) + ")(objectSid=*))";
+  search.attributes = attributes;
+  std::optional<LdapEntry> found;
+  ldap().search(search, [&](LdapEntry&& entry) {
+    found = std::move(entry);
+    return false;
+  });
+  return found;
+}
+
+std::optional<LdapEntry> LiveDomain::find_sid(const platform::Sid& sid,
+                                              const std::vector<std::string>& attributes) {
+  LdapSearch search;
+  search.base = root_dn();
+  search.filter = "(objectSid=" + escape_bytes(sid.bytes()) + ")";
+  search.attributes = attributes;
+  std::optional<LdapEntry> found;
+  ldap().search(search, [&](LdapEntry&& entry) {
+    found = std::move(entry);
+    return false;
+  });
+  return found;
+}
+
+}  // namespace twk::live

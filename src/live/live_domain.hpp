@@ -1,0 +1,82 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "live/ldap_connection.hpp"
+#include "live/live_schema.hpp"
+#include "live/live_settings.hpp"
+#include "platform/sid.hpp"
+
+namespace twk::live {
+
+/// What the services of one real domain share: its connections, kept by server, and what its controller says
+/// of it, read once.
+class LiveDomain {
+ public:
+  explicit LiveDomain(LiveSettings settings);
+  LiveDomain(const LiveDomain&) = delete;
+  LiveDomain& operator=(const LiveDomain&) = delete;
+
+  [[nodiscard]] const LiveSettings& settings() const { return settings_; }
+  /// False for an NT4-style domain, whose name has no dot.
+  [[nodiscard]] bool has_directory() const;
+  /// Host name of the controller. Raises kServerDown when the name service tells none.
+  [[nodiscard]] const std::string& controller();
+
+  /// The connection to a server of a path: none or one of the domain's names for its controller, else a host
+  /// with or without ":port". With `catalogue` the global catalogue of that server.
+  LdapConnection& ldap(std::string_view server = {}, bool catalogue = false);
+  /// A connection with a logon of its own.
+  std::unique_ptr<LdapConnection> ldap_as(std::string_view server, std::string_view user,
+                                          std::string_view password);
+
+  [[nodiscard]] const std::string& root_dn() { return facts().root_dn; }
+  [[nodiscard]] const std::string& configuration_dn() { return facts().configuration_dn; }
+  [[nodiscard]] const std::string& schema_dn() { return facts().schema_dn; }
+  /// The pre-2000 name.
+  [[nodiscard]] const std::string& netbios() { return facts().netbios; }
+  [[nodiscard]] const platform::Sid& sid() { return facts().sid; }
+  /// DNS name of the forest's first domain.
+  [[nodiscard]] const std::string& forest() { return facts().forest; }
+
+  /// True for what is in a naming context that the catalogue does not hold. A server may give it all the
+  /// same.
+  [[nodiscard]] bool is_beside_catalogue(std::string_view dn);
+
+  [[nodiscard]] bool is_domain_name(std::string_view name);
+  /// None for an attribute that the directory does not know.
+  const ads::AttributeSchema* attribute(std::string_view name);
+
+  /// The account's entry with these attributes, by its pre-2000 name; none when there is no such account.
+  std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes);
+  /// The entry that has an identifier.
+  std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
+
+ private:
+  struct Facts {
+    std::string root_dn;
+    std::string configuration_dn;
+    std::string schema_dn;
+    std::string netbios;
+    std::string forest;
+    std::vector<std::string> beside_catalogue;  ///< normalized names
+    platform::Sid sid{5, {}};
+  };
+
+  const Facts& facts();
+  [[nodiscard]] std::unique_ptr<LdapConnection> make(std::string_view server, bool catalogue,
+                                                     const LiveSettings& settings);
+
+  LiveSettings settings_;
+  std::string controller_;
+  std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
+  std::optional<Facts> facts_;
+  LiveSchema schema_;
+};
+
+}  // namespace twk::live

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstdlib>
+#include <string>
+
+#include "contract/world.hpp"
+#include "live/live_directory.hpp"
+#include "live/live_domain.hpp"
+#include "live/live_query.hpp"
+
+namespace twk::test {
+
+inline std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? std::string() : value;
+}
+
+/// How the controller that `with-domain` started is reached.
+inline live::LiveSettings live_settings() {
+  live::LiveSettings settings;
+  settings.domain = variable("TWK_LIVE_DOMAIN");
+  settings.server = variable("TWK_LIVE_SERVER");
+  return settings;
+}
+
+/// The real domain, with a unit of its own that goes with it.
+class LiveWorld final : public contract::World {
+ public:
+  LiveWorld() {
+    const auto top = directory_.GetObject("LDAP://" + domain() + "/" + root());
+    top->Create("organizationalUnit", unit_name())->SetInfo();
+  }
+  ~LiveWorld() override {
+    base::Trap trap;
+    trap([&] { remove_below(unit()); });
+    if (trap.number() != 0 && trap.number() != platform::ads_error::kNoSuchObject)
+      ADD_FAILURE() << trap.description();
+  }
+
+  platform::DirectoryService& directory() override { return directory_; }
+  platform::QueryService& query() override { return query_; }
+  platform::Files& files() override { throw std::logic_error("no files yet"); }
+  platform::Security& security() override { throw std::logic_error("no security yet"); }
+  platform::Network& network() override { throw std::logic_error("no network yet"); }
+  [[nodiscard]] std::string domain() const override { return "twk.test"; }
+  [[nodiscard]] std::string netbios() const override { return "TWK"; }
+  [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
+  [[nodiscard]] std::string unit() const override { return unit_name() + "," + root(); }
+  [[nodiscard]] std::string file_server() const override { return variable("TWK_LIVE_SERVER"); }
+
+  live::LiveDomain& live() { return domain_; }
+
+ private:
+  [[nodiscard]] std::string unit_name() const { return "OU=Tests " + std::to_string(number_); }
+  void remove_below(const std::string& dn) {
+    // A group that is somebody's primary one stays as long as that user.
+    for (const char* const filter : {"(objectClass=user)", "(objectClass=*)"}) {
+      std::vector<std::string> names;
+      live::LdapSearch all;
+      all.base = dn;
+      all.filter = filter;
+      all.attributes = {"1.1"};
+      domain_.ldap().search(all, [&](live::LdapEntry&& entry) {
+        names.push_back(std::move(entry.dn));
+        return true;
+      });
+      std::sort(names.begin(), names.end(), [](const auto& a, const auto& b) { return a.size() > b.size(); });
+      for (const std::string& name : names)
+        domain_.ldap().remove(name);
+    }
+  }
+
+  static int next_number() {
+    static int last = 0;
+    return ++last;
+  }
+
+  int number_ = next_number();
+  live::LiveDomain domain_{live_settings()};
+  live::LiveDirectory directory_{domain_};
+  live::LiveQuery query_{domain_};
+};
+
+inline std::unique_ptr<contract::World> make_live_world() {
+  return std::make_unique<LiveWorld>();
+}
+
+}  // namespace twk::test
