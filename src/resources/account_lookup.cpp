@@ -1,0 +1,15 @@
+#include "resources/account_lookup.hpp"
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+
+namespace twk::resources {
+
+std::string fallback_server(const session::Session& session) {
+  if (session::is_active_directory(session))
+    return session.DnsServerName;
+  constexpr std::size_t kBehindSlashes = 3;
+  return std::string(base::mid(session.platform.environment.variable("LOGONSERVER"), kBehindSlashes));
+}
+
+}  // namespace twk::resources
