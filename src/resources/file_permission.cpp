@@ -167,6 +167,11 @@ std::optional<std::int32_t> mode_of_access_word(std::string_view word) {
   return std::nullopt;
 }
 
+std::uint32_t mask_of_access_word(std::string_view word) {
+  const auto mode = mode_of_access_word(word);
+  return mode ? access_of(*mode).mask : 0;
+}
+
 std::optional<std::string_view> access_word(std::uint8_t ace_type, std::uint32_t mask) {
   for (const Access& access : kAccess) {
     if (access.type == ace_type && access.mask == mask)
@@ -192,6 +197,10 @@ void write_file_permission(Session& session, std::string& server, const std::str
   if (permission.recurse)
     return write_tree(session, path, fresh, account);
   at_step("SetFileSecurity", [&] { security.SetFileSecurity(path, part::kDacl, fresh); });
+}
+
+void take_owner(Session& session, std::string& server, const std::string& path, const std::string& account) {
+  write_owner(session, path, look_up_account(session, server, account));
 }
 
 bool SetFilePermission(Session& session, std::string& server, const std::string& path,

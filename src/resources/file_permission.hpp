@@ -25,6 +25,8 @@ inline constexpr std::int32_t kNoAccess = 5;
 
 /// The mode of "Full Control", "Change", "Read" or "No Access", exact in case; none for any other word.
 std::optional<std::int32_t> mode_of_access_word(std::string_view word);
+/// The rights that a word gives or takes; 0 for one that is none.
+std::uint32_t mask_of_access_word(std::string_view word);
 /// The word for an entry's type and mask; none for a mask that no word stands for.
 std::optional<std::string_view> access_word(std::uint8_t ace_type, std::uint32_t mask);
 
@@ -55,8 +57,13 @@ class PermissionFailure : public base::RuntimeError {
 void write_file_permission(session::Session& session, std::string& server, const std::string& path,
                            const FilePermission& permission);
 
-/// The same, True on success. With "/DEBUG" the log tells the steps, and of a failure the step, the number
-/// and the system's text.
+/// Makes an account the owner without a look at the list, which may be closed to everybody. Raises
+/// `PermissionFailure`.
+void take_owner(session::Session& session, std::string& server, const std::string& path,
+                const std::string& account);
+
+/// `write_file_permission`, True on success. With "/DEBUG" the log tells the steps, and of a failure the
+/// step, the number and the system's text.
 bool SetFilePermission(session::Session& session, std::string& server, const std::string& path,
                        const FilePermission& permission);
 

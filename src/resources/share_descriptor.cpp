@@ -15,16 +15,6 @@ using platform::SecurityDescriptor;
 using platform::Sid;
 using session::Session;
 
-/// The controller in a WinNT domain; in Active Directory this machine asks its own.
-std::string server_for_accounts(Session& session) {
-  if (session::is_active_directory(session))
-    return {};
-  std::string controller;
-  base::Trap trap;
-  trap([&] { controller = session.platform.network.NetGetDCName("", session.NTDomainName); });
-  return controller.starts_with("\\\\") ? controller.substr(2) : controller;
-}
-
 std::optional<Sid> look_up(Session& session, const std::string& account) {
   std::string server = server_for_accounts(session);
   std::optional<Sid> sid;
