@@ -180,5 +180,20 @@ TEST_F(Resources, SharesThatCannotBeMadeAreRefused) {
   EXPECT_EQ(run({"--yes", "share", "delete", "FS1", "D$"}).exit_code, 77);
 }
 
+class NtResources : public TwkLab {
+ protected:
+  static void SetUpTestSuite() { make("nt"); }
+};
+
+TEST_F(NtResources, AccountsAreAskedForAtTheController) {
+  ASSERT_EQ(create({"John", "Smith"}).exit_code, 0);
+  ASSERT_EQ(run({"acl", "set", kHome, "--account", "Staff", "--access", "Read"}).exit_code, 0);
+  ASSERT_EQ(run({"owner", "take", kHome, "--account", "John.Smith"}).exit_code, 0);
+  const nlohmann::json shown = result_of({"acl", "show", kHome});
+  EXPECT_EQ(shown["owner"], "OLDNT\\John.Smith");
+  EXPECT_EQ(shown["entries"][0]["account"], "OLDNT\\Staff");
+  EXPECT_EQ(shown["entries"][2]["account"], "OLDNT\\John.Smith") << "by the table of the sample";
+}
+
 }  // namespace
 }  // namespace twk::test
