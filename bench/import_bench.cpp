@@ -1,5 +1,5 @@
-// Importing users into the lab: 10,000 lines, and another 10,000 on top, with directories, their permissions, a
-// share, two groups, a principal name and one sync a user.
+// Importing users into the lab: 10,000 lines, and another 10,000 on top, with directories, their permissions,
+// a share, two groups, a principal name and one sync a user.
 #include "batch/import.hpp"
 #include "bench_world.hpp"
 #include "controls/tree_view.hpp"
