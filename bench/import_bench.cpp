@@ -1,5 +1,5 @@
-// Importing users into the lab: 10,000 lines, and another 10,000 on top, with directories, two groups, a
-// principal name and one sync a user.
+// Importing users into the lab: 10,000 lines, and another 10,000 on top, with directories, their permissions,
+// a share, two groups, a principal name and one sync a user.
 #include "batch/import.hpp"
 #include "bench_world.hpp"
 #include "controls/tree_view.hpp"
@@ -29,10 +29,15 @@ void write_database(const std::string& folder) {
   staff.ProfileDirPath = "D:\\Profiles\\%UserName%";
   staff.HomeDrive = "H:";
   staff.PrimaryGroup = "Domain Users";
+  staff.HomeShare = "%UserName%$";
   staff.GroupCount = 2;
   staff.Groups[0] = "Staff";
   staff.Groups[1] = "Readers";
   write(folder + "Template.dat", stores::encode_template(staff));
+  write(folder + "Permissions.dat",
+        stores::encode_permission({true, "%Domain%\\Domain Admins", "Full Control", {}}) +
+            stores::encode_permission({false, "%Domain%\\%UserName%", "Change", {}}));
+  write(folder + "SharePerm.dat", stores::encode_permission({false, "%UserName%", "Full Control", {}}));
   write(folder + "W2K.dat", "p,userPrincipalName,%first%.%last%@%Domain%\r\np,department,%IMPORT4%\r\n");
 }
 

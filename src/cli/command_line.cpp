@@ -92,6 +92,9 @@ int run(int argc, char** argv) {
   add_group_commands(app, context);
   add_ou_commands(app, context);
   add_options_commands(app, context);
+  add_acl_commands(app, context);
+  add_owner_commands(app, context);
+  add_share_commands(app, context);
   add_log_commands(app, context);
   add_database_commands(app, context);
   if (!parse(app, argc, argv))

@@ -20,6 +20,9 @@ void add_user_commands(CLI::App& app, Context& context);
 void add_group_commands(CLI::App& app, Context& context);
 void add_ou_commands(CLI::App& app, Context& context);
 void add_options_commands(CLI::App& app, Context& context);
+void add_acl_commands(CLI::App& app, Context& context);
+void add_owner_commands(CLI::App& app, Context& context);
+void add_share_commands(CLI::App& app, Context& context);
 void add_log_commands(CLI::App& app, Context& context);
 void add_database_commands(CLI::App& app, Context& context);
 

@@ -21,15 +21,6 @@ namespace {
 using session::Form1;
 using session::Session;
 
-void paint(controls::Label& light, std::int32_t colour, const char* caption) {
-  light.colour = colour;
-  light.caption = caption;
-}
-
-void complete(controls::Label& light) {
-  paint(light, controls::kBlue, "Completed");
-}
-
 void LocatePdc(CreationRun& run) {
   Session& session = run.session;
   std::string name;

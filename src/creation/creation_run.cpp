@@ -44,6 +44,15 @@ void set_progress(CreationRun& run, int value) {
   run.session.form1.ProgressBar1.value = value;
 }
 
+void paint(controls::Label& light, std::int32_t colour, const char* caption) {
+  light.colour = colour;
+  light.caption = caption;
+}
+
+void complete(controls::Label& light) {
+  paint(light, controls::kBlue, "Completed");
+}
+
 const std::string& container_key(const CreationRun& run) {
   return run.request.CopyUser ? run.request.ParentNodeKey : run.request.SelectedNodeKey;
 }

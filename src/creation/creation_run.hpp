@@ -88,6 +88,9 @@ void warn(CreationRun& run, std::string_view text);
 /// The caption under the progress bar.
 void show_step(CreationRun& run, std::string_view caption);
 void set_progress(CreationRun& run, int value);
+/// A light of the New User tab; `complete` is "Completed" in blue.
+void paint(controls::Label& light, std::int32_t colour, const char* caption);
+void complete(controls::Label& light);
 /// The key of the container that gets the account: the selected OU, or with `Copy_User` what is above the
 /// selected user.
 const std::string& container_key(const CreationRun& run);

@@ -5,10 +5,8 @@
 namespace twk::creation {
 
 void switch_off_later_stages(session::Form1& form) {
-  for (controls::CheckBox* gate : {&form.Create_Shares, &form.Dir_Security, &form.Create_Mail_Account}) {
-    gate->value = 0;
-    gate->enabled = false;
-  }
+  form.Create_Mail_Account.value = 0;
+  form.Create_Mail_Account.enabled = false;
 }
 
 }  // namespace twk::creation

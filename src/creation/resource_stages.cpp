@@ -1,8 +1,17 @@
 #include "creation/resource_stages.hpp"
 
+#include <algorithm>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "base/text.hpp"
+#include "controls/basic.hpp"
 #include "creation/creation_run.hpp"
+#include "format/variables.hpp"
+#include "resources/directory_permissions.hpp"
+#include "resources/share502.hpp"
+#include "session/session.hpp"
 
 namespace twk::creation {
 namespace {
@@ -11,16 +20,93 @@ void warn_unavailable(CreationRun& run, std::string_view what) {
   warn(run, std::string(what) + " not available in this version, nothing was done");
 }
 
+using resources::ShareResult;
+
+/// A share that the template asks for, and what became of it.
+struct UserShare {
+  std::string name;
+  std::string path;
+  std::string remark;
+  std::string security_fault;  ///< what the log says when it is open to everybody
+  ShareResult result = ShareResult::kMade;
+};
+
+void add_wanted(CreationRun& run, std::vector<UserShare>& shares, std::string_view name, UserShare share) {
+  share.name = format::FRString(base::trim(name), "%UserName%", run.SamName);
+  if (!share.name.empty())
+    shares.push_back(std::move(share));
+}
+
+std::vector<UserShare> wanted_shares(CreationRun& run) {
+  const session::Form1& form = run.session.form1;
+  std::vector<UserShare> shares;
+  add_wanted(run, shares, form.sharenameprofile.text.get(),
+             {{}, run.paths.ProfileLocalDir, "Users Profile Share", "Error Creating Share Security: \\\\"});
+  add_wanted(run, shares, form.Sharenamehomedir.text.get(),
+             {{}, run.paths.HomeLocalDir, "Users Home Share", "Error Creating Shares Security: \\\\"});
+  return shares;
+}
+
+bool any(const std::vector<UserShare>& shares, ShareResult result) {
+  return std::any_of(shares.begin(), shares.end(),
+                     [result](const UserShare& share) { return share.result == result; });
+}
+
+/// "Security Failed for " each directory that was not done.
+bool permissions_set(CreationRun& run, const std::string& local, const std::string& reachable) {
+  if (local.empty() ||
+      resources::Set_Permissions(run.session, run.PdcName, reachable, run.SamName, run.RunWarning))
+    return true;
+  log(run, "Security Failed for " + local);
+  return false;
+}
+
 }  // namespace
 
 void CreateUserShares(CreationRun& run) {
-  warn_unavailable(run, "Shares:");
+  const std::string server(base::trim(run.session.form1.NTSERVER.text.get()));
+  controls::Label& light = run.session.form1.Sharedirs;
+  std::vector<UserShare> shares = wanted_shares(run);
+  for (UserShare& share : shares) {
+    share.result =
+        resources::CreateShare(run.session, server, share.name, share.path, share.remark, run.CnName);
+  }
+  const auto log_each = [&](const auto& text_of) {
+    for (const UserShare& share : shares) {
+      if (share.result != ShareResult::kMade)
+        log(run, text_of(share) + server + "\\" + share.name);
+    }
+  };
+  if (any(shares, ShareResult::kFailed)) {
+    run.RunWarning = 2;
+    log_each([](const UserShare&) { return std::string("Error Creating Shares: \\\\"); });
+    return paint(light, controls::kRed, "Error");
+  }
+  if (any(shares, ShareResult::kFallbackList)) {
+    run.RunWarning = 2;
+    log_each([](const UserShare& share) { return share.security_fault; });
+    log(run, "Check Security permissions for Shares for invaild name");
+    return paint(light, controls::kYellow, "Completed");
+  }
+  for (const UserShare& share : shares)
+    log(run, "Creating Shares: \\\\" + server + "\\" + share.name);
+  complete(light);
 }
 void ApplyTerminalSettings(CreationRun& run) {
   warn_unavailable(run, "Terminal-server settings:");
 }
 void ApplyDirPermissions(CreationRun& run) {
-  warn_unavailable(run, "Directory permissions:");
+  const ResolvedPaths& paths = run.paths;
+  controls::Label& light = run.session.form1.Security;
+  const bool home = permissions_set(run, paths.HomeLocalDir, paths.HomeShareDir);
+  const bool profile = permissions_set(run, paths.ProfileLocalDir, paths.ProfileShareDir);
+  if (!home || !profile) {
+    run.RunWarning = 2;
+    return paint(light, controls::kRed, "Error");
+  }
+  if (!paths.HomeLocalDir.empty() || !paths.ProfileLocalDir.empty())
+    log(run, "Set Directory Permissions OK");
+  complete(light);
 }
 
 }  // namespace twk::creation

@@ -42,6 +42,7 @@ struct MultiUser {
   controls::ComboBox Multi_Site;
   controls::ComboBox Multi_Template;
   controls::Button btn_Showusers;
+  controls::Label progress;  ///< what the run is at
 };
 
 /// Which columns of an import file are what.

@@ -43,8 +43,6 @@ constexpr std::array kSettings = {Setting{session::kSetup, "UserFormat", "5"},
                                   Setting{session::kPreferences, "FullName", "2"},
                                   Setting{session::kPreferences, "Custom_FN", "%First% %Last%"},
                                   Setting{session::kPreferences, "ForcePasswdChange", "Yes"},
-                                  Setting{session::kUM, "CreateShares", "No"},
-                                  Setting{session::kUM, "SetPermissions", "No"},
                                   Setting{session::kUM, "MailAccount", "No"},
                                   Setting{session::kUM, "RunCmd", "No"}};
 

@@ -2,6 +2,7 @@
 
 #include "session/session.hpp"
 #include "support/fakes.hpp"
+#include "support/memory_security.hpp"
 
 namespace twk::test {
 
@@ -64,7 +65,7 @@ struct FuzzWorld {
   UnreachableDirectory directory;
   OneFile files;
   FakeNetwork network;
-  FakeSecurity security;
+  MemorySecurity security;
   FakeMailboxes mailboxes;
   FakeProcess process;
   FakeEnvironment environment;

@@ -1,5 +1,6 @@
 #include "screens/screen_test.hpp"
 #include "session/settings.hpp"
+#include "stores/side_tables.hpp"
 
 namespace twk::test {
 namespace {
@@ -158,6 +159,28 @@ TEST_P(NewUserTabTest, AStageThatIsTickedOffIsStoredAndLeavesItsLightBlank) {
   EXPECT_EQ(status(), "User Created.");
   EXPECT_EQ(light("Create_User_Account"), "");
   expect_no_account("Jo.Doe");
+}
+
+TEST_P(NewUserTabTest, SharesAndPermissionsRunWhenTheirBoxesAreTicked) {
+  lab.staff.HomeShare = "%UserName%$";
+  open();
+  stores::write_permissions(lab.session, "SharePerm.dat", {});
+  for (const char* const stage : {"Create_Shares", "Dir_Security"})
+    click(stage);
+  type_jo();
+  click("CreateUser");
+  EXPECT_EQ(status(), "User Created.");
+  EXPECT_EQ(light("Create_Shares"), "Completed");
+  EXPECT_EQ(light("Dir_Security"), "Error") << "there is no table of permissions";
+  EXPECT_THAT(lab.log_tab(), testing::Contains("YELLOW Jo.Doe Created User "));
+  EXPECT_EQ(lab.services.network.NetShareGetInfo("FS1", "Jo.Doe$").shi502_path, "D:\\Users\\Jo.Doe");
+
+  stores::write_permissions(lab.session, "Permissions.dat",
+                            std::vector<stores::PermissionRecord>{{false, "%UserName%", "Change", ""}});
+  type("strFirst", "Ann");
+  click("CreateUser");
+  EXPECT_EQ(light("Dir_Security"), "Completed");
+  expect_green("Ann.Doe Created User ");
 }
 
 }  // namespace

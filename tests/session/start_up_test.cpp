@@ -54,12 +54,15 @@ TEST_F(StartUpWithoutADomain, FilesThatCannotBeConvertedAreNotRead) {
 }
 
 TEST_F(StartUpWithoutADomain, StagesThatAreNotAvailableAreOffWhateverTheSettingsSay) {
-  set("UM", "CreateShares", "Yes");
+  set("UM", "MailAccount", "Yes");
   start_session(session);
-  EXPECT_FALSE(session.form1.Create_Shares.on());
-  EXPECT_FALSE(session.form1.Create_Shares.enabled);
-  EXPECT_FALSE(session.form1.Dir_Security.on());
-  EXPECT_TRUE(session.form1.Create_Dirs.on());
+  EXPECT_FALSE(session.form1.Create_Mail_Account.on());
+  EXPECT_FALSE(session.form1.Create_Mail_Account.enabled);
+  for (const controls::CheckBox* gate :
+       {&session.form1.Create_Shares, &session.form1.Dir_Security, &session.form1.Create_Dirs}) {
+    EXPECT_TRUE(gate->on());
+    EXPECT_TRUE(gate->enabled);
+  }
 }
 
 TEST(StartUp, LoadsTheDomainAndTheFirstSite) {

@@ -73,14 +73,19 @@ class FakeProcess final : public platform::Process {
   std::int32_t result = 1;
 };
 
-/// Knows a controller, and nothing of shares and terminal servers.
+/// Knows a controller, takes any share, and knows nothing of terminal servers.
 class FakeNetwork final : public platform::Network {
  public:
-  std::string NetGetDCName(std::string_view /*server*/, std::string_view /*domain*/) override {
-    return "\\\\DC1";
+  std::string NetGetDCName(std::string_view /*server*/, std::string_view domain) override {
+    if (controller.empty())
+      throw base::RuntimeError(platform::network_error::kControllerNotFound,
+                               "no controller for " + std::string(domain));
+    return controller;
   }
-  void NetShareAdd(std::string_view server, const platform::ShareInfo502& /*share*/) override {
-    unreachable(server);
+  void NetShareAdd(std::string_view server, const platform::ShareInfo502& share) override {
+    if (share_error != 0)
+      throw base::RuntimeError(share_error, "no share on " + std::string(server));
+    shares.emplace_back(server, share);
   }
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view /*name*/) override {
     unreachable(server);
@@ -97,36 +102,13 @@ class FakeNetwork final : public platform::Network {
     unreachable(server);
   }
 
+  std::string controller = "\\\\DC1";
+  std::uint32_t share_error = 0;                                       ///< what NetShareAdd raises
+  std::vector<std::pair<std::string, platform::ShareInfo502>> shares;  ///< with their servers
+
  private:
   [[noreturn]] static void unreachable(std::string_view server) {
     throw base::RuntimeError(platform::network_error::kBadNetPath, "no server " + std::string(server));
-  }
-};
-
-/// Knows no account and no file.
-class FakeSecurity final : public platform::Security {
- public:
-  platform::AccountSid LookupAccountName(std::string_view /*server*/, std::string_view account) override {
-    unknown(account);
-  }
-  std::string LookupAccountSid(std::string_view /*server*/, const platform::Sid& sid) override {
-    return sid.text();
-  }
-  std::vector<platform::Sid> account_identifiers(std::string_view account) override { unknown(account); }
-  platform::SecurityDescriptor GetFileSecurity(std::string_view path, std::uint32_t /*parts*/,
-                                               std::size_t /*buffer*/) override {
-    unknown(path);
-  }
-  void SetFileSecurity(std::string_view path, std::uint32_t /*parts*/,
-                       const platform::SecurityDescriptor& /*descriptor*/) override {
-    unknown(path);
-  }
-  std::unique_ptr<platform::ProcessToken> OpenProcessToken() override { unknown("the process"); }
-  std::uint64_t LookupPrivilegeValue(std::string_view name) override { unknown(name); }
-
- private:
-  [[noreturn]] static void unknown(std::string_view what) {
-    throw base::RuntimeError(platform::security_error::kNoneMapped, "nobody knows " + std::string(what));
   }
 };
 

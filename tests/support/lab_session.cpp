@@ -74,7 +74,8 @@ LabSession::LabSession(lab::DomainKind kind, std::string_view command_line, plat
   set("Setup", "SetupID", "%first%.%last%");
   set("Setup", "Password", "Welcome-2026");
   set("Setup", "UserFormat", "5");
-  set("UM", "RunCmd", "No");
+  for (const std::string_view stage : {"RunCmd", "CreateShares", "SetPermissions"})
+    set("UM", stage, "No");
   const platform::ObjectPtr domain = directory.GetObject(is_nt() ? "WinNT://TWK" : "LDAP://twk.test");
   if (!is_nt())
     domain->Create("organizationalUnit", "OU=New Starters")->SetInfo();

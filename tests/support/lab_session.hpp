@@ -18,7 +18,8 @@ namespace twk::test {
 
 /// A session on a small lab domain of its own, with the site "Head Office" on FS1, the template "Staff" and
 /// the groups "Staff" and "Readers". In Active Directory new accounts go to "OU=New Starters", which is
-/// selected and read. Nobody is there to answer a question that the test does not expect.
+/// selected and read. Shares, permissions and the command are off. Nobody is there to answer a question that
+/// the test does not expect.
 class LabSession {
  public:
   /// `boxes` takes the place of the scripted dialogs.

@@ -7,6 +7,7 @@
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "support/fakes.hpp"
+#include "support/memory_security.hpp"
 #include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
 
@@ -40,7 +41,7 @@ class TestWorld : public testing::Test {
   FakeEnvironment environment;
   FakeProcess process;
   FakeNetwork network;
-  FakeSecurity security;
+  MemorySecurity security;
   FakeMailboxes mailboxes;
   UnreachableDirectory directory;
   local::PosixFiles posix_files;

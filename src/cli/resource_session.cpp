@@ -1,0 +1,74 @@
+#include "cli/resource_session.hpp"
+
+#include "base/errors.hpp"
+#include "cli/exit_codes.hpp"
+#include "cli/failures.hpp"
+#include "directory/operations.hpp"
+#include "platform/network.hpp"
+#include "session/activity_log.hpp"
+
+namespace twk::cli {
+namespace {
+
+namespace security_error = platform::security_error;
+namespace network_error = platform::network_error;
+
+[[noreturn]] void raise_plainly(const base::RuntimeError& failure, const std::string& account) {
+  if (failure.number() == security_error::kNoneMapped && !account.empty())
+    throw Refused("There is no account \"" + account + "\".");
+  switch (failure.number()) {
+    case security_error::kAccessDenied:
+    case security_error::kInvalidOwner:
+      throw base::RuntimeError(platform::ads_error::kAccessDenied, failure.description());
+    case security_error::kNoneMapped:
+    case security_error::kServerUnavailable:
+    case security_error::kSharingViolation:
+    case security_error::kInsufficientBuffer:
+    case security_error::kInvalidAcl:
+    case network_error::kInvalidName:
+    case network_error::kUnknownDirectory:
+    case network_error::kDuplicateShare:
+    case network_error::kShareNotFound:
+    case platform::ads_error::kNotImplementedByProvider:
+      throw Refused(failure.description());
+    default:
+      throw base::RuntimeError(failure.number(), failure.description());
+  }
+}
+
+}  // namespace
+
+session::Session& resource_session(Context& context) {
+  session::Session& session = context.session(Depth::kDatabases);
+  session.DirectoryMode = directory::Determine_Mode(session, session.DomainName);
+  return session;
+}
+
+void in_plain_words(const std::function<void()>& calls, const std::string& account) {
+  try {
+    calls();
+  } catch (const base::RuntimeError& failure) {
+    raise_plainly(failure, account);
+  }
+}
+
+void in_log_block(session::Session& session, const std::function<void()>& work) {
+  session.log.begin_block(session);
+  try {
+    work();
+  } catch (const std::runtime_error& failure) {
+    session.log.line(failure.what());
+    session.log.close();
+    throw;
+  }
+  session.log.close();
+}
+
+int tell_light(Context& context, std::string_view light, const std::string& message, const Json& further) {
+  Json result = {{"light", light}, {"message", message}};
+  result.update(further);
+  context.output().result(result, context.output().light(light) + "  " + message);
+  return exit_code_of_light(light);
+}
+
+}  // namespace twk::cli

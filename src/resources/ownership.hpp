@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/security_descriptor.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// Privileges of the process, and owner and access list of whole trees.
+namespace twk::resources {
+
+/// Switch a privilege of this process on and off. A failure shows a message box with its number and gives
+/// False.
+bool EnablePrivilege(session::Session& session, std::string_view name);
+bool DisablePrivilege(session::Session& session, std::string_view name);
+
+/// Writes owner, then list on all that is below a folder, each folder's own entries before what is in its
+/// sub-folders. Of the names those that `mask` fits ("*.*" is all), but every sub-folder. What refuses is
+/// passed over. The multi-user window shows each name.
+void SetTreeSecurity(session::Session& session, std::string path, std::string_view mask,
+                     const platform::SecurityDescriptor& daclDescriptor,
+                     const platform::SecurityDescriptor& ownerDescriptor);
+
+}  // namespace twk::resources

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/network.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// Shares of a file server, made with their access list in one call at information level 502.
+namespace twk::resources {
+
+/// The mask of "Read", "Change" or "Full Control" over a share, in any case; none for any other word.
+std::optional<std::uint32_t> share_mask_of_access_word(std::string_view word);
+
+enum class ShareResult : std::int16_t {
+  kMade = 1,
+  kFallbackList = 2,  ///< everybody has full control
+  kFailed = 3         ///< not made, or made without a list
+};
+
+/// An access list for a new share, and how a share that has it is made.
+struct ShareList {
+  ShareResult result = ShareResult::kMade;
+  std::optional<platform::SecurityDescriptor> descriptor;
+};
+
+/// The list that "SharePerm.dat" prescribes for a user. Without a table, or when one of its accounts is not
+/// found, everybody gets full control.
+ShareList share_list_of_table(session::Session& session, const std::string& userName);
+
+/// A share of a folder, given by its path on the server.
+platform::ShareInfo502 share_of_folder(const std::string& shareName, const std::string& path,
+                                       const std::string& remark);
+
+/// Shares a folder of the server with the list of the table. The log tells why a share was not made.
+ShareResult CreateShare(session::Session& session, const std::string& server, const std::string& shareName,
+                        const std::string& path, const std::string& remark, const std::string& userName);
+
+}  // namespace twk::resources

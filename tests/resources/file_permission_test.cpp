@@ -1,0 +1,182 @@
+#include "resources/file_permission.hpp"
+
+#include "resources/resources_world.hpp"
+
+namespace twk::resources {
+namespace {
+
+using platform::Acl;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::string kFolder = "\\\\FS1\\D$\\Users\\jo";
+
+class FilePermissionTest : public ResourcesWorld {
+ protected:
+  FilePermissionTest() { have(list_named("old")); }
+
+  void have(const base::Bytes& list) { security.descriptors[kFolder].set_dacl(Acl::decode(list)); }
+  bool set(const FilePermission& permission) {
+    return SetFilePermission(session, server, kFolder, permission);
+  }
+  [[nodiscard]] base::Bytes list() { return security.descriptors[kFolder].dacl->encode(); }
+
+  std::string server = "PDC";
+};
+
+TEST_F(FilePermissionTest, EachModeGivesItsListByteForByte) {
+  struct Case {
+    FilePermission permission;
+    std::string list;
+  };
+  const std::vector<Case> cases = {
+      {{.account = "jo", .mode = access_mode::kFullControl}, "full"},
+      {{.account = "jo", .mode = access_mode::kChange}, "change"},
+      {{.account = "jo", .mode = access_mode::kRead}, "read"},
+      {{.account = "jo", .mode = access_mode::kNoAccess}, "no access"},
+      {{.account = "jo", .mode = 0}, "full"},
+      {{.account = "jo", .mode = 77}, "full"},
+      {{.account = "jo", .replaceAll = true}, "System alone kept"},
+  };
+  for (const Case& one : cases) {
+    have(list_named("old"));
+    EXPECT_TRUE(set(one.permission));
+    EXPECT_EQ(list(), list_named(one.list)) << one.list;
+  }
+}
+
+TEST_F(FilePermissionTest, StrippingAnAccountAddsNothing) {
+  security.accounts.emplace("EVERYONE", platform::well_known::everyone());
+  EXPECT_TRUE(set({.account = "everyone", .mode = access_mode::kStripOnly}));
+  EXPECT_EQ(list(), list_named("stripped of Everyone"));
+}
+
+TEST_F(FilePermissionTest, AFolderWithoutAListGetsAShortOneOfRevisionTwo) {
+  security.descriptors[kFolder] = {};
+  EXPECT_TRUE(set({.account = "jo"}));
+  EXPECT_EQ(list(), list_named("absent before"));
+  // A list that is there and is none: everybody may do everything.
+  security.descriptors[kFolder] = {};
+  security.descriptors[kFolder].dacl_present = true;
+  EXPECT_TRUE(set({.account = "jo"}));
+  EXPECT_EQ(list(), list_named("absent before"));
+}
+
+TEST_F(FilePermissionTest, TheRevisionOfTheOldListStays) {
+  have(list_named("old, revision 4"));
+  EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kRead}));
+  EXPECT_EQ(list(), list_named("read, revision 4"));
+}
+
+TEST_F(FilePermissionTest, AnAccountsOldEntriesAreDroppedSoThatAgainGivesTwo) {
+  EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kRead}));
+  EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kChange}));
+  const auto& entries = security.descriptors[kFolder].dacl->entries();
+  EXPECT_EQ(entries.size(), 4U);
+  EXPECT_EQ(entries[0].mask(), 0x1301BFU);
+  EXPECT_EQ(security.descriptors[kFolder].dacl->size(), 48U + 200 + 200) << "the room grows with each list";
+}
+
+TEST_F(FilePermissionTest, ADenyStandsBeforeWhatSystemHas) {
+  EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kNoAccess, .replaceAll = true}));
+  const auto& entries = security.descriptors[kFolder].dacl->entries();
+  ASSERT_EQ(entries.size(), 3U);
+  EXPECT_EQ(entries[0].type(), platform::ace_type::kDeny);
+  EXPECT_EQ(entries[0].flags(), 2);
+  EXPECT_EQ(entries[1].flags(), 9);
+  EXPECT_EQ(entries[2].sid(), platform::well_known::local_system());
+}
+
+TEST_F(FilePermissionTest, OnlyTheListIsReadAndWritten) {
+  EXPECT_TRUE(set({.account = "jo"}));
+  EXPECT_THAT(security.calls,
+              ElementsAre("LookupAccountName PDC System", "LookupAccountName PDC jo",
+                          "GetFileSecurity 4 4000 " + kFolder, "SetFileSecurity 4 " + kFolder));
+  EXPECT_EQ(log(), "");
+}
+
+TEST_F(FilePermissionTest, AnAccountThatTheServerDoesNotKnowIsAskedForElsewhere) {
+  struct Case {
+    std::int32_t mode;
+    std::string server;
+  };
+  for (const Case& one : {Case{session::kWinNtMode, "DC2"}, Case{session::kNativeMode, "dc1.twk.test"},
+                          Case{session::kMixedMode, "dc1.twk.test"}}) {
+    session.DirectoryMode = one.mode;
+    security.calls.clear();
+    server = "PDC";
+    fail_at("LookupAccountName", 2, platform::security_error::kNoneMapped);
+    EXPECT_TRUE(set({.account = "jo"}));
+    EXPECT_EQ(server, one.server);
+    EXPECT_THAT(calls("LookupAccountName"),
+                ElementsAre("LookupAccountName PDC System", "LookupAccountName PDC jo",
+                            "LookupAccountName " + one.server + " jo"));
+  }
+}
+
+TEST_F(FilePermissionTest, WithoutALogonServerTheWorkstationIsAsked) {
+  for (const std::string logon_server : {"", "\\", "\\\\"}) {
+    environment.variables["LOGONSERVER"] = logon_server;
+    server = "PDC";
+    EXPECT_FALSE(set({.account = "nobody"}));
+    EXPECT_EQ(server, "");
+  }
+}
+
+TEST_F(FilePermissionTest, AFailedLookUpIsToldWithoutTheDebugSwitch) {
+  EXPECT_FALSE(set({.account = "nobody"}));
+  EXPECT_EQ(log(), "Server:DC2 Account:nobody Domain:twk.test\n");
+  EXPECT_THAT(calls("GetFileSecurity"), IsEmpty());
+
+  security.accounts.erase("SYSTEM");
+  EXPECT_FALSE(set({.account = "jo"}));
+  EXPECT_THAT(log(), HasSubstr("Error from Permissions:\nServer:DC2 Account:jo Domain:twk.test\n"));
+}
+
+class FilePermissionInDebug : public FilePermissionTest {
+ protected:
+  FilePermissionInDebug() { session.command_line = "/debug"; }
+};
+
+TEST_F(FilePermissionInDebug, TheStepsAreLogged) {
+  EXPECT_TRUE(set({.account = "jo"}));
+  EXPECT_EQ(log(),
+            "Account lookups done.\nGet Security Descriptor.\nCreate new ACL\nAdd in ACE\nWrite D-ACL\n");
+}
+
+TEST_F(FilePermissionInDebug, AFailureIsLoggedWithItsStepNumberAndText) {
+  struct Case {
+    std::string operation;
+    int call;
+    std::string step;
+  };
+  for (const Case& one :
+       {Case{"LookupAccountName", 1, "LookupAccountName - 1"}, Case{"GetFileSecurity", 1, "GetFileSecurity"},
+        Case{"SetFileSecurity", 1, "SetFileSecurity"}}) {
+    fail_at(one.operation, one.call, platform::security_error::kAccessDenied);
+    EXPECT_FALSE(set({.account = "jo"})) << one.operation;
+    EXPECT_THAT(log(), HasSubstr("Error: " + one.step + "\nCode: 5\nDesc: refused: "));
+  }
+  EXPECT_EQ(list(), list_named("old"));
+  security.before = nullptr;
+  EXPECT_FALSE(set({.account = "nobody"}));
+  EXPECT_THAT(log(), HasSubstr("Domain:twk.test\nError: LookupAccountName - 2\nCode: 1332\n"));
+}
+
+TEST_F(FilePermissionInDebug, AListThatCannotGrowIsAFailure) {
+  security.descriptors[kFolder].set_dacl(Acl(65500));
+  EXPECT_FALSE(set({.account = "jo"}));
+  EXPECT_THAT(log(), HasSubstr("Error: InitializeAcl\nCode: 1336\n"));
+  EXPECT_THAT(calls("SetFileSecurity"), IsEmpty());
+}
+
+TEST(AccessWord, IsExactInCase) {
+  EXPECT_EQ(mode_of_access_word("Full Control"), access_mode::kFullControl);
+  EXPECT_EQ(mode_of_access_word("No Access"), access_mode::kNoAccess);
+  for (const std::string_view word : {"full control", " Read", "", "Write"})
+    EXPECT_EQ(mode_of_access_word(word), std::nullopt) << word;
+}
+
+}  // namespace
+}  // namespace twk::resources

@@ -1,0 +1,151 @@
+#include "resources/ownership.hpp"
+
+#include "resources/file_permission.hpp"
+#include "resources/resources_world.hpp"
+
+namespace twk::resources {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+namespace error = platform::security_error;
+
+/// "tree" with the folders a (holding the folder deep, with f.txt) and b, and the file c.txt.
+class OwnershipTest : public ResourcesWorld {
+ protected:
+  OwnershipTest() {
+    std::filesystem::create_directories(database.path() / "tree/a/deep");
+    std::filesystem::create_directory(database.path() / "tree/b");
+    for (const std::string file : {"tree/c.txt", "tree/a/deep/f.txt"})
+      test::put_file(database / file, "x");
+    session.command_line = "/DEBUG";
+  }
+
+  bool take(const FilePermission& permission) { return SetFilePermission(session, server, top, permission); }
+  /// The writes as "1 a\deep", by their paths below the tree.
+  [[nodiscard]] std::vector<std::string> writes() const {
+    std::vector<std::string> found;
+    for (std::string call : calls("SetFileSecurity ")) {
+      call.erase(0, std::string("SetFileSecurity ").size());
+      call.erase(2, top.size());
+      found.push_back(call);
+    }
+    return found;
+  }
+
+  std::string top = database / "tree";
+  std::string server;
+  const FilePermission tree{.account = "Administrators", .mode = 0, .replaceAll = true, .recurse = true};
+};
+
+TEST_F(OwnershipTest, TheOwnerAloneIsWrittenUnderThePrivilege) {
+  security.descriptors[top].set_dacl(platform::Acl::decode(list_named("old")));
+  EXPECT_TRUE(take({.account = "jo", .ownerOnly = true}));
+  const std::vector<std::string> wanted = {
+      "OpenProcessToken",         "LookupPrivilegeValue SeRestorePrivilege",
+      "AdjustTokenPrivileges on", "SetFileSecurity 1 " + top,
+      "OpenProcessToken",         "LookupPrivilegeValue SeRestorePrivilege",
+      "AdjustTokenPrivileges off"};
+  EXPECT_EQ(std::vector<std::string>(security.calls.begin() + 3, security.calls.end()), wanted);
+  EXPECT_EQ(security.descriptors[top].owner, security.accounts.at("JO"));
+  EXPECT_EQ(security.descriptors[top].dacl->encode(), list_named("old"));
+}
+
+TEST_F(OwnershipTest, ARefusedOwnerIsAFailureAndThePrivilegeGoesAllTheSame) {
+  fail_at("SetFileSecurity", 1, error::kInvalidOwner);
+  EXPECT_FALSE(take({.account = "jo", .ownerOnly = true}));
+  EXPECT_THAT(log(), testing::HasSubstr("Error: SetFileSecurity\nCode: 1307\n"));
+  EXPECT_EQ(security.calls.back(), "AdjustTokenPrivileges off");
+}
+
+TEST_F(OwnershipTest, ATreeIsTakenOverDepthFirstOwnerBeforeList) {
+  EXPECT_TRUE(take(tree));
+  EXPECT_THAT(writes(), ElementsAre("1 ", "4 ",                                                    //
+                                    "1 \\a", "4 \\a", "1 \\b", "4 \\b",                            //
+                                    "1 \\a", "4 \\a", "1 \\b", "4 \\b", "1 \\c.txt", "4 \\c.txt",  //
+                                    "1 \\a\\deep", "4 \\a\\deep", "1 \\a\\deep", "4 \\a\\deep",    //
+                                    "1 \\a\\deep\\f.txt", "4 \\a\\deep\\f.txt"));
+  const platform::SecurityDescriptor& file = security.descriptors[top + "\\a\\deep\\f.txt"];
+  EXPECT_EQ(file.owner, platform::well_known::administrators());
+  EXPECT_EQ(file.dacl, security.descriptors[top].dacl);
+  EXPECT_EQ(session.multi_user.progress.caption.get(), "f.txt");
+  EXPECT_THAT(calls("Lookup"), ElementsAre("LookupAccountName  System", "LookupAccountName  Administrators",
+                                           "LookupPrivilegeValue SeRestorePrivilege",
+                                           "LookupPrivilegeValue SeRestorePrivilege"));
+}
+
+TEST_F(OwnershipTest, AFileThatRefusesIsPassedOver) {
+  security.before = [](std::string_view operation, std::string_view path) {
+    if (operation == "SetFileSecurity" && path.ends_with("\\a"))
+      throw base::RuntimeError(error::kSharingViolation, "locked");
+  };
+  EXPECT_TRUE(take(tree));
+  EXPECT_THAT(writes(), IsSupersetOf({"4 \\c.txt", "4 \\a", "4 \\a\\deep\\f.txt"}));
+}
+
+TEST_F(OwnershipTest, AListIsWrittenWhereTheOwnerIsRefusedAndTheWholeIsAFailure) {
+  for (const int refused : {1, 2}) {
+    security.calls.clear();
+    fail_at("SetFileSecurity", refused, error::kAccessDenied);
+    EXPECT_FALSE(take(tree));
+    EXPECT_THAT(writes(), IsSupersetOf({"1 ", "4 ", "4 \\a\\deep\\f.txt"}));
+    EXPECT_EQ(security.calls.back(), "AdjustTokenPrivileges off");
+  }
+}
+
+TEST_F(OwnershipTest, AFolderThatCannotBeLookedThroughEndsItsPass) {
+  files.fail_from(3, base::error::kPathFileAccess);
+  EXPECT_TRUE(take(tree));
+  EXPECT_THAT(writes(), Contains("4 \\a"));
+  EXPECT_THAT(writes(), testing::Not(Contains("4 \\a\\deep")));
+}
+
+TEST_F(OwnershipTest, TheMaskChoosesNamesButEveryFolderIsEntered) {
+  struct Case {
+    std::string mask;
+    std::vector<std::string> files;
+  };
+  for (const Case& one : {Case{"*.TXT", {"c.txt", "f.txt"}}, Case{"?.txt", {"c.txt", "f.txt"}},
+                          Case{"c*", {"c.txt"}}, Case{"*t", {"c.txt", "f.txt"}}, Case{"", {}},
+                          Case{"*.*", {"c.txt", "f.txt"}}, Case{"c.tx", {}}, Case{"c.txt?", {}}}) {
+    security.calls.clear();
+    SetTreeSecurity(session, top, one.mask, {}, {});
+    std::vector<std::string> names;
+    for (const std::string& call : calls("SetFileSecurity 1")) {
+      if (call.ends_with(".txt"))
+        names.push_back(call.substr(call.rfind('\\') + 1));
+    }
+    EXPECT_EQ(names, one.files) << one.mask;
+    EXPECT_THAT(writes(), Contains("4 \\a\\deep")) << one.mask;
+  }
+}
+
+TEST_F(OwnershipTest, APrivilegeThatIsNotHeldIsToldAndTheWriteTriedAllTheSame) {
+  struct Case {
+    std::string operation;
+    std::string text;
+  };
+  for (const Case& one :
+       {Case{"OpenProcessToken", "OpenProcessToken failed with error code 1300"},
+        Case{"LookupPrivilegeValue", "LookupPrivilegeValue failed with error code 1300"},
+        Case{"AdjustTokenPrivileges", "AdjustTokenPrivileges failed with error code 1300"}}) {
+    security.calls.clear();
+    fail_at(one.operation, 1, error::kNotAllAssigned);
+    dialogs.expect(one.text);
+    EXPECT_TRUE(take({.account = "jo", .ownerOnly = true})) << one.operation;
+    EXPECT_EQ(dialogs.last_text, one.text);
+    EXPECT_THAT(writes(), ElementsAre("1 "));
+    EXPECT_THAT(calls("AdjustTokenPrivileges off"), IsEmpty());
+  }
+}
+
+TEST_F(OwnershipTest, PrivilegesGoOnAndOff) {
+  EXPECT_TRUE(EnablePrivilege(session, platform::privilege::kRestore));
+  EXPECT_TRUE(DisablePrivilege(session, platform::privilege::kRestore));
+  EXPECT_THAT(calls("Adjust"), ElementsAre("AdjustTokenPrivileges on", "AdjustTokenPrivileges off"));
+}
+
+}  // namespace
+}  // namespace twk::resources

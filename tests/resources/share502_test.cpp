@@ -1,0 +1,143 @@
+#include "resources/share502.hpp"
+
+#include "resources/resources_world.hpp"
+#include "resources/share_descriptor.hpp"
+
+namespace twk::resources {
+namespace {
+
+using platform::Ace;
+using platform::Acl;
+using platform::SecurityDescriptor;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ShareTest : public ResourcesWorld {
+ protected:
+  void rows(const std::vector<stores::PermissionRecord>& rows) { table("SharePerm.dat", rows); }
+  ShareResult create() {
+    return CreateShare(session, "FS1", "jo$", "D:\\Users\\jo", "Users Home Share", "jo");
+  }
+  [[nodiscard]] const platform::ShareInfo502& made() const { return network.shares.back().second; }
+  [[nodiscard]] base::Bytes list() const { return made().shi502_security_descriptor->dacl->encode(); }
+};
+
+TEST_F(ShareTest, AShareHasTheListOfTheTableByteForByte) {
+  rows({{false, "Administrators", "full control", ""},
+        {false, "%UserName%", " Change ", ""},
+        {false, "everyone", "READ", ""}});
+  EXPECT_EQ(create(), ShareResult::kMade);
+  EXPECT_EQ(network.shares.back().first, "FS1");
+  EXPECT_EQ(made().shi502_netname, "jo$");
+  EXPECT_EQ(made().shi502_type, 0U);
+  EXPECT_EQ(made().shi502_remark, "Users Home Share");
+  EXPECT_EQ(made().shi502_permissions, 1U);
+  EXPECT_EQ(made().shi502_max_uses, -1);
+  EXPECT_EQ(made().shi502_current_uses, 0U);
+  EXPECT_EQ(made().shi502_path, "D:\\Users\\jo");
+  EXPECT_EQ(made().shi502_passwd, "");
+  EXPECT_EQ(list(), list_named("share of the table"));
+  EXPECT_THAT(calls("Lookup"),
+              ElementsAre("LookupAccountName DC1 Administrators", "LookupAccountName DC1 jo"))
+      << "Everyone is known";
+  EXPECT_EQ(log(), "");
+}
+
+TEST_F(ShareTest, AWordThatIsNoneMeansWhatTheRowBeforeMeant) {
+  rows({{false, "jo", "Write", ""}, {false, "jo", "Change", ""}, {false, "staff", "No Access", ""}});
+  EXPECT_EQ(create(), ShareResult::kMade);
+  std::vector<std::uint32_t> masks;
+  for (const Ace& ace : made().shi502_security_descriptor->dacl->entries())
+    masks.push_back(ace.mask());
+  EXPECT_THAT(masks, ElementsAre(0, 0xE0010000, 0xE0010000));
+}
+
+TEST_F(ShareTest, WithoutATableEverybodyGetsFullControl) {
+  EXPECT_EQ(create(), ShareResult::kFallbackList) << "no file";
+  EXPECT_EQ(list(), list_named("share for everybody"));
+  test::put_file(database / "SharePerm.dat", "");
+  EXPECT_EQ(create(), ShareResult::kFallbackList);
+  rows({{false, "jo", "Read", ""}});
+  files.fail_from(1, base::error::kPathFileAccess);
+  EXPECT_EQ(create(), ShareResult::kFallbackList) << "a file that cannot be read";
+  EXPECT_EQ(list(), list_named("share for everybody"));
+  EXPECT_THAT(security.calls, IsEmpty());
+}
+
+TEST_F(ShareTest, AnUnknownAccountMakesTheWholeListFallBack) {
+  rows({{false, "jo", "Read", ""}, {false, "nobody", "Change", ""}});
+  EXPECT_EQ(create(), ShareResult::kFallbackList);
+  EXPECT_EQ(list(), list_named("share for everybody"));
+  EXPECT_EQ(log(),
+            "Could not get SID from: DC1\nWill Use server DC2 to lookup account\n"
+            "Error looking up Account: nobody\n");
+}
+
+TEST_F(ShareTest, ATableThatIsTooLongForAListFallsBack) {
+  rows(std::vector<stores::PermissionRecord>(2000, {false, "jo", "Read", ""}));
+  EXPECT_EQ(create(), ShareResult::kFallbackList);
+}
+
+TEST_F(ShareTest, AnotherServerIsAskedWhenTheFirstDoesNotAnswer) {
+  rows({{false, "jo", "Change", ""}});
+  struct Case {
+    std::int32_t mode;
+    std::string first;
+    std::string second;
+  };
+  for (const Case& one :
+       {Case{session::kWinNtMode, "DC1", "DC2"}, Case{session::kMixedMode, "", "dc1.twk.test"},
+        Case{session::kNativeMode, "", "dc1.twk.test"}}) {
+    session.DirectoryMode = one.mode;
+    security.calls.clear();
+    fail_at("LookupAccountName", 1, platform::security_error::kServerUnavailable);
+    EXPECT_EQ(create(), ShareResult::kMade);
+    EXPECT_THAT(calls("Lookup"), ElementsAre("LookupAccountName " + one.first + " jo",
+                                             "LookupAccountName " + one.second + " jo"));
+  }
+  security.before = [](std::string_view, std::string_view) {
+    throw base::RuntimeError(platform::security_error::kServerUnavailable, "down");
+  };
+  EXPECT_EQ(create(), ShareResult::kFallbackList);
+  EXPECT_THAT(log(), testing::EndsWith("Error Getting SID from: dc1.twk.test\n"));
+}
+
+TEST_F(ShareTest, WithoutAControllerTheWorkstationIsAsked) {
+  network.controller.clear();
+  rows({{false, "jo", "Change", ""}});
+  EXPECT_EQ(create(), ShareResult::kMade);
+  EXPECT_THAT(calls("Lookup"), ElementsAre("LookupAccountName  jo"));
+}
+
+TEST_F(ShareTest, ARefusedShareIsLoggedWithItsNumber) {
+  rows({{false, "jo", "Change", ""}});
+  network.share_error = platform::network_error::kDuplicateShare;
+  EXPECT_EQ(create(), ShareResult::kFailed);
+  EXPECT_EQ(log(), "NetShareSetInfo failed with error code : 2118\n");
+}
+
+TEST_F(ShareTest, DenyStandsInFrontAndAnOldListIsMergedBehindIt) {
+  const platform::Sid jo = security.accounts.at("JO");
+  Acl old(1000);
+  for (const Ace& ace :
+       {Ace(0, 0, 0xA0000000, platform::well_known::administrators()),
+        Ace(0, platform::ace_flag::kInherited, 1, platform::well_known::users()), Ace(0, 0, 0x10000000, jo)})
+    old.add(Acl::kAtEnd, ace);
+  SecurityDescriptor before;
+  before.set_dacl(old);
+  AccessEntry allow;
+  allow.account = "jo";
+  allow.mask = 0xE0010000;
+  AccessEntry deny;
+  deny.account = "staff";
+  deny.aceType = platform::ace_type::kDeny;
+  deny.mask = 0x10000000;
+  const auto built = BuildShareDescriptor(session, &before, {allow, deny});
+  ASSERT_TRUE(built);
+  EXPECT_TRUE(built->dacl_present);
+  EXPECT_EQ(built->dacl->encode(), list_named("share merged"));
+  EXPECT_EQ(built->owner, std::nullopt);
+}
+
+}  // namespace
+}  // namespace twk::resources
