@@ -1,6 +1,7 @@
 #include "lab/lab_network.hpp"
 
 #include "lab/errors.hpp"
+#include "lab/terminal_settings.hpp"
 
 namespace twk::lab {
 
@@ -8,6 +9,13 @@ namespace {
 
 [[noreturn]] void not_yet() {
   raise(ads_error::kNotImplementedByProvider, "The lab does not do that");
+}
+
+void require_controller(const LabDomain& domain, std::string_view server) {
+  const std::string_view name = server.starts_with("\\\\") ? server.substr(2) : server;
+  if (!is_domain_server(domain, name)) {
+    raise(platform::network_error::kBadNetPath, "No domain controller answers as " + std::string(server));
+  }
 }
 
 }  // namespace
@@ -32,13 +40,15 @@ std::vector<platform::ShareInfo502> LabNetwork::NetShareEnum(std::string_view) {
 void LabNetwork::NetShareDel(std::string_view, std::string_view) {
   not_yet();
 }
-void LabNetwork::WTSSetUserConfig(std::string_view, std::string_view, platform::WtsConfigClass,
-                                  const platform::WtsConfigValue&) {
-  not_yet();
+void LabNetwork::WTSSetUserConfig(std::string_view server, std::string_view user,
+                                  platform::WtsConfigClass setting, const platform::WtsConfigValue& value) {
+  require_controller(domain_, server);
+  set_terminal_setting(domain_, user, setting, value);
 }
-platform::WtsConfigValue LabNetwork::WTSQueryUserConfig(std::string_view, std::string_view,
-                                                        platform::WtsConfigClass) {
-  not_yet();
+platform::WtsConfigValue LabNetwork::WTSQueryUserConfig(std::string_view server, std::string_view user,
+                                                        platform::WtsConfigClass setting) {
+  require_controller(domain_, server);
+  return query_terminal_setting(domain_, user, setting);
 }
 
 }  // namespace twk::lab
