@@ -3,6 +3,9 @@
 #include <string_view>
 
 #include "creation/creation_run.hpp"
+#include "directory/operations.hpp"
+#include "resources/WTS.hpp"
+#include "session/session.hpp"
 
 namespace twk::creation {
 namespace {
@@ -17,7 +20,8 @@ void CreateUserShares(CreationRun& run) {
   warn_unavailable(run, "Shares:");
 }
 void ApplyTerminalSettings(CreationRun& run) {
-  warn_unavailable(run, "Terminal-server settings:");
+  session::Session& session = run.session;
+  resources::ApplyTerminalSettings(session, run.SamName, directory::winnt_domain(session), false, 0);
 }
 void ApplyDirPermissions(CreationRun& run) {
   warn_unavailable(run, "Directory permissions:");
