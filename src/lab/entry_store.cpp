@@ -60,6 +60,7 @@ class EntryStore::Implementation {
   void end_batch();
 
   [[nodiscard]] const EntryTree& tree() const { return *tree_; }
+  [[nodiscard]] std::uint64_t readings() const { return readings_; }
 
  private:
   class Lock;
@@ -85,6 +86,7 @@ class EntryStore::Implementation {
   bool is_folded_in_ = false;  ///< the journal's changes are in the file already
   bool is_writing_ = false;
   int batches_ = 0;
+  std::uint64_t readings_ = 0;
 };
 
 /// Sets a flag for a scope.
@@ -158,6 +160,7 @@ void EntryStore::Implementation::start_journal() {
 
 void EntryStore::Implementation::reload(bool has_journal) {
   must_reload_ = true;
+  ++readings_;
   is_folded_in_ = false;
   has_changes_ = false;
   tree_ = std::make_unique<EntryTree>();
@@ -207,6 +210,9 @@ void EntryStore::Implementation::read_journal() {
 
 void EntryStore::Implementation::replay(std::string_view text, std::size_t first_line,
                                         const std::filesystem::path& path) {
+  if (text.empty())
+    return;
+  ++readings_;
   std::size_t line = 0;
   try {
     const auto apply = [&](LdifRecord&& record) {
@@ -274,6 +280,10 @@ void EntryStore::refresh() {
   implementation_->refresh();
 }
 
+std::uint64_t EntryStore::readings() const {
+  return implementation_->readings();
+}
+
 const Entry* EntryStore::find(std::string_view dn) const {
   return entry_of(implementation_->tree().find(dn));
 }
@@ -305,6 +315,16 @@ void EntryStore::children(const Entry& parent, const std::function<bool(const En
   const Node* child = parent.node_->first_child;
   while (child != nullptr && visit(child->entry))
     child = child->next;
+}
+
+void EntryStore::children(std::string_view parent_dn, const std::function<bool(const Entry&)>& visit) const {
+  if (const Entry* const parent = find(parent_dn))
+    return children(*parent, visit);
+  const std::string wanted = normalize_dn(parent_dn);
+  for (const Entry* const orphan : roots()) {
+    if (normalize_dn(lab::parent_dn(orphan->dn())) == wanted && !visit(*orphan))
+      return;
+  }
 }
 
 void EntryStore::subtree(const Entry& top, const std::function<bool(const Entry&)>& visit) const {

@@ -58,6 +58,8 @@ class EntryStore {
   ~EntryStore();
 
   void refresh();
+  /// How often changes were read from the files: the same number tells that nobody else's came in between.
+  [[nodiscard]] std::uint64_t readings() const;
 
   // Look-up, without a search through all entries. `find` raises kInvalidDn for text that is no name; of
   // several entries with one key any is found.
@@ -71,6 +73,8 @@ class EntryStore {
   [[nodiscard]] bool is_member(const Entry& group, const Entry& user) const;
   /// The direct children, in the order they were added. Gives False from `visit` to stop.
   void children(const Entry& parent, const std::function<bool(const Entry&)>& visit) const;
+  /// The same for a name, also one that is not stored while entries below it are.
+  void children(std::string_view parent_dn, const std::function<bool(const Entry&)>& visit) const;
   /// The entry and all below it, parents first.
   void subtree(const Entry& top, const std::function<bool(const Entry&)>& visit) const;
   /// The entries without a stored parent: the domain, the configuration.

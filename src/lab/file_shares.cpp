@@ -1,104 +1,104 @@
 #include "lab/file_shares.hpp"
 
-#include <fcntl.h>
-
 #include <algorithm>
 
 #include "base/text.hpp"
 #include "lab/dn.hpp"
 #include "lab/errors.hpp"
-#include "lab/ldif.hpp"
-#include "local/descriptor.hpp"
-#include "local/replace_file.hpp"
 
 namespace twk::lab {
 namespace {
 
-namespace fs = std::filesystem;
+using platform::SecurityDescriptor;
 
+constexpr std::string_view kContainer = "CN=Shares";
 constexpr std::string_view kShareClass = "fileShare";
+constexpr std::string_view kDescriptor = "nTSecurityDescriptor";
 constexpr std::size_t kLongestShareName = 80;
 
-std::string attribute_of(const LdifRecord& record, std::string_view name) {
-  for (const LdifAttribute& attribute : record.attributes) {
-    if (base::equals_fold(attribute.name, name) && !attribute.values.empty())
-      return attribute.values.front();
-  }
-  return {};
+std::string share_dn(std::string_view name) {
+  return make_rdn("CN", name) + "," + std::string(kContainer);
 }
 
-bool is_share(const LdifRecord& record) {
-  return base::equals_fold(attribute_of(record, "objectClass"), kShareClass);
+bool is_share(const Entry& entry) {
+  const auto object_class = entry.value("objectClass");
+  return object_class && base::equals_fold(*object_class, kShareClass);
 }
 
-std::string share_name(const LdifRecord& record) {
-  return parse_rdn(first_rdn(record.dn)).value;
+FileShare to_share(const Entry& entry) {
+  FileShare share;
+  share.name = parse_rdn(first_rdn(entry.dn())).value;
+  share.path = entry.value("path").value_or(std::string());
+  share.comment = entry.value("description").value_or(std::string());
+  share.max_users = base::to_number(entry.value("maxUserCount").value_or(std::string())).value_or(-1);
+  if (const auto bytes = entry.value(kDescriptor))
+    share.descriptor = SecurityDescriptor::decode(base::Bytes(bytes->begin(), bytes->end()));
+  return share;
 }
 
-FileShare to_share(const LdifRecord& record) {
-  return {.name = share_name(record),
-          .path = attribute_of(record, "path"),
-          .comment = attribute_of(record, "description"),
-          .max_users = base::to_number(attribute_of(record, "maxUserCount")).value_or(-1),
-          .administrative = false};
-}
-
-LdifRecord to_record(const FileShare& share) {
-  LdifRecord record;
-  record.dn = make_rdn("CN", share.name) + ",CN=Shares";
-  record.attributes = {{"objectClass", {std::string(kShareClass)}}, {"path", {share.path}}};
+std::vector<LdifAttribute> to_attributes(const FileShare& share) {
+  std::vector<LdifAttribute> attributes = {{"objectClass", {std::string(kShareClass)}},
+                                           {"path", {share.path}},
+                                           {"maxUserCount", {base::to_text(share.max_users)}}};
   if (!share.comment.empty())
-    record.attributes.push_back({"description", {share.comment}});
-  record.attributes.push_back({"maxUserCount", {base::to_text(share.max_users)}});
-  return record;
+    attributes.push_back({"description", {share.comment}});
+  if (share.descriptor) {
+    const base::Bytes bytes = share.descriptor->encode();
+    attributes.push_back({std::string(kDescriptor), {std::string(bytes.begin(), bytes.end())}});
+  }
+  return attributes;
 }
 
-std::vector<LdifRecord> read_records(const fs::path& server) {
-  const std::string file = (server / "server.ldif").string();
-  std::vector<LdifRecord> records;
-  if (!fs::exists(file))
-    return records;
-  const local::Descriptor input = local::open_descriptor(file, O_RDONLY);
-  read_ldif(local::read_all(input, file), [&](LdifRecord&& record) { records.push_back(std::move(record)); });
-  return records;
+/// What makes the stored share the other one.
+std::vector<Modification> replacement(const Entry& stored, const FileShare& share) {
+  std::vector<Modification> changes;
+  for (const char* const name : {"description", "nTSecurityDescriptor"}) {
+    if (stored.has(name))
+      changes.push_back({ModifyKind::kReplace, name, {}});
+  }
+  for (LdifAttribute& attribute : to_attributes(share))
+    changes.push_back({ModifyKind::kReplace, std::move(attribute.name), std::move(attribute.values)});
+  return changes;
 }
 
-/// Reads, changes and replaces "server.ldif" while no other process does.
-void change_records(const fs::path& server, const std::function<void(std::vector<LdifRecord>&)>& change) {
-  const std::string lock_file = (server / "server.lock").string();
-  const local::Descriptor lock = local::open_descriptor(lock_file, O_RDWR | O_CREAT, 0600);
-  local::lock_range(lock, local::Lock::kExclusive, 0, 1, lock_file);
-  std::vector<LdifRecord> records = read_records(server);
-  change(records);
-  std::string text;
-  for (const LdifRecord& record : records)
-    append_ldif(text, record);
-  local::replace_file((server / "server.ldif").string(), text, local::Access::kPrivate);
+FileShare drive_share(std::string_view drive) {
+  FileShare share;
+  share.name = base::upper(drive) + "$";
+  share.path = base::upper(drive) + ":\\";
+  share.comment = "Default share";
+  share.administrative = true;
+  return share;
 }
 
-std::vector<LdifRecord>::iterator find_record(std::vector<LdifRecord>& records, std::string_view name) {
-  return std::find_if(records.begin(), records.end(), [&](const LdifRecord& record) {
-    return is_share(record) && base::equals_fold(share_name(record), name);
-  });
+[[noreturn]] void refuse_drive_share(std::string_view name) {
+  raise(ads_error::kUnwilling, std::string(name) + " is a drive's own share");
 }
 
-bool is_drive(std::string_view name) {
-  return name.size() == 1 && base::upper(name) >= "A" && base::upper(name) <= "Z";
+}  // namespace
+
+std::string folded_path(std::string_view path) {
+  std::string text(path);
+  std::replace(text.begin(), text.end(), '/', '\\');
+  std::string folded;
+  for (const std::string& part : base::split(text, '\\')) {
+    if (!part.empty() && part != ".")
+      folded += base::upper(part) + "\\";
+  }
+  return folded;
 }
 
-/// The entry of `folder` whose name folds to `name`; one spelled the same wins.
-std::optional<fs::path> find_folded(const fs::path& folder, std::string_view name,
-                                    local::FoldedNames& names) {
-  const auto found = names.find(folder.string(), name);
-  return found ? std::optional(folder / *found) : std::nullopt;
+FileShares::FileShares(EntryStore& store, std::function<std::vector<std::string>()> drives,
+                       std::function<bool(std::string_view)> has_folder)
+    : store_(store), drives_(std::move(drives)), has_folder_(std::move(has_folder)) {}
+
+bool FileShares::is_drive_share(std::string_view name) const {
+  if (name.size() != 2 || name[1] != '$')
+    return false;
+  const std::vector<std::string> drives = drives_();
+  return std::find(drives.begin(), drives.end(), base::upper(name.substr(0, 1))) != drives.end();
 }
 
-std::optional<fs::path> find_folded(const fs::path& folder, std::string_view name) {
-  local::FoldedNames names;
-  return find_folded(folder, name, names);
-}
-
-void check_share(const fs::path& server, const FileShare& share) {
+void FileShares::check(const FileShare& share) const {
   static constexpr std::string_view kForbidden = "\"/\\[]:|<>+=;,*?";
   const auto refuse = [&](const std::string& why) {
     raise(ads_error::kConstraint, "The share name \"" + base::to_valid_utf8(share.name) + "\" " + why);
@@ -111,118 +111,90 @@ void check_share(const fs::path& server, const FileShare& share) {
     refuse("holds a character that no share has");
   if (const auto control = base::find_control_character(share.name))
     refuse("holds the control character " + *control);
-  local::FoldedNames names;
-  if (share.path.empty() || !fs::is_directory(server_folder(server, share.path, names))) {
+  if (share.path.empty() || !has_folder_(share.path))
     raise(base::error::kPathNotFound, "The server has no folder " + share.path);
-  }
 }
 
-FileShare drive_share(std::string_view drive) {
-  const std::string letter = base::upper(drive);
-  return {letter + "$", letter + ":\\", "Default share", -1, true};
-}
-
-bool is_drive_share(const fs::path& server, std::string_view name) {
-  return name.size() == 2 && name[1] == '$' && is_drive(name.substr(0, 1)) &&
-         find_folded(server, name.substr(0, 1)).has_value();
-}
-
-}  // namespace
-
-std::optional<fs::path> find_server(const fs::path& servers, std::string_view name) {
-  if (name.empty() || name == "." || name == ".." || name.find('/') != base::npos)
-    return std::nullopt;
-  auto found = find_folded(servers, name);
-  return found && fs::is_directory(*found) ? found : std::nullopt;
-}
-
-std::vector<FileShare> read_shares(const fs::path& server) {
+std::vector<FileShare> FileShares::all() const {
   std::vector<FileShare> shares;
-  for (const fs::directory_entry& entry : fs::directory_iterator(server)) {
-    const std::string name = entry.path().filename().string();
-    if (!entry.is_directory() || !is_drive(name))
-      continue;
-    shares.push_back(drive_share(name));
-  }
-  std::sort(shares.begin(), shares.end(),
-            [](const FileShare& a, const FileShare& b) { return a.name < b.name; });
-  for (const LdifRecord& record : read_records(server)) {
-    if (is_share(record))
-      shares.push_back(to_share(record));
-  }
+  for (const std::string& drive : drives_())
+    shares.push_back(drive_share(drive));
+  store_.children(kContainer, [&](const Entry& entry) {
+    if (is_share(entry))
+      shares.push_back(to_share(entry));
+    return true;
+  });
   return shares;
 }
 
-std::optional<FileShare> find_share(const fs::path& server, std::string_view name) {
-  if (is_drive_share(server, name))
+std::optional<FileShare> FileShares::find(std::string_view name) const {
+  if (is_drive_share(name))
     return drive_share(name.substr(0, 1));
-  for (FileShare& share : read_shares(server)) {
-    if (base::equals_fold(share.name, name))
-      return std::move(share);
-  }
-  return std::nullopt;
+  const Entry* const entry = store_.find(share_dn(name));
+  return entry != nullptr && is_share(*entry) ? std::optional(to_share(*entry)) : std::nullopt;
 }
 
-void store_share(const fs::path& server, const FileShare& share, bool replace) {
-  if (is_drive_share(server, share.name))
-    raise(ads_error::kUnwilling, share.name + " is a drive's own share");
-  check_share(server, share);
-  change_records(server, [&](std::vector<LdifRecord>& records) {
-    const auto found = find_record(records, share.name);
-    if (found == records.end()) {
-      records.push_back(to_record(share));
-    } else if (replace) {
-      *found = to_record(share);
-    } else {
-      raise(kShareExists, "The server has a share " + share.name + " already");
+void FileShares::store(const FileShare& share, bool replace) {
+  if (is_drive_share(share.name))
+    refuse_drive_share(share.name);
+  check(share);
+  if (store_.find(kContainer) == nullptr)
+    store_.add(std::string(kContainer), {{"objectClass", {"container"}}}, nullptr);
+  const std::string dn = share_dn(share.name);
+  const Entry* const stored = store_.find(dn);
+  if (stored == nullptr) {
+    try {
+      store_.add(dn, to_attributes(share), nullptr);
+    } catch (const base::RuntimeError& failure) {
+      // Another program was faster.
+      if (failure.number() == ads_error::kObjectExists)
+        raise(kShareExists, "The server has a share " + share.name + " already");
+      throw;
     }
-  });
-}
-
-void remove_share(const fs::path& server, std::string_view name) {
-  if (is_drive_share(server, name))
-    raise(ads_error::kUnwilling, std::string(name) + " is a drive's own share");
-  change_records(server, [&](std::vector<LdifRecord>& records) {
-    const auto found = find_record(records, name);
-    if (found == records.end())
-      raise(kShareNotFound, "The server has no share " + std::string(name));
-    records.erase(found);
-  });
-}
-
-fs::path server_folder(const fs::path& server, std::string_view path, local::FoldedNames& names) {
-  const auto refuse = [&] {
-    raise(base::error::kPathNotFound, "The server has no path " + std::string(path));
-  };
-  if (path.size() < 2 || path[1] != ':' || !is_drive(path.substr(0, 1)))
-    refuse();
-  const auto drive = find_folded(server, path.substr(0, 1), names);
-  if (!drive || path.find('\0') != base::npos)
-    refuse();
-  fs::path folder = *drive;
-  std::string rest(path.substr(2));
-  std::replace(rest.begin(), rest.end(), '/', '\\');
-  for (const std::string& part : base::split(rest, '\\')) {
-    if (part.empty() || part == ".")
-      continue;
-    if (part == "..")
-      refuse();
-    folder = find_folded(folder, part, names).value_or(folder / part);
+    paths_.insert(folded_path(share.path));
+    return;
   }
-  return folder;
+  if (!replace)
+    raise(kShareExists, "The server has a share " + share.name + " already");
+  const std::string old_path = to_share(*stored).path;
+  store_.modify(dn, replacement(*stored, share), nullptr);
+  forget_path(old_path);
+  paths_.insert(folded_path(share.path));
 }
 
-bool share_holds(const fs::path& server, const fs::path& folder) {
-  const std::string top = folder.lexically_normal().string();
-  local::FoldedNames names;
-  for (const FileShare& share : read_shares(server)) {
-    if (share.administrative)
-      continue;
-    const std::string held = server_folder(server, share.path, names).lexically_normal().string();
-    if (held == top || held.starts_with(top + "/"))
-      return true;
+void FileShares::remove(std::string_view name) {
+  if (is_drive_share(name))
+    refuse_drive_share(name);
+  const auto share = find(name);
+  if (!share)
+    raise(kShareNotFound, "The server has no share " + std::string(name));
+  store_.remove(share_dn(name), nullptr);
+  forget_path(share->path);
+}
+
+void FileShares::forget_path(std::string_view path) {
+  const auto found = paths_.find(folded_path(path));
+  if (found != paths_.end())
+    paths_.erase(found);
+}
+
+/// Reads the paths anew when others may have changed the store.
+void FileShares::read_paths() {
+  if (paths_read_ == store_.readings())
+    return;
+  paths_.clear();
+  for (const FileShare& share : all()) {
+    if (!share.administrative)
+      paths_.insert(folded_path(share.path));
   }
-  return false;
+  paths_read_ = store_.readings();
+}
+
+bool FileShares::hold(std::string_view path) {
+  read_paths();
+  const std::string top = folded_path(path);
+  const auto found = paths_.lower_bound(top);
+  return found != paths_.end() && found->starts_with(top);
 }
 
 }  // namespace twk::lab

@@ -4,22 +4,14 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "local/folded_names.hpp"
+#include "lab/entry_store.hpp"
+#include "platform/security_descriptor.hpp"
 
-/// The file servers of a lab and their shares. A server is a folder "servers/<NAME>", a drive a folder of one
-/// letter in it, and "server.ldif" holds the shares, a record each:
-///
-///     dn: CN=Users,CN=Shares
-///     objectClass: fileShare
-///     path: D:\Users
-///     description: …            the comment
-///     maxUserCount: -1          -1 for no limit
-///
-/// Records of other classes are kept as they are. Each drive is also shared as a whole, as "D$".
 namespace twk::lab {
 
 struct FileShare {
@@ -27,29 +19,54 @@ struct FileShare {
   std::string path;  ///< on the server, "D:\Users"
   std::string comment;
   std::int32_t max_users = -1;
-  bool administrative = false;  ///< a drive's own share; it is in no record
+  std::optional<platform::SecurityDescriptor> descriptor{};  ///< none: everybody may do everything
+  bool administrative = false;                               ///< a drive's own share; it is in no record
 };
 
-/// The server's folder; names fold case. None when the lab has no such server.
-std::optional<std::filesystem::path> find_server(const std::filesystem::path& servers, std::string_view name);
+/// The shares of a file server, records of its "server.ldif":
+///
+///     dn: CN=Users,CN=Shares
+///     objectClass: fileShare
+///     path: D:\Users
+///     description: …            the comment
+///     maxUserCount: -1          -1 for no limit
+///     nTSecurityDescriptor:: …  self-relative, when there is one
+///
+/// Each drive is also shared as a whole, as "D$".
+class FileShares {
+ public:
+  /// `drives` gives the letters of the server's drives; `has_folder` tells whether a path of the server is a
+  /// folder.
+  FileShares(EntryStore& store, std::function<std::vector<std::string>()> drives,
+             std::function<bool(std::string_view)> has_folder);
 
-/// The drives' shares first, then those of "server.ldif" in their order.
-std::vector<FileShare> read_shares(const std::filesystem::path& server);
-std::optional<FileShare> find_share(const std::filesystem::path& server, std::string_view name);
+  /// The drives' shares first, then the others in the order they were made.
+  [[nodiscard]] std::vector<FileShare> all() const;
+  [[nodiscard]] std::optional<FileShare> find(std::string_view name) const;
+  /// Adds the share or replaces the one of its name (`replace`). Raises kShareExists for a new share of a
+  /// name in use, kUnwilling for a drive's share, 76 for a path that is no folder of the server, and
+  /// kConstraint for a name that is empty, longer than 80 characters, or holds a character that no share has.
+  void store(const FileShare& share, bool replace);
+  /// Raises kShareNotFound, kUnwilling for a drive's share.
+  void remove(std::string_view name);
+  /// True when a share's folder is this one or lies below it. Drives' own shares hold nothing.
+  [[nodiscard]] bool hold(std::string_view path);
 
-/// Adds the share or replaces the one of its name (`replace`). Raises kShareExists for a new share of a name
-/// in use, kUnwilling for a drive's share, and an error for a path that is no folder of the server, a name
-/// that is empty, longer than 80 characters, or holds a character that no share has.
-void store_share(const std::filesystem::path& server, const FileShare& share, bool replace);
-/// Raises kShareNotFound, kUnwilling for a drive's share.
-void remove_share(const std::filesystem::path& server, std::string_view name);
+ private:
+  [[nodiscard]] bool is_drive_share(std::string_view name) const;
+  void check(const FileShare& share) const;
+  void read_paths();
+  void forget_path(std::string_view path);
 
-/// The folder of the lab that a path of the server ("D:\Users\jo") stands for; every part folds case, and a
-/// part that is not there yet stands as written. Raises 76 without such a drive and for a path that has "..".
-std::filesystem::path server_folder(const std::filesystem::path& server, std::string_view path,
-                                    local::FoldedNames& names);
+  EntryStore& store_;
+  std::function<std::vector<std::string>()> drives_;
+  std::function<bool(std::string_view)> has_folder_;
+  std::multiset<std::string> paths_;         ///< of all shares, as `folded_path` spells them
+  std::optional<std::uint64_t> paths_read_;  ///< `readings` of the store when `paths_` was read
+};
 
-/// True when a share's folder is this one or lies below it. Drives' own shares hold nothing.
-bool share_holds(const std::filesystem::path& server, const std::filesystem::path& folder);
+/// "D:\USERS\": a path of a server in the one spelling that all its spellings have, with a backslash behind
+/// each part.
+std::string folded_path(std::string_view path);
 
 }  // namespace twk::lab

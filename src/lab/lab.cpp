@@ -5,15 +5,16 @@
 #include "lab/entry_store.hpp"
 #include "lab/lab_directory.hpp"
 #include "lab/lab_domain.hpp"
+#include "lab/lab_environment.hpp"
 #include "lab/lab_files.hpp"
 #include "lab/lab_mailboxes.hpp"
 #include "lab/lab_network.hpp"
 #include "lab/lab_query.hpp"
 #include "lab/lab_security.hpp"
+#include "lab/process_identity.hpp"
 #include "local/posix_files.hpp"
 #include "local/registry_file.hpp"
 #include "local/system_clock.hpp"
-#include "local/system_environment.hpp"
 #include "local/system_process.hpp"
 
 namespace twk::lab {
@@ -22,35 +23,40 @@ struct Lab::Services {
   Services(const std::filesystem::path& root, const LabConfig& config,
            const std::function<void(const std::string&)>& warn)
       : folder(root),
+        servers(root / "servers", names, warn),
         store(open_entry_store(root, "domain", warn)),
+        environment(config.controller),
         domain{.config = config,
                .store = *store,
                .clock = clock,
-               .servers = root / "servers",
+               .servers = servers,
                .root_dn = domain_dn(domain_name(config)),
                .configuration_dn = "CN=Configuration," + domain_dn(domain_name(config))},
         directory(domain),
         query(domain),
-        network(domain),
-        security(domain),
+        identity(domain),
+        network(domain, identity),
+        files(servers, identity, workstation_files),
+        security(domain, identity, files),
         mailboxes(domain),
-        files(root / "servers", workstation_files, names),
         registry((root / "settings").string()) {}
 
   std::filesystem::path folder;
+  std::shared_ptr<local::FoldedNames> names = std::make_shared<local::FoldedNames>();
+  FileServers servers;
   std::unique_ptr<EntryStore> store;
   local::SystemClock clock;
-  local::SystemEnvironment environment;
+  LabEnvironment environment;
   local::SystemProcess process;
-  std::shared_ptr<local::FoldedNames> names = std::make_shared<local::FoldedNames>();
   local::PosixFiles workstation_files{names};
   LabDomain domain;
   LabDirectory directory;
   LabQuery query;
+  ProcessIdentity identity;
   LabNetwork network;
+  LabFiles files;
   LabSecurity security;
   LabMailboxes mailboxes;
-  LabFiles files;
   local::RegistryFile registry;
 };
 

@@ -98,6 +98,10 @@ void read_setting(LabConfig& config, std::string_view name, std::string_view val
     config.passwords.complexity = read_switch(value);
   } else if (name == "lockout.threshold") {
     config.passwords.lockout_threshold = read_number(value, 999);
+  } else if (name == "logon") {
+    config.logon = value;
+  } else if (name == "privileges") {
+    config.privileges = value;
   } else if (name == "answer") {
     config.default_answer = read_answer(value);
   } else {
@@ -193,6 +197,10 @@ std::string print(const LabConfig& config) {
   setting("password.minimum_length", base::to_text(config.passwords.minimum_length));
   setting("password.complexity", config.passwords.complexity ? "on" : "off");
   setting("lockout.threshold", base::to_text(config.passwords.lockout_threshold));
+  if (!config.logon.empty())
+    setting("logon", config.logon);
+  if (config.privileges)
+    setting("privileges", *config.privileges);
   setting("answer", answer_word(config.default_answer));
   return text;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,10 @@
 ///     password.minimum_length = 7
 ///     password.complexity = on           on or off
 ///     lockout.threshold = 0              wrong passwords before an account is locked; 0 never locks
+///     logon = Administrator              account that the program acts as; absent: the built-in
+///     administrator privileges = SeRestorePrivilege    what the program's token holds, divided by blanks;
+///     absent: all that
+///                                        administrators have
 ///     answer = none                      what a question gets when nobody is there to answer: yes, no, none
 namespace twk::lab {
 
@@ -33,6 +38,8 @@ struct LabConfig {
   DomainKind kind = DomainKind::kNative;
   std::string controller = "DC1";
   PasswordPolicy passwords;
+  std::string logon;
+  std::optional<std::string> privileges;
   DefaultAnswer default_answer = DefaultAnswer::kNone;
 
   friend bool operator==(const LabConfig&, const LabConfig&) = default;

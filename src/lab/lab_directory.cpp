@@ -36,13 +36,11 @@ ObjectPtr LabDirectory::bind_entry(const AdsPath& path, std::string_view whole) 
 }
 
 ObjectPtr LabDirectory::bind_share(const AdsPath& path) {
-  auto folder = find_server(domain_.servers, path.server);
-  if (!folder)
+  FileServer* const server = domain_.servers.find(path.server);
+  if (server == nullptr)
     raise(kBadNetPath, "There is no file server " + path.server);
-  FileServerObject server(*std::move(folder), path.server);
-  if (path.kind == AdsPath::Kind::kFileShare)
-    return server.GetObject("FileShare", path.name);
-  return std::make_shared<FileServerObject>(std::move(server));
+  const auto object = std::make_shared<FileServerObject>(*server, path.server);
+  return path.kind == AdsPath::Kind::kFileShare ? object->GetObject("FileShare", path.name) : object;
 }
 
 ObjectPtr LabDirectory::GetObject(std::string_view path) {

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <random>
 #include <string>
 
 #include "lab/entry_store.hpp"
+#include "lab/file_server.hpp"
 #include "lab/lab_config.hpp"
 #include "platform/clock.hpp"
 
@@ -16,10 +16,10 @@ struct LabDomain {
   LabConfig config;
   EntryStore& store;
   platform::Clock& clock;
-  std::filesystem::path servers;  ///< folder of the file servers
-  std::string root_dn;            ///< "DC=twk,DC=test"
-  std::string configuration_dn;   ///< "CN=Configuration,DC=twk,DC=test"
-  std::uint32_t next_rid = 0;     ///< what this process reserved and did not give yet: [next_rid, end_rid)
+  FileServers& servers;
+  std::string root_dn;           ///< "DC=twk,DC=test"
+  std::string configuration_dn;  ///< "CN=Configuration,DC=twk,DC=test"
+  std::uint32_t next_rid = 0;    ///< what this process reserved and did not give yet: [next_rid, end_rid)
   std::uint32_t end_rid = 0;
   std::mt19937_64 random{std::random_device{}()};
 };

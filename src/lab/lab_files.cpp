@@ -1,69 +1,125 @@
 #include "lab/lab_files.hpp"
 
 #include <algorithm>
-#include <optional>
 
 #include "base/text.hpp"
 #include "lab/errors.hpp"
-#include "lab/file_shares.hpp"
+#include "platform/access_check.hpp"
 
 namespace twk::lab {
 namespace {
 
-struct NetworkPath {
-  std::string server;
-  std::string share;
-  std::string rest;  ///< with its leading backslash; may be empty
-};
+namespace access = platform::access;
 
-/// None for a path of the workstation.
-std::optional<NetworkPath> split_network_path(std::string_view path) {
+constexpr std::uint32_t kChanging = access::kFileWriteData | access::kFileAppendData;
+
+/// The folder that something stands in; a drive stands in itself.
+ServerPath folder_of(const ServerPath& place) {
+  ServerPath folder = place;
+  const std::size_t end = place.path.find_last_not_of('\\');
+  const std::size_t slash = place.path.rfind('\\', end);
+  if (slash != base::npos)
+    folder.path = place.path.substr(0, std::max<std::size_t>(slash, 2)) + (slash <= 2 ? "\\" : "");
+  return folder;
+}
+
+[[noreturn]] void deny(const ServerPath& place) {
+  raise(base::error::kPermissionDenied, "Access is denied: " + place.path + " on " + place.server.name());
+}
+
+}  // namespace
+
+std::optional<ServerPath> locate(FileServers& servers, std::string_view path) {
   std::string text(path);
   std::replace(text.begin(), text.end(), '/', '\\');
   if (!text.starts_with("\\\\") || path.starts_with('/'))
     return std::nullopt;
   const std::size_t server_end = text.find('\\', 2);
-  if (server_end == base::npos || server_end == 2) {
+  if (server_end == base::npos || server_end == 2)
     raise(base::error::kBadFileName, "Not a path of a file server: " + std::string(path));
-  }
-  const std::size_t share_end = std::min(text.find('\\', server_end + 1), text.size());
-  return NetworkPath{text.substr(2, server_end - 2), text.substr(server_end + 1, share_end - server_end - 1),
-                     text.substr(share_end)};
-}
-
-std::filesystem::path require_server(const std::filesystem::path& servers, const std::string& name) {
-  auto folder = find_server(servers, name);
-  if (!folder)
+  const std::string name = text.substr(2, server_end - 2);
+  FileServer* const server = servers.find(name);
+  if (server == nullptr)
     raise(base::error::kFileNotFound, "The network path was not found: \\\\" + name);
-  return *std::move(folder);
+  const std::size_t share_end = std::min(text.find('\\', server_end + 1), text.size());
+  const std::string share_name = text.substr(server_end + 1, share_end - server_end - 1);
+  auto share = server->shares().find(share_name);
+  if (!share)
+    raise(base::error::kFileNotFound, "The network name was not found: \\\\" + name + "\\" + share_name);
+  std::string server_path = share->path + text.substr(share_end);
+  return ServerPath{*server, *std::move(share), std::move(server_path)};
 }
 
-}  // namespace
+std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place) {
+  const std::uint32_t rights = identity.rights(place.server.descriptors().effective(place.path));
+  if (!place.share.descriptor)
+    return rights;
+  return rights & platform::granted_access(*place.share.descriptor, identity.identifiers());
+}
 
-LabFiles::LabFiles(std::filesystem::path servers, platform::Files& workstation,
-                   std::shared_ptr<local::FoldedNames> names)
-    : servers_(std::move(servers)), workstation_(workstation), names_(std::move(names)) {}
+std::string LabFiles::local_path(std::string_view path) {
+  const auto place = locate(servers_, path);
+  return place ? place->server.local_path(place->path).string() : std::string(path);
+}
 
-std::string LabFiles::local_path(std::string_view path) const {
-  const auto network = split_network_path(path);
-  if (!network)
-    return std::string(path);
-  const std::filesystem::path server = require_server(servers_, network->server);
-  const auto share = find_share(server, network->share);
-  if (!share) {
-    raise(base::error::kFileNotFound,
-          "The network name was not found: \\\\" + network->server + "\\" + network->share);
+void LabFiles::require_rights(const ServerPath& place, std::uint32_t rights) {
+  if ((rights_at(identity_, place) & rights) != rights)
+    deny(place);
+  if ((rights & kChanging) != 0 && place.server.descriptors().is_locked(place.path)) {
+    raise(base::error::kPermissionDenied,
+          "The file is open in another program: " + place.path + " on " + place.server.name());
   }
-  return server_folder(server, share->path + network->rest, *names_).string();
 }
 
-void LabFiles::require_not_held(std::string_view path) const {
-  const auto network = split_network_path(path);
-  if (!network)
+void LabFiles::require_addable(const ServerPath& place, bool folder) {
+  require_rights(folder_of(place), folder ? access::kFileAppendData : access::kFileWriteData);
+}
+
+void LabFiles::require_removable(const ServerPath& place) {
+  if (place.server.shares().hold(place.path))
+    raise(base::error::kPathFileAccess, "A share holds the folder " + place.path);
+  if (place.server.descriptors().is_locked(place.path)) {
+    raise(base::error::kPermissionDenied,
+          "The file is open in another program: " + place.path + " on " + place.server.name());
+  }
+  const bool may = (rights_at(identity_, place) & access::kDelete) != 0 ||
+                   (rights_at(identity_, folder_of(place)) & access::kFileDeleteChild) != 0;
+  if (!may)
+    deny(place);
+}
+
+void LabFiles::made(const ServerPath& place) {
+  FolderDescriptors& descriptors = place.server.descriptors();
+  descriptors.forget(place.path);
+  if (identity_.is_administrator())
     return;
-  if (share_holds(require_server(servers_, network->server), local_path(path))) {
-    raise(base::error::kPathFileAccess, "A share holds the folder " + std::string(path));
+  platform::SecurityDescriptor descriptor = descriptors.effective(place.path);
+  descriptor.owner = identity_.default_owner();
+  descriptors.store(place.path, descriptor);
+}
+
+std::string LabFiles::path_for(std::string_view path, std::uint32_t rights) {
+  const auto place = locate(servers_, path);
+  if (!place)
+    return std::string(path);
+  std::string local = place->server.local_path(place->path).string();
+  if (workstation_.exists(local))
+    require_rights(*place, rights);
+  return local;
+}
+
+std::string LabFiles::path_for_writing(std::string_view path) {
+  const auto place = locate(servers_, path);
+  if (!place)
+    return std::string(path);
+  std::string local = place->server.local_path(place->path).string();
+  if (workstation_.exists(local)) {
+    require_rights(*place, access::kFileWriteData);
+  } else {
+    require_addable(*place, false);
+    made(*place);
   }
+  return local;
 }
 
 bool LabFiles::exists(std::string_view path) {
@@ -81,39 +137,59 @@ bool LabFiles::is_directory(std::string_view path) {
 }
 
 void LabFiles::make_directory(std::string_view path) {
-  workstation_.make_directory(local_path(path));
+  const auto place = locate(servers_, path);
+  if (!place)
+    return workstation_.make_directory(path);
+  const std::string local = place->server.local_path(place->path).string();
+  if (!workstation_.exists(local))
+    require_addable(*place, true);
+  workstation_.make_directory(local);
+  made(*place);
 }
+
 std::vector<platform::FileEntry> LabFiles::list(std::string_view path) {
-  return workstation_.list(local_path(path));
+  return workstation_.list(path_for(path, access::kFileReadData));
 }
+
 std::string LabFiles::read(std::string_view path) {
-  return workstation_.read(local_path(path));
+  return workstation_.read(path_for(path, access::kFileReadData));
 }
 
 void LabFiles::write(std::string_view path, std::string_view bytes) {
-  workstation_.write(local_path(path), bytes);
+  workstation_.write(path_for_writing(path), bytes);
 }
 
 void LabFiles::remove(std::string_view path) {
-  require_not_held(path);
-  workstation_.remove(local_path(path));
+  const auto place = locate(servers_, path);
+  if (!place)
+    return workstation_.remove(path);
+  require_removable(*place);
+  workstation_.remove(place->server.local_path(place->path).string());
+  place->server.descriptors().forget(place->path);
 }
 
 void LabFiles::rename(std::string_view from, std::string_view to, bool replace) {
-  require_not_held(from);
+  const auto source = locate(servers_, from);
+  const auto target = locate(servers_, to);
+  if (source)
+    require_removable(*source);
+  if (target)
+    require_addable(*target, is_directory(from));
   workstation_.rename(local_path(from), local_path(to), replace);
+  if (source && target && &source->server == &target->server)
+    source->server.descriptors().move(source->path, target->path);
 }
 
 std::unique_ptr<platform::AppendFile> LabFiles::open_append(std::string_view path, bool truncate) {
-  return workstation_.open_append(local_path(path), truncate);
+  return workstation_.open_append(path_for_writing(path), truncate);
 }
 
 std::unique_ptr<platform::RandomFile> LabFiles::open_random(std::string_view path) {
-  return workstation_.open_random(local_path(path));
+  return workstation_.open_random(path_for_writing(path));
 }
 
 std::unique_ptr<platform::RandomFile> LabFiles::open_random_read(std::string_view path) {
-  return workstation_.open_random_read(local_path(path));
+  return workstation_.open_random_read(path_for(path, access::kFileReadData));
 }
 
 }  // namespace twk::lab

@@ -1,26 +1,42 @@
 #pragma once
 
-#include <filesystem>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
-#include "local/folded_names.hpp"
+#include "lab/file_server.hpp"
+#include "lab/process_identity.hpp"
 #include "platform/files.hpp"
 
 namespace twk::lab {
 
+/// A network path of the lab: the server, the share that it goes through, and the path of the server behind
+/// it.
+struct ServerPath {
+  FileServer& server;
+  FileShare share;
+  std::string path;  ///< "D:\Users\jo"
+};
+
+/// Takes a network path apart. None for a path of the workstation. Raises 52 for a path without server and
+/// share, 53 for a server or share that is not there.
+std::optional<ServerPath> locate(FileServers& servers, std::string_view path);
+
+/// What the program may do there, by the descriptor and by the share's list.
+std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place);
+
 /// Network paths of a lab's file servers, as folders of the lab: "\\FS1\D$\Users" is "servers/FS1/D/Users",
-/// and
-/// "\\FS1\Users\jo" what the share "Users" stands for. Every part folds case. Any other path is the
+/// and "\\FS1\Users\jo" what the share "Users" stands for. Every part folds case. Any other path is the
 /// workstation's.
 ///
-/// Raises 53 for a server or share that is not there, 76 for a path with "..", and 75 when a folder that a
+/// Raises 53 for a server or share that is not there, 76 for a path with "..", 70 for what the lists of
+/// folder and share do not let the program do and for a file that is locked, and 75 when a folder that a
 /// share holds would be taken away.
 class LabFiles final : public platform::Files {
  public:
-  /// `names` is what the workstation's files go by as well.
-  LabFiles(std::filesystem::path servers, platform::Files& workstation,
-           std::shared_ptr<local::FoldedNames> names);
+  LabFiles(FileServers& servers, ProcessIdentity& identity, platform::Files& workstation)
+      : servers_(servers), identity_(identity), workstation_(workstation) {}
 
   bool exists(std::string_view path) override;
   bool is_directory(std::string_view path) override;
@@ -34,15 +50,23 @@ class LabFiles final : public platform::Files {
   std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override;
   std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override;
 
-  /// The workstation's path behind `path`, which may be a server's.
-  [[nodiscard]] std::string local_path(std::string_view path) const;
-  /// Raises 75 when a share of the server holds the folder or one below it; no folder but a server's is held.
-  void require_not_held(std::string_view path) const;
-
  private:
-  std::filesystem::path servers_;
+  /// The workstation's path behind `path`.
+  std::string local_path(std::string_view path);
+  /// The same; raises 70 when the program has not all of `rights` there, or would change a locked file.
+  std::string path_for(std::string_view path, std::uint32_t rights);
+  /// The same for what may have to be made first.
+  std::string path_for_writing(std::string_view path);
+
+  void require_rights(const ServerPath& place, std::uint32_t rights);
+  void require_addable(const ServerPath& place, bool folder);
+  void require_removable(const ServerPath& place);
+  /// Something new stands there: it has no descriptor of a predecessor, and the program's owner.
+  void made(const ServerPath& place);
+
+  FileServers& servers_;
+  ProcessIdentity& identity_;
   platform::Files& workstation_;
-  std::shared_ptr<local::FoldedNames> names_;
 };
 
 }  // namespace twk::lab

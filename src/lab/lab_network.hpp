@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lab/lab_domain.hpp"
+#include "lab/process_identity.hpp"
 #include "platform/network.hpp"
 
 namespace twk::lab {
@@ -8,7 +9,7 @@ namespace twk::lab {
 /// Knows one domain and its controller, and the lab's file servers.
 class LabNetwork final : public platform::Network {
  public:
-  explicit LabNetwork(LabDomain& domain) : domain_(domain) {}
+  LabNetwork(LabDomain& domain, ProcessIdentity& identity) : domain_(domain), identity_(identity) {}
   /// The controller answers whatever `server` is asked; an empty domain is the lab's.
   std::string NetGetDCName(std::string_view server, std::string_view domain) override;
 
@@ -23,7 +24,12 @@ class LabNetwork final : public platform::Network {
                                               platform::WtsConfigClass setting) override;
 
  private:
+  FileServer& require_server(std::string_view name);
+  /// Shares are administrators' business.
+  void require_administrator();
+
   LabDomain& domain_;
+  ProcessIdentity& identity_;
 };
 
 }  // namespace twk::lab

@@ -1,14 +1,21 @@
 #pragma once
 
 #include "lab/lab_domain.hpp"
+#include "lab/process_identity.hpp"
+#include "platform/files.hpp"
 #include "platform/security.hpp"
 
 namespace twk::lab {
 
-/// Accounts' identifiers, descriptors of the file servers' folders, privileges of the process.
+/// Accounts' identifiers, descriptors of what is on the lab's file servers, privileges of the process.
+///
+/// A path of the workstation has no descriptor: it raises kNotImplementedByProvider. The owner of a file may
+/// be set to the program's account, or to "Administrators" by an administrator; to anybody with
+/// "SeRestorePrivilege" on.
 class LabSecurity final : public platform::Security {
  public:
-  explicit LabSecurity(LabDomain& domain) : domain_(domain) {}
+  LabSecurity(LabDomain& domain, ProcessIdentity& identity, platform::Files& files)
+      : domain_(domain), identity_(identity), files_(files) {}
 
   platform::AccountSid LookupAccountName(std::string_view server, std::string_view account) override;
   std::string LookupAccountSid(std::string_view server, const platform::Sid& sid) override;
@@ -21,7 +28,11 @@ class LabSecurity final : public platform::Security {
   std::uint64_t LookupPrivilegeValue(std::string_view name) override;
 
  private:
+  void require_settable_owner(const platform::Sid& owner);
+
   LabDomain& domain_;
+  ProcessIdentity& identity_;
+  platform::Files& files_;
 };
 
 }  // namespace twk::lab

@@ -13,8 +13,8 @@ constexpr std::string_view kFileShare = "FileShare";
 
 class FileShareObject final : public BasicObject {
  public:
-  FileShareObject(std::filesystem::path folder, std::string server, FileShare share, bool is_new)
-      : folder_(std::move(folder)), server_(std::move(server)), share_(std::move(share)), new_(is_new) {}
+  FileShareObject(FileShares& shares, std::string server, FileShare share, bool is_new)
+      : shares_(shares), server_(std::move(server)), share_(std::move(share)), new_(is_new) {}
 
   [[nodiscard]] std::string Name() const override { return share_.name; }
   [[nodiscard]] std::string Class() const override { return std::string(kFileShare); }
@@ -50,12 +50,12 @@ class FileShareObject final : public BasicObject {
   }
 
   void SetInfo() override {
-    store_share(folder_, share_, !new_);
+    shares_.store(share_, !new_);
     new_ = false;
   }
 
  private:
-  std::filesystem::path folder_;
+  FileShares& shares_;
   std::string server_;
   FileShare share_;
   bool new_;
@@ -69,41 +69,41 @@ void require_share_class(std::string_view object_class) {
 
 }  // namespace
 
-FileServerObject::FileServerObject(std::filesystem::path folder, std::string server)
-    : folder_(std::move(folder)), server_(std::move(server)) {}
+FileServerObject::FileServerObject(FileServer& server, std::string name)
+    : server_(server), name_(std::move(name)) {}
 
 std::string FileServerObject::ADsPath() const {
-  return "WinNT://" + server_ + "/lanmanserver";
+  return "WinNT://" + name_ + "/lanmanserver";
 }
 
 void FileServerObject::enumerate(std::span<const std::string> classes,
                                  const std::function<bool(const ObjectPtr&)>& visit) {
   if (!is_wanted(classes, kFileShare))
     return;
-  for (FileShare& share : read_shares(folder_)) {
-    if (!visit(std::make_shared<FileShareObject>(folder_, server_, std::move(share), false)))
+  for (FileShare& share : server_.shares().all()) {
+    if (!visit(std::make_shared<FileShareObject>(server_.shares(), name_, std::move(share), false)))
       return;
   }
 }
 
 ObjectPtr FileServerObject::GetObject(std::string_view object_class, std::string_view name) {
   require_share_class(object_class);
-  auto share = find_share(folder_, name);
+  auto share = server_.shares().find(name);
   if (!share)
-    raise(kShareNotFound, server_ + " has no share " + std::string(name));
-  return std::make_shared<FileShareObject>(folder_, server_, *std::move(share), false);
+    raise(kShareNotFound, name_ + " has no share " + std::string(name));
+  return std::make_shared<FileShareObject>(server_.shares(), name_, *std::move(share), false);
 }
 
 ObjectPtr FileServerObject::Create(std::string_view object_class, std::string_view name) {
   require_share_class(object_class);
   FileShare share;
   share.name = name;
-  return std::make_shared<FileShareObject>(folder_, server_, std::move(share), true);
+  return std::make_shared<FileShareObject>(server_.shares(), name_, std::move(share), true);
 }
 
 void FileServerObject::Delete(std::string_view object_class, std::string_view name) {
   require_share_class(object_class);
-  remove_share(folder_, name);
+  server_.shares().remove(name);
 }
 
 }  // namespace twk::lab

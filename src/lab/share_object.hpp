@@ -1,22 +1,22 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 
 #include "lab/basic_object.hpp"
-#include "lab/file_shares.hpp"
+#include "lab/file_server.hpp"
 
 namespace twk::lab {
 
 /// "WinNT://FS1/lanmanserver": the container of a file server's shares, objects of class "FileShare".
 class FileServerObject final : public BasicObject {
  public:
-  FileServerObject(std::filesystem::path folder, std::string server);
+  /// `server` stays open as long as the lab; `name` is what the path calls it.
+  FileServerObject(FileServer& server, std::string name);
 
   [[nodiscard]] std::string Name() const override { return "lanmanserver"; }
   [[nodiscard]] std::string Class() const override { return "FileService"; }
   [[nodiscard]] std::string ADsPath() const override;
-  [[nodiscard]] std::string Parent() const override { return "WinNT://" + server_; }
+  [[nodiscard]] std::string Parent() const override { return "WinNT://" + name_; }
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;
@@ -26,8 +26,8 @@ class FileServerObject final : public BasicObject {
   void Delete(std::string_view object_class, std::string_view name) override;
 
  private:
-  std::filesystem::path folder_;
-  std::string server_;
+  FileServer& server_;
+  std::string name_;
 };
 
 }  // namespace twk::lab

@@ -224,7 +224,7 @@ TEST_F(LabRules, FolderThatAShareHoldsIsNotTakenAway) {
   share->Put("Path", "D:\\Users");
   share->SetInfo();
   EXPECT_EQ(number_of([&] { files.remove("\\\\FS1\\D$\\users"); }), base::error::kPathFileAccess);
-  const std::string record = test::get_file((w_.folder() / "servers/FS1/server.ldif").string());
+  const std::string record = test::get_file((w_.folder() / "servers/FS1/server.journal.ldif").string());
   EXPECT_NE(record.find("path: D:\\Users"), std::string::npos) << record;
 }
 

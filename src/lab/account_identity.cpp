@@ -1,0 +1,176 @@
+#include "lab/account_identity.hpp"
+
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "base/text.hpp"
+#include "lab/errors.hpp"
+#include "lab/membership.hpp"
+
+namespace twk::lab {
+namespace {
+
+using platform::AccountSid;
+using platform::Sid;
+namespace security_error = platform::security_error;
+
+constexpr std::string_view kNtAuthority = "NT AUTHORITY";
+constexpr std::string_view kBuiltin = "BUILTIN";
+
+struct WellKnown {
+  std::string_view name;
+  std::string_view domain;
+  Sid sid;
+};
+
+/// Names that every server knows, [MS-DTYP] 2.4.2.4.
+const std::vector<WellKnown>& well_known_accounts() {
+  static const std::vector<WellKnown> accounts = {
+      {"Everyone", "", platform::well_known::everyone()},
+      {"CREATOR OWNER", "", platform::well_known::creator_owner()},
+      {"CREATOR GROUP", "", platform::well_known::creator_group()},
+      {"SYSTEM", kNtAuthority, platform::well_known::local_system()},
+      {"Authenticated Users", kNtAuthority, platform::well_known::authenticated_users()},
+      {"NETWORK", kNtAuthority, Sid(5, {2})},
+      {"INTERACTIVE", kNtAuthority, Sid(5, {4})},
+      {"Administrators", kBuiltin, platform::well_known::administrators()},
+      {"Users", kBuiltin, platform::well_known::users()},
+      {"Guests", kBuiltin, Sid(5, {32, 546})},
+      {"Power Users", kBuiltin, Sid(5, {32, 547})},
+      {"Backup Operators", kBuiltin, Sid(5, {32, 551})}};
+  return accounts;
+}
+
+/// A name with the domain or server in front of it, or none.
+struct QualifiedName {
+  std::string_view domain;
+  std::string_view name;
+};
+
+QualifiedName split_name(std::string_view account) {
+  const std::size_t slash = account.find('\\');
+  if (slash == base::npos)
+    return {{}, account};
+  return {account.substr(0, slash), account.substr(slash + 1)};
+}
+
+std::optional<Sid> sid_of(const Entry& entry) {
+  const auto bytes = entry.value("objectSid");
+  return bytes ? Sid::decode(base::Bytes(bytes->begin(), bytes->end())) : std::nullopt;
+}
+
+std::string_view bytes_of(const Sid& sid) {
+  return {reinterpret_cast<const char*>(sid.bytes().data()), sid.size()};  // NOLINT: bytes as bytes
+}
+
+const Entry* find_in_domain(const LabDomain& domain, std::string_view name) {
+  if (const Entry* const entry = domain.store.find_account(name))
+    return entry;
+  return name.find('@') == base::npos ? nullptr : domain.store.find_principal(name);
+}
+
+std::optional<AccountSid> domain_account(const LabDomain& domain, const QualifiedName& wanted) {
+  if (!wanted.domain.empty() && !is_domain_name(domain, wanted.domain))
+    return std::nullopt;
+  const Entry* const entry = find_in_domain(domain, wanted.name);
+  const auto sid = entry == nullptr ? std::nullopt : sid_of(*entry);
+  if (!sid)
+    return std::nullopt;
+  return AccountSid{*sid, domain.config.netbios};
+}
+
+std::optional<AccountSid> well_known_account(const QualifiedName& wanted) {
+  for (const WellKnown& account : well_known_accounts()) {
+    const bool domain_fits = wanted.domain.empty() || base::equals_fold(wanted.domain, account.domain);
+    if (domain_fits && base::equals_fold(wanted.name, account.name))
+      return AccountSid{account.sid, std::string(account.domain)};
+  }
+  return std::nullopt;
+}
+
+std::optional<AccountSid> server_account(const FileServer& server, const QualifiedName& wanted) {
+  if (!wanted.domain.empty() && !base::equals_fold(wanted.domain, server.name()))
+    return std::nullopt;
+  const auto sid = server.find_account(wanted.name);
+  return sid ? std::optional(AccountSid{*sid, server.name()}) : std::nullopt;
+}
+
+std::string_view without_backslashes(std::string_view server) {
+  if (server.starts_with("\\\\"))
+    server.remove_prefix(2);
+  return server;
+}
+
+/// The server, or null for the domain's controller. Raises kServerUnavailable.
+FileServer* require_server(LabDomain& domain, std::string_view name) {
+  if (is_domain_server(domain, name))
+    return nullptr;
+  FileServer* const server = domain.servers.find(name);
+  if (server == nullptr)
+    raise(security_error::kServerUnavailable, "The server " + std::string(name) + " does not answer");
+  return server;
+}
+
+void add_groups(LabDomain& domain, const Entry& member, std::set<Sid>& identifiers) {
+  std::vector<const Entry*> groups;
+  if (const Entry* const group = primary_group(domain, member))
+    groups.push_back(group);
+  for (const std::string& dn : member.values("memberOf")) {
+    if (const Entry* const group = domain.store.find(dn))
+      groups.push_back(group);
+  }
+  for (const Entry* const group : groups) {
+    const auto sid = sid_of(*group);
+    if (sid && identifiers.insert(*sid).second)
+      add_groups(domain, *group, identifiers);
+  }
+}
+
+}  // namespace
+
+AccountSid look_up_account(LabDomain& domain, std::string_view server_name, std::string_view account) {
+  domain.store.refresh();
+  const QualifiedName wanted = split_name(account);
+  FileServer* const server = require_server(domain, without_backslashes(server_name));
+  std::optional<AccountSid> found = well_known_account(wanted);
+  if (!found && server != nullptr)
+    found = server_account(*server, wanted);
+  if (!found && (server == nullptr || server->is_domain_member()))
+    found = domain_account(domain, wanted);
+  if (!found) {
+    raise(security_error::kNoneMapped,
+          "No mapping between account names and security IDs was done: " + std::string(account));
+  }
+  return *std::move(found);
+}
+
+std::string account_text(LabDomain& domain, std::string_view server_name, const Sid& sid) {
+  domain.store.refresh();
+  for (const WellKnown& account : well_known_accounts()) {
+    if (account.sid == sid)
+      return account.domain.empty() ? std::string(account.name)
+                                    : std::string(account.domain) + "\\" + std::string(account.name);
+  }
+  FileServer* const server = require_server(domain, without_backslashes(server_name));
+  if (server != nullptr) {
+    if (const auto name = server->account_name(sid))
+      return server->name() + "\\" + *name;
+    if (!server->is_domain_member())
+      return sid.text();
+  }
+  const Entry* const entry = domain.store.find_sid(bytes_of(sid));
+  const auto name = entry == nullptr ? std::nullopt : entry->value("sAMAccountName");
+  return name ? domain.config.netbios + "\\" + *name : sid.text();
+}
+
+std::vector<Sid> logon_identifiers(LabDomain& domain, const Sid& account) {
+  domain.store.refresh();
+  std::set<Sid> identifiers = {account, platform::well_known::everyone(),
+                               platform::well_known::authenticated_users()};
+  if (const Entry* const entry = domain.store.find_sid(bytes_of(account)))
+    add_groups(domain, *entry, identifiers);
+  return {identifiers.begin(), identifiers.end()};
+}
+
+}  // namespace twk::lab

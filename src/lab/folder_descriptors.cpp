@@ -1,0 +1,167 @@
+#include "lab/folder_descriptors.hpp"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "base/text.hpp"
+#include "lab/dn.hpp"
+#include "platform/access_check.hpp"
+
+namespace twk::lab {
+namespace {
+
+using platform::Acl;
+using platform::SecurityDescriptor;
+namespace access = platform::access;
+namespace ace_flag = platform::ace_flag;
+namespace well_known = platform::well_known;
+
+constexpr std::string_view kContainer = "CN=Folders";
+constexpr std::string_view kDescriptor = "nTSecurityDescriptor";
+
+/// The parts of a path, the drive as its letter in front.
+std::vector<std::string> parts_of(std::string_view path) {
+  std::string text(path);
+  std::replace(text.begin(), text.end(), '/', '\\');
+  std::vector<std::string> parts;
+  for (std::string& part : base::split(text, '\\')) {
+    if (!part.empty() && part != ".")
+      parts.push_back(std::move(part));
+  }
+  if (!parts.empty() && parts.front().ends_with(':'))
+    parts.front().pop_back();
+  return parts;
+}
+
+std::string below(const std::string& dn, std::string_view part) {
+  return make_rdn("CN", part) + "," + dn;
+}
+
+std::string record_dn(std::string_view path) {
+  std::string dn(kContainer);
+  for (const std::string& part : parts_of(path))
+    dn = below(dn, part);
+  return dn;
+}
+
+SecurityDescriptor drive_default() {
+  constexpr std::uint8_t kForAll = ace_flag::kObjectInherit | ace_flag::kContainerInherit;
+  constexpr std::uint32_t kReadAndExecute = access::kFileGenericRead | access::kFileGenericExecute;
+  const std::vector<platform::Ace> entries = {
+      {platform::ace_type::kAllow, kForAll, access::kFileAll, well_known::administrators()},
+      {platform::ace_type::kAllow, kForAll, access::kFileAll, well_known::local_system()},
+      {platform::ace_type::kAllow, kForAll | ace_flag::kInheritOnly, access::kGenericAll,
+       well_known::creator_owner()},
+      {platform::ace_type::kAllow, kForAll, kReadAndExecute, well_known::users()}};
+  std::size_t size = Acl::kHeaderSize;
+  for (const platform::Ace& ace : entries)
+    size += ace.size();
+  Acl list(size);
+  for (const platform::Ace& ace : entries)
+    list.add(Acl::kAtEnd, ace);
+  SecurityDescriptor descriptor;
+  descriptor.owner = well_known::administrators();
+  descriptor.group = well_known::administrators();
+  descriptor.set_dacl(std::move(list));
+  return descriptor;
+}
+
+std::optional<SecurityDescriptor> stored_in(const Entry& entry) {
+  const auto bytes = entry.value(kDescriptor);
+  if (!bytes)
+    return std::nullopt;
+  return SecurityDescriptor::decode(base::Bytes(bytes->begin(), bytes->end()));
+}
+
+SecurityDescriptor inherited(const SecurityDescriptor& folder, bool is_folder) {
+  SecurityDescriptor descriptor;
+  descriptor.owner = well_known::administrators();
+  descriptor.group = folder.group;
+  auto list = platform::inherited_list(folder, is_folder, *descriptor.owner);
+  descriptor.dacl_present = list.has_value();
+  descriptor.dacl = std::move(list);
+  return descriptor;
+}
+
+}  // namespace
+
+FolderDescriptors::FolderDescriptors(EntryStore& store, std::function<bool(std::string_view)> is_folder)
+    : store_(store), is_folder_(std::move(is_folder)) {}
+
+SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
+  static const SecurityDescriptor drive = drive_default();
+  SecurityDescriptor descriptor = drive;
+  std::string dn(kContainer);
+  const std::vector<std::string> parts = parts_of(path);
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    dn = below(dn, parts[i]);
+    const Entry* const entry = store_.find(dn);
+    std::optional<SecurityDescriptor> own = entry == nullptr ? std::nullopt : stored_in(*entry);
+    if (own) {
+      descriptor = *std::move(own);
+    } else if (i > 0) {
+      const bool is_last = i + 1 == parts.size();
+      descriptor = inherited(descriptor, !is_last || is_folder_(path));
+    }
+  }
+  return descriptor;
+}
+
+std::string FolderDescriptors::make_record(std::string_view path) {
+  std::string dn(kContainer);
+  if (store_.find(dn) == nullptr)
+    store_.add(dn, {{"objectClass", {"container"}}}, nullptr);
+  for (const std::string& part : parts_of(path)) {
+    dn = below(dn, part);
+    if (store_.find(dn) == nullptr)
+      store_.add(dn, {{"objectClass", {"fileObject"}}}, nullptr);
+  }
+  return dn;
+}
+
+void FolderDescriptors::store(std::string_view path, const SecurityDescriptor& descriptor) {
+  SecurityDescriptor stored = descriptor;
+  if (stored.dacl)
+    stored.dacl = stored.dacl->trimmed();
+  const base::Bytes bytes = stored.encode();
+  store_.modify(make_record(path),
+                {{ModifyKind::kReplace, std::string(kDescriptor), {std::string(bytes.begin(), bytes.end())}}},
+                nullptr);
+}
+
+bool FolderDescriptors::is_locked(std::string_view path) const {
+  const Entry* const entry = store_.find(record_dn(path));
+  if (entry == nullptr)
+    return false;
+  const auto locked = entry->value("locked");
+  return locked && base::equals_fold(*locked, "TRUE");
+}
+
+void FolderDescriptors::forget(std::string_view path) {
+  const Entry* const top = store_.find(record_dn(path));
+  if (top == nullptr)
+    return;
+  std::vector<std::string> names;
+  store_.subtree(*top, [&](const Entry& entry) {
+    names.push_back(entry.dn());
+    return true;
+  });
+  for (auto name = names.rbegin(); name != names.rend(); ++name)
+    store_.remove(*name, nullptr);
+}
+
+void FolderDescriptors::move(std::string_view from, std::string_view to) {
+  const std::string old_dn = record_dn(from);
+  if (store_.find(old_dn) == nullptr)
+    return;
+  std::string new_dn = record_dn(to);
+  if (normalize_dn(new_dn) != normalize_dn(old_dn))
+    forget(to);
+  const std::vector<std::string> parts = parts_of(to);
+  const std::size_t name_at = std::string(to).find_last_of("\\/");
+  const std::string parent = make_record(to.substr(0, name_at));
+  store_.rename(old_dn, make_rdn("CN", parts.back()), parent, nullptr);
+}
+
+}  // namespace twk::lab

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "lab/entry_store.hpp"
+#include "platform/security_descriptor.hpp"
+
+namespace twk::lab {
+
+/// The descriptors of a file server's files and folders, records of its "server.ldif" that mirror the paths:
+///
+///     dn: CN=jo,CN=Users,CN=D,CN=Folders
+///     objectClass: fileObject
+///     nTSecurityDescriptor:: …  self-relative
+///     locked: TRUE              a program has the file open: nobody may change or remove it
+///
+/// What has no descriptor has the one that it would inherit from the folder above, as that is now; a drive
+/// without one is Administrators' and System's, and for users to read.
+class FolderDescriptors {
+ public:
+  /// `is_folder` tells whether a path of the server is a folder.
+  FolderDescriptors(EntryStore& store, std::function<bool(std::string_view)> is_folder);
+
+  [[nodiscard]] platform::SecurityDescriptor effective(std::string_view path) const;
+  void store(std::string_view path, const platform::SecurityDescriptor& descriptor);
+  [[nodiscard]] bool is_locked(std::string_view path) const;
+  /// The file or folder, with all below it, is gone.
+  void forget(std::string_view path);
+  /// It has another name, or another place in a folder.
+  void move(std::string_view from, std::string_view to);
+
+ private:
+  /// The record of a path, made with those above it when it is not there. The name of it.
+  std::string make_record(std::string_view path);
+
+  EntryStore& store_;
+  std::function<bool(std::string_view)> is_folder_;
+};
+
+}  // namespace twk::lab
