@@ -261,6 +261,10 @@ void make_present(UserParameters& parameters) {
     put_number(parameters, kFlags, kNewFlags);
 }
 
+bool has_signature(std::span<const std::uint8_t> bytes) {
+  return bytes.size() >= kCountOffset && read_u16(bytes, UserParameters::kReservedSize) == kSignature;
+}
+
 /// A property and where the next one begins.
 TSProperty take_property(std::span<const std::uint8_t> bytes, std::size_t& at) {
   if (bytes.size() - at < kPropertyHeaderSize)
@@ -301,7 +305,7 @@ UserParameters UserParameters::decode(std::span<const std::uint8_t> bytes) {
   if (bytes.size() % 2 != 0)
     invalid_data("The attribute has an odd number of bytes");
   UserParameters parameters;
-  if (bytes.size() > kReservedSize && read_u16(bytes, kReservedSize) != kSignature) {
+  if (bytes.size() > kReservedSize && !has_signature(bytes)) {
     parameters.foreign.assign(bytes.begin(), bytes.end());
     return parameters;
   }
@@ -337,10 +341,17 @@ Bytes UserParameters::encode() const {
   return bytes;
 }
 
-Bytes user_parameters_bytes(std::string_view text) {
-  if (!base::is_valid_utf8(text))
+Bytes user_parameters_bytes(std::string_view value) {
+  const bool is_text = base::is_valid_utf8(value);
+  Bytes from_text = is_text ? to_utf16(value) : Bytes{};
+  if (has_signature(from_text))
+    return from_text;
+  const Bytes as_it_is(value.begin(), value.end());
+  if (has_signature(as_it_is))
+    return as_it_is;
+  if (!is_text)
     invalid_data("The attribute is not UTF-8");
-  return to_utf16(text);
+  return from_text;
 }
 
 std::string user_parameters_text(std::span<const std::uint8_t> bytes) {

@@ -65,10 +65,11 @@ struct UserParameters {
   friend bool operator==(const UserParameters&, const UserParameters&) = default;
 };
 
-/// A server hands the attribute out as the UTF-8 of what its bytes are in UTF-16. Raises kInvalidData for
-/// text that is not UTF-8.
-base::Bytes user_parameters_bytes(std::string_view text);
-/// The other way. Raises kInvalidData for bytes that no text in UTF-16 has.
+/// The attribute of a directory's value. A server hands it out as the UTF-8 of what its bytes are in UTF-16;
+/// some hand out the bytes as they are, which is seen by the signature at its place. Raises kInvalidData for
+/// a value that is neither.
+base::Bytes user_parameters_bytes(std::string_view value);
+/// The value of the attribute, in UTF-8. Raises kInvalidData for bytes that no text in UTF-16 has.
 std::string user_parameters_text(std::span<const std::uint8_t> bytes);
 
 /// The setting, or what holds for a user without: the person may log on and names the program, drives,

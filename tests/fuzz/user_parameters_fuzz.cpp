@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -39,7 +40,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::span bytes(data, size);
   if (const auto text = attempt([&] { return user_parameters_text(bytes); })) {
     const auto again = user_parameters_bytes(*text);
-    if (!std::equal(again.begin(), again.end(), bytes.begin(), bytes.end()))
+    // Text that has the signature where the bytes have it, and not where a text has it, is taken for bytes.
+    const bool is_taken_for_bytes =
+        std::equal(again.begin(), again.end(), text->begin(), text->end(),
+                   [](auto a, char b) { return a == static_cast<std::uint8_t>(b); });
+    if (!is_taken_for_bytes && !std::equal(again.begin(), again.end(), bytes.begin(), bytes.end()))
       std::abort();
   }
   const auto parameters = attempt([&] { return UserParameters::decode(bytes); });

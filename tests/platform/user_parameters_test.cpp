@@ -209,6 +209,13 @@ TEST(UserParameters, TheAttributesTextIsItsBytesInUtf16) {
   EXPECT_EQ(user_parameters_bytes(user_parameters_text(made("complete"))), made("complete"));
 }
 
+TEST(UserParameters, AServerMayHandOutTheBytesAsTheyAre) {
+  for (const char* const name : {"complete", "only-present", "no-properties", "count-too-large"}) {
+    const Bytes bytes = made(name);
+    EXPECT_EQ(user_parameters_bytes(std::string(bytes.begin(), bytes.end())), bytes) << name;
+  }
+}
+
 TEST(UserParameters, WhatIsNoTextIsRefused) {
   for (const char* const text : {"\xFF", "\xED\xA0\x80", "\xC0\x80", "\xE3\x94"})
     EXPECT_EQ(number_of_failure([&] { user_parameters_bytes(text); }), 13U);
