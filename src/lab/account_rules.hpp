@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab_domain.hpp"
 #include "platform/value.hpp"
@@ -14,13 +14,6 @@ namespace twk::lab {
 
 inline constexpr std::int32_t kDomainUsersRid = 513;
 inline constexpr std::string_view kNeverExpires = "9223372036854775807";
-
-/// A change of one attribute as a caller staged it.
-struct StagedChange {
-  ModifyKind kind = ModifyKind::kReplace;  ///< a replace by no values clears
-  std::string attribute;
-  platform::ValueList values;
-};
 
 /// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
 /// holds a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
@@ -33,8 +26,8 @@ void check_account_name(std::string_view name, bool user);
 /// passwords; "groupType" carries its "sAMAccountType". Raises kNoSuchAttribute, kConstraint, kUnwilling for
 /// what only the directory itself writes.
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
-                                           std::string_view object_class, Provider provider,
-                                           const std::vector<StagedChange>& changes);
+                                           std::string_view object_class, ads::Provider provider,
+                                           const std::vector<ads::StagedChange>& changes);
 
 /// The moment, as the directory counts time.
 std::string filetime_now(const LabDomain& domain);

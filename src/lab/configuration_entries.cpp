@@ -1,8 +1,8 @@
 #include "lab/configuration_entries.hpp"
 
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
-#include "lab/schema.hpp"
 
 namespace twk::lab {
 namespace {
@@ -11,8 +11,8 @@ LdifRecord make_entry(const std::string& dn, std::string_view object_class,
                       std::vector<LdifAttribute> attributes) {
   LdifRecord record;
   record.dn = dn;
-  record.attributes.push_back({"objectClass", base::split(find_class(object_class)->chain, ' ')});
-  const Rdn rdn = parse_rdn(first_rdn(dn));
+  record.attributes.push_back({"objectClass", base::split(ads::find_class(object_class)->chain, ' ')});
+  const ads::Rdn rdn = ads::parse_rdn(ads::first_rdn(dn));
   record.attributes.push_back({base::lower(rdn.type), {rdn.value}});
   for (LdifAttribute& attribute : attributes)
     record.attributes.push_back(std::move(attribute));
@@ -24,7 +24,7 @@ LdifRecord make_entry(const std::string& dn, std::string_view object_class,
 std::vector<LdifRecord> configuration_entries(const LabConfig& config) {
   if (config.kind == DomainKind::kNt)
     return {};
-  const std::string root = domain_dn(config.domain);
+  const std::string root = ads::domain_dn(config.domain);
   const std::string top = "CN=Configuration," + root;
   const std::string schema = "CN=Schema," + top;
   const std::string partitions = "CN=Partitions," + top;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
 #include "lab/lab_domain.hpp"
 #include "platform/directory.hpp"
 
@@ -20,9 +20,9 @@ class LabDirectory final : public platform::DirectoryService {
   void end_batch() override { domain_.store.end_batch(); }
 
  private:
-  platform::ObjectPtr bind_namespace(Provider provider);
-  platform::ObjectPtr bind_entry(const AdsPath& path, std::string_view whole);
-  platform::ObjectPtr bind_share(const AdsPath& path);
+  platform::ObjectPtr bind_namespace(ads::Provider provider);
+  platform::ObjectPtr bind_entry(const ads::AdsPath& path, std::string_view whole);
+  platform::ObjectPtr bind_share(const ads::AdsPath& path);
 
   LabDomain& domain_;
 };
