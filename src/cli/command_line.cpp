@@ -91,6 +91,7 @@ int run(int argc, char** argv) {
   add_user_commands(app, context);
   add_group_commands(app, context);
   add_ou_commands(app, context);
+  add_ts_commands(app, context);
   add_options_commands(app, context);
   add_acl_commands(app, context);
   add_owner_commands(app, context);

@@ -19,6 +19,7 @@ void add_format_command(CLI::App& app, Context& context);
 void add_user_commands(CLI::App& app, Context& context);
 void add_group_commands(CLI::App& app, Context& context);
 void add_ou_commands(CLI::App& app, Context& context);
+void add_ts_commands(CLI::App& app, Context& context);
 void add_options_commands(CLI::App& app, Context& context);
 void add_acl_commands(CLI::App& app, Context& context);
 void add_owner_commands(CLI::App& app, Context& context);

@@ -8,17 +8,15 @@
 #include "base/text.hpp"
 #include "controls/basic.hpp"
 #include "creation/creation_run.hpp"
+#include "directory/operations.hpp"
 #include "format/variables.hpp"
+#include "resources/WTS.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
 namespace {
-
-void warn_unavailable(CreationRun& run, std::string_view what) {
-  warn(run, std::string(what) + " not available in this version, nothing was done");
-}
 
 using resources::ShareResult;
 
@@ -93,7 +91,8 @@ void CreateUserShares(CreationRun& run) {
   complete(light);
 }
 void ApplyTerminalSettings(CreationRun& run) {
-  warn_unavailable(run, "Terminal-server settings:");
+  session::Session& session = run.session;
+  resources::ApplyTerminalSettings(session, run.SamName, directory::winnt_domain(session), false, 0);
 }
 void ApplyDirPermissions(CreationRun& run) {
   const ResolvedPaths& paths = run.paths;

@@ -12,6 +12,7 @@
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
 #include "stores/side_tables.hpp"
+#include "stores/terminal_server_rows.hpp"
 #include "stores/typed_text.hpp"
 
 namespace twk::editors {
@@ -227,8 +228,9 @@ void Edit_Properties_Load(Session& session) {
   window.Label2.caption = std::string(look.second_caption);
   session::fill_drive_letters(window.WTS_DRIVE_LETTER);
   fill_choices(window.WTS_YN, {"Yes", "No"});
-  fill_choices(window.WTS_TIME, {"Never", "1 min", "5 mins", "10 mins", "15 mins", "30 mins", "1 hour",
-                                 "2 hours", "3 hours", "1 day", "2 days"});
+  window.WTS_TIME.clear();
+  for (const stores::TimeWord& time : stores::kTimeWords)
+    window.WTS_TIME.add_item(std::string(time.word));
   show_controls(window, row);
 
   window.W2K_Attribute.text = row == nullptr ? std::string() : row->text;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "lab/errors.hpp"
+#include "lab/terminal_settings.hpp"
 
 namespace twk::lab {
 
@@ -11,8 +12,11 @@ namespace {
 using platform::ShareInfo502;
 namespace network_error = platform::network_error;
 
-[[noreturn]] void not_yet() {
-  raise(ads_error::kNotImplementedByProvider, "The lab does not do that");
+void require_controller(const LabDomain& domain, std::string_view server) {
+  const std::string_view name = server.starts_with("\\\\") ? server.substr(2) : server;
+  if (!is_domain_server(domain, name)) {
+    raise(platform::network_error::kBadNetPath, "No domain controller answers as " + std::string(server));
+  }
 }
 
 ShareInfo502 to_info(const FileShare& share) {
@@ -107,13 +111,15 @@ void LabNetwork::NetShareDel(std::string_view server, std::string_view name) {
   as_network_call([&] { found.shares().remove(name); });
 }
 
-void LabNetwork::WTSSetUserConfig(std::string_view, std::string_view, platform::WtsConfigClass,
-                                  const platform::WtsConfigValue&) {
-  not_yet();
+void LabNetwork::WTSSetUserConfig(std::string_view server, std::string_view user,
+                                  platform::WtsConfigClass setting, const platform::WtsConfigValue& value) {
+  require_controller(domain_, server);
+  set_terminal_setting(domain_, user, setting, value);
 }
-platform::WtsConfigValue LabNetwork::WTSQueryUserConfig(std::string_view, std::string_view,
-                                                        platform::WtsConfigClass) {
-  not_yet();
+platform::WtsConfigValue LabNetwork::WTSQueryUserConfig(std::string_view server, std::string_view user,
+                                                        platform::WtsConfigClass setting) {
+  require_controller(domain_, server);
+  return query_terminal_setting(domain_, user, setting);
 }
 
 }  // namespace twk::lab

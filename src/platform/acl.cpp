@@ -17,7 +17,7 @@ constexpr std::uint8_t kReservedCompoundType = 4;
 
 /// Types whose entries have flags and up to two object identifiers between mask and account.
 bool is_object_type(std::uint8_t type) {
-  return (type >= 5 && type <= 8) || type == 11 || type == 12;
+  return (type >= 5 && type <= 8) || type == 11 || type == 12 || type == 15 || type == 16;
 }
 
 std::size_t object_identifiers_size(std::uint32_t object_flags) {

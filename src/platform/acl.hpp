@@ -68,8 +68,8 @@ inline constexpr std::uint32_t kFileGenericExecute = 0x1200A0;
 
 /// One entry of an access list, as its bytes ([MS-DTYP] 2.4.4): type, flags, size (2 bytes), then, for all
 /// types but the reserved one 4, the access mask (4 bytes) and, behind the two object identifiers that types
-/// 5 to 8, 11 and 12 may have, the account's identifier. What stands behind that is kept. Always well formed
-/// in size.
+/// 5 to 8, 11, 12, 15 and 16 may have, the account's identifier. What stands behind that is kept. Always well
+/// formed in size.
 class Ace {
  public:
   Ace(std::uint8_t type, std::uint8_t flags, std::uint32_t mask, const Sid& sid);

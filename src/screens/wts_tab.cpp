@@ -10,7 +10,10 @@ namespace twk::screens {
 QWidget* make_wts_tab(session::Session& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const box = new QVBoxLayout(tab);
-  auto* const what = new QLabel("Terminal-server settings that a new account gets.", tab);
+  auto* const what = new QLabel(
+      "Terminal-server settings that a new account gets when its template has the variable "
+      "WTS with the value Enabled.",
+      tab);
   what->setWordWrap(true);
   box->addWidget(what);
   ListLook look;

@@ -41,6 +41,7 @@ struct MultiUser {
   controls::ListView ListView4;  ///< organizational units
   controls::ComboBox Multi_Site;
   controls::ComboBox Multi_Template;
+  controls::TextBox AD_CHANGE;  ///< the value that a property is to get
   controls::Button btn_Showusers;
   controls::Label progress;  ///< what the run is at
 };

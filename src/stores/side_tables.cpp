@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
+#include "stores/terminal_server_rows.hpp"
 
 namespace twk::stores {
 namespace {
@@ -16,28 +17,6 @@ using session::Session;
 constexpr std::size_t kMostMailLines = 49;
 constexpr std::string_view kUserIcon = "USER";
 constexpr std::string_view kMailIcon = "MAIL";
-
-struct WtsRow {
-  std::string_view text;
-  /// The first letter "s" marks a number; the last letter is the editor: "y" yes or no, "d" drive, "t" time.
-  std::string_view key;
-};
-
-constexpr std::array<WtsRow, 13> kWtsRows = {{
-    {"User Profile Directory", ""},
-    {"User Home Directory", ""},
-    {"Users Home drive letter", "d6d"},
-    {"Allow logon", "s1y"},
-    {"Start Following program at logon", "s2y"},
-    {"Start program", ""},
-    {"Start in", ""},
-    {"Connect client drives at logon", "s3y"},
-    {"Connect client printers at logon", "s4y"},
-    {"Connect default client printer", "s5y"},
-    {"End a Dissconnected sessions", "s5t"},
-    {"Active session limit", "s6t"},
-    {"Idle session limit", "s7t"},
-}};
 
 /// The lines of a text, in UTF-8, without their ends.
 std::vector<std::string> lines_of(std::string_view bytes) {
@@ -143,7 +122,7 @@ void save_wts_table(Session& session) {
 
 void fill_wts_rows(Session& session) {
   session.form1.ListView9.clear();
-  for (const WtsRow& row : kWtsRows)
+  for (const TerminalServerRow& row : kTerminalServerRows)
     session.form1.ListView9.add(std::string(row.key), std::string(row.text), {}, {std::string()});
 }
 

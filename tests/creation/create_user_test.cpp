@@ -489,16 +489,46 @@ TEST(Creation, WhenDebuggingAFailureBehindTheFieldsStopsTheProgram) {
   EXPECT_THROW(CreateUser_Click(world.session), base::RuntimeError);
 }
 
-TEST(Creation, AStageThatIsNotAvailableSaysSoWhenATemplateAsksForIt) {
+TEST_P(InEveryKindOfDomain, ATemplateMayAskForTerminalServerSettings) {
+  const struct {
+    const char* value;
+    bool asks;
+  } cases[] = {{"Enabled", true}, {"enabled", true}, {"Disabled", false}, {"Yes", false}};
+  for (const auto& [value, asks] : cases) {
+    LabSession world(GetParam());
+    world.staff.VariableNames[1] = "wts";
+    world.staff.VariableValues[1] = value;
+    world.start();
+    controls::ListView& rows = world.session.form1.ListView9;
+    rows.set_sub_item(rows.at(1), 1, "\\\\%server%\\%UserName%");
+    rows.set_sub_item(rows.at(3), 1, "No");
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+    EXPECT_EQ(world.log().find("Setting WTS settings...\n") != std::string::npos, asks);
+    using platform::WtsConfigClass;
+    using platform::WtsConfigValue;
+    platform::Network& network = world.services.network;
+    EXPECT_EQ(network.WTSQueryUserConfig("", "Jo.Smith", WtsConfigClass::kTerminalServerHomeDir),
+              WtsConfigValue(asks ? "\\\\FS1\\Jo.Smith" : ""));
+    EXPECT_EQ(network.WTSQueryUserConfig("", "Jo.Smith", WtsConfigClass::kAllowLogonTerminalServer),
+              WtsConfigValue(asks ? 0U : 1U));
+  }
+}
+
+TEST(Creation, ATerminalServerSettingThatIsRefusedDoesNotWarn) {
   LabSession world;
   world.staff.VariableNames[1] = "WTS";
   world.staff.VariableValues[1] = "Enabled";
   world.start();
+  controls::ListView& rows = world.session.form1.ListView9;
+  rows.set_sub_item(rows.at(2), 1, "Drive");
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
-  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
-  EXPECT_THAT(world.log(),
-              HasSubstr("Terminal-server settings: not available in this version, nothing was done\n"));
+  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+  EXPECT_THAT(world.log(), HasSubstr("Setting WTS settings...\n"
+                                     "WTSSetUserConfigString failed with error 87\n"));
+  EXPECT_EQ(world.dialogs.beeps, 1);
 }
 
 TEST(Creation, WithTheAccountSwitchedOffOnlyTheRestIsDone) {

@@ -74,7 +74,7 @@ class FakeProcess final : public platform::Process {
 };
 
 /// Knows a controller, takes any share, and knows nothing of terminal servers.
-class FakeNetwork final : public platform::Network {
+class FakeNetwork : public platform::Network {
  public:
   std::string NetGetDCName(std::string_view /*server*/, std::string_view domain) override {
     if (controller.empty())

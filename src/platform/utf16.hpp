@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "base/bytes.hpp"
+
+/// Text as little-endian UTF-16 bytes.
+namespace twk::platform {
+
+/// A byte that is not well-formed UTF-8 becomes U+FFFD.
+base::Bytes to_utf16(std::string_view text);
+/// Empty for bytes that are no UTF-16: an odd number of them, half a surrogate pair.
+std::optional<std::string> from_utf16(std::span<const std::uint8_t> bytes);
+
+}  // namespace twk::platform

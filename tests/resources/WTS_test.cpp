@@ -1,0 +1,221 @@
+#include "resources/WTS.hpp"
+
+#include "stores/side_tables.hpp"
+#include "stores/terminal_server_rows.hpp"
+#include "support/lab_session.hpp"
+#include "support/world.hpp"
+
+namespace twk::resources {
+namespace {
+
+using lab::DomainKind;
+using platform::WtsConfigClass;
+using platform::WtsConfigValue;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::size_t kRows = stores::kTerminalServerRows.size();
+
+using Call = std::pair<int, WtsConfigValue>;
+
+/// Notes what it is told; refuses the call `fail_at`, counted from 1.
+class NotingNetwork final : public test::FakeNetwork {
+ public:
+  std::string NetGetDCName(std::string_view server, std::string_view domain) override {
+    EXPECT_EQ(server, "");
+    if (domain != "TWK")
+      throw base::RuntimeError(platform::network_error::kControllerNotFound, "none");
+    return "\\\\DC1";
+  }
+  void WTSSetUserConfig(std::string_view server, std::string_view user, WtsConfigClass setting,
+                        const WtsConfigValue& value) override {
+    EXPECT_EQ(server, "\\\\DC1");
+    EXPECT_EQ(user, "jo");
+    calls.emplace_back(static_cast<int>(setting), value);
+    if (calls.size() == fail_at)
+      throw base::RuntimeError(5, "refused");
+  }
+
+  std::vector<Call> calls;
+  std::size_t fail_at = 0;
+};
+
+class TerminalServerSettings : public test::TestWorld {
+ protected:
+  TerminalServerSettings() {
+    session::prepare_controls(wts);
+    wts.form1.dbpath.text = database.path().string() + "\\";
+    wts.log.open(wts);
+  }
+
+  void put(std::size_t row, std::string_view value) {
+    wts.form1.ListView9.set_sub_item(wts.form1.ListView9.at(row - 1), 1, std::string(value));
+  }
+  const std::vector<Call>& apply() {
+    noting.calls.clear();
+    ApplyTerminalSettings(wts, "jo", "TWK", false, 0);
+    return noting.calls;
+  }
+  const std::vector<Call>& apply_one(int number, std::string_view value) {
+    noting.calls.clear();
+    wts.multi_user.AD_CHANGE.text = std::string(value);
+    ApplyTerminalSettings(wts, "jo", "TWK", true, static_cast<std::int16_t>(number));
+    return noting.calls;
+  }
+  std::string log() { return test::get_file(database / "Log.txt"); }
+
+  NotingNetwork noting;
+  session::Session wts{{registry, directory, directory, files, noting, security, mailboxes, process,
+                        environment, clock, dialogs},
+                       "",
+                       "/opt/twk"};
+};
+
+TEST_F(TerminalServerSettings, EachRowReachesItsClassInItsForm) {
+  const struct {
+    const char* value;
+    Call call;
+  } rows[kRows] = {{"\\\\FS1\\P", {15, "\\\\FS1\\P"}},
+                   {"Yes", {16, "Yes"}},
+                   {"W:", {17, "W:"}},
+                   {"yes", {3, 1U}},
+                   {"Yes", {2, 0U}},
+                   {"menu.exe", {0, "menu.exe"}},
+                   {"C:\\", {1, "C:\\"}},
+                   {"TRUE", {7, 1U}},
+                   {"No", {8, 0U}},
+                   {"1", {9, 0U}},
+                   {"1 min", {4, 60000U}},
+                   {"2 DAYS", {5, 172800000U}},
+                   {"1 hour", {6, 3600000U}}};
+  std::vector<Call> expected;
+  for (std::size_t i = 0; i < kRows; ++i) {
+    put(i + 1, rows[i].value);
+    expected.push_back(rows[i].call);
+  }
+  EXPECT_EQ(apply(), expected);
+  EXPECT_EQ(log(), "Setting WTS settings...\r\n");
+  put(5, "No");
+  EXPECT_EQ(apply().at(4), Call(2, 1U));
+}
+
+TEST_F(TerminalServerSettings, RowsWithoutAValueAreLeftOut) {
+  EXPECT_THAT(apply(), IsEmpty());
+  put(13, "Never");
+  put(2, "%nothing%");
+  wts.variables.ListView1.add({}, "nothing", {}, {""});
+  EXPECT_THAT(apply(), ElementsAre(Call(6, 0U)));
+}
+
+TEST_F(TerminalServerSettings, AllWordsOfTimeAreKnownAndOthersAreNever) {
+  for (const auto& [word, milliseconds] : stores::kTimeWords) {
+    put(12, base::lower(word));
+    EXPECT_THAT(apply(), ElementsAre(Call(5, milliseconds))) << word;
+  }
+  for (const char* const word : {"1 minute", "4 mins", "60000", " 1 min", "yes"}) {
+    put(12, word);
+    EXPECT_THAT(apply(), ElementsAre(Call(5, 0U))) << word;
+  }
+}
+
+TEST_F(TerminalServerSettings, VariablesServerAndNameAreFilledIn) {
+  wts.form1.NTSERVER.text = std::string(" FS1 ");
+  wts.form1.UserID_Box.text = std::string("typed");
+  wts.variables.ListView1.add({}, "site", {}, {"%SERVER%\\HQ"});
+  put(1, "\\\\%site%\\%username%");
+  EXPECT_THAT(apply(), ElementsAre(Call(15, "\\\\FS1\\HQ\\typed")));
+}
+
+TEST_F(TerminalServerSettings, ARefusedRowIsLoggedAndEndsTheRows) {
+  const struct {
+    std::size_t fail_at;
+    const char* says;
+  } cases[] = {{1, "WTSSetUserConfigString failed with error 5\r\n"},
+               {2, "WTSSetUserConfigDWord failed with error 5\r\n"}};
+  put(3, "W:");
+  put(8, "Yes");
+  put(9, "Yes");
+  for (const auto& [fail_at, says] : cases) {
+    noting.fail_at = fail_at;
+    dialogs.beeps = 0;
+    EXPECT_EQ(apply().size(), fail_at);
+    EXPECT_EQ(dialogs.beeps, 1);
+    EXPECT_THAT(log(), HasSubstr(says));
+  }
+}
+
+TEST_F(TerminalServerSettings, ADomainWithoutAControllerShowsABox) {
+  put(3, "W:");
+  for (const bool single : {false, true}) {
+    dialogs.expect("NetGetDCName failed with error 2453");
+    ApplyTerminalSettings(wts, "jo", "ELSEWHERE", single, 3);
+    EXPECT_EQ(dialogs.last_icon, platform::Icon::kExclamation);
+  }
+  EXPECT_THAT(noting.calls, IsEmpty());
+  EXPECT_EQ(log(), "");
+}
+
+TEST_F(TerminalServerSettings, ASinglePropertyTakesItsValueFromTheMultiUserWindow) {
+  const struct {
+    int number;
+    const char* value;
+    Call call;
+  } cases[] = {{1, "\\\\FS1\\%USERNAME%", {15, "\\\\FS1\\jo"}},
+               {2, "", {16, ""}},
+               {3, "W:", {17, "W:"}},
+               {4, "Yes", {3, 1U}},
+               {4, "", {3, 0U}},
+               {5, "true", {2, 1U}},
+               {6, "a", {0, "a"}},
+               {7, "b", {1, "b"}},
+               {8, "Yes", {7, "Yes"}},
+               {9, "Yes", {8, "Yes"}},
+               {10, "No", {9, "No"}},
+               {11, "30 mins", {4, 1800000U}},
+               {12, "3 hours", {5, 10800000U}},
+               {13, "Never", {6, 0U}},
+               {14, "p", {15, "p"}}};
+  for (const auto& [number, value, call] : cases)
+    EXPECT_THAT(apply_one(number, value), ElementsAre(call)) << number;
+  EXPECT_EQ(log(), "");
+  for (const int number : {-1, 0, 15, 32767})
+    EXPECT_THAT(apply_one(number, "x"), IsEmpty()) << number;
+}
+
+TEST_F(TerminalServerSettings, ARefusedSinglePropertyIsLoggedAndBeeps) {
+  noting.fail_at = 1;
+  apply_one(13, "1 day");
+  apply_one(1, "p");
+  EXPECT_EQ(dialogs.beeps, 2);
+  EXPECT_EQ(log(),
+            "WTSSetUserConfigDWord failed with error 5\r\nWTSSetUserConfigString failed with error 5\r\n");
+}
+
+class OnALab : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, OnALab,
+                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
+                         test::kind_name);
+
+TEST_P(OnALab, TheRowsOfTheTableAreWhatTheUserThenHas) {
+  test::LabSession world(GetParam());
+  world.start();
+  const auto domain = world.services.directory.GetObject("WinNT://TWK");
+  domain->Create("User", "jo")->SetInfo();
+  const char* const values[kRows] = {
+      "\\\\%server%\\p", "", "W:", "No", "Yes", "Łuk.exe", "", "No", "", "No", "5 mins", "", "Never"};
+  const WtsConfigValue expected[kRows] = {"\\\\FS1\\p", "", "W:", 0U,      0U, "Łuk.exe", "",
+                                          0U,           1U, 0U,   300000U, 0U, 0U};
+  for (std::size_t i = 0; i < kRows; ++i)
+    world.session.form1.ListView9.set_sub_item(world.session.form1.ListView9.at(i), 1, values[i]);
+  world.session.form1.NTSERVER.text = std::string("FS1");
+  ApplyTerminalSettings(world.session, "jo", "TWK", false, 0);
+  for (std::size_t i = 0; i < kRows; ++i) {
+    EXPECT_EQ(world.services.network.WTSQueryUserConfig("", "jo", stores::kTerminalServerRows.at(i).setting),
+              expected[i])
+        << i;
+  }
+}
+
+}  // namespace
+}  // namespace twk::resources
