@@ -3,7 +3,6 @@
 #include "base/text.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
-#include "lab/schema.hpp"
 #include "platform/adsi.hpp"
 
 namespace twk::lab {
@@ -29,13 +28,6 @@ const AttributeSchema& writable_attribute(std::string_view name) {
     raise(ads_error::kUnwilling, "Only the directory itself writes " + std::string(attribute->name));
   }
   return *attribute;
-}
-
-Modification convert(const StagedChange& change, const AttributeSchema& attribute) {
-  Modification out{change.kind, std::string(attribute.name), {}};
-  for (const Value& value : change.values)
-    out.values.push_back(to_raw(attribute, value));
-  return out;
 }
 
 bool is_mandatory(std::string_view attribute) {
@@ -97,6 +89,15 @@ void apply_rules(const LabDomain& domain, const Entry* entry, bool user, Provide
 
 }  // namespace
 
+Modification to_modification(const Entry* entry, const AttributeSchema& attribute,
+                             const StagedChange& change) {
+  Modification out{change.kind, std::string(attribute.name), {}};
+  for (const Value& value : change.values)
+    out.values.push_back(to_raw(attribute, value));
+  check_count(entry, attribute, out);
+  return out;
+}
+
 void check_account_name(std::string_view name, bool user) {
   static constexpr std::string_view kForbidden = "\"/\\[]:;|=,+*?<>";
   const auto refuse = [&](const std::string& why) {
@@ -122,8 +123,7 @@ std::vector<Modification> to_modifications(const LabDomain& domain, const Entry*
   std::vector<Modification> along;
   for (const StagedChange& change : changes) {
     const AttributeSchema& attribute = writable_attribute(change.attribute);
-    Modification converted = convert(change, attribute);
-    check_count(entry, attribute, converted);
+    Modification converted = to_modification(entry, attribute, change);
     apply_rules(domain, entry, user, provider, converted, along);
     out.push_back(std::move(converted));
   }

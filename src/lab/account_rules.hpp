@@ -7,20 +7,14 @@
 #include "lab/ads_path.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab_domain.hpp"
-#include "platform/value.hpp"
+#include "lab/schema.hpp"
+#include "lab/staged_changes.hpp"
 
 /// What values the attributes of accounts may get, and what the directory makes of them.
 namespace twk::lab {
 
 inline constexpr std::int32_t kDomainUsersRid = 513;
 inline constexpr std::string_view kNeverExpires = "9223372036854775807";
-
-/// A change of one attribute as a caller staged it.
-struct StagedChange {
-  ModifyKind kind = ModifyKind::kReplace;  ///< a replace by no values clears
-  std::string attribute;
-  platform::ValueList values;
-};
 
 /// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
 /// holds a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
@@ -35,6 +29,11 @@ void check_account_name(std::string_view name, bool user);
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
                                            std::string_view object_class, Provider provider,
                                            const std::vector<StagedChange>& changes);
+
+/// The stored form of one change. Raises kConstraint for a value that the attribute does not take, and for
+/// several where it holds one.
+Modification to_modification(const Entry* entry, const AttributeSchema& attribute,
+                             const StagedChange& change);
 
 /// The moment, as the directory counts time.
 std::string filetime_now(const LabDomain& domain);

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
-#include "lab/account_rules.hpp"
 #include "lab/ads_path.hpp"
 #include "lab/lab_domain.hpp"
+#include "lab/staged_changes.hpp"
 
 namespace twk::lab {
 
@@ -27,7 +27,9 @@ class StagedEntry {
   /// Empty when the attribute has no value.
   platform::Value get(std::string_view attribute);
   /// By the control codes of `PutEx`. Raises kConstraint for another code.
-  void stage(int control, std::string_view attribute, const platform::Value& value);
+  void stage(int control, std::string_view attribute, const platform::Value& value) {
+    staged_.stage(control, attribute, value);
+  }
   /// All staged changes or none; on failure they stay staged.
   void commit();
 
@@ -39,7 +41,6 @@ class StagedEntry {
 
   void fetch();
   [[nodiscard]] std::vector<std::string> stored_values(std::string_view attribute);
-  std::vector<StagedChange>::iterator find_staged(std::string_view attribute, ModifyKind kind);
 
   LabDomain& domain_;
   Provider provider_;
@@ -48,7 +49,7 @@ class StagedEntry {
   bool new_ = false;
   bool fetched_ = false;
   std::vector<Fetched> cache_;
-  std::vector<StagedChange> staged_;
+  StagedChanges staged_;
 };
 
 }  // namespace twk::lab

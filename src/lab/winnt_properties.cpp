@@ -1,4 +1,5 @@
 #include "lab/winnt_properties.hpp"
+#include "lab/account_rules.hpp"
 
 #include <array>
 #include <charconv>
