@@ -5,7 +5,7 @@
 namespace twk::creation {
 
 void switch_off_later_stages(session::Form1& form) {
-  for (controls::CheckBox* gate : {&form.Create_Shares, &form.Dir_Security, &form.Create_Mail_Account}) {
+  for (controls::CheckBox* gate : {&form.Create_Shares, &form.Dir_Security}) {
     gate->value = 0;
     gate->enabled = false;
   }

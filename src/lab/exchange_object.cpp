@@ -44,8 +44,9 @@ std::string_view host_of(std::string_view server) {
 
 std::string exchange_dn(std::string_view name) {
   const std::vector<std::string_view> parts = split_at_slashes(name);
-  const bool top_down = std::all_of(parts.begin(), parts.end(),
-                                    [](std::string_view part) { return part.find('=') != base::npos; });
+  const bool top_down = std::all_of(parts.begin(), parts.end(), [](std::string_view part) {
+    return part.find('=') != base::npos && parent_dn(part).empty();
+  });
   if (parts.size() == 1 || !top_down)
     return std::string(name);
   std::string dn;

@@ -42,6 +42,7 @@ struct MultiUser {
   controls::ComboBox Multi_Site;
   controls::ComboBox Multi_Template;
   controls::Button btn_Showusers;
+  controls::CheckBox No_Prompting;
 };
 
 /// Which columns of an import file are what.
