@@ -38,7 +38,10 @@ std::string value_to_write(Session& session, const MailboxOwner& owner, const co
   return expanded.find('%') == base::npos ? expanded : std::string();
 }
 
+/// What a refused call leaves staged would spoil the next one.
 void bind_anew(Session& session, ObjectPtr& user) {
+  if (user == nullptr)
+    return;
   base::Trap gone;
   gone([&] { user = session.platform.directory.GetObject(user->ADsPath()); });
 }
@@ -98,7 +101,9 @@ bool CreateMailbox2000(Session& session, ObjectPtr& user, const MailboxOwner& ow
   });
   if (!made) {
     session.log.line("Error Number: " + hex_number(trap.number()));
-    session.log.line(trap.description());
+    session.Error_Log_Text = trap.description();
+    session.log.line(session.Error_Log_Text);
+    bind_anew(session, user);
     return false;
   }
   write_rows(session, user, owner);

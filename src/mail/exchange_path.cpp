@@ -25,10 +25,6 @@ std::string escape_slashes(std::string_view name) {
   return out;
 }
 
-std::string path_value(std::string_view text) {
-  return escape_slashes(escape_dn_value(text));
-}
-
 /// True for several names with commas between them, the first without its type.
 bool is_nested_name(std::string_view text) {
   bool nested = false;
@@ -49,7 +45,7 @@ bool is_nested_name(std::string_view text) {
 }
 
 std::string below_site(const ExchangePlace& place) {
-  return ",OU=" + path_value(place.Site) + ",O=" + path_value(place.Org);
+  return ",OU=" + escaped_name(place.Site) + ",O=" + escaped_name(place.Org);
 }
 
 std::string server_path(const Session& session, const ExchangePlace& place) {
@@ -59,10 +55,14 @@ std::string server_path(const Session& session, const ExchangePlace& place) {
 
 }  // namespace
 
+std::string escaped_name(std::string_view text) {
+  return escape_slashes(escape_dn_value(text));
+}
+
 std::string container_name(std::string_view text) {
   if (base::starts_with_fold(text, "CN="))
     text.remove_prefix(3);
-  return is_nested_name(text) ? escape_slashes(text) : path_value(text);
+  return is_nested_name(text) ? escape_slashes(text) : escaped_name(text);
 }
 
 std::string relative_name(std::string_view name) {
@@ -74,12 +74,12 @@ std::string container_path(const Session& session, const ExchangePlace& place, s
 }
 
 std::string mailbox_path(const ExchangePlace& place, std::string_view name, std::string_view container) {
-  return "LDAP://" + place.Server + "/CN=" + path_value(name) + ",CN=" + std::string(container) +
+  return "LDAP://" + place.Server + "/CN=" + escaped_name(name) + ",CN=" + std::string(container) +
          below_site(place);
 }
 
 std::string site_path(const Session& session, const ExchangePlace& place) {
-  return server_path(session, place) + "/O=" + path_value(place.Org) + "/OU=" + path_value(place.Site);
+  return server_path(session, place) + "/O=" + escaped_name(place.Org) + "/OU=" + escaped_name(place.Site);
 }
 
 platform::ObjectPtr bind_exchange(Session& session, const std::string& path, std::string_view AdminName,

@@ -23,6 +23,8 @@ struct ExchangePlace {
 /// the name of a container inside another one; all else is one name, whatever it holds.
 std::string container_name(std::string_view text);
 
+/// A name's value as it stands in a path.
+std::string escaped_name(std::string_view text);
 /// "CN=" and the name.
 std::string relative_name(std::string_view name);
 
