@@ -2,7 +2,7 @@
 #include "bench_world.hpp"
 #include "directory/select_domain.hpp"
 #include "directory/tree.hpp"
-#include "lab/dn.hpp"
+#include "ads/dn.hpp"
 #include "platform/query.hpp"
 #include "session/start_up.hpp"
 
@@ -82,7 +82,7 @@ Figures measure(std::size_t users) {
   constexpr int kUnits = 10;
   figures.by_parent = microseconds(kCalls / 10, [&](int i) {
     platform::QueryText query;
-    query.base = "LDAP://twk.test/" + std::string(lab::parent_dn(sample.dns[at(i % kUnits)]));
+    query.base = "LDAP://twk.test/" + std::string(ads::parent_dn(sample.dns[at(i % kUnits)]));
     query.filter = "(objectCategory=person)";
     query.attributes = {"adsPath"};
     query.scope = platform::Scope::kOneLevel;

@@ -21,6 +21,10 @@ class RuntimeError : public std::runtime_error {
   std::uint32_t number_;
 };
 
+[[noreturn]] inline void raise(std::uint32_t number, const std::string& description) {
+  throw RuntimeError(number, description);
+}
+
 namespace error {
 
 inline constexpr std::uint32_t kOverflow = 6;

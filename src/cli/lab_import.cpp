@@ -2,10 +2,10 @@
 
 #include <optional>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/failures.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab_create.hpp"
 #include "local/replace_file.hpp"
@@ -29,8 +29,8 @@ std::string value_of(const lab::LdifRecord& record, std::string_view name) {
 /// "twk.test" of "DC=twk,DC=test"; nothing for a name that has other parts.
 std::string dns_name(std::string_view dn) {
   std::string name;
-  for (const std::string_view part : lab::split_dn(dn)) {
-    const lab::Rdn rdn = lab::parse_rdn(part);
+  for (const std::string_view part : ads::split_dn(dn)) {
+    const ads::Rdn rdn = ads::parse_rdn(part);
     if (!base::equals_fold(rdn.type, "DC"))
       return {};
     name += (name.empty() ? "" : ".") + rdn.value;

@@ -83,12 +83,12 @@ bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user
   log(run, mailbox == Mailbox::kFailed ? "Failed to create Mail Account" : "Created Mail Account");
   session.log.close();
   const bool made = mailbox != Mailbox::kFailed;
-  session::LOG_TAB(
-      session,
-      mailbox == Mailbox::kCreated ? session::kGreen
-      : made                       ? session::kYellow
-                                   : session::kRed,
-      made ? "Created Mail Account for " + run.SamName : "Failed to create Mail Account for " + run.SamName);
+  const std::string_view light = !made                          ? session::kRed
+                                 : mailbox == Mailbox::kCreated ? session::kGreen
+                                                                : session::kYellow;
+  session::LOG_TAB(session, light,
+                   made ? "Created Mail Account for " + run.SamName
+                        : "Failed to create Mail Account for " + run.SamName + ": " + reason(session));
   return made;
 }
 

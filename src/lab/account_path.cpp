@@ -7,7 +7,7 @@
 namespace twk::lab {
 namespace {
 
-std::string resolve_account(const LabDomain& domain, const AdsPath& path) {
+std::string resolve_account(const LabDomain& domain, const ads::AdsPath& path) {
   require_domain(domain, path.server);
   const bool want_group = base::equals_fold(path.account_class, "group");
   const bool want_user = base::equals_fold(path.account_class, "user");
@@ -34,15 +34,15 @@ void require_domain(const LabDomain& domain, std::string_view name) {
     raise(kNoSuchDomain, "There is no domain " + std::string(name));
 }
 
-std::string resolve_entry(const LabDomain& domain, const AdsPath& path) {
+std::string resolve_entry(const LabDomain& domain, const ads::AdsPath& path) {
   switch (path.kind) {
-    case AdsPath::Kind::kEntry:
+    case ads::AdsPath::Kind::kEntry:
       require_ldap_server(domain, path.server);
       return require_entry(domain, path.name.empty() ? domain.root_dn : path.name).dn();
-    case AdsPath::Kind::kDomain:
+    case ads::AdsPath::Kind::kDomain:
       require_domain(domain, path.server);
       return require_entry(domain, domain.root_dn).dn();
-    case AdsPath::Kind::kAccount:
+    case ads::AdsPath::Kind::kAccount:
       return resolve_account(domain, path);
     default:
       raise(ads_error::kBadPathname, "The path names no object of the domain");
@@ -50,7 +50,7 @@ std::string resolve_entry(const LabDomain& domain, const AdsPath& path) {
 }
 
 std::string resolve_entry(const LabDomain& domain, std::string_view path) {
-  return resolve_entry(domain, parse_ads_path(path));
+  return resolve_entry(domain, ads::parse_ads_path(path));
 }
 
 }  // namespace twk::lab

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
 #include "lab/lab_domain.hpp"
 
 namespace twk::lab {
@@ -11,7 +11,7 @@ namespace twk::lab {
 /// The DN of the entry that an LDAP, GC or WinNT path means; "LDAP://<dns domain>" is the domain's own.
 /// Raises kServerDown for a server that is not the lab's and for LDAP in a lab of kind nt, kNoSuchDomain,
 /// kNoSuchObject, kUserNotFound, kGroupNotFound, kBadPathname for a path of another kind.
-std::string resolve_entry(const LabDomain& domain, const AdsPath& path);
+std::string resolve_entry(const LabDomain& domain, const ads::AdsPath& path);
 std::string resolve_entry(const LabDomain& domain, std::string_view path);
 
 /// Raises kServerDown when no LDAP server of that name answers.

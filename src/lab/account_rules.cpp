@@ -1,5 +1,6 @@
 #include "lab/account_rules.hpp"
 
+#include "ads/schema.hpp"
 #include "base/text.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
@@ -20,8 +21,8 @@ constexpr std::uint32_t kSecurityGroup = 0x80000000U;
   raise(ads_error::kConstraint, "The value of " + std::string(attribute) + " " + what);
 }
 
-const AttributeSchema& writable_attribute(std::string_view name) {
-  const AttributeSchema* const attribute = find_attribute(name);
+const ads::AttributeSchema& writable_attribute(std::string_view name) {
+  const ads::AttributeSchema* const attribute = ads::find_attribute(name);
   if (attribute == nullptr)
     raise(ads_error::kNoSuchAttribute, "The schema has no attribute " + std::string(name));
   if (attribute->system_only) {
@@ -36,7 +37,7 @@ bool is_mandatory(std::string_view attribute) {
 }
 
 /// A single-valued attribute must not end with several values.
-void check_count(const Entry* entry, const AttributeSchema& attribute, const Modification& change) {
+void check_count(const Entry* entry, const ads::AttributeSchema& attribute, const Modification& change) {
   if (attribute.multi_valued || change.kind == ModifyKind::kDelete)
     return;
   std::size_t count = change.values.size();
@@ -46,11 +47,11 @@ void check_count(const Entry* entry, const AttributeSchema& attribute, const Mod
     constraint(attribute.name, "is a list, but the attribute holds a single value");
 }
 
-std::string stored_flags(const Entry* entry, Provider provider, std::int32_t wanted) {
+std::string stored_flags(const Entry* entry, ads::Provider provider, std::int32_t wanted) {
   std::int32_t flags = wanted & ~platform::kFlagLockedOut;
   if ((flags & kAccountKinds) == 0)
     flags |= platform::kFlagNormalAccount;
-  if (provider != Provider::kWinnt && entry != nullptr) {
+  if (provider != ads::Provider::kWinnt && entry != nullptr) {
     const auto stored = static_cast<std::int32_t>(read_number(*entry, "userAccountControl"));
     flags = (flags & ~platform::kFlagCannotChangePassword) | (stored & platform::kFlagCannotChangePassword);
   }
@@ -58,7 +59,7 @@ std::string stored_flags(const Entry* entry, Provider provider, std::int32_t wan
 }
 
 /// The rules of single attributes; may append changes that go along.
-void apply_rules(const LabDomain& domain, const Entry* entry, bool user, Provider provider,
+void apply_rules(const LabDomain& domain, const Entry* entry, bool user, ads::Provider provider,
                  Modification& change, std::vector<Modification>& along) {
   const bool takes_away = change.kind == ModifyKind::kDelete || change.values.empty();
   if (takes_away && is_mandatory(change.attribute))
@@ -89,11 +90,11 @@ void apply_rules(const LabDomain& domain, const Entry* entry, bool user, Provide
 
 }  // namespace
 
-Modification to_modification(const Entry* entry, const AttributeSchema& attribute,
-                             const StagedChange& change) {
+Modification to_modification(const Entry* entry, const ads::AttributeSchema& attribute,
+                             const ads::StagedChange& change) {
   Modification out{change.kind, std::string(attribute.name), {}};
   for (const Value& value : change.values)
-    out.values.push_back(to_raw(attribute, value));
+    out.values.push_back(ads::to_raw(attribute, value));
   check_count(entry, attribute, out);
   return out;
 }
@@ -116,13 +117,13 @@ void check_account_name(std::string_view name, bool user) {
 }
 
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
-                                           std::string_view object_class, Provider provider,
-                                           const std::vector<StagedChange>& changes) {
+                                           std::string_view object_class, ads::Provider provider,
+                                           const std::vector<ads::StagedChange>& changes) {
   const bool user = !base::equals_fold(object_class, "group");
   std::vector<Modification> out;
   std::vector<Modification> along;
-  for (const StagedChange& change : changes) {
-    const AttributeSchema& attribute = writable_attribute(change.attribute);
+  for (const ads::StagedChange& change : changes) {
+    const ads::AttributeSchema& attribute = writable_attribute(change.attribute);
     Modification converted = to_modification(entry, attribute, change);
     apply_rules(domain, entry, user, provider, converted, along);
     out.push_back(std::move(converted));

@@ -4,11 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
+#include "ads/schema.hpp"
+#include "ads/staged_values.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab_domain.hpp"
-#include "lab/schema.hpp"
-#include "lab/staged_changes.hpp"
 
 /// What values the attributes of accounts may get, and what the directory makes of them.
 namespace twk::lab {
@@ -27,13 +27,13 @@ void check_account_name(std::string_view name, bool user);
 /// passwords; "groupType" carries its "sAMAccountType". Raises kNoSuchAttribute, kConstraint, kUnwilling for
 /// what only the directory itself writes.
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
-                                           std::string_view object_class, Provider provider,
-                                           const std::vector<StagedChange>& changes);
+                                           std::string_view object_class, ads::Provider provider,
+                                           const std::vector<ads::StagedChange>& changes);
 
 /// The stored form of one change. Raises kConstraint for a value that the attribute does not take, and for
 /// several where it holds one.
-Modification to_modification(const Entry* entry, const AttributeSchema& attribute,
-                             const StagedChange& change);
+Modification to_modification(const Entry* entry, const ads::AttributeSchema& attribute,
+                             const ads::StagedChange& change);
 
 /// The moment, as the directory counts time.
 std::string filetime_now(const LabDomain& domain);

@@ -1,8 +1,8 @@
 #include "lab/configuration_entries.hpp"
 
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
-#include "lab/schema.hpp"
 
 namespace twk::lab {
 LdifRecord make_entry(const std::string& dn, const std::string& chain,
@@ -10,7 +10,7 @@ LdifRecord make_entry(const std::string& dn, const std::string& chain,
   LdifRecord record;
   record.dn = dn;
   record.attributes.push_back({"objectClass", base::split(chain, ' ')});
-  const Rdn rdn = parse_rdn(first_rdn(dn));
+  const ads::Rdn rdn = ads::parse_rdn(ads::first_rdn(dn));
   record.attributes.push_back({base::lower(rdn.type), {rdn.value}});
   for (LdifAttribute& attribute : attributes)
     record.attributes.push_back(std::move(attribute));
@@ -20,11 +20,11 @@ LdifRecord make_entry(const std::string& dn, const std::string& chain,
 std::vector<LdifRecord> configuration_entries(const LabConfig& config) {
   if (config.kind == DomainKind::kNt)
     return {};
-  const std::string root = domain_dn(config.domain);
+  const std::string root = ads::domain_dn(config.domain);
   const std::string top = "CN=Configuration," + root;
   const std::string schema = "CN=Schema," + top;
   const std::string partitions = "CN=Partitions," + top;
-  const auto chain = [](std::string_view name) { return std::string(find_class(name)->chain); };
+  const auto chain = [](std::string_view name) { return std::string(ads::find_class(name)->chain); };
   const auto partition = [&](const std::string& name, const std::string& naming_context,
                              std::vector<LdifAttribute> more) {
     more.push_back({"nCName", {naming_context}});

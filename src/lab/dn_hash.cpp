@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 
 namespace twk::lab {
 namespace {
@@ -54,18 +54,18 @@ std::uint64_t mix_hash(std::uint64_t a, std::uint64_t b) {
 
 std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
   if (rdn.find_first_of("\\\"") != base::npos) {
-    const Rdn parts = parse_rdn(rdn);
+    const ads::Rdn parts = ads::parse_rdn(rdn);
     return mix_hash(parent, hash_folded(parts.value, hash_folded(parts.type)));
   }
   const std::size_t equals = rdn.find('=');
   if (equals == base::npos || equals == 0)
-    return mix_hash(parent, hash_folded(parse_rdn(rdn).value));
+    return mix_hash(parent, hash_folded(ads::parse_rdn(rdn).value));
   const std::uint64_t type = hash_folded(base::trim(rdn.substr(0, equals)));
   return mix_hash(parent, hash_folded(base::trim(rdn.substr(equals + 1)), type));
 }
 
 std::uint64_t hash_dn(std::string_view dn) {
-  const std::vector<std::string_view> parts = split_dn(dn);
+  const std::vector<std::string_view> parts = ads::split_dn(dn);
   std::uint64_t hash = kHashSeed;
   for (auto part = parts.rbegin(); part != parts.rend(); ++part)
     hash = hash_below(hash, *part);
@@ -84,7 +84,7 @@ bool same_dn(std::string_view a, std::string_view b) {
   if (a == b)
     return true;
   try {
-    return normalize_dn(a) == normalize_dn(b);
+    return ads::normalize_dn(a) == ads::normalize_dn(b);
   } catch (const base::RuntimeError&) {
     return false;
   }

@@ -2,14 +2,14 @@
 
 #include <optional>
 
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/draft.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
 #include "lab/membership.hpp"
 #include "lab/rid_pool.hpp"
-#include "lab/schema.hpp"
 
 namespace twk::lab {
 namespace {
@@ -21,24 +21,24 @@ bool is_account_class(std::string_view object_class) {
   return base::equals_fold(object_class, "user") || base::equals_fold(object_class, "group");
 }
 
-std::uint32_t exists_number(Provider provider, bool user) {
-  if (provider != Provider::kWinnt)
+std::uint32_t exists_number(ads::Provider provider, bool user) {
+  if (provider != ads::Provider::kWinnt)
     return ads_error::kObjectExists;
   return user ? ads_error::kUserExists : ads_error::kGroupExists;
 }
 
 /// Raises unless the account name is free or is `own_dn`'s.
-void check_account_name_free(const LabDomain& domain, Provider provider, bool user, const std::string& name,
-                             std::string_view own_dn) {
+void check_account_name_free(const LabDomain& domain, ads::Provider provider, bool user,
+                             const std::string& name, std::string_view own_dn) {
   const Entry* const holder = domain.store.find_account(name);
   if (holder == nullptr)
     return;
-  if (!own_dn.empty() && normalize_dn(holder->dn()) == normalize_dn(own_dn))
+  if (!own_dn.empty() && ads::normalize_dn(holder->dn()) == ads::normalize_dn(own_dn))
     return;
   raise(exists_number(provider, user), "The account name " + name + " is in use");
 }
 
-void check_name_free(const LabDomain& domain, Provider provider, bool user, const std::string& dn) {
+void check_name_free(const LabDomain& domain, ads::Provider provider, bool user, const std::string& dn) {
   if (domain.store.find(dn) != nullptr)
     raise(exists_number(provider, user), "The name is in use: " + dn);
 }
@@ -60,7 +60,7 @@ void check_not_needed(const Entry& entry) {
   }
 }
 
-std::vector<std::string> class_chain(const ClassSchema& schema) {
+std::vector<std::string> class_chain(const ads::ClassSchema& schema) {
   return base::split(schema.chain, ' ');
 }
 
@@ -94,10 +94,10 @@ std::string child_dn(std::string_view object_class, std::string_view relative_na
   const auto refuse = [&](const std::string& why) {
     raise(ads_error::kInvalidDn, "The name \"" + base::to_valid_utf8(relative_name) + "\" " + why);
   };
-  if (split_dn(relative_name).size() != 1)
+  if (ads::split_dn(relative_name).size() != 1)
     refuse("is not one part of a distinguished name");
-  const Rdn rdn = parse_rdn(relative_name);
-  const ClassSchema* const schema = find_class(object_class);
+  const ads::Rdn rdn = ads::parse_rdn(relative_name);
+  const ads::ClassSchema* const schema = ads::find_class(object_class);
   if (schema != nullptr && !base::equals_fold(rdn.type, schema->rdn_type)) {
     refuse("must begin with " + std::string(schema->rdn_type) + "=");
   }
@@ -109,12 +109,12 @@ std::string child_dn(std::string_view object_class, std::string_view relative_na
     refuse("is empty");
   if (base::length(rdn.value) > kLongestName)
     refuse("is longer than 64 characters");
-  return make_rdn(base::upper(rdn.type), rdn.value) + "," + std::string(parent_dn);
+  return ads::make_rdn(base::upper(rdn.type), rdn.value) + "," + std::string(parent_dn);
 }
 
-void add_object(LabDomain& domain, Provider provider, std::string_view object_class, const std::string& dn,
-                const std::vector<StagedChange>& values) {
-  const ClassSchema* const schema = find_class(object_class);
+void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
+                const std::string& dn, const std::vector<ads::StagedChange>& values) {
+  const ads::ClassSchema* const schema = ads::find_class(object_class);
   const bool user = base::equals_fold(object_class, "user");
   const bool account = is_account_class(object_class);
   if (schema == nullptr || !(account || schema->name == "organizationalUnit" || schema->name == "contact")) {
@@ -122,7 +122,7 @@ void add_object(LabDomain& domain, Provider provider, std::string_view object_cl
   }
   Draft draft;
   draft.set("objectClass", class_chain(*schema));
-  draft.set(base::lower(schema->rdn_type), parse_rdn(first_rdn(dn)).value);
+  draft.set(base::lower(schema->rdn_type), ads::parse_rdn(ads::first_rdn(dn)).value);
   for (const Modification& change : to_modifications(domain, nullptr, schema->name, provider, values))
     draft.apply(change);
   const auto name = draft.value("sAMAccountName");
@@ -134,7 +134,7 @@ void add_object(LabDomain& domain, Provider provider, std::string_view object_cl
   draft.set("objectCategory",
             "CN=" + std::string(schema->category) + ",CN=Schema," + domain.configuration_dn);
   const auto check = [&] {
-    check_place(domain, schema->name, parent_dn(dn));
+    check_place(domain, schema->name, ads::parent_dn(dn));
     check_name_free(domain, provider, user, dn);
     if (name)
       check_account_name_free(domain, provider, user, *name, {});
@@ -144,7 +144,7 @@ void add_object(LabDomain& domain, Provider provider, std::string_view object_cl
   if (account)
     draft.set("objectSid", next_sid(domain));
   draft.set("objectGUID", random_bytes(domain, 16));
-  draft.set("whenCreated", to_raw(*find_attribute("whenCreated"), domain.clock.now()));
+  draft.set("whenCreated", ads::to_raw(*ads::find_attribute("whenCreated"), domain.clock.now()));
   if (user)
     add_user_defaults(draft);
   if (account && !user)
@@ -152,8 +152,8 @@ void add_object(LabDomain& domain, Provider provider, std::string_view object_cl
   domain.store.add(dn, draft.take(), check);
 }
 
-void modify_object(LabDomain& domain, Provider provider, const std::string& dn,
-                   const std::vector<StagedChange>& changes) {
+void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
+                   const std::vector<ads::StagedChange>& changes) {
   domain.store.refresh();
   const Entry& entry = require_entry(domain, dn);
   const std::string object_class = entry_class(entry);
@@ -195,13 +195,13 @@ void delete_object(LabDomain& domain, const std::string& dn) {
 }
 
 void move_object(LabDomain& domain, const std::string& dn, const std::string& new_dn) {
-  const std::string new_parent(parent_dn(new_dn));
-  domain.store.rename(dn, std::string(first_rdn(new_dn)), new_parent, [&] {
+  const std::string new_parent(ads::parent_dn(new_dn));
+  domain.store.rename(dn, std::string(ads::first_rdn(new_dn)), new_parent, [&] {
     const Entry& entry = require_entry(domain, dn);
     check_not_needed(entry);
     check_place(domain, entry_class(entry), new_parent);
-    const std::string own = normalize_dn(dn);
-    const std::string target_parent = normalize_dn(new_parent);
+    const std::string own = ads::normalize_dn(dn);
+    const std::string target_parent = ads::normalize_dn(new_parent);
     if (target_parent == own || target_parent.ends_with("," + own)) {
       raise(ads_error::kUnwilling, dn + " cannot be moved below itself");
     }

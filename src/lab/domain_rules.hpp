@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "ads/ads_path.hpp"
 #include "lab/account_rules.hpp"
-#include "lab/ads_path.hpp"
 #include "lab/lab_domain.hpp"
 
 /// What the directory itself does and refuses when objects are made, changed, moved and deleted.
@@ -25,12 +25,12 @@ std::string child_dn(std::string_view object_class, std::string_view relative_na
 /// kObjectExists for a name or account name in use (through WinNT kUserExists or kGroupExists), kNoSuchObject
 /// without its parent, kUnwilling for a class or a place that is not allowed, and what `to_modifications`
 /// raises.
-void add_object(LabDomain& domain, Provider provider, std::string_view object_class, const std::string& dn,
-                const std::vector<StagedChange>& values);
+void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
+                const std::string& dn, const std::vector<ads::StagedChange>& values);
 /// All changes or none. An account name in use is refused as above; "primaryGroupID" follows
 /// `PrimaryGroupChange`.
-void modify_object(LabDomain& domain, Provider provider, const std::string& dn,
-                   const std::vector<StagedChange>& changes);
+void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
+                   const std::vector<ads::StagedChange>& changes);
 /// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group
 /// that is somebody's primary group.
 void delete_object(LabDomain& domain, const std::string& dn);

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_tree.hpp"
 #include "lab/modify_plan.hpp"
 #include "platform/directory.hpp"
@@ -29,12 +29,12 @@ std::string_view without_range(std::string_view attribute) {
 
 /// The stored parent of a new name; null when it may do without one.
 Node* parent_for(const EntryTree& tree, std::string_view dn, Origin origin) {
-  const std::string_view parent_name = parent_dn(dn);
+  const std::string_view parent_name = ads::parent_dn(dn);
   Node* const parent = tree.find(parent_name);
   if (parent != nullptr)
     return parent;
   const bool may_be_root = origin == Origin::kFile || tree.size() == 0 || parent_name.empty() ||
-                           base::equals_fold(parse_rdn(first_rdn(dn)).type, "DC");
+                           base::equals_fold(ads::parse_rdn(ads::first_rdn(dn)).type, "DC");
   if (!may_be_root)
     refuse(ads_error::kNoSuchObject, "No such parent", parent_name);
   return nullptr;
@@ -47,7 +47,7 @@ std::string joined_dn(std::string_view rdn, const Node* parent, std::string_view
 }
 
 Change prepare_add(EntryTree& tree, const LdifRecord& record, Origin origin) {
-  if (split_dn(record.dn).empty())
+  if (ads::split_dn(record.dn).empty())
     refuse(ads_error::kInvalidDn, "An entry without a name", record.dn);
   if (tree.find(record.dn) != nullptr)
     refuse(ads_error::kObjectExists, "The name is in use", record.dn);
@@ -56,7 +56,7 @@ Change prepare_add(EntryTree& tree, const LdifRecord& record, Origin origin) {
   change.parent = parent_for(tree, record.dn, origin);
   change.fresh = std::make_unique<Node>(tree.pool());
   Node& node = *change.fresh;
-  node.dn = joined_dn(first_rdn(record.dn), change.parent, parent_dn(record.dn));
+  node.dn = joined_dn(ads::first_rdn(record.dn), change.parent, ads::parent_dn(record.dn));
   LinkPlan links(tree, node, origin);
   std::string block;
   for (const LdifAttribute& attribute : record.attributes) {
@@ -123,9 +123,9 @@ bool is_within(const Node* node, const Node& top) {
 }
 
 /// The naming attribute and "name" follow the new name.
-std::string renamed_block(EntryTree& tree, const Node& node, const Rdn& new_name, bool delete_old) {
+std::string renamed_block(EntryTree& tree, const Node& node, const ads::Rdn& new_name, bool delete_old) {
   AttributePlan plan(tree, node, Origin::kFile);
-  const Rdn old_name = parse_rdn(first_rdn(node.dn));
+  const ads::Rdn old_name = ads::parse_rdn(ads::first_rdn(node.dn));
   const std::string old_key = value_key(old_name.value);
   if (delete_old) {
     std::erase_if(plan.staged(old_name.type),
@@ -145,7 +145,7 @@ Change prepare_rename(EntryTree& tree, const LdifRecord& record) {
   change.type = ChangeType::kModRdn;
   Node& node = must_find(tree, record.dn);
   change.node = &node;
-  if (split_dn(record.new_rdn).size() != 1)
+  if (ads::split_dn(record.new_rdn).size() != 1)
     refuse(ads_error::kInvalidDn, "Not a relative name", record.new_rdn);
   const bool moves = record.new_superior && !record.new_superior->empty();
   if (moves) {
@@ -155,11 +155,12 @@ Change prepare_rename(EntryTree& tree, const LdifRecord& record) {
   }
   if (is_within(change.parent, node))
     refuse(ads_error::kUnwilling, "An entry cannot go below itself", record.dn);
-  change.dn = joined_dn(first_rdn(record.new_rdn), change.parent, parent_dn(node.dn));
+  change.dn = joined_dn(ads::first_rdn(record.new_rdn), change.parent, ads::parent_dn(node.dn));
   const Node* const taken = tree.find(change.dn);
   if (taken != nullptr && taken != &node)
     refuse(ads_error::kObjectExists, "The name is in use", change.dn);
-  change.block = renamed_block(tree, node, parse_rdn(first_rdn(record.new_rdn)), record.delete_old_rdn);
+  change.block =
+      renamed_block(tree, node, ads::parse_rdn(ads::first_rdn(record.new_rdn)), record.delete_old_rdn);
   return change;
 }
 

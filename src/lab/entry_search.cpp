@@ -5,10 +5,10 @@
 #include <optional>
 #include <utility>
 
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_view.hpp"
-#include "lab/schema.hpp"
 
 namespace twk::lab {
 namespace {
@@ -20,7 +20,7 @@ void resolve_categories(const LabDomain& domain, Filter& filter) {
     resolve_categories(domain, child);
   if (filter.kind != Filter::Kind::kEqual || !base::equals_fold(filter.attribute, "objectCategory"))
     return;
-  const ClassSchema* const schema = find_class(filter.value);
+  const ads::ClassSchema* const schema = ads::find_class(filter.value);
   if (schema == nullptr)
     return;
   filter.value = "CN=" + std::string(schema->category) + ",CN=Schema," + domain.configuration_dn;
@@ -40,7 +40,7 @@ class ScopeTest {
  public:
   ScopeTest(const LabDomain& domain, const std::string& base_dn, Scope scope)
       : domain_(domain),
-        base_(normalize_dn(base_dn)),
+        base_(ads::normalize_dn(base_dn)),
         scope_(scope),
         skip_configuration_(!in_configuration(domain, base_dn)) {}
 
@@ -51,12 +51,12 @@ class ScopeTest {
   [[nodiscard]] bool contains(const Entry& entry) const {
     if (is_outside_context(entry))
       return false;
-    const std::string name = normalize_dn(entry.dn());
+    const std::string name = ads::normalize_dn(entry.dn());
     switch (scope_) {
       case Scope::kBase:
         return name == base_;
       case Scope::kOneLevel:
-        return parent_dn(name) == base_;
+        return ads::parent_dn(name) == base_;
       case Scope::kSubtree:
         return name == base_ || name.ends_with("," + base_);
     }

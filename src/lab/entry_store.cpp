@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_tree.hpp"
 #include "lab/journal.hpp"
 #include "lab/posix_file.hpp"
@@ -320,9 +320,9 @@ void EntryStore::children(const Entry& parent, const std::function<bool(const En
 void EntryStore::children(std::string_view parent_dn, const std::function<bool(const Entry&)>& visit) const {
   if (const Entry* const parent = find(parent_dn))
     return children(*parent, visit);
-  const std::string wanted = normalize_dn(parent_dn);
+  const std::string wanted = ads::normalize_dn(parent_dn);
   for (const Entry* const orphan : roots()) {
-    if (normalize_dn(lab::parent_dn(orphan->dn())) == wanted && !visit(*orphan))
+    if (ads::normalize_dn(ads::parent_dn(orphan->dn())) == wanted && !visit(*orphan))
       return;
   }
 }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "ads/dn.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/dn_hash.hpp"
 
 namespace twk::lab {
@@ -120,8 +120,9 @@ void EntryTree::add(Change& change) {
   node.sequence = ++last_sequence_;
   nodes_.push_back(std::move(change.fresh));
   hang_in(node, change.parent != nullptr ? *change.parent : top_);
-  const std::uint64_t hash =
-      change.parent != nullptr ? hash_below(change.parent->by_dn.hash, first_rdn(node.dn)) : hash_dn(node.dn);
+  const std::uint64_t hash = change.parent != nullptr
+                                 ? hash_below(change.parent->by_dn.hash, ads::first_rdn(node.dn))
+                                 : hash_dn(node.dn);
   by_dn_.insert(node, hash);
   index_keys(node);
   apply_links(node, change.links);
@@ -155,10 +156,10 @@ void EntryTree::rename(Node& node, Change& change) {
     Node& moved = const_cast<Node&>(*below);  // NOLINT: the nodes are this tree's own
     const bool is_root = moved.parent == &top_;
     if (&moved != &node)
-      moved.dn = std::string(first_rdn(moved.dn)) + "," + moved.parent->dn;
+      moved.dn = std::string(ads::first_rdn(moved.dn)) + "," + moved.parent->dn;
     by_dn_.erase(moved);
-    by_dn_.insert(moved,
-                  is_root ? hash_dn(moved.dn) : hash_below(moved.parent->by_dn.hash, first_rdn(moved.dn)));
+    by_dn_.insert(
+        moved, is_root ? hash_dn(moved.dn) : hash_below(moved.parent->by_dn.hash, ads::first_rdn(moved.dn)));
   }
   for (const Node* below = &node; below != nullptr; below = next_below(*below, node)) {
     settle(const_cast<Node&>(*below));  // NOLINT
@@ -173,14 +174,14 @@ void EntryTree::hang_in(Node& node, Node& parent) {
   (parent.last_child != nullptr ? parent.last_child->next : parent.first_child) = &node;
   parent.last_child = &node;
   if (&parent == &top_)
-    orphans_.emplace(std::pair(hash_dn(parent_dn(node.dn)), node.sequence), &node);
+    orphans_.emplace(std::pair(hash_dn(ads::parent_dn(node.dn)), node.sequence), &node);
 }
 
 void EntryTree::take_out(Node& node) {
   (node.previous != nullptr ? node.previous->next : node.parent->first_child) = node.next;
   (node.next != nullptr ? node.next->previous : node.parent->last_child) = node.previous;
   if (node.parent == &top_)
-    orphans_.erase(std::pair(hash_dn(parent_dn(node.dn)), node.sequence));
+    orphans_.erase(std::pair(hash_dn(ads::parent_dn(node.dn)), node.sequence));
 }
 
 /// Ties to a node what waited for an entry of its name.
@@ -196,7 +197,7 @@ void EntryTree::adopt_orphans(Node& node) {
   for (auto found = orphans_.lower_bound({hash, 0}); found != orphans_.end() && found->first.first == hash;) {
     Node& orphan = *found->second;
     ++found;
-    if (!same_dn(parent_dn(orphan.dn), node.dn))
+    if (!same_dn(ads::parent_dn(orphan.dn), node.dn))
       continue;
     take_out(orphan);
     hang_in(orphan, node);

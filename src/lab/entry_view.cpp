@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <charconv>
 
+#include "ads/dn.hpp"
+#include "ads/sid.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/errors.hpp"
-#include "lab/sid.hpp"
 
 namespace twk::lab {
 namespace {
@@ -20,7 +20,7 @@ std::vector<std::string> primary_group_token(const Entry& entry) {
   const auto sid = entry.value("objectSid");
   if (!sid || !has_class(entry, "group"))
     return {};
-  const auto rid = rid_of(*sid);
+  const auto rid = ads::rid_of(*sid);
   // The token travels as a signed 32-bit integer.
   return rid ? std::vector{base::to_text(static_cast<std::int32_t>(*rid))} : std::vector<std::string>{};
 }
@@ -47,9 +47,9 @@ std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& en
   if (base::equals_fold(attribute, "distinguishedName"))
     return {entry.dn()};
   if (base::equals_fold(attribute, "name"))
-    return {parse_rdn(first_rdn(entry.dn())).value};
+    return {ads::parse_rdn(ads::first_rdn(entry.dn())).value};
   if (base::equals_fold(attribute, "cn") || base::equals_fold(attribute, "ou")) {
-    Rdn rdn = parse_rdn(first_rdn(entry.dn()));
+    ads::Rdn rdn = ads::parse_rdn(ads::first_rdn(entry.dn()));
     if (base::equals_fold(rdn.type, attribute))
       return {std::move(rdn.value)};
   }
@@ -97,7 +97,7 @@ bool in_configuration(const LabDomain& domain, std::string_view dn) {
 }
 
 std::string object_name(std::string_view dn) {
-  const std::string_view rdn = first_rdn(dn);
+  const std::string_view rdn = ads::first_rdn(dn);
   const std::size_t equals = rdn.find('=');
   if (equals == base::npos)
     return std::string(rdn);

@@ -15,8 +15,6 @@ inline constexpr std::uint32_t kBadNetPath = 0x80070035;     ///< ERROR_BAD_NETP
 inline constexpr std::uint32_t kShareNotFound = 0x80070906;  ///< NERR_NetNameNotFound
 inline constexpr std::uint32_t kShareExists = 0x80070846;    ///< NERR_DuplicateShare
 
-[[noreturn]] inline void raise(std::uint32_t number, const std::string& description) {
-  throw base::RuntimeError(number, description);
-}
+using base::raise;
 
 }  // namespace twk::lab

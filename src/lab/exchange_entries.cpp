@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "ads/dn.hpp"
 #include "base/text.hpp"
 #include "lab/configuration_entries.hpp"
-#include "lab/dn.hpp"
 #include "lab/exchange_schema.hpp"
 
 namespace twk::lab {
@@ -27,7 +27,7 @@ class Directory {
 };
 
 std::string below(const std::string& parent, std::string_view name) {
-  return make_rdn("CN", name) + "," + parent;
+  return ads::make_rdn("CN", name) + "," + parent;
 }
 
 }  // namespace
@@ -35,8 +35,9 @@ std::string below(const std::string& parent, std::string_view name) {
 std::vector<LdifRecord> exchange55_entries(const ExchangePlan& plan) {
   const std::string container(find_exchange_class("Container")->chain);
   Directory directory;
-  const std::string top = directory.add(make_rdn("O", plan.organisation), "top organization");
-  const std::string site = directory.add(make_rdn("OU", plan.site) + "," + top, "top organizationalUnit");
+  const std::string top = directory.add(ads::make_rdn("O", plan.organisation), "top organization");
+  const std::string site =
+      directory.add(ads::make_rdn("OU", plan.site) + "," + top, "top organizationalUnit");
   const std::string configuration = directory.add(below(site, "Configuration"), container);
   const std::string servers = directory.add(below(configuration, "Servers"), container);
   const std::string server = directory.add(below(servers, plan.old_server), "top Computer");
@@ -55,10 +56,10 @@ std::vector<LdifRecord> exchange2000_entries(const LabConfig& config, const Exch
   const auto legacy = [](std::string name) {
     return std::vector<LdifAttribute>{{"legacyExchangeDN", {std::move(name)}}};
   };
-  const auto chain = [](std::string_view name) { return std::string(find_class(name)->chain); };
+  const auto chain = [](std::string_view name) { return std::string(ads::find_class(name)->chain); };
   Directory directory;
   const std::string services =
-      directory.add("CN=Services,CN=Configuration," + domain_dn(config.domain), chain("container"));
+      directory.add("CN=Services,CN=Configuration," + ads::domain_dn(config.domain), chain("container"));
   const std::string exchange =
       directory.add(below(services, "Microsoft Exchange"), chain("msExchConfigurationContainer"));
   const std::string organisation =

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "ads/ads_path.hpp"
+#include "ads/dn.hpp"
 #include "base/text.hpp"
-#include "lab/ads_path.hpp"
-#include "lab/dn.hpp"
 #include "lab/domain_rules.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
@@ -45,7 +45,7 @@ std::string_view host_of(std::string_view server) {
 std::string exchange_dn(std::string_view name) {
   const std::vector<std::string_view> parts = split_at_slashes(name);
   const bool top_down = std::all_of(parts.begin(), parts.end(), [](std::string_view part) {
-    return part.find('=') != base::npos && parent_dn(part).empty();
+    return part.find('=') != base::npos && ads::parent_dn(part).empty();
   });
   if (parts.size() == 1 || !top_down)
     return std::string(name);
@@ -84,12 +84,12 @@ std::string ExchangeObject::Name() const {
 }
 
 std::string ExchangeObject::ADsPath() const {
-  return path_prefix(Provider::kLdap, server_) + dn_;
+  return ads::path_prefix(ads::Provider::kLdap, server_) + dn_;
 }
 
 std::string ExchangeObject::Parent() const {
-  const std::string_view parent = parent_dn(dn_);
-  return parent.empty() ? "LDAP:" : path_prefix(Provider::kLdap, server_) + std::string(parent);
+  const std::string_view parent = ads::parent_dn(dn_);
+  return parent.empty() ? "LDAP:" : ads::path_prefix(ads::Provider::kLdap, server_) + std::string(parent);
 }
 
 ObjectPtr ExchangeObject::bind(std::string_view dn) const {
@@ -101,11 +101,12 @@ ValueList ExchangeObject::stored(std::string_view attribute) {
     return {};
   store_.refresh();
   const Entry& entry = require_exchange_entry(store_, dn_);
-  return to_value(find_exchange_attribute(attribute), entry.values(attribute)).list();
+  return ads::to_value(find_exchange_attribute(attribute), entry.values(attribute)).list();
 }
 
 Value ExchangeObject::Get(std::string_view attribute) {
-  Value value = staged_.view(attribute, [&] { return stored(attribute); });
+  Value value = staged_.hides_stored(attribute) ? staged_.over(attribute, {})
+                                                : staged_.over(attribute, stored(attribute));
   if (value.is_empty())
     raise(ads_error::kPropertyNotFound, dn_ + " has no value for " + std::string(attribute));
   return value;
@@ -121,10 +122,10 @@ void ExchangeObject::PutEx(int control, std::string_view attribute, const Value&
 
 void ExchangeObject::SetInfo() {
   if (new_) {
-    add_exchange_object(store_, object_class_, dn_, staged_.all());
+    add_exchange_object(store_, object_class_, dn_, staged_.changes());
     new_ = false;
   } else {
-    modify_exchange_object(store_, dn_, staged_.all());
+    modify_exchange_object(store_, dn_, staged_.changes());
   }
   staged_.clear();
 }
@@ -134,7 +135,7 @@ void ExchangeObject::enumerate(std::span<const std::string> classes,
   store_.refresh();
   std::vector<std::string> names;
   store_.children(require_exchange_entry(store_, dn_), [&](const Entry& child) {
-    if (is_wanted(classes, entry_class(child)))
+    if (ads::is_wanted(classes, entry_class(child)))
       names.push_back(child.dn());
     return true;
   });
@@ -170,8 +171,9 @@ void ExchangeObject::Delete(std::string_view object_class, std::string_view rela
 }
 
 std::string ExchangeObject::member_dn(std::string_view path) const {
-  const AdsPath parsed = parse_ads_path(path);
-  if (parsed.kind != AdsPath::Kind::kEntry || !base::equals_fold(host_of(parsed.server), host_of(server_)))
+  const ads::AdsPath parsed = ads::parse_ads_path(path);
+  if (parsed.kind != ads::AdsPath::Kind::kEntry ||
+      !base::equals_fold(host_of(parsed.server), host_of(server_)))
     raise(ads_error::kNoSuchObject, "Not an object of this directory: " + std::string(path));
   store_.refresh();
   return require_exchange_entry(store_, exchange_dn(parsed.name)).dn();

@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "lab/basic_object.hpp"
+#include "ads/basic_object.hpp"
+#include "ads/staged_values.hpp"
 #include "lab/entry_store.hpp"
-#include "lab/staged_changes.hpp"
 
 namespace twk::lab {
 
@@ -15,7 +15,7 @@ std::string exchange_dn(std::string_view name);
 
 /// An object of an Exchange 5.5 directory: a container, a mailbox, a custom recipient, a distribution list.
 /// Objects reached from it have its server part in their paths.
-class ExchangeObject final : public BasicObject {
+class ExchangeObject final : public ads::BasicObject {
  public:
   /// A stored object. Raises kNoSuchObject.
   ExchangeObject(EntryStore& store, std::string server, std::string_view dn);
@@ -60,7 +60,7 @@ class ExchangeObject final : public BasicObject {
   std::string dn_;
   std::string object_class_;
   bool new_ = false;
-  StagedChanges staged_;
+  ads::StagedValues staged_;
 };
 
 /// Binds the object of that name; the organisation for an empty one. Raises kNoSuchObject, kInvalidDn.

@@ -2,11 +2,11 @@
 
 #include <optional>
 
+#include "ads/dn.hpp"
 #include "base/bytes.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lab/account_rules.hpp"
-#include "lab/dn.hpp"
 #include "lab/draft.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
@@ -20,8 +20,8 @@ namespace {
   raise(ads_error::kConstraint, "The value of " + std::string(attribute) + " " + what);
 }
 
-const AttributeSchema& writable_attribute(std::string_view name) {
-  const AttributeSchema* const attribute = find_exchange_attribute(name);
+const ads::AttributeSchema& writable_attribute(std::string_view name) {
+  const ads::AttributeSchema* const attribute = find_exchange_attribute(name);
   if (attribute == nullptr)
     raise(ads_error::kNoSuchAttribute, "The Exchange schema has no attribute " + std::string(name));
   if (attribute->system_only)
@@ -29,7 +29,7 @@ const AttributeSchema& writable_attribute(std::string_view name) {
   return *attribute;
 }
 
-base::Bytes bytes_behind(const AttributeSchema& attribute, std::string_view digits) {
+base::Bytes bytes_behind(const ads::AttributeSchema& attribute, std::string_view digits) {
   base::Bytes bytes;
   if (digits.size() % 2 != 0)
     constraint(attribute.name, "is no hexadecimal text");
@@ -43,19 +43,19 @@ base::Bytes bytes_behind(const AttributeSchema& attribute, std::string_view digi
   return bytes;
 }
 
-void check_descriptor(const AttributeSchema& attribute, const base::Bytes& bytes) {
+void check_descriptor(const ads::AttributeSchema& attribute, const base::Bytes& bytes) {
   base::Trap trap;
   if (!trap([&] { static_cast<void>(platform::SecurityDescriptor::decode(bytes)); }))
     constraint(attribute.name, "is no security descriptor");
 }
 
-void check_account(const AttributeSchema& attribute, const base::Bytes& bytes) {
+void check_account(const ads::AttributeSchema& attribute, const base::Bytes& bytes) {
   const auto sid = platform::Sid::decode(bytes);
   if (!sid || sid->size() != bytes.size())
     constraint(attribute.name, "is no account's identifier");
 }
 
-void check_bytes(const AttributeSchema& attribute, std::string_view digits) {
+void check_bytes(const ads::AttributeSchema& attribute, std::string_view digits) {
   const base::Bytes bytes = bytes_behind(attribute, digits);
   if (attribute.name == "Assoc-NT-Account")
     check_account(attribute, bytes);
@@ -63,12 +63,12 @@ void check_bytes(const AttributeSchema& attribute, std::string_view digits) {
     check_descriptor(attribute, bytes);
 }
 
-std::vector<Modification> checked(const Entry* entry, const std::vector<StagedChange>& changes) {
+std::vector<Modification> checked(const Entry* entry, const std::vector<ads::StagedChange>& changes) {
   std::vector<Modification> out;
-  for (const StagedChange& change : changes) {
-    const AttributeSchema& attribute = writable_attribute(change.attribute);
+  for (const ads::StagedChange& change : changes) {
+    const ads::AttributeSchema& attribute = writable_attribute(change.attribute);
     out.push_back(to_modification(entry, attribute, change));
-    if (attribute.syntax != Syntax::kOctetString)
+    if (attribute.syntax != ads::Syntax::kOctetString)
       continue;
     for (const std::string& value : out.back().values)
       check_bytes(attribute, value);
@@ -78,10 +78,10 @@ std::vector<Modification> checked(const Entry* entry, const std::vector<StagedCh
 
 /// The container of that name holds what the server needs, and whatever is below it.
 bool is_configuration(std::string_view dn) {
-  for (std::string_view name = dn; !name.empty(); name = parent_dn(name)) {
-    const std::string_view above = parent_dn(name);
-    if (base::equals_fold(parse_rdn(first_rdn(name)).value, "Configuration") && !above.empty() &&
-        base::equals_fold(parse_rdn(first_rdn(above)).type, "ou"))
+  for (std::string_view name = dn; !name.empty(); name = ads::parent_dn(name)) {
+    const std::string_view above = ads::parent_dn(name);
+    if (base::equals_fold(ads::parse_rdn(ads::first_rdn(name)).value, "Configuration") && !above.empty() &&
+        base::equals_fold(ads::parse_rdn(ads::first_rdn(above)).type, "ou"))
       return true;
   }
   return false;
@@ -107,11 +107,11 @@ const Entry& require_exchange_entry(const EntryStore& store, std::string_view dn
 }
 
 void add_exchange_object(EntryStore& store, std::string_view object_class, const std::string& dn,
-                         const std::vector<StagedChange>& values) {
+                         const std::vector<ads::StagedChange>& values) {
   const ExchangeClass* const schema = find_exchange_class(object_class);
   if (schema == nullptr)
     raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
-  const std::string name = parse_rdn(first_rdn(dn)).value;
+  const std::string name = ads::parse_rdn(ads::first_rdn(dn)).value;
   Draft draft;
   draft.set("objectClass", base::split(schema->chain, ' '));
   draft.set("cn", name);
@@ -121,14 +121,14 @@ void add_exchange_object(EntryStore& store, std::string_view object_class, const
   if (schema->name == "Remote-Address" && !draft.value("Target-Address"))
     raise(ads_error::kConstraint, "A custom recipient needs a Target-Address");
   store.add(dn, draft.take(), [&] {
-    check_place(store, *schema, parent_dn(dn));
+    check_place(store, *schema, ads::parent_dn(dn));
     if (store.find(dn) != nullptr)
       raise(ads_error::kObjectExists, "The name is in use: " + dn);
   });
 }
 
 void modify_exchange_object(EntryStore& store, const std::string& dn,
-                            const std::vector<StagedChange>& changes) {
+                            const std::vector<ads::StagedChange>& changes) {
   store.refresh();
   const std::vector<Modification> modifications = checked(&require_exchange_entry(store, dn), changes);
   if (!modifications.empty())

@@ -2,14 +2,14 @@
 
 #include <string_view>
 
-#include "lab/schema.hpp"
+#include "ads/schema.hpp"
 
 /// The part of an Exchange 5.5 directory's schema that mailbox administration meets. Bytes are held as
-/// hexadecimal text, so that a value of `Syntax::kOctetString` is digits and no raw bytes.
+/// hexadecimal text, so that a value of `ads::Syntax::kOctetString` is digits and no raw bytes.
 namespace twk::lab {
 
 /// None for an attribute that the schema does not know. Folds case.
-const AttributeSchema* find_exchange_attribute(std::string_view name);
+const ads::AttributeSchema* find_exchange_attribute(std::string_view name);
 
 struct ExchangeClass {
   std::string_view name;   ///< "OrganizationalPerson"

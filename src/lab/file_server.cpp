@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "ads/dn.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/errors.hpp"
 
 namespace twk::lab {
@@ -80,7 +80,7 @@ bool FileServer::is_domain_member() const {
 }
 
 std::optional<platform::Sid> FileServer::find_account(std::string_view name) const {
-  const Entry* const entry = store_->find(make_rdn("CN", name) + "," + std::string(kAccounts));
+  const Entry* const entry = store_->find(ads::make_rdn("CN", name) + "," + std::string(kAccounts));
   return entry == nullptr ? std::nullopt
                           : platform::Sid::parse(entry->value("objectSid").value_or(std::string()));
 }
@@ -90,7 +90,7 @@ std::optional<std::string> FileServer::account_name(const platform::Sid& sid) co
   store_->children(kAccounts, [&](const Entry& entry) {
     const auto stored = entry.value("objectSid");
     if (stored && platform::Sid::parse(*stored) == sid)
-      name = parse_rdn(first_rdn(entry.dn())).value;
+      name = ads::parse_rdn(ads::first_rdn(entry.dn())).value;
     return !name;
   });
   return name;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "ads/dn.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/errors.hpp"
 
 namespace twk::lab {
@@ -17,7 +17,7 @@ constexpr std::string_view kDescriptor = "nTSecurityDescriptor";
 constexpr std::size_t kLongestShareName = 80;
 
 std::string share_dn(std::string_view name) {
-  return make_rdn("CN", name) + "," + std::string(kContainer);
+  return ads::make_rdn("CN", name) + "," + std::string(kContainer);
 }
 
 bool is_share(const Entry& entry) {
@@ -27,7 +27,7 @@ bool is_share(const Entry& entry) {
 
 FileShare to_share(const Entry& entry) {
   FileShare share;
-  share.name = parse_rdn(first_rdn(entry.dn())).value;
+  share.name = ads::parse_rdn(ads::first_rdn(entry.dn())).value;
   share.path = entry.value("path").value_or(std::string());
   share.comment = entry.value("description").value_or(std::string());
   share.max_users = base::to_number(entry.value("maxUserCount").value_or(std::string())).value_or(-1);

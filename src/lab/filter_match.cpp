@@ -4,9 +4,9 @@
 #include <optional>
 #include <utility>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/filter.hpp"
 
 namespace twk::lab {
@@ -53,7 +53,7 @@ bool is_same_name(std::string_view stored, std::string_view wanted) {
   if (!may_be_names || !base::equals_fold(stored.substr(0, 1), wanted.substr(0, 1)))
     return false;
   try {
-    return normalize_dn(stored) == normalize_dn(wanted);
+    return ads::normalize_dn(stored) == ads::normalize_dn(wanted);
   } catch (const base::RuntimeError&) {
     return false;
   }
@@ -74,7 +74,7 @@ bool is_category(std::string_view stored, std::string_view wanted) {
       wanted = "person";
   }
   try {
-    std::string name = parse_rdn(first_rdn(stored)).value;
+    std::string name = ads::parse_rdn(ads::first_rdn(stored)).value;
     std::erase(name, '-');
     return base::equals_fold(name, wanted);
   } catch (const base::RuntimeError&) {

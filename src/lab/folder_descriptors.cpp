@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "ads/dn.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "platform/access_check.hpp"
 
 namespace twk::lab {
@@ -35,7 +35,7 @@ std::vector<std::string> parts_of(std::string_view path) {
 }
 
 std::string below(const std::string& dn, std::string_view part) {
-  return make_rdn("CN", part) + "," + dn;
+  return ads::make_rdn("CN", part) + "," + dn;
 }
 
 std::string record_dn(std::string_view path) {
@@ -94,16 +94,10 @@ SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
   SecurityDescriptor descriptor = drive;
   std::string dn(kContainer);
   const std::vector<std::string> parts = parts_of(path);
-  bool may_be_stored = store_.find(dn) != nullptr;
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    std::optional<SecurityDescriptor> own;
-    if (may_be_stored) {
-      dn = below(dn, parts[i]);
-      const Entry* const entry = store_.find(dn);
-      may_be_stored = entry != nullptr;
-      if (entry != nullptr)
-        own = stored_in(*entry);
-    }
+    dn = below(dn, parts[i]);
+    const Entry* const entry = store_.find(dn);
+    std::optional<SecurityDescriptor> own = entry == nullptr ? std::nullopt : stored_in(*entry);
     if (own) {
       descriptor = *std::move(own);
     } else if (i > 0) {
@@ -162,12 +156,12 @@ void FolderDescriptors::move(std::string_view from, std::string_view to) {
   if (store_.find(old_dn) == nullptr)
     return;
   std::string new_dn = record_dn(to);
-  if (normalize_dn(new_dn) != normalize_dn(old_dn))
+  if (ads::normalize_dn(new_dn) != ads::normalize_dn(old_dn))
     forget(to);
   const std::vector<std::string> parts = parts_of(to);
   const std::size_t name_at = std::string(to).find_last_of("\\/");
   const std::string parent = make_record(to.substr(0, name_at));
-  store_.rename(old_dn, make_rdn("CN", parts.back()), parent, nullptr);
+  store_.rename(old_dn, ads::make_rdn("CN", parts.back()), parent, nullptr);
 }
 
 }  // namespace twk::lab

@@ -3,13 +3,13 @@
 #include <array>
 #include <vector>
 
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
+#include "ads/sid.hpp"
 #include "base/text.hpp"
 #include "lab/account_rules.hpp"
 #include "lab/configuration_entries.hpp"
-#include "lab/dn.hpp"
 #include "lab/invented_names.hpp"
-#include "lab/schema.hpp"
-#include "lab/sid.hpp"
 
 namespace twk::lab {
 namespace {
@@ -36,8 +36,8 @@ class DomainWriter {
         write_(write),
         numbers_(plan.seed),
         people_(numbers_),
-        root_(domain_dn(domain_name(config))),
-        sid_(make_domain_sid(word(), word(), word())) {}
+        root_(ads::domain_dn(domain_name(config))),
+        sid_(ads::make_domain_sid(word(), word(), word())) {}
 
   void write() {
     write_containers();
@@ -63,11 +63,11 @@ class DomainWriter {
   }
 
   LdifRecord make(const std::string& dn, std::string_view object_class) {
-    const ClassSchema& schema = *find_class(object_class);
+    const ads::ClassSchema& schema = *ads::find_class(object_class);
     LdifRecord record;
     record.dn = dn;
     record.attributes = {{"objectClass", base::split(schema.chain, ' ')}};
-    const Rdn rdn = parse_rdn(first_rdn(dn));
+    const ads::Rdn rdn = ads::parse_rdn(ads::first_rdn(dn));
     add(record, base::lower(rdn.type), rdn.value);
     add(record, "objectCategory",
         "CN=" + std::string(schema.category) + ",CN=Schema,CN=Configuration," + root_);
@@ -84,7 +84,7 @@ class DomainWriter {
     add(record, "objectSid", std::move(sid));
   }
 
-  std::string rid_sid(std::uint32_t rid) const { return append_rid(sid_, rid); }
+  std::string rid_sid(std::uint32_t rid) const { return ads::append_rid(sid_, rid); }
 
   void write_containers() {
     LdifRecord domain = make(root_, "domainDNS");
@@ -117,13 +117,13 @@ class DomainWriter {
     const base::Date created{42005.0 +
                              static_cast<double>(numbers_.below(std::size_t{3650} * 86400)) / 86400.0};
     add(user, "pwdLastSet", base::to_text(base::to_filetime(created)));
-    add(user, "whenCreated", to_raw(*find_attribute("whenCreated"), created));
+    add(user, "whenCreated", ads::to_raw(*ads::find_attribute("whenCreated"), created));
     return user;
   }
 
   void write_builtin_user(const std::string& name, std::uint32_t rid, std::int32_t flags,
                           std::string_view about, bool needed) {
-    LdifRecord user = make_user(make_rdn("CN", name) + ",CN=Users," + root_, name, rid, flags);
+    LdifRecord user = make_user(ads::make_rdn("CN", name) + ",CN=Users," + root_, name, rid, flags);
     if (!about.empty())
       add(user, "description", std::string(about));
     if (needed)
@@ -134,7 +134,7 @@ class DomainWriter {
   void write_needed_group(const std::string& parent, const std::string& name, std::string sid,
                           std::uint32_t type, std::string_view about,
                           const std::vector<std::string>& members) {
-    LdifRecord group = make(make_rdn("CN", name) + "," + parent, "group");
+    LdifRecord group = make(ads::make_rdn("CN", name) + "," + parent, "group");
     add_account(group, name, std::move(sid));
     const std::int32_t bits = signed_bits(kSecurity | type);
     add(group, "groupType", base::to_text(bits));
@@ -148,7 +148,7 @@ class DomainWriter {
 
   void write_controller() {
     LdifRecord computer =
-        make(make_rdn("CN", config_.controller) + ",OU=Domain Controllers," + root_, "computer");
+        make(ads::make_rdn("CN", config_.controller) + ",OU=Domain Controllers," + root_, "computer");
     add_account(computer, config_.controller + "$", rid_sid(kFirstRid));
     add(computer, "userAccountControl", "532480");
     add(computer, "primaryGroupID", "516");
@@ -174,7 +174,7 @@ class DomainWriter {
     if (!plan_.administrator.empty() && !own) {
       write_builtin_user(plan_.administrator, kFirstRid + 1, 0x200, "", false);
       people_.reserve(plan_.administrator);
-      admins.push_back(make_rdn("CN", plan_.administrator) + "," + users);
+      admins.push_back(ads::make_rdn("CN", plan_.administrator) + "," + users);
     }
     write_needed_group(users, "Domain Admins", rid_sid(512), kGlobal, "Administrators of the domain", admins);
     write_needed_group(users, "Domain Users", rid_sid(513), kGlobal, "All domain users", {});
@@ -182,12 +182,12 @@ class DomainWriter {
                        {"CN=Guest," + users});
     write_needed_group(users, "Domain Computers", rid_sid(515), kGlobal, "Workstations and servers", {});
     write_needed_group(users, "Domain Controllers", rid_sid(516), kGlobal, "All domain controllers", {});
-    write_needed_group(builtin, "Administrators", make_builtin_sid(544), kBuiltinLocal,
+    write_needed_group(builtin, "Administrators", ads::make_builtin_sid(544), kBuiltinLocal,
                        "Full access to the domain",
                        {"CN=Administrator," + users, "CN=Domain Admins," + users});
-    write_needed_group(builtin, "Users", make_builtin_sid(545), kBuiltinLocal, "Ordinary users",
+    write_needed_group(builtin, "Users", ads::make_builtin_sid(545), kBuiltinLocal, "Ordinary users",
                        {"CN=Domain Users," + users});
-    write_needed_group(builtin, "Guests", make_builtin_sid(546), kBuiltinLocal, "Guests of the domain",
+    write_needed_group(builtin, "Guests", ads::make_builtin_sid(546), kBuiltinLocal, "Guests of the domain",
                        {"CN=Domain Guests," + users});
   }
 
@@ -202,7 +202,7 @@ class DomainWriter {
       const std::size_t place_number = i / kUnitsInPlace;
       const std::string name =
           within == 0 ? place_name(place_number) : department_name((place_number * 3 + within - 1) % 16);
-      units_.push_back(make_rdn("OU", name) + "," + (within == 0 ? root_ : place));
+      units_.push_back(ads::make_rdn("OU", name) + "," + (within == 0 ? root_ : place));
       if (within == 0)
         place = units_.back();
       write_(make(units_.back(), "organizationalUnit"));
@@ -216,7 +216,7 @@ class DomainWriter {
       const Person person = people_.next();
       const bool nt = config_.kind == DomainKind::kNt;
       const std::string& unit = units_[numbers_.below(units_.size())];
-      const std::string dn = make_rdn("CN", nt ? person.account_name : person.common_name) + "," + unit;
+      const std::string dn = ads::make_rdn("CN", nt ? person.account_name : person.common_name) + "," + unit;
       LdifRecord user =
           make_user(dn, person.account_name, kFirstRid + 2 + static_cast<std::uint32_t>(i), 0x200);
       add(user, "displayName", person.common_name);
@@ -264,7 +264,7 @@ class DomainWriter {
   void write_groups() {
     for (std::size_t i = 0; i < plan_.groups; ++i) {
       const std::string name = group_name(i);
-      LdifRecord group = make(make_rdn("CN", name) + "," + units_[i % units_.size()], "group");
+      LdifRecord group = make(ads::make_rdn("CN", name) + "," + units_[i % units_.size()], "group");
       add_account(group, name, rid_sid(kFirstRid + 2 + static_cast<std::uint32_t>(plan_.users + i)));
       const std::int32_t type = signed_bits(group_type(i));
       add(group, "groupType", base::to_text(type));

@@ -1,7 +1,7 @@
 #include "lab/lab.hpp"
 
+#include "ads/dn.hpp"
 #include "lab/configuration_entries.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/exchange_servers.hpp"
 #include "lab/lab_directory.hpp"
@@ -31,8 +31,8 @@ struct Lab::Services {
                .store = *store,
                .clock = clock,
                .servers = servers,
-               .root_dn = domain_dn(domain_name(config)),
-               .configuration_dn = "CN=Configuration," + domain_dn(domain_name(config))},
+               .root_dn = ads::domain_dn(domain_name(config)),
+               .configuration_dn = "CN=Configuration," + ads::domain_dn(domain_name(config))},
         exchange(root / "exchange", warn),
         directory(domain, exchange),
         query(domain),

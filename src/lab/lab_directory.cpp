@@ -14,39 +14,39 @@ namespace twk::lab {
 
 using platform::ObjectPtr;
 
-ObjectPtr LabDirectory::bind_namespace(Provider provider) {
+ObjectPtr LabDirectory::bind_namespace(ads::Provider provider) {
   const bool nt = domain_.config.kind == DomainKind::kNt;
   std::vector<std::string> children;
-  if (provider == Provider::kWinnt) {
+  if (provider == ads::Provider::kWinnt) {
     children.push_back("WinNT://" + domain_.config.netbios);
   } else if (!nt) {
-    children.push_back((provider == Provider::kGc ? "GC://" : "LDAP://") + domain_.config.domain);
+    children.push_back((provider == ads::Provider::kGc ? "GC://" : "LDAP://") + domain_.config.domain);
   }
-  const std::string name = provider == Provider::kGc     ? "GC:"
-                           : provider == Provider::kLdap ? "LDAP:"
-                                                         : "WinNT:";
-  return std::make_shared<NamespaceObject>(name, provider == Provider::kWinnt ? "Domain" : "domainDNS",
+  const std::string name = provider == ads::Provider::kGc     ? "GC:"
+                           : provider == ads::Provider::kLdap ? "LDAP:"
+                                                              : "WinNT:";
+  return std::make_shared<NamespaceObject>(name, provider == ads::Provider::kWinnt ? "Domain" : "domainDNS",
                                            children,
                                            [this](const std::string& path) { return GetObject(path); });
 }
 
-ObjectPtr LabDirectory::bind_entry(const AdsPath& path, std::string_view whole) {
+ObjectPtr LabDirectory::bind_entry(const ads::AdsPath& path, std::string_view whole) {
   const std::string dn = resolve_entry(domain_, path);
   return std::make_shared<LdapObject>(StagedEntry(domain_, path.provider, dn), path.provider, path.server,
                                       std::string(path.name.empty() ? whole : std::string_view{}));
 }
 
-ObjectPtr LabDirectory::bind_share(const AdsPath& path) {
+ObjectPtr LabDirectory::bind_share(const ads::AdsPath& path) {
   FileServer* const server = domain_.servers.find(path.server);
   if (server == nullptr)
     raise(kBadNetPath, "There is no file server " + path.server);
   const auto object = std::make_shared<FileServerObject>(*server, path.server);
-  return path.kind == AdsPath::Kind::kFileShare ? object->GetObject("FileShare", path.name) : object;
+  return path.kind == ads::AdsPath::Kind::kFileShare ? object->GetObject("FileShare", path.name) : object;
 }
 
-ObjectPtr LabDirectory::bind_exchange(const AdsPath& path) {
+ObjectPtr LabDirectory::bind_exchange(const ads::AdsPath& path) {
   const bool domain_listens = domain_.config.kind != DomainKind::kNt;
-  if (path.provider != Provider::kLdap || path.server.empty() ||
+  if (path.provider != ads::Provider::kLdap || path.server.empty() ||
       (domain_listens && is_domain_server(domain_, path.server)))
     return nullptr;
   EntryStore* const store = exchange_.find(path.server);
@@ -54,28 +54,28 @@ ObjectPtr LabDirectory::bind_exchange(const AdsPath& path) {
 }
 
 ObjectPtr LabDirectory::GetObject(std::string_view path) {
-  const AdsPath parsed = parse_ads_path(path);
+  const ads::AdsPath parsed = ads::parse_ads_path(path);
   domain_.store.refresh();
   switch (parsed.kind) {
-    case AdsPath::Kind::kNamespace:
+    case ads::AdsPath::Kind::kNamespace:
       return bind_namespace(parsed.provider);
-    case AdsPath::Kind::kRootDse:
+    case ads::AdsPath::Kind::kRootDse:
       require_ldap_server(domain_, parsed.server);
       return std::make_shared<RootDse>(domain_, std::string(path));
-    case AdsPath::Kind::kSchema:
+    case ads::AdsPath::Kind::kSchema:
       require_ldap_server(domain_, parsed.server);
       return bind_schema(parsed.name);
-    case AdsPath::Kind::kEntry: {
+    case ads::AdsPath::Kind::kEntry: {
       ObjectPtr mail = bind_exchange(parsed);
       return mail != nullptr ? mail : bind_entry(parsed, path);
     }
-    case AdsPath::Kind::kDomain:
+    case ads::AdsPath::Kind::kDomain:
       require_domain(domain_, parsed.server);
       return std::make_shared<WinntDomain>(domain_, parsed.server);
-    case AdsPath::Kind::kAccount:
+    case ads::AdsPath::Kind::kAccount:
       return bind_winnt_account(domain_, resolve_entry(domain_, parsed), parsed.server);
-    case AdsPath::Kind::kFileServer:
-    case AdsPath::Kind::kFileShare:
+    case ads::AdsPath::Kind::kFileServer:
+    case ads::AdsPath::Kind::kFileShare:
       return bind_share(parsed);
   }
   raise(ads_error::kBadPathname, "Not a path of a directory: " + std::string(path));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
 #include "lab/exchange_servers.hpp"
 #include "lab/lab_domain.hpp"
 #include "platform/directory.hpp"
@@ -21,11 +21,11 @@ class LabDirectory final : public platform::DirectoryService {
   void end_batch() override;
 
  private:
-  platform::ObjectPtr bind_namespace(Provider provider);
-  platform::ObjectPtr bind_entry(const AdsPath& path, std::string_view whole);
-  platform::ObjectPtr bind_share(const AdsPath& path);
+  platform::ObjectPtr bind_namespace(ads::Provider provider);
+  platform::ObjectPtr bind_entry(const ads::AdsPath& path, std::string_view whole);
+  platform::ObjectPtr bind_share(const ads::AdsPath& path);
   /// None for a path that is the domain's.
-  platform::ObjectPtr bind_exchange(const AdsPath& path);
+  platform::ObjectPtr bind_exchange(const ads::AdsPath& path);
 
   LabDomain& domain_;
   ExchangeServers& exchange_;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "ads/dn.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
 
@@ -30,7 +30,7 @@ std::string nickname_of(std::string_view account) {
 /// The entry that is so many places above one.
 std::string_view above(std::string_view dn, int places) {
   for (int i = 0; i < places; ++i)
-    dn = parent_dn(dn);
+    dn = ads::parent_dn(dn);
   return dn;
 }
 

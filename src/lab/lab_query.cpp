@@ -2,14 +2,14 @@
 
 #include <utility>
 
+#include "ads/ads_path.hpp"
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
 #include "base/text.hpp"
 #include "lab/account_path.hpp"
-#include "lab/ads_path.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_search.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
-#include "lab/schema.hpp"
 #include "platform/adsi.hpp"
 
 namespace twk::lab {
@@ -24,7 +24,7 @@ constexpr std::uint32_t kNoSuchField = 3265;
 /// One attribute of the list.
 struct Column {
   std::string attribute;
-  const AttributeSchema* schema = nullptr;
+  const ads::AttributeSchema* schema = nullptr;
   bool is_path = false;
 };
 
@@ -33,7 +33,7 @@ std::vector<Column> make_columns(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     const std::string_view attribute = platform::ldap_attribute(name);
     columns.push_back(
-        {std::string(attribute), find_attribute(attribute), base::equals_fold(name, "ADsPath")});
+        {std::string(attribute), ads::find_attribute(attribute), base::equals_fold(name, "ADsPath")});
   }
   return columns;
 }
@@ -63,7 +63,7 @@ class LabRecordset final : public platform::Recordset {
       return prefix_ + dn;
     const Entry* const entry = domain_.store.find(dn);
     if (entry != nullptr)
-      return to_value(column.schema, read_attribute(domain_, *entry, column.attribute));
+      return ads::to_value(column.schema, read_attribute(domain_, *entry, column.attribute));
     return from_name(dn, column.attribute);
   }
 
@@ -97,7 +97,7 @@ class LabRecordset final : public platform::Recordset {
   static Value from_name(const std::string& dn, std::string_view attribute) {
     if (base::equals_fold(attribute, "distinguishedName"))
       return dn;
-    Rdn rdn = parse_rdn(first_rdn(dn));
+    ads::Rdn rdn = ads::parse_rdn(ads::first_rdn(dn));
     const bool named = base::equals_fold(attribute, "name") || base::equals_fold(attribute, rdn.type);
     return named ? Value(std::move(rdn.value)) : Value{};
   }
@@ -114,8 +114,8 @@ class LabRecordset final : public platform::Recordset {
 
 std::unique_ptr<platform::Recordset> LabQuery::execute(const platform::QueryText& query,
                                                        const platform::QueryOptions& options) {
-  const AdsPath base = parse_ads_path(query.base);
-  if (base.provider == Provider::kWinnt || base.kind != AdsPath::Kind::kEntry) {
+  const ads::AdsPath base = ads::parse_ads_path(query.base);
+  if (base.provider == ads::Provider::kWinnt || base.kind != ads::AdsPath::Kind::kEntry) {
     raise(ads_error::kBadPathname, "A query cannot begin at " + query.base);
   }
   domain_.store.refresh();
@@ -123,7 +123,7 @@ std::unique_ptr<platform::Recordset> LabQuery::execute(const platform::QueryText
   std::vector<std::string> rows = search_entries(domain_, base_dn, query.scope, parse_filter(query.filter));
   if (!options.sort_on.empty())
     sort_by_attribute(domain_, rows, platform::ldap_attribute(options.sort_on));
-  return std::make_unique<LabRecordset>(domain_, path_prefix(base.provider, base.server),
+  return std::make_unique<LabRecordset>(domain_, ads::path_prefix(base.provider, base.server),
                                         make_columns(query.attributes), std::move(rows));
 }
 

@@ -1,8 +1,8 @@
 #include "lab/ldap_object.hpp"
 
+#include "ads/dn.hpp"
 #include "base/text.hpp"
 #include "lab/account_path.hpp"
-#include "lab/dn.hpp"
 #include "lab/domain_rules.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
@@ -15,7 +15,7 @@ namespace twk::lab {
 using platform::ObjectPtr;
 using platform::Value;
 
-LdapObject::LdapObject(StagedEntry entry, Provider provider, std::string server, std::string whole_path)
+LdapObject::LdapObject(StagedEntry entry, ads::Provider provider, std::string server, std::string whole_path)
     : entry_(std::move(entry)),
       provider_(provider),
       server_(std::move(server)),
@@ -29,17 +29,17 @@ std::string LdapObject::Class() const {
 }
 
 std::string LdapObject::ADsPath() const {
-  return whole_path_.empty() ? path_prefix(provider_, server_) + entry_.dn() : whole_path_;
+  return whole_path_.empty() ? ads::path_prefix(provider_, server_) + entry_.dn() : whole_path_;
 }
 
 std::string LdapObject::Parent() const {
   if (base::equals_fold(entry_.dn(), domain().root_dn))
-    return provider_ == Provider::kGc ? "GC:" : "LDAP:";
-  return path_prefix(provider_, server_) + std::string(parent_dn(entry_.dn()));
+    return provider_ == ads::Provider::kGc ? "GC:" : "LDAP:";
+  return ads::path_prefix(provider_, server_) + std::string(ads::parent_dn(entry_.dn()));
 }
 
 void LdapObject::require_writable() const {
-  if (provider_ == Provider::kGc)
+  if (provider_ == ads::Provider::kGc)
     raise(ads_error::kUnwilling, "The global catalogue is for reading");
 }
 
@@ -87,7 +87,7 @@ void LdapObject::enumerate(std::span<const std::string> classes,
   std::vector<std::string> names;
   domain().store.children(require_entry(domain(), entry_.dn()), [&](const Entry& child) {
     const bool other_context = base::equals_fold(child.dn(), domain().configuration_dn);
-    if (!other_context && is_wanted(classes, entry_class(child)))
+    if (!other_context && ads::is_wanted(classes, entry_class(child)))
       names.push_back(child.dn());
     return true;
   });
@@ -100,7 +100,7 @@ void LdapObject::enumerate(std::span<const std::string> classes,
 
 std::string LdapObject::existing_child(std::string_view object_class, std::string_view relative_name) const {
   domain().store.refresh();
-  static_cast<void>(split_dn(relative_name));
+  static_cast<void>(ads::split_dn(relative_name));
   const Entry& child = require_entry(domain(), std::string(relative_name) + "," + entry_.dn());
   if (!object_class.empty() && !has_class(child, object_class)) {
     raise(ads_error::kNoSuchObject, child.dn() + " is not of class " + std::string(object_class));
@@ -128,7 +128,7 @@ ObjectPtr LdapObject::MoveHere(std::string_view source_path, const std::optional
   require_writable();
   domain().store.refresh();
   const std::string source = resolve_entry(domain(), source_path);
-  const std::string name = new_name ? *new_name : std::string(first_rdn(source));
+  const std::string name = new_name ? *new_name : std::string(ads::first_rdn(source));
   const std::string target = child_dn(entry_class(require_entry(domain(), source)), name, entry_.dn());
   move_object(domain(), source, target);
   return bind(target);

@@ -2,17 +2,17 @@
 
 #include <string>
 
-#include "lab/basic_object.hpp"
+#include "ads/basic_object.hpp"
 #include "lab/staged_entry.hpp"
 
 namespace twk::lab {
 
 /// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server
 /// part in their paths. The catalogue is for reading: what changes something raises kUnwilling.
-class LdapObject final : public BasicObject {
+class LdapObject final : public ads::BasicObject {
  public:
   /// `whole_path` is what "LDAP://twk.test" calls itself; empty for a path that ends in the DN.
-  LdapObject(StagedEntry entry, Provider provider, std::string server, std::string whole_path = {});
+  LdapObject(StagedEntry entry, ads::Provider provider, std::string server, std::string whole_path = {});
 
   [[nodiscard]] std::string Name() const override;
   [[nodiscard]] std::string Class() const override;
@@ -49,7 +49,7 @@ class LdapObject final : public BasicObject {
   [[nodiscard]] std::vector<platform::ObjectPtr> bind_all(const std::vector<std::string>& dns) const;
 
   StagedEntry entry_;
-  Provider provider_;
+  ads::Provider provider_;
   std::string server_;
   std::string whole_path_;
 };

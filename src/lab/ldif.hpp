@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "ads/staged_values.hpp"
+
 /// LDIF, RFC 2849: content records and change records. Lines end with LF or CRLF.
 ///
 ///     ldif-file     ["version: 1"] record*
@@ -25,7 +27,7 @@ struct LdifAttribute {
 };
 
 enum class ChangeType { kContent, kAdd, kDelete, kModify, kModRdn };
-enum class ModifyKind { kAdd, kDelete, kReplace };
+using ModifyKind = ads::ChangeKind;
 
 struct Modification {
   ModifyKind kind = ModifyKind::kReplace;

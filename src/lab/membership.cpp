@@ -1,26 +1,26 @@
 #include "lab/membership.hpp"
 
+#include "ads/dn.hpp"
+#include "ads/sid.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
 #include "lab/rid_pool.hpp"
-#include "lab/sid.hpp"
 
 namespace twk::lab {
 namespace {
 
 const Entry* group_of_rid(const LabDomain& domain, std::int64_t rid) {
   const Entry* const group =
-      domain.store.find_sid(append_rid(domain_sid(domain), static_cast<std::uint32_t>(rid)));
+      domain.store.find_sid(ads::append_rid(domain_sid(domain), static_cast<std::uint32_t>(rid)));
   return group != nullptr && has_class(*group, "group") ? group : nullptr;
 }
 
 bool by_primary_group(const Entry& group, const Entry& member) {
   const auto own = member.value("primaryGroupID");
   const auto sid = group.value("objectSid");
-  const auto rid = sid ? rid_of(*sid) : std::nullopt;
-  return own && rid && without_rid(*sid) == without_rid(member.value("objectSid").value_or("")) &&
+  const auto rid = sid ? ads::rid_of(*sid) : std::nullopt;
+  return own && rid && ads::without_rid(*sid) == ads::without_rid(member.value("objectSid").value_or("")) &&
          static_cast<std::uint32_t>(base::val(*own)) == *rid;
 }
 
@@ -79,8 +79,8 @@ const Entry* primary_group(const LabDomain& domain, const Entry& user) {
 std::vector<std::string> members_by_primary_group(const LabDomain& domain, const Entry& group) {
   std::vector<std::string> names;
   const auto sid = group.value("objectSid");
-  const auto rid = sid ? rid_of(*sid) : std::nullopt;
-  if (!rid || without_rid(*sid) != domain_sid(domain))
+  const auto rid = sid ? ads::rid_of(*sid) : std::nullopt;
+  if (!rid || ads::without_rid(*sid) != domain_sid(domain))
     return names;
   for (const Entry* const user :
        domain.store.with_primary_group(base::to_text(static_cast<std::int32_t>(*rid)))) {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
 #include "lab/dn_hash.hpp"
 #include "platform/directory.hpp"
 
@@ -54,7 +54,7 @@ void LinkPlan::add_unchecked(Side side, const std::vector<std::string>& values) 
 
 std::string LinkPlan::key_of(std::string_view text) {
   try {
-    return normalize_dn(text);
+    return ads::normalize_dn(text);
   } catch (const base::RuntimeError&) {
     return base::upper(text);
   }

@@ -17,7 +17,7 @@ NamespaceObject::NamespaceObject(std::string name, std::string child_class, std:
 
 void NamespaceObject::enumerate(std::span<const std::string> classes,
                                 const std::function<bool(const ObjectPtr&)>& visit) {
-  if (!is_wanted(classes, child_class_))
+  if (!ads::is_wanted(classes, child_class_))
     return;
   for (const std::string& child : children_) {
     if (!visit(bind_domain_(child)))

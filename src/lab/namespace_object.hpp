@@ -4,14 +4,14 @@
 #include <utility>
 #include <vector>
 
-#include "lab/basic_object.hpp"
+#include "ads/basic_object.hpp"
 #include "lab/lab_domain.hpp"
 
 namespace twk::lab {
 
 /// "LDAP:", "GC:" or "WinNT:", whose children are the domains that can be seen. In a lab of kind nt the first
 /// two have none.
-class NamespaceObject final : public BasicObject {
+class NamespaceObject final : public ads::BasicObject {
  public:
   /// `bind_domain` binds a child by its path.
   NamespaceObject(std::string name, std::string child_class, std::vector<std::string> children,
@@ -32,7 +32,7 @@ class NamespaceObject final : public BasicObject {
 };
 
 /// What a server tells of itself: the names of its naming contexts and its own, read only.
-class RootDse final : public BasicObject {
+class RootDse final : public ads::BasicObject {
  public:
   RootDse(const LabDomain& domain, std::string path) : domain_(domain), path_(std::move(path)) {}
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "ads/sid.hpp"
 #include "base/text.hpp"
 #include "lab/account_identity.hpp"
-#include "lab/sid.hpp"
 #include "platform/access_check.hpp"
 
 namespace twk::lab {
@@ -18,7 +18,7 @@ constexpr std::uint32_t kAdministratorRid = 500;
 constexpr std::uint32_t kDomainAdminsRid = 512;
 
 Sid with_rid(std::string_view domain_sid, std::uint32_t rid) {
-  const std::string bytes = append_rid(domain_sid, rid);
+  const std::string bytes = ads::append_rid(domain_sid, rid);
   return Sid::decode(base::Bytes(bytes.begin(), bytes.end()))
       .value_or(platform::well_known::administrators());
 }

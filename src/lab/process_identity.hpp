@@ -18,8 +18,8 @@ class ProcessIdentity {
   ProcessIdentity(const ProcessIdentity&) = delete;
   ProcessIdentity& operator=(const ProcessIdentity&) = delete;
 
-  /// All identifiers that count in an access list. Raises kNoneMapped when "lab.conf" names an account that is
-  /// not there.
+  /// All identifiers that count in an access list. Raises kNoneMapped when "lab.conf" names an account that
+  /// is not there.
   const std::vector<platform::Sid>& identifiers();
   /// The account's own.
   platform::Sid account();

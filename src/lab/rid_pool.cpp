@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "ads/sid.hpp"
 #include "base/text.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
-#include "lab/sid.hpp"
 
 namespace twk::lab {
 namespace {
@@ -22,8 +22,8 @@ std::uint32_t first_free_rid(const LabDomain& domain, const std::string& sid) {
   std::uint32_t highest = kFirstRid - 1;
   domain.store.subtree(require_entry(domain, domain.root_dn), [&](const Entry& entry) {
     const auto own = entry.value("objectSid");
-    if (own && without_rid(*own) == sid)
-      highest = std::max(highest, rid_of(*own).value_or(0));
+    if (own && ads::without_rid(*own) == sid)
+      highest = std::max(highest, ads::rid_of(*own).value_or(0));
     return true;
   });
   return highest + 1;
@@ -57,7 +57,7 @@ void reserve_block(LabDomain& domain) {
 std::string next_sid(LabDomain& domain) {
   if (domain.next_rid == domain.end_rid)
     reserve_block(domain);
-  return append_rid(domain_sid(domain), domain.next_rid++);
+  return ads::append_rid(domain_sid(domain), domain.next_rid++);
 }
 
 std::string domain_sid(const LabDomain& domain) {

@@ -1,8 +1,8 @@
 #include "lab/schema_object.hpp"
 
+#include "ads/schema.hpp"
 #include "base/text.hpp"
 #include "lab/errors.hpp"
-#include "lab/schema.hpp"
 #include "platform/adsi.hpp"
 
 namespace twk::lab {
@@ -17,24 +17,24 @@ std::string path_of(std::string_view name) {
   return std::string(kContainer) + "/" + std::string(name);
 }
 
-class PropertyObject final : public BasicObject {
+class PropertyObject final : public ads::BasicObject {
  public:
-  explicit PropertyObject(const AttributeSchema& attribute) : attribute_(attribute) {}
+  explicit PropertyObject(const ads::AttributeSchema& attribute) : attribute_(attribute) {}
 
   [[nodiscard]] std::string Name() const override { return std::string(attribute_.name); }
   [[nodiscard]] std::string Class() const override { return "Property"; }
   [[nodiscard]] std::string ADsPath() const override { return path_of(attribute_.name); }
   [[nodiscard]] std::string Parent() const override { return std::string(kContainer); }
-  std::string Syntax() override { return std::string(syntax_name(attribute_.syntax)); }
+  std::string Syntax() override { return std::string(ads::syntax_name(attribute_.syntax)); }
   bool MultiValued() override { return attribute_.multi_valued; }
 
  private:
-  const AttributeSchema& attribute_;
+  const ads::AttributeSchema& attribute_;
 };
 
-class ClassObject final : public BasicObject {
+class ClassObject final : public ads::BasicObject {
  public:
-  explicit ClassObject(const ClassSchema& schema) : schema_(schema) {}
+  explicit ClassObject(const ads::ClassSchema& schema) : schema_(schema) {}
 
   [[nodiscard]] std::string Name() const override { return std::string(schema_.name); }
   [[nodiscard]] std::string Class() const override { return "Class"; }
@@ -48,7 +48,7 @@ class ClassObject final : public BasicObject {
       raise(ads_error::kPropertyNotFound, "A class of the schema has no value for " + std::string(attribute));
     }
     platform::ValueList names;
-    for (const AttributeSchema& one : all_attributes()) {
+    for (const ads::AttributeSchema& one : ads::all_attributes()) {
       if (one.name != "objectClass")
         names.emplace_back(one.name);
     }
@@ -56,23 +56,23 @@ class ClassObject final : public BasicObject {
   }
 
  private:
-  const ClassSchema& schema_;
+  const ads::ClassSchema& schema_;
 };
 
 ObjectPtr find_item(std::string_view object_class, std::string_view name) {
   if (!base::equals_fold(object_class, "Property")) {
-    if (const ClassSchema* const schema = find_class(name))
+    if (const ads::ClassSchema* const schema = ads::find_class(name))
       return std::make_shared<ClassObject>(*schema);
   }
   if (!base::equals_fold(object_class, "Class")) {
-    if (const AttributeSchema* const attribute = find_attribute(platform::ldap_attribute(name))) {
+    if (const ads::AttributeSchema* const attribute = ads::find_attribute(platform::ldap_attribute(name))) {
       return std::make_shared<PropertyObject>(*attribute);
     }
   }
   raise(ads_error::kNoSuchObject, "The schema has no " + std::string(name));
 }
 
-class SchemaContainer final : public BasicObject {
+class SchemaContainer final : public ads::BasicObject {
  public:
   [[nodiscard]] std::string Name() const override { return "Schema"; }
   [[nodiscard]] std::string Class() const override { return "Schema"; }
@@ -85,9 +85,9 @@ class SchemaContainer final : public BasicObject {
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const ObjectPtr&)>& visit) override {
-    if (!is_wanted(classes, "Property"))
+    if (!ads::is_wanted(classes, "Property"))
       return;
-    for (const AttributeSchema& attribute : all_attributes()) {
+    for (const ads::AttributeSchema& attribute : ads::all_attributes()) {
       if (!visit(std::make_shared<PropertyObject>(attribute)))
         return;
     }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "lab/basic_object.hpp"
+#include "ads/basic_object.hpp"
 
 namespace twk::lab {
 

@@ -11,7 +11,7 @@ using platform::Value;
 
 constexpr std::string_view kFileShare = "FileShare";
 
-class FileShareObject final : public BasicObject {
+class FileShareObject final : public ads::BasicObject {
  public:
   FileShareObject(FileShares& shares, std::string server, FileShare share, bool is_new)
       : shares_(shares), server_(std::move(server)), share_(std::move(share)), new_(is_new) {}
@@ -78,7 +78,7 @@ std::string FileServerObject::ADsPath() const {
 
 void FileServerObject::enumerate(std::span<const std::string> classes,
                                  const std::function<bool(const ObjectPtr&)>& visit) {
-  if (!is_wanted(classes, kFileShare))
+  if (!ads::is_wanted(classes, kFileShare))
     return;
   for (FileShare& share : server_.shares().all()) {
     if (!visit(std::make_shared<FileShareObject>(server_.shares(), name_, std::move(share), false)))

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "lab/basic_object.hpp"
+#include "ads/basic_object.hpp"
 #include "lab/file_server.hpp"
 
 namespace twk::lab {
 
 /// "WinNT://FS1/lanmanserver": the container of a file server's shares, objects of class "FileShare".
-class FileServerObject final : public BasicObject {
+class FileServerObject final : public ads::BasicObject {
  public:
   /// `server` stays open as long as the lab; `name` is what the path calls it.
   FileServerObject(FileServer& server, std::string name);

@@ -1,12 +1,13 @@
 #include "lab/staged_entry.hpp"
 
+#include <algorithm>
 #include <array>
 
+#include "ads/schema.hpp"
 #include "base/text.hpp"
 #include "lab/domain_rules.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
-#include "lab/schema.hpp"
 
 namespace twk::lab {
 namespace {
@@ -23,14 +24,14 @@ constexpr std::array<std::string_view, 6> kComputed = {"distinguishedName", "nam
 
 }  // namespace
 
-StagedEntry::StagedEntry(LabDomain& domain, Provider provider, std::string_view dn)
+StagedEntry::StagedEntry(LabDomain& domain, ads::Provider provider, std::string_view dn)
     : domain_(domain), provider_(provider) {
   const Entry& entry = require_entry(domain, dn);
   dn_ = entry.dn();
   object_class_ = entry_class(entry);
 }
 
-StagedEntry::StagedEntry(LabDomain& domain, Provider provider, std::string dn, std::string object_class)
+StagedEntry::StagedEntry(LabDomain& domain, ads::Provider provider, std::string dn, std::string object_class)
     : domain_(domain),
       provider_(provider),
       dn_(std::move(dn)),
@@ -64,16 +65,22 @@ std::vector<std::string> StagedEntry::stored_values(std::string_view attribute) 
 }
 
 Value StagedEntry::get(std::string_view attribute) {
-  return staged_.view(attribute,
-                      [&] { return to_value(find_attribute(attribute), stored_values(attribute)).list(); });
+  if (staged_.hides_stored(attribute))
+    return staged_.over(attribute, {});
+  const ads::AttributeSchema* const schema = ads::find_attribute(attribute);
+  return staged_.over(attribute, ads::to_value(schema, stored_values(attribute)).list());
+}
+
+void StagedEntry::stage(int control, std::string_view attribute, const Value& value) {
+  staged_.stage(control, attribute, value);
 }
 
 void StagedEntry::commit() {
   if (new_) {
-    add_object(domain_, provider_, object_class_, dn_, staged_.all());
+    add_object(domain_, provider_, object_class_, dn_, staged_.changes());
     new_ = false;
   } else {
-    modify_object(domain_, provider_, dn_, staged_.all());
+    modify_object(domain_, provider_, dn_, staged_.changes());
   }
   staged_.clear();
   fetched_ = false;

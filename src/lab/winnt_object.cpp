@@ -1,14 +1,14 @@
 #include "lab/winnt_object.hpp"
 
+#include "ads/dn.hpp"
+#include "ads/winnt_properties.hpp"
 #include "base/text.hpp"
 #include "lab/account_path.hpp"
-#include "lab/dn.hpp"
 #include "lab/domain_rules.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
 #include "lab/membership.hpp"
 #include "lab/passwords.hpp"
-#include "lab/winnt_properties.hpp"
 
 namespace twk::lab {
 namespace {
@@ -27,15 +27,15 @@ std::string_view account_class(const Entry& entry) {
 }
 
 std::string account_dn(const LabDomain& domain, std::string_view object_class, std::string_view name) {
-  return child_dn(object_class, make_rdn("CN", name), "CN=Users," + domain.root_dn);
+  return child_dn(object_class, ads::make_rdn("CN", name), "CN=Users," + domain.root_dn);
 }
 
 }  // namespace
 
 ObjectPtr bind_winnt_account(LabDomain& domain, std::string_view dn, const std::string& domain_name) {
   const Entry& entry = require_entry(domain, dn);
-  std::string name = entry.value("sAMAccountName").value_or(parse_rdn(first_rdn(dn)).value);
-  return std::make_shared<WinntAccount>(StagedEntry(domain, Provider::kWinnt, dn), domain_name,
+  std::string name = entry.value("sAMAccountName").value_or(ads::parse_rdn(ads::first_rdn(dn)).value);
+  return std::make_shared<WinntAccount>(StagedEntry(domain, ads::Provider::kWinnt, dn), domain_name,
                                         std::move(name));
 }
 
@@ -60,7 +60,7 @@ void WinntDomain::enumerate(std::span<const std::string> classes,
   std::vector<std::string> names;
   domain_.store.subtree(require_entry(domain_, domain_.root_dn), [&](const Entry& entry) {
     const std::string_view kind = account_class(entry);
-    if (!kind.empty() && is_wanted(classes, kind) && entry.has("sAMAccountName"))
+    if (!kind.empty() && ads::is_wanted(classes, kind) && entry.has("sAMAccountName"))
       names.push_back(entry.dn());
     return true;
   });
@@ -97,7 +97,7 @@ ObjectPtr WinntDomain::Create(std::string_view object_class, std::string_view na
   }
   check_account_name(name, user);
   const std::string_view ldap_class = user ? "user" : "group";
-  StagedEntry entry(domain_, Provider::kWinnt, account_dn(domain_, ldap_class, name),
+  StagedEntry entry(domain_, ads::Provider::kWinnt, account_dn(domain_, ldap_class, name),
                     std::string(ldap_class));
   entry.stage(2, "sAMAccountName", name);
   return std::make_shared<WinntAccount>(std::move(entry), name_, std::string(name));
@@ -113,14 +113,15 @@ ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optiona
   if (!new_name)
     return bind_winnt_account(domain_, dn, name_);
   const std::string old_name = require_entry(domain_, dn).value("sAMAccountName").value_or("");
-  modify_object(domain_, Provider::kWinnt, dn, {{ModifyKind::kReplace, "sAMAccountName", {*new_name}}});
+  modify_object(domain_, ads::Provider::kWinnt, dn, {{ModifyKind::kReplace, "sAMAccountName", {*new_name}}});
   // A flat domain knows an account by this name alone, so its entry goes by it as well.
   if (domain_.config.kind == DomainKind::kNt) {
-    const std::string target = make_rdn("CN", *new_name) + "," + std::string(parent_dn(dn));
+    const std::string target = ads::make_rdn("CN", *new_name) + "," + std::string(ads::parent_dn(dn));
     try {
       move_object(domain_, dn, target);
     } catch (const base::RuntimeError&) {
-      modify_object(domain_, Provider::kWinnt, dn, {{ModifyKind::kReplace, "sAMAccountName", {old_name}}});
+      modify_object(domain_, ads::Provider::kWinnt, dn,
+                    {{ModifyKind::kReplace, "sAMAccountName", {old_name}}});
       throw;
     }
     dn = target;
@@ -145,18 +146,18 @@ std::string WinntAccount::Parent() const {
 }
 
 Value WinntAccount::Get(std::string_view property) {
-  Value value = get_winnt(entry_, property);
+  Value value = ads::get_winnt(entry_, property);
   if (value.is_empty())
     raise(ads_error::kPropertyNotFound, name_ + " has no value for " + std::string(property));
   return value;
 }
 
 void WinntAccount::Put(std::string_view property, const Value& value) {
-  put_winnt(entry_, property, value);
+  ads::put_winnt(entry_, property, value);
 }
 
 void WinntAccount::PutEx(int control, std::string_view property, const Value& value) {
-  put_ex_winnt(entry_, control, property, value);
+  ads::put_ex_winnt(entry_, control, property, value);
 }
 
 void WinntAccount::SetInfo() {

@@ -2,14 +2,14 @@
 
 #include <string>
 
-#include "lab/basic_object.hpp"
+#include "ads/basic_object.hpp"
 #include "lab/staged_entry.hpp"
 
 namespace twk::lab {
 
 /// A domain bound through WinNT: a flat container of users and groups, named by their account names. New
 /// accounts go to CN=Users. Computer accounts are not among its children.
-class WinntDomain final : public BasicObject {
+class WinntDomain final : public ads::BasicObject {
  public:
   WinntDomain(LabDomain& domain, std::string name);
 
@@ -35,7 +35,7 @@ class WinntDomain final : public BasicObject {
 };
 
 /// A user or a group bound through WinNT.
-class WinntAccount final : public BasicObject {
+class WinntAccount final : public ads::BasicObject {
  public:
   /// `domain_name` as it stands in the paths; `name` is for one that is not stored yet.
   WinntAccount(StagedEntry entry, std::string domain_name, std::string name);

@@ -5,7 +5,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
+#include "ads/dn.hpp"
 #include "session/settings.hpp"
 #include "session/start_up.hpp"
 #include "stores/side_tables.hpp"
@@ -74,7 +74,7 @@ void create_directory_entries(World& world) {
   const std::string& domain = lab::domain_name(world.lab().config());
   if (!has_units(world))
     return create_group(*directory.GetObject("WinNT://" + world.lab().config().netbios), false);
-  const auto root = directory.GetObject("LDAP://" + domain + "/" + lab::domain_dn(domain));
+  const auto root = directory.GetObject("LDAP://" + domain + "/" + ads::domain_dn(domain));
   const auto ou = root->Create("organizationalUnit", std::string("OU=") + kOu);
   ou->SetInfo();
   create_group(*ou, true);

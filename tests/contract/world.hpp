@@ -8,7 +8,9 @@
 #include "platform/adsi.hpp"
 #include "platform/directory.hpp"
 #include "platform/files.hpp"
+#include "platform/network.hpp"
 #include "platform/query.hpp"
+#include "platform/security.hpp"
 
 /// The contract suites run against any implementation of the seam: each asks a `World` for a domain.
 namespace twk::contract {
@@ -21,6 +23,8 @@ class World {
   virtual platform::DirectoryService& directory() = 0;
   virtual platform::QueryService& query() = 0;
   virtual platform::Files& files() = 0;
+  virtual platform::Security& security() = 0;
+  virtual platform::Network& network() = 0;
   [[nodiscard]] virtual std::string domain() const = 0;       ///< "twk.test"
   [[nodiscard]] virtual std::string netbios() const = 0;      ///< "TWK"
   [[nodiscard]] virtual std::string root() const = 0;         ///< "DC=twk,DC=test"

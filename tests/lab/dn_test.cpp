@@ -1,4 +1,4 @@
-#include "lab/dn.hpp"
+#include "ads/dn.hpp"
 
 #include "base/errors.hpp"
 #include "lab/dn_hash.hpp"
@@ -10,23 +10,23 @@ namespace {
 using testing::ElementsAre;
 
 TEST(DnTest, PartsAreSplitAtCommasThatAreNotEscaped) {
-  EXPECT_THAT(split_dn("CN=Smith\\, Jo , OU=\"a,b\",DC=x"),
+  EXPECT_THAT(ads::split_dn("CN=Smith\\, Jo , OU=\"a,b\",DC=x"),
               ElementsAre("CN=Smith\\, Jo", "OU=\"a,b\"", "DC=x"));
-  EXPECT_EQ(parent_dn("CN=Smith\\, Jo, DC=x"), "DC=x");
-  EXPECT_EQ(parent_dn("DC=x"), "");
+  EXPECT_EQ(ads::parent_dn("CN=Smith\\, Jo, DC=x"), "DC=x");
+  EXPECT_EQ(ads::parent_dn("DC=x"), "");
 }
 
 TEST(DnTest, AnEscapedBlankAtTheEndBelongsToTheValue) {
-  EXPECT_THAT(split_dn("CN=a\\  ,DC=x"), ElementsAre("CN=a\\ ", "DC=x"));
-  EXPECT_THAT(split_dn("CN=a\\\\  ,DC=x"), ElementsAre("CN=a\\\\", "DC=x"));
-  EXPECT_EQ(parse_rdn("CN=a\\\\ ").value, "a\\");
+  EXPECT_THAT(ads::split_dn("CN=a\\  ,DC=x"), ElementsAre("CN=a\\ ", "DC=x"));
+  EXPECT_THAT(ads::split_dn("CN=a\\\\  ,DC=x"), ElementsAre("CN=a\\\\", "DC=x"));
+  EXPECT_EQ(ads::parse_rdn("CN=a\\\\ ").value, "a\\");
 }
 
 TEST(DnTest, SpellingsOfOneNameAreTheSame) {
   const std::string_view name = "CN=Smith\\, J\xC3\xB6,DC=x";
   for (const std::string_view other :
        {"cn=smith\\2C J\xC3\x96 , dc=X", "CN = \"Smith, j\xC3\xB6\",DC=x", "cn=Smith\\, J\\C3\\B6,dc=x"}) {
-    EXPECT_EQ(normalize_dn(other), normalize_dn(name)) << other;
+    EXPECT_EQ(ads::normalize_dn(other), ads::normalize_dn(name)) << other;
     EXPECT_EQ(hash_dn(other), hash_dn(name)) << other;
     EXPECT_TRUE(same_dn(other, name)) << other;
   }
@@ -36,7 +36,7 @@ TEST(DnTest, SpellingsOfOneNameAreTheSame) {
 TEST(DnTest, TextThatIsNoNameIsRefused) {
   for (const std::string_view text : {"x", "=x", "CN=a,", "CN=a,,DC=x", ",CN=a"}) {
     base::Trap trap;
-    trap([&] { (void)split_dn(text); });
+    trap([&] { (void)ads::split_dn(text); });
     EXPECT_EQ(trap.number(), platform::ads_error::kInvalidDn) << text;
   }
 }

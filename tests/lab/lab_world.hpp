@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "contract/world.hpp"
 #include "lab/lab.hpp"
 #include "lab/lab_create.hpp"
@@ -52,6 +54,8 @@ class LabWorld final : public contract::World {
   platform::DirectoryService& directory() override { return platform().directory; }
   platform::QueryService& query() override { return platform().query; }
   platform::Files& files() override { return platform().files; }
+  platform::Security& security() override { return platform().security; }
+  platform::Network& network() override { return platform().network; }
   [[nodiscard]] std::string domain() const override { return "twk.test"; }
   [[nodiscard]] std::string netbios() const override { return "TWK"; }
   [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
@@ -64,6 +68,11 @@ class LabWorld final : public contract::World {
   /// A second program that has the lab open.
   [[nodiscard]] std::unique_ptr<lab::Lab> open_again() const {
     return std::make_unique<lab::Lab>(folder(), [](const std::string& warning) { ADD_FAILURE() << warning; });
+  }
+  /// Adds lines to "lab.conf" and opens the lab anew.
+  void configure(std::string_view lines) {
+    std::ofstream(folder() / "lab.conf", std::ios::app) << lines;
+    reopen();
   }
   void reopen() {
     lab_.reset();

@@ -1,6 +1,6 @@
-#include "lab/sid.hpp"
+#include "ads/sid.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 constexpr std::size_t kHeader = 8;
@@ -65,4 +65,4 @@ std::string without_rid(std::string_view sid) {
   return domain;
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

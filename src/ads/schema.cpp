@@ -1,14 +1,15 @@
-#include "lab/schema.hpp"
+#include "ads/schema.hpp"
 
 #include <algorithm>
 #include <charconv>
 
+#include "ads/dn.hpp"
+#include "ads/schema_table.hpp"
+#include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/dn.hpp"
-#include "lab/errors.hpp"
-#include "lab/schema_table.hpp"
+#include "platform/directory.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 using platform::Value;
@@ -58,7 +59,7 @@ constexpr std::array<ClassSchema, 25> kClasses = {{
 }};
 
 [[noreturn]] void violates(const AttributeSchema& attribute, const std::string& what) {
-  raise(ads_error::kConstraint, "The value of " + std::string(attribute.name) + " " + what);
+  base::raise(platform::ads_error::kConstraint, "The value of " + std::string(attribute.name) + " " + what);
 }
 
 std::string bytes_to_text(const base::Bytes& bytes) {
@@ -249,4 +250,4 @@ std::string to_raw(const AttributeSchema& attribute, const Value& value) {
   return raw;
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -1,10 +1,10 @@
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
 
 #include <gtest/gtest.h>
 
 #include "contract/world.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 using Kind = AdsPath::Kind;
@@ -38,7 +38,7 @@ TEST(AdsPathText, EveryFormIsTakenApart) {
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(one.text);
-    const AdsPath path = parse_ads_path(one.text);
+    const AdsPath path = ads::parse_ads_path(one.text);
     EXPECT_EQ(path.provider, one.provider);
     EXPECT_EQ(path.kind, one.kind);
     EXPECT_EQ(path.server, one.server);
@@ -58,4 +58,4 @@ TEST(AdsPathText, AnythingElseIsABadPathname) {
 }
 
 }  // namespace
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -5,7 +5,7 @@
 #include <vector>
 
 /// Distinguished names, RFC 4514.
-namespace twk::lab {
+namespace twk::ads {
 
 /// The parts of a name, the leaf first, escapes kept and blanks around them removed. Raises kInvalidDn for
 /// text that is no distinguished name. The empty text has no parts.
@@ -28,4 +28,4 @@ std::string normalize_dn(std::string_view dn);
 /// "DC=twk,DC=test" of "twk.test"; "DC=OLDNT" of "OLDNT".
 std::string domain_dn(std::string_view domain);
 
-}  // namespace twk::lab
+}  // namespace twk::ads

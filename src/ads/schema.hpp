@@ -10,7 +10,7 @@
 #include "platform/value.hpp"
 
 /// The part of the directory's schema that account administration meets.
-namespace twk::lab {
+namespace twk::ads {
 
 enum class Syntax { kString, kInteger, kBoolean, kInteger8, kOctetString, kDn, kTime, kSid };
 
@@ -49,4 +49,4 @@ platform::Value to_value(const AttributeSchema* attribute, const std::vector<std
 /// empty.
 std::string to_raw(const AttributeSchema& attribute, const platform::Value& value);
 
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace twk::lab {
+namespace twk::ads {
 
 enum class Provider { kLdap, kGc, kWinnt };
 
@@ -34,4 +34,4 @@ AdsPath parse_ads_path(std::string_view path);
 /// "LDAP://twk.test/", "GC://": what stands before the DN in paths of this provider and server.
 std::string path_prefix(Provider provider, std::string_view server);
 
-}  // namespace twk::lab
+}  // namespace twk::ads

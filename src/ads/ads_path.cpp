@@ -1,17 +1,18 @@
-#include "lab/ads_path.hpp"
+#include "ads/ads_path.hpp"
 
 #include <vector>
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/errors.hpp"
+#include "platform/directory.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 using Kind = AdsPath::Kind;
 
 [[noreturn]] void bad_path(std::string_view path) {
-  raise(ads_error::kBadPathname, "Not a path of a directory: " + std::string(path));
+  base::raise(platform::ads_error::kBadPathname, "Not a path of a directory: " + std::string(path));
 }
 
 AdsPath parse_ldap(Provider provider, std::string_view rest, std::string_view whole) {
@@ -115,4 +116,4 @@ std::string path_prefix(Provider provider, std::string_view server) {
   return prefix;
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

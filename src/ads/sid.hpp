@@ -8,7 +8,7 @@
 /// Security identifiers as bytes, [MS-DTYP] 2.4.2.2: revision 1, count of sub-authorities, authority (6
 /// bytes, big-endian), sub-authorities (4 bytes each, little-endian). The last sub-authority is the relative
 /// id.
-namespace twk::lab {
+namespace twk::ads {
 
 /// "S-1-5-21-a-b-c" as bytes.
 std::string make_domain_sid(std::uint32_t a, std::uint32_t b, std::uint32_t c);
@@ -21,4 +21,4 @@ std::optional<std::uint32_t> rid_of(std::string_view sid);
 /// Without the relative id; empty for bytes that are no identifier.
 std::string without_rid(std::string_view sid);
 
-}  // namespace twk::lab
+}  // namespace twk::ads

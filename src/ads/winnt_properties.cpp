@@ -1,19 +1,20 @@
-#include "lab/winnt_properties.hpp"
-#include "lab/account_rules.hpp"
+#include "ads/winnt_properties.hpp"
 
 #include <array>
 #include <charconv>
 #include <string>
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/errors.hpp"
 #include "platform/adsi.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 using platform::Value;
 
+/// "accountExpires" of an account that never expires; 0 means the same.
+constexpr std::string_view kNeverExpires = "9223372036854775807";
 constexpr std::int32_t kGlobal = 2;
 constexpr std::int32_t kLocal = 4;
 constexpr std::int32_t kSecurity = static_cast<std::int32_t>(0x80000000U);
@@ -51,15 +52,16 @@ const Property& find_property(std::string_view name) {
     if (base::equals_fold(property.name, name))
       return property;
   }
-  raise(ads_error::kNoSuchAttribute, "The WinNT provider has no property " + std::string(name));
+  base::raise(platform::ads_error::kNoSuchAttribute,
+              "The WinNT provider has no property " + std::string(name));
 }
 
-bool is_locked(StagedEntry& entry) {
+bool is_locked(AttributeAccess& entry) {
   const std::string since = entry.get("lockoutTime").text();
   return !since.empty() && since != "0";
 }
 
-bool must_change_password(StagedEntry& entry) {
+bool must_change_password(AttributeAccess& entry) {
   return entry.get("pwdLastSet").text() == "0";
 }
 
@@ -72,19 +74,19 @@ Value expiration(const Value& stored) {
   return base::from_filetime(filetime);
 }
 
-void put_flags(StagedEntry& entry, std::int32_t flags) {
+void put_flags(AttributeAccess& entry, std::int32_t flags) {
   if ((flags & platform::kFlagLockedOut) == 0 && is_locked(entry))
     entry.stage(2, "lockoutTime", "0");
   entry.stage(2, "userAccountControl", flags & ~platform::kFlagLockedOut);
 }
 
 /// Saying again what is so does not count as a change of the password.
-void put_password_expired(StagedEntry& entry, bool expired) {
+void put_password_expired(AttributeAccess& entry, bool expired) {
   if (expired != must_change_password(entry))
     entry.stage(2, "pwdLastSet", expired ? 0 : -1);
 }
 
-void put_expiration(StagedEntry& entry, base::Date date) {
+void put_expiration(AttributeAccess& entry, base::Date date) {
   const bool never = date.serial == -1.0;
   entry.stage(2, "accountExpires",
               never ? Value(kNeverExpires) : Value(base::to_text(base::to_filetime(date))));
@@ -92,7 +94,7 @@ void put_expiration(StagedEntry& entry, base::Date date) {
 
 }  // namespace
 
-Value get_winnt(StagedEntry& entry, std::string_view property) {
+Value get_winnt(AttributeAccess& entry, std::string_view property) {
   const std::string_view attribute = find_property(property).attribute;
   Value value = entry.get(attribute);
   if (attribute == "userAccountControl" && !value.is_empty()) {
@@ -107,7 +109,7 @@ Value get_winnt(StagedEntry& entry, std::string_view property) {
   return attribute == "description" ? (value.is_empty() ? value : Value(value.text())) : value;
 }
 
-void put_winnt(StagedEntry& entry, std::string_view property, const Value& value) {
+void put_winnt(AttributeAccess& entry, std::string_view property, const Value& value) {
   const std::string_view attribute = find_property(property).attribute;
   const auto* text = std::get_if<std::string>(&value.data);
   if (attribute == "userAccountControl") {
@@ -123,7 +125,7 @@ void put_winnt(StagedEntry& entry, std::string_view property, const Value& value
   }
 }
 
-void put_ex_winnt(StagedEntry& entry, int control, std::string_view property, const Value& value) {
+void put_ex_winnt(AttributeAccess& entry, int control, std::string_view property, const Value& value) {
   if (control == 2) {
     put_winnt(entry, property, value);
   } else {
@@ -131,4 +133,4 @@ void put_ex_winnt(StagedEntry& entry, int control, std::string_view property, co
   }
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -1,17 +1,19 @@
-#include "lab/basic_object.hpp"
+#include "ads/basic_object.hpp"
 
 #include <algorithm>
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/errors.hpp"
+#include "platform/directory.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 
 using platform::ObjectPtr;
 using platform::Value;
 
 void BasicObject::not_implemented(std::string_view operation) const {
-  raise(ads_error::kNotImplementedByProvider, ADsPath() + " has no operation " + std::string(operation));
+  base::raise(platform::ads_error::kNotImplementedByProvider,
+              ADsPath() + " has no operation " + std::string(operation));
 }
 
 Value BasicObject::Get(std::string_view /*attribute*/) {
@@ -74,4 +76,4 @@ bool is_wanted(std::span<const std::string> classes, std::string_view object_cla
          });
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

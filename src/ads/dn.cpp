@@ -1,11 +1,11 @@
-#include "lab/dn.hpp"
+#include "ads/dn.hpp"
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/directory.hpp"
 #include "platform/ldap_text.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 [[noreturn]] void invalid(std::string_view name) {
@@ -102,4 +102,4 @@ std::string domain_dn(std::string_view domain) {
   return out;
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -2,7 +2,7 @@
 
 #include "platform/directory.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 
 /// An object that can nothing but tell its name: every operation raises kNotImplementedByProvider. The kinds
 /// of objects take from it what they do not have.
@@ -35,4 +35,4 @@ class BasicObject : public platform::DirectoryObject {
 /// True when `classes` is empty or holds the class, in any case.
 bool is_wanted(std::span<const std::string> classes, std::string_view object_class);
 
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "lab/schema.hpp"
+#include "ads/schema.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 
 /// Syntax, several values, given by the directory alone, greatest length; sorted by the name in small
 /// letters. Syntaxes and limits as the open documents of the Active Directory schema give them.
@@ -241,4 +241,4 @@ inline constexpr std::array<AttributeSchema, 230> kAttributes = {{
     {"x121Address", Syntax::kString, true, false, 15},
 }};
 
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "live/ldap_errors.hpp"
+#include "live/live_settings.hpp"
+#include "platform/query.hpp"
+
+struct ldap;
+struct berval;
+
+namespace twk::live {
+
+/// One attribute with its raw values.
+struct LdapAttribute {
+  std::string name;
+  std::vector<std::string> values;
+};
+
+/// One entry of a search's answer.
+struct LdapEntry {
+  std::string dn;
+  std::vector<LdapAttribute> attributes;
+
+  /// The values of an attribute, in any case of its name; none when it is absent.
+  [[nodiscard]] const std::vector<std::string>* find(std::string_view name) const;
+  [[nodiscard]] std::string first(std::string_view name) const;
+};
+
+enum class LdapChangeKind { kReplace, kAdd, kDelete };
+
+struct LdapChange {
+  LdapChangeKind kind = LdapChangeKind::kReplace;
+  std::string attribute;
+  std::vector<std::string> values;  ///< a replacement by none takes the attribute away
+};
+
+/// A search in pieces. The connection must outlive it.
+struct LdapSearch {
+  std::string base;
+  platform::Scope scope = platform::Scope::kSubtree;
+  std::string filter = "(objectClass=*)";
+  std::vector<std::string> attributes;  ///< none: all that are stored
+  std::int32_t page_size = 1000;        ///< entries a request
+  int timeout_seconds = 0;              ///< of each page; 0: the connection's
+  /// Which parts of security descriptors are given, [MS-ADTS] 3.1.1.3.4.1.11; 0: no control is sent.
+  std::uint32_t descriptor_parts = 0;
+};
+
+/// A connection to one LDAP server, made when it is first needed and kept. It is sealed by the Kerberos
+/// ticket, or by TLS with the server's certificate checked; nothing goes over a clear one.
+///
+/// When it is lost, it is opened once more. A read is then repeated. Of a write nobody knows whether it was
+/// made before the connection went: what stands in the directory is looked at first, and only what is not
+/// made is made again.
+///
+/// Every call raises the numbers of `ldap_errors.hpp`.
+class LdapConnection {
+ public:
+  /// `host` and `port` are those of the server, `settings` tell the logon.
+  LdapConnection(LiveSettings settings, std::string host, std::uint16_t port);
+  LdapConnection(const LdapConnection&) = delete;
+  LdapConnection& operator=(const LdapConnection&) = delete;
+  ~LdapConnection();
+
+  [[nodiscard]] const std::string& host() const { return host_; }
+
+  /// Connects and logs on, unless that is done.
+  void open();
+
+  /// The entry of that name with the attributes asked for; all stored ones when none is named. Raises
+  /// kNoSuchObject.
+  LdapEntry read(const std::string& dn, const std::vector<std::string>& attributes,
+                 std::uint32_t descriptor_parts = 0);
+  /// All entries of a search, in the server's order, page by page.
+  void search(const LdapSearch& search, const std::function<bool(LdapEntry&&)>& visit);
+  /// One page. `cookie` tells where to go on: empty at first, and afterwards empty at the end.
+  std::vector<LdapEntry> search_page(const LdapSearch& search, std::string& cookie);
+
+  void add(const std::string& dn, const std::vector<LdapAttribute>& attributes);
+  /// `descriptor_parts` tells the server which parts of a security descriptor are written.
+  void modify(const std::string& dn, const std::vector<LdapChange>& changes,
+              LdapRequest request = LdapRequest::kModify, std::uint32_t descriptor_parts = 0);
+  void remove(const std::string& dn);
+  void rename(const std::string& dn, const std::string& new_rdn, const std::string& new_parent);
+
+ private:
+  struct Handle;
+
+  void connect();
+  void bind_with_ticket();
+  void bind_with_password();
+  void close();
+  [[nodiscard]] std::string diagnostic() const;
+  /// Runs a request once, and once more on a new connection when it was lost. `done` looks whether a write
+  /// was made.
+  int run(const std::function<int()>& request, const std::function<bool()>& done);
+  [[nodiscard]] bool exists(const std::string& dn);
+
+  LiveSettings settings_;
+  std::string host_;
+  std::uint16_t port_;
+  std::unique_ptr<Handle> handle_;
+};
+
+}  // namespace twk::live

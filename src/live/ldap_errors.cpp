@@ -1,0 +1,107 @@
+#include "live/ldap_errors.hpp"
+
+#include <ldap.h>
+
+#include <optional>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "platform/directory.hpp"
+
+namespace twk::live {
+namespace {
+
+namespace ads_error = platform::ads_error;
+
+constexpr std::uint32_t kWin32Facility = 0x80070000;
+constexpr std::uint32_t kPasswordRestriction = 0x52D;  // ERROR_PASSWORD_RESTRICTION
+constexpr std::uint32_t kAccountNameInUse = 0x2071;    // ERROR_DS_OBJ_STRING_NAME_EXISTS
+constexpr std::uint32_t kUserExists = 0x524;           // ERROR_USER_EXISTS
+constexpr std::uint32_t kNameAlreadyThere = 0x21C8;    // ERROR_DS_UPN_VALUE_NOT_UNIQUE_IN_FOREST
+
+/// The eight hexadecimal digits in front of a colon.
+std::optional<std::uint32_t> leading_code(std::string_view diagnostic) {
+  constexpr std::size_t kDigits = 8;
+  if (diagnostic.size() <= kDigits || diagnostic[kDigits] != ':')
+    return std::nullopt;
+  std::uint32_t code = 0;
+  for (const char c : diagnostic.substr(0, kDigits)) {
+    const auto digit = base::hex_digit(c);
+    if (!digit)
+      return std::nullopt;
+    code = code << 4U | *digit;
+  }
+  return code;
+}
+
+std::uint32_t number_by_code(std::uint32_t code, std::uint32_t otherwise) {
+  switch (code) {
+    case kPasswordRestriction:
+      return ads_error::kPasswordPolicy;
+    case kAccountNameInUse:
+    case kUserExists:
+    case kNameAlreadyThere:
+      return ads_error::kObjectExists;
+    default:
+      return otherwise;
+  }
+}
+
+std::uint32_t number_by_result(int result, LdapRequest request) {
+  switch (result) {
+    case LDAP_NO_SUCH_OBJECT:
+      return ads_error::kNoSuchObject;
+    case LDAP_ALREADY_EXISTS:
+      return request == LdapRequest::kAddMember ? ads_error::kMemberInGroup : ads_error::kObjectExists;
+    case LDAP_TYPE_OR_VALUE_EXISTS:
+      return request == LdapRequest::kAddMember ? ads_error::kMemberInGroup : ads_error::kConstraint;
+    case LDAP_NO_SUCH_ATTRIBUTE:
+      return request == LdapRequest::kRemoveMember ? ads_error::kMemberNotInGroup
+                                                   : ads_error::kPropertyNotFound;
+    case LDAP_UNWILLING_TO_PERFORM:
+      return request == LdapRequest::kRemoveMember ? ads_error::kMemberNotInGroup : ads_error::kUnwilling;
+    case LDAP_CONSTRAINT_VIOLATION:
+    case LDAP_INVALID_SYNTAX:
+    case LDAP_OBJECT_CLASS_VIOLATION:
+    case LDAP_NAMING_VIOLATION:
+      return request == LdapRequest::kPassword ? ads_error::kPasswordPolicy : ads_error::kConstraint;
+    case LDAP_UNDEFINED_TYPE:
+      return ads_error::kNoSuchAttribute;
+    case LDAP_INVALID_DN_SYNTAX:
+      return ads_error::kInvalidDn;
+    case LDAP_NOT_ALLOWED_ON_NONLEAF:
+      return ads_error::kNotOnNonLeaf;
+    case LDAP_INSUFFICIENT_ACCESS:
+      return ads_error::kAccessDenied;
+    case LDAP_INVALID_CREDENTIALS:
+    case LDAP_STRONG_AUTH_REQUIRED:
+    case LDAP_INAPPROPRIATE_AUTH:
+      return ads_error::kLogonFailure;
+    default:
+      return is_connection_lost(result) || request == LdapRequest::kBind ? ads_error::kServerDown
+                                                                         : ads_error::kUnwilling;
+  }
+}
+
+}  // namespace
+
+bool is_connection_lost(int result) {
+  return result == LDAP_SERVER_DOWN || result == LDAP_CONNECT_ERROR || result == LDAP_TIMEOUT ||
+         result == LDAP_UNAVAILABLE || result == LDAP_BUSY;
+}
+
+std::uint32_t number_of_ldap_result(int result, std::string_view diagnostic, LdapRequest request) {
+  const std::uint32_t number = number_by_result(result, request);
+  const auto code = leading_code(diagnostic);
+  return code ? number_by_code(*code, number) : number;
+}
+
+void raise_ldap_error(int result, const std::string& diagnostic, LdapRequest request,
+                      const std::string& what) {
+  std::string text = what + ": " + ldap_err2string(result);
+  if (!diagnostic.empty())
+    text += " (" + base::to_valid_utf8(diagnostic) + ")";
+  base::raise(number_of_ldap_result(result, diagnostic, request), text);
+}
+
+}  // namespace twk::live

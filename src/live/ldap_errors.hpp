@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace twk::live {
+
+/// What an LDAP request was for: one result means different things for different requests.
+enum class LdapRequest {
+  kBind,
+  kRead,
+  kAdd,
+  kModify,
+  kDelete,
+  kRename,
+  kAddMember,
+  kRemoveMember,
+  kPassword
+};
+
+/// The number that callers test for a result code (RFC 4511 4.1.9, or negative for the library's own). The
+/// hexadecimal number that an Active Directory server puts in front of its diagnostic text ("0000052D: …", a
+/// Win32 error of [MS-ERREF] 2.2) tells more exactly where the code alone is not enough.
+std::uint32_t number_of_ldap_result(int result, std::string_view diagnostic, LdapRequest request);
+
+/// Raises the number with a description that names `what` and what the server said.
+[[noreturn]] void raise_ldap_error(int result, const std::string& diagnostic, LdapRequest request,
+                                   const std::string& what);
+
+/// True for a connection that is gone or did not answer in time.
+bool is_connection_lost(int result);
+
+}  // namespace twk::live

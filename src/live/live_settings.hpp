@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace twk::live {
+
+/// How a real domain is reached.
+struct LiveSettings {
+  enum class Logon {
+    kTicket,   ///< the Kerberos ticket that is there
+    kPassword  ///< `user` and `password`, over TLS
+  };
+  enum class Tls { kLdaps, kStartTls };
+
+  std::string domain;      ///< DNS name, or the NetBIOS name of an NT4-style domain
+  std::string server;      ///< host name of a controller; empty: one that the name service tells
+  std::uint16_t port = 0;  ///< of LDAP; 0: 389, or 636 for LDAPS
+  Logon logon = Logon::kTicket;
+  Tls tls = Tls::kLdaps;  ///< with a password
+  std::string ca_file;    ///< certificates that are trusted, PEM; empty: the system's
+  std::string user;       ///< "name", "DOMAIN\name" or "name@domain"
+  std::string password;
+  int timeout_seconds = 30;  ///< of a connection, and of the answer to a request
+};
+
+}  // namespace twk::live

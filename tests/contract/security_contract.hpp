@@ -1,0 +1,219 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "contract/world.hpp"
+#include "platform/access_check.hpp"
+
+namespace twk::contract {
+
+namespace security_error = platform::security_error;
+namespace information = platform::security_information;
+
+class SecurityContract : public testing::TestWithParam<MakeWorld> {
+ protected:
+  static constexpr std::size_t kBuffer = 4000;
+
+  std::string users() const { return "\\\\" + world_->file_server() + "\\D$\\Users"; }
+  std::string make_folder(const std::string& name) {
+    const std::string path = users() + "\\" + name;
+    world_->files().make_directory(path);
+    return path;
+  }
+  platform::Sid sid(std::string_view account) { return security_.LookupAccountName({}, account).sid; }
+  platform::SecurityDescriptor list_of(const std::string& path) {
+    return security_.GetFileSecurity(path, information::kDacl, kBuffer);
+  }
+  platform::Sid owner_of(const std::string& path) {
+    return security_.GetFileSecurity(path, information::kOwner, kBuffer).owner.value();
+  }
+  void write_list(const std::string& path, const std::vector<platform::Ace>& entries) {
+    platform::Acl list(4000);
+    for (const platform::Ace& ace : entries)
+      list.add(platform::Acl::kAtEnd, ace);
+    platform::SecurityDescriptor descriptor;
+    descriptor.set_dacl(list);
+    security_.SetFileSecurity(path, information::kDacl, descriptor);
+  }
+  void write_owner(const std::string& path, const platform::Sid& owner) {
+    platform::SecurityDescriptor descriptor;
+    descriptor.owner = owner;
+    security_.SetFileSecurity(path, information::kOwner, descriptor);
+  }
+  void enable(std::string_view privilege, bool on) {
+    security_.OpenProcessToken()->AdjustTokenPrivileges(security_.LookupPrivilegeValue(privilege), on);
+  }
+
+  std::unique_ptr<World> world_ = GetParam()();
+  platform::Security& security_ = world_->security();
+};
+
+TEST_P(SecurityContract, NamesThatEveryServerKnowsHaveTheirIdentifiers) {
+  const struct {
+    const char* name;
+    const char* sid;
+  } cases[] = {{"System", "S-1-5-18"},
+               {"everyone", "S-1-1-0"},
+               {"Administrators", "S-1-5-32-544"},
+               {"BUILTIN\\Users", "S-1-5-32-545"},
+               {"NT AUTHORITY\\SYSTEM", "S-1-5-18"}};
+  for (const std::string& server : {std::string(), world_->file_server()}) {
+    for (const auto& one : cases)
+      EXPECT_EQ(security_.LookupAccountName(server, one.name).sid.text(), one.sid) << one.name << server;
+  }
+}
+
+TEST_P(SecurityContract, AccountOfTheDomainIsKnownOnEachServerByEachOfItsNames) {
+  make_user(*world_, "Jo Smith", "jsmith");
+  const platform::Sid jo = sid("jsmith");
+  for (const std::string& server : {std::string(), world_->file_server(), "\\\\" + world_->file_server()}) {
+    const auto found = security_.LookupAccountName(server, world_->netbios() + "\\JSMITH");
+    EXPECT_EQ(found.sid, jo) << server;
+    EXPECT_EQ(found.domain, world_->netbios());
+  }
+  EXPECT_EQ(security_.LookupAccountSid({}, jo), world_->netbios() + "\\jsmith");
+  EXPECT_EQ(security_.LookupAccountSid({}, platform::well_known::everyone()), "Everyone");
+  EXPECT_EQ(security_.LookupAccountSid({}, platform::Sid(5, {21, 1, 2, 3, 4})), "S-1-5-21-1-2-3-4");
+}
+
+TEST_P(SecurityContract, UnknownNamesAndServersAreToldApart) {
+  for (const char* const name : {"nobody", "OTHER\\Administrator", "", "\\", "a\\b\\c"}) {
+    EXPECT_EQ(number_of([&] { security_.LookupAccountName({}, name); }), security_error::kNoneMapped) << name;
+  }
+  EXPECT_EQ(number_of([&] { security_.LookupAccountName("NOWHERE", "Administrator"); }),
+            security_error::kServerUnavailable);
+  EXPECT_EQ(number_of([&] { security_.account_identifiers("nobody"); }), security_error::kNoneMapped);
+}
+
+TEST_P(SecurityContract, LogonHasTheGroupsAtAnyDepth) {
+  const auto user = make_user(*world_, "Jo Smith", "jsmith");
+  const auto inner = make_group(*world_, "Inner");
+  const auto outer = make_group(*world_, "Outer");
+  make_group(*world_, "Other");
+  inner->Add(user->ADsPath());
+  outer->Add(inner->ADsPath());
+  const std::vector<platform::Sid> all = security_.account_identifiers("jsmith");
+  const std::set<platform::Sid> found(all.begin(), all.end());
+  for (const char* const name :
+       {"jsmith", "Inner", "Outer", "Domain Users", "Users", "Everyone", "Authenticated Users"}) {
+    EXPECT_TRUE(found.contains(sid(name))) << name;
+  }
+  for (const char* const name : {"Other", "Domain Admins", "Administrators"})
+    EXPECT_FALSE(found.contains(sid(name))) << name;
+}
+
+TEST_P(SecurityContract, ListThatIsWrittenIsReadBackAndTheOwnerStays) {
+  const std::string home = make_folder("jo");
+  const platform::Sid owner = owner_of(home);
+  const platform::Ace ace(platform::ace_type::kDeny, 3, platform::access::kFileAll,
+                          platform::well_known::users());
+  write_list(home, {ace});
+  EXPECT_EQ(list_of(home).dacl->entries(), std::vector{ace});
+  EXPECT_EQ(owner_of(home), owner);
+  EXPECT_FALSE(list_of(home).owner);
+  EXPECT_EQ(number_of([&] { security_.GetFileSecurity(home, information::kDacl, 8); }),
+            security_error::kInsufficientBuffer);
+  EXPECT_EQ(number_of([&] { list_of(home + "\\none"); }), base::error::kFileNotFound);
+}
+
+TEST_P(SecurityContract, WhatIsMadeInAFolderInheritsItsList) {
+  const std::string home = make_folder("jo");
+  const platform::Sid users = platform::well_known::users();
+  write_list(home, {{platform::ace_type::kAllow, 9, 0x1200A9, users},
+                    {platform::ace_type::kAllow, 2, 0x1301BF, users}});
+  world_->files().make_directory(home + "\\Mail");
+  world_->files().write(home + "\\note.txt", "text");
+  const std::vector users_only = {users};
+  EXPECT_EQ(platform::granted_access(list_of(home), users_only), 0x1301BFU);
+  EXPECT_EQ(platform::granted_access(list_of(home + "\\Mail"), users_only), 0x1301BFU);
+  EXPECT_EQ(platform::granted_access(list_of(home + "\\note.txt"), users_only), 0x1200A9U);
+}
+
+TEST_P(SecurityContract, ForeignOwnerIsWrittenWithThePrivilegeAlone) {
+  const std::string home = make_folder("jo");
+  make_user(*world_, "Jo Smith", "jsmith");
+  EXPECT_EQ(number_of([&] { write_owner(home, sid("jsmith")); }), security_error::kInvalidOwner);
+  enable(platform::privilege::kRestore, true);
+  write_owner(home, sid("jsmith"));
+  enable(platform::privilege::kRestore, false);
+  EXPECT_EQ(owner_of(home), sid("jsmith"));
+  EXPECT_EQ(number_of([&] { security_.LookupPrivilegeValue("SeNoSuchPrivilege"); }),
+            security_error::kNoSuchPrivilege);
+}
+
+TEST_P(SecurityContract, LockedOutAdministratorGetsInAsOwner) {
+  const std::string home = make_folder("jo");
+  make_user(*world_, "Jo Smith", "jsmith");
+  enable(platform::privilege::kRestore, true);
+  write_owner(home, sid("jsmith"));
+  write_list(home, {{platform::ace_type::kAllow, 3, platform::access::kFileAll, sid("jsmith")}});
+  enable(platform::privilege::kRestore, false);
+  EXPECT_EQ(number_of([&] { list_of(home); }), security_error::kAccessDenied);
+  EXPECT_EQ(number_of([&] { world_->files().list(home); }), base::error::kPermissionDenied);
+  EXPECT_EQ(number_of([&] { world_->files().make_directory(home + "\\x"); }), base::error::kPermissionDenied);
+  EXPECT_EQ(number_of([&] { world_->files().write(home + "\\x.txt", "x"); }), base::error::kPermissionDenied);
+  enable(platform::privilege::kRestore, true);
+  write_owner(home, platform::well_known::administrators());
+  enable(platform::privilege::kRestore, false);
+  write_list(home, {{platform::ace_type::kAllow, 3, platform::access::kFileAll,
+                     platform::well_known::administrators()}});
+  world_->files().make_directory(home + "\\x");
+}
+
+class NetworkContract : public testing::TestWithParam<MakeWorld> {
+ protected:
+  platform::ShareInfo502 share(std::string name, std::string path = "D:\\Users") const {
+    platform::ShareInfo502 info;
+    info.shi502_netname = std::move(name);
+    info.shi502_path = std::move(path);
+    info.shi502_remark = "Users Home Share";
+    return info;
+  }
+
+  std::unique_ptr<World> world_ = GetParam()();
+  platform::Network& network_ = world_->network();
+};
+
+TEST_P(NetworkContract, ShareIsMadeReadListedAndTakenAway) {
+  platform::SecurityDescriptor descriptor;
+  platform::Acl list(100);
+  list.add(0, {platform::ace_type::kAllow, 0, 0xA0000000, platform::well_known::everyone()});
+  descriptor.set_dacl(list);
+  platform::ShareInfo502 wanted = share("Homes$");
+  wanted.shi502_security_descriptor = descriptor;
+  network_.NetShareAdd("\\\\" + world_->file_server(), wanted);
+
+  const auto read = network_.NetShareGetInfo(world_->file_server(), "HOMES$");
+  EXPECT_EQ(read.shi502_path, "D:\\Users");
+  EXPECT_EQ(read.shi502_remark, "Users Home Share");
+  EXPECT_EQ(read.shi502_max_uses, -1);
+  ASSERT_TRUE(read.shi502_security_descriptor);
+  EXPECT_EQ(read.shi502_security_descriptor->dacl->entries(), list.entries());
+  std::vector<std::string> names;
+  for (const auto& one : network_.NetShareEnum(world_->file_server()))
+    names.push_back(one.shi502_netname);
+  EXPECT_THAT(names, testing::IsSupersetOf({"D$", "Homes$"}));
+  EXPECT_TRUE(world_->files().exists("\\\\" + world_->file_server() + "\\homes$"));
+
+  network_.NetShareDel(world_->file_server(), "homes$");
+  EXPECT_EQ(number_of([&] { network_.NetShareGetInfo(world_->file_server(), "Homes$"); }),
+            platform::network_error::kShareNotFound);
+}
+
+TEST_P(NetworkContract, WhatCannotBeSharedIsRefusedByNumber) {
+  namespace network_error = platform::network_error;
+  const std::string server = world_->file_server();
+  network_.NetShareAdd(server, share("Homes"));
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("HOMES")); }), network_error::kDuplicateShare);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("New", "D:\\None")); }),
+            network_error::kUnknownDirectory);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("a/b")); }), network_error::kInvalidName);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd("NOWHERE", share("New")); }), network_error::kBadNetPath);
+  EXPECT_EQ(number_of([&] { network_.NetShareEnum("NOWHERE"); }), network_error::kBadNetPath);
+  EXPECT_EQ(number_of([&] { network_.NetShareDel(server, "None"); }), network_error::kShareNotFound);
+}
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(SecurityContract);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(NetworkContract);
+
+}  // namespace twk::contract
