@@ -55,6 +55,8 @@ bool DeleteMailbox(Session& session, const MailboxDeletion& request) {
   const std::string path = container_path(session, request.place, container_name(row));
   try {
     session.log.line("Connect Object:" + path + ".");
+    if (session::is_debug(session) && !session.form1.Mail_Logon.on())
+      session.log.line("Connecting as " + request.AdminName);
     const ObjectPtr container = bind_exchange(session, path, request.AdminName, request.AdminPassword);
     if (!is_sure(session, path, request.SamName))
       return false;
