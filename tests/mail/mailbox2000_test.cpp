@@ -15,7 +15,8 @@ using testing::HasSubstr;
 /// A lab session whose site has the lab's Exchange 2000 server.
 class StoreSession : public LabSession {
  public:
-  explicit StoreSession(DomainKind kind = DomainKind::kNative) : LabSession(kind) {
+  explicit StoreSession(DomainKind kind = DomainKind::kNative, std::string_view command_line = "")
+      : LabSession(kind, command_line) {
     site.Exchange2000 = true;
     site.ExchangeServer = "EX2K";
     site.ExchangeOrg = "Tarnwick";
@@ -92,6 +93,14 @@ TEST(Mailbox2000, WithoutTheStoreOrInAWinNtDomainThereIsNone) {
     EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
     EXPECT_EQ(world.property("Jo.Smith", "homeMDB"), "");
   }
+}
+
+TEST(Mailbox2000, AFailureStopsTheProgramThatIsDebugged) {
+  StoreSession world(DomainKind::kNative, "/DEBUG");
+  world.site.MailStore = "No Store";
+  world.start();
+  EXPECT_THROW(world.create(), base::RuntimeError);
+  EXPECT_THAT(world.log(), HasSubstr("CN=No Store,CN=First Storage Group,CN=InformationStore,CN=EX2K"));
 }
 
 TEST(Mailbox2000, WithoutAnAccountOfThisRunThereIsNone) {

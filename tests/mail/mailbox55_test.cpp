@@ -265,6 +265,16 @@ TEST(MailboxPrompts, AreSkippedByAnImportThatSkipsThem) {
   }
 }
 
+TEST(Mailbox55, WithDebugTheLogTellsAddressAndDescriptorToo) {
+  MailSession world(DomainKind::kNative, "/DEBUG");
+  world.start_with(kRows);
+  world.create();
+  const std::string log = world.log();
+  EXPECT_THAT(log, HasSubstr("\nLDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick\n"
+                             "EmailAddress: Jo.Smith@mail.test\nConnect to Object:LDAP://EX55/"));
+  EXPECT_THAT(log, HasSubstr("Init SD\nGet SID\n1 Number should be 1\nSetting SD Onwer\n"));
+}
+
 TEST(CustomRecipients, GetTheirAddressAndNothingOfAnAccount) {
   MailSession world;
   world.start_with(kRows);
