@@ -28,7 +28,7 @@ constexpr bool by_name(const AttributeSchema& a, const AttributeSchema& b) {
 }
 static_assert(std::is_sorted(kAttributes.begin(), kAttributes.end(), by_name));
 
-constexpr std::array<ClassSchema, 15> kClasses = {{
+constexpr std::array<ClassSchema, 25> kClasses = {{
     {"user", "Person", "CN", "top person organizationalPerson user"},
     {"person", "Person", "CN", "top person"},
     {"inetOrgPerson", "Person", "CN", "top person organizationalPerson user inetOrgPerson"},
@@ -44,6 +44,18 @@ constexpr std::array<ClassSchema, 15> kClasses = {{
     {"crossRef", "Cross-Ref", "CN", "top crossRef"},
     {"crossRefContainer", "Cross-Ref-Container", "CN", "top crossRefContainer"},
     {"dMD", "DMD", "CN", "top dMD"},
+    {"msExchConfigurationContainer", "ms-Exch-Configuration-Container", "CN",
+     "top container msExchConfigurationContainer"},
+    {"msExchOrganizationContainer", "ms-Exch-Organization-Container", "CN",
+     "top container msExchOrganizationContainer"},
+    {"msExchAdminGroupContainer", "ms-Exch-Admin-Group-Container", "CN", "top msExchAdminGroupContainer"},
+    {"msExchAdminGroup", "ms-Exch-Admin-Group", "CN", "top msExchAdminGroup"},
+    {"msExchServersContainer", "ms-Exch-Servers-Container", "CN", "top msExchServersContainer"},
+    {"msExchExchangeServer", "ms-Exch-Exchange-Server", "CN", "top msExchExchangeServer"},
+    {"mTA", "MTA", "CN", "top mTA"},
+    {"msExchInformationStore", "ms-Exch-Information-Store", "CN", "top msExchInformationStore"},
+    {"msExchStorageGroup", "ms-Exch-Storage-Group", "CN", "top msExchStorageGroup"},
+    {"msExchPrivateMDB", "ms-Exch-Private-MDB", "CN", "top msExchPrivateMDB"},
 }};
 
 [[noreturn]] void violates(const AttributeSchema& attribute, const std::string& what) {

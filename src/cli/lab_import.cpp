@@ -2,10 +2,10 @@
 
 #include <optional>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/failures.hpp"
-#include "ads/dn.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab_create.hpp"
 #include "local/replace_file.hpp"
@@ -53,6 +53,7 @@ lab::LabPlan plan_of(std::string_view text) {
     plan->kind =
         value_of(record, "nTMixedDomain") == "1" ? lab::DomainKind::kMixed : lab::DomainKind::kNative;
     plan->users = plan->groups = plan->ous = 0;
+    plan->exchange.reset();
   });
   if (!plan)
     throw BadInput("There is no entry of a domain (\"dn: DC=…\") in the file, so no lab was made.");

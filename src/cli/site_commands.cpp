@@ -74,15 +74,15 @@ int show_site(Context& context, const SiteArguments& arguments) {
 
 void fill_fields(Session& session, const SiteArguments& arguments) {
   session::Form1& form = session.form1;
-  const std::initializer_list<std::pair<const OptionalText&, controls::TextBox&>> fields = {
-      {arguments.nt_server, form.NTSERVER},
-      {arguments.exchange_server, form.EXSERVER},
-      {arguments.exchange_org, form.EXorg},
-      {arguments.exchange_site, form.EXSite},
-      {arguments.mail_store, form.Mail_Store}};
+  const std::initializer_list<std::pair<const OptionalText&, controls::Observable<std::string>&>> fields = {
+      {arguments.nt_server, form.NTSERVER.text},
+      {arguments.exchange_server, form.EXSERVER.text},
+      {arguments.exchange_org, form.EXorg.text},
+      {arguments.exchange_site, form.EXSite.text},
+      {arguments.mail_store, form.Mail_Store.text}};
   for (const auto& [text, box] : fields) {
     if (text)
-      box.text = *text;
+      box = *text;
   }
   if (!arguments.exchange2000)
     return;

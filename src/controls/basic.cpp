@@ -25,6 +25,11 @@ void ComboBox::clear() {
   items_changed_.emit();
 }
 
+void ComboBox::clear_items() {
+  items_.clear();
+  items_changed_.emit();
+}
+
 void ComboBox::select(int index) {
   if (index < -1 || index >= static_cast<int>(items_.size())) {
     throw base::RuntimeError(base::error::kOutOfBounds, "The list has no item " + base::to_text(index));

@@ -97,12 +97,15 @@ class ComboBox {
   Observable<bool> enabled{true};
   Observable<bool> visible{true};
   Observable<bool> locked{false};
+  Observable<Paint> paint{Paint::kDefault};
 
   [[nodiscard]] const std::vector<std::string>& items() const { return items_; }
   void add_item(std::string item);
   /// Removes each item that equals the text trimmed and without regard to case.
   void remove_item(std::string_view item);
   void clear();
+  /// Leaves the text as it is.
+  void clear_items();
   /// Puts an item into the text; -1 empties it. Raises kOutOfBounds.
   void select(int index);
   /// Place of the item that the text equals exactly, -1 for none.

@@ -1,12 +1,102 @@
 #include "creation/mailbox_stage.hpp"
 
+#include "base/errors.hpp"
+#include "base/text.hpp"
 #include "creation/creation_run.hpp"
+#include "directory/names.hpp"
+#include "directory/operations.hpp"
+#include "format/variables.hpp"
+#include "mail/create_mailbox2000.hpp"
+#include "mail/create_mailbox55.hpp"
+#include "session/session.hpp"
 
 namespace twk::creation {
+namespace {
+
+mail::MailboxOwner owner_of(const CreationRun& run) {
+  const session::Form1& form = run.session.form1;
+  return {run.request.FirstName,
+          run.request.MiddleName,
+          run.request.LastName,
+          run.SamName,
+          {std::string(base::trim(form.EXSERVER.text.get())), form.EXSite.text, form.EXorg.text}};
+}
+
+bool create_55(CreationRun& run) {
+  const session::Session& session = run.session;
+  mail::Mailbox55 request;
+  request.LookupServer = session::is_active_directory(session) ? session.DnsServerName : run.PdcName;
+  request.Domain = directory::winnt_domain(session);
+  request.AdminName = session.form1.txtAdmin.text;
+  request.AdminPassword = session.form1.txtPassword.text;
+  request.owner = owner_of(run);
+  return mail::CreateMailbox55(run.session, request);
+}
+
+bool create_2000(CreationRun& run) {
+  return mail::CreateMailbox2000(run.session, run.CurrentUserObject, owner_of(run),
+                                 run.session.form1.Mail_Store.text.get(),
+                                 directory::domain_distinguished_name(run.session.DomainName));
+}
+
+std::string text_of(platform::DirectoryObject& user, std::string_view attribute) {
+  std::string text;
+  base::Trap absent;
+  absent([&] { text = user.Get(attribute).text(); });
+  return text;
+}
+
+/// An account of a WinNT domain has its full name only: the first word, and the rest.
+void split_full_name(NewUserRequest& request, const std::string& full_name) {
+  const std::size_t blank = full_name.find(' ');
+  request.FirstName = full_name.substr(0, blank);
+  if (blank != base::npos)
+    request.LastName = base::trim(std::string_view(full_name).substr(blank));
+}
+
+/// A run behind its account stage.
+void take_account(CreationRun& run, const platform::ObjectPtr& user) {
+  run.CurrentUserObject = user;
+  run.request.MiddleName.clear();
+  if (!session::is_active_directory(run.session)) {
+    run.SamName = user->Name();
+    return split_full_name(run.request, text_of(*user, "FullName"));
+  }
+  run.SamName = text_of(*user, "samAccountName");
+  run.request.FirstName = text_of(*user, "FirstName");
+  run.request.LastName = text_of(*user, "LastName");
+}
+
+/// Why it failed, as one line.
+std::string reason(const session::Session& session) {
+  return format::FRString(session.Error_Log_Text, "\r\n", " ");
+}
+
+}  // namespace
+
+bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user) {
+  session.log.begin_block(session);
+  CreationRun run(session);
+  take_account(run, user);
+  log(run, "Creating Mailbox:" + run.SamName);
+  const Mailbox mailbox = CreateMailbox(run);
+  log(run, mailbox == Mailbox::kFailed ? "Failed to create Mail Account" : "Created Mail Account");
+  session.log.close();
+  const bool made = mailbox != Mailbox::kFailed;
+  const std::string_view light = !made                          ? session::kRed
+                                 : mailbox == Mailbox::kCreated ? session::kGreen
+                                                                : session::kYellow;
+  session::LOG_TAB(session, light,
+                   made ? "Created Mail Account for " + run.SamName
+                        : "Failed to create Mail Account for " + run.SamName + ": " + reason(session));
+  return made;
+}
 
 Mailbox CreateMailbox(CreationRun& run) {
-  warn(run, "Mailbox: not available in this version, nothing was done");
-  return Mailbox::kFailed;
+  const bool exchange_2000 = run.session.form1.EXH5.index == 1;
+  if (!(exchange_2000 ? create_2000(run) : create_55(run)))
+    return Mailbox::kFailed;
+  return run.session.MailWarning ? Mailbox::kCreatedWithWarnings : Mailbox::kCreated;
 }
 
 }  // namespace twk::creation

@@ -1,5 +1,11 @@
 #pragma once
 
+#include "platform/directory.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
 /// The stage on the mail server. It does not stop a run.
 namespace twk::creation {
 
@@ -9,5 +15,9 @@ enum class Mailbox { kCreated, kCreatedWithWarnings, kFailed };
 
 /// Creates the mailbox on the kind of server that the site names.
 Mailbox CreateMailbox(CreationRun& run);
+
+/// The same for an account that is there already, with the site and the template that are loaded. The names
+/// come from the account. The outcome is told in the logs; True when there is a mailbox.
+bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user);
 
 }  // namespace twk::creation

@@ -29,13 +29,6 @@ const ads::AttributeSchema& writable_attribute(std::string_view name) {
   return *attribute;
 }
 
-Modification convert(const ads::StagedChange& change, const ads::AttributeSchema& attribute) {
-  Modification out{change.kind, std::string(attribute.name), {}};
-  for (const Value& value : change.values)
-    out.values.push_back(ads::to_raw(attribute, value));
-  return out;
-}
-
 bool is_mandatory(std::string_view attribute) {
   return attribute == "sAMAccountName" || attribute == "userAccountControl" ||
          attribute == "primaryGroupID" || attribute == "groupType" || attribute == "objectCategory";
@@ -87,6 +80,15 @@ void apply_rules(const LabDomain& domain, const Entry* entry, bool user, ads::Pr
 
 }  // namespace
 
+Modification to_modification(const Entry* entry, const ads::AttributeSchema& attribute,
+                             const ads::StagedChange& change) {
+  Modification out{change.kind, std::string(attribute.name), {}};
+  for (const Value& value : change.values)
+    out.values.push_back(ads::to_raw(attribute, value));
+  check_count(entry, attribute, out);
+  return out;
+}
+
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
                                            std::string_view object_class, ads::Provider provider,
                                            const std::vector<ads::StagedChange>& changes) {
@@ -95,8 +97,7 @@ std::vector<Modification> to_modifications(const LabDomain& domain, const Entry*
   std::vector<Modification> along;
   for (const ads::StagedChange& change : changes) {
     const ads::AttributeSchema& attribute = writable_attribute(change.attribute);
-    Modification converted = convert(change, attribute);
-    check_count(entry, attribute, converted);
+    Modification converted = to_modification(entry, attribute, change);
     apply_rules(domain, entry, user, provider, converted, along);
     out.push_back(std::move(converted));
   }

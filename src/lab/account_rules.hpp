@@ -5,9 +5,10 @@
 #include <vector>
 
 #include "ads/ads_path.hpp"
+#include "ads/schema.hpp"
+#include "ads/staged_values.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab_domain.hpp"
-#include "platform/value.hpp"
 
 /// What values the attributes of accounts may get, and what the directory makes of them.
 namespace twk::lab {
@@ -24,6 +25,11 @@ inline constexpr std::string_view kNeverExpires = "9223372036854775807";
 std::vector<Modification> to_modifications(const LabDomain& domain, const Entry* entry,
                                            std::string_view object_class, ads::Provider provider,
                                            const std::vector<ads::StagedChange>& changes);
+
+/// The stored form of one change. Raises kConstraint for a value that the attribute does not take, and for
+/// several where it holds one.
+Modification to_modification(const Entry* entry, const ads::AttributeSchema& attribute,
+                             const ads::StagedChange& change);
 
 /// The moment, as the directory counts time.
 std::string filetime_now(const LabDomain& domain);

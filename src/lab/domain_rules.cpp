@@ -1,11 +1,11 @@
 #include "lab/domain_rules.hpp"
 
-#include <algorithm>
 #include <optional>
 
 #include "ads/dn.hpp"
 #include "ads/schema.hpp"
 #include "base/text.hpp"
+#include "lab/draft.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
 #include "lab/membership.hpp"
@@ -15,47 +15,6 @@ namespace twk::lab {
 namespace {
 
 constexpr std::int32_t kGlobalSecurityGroup = static_cast<std::int32_t>(0x80000002U);
-
-/// The attributes of an object in the making.
-class Draft {
- public:
-  void set(std::string_view name, std::string value) { set(name, std::vector{std::move(value)}); }
-  void set(std::string_view name, std::vector<std::string> values) {
-    const auto found = find(name);
-    if (found != attributes_.end())
-      attributes_.erase(found);
-    if (!values.empty())
-      attributes_.push_back({std::string(name), std::move(values)});
-  }
-  void set_default(std::string_view name, std::string value) {
-    if (find(name) == attributes_.end())
-      set(name, std::move(value));
-  }
-  void apply(const Modification& change) {
-    if (change.kind == ModifyKind::kReplace) {
-      set(change.attribute, change.values);
-    } else if (change.kind == ModifyKind::kAdd) {
-      std::vector<std::string> values = find(change.attribute) == attributes_.end()
-                                            ? std::vector<std::string>{}
-                                            : find(change.attribute)->values;
-      values.insert(values.end(), change.values.begin(), change.values.end());
-      set(change.attribute, std::move(values));
-    }
-  }
-  [[nodiscard]] std::optional<std::string> value(std::string_view name) {
-    const auto found = find(name);
-    return found == attributes_.end() ? std::nullopt : std::optional(found->values.front());
-  }
-  [[nodiscard]] std::vector<LdifAttribute> take() { return std::move(attributes_); }
-
- private:
-  std::vector<LdifAttribute>::iterator find(std::string_view name) {
-    return std::find_if(attributes_.begin(), attributes_.end(),
-                        [&](const LdifAttribute& one) { return base::equals_fold(one.name, name); });
-  }
-
-  std::vector<LdifAttribute> attributes_;
-};
 
 bool is_account_class(std::string_view object_class) {
   return base::equals_fold(object_class, "user") || base::equals_fold(object_class, "group");

@@ -3,6 +3,7 @@
 #include "ads/dn.hpp"
 #include "lab/configuration_entries.hpp"
 #include "lab/entry_store.hpp"
+#include "lab/exchange_servers.hpp"
 #include "lab/lab_directory.hpp"
 #include "lab/lab_domain.hpp"
 #include "lab/lab_environment.hpp"
@@ -32,7 +33,8 @@ struct Lab::Services {
                .servers = servers,
                .root_dn = ads::domain_dn(domain_name(config)),
                .configuration_dn = "CN=Configuration," + ads::domain_dn(domain_name(config))},
-        directory(domain),
+        exchange(root / "exchange", warn),
+        directory(domain, exchange),
         query(domain),
         identity(domain),
         network(domain, identity),
@@ -50,6 +52,7 @@ struct Lab::Services {
   local::SystemProcess process;
   local::PosixFiles workstation_files{names};
   LabDomain domain;
+  ExchangeServers exchange;
   LabDirectory directory;
   LabQuery query;
   ProcessIdentity identity;

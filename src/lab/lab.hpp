@@ -14,6 +14,7 @@ namespace twk::lab {
 ///
 ///     lab.conf                                  see lab_config.hpp
 ///     domain.ldif, domain.journal.ldif          the directory, see entry_store.hpp
+///     exchange/<SERVER>.ldif                    Exchange 5.5 directories, see exchange_servers.hpp
 ///     servers/<NAME>/<DRIVE>/, server.ldif      file servers, see file_server.hpp
 ///     settings/                                 the registry
 ///     db/                                       the database directory

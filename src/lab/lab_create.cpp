@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "ads/object_rules.hpp"
 #include "base/text.hpp"
@@ -42,13 +43,17 @@ bool is_drive_letter(const std::string& drive) {
   return drive.size() == 1 && ((drive[0] >= 'A' && drive[0] <= 'Z') || (drive[0] >= 'a' && drive[0] <= 'z'));
 }
 
-void check_server(const FileServerPlan& server) {
+void check_server_name(const std::string& name) {
   static constexpr std::string_view kAllowed =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_";
-  const bool name_fits = !server.name.empty() && server.name.size() <= 15 &&
-                         server.name.find_first_not_of(kAllowed) == std::string::npos;
+  const bool name_fits =
+      !name.empty() && name.size() <= 15 && name.find_first_not_of(kAllowed) == std::string::npos;
   if (!name_fits)
-    raise(ads_error::kConstraint, "Not a name for a file server: " + server.name);
+    raise(ads_error::kConstraint, "Not a name for a server: " + name);
+}
+
+void check_server(const FileServerPlan& server) {
+  check_server_name(server.name);
   if (server.drives.empty() || !std::all_of(server.drives.begin(), server.drives.end(), is_drive_letter)) {
     raise(ads_error::kConstraint, "A drive of a file server is one letter: " + server.name);
   }
@@ -64,21 +69,41 @@ void make_server(const fs::path& servers, const FileServerPlan& plan) {
   }
 }
 
-void write_directory(const fs::path& file, const LabConfig& config, const LabPlan& plan,
-                     const std::string& administrator) {
+/// Writes a new file of the records that `produce` gives, and brings it to the disk.
+void write_records(const fs::path& file,
+                   const std::function<void(const std::function<void(const LdifRecord&)>&)>& produce) {
   const std::string path = file.string();
   const local::Descriptor output = local::open_descriptor(path, O_WRONLY | O_CREAT | O_EXCL, 0600);
   std::string piece;
-  invent_domain(config, {plan.users, plan.groups, plan.ous, plan.seed, administrator},
-                [&](const LdifRecord& record) {
-                  append_ldif(piece, record);
-                  if (piece.size() < kPiece)
-                    return;
-                  local::write_all(output, piece, path);
-                  piece.clear();
-                });
+  produce([&](const LdifRecord& record) {
+    append_ldif(piece, record);
+    if (piece.size() < kPiece)
+      return;
+    local::write_all(output, piece, path);
+    piece.clear();
+  });
   local::write_all(output, piece, path);
   local::sync(output, path);
+}
+
+void write_directory(const fs::path& file, const LabConfig& config, const LabPlan& plan,
+                     const std::string& administrator) {
+  write_records(file, [&](const std::function<void(const LdifRecord&)>& write) {
+    invent_domain(config, {plan.users, plan.groups, plan.ous, plan.seed, administrator}, write);
+    if (plan.exchange) {
+      for (const LdifRecord& record : exchange2000_entries(config, *plan.exchange))
+        write(record);
+    }
+  });
+}
+
+void make_exchange(const fs::path& folder, const ExchangePlan& plan) {
+  make_private_folder(folder);
+  write_records(folder / (plan.old_server + ".ldif"),
+                [&](const std::function<void(const LdifRecord&)>& write) {
+                  for (const LdifRecord& record : exchange55_entries(plan))
+                    write(record);
+                });
 }
 
 /// Who may use the lab; empty when that name cannot be an account's.
@@ -109,11 +134,15 @@ void create_lab(const fs::path& folder, const LabPlan& plan) {
   const LabConfig config = make_config(plan);
   check_lab_config(config);
   std::for_each(plan.servers.begin(), plan.servers.end(), check_server);
+  if (plan.exchange)
+    check_server_name(plan.exchange->old_server);
   make_private_folder(folder);
   for (const char* const part : {"settings", "db", "servers"})
     make_private_folder(folder / part);
   for (const FileServerPlan& server : plan.servers)
     make_server(folder / "servers", server);
+  if (plan.exchange)
+    make_exchange(folder / "exchange", *plan.exchange);
   write_directory(folder / "domain.ldif", config, plan, administrator_name(plan));
   write_lab_config(folder / "lab.conf", config);
 }

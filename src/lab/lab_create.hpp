@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "lab/exchange_entries.hpp"
 #include "lab/lab_config.hpp"
 
 namespace twk::lab {
@@ -25,12 +27,13 @@ struct LabPlan {
   std::uint64_t seed = 1;     ///< equal plans with equal seeds make equal directories
   std::string administrator;  ///< a person to put into Domain Admins; empty: whoever runs the program
   std::vector<FileServerPlan> servers = {FileServerPlan{}};
+  std::optional<ExchangePlan> exchange = ExchangePlan{};  ///< none: a lab without mail
 };
 
 /// Makes a lab in a folder that does not exist or is empty: the domain with its built-in accounts and its
 /// controller, units, people and groups by invented names, the file servers, whose last drives get the
-/// folders "Users" and "Profiles", settings and the database directory. Everything is its owner's alone
-/// (0600, 0700).
+/// folders "Users" and "Profiles", the mail systems, settings and the database directory. Everything is its
+/// owner's alone (0600, 0700).
 ///
 /// "lab.conf" is written last, so that a lab whose making broke off is not taken for one. Raises 75 for a
 /// folder that is not empty, 5 and kConstraint for names in the plan that cannot be used, and the runtime's

@@ -5,6 +5,7 @@
 
 #include "lab/account_path.hpp"
 #include "lab/errors.hpp"
+#include "lab/exchange_object.hpp"
 #include "lab/ldap_object.hpp"
 #include "lab/passwords.hpp"
 #include "lab/root_dse.hpp"
@@ -45,6 +46,15 @@ ObjectPtr LabDirectory::bind_share(const ads::AdsPath& path) {
   return path.kind == ads::AdsPath::Kind::kFileShare ? object->GetObject("FileShare", path.name) : object;
 }
 
+ObjectPtr LabDirectory::bind_exchange(const ads::AdsPath& path) {
+  const bool domain_listens = domain_.config.kind != DomainKind::kNt;
+  if (path.provider != ads::Provider::kLdap || path.server.empty() ||
+      (domain_listens && is_domain_server(domain_, path.server)))
+    return nullptr;
+  EntryStore* const store = exchange_.find(path.server);
+  return store == nullptr ? nullptr : bind_exchange_object(*store, path.server, path.name);
+}
+
 ObjectPtr LabDirectory::GetObject(std::string_view path) {
   const ads::AdsPath parsed = ads::parse_ads_path(path);
   domain_.store.refresh();
@@ -57,8 +67,10 @@ ObjectPtr LabDirectory::GetObject(std::string_view path) {
     case ads::AdsPath::Kind::kSchema:
       require_ldap_server(domain_, parsed.server);
       return ads::bind_schema(parsed.name, ads::find_attribute);
-    case ads::AdsPath::Kind::kEntry:
-      return bind_entry(parsed, path);
+    case ads::AdsPath::Kind::kEntry: {
+      ObjectPtr mail = bind_exchange(parsed);
+      return mail != nullptr ? mail : bind_entry(parsed, path);
+    }
     case ads::AdsPath::Kind::kDomain:
       require_domain(domain_, parsed.server);
       return std::make_shared<WinntDomain>(domain_, parsed.server);
@@ -76,6 +88,19 @@ ObjectPtr LabDirectory::OpenDSObject(std::string_view path, std::string_view use
   if (!user.empty())
     check_logon(domain_, user, password);
   return GetObject(path);
+}
+
+void LabDirectory::begin_batch() {
+  domain_.store.begin_batch();
+  exchange_.begin_batch();
+}
+
+void LabDirectory::end_batch() {
+  base::Trap domain;
+  domain([this] { domain_.store.end_batch(); });
+  exchange_.end_batch();
+  if (domain.number() != 0)
+    raise(domain.number(), domain.description());
 }
 
 }  // namespace twk::lab

@@ -210,8 +210,11 @@ void bind_to(QComboBox& widget, controls::ComboBox& control, const Action& chose
   follow_enabled(widget, control.enabled);
   follow_shown(widget, control.visible);
   QObject::connect(&widget, &QComboBox::activated, &widget, [&widget, &control, chosen](int) {
+    const std::string before = control.text;
     choose_item(widget, control);
-    run_guarded(chosen);
+    // An item that was put into an editable box is told by its text already.
+    if (!widget.isEditable() || control.text != before)
+      run_guarded(chosen);
   });
   if (!widget.isEditable())
     return;

@@ -23,15 +23,25 @@ QLineEdit* add_result(QFormLayout& form, const QString& caption, const char* nam
   return field;
 }
 
-QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
-                     const Action& chosen, bool editable) {
-  auto* const box = new QComboBox(form.parentWidget());
+QComboBox* make_editable_combo(const char* name, QWidget* parent) {
+  auto* const box = new QComboBox(parent);
   box->setObjectName(name);
-  box->setEditable(editable);
+  box->setEditable(true);
   box->setInsertPolicy(QComboBox::NoInsert);
   // Completion would make a small letter a capital one behind the person's back.
-  if (editable)
-    box->setCompleter(nullptr);
+  box->setCompleter(nullptr);
+  return box;
+}
+
+QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
+                     const Action& chosen, bool editable) {
+  QComboBox* box = nullptr;
+  if (editable) {
+    box = make_editable_combo(name, form.parentWidget());
+  } else {
+    box = new QComboBox(form.parentWidget());
+    box->setObjectName(name);
+  }
   form.addRow(caption, box);
   bind_to(*box, control, chosen);
   return box;

@@ -19,6 +19,8 @@ QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name,
 /// A field that shows what a routine worked out.
 QLineEdit* add_result(QFormLayout& form, const QString& caption, const char* name,
                       controls::TextBox& control);
+/// A box that takes any text as it is typed; it is bound once its limits are set.
+QComboBox* make_editable_combo(const char* name, QWidget* parent);
 QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
                      const Action& chosen = {}, bool editable = false);
 QCheckBox* add_check(QBoxLayout& box, const QString& caption, const char* name, controls::CheckBox& control,

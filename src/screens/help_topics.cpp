@@ -12,12 +12,13 @@ namespace {
 constexpr std::array<const char*, 6> kTabs = {"new-user", "user-details", "log",
                                               "site",     "template",     "set-up"};
 constexpr std::array<const char*, 5> kSetupTabs = {"set-up", "preferences", "mail", "w2k", "wts"};
-constexpr std::array<std::pair<const char*, const char*>, 12> kDialogs = {{{"frmADOptions", "options"},
+constexpr std::array<std::pair<const char*, const char*>, 13> kDialogs = {{{"frmADOptions", "options"},
                                                                            {"CSV_Import", "import"},
                                                                            {"ImportGrps", "import"},
                                                                            {"CancelImport", "import"},
                                                                            {"frmFindW2KUser", "find"},
                                                                            {"Select_OU", "tree"},
+                                                                           {"Serach_Mail", "mail"},
                                                                            {"Edit_Properties", "w2k"},
                                                                            {"Custom", "user-details"},
                                                                            {"Logon_Hours", "template"},

@@ -18,7 +18,7 @@ QGroupBox* make_logon(session::Session& session, QWidget* parent) {
   auto* const port = new QFormLayout;
   box->addLayout(port);
   add_text(*port, "LDAP &port", "PORT", form1.PORT);
-  add_check(*box, "Use m&y own logon", "Mail_Logon", form1.Mail_Logon,
+  add_check(*box, "&Use Current Credentials", "Mail_Logon", form1.Mail_Logon,
             [&session] { session::Mail_Logon_Click(session); });
   auto* const credentials = new QFormLayout;
   box->addLayout(credentials);

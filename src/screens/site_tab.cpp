@@ -3,6 +3,7 @@
 #include <QRadioButton>
 #include <QShortcut>
 
+#include "mail/find_store.hpp"
 #include "screens/application.hpp"
 #include "screens/bind.hpp"
 #include "screens/form.hpp"
@@ -17,18 +18,33 @@ namespace {
 using session::Form1;
 using session::Session;
 
-/// A caption that changes with the kind of site; "&" gives it its mnemonic.
-void add_named_text(QFormLayout& rows, controls::Label& caption, const char* own_caption, const char* name,
-                    controls::TextBox& control) {
+constexpr int kExchangeLength = 30;
+
+/// A field whose caption changes with the kind of site.
+void add_named(QFormLayout& rows, controls::Label& caption, const char* own_caption, QWidget* field) {
   auto* const label = new QLabel(rows.parentWidget());
-  auto* const field = new QLineEdit(rows.parentWidget());
-  field->setObjectName(name);
   label->setBuddy(field);
   rows.addRow(label, field);
-  bind_to(*field, control);
   follow(*label, caption.caption, [label, own_caption](const std::string& text) {
     label->setText((text.empty() ? QString(own_caption) : to_qt(text)) + ":");
   });
+}
+
+QLineEdit* make_text(const char* name, controls::TextBox& control, QWidget* parent) {
+  auto* const field = new QLineEdit(parent);
+  field->setObjectName(name);
+  field->setMaxLength(kExchangeLength);
+  bind_to(*field, control);
+  return field;
+}
+
+/// A field that may offer what a search found.
+QComboBox* make_choice(const char* name, controls::ComboBox& control, QWidget* parent,
+                       const Action& chosen = {}) {
+  QComboBox* const field = make_editable_combo(name, parent);
+  field->lineEdit()->setMaxLength(kExchangeLength);
+  bind_to(*field, control, chosen);
+  return field;
 }
 
 QWidget* make_kind(Session& session, QWidget* parent) {
@@ -55,16 +71,21 @@ QWidget* make_fields(Session& session, QWidget* parent) {
   auto* const server_rows = new QFormLayout(server);
   add_text(*server_rows, "Ser&ver:", "NTSERVER", form.NTSERVER)->setMaxLength(20);
   column->addWidget(server);
-  auto* const mail = new QGroupBox("Mail", fields);
-  auto* const mail_rows = new QFormLayout(mail);
-  mail_rows->addRow("Kind:", make_kind(session, mail));
+  auto* const mail_box = new QGroupBox("Mail", fields);
+  auto* const mail_rows = new QFormLayout(mail_box);
+  mail_rows->addRow("Kind:", make_kind(session, mail_box));
   add_text(*mail_rows, "E&xchange Server:", "EXSERVER", form.EXSERVER)->setMaxLength(20);
-  add_named_text(*mail_rows, form.Label14, "Exchange Org", "EXorg", form.EXorg);
-  add_named_text(*mail_rows, form.Label13, "Exchange Site", "EXSite", form.EXSite);
-  add_text(*mail_rows, "Mailbox Store:", "Mail_Store", form.Mail_Store);
-  for (const char* const name : {"EXorg", "EXSite", "Mail_Store"})
-    mail->findChild<QLineEdit*>(name)->setMaxLength(30);
-  column->addWidget(mail);
+  add_named(*mail_rows, form.Label14, "Exchange Org", make_text("EXorg", form.EXorg, mail_box));
+  add_named(
+      *mail_rows, form.Label13, "Exchange Site",
+      make_choice("EXSite", form.EXSite, mail_box, [&session] { mail::storage_group_chosen(session); }));
+  mail_rows->addRow("Mailbox Store:", make_choice("Mail_Store", form.Mail_Store, mail_box));
+  auto* const find = new QHBoxLayout();
+  mail_rows->addRow(find);
+  find->addStretch();
+  add_button(*find, "&Find Store", "Find_Store", form.Find_Store,
+             [&session] { mail::Find_Store_Click(session); });
+  column->addWidget(mail_box);
   column->addStretch();
   return fields;
 }

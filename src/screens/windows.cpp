@@ -8,7 +8,7 @@ namespace {
 
 using Maker = std::unique_ptr<QDialog> (*)(session::Session&, QWidget*);
 
-constexpr std::array<std::pair<std::string_view, Maker>, 11> kMakers = {{
+constexpr std::array<std::pair<std::string_view, Maker>, 12> kMakers = {{
     {"frmADOptions", make_ad_options},
     {"CSV_Import", make_csv_import},
     {"Custom", make_custom},
@@ -18,6 +18,7 @@ constexpr std::array<std::pair<std::string_view, Maker>, 11> kMakers = {{
     {"Logon_Hours", make_logon_hours},
     {"Permissions", make_permissions},
     {"Select_OU", make_select_ou},
+    {"Serach_Mail", make_search_mail},
     {"frmSharePoints", make_share_points},
     {"Varibles_Form", make_variables},
 }};

@@ -21,6 +21,7 @@ std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* pare
 std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_permissions(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_search_mail(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_select_ou(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* parent);

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <string>
+
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
+#include "controls/tree_view.hpp"
 
 /// State of the windows around the tree. Fields bear the names of the windows' controls.
 namespace twk::session {
@@ -35,6 +38,20 @@ struct Select_OU {
   controls::Label OU;
   controls::CheckBox SUBOU;
   controls::OptionGroup REG_KEY;  ///< 0 the person's settings, 1 the machine's
+};
+
+/// Looks for a mailbox on an Exchange 5.5 server and deletes it.
+struct Serach_Mail {
+  controls::Observable<std::string> caption{"Select Mailbox"};  ///< the window's title
+  controls::TextBox Text1;                                      ///< name of the mailbox
+  controls::TextBox Text2;                                      ///< Exchange server
+  controls::TreeView TreeView1;  ///< containers, and in them the mailboxes found by their paths
+  controls::Button Delete_Mail;
+  std::string ExSite;
+  std::string ExOrg;
+  std::string AdminName;
+  std::string AdminPassword;
+  bool Deleted = false;  ///< a mailbox was deleted since the window was opened
 };
 
 }  // namespace twk::session

@@ -129,9 +129,9 @@ struct Form1 {
   controls::TextBox NTSERVER;
   controls::TextBox EXSERVER;
   controls::TextBox EXorg;
-  controls::TextBox EXSite;
-  controls::TextBox Mail_Store;
-  controls::OptionGroup EXH5;  ///< 0 Exchange 5.5, 1 Exchange 2000
+  controls::ComboBox EXSite;      ///< any text; `Find_Store` offers the storage groups
+  controls::ComboBox Mail_Store;  ///< any text; `Find_Store` offers the stores
+  controls::OptionGroup EXH5;     ///< 0 Exchange 5.5, 1 Exchange 2000
   controls::Label Label13;
   controls::Label Label14;
   controls::Label Label42;

@@ -105,6 +105,7 @@ struct Session {
   std::int16_t SerialCounter = 0;
 
   bool LastRegResult = false;
+  bool MailWarning = false;  ///< a row of a new mailbox was refused
   std::string Error_Status_Text;
   std::string Error_Log_Text;
   ImportState import;
@@ -125,6 +126,7 @@ struct Session {
   frmADOptions ad_options;
   frmFindW2KUser find_user;
   Select_OU select_ou;
+  Serach_Mail serach_mail;
   Edit_Properties edit_properties;
   Custom custom;
   Logon_Hours logon_hours;

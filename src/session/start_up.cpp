@@ -2,7 +2,6 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "creation/later_stages.hpp"
 #include "directory/operations.hpp"
 #include "directory/select_domain.hpp"
 #include "session/controls_defaults.hpp"
@@ -24,7 +23,6 @@ constexpr int kLeastScreenWidth = 1024;
 void read_all_settings(Session& session) {
   session.splash.Splash_TxT.caption = "Loading Registry Keys...";
   read_settings(session);
-  creation::switch_off_later_stages(session.form1);
   switch_off_later_commands(session.form1);
 }
 

@@ -44,6 +44,7 @@ struct MultiUser {
   controls::TextBox AD_CHANGE;  ///< the value that a property is to get
   controls::Button btn_Showusers;
   controls::Label progress;  ///< what the run is at
+  controls::CheckBox No_Prompting;
 };
 
 /// Which columns of an import file are what.

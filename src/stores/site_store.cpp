@@ -14,8 +14,19 @@ using session::Session;
 /// Key of the row of a site that has not been saved yet: the last one. No other row has a key.
 constexpr std::string_view kNewRow = "NewSite";
 
-std::array<controls::TextBox*, 5> fields(Form1& form1) {
-  return {&form1.NTSERVER, &form1.EXSERVER, &form1.EXSite, &form1.EXorg, &form1.Mail_Store};
+/// Runs `change` on each field of a site.
+template <typename Change>
+void for_each_field(Form1& form1, Change change) {
+  for (controls::TextBox* const field : {&form1.NTSERVER, &form1.EXSERVER, &form1.EXorg})
+    change(*field);
+  for (controls::ComboBox* const field : {&form1.EXSite, &form1.Mail_Store})
+    change(*field);
+}
+
+/// What `Find_Store` offered belongs to the server of one site.
+void forget_stores(Form1& form1) {
+  form1.EXSite.clear_items();
+  form1.Mail_Store.clear_items();
 }
 
 bool is_exchange_2000(const Form1& form1) {
@@ -41,15 +52,15 @@ std::string selected_name(Form1& form1) {
 }
 
 void empty_fields(Form1& form1) {
-  for (controls::TextBox* const field : fields(form1))
-    field->text = std::string();
+  for_each_field(form1, [](auto& field) { field.text = std::string(); });
+  forget_stores(form1);
 }
 
 void unlock_fields(Form1& form1) {
-  for (controls::TextBox* const field : fields(form1)) {
-    field->enabled = true;
-    field->paint = controls::Paint::kEditing;
-  }
+  for_each_field(form1, [](auto& field) {
+    field.enabled = true;
+    field.paint = controls::Paint::kEditing;
+  });
   form1.Save_Site.enabled = true;
   form1.EXH5.enabled = true;
   form1.New_Site.enabled = false;
@@ -61,10 +72,10 @@ void unlock_fields(Form1& form1) {
 /// Fields locked, and the buttons that fit a tab on which nothing is edited.
 void show_browsing(Session& session) {
   Form1& form1 = session.form1;
-  for (controls::TextBox* const field : fields(form1)) {
-    field->enabled = false;
-    field->paint = controls::Paint::kDefault;
-  }
+  for_each_field(form1, [](auto& field) {
+    field.enabled = false;
+    field.paint = controls::Paint::kDefault;
+  });
   const bool chosen = !selected_name(form1).empty();
   form1.EXH5.enabled = false;
   form1.Find_Store.enabled = false;
@@ -80,10 +91,12 @@ void show_browsing(Session& session) {
 void show_kind(Form1& form1, bool exchange_2000) {
   form1.EXH5.index = exchange_2000 ? 1 : 0;
   form1.Mail_Store.visible = exchange_2000;
+  form1.Find_Store.visible = exchange_2000;
   if (exchange_2000) {
     form1.Label42.caption = "Mailbox Store";
     form1.Label13.caption = "Storage Group";
   } else {
+    forget_stores(form1);
     form1.Label13.caption = "Exchange Site";
     form1.Label14.caption = "Exchange Org";
   }
@@ -211,6 +224,7 @@ void Loadsite(Session& session, std::string_view name) {
   if (!found.found)
     return;
   const SiteRecord& site = session.ActiveSite;
+  forget_stores(form1);
   show_kind(form1, site.Exchange2000);
   form1.NTSERVER.text = std::string(base::trim(site.NTServer));
   form1.EXSERVER.text = std::string(base::trim(site.ExchangeServer));

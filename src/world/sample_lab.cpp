@@ -3,9 +3,9 @@
 #include <array>
 #include <utility>
 
+#include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "ads/dn.hpp"
 #include "session/settings.hpp"
 #include "session/start_up.hpp"
 #include "stores/side_tables.hpp"
@@ -43,7 +43,7 @@ constexpr std::array kSettings = {Setting{session::kSetup, "UserFormat", "5"},
                                   Setting{session::kPreferences, "FullName", "2"},
                                   Setting{session::kPreferences, "Custom_FN", "%First% %Last%"},
                                   Setting{session::kPreferences, "ForcePasswdChange", "Yes"},
-                                  Setting{session::kUM, "MailAccount", "No"},
+                                  Setting{session::kUM, "MailAccount", "Yes"},
                                   Setting{session::kUM, "RunCmd", "No"}};
 
 void write_setting(World& world, const Setting& setting) {
@@ -94,6 +94,10 @@ void add_site(Session& session) {
   stores::New_Site(session);
   stores::site_name_edited(session, "Head Office");
   session.form1.NTSERVER.text = kServer;
+  const lab::ExchangePlan mail;
+  session.form1.EXSERVER.text = mail.old_server;
+  session.form1.EXorg.text = mail.organisation;
+  session.form1.EXSite.text = mail.site;
   stores::Save_Site(session);
   if (session.form1.Save_Site.enabled)
     refuse("The site \"Head Office\" was not saved.");

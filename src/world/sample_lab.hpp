@@ -27,8 +27,9 @@ void record_domain(World& world);
 /// not built are switched off.
 void prepare_sample(World& world);
 
-/// The rest, through the windows of a session that is up: the site "Head Office", the template "Staff", the
-/// side tables. Raises a runtime error when one of the system's own routines refuses.
+/// The rest, through the windows of a session that is up: the site "Head Office" with its Exchange 5.5
+/// server, the template "Staff", the side tables. Raises a runtime error when one of the system's own
+/// routines refuses.
 void fill_sample_stores(session::Session& session);
 
 /// All of the above: makes a lab in a new or empty folder, with the sample in it. Raises what

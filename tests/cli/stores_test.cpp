@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
                      {"site", "add", "123456789012345678901", "--nt-server", "S"},
                      "Site name too long (20 chrs max)"},
         RefusedStore{"SiteWithHalfAnExchange",
-                     {"site", "edit", "Head Office", "--exchange-org", "O"},
+                     {"site", "edit", "Head Office", "--exchange-org", ""},
                      "Must enter all three vaules for exchange."},
         RefusedStore{"SiteThatIsNot", {"site", "show", "Haed Office"}, "Near: \"Head Office\""},
         RefusedStore{"TemplateOfATakenName", {"template", "add", "staff"}, "Already Exist"},

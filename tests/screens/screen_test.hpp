@@ -44,9 +44,10 @@ class ScreenTest : public testing::Test {
     QTest::mouseClick(button, Qt::LeftButton, {},
                       marked ? QPoint(8, button->height() / 2) : button->rect().center());
   }
-  /// Replaces what a field holds, key by key.
+  /// Replaces what a field or an editable box holds, key by key.
   void type(const char* name, const QString& text, QWidget* in = nullptr) {
-    auto* const field = find<QLineEdit>(name, in);
+    auto* const box = (in == nullptr ? window.get() : in)->findChild<QComboBox*>(name);
+    auto* const field = box == nullptr ? find<QLineEdit>(name, in) : box->lineEdit();
     field->setFocus();
     field->selectAll();
     QTest::keyClick(field, Qt::Key_Delete);

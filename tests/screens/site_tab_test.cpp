@@ -164,14 +164,52 @@ TEST_F(SiteTabTest, TheKindOfExchangeChangesTheFieldsAndIsKept) {
   open_tab();
   choose_site(0);
   click("Edit_Site");
-  EXPECT_FALSE(find<QLineEdit>("Mail_Store")->isVisible());
+  EXPECT_FALSE(find<QComboBox>("Mail_Store")->isVisible());
   click("EXH5_1");
-  EXPECT_TRUE(find<QLineEdit>("Mail_Store")->isVisible());
+  EXPECT_TRUE(find<QComboBox>("Mail_Store")->isVisible());
   click("Save_Site");
   QTest::keyClick(begin_new(), Qt::Key_Escape);
   settle();
   choose_site(0);
   EXPECT_TRUE(find<QRadioButton>("EXH5_1")->isChecked());
+}
+
+TEST_F(SiteTabTest, StoresOfAnExchange2000ServerAreFoundAndChosen) {
+  open_tab();
+  choose_site(0);
+  click("Edit_Site");
+  EXPECT_FALSE(find<QPushButton>("Find_Store")->isVisible());
+  click("EXH5_1");
+  expect_box("Enter the name of the Exchange server first.");
+  click("Find_Store");
+  type("EXSERVER", "EX99");
+  expect_box("No storage group of an Exchange 2000 server EX99 was found.");
+  click("Find_Store");
+  type("EXSERVER", "ex2k");
+  click("Find_Store");
+  EXPECT_EQ(find<QLineEdit>("EXorg")->text(), "Tarnwick");
+  EXPECT_EQ(find<QComboBox>("EXSite")->currentText(), "First Storage Group");
+  EXPECT_EQ(find<QComboBox>("Mail_Store")->currentText(), "Mailbox Store");
+  choose("Mail_Store", "Mailbox Store 2");
+  click("Save_Site");
+  EXPECT_NE(lab.database_file("Site.dat").find("Mailbox Store 2"), std::string::npos);
+  EXPECT_FALSE(find<QPushButton>("Find_Store")->isEnabled());
+}
+
+TEST_F(SiteTabTest, TheStoresFollowTheStorageGroupThatIsChosen) {
+  open_tab();
+  choose_site(0);
+  click("Edit_Site");
+  click("EXH5_1");
+  type("EXSERVER", "EX2K");
+  click("Find_Store");
+  lab.session.form1.EXSite.add_item("Second Storage Group");
+  expect_box("The stores cannot be read.");
+  choose("EXSite", "Second Storage Group");
+  EXPECT_EQ(find<QComboBox>("Mail_Store")->currentText(), "");
+  QTest::keyClick(find<QComboBox>("EXSite"), Qt::Key_Up);
+  EXPECT_EQ(find<QComboBox>("EXSite")->currentText(), "First Storage Group");
+  EXPECT_EQ(find<QComboBox>("Mail_Store")->currentText(), "Mailbox Store");
 }
 
 TEST_F(SiteTabTest, DeletingAsksFirst) {

@@ -151,11 +151,12 @@ TEST_F(SiteStoreTest, IncompleteFieldsAreRefused) {
   Save_Site(session);
   EXPECT_EQ(dialogs.last_title, "Incorect entry");
   form1.NTSERVER.text = "FS1";
-  for (controls::TextBox* const only : {&form1.EXSERVER, &form1.EXSite, &form1.EXorg}) {
-    only->text = "x";
+  for (controls::Observable<std::string>* const only :
+       {&form1.EXSERVER.text, &form1.EXSite.text, &form1.EXorg.text}) {
+    *only = "x";
     dialogs.expect("Must enter all three vaules for exchange.");
     Save_Site(session);
-    only->text = "";
+    *only = "";
   }
   form1.NTSERVER.text = "FS\n1";
   Save_Site(session);

@@ -1,0 +1,113 @@
+#include "mail/create_mailbox2000.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "format/user_name.hpp"
+#include "format/variables.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::mail {
+namespace {
+
+using format::FRString;
+using platform::ObjectPtr;
+using session::Session;
+
+constexpr std::int32_t kMailboxEnabled = 2;
+
+/// The mail domain, headed by "@"; one that stands in the row already is not put twice.
+std::string replace_mail_domain(const Session& session, std::string text) {
+  const std::string domain = "@" + session.DomainName;
+  return FRString(FRString(text, "@%Domain%", domain), "%Domain%", domain);
+}
+
+std::string expand(Session& session, const MailboxOwner& owner, std::string value) {
+  value = format::Replace_Variables(session, std::move(value));
+  value = format::UserName(session, std::move(value), owner.FirstName, owner.MiddleName, owner.LastName);
+  value = replace_mail_domain(session, std::move(value));
+  return session.import.Importing ? format::replace_import_fields(session, std::move(value)) : value;
+}
+
+/// What is to be written; empty for nothing.
+std::string value_to_write(Session& session, const MailboxOwner& owner, const controls::ListRow& row) {
+  const std::string value = value_of(row);
+  if (base::equals_fold(value, "PROMPT"))
+    return ask_for_value(session, row.text);
+  std::string expanded = expand(session, owner, value);
+  return expanded.find('%') == base::npos ? expanded : std::string();
+}
+
+/// What a refused call leaves staged would spoil the next one.
+void bind_anew(Session& session, ObjectPtr& user) {
+  if (user == nullptr)
+    return;
+  base::Trap gone;
+  gone([&] { user = session.platform.directory.GetObject(user->ADsPath()); });
+}
+
+void write_row(Session& session, ObjectPtr& user, const std::string& attribute, const std::string& value) {
+  base::Trap trap;
+  if (trap([&] {
+        user->Put(attribute, value);
+        user->SetInfo();
+      }))
+    return session.log.line("Setting " + attribute + ", " + value);
+  session.MailWarning = true;
+  session.log.line("Error setting " + attribute + ", " + value + ": " + trap.description());
+  bind_anew(session, user);
+}
+
+void write_rows(Session& session, ObjectPtr& user, const MailboxOwner& owner) {
+  const controls::ListView& rows = session.form1.ListView7;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const controls::ListRow& row = rows.at(i);
+    if (row.icon != "MAIL")
+      continue;
+    const std::string value = value_to_write(session, owner, row);
+    if (!value.empty())
+      write_row(session, user, row.text, value);
+  }
+}
+
+}  // namespace
+
+std::string store_path(std::string_view exOrg, std::string_view exServer, std::string_view storageGroup,
+                       std::string_view mailboxStore, std::string_view domainDn) {
+  std::string path;
+  for (const std::string_view name : {mailboxStore, storageGroup}) {
+    if (!name.empty())
+      path += "CN=" + platform::escape_dn_value(name) + ",";
+  }
+  return path + "CN=InformationStore,CN=" + platform::escape_dn_value(exServer) +
+         ",CN=Servers,CN=First Administrative Group,CN=Administrative Groups,CN=" +
+         platform::escape_dn_value(exOrg) + ",CN=Microsoft Exchange,CN=Services,CN=Configuration," +
+         std::string(domainDn);
+}
+
+bool CreateMailbox2000(Session& session, ObjectPtr& user, const MailboxOwner& owner,
+                       std::string_view mailboxStore, std::string_view domainDn) {
+  session.MailWarning = false;
+  const std::string path =
+      store_path(owner.place.Org, owner.place.Server, owner.place.Site, mailboxStore, domainDn);
+  if (session::is_debug(session))
+    session.log.line(path);
+  base::Trap trap(session::is_debug(session));
+  const bool made = trap([&] {
+    session.platform.mailboxes.mailbox_store(user)->CreateMailbox(path);
+    user->SetInfo();
+    user->Put("msExchUserAccountControl", kMailboxEnabled);
+    user->SetInfo();
+  });
+  if (!made) {
+    session.log.line("Error Number: " + hex_number(trap.number()));
+    session.Error_Log_Text = trap.description();
+    session.log.line(session.Error_Log_Text);
+    bind_anew(session, user);
+    return false;
+  }
+  write_rows(session, user, owner);
+  return true;
+}
+
+}  // namespace twk::mail

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include "mail/mail_rows.hpp"
+
+namespace twk::mail {
+
+/// What a mailbox is made of.
+struct Mailbox55 {
+  bool CustomRecipient = false;  ///< an address elsewhere in place of a mailbox
+  std::string LookupServer;      ///< where accounts are looked up; empty for the default controller
+  std::string Domain;            ///< NetBIOS name
+  std::string AdminName;
+  std::string AdminPassword;
+  std::string TargetAddress;  ///< for a table without a "TARGET-ADDRESS" row
+  MailboxOwner owner;
+};
+
+/// Makes a mailbox in the Exchange 5.5 directory of the owner's place, ties it to the account and writes the
+/// rows of `ListView8`. True once the mailbox is complete but for the rows; a row that is refused raises
+/// `MailWarning`. A failure before that beeps and is told in the log; what was made until then stays.
+bool CreateMailbox55(session::Session& session, const Mailbox55& request);
+
+}  // namespace twk::mail

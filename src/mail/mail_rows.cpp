@@ -1,0 +1,135 @@
+#include "mail/mail_rows.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "base/text.hpp"
+#include "format/user_name.hpp"
+#include "format/variables.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::mail {
+namespace {
+
+using format::FRString;
+using session::Session;
+
+constexpr std::array<std::pair<std::string_view, RowUse>, 5> kUses = {
+    {{"TARGET-ADDRESS", RowUse::kTargetAddress},
+     {"OTHERMAILBOX", RowUse::kOtherMailbox},
+     {"CONTAINER", RowUse::kContainer},
+     {"COUNTRY", RowUse::kCountry},
+     {"MEMBEROF", RowUse::kMemberOf}}};
+
+std::string replace_built_ins(const Session& session, const MailboxOwner& owner, std::string text) {
+  text = FRString(text, "%ExSite%", owner.place.Site);
+  text = FRString(text, "%EXServer%", owner.place.Server);
+  text = FRString(text, "%EXOrg%", owner.place.Org);
+  text = FRString(text, "%Domain%", session.DomainName);
+  return FRString(text, "%UserName%", owner.SamName);
+}
+
+std::string replace_names(Session& session, const MailboxOwner& owner, std::string text) {
+  return format::UserName(session, std::move(text), owner.FirstName, owner.MiddleName, owner.LastName);
+}
+
+/// The value of a row that is read before the mailbox is made.
+std::string leading_value(Session& session, const MailboxOwner& owner, const controls::ListRow& row) {
+  std::string value = value_of(row);
+  if (base::equals_fold(value, "PROMPT"))
+    value = ask_for_value(session, row.text);
+  value = format::Replace_Variables(session, std::move(value));
+  return replace_built_ins(session, owner, replace_names(session, owner, std::move(value)));
+}
+
+MailboxOwner escaped(const MailboxOwner& owner) {
+  using platform::escape_dn_value;
+  return {escape_dn_value(owner.FirstName),
+          escape_dn_value(owner.MiddleName),
+          escape_dn_value(owner.LastName),
+          escape_dn_value(owner.SamName),
+          {owner.place.Server, escape_dn_value(owner.place.Site), escape_dn_value(owner.place.Org)}};
+}
+
+/// "%IMPORTn%" replaced by the escaped field n.
+std::string replace_escaped_import_fields(const Session& session, std::string text) {
+  const session::ImportState& import_state = session.import;
+  const auto last =
+      std::min(static_cast<std::size_t>(std::max<std::int16_t>(import_state.ImportFieldCount, 0)),
+               session::kMostImportFields);
+  for (std::size_t i = 1; i <= last; ++i) {
+    text = FRString(text, "%IMPORT" + base::to_text(static_cast<std::int64_t>(i)) + "%",
+                    platform::escape_dn_value(import_state.ImportFields.at(i)));
+  }
+  return text;
+}
+
+}  // namespace
+
+RowUse use_of(const controls::ListRow& row) {
+  for (const auto& [name, use] : kUses) {
+    if (base::equals_fold(row.text, name))
+      return use;
+  }
+  return RowUse::kAttribute;
+}
+
+std::string value_of(const controls::ListRow& row) {
+  return row.sub_items.empty() ? std::string() : row.sub_items.front();
+}
+
+std::string ask_for_value(Session& session, const std::string& attribute) {
+  if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
+    return {};
+  return session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value");
+}
+
+std::string container_row(Session& session) {
+  const controls::ListView& rows = session.form1.ListView8;
+  std::string container;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (use_of(rows.at(i)) == RowUse::kContainer)
+      container = format::Replace_Variables(session, value_of(rows.at(i)));
+  }
+  return container;
+}
+
+bool has_variable(std::string_view value) {
+  return value.find('%', 1) != base::npos;
+}
+
+LeadingRows read_leading_rows(Session& session, const MailboxOwner& owner, std::string address) {
+  LeadingRows leading{std::move(address), {}, {}};
+  const controls::ListView& rows = session.form1.ListView8;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const controls::ListRow& row = rows.at(i);
+    const RowUse use = use_of(row);
+    if (use == RowUse::kTargetAddress)
+      leading.TargetAddress = leading_value(session, owner, row);
+    if (use != RowUse::kOtherMailbox || value_of(row).empty())
+      continue;
+    std::string other = leading_value(session, owner, row);
+    if (!other.empty())
+      leading.OtherMailbox.push_back(std::move(other));
+  }
+  const std::string container = container_row(session);
+  if (!container.empty())
+    leading.Container = container_name(container);
+  return leading;
+}
+
+std::string attribute_row(Session& session, const MailboxOwner& owner, const controls::ListRow& row) {
+  const bool is_path = use_of(row) == RowUse::kMemberOf;
+  std::string value = value_of(row);
+  if (base::equals_fold(value, "PROMPT"))
+    value = ask_for_value(session, row.text);
+  if (is_path && session.import.Importing)
+    value = replace_escaped_import_fields(session, std::move(value));
+  const MailboxOwner& used = is_path ? escaped(owner) : owner;
+  value = replace_built_ins(session, used, replace_names(session, used, std::move(value)));
+  value = format::Replace_Variables(session, std::move(value));
+  return session.import.Importing ? format::replace_import_fields(session, std::move(value)) : value;
+}
+
+}  // namespace twk::mail

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "mail/exchange_path.hpp"
+
+namespace twk::controls {
+struct ListRow;
+}
+namespace twk::session {
+struct Session;
+}
+
+/// The rows of the mail table, `ListView8`, as the mailbox of one person takes them.
+namespace twk::mail {
+
+/// Whose mailbox it is, and where.
+struct MailboxOwner {
+  std::string FirstName;
+  std::string MiddleName;
+  std::string LastName;
+  std::string SamName;
+  ExchangePlace place;
+};
+
+/// What a row asks for.
+enum class RowUse { kTargetAddress, kOtherMailbox, kContainer, kCountry, kMemberOf, kAttribute };
+RowUse use_of(const controls::ListRow& row);
+/// The row's second column.
+std::string value_of(const controls::ListRow& row);
+
+/// The rows that are needed before there is a mailbox.
+struct LeadingRows {
+  std::string TargetAddress;
+  std::vector<std::string> OtherMailbox;
+  std::string Container;  ///< as `container_name` gives it; empty without a row
+};
+/// Reads them. `address` stands when no row names one.
+LeadingRows read_leading_rows(session::Session& session, const MailboxOwner& owner, std::string address);
+
+/// The value of the "CONTAINER" row with the template's variables filled in; the last one's of several.
+std::string container_row(session::Session& session);
+/// True for a value in which a variable is left: a "%" past the first character.
+bool has_variable(std::string_view value);
+
+/// The value of an attribute row: asked for where it reads "PROMPT", its tags filled in. In the path of a
+/// distribution list what stands for a tag is escaped, so that it stays within its name.
+std::string attribute_row(session::Session& session, const MailboxOwner& owner, const controls::ListRow& row);
+
+/// Asks for the value of an attribute, where somebody is there to answer; empty else.
+std::string ask_for_value(session::Session& session, const std::string& attribute);
+
+}  // namespace twk::mail

@@ -1,0 +1,195 @@
+#include "mail/search_mail.hpp"
+
+#include <vector>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "controls/tree_view.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::mail {
+namespace {
+
+using controls::TreeNode;
+using platform::Buttons;
+using platform::Icon;
+using platform::ObjectPtr;
+using session::Serach_Mail;
+using session::Session;
+
+constexpr const char* kRoot = "root";
+constexpr const char* kContainer = "FOLDER";
+constexpr const char* kMailbox = "MAIL";
+constexpr const char* kRecipientClass = "Remote-Address";
+constexpr const char* kMailboxClass = "OrganizationalPerson";
+
+ExchangePlace place_of(const Serach_Mail& window) {
+  return {std::string(base::trim(window.Text2.text.get())), window.ExSite, window.ExOrg};
+}
+
+/// "Smith, Jo" of "CN=Smith\, Jo".
+std::string value_in(std::string_view relative_name) {
+  return platform::unescape_dn_value(relative_name.substr(relative_name.find('=') + 1));
+}
+
+bool is_recipient(const ObjectPtr& object) {
+  return base::equals_fold(object->Class(), kMailboxClass) ||
+         base::equals_fold(object->Class(), kRecipientClass);
+}
+
+bool is_container(const ObjectPtr& object) {
+  return base::equals_fold(object->Class(), "Container");
+}
+
+/// The containers that are still to be looked through, with their nodes.
+using Pending = std::vector<std::pair<ObjectPtr, TreeNode*>>;
+
+void add_container(Serach_Mail& window, TreeNode& parent, const ObjectPtr& object, Pending& pending) {
+  TreeNode& node = window.TreeView1.add(&parent, object->ADsPath(), value_in(object->Name()), kContainer);
+  pending.emplace_back(object, &node);
+}
+
+void add_site_containers(Session& session, TreeNode& root, Pending& pending) {
+  Serach_Mail& window = session.serach_mail;
+  const ObjectPtr site =
+      bind_exchange(session, site_path(session, place_of(window)), window.AdminName, window.AdminPassword);
+  const std::vector<std::string> classes{"Container"};
+  site->enumerate(classes, [&](const ObjectPtr& child) {
+    if (!base::equals_fold(child->Name(), "cn=Configuration"))
+      add_container(window, root, child, pending);
+    return true;
+  });
+}
+
+std::vector<TreeNode*> walk(Session& session, std::string_view name) {
+  Serach_Mail& window = session.serach_mail;
+  TreeNode& root = window.TreeView1.add(nullptr, kRoot, window.ExSite, "SITE");
+  Pending pending;
+  add_site_containers(session, root, pending);
+  const std::string wanted = base::upper("cn=" + platform::escape_dn_value(name));
+  std::vector<TreeNode*> found;
+  for (std::size_t i = 0; i < pending.size(); ++i) {
+    const auto [container, node] = pending[i];
+    container->enumerate({}, [&, below = node](const ObjectPtr& child) {
+      if (is_container(child))
+        add_container(window, *below, child, pending);
+      else if (is_recipient(child) && base::upper(child->Name()) == wanted)
+        found.push_back(&window.TreeView1.add(below, child->ADsPath(), value_in(child->Name()), kMailbox));
+      return true;
+    });
+  }
+  return found;
+}
+
+const char* title_for(std::size_t hits) {
+  if (hits == 0)
+    return "User Not Found";
+  if (hits == 1)
+    return "Select The Mailbox to Delete";
+  return "Warning: Multiple mailboxs with the same Name Found. Be sure you Delete the correct one. If in "
+         "doubt contact you Mail Administrator";
+}
+
+void show_found(Serach_Mail& window, const std::vector<TreeNode*>& found) {
+  for (TreeNode* const node : found)
+    window.TreeView1.ensure_visible(*node);
+  if (found.size() == 1)
+    window.TreeView1.select(found.front());
+  window.Delete_Mail.enabled = !found.empty();
+  window.caption = title_for(found.size());
+}
+
+/// The name of the mailbox's container: those above it, from the nearest to the site.
+std::string container_of(const TreeNode& mailbox) {
+  std::string name;
+  for (const TreeNode* node = mailbox.parent; node != nullptr && node->image == kContainer;
+       node = node->parent)
+    name += (name.empty() ? "" : ",CN=") + escaped_name(node->text);
+  return name;
+}
+
+void tell(Session& session, const std::string& text) {
+  session.platform.dialogs.MsgBox(text, Buttons::kOk, Icon::kExclamation, "Select Mailbox");
+}
+
+}  // namespace
+
+void prepare_search(Session& session, const MailboxDeletion& request) {
+  Serach_Mail& window = session.serach_mail;
+  window.caption = "Select Mailbox";
+  window.Text1.text = request.SamName;
+  window.Text2.text = request.place.Server;
+  window.ExSite = request.place.Site;
+  window.ExOrg = request.place.Org;
+  window.AdminName = request.AdminName;
+  window.AdminPassword = request.AdminPassword;
+  window.Deleted = false;
+  Find_Mail_User(session, request.SamName);
+}
+
+bool search_mailbox(Session& session, const MailboxDeletion& request) {
+  prepare_search(session, request);
+  session.platform.dialogs.show_modal("Serach_Mail");
+  return session.serach_mail.Deleted;
+}
+
+void search_again(Session& session) {
+  Find_Mail_User(session, base::trim(session.serach_mail.Text1.text.get()));
+}
+
+void Find_Mail_User(Session& session, std::string_view name) {
+  Serach_Mail& window = session.serach_mail;
+  window.TreeView1.clear();
+  window.Delete_Mail.enabled = false;
+  window.TreeView1.set_drawing(false);
+  session.form1.mouse_pointer = 11;
+  std::vector<TreeNode*> found;
+  base::Trap trap;
+  const bool asked = trap([&] { found = walk(session, name); });
+  session.form1.mouse_pointer = 0;
+  if (!asked)
+    window.TreeView1.clear();
+  window.TreeView1.set_drawing(true);
+  if (asked)
+    return show_found(window, found);
+  const std::string ErrorText = "Unable to connect to Exchange Server";
+  window.caption = ErrorText;
+  session.log.line(ErrorText + ": " + trap.description());
+  tell(session, ErrorText + "\r\n" + trap.description());
+}
+
+void delete_recipient(Session& session, platform::DirectoryObject& container, bool CustomRecipient,
+                      std::string_view name) {
+  if (session::is_debug(session))
+    session.log.line((CustomRecipient ? "Delete RA " : "Delete OP ") + std::string(name));
+  container.Delete(CustomRecipient ? kRecipientClass : kMailboxClass, relative_name(name));
+  container.SetInfo();
+}
+
+bool Delete_Mail(Session& session) {
+  Serach_Mail& window = session.serach_mail;
+  TreeNode* const node = window.TreeView1.selected();
+  if (node == nullptr || node->image != kMailbox) {
+    tell(session, "Select the mailbox to delete.");
+    return false;
+  }
+  const std::string path = container_path(session, place_of(window), container_of(*node));
+  base::Trap trap;
+  if (!trap([&] {
+        session.log.line("Connect Object:" + path + ".");
+        const ObjectPtr container = bind_exchange(session, path, window.AdminName, window.AdminPassword);
+        const ObjectPtr mailbox = container->GetObject({}, relative_name(node->text));
+        delete_recipient(session, *container, base::equals_fold(mailbox->Class(), kRecipientClass),
+                         node->text);
+      })) {
+    session.log.line("Error Number: " + hex_number(trap.number()));
+    tell(session, "The mailbox was not deleted.\r\n" + trap.description());
+    return false;
+  }
+  window.TreeView1.remove(*node);
+  window.Deleted = true;
+  return true;
+}
+
+}  // namespace twk::mail

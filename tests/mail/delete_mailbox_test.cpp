@@ -1,0 +1,181 @@
+#include "mail/delete_mailbox.hpp"
+
+#include "mail/search_mail.hpp"
+#include "mail_session.hpp"
+
+namespace twk::mail {
+namespace {
+
+using platform::Answer;
+using platform::ObjectPtr;
+using test::kRows;
+using test::MailSession;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+const MailboxDeletion kJo{false, "", "", "jo", {"EX55", "Head Office", "Tarnwick"}};
+
+/// A site with the mailboxes "jo" and "al" and the custom recipient "remote" in "Recipients".
+class MailboxDeletionTest : public testing::Test {
+ protected:
+  MailboxDeletionTest() {
+    world.start_with(kRows);
+    make("CN=Recipients", "CN=jo");
+    make("CN=Recipients", "CN=al");
+    const ObjectPtr remote = world.object("CN=Recipients")->Create("Remote-Address", "CN=remote");
+    remote->Put("Target-Address", "a@b");
+    remote->SetInfo();
+    world.session.form1.Confirm_Deletes.value = 0;
+    world.session.log.open(world.session);
+  }
+  void make(const std::string& container, const std::string& name,
+            const std::string& object_class = "OrganizationalPerson") {
+    parent(container)->Create(object_class, name)->SetInfo();
+  }
+  ObjectPtr parent(const std::string& container) {
+    return container.empty() ? world.services.directory.GetObject("LDAP://EX55/" + test::kPlace)
+                             : world.object(container);
+  }
+  std::vector<std::string> left(const std::string& container = "CN=Recipients") {
+    std::vector<std::string> names;
+    world.object(container)->enumerate({}, [&](const ObjectPtr& child) {
+      names.push_back(child->Name());
+      return true;
+    });
+    return names;
+  }
+  void put_container(const std::string& value) { world.session.form1.ListView8.at(0).sub_items = {value}; }
+  [[nodiscard]] std::string title() const { return window().caption; }
+  [[nodiscard]] const session::Serach_Mail& window() const { return world.session.serach_mail; }
+  /// The mailboxes in the window's tree, each behind its container's name.
+  std::vector<std::string> found() {
+    std::vector<std::string> names;
+    controls::TreeView& tree = world.session.serach_mail.TreeView1;
+    for (const controls::TreeNode* node = tree.first(); node != nullptr; node = tree.next(*node)) {
+      if (node->image == "MAIL")
+        names.push_back(node->parent->text + "/" + node->text);
+    }
+    return names;
+  }
+  void search(const std::string& name) {
+    prepare_search(world.session, kJo);
+    world.session.serach_mail.Text1.text = name;
+    search_again(world.session);
+  }
+
+  MailSession world;
+};
+
+TEST_F(MailboxDeletionTest, AContainerWithoutAVariableDeletesWithoutASearch) {
+  put_container("CN=Recipients");
+  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
+  EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=al", "CN=remote"));
+  EXPECT_THAT(world.log(),
+              HasSubstr("Connect Object:LDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick.\n"));
+}
+
+TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOne) {
+  MailboxDeletion request = kJo;
+  request.SamName = "remote";
+  EXPECT_FALSE(DeleteMailbox(world.session, request)) << "it is no mailbox";
+  request.CustomRecipient = true;
+  EXPECT_TRUE(DeleteMailbox(world.session, request));
+  EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=jo", "CN=al"));
+}
+
+TEST_F(MailboxDeletionTest, IsAskedForUnlessPromptsAreOff) {
+  world.session.form1.Confirm_Deletes.value = 1;
+  world.dialogs.expect(
+      "Sure to Delete Mailbox\r\nLDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick\r\ncn=jo", Answer::kNo);
+  EXPECT_FALSE(DeleteMailbox(world.session, kJo));
+  EXPECT_EQ(world.dialogs.last_title, "Delete Mailbox");
+  EXPECT_EQ(left().size(), 4U);
+  world.session.multi_user.No_Prompting.value = 1;
+  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
+}
+
+TEST_F(MailboxDeletionTest, AFailureLeavesTheDirectoryAsItWasAndIsTold) {
+  MailboxDeletion request = kJo;
+  request.SamName = "nobody";
+  EXPECT_FALSE(DeleteMailbox(world.session, request));
+  world.session.form1.Mail_Logon.value = 0;
+  request.AdminName = "nobody";
+  EXPECT_FALSE(DeleteMailbox(world.session, request));
+  EXPECT_THAT(world.log(), testing::AllOf(HasSubstr("Error Number: 80072030\n"), HasSubstr("8007052E\n")));
+  EXPECT_EQ(left().size(), 4U);
+}
+
+TEST_F(MailboxDeletionTest, AVariableInTheContainerHandsOverToTheSearch) {
+  put_container("%Where%");
+  world.dialogs.expect("Do you wish to Search the Exchange server for the\r\nMailbox to delete ?",
+                       Answer::kNo);
+  EXPECT_FALSE(DeleteMailbox(world.session, kJo));
+  EXPECT_EQ(world.dialogs.last_title, "Can't Find Mailox to Delete");
+  world.dialogs.expect("A Variable was used in the 'Container' field", Answer::kYes);
+  world.dialogs.on_modal = [&](std::string_view name) {
+    EXPECT_EQ(name, "Serach_Mail");
+    EXPECT_EQ(title(), "Select The Mailbox to Delete");
+    EXPECT_TRUE(Delete_Mail(world.session));
+  };
+  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
+  EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=al", "CN=remote"));
+}
+
+TEST_F(MailboxDeletionTest, ASearchThatIsClosedDeletesNothing) {
+  put_container("x%Where%");
+  world.dialogs.expect("A Variable was used", Answer::kYes);
+  world.dialogs.on_modal = [](std::string_view) {};
+  EXPECT_FALSE(DeleteMailbox(world.session, kJo));
+  EXPECT_EQ(left().size(), 4U);
+}
+
+TEST_F(MailboxDeletionTest, OfSeveralOfANameTheSelectedOneAloneIsDeleted) {
+  make("", "CN=Other", "Container");
+  make("CN=Other", "CN=Inner", "Container");
+  make("CN=Inner,CN=Other", "CN=JO");
+  search("Jo");
+  EXPECT_THAT(title(), HasSubstr("Warning: Multiple mailboxs with the same Name Found."));
+  EXPECT_THAT(found(), ElementsAre("Recipients/jo", "Inner/JO"));
+  world.dialogs.expect("Select the mailbox to delete.");
+  EXPECT_FALSE(Delete_Mail(world.session));
+  controls::TreeView& tree = world.session.serach_mail.TreeView1;
+  tree.select(tree.find("LDAP://EX55/CN=JO,CN=Inner,CN=Other,OU=Head Office,O=Tarnwick"));
+  EXPECT_TRUE(Delete_Mail(world.session));
+  EXPECT_TRUE(left("CN=Inner,CN=Other").empty());
+  EXPECT_EQ(left().size(), 4U);
+  EXPECT_THAT(found(), ElementsAre("Recipients/jo"));
+}
+
+TEST_F(MailboxDeletionTest, TheSearchTakesNamesAsTheyAreAndRecipientsOnly) {
+  make("CN=Recipients", "CN=Smith\\, Jo (a/b)");
+  search(" Smith, Jo (a/b) ");
+  EXPECT_THAT(found(), ElementsAre("Recipients/Smith, Jo (a/b)"));
+  EXPECT_TRUE(Delete_Mail(world.session));
+  for (const char* const nobody : {"", "*", "All Staff", "Servers", "Recipients"}) {
+    search(nobody);
+    EXPECT_EQ(title(), "User Not Found") << nobody;
+    EXPECT_FALSE(window().Delete_Mail.enabled.get());
+  }
+}
+
+TEST_F(MailboxDeletionTest, AMailboxThatIsGoneOrAServerThatIsDownIsTold) {
+  search("remote");
+  world.object("CN=Recipients")->Delete("Remote-Address", "CN=remote");
+  world.dialogs.expect("The mailbox was not deleted.");
+  EXPECT_FALSE(Delete_Mail(world.session));
+  world.session.serach_mail.Text2.text = std::string("EX99");
+  world.dialogs.expect("Unable to connect to Exchange Server");
+  search_again(world.session);
+  EXPECT_EQ(title(), "Unable to connect to Exchange Server");
+  EXPECT_EQ(window().TreeView1.size(), 0U);
+}
+
+TEST_F(MailboxDeletionTest, ALineThatDropsInTheMiddleOfTheSearchLeavesNoHalfTree) {
+  world.directory.before = test::fail_at("enumerate", 2, platform::ads_error::kServerDown);
+  world.dialogs.expect("Unable to connect to Exchange Server");
+  prepare_search(world.session, kJo);
+  EXPECT_EQ(window().TreeView1.size(), 0U);
+}
+
+}  // namespace
+}  // namespace twk::mail

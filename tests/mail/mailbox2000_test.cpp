@@ -1,0 +1,131 @@
+#include "mail/create_mailbox2000.hpp"
+
+#include "creation/create_user.hpp"
+#include "mail/delete_mailbox.hpp"
+#include "support/lab_session.hpp"
+
+namespace twk::mail {
+namespace {
+
+using lab::DomainKind;
+using test::LabSession;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A lab session whose site has the lab's Exchange 2000 server.
+class StoreSession : public LabSession {
+ public:
+  explicit StoreSession(DomainKind kind = DomainKind::kNative, std::string_view command_line = "")
+      : LabSession(kind, command_line) {
+    site.Exchange2000 = true;
+    site.ExchangeServer = "EX2K";
+    site.ExchangeOrg = "Tarnwick";
+    site.ExchangeSite = "First Storage Group";
+    site.MailStore = "Mailbox Store";
+  }
+  void add_row(const std::string& name, const std::string& value, const std::string& kind = "MAIL") {
+    session.form1.ListView7.add({}, name, kind, {value});
+  }
+  void create() {
+    type_names("Jo", "", "Smith");
+    creation::CreateUser_Click(session);
+  }
+  [[nodiscard]] std::string light() const { return session.form1.MailAccount.caption; }
+  [[nodiscard]] std::int32_t colour() const { return session.form1.MailAccount.colour; }
+};
+
+TEST(StorePath, NamesTheStoreBelowTheFirstAdministrativeGroup) {
+  EXPECT_EQ(store_path("Org", "EX", "Group", "Store", "DC=a,DC=b,DC=c"),
+            "CN=Store,CN=Group,CN=InformationStore,CN=EX,CN=Servers,CN=First Administrative Group,"
+            "CN=Administrative Groups,CN=Org,CN=Microsoft Exchange,CN=Services,CN=Configuration,"
+            "DC=a,DC=b,DC=c");
+  EXPECT_THAT(store_path("O", "E", "G", "S,CN=x", "DC=a"), testing::StartsWith("CN=S\\,CN=x,CN=G,"));
+}
+
+TEST(Mailbox2000, ACreatedUserGetsAMailboxInTheStoreOfTheSite) {
+  StoreSession world;
+  world.start();
+  world.create();
+  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+  EXPECT_EQ(world.colour(), controls::kBlue);
+  EXPECT_THAT(world.property("Jo.Smith", "homeMDB"),
+              testing::StartsWith("CN=Mailbox Store,CN=First Storage"));
+  EXPECT_EQ(world.property("Jo.Smith", "msExchUserAccountControl"), "2");
+}
+
+TEST(Mailbox2000, RowsOfItsKindAreWrittenAndNoOthers) {
+  StoreSession world;
+  world.start();
+  world.add_row("extensionAttribute1", "%first%.%last%%domain%");
+  world.add_row("extensionAttribute2", "%first%@%Domain%");
+  world.add_row("extensionAttribute3", "100%");
+  world.add_row("extensionAttribute4", "PROMPT");
+  world.add_row("company", "of the account", "USER");
+  world.dialogs.expect_input("Enter Value for extensionAttribute4", "typed %");
+  world.create();
+  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute1"), "Jo.Smith@twk.test");
+  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute2"), "Jo@twk.test");
+  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute3"), "");
+  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute4"), "typed %");
+  EXPECT_EQ(world.property("Jo.Smith", "company"), "of the account");
+  EXPECT_EQ(world.colour(), controls::kBlue);
+}
+
+TEST(Mailbox2000, ARefusedRowWarnsAndTheNextIsWritten) {
+  StoreSession world;
+  world.start();
+  world.add_row("noSuchAttribute", "x");
+  world.add_row("extensionAttribute1", "written");
+  world.create();
+  EXPECT_EQ(world.colour(), controls::kYellow);
+  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute1"), "written");
+}
+
+TEST(Mailbox2000, WithoutTheStoreOrInAWinNtDomainThereIsNone) {
+  for (const DomainKind kind : {DomainKind::kNative, DomainKind::kNt}) {
+    StoreSession world(kind);
+    world.site.MailStore = "No Store";
+    world.start();
+    world.create();
+    EXPECT_EQ(world.light(), "Error");
+    EXPECT_THAT(world.log(), HasSubstr("Failed to create Mail Account\n"));
+    EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+    EXPECT_EQ(world.property("Jo.Smith", "homeMDB"), "");
+  }
+}
+
+TEST(Mailbox2000, AFailureStopsTheProgramThatIsDebugged) {
+  StoreSession world(DomainKind::kNative, "/DEBUG");
+  world.site.MailStore = "No Store";
+  world.start();
+  EXPECT_THROW(world.create(), base::RuntimeError);
+  EXPECT_THAT(world.log(), HasSubstr("CN=No Store,CN=First Storage Group,CN=InformationStore,CN=EX2K"));
+}
+
+TEST(Mailbox2000, WithoutAnAccountOfThisRunThereIsNone) {
+  StoreSession world;
+  world.start();
+  world.session.form1.Create_User_Account.value = 0;
+  world.create();
+  EXPECT_EQ(world.light(), "Error");
+}
+
+TEST(Mailbox2000, IsTakenFromItsUserOnce) {
+  StoreSession world;
+  world.start();
+  world.create();
+  EXPECT_TRUE(DeleteMailbox2000(world.session, world.account("Jo.Smith")));
+  for (const char* const attribute : {"homeMDB", "mail", "proxyAddresses", "msExchMailboxGuid"})
+    EXPECT_EQ(world.property("Jo.Smith", attribute), "") << attribute;
+  EXPECT_FALSE(DeleteMailbox2000(world.session, world.account("Jo.Smith")));
+  world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
+  auto user = world.directory.wrap(world.account("Jo.Smith"));
+  const MailboxOwner owner{"Jo", "", "Smith", "Jo.Smith", {"EX2K", "First Storage Group", "Tarnwick"}};
+  EXPECT_FALSE(CreateMailbox2000(world.session, user, owner, "Mailbox Store", "DC=twk,DC=test"));
+  EXPECT_EQ(world.property("Jo.Smith", "homeMDB"), "");
+  EXPECT_TRUE(CreateMailbox2000(world.session, user, owner, "Mailbox Store", "DC=twk,DC=test"));
+}
+
+}  // namespace
+}  // namespace twk::mail
