@@ -70,8 +70,6 @@ QWidget* make_stages(Session& session, QWidget* parent) {
     auto* const box = new QCheckBox(stage.caption, group);
     box->setObjectName(stage.name);
     bind_to(*box, stage.gate, [&session, store = stage.store] { store(session); });
-    follow(*box, stage.gate.enabled,
-           [box](bool on) { box->setToolTip(on ? QString() : QString("Not in this version")); });
     auto* const light = new Light(stage.light, group);
     light->setObjectName(QString(stage.name) + "_light");
     light->setAccessibleName(stage.caption);
