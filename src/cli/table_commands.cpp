@@ -48,7 +48,7 @@ void add_table_commands(CLI::App& app, Context& context) {
       "  wts                VALUE, in the order of the thirteen settings\n"
       "  permissions,       ACCOUNT,ACCESS[,OWNER[,NEW]] with tabs or commas between; ACCESS is Full "
       "Control,\n"
-      "  share-permissions  Change, Read or No Access, NEW is yes or no");
+      "  share-permissions  Change, Read or (not of a share) No Access, NEW is yes or no");
   set->callback(
       [=, &context] { context.set_action([=, &context] { return set_table(context, *name, *file); }); });
 }

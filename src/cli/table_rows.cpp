@@ -113,6 +113,12 @@ std::size_t write_wts(Session& session, const Lines& lines) {
   return lines.size();
 }
 
+/// A share's list has no denials: there the word would allow what the row before it allows.
+void refuse_denial(const stores::PermissionRecord& record, std::string_view file, std::size_t number) {
+  if (file == stores::kSharePermissionFile && record.Access == kAccessWords.back())
+    refuse(number, "a share knows Full Control, Change and Read, not \"" + record.Access + "\"");
+}
+
 stores::PermissionRecord parse_permission(const std::string& line, std::size_t number) {
   const char separator = line.find('\t') == base::npos ? ',' : '\t';
   const std::vector<std::string> fields = base::split(line, separator);
@@ -155,8 +161,10 @@ SideTable permission_table(std::string name, std::string_view file) {
   const auto write = [file](Session& session, const Lines& lines) {
     refuse_controls(lines, true);
     std::vector<stores::PermissionRecord> records;
-    for (std::size_t i = 0; i < lines.size(); ++i)
+    for (std::size_t i = 0; i < lines.size(); ++i) {
       records.push_back(parse_permission(lines[i], i + 1));
+      refuse_denial(records.back(), file, i + 1);
+    }
     stores::write_permissions(session, file, records);
     return stores::read_permissions(session, file).size();
   };

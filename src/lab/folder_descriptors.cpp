@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ads/dn.hpp"
+#include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/access_check.hpp"
 
@@ -71,7 +72,11 @@ std::optional<SecurityDescriptor> stored_in(const Entry& entry) {
   const auto bytes = entry.value(kDescriptor);
   if (!bytes)
     return std::nullopt;
-  return SecurityDescriptor::decode(base::Bytes(bytes->begin(), bytes->end()));
+  try {
+    return SecurityDescriptor::decode(base::Bytes(bytes->begin(), bytes->end()));
+  } catch (const base::RuntimeError& failure) {
+    base::raise(failure.number(), "server.ldif: " + entry.dn() + ": " + failure.description());
+  }
 }
 
 SecurityDescriptor inherited(const SecurityDescriptor& folder, bool is_folder) {

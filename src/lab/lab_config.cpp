@@ -2,12 +2,15 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
+#include <array>
 #include <set>
 
 #include "base/text.hpp"
 #include "lab/errors.hpp"
 #include "local/descriptor.hpp"
 #include "local/replace_file.hpp"
+#include "platform/security.hpp"
 
 namespace twk::lab {
 namespace {
@@ -83,6 +86,18 @@ std::string read_netbios(std::string_view text) {
   return std::string(text);
 }
 
+std::string read_privileges(std::string_view text) {
+  for (const std::string& name : base::split(text, ' ')) {
+    const auto known = known_privileges();
+    const bool is_known = name.empty() || std::any_of(known.begin(), known.end(), [&](std::string_view one) {
+                            return base::equals_fold(one, name);
+                          });
+    if (!is_known)
+      throw BadValue{"no privilege is called " + name};
+  }
+  return std::string(text);
+}
+
 void read_setting(LabConfig& config, std::string_view name, std::string_view value) {
   if (name == "domain") {
     config.domain = read_domain(value);
@@ -101,7 +116,7 @@ void read_setting(LabConfig& config, std::string_view name, std::string_view val
   } else if (name == "logon") {
     config.logon = value;
   } else if (name == "privileges") {
-    config.privileges = value;
+    config.privileges = read_privileges(value);
   } else if (name == "answer") {
     config.default_answer = read_answer(value);
   } else {
@@ -171,6 +186,13 @@ std::string_view answer_word(DefaultAnswer answer) {
 }
 
 }  // namespace
+
+std::span<const std::string_view> known_privileges() {
+  static constexpr std::array<std::string_view, 6> kNames = {
+      platform::privilege::kBackup, platform::privilege::kRestore, platform::privilege::kTakeOwnership,
+      "SeSecurityPrivilege",        "SeChangeNotifyPrivilege",     "SeShutdownPrivilege"};
+  return kNames;
+}
 
 const std::string& domain_name(const LabConfig& config) {
   return config.kind == DomainKind::kNt ? config.netbios : config.domain;

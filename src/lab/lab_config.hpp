@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -44,6 +45,9 @@ struct LabConfig {
 
   friend bool operator==(const LabConfig&, const LabConfig&) = default;
 };
+
+/// Names of all privileges that the lab knows; the number of one is its place, counted from 2.
+std::span<const std::string_view> known_privileges();
 
 /// The name by which people call the domain: the DNS name, in a lab of kind nt the NetBIOS name.
 const std::string& domain_name(const LabConfig& config);

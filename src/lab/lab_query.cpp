@@ -4,6 +4,7 @@
 
 #include "ads/ads_path.hpp"
 #include "ads/dn.hpp"
+#include "ads/query_columns.hpp"
 #include "ads/schema.hpp"
 #include "base/text.hpp"
 #include "lab/account_path.hpp"
@@ -17,26 +18,8 @@ namespace {
 
 using platform::Value;
 
-constexpr std::uint32_t kNoCurrentRow = 3021;
-constexpr std::uint32_t kClosed = 3704;
-constexpr std::uint32_t kNoSuchField = 3265;
-
-/// One attribute of the list.
-struct Column {
-  std::string attribute;
-  const ads::AttributeSchema* schema = nullptr;
-  bool is_path = false;
-};
-
-std::vector<Column> make_columns(const std::vector<std::string>& names) {
-  std::vector<Column> columns;
-  for (const std::string& name : names) {
-    const std::string_view attribute = platform::ldap_attribute(name);
-    columns.push_back(
-        {std::string(attribute), ads::find_attribute(attribute), base::equals_fold(name, "ADsPath")});
-  }
-  return columns;
-}
+using Column = ads::QueryColumn;
+namespace recordset_error = ads::recordset_error;
 
 class LabRecordset final : public platform::Recordset {
  public:
@@ -56,7 +39,7 @@ class LabRecordset final : public platform::Recordset {
   [[nodiscard]] Value field(std::size_t index) const override {
     require_row();
     if (index >= columns_.size())
-      raise(kNoSuchField, "The query has no field " + std::to_string(index));
+      raise(recordset_error::kNoSuchField, "The query has no field " + std::to_string(index));
     const std::string& dn = rows_[current_];
     const Column& column = columns_[index];
     if (column.is_path)
@@ -88,11 +71,11 @@ class LabRecordset final : public platform::Recordset {
  private:
   void require_open() const {
     if (closed_)
-      raise(kClosed, "The result of the query is closed");
+      raise(recordset_error::kClosed, "The result of the query is closed");
   }
   void require_row() const {
     if (at_eof())
-      raise(kNoCurrentRow, "The result of the query has no current row");
+      raise(recordset_error::kNoCurrentRow, "The result of the query has no current row");
   }
   static Value from_name(const std::string& dn, std::string_view attribute) {
     if (base::equals_fold(attribute, "distinguishedName"))
@@ -124,7 +107,8 @@ std::unique_ptr<platform::Recordset> LabQuery::execute(const platform::QueryText
   if (!options.sort_on.empty())
     sort_by_attribute(domain_, rows, platform::ldap_attribute(options.sort_on));
   return std::make_unique<LabRecordset>(domain_, ads::path_prefix(base.provider, base.server),
-                                        make_columns(query.attributes), std::move(rows));
+                                        ads::make_query_columns(query.attributes, ads::find_attribute),
+                                        std::move(rows));
 }
 
 }  // namespace twk::lab

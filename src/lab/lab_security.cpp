@@ -23,7 +23,7 @@ class Token final : public platform::ProcessToken {
   explicit Token(ProcessIdentity& identity) : identity_(identity) {}
 
   void AdjustTokenPrivileges(std::uint64_t number, bool enable) override {
-    const auto& names = known_privileges();
+    const auto names = known_privileges();
     const std::uint64_t place = number - kFirstPrivilege;
     if (place >= names.size() || !identity_.holds(names[place]))
       raise(security_error::kNotAllAssigned, "Not all privileges are assigned to the caller");
@@ -134,7 +134,7 @@ std::unique_ptr<platform::ProcessToken> LabSecurity::OpenProcessToken() {
 }
 
 std::uint64_t LabSecurity::LookupPrivilegeValue(std::string_view name) {
-  const auto& names = known_privileges();
+  const auto names = known_privileges();
   for (std::size_t i = 0; i < names.size(); ++i) {
     if (base::equals_fold(names[i], name))
       return kFirstPrivilege + i;

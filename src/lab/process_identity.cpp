@@ -5,6 +5,7 @@
 #include "ads/sid.hpp"
 #include "base/text.hpp"
 #include "lab/account_identity.hpp"
+#include "lab/errors.hpp"
 #include "platform/access_check.hpp"
 
 namespace twk::lab {
@@ -25,13 +26,6 @@ Sid with_rid(std::string_view domain_sid, std::uint32_t rid) {
 
 }  // namespace
 
-const std::vector<std::string_view>& known_privileges() {
-  static const std::vector<std::string_view> names = {privilege::kBackup,        privilege::kRestore,
-                                                      privilege::kTakeOwnership, "SeSecurityPrivilege",
-                                                      "SeChangeNotifyPrivilege", "SeShutdownPrivilege"};
-  return names;
-}
-
 std::string ProcessIdentity::domain_sid() const {
   const Entry* const root = domain_.store.find(domain_.root_dn);
   return root == nullptr ? std::string() : root->value("objectSid").value_or(std::string());
@@ -40,7 +34,11 @@ std::string ProcessIdentity::domain_sid() const {
 Sid ProcessIdentity::account() {
   if (domain_.config.logon.empty())
     return with_rid(domain_sid(), kAdministratorRid);
-  return look_up_account(domain_, {}, domain_.config.logon).sid;
+  try {
+    return look_up_account(domain_, {}, domain_.config.logon).sid;
+  } catch (const base::RuntimeError& failure) {
+    raise(failure.number(), "lab.conf: \"logon\": " + failure.description());
+  }
 }
 
 const std::vector<Sid>& ProcessIdentity::identifiers() {

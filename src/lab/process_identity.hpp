@@ -42,7 +42,4 @@ class ProcessIdentity {
   std::set<std::string, std::less<>> enabled_;
 };
 
-/// Names of all privileges that the lab knows; the number of one is its place, counted from 2.
-const std::vector<std::string_view>& known_privileges();
-
 }  // namespace twk::lab

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ads/ads_path.hpp"
+#include "ads/query_columns.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
@@ -13,17 +14,10 @@ namespace {
 
 using platform::Value;
 
-constexpr std::uint32_t kNoCurrentRow = 3021;
-constexpr std::uint32_t kClosed = 3704;
-constexpr std::uint32_t kNoSuchField = 3265;
-constexpr std::int32_t kPageSize = 1000;
+using Column = ads::QueryColumn;
+namespace recordset_error = ads::recordset_error;
 
-/// One attribute of the list.
-struct Column {
-  std::string attribute;
-  const ads::AttributeSchema* schema = nullptr;
-  bool is_path = false;
-};
+constexpr std::int32_t kPageSize = 1000;
 
 class LiveRecordset final : public platform::Recordset {
  public:
@@ -68,7 +62,7 @@ class LiveRecordset final : public platform::Recordset {
   [[nodiscard]] Value field(std::size_t index) const override {
     require_row();
     if (index >= columns_.size())
-      base::raise(kNoSuchField, "The query has no field " + std::to_string(index));
+      base::raise(recordset_error::kNoSuchField, "The query has no field " + std::to_string(index));
     const LdapEntry& row = rows_[current_];
     const Column& column = columns_[index];
     if (column.is_path)
@@ -130,11 +124,11 @@ class LiveRecordset final : public platform::Recordset {
   }
   void require_open() const {
     if (closed_)
-      base::raise(kClosed, "The result of the query is closed");
+      base::raise(recordset_error::kClosed, "The result of the query is closed");
   }
   void require_row() const {
     if (at_eof())
-      base::raise(kNoCurrentRow, "The result of the query has no current row");
+      base::raise(recordset_error::kNoCurrentRow, "The result of the query has no current row");
   }
 
   LdapConnection& connection_;
@@ -162,17 +156,15 @@ std::unique_ptr<platform::Recordset> LiveQuery::execute(const platform::QueryTex
   search.filter = query.filter;
   search.page_size = options.page_size.value_or(kPageSize);
   search.timeout_seconds = options.timeout_seconds;
-  std::vector<Column> columns;
+  std::vector<Column> columns = ads::make_query_columns(
+      query.attributes, [this](std::string_view name) { return domain_.attribute(name); });
   const auto want = [&](const std::string& attribute) {
     if (std::find(search.attributes.begin(), search.attributes.end(), attribute) == search.attributes.end())
       search.attributes.push_back(attribute);
   };
-  for (const std::string& name : query.attributes) {
-    const std::string attribute(platform::ldap_attribute(name));
-    const bool is_path = base::equals_fold(name, "ADsPath");
-    columns.push_back({attribute, is_path ? nullptr : domain_.attribute(attribute), is_path});
-    if (!is_path && !base::equals_fold(attribute, "distinguishedName"))
-      want(attribute);
+  for (const Column& column : columns) {
+    if (!column.is_path && !base::equals_fold(column.attribute, "distinguishedName"))
+      want(column.attribute);
   }
   const std::string order(platform::ldap_attribute(options.sort_on));
   if (!order.empty())

@@ -221,7 +221,8 @@ std::vector<platform::FileEntry> PosixFiles::list(std::string_view path) {
   std::vector<platform::FileEntry> entries;
   const std::error_code error = for_each_entry(local_path, [&](const fs::directory_entry& entry) {
     std::error_code vanished;
-    entries.push_back({entry.path().filename().string(), entry.is_directory(vanished)});
+    const bool folder = fs::is_directory(entry.symlink_status(vanished));
+    entries.push_back({entry.path().filename().string(), folder});
   });
   // A folder that is not there is a missing path, never a missing file.
   if (error)

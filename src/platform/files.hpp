@@ -41,7 +41,7 @@ class RandomFile {
 
 struct FileEntry {
   std::string name;
-  bool directory = false;
+  bool directory = false;  ///< not of a link, so that who walks down a tree stays within it
 };
 
 class Files {

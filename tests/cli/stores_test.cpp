@@ -116,6 +116,13 @@ TEST_F(Stores, ABadRowOfATableIsNamedAndNothingIsWritten) {
   EXPECT_THAT(run({"table", "show", "permissions"}).out, HasSubstr("Domain Admins"));
 }
 
+TEST_F(Stores, TableOfSharesTakesNoDenial) {
+  const ProgramResult result = run({"table", "set", "share-permissions"}, "a,Change\nb,No Access\n");
+  EXPECT_EQ(result.exit_code, 65);
+  EXPECT_THAT(result.err, HasSubstr("line 2"));
+  EXPECT_EQ(run({"table", "set", "permissions"}, "a,Change\nb,No Access\n").exit_code, 0);
+}
+
 TEST_F(Stores, SettingsGoOutAndComeBackAsText) {
   ASSERT_EQ(run({"settings", "set", "Custom", "Menu", "Über \"uns\""}).exit_code, 0);
   const std::string text = run({"settings", "export"}).out;

@@ -57,6 +57,8 @@ TEST_F(LabConfigFile, FaultIsToldWithFileLineAndSetting) {
       {"domain = twk.test\npassword.minimum_length = many\n",
        ":2: \"password.minimum_length\": not a number from 0 to 127"},
       {"netbios = THIS-NAME-IS-TOO-LONG\n", ":1: \"netbios\": a name is empty or too long"},
+      {"domain = twk.test\nprivileges = SeBackupPrivilege SeRestorPrivilege\n",
+       ":2: \"privileges\": no privilege is called SeRestorPrivilege"},
       {"kind = nt\n", "a lab of kind nt needs \"netbios\""},
       {"", "\"domain\" is missing"},
   };

@@ -94,7 +94,10 @@ TEST_F(LabSecurityTest, OrdinaryLogonMayDoWhatTheListsSay) {
 
 TEST_F(LabSecurityTest, LogonThatIsNoAccountIsToldWhenItIsFirstNeeded) {
   w_.configure("logon = nobody\n");
-  EXPECT_EQ(number_of([&] { w_.files().list(kUsers); }), security_error::kNoneMapped);
+  base::Trap trap;
+  trap([&] { w_.files().list(kUsers); });
+  EXPECT_EQ(trap.number(), security_error::kNoneMapped);
+  EXPECT_NE(trap.description().find("lab.conf: \"logon\""), std::string::npos) << trap.description();
 }
 
 TEST_F(LabSecurityTest, LockedFileIsNeitherWrittenNorRemovedNorSecured) {

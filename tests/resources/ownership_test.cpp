@@ -40,6 +40,20 @@ class OwnershipTest : public ResourcesWorld {
   const FilePermission tree{.account = "Administrators", .mode = 0, .replaceAll = true, .recurse = true};
 };
 
+TEST_F(OwnershipTest, LinksOutOfTheTreeAndBackIntoItAreNotFollowed) {
+  namespace fs = std::filesystem;
+  fs::create_directory(database.path() / "outside");
+  test::put_file(database / "outside/secret.txt", "x");
+  for (const char* const link : {"back1", "back2"})
+    fs::create_directory_symlink(top, database.path() / "tree/a" / link);
+  fs::create_directory_symlink(database / "outside", database.path() / "tree/out");
+  EXPECT_TRUE(take(tree));
+  for (const std::string& write : writes()) {
+    EXPECT_EQ(write.find("secret"), std::string::npos) << write;
+    EXPECT_EQ(write.find("back1\\"), std::string::npos) << write;
+  }
+}
+
 TEST_F(OwnershipTest, TheOwnerAloneIsWrittenUnderThePrivilege) {
   security.descriptors[top].set_dacl(platform::Acl::decode(list_named("old")));
   EXPECT_TRUE(take({.account = "jo", .ownerOnly = true}));
