@@ -27,20 +27,20 @@ QFormLayout* add_box(QBoxLayout& column, const QString& title) {
 
 void add_general(QBoxLayout& column, session::Form1& form) {
   QFormLayout& rows = *add_box(column, "General");
-  add_text(rows, "&Full name", "UM_Full_Name", form.UM_Full_Name);
-  add_text(rows, "Descriptio&n", "UM_Description", form.UM_Description);
-  add_text(rows, "Fi&rst name", "UM_First", form.UM_First);
-  add_text(rows, "&Initials", "UM_Initails", form.UM_Initails);
-  add_text(rows, "L&ast name", "UM_Last", form.UM_Last);
-  add_text(rows, "&Office", "UM_Office", form.UM_Office);
+  add_text(rows, "&Full name:", "UM_Full_Name", form.UM_Full_Name);
+  add_text(rows, "Descriptio&n:", "UM_Description", form.UM_Description);
+  add_text(rows, "Fi&rst name:", "UM_First", form.UM_First);
+  add_text(rows, "&Initials:", "UM_Initails", form.UM_Initails);
+  add_text(rows, "L&ast name:", "UM_Last", form.UM_Last);
+  add_text(rows, "&Office:", "UM_Office", form.UM_Office);
 }
 
 void add_profile(QBoxLayout& column, session::Form1& form) {
   QFormLayout& rows = *add_box(column, "Profile");
-  add_text(rows, "Profile pat&h", "UM_Profile_Dir", form.UM_Profile_Dir);
-  add_text(rows, "Logon s&cript", "UM_Logon_Script", form.UM_Logon_Script);
-  add_combo(rows, "Home dri&ve", "UM_Drive_Letter", form.UM_Drive_Letter, {}, true);
-  add_text(rows, "Home director&y", "UM_Home_Dir", form.UM_Home_Dir);
+  add_text(rows, "Profile pat&h:", "UM_Profile_Dir", form.UM_Profile_Dir);
+  add_text(rows, "Logon s&cript:", "UM_Logon_Script", form.UM_Logon_Script);
+  add_combo(rows, "Home dri&ve:", "UM_Drive_Letter", form.UM_Drive_Letter, {}, true);
+  add_text(rows, "Home director&y:", "UM_Home_Dir", form.UM_Home_Dir);
 }
 
 /// The logon name with the domain's part behind it, in one row.
@@ -55,7 +55,7 @@ void add_logon_name(QFormLayout& rows, session::Form1& form) {
   domain->setAccessibleName("Domain of the logon name");
   line->addWidget(name, 1);
   line->addWidget(domain, 1);
-  rows.addRow("Lo&gon name", pair);
+  rows.addRow("Lo&gon name:", pair);
   bind_to(*name, form.UM_Logon_Name);
   bind_to(*domain, form.UM_W2KDomain_Name);
   pair->setFocusProxy(name);
@@ -65,9 +65,9 @@ void add_logon_name(QFormLayout& rows, session::Form1& form) {
 void add_account(QBoxLayout& column, session::Form1& form) {
   QFormLayout& rows = *add_box(column, "Account");
   add_logon_name(rows, form);
-  add_text(rows, "&Pre-2000 name", "UM_PreW2K", form.UM_PreW2K);
-  add_text(rows, "&Mail address", "UM_MailAddress", form.UM_MailAddress);
-  add_text(rows, "E&xpires", "AccExpires", form.AccExpires)->setPlaceholderText("day/month/year or Never");
+  add_text(rows, "&Pre-2000 name:", "UM_PreW2K", form.UM_PreW2K);
+  add_text(rows, "&Mail address:", "UM_MailAddress", form.UM_MailAddress);
+  add_text(rows, "E&xpires:", "AccExpires", form.AccExpires)->setPlaceholderText("day/month/year or Never");
 }
 
 void add_flags(QBoxLayout& column, session::Form1& form) {

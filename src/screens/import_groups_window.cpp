@@ -27,9 +27,9 @@ QGroupBox* make_range(session::Session& session, QWidget* parent) {
   auto* const bounds = new QFormLayout;
   bounds->setContentsMargins(24, 0, 0, 0);
   rows->addLayout(bounds);
-  add_text(*bounds, "&Start", "LowerRange", window.LowerRange,
+  add_text(*bounds, "&Start:", "LowerRange", window.LowerRange,
            [&session] { batch::LowerRange_Change(session); });
-  add_text(*bounds, "&Finish", "UpperRange", window.UpperRange,
+  add_text(*bounds, "&Finish:", "UpperRange", window.UpperRange,
            [&session] { batch::UpperRange_Change(session); });
   return group;
 }
@@ -37,7 +37,7 @@ QGroupBox* make_range(session::Session& session, QWidget* parent) {
 QGroupBox* make_account(session::Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("Account Properties", parent);
   auto* const form = new QFormLayout(group);
-  QLineEdit* const field = add_text(*form, "Account &Expires", "Expiredate", session.import_grps.Expiredate);
+  QLineEdit* const field = add_text(*form, "Account &Expires:", "Expiredate", session.import_grps.Expiredate);
   field->setToolTip("Used to set Expireation date on imported accounts");
   field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 25);
   return group;

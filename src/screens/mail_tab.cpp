@@ -17,13 +17,13 @@ QGroupBox* make_logon(session::Session& session, QWidget* parent) {
   auto* const box = new QVBoxLayout(group);
   auto* const port = new QFormLayout;
   box->addLayout(port);
-  add_text(*port, "LDAP &port", "PORT", form1.PORT);
+  add_text(*port, "LDAP &port:", "PORT", form1.PORT);
   add_check(*box, "&Use Current Credentials", "Mail_Logon", form1.Mail_Logon,
             [&session] { session::Mail_Logon_Click(session); });
   auto* const credentials = new QFormLayout;
   box->addLayout(credentials);
-  add_text(*credentials, "&Account", "txtAdmin", form1.txtAdmin);
-  add_text(*credentials, "Pass&word", "txtPassword", form1.txtPassword)->setEchoMode(QLineEdit::Password);
+  add_text(*credentials, "&Account:", "txtAdmin", form1.txtAdmin);
+  add_text(*credentials, "Pass&word:", "txtPassword", form1.txtPassword)->setEchoMode(QLineEdit::Password);
   auto* const note = new QLabel("The password is kept in the settings as plain text.", group);
   note->setWordWrap(true);
   box->addWidget(note);

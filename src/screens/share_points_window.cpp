@@ -21,9 +21,9 @@ std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* p
   box->addWidget(what);
   auto* const form = new QFormLayout;
   box->addLayout(form);
-  QLineEdit* const home = add_text(*form, "&Home directory", "HomeShareName", window.HomeShareName);
+  QLineEdit* const home = add_text(*form, "&Home directory:", "HomeShareName", window.HomeShareName);
   QLineEdit* const profile =
-      add_text(*form, "&Profile directory", "ProfileShareName", window.ProfileShareName);
+      add_text(*form, "&Profile directory:", "ProfileShareName", window.ProfileShareName);
   for (QLineEdit* const field : {home, profile}) {
     field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 40);
     field->setMaxLength(99);

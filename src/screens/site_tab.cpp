@@ -79,7 +79,10 @@ QWidget* make_fields(Session& session, QWidget* parent) {
   add_named(
       *mail_rows, form.Label13, "Exchange Site",
       make_choice("EXSite", form.EXSite, mail_box, [&session] { mail::storage_group_chosen(session); }));
-  mail_rows->addRow("Mailbox Store:", make_choice("Mail_Store", form.Mail_Store, mail_box));
+  QComboBox* const store = make_choice("Mail_Store", form.Mail_Store, mail_box);
+  mail_rows->addRow("Mailbox Store:", store);
+  // The field was hidden before it had its label.
+  set_shown(*store, form.Mail_Store.visible);
   auto* const find = new QHBoxLayout();
   mail_rows->addRow(find);
   find->addStretch();

@@ -17,6 +17,7 @@
 #include "editors/edit_properties.hpp"
 #include "editors/logon_hours.hpp"
 #include "editors/permissions_window.hpp"
+#include "mail/search_mail.hpp"
 #include "screens/application.hpp"
 #include "screens/help_topics.hpp"
 #include "screens/main_window.hpp"
@@ -132,6 +133,13 @@ std::vector<Window> windows() {
           {"logon-hours", by(editors::LogonHours_Click)},
           {"permissions", by(editors::Set_Security_Click)},
           {"share-permissions", by(editors::Sharepermissions_Click)},
+          {"search-mailbox",
+           [](session::Session& session) {
+             mail::MailboxDeletion request;
+             request.SamName = "Ada.Marsh";
+             request.place = {"EX55", "Head Office", "Tarnwick"};
+             mail::search_mailbox(session, request);
+           }},
           {"select-ou", by(directory::Manage_OU)},
           {"share-points", by(creation::btnSharePoints_Click)},
           {"variables", by(stores::Variables)}};

@@ -1,3 +1,5 @@
+#include <QFormLayout>
+
 #include "screens/list_pane.hpp"
 #include "screens/screen_test.hpp"
 
@@ -164,8 +166,13 @@ TEST_F(SiteTabTest, TheKindOfExchangeChangesTheFieldsAndIsKept) {
   open_tab();
   choose_site(0);
   click("Edit_Site");
+  const auto* const rows =
+      qobject_cast<QFormLayout*>(find<QComboBox>("Mail_Store")->parentWidget()->layout());
+  ASSERT_NE(rows, nullptr);
   EXPECT_FALSE(find<QComboBox>("Mail_Store")->isVisible());
+  EXPECT_FALSE(rows->labelForField(find<QComboBox>("Mail_Store"))->isVisible());
   click("EXH5_1");
+  EXPECT_TRUE(rows->labelForField(find<QComboBox>("Mail_Store"))->isVisible());
   EXPECT_TRUE(find<QComboBox>("Mail_Store")->isVisible());
   click("Save_Site");
   QTest::keyClick(begin_new(), Qt::Key_Escape);
