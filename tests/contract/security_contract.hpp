@@ -132,8 +132,9 @@ TEST_P(SecurityContract, WhatIsMadeInAFolderInheritsItsList) {
 TEST_P(SecurityContract, ForeignOwnerIsWrittenWithThePrivilegeAlone) {
   const std::string home = make_folder("jo");
   make_user(*world_, "Jo Smith", "jsmith");
-  if (!world_->server_holds_privileges())
+  if (!world_->server_holds_privileges()) {
     EXPECT_EQ(number_of([&] { write_owner(home, sid("jsmith")); }), security_error::kInvalidOwner);
+  }
   enable(platform::privilege::kRestore, true);
   write_owner(home, sid("jsmith"));
   enable(platform::privilege::kRestore, false);
