@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/smb_copy.hpp"
 
 namespace twk::live {
 namespace {
@@ -73,11 +74,36 @@ std::vector<platform::FileEntry> LiveFiles::list(std::string_view path) {
   const auto place = parse_smb_path(path);
   if (!place)
     return workstation_.list(path);
-  std::vector<platform::FileEntry> entries;
-  for (SmbEntry& entry : client_.list(*place))
-    entries.push_back({std::move(entry.name), entry.directory});
+  std::vector<platform::FileEntry> entries = client_.list(*place);
   std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
   return entries;
+}
+
+/// Its folder is listed, for a server tells the spelling of a name and what is a link there alone.
+platform::FileEntry LiveFiles::status(std::string_view path) {
+  const auto place = parse_smb_path(path);
+  if (!place)
+    return workstation_.status(path);
+  platform::FileEntry found = client_.status(*place);
+  const auto folder = place->folder();
+  if (!folder) {
+    found.name = place->share;
+    return found;
+  }
+  const std::string name = place->path.substr(folder->path.empty() ? 0 : folder->path.size() + 1);
+  for (platform::FileEntry& entry : client_.list(*folder)) {
+    if (base::equals_fold(entry.name, name))
+      return std::move(entry);
+  }
+  found.name = name;
+  return found;
+}
+
+void LiveFiles::remove_directory(std::string_view path) {
+  if (const auto place = parse_smb_path(path))
+    client_.remove_directory(*place);
+  else
+    workstation_.remove_directory(path);
 }
 
 std::string LiveFiles::read(std::string_view path) {
@@ -108,6 +134,31 @@ void LiveFiles::remove(std::string_view path) {
   client_.remove_file(*place);
 }
 
+bool LiveFiles::copy_file(std::string_view from, std::string_view to, bool replace,
+                          const platform::CopyProgress& progress) {
+  const auto source = parse_smb_path(from);
+  const auto target = parse_smb_path(to);
+  if (!source && !target)
+    return workstation_.copy_file(from, to, replace, progress);
+  if (!target) {
+    base::raise(base::error::kPathFileAccess,
+                "cannot copy " + source->text() + ": " + std::string(to) + " is on the workstation");
+  }
+  CopySource file{.name = std::string(from), .status = [&] { return status(from); }, .read = {}};
+  if (!source) {
+    const auto opened = workstation_.open_random_read(from);
+    file.read = [&](std::uint64_t offset, std::size_t count) { return opened->read(offset, count); };
+    return copy_to_server(client_, file, *target, replace, progress);
+  }
+  std::unique_ptr<SmbFile> opened;
+  file.read = [&](std::uint64_t offset, std::size_t count) {
+    if (opened == nullptr)
+      opened = client_.open(*source, SmbOpen::kRead);
+    return opened->read(offset, count);
+  };
+  return copy_to_server(client_, file, *target, replace, progress);
+}
+
 void LiveFiles::rename(std::string_view from, std::string_view to, bool replace) {
   const auto source = parse_smb_path(from);
   const auto target = parse_smb_path(to);
@@ -116,7 +167,7 @@ void LiveFiles::rename(std::string_view from, std::string_view to, bool replace)
   const bool same_share = source && target && base::equals_fold(source->server, target->server) &&
                           base::equals_fold(source->share, target->share);
   if (!same_share) {
-    base::raise(base::error::kPathFileAccess,
+    base::raise(base::error::kDifferentDrive,
                 "cannot rename " + std::string(from) + ": " + std::string(to) + " is not on the same share");
   }
   client_.status(*source);

@@ -83,6 +83,11 @@ void give_logon(SMBCCTX* context, const char* /*server*/, const char* /*share*/,
   put(password, password_size, settings.password);
 }
 
+/// To the microsecond, which is what the library can set.
+std::int64_t nanoseconds_of(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec / 1000 * 1000;
+}
+
 /// What the library would print. A failed call tells by its error.
 void keep_quiet(void* /*data*/, int /*level*/, const char* /*text*/) {}
 
@@ -227,17 +232,21 @@ bool SmbClient::answers(const SmbPath& path) {
   return run([&] { return smbc_getFunctionStat(context())(context(), url.c_str(), &status) == 0; }) == 0;
 }
 
-SmbStatus SmbClient::status(const SmbPath& path) {
+platform::FileEntry SmbClient::status(const SmbPath& path) {
   const std::string url = path.url();
   struct stat status = {};
   const int error =
       run([&] { return smbc_getFunctionStat(context())(context(), url.c_str(), &status) == 0; });
   if (error != 0)
     fail(error, "look at", path);
-  return {S_ISDIR(status.st_mode), static_cast<std::uint64_t>(status.st_size)};
+  platform::FileEntry entry;
+  entry.directory = S_ISDIR(status.st_mode);
+  entry.size = entry.directory ? 0 : static_cast<std::uint64_t>(status.st_size);
+  entry.modified = nanoseconds_of(status.st_mtim);
+  return entry;
 }
 
-std::vector<SmbEntry> SmbClient::list(const SmbPath& path) {
+std::vector<platform::FileEntry> SmbClient::list(const SmbPath& path) {
   const std::string url = path.url();
   SMBCFILE* folder = nullptr;
   const int error = run([&] {
@@ -246,14 +255,17 @@ std::vector<SmbEntry> SmbClient::list(const SmbPath& path) {
   });
   if (error != 0)
     fail(error, "list", path);
-  std::vector<SmbEntry> entries;
+  std::vector<platform::FileEntry> entries;
   errno = 0;
   while (const libsmb_file_info* const info = smbc_getFunctionReaddirPlus(context())(context(), folder)) {
-    const std::string name = info->name;
-    if (name != "." && name != "..") {
-      const bool link = (info->attrs & kReparseAttribute) != 0;
-      entries.push_back({name, !link && (info->attrs & kDirectoryAttribute) != 0});
-    }
+    platform::FileEntry entry;
+    entry.name = info->name;
+    entry.link = (info->attrs & kReparseAttribute) != 0;
+    entry.directory = !entry.link && (info->attrs & kDirectoryAttribute) != 0;
+    entry.size = entry.link || entry.directory ? 0 : info->size;
+    entry.modified = nanoseconds_of(info->mtime_ts);
+    if (entry.name != "." && entry.name != "..")
+      entries.push_back(std::move(entry));
     errno = 0;
   }
   const int broken = errno;
@@ -289,6 +301,9 @@ void SmbClient::make_directory(const SmbPath& path) {
 void SmbClient::remove_directory(const SmbPath& path) {
   const std::string url = path.url();
   const int error = run([&] { return smbc_getFunctionRmdir(context())(context(), url.c_str()) == 0; });
+  if (error == ENOTEMPTY || error == EEXIST || error == ENOTDIR)
+    base::raise(base::error::kPathFileAccess,
+                "cannot remove the folder " + path.text() + ": it is no folder, or not empty");
   if (error != 0)
     fail(error, "remove the folder", path);
 }
@@ -298,6 +313,19 @@ void SmbClient::remove_file(const SmbPath& path) {
   const int error = run([&] { return smbc_getFunctionUnlink(context())(context(), url.c_str()) == 0; });
   if (error != 0)
     fail(error, "remove", path);
+}
+
+void SmbClient::set_modified(const SmbPath& path, std::int64_t modified) {
+  const std::string url = path.url();
+  timeval times[2] = {};
+  for (timeval& time : times) {
+    time.tv_sec = static_cast<time_t>(modified / 1'000'000'000);
+    time.tv_usec = static_cast<suseconds_t>(modified % 1'000'000'000 / 1000);
+  }
+  const int error =
+      run([&] { return smbc_getFunctionUtimes(context())(context(), url.c_str(), times) == 0; });
+  if (error != 0)
+    fail(error, "set the time of", path);
 }
 
 void SmbClient::rename(const SmbPath& from, const SmbPath& to) {

@@ -9,21 +9,11 @@
 
 #include "live/live_settings.hpp"
 #include "live/smb_path.hpp"
+#include "platform/files.hpp"
 
 struct _SMBCCTX;
 
 namespace twk::live {
-
-/// What a server tells of a file or folder.
-struct SmbStatus {
-  bool directory = false;
-  std::uint64_t size = 0;  ///< bytes
-};
-
-struct SmbEntry {
-  std::string name;
-  bool directory = false;  ///< not of a link
-};
 
 /// An open file; closed with the object.
 class SmbFile {
@@ -56,13 +46,16 @@ class SmbClient {
   SmbClient& operator=(const SmbClient&) = delete;
   ~SmbClient();
 
-  SmbStatus status(const SmbPath& path);
+  /// What stands under a name, which is not told here. A link counts as what it leads to.
+  platform::FileEntry status(const SmbPath& path);
   /// What a folder holds, in the server's order, without itself and its parent.
-  std::vector<SmbEntry> list(const SmbPath& path);
+  std::vector<platform::FileEntry> list(const SmbPath& path);
   void make_directory(const SmbPath& path);
   void remove_directory(const SmbPath& path);
   void remove_file(const SmbPath& path);
-  /// Within one share. Something of the new name is taken away first.
+  /// Sets the time of the last change, in nanoseconds since 1970 UTC, to the microsecond.
+  void set_modified(const SmbPath& path, std::int64_t modified);
+  /// Within one share. A file of the new name is taken away first.
   void rename(const SmbPath& from, const SmbPath& to);
   std::unique_ptr<SmbFile> open(const SmbPath& path, SmbOpen how);
 

@@ -53,6 +53,7 @@ class LiveWorld final : public contract::World {
   [[nodiscard]] std::string unit() const override { return unit_name() + "," + root(); }
   [[nodiscard]] std::string file_server() const override { return variable("TWK_LIVE_SERVER"); }
 
+  [[nodiscard]] bool server_guards_shared_folders() const override { return false; }
   [[nodiscard]] bool server_holds_privileges() const override { return true; }
 
   live::LiveDomain& live() { return domain_; }
