@@ -1,6 +1,7 @@
 # The Active Directory controller of with-domain.
 
 export TWK_LIVE_DOMAIN=twk.test TWK_LIVE_SERVER=dc1.twk.test
+export TWK_LIVE_EXCHANGE=ex55.twk.test
 # Not Administrator, whom the server takes for the superuser: no access list binds that one.
 export TWK_LIVE_ADMIN=twkadmin TWK_LIVE_PASSWORD=Adm1n-of-twk
 export TWK_LIVE_CONTROL="$here/ad-control"
@@ -55,8 +56,21 @@ END
   done
 }
 
+# An Exchange 5.5 directory beside the domain, which knows the domain's tickets.
+provision_exchange() {
+  local folder="$state/exchange" conf="$state/domain/etc/smb.conf"
+  mkdir -p "$folder/data"
+  sed "s|@STATE@|$state|" "$here/exchange.conf.in" >"$folder/slapd.conf"
+  {
+    samba-tool user create ex55 --random-password -s "$conf"
+    samba-tool spn add "ldap/$TWK_LIVE_EXCHANGE" ex55 -s "$conf"
+    samba-tool domain exportkeytab "$folder/keytab" --principal="ldap/$TWK_LIVE_EXCHANGE" -s "$conf"
+    slapadd -f "$folder/slapd.conf" -l "$here/exchange.ldif"
+  } >>"$state/provision.log" 2>&1 || fail "the mail server was not made: $(tail -3 "$state/provision.log")"
+}
+
 prepare() {
-  printf '127.0.0.1 dc1.twk.test dc1 DC1 twk.test TWK\n127.0.0.1 localhost\n' >"$state/hosts"
+  printf '127.0.0.1 dc1.twk.test dc1 DC1 twk.test TWK\n127.0.0.2 ex55.twk.test ex55\n127.0.0.1 localhost\n' >"$state/hosts"
   mount --bind "$state/hosts" /etc/hosts
   cat >"$state/krb5.conf" <<END
 [libdefaults]
@@ -74,5 +88,5 @@ prepare() {
   .twk.test = TWK.TEST
   twk.test = TWK.TEST
 END
-  [[ -e "$state/domain/etc/smb.conf" ]] || provision
+  [[ -e "$state/domain/etc/smb.conf" ]] || { provision && provision_exchange; }
 }
