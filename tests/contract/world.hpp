@@ -30,6 +30,8 @@ class World {
   [[nodiscard]] virtual std::string root() const = 0;         ///< "DC=twk,DC=test"
   [[nodiscard]] virtual std::string unit() const = 0;         ///< DN of the empty unit
   [[nodiscard]] virtual std::string file_server() const = 0;  ///< "FS1"
+  /// How the file server tells the path of a folder that it shares.
+  [[nodiscard]] virtual std::string told_path(std::string path) const { return path; }
 };
 
 using MakeWorld = std::unique_ptr<World> (*)();

@@ -12,16 +12,16 @@ provision() {
     --adminpass="$TWK_LIVE_PASSWORD" --targetdir="$state/domain" --host-name=dc1 --host-ip=127.0.0.1 \
     --option="interfaces=lo" --option="bind interfaces only=yes" >"$state/provision.log" 2>&1 ||
     fail "the domain was not made: $(tail -3 "$state/provision.log")"
-  mkdir -p "$state/srv/d/Users" "$state/srv/d/Profiles" "$state/srv/c"
   local conf="$state/domain/etc/smb.conf"
   sed -i '/dns forwarder/d' "$conf"
-  # Shares over RPC are kept by a script, in a file that is included at the very end.
+  # Shares over RPC are kept by a script, in the server's registry.
   sed -i "/^\[global\]/a\\
-	add share command = $here/share-command $state\\
-	change share command = $here/share-command $state\\
-	delete share command = $here/share-command $state\\
+	add share command = $here/share-command\\
+	change share command = $here/share-command\\
+	delete share command = $here/share-command\\
 	load printers = no\\
 	disable spoolss = yes\\
+	registry shares = yes\\
 	server services = -dns, -dnsupdate, -spoolss" "$conf"
   cat >>"$conf" <<END
 
@@ -32,10 +32,7 @@ provision() {
 [C\$]
 	path = $state/srv/c
 	read only = no
-
-include = $state/shares.conf
 END
-  : >"$state/shares.conf"
   # What the service that was left out would do at the start.
   local name
   for name in ldap/dc1.twk.test GC/dc1.twk.test/twk.test; do
@@ -46,6 +43,12 @@ END
 prepare() {
   printf '127.0.0.1 dc1.twk.test dc1 DC1 twk.test TWK\n127.0.0.1 localhost\n' >"$state/hosts"
   mount --bind "$state/hosts" /etc/hosts
+  # What the machine shares is none of the domain's, and clients are to look at loopback too.
+  mkdir -p /etc/samba
+  printf '[global]\n  interfaces = lo\n' >"$state/client.conf"
+  [[ -e /etc/samba/smb.conf ]] || mount -t tmpfs none /etc/samba
+  touch /etc/samba/smb.conf
+  mount --bind "$state/client.conf" /etc/samba/smb.conf
   cat >"$state/krb5.conf" <<END
 [libdefaults]
   default_realm = TWK.TEST

@@ -6,6 +6,7 @@
 #include "contract/world.hpp"
 #include "live/live_directory.hpp"
 #include "live/live_domain.hpp"
+#include "live/live_network.hpp"
 #include "live/live_query.hpp"
 
 namespace twk::test {
@@ -13,6 +14,13 @@ namespace twk::test {
 inline std::string variable(const char* name) {
   const char* const value = std::getenv(name);
   return value == nullptr ? std::string() : value;
+}
+
+/// "stop", "start", "stall", "resume" of the controller.
+inline void control(const std::string& what) {
+  const int status = std::system((variable("TWK_LIVE_CONTROL") + " " + what).c_str());
+  if (status != 0)
+    throw std::runtime_error("the controller did not " + what);
 }
 
 /// How the controller that `with-domain` started is reached.
@@ -32,7 +40,10 @@ class LiveWorld final : public contract::World {
   }
   ~LiveWorld() override {
     base::Trap trap;
-    trap([&] { remove_below(unit()); });
+    trap([&] {
+      remove_shares();
+      remove_below(unit());
+    });
     if (trap.number() != 0 && trap.number() != platform::ads_error::kNoSuchObject)
       ADD_FAILURE() << trap.description();
   }
@@ -41,17 +52,30 @@ class LiveWorld final : public contract::World {
   platform::QueryService& query() override { return query_; }
   platform::Files& files() override { throw std::logic_error("no files yet"); }
   platform::Security& security() override { throw std::logic_error("no security yet"); }
-  platform::Network& network() override { throw std::logic_error("no network yet"); }
+  platform::Network& network() override { return network_; }
   [[nodiscard]] std::string domain() const override { return "twk.test"; }
   [[nodiscard]] std::string netbios() const override { return "TWK"; }
   [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
   [[nodiscard]] std::string unit() const override { return unit_name() + "," + root(); }
   [[nodiscard]] std::string file_server() const override { return variable("TWK_LIVE_SERVER"); }
 
+  [[nodiscard]] std::string told_path(std::string path) const override {
+    // Samba has one drive.
+    path[0] = 'C';
+    return path;
+  }
+
   live::LiveDomain& live() { return domain_; }
 
  private:
   [[nodiscard]] std::string unit_name() const { return "OU=Tests " + std::to_string(number_); }
+  /// Those of the folders that a drive shows.
+  void remove_shares() {
+    for (const platform::ShareInfo502& share : network_.NetShareEnum(file_server())) {
+      if (share.shi502_path.starts_with("C:\\Users"))
+        network_.NetShareDel(file_server(), share.shi502_netname);
+    }
+  }
   void remove_below(const std::string& dn) {
     // A group that is somebody's primary one stays as long as that user.
     for (const char* const filter : {"(objectClass=user)", "(objectClass=*)"}) {
@@ -79,6 +103,7 @@ class LiveWorld final : public contract::World {
   live::LiveDomain domain_{live_settings()};
   live::LiveDirectory directory_{domain_};
   live::LiveQuery query_{domain_};
+  live::LiveNetwork network_{domain_};
 };
 
 inline std::unique_ptr<contract::World> make_live_world() {
