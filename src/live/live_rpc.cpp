@@ -22,6 +22,14 @@ ServerService& LiveRpc::shares(std::string_view server) {
   return find(shares_, settings_, server);
 }
 
+LiveShares& LiveRpc::share_store(std::string_view server) {
+  ServerService& service = shares(server);
+  std::unique_ptr<LiveShares>& store = share_stores_[base::upper(without_backslashes(server))];
+  if (store == nullptr)
+    store = std::make_unique<LiveShares>(service);
+  return *store;
+}
+
 AccountService& LiveRpc::accounts(std::string_view server) {
   return find(accounts_, settings_, server);
 }

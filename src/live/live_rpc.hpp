@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "live/account_service.hpp"
+#include "live/live_shares.hpp"
 #include "live/net_api.hpp"
 #include "live/server_service.hpp"
 
@@ -18,6 +19,7 @@ class LiveRpc {
 
   /// A server's name folds case and may have two backslashes in front.
   ServerService& shares(std::string_view server);
+  LiveShares& share_store(std::string_view server);
   AccountService& accounts(std::string_view server);
   NetApi& net_api() { return net_api_; }
 
@@ -25,6 +27,7 @@ class LiveRpc {
   LiveSettings settings_;
   NetApi net_api_;
   std::map<std::string, std::unique_ptr<ServerService>> shares_;
+  std::map<std::string, std::unique_ptr<LiveShares>> share_stores_;
   std::map<std::string, std::unique_ptr<AccountService>> accounts_;
 };
 

@@ -8,6 +8,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/samba_headers.hpp"
+#include "platform/directory.hpp"
 #include "platform/network.hpp"
 
 // The interface of shares, whose own header Debian does not package.
@@ -109,6 +110,13 @@ std::uint32_t win32_of_status(std::uint32_t status) {
   return W_ERROR_V(ntstatus_to_werror(NT_STATUS(status)));
 }
 
+std::uint32_t directory_number(std::uint32_t number) {
+  constexpr std::uint32_t kWin32Facility = 0x80070000;
+  if (number == kRpcLost)
+    return platform::ads_error::kServerDown;
+  return number < 0x10000 ? kWin32Facility | number : number;
+}
+
 std::string_view without_backslashes(std::string_view server) {
   return server.starts_with("\\\\") ? server.substr(2) : server;
 }
@@ -118,6 +126,11 @@ RpcPipe::RpcPipe(LiveSettings settings, std::string_view server, RpcInterface in
 
 RpcPipe::~RpcPipe() {
   close();
+}
+
+void RpcPipe::open() {
+  const WithoutPipeSignal quiet;
+  opened();
 }
 
 void RpcPipe::close() {
@@ -152,7 +165,7 @@ void RpcPipe::connect() {
   handle_ = std::move(handle);
 }
 
-RpcPipe::Handle& RpcPipe::open() {
+RpcPipe::Handle& RpcPipe::opened() {
   if (handle_ != nullptr && !dcerpc_binding_handle_is_connected(handle_->pipe->binding_handle))
     handle_.reset();
   if (handle_ == nullptr)
@@ -174,7 +187,7 @@ void RpcPipe::check(std::uint32_t status) {
 
 base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t> arguments) {
   const WithoutPipeSignal quiet;
-  Handle& handle = open();
+  Handle& handle = opened();
   const Memory answer;
   std::uint8_t* bytes = nullptr;
   std::size_t size = 0;
@@ -187,7 +200,7 @@ base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t>
 
 void RpcPipe::call(std::uint32_t operation, void* arguments, void* memory) {
   const WithoutPipeSignal quiet;
-  Handle& handle = open();
+  Handle& handle = opened();
   check(NT_STATUS_V(dcerpc_binding_handle_call(handle.pipe->binding_handle, nullptr, &table_of(interface_),
                                                operation, memory, arguments)));
 }

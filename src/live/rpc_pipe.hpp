@@ -30,6 +30,8 @@ class RpcPipe {
   ~RpcPipe();
 
   [[nodiscard]] const std::string& host() const { return host_; }
+  /// Connects, unless that is done. Raises as a call does.
+  void open();
   /// The next call connects anew.
   void close();
 
@@ -44,7 +46,7 @@ class RpcPipe {
  private:
   struct Handle;
 
-  Handle& open();
+  Handle& opened();
   void connect();
   /// Raises for a failure of the way there, not of the operation.
   void check(std::uint32_t status);
@@ -86,6 +88,10 @@ class WithoutPipeSignal {
 
 /// The number of [MS-ERREF] 2.2 for one of 2.3.
 std::uint32_t win32_of_status(std::uint32_t status);
+
+/// The number of the directory for one of the remote calls: kServerDown for a pipe that broke, else 0x80070000
+/// and the number. One that is the directory's already stays.
+std::uint32_t directory_number(std::uint32_t number);
 
 /// "FS1" of "\\FS1".
 std::string_view without_backslashes(std::string_view server);

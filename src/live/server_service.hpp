@@ -16,6 +16,7 @@ class ServerService {
   ServerService(const LiveSettings& settings, std::string_view server)
       : pipe_(settings, server, RpcInterface::kServerService) {}
 
+  void open() { pipe_.open(); }
   /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName.
   void add(const platform::ShareInfo502& share);
   /// Raises kShareNotFound.
