@@ -154,13 +154,14 @@ const Subschema* LiveDomain::foreign_schema(std::string_view server, LdapConnect
 }
 
 std::optional<LdapEntry> LiveDomain::find_account(std::string_view name,
-                                                  const std::vector<std::string>& attributes) {
+                                                  const std::vector<std::string>& attributes,
+                                                  std::string_view server) {
   LdapSearch search;
   search.base = root_dn();
   search.filter = "(&(sAMAccountName=" + platform::escape_filter_value(name) + ")(objectSid=*))";
   search.attributes = attributes;
   std::optional<LdapEntry> found;
-  ldap().search(search, [&](LdapEntry&& entry) {
+  ldap(server).search(search, [&](LdapEntry&& entry) {
     found = std::move(entry);
     return false;
   });

@@ -14,34 +14,27 @@ provision() {
     --adminpass="$TWK_LIVE_PASSWORD" --targetdir="$state/domain" --host-name=dc1 --host-ip=127.0.0.1 \
     --option="interfaces=lo" --option="bind interfaces only=yes" >"$state/provision.log" 2>&1 ||
     fail "the domain was not made: $(tail -3 "$state/provision.log")"
-  mkdir -p "$state/srv/d/Users" "$state/srv/d/Profiles" "$state/srv/c"
   local conf="$state/domain/etc/smb.conf"
   sed -i '/dns forwarder/d' "$conf"
-  # Shares over RPC are kept by a script, in a file that is included at the very end.
+  # Shares over RPC are kept by a script, in the server's registry.
   sed -i "/^\[global\]/a\\
-	add share command = $here/share-command $state\\
-	change share command = $here/share-command $state\\
-	delete share command = $here/share-command $state\\
+	add share command = $here/share-command\\
+	change share command = $here/share-command\\
+	delete share command = $here/share-command\\
 	load printers = no\\
 	disable spoolss = yes\\
+	registry shares = yes\\
 	server services = -dns, -dnsupdate, -spoolss" "$conf"
   cat >>"$conf" <<END
 
 [D\$]
 	path = $state/srv/d
 	read only = no
-	acl_xattr:ignore system acls = yes
-	acl_xattr:default acl style = windows
 
 [C\$]
 	path = $state/srv/c
 	read only = no
-	acl_xattr:ignore system acls = yes
-	acl_xattr:default acl style = windows
-
-include = $state/shares.conf
 END
-  : >"$state/shares.conf"
   samba-tool user create "$TWK_LIVE_ADMIN" "$TWK_LIVE_PASSWORD" -s "$conf" >>"$state/provision.log" 2>&1
   samba-tool group addmembers "Domain Admins" "$TWK_LIVE_ADMIN" -s "$conf" >>"$state/provision.log" 2>&1
   local folder
@@ -72,6 +65,12 @@ provision_exchange() {
 prepare() {
   printf '127.0.0.1 dc1.twk.test dc1 DC1 twk.test TWK\n127.0.0.2 ex55.twk.test ex55\n127.0.0.1 localhost\n' >"$state/hosts"
   mount --bind "$state/hosts" /etc/hosts
+  # What the machine shares is none of the domain's, and clients are to look at loopback too.
+  mkdir -p /etc/samba
+  printf '[global]\n  interfaces = lo\n' >"$state/client.conf"
+  [[ -e /etc/samba/smb.conf ]] || mount -t tmpfs none /etc/samba
+  touch /etc/samba/smb.conf
+  mount --bind "$state/client.conf" /etc/samba/smb.conf
   cat >"$state/krb5.conf" <<END
 [libdefaults]
   default_realm = TWK.TEST
