@@ -17,7 +17,8 @@ class ServerService {
       : pipe_(settings, server, RpcInterface::kServerService) {}
 
   void open() { pipe_.open(); }
-  /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName.
+  /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also where the server does not
+  /// keep the access list that comes with the share, which would then be everybody's.
   void add(const platform::ShareInfo502& share);
   /// Raises kShareNotFound.
   platform::ShareInfo502 get(std::string_view name);
