@@ -19,19 +19,14 @@ constexpr std::string_view kFooter =
     "77 not permitted. A value that begins with \"-\" is given as --option=-value, or behind \"--\".";
 
 void add_connection_options(CLI::App& app, GlobalOptions& options) {
-  world::ConnectionOptions& given = options.connection;
-  const auto add = [&](const char* name, std::string& text, const char* type, const char* what) {
-    app.add_option(name, text, what)->type_name(type)->group("A real domain");
-  };
-  add("--domain", given.domain, "NAME", "The domain; that of the settings or of the ticket else");
-  add("--server", given.server, "HOST", "Its controller; one that the name service tells else");
-  add("--port", given.port, "N", "Port of LDAP there");
-  add("--method", given.method, "METHOD", "Log on by ticket, ldaps or starttls; ticket if not given");
-  add("--user", given.user, "NAME", "Who logs on with a password; it is asked for");
-  add("--ca-file", given.ca_file, "FILE", "Certificates that are trusted, in PEM form");
-  add("--logon-password-file", options.logon_password_file, "FILE",
-      "That password, the first line of a file; - for standard input");
-  app.add_flag("--live", options.live, "The real domain, whatever TWK_LAB names")->group("A real domain");
+  constexpr const char* kGroup = "A real domain";
+  for (const world::ConnectionOption& one : world::connection_options())
+    app.add_option(one.name, options.connection.*one.text, one.help)->type_name(one.type)->group(kGroup);
+  app.add_option("--logon-password-file", options.logon_password_file,
+                 "That password, the first line of a file; - for standard input")
+      ->type_name("FILE")
+      ->group(kGroup);
+  app.add_flag("--live", options.live, "The real domain, whatever TWK_LAB names")->group(kGroup);
 }
 
 void add_global_options(CLI::App& app, GlobalOptions& options) {

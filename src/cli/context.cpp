@@ -27,11 +27,6 @@ void tell_log_rows(const session::Session& session, std::size_t first) {
   }
 }
 
-bool names_connection(const world::ConnectionOptions& given) {
-  return !(given.domain.empty() && given.server.empty() && given.port.empty() && given.method.empty() &&
-           given.user.empty() && given.ca_file.empty());
-}
-
 std::unique_ptr<world::World> make_real_world(const world::ConnectionOptions& given, live::Prompts prompts,
                                               platform::Dialogs& dialogs) {
   try {
@@ -85,12 +80,12 @@ int Context::run() {
 
 std::filesystem::path Context::named_lab() const {
   if (!options_.lab.empty()) {
-    if (options_.live || names_connection(options_.connection))
+    if (options_.live || world::says_anything(options_.connection))
       throw UsageError("--lab is a world of its own: leave out either it or what names a real domain");
     return options_.lab;
   }
   const char* variable = std::getenv("TWK_LAB");  // NOLINT(concurrency-mt-unsafe): one thread
-  const bool real = options_.live || names_connection(options_.connection);
+  const bool real = options_.live || world::says_anything(options_.connection);
   return variable == nullptr || real ? "" : variable;
 }
 
@@ -124,6 +119,11 @@ world::World& Context::world() {
 lab::Lab& Context::lab() {
   static_cast<void>(lab_folder());
   return world().lab();
+}
+
+live::LiveDomain& Context::connected_domain() {
+  connect_or_say_how(world());
+  return world().live().domain();
 }
 
 live::Prompts Context::prompts() {

@@ -60,6 +60,8 @@ class Context {
   world::World& world();
   /// Raises `UsageError` when the world is none.
   lab::Lab& lab();
+  /// The real domain, which answers. Raises what is wrong with the connection.
+  live::LiveDomain& connected_domain();
   /// What a connection to a real domain asks and tells: the password of the logon, from where the options say
   /// or from the terminal.
   live::Prompts prompts();

@@ -30,11 +30,9 @@ int examine(Context& context) {
     throw UsageError("doctor looks at the connection to a real domain: leave --lab out");
   const live::Folders folders = live::user_folders();
   const world::ConnectionOptions wanted = world::wanted_connection(folders, context.options().connection);
-  if (wanted.domain.empty())
-    throw UsageError("there is no domain to look at: give --domain NAME");
   live::LiveSettings settings;
   try {
-    settings = world::live_settings(wanted);
+    settings = world::required_settings(wanted);
   } catch (const base::RuntimeError& failure) {
     throw UsageError(failure.description());
   }

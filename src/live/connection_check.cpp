@@ -95,7 +95,7 @@ class Check {
   }
 
   Finding try_port() {
-    const std::string why = why_no_answer(host_, port(), settings().timeout_seconds);
+    const std::string why = why_no_answer(host_, port(), connect_timeout(settings()));
     if (!why.empty())
       base::raise(platform::ads_error::kServerDown,
                   "No answer from " + host_ + " on port " + base::to_text(port()) + ": " + why);

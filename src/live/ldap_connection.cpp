@@ -370,4 +370,25 @@ void LdapConnection::rename(const std::string& dn, const std::string& new_rdn,
     raise_ldap_error(result, diagnostic(), LdapRequest::kRename, "Move " + dn);
 }
 
+std::vector<std::string> read_links(LdapConnection& connection, const std::string& dn,
+                                    std::string_view attribute) {
+  std::vector<std::string> all;
+  std::string wanted(attribute);
+  for (;;) {
+    const LdapEntry entry = connection.read(dn, {wanted});
+    const std::string prefix = std::string(attribute) + ";range=";
+    bool more = false;
+    for (const LdapAttribute& part : entry.attributes) {
+      const bool ranged = base::starts_with_fold(part.name, prefix);
+      if (!ranged && !base::equals_fold(part.name, attribute))
+        continue;
+      all.insert(all.end(), part.values.begin(), part.values.end());
+      more = ranged && !part.name.ends_with("-*") && !part.values.empty();
+    }
+    if (!more)
+      return all;
+    wanted = prefix + std::to_string(all.size()) + "-*";
+  }
+}
+
 }  // namespace twk::live

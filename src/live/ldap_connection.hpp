@@ -107,4 +107,9 @@ class LdapConnection {
   bool had_connection_ = false;      ///< once, be it lost by now
 };
 
+/// All values of a link of an entry ("member", "memberOf"), also when the server hands them out in ranges,
+/// [MS-ADTS] 3.1.1.3.1.3.3.
+std::vector<std::string> read_links(LdapConnection& connection, const std::string& dn,
+                                    std::string_view attribute);
+
 }  // namespace twk::live

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 #include "base/text.hpp"
 #include "live/ldap_errors.hpp"
@@ -38,8 +39,9 @@ void set_options(ldap* connection, const LiveSettings& settings, int certificate
   // Other domains' servers are never contacted on a server's word.
   ldap_set_option(connection, LDAP_OPT_REFERRALS, LDAP_OPT_OFF);
   timeval timeout{};
-  timeout.tv_sec = settings.timeout_seconds;
+  timeout.tv_sec = connect_timeout(settings);
   ldap_set_option(connection, LDAP_OPT_NETWORK_TIMEOUT, &timeout);
+  timeout.tv_sec = settings.timeout_seconds;
   ldap_set_option(connection, LDAP_OPT_TIMEOUT, &timeout);
   if (!uses_password(settings))
     return;
@@ -75,29 +77,57 @@ int start(const LdapHandle& handle, const LiveSettings& settings, std::uint16_t 
   return ldap_connect(handle.get());
 }
 
-/// The library does not say why TLS failed: it is the certificate when all goes well without a look at it.
-/// Nothing is sent over such a connection.
-bool is_certificate_refused(const LiveSettings& settings, const std::string& host, std::uint16_t port) {
-  return start(*make_handle(settings, host, port, LDAP_OPT_X_TLS_NEVER), settings, port) == LDAP_SUCCESS;
+/// The certificate that a server shows, DER, when TLS comes up without a look at it; the library does not say
+/// why a checked one failed. Nothing is sent over such a connection.
+std::optional<std::string> unchecked_certificate(const LiveSettings& settings, const std::string& host,
+                                                 std::uint16_t port) {
+  const auto handle = make_handle(settings, host, port, LDAP_OPT_X_TLS_NEVER);
+  if (start(*handle, settings, port) != LDAP_SUCCESS)
+    return std::nullopt;
+  berval bytes{};
+  if (ldap_get_option(handle->get(), LDAP_OPT_X_TLS_PEERCERT, static_cast<void*>(&bytes)) != LDAP_OPT_SUCCESS)
+    return std::string();
+  std::string certificate(bytes.bv_val, bytes.bv_len);
+  ldap_memfree(bytes.bv_val);
+  return certificate;
+}
+
+/// Bytes that are no letters of ASCII stay.
+std::string small_letters(std::string bytes) {
+  for (char& c : bytes)
+    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return bytes;
+}
+
+/// Names stand in a certificate as they are (IA5String of RFC 5280 4.2.1.6), also with "*" for the first
+/// label.
+bool names_host(const std::string& certificate, const std::string& host) {
+  const std::string bytes = small_letters(certificate);
+  const std::string name = small_letters(host);
+  const std::size_t dot = name.find('.');
+  return bytes.find(name) != base::npos ||
+         (dot != base::npos && bytes.find("*" + name.substr(dot)) != base::npos);
 }
 
 [[noreturn]] void explain_no_connection(const LiveSettings& settings, const std::string& host,
                                         std::uint16_t port, int result, const std::string& diagnostic) {
-  const std::string why = why_no_answer(host, port, settings.timeout_seconds);
+  const std::string why = why_no_answer(host, port, connect_timeout(settings));
   const std::string place = host + " on port " + base::to_text(port);
   if (!why.empty())
     base::raise(ads_error::kServerDown, "No answer from " + place + ": " + why);
-  if (diagnostic.find("hostname does not match") != base::npos) {
-    base::raise(ads_error::kServerDown, "The certificate of " + place +
-                                            " is refused: it names another host. Name the server as its "
-                                            "certificate does");
-  }
-  if (uses_password(settings) && is_certificate_refused(settings, host, port)) {
-    base::raise(ads_error::kServerDown,
-                "The certificate of " + place + " is refused: " +
-                    (settings.ca_file.empty() ? "no authority that this system trusts"
-                                              : "no authority of the file " + settings.ca_file) +
-                    " has signed it, or it is out of date. Name the domain's own authority with --ca-file");
+  if (uses_password(settings)) {
+    const auto certificate = unchecked_certificate(settings, host, port);
+    const std::string refused = "The certificate of " + place + " is refused: ";
+    if (certificate && !certificate->empty() && !names_host(*certificate, host))
+      base::raise(ads_error::kServerDown,
+                  refused + "it names another host. Name the server as its certificate does");
+    if (certificate) {
+      base::raise(ads_error::kServerDown,
+                  refused +
+                      (settings.ca_file.empty() ? "no authority that this system trusts"
+                                                : "no authority of the file " + settings.ca_file) +
+                      " has signed it, or it is out of date. Name the domain's own authority with --ca-file");
+    }
   }
   raise_ldap_error(result, diagnostic, LdapRequest::kBind,
                    std::string(uses_password(settings) ? "TLS with " : "Connect to ") + place);
@@ -185,6 +215,11 @@ std::string LdapHandle::diagnostic() const {
   std::string result = text;
   ldap_memfree(text);
   return result;
+}
+
+int connect_timeout(const LiveSettings& settings) {
+  constexpr int kLongest = 10;
+  return std::min(settings.timeout_seconds, kLongest);
 }
 
 std::uint16_t ldap_port(const LiveSettings& settings, std::uint16_t port) {

@@ -28,6 +28,9 @@ class LdapHandle {
   ldap* connection_;
 };
 
+/// Seconds that a server has to take a connection: a host that is off must not hold the work up for long.
+int connect_timeout(const LiveSettings& settings);
+
 /// The port that is asked: the one given, or the one that belongs to the way of logging on.
 std::uint16_t ldap_port(const LiveSettings& settings, std::uint16_t port);
 

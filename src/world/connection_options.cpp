@@ -54,6 +54,23 @@ std::uint16_t port_of(const std::string& text) {
 
 }  // namespace
 
+const std::vector<ConnectionOption>& connection_options() {
+  using Options = ConnectionOptions;
+  static const std::vector<ConnectionOption> options = {
+      {"--domain", "NAME", "The domain; that of the settings or of the ticket else", &Options::domain},
+      {"--server", "HOST", "Its controller; one that the name service tells else", &Options::server},
+      {"--port", "N", "Port of LDAP there", &Options::port},
+      {"--method", "METHOD", "Log on by ticket, ldaps or starttls; ticket if not given", &Options::method},
+      {"--user", "NAME", "Who logs on with a password; it is asked for", &Options::user},
+      {"--ca-file", "FILE", "Certificates that are trusted, in PEM form", &Options::ca_file}};
+  return options;
+}
+
+bool says_anything(const ConnectionOptions& options) {
+  return std::any_of(connection_options().begin(), connection_options().end(),
+                     [&](const ConnectionOption& one) { return !(options.*one.text).empty(); });
+}
+
 const std::vector<ConnectionMethod>& connection_methods() {
   static const std::vector<ConnectionMethod> methods = {{"ticket", "Kerberos ticket"},
                                                         {"ldaps", "User and password over LDAPS"},
@@ -121,6 +138,12 @@ live::LiveSettings live_settings(const ConnectionOptions& options) {
     refuse("the method is ticket, ldaps or starttls, and not " + options.method);
   }
   return settings;
+}
+
+live::LiveSettings required_settings(const ConnectionOptions& options) {
+  if (options.domain.empty())
+    refuse("no domain is named");
+  return live_settings(options);
 }
 
 }  // namespace twk::world

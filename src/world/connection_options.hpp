@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,13 +20,24 @@ namespace twk::world {
 
 /// Texts as they were written; an empty one says nothing.
 struct ConnectionOptions {
-  std::string domain;
-  std::string server;
-  std::string port;
-  std::string method;
-  std::string user;
-  std::string ca_file;
+  std::string domain = {};
+  std::string server = {};
+  std::string port = {};
+  std::string method = {};
+  std::string user = {};
+  std::string ca_file = {};
 };
+
+/// One of them as an option of a command line.
+struct ConnectionOption {
+  std::string name;  ///< "--domain"
+  std::string type;  ///< "NAME"
+  std::string help;
+  std::string ConnectionOptions::*text;
+};
+const std::vector<ConnectionOption>& connection_options();
+/// True when one of the texts says something.
+bool says_anything(const ConnectionOptions& options);
 
 /// A choice of the method: its word and how it reads in a window.
 struct ConnectionMethod {
@@ -48,5 +58,7 @@ ConnectionOptions merge_connection(const ConnectionOptions& stored, const Connec
 /// Raises 5 with what is wrong: a port that is none, a method that is not known, a user's password that
 /// would go nowhere, a name that is none.
 live::LiveSettings live_settings(const ConnectionOptions& options);
+/// The same where a domain must be named.
+live::LiveSettings required_settings(const ConnectionOptions& options);
 
 }  // namespace twk::world

@@ -52,6 +52,11 @@ ConnectionOptions stored_connection(const live::Folders& folders) {
   return read_connection(registry);
 }
 
+bool store_connection(const live::Folders& folders, const ConnectionOptions& options) {
+  local::RegistryFile registry(live::registry_folder(folders));
+  return save_connection(registry, options);
+}
+
 ConnectionOptions wanted_connection(const live::Folders& folders, const ConnectionOptions& given) {
   ConnectionOptions options = merge_connection(stored_connection(folders), given);
   if (options.domain.empty())

@@ -9,6 +9,8 @@ namespace twk::world {
 
 /// The person's stored settings of the connection.
 ConnectionOptions stored_connection(const live::Folders& folders);
+/// False when they cannot be written.
+bool store_connection(const live::Folders& folders, const ConnectionOptions& options);
 /// Those with what is given over them; where neither names a domain, the one that the workstation is in.
 ConnectionOptions wanted_connection(const live::Folders& folders, const ConnectionOptions& given);
 
