@@ -4,14 +4,15 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFormLayout>
-#include <QHeaderView>
+#include <QGridLayout>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QThread>
-#include <QTreeWidget>
 #include <memory>
+#include <vector>
 
 #include "live/discover_domains.hpp"
 #include "screens/application.hpp"
@@ -27,6 +28,7 @@ using live::CheckStep;
 using live::StepOutcome;
 
 constexpr int kIconSize = 32;
+constexpr int kLightSize = 16;
 
 QIcon light_of(StepOutcome outcome) {
   switch (outcome) {
@@ -124,16 +126,27 @@ class ConnectionWindow final : public QDialog {
   }
 
   void add_steps(QVBoxLayout& layout) {
-    steps_ = new QTreeWidget(this);
-    steps_->setObjectName("steps");
-    steps_->setHeaderLabels({"Step", "Outcome"});
-    steps_->setRootIsDecorated(false);
-    steps_->setSelectionMode(QAbstractItemView::NoSelection);
-    steps_->setWordWrap(true);
-    steps_->setAccessibleName("Outcome of the test");
-    steps_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-    show_no_steps();
-    layout.addWidget(steps_, 1);
+    auto* const box = new QGroupBox("Test", this);
+    auto* const grid = new QGridLayout(box);
+    grid->setColumnStretch(2, 1);
+    int row = 0;
+    for (const std::string& name : live::check_step_names()) {
+      StepRow& step = steps_.emplace_back();
+      step.light = new QLabel(box);
+      step.light->setFixedWidth(kLightSize + 2);
+      step.name = new QLabel(screens::to_qt(name), box);
+      step.detail = new QLabel(box);
+      step.detail->setObjectName("step" + QString::number(row));
+      step.detail->setTextFormat(Qt::PlainText);
+      step.detail->setWordWrap(true);
+      step.detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
+      grid->addWidget(step.light, row, 0, Qt::AlignTop);
+      grid->addWidget(step.name, row, 1, Qt::AlignTop);
+      grid->addWidget(step.detail, row, 2, Qt::AlignTop);
+      ++row;
+    }
+    grid->setRowStretch(row, 1);
+    layout.addWidget(box, 1);
   }
 
   void add_buttons(QVBoxLayout& layout, bool failed_before) {
@@ -208,18 +221,18 @@ class ConnectionWindow final : public QDialog {
       ca_file_->setText(file);
   }
 
-  void show_no_steps() {
-    steps_->clear();
-    for (const std::string& name : live::check_step_names())
-      steps_->addTopLevelItem(new QTreeWidgetItem({screens::to_qt(name), QString()}));
+  void show_step(std::size_t place, const CheckStep& step) {
+    const StepRow& row = steps_.at(place);
+    row.light->setPixmap(light_of(step.outcome).pixmap(kLightSize));
+    row.light->setAccessibleName(screens::to_qt(live::outcome_word(step.outcome)));
+    row.name->setEnabled(step.outcome != StepOutcome::kSkipped);
+    row.detail->setEnabled(step.outcome != StepOutcome::kSkipped);
+    row.detail->setText(screens::to_qt(step.detail));
   }
 
-  void show_step(int place, const CheckStep& step) {
-    QTreeWidgetItem* const item = steps_->topLevelItem(place);
-    item->setIcon(0, light_of(step.outcome));
-    item->setText(1, screens::to_qt(step.detail));
-    item->setToolTip(1, screens::to_qt(step.detail));
-    item->setDisabled(step.outcome == StepOutcome::kSkipped);
+  void show_no_steps() {
+    for (std::size_t i = 0; i < steps_.size(); ++i)
+      show_step(i, {});
   }
 
   void test() {
@@ -230,7 +243,7 @@ class ConnectionWindow final : public QDialog {
     test_->setEnabled(false);
     test_->setText("Testing…");
     thread_.reset(QThread::create([this, settings = *settings, run = run_test_] {
-      int place = 0;
+      std::size_t place = 0;
       // Nobody can be asked from here; what was typed is all there is.
       run(settings, {}, [&](const CheckStep& step) {
         QMetaObject::invokeMethod(
@@ -253,6 +266,12 @@ class ConnectionWindow final : public QDialog {
     accept();
   }
 
+  struct StepRow {
+    QLabel* light = nullptr;
+    QLabel* name = nullptr;
+    QLabel* detail = nullptr;
+  };
+
   ConnectionTest run_test_;
   QComboBox* domain_ = nullptr;
   QLineEdit* server_ = nullptr;
@@ -261,7 +280,7 @@ class ConnectionWindow final : public QDialog {
   QLineEdit* user_ = nullptr;
   QLineEdit* password_ = nullptr;
   QLineEdit* ca_file_ = nullptr;
-  QTreeWidget* steps_ = nullptr;
+  std::vector<StepRow> steps_;
   QPushButton* test_ = nullptr;
   std::unique_ptr<QThread> thread_;
   ChosenConnection chosen_;
