@@ -1,8 +1,13 @@
 #include "live/live.hpp"
 
+#include <random>
+
+#include "ads/exchange_mailboxes.hpp"
 #include "live/live_directory.hpp"
 #include "live/live_environment.hpp"
+#include "live/live_files.hpp"
 #include "live/live_query.hpp"
+#include "live/live_security.hpp"
 #include "live/not_yet.hpp"
 #include "local/posix_files.hpp"
 #include "local/registry_file.hpp"
@@ -20,6 +25,19 @@ std::string registry_folder(const Folders& folders) {
   return folders.config + "/settings";
 }
 
+namespace {
+
+base::Bytes random_bytes(std::size_t count) {
+  std::random_device source;
+  std::uniform_int_distribution<int> byte(0, 255);
+  base::Bytes bytes(count);
+  for (std::uint8_t& one : bytes)
+    one = static_cast<std::uint8_t>(byte(source));
+  return bytes;
+}
+
+}  // namespace
+
 struct Live::Services {
   Services(LiveSettings settings, Prompts prompts, const Folders& folders)
       : data(folders.data),
@@ -30,10 +48,12 @@ struct Live::Services {
   LiveDomain domain;
   LiveDirectory directory{domain};
   LiveQuery query{domain};
-  local::PosixFiles files;
+  local::PosixFiles workstation_files;
+  SmbClient smb{domain.shared_credentials()};
+  LiveFiles files{smb, workstation_files};
   NotYetNetwork network;
-  NotYetSecurity security;
-  NotYetMailboxes mailboxes;
+  LiveSecurity security{domain, smb};
+  ads::ExchangeMailboxes mailboxes{directory, domain.settings().domain, random_bytes};
   LiveEnvironment environment{domain};
   local::SystemProcess process;
   local::SystemClock clock;
@@ -52,9 +72,11 @@ LiveDomain& Live::domain() {
 std::string Live::database_path() const {
   const std::filesystem::path folder = services_->data + "/db";
   std::error_code failure;
-  std::filesystem::create_directories(folder.parent_path(), failure);
-  if (std::filesystem::create_directory(folder, failure))
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failure);
+  std::filesystem::create_directories(folder.parent_path().parent_path(), failure);
+  for (const std::filesystem::path& own : {folder.parent_path(), folder}) {
+    if (std::filesystem::create_directory(own, failure))
+      std::filesystem::permissions(own, std::filesystem::perms::owner_all, failure);
+  }
   // What cannot be made is told by whoever writes there.
   return folder.string() + "/";
 }

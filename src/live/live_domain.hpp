@@ -25,6 +25,7 @@ class LiveDomain {
   /// The password is in it once it was asked for.
   [[nodiscard]] const LiveSettings& settings() const { return credentials_->settings(); }
   [[nodiscard]] Credentials& credentials() { return *credentials_; }
+  [[nodiscard]] std::shared_ptr<Credentials> shared_credentials() { return credentials_; }
   /// False for an NT4-style domain, whose name has no dot.
   [[nodiscard]] bool has_directory() const;
   /// Host name of the controller. Raises kServerDown when the name service tells none.

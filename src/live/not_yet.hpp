@@ -4,9 +4,7 @@
 
 #include "base/errors.hpp"
 #include "platform/directory.hpp"
-#include "platform/mailbox.hpp"
 #include "platform/network.hpp"
-#include "platform/security.hpp"
 
 /// Stand-ins for the services of a real domain that are not built: every call says so.
 namespace twk::live {
@@ -34,34 +32,6 @@ class NotYetNetwork final : public platform::Network {
   platform::WtsConfigValue WTSQueryUserConfig(std::string_view, std::string_view,
                                               platform::WtsConfigClass) override {
     raise_not_yet("Terminal-server settings");
-  }
-};
-
-class NotYetSecurity final : public platform::Security {
- public:
-  platform::AccountSid LookupAccountName(std::string_view, std::string_view) override {
-    raise_not_yet("Account look-ups");
-  }
-  std::string LookupAccountSid(std::string_view, const platform::Sid&) override {
-    raise_not_yet("Account look-ups");
-  }
-  std::vector<platform::Sid> account_identifiers(std::string_view) override {
-    raise_not_yet("Account look-ups");
-  }
-  platform::SecurityDescriptor GetFileSecurity(std::string_view, std::uint32_t, std::size_t) override {
-    raise_not_yet("Permissions");
-  }
-  void SetFileSecurity(std::string_view, std::uint32_t, const platform::SecurityDescriptor&) override {
-    raise_not_yet("Permissions");
-  }
-  std::unique_ptr<platform::ProcessToken> OpenProcessToken() override { raise_not_yet("Privileges"); }
-  std::uint64_t LookupPrivilegeValue(std::string_view) override { raise_not_yet("Privileges"); }
-};
-
-class NotYetMailboxes final : public platform::MailboxService {
- public:
-  std::unique_ptr<platform::IMailboxStore> mailbox_store(const platform::ObjectPtr&) override {
-    raise_not_yet("Mailboxes");
   }
 };
 

@@ -1,7 +1,8 @@
 # The Active Directory controller of with-domain.
 
 export TWK_LIVE_DOMAIN=twk.test TWK_LIVE_SERVER=dc1.twk.test
-export TWK_LIVE_ADMIN=Administrator TWK_LIVE_PASSWORD=Adm1n-of-twk
+# Not Administrator, whom the server takes for the superuser: no access list binds that one.
+export TWK_LIVE_ADMIN=twkadmin TWK_LIVE_PASSWORD=Adm1n-of-twk
 export TWK_LIVE_CONTROL="$here/ad-control"
 export KRB5_CONFIG="$state/krb5.conf" KRB5CCNAME="FILE:$state/ticket"
 export SASL_PATH="${SASL_PATH:-}"
@@ -28,14 +29,25 @@ provision() {
 [D\$]
 	path = $state/srv/d
 	read only = no
+	acl_xattr:ignore system acls = yes
+	acl_xattr:default acl style = windows
 
 [C\$]
 	path = $state/srv/c
 	read only = no
+	acl_xattr:ignore system acls = yes
+	acl_xattr:default acl style = windows
 
 include = $state/shares.conf
 END
   : >"$state/shares.conf"
+  samba-tool user create "$TWK_LIVE_ADMIN" "$TWK_LIVE_PASSWORD" -s "$conf" >>"$state/provision.log" 2>&1
+  samba-tool group addmembers "Domain Admins" "$TWK_LIVE_ADMIN" -s "$conf" >>"$state/provision.log" 2>&1
+  local folder
+  for folder in "$state/srv/c" "$state/srv/d" "$state/srv/d/Users" "$state/srv/d/Profiles"; do
+    samba-tool ntacl set -s "$conf" 'O:BAG:BAD:PAI(A;OICI;0x1f01ff;;;BA)(A;OICI;0x1f01ff;;;SY)(A;OICI;0x1200a9;;;BU)' "$folder" \
+      >>"$state/provision.log" 2>&1
+  done
   # What the service that was left out would do at the start.
   local name
   for name in ldap/dc1.twk.test GC/dc1.twk.test/twk.test; do

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "contract/world.hpp"
 #include "live/live_directory.hpp"
 #include "live/live_domain.hpp"
+#include "live/live_files.hpp"
 #include "live/live_query.hpp"
+#include "live/live_security.hpp"
+#include "local/posix_files.hpp"
 
 namespace twk::test {
 
@@ -27,6 +31,7 @@ inline live::LiveSettings live_settings() {
 class LiveWorld final : public contract::World {
  public:
   LiveWorld() {
+    empty_drive();
     const auto top = directory_.GetObject("LDAP://" + domain() + "/" + root());
     top->Create("organizationalUnit", unit_name())->SetInfo();
   }
@@ -39,14 +44,17 @@ class LiveWorld final : public contract::World {
 
   platform::DirectoryService& directory() override { return directory_; }
   platform::QueryService& query() override { return query_; }
-  platform::Files& files() override { throw std::logic_error("no files yet"); }
-  platform::Security& security() override { throw std::logic_error("no security yet"); }
+  platform::Files& files() override { return files_; }
+  platform::Security& security() override { return security_; }
   platform::Network& network() override { throw std::logic_error("no network yet"); }
   [[nodiscard]] std::string domain() const override { return "twk.test"; }
   [[nodiscard]] std::string netbios() const override { return "TWK"; }
   [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
   [[nodiscard]] std::string unit() const override { return unit_name() + "," + root(); }
   [[nodiscard]] std::string file_server() const override { return variable("TWK_LIVE_SERVER"); }
+
+  [[nodiscard]] bool server_guards_shared_folders() const override { return false; }
+  [[nodiscard]] bool server_holds_privileges() const override { return true; }
 
   live::LiveDomain& live() { return domain_; }
 
@@ -70,6 +78,14 @@ class LiveWorld final : public contract::World {
     }
   }
 
+  /// What a test before this one left on the file server goes, whoever owns it.
+  static void empty_drive() {
+    namespace fs = std::filesystem;
+    const fs::path users = fs::path(variable("TWK_LIVE_STATE")) / "srv/d/Users";
+    for (const fs::directory_entry& left : fs::directory_iterator(users))
+      fs::remove_all(left.path());
+  }
+
   static int next_number() {
     static int last = 0;
     return ++last;
@@ -79,6 +95,10 @@ class LiveWorld final : public contract::World {
   live::LiveDomain domain_{live_settings()};
   live::LiveDirectory directory_{domain_};
   live::LiveQuery query_{domain_};
+  live::SmbClient smb_{live_settings()};
+  local::PosixFiles workstation_;
+  live::LiveFiles files_{smb_, workstation_};
+  live::LiveSecurity security_{domain_, smb_};
 };
 
 inline std::unique_ptr<contract::World> make_live_world() {
