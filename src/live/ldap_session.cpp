@@ -99,14 +99,18 @@ std::string small_letters(std::string bytes) {
   return bytes;
 }
 
-/// Names stand in a certificate as they are (IA5String of RFC 5280 4.2.1.6), also with "*" for the first
-/// label.
+/// Names stand in a certificate as they are, behind a byte with their length (IA5String of RFC 5280 4.2.1.6).
+bool holds_name(const std::string& certificate, const std::string& name) {
+  const std::string text = std::string(1, static_cast<char>(name.size())) + name;
+  return certificate.find(text) != base::npos;
+}
+
+/// Also by "*" for the first label.
 bool names_host(const std::string& certificate, const std::string& host) {
   const std::string bytes = small_letters(certificate);
   const std::string name = small_letters(host);
   const std::size_t dot = name.find('.');
-  return bytes.find(name) != base::npos ||
-         (dot != base::npos && bytes.find("*" + name.substr(dot)) != base::npos);
+  return holds_name(bytes, name) || (dot != base::npos && holds_name(bytes, "*" + name.substr(dot)));
 }
 
 [[noreturn]] void explain_no_connection(const LiveSettings& settings, const std::string& host,
