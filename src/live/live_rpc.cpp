@@ -16,8 +16,6 @@ Service& find(std::map<std::string, std::unique_ptr<Service>>& services, const L
 
 }  // namespace
 
-LiveRpc::LiveRpc(LiveSettings settings) : settings_(std::move(settings)), net_api_(settings_) {}
-
 ServerService& LiveRpc::shares(std::string_view server) {
   return find(shares_, settings_, server);
 }
@@ -32,6 +30,10 @@ LiveShares& LiveRpc::share_store(std::string_view server) {
 
 AccountService& LiveRpc::accounts(std::string_view server) {
   return find(accounts_, settings_, server);
+}
+
+LogonService& LiveRpc::logon(std::string_view server) {
+  return find(logons_, settings_, server);
 }
 
 }  // namespace twk::live

@@ -11,8 +11,9 @@
 #include "platform/directory.hpp"
 #include "platform/network.hpp"
 
-// The interface of shares, whose own header Debian does not package.
+// Interfaces whose own headers Debian does not package.
 extern "C" const struct ndr_interface_table ndr_table_srvsvc;
+extern "C" const struct ndr_interface_table ndr_table_netlogon;
 
 namespace twk::live {
 namespace {
@@ -20,7 +21,15 @@ namespace {
 namespace network_error = platform::network_error;
 
 const ndr_interface_table& table_of(RpcInterface interface) {
-  return interface == RpcInterface::kAccounts ? ndr_table_samr : ndr_table_srvsvc;
+  switch (interface) {
+    case RpcInterface::kAccounts:
+      return ndr_table_samr;
+    case RpcInterface::kLogon:
+      return ndr_table_netlogon;
+    case RpcInterface::kServerService:
+      break;
+  }
+  return ndr_table_srvsvc;
 }
 
 [[noreturn]] void no_answer(const std::string& host, const std::string& why) {
@@ -150,10 +159,11 @@ void RpcPipe::connect() {
   lpcfg_load_default(configuration);
   lpcfg_set_option(configuration, "name resolve order=host");
   dcerpc_init();
-  const NTSTATUS status = dcerpc_pipe_connect(
-      handle->memory.get(), &handle->pipe, ("ncacn_np:" + host_ + "[seal]").c_str(), &table_of(interface_),
-      make_credentials(handle->memory.get(), settings_, configuration),
-      tevent_context_init(handle->memory.get()), configuration);
+  const std::string binding = "ncacn_np:" + host_ + (interface_ == RpcInterface::kAccounts ? "[]" : "[seal]");
+  const NTSTATUS status =
+      dcerpc_pipe_connect(handle->memory.get(), &handle->pipe, binding.c_str(), &table_of(interface_),
+                          make_credentials(handle->memory.get(), settings_, configuration),
+                          tevent_context_init(handle->memory.get()), configuration);
   if (!NT_STATUS_IS_OK(status)) {
     const std::uint32_t number = win32_of_status(NT_STATUS_V(status));
     if (number == platform::security_error::kAccessDenied || number == kRpcLogonFailure)
@@ -198,11 +208,32 @@ base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t>
   return base::Bytes(bytes, bytes + size);
 }
 
+base::Bytes RpcPipe::call_again(std::uint32_t operation, std::span<const std::uint8_t> arguments,
+                                bool* repeated) {
+  base::Trap trap;
+  base::Bytes answer;
+  if (trap([&] { answer = call(operation, arguments); }))
+    return answer;
+  if (trap.number() != kRpcLost)
+    base::raise(trap.number(), trap.description());
+  if (repeated != nullptr)
+    *repeated = true;
+  return call(operation, arguments);
+}
+
 void RpcPipe::call(std::uint32_t operation, void* arguments, void* memory) {
   const WithoutPipeSignal quiet;
   Handle& handle = opened();
   check(NT_STATUS_V(dcerpc_binding_handle_call(handle.pipe->binding_handle, nullptr, &table_of(interface_),
                                                operation, memory, arguments)));
+}
+
+base::Bytes RpcPipe::session_key() {
+  const WithoutPipeSignal quiet;
+  constexpr std::size_t kSize = 16;
+  DATA_BLOB key{};
+  check(NT_STATUS_V(dcerpc_fetch_session_key(opened().pipe, &key)));
+  return base::Bytes(key.data, key.data + std::min(key.length, kSize));
 }
 
 }  // namespace twk::live

@@ -31,9 +31,6 @@ class ServerService {
   bool has(std::string_view name);
   /// Samba shows what it changed on new connections alone, and a moment later. Waits two seconds at most.
   void wait_until(std::string_view name, bool there);
-  /// Once more when the pipe broke, which `repeated` tells.
-  base::Bytes call(std::uint32_t operation, const base::Bytes& arguments, bool& repeated);
-  base::Bytes call(std::uint32_t operation, const base::Bytes& arguments);
   void check(std::uint32_t number, std::string_view name) const;
 
   RpcPipe pipe_;
