@@ -35,6 +35,7 @@ inline constexpr std::uint32_t kFileNotFound = 53;
 inline constexpr std::uint32_t kFileExists = 58;
 inline constexpr std::uint32_t kDiskFull = 61;
 inline constexpr std::uint32_t kPermissionDenied = 70;
+inline constexpr std::uint32_t kDifferentDrive = 74;
 inline constexpr std::uint32_t kPathFileAccess = 75;
 inline constexpr std::uint32_t kPathNotFound = 76;
 inline constexpr std::uint32_t kParentNotFound = 35601;  ///< a tree node's parent key is not in the tree

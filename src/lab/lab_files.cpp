@@ -23,6 +23,14 @@ ServerPath folder_of(const ServerPath& place) {
   return folder;
 }
 
+/// True when a file cannot go from one to the other by another name alone.
+bool is_other_drive(const std::optional<ServerPath>& source, const std::optional<ServerPath>& target) {
+  if (!source || !target)
+    return source.has_value() != target.has_value();
+  return &source->server != &target->server ||
+         base::upper(source->path.substr(0, 1)) != base::upper(target->path.substr(0, 1));
+}
+
 [[noreturn]] void deny(const ServerPath& place) {
   raise(base::error::kPermissionDenied, "Access is denied: " + place.path + " on " + place.server.name());
 }
@@ -151,6 +159,19 @@ std::vector<platform::FileEntry> LabFiles::list(std::string_view path) {
   return workstation_.list(path_for(path, access::kFileReadData));
 }
 
+platform::FileEntry LabFiles::status(std::string_view path) {
+  return workstation_.status(local_path(path));
+}
+
+void LabFiles::remove_directory(std::string_view path) {
+  const auto place = locate(servers_, path);
+  if (!place)
+    return workstation_.remove_directory(path);
+  require_removable(*place);
+  workstation_.remove_directory(place->server.local_path(place->path).string());
+  place->server.descriptors().forget(place->path);
+}
+
 std::string LabFiles::read(std::string_view path) {
   return workstation_.read(path_for(path, access::kFileReadData));
 }
@@ -168,13 +189,21 @@ void LabFiles::remove(std::string_view path) {
   place->server.descriptors().forget(place->path);
 }
 
+bool LabFiles::copy_file(std::string_view from, std::string_view to, bool replace,
+                         const platform::CopyProgress& progress) {
+  const std::string source = path_for(from, access::kFileReadData);
+  return workstation_.copy_file(source, path_for_writing(to), replace, progress);
+}
+
 void LabFiles::rename(std::string_view from, std::string_view to, bool replace) {
   const auto source = locate(servers_, from);
   const auto target = locate(servers_, to);
+  if (is_other_drive(source, target))
+    raise(base::error::kDifferentDrive, "cannot rename " + std::string(from) + " to another drive");
   if (source)
     require_removable(*source);
   if (target)
-    require_addable(*target, is_directory(from));
+    require_addable(*target, status(from).directory);
   workstation_.rename(local_path(from), local_path(to), replace);
   if (source && target && &source->server == &target->server)
     source->server.descriptors().move(source->path, target->path);

@@ -42,9 +42,13 @@ class LabFiles final : public platform::Files {
   bool is_directory(std::string_view path) override;
   void make_directory(std::string_view path) override;
   std::vector<platform::FileEntry> list(std::string_view path) override;
+  platform::FileEntry status(std::string_view path) override;
+  void remove_directory(std::string_view path) override;
   std::string read(std::string_view path) override;
   void write(std::string_view path, std::string_view bytes) override;
   void remove(std::string_view path) override;
+  bool copy_file(std::string_view from, std::string_view to, bool replace,
+                 const platform::CopyProgress& progress) override;
   void rename(std::string_view from, std::string_view to, bool replace) override;
   std::unique_ptr<platform::AppendFile> open_append(std::string_view path, bool truncate) override;
   std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override;

@@ -11,6 +11,7 @@
 #include "live/live_rpc.hpp"
 #include "live/live_schema.hpp"
 #include "live/live_settings.hpp"
+#include "live/subschema.hpp"
 #include "platform/sid.hpp"
 
 namespace twk::live {
@@ -56,6 +57,9 @@ class LiveDomain {
   /// None for an attribute that the directory does not know.
   const ads::AttributeSchema* attribute(std::string_view name);
 
+  /// The schema of a server that is no domain controller; none for one that is. Asked for once.
+  const Subschema* foreign_schema(std::string_view server, LdapConnection& connection);
+
   /// The account's entry with these attributes, by its pre-2000 name; none when there is no such account.
   std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes,
                                         std::string_view server = {});
@@ -82,6 +86,7 @@ class LiveDomain {
   std::string controller_;
   std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
   std::optional<Facts> facts_;
+  std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;
 };
 

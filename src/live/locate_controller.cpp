@@ -50,6 +50,7 @@ std::vector<std::string> look_up_srv(const std::string& name) {
     return a.priority != b.priority ? a.priority < b.priority : a.weight > b.weight;
   });
   std::vector<std::string> hosts;
+  hosts.reserve(targets.size());
   for (SrvTarget& target : targets)
     hosts.push_back(std::move(target.host));
   return hosts;

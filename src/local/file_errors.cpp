@@ -34,6 +34,8 @@ std::uint32_t runtime_number(int error, const std::string& path) {
     case EBUSY:
     case ETXTBSY:
       return base::error::kPermissionDenied;
+    case EXDEV:
+      return base::error::kDifferentDrive;
     case ENAMETOOLONG:
     case EILSEQ:
     case EINVAL:

@@ -10,6 +10,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "local/copy_file.hpp"
 #include "local/descriptor.hpp"
 #include "local/file_errors.hpp"
 #include "local/replace_file.hpp"
@@ -156,6 +157,18 @@ bool move_file(const std::string& from, const std::string& to, bool replace) {
   return errno == ENOENT && ::rename(from.c_str(), to.c_str()) == 0;
 }
 
+/// A slash behind the name of a link would lead to what it stands for.
+std::string without_slash(std::string path) {
+  path.resize(std::max<std::size_t>(path.find_last_not_of('/') + 1, 1));
+  return path;
+}
+
+platform::FileEntry to_entry(std::string name, const struct stat& status) {
+  return {std::move(name), S_ISDIR(status.st_mode), S_ISLNK(status.st_mode),
+          S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0,
+          status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
+}
+
 /// The status of what the path leads to; false when it cannot be looked at.
 bool look_at(std::string_view path, FoldedNames& names, struct stat& status) {
   base::Trap trap;
@@ -220,15 +233,36 @@ std::vector<platform::FileEntry> PosixFiles::list(std::string_view path) {
   const std::string local_path = local(path);
   std::vector<platform::FileEntry> entries;
   const std::error_code error = for_each_entry(local_path, [&](const fs::directory_entry& entry) {
-    std::error_code vanished;
-    const bool folder = fs::is_directory(entry.symlink_status(vanished));
-    entries.push_back({entry.path().filename().string(), folder});
+    struct stat status {};
+    // What was taken away meanwhile is not there.
+    if (lstat(entry.path().c_str(), &status) == 0)
+      entries.push_back(to_entry(entry.path().filename().string(), status));
   });
   // A folder that is not there is a missing path, never a missing file.
   if (error)
     raise_file_error(error.value() == ENOENT ? ENOTDIR : error.value(), "list", local_path);
   std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
   return entries;
+}
+
+platform::FileEntry PosixFiles::status(std::string_view path) {
+  const std::string local_path = without_slash(local(path));
+  struct stat status {};
+  if (lstat(local_path.c_str(), &status) != 0)
+    raise_file_error(errno, "look at", local_path);
+  return to_entry(split_path(local_path).name, status);
+}
+
+void PosixFiles::remove_directory(std::string_view path) {
+  const std::string local_path = without_slash(local(path));
+  if (rmdir(local_path.c_str()) == 0)
+    return;
+  if (errno == ENOTEMPTY || errno == EEXIST || errno == ENOTDIR) {
+    throw base::RuntimeError(
+        base::error::kPathFileAccess,
+        "cannot remove " + local_path + ": " + (errno == ENOTDIR ? "it is no folder" : "it is not empty"));
+  }
+  raise_file_error(errno, "remove", local_path);
 }
 
 std::string PosixFiles::read(std::string_view path) {
@@ -250,11 +284,22 @@ void PosixFiles::remove(std::string_view path) {
     raise_file_error(errno, "remove", local_path);
 }
 
+bool PosixFiles::copy_file(std::string_view from, std::string_view to, bool replace,
+                           const platform::CopyProgress& progress) {
+  const std::string target = local(to);
+  const SplitPath split = split_path(target);
+  names_->before_adding(split.folder);
+  const bool whole = local::copy_file(local(from), target, replace, progress);
+  if (whole)
+    names_->added(split.folder, split.name);
+  return whole;
+}
+
 void PosixFiles::rename(std::string_view from, std::string_view to, bool replace) {
   const std::string old_path = local(from);
   const std::string new_path = local(to);
   if (!move_file(old_path, new_path, replace)) {
-    if (errno == EEXIST) {
+    if (errno == EEXIST || errno == ENOTEMPTY) {
       throw base::RuntimeError(base::error::kFileExists,
                                "cannot rename " + old_path + ": " + new_path + " exists already");
     }

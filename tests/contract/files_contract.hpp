@@ -84,4 +84,113 @@ TEST_P(FilesContract, RenamingTakesANameThatIsInUseOnlyWhenToldTo) {
   EXPECT_EQ(files_.list(share).size(), 1U);
 }
 
+TEST_P(FilesContract, StatusTellsWhatStandsUnderAName) {
+  const std::string users = drive() + "\\Users";
+  files_.make_directory(users + "\\Jo");
+  files_.write(users + "\\Jo\\Note.txt", "text");
+  const platform::FileEntry folder = files_.status(users + "\\jo\\");
+  EXPECT_EQ(folder.name, "Jo");
+  EXPECT_TRUE(folder.directory && !folder.link);
+  const platform::FileEntry note = files_.status(users + "\\jo\\note.TXT");
+  EXPECT_EQ(note.name, "Note.txt");
+  EXPECT_FALSE(note.directory || note.link);
+  EXPECT_EQ(note.size, 4U);
+  const platform::FileEntry listed = files_.list(users + "\\Jo").at(0);
+  EXPECT_EQ(listed.name + std::to_string(listed.size), "Note.txt4");
+  EXPECT_EQ(listed.modified, note.modified);
+  EXPECT_EQ(number_of([&] { files_.status(users + "\\none"); }), base::error::kFileNotFound);
+  EXPECT_EQ(number_of([&] { files_.status(users + "\\none\\x"); }), base::error::kPathNotFound);
+}
+
+TEST_P(FilesContract, OnlyAnEmptyDirectoryIsTakenAway) {
+  const std::string home = drive() + "\\Users\\jo";
+  files_.make_directory(home);
+  files_.write(home + "\\Note.txt", "text");
+  EXPECT_EQ(number_of([&] { files_.remove_directory(home); }), base::error::kPathFileAccess);
+  EXPECT_EQ(number_of([&] { files_.remove_directory(home + "\\Note.txt"); }), base::error::kPathFileAccess);
+  EXPECT_EQ(number_of([&] { files_.remove(home); }), base::error::kPathFileAccess);
+  EXPECT_TRUE(files_.exists(home + "\\Note.txt"));
+  files_.remove(home + "\\Note.txt");
+  files_.remove_directory(home + "\\");
+  EXPECT_FALSE(files_.exists(home));
+  EXPECT_NE(number_of([&] { files_.remove_directory(home); }), 0U);
+}
+
+TEST_P(FilesContract, DirectoryThatAShareHoldsIsNeitherRenamedNorTakenAway) {
+  const std::string home = drive() + "\\Users\\jo";
+  files_.make_directory(home);
+  const platform::ObjectPtr share = world_->directory()
+                                        .GetObject("WinNT://" + world_->file_server() + "/lanmanserver")
+                                        ->Create("fileshare", "jo$");
+  share->Put("Path", "D:\\Users\\jo");
+  share->SetInfo();
+  if (!world_->server_guards_shared_folders())
+    return;
+  EXPECT_EQ(number_of([&] { files_.remove_directory(home); }), base::error::kPathFileAccess);
+  EXPECT_EQ(number_of([&] { files_.rename(home, drive() + "\\Users\\ann"); }), base::error::kPathFileAccess);
+  EXPECT_TRUE(files_.is_directory(home));
+}
+
+TEST_P(FilesContract, CopyHoldsTheBytesAndTheTimeOfTheFile) {
+  const std::string users = drive() + "\\Users\\";
+  std::string bytes(3'000'001, 'x');
+  bytes[1'500'000] = '\0';
+  files_.write(users + "Old.dat", bytes);
+  std::uint64_t told = 0;
+  EXPECT_TRUE(files_.copy_file(users + "old.DAT", users + "New.dat", false, [&](std::uint64_t done) {
+    EXPECT_GE(done, told);
+    told = done;
+    return true;
+  }));
+  EXPECT_EQ(told, bytes.size());
+  EXPECT_TRUE(files_.read(users + "New.dat") == bytes);
+  EXPECT_EQ(files_.status(users + "New.dat").modified, files_.status(users + "Old.dat").modified);
+  files_.write(users + "Empty", "");
+  EXPECT_TRUE(files_.copy_file(users + "Empty", users + "Empty2", false, {}));
+  EXPECT_EQ(files_.status(users + "Empty2").size, 0U);
+}
+
+TEST_P(FilesContract, CopyTakesANameThatIsInUseOnlyWhenToldTo) {
+  const std::string users = drive() + "\\Users\\";
+  files_.write(users + "Old.dat", "new");
+  files_.write(users + "There.dat", "there before");
+  EXPECT_EQ(number_of([&] { files_.copy_file(users + "Old.dat", users + "THERE.dat", false, {}); }),
+            base::error::kFileExists);
+  EXPECT_EQ(files_.read(users + "There.dat"), "there before");
+  EXPECT_TRUE(files_.copy_file(users + "Old.dat", users + "THERE.dat", true, {}));
+  EXPECT_EQ(files_.read(users + "There.dat"), "new");
+  EXPECT_EQ(files_.list(users).size(), 2U);
+}
+
+TEST_P(FilesContract, NothingStaysOfACopyThatFailedOrWasGivenUp) {
+  const std::string users = drive() + "\\Users\\";
+  files_.write(users + "Old.dat", std::string(3'000'000, 'x'));
+  files_.make_directory(users + "Folder");
+  EXPECT_FALSE(
+      files_.copy_file(users + "Old.dat", users + "New.dat", false, [](std::uint64_t) { return false; }));
+  EXPECT_EQ(number_of([&] { files_.copy_file(users + "None", users + "New.dat", false, {}); }),
+            base::error::kFileNotFound);
+  EXPECT_EQ(number_of([&] { files_.copy_file(users + "Folder", users + "New.dat", false, {}); }),
+            base::error::kPathFileAccess);
+  EXPECT_NE(number_of([&] { files_.copy_file(users + "Old.dat", users + "No\\New.dat", false, {}); }), 0U);
+  EXPECT_FALSE(files_.exists(users + "New.dat"));
+  EXPECT_EQ(files_.list(users).size(), 2U);
+}
+
+TEST_P(FilesContract, DirectoryIsRenamedWithAllItHolds) {
+  const std::string users = drive() + "\\Users\\";
+  files_.make_directory(users + "jo");
+  files_.make_directory(users + "jo\\Mail");
+  files_.write(users + "jo\\Mail\\Note.txt", "text");
+  files_.make_directory(users + "taken");
+  files_.write(users + "taken\\x", "x");
+  EXPECT_EQ(number_of([&] { files_.rename(users + "jo", users + "Taken"); }), base::error::kFileExists);
+  files_.rename(users + "JO", users + "ann");
+  EXPECT_FALSE(files_.exists(users + "jo"));
+  EXPECT_EQ(files_.read(users + "ann\\Mail\\Note.txt"), "text");
+  files_.rename(users + "ann", users + "taken\\ann");
+  EXPECT_EQ(files_.read(users + "taken\\ann\\mail\\note.txt"), "text");
+  EXPECT_NE(number_of([&] { files_.rename(users + "none", users + "other"); }), 0U);
+}
+
 }  // namespace twk::contract

@@ -35,9 +35,19 @@ class OneFile final : public platform::Files {
     missing(path);
     return {};
   }
+  platform::FileEntry status(std::string_view path) override {
+    missing(path);
+    return {};
+  }
+  void remove_directory(std::string_view path) override { missing(path); }
   std::string read(std::string_view /*path*/) override { return contents; }
   void write(std::string_view path, std::string_view /*bytes*/) override { missing(path); }
   void remove(std::string_view path) override { missing(path); }
+  bool copy_file(std::string_view from, std::string_view /*to*/, bool /*replace*/,
+                 const platform::CopyProgress& /*progress*/) override {
+    missing(from);
+    return false;
+  }
   void rename(std::string_view from, std::string_view /*to*/, bool /*replace*/) override { missing(from); }
   std::unique_ptr<platform::AppendFile> open_append(std::string_view /*path*/, bool /*truncate*/) override {
     return std::make_unique<Nowhere>();

@@ -1,7 +1,9 @@
 # The Active Directory controller of with-domain.
 
 export TWK_LIVE_DOMAIN=twk.test TWK_LIVE_SERVER=dc1.twk.test
-export TWK_LIVE_ADMIN=Administrator TWK_LIVE_PASSWORD=Adm1n-of-twk
+export TWK_LIVE_EXCHANGE=ex55.twk.test
+# Not Administrator, whom the server takes for the superuser: no access list binds that one.
+export TWK_LIVE_ADMIN=twkadmin TWK_LIVE_PASSWORD=Adm1n-of-twk
 export TWK_LIVE_CONTROL="$here/ad-control"
 export KRB5_CONFIG="$state/krb5.conf" KRB5CCNAME="FILE:$state/ticket"
 export SASL_PATH="${SASL_PATH:-}"
@@ -33,6 +35,13 @@ provision() {
 	path = $state/srv/c
 	read only = no
 END
+  samba-tool user create "$TWK_LIVE_ADMIN" "$TWK_LIVE_PASSWORD" -s "$conf" >>"$state/provision.log" 2>&1
+  samba-tool group addmembers "Domain Admins" "$TWK_LIVE_ADMIN" -s "$conf" >>"$state/provision.log" 2>&1
+  local folder
+  for folder in "$state/srv/c" "$state/srv/d" "$state/srv/d/Users" "$state/srv/d/Profiles"; do
+    samba-tool ntacl set -s "$conf" 'O:BAG:BAD:PAI(A;OICI;0x1f01ff;;;BA)(A;OICI;0x1f01ff;;;SY)(A;OICI;0x1200a9;;;BU)' "$folder" \
+      >>"$state/provision.log" 2>&1
+  done
   # What the service that was left out would do at the start.
   local name
   for name in ldap/dc1.twk.test GC/dc1.twk.test/twk.test; do
@@ -40,8 +49,21 @@ END
   done
 }
 
+# An Exchange 5.5 directory beside the domain, which knows the domain's tickets.
+provision_exchange() {
+  local folder="$state/exchange" conf="$state/domain/etc/smb.conf"
+  mkdir -p "$folder/data"
+  sed "s|@STATE@|$state|" "$here/exchange.conf.in" >"$folder/slapd.conf"
+  {
+    samba-tool user create ex55 --random-password -s "$conf"
+    samba-tool spn add "ldap/$TWK_LIVE_EXCHANGE" ex55 -s "$conf"
+    samba-tool domain exportkeytab "$folder/keytab" --principal="ldap/$TWK_LIVE_EXCHANGE" -s "$conf"
+    slapadd -f "$folder/slapd.conf" -l "$here/exchange.ldif"
+  } >>"$state/provision.log" 2>&1 || fail "the mail server was not made: $(tail -3 "$state/provision.log")"
+}
+
 prepare() {
-  printf '127.0.0.1 dc1.twk.test dc1 DC1 twk.test TWK\n127.0.0.1 localhost\n' >"$state/hosts"
+  printf '127.0.0.1 dc1.twk.test dc1 DC1 twk.test TWK\n127.0.0.2 ex55.twk.test ex55\n127.0.0.1 localhost\n' >"$state/hosts"
   mount --bind "$state/hosts" /etc/hosts
   # What the machine shares is none of the domain's, and clients are to look at loopback too.
   mkdir -p /etc/samba
@@ -65,5 +87,5 @@ prepare() {
   .twk.test = TWK.TEST
   twk.test = TWK.TEST
 END
-  [[ -e "$state/domain/etc/smb.conf" ]] || provision
+  [[ -e "$state/domain/etc/smb.conf" ]] || { provision && provision_exchange; }
 }

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "contract/world.hpp"
 #include "live/live_directory.hpp"
 #include "live/live_domain.hpp"
+#include "live/live_files.hpp"
 #include "live/live_network.hpp"
 #include "live/live_query.hpp"
+#include "live/live_security.hpp"
+#include "local/posix_files.hpp"
 
 namespace twk::test {
 
@@ -35,6 +39,7 @@ inline live::LiveSettings live_settings() {
 class LiveWorld final : public contract::World {
  public:
   LiveWorld() {
+    empty_drive();
     const auto top = directory_.GetObject("LDAP://" + domain() + "/" + root());
     top->Create("organizationalUnit", unit_name())->SetInfo();
   }
@@ -50,8 +55,8 @@ class LiveWorld final : public contract::World {
 
   platform::DirectoryService& directory() override { return directory_; }
   platform::QueryService& query() override { return query_; }
-  platform::Files& files() override { throw std::logic_error("no files yet"); }
-  platform::Security& security() override { throw std::logic_error("no security yet"); }
+  platform::Files& files() override { return files_; }
+  platform::Security& security() override { return security_; }
   platform::Network& network() override { return network_; }
   [[nodiscard]] std::string domain() const override { return "twk.test"; }
   [[nodiscard]] std::string netbios() const override { return "TWK"; }
@@ -59,6 +64,8 @@ class LiveWorld final : public contract::World {
   [[nodiscard]] std::string unit() const override { return unit_name() + "," + root(); }
   [[nodiscard]] std::string file_server() const override { return variable("TWK_LIVE_SERVER"); }
 
+  [[nodiscard]] bool server_guards_shared_folders() const override { return false; }
+  [[nodiscard]] bool server_holds_privileges() const override { return true; }
   [[nodiscard]] std::string told_path(std::string path) const override {
     // Samba has one drive.
     path[0] = 'C';
@@ -94,6 +101,14 @@ class LiveWorld final : public contract::World {
     }
   }
 
+  /// What a test before this one left on the file server goes, whoever owns it.
+  static void empty_drive() {
+    namespace fs = std::filesystem;
+    const fs::path users = fs::path(variable("TWK_LIVE_STATE")) / "srv/d/Users";
+    for (const fs::directory_entry& left : fs::directory_iterator(users))
+      fs::remove_all(left.path());
+  }
+
   static int next_number() {
     static int last = 0;
     return ++last;
@@ -103,6 +118,10 @@ class LiveWorld final : public contract::World {
   live::LiveDomain domain_{live_settings()};
   live::LiveDirectory directory_{domain_};
   live::LiveQuery query_{domain_};
+  live::SmbClient smb_{live_settings()};
+  local::PosixFiles workstation_;
+  live::LiveFiles files_{smb_, workstation_};
+  live::LiveSecurity security_{domain_, smb_};
   live::LiveNetwork network_{domain_};
 };
 

@@ -186,6 +186,49 @@ TEST_F(PosixFilesTest, WriteKeepsTheModeAndGivesNewFilesToTheGroup) {
   EXPECT_EQ(mode_of(at("new")), 0640U);
 }
 
+TEST_F(PosixFilesTest, TakingAwayAndLookingSeeTheLinkItself) {
+  files_.make_directory(at("real"));
+  put_file(at("real/data"), "text");
+  std::filesystem::create_directory_symlink(at("real"), at("folder"));
+  std::filesystem::create_symlink(at("real/data"), at("file"));
+  for (const char* const name : {"folder", "folder/", "file"}) {
+    EXPECT_TRUE(files_.status(at(name)).link) << name;
+    EXPECT_FALSE(files_.status(at(name)).directory) << name;
+    EXPECT_EQ(number_of([&] { files_.remove_directory(at(name)); }), 75U) << name;
+  }
+  EXPECT_TRUE(files_.list(folder_.path().string())[1].link);
+  files_.remove(at("folder"));
+  files_.remove(at("file"));
+  EXPECT_EQ(names(), std::vector<std::string>{"real"});
+  EXPECT_EQ(get_file(at("real/data")), "text");
+}
+
+TEST_F(PosixFilesTest, CopyNeitherReadsNorWritesThroughALink) {
+  put_file(at("outside"), "outside");
+  put_file(at("file"), "text");
+  std::filesystem::create_symlink(at("outside"), at("link"));
+  std::filesystem::create_symlink(at("nowhere"), at("dangling"));
+  EXPECT_EQ(number_of([&] { files_.copy_file(at("link"), at("copy"), false, {}); }), 75U);
+  for (const char* const name : {"link", "dangling"})
+    EXPECT_EQ(number_of([&] { files_.copy_file(at("file"), at(name), false, {}); }), 58U) << name;
+  EXPECT_TRUE(files_.copy_file(at("file"), at("link"), true, {}));
+  EXPECT_EQ(get_file(at("outside")), "outside");
+  EXPECT_EQ(get_file(at("link")), "text");
+  EXPECT_EQ(names(), (std::vector<std::string>{"dangling", "file", "link", "outside"}));
+}
+
+TEST_F(PosixFilesTest, FileThatChangesWhileItIsCopiedIsNotCopied) {
+  put_file(at("log"), std::string(3'000'000, 'x'));
+  EXPECT_EQ(number_of([&] {
+              files_.copy_file(at("log"), at("copy"), false, [&](std::uint64_t) {
+                files_.open_append(at("log"), false)->write("more");
+                return true;
+              });
+            }),
+            75U);
+  EXPECT_EQ(names(), std::vector<std::string>{"log"});
+}
+
 TEST_F(PosixFilesTest, WriteFollowsALinkAndLeavesItThere) {
   files_.make_directory(at("real"));
   put_file(at("real/data"), "old");

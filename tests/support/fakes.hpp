@@ -168,6 +168,14 @@ class FailingFiles final : public platform::Files {
     count(path);
     return files_.list(path);
   }
+  platform::FileEntry status(std::string_view path) override {
+    count(path);
+    return files_.status(path);
+  }
+  void remove_directory(std::string_view path) override {
+    count(path);
+    files_.remove_directory(path);
+  }
   std::string read(std::string_view path) override {
     count(path);
     return files_.read(path);
@@ -179,6 +187,11 @@ class FailingFiles final : public platform::Files {
   void remove(std::string_view path) override {
     count(path);
     files_.remove(path);
+  }
+  bool copy_file(std::string_view from, std::string_view to, bool replace,
+                 const platform::CopyProgress& progress) override {
+    count(from);
+    return files_.copy_file(from, to, replace, progress);
   }
   void rename(std::string_view from, std::string_view to, bool replace) override {
     count(from);
