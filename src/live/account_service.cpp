@@ -1,10 +1,11 @@
 #include "live/account_service.hpp"
 
 #include <algorithm>
-#include <cstring>
+#include <random>
 
 #include "base/text.hpp"
 #include "live/account_session.hpp"
+#include "live/password_buffer.hpp"
 #include "platform/little_endian.hpp"
 
 namespace twk::live {
@@ -12,6 +13,15 @@ namespace {
 
 constexpr std::size_t kLogonHoursBytes = 21;
 constexpr std::uint16_t kHoursPerWeek = 168;
+
+constexpr std::uint32_t kInvalidInfoClass = 0xC0000003;  // STATUS_INVALID_INFO_CLASS
+
+base::Bytes random_bytes(std::size_t count) {
+  std::random_device source;
+  base::Bytes bytes(count);
+  std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(source()); });
+  return bytes;
+}
 
 SamAccount user_account(std::uint32_t rid) {
   return {.name = base::to_text(static_cast<std::int64_t>(rid)),
@@ -134,8 +144,8 @@ bool speaks_of_person(const security_ace& ace, const platform::Sid& user) {
 
 }  // namespace
 
-AccountService::AccountService(const LiveSettings& settings, std::string_view server)
-    : pipe_(settings, server, RpcInterface::kAccounts) {}
+AccountService::AccountService(const std::shared_ptr<Credentials>& credentials, std::string_view server)
+    : pipe_(credentials, server, RpcInterface::kAccounts) {}
 
 AccountService::~AccountService() = default;
 
@@ -213,6 +223,38 @@ void AccountService::write_user(std::uint32_t rid, const SamUserChange& change) 
     set.in.level = UserAllInformation;
     set.in.info = info.get();
     session.run(NDR_SAMR_SETUSERINFO, set, memory, "The user " + base::to_text(std::int64_t{rid}));
+  });
+}
+
+void AccountService::set_password(std::uint32_t rid, std::string_view password) {
+  repeat([&](AccountSession& session) {
+    const Memory memory;
+    OpenAccount user(session, user_account(rid));
+    const base::Bytes key = pipe_.session_key();
+    const base::Bytes random = random_bytes(kPasswordBufferSize);
+    const base::Bytes salt = random_bytes(kPasswordSaltSize);
+    const base::Bytes buffer = password_buffer(password, random);
+
+    base::Bytes salted = salt;
+    salted.insert(salted.end(), key.begin(), key.end());
+    base::Bytes encrypted = rc4(md5(salted), buffer);
+    encrypted.insert(encrypted.end(), salt.begin(), salt.end());
+    samr_UserInfo info{};
+    std::copy(encrypted.begin(), encrypted.end(), std::begin(info.info26.password.data));
+    samr_SetUserInfo set{};
+    set.in.user_handle = user.handle();
+    set.in.level = UserInternal5InformationNew;
+    set.in.info = &info;
+    std::uint32_t status = session.ask(NDR_SAMR_SETUSERINFO, set, memory);
+    if (status == kInvalidInfoClass) {
+      // Servers of the first generation know the form without a salt alone.
+      encrypted = rc4(key, buffer);
+      info = {};
+      std::copy(encrypted.begin(), encrypted.end(), std::begin(info.info24.password.data));
+      set.in.level = UserInternal5Information;
+      status = session.ask(NDR_SAMR_SETUSERINFO, set, memory);
+    }
+    AccountSession::check(status, "The password of a user");
   });
 }
 

@@ -73,7 +73,7 @@ class AccountSession;
 /// A call that broke is made once more on a new connection.
 class AccountService {
  public:
-  AccountService(const LiveSettings& settings, std::string_view server);
+  AccountService(const std::shared_ptr<Credentials>& credentials, std::string_view server);
   AccountService(const AccountService&) = delete;
   AccountService& operator=(const AccountService&) = delete;
   ~AccountService();
@@ -93,6 +93,8 @@ class AccountService {
 
   SamUser read_user(std::uint32_t rid);
   void write_user(std::uint32_t rid, const SamUserChange& change);
+  /// Raises 2245 for one that the policy refuses.
+  void set_password(std::uint32_t rid, std::string_view password);
   /// Tells whether the user's access list lets the person change the password, [MS-SAMR] 2.2.1.7.
   bool cannot_change_password(std::uint32_t rid);
   void set_cannot_change_password(std::uint32_t rid, bool cannot);

@@ -7,6 +7,7 @@
 #include "live/discover_domains.hpp"
 #include "live/live_object.hpp"
 #include "live/live_shares.hpp"
+#include "live/nt_domain.hpp"
 #include "live/winnt_account.hpp"
 
 namespace twk::live {
@@ -119,16 +120,21 @@ ObjectPtr LiveDirectory::GetObject(std::string_view path) {
     case AdsPath::Kind::kRootDse:
       return bind_root_dse(parsed, path);
     case AdsPath::Kind::kSchema:
+      domain_.ldap();
       return ads::bind_schema(parsed.name, [this](std::string_view name) { return domain_.attribute(name); });
     case AdsPath::Kind::kEntry:
       return bind_entry(parsed, path, nullptr);
     case AdsPath::Kind::kDomain:
       if (!domain_.is_domain_name(parsed.server))
         base::raise(ads_error::kNoSuchDomain, "There is no domain " + parsed.server);
+      if (!domain_.has_directory())
+        return bind_nt_domain(domain_, parsed.server);
       return std::make_shared<WinntDirectoryDomain>(domain_, parsed.server);
     case AdsPath::Kind::kAccount:
       if (!domain_.is_domain_name(parsed.server))
         base::raise(ads_error::kNoSuchDomain, "There is no domain " + parsed.server);
+      if (!domain_.has_directory())
+        return bind_nt_domain(domain_, parsed.server)->GetObject(parsed.account_class, parsed.name);
       return bind_winnt_account(domain_, parsed.name, parsed.account_class, parsed.server);
     case AdsPath::Kind::kFileServer:
     case AdsPath::Kind::kFileShare:

@@ -85,6 +85,8 @@ std::unique_ptr<LdapConnection> LiveDomain::make(std::string_view server, bool c
 
 LdapConnection& LiveDomain::ldap(std::string_view server, bool catalogue) {
   const bool own = server.empty() || base::equals_fold(server, settings().domain);
+  if (own && !has_directory())
+    base::raise(platform::ads_error::kServerDown, "The domain " + settings().domain + " has no directory");
   std::unique_ptr<LdapConnection>& connection =
       connections_[(catalogue ? "GC " : "") + (own ? std::string() : base::upper(server))];
   if (connection == nullptr)

@@ -88,7 +88,7 @@ class LiveDomain {
                                                      const std::shared_ptr<Credentials>& credentials);
 
   std::shared_ptr<Credentials> credentials_;
-  LiveRpc rpc_{settings()};
+  LiveRpc rpc_{credentials_};
   std::string controller_;
   std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
   std::optional<Facts> facts_;

@@ -24,10 +24,17 @@ auto as_network_call(Call&& call) {
 
 std::string LiveNetwork::NetGetDCName(std::string_view server, std::string_view domain) {
   return as_network_call([&] {
-    const std::string_view name = without_backslashes(server);
     const bool own = domain.empty() || domain_.is_domain_name(domain);
-    return domain_.rpc().net_api().get_dc_name(name.empty() ? domain_.controller() : std::string(name),
-                                               own ? domain_.netbios() : std::string(domain));
+    LogonService& logon =
+        domain_.rpc().logon(server.empty() ? std::string_view(domain_.controller()) : server);
+    base::Trap trap;
+    std::string name;
+    if (trap([&] { name = logon.get_dc_name(own ? std::string_view(domain_.netbios()) : domain); }))
+      return name;
+    // A Samba controller of an NT4-style domain looks for itself by NetBIOS alone, and may not hear itself.
+    if (own && !domain_.has_directory() && trap.number() == network_error::kControllerNotFound)
+      return "\\\\" + std::string(without_backslashes(server.empty() ? domain_.controller() : server));
+    base::raise(trap.number(), trap.description());
   });
 }
 

@@ -25,15 +25,6 @@ FileShare to_share(ShareInfo502 info) {
   return share;
 }
 
-template <typename Call>
-auto as_directory_call(Call&& call) {
-  try {
-    return std::forward<Call>(call)();
-  } catch (const base::RuntimeError& failure) {
-    base::raise(directory_number(failure.number()), failure.description());
-  }
-}
-
 }  // namespace
 
 std::vector<FileShare> LiveShares::all() {

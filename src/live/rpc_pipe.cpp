@@ -11,8 +11,9 @@
 #include "platform/directory.hpp"
 #include "platform/network.hpp"
 
-// The interface of shares, whose own header Debian does not package.
+// Interfaces whose own headers Debian does not package.
 extern "C" const struct ndr_interface_table ndr_table_srvsvc;
+extern "C" const struct ndr_interface_table ndr_table_netlogon;
 
 namespace twk::live {
 namespace {
@@ -20,7 +21,15 @@ namespace {
 namespace network_error = platform::network_error;
 
 const ndr_interface_table& table_of(RpcInterface interface) {
-  return interface == RpcInterface::kAccounts ? ndr_table_samr : ndr_table_srvsvc;
+  switch (interface) {
+    case RpcInterface::kAccounts:
+      return ndr_table_samr;
+    case RpcInterface::kLogon:
+      return ndr_table_netlogon;
+    case RpcInterface::kServerService:
+      break;
+  }
+  return ndr_table_srvsvc;
 }
 
 [[noreturn]] void no_answer(const std::string& host, const std::string& why) {
@@ -44,21 +53,20 @@ bool connects_in_time(const addrinfo& address, int seconds) {
   return connected;
 }
 
-cli_credentials* make_credentials(TALLOC_CTX* memory, const LiveSettings& settings,
-                                  loadparm_context* configuration) {
-  cli_credentials* const credentials = cli_credentials_init(memory);
-  cli_credentials_set_conf(credentials, configuration);
-  if (settings.logon == LiveSettings::Logon::kTicket) {
-    cli_credentials_guess(credentials, configuration);
-    cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
-    return credentials;
+cli_credentials* make_logon(TALLOC_CTX* memory, Credentials& credentials, loadparm_context* configuration) {
+  cli_credentials* const logon = cli_credentials_init(memory);
+  cli_credentials_set_conf(logon, configuration);
+  if (!credentials.has_user()) {
+    cli_credentials_guess(logon, configuration);
+    cli_credentials_set_kerberos_state(logon, kKerberosRequired, kCredentialsSpecified);
+    return logon;
   }
-  const WindowsLogon logon = windows_logon(settings);
-  cli_credentials_set_username(credentials, logon.user.c_str(), kCredentialsSpecified);
-  cli_credentials_set_domain(credentials, logon.domain.c_str(), kCredentialsSpecified);
-  cli_credentials_set_password(credentials, settings.password.c_str(), kCredentialsSpecified);
-  cli_credentials_set_kerberos_state(credentials, kKerberosDisabled, kCredentialsSpecified);
-  return credentials;
+  const WindowsLogon names = windows_logon(credentials.settings());
+  cli_credentials_set_username(logon, names.user.c_str(), kCredentialsSpecified);
+  cli_credentials_set_domain(logon, names.domain.c_str(), kCredentialsSpecified);
+  cli_credentials_set_password(logon, credentials.password().c_str(), kCredentialsSpecified);
+  cli_credentials_set_kerberos_state(logon, kKerberosDisabled, kCredentialsSpecified);
+  return logon;
 }
 
 }  // namespace
@@ -121,8 +129,8 @@ std::string_view without_backslashes(std::string_view server) {
   return server.starts_with("\\\\") ? server.substr(2) : server;
 }
 
-RpcPipe::RpcPipe(LiveSettings settings, std::string_view server, RpcInterface interface)
-    : settings_(std::move(settings)), host_(without_backslashes(server)), interface_(interface) {}
+RpcPipe::RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface)
+    : credentials_(std::move(credentials)), host_(without_backslashes(server)), interface_(interface) {}
 
 RpcPipe::~RpcPipe() {
   close();
@@ -143,17 +151,18 @@ void RpcPipe::connect() {
   if (host_.empty() || host_.find_first_of("[]:,\\/\"@ ") != base::npos ||
       base::find_control_character(host_))
     no_answer(base::to_valid_utf8(host_), "not the name of a server");
-  require_listening(host_, settings_.timeout_seconds);
+  require_listening(host_, credentials_->settings().timeout_seconds);
   auto handle = std::make_unique<Handle>();
   loadparm_context* const configuration = loadparm_init(handle->memory.get());
   // Without the machine's file the library's own values hold.
   lpcfg_load_default(configuration);
   lpcfg_set_option(configuration, "name resolve order=host");
   dcerpc_init();
-  const NTSTATUS status = dcerpc_pipe_connect(
-      handle->memory.get(), &handle->pipe, ("ncacn_np:" + host_ + "[seal]").c_str(), &table_of(interface_),
-      make_credentials(handle->memory.get(), settings_, configuration),
-      tevent_context_init(handle->memory.get()), configuration);
+  const std::string binding = "ncacn_np:" + host_ + (interface_ == RpcInterface::kAccounts ? "[]" : "[seal]");
+  const NTSTATUS status =
+      dcerpc_pipe_connect(handle->memory.get(), &handle->pipe, binding.c_str(), &table_of(interface_),
+                          make_logon(handle->memory.get(), *credentials_, configuration),
+                          tevent_context_init(handle->memory.get()), configuration);
   if (!NT_STATUS_IS_OK(status)) {
     const std::uint32_t number = win32_of_status(NT_STATUS_V(status));
     if (number == platform::security_error::kAccessDenied || number == kRpcLogonFailure)
@@ -161,7 +170,7 @@ void RpcPipe::connect() {
     no_answer(host_, nt_errstr(status));
   }
   dcerpc_binding_handle_set_timeout(handle->pipe->binding_handle,
-                                    static_cast<std::uint32_t>(settings_.timeout_seconds));
+                                    static_cast<std::uint32_t>(credentials_->settings().timeout_seconds));
   handle_ = std::move(handle);
 }
 
@@ -198,11 +207,32 @@ base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t>
   return base::Bytes(bytes, bytes + size);
 }
 
+base::Bytes RpcPipe::call_again(std::uint32_t operation, std::span<const std::uint8_t> arguments,
+                                bool* repeated) {
+  base::Trap trap;
+  base::Bytes answer;
+  if (trap([&] { answer = call(operation, arguments); }))
+    return answer;
+  if (trap.number() != kRpcLost)
+    base::raise(trap.number(), trap.description());
+  if (repeated != nullptr)
+    *repeated = true;
+  return call(operation, arguments);
+}
+
 void RpcPipe::call(std::uint32_t operation, void* arguments, void* memory) {
   const WithoutPipeSignal quiet;
   Handle& handle = opened();
   check(NT_STATUS_V(dcerpc_binding_handle_call(handle.pipe->binding_handle, nullptr, &table_of(interface_),
                                                operation, memory, arguments)));
+}
+
+base::Bytes RpcPipe::session_key() {
+  const WithoutPipeSignal quiet;
+  constexpr std::size_t kSize = 16;
+  DATA_BLOB key{};
+  check(NT_STATUS_V(dcerpc_fetch_session_key(opened().pipe, &key)));
+  return base::Bytes(key.data, key.data + std::min(key.length, kSize));
 }
 
 }  // namespace twk::live

@@ -6,25 +6,29 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/bytes.hpp"
-#include "live/live_settings.hpp"
+#include "base/errors.hpp"
+#include "live/credentials.hpp"
 
 namespace twk::live {
 
 /// The interfaces that are called.
 enum class RpcInterface {
   kServerService,  ///< shares, [MS-SRVS]
-  kAccounts        ///< accounts of a domain, [MS-SAMR]
+  kAccounts,       ///< accounts of a domain, [MS-SAMR]
+  kLogon           ///< controllers of a domain, [MS-NRPC]
 };
 
-/// The pipe to one interface of one server over SMB, sealed, with the logon of the settings: made when it is
-/// first needed and kept. Connecting ends by itself after 60 seconds, a bound of the library; each call after
-/// the settings' time.
+/// The pipe to one interface of one server over a signed SMB connection, with the logon of the settings: made
+/// when it is first needed and kept. What goes through is sealed too, but for the accounts', whose passwords
+/// are encrypted with the key of the SMB session. Connecting ends by itself after 60 seconds, a bound of the
+/// library; each call after the settings' time.
 class RpcPipe {
  public:
   /// `server` may have two backslashes in front.
-  RpcPipe(LiveSettings settings, std::string_view server, RpcInterface interface);
+  RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface);
   RpcPipe(const RpcPipe&) = delete;
   RpcPipe& operator=(const RpcPipe&) = delete;
   ~RpcPipe();
@@ -39,9 +43,14 @@ class RpcPipe {
   /// the answer's bytes. Raises kBadNetPath (53) for a server that does not answer in time, 1326 for a wrong
   /// logon, kAccessDenied (5), kRpcLost for a pipe that broke: nobody knows whether the call was made then.
   base::Bytes call(std::uint32_t operation, std::span<const std::uint8_t> arguments);
+  /// Calls once more on a new pipe when the first one broke, which `repeated` tells.
+  base::Bytes call_again(std::uint32_t operation, std::span<const std::uint8_t> arguments,
+                         bool* repeated = nullptr);
   /// The same for an operation whose arguments the library has as a structure. The answer's parts belong to
   /// the talloc context `memory`.
   void call(std::uint32_t operation, void* arguments, void* memory);
+  /// The key of the session, 16 bytes.
+  base::Bytes session_key();
 
  private:
   struct Handle;
@@ -51,7 +60,7 @@ class RpcPipe {
   /// Raises for a failure of the way there, not of the operation.
   void check(std::uint32_t status);
 
-  LiveSettings settings_;
+  std::shared_ptr<Credentials> credentials_;
   std::string host_;
   RpcInterface interface_;
   std::unique_ptr<Handle> handle_;
@@ -89,9 +98,19 @@ class WithoutPipeSignal {
 /// The number of [MS-ERREF] 2.2 for one of 2.3.
 std::uint32_t win32_of_status(std::uint32_t status);
 
-/// The number of the directory for one of the remote calls: kServerDown for a pipe that broke, else 0x80070000
-/// and the number. One that is the directory's already stays.
+/// The number of the directory for one of the remote calls: kServerDown for a pipe that broke, else
+/// 0x80070000 and the number. One that is the directory's already stays.
 std::uint32_t directory_number(std::uint32_t number);
+
+/// Runs `call`, and raises the directory's number for what it raises.
+template <typename Call>
+auto as_directory_call(Call&& call) {
+  try {
+    return std::forward<Call>(call)();
+  } catch (const base::RuntimeError& failure) {
+    base::raise(directory_number(failure.number()), failure.description());
+  }
+}
 
 /// "FS1" of "\\FS1".
 std::string_view without_backslashes(std::string_view server);

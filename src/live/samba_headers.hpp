@@ -12,7 +12,6 @@ extern "C" {
 #include <core/werror.h>
 #include <dcerpc.h>
 #include <gen_ndr/ndr_samr.h>
-#include <netapi.h>
 #include <param.h>
 
 WERROR ntstatus_to_werror(NTSTATUS error);

@@ -130,22 +130,6 @@ void check_name(std::string_view name) {
 
 }  // namespace
 
-base::Bytes ServerService::call(std::uint32_t operation, const base::Bytes& arguments, bool& repeated) {
-  base::Trap trap;
-  base::Bytes answer;
-  if (trap([&] { answer = pipe_.call(operation, arguments); }))
-    return answer;
-  if (trap.number() != kRpcLost)
-    base::raise(trap.number(), trap.description());
-  repeated = true;
-  return pipe_.call(operation, arguments);
-}
-
-base::Bytes ServerService::call(std::uint32_t operation, const base::Bytes& arguments) {
-  bool repeated = false;
-  return call(operation, arguments, repeated);
-}
-
 void ServerService::check(std::uint32_t number, std::string_view name) const {
   if (number == 0)
     return;
@@ -161,7 +145,7 @@ void ServerService::add(const ShareInfo502& share) {
   NdrWriter writer = begin(pipe_);
   write_share(writer, share);
   bool repeated = false;
-  std::uint32_t number = result_of(call(kNetrShareAdd, writer.bytes(), repeated));
+  std::uint32_t number = result_of(pipe_.call_again(kNetrShareAdd, writer.bytes(), &repeated));
   // The call that broke had made the share.
   if (repeated && number == network_error::kDuplicateShare &&
       get(share.shi502_netname).shi502_path == share.shi502_path)
@@ -204,7 +188,7 @@ ShareInfo502 ServerService::get(std::string_view name) {
   NdrWriter writer = begin(pipe_);
   writer.text(name);
   writer.number(kLevel);
-  const base::Bytes answer = call(kNetrShareGetInfo, writer.bytes());
+  const base::Bytes answer = pipe_.call_again(kNetrShareGetInfo, writer.bytes());
   check(not_found_number(result_of(answer)), name);
   NdrReader reader(answer);
   ShareInfo502 share;
@@ -229,7 +213,7 @@ std::vector<ShareInfo502> ServerService::all() {
     writer.number(kWholeAnswer);
     writer.pointer(true);
     writer.number(resume);
-    const base::Bytes answer = call(kNetrShareEnum, writer.bytes());
+    const base::Bytes answer = pipe_.call_again(kNetrShareEnum, writer.bytes());
     const std::uint32_t number = result_of(answer);
     if (number != kMoreData)
       check(number, "list");
@@ -262,7 +246,8 @@ void ServerService::remove(std::string_view name) {
   writer.text(name);
   writer.number(0);
   bool repeated = false;
-  const std::uint32_t number = not_found_number(result_of(call(kNetrShareDel, writer.bytes(), repeated)));
+  const std::uint32_t number =
+      not_found_number(result_of(pipe_.call_again(kNetrShareDel, writer.bytes(), &repeated)));
   if (repeated && number == network_error::kShareNotFound)
     return;
   check(number, name);
@@ -273,7 +258,7 @@ void ServerService::change(const ShareInfo502& share) {
   NdrWriter writer = begin(pipe_);
   writer.text(share.shi502_netname);
   write_share(writer, share);
-  check(result_of(call(kNetrShareSetInfo, writer.bytes())), share.shi502_netname);
+  check(result_of(pipe_.call_again(kNetrShareSetInfo, writer.bytes())), share.shi502_netname);
 }
 
 }  // namespace twk::live

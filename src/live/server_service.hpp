@@ -13,8 +13,8 @@ namespace twk::live {
 /// raises, and the server's own number.
 class ServerService {
  public:
-  ServerService(const LiveSettings& settings, std::string_view server)
-      : pipe_(settings, server, RpcInterface::kServerService) {}
+  ServerService(const std::shared_ptr<Credentials>& credentials, std::string_view server)
+      : pipe_(credentials, server, RpcInterface::kServerService) {}
 
   void open() { pipe_.open(); }
   /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also where the server does not
@@ -32,9 +32,6 @@ class ServerService {
   bool has(std::string_view name);
   /// Samba shows what it changed on new connections alone, and a moment later. Waits two seconds at most.
   void wait_until(std::string_view name, bool there);
-  /// Once more when the pipe broke, which `repeated` tells.
-  base::Bytes call(std::uint32_t operation, const base::Bytes& arguments, bool& repeated);
-  base::Bytes call(std::uint32_t operation, const base::Bytes& arguments);
   void check(std::uint32_t number, std::string_view name) const;
 
   RpcPipe pipe_;

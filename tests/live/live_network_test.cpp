@@ -75,9 +75,11 @@ TEST_F(LiveNetworkTest, NamesThatNoServerHasReachNoServer) {
 TEST_F(LiveNetworkTest, CallIsMadeAgainAfterTheServerWasStartedAnew) {
   const std::string server = w_.file_server();
   const std::size_t count = network_.NetShareEnum(server).size();
+  EXPECT_EQ(network_.NetGetDCName("", "TWK"), "\\\\DC1");
   test::control("stop");
   test::control("start");
   EXPECT_EQ(network_.NetShareEnum(server).size(), count);
+  EXPECT_EQ(network_.NetGetDCName("", "TWK"), "\\\\DC1");
 }
 
 TEST_F(LiveNetworkTest, ServerThatDoesNotAnswerIsGivenUp) {

@@ -15,7 +15,7 @@ own_accounts() {
 
 make_group() {
   groupadd "$1"
-  net --configfile="$conf" groupmap add ntgroup="$2" unixgroup="$1" rid="$3" type="$4"
+  net --configfile="$conf" groupmap add ntgroup="$2" unixgroup="$1" "$3" type="$4"
 }
 
 provision() {
@@ -37,12 +37,14 @@ provision() {
 	cache directory = $state/nt/cache
 	pid directory = $state/nt/pid
 	ncalrpc dir = $state/nt/ncalrpc
+	logon home =
+	logon path =
 	load printers = no
 	disable spoolss = yes
-	add user script = /usr/sbin/useradd --badname -M -s /bin/false %u
+	add user script = $here/account-command $state user %u
 	delete user script = /usr/sbin/userdel %u
 	rename user script = /usr/sbin/usermod --badname -l %unew %uold
-	add group script = $here/group-command
+	add group script = $here/account-command $state group
 	delete group script = /usr/sbin/groupdel %g
 	add user to group script = /usr/sbin/usermod -a -G %g %u
 	delete user from group script = /usr/bin/gpasswd -d %u %g
@@ -61,11 +63,11 @@ provision() {
 	read only = no
 END
   printf '%s\n%s\n' "$TWK_LIVE_PASSWORD" "$TWK_LIVE_PASSWORD" | smbpasswd -c "$conf" -s -a root
-  make_group ntadmins "Domain Admins" 512 domain
-  make_group ntusers "Domain Users" 513 domain
+  make_group ntadmins "Domain Admins" rid=512 domain
+  make_group ntusers "Domain Users" rid=513 domain
   # The service makes local groups with a winbind beside it alone.
-  make_group nthelpers Helpers 2001 local
-  make_group ntbuiltin Administrators 544 builtin
+  make_group nthelpers Helpers rid=2001 local
+  make_group ntbuiltin Administrators sid=S-1-5-32-544 local
 }
 
 prepare() {

@@ -1,0 +1,64 @@
+#include <gmock/gmock.h>
+
+#include "live/account_sid.hpp"
+#include "live/nt/nt_world.hpp"
+
+namespace twk::live {
+namespace {
+
+using contract::number_of;
+using platform::WtsConfigClass;
+using platform::WtsConfigValue;
+namespace network_error = platform::network_error;
+
+using NtNetwork = test::NtDomainTest;
+
+TEST_F(NtNetwork, ControllerIsToldByTheNameOfItsDomain) {
+  for (const char* const name : {"", "OLDNT", "oldnt"})
+    EXPECT_EQ(network_.NetGetDCName("", name), "\\\\OLDPDC") << name;
+  EXPECT_EQ(number_of([&] { network_.NetGetDCName("", "NOSUCH"); }), network_error::kControllerNotFound);
+}
+
+TEST_F(NtNetwork, ShareIsMadeReadAndTakenAwayWithAPassword) {
+  platform::ShareInfo502 share;
+  share.shi502_netname = "Homes$";
+  share.shi502_path = "D:\\Users";
+  share.shi502_remark = "Users Home Share";
+  network_.NetShareAdd("\\\\OLDPDC", share);
+  EXPECT_EQ(network_.NetShareGetInfo("oldpdc", "homes$").shi502_path, "C:\\Users");
+  EXPECT_EQ(get("WinNT://OLDPDC/lanmanserver/Homes$")->Get("Description").text(), "Users Home Share");
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd("OLDPDC", share); }), network_error::kDuplicateShare);
+  network_.NetShareDel("OLDPDC", "Homes$");
+  EXPECT_EQ(number_of([&] { network_.NetShareDel("OLDPDC", "Homes$"); }), network_error::kShareNotFound);
+}
+
+TEST_F(NtNetwork, TerminalSettingsAreKeptOneByOne) {
+  make_user("jo");
+  network_.WTSSetUserConfig("\\\\OLDPDC", "jo", WtsConfigClass::kTerminalServerProfilePath, "\\\\FS1\\P\\jö");
+  network_.WTSSetUserConfig("\\\\OLDPDC", "jo", WtsConfigClass::kTimeoutSettingsIdle, 60000U);
+  EXPECT_EQ(network_.WTSQueryUserConfig("OLDPDC", "JO", WtsConfigClass::kTerminalServerProfilePath),
+            WtsConfigValue("\\\\FS1\\P\\jö"));
+  EXPECT_EQ(network_.WTSQueryUserConfig("OLDPDC", "jo", WtsConfigClass::kTimeoutSettingsIdle),
+            WtsConfigValue(60000U));
+  for (const char* const name : {"nobody", "Domain Users"}) {
+    EXPECT_EQ(
+        number_of([&] { network_.WTSQueryUserConfig("OLDPDC", name, WtsConfigClass::kInitialProgram); }),
+        network_error::kUserNotFound)
+        << name;
+  }
+}
+
+TEST_F(NtNetwork, AccountsAndIdentifiersLeadToEachOther) {
+  make_user("jo");
+  for (const std::string name : {"jo", "Domain Users", "Helpers", "Administrators"}) {
+    const auto sid = find_account_sid(domain_, name);
+    ASSERT_TRUE(sid) << name;
+    EXPECT_EQ(find_account_name(domain_, *sid), name);
+  }
+  EXPECT_EQ(find_account_sid(domain_, "Administrators"), platform::well_known::administrators());
+  EXPECT_FALSE(find_account_sid(domain_, "nobody"));
+  EXPECT_FALSE(find_account_name(domain_, platform::well_known::everyone()));
+}
+
+}  // namespace
+}  // namespace twk::live

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "live/live_world.hpp"
+
+namespace twk::test {
+
+inline live::LiveSettings nt_settings() {
+  live::LiveSettings settings = live_settings();
+  settings.logon = live::LiveSettings::Logon::kPassword;
+  settings.user = variable("TWK_LIVE_ADMIN");
+  settings.password = variable("TWK_LIVE_PASSWORD");
+  return settings;
+}
+
+/// The domain without a directory; what a test made there goes with its fixture.
+class NtDomainTest : public testing::Test {
+ protected:
+  ~NtDomainTest() override {
+    static const std::vector<std::string> kept = {"root", "Domain Admins", "Domain Users", "Helpers",
+                                                  "Administrators"};
+    std::vector<live::SamAccount> made;
+    accounts().enumerate(true, true, [&](const live::SamAccount& account) {
+      if (std::find(kept.begin(), kept.end(), account.name) == kept.end())
+        made.push_back(account);
+      return true;
+    });
+    for (const live::SamAccount& account : made)
+      accounts().remove(account);
+    for (const platform::ShareInfo502& share : network_.NetShareEnum(server_)) {
+      if (share.shi502_path.starts_with("C:\\Users"))
+        network_.NetShareDel(server_, share.shi502_netname);
+    }
+  }
+
+  platform::ObjectPtr get(const std::string& path) { return directory_.GetObject(path); }
+  platform::ObjectPtr account(const std::string& name) { return get("WinNT://OLDNT/" + name); }
+  platform::ObjectPtr domain_object() { return get("WinNT://OLDNT"); }
+  platform::User make_user(const std::string& name) {
+    platform::User user(domain_object()->Create("User", name));
+    user.SetInfo();
+    return user;
+  }
+  live::AccountService& accounts() { return domain_.rpc().accounts(server_); }
+
+  live::LiveDomain domain_{nt_settings()};
+  live::LiveDirectory directory_{domain_};
+  live::LiveQuery query_{domain_};
+  live::LiveNetwork network_{domain_};
+  std::string server_ = variable("TWK_LIVE_SERVER");
+};
+
+}  // namespace twk::test
