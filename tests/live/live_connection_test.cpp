@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <thread>
 
+#include "base/text.hpp"
 #include "live/connection_check.hpp"
 #include "live/discover_domains.hpp"
 #include "live/live.hpp"
