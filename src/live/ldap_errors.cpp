@@ -15,7 +15,6 @@ namespace {
 
 namespace ads_error = platform::ads_error;
 
-constexpr std::uint32_t kWin32Facility = 0x80070000;
 constexpr std::uint32_t kPasswordRestriction = 0x52D;  // ERROR_PASSWORD_RESTRICTION
 constexpr std::uint32_t kAccountNameInUse = 0x2071;    // ERROR_DS_OBJ_STRING_NAME_EXISTS
 constexpr std::uint32_t kUserExists = 0x524;           // ERROR_USER_EXISTS

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "live/discover_domains.hpp"
 #include "live/live_object.hpp"
+#include "live/live_shares.hpp"
 #include "live/winnt_account.hpp"
 
 namespace twk::live {
@@ -131,7 +132,7 @@ ObjectPtr LiveDirectory::GetObject(std::string_view path) {
       return bind_winnt_account(domain_, parsed.name, parsed.account_class, parsed.server);
     case AdsPath::Kind::kFileServer:
     case AdsPath::Kind::kFileShare:
-      break;
+      return bind_shares(domain_, parsed);
   }
   base::raise(ads_error::kBadPathname, "Not a path of a directory: " + std::string(path));
 }

@@ -158,14 +158,24 @@ const ads::AttributeSchema* LiveDomain::attribute(std::string_view name) {
   return schema_.find(ldap(), schema_dn(), name);
 }
 
+const Subschema* LiveDomain::foreign_schema(std::string_view server, LdapConnection& connection) {
+  if (server.empty() || is_domain_name(server) || base::equals_fold(server, controller()))
+    return nullptr;
+  const auto [place, fresh] = foreign_.try_emplace(base::upper(server));
+  if (fresh && connection.read("", {"schemaNamingContext"}).first("schemaNamingContext").empty())
+    place->second = std::make_unique<Subschema>(connection);
+  return place->second.get();
+}
+
 std::optional<LdapEntry> LiveDomain::find_account(std::string_view name,
-                                                  const std::vector<std::string>& attributes) {
+                                                  const std::vector<std::string>& attributes,
+                                                  std::string_view server) {
   LdapSearch search;
   search.base = root_dn();
   search.filter = "(&(sAMAccountName=" + platform::escape_filter_value(name) + ")(objectSid=*))";
   search.attributes = attributes;
   std::optional<LdapEntry> found;
-  ldap().search(search, [&](LdapEntry&& entry) {
+  ldap(server).search(search, [&](LdapEntry&& entry) {
     found = std::move(entry);
     return false;
   });

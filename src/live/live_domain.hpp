@@ -8,8 +8,10 @@
 #include <string_view>
 
 #include "live/ldap_connection.hpp"
+#include "live/live_rpc.hpp"
 #include "live/live_schema.hpp"
 #include "live/live_settings.hpp"
+#include "live/subschema.hpp"
 #include "platform/sid.hpp"
 
 namespace twk::live {
@@ -38,13 +40,16 @@ class LiveDomain {
   std::unique_ptr<LdapConnection> ldap_as(std::string_view server, std::string_view user,
                                           std::string_view password);
 
+  /// Remote calls to the domain's servers.
+  [[nodiscard]] LiveRpc& rpc() { return rpc_; }
+
   [[nodiscard]] const std::string& root_dn() { return facts().root_dn; }
   /// That of the domain which a server of a path belongs to.
   [[nodiscard]] std::string root_dn(std::string_view server);
   [[nodiscard]] const std::string& configuration_dn() { return facts().configuration_dn; }
   [[nodiscard]] const std::string& schema_dn() { return facts().schema_dn; }
-  /// The pre-2000 name.
-  [[nodiscard]] const std::string& netbios() { return facts().netbios; }
+  /// The pre-2000 name; of an NT4-style domain the only one.
+  [[nodiscard]] const std::string& netbios() { return has_directory() ? facts().netbios : settings().domain; }
   [[nodiscard]] const platform::Sid& sid() { return facts().sid; }
   /// DNS name of the forest's first domain.
   [[nodiscard]] const std::string& forest() { return facts().forest; }
@@ -57,8 +62,12 @@ class LiveDomain {
   /// None for an attribute that the directory does not know.
   const ads::AttributeSchema* attribute(std::string_view name);
 
+  /// The schema of a server that is no domain controller; none for one that is. Asked for once.
+  const Subschema* foreign_schema(std::string_view server, LdapConnection& connection);
+
   /// The account's entry with these attributes, by its pre-2000 name; none when there is no such account.
-  std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes);
+  std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes,
+                                        std::string_view server = {});
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 
@@ -79,9 +88,11 @@ class LiveDomain {
                                                      const std::shared_ptr<Credentials>& credentials);
 
   std::shared_ptr<Credentials> credentials_;
+  LiveRpc rpc_{settings()};
   std::string controller_;
   std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
   std::optional<Facts> facts_;
+  std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;
 };
 
