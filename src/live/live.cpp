@@ -6,9 +6,9 @@
 #include "live/live_directory.hpp"
 #include "live/live_environment.hpp"
 #include "live/live_files.hpp"
+#include "live/live_network.hpp"
 #include "live/live_query.hpp"
 #include "live/live_security.hpp"
-#include "live/not_yet.hpp"
 #include "local/posix_files.hpp"
 #include "local/registry_file.hpp"
 #include "local/system_clock.hpp"
@@ -51,7 +51,7 @@ struct Live::Services {
   local::PosixFiles workstation_files;
   SmbClient smb{domain.shared_credentials()};
   LiveFiles files{smb, workstation_files};
-  NotYetNetwork network;
+  LiveNetwork network{domain};
   LiveSecurity security{domain, smb};
   ads::ExchangeMailboxes mailboxes{directory, domain.settings().domain, random_bytes};
   LiveEnvironment environment{domain};

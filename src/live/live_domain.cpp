@@ -64,6 +64,15 @@ const std::string& LiveDomain::controller() {
   return controller_;
 }
 
+LiveRpc& LiveDomain::rpc() {
+  if (rpc_ == nullptr) {
+    if (credentials_->has_user())
+      credentials_->password();
+    rpc_ = std::make_unique<LiveRpc>(settings());
+  }
+  return *rpc_;
+}
+
 bool LiveDomain::is_own(std::string_view server) const {
   return server.empty() || base::equals_fold(server, settings().domain) ||
          (facts_ && base::equals_fold(server, facts_->netbios));

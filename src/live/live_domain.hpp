@@ -41,7 +41,7 @@ class LiveDomain {
                                           std::string_view password);
 
   /// Remote calls to the domain's servers.
-  [[nodiscard]] LiveRpc& rpc() { return rpc_; }
+  [[nodiscard]] LiveRpc& rpc();
 
   [[nodiscard]] const std::string& root_dn() { return facts().root_dn; }
   /// That of the domain which a server of a path belongs to.
@@ -88,7 +88,7 @@ class LiveDomain {
                                                      const std::shared_ptr<Credentials>& credentials);
 
   std::shared_ptr<Credentials> credentials_;
-  LiveRpc rpc_{settings()};
+  std::unique_ptr<LiveRpc> rpc_;  ///< made when the password is known
   std::string controller_;
   std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
   std::optional<Facts> facts_;

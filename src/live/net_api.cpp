@@ -32,7 +32,7 @@ void NetApi::log_on() {
   const NET_API_STATUS status = libnetapi_init(&context);
   if (status != 0)
     fail(status, "libnetapi does not start");
-  if (settings_.logon == LiveSettings::Logon::kTicket) {
+  if (settings_.user.empty()) {
     libnetapi_set_use_kerberos(context);
     return;
   }

@@ -48,7 +48,7 @@ cli_credentials* make_credentials(TALLOC_CTX* memory, const LiveSettings& settin
                                   loadparm_context* configuration) {
   cli_credentials* const credentials = cli_credentials_init(memory);
   cli_credentials_set_conf(credentials, configuration);
-  if (settings.logon == LiveSettings::Logon::kTicket) {
+  if (settings.user.empty()) {
     cli_credentials_guess(credentials, configuration);
     cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
     return credentials;
