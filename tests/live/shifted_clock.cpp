@@ -24,8 +24,7 @@ extern "C" {
 
 int gettimeofday(timeval* value, void* zone) noexcept {
   const int result = next<int (*)(timeval*, void*)>("gettimeofday")(value, zone);
-  if (value != nullptr)
-    value->tv_sec += shift();
+  value->tv_sec += shift();
   return result;
 }
 
