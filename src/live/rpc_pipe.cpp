@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "ads/account_names.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/samba_headers.hpp"
@@ -126,12 +127,8 @@ std::uint32_t directory_number(std::uint32_t number) {
   return number < 0x10000 ? kWin32Facility | number : number;
 }
 
-std::string_view without_backslashes(std::string_view server) {
-  return server.starts_with("\\\\") ? server.substr(2) : server;
-}
-
 RpcPipe::RpcPipe(LiveSettings settings, std::string_view server, RpcInterface interface)
-    : settings_(std::move(settings)), host_(without_backslashes(server)), interface_(interface) {}
+    : settings_(std::move(settings)), host_(ads::without_backslashes(server)), interface_(interface) {}
 
 RpcPipe::~RpcPipe() {
   close();

@@ -112,7 +112,4 @@ auto as_directory_call(Call&& call) {
   }
 }
 
-/// "FS1" of "\\FS1".
-std::string_view without_backslashes(std::string_view server);
-
 }  // namespace twk::live

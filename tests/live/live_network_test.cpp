@@ -1,13 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "contract/security_contract.hpp"
 #include "live/live_world.hpp"
-
-namespace twk::contract {
-
-INSTANTIATE_TEST_SUITE_P(Live, NetworkContract, testing::Values(&test::make_live_world));
-
-}  // namespace twk::contract
 
 namespace twk::live {
 namespace {

@@ -50,6 +50,10 @@ class NtDomainTest : public testing::Test {
   live::LiveDirectory directory_{domain_};
   live::LiveQuery query_{domain_};
   live::LiveNetwork network_{domain_};
+  live::SmbClient smb_{nt_settings()};
+  local::PosixFiles workstation_;
+  live::LiveFiles files_{smb_, workstation_};
+  live::LiveSecurity security_{domain_, smb_};
   std::string server_ = variable("TWK_LIVE_SERVER");
 };
 
