@@ -144,8 +144,8 @@ bool speaks_of_person(const security_ace& ace, const platform::Sid& user) {
 
 }  // namespace
 
-AccountService::AccountService(const LiveSettings& settings, std::string_view server)
-    : pipe_(settings, server, RpcInterface::kAccounts) {}
+AccountService::AccountService(std::shared_ptr<Credentials> credentials, std::string_view server)
+    : pipe_(std::move(credentials), server, RpcInterface::kAccounts) {}
 
 AccountService::~AccountService() = default;
 

@@ -73,7 +73,7 @@ class AccountSession;
 /// A call that broke is made once more on a new connection.
 class AccountService {
  public:
-  AccountService(const LiveSettings& settings, std::string_view server);
+  AccountService(std::shared_ptr<Credentials> credentials, std::string_view server);
   AccountService(const AccountService&) = delete;
   AccountService& operator=(const AccountService&) = delete;
   ~AccountService();

@@ -78,23 +78,7 @@ void LiveEntry::fetch() {
 }
 
 std::vector<std::string> LiveEntry::links(std::string_view attribute) {
-  std::vector<std::string> all;
-  std::string wanted(attribute);
-  for (;;) {
-    const LdapEntry entry = origin_.ldap().read(dn_, {wanted});
-    const std::string prefix = std::string(attribute) + ";range=";
-    bool more = false;
-    for (const LdapAttribute& part : entry.attributes) {
-      const bool ranged = base::starts_with_fold(part.name, prefix);
-      if (!ranged && !base::equals_fold(part.name, attribute))
-        continue;
-      all.insert(all.end(), part.values.begin(), part.values.end());
-      more = ranged && !part.name.ends_with("-*") && !part.values.empty();
-    }
-    if (!more)
-      return all;
-    wanted = prefix + std::to_string(all.size()) + "-*";
-  }
+  return read_links(origin_.ldap(), dn_, attribute);
 }
 
 std::vector<std::string> LiveEntry::stored(std::string_view attribute) {

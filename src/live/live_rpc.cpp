@@ -7,18 +7,18 @@ namespace twk::live {
 namespace {
 
 template <typename Service>
-Service& find(std::map<std::string, std::unique_ptr<Service>>& services, const LiveSettings& settings,
-              std::string_view server) {
+Service& find(std::map<std::string, std::unique_ptr<Service>>& services,
+              const std::shared_ptr<Credentials>& credentials, std::string_view server) {
   std::unique_ptr<Service>& service = services[base::upper(ads::without_backslashes(server))];
   if (service == nullptr)
-    service = std::make_unique<Service>(settings, server);
+    service = std::make_unique<Service>(credentials, server);
   return *service;
 }
 
 }  // namespace
 
 ServerService& LiveRpc::shares(std::string_view server) {
-  return find(shares_, settings_, server);
+  return find(shares_, credentials_, server);
 }
 
 LiveShares& LiveRpc::share_store(std::string_view server) {
@@ -30,11 +30,11 @@ LiveShares& LiveRpc::share_store(std::string_view server) {
 }
 
 AccountService& LiveRpc::accounts(std::string_view server) {
-  return find(accounts_, settings_, server);
+  return find(accounts_, credentials_, server);
 }
 
 LogonService& LiveRpc::logon(std::string_view server) {
-  return find(logons_, settings_, server);
+  return find(logons_, credentials_, server);
 }
 
 }  // namespace twk::live

@@ -15,7 +15,7 @@ namespace twk::live {
 /// The remote services of a domain's servers, each opened when it is first asked for and kept.
 class LiveRpc {
  public:
-  explicit LiveRpc(LiveSettings settings) : settings_(std::move(settings)) {}
+  explicit LiveRpc(std::shared_ptr<Credentials> credentials) : credentials_(std::move(credentials)) {}
 
   /// A server's name folds case and may have two backslashes in front.
   ServerService& shares(std::string_view server);
@@ -24,7 +24,7 @@ class LiveRpc {
   LogonService& logon(std::string_view server);
 
  private:
-  LiveSettings settings_;
+  std::shared_ptr<Credentials> credentials_;
   std::map<std::string, std::unique_ptr<ServerService>> shares_;
   std::map<std::string, std::unique_ptr<LiveShares>> share_stores_;
   std::map<std::string, std::unique_ptr<AccountService>> accounts_;

@@ -90,7 +90,7 @@ void write_owner_by_command(const LiveSettings& settings, const SmbPath& path, c
   std::vector<std::string> words = {"smbcacls", "//" + path.server + "/" + path.share, "/" + path.path,
                                     "--chown=" + owner.text()};
   std::vector<std::string> variables;
-  if (settings.logon == LiveSettings::Logon::kTicket) {
+  if (settings.user.empty()) {
     words.insert(words.end(), {"--use-kerberos=required", "--no-pass"});
   } else {
     // Given by the environment, which other users of the machine cannot read.

@@ -10,7 +10,7 @@
 
 #include "base/bytes.hpp"
 #include "base/errors.hpp"
-#include "live/live_settings.hpp"
+#include "live/credentials.hpp"
 
 namespace twk::live {
 
@@ -28,7 +28,7 @@ enum class RpcInterface {
 class RpcPipe {
  public:
   /// `server` may have two backslashes in front.
-  RpcPipe(LiveSettings settings, std::string_view server, RpcInterface interface);
+  RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface);
   RpcPipe(const RpcPipe&) = delete;
   RpcPipe& operator=(const RpcPipe&) = delete;
   ~RpcPipe();
@@ -57,10 +57,12 @@ class RpcPipe {
 
   Handle& opened();
   void connect();
+  /// A password that was refused is not sent once more by another connection.
+  [[noreturn]] void refuse(std::uint32_t number, const std::string& text);
   /// Raises for a failure of the way there, not of the operation.
   void check(std::uint32_t status);
 
-  LiveSettings settings_;
+  std::shared_ptr<Credentials> credentials_;
   std::string host_;
   RpcInterface interface_;
   std::unique_ptr<Handle> handle_;
@@ -71,7 +73,7 @@ inline constexpr std::uint32_t kRpcLost = 64;
 /// ERROR_LOGON_FAILURE.
 inline constexpr std::uint32_t kRpcLogonFailure = 1326;
 
-/// A logon with a password as Windows protocols take it.
+/// A logon's user as Windows protocols take it.
 struct WindowsLogon {
   std::string user;
   std::string domain;  ///< empty for "name@domain"

@@ -156,6 +156,14 @@ void ServerService::add(const ShareInfo502& share) {
     number = network_error::kDuplicateShare;
   check(number, share.shi502_netname);
   wait_until(share.shi502_netname, true);
+  if (share.shi502_security_descriptor && !get(share.shi502_netname).shi502_security_descriptor) {
+    remove(share.shi502_netname);
+    base::raise(
+        platform::security_error::kAccessDenied,
+        "The share " + share.shi502_netname + " of " + pipe_.host() +
+            ": the server kept no access list for it, so it was taken away again. A Samba server keeps "
+            "one for its superuser alone");
+  }
 }
 
 void ServerService::wait_until(std::string_view name, bool there) {

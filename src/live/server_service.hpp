@@ -13,11 +13,12 @@ namespace twk::live {
 /// raises, and the server's own number.
 class ServerService {
  public:
-  ServerService(const LiveSettings& settings, std::string_view server)
-      : pipe_(settings, server, RpcInterface::kServerService) {}
+  ServerService(std::shared_ptr<Credentials> credentials, std::string_view server)
+      : pipe_(std::move(credentials), server, RpcInterface::kServerService) {}
 
   void open() { pipe_.open(); }
-  /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName.
+  /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also where the server does not
+  /// keep the access list that comes with the share, which would then be everybody's.
   void add(const platform::ShareInfo502& share);
   /// Raises kShareNotFound.
   platform::ShareInfo502 get(std::string_view name);

@@ -72,7 +72,7 @@ void put(char* target, int size, std::string_view text) {
 void give_logon(SMBCCTX* context, const char* /*server*/, const char* /*share*/, char* workgroup,
                 int workgroup_size, char* user, int user_size, char* password, int password_size) {
   const auto& settings = *static_cast<const LiveSettings*>(smbc_getOptionUserData(context));
-  if (settings.logon == LiveSettings::Logon::kTicket)
+  if (settings.user.empty())
     return;
   const std::size_t slash = settings.user.find('\\');
   if (slash != base::npos)
@@ -107,14 +107,15 @@ bool is_host_known(const std::string& name) {
 }  // namespace
 
 struct SmbClient::Handle {
-  explicit Handle(LiveSettings& settings) : context(smbc_new_context()) {
+  explicit Handle(const LiveSettings& settings) : context(smbc_new_context()) {
     if (context == nullptr)
       base::raise(base::error::kPathFileAccess, "The SMB library could not be set up");
     smbc_setLogCallback(context, nullptr, keep_quiet);
     smbc_setDebug(context, 0);
-    smbc_setOptionUserData(context, &settings);
+    // The library hands the pointer back and does no more with it.
+    smbc_setOptionUserData(context, const_cast<LiveSettings*>(&settings));  // NOLINT
     smbc_setFunctionAuthDataWithContext(context, give_logon);
-    const bool ticket = settings.logon == LiveSettings::Logon::kTicket;
+    const bool ticket = settings.user.empty();
     smbc_setOptionUseKerberos(context, ticket ? 1 : 0);
     smbc_setOptionFallbackAfterKerberos(context, 0);
     smbc_setOptionNoAutoAnonymousLogin(context, 1);
@@ -188,12 +189,16 @@ class SmbOpenFile final : public SmbFile {
   SMBCFILE* file_;
 };
 
-SmbClient::SmbClient(const LiveSettings& settings) : settings_(settings) {}
+SmbClient::SmbClient(std::shared_ptr<Credentials> credentials) : credentials_(std::move(credentials)) {}
 SmbClient::~SmbClient() = default;
 
 SMBCCTX* SmbClient::context() {
-  if (handle_ == nullptr)
-    handle_ = std::make_unique<Handle>(settings_);
+  if (handle_ == nullptr) {
+    // Asked for now: no exception may pass through the library.
+    if (credentials_->has_user())
+      credentials_->password();
+    handle_ = std::make_unique<Handle>(credentials_->settings());
+  }
   return handle_->context;
 }
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "live/live_settings.hpp"
+#include "live/credentials.hpp"
 #include "live/smb_path.hpp"
 #include "platform/files.hpp"
 
@@ -41,7 +41,10 @@ enum class SmbOpen {
 /// Every call raises the numbers of `platform::Files`, with the path in the text.
 class SmbClient {
  public:
-  explicit SmbClient(const LiveSettings& settings);
+  explicit SmbClient(std::shared_ptr<Credentials> credentials);
+  /// With a logon that nobody is asked about.
+  explicit SmbClient(const LiveSettings& settings)
+      : SmbClient(std::make_shared<Credentials>(settings, Prompts{})) {}
   SmbClient(const SmbClient&) = delete;
   SmbClient& operator=(const SmbClient&) = delete;
   ~SmbClient();
@@ -75,7 +78,7 @@ class SmbClient {
   [[nodiscard]] bool answers(const SmbPath& path);
   [[nodiscard]] bool is_empty_folder(const SmbPath& path);
 
-  LiveSettings settings_;
+  std::shared_ptr<Credentials> credentials_;
   struct Handle;
   std::unique_ptr<Handle> handle_;
 };

@@ -6,6 +6,7 @@ export TWK_LIVE_EXCHANGE=ex55.twk.test
 export TWK_LIVE_ADMIN=twkadmin TWK_LIVE_PASSWORD=Adm1n-of-twk
 export TWK_LIVE_CONTROL="$here/ad-control"
 export KRB5_CONFIG="$state/krb5.conf" KRB5CCNAME="FILE:$state/ticket"
+export TWK_LIVE_SUPERUSER_TICKET="FILE:$state/superuser"
 export SASL_PATH="${SASL_PATH:-}"
 [[ -n "$SASL_PATH" ]] || unset SASL_PATH
 
@@ -24,6 +25,8 @@ provision() {
 	load printers = no\\
 	disable spoolss = yes\\
 	registry shares = yes\\
+	acl_xattr:ignore system acls = yes\\
+	acl_xattr:default acl style = windows\\
 	server services = -dns, -dnsupdate, -spoolss" "$conf"
   cat >>"$conf" <<END
 
@@ -37,10 +40,12 @@ provision() {
 END
   samba-tool user create "$TWK_LIVE_ADMIN" "$TWK_LIVE_PASSWORD" -s "$conf" >>"$state/provision.log" 2>&1
   samba-tool group addmembers "Domain Admins" "$TWK_LIVE_ADMIN" -s "$conf" >>"$state/provision.log" 2>&1
+  # The lists of the server alone are to count.
   local folder
   for folder in "$state/srv/c" "$state/srv/d" "$state/srv/d/Users" "$state/srv/d/Profiles"; do
     samba-tool ntacl set -s "$conf" 'O:BAG:BAD:PAI(A;OICI;0x1f01ff;;;BA)(A;OICI;0x1f01ff;;;SY)(A;OICI;0x1200a9;;;BU)' "$folder" \
       >>"$state/provision.log" 2>&1
+    chmod 0777 "$folder"
   done
   # What the service that was left out would do at the start.
   local name

@@ -6,6 +6,5 @@ namespace twk::contract {
 
 INSTANTIATE_TEST_SUITE_P(Live, FilesContract, testing::Values(&test::make_live_world));
 INSTANTIATE_TEST_SUITE_P(Live, SecurityContract, testing::Values(&test::make_live_world));
-INSTANTIATE_TEST_SUITE_P(Live, NetworkContract, testing::Values(&test::make_live_world));
 
 }  // namespace twk::contract

@@ -1,6 +1,14 @@
 #include <gtest/gtest.h>
 
+#include "contract/network_contract.hpp"
 #include "live/live_world.hpp"
+
+namespace twk::contract {
+
+// The server keeps access lists of shares for its superuser alone.
+INSTANTIATE_TEST_SUITE_P(Live, NetworkContract, testing::Values(&test::make_superuser_world));
+
+}  // namespace twk::contract
 
 namespace twk::live {
 namespace {
@@ -45,6 +53,18 @@ TEST_F(LiveNetworkTest, TerminalSettingsAreKeptOneByOne) {
   EXPECT_EQ(
       number_of([&] { network_.WTSQueryUserConfig("\\\\NOWHERE", "jo", WtsConfigClass::kInitialProgram); }),
       network_error::kBadNetPath);
+}
+
+TEST_F(LiveNetworkTest, ShareWhoseListTheServerDoesNotKeepIsTakenAwayAgain) {
+  platform::ShareInfo502 share;
+  share.shi502_netname = "NoList";
+  share.shi502_path = "D:\\Users";
+  share.shi502_security_descriptor = platform::SecurityDescriptor{};
+  share.shi502_security_descriptor->set_dacl(platform::Acl(100));
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(w_.file_server(), share); }),
+            platform::security_error::kAccessDenied);
+  EXPECT_EQ(number_of([&] { network_.NetShareGetInfo(w_.file_server(), "NoList"); }),
+            network_error::kShareNotFound);
 }
 
 TEST_F(LiveNetworkTest, NamesThatNoServerHasReachNoServer) {

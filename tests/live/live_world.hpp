@@ -125,6 +125,44 @@ class LiveWorld final : public contract::World {
   live::LiveNetwork network_{domain_};
 };
 
+/// The real domain as the account sees it that its server takes for the superuser.
+class SuperuserWorld final : public contract::World {
+ public:
+  platform::DirectoryService& directory() override { return world_.directory(); }
+  platform::QueryService& query() override { return world_.query(); }
+  platform::Files& files() override { return world_.files(); }
+  platform::Security& security() override { return world_.security(); }
+  platform::Network& network() override { return world_.network(); }
+  [[nodiscard]] std::string domain() const override { return world_.domain(); }
+  [[nodiscard]] std::string netbios() const override { return world_.netbios(); }
+  [[nodiscard]] std::string root() const override { return world_.root(); }
+  [[nodiscard]] std::string unit() const override { return world_.unit(); }
+  [[nodiscard]] std::string file_server() const override { return world_.file_server(); }
+  [[nodiscard]] std::string told_path(std::string path) const override {
+    return world_.told_path(std::move(path));
+  }
+
+ private:
+  /// The ticket cache of this process while the object lives.
+  class Ticket {
+   public:
+    Ticket() { setenv("KRB5CCNAME", variable("TWK_LIVE_SUPERUSER_TICKET").c_str(), 1); }
+    Ticket(const Ticket&) = delete;
+    Ticket& operator=(const Ticket&) = delete;
+    ~Ticket() { setenv("KRB5CCNAME", before_.c_str(), 1); }
+
+   private:
+    std::string before_ = variable("KRB5CCNAME");
+  };
+
+  Ticket ticket_;
+  LiveWorld world_;
+};
+
+inline std::unique_ptr<contract::World> make_superuser_world() {
+  return std::make_unique<SuperuserWorld>();
+}
+
 inline std::unique_ptr<contract::World> make_live_world() {
   return std::make_unique<LiveWorld>();
 }
