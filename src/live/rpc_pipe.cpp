@@ -59,6 +59,8 @@ cli_credentials* make_credentials(TALLOC_CTX* memory, Credentials& person, loadp
   cli_credentials* const credentials = cli_credentials_init(memory);
   cli_credentials_set_conf(credentials, configuration);
   if (!person.has_user()) {
+    // The library reads the cache by itself; this tells what is wrong with it.
+    person.ticket();
     cli_credentials_guess(credentials, configuration);
     cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
     return credentials;
