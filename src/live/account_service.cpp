@@ -172,7 +172,7 @@ platform::Sid AccountService::sid_of(const SamAccount& account) {
 }
 
 std::optional<SamAccount> AccountService::find(std::string_view name) {
-  if (name.empty() || base::find_control_character(name))
+  if (name.empty() || !base::is_valid_utf8(name) || base::find_control_character(name))
     return std::nullopt;
   return repeat([&](AccountSession& session) {
     auto found = look_up_name(session, name, false);

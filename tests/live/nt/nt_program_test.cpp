@@ -31,18 +31,19 @@ class NtProgram : public test::NtDomainTest {
   test::TemporaryDirectory folder_;
 };
 
-TEST_F(NtProgram, UserIsCreatedWithHomeGroupAndTerminalSettings) {
+TEST_F(NtProgram, UserIsCreatedWithHomeShareGroupAndTerminalSettings) {
   must({"site", "add", "Main", "--nt-server", server_});
-  must({"template", "add", "Staff", "--home-dir", "\\\\%Server%\\D$\\Users\\%UserName%", "--home-dir-path",
-        "\\\\%Server%\\D$\\Users\\%UserName%", "--home-drive", "H:", "--group", "Helpers"});
-  // Yellow: nobody has permissions in the empty table.
+  must({"template", "add", "Staff", "--home-dir", "\\\\%Server%\\%UserName%$", "--home-dir-path",
+        "D:\\Users\\%UserName%", "--home-share", "%UserName%$", "--home-drive", "H:", "--group", "Helpers"});
+  // Yellow: the tables of permissions are empty.
   const test::ProgramResult made = twk({"user", "create", "--site", "Main", "--template", "Staff", "--id",
                                         "jsmith", "--description", "Clerk", "John", "Smith"});
   EXPECT_THAT(made.out, HasSubstr("jsmith Created User")) << made.err;
   must({"ts", "set", "jsmith", "profile=\\\\OLDPDC\\P\\jsmith"});
 
   EXPECT_EQ(account("jsmith")->Get("Description").text(), "Clerk");
-  EXPECT_EQ(account("jsmith")->Get("HomeDirectory").text(), "\\\\OLDPDC\\D$\\Users\\jsmith");
+  EXPECT_EQ(account("jsmith")->Get("HomeDirectory").text(), "\\\\OLDPDC\\jsmith$");
+  EXPECT_EQ(network_.NetShareGetInfo(server_, "jsmith$").shi502_path, "C:\\Users\\jsmith");
   EXPECT_EQ(contract::names_of(account("jsmith")->Groups()), "Domain Users;Helpers");
   EXPECT_EQ(
       network_.WTSQueryUserConfig(server_, "jsmith", platform::WtsConfigClass::kTerminalServerProfilePath),
