@@ -26,6 +26,8 @@ void check_account_name(std::string_view name, bool user) {
     base::raise(platform::ads_error::kInvalidAccountName,
                 "The account name \"" + base::to_valid_utf8(name) + "\" " + why);
   };
+  if (!base::is_valid_utf8(name))
+    refuse("is not UTF-8");
   if (const auto control = base::find_control_character(name))
     refuse("holds the control character " + *control);
   const std::size_t at = name.find_first_of(kForbidden);

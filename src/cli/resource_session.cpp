@@ -13,6 +13,8 @@ namespace {
 namespace security_error = platform::security_error;
 namespace network_error = platform::network_error;
 
+constexpr std::uint32_t kLogonFailure = 1326;  // ERROR_LOGON_FAILURE, [MS-ERREF] 2.2
+
 [[noreturn]] void raise_plainly(const base::RuntimeError& failure, const std::string& account) {
   if (failure.number() == security_error::kNoneMapped && !account.empty())
     throw Refused("There is no account \"" + account + "\".");
@@ -20,6 +22,8 @@ namespace network_error = platform::network_error;
     case security_error::kAccessDenied:
     case security_error::kInvalidOwner:
       throw base::RuntimeError(platform::ads_error::kAccessDenied, failure.description());
+    case kLogonFailure:
+      throw base::RuntimeError(platform::ads_error::kLogonFailure, failure.description());
     case security_error::kNoneMapped:
     case security_error::kServerUnavailable:
     case security_error::kSharingViolation:

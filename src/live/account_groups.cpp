@@ -85,11 +85,16 @@ std::vector<std::uint32_t> group_rids_of(AccountSession& session, const SamAccou
 }
 
 /// The local groups of a domain that one of the identifiers is a direct member of.
-std::vector<SamAccount> local_groups_of(AccountSession& session, const platform::Sid& member, bool builtin) {
+std::vector<SamAccount> local_groups_of(AccountSession& session, const std::vector<platform::Sid>& members,
+                                        bool builtin) {
   const Memory memory;
-  dom_sid sid = to_dom_sid(member);
-  lsa_SidPtr pointer{.sid = &sid};
-  lsa_SidArray sids{.num_sids = 1, .sids = &pointer};
+  std::vector<dom_sid> wanted;
+  for (const platform::Sid& member : members)
+    wanted.push_back(to_dom_sid(member));
+  std::vector<lsa_SidPtr> pointers;
+  for (dom_sid& sid : wanted)
+    pointers.push_back({.sid = &sid});
+  lsa_SidArray sids{.num_sids = static_cast<std::uint32_t>(pointers.size()), .sids = pointers.data()};
   samr_Ids rids{};
   samr_GetAliasMembership call{};
   call.in.domain_handle = &session.domain(builtin).handle;
@@ -311,11 +316,29 @@ std::vector<SamAccount> AccountService::groups_of(const SamAccount& user) {
       std::rotate(rids.begin(), first, first + 1);
     std::vector<SamAccount> groups = look_up_rids(session, rids, false);
     for (const bool builtin : {false, true}) {
-      for (SamAccount& one : local_groups_of(session, sid, builtin))
+      for (SamAccount& one : local_groups_of(session, {sid}, builtin))
         groups.push_back(std::move(one));
     }
     return groups;
   });
+}
+
+std::vector<platform::Sid> AccountService::identifiers_of(const SamAccount& user) {
+  std::vector<platform::Sid> sids = {sid_of(user)};
+  if (user.kind != Kind::kUser)
+    return sids;
+  for (const std::uint32_t rid :
+       repeat([&](AccountSession& session) { return group_rids_of(session, user); }))
+    sids.push_back(sid_of({.name = {}, .kind = Kind::kGlobalGroup, .builtin = false, .rid = rid}));
+  const auto local = repeat([&](AccountSession& session) {
+    std::vector<SamAccount> groups = local_groups_of(session, sids, false);
+    for (SamAccount& one : local_groups_of(session, sids, true))
+      groups.push_back(std::move(one));
+    return groups;
+  });
+  for (const SamAccount& group : local)
+    sids.push_back(sid_of(group));
+  return sids;
 }
 
 }  // namespace twk::live

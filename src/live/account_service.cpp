@@ -144,8 +144,8 @@ bool speaks_of_person(const security_ace& ace, const platform::Sid& user) {
 
 }  // namespace
 
-AccountService::AccountService(const std::shared_ptr<Credentials>& credentials, std::string_view server)
-    : pipe_(credentials, server, RpcInterface::kAccounts) {}
+AccountService::AccountService(std::shared_ptr<Credentials> credentials, std::string_view server)
+    : pipe_(std::move(credentials), server, RpcInterface::kAccounts) {}
 
 AccountService::~AccountService() = default;
 
@@ -172,7 +172,7 @@ platform::Sid AccountService::sid_of(const SamAccount& account) {
 }
 
 std::optional<SamAccount> AccountService::find(std::string_view name) {
-  if (name.empty() || base::find_control_character(name))
+  if (name.empty() || !base::is_valid_utf8(name) || base::find_control_character(name))
     return std::nullopt;
   return repeat([&](AccountSession& session) {
     auto found = look_up_name(session, name, false);

@@ -73,7 +73,7 @@ class AccountSession;
 /// A call that broke is made once more on a new connection.
 class AccountService {
  public:
-  AccountService(const std::shared_ptr<Credentials>& credentials, std::string_view server);
+  AccountService(std::shared_ptr<Credentials> credentials, std::string_view server);
   AccountService(const AccountService&) = delete;
   AccountService& operator=(const AccountService&) = delete;
   ~AccountService();
@@ -114,6 +114,9 @@ class AccountService {
   std::vector<SamAccount> members(const SamAccount& group);
   /// Direct groups of a user, the primary one first.
   std::vector<SamAccount> groups_of(const SamAccount& user);
+  /// What a logon of the user is: its identifier, those of its global groups, and those of the local groups
+  /// that hold one of these.
+  std::vector<platform::Sid> identifiers_of(const SamAccount& user);
 
  private:
   /// The session of the pipe as it stands; a new one after the pipe broke.

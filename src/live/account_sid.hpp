@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "live/live_domain.hpp"
 
@@ -14,5 +15,8 @@ namespace twk::live {
 std::optional<platform::Sid> find_account_sid(LiveDomain& domain, std::string_view name);
 /// The account's bare name; none for an identifier of somewhere else.
 std::optional<std::string> find_account_name(LiveDomain& domain, const platform::Sid& sid);
+/// What a logon of the account is: its identifier and those of its groups at any depth. None when the domain
+/// has no such account.
+std::vector<platform::Sid> find_identifiers(LiveDomain& domain, const platform::Sid& sid);
 
 }  // namespace twk::live

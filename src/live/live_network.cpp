@@ -1,5 +1,6 @@
 #include "live/live_network.hpp"
 
+#include "ads/account_names.hpp"
 #include "base/errors.hpp"
 #include "live/live_terminal_settings.hpp"
 #include "platform/directory.hpp"
@@ -33,7 +34,7 @@ std::string LiveNetwork::NetGetDCName(std::string_view server, std::string_view 
       return name;
     // A Samba controller of an NT4-style domain looks for itself by NetBIOS alone, and may not hear itself.
     if (own && !domain_.has_directory() && trap.number() == network_error::kControllerNotFound)
-      return "\\\\" + std::string(without_backslashes(server.empty() ? domain_.controller() : server));
+      return "\\\\" + std::string(ads::without_backslashes(server.empty() ? domain_.controller() : server));
     base::raise(trap.number(), trap.description());
   });
 }

@@ -1,5 +1,6 @@
 #include "live/live_rpc.hpp"
 
+#include "ads/account_names.hpp"
 #include "base/text.hpp"
 
 namespace twk::live {
@@ -8,7 +9,7 @@ namespace {
 template <typename Service>
 Service& find(std::map<std::string, std::unique_ptr<Service>>& services,
               const std::shared_ptr<Credentials>& credentials, std::string_view server) {
-  std::unique_ptr<Service>& service = services[base::upper(without_backslashes(server))];
+  std::unique_ptr<Service>& service = services[base::upper(ads::without_backslashes(server))];
   if (service == nullptr)
     service = std::make_unique<Service>(credentials, server);
   return *service;
@@ -22,7 +23,7 @@ ServerService& LiveRpc::shares(std::string_view server) {
 
 LiveShares& LiveRpc::share_store(std::string_view server) {
   ServerService& service = shares(server);
-  std::unique_ptr<LiveShares>& store = share_stores_[base::upper(without_backslashes(server))];
+  std::unique_ptr<LiveShares>& store = share_stores_[base::upper(ads::without_backslashes(server))];
   if (store == nullptr)
     store = std::make_unique<LiveShares>(service);
   return *store;

@@ -8,6 +8,7 @@
 #include "ads/account_names.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/account_sid.hpp"
 #include "live/descriptor_text.hpp"
 #include "live/owner_command.hpp"
 #include "platform/adsi.hpp"
@@ -44,10 +45,6 @@ class Token final : public platform::ProcessToken {
     base::raise(security_error::kNotAllAssigned, "Not all privileges are assigned to the caller");
   }
 };
-
-std::optional<Sid> decode_sid(const std::string& bytes) {
-  return Sid::decode(base::Bytes(bytes.begin(), bytes.end()));
-}
 
 bool is_builtin(const Sid& sid) {
   return sid.text().starts_with("S-1-5-32-");
@@ -92,8 +89,7 @@ AccountSid LiveSecurity::LookupAccountName(std::string_view server, std::string_
   const bool builtin = base::equals_fold(wanted.domain, "BUILTIN");
   if (!wanted.domain.empty() && !builtin && !domain_.is_domain_name(wanted.domain))
     raise_none_mapped(account);
-  const auto entry = wanted.name.empty() ? std::nullopt : domain_.find_account(wanted.name, {"objectSid"});
-  const auto sid = entry ? decode_sid(entry->first("objectSid")) : std::nullopt;
+  const auto sid = wanted.name.empty() ? std::nullopt : find_account_sid(domain_, wanted.name);
   if (!sid || (builtin && !is_builtin(*sid)))
     raise_none_mapped(account);
   return {*sid, is_builtin(*sid) ? "BUILTIN" : domain_.netbios()};
@@ -103,28 +99,19 @@ std::string LiveSecurity::LookupAccountSid(std::string_view server, const Sid& s
   require_server(server);
   if (auto known = ads::well_known_text(sid))
     return *std::move(known);
-  const auto entry = domain_.find_sid(sid, {"sAMAccountName"});
-  const std::string name = entry ? entry->first("sAMAccountName") : std::string();
-  if (name.empty())
+  const auto name = find_account_name(domain_, sid);
+  if (!name)
     return sid.text();
-  return (is_builtin(sid) ? "BUILTIN" : domain_.netbios()) + "\\" + name;
+  return (is_builtin(sid) ? "BUILTIN" : domain_.netbios()) + "\\" + *name;
 }
 
 std::vector<Sid> LiveSecurity::account_identifiers(std::string_view account) {
   const Sid own = LookupAccountName({}, account).sid;
-  const auto entry = domain_.find_sid(own, {"1.1"});
-  if (!entry)
+  const std::vector<Sid> found = find_identifiers(domain_, own);
+  if (found.empty())
     raise_none_mapped(account);
-  std::set<Sid> identifiers = {own, platform::well_known::everyone(),
-                               platform::well_known::authenticated_users()};
-  // Reckoned by the server, and given for one entry alone, [MS-ADTS] 3.1.1.4.5.19.
-  const LdapEntry groups = domain_.ldap().read(entry->dn, {"tokenGroups"});
-  if (const auto* const values = groups.find("tokenGroups")) {
-    for (const std::string& bytes : *values) {
-      if (const auto sid = decode_sid(bytes))
-        identifiers.insert(*sid);
-    }
-  }
+  std::set<Sid> identifiers(found.begin(), found.end());
+  identifiers.insert({platform::well_known::everyone(), platform::well_known::authenticated_users()});
   return {identifiers.begin(), identifiers.end()};
 }
 

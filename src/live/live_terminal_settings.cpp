@@ -1,5 +1,6 @@
 #include "live/live_terminal_settings.hpp"
 
+#include "ads/account_names.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/live_object.hpp"
@@ -26,7 +27,7 @@ SamAccount require_user(AccountService& accounts, std::string_view name) {
 /// The server as its directory is asked for: the controller, known by its short name too, goes by the
 /// connection that is there.
 std::string_view directory_server(LiveDomain& domain, std::string_view server) {
-  const std::string_view name = without_backslashes(server);
+  const std::string_view name = ads::without_backslashes(server);
   const std::string& controller = domain.controller();
   const bool own = base::equals_fold(name, controller) ||
                    base::equals_fold(name, std::string_view(controller).substr(0, controller.find('.')));

@@ -10,8 +10,8 @@ namespace twk::live {
 /// What a controller knows of domains, through its logon service, [MS-NRPC] 3.5.4.3.
 class LogonService {
  public:
-  LogonService(const std::shared_ptr<Credentials>& credentials, std::string_view server)
-      : pipe_(credentials, server, RpcInterface::kLogon) {}
+  LogonService(std::shared_ptr<Credentials> credentials, std::string_view server)
+      : pipe_(std::move(credentials), server, RpcInterface::kLogon) {}
 
   /// "\\\\DC1": the primary controller of a domain, by its NetBIOS name; of the server's own when that is
   /// empty. Raises kControllerNotFound, and what `RpcPipe` raises.

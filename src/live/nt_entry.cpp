@@ -65,6 +65,13 @@ std::string text_of(const ads::StagedChange& change) {
   return change.values.empty() ? std::string() : change.values.front().text();
 }
 
+void check_text(std::string_view attribute, const std::string& text) {
+  if (const auto control = base::find_control_character(text))
+    constraint(attribute, "holds the control character " + *control);
+  if (!base::is_valid_utf8(text))
+    constraint(attribute, "is not UTF-8");
+}
+
 /// No restriction is every hour of the week.
 base::Bytes hours_of(const ads::StagedChange& change) {
   constexpr std::size_t kSize = 21;
@@ -164,8 +171,7 @@ SamUserChange NtEntry::user_change() {
     if (!text.empty())
       ads::check_value(staged.attribute, text, true);
     if (field != kTexts.end()) {
-      if (const auto control = base::find_control_character(text))
-        constraint(staged.attribute, "holds the control character " + *control);
+      check_text(staged.attribute, text);
       change.*(field->changed) = text;
     } else if (is("userParameters")) {
       change.parameters = platform::user_parameters_bytes(text);
@@ -223,6 +229,7 @@ void NtEntry::write_group() {
   for (const ads::StagedChange& staged : staged_.changes()) {
     if (base::equals_fold(staged.attribute, "description")) {
       description = text_of(staged);
+      check_text(staged.attribute, *description);
     } else if (base::equals_fold(staged.attribute, "sAMAccountName")) {
       name = new_ ? std::nullopt : std::optional(text_of(staged));
     } else if (!new_ || !base::equals_fold(staged.attribute, "groupType")) {

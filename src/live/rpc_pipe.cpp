@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "ads/account_names.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/samba_headers.hpp"
@@ -53,20 +54,23 @@ bool connects_in_time(const addrinfo& address, int seconds) {
   return connected;
 }
 
-cli_credentials* make_logon(TALLOC_CTX* memory, Credentials& credentials, loadparm_context* configuration) {
-  cli_credentials* const logon = cli_credentials_init(memory);
-  cli_credentials_set_conf(logon, configuration);
-  if (!credentials.has_user()) {
-    cli_credentials_guess(logon, configuration);
-    cli_credentials_set_kerberos_state(logon, kKerberosRequired, kCredentialsSpecified);
-    return logon;
+/// The ticket of the workstation's cache, or the user's password.
+cli_credentials* make_credentials(TALLOC_CTX* memory, Credentials& person, loadparm_context* configuration) {
+  cli_credentials* const credentials = cli_credentials_init(memory);
+  cli_credentials_set_conf(credentials, configuration);
+  if (!person.has_user()) {
+    // The library reads the cache by itself; this tells what is wrong with it.
+    person.ticket();
+    cli_credentials_guess(credentials, configuration);
+    cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
+    return credentials;
   }
-  const WindowsLogon names = windows_logon(credentials.settings());
-  cli_credentials_set_username(logon, names.user.c_str(), kCredentialsSpecified);
-  cli_credentials_set_domain(logon, names.domain.c_str(), kCredentialsSpecified);
-  cli_credentials_set_password(logon, credentials.password().c_str(), kCredentialsSpecified);
-  cli_credentials_set_kerberos_state(logon, kKerberosDisabled, kCredentialsSpecified);
-  return logon;
+  const WindowsLogon logon = windows_logon(person.settings());
+  cli_credentials_set_username(credentials, logon.user.c_str(), kCredentialsSpecified);
+  cli_credentials_set_domain(credentials, logon.domain.c_str(), kCredentialsSpecified);
+  cli_credentials_set_password(credentials, person.password().c_str(), kCredentialsSpecified);
+  cli_credentials_set_kerberos_state(credentials, kKerberosDisabled, kCredentialsSpecified);
+  return credentials;
 }
 
 }  // namespace
@@ -125,12 +129,8 @@ std::uint32_t directory_number(std::uint32_t number) {
   return number < 0x10000 ? kWin32Facility | number : number;
 }
 
-std::string_view without_backslashes(std::string_view server) {
-  return server.starts_with("\\\\") ? server.substr(2) : server;
-}
-
 RpcPipe::RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface)
-    : credentials_(std::move(credentials)), host_(without_backslashes(server)), interface_(interface) {}
+    : credentials_(std::move(credentials)), host_(ads::without_backslashes(server)), interface_(interface) {}
 
 RpcPipe::~RpcPipe() {
   close();
@@ -151,27 +151,38 @@ void RpcPipe::connect() {
   if (host_.empty() || host_.find_first_of("[]:,\\/\"@ ") != base::npos ||
       base::find_control_character(host_))
     no_answer(base::to_valid_utf8(host_), "not the name of a server");
-  require_listening(host_, credentials_->settings().timeout_seconds);
+  const int seconds = credentials_->settings().timeout_seconds;
+  require_listening(host_, seconds);
   auto handle = std::make_unique<Handle>();
   loadparm_context* const configuration = loadparm_init(handle->memory.get());
   // Without the machine's file the library's own values hold.
   lpcfg_load_default(configuration);
   lpcfg_set_option(configuration, "name resolve order=host");
   dcerpc_init();
+  cli_credentials* person = nullptr;
+  base::Trap trap;
+  if (!trap([&] { person = make_credentials(handle->memory.get(), *credentials_, configuration); })) {
+    const bool refused = trap.number() == platform::ads_error::kLogonFailure;
+    base::raise(refused ? kRpcLogonFailure : trap.number(), trap.description());
+  }
   const std::string binding = "ncacn_np:" + host_ + (interface_ == RpcInterface::kAccounts ? "[]" : "[seal]");
   const NTSTATUS status =
-      dcerpc_pipe_connect(handle->memory.get(), &handle->pipe, binding.c_str(), &table_of(interface_),
-                          make_logon(handle->memory.get(), *credentials_, configuration),
+      dcerpc_pipe_connect(handle->memory.get(), &handle->pipe, binding.c_str(), &table_of(interface_), person,
                           tevent_context_init(handle->memory.get()), configuration);
   if (!NT_STATUS_IS_OK(status)) {
     const std::uint32_t number = win32_of_status(NT_STATUS_V(status));
     if (number == platform::security_error::kAccessDenied || number == kRpcLogonFailure)
-      base::raise(number, "The logon to " + host_ + " failed: " + nt_errstr(status));
+      refuse(number, "The logon to " + host_ + " failed: " + nt_errstr(status));
     no_answer(host_, nt_errstr(status));
   }
-  dcerpc_binding_handle_set_timeout(handle->pipe->binding_handle,
-                                    static_cast<std::uint32_t>(credentials_->settings().timeout_seconds));
+  dcerpc_binding_handle_set_timeout(handle->pipe->binding_handle, static_cast<std::uint32_t>(seconds));
   handle_ = std::move(handle);
+}
+
+void RpcPipe::refuse(std::uint32_t number, const std::string& text) {
+  if (number == kRpcLogonFailure && credentials_->has_user())
+    credentials_->refuse_password({platform::ads_error::kLogonFailure, text});
+  base::raise(number, text);
 }
 
 RpcPipe::Handle& RpcPipe::opened() {

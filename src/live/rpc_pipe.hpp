@@ -57,6 +57,8 @@ class RpcPipe {
 
   Handle& opened();
   void connect();
+  /// A password that was refused is not sent once more by another connection.
+  [[noreturn]] void refuse(std::uint32_t number, const std::string& text);
   /// Raises for a failure of the way there, not of the operation.
   void check(std::uint32_t status);
 
@@ -71,7 +73,7 @@ inline constexpr std::uint32_t kRpcLost = 64;
 /// ERROR_LOGON_FAILURE.
 inline constexpr std::uint32_t kRpcLogonFailure = 1326;
 
-/// A logon with a password as Windows protocols take it.
+/// A logon's user as Windows protocols take it.
 struct WindowsLogon {
   std::string user;
   std::string domain;  ///< empty for "name@domain"
@@ -111,8 +113,5 @@ auto as_directory_call(Call&& call) {
     base::raise(directory_number(failure.number()), failure.description());
   }
 }
-
-/// "FS1" of "\\FS1".
-std::string_view without_backslashes(std::string_view server);
 
 }  // namespace twk::live

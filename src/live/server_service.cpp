@@ -120,12 +120,12 @@ std::uint32_t not_found_number(std::uint32_t number) {
   return unknown ? network_error::kShareNotFound : number;
 }
 
-/// A character that no share has: the server would be asked for something else.
-void check_name(std::string_view name) {
+/// Without a character that no share has: the server would be asked for something else, and Samba hands names
+/// to a command.
+bool is_share_name(std::string_view name) {
   static constexpr std::string_view kForbidden = "\"/\\[]:|<>+=;,*?";
-  if (name.empty() || name.find_first_of(kForbidden) != base::npos || base::find_control_character(name))
-    base::raise(network_error::kInvalidName,
-                "\"" + base::to_valid_utf8(name) + "\" cannot be a share's name");
+  return !name.empty() && base::is_valid_utf8(name) && name.find_first_of(kForbidden) == base::npos &&
+         !base::find_control_character(name);
 }
 
 }  // namespace
@@ -133,12 +133,13 @@ void check_name(std::string_view name) {
 void ServerService::check(std::uint32_t number, std::string_view name) const {
   if (number == 0)
     return;
-  base::raise(number, "The share " + std::string(name) + " of " + pipe_.host() + ": error " +
+  base::raise(number, "The share " + base::to_valid_utf8(name) + " of " + pipe_.host() + ": error " +
                           base::to_text(static_cast<std::int64_t>(number)));
 }
 
 void ServerService::add(const ShareInfo502& share) {
-  check_name(share.shi502_netname);
+  if (!is_share_name(share.shi502_netname))
+    check(network_error::kInvalidName, share.shi502_netname);
   // A Samba server would put the new share in the place of one that it made a moment ago.
   if (has(share.shi502_netname))
     check(network_error::kDuplicateShare, share.shi502_netname);
@@ -185,6 +186,8 @@ bool ServerService::has(std::string_view name) {
 }
 
 ShareInfo502 ServerService::get(std::string_view name) {
+  if (!is_share_name(name))
+    check(network_error::kShareNotFound, name);
   NdrWriter writer = begin(pipe_);
   writer.text(name);
   writer.number(kLevel);
@@ -242,6 +245,8 @@ std::vector<ShareInfo502> ServerService::all() {
 }
 
 void ServerService::remove(std::string_view name) {
+  if (!is_share_name(name))
+    check(network_error::kShareNotFound, name);
   NdrWriter writer = begin(pipe_);
   writer.text(name);
   writer.number(0);

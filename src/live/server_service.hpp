@@ -13,8 +13,8 @@ namespace twk::live {
 /// raises, and the server's own number.
 class ServerService {
  public:
-  ServerService(const std::shared_ptr<Credentials>& credentials, std::string_view server)
-      : pipe_(credentials, server, RpcInterface::kServerService) {}
+  ServerService(std::shared_ptr<Credentials> credentials, std::string_view server)
+      : pipe_(std::move(credentials), server, RpcInterface::kServerService) {}
 
   void open() { pipe_.open(); }
   /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also where the server does not

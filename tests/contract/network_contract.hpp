@@ -43,6 +43,7 @@ TEST_P(NetworkContract, ShareIsMadeReadListedAndTakenAway) {
   for (const auto& one : network_.NetShareEnum(world_->file_server()))
     names.push_back(one.shi502_netname);
   EXPECT_THAT(names, testing::IsSupersetOf({"D$", "Homes$"}));
+  EXPECT_TRUE(world_->files().exists("\\\\" + world_->file_server() + "\\homes$"));
 
   network_.NetShareDel(world_->file_server(), "homes$");
   EXPECT_EQ(number_of([&] { network_.NetShareGetInfo(world_->file_server(), "Homes$"); }),

@@ -24,22 +24,6 @@ using live::StepOutcome;
 using testing::HasSubstr;
 namespace ads_error = platform::ads_error;
 
-/// A variable of the environment has another value until the end of the scope.
-class Variable {
- public:
-  Variable(std::string name, const std::string& value)
-      : name_(std::move(name)), before_(variable(name_.c_str())) {
-    setenv(name_.c_str(), value.c_str(), 1);
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  ~Variable() { setenv(name_.c_str(), before_.c_str(), 1); }
-
- private:
-  std::string name_;
-  std::string before_;
-};
-
 std::string ca_file() {
   return variable("TWK_LIVE_STATE") + "/domain/private/tls/ca.pem";
 }

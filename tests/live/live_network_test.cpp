@@ -111,5 +111,34 @@ TEST_F(LiveNetworkTest, WrongPasswordIsTold) {
   }
 }
 
+TEST_F(LiveNetworkTest, RefusedPasswordIsNotSentAgain) {
+  LiveSettings settings = test::live_settings();
+  settings.logon = LiveSettings::Logon::kPassword;
+  settings.user = test::variable("TWK_LIVE_ADMIN");
+  int asked = 0;
+  LiveDomain domain(settings, {.password =
+                                   [&](const std::string&) {
+                                     ++asked;
+                                     return std::optional<std::string>("wrong");
+                                   },
+                               .tell = nullptr});
+  LiveNetwork network(domain);
+  std::string last;
+  for (int i = 0; i < 3; ++i) {
+    base::Trap trap;
+    trap([&] { network.NetShareEnum(i == 2 ? "DC1" : w_.file_server()); });
+    EXPECT_EQ(trap.number(), kRpcLogonFailure);
+    EXPECT_TRUE(last.empty() || last == trap.description()) << "a new refusal by the server";
+    last = trap.description();
+  }
+  EXPECT_EQ(asked, 1);
+}
+
+TEST_F(LiveNetworkTest, LogonWithoutATicketIsToldAsOne) {
+  const test::Variable none("KRB5CCNAME", "FILE:/nowhere/ticket");
+  LiveDomain domain(test::live_settings());
+  EXPECT_EQ(number_of([&] { LiveNetwork(domain).NetShareEnum(w_.file_server()); }), kRpcLogonFailure);
+}
+
 }  // namespace
 }  // namespace twk::live

@@ -37,7 +37,8 @@ TEST_F(LiveSharesTest, CommentOfAShareIsChangedAndItsFolderStays) {
 TEST_F(LiveSharesTest, WhatIsNotThereIsToldByNumber) {
   EXPECT_EQ(number_of([&] { w_.directory().GetObject("WinNT://NOWHERE/lanmanserver"); }), ads::kBadNetPath);
   EXPECT_EQ(number_of([&] { w_.directory().GetObject(path_ + "/none"); }), ads::kShareNotFound);
-  EXPECT_EQ(number_of([&] { server()->Delete("fileshare", "none"); }), ads::kShareNotFound);
+  for (const char* const name : {"none", "a\nb", "\"; x \"", "\xFF"})
+    EXPECT_EQ(number_of([&] { server()->Delete("fileshare", name); }), ads::kShareNotFound) << name;
   make("Homes");
   EXPECT_EQ(number_of([&] { make("HOMES"); }), ads::kShareExists);
 }

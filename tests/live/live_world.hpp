@@ -20,6 +20,22 @@ inline std::string variable(const char* name) {
   return value == nullptr ? std::string() : value;
 }
 
+/// A variable of the environment has another value until the end of the scope.
+class Variable {
+ public:
+  Variable(std::string name, const std::string& value)
+      : name_(std::move(name)), before_(variable(name_.c_str())) {
+    setenv(name_.c_str(), value.c_str(), 1);
+  }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+  ~Variable() { setenv(name_.c_str(), before_.c_str(), 1); }
+
+ private:
+  std::string name_;
+  std::string before_;
+};
+
 /// "stop", "start", "stall", "resume" of the controller.
 inline void control(const std::string& what) {
   const int status = std::system((variable("TWK_LIVE_CONTROL") + " " + what).c_str());

@@ -60,5 +60,32 @@ TEST_F(NtNetwork, AccountsAndIdentifiersLeadToEachOther) {
   EXPECT_FALSE(find_account_name(domain_, platform::well_known::everyone()));
 }
 
+TEST_F(NtNetwork, LogonHasTheGroupsOfBothKinds) {
+  const platform::User user = make_user("jo");
+  const auto readers = domain_object()->Create("Group", "Readers");
+  readers->SetInfo();
+  readers->Add(user.ADsPath());
+  account("Helpers")->Add("WinNT://OLDNT/Readers");
+  const std::vector<platform::Sid> sids = security_.account_identifiers("OLDNT\\jo");
+  for (const std::string name : {"jo", "Readers", "Helpers", "Domain Users"})
+    EXPECT_THAT(sids, testing::Contains(security_.LookupAccountName("OLDPDC", name).sid)) << name;
+  EXPECT_THAT(sids, testing::Contains(platform::well_known::everyone()));
+  EXPECT_EQ(security_.LookupAccountSid("OLDPDC", security_.LookupAccountName({}, "jo").sid), "OLDNT\\jo");
+  EXPECT_EQ(security_.LookupAccountName({}, "Administrators").domain, "BUILTIN");
+  EXPECT_EQ(number_of([&] { security_.LookupAccountName({}, "nobody"); }),
+            platform::security_error::kNoneMapped);
+  account("Helpers")->Remove("WinNT://OLDNT/Readers");
+}
+
+TEST_F(NtNetwork, FoldersOfItsServersAreReached) {
+  make_user("jo");
+  const std::string home = "\\\\OLDPDC\\D$\\Users\\jo";
+  files_.make_directory(home);
+  EXPECT_TRUE(files_.exists(home));
+  EXPECT_TRUE(security_.GetFileSecurity(home, platform::security_information::kDacl, 4096).dacl_present);
+  files_.remove_directory(home);
+  EXPECT_FALSE(files_.exists(home));
+}
+
 }  // namespace
 }  // namespace twk::live

@@ -19,6 +19,12 @@ inline live::LiveSettings nt_settings() {
 /// The domain without a directory; what a test made there goes with its fixture.
 class NtDomainTest : public testing::Test {
  protected:
+  NtDomainTest() {
+    // What a broken-off run left on the file server.
+    for (const auto& left : std::filesystem::directory_iterator(
+             std::filesystem::path(variable("TWK_LIVE_STATE")) / "srv/d/Users"))
+      std::filesystem::remove_all(left.path());
+  }
   ~NtDomainTest() override {
     static const std::vector<std::string> kept = {"root", "Domain Admins", "Domain Users", "Helpers",
                                                   "Administrators"};
@@ -50,6 +56,10 @@ class NtDomainTest : public testing::Test {
   live::LiveDirectory directory_{domain_};
   live::LiveQuery query_{domain_};
   live::LiveNetwork network_{domain_};
+  live::SmbClient smb_{nt_settings()};
+  local::PosixFiles workstation_;
+  live::LiveFiles files_{smb_, workstation_};
+  live::LiveSecurity security_{domain_, smb_};
   std::string server_ = variable("TWK_LIVE_SERVER");
 };
 
