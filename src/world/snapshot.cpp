@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <unordered_set>
 
 #include "ads/dn.hpp"
@@ -44,6 +45,10 @@ constexpr std::array<std::string_view, 20> kLeftOut = {"supplementalCredentials"
                                                        "wellKnownObjects"};
 
 constexpr std::int32_t kComplexPasswords = 1;  // DOMAIN_PASSWORD_COMPLEX, [MS-SAMR] 2.2.3.9
+
+/// Of file servers whose names paths bear; more are left out.
+constexpr std::size_t kMostServers = 50;
+constexpr std::size_t kLongestServer = 15;  // of a NetBIOS name, which a server of a lab has
 
 std::vector<std::string> wanted_attributes() {
   std::vector<std::string> names = {"minPwdLength", "pwdProperties", "lockoutThreshold"};
@@ -94,6 +99,9 @@ class Copy {
     plan.kind = value_of_domain("nTMixedDomain") == 1 ? lab::DomainKind::kMixed : lab::DomainKind::kNative;
     plan.users = plan.groups = plan.ous = 0;
     plan.exchange.reset();
+    plan.servers.clear();
+    for (const std::string& server : servers_)
+      plan.servers.push_back({server, {"C", "D"}});
     return plan;
   }
 
@@ -123,11 +131,30 @@ class Copy {
       // A long list comes in ranges: "member;range=0-1499".
       if (base::starts_with_fold(attribute.name, "member;range="))
         attribute = {"member", live::read_links(domain_.ldap(), entry.dn, "member")};
-      if (!attribute.values.empty() && attribute.name.find(';') == base::npos)
+      if (!attribute.values.empty() && attribute.name.find(';') == base::npos) {
+        note_server({attribute.name, attribute.values});
         item.record.attributes.push_back({std::move(attribute.name), std::move(attribute.values)});
+      }
     }
     item.record.dn = std::move(entry.dn);
     items_.push_back(std::move(item));
+  }
+
+  /// A rehearsal makes folders where the real ones are: "FS1" of "\\FS1\Users\jo". A host name with
+  /// dots is none that a lab can give a server.
+  void note_server(const lab::LdifAttribute& attribute) {
+    if (!base::equals_fold(attribute.name, "homeDirectory") &&
+        !base::equals_fold(attribute.name, "profilePath"))
+      return;
+    const std::string_view path = attribute.values.front();
+    if (!path.starts_with("\\\\") || servers_.size() >= kMostServers)
+      return;
+    const std::string_view rest = path.substr(2);
+    const std::string name = base::upper(rest.substr(0, rest.find('\\')));
+    const bool fits = !name.empty() && name.size() <= kLongestServer &&
+                      name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_") == base::npos;
+    if (fits)
+      servers_.insert(name);
   }
 
   /// Parents first; what has none here is left out with all below it.
@@ -172,6 +199,7 @@ class Copy {
   live::LiveDomain& domain_;
   std::vector<Item> items_;
   Snapshot counts_;
+  std::set<std::string> servers_ = {"FS1"};
 };
 
 }  // namespace

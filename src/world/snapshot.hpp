@@ -20,7 +20,9 @@ struct Snapshot {
 /// Copies the directory of a real domain into a new lab in a new or empty folder: the domain, its units and
 /// containers, users, contacts and groups with the attributes that this program knows, the domain's names,
 /// its controller's and its rules for passwords. No password, key or picture is asked for, and computers and
-/// what stands below CN=System stay out. File servers, mail systems and settings are those of a new lab.
+/// what stands below CN=System stay out. The file servers that paths of homes and profiles
+/// name by their short names are
+/// there, empty; mail systems and settings are those of a new lab.
 ///
 /// `progress` is told the number of entries that were read, and says whether to go on; None when it does not.
 /// Raises what the directory and `lab::create_lab` raise; no lab is left behind then.
