@@ -40,6 +40,9 @@ void connect_or_say_how(world::World& world) {
   try {
     world.connect();
   } catch (const base::RuntimeError& failure) {
+    constexpr std::uint32_t kInvalidArgument = 5;
+    if (failure.number() == kInvalidArgument)
+      throw UsageError("the settings below Live: " + failure.description());
     if (failure.number() != platform::ads_error::kNoSuchDomain)
       throw;
     throw UsageError(failure.description() +

@@ -12,6 +12,8 @@ Credentials::Credentials(LiveSettings settings, Prompts prompts)
 const std::string& Credentials::password() {
   if (refusal_)
     throw base::RuntimeError(*refusal_);
+  if (!has_user())
+    base::raise(ads_error::kLogonFailure, "No user is named to log on as");
   if (settings_.password.empty() && prompts_.password)
     settings_.password = prompts_.password(settings_.user).value_or(std::string());
   // An empty one would be no logon at all: RFC 4513 5.1.2 lets a server take it for an anonymous one.

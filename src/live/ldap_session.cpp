@@ -71,10 +71,14 @@ std::unique_ptr<LdapHandle> make_handle(const LiveSettings& settings, const std:
   return handle;
 }
 
-int start(const LdapHandle& handle, const LiveSettings& settings, std::uint16_t port) {
-  if (uses_password(settings) && !uses_ldaps(settings, port))
-    return ldap_start_tls_s(handle.get(), nullptr, nullptr);
-  return ldap_connect(handle.get());
+int start(LdapHandle& handle, const LiveSettings& settings, std::uint16_t port) {
+  if (!uses_password(settings))
+    return ldap_connect(handle.get());
+  handle.deadline().watch(handle.get(), std::chrono::seconds(connect_timeout(settings)));
+  const int result = uses_ldaps(settings, port) ? ldap_connect(handle.get())
+                                                : ldap_start_tls_s(handle.get(), nullptr, nullptr);
+  handle.deadline().end();
+  return result;
 }
 
 /// The certificate that a server shows, DER, when TLS comes up without a look at it; the library does not say

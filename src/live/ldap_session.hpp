@@ -5,6 +5,7 @@
 #include <string>
 
 #include "live/credentials.hpp"
+#include "live/handshake_deadline.hpp"
 
 struct ldap;
 
@@ -21,10 +22,12 @@ class LdapHandle {
   ~LdapHandle();
 
   [[nodiscard]] ldap* get() const { return connection_; }
+  [[nodiscard]] HandshakeDeadline& deadline() { return deadline_; }
   /// What the server, or the library, said beside the last result.
   [[nodiscard]] std::string diagnostic() const;
 
  private:
+  HandshakeDeadline deadline_;
   ldap* connection_;
 };
 

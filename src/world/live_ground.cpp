@@ -1,5 +1,7 @@
 #include "world/live_ground.hpp"
 
+#include <optional>
+
 #include "base/errors.hpp"
 #include "live/discover_domains.hpp"
 #include "live/network_probe.hpp"
@@ -12,8 +14,11 @@ namespace {
 
 class LiveGround final : public Ground {
  public:
-  LiveGround(live::LiveSettings settings, live::Prompts prompts, const live::Folders& folders)
-      : folders_(folders), live_(std::move(settings), std::move(prompts), folders) {}
+  LiveGround(live::LiveSettings settings, live::Prompts prompts, const live::Folders& folders,
+             std::optional<base::RuntimeError> refusal)
+      : folders_(folders),
+        live_(std::move(settings), std::move(prompts), folders),
+        refusal_(std::move(refusal)) {}
 
   platform::Platform platform(platform::Dialogs& dialogs) override { return live_.platform(dialogs); }
   platform::RegistryListing& registry_listing() override { return live_.registry_listing(); }
@@ -27,6 +32,8 @@ class LiveGround final : public Ground {
     return {domain_name(), directory ? domain().netbios() : domain_name(), directory};
   }
   void connect() override {
+    if (refusal_)
+      throw base::RuntimeError(*refusal_);
     if (domain_name().empty())
       base::raise(platform::ads_error::kNoSuchDomain,
                   "There is no domain to work in: none is named, and "
@@ -43,6 +50,7 @@ class LiveGround final : public Ground {
 
   live::Folders folders_;
   mutable live::Live live_;
+  std::optional<base::RuntimeError> refusal_;  ///< of the options
 };
 
 }  // namespace
@@ -75,7 +83,17 @@ std::string stored_unit(const live::Folders& folders) {
 
 std::unique_ptr<Ground> make_live_ground(const ConnectionOptions& options, live::Prompts prompts,
                                          const live::Folders& folders) {
-  return std::make_unique<LiveGround>(live_settings(options), std::move(prompts), folders);
+  live::LiveSettings settings;
+  std::optional<base::RuntimeError> refusal;
+  try {
+    settings = live_settings(options);
+  } catch (const base::RuntimeError& failure) {
+    refusal = failure;
+    settings.domain = options.domain;
+    // Nobody logs on by another way than the one that was meant.
+    settings.logon = live::LiveSettings::Logon::kPassword;
+  }
+  return std::make_unique<LiveGround>(std::move(settings), std::move(prompts), folders, std::move(refusal));
 }
 
 }  // namespace twk::world

@@ -17,7 +17,8 @@ ConnectionOptions wanted_connection(const live::Folders& folders, const Connecti
 /// The unit that the person's work is limited to, where new accounts go; empty for the whole domain.
 std::string stored_unit(const live::Folders& folders);
 
-/// Nothing is asked of the domain yet. Raises what `live_settings` raises.
+/// Nothing is asked of the domain yet. Options that `live_settings` refuses make a world that cannot be
+/// connected, in which settings can be mended.
 std::unique_ptr<Ground> make_live_ground(const ConnectionOptions& options, live::Prompts prompts,
                                          const live::Folders& folders);
 

@@ -75,8 +75,10 @@ std::string World::program_directory() const {
 std::unique_ptr<World> make_live_world(const ConnectionOptions& given, live::Prompts prompts,
                                        platform::Dialogs& dialogs) {
   const live::Folders folders = live::user_folders();
-  return std::make_unique<World>(
-      make_live_ground(wanted_connection(folders, given), std::move(prompts), folders), dialogs);
+  const ConnectionOptions wanted = wanted_connection(folders, given);
+  if (says_anything(given))
+    live_settings(wanted);
+  return std::make_unique<World>(make_live_ground(wanted, std::move(prompts), folders), dialogs);
 }
 
 bool may_be_lab(const std::filesystem::path& folder) {

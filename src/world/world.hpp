@@ -44,8 +44,8 @@ class World {
   /// Lets the domain of this world be the session's, and `database` be its database directory, unless that is
   /// empty. In a lab a domain that the settings name goes first.
   void choose_domain_and_database(const std::string& database);
-  /// Makes sure that the domain can be worked in. Raises kServerDown, kLogonFailure, kNoSuchDomain with what
-  /// is wrong.
+  /// Makes sure that the domain can be worked in. Raises kServerDown, kLogonFailure, kNoSuchDomain, and 5
+  /// for settings that cannot be, with what is wrong.
   void connect() { ground_->connect(); }
   /// Raises what `connect` raises.
   [[nodiscard]] DomainNames domain_names() { return ground_->names(); }
@@ -60,7 +60,7 @@ class World {
 };
 
 /// A real domain, as `given` and the person's settings name it. Nothing is asked of it yet. Raises what
-/// `live_settings` raises.
+/// `live_settings` raises when something is given; what is wrong in the settings alone is left to `connect`.
 std::unique_ptr<World> make_live_world(const ConnectionOptions& given, live::Prompts prompts,
                                        platform::Dialogs& dialogs);
 

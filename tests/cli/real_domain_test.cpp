@@ -24,6 +24,15 @@ TEST_F(RealDomain, SettingsAndDatabaseAreThePersonsOwnAndNeedNoDomain) {
   EXPECT_EQ(std::filesystem::status(database).permissions(), std::filesystem::perms::owner_all);
 }
 
+TEST_F(RealDomain, SettingsThatCannotBeAreToldByWhatNeedsThemAndCanBeMended) {
+  ASSERT_EQ(twk({"settings", "set", "Setup", "Domain", "twk.test"}).exit_code, 0);
+  ASSERT_EQ(twk({"settings", "set", "Live", "Method", "ldaps"}).exit_code, 0);
+  const ProgramResult result = twk({"user", "list"});
+  EXPECT_EQ(result.exit_code, 64);
+  EXPECT_THAT(result.err, AllOf(HasSubstr("below Live"), HasSubstr("needs a user")));
+  EXPECT_EQ(twk({"settings", "set", "Live", "User", "jo"}).exit_code, 0);
+}
+
 TEST_F(RealDomain, IsTheOneOfTheSettingsAndItsFailureNamesTheReason) {
   ASSERT_EQ(twk({"settings", "set", "Setup", "Domain", "twk.test"}).exit_code, 0);
   ASSERT_EQ(twk({"settings", "set", "Live", "Server", "127.0.0.1"}).exit_code, 0);
