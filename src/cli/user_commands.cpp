@@ -56,6 +56,7 @@ void add_user_commands(CLI::App& app, Context& context) {
   add_user_move_ou(*user, context);
   add_user_set(*user, context);
   add_user_groups(*user, context);
+  add_user_delete(*user, context);
 
   auto name = std::make_shared<std::string>();
   auto* show = user->add_subcommand("show", "Show a user");
