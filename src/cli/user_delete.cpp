@@ -52,11 +52,8 @@ int delete_users(Context& context, const DeleteArguments& arguments) {
     print_steps(context);
   session::Session& session = resource_session(context);
   tick(session, arguments);
-  if (arguments.dry_run) {
-    session.runs.rehearse = [&context](const std::string& step) {
-      context.output().result({{"step", step}}, step);
-    };
-  }
+  if (arguments.dry_run)
+    tell_trees(context, session);
   session.runs.Delete_Running = true;
   const int exit_code = run_for_users(context, session, arguments.names, [&](const std::string& key) {
     return lifecycle::Delete_One_User(session, key);

@@ -34,6 +34,10 @@ int tell(Context& context, const std::string& name, const controls::ListRow* row
   return exit_code_of_light(row->icon);
 }
 
+void print_step(Context& context, const std::string& step) {
+  context.output().result({{"step", step}}, step);
+}
+
 }  // namespace
 
 std::string key_of_user(Context& context, const std::string& name) {
@@ -73,7 +77,11 @@ int run_for_users(Context& context, Session& session, const std::vector<std::str
 }
 
 void print_steps(Context& context) {
-  context.rehearse([&context](const std::string& step) { context.output().result({{"step", step}}, step); });
+  context.rehearse([&context](const std::string& step) { print_step(context, step); });
+}
+
+void tell_trees(Context& context, Session& session) {
+  session.runs.rehearse = [&context](const std::string& step) { print_step(context, step); };
 }
 
 }  // namespace twk::cli

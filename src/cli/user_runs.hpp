@@ -18,7 +18,8 @@ std::string key_of_user(Context& context, const std::string& name);
 int run_for_users(Context& context, session::Session& session, const std::vector<std::string>& names,
                   const std::function<bool(const std::string& key)>& operation);
 
-/// Prints each step of a rehearsal.
+/// Prints each step of a rehearsal: of the services from the next session on, and of that session's trees.
 void print_steps(Context& context);
+void tell_trees(Context& context, session::Session& session);
 
 }  // namespace twk::cli

@@ -150,7 +150,7 @@ std::string cut_at_folder_of(std::string_view path, std::string_view name) {
   return std::string(path);
 }
 
-TreePath require_own_tree(Session& session, std::string_view path) {
+TreePath require_own_tree(Session& session, std::string_view path, std::string_view own_share) {
   TreePath tree = parse_tree_path(path);
   const auto folder = folder_on_server(session, tree);
   if (tree.parts.empty() && !folder)
@@ -158,8 +158,8 @@ TreePath require_own_tree(Session& session, std::string_view path) {
   if (folder && is_drive_root(*folder))
     base::raise(base::error::kPathFileAccess, tree.text() + " is the whole drive " + *folder);
   if (folder) {
-    const std::string other =
-        share_within(session, tree.server, *folder, tree.parts.empty() ? tree.share : std::string());
+    const std::string other = share_within(session, tree.server, *folder,
+                                           tree.parts.empty() ? std::string_view(tree.share) : own_share);
     if (!other.empty()) {
       base::raise(base::error::kPathFileAccess,
                   tree.text() + " holds the folder of the share " + other + ": it is not one account's own");

@@ -46,8 +46,9 @@ std::string share_within(session::Session& session, const std::string& server, s
 
 /// The path of a folder whose contents may be taken away. Raises 52 as `parse_tree_path` does, and 75 for a
 /// drive as a whole, for a link, and for a folder that another share stands for or lies below: that is not
-/// one account's own.
-TreePath require_own_tree(session::Session& session, std::string_view path);
+/// one account's own; `own_share`
+/// is the account's.
+TreePath require_own_tree(session::Session& session, std::string_view path, std::string_view own_share = {});
 
 /// True when the text holds the name as a word of its own: "jo" in "jo$" and "x-jo.v2", not in "john".
 bool holds_word(std::string_view text, std::string_view name);
