@@ -61,8 +61,14 @@ int run_for_users(Context& context, Session& session, const std::vector<std::str
   int exit_code = kExitGreen;
   for (std::size_t i = 0; i < keys.size() && !interrupted(); ++i) {
     const std::size_t rows = session.form1.ListView1.size();
+    session.form1.StatusBar1.panel1 = std::string();
     const bool done = operation(keys[i]);
     progress.clear();
+    // Of a run the status bar holds only what failed on files.
+    if (!session.form1.StatusBar1.panel1.get().empty()) {
+      complain(session.form1.StatusBar1.panel1.get());
+      exit_code = std::max(exit_code, kExitYellow);
+    }
     if (!session.runs.rehearse || session.form1.ListView1.size() == rows ||
         session.form1.ListView1.at(session.form1.ListView1.size() - 1).icon == session::kRed)
       exit_code = std::max(exit_code, tell(context, names[i], told_since(session, rows), done));

@@ -69,7 +69,7 @@ bool is_one_name(std::string_view name) {
          !base::find_control_character(name);
 }
 
-/// Keeps the reason of a failure in the status bar.
+/// The status bar tells how it ended.
 bool delete_folder(Session& session, const std::string& path, const std::string& done) {
   show(session, "Deleting " + path + " ...");
   session.import.ImportStopped = false;
@@ -80,6 +80,8 @@ bool delete_folder(Session& session, const std::string& path, const std::string&
   session.log.close();
   if (deleted)
     show(session, done);
+  else if (session.form1.StatusBar1.panel1.get().starts_with("Deleting "))
+    show(session, "Ready.");  // declined or stopped; a fault stays shown
   return deleted;
 }
 

@@ -93,7 +93,7 @@ void TreeModel::take(const TreeChange& change) {
       endResetModel();
       break;
     case TreeChange::Kind::kChanged:
-      emit dataChanged(index_of(change.node), index_of(change.node));
+      Q_EMIT dataChanged(index_of(change.node), index_of(change.node));
       break;
     case TreeChange::Kind::kSelected:
     case TreeChange::Kind::kExpanded:
