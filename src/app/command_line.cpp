@@ -84,8 +84,17 @@ std::optional<int> parse(int argc, char** argv, Options& options) {
   app.add_flag_callback(
       "--debug", [&options] { options.command_line = kDebug; },
       "Details in Log.txt, passwords included; a fault ends the program");
+  for (const world::ConnectionOption& one : world::connection_options())
+    app.add_option(one.name, options.connection.*one.text, one.help)
+        ->type_name(one.type)
+        ->group("A real domain");
   try {
     app.parse(argc, argv);
+    if (!world::says_anything(options.connection))
+      return std::nullopt;
+    if (app.count("--lab") != 0)
+      return refuse("--lab is a world of its own: leave out either it or what names a real domain");
+    options.lab.clear();
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0)

@@ -1,25 +1,33 @@
 #include "app/program.hpp"
 
+#include <QAction>
+#include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTimer>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
+#include "app/connection_window.hpp"
 #include "app/single_instance.hpp"
 #include "app/start_window.hpp"
 #include "base/errors.hpp"
 #include "screens/application.hpp"
 #include "screens/help_topics.hpp"
+#include "screens/icons.hpp"
 #include "screens/main_window.hpp"
 #include "screens/program_windows.hpp"
 #include "screens/qt_dialogs.hpp"
 #include "screens/text.hpp"
 #include "session/activity_log.hpp"
 #include "session/start_up.hpp"
+#include "world/live_ground.hpp"
 #include "world/world.hpp"
 
 namespace twk::app {
@@ -35,25 +43,39 @@ int screen_width() {
   return static_cast<int>(std::lround(screen->size().width() * screen->devicePixelRatio()));
 }
 
-/// A lab and the session in it, from its opening to the end of the main window.
+/// Makes the world that a workplace is in; `tell` is told what the person should know of it.
+using MakeWorld = std::function<std::unique_ptr<world::World>(
+    platform::Dialogs& dialogs, const std::function<void(const std::string&)>& tell)>;
+
+/// Lets the next start use a connection. That it cannot be written does not keep this run from it.
+void keep(const live::Folders& folders, const world::ConnectionOptions& options) {
+  if (!world::store_connection(folders, options))
+    complain("the connection cannot be stored in " + screens::to_qt(live::registry_folder(folders)));
+}
+
+/// A world and the session in it, from its opening to the end of the main window.
 class Workplace {
  public:
-  /// Raises what cannot be opened: no lab, files of another version, files that do not read.
-  Workplace(const Options& options, const std::string& folder)
-      : world_(checked(folder), dialogs_, [this](const std::string& text) { repairs_.push_back(text); }) {
-    world_.choose_domain_and_database(options.database);
-    session_ = std::make_unique<session::Session>(world_.services(), options.command_line,
-                                                  world_.program_directory());
+  /// Raises what cannot be opened: no lab, files of another version, files that do not read, a domain that
+  /// does not answer.
+  Workplace(const Options& options, const MakeWorld& make_world)
+      : world_(make_world(dialogs_, [this](const std::string& text) { tell(text); })) {
+    world_->choose_domain_and_database(options.database);
+    session_ = std::make_unique<session::Session>(world_->services(), options.command_line,
+                                                  world_->program_directory());
     dialogs_.set_session(*session_);
     start();
-    for (const std::string& repair : repairs_)
-      session::LOG_TAB(*session_, session::kYellow, repair);
+    started_ = true;
+    for (const std::string& text : std::exchange(told_, {}))
+      tell(text);
   }
 
   int work() {
     if (outcome_ == session::StartUp::kNotPermitted)
       return kExitNotPermitted;
     screens::MainWindow window(*session_);
+    if (!world_->is_lab())
+      add_connection_entry(window);
     window.show();
     screens::open_help_with_f1(window);
     QTimer::singleShot(
@@ -62,10 +84,12 @@ class Workplace {
   }
 
  private:
-  static const std::string& checked(const std::string& folder) {
-    if (world::may_be_lab(folder))
-      return folder;
-    throw base::RuntimeError(base::error::kPathNotFound, folder + " is no lab: it holds no lab.conf");
+  /// The log tab has no row before the session is up, and its start clears it.
+  void tell(const std::string& text) {
+    if (started_)
+      session::LOG_TAB(*session_, session::kYellow, text);
+    else
+      told_.push_back(text);
   }
 
   void start() {
@@ -79,9 +103,29 @@ class Workplace {
     }
   }
 
+  void add_connection_entry(screens::MainWindow& window) {
+    auto* const menu = window.findChild<QMenu*>("mnuFile");
+    auto* const entry = new QAction(screens::icon("domain"), "&Connection…", &window);
+    entry->setObjectName("connection");
+    menu->insertAction(menu->actions().back(), entry);
+    QObject::connect(entry, &QAction::triggered, &window,
+                     [this, &window] { screens::run_guarded([&] { change_connection(window); }); });
+  }
+
+  void change_connection(QWidget& window) {
+    const auto chosen = choose_connection(world::read_connection(world_->stored_registry()), {}, &window);
+    if (!chosen)
+      return;
+    if (!world::save_connection(world_->stored_registry(), chosen->options))
+      throw base::RuntimeError(base::error::kPathFileAccess,
+                               "Cannot write the settings in " + world_->settings_folder());
+    session_->form1.StatusBar1.panel1 = "The connection is used from the next start on.";
+  }
+
   screens::QtDialogs dialogs_;
-  std::vector<std::string> repairs_;
-  world::World world_;
+  std::vector<std::string> told_;
+  bool started_ = false;
+  std::unique_ptr<world::World> world_;
   std::unique_ptr<session::Session> session_;
   session::StartUp outcome_ = session::StartUp::kReady;
 };
@@ -95,10 +139,20 @@ void tell_unopened(const QString& lab, const std::exception& failure) {
   box.exec();
 }
 
+std::unique_ptr<world::World> make_lab_world(const std::string& folder, platform::Dialogs& dialogs,
+                                             const std::function<void(const std::string&)>& tell) {
+  if (!world::may_be_lab(folder))
+    throw base::RuntimeError(base::error::kPathNotFound, folder + " is no lab: it holds no lab.conf");
+  return std::make_unique<world::World>(folder, dialogs, tell);
+}
+
 /// None for a lab that cannot be opened; a box told.
 std::unique_ptr<Workplace> open(const Options& options, const QString& lab) {
   try {
-    auto workplace = std::make_unique<Workplace>(options, screens::from_qt(lab));
+    auto workplace = std::make_unique<Workplace>(
+        options, [folder = screens::from_qt(lab)](auto& dialogs, const auto& tell) {
+          return make_lab_world(folder, dialogs, tell);
+        });
     remember_lab(lab);
     return workplace;
   } catch (const std::exception& failure) {
@@ -107,12 +161,72 @@ std::unique_ptr<Workplace> open(const Options& options, const QString& lab) {
   }
 }
 
-int run_on_chosen_lab(const Options& options, screens::QtDialogs& dialogs) {
-  while (const auto lab = choose_lab(dialogs)) {
-    if (const auto workplace = open(options, *lab))
+/// A password typed into the window counts before one that is asked for.
+std::unique_ptr<world::World> make_domain_world(const ChosenConnection& chosen, platform::Dialogs& dialogs,
+                                                const std::function<void(const std::string&)>& tell) {
+  const auto ask = [&dialogs, typed = chosen.password](const std::string& user) {
+    std::string password =
+        typed.empty() ? dialogs.InputBox("Password of " + user + ":", "Log On", true) : typed;
+    return password.empty() ? std::nullopt : std::optional(std::move(password));
+  };
+  auto world = world::make_live_world(chosen.options, {.password = ask, .tell = tell}, dialogs);
+  if (!chosen.without_domain)
+    world->connect();
+  return world;
+}
+
+/// Works in a real domain; a connection that fails is shown in its window, to be mended or given up. None
+/// when the person gave up.
+std::optional<int> run_on_domain(const Options& options, ChosenConnection chosen) {
+  for (;;) {
+    QString problem;
+    try {
+      Workplace workplace(
+          options, [&](auto& dialogs, const auto& tell) { return make_domain_world(chosen, dialogs, tell); });
+      return workplace.work();
+    } catch (const base::RuntimeError& failure) {
+      problem = screens::to_qt(failure.description());
+      complain(problem);
+    }
+    const live::Folders folders = live::user_folders();
+    auto other = choose_connection(world::wanted_connection(folders, chosen.options), problem, nullptr);
+    if (!other)
+      return std::nullopt;
+    chosen = std::move(*other);
+    keep(folders, chosen.options);
+  }
+}
+
+std::optional<int> connect_first(const Options& options) {
+  const live::Folders folders = live::user_folders();
+  auto chosen = choose_connection(world::wanted_connection(folders, options.connection), {}, nullptr);
+  if (!chosen)
+    return std::nullopt;
+  keep(folders, chosen->options);
+  return run_on_domain(options, std::move(*chosen));
+}
+
+int run_on_choice(const Options& options, screens::QtDialogs& dialogs) {
+  while (const auto choice = choose_start(dialogs)) {
+    if (choice->lab.isEmpty()) {
+      if (const auto code = connect_first(options))
+        return *code;
+    } else if (const auto workplace = open(options, choice->lab)) {
       return workplace->work();
+    }
   }
   return 0;
+}
+
+/// A real domain is worked in as soon as one is named, on the command line or in the settings.
+int run_without_lab(const Options& options, screens::QtDialogs& dialogs) {
+  const bool named = world::says_anything(options.connection) ||
+                     !world::stored_connection(live::user_folders()).domain.empty();
+  if (!named)
+    return run_on_choice(options, dialogs);
+  if (const auto code = run_on_domain(options, {options.connection, {}, false}))
+    return *code;
+  return world::says_anything(options.connection) ? kExitBadData : run_on_choice(options, dialogs);
 }
 
 int end_second_start(const SingleInstance& instance) {
@@ -134,7 +248,7 @@ int run(const Options& options) {
   if (options.command_line == "/DEBUG")
     static_cast<screens::Application*>(qApp)->on_failure = end_on_failure;
   if (options.lab.empty())
-    return run_on_chosen_lab(options, dialogs);
+    return run_without_lab(options, dialogs);
   const auto workplace = open(options, screens::to_qt(options.lab));
   return workplace ? workplace->work() : kExitBadData;
 }

@@ -32,7 +32,7 @@ class StartWindow final : public QDialog {
     resize(sizeHint().expandedTo({520, 360}));
   }
 
-  [[nodiscard]] QString lab() const { return lab_; }
+  [[nodiscard]] StartChoice choice() const { return {lab_}; }
 
  private:
   void add_heading(QVBoxLayout& layout) {
@@ -41,7 +41,7 @@ class StartWindow final : public QDialog {
     picture->setPixmap(screens::icon("tarnwick").pixmap(kIconSize));
     row->addWidget(picture);
     auto* const text = new QLabel(
-        "Choose the lab to work in.\n"
+        "Connect to a domain, or choose a lab to work in.\n"
         "A lab is a whole small domain inside a folder: nothing leaves this computer.",
         this);
     text->setWordWrap(true);
@@ -78,11 +78,12 @@ class StartWindow final : public QDialog {
       row->addWidget(button);
       return button;
     };
+    add("&Connect to a Domain…", "connect", "domain", [this] { choose({}); });
     add("&Open a Lab…", "open", "folder", [this] { open_other(); });
     auto* const make = add("&Make a Sample Lab…", "make", "new", [this] { make_one(); });
     row->addStretch(1);
     add("&Quit", "quit", "exit1", [this] { reject(); });
-    auto* const again = add("Open", "again", "domain", [this] { open_recent(); });
+    auto* const again = add("Open", "again", "folder", [this] { open_recent(); });
     again->setVisible(recent_->count() > 0);
     (recent_->count() > 0 ? again : make)->setDefault(true);
     layout.addLayout(row);
@@ -133,11 +134,11 @@ void remember_lab(const QString& folder) {
   QSettings().setValue(kRecent, QStringList(labs.mid(0, kMostRecent)));
 }
 
-std::optional<QString> choose_lab(platform::Dialogs& dialogs) {
+std::optional<StartChoice> choose_start(platform::Dialogs& dialogs) {
   StartWindow window(dialogs);
   if (window.exec() != QDialog::Accepted)
     return std::nullopt;
-  return window.lab();
+  return window.choice();
 }
 
 }  // namespace twk::app

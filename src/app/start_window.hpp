@@ -6,12 +6,17 @@
 
 #include "platform/dialogs.hpp"
 
-/// What a person sees who names no lab.
+/// What a person sees who names neither a lab nor a domain.
 namespace twk::app {
 
-/// Asks which lab to work in: one of those opened before, another one, or a new sample. None when the person
-/// quits. The boxes of a new lab's making go through `dialogs`.
-std::optional<QString> choose_lab(platform::Dialogs& dialogs);
+/// What the person chose to work in.
+struct StartChoice {
+  QString lab;  ///< its folder; empty: a real domain
+};
+
+/// Asks what to work in: a real domain, one of the labs opened before, another one, or a new sample. None
+/// when the person quits. The boxes of a new lab's making go through `dialogs`.
+std::optional<StartChoice> choose_start(platform::Dialogs& dialogs);
 
 /// Folders of the labs that were opened, the last one first; those that went away are left out.
 QStringList recent_labs();

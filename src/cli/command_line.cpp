@@ -9,6 +9,7 @@
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "cli/interrupt.hpp"
+#include "cli/logon_password.hpp"
 
 namespace twk::cli {
 namespace {
@@ -17,10 +18,21 @@ constexpr std::string_view kFooter =
     "Exit code: 0 GREEN, 1 YELLOW, 2 RED, 64 usage, 65 bad input data, 70 a fault of the program,\n"
     "77 not permitted. A value that begins with \"-\" is given as --option=-value, or behind \"--\".";
 
+void add_connection_options(CLI::App& app, GlobalOptions& options) {
+  constexpr const char* kGroup = "A real domain";
+  for (const world::ConnectionOption& one : world::connection_options())
+    app.add_option(one.name, options.connection.*one.text, one.help)->type_name(one.type)->group(kGroup);
+  app.add_option("--logon-password-file", options.logon_password_file,
+                 "That password, the first line of a file; - for standard input")
+      ->type_name("FILE")
+      ->group(kGroup);
+  app.add_flag("--live", options.live, "The real domain, whatever TWK_LAB names")->group(kGroup);
+}
+
 void add_global_options(CLI::App& app, GlobalOptions& options) {
   app.add_option("--lab", options.lab, "Folder of the lab to work in; TWK_LAB in the environment else")
       ->type_name("DIR");
-  app.add_flag("--live", options.live)->group("");
+  add_connection_options(app, options);
   app.add_option("--db", options.db, "Database directory for this run")->type_name("DIR");
   app.add_flag("--json", options.json, "Results as one JSON object a line");
   auto* yes = app.add_flag("--yes", options.yes, "Answer every question with Yes");
@@ -74,6 +86,7 @@ bool parse(CLI::App& app, int argc, char** argv) {
 int run(int argc, char** argv) {
   check_arguments(argc, argv);
   Context context;
+  context.options().logon_password = take_password_of_environment();
   CLI::App app("User accounts of Windows domains", "twk");
   app.footer(std::string(kFooter));
   app.set_version_flag("--version", std::string("twk ") + TWK_VERSION);
@@ -81,6 +94,7 @@ int run(int argc, char** argv) {
   app.fallthrough();
   add_global_options(app, context.options());
   add_lab_commands(app, context);
+  add_doctor_command(app, context);
   add_settings_commands(app, context);
   add_site_commands(app, context);
   add_template_commands(app, context);
@@ -102,8 +116,6 @@ int run(int argc, char** argv) {
   add_database_commands(app, context);
   if (!parse(app, argc, argv))
     return kExitGreen;
-  if (context.options().live)
-    throw UsageError("--live is not available: this build works on labs only, give --lab DIR");
   catch_interrupts();
   const int exit_code = context.run();
   context.output().finish();

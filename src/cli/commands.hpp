@@ -9,6 +9,7 @@ class Context;
 /// Each adds one command with its sub-commands. Parsing decides which action runs; it runs when the whole
 /// command line is understood.
 void add_lab_commands(CLI::App& app, Context& context);
+void add_doctor_command(CLI::App& app, Context& context);
 void add_settings_commands(CLI::App& app, Context& context);
 void add_site_commands(CLI::App& app, Context& context);
 void add_template_commands(CLI::App& app, Context& context);

@@ -7,11 +7,11 @@
 #include "base/text.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
+#include "cli/logon_password.hpp"
 #include "cli/progress.hpp"
 #include "lifecycle/rehearsal.hpp"
 #include "session/settings.hpp"
 #include "session/start_up.hpp"
-#include "world/world.hpp"
 
 namespace twk::cli {
 namespace {
@@ -25,6 +25,27 @@ void tell_log_rows(const session::Session& session, std::size_t first) {
     const std::string_view text = base::trim(rows.at(i).text);
     if (rows.at(i).icon != session::kGreen && told.insert(text).second)
       complain(rows.at(i).icon + ": " + std::string(text));
+  }
+}
+
+std::unique_ptr<world::World> make_real_world(const world::ConnectionOptions& given, live::Prompts prompts,
+                                              platform::Dialogs& dialogs) {
+  try {
+    return world::make_live_world(given, std::move(prompts), dialogs);
+  } catch (const base::RuntimeError& failure) {
+    throw UsageError(failure.description());
+  }
+}
+
+void connect_or_say_how(world::World& world) {
+  try {
+    world.connect();
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() != platform::ads_error::kNoSuchDomain)
+      throw;
+    throw UsageError(failure.description() +
+                     ": give --domain NAME or --lab DIR in front of the command, or set "
+                     "TWK_LAB; `twk lab init DIR --sample` makes a lab");
   }
 }
 
@@ -58,32 +79,57 @@ int Context::run() {
   return action_();
 }
 
-std::filesystem::path Context::lab_folder() const {
-  if (!options_.lab.empty())
+std::filesystem::path Context::named_lab() const {
+  if (!options_.lab.empty()) {
+    if (options_.live || world::says_anything(options_.connection))
+      throw UsageError("--lab is a world of its own: leave out either it or what names a real domain");
     return options_.lab;
+  }
   const char* variable = std::getenv("TWK_LAB");  // NOLINT(concurrency-mt-unsafe): one thread
-  if (variable != nullptr && *variable != '\0')
-    return variable;
-  throw UsageError(
-      "no lab: give --lab DIR in front of the command, or set TWK_LAB; `twk lab init DIR --sample` makes "
-      "one");
+  const bool real = options_.live || world::says_anything(options_.connection);
+  return variable == nullptr || real ? "" : variable;
+}
+
+std::filesystem::path Context::lab_folder() const {
+  std::filesystem::path folder = named_lab();
+  if (folder.empty()) {
+    throw UsageError(
+        "this needs a lab: give --lab DIR in front of the command, or set TWK_LAB; `twk lab init DIR "
+        "--sample` makes one");
+  }
+  return folder;
 }
 
 world::World& Context::world() {
   if (world_)
     return *world_;
-  const std::filesystem::path folder = lab_folder();
-  if (!world::may_be_lab(folder))
-    throw BadInput(folder.string() +
-                   " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
-  world_ =
-      std::make_unique<world::World>(folder, dialogs_, [](const std::string& warning) { complain(warning); });
+  const std::filesystem::path folder = named_lab();
+  if (folder.empty()) {
+    world_ = make_real_world(options_.connection, prompts(), dialogs_);
+  } else {
+    if (!world::may_be_lab(folder))
+      throw BadInput(folder.string() +
+                     " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
+    world_ = std::make_unique<world::World>(folder, dialogs_,
+                                            [](const std::string& warning) { complain(warning); });
+  }
   world_->choose_domain_and_database(options_.db);
   return *world_;
 }
 
 lab::Lab& Context::lab() {
+  static_cast<void>(lab_folder());
   return world().lab();
+}
+
+live::LiveDomain& Context::connected_domain() {
+  connect_or_say_how(world());
+  return world().live().domain();
+}
+
+live::Prompts Context::prompts() {
+  return {.password = [this](const std::string& user) { return logon_password(options_, user); },
+          .tell = [](const std::string& text) { complain(text); }};
 }
 
 const platform::Platform& Context::services() {
@@ -95,15 +141,16 @@ platform::RegistryAccess& Context::registry() {
 }
 
 platform::RegistryListing& Context::registry_listing() {
-  return world().lab().registry_listing();
+  return world().registry_listing();
 }
 
 Domain Context::domain() {
-  const lab::LabConfig& config = lab().config();
+  connect_or_say_how(world());
+  const world::DomainNames names = world().domain_names();
   return {.services = services(),
-          .name = lab::domain_name(config),
-          .nt_name = config.netbios,
-          .active_directory = config.kind != lab::DomainKind::kNt};
+          .name = names.name,
+          .nt_name = names.nt_name,
+          .active_directory = names.active_directory};
 }
 
 void Context::override_setting(std::string_view sub_key, std::string_view name, std::string value) {
@@ -117,6 +164,9 @@ void Context::rehearse(std::function<void(const std::string&)> tell) {
 session::Session& Context::session(Depth depth) {
   if (session_)
     return *session_;
+  // The windows' routines pass over what they cannot reach; a command says why at once.
+  if (depth == Depth::kDomain)
+    connect_or_say_how(world());
   const platform::Platform platform = rehearsal_ ? rehearsal_->services() : services();
   session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
                                                 world().program_directory());

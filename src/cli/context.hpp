@@ -3,21 +3,17 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "cli/console_dialogs.hpp"
 #include "cli/directory_reader.hpp"
 #include "cli/output.hpp"
 #include "session/session.hpp"
+#include "world/world.hpp"
 
-namespace twk::lab {
-class Lab;
-}
 namespace twk::lifecycle {
 class Rehearsal;
-}
-namespace twk::world {
-class World;
 }
 
 namespace twk::cli {
@@ -25,7 +21,10 @@ namespace twk::cli {
 /// The options in front of the command.
 struct GlobalOptions {
   std::string lab;
-  bool live = false;
+  bool live = false;  ///< the real domain, whatever lab the environment names
+  world::ConnectionOptions connection;
+  std::string logon_password_file;            ///< "-" for standard input
+  std::optional<std::string> logon_password;  ///< of the environment
   std::string db;
   bool json = false;
   bool yes = false;
@@ -40,7 +39,8 @@ enum class Depth {
   kDomain,     ///< the whole start-up: the domain is in the tree and the lists as well
 };
 
-/// What one run of the program works with. The lab and the session are opened when a command asks for them.
+/// What one run of the program works with. The lab or the domain and the session are opened when a command
+/// asks for them.
 class Context {
  public:
   Context();
@@ -59,13 +59,21 @@ class Context {
 
   /// The folder of the lab, from the command line or the environment. Raises `UsageError` without one.
   [[nodiscard]] std::filesystem::path lab_folder() const;
-  /// The world of that lab. Raises `BadInput` when there is none.
+  /// The lab that is named, else the real domain. Raises `BadInput` for a folder that holds no lab,
+  /// `UsageError` for options that do not go together.
   world::World& world();
+  /// Raises `UsageError` when the world is none.
   lab::Lab& lab();
+  /// The real domain, which answers. Raises what is wrong with the connection.
+  live::LiveDomain& connected_domain();
+  /// What a connection to a real domain asks and tells: the password of the logon, from where the options say
+  /// or from the terminal.
+  live::Prompts prompts();
   const platform::Platform& services();
-  /// The registry as the lab keeps it, and all that is in it.
+  /// The registry as it is stored, and all that is in it.
   platform::RegistryAccess& registry();
   platform::RegistryListing& registry_listing();
+  /// The domain, which answers. Raises what is wrong with the connection.
   Domain domain();
   /// Lets a setting of the machine have a value for this run; what is stored stays as it is.
   void override_setting(std::string_view sub_key, std::string_view name, std::string value);
@@ -75,6 +83,9 @@ class Context {
   session::Session& session(Depth depth);
 
  private:
+  /// Empty when none is named.
+  [[nodiscard]] std::filesystem::path named_lab() const;
+
   GlobalOptions options_;
   Output output_;
   ConsoleDialogs dialogs_;

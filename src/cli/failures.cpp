@@ -20,6 +20,8 @@ int exit_code_of_error(std::uint32_t number) {
     case platform::ads_error::kAccessDenied:
     case platform::ads_error::kLogonFailure:
       return kExitNotPermitted;
+    case platform::ads_error::kServerDown:
+      return kExitRed;
     case base::error::kBadFileName:
     case base::error::kFileNotFound:
     case base::error::kPathNotFound:

@@ -5,13 +5,17 @@
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "cli/input.hpp"
+#include "cli/interrupt.hpp"
 #include "cli/lab_import.hpp"
+#include "cli/progress.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/lab.hpp"
 #include "lab/lab_create.hpp"
+#include "live/live.hpp"
 #include "local/posix_files.hpp"
 #include "session/settings.hpp"
 #include "world/sample_lab.hpp"
+#include "world/snapshot.hpp"
 
 namespace twk::cli {
 namespace {
@@ -88,6 +92,40 @@ int import_lab(Context& context, const std::string& file) {
   return kExitGreen;
 }
 
+/// The copy is of the real domain, also where TWK_LAB names a lab to work in.
+int copy_domain(Context& context, const std::string& folder) {
+  const std::filesystem::path lab = folder;
+  std::error_code unreadable;
+  if (std::filesystem::exists(lab, unreadable) && !std::filesystem::is_empty(lab, unreadable))
+    throw Refused(folder + " is not an empty folder.");
+  if (!context.options().lab.empty())
+    throw UsageError("with --live the lab is named behind it: leave --lab out");
+  context.options().live = true;
+  live::LiveDomain& domain = context.connected_domain();
+  std::optional<world::Snapshot> copied;
+  {
+    Progress progress;
+    copied = world::take_snapshot(domain, lab, [&](std::size_t entries) {
+      progress.show("Copying " + domain.settings().domain + ": " + std::to_string(entries) + " entries");
+      return !interrupted();
+    });
+  }
+  if (!copied)
+    throw Refused("The copy was stopped; no lab was made.");
+  world::World made(lab, context.dialogs(), [](const std::string& text) { complain(text); });
+  world::record_domain(made);
+  context.output().result({{"lab", std::filesystem::absolute(lab).string()},
+                           {"domain", domain.settings().domain},
+                           {"users", copied->users},
+                           {"groups", copied->groups},
+                           {"ous", copied->ous},
+                           {"entries", copied->entries}},
+                          domain.settings().domain + " copied into " + folder + ": " +
+                              std::to_string(copied->users) + " users, " + std::to_string(copied->groups) +
+                              " groups, " + std::to_string(copied->ous) + " OUs.");
+  return kExitGreen;
+}
+
 int export_lab(Context& context) {
   context.lab();
   const auto store =
@@ -123,13 +161,19 @@ void add_lab_commands(CLI::App& app, Context& context) {
       [=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
 
   auto file = std::make_shared<std::string>();
+  auto copy = std::make_shared<std::string>();
   auto* command = group->add_subcommand(
-      "import", "Take over the entries of an LDIF file; makes the lab when there is none");
-  command->add_option("LDIF", *file, "The file; - for standard input")->required();
+      "import",
+      "Take over the entries of an LDIF file, which makes the lab when there is none; or copy a domain");
+  command->add_option("LDIF", *file, "The file; - for standard input");
+  command->add_option("--live", *copy, "Copy the real domain into a new lab in that folder")
+      ->type_name("DIR");
   command->callback([=, &context] {
-    context.set_action([=, &context] { return import_lab(context, *file); });
-  }  // namespace twk::cli
-  );
+    if (file->empty() == copy->empty())
+      throw CLI::ValidationError("lab import takes an LDIF file or --live DIR");
+    context.set_action(
+        [=, &context] { return copy->empty() ? import_lab(context, *file) : copy_domain(context, *copy); });
+  });
 
   auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
   exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });

@@ -70,8 +70,7 @@ void write_setting(Context& context, std::uint32_t hive, std::string_view key, s
                    std::string_view value) {
   if (!context.registry().Reg_Write(hive, key, name, value)) {
     throw base::RuntimeError(base::error::kPathFileAccess, "Cannot write the setting " + std::string(name) +
-                                                               " in " +
-                                                               (context.lab_folder() / "settings").string());
+                                                               " in " + context.world().settings_folder());
   }
 }
 

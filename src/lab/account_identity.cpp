@@ -4,6 +4,7 @@
 #include <array>
 #include <set>
 
+#include "ads/account_names.hpp"
 #include "base/text.hpp"
 #include "lab/errors.hpp"
 #include "lab/membership.hpp"
@@ -14,46 +15,6 @@ namespace {
 using platform::AccountSid;
 using platform::Sid;
 namespace security_error = platform::security_error;
-
-constexpr std::string_view kNtAuthority = "NT AUTHORITY";
-constexpr std::string_view kBuiltin = "BUILTIN";
-
-struct WellKnown {
-  std::string_view name;
-  std::string_view domain;
-  Sid sid;
-};
-
-/// Names that every server knows, [MS-DTYP] 2.4.2.4.
-const std::vector<WellKnown>& well_known_accounts() {
-  static const std::vector<WellKnown> accounts = {
-      {"Everyone", "", platform::well_known::everyone()},
-      {"CREATOR OWNER", "", platform::well_known::creator_owner()},
-      {"CREATOR GROUP", "", platform::well_known::creator_group()},
-      {"SYSTEM", kNtAuthority, platform::well_known::local_system()},
-      {"Authenticated Users", kNtAuthority, platform::well_known::authenticated_users()},
-      {"NETWORK", kNtAuthority, Sid(5, {2})},
-      {"INTERACTIVE", kNtAuthority, Sid(5, {4})},
-      {"Administrators", kBuiltin, platform::well_known::administrators()},
-      {"Users", kBuiltin, platform::well_known::users()},
-      {"Guests", kBuiltin, Sid(5, {32, 546})},
-      {"Power Users", kBuiltin, Sid(5, {32, 547})},
-      {"Backup Operators", kBuiltin, Sid(5, {32, 551})}};
-  return accounts;
-}
-
-/// A name with the domain or server in front of it, or none.
-struct QualifiedName {
-  std::string_view domain;
-  std::string_view name;
-};
-
-QualifiedName split_name(std::string_view account) {
-  const std::size_t slash = account.find('\\');
-  if (slash == base::npos)
-    return {{}, account};
-  return {account.substr(0, slash), account.substr(slash + 1)};
-}
 
 std::optional<Sid> sid_of(const Entry& entry) {
   const auto bytes = entry.value("objectSid");
@@ -70,7 +31,7 @@ const Entry* find_in_domain(const LabDomain& domain, std::string_view name) {
   return name.find('@') == base::npos ? nullptr : domain.store.find_principal(name);
 }
 
-std::optional<AccountSid> domain_account(const LabDomain& domain, const QualifiedName& wanted) {
+std::optional<AccountSid> domain_account(const LabDomain& domain, const ads::AccountName& wanted) {
   if (!wanted.domain.empty() && !is_domain_name(domain, wanted.domain))
     return std::nullopt;
   const Entry* const entry = find_in_domain(domain, wanted.name);
@@ -80,26 +41,11 @@ std::optional<AccountSid> domain_account(const LabDomain& domain, const Qualifie
   return AccountSid{*sid, domain.config.netbios};
 }
 
-std::optional<AccountSid> well_known_account(const QualifiedName& wanted) {
-  for (const WellKnown& account : well_known_accounts()) {
-    const bool domain_fits = wanted.domain.empty() || base::equals_fold(wanted.domain, account.domain);
-    if (domain_fits && base::equals_fold(wanted.name, account.name))
-      return AccountSid{account.sid, std::string(account.domain)};
-  }
-  return std::nullopt;
-}
-
-std::optional<AccountSid> server_account(const FileServer& server, const QualifiedName& wanted) {
+std::optional<AccountSid> server_account(const FileServer& server, const ads::AccountName& wanted) {
   if (!wanted.domain.empty() && !base::equals_fold(wanted.domain, server.name()))
     return std::nullopt;
   const auto sid = server.find_account(wanted.name);
   return sid ? std::optional(AccountSid{*sid, server.name()}) : std::nullopt;
-}
-
-std::string_view without_backslashes(std::string_view server) {
-  if (server.starts_with("\\\\"))
-    server.remove_prefix(2);
-  return server;
 }
 
 /// The server, or null for the domain's controller. Raises kServerUnavailable.
@@ -131,9 +77,9 @@ void add_groups(LabDomain& domain, const Entry& member, std::set<Sid>& identifie
 
 AccountSid look_up_account(LabDomain& domain, std::string_view server_name, std::string_view account) {
   domain.store.refresh();
-  const QualifiedName wanted = split_name(account);
-  FileServer* const server = require_server(domain, without_backslashes(server_name));
-  std::optional<AccountSid> found = well_known_account(wanted);
+  const ads::AccountName wanted = ads::split_account_name(account);
+  FileServer* const server = require_server(domain, ads::without_backslashes(server_name));
+  std::optional<AccountSid> found = ads::well_known_account(wanted);
   if (!found && server != nullptr)
     found = server_account(*server, wanted);
   if (!found && (server == nullptr || server->is_domain_member()))
@@ -147,12 +93,9 @@ AccountSid look_up_account(LabDomain& domain, std::string_view server_name, std:
 
 std::string account_text(LabDomain& domain, std::string_view server_name, const Sid& sid) {
   domain.store.refresh();
-  for (const WellKnown& account : well_known_accounts()) {
-    if (account.sid == sid)
-      return account.domain.empty() ? std::string(account.name)
-                                    : std::string(account.domain) + "\\" + std::string(account.name);
-  }
-  FileServer* const server = require_server(domain, without_backslashes(server_name));
+  if (const auto text = ads::well_known_text(sid))
+    return *text;
+  FileServer* const server = require_server(domain, ads::without_backslashes(server_name));
   if (server != nullptr) {
     if (const auto name = server->account_name(sid))
       return server->name() + "\\" + *name;

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
+#include "ads/share_object.hpp"
 #include "base/errors.hpp"
 #include "platform/directory.hpp"
 
@@ -10,10 +8,9 @@ namespace twk::lab {
 
 namespace ads_error = platform::ads_error;
 
-inline constexpr std::uint32_t kBadNetPath = 0x80070035;     ///< ERROR_BAD_NETPATH
-inline constexpr std::uint32_t kShareNotFound = 0x80070906;  ///< NERR_NetNameNotFound
-inline constexpr std::uint32_t kShareExists = 0x80070846;    ///< NERR_DuplicateShare
-
+using ads::kBadNetPath;
+using ads::kShareExists;
+using ads::kShareNotFound;
 using base::raise;
 
 }  // namespace twk::lab

@@ -78,8 +78,8 @@ void ExchangeServers::end_batch() {
   --batches_;
   base::Trap trap;
   std::optional<base::RuntimeError> failure;
-  for (const auto& [name, store] : open_) {
-    if (!trap([&] { store->end_batch(); }))
+  for (const auto& opened : open_) {
+    if (!trap([&] { opened.second->end_batch(); }))
       failure.emplace(trap.number(), trap.description());
   }
   if (failure)

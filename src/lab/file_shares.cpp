@@ -115,7 +115,7 @@ void FileShares::check(const FileShare& share) const {
     raise(base::error::kPathNotFound, "The server has no folder " + share.path);
 }
 
-std::vector<FileShare> FileShares::all() const {
+std::vector<FileShare> FileShares::all() {
   std::vector<FileShare> shares;
   for (const std::string& drive : drives_())
     shares.push_back(drive_share(drive));
@@ -127,7 +127,7 @@ std::vector<FileShare> FileShares::all() const {
   return shares;
 }
 
-std::optional<FileShare> FileShares::find(std::string_view name) const {
+std::optional<FileShare> FileShares::find(std::string_view name) {
   if (is_drive_share(name))
     return drive_share(name.substr(0, 1));
   const Entry* const entry = store_.find(share_dn(name));

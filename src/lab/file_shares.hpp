@@ -9,19 +9,13 @@
 #include <string_view>
 #include <vector>
 
+#include "ads/share_object.hpp"
 #include "lab/entry_store.hpp"
 #include "platform/security_descriptor.hpp"
 
 namespace twk::lab {
 
-struct FileShare {
-  std::string name;
-  std::string path;  ///< on the server, "D:\Users"
-  std::string comment;
-  std::int32_t max_users = -1;
-  std::optional<platform::SecurityDescriptor> descriptor{};  ///< none: everybody may do everything
-  bool administrative = false;                               ///< a drive's own share; it is in no record
-};
+using ads::FileShare;
 
 /// The shares of a file server, records of its "server.ldif":
 ///
@@ -33,7 +27,7 @@ struct FileShare {
 ///     nTSecurityDescriptor:: …  self-relative, when there is one
 ///
 /// Each drive is also shared as a whole, as "D$".
-class FileShares {
+class FileShares final : public ads::ShareStore {
  public:
   /// `drives` gives the letters of the server's drives; `has_folder` tells whether a path of the server is a
   /// folder.
@@ -41,14 +35,14 @@ class FileShares {
              std::function<bool(std::string_view)> has_folder);
 
   /// The drives' shares first, then the others in the order they were made.
-  [[nodiscard]] std::vector<FileShare> all() const;
-  [[nodiscard]] std::optional<FileShare> find(std::string_view name) const;
+  [[nodiscard]] std::vector<FileShare> all() override;
+  [[nodiscard]] std::optional<FileShare> find(std::string_view name) override;
   /// Adds the share or replaces the one of its name (`replace`). Raises kShareExists for a new share of a
   /// name in use, kUnwilling for a drive's share, 76 for a path that is no folder of the server, and
   /// kConstraint for a name that is empty, longer than 80 characters, or holds a character that no share has.
-  void store(const FileShare& share, bool replace);
+  void store(const FileShare& share, bool replace) override;
   /// Raises kShareNotFound, kUnwilling for a drive's share.
-  void remove(std::string_view name);
+  void remove(std::string_view name) override;
   /// True when a share's folder is this one or lies below it. Drives' own shares hold nothing.
   [[nodiscard]] bool hold(std::string_view path);
 

@@ -1,6 +1,7 @@
 #include "lab/lab.hpp"
 
 #include "ads/dn.hpp"
+#include "ads/exchange_mailboxes.hpp"
 #include "lab/configuration_entries.hpp"
 #include "lab/entry_store.hpp"
 #include "lab/exchange_servers.hpp"
@@ -8,7 +9,6 @@
 #include "lab/lab_domain.hpp"
 #include "lab/lab_environment.hpp"
 #include "lab/lab_files.hpp"
-#include "lab/lab_mailboxes.hpp"
 #include "lab/lab_network.hpp"
 #include "lab/lab_query.hpp"
 #include "lab/lab_security.hpp"
@@ -40,7 +40,11 @@ struct Lab::Services {
         network(domain, identity),
         files(servers, identity, workstation_files),
         security(domain, identity, files),
-        mailboxes(domain),
+        mailboxes(directory, config.domain,
+                  [this](std::size_t count) {
+                    const std::string bytes = random_bytes(domain, count);
+                    return base::Bytes(bytes.begin(), bytes.end());
+                  }),
         registry((root / "settings").string()) {}
 
   std::filesystem::path folder;
@@ -59,7 +63,7 @@ struct Lab::Services {
   LabNetwork network;
   LabFiles files;
   LabSecurity security;
-  LabMailboxes mailboxes;
+  ads::ExchangeMailboxes mailboxes;
   local::RegistryFile registry;
 };
 

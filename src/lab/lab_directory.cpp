@@ -2,6 +2,7 @@
 
 #include "ads/namespace_object.hpp"
 #include "ads/schema_object.hpp"
+#include "ads/share_object.hpp"
 
 #include "lab/account_path.hpp"
 #include "lab/errors.hpp"
@@ -9,7 +10,6 @@
 #include "lab/ldap_object.hpp"
 #include "lab/passwords.hpp"
 #include "lab/root_dse.hpp"
-#include "lab/share_object.hpp"
 #include "lab/winnt_object.hpp"
 
 namespace twk::lab {
@@ -42,7 +42,7 @@ ObjectPtr LabDirectory::bind_share(const ads::AdsPath& path) {
   FileServer* const server = domain_.servers.find(path.server);
   if (server == nullptr)
     raise(kBadNetPath, "There is no file server " + path.server);
-  const auto object = std::make_shared<FileServerObject>(*server, path.server);
+  const auto object = std::make_shared<ads::FileServerObject>(server->shares(), path.server);
   return path.kind == ads::AdsPath::Kind::kFileShare ? object->GetObject("FileShare", path.name) : object;
 }
 

@@ -1,9 +1,8 @@
 #include "live/ldap_connection.hpp"
 
 #include <ldap.h>
-#include <sasl/sasl.h>
 
-#include <cstring>
+#include <ctime>
 #include <deque>
 
 #include "base/errors.hpp"
@@ -15,11 +14,7 @@ namespace {
 
 namespace ads_error = platform::ads_error;
 
-constexpr std::uint16_t kLdapPort = 389;
-constexpr std::uint16_t kLdapsPort = 636;
 constexpr std::string_view kDescriptorControl = "1.2.840.113556.1.4.801";  // LDAP_SERVER_SD_FLAGS_OID
-/// Kerberos with single DES has 56 bits; what is not sealed at all has 0 or 1.
-constexpr const char* kSealed = "minssf=56";
 
 berval to_berval(const std::string& text) {
   // The library reads the bytes and never writes them.
@@ -151,15 +146,6 @@ LdapEntry to_entry(LDAP* connection, LDAPMessage* message) {
   return entry;
 }
 
-/// The ticket needs no answers: every question gets its default.
-int answer_nothing(LDAP* /*connection*/, unsigned /*flags*/, void* /*defaults*/, void* questions) {
-  for (auto* one = static_cast<sasl_interact_t*>(questions); one->id != SASL_CB_LIST_END; ++one) {
-    one->result = "";
-    one->len = 0;
-  }
-  return LDAP_SUCCESS;
-}
-
 }  // namespace
 
 const std::vector<std::string>* LdapEntry::find(std::string_view name) const {
@@ -175,105 +161,46 @@ std::string LdapEntry::first(std::string_view name) const {
   return values == nullptr || values->empty() ? std::string() : values->front();
 }
 
-struct LdapConnection::Handle {
-  LDAP* connection = nullptr;
-  Handle() = default;
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  ~Handle() {
-    if (connection != nullptr)
-      ldap_unbind_ext_s(connection, nullptr, nullptr);
-  }
-};
-
-LdapConnection::LdapConnection(LiveSettings settings, std::string host, std::uint16_t port)
-    : settings_(std::move(settings)), host_(std::move(host)), port_(port) {}
+LdapConnection::LdapConnection(std::shared_ptr<Credentials> credentials, std::string host, std::uint16_t port)
+    : credentials_(std::move(credentials)), host_(std::move(host)), port_(port) {}
 
 LdapConnection::~LdapConnection() = default;
 
 std::string LdapConnection::diagnostic() const {
-  char* text = nullptr;
-  if (handle_ == nullptr ||
-      ldap_get_option(handle_->connection, LDAP_OPT_DIAGNOSTIC_MESSAGE, &text) != LDAP_OPT_SUCCESS ||
-      text == nullptr)
-    return {};
-  std::string result = text;
-  ldap_memfree(text);
-  return result;
+  return handle_ == nullptr ? std::string() : handle_->diagnostic();
 }
 
 void LdapConnection::close() {
   handle_.reset();
+  ends_.reset();
 }
 
 void LdapConnection::connect() {
-  const bool ldaps = settings_.logon == LiveSettings::Logon::kPassword &&
-                     settings_.tls == LiveSettings::Tls::kLdaps && port_ != kLdapPort;
-  const std::uint16_t port = port_ != 0 ? port_ : ldaps ? kLdapsPort : kLdapPort;
-  const std::string uri = std::string(ldaps ? "ldaps://" : "ldap://") + host_ + ":" + base::to_text(port);
-  auto handle = std::make_unique<Handle>();
-  if (const int result = ldap_initialize(&handle->connection, uri.c_str()); result != LDAP_SUCCESS)
-    raise_ldap_error(result, {}, LdapRequest::kBind, uri);
-  LDAP* const connection = handle->connection;
-  const int version = LDAP_VERSION3;
-  ldap_set_option(connection, LDAP_OPT_PROTOCOL_VERSION, &version);
-  // Other domains' servers are never contacted on a server's word.
-  ldap_set_option(connection, LDAP_OPT_REFERRALS, LDAP_OPT_OFF);
-  timeval timeout{};
-  timeout.tv_sec = settings_.timeout_seconds;
-  ldap_set_option(connection, LDAP_OPT_NETWORK_TIMEOUT, &timeout);
-  ldap_set_option(connection, LDAP_OPT_TIMEOUT, &timeout);
-  const int check = LDAP_OPT_X_TLS_HARD;
-  ldap_set_option(connection, LDAP_OPT_X_TLS_REQUIRE_CERT, &check);
-  if (!settings_.ca_file.empty())
-    ldap_set_option(connection, LDAP_OPT_X_TLS_CACERTFILE, settings_.ca_file.c_str());
-  const int as_client = 0;
-  ldap_set_option(connection, LDAP_OPT_X_TLS_NEWCTX, &as_client);
+  auto handle = connect_ldap(credentials_->settings(), host_, port_);
+  log_on(*handle, *credentials_, host_);
   handle_ = std::move(handle);
-}
-
-void LdapConnection::bind_with_ticket() {
-  LDAP* const connection = handle_->connection;
-  // Otherwise reverse name look-up decides which service the ticket is for.
-  ldap_set_option(connection, LDAP_OPT_X_SASL_NOCANON, LDAP_OPT_ON);
-  ldap_set_option(connection, LDAP_OPT_X_SASL_SECPROPS, kSealed);
-  const int result = ldap_sasl_interactive_bind_s(connection, nullptr, "GSSAPI", nullptr, nullptr,
-                                                  LDAP_SASL_QUIET, answer_nothing, nullptr);
-  if (result == LDAP_SUCCESS)
-    return;
-  const std::string text = diagnostic();
-  const bool no_logon = result == LDAP_LOCAL_ERROR || result == LDAP_AUTH_UNKNOWN;
-  close();
-  raise_ldap_error(no_logon ? LDAP_INVALID_CREDENTIALS : result, text, LdapRequest::kBind,
-                   "Log on to " + host_ + " with the Kerberos ticket");
-}
-
-void LdapConnection::bind_with_password() {
-  LDAP* const connection = handle_->connection;
-  int result = LDAP_SUCCESS;
-  if (ldap_tls_inplace(connection) == 0 &&
-      (settings_.tls == LiveSettings::Tls::kStartTls || port_ == kLdapPort))
-    result = ldap_start_tls_s(connection, nullptr, nullptr);
-  if (result == LDAP_SUCCESS) {
-    berval password = to_berval(settings_.password);
-    result = ldap_sasl_bind_s(connection, settings_.user.c_str(), LDAP_SASL_SIMPLE, &password, nullptr,
-                              nullptr, nullptr);
-  }
-  if (result == LDAP_SUCCESS)
-    return;
-  const std::string text = diagnostic();
-  close();
-  raise_ldap_error(result, text, LdapRequest::kBind, "Log on to " + host_ + " as " + settings_.user);
+  if (credentials_->settings().logon == LiveSettings::Logon::kTicket)
+    ends_ = credentials_->ticket().ends();
 }
 
 void LdapConnection::open() {
+  // What was sealed by a ticket that has ended is about to be shut by the server.
+  if (ends_ && std::time(nullptr) >= *ends_)
+    close();
   if (handle_ != nullptr)
     return;
-  connect();
-  if (settings_.logon == LiveSettings::Logon::kTicket)
-    bind_with_ticket();
-  else
-    bind_with_password();
+  if (!had_connection_) {
+    connect();
+  } else {
+    try {
+      connect();
+    } catch (const base::RuntimeError& failure) {
+      credentials_->tell_failure(failure.description());
+      throw;
+    }
+    credentials_->tell_recovery();
+  }
+  had_connection_ = true;
 }
 
 int LdapConnection::run(const std::function<int()>& request, const std::function<bool()>& done) {
@@ -299,7 +226,7 @@ bool LdapConnection::exists(const std::string& dn) {
   LDAPMessage* answer = nullptr;
   char no_attributes[] = LDAP_NO_ATTRS;
   char* attributes[] = {no_attributes, nullptr};
-  const int result = ldap_search_ext_s(handle_->connection, dn.c_str(), LDAP_SCOPE_BASE, "(objectClass=*)",
+  const int result = ldap_search_ext_s(handle_->get(), dn.c_str(), LDAP_SCOPE_BASE, "(objectClass=*)",
                                        attributes, 0, nullptr, nullptr, nullptr, 1, &answer);
   ldap_msgfree(answer);
   if (result == LDAP_SUCCESS || result == LDAP_SIZELIMIT_EXCEEDED)
@@ -319,14 +246,15 @@ std::vector<LdapEntry> LdapConnection::search_page(const LdapSearch& search, std
   const auto ask = [&] {
     Controls controls;
     if (paged)
-      controls.add_page(handle_->connection, search.page_size, cookie);
+      controls.add_page(handle_->get(), search.page_size, cookie);
     if (search.descriptor_parts != 0)
       controls.add_descriptor_parts(search.descriptor_parts);
     ldap_msgfree(answer);
     answer = nullptr;
     timeval timeout{};
-    timeout.tv_sec = search.timeout_seconds > 0 ? search.timeout_seconds : settings_.timeout_seconds;
-    return ldap_search_ext_s(handle_->connection, search.base.c_str(), to_ldap(search.scope),
+    timeout.tv_sec =
+        search.timeout_seconds > 0 ? search.timeout_seconds : credentials_->settings().timeout_seconds;
+    return ldap_search_ext_s(handle_->get(), search.base.c_str(), to_ldap(search.scope),
                              search.filter.c_str(), search.attributes.empty() ? nullptr : names.data(), 0,
                              controls.data(), nullptr, &timeout, LDAP_NO_LIMIT, &answer);
   };
@@ -342,19 +270,19 @@ std::vector<LdapEntry> LdapConnection::search_page(const LdapSearch& search, std
     raise_ldap_error(result, text, LdapRequest::kRead, "Search below " + search.base);
   }
   std::vector<LdapEntry> entries;
-  for (LDAPMessage* entry = ldap_first_entry(handle_->connection, owned.get()); entry != nullptr;
-       entry = ldap_next_entry(handle_->connection, entry))
-    entries.push_back(to_entry(handle_->connection, entry));
+  for (LDAPMessage* entry = ldap_first_entry(handle_->get(), owned.get()); entry != nullptr;
+       entry = ldap_next_entry(handle_->get(), entry))
+    entries.push_back(to_entry(handle_->get(), entry));
   cookie.clear();
   LDAPControl** controls = nullptr;
   if (paged &&
-      ldap_parse_result(handle_->connection, owned.get(), nullptr, nullptr, nullptr, nullptr, &controls, 0) ==
+      ldap_parse_result(handle_->get(), owned.get(), nullptr, nullptr, nullptr, nullptr, &controls, 0) ==
           LDAP_SUCCESS &&
       controls != nullptr) {
     if (LDAPControl* const page = ldap_control_find(LDAP_CONTROL_PAGEDRESULTS, controls, nullptr)) {
       ber_int_t estimate = 0;
       berval next{};
-      if (ldap_parse_pageresponse_control(handle_->connection, page, &estimate, &next) == LDAP_SUCCESS) {
+      if (ldap_parse_pageresponse_control(handle_->get(), page, &estimate, &next) == LDAP_SUCCESS) {
         cookie = to_string(next);
         ber_memfree(next.bv_val);
       }
@@ -393,7 +321,7 @@ void LdapConnection::add(const std::string& dn, const std::vector<LdapAttribute>
   for (const LdapAttribute& attribute : attributes)
     mods.add(LDAP_MOD_ADD, attribute.name, attribute.values);
   const int result =
-      run([&] { return ldap_add_ext_s(handle_->connection, dn.c_str(), mods.data(), nullptr, nullptr); },
+      run([&] { return ldap_add_ext_s(handle_->get(), dn.c_str(), mods.data(), nullptr, nullptr); },
           [&] { return exists(dn); });
   if (result != LDAP_SUCCESS)
     raise_ldap_error(result, diagnostic(), LdapRequest::kAdd, "Create " + dn);
@@ -409,9 +337,7 @@ void LdapConnection::modify(const std::string& dn, const std::vector<LdapChange>
     controls.add_descriptor_parts(descriptor_parts);
   bool repeated = false;
   const int result = run(
-      [&] {
-        return ldap_modify_ext_s(handle_->connection, dn.c_str(), mods.data(), controls.data(), nullptr);
-      },
+      [&] { return ldap_modify_ext_s(handle_->get(), dn.c_str(), mods.data(), controls.data(), nullptr); },
       // To replace twice is to replace once; what adds and deletes says by its own result that it was made.
       [&] {
         repeated = true;
@@ -426,7 +352,7 @@ void LdapConnection::modify(const std::string& dn, const std::vector<LdapChange>
 }
 
 void LdapConnection::remove(const std::string& dn) {
-  const int result = run([&] { return ldap_delete_ext_s(handle_->connection, dn.c_str(), nullptr, nullptr); },
+  const int result = run([&] { return ldap_delete_ext_s(handle_->get(), dn.c_str(), nullptr, nullptr); },
                          [&] { return !exists(dn); });
   if (result != LDAP_SUCCESS)
     raise_ldap_error(result, diagnostic(), LdapRequest::kDelete, "Delete " + dn);
@@ -436,12 +362,33 @@ void LdapConnection::rename(const std::string& dn, const std::string& new_rdn,
                             const std::string& new_parent) {
   const int result = run(
       [&] {
-        return ldap_rename_s(handle_->connection, dn.c_str(), new_rdn.c_str(),
+        return ldap_rename_s(handle_->get(), dn.c_str(), new_rdn.c_str(),
                              new_parent.empty() ? nullptr : new_parent.c_str(), 1, nullptr, nullptr);
       },
       [&] { return !exists(dn); });
   if (result != LDAP_SUCCESS)
     raise_ldap_error(result, diagnostic(), LdapRequest::kRename, "Move " + dn);
+}
+
+std::vector<std::string> read_links(LdapConnection& connection, const std::string& dn,
+                                    std::string_view attribute) {
+  std::vector<std::string> all;
+  std::string wanted(attribute);
+  for (;;) {
+    const LdapEntry entry = connection.read(dn, {wanted});
+    const std::string prefix = std::string(attribute) + ";range=";
+    bool more = false;
+    for (const LdapAttribute& part : entry.attributes) {
+      const bool ranged = base::starts_with_fold(part.name, prefix);
+      if (!ranged && !base::equals_fold(part.name, attribute))
+        continue;
+      all.insert(all.end(), part.values.begin(), part.values.end());
+      more = ranged && !part.name.ends_with("-*") && !part.values.empty();
+    }
+    if (!more)
+      return all;
+    wanted = prefix + std::to_string(all.size()) + "-*";
+  }
 }
 
 }  // namespace twk::live

@@ -1,18 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "live/credentials.hpp"
 #include "live/ldap_errors.hpp"
-#include "live/live_settings.hpp"
+#include "live/ldap_session.hpp"
 #include "platform/query.hpp"
-
-struct ldap;
-struct berval;
 
 namespace twk::live {
 
@@ -57,13 +57,14 @@ struct LdapSearch {
 ///
 /// When it is lost, it is opened once more. A read is then repeated. Of a write nobody knows whether it was
 /// made before the connection went: what stands in the directory is looked at first, and only what is not
-/// made is made again.
+/// made is made again. A connection whose ticket has ended counts as lost; the ticket that is there by then
+/// opens the next one.
 ///
 /// Every call raises the numbers of `ldap_errors.hpp`.
 class LdapConnection {
  public:
-  /// `host` and `port` are those of the server, `settings` tell the logon.
-  LdapConnection(LiveSettings settings, std::string host, std::uint16_t port);
+  /// `port` 0: the one that belongs to the way of logging on.
+  LdapConnection(std::shared_ptr<Credentials> credentials, std::string host, std::uint16_t port);
   LdapConnection(const LdapConnection&) = delete;
   LdapConnection& operator=(const LdapConnection&) = delete;
   ~LdapConnection();
@@ -90,11 +91,7 @@ class LdapConnection {
   void rename(const std::string& dn, const std::string& new_rdn, const std::string& new_parent);
 
  private:
-  struct Handle;
-
   void connect();
-  void bind_with_ticket();
-  void bind_with_password();
   void close();
   [[nodiscard]] std::string diagnostic() const;
   /// Runs a request once, and once more on a new connection when it was lost. `done` looks whether a write
@@ -102,10 +99,17 @@ class LdapConnection {
   int run(const std::function<int()>& request, const std::function<bool()>& done);
   [[nodiscard]] bool exists(const std::string& dn);
 
-  LiveSettings settings_;
+  std::shared_ptr<Credentials> credentials_;
   std::string host_;
   std::uint16_t port_;
-  std::unique_ptr<Handle> handle_;
+  std::unique_ptr<LdapHandle> handle_;
+  std::optional<std::time_t> ends_;  ///< of the ticket that seals it
+  bool had_connection_ = false;      ///< once, be it lost by now
 };
+
+/// All values of a link of an entry ("member", "memberOf"), also when the server hands them out in ranges,
+/// [MS-ADTS] 3.1.1.3.1.3.3.
+std::vector<std::string> read_links(LdapConnection& connection, const std::string& dn,
+                                    std::string_view attribute);
 
 }  // namespace twk::live

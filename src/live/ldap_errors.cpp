@@ -2,7 +2,9 @@
 
 #include <ldap.h>
 
+#include <array>
 #include <optional>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -13,11 +15,23 @@ namespace {
 
 namespace ads_error = platform::ads_error;
 
-constexpr std::uint32_t kWin32Facility = 0x80070000;
 constexpr std::uint32_t kPasswordRestriction = 0x52D;  // ERROR_PASSWORD_RESTRICTION
 constexpr std::uint32_t kAccountNameInUse = 0x2071;    // ERROR_DS_OBJ_STRING_NAME_EXISTS
 constexpr std::uint32_t kUserExists = 0x524;           // ERROR_USER_EXISTS
 constexpr std::uint32_t kNameAlreadyThere = 0x21C8;    // ERROR_DS_UPN_VALUE_NOT_UNIQUE_IN_FOREST
+
+/// Sub-codes of a refused bind, [MS-ERREF] 2.2.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 10> kLogonFailures = {
+    {{"525", "the domain has no such user"},
+     {"52e", "user or password is wrong"},
+     {"52f", "the account is restricted"},
+     {"530", "the account may not log on at this hour"},
+     {"531", "the account may not log on from this computer"},
+     {"532", "the password has expired"},
+     {"533", "the account is disabled"},
+     {"701", "the account has expired"},
+     {"773", "the password must be changed first"},
+     {"775", "the account is locked after too many wrong passwords"}}};
 
 /// The eight hexadecimal digits in front of a colon.
 std::optional<std::uint32_t> leading_code(std::string_view diagnostic) {
@@ -96,9 +110,22 @@ std::uint32_t number_of_ldap_result(int result, std::string_view diagnostic, Lda
   return code ? number_by_code(*code, number) : number;
 }
 
+std::string explain_refused_logon(const std::string& user, std::string_view diagnostic) {
+  constexpr std::string_view kData = ", data ";
+  const std::size_t at = diagnostic.find(kData);
+  const std::string_view rest = at == base::npos ? std::string_view() : diagnostic.substr(at + kData.size());
+  const std::string_view code = rest.substr(0, rest.find(','));
+  for (const auto& [digits, text] : kLogonFailures) {
+    if (base::equals_fold(code, digits))
+      return "The logon of " + user + " is refused: " + std::string(text);
+  }
+  return "The logon of " + user + " is refused (" + base::to_valid_utf8(diagnostic) + ")";
+}
+
 void raise_ldap_error(int result, const std::string& diagnostic, LdapRequest request,
                       const std::string& what) {
-  std::string text = what + ": " + ldap_err2string(result);
+  const bool refused = result == LDAP_INSUFFICIENT_ACCESS;
+  std::string text = what + ": " + (refused ? "the account has too few rights" : ldap_err2string(result));
   if (!diagnostic.empty())
     text += " (" + base::to_valid_utf8(diagnostic) + ")";
   base::raise(number_of_ldap_result(result, diagnostic, request), text);

@@ -28,6 +28,10 @@ std::uint32_t number_of_ldap_result(int result, std::string_view diagnostic, Lda
 [[noreturn]] void raise_ldap_error(int result, const std::string& diagnostic, LdapRequest request,
                                    const std::string& what);
 
+/// Why a server refuses user and password, from the sub-code of its diagnostic text ("… data 52e, …", a Win32
+/// error in hexadecimal digits).
+std::string explain_refused_logon(const std::string& user, std::string_view diagnostic);
+
 /// True for a connection that is gone or did not answer in time.
 bool is_connection_lost(int result);
 

@@ -4,7 +4,9 @@
 #include "ads/schema_object.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/discover_domains.hpp"
 #include "live/live_object.hpp"
+#include "live/live_shares.hpp"
 #include "live/winnt_account.hpp"
 
 namespace twk::live {
@@ -41,20 +43,53 @@ class RootDse final : public ads::BasicObject {
   LdapEntry stored_;
 };
 
+/// A domain that this workstation knows of and is not logged on to.
+class NamedDomain final : public ads::BasicObject {
+ public:
+  explicit NamedDomain(std::string name) : name_(std::move(name)) {}
+  [[nodiscard]] std::string Name() const override { return name_; }
+  [[nodiscard]] std::string Class() const override { return "Domain"; }
+  [[nodiscard]] std::string ADsPath() const override { return "WinNT://" + name_; }
+  [[nodiscard]] std::string Parent() const override { return "WinNT:"; }
+
+ private:
+  std::string name_;
+};
+
+/// The name of the domain itself first, pre-2000 where the domain tells it, then the others that can be seen.
+std::vector<std::string> domain_names(LiveDomain& domain) {
+  std::string own = domain.settings().domain;
+  if (domain.has_directory()) {
+    base::Trap trap;
+    trap([&] { own = domain.netbios(); });
+  }
+  std::vector<std::string> names = {std::move(own)};
+  for (std::string& name : discover_domains()) {
+    if (!base::equals_fold(name, domain.settings().domain))
+      names.push_back(std::move(name));
+  }
+  std::erase(names, std::string());
+  return names;
+}
+
 }  // namespace
 
 ObjectPtr LiveDirectory::bind_namespace(Provider provider) {
-  std::vector<std::string> children;
   if (provider == Provider::kWinnt) {
-    children.push_back("WinNT://" +
-                       (domain_.has_directory() ? domain_.netbios() : domain_.settings().domain));
-  } else if (domain_.has_directory()) {
+    const std::vector<std::string> names = domain_names(domain_);
+    const std::string own = names.empty() ? std::string() : names.front();
+    return std::make_shared<ads::NamespaceObject>(
+        "WinNT:", "Domain", names, [this, own](const std::string& name) -> ObjectPtr {
+          if (name == own)
+            return std::make_shared<WinntDirectoryDomain>(domain_, name);
+          return std::make_shared<NamedDomain>(name);
+        });
+  }
+  std::vector<std::string> children;
+  if (domain_.has_directory()) {
     children.push_back((provider == Provider::kGc ? "GC://" : "LDAP://") + domain_.forest());
   }
-  const std::string name = provider == Provider::kGc     ? "GC:"
-                           : provider == Provider::kLdap ? "LDAP:"
-                                                         : "WinNT:";
-  return std::make_shared<ads::NamespaceObject>(name, provider == Provider::kWinnt ? "Domain" : "domainDNS",
+  return std::make_shared<ads::NamespaceObject>(provider == Provider::kGc ? "GC:" : "LDAP:", "domainDNS",
                                                 children,
                                                 [this](const std::string& path) { return GetObject(path); });
 }
@@ -69,7 +104,7 @@ ObjectPtr LiveDirectory::bind_entry(const AdsPath& path, std::string_view whole,
                 .provider = path.provider,
                 .server = path.server,
                 .connection = std::move(connection)};
-  const std::string dn = path.name.empty() ? domain_.root_dn() : path.name;
+  const std::string dn = path.name.empty() ? domain_.root_dn(path.server) : path.name;
   LdapEntry entry = origin.ldap().read(dn, {"objectClass"});
   std::string object_class = class_of(entry);
   return std::make_shared<LiveObject>(LiveEntry(std::move(origin), dn, std::move(object_class), false),
@@ -97,7 +132,7 @@ ObjectPtr LiveDirectory::GetObject(std::string_view path) {
       return bind_winnt_account(domain_, parsed.name, parsed.account_class, parsed.server);
     case AdsPath::Kind::kFileServer:
     case AdsPath::Kind::kFileShare:
-      break;
+      return bind_shares(domain_, parsed);
   }
   base::raise(ads_error::kBadPathname, "Not a path of a directory: " + std::string(path));
 }

@@ -50,49 +50,62 @@ std::string escape_bytes(const base::Bytes& bytes) {
 
 }  // namespace
 
-LiveDomain::LiveDomain(LiveSettings settings) : settings_(std::move(settings)) {}
+LiveDomain::LiveDomain(LiveSettings settings, Prompts prompts)
+    : credentials_(std::make_shared<Credentials>(std::move(settings), std::move(prompts))) {}
 
 bool LiveDomain::has_directory() const {
-  return settings_.domain.find('.') != base::npos;
+  return settings().domain.find('.') != base::npos;
 }
 
 const std::string& LiveDomain::controller() {
   if (controller_.empty())
-    controller_ = settings_.server.empty() ? locate_controller(settings_.domain) : settings_.server;
+    controller_ =
+        settings().server.empty() ? locate_controller(settings(), settings().domain) : settings().server;
   return controller_;
 }
 
+bool LiveDomain::is_own(std::string_view server) const {
+  return server.empty() || base::equals_fold(server, settings().domain) ||
+         (facts_ && base::equals_fold(server, facts_->netbios));
+}
+
 std::unique_ptr<LdapConnection> LiveDomain::make(std::string_view server, bool catalogue,
-                                                 const LiveSettings& settings) {
-  const bool own = server.empty() || base::equals_fold(server, settings_.domain) ||
-                   (facts_ && base::equals_fold(server, facts_->netbios));
-  HostPort place = own ? HostPort{controller(), settings_.port} : split_server(server);
+                                                 const std::shared_ptr<Credentials>& credentials) {
+  const LiveSettings& logon = credentials->settings();
+  HostPort place = is_own(server) ? HostPort{controller(), logon.port} : split_server(server);
+  // It may be another domain of the forest, which is no host by itself.
+  if (!is_own(server) && place.port == 0 && !base::equals_fold(server, controller()))
+    place.host = locate_controller(logon, place.host);
   if (catalogue) {
-    const bool tls =
-        settings.logon == LiveSettings::Logon::kPassword && settings.tls == LiveSettings::Tls::kLdaps;
+    const bool tls = logon.logon == LiveSettings::Logon::kPassword && logon.tls == LiveSettings::Tls::kLdaps;
     place.port = tls ? kCatalogueTlsPort : kCataloguePort;
   }
-  return std::make_unique<LdapConnection>(settings, std::move(place.host), place.port);
+  return std::make_unique<LdapConnection>(credentials, std::move(place.host), place.port);
 }
 
 LdapConnection& LiveDomain::ldap(std::string_view server, bool catalogue) {
-  const bool own = server.empty() || base::equals_fold(server, settings_.domain);
+  const bool own = server.empty() || base::equals_fold(server, settings().domain);
   std::unique_ptr<LdapConnection>& connection =
       connections_[(catalogue ? "GC " : "") + (own ? std::string() : base::upper(server))];
   if (connection == nullptr)
-    connection = make(server, catalogue, settings_);
+    connection = make(server, catalogue, credentials_);
   return *connection;
 }
 
 std::unique_ptr<LdapConnection> LiveDomain::ldap_as(std::string_view server, std::string_view user,
                                                     std::string_view password) {
-  LiveSettings logon = settings_;
+  LiveSettings logon = settings();
   logon.logon = LiveSettings::Logon::kPassword;
   logon.user = user;
   logon.password = password;
-  auto connection = make(server, false, logon);
+  auto connection = make(server, false, std::make_shared<Credentials>(std::move(logon), Prompts{}));
   connection->open();
   return connection;
+}
+
+std::string LiveDomain::root_dn(std::string_view server) {
+  return is_own(server) ? root_dn()
+                        : ldap(server).read("", {"defaultNamingContext"}).first("defaultNamingContext");
 }
 
 const LiveDomain::Facts& LiveDomain::facts() {
@@ -135,7 +148,8 @@ bool LiveDomain::is_beside_catalogue(std::string_view dn) {
 }
 
 bool LiveDomain::is_domain_name(std::string_view name) {
-  return base::equals_fold(name, settings_.domain) || (has_directory() && base::equals_fold(name, netbios()));
+  return base::equals_fold(name, settings().domain) ||
+         (has_directory() && base::equals_fold(name, netbios()));
 }
 
 const ads::AttributeSchema* LiveDomain::attribute(std::string_view name) {
@@ -144,14 +158,24 @@ const ads::AttributeSchema* LiveDomain::attribute(std::string_view name) {
   return schema_.find(ldap(), schema_dn(), name);
 }
 
+const Subschema* LiveDomain::foreign_schema(std::string_view server, LdapConnection& connection) {
+  if (server.empty() || is_domain_name(server) || base::equals_fold(server, controller()))
+    return nullptr;
+  const auto [place, fresh] = foreign_.try_emplace(base::upper(server));
+  if (fresh && connection.read("", {"schemaNamingContext"}).first("schemaNamingContext").empty())
+    place->second = std::make_unique<Subschema>(connection);
+  return place->second.get();
+}
+
 std::optional<LdapEntry> LiveDomain::find_account(std::string_view name,
-                                                  const std::vector<std::string>& attributes) {
+                                                  const std::vector<std::string>& attributes,
+                                                  std::string_view server) {
   LdapSearch search;
   search.base = root_dn();
   search.filter = "(&(sAMAccountName=" + platform::escape_filter_value(name) + ")(objectSid=*))";
   search.attributes = attributes;
   std::optional<LdapEntry> found;
-  ldap().search(search, [&](LdapEntry&& entry) {
+  ldap(server).search(search, [&](LdapEntry&& entry) {
     found = std::move(entry);
     return false;
   });

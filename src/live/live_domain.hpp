@@ -8,8 +8,10 @@
 #include <string_view>
 
 #include "live/ldap_connection.hpp"
+#include "live/live_rpc.hpp"
 #include "live/live_schema.hpp"
 #include "live/live_settings.hpp"
+#include "live/subschema.hpp"
 #include "platform/sid.hpp"
 
 namespace twk::live {
@@ -18,11 +20,14 @@ namespace twk::live {
 /// of it, read once.
 class LiveDomain {
  public:
-  explicit LiveDomain(LiveSettings settings);
+  explicit LiveDomain(LiveSettings settings, Prompts prompts = {});
   LiveDomain(const LiveDomain&) = delete;
   LiveDomain& operator=(const LiveDomain&) = delete;
 
-  [[nodiscard]] const LiveSettings& settings() const { return settings_; }
+  /// The password is in it once it was asked for.
+  [[nodiscard]] const LiveSettings& settings() const { return credentials_->settings(); }
+  [[nodiscard]] Credentials& credentials() { return *credentials_; }
+  [[nodiscard]] std::shared_ptr<Credentials> shared_credentials() { return credentials_; }
   /// False for an NT4-style domain, whose name has no dot.
   [[nodiscard]] bool has_directory() const;
   /// Host name of the controller. Raises kServerDown when the name service tells none.
@@ -31,15 +36,20 @@ class LiveDomain {
   /// The connection to a server of a path: none or one of the domain's names for its controller, else a host
   /// with or without ":port". With `catalogue` the global catalogue of that server.
   LdapConnection& ldap(std::string_view server = {}, bool catalogue = false);
-  /// A connection with a logon of its own.
+  /// A connection with a logon of its own, by user and password over TLS.
   std::unique_ptr<LdapConnection> ldap_as(std::string_view server, std::string_view user,
                                           std::string_view password);
 
+  /// Remote calls to the domain's servers.
+  [[nodiscard]] LiveRpc& rpc() { return rpc_; }
+
   [[nodiscard]] const std::string& root_dn() { return facts().root_dn; }
+  /// That of the domain which a server of a path belongs to.
+  [[nodiscard]] std::string root_dn(std::string_view server);
   [[nodiscard]] const std::string& configuration_dn() { return facts().configuration_dn; }
   [[nodiscard]] const std::string& schema_dn() { return facts().schema_dn; }
-  /// The pre-2000 name.
-  [[nodiscard]] const std::string& netbios() { return facts().netbios; }
+  /// The pre-2000 name; of an NT4-style domain the only one.
+  [[nodiscard]] const std::string& netbios() { return has_directory() ? facts().netbios : settings().domain; }
   [[nodiscard]] const platform::Sid& sid() { return facts().sid; }
   /// DNS name of the forest's first domain.
   [[nodiscard]] const std::string& forest() { return facts().forest; }
@@ -52,8 +62,12 @@ class LiveDomain {
   /// None for an attribute that the directory does not know.
   const ads::AttributeSchema* attribute(std::string_view name);
 
+  /// The schema of a server that is no domain controller; none for one that is. Asked for once.
+  const Subschema* foreign_schema(std::string_view server, LdapConnection& connection);
+
   /// The account's entry with these attributes, by its pre-2000 name; none when there is no such account.
-  std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes);
+  std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes,
+                                        std::string_view server = {});
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 
@@ -69,13 +83,16 @@ class LiveDomain {
   };
 
   const Facts& facts();
+  [[nodiscard]] bool is_own(std::string_view server) const;
   [[nodiscard]] std::unique_ptr<LdapConnection> make(std::string_view server, bool catalogue,
-                                                     const LiveSettings& settings);
+                                                     const std::shared_ptr<Credentials>& credentials);
 
-  LiveSettings settings_;
+  std::shared_ptr<Credentials> credentials_;
+  LiveRpc rpc_{settings()};
   std::string controller_;
   std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
   std::optional<Facts> facts_;
+  std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;
 };
 

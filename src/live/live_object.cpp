@@ -52,6 +52,15 @@ LdapConnection& Origin::ldap() const {
   return connection != nullptr ? *connection : domain->ldap(server, provider == ads::Provider::kGc);
 }
 
+const ads::AttributeSchema* Origin::attribute(std::string_view name) const {
+  const Subschema* const foreign = domain->foreign_schema(server, ldap());
+  return foreign == nullptr ? domain->attribute(name) : foreign->find(name);
+}
+
+std::string_view Origin::attribute_name(std::string_view name) const {
+  return is_foreign() ? name : platform::ldap_attribute(name);
+}
+
 std::string class_of(const LdapEntry& entry) {
   const auto* const classes = entry.find("objectClass");
   return classes == nullptr || classes->empty() ? "top" : classes->back();
@@ -69,23 +78,7 @@ void LiveEntry::fetch() {
 }
 
 std::vector<std::string> LiveEntry::links(std::string_view attribute) {
-  std::vector<std::string> all;
-  std::string wanted(attribute);
-  for (;;) {
-    const LdapEntry entry = origin_.ldap().read(dn_, {wanted});
-    const std::string prefix = std::string(attribute) + ";range=";
-    bool more = false;
-    for (const LdapAttribute& part : entry.attributes) {
-      const bool ranged = base::starts_with_fold(part.name, prefix);
-      if (!ranged && !base::equals_fold(part.name, attribute))
-        continue;
-      all.insert(all.end(), part.values.begin(), part.values.end());
-      more = ranged && !part.name.ends_with("-*") && !part.values.empty();
-    }
-    if (!more)
-      return all;
-    wanted = prefix + std::to_string(all.size()) + "-*";
-  }
+  return read_links(origin_.ldap(), dn_, attribute);
 }
 
 std::vector<std::string> LiveEntry::stored(std::string_view attribute) {
@@ -109,7 +102,7 @@ Value LiveEntry::get(std::string_view attribute) {
   const std::vector<std::string> values = stored(attribute);
   if (values.empty())
     return staged_.over(attribute, {});
-  return staged_.over(attribute, ads::to_value(origin_.domain->attribute(attribute), values).list());
+  return staged_.over(attribute, ads::to_value(origin_.attribute(attribute), values).list());
 }
 
 void LiveEntry::stage(int control, std::string_view attribute, const Value& value) {
@@ -117,14 +110,16 @@ void LiveEntry::stage(int control, std::string_view attribute, const Value& valu
 }
 
 std::vector<std::string> LiveEntry::raw_values(const ads::StagedChange& change) {
-  const ads::AttributeSchema* const schema = origin_.domain->attribute(change.attribute);
+  const ads::AttributeSchema* const schema = origin_.attribute(change.attribute);
   if (schema == nullptr)
     base::raise(ads_error::kNoSuchAttribute, "The directory has no attribute " + change.attribute);
   std::vector<std::string> raw;
   const bool user = !base::equals_fold(object_class_, "group");
+  const bool foreign = origin_.is_foreign();
   for (const Value& value : change.values) {
     raw.push_back(ads::to_raw(*schema, value));
-    ads::check_value(schema->name, raw.back(), user);
+    if (!foreign)
+      ads::check_value(schema->name, raw.back(), user);
   }
   if (raw.size() > 1 && !schema->multi_valued)
     base::raise(ads_error::kConstraint, change.attribute + " holds a single value and not a list");
@@ -148,6 +143,8 @@ void LiveEntry::write_changes() {
   try {
     origin_.ldap().modify(dn_, changes);
   } catch (const base::RuntimeError& failure) {
+    if (failure.number() == ads_error::kConstraint && origin_.is_foreign() && keep_naming_value(changes))
+      return origin_.ldap().modify(dn_, changes);
     if (!clears || failure.number() != ads_error::kUnwilling)
       throw;
     fetched_.reset();
@@ -162,6 +159,21 @@ void LiveEntry::write_changes() {
   }
 }
 
+/// An entry's name is made of an attribute's value, which a server may not let go (RFC 4511 4.6).
+bool LiveEntry::keep_naming_value(std::vector<LdapChange>& changes) const {
+  const ads::Rdn name = ads::parse_rdn(ads::first_rdn(dn_));
+  for (LdapChange& change : changes) {
+    const bool missing =
+        std::find(change.values.begin(), change.values.end(), name.value) == change.values.end();
+    if (change.kind == LdapChangeKind::kReplace && base::equals_fold(change.attribute, name.type) &&
+        missing) {
+      change.values.push_back(name.value);
+      return true;
+    }
+  }
+  return false;
+}
+
 void LiveEntry::commit() {
   if (new_) {
     std::vector<LdapAttribute> attributes = {{"objectClass", {object_class_}}};
@@ -171,7 +183,7 @@ void LiveEntry::commit() {
     }
     origin_.ldap().add(dn_, attributes);
     new_ = false;
-    awaits_password_ = base::equals_fold(object_class_, "user");
+    awaits_password_ = base::equals_fold(object_class_, "user") && !origin_.is_foreign();
   } else {
     write_changes();
   }
@@ -220,18 +232,18 @@ ObjectPtr LiveObject::make(std::string dn, std::string object_class, bool is_new
 }
 
 Value LiveObject::Get(std::string_view attribute) {
-  Value value = entry_.get(platform::ldap_attribute(attribute));
+  Value value = entry_.get(entry_.origin().attribute_name(attribute));
   if (value.is_empty())
     base::raise(ads_error::kPropertyNotFound, entry_.dn() + " has no value for " + std::string(attribute));
   return value;
 }
 
 void LiveObject::Put(std::string_view attribute, const Value& value) {
-  entry_.stage(2, platform::ldap_attribute(attribute), value);
+  entry_.stage(2, entry_.origin().attribute_name(attribute), value);
 }
 
 void LiveObject::PutEx(int control, std::string_view attribute, const Value& value) {
-  entry_.stage(control, platform::ldap_attribute(attribute), value);
+  entry_.stage(control, entry_.origin().attribute_name(attribute), value);
 }
 
 void LiveObject::SetInfo() {
@@ -316,6 +328,12 @@ void LiveObject::Remove(std::string_view path) {
 
 bool LiveObject::IsMember(std::string_view path) {
   LiveDomain& domain = *entry_.origin().domain;
+  if (entry_.origin().is_foreign()) {
+    const std::string wanted = ads::normalize_dn(dn_of_path(domain, path));
+    const std::vector<std::string> members = entry_.links("member");
+    return std::any_of(members.begin(), members.end(),
+                       [&](const std::string& dn) { return ads::normalize_dn(dn) == wanted; });
+  }
   return is_member(domain, ldap(), entry_.dn(), dn_of_path(domain, path));
 }
 

@@ -18,6 +18,12 @@ struct Origin {
   std::shared_ptr<LdapConnection> connection;  ///< of a logon of its own; none for the domain's
 
   [[nodiscard]] LdapConnection& ldap() const;
+  /// True for a server that is no domain controller.
+  [[nodiscard]] bool is_foreign() const { return domain->foreign_schema(server, ldap()) != nullptr; }
+  /// None for an attribute that the server does not know.
+  [[nodiscard]] const ads::AttributeSchema* attribute(std::string_view name) const;
+  /// The attribute that a caller's name means there.
+  [[nodiscard]] std::string_view attribute_name(std::string_view name) const;
 };
 
 /// The attributes of one entry of a server, with changes staged on it. Stored values are read once, at the
@@ -49,6 +55,7 @@ class LiveEntry final : public ads::AttributeAccess {
  private:
   void fetch();
   void write_changes();
+  [[nodiscard]] bool keep_naming_value(std::vector<LdapChange>& changes) const;
   std::vector<std::string> stored(std::string_view attribute);
   std::vector<std::string> raw_values(const ads::StagedChange& change);
 

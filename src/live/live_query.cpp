@@ -151,7 +151,7 @@ std::unique_ptr<platform::Recordset> LiveQuery::execute(const platform::QueryTex
   if (from.provider == ads::Provider::kWinnt || from.kind != ads::AdsPath::Kind::kEntry)
     base::raise(platform::ads_error::kBadPathname, "A query cannot begin at " + query.base);
   LdapSearch search;
-  search.base = from.name.empty() ? domain_.root_dn() : from.name;
+  search.base = from.name.empty() ? domain_.root_dn(from.server) : from.name;
   search.scope = query.scope;
   search.filter = query.filter;
   search.page_size = options.page_size.value_or(kPageSize);

@@ -1,13 +1,16 @@
 #include "live/locate_controller.hpp"
 
 #include <arpa/nameser.h>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <resolv.h>
 
 #include <algorithm>
 #include <array>
 
-#include "base/text.hpp"
+#include "base/errors.hpp"
+#include "live/ldap_session.hpp"
+#include "live/network_probe.hpp"
 
 namespace twk::live {
 namespace {
@@ -20,8 +23,11 @@ struct SrvTarget {
 
 }  // namespace
 
-std::vector<std::string> look_up_srv(const std::string& name) {
+std::vector<std::string> look_up_srv(const std::string& name, SrvAnswer* how) {
   constexpr int kTimeoutSeconds = 3;
+  SrvAnswer unused{};
+  SrvAnswer& outcome = how == nullptr ? unused : *how;
+  outcome = SrvAnswer::kSilence;
   std::array<unsigned char, NS_MAXMSG> answer{};
   struct __res_state state {};
   if (res_ninit(&state) != 0)
@@ -29,6 +35,8 @@ std::vector<std::string> look_up_srv(const std::string& name) {
   state.retrans = kTimeoutSeconds;
   state.retry = 1;
   const int length = res_nquery(&state, name.c_str(), ns_c_in, ns_t_srv, answer.data(), answer.size());
+  if (length >= 0 || state.res_h_errno == HOST_NOT_FOUND || state.res_h_errno == NO_DATA)
+    outcome = SrvAnswer::kNone;
   res_nclose(&state);
   ns_msg message{};
   if (length < 0 || ns_initparse(answer.data(), length, &message) != 0)
@@ -50,14 +58,29 @@ std::vector<std::string> look_up_srv(const std::string& name) {
     return a.priority != b.priority ? a.priority < b.priority : a.weight > b.weight;
   });
   std::vector<std::string> hosts;
+  hosts.reserve(targets.size());
   for (SrvTarget& target : targets)
     hosts.push_back(std::move(target.host));
+  if (!hosts.empty())
+    outcome = SrvAnswer::kFound;
   return hosts;
 }
 
-std::string locate_controller(std::string_view domain) {
-  const std::vector<std::string> hosts = look_up_srv("_ldap._tcp.dc._msdcs." + std::string(domain));
-  return hosts.empty() ? std::string(domain) : hosts.front();
+std::string locate_controller(const LiveSettings& settings, const std::string& domain) {
+  constexpr int kPatienceSeconds = 3;
+  const std::vector<std::string> hosts = look_up_srv("_ldap._tcp.dc._msdcs." + domain);
+  for (const std::string& host : hosts) {
+    base::Trap trap;
+    bool answers = false;
+    trap(
+        [&] { answers = why_no_answer(host, ldap_port(settings, settings.port), kPatienceSeconds).empty(); });
+    if (answers)
+      return host;
+  }
+  if (!hosts.empty())
+    return hosts.front();
+  const std::string name = ask_host_name(settings, domain);
+  return name.empty() ? domain : name;
 }
 
 }  // namespace twk::live

@@ -17,7 +17,7 @@ using session::Session;
 constexpr std::int32_t kMailboxEnabled = 2;
 
 /// The mail domain, headed by "@"; one that stands in the row already is not put twice.
-std::string replace_mail_domain(const Session& session, std::string text) {
+std::string replace_mail_domain(const Session& session, std::string_view text) {
   const std::string domain = "@" + session.DomainName;
   return FRString(FRString(text, "@%Domain%", domain), "%Domain%", domain);
 }
@@ -25,7 +25,7 @@ std::string replace_mail_domain(const Session& session, std::string text) {
 std::string expand(Session& session, const MailboxOwner& owner, std::string value) {
   value = format::Replace_Variables(session, std::move(value));
   value = format::UserName(session, std::move(value), owner.FirstName, owner.MiddleName, owner.LastName);
-  value = replace_mail_domain(session, std::move(value));
+  value = replace_mail_domain(session, value);
   return session.import.Importing ? format::replace_import_fields(session, std::move(value)) : value;
 }
 

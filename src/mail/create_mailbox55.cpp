@@ -14,7 +14,6 @@ namespace {
 using base::RuntimeError;
 using platform::escape_dn_value;
 using platform::ObjectPtr;
-using platform::Value;
 using session::Session;
 
 constexpr const char* kMailboxClass = "OrganizationalPerson";

@@ -25,7 +25,7 @@ std::string escape_filter_value(std::string_view text) {
 }
 
 std::string escape_dn_value(std::string_view text) {
-  static constexpr std::string_view kSpecial = ",+\"\\<>;";
+  static constexpr std::string_view kSpecial = ",+\"\\<>;=";
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {

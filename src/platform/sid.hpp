@@ -31,7 +31,7 @@ class Sid {
   [[nodiscard]] std::string text() const;
 
   friend bool operator==(const Sid&, const Sid&) = default;
-  friend auto operator<=>(const Sid&, const Sid&) = default;
+  friend bool operator<(const Sid& a, const Sid& b) { return a.bytes_ < b.bytes_; }
 
  private:
   explicit Sid(base::Bytes bytes) : bytes_(std::move(bytes)) {}

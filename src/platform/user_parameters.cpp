@@ -312,7 +312,7 @@ Bytes user_parameters_bytes(std::string_view value) {
   Bytes from_text = is_text ? to_utf16(value) : Bytes{};
   if (has_signature(from_text))
     return from_text;
-  const Bytes as_it_is(value.begin(), value.end());
+  Bytes as_it_is(value.begin(), value.end());
   if (has_signature(as_it_is))
     return as_it_is;
   if (!is_text)

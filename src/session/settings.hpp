@@ -17,6 +17,8 @@ inline constexpr std::string_view kMail = "Mail";
 inline constexpr std::string_view kADO = "ADO";
 inline constexpr std::string_view kDU = "DU";
 inline constexpr std::string_view kCustom = "Custom";
+/// How a real domain is reached; see `world/connection_options.hpp`.
+inline constexpr std::string_view kLive = "Live";
 inline constexpr std::string_view kVersion = "Version";
 
 /// The generation of the data files that this program writes.

@@ -1,6 +1,11 @@
 #include "world/world.hpp"
 
+#include "base/errors.hpp"
+#include "platform/directory.hpp"
 #include "session/settings.hpp"
+#include "world/lab_ground.hpp"
+#include "world/live_ground.hpp"
+#include "world/run_registry.hpp"
 
 namespace twk::world {
 namespace {
@@ -11,12 +16,11 @@ std::string root_key(std::string_view sub_key) {
 
 }  // namespace
 
-World::World(const std::filesystem::path& folder, platform::Dialogs& dialogs,
-             const std::function<void(const std::string&)>& warn)
-    : lab_(folder, warn),
-      stored_(lab_.platform(dialogs)),
-      registry_(stored_.registry),
-      services_{.registry = registry_,
+World::World(std::unique_ptr<Ground> ground, platform::Dialogs& dialogs)
+    : ground_(std::move(ground)),
+      stored_(ground_->platform(dialogs)),
+      registry_(std::make_unique<RunRegistry>(stored_.registry)),
+      services_{.registry = *registry_,
                 .directory = stored_.directory,
                 .query = stored_.query,
                 .files = stored_.files,
@@ -28,25 +32,51 @@ World::World(const std::filesystem::path& folder, platform::Dialogs& dialogs,
                 .clock = stored_.clock,
                 .dialogs = dialogs} {}
 
+World::World(const std::filesystem::path& folder, platform::Dialogs& dialogs,
+             const std::function<void(const std::string&)>& warn)
+    : World(make_lab_ground(folder, warn), dialogs) {}
+
 World::~World() = default;
 
+lab::Lab& World::lab() {
+  if (lab::Lab* const lab = ground_->lab())
+    return *lab;
+  base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a lab, and not a real domain");
+}
+
+live::Live& World::live() {
+  if (live::Live* const live = ground_->live())
+    return *live;
+  base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a real domain, and not a lab");
+}
+
 void World::override_setting(std::string_view sub_key, std::string_view name, std::string value) {
-  registry_.put(root_key(sub_key), name, std::move(value));
+  registry_->put(root_key(sub_key), name, std::move(value));
 }
 
 void World::choose_domain_and_database(const std::string& database) {
-  std::string domain;
-  if (!stored_.registry.Reg_Read(platform::kHiveLocalMachine, root_key("Setup"), "Domain", domain))
-    override_setting("Setup", "Domain", lab::domain_name(lab_.config()));
+  std::string stored;
+  const bool named =
+      stored_.registry.Reg_Read(platform::kHiveLocalMachine, root_key("Setup"), "Domain", stored);
+  const std::string own = ground_->domain_name();
+  if (!own.empty() && (ground_->has_one_domain() ? stored != own : !named))
+    override_setting("Setup", "Domain", own);
   if (!database.empty())
     override_setting("Setup", "DataBasePath", std::filesystem::absolute(database).string());
 }
 
 std::string World::program_directory() const {
-  std::string directory = lab_.database_path();
+  std::string directory = ground_->database_path();
   while (directory.ends_with('/'))
     directory.pop_back();
   return directory;
+}
+
+std::unique_ptr<World> make_live_world(const ConnectionOptions& given, live::Prompts prompts,
+                                       platform::Dialogs& dialogs) {
+  const live::Folders folders = live::user_folders();
+  return std::make_unique<World>(
+      make_live_ground(wanted_connection(folders, given), std::move(prompts), folders), dialogs);
 }
 
 bool may_be_lab(const std::filesystem::path& folder) {

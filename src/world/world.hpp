@@ -7,41 +7,62 @@
 #include <string_view>
 
 #include "lab/lab.hpp"
+#include "live/live.hpp"
 #include "platform/platform.hpp"
-#include "world/run_registry.hpp"
+#include "world/connection_options.hpp"
+#include "world/ground.hpp"
 
-/// What a front opens before it makes a session: the lab, and what the options of this run say over it.
+/// What a front opens before it makes a session: a lab or a real domain, and what the options of this run say
+/// over its settings.
 namespace twk::world {
 
-/// An open lab, with settings that hold for this run alone.
+class RunRegistry;
+
+/// An open lab, or a real domain, with settings that hold for this run alone.
 class World {
  public:
-  /// `warn` is told what was repaired. Raises what `lab::Lab` raises.
+  explicit World(std::unique_ptr<Ground> ground, platform::Dialogs& dialogs);
+  /// A lab. `warn` is told what was repaired. Raises what `lab::Lab` raises.
   World(const std::filesystem::path& folder, platform::Dialogs& dialogs,
         const std::function<void(const std::string&)>& warn);
   World(const World&) = delete;
   World& operator=(const World&) = delete;
   ~World();
 
-  lab::Lab& lab() { return lab_; }
+  [[nodiscard]] bool is_lab() { return ground_->lab() != nullptr; }
+  /// Raises kNotImplementedByProvider in a world that is none.
+  lab::Lab& lab();
+  live::Live& live();
   /// The services of the world, good as long as it is.
   [[nodiscard]] const platform::Platform& services() const { return services_; }
   /// The registry as it is stored.
   platform::RegistryAccess& stored_registry() { return stored_.registry; }
+  platform::RegistryListing& registry_listing() { return ground_->registry_listing(); }
+  [[nodiscard]] std::string settings_folder() const { return ground_->settings_folder(); }
   /// Lets a setting of the machine have a value for this run; what is stored stays as it is.
   void override_setting(std::string_view sub_key, std::string_view name, std::string value);
-  /// Lets the domain of the lab be the session's, unless the settings name one, and `database` be its
-  /// database directory, unless that is empty.
+  /// Lets the domain of this world be the session's, and `database` be its database directory, unless that is
+  /// empty. In a lab a domain that the settings name goes first.
   void choose_domain_and_database(const std::string& database);
-  /// The fall-back of the database directory: the lab's, without a slash at the end.
+  /// Makes sure that the domain can be worked in. Raises kServerDown, kLogonFailure, kNoSuchDomain with what
+  /// is wrong.
+  void connect() { ground_->connect(); }
+  /// Raises what `connect` raises.
+  [[nodiscard]] DomainNames domain_names() { return ground_->names(); }
+  /// The fall-back of the database directory: the world's own, without a slash at the end.
   [[nodiscard]] std::string program_directory() const;
 
  private:
-  lab::Lab lab_;
+  std::unique_ptr<Ground> ground_;
   platform::Platform stored_;
-  RunRegistry registry_;
+  std::unique_ptr<RunRegistry> registry_;
   platform::Platform services_;
 };
+
+/// A real domain, as `given` and the person's settings name it. Nothing is asked of it yet. Raises what
+/// `live_settings` raises.
+std::unique_ptr<World> make_live_world(const ConnectionOptions& given, live::Prompts prompts,
+                                       platform::Dialogs& dialogs);
 
 /// True when the folder holds a lab, or cannot be looked at.
 bool may_be_lab(const std::filesystem::path& folder);

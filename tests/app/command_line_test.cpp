@@ -39,6 +39,19 @@ TEST(DesktopCommandLine, TakesLabDatabaseAndSwitches) {
   }
 }
 
+TEST(DesktopCommandLine, TakesARealDomainInPlaceOfTheLabOfTheEnvironment) {
+  setenv("TWK_LAB", "from-environment", 1);
+  Options options;
+  EXPECT_EQ(parse({"--domain", "twk.test", "--method=ldaps", "--user", "jo"}, options), std::nullopt);
+  EXPECT_EQ(options.lab, "");
+  EXPECT_EQ(options.connection.domain, "twk.test");
+  EXPECT_EQ(options.connection.method, "ldaps");
+  EXPECT_EQ(options.connection.user, "jo");
+  Options both;
+  EXPECT_EQ(parse({"--lab", "a", "--server", "dc1"}, both), app::kExitUsage);
+  unsetenv("TWK_LAB");
+}
+
 TEST(DesktopCommandLine, RefusesWhatItDoesNotKnow) {
   for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
            {"/DEBUG", "more"}, {"--lab"}, {"--nonsense"}, {"a\nb"}, {"--lab", "\xFF"}}) {

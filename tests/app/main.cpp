@@ -16,9 +16,11 @@ int main(int argc, char** argv) {
   const twk::test::TemporaryDirectory home;
   twk::test::put_file(home / "screen.json", kScreen);
   qputenv("QT_QPA_PLATFORM", QByteArray("offscreen:configfile=") + (home / "screen.json").c_str());
-  for (const char* const name : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"})
+  for (const char* const name : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})
     qputenv(name, home.path().c_str());
   qunsetenv("TWK_LAB");
+  qputenv("KRB5CCNAME", "FILE:/nonexistent/ticket");
+  qputenv("KRB5_CONFIG", "/dev/null");
   testing::InitGoogleTest(&argc, argv);
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   const twk::screens::Application application(argc, argv);

@@ -76,10 +76,10 @@ TEST_P(EveryOldGeneration, IsConvertedAtTheStartAndShownInTheWindow) {
     EXPECT_EQ(sites->model()->rowCount(), GetParam().name == std::string_view("1") ? 2 : 1);
     end_program(tip);
   });
-  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}}), 0);
+  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}, .connection = {}}), 0);
   // The second start has nothing to tell.
   expect_window(end_program);
-  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}}), 0);
+  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}, .connection = {}}), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, EveryOldGeneration,
@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(Versions, EveryOldGeneration,
 TEST_F(ProgramTest, ShowsTheMainWindowWithTheTipOverItAndEndsWhenItIsClosed) {
   make_lab();
   expect_window(end_program);
-  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}}), 0);
+  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}, .connection = {}}), 0);
   EXPECT_EQ(app::recent_labs().value(0).toStdString(), lab());
 }
 
@@ -104,7 +104,7 @@ TEST_F(ProgramTest, SaysDebugModeInTheStatusBar) {
     EXPECT_EQ(panel->text(), "Debug Mode.");
     end_program(tip);
   });
-  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = "/DEBUG"}), 0);
+  EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = "/DEBUG", .connection = {}}), 0);
 }
 
 TEST_F(OldLabTest, TellsOfANamedLabThatCannotBeOpenedAndEndsWith65) {
@@ -116,7 +116,8 @@ TEST_F(OldLabTest, TellsOfANamedLabThatCannotBeOpenedAndEndsWith65) {
     if (folder == lab())
       expect_failing_conversion();
     expect_box(text);
-    EXPECT_EQ(app::run({.lab = folder, .database = {}, .command_line = {}}), app::kExitBadData);
+    EXPECT_EQ(app::run({.lab = folder, .database = {}, .command_line = {}, .connection = {}}),
+              app::kExitBadData);
   }
 }
 

@@ -14,12 +14,26 @@ using Arguments = std::vector<std::string>;
 
 inline const std::string kNewStarters = "OU=New Starters,DC=twk,DC=test";
 
-/// The built program. Without `lab` it has none.
+/// Where the program's own settings and databases are, so that those of whoever runs the tests are not
+/// touched.
+inline const std::string& home() {
+  static const TemporaryDirectory folder;
+  static const std::string path = folder.path().string();
+  return path;
+}
+
+/// The built program. Without `lab` it has none, and knows no domain.
 inline ProgramResult twk(const Arguments& arguments, const std::string& input = {}, ProgramRun run = {}) {
   run.arguments = {TWK_BIN_DIR "/twk"};
   run.arguments.insert(run.arguments.end(), arguments.begin(), arguments.end());
   run.input = input;
-  run.environment.emplace_back("TWK_LAB", "");
+  for (const auto& [name, value] :
+       std::vector<std::pair<std::string, std::string>>{{"TWK_LAB", ""},
+                                                        {"XDG_CONFIG_HOME", home() + "/config"},
+                                                        {"XDG_DATA_HOME", home() + "/data"},
+                                                        {"KRB5CCNAME", "FILE:/nonexistent/ticket"},
+                                                        {"KRB5_CONFIG", "/dev/null"}})
+    run.environment.insert(run.environment.begin(), {name, value});
   return run_program(run);
 }
 

@@ -373,7 +373,7 @@ TEST_P(DirectoryContract, FileSharesAreMadeReadEnumeratedAndDeleted) {
   share->Put("Description", "Home directories");
   share->Put("MaxUserCount", -1);
   share->SetInfo();
-  EXPECT_EQ(get(path + "/homes$")->Get("Path").text(), "D:\\Users");
+  EXPECT_EQ(get(path + "/homes$")->Get("Path").text(), w_.told_path("D:\\Users"));
   std::vector<std::string> names;
   const std::vector<std::string> classes = {"FileShare"};
   server->enumerate(classes, [&](const ObjectPtr& one) {

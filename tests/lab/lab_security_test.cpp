@@ -1,5 +1,6 @@
 #include <fstream>
 
+#include "contract/network_contract.hpp"
 #include "contract/security_contract.hpp"
 #include "lab_world.hpp"
 

@@ -1,18 +1,30 @@
 #pragma once
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "contract/world.hpp"
 #include "live/live_directory.hpp"
 #include "live/live_domain.hpp"
+#include "live/live_files.hpp"
+#include "live/live_network.hpp"
 #include "live/live_query.hpp"
+#include "live/live_security.hpp"
+#include "local/posix_files.hpp"
 
 namespace twk::test {
 
 inline std::string variable(const char* name) {
   const char* const value = std::getenv(name);
   return value == nullptr ? std::string() : value;
+}
+
+/// "stop", "start", "stall", "resume" of the controller.
+inline void control(const std::string& what) {
+  const int status = std::system((variable("TWK_LIVE_CONTROL") + " " + what).c_str());
+  if (status != 0)
+    throw std::runtime_error("the controller did not " + what);
 }
 
 /// How the controller that `with-domain` started is reached.
@@ -27,31 +39,50 @@ inline live::LiveSettings live_settings() {
 class LiveWorld final : public contract::World {
  public:
   LiveWorld() {
+    empty_drive();
     const auto top = directory_.GetObject("LDAP://" + domain() + "/" + root());
     top->Create("organizationalUnit", unit_name())->SetInfo();
   }
   ~LiveWorld() override {
     base::Trap trap;
-    trap([&] { remove_below(unit()); });
+    trap([&] {
+      remove_shares();
+      remove_below(unit());
+    });
     if (trap.number() != 0 && trap.number() != platform::ads_error::kNoSuchObject)
       ADD_FAILURE() << trap.description();
   }
 
   platform::DirectoryService& directory() override { return directory_; }
   platform::QueryService& query() override { return query_; }
-  platform::Files& files() override { throw std::logic_error("no files yet"); }
-  platform::Security& security() override { throw std::logic_error("no security yet"); }
-  platform::Network& network() override { throw std::logic_error("no network yet"); }
+  platform::Files& files() override { return files_; }
+  platform::Security& security() override { return security_; }
+  platform::Network& network() override { return network_; }
   [[nodiscard]] std::string domain() const override { return "twk.test"; }
   [[nodiscard]] std::string netbios() const override { return "TWK"; }
   [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
   [[nodiscard]] std::string unit() const override { return unit_name() + "," + root(); }
   [[nodiscard]] std::string file_server() const override { return variable("TWK_LIVE_SERVER"); }
 
+  [[nodiscard]] bool server_guards_shared_folders() const override { return false; }
+  [[nodiscard]] bool server_holds_privileges() const override { return true; }
+  [[nodiscard]] std::string told_path(std::string path) const override {
+    // Samba has one drive.
+    path[0] = 'C';
+    return path;
+  }
+
   live::LiveDomain& live() { return domain_; }
 
  private:
   [[nodiscard]] std::string unit_name() const { return "OU=Tests " + std::to_string(number_); }
+  /// Those of the folders that a drive shows.
+  void remove_shares() {
+    for (const platform::ShareInfo502& share : network_.NetShareEnum(file_server())) {
+      if (share.shi502_path.starts_with("C:\\Users"))
+        network_.NetShareDel(file_server(), share.shi502_netname);
+    }
+  }
   void remove_below(const std::string& dn) {
     // A group that is somebody's primary one stays as long as that user.
     for (const char* const filter : {"(objectClass=user)", "(objectClass=*)"}) {
@@ -70,6 +101,14 @@ class LiveWorld final : public contract::World {
     }
   }
 
+  /// What a test before this one left on the file server goes, whoever owns it.
+  static void empty_drive() {
+    namespace fs = std::filesystem;
+    const fs::path users = fs::path(variable("TWK_LIVE_STATE")) / "srv/d/Users";
+    for (const fs::directory_entry& left : fs::directory_iterator(users))
+      fs::remove_all(left.path());
+  }
+
   static int next_number() {
     static int last = 0;
     return ++last;
@@ -79,7 +118,50 @@ class LiveWorld final : public contract::World {
   live::LiveDomain domain_{live_settings()};
   live::LiveDirectory directory_{domain_};
   live::LiveQuery query_{domain_};
+  live::SmbClient smb_{live_settings()};
+  local::PosixFiles workstation_;
+  live::LiveFiles files_{smb_, workstation_};
+  live::LiveSecurity security_{domain_, smb_};
+  live::LiveNetwork network_{domain_};
 };
+
+/// The real domain as the account sees it that its server takes for the superuser.
+class SuperuserWorld final : public contract::World {
+ public:
+  platform::DirectoryService& directory() override { return world_.directory(); }
+  platform::QueryService& query() override { return world_.query(); }
+  platform::Files& files() override { return world_.files(); }
+  platform::Security& security() override { return world_.security(); }
+  platform::Network& network() override { return world_.network(); }
+  [[nodiscard]] std::string domain() const override { return world_.domain(); }
+  [[nodiscard]] std::string netbios() const override { return world_.netbios(); }
+  [[nodiscard]] std::string root() const override { return world_.root(); }
+  [[nodiscard]] std::string unit() const override { return world_.unit(); }
+  [[nodiscard]] std::string file_server() const override { return world_.file_server(); }
+  [[nodiscard]] std::string told_path(std::string path) const override {
+    return world_.told_path(std::move(path));
+  }
+
+ private:
+  /// The ticket cache of this process while the object lives.
+  class Ticket {
+   public:
+    Ticket() { setenv("KRB5CCNAME", variable("TWK_LIVE_SUPERUSER_TICKET").c_str(), 1); }
+    Ticket(const Ticket&) = delete;
+    Ticket& operator=(const Ticket&) = delete;
+    ~Ticket() { setenv("KRB5CCNAME", before_.c_str(), 1); }
+
+   private:
+    std::string before_ = variable("KRB5CCNAME");
+  };
+
+  Ticket ticket_;
+  LiveWorld world_;
+};
+
+inline std::unique_ptr<contract::World> make_superuser_world() {
+  return std::make_unique<SuperuserWorld>();
+}
 
 inline std::unique_ptr<contract::World> make_live_world() {
   return std::make_unique<LiveWorld>();

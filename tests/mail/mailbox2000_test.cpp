@@ -39,7 +39,7 @@ TEST(StorePath, NamesTheStoreBelowTheFirstAdministrativeGroup) {
             "CN=Store,CN=Group,CN=InformationStore,CN=EX,CN=Servers,CN=First Administrative Group,"
             "CN=Administrative Groups,CN=Org,CN=Microsoft Exchange,CN=Services,CN=Configuration,"
             "DC=a,DC=b,DC=c");
-  EXPECT_THAT(store_path("O", "E", "G", "S,CN=x", "DC=a"), testing::StartsWith("CN=S\\,CN=x,CN=G,"));
+  EXPECT_THAT(store_path("O", "E", "G", "S,CN=x", "DC=a"), testing::StartsWith("CN=S\\,CN\\=x,CN=G,"));
 }
 
 TEST(Mailbox2000, ACreatedUserGetsAMailboxInTheStoreOfTheSite) {

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "app/connection_window.hpp"
 #include "app/start_window.hpp"
 #include "batch/csv_layout.hpp"
 #include "batch/import_options.hpp"
@@ -218,9 +219,35 @@ void save_windows(Album& album, session::Session& session) {
     album.save_modal(QString("window-") + shown.name, [&] { shown.open(session); });
 }
 
+/// A connection that was tried and refused.
+void show_connection() {
+  using live::StepOutcome;
+  const std::vector<live::CheckStep> steps = {
+      {"name look-up", StepOutcome::kPassed, "dc1.corp.test is 192.0.2.17"},
+      {"port", StepOutcome::kPassed, "port 389 answers"},
+      {"TLS", StepOutcome::kSkipped, "not used: the ticket seals the connection"},
+      {"ticket", StepOutcome::kPassed, "jo@CORP.TEST, until 2026-11-25 18:47"},
+      {"bind", StepOutcome::kPassed, "logged on as jo@CORP.TEST"},
+      {"rights", StepOutcome::kWarning,
+       "may read the domain, but has too few rights to create users in CN=Users,DC=corp,DC=test"}};
+  QTimer::singleShot(0, [] {
+    if (QWidget* const window = QApplication::activeModalWidget())
+      window->findChild<QPushButton*>("test")->click();
+  });
+  app::choose_connection(
+      {.domain = "corp.test", .method = "ticket"},
+      "The Kerberos ticket of jo@CORP.TEST ended at 2026-11-25 08:47. Renew it with `kinit`", nullptr,
+      [&](const auto&, const auto&, const auto& tell) {
+        for (const live::CheckStep& step : steps)
+          tell(step);
+        return steps;
+      });
+}
+
 void save_program_windows(Album& album, screens::MainWindow& window, session::Session& session,
                           platform::Dialogs& dialogs) {
-  album.save_modal("start", [&] { app::choose_lab(dialogs); });
+  album.save_modal("start", [&] { app::choose_start(dialogs); });
+  album.save_modal("connection", show_connection);
   album.save_modal("new-lab", [&] { app::make_sample_lab(dialogs, &window); });
   album.save_modal("tip", [&] { screens::show_tip(&window, session); });
   album.save_modal("about", [&] { screens::show_about(&window); });

@@ -1,19 +1,20 @@
-#include "lab/share_object.hpp"
+#include "ads/share_object.hpp"
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lab/errors.hpp"
 
-namespace twk::lab {
+namespace twk::ads {
 namespace {
 
 using platform::ObjectPtr;
 using platform::Value;
+namespace ads_error = platform::ads_error;
 
 constexpr std::string_view kFileShare = "FileShare";
 
-class FileShareObject final : public ads::BasicObject {
+class FileShareObject final : public BasicObject {
  public:
-  FileShareObject(FileShares& shares, std::string server, FileShare share, bool is_new)
+  FileShareObject(ShareStore& shares, std::string server, FileShare share, bool is_new)
       : shares_(shares), server_(std::move(server)), share_(std::move(share)), new_(is_new) {}
 
   [[nodiscard]] std::string Name() const override { return share_.name; }
@@ -32,7 +33,7 @@ class FileShareObject final : public ads::BasicObject {
     if (base::equals_fold(attribute, "MaxUserCount"))
       value = share_.max_users;
     if (value.is_empty() || (!value.is_list() && value.text().empty())) {
-      raise(ads_error::kPropertyNotFound, ADsPath() + " has no value for " + std::string(attribute));
+      base::raise(ads_error::kPropertyNotFound, ADsPath() + " has no value for " + std::string(attribute));
     }
     return value;
   }
@@ -45,7 +46,7 @@ class FileShareObject final : public ads::BasicObject {
     } else if (base::equals_fold(attribute, "MaxUserCount")) {
       share_.max_users = value.integer();
     } else {
-      raise(ads_error::kNoSuchAttribute, "A share has no property " + std::string(attribute));
+      base::raise(ads_error::kNoSuchAttribute, "A share has no property " + std::string(attribute));
     }
   }
 
@@ -55,7 +56,7 @@ class FileShareObject final : public ads::BasicObject {
   }
 
  private:
-  FileShares& shares_;
+  ShareStore& shares_;
   std::string server_;
   FileShare share_;
   bool new_;
@@ -64,13 +65,13 @@ class FileShareObject final : public ads::BasicObject {
 void require_share_class(std::string_view object_class) {
   if (object_class.empty() || base::equals_fold(object_class, kFileShare))
     return;
-  raise(ads_error::kUnwilling, "A file server has no objects of class " + std::string(object_class));
+  base::raise(ads_error::kUnwilling, "A file server has no objects of class " + std::string(object_class));
 }
 
 }  // namespace
 
-FileServerObject::FileServerObject(FileServer& server, std::string name)
-    : server_(server), name_(std::move(name)) {}
+FileServerObject::FileServerObject(ShareStore& shares, std::string name)
+    : shares_(shares), name_(std::move(name)) {}
 
 std::string FileServerObject::ADsPath() const {
   return "WinNT://" + name_ + "/lanmanserver";
@@ -78,32 +79,32 @@ std::string FileServerObject::ADsPath() const {
 
 void FileServerObject::enumerate(std::span<const std::string> classes,
                                  const std::function<bool(const ObjectPtr&)>& visit) {
-  if (!ads::is_wanted(classes, kFileShare))
+  if (!is_wanted(classes, kFileShare))
     return;
-  for (FileShare& share : server_.shares().all()) {
-    if (!visit(std::make_shared<FileShareObject>(server_.shares(), name_, std::move(share), false)))
+  for (FileShare& share : shares_.all()) {
+    if (!visit(std::make_shared<FileShareObject>(shares_, name_, std::move(share), false)))
       return;
   }
 }
 
 ObjectPtr FileServerObject::GetObject(std::string_view object_class, std::string_view name) {
   require_share_class(object_class);
-  auto share = server_.shares().find(name);
+  auto share = shares_.find(name);
   if (!share)
-    raise(kShareNotFound, name_ + " has no share " + std::string(name));
-  return std::make_shared<FileShareObject>(server_.shares(), name_, *std::move(share), false);
+    base::raise(kShareNotFound, name_ + " has no share " + std::string(name));
+  return std::make_shared<FileShareObject>(shares_, name_, *std::move(share), false);
 }
 
 ObjectPtr FileServerObject::Create(std::string_view object_class, std::string_view name) {
   require_share_class(object_class);
   FileShare share;
   share.name = name;
-  return std::make_shared<FileShareObject>(server_.shares(), name_, std::move(share), true);
+  return std::make_shared<FileShareObject>(shares_, name_, std::move(share), true);
 }
 
 void FileServerObject::Delete(std::string_view object_class, std::string_view name) {
   require_share_class(object_class);
-  server_.shares().remove(name);
+  shares_.remove(name);
 }
 
-}  // namespace twk::lab
+}  // namespace twk::ads

@@ -1,0 +1,121 @@
+#include "ads/exchange_mailboxes.hpp"
+
+#include <algorithm>
+
+#include "ads/dn.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+
+namespace twk::ads {
+namespace {
+
+using platform::ObjectPtr;
+namespace ads_error = platform::ads_error;
+
+constexpr std::string_view kProvider = "LDAP://";
+constexpr std::string_view kStoreClass = "msExchPrivateMDB";
+constexpr std::size_t kGuidBytes = 16;
+
+/// The attribute's text; empty when there is none, or no object.
+std::string text_of(const ObjectPtr& object, std::string_view attribute) {
+  std::string text;
+  base::Trap absent;
+  if (object != nullptr)
+    absent([&] { text = object->Get(attribute).text(); });
+  return text;
+}
+
+/// An account's name as the part of an address before the "@".
+std::string nickname_of(std::string_view account) {
+  std::string name(account);
+  std::replace(name.begin(), name.end(), ' ', '_');
+  return name;
+}
+
+/// The entry that is so many places above one.
+std::string_view above(std::string_view dn, int places) {
+  for (int i = 0; i < places; ++i)
+    dn = parent_dn(dn);
+  return dn;
+}
+
+class ExchangeMailbox final : public platform::IMailboxStore {
+ public:
+  ExchangeMailbox(platform::DirectoryService& directory, const std::string& domain,
+                  const ExchangeMailboxes::RandomBytes& random_bytes, ObjectPtr user)
+      : directory_(directory), domain_(domain), random_bytes_(random_bytes), user_(std::move(user)) {}
+
+  void CreateMailbox(std::string_view store_path) override {
+    if (!text_of(user_, "homeMDB").empty())
+      base::raise(ads_error::kObjectExists, user_->ADsPath() + " has a mailbox");
+    if (base::starts_with_fold(store_path, kProvider))
+      store_path.remove_prefix(kProvider.size());
+    require_store(store_path);
+    const std::string nickname = nickname_of(text_of(user_, "sAMAccountName"));
+    user_->Put("homeMDB", std::string(store_path));
+    user_->Put("msExchMailboxGuid", random_bytes_(kGuidBytes));
+    put_when_absent("mailNickname", nickname);
+    put_server(store_path, nickname);
+    put_addresses(nickname);
+  }
+
+ private:
+  void require_store(std::string_view dn) {
+    if (dn.find('=') == base::npos)  // else it would be taken for a server's name
+      base::raise(ads_error::kInvalidDn, "Not the name of a mailbox store: " + std::string(dn));
+    const ObjectPtr store = directory_.GetObject(std::string(kProvider) + std::string(dn));
+    if (!base::equals_fold(store->Class(), kStoreClass))
+      base::raise(ads_error::kNoSuchObject, "Not a mailbox store: " + std::string(dn));
+  }
+
+  /// Null when nothing has that name.
+  ObjectPtr find(std::string_view dn) {
+    ObjectPtr object;
+    base::Trap absent;
+    if (!dn.empty())
+      absent([&] { object = directory_.GetObject(std::string(kProvider) + std::string(dn)); });
+    return object;
+  }
+
+  void put_when_absent(std::string_view attribute, const std::string& text) {
+    if (text_of(user_, attribute).empty())
+      user_->Put(attribute, text);
+  }
+
+  /// A store stands below a storage group, which stands below the information store of its server.
+  void put_server(std::string_view store, const std::string& nickname) {
+    const std::string_view server = above(store, 3);
+    const std::string legacy_server = text_of(find(server), "legacyExchangeDN");
+    if (!legacy_server.empty())
+      user_->Put("msExchHomeServerName", legacy_server);
+    const std::string agent = "CN=Microsoft MTA," + std::string(server);
+    if (find(agent) != nullptr)
+      user_->Put("homeMTA", agent);
+    const std::string legacy_group = text_of(find(above(server, 2)), "legacyExchangeDN");
+    if (!legacy_group.empty())
+      user_->Put("legacyExchangeDN", legacy_group + "/cn=Recipients/cn=" + nickname);
+  }
+
+  void put_addresses(const std::string& nickname) {
+    put_when_absent("mail", nickname + "@" + domain_);
+    put_when_absent("proxyAddresses", "SMTP:" + text_of(user_, "mail"));
+  }
+
+  platform::DirectoryService& directory_;
+  const std::string& domain_;
+  const ExchangeMailboxes::RandomBytes& random_bytes_;
+  ObjectPtr user_;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::IMailboxStore> ExchangeMailboxes::mailbox_store(const ObjectPtr& user) {
+  if (user == nullptr || !base::equals_fold(user->Class(), "user") ||
+      !base::starts_with_fold(user->ADsPath(), kProvider)) {
+    base::raise(ads_error::kNotImplementedByProvider,
+                "Only a user of Active Directory can have a mailbox in a mailbox store");
+  }
+  return std::make_unique<ExchangeMailbox>(directory_, domain_, random_bytes_, user);
+}
+
+}  // namespace twk::ads

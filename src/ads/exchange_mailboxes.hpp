@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "base/bytes.hpp"
+#include "platform/directory.hpp"
+#include "platform/mailbox.hpp"
+
+namespace twk::ads {
+
+/// Mailboxes of a domain's users in the stores of its Exchange 2000 organisation. `CreateMailbox` stages
+/// "homeMDB", "homeMTA", "msExchHomeServerName", "msExchMailboxGuid", "legacyExchangeDN", "mailNickname" (the
+/// account's name), and, where the user has none, "mail" and "proxyAddresses", which a mail system adds by
+/// itself a little later. The user's `SetInfo` writes them.
+class ExchangeMailboxes final : public platform::MailboxService {
+ public:
+  using RandomBytes = std::function<base::Bytes(std::size_t)>;
+
+  /// `domain` is the DNS name, which the addresses bear.
+  ExchangeMailboxes(platform::DirectoryService& directory, std::string domain, RandomBytes random_bytes)
+      : directory_(directory), domain_(std::move(domain)), random_bytes_(std::move(random_bytes)) {}
+
+  /// A WinNT object, and anything that is no user, can have no mailbox.
+  std::unique_ptr<platform::IMailboxStore> mailbox_store(const platform::ObjectPtr& user) override;
+
+ private:
+  platform::DirectoryService& directory_;
+  std::string domain_;
+  RandomBytes random_bytes_;
+};
+
+}  // namespace twk::ads

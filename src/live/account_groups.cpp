@@ -1,0 +1,321 @@
+#include <algorithm>
+
+#include "live/account_session.hpp"
+
+namespace twk::live {
+namespace {
+
+using Kind = SamAccount::Kind;
+
+constexpr std::uint32_t kUserNotFound = 2221;
+constexpr std::uint32_t kGroupNotFound = 2220;
+constexpr std::uint32_t kUserExists = 2224;
+constexpr std::uint32_t kGroupExists = 2223;
+constexpr std::uint32_t kMemberInGroup = 1320;
+constexpr std::uint32_t kMemberNotInGroup = 1321;
+constexpr std::uint32_t kGroupAttributes = 7;  // mandatory, enabled, by default, [MS-SAMR] 2.2.1.10
+constexpr std::uint32_t kAnswerSize = 0xFFFF;
+
+/// Runs one of the service's enumerations to its end.
+template <typename Call>
+void enumerate_kind(AccountSession& session, std::uint32_t operation, bool builtin, Kind kind, Call call,
+                    std::vector<SamAccount>& found) {
+  std::uint32_t resume = 0;
+  for (;;) {
+    const Memory memory;
+    samr_SamArray* names = nullptr;
+    std::uint32_t count = 0;
+    call.in.domain_handle = &session.domain(builtin).handle;
+    call.in.max_size = kAnswerSize;
+    call.in.resume_handle = call.out.resume_handle = &resume;
+    call.out.sam = &names;
+    call.out.num_entries = &count;
+    const std::uint32_t status = session.ask(operation, call, memory);
+    if (status != kMoreEntries && status != kNoMoreEntries)
+      AccountSession::check(status, "The accounts of the domain");
+    for (std::uint32_t i = 0; names != nullptr && i < names->count; ++i) {
+      std::string name = from_lsa(names->entries[i].name);
+      if (!name.ends_with('$'))
+        found.push_back(
+            {.name = std::move(name), .kind = kind, .builtin = builtin, .rid = names->entries[i].idx});
+    }
+    if (status != kMoreEntries || count == 0)
+      return;
+  }
+}
+
+std::vector<platform::Sid> alias_members(AccountSession& session, const SamAccount& group) {
+  const Memory memory;
+  OpenAccount opened(session, group);
+  lsa_SidArray sids{};
+  samr_GetMembersInAlias call{};
+  call.in.alias_handle = opened.handle();
+  call.out.sids = &sids;
+  session.run(NDR_SAMR_GETMEMBERSINALIAS, call, memory, "The members of " + group.name);
+  std::vector<platform::Sid> members;
+  for (std::uint32_t i = 0; i < sids.num_sids; ++i)
+    members.push_back(from_dom_sid(*sids.sids[i].sid));
+  return members;
+}
+
+std::vector<std::uint32_t> group_members(AccountSession& session, const SamAccount& group) {
+  const Memory memory;
+  OpenAccount opened(session, group);
+  samr_RidAttrArray* rids = nullptr;
+  samr_QueryGroupMember call{};
+  call.in.group_handle = opened.handle();
+  call.out.rids = &rids;
+  session.run(NDR_SAMR_QUERYGROUPMEMBER, call, memory, "The members of " + group.name);
+  return rids == nullptr ? std::vector<std::uint32_t>{}
+                         : std::vector<std::uint32_t>(rids->rids, rids->rids + rids->count);
+}
+
+std::vector<std::uint32_t> group_rids_of(AccountSession& session, const SamAccount& user) {
+  const Memory memory;
+  OpenAccount opened(session, user);
+  samr_RidWithAttributeArray* rids = nullptr;
+  samr_GetGroupsForUser call{};
+  call.in.user_handle = opened.handle();
+  call.out.rids = &rids;
+  session.run(NDR_SAMR_GETGROUPSFORUSER, call, memory, "The groups of " + user.name);
+  std::vector<std::uint32_t> groups;
+  for (std::uint32_t i = 0; rids != nullptr && i < rids->count; ++i)
+    groups.push_back(rids->rids[i].rid);
+  return groups;
+}
+
+/// The local groups of a domain that one of the identifiers is a direct member of.
+std::vector<SamAccount> local_groups_of(AccountSession& session, const platform::Sid& member, bool builtin) {
+  const Memory memory;
+  dom_sid sid = to_dom_sid(member);
+  lsa_SidPtr pointer{.sid = &sid};
+  lsa_SidArray sids{.num_sids = 1, .sids = &pointer};
+  samr_Ids rids{};
+  samr_GetAliasMembership call{};
+  call.in.domain_handle = &session.domain(builtin).handle;
+  call.in.sids = &sids;
+  call.out.rids = &rids;
+  session.run(NDR_SAMR_GETALIASMEMBERSHIP, call, memory, "The local groups of an account");
+  return look_up_rids(session, std::vector<std::uint32_t>(rids.ids, rids.ids + rids.count), builtin);
+}
+
+}  // namespace
+
+void AccountService::enumerate(bool users, bool groups, const std::function<bool(const SamAccount&)>& visit) {
+  const auto found = repeat([&](AccountSession& session) {
+    std::vector<SamAccount> all;
+    if (users) {
+      samr_EnumDomainUsers call{};
+      call.in.acct_flags = ACB_NORMAL;
+      enumerate_kind(session, NDR_SAMR_ENUMDOMAINUSERS, false, Kind::kUser, call, all);
+    }
+    if (groups) {
+      enumerate_kind(session, NDR_SAMR_ENUMDOMAINGROUPS, false, Kind::kGlobalGroup, samr_EnumDomainGroups{},
+                     all);
+      for (const bool builtin : {false, true})
+        enumerate_kind(session, NDR_SAMR_ENUMDOMAINALIASES, builtin, Kind::kLocalGroup,
+                       samr_EnumDomainAliases{}, all);
+    }
+    return all;
+  });
+  for (const SamAccount& account : found) {
+    if (!visit(account))
+      return;
+  }
+}
+
+SamAccount AccountService::create(std::string_view name, Kind kind) {
+  const std::uint32_t exists = kind == Kind::kUser ? kUserExists : kGroupExists;
+  if (find(name))
+    base::raise(exists, "The domain has an account " + std::string(name) + " already");
+  const std::string text(name);
+  repeat_write(exists, [&](AccountSession& session) {
+    const Memory memory;
+    lsa_String wanted = to_lsa(text);
+    policy_handle made{};
+    std::uint32_t rid = 0;
+    std::uint32_t granted = 0;
+    const auto run = [&](std::uint32_t operation, auto& call) {
+      call.in.domain_handle = &session.domain(false).handle;
+      call.in.access_mask = kMaximumAllowed;
+      call.out.rid = &rid;
+      session.run(operation, call, memory, "The account " + text);
+    };
+    if (kind == Kind::kUser) {
+      samr_CreateUser2 call{};
+      call.in.account_name = &wanted;
+      call.in.acct_flags = ACB_NORMAL;
+      call.out.user_handle = &made;
+      call.out.access_granted = &granted;
+      run(NDR_SAMR_CREATEUSER2, call);
+    } else if (kind == Kind::kGlobalGroup) {
+      samr_CreateDomainGroup call{};
+      call.in.name = &wanted;
+      call.out.group_handle = &made;
+      run(NDR_SAMR_CREATEDOMAINGROUP, call);
+    } else {
+      samr_CreateDomAlias call{};
+      call.in.alias_name = &wanted;
+      call.out.alias_handle = &made;
+      run(NDR_SAMR_CREATEDOMALIAS, call);
+    }
+    samr_Close close{};
+    close.in.handle = close.out.handle = &made;
+    session.ask(NDR_SAMR_CLOSE, close, memory);
+  });
+  auto account = find(name);
+  if (!account)
+    base::raise(kUserNotFound, "The account " + text + " was made and is not there");
+  return *std::move(account);
+}
+
+void AccountService::remove(const SamAccount& account) {
+  const std::uint32_t gone = account.kind == Kind::kUser ? kUserNotFound : kGroupNotFound;
+  repeat_write(gone, [&](AccountSession& session) {
+    const Memory memory;
+    OpenAccount opened(session, account);
+    const auto run = [&](std::uint32_t operation, auto& call, policy_handle*& in, policy_handle*& out) {
+      in = out = opened.handle();
+      session.run(operation, call, memory, "The account " + account.name);
+      opened.release();
+    };
+    samr_DeleteUser user{};
+    samr_DeleteDomainGroup group{};
+    samr_DeleteDomAlias alias{};
+    switch (account.kind) {
+      case Kind::kUser:
+        return run(NDR_SAMR_DELETEUSER, user, user.in.user_handle, user.out.user_handle);
+      case Kind::kGlobalGroup:
+        return run(NDR_SAMR_DELETEDOMAINGROUP, group, group.in.group_handle, group.out.group_handle);
+      case Kind::kLocalGroup:
+        return run(NDR_SAMR_DELETEDOMALIAS, alias, alias.in.alias_handle, alias.out.alias_handle);
+    }
+  });
+}
+
+std::string AccountService::group_description(const SamAccount& group) {
+  return repeat([&](AccountSession& session) {
+    const Memory memory;
+    OpenAccount opened(session, group);
+    if (group.kind == Kind::kGlobalGroup) {
+      samr_GroupInfo* info = nullptr;
+      samr_QueryGroupInfo call{};
+      call.in.group_handle = opened.handle();
+      call.in.level = GROUPINFODESCRIPTION;
+      call.out.info = &info;
+      session.run(NDR_SAMR_QUERYGROUPINFO, call, memory, "The group " + group.name);
+      return from_lsa(info->description);
+    }
+    samr_AliasInfo* info = nullptr;
+    samr_QueryAliasInfo call{};
+    call.in.alias_handle = opened.handle();
+    call.in.level = ALIASINFODESCRIPTION;
+    call.out.info = &info;
+    session.run(NDR_SAMR_QUERYALIASINFO, call, memory, "The group " + group.name);
+    return from_lsa(info->description);
+  });
+}
+
+void AccountService::write_group(const SamAccount& group, const std::optional<std::string>& name,
+                                 const std::optional<std::string>& description) {
+  const auto write = [&](AccountSession& session, bool is_name, const std::string& text) {
+    const Memory memory;
+    OpenAccount opened(session, group);
+    const auto run = [&](std::uint32_t operation, auto& call, auto& info, auto level) {
+      (is_name ? info.name : info.description) = to_lsa(text);
+      call.in.level = level;
+      call.in.info = &info;
+      session.run(operation, call, memory, "The group " + group.name);
+    };
+    if (group.kind == Kind::kGlobalGroup) {
+      samr_GroupInfo info{};
+      samr_SetGroupInfo call{};
+      call.in.group_handle = opened.handle();
+      run(NDR_SAMR_SETGROUPINFO, call, info, is_name ? GROUPINFONAME : GROUPINFODESCRIPTION);
+    } else {
+      samr_AliasInfo info{};
+      samr_SetAliasInfo call{};
+      call.in.alias_handle = opened.handle();
+      run(NDR_SAMR_SETALIASINFO, call, info, is_name ? ALIASINFONAME : ALIASINFODESCRIPTION);
+    }
+  };
+  repeat([&](AccountSession& session) {
+    if (description)
+      write(session, false, *description);
+    if (name)
+      write(session, true, *name);
+  });
+}
+
+void AccountService::add_member(const SamAccount& group, const SamAccount& member) {
+  const platform::Sid sid = sid_of(member);
+  repeat_write(kMemberInGroup, [&](AccountSession& session) {
+    const Memory memory;
+    OpenAccount opened(session, group);
+    if (group.kind == Kind::kGlobalGroup) {
+      samr_AddGroupMember call{};
+      call.in.group_handle = opened.handle();
+      call.in.rid = member.rid;
+      call.in.flags = kGroupAttributes;
+      return session.run(NDR_SAMR_ADDGROUPMEMBER, call, memory, "The group " + group.name);
+    }
+    dom_sid one = to_dom_sid(sid);
+    samr_AddAliasMember call{};
+    call.in.alias_handle = opened.handle();
+    call.in.sid = &one;
+    session.run(NDR_SAMR_ADDALIASMEMBER, call, memory, "The group " + group.name);
+  });
+}
+
+void AccountService::remove_member(const SamAccount& group, const SamAccount& member) {
+  const platform::Sid sid = sid_of(member);
+  repeat_write(kMemberNotInGroup, [&](AccountSession& session) {
+    const Memory memory;
+    OpenAccount opened(session, group);
+    if (group.kind == Kind::kGlobalGroup) {
+      samr_DeleteGroupMember call{};
+      call.in.group_handle = opened.handle();
+      call.in.rid = member.rid;
+      return session.run(NDR_SAMR_DELETEGROUPMEMBER, call, memory, "The group " + group.name);
+    }
+    dom_sid one = to_dom_sid(sid);
+    samr_DeleteAliasMember call{};
+    call.in.alias_handle = opened.handle();
+    call.in.sid = &one;
+    session.run(NDR_SAMR_DELETEALIASMEMBER, call, memory, "The group " + group.name);
+  });
+}
+
+std::vector<SamAccount> AccountService::members(const SamAccount& group) {
+  if (group.kind == Kind::kGlobalGroup) {
+    return repeat([&](AccountSession& session) {
+      return look_up_rids(session, group_members(session, group), group.builtin);
+    });
+  }
+  const auto sids = repeat([&](AccountSession& session) { return alias_members(session, group); });
+  std::vector<SamAccount> accounts;
+  for (const platform::Sid& sid : sids) {
+    if (auto account = find(sid))
+      accounts.push_back(*std::move(account));
+  }
+  return accounts;
+}
+
+std::vector<SamAccount> AccountService::groups_of(const SamAccount& user) {
+  const platform::Sid sid = sid_of(user);
+  const std::uint32_t primary = read_user(user.rid).primary_group;
+  return repeat([&](AccountSession& session) {
+    std::vector<std::uint32_t> rids = group_rids_of(session, user);
+    const auto first = std::find(rids.begin(), rids.end(), primary);
+    if (first != rids.end())
+      std::rotate(rids.begin(), first, first + 1);
+    std::vector<SamAccount> groups = look_up_rids(session, rids, false);
+    for (const bool builtin : {false, true}) {
+      for (SamAccount& one : local_groups_of(session, sid, builtin))
+        groups.push_back(std::move(one));
+    }
+    return groups;
+  });
+}
+
+}  // namespace twk::live

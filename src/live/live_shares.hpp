@@ -1,0 +1,30 @@
+#pragma once
+
+#include "ads/ads_path.hpp"
+#include "ads/share_object.hpp"
+#include "live/server_service.hpp"
+
+namespace twk::live {
+
+class LiveDomain;
+
+/// The shares of a real server as objects know them. The server's numbers become those of the directory:
+/// 0x80070000 and the number of [MS-ERREF] 2.2.
+class LiveShares final : public ads::ShareStore {
+ public:
+  explicit LiveShares(ServerService& service) : service_(service) {}
+
+  std::vector<ads::FileShare> all() override;
+  std::optional<ads::FileShare> find(std::string_view name) override;
+  /// Changes comment and number of users of a share that is there. Raises kUnwilling for another folder.
+  void store(const ads::FileShare& share, bool replace) override;
+  void remove(std::string_view name) override;
+
+ private:
+  ServerService& service_;
+};
+
+/// "WinNT://FS1/lanmanserver" with or without a share behind. Raises kBadNetPath, kShareNotFound.
+platform::ObjectPtr bind_shares(LiveDomain& domain, const ads::AdsPath& path);
+
+}  // namespace twk::live

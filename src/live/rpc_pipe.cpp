@@ -1,0 +1,208 @@
+#include "live/rpc_pipe.hpp"
+
+#include <netdb.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "live/samba_headers.hpp"
+#include "platform/directory.hpp"
+#include "platform/network.hpp"
+
+// The interface of shares, whose own header Debian does not package.
+extern "C" const struct ndr_interface_table ndr_table_srvsvc;
+
+namespace twk::live {
+namespace {
+
+namespace network_error = platform::network_error;
+
+const ndr_interface_table& table_of(RpcInterface interface) {
+  return interface == RpcInterface::kAccounts ? ndr_table_samr : ndr_table_srvsvc;
+}
+
+[[noreturn]] void no_answer(const std::string& host, const std::string& why) {
+  base::raise(network_error::kBadNetPath, "The network path was not found: " + host + " (" + why + ")");
+}
+
+bool connects_in_time(const addrinfo& address, int seconds) {
+  constexpr int kMilliseconds = 1000;
+  const int socket =
+      ::socket(address.ai_family, address.ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, address.ai_protocol);
+  if (socket < 0)
+    return false;
+  bool connected = ::connect(socket, address.ai_addr, address.ai_addrlen) == 0;
+  pollfd waiting{.fd = socket, .events = POLLOUT, .revents = 0};
+  if (!connected && ::poll(&waiting, 1, seconds * kMilliseconds) == 1) {
+    int failure = 0;
+    socklen_t size = sizeof failure;
+    connected = ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &failure, &size) == 0 && failure == 0;
+  }
+  ::close(socket);
+  return connected;
+}
+
+cli_credentials* make_credentials(TALLOC_CTX* memory, const LiveSettings& settings,
+                                  loadparm_context* configuration) {
+  cli_credentials* const credentials = cli_credentials_init(memory);
+  cli_credentials_set_conf(credentials, configuration);
+  if (settings.logon == LiveSettings::Logon::kTicket) {
+    cli_credentials_guess(credentials, configuration);
+    cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
+    return credentials;
+  }
+  const WindowsLogon logon = windows_logon(settings);
+  cli_credentials_set_username(credentials, logon.user.c_str(), kCredentialsSpecified);
+  cli_credentials_set_domain(credentials, logon.domain.c_str(), kCredentialsSpecified);
+  cli_credentials_set_password(credentials, settings.password.c_str(), kCredentialsSpecified);
+  cli_credentials_set_kerberos_state(credentials, kKerberosDisabled, kCredentialsSpecified);
+  return credentials;
+}
+
+}  // namespace
+
+struct RpcPipe::Handle {
+  Memory memory;
+  dcerpc_pipe* pipe = nullptr;
+};
+
+WithoutPipeSignal::WithoutPipeSignal() {
+  struct sigaction ignore {};
+  ignore.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &ignore, &before_);
+}
+
+WithoutPipeSignal::~WithoutPipeSignal() {
+  sigaction(SIGPIPE, &before_, nullptr);
+}
+
+WindowsLogon windows_logon(const LiveSettings& settings) {
+  const std::string_view user = settings.user;
+  const std::size_t backslash = user.find('\\');
+  if (backslash != base::npos)
+    return {std::string(user.substr(backslash + 1)), std::string(user.substr(0, backslash))};
+  if (user.find('@') != base::npos)
+    return {std::string(user), {}};
+  return {std::string(user), settings.domain};
+}
+
+void require_listening(const std::string& host, int seconds) {
+  // What stands in the binding's text is a part of its syntax.
+  if (host.empty() || host.find_first_of("[]:,\\/\"@ ") != base::npos || base::find_control_character(host))
+    no_answer(base::to_valid_utf8(host), "not the name of a server");
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* addresses = nullptr;
+  const int failure = ::getaddrinfo(host.c_str(), "445", &hints, &addresses);
+  if (failure != 0)
+    no_answer(host, ::gai_strerror(failure));
+  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(addresses, ::freeaddrinfo);
+  for (const addrinfo* one = addresses; one != nullptr; one = one->ai_next) {
+    if (connects_in_time(*one, seconds))
+      return;
+  }
+  no_answer(host, "it does not listen");
+}
+
+std::uint32_t win32_of_status(std::uint32_t status) {
+  return W_ERROR_V(ntstatus_to_werror(NT_STATUS(status)));
+}
+
+std::uint32_t directory_number(std::uint32_t number) {
+  constexpr std::uint32_t kWin32Facility = 0x80070000;
+  if (number == kRpcLost)
+    return platform::ads_error::kServerDown;
+  return number < 0x10000 ? kWin32Facility | number : number;
+}
+
+std::string_view without_backslashes(std::string_view server) {
+  return server.starts_with("\\\\") ? server.substr(2) : server;
+}
+
+RpcPipe::RpcPipe(LiveSettings settings, std::string_view server, RpcInterface interface)
+    : settings_(std::move(settings)), host_(without_backslashes(server)), interface_(interface) {}
+
+RpcPipe::~RpcPipe() {
+  close();
+}
+
+void RpcPipe::open() {
+  const WithoutPipeSignal quiet;
+  opened();
+}
+
+void RpcPipe::close() {
+  const WithoutPipeSignal quiet;
+  handle_.reset();
+}
+
+void RpcPipe::connect() {
+  // What stands in the binding's text is a part of its syntax.
+  if (host_.empty() || host_.find_first_of("[]:,\\/\"@ ") != base::npos ||
+      base::find_control_character(host_))
+    no_answer(base::to_valid_utf8(host_), "not the name of a server");
+  require_listening(host_, settings_.timeout_seconds);
+  auto handle = std::make_unique<Handle>();
+  loadparm_context* const configuration = loadparm_init(handle->memory.get());
+  // Without the machine's file the library's own values hold.
+  lpcfg_load_default(configuration);
+  lpcfg_set_option(configuration, "name resolve order=host");
+  dcerpc_init();
+  const NTSTATUS status = dcerpc_pipe_connect(
+      handle->memory.get(), &handle->pipe, ("ncacn_np:" + host_ + "[seal]").c_str(), &table_of(interface_),
+      make_credentials(handle->memory.get(), settings_, configuration),
+      tevent_context_init(handle->memory.get()), configuration);
+  if (!NT_STATUS_IS_OK(status)) {
+    const std::uint32_t number = win32_of_status(NT_STATUS_V(status));
+    if (number == platform::security_error::kAccessDenied || number == kRpcLogonFailure)
+      base::raise(number, "The logon to " + host_ + " failed: " + nt_errstr(status));
+    no_answer(host_, nt_errstr(status));
+  }
+  dcerpc_binding_handle_set_timeout(handle->pipe->binding_handle,
+                                    static_cast<std::uint32_t>(settings_.timeout_seconds));
+  handle_ = std::move(handle);
+}
+
+RpcPipe::Handle& RpcPipe::opened() {
+  if (handle_ != nullptr && !dcerpc_binding_handle_is_connected(handle_->pipe->binding_handle))
+    handle_.reset();
+  if (handle_ == nullptr)
+    connect();
+  return *handle_;
+}
+
+void RpcPipe::check(std::uint32_t status) {
+  if (status == 0)
+    return;
+  const NTSTATUS failure = NT_STATUS(status);
+  const std::string text = "The call to " + host_ + " failed: " + nt_errstr(failure);
+  if (NT_STATUS_EQUAL(failure, NT_STATUS_ACCESS_DENIED))
+    base::raise(platform::security_error::kAccessDenied, text);
+  handle_.reset();
+  // Asked again it would be waited for again.
+  base::raise(NT_STATUS_EQUAL(failure, NT_STATUS_IO_TIMEOUT) ? network_error::kBadNetPath : kRpcLost, text);
+}
+
+base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t> arguments) {
+  const WithoutPipeSignal quiet;
+  Handle& handle = opened();
+  const Memory answer;
+  std::uint8_t* bytes = nullptr;
+  std::size_t size = 0;
+  std::uint32_t flags = 0;
+  check(NT_STATUS_V(dcerpc_binding_handle_raw_call(handle.pipe->binding_handle, nullptr, operation, 0,
+                                                   arguments.data(), arguments.size(), answer.get(), &bytes,
+                                                   &size, &flags)));
+  return base::Bytes(bytes, bytes + size);
+}
+
+void RpcPipe::call(std::uint32_t operation, void* arguments, void* memory) {
+  const WithoutPipeSignal quiet;
+  Handle& handle = opened();
+  check(NT_STATUS_V(dcerpc_binding_handle_call(handle.pipe->binding_handle, nullptr, &table_of(interface_),
+                                               operation, memory, arguments)));
+}
+
+}  // namespace twk::live

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+
+// Samba's headers are C: they want these types first and are not ready for C++ by themselves.
+extern "C" {
+#include <talloc.h>
+#include <tevent.h>
+
+#include <core/ntstatus.h>
+#include <core/werror.h>
+#include <dcerpc.h>
+#include <gen_ndr/ndr_samr.h>
+#include <netapi.h>
+#include <param.h>
+
+WERROR ntstatus_to_werror(NTSTATUS error);
+
+// From credentials.h, which is no C++: it names enumerations before they are declared.
+struct cli_credentials* cli_credentials_init(TALLOC_CTX* context);
+bool cli_credentials_set_conf(struct cli_credentials* credentials, struct loadparm_context* configuration);
+bool cli_credentials_guess(struct cli_credentials* credentials, struct loadparm_context* configuration);
+}
+
+namespace twk::live {
+
+/// `enum credentials_obtained` and `enum credentials_use_kerberos` of credentials.h.
+inline constexpr int kCredentialsSpecified = 6;
+inline constexpr int kKerberosDisabled = 0;
+inline constexpr int kKerberosRequired = 2;
+
+/// What the library allocates; freed with the object.
+class Memory {
+ public:
+  Memory() : context_(talloc_named_const(nullptr, 0, "twk")) {}
+  Memory(const Memory&) = delete;
+  Memory& operator=(const Memory&) = delete;
+  ~Memory() { talloc_free(context_); }
+
+  [[nodiscard]] TALLOC_CTX* get() const { return context_; }
+
+ private:
+  TALLOC_CTX* context_;
+};
+
+}  // namespace twk::live
+
+extern "C" {
+bool cli_credentials_set_username(struct cli_credentials* credentials, const char* name, int obtained);
+bool cli_credentials_set_domain(struct cli_credentials* credentials, const char* name, int obtained);
+bool cli_credentials_set_password(struct cli_credentials* credentials, const char* password, int obtained);
+bool cli_credentials_set_kerberos_state(struct cli_credentials* credentials, int state, int obtained);
+}

@@ -1,0 +1,80 @@
+#include "live/smb_copy.hpp"
+
+#include "base/errors.hpp"
+
+namespace twk::live {
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{1} << 20U;
+
+/// A file in the making, taken away again unless it was given its name.
+class Draft {
+ public:
+  Draft(SmbClient& client, const SmbPath& target) : client_(client), path_(target) {
+    path_.path += ".copying";
+    file_ = client_.open(path_, SmbOpen::kReplace);
+  }
+  Draft(const Draft&) = delete;
+  Draft& operator=(const Draft&) = delete;
+  ~Draft() {
+    file_.reset();
+    base::Trap trap;  // what made the copy fail is what is told
+    if (!kept_)
+      trap([&] { client_.remove_file(path_); });
+  }
+
+  void write(std::uint64_t offset, std::string_view bytes) { file_->write(offset, bytes); }
+  void finish(const SmbPath& target, std::int64_t modified) {
+    file_.reset();
+    client_.set_modified(path_, modified);
+    client_.rename(path_, target);
+    kept_ = true;
+  }
+
+ private:
+  SmbClient& client_;
+  SmbPath path_;
+  std::unique_ptr<SmbFile> file_;
+  bool kept_ = false;
+};
+
+bool is_there(SmbClient& client, const SmbPath& path) {
+  base::Trap trap;
+  return trap([&] { client.status(path); });
+}
+
+/// False when `progress` gave it up.
+bool copy_bytes(const CopySource& from, std::uint64_t size, Draft& draft,
+                const platform::CopyProgress& progress) {
+  for (std::uint64_t done = 0; done < size;) {
+    const std::string piece = from.read(done, kPiece);
+    if (piece.empty())
+      return true;  // it shrank meanwhile, which the caller tells
+    draft.write(done, piece);
+    done += piece.size();
+    if (progress && !progress(done))
+      return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool copy_to_server(SmbClient& client, const CopySource& from, const SmbPath& to, bool replace,
+                    const platform::CopyProgress& progress) {
+  const platform::FileEntry before = from.status();
+  if (before.directory || before.link)
+    base::raise(base::error::kPathFileAccess, "cannot copy " + from.name + ": it is no ordinary file");
+  if (!replace && is_there(client, to))
+    base::raise(base::error::kFileExists, "cannot copy " + from.name + ": " + to.text() + " is there");
+  Draft draft(client, to);
+  if (!copy_bytes(from, before.size, draft, progress))
+    return false;
+  const platform::FileEntry after = from.status();
+  if (after.size != before.size || after.modified != before.modified)
+    base::raise(base::error::kPathFileAccess, "cannot copy " + from.name + ": it changed meanwhile");
+  draft.finish(to, before.modified);
+  return true;
+}
+
+}  // namespace twk::live

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+/// Where a person's own files of this program lie, by the XDG Base Directory Specification 0.8.
+namespace twk::local {
+
+/// "$XDG_CONFIG_HOME/tarnwick", "~/.config/tarnwick" without that variable. Neither is made.
+std::string user_config_folder();
+/// "$XDG_DATA_HOME/tarnwick", "~/.local/share/tarnwick" without that variable.
+std::string user_data_folder();
+
+}  // namespace twk::local

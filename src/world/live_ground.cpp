@@ -1,0 +1,81 @@
+#include "world/live_ground.hpp"
+
+#include "base/errors.hpp"
+#include "live/discover_domains.hpp"
+#include "live/network_probe.hpp"
+#include "local/registry_file.hpp"
+#include "platform/directory.hpp"
+#include "session/settings.hpp"
+
+namespace twk::world {
+namespace {
+
+class LiveGround final : public Ground {
+ public:
+  LiveGround(live::LiveSettings settings, live::Prompts prompts, const live::Folders& folders)
+      : folders_(folders), live_(std::move(settings), std::move(prompts), folders) {}
+
+  platform::Platform platform(platform::Dialogs& dialogs) override { return live_.platform(dialogs); }
+  platform::RegistryListing& registry_listing() override { return live_.registry_listing(); }
+  [[nodiscard]] std::string settings_folder() const override { return live::registry_folder(folders_); }
+  [[nodiscard]] std::string database_path() const override { return live_.database_path(); }
+  [[nodiscard]] std::string domain_name() const override { return domain().settings().domain; }
+  [[nodiscard]] bool has_one_domain() const override { return !domain_name().empty(); }
+  DomainNames names() override {
+    connect();
+    const bool directory = domain().has_directory();
+    return {domain_name(), directory ? domain().netbios() : domain_name(), directory};
+  }
+  void connect() override {
+    if (domain_name().empty())
+      base::raise(platform::ads_error::kNoSuchDomain,
+                  "There is no domain to work in: none is named, and "
+                  "this computer is in none");
+    if (domain().has_directory())
+      domain().ldap().open();
+    else
+      live::resolve_host(domain().controller());
+  }
+  live::Live* live() override { return &live_; }
+
+ private:
+  [[nodiscard]] live::LiveDomain& domain() const { return live_.domain(); }
+
+  live::Folders folders_;
+  mutable live::Live live_;
+};
+
+}  // namespace
+
+ConnectionOptions stored_connection(const live::Folders& folders) {
+  local::RegistryFile registry(live::registry_folder(folders));
+  return read_connection(registry);
+}
+
+bool store_connection(const live::Folders& folders, const ConnectionOptions& options) {
+  local::RegistryFile registry(live::registry_folder(folders));
+  return save_connection(registry, options);
+}
+
+ConnectionOptions wanted_connection(const live::Folders& folders, const ConnectionOptions& given) {
+  ConnectionOptions options = merge_connection(stored_connection(folders), given);
+  if (options.domain.empty())
+    options.domain = live::usual_domain();
+  return options;
+}
+
+std::string stored_unit(const live::Folders& folders) {
+  local::RegistryFile registry(live::registry_folder(folders));
+  const std::string key = std::string(session::kTree) + "\\" + std::string(session::kSetup);
+  std::string unit;
+  if (!registry.Reg_Read(platform::kHiveLocalMachine, key, "OU", unit) || unit.empty())
+    registry.Reg_Read(platform::kHiveCurrentUser, key, "OU", unit);
+  return unit;
+}
+
+std::unique_ptr<Ground> make_live_ground(const ConnectionOptions& options, live::Prompts prompts,
+                                         const live::Folders& folders) {
+  return std::make_unique<LiveGround>(live_settings(options), std::move(prompts), folders);
+}
+
+}  // namespace twk::world

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "live/credentials.hpp"
+#include "live/live.hpp"
+#include "world/connection_options.hpp"
+#include "world/ground.hpp"
+
+namespace twk::world {
+
+/// The person's stored settings of the connection.
+ConnectionOptions stored_connection(const live::Folders& folders);
+/// False when they cannot be written.
+bool store_connection(const live::Folders& folders, const ConnectionOptions& options);
+/// Those with what is given over them; where neither names a domain, the one that the workstation is in.
+ConnectionOptions wanted_connection(const live::Folders& folders, const ConnectionOptions& given);
+
+/// The unit that the person's work is limited to, where new accounts go; empty for the whole domain.
+std::string stored_unit(const live::Folders& folders);
+
+/// Nothing is asked of the domain yet. Raises what `live_settings` raises.
+std::unique_ptr<Ground> make_live_ground(const ConnectionOptions& options, live::Prompts prompts,
+                                         const live::Folders& folders);
+
+}  // namespace twk::world

@@ -1,0 +1,201 @@
+#include "world/snapshot.hpp"
+
+#include <algorithm>
+#include <array>
+#include <unordered_set>
+
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "lab/lab_create.hpp"
+#include "lab/ldif.hpp"
+#include "local/replace_file.hpp"
+#include "platform/directory.hpp"
+
+namespace twk::world {
+namespace {
+
+constexpr std::string_view kWanted =
+    "(|(objectClass=domainDNS)(objectClass=organizationalUnit)(objectClass=container)"
+    "(objectClass=builtinDomain)(objectClass=group)"
+    "(&(objectCategory=person)(|(objectClass=user)(objectClass=contact))))";
+
+/// What is a secret, what is large and not looked at, and what the lab works out by itself.
+constexpr std::array<std::string_view, 20> kLeftOut = {"supplementalCredentials",
+                                                       "unicodePwd",
+                                                       "userPassword",
+                                                       "userPKCS12",
+                                                       "userCert",
+                                                       "userCertificate",
+                                                       "jpegPhoto",
+                                                       "photo",
+                                                       "thumbnailLogo",
+                                                       "thumbnailPhoto",
+                                                       "userSMIMECertificate",
+                                                       "memberOf",
+                                                       "distinguishedName",
+                                                       "canonicalName",
+                                                       "tokenGroups",
+                                                       "primaryGroupToken",
+                                                       "msDS-PrincipalName",
+                                                       "nTSecurityDescriptor",
+                                                       "dSCorePropagationData",
+                                                       "wellKnownObjects"};
+
+constexpr std::int32_t kComplexPasswords = 1;  // DOMAIN_PASSWORD_COMPLEX, [MS-SAMR] 2.2.3.9
+
+std::vector<std::string> wanted_attributes() {
+  std::vector<std::string> names = {"minPwdLength", "pwdProperties", "lockoutThreshold"};
+  for (const ads::AttributeSchema& attribute : ads::all_attributes()) {
+    if (std::find(kLeftOut.begin(), kLeftOut.end(), attribute.name) == kLeftOut.end())
+      names.emplace_back(attribute.name);
+  }
+  return names;
+}
+
+class Copy {
+ public:
+  explicit Copy(live::LiveDomain& domain) : domain_(domain) {}
+
+  /// False when `progress` does not want to go on.
+  bool read(const std::function<bool(std::size_t)>& progress) {
+    live::LdapSearch search;
+    search.base = domain_.root_dn();
+    search.filter = kWanted;
+    search.attributes = wanted_attributes();
+    const std::string system = "," + ads::normalize_dn("CN=System," + domain_.root_dn());
+    bool going_on = true;
+    std::size_t count = 0;
+    domain_.ldap().search(search, [&](live::LdapEntry&& entry) {
+      if (!(ads::normalize_dn(entry.dn)).ends_with(system))
+        take(std::move(entry));
+      going_on = progress(++count);
+      return going_on;
+    });
+    if (going_on)
+      put_into_order();
+    return going_on;
+  }
+
+  [[nodiscard]] const Snapshot& counts() const { return counts_; }
+
+  [[nodiscard]] std::string ldif() const {
+    std::string text = "version: 1\n\n";
+    for (const Item& item : items_)
+      lab::append_ldif(text, item.record);
+    return text;
+  }
+
+  [[nodiscard]] lab::LabPlan plan() {
+    lab::LabPlan plan;
+    plan.domain = base::lower(domain_.settings().domain);
+    plan.netbios = domain_.netbios();
+    plan.kind = value_of_domain("nTMixedDomain") == 1 ? lab::DomainKind::kMixed : lab::DomainKind::kNative;
+    plan.users = plan.groups = plan.ous = 0;
+    plan.exchange.reset();
+    return plan;
+  }
+
+  [[nodiscard]] lab::LabConfig configuration(lab::LabConfig made) {
+    lab::LabConfig config = made;
+    const std::string& host = domain_.controller();
+    config.controller = base::upper(host.substr(0, host.find('.')));
+    config.passwords.minimum_length = value_of_domain("minPwdLength");
+    config.passwords.complexity = (value_of_domain("pwdProperties") & kComplexPasswords) != 0;
+    config.passwords.lockout_threshold = value_of_domain("lockoutThreshold");
+    base::Trap trap;
+    return trap([&] { lab::check_lab_config(config); }) ? config : made;
+  }
+
+ private:
+  struct Item {
+    std::size_t depth = 0;
+    std::string key;  ///< normalized name
+    lab::LdifRecord record;
+  };
+
+  void take(live::LdapEntry&& entry) {
+    Item item;
+    item.key = ads::normalize_dn(entry.dn);
+    item.depth = ads::split_dn(entry.dn).size();
+    for (live::LdapAttribute& attribute : entry.attributes) {
+      // A long list comes in ranges: "member;range=0-1499".
+      if (base::starts_with_fold(attribute.name, "member;range="))
+        attribute = {"member", live::read_links(domain_.ldap(), entry.dn, "member")};
+      if (!attribute.values.empty() && attribute.name.find(';') == base::npos)
+        item.record.attributes.push_back({std::move(attribute.name), std::move(attribute.values)});
+    }
+    item.record.dn = std::move(entry.dn);
+    items_.push_back(std::move(item));
+  }
+
+  /// Parents first; what has none here is left out with all below it.
+  void put_into_order() {
+    std::stable_sort(items_.begin(), items_.end(),
+                     [](const Item& a, const Item& b) { return a.depth < b.depth; });
+    const std::string root = ads::normalize_dn(domain_.root_dn());
+    std::unordered_set<std::string> there;
+    std::erase_if(items_, [&](const Item& item) {
+      const bool fits =
+          item.key == root || there.count(ads::normalize_dn(ads::parent_dn(item.record.dn))) != 0;
+      if (fits)
+        there.insert(item.key);
+      return !fits;
+    });
+    for (const Item& item : items_)
+      count(item.record);
+  }
+
+  void count(const lab::LdifRecord& record) {
+    ++counts_.entries;
+    for (const lab::LdifAttribute& attribute : record.attributes) {
+      if (!base::equals_fold(attribute.name, "objectClass"))
+        continue;
+      const std::string& object_class = attribute.values.back();
+      counts_.users += base::equals_fold(object_class, "user") ? 1 : 0;
+      counts_.groups += base::equals_fold(object_class, "group") ? 1 : 0;
+      counts_.ous += base::equals_fold(object_class, "organizationalUnit") ? 1 : 0;
+    }
+  }
+
+  [[nodiscard]] std::int32_t value_of_domain(std::string_view name) const {
+    if (items_.empty())
+      return 0;
+    for (const lab::LdifAttribute& attribute : items_.front().record.attributes) {
+      if (base::equals_fold(attribute.name, name))
+        return base::val(attribute.values.front());
+    }
+    return 0;
+  }
+
+  live::LiveDomain& domain_;
+  std::vector<Item> items_;
+  Snapshot counts_;
+};
+
+}  // namespace
+
+std::optional<Snapshot> take_snapshot(live::LiveDomain& domain, const std::filesystem::path& folder,
+                                      const std::function<bool(std::size_t entries)>& progress) {
+  if (!domain.has_directory())
+    base::raise(platform::ads_error::kNotImplementedByProvider, "An NT domain has no directory to copy");
+  Copy copy(domain);
+  if (!copy.read(progress))
+    return std::nullopt;
+  const bool was_there = std::filesystem::exists(folder);
+  lab::create_lab(folder, copy.plan());
+  try {
+    local::replace_file((folder / "domain.ldif").string(), copy.ldif(), local::Access::kPrivate);
+    const std::filesystem::path config = folder / "lab.conf";
+    lab::write_lab_config(config, copy.configuration(lab::read_lab_config(config)));
+  } catch (...) {
+    std::filesystem::remove_all(folder);
+    if (was_there)
+      std::filesystem::create_directory(folder);
+    throw;
+  }
+  return copy.counts();
+}
+
+}  // namespace twk::world

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "contract/world.hpp"
+#include "platform/access_check.hpp"
+
+namespace twk::contract {
+
+class NetworkContract : public testing::TestWithParam<MakeWorld> {
+ protected:
+  platform::ShareInfo502 share(std::string name, std::string path = "D:\\Users") const {
+    platform::ShareInfo502 info;
+    info.shi502_netname = std::move(name);
+    info.shi502_path = std::move(path);
+    info.shi502_remark = "Users Home Share";
+    return info;
+  }
+
+  std::unique_ptr<World> world_ = GetParam()();
+  platform::Network& network_ = world_->network();
+};
+
+TEST_P(NetworkContract, ShareIsMadeReadListedAndTakenAway) {
+  platform::SecurityDescriptor descriptor;
+  platform::Acl list(100);
+  list.add(0, {platform::ace_type::kAllow, 0, 0xA0000000, platform::well_known::everyone()});
+  descriptor.set_dacl(list);
+  platform::ShareInfo502 wanted = share("Homes$");
+  wanted.shi502_security_descriptor = descriptor;
+  network_.NetShareAdd("\\\\" + world_->file_server(), wanted);
+
+  const auto read = network_.NetShareGetInfo(world_->file_server(), "HOMES$");
+  EXPECT_EQ(read.shi502_path, world_->told_path("D:\\Users"));
+  EXPECT_EQ(read.shi502_remark, "Users Home Share");
+  EXPECT_EQ(read.shi502_max_uses, -1);
+  ASSERT_TRUE(read.shi502_security_descriptor);
+  // A server may store the rights that the generic ones stand for.
+  const std::vector everyone = {platform::well_known::everyone()};
+  EXPECT_EQ(platform::granted_access(*read.shi502_security_descriptor, everyone),
+            platform::granted_access(descriptor, everyone));
+  std::vector<std::string> names;
+  for (const auto& one : network_.NetShareEnum(world_->file_server()))
+    names.push_back(one.shi502_netname);
+  EXPECT_THAT(names, testing::IsSupersetOf({"D$", "Homes$"}));
+
+  network_.NetShareDel(world_->file_server(), "homes$");
+  EXPECT_EQ(number_of([&] { network_.NetShareGetInfo(world_->file_server(), "Homes$"); }),
+            platform::network_error::kShareNotFound);
+}
+
+TEST_P(NetworkContract, WhatCannotBeSharedIsRefusedByNumber) {
+  namespace network_error = platform::network_error;
+  const std::string server = world_->file_server();
+  network_.NetShareAdd(server, share("Homes"));
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("HOMES")); }), network_error::kDuplicateShare);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("New", "D:\\None")); }),
+            network_error::kUnknownDirectory);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("a/b")); }), network_error::kInvalidName);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd("NOWHERE", share("New")); }), network_error::kBadNetPath);
+  EXPECT_EQ(number_of([&] { network_.NetShareEnum("NOWHERE"); }), network_error::kBadNetPath);
+  EXPECT_EQ(number_of([&] { network_.NetShareDel(server, "None"); }), network_error::kShareNotFound);
+}
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(NetworkContract);
+
+}  // namespace twk::contract

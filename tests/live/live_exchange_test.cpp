@@ -1,0 +1,102 @@
+#include <gmock/gmock.h>
+
+#include "live/live_world.hpp"
+#include "live/subschema.hpp"
+
+namespace twk::live {
+namespace {
+
+using contract::number_of;
+using platform::ObjectPtr;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+namespace ads_error = platform::ads_error;
+
+const std::string kContainer = "CN=Recipients,OU=Head Office,O=Tarnwick";
+
+/// A mail server's directory, which is none of the domain's.
+class ForeignDirectory : public testing::Test {
+ protected:
+  std::string path(const std::string& dn) const {
+    return "LDAP://" + test::variable("TWK_LIVE_EXCHANGE") + "/" + dn;
+  }
+  ObjectPtr bind(const std::string& dn) { return world_.directory().GetObject(path(dn)); }
+
+  /// A mailbox as the creation makes it.
+  ObjectPtr make_mailbox(const std::string& account) {
+    base::Trap absent;
+    absent([&] { bind(kContainer)->Delete("OrganizationalPerson", "CN=" + account); });
+    const ObjectPtr mailbox = bind(kContainer)->Create("OrganizationalPerson", "CN=" + account);
+    mailbox->Put("MailPreferenceOption", 0);
+    mailbox->SetInfo();
+    mailbox->Put("Assoc-NT-Account", base::Bytes{1, 0, 255});
+    mailbox->Put("Home-MDB",
+                 "cn=Microsoft Private MDB,cn=EX55,cn=Servers,cn=Configuration,ou=Head Office,o=Tarnwick");
+    mailbox->Put("uid", account);
+    mailbox->Put("Sn", "Smith");
+    mailbox->Put("Cn", "Jo Smith");
+    mailbox->Put("MAPI-Recipient", true);
+    mailbox->SetInfo();
+    return mailbox;
+  }
+
+  test::LiveWorld world_;
+};
+
+TEST_F(ForeignDirectory, MailboxIsMadeFilledListedAndDeleted) {
+  const ObjectPtr mailbox = make_mailbox("jsmith");
+  mailbox->PutEx(2, "otherMailBox", platform::ValueList{"jo@a.test", "js@a.test"});
+  mailbox->Put("Mail", "Jo.Smith@a.test");
+  mailbox->SetInfo();
+  const ObjectPtr read = bind("CN=jsmith," + kContainer);
+  EXPECT_EQ(read->Class(), "OrganizationalPerson");
+  EXPECT_EQ(read->Get("MAPI-Recipient").integer(), -1);
+  EXPECT_EQ(read->Get("MailPreferenceOption").integer(), 0);
+  EXPECT_EQ(read->Get("mail").text(), "Jo.Smith@a.test");
+  EXPECT_EQ(read->Get("otherMailbox").list().size(), 2U);
+  // The name of the entry stays among the values that make it.
+  EXPECT_EQ(read->Get("cn").list().size(), 2U);
+
+  const std::string list = "CN=Everybody," + kContainer;
+  bind(list)->Add(path("CN=jsmith," + kContainer));
+  EXPECT_TRUE(bind(list)->IsMember(path("CN=jsmith," + kContainer)));
+  EXPECT_EQ(number_of([&] { bind(list)->Add(path("CN=jsmith," + kContainer)); }), ads_error::kMemberInGroup);
+  bind(list)->Remove(path("CN=jsmith," + kContainer));
+  EXPECT_FALSE(bind(list)->IsMember(path("CN=jsmith," + kContainer)));
+
+  bind(kContainer)->Delete("OrganizationalPerson", "CN=jsmith");
+  EXPECT_EQ(number_of([&] { bind("CN=jsmith," + kContainer); }), ads_error::kNoSuchObject);
+}
+
+TEST_F(ForeignDirectory, WhatTheServerRefusesIsToldByItsNumber) {
+  const ObjectPtr mailbox = make_mailbox("ann");
+  EXPECT_EQ(number_of([&] { bind(kContainer)->Create("OrganizationalPerson", "CN=ann")->SetInfo(); }),
+            ads_error::kObjectExists);
+  mailbox->Put("No-Such-Attribute", "x");
+  EXPECT_EQ(number_of([&] { mailbox->SetInfo(); }), ads_error::kNoSuchAttribute);
+  EXPECT_EQ(number_of([&] { bind("CN=Nobody,O=Tarnwick"); }), ads_error::kNoSuchObject);
+  EXPECT_EQ(
+      number_of([&] { world_.directory().OpenDSObject(path(kContainer), "nobody", "no password"); }) != 0,
+      true);
+  bind(kContainer)->Delete("OrganizationalPerson", "CN=ann");
+}
+
+TEST(SubschemaTest, DescriptionsTellNamesSyntaxAndWhetherSeveralValuesFit) {
+  const Subschema schema(std::vector<std::string>{
+      "( 2.5.4.41 NAME 'name' EQUALITY caseIgnoreMatch SYNTAX 1.3.6.1.4.1.1466.115.121.1.15{32768} )",
+      "( 2.5.4.4 NAME ( 'sn' 'surname' ) DESC 'RFC 2256 (''last'')' SUP name )",
+      "( 1.2.3 NAME 'count' SYNTAX 1.3.6.1.4.1.1466.115.121.1.27 SINGLE-VALUE )",
+      "( 1.2.4 NAME 'loop' SUP loop )", "( 1.2.5 NAME", "(", ""});
+  ASSERT_NE(schema.find("SURNAME"), nullptr);
+  EXPECT_EQ(schema.find("surname"), schema.find("sn"));
+  EXPECT_EQ(schema.find("sn")->syntax, ads::Syntax::kString);
+  EXPECT_TRUE(schema.find("sn")->multi_valued);
+  ASSERT_NE(schema.find("Count"), nullptr);
+  EXPECT_EQ(schema.find("count")->syntax, ads::Syntax::kInteger);
+  EXPECT_FALSE(schema.find("count")->multi_valued);
+  EXPECT_NE(schema.find("loop"), nullptr);
+  EXPECT_EQ(schema.find("1.2.5"), nullptr);
+}
+
+}  // namespace
+}  // namespace twk::live

@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include "contract/network_contract.hpp"
+#include "live/live_world.hpp"
+
+namespace twk::contract {
+
+// The server keeps access lists of shares for its superuser alone.
+INSTANTIATE_TEST_SUITE_P(Live, NetworkContract, testing::Values(&test::make_superuser_world));
+
+}  // namespace twk::contract
+
+namespace twk::live {
+namespace {
+
+using contract::number_of;
+using platform::WtsConfigClass;
+using platform::WtsConfigValue;
+namespace network_error = platform::network_error;
+
+class LiveNetworkTest : public testing::Test {
+ protected:
+  test::LiveWorld w_;
+  platform::Network& network_ = w_.network();
+};
+
+TEST_F(LiveNetworkTest, ControllerIsToldByEachNameOfItsDomain) {
+  for (const char* const name : {"", "TWK", "twk.test"})
+    EXPECT_EQ(network_.NetGetDCName("", name), "\\\\DC1") << name;
+  EXPECT_EQ(number_of([&] { network_.NetGetDCName("", "NOSUCH"); }), network_error::kControllerNotFound);
+  EXPECT_EQ(number_of([&] { network_.NetGetDCName("\\\\NOWHERE", "TWK"); }), network_error::kBadNetPath);
+}
+
+TEST_F(LiveNetworkTest, TerminalSettingsAreKeptOneByOne) {
+  contract::make_user(w_, "Jo", "jo");
+  const std::string dc = network_.NetGetDCName("", "TWK");
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "jo", WtsConfigClass::kAllowLogonTerminalServer),
+            WtsConfigValue(1U));
+  network_.WTSSetUserConfig(dc, "jo", WtsConfigClass::kTerminalServerHomeDir, "\\\\FS1\\Users\\jö");
+  network_.WTSSetUserConfig(dc, "jo", WtsConfigClass::kAllowLogonTerminalServer, 0U);
+  network_.WTSSetUserConfig(dc, "jo", WtsConfigClass::kTimeoutSettingsIdle, 600000U);
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "JO", WtsConfigClass::kTerminalServerHomeDir),
+            WtsConfigValue("\\\\FS1\\Users\\jö"));
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "jo", WtsConfigClass::kAllowLogonTerminalServer),
+            WtsConfigValue(0U));
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "jo", WtsConfigClass::kTimeoutSettingsIdle),
+            WtsConfigValue(600000U));
+  EXPECT_EQ(number_of([&] { network_.WTSSetUserConfig(dc, "nobody", WtsConfigClass::kInitialProgram, "x"); }),
+            network_error::kUserNotFound);
+  EXPECT_EQ(
+      number_of([&] { network_.WTSSetUserConfig(dc, "jo", WtsConfigClass::kTimeoutSettingsIdle, "x"); }),
+      87U);
+  EXPECT_EQ(
+      number_of([&] { network_.WTSQueryUserConfig("\\\\NOWHERE", "jo", WtsConfigClass::kInitialProgram); }),
+      network_error::kBadNetPath);
+}
+
+TEST_F(LiveNetworkTest, ShareWhoseListTheServerDoesNotKeepIsTakenAwayAgain) {
+  platform::ShareInfo502 share;
+  share.shi502_netname = "NoList";
+  share.shi502_path = "D:\\Users";
+  share.shi502_security_descriptor = platform::SecurityDescriptor{};
+  share.shi502_security_descriptor->set_dacl(platform::Acl(100));
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(w_.file_server(), share); }),
+            platform::security_error::kAccessDenied);
+  EXPECT_EQ(number_of([&] { network_.NetShareGetInfo(w_.file_server(), "NoList"); }),
+            network_error::kShareNotFound);
+}
+
+TEST_F(LiveNetworkTest, NamesThatNoServerHasReachNoServer) {
+  for (const char* const name : {"", "a b", "x]", "a\nb", "ncacn_np:x", "a@b"})
+    EXPECT_EQ(number_of([&] { network_.NetShareEnum(name); }), network_error::kBadNetPath) << name;
+}
+
+TEST_F(LiveNetworkTest, CallIsMadeAgainAfterTheServerWasStartedAnew) {
+  const std::string server = w_.file_server();
+  const std::size_t count = network_.NetShareEnum(server).size();
+  test::control("stop");
+  test::control("start");
+  EXPECT_EQ(network_.NetShareEnum(server).size(), count);
+}
+
+TEST_F(LiveNetworkTest, ServerThatDoesNotAnswerIsGivenUp) {
+  LiveSettings hasty = test::live_settings();
+  hasty.timeout_seconds = 2;
+  LiveDomain domain(hasty);
+  AccountService& accounts = domain.rpc().accounts(w_.file_server());
+  EXPECT_TRUE(accounts.find("Administrator"));
+  test::control("stall");
+  EXPECT_EQ(number_of([&] { accounts.find("Administrator"); }), network_error::kBadNetPath);
+  test::control("resume");
+  EXPECT_TRUE(accounts.find("Administrator"));
+}
+
+TEST_F(LiveNetworkTest, WrongPasswordIsTold) {
+  LiveSettings settings = test::live_settings();
+  settings.logon = LiveSettings::Logon::kPassword;
+  settings.user = test::variable("TWK_LIVE_ADMIN");
+  settings.password = "wrong";
+  LiveDomain domain(settings);
+  LiveNetwork network(domain);
+  EXPECT_EQ(number_of([&] { network.NetShareEnum(w_.file_server()); }), kRpcLogonFailure);
+  settings.password = test::variable("TWK_LIVE_PASSWORD");
+  for (const std::string& user : {settings.user, "TWK\\" + settings.user, settings.user + "@twk.test"}) {
+    settings.user = user;
+    LiveDomain right(settings);
+    LiveNetwork answering(right);
+    EXPECT_FALSE(answering.NetShareEnum(w_.file_server()).empty()) << user;
+  }
+}
+
+}  // namespace
+}  // namespace twk::live

@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+
+#include "ads/share_object.hpp"
+#include "live/live_world.hpp"
+
+namespace twk::live {
+namespace {
+
+using contract::number_of;
+
+class LiveSharesTest : public testing::Test {
+ protected:
+  platform::ObjectPtr server() { return w_.directory().GetObject(path_); }
+  void make(const std::string& name) {
+    const auto share = server()->Create("fileshare", name);
+    share->Put("Path", "D:\\Users");
+    share->SetInfo();
+  }
+
+  test::LiveWorld w_;
+  std::string path_ = "WinNT://" + w_.file_server() + "/lanmanserver";
+};
+
+TEST_F(LiveSharesTest, CommentOfAShareIsChangedAndItsFolderStays) {
+  make("Homes");
+  const auto share = w_.directory().GetObject(path_ + "/homes");
+  EXPECT_EQ(share->Name(), "Homes");
+  share->Put("Description", "Häuser A");
+  share->SetInfo();
+  const auto read = w_.directory().GetObject(path_ + "/Homes");
+  EXPECT_EQ(read->Get("Description").text(), "Häuser A");
+  EXPECT_EQ(read->Get("Path").text(), w_.told_path("D:\\Users"));
+  read->Put("Path", "D:\\Profiles");
+  EXPECT_EQ(number_of([&] { read->SetInfo(); }), platform::ads_error::kUnwilling);
+}
+
+TEST_F(LiveSharesTest, WhatIsNotThereIsToldByNumber) {
+  EXPECT_EQ(number_of([&] { w_.directory().GetObject("WinNT://NOWHERE/lanmanserver"); }), ads::kBadNetPath);
+  EXPECT_EQ(number_of([&] { w_.directory().GetObject(path_ + "/none"); }), ads::kShareNotFound);
+  EXPECT_EQ(number_of([&] { server()->Delete("fileshare", "none"); }), ads::kShareNotFound);
+  make("Homes");
+  EXPECT_EQ(number_of([&] { make("HOMES"); }), ads::kShareExists);
+}
+
+}  // namespace
+}  // namespace twk::live
