@@ -126,19 +126,21 @@ class Copier {
   }
 
   bool copy_file(const TreeEntry& entry) {
+    const std::string from = joined(tree_.top, entry.path);
     const std::string to = joined(target_, entry.path);
-    bool replace = false;
-    if (files_.exists(to)) {
-      if (!hooks_.may_replace)
-        base::raise(base::error::kFileExists, to + " is there already");
-      if (!asked_ && !hooks_.may_replace(to))
-        return false;
-      asked_ = true;
-      replace = true;
-    }
     const auto piece = [&](std::uint64_t done) { return tell({done_.files, done_.bytes + done}); };
     source_.enter(folder_of(entry.path));
-    if (!files_.copy_file(joined(tree_.top, entry.path), to, replace, piece))
+    bool whole = false;
+    // Nothing is there as a rule; what is there is found by trying.
+    base::Trap trap;
+    trap([&] { whole = files_.copy_file(from, to, may_replace_, piece); });
+    if (trap.number() == base::error::kFileExists && !may_replace_ && hooks_.may_replace) {
+      may_replace_ = hooks_.may_replace(to);
+      whole = may_replace_ && files_.copy_file(from, to, true, piece);
+    } else if (trap.number() != 0) {
+      base::raise(trap.number(), trap.description());
+    }
+    if (!whole)
       return false;
     ++done_.files;
     done_.bytes += entry.size;
@@ -153,7 +155,7 @@ class Copier {
   const TreeHooks& hooks_;
   FolderGuard source_;
   TreeProgress done_;
-  bool asked_ = false;
+  bool may_replace_ = false;
 };
 
 /// The entries of the folders of a tree as they are now, a folder read when it is first asked for.
