@@ -9,6 +9,7 @@
 #include "cli/failures.hpp"
 #include "cli/logon_password.hpp"
 #include "cli/progress.hpp"
+#include "lifecycle/rehearsal.hpp"
 #include "session/settings.hpp"
 #include "session/start_up.hpp"
 
@@ -159,13 +160,18 @@ void Context::override_setting(std::string_view sub_key, std::string_view name, 
   world().override_setting(sub_key, name, std::move(value));
 }
 
+void Context::rehearse(std::function<void(const std::string&)> tell) {
+  rehearsal_ = std::make_unique<lifecycle::Rehearsal>(services(), std::move(tell));
+}
+
 session::Session& Context::session(Depth depth) {
   if (session_)
     return *session_;
   // The windows' routines pass over what they cannot reach; a command says why at once.
   if (depth == Depth::kDomain)
     connect_or_say_how(world());
-  session_ = std::make_unique<session::Session>(services(), options_.debug ? "/DEBUG" : "",
+  const platform::Platform platform = rehearsal_ ? rehearsal_->services() : services();
+  session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
                                                 world().program_directory());
   session::Session& session = *session_;
   const session::StartUp result = start(session, depth);

@@ -12,6 +12,10 @@
 #include "session/session.hpp"
 #include "world/world.hpp"
 
+namespace twk::lifecycle {
+class Rehearsal;
+}
+
 namespace twk::cli {
 
 /// The options in front of the command.
@@ -73,6 +77,8 @@ class Context {
   Domain domain();
   /// Lets a setting of the machine have a value for this run; what is stored stays as it is.
   void override_setting(std::string_view sub_key, std::string_view name, std::string value);
+  /// From here on nothing is changed: the session that is opened next tells each step instead.
+  void rehearse(std::function<void(const std::string&)> tell);
   /// Opens the session. Raises `Refused` when the domain is needed and cannot be loaded.
   session::Session& session(Depth depth);
 
@@ -85,6 +91,7 @@ class Context {
   ConsoleDialogs dialogs_;
   std::function<int()> action_;
   std::unique_ptr<world::World> world_;
+  std::unique_ptr<lifecycle::Rehearsal> rehearsal_;
   std::unique_ptr<session::Session> session_;
 };
 

@@ -48,7 +48,7 @@ int show_users(Context& context, const std::string& ou) {
 }  // namespace
 
 void add_user_commands(CLI::App& app, Context& context) {
-  auto* user = app.add_subcommand("user", "Create, import, change and look at users");
+  auto* user = app.add_subcommand("user", "Create, import, change, move, delete and look at users");
   user->require_subcommand(1);
   add_user_create(*user, context);
   add_user_import(*user, context);
@@ -56,6 +56,10 @@ void add_user_commands(CLI::App& app, Context& context) {
   add_user_move_ou(*user, context);
   add_user_set(*user, context);
   add_user_groups(*user, context);
+  add_user_delete(*user, context);
+  add_user_move(*user, context);
+  add_user_rename(*user, context);
+  add_user_reset_password(*user, context);
 
   auto name = std::make_shared<std::string>();
   auto* show = user->add_subcommand("show", "Show a user");

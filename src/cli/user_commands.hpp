@@ -15,6 +15,10 @@ void add_user_find(CLI::App& user, Context& context);
 void add_user_move_ou(CLI::App& user, Context& context);
 void add_user_set(CLI::App& user, Context& context);
 void add_user_groups(CLI::App& user, Context& context);
+void add_user_delete(CLI::App& user, Context& context);
+void add_user_move(CLI::App& user, Context& context);
+void add_user_rename(CLI::App& user, Context& context);
+void add_user_reset_password(CLI::App& user, Context& context);
 
 /// The node of the user of that account name, common name, principal name or distinguished name, what is
 /// above it opened first. Raises `Refused` when there is none.

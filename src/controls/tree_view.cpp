@@ -121,6 +121,15 @@ void TreeView::set_key(TreeNode& node, std::string key) {
     by_key_.emplace(folded, &node);
 }
 
+void TreeView::set_text(TreeNode& node, std::string text) {
+  const auto old = text_count_.find(base::upper(node.text));
+  if (--old->second == 0)
+    text_count_.erase(old);
+  node.text = std::move(text);
+  ++text_count_[base::upper(node.text)];
+  tell(Kind::kChanged, &node, node.place);
+}
+
 TreeNode* TreeView::next(const TreeNode& node) {
   const auto after = std::next(node.self);
   return after == nodes_.end() ? nullptr : &*after;

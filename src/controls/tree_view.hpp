@@ -39,6 +39,7 @@ struct TreeChange {
     kSelected,  ///< another node is selected than before
     kExpanded,  ///< `node` was opened or closed
     kVisible,   ///< `node` is to be scrolled to
+    kChanged,   ///< the text of `node`
   };
   Kind kind;
   TreeNode* node = nullptr;
@@ -62,6 +63,8 @@ class TreeView {
   void clear();
   /// Raises kKeyNotUnique.
   void set_key(TreeNode& node, std::string key);
+  /// The node stays at its place, also where its neighbours are sorted.
+  void set_text(TreeNode& node, std::string text);
 
   [[nodiscard]] std::size_t size() const { return nodes_.size(); }
   [[nodiscard]] const std::vector<TreeNode*>& roots() const { return roots_; }

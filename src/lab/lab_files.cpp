@@ -191,8 +191,22 @@ void LabFiles::remove(std::string_view path) {
 
 bool LabFiles::copy_file(std::string_view from, std::string_view to, bool replace,
                          const platform::CopyProgress& progress) {
-  const std::string source = path_for(from, access::kFileReadData);
-  return workstation_.copy_file(source, path_for_writing(to), replace, progress);
+  const auto source = locate(servers_, from);
+  if (source)
+    require_rights(*source, access::kFileReadData);
+  const std::string local_source =
+      source ? source->server.local_path(source->path).string() : std::string(from);
+  if (replace)
+    return workstation_.copy_file(local_source, path_for_writing(to), true, progress);
+  const auto target = locate(servers_, to);
+  if (!target)
+    return workstation_.copy_file(local_source, to, false, progress);
+  require_addable(*target, false);
+  const std::string local_target = target->server.local_path(target->path).string();
+  const bool whole = workstation_.copy_file(local_source, local_target, false, progress);
+  if (whole)
+    made(*target);
+  return whole;
 }
 
 void LabFiles::rename(std::string_view from, std::string_view to, bool replace) {

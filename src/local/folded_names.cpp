@@ -75,7 +75,8 @@ std::optional<std::string> FoldedNames::find(const std::string& folder, std::str
   const auto found = known->names.find(base::upper(name));
   std::optional<std::string> result =
       found == known->names.end() ? std::nullopt : std::optional(found->second);
-  if (!as_remembered && !is_settled(status))
+  // A folder without names was made a moment ago, and is about to be filled.
+  if (!as_remembered && !is_settled(status) && !known->names.empty())
     folders_.pop_front();
   return result;
 }

@@ -92,6 +92,9 @@ void TreeModel::take(const TreeChange& change) {
       resetting_ = false;
       endResetModel();
       break;
+    case TreeChange::Kind::kChanged:
+      Q_EMIT dataChanged(index_of(change.node), index_of(change.node));
+      break;
     case TreeChange::Kind::kSelected:
     case TreeChange::Kind::kExpanded:
     case TreeChange::Kind::kVisible:

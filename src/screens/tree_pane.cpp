@@ -65,6 +65,7 @@ void TreePane::take(const TreeChange& change) {
     case TreeChange::Kind::kVisible:
       scrollTo(model_->index_of(change.node));
       break;
+    case TreeChange::Kind::kChanged:
     case TreeChange::Kind::kInserting:
     case TreeChange::Kind::kInserted:
     case TreeChange::Kind::kRemoving:

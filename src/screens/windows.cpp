@@ -8,7 +8,7 @@ namespace {
 
 using Maker = std::unique_ptr<QDialog> (*)(session::Session&, QWidget*);
 
-constexpr std::array<std::pair<std::string_view, Maker>, 12> kMakers = {{
+constexpr std::array<std::pair<std::string_view, Maker>, 15> kMakers = {{
     {"frmADOptions", make_ad_options},
     {"CSV_Import", make_csv_import},
     {"Custom", make_custom},
@@ -17,10 +17,13 @@ constexpr std::array<std::pair<std::string_view, Maker>, 12> kMakers = {{
     {"ImportGrps", make_import_groups},
     {"Logon_Hours", make_logon_hours},
     {"Permissions", make_permissions},
+    {"RenameUser", make_rename_user},
+    {"Rename_NT", make_rename_nt},
     {"Select_OU", make_select_ou},
     {"Serach_Mail", make_search_mail},
     {"frmSharePoints", make_share_points},
     {"Varibles_Form", make_variables},
+    {"WKS_PROFILE", make_wks_profile},
 }};
 
 }  // namespace

@@ -21,10 +21,13 @@ std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* pare
 std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_permissions(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_rename_nt(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_rename_user(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_search_mail(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_select_ou(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_wks_profile(session::Session& session, QWidget* parent);
 /// Stays beside the main window while an import runs.
 std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent);
 

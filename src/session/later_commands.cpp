@@ -9,7 +9,7 @@ namespace twk::session {
 namespace {
 
 constexpr std::array<std::size_t, 2> kLaterOptions = {1, 4};  // multi-user functions, groups
-constexpr std::array kLaterPopup = {2, 4, 5, 6, 8, 9};        // password, delete … profiles
+constexpr std::array kLaterPopup = {4, 5};                    // delete, move
 constexpr std::array<std::string_view, 3> kLaterKeys = {"deleteuser", "MultiUser", "Groups"};
 
 void switch_off(controls::MenuItem& item) {

@@ -1,5 +1,8 @@
 #include "session/main_window.hpp"
 
+#include <algorithm>
+#include <array>
+
 #include "batch/import.hpp"
 #include "directory/ad_options.hpp"
 #include "directory/create_ou.hpp"
@@ -8,6 +11,7 @@
 #include "directory/tree.hpp"
 #include "directory/user_details.hpp"
 #include "editors/custom_properties.hpp"
+#include "lifecycle/popup_commands.hpp"
 #include "session/custom_commands.hpp"
 #include "session/later_commands.hpp"
 #include "session/refresh.hpp"
@@ -82,9 +86,24 @@ void mnupopup_Click(Session& session, int index) {
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     return;
+  constexpr std::array kForUsers = {2, 6, 8, 9};
+  if (node->image != "USER" && std::find(kForUsers.begin(), kForUsers.end(), index) != kForUsers.end())
+    return;
   switch (index) {
     case 0:
       directory::show_user_details(session, *node);
+      break;
+    case 2:
+      lifecycle::Reset_Password(session, *node);
+      break;
+    case 6:
+      lifecycle::Rename_User(session);
+      break;
+    case 8:
+      lifecycle::Delete_Server_Profile(session, *node);
+      break;
+    case 9:
+      lifecycle::Delete_WKS_Profile(session, *node);
       break;
     case 10:
       directory::Create_OU(session);

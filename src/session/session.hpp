@@ -9,6 +9,7 @@
 
 #include "base/bytes.hpp"
 #include "platform/platform.hpp"
+#include "session/account_windows.hpp"
 #include "session/activity_log.hpp"
 #include "session/details_changes.hpp"
 #include "session/directory_windows.hpp"
@@ -120,6 +121,10 @@ struct Session {
   frmSharePoints share_points;
   Groupsfrm groups;
   MultiUser multi_user;
+  RenameUser rename_user;
+  Rename_NT rename_nt;
+  WKS_PROFILE wks_profile;
+  AccountRuns runs;
   CSV_Import csv_import;
   ImportGrps import_grps;
   CancelImport cancel_import;

@@ -18,6 +18,7 @@
 #include "editors/edit_properties.hpp"
 #include "editors/logon_hours.hpp"
 #include "editors/permissions_window.hpp"
+#include "lifecycle/popup_commands.hpp"
 #include "mail/search_mail.hpp"
 #include "screens/application.hpp"
 #include "screens/help_topics.hpp"
@@ -134,6 +135,22 @@ std::vector<Window> windows() {
           {"logon-hours", by(editors::LogonHours_Click)},
           {"permissions", by(editors::Set_Security_Click)},
           {"share-permissions", by(editors::Sharepermissions_Click)},
+          {"rename-user",
+           [](session::Session& session) {
+             session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters)->children.front());
+             lifecycle::Rename_User(session);
+           }},
+          {"rename-nt",
+           [](session::Session& session) {
+             session.rename_nt.User_Logon.text = std::string("Ada.Marsh");
+             session.rename_nt.Full_Name.text = std::string("Ada Marsh");
+             session.platform.dialogs.show_modal("Rename_NT");
+           }},
+          {"wks-profile",
+           [](session::Session& session) {
+             lifecycle::Delete_WKS_Profile(session, *session.form1.TreeView1.selected());
+             session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters));
+           }},
           {"search-mailbox",
            [](session::Session& session) {
              mail::MailboxDeletion request;

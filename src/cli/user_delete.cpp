@@ -1,0 +1,91 @@
+#include "cli/failures.hpp"
+#include "cli/resource_session.hpp"
+#include "cli/user_commands.hpp"
+#include "cli/user_runs.hpp"
+#include "lifecycle/delete_user.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct DeleteArguments {
+  std::vector<std::string> names;
+  bool shares = false;
+  bool take_ownership = false;
+  bool account = false;
+  bool data = false;
+  bool mail = false;
+  std::string exchange_server;
+  bool run_command = false;
+  bool no_prompting = false;
+  bool dry_run = false;
+};
+
+void check(const DeleteArguments& arguments) {
+  if (!arguments.shares && !arguments.account && !arguments.data && !arguments.mail && !arguments.run_command)
+    throw UsageError("say what is to go: --shares, --account, --data, --mail or --run-command");
+  if (arguments.take_ownership && !arguments.data)
+    throw UsageError("--take-ownership is for folders that are deleted: give --data as well");
+  if (arguments.mail && arguments.exchange_server.empty())
+    throw UsageError("--mail needs the --exchange-server that holds the mailbox, or \"Exchange 2000\"");
+}
+
+/// Ticks the boxes of the window's tab; the folders are found only where the shares are looked at.
+void tick(session::Session& session, const DeleteArguments& arguments) {
+  session::MultiUser& window = session.multi_user;
+  const auto set = [](controls::CheckBox& box, bool on) { box.value = on ? 1 : 0; };
+  set(window.Del_Shares, arguments.shares || arguments.data);
+  set(window.Del_Permissions, arguments.take_ownership);
+  set(window.Delete_NT_Account, arguments.account);
+  set(window.Delete_Data, arguments.data);
+  set(window.Delete_Mail, arguments.mail);
+  set(window.Run_command, arguments.run_command);
+  set(window.No_Prompting, arguments.no_prompting || arguments.dry_run);
+  window.EX_Server.text = arguments.exchange_server;
+  session.runs.Delete_Mail_Flag = arguments.mail;
+  session.runs.Delete_Data_Flag = arguments.data;
+  session.runs.Run_Command_Flag = arguments.run_command;
+}
+
+int delete_users(Context& context, const DeleteArguments& arguments) {
+  check(arguments);
+  if (arguments.dry_run)
+    print_steps(context);
+  session::Session& session = resource_session(context);
+  tick(session, arguments);
+  if (arguments.dry_run)
+    tell_trees(context, session);
+  session.runs.Delete_Running = true;
+  const int exit_code = run_for_users(context, session, arguments.names, [&](const std::string& key) {
+    return lifecycle::Delete_One_User(session, key);
+  });
+  session.runs.Delete_Running = false;
+  return exit_code;
+}
+
+}  // namespace
+
+void add_user_delete(CLI::App& user, Context& context) {
+  auto arguments = std::make_shared<DeleteArguments>();
+  auto* command = user.add_subcommand("delete", "Delete users and what hangs on their accounts");
+  command
+      ->add_option("NAME", arguments->names,
+                   "Account name, common name, principal name or distinguished name; several may be given")
+      ->required();
+  command->add_flag("--shares", arguments->shares, "The shares of home and profile");
+  command->add_flag("--take-ownership", arguments->take_ownership,
+                    "Take ownership of the folders before they are deleted");
+  command->add_flag("--account", arguments->account, "The account itself");
+  command->add_flag("--data", arguments->data, "The folders of home and profile, and their shares");
+  command->add_flag("--mail", arguments->mail, "The mailbox");
+  command
+      ->add_option("--exchange-server", arguments->exchange_server,
+                   "Exchange 5.5 server of a site that holds the mailbox, or \"Exchange 2000\"")
+      ->type_name("S");
+  command->add_flag("--run-command", arguments->run_command, "Run the command of the set-up tab afterwards");
+  command->add_flag("--no-prompting", arguments->no_prompting, "Ask nothing");
+  command->add_flag("--dry-run", arguments->dry_run, "Print what would be done, in order, and do nothing");
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return delete_users(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

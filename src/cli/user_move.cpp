@@ -1,0 +1,80 @@
+#include <map>
+
+#include "cli/failures.hpp"
+#include "cli/near_matches.hpp"
+#include "cli/user_commands.hpp"
+#include "cli/user_runs.hpp"
+#include "lifecycle/move_user.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct MoveArguments {
+  std::vector<std::string> names;
+  std::string site;
+  std::string template_name;
+  std::string data;
+  bool add_to_groups = false;
+  bool change_logon = false;
+  bool run_command = false;
+  bool no_prompt = false;
+  bool dry_run = false;
+};
+
+const std::map<std::string, int> kData = {{"move", 0}, {"copy", 1}, {"nothing", 2}};
+
+void fill(session::Session& session, const MoveArguments& arguments) {
+  session::MultiUser& window = session.multi_user;
+  const auto set = [](controls::CheckBox& box, bool on) { box.value = on ? 1 : 0; };
+  window.Multi_Site.text = find_name("site", arguments.site, session.form1.NUsitename.items());
+  window.Multi_Template.text =
+      find_name("template", arguments.template_name, session.form1.nutemplate.items());
+  window.UserData.index = kData.at(arguments.data);
+  set(window.Add_to_Groups, arguments.add_to_groups);
+  set(window.Change_Logon, arguments.change_logon);
+  set(window.Run_CMD, arguments.run_command);
+  set(window.No_Prompt, arguments.no_prompt || arguments.dry_run);
+}
+
+int move_users(Context& context, const MoveArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
+  session::Session& session = context.session(Depth::kDomain);
+  fill(session, arguments);
+  if (arguments.dry_run)
+    tell_trees(context, session);
+  session.runs.Run_Command_Flag = arguments.run_command;
+  session.runs.Move_Running = true;
+  const int exit_code = run_for_users(context, session, arguments.names, [&](const std::string& key) {
+    return lifecycle::Move_One_User(session, key);
+  });
+  session.runs.Move_Running = false;
+  return exit_code;
+}
+
+}  // namespace
+
+void add_user_move(CLI::App& user, Context& context) {
+  auto arguments = std::make_shared<MoveArguments>();
+  auto* move = user.add_subcommand("move", "Move users and their data to another site and template");
+  move->add_option("NAME", arguments->names,
+                   "Account name, common name, principal name or distinguished name; several may be given")
+      ->required();
+  move->add_option("--site", arguments->site, "Site to move to")->required()->type_name("S");
+  move->add_option("--template", arguments->template_name, "Template that says where things go")
+      ->required()
+      ->type_name("T");
+  move->add_option("--data", arguments->data, "What becomes of the data: move, copy or nothing")
+      ->required()
+      ->check(CLI::IsMember(kData))
+      ->type_name("WORD");
+  move->add_flag("--add-to-groups", arguments->add_to_groups, "Put the users into the template's groups");
+  move->add_flag("--change-logon", arguments->change_logon, "Set the template's logon script");
+  move->add_flag("--run-command", arguments->run_command, "Run the command of the set-up tab afterwards");
+  move->add_flag("--no-prompt", arguments->no_prompt, "Ask nothing");
+  move->add_flag("--dry-run", arguments->dry_run, "Print what would be done, in order, and do nothing");
+  move->callback(
+      [=, &context] { context.set_action([=, &context] { return move_users(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::base {
+class RuntimeError;
+}
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::lifecycle {
+
+/// What a run does about a failure that ends it: shows and logs the two error texts with the number, closes
+/// the log, and adds a "RED" row.
+void report_stopped(session::Session& session, const base::RuntimeError& failure);
+
+/// Sets the two error texts.
+void prepare_failure(session::Session& session, std::string_view status, std::string_view log);
+
+/// Takes a user out of the tree and the two lists of users: by key in Active Directory, by text else.
+void remove_from_views(session::Session& session, std::string_view key);
+
+/// Starts the command and logs it; a failure is logged behind `failure` and beeps.
+void run_account_command(session::Session& session, std::string_view label, std::string_view command,
+                         std::size_t which, std::string_view failure);
+
+}  // namespace twk::lifecycle

@@ -1,0 +1,166 @@
+#include "lifecycle/delete_user.hpp"
+
+#include <optional>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/operations.hpp"
+#include "format/variables.hpp"
+#include "lifecycle/account_log.hpp"
+#include "lifecycle/delete_run.hpp"
+#include "mail/delete_mailbox.hpp"
+#include "platform/adsi.hpp"
+#include "stores/record_file.hpp"
+#include "stores/site_store.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using session::Session;
+
+bool is_wanted(Session& session, std::string_view key) {
+  if (!session.form1.Confirm_Deletes.on() || session.multi_user.No_Prompting.on())
+    return true;
+  session.multi_user.Label3.caption = std::string("Delete User ?");
+  return session.platform.dialogs.MsgBox("Delete User " + std::string(key), platform::Buttons::kYesNo,
+                                         platform::Icon::kQuestion, "Delete User") == platform::Answer::kYes;
+}
+
+void bind_user(DeleteRun& run) {
+  Session& session = run.session;
+  if (session::is_active_directory(session)) {
+    run.user = session.platform.directory.GetObject(run.key);
+    run.logon_name = run.user->Get("samAccountName").text();
+    run.display_name = platform::User(run.user).FullName();
+    if (run.display_name.empty())
+      run.display_name = run.user->Name();
+  } else {
+    run.user =
+        session.platform.directory.GetObject("WinNT://" + session.DomainName)->GetObject("user", run.key);
+    run.logon_name = run.display_name = run.key;
+  }
+  const platform::User user(run.user);
+  run.home.path = user.HomeDirectory();
+  run.profile.path = user.Profile();
+}
+
+/// The first live site of that server.
+std::optional<stores::SiteRecord> find_exchange_site(Session& session, std::string_view server) {
+  auto file = stores::RecordFile::open_read(
+      session.platform.files, stores::database_path(session, stores::kSiteFile), stores::kSiteRecordSize);
+  const stores::RecordSearch search = file.search([&](std::string_view bytes) {
+    return !stores::is_deleted(bytes) &&
+           base::trim(stores::decode_site(bytes).ExchangeServer) == base::trim(server);
+  });
+  return search.found ? std::optional(stores::decode_site(search.bytes)) : std::nullopt;
+}
+
+bool delete_mailbox(DeleteRun& run) {
+  Session& session = run.session;
+  const std::string& server = session.multi_user.EX_Server.text;
+  if (server == "Exchange 2000")
+    return mail::DeleteMailbox2000(session, run.user);
+  mail::MailboxDeletion request;
+  request.SamName = run.logon_name;
+  request.AdminName = session.form1.txtAdmin.text.get();
+  request.AdminPassword = session.form1.txtPassword.text.get();
+  const auto site = find_exchange_site(session, server);
+  if (!site) {
+    session.log.line("No site has the Exchange server " + server);
+    return false;
+  }
+  request.place = {.Server = site->ExchangeServer, .Site = site->ExchangeSite, .Org = site->ExchangeOrg};
+  return mail::DeleteMailbox(session, request);
+}
+
+void delete_mail(DeleteRun& run) {
+  Session& session = run.session;
+  if (session.runs.rehearse)
+    return session.runs.rehearse("Delete the mailbox of " + run.logon_name + " on " +
+                                 session.multi_user.EX_Server.text.get());
+  bool deleted = false;
+  base::Trap trap;
+  trap([&] { deleted = delete_mailbox(run); });
+  if (trap.number() != 0)
+    session.log.line(trap.description());
+  session.log.line(deleted ? "Deleted mail account" : "Failed to delete mail account");
+  if (deleted)
+    return;
+  run.Success = false;
+  session::LOG_TAB(session, session::kRed, "Failed to delete mail account for " + run.logon_name);
+}
+
+void delete_account(DeleteRun& run) {
+  Session& session = run.session;
+  if (!session.multi_user.Delete_NT_Account.on())
+    return session.log.line("Not Deleting User NT account");
+  const std::string failure = "Unable to Delete User " + run.display_name;
+  prepare_failure(session, failure, failure);
+  platform::DirectoryService& directory = session.platform.directory;
+  if (session::is_active_directory(session))
+    directory.GetObject(run.user->Parent())->Delete("User", run.user->Name());
+  else
+    directory.GetObject("WinNT://" + session.DomainName)->Delete("User", run.key);
+  session.log.line("Deleted User Account: " + run.display_name);
+  run.deleted = true;
+  run.DeletedName = run.key;
+  if (!session.runs.rehearse)
+    remove_from_views(session, run.key);
+}
+
+void run_script(DeleteRun& run) {
+  Session& session = run.session;
+  const std::string& script = session.form1.Delete_Script.text;
+  if (!session.runs.Run_Command_Flag || script.empty())
+    return;
+  prepare_failure(session, "Error Running Command...", "Error Running Command ");
+  session.multi_user.Label3.caption = std::string("Running Script...");
+  std::string command = format::FRString(script, "%Domain%", session.DomainName);
+  command = format::FRString(command, "%UserName%", run.DeletedName);
+  run_account_command(session, "Running Script: ", command, 2, "Error Running: " + command);
+}
+
+void tell_end(DeleteRun& run) {
+  Session& session = run.session;
+  const bool account = session.multi_user.Delete_NT_Account.on();
+  session.log.line(account ? "User Deleted." : "Delete Function Completed.");
+  session.log.close();
+  const std::string_view light = run.Success ? session::kGreen : session::kYellow;
+  const bool active_directory = session::is_active_directory(session);
+  if (account && !active_directory)
+    session.multi_user.Label3.caption = "User " + run.display_name + " Deleted.";
+  session::LOG_TAB(session, light,
+                   " User " + run.display_name +
+                       (active_directory && !account ? " delete function completed." : " deleted."));
+}
+
+}  // namespace
+
+bool Delete_One_User(Session& session, std::string_view UserKey) {
+  if (!session.runs.Delete_Running || !is_wanted(session, UserKey))
+    return false;
+  DeleteRun run{session, std::string(UserKey), {}, {}, {}, {}, {}, true, true, false, {}};
+  session.multi_user.Label3.caption = std::string("Deleting User(s)");
+  session.log.begin_block(session);
+  session.log.line("Delete User: " + run.key);
+  prepare_failure(session, "Unable to get Domain Data...",
+                  "Unable to get user info from Domain, User:" + run.key);
+  try {
+    bind_user(run);
+    if (session.multi_user.Del_Shares.on())
+      delete_shares(run);
+    if (session.runs.Delete_Mail_Flag)
+      delete_mail(run);
+    delete_account(run);
+    if (session.runs.Delete_Data_Flag)
+      delete_folders(run);
+    run_script(run);
+    run.user.reset();
+    tell_end(run);
+  } catch (const base::RuntimeError& failure) {
+    report_stopped(session, failure);
+  }
+  return run.deleted;
+}
+
+}  // namespace twk::lifecycle

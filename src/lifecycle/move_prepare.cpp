@@ -1,0 +1,177 @@
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "format/variables.hpp"
+#include "lifecycle/account_log.hpp"
+#include "lifecycle/dir_shr_rename.hpp"
+#include "lifecycle/move_run.hpp"
+#include "resources/account_lookup.hpp"
+#include "resources/directory_permissions.hpp"
+#include "resources/share502.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using platform::Answer;
+using session::Session;
+
+bool is_yes(Session& session, const std::string& text, std::string_view title) {
+  return session.multi_user.No_Prompt.on() ||
+         session.platform.dialogs.MsgBox(text, platform::Buttons::kYesNo, platform::Icon::kQuestion, title) ==
+             Answer::kYes;
+}
+
+struct OldFolderTexts {
+  std::string_view log;
+  std::string_view question;
+};
+
+MoveStep check_old_folder(MoveRun& run, const std::string& path, const OldFolderTexts& texts) {
+  Session& session = run.session;
+  if (path.empty() || Dir_Exists(session, path))
+    return MoveStep::kGoOn;
+  session.log.line(texts.log);
+  if (is_yes(session, path + "\r\n" + std::string(texts.question) + "\r\nDo you want to continue ?",
+             "Warning..."))
+    return MoveStep::kGoOn;
+  session.log.line("Move Cancelled");
+  session.multi_user.Label3.caption = std::string("Move Cancelled");
+  return MoveStep::kEnd;
+}
+
+std::string expand(const MoveRun& run, std::string_view text) {
+  return format::FRString(format::FRString(base::trim(text), "%Server%", run.server), "%UserName%", run.key);
+}
+
+/// How the folder of the server is reached: through the template's share point, which ends in a backslash, or
+/// through the administrative share of the drive.
+std::string reachable(const MoveRun& run, const std::string& local, std::string_view share_point) {
+  if (share_point.empty())
+    return "\\\\" + run.server + "\\" + std::string(base::left(local, 1)) + "$" +
+           std::string(base::mid(local, 3));
+  std::string point = format::FRString(share_point, "%UserName%", run.key);
+  while (point.ends_with('\\'))
+    point.pop_back();
+  const std::size_t slash = local.rfind('\\');
+  return "\\\\" + run.server + "\\" + point + (slash == base::npos ? "\\" + local : local.substr(slash));
+}
+
+void resolve(MoveRun& run, MovedFolder& folder, const controls::TextBox& local,
+             const controls::TextBox& account_path, std::string_view share_point) {
+  if (!base::trim(local.text.get()).empty()) {
+    folder.new_local = expand(run, local.text.get());
+    folder.new_admin = reachable(run, folder.new_local, share_point);
+    folder.wanted = true;
+  }
+  folder.new_unc = expand(run, account_path.text.get());
+}
+
+struct NewFolderTexts {
+  std::string_view question;
+  std::string_view exists;
+  std::string_view cancelled;
+  std::string_view failure;
+  std::string_view status;
+  std::string_view made;
+};
+
+constexpr NewFolderTexts kHome{"Home Dir ",
+                               "Home Directory ",
+                               "User move cancelled.",
+                               "Error Creating Home dir :",
+                               "Error Home Profile Directory.",
+                               "Created New Home Dir: "};
+constexpr NewFolderTexts kProfile{"Profile Dir ",
+                                  "Profile Directory ",
+                                  "User cancelled move.",
+                                  "Error Creating Profile dir :",
+                                  "Error creating Profile Directory.",
+                                  "Created New Profile Dir: "};
+
+MoveStep make_new_folder(MoveRun& run, const MovedFolder& folder, const NewFolderTexts& texts) {
+  Session& session = run.session;
+  if (!folder.wanted)
+    return MoveStep::kGoOn;
+  const std::string& path = folder.new_admin;
+  if (!Dir_Exists(session, path)) {
+    prepare_failure(session, texts.status, std::string(texts.failure) + path);
+    session.platform.files.make_directory(path);
+    session.log.line(std::string(texts.made) + path);
+    return MoveStep::kGoOn;
+  }
+  if (is_yes(session, std::string(texts.question) + path + " Already Exist \r\nContinue ?",
+             "Error Creating Dir"))
+    return MoveStep::kGoOn;
+  session.multi_user.Label3.caption = std::string("Process Cancelled...");
+  session.log.line(std::string(texts.exists) + path + " Already Exist ");
+  session.log.line(texts.cancelled);
+  return MoveStep::kEnd;
+}
+
+struct ShareTexts {
+  std::string_view remark;
+  std::string_view made;
+  std::string_view failed;
+};
+
+void make_new_share(MoveRun& run, MovedFolder& folder, const controls::TextBox& name,
+                    const ShareTexts& texts) {
+  Session& session = run.session;
+  folder.new_share = format::FRString(base::trim(name.text.get()), "%UserName%", run.key);
+  if (folder.new_share.empty())
+    return;
+  const resources::ShareResult result = resources::CreateShare(
+      session, run.server, folder.new_share, folder.new_local, std::string(texts.remark), run.key);
+  folder.share_result = static_cast<std::int16_t>(result);
+  const bool made = result == resources::ShareResult::kMade;
+  session.log.line(std::string(made ? texts.made : texts.failed) + folder.new_share);
+}
+
+void set_permissions(MoveRun& run, const MovedFolder& folder) {
+  if (!folder.wanted)
+    return;
+  std::string server = resources::server_for_accounts(run.session);
+  std::int16_t warning = 1;
+  if (!resources::Set_Permissions(run.session, server, folder.new_admin, run.key, warning))
+    run.session.log.line("Security Failed for " + folder.new_admin);
+}
+
+}  // namespace
+
+MoveStep check_old_folders(MoveRun& run) {
+  const MoveStep home = check_old_folder(
+      run, run.home.old_path, {"Cannot Find Users Home Directory", "Cannot find Users Existing Home Dir"});
+  if (home == MoveStep::kEnd)
+    return home;
+  return check_old_folder(run, run.profile.old_path,
+                          {"Cannot find users Profile Directory", "Cannot find Users Existing Profile Dir"});
+}
+
+void resolve_new_folders(MoveRun& run) {
+  const session::Form1& form = run.session.form1;
+  const session::frmSharePoints& points = run.session.share_points;
+  resolve(run, run.profile, form.Profilepath, form.propath, points.ProfileSharePoint);
+  resolve(run, run.home, form.Homedirpath, form.homedir, points.HomeSharePoint);
+}
+
+MoveStep make_new_folders(MoveRun& run) {
+  run.session.multi_user.Label3.caption = std::string("Creating Dirs...");
+  const MoveStep home = make_new_folder(run, run.home, kHome);
+  return home == MoveStep::kEnd ? home : make_new_folder(run, run.profile, kProfile);
+}
+
+void make_new_shares(MoveRun& run) {
+  const session::Form1& form = run.session.form1;
+  prepare_failure(run.session, "Error1.", "Error1 ");
+  make_new_share(run, run.profile, form.sharenameprofile,
+                 {"Users Profile Share", "Creating Profile Share: ", "Error Creating Profile Share: "});
+  make_new_share(run, run.home, form.Sharenamehomedir,
+                 {"Users Home Share", "Creating Home Share: ", "Error Creating Home Share: "});
+}
+
+void set_new_permissions(MoveRun& run) {
+  run.session.multi_user.Label3.caption = std::string("Setting Dir Permisions");
+  set_permissions(run, run.home);
+  set_permissions(run, run.profile);
+}
+
+}  // namespace twk::lifecycle

@@ -1,0 +1,180 @@
+#include "lifecycle/move_user.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/operations.hpp"
+#include "format/user_name.hpp"
+#include "format/variables.hpp"
+#include "lifecycle/account_log.hpp"
+#include "lifecycle/move_run.hpp"
+#include "platform/adsi.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+#include "stores/template_tab.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using session::Session;
+
+int chosen_data_mode(const Session& session) {
+  switch (session.multi_user.UserData.index) {
+    case 0:
+      return static_cast<int>(FileWork::kMove);
+    case 1:
+      return static_cast<int>(FileWork::kCopy);
+    default:
+      return 0;
+  }
+}
+
+void load_records(MoveRun& run) {
+  Session& session = run.session;
+  base::Trap ignored;
+  ignored([&] { stores::LoadTemplate(session, session.multi_user.Multi_Template.text.get()); });
+  ignored([&] { stores::Loadsite(session, session.multi_user.Multi_Site.text.get()); });
+  run.server = base::trim(session.form1.NTSERVER.text.get());
+}
+
+void bind_user(MoveRun& run) {
+  Session& session = run.session;
+  prepare_failure(session, "Error Getting " + run.key + " details.",
+                  "Error Getting Users Details, Check PDC/Network Connection");
+  run.path =
+      session::is_active_directory(session) ? run.key : "WinNT://" + session.DomainName + "/" + run.key;
+  run.user = session.platform.directory.GetObject(run.path);
+}
+
+MoveStep look_at_old_folders(MoveRun& run) {
+  if (run.DataMode == 0)
+    return MoveStep::kGoOn;
+  const platform::User user(run.user);
+  run.home.old_path = base::trim(user.HomeDirectory());
+  run.profile.old_path = base::trim(user.Profile());
+  return check_old_folders(run);
+}
+
+void take_account_name(MoveRun& run) {
+  if (!session::is_active_directory(run.session))
+    return;
+  run.session.log.line("Getting SamAccountName");
+  run.key = run.user->Get("SamAccountName").text();
+}
+
+void change_account(MoveRun& run) {
+  Session& session = run.session;
+  const session::Form1& form = session.form1;
+  session.multi_user.Label3.caption = std::string("Changing User Settings");
+  prepare_failure(session, "Error Setting User Details, Can't find Domain PDC..",
+                  "Error Setting User Details, Can't find Domain PDC..");
+  platform::User user(run.user);
+  if (!run.home.new_unc.empty())
+    user.put_HomeDirectory(run.home.new_unc);
+  const std::string drive(base::trim(form.Home_Drive_letter.text.get()));
+  if (!drive.empty())
+    user.Put(session::is_active_directory(session) ? "HomeDrive" : "HomeDirDrive", drive);
+  if (session.multi_user.Change_Logon.on()) {
+    const std::string script(base::trim(form.logon.text.get()));
+    if (!script.empty())
+      user.put_LoginScript(script);
+    session.log.line("Changed Logon Script");
+  }
+  if (!run.profile.new_unc.empty())
+    user.put_Profile(run.profile.full_path.empty() ? run.profile.new_unc : run.profile.full_path);
+  user.SetInfo();
+}
+
+void join_groups(MoveRun& run) {
+  Session& session = run.session;
+  session.multi_user.Label3.caption = std::string("Adding User to Groups");
+  if (session.multi_user.Add_to_Groups.on()) {
+    const bool active_directory = session::is_active_directory(session);
+    const controls::ListView& groups = session.form1.ListView6;
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+      const controls::ListRow& row = groups.at(i);
+      const std::string group =
+          active_directory ? row.key
+                           : "WinNT://" + session.DomainName + "/" + std::string(base::trim(row.text));
+      base::Trap ignored;
+      ignored([&] { session.platform.directory.GetObject(group)->Add(run.path); });
+    }
+    session.log.line("Added user to Groups");
+  }
+  session.log.line("Change User Manager Settings");
+}
+
+std::string move_command(MoveRun& run) {
+  Session& session = run.session;
+  const session::Form1& form = session.form1;
+  std::string command = form.Move_Script.text;
+  const std::pair<std::string_view, std::string> tags[] = {
+      {"%Domain%", session.DomainName}, {"%NTServer%", form.NTSERVER.text}, {"%UserName%", run.key},
+      {"%Server%", form.NTSERVER.text}, {"%EXServer%", form.EXSERVER.text}, {"%EXSite%", form.EXSite.text},
+      {"%EXorg%", form.EXorg.text}};
+  for (const auto& [tag, value] : tags)
+    command = format::FRString(command, tag, base::trim(value));
+  command = format::UserName(session, std::move(command), form.strFirst.text.get(), form.StrMiddle.text.get(),
+                             form.strLast.text.get());
+  return format::Replace_Variables(session, std::move(command));
+}
+
+void run_script(MoveRun& run) {
+  Session& session = run.session;
+  const std::string& script = session.form1.Move_Script.text;
+  if (!session.multi_user.Run_CMD.on() || base::trim(script).empty())
+    return;
+  prepare_failure(session, "Error Running File: " + script, "Error Running File: " + script);
+  session.multi_user.Label3.caption = std::string("Running Command");
+  run_account_command(session, "Running Script (Hidden Mode): ", move_command(run), 1,
+                      session.Error_Status_Text);
+}
+
+/// False when a question was answered No.
+bool move_steps(MoveRun& run) {
+  Session& session = run.session;
+  bind_user(run);
+  if (look_at_old_folders(run) == MoveStep::kEnd)
+    return false;
+  take_account_name(run);
+  resolve_new_folders(run);
+  if (make_new_folders(run) == MoveStep::kEnd)
+    return false;
+  make_new_shares(run);
+  set_new_permissions(run);
+  if (run.DataMode != 0)
+    move_data(run);
+  change_account(run);
+  join_groups(run);
+  run_script(run);
+  session.log.line("User Moved Completed");
+  session.log.close();
+  session::LOG_TAB(session, session::kGreen, " " + run.key + " Moved");
+  session.multi_user.Label3.caption = "User " + run.key + " has been moved.";
+  return true;
+}
+
+}  // namespace
+
+bool Move_One_User(Session& session, std::string_view UserKey) {
+  session.multi_user.Label3.caption = std::string("Moving User...");
+  MoveRun run{session, std::string(UserKey), {}, {}, {}, chosen_data_mode(session), {}, {}};
+  if (session::is_active_directory(session) && !base::starts_with_fold(run.key, "LDAP://"))
+    run.key = "LDAP://" + run.key;
+  load_records(run);
+  session.log.begin_block(session);
+  session.log.line("Moving User: " + run.key);
+  bool moved = false;
+  try {
+    moved = move_steps(run);
+    session.log.close();
+  } catch (const base::RuntimeError& failure) {
+    report_stopped(session, failure);
+  }
+  if (moved) {
+    stores::Clear_TT(session);
+    stores::Clear_Site(session);
+  }
+  return moved;
+}
+
+}  // namespace twk::lifecycle

@@ -1,0 +1,176 @@
+#include "lifecycle/popup_commands.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "controls/tree_view.hpp"
+#include "directory/operations.hpp"
+#include "format/passwords.hpp"
+#include "lifecycle/dir_shr_rename.hpp"
+#include "lifecycle/file_operation.hpp"
+#include "lifecycle/rename_nt.hpp"
+#include "lifecycle/rename_user.hpp"
+#include "platform/adsi.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using session::Session;
+
+void show(Session& session, const std::string& text) {
+  session.form1.StatusBar1.panel1 = text;
+}
+
+bool beep_and_show(Session& session, const std::string& text) {
+  session.platform.dialogs.beep();
+  show(session, text);
+  return false;
+}
+
+std::string profile_path(Session& session, const controls::TreeNode& node) {
+  platform::DirectoryService& directory = session.platform.directory;
+  const platform::ObjectPtr object =
+      session::is_active_directory(session)
+          ? directory.GetObject(node.key)
+          : directory.GetObject("WinNT://" + session.DomainName)->GetObject("user", node.text);
+  return std::string(base::trim(platform::User(object).Profile()));
+}
+
+/// Why a profile is not touched; empty when it may be.
+std::string refusal_of_profile(const std::string& path) {
+  if (base::lower(path).ends_with(".man"))
+    return "Unable to Delete Mandatory Profiles";
+  if (base::find_fold(path, "NETLOGON") != base::npos)
+    return "Unable to Delete Profile from Netlogon Directory...";
+  if (base::find_fold(path, "%LOGONSERVER%") != base::npos)
+    return "Unable to Delete Profile from %LOGONSERVER% ...";
+  if (path.empty())
+    return "User Does not have a profile Path Set...";
+  return {};
+}
+
+/// The name of the folder that a workstation keeps a profile in: the user's common name where there is one.
+std::string profile_folder(const Session& session, const controls::TreeNode& node) {
+  if (session.runs.WKS_Is_NT40 || !session::is_active_directory(session))
+    return node.text;
+  const std::size_t start = base::find_fold(node.key, "CN=");
+  if (start == base::npos)
+    return node.text;
+  std::size_t end = start + 3;
+  while (end < node.key.size() && node.key[end] != ',')
+    end += node.key[end] == '\\' ? 2 : 1;
+  return platform::unescape_dn_value(std::string_view(node.key).substr(start + 3, end - start - 3));
+}
+
+/// Part of a path that names one folder and nothing else.
+bool is_one_name(std::string_view name) {
+  return name.find_first_not_of(" .") != base::npos && name.find_first_of("\\/:*?\"<>|") == base::npos &&
+         !base::find_control_character(name);
+}
+
+/// The status bar tells how it ended.
+bool delete_folder(Session& session, const std::string& path, const std::string& done) {
+  show(session, "Deleting " + path + " ...");
+  session.import.ImportStopped = false;
+  session.log.begin_block(session);
+  session.log.line("Deleting " + path);
+  const bool deleted = File_Operation(session, path, {}, FileWork::kDelete);
+  session.log.line((deleted ? "Deleted Dir: " : "Error Deleting: ") + path);
+  session.log.close();
+  if (deleted)
+    show(session, done);
+  else if (session.form1.StatusBar1.panel1.get().starts_with("Deleting "))
+    show(session, "Ready.");  // declined or stopped; a fault stays shown
+  return deleted;
+}
+
+bool set_password(Session& session, const controls::TreeNode& node, const std::string& password) {
+  return session::is_active_directory(session) ? directory::Reset_AD_Password(session, password, node.key)
+                                               : directory::Reset_NT_Password(session, password, node.text);
+}
+
+}  // namespace
+
+bool Reset_Password(Session& session, const controls::TreeNode& node) {
+  if (session.form1.Confirm_Resets.on() &&
+      session.platform.dialogs.MsgBox("Reset Password for " + node.text, platform::Buttons::kYesNo,
+                                      platform::Icon::kQuestion, "Reset Password") != platform::Answer::kYes)
+    return false;
+  session.log.begin_block(session);
+  const std::string password = format::reset_user_password_text(session, node.text);
+  const bool done = set_password(session, node, password);
+  if (done) {
+    session::LOG_TAB(session, session::kGreen, " Password Reset For " + node.text);
+    session.log.line("Password Reset for: " + node.text +
+                     (session::is_debug(session) ? " - " + password : std::string()));
+    show(session, "Password for " + node.text + " has Been Reset.");
+  } else {
+    show(session, "Error ReSetting Password...");
+    session.log.line("Error ReSetting Password for: " + node.text);
+    session.platform.dialogs.beep();
+  }
+  session.log.close();
+  return done;
+}
+
+void Rename_User(Session& session) {
+  if (session::is_active_directory(session))
+    show_rename_user(session);
+  else
+    show_rename_nt(session);
+}
+
+bool Delete_Server_Profile(Session& session, const controls::TreeNode& node) {
+  std::string path;
+  base::Trap trap;
+  if (!trap([&] { path = profile_path(session, node); }))
+    return beep_and_show(session, "Unable to read the user: " + trap.description());
+  const std::string refusal = refusal_of_profile(path);
+  if (!refusal.empty())
+    return beep_and_show(session, refusal);
+  if (!session.platform.files.is_directory(path + "\\")) {
+    look_up_temp(session);
+    return beep_and_show(session, "Profile Not found " + path);
+  }
+  const bool deleted = delete_folder(session, path, "Profile Deleted.");
+  look_up_temp(session);
+  return deleted;
+}
+
+bool Delete_WKS_Profile(Session& session, const controls::TreeNode& node) {
+  session.runs.WKS_Name.clear();
+  session.wks_profile.WKS_NAME1.text = std::string();
+  controls::choose(session.wks_profile.W2K, session.wks_profile.NT40, !session.runs.WKS_Is_NT40);
+  session.platform.dialogs.show_modal("WKS_PROFILE");
+  return delete_wks_profile(session, node);
+}
+
+bool delete_wks_profile(Session& session, const controls::TreeNode& node) {
+  std::string workstation(base::trim(session.runs.WKS_Name));
+  if (workstation.empty())
+    return false;
+  if (workstation.starts_with("\\\\"))
+    workstation.erase(0, 2);
+  const std::string folder = profile_folder(session, node);
+  if (!is_one_name(workstation) || !is_one_name(folder))
+    return beep_and_show(session, "\"" + workstation + "\" and \"" + folder + "\" make no path of a profile");
+  const std::string path =
+      "\\\\" + workstation +
+      (session.runs.WKS_Is_NT40 ? "\\admin$\\profiles\\" : "\\c$\\Documents and Settings\\") + folder;
+  show(session, "Deleting " + path + " ...");
+  if (!Dir_Exists(session, path))
+    return beep_and_show(session, "Unable to find " + path + " ...");
+  return delete_folder(session, path, "Ready.");
+}
+
+void WKS_PROFILE_OKButton_Click(Session& session) {
+  session.runs.WKS_Name = session.wks_profile.WKS_NAME1.text;
+  session.runs.WKS_Is_NT40 = session.wks_profile.NT40.value;
+}
+
+void WKS_PROFILE_CancelButton_Click(Session& session) {
+  session.runs.WKS_Name.clear();
+}
+
+}  // namespace twk::lifecycle

@@ -1,0 +1,32 @@
+#pragma once
+
+namespace twk::controls {
+struct TreeNode;
+}
+namespace twk::session {
+struct Session;
+}
+
+/// The entries of the tree's popup that act on one user at once. What came of them stands in the status bar.
+namespace twk::lifecycle {
+
+/// Sets the default password, to be changed at the next logon; asks first when `Confirm_Resets` is ticked.
+/// True when it was set.
+bool Reset_Password(session::Session& session, const controls::TreeNode& node);
+
+/// Opens the window that renames the user, of the kind that the domain has.
+void Rename_User(session::Session& session);
+
+/// Deletes the folder that the account has as its profile path. True when it is gone.
+bool Delete_Server_Profile(session::Session& session, const controls::TreeNode& node);
+
+/// Asks for the workstation in `WKS_PROFILE` and deletes the user's profile there. True when it is gone.
+bool Delete_WKS_Profile(session::Session& session, const controls::TreeNode& node);
+/// The same for the workstation in `session.runs`, without the window.
+bool delete_wks_profile(session::Session& session, const controls::TreeNode& node);
+
+/// The buttons of `WKS_PROFILE`.
+void WKS_PROFILE_OKButton_Click(session::Session& session);
+void WKS_PROFILE_CancelButton_Click(session::Session& session);
+
+}  // namespace twk::lifecycle

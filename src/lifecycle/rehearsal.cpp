@@ -1,0 +1,212 @@
+#include "lifecycle/rehearsal.hpp"
+
+#include <set>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "lifecycle/rehearsed_directory.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using platform::FileEntry;
+
+class Nowhere final : public platform::AppendFile {
+ public:
+  void write(std::string_view /*bytes*/) override {}
+};
+
+std::string folded(std::string_view path) {
+  std::string text = base::upper(path);
+  while (text.ends_with('\\'))
+    text.pop_back();
+  return text;
+}
+
+/// Remembers the folders that would be made and taken away.
+class RehearsedFiles final : public platform::Files {
+ public:
+  RehearsedFiles(platform::Files& real, const Rehearsal::Tell& tell) : real_(real), tell_(tell) {}
+
+  bool exists(std::string_view path) override {
+    return made_.contains(folded(path)) || (!gone_.contains(folded(path)) && real_.exists(path));
+  }
+  bool is_directory(std::string_view path) override {
+    return made_.contains(folded(path)) || (!gone_.contains(folded(path)) && real_.is_directory(path));
+  }
+  void make_directory(std::string_view path) override {
+    tell_("Make the folder " + std::string(path));
+    made_.insert(folded(path));
+  }
+  std::vector<FileEntry> list(std::string_view path) override { return real_.list(path); }
+  FileEntry status(std::string_view path) override { return real_.status(path); }
+  void remove_directory(std::string_view path) override {
+    tell_("Remove the folder " + std::string(path));
+    made_.erase(folded(path));
+    gone_.insert(folded(path));
+  }
+  std::string read(std::string_view path) override { return real_.read(path); }
+  void write(std::string_view path, std::string_view /*bytes*/) override {
+    tell_("Write the file " + std::string(path));
+  }
+  void remove(std::string_view path) override { tell_("Remove the file " + std::string(path)); }
+  bool copy_file(std::string_view from, std::string_view to, bool /*replace*/,
+                 const platform::CopyProgress& /*progress*/) override {
+    tell_("Copy the file " + std::string(from) + " to " + std::string(to));
+    return true;
+  }
+  void rename(std::string_view from, std::string_view to, bool /*replace*/) override {
+    tell_("Rename " + std::string(from) + " to " + std::string(to));
+  }
+  std::unique_ptr<platform::AppendFile> open_append(std::string_view /*path*/, bool /*truncate*/) override {
+    return std::make_unique<Nowhere>();
+  }
+  std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override {
+    return real_.open_random_read(path);
+  }
+  std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override {
+    return real_.open_random_read(path);
+  }
+
+ private:
+  platform::Files& real_;
+  const Rehearsal::Tell& tell_;
+  std::set<std::string> made_;
+  std::set<std::string> gone_;
+};
+
+class RehearsedNetwork final : public platform::Network {
+ public:
+  RehearsedNetwork(platform::Network& real, const Rehearsal::Tell& tell) : real_(real), tell_(tell) {}
+
+  std::string NetGetDCName(std::string_view server, std::string_view domain) override {
+    return real_.NetGetDCName(server, domain);
+  }
+  void NetShareAdd(std::string_view server, const platform::ShareInfo502& share) override {
+    tell_("Make the share " + share.shi502_netname + " on " + std::string(server) + " for " +
+          share.shi502_path);
+  }
+  platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override {
+    return real_.NetShareGetInfo(server, name);
+  }
+  std::vector<platform::ShareInfo502> NetShareEnum(std::string_view server) override {
+    return real_.NetShareEnum(server);
+  }
+  void NetShareDel(std::string_view server, std::string_view name) override {
+    tell_("Delete the share " + std::string(name) + " on " + std::string(server));
+  }
+  void WTSSetUserConfig(std::string_view /*server*/, std::string_view user,
+                        platform::WtsConfigClass /*setting*/,
+                        const platform::WtsConfigValue& /*value*/) override {
+    tell_("Set a terminal-server setting of " + std::string(user));
+  }
+  platform::WtsConfigValue WTSQueryUserConfig(std::string_view server, std::string_view user,
+                                              platform::WtsConfigClass setting) override {
+    return real_.WTSQueryUserConfig(server, user, setting);
+  }
+
+ private:
+  platform::Network& real_;
+  const Rehearsal::Tell& tell_;
+};
+
+/// A folder that would be made has no list to read yet.
+class RehearsedSecurity final : public platform::Security {
+ public:
+  RehearsedSecurity(platform::Security& real, platform::Files& files, const Rehearsal::Tell& tell)
+      : real_(real), files_(files), tell_(tell) {}
+
+  platform::AccountSid LookupAccountName(std::string_view server, std::string_view account) override {
+    return real_.LookupAccountName(server, account);
+  }
+  std::string LookupAccountSid(std::string_view server, const platform::Sid& sid) override {
+    return real_.LookupAccountSid(server, sid);
+  }
+  std::vector<platform::Sid> account_identifiers(std::string_view account) override {
+    return real_.account_identifiers(account);
+  }
+  platform::SecurityDescriptor GetFileSecurity(std::string_view path, std::uint32_t parts,
+                                               std::size_t buffer) override {
+    return files_.exists(path) ? real_.GetFileSecurity(path, parts, buffer) : platform::SecurityDescriptor{};
+  }
+  void SetFileSecurity(std::string_view path, std::uint32_t parts,
+                       const platform::SecurityDescriptor& /*descriptor*/) override {
+    tell_((parts == platform::security_information::kOwner ? "Set the owner of " : "Set permissions on ") +
+          std::string(path));
+  }
+  std::unique_ptr<platform::ProcessToken> OpenProcessToken() override { return real_.OpenProcessToken(); }
+  std::uint64_t LookupPrivilegeValue(std::string_view name) override {
+    return real_.LookupPrivilegeValue(name);
+  }
+
+ private:
+  platform::Security& real_;
+  platform::Files& files_;
+  const Rehearsal::Tell& tell_;
+};
+
+class RehearsedProcess final : public platform::Process {
+ public:
+  explicit RehearsedProcess(const Rehearsal::Tell& tell) : tell_(tell) {}
+  std::int32_t run(std::string_view command_line, bool /*wait*/, std::int16_t /*window_style*/) override {
+    tell_("Run " + std::string(command_line));
+    return 1;
+  }
+
+ private:
+  const Rehearsal::Tell& tell_;
+};
+
+/// Settings stay as they are; nobody needs to be told.
+class RehearsedRegistry final : public platform::RegistryAccess {
+ public:
+  explicit RehearsedRegistry(platform::RegistryAccess& real) : real_(real) {}
+  bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
+                std::string& value) override {
+    return real_.Reg_Read(hive, key, name, value);
+  }
+  bool Reg_Write(std::uint32_t /*hive*/, std::string_view /*key*/, std::string_view /*name*/,
+                 std::string_view /*value*/) override {
+    return true;
+  }
+
+ private:
+  platform::RegistryAccess& real_;
+};
+
+}  // namespace
+
+struct Rehearsal::Services {
+  Services(const platform::Platform& real_services, Tell teller)
+      : tell(std::move(teller)),
+        real(real_services),
+        registry(real.registry),
+        directory(real.directory, tell),
+        files(real.files, tell),
+        network(real.network, tell),
+        security(real.security, real.files, tell),
+        process(tell) {}
+
+  Tell tell;
+  platform::Platform real;
+  RehearsedRegistry registry;
+  RehearsedDirectory directory;
+  RehearsedFiles files;
+  RehearsedNetwork network;
+  RehearsedSecurity security;
+  RehearsedProcess process;
+};
+
+Rehearsal::Rehearsal(const platform::Platform& services, Tell tell)
+    : rehearsed_(std::make_unique<Services>(services, std::move(tell))) {}
+
+Rehearsal::~Rehearsal() = default;
+
+platform::Platform Rehearsal::services() {
+  Services& rehearsed = *rehearsed_;
+  return {rehearsed.registry,         rehearsed.directory,  rehearsed.real.query,     rehearsed.files,
+          rehearsed.network,          rehearsed.security,   rehearsed.real.mailboxes, rehearsed.process,
+          rehearsed.real.environment, rehearsed.real.clock, rehearsed.real.dialogs};
+}
+
+}  // namespace twk::lifecycle

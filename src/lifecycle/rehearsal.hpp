@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/platform.hpp"
+
+namespace twk::lifecycle {
+
+/// Services over those of a session that let nothing be changed: what is read is true, what would be written
+/// is told instead, in the order in which it would be done. Log and status files are not written either.
+///
+///     Rehearsal rehearsal(session.platform, [](const std::string& step) { … });
+///     session::Session rehearsed(rehearsal.services(), …);
+class Rehearsal {
+ public:
+  using Tell = std::function<void(const std::string&)>;
+
+  Rehearsal(const platform::Platform& services, Tell tell);
+  Rehearsal(const Rehearsal&) = delete;
+  Rehearsal& operator=(const Rehearsal&) = delete;
+  ~Rehearsal();
+
+  [[nodiscard]] platform::Platform services();
+
+ private:
+  struct Services;
+  std::unique_ptr<Services> rehearsed_;
+};
+
+}  // namespace twk::lifecycle

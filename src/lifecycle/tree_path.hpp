@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace twk::session {
+struct Session;
+}
+
+/// Network paths of the folders that hang on an account. What an account says is never taken on trust: a path
+/// is taken apart and looked at before anything below it is copied, moved or deleted.
+namespace twk::lifecycle {
+
+/// "\\FS1\Users\jo" in its parts.
+struct TreePath {
+  std::string server;              ///< "FS1"
+  std::string share;               ///< "Users"
+  std::vector<std::string> parts;  ///< "jo"; none for the share itself
+
+  /// The path in its one spelling, without a backslash at its end.
+  [[nodiscard]] std::string text() const;
+};
+
+/// Takes a network path apart; blanks around it and doubled backslashes behind the share do not count. Raises
+/// 52, with a text that names the path and what is wrong, for one without server or share, with a part that
+/// leads elsewhere ("." and "..", also with blanks or dots behind them) and with a character that no name
+/// has.
+TreePath parse_tree_path(std::string_view path);
+
+/// The folder on the server that a share stands for; none when the server does not tell.
+std::optional<std::string> share_folder(session::Session& session, const std::string& server,
+                                        const std::string& share);
+/// "D:\Users\jo": where on its server a path leads; none when the server does not tell.
+std::optional<std::string> folder_on_server(session::Session& session, const TreePath& path);
+/// True for "D:" and "D:\": a whole drive.
+bool is_drive_root(std::string_view folder);
+/// True when the two are one folder, or the second lies below the first; both as the server spells them.
+bool holds_folder(std::string_view outer, std::string_view inner);
+
+/// The name of a share whose folder is this one or lies below it, but for `except`; empty when there is none
+/// or the server does not tell. Shares of whole drives do not count.
+std::string share_within(session::Session& session, const std::string& server, std::string_view folder,
+                         std::string_view except);
+
+/// The path of a folder whose contents may be taken away. Raises 52 as `parse_tree_path` does, and 75 for a
+/// drive as a whole, for a link, and for a folder that another share stands for or lies below: that is not
+/// one account's own; `own_share`
+/// is the account's.
+TreePath require_own_tree(session::Session& session, std::string_view path, std::string_view own_share = {});
+
+/// True when the text holds the name as a word of its own: "jo" in "jo$" and "x-jo.v2", not in "john".
+bool holds_word(std::string_view text, std::string_view name);
+/// The path up to the folder behind the share that is named after somebody, "\\FS1\Profiles\jo" of
+/// "\\FS1\Profiles\jo\nt"; the whole path when no folder is. "jo" names "jo" and "jo.v2", not "john".
+std::string cut_at_folder_of(std::string_view path, std::string_view name);
+
+}  // namespace twk::lifecycle

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "controls/basic.hpp"
+
+/// State of the windows that change an account which exists, and of the runs that do. Fields bear the names
+/// of the windows' controls.
+namespace twk::session {
+
+/// Renames a user of an Active Directory domain.
+struct RenameUser {
+  controls::TextBox Full_Name;
+  controls::TextBox First_Name;
+  controls::TextBox Last_Name;
+  controls::TextBox Display_Name;
+  controls::TextBox User_logon_name;
+  controls::Label AD_Domain;  ///< "@twk.test"
+  controls::TextBox Logon_Name_pre2000;
+  controls::Label WINNT_Domain;  ///< "TWK\"
+  controls::CheckBox ReNameSD;   ///< shares and directories too
+  bool Full_Name_Changed = false;
+  bool Logon_Name_Changed = false;
+};
+
+/// Renames a user of a WinNT domain.
+struct Rename_NT {
+  controls::TextBox User_Logon;
+  controls::TextBox Full_Name;
+  controls::CheckBox RenameDir;
+  std::string OldName;
+  bool Logon_Changed = false;
+  bool Name_Changed = false;
+};
+
+/// Asks for the workstation whose copy of a profile is to go.
+struct WKS_PROFILE {
+  controls::TextBox WKS_NAME1;
+  controls::OptionButton W2K;
+  controls::OptionButton NT40;
+};
+
+/// Flags of the runs that delete and move users, set by whoever starts them.
+struct AccountRuns {
+  bool Delete_Running = false;
+  bool Move_Running = false;
+  bool Delete_Mail_Flag = false;
+  bool Delete_Data_Flag = false;
+  bool Run_Command_Flag = false;
+  std::string WKS_Name;  ///< of the last `WKS_PROFILE`; empty when it was cancelled
+  bool WKS_Is_NT40 = false;
+  /// Set for a rehearsal: told what would be done to a tree, which then is not done.
+  std::function<void(const std::string&)> rehearse;
+};
+
+}  // namespace twk::session

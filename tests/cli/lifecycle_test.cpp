@@ -1,0 +1,93 @@
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "cli/twk_fixture.hpp"
+
+namespace twk::test {
+namespace {
+
+using testing::HasSubstr;
+
+/// Jo Smith with a file in her home.
+class ExistingUsers : public TwkLab {
+ protected:
+  ExistingUsers() {
+    EXPECT_EQ(create({"--ou", kNewStarters, "Jo", "Smith"}).exit_code, 0);
+    put_file(home() + "/a.txt", "text");
+  }
+  [[nodiscard]] std::string home() const { return lab() + "/servers/FS1/D/Users/Jo.Smith"; }
+};
+
+TEST_F(ExistingUsers, DryRunOfADeletionPrintsTheStepsAndDoesNothing) {
+  const ProgramResult result = run({"user", "delete", "Jo.Smith", "--account", "--data", "--dry-run"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(result.out, "Delete the account LDAP://twk.test/CN=Jo.Smith," + kNewStarters +
+                            "\n"
+                            "Delete the folder \\\\FS1\\D$\\Users\\Jo.Smith with 1 files, 4 bytes\n"
+                            "Delete the folder \\\\FS1\\D$\\Profiles\\Jo.Smith with 0 files, 0 bytes\n");
+  EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
+  EXPECT_EQ(run({"user", "show", "Jo.Smith"}).exit_code, 0);
+}
+
+TEST_F(ExistingUsers, AreDeletedWithTheirFolders) {
+  const ProgramResult result =
+      run({"--json", "user", "delete", "Jo.Smith", "--account", "--data", "--no-prompting"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_EQ(json_lines(result.out).at(0)["light"], "GREEN");
+  EXPECT_FALSE(std::filesystem::exists(home()));
+  EXPECT_EQ(run({"user", "show", "Jo.Smith"}).exit_code, 2);
+}
+
+TEST_F(ExistingUsers, StayWhenNobodyCanBeAsked) {
+  const ProgramResult result = run({"user", "delete", "Jo.Smith", "--account", "--data"});
+  EXPECT_EQ(result.exit_code, 1);
+  EXPECT_THAT(result.err, HasSubstr("Jo.Smith: nothing was done."));
+  EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
+}
+
+TEST_F(ExistingUsers, WhatIsToGoMustBeSaid) {
+  for (const Arguments& arguments :
+       {Arguments{"user", "delete", "Jo.Smith"},
+        {"user", "delete", "Jo.Smith", "--account", "--take-ownership"},
+        {"user", "delete", "Jo.Smith", "--mail"},
+        {"user", "rename", "Jo.Smith"},
+        {"profile", "delete", "Jo.Smith", "--workstation", "PC7"},
+        {"user", "move", "Jo.Smith", "--site", "Head Office", "--template", "Staff", "--data", "all"}})
+    EXPECT_EQ(run(arguments).exit_code, 64) << arguments.back();
+  EXPECT_EQ(run({"user", "delete", "Nobody", "--account"}).exit_code, 2);
+}
+
+TEST_F(ExistingUsers, MoveToAnotherServer) {
+  for (const char* const name : {"Users", "Profiles"}) {
+    std::filesystem::create_directories(lab() + "/servers/FS2/D/" + name);
+    ASSERT_EQ(run({"share", "add", "FS2", name, std::string("D:\\") + name}).exit_code, 0);
+  }
+  ASSERT_EQ(run({"site", "add", "Branch", "--nt-server", "FS2"}).exit_code, 0);
+  const ProgramResult result = run({"user", "move", "Jo.Smith", "--site", "Branch", "--template", "Staff",
+                                    "--data", "move", "--no-prompt"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  EXPECT_TRUE(std::filesystem::exists(lab() + "/servers/FS2/D/Users/Jo.Smith/a.txt"));
+  EXPECT_FALSE(std::filesystem::exists(home()));
+  const ProgramResult again = run({"user", "move", "Jo.Smith", "--site", "Branch", "--template", "Staff",
+                                   "--data", "move", "--no-prompt"});
+  EXPECT_EQ(again.exit_code, 1);
+  EXPECT_THAT(again.err, HasSubstr("or lies in it"));
+  EXPECT_TRUE(std::filesystem::exists(lab() + "/servers/FS2/D/Users/Jo.Smith/a.txt"));
+}
+
+TEST_F(ExistingUsers, GetOtherNamesAndAnotherPassword) {
+  const ProgramResult result = run({"user", "rename", "Jo.Smith", "--logon", "ann", "--full-name",
+                                    "West, Ann", "--display", "", "--rename-dirs"});
+  EXPECT_EQ(result.exit_code, 0) << result.err;
+  const auto user = result_of({"user", "show", "ann"});
+  EXPECT_EQ(user["dn"], "CN=West\\, Ann," + kNewStarters);
+  EXPECT_EQ(user["fullName"], "");
+  EXPECT_EQ(run({"--yes", "user", "reset-password", "ann"}).exit_code, 0);
+  EXPECT_EQ(run({"--yes", "user", "reset-password", "ann", "--password-stdin"}, "x\n").exit_code, 2);
+  EXPECT_EQ(run({"--yes", "profile", "delete", "ann"}).exit_code, 0);
+  EXPECT_EQ(run({"--yes", "profile", "delete", "ann"}).exit_code, 2);
+}
+
+}  // namespace
+}  // namespace twk::test

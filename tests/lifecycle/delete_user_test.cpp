@@ -1,0 +1,450 @@
+#include "lifecycle/delete_user.hpp"
+
+#include "lifecycle/lifecycle_world.hpp"
+#include "platform/acl.hpp"
+#include "stores/records.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using lab::DomainKind;
+using test::LifecycleWorld;
+using testing::HasSubstr;
+using testing::Not;
+using Names = std::set<std::string>;
+
+/// Everything but mail and command is ticked.
+void tick_all(LifecycleWorld& world) {
+  session::MultiUser& window = world.session.multi_user;
+  for (controls::CheckBox* const box : {&window.Del_Shares, &window.Delete_NT_Account, &window.Delete_Data})
+    box->value = 1;
+  world.session.runs.Delete_Running = true;
+  world.session.runs.Delete_Data_Flag = true;
+}
+
+class DeleteUser : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, DeleteUser,
+                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
+                         test::kind_name);
+
+/// jo with a share of her own for home and profile, and a neighbour.
+void give_own_shares(LifecycleWorld& world) {
+  world.put("FS1/D/Users/jo/a.txt");
+  world.put("FS1/D/Users/jo/Mail/b.txt");
+  world.put("FS1/D/Profiles/jo/NTUser.dat");
+  world.put("FS1/D/Users/ann/c.txt");
+  world.share("FS1", "jo$", "D:\\Users\\jo");
+  world.share("FS1", "jo.prf$", "D:\\Profiles\\jo");
+}
+
+const Names kWithoutJo = {"Users/", "Users/ann/", "Users/ann/c.txt", "Profiles/"};
+
+TEST_P(DeleteUser, SharesAccountAndFoldersGoInThisOrder) {
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.start_with("\\\\FS1\\jo$", "\\\\FS1\\jo.prf$");
+  world.node();
+  tick_all(world);
+  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_FALSE(world.has_jo());
+  EXPECT_EQ(world.shares("FS1"), Names());
+  EXPECT_EQ(world.tree("FS1/D"), kWithoutJo);
+  EXPECT_EQ(world.session.form1.TreeView1.find(world.key()), nullptr);
+  const std::string name = world.is_nt() ? "jo" : "Jo Smith";
+  EXPECT_THAT(world.log(), HasSubstr("User:admin\nDelete User: " + world.key() +
+                                     "\nFrom Server: FS1\nHome Share: jo$\n"
+                                     "Home Dir Path :\\\\FS1\\D$\\Users\\jo\n"
+                                     "Profile Server: FS1\nProfile ShareName: jo.prf$\n"
+                                     "Profile Dir Path :\\\\FS1\\D$\\Profiles\\jo\n"
+                                     "Deleted Share: jo$\nDeleted Share: jo.prf$\n"
+                                     "Deleted User Account: " +
+                                     name +
+                                     "\nDeleted Dir: \\\\FS1\\D$\\Users\\jo\n"
+                                     "Deleted Dir: \\\\FS1\\D$\\Profiles\\jo\nUser Deleted.\n"));
+  EXPECT_THAT(world.log_tab(), testing::ElementsAre("GREEN  User " + name + " deleted."));
+}
+
+TEST_P(DeleteUser, WithoutAdministrativeSharesTheFolderIsReachedThroughAShareAbove) {
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.share("FS1", "Users", "D:\\Users");
+  world.set("Preferences", "AdminShares", "No");
+  world.start_with("\\\\FS1\\jo$", "");
+  tick_all(world);
+  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_THAT(world.log(), HasSubstr("Home Dir Path :\\\\FS1\\"));
+  EXPECT_FALSE(world.there("FS1/D/Users/jo"));
+  EXPECT_TRUE(world.there("FS1/D/Users/ann/c.txt"));
+  EXPECT_EQ(world.shares("FS1"), (Names{"Users", "jo.prf$"}));
+}
+
+/// One user, what was chosen, and what is left of it.
+struct Case {
+  const char* name;
+  const char* home;
+  const char* profile;
+  bool account_gone;
+  Names tree;
+  Names shares;
+  const char* light;
+  const char* log;
+  std::function<void(LifecycleWorld&)> prepare;
+};
+
+const Names kAll = {
+    "Users/",         "Users/ann/",          "Users/ann/c.txt", "Users/jo/",    "Users/jo/Mail/",
+    "Users/jo/a.txt", "Users/jo/Mail/b.txt", "Profiles/",       "Profiles/jo/", "Profiles/jo/NTUser.dat"};
+
+Names all_but(std::initializer_list<std::string> gone) {
+  Names left = kAll;
+  for (const std::string& name : gone)
+    left.erase(name);
+  return left;
+}
+const Names kWithoutHome = all_but({"Users/jo/", "Users/jo/Mail/", "Users/jo/a.txt", "Users/jo/Mail/b.txt"});
+const Names kWithoutProfile = all_but({"Profiles/jo/", "Profiles/jo/NTUser.dat"});
+const Names kBothShares = {"jo$", "jo.prf$"};
+
+const Case kCases[] = {
+    {"a mandatory profile stays",
+     "\\\\FS1\\jo$",
+     "\\\\FS1\\Profiles\\jo\\nt.MAN",
+     true,
+     kWithoutHome,
+     {"jo.prf$"},
+     "GREEN",
+     "Unable to Delete Mandatory Profiles.\n",
+     {}},
+    {"a profile in NETLOGON stays",
+     "\\\\FS1\\jo$",
+     "\\\\FS1\\netlogon\\jo",
+     true,
+     kWithoutHome,
+     {"jo.prf$"},
+     "GREEN",
+     "Cannot Delete Netlogon Directory.\n",
+     {}},
+    {"a profile on the logon server stays",
+     "\\\\FS1\\jo$",
+     "%LogonServer%\\x",
+     true,
+     kWithoutHome,
+     {"jo.prf$"},
+     "GREEN",
+     "Cannot Delete From %Netlogon% Server.\n",
+     {}},
+    {"a local home is left alone",
+     "D:\\Users\\jo",
+     "",
+     true,
+     kAll,
+     kBothShares,
+     "GREEN",
+     "Home Share and Profile Share are the Same...\n",
+     {}},
+    {"neither home nor profile",
+     "",
+     "",
+     true,
+     kAll,
+     kBothShares,
+     "GREEN",
+     "Home Share and Profile Share are the Same...\nDeleted User Account",
+     {}},
+    {"a share that is not there",
+     "\\\\FS1\\none$",
+     "",
+     true,
+     kAll,
+     kBothShares,
+     "YELLOW",
+     "Home Dir Path :\nDeleted Share: none$\n",
+     {}},
+    {"a server that is not there",
+     "\\\\NOWHERE\\none$",
+     "",
+     true,
+     kAll,
+     kBothShares,
+     "YELLOW",
+     "Unable to find Home Share: none$\n",
+     {}},
+    {"a tail keeps the share",
+     "\\\\FS1\\Users\\jo",
+     "",
+     true,
+     kWithoutHome,
+     {"jo.prf$", "Users"},
+     "GREEN",
+     "Deleted Dir: \\\\FS1\\D$\\Users\\jo\n",
+     [](LifecycleWorld& world) {
+       world.services.network.NetShareDel("FS1", "jo$");
+       world.share("FS1", "Users", "D:\\Users");
+     }},
+    {"a common share goes with both",
+     "\\\\FS1\\Common\\jo",
+     "\\\\FS1\\COMMON\\jo\\prf",
+     true,
+     kWithoutHome,
+     {"jo.prf$"},
+     "GREEN",
+     "Deleted Common Share: Common\n",
+     [](LifecycleWorld& world) {
+       world.services.network.NetShareDel("FS1", "jo$");
+       world.share("FS1", "Common", "D:\\Users");
+     }},
+    {"a locked file stops the deletion and is named",
+     "\\\\FS1\\jo$",
+     "",
+     true,
+     all_but({"Users/jo/Mail/", "Users/jo/Mail/b.txt"}),
+     {"jo.prf$"},
+     "YELLOW",
+     "a.txt on FS1\nError Deleting: \\\\FS1\\D$\\Users\\jo\n",
+     [](LifecycleWorld& world) {
+       world.put("FS1/server.journal.ldif",
+                 test::get_file(world.server_folder("FS1/server.journal.ldif").string()) +
+                     "dn: CN=Folders\nchangetype: add\nobjectClass: fileObject\n# end\n\n"
+                     "dn: CN=D,CN=Folders\nchangetype: add\nobjectClass: fileObject\n# end\n\n"
+                     "dn: CN=Users,CN=D,CN=Folders\nchangetype: add\nobjectClass: fileObject\n# end\n\n"
+                     "dn: CN=jo,CN=Users,CN=D,CN=Folders\nchangetype: add\nobjectClass: fileObject\n# end\n\n"
+                     "dn: CN=a.txt,CN=jo,CN=Users,CN=D,CN=Folders\nchangetype: add\n"
+                     "objectClass: fileObject\nlocked: TRUE\n# end\n\n");
+     }},
+    {"the directory refuses to delete the account",
+     "\\\\FS1\\jo$",
+     "",
+     false,
+     kAll,
+     {"jo.prf$"},
+     "RED",
+     "Unable to Delete User",
+     [](LifecycleWorld& world) {
+       world.directory.before = [](std::string_view operation, std::string_view path) {
+         if (operation == "Delete" && path.find("lanmanserver") == base::npos)
+           base::raise(platform::ads_error::kAccessDenied, "no");
+       };
+     }},
+    {"an account that cannot be read", "\\\\FS1\\jo$", "", false, kAll, kBothShares, "RED",
+     "Unable to get user info from Domain, User:", [](LifecycleWorld& world) {
+       world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
+     }}};
+
+TEST_P(DeleteUser, WhatFailsOrIsGuardedIsLeftAndTold) {
+  for (const Case& one : kCases) {
+    SCOPED_TRACE(one.name);
+    LifecycleWorld world(GetParam());
+    give_own_shares(world);
+    world.start_with(one.home, one.profile);
+    tick_all(world);
+    if (one.prepare)
+      one.prepare(world);
+    EXPECT_EQ(Delete_One_User(world.session, world.key()), one.account_gone);
+    world.directory.before = {};
+    EXPECT_EQ(world.has_jo(), !one.account_gone);
+    EXPECT_EQ(world.tree("FS1/D"), one.tree);
+    EXPECT_EQ(world.shares("FS1"), one.shares);
+    EXPECT_THAT(world.log(), HasSubstr(one.log));
+    EXPECT_THAT(world.log_tab().back(), testing::StartsWith(one.light));
+  }
+}
+
+TEST_P(DeleteUser, AccountsTextNeverReachesWhatIsNotTheUsers) {
+  const struct {
+    const char* home;
+    const char* why;
+  } attacks[] = {{"\\\\FS1\\Users\\..\\ann", "leads elsewhere"},
+                 {"\\\\FS1\\Users\\jo\\..", "leads elsewhere"},
+                 {"\\\\FS1\\Users\\. .\\x", "leads elsewhere"},
+                 {"\\\\FS1\\\\jo", "Unable to find Home Share: \n"},
+                 {"\\\\FS1\\", "Unable to find Home Share"},
+                 {"\\\\\\\\\\\\", "Unable to find Home Share"},
+                 {"\\\\FS1\\D$", "the whole drive"},
+                 {"\\\\FS1\\D$\\", "names no folder below its share"},
+                 {"\\\\FS1\\Users\\", "names no folder below its share"},
+                 {"\\\\FS1\\Users\\\\", "names no folder below its share"},
+                 {"\\\\FS1\\Data", "the whole drive"},
+                 {"\\\\FS1\\D$\\Users", "it is not one account's own"},
+                 {"\\\\FS1\\Users\\a*", "holds a character"},
+                 {"\\\\FS1\\Users\\out", "is a link"}};
+  for (const auto& attack : attacks) {
+    SCOPED_TRACE(attack.home);
+    LifecycleWorld world(GetParam());
+    give_own_shares(world);
+    world.share("FS1", "Users", "D:\\Users");
+    world.share("FS1", "Data", "D:\\");
+    world.put("FS2/D/Users/outside.txt");
+    std::filesystem::create_directory_symlink(world.server_folder("FS2/D/Users"),
+                                              world.server_folder("FS1/D/Users/out"));
+    world.start_with(attack.home, "");
+    tick_all(world);
+    const Names before = world.tree("FS1/D");
+    Names shares = world.shares("FS1");
+    Delete_One_User(world.session, world.key());
+    EXPECT_EQ(world.tree("FS1/D"), before);
+    EXPECT_EQ(world.shares("FS1"), shares);
+    EXPECT_TRUE(world.there("FS2/D/Users/outside.txt"));
+    EXPECT_THAT(world.log(), HasSubstr(attack.why));
+    EXPECT_THAT(world.log_tab().back(), testing::StartsWith("YELLOW"));
+  }
+}
+
+TEST_P(DeleteUser, LinkInTheTreeGoesAndWhatItLeadsToStays) {
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.put("FS2/D/Users/outside.txt");
+  std::filesystem::create_directory_symlink(world.server_folder("FS2/D/Users"),
+                                            world.server_folder("FS1/D/Users/jo/Mail/out"));
+  std::filesystem::create_symlink(world.server_folder("FS1/D/Users/ann/c.txt"),
+                                  world.server_folder("FS1/D/Users/jo/file"));
+  world.start_with("\\\\FS1\\jo$", "");
+  tick_all(world);
+  Delete_One_User(world.session, world.key());
+  EXPECT_FALSE(world.there("FS1/D/Users/jo"));
+  EXPECT_TRUE(world.there("FS2/D/Users/outside.txt"));
+  EXPECT_TRUE(world.there("FS1/D/Users/ann/c.txt"));
+}
+
+TEST_P(DeleteUser, HomeShareOfAnotherServerThanTheProfileStays) {
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.put("FS2/D/Profiles/jo/NTUser.dat");
+  world.share("FS2", "jo.prf$", "D:\\Profiles\\jo");
+  world.start_with("\\\\FS1\\jo$", "\\\\FS2\\jo.prf$");
+  tick_all(world);
+  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_TRUE(world.shares("FS1").contains("jo$"));
+  EXPECT_EQ(world.shares("FS2"), Names());
+  EXPECT_FALSE(world.there("FS2/D/Profiles/jo"));
+  EXPECT_THAT(world.log(), HasSubstr("holds the folder of the share jo$"));
+  EXPECT_THAT(world.log_tab().back(), testing::StartsWith("YELLOW"));
+}
+
+TEST_P(DeleteUser, FolderThatIsClosedToAdministratorsGoesOnceOwnershipIsTaken) {
+  for (const bool take : {false, true}) {
+    LifecycleWorld world(GetParam());
+    give_own_shares(world);
+    world.start_with("\\\\FS1\\jo$", "");
+    platform::SecurityDescriptor closed;
+    closed.set_dacl(platform::Acl(8));
+    world.services.security.SetFileSecurity("\\\\FS1\\D$\\Users\\jo", platform::security_information::kDacl,
+                                            closed);
+    tick_all(world);
+    world.session.multi_user.Del_Permissions.value = take ? 1 : 0;
+    EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+    EXPECT_EQ(world.there("FS1/D/Users/jo/a.txt"), !take) << world.log();
+    EXPECT_THAT(world.log(), HasSubstr(take ? "Deleted Dir: " : "Error Deleting: "));
+  }
+}
+
+TEST_P(DeleteUser, NothingHappensWithoutARunOrWithAnAnswerOfNo) {
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.start_with("\\\\FS1\\jo$", "");
+  tick_all(world);
+  world.session.runs.Delete_Running = false;
+  EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+  world.session.runs.Delete_Running = true;
+  world.session.form1.Confirm_Deletes.value = 1;
+  world.session.multi_user.No_Prompting.value = 0;
+  world.dialogs.expect("Delete User " + world.key(), platform::Answer::kNo);
+  EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+  EXPECT_EQ(world.log(), "");
+  EXPECT_EQ(world.tree("FS1/D"), kAll);
+  EXPECT_TRUE(world.has_jo());
+}
+
+TEST_P(DeleteUser, QuestionsBeforeFoldersMayBeDeclined) {
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.start_with("\\\\FS1\\jo$", "\\\\FS1\\jo.prf$");
+  tick_all(world);
+  world.session.multi_user.Del_Permissions.value = 1;
+  world.session.multi_user.No_Prompting.value = 0;
+  world.dialogs.expect("Taking Ownership and changing permissions on: \r\n\\\\FS1\\D$\\Users\\jo",
+                       platform::Answer::kNo);
+  world.dialogs.expect("remove the folder 'jo' and all its contents?", platform::Answer::kNo);
+  world.dialogs.expect("Taking Ownership and changing Permissions on: ", platform::Answer::kYes);
+  world.dialogs.expect("\\\\FS1\\D$\\Profiles\\jo\r\n1 files, 4 bytes", platform::Answer::kYes);
+  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_EQ(world.tree("FS1/D"), kWithoutProfile);
+  EXPECT_THAT(world.log(), HasSubstr("Error Deleting: \\\\FS1\\D$\\Users\\jo\n"));
+}
+
+TEST_P(DeleteUser, AccountMayBeKeptAndOnlyTheCommandRun) {
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.set("Setup", "BatchFileDelete", "gone.cmd %Domain% %UserName%");
+  world.start_with("\\\\FS1\\jo$", "");
+  world.session.runs.Delete_Running = true;
+  world.session.runs.Run_Command_Flag = true;
+  world.process.result = 0;
+  EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+  EXPECT_EQ(world.tree("FS1/D"), kAll);
+  EXPECT_THAT(world.process.command_lines,
+              testing::ElementsAre(world.is_nt() ? "gone.cmd TWK " : "gone.cmd twk.test "));
+  EXPECT_THAT(world.log(), HasSubstr("Not Deleting User NT account\nRunning Script: gone.cmd"));
+  EXPECT_THAT(world.log(), HasSubstr("Error Running: gone.cmd"));
+  EXPECT_THAT(world.log(), HasSubstr("Delete Function Completed.\n"));
+  EXPECT_EQ(world.log_tab().back(),
+            world.is_nt() ? "GREEN  User jo deleted." : "GREEN  User Jo Smith delete function completed.");
+}
+
+TEST_P(DeleteUser, MailboxThatCannotBeDeletedIsToldAndTheAccountGoes) {
+  LifecycleWorld world(GetParam());
+  world.site.ExchangeServer = "EX55";
+  world.start_with("", "");
+  tick_all(world);
+  world.session.runs.Delete_Mail_Flag = true;
+  for (const char* const server : {"EX55", "EX99"}) {
+    world.session.multi_user.EX_Server.text = std::string(server);
+    Delete_One_User(world.session, world.key());
+  }
+  EXPECT_FALSE(world.has_jo());
+  EXPECT_THAT(world.log(), HasSubstr("Failed to delete mail account\n"));
+  EXPECT_EQ(world.log_tab().at(0), "RED Failed to delete mail account for jo");
+  EXPECT_THAT(world.log_tab().at(1), testing::StartsWith("YELLOW"));
+}
+
+TEST(DeleteNtUser, ProfileIsCutAtTheFolderOfTheUserAndOfNoOther) {
+  const struct {
+    const char* profile;
+    Names left;
+  } cases[] = {{"\\\\FS1\\Profiles\\jo\\nt\\deep", {"Profiles/", "Profiles/joanna/", "Profiles/joanna/x"}},
+               {"\\\\FS1\\Profiles\\joanna\\x",
+                {"Profiles/", "Profiles/jo/", "Profiles/jo/nt/", "Profiles/jo/nt/deep/",
+                 "Profiles/jo/nt/deep/f", "Profiles/joanna/"}}};
+  for (const auto& one : cases) {
+    LifecycleWorld world(DomainKind::kNt);
+    world.put("FS1/D/Profiles/jo/nt/deep/f");
+    std::filesystem::create_directories(world.server_folder("FS1/D/Profiles/joanna/x"));
+    if (std::string_view(one.profile).find("deep") != base::npos) {
+      std::filesystem::remove(world.server_folder("FS1/D/Profiles/joanna/x"));
+      world.put("FS1/D/Profiles/joanna/x");
+    }
+    world.share("FS1", "Profiles", "D:\\Profiles");
+    world.set("Preferences", "ProfileDeleteUsername", "Yes");
+    world.start_with("", one.profile);
+    tick_all(world);
+    EXPECT_TRUE(Delete_One_User(world.session, "jo"));
+    Names left = world.tree("FS1/D");
+    left.erase("Users/");
+    EXPECT_EQ(left, one.left) << world.log();
+  }
+}
+
+TEST(DeleteNtUser, ProfileOfAnAccountThatIsKeptIsCutToNothing) {
+  LifecycleWorld world(DomainKind::kNt);
+  world.put("FS1/D/Profiles/jo/f");
+  world.share("FS1", "Profiles", "D:\\Profiles");
+  world.set("Preferences", "ProfileDeleteUsername", "Yes");
+  world.start_with("", "\\\\FS1\\Profiles\\jo");
+  tick_all(world);
+  world.session.multi_user.Delete_NT_Account.value = 0;
+  EXPECT_FALSE(Delete_One_User(world.session, "jo"));
+  EXPECT_TRUE(world.there("FS1/D/Profiles/jo/f"));
+  EXPECT_THAT(world.log(), HasSubstr("Error Deleting: \n"));
+}
+
+}  // namespace
+}  // namespace twk::lifecycle

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <filesystem>
+#include <set>
+
+#include "base/text.hpp"
+#include "controls/tree_view.hpp"
+#include "directory/tree.hpp"
+#include "platform/network.hpp"
+#include "support/lab_session.hpp"
+
+namespace twk::test {
+
+/// A lab session with the file servers FS1 and FS2 and the account "jo", whose home and profile a test
+/// chooses. What stands on the servers is read straight from the disk.
+class LifecycleWorld : public LabSession {
+ public:
+  explicit LifecycleWorld(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "")
+      : LabSession(kind, command_line) {
+    for (const char* const name : {"FS1/D/Users", "FS1/D/Profiles", "FS2/D/Users", "FS2/D/Profiles"})
+      std::filesystem::create_directories(server_folder(name));
+    environment.variables["USERNAME"] = "admin";
+  }
+
+  /// Starts the session with "jo" in it.
+  void start_with(const std::string& home, const std::string& profile) {
+    const std::string domain = is_nt() ? "WinNT://TWK" : "LDAP://twk.test/" + std::string(kNewStarters);
+    const platform::ObjectPtr user =
+        services.directory.GetObject(domain)->Create("user", is_nt() ? "jo" : "CN=Jo Smith");
+    if (!is_nt()) {
+      user->Put("samAccountName", "jo");
+      user->Put("userPrincipalName", "jo@twk.test");
+    }
+    user->Put("FullName", "Jo Smith");
+    if (!home.empty())
+      user->Put("HomeDirectory", home);
+    if (!profile.empty())
+      user->Put("Profile", profile);
+    user->SetInfo();
+    start();
+    session.form1.Confirm_Deletes.value = 0;
+    session.form1.Confirm_Resets.value = 0;
+    session.multi_user.No_Prompting.value = 1;
+    session.multi_user.No_Prompt.value = 1;
+    std::filesystem::remove(folder.path() / "db/Log.txt");
+  }
+
+  [[nodiscard]] std::filesystem::path server_folder(const std::string& path) const {
+    return folder.path() / "servers" / path;
+  }
+  /// A file of a server with its folders, "FS1/D/Users/jo/a.txt".
+  void put(const std::string& path, std::string_view bytes = "text") const {
+    std::filesystem::create_directories(server_folder(path).parent_path());
+    put_file(server_folder(path).string(), bytes);
+  }
+  /// All that a server's drive holds, "Users/jo/a.txt", folders with a slash behind.
+  [[nodiscard]] std::set<std::string> tree(const std::string& drive) const {
+    std::set<std::string> names;
+    const std::filesystem::path top = server_folder(drive);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(top)) {
+      const bool folder_entry = entry.is_directory() && !entry.is_symlink();
+      names.insert(entry.path().lexically_relative(top).string() + (folder_entry ? "/" : ""));
+    }
+    return names;
+  }
+  [[nodiscard]] bool there(const std::string& path) const {
+    return std::filesystem::exists(std::filesystem::symlink_status(server_folder(path)));
+  }
+
+  void share(const std::string& server, const std::string& name, const std::string& path) {
+    platform::ShareInfo502 info;
+    info.shi502_netname = name;
+    info.shi502_path = path;
+    services.network.NetShareAdd(server, info);
+  }
+  [[nodiscard]] std::set<std::string> shares(const std::string& server) {
+    std::set<std::string> names;
+    for (const platform::ShareInfo502& info : services.network.NetShareEnum(server)) {
+      if (info.shi502_netname.size() != 2)
+        names.insert(info.shi502_netname);
+    }
+    return names;
+  }
+
+  [[nodiscard]] std::string key() {
+    return is_nt() ? "jo" : "LDAP://twk.test/CN=Jo Smith," + std::string(kNewStarters);
+  }
+  [[nodiscard]] bool has_jo() {
+    base::Trap trap;
+    return trap([&] { static_cast<void>(account("jo")); });
+  }
+  controls::TreeNode& node() {
+    controls::TreeView& tree = session.form1.TreeView1;
+    if (!is_nt())
+      directory::TreeView1_Expand(session, *tree.find(kNewStarters));
+    return *tree.find(key());
+  }
+};
+
+}  // namespace twk::test

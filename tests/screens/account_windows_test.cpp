@@ -1,0 +1,93 @@
+#include "controls/tree_view.hpp"
+#include "directory/tree.hpp"
+#include "lifecycle/popup_commands.hpp"
+#include "screens/screen_test.hpp"
+#include "session/main_window.hpp"
+#include "support/details_world.hpp"
+
+namespace twk::test {
+namespace {
+
+class AccountWindows : public ScreenTest {
+ protected:
+  explicit AccountWindows(lab::DomainKind kind = lab::DomainKind::kNative) : ScreenTest(kind) {}
+  void open_with_jo() {
+    add_jo(lab);
+    open();
+    lab.session.form1.TreeView1.select(&node_of_jo(lab));
+  }
+};
+
+class NtAccountWindows : public AccountWindows {
+ protected:
+  NtAccountWindows() : AccountWindows(lab::DomainKind::kNt) {}
+};
+
+TEST_F(AccountWindows, RenameShowsTheNamesAndOkGivesTheNewOnes) {
+  open_with_jo();
+  expect_window([&](QWidget& shown) {
+    EXPECT_EQ(shown.objectName(), "RenameUser");
+    EXPECT_EQ(find<QLabel>("AD_Domain", &shown)->text(), "@twk.test");
+    EXPECT_EQ(find<QLabel>("WINNT_Domain", &shown)->text(), "TWK\\");
+    type("Full_Name", "Marsh, Ann", &shown);
+    type("Logon_Name_pre2000", "amarsh", &shown);
+    click("Command2", &shown);
+  });
+  session::mnupopup_Click(lab.session, 6);
+  EXPECT_EQ(lab.session.form1.TreeView1.selected()->text, "Marsh, Ann");
+  EXPECT_EQ(lab.property("amarsh", "cn"), "Marsh, Ann");
+}
+
+TEST_F(AccountWindows, RenameStaysOpenWhenANameIsRefusedAndCancelChangesNothing) {
+  open_with_jo();
+  expect_window([&](QWidget& shown) {
+    type("Logon_Name_pre2000", "admin", &shown);
+    expect_box("Check user logon name");
+    click("Command2", &shown);
+    EXPECT_TRUE(shown.isVisible());
+    click("Command1", &shown);
+  });
+  session::mnupopup_Click(lab.session, 6);
+  EXPECT_EQ(lab.property("jo", "samAccountName"), "jo");
+}
+
+TEST_F(NtAccountWindows, RenameOfAFlatDomainTakesNameAndFullName) {
+  open_with_jo();
+  expect_window([&](QWidget& shown) {
+    EXPECT_EQ(shown.objectName(), "Rename_NT");
+    type("User_Logon", "ann", &shown);
+    type("Full_Name", "Ann Marsh", &shown);
+    click("OKButton", &shown);
+  });
+  session::mnupopup_Click(lab.session, 6);
+  EXPECT_EQ(lab.property("ann", "FullName"), "Ann Marsh");
+}
+
+TEST_F(AccountWindows, WorkstationIsAskedForAndCancelForgetsIt) {
+  open_with_jo();
+  expect_window([&](QWidget& shown) {
+    EXPECT_EQ(shown.windowTitle(), "Delete WKS Profile");
+    type("WKS_NAME1", "PC7", &shown);
+    click("NT40", &shown);
+    click("OKButton", &shown);
+  });
+  session::mnupopup_Click(lab.session, 9);
+  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(),
+            "Unable to find \\\\PC7\\admin$\\profiles\\Jo Smith ...");
+  expect_window([&](QWidget& shown) {
+    type("WKS_NAME1", "PC7", &shown);
+    click("CancelButton", &shown);
+  });
+  session::mnupopup_Click(lab.session, 9);
+  EXPECT_EQ(lab.session.runs.WKS_Name, "");
+}
+
+TEST_F(AccountWindows, ResetOfThePasswordAsksFirst) {
+  open_with_jo();
+  expect_box("Reset Password for Jo Smith", QMessageBox::Yes);
+  session::mnupopup_Click(lab.session, 2);
+  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), "Password for Jo Smith has Been Reset.");
+}
+
+}  // namespace
+}  // namespace twk::test
