@@ -1,0 +1,200 @@
+#!/usr/bin/python3
+"""Imports fifty users with every stage on into the domain that with-domain started, and looks at them with others' tools.
+
+    tests/live/with-domain ad|nt -- tests/live/import_test.py TWK
+"""
+
+import base64
+import csv
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+TWK = sys.argv[1]
+LIVE = {name: os.environ.get(f"TWK_LIVE_{name}", "") for name in (
+    "DOMAIN", "SERVER", "ADMIN", "PASSWORD", "STATE", "EXCHANGE", "SUPERUSER_TICKET")}
+IS_AD = LIVE["DOMAIN"] == "twk.test"
+CONF = LIVE["STATE"] + "/domain/etc/smb.conf"
+FIRST = "Welcome-2-Work"
+SECOND = "Other-Words-77"
+SAMPLES = pathlib.Path(__file__).resolve().parents[2] / "samples" / "new-starters.csv"
+failures = []
+
+
+def run(*command, text=None, codes=(0,), env=None):
+    done = subprocess.run(command, input=text, capture_output=True, text=True, check=False, timeout=300,
+                          env={**os.environ, **(env or {})})
+    if codes is not None and done.returncode not in codes:
+        sys.exit(f"{' '.join(command)}: {done.returncode}\n{done.stdout}\n{done.stderr}")
+    return done
+
+
+def twk(*arguments, **options):
+    place = ["--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"]]
+    return run(TWK, *place, *([] if IS_AD else ["--user", LIVE["ADMIN"]]), *arguments, **options)
+
+
+def plain(ldif):
+    """Values that stand in base64 as text."""
+    lines = []
+    for line in ldif.replace("\n ", "").splitlines():
+        name, colons, value = line.partition(":: ")
+        lines.append(f"{name}: {base64.b64decode(value).decode('utf-8', 'replace')}" if colons else line)
+    return "\n".join(lines)
+
+
+def expect(what, found, text):
+    """Text found with a tool that is not ours must hold what was asked for."""
+    if what not in text:
+        failures.append(f"{found}: {what!r} is missing in:\n{text}")
+
+
+def admin_logon():
+    """The account that the server takes for its superuser, for tools that take a name."""
+    return f"{'TWK' if IS_AD else 'OLDNT'}\\{'Administrator' if IS_AD else 'root'}%{LIVE['PASSWORD']}"
+
+
+def prepare():
+    for key, name, value in (
+            ("Setup", "UserFormat", "5"), ("Setup", "SetupID", "9%first%.9%last%"), ("Setup", "IncNumber", "1"),
+            ("Setup", "AltSetupID", "8%first%.8%last%%n%"), ("Preferences", "FullName", "2"),
+            ("Preferences", "Custom_FN", "%First% %Last%"), ("Preferences", "ForcePasswdChange", "No"),
+            ("UM", "CreateShares", "Yes"), ("UM", "SetPermissions", "Yes"), ("UM", "RunCmd", "Yes"),
+            ("UM", "MailAccount", "Yes" if IS_AD else "No"), ("Setup", "BatchFileCreate", "/bin/true")):
+        twk("settings", "set", key, name, value)
+    twk("settings", "set", "Setup", "Password", text=FIRST)
+    server = "DC1" if IS_AD else LIVE["SERVER"]
+    mail = ["--exchange55", "--exchange-server", LIVE["EXCHANGE"], "--exchange-org", "Tarnwick", "--exchange-site",
+            "Head Office"]
+    twk("site", "add", "Head Office", "--nt-server", server, *(mail if IS_AD else []))
+    if IS_AD:
+        twk("ou", "create", "New Starters")
+        run("samba-tool", "group", "add", "Newcomers", "-s", CONF)
+        twk("table", "set", "w2k", text="p,userPrincipalName,%first%.%last%@%Domain%\np,department,%IMPORT4%\n")
+        twk("table", "set", "mail", text="TARGET-ADDRESS,%UserName%@a.test\nCONTAINER,Recipients\n")
+    else:
+        # A Samba controller of this kind takes no member whose name has a capital letter into another group, as all
+        # names of an import have one.
+        run("net", "rpc", "group", "add", "Newcomers", "-S", LIVE["SERVER"], "-U", admin_logon())
+        run("net", "rpc", "user", "add", "plain", "-S", LIVE["SERVER"], "-U", admin_logon())
+        twk("user", "groups", "plain", "--add", "Newcomers")
+        expect("Newcomers", "groups of plain",
+               run("net", "rpc", "user", "info", "plain", "-S", LIVE["SERVER"], "-U", admin_logon()).stdout)
+    for name, hours in (("Staff", []), ("Nobody", ["--logon-hours", "0" * 42])):
+        twk("template", "add", name, "--home-dir", r"\\%Server%\%UserName%$", "--home-dir-path", r"D:\Users\%UserName%",
+            "--home-share", "%UserName%$", "--home-drive", "H:", "--logon-script", "logon.cmd",
+            *(["--group", "Newcomers"] if IS_AD else []), "--group", "Domain Users", "--primary-group", "Domain Users", "--variable", "WTS=ENABLED", *hours)
+    twk("table", "set", "permissions", text="%UserName%,Change,%UserName%\nAdministrators,Full Control\n")
+    twk("table", "set", "share-permissions", text="%UserName%,Full Control\n")
+    twk("table", "set", "wts", text="\\\\%server%\\ts\\%UserName%\n")
+
+
+def create(*arguments, codes=(0,)):
+    """A command that makes users."""
+    place = ["--ou", "OU=New Starters,DC=twk,DC=test"] if IS_AD else []
+    return twk("--json", "user", *arguments, "--site", "Head Office", *place, codes=codes)
+
+
+def lights(text):
+    """Account names of the rows that an import tells, by light."""
+    rows = [json.loads(line) for line in text.splitlines() if line.startswith("{")]
+    rows = [row for row in rows if "line" in row]
+    return {light: [row["user"] for row in rows if row.get("light") == light] for light in ("GREEN", "YELLOW", "RED")}
+
+
+def look_at_directory(user, first, last, department):
+    if not IS_AD:
+        shown = run("pdbedit", "-v", "-u", user, "-s", LIVE["STATE"] + "/smb.conf").stdout
+        for what in (f"{first} {last}", f"\\{user}$", "H:", "logon.cmd"):
+            expect(what, f"pdbedit of {user}", shown)
+        return
+    shown = plain(run("samba-tool", "user", "show", user, "-s", CONF).stdout)
+    for what in (f"displayName: {first} {last}", f"homeDirectory: \\\\DC1\\{user}$", "homeDrive: H:",
+                 "scriptPath: logon.cmd", "userAccountControl: 512", f"department: {department}",
+                 "memberOf: CN=Newcomers,", "userParameters:"):
+        expect(what, f"samba-tool user show {user}", shown)
+    ticket = {"KRB5CCNAME": LIVE["SUPERUSER_TICKET"]}
+    mail = run("ldapsearch", "-LLL", "-Q", "-N", "-Y", "GSSAPI", "-H", f"ldap://{LIVE['EXCHANGE']}", "-b", "o=Tarnwick",
+               f"(uid={user})", env=ticket).stdout
+    expect(f"mail: {user}@a.test", f"mailbox of {user}", plain(mail))
+
+
+def look_at_server(user):
+    server = LIVE["SERVER"]
+    info = run("rpcclient", "-U", admin_logon(), server, "-c", f'netsharegetinfo "{user}$" 502').stdout
+    expect(f"\\Users\\{user}", f"share of {user}", info)
+    expect("ACCESS ALLOWED", f"list of the share of {user}", info)
+    acl = run("smbcacls", "-U", admin_logon(), f"//{server}/D$", f"Users/{user}").stdout
+    for what in (f"{user}:ALLOWED/CI/RWXD", f"{user}:ALLOWED/OI|IO/RWXD", "Administrators:ALLOWED/CI/FULL",
+                 "Administrators:ALLOWED/OI|IO/FULL"):
+        expect(what, f"access list of {user}", acl)
+    expect(f"{user}\n", f"owner of {user}", next(line + "\n" for line in acl.splitlines() if "OWNER" in line))
+
+
+def log_on(user, password, codes):
+    if IS_AD:
+        return run("kinit", "-c", f"FILE:{LIVE['STATE']}/of-a-user", f"{user}@TWK.TEST", text=password + "\n", codes=codes)
+    return run("smbclient", "-U", f"OLDNT\\{user}%{password}", f"//{LIVE['SERVER']}/{user}$", "-c", "ls", codes=codes)
+
+
+def look_at_logon(user):
+    log_on(user, FIRST, (0,))
+    domain = "TWK" if IS_AD else "OLDNT"
+    home = f"//{LIVE['SERVER']}/{user}$"
+    expect("Mine", f"what {user} put at home",
+           run("smbclient", "-U", f"{domain}\\{user}%{FIRST}", home, "-c", "mkdir Mine; ls").stdout)
+    twk("user", "set", user, "disabled=yes")
+    log_on(user, FIRST, (1,))
+    twk("user", "set", user, "disabled=no")
+    log_on(user, FIRST, (0,))
+
+
+def look_at_hours():
+    """Who may log on at no hour is refused, with the right password."""
+    create("create", "--template", "Nobody", "Never", "There")
+    refused = log_on("Never.There", FIRST, (1,))
+    words = (refused.stdout + refused.stderr).lower()
+    if "policy" not in words and "revoked" not in words and "hours" not in words:
+        failures.append(f"Never.There is refused for another reason: {words}")
+
+
+def main():
+    with tempfile.TemporaryDirectory() as home:
+        os.environ.update(XDG_CONFIG_HOME=home + "/config", XDG_DATA_HOME=home + "/data")
+        if IS_AD:
+            os.environ["KRB5CCNAME"] = LIVE["SUPERUSER_TICKET"]
+        else:
+            os.environ["TWK_LOGON_PASSWORD"] = LIVE["PASSWORD"]
+        prepare()
+        lines = SAMPLES.read_text(encoding="utf-8").splitlines()[:50]
+        source = pathlib.Path(home, "fifty.csv")
+        source.write_text("\n".join(lines) + "\n", encoding="utf-8")
+        told = create("import", str(source), "--template", "Staff", "--skip-prompts", codes=(0, 1)).stdout
+        made = lights(told)
+        if len(made["GREEN"]) + len(made["YELLOW"]) + len(made["RED"]) != 50 or len(made["GREEN"]) < 44:
+            failures.append(f"the import told:\n{told}\n{twk('log', 'show', '--tail', '40').stdout}")
+        rows = {}
+        for row in csv.reader(lines):
+            if len(row) > 3:
+                rows.setdefault(f"{row[0]}.{row[2]}", row)
+        if failures:
+            sys.exit("\n".join(failures))
+        looked = 0
+        for user in made["GREEN"]:
+            look_at_server(user)
+            if user in rows:
+                look_at_directory(user, rows[user][0], rows[user][2], rows[user][3])
+                looked += 1
+        if looked < 30:
+            failures.append(f"only {looked} accounts could be looked at")
+        look_at_logon(made["GREEN"][0])
+        look_at_hours()
+    if failures:
+        sys.exit("\n\n".join(failures[:10]) + f"\n{len(failures)} failures")
+    print(f"{len(made['GREEN'])} users were made and are whole, {looked} of them looked at in the directory.")
+
+
+main()
