@@ -85,7 +85,7 @@ constexpr NewFolderTexts kProfile{"Profile Dir ",
                                   "User cancelled move.",
                                   "Error Creating Profile dir :",
                                   "Error creating Profile Directory.",
-                                  "Created New Profile Dir: "};
+                                  "Created New Profile Dir :"};
 
 MoveStep make_new_folder(MoveRun& run, const MovedFolder& folder, const NewFolderTexts& texts) {
   Session& session = run.session;
@@ -143,7 +143,7 @@ MoveStep check_old_folders(MoveRun& run) {
   if (home == MoveStep::kEnd)
     return home;
   return check_old_folder(run, run.profile.old_path,
-                          {"Cannot find users Profile Directory", "Cannot find Users Existing Profile Dir"});
+                          {"Cannot find users profile Directory", "Cannot find Users Existing Profile Dir"});
 }
 
 void resolve_new_folders(MoveRun& run) {
