@@ -35,14 +35,14 @@ provision() {
 	read only = no
 
 [C\$]
-	path = $state/srv/c
+	path = /
 	read only = no
 END
   samba-tool user create "$TWK_LIVE_ADMIN" "$TWK_LIVE_PASSWORD" -s "$conf" >>"$state/provision.log" 2>&1
   samba-tool group addmembers "Domain Admins" "$TWK_LIVE_ADMIN" -s "$conf" >>"$state/provision.log" 2>&1
   # The lists of the server alone are to count.
   local folder
-  for folder in "$state/srv/c" "$state/srv/d" "$state/srv/d/Users" "$state/srv/d/Profiles"; do
+  for folder in "$state/srv/d" "$state/srv/d/Users" "$state/srv/d/Profiles"; do
     samba-tool ntacl set -s "$conf" 'O:BAG:BAD:PAI(A;OICI;0x1f01ff;;;BA)(A;OICI;0x1f01ff;;;SY)(A;OICI;0x1200a9;;;BU)' "$folder" \
       >>"$state/provision.log" 2>&1
     chmod 0777 "$folder"
