@@ -12,6 +12,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "local/file_errors.hpp"
 #include "platform/acl.hpp"
 
 namespace twk::live {
@@ -28,36 +29,12 @@ bool is_connection_lost(int error) {
   return std::find(kLost.begin(), kLost.end(), error) != kLost.end();
 }
 
+/// A server that does not answer counts as missing.
 std::uint32_t file_number(int error) {
-  switch (error) {
-    case ENOENT:
-    case ENODEV:
-    case EHOSTUNREACH:
-    case ENETUNREACH:
-    case ECONNREFUSED:
-    case ETIMEDOUT:
-      return base::error::kFileNotFound;
-    case ENOTDIR:
-      return base::error::kPathNotFound;
-    case EEXIST:
-      return base::error::kFileExists;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return base::error::kDiskFull;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EBUSY:
-    case ETXTBSY:
-      return base::error::kPermissionDenied;
-    case ENAMETOOLONG:
-    case EILSEQ:
-    case EINVAL:
-      return base::error::kBadFileName;
-    default:
-      return base::error::kPathFileAccess;
-  }
+  constexpr std::array kUnreachable = {ENODEV, EHOSTUNREACH, ENETUNREACH, ECONNREFUSED, ETIMEDOUT};
+  if (std::find(kUnreachable.begin(), kUnreachable.end(), error) != kUnreachable.end())
+    return base::error::kFileNotFound;
+  return local::number_of_file_error(error, true);
 }
 
 void put(char* target, int size, std::string_view text) {

@@ -15,10 +15,12 @@ bool is_parent_there(const std::string& path) {
   return parent.empty() || std::filesystem::is_directory(parent, ignored);
 }
 
-std::uint32_t runtime_number(int error, const std::string& path) {
+}  // namespace
+
+std::uint32_t number_of_file_error(int error, bool folder_is_there) {
   switch (error) {
     case ENOENT:
-      return is_parent_there(path) ? base::error::kFileNotFound : base::error::kPathNotFound;
+      return folder_is_there ? base::error::kFileNotFound : base::error::kPathNotFound;
     case ENOTDIR:
       return base::error::kPathNotFound;
     case EEXIST:
@@ -45,11 +47,10 @@ std::uint32_t runtime_number(int error, const std::string& path) {
   }
 }
 
-}  // namespace
-
 void raise_file_error(int error, std::string_view action, const std::string& path) {
-  throw base::RuntimeError(runtime_number(error, path), "cannot " + std::string(action) + " " + path + ": " +
-                                                            std::generic_category().message(error));
+  throw base::RuntimeError(
+      number_of_file_error(error, is_parent_there(path)),
+      "cannot " + std::string(action) + " " + path + ": " + std::generic_category().message(error));
 }
 
 }  // namespace twk::local
