@@ -104,6 +104,31 @@ std::vector<SamAccount> local_groups_of(AccountSession& session, const std::vect
   return look_up_rids(session, std::vector<std::uint32_t>(rids.ids, rids.ids + rids.count), builtin);
 }
 
+/// A global group takes members by their relative identifier, a local one by the whole of it.
+struct Member {
+  std::uint32_t rid = 0;
+  platform::Sid sid;
+};
+
+/// Puts a member in or takes it out, by the operation and call of each kind of group.
+template <typename GlobalCall, typename LocalCall>
+void change_member(AccountSession& session, const SamAccount& group, const Member& member,
+                   std::uint32_t global_operation, GlobalCall global, std::uint32_t local_operation,
+                   LocalCall local) {
+  const Memory memory;
+  OpenAccount opened(session, group);
+  const std::string what = "The group " + group.name;
+  if (group.kind == Kind::kGlobalGroup) {
+    global.in.group_handle = opened.handle();
+    global.in.rid = member.rid;
+    return session.run(global_operation, global, memory, what);
+  }
+  dom_sid sid = to_dom_sid(member.sid);
+  local.in.alias_handle = opened.handle();
+  local.in.sid = &sid;
+  session.run(local_operation, local, memory, what);
+}
+
 }  // namespace
 
 void AccountService::enumerate(bool users, bool groups, const std::function<bool(const SamAccount&)>& visit) {
@@ -255,39 +280,18 @@ void AccountService::write_group(const SamAccount& group, const std::optional<st
 void AccountService::add_member(const SamAccount& group, const SamAccount& member) {
   const platform::Sid sid = sid_of(member);
   repeat_write(kMemberInGroup, [&](AccountSession& session) {
-    const Memory memory;
-    OpenAccount opened(session, group);
-    if (group.kind == Kind::kGlobalGroup) {
-      samr_AddGroupMember call{};
-      call.in.group_handle = opened.handle();
-      call.in.rid = member.rid;
-      call.in.flags = kGroupAttributes;
-      return session.run(NDR_SAMR_ADDGROUPMEMBER, call, memory, "The group " + group.name);
-    }
-    dom_sid one = to_dom_sid(sid);
-    samr_AddAliasMember call{};
-    call.in.alias_handle = opened.handle();
-    call.in.sid = &one;
-    session.run(NDR_SAMR_ADDALIASMEMBER, call, memory, "The group " + group.name);
+    samr_AddGroupMember global{};
+    global.in.flags = kGroupAttributes;
+    change_member(session, group, {member.rid, sid}, NDR_SAMR_ADDGROUPMEMBER, global, NDR_SAMR_ADDALIASMEMBER,
+                  samr_AddAliasMember{});
   });
 }
 
 void AccountService::remove_member(const SamAccount& group, const SamAccount& member) {
   const platform::Sid sid = sid_of(member);
   repeat_write(kMemberNotInGroup, [&](AccountSession& session) {
-    const Memory memory;
-    OpenAccount opened(session, group);
-    if (group.kind == Kind::kGlobalGroup) {
-      samr_DeleteGroupMember call{};
-      call.in.group_handle = opened.handle();
-      call.in.rid = member.rid;
-      return session.run(NDR_SAMR_DELETEGROUPMEMBER, call, memory, "The group " + group.name);
-    }
-    dom_sid one = to_dom_sid(sid);
-    samr_DeleteAliasMember call{};
-    call.in.alias_handle = opened.handle();
-    call.in.sid = &one;
-    session.run(NDR_SAMR_DELETEALIASMEMBER, call, memory, "The group " + group.name);
+    change_member(session, group, {member.rid, sid}, NDR_SAMR_DELETEGROUPMEMBER, samr_DeleteGroupMember{},
+                  NDR_SAMR_DELETEALIASMEMBER, samr_DeleteAliasMember{});
   });
 }
 

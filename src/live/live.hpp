@@ -17,7 +17,7 @@ struct Folders {
   std::string config;
   std::string data;
 };
-/// The person's own, by the XDG Base Directory Specification.
+/// The person's own, where the XDG base directories are.
 Folders user_folders();
 
 /// The registry of the workstation, which settings of the connection are read from before there is one.

@@ -120,7 +120,7 @@ void LiveFiles::write(std::string_view path, std::string_view bytes) {
     return;
   }
   SmbPath fresh = *place;
-  fresh.path += ".new";
+  fresh.path += ".twk-new";
   client_.open(fresh, SmbOpen::kReplace)->write(0, bytes);
   client_.rename(fresh, *place);
 }

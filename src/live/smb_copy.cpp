@@ -7,12 +7,15 @@ namespace {
 
 constexpr std::size_t kPiece = std::size_t{1} << 20U;
 
-/// A file in the making, taken away again unless it was given its name.
+/// A file in the making, taken away again unless it is kept. One that is to replace another is made beside
+/// it.
 class Draft {
  public:
-  Draft(SmbClient& client, const SmbPath& target) : client_(client), path_(target) {
-    path_.path += ".copying";
-    file_ = client_.open(path_, SmbOpen::kReplace);
+  Draft(SmbClient& client, const SmbPath& target, bool replaces)
+      : client_(client), target_(target), path_(target), replaces_(replaces) {
+    if (replaces)
+      path_.path += ".twk-copy";
+    file_ = client_.open(path_, replaces ? SmbOpen::kReplace : SmbOpen::kNew);
   }
   Draft(const Draft&) = delete;
   Draft& operator=(const Draft&) = delete;
@@ -24,16 +27,19 @@ class Draft {
   }
 
   void write(std::uint64_t offset, std::string_view bytes) { file_->write(offset, bytes); }
-  void finish(const SmbPath& target, std::int64_t modified) {
+  void finish(std::int64_t modified) {
     file_.reset();
     client_.set_modified(path_, modified);
-    client_.rename(path_, target);
+    if (replaces_)
+      client_.rename(path_, target_);
     kept_ = true;
   }
 
  private:
   SmbClient& client_;
+  SmbPath target_;
   SmbPath path_;
+  bool replaces_;
   std::unique_ptr<SmbFile> file_;
   bool kept_ = false;
 };
@@ -65,15 +71,16 @@ bool copy_to_server(SmbClient& client, const CopySource& from, const SmbPath& to
   const platform::FileEntry before = from.status();
   if (before.directory || before.link)
     base::raise(base::error::kPathFileAccess, "cannot copy " + from.name + ": it is no ordinary file");
-  if (!replace && is_there(client, to))
+  const bool there = is_there(client, to);
+  if (there && !replace)
     base::raise(base::error::kFileExists, "cannot copy " + from.name + ": " + to.text() + " is there");
-  Draft draft(client, to);
+  Draft draft(client, to, there);
   if (!copy_bytes(from, before.size, draft, progress))
     return false;
   const platform::FileEntry after = from.status();
   if (after.size != before.size || after.modified != before.modified)
     base::raise(base::error::kPathFileAccess, "cannot copy " + from.name + ": it changed meanwhile");
-  draft.finish(to, before.modified);
+  draft.finish(before.modified);
   return true;
 }
 

@@ -15,8 +15,8 @@ struct CopySource {
   std::function<std::string(std::uint64_t offset, std::size_t count)> read;
 };
 
-/// Copies to a new file of a server as `Files::copy_file` says. The copy is made under another name beside it
-/// and given its own when it is whole.
+/// Copies to a new file of a server as `Files::copy_file` says. A copy that replaces a file is made beside it
+/// and given its name when it is whole.
 bool copy_to_server(SmbClient& client, const CopySource& from, const SmbPath& to, bool replace,
                     const platform::CopyProgress& progress);
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+
 #include "contract/world.hpp"
 
 namespace twk::contract {
@@ -160,6 +162,21 @@ TEST_P(FilesContract, CopyTakesANameThatIsInUseOnlyWhenToldTo) {
   EXPECT_TRUE(files_.copy_file(users + "Old.dat", users + "THERE.dat", true, {}));
   EXPECT_EQ(files_.read(users + "There.dat"), "new");
   EXPECT_EQ(files_.list(users).size(), 2U);
+}
+
+TEST_P(FilesContract, CopyTouchesNoOtherFileWhateverItIsCalled) {
+  const std::string users = drive() + "\\Users\\";
+  const char* const names[] = {"a", "a.copying", "a.new", "a.tmp", "a~"};
+  for (const char* const name : names)
+    files_.write(users + name, std::string("of ") + name);
+  files_.make_directory(users + "New");
+  for (auto name = std::rbegin(names); name != std::rend(names); ++name)
+    files_.copy_file(users + *name, users + "New\\" + *name, false, {});
+  files_.write(users + "New\\a", "written anew");
+  files_.copy_file(users + "a", users + "New\\a", true, {});
+  for (const char* const name : names)
+    EXPECT_EQ(files_.read(users + "New\\" + name), std::string("of ") + name);
+  EXPECT_EQ(files_.list(users + "New").size(), std::size(names));
 }
 
 TEST_P(FilesContract, NothingStaysOfACopyThatFailedOrWasGivenUp) {
