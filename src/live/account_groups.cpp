@@ -89,9 +89,11 @@ std::vector<SamAccount> local_groups_of(AccountSession& session, const std::vect
                                         bool builtin) {
   const Memory memory;
   std::vector<dom_sid> wanted;
+  wanted.reserve(members.size());
   for (const platform::Sid& member : members)
     wanted.push_back(to_dom_sid(member));
   std::vector<lsa_SidPtr> pointers;
+  pointers.reserve(wanted.size());
   for (dom_sid& sid : wanted)
     pointers.push_back({.sid = &sid});
   lsa_SidArray sids{.num_sids = static_cast<std::uint32_t>(pointers.size()), .sids = pointers.data()};

@@ -72,7 +72,7 @@ void AccountSession::check(std::uint32_t status, std::string_view what) {
   const auto* const known = std::find_if(kNumbers.begin(), kNumbers.end(),
                                          [&](const StatusNumber& one) { return one.status == status; });
   base::raise(known != kNumbers.end() ? known->number : win32_of_status(status),
-              std::string(what) + ": " + nt_errstr(NT_STATUS(status)));
+              std::string(what) + ": " + nt_errstr(to_status(status)));
 }
 
 AccountSession::AccountSession(RpcPipe& pipe) : pipe_(pipe) {

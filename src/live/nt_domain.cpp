@@ -128,6 +128,7 @@ class NtAccount final : public ads::BasicObject {
 
   std::vector<ObjectPtr> bind_all(std::vector<SamAccount> accounts) {
     std::vector<ObjectPtr> objects;
+    objects.reserve(accounts.size());
     for (SamAccount& account : accounts)
       objects.push_back(
           std::make_shared<NtAccount>(NtEntry(domain(), std::move(account), false), domain_name_));

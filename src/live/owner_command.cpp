@@ -28,6 +28,7 @@ struct Outcome {
 
 std::vector<char*> pointers_of(std::vector<std::string>& words) {
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words)
     pointers.push_back(word.data());
   pointers.push_back(nullptr);

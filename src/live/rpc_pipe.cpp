@@ -119,7 +119,7 @@ void require_listening(const std::string& host, int seconds) {
 }
 
 std::uint32_t win32_of_status(std::uint32_t status) {
-  return W_ERROR_V(ntstatus_to_werror(NT_STATUS(status)));
+  return W_ERROR_V(ntstatus_to_werror(to_status(status)));
 }
 
 std::uint32_t directory_number(std::uint32_t number) {
@@ -196,13 +196,14 @@ RpcPipe::Handle& RpcPipe::opened() {
 void RpcPipe::check(std::uint32_t status) {
   if (status == 0)
     return;
-  const NTSTATUS failure = NT_STATUS(status);
-  const std::string text = "The call to " + host_ + " failed: " + nt_errstr(failure);
-  if (NT_STATUS_EQUAL(failure, NT_STATUS_ACCESS_DENIED))
+  constexpr std::uint32_t kAccessDenied = 0xC0000022;  // STATUS_ACCESS_DENIED, [MS-ERREF] 2.3.1
+  constexpr std::uint32_t kTimedOut = 0xC00000B5;      // STATUS_IO_TIMEOUT
+  const std::string text = "The call to " + host_ + " failed: " + nt_errstr(to_status(status));
+  if (status == kAccessDenied)
     base::raise(platform::security_error::kAccessDenied, text);
   handle_.reset();
   // Asked again it would be waited for again.
-  base::raise(NT_STATUS_EQUAL(failure, NT_STATUS_IO_TIMEOUT) ? network_error::kBadNetPath : kRpcLost, text);
+  base::raise(status == kTimedOut ? network_error::kBadNetPath : kRpcLost, text);
 }
 
 base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t> arguments) {

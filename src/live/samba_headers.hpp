@@ -8,13 +8,12 @@ extern "C" {
 #include <talloc.h>
 #include <tevent.h>
 
+#include <core/error.h>
 #include <core/ntstatus.h>
 #include <core/werror.h>
 #include <dcerpc.h>
 #include <gen_ndr/ndr_samr.h>
 #include <param.h>
-
-WERROR ntstatus_to_werror(NTSTATUS error);
 
 // From credentials.h, which is no C++: it names enumerations before they are declared.
 struct cli_credentials* cli_credentials_init(TALLOC_CTX* context);
@@ -23,6 +22,13 @@ bool cli_credentials_guess(struct cli_credentials* credentials, struct loadparm_
 }
 
 namespace twk::live {
+
+/// A status, [MS-ERREF] 2.3, as the library has it; its own macro is no C++.
+inline NTSTATUS to_status(std::uint32_t number) {
+  NTSTATUS status{};
+  status.v = number;
+  return status;
+}
 
 /// `enum credentials_obtained` and `enum credentials_use_kerberos` of credentials.h.
 inline constexpr int kCredentialsSpecified = 6;

@@ -11,7 +11,7 @@
 #include "live/smb_path.hpp"
 #include "platform/files.hpp"
 
-struct _SMBCCTX;
+struct _SMBCCTX;  // NOLINT(bugprone-reserved-identifier): the library's name
 
 namespace twk::live {
 

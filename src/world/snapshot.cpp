@@ -105,7 +105,7 @@ class Copy {
     return plan;
   }
 
-  [[nodiscard]] lab::LabConfig configuration(lab::LabConfig made) {
+  [[nodiscard]] lab::LabConfig configuration(const lab::LabConfig& made) {
     lab::LabConfig config = made;
     const std::string& host = domain_.controller();
     config.controller = base::upper(host.substr(0, host.find('.')));
