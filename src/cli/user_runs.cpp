@@ -49,6 +49,7 @@ std::string key_of_user(Context& context, const std::string& name) {
 int run_for_users(Context& context, Session& session, const std::vector<std::string>& names,
                   const std::function<bool(const std::string& key)>& operation) {
   std::vector<std::string> keys;
+  keys.reserve(names.size());
   for (const std::string& name : names)
     keys.push_back(key_of_user(context, name));
   Progress progress;
