@@ -92,10 +92,7 @@ FileShares::FileShares(EntryStore& store, std::function<std::vector<std::string>
     : store_(store), drives_(std::move(drives)), has_folder_(std::move(has_folder)) {}
 
 bool FileShares::is_drive_share(std::string_view name) const {
-  if (name.size() != 2 || name[1] != '$')
-    return false;
-  const std::vector<std::string> drives = drives_();
-  return std::find(drives.begin(), drives.end(), base::upper(name.substr(0, 1))) != drives.end();
+  return name.size() == 2 && name[1] == '$' && has_folder_(std::string(name.substr(0, 1)) + ":\\");
 }
 
 void FileShares::check(const FileShare& share) const {
