@@ -60,9 +60,12 @@ fs::path FileServer::local_path(std::string_view path) const {
   // What stands as it is spelled, or in a folder that does, needs no look at each part.
   if (is_there(spelled))
     return spelled;
-  if (!parts.empty() && is_there(spelled.parent_path()))
-    return spelled.parent_path() /
-           names_->find(spelled.parent_path().string(), parts.back()).value_or(parts.back());
+  if (!parts.empty()) {
+    const fs::path above = spelled.parent_path();
+    const auto found = names_->find_other_case(above.string(), parts.back());
+    if (found.folder_is_there)
+      return above / found.name.value_or(parts.back());
+  }
   const auto drive = names_->find(folder_.string(), path.substr(0, 1));
   if (!drive)
     refuse();
@@ -125,6 +128,11 @@ FileServer* FileServers::find(std::string_view name) {
   if (name.empty() || name == "." || name == ".." ||
       name.find_first_of(std::string_view("/\\\0", 3)) != base::npos)
     return nullptr;
+  const auto known = servers_.find(name);
+  if (known != servers_.end()) {
+    known->second->refresh();
+    return known->second.get();
+  }
   const auto found = names_->find(folder_.string(), name);
   std::error_code unreadable;
   if (!found || !fs::is_directory(folder_ / *found, unreadable))

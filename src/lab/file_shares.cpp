@@ -92,7 +92,14 @@ FileShares::FileShares(EntryStore& store, std::function<std::vector<std::string>
     : store_(store), drives_(std::move(drives)), has_folder_(std::move(has_folder)) {}
 
 bool FileShares::is_drive_share(std::string_view name) const {
-  return name.size() == 2 && name[1] == '$' && has_folder_(std::string(name.substr(0, 1)) + ":\\");
+  if (name.size() != 2 || name[1] != '$')
+    return false;
+  if (known_drives_.find(name[0]) != std::string::npos)
+    return true;
+  if (!has_folder_(std::string(name.substr(0, 1)) + ":\\"))
+    return false;
+  known_drives_ += name[0];
+  return true;
 }
 
 void FileShares::check(const FileShare& share) const {

@@ -127,20 +127,28 @@ const SecurityDescriptor& FolderDescriptors::of_folder(const std::vector<std::st
   return folders_.emplace(std::move(key), *std::move(descriptor)).first->second;
 }
 
-SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
+void FolderDescriptors::forget_outdated() const {
   constexpr std::size_t kMostRemembered = 1000;
   if (readings_ != store_.readings() || folders_.size() > kMostRemembered)
     folders_.clear();
   readings_ = store_.readings();
+}
+
+SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
+  forget_outdated();
   const std::vector<std::string> parts = parts_of(path);
-  if (parts.size() < 2 || folders_.contains(folded_prefix(parts, parts.size())))
+  const bool is_folder =
+      parts.size() < 2 || folders_.contains(folded_prefix(parts, parts.size())) || is_folder_(path);
+  return is_folder ? of_folder(parts, parts.size()) : effective_of_file(path);
+}
+
+SecurityDescriptor FolderDescriptors::effective_of_file(std::string_view path) const {
+  forget_outdated();
+  const std::vector<std::string> parts = parts_of(path);
+  if (parts.size() < 2)
     return of_folder(parts, parts.size());
   std::optional<SecurityDescriptor> descriptor = own(parts, parts.size());
-  if (descriptor)
-    return *std::move(descriptor);
-  if (is_folder_(path))
-    return of_folder(parts, parts.size());
-  return inherited(of_folder(parts, parts.size() - 1), false);
+  return descriptor ? *std::move(descriptor) : inherited(of_folder(parts, parts.size() - 1), false);
 }
 
 std::string FolderDescriptors::make_record(std::string_view path) {
