@@ -120,7 +120,7 @@ std::string class_of(const LdapEntry& entry);
 /// kNoSuchObject, kBadPathname.
 std::string dn_of_path(LiveDomain& domain, std::string_view path);
 
-/// Membership, at once. Raises kMemberInGroup, kMemberNotInGroup.
+/// Membership, at once. Raises kObjectExists, kMemberNotInGroup.
 void add_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
 void remove_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
 /// By link or by primary group.

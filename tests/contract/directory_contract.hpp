@@ -173,7 +173,9 @@ TEST_P(DirectoryContract, MembershipActsAtOnceAndTellsWhatIsSoAlready) {
   EXPECT_EQ(number_of([&] { group->Remove(user->ADsPath()); }), ads_error::kMemberNotInGroup);
   group->Add(user->ADsPath());
   EXPECT_TRUE(group->IsMember("WinNT://" + w_.netbios() + "/jo"));
-  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kMemberInGroup);
+  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { get_account(w_, "Readers")->Add("WinNT://" + w_.netbios() + "/jo"); }),
+            ads_error::kMemberInGroup);
   EXPECT_EQ(names_of(group->Members()), "CN=Jo");
   get_account(w_, "Readers")->Remove("WinNT://" + w_.netbios() + "/jo");
   EXPECT_TRUE(group->Members().empty());
