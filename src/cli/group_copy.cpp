@@ -38,7 +38,7 @@ int copy_group(Context& context, const std::string& from, const std::string& to)
       return;
     const controls::ListRow& row = window.ListView1.at(change.place);
     progress.clear();
-    context.output().result({{"user", row.key}, {"light", row.icon}, {"message", row.text}},
+    context.output().result({{"path", row.key}, {"light", row.icon}, {"message", row.text}},
                             context.output().light(row.icon) + "  " + row.text);
   });
   const bool copied = groups::frmCopy_Group_btnCopy_Group_Click(session);

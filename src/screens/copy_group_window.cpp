@@ -2,6 +2,7 @@
 #include <QVBoxLayout>
 
 #include "groups/copy_group.hpp"
+#include "screens/application.hpp"
 #include "screens/form.hpp"
 #include "screens/list_pane.hpp"
 #include "screens/windows.hpp"
