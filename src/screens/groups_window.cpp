@@ -101,7 +101,7 @@ QWidget* make_groups_side(Session& session, QWidget* parent) {
                  .sorted = true,
                  .empty_text = "No groups. The AD options may leave them out of the load."}},
                side);
-  pane->header()->resizeSection(0, 170);
+  pane->header()->resizeSection(0, 160);
   follow_order(*pane, session);
   pane->on_click = [&session] { groups::Groupsfrm_ListView1_Click(session); };
   pane->on_activate = [&session] { groups::Groupsfrm_ListView1_DblClick(session); };
@@ -136,20 +136,20 @@ QWidget* make_users_side(Session& session, QWidget* parent) {
   Groupsfrm& state = session.groups;
   auto* const side = new QWidget(parent);
   auto* const rows = new QVBoxLayout(side);
-  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setContentsMargins(4, 0, 0, 0);
   add_comment(*rows, session, side);
   auto* const lists = new QHBoxLayout;
   rows->addLayout(lists, 1);
   auto* const left = new QVBoxLayout;
   lists->addLayout(left, 1);
-  ListPane* const members = add_pane(
-      *left,
-      {state.Members,
-       "Members",
-       "&Members:",
-       "Filter members",
-       {.headings = {"User", "Primary group"}, .many_selected = true, .sorted = true, .empty_text = {}}},
-      side);
+  ListPane* const members =
+      add_pane(*left,
+               {state.Members,
+                "Members",
+                "&Members:",
+                "Filter members",
+                {.headings = {"User", ""}, .many_selected = true, .sorted = true, .empty_text = {}}},
+               side);
   members->setHeaderHidden(true);
   members->header()->setStretchLastSection(false);
   members->header()->setSectionResizeMode(0, QHeaderView::Stretch);
@@ -214,8 +214,9 @@ std::unique_ptr<QDialog> make_groups(Session& session, QWidget* parent) {
   panes->setChildrenCollapsible(false);
   panes->addWidget(make_groups_side(session, panes));
   panes->addWidget(make_users_side(session, panes));
-  panes->setStretchFactor(0, 2);
-  panes->setStretchFactor(1, 3);
+  panes->setStretchFactor(0, 1);
+  panes->setStretchFactor(1, 1);
+  panes->setSizes({430, 540});
   rows->addWidget(panes, 1);
   auto* const bottom = new QHBoxLayout;
   rows->addLayout(bottom);
@@ -225,7 +226,7 @@ std::unique_ptr<QDialog> make_groups(Session& session, QWidget* parent) {
   add_button(*bottom, "Show all &users", "btn_showGrpusers", session.groups.btn_showGrpusers,
              [&session] { groups::Groupsfrm_btn_showGrpusers_Click(session); });
   add_button(*bottom, "E&xit", "ExitButton", session.groups.ExitButton, [dialog] { dialog->reject(); });
-  dialog->resize(900, 560);
+  dialog->resize(980, 580);
   return window;
 }
 
