@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "ads/ads_path.hpp"
 #include "ads/basic_object.hpp"
@@ -109,6 +110,11 @@ class LiveObject final : public ads::BasicObject {
   [[nodiscard]] std::string stored_child(std::string_view relative_name) const;
   /// The class of a stored child. Raises kNoSuchObject, also for one of another class.
   std::string existing_child(std::string_view object_class, const std::string& dn) const;
+
+  /// The classes of the group's members in this domain by their names, in few requests.
+  [[nodiscard]] std::unordered_map<std::string, std::string> classes_of_members() const;
+  /// Empty for a member that cannot be read, as one of another domain may be.
+  [[nodiscard]] std::string class_of_member(const std::string& dn) const;
 
   LiveEntry entry_;
   std::string whole_path_;

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 
+#include "base/text.hpp"
 #include "contract/world.hpp"
 
 namespace twk::contract {
@@ -164,6 +166,21 @@ TEST_P(DirectoryContract, ValuesThatBreakTheirAttributeAreRefused) {
     again->Put(one.attribute, one.value);
     EXPECT_EQ(number_of([&] { again->SetInfo(); }), ads_error::kConstraint) << one.attribute;
   }
+}
+
+TEST_P(DirectoryContract, MembersAreOfTheirOwnClasses) {
+  const ObjectPtr group = make_group(w_, "Readers");
+  for (const std::string name : {"Al", "Bo", "Cy\\, (x)", "Di"})
+    group->Add(make_user(w_, name, base::lower(name.substr(0, 2)))->ADsPath());
+  group->Add(make_group(w_, "Writers")->ADsPath());
+  std::map<std::string, std::string> classes;
+  for (const ObjectPtr& member : group->Members())
+    classes.emplace(member->Name(), member->Class());
+  EXPECT_EQ(classes, (std::map<std::string, std::string>{{"CN=Al", "user"},
+                                                         {"CN=Bo", "user"},
+                                                         {"CN=Cy\\, (x)", "user"},
+                                                         {"CN=Di", "user"},
+                                                         {"CN=Writers", "group"}}));
 }
 
 TEST_P(DirectoryContract, MembershipActsAtOnceAndTellsWhatIsSoAlready) {
