@@ -197,6 +197,31 @@ TEST_F(GroupsWindows, AGroupIsCopiedByTypedNames) {
   EXPECT_THAT(shown("Members"), ElementsAre("Jo Smith")) << "the shown group is read anew";
 }
 
+TEST_F(GroupsWindows, ACopyIsStoppedByItsButton) {
+  for (const char* const name : {"ann", "bob"})
+    lab.services.directory.GetObject("LDAP://CN=Staff,DC=twk,DC=test")->Add(lab.path_of(name));
+  open_groups();
+  double_click_row("ListView1", "Staff");
+  expect_window([this](QWidget& dialog) {
+    choose("ImageCombo2", "Readers", &dialog);
+    expect_box("copy all users", QMessageBox::Yes);
+    lab.directory.before = [this, &dialog](std::string_view operation, std::string_view) {
+      if (operation != "Add")
+        return;
+      EXPECT_EQ(find<QPushButton>("btnCancel", &dialog)->text(), "&Stop");
+      click("btnCancel", &dialog);
+      EXPECT_TRUE(dialog.isVisible());
+    };
+    click("btnCopy_Group", &dialog);
+    lab.directory.before = {};
+    EXPECT_EQ(shown("ListView1", &dialog).size(), 1U);
+    EXPECT_TRUE(find<QLabel>("Label1", &dialog)->text().startsWith("Stopped. 1 of 3 users"));
+    click("btnCancel", &dialog);
+  });
+  click("COPY_GRP", groups);
+  EXPECT_EQ(members("Readers").size(), 1U);
+}
+
 class GroupsWindowsOfAnNtDomain : public GroupsWindows {
  protected:
   GroupsWindowsOfAnNtDomain() : GroupsWindows(lab::DomainKind::kNt) {}
