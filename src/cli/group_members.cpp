@@ -71,38 +71,50 @@ int list_members(Context& context, const std::string& name) {
   return kExitGreen;
 }
 
-int tell_user(Context& context, const std::string& group, const std::string& user, std::string_view light,
-              const std::string& message) {
-  context.output().result({{"group", group}, {"user", user}, {"light", light}, {"message", message}},
-                          context.output().light(light) + "  " + message);
-  return exit_code_of_light(light);
-}
+/// Prints what came of each user, and keeps the exit code of the worst.
+class Teller {
+ public:
+  Teller(Context& context, std::string group) : context_(context), group_(std::move(group)) {}
 
-/// Selects the users that are to move; their names by their keys, in the order given. What cannot be done is
-/// told at once and its exit code raised to.
-std::vector<std::pair<std::string, std::string>> select_users(Context& context, const Change& change,
-                                                              const MemberArguments& arguments,
-                                                              int& exit_code) {
-  std::vector<std::pair<std::string, std::string>> chosen;
-  const auto tell = [&](const std::string& user, std::string_view light, const std::string& message) {
-    exit_code = std::max(exit_code, tell_user(context, arguments.group, user, light, message));
-  };
-  for (const std::string& user : arguments.users) {
+  void tell(const std::string& user, std::string_view light, const std::string& message) {
+    context_.output().result({{"group", group_}, {"user", user}, {"light", light}, {"message", message}},
+                             context_.output().light(light) + "  " + message);
+    exit_code_ = std::max(exit_code_, exit_code_of_light(light));
+  }
+  [[nodiscard]] int exit_code() const { return exit_code_; }
+
+ private:
+  Context& context_;
+  std::string group_;
+  int exit_code_ = kExitGreen;
+};
+
+/// A user as the command line names him, by his key.
+struct Chosen {
+  std::string key;
+  std::string name;
+};
+
+/// Selects the rows that are to move. What cannot be done is told at once.
+std::vector<Chosen> select_users(Context& context, const Change& change,
+                                 const std::vector<std::string>& users, Teller& teller) {
+  std::vector<Chosen> chosen;
+  for (const std::string& user : users) {
     std::string key;
     try {
       key = key_of_user(context, user);
     } catch (const Refused& refusal) {
-      tell(user, session::kRed, refusal.what());
+      teller.tell(user, session::kRed, refusal.what());
       continue;
     }
     if (const ListRow* const row = change.from.find_key(key)) {
       if (!row->selected)
-        chosen.emplace_back(key, user);
+        chosen.push_back({key, user});
       change.from.set_selected(change.from.at(change.from.place_of(*row)), true);
     } else if (change.to.find_key(key) != nullptr) {
-      tell(user, session::kYellow, user + " is " + change.already_so + ".");
+      teller.tell(user, session::kYellow, user + " is " + change.already_so + ".");
     } else {
-      tell(user, session::kRed, user + " is not among the users that are managed here.");
+      teller.tell(user, session::kRed, user + " is not among the users that are managed here.");
     }
   }
   return chosen;
@@ -115,33 +127,29 @@ int change_members(Context& context, const MemberArguments& arguments, bool add)
                                      "added to", "a member already"}
                             : Change{window.Members, window.NotMembers, groups::Groupsfrm_Command1_Click,
                                      "removed from", "no member"};
-  int exit_code = kExitGreen;
-  const auto chosen = select_users(context, change, arguments, exit_code);
+  Teller teller(context, arguments.group);
+  const std::vector<Chosen> chosen = select_users(context, change, arguments.users, teller);
   if (chosen.empty())
-    return exit_code;
+    return teller.exit_code();
   change.press(session);
   std::unordered_map<std::string, const session::RefusedMember*> refused;
   for (const session::RefusedMember& one : window.refused)
     refused.emplace(base::upper(one.key), &one);
-  for (const auto& [key, user] : chosen) {
-    const auto found = refused.find(base::upper(key));
-    const bool moved = change.from.find_key(key) == nullptr;
-    if (moved)
-      exit_code = std::max(exit_code, tell_user(context, arguments.group, user, session::kGreen,
-                                                user + " " + change.done + " " + arguments.group + "."));
-    else if (found == refused.end())
-      exit_code = std::max(exit_code, tell_user(context, arguments.group, user, session::kRed,
-                                                window.StatusBar1.panel1.get()));
+  for (const Chosen& user : chosen) {
+    const auto found = refused.find(base::upper(user.key));
+    if (change.from.find_key(user.key) == nullptr)
+      teller.tell(user.name, session::kGreen, user.name + " " + change.done + " " + arguments.group + ".");
+    else if (found == refused.end())  // the group itself could not be bound
+      teller.tell(user.name, session::kRed, window.StatusBar1.panel1.get());
     else
-      exit_code = std::max(exit_code, tell_user(context, arguments.group, user,
-                                                found->second->number == 0 ? session::kYellow : session::kRed,
-                                                found->second->reason));
+      teller.tell(user.name, found->second->number == 0 ? session::kYellow : session::kRed,
+                  found->second->reason);
   }
-  if (const auto lost = refused.find(std::string()); lost != refused.end()) {
-    complain(lost->second->reason);
-    exit_code = kExitRed;
-  }
-  return exit_code;
+  const auto lost = refused.find(std::string());
+  if (lost == refused.end())
+    return teller.exit_code();
+  complain(lost->second->reason);
+  return kExitRed;
 }
 
 void add_change(CLI::App& group, Context& context, const std::string& name, const std::string& description,

@@ -4,7 +4,6 @@
 #include "base/text.hpp"
 #include "directory/operations.hpp"
 #include "groups/group_object.hpp"
-#include "session/hourglass.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {

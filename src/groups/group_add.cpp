@@ -15,6 +15,8 @@ namespace {
 using platform::ObjectPtr;
 using session::Session;
 
+/// Most characters that the name of a group of a WinNT domain has.
+constexpr std::size_t kLongestNtName = 20;
 constexpr const char* kGlobalOfNt = "Global";
 
 struct Kind {

@@ -14,9 +14,6 @@ struct Session;
 /// What the windows around groups have in common.
 namespace twk::groups {
 
-/// Most characters that the name of a group of a WinNT domain has.
-inline constexpr std::size_t kLongestNtName = 20;
-
 /// Binds the group of a row of `Groupsfrm.ListView1`: by its name in a WinNT domain, else by its key.
 platform::ObjectPtr bind_group(session::Session& session, const controls::ListRow& row);
 /// The path of a user's row, as a group's `Add` and `Remove` take it.
