@@ -328,6 +328,13 @@ std::vector<Json> list_groups(const Domain& domain) {
   return out;
 }
 
+std::string locate_group(const Domain& domain, std::string_view name) {
+  const auto all = [&] { return list_groups(domain); };
+  if (domain.active_directory)
+    return dn_of_path(locate(domain, "group", kGroups, name, all));
+  return bind_winnt(domain, "group", name, "group", all)->Name();
+}
+
 Json describe_group(const Domain& domain, std::string_view name) {
   const auto all = [&] { return list_groups(domain); };
   const bool ad = domain.active_directory;

@@ -33,6 +33,9 @@ std::string locate_user(const Domain& domain, std::string_view name);
 /// The object of that user, for a change to it.
 platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 
+/// The distinguished name of the group of that account name, common name or distinguished name; in a WinNT
+/// domain its name. Raises `Refused` when there is none, or more than one.
+std::string locate_group(const Domain& domain, std::string_view name);
 /// Groups with name, kind, scope, description, dn, sorted by name.
 std::vector<Json> list_groups(const Domain& domain);
 /// The same of one group with its members, those by primary group included.

@@ -245,6 +245,7 @@ bool Load_AD_Domain(Session& session) {
   session.multi_user.ListView3.clear();
   session.multi_user.ListView4.clear();
   session.groups.ListView1.clear();
+  session.groups.Members.clear();
   session.groups.NotMembers.clear();
   begin_log(load);
   set_drawing(session, false);

@@ -38,13 +38,18 @@ void show_all_users(Session& session, controls::ListView& list, bool to_multi_us
       platform::Buttons::kYesNo, platform::Icon::kQuestion, "Show all users");
   if (answer != platform::Answer::kYes)
     return;
-  session.form1.StatusBar1.panel1 = "Retrieving users please wait...";
+  controls::StatusBar& status = to_multi_user ? session.form1.StatusBar1 : session.groups.StatusBar1;
+  status.panel1 = "Retrieving users please wait...";
   session.log.open(session);
   list.clear();
+  if (!to_multi_user)
+    session.groups.Members.clear();
   base::Trap trap;
   trap([&] { Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "", to_multi_user); });
-  if (trap.number() != 0) {
-    session.form1.StatusBar1.panel1 = "Error Getting Users. " + base::to_text(session.UserCount);
+  if (trap.number() == 0) {
+    status.panel1 = "Ready.";
+  } else {
+    status.panel1 = "Error Getting Users. " + base::to_text(session.UserCount);
     session.log.line("Error Number: " + base::to_text(trap.number()) + " " + trap.description());
   }
   session.log.close();

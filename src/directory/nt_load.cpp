@@ -46,6 +46,7 @@ bool Load_NT_Domain(Session& session) {
   session::Form1& form = session.form1;
   form.TreeView1.clear();
   session.multi_user.ListView2.clear();
+  session.groups.Members.clear();
   session.groups.NotMembers.clear();
   session.groups.ListView1.clear();
   trap([&] {

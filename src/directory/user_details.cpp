@@ -6,25 +6,15 @@
 #include "directory/ad_user.hpp"
 #include "directory/load_options.hpp"
 #include "directory/nt_user.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
 namespace {
 
 using controls::ListView;
+using session::Hourglass;
 using session::Session;
-
-/// Shows the hourglass for a scope.
-class Hourglass {
- public:
-  explicit Hourglass(session::Form1& form) : form_(form) { form_.mouse_pointer = 11; }
-  Hourglass(const Hourglass&) = delete;
-  Hourglass& operator=(const Hourglass&) = delete;
-  ~Hourglass() { form_.mouse_pointer = 0; }
-
- private:
-  session::Form1& form_;
-};
 
 bool is_user(const controls::TreeNode& node) {
   return node.image == "USER";

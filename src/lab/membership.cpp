@@ -51,7 +51,7 @@ void add_member(LabDomain& domain, const std::string& group_dn, const std::strin
     if (!can_be_member(member))
       raise(ads_error::kUnwilling, member_dn + " is no account");
     if (domain.store.is_member(group, member) || by_primary_group(group, member)) {
-      raise(ads_error::kMemberInGroup, member_dn + " is a member of " + group_dn + " already");
+      raise(ads_error::kObjectExists, member_dn + " is a member of " + group_dn + " already");
     }
   });
 }

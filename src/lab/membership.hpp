@@ -10,7 +10,7 @@
 /// link.
 namespace twk::lab {
 
-/// Acts at once. Raises kMemberInGroup for a member, also one by primary group; kUnwilling for a member that
+/// Acts at once. Raises kObjectExists for a member, also one by primary group; kUnwilling for a member that
 /// is no account and for a group in itself; kNoSuchObject when either is gone.
 void add_member(LabDomain& domain, const std::string& group_dn, const std::string& member_dn);
 /// Acts at once. Raises kMemberNotInGroup also for the primary group, which cannot be left this way.

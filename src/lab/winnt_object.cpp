@@ -171,7 +171,14 @@ void WinntAccount::SetPassword(std::string_view password) {
 
 void WinntAccount::Add(std::string_view path) {
   domain().store.refresh();
-  add_member(domain(), entry_.dn(), resolve_entry(domain(), path));
+  const std::string member = resolve_entry(domain(), path);
+  try {
+    add_member(domain(), entry_.dn(), member);
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() != ads_error::kObjectExists)
+      throw;
+    raise(ads_error::kMemberInGroup, failure.description());
+  }
 }
 
 void WinntAccount::Remove(std::string_view path) {

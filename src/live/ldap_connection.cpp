@@ -345,8 +345,9 @@ void LdapConnection::modify(const std::string& dn, const std::vector<LdapChange>
       });
   const std::uint32_t number =
       result == LDAP_SUCCESS ? 0 : number_of_ldap_result(result, diagnostic(), request);
-  const bool was_made =
-      repeated && (number == ads_error::kMemberInGroup || number == ads_error::kMemberNotInGroup);
+  const bool is_so = number == ads_error::kMemberNotInGroup ||
+                     (number == ads_error::kObjectExists && request == LdapRequest::kAddMember);
+  const bool was_made = repeated && is_so;
   if (result != LDAP_SUCCESS && !was_made)
     raise_ldap_error(result, diagnostic(), request, "Change " + dn);
 }

@@ -66,9 +66,9 @@ std::uint32_t number_by_result(int result, LdapRequest request) {
     case LDAP_NO_SUCH_OBJECT:
       return ads_error::kNoSuchObject;
     case LDAP_ALREADY_EXISTS:
-      return request == LdapRequest::kAddMember ? ads_error::kMemberInGroup : ads_error::kObjectExists;
+      return ads_error::kObjectExists;
     case LDAP_TYPE_OR_VALUE_EXISTS:
-      return request == LdapRequest::kAddMember ? ads_error::kMemberInGroup : ads_error::kConstraint;
+      return request == LdapRequest::kAddMember ? ads_error::kObjectExists : ads_error::kConstraint;
     case LDAP_NO_SUCH_ATTRIBUTE:
       return request == LdapRequest::kRemoveMember ? ads_error::kMemberNotInGroup
                                                    : ads_error::kPropertyNotFound;

@@ -8,6 +8,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
+#include "platform/ldap_text.hpp"
 
 namespace twk::live {
 namespace {
@@ -337,10 +338,41 @@ bool LiveObject::IsMember(std::string_view path) {
   return is_member(domain, ldap(), entry_.dn(), dn_of_path(domain, path));
 }
 
+std::unordered_map<std::string, std::string> LiveObject::classes_of_members() const {
+  std::unordered_map<std::string, std::string> classes;
+  LdapSearch search;
+  search.base = entry_.origin().domain->root_dn();
+  search.filter = "(memberOf=" + platform::escape_filter_value(entry_.dn()) + ")";
+  search.attributes = {"objectClass"};
+  ldap().search(search, [&](LdapEntry&& entry) {
+    std::string object_class = class_of(entry);
+    classes.emplace(std::move(entry.dn), std::move(object_class));
+    return true;
+  });
+  return classes;
+}
+
+std::string LiveObject::class_of_member(const std::string& dn) const {
+  try {
+    return class_of(ldap().read(dn, {"objectClass"}));
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() == ads_error::kServerDown)
+      throw;
+    return {};
+  }
+}
+
 std::vector<ObjectPtr> LiveObject::Members() {
+  constexpr std::size_t kFew = 3;
+  std::vector<std::string> names = entry_.links("member");
+  std::unordered_map<std::string, std::string> classes;
+  if (names.size() > kFew && !entry_.origin().is_foreign())
+    classes = classes_of_members();
   std::vector<ObjectPtr> members;
-  for (std::string& dn : entry_.links("member")) {
-    std::string object_class = class_of(ldap().read(dn, {"objectClass"}));
+  members.reserve(names.size());
+  for (std::string& dn : names) {
+    const auto known = classes.find(dn);
+    std::string object_class = known != classes.end() ? std::move(known->second) : class_of_member(dn);
     members.push_back(make(std::move(dn), std::move(object_class)));
   }
   return members;

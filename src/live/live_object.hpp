@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "ads/ads_path.hpp"
 #include "ads/basic_object.hpp"
@@ -110,6 +111,11 @@ class LiveObject final : public ads::BasicObject {
   /// The class of a stored child. Raises kNoSuchObject, also for one of another class.
   std::string existing_child(std::string_view object_class, const std::string& dn) const;
 
+  /// The classes of the group's members in this domain by their names, in few requests.
+  [[nodiscard]] std::unordered_map<std::string, std::string> classes_of_members() const;
+  /// Empty for a member that cannot be read, as one of another domain may be.
+  [[nodiscard]] std::string class_of_member(const std::string& dn) const;
+
   LiveEntry entry_;
   std::string whole_path_;
 };
@@ -120,7 +126,7 @@ std::string class_of(const LdapEntry& entry);
 /// kNoSuchObject, kBadPathname.
 std::string dn_of_path(LiveDomain& domain, std::string_view path);
 
-/// Membership, at once. Raises kMemberInGroup, kMemberNotInGroup.
+/// Membership, at once. Raises kObjectExists, kMemberNotInGroup.
 void add_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
 void remove_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
 /// By link or by primary group.

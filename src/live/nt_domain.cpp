@@ -95,7 +95,15 @@ class NtAccount final : public ads::BasicObject {
 
   void Add(std::string_view path) override {
     const SamAccount member = account_of_path(domain(), path);
-    as_directory_call([&] { service().add_member(group("Add"), member); });
+    // ERROR_MEMBER_IN_GROUP, which this provider tells as NERR_UserInGroup.
+    constexpr std::uint32_t kIsMember = 0x80070528;
+    try {
+      as_directory_call([&] { service().add_member(group("Add"), member); });
+    } catch (const base::RuntimeError& failure) {
+      if (failure.number() != kIsMember)
+        throw;
+      base::raise(ads_error::kMemberInGroup, failure.description());
+    }
   }
   void Remove(std::string_view path) override {
     const SamAccount member = account_of_path(domain(), path);

@@ -85,7 +85,16 @@ class WinntAccount final : public ads::BasicObject {
 
   void SetPassword(std::string_view password) override { entry_.set_password(password); }
 
-  void Add(std::string_view path) override { add_member(ldap(), entry_.dn(), dn_of_path(domain(), path)); }
+  void Add(std::string_view path) override {
+    const std::string member = dn_of_path(domain(), path);
+    try {
+      add_member(ldap(), entry_.dn(), member);
+    } catch (const base::RuntimeError& failure) {
+      if (failure.number() != ads_error::kObjectExists)
+        throw;
+      base::raise(ads_error::kMemberInGroup, failure.description());
+    }
+  }
   void Remove(std::string_view path) override {
     remove_member(ldap(), entry_.dn(), dn_of_path(domain(), path));
   }

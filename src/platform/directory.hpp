@@ -23,7 +23,7 @@ namespace ads_error {
 inline constexpr std::uint32_t kBadPathname = 0x80005000;       ///< the path is not one of the known forms
 inline constexpr std::uint32_t kPropertyNotFound = 0x8000500D;  ///< the attribute has no value
 inline constexpr std::uint32_t kNoSuchObject = 0x80072030;      ///< nothing has that name
-inline constexpr std::uint32_t kObjectExists = 0x80071392;      ///< that name or account name is in use
+inline constexpr std::uint32_t kObjectExists = 0x80071392;      ///< name or membership is there already
 inline constexpr std::uint32_t kInvalidDn = 0x80072032;         ///< a name breaks the syntax of names
 inline constexpr std::uint32_t kConstraint = 0x8007202F;        ///< a value breaks a rule of its attribute
 inline constexpr std::uint32_t kNoSuchAttribute = 0x8007200A;   ///< the schema does not know the attribute
@@ -37,7 +37,7 @@ inline constexpr std::uint32_t kUserNotFound = 0x800708AD;      ///< NERR_UserNo
 inline constexpr std::uint32_t kGroupNotFound = 0x800708AC;     ///< NERR_GroupNotFound
 inline constexpr std::uint32_t kUserExists = 0x800708B0;        ///< NERR_UserExists
 inline constexpr std::uint32_t kGroupExists = 0x800708AF;       ///< NERR_GroupExists
-inline constexpr std::uint32_t kMemberInGroup = 0x80070528;     ///< ERROR_MEMBER_IN_GROUP (1320)
+inline constexpr std::uint32_t kMemberInGroup = 0x800708BC;     ///< NERR_UserInGroup
 inline constexpr std::uint32_t kMemberNotInGroup = 0x80070529;  ///< ERROR_MEMBER_NOT_IN_GROUP (1321)
 inline constexpr std::uint32_t kNotImplementedByProvider = 0x80004001;  ///< E_NOTIMPL
 inline constexpr std::uint32_t kLogonFailure = 0x8007052E;              ///< wrong user or password
@@ -94,6 +94,7 @@ class DirectoryObject {
 
   // What a group does. `Add` and `Remove` act at once.
 
+  /// For what is a member already an LDAP group raises kObjectExists, a WinNT group kMemberInGroup.
   virtual void Add(std::string_view path) = 0;
   virtual void Remove(std::string_view path) = 0;
   virtual bool IsMember(std::string_view path) = 0;

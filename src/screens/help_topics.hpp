@@ -14,7 +14,7 @@ struct HelpTopic {
 };
 
 /// In the order of the contents.
-inline constexpr std::array<HelpTopic, 19> kHelpTopics = {{{"main", "The main window"},
+inline constexpr std::array<HelpTopic, 20> kHelpTopics = {{{"main", "The main window"},
                                                            {"lab", "Labs and starting"},
                                                            {"tree", "The tree"},
                                                            {"new-user", "New User"},
@@ -32,6 +32,7 @@ inline constexpr std::array<HelpTopic, 19> kHelpTopics = {{{"main", "The main wi
                                                            {"passwords", "Passwords"},
                                                            {"import", "Importing users"},
                                                            {"find", "Finding a user"},
+                                                           {"groups", "Groups"},
                                                            {"options", "AD options"}}};
 
 /// The topic of a tab by its place in `SSTab1`, and in the set-up tab by its place in `SSTab2`.

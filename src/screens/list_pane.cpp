@@ -147,6 +147,11 @@ void ListPane::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint h
     order_->setData(index, index.data(Qt::EditRole), Qt::EditRole);
 }
 
+void ListPane::set_empty_text(const QString& text) {
+  empty_text_ = text;
+  viewport()->update();
+}
+
 void ListPane::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
   if (empty_text_.isEmpty() || order_->rowCount() > 0)

@@ -32,6 +32,8 @@ class ListPane final : public QTreeView {
   void edit_selected();
   /// Shows only rows that hold the text.
   void set_filter(const QString& text) { order_->set_filter(text); }
+  /// Shown from now on while there is no row.
+  void set_empty_text(const QString& text);
 
   [[nodiscard]] controls::ListView& list() const { return *list_; }
   /// The row under an index of this view; none when there is none.

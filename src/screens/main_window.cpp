@@ -125,13 +125,16 @@ void MainWindow::follow_session() {
   }));
   cancel_import_ = make_cancel_import(session_, this);
   follow(*this, session_.cancel_import.visible, [this](bool shown) { cancel_import_->setVisible(shown); });
+  groups_ = make_groups(session_, this);
+  follow(*this, session_.groups.visible, [this](bool shown) { groups_->setVisible(shown); });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   // A run that is under way is stopped first: nothing is to end between two steps of a creation.
   if (!session_.form1.enabled.get()) {
     session_.form1.ended = false;
-    session_.form1.StatusBar1.panel1 = "Stop the run first.";
+    session_.form1.StatusBar1.panel1 =
+        session_.groups.visible ? "Close the groups window first." : "Stop the run first.";
     QApplication::beep();
     event->ignore();
     return;

@@ -128,7 +128,8 @@ void QtDialogs::beep() {
 }
 
 void QtDialogs::DoEvents() {
-  const bool can_stop = session_ != nullptr && session_->cancel_import.visible;
+  const bool can_stop =
+      session_ != nullptr && (session_->cancel_import.visible || session_->copy_group.Running);
   QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }
 

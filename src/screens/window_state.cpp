@@ -9,8 +9,9 @@
 namespace twk::screens {
 namespace {
 
-QString key(const QMainWindow& window, const QObject& part, const char* what) {
-  return window.objectName() + "/" + part.objectName() + "/" + what;
+/// Under the name of the window that the part stands in, which may be one beside the main window.
+QString key(const QWidget& part, const char* what) {
+  return part.window()->objectName() + "/" + part.objectName() + "/" + what;
 }
 
 QVariantList column_widths(const ListPane& list) {
@@ -35,18 +36,18 @@ void save_window(const QMainWindow& window) {
   QSettings settings;
   settings.setValue(window.objectName() + "/geometry", window.saveGeometry());
   for (const QSplitter* const splitter : window.findChildren<QSplitter*>())
-    settings.setValue(key(window, *splitter, "splitter"), splitter->saveState());
+    settings.setValue(key(*splitter, "splitter"), splitter->saveState());
   for (const ListPane* const list : window.findChildren<ListPane*>())
-    settings.setValue(key(window, *list, "columns"), column_widths(*list));
+    settings.setValue(key(*list, "columns"), column_widths(*list));
 }
 
 void restore_window(QMainWindow& window) {
   const QSettings settings;
   window.restoreGeometry(settings.value(window.objectName() + "/geometry").toByteArray());
   for (QSplitter* const splitter : window.findChildren<QSplitter*>())
-    splitter->restoreState(settings.value(key(window, *splitter, "splitter")).toByteArray());
+    splitter->restoreState(settings.value(key(*splitter, "splitter")).toByteArray());
   for (const ListPane* const list : window.findChildren<ListPane*>())
-    set_column_widths(*list, settings.value(key(window, *list, "columns")).toList());
+    set_column_widths(*list, settings.value(key(*list, "columns")).toList());
 }
 
 }  // namespace twk::screens

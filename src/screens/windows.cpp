@@ -8,12 +8,14 @@ namespace {
 
 using Maker = std::unique_ptr<QDialog> (*)(session::Session&, QWidget*);
 
-constexpr std::array<std::pair<std::string_view, Maker>, 15> kMakers = {{
+constexpr std::array<std::pair<std::string_view, Maker>, 17> kMakers = {{
     {"frmADOptions", make_ad_options},
     {"CSV_Import", make_csv_import},
     {"Custom", make_custom},
+    {"frmCopy_Group", make_copy_group},
     {"Edit_Properties", make_edit_properties},
     {"frmFindW2KUser", make_find_user},
+    {"GroupAdd", make_group_add},
     {"ImportGrps", make_import_groups},
     {"Logon_Hours", make_logon_hours},
     {"Permissions", make_permissions},

@@ -14,10 +14,12 @@ namespace twk::screens {
 std::unique_ptr<QDialog> make_window(std::string_view name, session::Session& session, QWidget* parent);
 
 std::unique_ptr<QDialog> make_ad_options(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_copy_group(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_csv_import(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_custom(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_edit_properties(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_group_add(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_permissions(session::Session& session, QWidget* parent);
@@ -30,5 +32,7 @@ std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* pare
 std::unique_ptr<QDialog> make_wks_profile(session::Session& session, QWidget* parent);
 /// Stays beside the main window while an import runs.
 std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent);
+/// `Groupsfrm`, which stays beside the main window and is hidden and shown again.
+std::unique_ptr<QDialog> make_groups(session::Session& session, QWidget* parent);
 
 }  // namespace twk::screens

@@ -8,9 +8,9 @@
 namespace twk::session {
 namespace {
 
-constexpr std::array<std::size_t, 2> kLaterOptions = {1, 4};  // multi-user functions, groups
-constexpr std::array kLaterPopup = {4, 5};                    // delete, move
-constexpr std::array<std::string_view, 3> kLaterKeys = {"deleteuser", "MultiUser", "Groups"};
+constexpr std::array<std::size_t, 1> kLaterOptions = {1};  // multi-user functions
+constexpr std::array kLaterPopup = {4, 5};                 // delete, move
+constexpr std::array<std::string_view, 2> kLaterKeys = {"deleteuser", "MultiUser"};
 
 void switch_off(controls::MenuItem& item) {
   item.enabled = false;

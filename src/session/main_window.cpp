@@ -11,6 +11,7 @@
 #include "directory/tree.hpp"
 #include "directory/user_details.hpp"
 #include "editors/custom_properties.hpp"
+#include "groups/groups_window.hpp"
 #include "lifecycle/popup_commands.hpp"
 #include "session/custom_commands.hpp"
 #include "session/later_commands.hpp"
@@ -73,8 +74,10 @@ void mnuOption_Click(Session& session, int index) {
     case kCustomProperties:
       editors::show_custom(session);
       break;
-    case 1:
     case 4:
+      groups::Groupsfrm_Show(session);
+      break;
+    case 1:
       tell_later_command(session);
       break;
     default:

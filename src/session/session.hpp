@@ -15,6 +15,7 @@
 #include "session/directory_windows.hpp"
 #include "session/editor_windows.hpp"
 #include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/windows.hpp"
 #include "stores/records.hpp"
 
@@ -120,6 +121,8 @@ struct Session {
   Varibles_Form variables;
   frmSharePoints share_points;
   Groupsfrm groups;
+  GroupAdd group_add;
+  frmCopy_Group copy_group;
   MultiUser multi_user;
   RenameUser rename_user;
   Rename_NT rename_nt;

@@ -28,12 +28,6 @@ struct frmSharePoints {
   controls::Button btnOK;
 };
 
-struct Groupsfrm {
-  controls::ListView ListView1;   ///< all groups of the domain; sub-item 1 is the type
-  controls::ListView NotMembers;  ///< users
-  controls::Button btn_showGrpusers;
-};
-
 struct MultiUser {
   controls::ListView ListView1;  ///< chosen users
   controls::ListView ListView2;  ///< users

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 
+#include "base/text.hpp"
 #include "contract/world.hpp"
 
 namespace twk::contract {
@@ -166,6 +168,21 @@ TEST_P(DirectoryContract, ValuesThatBreakTheirAttributeAreRefused) {
   }
 }
 
+TEST_P(DirectoryContract, MembersAreOfTheirOwnClasses) {
+  const ObjectPtr group = make_group(w_, "Readers");
+  for (const std::string name : {"Al", "Bo", "Cy\\, (x)", "Di"})
+    group->Add(make_user(w_, name, base::lower(name.substr(0, 2)))->ADsPath());
+  group->Add(make_group(w_, "Writers")->ADsPath());
+  std::map<std::string, std::string> classes;
+  for (const ObjectPtr& member : group->Members())
+    classes.emplace(member->Name(), member->Class());
+  EXPECT_EQ(classes, (std::map<std::string, std::string>{{"CN=Al", "user"},
+                                                         {"CN=Bo", "user"},
+                                                         {"CN=Cy\\, (x)", "user"},
+                                                         {"CN=Di", "user"},
+                                                         {"CN=Writers", "group"}}));
+}
+
 TEST_P(DirectoryContract, MembershipActsAtOnceAndTellsWhatIsSoAlready) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   const ObjectPtr group = make_group(w_, "Readers");
@@ -173,7 +190,9 @@ TEST_P(DirectoryContract, MembershipActsAtOnceAndTellsWhatIsSoAlready) {
   EXPECT_EQ(number_of([&] { group->Remove(user->ADsPath()); }), ads_error::kMemberNotInGroup);
   group->Add(user->ADsPath());
   EXPECT_TRUE(group->IsMember("WinNT://" + w_.netbios() + "/jo"));
-  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kMemberInGroup);
+  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { get_account(w_, "Readers")->Add("WinNT://" + w_.netbios() + "/jo"); }),
+            ads_error::kMemberInGroup);
   EXPECT_EQ(names_of(group->Members()), "CN=Jo");
   get_account(w_, "Readers")->Remove("WinNT://" + w_.netbios() + "/jo");
   EXPECT_TRUE(group->Members().empty());

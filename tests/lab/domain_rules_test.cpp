@@ -176,7 +176,7 @@ TEST_F(LabRules, PrimaryGroupOfAUserIsNotDeleted) {
   user->SetInfo();
   const auto unit = get_entry(w_, w_.unit());
   EXPECT_EQ(number_of([&] { unit->Delete("group", "CN=Readers"); }), ads_error::kUnwilling);
-  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kMemberInGroup);
+  EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kObjectExists);
   EXPECT_EQ(number_of([&] { group->Remove(user->ADsPath()); }), ads_error::kMemberNotInGroup);
 }
 

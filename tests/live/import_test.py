@@ -9,32 +9,14 @@ import csv
 import json
 import os
 import pathlib
-import subprocess
 import sys
 import tempfile
 
-TWK = sys.argv[1]
-LIVE = {name: os.environ.get(f"TWK_LIVE_{name}", "") for name in (
-    "DOMAIN", "SERVER", "ADMIN", "PASSWORD", "STATE", "EXCHANGE", "SUPERUSER_TICKET")}
-IS_AD = LIVE["DOMAIN"] == "twk.test"
-CONF = LIVE["STATE"] + "/domain/etc/smb.conf"
+from live_tools import CONF, IS_AD, LIVE, admin_logon, at_home, expect, failures, run, twk
+
 FIRST = "Welcome-2-Work"
 SECOND = "Other-Words-77"
 SAMPLES = pathlib.Path(__file__).resolve().parents[2] / "samples" / "new-starters.csv"
-failures = []
-
-
-def run(*command, text=None, codes=(0,), env=None):
-    done = subprocess.run(command, input=text, capture_output=True, text=True, check=False, timeout=300,
-                          env={**os.environ, **(env or {})})
-    if codes is not None and done.returncode not in codes:
-        sys.exit(f"{' '.join(command)}: {done.returncode}\n{done.stdout}\n{done.stderr}")
-    return done
-
-
-def twk(*arguments, **options):
-    place = ["--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"]]
-    return run(TWK, *place, *([] if IS_AD else ["--user", LIVE["ADMIN"]]), *arguments, **options)
 
 
 def plain(ldif):
@@ -44,17 +26,6 @@ def plain(ldif):
         name, colons, value = line.partition(":: ")
         lines.append(f"{name}: {base64.b64decode(value).decode('utf-8', 'replace')}" if colons else line)
     return "\n".join(lines)
-
-
-def expect(what, found, text):
-    """Text found with a tool that is not ours must hold what was asked for."""
-    if what not in text:
-        failures.append(f"{found}: {what!r} is missing in:\n{text}")
-
-
-def admin_logon():
-    """The account that the server takes for its superuser, for tools that take a name."""
-    return f"{'TWK' if IS_AD else 'OLDNT'}\\{'Administrator' if IS_AD else 'root'}%{LIVE['PASSWORD']}"
 
 
 def prepare():
@@ -163,11 +134,7 @@ def look_at_hours():
 
 def main():
     with tempfile.TemporaryDirectory() as home:
-        os.environ.update(XDG_CONFIG_HOME=home + "/config", XDG_DATA_HOME=home + "/data")
-        if IS_AD:
-            os.environ["KRB5CCNAME"] = LIVE["SUPERUSER_TICKET"]
-        else:
-            os.environ["TWK_LOGON_PASSWORD"] = LIVE["PASSWORD"]
+        at_home(home)
         prepare()
         lines = SAMPLES.read_text(encoding="utf-8").splitlines()[:50]
         source = pathlib.Path(home, "fifty.csv")

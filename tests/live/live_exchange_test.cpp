@@ -60,7 +60,7 @@ TEST_F(ForeignDirectory, MailboxIsMadeFilledListedAndDeleted) {
   const std::string list = "CN=Everybody," + kContainer;
   bind(list)->Add(path("CN=jsmith," + kContainer));
   EXPECT_TRUE(bind(list)->IsMember(path("CN=jsmith," + kContainer)));
-  EXPECT_EQ(number_of([&] { bind(list)->Add(path("CN=jsmith," + kContainer)); }), ads_error::kMemberInGroup);
+  EXPECT_EQ(number_of([&] { bind(list)->Add(path("CN=jsmith," + kContainer)); }), ads_error::kObjectExists);
   bind(list)->Remove(path("CN=jsmith," + kContainer));
   EXPECT_FALSE(bind(list)->IsMember(path("CN=jsmith," + kContainer)));
 

@@ -18,6 +18,8 @@
 #include "editors/edit_properties.hpp"
 #include "editors/logon_hours.hpp"
 #include "editors/permissions_window.hpp"
+#include "groups/copy_group.hpp"
+#include "groups/groups_window.hpp"
 #include "lifecycle/popup_commands.hpp"
 #include "mail/search_mail.hpp"
 #include "screens/application.hpp"
@@ -27,6 +29,7 @@
 #include "screens/qt_dialogs.hpp"
 #include "screens/text.hpp"
 #include "screens/windows.hpp"
+#include "session/main_window.hpp"
 #include "session/start_up.hpp"
 #include "stores/records.hpp"
 #include "stores/site_store.hpp"
@@ -131,6 +134,7 @@ std::vector<Window> windows() {
              editors::Listviewmnu_Edit(session, 0);
            }},
           {"find-user", by(directory::Find_User)},
+          {"group-add", by(groups::Groupsfrm_Add_Group_Click)},
           {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
           {"logon-hours", by(editors::LogonHours_Click)},
           {"permissions", by(editors::Set_Security_Click)},
@@ -219,6 +223,36 @@ void save_windows(Album& album, session::Session& session) {
     album.save_modal(QString("window-") + shown.name, [&] { shown.open(session); });
 }
 
+void choose_row(controls::ListView& list, const char* name) {
+  list.select(&list.at(list.place_of(*list.find_text(name).front())));
+}
+
+/// The groups window before a group is shown and with one, and a copy that has ended.
+void save_groups(Album& album, screens::MainWindow& window, session::Session& session) {
+  session::Groupsfrm& state = session.groups;
+  session::Toolbar1_ButtonClick(session, "Groups");
+  auto* const shown = window.findChild<QDialog*>("Groupsfrm");
+  album.save(*shown, "window-groups-first");
+  choose_row(state.ListView1, "Staff");
+  groups::Groupsfrm_Group_Details_Click(session);
+  for (const std::size_t place : {std::size_t{1}, std::size_t{3}})
+    state.NotMembers.set_selected(state.NotMembers.at(place), true);
+  groups::Groupsfrm_NotMembers_Click(session);
+  album.save(*shown, "window-groups");
+  album.save_modal("window-copy-group", [&] {
+    groups::frmCopy_Group_Form_Load(session);
+    choose_row(session.copy_group.ImageCombo1, "Staff");
+    choose_row(session.copy_group.ImageCombo2, "Domain Guests");
+    QTimer::singleShot(0, [] {
+      if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+        box->button(QMessageBox::Yes)->click();
+    });
+    groups::frmCopy_Group_btnCopy_Group_Click(session);
+    session.platform.dialogs.show_modal("frmCopy_Group");
+  });
+  groups::Groupsfrm_ExitButton_Click(session);
+}
+
 /// A connection that was tried and refused.
 void show_connection() {
   using live::StepOutcome;
@@ -276,6 +310,7 @@ void take(const QString& folder) {
   Album album(folder);
   save_tabs(album, window);
   save_windows(album, session);
+  save_groups(album, window, session);
   save_program_windows(album, window, session, dialogs);
 }
 

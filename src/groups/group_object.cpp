@@ -1,0 +1,72 @@
+#include "groups/group_object.hpp"
+
+#include "base/errors.hpp"
+#include "directory/operations.hpp"
+#include "session/session.hpp"
+
+namespace twk::groups {
+
+using controls::ListRow;
+using controls::ListView;
+using session::Session;
+
+platform::ObjectPtr bind_group(Session& session, const ListRow& row) {
+  return session.platform.directory.GetObject(
+      session::is_active_directory(session) ? row.key : directory::winnt_path(session, row.text));
+}
+
+std::string member_path(const Session& session, const ListRow& row) {
+  return session::is_active_directory(session) ? row.key : directory::winnt_path(session, row.text);
+}
+
+bool is_user(const platform::DirectoryObject& member) {
+  const std::string object_class = member.Class();
+  return object_class == "User" || object_class == "user";
+}
+
+void give_members_back(Session& session) {
+  session::Groupsfrm& window = session.groups;
+  std::vector<const ListRow*> rows;
+  rows.reserve(window.Members.size());
+  for (std::size_t i = 0; i < window.Members.size(); ++i)
+    rows.push_back(&window.Members.at(i));
+  controls::move_rows(window.Members, rows, window.NotMembers);
+  window.Decsription_Text.text = std::string();
+  window.ShownGroup = std::string();
+  window.OtherMembers = 0;
+}
+
+void enable_buttons(Session& session) {
+  session::Groupsfrm& window = session.groups;
+  const bool chosen = window.ListView1.selected() != nullptr;
+  const bool shown = !window.ShownGroup.get().empty();
+  window.Group_Details.enabled = chosen;
+  window.Delete_Group.enabled = chosen;
+  window.COPY_GRP.enabled = !window.ListView1.empty();
+  window.Command1.enabled = shown && window.Members.selected() != nullptr;
+  window.Command2.enabled = shown && window.NotMembers.selected() != nullptr;
+}
+
+void add_group_rows(Session& session, const std::string& key, const std::string& name,
+                    const std::string& type, bool global) {
+  const auto add = [&](ListView& list, std::vector<std::string> columns = {}) {
+    // A list that has the group already shows it as it is.
+    base::Trap trap;
+    trap([&] { list.add(key, name, "W2KGRP", std::move(columns)); });
+  };
+  add(session.groups.ListView1, {type});
+  add(session.form1.ListView3);
+  add(session.form1.ListView5);
+  if (global)
+    add(session.multi_user.ListView3);
+}
+
+void remove_group_rows(Session& session, const std::string& key) {
+  for (ListView* const list : {&session.groups.ListView1, &session.form1.ListView3, &session.form1.ListView5,
+                               &session.multi_user.ListView3}) {
+    if (const ListRow* const row = list->find_key(key))
+      list->remove(*row);
+  }
+}
+
+}  // namespace twk::groups

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "groups/groups_window.hpp"
+#include "support/details_world.hpp"
+#include "support/world.hpp"
+
+namespace twk::test {
+
+/// A session with the groups "Staff" and "Readers" and the users "jo", who is in "Staff", "ann" and "bob".
+class GroupsWorld {
+ public:
+  explicit GroupsWorld(lab::DomainKind kind = lab::DomainKind::kNative,
+                       const std::function<void(LabSession&)>& before = {})
+      : lab(kind) {
+    add_jo(lab);
+    make_user("ann");
+    make_user("bob");
+    if (before)
+      before(lab);
+    lab.start();
+  }
+
+  void make_user(const std::string& name) {
+    const platform::ObjectPtr user = place()->Create("user", lab.is_nt() ? name : "CN=" + name);
+    if (!lab.is_nt())
+      user->Put("samAccountName", name);
+    user->SetInfo();
+  }
+  /// What accounts are made in.
+  [[nodiscard]] platform::ObjectPtr place() {
+    return lab.services.directory.GetObject(lab.is_nt() ? "WinNT://TWK"
+                                                        : "LDAP://twk.test/" + std::string(kNewStarters));
+  }
+  [[nodiscard]] platform::ObjectPtr group(const std::string& name) {
+    return lab.services.directory.GetObject(lab.is_nt() ? "WinNT://TWK/" + name
+                                                        : "LDAP://twk.test/CN=" + name + ",DC=twk,DC=test");
+  }
+  /// Names of those whom the directory holds as members, bare and sorted.
+  [[nodiscard]] std::vector<std::string> stored(const std::string& name) {
+    std::vector<std::string> names;
+    for (const platform::ObjectPtr& member : group(name)->Members())
+      names.push_back(lab.is_nt() ? member->Name() : member->Name().substr(3));
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  /// What the row of "jo" is called.
+  [[nodiscard]] std::string jo() const { return lab.is_nt() ? "jo" : "Jo Smith"; }
+
+  void choose(const std::string& name) {
+    controls::ListView& list = window.ListView1;
+    ASSERT_EQ(list.find_text(name).size(), 1U) << name;
+    list.select(&list.at(list.place_of(*list.find_text(name).front())));
+  }
+  void show(const std::string& name) {
+    choose(name);
+    groups::Groupsfrm_Group_Details_Click(session);
+  }
+  /// Selects a user's row besides those that are selected.
+  void select(controls::ListView& list, const std::string& name) {
+    ASSERT_EQ(list.find_text(name).size(), 1U) << name;
+    list.set_selected(list.at(list.place_of(*list.find_text(name).front())), true);
+  }
+  [[nodiscard]] std::string panel() const { return window.StatusBar1.panel1; }
+
+  LabSession lab;
+  session::Session& session = lab.session;
+  session::Groupsfrm& window = lab.session.groups;
+};
+
+/// For what holds in both kinds of domain.
+class InBothDomains : public testing::TestWithParam<lab::DomainKind> {};
+
+}  // namespace twk::test

@@ -1,0 +1,132 @@
+#!/usr/bin/python3
+"""Makes, fills, copies and deletes groups in the domain that with-domain started, and looks at them with others' tools.
+
+    tests/live/with-domain ad|nt -- tests/live/groups_test.py TWK
+"""
+
+import json
+import sys
+import tempfile
+
+from live_tools import CONF, IS_AD, LIVE, admin_logon, at_home, expect, failures, run, twk
+
+# A Samba controller of the NT4 kind takes no member whose name has a capital letter.
+USERS = ("gann", "gbob", "gcyd")
+
+
+def rpc(*arguments, **options):
+    return run("net", "rpc", *arguments, "-S", LIVE["SERVER"], "-U", admin_logon(), **options).stdout
+
+
+def check(found, wanted, what):
+    if found != wanted:
+        failures.append(f"{what}: {found!r} instead of {wanted!r}")
+
+
+def stored_members(group):
+    """Account names, by the server's own tool."""
+    if IS_AD:
+        text = run("samba-tool", "group", "listmembers", group, "-s", CONF).stdout
+    else:
+        text = rpc("group", "members", group)
+    return sorted(line.rpartition("\\")[2] for line in text.splitlines() if line.strip())
+
+
+def rows(*arguments, codes=(0,)):
+    told = twk("--json", "group", *arguments, codes=codes)
+    return [json.loads(line) for line in told.stdout.splitlines()]
+
+
+def lights(told):
+    return [row["light"] for row in told]
+
+
+def prepare():
+    for user in USERS:
+        if IS_AD:
+            run("samba-tool", "user", "create", user, "Welcome-2-Work", "-s", CONF)
+        else:
+            rpc("user", "add", user)
+
+
+def make_groups():
+    check(lights(rows("create", "gdrivers", "--description", "Who drive")), ["GREEN"], "a new group")
+    check(lights(rows("create", "gother")), ["GREEN"], "a second group")
+    check(lights(rows("create", "gdrivers", codes=(2,))), ["RED"], "a group that is there")
+    if IS_AD:
+        shown = run("samba-tool", "group", "show", "gdrivers", "-s", CONF).stdout
+        for what in ("groupType: -2147483646", "description: Who drive", "dn: CN=gdrivers,CN=Users,DC=twk,DC=test"):
+            expect(what, "the new group", shown)
+        rows("create", "gmail", "--scope", "universal", "--kind", "distribution")
+        expect("groupType: 8", "the list for mail", run("samba-tool", "group", "show", "gmail", "-s", CONF).stdout)
+    else:
+        shown = run("rpcclient", "-U", admin_logon(), LIVE["SERVER"], "-c", "enumdomgroups").stdout
+        expect("[gdrivers]", "groups of the domain", shown)
+        check(twk("--json", "group", "create", "a" * 21, codes=(2,)).stdout.count("RED"), 1, "a name that is too long")
+        twk("group", "create", "gmail", "--scope", "universal", codes=(2,))
+
+
+def change_members():
+    told = rows("add-member", "gdrivers", "gann", "nobody-at-all", "gbob", "gann", codes=(2,))
+    check(sorted(lights(told)), ["GREEN", "GREEN", "RED"], "adding members")
+    check(stored_members("gdrivers"), ["gann", "gbob"], "members")
+    check(lights(rows("add-member", "gdrivers", "gbob", codes=(1,))), ["YELLOW"], "adding a member again")
+    listed = rows("members", "gdrivers")
+    check([row["name"] for row in listed], ["gann", "gbob"], "members listed")
+    check([row["primary"] for row in listed], [False, False] if IS_AD else [None, None], "primary groups")
+    check(lights(rows("remove-member", "gdrivers", "gann", "gcyd", codes=(1,))), ["YELLOW", "GREEN"], "removing members")
+    check(stored_members("gdrivers"), ["gbob"], "members that are left")
+
+
+def look_at_primary_group():
+    everybody = {row["name"]: row["primary"] for row in rows("members", "Domain Users")}
+    check({user: everybody.get(user) for user in USERS}, dict.fromkeys(USERS, True), "who is in Domain Users")
+    refused = twk("group", "remove-member", "Domain Users", "gann", codes=(1,))
+    expect("Can't remove user 'gann' from 'Domain Users'", "leaving a primary group", refused.stderr)
+    run("samba-tool", "group", "addmembers", "gdrivers", "gother", "-s", CONF)
+    check([row["name"] for row in rows("members", "gdrivers")], ["gbob"], "members beside a nested group")
+
+
+def copy_members():
+    twk("group", "add-member", "gother", "gcyd")
+    twk("group", "copy", "gdrivers", "gother", codes=(1,))
+    check(stored_members("gother"), ["gcyd"], "members after a copy that nobody agreed to")
+    check(lights(copied("gdrivers", "gother", 0)), ["GREEN", "GREEN"], "a copy and its sum")
+    check(stored_members("gother"), ["gbob", "gcyd"], "members after a copy")
+    check(set(lights(copied("gother", "gother", 1))), {"YELLOW"}, "a copy onto itself")
+
+
+def copied(source, destination, code):
+    done = twk("--yes", "--json", "group", "copy", source, destination, codes=(code,))
+    return [json.loads(line) for line in done.stdout.splitlines()]
+
+
+def delete_groups():
+    twk("group", "delete", "gdrivers", codes=(1,))
+    if IS_AD:
+        expect("gdrivers", "a deletion that nobody agreed to", run("samba-tool", "group", "list", "-s", CONF).stdout)
+    for group in ("gdrivers", "gother", *(["gmail"] if IS_AD else [])):
+        twk("--yes", "group", "delete", group)
+    left = run("samba-tool", "group", "list", "-s", CONF).stdout if IS_AD else rpc("group", "list")
+    for group in ("gdrivers", "gother", "gmail"):
+        if group in left.split():
+            failures.append(f"the group {group} is still there")
+    twk("group", "members", "gdrivers", codes=(2,))
+
+
+def main():
+    with tempfile.TemporaryDirectory() as home:
+        at_home(home)
+        prepare()
+        make_groups()
+        change_members()
+        if IS_AD:
+            look_at_primary_group()
+        copy_members()
+        delete_groups()
+    if failures:
+        sys.exit("\n\n".join(failures[:10]) + f"\n{len(failures)} failures")
+    print("Groups were made, filled, copied and deleted.")
+
+
+main()
