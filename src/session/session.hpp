@@ -11,6 +11,7 @@
 #include "platform/platform.hpp"
 #include "session/account_windows.hpp"
 #include "session/activity_log.hpp"
+#include "session/ad_properties.hpp"
 #include "session/details_changes.hpp"
 #include "session/directory_windows.hpp"
 #include "session/editor_windows.hpp"
@@ -121,6 +122,7 @@ struct Session {
   frmSharePoints share_points;
   Groupsfrm groups;
   MultiUser multi_user;
+  ADProperties ad_properties;
   RenameUser rename_user;
   Rename_NT rename_nt;
   WKS_PROFILE wks_profile;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string_view>
+
+#include "platform/directory.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// The tab "AD Properties": one property of many users.
+namespace twk::batch {
+
+/// How a user stands in the selection. Messages about a failure of a member have no quotes.
+enum class Reached { kByItself, kAsMember };
+
+/// Gives the property of `AD_Properties` that value, as `Syntax` and the frame "Multi Value" say: bytes from
+/// numbers with commas between, one value more, or the value alone in place of all others. "%UserName%" in it
+/// is the user's name in its container; in a terminal-server setting it is the account name. Writes the
+/// outcome to the log, `Label3` and `user_done`, and counts. False when the user was not changed.
+bool Change_AD_One(session::Session& session, const platform::ObjectPtr& user, std::string_view value,
+                   Reached reached = Reached::kByItself);
+
+/// The button, whose caption tells what it does: runs over the selection with the text of `AD_CHANGE`, or
+/// ends a run after the user in hand. An empty selection does nothing; a property that the schema does not
+/// know ends it before anything is changed, which `Label3` tells. A user who cannot be changed is counted,
+/// and the run goes on.
+void CHANGE_AD_Click(session::Session& session);
+
+}  // namespace twk::batch

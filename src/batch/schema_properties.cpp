@@ -1,0 +1,95 @@
+#include "batch/schema_properties.hpp"
+
+#include <array>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "session/session.hpp"
+#include "stores/terminal_server_rows.hpp"
+
+namespace twk::batch {
+namespace {
+
+using session::ADProperties;
+using session::Session;
+
+constexpr std::string_view kUserClass = "LDAP://Schema/User";
+constexpr std::string_view kOctetString = "OctetString";
+constexpr std::string_view kMultiValue = ":- Multi value";
+
+/// In the order of the table of settings, whose names of the three times are longer.
+constexpr std::array<std::string_view, stores::kTerminalServerRows.size()> kTerminalServerNames = {
+    "WTSTerminalServerProfilePath",
+    "WTSTerminalServerHomeDir",
+    "WTSTerminalServerHomeDirDrive",
+    "WTSAllowLogonTerminalServer",
+    "WTSInheritInitialProgram",
+    "WTSInitialProgram",
+    "WTSWorkingDirectory",
+    "WTSDeviceClientDrives",
+    "WTSDeviceClientPrinters",
+    "WTSDeviceClientDefaultPrinter",
+    "WTSTimeoutConnections",
+    "WTSTimeoutDisconnections",
+    "WTSTimeoutIdle"};
+
+void show(ADProperties& tab, std::string syntax, bool multi_valued) {
+  tab.Syntax.caption = multi_valued ? syntax + std::string(kMultiValue) : std::move(syntax);
+  tab.multi_value = multi_valued;
+  tab.AD_Append.enabled = multi_valued;
+  tab.AD_Replace.enabled = multi_valued;
+}
+
+}  // namespace
+
+void fill_properties(Session& session) {
+  controls::ComboBox& box = session.ad_properties.AD_Properties;
+  box.clear();
+  for (const std::string_view name : kTerminalServerNames)
+    box.add_item(std::string(name));
+  const platform::ObjectPtr user = session.platform.directory.GetObject(kUserClass);
+  for (const std::string_view kind : {"MandatoryProperties", "OptionalProperties"}) {
+    for (const platform::Value& name : user->Get(kind).list())
+      box.add_item(name.text());
+  }
+}
+
+void AD_Properties_Click(Session& session) {
+  ADProperties& tab = session.ad_properties;
+  const std::string property(base::trim(tab.AD_Properties.text.get()));
+  tab.looked_up = property;
+  if (property.empty())
+    return show(tab, {}, false);
+  if (terminal_server_number(property)) {
+    const bool time = base::find_fold(property, "Timeout") != base::npos;
+    return show(tab, time ? "Never,1 min,5 mins,10 mins..." : "String", false);
+  }
+  base::Trap trap;
+  trap([&] {
+    const platform::ObjectPtr schema =
+        session.platform.directory.GetObject(session.platform.directory.GetObject(kUserClass)->Parent());
+    const platform::ObjectPtr attribute = schema->GetObject("Property", property);
+    show(tab, attribute->Syntax(), attribute->MultiValued());
+  });
+  if (trap.number() == 0)
+    return;
+  show(tab, {}, false);
+  session.multi_user.Label3.caption = "\"" + property + "\" is no property: " + trap.description();
+}
+
+std::optional<std::int16_t> terminal_server_number(std::string_view property) {
+  const std::string_view name = base::trim(property);
+  for (std::size_t i = 0; i < kTerminalServerNames.size(); ++i) {
+    if (base::equals_fold(name, kTerminalServerNames.at(i)) ||
+        base::equals_fold(name, stores::kTerminalServerRows.at(i).name))
+      return static_cast<std::int16_t>(i + 1);
+  }
+  return std::nullopt;
+}
+
+bool takes_bytes(const Session& session) {
+  const std::string& syntax = session.ad_properties.Syntax.caption;
+  return syntax == kOctetString || syntax == std::string(kOctetString) + std::string(kMultiValue);
+}
+
+}  // namespace twk::batch

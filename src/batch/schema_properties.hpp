@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace twk::session {
+struct Session;
+}
+
+/// The properties that the tab "AD Properties" offers, and what the directory's schema says of each.
+namespace twk::batch {
+
+/// Fills `AD_Properties`: the thirteen terminal-server settings, then the mandatory and the optional
+/// properties of the schema's class "User". Raises what the directory raises.
+void fill_properties(session::Session& session);
+
+/// A property was chosen: shows its syntax and opens or closes the frame "Multi Value". A property that the
+/// schema does not know has no syntax, and `Label3` tells why.
+void AD_Properties_Click(session::Session& session);
+
+/// The number of a terminal-server setting, counted from 1, by its name in `AD_Properties` or in the table of
+/// settings; none for any other property. Folds case.
+std::optional<std::int16_t> terminal_server_number(std::string_view property);
+
+/// True when the values of the property that was looked up are bytes.
+bool takes_bytes(const session::Session& session);
+
+}  // namespace twk::batch
