@@ -21,12 +21,16 @@ constexpr int ADS_PROPERTY_APPEND = 3;
 /// One user and what it is to get.
 struct Step {
   Session& session;
-  const platform::ObjectPtr& user;
+  platform::ObjectPtr user;
   std::string property;
   std::string logon_name;
   std::string display_name;  ///< the user's name in its container
   std::string NewValue;
 };
+
+std::string property_of(const Session& session) {
+  return std::string(base::trim(session.ad_properties.AD_Properties.text.get()));
+}
 
 /// "1,2,255" as three bytes.
 base::Bytes parse_bytes(std::string_view text) {
@@ -95,18 +99,20 @@ void tell_outcome(const Step& step, Reached reached, const base::Trap& trap) {
     tell(session, reached == Reached::kAsMember ? "Error changing property:" + step.property + " to " +
                                                       step.NewValue + " for " + step.display_name
                                                 : "Error changing property:'" + words);
+    session.ad_properties.reason = trap.description();
     session.log.line("Error Number: " + base::to_text(trap.number()) + " " + trap.description());
   }
   if (session.ad_properties.user_done) {
-    session.ad_properties.user_done({.user = step.logon_name.empty() ? step.display_name : step.logon_name,
+    session.ad_properties.user_done({.line = session.ad_properties.line,
+                                     .user = step.logon_name.empty() ? step.display_name : step.logon_name,
                                      .value = step.NewValue,
                                      .changed = changed,
                                      .reason = trap.description()});
   }
 }
 
-/// Changes what a row of the selection stands for. Raises what binding it raises.
-void change_row(Session& session, const controls::ListRow& row, const std::string& value) {
+/// Raises what binding and reading raise.
+void change_those_of(Session& session, const controls::ListRow& row, const std::string& value) {
   if (row.icon == "W2KGRP") {
     for (const platform::ObjectPtr& member : session.platform.directory.GetObject(row.key)->Members()) {
       if (base::equals_fold(member->Class(), "user"))
@@ -122,33 +128,12 @@ void change_row(Session& session, const controls::ListRow& row, const std::strin
   }
 }
 
-void tell_end(Session& session) {
-  const ADProperties& tab = session.ad_properties;
-  const std::string users = base::to_text(tab.users);
-  controls::Label& status = session.multi_user.Label3;
-  if (tab.errors > 0) {
-    session::LOG_TAB(session, session::kYellow, " AD Property changed for " + users + " users. - had errors");
-    status.caption = "Properties changed for " + users + " users. - errors detected check log file.";
-  } else {
-    session::LOG_TAB(session, session::kGreen, " AD Property changed for " + users + " users.");
-    status.caption = "Properties changed for " + users + " users.";
-  }
-}
-
-void begin_log(Session& session) {
-  session.log.begin_block(session);
-  if (!session::is_debug(session))
-    return;
-  session.log.line("AD_property = " + session.ad_properties.AD_Properties.text.get());
-  session.log.line("Change Text = " + session.multi_user.AD_CHANGE.text.get());
-}
-
 }  // namespace
 
 bool Change_AD_One(Session& session, const platform::ObjectPtr& user, std::string_view value,
                    Reached reached) {
   ADProperties& tab = session.ad_properties;
-  Step step{session, user, std::string(base::trim(tab.AD_Properties.text.get())), {}, {}, {}};
+  Step step{session, user, property_of(session), {}, {}, {}};
   base::Trap trap;
   const bool changed = trap([&] { change(step, value); });
   ++(changed ? tab.users : tab.errors);
@@ -156,16 +141,16 @@ bool Change_AD_One(Session& session, const platform::ObjectPtr& user, std::strin
   return changed;
 }
 
-void CHANGE_AD_Click(Session& session) {
-  if (session.multi_user.ListView1.empty())
+void change_row(Session& session, const controls::ListRow& row) {
+  const std::string value = session.multi_user.AD_CHANGE.text;
+  base::Trap trap;
+  if (trap([&] { change_those_of(session, row, value); }))
     return;
-  AD_Properties_Click(session);
-  session.ad_properties.users = session.ad_properties.errors = 0;
-  begin_log(session);
-  for (std::size_t i = 0; i < session.multi_user.ListView1.size(); ++i)
-    change_row(session, session.multi_user.ListView1.at(i), session.multi_user.AD_CHANGE.text.get());
-  session.log.close();
-  tell_end(session);
+  if (trap.number() == platform::ads_error::kServerDown)
+    base::raise(trap.number(), trap.description());
+  Step step{session, nullptr, property_of(session), {}, row.text, value};
+  ++session.ad_properties.errors;
+  tell_outcome(step, Reached::kByItself, trap);
 }
 
 }  // namespace twk::batch

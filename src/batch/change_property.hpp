@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "controls/list_view.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::session {
@@ -20,6 +21,11 @@ enum class Reached { kByItself, kAsMember };
 /// outcome to the log, `Label3` and `user_done`, and counts. False when the user was not changed.
 bool Change_AD_One(session::Session& session, const platform::ObjectPtr& user, std::string_view value,
                    Reached reached = Reached::kByItself);
+
+/// Changes whom a row of the selection stands for, by the text of `AD_CHANGE`: a user, the users among a
+/// group's members, or those directly in an organizational unit. A row that cannot be read counts as an
+/// error; raises only when no server answers.
+void change_row(session::Session& session, const controls::ListRow& row);
 
 /// The button, whose caption tells what it does: runs over the selection with the text of `AD_CHANGE`, or
 /// ends a run after the user in hand. An empty selection does nothing; a property that the schema does not

@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/property_run.hpp"
 #include "session/session.hpp"
 #include "stores/terminal_server_rows.hpp"
 
@@ -43,8 +44,12 @@ void show(ADProperties& tab, std::string syntax, bool multi_valued) {
 }  // namespace
 
 void fill_properties(Session& session) {
-  controls::ComboBox& box = session.ad_properties.AD_Properties;
+  ADProperties& tab = session.ad_properties;
+  controls::ComboBox& box = tab.AD_Properties;
   box.clear();
+  end_run(session);
+  controls::choose(tab.AD_Append, tab.AD_Replace, true);
+  AD_Properties_Click(session);
   for (const std::string_view name : kTerminalServerNames)
     box.add_item(std::string(name));
   const platform::ObjectPtr user = session.platform.directory.GetObject(kUserClass);

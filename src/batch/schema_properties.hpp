@@ -12,7 +12,8 @@ struct Session;
 namespace twk::batch {
 
 /// Fills `AD_Properties`: the thirteen terminal-server settings, then the mandatory and the optional
-/// properties of the schema's class "User". Raises what the directory raises.
+/// properties of the schema's class "User". None is chosen, and a value would be appended. Raises what the
+/// directory raises.
 void fill_properties(session::Session& session);
 
 /// A property was chosen: shows its syntax and opens or closes the frame "Multi Value". A property that the

@@ -32,6 +32,8 @@ struct ADProperties {
   std::int32_t users = 0;    ///< of the last run: changed
   std::int32_t errors = 0;   ///< of the last run: not changed
   std::int32_t skipped = 0;  ///< lines of the last file that named nobody in the list
+  std::int32_t line = 0;     ///< of the file that the run is at; 0 for a run over the selection
+  std::string reason;        ///< why the last user was not changed
   bool running = false;
   bool stopped = false;  ///< the last run was ended by Cancel
   std::string failure;   ///< why the last run ended before its time; empty when it did not

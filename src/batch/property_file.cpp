@@ -1,0 +1,227 @@
+#include "batch/property_file.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "batch/change_property.hpp"
+#include "batch/csv_layout.hpp"
+#include "batch/property_run.hpp"
+#include "directory/operations.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::batch {
+namespace {
+
+using session::ADProperties;
+using session::Session;
+
+constexpr std::string_view kTitle = "AD Propeties Import";
+
+struct FileRun {
+  Session& session;
+  std::string title;  ///< the file's name without its folder
+  NoComma no_comma;
+  std::int32_t users = 0;  ///< of all lines: changed
+  std::int32_t errors = 0;
+};
+
+struct Line {
+  std::int32_t number;
+  std::string name;
+  std::string value;
+  bool whole;  ///< it has a comma
+};
+
+std::string file_title(std::string_view path) {
+  const std::size_t slash = path.find_last_of("\\/");
+  return std::string(slash == base::npos ? path : path.substr(slash + 1));
+}
+
+Line split_line(std::int32_t number, std::string_view text) {
+  const std::size_t comma = text.find(',');
+  if (comma == base::npos)
+    return {number, std::string(base::trim(text)), {}, false};
+  return {number, std::string(base::trim(text.substr(0, comma))), std::string(text.substr(comma + 1)), true};
+}
+
+std::string place(const FileRun& run, const Line& line) {
+  return run.title + ", line " + base::to_text(line.number) + ": ";
+}
+
+void log(Session& session, const std::string& text) {
+  session.log.open(session);
+  session.log.line(text);
+  session.log.close();
+}
+
+/// A line that failed, in log and on the log tab.
+void tell_failed(FileRun& run, const Line& line, const std::string& reason) {
+  ++run.errors;
+  const std::string text = place(run, line) + line.name + ": " + reason;
+  log(run.session, text);
+  session::LOG_TAB(run.session, session::kYellow, " " + text);
+}
+
+void tell_undone(FileRun& run, const Line& line, const std::string& reason, bool skipped) {
+  ADProperties& tab = run.session.ad_properties;
+  if (skipped) {
+    ++tab.skipped;
+    log(run.session, place(run, line) + line.name + ": " + reason);
+  } else {
+    tell_failed(run, line, reason);
+  }
+  if (tab.user_done) {
+    tab.user_done({.line = line.number,
+                   .user = line.name,
+                   .value = line.value,
+                   .changed = false,
+                   .skipped = skipped,
+                   .reason = reason});
+  }
+}
+
+const controls::ListRow* find_logon_name(Session& session, std::string_view name) {
+  if (!session::is_active_directory(session))
+    return nullptr;
+  const auto rows =
+      directory::run_query(session, "<LDAP://" + session.DomainName +
+                                        ">;(&(objectCategory=Person)(objectClass=User)(samAccountName=" +
+                                        platform::escape_filter_value(name) + "));adsPath;subtree");
+  return rows->at_eof() ? nullptr : session.multi_user.ListView2.find_key(rows->field(0).text());
+}
+
+/// None when the list does not have the user. Raises for a text that several rows have.
+const controls::ListRow* find_user(Session& session, std::string_view name) {
+  if (name.empty())
+    return nullptr;
+  const auto rows = session.multi_user.ListView2.find_text(name);
+  if (rows.size() == 1)
+    return rows.front();
+  const controls::ListRow* const row = find_logon_name(session, name);
+  if (row == nullptr && !rows.empty()) {
+    base::raise(
+        platform::ads_error::kNoSuchObject,
+        "The list has " + base::to_text(static_cast<std::int64_t>(rows.size())) + " users of that name");
+  }
+  return row;
+}
+
+/// False when no server answers.
+bool change_user(FileRun& run, const Line& line, const controls::ListRow& row) {
+  Session& session = run.session;
+  ADProperties& tab = session.ad_properties;
+  session.multi_user.AD_CHANGE.text = line.value;
+  tab.line = line.number;
+  const bool whole = in_change_block(session, [&] { change_row(session, row); });
+  tab.line = 0;
+  run.users += tab.users;
+  if (!whole)
+    tell_failed(run, line, tab.failure);
+  else if (tab.errors > 0)
+    tell_failed(run, line, tab.reason);
+  return whole;
+}
+
+/// False when the run is to end.
+bool take_line(FileRun& run, const Line& line) {
+  constexpr std::string_view kNoComma = "There is no comma behind the name";
+  Session& session = run.session;
+  if (!line.whole && run.no_comma == NoComma::kIsRefused) {
+    tell_undone(run, line, std::string(kNoComma), false);
+    return true;
+  }
+  const controls::ListRow* row = nullptr;
+  base::Trap trap;
+  trap([&] { row = find_user(session, line.name); });
+  bool goes_on = trap.number() != platform::ads_error::kServerDown;
+  if (trap.number() != 0) {
+    tell_undone(run, line, trap.description(), false);
+    if (!goes_on)
+      session.ad_properties.failure = trap.description();
+  } else if (row == nullptr) {
+    tell_undone(run, line, "The list has no such user", true);
+  } else {
+    goes_on = change_user(run, line, *row);
+  }
+  if (!line.whole) {
+    tell_failed(run, line, std::string(kNoComma) + "; the run ends there");
+    return false;
+  }
+  return goes_on;
+}
+
+void log_line(Session& session, std::string_view text, const Line& line) {
+  if (!session::is_debug(session))
+    return;
+  session.log.open(session);
+  session.log.line("Line=" + std::string(text));
+  session.log.line("AD Property = " + line.value);
+  session.log.line("User = " + line.name);
+  session.log.close();
+}
+
+bool run_lines(FileRun& run, std::string_view text) {
+  std::size_t position = 0;
+  std::string_view line;
+  for (std::int32_t number = 1; next_line(text, position, line); ++number) {
+    if (is_cancelled(run.session))
+      return false;
+    if (base::trim(line).empty())
+      continue;
+    const Line split = split_line(number, line);
+    log_line(run.session, line, split);
+    if (!take_line(run, split))
+      return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool change_from_file(Session& session, std::string_view path, NoComma no_comma) {
+  ADProperties& tab = session.ad_properties;
+  if (!begin_run(session))
+    return false;
+  FileRun run{session, file_title(path), no_comma};
+  bool whole = false;
+  base::Trap trap;
+  trap([&] { whole = run_lines(run, import_text(session.platform.files.read(path))); });
+  if (trap.number() != 0)
+    tab.failure = file_title(path) + ": " + trap.description();
+  end_run(session);
+  tab.users = run.users;
+  tab.errors = run.errors;
+  return whole;
+}
+
+void DELIMPORT_Click(Session& session) {
+  ADProperties& tab = session.ad_properties;
+  platform::Dialogs& dialogs = session.platform.dialogs;
+  if (tab.running)
+    return;
+  const std::string property(base::trim(tab.AD_Properties.text.get()));
+  if (property.empty()) {
+    dialogs.MsgBox("Select the AD Propery to change first, before importing the file.",
+                   platform::Buttons::kOk, platform::Icon::kNone, kTitle);
+    return;
+  }
+  if (dialogs.MsgBox("This will import AD properties for the users in the csv file\r\n"
+                     "Format must be Username,ADValue",
+                     platform::Buttons::kOkCancel, platform::Icon::kNone, kTitle) != platform::Answer::kOk)
+    return;
+  log(session, "Importing users to change AD value " + property);
+  const auto path =
+      dialogs.open_file("Open file to import", "CSV Files (*.csv)|*.csv|Text Files (*.txt)|*.txt|");
+  if (!path || path->empty())
+    return;
+  change_from_file(session, *path, NoComma::kEndsRun);
+  if (!tab.failure.empty()) {
+    log(session, tab.failure);
+    dialogs.MsgBox(tab.failure, platform::Buttons::kOk, platform::Icon::kExclamation, kTitle);
+  }
+  session.multi_user.Label3.caption =
+      std::string(tab.stopped ? "Import of AD Properties canceled, check log for errors"
+                              : "Import of AD Properties has completed, check log for errors");
+}
+
+}  // namespace twk::batch

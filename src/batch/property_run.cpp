@@ -1,0 +1,122 @@
+#include "batch/property_run.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "batch/change_property.hpp"
+#include "batch/schema_properties.hpp"
+#include "directory/operations.hpp"
+#include "lifecycle/account_log.hpp"
+#include "session/session.hpp"
+
+namespace twk::batch {
+namespace {
+
+using session::ADProperties;
+using session::Session;
+
+constexpr std::string_view kChange = "C&hange";
+constexpr std::string_view kCancel = "&Cancel";
+
+/// A terminal-server setting needs a controller, of which each user's routine would tell in a box.
+void require_controller(Session& session) {
+  if (!terminal_server_number(session.ad_properties.AD_Properties.text.get()))
+    return;
+  static_cast<void>(session.platform.network.NetGetDCName("", directory::winnt_domain(session)));
+}
+
+void begin_log(Session& session) {
+  session.log.begin_block(session);
+  if (!session::is_debug(session))
+    return;
+  session.log.line("AD_property = " + session.ad_properties.AD_Properties.text.get());
+  session.log.line("Change Text = " + session.multi_user.AD_CHANGE.text.get());
+}
+
+void tell_end(Session& session) {
+  const ADProperties& tab = session.ad_properties;
+  const std::string users = base::to_text(tab.users);
+  controls::Label& status = session.multi_user.Label3;
+  if (tab.errors > 0) {
+    session::LOG_TAB(session, session::kYellow, " AD Property changed for " + users + " users. - had errors");
+    status.caption = "Properties changed for " + users + " users. - errors detected check log file.";
+  } else if (tab.stopped) {
+    session::LOG_TAB(session, session::kYellow, " AD Property changed for " + users + " users. - canceled");
+    status.caption = "Change Canceled. Properties changed for " + users + " users.";
+  } else {
+    session::LOG_TAB(session, session::kGreen, " AD Property changed for " + users + " users.");
+    status.caption = "Properties changed for " + users + " users.";
+  }
+}
+
+bool refuse(Session& session, const std::string& reason) {
+  session.ad_properties.failure = reason;
+  session.multi_user.Label3.caption = reason;
+  return false;
+}
+
+}  // namespace
+
+bool begin_run(Session& session) {
+  ADProperties& tab = session.ad_properties;
+  tab.users = tab.errors = tab.skipped = 0;
+  tab.stopped = false;
+  tab.failure.clear();
+  const std::string property(base::trim(tab.AD_Properties.text.get()));
+  if (property.empty())
+    return refuse(session, "Select the property to change first.");
+  if (tab.looked_up != property)
+    AD_Properties_Click(session);
+  if (tab.Syntax.caption.get().empty())
+    return refuse(session, session.multi_user.Label3.caption);
+  tab.running = true;
+  session.import.ImportStopped = false;
+  tab.CHANGE_AD.caption = std::string(kCancel);
+  return true;
+}
+
+void end_run(Session& session) {
+  session.ad_properties.running = false;
+  session.ad_properties.CHANGE_AD.caption = std::string(kChange);
+}
+
+bool is_cancelled(Session& session) {
+  session.platform.dialogs.DoEvents();
+  session.ad_properties.stopped = session.import.ImportStopped;
+  return session.ad_properties.stopped;
+}
+
+bool in_change_block(Session& session, const std::function<void()>& changes) {
+  ADProperties& tab = session.ad_properties;
+  tab.users = tab.errors = 0;
+  begin_log(session);
+  lifecycle::prepare_failure(session, "Error Retrieving Domain Info.", "Error Retrieving Domain Info.");
+  try {
+    require_controller(session);
+    changes();
+  } catch (const base::RuntimeError& failure) {
+    tab.failure = failure.description();
+    lifecycle::report_stopped(session, failure);
+    return false;
+  }
+  session.log.close();
+  tell_end(session);
+  return true;
+}
+
+void CHANGE_AD_Click(Session& session) {
+  ADProperties& tab = session.ad_properties;
+  if (tab.running) {
+    session.import.ImportStopped = true;
+    return;
+  }
+  const controls::ListView& selection = session.multi_user.ListView1;
+  if (selection.empty() || !begin_run(session))
+    return;
+  in_change_block(session, [&] {
+    for (std::size_t i = 0; i < selection.size() && !is_cancelled(session); ++i)
+      change_row(session, selection.at(i));
+  });
+  end_run(session);
+}
+
+}  // namespace twk::batch

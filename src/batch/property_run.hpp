@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+
+namespace twk::session {
+struct Session;
+}
+
+/// What the run over the selection and the run over a file have in common.
+namespace twk::batch {
+
+/// Looks the property up and turns the button `CHANGE_AD` into Cancel. False when no property is chosen, or
+/// one that the schema does not know; `Label3` and `failure` tell that.
+bool begin_run(session::Session& session);
+/// Puts the button back.
+void end_run(session::Session& session);
+/// Lets a press of Cancel in; true when there was one.
+bool is_cancelled(session::Session& session);
+
+/// One block of the log: the head, what `changes` does, and the closing texts with the counts since it began.
+/// What `changes` raises is logged, told in `failure` and on the log tab, and makes it False.
+bool in_change_block(session::Session& session, const std::function<void()>& changes);
+
+}  // namespace twk::batch
