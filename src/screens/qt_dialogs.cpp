@@ -128,7 +128,8 @@ void QtDialogs::beep() {
 }
 
 void QtDialogs::DoEvents() {
-  const bool can_stop = session_ != nullptr && session_->cancel_import.visible;
+  const bool can_stop =
+      session_ != nullptr && (session_->cancel_import.visible || session::is_running(session_->multi_user));
   QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }
 

@@ -8,9 +8,8 @@
 namespace twk::session {
 namespace {
 
-constexpr std::array<std::size_t, 2> kLaterOptions = {1, 4};  // multi-user functions, groups
-constexpr std::array kLaterPopup = {4, 5};                    // delete, move
-constexpr std::array<std::string_view, 3> kLaterKeys = {"deleteuser", "MultiUser", "Groups"};
+constexpr std::array<std::size_t, 1> kLaterOptions = {4};  // groups
+constexpr std::array<std::string_view, 1> kLaterKeys = {"Groups"};
 
 void switch_off(controls::MenuItem& item) {
   item.enabled = false;
@@ -22,16 +21,10 @@ void switch_off(controls::MenuItem& item) {
 void switch_off_later_commands(Form1& form) {
   for (const std::size_t index : kLaterOptions)
     switch_off(form.mnuOption.at(index));
-  for (const int index : kLaterPopup)
-    switch_off(form.mnupopup.at(static_cast<std::size_t>(index)));
   for (std::size_t i = 0; i < kToolbarKeys.size(); ++i) {
     if (std::find(kLaterKeys.begin(), kLaterKeys.end(), kToolbarKeys[i]) != kLaterKeys.end())
       switch_off(form.Toolbar1.at(i));
   }
-}
-
-bool is_later_popup_entry(int index) {
-  return std::find(kLaterPopup.begin(), kLaterPopup.end(), index) != kLaterPopup.end();
 }
 
 void tell_later_command(Session& session) {

@@ -12,8 +12,6 @@ struct Session;
 inline constexpr std::string_view kNotInThisVersion = "Not in this version";
 
 void switch_off_later_commands(Form1& form);
-/// True for an entry of the tree's popup that stays off whatever is selected.
-bool is_later_popup_entry(int index);
 /// Says in the status bar that nothing was done.
 void tell_later_command(Session& session);
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "batch/import.hpp"
+#include "batch/multi_user_window.hpp"
 #include "directory/ad_options.hpp"
 #include "directory/create_ou.hpp"
 #include "directory/find_user.hpp"
@@ -74,6 +75,8 @@ void mnuOption_Click(Session& session, int index) {
       editors::show_custom(session);
       break;
     case 1:
+      batch::show_multi_user(session);
+      break;
     case 4:
       tell_later_command(session);
       break;
@@ -86,7 +89,7 @@ void mnupopup_Click(Session& session, int index) {
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     return;
-  constexpr std::array kForUsers = {2, 6, 8, 9};
+  constexpr std::array kForUsers = {2, 4, 5, 6, 8, 9};
   if (node->image != "USER" && std::find(kForUsers.begin(), kForUsers.end(), index) != kForUsers.end())
     return;
   switch (index) {
@@ -95,6 +98,12 @@ void mnupopup_Click(Session& session, int index) {
       break;
     case 2:
       lifecycle::Reset_Password(session, *node);
+      break;
+    case 4:
+      batch::show_for_user(session, *node, multi_tab::kDelete);
+      break;
+    case 5:
+      batch::show_for_user(session, *node, multi_tab::kMove);
       break;
     case 6:
       lifecycle::Rename_User(session);
@@ -113,8 +122,6 @@ void mnupopup_Click(Session& session, int index) {
       run_custom_command(session, index, *node);
       break;
     default:
-      if (is_later_popup_entry(index))
-        tell_later_command(session);
       break;
   }
 }

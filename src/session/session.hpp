@@ -16,6 +16,7 @@
 #include "session/directory_windows.hpp"
 #include "session/editor_windows.hpp"
 #include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "session/windows.hpp"
 #include "stores/records.hpp"
 
