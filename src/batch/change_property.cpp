@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/property_run.hpp"
 #include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
 #include "format/variables.hpp"
@@ -21,7 +22,7 @@ constexpr int ADS_PROPERTY_APPEND = 3;
 /// One user and what it is to get.
 struct Step {
   Session& session;
-  platform::ObjectPtr user;
+  const SelectedUser& user;
   std::string property;
   std::string logon_name;
   std::string display_name;  ///< the user's name in its container
@@ -65,18 +66,18 @@ void set_attribute(const Step& step) {
   const ADProperties& tab = step.session.ad_properties;
   const platform::Value value = takes_bytes(step.session) ? platform::Value(parse_bytes(step.NewValue))
                                                           : platform::Value(step.NewValue);
-  if (tab.AD_Append.value && tab.AD_Replace.enabled)
-    step.user->PutEx(ADS_PROPERTY_APPEND, step.property, platform::ValueList{value});
+  if (tab.AD_Append.value && tab.multi_value)
+    step.user.object->PutEx(ADS_PROPERTY_APPEND, step.property, platform::ValueList{value});
   else
-    step.user->Put(step.property, value);
-  step.user->SetInfo();
+    step.user.object->Put(step.property, value);
+  step.user.object->SetInfo();
 }
 
 void change(Step& step, std::string_view value) {
   const auto number = terminal_server_number(step.property);
-  step.display_name = name_of(*step.user);
+  step.display_name = name_of(*step.user.object);
   step.NewValue = value;
-  step.logon_name = step.user->Get("samAccountName").text();
+  step.logon_name = step.user.object->Get("samAccountName").text();
   step.NewValue = format::FRString(value, "%UserName%", number ? step.logon_name : step.display_name);
   if (number)
     set_terminal_server(step, *number);
@@ -89,68 +90,72 @@ void tell(Session& session, const std::string& text) {
   session.log.line(text);
 }
 
-void tell_outcome(const Step& step, Reached reached, const base::Trap& trap) {
+/// `number` is 0 for a user who was changed.
+void tell_outcome(const Step& step, std::uint32_t number, const std::string& reason) {
   Session& session = step.session;
-  const bool changed = trap.number() == 0;
+  ADProperties& tab = session.ad_properties;
   const std::string words = step.property + "' to '" + step.NewValue + "' for " + step.display_name;
-  if (changed) {
+  if (number == 0)
     tell(session, "Change property:'" + words);
-  } else {
-    tell(session, reached == Reached::kAsMember ? "Error changing property:" + step.property + " to " +
-                                                      step.NewValue + " for " + step.display_name
-                                                : "Error changing property:'" + words);
-    session.ad_properties.reason = trap.description();
-    session.log.line("Error Number: " + base::to_text(trap.number()) + " " + trap.description());
-  }
-  if (session.ad_properties.user_done) {
-    session.ad_properties.user_done({.line = session.ad_properties.line,
-                                     .user = step.logon_name.empty() ? step.display_name : step.logon_name,
-                                     .value = step.NewValue,
-                                     .changed = changed,
-                                     .reason = trap.description()});
+  else if (step.user.as_member)
+    tell(session,
+         "Error changing property:" + step.property + " to " + step.NewValue + " for " + step.display_name);
+  else
+    tell(session, "Error changing property:'" + words);
+  if (number != 0)
+    session.log.line("Error Number: " + base::to_text(number) + " " + reason);
+  tab.reason = reason;
+  if (tab.user_done) {
+    tab.user_done({.line = tab.line,
+                   .user = step.logon_name.empty() ? step.display_name : step.logon_name,
+                   .value = step.NewValue,
+                   .changed = number == 0,
+                   .reason = reason});
   }
 }
 
-/// Raises what binding and reading raise.
-void change_those_of(Session& session, const controls::ListRow& row, const std::string& value) {
-  if (row.icon == "W2KGRP") {
-    for (const platform::ObjectPtr& member : session.platform.directory.GetObject(row.key)->Members()) {
-      if (base::equals_fold(member->Class(), "user"))
-        Change_AD_One(session, member, value, Reached::kAsMember);
-    }
-  } else if (row.icon == "USER") {
-    Change_AD_One(session, session.platform.directory.GetObject(row.key), value);
-  } else if (row.icon == "OU") {
-    const auto rows = directory::run_query(session, "<LDAP://" + session.DnsServerName + "/" + row.key +
-                                                        ">;(objectClass=User);ADsPath,Name;onelevel");
-    for (; !rows->at_eof(); rows->MoveNext())
-      Change_AD_One(session, session.platform.directory.GetObject(rows->field(0).text()), value);
-  }
+/// A row or a member that could not be read. Raises when no server answers.
+bool tell_unread(Session& session, const std::string& what, const base::RuntimeError& failure) {
+  if (failure.number() == platform::ads_error::kServerDown)
+    return false;
+  const SelectedUser nobody;
+  Step step{session, nobody, property_of(session), {}, what, session.multi_user.AD_CHANGE.text};
+  ++session.ad_properties.errors;
+  tell_outcome(step, failure.number(), failure.description());
+  return true;
 }
 
 }  // namespace
 
-bool Change_AD_One(Session& session, const platform::ObjectPtr& user, std::string_view value,
-                   Reached reached) {
+bool Change_AD_One(Session& session, const SelectedUser& user, std::string_view value) {
   ADProperties& tab = session.ad_properties;
   Step step{session, user, property_of(session), {}, {}, {}};
   base::Trap trap;
   const bool changed = trap([&] { change(step, value); });
   ++(changed ? tab.users : tab.errors);
-  tell_outcome(step, reached, trap);
+  tell_outcome(step, trap.number(), trap.description());
   return changed;
 }
 
-void change_row(Session& session, const controls::ListRow& row) {
+void change_selection(Session& session) {
+  // The field may be written over while the run lets events in.
   const std::string value = session.multi_user.AD_CHANGE.text;
-  base::Trap trap;
-  if (trap([&] { change_those_of(session, row, value); }))
-    return;
-  if (trap.number() == platform::ads_error::kServerDown)
-    base::raise(trap.number(), trap.description());
-  Step step{session, nullptr, property_of(session), {}, row.text, value};
-  ++session.ad_properties.errors;
-  tell_outcome(step, Reached::kByItself, trap);
+  WalkRules rules;
+  rules.goes_on = [&session] { return !is_cancelled(session); };
+  rules.failed = [&session](const std::string& what, const base::RuntimeError& failure) {
+    return tell_unread(session, what, failure);
+  };
+  walk_selection(session, rules, [&](SelectedUser& user) { Change_AD_One(session, user, value); });
+}
+
+void change_row(Session& session, const controls::ListRow& row) {
+  try {
+    Change_AD_One(session, {row.key, row.text, nullptr, session.platform.directory.GetObject(row.key)},
+                  session.multi_user.AD_CHANGE.text.get());
+  } catch (const base::RuntimeError& failure) {
+    if (!tell_unread(session, row.text, failure))
+      throw;
+  }
 }
 
 }  // namespace twk::batch

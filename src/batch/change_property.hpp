@@ -2,8 +2,7 @@
 
 #include <string_view>
 
-#include "controls/list_view.hpp"
-#include "platform/directory.hpp"
+#include "batch/selection_walk.hpp"
 
 namespace twk::session {
 struct Session;
@@ -12,19 +11,17 @@ struct Session;
 /// The tab "AD Properties": one property of many users.
 namespace twk::batch {
 
-/// How a user stands in the selection. Messages about a failure of a member have no quotes.
-enum class Reached { kByItself, kAsMember };
-
 /// Gives the property of `AD_Properties` that value, as `Syntax` and the frame "Multi Value" say: bytes from
 /// numbers with commas between, one value more, or the value alone in place of all others. "%UserName%" in it
 /// is the user's name in its container; in a terminal-server setting it is the account name. Writes the
-/// outcome to the log, `Label3` and `user_done`, and counts. False when the user was not changed.
-bool Change_AD_One(session::Session& session, const platform::ObjectPtr& user, std::string_view value,
-                   Reached reached = Reached::kByItself);
+/// outcome to the log, `Label3` and `user_done`, and counts; messages about a failure of a member of a group
+/// have no quotes. False when the user was not changed.
+bool Change_AD_One(session::Session& session, const SelectedUser& user, std::string_view value);
 
-/// Changes whom a row of the selection stands for, by the text of `AD_CHANGE`: a user, the users among a
-/// group's members, or those directly in an organizational unit. A row that cannot be read counts as an
-/// error; raises only when no server answers.
+/// Changes the users of the selection by the text of `AD_CHANGE`, until Cancel is pressed. A row that cannot
+/// be read counts as an error; raises only when no server answers.
+void change_selection(session::Session& session);
+/// The same for the user of one row, which need not be in the selection.
 void change_row(session::Session& session, const controls::ListRow& row);
 
 /// The button, whose caption tells what it does: runs over the selection with the text of `AD_CHANGE`, or

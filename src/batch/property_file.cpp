@@ -182,13 +182,13 @@ bool change_from_file(Session& session, std::string_view path, NoComma no_comma)
   ADProperties& tab = session.ad_properties;
   if (!begin_run(session))
     return false;
+  const RunningWindow running = running_window(session);
   FileRun run{session, file_title(path), no_comma};
   bool whole = false;
   base::Trap trap;
   trap([&] { whole = run_lines(run, import_text(session.platform.files.read(path))); });
   if (trap.number() != 0)
     tab.failure = file_title(path) + ": " + trap.description();
-  end_run(session);
   tab.users = run.users;
   tab.errors = run.errors;
   return whole;
@@ -197,7 +197,7 @@ bool change_from_file(Session& session, std::string_view path, NoComma no_comma)
 void DELIMPORT_Click(Session& session) {
   ADProperties& tab = session.ad_properties;
   platform::Dialogs& dialogs = session.platform.dialogs;
-  if (tab.running)
+  if (session::is_running(session.multi_user))
     return;
   const std::string property(base::trim(tab.AD_Properties.text.get()));
   if (property.empty()) {

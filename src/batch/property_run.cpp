@@ -5,7 +5,6 @@
 #include "batch/change_property.hpp"
 #include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
-#include "lifecycle/account_log.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {
@@ -13,9 +12,6 @@ namespace {
 
 using session::ADProperties;
 using session::Session;
-
-constexpr std::string_view kChange = "C&hange";
-constexpr std::string_view kCancel = "&Cancel";
 
 /// A terminal-server setting needs a controller, of which each user's routine would tell in a box.
 void require_controller(Session& session) {
@@ -68,15 +64,18 @@ bool begin_run(Session& session) {
     AD_Properties_Click(session);
   if (tab.Syntax.caption.get().empty())
     return refuse(session, session.multi_user.Label3.caption);
-  tab.running = true;
   session.import.ImportStopped = false;
-  tab.CHANGE_AD.caption = std::string(kCancel);
   return true;
 }
 
-void end_run(Session& session) {
-  session.ad_properties.running = false;
-  session.ad_properties.CHANGE_AD.caption = std::string(kChange);
+RunningWindow running_window(Session& session) {
+  session::MultiUser& window = session.multi_user;
+  ADProperties& tab = session.ad_properties;
+  return {session,
+          tab.CHANGE_AD,
+          {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Command1.enabled,
+           &window.Command2.enabled, &tab.AD_Properties.enabled, &window.AD_CHANGE.enabled,
+           &tab.AD_Append.enabled, &tab.AD_Replace.enabled}};
 }
 
 bool is_cancelled(Session& session) {
@@ -89,13 +88,12 @@ bool in_change_block(Session& session, const std::function<void()>& changes) {
   ADProperties& tab = session.ad_properties;
   tab.users = tab.errors = 0;
   begin_log(session);
-  lifecycle::prepare_failure(session, "Error Retrieving Domain Info.", "Error Retrieving Domain Info.");
   try {
     require_controller(session);
     changes();
   } catch (const base::RuntimeError& failure) {
     tab.failure = failure.description();
-    lifecycle::report_stopped(session, failure);
+    tell_run_failure(session, "Error Retrieving Domain Info.", failure);
     return false;
   }
   session.log.close();
@@ -104,19 +102,14 @@ bool in_change_block(Session& session, const std::function<void()>& changes) {
 }
 
 void CHANGE_AD_Click(Session& session) {
-  ADProperties& tab = session.ad_properties;
-  if (tab.running) {
+  if (session.ad_properties.CHANGE_AD.caption == std::string(session::kCancelCaption)) {
     session.import.ImportStopped = true;
     return;
   }
-  const controls::ListView& selection = session.multi_user.ListView1;
-  if (selection.empty() || !begin_run(session))
+  if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty() || !begin_run(session))
     return;
-  in_change_block(session, [&] {
-    for (std::size_t i = 0; i < selection.size() && !is_cancelled(session); ++i)
-      change_row(session, selection.at(i));
-  });
-  end_run(session);
+  const RunningWindow running = running_window(session);
+  in_change_block(session, [&] { change_selection(session); });
 }
 
 }  // namespace twk::batch

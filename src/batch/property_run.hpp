@@ -2,18 +2,16 @@
 
 #include <functional>
 
-namespace twk::session {
-struct Session;
-}
+#include "batch/run_controls.hpp"
 
 /// What the run over the selection and the run over a file have in common.
 namespace twk::batch {
 
-/// Looks the property up and turns the button `CHANGE_AD` into Cancel. False when no property is chosen, or
-/// one that the schema does not know; `Label3` and `failure` tell that.
+/// Looks the property up and clears the counts. False when no property is chosen, or one that the schema does
+/// not know; `Label3` and `failure` tell that.
 bool begin_run(session::Session& session);
-/// Puts the button back.
-void end_run(session::Session& session);
+/// The window while such a run is under way: `CHANGE_AD` is the button that stops it.
+RunningWindow running_window(session::Session& session);
 /// Lets a press of Cancel in; true when there was one.
 bool is_cancelled(session::Session& session);
 

@@ -4,7 +4,6 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "batch/property_run.hpp"
 #include "session/session.hpp"
 #include "stores/terminal_server_rows.hpp"
 
@@ -47,7 +46,6 @@ void fill_properties(Session& session) {
   ADProperties& tab = session.ad_properties;
   controls::ComboBox& box = tab.AD_Properties;
   box.clear();
-  end_run(session);
   controls::choose(tab.AD_Append, tab.AD_Replace, true);
   AD_Properties_Click(session);
   for (const std::string_view name : kTerminalServerNames)

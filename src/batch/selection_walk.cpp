@@ -79,7 +79,7 @@ class Walk {
       const std::string name = bare_name(one->Name());
       const bool ad = session::is_active_directory(session_);
       const std::string path = ad ? one->ADsPath() : directory::winnt_path(session_, name);
-      guarded(path, [&] { visit_user({path, name, row_of(path, name), ad ? one : nullptr}); });
+      guarded(path, [&] { visit_user({path, name, row_of(path, name), ad ? one : nullptr, true}); });
     }
   }
 

@@ -22,6 +22,7 @@ struct SelectedUser {
   /// The user's own row of the selection; none for one that only a group or a unit of it stands for.
   controls::ListRow* row = nullptr;
   platform::ObjectPtr object;  ///< bound by `path` when the walk binds, else none
+  bool as_member = false;      ///< a group of the selection stands for it
 };
 
 /// What the functions of the multi-user window want of the walk.

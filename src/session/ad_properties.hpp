@@ -5,6 +5,7 @@
 #include <string>
 
 #include "controls/basic.hpp"
+#include "session/multi_user.hpp"
 
 /// State of the tab "AD Properties" of the window `MultiUser`, but for the field `AD_CHANGE`, which the
 /// window holds. Fields bear the names of the tab's controls.
@@ -26,7 +27,7 @@ struct ADProperties {
   controls::Observable<bool> multi_value{false};  ///< the frame "Multi Value" can be used
   controls::OptionButton AD_Append;
   controls::OptionButton AD_Replace;
-  controls::Button CHANGE_AD;
+  controls::Button CHANGE_AD = button("C&hange");
 
   std::string looked_up;     ///< the property that `Syntax` and the frame are about
   std::int32_t users = 0;    ///< of the last run: changed
@@ -34,9 +35,8 @@ struct ADProperties {
   std::int32_t skipped = 0;  ///< lines of the last file that named nobody in the list
   std::int32_t line = 0;     ///< of the file that the run is at; 0 for a run over the selection
   std::string reason;        ///< why the last user was not changed
-  bool running = false;
-  bool stopped = false;  ///< the last run was ended by Cancel
-  std::string failure;   ///< why the last run ended before its time; empty when it did not
+  bool stopped = false;      ///< the last run was ended by Cancel
+  std::string failure;       ///< why the last run ended before its time; empty when it did not
   /// Told after each user and each line that is passed over; may be empty.
   std::function<void(const PropertyOutcome&)> user_done;
 };

@@ -150,7 +150,7 @@ TEST(ChangeProperty, ServerThatIsGoneEndsTheRun) {
   EXPECT_EQ(world.status(), "Error Retrieving Domain Info.");
   EXPECT_THAT(world.log(), HasSubstr("no server answers"));
   EXPECT_EQ(world.session.ad_properties.failure, "no server answers");
-  EXPECT_FALSE(world.session.ad_properties.running);
+  EXPECT_FALSE(session::is_running(world.session.multi_user));
   EXPECT_EQ(world.session.ad_properties.CHANGE_AD.caption, std::string("C&hange"));
 }
 

@@ -16,8 +16,8 @@ namespace twk::batch {
 /// A lab with jo, ann and kim, whose names are "jo Lee" and so on, and the tab "AD Properties" filled.
 class PropertyWorld : public test::LabSession {
  public:
-  explicit PropertyWorld(std::string_view command_line = "", platform::Dialogs* boxes = nullptr)
-      : LabSession(lab::DomainKind::kNative, command_line, boxes) {
+  explicit PropertyWorld(std::string_view command_line = "")
+      : LabSession(lab::DomainKind::kNative, command_line) {
     for (const std::string name : {"jo", "ann", "kim"})
       add_user("CN=" + name + " Lee", name);
     start();
