@@ -145,7 +145,12 @@ void change_selection(Session& session) {
   rules.failed = [&session](const std::string& what, const base::RuntimeError& failure) {
     return tell_unread(session, what, failure);
   };
-  walk_selection(session, rules, [&](SelectedUser& user) { Change_AD_One(session, user, value); });
+  const std::size_t all = session.multi_user.ListView1.size();
+  walk_selection(session, rules, [&](SelectedUser& user) {
+    if (user.row != nullptr && !user.as_member)
+      show_progress(session, session.multi_user.ListView1.place_of(*user.row), all);
+    Change_AD_One(session, user, value);
+  });
 }
 
 void change_row(Session& session, const controls::ListRow& row) {

@@ -7,6 +7,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/delete_options.hpp"
+#include "batch/schema_properties.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/nt_load.hpp"
@@ -113,6 +114,7 @@ void MultiUser_Load(Session& session) {
 void show_multi_user(Session& session) {
   if (!session.multi_user.initialized)
     MultiUser_Initialize(session);
+  prepare_properties(session);
   session.platform.dialogs.show_modal("MultiUser");
 }
 

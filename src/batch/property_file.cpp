@@ -164,6 +164,7 @@ bool run_lines(FileRun& run, std::string_view text) {
   std::size_t position = 0;
   std::string_view line;
   for (std::int32_t number = 1; next_line(text, position, line); ++number) {
+    show_progress(run.session, position, text.size());
     if (is_cancelled(run.session))
       return false;
     if (base::trim(line).empty())
@@ -182,7 +183,7 @@ bool change_from_file(Session& session, std::string_view path, NoComma no_comma)
   ADProperties& tab = session.ad_properties;
   if (!begin_run(session))
     return false;
-  const RunningWindow running = running_window(session);
+  const PropertyRun running(session);
   FileRun run{session, file_title(path), no_comma};
   bool whole = false;
   base::Trap trap;

@@ -1,5 +1,7 @@
 #include "batch/property_run.hpp"
 
+#include <algorithm>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/change_property.hpp"
@@ -68,14 +70,24 @@ bool begin_run(Session& session) {
   return true;
 }
 
-RunningWindow running_window(Session& session) {
-  session::MultiUser& window = session.multi_user;
-  ADProperties& tab = session.ad_properties;
-  return {session,
-          tab.CHANGE_AD,
-          {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Command1.enabled,
-           &window.Command2.enabled, &tab.AD_Properties.enabled, &window.AD_CHANGE.enabled,
-           &tab.AD_Append.enabled, &tab.AD_Replace.enabled}};
+PropertyRun::PropertyRun(Session& session)
+    : window_(session, session.ad_properties.CHANGE_AD,
+              {&session.multi_user.Command7.enabled, &session.multi_user.DELIMPORT.enabled,
+               &session.multi_user.Command1.enabled, &session.multi_user.Command2.enabled,
+               &session.multi_user.AD_CHANGE.enabled, &session.ad_properties.AD_Properties.enabled,
+               &session.ad_properties.AD_Append.enabled, &session.ad_properties.AD_Replace.enabled}),
+      bar_(session.ad_properties.progress_visible) {
+  session.ad_properties.progress.value = 0;
+  bar_ = true;
+}
+
+PropertyRun::~PropertyRun() {
+  bar_ = false;
+}
+
+void show_progress(Session& session, std::size_t done, std::size_t all) {
+  constexpr std::size_t kWhole = 100;
+  session.ad_properties.progress.value = static_cast<int>(done * kWhole / std::max<std::size_t>(all, 1));
 }
 
 bool is_cancelled(Session& session) {
@@ -108,7 +120,7 @@ void CHANGE_AD_Click(Session& session) {
   }
   if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty() || !begin_run(session))
     return;
-  const RunningWindow running = running_window(session);
+  const PropertyRun running(session);
   in_change_block(session, [&] { change_selection(session); });
 }
 

@@ -1,5 +1,6 @@
 #include "batch/schema_properties.hpp"
 
+#include <algorithm>
 #include <array>
 
 #include "base/errors.hpp"
@@ -40,7 +41,29 @@ void show(ADProperties& tab, std::string syntax, bool multi_valued) {
   tab.AD_Replace.enabled = multi_valued;
 }
 
+std::string chosen(const Session& session) {
+  return std::string(base::trim(session.ad_properties.AD_Properties.text.get()));
+}
+
 }  // namespace
+
+void prepare_properties(Session& session) {
+  ADProperties& tab = session.ad_properties;
+  if (!session::is_active_directory(session)) {
+    tab.AD_Properties.clear();
+    tab.filled_for.clear();
+    return;
+  }
+  if (tab.filled_for == session.DomainName)
+    return;
+  base::Trap trap;
+  if (trap([&] { fill_properties(session); })) {
+    tab.filled_for = session.DomainName;
+    return;
+  }
+  session.platform.dialogs.MsgBox("Error Setting AD Properties in mutliuser form", platform::Buttons::kOk,
+                                  platform::Icon::kExclamation, "");
+}
 
 void fill_properties(Session& session) {
   ADProperties& tab = session.ad_properties;
@@ -59,7 +82,7 @@ void fill_properties(Session& session) {
 
 void AD_Properties_Click(Session& session) {
   ADProperties& tab = session.ad_properties;
-  const std::string property(base::trim(tab.AD_Properties.text.get()));
+  const std::string property = chosen(session);
   tab.looked_up = property;
   if (property.empty())
     return show(tab, {}, false);
@@ -78,6 +101,22 @@ void AD_Properties_Click(Session& session) {
     return;
   show(tab, {}, false);
   session.multi_user.Label3.caption = "\"" + property + "\" is no property: " + trap.description();
+}
+
+void AD_Properties_Change(Session& session) {
+  ADProperties& tab = session.ad_properties;
+  const std::vector<std::string>& names = tab.AD_Properties.items();
+  const std::string property = chosen(session);
+  if (std::any_of(names.begin(), names.end(),
+                  [&](const std::string& name) { return base::equals_fold(name, property); }))
+    return AD_Properties_Click(session);
+  tab.looked_up.clear();
+  show(tab, {}, false);
+}
+
+void AD_Properties_Leave(Session& session) {
+  if (session.ad_properties.looked_up != chosen(session))
+    AD_Properties_Click(session);
 }
 
 std::optional<std::int16_t> terminal_server_number(std::string_view property) {

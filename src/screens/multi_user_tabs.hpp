@@ -10,6 +10,7 @@ namespace twk::screens {
 QWidget* make_multi_delete_tab(session::Session& session, QWidget* parent);
 QWidget* make_multi_move_tab(session::Session& session, QWidget* parent);
 QWidget* make_multi_accounts_tab(session::Session& session, QWidget* parent);
+QWidget* make_multi_properties_tab(session::Session& session, QWidget* parent);
 
 /// The lists of users, groups and units, the selection beside them, and what moves rows between them.
 QWidget* make_multi_lists(session::Session& session, QWidget* parent);

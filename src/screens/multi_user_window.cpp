@@ -36,6 +36,8 @@ QTabWidget* make_tabs(Session& session, QWidget* parent) {
   tabs->addTab(make_multi_delete_tab(session, tabs), "Delete Users");
   tabs->addTab(make_multi_move_tab(session, tabs), "Move Users");
   tabs->addTab(make_multi_accounts_tab(session, tabs), "Accounts");
+  tabs->addTab(make_multi_properties_tab(session, tabs), "AD Properties");
+  tabs->setTabVisible(session::multi_tab::kProperties, session::is_active_directory(session));
   follow(*tabs, session.multi_user.SSTab1, [tabs](int tab) { tabs->setCurrentIndex(tab); });
   QObject::connect(tabs, &QTabWidget::currentChanged, tabs,
                    [&session](int tab) { session.multi_user.SSTab1 = tab; });

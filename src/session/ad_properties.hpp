@@ -28,7 +28,10 @@ struct ADProperties {
   controls::OptionButton AD_Append;
   controls::OptionButton AD_Replace;
   controls::Button CHANGE_AD = button("C&hange");
+  controls::ProgressBar progress;
+  controls::Observable<bool> progress_visible{false};
 
+  std::string filled_for;    ///< the domain whose schema `AD_Properties` shows
   std::string looked_up;     ///< the property that `Syntax` and the frame are about
   std::int32_t users = 0;    ///< of the last run: changed
   std::int32_t errors = 0;   ///< of the last run: not changed
