@@ -27,7 +27,7 @@ void select_group(ListView& list, const ListView& other, const std::string& name
   if (rows.size() > 1)
     throw Refused("More than one group is called \"" + name + "\".");
   if (rows.size() == 1) {
-    list.set_selected(list.at(rows.front()->place), true);
+    list.set_selected(list.at(list.place_of(*rows.front())), true);
     return;
   }
   if (!other.find_text(name).empty())

@@ -23,15 +23,17 @@ ListRow& ListView::add(std::string key, std::string text, std::string icon,
   row->text = std::move(text);
   row->icon = std::move(icon);
   row->sub_items = std::move(sub_items);
-  row->place = rows_.size();
   ListRow& added = *row;
   if (!added.key.empty() && !by_key_.emplace(base::upper(added.key), &added).second) {
     throw base::RuntimeError(base::error::kKeyNotUnique, "Key is not unique in collection: " + added.key);
   }
   by_text_.emplace(folded_text(added.text), &added);
-  tell(Kind::kInserting, added.place);
+  const std::size_t place = rows_.size();
+  tell(Kind::kInserting, place);
+  if (numbered_ == place)
+    added.place_ = numbered_++;
   rows_.push_back(std::move(row));
-  tell(Kind::kInserted, added.place);
+  tell(Kind::kInserted, place);
   return added;
 }
 
@@ -42,18 +44,48 @@ void ListView::unlink(Index& index, std::string_view folded, const ListRow& row)
     index.erase(found);
 }
 
-void ListView::remove(const ListRow& row) {
-  const std::size_t place = row.place;
-  if (place >= rows_.size() || rows_[place].get() != &row)
-    return;
+std::size_t ListView::place_of(const ListRow& row) const {
+  if (row.place_ >= numbered_ || rows_[row.place_].get() != &row) {
+    for (; numbered_ < rows_.size(); ++numbered_)
+      rows_[numbered_]->place_ = numbered_;
+  }
+  return row.place_;
+}
+
+bool ListView::holds(const ListRow& row) const {
+  const std::size_t place = place_of(row);
+  return place < rows_.size() && rows_[place].get() == &row;
+}
+
+void ListView::forget(const ListRow& row) {
   if (!row.key.empty())
     by_key_.erase(base::upper(row.key));
   unlink(by_text_, folded_text(row.text), row);
+}
+
+void ListView::remove(const ListRow& row) {
+  if (!holds(row))
+    return;
+  const std::size_t place = place_of(row);
+  forget(row);
   tell(Kind::kRemoving, place);
   rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(place));
-  for (std::size_t i = place; i < rows_.size(); ++i)
-    rows_[i]->place = i;
+  numbered_ = std::min(numbered_, place);
   tell(Kind::kRemoved, place);
+}
+
+ListView::Rows ListView::take(const std::vector<const ListRow*>& rows) {
+  Rows taken;
+  taken.reserve(rows.size());
+  for (const ListRow* const row : rows) {
+    if (!holds(*row))
+      continue;
+    forget(*row);
+    taken.push_back(std::move(rows_[place_of(*row)]));
+  }
+  rows_.erase(std::remove(rows_.begin(), rows_.end(), nullptr), rows_.end());
+  numbered_ = 0;
+  return taken;
 }
 
 void ListView::clear() {
@@ -61,6 +93,7 @@ void ListView::clear() {
   by_key_.clear();
   by_text_.clear();
   rows_.clear();
+  numbered_ = 0;
   tell(Kind::kReset);
 }
 
@@ -75,7 +108,7 @@ std::vector<const ListRow*> ListView::find_text(std::string_view text) const {
   for (auto entry = first; entry != last; ++entry)
     found.push_back(entry->second);
   std::sort(found.begin(), found.end(),
-            [](const ListRow* a, const ListRow* b) { return a->place < b->place; });
+            [this](const ListRow* a, const ListRow* b) { return place_of(*a) < place_of(*b); });
   return found;
 }
 
@@ -83,7 +116,7 @@ void ListView::set_text(ListRow& row, std::string text) {
   unlink(by_text_, folded_text(row.text), row);
   row.text = std::move(text);
   by_text_.emplace(folded_text(row.text), &row);
-  tell(Kind::kChanged, row.place);
+  tell(Kind::kChanged, place_of(row));
 }
 
 void ListView::set_key(ListRow& row, std::string key) {
@@ -103,12 +136,12 @@ void ListView::set_sub_item(ListRow& row, std::size_t number, std::string text) 
   if (row.sub_items.size() < number)
     row.sub_items.resize(number);
   row.sub_items.at(number - 1) = std::move(text);
-  tell(Kind::kChanged, row.place);
+  tell(Kind::kChanged, place_of(row));
 }
 
 void ListView::set_icon(ListRow& row, std::string icon) {
   row.icon = std::move(icon);
-  tell(Kind::kChanged, row.place);
+  tell(Kind::kChanged, place_of(row));
 }
 
 void ListView::set_selected(ListRow& row, bool selected) {
@@ -120,12 +153,26 @@ void ListView::set_selected(ListRow& row, bool selected) {
 
 void ListView::set_checked(ListRow& row, bool checked) {
   row.checked = checked;
-  tell(Kind::kChanged, row.place);
+  tell(Kind::kChanged, place_of(row));
+}
+
+void ListView::set_ghosted(ListRow& row, bool ghosted) {
+  row.ghosted = ghosted;
+  tell(Kind::kChanged, place_of(row));
 }
 
 ListRow* ListView::selected() {
   const auto found = std::find_if(rows_.begin(), rows_.end(), [](const auto& row) { return row->selected; });
   return found == rows_.end() ? nullptr : found->get();
+}
+
+std::vector<const ListRow*> ListView::selected_rows() const {
+  std::vector<const ListRow*> all;
+  for (const auto& row : rows_) {
+    if (row->selected)
+      all.push_back(row.get());
+  }
+  return all;
 }
 
 void ListView::select(ListRow* row) {
@@ -157,6 +204,34 @@ void move_row(ListView& from, const ListRow& row, ListView& to) {
   std::string icon = row.icon;
   from.remove(row);
   to.add(std::move(key), std::move(text), std::move(icon));
+}
+
+void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to) {
+  constexpr std::size_t kFew = 32;
+  const bool from_draws = from.drawing_;
+  const bool to_draws = to.drawing_;
+  if (rows.size() > kFew) {
+    from.set_drawing(false);
+    to.set_drawing(false);
+  }
+  const auto put = [&to](const ListRow& row) {
+    if (row.key.empty() || to.find_key(row.key) == nullptr)
+      to.add(row.key, row.text, row.icon);
+  };
+  if (rows.size() > kFew) {
+    for (const auto& row : from.take(rows))
+      put(*row);
+  } else {
+    for (const ListRow* const row : rows) {
+      if (!from.holds(*row))
+        continue;
+      const ListRow taken = *row;
+      from.remove(*row);
+      put(taken);
+    }
+  }
+  from.set_drawing(from_draws);
+  to.set_drawing(to_draws);
 }
 
 }  // namespace twk::controls

@@ -11,6 +11,8 @@
 
 namespace twk::controls {
 
+class ListView;
+
 /// One row of a list: what the first column shows, the columns behind it, a small picture by name.
 struct ListRow {
   std::string key;  ///< unique in the list without regard to case, or empty
@@ -19,7 +21,11 @@ struct ListRow {
   std::vector<std::string> sub_items;  ///< sub-item 1 is at place 0
   bool selected = false;
   bool checked = false;
-  std::size_t place = 0;  ///< from the top; kept by the list
+  bool ghosted = false;  ///< shown pale: what it stands for is gone
+
+ private:
+  friend class ListView;
+  std::size_t place_ = 0;  ///< from the top, as far as the list has its rows numbered
 };
 
 /// What happens to the rows of a list. An insertion, a removal and a reset are told before and after.
@@ -31,7 +37,7 @@ struct ListChange {
     kRemoved,
     kResetting,  ///< until kReset the rows may be any
     kReset,
-    kChanged,   ///< text, icon or a sub-item of the row
+    kChanged,   ///< text, icon, look or a sub-item of the row
     kSelected,  ///< other rows are selected than before
   };
   Kind kind;
@@ -48,6 +54,7 @@ class ListView {
   /// Adds at the end. Raises kKeyNotUnique.
   ListRow& add(std::string key, std::string text, std::string icon = {},
                std::vector<std::string> sub_items = {});
+  /// Rows that are removed from the last to the first cost no walk of the others.
   void remove(const ListRow& row);
   void clear();
 
@@ -55,6 +62,8 @@ class ListView {
   [[nodiscard]] bool empty() const { return rows_.empty(); }
   [[nodiscard]] const ListRow& at(std::size_t place) const { return *rows_.at(place); }
   [[nodiscard]] ListRow& at(std::size_t place) { return *rows_.at(place); }
+  /// From the top, for a row of this list.
+  [[nodiscard]] std::size_t place_of(const ListRow& row) const;
 
   [[nodiscard]] const ListRow* find_key(std::string_view key) const;
   /// The rows whose trimmed text equals the trimmed text without regard to case, in list order.
@@ -68,9 +77,12 @@ class ListView {
   void set_icon(ListRow& row, std::string icon);
   void set_selected(ListRow& row, bool selected);
   void set_checked(ListRow& row, bool checked);
+  void set_ghosted(ListRow& row, bool ghosted);
 
   /// The first selected row, or none.
   [[nodiscard]] ListRow* selected();
+  /// All of them, from the top.
+  [[nodiscard]] std::vector<const ListRow*> selected_rows() const;
   /// Makes this the only selected row; none deselects all.
   void select(ListRow* row);
 
@@ -82,10 +94,18 @@ class ListView {
 
  private:
   using Index = std::unordered_multimap<std::string, ListRow*>;
+  using Rows = std::vector<std::unique_ptr<ListRow>>;
+  friend void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to);
+
   static void unlink(Index& index, std::string_view folded, const ListRow& row);
+  [[nodiscard]] bool holds(const ListRow& row) const;
+  void forget(const ListRow& row);
+  /// Takes the rows out, in the order given, without a word to the watchers.
+  Rows take(const std::vector<const ListRow*>& rows);
   void tell(ListChange::Kind kind, std::size_t place = 0) const;
 
-  std::vector<std::unique_ptr<ListRow>> rows_;
+  Rows rows_;
+  mutable std::size_t numbered_ = 0;  ///< the rows before this place know theirs
   std::unordered_map<std::string, ListRow*> by_key_;
   Index by_text_;
   Channel<const ListChange&> changes_;
@@ -94,5 +114,9 @@ class ListView {
 
 /// Moves a row, with key, text and icon, to the end of another list.
 void move_row(ListView& from, const ListRow& row, ListView& to);
+/// The same for many, in the order given, in time that grows with the lists and not with their product. Rows
+/// that are not in the first list are passed over; a row whose key the other list has already is only
+/// removed. Many rows are told as a reset of both lists.
+void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to);
 
 }  // namespace twk::controls

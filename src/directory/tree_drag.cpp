@@ -15,7 +15,7 @@ using session::Session;
 void set_row_key(controls::ListView& list, std::string_view old_key, const std::string& key) {
   if (const ListRow* const row = list.find_key(old_key)) {
     base::Trap trap;
-    trap([&] { list.set_key(list.at(row->place), key); });
+    trap([&] { list.set_key(list.at(list.place_of(*row)), key); });
   }
 }
 

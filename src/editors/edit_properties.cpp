@@ -212,7 +212,7 @@ void Listviewmnu_Delete(Session& session, std::int32_t list_mode) {
                                       platform::Icon::kQuestion, "Delete Row") != platform::Answer::kYes)
     return;
   change_list(session, list_mode, [row](ListView& list) {
-    const std::size_t place = row->place;
+    const std::size_t place = list.place_of(*row);
     list.remove(*row);
     list.select(list.empty() ? nullptr : &list.at(std::min(place, list.size() - 1)));
   });

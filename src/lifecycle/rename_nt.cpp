@@ -43,7 +43,7 @@ void rename_account(Session& session, controls::TreeNode& node, const std::strin
   taken([&] { session.form1.TreeView1.set_key(node, new_name); });
   for (controls::ListView* const list : {&session.multi_user.ListView2, &session.groups.NotMembers}) {
     if (const controls::ListRow* const row = list->find_key(old_name)) {
-      controls::ListRow& found = list->at(row->place);
+      controls::ListRow& found = list->at(list->place_of(*row));
       taken([&] { list->set_key(found, new_name); });
       list->set_text(found, new_name);
     }

@@ -74,7 +74,7 @@ void set_row(controls::ListView& list, const std::string& old_key, const control
   const controls::ListRow* const found = list.find_key(old_key);
   if (found == nullptr)
     return;
-  controls::ListRow& row = list.at(found->place);
+  controls::ListRow& row = list.at(list.place_of(*found));
   list.set_key(row, node.key);
   list.set_text(row, node.text);
 }

@@ -1,5 +1,8 @@
 #include "screens/list_model.hpp"
 
+#include <QGuiApplication>
+#include <QPalette>
+
 #include "base/text.hpp"
 #include "screens/icons.hpp"
 #include "screens/text.hpp"
@@ -68,6 +71,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     return {};
   if (role == Qt::DisplayRole || role == Qt::EditRole)
     return to_qt(column_text(*row, index.column()));
+  if (role == Qt::ForegroundRole && row->ghosted)
+    return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
   if (role == Qt::ToolTipRole)
     return to_qt(column_text(*row, index.column())).toHtmlEscaped();
   if (index.column() != 0)

@@ -73,7 +73,7 @@ ListRow* ListPane::row(const QModelIndex& index) const {
 }
 
 QModelIndex ListPane::index_of(const ListRow& row) const {
-  return order_->mapFromSource(model_->index(static_cast<int>(row.place), 0));
+  return order_->mapFromSource(model_->index(static_cast<int>(list_->place_of(row)), 0));
 }
 
 void ListPane::show_selection() {

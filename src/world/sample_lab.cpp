@@ -109,7 +109,7 @@ void add_group(Session& session, const char* name) {
   const auto rows = groups.find_text(name);
   if (rows.empty())
     refuse(std::string("The domain has no group \"") + name + "\".");
-  groups.select(&groups.at(rows.front()->place));
+  groups.select(&groups.at(groups.place_of(*rows.front())));
   stores::add_Click(session);
 }
 
@@ -118,7 +118,7 @@ void choose_primary_group(Session& session, const char* name) {
   const auto rows = chosen.find_text(name);
   if (rows.empty())
     refuse(std::string("The group \"") + name + "\" was not added.");
-  chosen.select(&chosen.at(rows.front()->place));
+  chosen.select(&chosen.at(chosen.place_of(*rows.front())));
   stores::SetPriGroup(session);
 }
 

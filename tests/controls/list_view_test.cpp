@@ -58,6 +58,47 @@ TEST(ListView, MovesARowWithKeyTextAndIconToTheEndOfAnother) {
   EXPECT_EQ(to.at(1).icon, "W2KGRP");
 }
 
+TEST(ListView, MovesManyRowsInTheOrderGivenAndKeepsTheOthers) {
+  ListView from;
+  ListView to;
+  std::vector<const ListRow*> even;
+  for (int i = 0; i < 100; ++i) {
+    const ListRow& row = from.add("key " + std::to_string(i), std::to_string(i), "USER");
+    if (i % 2 == 0)
+      even.insert(even.begin(), &row);
+  }
+  even.push_back(even.front());
+  to.add("KEY 4", "four");
+  even.push_back(&to.at(0));
+  move_rows(from, even, to);
+  ASSERT_EQ(from.size(), 50U);
+  EXPECT_EQ(from.at(1).text, "3");
+  EXPECT_EQ(from.place_of(from.at(49)), 49U);
+  EXPECT_EQ(from.find_key("key 98"), nullptr);
+  ASSERT_EQ(to.size(), 50U) << "a row whose key is there is not added again";
+  EXPECT_EQ(to.at(1).text, "98");
+  EXPECT_EQ(to.at(49).text, "0");
+  EXPECT_EQ(to.find_key("Key 98"), &to.at(1));
+  from.remove(from.at(0));
+  EXPECT_EQ(from.place_of(*from.find_key("key 99")), 48U);
+}
+
+TEST(ListView, MovesFewRowsOneByOneForTheWatchers) {
+  ListView from;
+  ListView to;
+  for (const char* const name : {"Ann", "Bob", "Cay"})
+    from.set_selected(from.add(name, name), true);
+  from.set_selected(from.at(1), false);
+  std::vector<ListChange::Kind> told;
+  const Watch watch = from.watch([&](const ListChange& change) { told.push_back(change.kind); });
+  move_rows(from, from.selected_rows(), to);
+  EXPECT_THAT(texts(from), testing::ElementsAre("Bob"));
+  EXPECT_THAT(texts(to), testing::ElementsAre("Ann", "Cay"));
+  EXPECT_FALSE(to.at(0).selected);
+  using Kind = ListChange::Kind;
+  EXPECT_THAT(told, testing::ElementsAre(Kind::kRemoving, Kind::kRemoved, Kind::kRemoving, Kind::kRemoved));
+}
+
 /// What was told, as "inserting 0, inserted 0".
 template <typename Control>
 class Told {
@@ -91,7 +132,7 @@ TEST(ListView, TellsInsertionsAndRemovalsBeforeAndAfterWithTheirPlace) {
   list.remove(list.at(0));
   EXPECT_EQ(told.kinds, numbers({Kind::kInserting, Kind::kInserted, Kind::kRemoving, Kind::kRemoved}));
   EXPECT_THAT(told.places, testing::ElementsAre(1, 1, 0, 0));
-  EXPECT_EQ(list.at(0).place, 0U) << "what moved up knows its new place";
+  EXPECT_EQ(list.place_of(list.at(0)), 0U) << "what moved up knows its new place";
 }
 
 TEST(ListView, TellsNothingButAResetWhileDrawingIsOff) {

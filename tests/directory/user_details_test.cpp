@@ -168,7 +168,7 @@ TEST_P(UserDetails, GroupsAreAddedAndRemovedAtOnceAndRefusedOnesStay) {
   controls::ListView& others = jo.form.ListView3;
   jo.form.ListView4.select(&jo.form.ListView4.at(1));
   for (const char* const name : {"Readers", "Domain Guests"})
-    others.set_selected(others.at(others.find_text(name).front()->place), true);
+    others.set_selected(others.at(others.place_of(*others.find_text(name).front())), true);
   ListView3_Click(session);
   EXPECT_EQ(jo.form.ListView4.selected(), nullptr);
   EXPECT_TRUE(jo.form.UM_ADD_GROUP.enabled && !jo.form.UM_REMOVE_GROUP.enabled);

@@ -122,7 +122,7 @@ TEST_F(EditPropertiesTest, AFileThatCannotBeWrittenIsToldAndTheListStays) {
     act(session, mode::kMail);
     EXPECT_EQ(test::texts(form1.ListView8), before);
     ASSERT_NE(form1.ListView8.selected(), nullptr);
-    EXPECT_EQ(form1.ListView8.selected()->place, 1U);
+    EXPECT_EQ(form1.ListView8.place_of(*form1.ListView8.selected()), 1U);
   }
   EXPECT_FALSE(closed) << "what was typed is to stay in the window";
 }
