@@ -134,6 +134,9 @@ class Walk {
       user.object.reset();
     else if (user.object == nullptr)
       user.object = session_.platform.directory.GetObject(user.path);
+    // What a list shows may be another of the user's names.
+    if (user.object != nullptr)
+      user.name = bare_name(user.object->Name());
     visit_(user);
   }
 
