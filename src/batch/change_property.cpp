@@ -107,7 +107,8 @@ void tell_outcome(const Step& step, std::uint32_t number, const std::string& rea
   tab.reason = reason;
   if (tab.user_done) {
     tab.user_done({.line = tab.line,
-                   .user = step.logon_name.empty() ? step.display_name : step.logon_name,
+                   .user = step.display_name,
+                   .path = step.user.path,
                    .value = step.NewValue,
                    .changed = number == 0,
                    .reason = reason});
@@ -153,12 +154,12 @@ void change_selection(Session& session) {
   });
 }
 
-void change_row(Session& session, const controls::ListRow& row) {
+void change_user_at(Session& session, const std::string& path, const std::string& name) {
   try {
-    Change_AD_One(session, {row.key, row.text, nullptr, session.platform.directory.GetObject(row.key)},
+    Change_AD_One(session, {path, name, nullptr, session.platform.directory.GetObject(path)},
                   session.multi_user.AD_CHANGE.text.get());
   } catch (const base::RuntimeError& failure) {
-    if (!tell_unread(session, row.text, failure))
+    if (!tell_unread(session, name, failure))
       throw;
   }
 }

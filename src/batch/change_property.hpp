@@ -21,8 +21,8 @@ bool Change_AD_One(session::Session& session, const SelectedUser& user, std::str
 /// Changes the users of the selection by the text of `AD_CHANGE`, until Cancel is pressed. A row that cannot
 /// be read counts as an error; raises only when no server answers.
 void change_selection(session::Session& session);
-/// The same for the user of one row, which need not be in the selection.
-void change_row(session::Session& session, const controls::ListRow& row);
+/// The same for one user, whom messages call `name` while it is not read.
+void change_user_at(session::Session& session, const std::string& path, const std::string& name);
 
 /// The button, whose caption tells what it does: runs over the selection with the text of `AD_CHANGE`, or
 /// ends a run after the user in hand. An empty selection does nothing; a property that the schema does not

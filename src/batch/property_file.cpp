@@ -5,6 +5,7 @@
 #include "batch/change_property.hpp"
 #include "batch/csv_layout.hpp"
 #include "batch/property_run.hpp"
+#include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/session.hpp"
@@ -19,8 +20,8 @@ constexpr std::string_view kTitle = "AD Propeties Import";
 
 struct FileRun {
   Session& session;
-  std::string title;  ///< the file's name without its folder
-  NoComma no_comma;
+  std::string title;
+  const FileRules& rules;
   std::int32_t users = 0;  ///< of all lines: changed
   std::int32_t errors = 0;
 };
@@ -73,6 +74,7 @@ void tell_undone(FileRun& run, const Line& line, const std::string& reason, bool
   if (tab.user_done) {
     tab.user_done({.line = line.number,
                    .user = line.name,
+                   .path = {},
                    .value = line.value,
                    .changed = false,
                    .skipped = skipped,
@@ -80,39 +82,42 @@ void tell_undone(FileRun& run, const Line& line, const std::string& reason, bool
   }
 }
 
-const controls::ListRow* find_logon_name(Session& session, std::string_view name) {
+std::optional<std::string> path_of_logon_name(Session& session, std::string_view name) {
   if (!session::is_active_directory(session))
-    return nullptr;
+    return std::nullopt;
   const auto rows =
       directory::run_query(session, "<LDAP://" + session.DomainName +
                                         ">;(&(objectCategory=Person)(objectClass=User)(samAccountName=" +
                                         platform::escape_filter_value(name) + "));adsPath;subtree");
-  return rows->at_eof() ? nullptr : session.multi_user.ListView2.find_key(rows->field(0).text());
+  return rows->at_eof() ? std::nullopt : std::optional(rows->field(0).text());
 }
 
-/// None when the list does not have the user. Raises for a text that several rows have.
-const controls::ListRow* find_user(Session& session, std::string_view name) {
+/// The path of a user whom the list has.
+std::optional<std::string> find_in_list(Session& session, const std::string& name) {
   if (name.empty())
-    return nullptr;
-  const auto rows = session.multi_user.ListView2.find_text(name);
+    return std::nullopt;
+  const controls::ListView& list = session.multi_user.ListView2;
+  const auto rows = list.find_text(name);
   if (rows.size() == 1)
-    return rows.front();
-  const controls::ListRow* const row = find_logon_name(session, name);
-  if (row == nullptr && !rows.empty()) {
+    return rows.front()->key;
+  const auto path = path_of_logon_name(session, name);
+  if (path && list.find_key(*path) != nullptr)
+    return path;
+  if (!rows.empty()) {
     base::raise(
         platform::ads_error::kNoSuchObject,
         "The list has " + base::to_text(static_cast<std::int64_t>(rows.size())) + " users of that name");
   }
-  return row;
+  return std::nullopt;
 }
 
 /// False when no server answers.
-bool change_user(FileRun& run, const Line& line, const controls::ListRow& row) {
+bool change_user(FileRun& run, const Line& line, const std::string& path) {
   Session& session = run.session;
   ADProperties& tab = session.ad_properties;
   session.multi_user.AD_CHANGE.text = line.value;
   tab.line = line.number;
-  const bool whole = in_change_block(session, [&] { change_row(session, row); });
+  const bool whole = in_change_block(session, [&] { change_user_at(session, path, line.name); });
   tab.line = 0;
   run.users += tab.users;
   if (!whole)
@@ -122,32 +127,36 @@ bool change_user(FileRun& run, const Line& line, const controls::ListRow& row) {
   return whole;
 }
 
+/// What strict rules have against a line; empty for nothing.
+std::string fault_of(const FileRun& run, const Line& line) {
+  if (!run.rules.strict)
+    return {};
+  return line.whole ? value_fault(run.session, line.value) : "There is no comma behind the name";
+}
+
 /// False when the run is to end.
 bool take_line(FileRun& run, const Line& line) {
-  constexpr std::string_view kNoComma = "There is no comma behind the name";
   Session& session = run.session;
-  if (!line.whole && run.no_comma == NoComma::kIsRefused) {
-    tell_undone(run, line, std::string(kNoComma), false);
+  if (const std::string fault = fault_of(run, line); !fault.empty()) {
+    tell_undone(run, line, fault, false);
     return true;
   }
-  const controls::ListRow* row = nullptr;
+  std::optional<std::string> path;
   base::Trap trap;
-  trap([&] { row = find_user(session, line.name); });
+  trap([&] { path = run.rules.find ? run.rules.find(line.name) : find_in_list(session, line.name); });
+  if (trap.number() == platform::ads_error::kServerDown)
+    session.ad_properties.failure = trap.description();
   bool goes_on = trap.number() != platform::ads_error::kServerDown;
-  if (trap.number() != 0) {
+  if (trap.number() != 0)
     tell_undone(run, line, trap.description(), false);
-    if (!goes_on)
-      session.ad_properties.failure = trap.description();
-  } else if (row == nullptr) {
-    tell_undone(run, line, "The list has no such user", true);
-  } else {
-    goes_on = change_user(run, line, *row);
-  }
-  if (!line.whole) {
-    tell_failed(run, line, std::string(kNoComma) + "; the run ends there");
-    return false;
-  }
-  return goes_on;
+  else if (!path)
+    tell_undone(run, line, "There is no such user in the list", true);
+  else
+    goes_on = change_user(run, line, *path);
+  if (line.whole)
+    return goes_on;
+  tell_failed(run, line, "There is no comma behind the name; the run ends there");
+  return false;
 }
 
 void log_line(Session& session, std::string_view text, const Line& line) {
@@ -179,17 +188,14 @@ bool run_lines(FileRun& run, std::string_view text) {
 
 }  // namespace
 
-bool change_from_file(Session& session, std::string_view path, NoComma no_comma) {
+bool change_from_file(Session& session, const std::string& title, std::string_view bytes,
+                      const FileRules& rules) {
   ADProperties& tab = session.ad_properties;
   if (!begin_run(session))
     return false;
   const PropertyRun running(session);
-  FileRun run{session, file_title(path), no_comma};
-  bool whole = false;
-  base::Trap trap;
-  trap([&] { whole = run_lines(run, import_text(session.platform.files.read(path))); });
-  if (trap.number() != 0)
-    tab.failure = file_title(path) + ": " + trap.description();
+  FileRun run{session, title, rules};
+  const bool whole = run_lines(run, import_text(bytes));
   tab.users = run.users;
   tab.errors = run.errors;
   return whole;
@@ -215,7 +221,10 @@ void DELIMPORT_Click(Session& session) {
       dialogs.open_file("Open file to import", "CSV Files (*.csv)|*.csv|Text Files (*.txt)|*.txt|");
   if (!path || path->empty())
     return;
-  change_from_file(session, *path, NoComma::kEndsRun);
+  tab.failure.clear();
+  base::Trap trap;
+  if (!trap([&] { change_from_file(session, file_title(*path), session.platform.files.read(*path)); }))
+    tab.failure = trap.description();
   if (!tab.failure.empty()) {
     log(session, tab.failure);
     dialogs.MsgBox(tab.failure, platform::Buttons::kOk, platform::Icon::kExclamation, kTitle);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace twk::session {
@@ -12,22 +15,29 @@ namespace twk::batch {
 /// The button: asks for the file and runs over it.
 void DELIMPORT_Click(session::Session& session);
 
-/// How a line without a comma is taken.
-enum class NoComma {
-  kEndsRun,    ///< its user gets the empty text, and the lines behind it are not looked at
-  kIsRefused,  ///< nothing is done about it, and the run goes on
+/// How a run takes what the window takes as it comes.
+struct FileRules {
+  /// The path of whom a line names; nothing for nobody, which passes the line over. Raises for a name that is
+  /// not of one user. None looks in `ListView2`: by text, or by the logon name when that is not the text of
+  /// one row.
+  std::function<std::optional<std::string>(const std::string& name)> find;
+  /// A line without a comma is refused, and the run goes on; else its user gets the empty text and the lines
+  /// behind it are not looked at. Words that no terminal-server setting knows are refused, else they count as
+  /// "Never" and "no".
+  bool strict = false;
 };
 
-/// Gives each user of the file its value, in a block of the log a line. The first comma of a line separates;
+/// Gives each user of a file its value, in a block of the log a line. The first comma of a line separates;
 /// what is behind it is the value as it stands, with all blanks, quotes and further commas. A line of blanks
-/// is nothing. Text is UTF-8, with or without a byte-order mark, or code page 1252.
+/// is nothing. `bytes` are UTF-8, with or without a byte-order mark, or code page 1252; `title` is what
+/// messages call the file.
 ///
-/// A user is found in `ListView2` by text, or by the logon name when that is not the text of one row; whom
-/// the list does not have is passed over, which only the log and `user_done` tell. A line that fails is told
-/// with the file's name and the number of the line, and the run goes on.
+/// Whom nobody knows is passed over, which only the log and `user_done` tell. A line that fails is told with
+/// the file and its number, and the run goes on.
 ///
 /// False when the run ended before the end of the file: at a line without a comma, by Cancel (`stopped`), or
 /// for what `failure` tells.
-bool change_from_file(session::Session& session, std::string_view path, NoComma no_comma);
+bool change_from_file(session::Session& session, const std::string& title, std::string_view bytes,
+                      const FileRules& rules = {});
 
 }  // namespace twk::batch

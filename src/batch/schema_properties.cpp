@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
+#include <vector>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -39,6 +41,16 @@ void show(ADProperties& tab, std::string syntax, bool multi_valued) {
   tab.multi_value = multi_valued;
   tab.AD_Append.enabled = multi_valued;
   tab.AD_Replace.enabled = multi_valued;
+}
+
+std::string word_fault(std::string_view value, std::span<const std::string_view> words) {
+  std::string list;
+  for (const std::string_view word : words) {
+    if (base::equals_fold(value, word))
+      return {};
+    list += (list.empty() ? "" : ", ") + std::string(word);
+  }
+  return "\"" + std::string(value) + "\" is none of " + list;
 }
 
 std::string chosen(const Session& session) {
@@ -127,6 +139,22 @@ std::optional<std::int16_t> terminal_server_number(std::string_view property) {
       return static_cast<std::int16_t>(i + 1);
   }
   return std::nullopt;
+}
+
+std::string value_fault(const Session& session, std::string_view value) {
+  const auto number = terminal_server_number(chosen(session));
+  if (!number)
+    return {};
+  const stores::TerminalServerRow& row =
+      stores::kTerminalServerRows.at(static_cast<std::size_t>(*number) - 1);
+  if (row.is_time()) {
+    std::vector<std::string_view> words;
+    for (const stores::TimeWord& time : stores::kTimeWords)
+      words.push_back(time.word);
+    return word_fault(value, words);
+  }
+  constexpr std::array<std::string_view, 4> kSwitches = {"Yes", "No", "True", "False"};
+  return row.is_number() ? word_fault(value, kSwitches) : std::string();
 }
 
 bool takes_bytes(const Session& session) {

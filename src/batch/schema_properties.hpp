@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace twk::session {
@@ -31,6 +32,11 @@ void AD_Properties_Leave(session::Session& session);
 /// The number of a terminal-server setting, counted from 1, by its name in `AD_Properties` or in the table of
 /// settings; none for any other property. Folds case.
 std::optional<std::int16_t> terminal_server_number(std::string_view property);
+
+/// What is wrong with a value for the terminal-server setting that is chosen: a time that is none of the
+/// words, or neither yes nor no. Empty for nothing, and for any other property, whose values the directory
+/// judges.
+std::string value_fault(const session::Session& session, std::string_view value);
 
 /// True when the values of the property that was looked up are bytes.
 bool takes_bytes(const session::Session& session);

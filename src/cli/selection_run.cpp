@@ -12,47 +12,57 @@ namespace {
 
 using session::Session;
 
-struct Counts {
-  std::size_t done = 0;
-  std::size_t failed = 0;
-  std::size_t unknown = 0;
-
-  [[nodiscard]] std::string_view light() const {
-    if (failed + unknown == 0)
-      return interrupted() ? session::kYellow : session::kGreen;
-    return done == 0 ? session::kRed : session::kYellow;
-  }
-};
-
-/// "CN=…" behind the domain of an ADsPath; nothing in a WinNT domain.
-std::string dn_of(const Session& session, const std::string& path) {
-  const std::string prefix = "LDAP://" + session.DomainName + "/";
-  return base::starts_with_fold(path, prefix) ? path.substr(prefix.size()) : std::string();
-}
-
 void print(Context& context, const Session& session, const batch::UserOutcome& outcome) {
   const std::string_view light = outcome.light.empty() ? session::kYellow : outcome.light;
   context.output().result({{"user", outcome.user},
-                           {"dn", dn_of(session, outcome.path)},
+                           {"dn", dn_of_user(session, outcome.path)},
                            {"light", light},
                            {"message", outcome.message}},
                           context.output().light(light) + std::string(8 - light.size(), ' ') +
                               pad(printable(outcome.user), 20) + "  " + printable(outcome.message));
 }
 
-void print_counts(Context& context, const Counts& counts, bool rehearsed) {
-  const std::string message = std::to_string(counts.done) + (rehearsed ? " rehearsed, " : " done, ") +
-                              std::to_string(counts.failed) + " failed, " + std::to_string(counts.unknown) +
-                              " unknown" + (interrupted() ? ", stopped." : ".");
+}  // namespace
+
+std::string_view RunCounts::light() const {
+  if (failed + unknown == 0)
+    return interrupted() ? session::kYellow : session::kGreen;
+  return done == 0 ? session::kRed : session::kYellow;
+}
+
+std::string dn_of_user(const Session& session, const std::string& path) {
+  const std::string prefix = "LDAP://" + session.DomainName + "/";
+  return base::starts_with_fold(path, prefix) ? path.substr(prefix.size()) : std::string();
+}
+
+int tell_counts(Context& context, const RunCounts& counts) {
+  const std::string message = std::to_string(counts.done) + " done, " + std::to_string(counts.failed) +
+                              " failed, " + std::to_string(counts.unknown) + " unknown" +
+                              (interrupted() ? ", stopped." : ".");
   context.output().result({{"light", counts.light()},
                            {"done", counts.done},
                            {"failed", counts.failed},
                            {"unknown", counts.unknown},
                            {"message", message}},
                           message);
+  return exit_code_of_light(counts.light());
 }
 
-}  // namespace
+RunProgress::RunProgress(Context& context, Session& session) : context_(context) {
+  context.dialogs().before_text([this] { progress_.clear(); });
+  context.dialogs().on_events([&session] { session.import.ImportStopped = interrupted(); });
+  const auto show = [this](const controls::Label& label) {
+    return label.caption.watch([this, &label] { progress_.show(label.caption.get()); });
+  };
+  step_ = show(session.multi_user.Label3);
+  file_ = show(session.multi_user.progress);
+}
+
+RunProgress::~RunProgress() {
+  progress_.clear();
+  context_.dialogs().before_text({});
+  context_.dialogs().on_events({});
+}
 
 std::function<bool()> until_interrupted(Session& session) {
   return [&session] {
@@ -63,16 +73,9 @@ std::function<bool()> until_interrupted(Session& session) {
 
 int run_over_selection(Context& context, Session& session, const SelectionArguments& arguments,
                        const std::function<void(const batch::RunHooks& hooks)>& run) {
-  Counts counts;
+  RunCounts counts;
   counts.unknown = fill_selection(context, session, arguments);
-  Progress progress;
-  context.dialogs().before_text([&] { progress.clear(); });
-  context.dialogs().on_events([&] { session.import.ImportStopped = interrupted(); });
-  const auto show = [&progress](const controls::Label& label) {
-    return label.caption.watch([&] { progress.show(label.caption.get()); });
-  };
-  const auto step = show(session.multi_user.Label3);
-  const auto file = show(session.multi_user.progress);
+  RunProgress progress(context, session);
   batch::RunHooks hooks;
   hooks.goes_on_after_failure = true;
   hooks.done = [&](const batch::UserOutcome& outcome) {
@@ -91,10 +94,7 @@ int run_over_selection(Context& context, Session& session, const SelectionArgume
   session.import.ImportStopped = interrupted();
   run(hooks);
   progress.clear();
-  context.dialogs().before_text({});
-  context.dialogs().on_events({});
-  print_counts(context, counts, static_cast<bool>(session.runs.rehearse));
-  return exit_code_of_light(counts.light());
+  return tell_counts(context, counts);
 }
 
 }  // namespace twk::cli

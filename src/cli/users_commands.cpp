@@ -11,6 +11,7 @@ void add_users_commands(CLI::App& app, Context& context) {
   add_users_find(*users, context);
   add_users_delete(*users, context);
   add_users_move(*users, context);
+  add_users_set_attribute(*users, context);
 }
 
 }  // namespace twk::cli

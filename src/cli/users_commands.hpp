@@ -13,5 +13,6 @@ void add_users_account_functions(CLI::App& users, Context& context);
 void add_users_find(CLI::App& users, Context& context);
 void add_users_delete(CLI::App& users, Context& context);
 void add_users_move(CLI::App& users, Context& context);
+void add_users_set_attribute(CLI::App& users, Context& context);
 
 }  // namespace twk::cli

@@ -14,7 +14,8 @@ namespace twk::session {
 /// What became of one user whose property was to change, or of one line of a file that named none.
 struct PropertyOutcome {
   std::int32_t line = 0;  ///< of the file, counted from 1; 0 for a user of the selection
-  std::string user;       ///< its name, or what the line calls it
+  std::string user;       ///< its name in its container, or what the line calls it
+  std::string path;       ///< its ADsPath; empty for one that could not be read
   std::string value;      ///< as it was written, or was to be
   bool changed = false;
   bool skipped = false;  ///< the line names nobody whom the list has

@@ -24,8 +24,8 @@ class FileWorld : public PropertyWorld {
     std::ofstream(path, std::ios::binary) << bytes;
     return path;
   }
-  bool run(std::string_view bytes, NoComma no_comma = NoComma::kEndsRun) {
-    return change_from_file(session, file(bytes), no_comma);
+  bool run(std::string_view bytes, const FileRules& rules = {}) {
+    return change_from_file(session, "titles.csv", bytes, rules);
   }
   /// Presses the button and says yes to the question.
   void press(std::string_view bytes) {
@@ -86,7 +86,7 @@ TEST(PropertyFile, UserWhomTheListDoesNotHaveIsPassedOverInSilence) {
               ElementsAre("1 no nobody", "2 no elsewhere", "3 no *", "4 no ", "5 no jo)(cn=*", "6 jo"));
   EXPECT_EQ(world.session.ad_properties.skipped, 5);
   EXPECT_THAT(world.log_tab(), ElementsAre("GREEN  AD Property changed for 1 users."));
-  EXPECT_THAT(world.log(), HasSubstr("titles.csv, line 1: nobody: The list has no such user\n"));
+  EXPECT_THAT(world.log(), HasSubstr("titles.csv, line 1: nobody: There is no such user in the list\n"));
   EXPECT_EQ(world.property("elsewhere", "title"), "");
 }
 
@@ -133,12 +133,42 @@ TEST(PropertyFile, LineWithoutACommaGivesNoValueAndEndsTheRun) {
               HasSubstr("titles.csv, line 2: jo: There is no comma behind the name; the run ends there"));
 }
 
-TEST(PropertyFile, LineWithoutACommaMayBeRefusedInstead) {
+TEST(PropertyFile, StrictRulesRefuseALineWithoutACommaInstead) {
   FileWorld world;
-  EXPECT_TRUE(world.run("jo,Clerk\njo\nann,Clerk\n", NoComma::kIsRefused));
+  EXPECT_TRUE(world.run("jo,Clerk\njo\nann,Clerk\n", {.find = {}, .strict = true}));
   EXPECT_THAT(world.outcomes, ElementsAre("1 jo", "2 not jo", "3 ann"));
   EXPECT_EQ(world.property("jo", "title"), "Clerk");
   EXPECT_EQ(world.session.ad_properties.errors, 1);
+}
+
+TEST(PropertyFile, StrictRulesRefuseWordsThatNoSettingKnows) {
+  FileWorld world;
+  const FileRules strict{.find = {}, .strict = true};
+  world.choose("WTSTimeoutIdle");
+  EXPECT_TRUE(world.run("jo,7 mins\nann,5 MINS\nkim,\n", strict));
+  EXPECT_THAT(world.outcomes, ElementsAre("1 not jo", "2 ann", "3 not kim"));
+  EXPECT_THAT(world.log_tab().front(),
+              HasSubstr("titles.csv, line 1: jo: \"7 mins\" is none of Never, 1 min, "));
+  world.outcomes.clear();
+  world.choose("WTSAllowLogonTerminalServer");
+  EXPECT_TRUE(world.run("jo,1\nann,no\n", strict));
+  EXPECT_THAT(world.outcomes, ElementsAre("1 not jo", "2 ann"));
+  world.outcomes.clear();
+  EXPECT_TRUE(world.run("jo,1\n")) << "which is no";
+  EXPECT_THAT(world.outcomes, ElementsAre("1 jo"));
+}
+
+TEST(PropertyFile, UsersMayBeFoundElsewhere) {
+  FileWorld world;
+  world.session.multi_user.ListView2.clear();
+  const auto find = [&](const std::string& name) -> std::optional<std::string> {
+    if (name == "two")
+      base::raise(platform::ads_error::kNoSuchObject, "There are two");
+    return name == "me" ? std::optional(world.path_of("jo")) : std::nullopt;
+  };
+  EXPECT_TRUE(world.run("me,Clerk\nyou,Clerk\ntwo,Clerk\n", {.find = find}));
+  EXPECT_EQ(world.property("jo", "title"), "Clerk");
+  EXPECT_THAT(world.outcomes, ElementsAre("1 jo", "2 no you", "3 not two"));
 }
 
 TEST(PropertyFile, SelectionAndListStayAsTheyAre) {

@@ -24,7 +24,7 @@ class PropertyWorld : public test::LabSession {
     fill_properties(session);
     session.ad_properties.user_done = [this](const session::PropertyOutcome& outcome) {
       const std::string line = outcome.line == 0 ? "" : base::to_text(outcome.line) + " ";
-      outcomes.push_back(line + (outcome.changed ? "" : outcome.skipped ? "no " : "not ") + outcome.user);
+      outcomes.push_back(line + (outcome.changed ? "" : outcome.skipped ? "no " : "not ") + short_name(outcome.user));
     };
   }
 
@@ -62,6 +62,10 @@ class PropertyWorld : public test::LabSession {
         texts.push_back(value.text());
     });
     return texts;
+  }
+  /// "jo" of "jo Lee".
+  static std::string short_name(const std::string& name) {
+    return name.ends_with(" Lee") ? name.substr(0, name.size() - 4) : name;
   }
   [[nodiscard]] std::string status() const { return session.multi_user.Label3.caption; }
 
