@@ -34,9 +34,11 @@ ListPane* add_side(QBoxLayout& columns, const Side& side, int stretch, QWidget* 
   pane->setAccessibleName(QString(side.caption).remove('&'));
   pane->setHeaderHidden(false);
   pane->on_activate = side.activate;
-  auto* const label = new QLabel(side.caption, parent);
-  label->setBuddy(pane);
-  column->addWidget(label);
+  if (!side.caption.isEmpty()) {
+    auto* const label = new QLabel(side.caption, parent);
+    label->setBuddy(pane);
+    column->addWidget(label);
+  }
   QLineEdit* const filter = add_filter(*pane, side.filter, parent);
   filter->setObjectName(QString(side.name) + "_filter");
   column->addWidget(filter);
@@ -91,6 +93,7 @@ QWidget* make_selection(Session& session, QWidget* parent) {
        "Nothing is selected. Choose users, groups or OU's and press the arrow.",
        [&session] { batch::Command2_Click(session); }},
       1, frame);
+  pane->setAccessibleName(frame->title());
   pane->on_delete = [&session] { batch::Command2_Click(session); };
   return frame;
 }

@@ -42,10 +42,12 @@ QWidget* make_multi_move_tab(Session& session, QWidget* parent) {
   auto* const columns = new QHBoxLayout;
   rows->addLayout(columns);
   add_target(*columns, session.multi_user);
+  columns->addSpacing(24);
   auto* const data = new QGroupBox("Users Data", page);
   constexpr std::array kData = {"Mo&ve", "Cop&y", "Not&hing"};
   data->setLayout(make_options(*data, kData, "UserData", session.multi_user.UserData, {}));
   columns->addWidget(data, 0, Qt::AlignTop);
+  columns->addSpacing(24);
   add_options(*columns, session);
   columns->addStretch(1);
   auto* const foot = new QHBoxLayout;

@@ -24,7 +24,11 @@ class PropertyWorld : public test::LabSession {
     fill_properties(session);
     session.ad_properties.user_done = [this](const session::PropertyOutcome& outcome) {
       const std::string line = outcome.line == 0 ? "" : base::to_text(outcome.line) + " ";
-      outcomes.push_back(line + (outcome.changed ? "" : outcome.skipped ? "no " : "not ") + short_name(outcome.user));
+      outcomes.push_back(line +
+                         (outcome.changed   ? ""
+                          : outcome.skipped ? "no "
+                                            : "not ") +
+                         short_name(outcome.user));
     };
   }
 

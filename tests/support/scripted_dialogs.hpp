@@ -63,7 +63,7 @@ class ScriptedDialogs final : public platform::Dialogs {
   bool last_secret = false;
   int beeps = 0;
   std::function<void(std::string_view window)> on_modal;  ///< stands for the person in front of a window
-  std::function<void()> on_events;                        ///< a moment in which events are let in
+  std::function<void()> on_events;                        ///< what the person does while a run goes on
 
  private:
   struct Script {
