@@ -93,19 +93,16 @@ void add_selection_options(CLI::App& command, SelectionArguments& arguments) {
                      "Account name, common name, principal name or distinguished name; several may be given");
   command.add_option("--group", arguments.groups, "The members of a group; may be given several times")
       ->type_name("G")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+      ->allow_extra_args(false);
   command.add_option("--ou", arguments.ous, "The users right in an organizational unit; likewise")
       ->type_name("DN")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+      ->allow_extra_args(false);
   command
       .add_option("--from-file", arguments.files,
                   "Names of users from a file, one a line, \"-\" for standard input; blank lines and lines "
                   "that begin with # are passed over")
       ->type_name("F")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+      ->allow_extra_args(false);
 }
 
 std::size_t fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments) {

@@ -12,11 +12,12 @@ namespace {
 constexpr std::array<const char*, 6> kTabs = {"new-user", "user-details", "log",
                                               "site",     "template",     "set-up"};
 constexpr std::array<const char*, 5> kSetupTabs = {"set-up", "preferences", "mail", "w2k", "wts"};
-constexpr std::array<std::pair<const char*, const char*>, 13> kDialogs = {{{"frmADOptions", "options"},
+constexpr std::array<std::pair<const char*, const char*>, 14> kDialogs = {{{"frmADOptions", "options"},
                                                                            {"CSV_Import", "import"},
                                                                            {"ImportGrps", "import"},
                                                                            {"CancelImport", "import"},
                                                                            {"frmFindW2KUser", "find"},
+                                                                           {"MultiUser", "multi-user"},
                                                                            {"Select_OU", "tree"},
                                                                            {"Serach_Mail", "mail"},
                                                                            {"Edit_Properties", "w2k"},
