@@ -222,6 +222,7 @@ void DELIMPORT_Click(Session& session) {
   if (!path || path->empty())
     return;
   tab.failure.clear();
+  tab.stopped = false;
   base::Trap trap;
   if (!trap([&] { change_from_file(session, file_title(*path), session.platform.files.read(*path)); }))
     tab.failure = trap.description();

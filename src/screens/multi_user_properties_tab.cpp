@@ -32,7 +32,7 @@ void add_fields(QBoxLayout& columns, Session& session, QWidget* parent) {
   auto* const fields = new QFormLayout;
   columns.addLayout(fields, 1);
   QComboBox* const property = add_combo(
-      *fields, "&Property:", "AD_Properties", tab.AD_Properties,
+      *fields, "P&roperty:", "AD_Properties", tab.AD_Properties,
       [&session] { batch::AD_Properties_Change(session); }, true);
   property->setMinimumContentsLength(28);
   offer_matches(*property);

@@ -70,6 +70,24 @@ TEST(SchemaProperties, DirectoryThatDoesNotAnswerIsTold) {
   EXPECT_THROW(fill_properties(world.session), base::RuntimeError);
 }
 
+TEST(SchemaProperties, ListIsFilledOnceForADomain) {
+  PropertyWorld world;
+  session::ADProperties& tab = world.session.ad_properties;
+  tab.AD_Properties.clear();
+  world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
+  world.dialogs.expect("Error Setting AD Properties in mutliuser form");
+  prepare_properties(world.session);
+  EXPECT_EQ(tab.AD_Properties.items().size(), stores::kTerminalServerRows.size());
+  prepare_properties(world.session);
+  EXPECT_GT(tab.AD_Properties.items().size(), 200U);
+  tab.AD_Properties.text = "title";
+  prepare_properties(world.session);
+  EXPECT_EQ(tab.AD_Properties.text, std::string("title")) << "stays from window to window";
+  world.session.DirectoryMode = session::kWinNtMode;
+  prepare_properties(world.session);
+  EXPECT_EQ(tab.AD_Properties.items().size(), 0U);
+}
+
 /// What the controller holds of a setting.
 platform::WtsConfigValue setting_of(PropertyWorld& world, const std::string& user, WtsConfigClass setting) {
   return world.services.network.WTSQueryUserConfig("", user, setting);

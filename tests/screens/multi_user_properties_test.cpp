@@ -112,11 +112,17 @@ TEST_F(PropertiesTab, ImportNeedsAPropertyAndTakesTheFileThatIsChosen) {
     click("DELIMPORT", &shown);
     type("AD_Properties", "title", &shown);
     expect_box("Format must be Username,ADValue");
-    expect_window([&](QWidget& dialog) {
-      EXPECT_EQ(dialog.windowTitle().toStdString(), "Open file to import");
-      type("fileNameEdit", QString::fromStdString(file.string()), &dialog);
-      QTest::keyClick(find<QLineEdit>("fileNameEdit", &dialog), Qt::Key_Return);
+    QTimer chooser;
+    QObject::connect(&chooser, &QTimer::timeout, &chooser, [&] {
+      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr)
+        return;
+      chooser.stop();
+      EXPECT_EQ(dialog->windowTitle().toStdString(), "Open file to import");
+      type("fileNameEdit", QString::fromStdString(file.string()), dialog);
+      QTest::keyClick(find<QLineEdit>("fileNameEdit", dialog), Qt::Key_Return);
     });
+    chooser.start(20);
     click("DELIMPORT", &shown);
     EXPECT_EQ(text(shown, "Label3"), "Import of AD Properties has completed, check log for errors");
   });
