@@ -1,5 +1,6 @@
 #pragma once
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -30,6 +31,11 @@ inline double resident_bytes() {
   double resident = 0;
   statm >> all >> resident;
   return resident * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+/// Bytes that the program has from the heap.
+inline double heap_bytes() {
+  return static_cast<double>(mallinfo2().uordblks) + static_cast<double>(mallinfo2().hblkhd);
 }
 
 /// A folder that is gone at the end.

@@ -19,6 +19,7 @@ struct Figures {
   double by_parent = 0;
   double by_prefix = 0;
   double load_tree = 0;
+  double bytes_a_loaded_user = 0;
 };
 
 /// Microseconds of one of many calls.
@@ -94,7 +95,9 @@ Figures measure(std::size_t users) {
   session::Session session(services, "", lab->database_path());
   bench::set(services, "Setup", "Domain", "twk.test");
   bench::set(services, "ADO", "LoadAllUsers", "True");
+  const double unloaded = bench::heap_bytes();
   figures.load_tree = bench::seconds([&] { session::start_session(session); });
+  figures.bytes_a_loaded_user = (bench::heap_bytes() - unloaded) / static_cast<double>(users);
   figures.by_prefix =
       microseconds(kCalls, [&](int i) { directory::User_Exist(session, "No." + std::to_string(i)); });
   return figures;
@@ -114,6 +117,7 @@ int main() {
   print("open it", small.open, large.open, "s");
   print("memory a user", small.bytes_a_user, large.bytes_a_user, "bytes");
   print("load all users into tree and lists", small.load_tree, large.load_tree, "s");
+  print("memory a loaded user", small.bytes_a_loaded_user, large.bytes_a_loaded_user, "bytes");
   print("bind a user by distinguished name", small.by_dn, large.by_dn, "us");
   print("bind a user by account name", small.by_account, large.by_account, "us");
   print("read the users of one unit of 100", small.by_parent, large.by_parent, "us");

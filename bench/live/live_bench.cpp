@@ -6,7 +6,6 @@
 //   - the memory of a loaded user.
 //
 //     tests/live/with-domain ad -- bench/live/measure BUILD_DIR [USERS]
-#include <malloc.h>
 #include <sys/resource.h>
 
 #include <algorithm>
@@ -52,11 +51,6 @@ double processor_seconds() {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
   };
   return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-/// Bytes that the program has from the heap.
-double heap_bytes() {
-  return static_cast<double>(mallinfo2().uordblks) + static_cast<double>(mallinfo2().hblkhd);
 }
 
 void run(const std::string& command) {
@@ -272,12 +266,12 @@ void measure_load(Bench& bench) {
   double bytes = 0;
   for (int i = 0; i < kLoads; ++i) {
     let_go();
-    const double before = heap_bytes();
+    const double before = bench::heap_bytes();
     const Effort load = effort(1, [&] {
       if (!directory::Load_AD_Domain(session))
         give_up("the domain was not loaded");
     });
-    bytes = heap_bytes() - before;
+    bytes = bench::heap_bytes() - before;
     loads.push_back(load.seconds);
     processor += load.processor;
     const double start = ldapsearch("base", "(objectClass=*)", "1.1");

@@ -75,6 +75,14 @@ bool is_odd_pair(char32_t c) {
   return between(c, 0x139, 0x148) || between(c, 0x179, 0x17E);
 }
 
+/// Of seven bits, so that it is a character by itself.
+bool is_plain(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+char plain_upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 char32_t upper_code(char32_t c) {
   if (c < 0x80)
     return between(c, U'a', U'z') ? c - 32 : c;
@@ -177,8 +185,41 @@ std::string lower(std::string_view text) {
   return map_codes(text, lower_code);
 }
 
+int compare_fold(std::string_view a, std::string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < shorter; ++i) {
+    // Plain letters need no copy; from the first other one on the whole rest is looked at.
+    if (!is_plain(a[i]) || !is_plain(b[i]))
+      return upper(a.substr(i)).compare(upper(b.substr(i)));
+    const char left = plain_upper(a[i]);
+    const char right = plain_upper(b[i]);
+    if (left != right)
+      return left < right ? -1 : 1;
+  }
+  if (a.size() == b.size())
+    return 0;
+  return a.size() < b.size() ? -1 : 1;
+}
+
 bool equals_fold(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && (a == b || upper(a) == upper(b));
+  return a.size() == b.size() && (a == b || compare_fold(a, b) == 0);
+}
+
+std::size_t hash_fold(std::string_view text) {
+  // FNV-1a with the constants for 64 bits.
+  constexpr std::uint64_t kStart = 0xCBF29CE484222325U;
+  constexpr std::uint64_t kPrime = 0x100000001B3U;
+  std::uint64_t hash = kStart;
+  const auto take = [&hash](char c) { hash = (hash ^ static_cast<unsigned char>(c)) * kPrime; };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (!is_plain(text[i])) {
+      for (const char c : upper(text.substr(i)))
+        take(c);
+      break;
+    }
+    take(plain_upper(text[i]));
+  }
+  return hash;
 }
 
 bool starts_with_fold(std::string_view text, std::string_view prefix) {

@@ -26,6 +26,10 @@ std::string lower(std::string_view text);
 
 /// Equal without regard to case.
 bool equals_fold(std::string_view a, std::string_view b);
+/// The order of the upper-case texts, byte by byte: negative, 0 or positive.
+int compare_fold(std::string_view a, std::string_view b);
+/// Equal for texts that are equal without regard to case.
+std::size_t hash_fold(std::string_view text);
 bool starts_with_fold(std::string_view text, std::string_view prefix);
 /// Byte position of `needle` at or after `from`, without regard to case; `npos` when it is not there.
 /// An empty needle is found at `from`.

@@ -10,10 +10,6 @@ namespace {
 
 using Kind = ListChange::Kind;
 
-std::string folded_text(std::string_view text) {
-  return base::upper(base::trim(text));
-}
-
 }  // namespace
 
 ListRow& ListView::add(std::string key, std::string text, std::string icon,
@@ -24,10 +20,10 @@ ListRow& ListView::add(std::string key, std::string text, std::string icon,
   row->icon = std::move(icon);
   row->sub_items = std::move(sub_items);
   ListRow& added = *row;
-  if (!added.key.empty() && !by_key_.emplace(base::upper(added.key), &added).second) {
+  if (!added.key.empty() && !by_key_.insert(&added).second) {
     throw base::RuntimeError(base::error::kKeyNotUnique, "Key is not unique in collection: " + added.key);
   }
-  by_text_.emplace(folded_text(added.text), &added);
+  by_text_.insert(&added);
   const std::size_t place = rows_.size();
   tell(Kind::kInserting, place);
   if (numbered_ == place)
@@ -37,11 +33,11 @@ ListRow& ListView::add(std::string key, std::string text, std::string icon,
   return added;
 }
 
-void ListView::unlink(Index& index, std::string_view folded, const ListRow& row) {
-  const auto [first, last] = index.equal_range(std::string(folded));
-  const auto found = std::find_if(first, last, [&row](const auto& entry) { return entry.second == &row; });
+void ListView::unlink_text(const ListRow& row) {
+  const auto [first, last] = by_text_.equal_range(std::string_view(row.text));
+  const auto found = std::find(first, last, &row);
   if (found != last)
-    index.erase(found);
+    by_text_.erase(found);
 }
 
 std::size_t ListView::place_of(const ListRow& row) const {
@@ -58,9 +54,10 @@ bool ListView::holds(const ListRow& row) const {
 }
 
 void ListView::forget(const ListRow& row) {
-  if (!row.key.empty())
-    by_key_.erase(base::upper(row.key));
-  unlink(by_text_, folded_text(row.text), row);
+  const auto found = by_key_.find(std::string_view(row.key));
+  if (found != by_key_.end() && *found == &row)
+    by_key_.erase(found);
+  unlink_text(row);
 }
 
 void ListView::remove(const ListRow& row) {
@@ -98,38 +95,36 @@ void ListView::clear() {
 }
 
 const ListRow* ListView::find_key(std::string_view key) const {
-  const auto found = by_key_.find(base::upper(key));
-  return found == by_key_.end() ? nullptr : found->second;
+  const auto found = by_key_.find(key);
+  return found == by_key_.end() ? nullptr : *found;
 }
 
 std::vector<const ListRow*> ListView::find_text(std::string_view text) const {
   std::vector<const ListRow*> found;
-  const auto [first, last] = by_text_.equal_range(folded_text(text));
-  for (auto entry = first; entry != last; ++entry)
-    found.push_back(entry->second);
+  const auto [first, last] = by_text_.equal_range(text);
+  found.assign(first, last);
   std::sort(found.begin(), found.end(),
             [this](const ListRow* a, const ListRow* b) { return place_of(*a) < place_of(*b); });
   return found;
 }
 
 void ListView::set_text(ListRow& row, std::string text) {
-  unlink(by_text_, folded_text(row.text), row);
+  unlink_text(row);
   row.text = std::move(text);
-  by_text_.emplace(folded_text(row.text), &row);
+  by_text_.insert(&row);
   tell(Kind::kChanged, place_of(row));
 }
 
 void ListView::set_key(ListRow& row, std::string key) {
-  const std::string folded = base::upper(key);
-  const auto found = by_key_.find(folded);
-  if (found != by_key_.end() && found->second != &row) {
+  const auto found = by_key_.find(std::string_view(key));
+  if (found != by_key_.end() && *found != &row) {
     throw base::RuntimeError(base::error::kKeyNotUnique, "Key is not unique in collection: " + key);
   }
   if (!row.key.empty())
-    by_key_.erase(base::upper(row.key));
+    by_key_.erase(&row);
   row.key = std::move(key);
   if (!row.key.empty())
-    by_key_.emplace(folded, &row);
+    by_key_.insert(&row);
 }
 
 void ListView::set_sub_item(ListRow& row, std::size_t number, std::string text) {

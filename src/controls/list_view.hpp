@@ -4,9 +4,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "base/text.hpp"
+#include "controls/folded_index.hpp"
 #include "controls/observable.hpp"
 
 namespace twk::controls {
@@ -93,11 +94,21 @@ class ListView {
   }
 
  private:
-  using Index = std::unordered_multimap<std::string, ListRow*>;
   using Rows = std::vector<std::unique_ptr<ListRow>>;
   friend void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to);
 
-  static void unlink(Index& index, std::string_view folded, const ListRow& row);
+  /// Rows by one of their texts without regard to case. The text is the row's own: no second copy of it is
+  /// kept.
+  struct KeyOf {
+    std::string_view operator()(const ListRow* row) const { return row->key; }
+    std::string_view operator()(std::string_view key) const { return key; }
+  };
+  struct TextOf {
+    std::string_view operator()(const ListRow* row) const { return base::trim(row->text); }
+    std::string_view operator()(std::string_view text) const { return base::trim(text); }
+  };
+
+  void unlink_text(const ListRow& row);
   [[nodiscard]] bool holds(const ListRow& row) const;
   void forget(const ListRow& row);
   /// Takes the rows out, in the order given, without a word to the watchers.
@@ -106,8 +117,8 @@ class ListView {
 
   Rows rows_;
   mutable std::size_t numbered_ = 0;  ///< the rows before this place know theirs
-  std::unordered_map<std::string, ListRow*> by_key_;
-  Index by_text_;
+  FoldedSet<ListRow*, KeyOf> by_key_;
+  FoldedMultiset<ListRow*, TextOf> by_text_;
   Channel<const ListChange&> changes_;
   bool drawing_ = true;
 };

@@ -15,13 +15,12 @@ std::size_t place_for(const TreeNode* parent, const std::vector<TreeNode*>& sibl
                       const std::string& text) {
   if (parent == nullptr || !parent->sorted)
     return siblings.size();
-  const std::string folded = base::upper(text);
   const auto before = [](const std::string& wanted, const TreeNode* node) {
-    return wanted < base::upper(node->text);
+    return base::compare_fold(wanted, node->text) < 0;
   };
-  if (!siblings.empty() && !before(folded, siblings.back()))
+  if (!siblings.empty() && !before(text, siblings.back()))
     return siblings.size();
-  return static_cast<std::size_t>(std::upper_bound(siblings.begin(), siblings.end(), folded, before) -
+  return static_cast<std::size_t>(std::upper_bound(siblings.begin(), siblings.end(), text, before) -
                                   siblings.begin());
 }
 
@@ -37,8 +36,7 @@ void number_from(const std::vector<TreeNode*>& siblings, std::size_t first) {
 }  // namespace
 
 TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, std::string image) {
-  const std::string folded = base::upper(key);
-  if (!folded.empty() && by_key_.contains(folded))
+  if (!key.empty() && by_key_.contains(std::string_view(key)))
     not_unique(key);
   std::vector<TreeNode*>& siblings = siblings_below(parent);
   const std::size_t place = place_for(parent, siblings, text);
@@ -50,9 +48,9 @@ TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, std
   node.image = std::move(image);
   node.parent = parent;
   node.self = std::prev(nodes_.end());
-  if (!folded.empty())
-    by_key_.emplace(folded, &node);
-  ++text_count_[base::upper(node.text)];
+  if (!node.key.empty())
+    by_key_.insert(&node);
+  by_text_.insert(&node);
   siblings.insert(siblings.begin() + static_cast<std::ptrdiff_t>(place), &node);
   number_from(siblings, place);
   tell(Kind::kInserted, parent, place);
@@ -72,16 +70,21 @@ std::vector<TreeNode*>& TreeView::siblings_below(TreeNode* parent) {
   return parent == nullptr ? roots_ : parent->children;
 }
 
+void TreeView::unlink_text(const TreeNode& node) {
+  const auto [first, last] = by_text_.equal_range(std::string_view(node.text));
+  const auto found = std::find(first, last, &node);
+  if (found != last)
+    by_text_.erase(found);
+}
+
 void TreeView::erase(TreeNode& node) {
   for (TreeNode* const child : node.children)
     erase(*child);
   if (selected_ == &node)
     selected_ = nullptr;
   if (!node.key.empty())
-    by_key_.erase(base::upper(node.key));
-  const auto count = text_count_.find(base::upper(node.text));
-  if (--count->second == 0)
-    text_count_.erase(count);
+    by_key_.erase(&node);
+  unlink_text(node);
   nodes_.erase(node.self);
 }
 
@@ -103,30 +106,27 @@ void TreeView::clear() {
   tell(Kind::kResetting);
   selected_ = nullptr;
   by_key_.clear();
-  text_count_.clear();
+  by_text_.clear();
   roots_.clear();
   nodes_.clear();
   tell(Kind::kReset);
 }
 
 void TreeView::set_key(TreeNode& node, std::string key) {
-  const std::string folded = base::upper(key);
-  const auto found = by_key_.find(folded);
-  if (found != by_key_.end() && found->second != &node)
+  const TreeNode* const other = find(key);
+  if (other != nullptr && other != &node)
     not_unique(key);
   if (!node.key.empty())
-    by_key_.erase(base::upper(node.key));
+    by_key_.erase(&node);
   node.key = std::move(key);
-  if (!folded.empty())
-    by_key_.emplace(folded, &node);
+  if (!node.key.empty())
+    by_key_.insert(&node);
 }
 
 void TreeView::set_text(TreeNode& node, std::string text) {
-  const auto old = text_count_.find(base::upper(node.text));
-  if (--old->second == 0)
-    text_count_.erase(old);
+  unlink_text(node);
   node.text = std::move(text);
-  ++text_count_[base::upper(node.text)];
+  by_text_.insert(&node);
   tell(Kind::kChanged, &node, node.place);
 }
 
@@ -136,18 +136,17 @@ TreeNode* TreeView::next(const TreeNode& node) {
 }
 
 TreeNode* TreeView::find(std::string_view key) const {
-  const auto found = by_key_.find(base::upper(key));
-  return found == by_key_.end() ? nullptr : found->second;
+  const auto found = by_key_.find(key);
+  return found == by_key_.end() ? nullptr : *found;
 }
 
 bool TreeView::has_key_with_prefix(std::string_view prefix) const {
-  const std::string folded = base::upper(prefix);
-  const auto found = by_key_.lower_bound(folded);
-  return found != by_key_.end() && found->first.starts_with(folded);
+  const auto found = by_key_.lower_bound(prefix);
+  return found != by_key_.end() && base::starts_with_fold((*found)->key, prefix);
 }
 
 bool TreeView::has_text(std::string_view text) const {
-  return text_count_.contains(base::upper(text));
+  return by_text_.contains(text);
 }
 
 void TreeView::select(TreeNode* node) {

@@ -2,12 +2,11 @@
 
 #include <cstddef>
 #include <list>
-#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "controls/folded_index.hpp"
 #include "controls/observable.hpp"
 
 namespace twk::controls {
@@ -91,14 +90,25 @@ class TreeView {
   }
 
  private:
+  /// Texts of nodes that they are found by, the nodes' own.
+  struct KeyOf {
+    std::string_view operator()(const TreeNode* node) const { return node->key; }
+    std::string_view operator()(std::string_view key) const { return key; }
+  };
+  struct TextOf {
+    std::string_view operator()(const TreeNode* node) const { return node->text; }
+    std::string_view operator()(std::string_view text) const { return text; }
+  };
+
+  void unlink_text(const TreeNode& node);
   [[nodiscard]] std::vector<TreeNode*>& siblings_below(TreeNode* parent);
   void erase(TreeNode& node);
   void tell(TreeChange::Kind kind, TreeNode* node = nullptr, std::size_t place = 0) const;
 
   std::list<TreeNode> nodes_;
   std::vector<TreeNode*> roots_;
-  std::map<std::string, TreeNode*, std::less<>> by_key_;
-  std::unordered_map<std::string, std::size_t> text_count_;
+  FoldedOrder<TreeNode*, KeyOf> by_key_;
+  FoldedMultiset<TreeNode*, TextOf> by_text_;
   TreeNode* selected_ = nullptr;
   Channel<const TreeChange&> changes_;
   bool drawing_ = true;

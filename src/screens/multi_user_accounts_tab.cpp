@@ -55,7 +55,7 @@ void add_details(QGridLayout& grid, MultiUser& window, QWidget* parent) {
   };
   add("C&hange at next logon", "ctrChangePswd", "User to change password next logon", window.ctrChangePswd,
       2);
-  add("Reset &Passwords", "Unlock_Reset", "Will reset passwords when accounts are unlocked",
+  add("Reset Pass&words", "Unlock_Reset", "Will reset passwords when accounts are unlocked",
       window.Unlock_Reset, 4);
   auto* const date = new QLineEdit(parent);
   date->setObjectName("Expiredate");

@@ -47,7 +47,7 @@ void add_how(QBoxLayout& columns, Session& session) {
   QComboBox* const box = add_combo(*server, "E&xchange server:", "EX_Server", window.EX_Server);
   box->setToolTip("Select Exchange 5.5 server that holds mailbox");
   box->setMinimumContentsLength(18);
-  add_box(*column, session, "Run &Command", "Run_command",
+  add_box(*column, session, "Run Command", "Run_command",
           "Will run command after user has been deleted (Setup TAB)", window.Run_command,
           batch::Run_command_Click);
   add_box(*column, session, "&No Prompting", "No_Prompting", "Will do silent delete", window.No_Prompting,

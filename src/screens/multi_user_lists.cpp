@@ -69,7 +69,7 @@ QWidget* make_sources(Session& session, QWidget* parent) {
             "No user is listed. \"Show users\" reads them all.", from(window.ListView2)},
            3, frame);
   add_side(*columns,
-           {window.ListView3, "ListView3", "G&roups", "Filter groups", "No group is listed.",
+           {window.ListView3, "ListView3", "Grou&ps", "Filter groups", "No group is listed.",
             from(window.ListView3)},
            2, frame);
   add_side(
@@ -85,15 +85,19 @@ QWidget* make_sources(Session& session, QWidget* parent) {
 }
 
 QWidget* make_selection(Session& session, QWidget* parent) {
-  auto* const frame = new QGroupBox(parent);
+  auto* const frame = new QGroupBox("Selec&ted Users/Groups/OU's", parent);
   auto* const columns = new QHBoxLayout(frame);
-  ListPane* const pane = add_side(
-      *columns,
-      {session.multi_user.ListView1, "ListView1", "Selec&ted Users/Groups/OU's", "Filter the selection",
-       "Nothing is selected. Choose users, groups or OU's and press the arrow.",
-       [&session] { batch::Command2_Click(session); }},
-      1, frame);
-  pane->setAccessibleName(frame->title());
+  ListPane* const pane = add_side(*columns,
+                                  {session.multi_user.ListView1,
+                                   "ListView1",
+                                   {},
+                                   "Filter the selection",
+                                   "Nothing is selected. Choose users, groups or OU's and press the arrow.",
+                                   [&session] { batch::Command2_Click(session); }},
+                                  1, frame);
+  pane->setAccessibleName(frame->title().remove('&'));
+  // The title's letter leads here.
+  frame->setFocusProxy(pane);
   pane->on_delete = [&session] { batch::Command2_Click(session); };
   return frame;
 }

@@ -18,7 +18,7 @@ void add_target(QBoxLayout& columns, MultiUser& window) {
   auto* const fields = new QFormLayout;
   columns.addLayout(fields);
   for (QComboBox* const box : {add_combo(*fields, "S&ite:", "Multi_Site", window.Multi_Site),
-                               add_combo(*fields, "Te&mplate:", "Multi_Template", window.Multi_Template)})
+                               add_combo(*fields, "Temp&late:", "Multi_Template", window.Multi_Template)})
     box->setMinimumContentsLength(25);
 }
 
