@@ -7,6 +7,7 @@
 #include "batch/csv_layout.hpp"
 #include "batch/import_options.hpp"
 #include "batch/multi_user_window.hpp"
+#include "batch/schema_properties.hpp"
 #include "controls/tree_view.hpp"
 #include "creation/create_user.hpp"
 #include "creation/share_points_form.hpp"
@@ -131,6 +132,16 @@ std::function<void(session::Session&)> multi_user(int tab) {
   };
 }
 
+/// The tab of properties with one that is chosen.
+std::function<void(session::Session&)> with_property(const char* name) {
+  return [name](session::Session& session) {
+    batch::prepare_properties(session);
+    session.ad_properties.AD_Properties.text = std::string(name);
+    batch::AD_Properties_Click(session);
+    multi_user(session::multi_tab::kProperties)(session);
+  };
+}
+
 std::vector<Window> windows() {
   const auto shown = [](const char* name, void (*load)(session::Session&)) {
     return [name, load](session::Session& session) {
@@ -158,6 +169,8 @@ std::vector<Window> windows() {
           {"multi-user-delete", multi_user(session::multi_tab::kDelete)},
           {"multi-user-move", multi_user(session::multi_tab::kMove)},
           {"multi-user-accounts", multi_user(session::multi_tab::kAccounts)},
+          {"multi-user-properties", with_property("otherTelephone")},
+          {"multi-user-property-time", with_property("WTSTimeoutIdle")},
           {"permissions", by(editors::Set_Security_Click)},
           {"share-permissions", by(editors::Sharepermissions_Click)},
           {"rename-user",

@@ -119,8 +119,9 @@ TEST_F(PropertiesTab, ImportNeedsAPropertyAndTakesTheFileThatIsChosen) {
         return;
       chooser.stop();
       EXPECT_EQ(dialog->windowTitle().toStdString(), "Open file to import");
-      type("fileNameEdit", QString::fromStdString(file.string()), dialog);
-      QTest::keyClick(find<QLineEdit>("fileNameEdit", dialog), Qt::Key_Return);
+      find<QLineEdit>("fileNameEdit", dialog)->setText(screens::to_qt(file.string()));
+      QTest::mouseClick(find<QDialogButtonBox>("buttonBox", dialog)->button(QDialogButtonBox::Open),
+                        Qt::LeftButton);
     });
     chooser.start(20);
     click("DELIMPORT", &shown);
