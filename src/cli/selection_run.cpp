@@ -35,10 +35,10 @@ std::string dn_of_user(const Session& session, const std::string& path) {
   return base::starts_with_fold(path, prefix) ? path.substr(prefix.size()) : std::string();
 }
 
-int tell_counts(Context& context, const RunCounts& counts) {
-  const std::string message = std::to_string(counts.done) + " done, " + std::to_string(counts.failed) +
-                              " failed, " + std::to_string(counts.unknown) + " unknown" +
-                              (interrupted() ? ", stopped." : ".");
+int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {
+  const std::string message = std::to_string(counts.done) + (rehearsed ? " rehearsed, " : " done, ") +
+                              std::to_string(counts.failed) + " failed, " + std::to_string(counts.unknown) +
+                              " unknown" + (interrupted() ? ", stopped." : ".");
   context.output().result({{"light", counts.light()},
                            {"done", counts.done},
                            {"failed", counts.failed},
@@ -94,7 +94,7 @@ int run_over_selection(Context& context, Session& session, const SelectionArgume
   session.import.ImportStopped = interrupted();
   run(hooks);
   progress.clear();
-  return tell_counts(context, counts);
+  return tell_counts(context, counts, static_cast<bool>(session.runs.rehearse));
 }
 
 }  // namespace twk::cli
