@@ -1,5 +1,8 @@
 #include "ads/schema_object.hpp"
 
+#include <algorithm>
+#include <array>
+
 #include "ads/schema.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -12,6 +15,35 @@ using platform::ObjectPtr;
 using platform::Value;
 
 constexpr std::string_view kContainer = "LDAP://Schema";
+
+/// What the directory asks of every object, and of every user.
+constexpr std::array<std::string_view, 1> kOfEveryObject = {"objectClass"};
+constexpr std::array<std::string_view, 4> kOfEveryUser = {"cn", "objectCategory", "objectClass",
+                                                          "sAMAccountName"};
+
+/// Of the well-known attributes those of other objects: groups, computers, domains, partitions, units.
+constexpr std::array<std::string_view, 17> kNotOfUsers = {"configurationNamingContext",
+                                                          "creationTime",
+                                                          "dNSHostName",
+                                                          "dnsRoot",
+                                                          "groupType",
+                                                          "managedBy",
+                                                          "member",
+                                                          "nCName",
+                                                          "nETBIOSName",
+                                                          "nTMixedDomain",
+                                                          "objectVersion",
+                                                          "operatingSystem",
+                                                          "operatingSystemVersion",
+                                                          "primaryGroupToken",
+                                                          "rIDNextRID",
+                                                          "securityIdentifier",
+                                                          "wellKnownObjects"};
+
+template <std::size_t N>
+bool holds(const std::array<std::string_view, N>& names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
 
 std::string path_of(std::string_view name) {
   return std::string(kContainer) + "/" + std::string(name);
@@ -34,7 +66,8 @@ class PropertyObject final : public BasicObject {
 
 class ClassObject final : public BasicObject {
  public:
-  explicit ClassObject(const ClassSchema& schema) : schema_(schema) {}
+  ClassObject(const ClassSchema& schema, FindProperties properties)
+      : schema_(schema), properties_(std::move(properties)) {}
 
   [[nodiscard]] std::string Name() const override { return std::string(schema_.name); }
   [[nodiscard]] std::string Class() const override { return "Class"; }
@@ -42,31 +75,36 @@ class ClassObject final : public BasicObject {
   [[nodiscard]] std::string Parent() const override { return std::string(kContainer); }
 
   Value Get(std::string_view attribute) override {
-    if (base::equals_fold(attribute, "MandatoryProperties"))
-      return platform::ValueList{"objectClass"};
-    if (!base::equals_fold(attribute, "OptionalProperties")) {
+    const bool mandatory = base::equals_fold(attribute, "MandatoryProperties");
+    if (!mandatory && !base::equals_fold(attribute, "OptionalProperties")) {
       base::raise(platform::ads_error::kPropertyNotFound,
                   "A class of the schema has no value for " + std::string(attribute));
     }
+    const ClassProperties properties = properties_(schema_);
     platform::ValueList names;
-    for (const AttributeSchema& one : all_attributes()) {
-      if (one.name != "objectClass")
-        names.emplace_back(one.name);
-    }
+    for (const std::string& name : mandatory ? properties.mandatory : properties.optional)
+      names.emplace_back(name);
     return names;
   }
 
  private:
   const ClassSchema& schema_;
+  FindProperties properties_;
 };
 
-ObjectPtr find_item(const FindAttribute& find, std::string_view object_class, std::string_view name) {
+/// What the schema is asked.
+struct Lookups {
+  FindAttribute find;
+  FindProperties properties;
+};
+
+ObjectPtr find_item(const Lookups& lookups, std::string_view object_class, std::string_view name) {
   if (!base::equals_fold(object_class, "Property")) {
     if (const ClassSchema* const schema = find_class(name))
-      return std::make_shared<ClassObject>(*schema);
+      return std::make_shared<ClassObject>(*schema, lookups.properties);
   }
   if (!base::equals_fold(object_class, "Class")) {
-    if (const AttributeSchema* const attribute = find(platform::ldap_attribute(name))) {
+    if (const AttributeSchema* const attribute = lookups.find(platform::ldap_attribute(name))) {
       return std::make_shared<PropertyObject>(*attribute);
     }
   }
@@ -75,7 +113,7 @@ ObjectPtr find_item(const FindAttribute& find, std::string_view object_class, st
 
 class SchemaContainer final : public BasicObject {
  public:
-  explicit SchemaContainer(FindAttribute find) : find_(std::move(find)) {}
+  explicit SchemaContainer(Lookups lookups) : lookups_(std::move(lookups)) {}
 
   [[nodiscard]] std::string Name() const override { return "Schema"; }
   [[nodiscard]] std::string Class() const override { return "Schema"; }
@@ -83,7 +121,7 @@ class SchemaContainer final : public BasicObject {
   [[nodiscard]] std::string Parent() const override { return "LDAP:"; }
 
   ObjectPtr GetObject(std::string_view object_class, std::string_view relative_name) override {
-    return find_item(find_, object_class, relative_name);
+    return find_item(lookups_, object_class, relative_name);
   }
 
   void enumerate(std::span<const std::string> classes,
@@ -97,15 +135,28 @@ class SchemaContainer final : public BasicObject {
   }
 
  private:
-  FindAttribute find_;
+  Lookups lookups_;
 };
 
 }  // namespace
 
-ObjectPtr bind_schema(std::string_view name, FindAttribute find) {
+ClassProperties known_properties(const ClassSchema& schema) {
+  const bool user = schema.chain.find("organizationalPerson user") != base::npos;
+  ClassProperties properties;
+  for (const AttributeSchema& attribute : all_attributes()) {
+    if (user && holds(kNotOfUsers, attribute.name))
+      continue;
+    const bool mandatory = user ? holds(kOfEveryUser, attribute.name) : holds(kOfEveryObject, attribute.name);
+    (mandatory ? properties.mandatory : properties.optional).emplace_back(attribute.name);
+  }
+  return properties;
+}
+
+ObjectPtr bind_schema(std::string_view name, FindAttribute find, FindProperties properties) {
+  Lookups lookups{std::move(find), std::move(properties)};
   if (name.empty())
-    return std::make_shared<SchemaContainer>(std::move(find));
-  return find_item(find, {}, name);
+    return std::make_shared<SchemaContainer>(std::move(lookups));
+  return find_item(lookups, {}, name);
 }
 
 }  // namespace twk::ads

@@ -1,18 +1,33 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "ads/basic_object.hpp"
 #include "ads/schema.hpp"
 
 namespace twk::ads {
 
+/// Knows the attributes by name; what it gives must stay.
+using FindAttribute = std::function<const AttributeSchema*(std::string_view)>;
+
+/// The names of the attributes that objects of a class must and may have.
+struct ClassProperties {
+  std::vector<std::string> mandatory;
+  std::vector<std::string> optional;
+};
+using FindProperties = std::function<ClassProperties(const ClassSchema&)>;
+
+/// Those of the well-known attributes: every class may have any, but for users of whom only some make sense.
+ClassProperties known_properties(const ClassSchema& schema);
+
 /// Binds "LDAP://Schema" (empty name), a class ("User") or an attribute ("sn"). The container gives classes
 /// and properties by `GetObject("Class" or "Property", name)` and enumerates them; a class tells the names of
-/// its attributes by `Get("OptionalProperties")`; a property has `Syntax` and `MultiValued`. Raises
-/// kNoSuchObject. `find` knows the attributes; what it gives must stay.
-using FindAttribute = std::function<const AttributeSchema*(std::string_view)>;
-platform::ObjectPtr bind_schema(std::string_view name, FindAttribute find);
+/// its attributes by `Get("MandatoryProperties")` and `Get("OptionalProperties")`, which ask `properties`; a
+/// property has `Syntax` and `MultiValued`. Raises kNoSuchObject.
+platform::ObjectPtr bind_schema(std::string_view name, FindAttribute find,
+                                FindProperties properties = known_properties);
 
 }  // namespace twk::ads

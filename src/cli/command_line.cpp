@@ -103,6 +103,7 @@ int run(int argc, char** argv) {
   add_custom_commands(app, context);
   add_format_command(app, context);
   add_user_commands(app, context);
+  add_users_commands(app, context);
   add_profile_commands(app, context);
   add_mailbox_commands(app, context);
   add_group_commands(app, context);

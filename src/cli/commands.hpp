@@ -18,6 +18,7 @@ void add_hours_commands(CLI::App& app, Context& context);
 void add_custom_commands(CLI::App& app, Context& context);
 void add_format_command(CLI::App& app, Context& context);
 void add_user_commands(CLI::App& app, Context& context);
+void add_users_commands(CLI::App& app, Context& context);
 void add_profile_commands(CLI::App& app, Context& context);
 void add_mailbox_commands(CLI::App& app, Context& context);
 void add_group_commands(CLI::App& app, Context& context);

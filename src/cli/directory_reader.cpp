@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -114,10 +115,10 @@ std::vector<std::string> names_of(const std::vector<Json>& rows) {
   return names;
 }
 
-/// The path of the one object of these conditions that bears the name: its account name, which a directory
-/// looks up at once, else one of its other names.
-std::string locate(const Domain& domain, std::string_view kind, std::string_view conditions,
-                   std::string_view name, const std::function<std::vector<Json>()>& all) {
+/// The path of the one object of these conditions that bears the name, its account name, which a directory
+/// looks up at once, else one of its other names; empty when there is none.
+std::string look_up(const Domain& domain, std::string_view kind, std::string_view conditions,
+                    std::string_view name) {
   const std::string value = platform::escape_filter_value(name);
   auto rows = query(domain, {}, conjunction(conditions, "(sAMAccountName=" + value + ")"), {"ADsPath"});
   if (rows.empty()) {
@@ -126,11 +127,17 @@ std::string locate(const Domain& domain, std::string_view kind, std::string_view
                                              ")(distinguishedName=" + value + "))"),
                  {"ADsPath"});
   }
-  if (rows.empty())
-    throw Refused(no_such_text(kind, name, names_of(all())));
   if (rows.size() > 1)
     throw Refused("More than one " + std::string(kind) + " is called \"" + std::string(name) + "\".");
-  return rows.front()[0].text();
+  return rows.empty() ? std::string() : rows.front()[0].text();
+}
+
+std::string locate(const Domain& domain, std::string_view kind, std::string_view conditions,
+                   std::string_view name, const std::function<std::vector<Json>()>& all) {
+  std::string path = look_up(domain, kind, conditions, name);
+  if (path.empty())
+    throw Refused(no_such_text(kind, name, names_of(all())));
+  return path;
 }
 
 /// Binds an account of a WinNT domain.
@@ -259,6 +266,22 @@ std::string locate_user(const Domain& domain, std::string_view name) {
   if (domain.active_directory)
     return dn_of_path(locate(domain, "user", kUsers, name, all));
   return bind_winnt(domain, "user", name, "user", all)->Name();
+}
+
+std::optional<std::string> find_user(const Domain& domain, std::string_view name) {
+  if (domain.active_directory) {
+    const std::string path = look_up(domain, "user", kUsers, name);
+    return path.empty() ? std::nullopt : std::optional(dn_of_path(path));
+  }
+  if (name.empty() || name.find_first_of("/,") != base::npos)
+    return std::nullopt;
+  base::Trap trap;
+  std::optional<std::string> found;
+  trap([&] { found = domain.services.directory.GetObject(winnt_path(domain, name) + ",user")->Name(); });
+  if (trap.number() != 0 && trap.number() != platform::ads_error::kUserNotFound &&
+      trap.number() != platform::ads_error::kNoSuchObject)
+    throw base::RuntimeError(trap.number(), trap.description());
+  return found;
 }
 
 ObjectPtr bind_user(const Domain& domain, std::string_view name) {

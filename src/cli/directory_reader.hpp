@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,8 @@ std::vector<Json> list_users(const Domain& domain, std::string_view ou);
 Json describe_user(const Domain& domain, std::string_view name);
 /// The distinguished name of that user; in a WinNT domain the account name.
 std::string locate_user(const Domain& domain, std::string_view name);
+/// The same without the near names, which cost a walk through all users: nothing when there is no such user.
+std::optional<std::string> find_user(const Domain& domain, std::string_view name);
 /// The object of that user, for a change to it.
 platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 
@@ -38,6 +41,8 @@ platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 std::string locate_group(const Domain& domain, std::string_view name);
 /// Groups with name, kind, scope, description, dn, sorted by name.
 std::vector<Json> list_groups(const Domain& domain);
+/// The distinguished name of that group; in a WinNT domain its name. Raises `Refused`.
+std::string locate_group(const Domain& domain, std::string_view name);
 /// The same of one group with its members, those by primary group included.
 Json describe_group(const Domain& domain, std::string_view name);
 

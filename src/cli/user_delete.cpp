@@ -1,14 +1,17 @@
+#include "batch/delete_users.hpp"
 #include "cli/failures.hpp"
 #include "cli/resource_session.hpp"
+#include "cli/selection_run.hpp"
 #include "cli/user_commands.hpp"
 #include "cli/user_runs.hpp"
+#include "cli/users_commands.hpp"
 #include "lifecycle/delete_user.hpp"
 
 namespace twk::cli {
 namespace {
 
 struct DeleteArguments {
-  std::vector<std::string> names;
+  SelectionArguments selection;
   bool shares = false;
   bool take_ownership = false;
   bool account = false;
@@ -46,7 +49,7 @@ void tick(session::Session& session, const DeleteArguments& arguments) {
   session.runs.Run_Command_Flag = arguments.run_command;
 }
 
-int delete_users(Context& context, const DeleteArguments& arguments) {
+session::Session& prepare(Context& context, const DeleteArguments& arguments) {
   check(arguments);
   if (arguments.dry_run)
     print_steps(context);
@@ -55,11 +58,35 @@ int delete_users(Context& context, const DeleteArguments& arguments) {
   if (arguments.dry_run)
     tell_trees(context, session);
   session.runs.Delete_Running = true;
-  const int exit_code = run_for_users(context, session, arguments.names, [&](const std::string& key) {
-    return lifecycle::Delete_One_User(session, key);
-  });
-  session.runs.Delete_Running = false;
-  return exit_code;
+  return session;
+}
+
+int delete_named(Context& context, const DeleteArguments& arguments) {
+  session::Session& session = prepare(context, arguments);
+  return run_for_users(context, session, arguments.selection.names,
+                       [&](const std::string& key) { return lifecycle::Delete_One_User(session, key); });
+}
+
+int delete_selected(Context& context, const DeleteArguments& arguments) {
+  session::Session& session = prepare(context, arguments);
+  return run_over_selection(context, session, arguments.selection,
+                            [&](const batch::RunHooks& hooks) { batch::delete_selection(session, hooks); });
+}
+
+void add_options(CLI::App& command, DeleteArguments& arguments) {
+  command.add_flag("--shares", arguments.shares, "The shares of home and profile");
+  command.add_flag("--take-ownership", arguments.take_ownership,
+                   "Take ownership of the folders before they are deleted");
+  command.add_flag("--account", arguments.account, "The account itself");
+  command.add_flag("--data", arguments.data, "The folders of home and profile, and their shares");
+  command.add_flag("--mail", arguments.mail, "The mailbox");
+  command
+      .add_option("--exchange-server", arguments.exchange_server,
+                  "Exchange 5.5 server of a site that holds the mailbox, or \"Exchange 2000\"")
+      ->type_name("S");
+  command.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
+  command.add_flag("--no-prompting", arguments.no_prompting, "Ask nothing");
+  command.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
 }
 
 }  // namespace
@@ -68,24 +95,21 @@ void add_user_delete(CLI::App& user, Context& context) {
   auto arguments = std::make_shared<DeleteArguments>();
   auto* command = user.add_subcommand("delete", "Delete users and what hangs on their accounts");
   command
-      ->add_option("NAME", arguments->names,
+      ->add_option("NAME", arguments->selection.names,
                    "Account name, common name, principal name or distinguished name; several may be given")
       ->required();
-  command->add_flag("--shares", arguments->shares, "The shares of home and profile");
-  command->add_flag("--take-ownership", arguments->take_ownership,
-                    "Take ownership of the folders before they are deleted");
-  command->add_flag("--account", arguments->account, "The account itself");
-  command->add_flag("--data", arguments->data, "The folders of home and profile, and their shares");
-  command->add_flag("--mail", arguments->mail, "The mailbox");
-  command
-      ->add_option("--exchange-server", arguments->exchange_server,
-                   "Exchange 5.5 server of a site that holds the mailbox, or \"Exchange 2000\"")
-      ->type_name("S");
-  command->add_flag("--run-command", arguments->run_command, "Run the command of the set-up tab afterwards");
-  command->add_flag("--no-prompting", arguments->no_prompting, "Ask nothing");
-  command->add_flag("--dry-run", arguments->dry_run, "Print what would be done, in order, and do nothing");
+  add_options(*command, *arguments);
   command->callback(
-      [=, &context] { context.set_action([=, &context] { return delete_users(context, *arguments); }); });
+      [=, &context] { context.set_action([=, &context] { return delete_named(context, *arguments); }); });
+}
+
+void add_users_delete(CLI::App& users, Context& context) {
+  auto arguments = std::make_shared<DeleteArguments>();
+  auto* command = users.add_subcommand("delete", "Delete users and what hangs on their accounts");
+  add_selection_options(*command, arguments->selection);
+  add_options(*command, *arguments);
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return delete_selected(context, *arguments); }); });
 }
 
 }  // namespace twk::cli

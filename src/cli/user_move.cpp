@@ -1,16 +1,19 @@
 #include <map>
 
+#include "batch/move_users.hpp"
 #include "cli/failures.hpp"
 #include "cli/near_matches.hpp"
+#include "cli/selection_run.hpp"
 #include "cli/user_commands.hpp"
 #include "cli/user_runs.hpp"
+#include "cli/users_commands.hpp"
 #include "lifecycle/move_user.hpp"
 
 namespace twk::cli {
 namespace {
 
 struct MoveArguments {
-  std::vector<std::string> names;
+  SelectionArguments selection;
   std::string site;
   std::string template_name;
   std::string data;
@@ -36,7 +39,7 @@ void fill(session::Session& session, const MoveArguments& arguments) {
   set(window.No_Prompt, arguments.no_prompt || arguments.dry_run);
 }
 
-int move_users(Context& context, const MoveArguments& arguments) {
+session::Session& prepare(Context& context, const MoveArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
@@ -45,11 +48,35 @@ int move_users(Context& context, const MoveArguments& arguments) {
     tell_trees(context, session);
   session.runs.Run_Command_Flag = arguments.run_command;
   session.runs.Move_Running = true;
-  const int exit_code = run_for_users(context, session, arguments.names, [&](const std::string& key) {
-    return lifecycle::Move_One_User(session, key);
-  });
-  session.runs.Move_Running = false;
-  return exit_code;
+  return session;
+}
+
+int move_named(Context& context, const MoveArguments& arguments) {
+  session::Session& session = prepare(context, arguments);
+  return run_for_users(context, session, arguments.selection.names,
+                       [&](const std::string& key) { return lifecycle::Move_One_User(session, key); });
+}
+
+int move_selected(Context& context, const MoveArguments& arguments) {
+  session::Session& session = prepare(context, arguments);
+  return run_over_selection(context, session, arguments.selection,
+                            [&](const batch::RunHooks& hooks) { batch::move_selection(session, hooks); });
+}
+
+void add_options(CLI::App& move, MoveArguments& arguments) {
+  move.add_option("--site", arguments.site, "Site to move to")->required()->type_name("S");
+  move.add_option("--template", arguments.template_name, "Template that says where things go")
+      ->required()
+      ->type_name("T");
+  move.add_option("--data", arguments.data, "What becomes of the data: move, copy or nothing")
+      ->required()
+      ->check(CLI::IsMember(kData))
+      ->type_name("WORD");
+  move.add_flag("--add-to-groups", arguments.add_to_groups, "Put the users into the template's groups");
+  move.add_flag("--change-logon", arguments.change_logon, "Set the template's logon script");
+  move.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
+  move.add_flag("--no-prompt", arguments.no_prompt, "Ask nothing");
+  move.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
 }
 
 }  // namespace
@@ -57,24 +84,21 @@ int move_users(Context& context, const MoveArguments& arguments) {
 void add_user_move(CLI::App& user, Context& context) {
   auto arguments = std::make_shared<MoveArguments>();
   auto* move = user.add_subcommand("move", "Move users and their data to another site and template");
-  move->add_option("NAME", arguments->names,
+  move->add_option("NAME", arguments->selection.names,
                    "Account name, common name, principal name or distinguished name; several may be given")
       ->required();
-  move->add_option("--site", arguments->site, "Site to move to")->required()->type_name("S");
-  move->add_option("--template", arguments->template_name, "Template that says where things go")
-      ->required()
-      ->type_name("T");
-  move->add_option("--data", arguments->data, "What becomes of the data: move, copy or nothing")
-      ->required()
-      ->check(CLI::IsMember(kData))
-      ->type_name("WORD");
-  move->add_flag("--add-to-groups", arguments->add_to_groups, "Put the users into the template's groups");
-  move->add_flag("--change-logon", arguments->change_logon, "Set the template's logon script");
-  move->add_flag("--run-command", arguments->run_command, "Run the command of the set-up tab afterwards");
-  move->add_flag("--no-prompt", arguments->no_prompt, "Ask nothing");
-  move->add_flag("--dry-run", arguments->dry_run, "Print what would be done, in order, and do nothing");
+  add_options(*move, *arguments);
   move->callback(
-      [=, &context] { context.set_action([=, &context] { return move_users(context, *arguments); }); });
+      [=, &context] { context.set_action([=, &context] { return move_named(context, *arguments); }); });
+}
+
+void add_users_move(CLI::App& users, Context& context) {
+  auto arguments = std::make_shared<MoveArguments>();
+  auto* move = users.add_subcommand("move", "Move users and their data to another site and template");
+  add_selection_options(*move, arguments->selection);
+  add_options(*move, *arguments);
+  move->callback(
+      [=, &context] { context.set_action([=, &context] { return move_selected(context, *arguments); }); });
 }
 
 }  // namespace twk::cli

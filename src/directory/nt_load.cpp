@@ -36,10 +36,30 @@ void take_group(Session& session, base::Trap& trap, const ObjectPtr& group) {
   const std::string icon = global ? kIcon : "Local";
   trap([&] { session.form1.ListView3.add(name, name, icon); });
   trap([&] { session.form1.ListView5.add(name, name, icon); });
-  trap([&] { session.multi_user.ListView3.add(name, name, icon); });
+  trap([&] { session.multi_user.ListView3.add(name, name, global ? "Global" : "Local"); });
 }
 
 }  // namespace
+
+void show_nt_users(Session& session) {
+  controls::ListView& list = session.multi_user.ListView2;
+  list.clear();
+  list.set_drawing(false);
+  base::Trap trap;
+  base::Trap adding;
+  trap([&] {
+    const std::vector<std::string> users{"User"};
+    session.platform.directory.GetObject("WinNT://" + session.DomainName)
+        ->enumerate(users, [&](const ObjectPtr& user) {
+          const std::string name = user->Name();
+          adding([&] { list.add(name, name, "USER"); });
+          return true;
+        });
+  });
+  list.set_drawing(true);
+  if (trap.number() != 0)
+    session.form1.StatusBar1.panel1 = "Error Getting Users. " + trap.description();
+}
 
 bool Load_NT_Domain(Session& session) {
   base::Trap trap(session::is_debug(session));

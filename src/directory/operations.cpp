@@ -65,7 +65,7 @@ std::string asked_password(Session& session, std::string_view password) {
 
 /// `expire` names the attribute that asks for a new password at the next logon, and its value.
 bool reset_password(Session& session, const std::string& path, std::string_view password,
-                    std::string_view expire, std::int32_t value) {
+                    std::string_view expire, std::int32_t value, std::string* reason) {
   bool set = false;
   base::Trap trap;
   trap([&] {
@@ -79,6 +79,8 @@ bool reset_password(Session& session, const std::string& path, std::string_view 
     user.SetInfo();
   });
   session.CurrentUser.reset();
+  if (!set && reason != nullptr)
+    *reason = trap.description();
   return set;
 }
 
@@ -138,15 +140,17 @@ void Load_Domain_List(Session& session) {
   }
 }
 
-bool Reset_AD_Password(Session& session, std::string_view password, std::string_view path) {
+bool Reset_AD_Password(Session& session, std::string_view password, std::string_view path,
+                       std::string* reason) {
   const std::string full =
       base::starts_with_fold(path, "LDAP://") ? std::string(path) : "LDAP://" + std::string(path);
-  return reset_password(session, full, asked_password(session, password), "pwdLastSet", 0);
+  return reset_password(session, full, asked_password(session, password), "pwdLastSet", 0, reason);
 }
 
-bool Reset_NT_Password(Session& session, std::string_view password, std::string_view name) {
+bool Reset_NT_Password(Session& session, std::string_view password, std::string_view name,
+                       std::string* reason) {
   const std::string path = "WinNT://" + session.DomainName + "/" + std::string(name);
-  return reset_password(session, path, asked_password(session, password), "PasswordExpired", 1);
+  return reset_password(session, path, asked_password(session, password), "PasswordExpired", 1, reason);
 }
 
 std::int32_t Group_RID(Session& session, std::string_view group) {

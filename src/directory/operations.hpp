@@ -30,9 +30,12 @@ std::int32_t Determine_Mode(session::Session& session, std::string_view domain);
 void Load_Domain_List(session::Session& session);
 
 /// Sets a password and asks for a new one at the next logon; "PROMPT" in any case asks for it in a box first.
-/// True when the password was set; lifting a lock-out behind it does not count.
-bool Reset_AD_Password(session::Session& session, std::string_view password, std::string_view path);
-bool Reset_NT_Password(session::Session& session, std::string_view password, std::string_view name);
+/// True when the password was set; lifting a lock-out behind it does not count. `reason` is told why it was
+/// not.
+bool Reset_AD_Password(session::Session& session, std::string_view password, std::string_view path,
+                       std::string* reason = nullptr);
+bool Reset_NT_Password(session::Session& session, std::string_view password, std::string_view name,
+                       std::string* reason = nullptr);
 
 /// The relative identifier of a group: from a row's key in an Active Directory domain, from a name in a WinNT
 /// domain. Raises what the directory raises.

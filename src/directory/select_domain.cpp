@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/multi_user_window.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/nt_load.hpp"
 #include "directory/operations.hpp"
@@ -45,7 +46,6 @@ bool load_domain(Session& session) {
   if (!active_directory)
     return Load_NT_Domain(session);
   const bool loaded = Load_AD_Domain(session);
-  session.multi_user.btn_Showusers.visible = true;
   session.groups.btn_showGrpusers.visible = true;
   return loaded;
 }
@@ -73,6 +73,7 @@ bool Select_Domain(Session& session, std::string_view name) {
       form.StatusBar1.panel1 = session.Error_Status_Text;
     return false;
   }
+  batch::MultiUser_Load(session);
   form.StatusBar1.panel1 = "Number of Users:" + base::to_text(session.UserCount) +
                            "  Number of Groups:" + base::to_text(session.GroupCount);
   return true;

@@ -1,7 +1,6 @@
 #include "directory/tree_popup.hpp"
 
 #include "controls/tree_view.hpp"
-#include "session/later_commands.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -10,9 +9,8 @@ void POPUP(session::Session& session, controls::TreeNode& node) {
   session::Form1& form = session.form1;
   form.TreeView1.select(&node);
   const bool user = node.image == "USER";
-  for (const int index : {0, 2, 4, 5, 6, 8, 9, 13, 14}) {
-    form.mnupopup.at(static_cast<std::size_t>(index)).enabled = user && !session::is_later_popup_entry(index);
-  }
+  for (const int index : {0, 2, 4, 5, 6, 8, 9, 13, 14})
+    form.mnupopup.at(static_cast<std::size_t>(index)).enabled = user;
   form.mnupopup[10].enabled = !user && session::is_active_directory(session) && session.ManageSubOUs;
 }
 

@@ -2,8 +2,10 @@
 
 #include <ldap.h>
 
+#include <chrono>
 #include <ctime>
 #include <deque>
+#include <thread>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -15,6 +17,10 @@ namespace {
 namespace ads_error = platform::ads_error;
 
 constexpr std::string_view kDescriptorControl = "1.2.840.113556.1.4.801";  // LDAP_SERVER_SD_FLAGS_OID
+
+/// How long a server that was there is waited for: a controller that is started anew is back by then.
+constexpr std::chrono::seconds kPatience{20};
+constexpr std::chrono::milliseconds kPause{250};
 
 berval to_berval(const std::string& text) {
   // The library reads the bytes and never writes them.
@@ -189,18 +195,29 @@ void LdapConnection::open() {
     close();
   if (handle_ != nullptr)
     return;
-  if (!had_connection_) {
+  if (!had_connection_)
     connect();
-  } else {
+  else
+    reconnect();
+  had_connection_ = true;
+}
+
+void LdapConnection::reconnect() {
+  const auto end = std::chrono::steady_clock::now() + (gone_ ? std::chrono::seconds(0) : kPatience);
+  for (;;) {
     try {
       connect();
+      break;
     } catch (const base::RuntimeError& failure) {
       credentials_->tell_failure(failure.description());
-      throw;
+      gone_ = failure.number() == ads_error::kServerDown && std::chrono::steady_clock::now() >= end;
+      if (gone_ || failure.number() != ads_error::kServerDown)
+        throw;
     }
-    credentials_->tell_recovery();
+    std::this_thread::sleep_for(kPause);
   }
-  had_connection_ = true;
+  gone_ = false;
+  credentials_->tell_recovery();
 }
 
 int LdapConnection::run(const std::function<int()>& request, const std::function<bool()>& done) {

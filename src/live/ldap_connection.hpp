@@ -55,10 +55,11 @@ struct LdapSearch {
 /// A connection to one LDAP server, made when it is first needed and kept. It is sealed by the Kerberos
 /// ticket, or by TLS with the server's certificate checked; nothing goes over a clear one.
 ///
-/// When it is lost, it is opened once more. A read is then repeated. Of a write nobody knows whether it was
-/// made before the connection went: what stands in the directory is looked at first, and only what is not
-/// made is made again. A connection whose ticket has ended counts as lost; the ticket that is there by then
-/// opens the next one.
+/// When it is lost, it is opened once more; a server that does not answer is waited for, 20 seconds, and when
+/// it has not come back by then not again until it is. A read is then repeated. Of a write nobody knows
+/// whether it was made before the connection went: what stands in the directory is looked at first, and only
+/// what is not made is made again. A connection whose ticket has ended counts as lost; the ticket that is
+/// there by then opens the next one.
 ///
 /// Every call raises the numbers of `ldap_errors.hpp`.
 class LdapConnection {
@@ -92,6 +93,7 @@ class LdapConnection {
 
  private:
   void connect();
+  void reconnect();
   void close();
   [[nodiscard]] std::string diagnostic() const;
   /// Runs a request once, and once more on a new connection when it was lost. `done` looks whether a write
@@ -105,6 +107,7 @@ class LdapConnection {
   std::unique_ptr<LdapHandle> handle_;
   std::optional<std::time_t> ends_;  ///< of the ticket that seals it
   bool had_connection_ = false;      ///< once, be it lost by now
+  bool gone_ = false;                ///< was waited for in vain
 };
 
 /// All values of a link of an entry ("member", "memberOf"), also when the server hands them out in ranges,

@@ -121,7 +121,9 @@ ObjectPtr LiveDirectory::GetObject(std::string_view path) {
       return bind_root_dse(parsed, path);
     case AdsPath::Kind::kSchema:
       domain_.ldap();
-      return ads::bind_schema(parsed.name, [this](std::string_view name) { return domain_.attribute(name); });
+      return ads::bind_schema(
+          parsed.name, [this](std::string_view name) { return domain_.attribute(name); },
+          [this](const ads::ClassSchema& schema) { return domain_.properties(schema); });
     case AdsPath::Kind::kEntry:
       return bind_entry(parsed, path, nullptr);
     case AdsPath::Kind::kDomain:

@@ -160,6 +160,10 @@ const ads::AttributeSchema* LiveDomain::attribute(std::string_view name) {
   return schema_.find(ldap(), schema_dn(), name);
 }
 
+const ads::ClassProperties& LiveDomain::properties(const ads::ClassSchema& schema) {
+  return schema_.properties(ldap(), schema_dn(), schema.name);
+}
+
 const Subschema* LiveDomain::foreign_schema(std::string_view server, LdapConnection& connection) {
   if (server.empty() || is_domain_name(server) || base::equals_fold(server, controller()))
     return nullptr;

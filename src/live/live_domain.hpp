@@ -61,6 +61,8 @@ class LiveDomain {
   [[nodiscard]] bool is_domain_name(std::string_view name);
   /// None for an attribute that the directory does not know.
   const ads::AttributeSchema* attribute(std::string_view name);
+  /// What the directory asks and allows of objects of a class.
+  const ads::ClassProperties& properties(const ads::ClassSchema& schema);
 
   /// The schema of a server that is no domain controller; none for one that is. Asked for once.
   const Subschema* foreign_schema(std::string_view server, LdapConnection& connection);

@@ -1,6 +1,9 @@
 #include "live/live_schema.hpp"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
+#include <set>
 
 #include "base/text.hpp"
 #include "platform/ldap_text.hpp"
@@ -32,6 +35,27 @@ ads::Syntax syntax_of(std::string_view oid) {
   return ads::Syntax::kString;
 }
 
+/// Names, sorted without regard to case.
+struct FoldedOrder {
+  bool operator()(const std::string& a, const std::string& b) const {
+    return base::upper(a) < base::upper(b);
+  }
+};
+using Names = std::set<std::string, FoldedOrder>;
+
+/// The classes of one round of questions.
+std::string classes_filter(const Names& classes) {
+  std::string filter = "(&(objectClass=classSchema)(|";
+  for (const std::string& name : classes)
+    filter += "(lDAPDisplayName=" + platform::escape_filter_value(name) + ")";
+  return filter + "))";
+}
+
+void take(const LdapEntry& entry, std::string_view attribute, Names& names) {
+  if (const auto* const values = entry.find(attribute))
+    names.insert(values->begin(), values->end());
+}
+
 }  // namespace
 
 const ads::AttributeSchema* LiveSchema::find(LdapConnection& connection, const std::string& schema_dn,
@@ -58,6 +82,44 @@ const ads::AttributeSchema* LiveSchema::find(LdapConnection& connection, const s
     item = std::move(asked);
   }
   return item->known ? &item->schema : nullptr;
+}
+
+const ads::ClassProperties& LiveSchema::properties(LdapConnection& connection, const std::string& schema_dn,
+                                                   std::string_view name) {
+  const std::string key = base::upper(name);
+  if (const auto found = properties_.find(key); found != properties_.end())
+    return found->second;
+  LdapSearch search;
+  search.base = schema_dn;
+  search.scope = platform::Scope::kOneLevel;
+  search.attributes = {"subClassOf", "auxiliaryClass",    "systemAuxiliaryClass", "mustContain",
+                       "mayContain", "systemMustContain", "systemMayContain"};
+  Names known;
+  Names mandatory;
+  Names optional;
+  for (Names wanted = {std::string(name)}; !wanted.empty();) {
+    search.filter = classes_filter(wanted);
+    known.merge(Names(wanted));
+    Names further;
+    connection.search(search, [&](LdapEntry&& entry) {
+      for (const std::string_view attribute : {"subClassOf", "auxiliaryClass", "systemAuxiliaryClass"})
+        take(entry, attribute, further);
+      for (const std::string_view attribute : {"mustContain", "systemMustContain"})
+        take(entry, attribute, mandatory);
+      for (const std::string_view attribute : {"mayContain", "systemMayContain"})
+        take(entry, attribute, optional);
+      return true;
+    });
+    wanted.clear();
+    std::set_difference(further.begin(), further.end(), known.begin(), known.end(),
+                        std::inserter(wanted, wanted.end()), FoldedOrder());
+  }
+  // Only a whole answer is kept.
+  ads::ClassProperties& properties = properties_[key];
+  properties.mandatory.assign(mandatory.begin(), mandatory.end());
+  std::set_difference(optional.begin(), optional.end(), mandatory.begin(), mandatory.end(),
+                      std::back_inserter(properties.optional), FoldedOrder());
+  return properties;
 }
 
 }  // namespace twk::live

@@ -71,7 +71,7 @@ WtsConfigValue value_to_send(std::size_t number, const std::string& value) {
   return number == kStartProgramRow ? 1 - on : on;
 }
 
-void send_rows(Session& session, const Target& target) {
+bool send_rows(Session& session, const Target& target) {
   session.log.line("Setting WTS settings...");
   const controls::ListView& list = session.form1.ListView9;
   for (std::size_t number = 1; number <= list.size() && number <= kTerminalServerRows.size(); ++number) {
@@ -80,37 +80,38 @@ void send_rows(Session& session, const Target& target) {
       continue;
     const WtsConfigClass setting = kTerminalServerRows.at(number - 1).setting;
     if (!send(session, target, setting, value_to_send(number, value)))
-      return;
+      return false;
   }
+  return true;
 }
 
 /// `number` is that of a row, or the next one, which stands for the first row.
-void send_one(Session& session, const Target& target, std::size_t number) {
+bool send_one(Session& session, const Target& target, std::size_t number) {
   const WtsConfigClass setting = number <= kTerminalServerRows.size()
                                      ? kTerminalServerRows.at(number - 1).setting
                                      : WtsConfigClass::kTerminalServerProfilePath;
   const std::string value =
       format::FRString(session.multi_user.AD_CHANGE.text.get(), "%UserName%", target.user);
   if (number == kAllowLogonRow || number == kStartProgramRow)
-    send(session, target, setting, stores::number_of_switch(value));
-  else if (number >= kFirstTimeRow && number <= kTerminalServerRows.size())
-    send(session, target, setting, stores::milliseconds_of(value));
-  else
-    send(session, target, setting, value);
+    return send(session, target, setting, stores::number_of_switch(value));
+  if (number >= kFirstTimeRow && number <= kTerminalServerRows.size())
+    return send(session, target, setting, stores::milliseconds_of(value));
+  return send(session, target, setting, value);
 }
 
 }  // namespace
 
-void ApplyTerminalSettings(Session& session, std::string_view userName, std::string_view domain,
+bool ApplyTerminalSettings(Session& session, std::string_view userName, std::string_view domain,
                            bool singleProperty, std::int16_t propertyNumber) {
   const Target target{controller_of(session, domain), std::string(userName)};
   if (target.controller.empty())
-    return;
+    return false;
   const auto number = static_cast<std::size_t>(propertyNumber);
   if (!singleProperty)
-    send_rows(session, target);
-  else if (propertyNumber > 0 && number <= kTerminalServerRows.size() + 1)
-    send_one(session, target, number);
+    return send_rows(session, target);
+  if (propertyNumber <= 0 || number > kTerminalServerRows.size() + 1)
+    return false;
+  return send_one(session, target, number);
 }
 
 }  // namespace twk::resources

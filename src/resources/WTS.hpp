@@ -20,9 +20,9 @@ namespace twk::resources {
 /// others as texts, 14 as the profile path; here 5 is called by the setting's own name and is not turned
 /// round. Any other number sends nothing.
 ///
-/// Nothing is raised. A domain without a controller shows a box; a setting that is refused beeps and leaves a
-/// line in the log. The run's light and `RunWarning` stay.
-void ApplyTerminalSettings(session::Session& session, std::string_view userName, std::string_view domain,
+/// False when something was not set. Nothing is raised. A domain without a controller shows a box; a setting
+/// that is refused beeps and leaves a line in the log. The run's light and `RunWarning` stay.
+bool ApplyTerminalSettings(session::Session& session, std::string_view userName, std::string_view domain,
                            bool singleProperty, std::int16_t propertyNumber);
 
 }  // namespace twk::resources

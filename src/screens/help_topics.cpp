@@ -12,7 +12,7 @@ namespace {
 constexpr std::array<const char*, 6> kTabs = {"new-user", "user-details", "log",
                                               "site",     "template",     "set-up"};
 constexpr std::array<const char*, 5> kSetupTabs = {"set-up", "preferences", "mail", "w2k", "wts"};
-constexpr std::array<std::pair<const char*, const char*>, 16> kDialogs = {{{"frmADOptions", "options"},
+constexpr std::array<std::pair<const char*, const char*>, 17> kDialogs = {{{"frmADOptions", "options"},
                                                                            {"CSV_Import", "import"},
                                                                            {"ImportGrps", "import"},
                                                                            {"CancelImport", "import"},
@@ -20,6 +20,7 @@ constexpr std::array<std::pair<const char*, const char*>, 16> kDialogs = {{{"frm
                                                                            {"Groupsfrm", "groups"},
                                                                            {"GroupAdd", "groups"},
                                                                            {"frmCopy_Group", "groups"},
+                                                                           {"MultiUser", "multi-user"},
                                                                            {"Select_OU", "tree"},
                                                                            {"Serach_Mail", "mail"},
                                                                            {"Edit_Properties", "w2k"},

@@ -14,7 +14,7 @@ struct HelpTopic {
 };
 
 /// In the order of the contents.
-inline constexpr std::array<HelpTopic, 20> kHelpTopics = {{{"main", "The main window"},
+inline constexpr std::array<HelpTopic, 21> kHelpTopics = {{{"main", "The main window"},
                                                            {"lab", "Labs and starting"},
                                                            {"tree", "The tree"},
                                                            {"new-user", "New User"},
@@ -31,6 +31,7 @@ inline constexpr std::array<HelpTopic, 20> kHelpTopics = {{{"main", "The main wi
                                                            {"variables", "Variables"},
                                                            {"passwords", "Passwords"},
                                                            {"import", "Importing users"},
+                                                           {"multi-user", "Many users at once"},
                                                            {"find", "Finding a user"},
                                                            {"groups", "Groups"},
                                                            {"options", "AD options"}}};

@@ -158,7 +158,9 @@ ListOrder::ListOrder(ListModel& model, QObject* parent) : QSortFilterProxyModel(
 
 void ListOrder::set_filter(const QString& text) {
   filter_ = base::upper(from_qt(text.trimmed()));
-  invalidateFilter();
+  // One new order, not a removal for each stretch of rows that goes, which would cost a walk of the others
+  // each.
+  invalidate();
 }
 
 bool ListOrder::lessThan(const QModelIndex& left, const QModelIndex& right) const {

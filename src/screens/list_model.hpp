@@ -53,7 +53,8 @@ class ListOrder final : public QSortFilterProxyModel {
  public:
   ListOrder(ListModel& model, QObject* parent);
 
-  /// Case is ignored; the empty text lets every row through.
+  /// Case is ignored; the empty text lets every row through. Told as a change of the layout: a view is to
+  /// have given up its selection.
   void set_filter(const QString& text);
   [[nodiscard]] ListModel& model() const { return *model_; }
 

@@ -3,6 +3,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <algorithm>
+#include <vector>
 
 #include "screens/application.hpp"
 #include "screens/text.hpp"
@@ -76,20 +78,40 @@ QModelIndex ListPane::index_of(const ListRow& row) const {
   return order_->mapFromSource(model_->index(static_cast<int>(list_->place_of(row)), 0));
 }
 
+void ListPane::set_filter(const QString& text) {
+  if (model_->is_resetting())
+    return order_->set_filter(text);
+  showing_ = true;
+  selectionModel()->clear();
+  order_->set_filter(text);
+  for (std::size_t place = 0; place < list_->size(); ++place) {
+    ListRow& row = list_->at(place);
+    if (row.selected && !index_of(row).isValid())
+      list_->set_selected(row, false);
+  }
+  showing_ = false;
+  show_selection();
+}
+
 void ListPane::show_selection() {
   if (model_->is_resetting())
     return;
-  QItemSelection wanted;
-  QModelIndex first;
+  std::vector<int> rows;
   for (std::size_t place = 0; place < list_->size(); ++place) {
     if (!list_->at(place).selected)
       continue;
     const QModelIndex index = index_of(list_->at(place));
-    if (!index.isValid())
-      continue;
-    wanted.select(index, index.siblingAtColumn(model_->columnCount() - 1));
-    if (!first.isValid())
-      first = index;
+    if (index.isValid())
+      rows.push_back(index.row());
+  }
+  const QModelIndex first = rows.empty() ? QModelIndex() : order_->index(rows.front(), 0);
+  // The toolkit compares ranges with each other: neighbours make one.
+  std::sort(rows.begin(), rows.end());
+  QItemSelection wanted;
+  for (std::size_t start = 0, end = 0; start < rows.size(); start = end) {
+    for (end = start + 1; end < rows.size() && rows[end] == rows[end - 1] + 1;)
+      ++end;
+    wanted.select(order_->index(rows[start], 0), order_->index(rows[end - 1], model_->columnCount() - 1));
   }
   showing_ = true;
   selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect);

@@ -30,8 +30,8 @@ class ListPane final : public QTreeView {
   void set_edited(std::function<void(controls::ListRow& row, const std::string& text)> edited);
   /// Begins the edit of the selected row. An edit that is given up is told as the row's own text.
   void edit_selected();
-  /// Shows only rows that hold the text.
-  void set_filter(const QString& text) { order_->set_filter(text); }
+  /// Shows only rows that hold the text. A row that is not shown is not selected either.
+  void set_filter(const QString& text);
   /// Shown from now on while there is no row.
   void set_empty_text(const QString& text);
 

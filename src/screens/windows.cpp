@@ -8,7 +8,7 @@ namespace {
 
 using Maker = std::unique_ptr<QDialog> (*)(session::Session&, QWidget*);
 
-constexpr std::array<std::pair<std::string_view, Maker>, 17> kMakers = {{
+constexpr std::array<std::pair<std::string_view, Maker>, 18> kMakers = {{
     {"frmADOptions", make_ad_options},
     {"CSV_Import", make_csv_import},
     {"Custom", make_custom},
@@ -18,6 +18,7 @@ constexpr std::array<std::pair<std::string_view, Maker>, 17> kMakers = {{
     {"GroupAdd", make_group_add},
     {"ImportGrps", make_import_groups},
     {"Logon_Hours", make_logon_hours},
+    {"MultiUser", make_multi_user},
     {"Permissions", make_permissions},
     {"RenameUser", make_rename_user},
     {"Rename_NT", make_rename_nt},

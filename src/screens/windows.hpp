@@ -22,6 +22,7 @@ std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* pare
 std::unique_ptr<QDialog> make_group_add(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_multi_user(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_permissions(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_rename_nt(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_rename_user(session::Session& session, QWidget* parent);

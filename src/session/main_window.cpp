@@ -4,6 +4,7 @@
 #include <array>
 
 #include "batch/import.hpp"
+#include "batch/multi_user_window.hpp"
 #include "directory/ad_options.hpp"
 #include "directory/create_ou.hpp"
 #include "directory/find_user.hpp"
@@ -14,7 +15,6 @@
 #include "groups/groups_window.hpp"
 #include "lifecycle/popup_commands.hpp"
 #include "session/custom_commands.hpp"
-#include "session/later_commands.hpp"
 #include "session/refresh.hpp"
 #include "session/session.hpp"
 #include "stores/backup.hpp"
@@ -74,11 +74,11 @@ void mnuOption_Click(Session& session, int index) {
     case kCustomProperties:
       editors::show_custom(session);
       break;
+    case 1:
+      batch::show_multi_user(session);
+      break;
     case 4:
       groups::Groupsfrm_Show(session);
-      break;
-    case 1:
-      tell_later_command(session);
       break;
     default:
       break;
@@ -89,7 +89,7 @@ void mnupopup_Click(Session& session, int index) {
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     return;
-  constexpr std::array kForUsers = {2, 6, 8, 9};
+  constexpr std::array kForUsers = {2, 4, 5, 6, 8, 9};
   if (node->image != "USER" && std::find(kForUsers.begin(), kForUsers.end(), index) != kForUsers.end())
     return;
   switch (index) {
@@ -98,6 +98,12 @@ void mnupopup_Click(Session& session, int index) {
       break;
     case 2:
       lifecycle::Reset_Password(session, *node);
+      break;
+    case 4:
+      batch::show_for_user(session, *node, multi_tab::kDelete);
+      break;
+    case 5:
+      batch::show_for_user(session, *node, multi_tab::kMove);
       break;
     case 6:
       lifecycle::Rename_User(session);
@@ -116,8 +122,6 @@ void mnupopup_Click(Session& session, int index) {
       run_custom_command(session, index, *node);
       break;
     default:
-      if (is_later_popup_entry(index))
-        tell_later_command(session);
       break;
   }
 }

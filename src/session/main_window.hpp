@@ -17,7 +17,8 @@ void mnuFile_Click(Session& session, int index);
 /// 7 the administrator's own attributes.
 inline constexpr int kCustomProperties = 7;
 void mnuOption_Click(Session& session, int index);
-/// Popup of the tree, for the selected node: 0 details, 2 a new password, 6 another name, 8 and 9 the profile
+/// Popup of the tree, for the selected node: 0 details, 2 a new password, 4 and 5 the user in the
+/// multi-user window, to be deleted or moved, 6 another name, 8 and 9 the profile
 /// on the server and on a workstation, 10 a new OU, 13 and 14 the custom commands.
 void mnupopup_Click(Session& session, int index);
 /// See `kToolbarKeys`.

@@ -11,11 +11,13 @@
 #include "platform/platform.hpp"
 #include "session/account_windows.hpp"
 #include "session/activity_log.hpp"
+#include "session/ad_properties.hpp"
 #include "session/details_changes.hpp"
 #include "session/directory_windows.hpp"
 #include "session/editor_windows.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/windows.hpp"
 #include "stores/records.hpp"
 
@@ -124,6 +126,7 @@ struct Session {
   GroupAdd group_add;
   frmCopy_Group copy_group;
   MultiUser multi_user;
+  ADProperties ad_properties;
   RenameUser rename_user;
   Rename_NT rename_nt;
   WKS_PROFILE wks_profile;

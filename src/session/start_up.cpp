@@ -5,7 +5,6 @@
 #include "directory/operations.hpp"
 #include "directory/select_domain.hpp"
 #include "session/controls_defaults.hpp"
-#include "session/later_commands.hpp"
 #include "session/refresh.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
@@ -23,7 +22,6 @@ constexpr int kLeastScreenWidth = 1024;
 void read_all_settings(Session& session) {
   session.splash.Splash_TxT.caption = "Loading Registry Keys...";
   read_settings(session);
-  switch_off_later_commands(session.form1);
 }
 
 void show_first_run(Session& session) {

@@ -28,36 +28,6 @@ struct frmSharePoints {
   controls::Button btnOK;
 };
 
-struct MultiUser {
-  controls::ListView ListView1;  ///< chosen users
-  controls::ListView ListView2;  ///< users
-  controls::ListView ListView3;  ///< groups
-  controls::ListView ListView4;  ///< organizational units
-  controls::ComboBox Multi_Site;
-  controls::ComboBox Multi_Template;
-  controls::TextBox AD_CHANGE;  ///< the value that a property is to get
-  controls::Button btn_Showusers;
-  controls::Label progress;  ///< the file that the run is at
-  controls::Label Label3;    ///< what the run is at
-
-  // Delete Users tab.
-  controls::CheckBox Del_Shares;
-  controls::CheckBox Del_Permissions;  ///< take ownership first
-  controls::CheckBox Delete_NT_Account;
-  controls::CheckBox Delete_Data;
-  controls::CheckBox Delete_Mail;
-  controls::ComboBox EX_Server;  ///< "Exchange 2000", or the server of an Exchange 5.5 mailbox
-  controls::CheckBox No_Prompting;
-  controls::CheckBox Run_command;
-
-  // Move Users tab.
-  controls::OptionGroup UserData;  ///< 0 move, 1 copy, 2 nothing
-  controls::CheckBox Run_CMD;
-  controls::CheckBox Add_to_Groups;
-  controls::CheckBox Change_Logon;
-  controls::CheckBox No_Prompt;
-};
-
 /// Which columns of an import file are what.
 struct CSV_Import {
   controls::Label File_Name;

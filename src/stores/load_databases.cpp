@@ -9,6 +9,8 @@
 namespace twk::stores {
 
 void Load_Databases(session::Session& session) {
+  session.multi_user.Multi_Site.clear_items();
+  session.multi_user.Multi_Template.clear_items();
   load_sites(session);
   load_templates(session);
   session.platform.dialogs.DoEvents();

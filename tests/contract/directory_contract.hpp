@@ -380,7 +380,13 @@ TEST_P(DirectoryContract, SchemaTellsSyntaxAndWhetherSeveralValuesFit) {
   }
   EXPECT_EQ(number_of([&] { schema->GetObject("Property", "noSuchThing"); }), ads_error::kNoSuchObject);
   const ValueList names = get("LDAP://Schema/User")->Get("OptionalProperties").list();
-  EXPECT_NE(std::find(names.begin(), names.end(), Value("otherTelephone")), names.end());
+  EXPECT_THAT(names, testing::Contains(Value("otherTelephone")));
+  EXPECT_THAT(names, testing::Contains(Value("profilePath")));
+  EXPECT_THAT(names, testing::Not(testing::Contains(Value("member")))) << "is of groups";
+  const ValueList needed = get("LDAP://Schema/User")->Get("MandatoryProperties").list();
+  EXPECT_THAT(needed, testing::IsSupersetOf({Value("objectClass"), Value("sAMAccountName"), Value("cn")}));
+  for (const Value& name : needed)
+    EXPECT_THAT(names, testing::Not(testing::Contains(name))) << name.text();
   EXPECT_EQ(get("LDAP://Schema/otherTelephone")->Syntax(), "String");
 }
 

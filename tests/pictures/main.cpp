@@ -6,9 +6,12 @@
 #include "app/start_window.hpp"
 #include "batch/csv_layout.hpp"
 #include "batch/import_options.hpp"
+#include "batch/multi_user_window.hpp"
+#include "batch/schema_properties.hpp"
 #include "controls/tree_view.hpp"
 #include "creation/create_user.hpp"
 #include "creation/share_points_form.hpp"
+#include "directory/ad_load.hpp"
 #include "directory/ad_options.hpp"
 #include "directory/find_user.hpp"
 #include "directory/manage_ou.hpp"
@@ -113,6 +116,35 @@ std::function<void(session::Session&)> by(Routine routine) {
   return [routine](session::Session& session) { routine(session); };
 }
 
+/// The window for many users at a tab, with users to choose from and a selection of which one is gone.
+std::function<void(session::Session&)> multi_user(int tab) {
+  return [tab](session::Session& session) {
+    session::MultiUser& window = session.multi_user;
+    if (window.ListView1.empty()) {
+      window.ListView2.clear();
+      directory::Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "", true);
+      for (int i = 0; i < 3; ++i)
+        controls::move_row(window.ListView2, window.ListView2.at(0), window.ListView1);
+      controls::move_row(window.ListView3, window.ListView3.at(0), window.ListView1);
+      controls::move_row(window.ListView4, window.ListView4.at(0), window.ListView1);
+      window.ListView1.set_ghosted(window.ListView1.at(1), true);
+      window.Label3.caption = std::string("Delete Completed, Check log for errors");
+    }
+    window.SSTab1 = tab;
+    batch::show_multi_user(session);
+  };
+}
+
+/// The tab of properties with one that is chosen.
+std::function<void(session::Session&)> with_property(const char* name) {
+  return [name](session::Session& session) {
+    batch::prepare_properties(session);
+    session.ad_properties.AD_Properties.text = std::string(name);
+    batch::AD_Properties_Click(session);
+    multi_user(session::multi_tab::kProperties)(session);
+  };
+}
+
 std::vector<Window> windows() {
   const auto shown = [](const char* name, void (*load)(session::Session&)) {
     return [name, load](session::Session& session) {
@@ -137,6 +169,12 @@ std::vector<Window> windows() {
           {"group-add", by(groups::Groupsfrm_Add_Group_Click)},
           {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
           {"logon-hours", by(editors::LogonHours_Click)},
+          {"multi-user", by(batch::show_multi_user)},
+          {"multi-user-delete", multi_user(session::multi_tab::kDelete)},
+          {"multi-user-move", multi_user(session::multi_tab::kMove)},
+          {"multi-user-accounts", multi_user(session::multi_tab::kAccounts)},
+          {"multi-user-properties", with_property("otherTelephone")},
+          {"multi-user-property-time", with_property("WTSTimeoutIdle")},
           {"permissions", by(editors::Set_Security_Click)},
           {"share-permissions", by(editors::Sharepermissions_Click)},
           {"rename-user",

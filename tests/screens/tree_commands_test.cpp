@@ -278,14 +278,6 @@ TEST_F(TreeCommands, TheMenuKeyOffersThePopupOfTheSelectedNode) {
   find<QMenu>("mnupopup")->close();
 }
 
-TEST_F(TreeCommands, WhatIsNotInThisVersionIsGreyAndSaysSo) {
-  open();
-  for (const char* const name : {"deleteuser", "mnuOption1", "mnupopup4"}) {
-    EXPECT_FALSE(action(name)->isEnabled()) << name;
-    EXPECT_EQ(action(name)->toolTip().toStdString(), "Not in this version") << name;
-  }
-}
-
 class WindowsAndSplitters : public ScreenTest {};
 
 TEST_F(WindowsAndSplitters, StandAsTheyWereLeft) {

@@ -52,7 +52,10 @@ class ScriptedDialogs final : public platform::Dialogs {
     }
   }
   void beep() override { ++beeps; }
-  void DoEvents() override {}
+  void DoEvents() override {
+    if (on_events)
+      on_events();
+  }
 
   std::string last_text;
   std::string last_title;
@@ -60,6 +63,7 @@ class ScriptedDialogs final : public platform::Dialogs {
   bool last_secret = false;
   int beeps = 0;
   std::function<void(std::string_view window)> on_modal;  ///< stands for the person in front of a window
+  std::function<void()> on_events;                        ///< what the person does while a run goes on
 
  private:
   struct Script {

@@ -1,0 +1,81 @@
+#include "batch/delete_users.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "lifecycle/delete_user.hpp"
+
+namespace twk::batch {
+namespace {
+
+using session::MultiUser;
+using session::Session;
+
+void cancel(Session& session) {
+  session.import.ImportStopped = true;
+  session.runs.Delete_Running = false;
+  session.multi_user.Label3.caption = std::string("Delete Canceled");
+  session.multi_user.Del_User.caption = std::string("&Delete Users");
+}
+
+bool lacks_server(Session& session) {
+  const MultiUser& window = session.multi_user;
+  if (!window.Delete_Mail.on() || !base::trim(window.EX_Server.text.get()).empty())
+    return false;
+  session.platform.dialogs.MsgBox("Must Select Users Exchange Server to \r\nDelete Mail Account",
+                                  platform::Buttons::kOk, platform::Icon::kExclamation,
+                                  "Delete Mail Account");
+  return true;
+}
+
+void run(Session& session) {
+  MultiUser& window = session.multi_user;
+  session.runs.Delete_Mail_Flag = window.Delete_Mail.on();
+  session.runs.Delete_Data_Flag = window.Delete_Data.on();
+  session.runs.Run_Command_Flag = window.Run_command.on();
+  session.runs.Delete_Running = true;
+  session.import.ImportStopped = false;
+  const RunningWindow running(
+      session, window.Del_User,
+      {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Run_command.enabled,
+       &window.No_Prompting.enabled, &window.EX_Server.enabled, &window.Command1.enabled,
+       &window.Command2.enabled, &window.Del_Permissions.enabled, &window.Delete_Mail.enabled,
+       &window.Delete_Data.enabled, &window.Delete_NT_Account.enabled, &window.Del_Shares.enabled});
+  try {
+    if (delete_selection(session))
+      window.Label3.caption = std::string("Delete Completed, Check log for errors");
+  } catch (const base::RuntimeError& failure) {
+    tell_run_failure(session, "Error Retrieving Domain Info.", failure);
+  }
+  session.runs.Delete_Running = false;
+}
+
+}  // namespace
+
+void Del_User_Click(Session& session) {
+  const MultiUser& window = session.multi_user;
+  if (window.Del_User.caption == std::string(session::kCancelCaption))
+    return cancel(session);
+  if (session::is_running(window) || window.ListView1.empty() || lacks_server(session))
+    return;
+  run(session);
+}
+
+bool delete_selection(Session& session, const RunHooks& hooks) {
+  const auto goes_on = [&session] {
+    session.platform.dialogs.DoEvents();
+    return !session.import.ImportStopped;
+  };
+  controls::ListView& selection = session.multi_user.ListView1;
+  return walk_selection(session, rules_of(session, hooks, false, goes_on), [&](SelectedUser& user) {
+    const std::size_t rows = session.form1.ListView1.size();
+    session.multi_user.Label3.caption = "Deleting User: " + user.name;
+    const bool deleted =
+        lifecycle::Delete_One_User(session, session::is_active_directory(session) ? user.path : user.name);
+    if (deleted && user.row != nullptr)
+      selection.set_ghosted(*user.row, true);
+    if (hooks.done)
+      hooks.done(outcome_since(session, rows, user));
+  });
+}
+
+}  // namespace twk::batch

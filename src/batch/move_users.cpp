@@ -1,0 +1,76 @@
+#include "batch/move_users.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "lifecycle/move_user.hpp"
+
+namespace twk::batch {
+namespace {
+
+using session::MultiUser;
+using session::Session;
+
+void cancel(Session& session) {
+  session.import.ImportStopped = true;
+  session.multi_user.Label3.caption = std::string("Move Canceled");
+  session.multi_user.btn_MoveUser.caption = std::string("&Move Users");
+}
+
+bool lacks_target(Session& session) {
+  const MultiUser& window = session.multi_user;
+  if (!base::trim(window.Multi_Site.text.get()).empty() &&
+      !base::trim(window.Multi_Template.text.get()).empty())
+    return false;
+  session.platform.dialogs.MsgBox("A Site and Template must be selected before moving users",
+                                  platform::Buttons::kOk, platform::Icon::kExclamation, "Move users");
+  return true;
+}
+
+void run(Session& session) {
+  MultiUser& window = session.multi_user;
+  session.runs.Run_Command_Flag = window.Run_CMD.on();
+  session.runs.Move_Running = true;
+  session.import.ImportStopped = false;
+  const RunningWindow running(
+      session, window.btn_MoveUser,
+      {&window.Run_CMD.enabled, &window.Command7.enabled, &window.DELIMPORT.enabled,
+       &window.No_Prompt.enabled, &window.Multi_Site.enabled, &window.Multi_Template.enabled,
+       &window.Add_to_Groups.enabled, &window.Change_Logon.enabled, &window.UserData.enabled,
+       &window.Command1.enabled, &window.Command2.enabled});
+  try {
+    if (move_selection(session))
+      window.Label3.caption = std::string("Move Complete, Check Log for Errors");
+  } catch (const base::RuntimeError& failure) {
+    tell_run_failure(session, "Error Retrieving Domain Info.", failure);
+  }
+  session.runs.Move_Running = false;
+}
+
+}  // namespace
+
+void btn_MoveUser_Click(Session& session) {
+  const MultiUser& window = session.multi_user;
+  if (window.btn_MoveUser.caption == std::string(session::kCancelCaption))
+    return cancel(session);
+  if (session::is_running(window) || window.ListView1.empty() || lacks_target(session))
+    return;
+  run(session);
+}
+
+bool move_selection(Session& session, const RunHooks& hooks) {
+  const auto goes_on = [&session] {
+    session.platform.dialogs.DoEvents();
+    return !session.import.ImportStopped;
+  };
+  return walk_selection(session, rules_of(session, hooks, false, goes_on), [&](SelectedUser& user) {
+    const std::size_t rows = session.form1.ListView1.size();
+    const bool moved =
+        lifecycle::Move_One_User(session, session::is_active_directory(session) ? user.path : user.name);
+    if (moved && user.row != nullptr)
+      session.multi_user.ListView1.set_ghosted(*user.row, true);
+    if (hooks.done)
+      hooks.done(outcome_since(session, rows, user));
+  });
+}
+
+}  // namespace twk::batch

@@ -1,0 +1,183 @@
+#include "batch/multi_user_window.hpp"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "batch/delete_options.hpp"
+#include "batch/schema_properties.hpp"
+#include "controls/tree_view.hpp"
+#include "directory/ad_load.hpp"
+#include "directory/nt_load.hpp"
+#include "session/session.hpp"
+#include "session/settings.hpp"
+#include "stores/record_file.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+
+namespace twk::batch {
+namespace {
+
+using controls::ListRow;
+using controls::ListView;
+using session::MultiUser;
+using session::Session;
+
+bool skips_users(Session& session) {
+  return base::equals_fold(session::read_setting(session, session::kADO, "SkipUsers"), "TRUE");
+}
+
+/// The records of a file that are in use, read whole before a list is touched. A file that is not there holds
+/// none.
+std::vector<std::string> live_records(Session& session, std::string_view file, std::size_t size) {
+  std::vector<std::string> records;
+  stores::RecordFile::open_read(session.platform.files, stores::database_path(session, file), size)
+      .search([&](std::string_view bytes) {
+        if (!stores::is_deleted(bytes))
+          records.emplace_back(bytes);
+        return false;
+      });
+  return records;
+}
+
+void add_once(controls::ComboBox& box, const std::string& item) {
+  const std::vector<std::string>& items = box.items();
+  if (!item.empty() && std::find(items.begin(), items.end(), item) == items.end())
+    box.add_item(item);
+}
+
+void fill_sites(Session& session) {
+  MultiUser& window = session.multi_user;
+  std::vector<std::string> records;
+  base::Trap trap;
+  trap([&] { records = live_records(session, stores::kSiteFile, stores::kSiteRecordSize); });
+  window.Multi_Site.clear_items();
+  window.EX_Server.clear_items();
+  window.EX_Server.add_item("Exchange 2000");
+  for (const std::string& bytes : records) {
+    const stores::SiteRecord site = stores::decode_site(bytes);
+    window.Multi_Site.add_item(std::string(base::trim(site.Name)));
+    add_once(window.EX_Server, std::string(base::trim(site.ExchangeServer)));
+  }
+  if (trap.number() != 0) {
+    session.platform.dialogs.MsgBox(
+        "Error Opening site file, In multiuser form\r\nCheck 'Path to Database' in setup tab",
+        platform::Buttons::kOk, platform::Icon::kExclamation, "");
+  }
+}
+
+void fill_templates(Session& session) {
+  controls::ComboBox& box = session.multi_user.Multi_Template;
+  std::vector<std::string> records;
+  base::Trap trap;
+  trap([&] { records = live_records(session, stores::kTemplateFile, stores::kTemplateRecordSize); });
+  box.clear_items();
+  for (const std::string& bytes : records)
+    box.add_item(stores::listed_template_name(bytes));
+}
+
+/// What is not in the selection yet comes to it. An account that was made anew is no ghost any more.
+void take(Session& session, ListView& list, const std::vector<const ListRow*>& rows) {
+  ListView& selection = session.multi_user.ListView1;
+  for (const ListRow* const row : rows) {
+    const ListRow* const there = selection.find_key(row->key);
+    if (there != nullptr && there->ghosted)
+      selection.set_ghosted(selection.at(selection.place_of(*there)), false);
+  }
+  controls::move_rows(list, rows, selection);
+}
+
+ListView& home_of(MultiUser& window, const ListRow& row) {
+  if (row.icon == "USER")
+    return window.ListView2;
+  return row.icon == "OU" ? window.ListView4 : window.ListView3;
+}
+
+}  // namespace
+
+void MultiUser_Initialize(Session& session) {
+  session.multi_user.initialized = true;
+  read_delete_options(session);
+}
+
+void MultiUser_Load(Session& session) {
+  if (!session.multi_user.initialized)
+    MultiUser_Initialize(session);
+  fill_sites(session);
+  fill_templates(session);
+  // A directory's load leaves the list of users to this button.
+  session.multi_user.btn_Showusers.visible = session::is_active_directory(session) || skips_users(session);
+}
+
+void show_multi_user(Session& session) {
+  if (!session.multi_user.initialized)
+    MultiUser_Initialize(session);
+  prepare_properties(session);
+  session.platform.dialogs.show_modal("MultiUser");
+}
+
+void show_for_user(Session& session, const controls::TreeNode& node, int tab) {
+  MultiUser& window = session.multi_user;
+  const bool by_key = session::is_active_directory(session);
+  const std::string& key = by_key ? node.key : node.text;
+  if (const ListRow* const row = window.ListView2.find_key(key))
+    take(session, window.ListView2, {row});
+  else if (window.ListView1.find_key(key) == nullptr)
+    window.ListView1.add(key, node.text, "USER");
+  window.SSTab1 = tab;
+  show_multi_user(session);
+}
+
+void select_from(Session& session, ListView& list) {
+  if (!session::is_running(session.multi_user))
+    take(session, list, list.selected_rows());
+}
+
+void Command1_Click(Session& session) {
+  MultiUser& window = session.multi_user;
+  for (ListView* const list : {&window.ListView2, &window.ListView3, &window.ListView4})
+    select_from(session, *list);
+}
+
+void Command2_Click(Session& session) {
+  MultiUser& window = session.multi_user;
+  if (session::is_running(window))
+    return;
+  std::vector<const ListRow*> users;
+  std::vector<const ListRow*> groups;
+  std::vector<const ListRow*> units;
+  ListView gone;
+  std::vector<const ListRow*> ghosts;
+  for (const ListRow* const row : window.ListView1.selected_rows()) {
+    const ListView& home = home_of(window, *row);
+    if (row->ghosted)
+      ghosts.push_back(row);
+    else
+      (&home == &window.ListView2 ? users : &home == &window.ListView3 ? groups : units).push_back(row);
+  }
+  controls::move_rows(window.ListView1, ghosts, gone);
+  controls::move_rows(window.ListView1, users, window.ListView2);
+  controls::move_rows(window.ListView1, groups, window.ListView3);
+  controls::move_rows(window.ListView1, units, window.ListView4);
+}
+
+void btn_Showusers_Click(Session& session) {
+  if (session::is_running(session.multi_user))
+    return;
+  if (session::is_active_directory(session))
+    directory::btn_Showusers_Click(session);
+  else
+    directory::show_nt_users(session);
+}
+
+bool Command7_Click(Session& session) {
+  if (session::is_running(session.multi_user))
+    return false;
+  if (skips_users(session))
+    session.multi_user.ListView2.clear();
+  return true;
+}
+
+}  // namespace twk::batch

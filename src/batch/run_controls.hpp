@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "batch/selection_walk.hpp"
+#include "controls/basic.hpp"
+#include "session/session.hpp"
+
+/// What the runs of the multi-user window have in common.
+namespace twk::batch {
+
+/// What became of one user of a run.
+struct UserOutcome {
+  std::string user;  ///< "Jo Smith" of a directory, the account name in a WinNT domain
+  std::string path;  ///< see `SelectedUser`
+  std::string_view light = session::kGreen;
+  std::string message;
+};
+
+/// What whoever starts a run wants to know of it. The window wants nothing: its runs end at the first
+/// failure, which its handler tells.
+struct RunHooks {
+  std::function<void(const UserOutcome& outcome)> done;
+  bool goes_on_after_failure = false;
+};
+
+/// What the rows that the log tab got since it had `rows` of them tell of a user: the last one is the
+/// outcome, none stands for a user about whom nothing was done.
+UserOutcome outcome_since(const session::Session& session, std::size_t rows, const SelectedUser& user);
+
+/// The walk's rules for a run: `goes_on` as given, and failures told as outcomes, and in the log, where the
+/// run is to go on.
+WalkRules rules_of(session::Session& session, const RunHooks& hooks, bool binds,
+                   std::function<bool()> goes_on);
+
+/// The handler of the window's runs: shows the text, logs it with the failure, and adds a "RED" row.
+void tell_run_failure(session::Session& session, std::string_view text, const base::RuntimeError& failure);
+
+/// Marks the window as working, with controls that are off and a start button that says "&Cancel", until it
+/// goes. What was off before stays off.
+class RunningWindow {
+ public:
+  RunningWindow(session::Session& session, controls::Button& start,
+                std::initializer_list<controls::Observable<bool>*> off);
+  RunningWindow(const RunningWindow&) = delete;
+  RunningWindow& operator=(const RunningWindow&) = delete;
+  ~RunningWindow();
+
+ private:
+  session::MultiUser& window_;
+  controls::Button& start_;
+  std::string caption_;
+  std::vector<controls::Observable<bool>*> off_;
+};
+
+}  // namespace twk::batch

@@ -1,0 +1,157 @@
+#include "batch/selection_walk.hpp"
+
+#include <vector>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/operations.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::batch {
+namespace {
+
+using controls::ListRow;
+using platform::ObjectPtr;
+using session::Session;
+
+/// "Jo Smith" of "CN=Jo Smith".
+std::string bare_name(const std::string& name) {
+  const std::size_t equals = name.find('=');
+  return equals == base::npos ? name : platform::unescape_dn_value(std::string_view(name).substr(equals + 1));
+}
+
+class Walk {
+ public:
+  Walk(Session& session, const WalkRules& rules, const std::function<void(SelectedUser&)>& visit)
+      : session_(session), rules_(rules), visit_(visit), list_(session.multi_user.ListView1) {}
+
+  bool run() {
+    for (std::size_t place = 0; place < list_.size() && goes_on(); ++place) {
+      ListRow& row = list_.at(place);
+      guarded(row.text, [&] { visit_row(row); });
+    }
+    return !ended_;
+  }
+
+ private:
+  bool goes_on() {
+    ended_ = ended_ || (rules_.goes_on && !rules_.goes_on());
+    return !ended_;
+  }
+
+  template <typename Step>
+  void guarded(const std::string& what, Step&& step) {
+    try {
+      step();
+    } catch (const base::RuntimeError& failure) {
+      if (!rules_.failed || !rules_.failed(what, failure))
+        throw;
+    }
+  }
+
+  void visit_row(ListRow& row) {
+    if (session::is_active_directory(session_)) {
+      if (row.icon == "W2KGRP")
+        visit_members(row.key);
+      else if (row.icon == "OU")
+        visit_unit(row.key);
+      else if (!row.ghosted)
+        visit_user({row.key, row.text, &row, {}});
+    } else if (row.icon == "Global" || row.icon == "Local" || row.icon == "W2KGRP") {
+      visit_members(directory::winnt_path(session_, row.text));
+    } else if (!row.ghosted) {
+      visit_user({directory::winnt_path(session_, row.text), row.text, &row, {}});
+    }
+  }
+
+  void visit_members(const std::string& group) {
+    std::vector<ObjectPtr> members = session_.platform.directory.GetObject(group)->Members();
+    for (ObjectPtr& member : members) {
+      if (!goes_on())
+        return;
+      // Let go of each behind its visit: what it has read would stay in memory.
+      const ObjectPtr one = std::move(member);
+      if (!base::equals_fold(one->Class(), "user")) {
+        session_.log.line("Not a user: " + one->ADsPath());
+        continue;
+      }
+      const std::string name = bare_name(one->Name());
+      const bool ad = session::is_active_directory(session_);
+      const std::string path = ad ? one->ADsPath() : directory::winnt_path(session_, name);
+      guarded(path, [&] { visit_user({path, name, row_of(path, name), ad ? one : nullptr, true}); });
+    }
+  }
+
+  void visit_unit(const std::string& dn) {
+    struct Found {
+      std::string path;
+      std::string name;
+    };
+    std::vector<Found> users;
+    const auto rows = session_.platform.query.execute({"LDAP://" + session_.DomainName + "/" + dn,
+                                                       "(objectClass=User)",
+                                                       {"ADsPath", "Name", "objectClass"},
+                                                       platform::Scope::kOneLevel},
+                                                      {});
+    for (; !rows->at_eof(); rows->MoveNext()) {
+      if (!is_computer(rows->field(2)))
+        users.push_back({rows->field(0).text(), rows->field(1).text()});
+    }
+    for (const Found& user : users) {
+      if (!goes_on())
+        return;
+      guarded(user.path, [&] { visit_user({user.path, user.name, list_row(user.path), {}}); });
+    }
+  }
+
+  /// A computer's class is derived from that of users.
+  static bool is_computer(const platform::Value& classes) {
+    for (const platform::Value& one : classes.list()) {
+      if (base::equals_fold(one.text(), "computer"))
+        return true;
+    }
+    return false;
+  }
+
+  ListRow* list_row(const std::string& key) {
+    const ListRow* const row = list_.find_key(key);
+    return row == nullptr ? nullptr : &list_.at(list_.place_of(*row));
+  }
+
+  ListRow* row_of(const std::string& path, const std::string& name) {
+    if (session::is_active_directory(session_))
+      return list_row(path);
+    for (const ListRow* const row : list_.find_text(name)) {
+      if (row->icon == "USER")
+        return &list_.at(list_.place_of(*row));
+    }
+    return nullptr;
+  }
+
+  void visit_user(SelectedUser user) {
+    if (!rules_.binds)
+      user.object.reset();
+    else if (user.object == nullptr)
+      user.object = session_.platform.directory.GetObject(user.path);
+    // What a list shows may be another of the user's names.
+    if (user.object != nullptr)
+      user.name = bare_name(user.object->Name());
+    visit_(user);
+  }
+
+  Session& session_;
+  const WalkRules& rules_;
+  const std::function<void(SelectedUser&)>& visit_;
+  controls::ListView& list_;
+  bool ended_ = false;
+};
+
+}  // namespace
+
+bool walk_selection(Session& session, const WalkRules& rules,
+                    const std::function<void(SelectedUser& user)>& visit) {
+  return Walk(session, rules, visit).run();
+}
+
+}  // namespace twk::batch

@@ -1,0 +1,42 @@
+#include "batch/unlock_accounts.hpp"
+
+#include "batch/find_accounts.hpp"
+#include "format/passwords.hpp"
+#include "platform/adsi.hpp"
+
+namespace twk::batch {
+namespace {
+
+using platform::ObjectPtr;
+using session::Session;
+
+void reset_password(Session& session, const ObjectPtr& user, const ObjectPtr& account) {
+  account->SetPassword(format::reset_user_password_text(session, account->Name()));
+  if (session::is_active_directory(session)) {
+    // The WinNT provider does not know the attribute.
+    user->Put("pwdLastSet", 0);
+    user->SetInfo();
+  } else {
+    account->Put("PasswordExpired", 1);
+  }
+}
+
+void unlock_one(Session& session, const SelectedUser& user) {
+  const ObjectPtr account = bind_account(session, user.object);
+  platform::User(account).put_IsAccountLocked(false);
+  if (session.multi_user.Unlock_Reset.on())
+    reset_password(session, user.object, account);
+  account->SetInfo();
+}
+
+}  // namespace
+
+bool unlock_accounts(Session& session, const std::function<bool()>& goes_on, const RunHooks& hooks) {
+  return walk_selection(session, rules_of(session, hooks, true, goes_on), [&](SelectedUser& user) {
+    unlock_one(session, user);
+    if (hooks.done)
+      hooks.done({user.name, user.path, session::kGreen, "Account Unlocked for " + user.name});
+  });
+}
+
+}  // namespace twk::batch

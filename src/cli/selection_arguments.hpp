@@ -1,0 +1,29 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "cli/context.hpp"
+
+namespace twk::cli {
+
+/// Whom a command for many users is about: any mix of these.
+struct SelectionArguments {
+  std::vector<std::string> names;   ///< of users
+  std::vector<std::string> groups;  ///< whose members are meant
+  std::vector<std::string> ous;     ///< whose direct users are meant
+  std::vector<std::string> files;   ///< names of users, one a line; "-" is standard input
+};
+
+/// NAME…, --group, --ou and --from-file.
+void add_selection_options(CLI::App& command, SelectionArguments& arguments);
+
+/// Fills the selection of the multi-user window, each user, group and unit once, in the order names, groups,
+/// units, files. A name that nobody has is told on standard error, one of a file with file and line, and does
+/// not stop the rest; gives how many those were. In a file, blank lines and those that begin with "#" are
+/// passed over. Raises `UsageError` when nobody is named, `BadInput` for a file that cannot be read.
+std::size_t fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments);
+
+}  // namespace twk::cli

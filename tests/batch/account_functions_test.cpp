@@ -1,0 +1,241 @@
+#include "batch/account_functions.hpp"
+
+#include "base/errors.hpp"
+#include "batch/multi_user_world.hpp"
+#include "batch/unlock_accounts.hpp"
+
+namespace twk::batch {
+namespace {
+
+using lab::DomainKind;
+using test::InEveryKindOfDomain;
+using test::MultiUserWorld;
+using testing::HasSubstr;
+using Names = std::set<std::string>;
+
+class AccountFunctions : public InEveryKindOfDomain {};
+INSTANTIATE_TEST_SUITE_P(Kinds, AccountFunctions, test::kKinds, test::kind_name);
+
+/// Presses Go for a function and answers its question.
+void go(MultiUserWorld& world, AccountFunction function,
+        const std::string& confirmation = "selected accounts",
+        platform::Answer answer = platform::Answer::kOk) {
+  world.window.LockAcc.index = static_cast<int>(function);
+  if (!confirmation.empty())
+    world.dialogs.expect(confirmation, answer);
+  btnGo_Click(world.session);
+}
+
+const std::string kHeading = "*****************************************\n31/12/2026 09:05:00\nUser:admin\n";
+
+TEST_P(AccountFunctions, AccountsAreDisabledAndEnabledByUserGroupAndUnit) {
+  MultiUserWorld world(GetParam());
+  world.join_readers({"ann", "ben"});
+  world.open();
+  world.select_readers();
+  world.select_users({"cas"});
+  go(world, AccountFunction::kDisable, "This will disable all selected accounts\r\nPress 'OK' to continue");
+  EXPECT_EQ(world.dialogs.last_title, "Modify Accounts");
+  EXPECT_EQ(world.disabled(), (Names{"ann", "ben", "cas"}));
+  EXPECT_EQ(world.window.Label3.caption.get(), " Completed");
+  EXPECT_EQ(world.window.btnGo.caption.get(), "&Go");
+  EXPECT_TRUE(world.window.Command7.enabled);
+  EXPECT_EQ(world.log(), kHeading +
+                             "Account Disabled for ann\nAccount Disabled for ben\n"
+                             "Account Disabled for cas\n");
+  if (!world.is_nt()) {
+    world.window.ListView1.clear();
+    world.select_unit();
+  }
+  go(world, AccountFunction::kEnable, "This will enable all selected accounts");
+  EXPECT_EQ(world.disabled(), Names());
+  EXPECT_EQ(world.log_tab(), std::vector<std::string>());
+}
+
+TEST_P(AccountFunctions, AUserInTwoSelectedGroupsIsDoneTwiceWithTwoLines) {
+  MultiUserWorld world(GetParam());
+  world.join_readers({"ann"});
+  world.services.directory
+      .GetObject(world.is_nt() ? "WinNT://TWK/Staff,group" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test")
+      ->Add(world.is_nt() ? "WinNT://TWK/ann" : world.key("ann"));
+  world.open();
+  world.select_readers();
+  world.window.ListView1.add(world.is_nt() ? "Staff" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test", "Staff",
+                             world.is_nt() ? "Global" : "W2KGRP");
+  go(world, AccountFunction::kDisable);
+  EXPECT_EQ(world.log(), kHeading + "Account Disabled for ann\nAccount Disabled for ann\n");
+}
+
+TEST_P(AccountFunctions, PasswordsAreSetToExpireAndNotTo) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  world.select_users({"ann", "ben"});
+  world.window.ctrChangePswd.value = 1;
+  go(world, AccountFunction::kPasswordNeverExpires,
+     "This will set the password not to expire on all selected accounts");
+  EXPECT_EQ(world.with_lasting_password(), (Names{"ann", "ben"}));
+  EXPECT_TRUE(world.must_change("ann"));
+  EXPECT_FALSE(world.must_change("cas"));
+  int writes = 0;
+  world.directory.before = [&](std::string_view operation, std::string_view) {
+    writes += operation == "SetInfo" ? 1 : 0;
+  };
+  world.select_users({"cas"});
+  go(world, AccountFunction::kPasswordExpires,
+     "This will set the password to expire on all selected accounts");
+  EXPECT_EQ(world.with_lasting_password(), Names());
+  EXPECT_EQ(writes, 2) << "whose password expires already is not written";
+  EXPECT_THAT(world.log(), HasSubstr("Password now set to expire: cas\n"));
+}
+
+TEST_P(AccountFunctions, PasswordsAreResetToTheDefaultWithTheName) {
+  MultiUserWorld world(GetParam());
+  world.set("Setup", "Password", "New-%UserName%-2026");
+  world.open();
+  world.add_user("bo");
+  world.select_users({"bo"});
+  go(world, AccountFunction::kResetPassword, "This will reset the passwords on the selected accounts");
+  EXPECT_TRUE(world.must_change("bo"));
+  EXPECT_EQ(world.log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: bo"}));
+  EXPECT_TRUE(world.takes("bo", "New-bo-2026"));
+}
+
+TEST_P(AccountFunctions, APasswordThatIsRefusedIsABeepAndTheNextOneIsSet) {
+  MultiUserWorld world(GetParam());
+  world.set("Setup", "Password", "PROMPT");
+  world.open();
+  world.select_users({"ann", "ben"});
+  world.window.LockAcc.index = static_cast<int>(AccountFunction::kResetPassword);
+  world.dialogs.expect("reset the passwords");
+  world.dialogs.expect_input("Enter User Password:", "short");
+  world.dialogs.expect_input("Enter User Password:", "Long-enough-1");
+  btnGo_Click(world.session);
+  EXPECT_EQ(world.dialogs.beeps, 1);
+  EXPECT_EQ(world.log(), kHeading + "Resetting Password for: ben\n");
+  EXPECT_EQ(world.log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: ben"}));
+  EXPECT_EQ(world.window.Label3.caption.get(), " Completed");
+}
+
+TEST_P(AccountFunctions, NothingIsDoneForNobodyOrWithoutAnOk) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  world.window.Unlock_Stage = true;
+  go(world, AccountFunction::kDisable, {});
+  EXPECT_EQ(world.log(), "");
+  EXPECT_FALSE(world.window.Unlock_Stage);
+  world.select_users({"ann"});
+  go(world, AccountFunction::kDisable, "disable", platform::Answer::kCancel);
+  EXPECT_EQ(world.disabled(), Names());
+  EXPECT_EQ(world.log(), kHeading);
+  EXPECT_EQ(world.window.mouse_pointer, 0);
+}
+
+TEST_P(AccountFunctions, CancelStopsBehindTheAccountInHand) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  world.select_users({"ann", "ben", "cas"});
+  world.dialogs.on_events = [&] {
+    EXPECT_EQ(world.window.btnGo.caption.get(), "&Cancel");
+    EXPECT_FALSE(world.window.Command7.enabled);
+    EXPECT_FALSE(world.window.Del_User.enabled);
+    if (world.disabled().size() == 2)
+      btnGo_Click(world.session);
+  };
+  go(world, AccountFunction::kDisable);
+  EXPECT_EQ(world.disabled(), (Names{"ann", "ben"}));
+  EXPECT_EQ(world.window.Label3.caption.get(), "Canceled by user.");
+  EXPECT_TRUE(world.window.Del_User.enabled);
+}
+
+TEST_P(AccountFunctions, AFailureEndsTheWindowsRunAndIsTold) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  world.select_users({"ann", "ben", "cas"});
+  world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
+  go(world, AccountFunction::kDisable);
+  EXPECT_EQ(world.disabled(), Names{"ann"});
+  EXPECT_EQ(world.window.Label3.caption.get(), "Error Retrieving Domain Info.");
+  EXPECT_THAT(world.log(),
+              HasSubstr("Account Disabled for ann\nError Retrieving Domain Info.\nError Number: "));
+  EXPECT_EQ(world.log_tab(), (std::vector<std::string>{"RED  Error Retrieving Domain Info."}));
+  EXPECT_EQ(world.window.btnGo.caption.get(), "&Go");
+  EXPECT_FALSE(session::is_running(world.window));
+}
+
+TEST_P(AccountFunctions, WithHooksARefusedRowIsAnOutcomeAndTheRestGoesOn) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  world.select_users({"ann", "ben", "cas"});
+  world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
+  std::vector<std::string> told;
+  RunHooks hooks;
+  hooks.goes_on_after_failure = true;
+  hooks.done = [&](const UserOutcome& outcome) {
+    told.push_back(std::string(outcome.light) + " " + outcome.message);
+  };
+  EXPECT_TRUE(change_accounts(world.session, AccountFunction::kDisable, {}, hooks));
+  EXPECT_EQ(world.disabled(), (Names{"ann", "cas"}));
+  ASSERT_EQ(told.size(), 3U);
+  EXPECT_EQ(told[0], "GREEN Account Disabled for ann");
+  EXPECT_THAT(told[1], testing::StartsWith("RED "));
+  EXPECT_EQ(told[2], "GREEN Account Disabled for cas");
+}
+
+TEST_P(AccountFunctions, LockedAccountsAreFoundFirstAndUnlockedByTheNextGo) {
+  MultiUserWorld world(GetParam());
+  world.lock({"ann", "cas"});
+  world.open();
+  ASSERT_EQ(world.locked(), (Names{"ann", "cas"}));
+  go(world, AccountFunction::kFindLocked, {});
+  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann", "cas"}));
+  EXPECT_EQ(world.texts(world.window.ListView2), (Names{"ben", "dee"}));
+  EXPECT_EQ(world.window.Label3.caption.get(), "Press 'G0' again to unlock selected accounts.");
+  EXPECT_TRUE(world.window.Unlock_Stage);
+  EXPECT_EQ(world.locked().size(), 2U);
+  go(world, AccountFunction::kFindLocked, {});
+  EXPECT_EQ(world.locked(), Names());
+  EXPECT_EQ(world.window.Label3.caption.get(), "Accounts Unlocked.");
+  EXPECT_FALSE(world.window.Unlock_Stage);
+  EXPECT_FALSE(world.must_change("ann"));
+}
+
+TEST_P(AccountFunctions, UnlockingCanSetNewPasswordsToo) {
+  struct Case {
+    std::string name;
+    std::string setting;
+    std::string typed;
+    std::string password;
+  };
+  for (const Case& one : {Case{"bo", "%UserName%-Long-1", "", "bo-Long-1"},
+                          Case{"1-gnoL-ddO", " %usernameb% ", "", "Odd-Long-1"},
+                          Case{"bo", "prompt", "Typed-1234", "Typed-1234"}}) {
+    MultiUserWorld world(GetParam());
+    world.set("Setup", "Password", one.setting);
+    world.add_user(one.name);
+    world.open();
+    world.select_users({one.name.c_str()});
+    world.window.Unlock_Stage = true;
+    world.window.Unlock_Reset.value = 1;
+    if (!one.typed.empty())
+      world.dialogs.expect_input("Enter User Password:", one.typed);
+    go(world, AccountFunction::kFindLocked, {});
+    EXPECT_EQ(world.window.Label3.caption.get(), "Accounts Unlocked.");
+    EXPECT_TRUE(world.must_change(one.name)) << one.setting;
+    EXPECT_TRUE(world.takes(one.name, one.password)) << one.setting;
+  }
+}
+
+TEST(UnlockStage, IsClearedByADirectFunctionAndByAnEmptySelection) {
+  MultiUserWorld world;
+  world.open();
+  world.window.Unlock_Stage = true;
+  go(world, AccountFunction::kFindLocked, {});
+  EXPECT_FALSE(world.window.Unlock_Stage);
+  world.window.Unlock_Stage = true;
+  world.select_users({"ann"});
+  go(world, AccountFunction::kEnable);
+  EXPECT_FALSE(world.window.Unlock_Stage);
+}
+
+}  // namespace
+}  // namespace twk::batch

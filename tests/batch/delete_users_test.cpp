@@ -1,0 +1,209 @@
+#include "batch/delete_users.hpp"
+
+#include "base/errors.hpp"
+#include "batch/delete_options.hpp"
+#include "batch/multi_user_world.hpp"
+#include "session/settings.hpp"
+
+namespace twk::batch {
+namespace {
+
+using test::InEveryKindOfDomain;
+using test::MultiUserWorld;
+using testing::HasSubstr;
+using Names = std::set<std::string>;
+
+class DeleteUsers : public InEveryKindOfDomain {};
+INSTANTIATE_TEST_SUITE_P(Kinds, DeleteUsers, test::kKinds, test::kind_name);
+
+/// Only accounts go, and nobody asks.
+void open_to_delete(MultiUserWorld& world) {
+  world.open();
+  world.window.Delete_NT_Account.value = 1;
+  world.window.No_Prompting.value = 1;
+}
+
+Names there(MultiUserWorld& world) {
+  Names names;
+  for (const char* const name : MultiUserWorld::kNames) {
+    if (world.has(name))
+      names.insert(name);
+  }
+  return names;
+}
+
+TEST_P(DeleteUsers, UsersAndMembersGoAndTheirRowsBecomeGhosts) {
+  MultiUserWorld world(GetParam());
+  world.join_readers({"ann", "ben"});
+  open_to_delete(world);
+  world.select_readers();
+  world.select_users({"ben", "cas"});
+  Del_User_Click(world.session);
+  EXPECT_EQ(there(world), Names{"dee"});
+  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"Readers", "ben (gone)", "cas (gone)"}));
+  EXPECT_EQ(world.texts(world.window.ListView2), Names{"dee"});
+  EXPECT_EQ(world.window.Label3.caption.get(), "Delete Completed, Check log for errors");
+  EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
+  EXPECT_FALSE(world.session.runs.Delete_Running);
+  EXPECT_TRUE(world.window.Command7.enabled);
+}
+
+TEST_P(DeleteUsers, ASecondRunPassesOverGhostsAndTakesTheGroupAnew) {
+  MultiUserWorld world(GetParam());
+  world.join_readers({"ann"});
+  open_to_delete(world);
+  world.select_users({"cas"});
+  world.select_readers();
+  Del_User_Click(world.session);
+  world.join_readers({"dee"});
+  world.add_user("cas");
+  Del_User_Click(world.session);
+  EXPECT_EQ(there(world), (Names{"ben", "cas"}));
+}
+
+TEST(DeleteUsersOfADirectory, AUnitStandsForItsUsersAndGhostsTheirRows) {
+  MultiUserWorld world;
+  open_to_delete(world);
+  world.select_unit();
+  world.select_users({"cas"});
+  Del_User_Click(world.session);
+  EXPECT_EQ(there(world), Names());
+  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"New Starters", "cas (gone)"}));
+}
+
+TEST_P(DeleteUsers, EachIsAskedAboutAndANoKeepsTheRow) {
+  MultiUserWorld world(GetParam());
+  open_to_delete(world);
+  world.window.No_Prompting.value = 0;
+  world.session.form1.Confirm_Deletes.value = 1;
+  world.select_users({"ann", "ben"});
+  world.dialogs.expect("Delete User " + world.key("ann"), platform::Answer::kNo);
+  world.dialogs.expect("Delete User " + world.key("ben"), platform::Answer::kYes);
+  Del_User_Click(world.session);
+  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann", "ben (gone)"}));
+  EXPECT_TRUE(world.has("ann"));
+}
+
+TEST_P(DeleteUsers, CancelStopsBehindTheUserInHandAlsoWithinAGroup) {
+  for (const bool by_group : {false, true}) {
+    MultiUserWorld world(GetParam());
+    world.join_readers({"ann", "ben", "cas", "dee"});
+    open_to_delete(world);
+    if (by_group)
+      world.select_readers();
+    else
+      world.select_users({"ann", "ben", "cas", "dee"});
+    world.dialogs.on_events = [&] {
+      EXPECT_EQ(world.window.Del_User.caption.get(), "&Cancel");
+      for (const auto* const enabled : {&world.window.Command1.enabled, &world.window.Command7.enabled,
+                                        &world.window.Delete_NT_Account.enabled, &world.window.btnGo.enabled})
+        EXPECT_FALSE(*enabled);
+      if (there(world).size() == 2)
+        Del_User_Click(world.session);
+    };
+    Del_User_Click(world.session);
+    EXPECT_EQ(there(world).size(), 2U);
+    EXPECT_EQ(world.window.Label3.caption.get(), "Delete Canceled");
+    EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
+    EXPECT_TRUE(world.window.Command1.enabled);
+    EXPECT_FALSE(session::is_running(world.window));
+  }
+}
+
+TEST_P(DeleteUsers, ARefusedUserStaysAndTheRestGoes) {
+  MultiUserWorld world(GetParam());
+  open_to_delete(world);
+  world.select_users({"ann", "ben", "cas"});
+  world.directory.before = test::fail_at("Delete", 2, platform::ads_error::kAccessDenied);
+  Del_User_Click(world.session);
+  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann (gone)", "ben", "cas (gone)"}));
+  EXPECT_TRUE(world.has("ben"));
+  EXPECT_THAT(world.log_tab(),
+              testing::Contains(testing::AllOf(HasSubstr("RED  Unable to Delete User"), HasSubstr("ben"))));
+}
+
+TEST_P(DeleteUsers, AGroupThatCannotBeReadEndsTheRunAndIsTold) {
+  MultiUserWorld world(GetParam());
+  open_to_delete(world);
+  world.window.ListView1.add("LDAP://twk.test/CN=No,DC=twk,DC=test", "No",
+                             world.is_nt() ? "Local" : "W2KGRP");
+  world.select_users({"ann"});
+  Del_User_Click(world.session);
+  EXPECT_TRUE(world.has("ann"));
+  EXPECT_EQ(world.window.Label3.caption.get(), "Error Retrieving Domain Info.");
+  EXPECT_THAT(world.log(), HasSubstr("Error Retrieving Domain Info.\nError Number: "));
+  EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
+  EXPECT_FALSE(world.session.runs.Delete_Running);
+}
+
+TEST(DeleteUsersOfADirectory, MailNeedsAServerBeforeAnythingStarts) {
+  MultiUserWorld world;
+  open_to_delete(world);
+  Del_User_Click(world.session);
+  EXPECT_EQ(world.log(), "") << "nobody is selected";
+  world.select_users({"ann"});
+  world.window.Delete_Mail.value = 1;
+  world.window.EX_Server.text = std::string(" ");
+  world.dialogs.expect("Must Select Users Exchange Server to \r\nDelete Mail Account");
+  Del_User_Click(world.session);
+  EXPECT_EQ(world.dialogs.last_title, "Delete Mail Account");
+  EXPECT_TRUE(world.has("ann"));
+  EXPECT_FALSE(world.session.runs.Delete_Running);
+}
+
+TEST(DeleteOptions, AreReadOnceAndStoredByEachClick) {
+  MultiUserWorld world;
+  world.set("DU", "DeleteNT", "Yes");
+  world.set("DU", "DeleteData", "yes");
+  world.set("DU", "TakeOwnership", "Yes");
+  world.set("DU", "DeleteMail", "No");
+  world.open();
+  session::MultiUser& window = world.window;
+  EXPECT_TRUE(window.Delete_NT_Account.on() && window.Delete_Data.on() && window.Del_Permissions.on());
+  EXPECT_TRUE(window.Del_Shares.on()) << "the folders are found where the shares are looked at";
+  EXPECT_FALSE(window.Del_Shares.enabled);
+  EXPECT_FALSE(window.EX_Server.enabled);
+
+  window.Delete_Data.value = 0;
+  Delete_Data_Click(world.session);
+  EXPECT_FALSE(window.Del_Permissions.on());
+  EXPECT_FALSE(window.Del_Permissions.enabled);
+  EXPECT_TRUE(window.Del_Shares.enabled);
+  window.Delete_Mail.value = 1;
+  Delete_Mail_Click(world.session);
+  EXPECT_TRUE(window.EX_Server.enabled);
+  window.Delete_NT_Account.value = 0;
+  Delete_NT_Account_Click(world.session);
+  Run_command_Click(world.session);
+  Del_Shares_Click(world.session);
+  Del_Permissions_Click(world.session);
+  const auto stored = [&](std::string_view name) {
+    return session::read_setting(world.session, session::kDU, name);
+  };
+  EXPECT_EQ(stored("DeleteData"), "No");
+  EXPECT_EQ(stored("DeleteMail"), "Yes");
+  EXPECT_EQ(stored("DeleteNT"), "No");
+  EXPECT_EQ(stored("Runcmd"), "No");
+  EXPECT_EQ(stored("DeleteShares"), "Yes");
+  EXPECT_EQ(stored("TakeOwnership"), "No");
+}
+
+TEST(DeleteOptions, SilenceIsWarnedOfWhenItIsTicked) {
+  MultiUserWorld world;
+  world.open();
+  No_Prompting_Click(world.session);
+  world.window.No_Prompting.value = 1;
+  world.window.No_Prompt.value = 1;
+  const std::string text =
+      "This Over rides the preferences setting. Be careful using\r\nthis option as TWK will not prompt when "
+      "deleting user directories.\r\n\r\nOnly use this setting if you are sure the Usermanger settings are "
+      "correct for all users.\r\nMake sure you have a current backup.";
+  world.dialogs.expect(text);
+  No_Prompting_Click(world.session);
+  EXPECT_EQ(world.dialogs.last_title, "Warning");
+  world.dialogs.expect(text);
+  No_Prompt_Click(world.session);
+}
+
+}  // namespace
+}  // namespace twk::batch

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <fstream>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "batch/change_property.hpp"
+#include "batch/schema_properties.hpp"
+#include "directory/operations.hpp"
+#include "support/lab_session.hpp"
+
+namespace twk::batch {
+
+/// A lab with jo, ann and kim, whose names are "jo Lee" and so on, and the tab "AD Properties" filled.
+class PropertyWorld : public test::LabSession {
+ public:
+  explicit PropertyWorld(std::string_view command_line = "")
+      : LabSession(lab::DomainKind::kNative, command_line) {
+    for (const std::string name : {"jo", "ann", "kim"})
+      add_user("CN=" + name + " Lee", name);
+    start();
+    fill_properties(session);
+    session.ad_properties.user_done = [this](const session::PropertyOutcome& outcome) {
+      const std::string line = outcome.line == 0 ? "" : base::to_text(outcome.line) + " ";
+      outcomes.push_back(line +
+                         (outcome.changed   ? ""
+                          : outcome.skipped ? "no "
+                                            : "not ") +
+                         short_name(outcome.user));
+    };
+  }
+
+  /// In the unit for new accounts.
+  void add_user(const std::string& rdn, const std::string& logon_name) { add("user", rdn, logon_name); }
+  void add(std::string_view object_class, const std::string& rdn, const std::string& logon_name) {
+    const platform::ObjectPtr object =
+        services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters))
+            ->Create(object_class, rdn);
+    object->Put("samAccountName", logon_name);
+    object->SetInfo();
+  }
+  void choose(const std::string& property, const std::string& value = {}) {
+    session.ad_properties.AD_Properties.text = property;
+    AD_Properties_Click(session);
+    session.multi_user.AD_CHANGE.text = value;
+  }
+  void select_users(const std::vector<std::string>& names) {
+    for (const std::string& name : names)
+      session.multi_user.ListView1.add(path_of(name), name, "USER");
+  }
+  /// Gives the users a property by the button.
+  void change(const std::vector<std::string>& names, const std::string& property, const std::string& value) {
+    session.multi_user.ListView1.clear();
+    select_users(names);
+    choose(property, value);
+    CHANGE_AD_Click(session);
+  }
+  /// All values of an attribute, in the order of the directory.
+  std::vector<std::string> values(std::string_view name, std::string_view attribute) {
+    std::vector<std::string> texts;
+    base::Trap trap;
+    trap([&] {
+      for (const platform::Value& value : account(name)->Get(attribute).list())
+        texts.push_back(value.text());
+    });
+    return texts;
+  }
+  /// "jo" of "jo Lee".
+  static std::string short_name(const std::string& name) {
+    return name.ends_with(" Lee") ? name.substr(0, name.size() - 4) : name;
+  }
+  [[nodiscard]] std::string status() const { return session.multi_user.Label3.caption; }
+
+  std::vector<std::string> outcomes;  ///< "jo", "not ann", "3 no nobody"
+};
+
+}  // namespace twk::batch

@@ -1,0 +1,188 @@
+#include "base/errors.hpp"
+#include "batch/multi_user_window.hpp"
+#include "batch/multi_user_world.hpp"
+#include "batch/selection_walk.hpp"
+#include "controls/tree_view.hpp"
+#include "session/main_window.hpp"
+
+namespace twk::batch {
+namespace {
+
+using lab::DomainKind;
+using test::InEveryKindOfDomain;
+using test::MultiUserWorld;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+using Names = std::set<std::string>;
+
+class Selection : public InEveryKindOfDomain {};
+INSTANTIATE_TEST_SUITE_P(Kinds, Selection, test::kKinds, test::kind_name);
+
+std::vector<std::string> walked(MultiUserWorld& world, const WalkRules& rules = {}) {
+  std::vector<std::string> names;
+  walk_selection(world.session, rules, [&](SelectedUser& user) {
+    names.push_back(user.name + (user.row == nullptr ? "" : " (row)"));
+    EXPECT_EQ(user.object != nullptr, rules.binds);
+    EXPECT_TRUE(base::equals_fold(user.path, world.path_of(user.name))) << user.path;
+  });
+  return names;
+}
+
+TEST_P(Selection, AGroupStandsForItsUsersAndAUserForHimself) {
+  MultiUserWorld world(GetParam());
+  world.join_readers({"ann", "ben"});
+  world.open();
+  world.select_users({"cas", "ann"});
+  world.select_readers();
+  EXPECT_THAT(walked(world), UnorderedElementsAre("cas (row)", "ann (row)", "ann (row)", "ben"));
+  world.window.ListView1.set_ghosted(world.window.ListView1.at(0), true);
+  EXPECT_THAT(walked(world, {.binds = false, .goes_on = {}, .failed = {}}),
+              UnorderedElementsAre("ann (row)", "ann (row)", "ben"));
+}
+
+TEST(SelectionOfADirectory, AUnitStandsForTheUsersRightInIt) {
+  MultiUserWorld world;
+  const platform::ObjectPtr unit =
+      world.services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters));
+  unit->Create("organizationalUnit", "OU=Below")->SetInfo();
+  const platform::ObjectPtr below =
+      world.services.directory.GetObject("LDAP://twk.test/OU=Below," + std::string(test::kNewStarters))
+          ->Create("user", "CN=eve");
+  below->Put("samAccountName", "eve");
+  below->SetInfo();
+  world.open();
+  world.select_unit();
+  world.select_users({"ben"});
+  EXPECT_THAT(walked(world), UnorderedElementsAre("ann", "ben (row)", "cas", "dee", "ben (row)"));
+}
+
+TEST(SelectionOfADirectory, AMemberThatIsNoUserIsPassedOverAndNamedInTheLog) {
+  MultiUserWorld world;
+  world.join_readers({"ann"});
+  world.services.directory.GetObject(world.key("Readers"))->Add("LDAP://twk.test/CN=Staff,DC=twk,DC=test");
+  world.open();
+  world.select_readers();
+  world.session.log.open(world.session);
+  EXPECT_THAT(walked(world), ElementsAre("ann"));
+  EXPECT_THAT(world.log(), testing::HasSubstr("Not a user: LDAP://twk.test/CN=Staff,DC=twk,DC=test\n"));
+}
+
+TEST_P(Selection, AFailureEndsTheWalkUnlessTheRulesLetItGoOn) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  world.window.ListView1.add(world.key("nobody"), "nobody", "USER");
+  world.select_users({"ann"});
+  EXPECT_THROW(walked(world), base::RuntimeError);
+  WalkRules rules;
+  std::vector<std::string> failed;
+  rules.failed = [&](const std::string& what, const base::RuntimeError&) {
+    failed.push_back(what);
+    return true;
+  };
+  EXPECT_THAT(walked(world, rules), ElementsAre("ann (row)"));
+  EXPECT_THAT(failed, ElementsAre("nobody"));
+}
+
+TEST_P(Selection, AStopIsHeardBeforeTheNextUserAlsoWithinAGroup) {
+  MultiUserWorld world(GetParam());
+  world.join_readers({"ann", "ben", "cas"});
+  world.open();
+  world.select_readers();
+  WalkRules rules;
+  std::size_t visited = 0;
+  rules.goes_on = [&] { return visited < 2; };
+  EXPECT_FALSE(walk_selection(world.session, rules, [&](SelectedUser&) { ++visited; }));
+  EXPECT_EQ(visited, 2U);
+}
+
+TEST_P(Selection, RowsAreTakenAndGivenBackToTheListTheyCameFrom) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  session::MultiUser& window = world.window;
+  window.ListView3.clear();
+  window.ListView3.add(world.key("Readers"), "Readers", world.is_nt() ? "Global" : "W2KGRP");
+  window.ListView4.clear();
+  window.ListView4.add("OU=X", "X", "OU");
+  for (controls::ListView* const list : {&window.ListView2, &window.ListView3, &window.ListView4})
+    list->set_selected(list->at(0), true);
+  window.ListView2.set_selected(window.ListView2.at(2), true);
+  Command1_Click(world.session);
+  EXPECT_EQ(world.texts(window.ListView1), (Names{"ann", "cas", "Readers", "X"}));
+  EXPECT_EQ(world.texts(window.ListView2), (Names{"ben", "dee"}));
+  window.ListView1.set_ghosted(window.ListView1.at(0), true);
+  for (std::size_t i = 0; i < window.ListView1.size(); ++i)
+    window.ListView1.set_selected(window.ListView1.at(i), true);
+  Command2_Click(world.session);
+  EXPECT_TRUE(window.ListView1.empty());
+  EXPECT_EQ(world.texts(window.ListView2), (Names{"ben", "cas", "dee"}));
+  EXPECT_EQ(world.texts(window.ListView3), Names{"Readers"});
+  EXPECT_EQ(world.texts(window.ListView4), Names{"X"});
+}
+
+TEST(SelectionWindow, RefusesChangesWhileAFunctionRuns) {
+  MultiUserWorld world;
+  world.open();
+  world.window.working = true;
+  world.window.ListView2.set_selected(world.window.ListView2.at(0), true);
+  Command1_Click(world.session);
+  select_from(world.session, world.window.ListView2);
+  btn_Showusers_Click(world.session);
+  EXPECT_TRUE(world.window.ListView1.empty());
+  EXPECT_FALSE(Command7_Click(world.session));
+  world.window.working = false;
+  EXPECT_TRUE(Command7_Click(world.session));
+  EXPECT_EQ(world.window.ListView2.size(), 4U);
+}
+
+TEST_P(Selection, ShowUsersReadsThemWhenThePersonAgreesAndClosingForgetsThemWhereTheyAreSkipped) {
+  MultiUserWorld world(GetParam());
+  world.set("ADO", "SkipUsers", "TRUE");
+  world.open();
+  EXPECT_TRUE(world.window.btn_Showusers.visible);
+  EXPECT_TRUE(Command7_Click(world.session));
+  EXPECT_TRUE(world.window.ListView2.empty());
+  if (!world.is_nt()) {
+    world.dialogs.expect("This could take some time if there are 000's of users\r\n\r\n",
+                         platform::Answer::kNo);
+    btn_Showusers_Click(world.session);
+    EXPECT_TRUE(world.window.ListView2.empty());
+    world.dialogs.expect("Continue ?", platform::Answer::kYes);
+  }
+  btn_Showusers_Click(world.session);
+  EXPECT_THAT(world.texts(world.window.ListView2), testing::IsSupersetOf({"ann", "ben", "cas", "dee"}));
+}
+
+TEST(SelectionWindow, ListsSitesTemplatesAndExchangeServersOnce) {
+  MultiUserWorld world;
+  world.site.ExchangeServer = "EX55";
+  world.open();
+  EXPECT_THAT(world.window.Multi_Site.items(), ElementsAre("Head Office"));
+  EXPECT_THAT(world.window.Multi_Template.items(), ElementsAre(stores::padded_template_name("Staff")));
+  EXPECT_THAT(world.window.EX_Server.items(), ElementsAre("Exchange 2000", "EX55"));
+  world.files.fail_from(1, base::error::kPermissionDenied);
+  world.dialogs.expect("Error Opening site file, In multiuser form\r\nCheck 'Path to Database' in setup tab");
+  MultiUser_Load(world.session);
+  EXPECT_THAT(world.window.EX_Server.items(), ElementsAre("Exchange 2000"));
+}
+
+TEST_P(Selection, ThePopupTakesTheUserOfTheTreeIntoTheWindow) {
+  MultiUserWorld world(GetParam());
+  world.open();
+  controls::TreeNode* const node = world.session.form1.TreeView1.find(world.key("ben"));
+  ASSERT_NE(node, nullptr);
+  world.session.form1.TreeView1.select(node);
+  std::vector<std::string> shown;
+  world.dialogs.on_modal = [&](std::string_view name) {
+    shown.push_back(std::string(name) + " " + std::to_string(world.window.SSTab1));
+  };
+  session::mnupopup_Click(world.session, 4);
+  session::mnupopup_Click(world.session, 5);
+  session::Toolbar1_ButtonClick(world.session, "MultiUser");
+  EXPECT_THAT(shown, ElementsAre("MultiUser 0", "MultiUser 1", "MultiUser 1"));
+  EXPECT_EQ(world.texts(world.window.ListView1), Names{"ben"});
+  EXPECT_EQ(world.window.ListView1.at(0).key, world.key("ben"));
+  EXPECT_EQ(world.texts(world.window.ListView2), (Names{"ann", "cas", "dee"}));
+}
+
+}  // namespace
+}  // namespace twk::batch
