@@ -10,6 +10,7 @@ namespace {
 using session::MultiUser;
 using session::Session;
 
+/// The flag by which an import is stopped stops this run too: the two never run at once.
 void cancel(Session& session) {
   session.import.ImportStopped = true;
   session.runs.Delete_Running = false;
