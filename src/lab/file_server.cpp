@@ -13,6 +13,12 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kAccounts = "CN=Accounts";
 
+/// A link counts as itself.
+bool is_there(const fs::path& path) {
+  std::error_code unreadable;
+  return fs::exists(fs::symlink_status(path, unreadable));
+}
+
 bool is_drive(std::string_view name) {
   return name.size() == 1 && base::upper(name) >= "A" && base::upper(name) <= "Z";
 }
@@ -37,19 +43,35 @@ fs::path FileServer::local_path(std::string_view path) const {
   };
   if (path.size() < 2 || path[1] != ':' || !is_drive(path.substr(0, 1)))
     refuse();
-  const auto drive = names_->find(folder_.string(), path.substr(0, 1));
-  if (!drive || path.find('\0') != base::npos)
+  if (path.find('\0') != base::npos)
     refuse();
-  fs::path folder = folder_ / *drive;
   std::string rest(path.substr(2));
   std::replace(rest.begin(), rest.end(), '/', '\\');
-  for (const std::string& part : base::split(rest, '\\')) {
-    if (part.empty() || part == ".")
-      continue;
+  std::vector<std::string> parts;
+  for (std::string& part : base::split(rest, '\\')) {
     if (part == "..")
       refuse();
-    folder /= names_->find(folder.string(), part).value_or(part);
+    if (!part.empty() && part != ".")
+      parts.push_back(std::move(part));
   }
+  fs::path spelled = folder_ / path.substr(0, 1);
+  for (const std::string& part : parts)
+    spelled /= part;
+  // What stands as it is spelled, or in a folder that does, needs no look at each part.
+  if (is_there(spelled))
+    return spelled;
+  if (!parts.empty()) {
+    const fs::path above = spelled.parent_path();
+    const auto found = names_->find_other_case(above.string(), parts.back());
+    if (found.folder_is_there)
+      return above / found.name.value_or(parts.back());
+  }
+  const auto drive = names_->find(folder_.string(), path.substr(0, 1));
+  if (!drive)
+    refuse();
+  fs::path folder = folder_ / *drive;
+  for (const std::string& part : parts)
+    folder /= names_->find(folder.string(), part).value_or(part);
   return folder;
 }
 
@@ -106,6 +128,11 @@ FileServer* FileServers::find(std::string_view name) {
   if (name.empty() || name == "." || name == ".." ||
       name.find_first_of(std::string_view("/\\\0", 3)) != base::npos)
     return nullptr;
+  const auto known = servers_.find(name);
+  if (known != servers_.end()) {
+    known->second->refresh();
+    return known->second.get();
+  }
   const auto found = names_->find(folder_.string(), name);
   std::error_code unreadable;
   if (!found || !fs::is_directory(folder_ / *found, unreadable))

@@ -80,7 +80,7 @@ class FileServers {
   std::filesystem::path folder_;
   std::shared_ptr<local::FoldedNames> names_;
   std::function<void(const std::string&)> warn_;
-  std::map<std::string, std::unique_ptr<FileServer>> servers_;  ///< by the name of the folder
+  std::map<std::string, std::unique_ptr<FileServer>, std::less<>> servers_;  ///< by the name of the folder
 };
 
 }  // namespace twk::lab

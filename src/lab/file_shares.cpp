@@ -94,8 +94,12 @@ FileShares::FileShares(EntryStore& store, std::function<std::vector<std::string>
 bool FileShares::is_drive_share(std::string_view name) const {
   if (name.size() != 2 || name[1] != '$')
     return false;
-  const std::vector<std::string> drives = drives_();
-  return std::find(drives.begin(), drives.end(), base::upper(name.substr(0, 1))) != drives.end();
+  if (known_drives_.find(name[0]) != std::string::npos)
+    return true;
+  if (!has_folder_(std::string(name.substr(0, 1)) + ":\\"))
+    return false;
+  known_drives_ += name[0];
+  return true;
 }
 
 void FileShares::check(const FileShare& share) const {

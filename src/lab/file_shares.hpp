@@ -54,6 +54,7 @@ class FileShares final : public ads::ShareStore {
 
   EntryStore& store_;
   std::function<std::vector<std::string>()> drives_;
+  mutable std::string known_drives_;  ///< letters of drives that were found: a drive does not go away
   std::function<bool(std::string_view)> has_folder_;
   std::multiset<std::string> paths_;         ///< of all shares, as `folded_path` spells them
   std::optional<std::uint64_t> paths_read_;  ///< `readings` of the store when `paths_` was read

@@ -39,11 +39,23 @@ std::string below(const std::string& dn, std::string_view part) {
   return ads::make_rdn("CN", part) + "," + dn;
 }
 
-std::string record_dn(std::string_view path) {
+std::string record_dn(const std::vector<std::string>& parts, std::size_t count) {
   std::string dn(kContainer);
-  for (const std::string& part : parts_of(path))
-    dn = below(dn, part);
+  for (std::size_t i = 0; i < count; ++i)
+    dn = below(dn, parts[i]);
   return dn;
+}
+std::string record_dn(std::string_view path) {
+  const std::vector<std::string> parts = parts_of(path);
+  return record_dn(parts, parts.size());
+}
+
+/// Of the first parts of a path; the same for all spellings.
+std::string folded_prefix(const std::vector<std::string>& parts, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += base::upper(parts[i]) + "\\";
+  return text;
 }
 
 SecurityDescriptor drive_default() {
@@ -94,23 +106,49 @@ SecurityDescriptor inherited(const SecurityDescriptor& folder, bool is_folder) {
 FolderDescriptors::FolderDescriptors(EntryStore& store, std::function<bool(std::string_view)> is_folder)
     : store_(store), is_folder_(std::move(is_folder)) {}
 
-SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
+std::optional<SecurityDescriptor> FolderDescriptors::own(const std::vector<std::string>& parts,
+                                                         std::size_t count) const {
+  const Entry* const entry = store_.find(record_dn(parts, count));
+  return entry == nullptr ? std::nullopt : stored_in(*entry);
+}
+
+const SecurityDescriptor& FolderDescriptors::of_folder(const std::vector<std::string>& parts,
+                                                       std::size_t count) const {
   static const SecurityDescriptor drive = drive_default();
-  SecurityDescriptor descriptor = drive;
-  std::string dn(kContainer);
+  if (count == 0)
+    return drive;
+  std::string key = folded_prefix(parts, count);
+  const auto known = folders_.find(key);
+  if (known != folders_.end())
+    return known->second;
+  std::optional<SecurityDescriptor> descriptor = own(parts, count);
+  if (!descriptor)
+    descriptor = count == 1 ? drive : inherited(of_folder(parts, count - 1), true);
+  return folders_.emplace(std::move(key), *std::move(descriptor)).first->second;
+}
+
+void FolderDescriptors::forget_outdated() const {
+  constexpr std::size_t kMostRemembered = 1000;
+  if (readings_ != store_.readings() || folders_.size() > kMostRemembered)
+    folders_.clear();
+  readings_ = store_.readings();
+}
+
+SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
+  forget_outdated();
   const std::vector<std::string> parts = parts_of(path);
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    dn = below(dn, parts[i]);
-    const Entry* const entry = store_.find(dn);
-    std::optional<SecurityDescriptor> own = entry == nullptr ? std::nullopt : stored_in(*entry);
-    if (own) {
-      descriptor = *std::move(own);
-    } else if (i > 0) {
-      const bool is_last = i + 1 == parts.size();
-      descriptor = inherited(descriptor, !is_last || is_folder_(path));
-    }
-  }
-  return descriptor;
+  const bool is_folder =
+      parts.size() < 2 || folders_.contains(folded_prefix(parts, parts.size())) || is_folder_(path);
+  return is_folder ? of_folder(parts, parts.size()) : effective_of_file(path);
+}
+
+SecurityDescriptor FolderDescriptors::effective_of_file(std::string_view path) const {
+  forget_outdated();
+  const std::vector<std::string> parts = parts_of(path);
+  if (parts.size() < 2)
+    return of_folder(parts, parts.size());
+  std::optional<SecurityDescriptor> descriptor = own(parts, parts.size());
+  return descriptor ? *std::move(descriptor) : inherited(of_folder(parts, parts.size() - 1), false);
 }
 
 std::string FolderDescriptors::make_record(std::string_view path) {
@@ -126,6 +164,7 @@ std::string FolderDescriptors::make_record(std::string_view path) {
 }
 
 void FolderDescriptors::store(std::string_view path, const SecurityDescriptor& descriptor) {
+  folders_.clear();
   SecurityDescriptor stored = descriptor;
   if (stored.dacl)
     stored.dacl = stored.dacl->trimmed();
@@ -144,7 +183,11 @@ bool FolderDescriptors::is_locked(std::string_view path) const {
 }
 
 void FolderDescriptors::forget(std::string_view path) {
-  const Entry* const top = store_.find(record_dn(path));
+  const std::vector<std::string> parts = parts_of(path);
+  // What is remembered of a folder above does not depend on this one.
+  if (folders_.contains(folded_prefix(parts, parts.size())))
+    folders_.clear();
+  const Entry* const top = store_.find(record_dn(parts, parts.size()));
   if (top == nullptr)
     return;
   std::vector<std::string> names;
@@ -157,6 +200,7 @@ void FolderDescriptors::forget(std::string_view path) {
 }
 
 void FolderDescriptors::move(std::string_view from, std::string_view to) {
+  folders_.clear();
   const std::string old_dn = record_dn(from);
   if (store_.find(old_dn) == nullptr)
     return;

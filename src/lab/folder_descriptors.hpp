@@ -1,8 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
 #include "lab/entry_store.hpp"
 #include "platform/security_descriptor.hpp"
@@ -24,6 +28,8 @@ class FolderDescriptors {
   FolderDescriptors(EntryStore& store, std::function<bool(std::string_view)> is_folder);
 
   [[nodiscard]] platform::SecurityDescriptor effective(std::string_view path) const;
+  /// The same for a path that is known to be a file.
+  [[nodiscard]] platform::SecurityDescriptor effective_of_file(std::string_view path) const;
   void store(std::string_view path, const platform::SecurityDescriptor& descriptor);
   [[nodiscard]] bool is_locked(std::string_view path) const;
   /// The file or folder, with all below it, is gone.
@@ -34,9 +40,19 @@ class FolderDescriptors {
  private:
   /// The record of a path, made with those above it when it is not there. The name of it.
   std::string make_record(std::string_view path);
+  void forget_outdated() const;
+  /// The one that the first `count` parts have for themselves.
+  [[nodiscard]] std::optional<platform::SecurityDescriptor> own(const std::vector<std::string>& parts,
+                                                                std::size_t count) const;
+  /// That of the folder which the first `count` parts lead to, remembered for who goes through a tree.
+  const platform::SecurityDescriptor& of_folder(const std::vector<std::string>& parts,
+                                                std::size_t count) const;
 
   EntryStore& store_;
   std::function<bool(std::string_view)> is_folder_;
+  mutable std::unordered_map<std::string, platform::SecurityDescriptor>
+      folders_;                         ///< by the path in capitals
+  mutable std::uint64_t readings_ = 0;  ///< of the store, when they were found out
 };
 
 }  // namespace twk::lab

@@ -31,6 +31,15 @@ bool is_other_drive(const std::optional<ServerPath>& source, const std::optional
          base::upper(source->path.substr(0, 1)) != base::upper(target->path.substr(0, 1));
 }
 
+/// What a descriptor and the share's list let the program do.
+std::uint32_t rights_by(ProcessIdentity& identity, const ServerPath& place,
+                        const platform::SecurityDescriptor& descriptor) {
+  const std::uint32_t rights = identity.rights(descriptor);
+  if (!place.share.descriptor)
+    return rights;
+  return rights & platform::granted_access(*place.share.descriptor, identity.identifiers());
+}
+
 [[noreturn]] void deny(const ServerPath& place) {
   raise(base::error::kPermissionDenied, "Access is denied: " + place.path + " on " + place.server.name());
 }
@@ -59,10 +68,7 @@ std::optional<ServerPath> locate(FileServers& servers, std::string_view path) {
 }
 
 std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place) {
-  const std::uint32_t rights = identity.rights(place.server.descriptors().effective(place.path));
-  if (!place.share.descriptor)
-    return rights;
-  return rights & platform::granted_access(*place.share.descriptor, identity.identifiers());
+  return rights_by(identity, place, place.server.descriptors().effective(place.path));
 }
 
 std::string LabFiles::local_path(std::string_view path) {
@@ -192,8 +198,12 @@ void LabFiles::remove(std::string_view path) {
 bool LabFiles::copy_file(std::string_view from, std::string_view to, bool replace,
                          const platform::CopyProgress& progress) {
   const auto source = locate(servers_, from);
-  if (source)
-    require_rights(*source, access::kFileReadData);
+  if (source) {
+    // A folder is refused by the copy itself.
+    const auto descriptor = source->server.descriptors().effective_of_file(source->path);
+    if ((rights_by(identity_, *source, descriptor) & access::kFileReadData) == 0)
+      deny(*source);
+  }
   const std::string local_source =
       source ? source->server.local_path(source->path).string() : std::string(from);
   if (replace)

@@ -66,15 +66,19 @@ std::optional<std::string> FoldedNames::find(const std::string& folder, std::str
   struct stat status {};
   if (lstat(joined(folder, name).c_str(), &status) == 0)
     return std::string(name);
+  return find_other_case(folder, name).name;
+}
+
+FoldedNames::Folded FoldedNames::find_other_case(const std::string& folder, std::string_view name) {
+  struct stat status {};
   if (stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
-    return std::nullopt;
+    return {};
   Folder* known = remembered(folder);
   const bool as_remembered = known != nullptr && is_same(known->seen, status);
   if (!as_remembered)
     known = read(folder, status);
   const auto found = known->names.find(base::upper(name));
-  std::optional<std::string> result =
-      found == known->names.end() ? std::nullopt : std::optional(found->second);
+  Folded result{true, found == known->names.end() ? std::nullopt : std::optional(found->second)};
   // A folder without names was made a moment ago, and is about to be filled.
   if (!as_remembered && !is_settled(status) && !known->names.empty())
     folders_.pop_front();

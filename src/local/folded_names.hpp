@@ -23,6 +23,13 @@ class FoldedNames {
   /// order.
   std::optional<std::string> find(const std::string& folder, std::string_view name);
 
+  struct Folded {
+    bool folder_is_there = false;
+    std::optional<std::string> name;
+  };
+  /// The same for a name that does not stand there as it is spelled.
+  Folded find_other_case(const std::string& folder, std::string_view name);
+
   /// This program is about to add a name to a folder, and has added it: keeps what is remembered true.
   void before_adding(const std::string& folder);
   void added(const std::string& folder, std::string_view name);
