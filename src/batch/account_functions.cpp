@@ -1,6 +1,7 @@
 #include "batch/account_functions.hpp"
 
 #include <array>
+#include <optional>
 
 #include "base/errors.hpp"
 #include "batch/find_accounts.hpp"

@@ -10,6 +10,7 @@ namespace {
 using session::MultiUser;
 using session::Session;
 
+/// The flag by which an import is stopped stops this run too: the two never run at once.
 void cancel(Session& session) {
   session.import.ImportStopped = true;
   session.runs.Delete_Running = false;
@@ -47,6 +48,8 @@ void run(Session& session) {
     tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
   session.runs.Delete_Running = false;
+  // Work on files that has no Cancel looks at the flag too.
+  session.import.ImportStopped = false;
 }
 
 }  // namespace

@@ -124,7 +124,9 @@ void show_for_user(Session& session, const controls::TreeNode& node, int tab) {
   const std::string& key = by_key ? node.key : node.text;
   if (const ListRow* const row = window.ListView2.find_key(key))
     take(session, window.ListView2, {row});
-  else if (window.ListView1.find_key(key) == nullptr)
+  else if (const ListRow* const there = window.ListView1.find_key(key))
+    window.ListView1.set_ghosted(window.ListView1.at(window.ListView1.place_of(*there)), false);
+  else
     window.ListView1.add(key, node.text, "USER");
   window.SSTab1 = tab;
   show_multi_user(session);

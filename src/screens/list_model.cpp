@@ -21,21 +21,27 @@ const std::string& column_text(const ListRow& row, int column) {
   return place < row.sub_items.size() ? row.sub_items[place] : nothing;
 }
 
-bool is_ascii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+bool is_ascii(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
 }
 
 char folded(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Alphabetical without regard to case; the common case of plain letters needs no memory.
-bool is_before(const std::string& left, const std::string& right) {
-  if (is_ascii(left) && is_ascii(right)) {
-    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
-                                        [](char a, char b) { return folded(a) < folded(b); });
+/// Alphabetical without regard to case. Most names differ in a plain letter, which needs no memory; the first
+/// that is none hands the rest to the rules of the language.
+bool is_before(std::string_view left, std::string_view right) {
+  const std::size_t common = std::min(left.size(), right.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    if (!is_ascii(left[i]) || !is_ascii(right[i])) {
+      return QString::localeAwareCompare(to_qt(left.substr(i)).toUpper(), to_qt(right.substr(i)).toUpper()) <
+             0;
+    }
+    if (folded(left[i]) != folded(right[i]))
+      return folded(left[i]) < folded(right[i]);
   }
-  return QString::localeAwareCompare(to_qt(left).toUpper(), to_qt(right).toUpper()) < 0;
+  return left.size() < right.size();
 }
 
 }  // namespace

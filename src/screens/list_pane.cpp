@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QTimer>
 #include <algorithm>
 #include <vector>
 
@@ -10,6 +11,12 @@
 #include "screens/text.hpp"
 
 namespace twk::screens {
+namespace {
+
+constexpr std::size_t kLongList = 5000;
+constexpr int kPause = 150;  // milliseconds
+
+}  // namespace
 
 using controls::ListChange;
 using controls::ListRow;
@@ -189,8 +196,24 @@ QLineEdit* add_filter(ListPane& pane, const QString& placeholder, QWidget* paren
   field->setPlaceholderText(placeholder);
   field->setAccessibleName(placeholder);
   field->setClearButtonEnabled(true);
-  QObject::connect(field, &QLineEdit::textChanged, &pane,
-                   [&pane](const QString& text) { pane.set_filter(text); });
+  auto* const pause = new QTimer(field);
+  pause->setSingleShot(true);
+  const auto filter = [&pane, pause, field] {
+    pause->stop();
+    pane.set_filter(field->text());
+  };
+  QObject::connect(pause, &QTimer::timeout, &pane, filter);
+  QObject::connect(field, &QLineEdit::textChanged, &pane, [&pane, pause, filter] {
+    // A long list waits for the end of the word, and never longer than until another field is gone to.
+    if (pane.list().size() < kLongList)
+      filter();
+    else
+      pause->start(kPause);
+  });
+  QObject::connect(field, &QLineEdit::editingFinished, &pane, [pause, filter] {
+    if (pause->isActive())
+      filter();
+  });
   return field;
 }
 

@@ -107,6 +107,7 @@ TEST_P(DeleteUsers, CancelStopsBehindTheUserInHandAlsoWithinAGroup) {
     EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
     EXPECT_TRUE(world.window.Command1.enabled);
     EXPECT_FALSE(session::is_running(world.window));
+    EXPECT_FALSE(world.session.import.ImportStopped) << "what works on files next must not stop";
   }
 }
 

@@ -176,6 +176,7 @@ TEST_P(Selection, ThePopupTakesTheUserOfTheTreeIntoTheWindow) {
     shown.push_back(std::string(name) + " " + std::to_string(world.window.SSTab1));
   };
   session::mnupopup_Click(world.session, 4);
+  world.window.ListView1.set_ghosted(world.window.ListView1.at(0), true);
   session::mnupopup_Click(world.session, 5);
   session::Toolbar1_ButtonClick(world.session, "MultiUser");
   EXPECT_THAT(shown, ElementsAre("MultiUser 0", "MultiUser 1", "MultiUser 1"));

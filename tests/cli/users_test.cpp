@@ -133,6 +133,23 @@ TEST_F(ManyUsers, AreMovedToASiteAndTemplate) {
   EXPECT_EQ(told.end["done"], 3);
 }
 
+TEST_F(ManyUsers, CtrlCStopsBehindTheUserInHand) {
+  std::string csv;
+  for (int i = 0; i < 150; ++i)
+    csv += "First,,Last" + std::to_string(i) + "\n";
+  EXPECT_EQ(run({"user", "import", file("many.csv", csv), "--template", "Staff", "--site", "Head Office",
+                 "--ou", kNewStarters})
+                .exit_code,
+            0);
+  ProgramRun how;
+  how.terminal = true;
+  how.environment = {{"TERM", "dumb"}};
+  const ProgramResult result = run({"users", "disable", "--ou", kNewStarters}, "\x03", how);
+  EXPECT_EQ(result.exit_code, 1) << result.out;
+  EXPECT_THAT(result.out, testing::AllOf(HasSubstr("GREEN"), HasSubstr(" 0 failed, 0 unknown, stopped."),
+                                         testing::Not(HasSubstr("153 done"))));
+}
+
 class ManyUsersOfAnNtDomain : public TwkLab {
  protected:
   static void SetUpTestSuite() { make("nt"); }

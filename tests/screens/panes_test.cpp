@@ -100,6 +100,35 @@ TEST(ListPane, FiltersByAnyColumnInAnyCase) {
   EXPECT_EQ(pane.model()->rowCount(), 3);
 }
 
+TEST(ListPane, FilterOfALongListWaitsForTheWordAndIsThereWhenTheFieldIsLeft) {
+  ListView list;
+  for (int i = 0; i < 5000; ++i)
+    list.add({}, std::to_string(i));
+  ListPane pane(list, {.headings = {"Name"}, .many_selected = true}, nullptr);
+  QLineEdit* const field = add_filter(pane, "Find", &pane);
+  field->setText("4321");
+  EXPECT_EQ(pane.model()->rowCount(), 5000);
+  QTest::keyClick(field, Qt::Key_Return);
+  EXPECT_EQ(shown(pane), QStringList({"4321"}));
+  field->setText("4322");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shown(pane) == QStringList({"4322"}); }, 3000));
+}
+
+TEST(ListPane, KeepsTheSelectedRowsThatAFilterShowsAndGivesUpTheOthers) {
+  ListView list;
+  for (const char* const text : {"ann", "ben", "anna", "cas"})
+    list.set_selected(list.add({}, text), true);
+  ListPane pane(list, {.headings = {"Name"}, .many_selected = true}, nullptr);
+  pane.set_filter("an");
+  EXPECT_EQ(pane.selectionModel()->selectedRows().size(), 2);
+  pane.set_filter({});
+  QStringList selected;
+  for (const ListRow* const row : list.selected_rows())
+    selected << to_qt(row->text);
+  EXPECT_EQ(selected, QStringList({"ann", "anna"}));
+  EXPECT_EQ(pane.selectionModel()->selectedRows().size(), 2);
+}
+
 TEST(ListPane, TellsTheRowsOwnTextWhenAnEditIsGivenUp) {
   ListView list;
   list.select(&list.add("", ""));

@@ -1,5 +1,6 @@
 #include "stores/compaction.hpp"
 
+#include "directory/select_domain.hpp"
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
 
@@ -122,10 +123,17 @@ TEST_F(CompactionTest, FailureAtAnyCallLeavesEachFileWhole) {
   ASSERT_TRUE(compact_database(world.session, Pruning::kRemoveGroups));
   const int calls = world.files.calls();
   ASSERT_GT(calls, 8);
+  // The domain is loaded first, and at its end the multi-user window reads Site.dat, then Template.dat.
+  world.files.fail_from(0, 0);
+  ASSERT_TRUE(directory::Select_Domain(world.session, world.session.DomainName));
+  constexpr int kCallsForTemplates = 3;
+  const int sites_of_window = world.files.calls() - kCallsForTemplates;
   for (int call = 1; call <= calls; ++call) {
     put("Site.dat", old_sites);
     put("Template.dat", old_templates);
     world.files.fail_from(call, 61);
+    if (call <= sites_of_window)
+      world.dialogs.expect("Error Opening site file, In multiuser form");
     world.dialogs.expect("Error Compacting Database\r\nthe disk refuses");
     const bool done = compact_database(world.session, Pruning::kRemoveGroups);
     world.files.fail_from(0, 0);
