@@ -124,7 +124,7 @@ bool tell_end(Session& session, End end, std::string_view path) {
 std::string selection_fault(Session& session) {
   const session::Form1& form = session.form1;
   const controls::TreeNode* const node = form.TreeView1.selected();
-  const std::string_view kind = node == nullptr ? std::string_view{} : node->image;
+  const std::string_view kind = node == nullptr ? std::string_view{} : std::string_view(node->image);
   const bool active_directory = session::is_active_directory(session);
   const bool copy = form.Copy_User.on();
   const bool good = !active_directory || copy || kind == "OU";

@@ -12,12 +12,12 @@ using Kind = ListChange::Kind;
 
 }  // namespace
 
-ListRow& ListView::add(std::string key, std::string text, std::string icon,
+ListRow& ListView::add(std::string key, std::string text, SharedText icon,
                        std::vector<std::string> sub_items) {
   auto row = std::make_unique<ListRow>();
   row->key = std::move(key);
   row->text = std::move(text);
-  row->icon = std::move(icon);
+  row->icon = icon;
   row->sub_items = std::move(sub_items);
   ListRow& added = *row;
   if (!added.key.empty() && !by_key_.insert(&added).second) {
@@ -67,7 +67,7 @@ void ListView::remove(const ListRow& row) {
   forget(row);
   tell(Kind::kRemoving, place);
   rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(place));
-  numbered_ = std::min(numbered_, place);
+  numbered_ = std::min(numbered_, static_cast<std::uint32_t>(place));
   tell(Kind::kRemoved, place);
 }
 
@@ -134,8 +134,8 @@ void ListView::set_sub_item(ListRow& row, std::size_t number, std::string text) 
   tell(Kind::kChanged, place_of(row));
 }
 
-void ListView::set_icon(ListRow& row, std::string icon) {
-  row.icon = std::move(icon);
+void ListView::set_icon(ListRow& row, SharedText icon) {
+  row.icon = icon;
   tell(Kind::kChanged, place_of(row));
 }
 
@@ -196,9 +196,9 @@ void ListView::tell(Kind kind, std::size_t place) const {
 void move_row(ListView& from, const ListRow& row, ListView& to) {
   std::string key = row.key;
   std::string text = row.text;
-  std::string icon = row.icon;
+  const SharedText icon = row.icon;
   from.remove(row);
-  to.add(std::move(key), std::move(text), std::move(icon));
+  to.add(std::move(key), std::move(text), icon);
 }
 
 void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include "base/text.hpp"
 #include "controls/folded_index.hpp"
 #include "controls/observable.hpp"
+#include "controls/shared_text.hpp"
 
 namespace twk::controls {
 
@@ -18,7 +20,7 @@ class ListView;
 struct ListRow {
   std::string key;  ///< unique in the list without regard to case, or empty
   std::string text;
-  std::string icon;
+  SharedText icon;
   std::vector<std::string> sub_items;  ///< sub-item 1 is at place 0
   bool selected = false;
   bool checked = false;
@@ -26,7 +28,7 @@ struct ListRow {
 
  private:
   friend class ListView;
-  std::size_t place_ = 0;  ///< from the top, as far as the list has its rows numbered
+  std::uint32_t place_ = 0;  ///< from the top, as far as the list has its rows numbered
 };
 
 /// What happens to the rows of a list. An insertion, a removal and a reset are told before and after.
@@ -53,7 +55,7 @@ class ListView {
   ListView& operator=(const ListView&) = delete;
 
   /// Adds at the end. Raises kKeyNotUnique.
-  ListRow& add(std::string key, std::string text, std::string icon = {},
+  ListRow& add(std::string key, std::string text, SharedText icon = {},
                std::vector<std::string> sub_items = {});
   /// Rows that are removed from the last to the first cost no walk of the others.
   void remove(const ListRow& row);
@@ -75,7 +77,7 @@ class ListView {
   void set_key(ListRow& row, std::string key);
   /// Sub-items count from 1.
   void set_sub_item(ListRow& row, std::size_t number, std::string text);
-  void set_icon(ListRow& row, std::string icon);
+  void set_icon(ListRow& row, SharedText icon);
   void set_selected(ListRow& row, bool selected);
   void set_checked(ListRow& row, bool checked);
   void set_ghosted(ListRow& row, bool ghosted);
@@ -116,7 +118,7 @@ class ListView {
   void tell(ListChange::Kind kind, std::size_t place = 0) const;
 
   Rows rows_;
-  mutable std::size_t numbered_ = 0;  ///< the rows before this place know theirs
+  mutable std::uint32_t numbered_ = 0;  ///< the rows before this place know theirs
   FoldedSet<ListRow*, KeyOf> by_key_;
   FoldedMultiset<ListRow*, TextOf> by_text_;
   Channel<const ListChange&> changes_;

@@ -26,7 +26,7 @@ std::size_t place_for(const TreeNode* parent, const std::vector<TreeNode*>& sibl
 
 void number_from(const std::vector<TreeNode*>& siblings, std::size_t first) {
   for (std::size_t i = first; i < siblings.size(); ++i)
-    siblings[i]->place = i;
+    siblings[i]->place = static_cast<std::uint32_t>(i);
 }
 
 [[noreturn]] void not_unique(const std::string& key) {
@@ -35,7 +35,7 @@ void number_from(const std::vector<TreeNode*>& siblings, std::size_t first) {
 
 }  // namespace
 
-TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, std::string image) {
+TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, SharedText image) {
   if (!key.empty() && by_key_.contains(std::string_view(key)))
     not_unique(key);
   std::vector<TreeNode*>& siblings = siblings_below(parent);
@@ -45,7 +45,7 @@ TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, std
   TreeNode& node = nodes_.back();
   node.key = std::move(key);
   node.text = std::move(text);
-  node.image = std::move(image);
+  node.image = image;
   node.parent = parent;
   node.self = std::prev(nodes_.end());
   if (!node.key.empty())
@@ -58,12 +58,12 @@ TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, std
 }
 
 TreeNode& TreeView::add_under(std::string_view parent_key, std::string key, std::string text,
-                              std::string image) {
+                              SharedText image) {
   TreeNode* const parent = find(parent_key);
   if (parent == nullptr) {
     throw base::RuntimeError(base::error::kParentNotFound, "Element not found: " + std::string(parent_key));
   }
-  return add(parent, std::move(key), std::move(text), std::move(image));
+  return add(parent, std::move(key), std::move(text), image);
 }
 
 std::vector<TreeNode*>& TreeView::siblings_below(TreeNode* parent) {

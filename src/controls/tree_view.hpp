@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <list>
 #include <string>
 #include <string_view>
@@ -8,18 +9,19 @@
 
 #include "controls/folded_index.hpp"
 #include "controls/observable.hpp"
+#include "controls/shared_text.hpp"
 
 namespace twk::controls {
 
 struct TreeNode {
   std::string key;  ///< unique in the tree without regard to case, or empty
   std::string text;
-  std::string image;
+  SharedText image;
   TreeNode* parent = nullptr;
   std::vector<TreeNode*> children;
   bool sorted = false;  ///< children stand in order of their texts; else in order of adding
   bool expanded = false;
-  std::size_t place = 0;  ///< among the nodes of one parent; kept by the tree
+  std::uint32_t place = 0;  ///< among the nodes of one parent; kept by the tree
 
  private:
   friend class TreeView;
@@ -54,9 +56,9 @@ class TreeView {
   TreeView& operator=(const TreeView&) = delete;
 
   /// A node under `parent`, or a root when that is none. Raises kKeyNotUnique.
-  TreeNode& add(TreeNode* parent, std::string key, std::string text, std::string image);
+  TreeNode& add(TreeNode* parent, std::string key, std::string text, SharedText image);
   /// The same under the node of that key. Raises kParentNotFound when there is none.
-  TreeNode& add_under(std::string_view parent_key, std::string key, std::string text, std::string image);
+  TreeNode& add_under(std::string_view parent_key, std::string key, std::string text, SharedText image);
   /// With all below it. A selected node in it leaves nothing selected.
   void remove(TreeNode& node);
   void clear();
