@@ -104,6 +104,16 @@ class Bench {
   std::string next_tag() { return run_ + std::to_string(1000 + ++batches_); }
   session::Session& session() { return *session_; }
 
+  /// With a principal name and a department, or with what `samba-tool user create` writes as well.
+  void use_further_properties(bool on) {
+    controls::ListView& rows = session_->form1.ListView7;
+    rows.clear();
+    if (!on)
+      return;
+    rows.add({}, "userPrincipalName", "USER", {"%first%@%Domain%"});
+    rows.add({}, "department", "USER", {"%IMPORT4%"});
+  }
+
   void choose_unit() {
     controls::TreeView& tree = session_->form1.TreeView1;
     controls::TreeNode* const node = tree.find("OU=" + unit() + ",DC=twk,DC=test");
@@ -151,7 +161,6 @@ class Bench {
     staff.Groups[0] = groups()[0];
     staff.Groups[1] = groups()[1];
     std::ofstream(folder + "Template.dat", std::ios::binary) << stores::encode_template(staff);
-    std::ofstream(folder + "W2K.dat") << "p,userPrincipalName,%first%@%Domain%\r\np,department,%IMPORT4%\r\n";
   }
 
   void start() {
@@ -212,9 +221,12 @@ void measure_import(Bench& bench) {
   bench.choose_unit();
   Effort ours;
   Effort raw;
+  Effort bare;
   Effort samba;
   std::map<bench::RecordedCall::Kind, int> kinds;
+  bench.import_users(bench.next_tag());  // what is set up once is
   for (int round = 0; round < kRounds; ++round) {
+    bench.use_further_properties(true);
     const std::string tag = bench.next_tag();
     bench::start_recording();
     ours.add(bench.import_users(tag));
@@ -224,6 +236,8 @@ void measure_import(Bench& bench) {
     raw.add(replay_calls(calls, tag, bench.next_tag()));
     raw.add(replay_calls(calls, tag, bench.next_tag()));
     ours.add(bench.import_users(bench.next_tag()));
+    bench.use_further_properties(false);
+    bare.add(bench.import_users(bench.next_tag()));
     samba.add(create_by_samba_tool(bench, bench.next_tag()));
   }
   using Kind = bench::RecordedCall::Kind;
@@ -234,10 +248,12 @@ void measure_import(Bench& bench) {
               ours.milliseconds_a_user(), ours.processor_a_user());
   std::printf("its calls alone:       %7.2f ms a user, %5.2f ms of the processor\n",
               raw.milliseconds_a_user(), raw.processor_a_user());
+  std::printf("import as samba-tool:  %7.2f ms a user, without principal name and department\n",
+              bare.milliseconds_a_user());
   std::printf("samba-tool:            %7.2f ms a user\n", samba.milliseconds_a_user());
   std::printf("import / its calls:    %7.3f\n", ours.milliseconds_a_user() / raw.milliseconds_a_user());
   std::printf("own processor time:    %7.2f ms a user\n", ours.processor_a_user() - raw.processor_a_user());
-  std::printf("samba-tool / import:   %7.1f\n", samba.milliseconds_a_user() / ours.milliseconds_a_user());
+  std::printf("samba-tool / import:   %7.1f\n", samba.milliseconds_a_user() / bare.milliseconds_a_user());
 }
 
 /// Seconds of ldapsearch with a filter, from the catalogue as the load asks it.

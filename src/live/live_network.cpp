@@ -24,6 +24,15 @@ auto as_network_call(Call&& call) {
 }  // namespace
 
 std::string LiveNetwork::NetGetDCName(std::string_view server, std::string_view domain) {
+  constexpr std::chrono::minutes kTakenForTrue{1};
+  const auto now = std::chrono::steady_clock::now();
+  Told& told = told_[{std::string(server), std::string(domain)}];
+  if (told.controller.empty() || now - told.at > kTakenForTrue)
+    told = {ask_for_controller(server, domain), now};
+  return told.controller;
+}
+
+std::string LiveNetwork::ask_for_controller(std::string_view server, std::string_view domain) {
   return as_network_call([&] {
     const bool own = domain.empty() || domain_.is_domain_name(domain);
     LogonService& logon =

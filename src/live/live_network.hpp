@@ -1,5 +1,10 @@
 #pragma once
 
+#include <chrono>
+#include <map>
+#include <string>
+#include <utility>
+
 #include "live/live_domain.hpp"
 #include "platform/network.hpp"
 
@@ -11,7 +16,8 @@ class LiveNetwork final : public platform::Network {
  public:
   explicit LiveNetwork(LiveDomain& domain) : domain_(domain) {}
 
-  /// Without a server the domain's controller is asked, without a domain for its own.
+  /// Without a server the domain's controller is asked, without a domain for its own. What was told is taken
+  /// for true for a minute: an import asks for each user.
   std::string NetGetDCName(std::string_view server, std::string_view domain) override;
 
   /// A server may have its own number for a folder that is not there: Samba gives that of its share command.
@@ -28,7 +34,16 @@ class LiveNetwork final : public platform::Network {
                                               platform::WtsConfigClass setting) override;
 
  private:
+  /// What one server told of one domain.
+  struct Told {
+    std::string controller;
+    std::chrono::steady_clock::time_point at;
+  };
+
+  std::string ask_for_controller(std::string_view server, std::string_view domain);
+
   LiveDomain& domain_;
+  std::map<std::pair<std::string, std::string>, Told> told_;
 };
 
 }  // namespace twk::live

@@ -136,9 +136,15 @@ void LiveEntry::write_changes() {
     const LdapChangeKind kind = change.kind == ads::ChangeKind::kAdd      ? LdapChangeKind::kAdd
                                 : change.kind == ads::ChangeKind::kDelete ? LdapChangeKind::kDelete
                                                                           : LdapChangeKind::kReplace;
-    changes.push_back({kind, change.attribute, raw_values(change)});
+    std::vector<std::string> values = raw_values(change);
+    // A new password is one of now: to say so once more would cost a request.
+    if (has_new_password_ && base::equals_fold(change.attribute, "pwdLastSet") &&
+        values == std::vector<std::string>{"-1"})
+      continue;
+    changes.push_back({kind, change.attribute, std::move(values)});
     clears = clears || changes.back().values.empty();
   }
+  has_new_password_ = false;
   if (changes.empty())
     return;
   try {
@@ -200,6 +206,7 @@ void LiveEntry::set_password(std::string_view password) {
   }
   origin_.ldap().modify(dn_, changes, LdapRequest::kPassword);
   awaits_password_ = false;
+  has_new_password_ = true;
   fetched_.reset();
 }
 

@@ -65,6 +65,7 @@ class LiveEntry final : public ads::AttributeAccess {
   std::string object_class_;
   bool new_ = false;
   bool awaits_password_ = false;
+  bool has_new_password_ = false;  ///< set through this object, and nothing written since
   std::optional<LdapEntry> fetched_;
   ads::StagedValues staged_;
 };

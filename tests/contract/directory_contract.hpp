@@ -274,6 +274,21 @@ TEST_P(DirectoryContract, MustChangePasswordShowsOnTheWinntObject) {
   EXPECT_NE(get_entry(w_, "CN=Jo," + w_.unit())->Get("pwdLastSet").text(), "0");
 }
 
+TEST_P(DirectoryContract, PasswordThatIsSetNowNeedNotBeChanged) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  const auto is_expired = [&] { return get_account(w_, "jo")->Get("PasswordExpired").integer(); };
+  user->SetPassword("Correct-Horse-7");
+  user->Put("pwdLastSet", -1);
+  user->SetInfo();
+  EXPECT_EQ(is_expired(), 0);
+  user->Put("pwdLastSet", 0);
+  user->SetInfo();
+  EXPECT_EQ(is_expired(), 1);
+  user->Put("pwdLastSet", -1);
+  user->SetInfo();
+  EXPECT_EQ(is_expired(), 0) << "also without a new password";
+}
+
 TEST_P(DirectoryContract, PasswordThatThePolicyRefusesIsToldByItsNumber) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   EXPECT_EQ(number_of([&] { user->SetPassword("short"); }), ads_error::kPasswordPolicy);
