@@ -1,5 +1,7 @@
 #include "ads/dn.hpp"
 
+#include <algorithm>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/directory.hpp"
@@ -37,6 +39,22 @@ std::string_view trim_part(std::string_view part) {
   const std::string_view text = part.substr(0, end);
   const std::size_t backslashes = text.size() - (text.find_last_not_of('\\') + 1);
   return part.substr(0, end + (backslashes % 2 == 1 && end < part.size() ? 1 : 0));
+}
+
+/// The parts between slashes; one behind a backslash belongs to its part.
+std::vector<std::string_view> split_at_slashes(std::string_view name) {
+  std::vector<std::string_view> parts;
+  std::size_t from = 0;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (name[i] == '\\') {
+      ++i;
+    } else if (name[i] == '/') {
+      parts.push_back(name.substr(from, i - from));
+      from = i + 1;
+    }
+  }
+  parts.push_back(name.substr(from));
+  return parts;
 }
 
 }  // namespace
@@ -100,6 +118,19 @@ std::string domain_dn(std::string_view domain) {
     out += make_rdn("DC", label);
   }
   return out;
+}
+
+std::string from_top_down(std::string_view name) {
+  const std::vector<std::string_view> parts = split_at_slashes(name);
+  const bool top_down = std::all_of(parts.begin(), parts.end(), [](std::string_view part) {
+    return part.find('=') != base::npos && parent_dn(part).empty();
+  });
+  if (parts.size() == 1 || !top_down)
+    return std::string(name);
+  std::string dn;
+  for (auto part = parts.rbegin(); part != parts.rend(); ++part)
+    dn.append(dn.empty() ? "" : ",").append(*part);
+  return dn;
 }
 
 }  // namespace twk::ads

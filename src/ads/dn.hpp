@@ -25,6 +25,9 @@ std::string make_rdn(std::string_view type, std::string_view value);
 /// The form in which two names are the same: types and values in upper case, escapes in one spelling, no
 /// blanks between parts. Raises kInvalidDn.
 std::string normalize_dn(std::string_view dn);
+/// A path may name the parts from the top, between slashes: "O=Tarnwick/OU=Head Office" is
+/// "OU=Head Office,O=Tarnwick". Any other name is given back as it is.
+std::string from_top_down(std::string_view name);
 /// "DC=twk,DC=test" of "twk.test"; "DC=OLDNT" of "OLDNT".
 std::string domain_dn(std::string_view domain);
 

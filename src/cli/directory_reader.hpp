@@ -41,8 +41,6 @@ platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 std::string locate_group(const Domain& domain, std::string_view name);
 /// Groups with name, kind, scope, description, dn, sorted by name.
 std::vector<Json> list_groups(const Domain& domain);
-/// The distinguished name of that group; in a WinNT domain its name. Raises `Refused`.
-std::string locate_group(const Domain& domain, std::string_view name);
 /// The same of one group with its members, those by primary group included.
 Json describe_group(const Domain& domain, std::string_view name);
 

@@ -1,5 +1,7 @@
 #include "cli/selection_arguments.hpp"
 
+#include <utility>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/failures.hpp"
@@ -13,7 +15,7 @@ namespace {
 
 class Selector {
  public:
-  Selector(Domain domain, controls::ListView& list) : domain_(domain), list_(list) { list_.clear(); }
+  Selector(Domain domain, controls::ListView& list) : domain_(std::move(domain)), list_(list) { list_.clear(); }
 
   void take_user(const std::string& name, const std::string& place) {
     guarded(place, [&] {

@@ -20,22 +20,6 @@ using platform::ValueList;
 
 namespace {
 
-/// The parts between slashes; one behind a backslash belongs to its part.
-std::vector<std::string_view> split_at_slashes(std::string_view name) {
-  std::vector<std::string_view> parts;
-  std::size_t from = 0;
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    if (name[i] == '\\') {
-      ++i;
-    } else if (name[i] == '/') {
-      parts.push_back(name.substr(from, i - from));
-      from = i + 1;
-    }
-  }
-  parts.push_back(name.substr(from));
-  return parts;
-}
-
 /// Without the port, which tells nothing of an object's place.
 std::string_view host_of(std::string_view server) {
   return server.substr(0, server.find(':'));
@@ -43,22 +27,9 @@ std::string_view host_of(std::string_view server) {
 
 }  // namespace
 
-std::string exchange_dn(std::string_view name) {
-  const std::vector<std::string_view> parts = split_at_slashes(name);
-  const bool top_down = std::all_of(parts.begin(), parts.end(), [](std::string_view part) {
-    return part.find('=') != base::npos && ads::parent_dn(part).empty();
-  });
-  if (parts.size() == 1 || !top_down)
-    return std::string(name);
-  std::string dn;
-  for (auto part = parts.rbegin(); part != parts.rend(); ++part)
-    dn.append(dn.empty() ? "" : ",").append(*part);
-  return dn;
-}
-
 ObjectPtr bind_exchange_object(EntryStore& store, const std::string& server, std::string_view name) {
   if (!name.empty())
-    return std::make_shared<ExchangeObject>(store, server, exchange_dn(name));
+    return std::make_shared<ExchangeObject>(store, server, ads::from_top_down(name));
   const std::vector<const Entry*> roots = store.roots();
   if (roots.empty())
     raise(ads_error::kNoSuchObject, server + " has no organisation");
@@ -177,7 +148,7 @@ std::string ExchangeObject::member_dn(std::string_view path) const {
       !base::equals_fold(host_of(parsed.server), host_of(server_)))
     raise(ads_error::kNoSuchObject, "Not an object of this directory: " + std::string(path));
   store_.refresh();
-  return require_exchange_entry(store_, exchange_dn(parsed.name)).dn();
+  return require_exchange_entry(store_, ads::from_top_down(parsed.name)).dn();
 }
 
 void ExchangeObject::Add(std::string_view path) {

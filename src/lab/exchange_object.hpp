@@ -9,10 +9,6 @@
 
 namespace twk::lab {
 
-/// The distinguished name that a path of an Exchange directory means: one as it is, or its parts from the top
-/// down with slashes between, "O=Tarnwick/OU=Head Office".
-std::string exchange_dn(std::string_view name);
-
 /// An object of an Exchange 5.5 directory: a container, a mailbox, a custom recipient, a distribution list.
 /// Objects reached from it have its server part in their paths.
 class ExchangeObject final : public ads::BasicObject {

@@ -1,5 +1,6 @@
 #include "live/live_directory.hpp"
 
+#include "ads/dn.hpp"
 #include "ads/namespace_object.hpp"
 #include "ads/schema_object.hpp"
 #include "base/errors.hpp"
@@ -105,7 +106,7 @@ ObjectPtr LiveDirectory::bind_entry(const AdsPath& path, std::string_view whole,
                 .provider = path.provider,
                 .server = path.server,
                 .connection = std::move(connection)};
-  const std::string dn = path.name.empty() ? domain_.root_dn(path.server) : path.name;
+  const std::string dn = path.name.empty() ? domain_.root_dn(path.server) : ads::from_top_down(path.name);
   LdapEntry entry = origin.ldap().read(dn, {"objectClass"});
   std::string object_class = class_of(entry);
   return std::make_shared<LiveObject>(LiveEntry(std::move(origin), dn, std::move(object_class), false),

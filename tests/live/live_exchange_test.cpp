@@ -68,6 +68,14 @@ TEST_F(ForeignDirectory, MailboxIsMadeFilledListedAndDeleted) {
   EXPECT_EQ(number_of([&] { bind("CN=jsmith," + kContainer); }), ads_error::kNoSuchObject);
 }
 
+TEST_F(ForeignDirectory, PathMayNameThePartsFromTheTop) {
+  make_mailbox("top");
+  const ObjectPtr site = bind("O=Tarnwick/OU=Head Office");
+  EXPECT_EQ(site->Name(), "OU=Head Office");
+  EXPECT_EQ(bind("O=Tarnwick/OU=Head Office/CN=Recipients/CN=top")->Get("uid").text(), "top");
+  EXPECT_EQ(number_of([&] { bind("O=Tarnwick/OU=Nowhere"); }), ads_error::kNoSuchObject);
+}
+
 TEST_F(ForeignDirectory, WhatTheServerRefusesIsToldByItsNumber) {
   const ObjectPtr mailbox = make_mailbox("ann");
   EXPECT_EQ(number_of([&] { bind(kContainer)->Create("OrganizationalPerson", "CN=ann")->SetInfo(); }),
