@@ -100,7 +100,7 @@ std::optional<std::string> find_in_list(Session& session, const std::string& nam
   const auto rows = list.find_text(name);
   if (rows.size() == 1)
     return rows.front()->key;
-  const auto path = path_of_logon_name(session, name);
+  auto path = path_of_logon_name(session, name);
   if (path && list.find_key(*path) != nullptr)
     return path;
   if (!rows.empty()) {

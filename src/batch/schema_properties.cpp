@@ -149,6 +149,7 @@ std::string value_fault(const Session& session, std::string_view value) {
       stores::kTerminalServerRows.at(static_cast<std::size_t>(*number) - 1);
   if (row.is_time()) {
     std::vector<std::string_view> words;
+    words.reserve(std::size(stores::kTimeWords));
     for (const stores::TimeWord& time : stores::kTimeWords)
       words.push_back(time.word);
     return word_fault(value, words);

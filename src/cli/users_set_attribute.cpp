@@ -6,6 +6,8 @@
 #include "batch/property_file.hpp"
 #include "batch/schema_properties.hpp"
 #include "cli/display.hpp"
+
+#include <utility>
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "cli/input.hpp"
@@ -105,7 +107,7 @@ int change_selected(Context& context, Session& session, const Arguments& argumen
 /// Finds users by any of their names, each name once.
 class Finder {
  public:
-  explicit Finder(Domain domain) : domain_(domain) {}
+  explicit Finder(Domain domain) : domain_(std::move(domain)) {}
 
   std::optional<std::string> operator()(const std::string& name) {
     const auto [place, fresh] = found_.try_emplace(base::upper(name));
