@@ -15,7 +15,9 @@ namespace {
 
 class Selector {
  public:
-  Selector(Domain domain, controls::ListView& list) : domain_(std::move(domain)), list_(list) { list_.clear(); }
+  Selector(Domain domain, controls::ListView& list) : domain_(std::move(domain)), list_(list) {
+    list_.clear();
+  }
 
   void take_user(const std::string& name, const std::string& place) {
     guarded(place, [&] {
