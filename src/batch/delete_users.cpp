@@ -64,20 +64,9 @@ void Del_User_Click(Session& session) {
 }
 
 bool delete_selection(Session& session, const RunHooks& hooks) {
-  const auto goes_on = [&session] {
-    session.platform.dialogs.DoEvents();
-    return !session.import.ImportStopped;
-  };
-  controls::ListView& selection = session.multi_user.ListView1;
-  return walk_selection(session, rules_of(session, hooks, false, goes_on), [&](SelectedUser& user) {
-    const std::size_t rows = session.form1.ListView1.size();
+  return take_selection(session, hooks, [&session](const SelectedUser& user, const std::string& key) {
     session.multi_user.Label3.caption = "Deleting User: " + user.name;
-    const bool deleted =
-        lifecycle::Delete_One_User(session, session::is_active_directory(session) ? user.path : user.name);
-    if (deleted && user.row != nullptr)
-      selection.set_ghosted(*user.row, true);
-    if (hooks.done)
-      hooks.done(outcome_since(session, rows, user));
+    return lifecycle::Delete_One_User(session, key);
   });
 }
 

@@ -60,18 +60,8 @@ void btn_MoveUser_Click(Session& session) {
 }
 
 bool move_selection(Session& session, const RunHooks& hooks) {
-  const auto goes_on = [&session] {
-    session.platform.dialogs.DoEvents();
-    return !session.import.ImportStopped;
-  };
-  return walk_selection(session, rules_of(session, hooks, false, goes_on), [&](SelectedUser& user) {
-    const std::size_t rows = session.form1.ListView1.size();
-    const bool moved =
-        lifecycle::Move_One_User(session, session::is_active_directory(session) ? user.path : user.name);
-    if (moved && user.row != nullptr)
-      session.multi_user.ListView1.set_ghosted(*user.row, true);
-    if (hooks.done)
-      hooks.done(outcome_since(session, rows, user));
+  return take_selection(session, hooks, [&session](const SelectedUser& /*user*/, const std::string& key) {
+    return lifecycle::Move_One_User(session, key);
   });
 }
 

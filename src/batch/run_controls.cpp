@@ -37,6 +37,22 @@ WalkRules rules_of(Session& session, const RunHooks& hooks, bool binds, std::fun
   return rules;
 }
 
+bool take_selection(Session& session, const RunHooks& hooks,
+                    const std::function<bool(const SelectedUser& user, const std::string& key)>& operation) {
+  const auto goes_on = [&session] {
+    session.platform.dialogs.DoEvents();
+    return !session.import.ImportStopped;
+  };
+  return walk_selection(session, rules_of(session, hooks, false, goes_on), [&](SelectedUser& user) {
+    const std::size_t rows = session.form1.ListView1.size();
+    const bool gone = operation(user, session::is_active_directory(session) ? user.path : user.name);
+    if (gone && user.row != nullptr)
+      session.multi_user.ListView1.set_ghosted(*user.row, true);
+    if (hooks.done)
+      hooks.done(outcome_since(session, rows, user));
+  });
+}
+
 void tell_run_failure(Session& session, std::string_view text, const base::RuntimeError& failure) {
   if (!session.log.is_open())
     session.log.begin_block(session);

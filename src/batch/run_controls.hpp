@@ -38,6 +38,11 @@ UserOutcome outcome_since(const session::Session& session, std::size_t rows, con
 WalkRules rules_of(session::Session& session, const RunHooks& hooks, bool binds,
                    std::function<bool()> goes_on);
 
+/// Does something with each user of the selection, by the ADsPath or in a WinNT domain by the name, until a
+/// Cancel. `operation` gives True when it is done: the user's row is ghosted then.
+bool take_selection(session::Session& session, const RunHooks& hooks,
+                    const std::function<bool(const SelectedUser& user, const std::string& key)>& operation);
+
 /// The handler of the window's runs: shows the text, logs it with the failure, and adds a "RED" row.
 void tell_run_failure(session::Session& session, std::string_view text, const base::RuntimeError& failure);
 
