@@ -21,6 +21,8 @@ class Selector {
 
   void take_user(const std::string& name, const std::string& place) {
     guarded(place, [&] {
+      if (const auto control = base::find_control_character(name))
+        throw Refused("A name holds the control character " + *control + ".");
       const auto found = find_user(domain_, name);
       if (!found)
         throw Refused("There is no user \"" + name + "\".");

@@ -72,6 +72,9 @@ TEST_F(ManyUsers, AnUnknownNameIsToldWithItsLineAndDoesNotStopTheRest) {
   EXPECT_EQ(tell({"disable", "--from-file", "-"}, "Kim.Day\n").exit_code, 0);
   EXPECT_TRUE(disabled("Kim.Day"));
   EXPECT_EQ(tell({"disable", "Nobody"}).exit_code, 2);
+  const std::string broken = file("broken.txt", std::string("Jo\0Smith\n", 9));
+  EXPECT_THAT(tell({"disable", "--from-file", broken}).err,
+              HasSubstr(broken + ":1: A name holds the control character U+0000."));
 }
 
 TEST_F(ManyUsers, WhoIsMeantMustBeSaid) {
