@@ -45,8 +45,8 @@ std::string description(CreationRun& run) {
   return text;
 }
 
-/// The second write.
-void set_fields(CreationRun& run, User& user) {
+/// The fields of the second write.
+void stage_fields(CreationRun& run, User& user) {
   const session::Form1& form = run.session.form1;
   if (session::is_debug(run.session))
     log(run, "Setting common user fields");
@@ -70,18 +70,26 @@ void set_fields(CreationRun& run, User& user) {
   if (!profile.empty())
     user.put_Profile(profile);
   user.put_LoginHours(run.session.TemplateLogonHours);
+}
+
+/// The second write, with the password when both go in one. True when the password is set with that.
+bool write_fields(CreationRun& run, User& user) {
+  stage_fields(run, user);
+  if (!run.Password.empty() && user.SetInfoWithPassword(run.Password))
+    return true;
   user.SetInfo();
+  return false;
 }
 
 /// False when the password was refused, which warns.
-bool set_password(CreationRun& run, User& user) {
+bool set_password(CreationRun& run, User& user, bool is_set) {
   if (run.Password.empty())
     return true;
   const bool debug = session::is_debug(run.session);
   if (debug)
     log(run, "Setting user password: " + run.Password);
   base::Trap trap;
-  if (!trap([&] { user.SetPassword(run.Password); })) {
+  if (!is_set && !trap([&] { user.SetPassword(run.Password); })) {
     warn(run, "Error:- Unable to set User password");
     log(run, trap.description());
     return false;
@@ -124,10 +132,10 @@ void CreateAdAccount(CreationRun& run) {
   const session::Form1& form = run.session.form1;
   create_object(run);
   User user(run.CurrentUserObject);
-  set_fields(run, user);
+  const bool has_password = write_fields(run, user);
   run.SummaryRow = run.FullName + "," + run.SamName + ",";
   base::Trap trap;
-  if (set_password(run, user)) {
+  if (set_password(run, user, has_password)) {
     trap([&] { user.Put("pwdLastSet", form.Password_Change.on() ? 0 : -1); });
     if (form.New_Disabled.on())
       trap([&] { user.put_AccountDisabled(true); });

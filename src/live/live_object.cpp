@@ -127,11 +127,8 @@ std::vector<std::string> LiveEntry::raw_values(const ads::StagedChange& change) 
   return raw;
 }
 
-/// Servers differ in whether an attribute that is not there can be cleared, so such a clear is left out when
-/// the request was refused.
-void LiveEntry::write_changes() {
+std::vector<LdapChange> LiveEntry::staged_requests() {
   std::vector<LdapChange> changes;
-  bool clears = false;
   for (const ads::StagedChange& change : staged_.changes()) {
     const LdapChangeKind kind = change.kind == ads::ChangeKind::kAdd      ? LdapChangeKind::kAdd
                                 : change.kind == ads::ChangeKind::kDelete ? LdapChangeKind::kDelete
@@ -142,8 +139,14 @@ void LiveEntry::write_changes() {
         values == std::vector<std::string>{"-1"})
       continue;
     changes.push_back({kind, change.attribute, std::move(values)});
-    clears = clears || changes.back().values.empty();
   }
+  return changes;
+}
+
+/// Servers differ in whether an attribute that is not there can be cleared, so such a clear is left out when
+/// the request was refused.
+void LiveEntry::write_changes() {
+  std::vector<LdapChange> changes = staged_requests();
   has_new_password_ = false;
   if (changes.empty())
     return;
@@ -152,6 +155,8 @@ void LiveEntry::write_changes() {
   } catch (const base::RuntimeError& failure) {
     if (failure.number() == ads_error::kConstraint && origin_.is_foreign() && keep_naming_value(changes))
       return origin_.ldap().modify(dn_, changes);
+    const bool clears = std::any_of(changes.begin(), changes.end(),
+                                    [](const LdapChange& change) { return change.values.empty(); });
     if (!clears || failure.number() != ads_error::kUnwilling)
       throw;
     fetched_.reset();
@@ -198,8 +203,8 @@ void LiveEntry::commit() {
   fetched_.reset();
 }
 
-void LiveEntry::set_password(std::string_view password) {
-  std::vector<LdapChange> changes = {{LdapChangeKind::kReplace, "unicodePwd", {encode_password(password)}}};
+void LiveEntry::write_password(std::vector<LdapChange> changes, std::string_view password) {
+  changes.push_back({LdapChangeKind::kReplace, "unicodePwd", {encode_password(password)}});
   if (awaits_password_) {
     changes.push_back(
         {LdapChangeKind::kReplace, "userAccountControl", {base::to_text(platform::kFlagNormalAccount)}});
@@ -208,6 +213,28 @@ void LiveEntry::set_password(std::string_view password) {
   awaits_password_ = false;
   has_new_password_ = true;
   fetched_.reset();
+}
+
+void LiveEntry::set_password(std::string_view password) {
+  write_password({}, password);
+}
+
+bool LiveEntry::commit_with_password(std::string_view password) {
+  const auto& staged = staged_.changes();
+  const bool sets_flags = std::any_of(staged.begin(), staged.end(), [](const ads::StagedChange& change) {
+    return base::equals_fold(change.attribute, "userAccountControl");
+  });
+  // The first password comes with flags of its own.
+  if (new_ || (sets_flags && awaits_password_))
+    return false;
+  base::Trap trap;
+  trap([&] { write_password(staged_requests(), password); });
+  if (trap.number() == ads_error::kServerDown)
+    base::raise(trap.number(), trap.description());
+  if (trap.number() != 0)
+    return false;
+  staged_.clear();
+  return true;
 }
 
 std::string LiveObject::Name() const {
@@ -262,6 +289,11 @@ void LiveObject::SetInfo() {
 void LiveObject::SetPassword(std::string_view password) {
   require_writable();
   entry_.set_password(password);
+}
+
+bool LiveObject::SetInfoWithPassword(std::string_view password) {
+  require_writable();
+  return entry_.commit_with_password(password);
 }
 
 void LiveObject::enumerate(std::span<const std::string> classes,

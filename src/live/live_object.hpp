@@ -50,12 +50,17 @@ class LiveEntry final : public ads::AttributeAccess {
   void commit();
   /// Enables an account that was made through this object.
   void set_password(std::string_view password);
+  /// The staged changes and the password in one request. False when that was refused, and for what goes in no
+  /// single request.
+  bool commit_with_password(std::string_view password);
   /// All values of a link, also when the server hands them out in ranges.
   std::vector<std::string> links(std::string_view attribute);
 
  private:
   void fetch();
   void write_changes();
+  [[nodiscard]] std::vector<LdapChange> staged_requests();
+  void write_password(std::vector<LdapChange> changes, std::string_view password);
   [[nodiscard]] bool keep_naming_value(std::vector<LdapChange>& changes) const;
   std::vector<std::string> stored(std::string_view attribute);
   std::vector<std::string> raw_values(const ads::StagedChange& change);
@@ -88,6 +93,7 @@ class LiveObject final : public ads::BasicObject {
   void PutEx(int control, std::string_view attribute, const platform::Value& value) override;
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
+  bool SetInfoWithPassword(std::string_view password) override;
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;

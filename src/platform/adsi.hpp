@@ -78,6 +78,7 @@ class User {
   }
   void SetInfo() { object_->SetInfo(); }
   void SetPassword(std::string_view password) { object_->SetPassword(password); }
+  bool SetInfoWithPassword(std::string_view password) { return object_->SetInfoWithPassword(password); }
   [[nodiscard]] std::vector<ObjectPtr> Groups() const { return object_->Groups(); }
 
  private:

@@ -294,6 +294,35 @@ TEST_P(DirectoryContract, PasswordThatThePolicyRefusesIsToldByItsNumber) {
   EXPECT_EQ(number_of([&] { user->SetPassword("short"); }), ads_error::kPasswordPolicy);
 }
 
+TEST_P(DirectoryContract, FieldsAndPasswordGoTogetherOrNotAtAll) {
+  const ObjectPtr user = make_user(w_, "Jo", "jo");
+  const auto stored = [&](const char* attribute) {
+    std::string text;
+    base::Trap none;
+    none([&] { text = get_entry(w_, "CN=Jo," + w_.unit())->Get(attribute).text(); });
+    return text;
+  };
+  user->Put("description", std::string("Clerk"));
+  EXPECT_FALSE(user->SetInfoWithPassword("short"));
+  EXPECT_EQ(stored("description"), "");
+  user->SetInfo();
+  EXPECT_EQ(stored("description"), "Clerk") << "a refusal leaves it staged";
+
+  user->Put("description", std::string("Driver"));
+  user->Put("objectGUID", std::string("of another one"));
+  EXPECT_FALSE(user->SetInfoWithPassword("Correct-Horse-7"));
+  EXPECT_EQ(stored("description"), "Clerk");
+  EXPECT_EQ(stored("pwdLastSet"), "0") << "the password was not set either";
+
+  const ObjectPtr again = get_entry(w_, "CN=Jo," + w_.unit());
+  again->Put("description", std::string("Driver"));
+  ASSERT_EQ(again->SetInfoWithPassword("Correct-Horse-7"), w_.sets_fields_with_password());
+  if (w_.sets_fields_with_password()) {
+    EXPECT_EQ(stored("description"), "Driver");
+    EXPECT_NE(stored("pwdLastSet"), "0");
+  }
+}
+
 TEST_P(DirectoryContract, ExpiryReadsAsSentinelThroughLdapAndRaisesThroughWinnt) {
   User user(make_user(w_, "Jo", "jo"));
   EXPECT_EQ(user.AccountExpirationDate(), platform::never_expires());
