@@ -1,5 +1,6 @@
 #include "lifecycle/file_operation.hpp"
 
+#include <algorithm>
 #include <array>
 
 #include "base/errors.hpp"
@@ -46,6 +47,43 @@ std::string of_total(std::uint64_t done, std::uint64_t total) {
          base::to_text(static_cast<std::int64_t>(total)) + " files";
 }
 
+bool is_running(const Session& session) {
+  return session.runs.Delete_Running || session.runs.Move_Running;
+}
+
+/// Shows the window with the Cancel button for a scope, unless a run has a window of its own.
+class ShownProgress {
+ public:
+  explicit ShownProgress(Session& session) : session_(session), shows_(!is_running(session)) {
+    if (!shows_)
+      return;
+    session_.import.ImportStopped = false;
+    session_.file_progress.text.caption = std::string("Looking through the folder...");
+    session_.file_progress.done.value = 0;
+    session_.form1.enabled = false;
+    session_.file_progress.visible = true;
+  }
+  ShownProgress(const ShownProgress&) = delete;
+  ShownProgress& operator=(const ShownProgress&) = delete;
+  ~ShownProgress() {
+    if (!shows_)
+      return;
+    session_.file_progress.visible = false;
+    session_.form1.enabled = true;
+  }
+
+ private:
+  Session& session_;
+  bool shows_;
+};
+
+/// Of the bytes, or of the files when they are empty.
+int percent(const TreeProgress& done, const Tree& tree) {
+  const std::uint64_t whole = tree.bytes > 0 ? tree.bytes : tree.files;
+  const std::uint64_t part = tree.bytes > 0 ? done.bytes : done.files;
+  return whole == 0 ? 100 : static_cast<int>(std::min(part, whole) * 100 / whole);
+}
+
 /// Tells how far the work is, and lets a press of Cancel in.
 class Turns {
  public:
@@ -61,7 +99,9 @@ class Turns {
     const std::string text = verb_ + ": " + of_total(done.files, tree_.files) + ", " + size_text(done.bytes) +
                              " of " + size_text(tree_.bytes);
     session_.multi_user.progress.caption = text;
-    if (!session_.runs.Delete_Running && !session_.runs.Move_Running)
+    session_.file_progress.text.caption = text;
+    session_.file_progress.done.value = percent(done, tree_);
+    if (!is_running(session_))
       session_.form1.StatusBar1.panel1 = text;
     session_.platform.dialogs.DoEvents();
     return !session_.import.ImportStopped;
@@ -107,6 +147,7 @@ bool delete_tree(Session& session, std::string_view path) {
                   size_text(tree.bytes),
               "Confirm Folder Delete"))
     return false;
+  const ShownProgress shown(session);
   if (!remove_tree(files, tree, {Turns(session, tree, "Deleting " + own.text()), {}}))
     return false;
   if (!own.parts.empty())
@@ -147,6 +188,7 @@ bool copy_or_move(Session& session, std::string_view from, std::string_view to, 
                                             "\r\nReplace it, and all others that are there already?",
                                         "Confirm File Replace");
   };
+  const ShownProgress shown(session);
   if (!copy_tree(files, tree, target.text(), hooks))
     return false;
   if (moves)
@@ -169,6 +211,11 @@ bool File_Operation(Session& session, std::string_view from, std::string_view to
       session.runs.rehearse("Refused: " + trap.description());
   }
   return done;
+}
+
+void FileProgress_CancelButton_Click(Session& session) {
+  session.import.ImportStopped = true;
+  session.file_progress.text.caption = std::string("Stopping...");
 }
 
 bool Check_Path_Word(Session& session, std::string_view path, std::string_view word,

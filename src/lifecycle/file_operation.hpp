@@ -22,6 +22,9 @@ enum class FileWork { kMove = 1, kCopy = 2, kDelete = 3 };
 /// bar.
 bool File_Operation(session::Session& session, std::string_view from, std::string_view to, FileWork work);
 
+/// The button of `FileProgress`, the window that shows such work when no run is under way.
+void FileProgress_CancelButton_Click(session::Session& session);
+
 /// Searches a path for a word, in any case; beeps and logs the message when it is there.
 bool Check_Path_Word(session::Session& session, std::string_view path, std::string_view word,
                      std::string_view message);

@@ -125,6 +125,8 @@ void MainWindow::follow_session() {
   }));
   cancel_import_ = make_cancel_import(session_, this);
   follow(*this, session_.cancel_import.visible, [this](bool shown) { cancel_import_->setVisible(shown); });
+  file_progress_ = make_file_progress(session_, this);
+  follow(*this, session_.file_progress.visible, [this](bool shown) { file_progress_->setVisible(shown); });
   groups_ = make_groups(session_, this);
   follow(*this, session_.groups.visible, [this](bool shown) { groups_->setVisible(shown); });
 }

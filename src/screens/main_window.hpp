@@ -36,6 +36,7 @@ class MainWindow final : public QMainWindow {
   QTabWidget* setup_tabs_ = nullptr;
   QToolBar* toolbar_ = nullptr;
   std::unique_ptr<QDialog> cancel_import_;
+  std::unique_ptr<QDialog> file_progress_;
   std::unique_ptr<QDialog> groups_;
 };
 

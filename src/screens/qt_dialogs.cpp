@@ -129,8 +129,8 @@ void QtDialogs::beep() {
 
 void QtDialogs::DoEvents() {
   const bool can_stop =
-      session_ != nullptr && (session_->cancel_import.visible || session_->copy_group.Running ||
-                              session::is_running(session_->multi_user));
+      session_ != nullptr && (session_->cancel_import.visible || session_->file_progress.visible ||
+                              session_->copy_group.Running || session::is_running(session_->multi_user));
   QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }
 

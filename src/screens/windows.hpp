@@ -31,8 +31,9 @@ std::unique_ptr<QDialog> make_select_ou(session::Session& session, QWidget* pare
 std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_wks_profile(session::Session& session, QWidget* parent);
-/// Stays beside the main window while an import runs.
+/// Stay beside the main window while an import runs, or work on a folder.
 std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent);
+std::unique_ptr<QDialog> make_file_progress(session::Session& session, QWidget* parent);
 /// `Groupsfrm`, which stays beside the main window and is hidden and shown again.
 std::unique_ptr<QDialog> make_groups(session::Session& session, QWidget* parent);
 

@@ -41,6 +41,14 @@ struct WKS_PROFILE {
   controls::OptionButton NT40;
 };
 
+/// Shown during work on a folder that no run's own window tells of.
+struct FileProgress {
+  controls::Observable<bool> visible{false};
+  controls::Label text;
+  controls::ProgressBar done;
+  controls::Button CancelButton;
+};
+
 /// Flags of the runs that delete and move users, set by whoever starts them.
 struct AccountRuns {
   bool Delete_Running = false;

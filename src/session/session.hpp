@@ -130,6 +130,7 @@ struct Session {
   RenameUser rename_user;
   Rename_NT rename_nt;
   WKS_PROFILE wks_profile;
+  FileProgress file_progress;
   AccountRuns runs;
   CSV_Import csv_import;
   ImportGrps import_grps;

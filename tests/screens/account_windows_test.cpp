@@ -82,6 +82,42 @@ TEST_F(AccountWindows, WorkstationIsAskedForAndCancelForgetsIt) {
   EXPECT_EQ(lab.session.runs.WKS_Name, "");
 }
 
+TEST_F(AccountWindows, DeletionOfAProfileShowsItsProgressAndStopsAtCancel) {
+  constexpr int kFiles = 500;
+  open_with_jo();
+  const std::filesystem::path folder = lab.folder.path() / "servers/PC7/C/Documents and Settings/Jo Smith";
+  std::filesystem::create_directories(folder);
+  for (int i = 0; i < kFiles; ++i)
+    std::ofstream(folder / std::to_string(i)) << "x";
+  const auto left = [&] {
+    return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+  };
+  auto* const progress = find<QDialog>("FileProgress");
+  QString told;
+  QTimer person;
+  QObject::connect(&person, &QTimer::timeout, [&] {
+    if (!progress->isVisible() || find<QProgressBar>("done", progress)->value() == 0)
+      return;
+    told = find<QLabel>("text", progress)->text();
+    EXPECT_FALSE(window->centralWidget()->isEnabled());
+    person.stop();
+    QTest::keyClick(progress, Qt::Key_Escape);
+  });
+  person.start(0);
+  expect_window([&](QWidget& shown) {
+    type("WKS_NAME1", "PC7", &shown);
+    click("OKButton", &shown);
+  });
+  expect_box("500 files", QMessageBox::Yes);
+  session::mnupopup_Click(lab.session, 9);
+  EXPECT_TRUE(told.contains("of 500 files")) << told.toStdString();
+  EXPECT_GT(left(), 0);
+  EXPECT_LT(left(), kFiles);
+  EXPECT_FALSE(progress->isVisible());
+  EXPECT_TRUE(window->centralWidget()->isEnabled());
+  EXPECT_EQ(status(), "Ready.");
+}
+
 TEST_F(AccountWindows, ResetOfThePasswordAsksFirst) {
   open_with_jo();
   expect_box("Reset Password for Jo Smith", QMessageBox::Yes);
