@@ -1,5 +1,7 @@
 #include "lab/file_server.hpp"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 
 #include "ads/dn.hpp"
@@ -14,9 +16,9 @@ namespace fs = std::filesystem;
 constexpr std::string_view kAccounts = "CN=Accounts";
 
 /// A link counts as itself.
-bool is_there(const fs::path& path) {
-  std::error_code unreadable;
-  return fs::exists(fs::symlink_status(path, unreadable));
+bool is_there(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0;
 }
 
 bool is_drive(std::string_view name) {
@@ -28,6 +30,8 @@ bool is_drive(std::string_view name) {
 FileServer::FileServer(fs::path folder, std::shared_ptr<local::FoldedNames> names,
                        const std::function<void(const std::string&)>& warn)
     : folder_(std::move(folder)),
+      root_(folder_.string()),
+      name_(folder_.filename().string()),
       names_(std::move(names)),
       store_(open_entry_store(folder_, "server", warn)),
       shares_(
@@ -37,7 +41,7 @@ FileServer::FileServer(fs::path folder, std::shared_ptr<local::FoldedNames> name
   store_->begin_batch();
 }
 
-fs::path FileServer::local_path(std::string_view path) const {
+std::vector<std::string> FileServer::parts_of(std::string_view path) const {
   const auto refuse = [&] {
     raise(base::error::kPathNotFound, "The server has no path " + std::string(path));
   };
@@ -47,31 +51,49 @@ fs::path FileServer::local_path(std::string_view path) const {
     refuse();
   std::string rest(path.substr(2));
   std::replace(rest.begin(), rest.end(), '/', '\\');
-  std::vector<std::string> parts;
+  std::vector<std::string> parts{std::string(path.substr(0, 1))};
   for (std::string& part : base::split(rest, '\\')) {
     if (part == "..")
       refuse();
     if (!part.empty() && part != ".")
       parts.push_back(std::move(part));
   }
-  fs::path spelled = folder_ / path.substr(0, 1);
-  for (const std::string& part : parts)
-    spelled /= part;
-  // What stands as it is spelled, or in a folder that does, needs no look at each part.
-  if (is_there(spelled))
-    return spelled;
-  if (!parts.empty()) {
-    const fs::path above = spelled.parent_path();
-    const auto found = names_->find_other_case(above.string(), parts.back());
+  return parts;
+}
+
+std::string FileServer::spelled_path(std::string_view path) const {
+  std::string spelled = root_;
+  for (const std::string& part : parts_of(path))
+    spelled += "/" + part;
+  return spelled;
+}
+
+std::string FileServer::local_path(std::string_view path) const {
+  // What stands as it is spelled needs no look at each part.
+  std::string spelled = spelled_path(path);
+  return is_there(spelled) ? spelled : folded_path(parts_of(path));
+}
+
+std::string FileServer::local_path_of_new(std::string_view path) const {
+  return folded_path(parts_of(path));
+}
+
+std::string FileServer::folded_path(const std::vector<std::string>& parts) const {
+  std::string folder = root_;
+  for (std::size_t i = 0; i + 1 < parts.size(); ++i)
+    folder += "/" + parts[i];
+  // Nor does what stands in a folder that is there as it is spelled.
+  if (parts.size() > 1) {
+    const auto found = names_->find_other_case(folder, parts.back());
     if (found.folder_is_there)
-      return above / found.name.value_or(parts.back());
+      return folder + "/" + found.name.value_or(parts.back());
   }
-  const auto drive = names_->find(folder_.string(), path.substr(0, 1));
+  const auto drive = names_->find(root_, parts.front());
   if (!drive)
-    refuse();
-  fs::path folder = folder_ / *drive;
-  for (const std::string& part : parts)
-    folder /= names_->find(folder.string(), part).value_or(part);
+    raise(base::error::kPathNotFound, "The server has no drive " + parts.front());
+  folder = root_ + "/" + *drive;
+  for (std::size_t i = 1; i < parts.size(); ++i)
+    folder += "/" + names_->find(folder, parts[i]).value_or(parts[i]);
   return folder;
 }
 

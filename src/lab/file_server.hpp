@@ -40,10 +40,15 @@ class FileServer {
   /// Reads what other programs wrote.
   void refresh() { store_->refresh(); }
 
-  [[nodiscard]] std::string name() const { return folder_.filename().string(); }
+  [[nodiscard]] const std::string& name() const { return name_; }
   /// The folder of the lab that a path of the server stands for; a part that is not there yet stands as
   /// written. Raises 76 without such a drive and for a path that has "..".
-  [[nodiscard]] std::filesystem::path local_path(std::string_view path) const;
+  [[nodiscard]] std::string local_path(std::string_view path) const;
+  /// The same with every part as it is written, without a look at what is there.
+  [[nodiscard]] std::string spelled_path(std::string_view path) const;
+  /// The same for something that is about to be made there; one of that very spelling is left to the making
+  /// to find.
+  [[nodiscard]] std::string local_path_of_new(std::string_view path) const;
 
   FileShares& shares() { return shares_; }
   FolderDescriptors& descriptors() { return descriptors_; }
@@ -54,10 +59,15 @@ class FileServer {
   [[nodiscard]] std::optional<std::string> account_name(const platform::Sid& sid) const;
 
  private:
+  /// The letter of the drive and what follows it.
+  [[nodiscard]] std::vector<std::string> parts_of(std::string_view path) const;
+  [[nodiscard]] std::string folded_path(const std::vector<std::string>& parts) const;
   [[nodiscard]] std::vector<std::string> drives() const;
   [[nodiscard]] bool has_folder(std::string_view path) const;
 
   std::filesystem::path folder_;
+  std::string root_;  ///< the same as text
+  std::string name_;
   std::shared_ptr<local::FoldedNames> names_;
   std::unique_ptr<EntryStore> store_;
   FileShares shares_;

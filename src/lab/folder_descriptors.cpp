@@ -112,19 +112,16 @@ std::optional<SecurityDescriptor> FolderDescriptors::own(const std::vector<std::
   return entry == nullptr ? std::nullopt : stored_in(*entry);
 }
 
-const SecurityDescriptor& FolderDescriptors::of_folder(const std::vector<std::string>& parts,
-                                                       std::size_t count) const {
-  static const SecurityDescriptor drive = drive_default();
-  if (count == 0)
-    return drive;
+FolderDescriptors::Folder& FolderDescriptors::folder(const std::vector<std::string>& parts,
+                                                     std::size_t count) const {
   std::string key = folded_prefix(parts, count);
   const auto known = folders_.find(key);
   if (known != folders_.end())
     return known->second;
-  std::optional<SecurityDescriptor> descriptor = own(parts, count);
+  std::optional<SecurityDescriptor> descriptor = count == 0 ? std::nullopt : own(parts, count);
   if (!descriptor)
-    descriptor = count == 1 ? drive : inherited(of_folder(parts, count - 1), true);
-  return folders_.emplace(std::move(key), *std::move(descriptor)).first->second;
+    descriptor = count <= 1 ? drive_default() : inherited(folder(parts, count - 1).own, true);
+  return folders_.emplace(std::move(key), Folder{*std::move(descriptor)}).first->second;
 }
 
 void FolderDescriptors::forget_outdated() const {
@@ -139,16 +136,20 @@ SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
   const std::vector<std::string> parts = parts_of(path);
   const bool is_folder =
       parts.size() < 2 || folders_.contains(folded_prefix(parts, parts.size())) || is_folder_(path);
-  return is_folder ? of_folder(parts, parts.size()) : effective_of_file(path);
+  return is_folder ? folder(parts, parts.size()).own : effective_of_file(path);
 }
 
 SecurityDescriptor FolderDescriptors::effective_of_file(std::string_view path) const {
   forget_outdated();
   const std::vector<std::string> parts = parts_of(path);
   if (parts.size() < 2)
-    return of_folder(parts, parts.size());
-  std::optional<SecurityDescriptor> descriptor = own(parts, parts.size());
-  return descriptor ? *std::move(descriptor) : inherited(of_folder(parts, parts.size() - 1), false);
+    return folder(parts, parts.size()).own;
+  if (auto descriptor = own(parts, parts.size()))
+    return *std::move(descriptor);
+  Folder& above = folder(parts, parts.size() - 1);
+  if (!above.of_files)
+    above.of_files = inherited(above.own, false);
+  return *above.of_files;
 }
 
 std::string FolderDescriptors::make_record(std::string_view path) {

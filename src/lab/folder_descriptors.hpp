@@ -44,15 +44,19 @@ class FolderDescriptors {
   /// The one that the first `count` parts have for themselves.
   [[nodiscard]] std::optional<platform::SecurityDescriptor> own(const std::vector<std::string>& parts,
                                                                 std::size_t count) const;
-  /// That of the folder which the first `count` parts lead to, remembered for who goes through a tree.
-  const platform::SecurityDescriptor& of_folder(const std::vector<std::string>& parts,
-                                                std::size_t count) const;
+  /// Of a folder, remembered for who goes through a tree.
+  struct Folder {
+    platform::SecurityDescriptor own;
+    std::optional<platform::SecurityDescriptor>
+        of_files{};  ///< of those in it without one; found when asked for
+  };
+  /// That which the first `count` parts lead to.
+  Folder& folder(const std::vector<std::string>& parts, std::size_t count) const;
 
   EntryStore& store_;
   std::function<bool(std::string_view)> is_folder_;
-  mutable std::unordered_map<std::string, platform::SecurityDescriptor>
-      folders_;                         ///< by the path in capitals
-  mutable std::uint64_t readings_ = 0;  ///< of the store, when they were found out
+  mutable std::unordered_map<std::string, Folder> folders_;  ///< by the path in capitals
+  mutable std::uint64_t readings_ = 0;                       ///< of the store, when they were found out
 };
 
 }  // namespace twk::lab

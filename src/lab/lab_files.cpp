@@ -46,7 +46,7 @@ std::uint32_t rights_by(ProcessIdentity& identity, const ServerPath& place,
 
 }  // namespace
 
-std::optional<ServerPath> locate(FileServers& servers, std::string_view path) {
+std::optional<ServerPath> locate(FileServers& servers, std::string_view path, FileServer* known) {
   std::string text(path);
   std::replace(text.begin(), text.end(), '/', '\\');
   if (!text.starts_with("\\\\") || path.starts_with('/'))
@@ -55,7 +55,8 @@ std::optional<ServerPath> locate(FileServers& servers, std::string_view path) {
   if (server_end == base::npos || server_end == 2)
     raise(base::error::kBadFileName, "Not a path of a file server: " + std::string(path));
   const std::string name = text.substr(2, server_end - 2);
-  FileServer* const server = servers.find(name);
+  const bool is_known = known != nullptr && base::equals_fold(known->name(), name);
+  FileServer* const server = is_known ? known : servers.find(name);
   if (server == nullptr)
     raise(base::error::kFileNotFound, "The network path was not found: \\\\" + name);
   const std::size_t share_end = std::min(text.find('\\', server_end + 1), text.size());
@@ -73,7 +74,7 @@ std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place) {
 
 std::string LabFiles::local_path(std::string_view path) {
   const auto place = locate(servers_, path);
-  return place ? place->server.local_path(place->path).string() : std::string(path);
+  return place ? place->server.local_path(place->path) : std::string(path);
 }
 
 void LabFiles::require_rights(const ServerPath& place, std::uint32_t rights) {
@@ -116,7 +117,7 @@ std::string LabFiles::path_for(std::string_view path, std::uint32_t rights) {
   const auto place = locate(servers_, path);
   if (!place)
     return std::string(path);
-  std::string local = place->server.local_path(place->path).string();
+  std::string local = place->server.local_path(place->path);
   if (workstation_.exists(local))
     require_rights(*place, rights);
   return local;
@@ -126,7 +127,7 @@ std::string LabFiles::path_for_writing(std::string_view path) {
   const auto place = locate(servers_, path);
   if (!place)
     return std::string(path);
-  std::string local = place->server.local_path(place->path).string();
+  std::string local = place->server.local_path(place->path);
   if (workstation_.exists(local)) {
     require_rights(*place, access::kFileWriteData);
   } else {
@@ -134,6 +135,22 @@ std::string LabFiles::path_for_writing(std::string_view path) {
     made(*place);
   }
   return local;
+}
+
+bool LabFiles::copy_from(const ServerPath& source, const std::function<bool(const std::string&)>& copy) {
+  const std::string spelled = source.server.spelled_path(source.path);
+  bool whole = false;
+  base::Trap trap;
+  if (trap([&] { whole = copy(spelled); }))
+    return whole;
+  const bool missing =
+      trap.number() == base::error::kFileNotFound || trap.number() == base::error::kPathNotFound;
+  std::string folded;
+  if (missing)
+    folded = source.server.local_path(source.path);
+  if (!missing || folded == spelled)
+    base::raise(trap.number(), trap.description());
+  return copy(folded);
 }
 
 bool LabFiles::exists(std::string_view path) {
@@ -154,7 +171,7 @@ void LabFiles::make_directory(std::string_view path) {
   const auto place = locate(servers_, path);
   if (!place)
     return workstation_.make_directory(path);
-  const std::string local = place->server.local_path(place->path).string();
+  const std::string local = place->server.local_path(place->path);
   if (!workstation_.exists(local))
     require_addable(*place, true);
   workstation_.make_directory(local);
@@ -174,7 +191,7 @@ void LabFiles::remove_directory(std::string_view path) {
   if (!place)
     return workstation_.remove_directory(path);
   require_removable(*place);
-  workstation_.remove_directory(place->server.local_path(place->path).string());
+  workstation_.remove_directory(place->server.local_path(place->path));
   place->server.descriptors().forget(place->path);
 }
 
@@ -191,7 +208,7 @@ void LabFiles::remove(std::string_view path) {
   if (!place)
     return workstation_.remove(path);
   require_removable(*place);
-  workstation_.remove(place->server.local_path(place->path).string());
+  workstation_.remove(place->server.local_path(place->path));
   place->server.descriptors().forget(place->path);
 }
 
@@ -204,16 +221,16 @@ bool LabFiles::copy_file(std::string_view from, std::string_view to, bool replac
     if ((rights_by(identity_, *source, descriptor) & access::kFileReadData) == 0)
       deny(*source);
   }
-  const std::string local_source =
-      source ? source->server.local_path(source->path).string() : std::string(from);
-  if (replace)
-    return workstation_.copy_file(local_source, path_for_writing(to), true, progress);
-  const auto target = locate(servers_, to);
-  if (!target)
-    return workstation_.copy_file(local_source, to, false, progress);
+  const auto target = replace ? std::nullopt : locate(servers_, to, source ? &source->server : nullptr);
+  if (!source || !target) {
+    const std::string local_source = source ? source->server.local_path(source->path) : std::string(from);
+    return workstation_.copy_file(local_source, path_for_writing(to), replace, progress);
+  }
   require_addable(*target, false);
-  const std::string local_target = target->server.local_path(target->path).string();
-  const bool whole = workstation_.copy_file(local_source, local_target, false, progress);
+  const std::string local_target = target->server.local_path_of_new(target->path);
+  const bool whole = copy_from(*source, [&](const std::string& local_source) {
+    return workstation_.copy_to_new(local_source, local_target, progress);
+  });
   if (whole)
     made(*target);
   return whole;

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "lab/file_server.hpp"
 #include "lab/process_identity.hpp"
+#include "local/posix_files.hpp"
 #include "platform/files.hpp"
 
 namespace twk::lab {
@@ -20,8 +22,9 @@ struct ServerPath {
 };
 
 /// Takes a network path apart. None for a path of the workstation. Raises 52 for a path without server and
-/// share, 53 for a server or share that is not there.
-std::optional<ServerPath> locate(FileServers& servers, std::string_view path);
+/// share, 53 for a server or share that is not there. A server that is `known` already is taken as it is,
+/// without a look at what others wrote to it since.
+std::optional<ServerPath> locate(FileServers& servers, std::string_view path, FileServer* known = nullptr);
 
 /// What the program may do there, by the descriptor and by the share's list.
 std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place);
@@ -35,7 +38,7 @@ std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place);
 /// share holds would be taken away.
 class LabFiles final : public platform::Files {
  public:
-  LabFiles(FileServers& servers, ProcessIdentity& identity, platform::Files& workstation)
+  LabFiles(FileServers& servers, ProcessIdentity& identity, local::PosixFiles& workstation)
       : servers_(servers), identity_(identity), workstation_(workstation) {}
 
   bool exists(std::string_view path) override;
@@ -55,6 +58,8 @@ class LabFiles final : public platform::Files {
   std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override;
 
  private:
+  /// Calls `copy` with the workstation's path of a file, first with that of its very spelling.
+  static bool copy_from(const ServerPath& source, const std::function<bool(const std::string&)>& copy);
   /// The workstation's path behind `path`.
   std::string local_path(std::string_view path);
   /// The same; raises 70 when the program has not all of `rights` there, or would change a locked file.
@@ -70,7 +75,7 @@ class LabFiles final : public platform::Files {
 
   FileServers& servers_;
   ProcessIdentity& identity_;
-  platform::Files& workstation_;
+  local::PosixFiles& workstation_;
 };
 
 }  // namespace twk::lab

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <optional>
 #include <vector>
 
 #include "base/errors.hpp"
@@ -45,17 +46,27 @@ class NewFile {
   bool kept_ = false;
 };
 
-Descriptor open_source(const std::string& path) {
+bool is_link(const std::string& path) {
   struct stat status {};
-  if (lstat(path.c_str(), &status) != 0)
-    raise_file_error(errno, "copy", path);
-  if (S_ISLNK(status.st_mode)) {
+  return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+Descriptor open_source(const std::string& path) {
+  try {
+    return open_descriptor(path, O_RDONLY | O_NOFOLLOW);
+  } catch (const base::RuntimeError&) {
+    if (!is_link(path))
+      throw;
     throw base::RuntimeError(base::error::kPathFileAccess,
                              "cannot copy " + path + ": it is a link, which is not followed");
   }
+}
+
+struct stat status_of_source(const Descriptor& source, const std::string& path) {
+  const struct stat status = status_of(source, path);
   if (!S_ISREG(status.st_mode))
     raise_file_error(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP, "copy", path);
-  return open_descriptor(path, O_RDONLY | O_NOFOLLOW);
+  return status;
 }
 
 std::size_t read_piece(const Descriptor& source, std::vector<char>& buffer, const std::string& path) {
@@ -81,9 +92,9 @@ std::size_t share_piece(const Descriptor& source, const NewFile& target) {
   }
 }
 
-/// To the end, but not far behind `size`. False when `progress` gave it up.
-bool copy_bytes(const Descriptor& source, const std::string& from, std::uint64_t size, const NewFile& target,
-                const platform::CopyProgress& progress) {
+/// What was copied, up to the end but not far behind `size`; none when `progress` gave it up.
+std::optional<std::uint64_t> copy_bytes(const Descriptor& source, const std::string& from, std::uint64_t size,
+                                        const NewFile& target, const platform::CopyProgress& progress) {
   std::uint64_t done = 0;
   std::vector<char> buffer;
   bool shared = size > kSmall;
@@ -95,14 +106,15 @@ bool copy_bytes(const Descriptor& source, const std::string& from, std::uint64_t
         buffer.resize(size <= kSmall ? static_cast<std::size_t>(size) + 1 : std::size_t{1} << 20U);
       piece = read_piece(source, buffer, from);
       if (piece == 0)
-        return true;
+        return done;
       write_all(target.file(), std::string_view(buffer.data(), piece), target.path());
     }
     done += piece;
-    if (done > size)
-      return true;  // it grows meanwhile, which the caller tells
     if (progress && !progress(done))
-      return false;
+      return std::nullopt;
+    // The caller sees whether it grew meanwhile, of which a small one needs no further read to tell.
+    if (done > size || (done == size && size <= kSmall))
+      return done;
   }
 }
 
@@ -122,17 +134,18 @@ bool is_unchanged(const struct stat& before, const struct stat& after) {
 bool copy_file(const std::string& from, const std::string& to, bool replace,
                const platform::CopyProgress& progress) {
   const Descriptor source = open_source(from);
-  const struct stat status = status_of(source, from);
+  const struct stat status = status_of_source(source, from);
+  const auto size = static_cast<std::uint64_t>(status.st_size);
   struct stat there {};
   const bool replaces = replace && lstat(to.c_str(), &there) == 0;
   const std::string beside = to + ".twk-copy";
   if (replaces)
     unlink(beside.c_str());
   NewFile target(replaces ? beside : to, status.st_mode);
-  if (!copy_bytes(source, from, static_cast<std::uint64_t>(status.st_size), target, progress))
+  const auto copied = copy_bytes(source, from, size, target, progress);
+  if (!copied)
     return false;
-  if (!is_unchanged(status, status_of(source, from)) ||
-      status_of(target.file(), target.path()).st_size != status.st_size) {
+  if (*copied != size || !is_unchanged(status, status_of(source, from))) {
     throw base::RuntimeError(base::error::kPathFileAccess,
                              "cannot copy " + from + ": it changed while it was copied");
   }

@@ -78,6 +78,7 @@ FoldedNames::Folded FoldedNames::find_other_case(const std::string& folder, std:
   if (!as_remembered)
     known = read(folder, status);
   const auto found = known->names.find(base::upper(name));
+  known->to_be_changed = true;
   Folded result{true, found == known->names.end() ? std::nullopt : std::optional(found->second)};
   // A folder without names was made a moment ago, and is about to be filled.
   if (!as_remembered && !is_settled(status) && !known->names.empty())
@@ -100,6 +101,7 @@ void FoldedNames::added(const std::string& folder, std::string_view name) {
     folders_.pop_front();
     return;
   }
+  known->to_be_changed = false;
   known->names.try_emplace(base::upper(name), name);
 }
 

@@ -30,7 +30,8 @@ class FoldedNames {
   /// The same for a name that does not stand there as it is spelled.
   Folded find_other_case(const std::string& folder, std::string_view name);
 
-  /// This program is about to add a name to a folder, and has added it: keeps what is remembered true.
+  /// This program is about to add a name to a folder, and has added it: keeps what is remembered true. A call
+  /// of `find_other_case` just before says as much as one of `before_adding`.
   void before_adding(const std::string& folder);
   void added(const std::string& folder, std::string_view name);
 

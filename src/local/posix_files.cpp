@@ -1,5 +1,6 @@
 #include "local/posix_files.hpp"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,20 +19,8 @@
 namespace twk::local {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr mode_t kNewFileMode = 0660;
 constexpr mode_t kNewFolderMode = 0770;
-
-/// Calls `use` with the name of each entry until the folder's end; a folder that cannot be read has none.
-template <typename Use>
-std::error_code for_each_entry(const std::string& folder, Use use) {
-  std::error_code error;
-  fs::directory_iterator entry(folder, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-    use(*entry);
-  return error;
-}
 
 /// The folder and the last part of a path without a slash at its end.
 struct SplitPath {
@@ -231,16 +220,25 @@ void PosixFiles::make_directory(std::string_view path) {
 
 std::vector<platform::FileEntry> PosixFiles::list(std::string_view path) {
   const std::string local_path = local(path);
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(local_path.c_str()), closedir);
+  // A folder that is not there is a missing path, never a missing file.
+  if (folder == nullptr)
+    raise_file_error(errno == ENOENT ? ENOTDIR : errno, "list", local_path);
   std::vector<platform::FileEntry> entries;
-  const std::error_code error = for_each_entry(local_path, [&](const fs::directory_entry& entry) {
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(folder.get());
+    if (entry == nullptr)
+      break;
+    const std::string_view name = entry->d_name;
     struct stat status {};
     // What was taken away meanwhile is not there.
-    if (lstat(entry.path().c_str(), &status) == 0)
-      entries.push_back(to_entry(entry.path().filename().string(), status));
-  });
-  // A folder that is not there is a missing path, never a missing file.
-  if (error)
-    raise_file_error(error.value() == ENOENT ? ENOTDIR : error.value(), "list", local_path);
+    if (name != "." && name != ".." &&
+        fstatat(dirfd(folder.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+      entries.push_back(to_entry(std::string(name), status));
+  }
+  if (errno != 0)
+    raise_file_error(errno, "list", local_path);
   std::sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
   return entries;
 }
@@ -292,6 +290,16 @@ bool PosixFiles::copy_file(std::string_view from, std::string_view to, bool repl
   const bool whole = local::copy_file(local(from), target, replace, progress);
   if (whole)
     names_->added(split.folder, split.name);
+  return whole;
+}
+
+bool PosixFiles::copy_to_new(const std::string& from, const std::string& to,
+                             const platform::CopyProgress& progress) {
+  const bool whole = local::copy_file(from, to, false, progress);
+  if (whole) {
+    const SplitPath split = split_path(to);
+    names_->added(split.folder, split.name);
+  }
   return whole;
 }
 

@@ -33,6 +33,9 @@ class PosixFiles final : public platform::Files {
   /// With the mode of the old file, less the umask.
   bool copy_file(std::string_view from, std::string_view to, bool replace,
                  const platform::CopyProgress& progress) override;
+  /// The same to a file that is not there, for paths as the system takes them, which are not folded: that of
+  /// the target was just looked up in the names of this object.
+  bool copy_to_new(const std::string& from, const std::string& to, const platform::CopyProgress& progress);
   void rename(std::string_view from, std::string_view to, bool replace) override;
 
   std::unique_ptr<platform::AppendFile> open_append(std::string_view path, bool truncate) override;
