@@ -6,46 +6,25 @@ tools.
 """
 
 import json
-import os
 import subprocess
 import sys
 import tempfile
 import threading
 import time
 
-TWK = sys.argv[1]
-LIVE = {name: os.environ.get(f"TWK_LIVE_{name}", "") for name in (
-    "DOMAIN", "SERVER", "ADMIN", "PASSWORD", "STATE", "CONTROL", "SUPERUSER_TICKET")}
-IS_AD = LIVE["DOMAIN"] == "twk.test"
-CONF = LIVE["STATE"] + ("/domain/etc/smb.conf" if IS_AD else "/smb.conf")
+from live_tools import CONF, IS_AD, LIVE, at_home, expect_same as expect, failures, run, twk, twk_command
+
 UNIT = "OU=Many Users,DC=twk,DC=test"
 FIRST = "Welcome-2-Work"
 SECOND = "Other-Words-77"
 BATCH = 200
-failures = []
-
-
-def run(*command, text=None, codes=(0,)):
-    done = subprocess.run(command, input=text, capture_output=True, text=True, check=False, timeout=300)
-    if codes is not None and done.returncode not in codes:
-        sys.exit(f"{' '.join(command)}: {done.returncode}\n{done.stdout}\n{done.stderr}")
-    return done
-
-
-def place():
-    return [TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], *([] if IS_AD else ["--user", LIVE["ADMIN"]])]
 
 
 def users(*arguments, text=None, codes=(0,)):
     """A run of `twk users`: the outcome of each user by name, and the counts."""
-    done = run(*place(), "--json", "users", *arguments, text=text, codes=codes)
+    done = twk("--json", "users", *arguments, text=text, codes=codes)
     rows = [json.loads(line) for line in done.stdout.splitlines()]
     return {row["user"]: row.get("light") for row in rows if "user" in row}, rows[-1] if rows else {}, done.stderr
-
-
-def expect(found, wanted, what):
-    if found != wanted:
-        failures.append(f"{what}: {found!r}, not {wanted!r}")
 
 
 def admin():
@@ -112,7 +91,7 @@ def join(name):
     if IS_AD:
         run("samba-tool", "group", "addmembers", "Many", name, "-s", CONF)
     else:
-        run(*place(), "user", "groups", name, "--add", "Many")
+        twk("user", "groups", name, "--add", "Many")
 
 
 def switch_accounts():
@@ -161,8 +140,8 @@ def unlock_accounts():
 
 
 def find_expired():
-    run(*place(), "user", "set", "mu2", "expires=31/12/2020")
-    done = run(*place(), "--json", "users", "find-expired", "--before", "2021-01-01")
+    twk("user", "set", "mu2", "expires=31/12/2020")
+    done = twk("--json", "users", "find-expired", "--before", "2021-01-01")
     expect([json.loads(line)["user"] for line in done.stdout.splitlines()], ["mu2"], "find-expired")
 
 
@@ -181,8 +160,9 @@ def lasting_passwords():
 
 def lose_the_server(names):
     """The controller is started anew in the middle of a batch: the rest goes on, and each row tells what became of it."""
-    process = subprocess.Popen([*place(), "--json", "users", "password-never-expires", "--from-file", "-"], stdin=subprocess.PIPE,
-                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    process = subprocess.Popen(
+        twk_command("--json", "users", "password-never-expires", "--from-file", "-"), stdin=subprocess.PIPE,
+        stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
     process.stdin.write("\n".join(names) + "\n")
     process.stdin.close()
     rows = []
@@ -207,9 +187,7 @@ def lose_the_server(names):
 
 def main():
     with tempfile.TemporaryDirectory() as home:
-        os.environ.update(XDG_CONFIG_HOME=home + "/config", XDG_DATA_HOME=home + "/data")
-        if not IS_AD:
-            os.environ["TWK_LOGON_PASSWORD"] = LIVE["PASSWORD"]
+        at_home(home, superuser=False)
         prepare(["mu1", "mu2", "mu3", "mu4"])
         switch_accounts()
         change_passwords()

@@ -6,30 +6,14 @@
 
 import base64
 import json
-import os
 import pathlib
-import subprocess
 import sys
 import tempfile
 
-TWK = sys.argv[1]
-LIVE = {name: os.environ.get(f"TWK_LIVE_{name}", "") for name in ("DOMAIN", "SERVER", "STATE")}
-CONF = LIVE["STATE"] + "/domain/etc/smb.conf"
+from live_tools import CONF, LIVE, at_home, expect_same as expect, failures, run, twk
+
 UNIT = "OU=Properties,DC=twk,DC=test"
 NAMES = ("pa1", "pa2", "pa3", "zo\u00eb")
-failures = []
-
-
-def run(*command, text=None, codes=(0,)):
-    done = subprocess.run(command, input=text, capture_output=True, check=False, timeout=300)
-    done.stdout, done.stderr = done.stdout.decode("utf-8"), done.stderr.decode("utf-8", "replace")
-    if codes is not None and done.returncode not in codes:
-        sys.exit(f"{' '.join(command)}: {done.returncode}\n{done.stdout}\n{done.stderr}")
-    return done
-
-
-def twk(*arguments, **options):
-    return run(TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], *arguments, **options)
 
 
 def set_attribute(*arguments, wanted, text=None, codes=(0,)):
@@ -39,11 +23,6 @@ def set_attribute(*arguments, wanted, text=None, codes=(0,)):
     told = [" ".join(str(row[key]) for key in ("line", "light", "user") if key in row) for row in rows if "user" in row]
     expect(sorted(told), sorted(wanted), f"rows of {arguments} ({done.stdout}{done.stderr})")
     return done
-
-
-def expect(found, wanted, what):
-    if found != wanted:
-        failures.append(f"{what}: {found!r}, not {wanted!r}")
 
 
 def values(name, attribute):
@@ -132,16 +111,16 @@ def values_from_a_file(folder):
                   wanted=["1 GREEN pa1", "2 RED nobody-there", "3 GREEN zo\u00eb", "4 RED pa2", "5 RED pa3"])
     holds("pa1", "title", "Head, of \"Sales\"")
     holds("zo\u00eb", "title", "Fran\u00e7ois")
-    set_attribute("title", "--from-file", "-", text="zo\u00eb,Gar\u00e7on \u65e5\u672c\n".encode(), wanted=["1 GREEN zo\u00eb"])
+    set_attribute("title", "--from-file", "-", text="zo\u00eb,Gar\u00e7on \u65e5\u672c\n", wanted=["1 GREEN zo\u00eb"])
     holds("zo\u00eb", "title", "Gar\u00e7on \u65e5\u672c")
-    many = "".join(f"{NAMES[i % 3]},{i}\n" for i in range(300)).encode()
+    many = "".join(f"{NAMES[i % 3]},{i}\n" for i in range(300))
     set_attribute("employeeID", "--from-file", "-", text=many, wanted=[f"{i + 1} GREEN {NAMES[i % 3]}" for i in range(300)])
     holds("pa3", "employeeID", "299")
 
 
 def main():
     with tempfile.TemporaryDirectory() as home:
-        os.environ.update(XDG_CONFIG_HOME=home + "/config", XDG_DATA_HOME=home + "/data")
+        at_home(home, superuser=False)
         prepare()
         one_value()
         several_values_and_bytes()

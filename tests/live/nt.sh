@@ -62,7 +62,7 @@ provision() {
 	read only = no
 
 [C\$]
-	path = $state/srv/c
+	path = /
 	read only = no
 END
   printf '%s\n%s\n' "$TWK_LIVE_PASSWORD" "$TWK_LIVE_PASSWORD" | smbpasswd -c "$conf" -s -a root
