@@ -3,7 +3,8 @@
 //   - an import of users, and its LDAP calls made again with nothing around them;
 //   - an import, and samba-tool creating the users and adding them to their groups;
 //   - the load of the whole domain, and ldapsearch of its queries;
-//   - the memory of a loaded user.
+//   - the memory of a loaded user;
+//   - a search for expired accounts, which binds two objects a row, and its LDAP calls made again.
 //
 //     tests/live/with-domain ad -- bench/live/measure BUILD_DIR [USERS]
 #include <sys/resource.h>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "../bench_world.hpp"
+#include "batch/find_accounts.hpp"
 #include "batch/import.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/tree.hpp"
@@ -304,11 +306,39 @@ void measure_load(Bench& bench) {
   std::printf("memory a loaded user:  %7.0f bytes\n", bytes / users);
 }
 
+void measure_search(Bench& bench) {
+  session::Session& session = bench.session();
+  session.multi_user.Expiredate.text = std::string("1/1/80");
+  Effort ours;
+  Effort raw;
+  double calls_an_account = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    session.multi_user.ListView2.clear();
+    directory::Load_AD_Users(session, "LDAP://OU=Unit 000,DC=twk,DC=test", true, "subtree", "", true);
+    const auto accounts = static_cast<int>(session.multi_user.ListView2.size());
+    bench::start_recording();
+    ours.add(effort(accounts, [&] { batch::Find_Expired_Accounts(session); }));
+    const std::vector<bench::RecordedCall> calls = bench::stop_recording();
+    raw.add(effort(accounts, [&] {
+      for (const bench::RecordedCall& call : calls) {
+        if (bench::replay(call) != call.result)
+          give_up("a call of the search gave another result when it was made again");
+      }
+    }));
+    calls_an_account = static_cast<double>(calls.size()) / accounts;
+  }
+  std::printf("search of expired:     %7.3f ms an account, %.1f LDAP calls\n", ours.milliseconds_a_user(),
+              calls_an_account);
+  std::printf("its calls alone:       %7.3f ms an account\n", raw.milliseconds_a_user());
+  std::printf("search / its calls:    %7.3f\n", ours.milliseconds_a_user() / raw.milliseconds_a_user());
+}
+
 }  // namespace
 
 int main() {
   Bench bench;
   measure_load(bench);
+  measure_search(bench);
   measure_import(bench);
   return 0;
 }
