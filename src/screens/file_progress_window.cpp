@@ -12,7 +12,7 @@ std::unique_ptr<QDialog> make_file_progress(session::Session& session, QWidget* 
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("FileProgress");
-  dialog->setWindowTitle("Folder in Work");
+  dialog->setWindowTitle("Working on Files");
   session::FileProgress& state = session.file_progress;
   auto* const column = new QVBoxLayout(dialog);
   auto* const text = new QLabel(dialog);
@@ -23,7 +23,7 @@ std::unique_ptr<QDialog> make_file_progress(session::Session& session, QWidget* 
   bind_to(*text, state.text);
   auto* const bar = new QProgressBar(dialog);
   bar->setObjectName("done");
-  bar->setAccessibleName("Progress of the folder in work");
+  bar->setAccessibleName("Progress of the files");
   column->addWidget(bar);
   bind_to(*bar, state.done);
   column->addStretch();

@@ -261,6 +261,17 @@ void save_windows(Album& album, session::Session& session) {
     album.save_modal(QString("window-") + shown.name, [&] { shown.open(session); });
 }
 
+/// In the middle of a deletion.
+void save_progress(Album& album, screens::MainWindow& window, session::Session& session) {
+  session::FileProgress& state = session.file_progress;
+  state.text.caption =
+      std::string("Deleting \\\\FS1\\D$\\Profiles\\Ada.Marsh: 1312 of 4711 files, 46.2 MB of 160.4 MB");
+  state.done.value = 28;
+  state.visible = true;
+  album.save(*window.findChild<QDialog*>("FileProgress"), "window-file-progress");
+  state.visible = false;
+}
+
 void choose_row(controls::ListView& list, const char* name) {
   list.select(&list.at(list.place_of(*list.find_text(name).front())));
 }
@@ -348,6 +359,7 @@ void take(const QString& folder) {
   Album album(folder);
   save_tabs(album, window);
   save_windows(album, session);
+  save_progress(album, window, session);
   save_groups(album, window, session);
   save_program_windows(album, window, session, dialogs);
 }
