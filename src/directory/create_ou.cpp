@@ -73,7 +73,7 @@ void Create_OU(Session& session) {
   TreeNode* const above = session.form1.TreeView1.selected();
   if (above == nullptr)
     return;
-  const std::string typed = session.platform.dialogs.InputBox("Name of the new OU:", kTitle);
+  const std::string typed = session.platform.dialogs.InputBox("Enter New OU Name", kTitle);
   if (!typed.empty())
     create_ou(session, *above, typed);
 }

@@ -78,9 +78,9 @@ class DirectoryObject {
 
   /// The password takes effect at once. Raises kPasswordPolicy when the domain refuses it.
   virtual void SetPassword(std::string_view password) = 0;
-  /// `SetInfo` and `SetPassword` in one request, all or nothing, for a directory that can do so: a server spends
-  /// most of a small write on keeping it. False when it cannot, or when either part was refused: nothing is
-  /// written then, what was staged stays so, and the two calls tell which part it is. Raises kServerDown.
+  /// `SetInfo` and `SetPassword` in one request, where the directory can: a server spends most of a small
+  /// write on keeping it. False when it cannot, or when either part was refused: nothing is written then,
+  /// what was staged stays so, and the two calls tell which part it is. Raises kServerDown.
   virtual bool SetInfoWithPassword(std::string_view /*password*/) { return false; }
 
   // What a container does.

@@ -132,7 +132,7 @@ QWidget* make_preferences_tab(Session& session, QWidget* parent) {
            {"Check for &administrator rights at start", "Domain_Admin", form.Domain_Admin,
             session::Domain_Admin_Click},
            {"Use Admin &Shares", "chkAdmin_Shares", form.chkAdmin_Shares, session::chkAdmin_Shares_Click},
-           {"Delete profi&les by user name", "Profile_Delete_Name", form.Profile_Delete_Name,
+           {"Delete Profi&le From %Username%", "Profile_Delete_Name", form.Profile_Delete_Name,
             session::Profile_Delete_Name_Click}}),
       0, 1);
   grid->addWidget(make_full_names(session, page), 1, 0);

@@ -1,5 +1,6 @@
 #include "screens/window_state.hpp"
 
+#include <QDialog>
 #include <QHeaderView>
 #include <QSettings>
 #include <QSplitter>
@@ -30,11 +31,17 @@ void set_column_widths(const ListPane& list, const QVariantList& widths) {
   }
 }
 
+QString geometry_key(const QWidget& window) {
+  return window.objectName() + "/geometry";
+}
+
 }  // namespace
 
 void save_window(const QMainWindow& window) {
   QSettings settings;
-  settings.setValue(window.objectName() + "/geometry", window.saveGeometry());
+  settings.setValue(geometry_key(window), window.saveGeometry());
+  for (const QDialog* const beside : window.findChildren<QDialog*>())
+    settings.setValue(geometry_key(*beside), beside->saveGeometry());
   for (const QSplitter* const splitter : window.findChildren<QSplitter*>())
     settings.setValue(key(*splitter, "splitter"), splitter->saveState());
   for (const ListPane* const list : window.findChildren<ListPane*>())
@@ -43,7 +50,9 @@ void save_window(const QMainWindow& window) {
 
 void restore_window(QMainWindow& window) {
   const QSettings settings;
-  window.restoreGeometry(settings.value(window.objectName() + "/geometry").toByteArray());
+  window.restoreGeometry(settings.value(geometry_key(window)).toByteArray());
+  for (QDialog* const beside : window.findChildren<QDialog*>())
+    beside->restoreGeometry(settings.value(geometry_key(*beside)).toByteArray());
   for (QSplitter* const splitter : window.findChildren<QSplitter*>())
     splitter->restoreState(settings.value(key(*splitter, "splitter")).toByteArray());
   for (const ListPane* const list : window.findChildren<ListPane*>())

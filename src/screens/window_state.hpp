@@ -4,7 +4,8 @@
 
 namespace twk::screens {
 
-/// Remembers how a person arranged a window: its place and size, its splitters, the widths of its columns.
+/// Remembers how a person arranged a window and those that stay beside it: place and size, splitters, the
+/// widths of columns.
 void save_window(const QMainWindow& window);
 void restore_window(QMainWindow& window);
 

@@ -28,7 +28,7 @@ TEST_P(CreatedOus, StandInTheDirectoryAndUnderTheSelectedNode) {
   LabSession lab;
   lab.start();
   controls::TreeView& tree = lab.session.form1.TreeView1;
-  lab.dialogs.expect_input("Name of the new OU", GetParam().typed);
+  lab.dialogs.expect_input("Enter New OU Name", GetParam().typed);
   Create_OU(lab.session);
   const std::string key =
       "OU=" + platform::escape_dn_value(GetParam().name) + "," + std::string(kNewStarters);
@@ -102,7 +102,7 @@ TEST_P(RefusedOus, SayWhyAndLeaveTheTree) {
 TEST(CreateOu, ACancelledBoxOrAnUnwillingServerMakesNothing) {
   LabSession lab;
   lab.start();
-  lab.dialogs.expect_input("Name of the new OU", "");
+  lab.dialogs.expect_input("Enter New OU Name", "");
   Create_OU(lab.session);
   EXPECT_TRUE(lab.log_tab().empty());
   lab.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);

@@ -285,11 +285,14 @@ TEST_F(WindowsAndSplitters, StandAsTheyWereLeft) {
   auto* const panes = find<QSplitter>("panes");
   panes->setSizes({400, 600});
   const QList<int> left = panes->sizes();
+  const QSize groups = find<QDialog>("Groupsfrm")->minimumSizeHint() + QSize(12, 34);
+  find<QDialog>("Groupsfrm")->resize(groups);
   window->close();
   window = std::make_unique<screens::MainWindow>(lab.session);
   window->show();
   settle();
   EXPECT_EQ(find<QSplitter>("panes")->sizes(), left);
+  EXPECT_EQ(find<QDialog>("Groupsfrm")->size(), groups);
   window->close();
   QSettings().clear();
 }
