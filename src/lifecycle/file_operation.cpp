@@ -58,7 +58,7 @@ class ShownProgress {
     if (!shows_)
       return;
     session_.import.ImportStopped = false;
-    session_.file_progress.text.caption = std::string("Looking through the folder...");
+    session_.file_progress.text.caption = std::string("Starting...");
     session_.file_progress.done.value = 0;
     session_.form1.enabled = false;
     session_.file_progress.visible = true;
