@@ -109,6 +109,14 @@ void set_expiry(CreationRun& run, User& user) {
   }
 }
 
+/// A domain may keep an account without a password disabled, which nobody asked for.
+void warn_if_disabled(CreationRun& run, const User& user) {
+  bool disabled = false;
+  base::Trap unknown;
+  if (unknown([&] { disabled = user.AccountDisabled(); }) && disabled)
+    warn(run, "The account is disabled: it has no password");
+}
+
 /// Flags that only the WinNT object carries.
 void set_user_flags(CreationRun& run) {
   const session::Form1& form = run.session.form1;
@@ -135,7 +143,8 @@ void CreateAdAccount(CreationRun& run) {
   const bool has_password = write_fields(run, user);
   run.SummaryRow = run.FullName + "," + run.SamName + ",";
   base::Trap trap;
-  if (set_password(run, user, has_password)) {
+  const bool refused = !set_password(run, user, has_password);
+  if (!refused) {
     trap([&] { user.Put("pwdLastSet", form.Password_Change.on() ? 0 : -1); });
     if (form.New_Disabled.on())
       trap([&] { user.put_AccountDisabled(true); });
@@ -145,6 +154,8 @@ void CreateAdAccount(CreationRun& run) {
   if (!drive.empty())
     user.Put("HomeDrive", drive);
   user.SetInfo();
+  if ((refused || run.Password.empty()) && !form.New_Disabled.on())
+    warn_if_disabled(run, user);
   set_user_flags(run);
   account_created(run);
 }

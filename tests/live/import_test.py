@@ -132,6 +132,14 @@ def look_at_hours():
         failures.append(f"Never.There is refused for another reason: {words}")
 
 
+def create_without_password():
+    """Such an account is disabled, which is told."""
+    twk("settings", "set", "Setup", "Password", text="\n")
+    create("create", "--template", "Staff", "Pass", "Less", codes=(1,))
+    expect("userAccountControl: 546", "the account", run("samba-tool", "user", "show", "Pass.Less", "-s", CONF).stdout)
+    expect("The account is disabled: it has no password", "the log", twk("log", "show", "--tail", "40").stdout)
+
+
 def main():
     with tempfile.TemporaryDirectory() as home:
         at_home(home)
@@ -159,6 +167,8 @@ def main():
             failures.append(f"only {looked} accounts could be looked at")
         look_at_logon(made["GREEN"][0])
         look_at_hours()
+        if IS_AD:
+            create_without_password()
     if failures:
         sys.exit("\n\n".join(failures[:10]) + f"\n{len(failures)} failures")
     print(f"{len(made['GREEN'])} users were made and are whole, {looked} of them looked at in the directory.")
