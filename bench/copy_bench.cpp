@@ -4,12 +4,8 @@
 //     copy_bench [SMALL-FILES [MIB-OF-THE-LARGE-ONE]]
 //
 // needs ten times the space of the larger of the two.
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 
 #include "bench_world.hpp"
 #include "lifecycle/file_operation.hpp"
@@ -48,17 +44,6 @@ void run(const std::string& command) {
     std::abort();
 }
 
-/// As `cp` is one each time: the system holds a process back that has written much before. `work` gives False
-/// when it failed.
-void in_a_process_of_its_own(const std::function<bool()>& work) {
-  const pid_t child = fork();
-  if (child == 0)
-    _exit(work() ? 0 : 1);
-  int status = 1;
-  if (child < 0 || waitpid(child, &status, 0) != child || status != 0)
-    std::abort();
-}
-
 /// True when the copy is within the bound. The best of the rounds of each counts, and who begins takes turns:
 /// the disk is shared. One round goes before, uncounted: a disk that has rested is fast for a while. All
 /// copies go at the end: a file system may be slow in making files just after it lost many.
@@ -76,13 +61,12 @@ bool compare(const char* what, session::Session& session, const fs::path& drive,
   const auto copy_ours = [&](const std::string& number) {
     fs::create_directories(drive / ("Target" + number));
     settle();
-    ours = std::min(ours, bench::seconds([&] {
-                      in_a_process_of_its_own([&] {
-                        return lifecycle::File_Operation(session, "\\\\FS1\\D$\\" + from + "\\*.*",
-                                                         "\\\\FS1\\D$\\Target" + number,
-                                                         lifecycle::FileWork::kCopy);
-                      });
-                    }));
+    ours =
+        std::min(ours, bench::seconds([&] {
+                   if (!lifecycle::File_Operation(session, "\\\\FS1\\D$\\" + from + "\\*.*",
+                                                  "\\\\FS1\\D$\\Target" + number, lifecycle::FileWork::kCopy))
+                     std::abort();
+                 }));
   };
   copy_theirs("0");
   ours = theirs = 1e9;

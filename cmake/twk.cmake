@@ -15,7 +15,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TWK_CCACHE)
   target_compile_options(twk_rules INTERFACE -fpch-preprocess)
 endif()
 if(TWK_SANITIZE)
-  # Lines of a report are all that debugging information is for here; the rest of it costs a fifth of the build.
+  # Lines of a report are all that debugging information is for here.
   target_compile_options(twk_rules INTERFACE -fsanitize=${TWK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -g1)
   target_link_options(twk_rules INTERFACE -fsanitize=${TWK_SANITIZE})
 endif()

@@ -54,10 +54,10 @@ bool is_running(const Session& session) {
 /// Shows the window with the Cancel button for a scope, unless a run has a window of its own.
 class ShownProgress {
  public:
-  explicit ShownProgress(Session& session) : session_(session), shows_(!is_running(session)) {
+  explicit ShownProgress(Session& session)
+      : session_(session), shows_(!is_running(session)), was_enabled_(session.form1.enabled) {
     if (!shows_)
       return;
-    session_.import.ImportStopped = false;
     session_.file_progress.text.caption = std::string("Starting...");
     session_.file_progress.done.value = 0;
     session_.form1.enabled = false;
@@ -69,12 +69,13 @@ class ShownProgress {
     if (!shows_)
       return;
     session_.file_progress.visible = false;
-    session_.form1.enabled = true;
+    session_.form1.enabled = was_enabled_;
   }
 
  private:
   Session& session_;
   bool shows_;
+  bool was_enabled_;
 };
 
 /// Of the bytes, or of the files when they are empty.
