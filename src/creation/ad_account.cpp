@@ -12,32 +12,6 @@ namespace {
 using platform::User;
 using session::Session;
 
-/// The first write: the object under its two names. A box tells why it was refused, and the failure goes on.
-void create_object(CreationRun& run) {
-  Session& session = run.session;
-  if (session::is_debug(session)) {
-    log(run, "Container: " + container_key(run));
-    log(run, "SamName: " + run.SamName);
-    log(run, "CnName: " + run.CnName);
-  }
-  base::Trap trap;
-  trap([&] {
-    run.AdContainer = session.platform.directory.GetObject("LDAP://" + container_key(run));
-    run.CurrentUserObject = run.AdContainer->Create("user", "cn=" + run.CnName);
-    run.CurrentUserObject->Put("samAccountName", run.SamName);
-    run.CurrentUserObject->SetInfo();
-  });
-  if (trap.number() == 0)
-    return;
-  const bool exists = trap.number() == platform::ads_error::kObjectExists;
-  if (exists)
-    log(run, "User name (SAMAccount) Already Exists :" + run.SamName);
-  session.platform.dialogs.MsgBox(exists ? "User name already exists.\r\nChange the userID and try again"
-                                         : "error: " + base::to_text(trap.number()),
-                                  platform::Buttons::kOk, platform::Icon::kNone, "");
-  throw base::RuntimeError(trap.number(), trap.description());
-}
-
 std::string description(CreationRun& run) {
   std::string text = format::Replace_Variables(run.session, run.session.form1.Description.text);
   if (run.session.import.Importing)
@@ -45,11 +19,8 @@ std::string description(CreationRun& run) {
   return text;
 }
 
-/// The fields of the second write.
 void stage_fields(CreationRun& run, User& user) {
   const session::Form1& form = run.session.form1;
-  if (session::is_debug(run.session))
-    log(run, "Setting common user fields");
   const std::string text = description(run);
   if (!text.empty() && text.find('%') == base::npos)
     user.put_Description(text);
@@ -72,13 +43,71 @@ void stage_fields(CreationRun& run, User& user) {
   user.put_LoginHours(run.session.TemplateLogonHours);
 }
 
-/// The second write, with the password when both go in one. True when the password is set with that.
-bool write_fields(CreationRun& run, User& user) {
+void stage_expiry(CreationRun& run, User& user) {
+  if (const auto expires = expiry_date(run))
+    user.put_AccountExpirationDate(*expires);
+}
+
+void stage_home_drive(CreationRun& run, User& user) {
+  const std::string& drive = run.session.form1.Home_Drive_letter.text;
+  if (!drive.empty())
+    user.Put("HomeDrive", drive);
+}
+
+/// The object under its two names, not written yet.
+platform::ObjectPtr new_object(CreationRun& run) {
+  platform::ObjectPtr object = run.AdContainer->Create("user", "cn=" + run.CnName);
+  object->Put("samAccountName", run.SamName);
+  return object;
+}
+
+/// The whole account in one request. False when that was refused, and nothing is written: the writes one by
+/// one then tell which part it is.
+bool create_at_once(CreationRun& run) {
+  const session::Form1& form = run.session.form1;
+  if (run.Password.empty())
+    return false;
+  run.CurrentUserObject = new_object(run);
+  User user(run.CurrentUserObject);
+  base::Trap wrong_date;
+  if (!wrong_date([&] { stage_expiry(run, user); }))
+    return false;
   stage_fields(run, user);
-  if (!run.Password.empty() && user.SetInfoWithPassword(run.Password))
-    return true;
-  user.SetInfo();
-  return false;
+  stage_home_drive(run, user);
+  if (form.Password_Change.on())
+    user.Put("pwdLastSet", 0);
+  if (form.New_Disabled.on())
+    user.put_AccountDisabled(true);
+  return user.SetInfoWithPassword(run.Password);
+}
+
+/// Makes the object; true when it is whole. A box tells why it was refused, and the failure goes on.
+bool create_object(CreationRun& run) {
+  Session& session = run.session;
+  if (session::is_debug(session)) {
+    log(run, "Container: " + container_key(run));
+    log(run, "SamName: " + run.SamName);
+    log(run, "CnName: " + run.CnName);
+  }
+  bool is_whole = false;
+  base::Trap trap;
+  trap([&] {
+    run.AdContainer = session.platform.directory.GetObject("LDAP://" + container_key(run));
+    is_whole = create_at_once(run);
+    if (is_whole)
+      return;
+    run.CurrentUserObject = new_object(run);
+    run.CurrentUserObject->SetInfo();
+  });
+  if (trap.number() == 0)
+    return is_whole;
+  const bool exists = trap.number() == platform::ads_error::kObjectExists;
+  if (exists)
+    log(run, "User name (SAMAccount) Already Exists :" + run.SamName);
+  session.platform.dialogs.MsgBox(exists ? "User name already exists.\r\nChange the userID and try again"
+                                         : "error: " + base::to_text(trap.number()),
+                                  platform::Buttons::kOk, platform::Icon::kNone, "");
+  throw base::RuntimeError(trap.number(), trap.description());
 }
 
 /// False when the password was refused, which warns.
@@ -99,22 +128,29 @@ bool set_password(CreationRun& run, User& user, bool is_set) {
   return true;
 }
 
-void set_expiry(CreationRun& run, User& user) {
-  base::Trap trap;
-  if (!trap([&] {
-        if (const auto expires = expiry_date(run))
-          user.put_AccountExpirationDate(*expires);
-      })) {
-    log(run, "Error setting account expiry: " + trap.description());
-  }
-}
-
 /// A domain may keep an account without a password disabled, which nobody asked for.
 void warn_if_disabled(CreationRun& run, const User& user) {
   bool disabled = false;
   base::Trap unknown;
   if (unknown([&] { disabled = user.AccountDisabled(); }) && disabled)
     warn(run, "The account is disabled: it has no password");
+}
+
+/// The last write of an account that is made in several.
+void write_settings(CreationRun& run, User& user, bool password_refused) {
+  const session::Form1& form = run.session.form1;
+  base::Trap trap;
+  if (!password_refused) {
+    trap([&] { user.Put("pwdLastSet", form.Password_Change.on() ? 0 : -1); });
+    if (form.New_Disabled.on())
+      trap([&] { user.put_AccountDisabled(true); });
+  }
+  if (!trap([&] { stage_expiry(run, user); }))
+    log(run, "Error setting account expiry: " + trap.description());
+  stage_home_drive(run, user);
+  user.SetInfo();
+  if ((password_refused || run.Password.empty()) && !form.New_Disabled.on())
+    warn_if_disabled(run, user);
 }
 
 /// Flags that only the WinNT object carries.
@@ -137,25 +173,18 @@ void set_user_flags(CreationRun& run) {
 }  // namespace
 
 void CreateAdAccount(CreationRun& run) {
-  const session::Form1& form = run.session.form1;
-  create_object(run);
+  const bool is_whole = create_object(run);
   User user(run.CurrentUserObject);
-  const bool has_password = write_fields(run, user);
-  run.SummaryRow = run.FullName + "," + run.SamName + ",";
-  base::Trap trap;
-  const bool refused = !set_password(run, user, has_password);
-  if (!refused) {
-    trap([&] { user.Put("pwdLastSet", form.Password_Change.on() ? 0 : -1); });
-    if (form.New_Disabled.on())
-      trap([&] { user.put_AccountDisabled(true); });
+  if (session::is_debug(run.session))
+    log(run, "Setting common user fields");
+  if (!is_whole) {
+    stage_fields(run, user);
+    user.SetInfo();
   }
-  set_expiry(run, user);
-  const std::string& drive = form.Home_Drive_letter.text;
-  if (!drive.empty())
-    user.Put("HomeDrive", drive);
-  user.SetInfo();
-  if ((refused || run.Password.empty()) && !form.New_Disabled.on())
-    warn_if_disabled(run, user);
+  run.SummaryRow = run.FullName + "," + run.SamName + ",";
+  const bool refused = !set_password(run, user, is_whole);
+  if (!is_whole)
+    write_settings(run, user, refused);
   set_user_flags(run);
   account_created(run);
 }

@@ -89,7 +89,8 @@ std::optional<std::string> staged_value(const std::vector<Modification>& changes
 }  // namespace
 
 void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
-                const std::string& dn, const std::vector<ads::StagedChange>& values) {
+                const std::string& dn, const std::vector<ads::StagedChange>& values,
+                const std::vector<Modification>& own) {
   const ads::ClassSchema* const schema = ads::find_class(object_class);
   const bool user = base::equals_fold(object_class, "user");
   const bool account = is_account_class(object_class);
@@ -99,6 +100,8 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
   Draft draft;
   draft.set("objectClass", class_chain(*schema));
   draft.set(base::lower(schema->rdn_type), ads::parse_rdn(ads::first_rdn(dn)).value);
+  for (const Modification& change : own)
+    draft.apply(change);
   for (const Modification& change : to_modifications(domain, nullptr, schema->name, provider, values))
     draft.apply(change);
   const auto name = draft.value("sAMAccountName");
@@ -129,13 +132,13 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
 }
 
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
-                   const std::vector<ads::StagedChange>& changes) {
+                   const std::vector<ads::StagedChange>& changes, const std::vector<Modification>& own) {
   domain.store.refresh();
   const Entry& entry = require_entry(domain, dn);
   const std::string object_class = entry_class(entry);
   const bool user = is_user(entry);
-  const std::vector<Modification> modifications =
-      to_modifications(domain, &entry, object_class, provider, changes);
+  std::vector<Modification> modifications = to_modifications(domain, &entry, object_class, provider, changes);
+  modifications.insert(modifications.begin(), own.begin(), own.end());
   if (modifications.empty())
     return;
   std::optional<PrimaryGroupChange> primary;

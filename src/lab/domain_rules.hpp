@@ -18,13 +18,14 @@ namespace twk::lab {
 /// Makes a user, group, contact or organizational unit with its identifiers and defaults. Raises
 /// kObjectExists for a name or account name in use (through WinNT kUserExists or kGroupExists), kNoSuchObject
 /// without its parent, kUnwilling for a class or a place that is not allowed, and what `to_modifications`
-/// raises.
+/// raises. `own` is what the directory itself writes on it first, as it is stored.
 void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
-                const std::string& dn, const std::vector<ads::StagedChange>& values);
+                const std::string& dn, const std::vector<ads::StagedChange>& values,
+                const std::vector<Modification>& own = {});
 /// All changes or none. An account name in use is refused as above; "primaryGroupID" follows
 /// `PrimaryGroupChange`.
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
-                   const std::vector<ads::StagedChange>& changes);
+                   const std::vector<ads::StagedChange>& changes, const std::vector<Modification>& own = {});
 /// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group
 /// that is somebody's primary group.
 void delete_object(LabDomain& domain, const std::string& dn);

@@ -82,6 +82,12 @@ void LdapObject::SetPassword(std::string_view password) {
   set_password(domain(), entry_.dn(), password);
 }
 
+bool LdapObject::SetInfoWithPassword(std::string_view password) {
+  require_writable();
+  base::Trap refused;
+  return refused([&] { entry_.commit_with_password(password); });
+}
+
 void LdapObject::enumerate(std::span<const std::string> classes,
                            const std::function<bool(const ObjectPtr&)>& visit) {
   domain().store.refresh();

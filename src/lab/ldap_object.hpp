@@ -24,6 +24,7 @@ class LdapObject final : public ads::BasicObject {
   void PutEx(int control, std::string_view attribute, const platform::Value& value) override;
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
+  bool SetInfoWithPassword(std::string_view password) override;
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;

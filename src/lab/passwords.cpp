@@ -113,17 +113,21 @@ void count_wrong_password(LabDomain& domain, const Entry& entry) {
 
 }  // namespace
 
+std::vector<Modification> password_changes(LabDomain& domain, std::string_view password,
+                                           std::string_view account_name) {
+  check_policy(domain.config.passwords, password, account_name);
+  return {{ModifyKind::kReplace,
+           std::string(kVerifier),
+           {make_verifier(random_bytes(domain, kSaltBytes), password)}},
+          {ModifyKind::kReplace, "pwdLastSet", {filetime_now(domain)}}};
+}
+
 void set_password(LabDomain& domain, const std::string& dn, std::string_view password) {
   domain.store.refresh();
   const Entry& entry = require_entry(domain, dn);
   if (!has_class(entry, "user"))
     raise(ads_error::kUnwilling, dn + " has no password");
-  check_policy(domain.config.passwords, password, entry.value("sAMAccountName").value_or(""));
-  domain.store.modify(dn,
-                      {{ModifyKind::kReplace,
-                        std::string(kVerifier),
-                        {make_verifier(random_bytes(domain, kSaltBytes), password)}},
-                       {ModifyKind::kReplace, "pwdLastSet", {filetime_now(domain)}}},
+  domain.store.modify(dn, password_changes(domain, password, entry.value("sAMAccountName").value_or("")),
                       [] {});
 }
 

@@ -2,12 +2,18 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "lab/lab_domain.hpp"
 
 /// Passwords. What is kept of one is a random salt and the SHA-256 digest of salt and password, 16 and 32
 /// bytes.
 namespace twk::lab {
+
+/// What a new password changes of an account. Raises kPasswordPolicy for one that the policy of "lab.conf"
+/// refuses.
+std::vector<Modification> password_changes(LabDomain& domain, std::string_view password,
+                                           std::string_view account_name);
 
 /// Takes effect at once and counts as changed now. Raises kPasswordPolicy for a password that the policy of
 /// "lab.conf" refuses, kNoSuchObject, kUnwilling for an object that is no user.

@@ -8,6 +8,7 @@
 #include "lab/domain_rules.hpp"
 #include "lab/entry_view.hpp"
 #include "lab/errors.hpp"
+#include "lab/passwords.hpp"
 
 namespace twk::lab {
 namespace {
@@ -76,11 +77,21 @@ void StagedEntry::stage(int control, std::string_view attribute, const Value& va
 }
 
 void StagedEntry::commit() {
+  write({});
+}
+
+void StagedEntry::commit_with_password(std::string_view password) {
+  if (!base::equals_fold(object_class_, "user"))
+    raise(ads_error::kUnwilling, dn_ + " has no password");
+  write(password_changes(domain_, password, get("sAMAccountName").text()));
+}
+
+void StagedEntry::write(const std::vector<Modification>& own) {
   if (new_) {
-    add_object(domain_, provider_, object_class_, dn_, staged_.changes());
+    add_object(domain_, provider_, object_class_, dn_, staged_.changes(), own);
     new_ = false;
   } else {
-    modify_object(domain_, provider_, dn_, staged_.changes());
+    modify_object(domain_, provider_, dn_, staged_.changes(), own);
   }
   staged_.clear();
   fetched_ = false;

@@ -186,16 +186,24 @@ bool LiveEntry::keep_naming_value(std::vector<LdapChange>& changes) const {
   return false;
 }
 
+std::vector<LdapAttribute> LiveEntry::new_attributes() {
+  std::vector<LdapAttribute> attributes = {{"objectClass", {object_class_}}};
+  for (const ads::StagedChange& change : staged_.changes()) {
+    if (change.kind != ads::ChangeKind::kDelete && !change.values.empty())
+      attributes.push_back({change.attribute, raw_values(change)});
+  }
+  return attributes;
+}
+
+bool LiveEntry::is_user() const {
+  return base::equals_fold(object_class_, "user") && !origin_.is_foreign();
+}
+
 void LiveEntry::commit() {
   if (new_) {
-    std::vector<LdapAttribute> attributes = {{"objectClass", {object_class_}}};
-    for (const ads::StagedChange& change : staged_.changes()) {
-      if (change.kind != ads::ChangeKind::kDelete && !change.values.empty())
-        attributes.push_back({change.attribute, raw_values(change)});
-    }
-    origin_.ldap().add(dn_, attributes);
+    origin_.ldap().add(dn_, new_attributes());
     new_ = false;
-    awaits_password_ = base::equals_fold(object_class_, "user") && !origin_.is_foreign();
+    awaits_password_ = is_user();
   } else {
     write_changes();
   }
@@ -219,16 +227,32 @@ void LiveEntry::set_password(std::string_view password) {
   write_password({}, password);
 }
 
+void LiveEntry::add_with_password(std::string_view password, bool sets_flags) {
+  std::vector<LdapAttribute> attributes = new_attributes();
+  attributes.push_back({"unicodePwd", {encode_password(password)}});
+  if (!sets_flags)
+    attributes.push_back({"userAccountControl", {base::to_text(platform::kFlagNormalAccount)}});
+  origin_.ldap().add(dn_, attributes);
+  new_ = false;
+  has_new_password_ = true;
+}
+
 bool LiveEntry::commit_with_password(std::string_view password) {
   const auto& staged = staged_.changes();
   const bool sets_flags = std::any_of(staged.begin(), staged.end(), [](const ads::StagedChange& change) {
     return base::equals_fold(change.attribute, "userAccountControl");
   });
-  // The first password comes with flags of its own.
-  if (new_ || (sets_flags && awaits_password_))
+  // The first password of a stored account comes with flags of its own.
+  if (!is_user() || (sets_flags && awaits_password_))
     return false;
   base::Trap trap;
-  trap([&] { write_password(staged_requests(), password); });
+  trap([&] {
+    if (new_) {
+      add_with_password(password, sets_flags);
+    } else {
+      write_password(staged_requests(), password);
+    }
+  });
   if (trap.number() == ads_error::kServerDown)
     base::raise(trap.number(), trap.description());
   if (trap.number() != 0)

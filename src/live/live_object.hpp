@@ -58,6 +58,9 @@ class LiveEntry final : public ads::AttributeAccess {
 
  private:
   void fetch();
+  [[nodiscard]] bool is_user() const;
+  [[nodiscard]] std::vector<LdapAttribute> new_attributes();
+  void add_with_password(std::string_view password, bool sets_flags);
   void write_changes();
   [[nodiscard]] std::vector<LdapChange> staged_requests();
   void write_password(std::vector<LdapChange> changes, std::string_view password);

@@ -316,11 +316,49 @@ TEST_P(DirectoryContract, FieldsAndPasswordGoTogetherOrNotAtAll) {
 
   const ObjectPtr again = get_entry(w_, "CN=Jo," + w_.unit());
   again->Put("description", std::string("Driver"));
-  ASSERT_EQ(again->SetInfoWithPassword("Correct-Horse-7"), w_.sets_fields_with_password());
-  if (w_.sets_fields_with_password()) {
-    EXPECT_EQ(stored("description"), "Driver");
-    EXPECT_NE(stored("pwdLastSet"), "0");
-  }
+  ASSERT_TRUE(again->SetInfoWithPassword("Correct-Horse-7"));
+  EXPECT_EQ(stored("description"), "Driver");
+  EXPECT_NE(stored("pwdLastSet"), "0");
+}
+
+TEST_P(DirectoryContract, NewAccountIsMadeWithItsPasswordOrNotAtAll) {
+  const auto draft = [&](const std::string& cn, const std::string& account) {
+    User user(get_entry(w_, w_.unit())->Create("user", "cn=" + cn));
+    user.Put("samAccountName", account);
+    user.put_Description("Clerk");
+    user.put_LoginHours(base::Bytes(21, 0x0F));
+    return user;
+  };
+  const auto bind = [&](const char* cn) { return User(get_entry(w_, std::string(cn) + "," + w_.unit())); };
+  EXPECT_FALSE(draft("Jo", "jo").SetInfoWithPassword("short"));
+  User wrong = draft("Jo", "jo");
+  wrong.Put("objectGUID", std::string("of another one"));
+  EXPECT_FALSE(wrong.SetInfoWithPassword("Correct-Horse-7"));
+  EXPECT_EQ(number_of([&] { bind("CN=Jo"); }), ads_error::kNoSuchObject);
+
+  User user = draft("Jo", "jo");
+  ASSERT_TRUE(user.SetInfoWithPassword("Correct-Horse-7"));
+  EXPECT_EQ(bind("CN=Jo").Description(), "Clerk");
+  EXPECT_EQ(bind("CN=Jo").LoginHours(), base::Bytes(21, 0x0F));
+  EXPECT_EQ(bind("CN=Jo").Get("userAccountControl").integer(), platform::kFlagNormalAccount);
+  EXPECT_NE(bind("CN=Jo").Get("pwdLastSet").text(), "0");
+  user.put_Description("Driver");
+  user.SetInfo();
+  EXPECT_EQ(bind("CN=Jo").Description(), "Driver") << "the object goes on as a stored one";
+  user.SetPassword("Correct-Horse-8");
+
+  EXPECT_FALSE(draft("Jo", "another").SetInfoWithPassword("Correct-Horse-7"));
+  EXPECT_FALSE(draft("Another", "jo").SetInfoWithPassword("Correct-Horse-7"));
+  EXPECT_EQ(number_of([&] { draft("Another", "jo").SetInfo(); }), ads_error::kObjectExists);
+
+  User locked_away = draft("Al", "al");
+  locked_away.Put("pwdLastSet", 0);
+  locked_away.put_AccountDisabled(true);
+  locked_away.put_AccountExpirationDate(base::make_date({2030, 5, 17}));
+  ASSERT_TRUE(locked_away.SetInfoWithPassword("Correct-Horse-7"));
+  EXPECT_TRUE(bind("CN=Al").AccountDisabled());
+  EXPECT_EQ(bind("CN=Al").Get("pwdLastSet").text(), "0");
+  EXPECT_EQ(bind("CN=Al").AccountExpirationDate(), base::make_date({2030, 5, 17}));
 }
 
 TEST_P(DirectoryContract, ExpiryReadsAsSentinelThroughLdapAndRaisesThroughWinnt) {

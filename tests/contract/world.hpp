@@ -34,8 +34,6 @@ class World {
   [[nodiscard]] virtual bool server_guards_shared_folders() const { return true; }
   /// True where a server grants an administrator's privileges by itself, whatever the process switches on.
   [[nodiscard]] virtual bool server_holds_privileges() const { return false; }
-  /// True where one request writes both.
-  [[nodiscard]] virtual bool sets_fields_with_password() const { return false; }
   /// How the file server tells the path of a folder that it shares.
   [[nodiscard]] virtual std::string told_path(std::string path) const { return path; }
 };

@@ -306,6 +306,68 @@ TEST(DirectoryCreation, APasswordThatThePolicyRefusesOnlyWarns) {
   EXPECT_NE(user.Get("userAccountControl").integer() & platform::kFlagPasswordNeverExpires, 0);
 }
 
+TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoes) {
+  struct Case {
+    const char* what;
+    const char* light;
+    std::function<void(LabSession&)> prepare;
+    std::vector<std::string> writes{};
+    std::string description = "new starter";
+  };
+  const std::vector<Case> cases = {
+      {"plain", "GREEN", [](LabSession&) {}, {"SetInfoWithPassword"}},
+      {"with all settings",
+       "GREEN",
+       [](LabSession& world) {
+         world.set("Preferences", "AccountDisabled", "Yes");
+         world.set("Preferences", "ForcePasswdChange", "Yes");
+         world.set("Preferences", "PasswdNVRExpire", "Yes");
+       },
+       {"SetInfoWithPassword", "SetInfo"}},
+      {"without a password", "GREEN", [](LabSession& world) { world.set("Setup", "Password", ""); }},
+      {"with a refused password", "YELLOW",
+       [](LabSession& world) { world.set("Setup", "Password", "short"); }},
+      {"with a refused field", "RED", [](LabSession&) {}, {}, std::string(1025, 'x')},
+      {"with a name in use", "RED",
+       [](LabSession& world) {
+         const auto other = world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")
+                                ->Create("user", "cn=Somebody");
+         other->Put("samAccountName", "Jo.Smith");
+         other->SetInfo();
+         world.dialogs.expect("User name already exists.");
+       }},
+  };
+  for (const Case& one : cases) {
+    std::vector<std::string> told;
+    for (const bool at_once : {false, true}) {
+      LabSession world(DomainKind::kNative, "/DEBUG");
+      world.directory.writes_at_once = at_once;
+      one.prepare(world);
+      world.start();
+      world.session.form1.Description.text = one.description;
+      world.type_names("Jo", "", "Smith");
+      std::vector<std::string> writes;
+      world.directory.before = [&](std::string_view operation, std::string_view) {
+        if (operation.starts_with("Set"))
+          writes.emplace_back(operation);
+      };
+      CreateUser_Click(world.session);
+      EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith(one.light))) << one.what;
+      std::string tale = world.log() + world.session.LastCreation.message;
+      for (const char* const attribute :
+           {"displayName", "description", "homeDirectory", "homeDrive", "profilePath", "scriptPath",
+            "logonHours", "givenName", "sn", "userAccountControl", "accountExpires"})
+        tale += std::string("\n") + attribute + "=" + world.property("Jo.Smith", attribute);
+      tale += world.property("Jo.Smith", "pwdLastSet") == "0" ? "\nmust change" : "\nmay keep";
+      told.push_back(std::move(tale));
+      if (at_once && !one.writes.empty()) {
+        EXPECT_EQ(writes, one.writes) << one.what;
+      }
+    }
+    EXPECT_EQ(told[0], told[1]) << one.what;
+  }
+}
+
 TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
   LabSession world;
   world.start();

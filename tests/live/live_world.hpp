@@ -82,7 +82,6 @@ class LiveWorld final : public contract::World {
 
   [[nodiscard]] bool server_guards_shared_folders() const override { return false; }
   [[nodiscard]] bool server_holds_privileges() const override { return true; }
-  [[nodiscard]] bool sets_fields_with_password() const override { return true; }
   [[nodiscard]] std::string told_path(std::string path) const override {
     // Samba has one drive.
     path[0] = 'C';

@@ -23,6 +23,9 @@ class FaultyObject final : public platform::DirectoryObject {
   }
   void SetInfo() override { at("SetInfo")->SetInfo(); }
   void SetPassword(std::string_view password) override { at("SetPassword")->SetPassword(password); }
+  bool SetInfoWithPassword(std::string_view password) override {
+    return directory_.writes_at_once && at("SetInfoWithPassword")->SetInfoWithPassword(password);
+  }
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const ObjectPtr&)>& visit) override {
     at("enumerate")->enumerate(classes, [&](const ObjectPtr& child) {

@@ -18,6 +18,7 @@ class FaultyDirectory final : public platform::DirectoryService {
   explicit FaultyDirectory(platform::DirectoryService& real) : real_(real) {}
 
   Before before;
+  bool writes_at_once = false;  ///< an account's fields and password in one request
 
   platform::ObjectPtr GetObject(std::string_view path) override;
   platform::ObjectPtr OpenDSObject(std::string_view path, std::string_view user,
