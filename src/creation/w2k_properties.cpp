@@ -1,3 +1,6 @@
+#include <span>
+#include <vector>
+
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
 #include "directory/operations.hpp"
@@ -8,24 +11,45 @@ namespace {
 
 using session::Session;
 
-/// Writes one attribute; false when it was refused. What a refused write leaves staged would spoil the next
-/// one, so the account is bound anew then.
-bool write_attribute(CreationRun& run, const std::string& attribute, const std::string& value) {
+struct Property {
+  std::string attribute;
+  std::string value;
+};
+
+/// False when it was refused. What a refused write leaves staged would spoil the next one, so the account is
+/// bound anew then.
+bool write(CreationRun& run, std::span<const Property> properties) {
   base::Trap trap;
-  const bool written = trap([&] {
-    run.CurrentUserObject->Put(attribute, value);
-    run.CurrentUserObject->SetInfo();
-  });
-  if (written) {
-    log(run, "Setting " + attribute + ", " + value);
+  if (trap([&] {
+        for (const Property& one : properties)
+          run.CurrentUserObject->Put(one.attribute, one.value);
+        run.CurrentUserObject->SetInfo();
+      }))
     return true;
-  }
-  run.RunWarning = 2;
-  log(run, "Error setting " + attribute + ", " + value);
   trap([&] {
     run.CurrentUserObject = run.session.platform.directory.GetObject(run.CurrentUserObject->ADsPath());
   });
   return false;
+}
+
+void tell(CreationRun& run, const Property& property, bool written) {
+  const std::string what = property.attribute + ", " + property.value;
+  if (!written) {
+    run.RunWarning = 2;
+    return log(run, "Error setting " + what);
+  }
+  if (base::equals_fold(property.attribute, "SAMACCOUNTNAME"))
+    run.SamName = property.value;
+  log(run, "Setting " + what);
+}
+
+/// All in one request, which costs a server little more than one of them. When that is refused, each goes on
+/// its own, so that a bad one leaves the others in place.
+void write_all(CreationRun& run, std::vector<Property>& properties) {
+  const bool together = properties.size() > 1 && write(run, properties);
+  for (const Property& one : properties)
+    tell(run, one, together || write(run, {&one, 1}));
+  properties.clear();
 }
 
 /// Asks for a value, where somebody is there to answer.
@@ -33,30 +57,16 @@ void ask_for_value(CreationRun& run, const std::string& attribute) {
   Session& session = run.session;
   if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
     return;
-  const std::string answer = session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value");
-  if (!answer.empty())
-    write_attribute(run, attribute, answer);
+  Property property{attribute,
+                    session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value")};
+  if (!property.value.empty())
+    tell(run, property, write(run, {&property, 1}));
 }
 
-/// False when the principal name is taken; the row is then left out.
-bool principal_name_is_free(CreationRun& run, const std::string& value) {
-  if (!directory::Is_Name_Used_In_Forest(run.session, value)) {
-    run.SummaryRow += value + ",";
-    return true;
-  }
-  warn(run, "UPN aleardy Exists: " + value);
+void refuse_taken_name(CreationRun& run, const std::string& name) {
+  warn(run, "UPN aleardy Exists: " + name);
   log(run, "UPN not set");
   run.SummaryRow += ",";
-  return false;
-}
-
-void write_row(CreationRun& run, const std::string& attribute, const std::string& value) {
-  if (base::equals_fold(attribute, "DISPLAYNAME"))
-    run.tree_name = value;
-  if (base::equals_fold(attribute, "USERPRINCIPALNAME") && !principal_name_is_free(run, value))
-    return;
-  if (write_attribute(run, attribute, value) && base::equals_fold(attribute, "SAMACCOUNTNAME"))
-    run.SamName = value;
 }
 
 }  // namespace
@@ -65,19 +75,33 @@ void ApplyW2kProperties(CreationRun& run) {
   log(run, "Setting W2K Properties");
   show_step(run, "Setting W2K Properties");
   const controls::ListView& rows = run.session.form1.ListView7;
+  std::vector<Property> waiting;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const controls::ListRow& row = rows.at(i);
     if (row.icon != "USER")
       continue;
     const std::string value = row.sub_items.empty() ? std::string() : row.sub_items.front();
     if (base::equals_fold(value, "PROMPT")) {
+      write_all(run, waiting);
       ask_for_value(run, row.text);
       continue;
     }
-    const std::string expanded = expand_row_value(run, value);
-    if (!expanded.empty() && expanded.find('%') == base::npos)
-      write_row(run, row.text, expanded);
+    std::string expanded = expand_row_value(run, value);
+    if (expanded.empty() || expanded.find('%') != base::npos)
+      continue;
+    if (base::equals_fold(row.text, "DISPLAYNAME"))
+      run.tree_name = expanded;
+    if (base::equals_fold(row.text, "USERPRINCIPALNAME")) {
+      if (directory::Is_Name_Used_In_Forest(run.session, expanded)) {
+        write_all(run, waiting);
+        refuse_taken_name(run, expanded);
+        continue;
+      }
+      run.SummaryRow += expanded + ",";
+    }
+    waiting.push_back({row.text, std::move(expanded)});
   }
+  write_all(run, waiting);
 }
 
 }  // namespace twk::creation

@@ -175,6 +175,7 @@ TEST(Import, AHaltOnErrorsStopsAtTheFirstRedUser) {
     if (halt)
       world.set("Preferences", "StopOnError", "Yes");
     world.start();
+    world.directory.writes_at_once = true;
     int users = 0;
     world.directory.before = [&users](std::string_view operation, std::string_view) {
       if (operation == "Create" && ++users == 2)

@@ -421,6 +421,45 @@ TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
   }
 }
 
+TEST(DirectoryCreation, GoodRowsAreWrittenTogetherAndABadOneAloneStaysOut) {
+  struct Case {
+    std::string row;
+    std::string logged;
+    int writes;  ///< behind the account's own three
+  };
+  const std::vector<Case> cases = {
+      {"p,department,Sales", "Setting company, Acme\nSetting department, Sales\nSetting title, Clerk\n", 1},
+      {"p,noSuchAttribute,x",
+       "Setting company, Acme\nError setting noSuchAttribute, x\nSetting title, Clerk\n", 4},
+      {"p,department,PROMPT", "Setting company, Acme\nSetting department, Asked\nSetting title, Clerk\n", 3},
+      {"p,userPrincipalName,taken@twk.test",
+       "Setting company, Acme\nUPN aleardy Exists: taken@twk.test\nUPN not set\nSetting title, Clerk\n", 2},
+  };
+  for (const Case& one : cases) {
+    LabSession world;
+    const platform::ObjectPtr other =
+        world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
+    other->Put("userPrincipalName", "taken@twk.test");
+    other->Put("samAccountName", "somebody");
+    other->SetInfo();
+    world.services.files.write(world.session.program_directory + "\\W2K.dat",
+                               "p,company,Acme\r\n" + one.row + "\r\np,title,Clerk\r\n");
+    world.start();
+    world.type_names("Jo", "", "Smith");
+    if (one.row.ends_with("PROMPT"))
+      world.dialogs.expect_input("Enter Value for department", "Asked");
+    int writes = 0;
+    world.directory.before = [&](std::string_view operation, std::string_view) {
+      writes += operation == "SetInfo" ? 1 : 0;
+    };
+    CreateUser_Click(world.session);
+    EXPECT_EQ(writes, 3 + one.writes) << one.row;
+    EXPECT_THAT(world.log(), HasSubstr(one.logged)) << one.row;
+    EXPECT_EQ(world.property("Jo.Smith", "company"), "Acme") << one.row;
+    EXPECT_EQ(world.property("Jo.Smith", "title"), "Clerk") << one.row;
+  }
+}
+
 TEST(DirectoryCreation, ACommaInTheNameNeedsAnAccountNameWithoutOne) {
   for (const bool with_row : {false, true}) {
     LabSession world;
