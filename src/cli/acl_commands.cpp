@@ -161,8 +161,8 @@ int take_ownership(Context& context, const AclArguments& arguments) {
 
 using Action = int (*)(Context&, const AclArguments&);
 
-CLI::App* add_command(CLI::App& group, Context& context, const std::shared_ptr<AclArguments>& arguments,
-                      const char* name, const char* what, Action action) {
+Command* add_command(Command& group, Context& context, const std::shared_ptr<AclArguments>& arguments,
+                     const char* name, const char* what, Action action) {
   auto* command = group.add_subcommand(name, what);
   command->add_option("PATH", arguments->path, R"(Network path of a file or folder, \\SERVER\SHARE\…)")
       ->required();
@@ -173,10 +173,10 @@ CLI::App* add_command(CLI::App& group, Context& context, const std::shared_ptr<A
 
 }  // namespace
 
-void add_acl_commands(CLI::App& app, Context& context) {
+void add_acl_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<AclArguments>();
   auto* acl = app.add_subcommand("acl", "Who may do what with a file or folder");
-  acl->require_subcommand(1);
+  acl->require_subcommand();
   add_command(*acl, context, arguments, "show", "Show the owner and the access list", show_acl);
 
   auto* check = add_command(*acl, context, arguments, "check", "Tell what a user can do there", check_acl);
@@ -194,10 +194,10 @@ void add_acl_commands(CLI::App& app, Context& context) {
       ->type_name("USER");
 }
 
-void add_owner_commands(CLI::App& app, Context& context) {
+void add_owner_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<AclArguments>();
   auto* owner = app.add_subcommand("owner", "Ownership of files and folders");
-  owner->require_subcommand(1);
+  owner->require_subcommand();
   auto* take = add_command(*owner, context, arguments, "take", "Make an account the owner", take_ownership);
   take->add_option("--account", arguments->account, "User or group; Administrators if not given")
       ->type_name("A");

@@ -18,18 +18,18 @@ constexpr std::string_view kFooter =
     "Exit code: 0 GREEN, 1 YELLOW, 2 RED, 64 usage, 65 bad input data, 70 a fault of the program,\n"
     "77 not permitted. A value that begins with \"-\" is given as --option=-value, or behind \"--\".";
 
-void add_connection_options(CLI::App& app, GlobalOptions& options) {
-  constexpr const char* kGroup = "A real domain";
+void add_connection_options(Command& app, GlobalOptions& options) {
+  constexpr const char* kHeading = "A real domain";
   for (const world::ConnectionOption& one : world::connection_options())
-    app.add_option(one.name, options.connection.*one.text, one.help)->type_name(one.type)->group(kGroup);
+    app.add_option(one.name, options.connection.*one.text, one.help)->type_name(one.type)->heading(kHeading);
   app.add_option("--logon-password-file", options.logon_password_file,
                  "That password, the first line of a file; - for standard input")
       ->type_name("FILE")
-      ->group(kGroup);
-  app.add_flag("--live", options.live, "The real domain, whatever TWK_LAB names")->group(kGroup);
+      ->heading(kHeading);
+  app.add_flag("--live", options.live, "The real domain, whatever TWK_LAB names")->heading(kHeading);
 }
 
-void add_global_options(CLI::App& app, GlobalOptions& options) {
+void add_global_options(Command& app, GlobalOptions& options) {
   app.add_option("--lab", options.lab, "Folder of the lab to work in; TWK_LAB in the environment else")
       ->type_name("DIR");
   add_connection_options(app, options);
@@ -87,11 +87,12 @@ int run(int argc, char** argv) {
   check_arguments(argc, argv);
   Context context;
   context.options().logon_password = take_password_of_environment();
-  CLI::App app("User accounts of Windows domains", "twk");
-  app.footer(std::string(kFooter));
-  app.set_version_flag("--version", std::string("twk ") + TWK_VERSION);
-  app.require_subcommand(1);
-  app.fallthrough();
+  CLI::App line("User accounts of Windows domains", "twk");
+  line.footer(std::string(kFooter));
+  line.set_version_flag("--version", std::string("twk ") + TWK_VERSION);
+  line.require_subcommand(1);
+  line.fallthrough();
+  Command app(line);
   add_global_options(app, context.options());
   add_lab_commands(app, context);
   add_doctor_command(app, context);
@@ -115,7 +116,7 @@ int run(int argc, char** argv) {
   add_share_commands(app, context);
   add_log_commands(app, context);
   add_database_commands(app, context);
-  if (!parse(app, argc, argv))
+  if (!parse(line, argc, argv))
     return kExitGreen;
   catch_interrupts();
   const int exit_code = context.run();

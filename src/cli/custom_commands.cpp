@@ -44,15 +44,17 @@ int put_custom_row(Context& context, const CustomArguments& arguments) {
 
 }  // namespace
 
-void add_custom_commands(CLI::App& app, Context& context) {
+void add_custom_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<CustomArguments>();
   auto* custom = app.add_subcommand("custom", "The attributes of one's own on the user details tab");
-  custom->require_subcommand(1);
+  custom->require_subcommand();
   auto* show = custom->add_subcommand("show", "List the fields that are set");
   show->callback([&context] { context.set_action([&context] { return show_custom_rows(context); }); });
   const auto add = [&](const char* name, const char* what) {
     auto* command = custom->add_subcommand(name, what);
-    command->add_option("N", arguments->number, "Number of the field")->required()->check(CLI::Range(1, 4));
+    command->add_option("N", arguments->number, "Number of the field")
+        ->required()
+        ->check(Check::within(1, 4));
     command->callback(
         [=, &context] { context.set_action([=, &context] { return put_custom_row(context, *arguments); }); });
     return command;

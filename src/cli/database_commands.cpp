@@ -74,10 +74,10 @@ int convert_databases(Context& context, const DatabaseArguments& arguments) {
 
 }  // namespace
 
-void add_database_commands(CLI::App& app, Context& context) {
+void add_database_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<DatabaseArguments>();
   auto* database = app.add_subcommand("db", "Compact, back up and convert the database files");
-  database->require_subcommand(1);
+  database->require_subcommand();
   const auto add = [&](const char* name, const char* what, auto action) {
     auto* command = database->add_subcommand(name, what);
     command->callback(
@@ -98,7 +98,7 @@ void add_database_commands(CLI::App& app, Context& context) {
     versions.push_back(version);
   add("convert", "Convert database files of an older generation, which DBVersion tells", convert_databases)
       ->add_option("--from", arguments->from, "Convert from this generation, whatever DBVersion says")
-      ->check(CLI::IsMember(versions));
+      ->check(Check::one_of(versions));
 }
 
 }  // namespace twk::cli

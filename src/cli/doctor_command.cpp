@@ -55,7 +55,7 @@ int examine(Context& context) {
 
 }  // namespace
 
-void add_doctor_command(CLI::App& app, Context& context) {
+void add_doctor_command(Command& app, Context& context) {
   auto* doctor = app.add_subcommand("doctor", "Go through the connection to a real domain, step by step");
   doctor->callback([&context] { context.set_action([&context] { return examine(context); }); });
 }

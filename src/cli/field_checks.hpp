@@ -1,14 +1,15 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstddef>
+
+#include "cli/command.hpp"
 
 namespace twk::cli {
 
 /// Refuses a text that a record's field would cut.
-CLI::Validator at_most(std::size_t characters);
+Check at_most(std::size_t characters);
 
 /// Refuses what is not 42 hexadecimal digits, the 168 hours of a week as bits.
-CLI::Validator logon_hours();
+Check logon_hours();
 
 }  // namespace twk::cli

@@ -13,8 +13,8 @@ struct FormatArguments {
   std::string first;
   std::string middle;
   std::string last;
-  std::int16_t serial = 0;
-  std::string import_line;
+  std::optional<int> serial;
+  std::optional<std::string> import_line;
 };
 
 void set_import_fields(session::ImportState& state, const std::string& line) {
@@ -26,14 +26,14 @@ void set_import_fields(session::ImportState& state, const std::string& line) {
   std::copy(fields.begin(), fields.end(), state.ImportFields.begin() + 1);
 }
 
-int print_name(Context& context, const FormatArguments& arguments, bool with_serial, bool with_import) {
+int print_name(Context& context, const FormatArguments& arguments) {
   session::Session& session = context.session(Depth::kSettings);
-  if (with_serial) {
-    session.SerialCounter = arguments.serial;
+  if (arguments.serial) {
+    session.SerialCounter = static_cast<std::int16_t>(*arguments.serial);
     session.SerialTokenUsed = true;
   }
-  if (with_import)
-    set_import_fields(session.import, arguments.import_line);
+  if (arguments.import_line)
+    set_import_fields(session.import, *arguments.import_line);
   const std::string name =
       format::UserName(session, arguments.format, arguments.first, arguments.middle, arguments.last);
   context.output().result({{"format", arguments.format}, {"name", name}}, name);
@@ -42,23 +42,19 @@ int print_name(Context& context, const FormatArguments& arguments, bool with_ser
 
 }  // namespace
 
-void add_format_command(CLI::App& app, Context& context) {
+void add_format_command(Command& app, Context& context) {
   auto arguments = std::make_shared<FormatArguments>();
   auto* format = app.add_subcommand("format", "Print what a name format makes of a person's names");
-  auto* serial = format->add_option("--serial", arguments->serial, "Value of the serial tags")
-                     ->type_name("N")
-                     ->check(CLI::Range(0, 32767));
-  auto* fields_option = format->add_option("--import", arguments->import_line, "Fields of an import line")
-                            ->type_name("F1,F2,...");
+  format->add_option("--serial", arguments->serial, "Value of the serial tags")
+      ->type_name("N")
+      ->check(Check::within(0, 32767));
+  format->add_option("--import", arguments->import_line, "Fields of an import line")->type_name("F1,F2,...");
   format->add_option("FORMAT", arguments->format, "The format, such as %first%.%last%")->required();
   format->add_option("FIRST", arguments->first, "First name")->required();
   format->add_option("MIDDLE", arguments->middle, "Middle name; may be empty")->required();
   format->add_option("LAST", arguments->last, "Last name")->required();
-  format->callback([=, &context] {
-    const bool with_serial = serial->count() > 0;
-    const bool with_import = fields_option->count() > 0;
-    context.set_action([=, &context] { return print_name(context, *arguments, with_serial, with_import); });
-  });
+  format->callback(
+      [=, &context] { context.set_action([=, &context] { return print_name(context, *arguments); }); });
 }
 
 }  // namespace twk::cli

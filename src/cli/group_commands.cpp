@@ -55,9 +55,9 @@ int tell_group(Context& context, const std::string& group, std::string_view ligh
   return exit_code_of_light(light);
 }
 
-void add_group_commands(CLI::App& app, Context& context) {
+void add_group_commands(Command& app, Context& context) {
   auto* group = app.add_subcommand("group", "Look at and change the groups of the domain");
-  group->require_subcommand(1);
+  group->require_subcommand();
 
   auto* list = group->add_subcommand("list", "List the groups");
   list->callback([&context] { context.set_action([&context] { return show_groups(context); }); });

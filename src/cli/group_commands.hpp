@@ -1,9 +1,9 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <string_view>
 
+#include "cli/command.hpp"
 #include "controls/list_view.hpp"
 
 namespace twk::session {
@@ -15,11 +15,11 @@ namespace twk::cli {
 
 class Context;
 
-void add_group_create(CLI::App& group, Context& context);
-void add_group_delete(CLI::App& group, Context& context);
-void add_group_copy(CLI::App& group, Context& context);
+void add_group_create(Command& group, Context& context);
+void add_group_delete(Command& group, Context& context);
+void add_group_copy(Command& group, Context& context);
 /// The sub-commands `members`, `add-member` and `remove-member`.
-void add_group_members(CLI::App& group, Context& context);
+void add_group_members(Command& group, Context& context);
 
 /// A session whose lists hold all groups, and the users as well or none of them, whatever the options of the
 /// load say.

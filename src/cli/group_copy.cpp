@@ -55,7 +55,7 @@ int copy_group(Context& context, const std::string& from, const std::string& to)
 
 }  // namespace
 
-void add_group_copy(CLI::App& group, Context& context) {
+void add_group_copy(Command& group, Context& context) {
   auto from = std::make_shared<std::string>();
   auto to = std::make_shared<std::string>();
   auto* command = group.add_subcommand("copy", "Put the users of one group into another one as well");

@@ -48,16 +48,16 @@ int create_group(Context& context, const CreateArguments& arguments) {
 }
 
 template <std::size_t size>
-CLI::Option* add_choice(CLI::App& command, const std::string& name, std::string& value,
-                        const std::array<std::string_view, size>& words, const std::string& description) {
+Option* add_choice(Command& command, const std::string& name, std::string& value,
+                   const std::array<std::string_view, size>& words, const std::string& description) {
   return command.add_option(name, value, description)
-      ->check(CLI::IsMember(std::vector<std::string>(words.begin(), words.end())))
-      ->capture_default_str();
+      ->check(Check::one_of(std::vector<std::string>(words.begin(), words.end())))
+      ->shows_default();
 }
 
 }  // namespace
 
-void add_group_create(CLI::App& group, Context& context) {
+void add_group_create(Command& group, Context& context) {
   auto arguments = std::make_shared<CreateArguments>();
   auto* create = group.add_subcommand("create", "Make a group in the managed OU, or among the users");
   create->add_option("NAME", arguments->name, "Its name")->required();

@@ -22,7 +22,7 @@ int delete_group(Context& context, const std::string& name) {
 
 }  // namespace
 
-void add_group_delete(CLI::App& group, Context& context) {
+void add_group_delete(Command& group, Context& context) {
   auto name = std::make_shared<std::string>();
   auto* command = group.add_subcommand("delete", "Delete a group, after a question; its members stay");
   command->add_option("NAME", *name, "Account name, common name or distinguished name")->required();

@@ -152,7 +152,7 @@ int change_members(Context& context, const MemberArguments& arguments, bool add)
   return kExitRed;
 }
 
-void add_change(CLI::App& group, Context& context, const std::string& name, const std::string& description,
+void add_change(Command& group, Context& context, const std::string& name, const std::string& description,
                 bool add) {
   auto arguments = std::make_shared<MemberArguments>();
   auto* command = group.add_subcommand(name, description);
@@ -168,7 +168,7 @@ void add_change(CLI::App& group, Context& context, const std::string& name, cons
 
 }  // namespace
 
-void add_group_members(CLI::App& group, Context& context) {
+void add_group_members(Command& group, Context& context) {
   auto name = std::make_shared<std::string>();
   auto* members = group.add_subcommand("members", "List the users in a group, those by primary group marked");
   members->add_option("GROUP", *name, "Account name, common name or distinguished name")->required();

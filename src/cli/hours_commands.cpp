@@ -109,10 +109,10 @@ int set_hours(Context& context, HoursArguments arguments, bool has_file) {
 
 }  // namespace
 
-void add_hours_commands(CLI::App& app, Context& context) {
+void add_hours_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<HoursArguments>();
   auto* hours = app.add_subcommand("hours", "The hours at which users may log on");
-  hours->require_subcommand(1);
+  hours->require_subcommand();
   const auto add = [&](const char* name, const char* what) {
     auto* command = hours->add_subcommand(name, what);
     command->add_option("TEMPLATE", arguments->template_name, "Name of the template");
@@ -129,7 +129,7 @@ void add_hours_commands(CLI::App& app, Context& context) {
       "Seven lines, Sunday first, of 24 characters, 12am first: # 1 X permitted, . 0 - denied. A line may "
       "begin\nwith the name of its day.");
   set->callback([=, &context] {
-    const bool has_file = file->count() > 0;
+    const bool has_file = file->is_given();
     context.set_action([=, &context] { return set_hours(context, *arguments, has_file); });
   });
 }

@@ -137,9 +137,9 @@ int export_lab(Context& context) {
 
 }  // namespace
 
-void add_lab_commands(CLI::App& app, Context& context) {
+void add_lab_commands(Command& app, Context& context) {
   auto* group = app.add_subcommand("lab", "Make a lab, fill it, look at it");
-  group->require_subcommand(1);
+  group->require_subcommand();
 
   auto arguments = std::make_shared<InitArguments>();
   auto* init = group->add_subcommand("init", "Make a lab in a new or empty folder");
@@ -148,8 +148,8 @@ void add_lab_commands(CLI::App& app, Context& context) {
       ->type_name("NAME");
   init->add_option("--kind", arguments->kind, "native, mixed or nt; native if not given")
       ->type_name("KIND")
-      ->check(CLI::IsMember({"native", "mixed", "nt"}, CLI::ignore_case));
-  const auto number = CLI::Range(std::size_t{0}, std::size_t{1000000});
+      ->check(Check::one_of_folding_case({"native", "mixed", "nt"}));
+  const auto number = Check::within(0, 1000000);
   init->add_option("--users", arguments->plan.users, "Number of users")->type_name("N")->check(number);
   init->add_option("--groups", arguments->plan.groups, "Number of groups")->type_name("N")->check(number);
   init->add_option("--ous", arguments->plan.ous, "Number of organizational units")
@@ -170,7 +170,7 @@ void add_lab_commands(CLI::App& app, Context& context) {
       ->type_name("DIR");
   command->callback([=, &context] {
     if (file->empty() == copy->empty())
-      throw CLI::ValidationError("lab import takes an LDIF file or --live DIR");
+      throw UsageError("lab import takes an LDIF file or --live DIR");
     context.set_action(
         [=, &context] { return copy->empty() ? import_lab(context, *file) : copy_domain(context, *copy); });
   });

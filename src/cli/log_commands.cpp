@@ -35,9 +35,9 @@ int clear_log(Context& context) {
 
 }  // namespace
 
-void add_log_commands(CLI::App& app, Context& context) {
+void add_log_commands(Command& app, Context& context) {
   auto* log = app.add_subcommand("log", "Look at Log.txt");
-  log->require_subcommand(1);
+  log->require_subcommand();
 
   auto tail = std::make_shared<std::size_t>(base::npos);
   auto* show = log->add_subcommand("show", "Print the log file");

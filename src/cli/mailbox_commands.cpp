@@ -130,10 +130,10 @@ int remove(Context& context, const MailboxArguments& arguments) {
 
 }  // namespace
 
-void add_mailbox_commands(CLI::App& app, Context& context) {
+void add_mailbox_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<MailboxArguments>();
   auto* mailbox = app.add_subcommand("mailbox", "Look at mailboxes, create and delete them");
-  mailbox->require_subcommand(1);
+  mailbox->require_subcommand();
   const auto add = [&](const char* name, const char* what, const char* of, const char* meaning, auto action) {
     auto* command = mailbox->add_subcommand(name, what);
     command->add_option(of, arguments->name, meaning)->required();
@@ -144,7 +144,7 @@ void add_mailbox_commands(CLI::App& app, Context& context) {
         [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
     return command;
   };
-  const auto add_template = [&](CLI::App* command) {
+  const auto add_template = [&](Command* command) {
     command
         ->add_option("--template", arguments->template_name, "Template whose variables the mail table uses")
         ->type_name("T");

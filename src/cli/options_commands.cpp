@@ -108,9 +108,9 @@ int set_options(Context& context, const std::vector<std::string>& assignments) {
 
 }  // namespace
 
-void add_options_commands(CLI::App& app, Context& context) {
+void add_options_commands(Command& app, Context& context) {
   auto* options = app.add_subcommand("options", "How a directory is loaded");
-  options->require_subcommand(1);
+  options->require_subcommand();
   auto* show = options->add_subcommand("show", "Show the options");
   show->callback([&context] { context.set_action([&context] { return show_options(context); }); });
 

@@ -46,10 +46,10 @@ int create_ou(Context& context, const OuArguments& given) {
 
 }  // namespace
 
-void add_ou_commands(CLI::App& app, Context& context) {
+void add_ou_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<OuArguments>();
   auto* ou = app.add_subcommand("ou", "Organizational units");
-  ou->require_subcommand(1);
+  ou->require_subcommand();
   auto* create = ou->add_subcommand("create", "Create an organizational unit");
   create->add_option("NAME", arguments->name, "Its name, or its distinguished name")->required();
   create

@@ -42,10 +42,10 @@ int delete_profile(Context& context, const ProfileArguments& arguments) {
 
 }  // namespace
 
-void add_profile_commands(CLI::App& app, Context& context) {
+void add_profile_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<ProfileArguments>();
   auto* profile = app.add_subcommand("profile", "Profiles of users");
-  profile->require_subcommand(1);
+  profile->require_subcommand();
   auto* remove =
       profile->add_subcommand("delete", "Delete the profile of a user on the server, or on a workstation");
   remove
@@ -53,7 +53,7 @@ void add_profile_commands(CLI::App& app, Context& context) {
       ->required();
   remove->add_option("--workstation", arguments->workstation, "The copy on this workstation")->type_name("W");
   remove->add_option("--kind", arguments->kind, "What the workstation runs: w2k or nt40")
-      ->check(CLI::IsMember({"w2k", "nt40"}))
+      ->check(Check::one_of({"w2k", "nt40"}))
       ->type_name("WORD");
   remove->callback(
       [=, &context] { context.set_action([=, &context] { return delete_profile(context, *arguments); }); });

@@ -94,21 +94,21 @@ class Selector {
 
 }  // namespace
 
-void add_selection_options(CLI::App& command, SelectionArguments& arguments) {
+void add_selection_options(Command& command, SelectionArguments& arguments) {
   command.add_option("NAME", arguments.names,
                      "Account name, common name, principal name or distinguished name; several may be given");
   command.add_option("--group", arguments.groups, "The members of a group; may be given several times")
       ->type_name("G")
-      ->allow_extra_args(false);
+      ->repeated();
   command.add_option("--ou", arguments.ous, "The users right in an organizational unit; likewise")
       ->type_name("DN")
-      ->allow_extra_args(false);
+      ->repeated();
   command
       .add_option("--from-file", arguments.files,
                   "Names of users from a file, one a line, \"-\" for standard input; blank lines and lines "
                   "that begin with # are passed over")
       ->type_name("F")
-      ->allow_extra_args(false);
+      ->repeated();
 }
 
 std::size_t fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments) {

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <string>
 #include <vector>
 
+#include "cli/command.hpp"
 #include "cli/context.hpp"
 
 namespace twk::cli {
@@ -18,7 +18,7 @@ struct SelectionArguments {
 };
 
 /// NAME…, --group, --ou and --from-file.
-void add_selection_options(CLI::App& command, SelectionArguments& arguments);
+void add_selection_options(Command& command, SelectionArguments& arguments);
 
 /// Fills the selection of the multi-user window, each user, group and unit once, in the order names, groups,
 /// units, files. A name that nobody has is told on standard error, one of a file with file and line, and does

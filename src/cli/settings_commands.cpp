@@ -145,16 +145,16 @@ int import_settings(Context& context, const SettingsArguments& arguments) {
 
 }  // namespace
 
-void add_settings_commands(CLI::App& app, Context& context) {
+void add_settings_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<SettingsArguments>();
   auto* settings = app.add_subcommand("settings", "Read and change the settings");
-  settings->require_subcommand(1);
+  settings->require_subcommand();
   const auto add = [&](const char* name, const char* what) {
     auto* command = settings->add_subcommand(name, what);
     command->add_flag("--user", arguments->user, "The person's own settings, not those of the machine");
     return command;
   };
-  const auto add_key = [&](CLI::App* command) {
+  const auto add_key = [&](Command* command) {
     return command->add_option("KEY", arguments->key, "Key below the tree's root, such as Setup");
   };
 
@@ -169,7 +169,7 @@ void add_settings_commands(CLI::App& app, Context& context) {
   set->add_option("NAME", arguments->name, "Name of the value")->required();
   auto* value = set->add_option("VALUE", arguments->value, "The text");
   set->callback([=, &context] {
-    const bool from_input = value->count() == 0;
+    const bool from_input = !value->is_given();
     context.set_action([=, &context] { return set_setting(context, *arguments, from_input); });
   });
 

@@ -139,10 +139,10 @@ int delete_share(Context& context, const ShareArguments& arguments) {
 
 }  // namespace
 
-void add_share_commands(CLI::App& app, Context& context) {
+void add_share_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<ShareArguments>();
   auto* share = app.add_subcommand("share", "Shares of the file servers");
-  share->require_subcommand(1);
+  share->require_subcommand();
   const auto add = [&](const char* name, const char* what, bool names_share, auto action) {
     auto* command = share->add_subcommand(name, what);
     command->add_option("SERVER", arguments->server, "Name of the server")->required();

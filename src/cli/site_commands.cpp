@@ -129,7 +129,7 @@ int delete_site(Context& context, const SiteArguments& arguments) {
   return session.form1.ListView2.size() < before ? kExitGreen : kExitRed;
 }
 
-void add_field_options(CLI::App& command, SiteArguments& arguments) {
+void add_field_options(Command& command, SiteArguments& arguments) {
   constexpr std::size_t kServer = 20;
   constexpr std::size_t kExchange = 30;
   const auto add = [&](const char* name, OptionalText& text, const char* what, std::size_t length) {
@@ -142,20 +142,20 @@ void add_field_options(CLI::App& command, SiteArguments& arguments) {
       kExchange);
   add("--mail-store", arguments.mail_store, "Mailbox store of Exchange 2000", kExchange);
   // A flag that is not given leaves the kind as it is.
-  auto* newer = command.add_flag_callback(
+  auto* newer = command.add_flag(
       "--exchange2000", [&arguments] { arguments.exchange2000 = true; }, "The site has Exchange 2000");
   command
-      .add_flag_callback(
+      .add_flag(
           "--exchange55", [&arguments] { arguments.exchange2000 = false; }, "The site has Exchange 5.5")
       ->excludes(newer);
 }
 
 }  // namespace
 
-void add_site_commands(CLI::App& app, Context& context) {
+void add_site_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<SiteArguments>();
   auto* site = app.add_subcommand("site", "Look at sites and change them");
-  site->require_subcommand(1);
+  site->require_subcommand();
   const auto add = [&](const char* name, const char* what, auto action) {
     auto* command = site->add_subcommand(name, what);
     command->add_option("NAME", arguments->name, "Name of the site")->required();

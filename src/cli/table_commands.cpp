@@ -24,16 +24,16 @@ int set_table(Context& context, const std::string& name, const std::string& file
 
 }  // namespace
 
-void add_table_commands(CLI::App& app, Context& context) {
+void add_table_commands(Command& app, Context& context) {
   auto name = std::make_shared<std::string>();
   auto file = std::make_shared<std::string>("-");
   auto* table = app.add_subcommand("table", "Look at the side tables and replace them");
-  table->require_subcommand(1);
+  table->require_subcommand();
   const auto add = [&](const char* verb, const char* what) {
     auto* command = table->add_subcommand(verb, what);
     command->add_option("TABLE", *name, "The table")
         ->required()
-        ->check(CLI::IsMember(side_table_names(), CLI::ignore_case));
+        ->check(Check::one_of_folding_case(side_table_names()));
     return command;
   };
   auto* show = add("show", "Print the rows, in the form that set reads");

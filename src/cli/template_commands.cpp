@@ -148,10 +148,10 @@ int delete_template(Context& context, const TemplateArguments& arguments) {
 
 }  // namespace
 
-void add_template_commands(CLI::App& app, Context& context) {
+void add_template_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<TemplateArguments>();
   auto* group = app.add_subcommand("template", "Look at templates and change them");
-  group->require_subcommand(1);
+  group->require_subcommand();
   const auto add = [&](const char* name, const char* what, auto action) {
     auto* command = group->add_subcommand(name, what);
     command->add_option("NAME", arguments->name, "Name of the template")

@@ -79,7 +79,7 @@ base::Bytes hours_of(const std::string& digits) {
 
 }  // namespace
 
-void add_template_options(CLI::App& command, TemplateFields& fields) {
+void add_template_options(Command& command, TemplateFields& fields) {
   const auto add = [&](const char* name, OptionalText& text, const char* what, std::size_t length) {
     command.add_option(name, text, what)->check(at_most(length))->type_name("TEXT");
   };
@@ -101,14 +101,12 @@ void add_template_options(CLI::App& command, TemplateFields& fields) {
   command
       .add_option("--group", fields.groups,
                   "A group of the template; repeat it for each, all of them in place of those it has")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->repeated()
       ->type_name("NAME");
   command
       .add_option("--variable", fields.variables,
                   "A variable of the template; repeat it for each, all of them in place of those it has")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->repeated()
       ->type_name("NAME=VALUE");
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/command.hpp"
 #include "session/session.hpp"
 
 namespace twk::cli {
@@ -27,7 +27,7 @@ struct TemplateFields {
   std::vector<std::string> variables;  ///< NAME=VALUE, in place of the template's
 };
 
-void add_template_options(CLI::App& command, TemplateFields& fields);
+void add_template_options(Command& command, TemplateFields& fields);
 
 /// Fills the Template tab, which is being edited. Raises `Refused` for a group that the domain does not have
 /// or that cannot be the primary group.

@@ -213,8 +213,8 @@ int set_settings(Context& context, const SetArguments& arguments) {
   return exit_code_of_light(light);
 }
 
-CLI::App* add_command(CLI::App& ts, const char* verb, const char* what, std::string& user) {
-  CLI::App* const command = ts.add_subcommand(verb, what);
+Command* add_command(Command& ts, const char* verb, const char* what, std::string& user) {
+  Command* const command = ts.add_subcommand(verb, what);
   command->add_option("USER", user, "Account name, common name, principal name or distinguished name")
       ->required();
   return command;
@@ -222,10 +222,10 @@ CLI::App* add_command(CLI::App& ts, const char* verb, const char* what, std::str
 
 }  // namespace
 
-void add_ts_commands(CLI::App& app, Context& context) {
+void add_ts_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<SetArguments>();
   auto* ts = app.add_subcommand("ts", "Terminal-server settings of a user");
-  ts->require_subcommand(1);
+  ts->require_subcommand();
   auto* show = add_command(*ts, "show", "Print the settings of a user", arguments->user);
   show->callback([=, &context] {
     context.set_action([=, &context] { return show_settings(context, arguments->user); });

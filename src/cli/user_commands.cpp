@@ -47,9 +47,9 @@ int show_users(Context& context, const std::string& ou) {
 
 }  // namespace
 
-void add_user_commands(CLI::App& app, Context& context) {
+void add_user_commands(Command& app, Context& context) {
   auto* user = app.add_subcommand("user", "Create, import, change, move, delete and look at users");
-  user->require_subcommand(1);
+  user->require_subcommand();
   add_user_create(*user, context);
   add_user_import(*user, context);
   add_user_find(*user, context);

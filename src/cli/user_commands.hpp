@@ -1,24 +1,24 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
+#include "cli/command.hpp"
 #include "cli/context.hpp"
 #include "controls/tree_view.hpp"
 
 /// The parts of the command `user`, a file each, and what they share.
 namespace twk::cli {
 
-void add_user_create(CLI::App& user, Context& context);
-void add_user_import(CLI::App& user, Context& context);
-void add_user_find(CLI::App& user, Context& context);
-void add_user_move_ou(CLI::App& user, Context& context);
-void add_user_set(CLI::App& user, Context& context);
-void add_user_groups(CLI::App& user, Context& context);
-void add_user_delete(CLI::App& user, Context& context);
-void add_user_move(CLI::App& user, Context& context);
-void add_user_rename(CLI::App& user, Context& context);
-void add_user_reset_password(CLI::App& user, Context& context);
+void add_user_create(Command& user, Context& context);
+void add_user_import(Command& user, Context& context);
+void add_user_find(Command& user, Context& context);
+void add_user_move_ou(Command& user, Context& context);
+void add_user_set(Command& user, Context& context);
+void add_user_groups(Command& user, Context& context);
+void add_user_delete(Command& user, Context& context);
+void add_user_move(Command& user, Context& context);
+void add_user_rename(Command& user, Context& context);
+void add_user_reset_password(Command& user, Context& context);
 
 /// The node of the user of that account name, common name, principal name or distinguished name, what is
 /// above it opened first. Raises `Refused` when there is none.
@@ -33,7 +33,7 @@ struct CreationPlace {
 };
 
 /// --template, --site, and one of --ou and --like.
-void add_place_options(CLI::App& command, CreationPlace& place);
+void add_place_options(Command& command, CreationPlace& place);
 
 /// Fills the New User tab as a person would: chooses template and site, selects the OU in the tree and
 /// expands it, or selects the user to copy and ticks `Copy_User`. Raises `UsageError` or `Refused`.

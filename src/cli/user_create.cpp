@@ -64,7 +64,7 @@ int create_user(Context& context, const CreateArguments& arguments) {
 
 }  // namespace
 
-void add_user_create(CLI::App& user, Context& context) {
+void add_user_create(Command& user, Context& context) {
   auto arguments = std::make_shared<CreateArguments>();
   auto* create = user.add_subcommand("create", "Create one user");
   add_place_options(*create, arguments->place);
@@ -77,7 +77,7 @@ void add_user_create(CLI::App& user, Context& context) {
       ->excludes(from_input);
   create->add_option("NAMES", arguments->names, "FIRST [MIDDLE] LAST")
       ->required()
-      ->expected(2, 3)
+      ->values(2, 3)
       ->type_name("NAME");
   create->callback(
       [=, &context] { context.set_action([=, &context] { return create_user(context, *arguments); }); });

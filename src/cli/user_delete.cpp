@@ -73,7 +73,7 @@ int delete_selected(Context& context, const DeleteArguments& arguments) {
                             [&](const batch::RunHooks& hooks) { batch::delete_selection(session, hooks); });
 }
 
-void add_options(CLI::App& command, DeleteArguments& arguments) {
+void add_options(Command& command, DeleteArguments& arguments) {
   command.add_flag("--shares", arguments.shares, "The shares of home and profile");
   command.add_flag("--take-ownership", arguments.take_ownership,
                    "Take ownership of the folders before they are deleted");
@@ -91,7 +91,7 @@ void add_options(CLI::App& command, DeleteArguments& arguments) {
 
 }  // namespace
 
-void add_user_delete(CLI::App& user, Context& context) {
+void add_user_delete(Command& user, Context& context) {
   auto arguments = std::make_shared<DeleteArguments>();
   auto* command = user.add_subcommand("delete", "Delete users and what hangs on their accounts");
   command
@@ -103,7 +103,7 @@ void add_user_delete(CLI::App& user, Context& context) {
       [=, &context] { context.set_action([=, &context] { return delete_named(context, *arguments); }); });
 }
 
-void add_users_delete(CLI::App& users, Context& context) {
+void add_users_delete(Command& users, Context& context) {
   auto arguments = std::make_shared<DeleteArguments>();
   auto* command = users.add_subcommand("delete", "Delete users and what hangs on their accounts");
   add_selection_options(*command, arguments->selection);

@@ -74,7 +74,7 @@ int change_groups(Context& context, const GroupArguments& arguments) {
 
 }  // namespace
 
-void add_user_groups(CLI::App& user, Context& context) {
+void add_user_groups(Command& user, Context& context) {
   auto arguments = std::make_shared<GroupArguments>();
   auto* groups = user.add_subcommand("groups", "Show and change the groups of a user");
   groups
@@ -82,10 +82,10 @@ void add_user_groups(CLI::App& user, Context& context) {
       ->required();
   groups->add_option("--add", arguments->add, "Put the user into a group; may be repeated")
       ->type_name("G")
-      ->allow_extra_args(false);
+      ->repeated();
   groups->add_option("--remove", arguments->remove, "Take the user out of a group; may be repeated")
       ->type_name("G")
-      ->allow_extra_args(false);
+      ->repeated();
   groups->callback(
       [=, &context] { context.set_action([=, &context] { return change_groups(context, *arguments); }); });
 }

@@ -196,13 +196,13 @@ int import_users(Context& context, const ImportArguments& arguments) {
   return run_import(context, session);
 }
 
-void add_column(CLI::App& command, const char* name, std::optional<int>& column, const char* what) {
-  command.add_option(name, column, what)->type_name("N")->check(CLI::Range(0, 100));
+void add_column(Command& command, const char* name, std::optional<int>& column, const char* what) {
+  command.add_option(name, column, what)->type_name("N")->check(Check::within(0, 100));
 }
 
 }  // namespace
 
-void add_user_import(CLI::App& user, Context& context) {
+void add_user_import(Command& user, Context& context) {
   auto arguments = std::make_shared<ImportArguments>();
   auto* command = user.add_subcommand("import", "Create a user for each line of a CSV file");
   command->add_option("FILE", arguments->file, "The file: a user a line, every comma separates")->required();

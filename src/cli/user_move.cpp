@@ -63,14 +63,14 @@ int move_selected(Context& context, const MoveArguments& arguments) {
                             [&](const batch::RunHooks& hooks) { batch::move_selection(session, hooks); });
 }
 
-void add_options(CLI::App& move, MoveArguments& arguments) {
+void add_options(Command& move, MoveArguments& arguments) {
   move.add_option("--site", arguments.site, "Site to move to")->required()->type_name("S");
   move.add_option("--template", arguments.template_name, "Template that says where things go")
       ->required()
       ->type_name("T");
   move.add_option("--data", arguments.data, "What becomes of the data: move, copy or nothing")
       ->required()
-      ->check(CLI::IsMember(kData))
+      ->check(Check::one_of({"move", "copy", "nothing"}))
       ->type_name("WORD");
   move.add_flag("--add-to-groups", arguments.add_to_groups, "Put the users into the template's groups");
   move.add_flag("--change-logon", arguments.change_logon, "Set the template's logon script");
@@ -81,7 +81,7 @@ void add_options(CLI::App& move, MoveArguments& arguments) {
 
 }  // namespace
 
-void add_user_move(CLI::App& user, Context& context) {
+void add_user_move(Command& user, Context& context) {
   auto arguments = std::make_shared<MoveArguments>();
   auto* move = user.add_subcommand("move", "Move users and their data to another site and template");
   move->add_option("NAME", arguments->selection.names,
@@ -92,7 +92,7 @@ void add_user_move(CLI::App& user, Context& context) {
       [=, &context] { context.set_action([=, &context] { return move_named(context, *arguments); }); });
 }
 
-void add_users_move(CLI::App& users, Context& context) {
+void add_users_move(Command& users, Context& context) {
   auto arguments = std::make_shared<MoveArguments>();
   auto* move = users.add_subcommand("move", "Move users and their data to another site and template");
   add_selection_options(*move, arguments->selection);

@@ -44,7 +44,7 @@ int move_user(Context& context, const MoveArguments& arguments) {
 
 }  // namespace
 
-void add_user_move_ou(CLI::App& user, Context& context) {
+void add_user_move_ou(Command& user, Context& context) {
   auto arguments = std::make_shared<MoveArguments>();
   auto* move = user.add_subcommand("move-ou", "Move a user to another organizational unit");
   move->add_option("NAME", arguments->user, "Account name, common name, principal name or distinguished name")

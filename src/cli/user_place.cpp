@@ -35,7 +35,7 @@ controls::TreeNode& reach_user(Context& context, session::Session& session, cons
   return *node;
 }
 
-void add_place_options(CLI::App& command, CreationPlace& place) {
+void add_place_options(Command& command, CreationPlace& place) {
   command.add_option("--template", place.template_name, "Template to create with")
       ->required()
       ->type_name("T");

@@ -103,7 +103,7 @@ int rename_user(Context& context, const RenameArguments& arguments) {
 
 }  // namespace
 
-void add_user_rename(CLI::App& user, Context& context) {
+void add_user_rename(Command& user, Context& context) {
   auto arguments = std::make_shared<RenameArguments>();
   auto* rename = user.add_subcommand("rename", "Give a user other names");
   rename

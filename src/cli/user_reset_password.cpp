@@ -49,7 +49,7 @@ int reset_passwords(Context& context, const ResetArguments& arguments) {
 
 }  // namespace
 
-void add_user_reset_password(CLI::App& user, Context& context) {
+void add_user_reset_password(Command& user, Context& context) {
   auto arguments = std::make_shared<ResetArguments>();
   auto* reset = user.add_subcommand(
       "reset-password", "Set the default password, unlock the account, and ask for a new one at the logon");

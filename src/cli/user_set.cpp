@@ -32,7 +32,7 @@ int set_user(Context& context, const SetArguments& arguments) {
 
 }  // namespace
 
-void add_user_set(CLI::App& user, Context& context) {
+void add_user_set(Command& user, Context& context) {
   auto arguments = std::make_shared<SetArguments>();
   auto* set = user.add_subcommand("set", "Change fields of a user");
   set->add_option("NAME", arguments->name, "Account name, common name, principal name or distinguished name")

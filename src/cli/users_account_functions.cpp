@@ -26,7 +26,7 @@ struct Arguments {
   bool reset = false;            ///< unlock: a new password too
 };
 
-void add_password_options(CLI::App& command, PasswordSource& source) {
+void add_password_options(Command& command, PasswordSource& source) {
   auto* from_input =
       command.add_flag("--password-stdin", source.from_stdin, "The password is a line of standard input");
   command.add_option("--password-file", source.file, "The password is the first line of a file")
@@ -61,8 +61,8 @@ int unlock(Context& context, const Arguments& arguments) {
   });
 }
 
-CLI::App* add_function(CLI::App& users, Context& context, const char* name, const char* what,
-                       const std::shared_ptr<Arguments>& arguments, AccountFunction function) {
+Command* add_function(Command& users, Context& context, const char* name, const char* what,
+                      const std::shared_ptr<Arguments>& arguments, AccountFunction function) {
   auto* command = users.add_subcommand(name, what);
   add_selection_options(*command, arguments->selection);
   command->callback(
@@ -72,7 +72,7 @@ CLI::App* add_function(CLI::App& users, Context& context, const char* name, cons
 
 }  // namespace
 
-void add_users_account_functions(CLI::App& users, Context& context) {
+void add_users_account_functions(Command& users, Context& context) {
   const auto add = [&](const char* name, const char* what, AccountFunction function) {
     auto arguments = std::make_shared<Arguments>();
     return std::pair(add_function(users, context, name, what, arguments, function), arguments);

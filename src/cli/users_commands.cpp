@@ -4,9 +4,9 @@
 
 namespace twk::cli {
 
-void add_users_commands(CLI::App& app, Context& context) {
+void add_users_commands(Command& app, Context& context) {
   auto* users = app.add_subcommand("users", "Work on many users at once: of a group, a unit, a file");
-  users->require_subcommand(1);
+  users->require_subcommand();
   add_users_account_functions(*users, context);
   add_users_find(*users, context);
   add_users_delete(*users, context);

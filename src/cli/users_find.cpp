@@ -73,7 +73,7 @@ int find_expired(Context& context, const std::string& before) {
 
 }  // namespace
 
-void add_users_find(CLI::App& users, Context& context) {
+void add_users_find(Command& users, Context& context) {
   auto before = std::make_shared<std::string>();
   auto* expired = users.add_subcommand("find-expired", "Find the accounts that expired before a day");
   expired->add_option("--before", *before, "The day: 31/12/2026 or 2026-12-31")

@@ -169,7 +169,7 @@ int set_attribute(Context& context, const Arguments& arguments) {
 
 }  // namespace
 
-void add_users_set_attribute(CLI::App& users, Context& context) {
+void add_users_set_attribute(Command& users, Context& context) {
   auto arguments = std::make_shared<Arguments>();
   auto* command = users.add_subcommand("set-attribute", "Give a property of the users a value");
   command
