@@ -15,7 +15,6 @@ using platform::Acl;
 using platform::SecurityDescriptor;
 using platform::Sid;
 
-constexpr const char* kDescriptor = "nTSecurityDescriptor";
 constexpr std::uint8_t kAllowObject = 5;
 constexpr std::uint8_t kDenyObject = 6;
 constexpr std::uint32_t kControlAccess = 0x100;  // ADS_RIGHT_DS_CONTROL_ACCESS
@@ -54,8 +53,8 @@ bool speaks_of(const Ace& ace, const Sid& sid) {
 }
 
 SecurityDescriptor read_list(LdapConnection& connection, const std::string& dn) {
-  const std::string bytes =
-      connection.read(dn, {kDescriptor}, platform::security_information::kDacl).first(kDescriptor);
+  const std::string bytes = connection.read(dn, {kDescriptorAttribute}, platform::security_information::kDacl)
+                                .first(kDescriptorAttribute);
   if (bytes.empty())
     base::raise(platform::ads_error::kAccessDenied, "The access list of " + dn + " may not be read");
   return SecurityDescriptor::decode(base::Bytes(bytes.begin(), bytes.end()));
@@ -67,16 +66,23 @@ bool denies(const SecurityDescriptor& descriptor, const Sid& sid) {
                      [&](const Ace& ace) { return ace.type() == kDenyObject && speaks_of(ace, sid); });
 }
 
+bool denies_both(const SecurityDescriptor& descriptor) {
+  return denies(descriptor, platform::well_known::everyone()) && denies(descriptor, self());
+}
+
 }  // namespace
 
+bool denies_change_of_password(std::string_view descriptor) {
+  return denies_both(SecurityDescriptor::decode(base::Bytes(descriptor.begin(), descriptor.end())));
+}
+
 bool cannot_change_password(LdapConnection& connection, const std::string& dn) {
-  const SecurityDescriptor descriptor = read_list(connection, dn);
-  return denies(descriptor, platform::well_known::everyone()) && denies(descriptor, self());
+  return denies_both(read_list(connection, dn));
 }
 
 void set_cannot_change_password(LdapConnection& connection, const std::string& dn, bool cannot) {
   SecurityDescriptor descriptor = read_list(connection, dn);
-  if ((denies(descriptor, platform::well_known::everyone()) && denies(descriptor, self())) == cannot)
+  if (denies_both(descriptor) == cannot)
     return;
   const std::vector<Sid> both = {platform::well_known::everyone(), self()};
   std::vector<Ace> entries;
@@ -102,8 +108,9 @@ void set_cannot_change_password(LdapConnection& connection, const std::string& d
     list.add(Acl::kAtEnd, ace);
   descriptor.set_dacl(std::move(list));
   const base::Bytes bytes = descriptor.encode();
-  connection.modify(dn, {{LdapChangeKind::kReplace, kDescriptor, {std::string(bytes.begin(), bytes.end())}}},
-                    LdapRequest::kModify, platform::security_information::kDacl);
+  connection.modify(
+      dn, {{LdapChangeKind::kReplace, kDescriptorAttribute, {std::string(bytes.begin(), bytes.end())}}},
+      LdapRequest::kModify, platform::security_information::kDacl);
 }
 
 }  // namespace twk::live

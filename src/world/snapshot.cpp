@@ -11,8 +11,11 @@
 #include "base/text.hpp"
 #include "lab/lab_create.hpp"
 #include "lab/ldif.hpp"
+#include "live/change_password_right.hpp"
 #include "local/replace_file.hpp"
+#include "platform/adsi.hpp"
 #include "platform/directory.hpp"
+#include "platform/security.hpp"
 
 namespace twk::world {
 namespace {
@@ -51,7 +54,8 @@ constexpr std::size_t kMostServers = 50;
 constexpr std::size_t kLongestServer = 15;  // of a NetBIOS name, which a server of a lab has
 
 std::vector<std::string> wanted_attributes() {
-  std::vector<std::string> names = {"minPwdLength", "pwdProperties", "lockoutThreshold"};
+  std::vector<std::string> names = {"minPwdLength", "pwdProperties", "lockoutThreshold",
+                                    live::kDescriptorAttribute};
   for (const ads::AttributeSchema& attribute : ads::all_attributes()) {
     if (std::find(kLeftOut.begin(), kLeftOut.end(), attribute.name) == kLeftOut.end())
       names.emplace_back(attribute.name);
@@ -69,6 +73,7 @@ class Copy {
     search.base = domain_.root_dn();
     search.filter = kWanted;
     search.attributes = wanted_attributes();
+    search.descriptor_parts = platform::security_information::kDacl;
     const std::string system = "," + ads::normalize_dn("CN=System," + domain_.root_dn());
     bool going_on = true;
     std::size_t count = 0;
@@ -127,6 +132,7 @@ class Copy {
     Item item;
     item.key = ads::normalize_dn(entry.dn);
     item.depth = ads::split_dn(entry.dn).size();
+    note_change_of_password(entry);
     for (live::LdapAttribute& attribute : entry.attributes) {
       // A long list comes in ranges: "member;range=0-1499".
       if (base::starts_with_fold(attribute.name, "member;range="))
@@ -138,6 +144,22 @@ class Copy {
     }
     item.record.dn = std::move(entry.dn);
     items_.push_back(std::move(item));
+  }
+
+  /// A person who cannot change the password has a flag for it in a lab, and no access list.
+  static void note_change_of_password(live::LdapEntry& entry) {
+    bool denied = false;
+    base::Trap not_a_descriptor;
+    not_a_descriptor(
+        [&] { denied = live::denies_change_of_password(entry.first(live::kDescriptorAttribute)); });
+    for (live::LdapAttribute& attribute : entry.attributes) {
+      if (denied && base::equals_fold(attribute.name, "userAccountControl"))
+        attribute.values = {
+            base::to_text(base::val(attribute.values.front()) | platform::kFlagCannotChangePassword)};
+    }
+    std::erase_if(entry.attributes, [](const live::LdapAttribute& attribute) {
+      return base::equals_fold(attribute.name, live::kDescriptorAttribute);
+    });
   }
 
   /// A rehearsal makes folders where the real ones are: "FS1" of "\\FS1\Users\jo". A host name with
