@@ -1,0 +1,5 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "base/precompiled.hpp"
