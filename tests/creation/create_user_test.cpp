@@ -382,6 +382,18 @@ TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
   EXPECT_THAT(world.log(), HasSubstr("User name (SAMAccount) Already Exists :Jo.Smith\n"));
 }
 
+/// With rows for the directory, in a domain where "taken@twk.test" is somebody's.
+void start_with_rows(LabSession& world, const std::string& rows) {
+  const platform::ObjectPtr other =
+      world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
+  other->Put("samAccountName", "somebody");
+  other->Put("userPrincipalName", "taken@twk.test");
+  other->SetInfo();
+  world.services.files.write(world.session.program_directory + "\\W2K.dat", rows);
+  world.start();
+  world.type_names("Jo", "", "Smith");
+}
+
 struct W2kCase {
   std::string row;
   std::string attribute;
@@ -404,15 +416,7 @@ TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
   };
   for (const W2kCase& one : cases) {
     LabSession world;
-    const platform::ObjectPtr other =
-        world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
-    other->Put("samAccountName", "somebody");
-    other->Put("userPrincipalName", "taken@twk.test");
-    other->SetInfo();
-    world.services.files.write(world.session.program_directory + "\\W2K.dat",
-                               one.row + "\r\np,company,Acme\r\n");
-    world.start();
-    world.type_names("Jo", "", "Smith");
+    start_with_rows(world, one.row + "\r\np,company,Acme\r\n");
     CreateUser_Click(world.session);
     EXPECT_EQ(world.property("Jo.Smith", one.attribute), one.stored) << one.row;
     EXPECT_EQ(world.property("Jo.Smith", "company"), "Acme") << one.row;
@@ -437,15 +441,7 @@ TEST(DirectoryCreation, GoodRowsAreWrittenTogetherAndABadOneAloneStaysOut) {
   };
   for (const Case& one : cases) {
     LabSession world;
-    const platform::ObjectPtr other =
-        world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
-    other->Put("userPrincipalName", "taken@twk.test");
-    other->Put("samAccountName", "somebody");
-    other->SetInfo();
-    world.services.files.write(world.session.program_directory + "\\W2K.dat",
-                               "p,company,Acme\r\n" + one.row + "\r\np,title,Clerk\r\n");
-    world.start();
-    world.type_names("Jo", "", "Smith");
+    start_with_rows(world, "p,company,Acme\r\n" + one.row + "\r\np,title,Clerk\r\n");
     if (one.row.ends_with("PROMPT"))
       world.dialogs.expect_input("Enter Value for department", "Asked");
     int writes = 0;
