@@ -5,19 +5,31 @@ if(TWK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${TWK_CCACHE})
 endif()
 
-add_library(twk_rules INTERFACE)
-target_compile_options(twk_rules INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+add_library(twk_warnings INTERFACE)
+target_compile_options(twk_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # GCC 12 sees faults in joining std::string when it optimizes (GCC bug 105329).
-  target_compile_options(twk_rules INTERFACE -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
+  target_compile_options(twk_warnings INTERFACE -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow -Wno-stringop-overread)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TWK_CCACHE)
-  target_compile_options(twk_rules INTERFACE -fpch-preprocess)
+  target_compile_options(twk_warnings INTERFACE -fpch-preprocess)
 endif()
+
+# Of the program, and of its tests: to look for undefined behaviour in a test's own code as well would cost half as much
+# again as the rest of its compilation.
+add_library(twk_rules INTERFACE)
+add_library(twk_test_rules INTERFACE)
+target_link_libraries(twk_rules INTERFACE twk_warnings)
+target_link_libraries(twk_test_rules INTERFACE twk_warnings)
 if(TWK_SANITIZE)
   # Lines of a report are all that debugging information is for here.
-  target_compile_options(twk_rules INTERFACE -fsanitize=${TWK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -g1)
-  target_link_options(twk_rules INTERFACE -fsanitize=${TWK_SANITIZE})
+  target_compile_options(twk_warnings INTERFACE -fno-omit-frame-pointer -g1)
+  target_link_options(twk_warnings INTERFACE -fsanitize=${TWK_SANITIZE})
+  target_compile_options(twk_rules INTERFACE -fsanitize=${TWK_SANITIZE} -fno-sanitize-recover=all)
+  string(REGEX REPLACE ",?undefined" "" of_tests "${TWK_SANITIZE}")
+  if(of_tests)
+    target_compile_options(twk_test_rules INTERFACE -fsanitize=${of_tests} -fno-sanitize-recover=all)
+  endif()
 endif()
 
 # twk_library(<name> FOLDERS <folder>… LINKS <library>…): one library from the sources of some folders of src/.
