@@ -58,15 +58,19 @@ std::string command_words(const CLI::App& command) {
   return parent == nullptr ? command.get_name() : command_words(*parent) + " " + command.get_name();
 }
 
-/// A word that is no command is what is wrong, not the command that is missing for it.
-std::string usage_text(const CLI::App& app, const CLI::ParseError& error) {
+/// What is wrong with a command line, and where help for its command is.
+std::string with_help(const CLI::App& app, const std::string& fault) {
   const CLI::App* command = &app;
   while (!command->get_subcommands().empty())
     command = command->get_subcommands().front();
+  return fault + ". Try `" + command_words(*command) + " --help`.";
+}
+
+/// A word that is no command is what is wrong, not the command that is missing for it.
+std::string fault_text(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<std::string> unknown = app.remaining(true);
   const bool named = !unknown.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-  return (named ? "unknown command or option " + unknown.front() : std::string(error.what())) + ". Try `" +
-         command_words(*command) + " --help`.";
+  return named ? "unknown command or option " + unknown.front() : std::string(error.what());
 }
 
 /// True when a command is to be run; false when help or the version was asked for and given.
@@ -76,10 +80,12 @@ bool parse(CLI::App& app, int argc, char** argv) {
     return true;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0)
-      throw UsageError(usage_text(app, error));
+      throw UsageError(with_help(app, fault_text(app, error)));
     app.exit(error, std::cout, std::cerr);
     std::cout.flush();
     return false;
+  } catch (const UsageError& error) {
+    throw UsageError(with_help(app, error.what()));
   }
 }
 

@@ -37,7 +37,7 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"BadPort", {"--domain", "twk.test", "--port", "x", "user", "list"}, "65535"},
         UsageCase{"BadMethod", {"--domain", "twk.test", "--method", "x", "user", "list"}, "ticket, ldaps"},
         UsageCase{"NoUser", {"--domain", "twk.test", "--method", "ldaps", "user", "list"}, "needs a user"},
-        UsageCase{"ImportOfNothing", {"lab", "import"}, "LDIF file or --live DIR"},
+        UsageCase{"ImportOfNothing", {"lab", "import"}, "--live DIR. Try `twk lab import --help`."},
         UsageCase{"YesAndNoInput", {"--yes", "--no-input", "site", "list"}, "excludes"},
         UsageCase{"BadUtf8", {"user", "show", "a\xff"}, "argument 3 is not valid UTF-8"},
         UsageCase{"ControlCharacter", {"user", "show", "a\nb"}, "control character U+000A"},
