@@ -132,13 +132,13 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
 }
 
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
-                   const std::vector<ads::StagedChange>& changes, const std::vector<Modification>& own) {
+                   const std::vector<ads::StagedChange>& changes) {
   domain.store.refresh();
   const Entry& entry = require_entry(domain, dn);
   const std::string object_class = entry_class(entry);
   const bool user = is_user(entry);
-  std::vector<Modification> modifications = to_modifications(domain, &entry, object_class, provider, changes);
-  modifications.insert(modifications.begin(), own.begin(), own.end());
+  const std::vector<Modification> modifications =
+      to_modifications(domain, &entry, object_class, provider, changes);
   if (modifications.empty())
     return;
   std::optional<PrimaryGroupChange> primary;

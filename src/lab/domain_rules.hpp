@@ -25,7 +25,7 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
 /// All changes or none. An account name in use is refused as above; "primaryGroupID" follows
 /// `PrimaryGroupChange`.
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
-                   const std::vector<ads::StagedChange>& changes, const std::vector<Modification>& own = {});
+                   const std::vector<ads::StagedChange>& changes);
 /// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group
 /// that is somebody's primary group.
 void delete_object(LabDomain& domain, const std::string& dn);

@@ -85,7 +85,7 @@ void LdapObject::SetPassword(std::string_view password) {
 bool LdapObject::SetInfoWithPassword(std::string_view password) {
   require_writable();
   base::Trap refused;
-  return refused([&] { entry_.commit_with_password(password); });
+  return refused([&] { entry_.add_with_password(password); });
 }
 
 void LdapObject::enumerate(std::span<const std::string> classes,

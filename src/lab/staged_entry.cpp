@@ -77,24 +77,23 @@ void StagedEntry::stage(int control, std::string_view attribute, const Value& va
 }
 
 void StagedEntry::commit() {
-  write({});
-}
-
-void StagedEntry::commit_with_password(std::string_view password) {
-  if (!base::equals_fold(object_class_, "user"))
-    raise(ads_error::kUnwilling, dn_ + " has no password");
-  write(password_changes(domain_, password, get("sAMAccountName").text()));
-}
-
-void StagedEntry::write(const std::vector<Modification>& own) {
-  if (new_) {
-    add_object(domain_, provider_, object_class_, dn_, staged_.changes(), own);
-    new_ = false;
-  } else {
-    modify_object(domain_, provider_, dn_, staged_.changes(), own);
-  }
+  if (new_)
+    return add({});
+  modify_object(domain_, provider_, dn_, staged_.changes());
   staged_.clear();
   fetched_ = false;
+}
+
+void StagedEntry::add_with_password(std::string_view password) {
+  if (!new_ || !base::equals_fold(object_class_, "user"))
+    raise(ads_error::kUnwilling, dn_ + " is no new account");
+  add(password_changes(domain_, password, get("sAMAccountName").text()));
+}
+
+void StagedEntry::add(const std::vector<Modification>& own) {
+  add_object(domain_, provider_, object_class_, dn_, staged_.changes(), own);
+  new_ = false;
+  staged_.clear();
 }
 
 }  // namespace twk::lab

@@ -28,8 +28,8 @@ class StagedEntry final : public ads::AttributeAccess {
   void stage(int control, std::string_view attribute, const platform::Value& value) override;
   /// All staged changes or none; on failure they stay staged.
   void commit();
-  /// These and a password, all or none. Raises kUnwilling for an object that is no user.
-  void commit_with_password(std::string_view password);
+  /// A new account with a password, or none of it. Raises kUnwilling for an object that is none.
+  void add_with_password(std::string_view password);
 
  private:
   struct Fetched {
@@ -38,7 +38,7 @@ class StagedEntry final : public ads::AttributeAccess {
   };
 
   void fetch();
-  void write(const std::vector<Modification>& own);
+  void add(const std::vector<Modification>& own);
   [[nodiscard]] std::vector<std::string> stored_values(std::string_view attribute);
 
   LabDomain& domain_;

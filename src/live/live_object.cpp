@@ -211,8 +211,8 @@ void LiveEntry::commit() {
   fetched_.reset();
 }
 
-void LiveEntry::write_password(std::vector<LdapChange> changes, std::string_view password) {
-  changes.push_back({LdapChangeKind::kReplace, "unicodePwd", {encode_password(password)}});
+void LiveEntry::set_password(std::string_view password) {
+  std::vector<LdapChange> changes = {{LdapChangeKind::kReplace, "unicodePwd", {encode_password(password)}}};
   if (awaits_password_) {
     changes.push_back(
         {LdapChangeKind::kReplace, "userAccountControl", {base::to_text(platform::kFlagNormalAccount)}});
@@ -223,40 +223,27 @@ void LiveEntry::write_password(std::vector<LdapChange> changes, std::string_view
   fetched_.reset();
 }
 
-void LiveEntry::set_password(std::string_view password) {
-  write_password({}, password);
-}
-
-void LiveEntry::add_with_password(std::string_view password, bool sets_flags) {
-  std::vector<LdapAttribute> attributes = new_attributes();
-  attributes.push_back({"unicodePwd", {encode_password(password)}});
-  if (!sets_flags)
-    attributes.push_back({"userAccountControl", {base::to_text(platform::kFlagNormalAccount)}});
-  origin_.ldap().add(dn_, attributes);
-  new_ = false;
-  has_new_password_ = true;
-}
-
-bool LiveEntry::commit_with_password(std::string_view password) {
-  const auto& staged = staged_.changes();
-  const bool sets_flags = std::any_of(staged.begin(), staged.end(), [](const ads::StagedChange& change) {
-    return base::equals_fold(change.attribute, "userAccountControl");
-  });
-  // The first password of a stored account comes with flags of its own.
-  if (!is_user() || (sets_flags && awaits_password_))
+bool LiveEntry::add_with_password(std::string_view password) {
+  if (!new_ || !is_user())
     return false;
   base::Trap trap;
   trap([&] {
-    if (new_) {
-      add_with_password(password, sets_flags);
-    } else {
-      write_password(staged_requests(), password);
-    }
+    std::vector<LdapAttribute> attributes = new_attributes();
+    attributes.push_back({"unicodePwd", {encode_password(password)}});
+    const auto& staged = staged_.changes();
+    const bool sets_flags = std::any_of(staged.begin(), staged.end(), [](const ads::StagedChange& change) {
+      return base::equals_fold(change.attribute, "userAccountControl");
+    });
+    if (!sets_flags)
+      attributes.push_back({"userAccountControl", {base::to_text(platform::kFlagNormalAccount)}});
+    origin_.ldap().add(dn_, attributes);
   });
   if (trap.number() == ads_error::kServerDown)
     base::raise(trap.number(), trap.description());
   if (trap.number() != 0)
     return false;
+  new_ = false;
+  has_new_password_ = true;
   staged_.clear();
   return true;
 }
@@ -317,7 +304,7 @@ void LiveObject::SetPassword(std::string_view password) {
 
 bool LiveObject::SetInfoWithPassword(std::string_view password) {
   require_writable();
-  return entry_.commit_with_password(password);
+  return entry_.add_with_password(password);
 }
 
 void LiveObject::enumerate(std::span<const std::string> classes,

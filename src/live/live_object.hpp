@@ -50,9 +50,9 @@ class LiveEntry final : public ads::AttributeAccess {
   void commit();
   /// Enables an account that was made through this object.
   void set_password(std::string_view password);
-  /// The staged changes and the password in one request. False when that was refused, and for what goes in no
-  /// single request.
-  bool commit_with_password(std::string_view password);
+  /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
+  /// for what is no new account.
+  bool add_with_password(std::string_view password);
   /// All values of a link, also when the server hands them out in ranges.
   std::vector<std::string> links(std::string_view attribute);
 
@@ -60,10 +60,8 @@ class LiveEntry final : public ads::AttributeAccess {
   void fetch();
   [[nodiscard]] bool is_user() const;
   [[nodiscard]] std::vector<LdapAttribute> new_attributes();
-  void add_with_password(std::string_view password, bool sets_flags);
   void write_changes();
   [[nodiscard]] std::vector<LdapChange> staged_requests();
-  void write_password(std::vector<LdapChange> changes, std::string_view password);
   [[nodiscard]] bool keep_naming_value(std::vector<LdapChange>& changes) const;
   std::vector<std::string> stored(std::string_view attribute);
   std::vector<std::string> raw_values(const ads::StagedChange& change);

@@ -78,10 +78,10 @@ class DirectoryObject {
 
   /// The password takes effect at once. Raises kPasswordPolicy when the domain refuses it.
   virtual void SetPassword(std::string_view password) = 0;
-  /// `SetInfo` and `SetPassword` in one request, where the directory can: a server spends most of a small
-  /// write on keeping it. False when it cannot, or when either part was refused: nothing is written then,
-  /// what was staged stays so, and the two calls tell which part it is. Of a new account,
-  /// "userAccountControl" and "pwdLastSet" are what it has beside its password. Raises kServerDown.
+  /// `SetInfo` of a new account and its first `SetPassword` in one request, where the directory can: a server
+  /// spends most of a small write on keeping it. A "userAccountControl" and a "pwdLastSet" that are staged
+  /// hold beside the password. False for an object that is stored, where the directory cannot, or when either
+  /// part was refused: nothing is written then, and the two calls tell which part it is. Raises kServerDown.
   virtual bool SetInfoWithPassword(std::string_view /*password*/) { return false; }
 
   // What a container does.
