@@ -9,13 +9,17 @@ namespace twk::creation {
 /// raises, the password's too; the account may then stand half made.
 void CreateNtAccount(CreationRun& run);
 
-/// Creates the account through the LDAP provider in two writes; the first tells a name in use apart, in a
-/// box. A password that is refused only warns. Flags that the LDAP object does not carry are set through the
-/// WinNT provider.
+/// Creates the account through the LDAP provider, in one request where the directory can and agrees,
+/// otherwise step by step; the first step tells a name in use apart, in a box. A password that is refused
+/// only warns. Flags that the LDAP object does not carry are set through the WinNT provider.
 void CreateAdAccount(CreationRun& run);
 
-/// Writes the rows of the directory table on the new account, each on its own, so that one that is refused
-/// leaves the others in place.
+/// Stages on an account that is not stored yet the rows of the directory table that mean the same there, and
+/// remembers them in `first_properties`. Nothing is told: that is for `ApplyW2kProperties`, at their place.
+void StageFirstProperties(CreationRun& run);
+
+/// Writes the rows of the directory table on the new account, except those that went with it, and tells of
+/// each; one that is refused leaves the others in place.
 void ApplyW2kProperties(CreationRun& run);
 
 /// Adds the account to groups: those named in the import line's columns, then those of the template, or those

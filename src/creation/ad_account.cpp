@@ -61,12 +61,10 @@ platform::ObjectPtr new_object(CreationRun& run) {
   return object;
 }
 
-/// The whole account in one request. False when that was refused, and nothing is written: the writes one by
-/// one then tell which part it is.
-bool create_at_once(CreationRun& run) {
+/// The whole account in one request, with the rows of the directory table that can go along or without them.
+/// False when that was refused, and nothing is written.
+bool add_whole(CreationRun& run, bool with_properties) {
   const session::Form1& form = run.session.form1;
-  if (run.Password.empty())
-    return false;
   run.CurrentUserObject = new_object(run);
   User user(run.CurrentUserObject);
   base::Trap wrong_date;
@@ -78,7 +76,20 @@ bool create_at_once(CreationRun& run) {
     user.Put("pwdLastSet", 0);
   if (form.New_Disabled.on())
     user.put_AccountDisabled(true);
+  if (with_properties)
+    StageFirstProperties(run);
   return user.SetInfoWithPassword(run.Password);
+}
+
+/// False when it was refused: the writes one by one then tell which part it is.
+bool create_at_once(CreationRun& run) {
+  if (run.Password.empty())
+    return false;
+  if (add_whole(run, true))
+    return true;
+  const bool may_be_a_row = !run.first_properties.empty();
+  run.first_properties.clear();
+  return may_be_a_row && add_whole(run, false);
 }
 
 /// Makes the object; true when it is whole. A box tells why it was refused, and the failure goes on.

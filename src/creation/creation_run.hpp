@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/errors.hpp"
 #include "platform/directory.hpp"
@@ -44,6 +45,13 @@ struct ResolvedPaths {
   std::string HomeDirText;
 };
 
+/// A row of the directory table as it is written: an attribute and its expanded value.
+struct DirectoryProperty {
+  std::string attribute;
+  std::string value;
+  bool is_written = false;
+};
+
 enum class CreationStage { kNone = 0, kAccount = 1, kProfileDirectory = 2, kCommand = 3 };
 
 /// One run of the creation: its input and what its stages hand to each other.
@@ -68,6 +76,7 @@ struct CreationRun {
   std::string SummaryRow;
   std::int16_t RunWarning = 1;  ///< 2 once anything warned
   CreationStage stage = CreationStage::kNone;
+  std::vector<DirectoryProperty> first_properties;  ///< rows that went with the new account
   platform::ObjectPtr CurrentUserObject;
   platform::ObjectPtr AdContainer;
   controls::TreeNode* CreatedUserNode = nullptr;

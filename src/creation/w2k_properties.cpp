@@ -1,9 +1,14 @@
+#include <algorithm>
+#include <array>
+#include <optional>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
 #include "directory/operations.hpp"
+#include "platform/adsi.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
@@ -11,18 +16,23 @@ namespace {
 
 using session::Session;
 
-struct Property {
-  std::string attribute;
-  std::string value;
-};
+constexpr std::string_view kPrincipalName = "userPrincipalName";
 
-/// False when it was refused. What a refused write leaves staged would spoil the next one, so the account is
-/// bound anew then.
-bool write(CreationRun& run, std::span<const Property> properties) {
+/// What names an object, and what acts beyond its own value: these mean something else, or nothing, before
+/// the account stands.
+constexpr std::array<std::string_view, 9> kNeedTheAccount = {
+    "objectClass", "cn",         "name",         "sAMAccountName", "userAccountControl",
+    "pwdLastSet",  "unicodePwd", "userPassword", "primaryGroupID"};
+
+/// Writes those that are not written yet. False when that was refused. What a refused write leaves staged
+/// would spoil the next one, so the account is bound anew then.
+bool write(CreationRun& run, std::span<const DirectoryProperty> properties) {
   base::Trap trap;
   if (trap([&] {
-        for (const Property& one : properties)
-          run.CurrentUserObject->Put(one.attribute, one.value);
+        for (const DirectoryProperty& one : properties) {
+          if (!one.is_written)
+            run.CurrentUserObject->Put(one.attribute, one.value);
+        }
         run.CurrentUserObject->SetInfo();
       }))
     return true;
@@ -32,7 +42,7 @@ bool write(CreationRun& run, std::span<const Property> properties) {
   return false;
 }
 
-void tell(CreationRun& run, const Property& property, bool written) {
+void tell(CreationRun& run, const DirectoryProperty& property, bool written) {
   const std::string what = property.attribute + ", " + property.value;
   if (!written) {
     run.RunWarning = 2;
@@ -45,10 +55,12 @@ void tell(CreationRun& run, const Property& property, bool written) {
 
 /// All in one request, which costs a server little more than one of them. When that is refused, each goes on
 /// its own, so that a bad one leaves the others in place.
-void write_all(CreationRun& run, std::vector<Property>& properties) {
-  const bool together = properties.size() > 1 && write(run, properties);
-  for (const Property& one : properties)
-    tell(run, one, together || write(run, {&one, 1}));
+void write_all(CreationRun& run, std::vector<DirectoryProperty>& properties) {
+  const auto waiting =
+      std::count_if(properties.begin(), properties.end(), [](const auto& one) { return !one.is_written; });
+  const bool together = waiting > 1 && write(run, properties);
+  for (const DirectoryProperty& one : properties)
+    tell(run, one, one.is_written || together || write(run, {&one, 1}));
   properties.clear();
 }
 
@@ -57,8 +69,8 @@ void ask_for_value(CreationRun& run, const std::string& attribute) {
   Session& session = run.session;
   if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
     return;
-  Property property{attribute,
-                    session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value")};
+  DirectoryProperty property{
+      attribute, session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value")};
   if (!property.value.empty())
     tell(run, property, write(run, {&property, 1}));
 }
@@ -69,37 +81,108 @@ void refuse_taken_name(CreationRun& run, const std::string& name) {
   run.SummaryRow += ",";
 }
 
+bool is_of_user(const controls::ListRow& row) {
+  return row.icon == "USER";
+}
+
+std::string_view value_of(const controls::ListRow& row) {
+  return row.sub_items.empty() ? std::string_view() : row.sub_items.front();
+}
+
+bool is_prompt(const controls::ListRow& row) {
+  return base::equals_fold(value_of(row), "PROMPT");
+}
+
+/// None for a row that writes nothing: without a value, or with a variable that has none.
+std::optional<DirectoryProperty> property_of(CreationRun& run, const controls::ListRow& row) {
+  std::string value = expand_row_value(run, value_of(row));
+  if (value.empty() || value.find('%') != base::npos)
+    return std::nullopt;
+  return DirectoryProperty{row.text, std::move(value)};
+}
+
+bool is_principal_name(const DirectoryProperty& property) {
+  return base::equals_fold(property.attribute, kPrincipalName);
+}
+
+bool is_taken(CreationRun& run, const DirectoryProperty& property) {
+  return is_principal_name(property) && directory::Is_Name_Used_In_Forest(run.session, property.value);
+}
+
+bool went_with_account(const CreationRun& run, const DirectoryProperty& property) {
+  return std::any_of(run.first_properties.begin(), run.first_properties.end(), [&](const auto& one) {
+    return one.attribute == property.attribute && one.value == property.value;
+  });
+}
+
+std::string folded_attribute(std::string_view name) {
+  return base::lower(platform::ldap_attribute(name));
+}
+
+/// The account's own fields come first, and rows are written over them.
+bool is_staged(CreationRun& run, std::string_view attribute) {
+  base::Trap trap;
+  trap([&] { static_cast<void>(run.CurrentUserObject->Get(attribute)); });
+  return trap.number() != platform::ads_error::kPropertyNotFound;
+}
+
+/// How many rows there are for an attribute: the last one holds, so their order counts.
+std::unordered_map<std::string, int> rows_by_attribute(const controls::ListView& rows) {
+  std::unordered_map<std::string, int> count;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (is_of_user(rows.at(i)))
+      ++count[folded_attribute(rows.at(i).text)];
+  }
+  return count;
+}
+
 }  // namespace
+
+void StageFirstProperties(CreationRun& run) {
+  const controls::ListView& rows = run.session.form1.ListView7;
+  std::unordered_map<std::string, int> count = rows_by_attribute(rows);
+  for (const std::string_view attribute : kNeedTheAccount)
+    count[base::lower(attribute)] = 0;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const controls::ListRow& row = rows.at(i);
+    if (!is_of_user(row) || is_prompt(row) || count[folded_attribute(row.text)] != 1)
+      continue;
+    std::optional<DirectoryProperty> property = property_of(run, row);
+    if (!property || is_staged(run, property->attribute) || is_taken(run, *property))
+      continue;
+    run.CurrentUserObject->Put(property->attribute, property->value);
+    run.first_properties.push_back(std::move(*property));
+  }
+}
 
 void ApplyW2kProperties(CreationRun& run) {
   log(run, "Setting W2K Properties");
   show_step(run, "Setting W2K Properties");
   const controls::ListView& rows = run.session.form1.ListView7;
-  std::vector<Property> waiting;
+  std::vector<DirectoryProperty> waiting;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const controls::ListRow& row = rows.at(i);
-    if (row.icon != "USER")
+    if (!is_of_user(row))
       continue;
-    const std::string value = row.sub_items.empty() ? std::string() : row.sub_items.front();
-    if (base::equals_fold(value, "PROMPT")) {
+    if (is_prompt(row)) {
       write_all(run, waiting);
       ask_for_value(run, row.text);
       continue;
     }
-    std::string expanded = expand_row_value(run, value);
-    if (expanded.empty() || expanded.find('%') != base::npos)
+    std::optional<DirectoryProperty> property = property_of(run, row);
+    if (!property)
       continue;
-    if (base::equals_fold(row.text, "DISPLAYNAME"))
-      run.tree_name = expanded;
-    if (base::equals_fold(row.text, "USERPRINCIPALNAME")) {
-      if (directory::Is_Name_Used_In_Forest(run.session, expanded)) {
-        write_all(run, waiting);
-        refuse_taken_name(run, expanded);
-        continue;
-      }
-      run.SummaryRow += expanded + ",";
+    property->is_written = went_with_account(run, *property);
+    if (base::equals_fold(property->attribute, "DISPLAYNAME"))
+      run.tree_name = property->value;
+    if (!property->is_written && is_taken(run, *property)) {
+      write_all(run, waiting);
+      refuse_taken_name(run, property->value);
+      continue;
     }
-    waiting.push_back({row.text, std::move(expanded)});
+    if (is_principal_name(*property))
+      run.SummaryRow += property->value + ",";
+    waiting.push_back(std::move(*property));
   }
   write_all(run, waiting);
 }

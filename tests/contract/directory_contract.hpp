@@ -300,6 +300,7 @@ TEST_P(DirectoryContract, NewAccountIsMadeWithItsPasswordOrNotAtAll) {
     user.Put("samAccountName", account);
     user.put_Description("Clerk");
     user.put_LoginHours(base::Bytes(21, 0x0F));
+    user.Put("userPrincipalName", std::string(account) + "@twk.test");
     return user;
   };
   const auto bind = [&](const char* cn) { return User(get_entry(w_, std::string(cn) + "," + w_.unit())); };
@@ -313,6 +314,7 @@ TEST_P(DirectoryContract, NewAccountIsMadeWithItsPasswordOrNotAtAll) {
   ASSERT_TRUE(user.SetInfoWithPassword("Correct-Horse-7"));
   EXPECT_EQ(bind("CN=Jo").Description(), "Clerk");
   EXPECT_EQ(bind("CN=Jo").LoginHours(), base::Bytes(21, 0x0F));
+  EXPECT_EQ(bind("CN=Jo").Get("userPrincipalName").text(), "jo@twk.test");
   EXPECT_EQ(bind("CN=Jo").Get("userAccountControl").integer(), platform::kFlagNormalAccount);
   EXPECT_NE(bind("CN=Jo").Get("pwdLastSet").text(), "0");
   user.put_Description("Driver");

@@ -306,6 +306,15 @@ TEST(DirectoryCreation, APasswordThatThePolicyRefusesOnlyWarns) {
   EXPECT_NE(user.Get("userAccountControl").integer() & platform::kFlagPasswordNeverExpires, 0);
 }
 
+/// Another account with these names.
+void add_somebody(LabSession& world, const std::string& account, const std::string& principal) {
+  const platform::ObjectPtr other =
+      world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
+  other->Put("samAccountName", account);
+  other->Put("userPrincipalName", principal);
+  other->SetInfo();
+}
+
 TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoes) {
   struct Case {
     const char* what;
@@ -313,6 +322,13 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoe
     std::function<void(LabSession&)> prepare;
     std::vector<std::string> writes{};
     std::string description = "new starter";
+  };
+  const auto rows = [](std::string text) {
+    return [text = std::move(text)](LabSession& world) {
+      world.services.files.write(world.session.program_directory + "\\W2K.dat", text);
+      if (text.find("PROMPT") != std::string::npos)
+        world.dialogs.expect_input("Enter Value for Department", "Asked");
+    };
   };
   const std::vector<Case> cases = {
       {"plain", "GREEN", [](LabSession&) {}, {"SetInfoWithPassword"}},
@@ -330,12 +346,32 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoe
       {"with a refused field", "RED", [](LabSession&) {}, {}, std::string(1025, 'x')},
       {"with a name in use", "RED",
        [](LabSession& world) {
-         const auto other = world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")
-                                ->Create("user", "cn=Somebody");
-         other->Put("samAccountName", "Jo.Smith");
-         other->SetInfo();
+         add_somebody(world, "Jo.Smith", "somebody@twk.test");
          world.dialogs.expect("User name already exists.");
        }},
+      {"with rows",
+       "GREEN",
+       rows("p,company,Acme\r\np,userPrincipalName,%first%@%Domain%\r\np,title,%IMPORT7%\r\n"),
+       {"SetInfoWithPassword"}},
+      {"with a row that is refused",
+       "YELLOW",
+       rows("p,company,Acme\r\np,noSuchAttribute,x\r\np,title,Clerk\r\n"),
+       {"SetInfoWithPassword", "SetInfoWithPassword", "SetInfo", "SetInfo", "SetInfo", "SetInfo"}},
+      {"with a principal name in use",
+       "YELLOW",
+       [&](LabSession& world) {
+         add_somebody(world, "somebody", "taken@twk.test");
+         rows("p,company,Acme\r\np,userPrincipalName,taken@twk.test\r\np,title,Clerk\r\n")(world);
+       },
+       {"SetInfoWithPassword"}},
+      {"with rows over its own fields",
+       "GREEN",
+       rows("p,description,of the row\r\np,FullName,Row\r\np,userAccountControl,514\r\np,title,Clerk\r\n"),
+       {"SetInfoWithPassword", "SetInfo"}},
+      {"with rows for one attribute",
+       "GREEN",
+       rows("p,department,first\r\np,company,Acme\r\np,Department,PROMPT\r\np,TITLE,one\r\np,title,two\r\n"),
+       {"SetInfoWithPassword", "SetInfo", "SetInfo", "SetInfo"}},
   };
   for (const Case& one : cases) {
     std::vector<std::string> told;
@@ -356,7 +392,8 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoe
       std::string tale = world.log() + world.session.LastCreation.message;
       for (const char* const attribute :
            {"displayName", "description", "homeDirectory", "homeDrive", "profilePath", "scriptPath",
-            "logonHours", "givenName", "sn", "userAccountControl", "accountExpires"})
+            "logonHours", "givenName", "sn", "userAccountControl", "accountExpires", "company", "department",
+            "title", "userPrincipalName"})
         tale += std::string("\n") + attribute + "=" + world.property("Jo.Smith", attribute);
       tale += world.property("Jo.Smith", "pwdLastSet") == "0" ? "\nmust change" : "\nmay keep";
       told.push_back(std::move(tale));
@@ -371,10 +408,7 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoe
 TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
   LabSession world;
   world.start();
-  const platform::ObjectPtr users = world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test");
-  const platform::ObjectPtr other = users->Create("user", "cn=Somebody");
-  other->Put("samAccountName", "Jo.Smith");
-  other->SetInfo();
+  add_somebody(world, "Jo.Smith", "somebody@twk.test");
   world.dialogs.expect("User name already exists.\r\nChange the userID and try again");
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
@@ -384,11 +418,7 @@ TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
 
 /// With rows for the directory, in a domain where "taken@twk.test" is somebody's.
 void start_with_rows(LabSession& world, const std::string& rows) {
-  const platform::ObjectPtr other =
-      world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
-  other->Put("samAccountName", "somebody");
-  other->Put("userPrincipalName", "taken@twk.test");
-  other->SetInfo();
+  add_somebody(world, "somebody", "taken@twk.test");
   world.services.files.write(world.session.program_directory + "\\W2K.dat", rows);
   world.start();
   world.type_names("Jo", "", "Smith");

@@ -132,6 +132,22 @@ def look_at_hours():
         failures.append(f"Never.There is refused for another reason: {words}")
 
 
+def create_with_bad_rows():
+    """A country code of eight letters and a principal name that is somebody's stay out, and each is told."""
+    run("samba-tool", "user", "create", "principal.owner", FIRST, "-s", CONF)
+    twk("table", "set", "w2k", text="p,company,Acme\np,c,Atlantis\np,userPrincipalName,principal.owner@%Domain%\np,title,Clerk\n")
+    create("create", "--template", "Staff", "Bad", "Rows", codes=(1,))
+    shown = run("samba-tool", "user", "show", "Bad.Rows", "-s", CONF).stdout
+    for what in ("company: Acme", "title: Clerk", "userAccountControl: 512", "memberOf: CN=Newcomers,"):
+        expect(what, "samba-tool user show Bad.Rows", shown)
+    if "Atlantis" in shown or "userPrincipalName" in shown:
+        failures.append(f"a bad row was written:\n{shown}")
+    log = twk("log", "show", "--tail", "60").stdout
+    for what in ("Setting company, Acme", "Error setting c, Atlantis", "UPN not set", "Setting title, Clerk"):
+        expect(what, "the log", log)
+    log_on("Bad.Rows", FIRST, (0,))
+
+
 def create_without_password():
     """Such an account is disabled, which is told."""
     twk("settings", "set", "Setup", "Password", text="\n")
@@ -168,6 +184,7 @@ def main():
         look_at_logon(made["GREEN"][0])
         look_at_hours()
         if IS_AD:
+            create_with_bad_rows()
             create_without_password()
     if failures:
         sys.exit("\n\n".join(failures[:10]) + f"\n{len(failures)} failures")
