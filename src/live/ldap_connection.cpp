@@ -6,6 +6,7 @@
 #include <ctime>
 #include <deque>
 #include <thread>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -130,29 +131,123 @@ int to_ldap(LdapChangeKind kind) {
   return LDAP_MOD_REPLACE;
 }
 
+/// Names and values are taken from the message where they lie, without the copies that other calls hand out.
 LdapEntry to_entry(LDAP* connection, LDAPMessage* message) {
   LdapEntry entry;
-  if (char* const dn = ldap_get_dn(connection, message)) {
-    entry.dn = dn;
-    ldap_memfree(dn);
-  }
   BerElement* place = nullptr;
-  for (char* name = ldap_first_attribute(connection, message, &place); name != nullptr;
-       name = ldap_next_attribute(connection, message, place)) {
-    LdapAttribute& attribute = entry.attributes.emplace_back();
-    attribute.name = name;
-    ldap_memfree(name);
-    if (berval** const values = ldap_get_values_len(connection, message, attribute.name.c_str())) {
-      for (berval** value = values; *value != nullptr; ++value)
-        attribute.values.push_back(to_string(**value));
-      ldap_value_free_len(values);
+  berval dn{};
+  if (ldap_get_dn_ber(connection, message, &place, &dn) == LDAP_SUCCESS) {
+    entry.dn = to_string(dn);
+    berval name{};
+    BerVarray values = nullptr;
+    while (ldap_get_attribute_ber(connection, message, place, &name, &values) == LDAP_SUCCESS &&
+           name.bv_val != nullptr) {
+      LdapAttribute& attribute = entry.attributes.emplace_back();
+      attribute.name = to_string(name);
+      for (const berval* value = values; value != nullptr && value->bv_val != nullptr; ++value)
+        attribute.values.push_back(to_string(*value));
+      ldap_memfree(values);
+      values = nullptr;
     }
   }
   ber_free(place, 0);
   return entry;
 }
 
+/// The mark that the server put beside a page (RFC 2696); empty behind the last.
+std::string cookie_of(LDAP* connection, LDAPMessage* answer) {
+  std::string cookie;
+  LDAPControl** controls = nullptr;
+  if (ldap_parse_result(connection, answer, nullptr, nullptr, nullptr, nullptr, &controls, 0) !=
+          LDAP_SUCCESS ||
+      controls == nullptr)
+    return cookie;
+  if (LDAPControl* const page = ldap_control_find(LDAP_CONTROL_PAGEDRESULTS, controls, nullptr)) {
+    ber_int_t estimate = 0;
+    berval next{};
+    if (ldap_parse_pageresponse_control(connection, page, &estimate, &next) == LDAP_SUCCESS) {
+      cookie = to_string(next);
+      ber_memfree(next.bv_val);
+    }
+  }
+  ldap_controls_free(controls);
+  return cookie;
+}
+
+/// A search as the library wants it, to be made and waited for, or sent now and waited for later.
+class SearchRequest {
+ public:
+  SearchRequest(const LdapSearch& search, int timeout_seconds) : search_(search) {
+    timeout_.tv_sec = search.timeout_seconds > 0 ? search.timeout_seconds : timeout_seconds;
+    for (const std::string& name : search.attributes)
+      names_.push_back(const_cast<char*>(name.c_str()));  // NOLINT: read only
+    names_.push_back(nullptr);
+  }
+
+  int make(LDAP* connection, const std::string& cookie, LdapAnswer& answer) const {
+    Controls controls;
+    add_controls(connection, cookie, controls);
+    timeval timeout = timeout_;
+    LDAPMessage* message = nullptr;
+    const int result =
+        ldap_search_ext_s(connection, search_.base.c_str(), to_ldap(search_.scope), search_.filter.c_str(),
+                          names(), 0, controls.data(), nullptr, &timeout, LDAP_NO_LIMIT, &message);
+    answer.reset(message);
+    return result;
+  }
+
+  /// None when it could not be sent.
+  [[nodiscard]] std::optional<int> send(LDAP* connection, const std::string& cookie) const {
+    Controls controls;
+    add_controls(connection, cookie, controls);
+    timeval timeout = timeout_;
+    int request = 0;
+    const int result =
+        ldap_search_ext(connection, search_.base.c_str(), to_ldap(search_.scope), search_.filter.c_str(),
+                        names(), 0, controls.data(), nullptr, &timeout, LDAP_NO_LIMIT, &request);
+    return result == LDAP_SUCCESS ? std::optional<int>(request) : std::nullopt;
+  }
+
+  int wait(LDAP* connection, int request, LdapAnswer& answer) const {
+    timeval timeout = timeout_;
+    LDAPMessage* message = nullptr;
+    const int type = ldap_result(connection, request, LDAP_MSG_ALL, &timeout, &message);
+    answer.reset(message);
+    if (type == 0)
+      return LDAP_TIMEOUT;
+    int result = LDAP_OTHER;
+    if (type < 0)
+      ldap_get_option(connection, LDAP_OPT_RESULT_CODE, &result);
+    else
+      ldap_parse_result(connection, message, &result, nullptr, nullptr, nullptr, nullptr, 0);
+    return result;
+  }
+
+ private:
+  [[nodiscard]] char** names() const {
+    return search_.attributes.empty() ? nullptr : const_cast<char**>(names_.data());  // NOLINT: read only
+  }
+
+  void add_controls(LDAP* connection, const std::string& cookie, Controls& controls) const {
+    if (search_.scope != platform::Scope::kBase && search_.page_size > 0)
+      controls.add_page(connection, search_.page_size, cookie);
+    if (search_.descriptor_parts != 0)
+      controls.add_descriptor_parts(search_.descriptor_parts);
+  }
+
+  const LdapSearch& search_;
+  timeval timeout_{};
+  std::vector<char*> names_;
+};
+
 }  // namespace
+
+void LdapCursor::restart() {
+  const std::optional<int> asked = std::exchange(request_, std::nullopt);
+  if (const auto connection = asked_over_.lock(); connection != nullptr && asked)
+    ldap_abandon_ext(connection->get(), *asked, nullptr, nullptr);
+  cookie_.clear();
+}
 
 const std::vector<std::string>* LdapEntry::find(std::string_view name) const {
   for (const LdapAttribute& attribute : attributes) {
@@ -253,70 +348,51 @@ bool LdapConnection::exists(const std::string& dn) {
   raise_ldap_error(result, diagnostic(), LdapRequest::kRead, "Look whether " + dn + " was written");
 }
 
-std::vector<LdapEntry> LdapConnection::search_page(const LdapSearch& search, std::string& cookie) {
-  std::vector<char*> names;
-  for (const std::string& name : search.attributes)
-    names.push_back(const_cast<char*>(name.c_str()));  // NOLINT: read only
-  names.push_back(nullptr);
-  const bool paged = search.scope != platform::Scope::kBase && search.page_size > 0;
-  LDAPMessage* answer = nullptr;
-  const auto ask = [&] {
-    Controls controls;
-    if (paged)
-      controls.add_page(handle_->get(), search.page_size, cookie);
-    if (search.descriptor_parts != 0)
-      controls.add_descriptor_parts(search.descriptor_parts);
-    ldap_msgfree(answer);
-    answer = nullptr;
-    timeval timeout{};
-    timeout.tv_sec =
-        search.timeout_seconds > 0 ? search.timeout_seconds : credentials_->settings().timeout_seconds;
-    return ldap_search_ext_s(handle_->get(), search.base.c_str(), to_ldap(search.scope),
-                             search.filter.c_str(), search.attributes.empty() ? nullptr : names.data(), 0,
-                             controls.data(), nullptr, &timeout, LDAP_NO_LIMIT, &answer);
-  };
+int LdapConnection::get_page(const LdapSearch& search, LdapCursor& cursor, LdapAnswer& answer) {
+  const SearchRequest request(search, credentials_->settings().timeout_seconds);
+  const std::optional<int> asked = std::exchange(cursor.request_, std::nullopt);
+  if (asked && cursor.asked_over_.lock() == handle_)
+    return request.wait(handle_->get(), *asked, answer);
+  const auto ask = [&] { return request.make(handle_->get(), cursor.cookie_, answer); };
   // A cookie belongs to its connection: a search that lost it in the middle cannot go on.
-  const bool may_repeat = cookie.empty();
+  return cursor.has_more() ? ask() : run(ask, [] { return false; });
+}
+
+void LdapConnection::ask_ahead(const LdapSearch& search, LdapCursor& cursor) {
+  const SearchRequest request(search, credentials_->settings().timeout_seconds);
+  // One that cannot be sent is made when the page is wanted, and tells then what is wrong.
+  cursor.request_ = request.send(handle_->get(), cursor.cookie_);
+  cursor.asked_over_ = handle_;
+}
+
+std::vector<LdapEntry> LdapConnection::search_page(const LdapSearch& search, LdapCursor& cursor) {
   open();
-  const int result = may_repeat ? run(ask, [] { return false; }) : ask();
-  const std::unique_ptr<LDAPMessage, int (*)(LDAPMessage*)> owned(answer, ldap_msgfree);
+  LdapAnswer answer(nullptr, ldap_msgfree);
+  const int result = get_page(search, cursor, answer);
   if (result != LDAP_SUCCESS) {
     const std::string text = diagnostic();
     if (is_connection_lost(result))
       close();
     raise_ldap_error(result, text, LdapRequest::kRead, "Search below " + search.base);
   }
+  cursor.cookie_ = cookie_of(handle_->get(), answer.get());
+  if (cursor.has_more())
+    ask_ahead(search, cursor);
   std::vector<LdapEntry> entries;
-  for (LDAPMessage* entry = ldap_first_entry(handle_->get(), owned.get()); entry != nullptr;
+  for (LDAPMessage* entry = ldap_first_entry(handle_->get(), answer.get()); entry != nullptr;
        entry = ldap_next_entry(handle_->get(), entry))
     entries.push_back(to_entry(handle_->get(), entry));
-  cookie.clear();
-  LDAPControl** controls = nullptr;
-  if (paged &&
-      ldap_parse_result(handle_->get(), owned.get(), nullptr, nullptr, nullptr, nullptr, &controls, 0) ==
-          LDAP_SUCCESS &&
-      controls != nullptr) {
-    if (LDAPControl* const page = ldap_control_find(LDAP_CONTROL_PAGEDRESULTS, controls, nullptr)) {
-      ber_int_t estimate = 0;
-      berval next{};
-      if (ldap_parse_pageresponse_control(handle_->get(), page, &estimate, &next) == LDAP_SUCCESS) {
-        cookie = to_string(next);
-        ber_memfree(next.bv_val);
-      }
-    }
-    ldap_controls_free(controls);
-  }
   return entries;
 }
 
 void LdapConnection::search(const LdapSearch& wanted, const std::function<bool(LdapEntry&&)>& visit) {
-  std::string cookie;
+  LdapCursor cursor;
   do {
-    for (LdapEntry& entry : search_page(wanted, cookie)) {
+    for (LdapEntry& entry : search_page(wanted, cursor)) {
       if (!visit(std::move(entry)))
         return;
     }
-  } while (!cookie.empty());
+  } while (cursor.has_more());
 }
 
 LdapEntry LdapConnection::read(const std::string& dn, const std::vector<std::string>& attributes,
@@ -326,8 +402,8 @@ LdapEntry LdapConnection::read(const std::string& dn, const std::vector<std::str
   one.scope = platform::Scope::kBase;
   one.attributes = attributes;
   one.descriptor_parts = descriptor_parts;
-  std::string cookie;
-  std::vector<LdapEntry> found = search_page(one, cookie);
+  LdapCursor cursor;
+  std::vector<LdapEntry> found = search_page(one, cursor);
   if (found.empty())
     base::raise(ads_error::kNoSuchObject, "There is no such object: " + dn);
   return std::move(found.front());

@@ -14,7 +14,12 @@
 #include "live/ldap_session.hpp"
 #include "platform/query.hpp"
 
+struct ldapmsg;
+
 namespace twk::live {
+
+/// What libldap has of a server's answer.
+using LdapAnswer = std::unique_ptr<ldapmsg, int (*)(ldapmsg*)>;
 
 /// One attribute with its raw values.
 struct LdapAttribute {
@@ -52,6 +57,27 @@ struct LdapSearch {
   std::uint32_t descriptor_parts = 0;
 };
 
+/// How far a search in pages has come: first in front of all of it, in the end behind it. What is under way
+/// goes with it, so one that is let go in the middle gives up the rest.
+class LdapCursor {
+ public:
+  LdapCursor() = default;
+  LdapCursor(const LdapCursor&) = delete;
+  LdapCursor& operator=(const LdapCursor&) = delete;
+  ~LdapCursor() { restart(); }
+
+  [[nodiscard]] bool has_more() const { return !cookie_.empty(); }
+  /// In front of all of it again.
+  void restart();
+
+ private:
+  friend class LdapConnection;
+
+  std::string cookie_;                    ///< the server's mark of the next page
+  std::weak_ptr<LdapHandle> asked_over_;  ///< the connection on which that page is asked for
+  std::optional<int> request_;            ///< by this message
+};
+
 /// A connection to one LDAP server, made when it is first needed and kept. It is sealed by the Kerberos
 /// ticket, or by TLS with the server's certificate checked; nothing goes over a clear one.
 ///
@@ -81,8 +107,9 @@ class LdapConnection {
                  std::uint32_t descriptor_parts = 0);
   /// All entries of a search, in the server's order, page by page.
   void search(const LdapSearch& search, const std::function<bool(LdapEntry&&)>& visit);
-  /// One page. `cookie` tells where to go on: empty at first, and afterwards empty at the end.
-  std::vector<LdapEntry> search_page(const LdapSearch& search, std::string& cookie);
+  /// The next page. The one behind it is asked for before this one is given out, so that the server works on
+  /// it meanwhile; its time-out begins when it is waited for.
+  std::vector<LdapEntry> search_page(const LdapSearch& search, LdapCursor& cursor);
 
   void add(const std::string& dn, const std::vector<LdapAttribute>& attributes);
   /// `descriptor_parts` tells the server which parts of a security descriptor are written.
@@ -100,11 +127,14 @@ class LdapConnection {
   /// was made.
   int run(const std::function<int()>& request, const std::function<bool()>& done);
   [[nodiscard]] bool exists(const std::string& dn);
+  /// Waits for the page that is asked for, or asks for it and waits. Returns the result's code.
+  int get_page(const LdapSearch& search, LdapCursor& cursor, LdapAnswer& answer);
+  void ask_ahead(const LdapSearch& search, LdapCursor& cursor);
 
   std::shared_ptr<Credentials> credentials_;
   std::string host_;
   std::uint16_t port_;
-  std::unique_ptr<LdapHandle> handle_;
+  std::shared_ptr<LdapHandle> handle_;
   std::optional<std::time_t> ends_;  ///< of the ticket that seals it
   bool had_connection_ = false;      ///< once, be it lost by now
   bool gone_ = false;                ///< was waited for in vain

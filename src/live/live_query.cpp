@@ -36,7 +36,7 @@ class LiveRecordset final : public platform::Recordset {
   /// Reads what is left and puts all rows into the order of an attribute, without regard to case; rows
   /// without it come first.
   void sort_by(std::string_view attribute) {
-    while (!cookie_.empty())
+    while (cursor_.has_more())
       append_page();
     std::vector<std::pair<std::string, LdapEntry>> keyed;
     keyed.reserve(rows_.size());
@@ -76,13 +76,13 @@ class LiveRecordset final : public platform::Recordset {
   void MoveNext() override {
     require_row();
     ++current_;
-    if (current_ < rows_.size() || cookie_.empty())
+    if (current_ < rows_.size() || !cursor_.has_more())
       return;
     rows_.clear();
     current_ = 0;
     first_page_ = false;
     // A page may be empty without being the last one.
-    while (rows_.empty() && !cookie_.empty())
+    while (rows_.empty() && cursor_.has_more())
       append_page();
   }
 
@@ -95,29 +95,29 @@ class LiveRecordset final : public platform::Recordset {
 
   void MoveLast() override {
     require_open();
-    cookie_.clear();
+    cursor_.restart();
     if (!rows_.empty())
       current_ = rows_.size() - 1;
   }
 
   void Close() override {
     closed_ = true;
-    cookie_.clear();
+    cursor_.restart();
     rows_.clear();
   }
 
  private:
   void first_page() {
     rows_.clear();
-    cookie_.clear();
+    cursor_.restart();
     current_ = 0;
     first_page_ = true;
     do {
       append_page();
-    } while (rows_.empty() && !cookie_.empty());
+    } while (rows_.empty() && cursor_.has_more());
   }
   void append_page() {
-    for (LdapEntry& entry : connection_.search_page(search_, cookie_)) {
+    for (LdapEntry& entry : connection_.search_page(search_, cursor_)) {
       if (!is_wanted_ || is_wanted_(entry))
         rows_.push_back(std::move(entry));
     }
@@ -137,7 +137,7 @@ class LiveRecordset final : public platform::Recordset {
   std::string prefix_;
   std::vector<Column> columns_;
   std::vector<LdapEntry> rows_;  ///< of the page in hand
-  std::string cookie_;           ///< of the next page; empty behind the last
+  LdapCursor cursor_;
   std::size_t current_ = 0;
   bool first_page_ = true;
   bool closed_ = false;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "contract/world.hpp"
 
 namespace twk::contract {
@@ -92,6 +94,32 @@ TEST_P(QueryContract, UserWithoutDisplayNameHasANullFieldAndSortsFirst) {
   EXPECT_TRUE(rows->field(1).is_empty());
   rows->MoveNext();
   EXPECT_EQ(rows->field(1).text(), "Aa Ben");
+}
+
+TEST_P(QueryContract, WalksInPagesGoOnBesideEachOtherAndMayBeLeftInTheMiddle) {
+  make_three_users();
+  platform::QueryOptions paged;
+  paged.page_size = 1;
+  const std::string text = below_unit() + "(objectClass=user);name;onelevel";
+  const auto rest = [](platform::Recordset& rows) {
+    std::set<std::string> names;
+    for (; !rows.at_eof(); rows.MoveNext())
+      EXPECT_TRUE(names.insert(rows.field(0).text()).second);
+    return names;
+  };
+  const std::set<std::string> all = {"Ann", "Ben", "Zoë Smith"};
+  const auto first = run(text, paged);
+  const auto second = run(text, paged);
+  first->MoveNext();
+  second->MoveNext();
+  run(text, paged)->MoveNext();
+  const auto closed = run(text, paged);
+  closed->Close();
+  EXPECT_EQ(rest(*run(text, paged)), all);
+  EXPECT_EQ(rest(*first).size(), 2U);
+  EXPECT_EQ(rest(*second).size(), 2U);
+  second->MoveFirst();
+  EXPECT_EQ(rest(*second), all);
 }
 
 TEST_P(QueryContract, MoveLastFollowedByMoveNextEndsTheWalk) {

@@ -262,6 +262,34 @@ TEST(LostConnection, IsToldOnceAndThatItIsBack) {
   EXPECT_THAT(told[1], HasSubstr("connected again"));
 }
 
+TEST(LostConnection, InTheMiddleOfAWalkIsToldAndTheNextWalkIsWhole) {
+  LiveSettings settings = live_settings();
+  settings.timeout_seconds = 3;
+  LiveDomain domain(settings);
+  live::LdapSearch search;
+  search.base = domain.root_dn();
+  search.attributes = {"1.1"};
+  search.page_size = 20;
+  const auto walk = [&](int stop_behind, const char* how) {
+    int entries = 0;
+    domain.ldap().search(search, [&](live::LdapEntry&&) {
+      if (++entries == stop_behind)
+        control(how);
+      return true;
+    });
+    return entries;
+  };
+  const int all = walk(0, "");
+  ASSERT_GT(all, 60);
+  for (const auto& [how, back] : {std::pair("stop", "start"), std::pair("stall", "resume")}) {
+    base::Trap trap;
+    EXPECT_FALSE(trap([&] { walk(25, how); })) << how;
+    EXPECT_EQ(trap.number(), ads_error::kServerDown) << how;
+    control(back);
+    EXPECT_EQ(walk(0, ""), all) << how;
+  }
+}
+
 TEST(EndedTicket, IsToldInTheMiddleOfTheWorkAndARenewedOneIsTakenUp) {
   const TemporaryDirectory folder;
   const Variable other("KRB5CCNAME", "FILE:" + (folder / "ticket"));
