@@ -10,6 +10,7 @@
 #include "cli/failures.hpp"
 #include "cli/interrupt.hpp"
 #include "cli/logon_password.hpp"
+#include "local/refused_writes.hpp"
 
 namespace twk::cli {
 namespace {
@@ -125,6 +126,7 @@ int run(int argc, char** argv) {
   if (!parse(line, argc, argv))
     return kExitGreen;
   catch_interrupts();
+  local::outlive_refused_writes();
   const int exit_code = context.run();
   context.output().finish();
   return exit_code;

@@ -16,8 +16,6 @@ extern "C" void on_interrupt(int) {
   was_interrupted = 1;
 }
 
-extern "C" void on_refused_write(int) {}
-
 }  // namespace
 
 void catch_interrupts() {
@@ -27,10 +25,6 @@ void catch_interrupts() {
   action.sa_handler = on_interrupt;
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
-  // A handler and not SIG_IGN, which programs that are started here would inherit.
-  action.sa_handler = on_refused_write;
-  sigaction(SIGPIPE, &action, nullptr);
-  sigaction(SIGXFSZ, &action, nullptr);
 }
 
 bool interrupted() {

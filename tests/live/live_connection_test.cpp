@@ -1,3 +1,4 @@
+#include <array>
 #include <ctime>
 #include <filesystem>
 #include <thread>
@@ -7,6 +8,7 @@
 #include "live/discover_domains.hpp"
 #include "live/live.hpp"
 #include "live/live_world.hpp"
+#include "local/refused_writes.hpp"
 #include "support/run_program.hpp"
 #include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
@@ -288,6 +290,22 @@ TEST(LostConnection, InTheMiddleOfAWalkIsToldAndTheNextWalkIsWhole) {
     control(back);
     EXPECT_EQ(walk(0, ""), all) << how;
   }
+}
+
+TEST(LostConnection, IsNoEndOfTheProgramWhileWalksAreLeftInTheMiddle) {
+  local::outlive_refused_writes();
+  LiveDomain domain(live_settings());
+  live::LdapSearch search;
+  search.base = domain.root_dn();
+  search.page_size = 5;
+  std::array<live::LdapCursor, 4> walks;
+  for (live::LdapCursor& walk : walks)
+    EXPECT_EQ(domain.ldap().search_page(search, walk).size(), 5U);
+  control("stop");
+  for (live::LdapCursor& walk : walks)
+    walk.restart();
+  control("start");
+  EXPECT_EQ(domain.ldap().search_page(search, walks[0]).size(), 5U);
 }
 
 TEST(EndedTicket, IsToldInTheMiddleOfTheWorkAndARenewedOneIsTakenUp) {
