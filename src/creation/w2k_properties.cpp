@@ -18,11 +18,51 @@ using session::Session;
 
 constexpr std::string_view kPrincipalName = "userPrincipalName";
 
-/// What names an object, and what acts beyond its own value: these mean something else, or nothing, before
-/// the account stands.
-constexpr std::array<std::string_view, 9> kNeedTheAccount = {
-    "objectClass", "cn",         "name",         "sAMAccountName", "userAccountControl",
-    "pwdLastSet",  "unicodePwd", "userPassword", "primaryGroupID"};
+/// The particulars of a person: a directory keeps these on a new account just as on one that stands. Of
+/// others that is not known; some that only the server may change ("whenCreated", "isDeleted") are passed
+/// over in silence on a new account, where a change of them is refused.
+constexpr std::array<std::string_view, 42> kParticulars = {"userPrincipalName",
+                                                           "displayName",
+                                                           "givenName",
+                                                           "initials",
+                                                           "middleName",
+                                                           "sn",
+                                                           "personalTitle",
+                                                           "generationQualifier",
+                                                           "description",
+                                                           "info",
+                                                           "comment",
+                                                           "department",
+                                                           "company",
+                                                           "division",
+                                                           "title",
+                                                           "employeeID",
+                                                           "employeeNumber",
+                                                           "employeeType",
+                                                           "manager",
+                                                           "assistant",
+                                                           "physicalDeliveryOfficeName",
+                                                           "roomNumber",
+                                                           "streetAddress",
+                                                           "street",
+                                                           "postOfficeBox",
+                                                           "l",
+                                                           "st",
+                                                           "postalCode",
+                                                           "postalAddress",
+                                                           "c",
+                                                           "co",
+                                                           "countryCode",
+                                                           "telephoneNumber",
+                                                           "otherTelephone",
+                                                           "homePhone",
+                                                           "mobile",
+                                                           "facsimileTelephoneNumber",
+                                                           "pager",
+                                                           "ipPhone",
+                                                           "mail",
+                                                           "wWWHomePage",
+                                                           "url"};
 
 /// Writes those that are not written yet. False when that was refused. What a refused write leaves staged
 /// would spoil the next one, so the account is bound anew then.
@@ -119,6 +159,12 @@ std::string folded_attribute(std::string_view name) {
   return base::lower(platform::ldap_attribute(name));
 }
 
+bool is_particular(std::string_view name) {
+  const std::string_view attribute = platform::ldap_attribute(name);
+  return std::any_of(kParticulars.begin(), kParticulars.end(),
+                     [&](std::string_view one) { return base::equals_fold(one, attribute); });
+}
+
 /// The account's own fields come first, and rows are written over them.
 bool is_staged(CreationRun& run, std::string_view attribute) {
   base::Trap trap;
@@ -140,12 +186,11 @@ std::unordered_map<std::string, int> rows_by_attribute(const controls::ListView&
 
 void StageFirstProperties(CreationRun& run) {
   const controls::ListView& rows = run.session.form1.ListView7;
-  std::unordered_map<std::string, int> count = rows_by_attribute(rows);
-  for (const std::string_view attribute : kNeedTheAccount)
-    count[base::lower(attribute)] = 0;
+  const std::unordered_map<std::string, int> count = rows_by_attribute(rows);
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const controls::ListRow& row = rows.at(i);
-    if (!is_of_user(row) || is_prompt(row) || count[folded_attribute(row.text)] != 1)
+    if (!is_of_user(row) || is_prompt(row) || !is_particular(row.text) ||
+        count.at(folded_attribute(row.text)) != 1)
       continue;
     std::optional<DirectoryProperty> property = property_of(run, row);
     if (!property || is_staged(run, property->attribute) || is_taken(run, *property))

@@ -355,8 +355,12 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoe
        {"SetInfoWithPassword"}},
       {"with a row that is refused",
        "YELLOW",
-       rows("p,company,Acme\r\np,noSuchAttribute,x\r\np,title,Clerk\r\n"),
+       rows("p,company,Acme\r\np,department," + std::string(65, 'x') + "\r\np,title,Clerk\r\n"),
        {"SetInfoWithPassword", "SetInfoWithPassword", "SetInfo", "SetInfo", "SetInfo", "SetInfo"}},
+      {"with a row for what the server keeps",
+       "YELLOW",
+       rows("p,company,Acme\r\np,whenCreated,20200101000000.0Z\r\np,title,Clerk\r\n"),
+       {"SetInfoWithPassword", "SetInfo"}},
       {"with a principal name in use",
        "YELLOW",
        [&](LabSession& world) {

@@ -133,9 +133,10 @@ def look_at_hours():
 
 
 def create_with_bad_rows():
-    """A country code of eight letters and a principal name that is somebody's stay out, and each is told."""
+    """A country code of eight letters, a principal name that is somebody's and what only the server may change stay out,
+    and each is told."""
     run("samba-tool", "user", "create", "principal.owner", FIRST, "-s", CONF)
-    twk("table", "set", "w2k", text="p,company,Acme\np,c,Atlantis\np,userPrincipalName,principal.owner@%Domain%\np,title,Clerk\n")
+    twk("table", "set", "w2k", text="p,company,Acme\np,c,Atlantis\np,isDeleted,TRUE\np,userPrincipalName,principal.owner@%Domain%\np,title,Clerk\n")
     create("create", "--template", "Staff", "Bad", "Rows", codes=(1,))
     shown = run("samba-tool", "user", "show", "Bad.Rows", "-s", CONF).stdout
     for what in ("company: Acme", "title: Clerk", "userAccountControl: 512", "memberOf: CN=Newcomers,"):
@@ -143,7 +144,7 @@ def create_with_bad_rows():
     if "Atlantis" in shown or "userPrincipalName" in shown:
         failures.append(f"a bad row was written:\n{shown}")
     log = twk("log", "show", "--tail", "60").stdout
-    for what in ("Setting company, Acme", "Error setting c, Atlantis", "UPN not set", "Setting title, Clerk"):
+    for what in ("Setting company, Acme", "Error setting c, Atlantis", "Error setting isDeleted, TRUE", "UPN not set", "Setting title, Clerk"):
         expect(what, "the log", log)
     log_on("Bad.Rows", FIRST, (0,))
 
