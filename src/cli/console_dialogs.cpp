@@ -168,7 +168,10 @@ Answer ConsoleDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon,
     case Asking::kPerson:
       return ask(buttons);
     case Asking::kYes:
-      return agreed(buttons);
+      // What does harm is agreed to by an option of its own.
+      if (icon != Icon::kExclamation || buttons != Buttons::kYesNo)
+        return agreed(buttons);
+      break;
     case Asking::kNoInput:
       break;
   }

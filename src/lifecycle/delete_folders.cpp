@@ -19,7 +19,7 @@ void take_tree(Session& session, const std::string& path) {
   std::string server = resources::fallback_server(session);
   base::Trap trap;
   trap([&] {
-    const TreePath own = require_own_tree(session, path);
+    const TreePath own = require_own_tree(session, path, {});
     server = own.server;
     if (session.runs.rehearse)
       return session.runs.rehearse("Take ownership of " + own.text() + " and all below it");

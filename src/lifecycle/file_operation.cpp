@@ -136,7 +136,7 @@ bool rehearse_deletion(Session& session, const std::string& path) {
 
 /// True when all went; the folder of a share itself stays, its share holds it.
 bool delete_tree(Session& session, std::string_view path) {
-  const TreePath own = require_own_tree(session, path);
+  const TreePath own = require_own_tree(session, path, {});
   if (session.runs.rehearse)
     return rehearse_deletion(session, own.text());
   platform::Files& files = session.platform.files;
@@ -170,7 +170,7 @@ bool copy_or_move(Session& session, std::string_view from, std::string_view to, 
   if (from.ends_with(kContents))
     from.remove_suffix(kContents.size());
   const bool moves = work == FileWork::kMove;
-  const TreePath source = moves ? require_own_tree(session, from) : parse_tree_path(from);
+  const TreePath source = moves ? require_own_tree(session, from, {}) : parse_tree_path(from);
   const TreePath target = parse_tree_path(to);
   require_outside(session, source, target);
   platform::Files& files = session.platform.files;

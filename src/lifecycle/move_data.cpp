@@ -133,7 +133,7 @@ void remove_old_folder(MoveRun& run, const MovedFolder& folder, std::string way,
     way += tail_of(folder.old_path);
   if (CopyOK && !way.empty()) {
     base::Trap trap;
-    if (!trap([&] { session.platform.files.remove_directory(require_own_tree(session, way).text()); }))
+    if (!trap([&] { session.platform.files.remove_directory(require_own_tree(session, way, {}).text()); }))
       session.log.line(trap.description());
   }
   const std::string& named = way.empty() ? folder.old_path : way;

@@ -106,7 +106,9 @@ void rename_folders(Session& session, const Renaming& plan) {
 void check_folders(Session& session, const Renaming& plan) {
   const std::string old_path = folder_path(plan, plan.first + 1, true);
   const std::string new_path = folder_path(plan, plan.first + 1, false);
-  require_own_tree(session, old_path, plan.share_too ? plan.path.share : std::string());
+  require_own_tree(
+      session, old_path,
+      {.account = {}, .own_share = plan.share_too ? std::string_view(plan.path.share) : std::string_view()});
   if (!base::equals_fold(old_path, new_path) && session.platform.files.exists(new_path))
     base::raise(base::error::kFileExists, new_path + " is there already");
 }

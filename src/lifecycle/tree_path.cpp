@@ -150,7 +150,20 @@ std::string cut_at_folder_of(std::string_view path, std::string_view name) {
   return std::string(path);
 }
 
-TreePath require_own_tree(Session& session, std::string_view path, std::string_view own_share) {
+void require_no_link_on_the_way(Session& session, const TreePath& path) {
+  TreePath way{path.server, path.share, {}};
+  for (const std::string& part : path.parts) {
+    way.parts.push_back(part);
+    base::Trap missing;
+    bool link = false;
+    if (!missing([&] { link = session.platform.files.status(way.text()).link; }))
+      return;
+    if (link)
+      base::raise(base::error::kPathFileAccess, way.text() + " is a link, which is not followed");
+  }
+}
+
+TreePath require_own_tree(Session& session, std::string_view path, const Owner& owner) {
   TreePath tree = parse_tree_path(path);
   const auto folder = folder_on_server(session, tree);
   if (tree.parts.empty() && !folder)
@@ -158,16 +171,22 @@ TreePath require_own_tree(Session& session, std::string_view path, std::string_v
   if (folder && is_drive_root(*folder))
     base::raise(base::error::kPathFileAccess, tree.text() + " is the whole drive " + *folder);
   if (folder) {
-    const std::string other = share_within(session, tree.server, *folder,
-                                           tree.parts.empty() ? std::string_view(tree.share) : own_share);
+    const std::string other = share_within(
+        session, tree.server, *folder, tree.parts.empty() ? std::string_view(tree.share) : owner.own_share);
     if (!other.empty()) {
       base::raise(base::error::kPathFileAccess,
                   tree.text() + " holds the folder of the share " + other + ": it is not one account's own");
     }
   }
-  if (!tree.parts.empty() && session.platform.files.status(tree.text()).link)
-    base::raise(base::error::kPathFileAccess, tree.text() + " is a link, which is not followed");
+  require_no_link_on_the_way(session, tree);
   return tree;
+}
+
+void require_own_share(Session& session, const std::string& server, const std::string& share,
+                       const Owner& /*owner*/) {
+  const auto folder = share_folder(session, server, share);
+  if (folder && is_drive_root(*folder))
+    base::raise(base::error::kPathFileAccess, "The share " + share + " is the whole drive " + *folder);
 }
 
 }  // namespace twk::lifecycle

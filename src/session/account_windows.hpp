@@ -1,9 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "controls/basic.hpp"
+
+namespace twk::lifecycle {
+class FolderUse;
+}
 
 /// State of the windows that change an account which exists, and of the runs that do. Fields bear the names
 /// of the windows' controls.
@@ -49,6 +54,13 @@ struct FileProgress {
   controls::Button CancelButton;
 };
 
+/// What a person says to a step that a run does not take on its own.
+enum class Consent {
+  kAsk,  ///< asked when it comes to that, in a box that defaults to No
+  kNo,
+  kYes
+};
+
 /// Flags of the runs that delete and move users, set by whoever starts them.
 struct AccountRuns {
   bool Delete_Running = false;
@@ -58,6 +70,9 @@ struct AccountRuns {
   bool Run_Command_Flag = false;
   std::string WKS_Name;  ///< of the last `WKS_PROFILE`; empty when it was cancelled
   bool WKS_Is_NT40 = false;
+  Consent even_if_shared = Consent::kAsk;    ///< folders and shares that others use as well are touched
+  Consent new_paths_anyway = Consent::kAsk;  ///< an account gets its new paths though its data was not copied
+  std::shared_ptr<lifecycle::FolderUse> folders;  ///< see `lifecycle::KnownFolders`
   /// Set for a rehearsal: told what would be done to a tree, which then is not done.
   std::function<void(const std::string&)> rehearse;
 };

@@ -1,6 +1,7 @@
 #include "session/activity_log.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -36,7 +37,14 @@ void LOG_TAB(Session& session, std::string_view severity, std::string_view messa
   }
   if (severity == kRed)
     session.platform.dialogs.beep();
-  session.form1.ListView1.add({}, std::string(message), std::string(severity), {date_and_time(session)});
+  std::string text(message);
+  const char* separator = ": ";
+  for (const std::string& reason : session.log.take_reasons()) {
+    if (severity != kGreen)
+      text += separator + reason;
+    separator = "; ";
+  }
+  session.form1.ListView1.add({}, std::move(text), std::string(severity), {date_and_time(session)});
 }
 
 void ActivityLog::open(Session& session) {
@@ -49,6 +57,7 @@ void ActivityLog::open(Session& session) {
 }
 
 void ActivityLog::begin_block(Session& session) {
+  reasons_.clear();
   open(session);
   line(kAsterisks);
   line(date_and_time(session));
@@ -61,6 +70,15 @@ void ActivityLog::line(std::string_view text) {
   base::Trap trap;
   if (!trap([&] { file_->write(text_file_line(text)); }))
     fail(trap.description());
+}
+
+void ActivityLog::reason(std::string_view text) {
+  line(text);
+  reasons_.emplace_back(base::trim(text));
+}
+
+std::vector<std::string> ActivityLog::take_reasons() {
+  return std::exchange(reasons_, {});
 }
 
 void ActivityLog::fail(const std::string& reason) {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/files.hpp"
 
@@ -18,8 +19,9 @@ inline constexpr std::string_view kRed = "RED";
 /// The row of asterisks that begins each block of a log.
 inline constexpr std::string_view kAsterisks = "*****************************************";
 
-/// One row at the end of the log tab, with the time. "RED" beeps. Raises when the severity is none of the
-/// three.
+/// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN bears the reasons
+/// that the log was given since the row before, behind the message: " User jo deleted.: Error Deleting: …;
+/// …". Raises when the severity is none of the three.
 void LOG_TAB(Session& session, std::string_view severity, std::string_view message);
 
 /// "Log.txt" in the database directory, open for the block of one operation. Lines go out in code page 1252
@@ -35,6 +37,10 @@ class ActivityLog {
   void begin_block(Session& session);
   /// One line; nothing happens while the file is closed.
   void line(std::string_view text);
+  /// A line that also says why the next light will not be GREEN. It counts while the file is closed, too.
+  void reason(std::string_view text);
+  /// The reasons since the last row of the log tab, which are none from here on.
+  std::vector<std::string> take_reasons();
   void close();
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }
 
@@ -43,6 +49,7 @@ class ActivityLog {
 
   Session* session_ = nullptr;
   std::unique_ptr<platform::AppendFile> file_;
+  std::vector<std::string> reasons_;
 };
 
 /// "31/12/2026 09:05:00" of the session's clock.

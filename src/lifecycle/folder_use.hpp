@@ -1,0 +1,89 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lifecycle/tree_path.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// Who uses the folders and shares of the domain's file servers, so that what is done to one account never
+/// takes along what is another's.
+namespace twk::lifecycle {
+
+/// An account's word for a folder.
+struct FolderClaim {
+  std::string account;  ///< its account name
+  std::string what;     ///< "home", "profile", "terminal-server home", "terminal-server profile"
+  std::string path;     ///< as the account has it
+};
+
+/// A share of a server and the folder that it stands for.
+struct SharedFolder {
+  std::string share;
+  std::string folder;  ///< as the server spells it, "D:\Users\jo"
+};
+
+/// The accounts of the domain with their home, profile, terminal-server home and profile, and the shares of
+/// each server that was asked about. The accounts are read once, by one search, and each server's shares
+/// once: the runs tell what they change themselves. Folders are compared as their server spells them,
+/// whatever share leads to them; a path through a share that the server does not have, by its text.
+///
+/// Every call raises what the domain or the server raises when it does not answer: without an answer nobody
+/// can say whose a folder is.
+class FolderUse {
+ public:
+  explicit FolderUse(session::Session& session);
+  FolderUse(const FolderUse&) = delete;
+  FolderUse& operator=(const FolderUse&) = delete;
+  ~FolderUse();
+
+  /// The claims of accounts other than `account` on the folder itself and on what lies in it.
+  std::vector<FolderClaim> claims_within(const TreePath& path, std::string_view account);
+  /// The claims of accounts other than `account` on folders above this one. A folder above that holds claims
+  /// of third accounts as well is a common one, nobody's own, and does not count.
+  std::vector<FolderClaim> claims_above(const TreePath& path, std::string_view account);
+  /// The claims of accounts other than `account` whose path goes through this share.
+  std::vector<FolderClaim> claims_through(const std::string& server, std::string_view share,
+                                          std::string_view account);
+  /// The shares of the folder itself and of what lies in it, without those of whole drives.
+  std::vector<SharedFolder> shares_within(const TreePath& path);
+  /// The folder that a share stands for; none when the server has no such share.
+  std::optional<std::string> folder_of_share(const std::string& server, std::string_view share);
+
+  // What a run changed.
+  void forget_account(std::string_view account);
+  /// Reads the paths of an account anew that were changed through `user`.
+  void account_has(std::string_view account, std::string_view what, std::string_view path);
+  void forget_share(const std::string& server, std::string_view share);
+  void add_share(const std::string& server, const std::string& share, const std::string& folder);
+
+ private:
+  struct Index;
+  std::unique_ptr<Index> index_;
+};
+
+/// Keeps what is known of the folders of a session for the length of a scope: of one user, or of a whole run.
+/// The outermost of nested scopes counts, and reads nothing before it is asked.
+class KnownFolders {
+ public:
+  explicit KnownFolders(session::Session& session);
+  KnownFolders(const KnownFolders&) = delete;
+  KnownFolders& operator=(const KnownFolders&) = delete;
+  ~KnownFolders();
+
+ private:
+  session::Session& session_;
+  bool outermost_;
+};
+
+/// What the scope knows. Within none, what is known is of this call alone.
+std::shared_ptr<FolderUse> folder_use(session::Session& session);
+
+}  // namespace twk::lifecycle
