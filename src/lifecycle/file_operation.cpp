@@ -135,8 +135,8 @@ bool rehearse_deletion(Session& session, const std::string& path) {
 }
 
 /// True when all went; the folder of a share itself stays, its share holds it.
-bool delete_tree(Session& session, std::string_view path) {
-  const TreePath own = require_own_tree(session, path, {});
+bool delete_tree(Session& session, std::string_view path, const Owner& owner) {
+  const TreePath own = require_own_tree(session, path, owner);
   if (session.runs.rehearse)
     return rehearse_deletion(session, own.text());
   platform::Files& files = session.platform.files;
@@ -166,11 +166,12 @@ void require_outside(Session& session, const TreePath& source, const TreePath& t
   }
 }
 
-bool copy_or_move(Session& session, std::string_view from, std::string_view to, FileWork work) {
+bool copy_or_move(Session& session, std::string_view from, std::string_view to, FileWork work,
+                  const Owner& owner) {
   if (from.ends_with(kContents))
     from.remove_suffix(kContents.size());
   const bool moves = work == FileWork::kMove;
-  const TreePath source = moves ? require_own_tree(session, from, {}) : parse_tree_path(from);
+  const TreePath source = moves ? require_own_tree(session, from, owner) : parse_tree_path(from);
   const TreePath target = parse_tree_path(to);
   require_outside(session, source, target);
   platform::Files& files = session.platform.files;
@@ -199,11 +200,13 @@ bool copy_or_move(Session& session, std::string_view from, std::string_view to, 
 
 }  // namespace
 
-bool File_Operation(Session& session, std::string_view from, std::string_view to, FileWork work) {
+bool File_Operation(Session& session, std::string_view from, std::string_view to, FileWork work,
+                    const Owner& owner) {
   bool done = false;
   base::Trap trap;
   trap([&] {
-    done = work == FileWork::kDelete ? delete_tree(session, from) : copy_or_move(session, from, to, work);
+    done = work == FileWork::kDelete ? delete_tree(session, from, owner)
+                                     : copy_or_move(session, from, to, work, owner);
   });
   if (trap.number() != 0) {
     session.log.line("File operation failed: " + trap.description());

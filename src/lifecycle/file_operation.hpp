@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "lifecycle/tree_path.hpp"
+
 namespace twk::session {
 struct Session;
 }
@@ -17,10 +19,11 @@ enum class FileWork { kMove = 1, kCopy = 2, kDelete = 3 };
 ///
 /// Asks, unless a run was started without prompts: before a deletion, and once before files of the target are
 /// replaced. Runs through the message loop between files; a run that was cancelled meanwhile stops there. A
-/// path that is not one account's own tree is refused, a link is never followed. A move is a copy that is
+/// path that is not the owner's own tree is refused, a link is never followed. A move is a copy that is
 /// whole before the first file of the source goes. What failed first is told in the log and on the status
 /// bar.
-bool File_Operation(session::Session& session, std::string_view from, std::string_view to, FileWork work);
+bool File_Operation(session::Session& session, std::string_view from, std::string_view to, FileWork work,
+                    const Owner& owner = {});
 
 /// The button of `FileProgress`, the window that shows such work when no run is under way.
 void FileProgress_CancelButton_Click(session::Session& session);
