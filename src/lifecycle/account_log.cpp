@@ -34,7 +34,7 @@ void report_stopped(Session& session, const base::RuntimeError& failure) {
   session.multi_user.Label3.caption = session.Error_Status_Text;
   session.log.line(session.Error_Log_Text);
   session.log.line("Error Number: " + base::to_text(failure.number()));
-  session.log.line(failure.description());
+  session.log.reason(failure.description());
   session.log.close();
   session::LOG_TAB(session, session::kRed, " " + session.Error_Status_Text);
 }

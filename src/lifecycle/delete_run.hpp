@@ -2,7 +2,10 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "lifecycle/own_tree.hpp"
 #include "platform/directory.hpp"
 #include "session/session.hpp"
 
@@ -16,25 +19,49 @@ struct UserFolder {
   std::string share;
   std::string unc;                ///< folder of the share, by a path that stays when the share has gone
   std::size_t tail_position = 0;  ///< 0 for a path that is a bare share
+  bool data_goes = false;
+  std::string data;                ///< the folder that goes, by the way that is taken to it
+  bool through_own_share = false;  ///< no other way leads to `data` than the share that goes
+};
+
+/// A share of the user's that goes.
+struct GoingShare {
+  std::string server;
+  std::string share;
+  std::string_view label;  ///< of the log line
+  bool is_bare = true;     ///< home or profile is the share itself, no folder in it
 };
 
 struct DeleteRun {
   session::Session& session;
   std::string key;
-  platform::ObjectPtr user;
-  std::string logon_name;
-  std::string display_name;  ///< what messages call the user
-  UserFolder home;
-  UserFolder profile;
+  platform::ObjectPtr user = {};
+  std::string logon_name = {};
+  std::string display_name = {};  ///< what messages call the user
+  UserFolder home = {};
+  UserFolder profile = {};
+  std::vector<GoingShare> shares = {};
   bool DeleteProfile = true;
   bool Success = true;
   bool deleted = false;
-  std::string DeletedName;  ///< the key, once the account has gone
+  std::string DeletedName = {};  ///< the key, once the account has gone
 };
 
-/// Works out where home and profile are, and removes their shares. Its failures are passed over.
+inline Owner owner_of(const DeleteRun& run, const UserFolder& folder) {
+  return {.account = run.logon_name, .own_share = folder.share};
+}
+
+/// Works out where home and profile are and what of it goes, without a change to anything. Raises, with the
+/// reason, when something of it is not the user's alone, or data that is to go cannot be reached.
+void find_folders(DeleteRun& run);
+/// Removes the shares of home and profile. The failure to remove one is passed over with a warning.
 void delete_shares(DeleteRun& run);
-/// Removes the folders that `delete_shares` found.
+/// Removes the folders that `find_folders` found, but for those that `delete_shares` had to remove first.
 void delete_folders(DeleteRun& run);
+/// One of these folders.
+void delete_folder(DeleteRun& run, const UserFolder& folder, std::string_view question);
+
+inline constexpr std::string_view kOwnHomeQuestion = "Taking Ownership and changing permissions on: ";
+inline constexpr std::string_view kOwnProfileQuestion = "Taking Ownership and changing Permissions on: ";
 
 }  // namespace twk::lifecycle

@@ -8,6 +8,7 @@
 #include "format/variables.hpp"
 #include "lifecycle/account_log.hpp"
 #include "lifecycle/delete_run.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "mail/delete_mailbox.hpp"
 #include "platform/adsi.hpp"
 #include "stores/record_file.hpp"
@@ -104,6 +105,7 @@ void delete_account(DeleteRun& run) {
   session.log.line("Deleted User Account: " + run.display_name);
   run.deleted = true;
   run.DeletedName = run.key;
+  folder_use(session)->forget_account(run.logon_name);
   if (!session.runs.rehearse)
     remove_from_views(session, run.key);
 }
@@ -139,7 +141,8 @@ void tell_end(DeleteRun& run) {
 bool Delete_One_User(Session& session, std::string_view UserKey) {
   if (!session.runs.Delete_Running || !is_wanted(session, UserKey))
     return false;
-  DeleteRun run{session, std::string(UserKey), {}, {}, {}, {}, {}, true, true, false, {}};
+  const KnownFolders known(session);
+  DeleteRun run{.session = session, .key = std::string(UserKey)};
   session.multi_user.Label3.caption = std::string("Deleting User(s)");
   session.log.begin_block(session);
   session.log.line("Delete User: " + run.key);
@@ -147,8 +150,10 @@ bool Delete_One_User(Session& session, std::string_view UserKey) {
                   "Unable to get user info from Domain, User:" + run.key);
   try {
     bind_user(run);
-    if (session.multi_user.Del_Shares.on())
+    if (session.multi_user.Del_Shares.on()) {
+      find_folders(run);
       delete_shares(run);
+    }
     if (session.runs.Delete_Mail_Flag)
       delete_mail(run);
     delete_account(run);

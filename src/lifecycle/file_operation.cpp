@@ -5,6 +5,8 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "lifecycle/consent.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "lifecycle/tree_copy.hpp"
 #include "lifecycle/tree_path.hpp"
 #include "session/session.hpp"
@@ -18,11 +20,6 @@ using session::Session;
 constexpr std::string_view kContents = "\\*.*";
 constexpr std::uint64_t kFilesATurn = 32;
 constexpr std::uint64_t kBytesATurn = 8U << 20U;
-
-bool is_silent(const Session& session) {
-  return (session.runs.Delete_Running && session.multi_user.No_Prompting.on()) ||
-         (session.runs.Move_Running && session.multi_user.No_Prompt.on());
-}
 
 bool is_yes(Session& session, const std::string& text, std::string_view title) {
   return session.platform.dialogs.MsgBox(text, platform::Buttons::kYesNo, platform::Icon::kQuestion, title) ==
@@ -209,7 +206,7 @@ bool File_Operation(Session& session, std::string_view from, std::string_view to
                                      : copy_or_move(session, from, to, work, owner);
   });
   if (trap.number() != 0) {
-    session.log.line("File operation failed: " + trap.description());
+    session.log.reason("File operation failed: " + trap.description());
     session.form1.StatusBar1.panel1 = trap.description();
     if (session.runs.rehearse)
       session.runs.rehearse("Refused: " + trap.description());
@@ -263,6 +260,7 @@ bool delete_share(Session& session, const std::string& server, const std::string
     return false;
   }
   session.platform.directory.GetObject("WinNT://" + server + "/lanmanserver")->Delete("fileshare", share);
+  folder_use(session)->forget_share(server, share);
   return true;
 }
 

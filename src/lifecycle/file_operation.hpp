@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "lifecycle/tree_path.hpp"
+#include "lifecycle/own_tree.hpp"
 
 namespace twk::session {
 struct Session;

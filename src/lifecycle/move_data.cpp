@@ -3,7 +3,7 @@
 #include "creation/paths.hpp"
 #include "lifecycle/dir_shr_rename.hpp"
 #include "lifecycle/move_run.hpp"
-#include "lifecycle/tree_path.hpp"
+#include "lifecycle/own_tree.hpp"
 #include "resources/share502.hpp"
 
 namespace twk::lifecycle {
@@ -86,7 +86,7 @@ bool copy_data(MoveRun& run, const MovedFolder& folder, const DataTexts& texts) 
     return false;
   }
   return File_Operation(session, folder.old_path + "\\*.*", folder.new_unc,
-                        static_cast<FileWork>(run.DataMode));
+                        static_cast<FileWork>(run.DataMode), {.account = run.key});
 }
 
 void log_copy(const MoveRun& run, const MovedFolder& folder, const DataTexts& texts, bool CopyOK) {
@@ -133,7 +133,10 @@ void remove_old_folder(MoveRun& run, const MovedFolder& folder, std::string way,
     way += tail_of(folder.old_path);
   if (CopyOK && !way.empty()) {
     base::Trap trap;
-    if (!trap([&] { session.platform.files.remove_directory(require_own_tree(session, way, {}).text()); }))
+    if (!trap([&] {
+          session.platform.files.remove_directory(
+              require_own_tree(session, way, {.account = run.key}).text());
+        }))
       session.log.line(trap.description());
   }
   const std::string& named = way.empty() ? folder.old_path : way;

@@ -7,6 +7,7 @@
 #include "format/passwords.hpp"
 #include "lifecycle/dir_shr_rename.hpp"
 #include "lifecycle/file_operation.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "lifecycle/rename_nt.hpp"
 #include "lifecycle/rename_user.hpp"
 #include "platform/adsi.hpp"
@@ -28,18 +29,26 @@ bool beep_and_show(Session& session, const std::string& text) {
   return false;
 }
 
-std::string profile_path(Session& session, const controls::TreeNode& node) {
+/// An account of the tree, and the profile that it has.
+struct AccountProfile {
+  std::string account;
+  std::string path;
+};
+
+AccountProfile read_profile(Session& session, const controls::TreeNode& node) {
   platform::DirectoryService& directory = session.platform.directory;
-  const platform::ObjectPtr object =
-      session::is_active_directory(session)
-          ? directory.GetObject(node.key)
-          : directory.GetObject("WinNT://" + session.DomainName)->GetObject("user", node.text);
-  return std::string(base::trim(platform::User(object).Profile()));
+  if (!session::is_active_directory(session)) {
+    const platform::ObjectPtr user =
+        directory.GetObject("WinNT://" + session.DomainName)->GetObject("user", node.text);
+    return {node.text, std::string(base::trim(platform::User(user).Profile()))};
+  }
+  const platform::ObjectPtr user = directory.GetObject(node.key);
+  return {user->Get("samAccountName").text(), std::string(base::trim(platform::User(user).Profile()))};
 }
 
 /// Why a profile is not touched; empty when it may be.
 std::string refusal_of_profile(const std::string& path) {
-  if (base::lower(path).ends_with(".man"))
+  if (names_mandatory_profile(path))
     return "Unable to Delete Mandatory Profiles";
   if (base::find_fold(path, "NETLOGON") != base::npos)
     return "Unable to Delete Profile from Netlogon Directory...";
@@ -63,6 +72,16 @@ std::string profile_folder(const Session& session, const controls::TreeNode& nod
   return platform::unescape_dn_value(std::string_view(node.key).substr(start + 3, end - start - 3));
 }
 
+/// Empty when it cannot be read, which makes the account nobody's.
+std::string account_name(Session& session, const controls::TreeNode& node) {
+  if (!session::is_active_directory(session))
+    return node.text;
+  std::string name;
+  base::Trap unreadable;
+  unreadable([&] { name = session.platform.directory.GetObject(node.key)->Get("samAccountName").text(); });
+  return name;
+}
+
 /// Part of a path that names one folder and nothing else.
 bool is_one_name(std::string_view name) {
   return name.find_first_not_of(" .") != base::npos && name.find_first_of("\\/:*?\"<>|") == base::npos &&
@@ -70,12 +89,14 @@ bool is_one_name(std::string_view name) {
 }
 
 /// The status bar tells how it ended.
-bool delete_folder(Session& session, const std::string& path, const std::string& done) {
+bool delete_folder(Session& session, const AccountProfile& profile, const std::string& done) {
+  const std::string& path = profile.path;
+  const KnownFolders known(session);
   show(session, "Deleting " + path + " ...");
   session.import.ImportStopped = false;
   session.log.begin_block(session);
   session.log.line("Deleting " + path);
-  const bool deleted = File_Operation(session, path, {}, FileWork::kDelete);
+  const bool deleted = File_Operation(session, path, {}, FileWork::kDelete, {.account = profile.account});
   session.log.line((deleted ? "Deleted Dir: " : "Error Deleting: ") + path);
   session.log.close();
   if (deleted)
@@ -122,10 +143,11 @@ void Rename_User(Session& session) {
 }
 
 bool Delete_Server_Profile(Session& session, const controls::TreeNode& node) {
-  std::string path;
+  AccountProfile profile;
   base::Trap trap;
-  if (!trap([&] { path = profile_path(session, node); }))
+  if (!trap([&] { profile = read_profile(session, node); }))
     return beep_and_show(session, "Unable to read the user: " + trap.description());
+  const std::string& path = profile.path;
   const std::string refusal = refusal_of_profile(path);
   if (!refusal.empty())
     return beep_and_show(session, refusal);
@@ -133,7 +155,7 @@ bool Delete_Server_Profile(Session& session, const controls::TreeNode& node) {
     look_up_temp(session);
     return beep_and_show(session, "Profile Not found " + path);
   }
-  const bool deleted = delete_folder(session, path, "Profile Deleted.");
+  const bool deleted = delete_folder(session, profile, "Profile Deleted.");
   look_up_temp(session);
   return deleted;
 }
@@ -161,7 +183,7 @@ bool delete_wks_profile(Session& session, const controls::TreeNode& node) {
   show(session, "Deleting " + path + " ...");
   if (!Dir_Exists(session, path))
     return beep_and_show(session, "Unable to find " + path + " ...");
-  return delete_folder(session, path, "Ready.");
+  return delete_folder(session, {account_name(session, node), path}, "Ready.");
 }
 
 void WKS_PROFILE_OKButton_Click(Session& session) {

@@ -8,7 +8,7 @@
 #include "creation/paths.hpp"
 #include "format/variables.hpp"
 #include "lifecycle/dir_shr_rename.hpp"
-#include "lifecycle/tree_path.hpp"
+#include "lifecycle/own_tree.hpp"
 #include "platform/adsi.hpp"
 #include "resources/share502.hpp"
 #include "session/session.hpp"
@@ -102,13 +102,18 @@ void rename_folders(Session& session, const Renaming& plan) {
   }
 }
 
+/// The account's name as it is by now.
+std::string account_of(const Session& session, const platform::ObjectPtr& user) {
+  return session::is_active_directory(session) ? user->Get("samAccountName").text() : user->Name();
+}
+
 /// Sees to it that nobody else's folder is renamed, and that no other is in the way.
-void check_folders(Session& session, const Renaming& plan) {
+void check_folders(Session& session, const Renaming& plan, std::string_view account) {
   const std::string old_path = folder_path(plan, plan.first + 1, true);
   const std::string new_path = folder_path(plan, plan.first + 1, false);
-  require_own_tree(
-      session, old_path,
-      {.account = {}, .own_share = plan.share_too ? std::string_view(plan.path.share) : std::string_view()});
+  require_own_tree(session, old_path,
+                   {.account = account,
+                    .own_share = plan.share_too ? std::string_view(plan.path.share) : std::string_view()});
   if (!base::equals_fold(old_path, new_path) && session.platform.files.exists(new_path))
     base::raise(base::error::kFileExists, new_path + " is there already");
 }
@@ -214,7 +219,7 @@ void rename_profile_under_home(Session& session, const platform::ObjectPtr& user
       const bool beside =
           !session.platform.files.exists(moved) && session.platform.files.exists(plan->folder.text());
       if (beside) {
-        check_folders(session, *plan);
+        check_folders(session, *plan, account_of(session, user));
         rename_folders(session, *plan);
       }
       write_path(user, false, new_account_path(*plan));
@@ -235,7 +240,7 @@ bool Rename_ShrDir(Session& session, const platform::ObjectPtr& user, std::strin
     return false;
   try {
     const Renaming plan = plan_renaming(session, Path, OldName, NewName);
-    check_folders(session, plan);
+    check_folders(session, plan, account_of(session, user));
     if (!plan.share_too)
       rename_folders(session, plan);
     else if (!rename_with_share(session, plan, OldName, NewName))

@@ -20,6 +20,8 @@ constexpr std::string_view kNeverInNames = "/:*?\"<>|";
 void check_part(std::string_view path, const std::string& part) {
   if (part.find_first_not_of(" .") == base::npos)
     refuse(path, "holds the part \"" + part + "\", which leads elsewhere");
+  if (part.ends_with('.') || part.ends_with(' '))
+    refuse(path, "holds the part \"" + part + "\", of which a server drops the end");
   if (part.find_first_of(kNeverInNames) != base::npos)
     refuse(path, "holds a character that no name of a folder has: \"" + part + "\"");
   if (const auto control = base::find_control_character(part))
@@ -100,25 +102,16 @@ bool holds_folder(std::string_view outer, std::string_view inner) {
   return folded(inner).starts_with(folded(outer));
 }
 
-std::string share_within(Session& session, const std::string& server, std::string_view folder,
-                         std::string_view except) {
-  const std::vector<std::string> shares{"FileShare"};
-  std::string found;
-  base::Trap unknown;
-  unknown([&] {
-    session.platform.directory.GetObject(object_path(server))
-        ->enumerate(shares, [&](const platform::ObjectPtr& share) {
-          base::Trap without_folder;
-          without_folder([&] {
-            const std::string path = share->Get("Path").text();
-            if (!is_drive_root(path) && holds_folder(folder, path) &&
-                !base::equals_fold(share->Name(), except))
-              found = share->Name();
-          });
-          return found.empty();
-        });
-  });
-  return found;
+bool names_mandatory_profile(std::string_view path) {
+  constexpr std::string_view kMandatory = ".MAN";
+  std::string text = base::upper(path);
+  std::replace(text.begin(), text.end(), '/', '\\');
+  for (std::string part : base::split(text, '\\')) {
+    part.erase(part.find_last_not_of(" .") + 1);
+    if (part.ends_with(kMandatory))
+      return true;
+  }
+  return false;
 }
 
 bool holds_word(std::string_view text, std::string_view name) {
@@ -148,45 +141,6 @@ std::string cut_at_folder_of(std::string_view path, std::string_view name) {
     start = end;
   }
   return std::string(path);
-}
-
-void require_no_link_on_the_way(Session& session, const TreePath& path) {
-  TreePath way{path.server, path.share, {}};
-  for (const std::string& part : path.parts) {
-    way.parts.push_back(part);
-    base::Trap missing;
-    bool link = false;
-    if (!missing([&] { link = session.platform.files.status(way.text()).link; }))
-      return;
-    if (link)
-      base::raise(base::error::kPathFileAccess, way.text() + " is a link, which is not followed");
-  }
-}
-
-TreePath require_own_tree(Session& session, std::string_view path, const Owner& owner) {
-  TreePath tree = parse_tree_path(path);
-  const auto folder = folder_on_server(session, tree);
-  if (tree.parts.empty() && !folder)
-    base::raise(base::error::kPathFileAccess, tree.text() + " is a whole share of an unknown folder");
-  if (folder && is_drive_root(*folder))
-    base::raise(base::error::kPathFileAccess, tree.text() + " is the whole drive " + *folder);
-  if (folder) {
-    const std::string other = share_within(
-        session, tree.server, *folder, tree.parts.empty() ? std::string_view(tree.share) : owner.own_share);
-    if (!other.empty()) {
-      base::raise(base::error::kPathFileAccess,
-                  tree.text() + " holds the folder of the share " + other + ": it is not one account's own");
-    }
-  }
-  require_no_link_on_the_way(session, tree);
-  return tree;
-}
-
-void require_own_share(Session& session, const std::string& server, const std::string& share,
-                       const Owner& /*owner*/) {
-  const auto folder = share_folder(session, server, share);
-  if (folder && is_drive_root(*folder))
-    base::raise(base::error::kPathFileAccess, "The share " + share + " is the whole drive " + *folder);
 }
 
 }  // namespace twk::lifecycle

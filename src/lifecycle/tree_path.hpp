@@ -25,8 +25,8 @@ struct TreePath {
 
 /// Takes a network path apart; blanks around it and doubled backslashes behind the share do not count. Raises
 /// 52, with a text that names the path and what is wrong, for one without server or share, with a part that
-/// leads elsewhere ("." and "..", also with blanks or dots behind them) and with a character that no name
-/// has.
+/// leads elsewhere ("." and ".."), with blanks or dots at the end of a part, which a server drops, and with a
+/// character that no name has.
 TreePath parse_tree_path(std::string_view path);
 
 /// The folder on the server that a share stands for; none when the server does not tell.
@@ -39,34 +39,9 @@ bool is_drive_root(std::string_view folder);
 /// True when the two are one folder, or the second lies below the first; both as the server spells them.
 bool holds_folder(std::string_view outer, std::string_view inner);
 
-/// The name of a share whose folder is this one or lies below it, but for `except`; empty when there is none
-/// or the server does not tell. Shares of whole drives do not count.
-std::string share_within(session::Session& session, const std::string& server, std::string_view folder,
-                         std::string_view except);
-
-/// Whose tree or share is about to be touched.
-struct Owner {
-  std::string_view account;         ///< the account name; empty for nobody's
-  std::string_view own_share = {};  ///< a share that may stand for the folder or lie in it
-};
-
-/// The path of a folder of the owner's alone, whose contents may be taken away, moved or renamed. Raises 52
-/// as `parse_tree_path` does, and 75 for a drive as a whole and an administrative share ("D$", "ADMIN$"), for
-/// a link on the way, and when the server or the domain does not say who uses it.
-///
-/// A folder that is, holds or lies in the home or profile of another account, or that another share stands
-/// for or lies below, raises 75 with a text that names them, unless `runs.even_if_shared` lets it pass; where
-/// that asks, a box names what else is hit and defaults to No.
-TreePath require_own_tree(session::Session& session, std::string_view path, const Owner& owner);
-
-/// The same for a share that is about to be removed or renamed: it raises for that of a drive and an
-/// administrative one, and for one through which the paths of other accounts lead or whose folder holds
-/// theirs. A share that the server does not have passes.
-void require_own_share(session::Session& session, const std::string& server, const std::string& share,
-                       const Owner& owner);
-
-/// Raises 75 when a part of the path, down to what does not exist, is a link, which leads elsewhere.
-void require_no_link_on_the_way(session::Session& session, const TreePath& path);
+/// True when a folder of the path is a mandatory profile: its name ends in ".man", in any case, with whatever
+/// blanks, dots and backslashes stand after it.
+bool names_mandatory_profile(std::string_view path);
 
 /// True when the text holds the name as a word of its own: "jo" in "jo$" and "x-jo.v2", not in "john".
 bool holds_word(std::string_view text, std::string_view name);

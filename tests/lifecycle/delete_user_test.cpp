@@ -163,11 +163,11 @@ const Case kCases[] = {
     {"a server that is not there",
      "\\\\NOWHERE\\none$",
      "",
-     true,
+     false,
      kAll,
      kBothShares,
-     "YELLOW",
-     "Unable to find Home Share: none$\n",
+     "RED",
+     "it cannot be found out who uses it",
      {}},
     {"a tail keeps the share",
      "\\\\FS1\\Users\\jo",
@@ -181,17 +181,44 @@ const Case kCases[] = {
        world.services.network.NetShareDel("FS1", "jo$");
        world.share("FS1", "Users", "D:\\Users");
      }},
-    {"a common share goes with both",
+    {"a common share stays",
      "\\\\FS1\\Common\\jo",
      "\\\\FS1\\COMMON\\jo\\prf",
      true,
      kWithoutHome,
+     {"jo.prf$", "Common"},
+     "GREEN",
+     "Not deleting share Common on FS1: it leads to others as well: ann\n",
+     [](LifecycleWorld& world) {
+       world.services.network.NetShareDel("FS1", "jo$");
+       world.share("FS1", "Common", "D:\\Users");
+     }},
+    {"a share above nothing but both goes with them",
+     "\\\\FS1\\Common\\jo",
+     "\\\\FS1\\COMMON\\jo\\prf",
+     true,
+     {"Users/", "Profiles/", "Profiles/jo/", "Profiles/jo/NTUser.dat"},
      {"jo.prf$"},
      "GREEN",
      "Deleted Common Share: Common\n",
      [](LifecycleWorld& world) {
        world.services.network.NetShareDel("FS1", "jo$");
        world.share("FS1", "Common", "D:\\Users");
+       std::filesystem::remove_all(world.server_folder("FS1/D/Users/ann"));
+     }},
+    {"a home that its own share alone leads to is emptied before the share and the account go",
+     "\\\\FS1\\jo$",
+     "",
+     true,
+     all_but({"Users/jo/Mail/", "Users/jo/a.txt", "Users/jo/Mail/b.txt"}),
+     {"jo.prf$"},
+     "YELLOW",
+     "The empty folder D:\\Users\\jo of FS1 stays: only its own share led to it\n",
+     [](LifecycleWorld& world) {
+       world.files.before = [](std::string_view path) {
+         if (path.starts_with("\\\\FS1\\D$"))
+           base::raise(base::error::kPathNotFound, "no such share");
+       };
      }},
     {"a locked file stops the deletion and is named",
      "\\\\FS1\\jo$",
@@ -249,43 +276,80 @@ TEST_P(DeleteUser, WhatFailsOrIsGuardedIsLeftAndTold) {
   }
 }
 
-TEST_P(DeleteUser, AccountsTextNeverReachesWhatIsNotTheUsers) {
+/// Homes of jo that are not hers alone; ann has a home and a terminal-server home of her own, and bob's home
+/// is where `others` says.
+TEST_P(DeleteUser, NothingGoesWhenSomethingOfItIsNotTheUsersAlone) {
   const struct {
     const char* home;
     const char* why;
-  } attacks[] = {{"\\\\FS1\\Users\\..\\ann", "leads elsewhere"},
-                 {"\\\\FS1\\Users\\jo\\..", "leads elsewhere"},
-                 {"\\\\FS1\\Users\\. .\\x", "leads elsewhere"},
-                 {"\\\\FS1\\\\jo", "Unable to find Home Share: \n"},
-                 {"\\\\FS1\\", "Unable to find Home Share"},
-                 {"\\\\\\\\\\\\", "Unable to find Home Share"},
-                 {"\\\\FS1\\D$", "the whole drive"},
-                 {"\\\\FS1\\D$\\", "names no folder below its share"},
-                 {"\\\\FS1\\Users\\", "names no folder below its share"},
-                 {"\\\\FS1\\Users\\\\", "names no folder below its share"},
-                 {"\\\\FS1\\Data", "the whole drive"},
-                 {"\\\\FS1\\D$\\Users", "it is not one account's own"},
-                 {"\\\\FS1\\Users\\a*", "holds a character"},
-                 {"\\\\FS1\\Users\\out", "is a link"}};
+    const char* others = "";
+  } attacks[] = {
+      {"\\\\FS1\\Users\\..\\ann", "leads elsewhere"},
+      {"\\\\FS1\\Users\\jo\\..", "leads elsewhere"},
+      {"\\\\FS1\\Users\\. .\\x", "leads elsewhere"},
+      {"\\\\FS1\\\\jo", "names no share"},
+      {"\\\\FS1\\", "names no share"},
+      {"\\\\\\\\\\\\", "backslashes alone"},
+      {"\\\\FS1\\D$", "one that the server has for itself"},
+      {"\\\\FS1\\D$\\", "names no folder below its share"},
+      {"\\\\FS1\\Users\\", "names no folder below its share"},
+      {"\\\\FS1\\Users\\\\", "names no folder below its share"},
+      {"\\\\FS1\\Data", "the whole drive"},
+      {"\\\\FS1\\D$\\Users", "the share Users (D:\\Users)"},
+      {"\\\\FS1\\Users\\a*", "holds a character"},
+      {"\\\\FS1\\Users\\jo.", "drops the end"},
+      {"\\\\FS1\\Users\\out", "is a link"},
+      {"\\\\FS1\\Users\\out\\jo", "is a link"},
+      {"\\\\FS1\\Users", "the home of ann (\\\\fs1.twk.test\\users\\ANN)"},
+      {"\\\\FS1\\D$\\Users\\ann", "the home of ann"},
+      {"\\\\FS1\\Users\\ann\\sub", "the home of ann"},
+      {"\\\\FS1\\Users\\ts", "the terminal-server home of ann (\\\\FS1\\D$\\Users\\ts\\ann)"},
+      {"\\\\FS1\\Users\\jo", "the home of bob (\\\\FS1\\Users\\jo\\sub)", "\\\\FS1\\Users\\jo\\sub"},
+      {"\\\\FS1\\jo$", "the home of bob (//10.0.0.1/jo$/sub)", "//10.0.0.1/jo$/sub"},
+      {"\\\\FS1\\jo$", "the home of bob (\\\\FS1\\Users\\x\\..\\jo \\)", "\\\\FS1\\Users\\x\\..\\jo \\"}};
+  LifecycleWorld world(GetParam());
+  give_own_shares(world);
+  world.share("FS1", "Users", "D:\\Users");
+  world.share("FS1", "Data", "D:\\");
+  world.put("FS1/D/Users/out/jo/outside.txt");
+  std::filesystem::rename(world.server_folder("FS1/D/Users/out"), world.server_folder("FS2/D/Users/out"));
+  std::filesystem::create_directory_symlink(world.server_folder("FS2/D/Users/out"),
+                                            world.server_folder("FS1/D/Users/out"));
+  world.add_user("ann", "\\\\fs1.twk.test\\users\\ANN");
+  world.services.network.WTSSetUserConfig("DC1", "ann", platform::WtsConfigClass::kTerminalServerHomeDir,
+                                          std::string("\\\\FS1\\D$\\Users\\ts\\ann"));
+  world.add_user("bob", "");
+  world.start_with("", "");
+  tick_all(world);
+  const Names before = world.tree("FS1/D");
+  const Names shares = world.shares("FS1");
   for (const auto& attack : attacks) {
     SCOPED_TRACE(attack.home);
-    LifecycleWorld world(GetParam());
-    give_own_shares(world);
-    world.share("FS1", "Users", "D:\\Users");
-    world.share("FS1", "Data", "D:\\");
-    world.put("FS2/D/Users/outside.txt");
-    std::filesystem::create_directory_symlink(world.server_folder("FS2/D/Users"),
-                                              world.server_folder("FS1/D/Users/out"));
-    world.start_with(attack.home, "");
-    tick_all(world);
-    const Names before = world.tree("FS1/D");
-    Names shares = world.shares("FS1");
-    Delete_One_User(world.session, world.key());
+    world.set_home("jo", attack.home);
+    world.set_home("bob", attack.others);
+    EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+    EXPECT_TRUE(world.has_jo());
     EXPECT_EQ(world.tree("FS1/D"), before);
     EXPECT_EQ(world.shares("FS1"), shares);
-    EXPECT_TRUE(world.there("FS2/D/Users/outside.txt"));
-    EXPECT_THAT(world.log(), HasSubstr(attack.why));
-    EXPECT_THAT(world.log_tab().back(), testing::StartsWith("YELLOW"));
+    EXPECT_TRUE(world.there("FS2/D/Users/out/jo/outside.txt"));
+    EXPECT_THAT(world.log_tab().back(), testing::StartsWith("RED  Not deleting "));
+    EXPECT_THAT(world.log_tab().back(), HasSubstr(attack.why));
+  }
+}
+
+TEST_P(DeleteUser, FolderThatOthersUseGoesWhenThePersonSaysSoInThatVeryQuestion) {
+  for (const platform::Answer answer : {platform::Answer::kNo, platform::Answer::kYes}) {
+    LifecycleWorld world(GetParam());
+    give_own_shares(world);
+    world.add_user("ann", "\\\\FS1\\jo$\\ann");
+    world.start_with("\\\\FS1\\jo$", "");
+    tick_all(world);
+    world.session.multi_user.No_Prompting.value = 0;
+    world.dialogs.expect("the home of ann (\\\\FS1\\jo$\\ann).\r\n\r\nGo on all the same?", answer);
+    if (answer == platform::Answer::kYes)
+      world.dialogs.expect("remove the folder 'jo' and all its contents?", platform::Answer::kYes);
+    EXPECT_EQ(Delete_One_User(world.session, world.key()), answer == platform::Answer::kYes);
+    EXPECT_EQ(world.there("FS1/D/Users/jo"), answer == platform::Answer::kNo);
   }
 }
 
@@ -305,19 +369,22 @@ TEST_P(DeleteUser, LinkInTheTreeGoesAndWhatItLeadsToStays) {
   EXPECT_TRUE(world.there("FS1/D/Users/ann/c.txt"));
 }
 
-TEST_P(DeleteUser, HomeShareOfAnotherServerThanTheProfileStays) {
+TEST_P(DeleteUser, EachShareGoesOnItsOwnServer) {
   LifecycleWorld world(GetParam());
   give_own_shares(world);
   world.put("FS2/D/Profiles/jo/NTUser.dat");
+  world.put("FS2/D/Dept/plan.txt");
   world.share("FS2", "jo.prf$", "D:\\Profiles\\jo");
+  world.share("FS2", "jo$", "D:\\Dept");
   world.start_with("\\\\FS1\\jo$", "\\\\FS2\\jo.prf$");
   tick_all(world);
   EXPECT_TRUE(Delete_One_User(world.session, world.key()));
-  EXPECT_TRUE(world.shares("FS1").contains("jo$"));
-  EXPECT_EQ(world.shares("FS2"), Names());
+  EXPECT_EQ(world.shares("FS1"), Names{"jo.prf$"});
+  EXPECT_EQ(world.shares("FS2"), Names{"jo$"});
+  EXPECT_FALSE(world.there("FS1/D/Users/jo"));
   EXPECT_FALSE(world.there("FS2/D/Profiles/jo"));
-  EXPECT_THAT(world.log(), HasSubstr("holds the folder of the share jo$"));
-  EXPECT_THAT(world.log_tab().back(), testing::StartsWith("YELLOW"));
+  EXPECT_TRUE(world.there("FS2/D/Dept/plan.txt"));
+  EXPECT_THAT(world.log_tab().back(), testing::StartsWith("GREEN"));
 }
 
 TEST_P(DeleteUser, FolderThatIsClosedToAdministratorsGoesOnceOwnershipIsTaken) {
@@ -331,9 +398,10 @@ TEST_P(DeleteUser, FolderThatIsClosedToAdministratorsGoesOnceOwnershipIsTaken) {
                                             closed);
     tick_all(world);
     world.session.multi_user.Del_Permissions.value = take ? 1 : 0;
-    EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+    EXPECT_EQ(Delete_One_User(world.session, world.key()), take);
+    EXPECT_EQ(world.has_jo(), !take);
     EXPECT_EQ(world.there("FS1/D/Users/jo/a.txt"), !take) << world.log();
-    EXPECT_THAT(world.log(), HasSubstr(take ? "Deleted Dir: " : "Error Deleting: "));
+    EXPECT_THAT(world.log(), HasSubstr(take ? "Deleted Dir: " : "cannot be looked into"));
   }
 }
 

@@ -22,21 +22,36 @@ class LifecycleWorld : public LabSession {
     environment.variables["USERNAME"] = "admin";
   }
 
-  /// Starts the session with "jo" in it.
-  void start_with(const std::string& home, const std::string& profile) {
+  platform::ObjectPtr add_user(const std::string& name, const std::string& home,
+                               const std::string& display_name = {}, const std::string& profile = {}) {
+    const std::string common_name = display_name.empty() ? name : display_name;
     const std::string domain = is_nt() ? "WinNT://TWK" : "LDAP://twk.test/" + std::string(kNewStarters);
     const platform::ObjectPtr user =
-        services.directory.GetObject(domain)->Create("user", is_nt() ? "jo" : "CN=Jo Smith");
+        services.directory.GetObject(domain)->Create("user", is_nt() ? name : "CN=" + common_name);
     if (!is_nt()) {
-      user->Put("samAccountName", "jo");
-      user->Put("userPrincipalName", "jo@twk.test");
+      user->Put("samAccountName", name);
+      user->Put("userPrincipalName", name + "@twk.test");
     }
-    user->Put("FullName", "Jo Smith");
+    user->Put("FullName", common_name);
     if (!home.empty())
       user->Put("HomeDirectory", home);
     if (!profile.empty())
       user->Put("Profile", profile);
     user->SetInfo();
+    return user;
+  }
+  void set_home(const std::string& name, const std::string& home) {
+    const platform::ObjectPtr user = account(name);
+    if (home.empty())
+      user->PutEx(1, "HomeDirectory", {});
+    else
+      user->Put("HomeDirectory", home);
+    user->SetInfo();
+  }
+
+  /// Starts the session with "jo" in it.
+  void start_with(const std::string& home, const std::string& profile) {
+    add_user("jo", home, "Jo Smith", profile);
     start();
     session.form1.Confirm_Deletes.value = 0;
     session.form1.Confirm_Resets.value = 0;

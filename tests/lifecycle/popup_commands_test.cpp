@@ -73,17 +73,17 @@ TEST_P(PopupCommands, ProfileOnTheServerIsDeletedOrTheReasonShown) {
     const char* panel;
     bool asks;
     bool gone;
-  } cases[] = {
-      {"\\\\FS1\\Profiles\\jo", "Profile Deleted.", true, true},
-      {"\\\\FS1\\Profiles\\jo", "Ready.", true, false},
-      {"\\\\FS1\\jo.prf$", "Profile Deleted.", true, true},
-      {"\\\\FS1\\Profiles\\jo.Man", "Unable to Delete Mandatory Profiles", false, false},
-      {"\\\\FS1\\NetLogon\\jo", "Unable to Delete Profile from Netlogon Directory...", false, false},
-      {"%logonserver%\\jo", "Unable to Delete Profile from %LOGONSERVER% ...", false, false},
-      {"", "User Does not have a profile Path Set...", false, false},
-      {"\\\\FS1\\Profiles\\none", "Profile Not found \\\\FS1\\Profiles\\none", false, false},
-      {"\\\\FS1\\D$", "\\\\FS1\\D$ is the whole drive D:", false, false},
-      {"\\\\FS1\\Profiles", "\\\\FS1\\Profiles holds the folder of the share jo.prf$", false, false}};
+  } cases[] = {{"\\\\FS1\\Profiles\\jo", "Profile Deleted.", true, true},
+               {"\\\\FS1\\Profiles\\jo", "Ready.", true, false},
+               {"\\\\FS1\\jo.prf$", "Profile Deleted.", true, true},
+               {"\\\\FS1\\Profiles\\jo.Man", "Unable to Delete Mandatory Profiles", false, false},
+               {"\\\\FS1\\NetLogon\\jo", "Unable to Delete Profile from Netlogon Directory...", false, false},
+               {"%logonserver%\\jo", "Unable to Delete Profile from %LOGONSERVER% ...", false, false},
+               {"", "User Does not have a profile Path Set...", false, false},
+               {"\\\\FS1\\Profiles\\none", "Profile Not found \\\\FS1\\Profiles\\none", false, false},
+               {"\\\\FS1\\Profiles\\jo.MAN \\", "Unable to Delete Mandatory Profiles", false, false},
+               {"\\\\FS1\\D$", "\\\\FS1\\D$ is an administrative share", false, false},
+               {"\\\\FS1\\Profiles", "\\\\FS1\\Profiles is not one account's own", false, false}};
   for (const auto& one : cases) {
     SCOPED_TRACE(one.profile);
     LifecycleWorld world(GetParam());
@@ -98,6 +98,9 @@ TEST_P(PopupCommands, ProfileOnTheServerIsDeletedOrTheReasonShown) {
       world.dialogs.expect("and all its contents?",
                            one.gone ? platform::Answer::kYes : platform::Answer::kNo);
     }
+    if (std::string_view(one.profile).ends_with("Profiles"))
+      world.dialogs.expect("the share jo.prf$ (D:\\Profiles\\jo).\r\n\r\nGo on all the same?",
+                           platform::Answer::kNo);
     EXPECT_EQ(Delete_Server_Profile(world.session, world.node()), one.gone);
     EXPECT_THAT(panel(world), testing::StartsWith(one.panel));
     EXPECT_EQ(world.there("FS1/D/Profiles/jo/f"), !one.gone);

@@ -152,7 +152,12 @@ class FailingFiles final : public platform::Files {
   }
   [[nodiscard]] int calls() const { return calls_; }
 
+  /// Called with the path of each counted call; what it raises is the call's failure.
+  std::function<void(std::string_view path)> before;
+
   void count(std::string_view path) {
+    if (before)
+      before(path);
     ++calls_;
     if (fail_at_ > 0 && calls_ >= fail_at_)
       throw base::RuntimeError(number_, "the disk refuses " + std::string(path));
