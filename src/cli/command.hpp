@@ -18,6 +18,9 @@ class Validator;
 /// anew, so it is known to `command.cpp` and `command_line.cpp` alone.
 namespace twk::cli {
 
+/// What is wrong with a command line, and where help for its command is.
+std::string with_help(const CLI::App& command, const std::string& fault);
+
 /// What the text of an option has to be.
 class Check {
  public:
@@ -50,8 +53,9 @@ class Option {
   /// The heading in help that it stands under.
   Option* heading(const std::string& text);
   Option* values(int least, int most);
-  /// May be given several times, with a value each.
-  Option* repeated();
+  /// For a text, or one of several: an empty one is refused else, because it is what is there when none is
+  /// given. Of an optional text an empty one is a value like any.
+  Option* may_be_empty();
   /// Help tells what it is when it is not given.
   Option* shows_default();
 
@@ -62,7 +66,8 @@ class Option {
 };
 
 /// A command with its options and sub-commands. Values are put in place while the line is parsed; the
-/// callback runs when it is parsed as a whole.
+/// callback runs when it is parsed as a whole. An option with several values is given once for each; an
+/// argument by its place takes all words that are left.
 class Command {
  public:
   explicit Command(CLI::App& real) : real_(real) {}
@@ -81,6 +86,11 @@ class Command {
   Option* add_option(const std::string& name, int& value, const std::string& description);
   Option* add_option(const std::string& name, std::optional<int>& value, const std::string& description);
   Option* add_option(const std::string& name, std::size_t& value, const std::string& description);
+
+  /// The words of a command line as the parser takes them: an option and its value are two, "--option=" has
+  /// an empty value, and a name in brackets is one name. Raises `UsageError` for an option whose value is
+  /// missing or looks like an option, and for a value of a flag that is empty.
+  [[nodiscard]] std::vector<std::string> words_of(int argc, char** argv) const;
 
   void require_subcommand();
   /// Text behind the options in help.

@@ -1,6 +1,7 @@
 #include "cli/command_line.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 
 #include "base/text.hpp"
@@ -53,18 +54,12 @@ void check_arguments(int argc, char** argv) {
   }
 }
 
-/// "twk user create".
-std::string command_words(const CLI::App& command) {
-  const CLI::App* const parent = command.get_parent();
-  return parent == nullptr ? command.get_name() : command_words(*parent) + " " + command.get_name();
-}
-
-/// What is wrong with a command line, and where help for its command is.
-std::string with_help(const CLI::App& app, const std::string& fault) {
+/// The command that the words came to.
+const CLI::App& innermost(const CLI::App& app) {
   const CLI::App* command = &app;
   while (!command->get_subcommands().empty())
     command = command->get_subcommands().front();
-  return fault + ". Try `" + command_words(*command) + " --help`.";
+  return *command;
 }
 
 /// A word that is no command is what is wrong, not the command that is missing for it.
@@ -75,18 +70,20 @@ std::string fault_text(const CLI::App& app, const CLI::ParseError& error) {
 }
 
 /// True when a command is to be run; false when help or the version was asked for and given.
-bool parse(CLI::App& app, int argc, char** argv) {
+bool parse(CLI::App& app, const Command& commands, int argc, char** argv) {
+  std::vector<std::string> words = commands.words_of(argc, argv);
+  std::reverse(words.begin(), words.end());  // the parser takes them from the end
   try {
-    app.parse(argc, argv);
+    app.parse(std::move(words));
     return true;
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0)
-      throw UsageError(with_help(app, fault_text(app, error)));
+      throw UsageError(with_help(innermost(app), fault_text(app, error)));
     app.exit(error, std::cout, std::cerr);
     std::cout.flush();
     return false;
   } catch (const UsageError& error) {
-    throw UsageError(with_help(app, error.what()));
+    throw UsageError(with_help(innermost(app), error.what()));
   }
 }
 
@@ -123,7 +120,7 @@ int run(int argc, char** argv) {
   add_share_commands(app, context);
   add_log_commands(app, context);
   add_database_commands(app, context);
-  if (!parse(line, argc, argv))
+  if (!parse(line, app, argc, argv))
     return kExitGreen;
   catch_interrupts();
   local::outlive_refused_writes();

@@ -49,10 +49,12 @@ void add_format_command(Command& app, Context& context) {
       ->type_name("N")
       ->check(Check::within(0, 32767));
   format->add_option("--import", arguments->import_line, "Fields of an import line")->type_name("F1,F2,...");
-  format->add_option("FORMAT", arguments->format, "The format, such as %first%.%last%")->required();
-  format->add_option("FIRST", arguments->first, "First name")->required();
-  format->add_option("MIDDLE", arguments->middle, "Middle name; may be empty")->required();
-  format->add_option("LAST", arguments->last, "Last name")->required();
+  format->add_option("FORMAT", arguments->format, "The format, such as %first%.%last%")
+      ->required()
+      ->may_be_empty();
+  format->add_option("FIRST", arguments->first, "First name")->required()->may_be_empty();
+  format->add_option("MIDDLE", arguments->middle, "Middle name; may be empty")->required()->may_be_empty();
+  format->add_option("LAST", arguments->last, "Last name")->required()->may_be_empty();
   format->callback(
       [=, &context] { context.set_action([=, &context] { return print_name(context, *arguments); }); });
 }

@@ -61,7 +61,9 @@ void add_group_create(Command& group, Context& context) {
   auto arguments = std::make_shared<CreateArguments>();
   auto* create = group.add_subcommand("create", "Make a group in the managed OU, or among the users");
   create->add_option("NAME", arguments->name, "Its name")->required();
-  create->add_option("--description", arguments->description, "What it is for")->type_name("D");
+  create->add_option("--description", arguments->description, "What it is for")
+      ->type_name("D")
+      ->may_be_empty();
   add_choice(*create, "--scope", arguments->scope, kScopes,
              "Where it counts: domain-local, global or universal")
       ->type_name("SCOPE");

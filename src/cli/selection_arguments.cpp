@@ -41,13 +41,20 @@ class Selector {
   void take_file(const std::string& file) {
     const std::vector<std::string> lines = text_lines(read_input(file));
     const std::string shown = file == "-" ? "standard input" : file;
+    bool names_somebody = false;
     for (std::size_t i = 0; i < lines.size() && !interrupted(); ++i) {
       const std::string name(base::trim(lines[i]));
-      if (!name.empty() && name.front() != '#')
-        take_user(name, shown + ":" + std::to_string(i + 1) + ": ");
+      if (name.empty() || name.front() == '#')
+        continue;
+      names_somebody = true;
+      take_user(name, shown + ":" + std::to_string(i + 1) + ": ");
+    }
+    if (!names_somebody && !interrupted()) {
+      complain(shown + " names nobody");
+      found_.whole = false;
     }
   }
-  [[nodiscard]] std::size_t unknown() const { return unknown_; }
+  [[nodiscard]] const Found& found() const { return found_; }
 
  private:
   template <typename Step>
@@ -56,13 +63,13 @@ class Selector {
       step();
     } catch (const Refused& refusal) {
       complain(place + refusal.what());
-      ++unknown_;
+      ++found_.unknown;
     } catch (const base::RuntimeError& failure) {
       if (failure.number() == platform::ads_error::kServerDown ||
           failure.number() == platform::ads_error::kAccessDenied)
         throw;
       complain(place + failure.description());
-      ++unknown_;
+      ++found_.unknown;
     }
   }
 
@@ -89,7 +96,7 @@ class Selector {
 
   Domain domain_;
   controls::ListView& list_;
-  std::size_t unknown_ = 0;
+  Found found_;
 };
 
 }  // namespace
@@ -98,20 +105,17 @@ void add_selection_options(Command& command, SelectionArguments& arguments) {
   command.add_option("NAME", arguments.names,
                      "Account name, common name, principal name or distinguished name; several may be given");
   command.add_option("--group", arguments.groups, "The members of a group; may be given several times")
-      ->type_name("G")
-      ->repeated();
+      ->type_name("G");
   command.add_option("--ou", arguments.ous, "The users right in an organizational unit; likewise")
-      ->type_name("DN")
-      ->repeated();
+      ->type_name("DN");
   command
       .add_option("--from-file", arguments.files,
                   "Names of users from a file, one a line, \"-\" for standard input; blank lines and lines "
                   "that begin with # are passed over")
-      ->type_name("F")
-      ->repeated();
+      ->type_name("F");
 }
 
-std::size_t fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments) {
+Found fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments) {
   if (arguments.names.empty() && arguments.groups.empty() && arguments.ous.empty() && arguments.files.empty())
     throw UsageError("say whom: give a NAME, --group, --ou or --from-file");
   Selector selector(context.domain(), session.multi_user.ListView1);
@@ -123,7 +127,7 @@ std::size_t fill_selection(Context& context, session::Session& session, const Se
     selector.take_ou(ou);
   for (const std::string& file : arguments.files)
     selector.take_file(file);
-  return selector.unknown();
+  return selector.found();
 }
 
 }  // namespace twk::cli

@@ -26,7 +26,7 @@ void print(Context& context, const Session& session, const batch::UserOutcome& o
 
 std::string_view RunCounts::light() const {
   if (failed + unknown == 0)
-    return interrupted() ? session::kYellow : session::kGreen;
+    return interrupted() || !whole || all() == 0 ? session::kYellow : session::kGreen;
   return done == 0 ? session::kRed : session::kYellow;
 }
 
@@ -39,6 +39,8 @@ int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {
   const std::string message = std::to_string(counts.done) + (rehearsed ? " rehearsed, " : " done, ") +
                               std::to_string(counts.failed) + " failed, " + std::to_string(counts.unknown) +
                               " unknown" + (interrupted() ? ", stopped." : ".");
+  if (counts.all() == 0 && counts.whole && !interrupted())
+    complain("nobody is in the selection; nothing was done");
   context.output().result({{"light", counts.light()},
                            {"done", counts.done},
                            {"failed", counts.failed},
@@ -73,8 +75,8 @@ std::function<bool()> until_interrupted(Session& session) {
 
 int run_over_selection(Context& context, Session& session, const SelectionArguments& arguments,
                        const std::function<void(const batch::RunHooks& hooks)>& run) {
-  RunCounts counts;
-  counts.unknown = fill_selection(context, session, arguments);
+  const Found found = fill_selection(context, session, arguments);
+  RunCounts counts{.unknown = found.unknown, .whole = found.whole};
   RunProgress progress(context, session);
   batch::RunHooks hooks;
   hooks.goes_on_after_failure = true;

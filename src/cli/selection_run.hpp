@@ -13,8 +13,10 @@ struct RunCounts {
   std::size_t done = 0;
   std::size_t failed = 0;
   std::size_t unknown = 0;  ///< names that nobody has
+  bool whole = true;        ///< no file of names was empty
 
-  /// GREEN when all came through, RED when none did, YELLOW for what lies between.
+  [[nodiscard]] std::size_t all() const { return done + failed + unknown; }
+  /// GREEN when all came through, RED when none did, YELLOW for what lies between and when there was nobody.
   [[nodiscard]] std::string_view light() const;
 };
 

@@ -155,19 +155,20 @@ void add_settings_commands(Command& app, Context& context) {
     return command;
   };
   const auto add_key = [&](Command* command) {
-    return command->add_option("KEY", arguments->key, "Key below the tree's root, such as Setup");
+    return command->add_option("KEY", arguments->key, "Key below the tree's root, such as Setup")
+        ->may_be_empty();
   };
 
   auto* get = add("get", "Print one value");
   add_key(get)->required();
-  get->add_option("NAME", arguments->name, "Name of the value")->required();
+  get->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
   get->callback(
       [=, &context] { context.set_action([=, &context] { return get_setting(context, *arguments); }); });
 
   auto* set = add("set", "Write one value; without VALUE, a line of standard input");
   add_key(set)->required();
-  set->add_option("NAME", arguments->name, "Name of the value")->required();
-  auto* value = set->add_option("VALUE", arguments->value, "The text");
+  set->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
+  auto* value = set->add_option("VALUE", arguments->value, "The text")->may_be_empty();
   set->callback([=, &context] {
     const bool from_input = !value->is_given();
     context.set_action([=, &context] { return set_setting(context, *arguments, from_input); });

@@ -157,7 +157,7 @@ void add_share_commands(Command& app, Context& context) {
   auto* made = add("add", "Share a folder", true, add_share);
   made->add_option("PATH", arguments->path, "The folder as the server sees it, such as D:\\Users")
       ->required();
-  made->add_option("--remark", arguments->remark, "Comment")->type_name("TEXT");
+  made->add_option("--remark", arguments->remark, "Comment")->type_name("TEXT")->may_be_empty();
   made->add_option("--table", arguments->table_user,
                    "Give it the list of the table of share permissions, as a creation of this user would; "
                    "without it the server's default")

@@ -101,12 +101,11 @@ void add_template_options(Command& command, TemplateFields& fields) {
   command
       .add_option("--group", fields.groups,
                   "A group of the template; repeat it for each, all of them in place of those it has")
-      ->repeated()
-      ->type_name("NAME");
+      ->type_name("NAME")
+      ->may_be_empty();
   command
       .add_option("--variable", fields.variables,
                   "A variable of the template; repeat it for each, all of them in place of those it has")
-      ->repeated()
       ->type_name("NAME=VALUE");
 }
 

@@ -68,8 +68,11 @@ void add_user_create(Command& user, Context& context) {
   auto arguments = std::make_shared<CreateArguments>();
   auto* create = user.add_subcommand("create", "Create one user");
   add_place_options(*create, arguments->place);
-  create->add_option("--id", arguments->id, "Account name, in place of what the name format gives");
-  create->add_option("--description", arguments->description, "Description")->type_name("TEXT");
+  create->add_option("--id", arguments->id, "Account name, in place of what the name format gives")
+      ->may_be_empty();
+  create->add_option("--description", arguments->description, "Description")
+      ->type_name("TEXT")
+      ->may_be_empty();
   auto* from_input = create->add_flag("--password-stdin", arguments->password_stdin,
                                       "The password is a line of standard input");
   create->add_option("--password-file", arguments->password_file, "The password is the first line of a file")

@@ -1,5 +1,7 @@
 #include "batch/delete_users.hpp"
+#include "batch/multi_user_window.hpp"
 #include "cli/failures.hpp"
+#include "cli/near_matches.hpp"
 #include "cli/resource_session.hpp"
 #include "cli/selection_run.hpp"
 #include "cli/user_commands.hpp"
@@ -30,11 +32,22 @@ void check(const DeleteArguments& arguments) {
     throw UsageError("--take-ownership is for folders that are deleted: give --data as well");
   if (arguments.mail && arguments.exchange_server.empty())
     throw UsageError("--mail needs the --exchange-server that holds the mailbox, or \"Exchange 2000\"");
+  if (!arguments.mail && !arguments.exchange_server.empty())
+    throw UsageError("--exchange-server says where the mailbox is that is deleted: give --mail as well");
+}
+
+/// As the window's list has it. Raises `Refused` for a server that no site has.
+std::string known_exchange_server(session::Session& session, const std::string& server) {
+  if (server.empty())
+    return server;
+  batch::MultiUser_Load(session);
+  return find_name("Exchange server of a site", server, session.multi_user.EX_Server.items());
 }
 
 /// Ticks the boxes of the window's tab; the folders are found only where the shares are looked at.
 void tick(session::Session& session, const DeleteArguments& arguments) {
   session::MultiUser& window = session.multi_user;
+  window.EX_Server.text = known_exchange_server(session, arguments.exchange_server);
   const auto set = [](controls::CheckBox& box, bool on) { box.value = on ? 1 : 0; };
   set(window.Del_Shares, arguments.shares || arguments.data);
   set(window.Del_Permissions, arguments.take_ownership);
@@ -43,7 +56,6 @@ void tick(session::Session& session, const DeleteArguments& arguments) {
   set(window.Delete_Mail, arguments.mail);
   set(window.Run_command, arguments.run_command);
   set(window.No_Prompting, arguments.no_prompting || arguments.dry_run);
-  window.EX_Server.text = arguments.exchange_server;
   session.runs.Delete_Mail_Flag = arguments.mail;
   session.runs.Delete_Data_Flag = arguments.data;
   session.runs.Run_Command_Flag = arguments.run_command;

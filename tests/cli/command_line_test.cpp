@@ -1,3 +1,7 @@
+#include "cli/command_line.hpp"
+
+#include <regex>
+
 #include "cli/twk_fixture.hpp"
 
 namespace twk::test {
@@ -38,6 +42,22 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"BadMethod", {"--domain", "twk.test", "--method", "x", "user", "list"}, "ticket, ldaps"},
         UsageCase{"NoUser", {"--domain", "twk.test", "--method", "ldaps", "user", "list"}, "needs a user"},
         UsageCase{"ImportOfNothing", {"lab", "import"}, "--live DIR. Try `twk lab import --help`."},
+        UsageCase{"OptionForAValue",
+                  {"template", "edit", "Staff", "--home-share", "--profile-share=P1"},
+                  "--home-share needs a value"},
+        UsageCase{
+            "LastOptionWithoutAValue", {"user", "list", "--ou"}, "--ou needs a value. Try `twk user list"},
+        UsageCase{"FlagWithAnEmptyValue", {"--yes=", "site", "list"}, "--yes takes no value"},
+        UsageCase{"EmptyLab", {"--lab=", "user", "delete", "Jo", "--account"}, "--lab: an empty value"},
+        UsageCase{
+            "EmptyGroup", {"users", "delete", "Jo", "--account", "--group="}, "--group: an empty value"},
+        UsageCase{"EmptyServer",
+                  {"user", "delete", "Jo", "--account", "--exchange-server=", "--dry-run"},
+                  "--exchange-server: an empty value"},
+        UsageCase{"ServerWithoutMail",
+                  {"--lab", "/", "user", "delete", "Jo", "--account", "--exchange-server", "EX55"},
+                  "give --mail as well"},
+        UsageCase{"EmptyNumber", {"log", "show", "--tail="}, "--tail takes a whole number"},
         UsageCase{"YesAndNoInput", {"--yes", "--no-input", "site", "list"}, "excludes"},
         UsageCase{"BadUtf8", {"user", "show", "a\xff"}, "argument 3 is not valid UTF-8"},
         UsageCase{"ControlCharacter", {"user", "show", "a\nb"}, "control character U+000A"},
@@ -47,6 +67,55 @@ INSTANTIATE_TEST_SUITE_P(
                   {"--lab", "/", "user", "import", "x", "--template", "T", "--site", "S", "--groups", "9-3"},
                   "--groups takes"}),
     [](const auto& named) { return named.param.what; });
+
+/// What the program says on standard error, or to `--help`; run in this process, as there are many.
+std::string said(Arguments words) {
+  words.insert(words.begin(), "twk");
+  std::vector<char*> argv;
+  for (std::string& word : words)
+    argv.push_back(word.data());
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  twk::cli::run_command_line(static_cast<int>(argv.size()), argv.data());
+  return testing::internal::GetCapturedStderr() + testing::internal::GetCapturedStdout();
+}
+
+/// The words that stand first in the lines of the help.
+Arguments words_of_help(const std::string& help, const char* pattern) {
+  const std::regex line(pattern);
+  Arguments words;
+  for (std::sregex_iterator it(help.begin(), help.end(), line), end; it != end; ++it)
+    words.push_back((*it)[1]);
+  return words;
+}
+
+/// Gives each option of the command and of those below it an empty value and a word behind it.
+std::size_t try_empty_values(const Arguments& command) {
+  const auto with = [&command](std::initializer_list<std::string> words) {
+    Arguments all = command;
+    all.insert(all.end(), words);
+    return all;
+  };
+  const std::string help = said(with({"--help"}));
+  std::size_t tried = 0;
+  for (const std::string& option : words_of_help(help, "\n  (?:-\\w,)?(--[-a-z0-9]+)")) {
+    const std::string told = said(with({option + "=", "--witness"}));
+    const bool refused =
+        told.find(option) != std::string::npos && told.find("--witness") == std::string::npos;
+    EXPECT_TRUE(refused || told.find("unknown command or option --witness") != std::string::npos) << told;
+    ++tried;
+  }
+  const std::size_t below = help.find("\nSubcommands:");
+  if (below != std::string::npos) {
+    for (const std::string& inner : words_of_help(help.substr(below), "\n  ([-a-z0-9]+)"))
+      tried += try_empty_values(with({inner}));
+  }
+  return tried;
+}
+
+TEST(CommandLine, NoOptionOfAnyCommandTakesAWordForAnEmptyValue) {
+  EXPECT_GT(try_empty_values({}), 300U);
+}
 
 TEST(CommandLine, HelpNamesTheCommandsButNotWhatIsNotBuilt) {
   const ProgramResult result = twk({"--help"});

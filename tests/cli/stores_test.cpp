@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
                      {"site", "add", "123456789012345678901", "--nt-server", "S"},
                      "Site name too long (20 chrs max)"},
         RefusedStore{"SiteWithHalfAnExchange",
-                     {"site", "edit", "Head Office", "--exchange-org", ""},
+                     {"site", "edit", "Head Office", "--exchange-org="},
                      "Must enter all three vaules for exchange."},
         RefusedStore{"SiteThatIsNot", {"site", "show", "Haed Office"}, "Near: \"Head Office\""},
         RefusedStore{"TemplateOfATakenName", {"template", "add", "staff"}, "Already Exist"},
@@ -75,8 +75,7 @@ TEST_F(Stores, ATemplateIsAddedCopiedAndChanged) {
   EXPECT_EQ(copy["logonHours"], hours);
   EXPECT_EQ(copy["primaryGroup"], "Staff");
   EXPECT_EQ(copy["variables"], (nlohmann::json{"Dept=Sales", "Floor="}));
-  const nlohmann::json changed =
-      result_of({"template", "edit", "sales 2", "--group", "", "--variable", "A=B"});
+  const nlohmann::json changed = result_of({"template", "edit", "sales 2", "--group=", "--variable", "A=B"});
   EXPECT_EQ(changed["groups"], nlohmann::json::array());
   EXPECT_EQ(changed["variables"], nlohmann::json{"A=B"});
   EXPECT_EQ(changed["homeDir"], copy["homeDir"]);

@@ -82,6 +82,22 @@ TEST_F(ManyUsers, WhoIsMeantMustBeSaid) {
   EXPECT_EQ(run({"users", "disable", "--from-file", "/no/such/file"}).exit_code, 65);
   EXPECT_EQ(run({"users", "delete", "Jo.Smith"}).exit_code, 64);
   EXPECT_EQ(run({"users", "unlock", "Jo.Smith", "--password-stdin"}, "x\n").exit_code, 64);
+  const ProgramResult nobody =
+      run({"users", "delete", "--from-file", file("none", "# all gone\n"), "--account"});
+  EXPECT_EQ(nobody.exit_code, 1);
+  EXPECT_THAT(nobody.err, HasSubstr("none names nobody"));
+  EXPECT_EQ(run({"group", "create", "Empty"}).exit_code, 0);
+  EXPECT_THAT(tell({"delete", "--group", "Empty", "--account"}).err, HasSubstr("nobody is in the selection"));
+  EXPECT_EQ(run({"users", "delete", "[Jo.Smith,Kim.Day]", "--account", "--no-prompting"}).exit_code, 2);
+  const Arguments mail = {"delete", "Jo.Smith", "--account", "--mail", "--no-prompting", "--exchange-server"};
+  const auto on = [&](const char* server) {
+    Arguments arguments = mail;
+    arguments.emplace_back(server);
+    return tell(arguments);
+  };
+  EXPECT_THAT(on("EX5").err, HasSubstr("There is no Exchange server of a site \"EX5\". Near: \"EX55\""));
+  EXPECT_EQ(run({"user", "show", "Jo.Smith"}).exit_code, 0);
+  EXPECT_EQ(on("ex55").exit_code, 0);
   EXPECT_EQ(run({"users", "find-expired", "--before", "soon"}).exit_code, 64);
 }
 
