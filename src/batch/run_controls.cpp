@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/account_log.hpp"
+#include "lifecycle/folder_use.hpp"
 
 namespace twk::batch {
 
@@ -39,6 +40,7 @@ WalkRules rules_of(Session& session, const RunHooks& hooks, bool binds, std::fun
 
 bool take_selection(Session& session, const RunHooks& hooks,
                     const std::function<bool(const SelectedUser& user, const std::string& key)>& operation) {
+  const lifecycle::KnownFolders known(session);
   const auto goes_on = [&session] {
     session.platform.dialogs.DoEvents();
     return !session.import.ImportStopped;

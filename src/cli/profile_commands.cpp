@@ -5,6 +5,7 @@
 #include "cli/interrupt.hpp"
 #include "cli/progress.hpp"
 #include "cli/user_commands.hpp"
+#include "cli/user_runs.hpp"
 #include "lifecycle/popup_commands.hpp"
 
 namespace twk::cli {
@@ -14,12 +15,19 @@ struct ProfileArguments {
   std::string name;
   std::string workstation;
   std::string kind;
+  bool even_if_shared = false;
+  bool dry_run = false;
 };
 
 int delete_profile(Context& context, const ProfileArguments& arguments) {
   if (arguments.workstation.empty() != arguments.kind.empty())
     throw UsageError("--workstation and --kind belong together");
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
+  if (arguments.dry_run)
+    tell_trees(context, session);
+  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
   const controls::TreeNode& node = reach_user(context, session, arguments.name);
   session.runs.WKS_Name = arguments.workstation;
   session.runs.WKS_Is_NT40 = arguments.kind == "nt40";
@@ -35,6 +43,8 @@ int delete_profile(Context& context, const ProfileArguments& arguments) {
   context.dialogs().on_events({});
   if (!deleted)
     throw Refused(status.get());
+  if (arguments.dry_run)
+    return kExitGreen;
   context.output().result({{"light", session::kGreen}, {"user", arguments.name}},
                           context.output().light(session::kGreen) + "  Profile of " + node.text + " deleted");
   return kExitGreen;
@@ -55,6 +65,8 @@ void add_profile_commands(Command& app, Context& context) {
   remove->add_option("--kind", arguments->kind, "What the workstation runs: w2k or nt40")
       ->check(Check::one_of({"w2k", "nt40"}))
       ->type_name("WORD");
+  add_even_if_shared(*remove, arguments->even_if_shared);
+  remove->add_flag("--dry-run", arguments->dry_run, "Print what would be done and do nothing");
   remove->callback(
       [=, &context] { context.set_action([=, &context] { return delete_profile(context, *arguments); }); });
 }

@@ -22,6 +22,7 @@ struct DeleteArguments {
   std::string exchange_server;
   bool run_command = false;
   bool no_prompting = false;
+  bool even_if_shared = false;
   bool dry_run = false;
 };
 
@@ -59,6 +60,7 @@ void tick(session::Session& session, const DeleteArguments& arguments) {
   session.runs.Delete_Mail_Flag = arguments.mail;
   session.runs.Delete_Data_Flag = arguments.data;
   session.runs.Run_Command_Flag = arguments.run_command;
+  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
 }
 
 session::Session& prepare(Context& context, const DeleteArguments& arguments) {
@@ -98,6 +100,7 @@ void add_options(Command& command, DeleteArguments& arguments) {
       ->type_name("S");
   command.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
   command.add_flag("--no-prompting", arguments.no_prompting, "Ask nothing");
+  add_even_if_shared(command, arguments.even_if_shared);
   command.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
 }
 

@@ -7,6 +7,7 @@
 #include "cli/failures.hpp"
 #include "cli/interrupt.hpp"
 #include "cli/progress.hpp"
+#include "lifecycle/folder_use.hpp"
 
 namespace twk::cli {
 namespace {
@@ -52,6 +53,7 @@ int run_for_users(Context& context, Session& session, const std::vector<std::str
   keys.reserve(names.size());
   for (const std::string& name : names)
     keys.push_back(key_of_user(context, name));
+  const lifecycle::KnownFolders known(session);
   Progress progress;
   context.dialogs().before_text([&] { progress.clear(); });
   context.dialogs().on_events([&] { session.import.ImportStopped = interrupted(); });
@@ -81,6 +83,15 @@ int run_for_users(Context& context, Session& session, const std::vector<std::str
     exit_code = std::max(exit_code, kExitYellow);
   }
   return exit_code;
+}
+
+void add_even_if_shared(Command& command, bool& even_if_shared) {
+  command.add_flag("--even-if-shared", even_if_shared,
+                   "Touch folders and shares even if other accounts or shares use them as well");
+}
+
+session::Consent consent_of(bool given) {
+  return given ? session::Consent::kYes : session::Consent::kNo;
 }
 
 void print_steps(Context& context) {

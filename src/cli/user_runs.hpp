@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/command.hpp"
 #include "cli/context.hpp"
 
 /// What the commands that delete, move and reset users have in common.
@@ -17,6 +18,10 @@ std::string key_of_user(Context& context, const std::string& name);
 /// The exit code is that of the worst light, YELLOW for a user about whom nothing was done.
 int run_for_users(Context& context, session::Session& session, const std::vector<std::string>& names,
                   const std::function<bool(const std::string& key)>& operation);
+
+/// "--even-if-shared", and what a session is told of it.
+void add_even_if_shared(Command& command, bool& even_if_shared);
+session::Consent consent_of(bool given);
 
 /// Prints each step of a rehearsal: of the services from the next session on, and of that session's trees.
 void print_steps(Context& context);
