@@ -61,7 +61,7 @@ void btn_MoveUser_Click(Session& session) {
 
 bool move_selection(Session& session, const RunHooks& hooks) {
   return take_selection(session, hooks, [&session](const SelectedUser& /*user*/, const std::string& key) {
-    return lifecycle::Move_One_User(session, key);
+    return lifecycle::Move_One_User(session, key) != lifecycle::MoveOutcome::kNotMoved;
   });
 }
 

@@ -22,6 +22,8 @@ struct MoveArguments {
   bool run_command = false;
   bool no_prompt = false;
   bool dry_run = false;
+  bool even_if_shared = false;
+  bool new_paths_anyway = false;
 };
 
 const std::map<std::string, int> kData = {{"move", 0}, {"copy", 1}, {"nothing", 2}};
@@ -48,13 +50,16 @@ session::Session& prepare(Context& context, const MoveArguments& arguments) {
     tell_trees(context, session);
   session.runs.Run_Command_Flag = arguments.run_command;
   session.runs.Move_Running = true;
+  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
+  session.runs.new_paths_anyway = consent_of(arguments.new_paths_anyway);
   return session;
 }
 
 int move_named(Context& context, const MoveArguments& arguments) {
   session::Session& session = prepare(context, arguments);
-  return run_for_users(context, session, arguments.selection.names,
-                       [&](const std::string& key) { return lifecycle::Move_One_User(session, key); });
+  return run_for_users(context, session, arguments.selection.names, [&](const std::string& key) {
+    return lifecycle::Move_One_User(session, key) != lifecycle::MoveOutcome::kNotMoved;
+  });
 }
 
 int move_selected(Context& context, const MoveArguments& arguments) {
@@ -76,6 +81,9 @@ void add_options(Command& move, MoveArguments& arguments) {
   move.add_flag("--change-logon", arguments.change_logon, "Set the template's logon script");
   move.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
   move.add_flag("--no-prompt", arguments.no_prompt, "Ask nothing");
+  add_even_if_shared(move, arguments.even_if_shared);
+  move.add_flag("--new-paths-anyway", arguments.new_paths_anyway,
+                "Give the account its new paths also when its data could not be copied");
   move.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
 }
 

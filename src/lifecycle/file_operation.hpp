@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,16 +15,25 @@ namespace twk::lifecycle {
 
 enum class FileWork { kMove = 1, kCopy = 2, kDelete = 3 };
 
+/// What a caller wants of a copy besides.
+struct CopyRules {
+  bool replaces = true;  ///< else a file of the target that is another one fails the copy
+  bool apart = false;    ///< source and target are known to be two folders, whatever their paths
+  /// Told of each file and folder that was made, and what it was made after.
+  std::function<void(const std::string& from, const std::string& to)> made = {};
+};
+
 /// Copies, moves or deletes a folder tree given by its network path; `from` of a copy or move ends in "\*.*",
 /// and then what the folder holds goes, and the folder itself stays. True when all was done.
 ///
 /// Asks, unless a run was started without prompts: before a deletion, and once before files of the target are
 /// replaced. Runs through the message loop between files; a run that was cancelled meanwhile stops there. A
-/// path that is not the owner's own tree is refused, a link is never followed. A move is a copy that is
-/// whole before the first file of the source goes. What failed first is told in the log and on the status
-/// bar.
+/// path that is not the owner's own tree is refused, a link is never followed, on neither side. A file that
+/// stands in the target already, by its size and time, is left as it is, so that a copy that broke off goes
+/// on. A move is a copy that is whole before the first file of the source goes. What failed first is told in
+/// the log and on the status bar.
 bool File_Operation(session::Session& session, std::string_view from, std::string_view to, FileWork work,
-                    const Owner& owner = {});
+                    const Owner& owner = {}, const CopyRules& rules = {});
 
 /// The button of `FileProgress`, the window that shows such work when no run is under way.
 void FileProgress_CancelButton_Click(session::Session& session);

@@ -2,6 +2,8 @@
 #include "base/text.hpp"
 #include "creation/paths.hpp"
 #include "lifecycle/dir_shr_rename.hpp"
+#include "lifecycle/file_owner.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "lifecycle/move_run.hpp"
 #include "lifecycle/own_tree.hpp"
 #include "resources/share502.hpp"
@@ -43,134 +45,265 @@ constexpr DataTexts kHome{"Could Not copy Home because the New Home Share was no
                           "Unable to Delete Home Dir: ",
                           "Not Deleting Home Dir: "};
 
+constexpr int kMove = static_cast<int>(FileWork::kMove);
+constexpr int kCopy = static_cast<int>(FileWork::kCopy);
+
 bool has_result(const MovedFolder& folder, ShareResult result) {
   return folder.share_result == static_cast<std::int16_t>(result);
 }
 
-bool may_move_profile(MoveRun& run) {
-  const std::string& path = run.profile.old_path;
-  bool may = !path.empty();
-  if (Check_Path_Word(run.session, path, "%LOGONSERVER%", "Unable to Move Profile From %LOGONSERVER%."))
-    may = false;
-  if (Check_Path_Word(run.session, path, "NETLOGON", "Unable to Move Profile From NETLOGON directory."))
-    may = false;
-  if (path.ends_with(".man")) {
-    run.session.platform.dialogs.beep();
-    run.session.log.line("Unable to Move Mandatory Profiles.");
-    may = false;
+/// The profile's or the home's part in the move.
+struct Part {
+  MovedFolder& folder;
+  const DataTexts& texts;
+  int mode = kMove;  ///< that of the run when it was this one's turn
+  bool CopyOK = false;
+};
+
+Owner owner_of(const MoveRun& run, const std::string& own_share) {
+  return {.account = run.key, .own_share = own_share};
+}
+
+void log_copy(const MoveRun& run, const Part& part) {
+  const std::string_view what = !part.CopyOK         ? part.texts.failed
+                                : part.mode == kCopy ? part.texts.copied
+                                                     : part.texts.moved;
+  run.session.log.line(std::string(what) + part.folder.old_path + " to " + part.folder.new_unc);
+}
+
+/// The folders between the one that was made and the one that the account gets.
+void make_way(MoveRun& run, const MovedFolder& folder) {
+  TreePath way = parse_tree_path(folder.new_unc);
+  std::vector<std::string> parts;
+  parts.swap(way.parts);
+  for (std::string& part : parts) {
+    way.parts.push_back(std::move(part));
+    if (run.session.platform.files.is_directory(way.text()))
+      continue;
+    run.session.platform.files.make_directory(way.text());
+    run.session.log.line("Created Dir: " + way.text());
   }
-  return may;
 }
 
-void cut_profile(MoveRun& run) {
-  Session& session = run.session;
-  if (session::is_active_directory(session) || !session.form1.Profile_Delete_Name.on())
-    return;
-  run.profile.old_path = cut_at_folder_of(run.profile.old_path, run.key);
-  run.profile.full_path = run.profile.new_unc;
-  run.profile.new_unc = cut_at_folder_of(run.profile.new_unc, run.key);
+bool copy_contents(MoveRun& run, Part& part, OwnerKeeper& owners) {
+  const MovedFolder& folder = part.folder;
+  const CopyRules rules{
+      .replaces = !folder.used_by_others,
+      .made = [&owners](const std::string& from, const std::string& to) { owners.keep(from, to); }};
+  base::Trap trap;
+  trap([&] { make_way(run, folder); });
+  if (trap.number() != 0)
+    run.session.log.reason(trap.description());
+  return trap.number() == 0 &&
+         File_Operation(run.session, folder.old_path + "\\*.*", folder.new_unc, FileWork::kCopy,
+                        owner_of(run, creation::Get_Share_Name(folder.old_path)), rules);
 }
 
-bool copy_data(MoveRun& run, const MovedFolder& folder, const DataTexts& texts) {
+/// A copy that was stopped is no question: nothing more happens to the user.
+MoveStep fail_copy(MoveRun& run, const Part& part) {
+  const std::string what = std::string(part.texts.failed) + part.folder.old_path;
+  if (run.session.import.ImportStopped) {
+    run.session.log.reason("The copying was stopped");
+    return MoveStep::kFailed;
+  }
+  return wants_new_paths(run, what) ? MoveStep::kGoOn : MoveStep::kFailed;
+}
+
+/// A folder that the server does not have holds nothing to lose; where a move that broke off has filled the
+/// new one, that was to be expected.
+void tell_missing(MoveRun& run, const MovedFolder& folder) {
+  const std::string text = "Could not find: " + folder.old_path + " For copying.";
+  run.session.platform.dialogs.beep();
+  if (folder.was_there)
+    run.session.log.line(text);
+  else
+    warn(run, text);
+}
+
+MoveStep copy_part(MoveRun& run, Part& part, OwnerKeeper& owners) {
   Session& session = run.session;
+  const MovedFolder& folder = part.folder;
+  part.mode = run.DataMode;
   if (has_result(folder, ShareResult::kFailed)) {
-    run.DataMode = static_cast<int>(FileWork::kCopy);
-    session.log.line(texts.no_share);
-    session.log.line(texts.keeping);
+    run.DataMode = part.mode = kCopy;
+    session.log.line(part.texts.no_share);
+    session.log.line(part.texts.keeping);
     session.platform.dialogs.beep();
-    return false;
+  } else if (folder.old == OldFolder::kAlready) {
+    part.CopyOK = true;
+    session.log.line(folder.old_path + " is the new place already");
+    return MoveStep::kGoOn;
+  } else if (folder.old == OldFolder::kMissing) {
+    tell_missing(run, folder);
+  } else if (folder.old == OldFolder::kThere) {
+    part.CopyOK = copy_contents(run, part, owners);
   }
-  if (!Dir_Exists(session, folder.old_path)) {
-    session.log.line("Could not find: " + folder.old_path + " For copying.");
-    session.platform.dialogs.beep();
-    return false;
-  }
-  return File_Operation(session, folder.old_path + "\\*.*", folder.new_unc,
-                        static_cast<FileWork>(run.DataMode), {.account = run.key});
+  if (part.CopyOK)
+    return MoveStep::kGoOn;
+  log_copy(run, part);
+  return folder.old == OldFolder::kThere && !has_result(folder, ShareResult::kFailed) ? fail_copy(run, part)
+                                                                                      : MoveStep::kGoOn;
 }
 
-void log_copy(const MoveRun& run, const MovedFolder& folder, const DataTexts& texts, bool CopyOK) {
-  const std::string_view what = !CopyOK ? texts.failed : run.DataMode == 2 ? texts.copied : texts.moved;
-  run.session.log.line(std::string(what) + folder.old_path + " to " + folder.new_unc);
-}
-
-/// How the old folder is reached once its share has gone.
-std::string old_way(MoveRun& run, const MovedFolder& folder, const DataTexts& texts) {
+/// How the old folder is reached once its share has gone; a folder below a share by its own path, when there
+/// is no other.
+std::string old_way(MoveRun& run, const Part& part) {
   Session& session = run.session;
+  const std::string& path = part.folder.old_path;
   std::string way;
   base::Trap unknown;
   if (session.form1.chkAdmin_Shares.on()) {
-    unknown([&] { way = Admin_Path_Of(session, folder.old_path, Has_Sub_Path(folder.old_path)); });
-    return way;
+    unknown([&] { way = Admin_Path_Of(session, path, Has_Sub_Path(path)); });
+  } else {
+    session.multi_user.Label3.caption = std::string(part.texts.waiting);
+    unknown([&] {
+      way = Locate_Share_Point(session, creation::Get_Server_Name(path), creation::Get_Share_Name(path));
+    });
+    if (way.empty())
+      session.log.line("Unable to locate share point for " + path);
+    else
+      way += tail_of(path);
   }
-  session.multi_user.Label3.caption = std::string(texts.waiting);
-  unknown([&] {
-    way = Locate_Share_Point(session, creation::Get_Server_Name(folder.old_path),
-                             creation::Get_Share_Name(folder.old_path));
-  });
-  if (way.empty())
-    session.log.line("Unable to locate share point for " + folder.old_path);
+  if (way.empty() || !Dir_Exists(session, way))
+    return Has_Sub_Path(path) ? path : std::string();
   return way;
 }
 
-void remove_old_share(MoveRun& run, const MovedFolder& folder) {
+/// False when the share stays though it was to go.
+bool remove_old_share(MoveRun& run, const MovedFolder& folder) {
   Session& session = run.session;
   if (Has_Sub_Path(folder.old_path) || Same_Share(run.profile.old_path, run.home.old_path) ||
       !has_result(folder, ShareResult::kMade))
-    return;
-  if (Delete_Share_Of(session, folder.old_path)) {
+    return true;
+  const std::string server = creation::Get_Server_Name(folder.old_path);
+  const std::string share = creation::Get_Share_Name(folder.old_path);
+  base::Trap trap;
+  bool deleted = false;
+  trap([&] {
+    // A move that broke off has taken it away.
+    if (!folder_use(session)->folder_of_share(server, share))
+      return;
+    require_own_share(session, server, share, owner_of(run, share));
+    deleted = delete_share(session, server, share);
+  });
+  if (trap.number() != 0) {
+    warn(run, "Error Deleting Share: " + folder.old_path + ": " + trap.description());
+    session.platform.dialogs.beep();
+  } else if (deleted) {
     session.log.line("Deleted Share: " + folder.old_path);
-    return;
   }
-  session.log.line("Error Deleting Share: " + folder.old_path);
-  session.platform.dialogs.beep();
+  return trap.number() == 0;
 }
 
-void remove_old_folder(MoveRun& run, const MovedFolder& folder, std::string way, const DataTexts& texts,
-                       bool CopyOK) {
+void remove_old_folder(MoveRun& run, const Part& part, const std::string& way) {
   Session& session = run.session;
-  if (!session.form1.chkAdmin_Shares.on() && !way.empty())
-    way += tail_of(folder.old_path);
-  if (CopyOK && !way.empty()) {
-    base::Trap trap;
-    if (!trap([&] {
-          session.platform.files.remove_directory(
-              require_own_tree(session, way, {.account = run.key}).text());
-        }))
-      session.log.line(trap.description());
-  }
-  const std::string& named = way.empty() ? folder.old_path : way;
-  if (CopyOK && !Dir_Exists(session, named))
-    return session.log.line(std::string(texts.deleted) + named);
-  session.log.line(CopyOK ? std::string(texts.not_deletable) + named
-                          : std::string(texts.not_deleting) + named + " Due to error copying data");
+  base::Trap trap;
+  trap([&] {
+    const std::string share = creation::Get_Share_Name(part.folder.old_path);
+    session.platform.files.remove_directory(require_own_tree(session, way, owner_of(run, share)).text());
+  });
+  if (!Dir_Exists(session, way))
+    return session.log.line(std::string(part.texts.deleted) + way);
+  warn(run, std::string(part.texts.not_deletable) + way +
+                (trap.number() == 0 ? std::string() : ": " + trap.description()));
   session.platform.dialogs.beep();
 }
 
-void move_folder(MoveRun& run, MovedFolder& folder, const DataTexts& texts) {
-  const bool CopyOK = copy_data(run, folder, texts);
-  log_copy(run, folder, texts, CopyOK);
-  const std::string way = old_way(run, folder, texts);
-  remove_old_share(run, folder);
-  if (run.DataMode == static_cast<int>(FileWork::kMove))
-    remove_old_folder(run, folder, way, texts, CopyOK);
+/// What the old folder holds goes, now that all of it stands in the new one. What came into it meanwhile is
+/// copied before.
+bool take_contents_away(MoveRun& run, const Part& part) {
+  const MovedFolder& folder = part.folder;
+  if (run.session.runs.rehearse) {
+    run.session.runs.rehearse("Remove what " + folder.old_path + " holds");
+    return true;
+  }
+  return File_Operation(run.session, folder.old_path + "\\*.*", folder.new_unc, FileWork::kMove,
+                        owner_of(run, creation::Get_Share_Name(folder.old_path)),
+                        {.replaces = !folder.used_by_others, .apart = true});
+}
+
+/// A folder that only its own share leads to stays, empty, when that has gone.
+void leave_old(MoveRun& run, const Part& part) {
+  const MovedFolder& folder = part.folder;
+  const bool goes = part.mode == kMove && folder.old == OldFolder::kThere;
+  const std::string way = old_way(run, part);
+  if (goes && !take_contents_away(run, part)) {
+    warn(run, std::string(part.texts.not_deletable) + folder.old_path);
+    return run.session.platform.dialogs.beep();
+  }
+  if (!remove_old_share(run, folder) || !goes)
+    return;
+  if (!way.empty())
+    return remove_old_folder(run, part, way);
+  warn(run, "The empty folder of " + folder.old_path + " stays: only its own share led to it");
+}
+
+void finish_part(MoveRun& run, const Part& part) {
+  const MovedFolder& folder = part.folder;
+  if (folder.old == OldFolder::kAlready && part.CopyOK)
+    return;
+  if (part.CopyOK)
+    log_copy(run, part);
+  if (part.CopyOK || folder.old == OldFolder::kMissing)
+    return leave_old(run, part);
+  if (part.mode == kMove)
+    run.session.log.line(std::string(part.texts.not_deleting) + folder.old_path +
+                         " Due to error copying data");
+  run.session.platform.dialogs.beep();
+}
+
+/// What was copied of a user who is not moved stays on both sides.
+MoveStep tell_left(MoveRun& run, const std::vector<Part>& parts) {
+  for (Part part : parts) {
+    part.mode = kCopy;
+    if (part.CopyOK && part.folder.old == OldFolder::kThere)
+      log_copy(run, part);
+  }
+  return MoveStep::kFailed;
+}
+
+void tell_profile_left(MoveRun& run) {
+  for (const std::string_view reason : reasons_to_leave_profile(run.profile.old_path)) {
+    run.session.platform.dialogs.beep();
+    warn(run, reason);
+  }
 }
 
 }  // namespace
 
-void move_data(MoveRun& run) {
+std::vector<std::string_view> reasons_to_leave_profile(const std::string& path) {
+  std::vector<std::string_view> reasons;
+  if (base::find_fold(path, "%LOGONSERVER%") != base::npos)
+    reasons.emplace_back("Unable to Move Profile From %LOGONSERVER%.");
+  if (base::find_fold(path, "NETLOGON") != base::npos)
+    reasons.emplace_back("Unable to Move Profile From NETLOGON directory.");
+  if (names_mandatory_profile(path))
+    reasons.emplace_back("Unable to Move Mandatory Profiles.");
+  return reasons;
+}
+
+MoveStep move_data(MoveRun& run) {
   Session& session = run.session;
-  session.multi_user.Label3.caption = std::string(run.DataMode == 2 ? "Copying Data" : "Moving Data");
-  const bool DoHome = !run.home.old_path.empty();
-  const bool DoProfile = may_move_profile(run);
-  if (run.DataMode == static_cast<int>(FileWork::kMove))
+  session.multi_user.Label3.caption = std::string(run.DataMode == kCopy ? "Copying Data" : "Moving Data");
+  tell_profile_left(run);
+  if (run.DataMode == kMove)
     look_up_temp(session);
-  if (run.profile.wanted && DoProfile) {
-    cut_profile(run);
-    move_folder(run, run.profile, kProfile);
+  std::vector<Part> parts;
+  if (run.profile.old != OldFolder::kNone)
+    parts.push_back({run.profile, kProfile});
+  if (run.home.old != OldFolder::kNone)
+    parts.push_back({run.home, kHome});
+  OwnerKeeper owners(session);
+  for (Part& part : parts) {
+    if (copy_part(run, part, owners) != MoveStep::kGoOn)
+      return tell_left(run, parts);
   }
-  if (run.home.wanted && DoHome)
-    move_folder(run, run.home, kHome);
+  if (!owners.refusal().empty())
+    warn(run,
+         "The copies belong to whoever made them, for their owners could not be set: " + owners.refusal());
+  for (const Part& part : parts)
+    finish_part(run, part);
+  return MoveStep::kGoOn;
 }
 
 }  // namespace twk::lifecycle

@@ -3,6 +3,7 @@
 #include "format/variables.hpp"
 #include "lifecycle/account_log.hpp"
 #include "lifecycle/dir_shr_rename.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "lifecycle/move_run.hpp"
 #include "resources/account_lookup.hpp"
 #include "resources/directory_permissions.hpp"
@@ -35,7 +36,7 @@ MoveStep check_old_folder(MoveRun& run, const std::string& path, const OldFolder
     return MoveStep::kGoOn;
   session.log.line("Move Cancelled");
   session.multi_user.Label3.caption = std::string("Move Cancelled");
-  return MoveStep::kEnd;
+  return MoveStep::kDeclined;
 }
 
 std::string expand(const MoveRun& run, std::string_view text) {
@@ -56,13 +57,15 @@ std::string reachable(const MoveRun& run, const std::string& local, std::string_
 }
 
 void resolve(MoveRun& run, MovedFolder& folder, const controls::TextBox& local,
-             const controls::TextBox& account_path, std::string_view share_point) {
+             const controls::TextBox& account_path, const controls::TextBox& share_name,
+             std::string_view share_point) {
   if (!base::trim(local.text.get()).empty()) {
     folder.new_local = expand(run, local.text.get());
     folder.new_admin = reachable(run, folder.new_local, share_point);
     folder.wanted = true;
   }
   folder.new_unc = expand(run, account_path.text.get());
+  folder.new_share = format::FRString(base::trim(share_name.text.get()), "%UserName%", run.key);
 }
 
 struct NewFolderTexts {
@@ -87,12 +90,13 @@ constexpr NewFolderTexts kProfile{"Profile Dir ",
                                   "Error creating Profile Directory.",
                                   "Created New Profile Dir :"};
 
-MoveStep make_new_folder(MoveRun& run, const MovedFolder& folder, const NewFolderTexts& texts) {
+MoveStep make_new_folder(MoveRun& run, MovedFolder& folder, const NewFolderTexts& texts) {
   Session& session = run.session;
   if (!folder.wanted)
     return MoveStep::kGoOn;
   const std::string& path = folder.new_admin;
-  if (!Dir_Exists(session, path)) {
+  folder.was_there = Dir_Exists(session, path);
+  if (!folder.was_there) {
     prepare_failure(session, texts.status, std::string(texts.failure) + path);
     session.platform.files.make_directory(path);
     session.log.line(std::string(texts.made) + path);
@@ -104,7 +108,7 @@ MoveStep make_new_folder(MoveRun& run, const MovedFolder& folder, const NewFolde
   session.multi_user.Label3.caption = std::string("Process Cancelled...");
   session.log.line(std::string(texts.exists) + path + " Already Exist ");
   session.log.line(texts.cancelled);
-  return MoveStep::kEnd;
+  return MoveStep::kDeclined;
 }
 
 struct ShareTexts {
@@ -113,17 +117,35 @@ struct ShareTexts {
   std::string_view failed;
 };
 
-void make_new_share(MoveRun& run, MovedFolder& folder, const controls::TextBox& name,
-                    const ShareTexts& texts) {
+/// One that stands for the new folder already was made by a move that broke off.
+resources::ShareResult make_share(MoveRun& run, const MovedFolder& folder, const ShareTexts& texts) {
   Session& session = run.session;
-  folder.new_share = format::FRString(base::trim(name.text.get()), "%UserName%", run.key);
-  if (folder.new_share.empty())
-    return;
+  const auto use = folder_use(session);
+  if (use->folder_of_share(run.server, folder.new_share)) {
+    session.log.line("The share is there already: " + folder.new_share);
+    return resources::share_list_of_table(session, run.key).result;
+  }
   const resources::ShareResult result = resources::CreateShare(
       session, run.server, folder.new_share, folder.new_local, std::string(texts.remark), run.key);
+  if (result != resources::ShareResult::kFailed)
+    use->add_share(run.server, folder.new_share, folder.new_local);
+  return result;
+}
+
+MoveStep make_new_share(MoveRun& run, MovedFolder& folder, const ShareTexts& texts) {
+  if (folder.new_share.empty())
+    return MoveStep::kGoOn;
+  const resources::ShareResult result = make_share(run, folder, texts);
   folder.share_result = static_cast<std::int16_t>(result);
-  const bool made = result == resources::ShareResult::kMade;
-  session.log.line(std::string(made ? texts.made : texts.failed) + folder.new_share);
+  if (result == resources::ShareResult::kMade) {
+    run.session.log.line(std::string(texts.made) + folder.new_share);
+    return MoveStep::kGoOn;
+  }
+  warn(run, std::string(texts.failed) + folder.new_share);
+  const bool goes_on =
+      result != resources::ShareResult::kFailed ||
+      wants_new_paths(run, "The share " + folder.new_share + " could not be made on " + run.server);
+  return goes_on ? MoveStep::kGoOn : MoveStep::kFailed;
 }
 
 void set_permissions(MoveRun& run, const MovedFolder& folder) {
@@ -133,6 +155,8 @@ void set_permissions(MoveRun& run, const MovedFolder& folder) {
   std::int16_t warning = 1;
   if (!resources::Set_Permissions(run.session, server, folder.new_admin, run.key, warning))
     run.session.log.line("Security Failed for " + folder.new_admin);
+  else if (warning != 1)
+    warn(run, "Not all permissions were set on " + folder.new_admin);
 }
 
 }  // namespace
@@ -140,7 +164,7 @@ void set_permissions(MoveRun& run, const MovedFolder& folder) {
 MoveStep check_old_folders(MoveRun& run) {
   const MoveStep home = check_old_folder(
       run, run.home.old_path, {"Cannot Find Users Home Directory", "Cannot find Users Existing Home Dir"});
-  if (home == MoveStep::kEnd)
+  if (home != MoveStep::kGoOn)
     return home;
   return check_old_folder(run, run.profile.old_path,
                           {"Cannot find users profile Directory", "Cannot find Users Existing Profile Dir"});
@@ -149,23 +173,25 @@ MoveStep check_old_folders(MoveRun& run) {
 void resolve_new_folders(MoveRun& run) {
   const session::Form1& form = run.session.form1;
   const session::frmSharePoints& points = run.session.share_points;
-  resolve(run, run.profile, form.Profilepath, form.propath, points.ProfileSharePoint);
-  resolve(run, run.home, form.Homedirpath, form.homedir, points.HomeSharePoint);
+  resolve(run, run.profile, form.Profilepath, form.propath, form.sharenameprofile, points.ProfileSharePoint);
+  resolve(run, run.home, form.Homedirpath, form.homedir, form.Sharenamehomedir, points.HomeSharePoint);
 }
 
 MoveStep make_new_folders(MoveRun& run) {
   run.session.multi_user.Label3.caption = std::string("Creating Dirs...");
   const MoveStep home = make_new_folder(run, run.home, kHome);
-  return home == MoveStep::kEnd ? home : make_new_folder(run, run.profile, kProfile);
+  return home != MoveStep::kGoOn ? home : make_new_folder(run, run.profile, kProfile);
 }
 
-void make_new_shares(MoveRun& run) {
-  const session::Form1& form = run.session.form1;
+MoveStep make_new_shares(MoveRun& run) {
   prepare_failure(run.session, "Error1.", "Error1 ");
-  make_new_share(run, run.profile, form.sharenameprofile,
-                 {"Users Profile Share", "Creating Profile Share: ", "Error Creating Profile Share: "});
-  make_new_share(run, run.home, form.Sharenamehomedir,
-                 {"Users Home Share", "Creating Home Share: ", "Error Creating Home Share: "});
+  const MoveStep profile =
+      make_new_share(run, run.profile,
+                     {"Users Profile Share", "Creating Profile Share: ", "Error Creating Profile Share: "});
+  if (profile != MoveStep::kGoOn)
+    return profile;
+  return make_new_share(run, run.home,
+                        {"Users Home Share", "Creating Home Share: ", "Error Creating Home Share: "});
 }
 
 void set_new_permissions(MoveRun& run) {

@@ -6,6 +6,9 @@
 #include "format/user_name.hpp"
 #include "format/variables.hpp"
 #include "lifecycle/account_log.hpp"
+#include "lifecycle/account_paths.hpp"
+#include "lifecycle/consent.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "lifecycle/move_run.hpp"
 #include "platform/adsi.hpp"
 #include "stores/site_store.hpp"
@@ -82,6 +85,20 @@ void change_account(MoveRun& run) {
   if (!run.profile.new_unc.empty())
     user.put_Profile(run.profile.full_path.empty() ? run.profile.new_unc : run.profile.full_path);
   user.SetInfo();
+  const auto use = folder_use(session);
+  if (!run.home.new_unc.empty())
+    use->account_has(run.key, kHomePath, run.home.new_unc);
+  if (!run.profile.new_unc.empty())
+    use->account_has(run.key, kProfilePath, run.profile.new_unc);
+}
+
+/// One who is a member already, also by a move that broke off, is none that failed.
+void join_group(MoveRun& run, const std::string& group, std::string_view name) {
+  base::Trap trap;
+  trap([&] { run.session.platform.directory.GetObject(group)->Add(run.path); });
+  if (trap.number() != 0 && trap.number() != platform::ads_error::kObjectExists &&
+      trap.number() != platform::ads_error::kMemberInGroup)
+    warn(run, "Not added to the group " + std::string(base::trim(name)) + ": " + trap.description());
 }
 
 void join_groups(MoveRun& run) {
@@ -95,8 +112,7 @@ void join_groups(MoveRun& run) {
       const std::string group =
           active_directory ? row.key
                            : "WinNT://" + session.DomainName + "/" + std::string(base::trim(row.text));
-      base::Trap ignored;
-      ignored([&] { session.platform.directory.GetObject(group)->Add(run.path); });
+      join_group(run, group, row.text);
     }
     session.log.line("Added user to Groups");
   }
@@ -129,52 +145,118 @@ void run_script(MoveRun& run) {
                       session.Error_Status_Text);
 }
 
-/// False when a question was answered No.
-bool move_steps(MoveRun& run) {
+MoveOutcome tell_moved(MoveRun& run) {
   Session& session = run.session;
-  bind_user(run);
-  if (look_at_old_folders(run) == MoveStep::kEnd)
-    return false;
-  take_account_name(run);
-  resolve_new_folders(run);
-  if (make_new_folders(run) == MoveStep::kEnd)
-    return false;
-  make_new_shares(run);
-  set_new_permissions(run);
-  if (run.DataMode != 0)
-    move_data(run);
-  change_account(run);
-  join_groups(run);
-  run_script(run);
   session.log.line("User Moved Completed");
   session.log.close();
-  session::LOG_TAB(session, session::kGreen, " " + run.key + " Moved");
+  session::LOG_TAB(session, run.warned ? session::kYellow : session::kGreen, " " + run.key + " Moved");
   session.multi_user.Label3.caption = "User " + run.key + " has been moved.";
-  return true;
+  return run.warned ? MoveOutcome::kMovedWithWarnings : MoveOutcome::kMoved;
+}
+
+/// A person who said No knows that the user was not moved.
+MoveOutcome tell_not_moved(MoveRun& run, MoveStep why) {
+  Session& session = run.session;
+  if (why == MoveStep::kFailed) {
+    const std::string text = "User " + run.key + " was not moved";
+    session.log.line(text);
+    session::LOG_TAB(session, session::kRed, " " + text);
+    session.multi_user.Label3.caption = text;
+  }
+  session.log.close();
+  return MoveOutcome::kNotMoved;
+}
+
+/// The steps until the account has its new paths.
+MoveStep place_user(MoveRun& run) {
+  bind_user(run);
+  MoveStep step = look_at_old_folders(run);
+  if (step != MoveStep::kGoOn)
+    return step;
+  take_account_name(run);
+  resolve_new_folders(run);
+  for (MoveStep (*const next)(MoveRun&) : {check_move, make_new_folders, make_new_shares}) {
+    step = next(run);
+    if (step != MoveStep::kGoOn)
+      return step;
+  }
+  set_new_permissions(run);
+  if (run.DataMode != 0)
+    step = move_data(run);
+  if (step == MoveStep::kGoOn)
+    change_account(run);
+  return step;
+}
+
+MoveOutcome move_steps(MoveRun& run) {
+  const MoveStep step = place_user(run);
+  if (step != MoveStep::kGoOn)
+    return tell_not_moved(run, step);
+  join_groups(run);
+  run_script(run);
+  return tell_moved(run);
 }
 
 }  // namespace
 
-bool Move_One_User(Session& session, std::string_view UserKey) {
+void warn(MoveRun& run, std::string_view text) {
+  run.session.log.reason(text);
+  run.warned = true;
+}
+
+MoveStep refuse(MoveRun& run, const std::string& why) {
+  run.session.log.reason(why);
+  if (run.session.runs.rehearse)
+    run.session.runs.rehearse("Refused: " + why);
+  return MoveStep::kFailed;
+}
+
+bool wants_new_paths(MoveRun& run, const std::string& why) {
+  Session& session = run.session;
+  if (!run.new_paths_anyway) {
+    run.new_paths_anyway = has_consent(
+        session, session.runs.new_paths_anyway,
+        why + "\r\n\r\nGive " + run.key + " the new paths all the same? The data stays where it is.",
+        "Move Users");
+  }
+  run.warned |= *run.new_paths_anyway;
+  return *run.new_paths_anyway;
+}
+
+MoveStep refuse_unless_wanted(MoveRun& run, const std::string& why) {
+  if (!wants_new_paths(run, why))
+    return refuse(run, why);
+  run.session.log.reason(why);
+  return MoveStep::kGoOn;
+}
+
+MoveOutcome Move_One_User(Session& session, std::string_view UserKey) {
   session.multi_user.Label3.caption = std::string("Moving User...");
-  MoveRun run{session, std::string(UserKey), {}, {}, {}, chosen_data_mode(session), {}, {}};
+  const KnownFolders known(session);
+  MoveRun run{.session = session,
+              .key = std::string(UserKey),
+              .user = {},
+              .path = {},
+              .server = {},
+              .DataMode = chosen_data_mode(session),
+              .home = {.what = kHomePath},
+              .profile = {.what = kProfilePath}};
   if (session::is_active_directory(session) && !base::starts_with_fold(run.key, "LDAP://"))
     run.key = "LDAP://" + run.key;
   load_records(run);
   session.log.begin_block(session);
   session.log.line("Moving User: " + run.key);
-  bool moved = false;
+  MoveOutcome outcome = MoveOutcome::kNotMoved;
   try {
-    moved = move_steps(run);
-    session.log.close();
+    outcome = move_steps(run);
   } catch (const base::RuntimeError& failure) {
     report_stopped(session, failure);
   }
-  if (moved) {
+  if (outcome != MoveOutcome::kNotMoved) {
     stores::Clear_TT(session);
     stores::Clear_Site(session);
   }
-  return moved;
+  return outcome;
 }
 
 }  // namespace twk::lifecycle

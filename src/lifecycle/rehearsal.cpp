@@ -1,5 +1,7 @@
 #include "lifecycle/rehearsal.hpp"
 
+#include <algorithm>
+#include <map>
 #include <set>
 
 #include "base/errors.hpp"
@@ -23,23 +25,58 @@ std::string folded(std::string_view path) {
   return text;
 }
 
+/// Shares that would be made, and how the folders that they would stand for are reached until then.
+class RehearsedShares {
+ public:
+  void add(std::string_view server, const platform::ShareInfo502& share) {
+    const std::string& folder = share.shi502_path;
+    if (folder.size() < 2 || folder[1] != ':')
+      return;
+    std::string host(server);
+    host.erase(0, host.find_first_not_of('\\'));
+    const std::string way = "\\\\" + host + "\\";
+    ways_[folded(way + share.shi502_netname) + "\\"] = way + folder.substr(0, 1) + "$" + folder.substr(2);
+  }
+  /// The path itself, unless it begins with such a share.
+  [[nodiscard]] std::string way_of(std::string_view path) const {
+    const std::string text = folded(path) + "\\";
+    for (const auto& [share, way] : ways_) {
+      if (text.starts_with(share))
+        return way + std::string(path.substr(std::min(path.size(), share.size() - 1)));
+    }
+    return std::string(path);
+  }
+
+ private:
+  std::map<std::string, std::string> ways_;
+};
+
 /// Remembers the folders that would be made and taken away.
 class RehearsedFiles final : public platform::Files {
  public:
-  RehearsedFiles(platform::Files& real, const Rehearsal::Tell& tell) : real_(real), tell_(tell) {}
+  RehearsedFiles(platform::Files& real, const RehearsedShares& shares, const Rehearsal::Tell& tell)
+      : real_(real), shares_(shares), tell_(tell) {}
 
   bool exists(std::string_view path) override {
-    return made_.contains(folded(path)) || (!gone_.contains(folded(path)) && real_.exists(path));
+    const std::string way = shares_.way_of(path);
+    return made_.contains(folded(way)) || (!gone_.contains(folded(way)) && real_.exists(way));
   }
   bool is_directory(std::string_view path) override {
-    return made_.contains(folded(path)) || (!gone_.contains(folded(path)) && real_.is_directory(path));
+    const std::string way = shares_.way_of(path);
+    return made_.contains(folded(way)) || (!gone_.contains(folded(way)) && real_.is_directory(way));
   }
   void make_directory(std::string_view path) override {
     tell_("Make the folder " + std::string(path));
-    made_.insert(folded(path));
+    made_.insert(folded(shares_.way_of(path)));
   }
-  std::vector<FileEntry> list(std::string_view path) override { return real_.list(path); }
-  FileEntry status(std::string_view path) override { return real_.status(path); }
+  std::vector<FileEntry> list(std::string_view path) override {
+    const std::string way = shares_.way_of(path);
+    return made_.contains(folded(way)) ? std::vector<FileEntry>() : real_.list(way);
+  }
+  FileEntry status(std::string_view path) override {
+    const std::string way = shares_.way_of(path);
+    return made_.contains(folded(way)) ? FileEntry{.name = {}, .directory = true} : real_.status(way);
+  }
   void remove_directory(std::string_view path) override {
     tell_("Remove the folder " + std::string(path));
     made_.erase(folded(path));
@@ -70,6 +107,7 @@ class RehearsedFiles final : public platform::Files {
 
  private:
   platform::Files& real_;
+  const RehearsedShares& shares_;
   const Rehearsal::Tell& tell_;
   std::set<std::string> made_;
   std::set<std::string> gone_;
@@ -77,7 +115,8 @@ class RehearsedFiles final : public platform::Files {
 
 class RehearsedNetwork final : public platform::Network {
  public:
-  RehearsedNetwork(platform::Network& real, const Rehearsal::Tell& tell) : real_(real), tell_(tell) {}
+  RehearsedNetwork(platform::Network& real, RehearsedShares& shares, const Rehearsal::Tell& tell)
+      : real_(real), shares_(shares), tell_(tell) {}
 
   std::string NetGetDCName(std::string_view server, std::string_view domain) override {
     return real_.NetGetDCName(server, domain);
@@ -85,6 +124,7 @@ class RehearsedNetwork final : public platform::Network {
   void NetShareAdd(std::string_view server, const platform::ShareInfo502& share) override {
     tell_("Make the share " + share.shi502_netname + " on " + std::string(server) + " for " +
           share.shi502_path);
+    shares_.add(server, share);
   }
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override {
     return real_.NetShareGetInfo(server, name);
@@ -107,6 +147,7 @@ class RehearsedNetwork final : public platform::Network {
 
  private:
   platform::Network& real_;
+  RehearsedShares& shares_;
   const Rehearsal::Tell& tell_;
 };
 
@@ -182,8 +223,8 @@ struct Rehearsal::Services {
         real(real_services),
         registry(real.registry),
         directory(real.directory, tell),
-        files(real.files, tell),
-        network(real.network, tell),
+        files(real.files, shares, tell),
+        network(real.network, shares, tell),
         security(real.security, real.files, tell),
         process(tell) {}
 
@@ -191,6 +232,7 @@ struct Rehearsal::Services {
   platform::Platform real;
   RehearsedRegistry registry;
   RehearsedDirectory directory;
+  RehearsedShares shares;
   RehearsedFiles files;
   RehearsedNetwork network;
   RehearsedSecurity security;

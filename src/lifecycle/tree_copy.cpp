@@ -1,7 +1,7 @@
 #include "lifecycle/tree_copy.hpp"
 
 #include <algorithm>
-#include <map>
+#include <unordered_map>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -15,6 +15,11 @@ using platform::Files;
 /// A deeper tree than any file system lets paths be is a loop.
 constexpr std::size_t kDeepest = 1000;
 constexpr std::string_view kProbe = "~twk-probe~";
+/// What a file service calls the new file that is to replace another, until it is whole.
+constexpr std::string_view kDraft = ".twk-copy";
+/// The finest time that every way of setting one keeps, and the coarsest that a file system keeps.
+constexpr std::int64_t kFineTime = 1'000;
+constexpr std::int64_t kCoarseTime = 2'000'000'000;
 
 std::string joined(std::string_view folder, std::string_view name) {
   return std::string(folder) + (folder.empty() ? "" : "\\") + std::string(name);
@@ -75,17 +80,11 @@ class FolderGuard {
   bool entered_ = false;
 };
 
-/// Names that two paths have for one folder are found out by looking for a new folder of the one in the
-/// other: shares and servers go by many names.
-void require_other_folder(Files& files, const std::string& source, const std::string& target) {
-  const std::string probe = joined(target, kProbe);
-  if (files.exists(probe))
+/// Tried twice: it must not stay in somebody's folder.
+void remove_probe(Files& files, const std::string& probe) {
+  base::Trap trap;
+  if (!trap([&] { files.remove_directory(probe); }))
     files.remove_directory(probe);
-  files.make_directory(probe);
-  const bool same = files.exists(joined(source, kProbe));
-  files.remove_directory(probe);
-  if (same)
-    base::raise(base::error::kPathFileAccess, source + " and " + target + " are the same folder");
 }
 
 void require_no_links(const Tree& tree) {
@@ -97,56 +96,178 @@ void require_no_links(const Tree& tree) {
   }
 }
 
+void require_names_apart(const Tree& tree) {
+  std::unordered_map<std::string, const TreeEntry*> seen;
+  for (const TreeEntry& entry : tree.entries) {
+    const auto [other, fresh] = seen.try_emplace(base::upper(entry.path), &entry);
+    if (!fresh) {
+      base::raise(base::error::kFileExists, tree.top + " holds both " + other->second->path + " and " +
+                                                entry.path +
+                                                ", which are one name on a server: rename one of them");
+    }
+  }
+}
+
+bool is_near(std::int64_t a, std::int64_t b, std::int64_t tolerance) {
+  return std::max(a, b) - std::min(a, b) <= tolerance;
+}
+
+/// The entries of the folders of a tree as they are now, a folder read when it is first asked for. Goes down
+/// and up a tree as its entries do, forwards or backwards, and so reads each folder once.
+class PresentEntries {
+ public:
+  PresentEntries(Files& files, const std::string& top) : files_(files), top_(top) {}
+
+  /// By its name in any case; none when it, or its folder, is not there.
+  const FileEntry* find(const std::string& path) {
+    const std::string folder = folder_of(path);
+    const auto& entries = entries_of(folder);
+    const auto found = entries.find(base::upper(path.substr(folder.empty() ? 0 : folder.size() + 1)));
+    return found == entries.end() ? nullptr : &found->second;
+  }
+
+ private:
+  using Entries = std::unordered_map<std::string, FileEntry>;
+
+  const Entries& entries_of(const std::string& folder) {
+    while (!open_.empty() && !lies_in(folder, open_.back().first))
+      open_.pop_back();
+    if (open_.empty() || open_.back().first != folder)
+      open_.emplace_back(folder, read(folder.empty() ? top_ : joined(top_, folder)));
+    return open_.back().second;
+  }
+
+  static bool lies_in(std::string_view folder, std::string_view outer) {
+    return outer.empty() || folder == outer ||
+           (folder.size() > outer.size() && folder.starts_with(outer) && folder[outer.size()] == '\\');
+  }
+
+  Entries read(const std::string& path) {
+    Entries entries;
+    if (!files_.is_directory(path))
+      return entries;
+    for (FileEntry& entry : files_.list(path)) {
+      std::string name = base::upper(entry.name);
+      entries.emplace(std::move(name), std::move(entry));
+    }
+    return entries;
+  }
+
+  Files& files_;
+  const std::string& top_;
+  std::vector<std::pair<std::string, Entries>> open_;  ///< a folder and those above it
+};
+
+/// Finds out, entry by entry, what a copy has to do.
+class Planner {
+ public:
+  Planner(Files& files, const Tree& tree, const std::string& target)
+      : tree_(tree), target_(target), present_(files, target) {}
+
+  CopyPlan run() {
+    plan_.steps.reserve(tree_.entries.size());
+    for (const TreeEntry& entry : tree_.entries)
+      plan_.steps.push_back(entry.directory ? step_of_folder(entry) : step_of_file(entry));
+    return std::move(plan_);
+  }
+
+ private:
+  CopyStep step_of_folder(const TreeEntry& entry) {
+    if (entry.path == kProbe && is_empty(entry))
+      return CopyStep::kLeave;  // of a copy that was killed when this tree was its target
+    const FileEntry* const there = find(entry.path);
+    if (there == nullptr) {
+      if (!is_fresh(entry.path))
+        fresh_ = entry.path + '\\';
+      return CopyStep::kMake;
+    }
+    if (!there->directory)
+      bar(entry, there->link ? " is a link, which is not followed" : " is there and no folder");
+    return CopyStep::kLeave;
+  }
+
+  CopyStep step_of_file(const TreeEntry& entry) {
+    const FileEntry* const draft = find(entry.path + std::string(kDraft));
+    if (draft != nullptr && !draft->directory && !holds(entry.path + std::string(kDraft)))
+      plan_.drafts.push_back(joined(target_, entry.path + std::string(kDraft)));
+    const FileEntry* const there = find(entry.path);
+    if (there == nullptr)
+      return CopyStep::kMake;
+    if (there->directory || there->link)
+      bar(entry, there->link ? " is a link, which is not followed" : " is there and a folder");
+    if (there->size == entry.size && is_near(there->modified, entry.modified, kFineTime))
+      return CopyStep::kLeave;
+    if (plan_.replaced.empty())
+      plan_.replaced = joined(target_, entry.path);
+    return CopyStep::kReplace;
+  }
+
+  [[noreturn]] void bar(const TreeEntry& entry, const char* why) {
+    base::raise(base::error::kPathFileAccess, joined(target_, entry.path) + why);
+  }
+
+  /// True below a folder that is still to be made, where nothing can be.
+  [[nodiscard]] bool is_fresh(std::string_view path) const {
+    return !fresh_.empty() && path.starts_with(fresh_);
+  }
+  const FileEntry* find(const std::string& path) { return is_fresh(path) ? nullptr : present_.find(path); }
+  [[nodiscard]] bool is_empty(const TreeEntry& folder) const {
+    const auto* const next = &folder + 1;
+    return next == tree_.entries.data() + tree_.entries.size() || folder_of(next->path) != folder.path;
+  }
+  [[nodiscard]] bool holds(std::string_view path) const {
+    return std::any_of(tree_.entries.begin(), tree_.entries.end(),
+                       [&](const TreeEntry& entry) { return base::equals_fold(entry.path, path); });
+  }
+
+  const Tree& tree_;
+  const std::string& target_;
+  PresentEntries present_;
+  CopyPlan plan_;
+  std::string fresh_;
+};
+
 class Copier {
  public:
   Copier(Files& files, const Tree& tree, const std::string& target, const TreeHooks& hooks)
       : files_(files), tree_(tree), target_(target), hooks_(hooks), source_(files, tree.top) {}
 
-  bool run() {
-    for (const TreeEntry& entry : tree_.entries) {
-      if (!(entry.directory ? copy_folder(entry) : copy_file(entry)))
+  bool run(const CopyPlan& plan) {
+    for (const std::string& draft : plan.drafts)
+      files_.remove(draft);
+    for (std::size_t i = 0; i < tree_.entries.size(); ++i) {
+      const TreeEntry& entry = tree_.entries[i];
+      if (plan.steps[i] != CopyStep::kLeave && !copy(entry, plan.steps[i] == CopyStep::kReplace))
+        return false;
+      if (!entry.directory && !count(entry))
         return false;
     }
     return true;
   }
 
  private:
-  bool copy_folder(const TreeEntry& entry) {
-    const std::string path = joined(target_, entry.path);
-    if (files_.exists(path)) {
-      const FileEntry there = files_.status(path);
-      if (!there.directory) {
-        base::raise(base::error::kPathFileAccess,
-                    path + (there.link ? " is a link, which is not followed" : " is there and no folder"));
-      }
+  /// What came into being since the plan was made is a failure, and never replaced.
+  bool copy(const TreeEntry& entry, bool replace) {
+    const std::string from = joined(tree_.top, entry.path);
+    const std::string to = joined(target_, entry.path);
+    if (entry.directory) {
+      files_.make_directory(to);
     } else {
-      files_.make_directory(path);
+      source_.enter(folder_of(entry.path));
+      const auto piece = [&](std::uint64_t done) { return tell({done_.files, done_.bytes + done}); };
+      if (!files_.copy_file(from, to, replace, piece))
+        return false;
     }
+    if (hooks_.made)
+      hooks_.made(from, to);
     return true;
   }
 
-  bool copy_file(const TreeEntry& entry) {
-    const std::string from = joined(tree_.top, entry.path);
-    const std::string to = joined(target_, entry.path);
-    const auto piece = [&](std::uint64_t done) { return tell({done_.files, done_.bytes + done}); };
-    source_.enter(folder_of(entry.path));
-    bool whole = false;
-    // Nothing is there as a rule; what is there is found by trying.
-    base::Trap trap;
-    trap([&] { whole = files_.copy_file(from, to, may_replace_, piece); });
-    if (trap.number() == base::error::kFileExists && !may_replace_ && hooks_.may_replace) {
-      may_replace_ = hooks_.may_replace(to);
-      whole = may_replace_ && files_.copy_file(from, to, true, piece);
-    } else if (trap.number() != 0) {
-      base::raise(trap.number(), trap.description());
-    }
-    if (!whole)
-      return false;
+  bool count(const TreeEntry& entry) {
     ++done_.files;
     done_.bytes += entry.size;
     return tell(done_);
   }
-
   bool tell(const TreeProgress& progress) { return !hooks_.going_on || hooks_.going_on(progress); }
 
   Files& files_;
@@ -155,35 +276,26 @@ class Copier {
   const TreeHooks& hooks_;
   FolderGuard source_;
   TreeProgress done_;
-  bool may_replace_ = false;
 };
 
-/// The entries of the folders of a tree as they are now, a folder read when it is first asked for.
-class PresentEntries {
- public:
-  PresentEntries(Files& files, const std::string& top) : files_(files), top_(top) {}
-
-  /// None when it is not there any more.
-  const FileEntry* find(const std::string& path) {
-    const std::string folder = folder_of(path);
-    if (!read_ || folder != folder_) {
-      entries_.clear();
-      for (FileEntry& entry : files_.list(folder.empty() ? top_ : joined(top_, folder)))
-        entries_.emplace(entry.name, std::move(entry));
-      folder_ = folder;
-      read_ = true;
-    }
-    const auto found = entries_.find(path.substr(folder.empty() ? 0 : folder.size() + 1));
-    return found == entries_.end() ? nullptr : &found->second;
+/// Every file must stand on both sides as it was read: on the one nothing was written since, on the other it
+/// is whole.
+void require_copied(Files& files, const Tree& tree, const std::string& target) {
+  PresentEntries source(files, tree.top);
+  PresentEntries copies(files, target);
+  for (const TreeEntry& entry : tree.entries) {
+    const FileEntry* const now = source.find(entry.path);
+    if (entry.directory || now == nullptr)
+      continue;
+    const std::string path = joined(tree.top, entry.path);
+    if (now->link || now->directory || now->size != entry.size || now->modified != entry.modified)
+      base::raise(base::error::kPathFileAccess, path + " changed after it was copied, and is kept");
+    const FileEntry* const copy = copies.find(entry.path);
+    if (copy == nullptr || copy->link || copy->directory || copy->size != entry.size ||
+        !is_near(copy->modified, entry.modified, kCoarseTime))
+      base::raise(base::error::kPathFileAccess, path + " is not whole in " + target + ", and is kept");
   }
-
- private:
-  Files& files_;
-  const std::string& top_;
-  std::string folder_;
-  bool read_ = false;
-  std::map<std::string, FileEntry> entries_;
-};
+}
 
 }  // namespace
 
@@ -194,29 +306,51 @@ Tree read_tree(Files& files, const std::string& top) {
   return tree;
 }
 
-bool copy_tree(Files& files, const Tree& tree, const std::string& target, const TreeHooks& hooks) {
+CopyPlan plan_copy(Files& files, const Tree& tree, const std::string& target) {
   require_no_links(tree);
-  require_other_folder(files, tree.top, target);
-  return Copier(files, tree, target, hooks).run();
+  require_names_apart(tree);
+  return Planner(files, tree, target).run();
 }
 
-void remove_copied(Files& files, const Tree& tree) {
-  PresentEntries present(files, tree.top);
+void require_other_folder(Files& files, const std::string& source, const std::string& target) {
+  const std::string probe = joined(target, kProbe);
+  if (files.exists(probe))
+    remove_probe(files, probe);
+  files.make_directory(probe);
+  const bool same = files.exists(joined(source, kProbe));
+  remove_probe(files, probe);
+  if (same)
+    base::raise(base::error::kPathFileAccess, source + " and " + target + " are the same folder");
+}
+
+bool copy_tree(Files& files, const Tree& tree, const std::string& target, const CopyPlan& plan,
+               const TreeHooks& hooks) {
+  if (!plan.replaced.empty()) {
+    if (!hooks.may_replace)
+      base::raise(base::error::kFileExists, plan.replaced + " is there already, and another file");
+    if (!hooks.may_replace(plan.replaced))
+      return false;
+  }
+  return Copier(files, tree, target, hooks).run(plan);
+}
+
+void remove_copied(Files& files, const Tree& tree, const std::string& target) {
+  require_copied(files, tree, target);
   FolderGuard guard(files, tree.top);
   for (auto entry = tree.entries.rbegin(); entry != tree.entries.rend(); ++entry) {
     const std::string path = joined(tree.top, entry->path);
     guard.enter(folder_of(entry->path));
-    if (entry->directory) {
-      if (files.list(path).empty())
+    base::Trap trap;
+    trap([&] {
+      if (!entry->directory)
+        files.remove(path);
+      else if (files.list(path).empty())
         files.remove_directory(path);
-      continue;
-    }
-    const FileEntry* const now = present.find(entry->path);
-    if (now == nullptr)
-      continue;
-    if (now->link || now->directory || now->size != entry->size || now->modified != entry->modified)
-      base::raise(base::error::kPathFileAccess, path + " changed after it was copied, and is kept");
-    files.remove(path);
+    });
+    const bool gone =
+        trap.number() == base::error::kFileNotFound || trap.number() == base::error::kPathNotFound;
+    if (trap.number() != 0 && !gone)
+      base::raise(trap.number(), trap.description());
   }
 }
 

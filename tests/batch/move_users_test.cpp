@@ -14,8 +14,13 @@ INSTANTIATE_TEST_SUITE_P(Kinds, MoveUsers, test::kKinds, test::kind_name);
 
 /// Users get the home of "Staff" at "Head Office"; nothing is moved, for they have none.
 void open_to_move(MultiUserWorld& world) {
-  for (const char* const folder : {"Users", "Profiles"})
+  for (const char* const folder : {"Users", "Profiles"}) {
     std::filesystem::create_directories(world.folder.path() / "servers/FS1/D" / folder);
+    platform::ShareInfo502 share;
+    share.shi502_netname = folder;
+    share.shi502_path = "D:\\" + share.shi502_netname;
+    world.services.network.NetShareAdd("FS1", share);
+  }
   world.open();
   world.window.Multi_Site.text = std::string("Head Office");
   world.window.Multi_Template.text = stores::padded_template_name("Staff");

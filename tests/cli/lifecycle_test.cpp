@@ -59,21 +59,28 @@ TEST_F(ExistingUsers, WhatIsToGoMustBeSaid) {
 }
 
 TEST_F(ExistingUsers, MoveToAnotherServer) {
-  for (const char* const name : {"Users", "Profiles"}) {
+  for (const char* const name : {"Users", "Profiles"})
     std::filesystem::create_directories(lab() + "/servers/FS2/D/" + name);
-    ASSERT_EQ(run({"share", "add", "FS2", name, std::string("D:\\") + name}).exit_code, 0);
-  }
   ASSERT_EQ(run({"site", "add", "Branch", "--nt-server", "FS2"}).exit_code, 0);
-  const ProgramResult result = run({"user", "move", "Jo.Smith", "--site", "Branch", "--template", "Staff",
-                                    "--data", "move", "--no-prompt"});
-  EXPECT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_TRUE(std::filesystem::exists(lab() + "/servers/FS2/D/Users/Jo.Smith/a.txt"));
-  EXPECT_FALSE(std::filesystem::exists(home()));
-  const ProgramResult again = run({"user", "move", "Jo.Smith", "--site", "Branch", "--template", "Staff",
-                                   "--data", "move", "--no-prompt"});
-  EXPECT_EQ(again.exit_code, 1);
-  EXPECT_THAT(again.err, HasSubstr("or lies in it"));
-  EXPECT_TRUE(std::filesystem::exists(lab() + "/servers/FS2/D/Users/Jo.Smith/a.txt"));
+  const Arguments move = {"user",       "move",  "Jo.Smith", "--site", "Branch",
+                          "--template", "Staff", "--data",   "move",   "--no-prompt"};
+  Arguments dry = move;
+  dry.push_back("--dry-run");
+  for (const Arguments& arguments : {dry, move}) {
+    const ProgramResult refused = run(arguments);
+    EXPECT_EQ(refused.exit_code, 2);
+    EXPECT_THAT(refused.out,
+                HasSubstr("RED  User Jo.Smith was not moved: FS2 has no share Profiles, to which "));
+  }
+  for (const char* const name : {"Users", "Profiles"})
+    ASSERT_EQ(run({"share", "add", "FS2", name, std::string("D:\\") + name}).exit_code, 0);
+  // The second one finds all where it is to be.
+  for (int i = 0; i < 2; ++i) {
+    const ProgramResult result = run(move);
+    EXPECT_EQ(result.exit_code, 0) << result.err;
+    EXPECT_TRUE(std::filesystem::exists(lab() + "/servers/FS2/D/Users/Jo.Smith/a.txt"));
+    EXPECT_FALSE(std::filesystem::exists(home()));
+  }
 }
 
 TEST_F(ExistingUsers, GetOtherNamesAndAnotherPassword) {

@@ -67,7 +67,8 @@ LabSession::LabSession(lab::DomainKind kind, std::string_view command_line, plat
       services(lab_->platform(boxes == nullptr ? dialogs : *boxes)),
       directory(services.directory),
       files(services.files),
-      session({services.registry, directory, services.query, files, services.network, services.security,
+      network(services.network),
+      session({services.registry, directory, services.query, files, network, services.security,
                services.mailboxes, process, environment, clock, services.dialogs},
               command_line, lab_->database_path().substr(0, lab_->database_path().size() - 1)) {
   set("Setup", "Domain", is_nt() ? "TWK" : "twk.test");

@@ -9,6 +9,7 @@
 #include "lab/lab_create.hpp"
 #include "session/session.hpp"
 #include "stores/records.hpp"
+#include "support/failing_network.hpp"
 #include "support/fakes.hpp"
 #include "support/faulty_directory.hpp"
 #include "support/scripted_dialogs.hpp"
@@ -63,6 +64,7 @@ class LabSession {
   platform::Platform services;
   FaultyDirectory directory;
   FailingFiles files;
+  FailingNetwork network;
   session::Session session;
 };
 
