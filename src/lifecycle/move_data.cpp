@@ -6,6 +6,7 @@
 #include "lifecycle/folder_use.hpp"
 #include "lifecycle/move_run.hpp"
 #include "lifecycle/own_tree.hpp"
+#include "lifecycle/unfinished_move.hpp"
 #include "resources/share502.hpp"
 
 namespace twk::lifecycle {
@@ -169,8 +170,8 @@ std::string old_way(MoveRun& run, const Part& part) {
   return way;
 }
 
-/// False when the share stays though it was to go.
-bool remove_old_share(MoveRun& run, const MovedFolder& folder) {
+/// False when the share stays though it was to go. `way` leads to the folder that is to go after it.
+bool remove_old_share(MoveRun& run, const MovedFolder& folder, const std::string& way) {
   Session& session = run.session;
   if (Has_Sub_Path(folder.old_path) || Same_Share(run.profile.old_path, run.home.old_path) ||
       !has_result(folder, ShareResult::kMade))
@@ -184,6 +185,8 @@ bool remove_old_share(MoveRun& run, const MovedFolder& folder) {
     if (!folder_use(session)->folder_of_share(server, share))
       return;
     require_own_share(session, server, share, owner_of(run, share));
+    if (!way.empty())
+      remember_old_folder(session, run.key, folder.old_path, way);
     deleted = delete_share(session, server, share);
   });
   if (trap.number() != 0) {
@@ -222,20 +225,25 @@ bool take_contents_away(MoveRun& run, const Part& part) {
                         {.replaces = !folder.used_by_others, .apart = true});
 }
 
-/// A folder that only its own share leads to stays, empty, when that has gone.
+/// A folder that only its own share leads to stays, empty, when that has gone. Of one whose share a move that
+/// broke off has removed, the way is remembered.
 void leave_old(MoveRun& run, const Part& part) {
   const MovedFolder& folder = part.folder;
-  const bool goes = part.mode == kMove && folder.old == OldFolder::kThere;
-  const std::string way = old_way(run, part);
-  if (goes && !take_contents_away(run, part)) {
+  const bool moves = part.mode == kMove;
+  const bool there = folder.old == OldFolder::kThere;
+  if (moves && there && !take_contents_away(run, part)) {
     warn(run, std::string(part.texts.not_deletable) + folder.old_path);
     return run.session.platform.dialogs.beep();
   }
-  if (!remove_old_share(run, folder) || !goes)
+  const std::string way =
+      there ? old_way(run, part) : remembered_old_folder(run.session, run.key, folder.old_path);
+  if (!remove_old_share(run, folder, moves ? way : std::string()) || !moves)
     return;
   if (!way.empty())
-    return remove_old_folder(run, part, way);
-  warn(run, "The empty folder of " + folder.old_path + " stays: only its own share led to it");
+    remove_old_folder(run, part, way);
+  else if (there)
+    warn(run, "The empty folder of " + folder.old_path + " stays: only its own share led to it");
+  forget_old_folder(run.session, run.key, folder.old_path);
 }
 
 void finish_part(MoveRun& run, const Part& part) {

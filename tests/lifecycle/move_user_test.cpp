@@ -85,7 +85,7 @@ class MoveWorld : public LifecycleWorld {
   }
   /// Whether a rehearsal can know how the move ends.
   [[nodiscard]] bool is_foreseeable() const {
-    return !files.before && !directory.before && network.refused_share.empty() &&
+    return !files.before && !directory.before && network.refused_share.empty() && !dialogs.on_events &&
            session.multi_user.No_Prompt.on();
   }
   /// As if "jo" had no folders on FS1 any more.
@@ -434,6 +434,19 @@ const Case kCases[] = {
      {},
      [](MoveWorld& world) {
        std::filesystem::create_directories(world.server_folder("FS2/D/Users/jo/a.txt"));
+     }},
+    {"the copying is stopped, whatever is wanted of failed ones",
+     kMove,
+     kNotMoved,
+     kWhole,
+     with(kFolders, {"Profiles/jo/NTUser.dat"}),
+     kOldShares,
+     kOldHome,
+     "RED  User jo was not moved: The copying was stopped",
+     {"Error Copying Profile Dir "},
+     [](MoveWorld& world) {
+       world.dialogs.on_events = [&world] { world.session.import.ImportStopped = true; };
+       with_new_paths(world);
      }},
     {"the account may not be written",
      kMove,

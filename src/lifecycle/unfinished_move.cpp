@@ -1,0 +1,44 @@
+#include "lifecycle/unfinished_move.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "creation/paths.hpp"
+#include "session/session.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using session::Session;
+
+/// Of an account and a share, which make a name that a file can have.
+std::string memory_path(const Session& session, std::string_view account, const std::string& old_path) {
+  return std::string(base::trim(session.form1.dbpath.text.get())) + "Unfinished move of " +
+         std::string(account) + " from " + creation::Get_Server_Name(old_path) + " " +
+         creation::Get_Share_Name(old_path) + ".txt";
+}
+
+}  // namespace
+
+void remember_old_folder(Session& session, std::string_view account, const std::string& old_path,
+                         const std::string& way) {
+  if (session.runs.rehearse)
+    return;
+  base::Trap trap;
+  trap([&] { session.platform.files.write(memory_path(session, account, old_path), way); });
+}
+
+std::string remembered_old_folder(Session& session, std::string_view account, const std::string& old_path) {
+  std::string way;
+  base::Trap none;
+  none([&] { way = session.platform.files.read(memory_path(session, account, old_path)); });
+  return way;
+}
+
+void forget_old_folder(Session& session, std::string_view account, const std::string& old_path) {
+  if (session.runs.rehearse)
+    return;
+  base::Trap none;
+  none([&] { session.platform.files.remove(memory_path(session, account, old_path)); });
+}
+
+}  // namespace twk::lifecycle
