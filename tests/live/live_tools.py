@@ -8,7 +8,7 @@ import sys
 TWK = sys.argv[1]
 LIVE = {name: os.environ.get(f"TWK_LIVE_{name}", "") for name in (
     "DOMAIN", "SERVER", "ADMIN", "PASSWORD", "STATE", "CONTROL", "EXCHANGE", "SUPERUSER_TICKET")}
-IS_AD = LIVE["DOMAIN"] == "twk.test"
+IS_AD = "." in LIVE["DOMAIN"]
 CONF = LIVE["STATE"] + ("/domain/etc/smb.conf" if IS_AD else "/smb.conf")
 failures = []
 
