@@ -105,7 +105,9 @@ void rehearse_copy(Session& session, const CopyWork& work, const Tree& tree, con
 bool copy_or_move(Session& session, const CopyWork& work, const CopyRules& rules) {
   platform::Files& files = session.platform.files;
   const std::string target = work.target.text();
-  const Tree tree = read_tree(files, work.source.text());
+  Tree tree = read_tree(files, work.source.text());
+  if (!rules.except.empty())
+    leave_out(tree, rules.except);
   const CopyPlan plan = plan_copy(files, tree, target);
   if (session.runs.rehearse) {
     rehearse_copy(session, work, tree, plan, rules);

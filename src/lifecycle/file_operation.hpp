@@ -17,8 +17,9 @@ enum class FileWork { kMove = 1, kCopy = 2, kDelete = 3 };
 
 /// What a caller wants of a copy besides.
 struct CopyRules {
-  bool replaces = true;  ///< else a file of the target that is another one fails the copy
-  bool apart = false;    ///< source and target are known to be two folders, whatever their paths
+  bool replaces = true;          ///< else a file of the target that is another one fails the copy
+  bool apart = false;            ///< source and target are known to be two folders, whatever their paths
+  std::string_view except = {};  ///< a folder of the source that is left out, "Mail\\Old"; empty for none
   /// Told of each file and folder that was made, and what it was made after.
   std::function<void(const std::string& from, const std::string& to)> made = {};
 };

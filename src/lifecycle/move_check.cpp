@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/paths.hpp"
@@ -37,6 +39,11 @@ std::string with_parts(std::string folder, const TreePath& path) {
   for (const std::string& part : path.parts)
     folder += "\\" + part;
   return folder;
+}
+
+template <typename Test>
+bool is_any(const std::vector<std::string>& places, const Test& test) {
+  return std::any_of(places.begin(), places.end(), test);
 }
 
 bool is_folder(MoveRun& run, const std::string& path) {
@@ -79,7 +86,8 @@ void check_new_share(MoveRun& run, const MovedFolder& folder) {
     raise_refusal("The template has the share " + folder.new_share + " for the " + std::string(folder.what) +
                   " and no folder that it could stand for");
   const auto there = folder_use(run.session)->folder_of_share(run.server, folder.new_share);
-  if (there && !is_same_folder(*there, folder.new_local)) {
+  const auto is_that = [&](const std::string& place) { return is_same_folder(*there, place); };
+  if (there && !is_any(made_places(run, folder), is_that)) {
     raise_refusal("The share " + folder.new_share + " on " + run.server + " is taken: it stands for " +
                   *there);
   }
@@ -108,7 +116,8 @@ void check_new_path(MoveRun& run, const MovedFolder& folder) {
   if (!place)
     base::raise(base::error::kPathNotFound, path.server + " has no share " + path.share + ", to which " +
                                                 folder.new_unc + " leads, and this move does not make it");
-  if (folder.wanted && is_same_server(path.server, run.server) && holds_folder(folder.new_local, *place))
+  if (folder.wanted && is_same_server(path.server, run.server) &&
+      is_any(made_places(run, folder), [&](const std::string& made) { return holds_folder(made, *place); }))
     return;
   if (is_folder(run, path.text())) {
     require_no_link_on_the_way(run.session, path);
@@ -187,6 +196,22 @@ MoveStep check_old(MoveRun& run, MovedFolder& folder) {
   return refuse_unless_wanted(run, trap.description());
 }
 
+/// A profile is often kept in the home.
+void find_nested(MoveRun& run, MovedFolder& outer, const MovedFolder& inner) {
+  if (outer.old != OldFolder::kThere || inner.old != OldFolder::kThere)
+    return;
+  const TreePath out = parse_tree_path(outer.old_path);
+  const TreePath in = parse_tree_path(inner.old_path);
+  const auto out_folder = folder_use(run.session)->folder_of_share(out.server, out.share);
+  const auto in_folder = folder_use(run.session)->folder_of_share(in.server, in.share);
+  if (!is_same_server(out.server, in.server) || !out_folder || !in_folder)
+    return;
+  const std::string above = with_parts(*out_folder, out);
+  const std::string below = with_parts(*in_folder, in);
+  if (holds_folder(above, below) && !is_same_folder(above, below))
+    outer.except = below.substr(above.size() + 1);
+}
+
 void check_new(MoveRun& run, MovedFolder& folder) {
   check_new_share(run, folder);
   if (folder.wanted)
@@ -213,15 +238,32 @@ void require_writable_account(MoveRun& run) {
 
 }  // namespace
 
+std::vector<std::string> made_places(MoveRun& run, const MovedFolder& folder) {
+  const auto use = folder_use(run.session);
+  std::vector<std::string> places{folder.new_local};
+  // A Samba server calls every drive C.
+  const std::string drive(base::left(folder.new_local, 1));
+  const auto root = use->folder_of_share(run.server, drive + "$");
+  if (root && root->size() > 1 && !base::starts_with_fold(*root, drive))
+    places.insert(places.begin(), root->substr(0, 1) + folder.new_local.substr(1));
+  const TreePath way = parse_tree_path(folder.new_admin);
+  const auto shared = use->folder_of_share(way.server, way.share);
+  if (shared && !shared->empty())
+    places.push_back(with_parts(*shared, way));
+  return places;
+}
+
 std::optional<std::string> new_place(MoveRun& run, const MovedFolder& folder) {
   const TreePath path = parse_tree_path(folder.new_unc);
-  for (const MovedFolder* const made : {&run.profile, &run.home}) {
-    if (!made->new_share.empty() && base::equals_fold(path.share, made->new_share) &&
-        is_same_server(path.server, run.server))
-      return with_parts(made->new_local, path);
-  }
   const auto shared = folder_use(run.session)->folder_of_share(path.server, path.share);
-  return shared ? std::optional(with_parts(*shared, path)) : std::nullopt;
+  if (shared)
+    return with_parts(*shared, path);
+  for (const MovedFolder* const made : {&run.profile, &run.home}) {
+    if (made->wanted && !made->new_share.empty() && base::equals_fold(path.share, made->new_share) &&
+        is_same_server(path.server, run.server))
+      return with_parts(made_places(run, *made).front(), path);
+  }
+  return std::nullopt;
 }
 
 MoveStep check_move(MoveRun& run) {
@@ -232,6 +274,8 @@ MoveStep check_move(MoveRun& run) {
   }
   base::Trap trap;
   trap([&] {
+    find_nested(run, run.home, run.profile);
+    find_nested(run, run.profile, run.home);
     check_shares_apart(run);
     check_new(run, run.profile);
     check_new(run, run.home);

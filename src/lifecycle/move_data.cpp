@@ -90,9 +90,11 @@ bool copy_contents(MoveRun& run, Part& part, OwnerKeeper& owners) {
   const MovedFolder& folder = part.folder;
   const CopyRules rules{
       .replaces = !folder.used_by_others,
+      .except = folder.except,
       .made = [&owners](const std::string& from, const std::string& to) { owners.keep(from, to); }};
   base::Trap trap;
   trap([&] { make_way(run, folder); });
+  run.session.form1.StatusBar1.panel1 = trap.description();
   if (trap.number() != 0)
     run.session.log.reason(trap.description());
   return trap.number() == 0 &&
@@ -102,7 +104,9 @@ bool copy_contents(MoveRun& run, Part& part, OwnerKeeper& owners) {
 
 /// A copy that was stopped is no question: nothing more happens to the user.
 MoveStep fail_copy(MoveRun& run, const Part& part) {
-  const std::string what = std::string(part.texts.failed) + part.folder.old_path;
+  const std::string& why = run.session.form1.StatusBar1.panel1.get();
+  const std::string what =
+      std::string(part.texts.failed) + part.folder.old_path + (why.empty() ? why : ": " + why);
   if (run.session.import.ImportStopped) {
     run.session.log.reason("The copying was stopped");
     return MoveStep::kFailed;
@@ -165,7 +169,7 @@ std::string old_way(MoveRun& run, const Part& part) {
     else
       way += tail_of(path);
   }
-  if (way.empty() || !Dir_Exists(session, way))
+  if (way.empty() || !unknown([&] { way = parse_tree_path(way).text(); }) || !Dir_Exists(session, way))
     return Has_Sub_Path(path) ? path : std::string();
   return way;
 }
@@ -222,7 +226,7 @@ bool take_contents_away(MoveRun& run, const Part& part) {
   }
   return File_Operation(run.session, folder.old_path + "\\*.*", folder.new_unc, FileWork::kMove,
                         owner_of(run, creation::Get_Share_Name(folder.old_path)),
-                        {.replaces = !folder.used_by_others, .apart = true});
+                        {.replaces = !folder.used_by_others, .apart = true, .except = folder.except});
 }
 
 /// A folder that only its own share leads to stays, empty, when that has gone. Of one whose share a move that

@@ -128,7 +128,7 @@ resources::ShareResult make_share(MoveRun& run, const MovedFolder& folder, const
   const resources::ShareResult result = resources::CreateShare(
       session, run.server, folder.new_share, folder.new_local, std::string(texts.remark), run.key);
   if (result != resources::ShareResult::kFailed)
-    use->add_share(run.server, folder.new_share, folder.new_local);
+    use->add_share(run.server, folder.new_share, made_places(run, folder).front());
   return result;
 }
 

@@ -43,7 +43,8 @@ struct MovedFolder {
   bool wanted = false;         ///< the template gives a new path
   std::string full_path = {};  ///< `new_unc` as it was before it was cut at the user's name
   OldFolder old = OldFolder::kNone;
-  bool was_there = false;       ///< the new folder, so that a move that broke off may have filled it
+  std::string except = {};  ///< the other one's old folder, when that lies in this one's and goes its own way
+  bool was_there = false;   ///< the new folder, so that a move that broke off may have filled it
   bool used_by_others = false;  ///< the new folder; the person wants it all the same
 };
 
@@ -77,6 +78,8 @@ std::vector<std::string_view> reasons_to_leave_profile(const std::string& path);
 MoveStep check_old_folders(MoveRun& run);
 /// Takes the new paths from the template.
 void resolve_new_folders(MoveRun& run);
+/// The new folder on its server, in the spellings that the server may have for it; first that of a new share.
+std::vector<std::string> made_places(MoveRun& run, const MovedFolder& folder);
 /// The folder of `folder.new_unc` on its server, as it will be when the new shares are made; none when that
 /// server does not have the share and does not get it.
 std::optional<std::string> new_place(MoveRun& run, const MovedFolder& folder);

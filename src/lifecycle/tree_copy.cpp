@@ -306,6 +306,19 @@ Tree read_tree(Files& files, const std::string& top) {
   return tree;
 }
 
+void leave_out(Tree& tree, std::string_view folder) {
+  const std::string top = base::upper(folder) + '\\';
+  std::erase_if(tree.entries, [&](const TreeEntry& entry) {
+    if (!(base::upper(entry.path) + '\\').starts_with(top))
+      return false;
+    if (!entry.directory) {
+      --tree.files;
+      tree.bytes -= entry.size;
+    }
+    return true;
+  });
+}
+
 CopyPlan plan_copy(Files& files, const Tree& tree, const std::string& target) {
   require_no_links(tree);
   require_names_apart(tree);

@@ -62,6 +62,9 @@ struct CopyPlan {
 /// Looks through a folder without a change to it.
 Tree read_tree(platform::Files& files, const std::string& top);
 
+/// Takes a folder with all that is in it out of what was read.
+void leave_out(Tree& tree, std::string_view folder);
+
 /// What copying a tree into the folder `target`, which need not exist yet, would do; nothing is changed.
 /// Raises for a tree that cannot be copied as a whole: one that holds a link, or two names that are one
 /// wherever case is folded; and for one whose way is barred by what `target` holds: a link, a file for a

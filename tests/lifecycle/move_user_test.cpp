@@ -88,6 +88,11 @@ class MoveWorld : public LifecycleWorld {
     return !files.before && !directory.before && network.refused_share.empty() && !dialogs.on_events &&
            session.multi_user.No_Prompt.on();
   }
+  void set_profile(const std::string& path) {
+    const platform::ObjectPtr jo = account("jo");
+    jo->Put("Profile", path);
+    jo->SetInfo();
+  }
   /// As if "jo" had no folders on FS1 any more.
   void lose_old_folders() {
     for (const std::string name : {"Users/jo", "Profiles/jo"})
@@ -187,6 +192,16 @@ const Case kCases[] = {
      "GREEN  jo Moved",
      {"Profile Copied from \\\\FS1\\jo.prf$ to \\\\FS2\\jo.prf$\n", "Home Dir Copied from "},
      {}},
+    {"a profile in the home goes its own way alone",
+     kMove,
+     kMoved,
+     {"Users/", "Profiles/", "Profiles/jo/", "Profiles/jo/NTUser.dat"},
+     {"Users/", "Users/jo/", "Users/jo/a.txt", "Profiles/", "Profiles/jo/", "Profiles/jo/b.txt"},
+     {"jo.prf$"},
+     kNewHome,
+     "GREEN  jo Moved",
+     {},
+     [](MoveWorld& world) { world.set_profile("\\\\FS1\\D$\\Users\\jo\\Mail"); }},
     {"nothing leaves the data and repoints the account",
      kNothing,
      kMoved,
