@@ -266,6 +266,23 @@ std::optional<std::string> new_place(MoveRun& run, const MovedFolder& folder) {
   return std::nullopt;
 }
 
+std::size_t levels_below_new(MoveRun& run, const MovedFolder& folder) {
+  const auto place = new_place(run, folder);
+  for (const std::string& made : made_places(run, folder)) {
+    if (place && holds_folder(made, *place)) {
+      const auto depth = [](std::string_view path) { return std::count(path.begin(), path.end(), '\\'); };
+      return static_cast<std::size_t>(depth(*place) - depth(with_parts(made, {})));
+    }
+  }
+  return 0;
+}
+
+void claim_new_places(MoveRun& run, bool claims) {
+  const auto use = folder_use(run.session);
+  use->account_has(run.key, "new home", claims ? run.home.new_unc : std::string());
+  use->account_has(run.key, "new profile", claims ? run.profile.new_unc : std::string());
+}
+
 MoveStep check_move(MoveRun& run) {
   for (MovedFolder* const folder : {&run.profile, &run.home}) {
     const MoveStep step = check_old(run, *folder);
@@ -277,6 +294,7 @@ MoveStep check_move(MoveRun& run) {
     find_nested(run, run.home, run.profile);
     find_nested(run, run.profile, run.home);
     check_shares_apart(run);
+    claim_new_places(run, true);
     check_new(run, run.profile);
     check_new(run, run.home);
   });

@@ -76,7 +76,10 @@ void log_copy(const MoveRun& run, const Part& part) {
 void make_way(MoveRun& run, const MovedFolder& folder) {
   TreePath way = parse_tree_path(folder.new_unc);
   std::vector<std::string> parts;
-  parts.swap(way.parts);
+  for (std::size_t levels = levels_below_new(run, folder); levels > 0 && !way.parts.empty(); --levels) {
+    parts.insert(parts.begin(), std::move(way.parts.back()));
+    way.parts.pop_back();
+  }
   for (std::string& part : parts) {
     way.parts.push_back(std::move(part));
     if (run.session.platform.files.is_directory(way.text()))

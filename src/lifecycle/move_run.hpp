@@ -83,10 +83,14 @@ std::vector<std::string> made_places(MoveRun& run, const MovedFolder& folder);
 /// The folder of `folder.new_unc` on its server, as it will be when the new shares are made; none when that
 /// server does not have the share and does not get it.
 std::optional<std::string> new_place(MoveRun& run, const MovedFolder& folder);
+/// How many folders deeper that is than the new one.
+std::size_t levels_below_new(MoveRun& run, const MovedFolder& folder);
 /// Finds out before the first change what would make the move fail: a new place that cannot be reached or is
 /// another's, a share that is somebody else's, a path that leads nowhere, an old folder that is not the
 /// user's alone or cannot be reached, an account that may not be written.
 MoveStep check_move(MoveRun& run);
+/// Lets new shares that a move which broke off has made count as the account's own, until that is taken back.
+void claim_new_places(MoveRun& run, bool claims);
 /// Raises what making a folder raises.
 MoveStep make_new_folders(MoveRun& run);
 MoveStep make_new_shares(MoveRun& run);

@@ -252,6 +252,7 @@ MoveOutcome Move_One_User(Session& session, std::string_view UserKey) {
   } catch (const base::RuntimeError& failure) {
     report_stopped(session, failure);
   }
+  claim_new_places(run, false);
   if (outcome != MoveOutcome::kNotMoved) {
     stores::Clear_TT(session);
     stores::Clear_Site(session);

@@ -88,6 +88,9 @@ class MoveWorld : public LifecycleWorld {
     return !files.before && !directory.before && network.refused_share.empty() && !dialogs.on_events &&
            session.multi_user.No_Prompt.on();
   }
+  void write_template() {
+    test::put_file((folder.path() / "db/Template.dat").string(), stores::encode_template(staff));
+  }
   void set_profile(const std::string& path) {
     const platform::ObjectPtr jo = account("jo");
     jo->Put("Profile", path);
@@ -311,6 +314,21 @@ const Case kCases[] = {
        std::filesystem::create_directories(world.server_folder("FS2/D/Users/jo"));
        world.share("FS2", "jo$", "D:\\Users\\jo");
      }},
+    {"new shares that a move which broke off has made, one in the other's folder",
+     kMove,
+     kMoved,
+     kEmpty,
+     with(kHomeOnly, {"Users/jo/prf/", "Users/jo/prf/NTUser.dat"}),
+     {},
+     kNewHome,
+     "GREEN  jo Moved",
+     {},
+     [](MoveWorld& world) {
+       world.staff.ProfileDirPath = "D:\\Users\\%UserName%\\prf";
+       world.write_template();
+       std::filesystem::create_directories(world.server_folder("FS2/D/Users/jo/prf"));
+       world.share("FS2", "jo.prf$", "D:\\Users\\jo\\prf");
+     }},
     {"the account's new path leads to no share",
      kNothing,
      kNotMoved,
@@ -322,8 +340,7 @@ const Case kCases[] = {
      {},
      [](MoveWorld& world) {
        world.staff.HomeShare = "";
-       test::put_file((world.folder.path() / "db/Template.dat").string(),
-                      stores::encode_template(world.staff));
+       world.write_template();
      }},
     {"the new folder is another account's",
      kMove,
@@ -517,7 +534,11 @@ const Case kCases[] = {
        };
      }}};
 
-TEST_P(MoveUser, WhatFailsLeavesTheSourceWholeAndIsTold) {
+class MoveEnds : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, MoveEnds, testing::Values(DomainKind::kNative, DomainKind::kNt),
+                         test::kind_name);
+
+TEST_P(MoveEnds, WhatFailsLeavesTheSourceWholeAndIsTold) {
   for (const Case& one : kCases) {
     SCOPED_TRACE(one.name);
     MoveWorld world(GetParam());
