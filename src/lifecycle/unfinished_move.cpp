@@ -23,8 +23,10 @@ void remember_old_folder(Session& session, std::string_view account, const std::
                          const std::string& way) {
   if (session.runs.rehearse)
     return;
+  // One write, and none beside it that a killed program would leave: the share goes only after it.
   base::Trap trap;
-  trap([&] { session.platform.files.write(memory_path(session, account, old_path), way); });
+  trap(
+      [&] { session.platform.files.open_append(memory_path(session, account, old_path), true)->write(way); });
 }
 
 std::string remembered_old_folder(Session& session, std::string_view account, const std::string& old_path) {
