@@ -46,6 +46,10 @@ void take_ownership(DeleteRun& run, const UserFolder& folder, std::string_view q
 
 void delete_folder(DeleteRun& run, const UserFolder& folder, std::string_view question) {
   Session& session = run.session;
+  if (folder.missing) {
+    run.Success = false;
+    return session.log.reason("Error Deleting: " + folder.data + ", which is not there");
+  }
   take_ownership(run, folder, question);
   session.multi_user.Label3.caption = "Deleting " + folder.data;
   if (File_Operation(session, folder.data, {}, FileWork::kDelete, owner_of(run, folder)))

@@ -21,6 +21,7 @@ struct UserFolder {
   std::size_t tail_position = 0;  ///< 0 for a path that is a bare share
   bool data_goes = false;
   std::string data;                ///< the folder that goes, by the way that is taken to it
+  bool missing = false;            ///< there is nothing at `data`
   bool through_own_share = false;  ///< no other way leads to `data` than the share that goes
 };
 

@@ -164,7 +164,9 @@ void choose_way(DeleteRun& run, UserFolder& folder, const std::string& below_sha
                  base::equals_fold(share.server, folder.server);
         });
     session.log.line("Not reachable but through its share: " + folder.path + " (" + why + ")");
-  } else if (!is_missing(number) && !session.multi_user.Del_Permissions.on()) {
+  } else if (is_missing(number)) {
+    folder.missing = true;
+  } else if (!session.multi_user.Del_Permissions.on()) {
     base::raise(number, folder.data + " cannot be looked into, so it could not be deleted: " + why +
                             ". Taking ownership may help");
   }

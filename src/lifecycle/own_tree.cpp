@@ -92,9 +92,20 @@ void require_no_drive(const TreePath& tree, const std::optional<std::string>& fo
     refuse(tree.text() + " is the whole drive " + *folder);
 }
 
-}  // namespace
+/// "\\FS1\D$\Users" of "D:\Users".
+TreePath administrative_path(const std::string& server, std::string_view folder) {
+  TreePath path{server, std::string(folder.substr(0, 1)) + "$", {}};
+  if (folder.size() > 2 && folder[1] == ':') {
+    for (std::string& part : base::split(folder.substr(2), '\\')) {
+      if (!part.empty())
+        path.parts.push_back(std::move(part));
+    }
+  }
+  return path;
+}
 
-void require_no_link_on_the_way(Session& session, const TreePath& path) {
+/// As far down as there is something.
+void require_no_link(Session& session, const TreePath& path) {
   TreePath way{path.server, path.share, {}};
   for (const std::string& part : path.parts) {
     way.parts.push_back(part);
@@ -105,6 +116,14 @@ void require_no_link_on_the_way(Session& session, const TreePath& path) {
     if (link)
       refuse(way.text() + " is a link, which is not followed");
   }
+}
+
+}  // namespace
+
+void require_no_link_on_the_way(Session& session, const TreePath& path) {
+  if (const auto folder = folder_use(session)->folder_of_share(path.server, path.share))
+    require_no_link(session, administrative_path(path.server, *folder));
+  require_no_link(session, path);
 }
 
 TreePath require_own_tree(Session& session, std::string_view path, const Owner& owner) {

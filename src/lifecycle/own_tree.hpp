@@ -34,7 +34,9 @@ TreePath require_own_tree(session::Session& session, std::string_view path, cons
 void require_own_share(session::Session& session, const std::string& server, const std::string& share,
                        const Owner& owner);
 
-/// Raises 75 when a part of the path, down to what does not exist, is a link, which leads elsewhere.
+/// Raises 75 when a part of the path, down to what does not exist, is a link, which leads elsewhere; also on
+/// the way to the share's own folder, where the administrative share of its drive shows that. Raises what the
+/// server raises when it does not list its shares.
 void require_no_link_on_the_way(session::Session& session, const TreePath& path);
 
 }  // namespace twk::lifecycle
