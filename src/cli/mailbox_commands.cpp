@@ -5,7 +5,6 @@
 #include "cli/mailbox_reader.hpp"
 #include "cli/near_matches.hpp"
 #include "creation/mailbox_stage.hpp"
-#include "mail/search_mail.hpp"
 #include "stores/template_store.hpp"
 
 namespace twk::cli {
@@ -76,32 +75,12 @@ bool is_sure(Session& session, const std::string& what) {
                                          Icon::kQuestion, "Delete Mailbox") == Answer::kYes;
 }
 
-/// Chooses in the window of the search as a person does: the path that was given, or the only one there is.
-bool delete_found(Session& session, const std::string& path) {
-  controls::TreeView& tree = session.serach_mail.TreeView1;
-  if (!path.empty()) {
-    controls::TreeNode* const node = tree.find(path);
-    if (node == nullptr || node->image != "MAIL")
-      throw Refused("No mailbox of that name has the path " + path + ".");
-    tree.select(node);
-  }
-  const controls::TreeNode* const chosen = tree.selected();
-  if (chosen == nullptr)
-    throw Refused(session.serach_mail.caption.get() + ". Give the one that is meant with --path.");
-  return is_sure(session, chosen->key) && mail::Delete_Mail(session);
-}
-
 bool delete_old(Context& context, Session& session, const MailboxArguments& arguments) {
   mail::MailboxDeletion request = mailbox_request(session, arguments.name);
   request.CustomRecipient = arguments.custom_recipient;
-  if (!arguments.path.empty()) {
-    mail::prepare_search(session, request);
-    return delete_found(session, arguments.path);
-  }
-  context.dialogs().on_modal([&](std::string_view) { delete_found(session, {}); });
-  const bool deleted = mail::DeleteMailbox(session, request);
-  context.dialogs().on_modal({});
-  return deleted;
+  request.path = arguments.path;
+  take_only_mailbox(context, session);
+  return mail::DeleteMailbox(session, request);
 }
 
 bool delete_new(Context& context, Session& session, const std::string& name) {

@@ -122,6 +122,13 @@ mail::MailboxDeletion mailbox_request(Session& session, const std::string& name)
           {std::string(base::trim(form.EXSERVER.text.get())), form.EXSite.text, form.EXorg.text}};
 }
 
+void take_only_mailbox(Context& context, Session& session) {
+  context.dialogs().on_modal([&session](std::string_view window) {
+    if (window == "Serach_Mail" && session.serach_mail.TreeView1.selected() != nullptr)
+      mail::Delete_Mail(session);
+  });
+}
+
 std::vector<Json> find_mailboxes(Session& session, const std::string& name) {
   return has_store(session) ? found_in_domain(session, name) : found_in_tree(session, name);
 }

@@ -18,6 +18,9 @@ bool has_store(const session::Session& session);
 /// The mailbox of that name in the loaded site, with the credentials of the Mail tab.
 mail::MailboxDeletion mailbox_request(session::Session& session, const std::string& name);
 
+/// Stands for the person in the window of the search from here on: chooses a mailbox that is the only one.
+void take_only_mailbox(Context& context, session::Session& session);
+
 /// The mailboxes and custom recipients of that name in all containers of the loaded site's Exchange 5.5
 /// server; in Exchange 2000 the users who have a mailbox by that name. Each with mailbox, place and path.
 /// Raises `Refused` when the server cannot be asked.

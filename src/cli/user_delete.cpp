@@ -1,6 +1,7 @@
 #include "batch/delete_users.hpp"
 #include "batch/multi_user_window.hpp"
 #include "cli/failures.hpp"
+#include "cli/mailbox_reader.hpp"
 #include "cli/near_matches.hpp"
 #include "cli/resource_session.hpp"
 #include "cli/selection_run.hpp"
@@ -8,6 +9,7 @@
 #include "cli/user_runs.hpp"
 #include "cli/users_commands.hpp"
 #include "lifecycle/delete_user.hpp"
+#include "stores/template_store.hpp"
 
 namespace twk::cli {
 namespace {
@@ -20,6 +22,8 @@ struct DeleteArguments {
   bool data = false;
   bool mail = false;
   std::string exchange_server;
+  std::string mail_template;
+  std::string mail_path;
   bool run_command = false;
   bool no_prompting = false;
   bool even_if_shared = false;
@@ -35,6 +39,8 @@ void check(const DeleteArguments& arguments) {
     throw UsageError("--mail needs the --exchange-server that holds the mailbox, or \"Exchange 2000\"");
   if (!arguments.mail && !arguments.exchange_server.empty())
     throw UsageError("--exchange-server says where the mailbox is that is deleted: give --mail as well");
+  if (!arguments.mail && !(arguments.mail_template.empty() && arguments.mail_path.empty()))
+    throw UsageError("--template and --path say which mailbox goes: give --mail as well");
 }
 
 /// As the window's list has it. Raises `Refused` for a server that no site has.
@@ -63,12 +69,23 @@ void tick(session::Session& session, const DeleteArguments& arguments) {
   session.runs.even_if_shared = consent_of(arguments.even_if_shared);
 }
 
+/// What says which mailbox goes where the mail table alone does not.
+void give_mail_options(Context& context, session::Session& session, const DeleteArguments& arguments) {
+  if (!arguments.mail_template.empty()) {
+    stores::LoadTemplate(session,
+                         find_name("template", arguments.mail_template, session.form1.nutemplate.items()));
+  }
+  session.serach_mail.Path = arguments.mail_path;
+  take_only_mailbox(context, session);
+}
+
 session::Session& prepare(Context& context, const DeleteArguments& arguments) {
   check(arguments);
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = resource_session(context);
   tick(session, arguments);
+  give_mail_options(context, session, arguments);
   if (arguments.dry_run)
     tell_trees(context, session);
   session.runs.Delete_Running = true;
@@ -76,6 +93,8 @@ session::Session& prepare(Context& context, const DeleteArguments& arguments) {
 }
 
 int delete_named(Context& context, const DeleteArguments& arguments) {
+  if (!arguments.mail_path.empty() && arguments.selection.names.size() > 1)
+    throw UsageError("--path is the mailbox of one user: give one name with it");
   session::Session& session = prepare(context, arguments);
   return run_for_users(context, session, arguments.selection.names,
                        [&](const std::string& key) { return lifecycle::Delete_One_User(session, key); });
@@ -98,6 +117,10 @@ void add_options(Command& command, DeleteArguments& arguments) {
       .add_option("--exchange-server", arguments.exchange_server,
                   "Exchange 5.5 server of a site that holds the mailbox, or \"Exchange 2000\"")
       ->type_name("S");
+  command
+      .add_option("--template", arguments.mail_template,
+                  "Template whose variables the mail table uses for the mailbox's container")
+      ->type_name("T");
   command.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
   command.add_flag("--no-prompting", arguments.no_prompting, "Ask nothing");
   add_even_if_shared(command, arguments.even_if_shared);
@@ -114,6 +137,9 @@ void add_user_delete(Command& user, Context& context) {
                    "Account name, common name, principal name or distinguished name; several may be given")
       ->required();
   add_options(*command, *arguments);
+  command
+      ->add_option("--path", arguments->mail_path, "The mailbox of several, as `mailbox find` gives its path")
+      ->type_name("PATH");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return delete_named(context, *arguments); }); });
 }

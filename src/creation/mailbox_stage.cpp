@@ -5,7 +5,6 @@
 #include "creation/creation_run.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "format/variables.hpp"
 #include "mail/create_mailbox2000.hpp"
 #include "mail/create_mailbox55.hpp"
 #include "session/session.hpp"
@@ -67,11 +66,6 @@ void take_account(CreationRun& run, const platform::ObjectPtr& user) {
   run.request.LastName = text_of(*user, "LastName");
 }
 
-/// Why it failed, as one line.
-std::string reason(const session::Session& session) {
-  return format::FRString(session.Error_Log_Text, "\r\n", " ");
-}
-
 }  // namespace
 
 bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user) {
@@ -87,8 +81,7 @@ bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user
                                  : mailbox == Mailbox::kCreated ? session::kGreen
                                                                 : session::kYellow;
   session::LOG_TAB(session, light,
-                   made ? "Created Mail Account for " + run.SamName
-                        : "Failed to create Mail Account for " + run.SamName + ": " + reason(session));
+                   (made ? "Created Mail Account for " : "Failed to create Mail Account for ") + run.SamName);
   return made;
 }
 

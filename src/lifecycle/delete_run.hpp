@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "lifecycle/own_tree.hpp"
+#include "mail/delete_mailbox.hpp"
 #include "platform/directory.hpp"
 #include "session/session.hpp"
 
@@ -46,6 +47,8 @@ struct DeleteRun {
   bool Success = true;
   bool deleted = false;
   std::string DeletedName = {};  ///< the key, once the account has gone
+  mail::MailboxDeletion mail_request = {};
+  mail::Recipient mailbox = {};  ///< that goes, unless it hangs on the account itself
 };
 
 inline Owner owner_of(const DeleteRun& run, const UserFolder& folder) {
@@ -55,6 +58,10 @@ inline Owner owner_of(const DeleteRun& run, const UserFolder& folder) {
 /// Works out where home and profile are and what of it goes, without a change to anything. Raises, with the
 /// reason, when something of it is not the user's alone, or data that is to go cannot be reached.
 void find_folders(DeleteRun& run);
+/// Decides which mailbox goes, before anything is changed. Raises with the reason when that cannot be told.
+void decide_mailbox(DeleteRun& run);
+/// Deletes it, and tells what came of that.
+void delete_mail(DeleteRun& run);
 /// Removes the shares of home and profile. The failure to remove one is passed over with a warning.
 void delete_shares(DeleteRun& run);
 /// Removes the folders that `find_folders` found, but for those that `delete_shares` had to remove first.

@@ -1,18 +1,12 @@
 #include "lifecycle/delete_user.hpp"
 
-#include <optional>
-
 #include "base/errors.hpp"
-#include "base/text.hpp"
 #include "directory/operations.hpp"
 #include "format/variables.hpp"
 #include "lifecycle/account_log.hpp"
 #include "lifecycle/delete_run.hpp"
 #include "lifecycle/folder_use.hpp"
-#include "mail/delete_mailbox.hpp"
 #include "platform/adsi.hpp"
-#include "stores/record_file.hpp"
-#include "stores/site_store.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -43,52 +37,6 @@ void bind_user(DeleteRun& run) {
   const platform::User user(run.user);
   run.home.path = user.HomeDirectory();
   run.profile.path = user.Profile();
-}
-
-/// The first live site of that server.
-std::optional<stores::SiteRecord> find_exchange_site(Session& session, std::string_view server) {
-  auto file = stores::RecordFile::open_read(
-      session.platform.files, stores::database_path(session, stores::kSiteFile), stores::kSiteRecordSize);
-  const stores::RecordSearch search = file.search([&](std::string_view bytes) {
-    return !stores::is_deleted(bytes) &&
-           base::trim(stores::decode_site(bytes).ExchangeServer) == base::trim(server);
-  });
-  return search.found ? std::optional(stores::decode_site(search.bytes)) : std::nullopt;
-}
-
-bool delete_mailbox(DeleteRun& run) {
-  Session& session = run.session;
-  const std::string& server = session.multi_user.EX_Server.text;
-  if (server == "Exchange 2000")
-    return mail::DeleteMailbox2000(session, run.user);
-  mail::MailboxDeletion request;
-  request.SamName = run.logon_name;
-  request.AdminName = session.form1.txtAdmin.text.get();
-  request.AdminPassword = session.form1.txtPassword.text.get();
-  const auto site = find_exchange_site(session, server);
-  if (!site) {
-    session.log.line("No site has the Exchange server " + server);
-    return false;
-  }
-  request.place = {.Server = site->ExchangeServer, .Site = site->ExchangeSite, .Org = site->ExchangeOrg};
-  return mail::DeleteMailbox(session, request);
-}
-
-void delete_mail(DeleteRun& run) {
-  Session& session = run.session;
-  if (session.runs.rehearse)
-    return session.runs.rehearse("Delete the mailbox of " + run.logon_name + " on " +
-                                 session.multi_user.EX_Server.text.get());
-  bool deleted = false;
-  base::Trap trap;
-  trap([&] { deleted = delete_mailbox(run); });
-  if (trap.number() != 0)
-    session.log.line(trap.description());
-  session.log.line(deleted ? "Deleted mail account" : "Failed to delete mail account");
-  if (deleted)
-    return;
-  run.Success = false;
-  session::LOG_TAB(session, session::kRed, "Failed to delete mail account for " + run.logon_name);
 }
 
 void delete_account(DeleteRun& run) {
@@ -150,10 +98,12 @@ bool Delete_One_User(Session& session, std::string_view UserKey) {
                   "Unable to get user info from Domain, User:" + run.key);
   try {
     bind_user(run);
-    if (session.multi_user.Del_Shares.on()) {
+    const bool shares = session.multi_user.Del_Shares.on();
+    if (shares)
       find_folders(run);
+    decide_mailbox(run);
+    if (shares)
       delete_shares(run);
-    }
     if (session.runs.Delete_Mail_Flag)
       delete_mail(run);
     delete_account(run);

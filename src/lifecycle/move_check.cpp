@@ -193,10 +193,7 @@ MoveStep check_old(MoveRun& run, MovedFolder& folder) {
   if (trap([&] { folder.old = look_at_old(run, folder); }))
     return MoveStep::kGoOn;
   folder.old = OldFolder::kUnknown;
-  const bool is_named = base::find_fold(trap.description(), folder.old_path) != base::npos;
-  return refuse_unless_wanted(
-      run, (is_named ? std::string() : "The " + std::string(folder.what) + " " + folder.old_path + ": ") +
-               trap.description());
+  return refuse_unless_wanted(run, trap.description());
 }
 
 /// A profile is often kept in the home.

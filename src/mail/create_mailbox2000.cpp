@@ -54,7 +54,7 @@ void write_row(Session& session, ObjectPtr& user, const std::string& attribute, 
       }))
     return session.log.line("Setting " + attribute + ", " + value);
   session.MailWarning = true;
-  session.log.line("Error setting " + attribute + ", " + value + ": " + trap.description());
+  session.log.reason("Error setting " + attribute + ", " + value + ": " + trap.description());
   bind_anew(session, user);
 }
 
@@ -102,7 +102,7 @@ bool CreateMailbox2000(Session& session, ObjectPtr& user, const MailboxOwner& ow
   if (!made) {
     session.log.line("Error Number: " + hex_number(trap.number()));
     session.Error_Log_Text = trap.description();
-    session.log.line(session.Error_Log_Text);
+    session.log.reason(session.Error_Log_Text);
     bind_anew(session, user);
     return false;
   }

@@ -40,24 +40,25 @@ struct Work {
 };
 
 /// A line break parts lines of the log.
-void log_lines(Session& session, std::string_view text) {
+void tell_lines(Session& session, std::string_view text) {
   for (std::size_t end = text.find("\r\n"); end != base::npos; end = text.find("\r\n")) {
-    session.log.line(text.substr(0, end));
+    session.log.reason(text.substr(0, end));
     text.remove_prefix(end + 2);
   }
-  session.log.line(text);
+  session.log.reason(text);
 }
 
-void log_failure(Session& session, std::uint32_t number, const std::string& description) {
+void tell_failure(Session& session, std::uint32_t number, const std::string& description) {
   session.platform.dialogs.beep();
   if (number == platform::ads_error::kLogonFailure) {
+    session.log.reason(description);
     session.log.line("Exchange Logon Error...");
     return;
   }
   session.log.line("Error Number: " + hex_number(number));
-  log_lines(session, session.Error_Log_Text);
+  tell_lines(session, session.Error_Log_Text);
   if (!description.empty())
-    session.log.line(description);
+    session.log.reason(description);
 }
 
 void connect(Work& work) {
@@ -158,7 +159,7 @@ void write_row(Work& work, const controls::ListRow& row) {
       }))
     return;
   work.session.MailWarning = true;
-  work.log("Error setting " + row.text + ": " + trap.description());
+  work.session.log.reason("Error setting " + row.text + ": " + trap.description());
   trap([&] {
     work.mailbox = work.container->GetObject(work.object_class(), relative_name(work.owner().SamName));
   });
@@ -193,7 +194,7 @@ bool CreateMailbox55(Session& session, const Mailbox55& request) {
       "Target-Address and Container cannot be blank.\r\nTarget-Address: " + work.rows.TargetAddress +
       "\r\nContainer: " + work.rows.Container;
   if (work.rows.TargetAddress.empty() || work.rows.Container.empty()) {
-    log_failure(session, 0, {});
+    tell_failure(session, 0, {});
     return false;
   }
   try {
@@ -203,7 +204,7 @@ bool CreateMailbox55(Session& session, const Mailbox55& request) {
     batch.commit();
     return true;
   } catch (const RuntimeError& failure) {
-    log_failure(session, failure.number(), failure.description());
+    tell_failure(session, failure.number(), failure.description());
     return false;
   }
 }

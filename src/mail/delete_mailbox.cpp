@@ -1,8 +1,11 @@
 #include "mail/delete_mailbox.hpp"
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 #include "base/errors.hpp"
+#include "base/text.hpp"
 #include "mail/mail_rows.hpp"
 #include "mail/search_mail.hpp"
 #include "session/session.hpp"
@@ -29,16 +32,12 @@ bool wants_search(Session& session) {
              Buttons::kYesNo, Icon::kQuestion, "Can't Find Mailox to Delete") == Answer::kYes;
 }
 
-bool is_sure(Session& session, const std::string& path, const std::string& name) {
+bool is_sure(Session& session, const Recipient& mailbox) {
   if (!session.form1.Confirm_Deletes.on() || session.multi_user.No_Prompting.on())
     return true;
-  return session.platform.dialogs.MsgBox("Sure to Delete Mailbox\r\n" + path + "\r\ncn=" + name,
-                                         Buttons::kYesNo, Icon::kQuestion, "Delete Mailbox") == Answer::kYes;
-}
-
-void log_failure(Session& session, const base::RuntimeError& failure) {
-  session.log.line("Error Number: " + hex_number(failure.number()));
-  session.log.line(failure.description());
+  return session.platform.dialogs.MsgBox(
+             "Sure to Delete Mailbox\r\n" + mailbox.container + "\r\ncn=" + mailbox.name, Buttons::kYesNo,
+             Icon::kQuestion, "Delete Mailbox") == Answer::kYes;
 }
 
 bool has_value(platform::DirectoryObject& object, std::string_view attribute) {
@@ -46,21 +45,120 @@ bool has_value(platform::DirectoryObject& object, std::string_view attribute) {
   return absent([&] { static_cast<void>(object.Get(attribute)); });
 }
 
+/// "There is no mailbox called "jo" in Head Office on EX55.", or which ones there are.
+std::string found_text(const MailboxDeletion& request, const std::vector<std::string>& paths) {
+  const std::string named =
+      " called \"" + request.SamName + "\" in " + request.place.Site + " on " + request.place.Server;
+  if (paths.empty())
+    return "There is no mailbox" + named + ".";
+  std::string text = paths.size() == 1 ? "The mailbox" : "The mailboxes";
+  text += named + ":";
+  for (const std::string& path : paths)
+    text += " " + path + (&path == &paths.back() ? "." : ",");
+  return text + " Say by its path (--path) which one goes.";
+}
+
+[[noreturn]] void raise_undecided(const std::string& reason) {
+  base::raise(platform::ads_error::kNoSuchObject, reason);
+}
+
+std::vector<std::string> search(Session& session, const MailboxDeletion& request) {
+  try {
+    return find_mailboxes(session, request);
+  } catch (const base::RuntimeError& failure) {
+    base::raise(failure.number(), "Unable to connect to Exchange Server " + request.place.Server + ": " +
+                                      failure.description());
+  }
+}
+
+Recipient with_path(Session& session, const MailboxDeletion& request) {
+  const std::vector<std::string> paths = search(session, request);
+  const auto named = std::find_if(paths.begin(), paths.end(), [&](const std::string& path) {
+    return base::equals_fold(path, base::trim(request.path));
+  });
+  if (named == paths.end())
+    raise_undecided("No mailbox of that name has the path " + request.path + ". " +
+                    found_text(request, paths));
+  controls::TreeView& tree = session.serach_mail.TreeView1;
+  tree.select(tree.find(*named));
+  return selected_recipient(session);
+}
+
+/// The one in the container of the mail table; refused when that would leave one in another container behind.
+Recipient in_container(Session& session, const MailboxDeletion& request, const std::string& container) {
+  Recipient mailbox{container_path(session, request.place, container), request.SamName,
+                    request.CustomRecipient};
+  base::Trap trap;
+  if (trap([&] {
+        bind_exchange(session, mailbox.container, request.AdminName, request.AdminPassword)
+            ->GetObject(class_of(request.CustomRecipient), relative_name(request.SamName));
+      }))
+    return mailbox;
+  if (trap.number() != platform::ads_error::kNoSuchObject)
+    base::raise(trap.number(), "Unable to look into " + mailbox.container + ": " + trap.description());
+  const std::vector<std::string> elsewhere = search(session, request);
+  if (!elsewhere.empty())
+    raise_undecided("There is none in " + mailbox.container + ", which the mail table names. " +
+                    found_text(request, elsewhere));
+  mailbox.there = false;
+  return mailbox;
+}
+
+Recipient only_one(Session& session, const MailboxDeletion& request) {
+  const std::vector<std::string> paths = search(session, request);
+  if (paths.size() != 1)
+    raise_undecided(found_text(request, paths));
+  return selected_recipient(session);
+}
+
+Recipient chosen(Session& session, const MailboxDeletion& request, bool for_variable) {
+  if (for_variable && !wants_search(session))
+    raise_undecided("It was not looked for, and a variable in the 'Container' field leaves its place open.");
+  if (search_mailbox(session, request))
+    return selected_recipient(session);
+  raise_undecided("None was chosen. " + found_text(request, search(session, request)));
+}
+
+void log_failure(Session& session, const base::RuntimeError& failure) {
+  session.log.line("Error Number: " + hex_number(failure.number()));
+  session.log.reason(failure.description());
+}
+
 }  // namespace
 
-bool DeleteMailbox(Session& session, const MailboxDeletion& request) {
+std::string path_of(const Recipient& recipient) {
+  const std::size_t names = recipient.container.find('/', std::string_view("LDAP://").size());
+  return recipient.container.substr(0, names + 1) + "CN=" + escaped_name(recipient.name) + "," +
+         recipient.container.substr(names + 1);
+}
+
+Recipient find_mailbox_to_delete(Session& session, const MailboxDeletion& request) {
+  if (!request.path.empty())
+    return with_path(session, request);
   const std::string row = container_row(session);
-  if (has_variable(row))
-    return wants_search(session) && search_mailbox(session, request);
-  const std::string path = container_path(session, request.place, container_name(row));
+  if (!row.empty() && !has_variable(row))
+    return in_container(session, request, container_name(row));
+  if (session.multi_user.No_Prompting.on())
+    return only_one(session, request);
+  return chosen(session, request, !row.empty());
+}
+
+bool delete_found_mailbox(Session& session, const MailboxDeletion& request, const Recipient& mailbox) {
+  if (!mailbox.there) {
+    session.log.reason(found_text(request, {}));
+    return false;
+  }
+  if (!is_sure(session, mailbox)) {
+    session.log.reason("Not agreed to: " + path_of(mailbox));
+    return false;
+  }
   try {
-    session.log.line("Connect Object:" + path + ".");
+    session.log.line("Connect Object:" + mailbox.container + ".");
     if (session::is_debug(session) && !session.form1.Mail_Logon.on())
       session.log.line("Connecting as " + request.AdminName);
-    const ObjectPtr container = bind_exchange(session, path, request.AdminName, request.AdminPassword);
-    if (!is_sure(session, path, request.SamName))
-      return false;
-    delete_recipient(session, *container, request.CustomRecipient, request.SamName);
+    const ObjectPtr container =
+        bind_exchange(session, mailbox.container, request.AdminName, request.AdminPassword);
+    delete_recipient(session, *container, mailbox.CustomRecipient, mailbox.name);
     return true;
   } catch (const base::RuntimeError& failure) {
     log_failure(session, failure);
@@ -68,9 +166,22 @@ bool DeleteMailbox(Session& session, const MailboxDeletion& request) {
   }
 }
 
+bool DeleteMailbox(Session& session, const MailboxDeletion& request) {
+  try {
+    return delete_found_mailbox(session, request, find_mailbox_to_delete(session, request));
+  } catch (const base::RuntimeError& failure) {
+    log_failure(session, failure);
+    return false;
+  }
+}
+
+bool has_stored_mailbox(platform::DirectoryObject& user) {
+  return has_value(user, "homeMDB");
+}
+
 bool DeleteMailbox2000(Session& session, const ObjectPtr& user) {
-  if (!has_value(*user, "homeMDB")) {
-    session.log.line("No mailbox: " + user->ADsPath());
+  if (!has_stored_mailbox(*user)) {
+    session.log.reason("No mailbox: " + user->ADsPath());
     return false;
   }
   try {

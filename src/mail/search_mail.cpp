@@ -109,13 +109,7 @@ std::string container_of(const TreeNode& mailbox) {
   return name;
 }
 
-void tell(Session& session, const std::string& text) {
-  session.platform.dialogs.MsgBox(text, Buttons::kOk, Icon::kExclamation, "Select Mailbox");
-}
-
-}  // namespace
-
-void prepare_search(Session& session, const MailboxDeletion& request) {
+void open_on(Session& session, const MailboxDeletion& request) {
   Serach_Mail& window = session.serach_mail;
   window.caption = "Select Mailbox";
   window.Text1.text = request.SamName;
@@ -124,14 +118,35 @@ void prepare_search(Session& session, const MailboxDeletion& request) {
   window.ExOrg = request.place.Org;
   window.AdminName = request.AdminName;
   window.AdminPassword = request.AdminPassword;
-  window.Deleted = false;
+  window.Chosen = false;
+}
+
+void tell(Session& session, const std::string& text) {
+  session.platform.dialogs.MsgBox(text, Buttons::kOk, Icon::kExclamation, "Select Mailbox");
+}
+
+}  // namespace
+
+void prepare_search(Session& session, const MailboxDeletion& request) {
+  open_on(session, request);
   Find_Mail_User(session, request.SamName);
+}
+
+std::vector<std::string> find_mailboxes(Session& session, const MailboxDeletion& request) {
+  open_on(session, request);
+  session.serach_mail.TreeView1.clear();
+  const std::vector<TreeNode*> found = walk(session, request.SamName);
+  show_found(session.serach_mail, found);
+  std::vector<std::string> paths;
+  for (const TreeNode* const node : found)
+    paths.push_back(node->key);
+  return paths;
 }
 
 bool search_mailbox(Session& session, const MailboxDeletion& request) {
   prepare_search(session, request);
   session.platform.dialogs.show_modal("Serach_Mail");
-  return session.serach_mail.Deleted;
+  return session.serach_mail.Chosen;
 }
 
 void search_again(Session& session) {
@@ -155,41 +170,38 @@ void Find_Mail_User(Session& session, std::string_view name) {
     return show_found(window, found);
   const std::string ErrorText = "Unable to connect to Exchange Server";
   window.caption = ErrorText;
-  session.log.line(ErrorText + ": " + trap.description());
+  session.log.reason(ErrorText + ": " + trap.description());
   tell(session, ErrorText + "\r\n" + trap.description());
+}
+
+const char* class_of(bool CustomRecipient) {
+  return CustomRecipient ? kRecipientClass : kMailboxClass;
 }
 
 void delete_recipient(Session& session, platform::DirectoryObject& container, bool CustomRecipient,
                       std::string_view name) {
   if (session::is_debug(session))
     session.log.line((CustomRecipient ? "Delete RA " : "Delete OP ") + std::string(name));
-  container.Delete(CustomRecipient ? kRecipientClass : kMailboxClass, relative_name(name));
+  container.Delete(class_of(CustomRecipient), relative_name(name));
   container.SetInfo();
 }
 
 bool Delete_Mail(Session& session) {
   Serach_Mail& window = session.serach_mail;
-  TreeNode* const node = window.TreeView1.selected();
-  if (node == nullptr || node->image != kMailbox) {
+  const TreeNode* const node = window.TreeView1.selected();
+  window.Chosen = node != nullptr && node->image == kMailbox;
+  if (!window.Chosen)
     tell(session, "Select the mailbox to delete.");
-    return false;
-  }
-  const std::string path = container_path(session, place_of(window), container_of(*node));
-  base::Trap trap;
-  if (!trap([&] {
-        session.log.line("Connect Object:" + path + ".");
-        const ObjectPtr container = bind_exchange(session, path, window.AdminName, window.AdminPassword);
-        const ObjectPtr mailbox = container->GetObject({}, relative_name(node->text));
-        delete_recipient(session, *container, base::equals_fold(mailbox->Class(), kRecipientClass),
-                         node->text);
-      })) {
-    session.log.line("Error Number: " + hex_number(trap.number()));
-    tell(session, "The mailbox was not deleted.\r\n" + trap.description());
-    return false;
-  }
-  window.TreeView1.remove(*node);
-  window.Deleted = true;
-  return true;
+  return window.Chosen;
+}
+
+Recipient selected_recipient(Session& session) {
+  const Serach_Mail& window = session.serach_mail;
+  const TreeNode& node = *window.TreeView1.selected();
+  const std::string container = container_path(session, place_of(window), container_of(node));
+  const ObjectPtr mailbox = bind_exchange(session, container, window.AdminName, window.AdminPassword)
+                                ->GetObject({}, relative_name(node.text));
+  return {container, node.text, base::equals_fold(mailbox->Class(), kRecipientClass)};
 }
 
 }  // namespace twk::mail

@@ -1,17 +1,22 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "mail/delete_mailbox.hpp"
 
-/// The window `Serach_Mail`: looks for a mailbox in all containers of an Exchange 5.5 site and deletes the
-/// one that is chosen.
+/// The window `Serach_Mail`: looks for a mailbox in all containers of an Exchange 5.5 site and lets the
+/// person choose the one that goes.
 namespace twk::mail {
 
-/// Opens the window on the request's place with its name searched for. True when a mailbox was deleted in it.
+/// Opens the window on the request's place with its name searched for. True when a mailbox was chosen in it.
 bool search_mailbox(session::Session& session, const MailboxDeletion& request);
 /// The same without showing it.
 void prepare_search(session::Session& session, const MailboxDeletion& request);
+/// The same without a box for a server that cannot be reached: raises what the directory raises. The paths
+/// of what was found.
+std::vector<std::string> find_mailboxes(session::Session& session, const MailboxDeletion& request);
 
 /// Fills the window's tree with the site's containers and, below each, the mailboxes and custom recipients of
 /// that name, in any case. The window's title says how many there are. A server that cannot be reached is
@@ -21,11 +26,16 @@ void Find_Mail_User(session::Session& session, std::string_view name);
 /// The search for what stands in `Text1`, on the server in `Text2`.
 void search_again(session::Session& session);
 
-/// Deletes the selected mailbox; what goes wrong is told in a box. True when it is gone.
+/// Marks the selected mailbox as the one that goes. False, and told in a box, when none is selected.
 bool Delete_Mail(session::Session& session);
 
+/// The class of a custom recipient or a mailbox.
+const char* class_of(bool CustomRecipient);
 /// Deletes a recipient of that name from its container. Raises what the directory raises.
 void delete_recipient(session::Session& session, platform::DirectoryObject& container, bool CustomRecipient,
                       std::string_view name);
+
+/// What is selected, asked of the directory. Raises what the directory raises.
+Recipient selected_recipient(session::Session& session);
 
 }  // namespace twk::mail

@@ -74,7 +74,9 @@ void ActivityLog::line(std::string_view text) {
 
 void ActivityLog::reason(std::string_view text) {
   line(text);
-  reasons_.emplace_back(base::trim(text));
+  const std::string_view why = base::trim(text);
+  if (std::find(reasons_.begin(), reasons_.end(), why) == reasons_.end())
+    reasons_.emplace_back(why);
 }
 
 std::vector<std::string> ActivityLog::take_reasons() {

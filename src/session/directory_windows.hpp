@@ -40,7 +40,7 @@ struct Select_OU {
   controls::OptionGroup REG_KEY;  ///< 0 the person's settings, 1 the machine's
 };
 
-/// Looks for a mailbox on an Exchange 5.5 server and deletes it.
+/// Looks for a mailbox on an Exchange 5.5 server, to have it deleted.
 struct Serach_Mail {
   controls::Observable<std::string> caption{"Select Mailbox"};  ///< the window's title
   controls::TextBox Text1;                                      ///< name of the mailbox
@@ -51,7 +51,8 @@ struct Serach_Mail {
   std::string ExOrg;
   std::string AdminName;
   std::string AdminPassword;
-  bool Deleted = false;  ///< a mailbox was deleted since the window was opened
+  std::string Path;     ///< the mailbox that was named beforehand; empty for none
+  bool Chosen = false;  ///< the selected mailbox is the one that goes
 };
 
 }  // namespace twk::session

@@ -3,6 +3,7 @@
 namespace twk::test {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 
 /// The sample lab, whose site "Head Office" has the Exchange 5.5 server EX55.
@@ -46,8 +47,9 @@ TEST_F(Mailboxes, AreDeletedAfterAQuestionAndMadeForAnAccountThatIsThere) {
   ASSERT_EQ(create({"--ou", kNewStarters, "John", "Smith"}).exit_code, 0);
   const ProgramResult again = run(mailbox("create", "John.Smith"));
   EXPECT_EQ(again.exit_code, 2);
-  EXPECT_EQ(again.out,
-            "RED  Failed to create Mail Account for John.Smith: Failed to set Target-Mail Address\n");
+  EXPECT_THAT(again.out,
+              testing::MatchesRegex("RED  Failed to create Mail Account for John.Smith: Failed to set "
+                                    "Target-Mail Address; The name is in use: .*\n"));
   const ProgramResult asked = run(mailbox("delete", "John.Smith"));
   EXPECT_EQ(asked.exit_code, 2);
   EXPECT_THAT(asked.err, HasSubstr("Sure to Delete Mailbox"));
@@ -58,24 +60,60 @@ TEST_F(Mailboxes, AreDeletedAfterAQuestionAndMadeForAnAccountThatIsThere) {
   EXPECT_EQ(result_of(mailbox("show", "John.Smith"))["account"], "TWK\\John.Smith");
 }
 
-TEST_F(Mailboxes, OfSeveralOfANameThePathSaysWhichOneGoes) {
-  ASSERT_EQ(create({"--ou", kNewStarters, "John", "Smith"}).exit_code, 0);
-  const std::string other = "CN=Other,OU=Head Office,O=Tarnwick";
-  std::string ldif = get_file(lab() + "/exchange/EX55.ldif");
-  ldif += "dn: " + other + "\nobjectClass: top\nobjectClass: Container\n\ndn: CN=John.Smith," + other +
-          "\nobjectClass: top\nobjectClass: person\nobjectClass: OrganizationalPerson\n\n";
-  std::filesystem::remove(lab() + "/exchange/EX55.ldif");
-  put_file(lab() + "/exchange/EX55.ldif", ldif);
-  ASSERT_EQ(run({"table", "set", "mail", "-"}, "Container,%Where%\nTarget-Address,a@b\n").exit_code, 0);
+/// Two mailboxes called John.Smith, and a variable in the container of the mail table.
+class SeveralMailboxes : public Mailboxes {
+ protected:
+  SeveralMailboxes() {
+    EXPECT_EQ(create({"--ou", kNewStarters, "John", "Smith"}).exit_code, 0);
+    std::string ldif = get_file(lab() + "/exchange/EX55.ldif");
+    ldif += "dn: " + kOther + "\nobjectClass: top\nobjectClass: Container\n\ndn: CN=John.Smith," + kOther +
+            "\nobjectClass: top\nobjectClass: person\nobjectClass: OrganizationalPerson\n\n";
+    std::filesystem::remove(lab() + "/exchange/EX55.ldif");
+    put_file(lab() + "/exchange/EX55.ldif", ldif);
+    EXPECT_EQ(run({"table", "set", "mail", "-"}, "Container,%Where%\nTarget-Address,a@b\n").exit_code, 0);
+  }
+  [[nodiscard]] ProgramResult delete_user(Arguments further) const {
+    further.insert(further.begin(),
+                   {"user", "delete", "John.Smith", "--account", "--mail", "--exchange-server", "ex55"});
+    return run(further);
+  }
+  static inline const std::string kOther = "CN=Other,OU=Head Office,O=Tarnwick";
+  static inline const std::string kOtherPath = "LDAP://EX55/CN=John.Smith," + kOther;
+};
+
+TEST_F(SeveralMailboxes, ThePathSaysWhichOneGoes) {
   const ProgramResult unclear = run(mailbox("delete", "john.smith", {"--yes"}));
   EXPECT_EQ(unclear.exit_code, 2);
-  EXPECT_THAT(unclear.err, HasSubstr("Give the one that is meant with --path."));
+  EXPECT_THAT(unclear.out, HasSubstr(kOtherPath + ". Say by its path (--path) which one goes."));
   EXPECT_EQ(run(mailbox("delete", "john.smith", {"--yes", "--path", "LDAP://EX55/CN=x"})).exit_code, 2);
-  EXPECT_EQ(run(mailbox("delete", "john.smith", {"--yes", "--path", "LDAP://EX55/CN=John.Smith," + other}))
-                .exit_code,
-            0);
+  EXPECT_EQ(run(mailbox("delete", "john.smith", {"--yes", "--path", kOtherPath})).exit_code, 0);
   EXPECT_EQ(result_of(mailbox("find", "john.smith"))["path"], kPath);
   EXPECT_EQ(run(mailbox("delete", "john.smith", {"--yes"})).exit_code, 0);
+}
+
+TEST_F(SeveralMailboxes, AnAccountIsKeptUntilItsMailboxIsToldAndTheDryRunSaysSo) {
+  for (const Arguments& further :
+       {Arguments{"--no-prompting"}, {"--yes"}, {"--dry-run"}, {"--no-prompting", "--dry-run"}}) {
+    const ProgramResult kept = delete_user(further);
+    EXPECT_EQ(kept.exit_code, 2) << further.back();
+    EXPECT_THAT(kept.out,
+                AllOf(HasSubstr("RED  Nothing Deleted of"), HasSubstr(kPath), HasSubstr(kOtherPath)));
+    EXPECT_EQ(kept.err, further.front() == "--yes" ? kept.err : "");
+  }
+  EXPECT_EQ(run({"user", "show", "John.Smith"}).exit_code, 0);
+  EXPECT_THAT(delete_user({"--dry-run", "--path", kOtherPath}).out,
+              HasSubstr("Delete the mailbox of John.Smith on EX55: " + kOtherPath));
+  const ProgramResult gone = delete_user({"--no-prompting", "--path", kOtherPath});
+  EXPECT_EQ(gone.exit_code, 0) << gone.out;
+  EXPECT_EQ(gone.err, "");
+  EXPECT_EQ(result_of(mailbox("find", "john.smith"))["path"], kPath);
+}
+
+TEST_F(SeveralMailboxes, ATemplateSaysTheContainer) {
+  ASSERT_EQ(run({"template", "edit", "Staff", "--variable", "Where=Other"}).exit_code, 0);
+  const ProgramResult gone = delete_user({"--no-prompting", "--template", "staff"});
+  EXPECT_EQ(gone.exit_code, 0) << gone.out;
+  EXPECT_EQ(result_of(mailbox("find", "john.smith"))["path"], kPath);
 }
 
 TEST_F(Mailboxes, OfAnExchange2000SiteHangOnTheirUsers) {

@@ -66,21 +66,63 @@ class MailboxDeletionTest : public testing::Test {
   MailSession world;
 };
 
-TEST_F(MailboxDeletionTest, AContainerWithoutAVariableDeletesWithoutASearch) {
-  put_container("CN=Recipients");
-  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
-  EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=al", "CN=remote"));
-  EXPECT_THAT(world.log(),
-              HasSubstr("Connect Object:LDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick.\n"));
+TEST_F(MailboxDeletionTest, IsDecidedBeforehandOrRefusedWithTheReason) {
+  make("", "CN=Other", "Container");
+  make("CN=Other", "CN=Inner", "Container");
+  make("CN=Inner,CN=Other", "CN=JO");
+  make("CN=Other", "CN=ann");
+  const std::string inner = "LDAP://EX55/CN=JO,CN=Inner,CN=Other," + test::kPlace;
+  const struct {
+    const char* row;
+    const char* name;
+    std::string path;
+    const char* server;
+    std::string expected;  ///< the path, or a part of the reason
+  } cases[] = {
+      {"CN=Recipients", "jo", "", "EX55", "LDAP://EX55/CN=jo,CN=Recipients," + test::kPlace},
+      {"Recipients", "jo", inner, "EX55", inner},
+      {"Recipients", "jo", "LDAP://EX55/CN=al", "EX55", "has the path LDAP://EX55/CN=al."},
+      {"Recipients", "ann", "", "EX55", "There is none in LDAP://EX55/CN=Recipients"},
+      {"Gone", "al", "", "EX55", "The mailbox called \"al\" in Head Office on EX55: LDAP://EX55/CN=al,"},
+      {"Recipients", "remote", "", "EX55", "CN=remote,CN=Recipients"},
+      {"x%Where%", "ann", "", "EX55", "LDAP://EX55/CN=ann,CN=Other," + test::kPlace},
+      {"", "ann", "", "EX55", "LDAP://EX55/CN=ann,CN=Other," + test::kPlace},
+      {"x%Where%", "jo", "", "EX55", inner + ". Say by its path"},
+      {"x%Where%", "nobody", "", "EX55", "There is no mailbox called \"nobody\""},
+      {"x%Where%", "jo", "", "EX99", "Unable to connect to Exchange Server EX99: "},
+      {"Recipients", "jo", "", "EX99", "Unable to look into LDAP://EX99/"},
+  };
+  world.session.multi_user.No_Prompting.value = 1;
+  for (const auto& one : cases) {
+    put_container(one.row);
+    std::string told;
+    base::Trap trap;
+    if (!trap([&] {
+          told = path_of(find_mailbox_to_delete(
+              world.session, {false, "", "", one.name, {one.server, "Head Office", "Tarnwick"}, one.path}));
+        }))
+      told = trap.description();
+    EXPECT_THAT(told, HasSubstr(one.expected)) << one.row << " " << one.name;
+  }
+  EXPECT_EQ(left().size(), 4U);
 }
 
-TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOne) {
+TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOneAndFailuresAreTold) {
   MailboxDeletion request = kJo;
   request.SamName = "remote";
-  EXPECT_FALSE(DeleteMailbox(world.session, request)) << "it is no mailbox";
   request.CustomRecipient = true;
   EXPECT_TRUE(DeleteMailbox(world.session, request));
+  EXPECT_THAT(world.log(),
+              HasSubstr("Connect Object:LDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick.\n"));
+  EXPECT_FALSE(DeleteMailbox(world.session, request)) << "it is gone";
+  world.session.form1.Mail_Logon.value = 0;
+  request.AdminName = "nobody";
+  EXPECT_FALSE(DeleteMailbox(world.session, request));
+  EXPECT_THAT(world.log(), HasSubstr("8007052E\n"));
   EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=jo", "CN=al"));
+  EXPECT_THAT(
+      world.session.log.take_reasons(),
+      ElementsAre(HasSubstr("There is no mailbox called \"remote\""), HasSubstr("Unable to look into")));
 }
 
 TEST_F(MailboxDeletionTest, IsAskedForUnlessPromptsAreOff) {
@@ -94,23 +136,16 @@ TEST_F(MailboxDeletionTest, IsAskedForUnlessPromptsAreOff) {
   EXPECT_TRUE(DeleteMailbox(world.session, kJo));
 }
 
-TEST_F(MailboxDeletionTest, AFailureLeavesTheDirectoryAsItWasAndIsTold) {
-  MailboxDeletion request = kJo;
-  request.SamName = "nobody";
-  EXPECT_FALSE(DeleteMailbox(world.session, request));
-  world.session.form1.Mail_Logon.value = 0;
-  request.AdminName = "nobody";
-  EXPECT_FALSE(DeleteMailbox(world.session, request));
-  EXPECT_THAT(world.log(), testing::AllOf(HasSubstr("Error Number: 80072030\n"), HasSubstr("8007052E\n")));
-  EXPECT_EQ(left().size(), 4U);
-}
-
 TEST_F(MailboxDeletionTest, AVariableInTheContainerHandsOverToTheSearch) {
   put_container("%Where%");
   world.dialogs.expect("Do you wish to Search the Exchange server for the\r\nMailbox to delete ?",
                        Answer::kNo);
   EXPECT_FALSE(DeleteMailbox(world.session, kJo));
   EXPECT_EQ(world.dialogs.last_title, "Can't Find Mailox to Delete");
+  world.dialogs.on_modal = [](std::string_view) {};
+  world.dialogs.expect("A Variable was used", Answer::kYes);
+  EXPECT_FALSE(DeleteMailbox(world.session, kJo)) << "the window was closed";
+  EXPECT_EQ(left().size(), 4U);
   world.dialogs.expect("A Variable was used in the 'Container' field", Answer::kYes);
   world.dialogs.on_modal = [&](std::string_view name) {
     EXPECT_EQ(name, "Serach_Mail");
@@ -121,29 +156,24 @@ TEST_F(MailboxDeletionTest, AVariableInTheContainerHandsOverToTheSearch) {
   EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=al", "CN=remote"));
 }
 
-TEST_F(MailboxDeletionTest, ASearchThatIsClosedDeletesNothing) {
-  put_container("x%Where%");
-  world.dialogs.expect("A Variable was used", Answer::kYes);
-  world.dialogs.on_modal = [](std::string_view) {};
-  EXPECT_FALSE(DeleteMailbox(world.session, kJo));
-  EXPECT_EQ(left().size(), 4U);
-}
-
 TEST_F(MailboxDeletionTest, OfSeveralOfANameTheSelectedOneAloneIsDeleted) {
+  put_container("%Where%");
   make("", "CN=Other", "Container");
   make("CN=Other", "CN=Inner", "Container");
   make("CN=Inner,CN=Other", "CN=JO");
-  search("Jo");
-  EXPECT_THAT(title(), HasSubstr("Warning: Multiple mailboxs with the same Name Found."));
-  EXPECT_THAT(found(), ElementsAre("Recipients/jo", "Inner/JO"));
+  world.dialogs.expect("A Variable was used", Answer::kYes);
   world.dialogs.expect("Select the mailbox to delete.");
-  EXPECT_FALSE(Delete_Mail(world.session));
-  controls::TreeView& tree = world.session.serach_mail.TreeView1;
-  tree.select(tree.find("LDAP://EX55/CN=JO,CN=Inner,CN=Other,OU=Head Office,O=Tarnwick"));
-  EXPECT_TRUE(Delete_Mail(world.session));
+  world.dialogs.on_modal = [&](std::string_view) {
+    EXPECT_THAT(title(), HasSubstr("Warning: Multiple mailboxs with the same Name Found."));
+    EXPECT_THAT(found(), ElementsAre("Recipients/jo", "Inner/JO"));
+    EXPECT_FALSE(Delete_Mail(world.session));
+    controls::TreeView& tree = world.session.serach_mail.TreeView1;
+    tree.select(tree.find("LDAP://EX55/CN=JO,CN=Inner,CN=Other,OU=Head Office,O=Tarnwick"));
+    EXPECT_TRUE(Delete_Mail(world.session));
+  };
+  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
   EXPECT_TRUE(left("CN=Inner,CN=Other").empty());
   EXPECT_EQ(left().size(), 4U);
-  EXPECT_THAT(found(), ElementsAre("Recipients/jo"));
 }
 
 TEST_F(MailboxDeletionTest, TheSearchTakesNamesAsTheyAreAndRecipientsOnly) {
@@ -158,11 +188,8 @@ TEST_F(MailboxDeletionTest, TheSearchTakesNamesAsTheyAreAndRecipientsOnly) {
   }
 }
 
-TEST_F(MailboxDeletionTest, AMailboxThatIsGoneOrAServerThatIsDownIsTold) {
+TEST_F(MailboxDeletionTest, AServerThatIsDownIsTold) {
   search("remote");
-  world.object("CN=Recipients")->Delete("Remote-Address", "CN=remote");
-  world.dialogs.expect("The mailbox was not deleted.");
-  EXPECT_FALSE(Delete_Mail(world.session));
   world.session.serach_mail.Text2.text = std::string("EX99");
   world.dialogs.expect("Unable to connect to Exchange Server");
   search_again(world.session);

@@ -17,7 +17,7 @@ class SearchMailTest : public ScreenTest {
   }
 };
 
-TEST_F(SearchMailTest, TheOneFoundIsSelectedAndDeleted) {
+TEST_F(SearchMailTest, TheOneFoundIsSelectedAndChosen) {
   open();
   make("CN=Recipients,", "CN=jo", "OrganizationalPerson");
   EXPECT_TRUE(search([this](QWidget& shown) {
