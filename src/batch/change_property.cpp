@@ -57,9 +57,12 @@ std::string name_of(const platform::DirectoryObject& user) {
 
 void set_terminal_server(const Step& step, std::int16_t number) {
   Session& session = step.session;
+  session.Error_Log_Text.clear();
   if (!resources::ApplyTerminalSettings(session, step.logon_name, directory::winnt_domain(session), true,
-                                        number))
-    base::raise(platform::ads_error::kUnwilling, "The terminal-server setting was refused");
+                                        number)) {
+    base::raise(platform::ads_error::kUnwilling,
+                "The terminal-server setting was refused. " + session.Error_Log_Text);
+  }
 }
 
 void set_attribute(const Step& step) {
@@ -102,8 +105,12 @@ void tell_outcome(const Step& step, std::uint32_t number, const std::string& rea
          "Error changing property:" + step.property + " to " + step.NewValue + " for " + step.display_name);
   else
     tell(session, "Error changing property:'" + words);
-  if (number != 0)
-    session.log.line("Error Number: " + base::to_text(number) + " " + reason);
+  const std::string failure = "Error Number: " + base::to_text(number) + " " + reason;
+  // Of thousands that fail alike the light says why by the first.
+  if (number != 0 && tab.errors == 1)
+    session.log.reason(failure);
+  else if (number != 0)
+    session.log.line(failure);
   tab.reason = reason;
   if (tab.user_done) {
     tab.user_done({.line = tab.line,

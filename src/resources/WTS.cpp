@@ -15,9 +15,7 @@ using session::Session;
 using stores::kTerminalServerRows;
 using stores::TerminalServerRow;
 
-constexpr std::size_t kAllowLogonRow = 4;
 constexpr std::size_t kStartProgramRow = 5;
-constexpr std::size_t kFirstTimeRow = 11;
 
 /// Whom the settings are for, and where they are written.
 struct Target {
@@ -44,6 +42,7 @@ bool send(Session& session, const Target& target, WtsConfigClass setting, const 
   if (trap([&] { network.WTSSetUserConfig(target.controller, target.user, setting, value); }))
     return true;
   const bool is_text = std::holds_alternative<std::string>(value);
+  session.Error_Log_Text = trap.description();
   session.log.line(
       (is_text ? "WTSSetUserConfigString failed with error " : "WTSSetUserConfigDWord failed with error ") +
       base::to_text(trap.number()));
@@ -60,15 +59,18 @@ std::string row_value(Session& session, const controls::ListRow& row) {
                           session.form1.UserID_Box.text.get());
 }
 
-/// What the value of the row with this number, counted from 1, is for the controller.
-WtsConfigValue value_to_send(std::size_t number, const std::string& value) {
-  const TerminalServerRow& row = kTerminalServerRows.at(number - 1);
+/// A row's value as its setting takes it.
+WtsConfigValue value_of_setting(const TerminalServerRow& row, const std::string& value) {
   if (!row.is_number())
     return value;
-  if (row.is_time())
-    return stores::milliseconds_of(value);
-  const std::uint32_t on = stores::number_of_switch(value);
-  return number == kStartProgramRow ? 1 - on : on;
+  return row.is_time() ? stores::milliseconds_of(value) : stores::number_of_switch(value);
+}
+
+/// The same for the row with this number, counted from 1, whose texts are those of the Template tab.
+WtsConfigValue value_to_send(std::size_t number, const std::string& value) {
+  if (number == kStartProgramRow)
+    return 1 - stores::number_of_switch(value);
+  return value_of_setting(kTerminalServerRows.at(number - 1), value);
 }
 
 bool send_rows(Session& session, const Target& target) {
@@ -79,24 +81,21 @@ bool send_rows(Session& session, const Target& target) {
     if (value.empty())
       continue;
     const WtsConfigClass setting = kTerminalServerRows.at(number - 1).setting;
-    if (!send(session, target, setting, value_to_send(number, value)))
-      return false;
+    if (send(session, target, setting, value_to_send(number, value)))
+      continue;
+    session.log.reason("Terminal-server settings: " + session.Error_Log_Text);
+    return false;
   }
   return true;
 }
 
 /// `number` is that of a row, or the next one, which stands for the first row.
 bool send_one(Session& session, const Target& target, std::size_t number) {
-  const WtsConfigClass setting = number <= kTerminalServerRows.size()
-                                     ? kTerminalServerRows.at(number - 1).setting
-                                     : WtsConfigClass::kTerminalServerProfilePath;
+  const TerminalServerRow& row =
+      kTerminalServerRows.at(number <= kTerminalServerRows.size() ? number - 1 : 0);
   const std::string value =
       format::FRString(session.multi_user.AD_CHANGE.text.get(), "%UserName%", target.user);
-  if (number == kAllowLogonRow || number == kStartProgramRow)
-    return send(session, target, setting, stores::number_of_switch(value));
-  if (number >= kFirstTimeRow && number <= kTerminalServerRows.size())
-    return send(session, target, setting, stores::milliseconds_of(value));
-  return send(session, target, setting, value);
+  return send(session, target, row.setting, value_of_setting(row, value));
 }
 
 }  // namespace

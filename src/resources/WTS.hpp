@@ -16,12 +16,12 @@ namespace twk::resources {
 /// so its number is turned round.
 ///
 /// With it the one setting `propertyNumber`, a row's number, by the text of the multi-user window's
-/// `AD_CHANGE`, "%UserName%" filled in by `userName`. The numbers 4, 5 and 11 to 13 are sent as numbers, all
-/// others as texts, 14 as the profile path; here 5 is called by the setting's own name and is not turned
-/// round. Any other number sends nothing.
+/// `AD_CHANGE`, "%UserName%" filled in by `userName`; 14 is the profile path, too. Here 5 is called by the
+/// setting's own name and is not turned round. Any other number sends nothing.
 ///
 /// False when something was not set. Nothing is raised. A domain without a controller shows a box; a setting
-/// that is refused beeps and leaves a line in the log. The run's light and `RunWarning` stay.
+/// that is refused beeps, leaves a line in the log and the reason in `Error_Log_Text`. The run's light and
+/// `RunWarning` stay.
 bool ApplyTerminalSettings(session::Session& session, std::string_view userName, std::string_view domain,
                            bool singleProperty, std::int16_t propertyNumber);
 
