@@ -3,6 +3,7 @@
 #include "cli/commands.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
+#include "cli/interrupt.hpp"
 #include "cli/progress.hpp"
 #include "cli/resource_session.hpp"
 #include "platform/access_check.hpp"
@@ -15,12 +16,12 @@ namespace twk::cli {
 namespace {
 
 using resources::FilePermission;
+using resources::TreeOutcome;
 using session::Session;
 
 constexpr std::uint32_t kOwnerAndList =
     platform::security_information::kOwner | platform::security_information::kDacl;
 constexpr std::size_t kLargestDescriptor = 0x20000;
-const std::string kAdministrators = "Administrators";
 
 struct AclArguments {
   std::string path;
@@ -69,14 +70,34 @@ int check_acl(Context& context, const AclArguments& arguments) {
 }
 
 /// Runs `work` on the server that is asked for accounts, in a block of the log. The terminal shows the names
-/// that a recursion is at.
-void write_logged(Session& session, const std::string& account,
-                  const std::function<void(std::string& server)>& work) {
+/// that a recursion is at; Ctrl-C ends that behind the folder in hand.
+TreeOutcome write_logged(Context& context, Session& session, const std::string& account,
+                         const std::function<TreeOutcome(std::string& server)>& work) {
   Progress progress;
   const auto& caption = session.multi_user.progress.caption;
   const auto watch = caption.watch([&] { progress.show(caption.get()); });
+  context.dialogs().on_events([&] { session.import.ImportStopped = interrupted(); });
   std::string server = resources::server_for_accounts(session);
-  in_log_block(session, [&] { in_plain_words([&] { work(server); }, account); });
+  TreeOutcome outcome;
+  in_log_block(session, [&] { in_plain_words([&] { outcome = work(server); }, account); });
+  context.dialogs().on_events({});
+  return outcome;
+}
+
+/// What became of a path, and of all below it where the whole tree was meant.
+int tell_outcome(Context& context, const AclArguments& arguments, const TreeOutcome& outcome,
+                 std::string message) {
+  Json further = {{"path", arguments.path}};
+  if (!arguments.recurse)
+    return tell_light(context, session::kGreen, message, further);
+  further.update({{"written", outcome.written}, {"refused", outcome.refused}, {"stopped", outcome.stopped}});
+  if (outcome.stopped)
+    message +=
+        ": stopped after " + std::to_string(outcome.written) + " files and folders, the rest is as it was";
+  if (outcome.refused > 0)
+    message += ": " + std::to_string(outcome.refused) + " refused, the first " + outcome.first_reason;
+  const bool whole = !outcome.stopped && outcome.refused == 0;
+  return tell_light(context, whole ? session::kGreen : session::kYellow, message, further);
 }
 
 void log_tree(Session& session, const std::string& path, const std::string& account) {
@@ -98,10 +119,11 @@ int apply_table(Context& context, const AclArguments& arguments) {
   });
   const Json further = {{"path", arguments.path}};
   if (!done)
-    return tell_light(context, session::kRed, "Security Failed for " + arguments.path, further);
+    return tell_light(context, session::kRed, with_reasons(session, "Security Failed for " + arguments.path),
+                      further);
   if (warning != 1) {
-    return tell_light(context, session::kYellow,
-                      "Some rows of the table were refused; `twk log show` tells which", further);
+    return tell_light(context, session::kYellow, with_reasons(session, "The table was refused in part"),
+                      further);
   }
   return tell_light(context, session::kGreen, "Set Permissions on " + arguments.path, further);
 }
@@ -123,40 +145,40 @@ int set_acl(Context& context, const AclArguments& arguments) {
   FilePermission permission;
   permission.account = arguments.account;
   permission.mode = *resources::mode_of_access_word(known_access(arguments.access));
+  if (arguments.recurse && permission.mode == resources::access_mode::kNoAccess) {
+    throw Refused(
+        "--recurse makes " + arguments.account +
+        " the owner of the tree, and an owner can give himself back what \"No Access\" takes. Set it "
+        "on the folder alone, or make another account the owner with `twk owner take` first.");
+  }
   permission.replaceAll = arguments.replace;
   permission.recurse = arguments.recurse;
   Session& session = resource_session(context);
-  write_logged(session, arguments.account, [&](std::string& server) {
+  const TreeOutcome outcome = write_logged(context, session, arguments.account, [&](std::string& server) {
     if (arguments.recurse)
       log_tree(session, arguments.path, arguments.account);
     else
       session.log.line("Setting Permissions on " + arguments.path);
-    resources::write_file_permission(session, server, arguments.path, permission);
+    const TreeOutcome written = resources::write_file_permission(session, server, arguments.path, permission);
     session.log.line("Set Permissions for " + arguments.account);
+    return written;
   });
-  return tell_light(context, session::kGreen, "Set Permissions for " + arguments.account,
-                    {{"path", arguments.path}});
-}
-
-/// A tree is taken by the administrators first, so that its list can be read.
-void take_tree(Session& session, std::string& server, const std::string& path, const std::string& account) {
-  log_tree(session, path, account);
-  resources::take_owner(session, server, path, kAdministrators);
-  resources::write_file_permission(session, server, path,
-                                   {.account = account, .replaceAll = true, .recurse = true});
+  return tell_outcome(context, arguments, outcome, "Set Permissions for " + arguments.account);
 }
 
 int take_ownership(Context& context, const AclArguments& arguments) {
-  const std::string account = arguments.account.empty() ? kAdministrators : arguments.account;
+  const std::string account = arguments.account.empty() ? "Administrators" : arguments.account;
   Session& session = resource_session(context);
-  write_logged(session, account, [&](std::string& server) {
-    if (arguments.recurse)
-      return take_tree(session, server, arguments.path, account);
+  const TreeOutcome outcome = write_logged(context, session, account, [&](std::string& server) {
+    if (arguments.recurse) {
+      log_tree(session, arguments.path, account);
+      return resources::take_tree(session, server, arguments.path, account);
+    }
     session.log.line("Setting Owner of Folder " + arguments.path + " to " + account);
     resources::take_owner(session, server, arguments.path, account);
+    return TreeOutcome();
   });
-  return tell_light(context, session::kGreen, account + " is the owner of " + arguments.path,
-                    {{"path", arguments.path}});
+  return tell_outcome(context, arguments, outcome, account + " is the owner of " + arguments.path);
 }
 
 using Action = int (*)(Context&, const AclArguments&);

@@ -7,6 +7,7 @@
 #include "cli/display.hpp"
 #include "cli/exit_codes.hpp"
 #include "local/regedit.hpp"
+#include "platform/acl.hpp"
 #include "platform/directory.hpp"
 #include "session/activity_log.hpp"
 
@@ -26,6 +27,8 @@ int exit_code_of_error(std::uint32_t number) {
     case base::error::kFileNotFound:
     case base::error::kPathNotFound:
     case local::kInvalidFileFormat:
+    case platform::security_error::kInvalidSid:
+    case platform::security_error::kInvalidDescriptor:
       return kExitBadData;
     default:
       return kExitFault;

@@ -11,9 +11,25 @@ namespace twk::cli {
 namespace {
 
 namespace security_error = platform::security_error;
-namespace network_error = platform::network_error;
 
 constexpr std::uint32_t kLogonFailure = 1326;  // ERROR_LOGON_FAILURE, [MS-ERREF] 2.2
+
+/// True for a number that `report_failure` has an exit code for.
+bool is_told_by_number(std::uint32_t number) {
+  switch (number) {
+    case base::error::kBadFileName:
+    case base::error::kFileNotFound:
+    case base::error::kPathNotFound:
+    case base::error::kPermissionDenied:
+    case base::error::kPathFileAccess:
+    case platform::ads_error::kAccessDenied:
+    case platform::ads_error::kLogonFailure:
+    case platform::ads_error::kServerDown:
+      return true;
+    default:
+      return false;
+  }
+}
 
 [[noreturn]] void raise_plainly(const base::RuntimeError& failure, const std::string& account) {
   if (failure.number() == security_error::kNoneMapped && !account.empty())
@@ -24,19 +40,13 @@ constexpr std::uint32_t kLogonFailure = 1326;  // ERROR_LOGON_FAILURE, [MS-ERREF
       throw base::RuntimeError(platform::ads_error::kAccessDenied, failure.description());
     case kLogonFailure:
       throw base::RuntimeError(platform::ads_error::kLogonFailure, failure.description());
-    case security_error::kNoneMapped:
-    case security_error::kServerUnavailable:
-    case security_error::kSharingViolation:
-    case security_error::kInsufficientBuffer:
-    case security_error::kInvalidAcl:
-    case network_error::kInvalidName:
-    case network_error::kUnknownDirectory:
-    case network_error::kDuplicateShare:
-    case network_error::kShareNotFound:
-    case platform::ads_error::kNotImplementedByProvider:
-      throw Refused(failure.description());
+    case security_error::kInvalidSid:
+    case security_error::kInvalidDescriptor:
+      throw BadInput(failure.description());
     default:
-      throw base::RuntimeError(failure.number(), failure.description());
+      if (is_told_by_number(failure.number()))
+        throw base::RuntimeError(failure.number(), failure.description());
+      throw Refused(failure.description());
   }
 }
 
@@ -66,6 +76,15 @@ void in_log_block(session::Session& session, const std::function<void()>& work) 
     throw;
   }
   session.log.close();
+}
+
+std::string with_reasons(session::Session& session, std::string message) {
+  const char* separator = ": ";
+  for (const std::string& reason : session.log.take_reasons()) {
+    message += separator + reason;
+    separator = "; ";
+  }
+  return message;
 }
 
 int tell_light(Context& context, std::string_view light, const std::string& message, const Json& further) {

@@ -102,25 +102,21 @@ int show_share(Context& context, const ShareArguments& arguments) {
 int add_share(Context& context, const ShareArguments& arguments) {
   session::Session& session = resource_session(context);
   ShareInfo502 share = resources::share_of_folder(arguments.name, arguments.path, arguments.remark);
-  resources::ShareResult result = resources::ShareResult::kMade;
+  resources::ShareList list;
   in_log_block(session, [&] {
     session.log.line("Creating Shares: " + network_name(arguments));
     if (arguments.table_user) {
-      resources::ShareList list = resources::share_list_of_table(session, *arguments.table_user);
-      result = list.result;
+      list = resources::share_list_of_table(session, *arguments.table_user);
+      if (!list.descriptor)
+        throw Refused(network_name(arguments) + " is not made: " + list.reason);
       share.shi502_security_descriptor = std::move(list.descriptor);
     }
     ask_server(arguments, [&] { session.platform.network.NetShareAdd(arguments.server, share); });
   });
-  const Json further = {{"share", network_name(arguments)}};
-  if (result == resources::ShareResult::kMade)
-    return tell_light(context, session::kGreen, "Created the share " + network_name(arguments), further);
-  return tell_light(
-      context, session::kYellow,
-      network_name(arguments) +
-          " gives everybody full control: the table has no rows, or names an account that is not "
-          "there; `twk log show` tells which",
-      further);
+  const bool whole = list.result == resources::ShareResult::kMade;
+  const std::string made = "Created the share " + network_name(arguments);
+  return tell_light(context, whole ? session::kGreen : session::kYellow,
+                    whole ? made : made + ": " + list.reason, {{"share", network_name(arguments)}});
 }
 
 int delete_share(Context& context, const ShareArguments& arguments) {

@@ -25,7 +25,7 @@ struct UserShare {
   std::string name;
   std::string path;
   std::string remark;
-  std::string security_fault;  ///< what the log says when it is open to everybody
+  std::string security_fault;  ///< what the log says when it has not the table's list
   ShareResult result = ShareResult::kMade;
 };
 
@@ -67,7 +67,7 @@ void CreateUserShares(CreationRun& run) {
   std::vector<UserShare> shares = wanted_shares(run);
   for (UserShare& share : shares) {
     share.result =
-        resources::CreateShare(run.session, server, share.name, share.path, share.remark, run.CnName);
+        resources::CreateShare(run.session, server, share.name, share.path, share.remark, run.SamName);
   }
   const auto log_each = [&](const auto& text_of) {
     for (const UserShare& share : shares) {

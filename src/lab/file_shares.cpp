@@ -31,8 +31,16 @@ FileShare to_share(const Entry& entry) {
   share.path = entry.value("path").value_or(std::string());
   share.comment = entry.value("description").value_or(std::string());
   share.max_users = base::to_number(entry.value("maxUserCount").value_or(std::string())).value_or(-1);
-  if (const auto bytes = entry.value(kDescriptor))
+  const auto bytes = entry.value(kDescriptor);
+  if (!bytes)
+    return share;
+  try {
     share.descriptor = SecurityDescriptor::decode(base::Bytes(bytes->begin(), bytes->end()));
+  } catch (const base::RuntimeError& failure) {
+    base::raise(platform::security_error::kInvalidDescriptor,
+                "The security descriptor of the share " + share.name + " (" + entry.dn() +
+                    " in server.ldif) cannot be read: " + failure.description());
+  }
   return share;
 }
 

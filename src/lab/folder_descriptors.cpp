@@ -80,14 +80,24 @@ SecurityDescriptor drive_default() {
   return descriptor;
 }
 
-std::optional<SecurityDescriptor> stored_in(const Entry& entry) {
+/// The first parts of a path as the server has it, "D:\\Users".
+std::string path_text(const std::vector<std::string>& parts, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += i == 0 ? parts[i] + ":" : "\\" + parts[i];
+  return text;
+}
+
+std::optional<SecurityDescriptor> stored_in(const Entry& entry, const std::string& path) {
   const auto bytes = entry.value(kDescriptor);
   if (!bytes)
     return std::nullopt;
   try {
     return SecurityDescriptor::decode(base::Bytes(bytes->begin(), bytes->end()));
   } catch (const base::RuntimeError& failure) {
-    base::raise(failure.number(), "server.ldif: " + entry.dn() + ": " + failure.description());
+    base::raise(platform::security_error::kInvalidDescriptor, "The security descriptor of " + path + " (" +
+                                                                  entry.dn() + " in server.ldif) cannot be " +
+                                                                  "read: " + failure.description());
   }
 }
 
@@ -109,7 +119,7 @@ FolderDescriptors::FolderDescriptors(EntryStore& store, std::function<bool(std::
 std::optional<SecurityDescriptor> FolderDescriptors::own(const std::vector<std::string>& parts,
                                                          std::size_t count) const {
   const Entry* const entry = store_.find(record_dn(parts, count));
-  return entry == nullptr ? std::nullopt : stored_in(*entry);
+  return entry == nullptr ? std::nullopt : stored_in(*entry, path_text(parts, count));
 }
 
 FolderDescriptors::Folder& FolderDescriptors::folder(const std::vector<std::string>& parts,

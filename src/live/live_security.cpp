@@ -50,6 +50,14 @@ bool is_builtin(const Sid& sid) {
   return sid.text().starts_with("S-1-5-32-");
 }
 
+SecurityDescriptor parse_descriptor_of(const SmbPath& place, std::string_view text) {
+  try {
+    return parse_descriptor(text);
+  } catch (const base::RuntimeError& failure) {
+    base::raise(security_error::kInvalidDescriptor, place.text() + ": " + failure.description());
+  }
+}
+
 SmbPath require_place(std::string_view path) {
   auto place = parse_smb_path(path);
   if (!place) {
@@ -118,7 +126,7 @@ std::vector<Sid> LiveSecurity::account_identifiers(std::string_view account) {
 SecurityDescriptor LiveSecurity::GetFileSecurity(std::string_view path, std::uint32_t parts,
                                                  std::size_t buffer) {
   const SmbPath place = require_place(path);
-  SecurityDescriptor descriptor = parse_descriptor(client_.attribute(place, kDescriptor));
+  SecurityDescriptor descriptor = parse_descriptor_of(place, client_.attribute(place, kDescriptor));
   if ((parts & information::kOwner) == 0)
     descriptor.owner.reset();
   if ((parts & information::kGroup) == 0)

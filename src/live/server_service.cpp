@@ -102,8 +102,16 @@ void read_rest(NdrReader& reader, const Pointers& pointers, ShareInfo502& share)
     share.shi502_path = reader.text();
   if (pointers.password)
     share.shi502_passwd = reader.text();
-  if (pointers.descriptor)
-    share.shi502_security_descriptor = platform::SecurityDescriptor::decode(reader.array());
+  if (!pointers.descriptor)
+    return;
+  const base::Bytes descriptor = reader.array();
+  try {
+    share.shi502_security_descriptor = platform::SecurityDescriptor::decode(descriptor);
+  } catch (const base::RuntimeError& failure) {
+    base::raise(platform::security_error::kInvalidDescriptor,
+                "The server sent a security descriptor of the share " + share.shi502_netname +
+                    " that cannot be read: " + failure.description());
+  }
 }
 
 /// The number that an operation ends with.

@@ -38,7 +38,7 @@ void set_rows(Session& session, std::string& server, const std::string& path, co
 }
 
 void set_owner(Session& session, std::string& server, const std::string& path, const std::string& userName,
-               std::string_view prescribed) {
+               std::string_view prescribed, std::int16_t& RunWarning) {
   if (prescribed.empty())
     return;
   const std::string owner =
@@ -48,6 +48,7 @@ void set_owner(Session& session, std::string& server, const std::string& path, c
     return;
   session.platform.dialogs.beep();
   session.log.line("Setting Owner failed");
+  RunWarning = 2;
 }
 
 }  // namespace
@@ -57,15 +58,15 @@ bool Set_Permissions(Session& session, std::string& server, const std::string& p
   try {
     const std::vector<PermissionRecord> rows = stores::read_permissions(session, stores::kPermissionFile);
     if (rows.empty()) {
-      session.log.line("No Users found in permissions file");
+      session.log.reason("No Users found in permissions file");
       return false;
     }
     session.log.line("Setting Permissions on " + path);
     set_rows(session, server, path, userName, rows, RunWarning);
-    set_owner(session, server, path, userName, base::trim(rows.front().Owner));
+    set_owner(session, server, path, userName, base::trim(rows.front().Owner), RunWarning);
     return true;
   } catch (const base::RuntimeError& failure) {
-    session.log.line(failure.description());
+    session.log.reason(failure.description());
     return false;
   }
 }

@@ -1,5 +1,6 @@
 #include "resources/file_permission.hpp"
 
+#include <algorithm>
 #include <array>
 
 #include "base/text.hpp"
@@ -17,8 +18,11 @@ using platform::Sid;
 using session::Session;
 namespace part = platform::security_information;
 
-constexpr std::size_t kDescriptorBuffer = 4000;
+constexpr std::size_t kFirstBuffer = 4000;
+constexpr std::size_t kLargestBuffer = 0x20000;
 constexpr std::size_t kRoomForNewEntries = 200;
+constexpr std::size_t kLargestList = 0xFFFC;
+constexpr const char* kAdministrators = "Administrators";
 
 struct Access {
   std::string_view word;
@@ -47,7 +51,8 @@ void debug_line(Session& session, std::string_view text) {
     session.log.line(text);
 }
 
-void report(Session& session, const PermissionFailure& failure) {
+void report(Session& session, const std::string& what, const PermissionFailure& failure) {
+  session.log.reason(what + ": " + failure.description());
   debug_line(session, "Error: " + failure.step());
   debug_line(session, "Code: " + base::to_text(failure.number()));
   debug_line(session, "Desc: " + failure.description());
@@ -92,19 +97,64 @@ Sid look_up_account(Session& session, std::string& server, const std::string& ac
   }
 }
 
-bool is_kept(const Ace& entry, const Sid& system, const Sid& account, bool replaceAll) {
-  return replaceAll ? entry.sid() == system : entry.sid() != account;
+/// Whom the entries of a list are for.
+struct Accounts {
+  Sid system;
+  Sid account;
+};
+
+Accounts look_up(Session& session, std::string& server, const std::string& account) {
+  const Sid system = look_up_system(session, server, account);
+  return {system, look_up_account(session, server, account)};
 }
 
-Acl new_list(Session& session, const std::optional<Acl>& old, const Sid& system, const Sid& account,
+/// The descriptor in a buffer that grows as it must.
+SecurityDescriptor read_list(Session& session, const std::string& path) {
+  for (std::size_t buffer = kFirstBuffer;; buffer *= 2) {
+    try {
+      return session.platform.security.GetFileSecurity(path, part::kDacl, buffer);
+    } catch (const base::RuntimeError& failure) {
+      if (failure.number() != platform::security_error::kInsufficientBuffer || buffer >= kLargestBuffer)
+        throw PermissionFailure("GetFileSecurity", failure);
+    }
+  }
+}
+
+bool is_about_the_list(std::uint32_t number) {
+  namespace error = platform::security_error;
+  return number == error::kAccessDenied || number == error::kInsufficientBuffer ||
+         number == error::kInvalidAcl || number == error::kInvalidSid || number == error::kInvalidDescriptor;
+}
+
+/// Of the old list a replacement keeps what "System" has alone, and can do without it.
+std::optional<Acl> old_list(Session& session, const std::string& path, const FilePermission& permission) {
+  try {
+    return read_list(session, path).dacl;
+  } catch (const PermissionFailure& failure) {
+    if (!permission.replaceAll || !is_about_the_list(failure.number()))
+      throw;
+    session.log.line("The old list is not read, and nothing of it kept: " + failure.description());
+    return std::nullopt;
+  }
+}
+
+bool is_kept(const Ace& entry, const Accounts& accounts, bool replaceAll) {
+  return replaceAll ? entry.sid() == accounts.system : entry.sid() != accounts.account;
+}
+
+Acl new_list(Session& session, const std::optional<Acl>& old, const Accounts& accounts,
              const FilePermission& permission) {
   debug_line(session, "Create new ACL");
   Acl list = at_step("InitializeAcl", [&] {
-    return old ? Acl(old->size() + kRoomForNewEntries, old->revision()) : Acl(kRoomForNewEntries);
+    if (!old)
+      return Acl(kRoomForNewEntries);
+    // What a replacement drops makes room enough.
+    const std::size_t wanted = old->size() + kRoomForNewEntries;
+    return Acl(permission.replaceAll ? std::min(wanted, kLargestList) : wanted, old->revision());
   });
   if (old) {
     for (const Ace& entry : old->entries()) {
-      if (is_kept(entry, system, account, permission.replaceAll))
+      if (is_kept(entry, accounts, permission.replaceAll))
         at_step("AddAce", [&] { list.add(Acl::kAtEnd, entry); });
     }
   }
@@ -113,8 +163,8 @@ Acl new_list(Session& session, const std::optional<Acl>& old, const Sid& system,
   debug_line(session, "Add in ACE");
   namespace flag = platform::ace_flag;
   const Access& access = access_of(permission.mode);
-  const Ace for_files(access.type, flag::kObjectInherit | flag::kInheritOnly, access.mask, account);
-  const Ace for_folders(access.type, flag::kContainerInherit, access.mask, account);
+  const Ace for_files(access.type, flag::kObjectInherit | flag::kInheritOnly, access.mask, accounts.account);
+  const Ace for_folders(access.type, flag::kContainerInherit, access.mask, accounts.account);
   at_step("AddAce - new1", [&] { list.add(0, for_files); });
   at_step("AddAce - new2", [&] { list.add(0, for_folders); });
   return list;
@@ -141,8 +191,8 @@ void write_owner(Session& session, const std::string& path, const Sid& account) 
   require_written(written);
 }
 
-void write_tree(Session& session, const std::string& path, const SecurityDescriptor& list,
-                const Sid& account) {
+TreeOutcome write_tree(Session& session, const std::string& path, const SecurityDescriptor& list,
+                       const Sid& account) {
   platform::Security& security = session.platform.security;
   const SecurityDescriptor owner = descriptor_of_owner(account);
   const bool enabled = EnablePrivilege(session, platform::privilege::kRestore);
@@ -150,11 +200,26 @@ void write_tree(Session& session, const std::string& path, const SecurityDescrip
   owner_written([&] { security.SetFileSecurity(path, part::kOwner, owner); });
   base::Trap list_written;
   list_written([&] { security.SetFileSecurity(path, part::kDacl, list); });
-  SetTreeSecurity(session, path, "*.*", list, owner);
+  TreeOutcome outcome = SetTreeSecurity(session, path, "*.*", list, owner);
   if (enabled)
     DisablePrivilege(session, platform::privilege::kRestore);
   require_written(owner_written);
   require_written(list_written);
+  ++outcome.written;
+  return outcome;
+}
+
+TreeOutcome write_for(Session& session, const std::string& path, const FilePermission& permission,
+                      const Accounts& accounts) {
+  debug_line(session, "Get Security Descriptor.");
+  const std::optional<Acl> old = old_list(session, path, permission);
+  SecurityDescriptor fresh;
+  fresh.set_dacl(new_list(session, old, accounts, permission));
+  debug_line(session, "Write D-ACL");
+  if (permission.recurse)
+    return write_tree(session, path, fresh, accounts.account);
+  at_step("SetFileSecurity", [&] { session.platform.security.SetFileSecurity(path, part::kDacl, fresh); });
+  return {};
 }
 
 }  // namespace
@@ -180,36 +245,43 @@ std::optional<std::string_view> access_word(std::uint8_t ace_type, std::uint32_t
   return std::nullopt;
 }
 
-void write_file_permission(Session& session, std::string& server, const std::string& path,
-                           const FilePermission& permission) {
-  platform::Security& security = session.platform.security;
-  const Sid system = look_up_system(session, server, permission.account);
-  const Sid account = look_up_account(session, server, permission.account);
+TreeOutcome write_file_permission(Session& session, std::string& server, const std::string& path,
+                                  const FilePermission& permission) {
+  const Accounts accounts = look_up(session, server, permission.account);
   debug_line(session, "Account lookups done.");
-  debug_line(session, "Get Security Descriptor.");
-  const SecurityDescriptor old = at_step(
-      "GetFileSecurity", [&] { return security.GetFileSecurity(path, part::kDacl, kDescriptorBuffer); });
-  SecurityDescriptor fresh;
-  fresh.set_dacl(new_list(session, old.dacl, system, account, permission));
-  debug_line(session, "Write D-ACL");
-  if (permission.ownerOnly)
-    return write_owner(session, path, account);
-  if (permission.recurse)
-    return write_tree(session, path, fresh, account);
-  at_step("SetFileSecurity", [&] { security.SetFileSecurity(path, part::kDacl, fresh); });
+  if (!permission.ownerOnly)
+    return write_for(session, path, permission, accounts);
+  write_owner(session, path, accounts.account);
+  return {};
 }
 
 void take_owner(Session& session, std::string& server, const std::string& path, const std::string& account) {
   write_owner(session, path, look_up_account(session, server, account));
 }
 
+TreeOutcome take_tree(Session& session, std::string& server, const std::string& path,
+                      const std::string& account) {
+  const Accounts accounts = look_up(session, server, account);
+  take_owner(session, server, path, kAdministrators);
+  try {
+    return write_for(session, path, {.account = account, .replaceAll = true, .recurse = true}, accounts);
+  } catch (const PermissionFailure& failure) {
+    throw PermissionFailure(
+        failure.step(), base::RuntimeError(failure.number(),
+                                           failure.description() + ". Administrators own " + path + " now"));
+  }
+}
+
 bool SetFilePermission(Session& session, std::string& server, const std::string& path,
                        const FilePermission& permission) {
   try {
-    write_file_permission(session, server, path, permission);
-    return true;
+    const TreeOutcome outcome = write_file_permission(session, server, path, permission);
+    if (outcome.stopped)
+      session.log.reason(path + ": stopped behind " +
+                         base::to_text(static_cast<std::int64_t>(outcome.written)) + " files and folders");
+    return !outcome.stopped;
   } catch (const PermissionFailure& failure) {
-    report(session, failure);
+    report(session, permission.account + " on " + path, failure);
     return false;
   }
 }

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/errors.hpp"
+#include "resources/ownership.hpp"
 
 namespace twk::session {
 struct Session;
@@ -52,18 +53,24 @@ class PermissionFailure : public base::RuntimeError {
 
 /// Gives an account access to `path`. Its old entries are dropped and two new ones put in front: one for the
 /// files that come into the folder, one for the folder and those below it. The account is looked up on
-/// `server`, then on the fall-back server, which `server` then is. Raises `PermissionFailure`. What fails
-/// below the folder is passed over.
-void write_file_permission(session::Session& session, std::string& server, const std::string& path,
-                           const FilePermission& permission);
+/// `server`, then on the fall-back server, which `server` then is, before anything is changed. A replacement
+/// does without an old list that cannot be read. Raises `PermissionFailure`. What fails below the folder is
+/// passed over and counted.
+TreeOutcome write_file_permission(session::Session& session, std::string& server, const std::string& path,
+                                  const FilePermission& permission);
 
 /// Makes an account the owner without a look at the list, which may be closed to everybody. Raises
 /// `PermissionFailure`.
 void take_owner(session::Session& session, std::string& server, const std::string& path,
                 const std::string& account);
 
-/// `write_file_permission`, True on success. With "/DEBUG" the log tells the steps, and of a failure the
-/// step, the number and the system's text.
+/// The same for a tree that others have closed: "Administrators" take it over first, so that its list can be
+/// read. An account that nobody knows changes nothing.
+TreeOutcome take_tree(session::Session& session, std::string& server, const std::string& path,
+                      const std::string& account);
+
+/// `write_file_permission`, True when it came through to its end. The log tells why not; with "/DEBUG" also
+/// the steps, and of a failure the step, the number and the system's text.
 bool SetFilePermission(session::Session& session, std::string& server, const std::string& path,
                        const FilePermission& permission);
 

@@ -62,21 +62,74 @@ bool fits(std::string_view name, std::string_view mask) {
   return mask.find_first_not_of('*', at_mask) == base::npos;
 }
 
+/// The walk over a tree.
+struct TreeWalk {
+  Session& session;
+  std::string mask;  ///< in capitals
+  const SecurityDescriptor& list;
+  const SecurityDescriptor& owner;
+  TreeOutcome outcome;
+};
+
+void note_reason(TreeWalk& walk, const std::string& path, const std::string& reason) {
+  if (walk.outcome.first_reason.empty())
+    walk.outcome.first_reason = path + ": " + reason;
+}
+
 /// Nothing for a folder that cannot be looked through.
-std::vector<FileEntry> entries_of(Session& session, const std::string& folder) {
+std::vector<FileEntry> entries_of(TreeWalk& walk, const std::string& folder) {
   std::vector<FileEntry> entries;
   base::Trap trap;
-  trap([&] { entries = session.platform.files.list(folder); });
+  if (!trap([&] { entries = walk.session.platform.files.list(folder); })) {
+    ++walk.outcome.refused;
+    note_reason(walk, folder, trap.description());
+  }
   return entries;
 }
 
-/// The owner first: whoever owns a file can write its list, whatever the old one said.
-void write(Session& session, const std::string& path, const SecurityDescriptor& list,
-           const SecurityDescriptor& owner) {
-  platform::Security& security = session.platform.security;
+/// The owner first: whoever owns a file can write its list, whatever the old one said. True when both are
+/// written.
+bool write(TreeWalk& walk, const std::string& path) {
+  platform::Security& security = walk.session.platform.security;
   base::Trap trap;
-  trap([&] { security.SetFileSecurity(path, platform::security_information::kOwner, owner); });
-  trap([&] { security.SetFileSecurity(path, platform::security_information::kDacl, list); });
+  const auto tried = [&](std::uint32_t part, const SecurityDescriptor& descriptor) {
+    const bool written = trap([&] { security.SetFileSecurity(path, part, descriptor); });
+    if (!written)
+      note_reason(walk, path, trap.description());
+    return written;
+  };
+  const bool owner = tried(platform::security_information::kOwner, walk.owner);
+  return tried(platform::security_information::kDacl, walk.list) && owner;
+}
+
+/// A folder comes by in both passes and counts in the first.
+void take_over(TreeWalk& walk, const std::string& folder, const std::string& name, bool counts) {
+  const bool written = write(walk, folder + name);
+  if (counts)
+    ++(written ? walk.outcome.written : walk.outcome.refused);
+  walk.session.multi_user.progress.caption = name;
+}
+
+void walk_folder(TreeWalk& walk, std::string path) {
+  walk.session.platform.dialogs.DoEvents();
+  walk.outcome.stopped = walk.session.import.ImportStopped;
+  if (walk.outcome.stopped)
+    return;
+  if (!path.ends_with('\\'))
+    path += '\\';
+  std::vector<std::string> folders;
+  for (FileEntry& entry : entries_of(walk, path)) {
+    if (!entry.directory)
+      continue;
+    take_over(walk, path, entry.name, true);
+    folders.push_back(std::move(entry.name));
+  }
+  for (const FileEntry& entry : entries_of(walk, path)) {
+    if (fits(base::upper(entry.name), walk.mask))
+      take_over(walk, path, entry.name, !entry.directory);
+  }
+  for (auto folder = folders.begin(); folder != folders.end() && !walk.outcome.stopped; ++folder)
+    walk_folder(walk, path + *folder);
 }
 
 }  // namespace
@@ -89,28 +142,12 @@ bool DisablePrivilege(Session& session, std::string_view name) {
   return adjust_privilege(session, name, false);
 }
 
-void SetTreeSecurity(Session& session, std::string path, std::string_view mask,
-                     const SecurityDescriptor& daclDescriptor, const SecurityDescriptor& ownerDescriptor) {
-  if (!path.ends_with('\\'))
-    path += '\\';
-  const auto take_over = [&](const std::string& name) {
-    write(session, path + name, daclDescriptor, ownerDescriptor);
-    session.multi_user.progress.caption = name;
-  };
-  std::vector<std::string> folders;
-  for (FileEntry& entry : entries_of(session, path)) {
-    if (!entry.directory)
-      continue;
-    take_over(entry.name);
-    folders.push_back(std::move(entry.name));
-  }
-  const std::string upper_mask = base::upper(mask);
-  for (const FileEntry& entry : entries_of(session, path)) {
-    if (fits(base::upper(entry.name), upper_mask))
-      take_over(entry.name);
-  }
-  for (const std::string& folder : folders)
-    SetTreeSecurity(session, path + folder, mask, daclDescriptor, ownerDescriptor);
+TreeOutcome SetTreeSecurity(Session& session, std::string path, std::string_view mask,
+                            const SecurityDescriptor& daclDescriptor,
+                            const SecurityDescriptor& ownerDescriptor) {
+  TreeWalk walk{session, base::upper(mask), daclDescriptor, ownerDescriptor, {}};
+  walk_folder(walk, std::move(path));
+  return walk.outcome;
 }
 
 }  // namespace twk::resources

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -17,11 +18,20 @@ namespace twk::resources {
 bool EnablePrivilege(session::Session& session, std::string_view name);
 bool DisablePrivilege(session::Session& session, std::string_view name);
 
+/// What came of a tree.
+struct TreeOutcome {
+  std::size_t written = 0;   ///< files and folders that got owner and list
+  std::size_t refused = 0;   ///< those that kept one of them or both
+  std::string first_reason;  ///< the first of these and why, or a folder that cannot be looked through
+  bool stopped = false;      ///< a person ended it; what comes behind has what it had
+};
+
 /// Writes owner, then list on all that is below a folder, each folder's own entries before what is in its
 /// sub-folders. Of the names those that `mask` fits ("*.*" is all), but every sub-folder. What refuses is
-/// passed over. The multi-user window shows each name.
-void SetTreeSecurity(session::Session& session, std::string path, std::string_view mask,
-                     const platform::SecurityDescriptor& daclDescriptor,
-                     const platform::SecurityDescriptor& ownerDescriptor);
+/// passed over and counted. The multi-user window shows each name. Ends behind the folder in hand when
+/// `ImportStopped` is set.
+TreeOutcome SetTreeSecurity(session::Session& session, std::string path, std::string_view mask,
+                            const platform::SecurityDescriptor& daclDescriptor,
+                            const platform::SecurityDescriptor& ownerDescriptor);
 
 }  // namespace twk::resources

@@ -1,5 +1,6 @@
 #include "resources/share502.hpp"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -24,14 +25,6 @@ struct ShareAccess {
 constexpr std::array<ShareAccess, 3> kShareAccess = {
     {{"READ", 0xA0000000}, {"CHANGE", 0xE0010000}, {"FULL CONTROL", 0x10000000}}};
 
-/// None when there is no table that can be used.
-std::vector<PermissionRecord> table_rows(Session& session) {
-  std::vector<PermissionRecord> rows;
-  base::Trap trap;
-  trap([&] { rows = stores::read_permissions(session, stores::kSharePermissionFile); });
-  return rows;
-}
-
 /// A word that is no access word means what the row before it meant.
 std::vector<AccessEntry> entries_of(const Session& session, const std::vector<PermissionRecord>& rows,
                                     const std::string& userName) {
@@ -48,6 +41,36 @@ std::vector<AccessEntry> entries_of(const Session& session, const std::vector<Pe
   return entries;
 }
 
+std::string unknown_text(const std::vector<std::string>& accounts) {
+  std::string text = "The table of share permissions names an account that is not found: ";
+  for (const std::string& account : accounts)
+    text += (&account == &accounts.front() ? "" : ", ") + account;
+  return text;
+}
+
+ShareList no_list(std::string reason) {
+  return {ShareResult::kFailed, std::nullopt, std::move(reason)};
+}
+
+ShareList list_for_everybody(Session& session) {
+  auto descriptor = BuildShareDescriptor(session, nullptr, {world_entry(platform::access::kGenericAll)});
+  if (!descriptor)
+    return no_list("Unable to create Security Descriptor");
+  return {ShareResult::kFallbackList, std::move(descriptor),
+          "The table of share permissions has no rows: everybody gets full control"};
+}
+
+/// True when one of the entries is for the user or for a group that the user is in.
+bool gives_access(Session& session, const std::vector<AccessEntry>& entries, const std::string& userName) {
+  std::vector<platform::Sid> user;
+  base::Trap unknown;
+  unknown([&] { user = session.platform.security.account_identifiers(userName); });
+  return std::any_of(entries.begin(), entries.end(), [&](const AccessEntry& entry) {
+    return entry.mask != 0 &&
+           (entry.well_known || std::find(user.begin(), user.end(), *entry.sid) != user.end());
+  });
+}
+
 }  // namespace
 
 std::optional<std::uint32_t> share_mask_of_access_word(std::string_view word) {
@@ -59,19 +82,25 @@ std::optional<std::uint32_t> share_mask_of_access_word(std::string_view word) {
 }
 
 ShareList share_list_of_table(Session& session, const std::string& userName) {
-  const std::vector<PermissionRecord> rows = table_rows(session);
-  if (!rows.empty()) {
-    auto descriptor = BuildShareDescriptor(session, nullptr, entries_of(session, rows, userName));
-    if (descriptor)
-      return {ShareResult::kMade, std::move(descriptor)};
-  }
-  constexpr std::uint32_t kEverything = platform::access::kGenericAll;
-  auto fallback = BuildShareDescriptor(session, nullptr, {world_entry(kEverything)});
-  if (fallback)
-    return {ShareResult::kFallbackList, std::move(fallback)};
-  session.platform.dialogs.MsgBox("Unable to create Security Descriptor", platform::Buttons::kOk,
-                                  platform::Icon::kNone, {});
-  return {ShareResult::kFailed, std::nullopt};
+  std::vector<PermissionRecord> rows;
+  base::Trap trap;
+  trap([&] { rows = stores::read_permissions(session, stores::kSharePermissionFile); });
+  if (trap.number() != 0 && trap.number() != base::error::kFileNotFound &&
+      trap.number() != base::error::kPathNotFound)
+    return no_list("The table of share permissions cannot be read: " + trap.description());
+  if (rows.empty())
+    return list_for_everybody(session);
+  std::vector<AccessEntry> entries = entries_of(session, rows, userName);
+  const std::vector<std::string> unknown = drop_unknown(session, entries);
+  if (!unknown.empty() && !gives_access(session, entries, userName))
+    return no_list(unknown_text(unknown) + ", and no row is left that gives " + userName + " access");
+  auto descriptor = BuildShareDescriptor(session, nullptr, std::move(entries));
+  if (!descriptor)
+    return no_list("The table of share permissions is too long for a list");
+  if (unknown.empty())
+    return {ShareResult::kMade, std::move(descriptor)};
+  return {ShareResult::kFallbackList, std::move(descriptor),
+          unknown_text(unknown) + ", which gets no access to the share"};
 }
 
 platform::ShareInfo502 share_of_folder(const std::string& shareName, const std::string& path,
@@ -87,11 +116,16 @@ platform::ShareInfo502 share_of_folder(const std::string& shareName, const std::
 ShareResult CreateShare(Session& session, const std::string& server, const std::string& shareName,
                         const std::string& path, const std::string& remark, const std::string& userName) {
   ShareList list = share_list_of_table(session, userName);
+  if (list.result != ShareResult::kMade)
+    session.log.reason("Share " + shareName + ": " + list.reason);
+  if (!list.descriptor)
+    return ShareResult::kFailed;
   platform::ShareInfo502 share = share_of_folder(shareName, path, remark);
   share.shi502_security_descriptor = std::move(list.descriptor);
   base::Trap trap;
   if (trap([&] { session.platform.network.NetShareAdd(server, share); }))
     return list.result;
+  session.log.reason("Share " + shareName + " is not made: " + trap.description());
   session.log.line("NetShareSetInfo failed with error code : " + base::to_text(trap.number()));
   return ShareResult::kFailed;
 }

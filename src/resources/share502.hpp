@@ -19,25 +19,29 @@ std::optional<std::uint32_t> share_mask_of_access_word(std::string_view word);
 
 enum class ShareResult : std::int16_t {
   kMade = 1,
-  kFallbackList = 2,  ///< everybody has full control
-  kFailed = 3         ///< not made, or made without a list
+  kFallbackList = 2,  ///< not with the table's list: see `share_list_of_table`
+  kFailed = 3         ///< not made
 };
 
 /// An access list for a new share, and how a share that has it is made.
 struct ShareList {
   ShareResult result = ShareResult::kMade;
   std::optional<platform::SecurityDescriptor> descriptor;
+  std::string reason = {};  ///< of what is not as the table says
 };
 
-/// The list that "SharePerm.dat" prescribes for a user. Without a table, or when one of its accounts is not
-/// found, everybody gets full control.
+/// The list that "SharePerm.dat" prescribes for a user. Without a table, or with one that has no rows,
+/// everybody gets full control (`kFallbackList`). Rows whose account is not found are left out, as long as
+/// one that stays gives the user access (`kFallbackList`, too). Else, and for a table that cannot be read,
+/// there is no list (`kFailed`), and no share is to be made: it would be open to everybody.
 ShareList share_list_of_table(session::Session& session, const std::string& userName);
 
 /// A share of a folder, given by its path on the server.
 platform::ShareInfo502 share_of_folder(const std::string& shareName, const std::string& path,
                                        const std::string& remark);
 
-/// Shares a folder of the server with the list of the table. The log tells why a share was not made.
+/// Shares a folder of the server with the list of the table. The log tells why that is not the table's own,
+/// or why no share was made.
 ShareResult CreateShare(session::Session& session, const std::string& server, const std::string& shareName,
                         const std::string& path, const std::string& remark, const std::string& userName);
 

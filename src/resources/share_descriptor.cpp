@@ -85,6 +85,18 @@ AccessEntry world_entry(std::uint32_t mask) {
   return entry;
 }
 
+std::vector<std::string> drop_unknown(Session& session, std::vector<AccessEntry>& entries) {
+  std::vector<std::string> unknown;
+  std::erase_if(entries, [&](AccessEntry& entry) {
+    if (!entry.sid)
+      entry.sid = look_up(session, entry.account);
+    if (!entry.sid)
+      unknown.push_back(entry.account);
+    return !entry.sid;
+  });
+  return unknown;
+}
+
 void AddAccessEntry(Acl& acl, std::uint8_t aceType, std::uint8_t aceFlags, std::uint32_t mask,
                     const Sid& sid) {
   acl.add(Acl::kAtEnd, Ace(aceType, aceFlags, mask, sid));

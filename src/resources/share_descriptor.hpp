@@ -26,6 +26,10 @@ struct AccessEntry {
 /// "World" with that mask.
 AccessEntry world_entry(std::uint32_t mask);
 
+/// Looks up the entries' accounts and drops the entries of those that are not found, which the log tells. The
+/// names of these.
+std::vector<std::string> drop_unknown(session::Session& session, std::vector<AccessEntry>& entries);
+
 /// Puts an entry at the end of a list. Raises kAllottedSpaceExceeded.
 void AddAccessEntry(platform::Acl& acl, std::uint8_t aceType, std::uint8_t aceFlags, std::uint32_t mask,
                     const platform::Sid& sid);

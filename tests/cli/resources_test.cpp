@@ -1,4 +1,6 @@
 #include "cli/twk_fixture.hpp"
+#include "lab/base64.hpp"
+#include "platform/security_descriptor.hpp"
 
 namespace twk::test {
 namespace {
@@ -91,9 +93,14 @@ TEST_F(Resources, TheTableIsAppliedAsACreationWould) {
   ASSERT_EQ(run({"table", "set", "permissions"}, "Staff,Read\nnobody,Read\n").exit_code, 0);
   const ProgramResult partly = run({"acl", "set", kHome, "--from-table", "John.Smith"});
   EXPECT_EQ(partly.exit_code, 1);
-  EXPECT_THAT(partly.out, HasSubstr("YELLOW"));
+  EXPECT_THAT(partly.out,
+              HasSubstr("YELLOW  The table was refused in part: nobody on " + kHome + ": No mapping"));
   EXPECT_EQ(list_of(kHome).front(), "allow Read TWK\\Staff");
   EXPECT_THAT(run({"log", "show"}).out, HasSubstr("Failed to set Permissions for nobody\n"));
+
+  ASSERT_EQ(run({"table", "set", "permissions"}, "Staff,Read,nobody\n").exit_code, 0);
+  const ProgramResult unowned = run({"acl", "set", kHome, "--from-table", "John.Smith"});
+  EXPECT_EQ(unowned.exit_code, 1) << unowned.out;
 
   ASSERT_EQ(run({"table", "set", "permissions"}, "").exit_code, 0);
   expect_refused({"acl", "set", kHome, "--from-table", "John.Smith"}, 2, "has no rows");
@@ -118,6 +125,55 @@ TEST_F(Resources, ATreeIsTakenOver) {
                                                     "allow Full Control NT AUTHORITY\\SYSTEM"))
         << below;
   }
+}
+
+TEST_F(Resources, NoTreeIsTakenForNobodyOrForWhomItIsClosedTo) {
+  const Arguments take = {"owner", "take", kHome, "--recurse", "--account"};
+  Arguments nobody = take;
+  nobody.push_back("nobody");
+  ASSERT_EQ(run({"owner", "take", kHome, "--account", "John.Smith"}).exit_code, 0);
+  expect_refused(nobody, 2, "There is no account \"nobody\".");
+  expect_refused({"acl", "set", kHome, "--account", "Staff", "--access", "no access", "--recurse"}, 2,
+                 "the owner of the tree");
+  EXPECT_EQ(owner_of(kHome), "TWK\\John.Smith");
+  put_file(lab() + "/servers/FS1/D/Users/John.Smith/f.txt", "x");
+  const nlohmann::json taken = result_of({"owner", "take", kHome, "--recurse"});
+  EXPECT_EQ(taken["written"], 2);
+  EXPECT_EQ(taken["refused"], 0);
+}
+
+/// A list of 200 entries, and a descriptor that is none, in the file of the server.
+TEST_F(Resources, LongListsAreReadAndBrokenOnesNamed) {
+  platform::SecurityDescriptor descriptor;
+  platform::Acl list(60000);
+  for (std::uint32_t i = 0; i < 200; ++i)
+    list.add(platform::Acl::kAtEnd, {0, 0, i + 1, platform::well_known::users()});
+  descriptor.owner = platform::well_known::administrators();
+  descriptor.set_dacl(list.trimmed());
+  const base::Bytes bytes = descriptor.encode();
+  const auto keep = [&](const std::string& value) {
+    const std::string folder = lab() + "/servers/FS1/server";
+    std::filesystem::remove(folder + ".journal.ldif");
+    std::filesystem::remove(folder + ".ldif");
+    put_file(folder + ".ldif",
+             "dn: CN=Folders\nobjectClass: container\n\ndn: CN=D,CN=Folders\nobjectClass: fileObject\n\n"
+             "dn: CN=Users,CN=D,CN=Folders\nobjectClass: fileObject\n\n"
+             "dn: CN=John.Smith,CN=Users,CN=D,CN=Folders\nobjectClass: fileObject\n"
+             "nTSecurityDescriptor:: " +
+                 value + "\n");
+  };
+  std::string encoded;
+  lab::append_base64(encoded, std::string(bytes.begin(), bytes.end()));
+  keep(encoded);
+  EXPECT_EQ(run({"acl", "set", kHome, "--account", "Staff", "--access", "Read"}).exit_code, 0);
+  EXPECT_EQ(list_of(kHome).size(), 202U);
+  EXPECT_EQ(run({"acl", "set", kHome, "--account", "Staff", "--access", "Read", "--replace"}).exit_code, 0);
+  EXPECT_EQ(list_of(kHome).size(), 2U);
+  keep("AAAA");
+  for (const Arguments& broken : {Arguments{"acl", "show", kHome},
+                                  {"owner", "take", kHome, "--recurse"},
+                                  {"acl", "set", kHome, "--account", "Staff", "--access", "Read"}})
+    expect_refused(broken, 65, "The security descriptor of D:\\Users\\John.Smith");
 }
 
 TEST_F(Resources, WhatCannotBeDoneIsSaidInPlainWords) {
@@ -160,14 +216,17 @@ TEST_F(Resources, SharesAreListedAddedShownAndDeleted) {
   EXPECT_THAT(run({"log", "show"}).out, HasSubstr("Creating Shares: \\\\FS1\\John$\n"));
 }
 
-TEST_F(Resources, ATableThatCannotBeUsedOpensTheShareAndSaysSo) {
+TEST_F(Resources, AShareIsNeverOpenToMoreThanTheTableSays) {
+  const Arguments add = {"share", "add", "FS1", "John$", "D:\\Users\\John.Smith", "--table", "John.Smith"};
   ASSERT_EQ(run({"table", "set", "share-permissions"}, "nobody,Change\n").exit_code, 0);
-  const ProgramResult made =
-      run({"share", "add", "FS1", "John$", "D:\\Users\\John.Smith", "--table", "John.Smith"});
+  expect_refused(add, 2, "not found: nobody, and no row is left that gives John.Smith access");
+  expect_refused({"share", "show", "FS1", "John$"}, 2, "no share");
+  ASSERT_EQ(run({"table", "set", "share-permissions"}, "nobody,Change\n%UserName%,Read\n").exit_code, 0);
+  const ProgramResult made = run(add);
   EXPECT_EQ(made.exit_code, 1);
-  EXPECT_THAT(made.out, HasSubstr("gives everybody full control"));
+  EXPECT_THAT(made.out, HasSubstr("not found: nobody, which gets no access"));
   EXPECT_THAT(entries_of(result_of({"share", "show", "FS1", "John$"})),
-              ElementsAre("allow Full Control Everyone"));
+              ElementsAre("allow Read TWK\\John.Smith"));
 }
 
 TEST_F(Resources, SharesThatCannotBeMadeAreRefused) {

@@ -50,6 +50,11 @@ class ResourceStages : public testing::TestWithParam<DomainKind> {
     expect_light(world.session.form1.Sharedirs, shares, shares == controls::kRed ? "Error" : "Completed");
     expect_light(world.session.form1.Security, security, security == controls::kRed ? "Error" : "Completed");
   }
+  void expect_yellow_for(const std::string& reason) {
+    EXPECT_THAT(world.log_tab(),
+                ElementsAre(testing::AllOf(testing::StartsWith("YELLOW Jo.Smith Created User : "),
+                                           HasSubstr(reason))));
+  }
   platform::Sid sid(std::string_view account) {
     return world.services.security.LookupAccountName("", account).sid;
   }
@@ -122,7 +127,7 @@ TEST_P(ResourceStages, BlankShareNamesMakeNoShareAndNeedNoTable) {
 TEST_P(ResourceStages, WithoutAShareTableTheSharesAreOpenAndTheRunIsYellow) {
   before_creation = [&] { test::put_file(world.folder / "db/SharePerm.dat", ""); };
   create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  expect_yellow_for("everybody gets full control");
   expect_lights(controls::kYellow, controls::kBlue);
   EXPECT_THAT(list_of(share("Jo.Smith$").shi502_security_descriptor->dacl),
               ElementsAre("0 0x10000000 Everyone"));
@@ -131,13 +136,16 @@ TEST_P(ResourceStages, WithoutAShareTableTheSharesAreOpenAndTheRunIsYellow) {
                                      "Check Security permissions for Shares for invaild name\n"));
 }
 
-TEST_P(ResourceStages, ADeletedAccountMakesTheWholeShareListFallBack) {
-  share_permissions.push_back({false, "left long ago", "Read", ""});
+TEST_P(ResourceStages, ADeletedAccountIsLeftOutOfTheShareList) {
   create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  const auto whole = list_of(share("Jo.Smith$").shi502_security_descriptor->dacl);
+  share_permissions.push_back({false, "left long ago", "Read", ""});
+  world.type_names("Al", "", "Smith");
+  table("SharePerm.dat", share_permissions);
+  CreateUser_Click(world.session);
+  EXPECT_THAT(world.log_tab().back(), HasSubstr("not found: left long ago, which gets no access"));
   expect_lights(controls::kYellow, controls::kBlue);
-  EXPECT_THAT(list_of(share("Jo.Smith$").shi502_security_descriptor->dacl),
-              ElementsAre("0 0x10000000 Everyone"));
+  EXPECT_EQ(list_of(share("Al.Smith$").shi502_security_descriptor->dacl).size(), whole.size());
   EXPECT_THAT(world.log(), HasSubstr("Error looking up Account: left long ago\n"));
 }
 
@@ -149,7 +157,7 @@ TEST_P(ResourceStages, AShareNameThatIsTakenIsRedAndTheRunGoesOnToPermissions) {
     world.services.network.NetShareAdd("FS1", taken);
   };
   create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  expect_yellow_for("Share Jo.Smith$ is not made: ");
   expect_lights(controls::kRed, controls::kBlue);
   EXPECT_THAT(world.log(), HasSubstr("NetShareSetInfo failed with error code : 2118\n"
                                      "Error Creating Shares: \\\\FS1\\Jo.Smith$\n"
@@ -161,7 +169,7 @@ TEST_P(ResourceStages, AShareNameThatIsTakenIsRedAndTheRunGoesOnToPermissions) {
 TEST_P(ResourceStages, AnUnknownAccountInARowIsYellowUnderABlueLight) {
   permissions.push_back({false, "nobody", "Read", ""});
   create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  expect_yellow_for("nobody on ");
   expect_lights(controls::kBlue, controls::kBlue);
   EXPECT_THAT(world.log(), HasSubstr("Failed to set Permissions for nobody\n"));
   EXPECT_THAT(world.log(), HasSubstr("Set Directory Permissions OK\n"));
@@ -170,7 +178,7 @@ TEST_P(ResourceStages, AnUnknownAccountInARowIsYellowUnderABlueLight) {
 TEST_P(ResourceStages, WithoutAPermissionTableTheLightIsRed) {
   before_creation = [&] { std::filesystem::remove(world.folder.path() / "db/Permissions.dat"); };
   create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  expect_yellow_for("No Users found in permissions file");
   expect_lights(controls::kBlue, controls::kRed);
   EXPECT_THAT(world.log(), HasSubstr("No Users found in permissions file\n"
                                      "Security Failed for D:\\Users\\Jo.Smith\n"
@@ -191,7 +199,7 @@ TEST_P(ResourceStages, WithoutDirectoriesThereIsNothingToSecure) {
 TEST_P(ResourceStages, AnAccountThatIsNotMadeStillGetsTheStagesForTheTypedName) {
   world.set("UM", "UserAccount", "No");
   create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User "));
+  expect_yellow_for("not found: Jo.Smith, which gets no access");
   expect_lights(controls::kYellow, controls::kBlue);
   EXPECT_THAT(world.log(), HasSubstr("Failed to set Permissions for "));
   EXPECT_THAT(world.log(), HasSubstr("Setting Owner failed\n"));

@@ -71,7 +71,9 @@ TEST_F(DirectoryPermissionsTest, AnUnknownAccountWarnsAndTheRowsBehindItCount) {
   EXPECT_EQ(server, "DC2");
   EXPECT_THAT(masks(), ElementsAre(0x1301BF, 0x1200A9));
   EXPECT_EQ(log(), "Setting Permissions on " + kFolder +
-                       "\nSet Permissions for jo\nServer:DC2 Account:nobody Domain:twk.test\n"
+                       "\nSet Permissions for jo\nServer:DC2 Account:nobody Domain:twk.test\nnobody on " +
+                       kFolder +
+                       ": nobody is called so\n"
                        "Failed to set Permissions for nobody\nSet Permissions for staff\n");
 }
 
@@ -84,11 +86,13 @@ TEST_F(DirectoryPermissionsTest, TheOwnerOfTheFirstRowIsWrittenLast) {
   EXPECT_THAT(log(), testing::EndsWith("Setting Owner of Folder " + kFolder + " to TWK\\jo\n"));
 }
 
-TEST_F(DirectoryPermissionsTest, AnOwnerThatIsRefusedBeepsAndTheResultStays) {
+TEST_F(DirectoryPermissionsTest, AnOwnerThatIsRefusedBeepsAndWarns) {
   rows({{false, "jo", "Read", "staff"}});
   fail_at("SetFileSecurity", 2, platform::security_error::kInvalidOwner);
   EXPECT_TRUE(apply());
   EXPECT_EQ(dialogs.beeps, 1);
+  EXPECT_EQ(RunWarning, 2);
+  EXPECT_THAT(session.log.take_reasons(), ElementsAre("staff on " + kFolder + ": refused: " + kFolder));
   EXPECT_THAT(log(), testing::EndsWith("Setting Owner failed\n"));
   EXPECT_EQ(list(), list_named("read"));
 }

@@ -96,6 +96,32 @@ TEST_F(FilePermissionTest, OnlyTheListIsReadAndWritten) {
   EXPECT_EQ(log(), "");
 }
 
+TEST_F(FilePermissionTest, AListThatCannotBeReadIsInTheWayOfNoReplacement) {
+  const struct {
+    std::uint32_t number;
+    int refused;  ///< so many reads
+    bool replace;
+    bool done;
+    const char* list;
+  } cases[] = {{platform::security_error::kInsufficientBuffer, 3, false, true, "full"},
+               {platform::security_error::kInsufficientBuffer, 99, false, false, "old"},
+               {platform::security_error::kInsufficientBuffer, 3, true, true, "System alone kept"},
+               {platform::security_error::kInsufficientBuffer, 99, true, true, "absent before"},
+               {platform::security_error::kAccessDenied, 1, false, false, "old"},
+               {platform::security_error::kAccessDenied, 1, true, true, "absent before"},
+               {platform::security_error::kInvalidAcl, 1, true, true, "absent before"},
+               {platform::security_error::kServerUnavailable, 1, true, false, "old"}};
+  for (const auto& one : cases) {
+    have(list_named("old"));
+    security.before = [&, left = one.refused](std::string_view operation, std::string_view) mutable {
+      if (operation == "GetFileSecurity" && left-- > 0)
+        throw base::RuntimeError(one.number, "unreadable");
+    };
+    EXPECT_EQ(set({.account = "jo", .replaceAll = one.replace}), one.done) << one.number;
+    EXPECT_EQ(list(), list_named(one.list)) << one.number;
+  }
+}
+
 TEST_F(FilePermissionTest, AnAccountThatTheServerDoesNotKnowIsAskedForElsewhere) {
   struct Case {
     std::int32_t mode;
@@ -126,7 +152,8 @@ TEST_F(FilePermissionTest, WithoutALogonServerTheWorkstationIsAsked) {
 
 TEST_F(FilePermissionTest, AFailedLookUpIsToldWithoutTheDebugSwitch) {
   EXPECT_FALSE(set({.account = "nobody"}));
-  EXPECT_EQ(log(), "Server:DC2 Account:nobody Domain:twk.test\n");
+  EXPECT_EQ(log(),
+            "Server:DC2 Account:nobody Domain:twk.test\nnobody on " + kFolder + ": nobody is called so\n");
   EXPECT_THAT(calls("GetFileSecurity"), IsEmpty());
 
   security.accounts.erase("SYSTEM");
@@ -161,7 +188,7 @@ TEST_F(FilePermissionInDebug, AFailureIsLoggedWithItsStepNumberAndText) {
   EXPECT_EQ(list(), list_named("old"));
   security.before = nullptr;
   EXPECT_FALSE(set({.account = "nobody"}));
-  EXPECT_THAT(log(), HasSubstr("Domain:twk.test\nError: LookupAccountName - 2\nCode: 1332\n"));
+  EXPECT_THAT(log(), HasSubstr(": nobody is called so\nError: LookupAccountName - 2\nCode: 1332\n"));
 }
 
 TEST_F(FilePermissionInDebug, AListThatCannotGrowIsAFailure) {

@@ -62,7 +62,7 @@ TEST_F(OwnershipTest, TheOwnerAloneIsWrittenUnderThePrivilege) {
       "AdjustTokenPrivileges on", "SetFileSecurity 1 " + top,
       "OpenProcessToken",         "LookupPrivilegeValue SeRestorePrivilege",
       "AdjustTokenPrivileges off"};
-  EXPECT_EQ(std::vector<std::string>(security.calls.begin() + 3, security.calls.end()), wanted);
+  EXPECT_EQ(std::vector<std::string>(security.calls.begin() + 2, security.calls.end()), wanted);
   EXPECT_EQ(security.descriptors[top].owner, security.accounts.at("JO"));
   EXPECT_EQ(security.descriptors[top].dacl->encode(), list_named("old"));
 }
@@ -90,13 +90,34 @@ TEST_F(OwnershipTest, ATreeIsTakenOverDepthFirstOwnerBeforeList) {
                                            "LookupPrivilegeValue SeRestorePrivilege"));
 }
 
-TEST_F(OwnershipTest, AFileThatRefusesIsPassedOver) {
+TEST_F(OwnershipTest, AFileThatRefusesIsPassedOverAndCounted) {
   security.before = [](std::string_view operation, std::string_view path) {
     if (operation == "SetFileSecurity" && path.ends_with("\\a"))
       throw base::RuntimeError(error::kSharingViolation, "locked");
   };
-  EXPECT_TRUE(take(tree));
+  const TreeOutcome outcome = write_file_permission(session, server, top, tree);
   EXPECT_THAT(writes(), IsSupersetOf({"4 \\c.txt", "4 \\a", "4 \\a\\deep\\f.txt"}));
+  EXPECT_EQ(outcome.written, 5U) << "the folder itself, b, c.txt, deep, f.txt";
+  EXPECT_EQ(outcome.refused, 1U);
+  EXPECT_EQ(outcome.first_reason, top + "\\a: locked");
+}
+
+TEST_F(OwnershipTest, APersonStopsItBehindTheFolderInHand) {
+  int turns = 0;
+  dialogs.on_events = [&] { session.import.ImportStopped = ++turns == 2; };
+  const TreeOutcome outcome = write_file_permission(session, server, top, tree);
+  EXPECT_TRUE(outcome.stopped);
+  EXPECT_EQ(outcome.written, 4U) << "the folder itself, a, b, c.txt";
+  turns = 0;
+  EXPECT_FALSE(take(tree));
+  EXPECT_THAT(session.log.take_reasons(), ElementsAre(top + ": stopped behind 4 files and folders"));
+}
+
+TEST_F(OwnershipTest, OfATreeNothingIsTakenForAnAccountThatNobodyKnows) {
+  EXPECT_THROW(take_tree(session, server, top, "nobody"), PermissionFailure);
+  EXPECT_THAT(writes(), IsEmpty());
+  EXPECT_EQ(take_tree(session, server, top, "jo").written, 6U);
+  EXPECT_EQ(security.descriptors[top].owner, security.accounts.at("JO"));
 }
 
 TEST_F(OwnershipTest, AListIsWrittenWhereTheOwnerIsRefusedAndTheWholeIsAFailure) {

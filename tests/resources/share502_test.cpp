@@ -57,25 +57,43 @@ TEST_F(ShareTest, WithoutATableEverybodyGetsFullControl) {
   EXPECT_EQ(list(), list_named("share for everybody"));
   test::put_file(database / "SharePerm.dat", "");
   EXPECT_EQ(create(), ShareResult::kFallbackList);
-  rows({{false, "jo", "Read", ""}});
-  files.fail_from(1, base::error::kPathFileAccess);
-  EXPECT_EQ(create(), ShareResult::kFallbackList) << "a file that cannot be read";
   EXPECT_EQ(list(), list_named("share for everybody"));
   EXPECT_THAT(security.calls, IsEmpty());
 }
 
-TEST_F(ShareTest, AnUnknownAccountMakesTheWholeListFallBack) {
-  rows({{false, "jo", "Read", ""}, {false, "nobody", "Change", ""}});
-  EXPECT_EQ(create(), ShareResult::kFallbackList);
-  EXPECT_EQ(list(), list_named("share for everybody"));
-  EXPECT_EQ(log(),
-            "Could not get SID from: DC1\nWill Use server DC2 to lookup account\n"
-            "Error looking up Account: nobody\n");
-}
-
-TEST_F(ShareTest, ATableThatIsTooLongForAListFallsBack) {
-  rows(std::vector<stores::PermissionRecord>(2000, {false, "jo", "Read", ""}));
-  EXPECT_EQ(create(), ShareResult::kFallbackList);
+TEST_F(ShareTest, AListThatCannotBeMadeWholeIsNeverWiderThanAsked) {
+  const stores::PermissionRecord jo = {false, "%UserName%", "Read", ""};
+  const stores::PermissionRecord staff = {false, "staff", "Change", ""};
+  const stores::PermissionRecord all = {false, "everyone", "Read", ""};
+  const stores::PermissionRecord gone = {false, "nobody", "Change", ""};
+  const struct {
+    std::vector<stores::PermissionRecord> rows;
+    ShareResult result;
+    std::size_t entries;  ///< 0 for no share
+    const char* reason;
+  } cases[] = {
+      {{jo, gone}, ShareResult::kFallbackList, 1, "not found: nobody, which gets no access"},
+      {{gone, all, gone}, ShareResult::kFallbackList, 1, "not found: nobody, nobody, which"},
+      {{gone, staff, jo}, ShareResult::kFallbackList, 2, "nobody"},
+      {{gone}, ShareResult::kFailed, 0, "no row is left that gives jo access"},
+      {{staff, gone}, ShareResult::kFailed, 0, "no row is left that gives jo access"},
+      {std::vector<stores::PermissionRecord>(2000, jo), ShareResult::kFailed, 0, "too long"},
+  };
+  for (const auto& one : cases) {
+    rows(one.rows);
+    network.shares.clear();
+    EXPECT_EQ(create(), one.result) << one.reason;
+    ASSERT_EQ(network.shares.size(), one.entries == 0 ? 0U : 1U) << one.reason;
+    if (one.entries > 0) {
+      EXPECT_EQ(made().shi502_security_descriptor->dacl->entries().size(), one.entries);
+    }
+    EXPECT_THAT(session.log.take_reasons(), ElementsAre(testing::HasSubstr(one.reason)));
+  }
+  EXPECT_THAT(log(),
+              testing::StartsWith("Could not get SID from: DC1\nWill Use server DC2 to lookup account\n"
+                                  "Error looking up Account: nobody\n"));
+  files.fail_from(1, base::error::kPathFileAccess);
+  EXPECT_EQ(create(), ShareResult::kFailed) << "a file that cannot be read";
 }
 
 TEST_F(ShareTest, AnotherServerIsAskedWhenTheFirstDoesNotAnswer) {
@@ -98,8 +116,8 @@ TEST_F(ShareTest, AnotherServerIsAskedWhenTheFirstDoesNotAnswer) {
   security.before = [](std::string_view, std::string_view) {
     throw base::RuntimeError(platform::security_error::kServerUnavailable, "down");
   };
-  EXPECT_EQ(create(), ShareResult::kFallbackList);
-  EXPECT_THAT(log(), testing::EndsWith("Error Getting SID from: dc1.twk.test\n"));
+  EXPECT_EQ(create(), ShareResult::kFailed);
+  EXPECT_THAT(log(), testing::HasSubstr("Error Getting SID from: dc1.twk.test\n"));
 }
 
 TEST_F(ShareTest, WithoutAControllerTheWorkstationIsAsked) {
@@ -113,7 +131,7 @@ TEST_F(ShareTest, ARefusedShareIsLoggedWithItsNumber) {
   rows({{false, "jo", "Change", ""}});
   network.share_error = platform::network_error::kDuplicateShare;
   EXPECT_EQ(create(), ShareResult::kFailed);
-  EXPECT_EQ(log(), "NetShareSetInfo failed with error code : 2118\n");
+  EXPECT_THAT(log(), testing::EndsWith("NetShareSetInfo failed with error code : 2118\n"));
 }
 
 TEST_F(ShareTest, DenyStandsInFrontAndAnOldListIsMergedBehindIt) {
