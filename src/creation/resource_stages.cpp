@@ -55,7 +55,7 @@ bool permissions_set(CreationRun& run, const std::string& local, const std::stri
   if (local.empty() ||
       resources::Set_Permissions(run.session, run.PdcName, reachable, run.SamName, run.RunWarning))
     return true;
-  log(run, "Security Failed for " + local);
+  run.session.log.reason("Security Failed for " + local);
   return false;
 }
 
