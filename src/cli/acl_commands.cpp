@@ -148,8 +148,8 @@ int set_acl(Context& context, const AclArguments& arguments) {
   if (arguments.recurse && permission.mode == resources::access_mode::kNoAccess) {
     throw Refused(
         "--recurse makes " + arguments.account +
-        " the owner of the tree, and an owner can give himself back what \"No Access\" takes. Set it "
-        "on the folder alone, or make another account the owner with `twk owner take` first.");
+        " the owner of the tree, and an owner can always take back what \"No Access\" denies. Set it on "
+        "the folders themselves, without --recurse.");
   }
   permission.replaceAll = arguments.replace;
   permission.recurse = arguments.recurse;

@@ -103,34 +103,16 @@ TEST_F(SetAttribute, RefusesValuesThatCannotBeBeforeAnythingIsChanged) {
     EXPECT_EQ(set(arguments).exit_code, 64) << arguments.back();
 }
 
-TEST_F(SetAttribute, SetsEveryTerminalServerSettingByValueAndByFile) {
-  const struct {
-    const char* property;
-    const char* key;  ///< of `ts show`
-    const char* value;
-    nlohmann::json shown;
-  } cases[] = {{"WTSTerminalServerProfilePath", "profile", "\\\\FS1\\%UserName%", "\\\\FS1\\Jo.Smith"},
-               {"WTSTerminalServerHomeDir", "home", "D:\\x", "D:\\x"},
-               {"WTSTerminalServerHomeDirDrive", "drive", "W:", "W:"},
-               {"WTSAllowLogonTerminalServer", "allowLogon", "no", false},
-               {"WTSInheritInitialProgram", "inheritProgram", "No", false},
-               {"WTSInitialProgram", "program", "c:\\%UserName%.exe", "c:\\Jo.Smith.exe"},
-               {"WTSWorkingDirectory", "startIn", "C:\\", "C:\\"},
-               {"WTSDeviceClientDrives", "drives", "no", false},
-               {"WTSDeviceClientPrinters", "printers", "FALSE", false},
-               {"WTSDeviceClientDefaultPrinter", "defaultPrinter", "No", false},
-               {"WTSTimeoutConnections", "activeLimit", "1 min", 60000},
-               {"WTSTimeoutDisconnections", "disconnectedLimit", "2 days", 172800000},
-               {"wtstimeoutsettingsidle", "idleLimit", "5 mins", 300000}};
-  std::size_t line = 0;
-  for (const auto& one : cases) {
-    const bool by_file = ++line % 2 == 0;
-    const ProgramResult result =
-        by_file ? set({one.property, "--from-file", "-"}, "Jo.Smith," + std::string(one.value) + "\n")
-                : set({one.property, one.value, "Jo.Smith"});
-    EXPECT_EQ(result.exit_code, 0) << one.property << result.out;
-    EXPECT_EQ(result_of({"ts", "show", "Jo.Smith"})[one.key], one.shown) << one.property;
-  }
+TEST_F(SetAttribute, SetsTerminalServerSettings) {
+  EXPECT_EQ(set({"wtstimeoutsettingsidle", "5 mins", "Jo.Smith"}).exit_code, 0);
+  EXPECT_EQ(set({"WTSInitialProgram", "c:\\%UserName%.exe", "Jo.Smith"}).exit_code, 0);
+  EXPECT_EQ(set({"WTSDeviceClientDrives", "no", "Jo.Smith"}).exit_code, 0);
+  EXPECT_EQ(set({"WTSDeviceClientDefaultPrinter", "--from-file", "-"}, "Jo.Smith,FALSE\n").exit_code, 0);
+  const nlohmann::json shown = result_of({"ts", "show", "Jo.Smith"});
+  EXPECT_EQ(shown["idleLimit"], 300000);
+  EXPECT_EQ(shown["program"], "c:\\Jo.Smith.exe");
+  EXPECT_EQ(shown["drives"], false);
+  EXPECT_EQ(shown["defaultPrinter"], false);
 }
 
 TEST_F(SetAttribute, FileGivesEachUserItsOwnValue) {
