@@ -193,7 +193,10 @@ MoveStep check_old(MoveRun& run, MovedFolder& folder) {
   if (trap([&] { folder.old = look_at_old(run, folder); }))
     return MoveStep::kGoOn;
   folder.old = OldFolder::kUnknown;
-  return refuse_unless_wanted(run, trap.description());
+  const bool is_named = base::find_fold(trap.description(), folder.old_path) != base::npos;
+  return refuse_unless_wanted(
+      run, (is_named ? std::string() : "The " + std::string(folder.what) + " " + folder.old_path + ": ") +
+               trap.description());
 }
 
 /// A profile is often kept in the home.
