@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Deletes accounts whose folders lie on member servers of the domain that with-domain started, and
+"""Deletes and moves accounts whose folders lie on member servers of the domain that with-domain started, and
 looks at what is there with others' tools and on the disks.
 
     tests/live/with-domain members -- tests/live/members_test.py TWK
@@ -7,6 +7,8 @@ looks at what is there with others' tools and on the disks.
 
 import os
 import pathlib
+import signal
+import subprocess
 import sys
 import tempfile
 import time
@@ -62,6 +64,10 @@ def prepare():
             (folder / f"{number}.txt").write_text(f"{name} {number}" * 2000)
 
 
+def files(top):
+    return {str(path.relative_to(top)): path.read_bytes() for path in top.rglob("*") if path.is_file()}
+
+
 def account(name, *attributes):
     """What the directory tells of accounts, of all but Jo when no name is given."""
     who = f"(sAMAccountName={name})" if name else "(&(objectCategory=person)(!(sAMAccountName=Jo)))"
@@ -70,11 +76,20 @@ def account(name, *attributes):
     return "".join(line for line in told.splitlines(True) if not line.startswith("# refldap") and line.strip())
 
 
+def share(server, name):
+    """Folder, remark, limit and access list of a share, by the server's own tools; nothing when there is none."""
+    told = run(LIVE["CONTROL"], "on", server, "net", conf(server), "conf", "showshare", name, codes=None)
+    if told.returncode != 0:
+        return ""
+    return "".join(sorted((told.stdout + on(server, "sharesec", conf(server), name, "--view")).splitlines(True)))
+
+
 def world():
     """Folders and files with their lists, shares with theirs, and the accounts of others."""
     found = {"accounts": account("")}
     for server, disk in DISKS.items():
-        found[server] = on(server, "net", conf(server), "conf", "list") + on(server, "sharesec", conf(server), "--view-all")
+        shares = on(server, "net", conf(server), "conf", "list") + on(server, "sharesec", conf(server), "--view-all")
+        found[server] = sorted(part.strip() for part in shares.split("\n\n"))
         for path in disk.rglob("*"):
             found[str(path)] = [os.getxattr(path, name) for name in os.listxattr(path) if name == "security.NTACL"]
             if path.is_file():
@@ -111,14 +126,49 @@ def attack():
     twk("user", "set", "Jo", *HERS)
 
 
+def move_and_stop(how):
+    """A move to the other member that ends in its copying has taken nothing away."""
+    old, new = DISKS["fs1"] / "Users/Mona", DISKS["fs2"] / "Users/Mona"
+    wanted, before, there = files(old), share("fs1", "Mona$"), len(files(new))
+    child = subprocess.Popen(twk_command("user", "move", "Mona", *TO_BRANCH), stdout=subprocess.DEVNULL,
+                             stderr=subprocess.DEVNULL)
+    while child.poll() is None and len(list(new.rglob("*.txt"))) < there + 20:
+        time.sleep(0.01)
+    how(child)
+    code = child.wait()
+    expect_same(code != 0 and len(files(new)) < FILES, True, f"the move was stopped in its copying, exit code {code}")
+    expect_same(files(old), wanted, "the home after a move that was stopped")
+    expect_same(share("fs1", "Mona$"), before, "the share after a move that was stopped")
+    expect(r"homeDirectory: \\FS1\Mona$", "the account after a move that was stopped", account("Mona"))
+    return wanted
+
+
+def move():
+    move_and_stop(lambda child: child.send_signal(signal.SIGKILL))
+    wanted = move_and_stop(lambda child: child.send_signal(signal.SIGINT))
+    twk("user", "move", "Mona", *TO_BRANCH)
+    expect_same(files(DISKS["fs2"] / "Users/Mona"), wanted, "the home after the move that was run again")
+    expect_same((DISKS["fs1"] / "Users/Mona").exists(), False, "the old home is there")
+    expect_same(share("fs1", "Mona$"), "", "the old share")
+    expect(r"homeDirectory: \\FS2\Mona$", "the account that was moved", account("Mona"))
+    expect(":ALLOWED/0x0/0xe01301bf", "the new share with its list", share("fs2", "Mona$"))
+
+
 def delete():
+    """The data goes also where the server has no C$ to go by."""
+    smb_conf = STATE / "fs2/smb.conf"
+    smb_conf.write_text(smb_conf.read_text().partition("[C$]")[0])
+    on("fs2", "smbcontrol", conf("fs2"), "smbd", "reload-config")
+    end = twk("user", "delete", "Mona", *EVERYTHING, codes=(1,))
+    expect("only its own share led to it", "the end of a deletion without C$", end.stdout + end.stderr)
+    expect_same((account("Mona"), files(DISKS["fs2"] / "Users"), share("fs2", "Mona$")), ("", {}, ""), "what is left of Mona")
     twk("user", "delete", "Jo", *EVERYTHING)
-    expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists()), ("", False), "what is left of Jo")
+    expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
 def main():
     prepare()
-    for step in (attack, delete):
+    for step in (attack, move, delete):
         start = time.monotonic()
         step()
         print(f"{step.__name__}: {time.monotonic() - start:.1f} s")
