@@ -1,9 +1,13 @@
 #include <optional>
 
+#include "base/text.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "cli/user_commands.hpp"
+#include "cli/user_runs.hpp"
 #include "lifecycle/rename_nt.hpp"
+#include "lifecycle/rename_principal.hpp"
+#include "lifecycle/rename_record.hpp"
 #include "lifecycle/rename_user.hpp"
 
 namespace twk::cli {
@@ -18,6 +22,8 @@ struct RenameArguments {
   std::optional<std::string> last;
   std::optional<std::string> display;
   bool rename_dirs = false;
+  bool even_if_shared = false;
+  bool dry_run = false;
 };
 
 /// Types into a field what was given; the rest stays as the window shows it.
@@ -26,13 +32,20 @@ void type(controls::TextBox& field, const std::optional<std::string>& text) {
     field.text = *text;
 }
 
-std::string principal_prefix(const session::Session& session, const std::string& upn) {
-  const std::string& suffix = session.rename_user.AD_Domain.caption;
-  if (upn.find('@') == std::string::npos)
-    return upn;
-  if (!upn.ends_with(suffix))
-    throw UsageError("--upn ends in " + suffix + " in this domain, or gives what stands in front of it");
-  return upn.substr(0, upn.size() - suffix.size());
+/// A name without a suffix keeps the account's own.
+void type_principal(session::RenameUser& window, const std::string& name) {
+  const lifecycle::PrincipalName principal = lifecycle::split_principal(name);
+  window.User_logon_name.text = principal.prefix;
+  if (principal.suffix.empty())
+    return;
+  const std::string suffix = lifecycle::find_suffix(window.AD_Domain.items(), principal.suffix);
+  if (suffix.empty()) {
+    std::string known;
+    for (const std::string& one : window.AD_Domain.items())
+      known += (known.empty() ? "" : ", ") + one;
+    throw UsageError("--upn: the forest has no suffix " + principal.suffix + "; it has " + known);
+  }
+  window.AD_Domain.text = suffix;
 }
 
 bool rename_in_directory(session::Session& session, const RenameArguments& arguments) {
@@ -40,7 +53,7 @@ bool rename_in_directory(session::Session& session, const RenameArguments& argum
   session::RenameUser& window = session.rename_user;
   type(window.Logon_Name_pre2000, arguments.logon);
   if (arguments.upn)
-    window.User_logon_name.text = principal_prefix(session, *arguments.upn);
+    type_principal(window, *arguments.upn);
   type(window.Full_Name, arguments.full_name);
   type(window.First_Name, arguments.first);
   type(window.Last_Name, arguments.last);
@@ -68,23 +81,49 @@ bool rename_in_nt(session::Session& session, const RenameArguments& arguments) {
   return lifecycle::Rename_NT_OKButton_Click(session);
 }
 
-/// The worst light that the operation added to the log tab.
-std::string_view worst_light(const session::Session& session, std::size_t rows) {
-  std::string_view worst = session::kGreen;
+/// The first row of the worst light that the operation added to the log tab.
+const controls::ListRow* worst_row(const session::Session& session, std::size_t rows) {
   const controls::ListView& log = session.form1.ListView1;
+  const controls::ListRow* worst = nullptr;
   for (std::size_t i = rows; i < log.size(); ++i) {
-    if (exit_code_of_light(log.at(i).icon) > exit_code_of_light(worst))
-      worst = exit_code_of_light(log.at(i).icon) == kExitRed ? session::kRed : session::kYellow;
+    if (worst == nullptr || exit_code_of_light(log.at(i).icon) > exit_code_of_light(worst->icon))
+      worst = &log.at(i);
   }
   return worst;
+}
+
+/// The user of that name, or the one who had it before a renaming that broke off.
+controls::TreeNode& reach_renamed_user(Context& context, session::Session& session, const std::string& name) {
+  try {
+    return reach_user(context, session, name);
+  } catch (const Refused&) {
+    const auto record = lifecycle::find_rename_record(session, name);
+    if (!record)
+      throw;
+    controls::TreeNode& node = reach_user(context, session, record->account);
+    const Domain domain = context.domain();
+    if (lifecycle::record_identifier(bind_user(domain, record->account)) != record->identifier)
+      throw;
+    return node;
+  }
+}
+
+session::Session& open_session(Context& context, const RenameArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
+  session::Session& session = context.session(Depth::kDomain);
+  if (arguments.dry_run)
+    tell_trees(context, session);
+  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
+  return session;
 }
 
 int rename_user(Context& context, const RenameArguments& arguments) {
   if (!arguments.logon && !arguments.upn && !arguments.full_name && !arguments.first && !arguments.last &&
       !arguments.display)
     throw UsageError("say what is to be another: --logon, --upn, --full-name, --first, --last or --display");
-  session::Session& session = context.session(Depth::kDomain);
-  controls::TreeNode& node = reach_user(context, session, arguments.name);
+  session::Session& session = open_session(context, arguments);
+  controls::TreeNode& node = reach_renamed_user(context, session, arguments.name);
   session.form1.TreeView1.select(&node);
   const std::string old_text = node.text;
   const std::size_t rows = session.form1.ListView1.size();
@@ -93,11 +132,17 @@ int rename_user(Context& context, const RenameArguments& arguments) {
     renamed = context.domain().active_directory ? rename_in_directory(session, arguments)
                                                 : rename_in_nt(session, arguments);
   });
-  if (!renamed)
+  const controls::ListRow* const row = worst_row(session, rows);
+  if (!renamed && row == nullptr)
     throw Refused(old_text + " is not renamed.");
-  const std::string_view light = worst_light(session, rows);
-  context.output().result({{"light", light}, {"user", node.text}, {"was", old_text}},
-                          context.output().light(light) + "  " + old_text + " is " + node.text + " now");
+  const std::string_view light = row == nullptr ? session::kGreen : std::string_view(row->icon);
+  const bool green = light == session::kGreen;
+  if (green && arguments.dry_run)
+    return kExitGreen;
+  const std::string message =
+      green ? old_text + " is " + node.text + " now" : std::string(base::trim(row->text));
+  context.output().result({{"light", light}, {"message", message}, {"user", node.text}, {"was", old_text}},
+                          context.output().light(light) + "  " + message);
   return exit_code_of_light(light);
 }
 
@@ -117,6 +162,8 @@ void add_user_rename(Command& user, Context& context) {
   rename->add_option("--last", arguments->last, "Last name; empty for none")->type_name("L");
   rename->add_option("--display", arguments->display, "Display name; empty for none")->type_name("D");
   rename->add_flag("--rename-dirs", arguments->rename_dirs, "Rename the user's shares and folders too");
+  add_even_if_shared(*rename, arguments->even_if_shared);
+  rename->add_flag("--dry-run", arguments->dry_run, "Print what would be done, in order, and do nothing");
   rename->callback(
       [=, &context] { context.set_action([=, &context] { return rename_user(context, *arguments); }); });
 }

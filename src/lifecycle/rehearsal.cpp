@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
+#include <utility>
+#include <vector>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -51,7 +54,7 @@ class RehearsedShares {
   std::map<std::string, std::string> ways_;
 };
 
-/// Remembers the folders that would be made and taken away.
+/// Remembers the folders that would be made, taken away and renamed.
 class RehearsedFiles final : public platform::Files {
  public:
   RehearsedFiles(platform::Files& real, const RehearsedShares& shares, const Rehearsal::Tell& tell)
@@ -59,11 +62,13 @@ class RehearsedFiles final : public platform::Files {
 
   bool exists(std::string_view path) override {
     const std::string way = shares_.way_of(path);
-    return made_.contains(folded(way)) || (!gone_.contains(folded(way)) && real_.exists(way));
+    const auto place = now(way);
+    return made_.contains(folded(way)) || (place && real_.exists(*place));
   }
   bool is_directory(std::string_view path) override {
     const std::string way = shares_.way_of(path);
-    return made_.contains(folded(way)) || (!gone_.contains(folded(way)) && real_.is_directory(way));
+    const auto place = now(way);
+    return made_.contains(folded(way)) || (place && real_.is_directory(*place));
   }
   void make_directory(std::string_view path) override {
     tell_("Make the folder " + std::string(path));
@@ -71,11 +76,16 @@ class RehearsedFiles final : public platform::Files {
   }
   std::vector<FileEntry> list(std::string_view path) override {
     const std::string way = shares_.way_of(path);
-    return made_.contains(folded(way)) ? std::vector<FileEntry>() : real_.list(way);
+    return made_.contains(folded(way)) ? std::vector<FileEntry>() : real_.list(now(way).value_or(way));
   }
   FileEntry status(std::string_view path) override {
     const std::string way = shares_.way_of(path);
-    return made_.contains(folded(way)) ? FileEntry{.name = {}, .directory = true} : real_.status(way);
+    if (made_.contains(folded(way)))
+      return FileEntry{.name = {}, .directory = true};
+    const auto place = now(way);
+    if (!place)
+      base::raise(base::error::kFileNotFound, std::string(path) + " would be gone");
+    return real_.status(*place);
   }
   void remove_directory(std::string_view path) override {
     tell_("Remove the folder " + std::string(path));
@@ -94,6 +104,7 @@ class RehearsedFiles final : public platform::Files {
   }
   void rename(std::string_view from, std::string_view to, bool /*replace*/) override {
     tell_("Rename " + std::string(from) + " to " + std::string(to));
+    renamed_.emplace_back(from, to);
   }
   std::unique_ptr<platform::AppendFile> open_append(std::string_view /*path*/, bool /*truncate*/) override {
     return std::make_unique<Nowhere>();
@@ -106,11 +117,29 @@ class RehearsedFiles final : public platform::Files {
   }
 
  private:
+  static bool lies_in(std::string_view path, std::string_view folder) {
+    return (folded(path) + "\\").starts_with(folded(folder) + "\\");
+  }
+  /// Where a path leads as long as nothing is renamed; none for what would be gone.
+  [[nodiscard]] std::optional<std::string> now(const std::string& path) const {
+    if (gone_.contains(folded(path)))
+      return std::nullopt;
+    std::string place = path;
+    for (auto one = renamed_.rbegin(); one != renamed_.rend(); ++one) {
+      if (lies_in(place, one->second))
+        place = one->first + place.substr(one->second.size());
+      else if (lies_in(place, one->first))
+        return std::nullopt;
+    }
+    return place;
+  }
+
   platform::Files& real_;
   const RehearsedShares& shares_;
   const Rehearsal::Tell& tell_;
   std::set<std::string> made_;
   std::set<std::string> gone_;
+  std::vector<std::pair<std::string, std::string>> renamed_;  ///< from and to, in order
 };
 
 class RehearsedNetwork final : public platform::Network {
@@ -125,15 +154,23 @@ class RehearsedNetwork final : public platform::Network {
     tell_("Make the share " + share.shi502_netname + " on " + std::string(server) + " for " +
           share.shi502_path);
     shares_.add(server, share);
+    changed_[key(server, share.shi502_netname)] = share;
   }
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override {
-    return real_.NetShareGetInfo(server, name);
+    const auto changed = changed_.find(key(server, name));
+    if (changed == changed_.end())
+      return real_.NetShareGetInfo(server, name);
+    if (!changed->second)
+      base::raise(platform::network_error::kShareNotFound,
+                  "The share " + std::string(name) + " would be gone");
+    return *changed->second;
   }
   std::vector<platform::ShareInfo502> NetShareEnum(std::string_view server) override {
     return real_.NetShareEnum(server);
   }
   void NetShareDel(std::string_view server, std::string_view name) override {
     tell_("Delete the share " + std::string(name) + " on " + std::string(server));
+    changed_[key(server, name)] = std::nullopt;
   }
   void WTSSetUserConfig(std::string_view /*server*/, std::string_view user,
                         platform::WtsConfigClass /*setting*/,
@@ -146,9 +183,14 @@ class RehearsedNetwork final : public platform::Network {
   }
 
  private:
+  static std::string key(std::string_view server, std::string_view share) {
+    return base::upper(server) + "\\" + base::upper(share);
+  }
+
   platform::Network& real_;
   RehearsedShares& shares_;
   const Rehearsal::Tell& tell_;
+  std::map<std::string, std::optional<platform::ShareInfo502>> changed_;  ///< none for one that would be gone
 };
 
 /// A folder that would be made has no list to read yet.

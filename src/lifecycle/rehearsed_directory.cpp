@@ -61,7 +61,7 @@ class RehearsedObject final : public platform::DirectoryObject {
   }
   ObjectPtr MoveHere(std::string_view source, const std::optional<std::string>& name) override {
     directory_.tell("Rename " + std::string(source) + " to " + name.value_or(std::string()));
-    return directory_.wrap(real_->GetObject({}, source));
+    return directory_.GetObject(source);
   }
   void Add(std::string_view path) override {
     directory_.tell("Add " + std::string(path) + " to the group " + ADsPath());

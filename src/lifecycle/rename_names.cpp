@@ -13,7 +13,7 @@ namespace {
 bool is_device(std::string_view name) {
   constexpr std::array<std::string_view, 6> kNames = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
   // Also the superscript digits of code page 1252.
-  constexpr std::array<std::string_view, 13> kPorts = {"0", "1", "2", "3", "4",  "5", "6",
+  constexpr std::array<std::string_view, 13> kPorts = {"0", "1", "2", "3", "4", "5", "6",
                                                        "7", "8", "9", "¹", "²", "³"};
   const std::string stem = base::upper(base::trim(name.substr(0, name.find('.'))));
   const bool is_port = (stem.starts_with("COM") || stem.starts_with("LPT")) &&

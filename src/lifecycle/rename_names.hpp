@@ -6,9 +6,9 @@
 /// Names that folders and shares get after a person.
 namespace twk::lifecycle {
 
-/// Why a server has no folder of that name, as the rest of a sentence ("holds the character \"?\""); empty for
-/// one that it takes. Refused are the characters of paths and wildcards, control characters, a dot or blank at
-/// the end, names of devices ("NUL", "com1.txt") and more than 255 characters.
+/// Why a server has no folder of that name, as the rest of a sentence ("holds the character \"?\""); empty
+/// for one that it takes. Refused are the characters of paths and wildcards, control characters, a dot or
+/// blank at the end, names of devices ("NUL", "com1.txt") and more than 255 characters.
 std::string why_no_folder_name(std::string_view name);
 /// The same for the name of a share.
 std::string why_no_share_name(std::string_view name);

@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "lifecycle/rename_shr_dir.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
@@ -33,11 +34,9 @@ std::string domain_path(const Session& session) {
   return "WinNT://" + session.DomainName;
 }
 
-void rename_account(Session& session, controls::TreeNode& node, const std::string& new_name) {
-  const std::string old_name = session.rename_nt.OldName;
-  session.platform.directory.GetObject(domain_path(session))
-      ->MoveHere(domain_path(session) + "/" + old_name, new_name);
-  session.form1.StatusBar1.panel1 = old_name + " Renamed to " + new_name;
+/// The tree and the lists follow.
+void show_new_name(Session& session, controls::TreeNode& node, const std::string& old_name,
+                   const std::string& new_name) {
   session.form1.TreeView1.set_text(node, new_name);
   base::Trap taken;
   taken([&] { session.form1.TreeView1.set_key(node, new_name); });
@@ -48,39 +47,92 @@ void rename_account(Session& session, controls::TreeNode& node, const std::strin
       list->set_text(found, new_name);
     }
   }
+}
+
+/// An account that has the new name already is one whose renaming broke off.
+void rename_account(Session& session, controls::TreeNode& node, PreparedRename& prepared) {
+  const std::string old_name = session.rename_nt.OldName;
+  const std::string& new_name = prepared.user.new_name;
+  if (old_name != new_name) {
+    prepared.user.object = session.platform.directory.GetObject(domain_path(session))
+                               ->MoveHere(domain_path(session) + "/" + old_name, new_name);
+  }
+  session.form1.StatusBar1.panel1 = old_name + " Renamed to " + new_name;
+  show_new_name(session, node, old_name, new_name);
   session.rename_nt.OldName = new_name;
   session::LOG_TAB(session, session::kGreen, " " + old_name + " renamed to " + new_name);
 }
 
-void rename_directories(Session& session, const std::string& old_name, const std::string& new_name) {
-  if (!session.rename_nt.RenameDir.on())
-    return;
-  session.form1.StatusBar1.panel1 = "Renaming User Share(s)/Directory(s)";
-  const ObjectPtr user = session.platform.directory.GetObject(domain_path(session) + "/" + new_name);
-  rename_folders_of(session, user, old_name, new_name,
-                    {"Renamed Profile Dir: ", "Failed to Rename Profile Directory: "});
+/// Tests what can be in the way of the renaming before anything is changed.
+PreparedRename prepare(Session& session, const ObjectPtr& user, const std::string& new_name) {
+  const session::Rename_NT& window = session.rename_nt;
+  RenameOrder order;
+  order.object = user;
+  order.account = window.OldName;
+  order.new_account = new_name;
+  if (window.OldName != new_name)
+    order.names = {window.OldName};
+  order.folders = window.RenameDir.on();
+  order.old_name = window.OldName;
+  order.new_name = new_name;
+  return prepare_rename(session, order);
 }
 
-void change_logon_name(Session& session, controls::TreeNode& node) {
-  const std::string old_name = session.rename_nt.OldName;
-  const std::string new_name(base::trim(session.rename_nt.User_Logon.text.get()));
-  session.log.begin_block(session);
-  session.log.line("Rename User " + old_name + " to " + new_name);
+/// False when nothing may be renamed to what was typed, which is told.
+bool accepts_logon_name(Session& session) {
   const std::string refused = find_refused(session, session.rename_nt.User_Logon.text.get());
-  if (refused.empty()) {
-    rename_account(session, node, new_name);
-    return rename_directories(session, old_name, new_name);
-  }
-  session::LOG_TAB(session, session::kRed, " Error Renaming " + old_name);
+  if (refused.empty())
+    return true;
+  session.log.reason("no account name has the character " + refused);
+  session::LOG_TAB(session, session::kRed, " Error Renaming " + session.rename_nt.OldName);
   session.form1.StatusBar1.panel1 = "Invalid Character in User Name: " + refused;
+  return false;
 }
 
-void change_full_name(Session& session) {
-  const ObjectPtr object =
-      session.platform.directory.GetObject(domain_path(session) + "/" + session.rename_nt.OldName);
+/// False when a folder could not be renamed that should have been.
+bool rename_directories(Session& session, const PreparedRename& prepared) {
+  if (!session.rename_nt.RenameDir.on())
+    return true;
+  session.form1.StatusBar1.panel1 = "Renaming User Share(s)/Directory(s)";
+  return rename_folders_of(session, prepared,
+                           {"Renamed Profile Dir: ", "Failed to Rename Profile Directory: "});
+}
+
+void put_full_name(Session& session, const ObjectPtr& object) {
   platform::User user(object);
   user.put_FullName(session.rename_nt.Full_Name.text.get());
   user.SetInfo();
+}
+
+ObjectPtr account_of(Session& session) {
+  return session.platform.directory.GetObject(domain_path(session) + "/" + session.rename_nt.OldName);
+}
+
+void change_names(Session& session, controls::TreeNode& node) {
+  const session::Rename_NT& window = session.rename_nt;
+  const KnownFolders known(session);
+  const std::string new_name(base::trim(window.User_Logon.text.get()));
+  session.log.begin_block(session);
+  session.log.line("Rename User " + window.OldName + " to " + new_name);
+  if (!accepts_logon_name(session)) {
+    if (window.Name_Changed)
+      put_full_name(session, account_of(session));
+    return;
+  }
+  PreparedRename prepared = prepare(session, account_of(session), new_name);
+  rename_account(session, node, prepared);
+  const bool folders_done = rename_directories(session, prepared);
+  if (window.Name_Changed)
+    put_full_name(session, prepared.user.object);
+  if (folders_done)
+    end_rename(session, prepared);
+}
+
+void change_full_name(Session& session) {
+  const session::Rename_NT& window = session.rename_nt;
+  put_full_name(session, account_of(session));
+  if (window.RenameDir.on())
+    tell_folders_stay(session, "account name", window.OldName);
 }
 
 }  // namespace
@@ -128,13 +180,13 @@ bool Rename_NT_OKButton_Click(Session& session) {
   base::Trap trap;
   trap([&] {
     if (window.Logon_Changed)
-      change_logon_name(session, *node);
-    if (window.Name_Changed)
+      change_names(session, *node);
+    else
       change_full_name(session);
   });
   if (trap.number() != 0) {
     session.log.line("Error Number: " + base::to_text(trap.number()));
-    session.log.line(trap.description());
+    session.log.reason(trap.description());
     session::LOG_TAB(session, session::kRed, " Error Renaming " + window.OldName);
     session.form1.StatusBar1.panel1 = trap.description();
   }

@@ -1,181 +1,165 @@
 #include "lifecycle/rename_shr_dir.hpp"
 
-#include <optional>
-#include <vector>
+#include <algorithm>
+#include <functional>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "creation/paths.hpp"
-#include "format/variables.hpp"
-#include "lifecycle/dir_shr_rename.hpp"
+#include "lifecycle/folder_use.hpp"
 #include "lifecycle/own_tree.hpp"
+#include "lifecycle/rename_names.hpp"
 #include "platform/adsi.hpp"
-#include "resources/share502.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {
 namespace {
 
+using platform::ShareInfo502;
 using session::Session;
 
-/// What is renamed: the folders of a path on its server, from the one that carries the name on.
-struct Renaming {
-  TreePath path;                       ///< as the account has it
-  TreePath folder;                     ///< the same by the administrative share
-  std::size_t first = 0;               ///< the part of `folder` that is renamed
-  std::vector<std::string> new_parts;  ///< of `folder`
-  bool share_too = false;
-  std::string new_share;
+/// The steps that take back those of a renaming, the last one first.
+class Rollback {
+ public:
+  explicit Rollback(Session& session) : session_(session) {}
+
+  /// `failure` is what is told when the step fails.
+  void add(std::string failure, std::function<void()> step) {
+    steps_.push_back({std::move(failure), std::move(step)});
+  }
+  void run() {
+    for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
+      base::Trap trap;
+      if (!trap(step->back))
+        session_.log.reason(step->failure + ": " + trap.description() +
+                            ". Order the same renaming again, which goes on from here");
+    }
+  }
+
+ private:
+  struct Step {
+    std::string failure;
+    std::function<void()> back;
+  };
+  Session& session_;
+  std::vector<Step> steps_;
 };
 
-/// The folder that carries the name: as a word if there is one, else the last that holds it.
-std::optional<std::size_t> named_part(const std::vector<std::string>& parts, std::string_view name) {
-  std::optional<std::size_t> found;
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    if (holds_word(parts[i], name))
-      return i;
-    if (base::find_fold(parts[i], name) != base::npos)
-      found = i;
-  }
-  return found;
-}
-
-bool is_own_share(const Renaming& plan, std::string_view OldName) {
-  if (base::find_fold(plan.path.share, OldName) == base::npos)
-    return false;
-  const std::size_t depth = plan.folder.parts.size() - plan.path.parts.size();
-  return holds_word(plan.path.share, OldName) ||
-         (depth > 0 && holds_word(plan.folder.parts[depth - 1], OldName));
-}
-
-/// Raises, with a text for the log, when the path leads to no folder of that name.
-Renaming plan_renaming(Session& session, std::string_view Path, std::string_view OldName,
-                       std::string_view NewName) {
-  Renaming plan;
-  plan.path = parse_tree_path(Path);
-  plan.folder = parse_tree_path(Admin_Path_Of(session, Path, Has_Sub_Path(Path)));
-  if (OldName.empty() || base::find_fold(plan.path.server, OldName) != base::npos)
-    base::raise(base::error::kPathNotFound, "The name is a part of the server's in " + std::string(Path));
-  const auto part = named_part(plan.folder.parts, OldName);
-  if (!part)
-    base::raise(base::error::kPathNotFound,
-                "No folder of " + plan.folder.text() + " bears the name " + std::string(OldName));
-  plan.first = *part;
-  plan.new_parts = plan.folder.parts;
-  for (std::size_t i = plan.first; i < plan.new_parts.size(); ++i)
-    plan.new_parts[i] = format::FRString(plan.new_parts[i], OldName, NewName);
-  plan.share_too = is_own_share(plan, OldName);
-  plan.new_share = plan.share_too ? format::FRString(plan.path.share, OldName, NewName) : plan.path.share;
-  return plan;
-}
-
-std::string new_account_path(const Renaming& plan) {
-  TreePath path = plan.path;
-  path.share = plan.new_share;
-  const std::size_t depth = plan.folder.parts.size() - plan.path.parts.size();
-  path.parts.assign(plan.new_parts.begin() + static_cast<std::ptrdiff_t>(depth), plan.new_parts.end());
-  return path.text();
-}
-
-/// "D:\Users\ann": where the share's folder is afterwards.
-std::string new_share_folder(const Renaming& plan) {
-  std::string folder = plan.folder.share.substr(0, 1) + ":";
-  for (std::size_t i = 0; i + plan.path.parts.size() < plan.new_parts.size(); ++i)
-    folder += "\\" + plan.new_parts[i];
+std::optional<std::string> folder_of(Session& session, const std::string& server, const std::string& share) {
+  std::optional<std::string> folder;
+  base::Trap trap;
+  trap([&] { folder = session.platform.network.NetShareGetInfo(server, share).shi502_path; });
+  if (trap.number() != 0 && trap.number() != platform::network_error::kShareNotFound)
+    base::raise(trap.number(), trap.description());
   return folder;
 }
 
-/// The first `count` parts under their new names, but for the last, which has the old one where `old_last`.
-std::string folder_path(const Renaming& plan, std::size_t count, bool old_last) {
-  TreePath path = plan.folder;
-  path.parts.assign(plan.new_parts.begin(), plan.new_parts.begin() + static_cast<std::ptrdiff_t>(count));
-  if (old_last)
-    path.parts.back() = plan.folder.parts[count - 1];
-  return path.text();
+/// A share that stands for another folder is somebody else's by now, and stays.
+void remove_share(Session& session, const std::string& server, const ShareInfo502& share) {
+  const auto folder = folder_of(session, server, share.shi502_netname);
+  if (folder && base::equals_fold(*folder, share.shi502_path))
+    session.platform.network.NetShareDel(server, share.shi502_netname);
 }
 
-/// From the outermost inwards.
-void rename_folders(Session& session, const Renaming& plan) {
-  for (std::size_t i = plan.first; i < plan.new_parts.size(); ++i) {
-    if (plan.new_parts[i] != plan.folder.parts[i])
-      session.platform.files.rename(folder_path(plan, i + 1, true), folder_path(plan, i + 1, false));
+void make_share(Session& session, const std::string& server, const ShareInfo502& share) {
+  const auto folder = folder_of(session, server, share.shi502_netname);
+  if (!folder || !base::equals_fold(*folder, share.shi502_path))
+    session.platform.network.NetShareAdd(server, share);
+}
+
+/// Where the spelling alone is to change, the folder is there under either name.
+void change_case(Session& session, const TreePath& from, const TreePath& halfway, const TreePath& to) {
+  platform::Files& files = session.platform.files;
+  if (!files.exists(halfway.text())) {
+    if (files.status(from.text()).name == to.parts.back())
+      return;
+    files.rename(from.text(), halfway.text());
+  }
+  files.rename(halfway.text(), to.text());
+}
+
+void rename_folder(Session& session, const FolderRenaming& renaming, bool back) {
+  const TreePath& from = back ? renaming.after : renaming.before;
+  const TreePath& to = back ? renaming.before : renaming.after;
+  if (renaming.is_change_of_case())
+    return change_case(session, from, renaming.halfway(), to);
+  platform::Files& files = session.platform.files;
+  // What broke off may have come this far already.
+  if (files.exists(from.text()) || !files.exists(to.text()))
+    files.rename(from.text(), to.text());
+}
+
+void take_shares_away(Session& session, const FolderRenaming& renaming, Rollback& back) {
+  const std::string& server = renaming.before.server;
+  for (const ShareChange& share : renaming.shares) {
+    const std::string& name = share.before.shi502_netname;
+    back.add("The share " + name + " of " + share.before.shi502_path + " on " + server +
+                 " could not be made again",
+             [&session, &server, &share] { make_share(session, server, share.before); });
+    base::Trap trap;
+    if (!trap([&] { remove_share(session, server, share.before); }))
+      base::raise(trap.number(),
+                  "Could not remove Share: \\\\" + server + "\\" + name + ": " + trap.description());
   }
 }
 
-/// The account's name as it is by now.
-std::string account_of(const Session& session, const platform::ObjectPtr& user) {
-  return session::is_active_directory(session) ? user->Get("samAccountName").text() : user->Name();
+void make_new_shares(Session& session, const FolderRenaming& renaming, Rollback& back) {
+  const std::string& server = renaming.before.server;
+  for (const ShareChange& share : renaming.shares) {
+    const std::string& old_name = share.before.shi502_netname;
+    const std::string& name = share.after.shi502_netname;
+    back.add("The share " + name + " on " + server + " could not be taken away again",
+             [&session, &server, &share] { remove_share(session, server, share.after); });
+    base::Trap trap;
+    if (!trap([&] { make_share(session, server, share.after); })) {
+      session.log.line("Failed to create New share: " + name + "  \\\\" + server + "\\" + old_name);
+      session.log.line("Error Deleting/Creating Shares: " + old_name + " / " + name);
+      base::raise(trap.number(), trap.description());
+    }
+    session.log.line("Created new share: " + name);
+  }
 }
 
-/// Sees to it that nobody else's folder is renamed, and that no other is in the way.
-void check_folders(Session& session, const Renaming& plan, std::string_view account) {
-  const std::string old_path = folder_path(plan, plan.first + 1, true);
-  const std::string new_path = folder_path(plan, plan.first + 1, false);
-  require_own_tree(session, old_path,
-                   {.account = account,
-                    .own_share = plan.share_too ? std::string_view(plan.path.share) : std::string_view()});
-  if (!base::equals_fold(old_path, new_path) && session.platform.files.exists(new_path))
-    base::raise(base::error::kFileExists, new_path + " is there already");
+bool is_before(const PathChange& change, const std::string& path) {
+  return path != change.after && base::equals_fold(path, change.before);
 }
 
-bool make_share(Session& session, const Renaming& plan, const std::string& folder, const std::string& share,
-                std::string_view user) {
-  return resources::CreateShare(session, plan.path.server, share, folder, "Users Home Share",
-                                std::string(user)) != resources::ShareResult::kFailed;
+void write_paths(const platform::ObjectPtr& object, const FolderRenaming& renaming) {
+  platform::User account(object);
+  for (const PathChange& change : renaming.paths) {
+    if (!is_before(change, path_of(object, change.is_home)))
+      continue;
+    if (change.is_home)
+      account.put_HomeDirectory(change.after);
+    else
+      account.put_Profile(change.after);
+  }
+  account.SetInfo();
 }
 
-/// A share that was removed for a renaming which then failed is made again.
-void rename_below_share(Session& session, const Renaming& plan, std::string_view OldName) {
-  const std::string folder = Share_Local_Path(session, plan.path.text());
-  if (!Delete_Share_Of(session, plan.path.text()))
-    base::raise(base::error::kPathFileAccess, "Could not remove Share: " + plan.path.text());
+void tell_use(Session& session, const std::string& account, const FolderRenaming& renaming) {
+  const auto use = folder_use(session);
+  for (const ShareChange& share : renaming.shares) {
+    use->forget_share(renaming.before.server, share.before.shi502_netname);
+    use->add_share(renaming.before.server, share.after.shi502_netname, share.after.shi502_path);
+  }
+  for (const PathChange& change : renaming.paths)
+    use->account_has(account, change.is_home ? "home" : "profile", change.after);
+}
+
+void run_renaming(Session& session, const RenamedUser& user, const FolderRenaming& renaming) {
+  Rollback back(session);
   try {
-    rename_folders(session, plan);
+    take_shares_away(session, renaming, back);
+    back.add(renaming.after.text() + " could not get its name " + renaming.before.parts.back() + " again",
+             [&] { rename_folder(session, renaming, true); });
+    rename_folder(session, renaming, false);
+    make_new_shares(session, renaming, back);
+    write_paths(user.object, renaming);
   } catch (const base::RuntimeError&) {
-    if (make_share(session, plan, folder, plan.path.share, OldName))
-      session.log.line("Share " + plan.path.share + " is made again");
+    back.run();
     throw;
   }
-}
-
-/// False when the new share could not be made, which is logged.
-bool rename_with_share(Session& session, const Renaming& plan, std::string_view OldName,
-                       std::string_view NewName) {
-  rename_below_share(session, plan, OldName);
-  if (!make_share(session, plan, new_share_folder(plan), plan.new_share, NewName)) {
-    session.log.line("Failed to create New share: " + plan.new_share + "  " + plan.path.text());
-    session.log.line("Error Deleting/Creating Shares: " + plan.path.share + " / " + plan.new_share);
-    return false;
-  }
-  session.log.line("Created new share: " + plan.new_share);
-  return true;
-}
-
-/// Paths that are never renamed, or name too little.
-bool is_refused(Session& session, std::string_view Path, bool IsHome) {
-  const std::string server = creation::Get_Server_Name(Path);
-  const std::string share = creation::Get_Share_Name(Path);
-  std::string why;
-  if (!IsHome && base::upper(share) == "NETLOGON")
-    why = "Unable Rename NETLOGON Share";
-  else if (!IsHome && base::upper(server) == "%LOGONSERVER%")
-    why = "Unable to Rename share from %LOGONSERVER%";
-  else if (share.empty())
-    why = "Could not get share for " + std::string(Path);
-  else if (server.empty())
-    why = "Could not get server for " + std::string(Path);
-  if (!why.empty())
-    session.log.line(why);
-  return !why.empty();
-}
-
-void write_path(const platform::ObjectPtr& object, bool IsHome, const std::string& path) {
-  platform::User user(object);
-  if (IsHome)
-    user.put_HomeDirectory(path);
-  else
-    user.put_Profile(path);
-  user.SetInfo();
+  tell_use(session, user.account, renaming);
 }
 
 struct FolderTexts {
@@ -185,105 +169,231 @@ struct FolderTexts {
   std::string_view told_failed;
   std::string_view missing;
   std::string_view told_missing;
+  std::string_view told_other;
 };
 
-bool rename_folder_of(Session& session, const platform::ObjectPtr& user, const std::string& path,
-                      std::string_view OldName, std::string_view NewName, bool IsHome,
-                      const FolderTexts& texts) {
-  const std::string new_name(NewName);
-  if (!Dir_Exists(session, path)) {
-    session.log.line(texts.missing);
-    session::LOG_TAB(session, session::kRed, texts.told_missing);
-    return false;
+/// Tells what became of one folder; False when it should have been renamed and was not.
+bool rename_one(Session& session, const PreparedRename& prepared, const PlannedFolder& folder,
+                const FolderTexts& texts) {
+  const std::string& name = prepared.user.new_name;
+  switch (folder.fate) {
+    case FolderFate::kNone:
+    case FolderFate::kFollows:
+      return true;
+    case FolderFate::kMissing:
+      session.log.line(texts.missing);
+      session.log.reason(folder.why);
+      session::LOG_TAB(session, session::kRed, texts.told_missing);
+      return true;
+    case FolderFate::kOtherName:
+      session.log.reason(folder.why);
+      session::LOG_TAB(session, session::kYellow, std::string(texts.told_other) + name);
+      return true;
+    case FolderFate::kRefused:
+    case FolderFate::kRenamed:
+      break;
   }
-  if (Rename_ShrDir(session, user, path, OldName, NewName, IsHome)) {
-    session.log.line(std::string(texts.renamed) + std::string(OldName) + " to " + new_name);
-    session::LOG_TAB(session, session::kGreen, std::string(texts.told_renamed) + new_name);
+  if (Rename_ShrDir(session, prepared.user, folder)) {
+    session.log.line(std::string(texts.renamed) + prepared.user.old_names.front() + " to " + name);
+    session::LOG_TAB(session, session::kGreen, std::string(texts.told_renamed) + name);
     return true;
   }
-  session.log.line(std::string(texts.failed) + path);
-  session::LOG_TAB(session, session::kRed, std::string(texts.told_failed) + new_name);
+  session.log.line(std::string(texts.failed) + folder.path);
+  session::LOG_TAB(session, session::kRed, std::string(texts.told_failed) + name);
+  return folder.fate == FolderFate::kRefused;
+}
+
+/// True when the account has the paths of this renaming and not those before, and the folder followed.
+bool is_done(Session& session, const platform::ObjectPtr& object, const FolderRenaming& renaming) {
+  if (renaming.paths.empty() ||
+      (!renaming.is_change_of_case() && session.platform.files.exists(renaming.before.text())))
+    return false;
+  return std::none_of(renaming.paths.begin(), renaming.paths.end(), [&](const PathChange& change) {
+    return is_before(change, path_of(object, change.is_home));
+  });
+}
+
+std::vector<const FolderRenaming*> unfinished(Session& session, const RenameRecord& record,
+                                              const platform::ObjectPtr& object) {
+  std::vector<const FolderRenaming*> all;
+  for (const auto* const renaming : {&record.home, &record.profile}) {
+    if (*renaming && !is_done(session, object, **renaming))
+      all.push_back(&**renaming);
+  }
+  return all;
+}
+
+/// True when the record speaks of this path, as it was or as it becomes.
+bool knows_path(const RenameRecord& record, bool is_home, const std::string& path) {
+  for (const auto* const renaming : {&record.home, &record.profile}) {
+    if (!*renaming)
+      continue;
+    for (const PathChange& change : (*renaming)->paths) {
+      if (change.is_home == is_home &&
+          (base::equals_fold(path, change.before) || base::equals_fold(path, change.after)))
+        return true;
+    }
+  }
   return false;
 }
 
-/// A profile under the home's share has moved when it lies below the home; one beside it is renamed itself.
-void rename_profile_under_home(Session& session, const platform::ObjectPtr& user, const std::string& path,
-                               const std::optional<Renaming>& plan, std::string_view OldName,
-                               std::string_view NewName) {
-  base::Trap trap;
-  if (!plan) {
-    trap([&] { write_path(user, false, format::FRString(path, OldName, NewName)); });
-  } else {
-    trap([&] {
-      const std::string moved = folder_path(*plan, plan->new_parts.size(), false);
-      const bool beside =
-          !session.platform.files.exists(moved) && session.platform.files.exists(plan->folder.text());
-      if (beside) {
-        check_folders(session, *plan, account_of(session, user));
-        rename_folders(session, *plan);
-      }
-      write_path(user, false, new_account_path(*plan));
-    });
+/// True when the account still has the paths that a renaming on record speaks of.
+bool applies(Session& session, const RenameRecord& record, const platform::ObjectPtr& object) {
+  for (const FolderRenaming* const renaming : unfinished(session, record, object)) {
+    for (const PathChange& change : renaming->paths) {
+      if (!knows_path(record, change.is_home, path_of(object, change.is_home)))
+        return false;
+    }
   }
-  if (trap.number() == 0)
+  return true;
+}
+
+/// True when the folder has its old name and is shared as before.
+bool is_untouched(Session& session, const FolderRenaming& renaming) {
+  const bool shared =
+      std::all_of(renaming.shares.begin(), renaming.shares.end(), [&](const ShareChange& share) {
+        return folder_of(session, renaming.before.server, share.before.shi502_netname).has_value();
+      });
+  return shared && session.platform.files.exists(renaming.before.text());
+}
+
+/// What is left to do is the user's own as before.
+void check_again(Session& session, const RenamedUser& user, const FolderRenaming& renaming) {
+  TreePath where = renaming.before;
+  for (const TreePath& other : {renaming.halfway(), renaming.after}) {
+    if (!session.platform.files.exists(where.text()))
+      where = other;
+  }
+  // Shares that were made before it broke off are the user's, though no path of the account says so yet.
+  Owner owner{user.account, {}};
+  for (const ShareChange& share : renaming.shares) {
+    const std::string& name = share.after.shi502_netname;
+    const auto use = folder_use(session);
+    const auto shared = use->folder_of_share(where.server, name);
+    if (shared && base::equals_fold(*shared, share.after.shi502_path))
+      use->forget_share(where.server, name);
+    owner.own_share = share.before.shi502_netname;
+  }
+  require_own_tree(session, where.text(), owner);
+}
+
+FoldersPlan plan_on_record(Session& session, const RenamedUser& user, const RenameRecord& record) {
+  for (const FolderRenaming* const renaming : unfinished(session, record, user.object))
+    check_again(session, user, *renaming);
+  FoldersPlan plan;
+  for (const bool is_home : {true, false}) {
+    PlannedFolder& folder = is_home ? plan.home : plan.profile;
+    const auto& renaming = is_home ? record.home : record.profile;
+    const std::string path = path_of(user.object, is_home);
+    if (renaming && !is_done(session, user.object, *renaming))
+      folder = {FolderFate::kRenamed, path, {}, renaming};
+    else if (renaming || knows_path(record, is_home, path))
+      folder = {FolderFate::kFollows, path, {}, {}};
+    else
+      folder = plan_folder(session, user, is_home);
+  }
+  return plan;
+}
+
+FoldersPlan plan_of(Session& session, const RenamedUser& user, const std::optional<RenameRecord>& earlier) {
+  const bool pending = earlier && !unfinished(session, *earlier, user.object).empty() &&
+                       applies(session, *earlier, user.object);
+  if (pending && earlier->new_name == user.new_name)
+    return plan_on_record(session, user, *earlier);
+  if (pending) {
+    for (const FolderRenaming* const renaming : unfinished(session, *earlier, user.object)) {
+      if (!is_untouched(session, *renaming))
+        base::raise(base::error::kPathFileAccess, "The renaming of " + earlier->old_name + " to " +
+                                                      earlier->new_name +
+                                                      " broke off. Order it again before another one");
+    }
+  }
+  return plan_folders(session, user);
+}
+
+/// Folders are renamed on record alone; without it nobody would know the list of a share that is gone.
+void put_on_record(Session& session, const PreparedRename& prepared) {
+  if (prepared.keeps_record || prepared.record.names.empty())
     return;
-  session.log.line(trap.description());
-  session::LOG_TAB(session, session::kRed,
-                   " Failed to Rename Profile directory and share for " + std::string(NewName));
+  base::Trap trap;
+  if (trap([&] { write_rename_record(session, prepared.record); }))
+    return;
+  const std::string why = "The renaming cannot be put on record: " + trap.description();
+  if (prepared.record.home || prepared.record.profile)
+    base::raise(trap.number(), why);
+  session.log.line(why);
 }
 
 }  // namespace
 
-bool Rename_ShrDir(Session& session, const platform::ObjectPtr& user, std::string_view Path,
-                   std::string_view OldName, std::string_view NewName, bool IsHome) {
-  if (is_refused(session, Path, IsHome))
-    return false;
+PreparedRename prepare_rename(Session& session, const RenameOrder& order) {
+  PreparedRename prepared;
+  prepared.user = {order.object, order.account, {order.old_name}, order.new_name};
+  RenameRecord& record = prepared.record;
+  record.identifier = record_identifier(order.object);
+  const auto earlier = read_rename_record(session, record.identifier);
+  record.account = order.new_account;
+  record.names = order.names;
+  if (earlier)
+    record.names.insert(record.names.end(), earlier->names.begin(), earlier->names.end());
+  if (order.folders) {
+    if (const std::string why = why_no_folder_name(order.new_name); !why.empty())
+      base::raise(base::error::kBadFileName, "No folder can be named \"" + order.new_name + "\": it " + why);
+    if (earlier && !earlier->old_name.empty())
+      prepared.user.old_names.insert(prepared.user.old_names.begin(), earlier->old_name);
+    prepared.plan = plan_of(session, prepared.user, earlier);
+    record.old_name = prepared.user.old_names.front();
+    record.new_name = order.new_name;
+    record.home = prepared.plan.home.renaming;
+    record.profile = prepared.plan.profile.renaming;
+  } else {
+    prepared.keeps_record = earlier && !unfinished(session, *earlier, order.object).empty();
+  }
+  put_on_record(session, prepared);
+  return prepared;
+}
+
+void end_rename(Session& session, const PreparedRename& prepared) {
+  if (!prepared.keeps_record)
+    remove_rename_record(session, prepared.record.identifier);
+}
+
+bool Rename_ShrDir(Session& session, const RenamedUser& user, const PlannedFolder& folder) {
+  if (!folder.renaming) {
+    session.log.reason(folder.why);
+    return folder.fate == FolderFate::kFollows;
+  }
   try {
-    const Renaming plan = plan_renaming(session, Path, OldName, NewName);
-    check_folders(session, plan, account_of(session, user));
-    if (!plan.share_too)
-      rename_folders(session, plan);
-    else if (!rename_with_share(session, plan, OldName, NewName))
-      return false;
-    write_path(user, IsHome, new_account_path(plan));
+    run_renaming(session, user, *folder.renaming);
     return true;
   } catch (const base::RuntimeError& failure) {
-    session.log.line(failure.description());
+    session.log.reason(failure.description());
     return false;
   }
 }
 
-void rename_folders_of(Session& session, const platform::ObjectPtr& user, std::string_view OldName,
-                       std::string_view NewName, const ProfileTexts& texts) {
-  const platform::User account(user);
-  const std::string home(base::trim(account.HomeDirectory()));
-  const std::string profile(base::trim(account.Profile()));
-  const bool SameShare = Same_Share(profile, home);
-  std::optional<Renaming> profile_plan;
-  if (SameShare && !profile.empty()) {
-    base::Trap unknown;
-    unknown([&] { profile_plan = plan_renaming(session, profile, OldName, NewName); });
-  }
-  bool home_renamed = true;
-  if (!home.empty()) {
-    home_renamed = rename_folder_of(
-        session, user, home, OldName, NewName, true,
-        {"Renamed Home Directory: ", " Home Directory and Share renamed for ",
-         "Failed to Rename Home Directory: ", " Failed to Rename Home directory and share for ",
-         "Failed to find Home direcotry: ", " Failed to find Home Dir"});
-  }
-  if (profile.empty())
-    return;
-  // Below a home that was not renamed the profile is where it was.
-  if (SameShare) {
-    if (home_renamed)
-      rename_profile_under_home(session, user, profile, profile_plan, OldName, NewName);
-    return;
-  }
-  rename_folder_of(session, user, profile, OldName, NewName, false,
-                   {texts.renamed, " Profile Directory and Share renamed for ", texts.failed,
-                    " Failed to Rename Profile directory and share for ",
-                    "Failed to find Profile Directory: ", " Failed to find profile Dir"});
+bool rename_folders_of(Session& session, const PreparedRename& prepared, const ProfileTexts& texts) {
+  const bool home = rename_one(
+      session, prepared, prepared.plan.home,
+      {"Renamed Home Directory: ", " Home Directory and Share renamed for ",
+       "Failed to Rename Home Directory: ", " Failed to Rename Home directory and share for ",
+       "Failed to find Home direcotry: ", " Failed to find Home Dir", " Home Directory not renamed for "});
+  // A profile that goes along with the home, or is renamed within it, waits for that.
+  const auto& profile = prepared.plan.profile.renaming;
+  const auto& outer = prepared.plan.home.renaming;
+  if (!home && profile && outer && holds_folder(outer->after.text(), profile->before.text()))
+    return false;
+  return rename_one(session, prepared, prepared.plan.profile,
+                    {texts.renamed, " Profile Directory and Share renamed for ", texts.failed,
+                     " Failed to Rename Profile directory and share for ",
+                     "Failed to find Profile Directory: ", " Failed to find profile Dir",
+                     " Profile Directory not renamed for "}) &&
+         home;
+}
+
+void tell_folders_stay(Session& session, std::string_view name_of_folders, const std::string& user) {
+  session.log.reason("they are named after the " + std::string(name_of_folders) + ", which stays as it is");
+  session::LOG_TAB(session, session::kYellow, " Directories and Shares not renamed for " + user);
 }
 
 }  // namespace twk::lifecycle

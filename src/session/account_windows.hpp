@@ -21,10 +21,11 @@ struct RenameUser {
   controls::TextBox Last_Name;
   controls::TextBox Display_Name;
   controls::TextBox User_logon_name;
-  controls::Label AD_Domain;  ///< "@twk.test"
+  controls::ComboBox AD_Domain;  ///< "@twk.test", of the suffixes of the forest
   controls::TextBox Logon_Name_pre2000;
   controls::Label WINNT_Domain;  ///< "TWK\"
   controls::CheckBox ReNameSD;   ///< shares and directories too
+  std::string PrincipalShown;    ///< logon name and suffix as the window was filled with them
   bool Full_Name_Changed = false;
   bool Logon_Name_Changed = false;
 };

@@ -83,6 +83,25 @@ TEST_F(ExistingUsers, MoveToAnotherServer) {
   }
 }
 
+TEST_F(ExistingUsers, ARenamingIsRehearsedOrRefusedAsAWhole) {
+  const ProgramResult steps = run({"user", "rename", "Jo.Smith", "--logon", "ann", "--full-name", "Ann West",
+                                   "--rename-dirs", "--dry-run"});
+  EXPECT_EQ(steps.exit_code, 0) << steps.err;
+  EXPECT_THAT(steps.out, HasSubstr("samAccountName = ann"));
+  EXPECT_THAT(steps.out, HasSubstr("Rename \\\\FS1\\D$\\Users\\Jo.Smith to \\\\FS1\\D$\\Users\\"));
+  for (const char* const dry : {"--dry-run", "--rename-dirs"}) {
+    const ProgramResult refused = run({"--json", "user", "rename", "Jo.Smith", "--logon", "a*b",
+                                       "--full-name", "a*b", "--rename-dirs", dry});
+    EXPECT_EQ(refused.exit_code, 2);
+    EXPECT_THAT(json_lines(refused.out).at(0)["message"], HasSubstr("it holds the character *"));
+  }
+  const ProgramResult suffix = run({"user", "rename", "Jo.Smith", "--upn", "ann@nowhere.example"});
+  EXPECT_EQ(suffix.exit_code, 64);
+  EXPECT_THAT(suffix.err, HasSubstr("it has @twk.test"));
+  EXPECT_EQ(result_of({"user", "show", "Jo.Smith"})["userPrincipalName"], "Jo.Smith@twk.test");
+  EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
+}
+
 TEST_F(ExistingUsers, GetOtherNamesAndAnotherPassword) {
   const ProgramResult result = run({"user", "rename", "Jo.Smith", "--logon", "ann", "--full-name",
                                     "West, Ann", "--display", "", "--rename-dirs"});

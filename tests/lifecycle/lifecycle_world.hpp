@@ -104,6 +104,18 @@ class LifecycleWorld : public LabSession {
     base::Trap trap;
     return trap([&] { static_cast<void>(account("jo")); });
   }
+  /// Renamings on record.
+  [[nodiscard]] int records() const {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path() / "db"))
+      count += entry.path().filename().string().starts_with("Rename-") ? 1 : 0;
+    return count;
+  }
+  /// The first of the two that a flat domain's tree shows.
+  controls::TreeNode& node_of(const std::string& name, const std::string& other) {
+    controls::TreeNode* const found = session.form1.TreeView1.find(name);
+    return found != nullptr ? *found : *session.form1.TreeView1.find(other);
+  }
   controls::TreeNode& node() {
     controls::TreeView& tree = session.form1.TreeView1;
     if (!is_nt())

@@ -1,6 +1,6 @@
 #include "lifecycle/lifecycle_world.hpp"
+#include "lifecycle/rename_names.hpp"
 #include "lifecycle/rename_nt.hpp"
-#include "lifecycle/rename_shr_dir.hpp"
 #include "lifecycle/rename_user.hpp"
 
 namespace twk::lifecycle {
@@ -9,201 +9,423 @@ namespace {
 using lab::DomainKind;
 using test::kNewStarters;
 using test::LifecycleWorld;
+using testing::Contains;
 using testing::HasSubstr;
 using Names = std::set<std::string>;
 
-/// One path of an account and what its renaming to "ann" comes to.
+TEST(RenameNames, NoFolderIsNamedWhatServersRefuseOrUnderstandOtherwise) {
+  for (const char* const name :
+       {"",    " ",    ".",    "..",  "a.",  "a ",   "a\\b",     "a/b",     "con:x",  "*",   "What? <x>",
+        "a|b", "a\"b", "a\tb", "CON", "nul", "Com1", "lpt9.txt", "AUX .v2", "conin$", "com²"})
+    EXPECT_NE(why_no_folder_name(name), "") << name;
+  EXPECT_NE(why_no_folder_name(std::string(256, 'a')), "");
+  for (const char* const name : {"ann", "West, Ann", "a.b", "Console", "com10", "comet", "nul1", "é", "[x]"})
+    EXPECT_EQ(why_no_folder_name(name), "") << name;
+  EXPECT_NE(why_no_share_name("West, Ann"), "");
+  EXPECT_EQ(why_no_share_name("ann$"), "");
+}
+
+TEST(RenameNames, OnlyTheNameAsAWordIsReplaced) {
+  EXPECT_EQ(replace_word("jo.v2 Jo$ john joé", "jo", "ann"), "ann.v2 ann$ john joé");
+  EXPECT_EQ(replace_word("jo", "jo", "jo.jo"), "jo.jo");
+  EXPECT_EQ(replace_word("john", "jo", "ann"), "john");
+}
+
+/// Paths of an account "jo" and what the renaming to "ann" comes to.
 struct Case {
   const char* name;
-  const char* path;
-  bool home;
-  bool renamed;
-  const char* new_path;
-  Names folders;  ///< below "Users"
+  const char* home;
+  const char* profile;
+  const char* account;  ///< afterwards; "jo" when nothing was renamed
+  const char* new_home;
+  const char* new_profile;
+  const char* told;  ///< in the log tab
+  Names folders;     ///< of the drive, without "Users" and "Profiles"
   Names shares;
-  const char* log;
   std::function<void(LifecycleWorld&)> prepare;
 };
 
 const Names kJo = {"Users/jo/", "Users/jo/a.txt", "Users/john/"};
 const Names kAnn = {"Users/ann/", "Users/ann/a.txt", "Users/john/"};
 
+Names with(Names names, const Names& more) {
+  names.insert(more.begin(), more.end());
+  return names;
+}
+
+std::function<void(LifecycleWorld&)> folder(const char* name) {
+  return [name](LifecycleWorld& world) {
+    std::filesystem::create_directories(world.server_folder("FS1/D/" + std::string(name)));
+  };
+}
+
+std::function<void(LifecycleWorld&)> share(const char* name, const char* path) {
+  return [name, path](LifecycleWorld& world) { world.share("FS1", name, path); };
+}
+
+std::function<void(LifecycleWorld&)> user(const char* name, const char* home) {
+  return [name, home](LifecycleWorld& world) { world.add_user(name, home); };
+}
+
 const Case kCases[] = {
     {"a share of the user's own goes along",
      "\\\\FS1\\jo$",
-     true,
-     true,
+     "",
+     "ann",
      "\\\\FS1\\ann$",
+     "",
+     "GREEN  Home Directory and Share renamed for ann",
      kAnn,
-     {"ann$"},
-     "Created new share: ann$\n",
+     {"ann$", "Users"},
      {}},
     {"a common share stays",
      "\\\\FS1\\Users\\jo",
-     true,
-     true,
+     "",
+     "ann",
      "\\\\FS1\\Users\\ann",
+     "",
+     "GREEN",
      kAnn,
      {"Users"},
+     [](LifecycleWorld& world) { world.services.network.NetShareDel("FS1", "jo$"); }},
+    {"another share that only the user has on the folder follows",
+     "\\\\FS1\\Users\\jo",
+     "\\\\FS1\\jo$\\p",
+     "ann",
+     "\\\\FS1\\Users\\ann",
+     "\\\\FS1\\ann$\\p",
+     "GREEN",
+     kAnn,
+     {"ann$", "Users"},
+     {}},
+    {"a share of another name stands for the new folder",
+     "\\\\FS1\\H7$",
      "",
+     "ann",
+     "\\\\FS1\\H7$",
+     "",
+     "GREEN",
+     kAnn,
+     {"H7$", "Users"},
      [](LifecycleWorld& world) {
        world.services.network.NetShareDel("FS1", "jo$");
-       world.share("FS1", "Users", "D:\\Users");
+       world.share("FS1", "H7$", "D:\\Users\\jo");
      }},
+    {"a share of nobody's paths is somebody's",
+     "\\\\FS1\\jo$",
+     "",
+     "jo",
+     "\\\\FS1\\jo$",
+     "",
+     "the share Dept",
+     kJo,
+     {"jo$", "Dept", "Users"},
+     share("Dept", "D:\\Users\\jo")},
     {"a folder below the user's stays where it is in it",
      "\\\\FS1\\jo$\\Mail",
-     true,
-     true,
+     "",
+     "ann",
      "\\\\FS1\\ann$\\Mail",
-     {"Users/ann/", "Users/ann/a.txt", "Users/ann/Mail/", "Users/john/"},
-     {"ann$"},
      "",
-     [](LifecycleWorld& world) {
-       std::filesystem::create_directories(world.server_folder("FS1/D/Users/jo/Mail"));
-     }},
-    {"a name that occurs twice is replaced twice",
-     "\\\\FS1\\jo$\\jo",
-     true,
-     true,
-     "\\\\FS1\\ann$\\ann",
-     {"Users/ann/", "Users/ann/a.txt", "Users/ann/ann/", "Users/john/"},
-     {"ann$"},
+     "GREEN",
+     with(kAnn, {"Users/ann/Mail/"}),
+     {"ann$", "Users"},
+     folder("Users/jo/Mail")},
+    {"the last folder of the name is the user's",
+     "\\\\FS1\\jo-all\\jo",
      "",
+     "ann",
+     "\\\\FS1\\jo-all\\ann",
+     "",
+     "GREEN",
+     with(kJo, {"Users/jo/ann/"}),
+     {"jo$", "jo-all", "Users"},
      [](LifecycleWorld& world) {
-       std::filesystem::create_directories(world.server_folder("FS1/D/Users/jo/jo"));
+       folder("Users/jo/jo")(world);
+       world.share("FS1", "jo-all", "D:\\Users\\jo");
      }},
-    {"the new folder is there",
+    {"a profile goes along with the home, also before it is there",
      "\\\\FS1\\jo$",
-     true,
-     false,
-     "\\\\FS1\\jo$",
-     {"Users/jo/", "Users/jo/a.txt", "Users/john/", "Users/ann/"},
-     {"jo$"},
-     "is there already\n",
-     [](LifecycleWorld& world) {
-       std::filesystem::create_directories(world.server_folder("FS1/D/Users/ann"));
-     }},
-    {"the new share cannot be made",
-     "\\\\FS1\\jo$",
-     true,
-     false,
-     "\\\\FS1\\jo$",
+     "\\\\FS1\\jo$\\profile",
+     "ann",
+     "\\\\FS1\\ann$",
+     "\\\\FS1\\ann$\\profile",
+     "GREEN",
      kAnn,
-     {"ann$"},
-     "Failed to create New share: ann$  \\\\FS1\\jo$\nError Deleting/Creating Shares: jo$ / ann$\n",
-     [](LifecycleWorld& world) { world.share("FS1", "ann$", "D:\\Profiles"); }},
-    {"the share is not there",
-     "\\\\FS1\\none$\\jo",
-     true,
-     false,
-     "\\\\FS1\\none$\\jo",
-     kJo,
-     {"jo$"},
-     "none$",
+     {"ann$", "Users"},
      {}},
-    {"no share in the path",
-     "\\\\FS1",
-     true,
-     false,
-     "\\\\FS1",
-     kJo,
-     {"jo$"},
-     "Could not get share for \\\\FS1\n",
-     {}},
-    {"a profile in NETLOGON",
-     "\\\\FS1\\NetLogon\\jo",
-     false,
-     false,
-     "\\\\FS1\\NetLogon\\jo",
-     kJo,
-     {"jo$"},
-     "Unable Rename NETLOGON Share\n",
-     {}},
-    {"a profile on the logon server",
-     "\\\\%LogonServer%\\x\\jo",
-     false,
-     false,
-     "\\\\%LogonServer%\\x\\jo",
-     kJo,
-     {"jo$"},
-     "Unable to Rename share from %LOGONSERVER%\n",
-     {}},
-    {"a home named NETLOGON is renamed",
-     "\\\\FS1\\NETLOGON\\jo",
-     true,
-     true,
-     "\\\\FS1\\NETLOGON\\ann",
-     kAnn,
-     {"NETLOGON"},
+    {"a profile within the home has a name of its own",
+     "\\\\FS1\\jo$",
+     "\\\\FS1\\jo$\\jo.v2",
+     "ann",
+     "\\\\FS1\\ann$",
+     "\\\\FS1\\ann$\\ann.v2",
+     "GREEN",
+     with(kAnn, {"Users/ann/ann.v2/"}),
+     {"ann$", "Users"},
+     folder("Users/jo/jo.v2")},
+    {"a longer word is another name",
+     "\\\\FS1\\Users\\john",
      "",
-     [](LifecycleWorld& world) {
-       world.services.network.NetShareDel("FS1", "jo$");
-       world.share("FS1", "NETLOGON", "D:\\Users");
-     }},
+     "ann",
+     "\\\\FS1\\Users\\john",
+     "",
+     "YELLOW  Home Directory not renamed for ann: No folder of \\\\FS1\\D$\\Users\\john bears the name jo",
+     kJo,
+     {"jo$", "Users"},
+     {}},
     {"a drive is no folder of a user",
      "\\\\FS1\\D$",
-     true,
-     false,
+     "",
+     "ann",
      "\\\\FS1\\D$",
+     "",
+     "bears the name jo",
      kJo,
-     {"jo$"},
-     "bears the name jo\n",
+     {"jo$", "Users"},
+     {}},
+    {"the new folder is there",
+     "\\\\FS1\\jo$",
+     "",
+     "jo",
+     "\\\\FS1\\jo$",
+     "",
+     "RED  Error Renaming jo: \\\\FS1\\D$\\Users\\ann is there already",
+     with(kJo, {"Users/ann/"}),
+     {"jo$", "Users"},
+     folder("Users/ann")},
+    {"the new share is there",
+     "\\\\FS1\\jo$",
+     "",
+     "jo",
+     "\\\\FS1\\jo$",
+     "",
+     "has a share ann$ already",
+     kJo,
+     {"jo$", "ann$", "Users"},
+     share("ann$", "D:\\Profiles")},
+    {"the new folder is another account's",
+     "\\\\FS1\\jo$",
+     "",
+     "jo",
+     "\\\\FS1\\jo$",
+     "",
+     "is the home of ann.lee",
+     kJo,
+     {"jo$", "Users"},
+     user("ann.lee", "\\\\FS1\\Users\\ann")},
+    {"the folder is another account's",
+     "\\\\FS1\\jo$",
+     "",
+     "jo",
+     "\\\\FS1\\jo$",
+     "",
+     "the home of ann.lee",
+     kJo,
+     {"jo$", "Users"},
+     user("ann.lee", "\\\\FS1\\Users\\jo\\sub")},
+    {"others come through the share",
+     "\\\\FS1\\Jo-all",
+     "",
+     "jo",
+     "\\\\FS1\\Jo-all",
+     "",
+     "the home of ann.lee",
+     kJo,
+     {"Jo-all", "Users"},
+     [](LifecycleWorld& world) {
+       world.services.network.NetShareDel("FS1", "jo$");
+       world.share("FS1", "Jo-all", "D:\\Users\\jo");
+       world.add_user("ann.lee", "\\\\FS1\\Jo-all\\ann.lee");
+     }},
+    {"a link is on the way",
+     "\\\\FS1\\Users\\l\\jo",
+     "",
+     "jo",
+     "\\\\FS1\\Users\\l\\jo",
+     "",
+     "is a link",
+     with(kJo, {"Users/l", "Profiles/jo/"}),
+     {"jo$", "Users"},
+     [](LifecycleWorld& world) {
+       folder("Profiles/jo")(world);
+       std::filesystem::create_directory_symlink("../Profiles", world.server_folder("FS1/D/Users/l"));
+     }},
+    {"the share is not there",
+     "\\\\FS1\\none$\\jo",
+     "",
+     "ann",
+     "\\\\FS1\\none$\\jo",
+     "",
+     "RED  Failed to find Home Dir: \\\\FS1\\none$\\jo is not there",
+     kJo,
+     {"jo$", "Users"},
      {}},
     {"a path that leads elsewhere",
      "\\\\FS1\\jo$\\..\\john",
-     true,
-     false,
+     "",
+     "ann",
      "\\\\FS1\\jo$\\..\\john",
+     "",
+     "RED  Failed to find Home Dir",
      kJo,
-     {"jo$"},
-     "leads elsewhere\n",
-     {}}};
+     {"jo$", "Users"},
+     {}},
+    {"no share in the path",
+     "\\\\FS1",
+     "",
+     "ann",
+     "\\\\FS1",
+     "",
+     "RED  Failed to Rename Home directory and share for ann: Could not get share for \\\\FS1",
+     kJo,
+     {"jo$", "Users"},
+     {}},
+    {"a profile in NETLOGON",
+     "",
+     "\\\\FS1\\NetLogon\\jo",
+     "ann",
+     "",
+     "\\\\FS1\\NetLogon\\jo",
+     "RED  Failed to Rename Profile directory and share for ann: Unable Rename NETLOGON Share",
+     kJo,
+     {"jo$", "Users"},
+     {}},
+    {"a profile on the logon server",
+     "",
+     "\\\\%LogonServer%\\x\\jo",
+     "ann",
+     "",
+     "\\\\%LogonServer%\\x\\jo",
+     "Unable to Rename share from %LOGONSERVER%",
+     kJo,
+     {"jo$", "Users"},
+     {}},
+    {"a home named NETLOGON is renamed",
+     "\\\\FS1\\NETLOGON\\jo",
+     "",
+     "ann",
+     "\\\\FS1\\NETLOGON\\ann",
+     "",
+     "GREEN",
+     kAnn,
+     {"NETLOGON", "Users"},
+     [](LifecycleWorld& world) {
+       world.services.network.NetShareDel("FS1", "jo$");
+       world.share("FS1", "NETLOGON", "D:\\Users");
+     }}};
 
-TEST(RenameShrDir, RenamesTheFolderAndTheUsersOwnShare) {
-  for (const Case& one : kCases) {
-    SCOPED_TRACE(one.name);
-    LifecycleWorld world(DomainKind::kNt);
+/// A window over "jo" in a domain without a directory, with a home on the share "jo$".
+class NtRename {
+ public:
+  NtRename() {
     world.put("FS1/D/Users/jo/a.txt");
     std::filesystem::create_directories(world.server_folder("FS1/D/Users/john"));
+    world.share("FS1", "Users", "D:\\Users");
     world.share("FS1", "jo$", "D:\\Users\\jo");
-    world.start_with(one.home ? one.path : "", one.home ? "" : one.path);
+  }
+  void order(const std::string& name) {
+    world.session.runs.even_if_shared = session::Consent::kNo;
+    world.session.form1.TreeView1.select(&world.node_of("jo", "ann"));
+    Rename_NT_Load(world.session);
+    world.session.rename_nt.User_Logon.text = name;
+    Rename_NT_User_Logon_Change(world.session);
+    world.session.rename_nt.RenameDir.value = 1;
+    EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
+  }
+  [[nodiscard]] Names folders() const {
+    Names all = world.tree("FS1/D");
+    for (const char* const other : {"Users/", "Profiles/"})
+      all.erase(other);
+    return all;
+  }
+
+  LifecycleWorld world{DomainKind::kNt};
+};
+
+TEST(RenameFolders, TheUsersOwnFolderAndShareAndNobodyElsesGetTheNewName) {
+  for (const Case& one : kCases) {
+    SCOPED_TRACE(one.name);
+    NtRename window;
+    LifecycleWorld& world = window.world;
     if (one.prepare)
       one.prepare(world);
-    world.session.log.open(world.session);
-    EXPECT_EQ(Rename_ShrDir(world.session, world.account("jo"), one.path, "jo", "ann", one.home),
-              one.renamed);
-    world.session.log.close();
-    EXPECT_EQ(world.property("jo", one.home ? "HomeDirectory" : "Profile"), one.new_path);
-    Names folders = world.tree("FS1/D");
-    for (const char* const other : {"Users/", "Profiles/"})
-      folders.erase(other);
-    EXPECT_EQ(folders, one.folders);
+    world.start_with(one.home, one.profile);
+    window.order("ann");
+    EXPECT_EQ(world.property(one.account, "HomeDirectory"), one.new_home);
+    EXPECT_EQ(world.property(one.account, "Profile"), one.new_profile);
+    EXPECT_EQ(window.folders(), one.folders);
     EXPECT_EQ(world.shares("FS1"), one.shares);
-    EXPECT_THAT(world.log(), HasSubstr(one.log));
+    EXPECT_THAT(world.log_tab(), Contains(HasSubstr(one.told)));
+    EXPECT_EQ(world.records(), 0);
   }
 }
 
-TEST(RenameShrDir, NobodyElsesFolderOrShareIsRenamedForAWordThatHoldsTheName) {
-  LifecycleWorld world(DomainKind::kNt);
-  std::filesystem::create_directories(world.server_folder("FS1/D/Users/user"));
-  world.share("FS1", "Users", "D:\\Users");
-  world.start_with("\\\\FS1\\Users\\user", "");
-  EXPECT_TRUE(Rename_ShrDir(world.session, world.account("jo"), "\\\\FS1\\Users\\user", "user", "ann", true));
-  EXPECT_TRUE(world.there("FS1/D/Users/ann"));
-  EXPECT_EQ(world.shares("FS1"), Names{"Users"});
-  EXPECT_EQ(world.property("jo", "HomeDirectory"), "\\\\FS1\\Users\\ann");
+/// The share "jo$" with all that it is made of.
+platform::ShareInfo502 narrow_share(LifecycleWorld& world) {
+  platform::ShareInfo502 share = world.services.network.NetShareGetInfo("FS1", "jo$");
+  world.services.network.NetShareDel("FS1", "jo$");
+  share.shi502_remark = "Jo's, 100%\tof it";
+  share.shi502_max_uses = 3;
+  platform::Acl list(platform::Acl::kHeaderSize + 100);
+  list.add(platform::Acl::kAtEnd, {platform::ace_type::kAllow, 0, platform::access::kGenericRead,
+                                   platform::well_known::administrators()});
+  share.shi502_security_descriptor.emplace().set_dacl(list.trimmed());
+  world.services.network.NetShareAdd("FS1", share);
+  return share;
 }
 
-TEST(RenameShrDir, AccountThatCannotBeWrittenIsAFailure) {
-  LifecycleWorld world(DomainKind::kNt);
-  world.put("FS1/D/Users/jo/a.txt");
-  world.share("FS1", "Users", "D:\\Users");
-  world.start_with("\\\\FS1\\Users\\jo", "");
-  const platform::ObjectPtr user = world.directory.GetObject(world.path_of("jo"));
-  world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kServerDown);
-  EXPECT_FALSE(Rename_ShrDir(world.session, user, "\\\\FS1\\Users\\jo", "jo", "ann", true));
-  EXPECT_TRUE(world.there("FS1/D/Users/ann/a.txt"));
-  EXPECT_EQ(world.property("jo", "HomeDirectory"), "\\\\FS1\\Users\\jo");
+TEST(RenameFolders, AShareThatIsMadeAgainIsAsItWasAlsoWhenOnlyTheCaseChanges) {
+  for (const char* const name : {"ann", "JO"}) {
+    NtRename window;
+    LifecycleWorld& world = window.world;
+    const platform::ShareInfo502 before = narrow_share(world);
+    world.start_with("\\\\FS1\\jo$", "");
+    window.order(name);
+    const auto after = world.services.network.NetShareGetInfo("FS1", std::string(name) + "$");
+    EXPECT_EQ(after.shi502_netname, std::string(name) + "$");
+    EXPECT_EQ(after.shi502_path, "D:\\Users\\" + std::string(name));
+    EXPECT_EQ(after.shi502_remark, before.shi502_remark);
+    EXPECT_EQ(after.shi502_max_uses, 3);
+    EXPECT_EQ(after.shi502_security_descriptor, before.shi502_security_descriptor);
+    EXPECT_TRUE(window.folders().contains("Users/" + std::string(name) + "/a.txt"));
+    EXPECT_EQ(world.property(name, "HomeDirectory"), "\\\\FS1\\" + std::string(name) + "$");
+  }
+}
+
+TEST(RenameFolders, AStepThatFailsTakesBackThoseBeforeItAndASecondTryEndsTheWork) {
+  const std::function<void(LifecycleWorld&)> faults[] = {
+      [](LifecycleWorld& world) {
+        world.files.before = [](std::string_view path) {
+          if (path.ends_with("Users\\jo"))
+            base::raise(base::error::kPermissionDenied, "denied");
+        };
+      },
+      [](LifecycleWorld& world) {
+        world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kServerDown);
+      }};
+  for (const auto& fault : faults) {
+    NtRename window;
+    LifecycleWorld& world = window.world;
+    const auto before = narrow_share(world);
+    world.start_with("\\\\FS1\\jo$", "");
+    fault(world);
+    window.order("ann");
+    EXPECT_THAT(world.log_tab(),
+                Contains(HasSubstr("RED  Failed to Rename Home directory and share for ann: ")));
+    EXPECT_EQ(window.folders(), kJo);
+    const auto after = world.services.network.NetShareGetInfo("FS1", "jo$");
+    EXPECT_EQ(after.shi502_security_descriptor, before.shi502_security_descriptor);
+    EXPECT_EQ(after.shi502_path, "D:\\Users\\jo");
+    EXPECT_EQ(world.property("ann", "HomeDirectory"), "\\\\FS1\\jo$");
+    world.files.before = {};
+    world.directory.before = {};
+    window.order("ann");
+    EXPECT_EQ(window.folders(), kAnn);
+    EXPECT_EQ(world.shares("FS1"), (Names{"ann$", "Users"}));
+    EXPECT_EQ(world.property("ann", "HomeDirectory"), "\\\\FS1\\ann$");
+    EXPECT_EQ(world.records(), 0);
+  }
 }
 
 class RenameInDirectory : public testing::Test {
@@ -241,7 +463,7 @@ TEST_F(RenameInDirectory, WindowShowsTheNamesThatTheUserHas) {
   EXPECT_EQ(window.Full_Name.text.get(), "Jo Smith");
   EXPECT_EQ(window.Display_Name.text.get(), "Jo Smith");
   EXPECT_EQ(window.User_logon_name.text.get(), "jo");
-  EXPECT_EQ(window.AD_Domain.caption.get(), "@twk.test");
+  EXPECT_EQ(window.AD_Domain.text.get(), "@twk.test");
   EXPECT_EQ(window.Logon_Name_pre2000.text.get(), "jo");
   EXPECT_EQ(window.WINNT_Domain.caption.get(), "TWK\\");
 }
@@ -340,12 +562,66 @@ TEST_F(RenameInDirectory, FoldersThatAreNotThereAreToldInRed) {
   type_logon_name("amarsh");
   window.ReNameSD.value = 1;
   EXPECT_TRUE(RenameUser_Command2_Click(world.session));
-  EXPECT_THAT(world.log(),
-              HasSubstr("Failed to find Home direcotry: \nFailed to find Profile Directory: \n"));
+  EXPECT_THAT(world.log(), testing::AllOf(HasSubstr("Failed to find Home direcotry: \n"),
+                                          HasSubstr("Failed to find Profile Directory: \n")));
   EXPECT_THAT(world.log_tab(),
-              testing::ElementsAre("RED  Failed to find Home Dir", "RED  Failed to find profile Dir",
+              testing::ElementsAre("RED  Failed to find Home Dir: \\\\FS1\\Users\\jo is not there",
+                                   "RED  Failed to find profile Dir: \\\\FS1\\Profiles\\jo is not there",
                                    "GREEN jo to amarsh has been renamed"));
   EXPECT_EQ(world.property("amarsh", "HomeDirectory"), "\\\\FS1\\Users\\jo");
+}
+
+TEST_F(RenameInDirectory, FoldersThatTheNameDoesNotMakeStayWhichIsTold) {
+  const struct {
+    bool by_common_name;
+    const char* told;
+  } cases[] = {{true, "named after the full name, which stays as it is"},
+               {false, "named after the logon name, which stays as it is"}};
+  for (const auto& one : cases) {
+    LifecycleWorld own;
+    own.put("FS1/D/Users/jo/a.txt");
+    own.share("FS1", "Users", "D:\\Users");
+    own.start_with("\\\\FS1\\Users\\jo", "");
+    controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
+    own.session.form1.TreeView1.select(&own.node());
+    RenameUser_Load(own.session);
+    session::RenameUser& names = own.session.rename_user;
+    (one.by_common_name ? names.Logon_Name_pre2000 : names.Full_Name).text = std::string("Ann");
+    (one.by_common_name ? names.Logon_Name_Changed : names.Full_Name_Changed) = true;
+    names.ReNameSD.value = 1;
+    EXPECT_TRUE(RenameUser_Command2_Click(own.session));
+    EXPECT_TRUE(own.there("FS1/D/Users/jo/a.txt"));
+    EXPECT_THAT(own.log_tab(), testing::ElementsAre(HasSubstr(one.told)));
+  }
+}
+
+TEST_F(RenameInDirectory, NameThatNoFolderCanHaveRenamesNothing) {
+  start("\\\\FS1\\Users\\jo");
+  type_logon_name("amarsh");
+  type_full_name("Ann.Lee\\Jo");
+  controls::choose(world.session.form1.CNName, world.session.form1.SamAccountName, true);
+  window.ReNameSD.value = 1;
+  world.dialogs.expect("Nothing was renamed.\r\n\r\nNo folder can be named \"Ann.Lee\\Jo\"");
+  EXPECT_FALSE(RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "jo");
+  EXPECT_THAT(world.log_tab(), testing::ElementsAre(HasSubstr("it holds the character \\")));
+}
+
+TEST_F(RenameInDirectory, PrincipalNameKeepsItsSuffixAndTheForestOffersOthers) {
+  const platform::ObjectPtr partitions =
+      world.services.directory.GetObject("LDAP://twk.test/CN=Partitions,CN=Configuration,DC=twk,DC=test");
+  partitions->PutEx(2, "uPNSuffixes", platform::ValueList{"north.example", "TWK.test"});
+  partitions->SetInfo();
+  start();
+  EXPECT_EQ(window.AD_Domain.items(), (std::vector<std::string>{"@twk.test", "@north.example"}));
+  window.AD_Domain.text = std::string("@north.example");
+  EXPECT_TRUE(RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(attribute("Jo Smith", "userPrincipalName"), "jo@north.example");
+  RenameUser_Load(world.session);
+  EXPECT_EQ(window.AD_Domain.text.get(), "@north.example");
+  type_logon_name("ann");
+  EXPECT_TRUE(RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(attribute("Jo Smith", "userPrincipalName"), "jo@north.example");
 }
 
 class RenameInNt : public testing::Test {
@@ -394,7 +670,8 @@ TEST_F(RenameInNt, EachRefusedCharacterIsLoggedAndNothingIsRenamed) {
   EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
   EXPECT_THAT(world.log(),
               HasSubstr("Invalid Character in User Name: *\nInvalid Character in User Name: /\n"));
-  EXPECT_THAT(world.log_tab(), testing::ElementsAre("RED  Error Renaming jo"));
+  EXPECT_THAT(world.log_tab(),
+              testing::ElementsAre("RED  Error Renaming jo: no account name has the character *"));
   EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "Invalid Character in User Name: *");
   EXPECT_TRUE(world.has_jo());
 }
@@ -419,7 +696,7 @@ TEST_F(RenameInNt, NameInUseIsToldAndNothingIsRenamed) {
   type_logon("admin");
   EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
   EXPECT_TRUE(world.has_jo());
-  EXPECT_THAT(world.log_tab(), testing::ElementsAre("RED  Error Renaming jo"));
+  EXPECT_THAT(world.log_tab(), testing::ElementsAre(HasSubstr("RED  Error Renaming jo: The name is in use")));
   EXPECT_THAT(world.log(), HasSubstr("Error Number: "));
 }
 

@@ -27,7 +27,7 @@ TEST_F(AccountWindows, RenameShowsTheNamesAndOkGivesTheNewOnes) {
   open_with_jo();
   expect_window([&](QWidget& shown) {
     EXPECT_EQ(shown.objectName(), "RenameUser");
-    EXPECT_EQ(find<QLabel>("AD_Domain", &shown)->text(), "@twk.test");
+    EXPECT_EQ(find<QComboBox>("AD_Domain", &shown)->currentText(), "@twk.test");
     EXPECT_EQ(find<QLabel>("WINNT_Domain", &shown)->text(), "TWK\\");
     type("Full_Name", "Marsh, Ann", &shown);
     type("Logon_Name_pre2000", "amarsh", &shown);

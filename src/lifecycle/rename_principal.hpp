@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace twk::session {
+struct Session;
+}
+
+/// Principal names, "jo@twk.test": what stands in front of the suffix, and the suffixes that a forest has.
+namespace twk::lifecycle {
+
+struct PrincipalName {
+  std::string prefix;
+  std::string suffix;  ///< with its "@"; empty where the name has none
+};
+
+PrincipalName split_principal(std::string_view name);
+
+/// The suffixes of the forest with their "@": the session's domain, the other domains, then those that
+/// administrators added. The domain alone when the forest's configuration cannot be read.
+std::vector<std::string> principal_suffixes(session::Session& session);
+/// The suffix of the list that this one is in any case; empty when it is none.
+std::string find_suffix(const std::vector<std::string>& suffixes, std::string_view suffix);
+
+}  // namespace twk::lifecycle
