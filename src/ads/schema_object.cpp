@@ -22,7 +22,7 @@ constexpr std::array<std::string_view, 4> kOfEveryUser = {"cn", "objectCategory"
                                                           "sAMAccountName"};
 
 /// Of the well-known attributes those of other objects: groups, computers, domains, partitions, units.
-constexpr std::array<std::string_view, 17> kNotOfUsers = {"configurationNamingContext",
+constexpr std::array<std::string_view, 18> kNotOfUsers = {"configurationNamingContext",
                                                           "creationTime",
                                                           "dNSHostName",
                                                           "dnsRoot",
@@ -38,6 +38,7 @@ constexpr std::array<std::string_view, 17> kNotOfUsers = {"configurationNamingCo
                                                           "primaryGroupToken",
                                                           "rIDNextRID",
                                                           "securityIdentifier",
+                                                          "uPNSuffixes",
                                                           "wellKnownObjects"};
 
 template <std::size_t N>

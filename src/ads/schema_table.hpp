@@ -8,7 +8,7 @@ namespace twk::ads {
 
 /// Syntax, several values, given by the directory alone, greatest length; sorted by the name in small
 /// letters. Syntaxes and limits as the open documents of the Active Directory schema give them.
-inline constexpr std::array<AttributeSchema, 230> kAttributes = {{
+inline constexpr std::array<AttributeSchema, 231> kAttributes = {{
     {"accountExpires", Syntax::kInteger8, false, false, 0},
     {"adminCount", Syntax::kInteger, false, false, 0},
     {"adminDescription", Syntax::kString, false, false, 1024},
@@ -219,6 +219,7 @@ inline constexpr std::array<AttributeSchema, 230> kAttributes = {{
     {"unicodePwd", Syntax::kOctetString, false, true, 0},
     {"unixHomeDirectory", Syntax::kString, false, false, 0},
     {"unmergedAtts", Syntax::kOctetString, true, false, 0},
+    {"uPNSuffixes", Syntax::kString, true, false, 0},
     {"url", Syntax::kString, true, false, 0},
     {"userAccountControl", Syntax::kInteger, false, false, 0},
     {"userCert", Syntax::kOctetString, false, false, 0},

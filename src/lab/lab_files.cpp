@@ -245,9 +245,25 @@ void LabFiles::rename(std::string_view from, std::string_view to, bool replace) 
     require_removable(*source);
   if (target)
     require_addable(*target, status(from).directory);
+  const bool same_server = source && target && &source->server == &target->server;
+  if (same_server && !workstation_.exists(local_path(to)))
+    return rename_with_descriptors(*source, *target);
   workstation_.rename(local_path(from), local_path(to), replace);
-  if (source && target && &source->server == &target->server)
+  if (same_server)
     source->server.descriptors().move(source->path, target->path);
+}
+
+/// The descriptors first: should the program be killed in between, the same renaming finds them in their
+/// place.
+void LabFiles::rename_with_descriptors(const ServerPath& source, const ServerPath& target) {
+  FolderDescriptors& descriptors = source.server.descriptors();
+  descriptors.move(source.path, target.path);
+  try {
+    workstation_.rename(source.server.local_path(source.path), target.server.local_path(target.path), false);
+  } catch (const base::RuntimeError&) {
+    descriptors.move(target.path, source.path);
+    throw;
+  }
 }
 
 std::unique_ptr<platform::AppendFile> LabFiles::open_append(std::string_view path, bool truncate) {

@@ -70,6 +70,7 @@ class LabFiles final : public platform::Files {
   void require_rights(const ServerPath& place, std::uint32_t rights);
   void require_addable(const ServerPath& place, bool folder);
   void require_removable(const ServerPath& place);
+  void rename_with_descriptors(const ServerPath& source, const ServerPath& target);
   /// Something new stands there: it has no descriptor of a predecessor, and the program's owner.
   void made(const ServerPath& place);
 

@@ -113,19 +113,20 @@ ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optiona
   std::string dn = resolve_entry(domain_, source_path);
   if (!new_name)
     return bind_winnt_account(domain_, dn, name_);
-  const std::string old_name = require_entry(domain_, dn).value("sAMAccountName").value_or("");
-  modify_object(domain_, ads::Provider::kWinnt, dn, {{ModifyKind::kReplace, "sAMAccountName", {*new_name}}});
-  // A flat domain knows an account by this name alone, so its entry goes by it as well.
+  // A flat domain knows an account by this name alone, so its entry goes by it as well, and first: it is
+  // found under the old name until all is done.
+  const std::string old_dn = dn;
   if (domain_.config.kind == DomainKind::kNt) {
-    const std::string target = ads::make_rdn("CN", *new_name) + "," + std::string(ads::parent_dn(dn));
-    try {
-      move_object(domain_, dn, target);
-    } catch (const base::RuntimeError&) {
-      modify_object(domain_, ads::Provider::kWinnt, dn,
-                    {{ModifyKind::kReplace, "sAMAccountName", {old_name}}});
-      throw;
-    }
-    dn = target;
+    dn = ads::make_rdn("CN", *new_name) + "," + std::string(ads::parent_dn(old_dn));
+    move_object(domain_, old_dn, dn);
+  }
+  try {
+    modify_object(domain_, ads::Provider::kWinnt, dn,
+                  {{ModifyKind::kReplace, "sAMAccountName", {*new_name}}});
+  } catch (const base::RuntimeError&) {
+    if (dn != old_dn)
+      move_object(domain_, dn, old_dn);
+    throw;
   }
   return bind_winnt_account(domain_, dn, name_);
 }

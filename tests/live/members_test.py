@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Deletes and moves accounts whose folders lie on member servers of the domain that with-domain started, and
+"""Deletes, moves and renames accounts whose folders lie on member servers of the domain that with-domain started, and
 looks at what is there with others' tools and on the disks.
 
     tests/live/with-domain members -- tests/live/members_test.py TWK
@@ -154,6 +154,25 @@ def move():
     expect(":ALLOWED/0x0/0xe01301bf", "the new share with its list", share("fs2", "Mona$"))
 
 
+def rename():
+    """To another name, another case and back, after which all is as it was, lists of folders and shares too."""
+    before = world()
+    for old, new in (("Jo", "Zoe"), ("Zoe", "ZOE"), ("ZOE", "Jo")):
+        order = ("user", "rename", old, "--logon", new, "--full-name", new, "--rename-dirs")
+        twk(*order, "--dry-run")
+        expect(f"FS1\\{old}$", f"{old} after a rehearsal", account(old))
+        twk(*order)
+        expect(f"FS1\\{new}$", new, account(new))
+        expect(f"FS1\\Profiles\\{new}", new, account(new))
+        names = {path.name for path in (DISKS["fs1"] / "Users").iterdir()}
+        expect_same((new in names, old in names), (True, False), f"the folder of {new}")
+    after = world()
+    changed = sorted(what for what in before.keys() | after.keys() if before.get(what) != after.get(what))
+    expect_same(changed, [], "what three renamings changed")
+    taken = twk("user", "rename", "Jo", "--full-name", "Ann", "--rename-dirs", codes=(2,))
+    expect("Users\\Ann is there already", "a name that is taken", taken.stdout + taken.stderr)
+
+
 def delete():
     """The data goes also where the server has no C$ to go by."""
     smb_conf = STATE / "fs2/smb.conf"
@@ -168,7 +187,7 @@ def delete():
 
 def main():
     prepare()
-    for step in (attack, move, delete):
+    for step in (attack, rename, move, delete):
         start = time.monotonic()
         step()
         print(f"{step.__name__}: {time.monotonic() - start:.1f} s")
