@@ -73,7 +73,7 @@ std::optional<std::string> reset_password(Session& session, const SelectedUser& 
   const bool set = session::is_active_directory(session)
                        ? directory::Reset_AD_Password(session, password, user.path, &reason)
                        : directory::Reset_NT_Password(session, password, user.name, &reason);
-  return set ? std::nullopt : std::optional(reason);
+  return set ? std::nullopt : std::optional("Error ReSetting Password for: " + user.name + ": " + reason);
 }
 
 std::optional<std::string> apply(Session& session, AccountFunction function, const SelectedUser& user) {
@@ -106,7 +106,8 @@ void change_one(Session& session, AccountFunction function, const RunHooks& hook
     session.log.line(told);
   }
   if (hooks.done)
-    hooks.done({user.name, user.path, refusal ? session::kRed : session::kGreen, refusal.value_or(told)});
+    hooks.done(
+        {user.name, user.path, refusal ? session::kRed : session::kGreen, refusal.value_or(told), !refusal});
 }
 
 bool is_confirmed(Session& session, AccountFunction function) {

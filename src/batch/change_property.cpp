@@ -1,5 +1,6 @@
 #include "batch/change_property.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/property_run.hpp"
@@ -94,7 +95,8 @@ void tell(Session& session, const std::string& text) {
 }
 
 /// `number` is 0 for a user who was changed.
-void tell_outcome(const Step& step, std::uint32_t number, const std::string& reason) {
+void tell_outcome(const Step& step, std::uint32_t number, const std::string& description) {
+  const std::string reason = number == 0 ? std::string() : base::in_words(number, description);
   Session& session = step.session;
   ADProperties& tab = session.ad_properties;
   const std::string words = step.property + "' to '" + step.NewValue + "' for " + step.display_name;

@@ -64,10 +64,13 @@ void Del_User_Click(Session& session) {
 }
 
 bool delete_selection(Session& session, const RunHooks& hooks) {
-  return take_selection(session, hooks, [&session](const SelectedUser& user, const std::string& key) {
-    session.multi_user.Label3.caption = "Deleting User: " + user.name;
-    return lifecycle::Delete_One_User(session, key);
-  });
+  // It gives True for an account that is gone alone.
+  const bool keeps_account = !session.multi_user.Delete_NT_Account.on();
+  return take_selection(session, hooks, keeps_account,
+                        [&session](const SelectedUser& user, const std::string& key) {
+                          session.multi_user.Label3.caption = "Deleting User: " + user.name;
+                          return lifecycle::Delete_One_User(session, key);
+                        });
 }
 
 }  // namespace twk::batch

@@ -76,7 +76,7 @@ End run_lines(Session& session, std::string_view path, std::string_view text) {
     fill_names(session);
     if (state.ImportFieldCount < 2) {
       error_line(session, state.ImportLine);
-      session.LastCreation = {state.ImportLine, "", "The line has fewer than two fields"};
+      session.LastCreation = {state.ImportLine, "", "The line has fewer than two fields", {}};
       tell_row(session, number);
       continue;
     }

@@ -60,9 +60,10 @@ void btn_MoveUser_Click(Session& session) {
 }
 
 bool move_selection(Session& session, const RunHooks& hooks) {
-  return take_selection(session, hooks, [&session](const SelectedUser& /*user*/, const std::string& key) {
-    return lifecycle::Move_One_User(session, key) != lifecycle::MoveOutcome::kNotMoved;
-  });
+  return take_selection(session, hooks, false,
+                        [&session](const SelectedUser& /*user*/, const std::string& key) {
+                          return lifecycle::Move_One_User(session, key) != lifecycle::MoveOutcome::kNotMoved;
+                        });
 }
 
 }  // namespace twk::batch

@@ -1,5 +1,6 @@
 #include "batch/run_controls.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/account_log.hpp"
@@ -9,16 +10,29 @@ namespace twk::batch {
 
 using session::Session;
 
+namespace {
+
+std::string_view light_of(const controls::ListRow& row) {
+  for (const std::string_view light : {session::kGreen, session::kYellow}) {
+    if (row.icon == light)
+      return light;
+  }
+  return session::kRed;
+}
+
+}  // namespace
+
 UserOutcome outcome_since(const Session& session, std::size_t rows, const SelectedUser& user) {
   const controls::ListView& log = session.form1.ListView1;
-  UserOutcome outcome{user.name, user.path, {}, "nothing was done"};
-  if (log.size() > rows) {
-    const controls::ListRow& last = log.at(log.size() - 1);
-    for (const std::string_view light : {session::kGreen, session::kYellow, session::kRed}) {
-      if (last.icon == light)
-        outcome.light = light;
-    }
-    outcome.message = base::trim(last.text);
+  UserOutcome outcome{user.name, user.path, {}, "nothing was done", false};
+  if (log.size() == rows)
+    return outcome;
+  const controls::ListRow& last = log.at(log.size() - 1);
+  outcome.light = light_of(last);
+  outcome.message = base::trim(last.text);
+  for (std::size_t i = rows; i + 1 < log.size(); ++i) {
+    if (light_of(log.at(i)) != session::kGreen)
+      outcome.message += "; " + std::string(base::trim(log.at(i).text));
   }
   return outcome;
 }
@@ -29,16 +43,17 @@ WalkRules rules_of(Session& session, const RunHooks& hooks, bool binds, std::fun
   rules.goes_on = std::move(goes_on);
   if (hooks.goes_on_after_failure) {
     rules.failed = [&session, &hooks](const std::string& what, const base::RuntimeError& failure) {
-      session.log.line("Error with " + what + ": " + failure.description());
+      const std::string reason = base::in_words(failure);
+      session.log.line("Error with " + what + ": " + reason);
       if (hooks.done)
-        hooks.done({what, what, session::kRed, failure.description()});
+        hooks.done({what, what, session::kRed, reason, false});
       return true;
     };
   }
   return rules;
 }
 
-bool take_selection(Session& session, const RunHooks& hooks,
+bool take_selection(Session& session, const RunHooks& hooks, bool finished_is_done,
                     const std::function<bool(const SelectedUser& user, const std::string& key)>& operation) {
   const lifecycle::KnownFolders known(session);
   const auto goes_on = [&session] {
@@ -47,11 +62,15 @@ bool take_selection(Session& session, const RunHooks& hooks,
   };
   return walk_selection(session, rules_of(session, hooks, false, goes_on), [&](SelectedUser& user) {
     const std::size_t rows = session.form1.ListView1.size();
-    const bool gone = operation(user, session::is_active_directory(session) ? user.path : user.name);
-    if (gone && user.row != nullptr)
+    const bool done = operation(user, session::is_active_directory(session) ? user.path : user.name);
+    if (done && user.row != nullptr)
       session.multi_user.ListView1.set_ghosted(*user.row, true);
-    if (hooks.done)
-      hooks.done(outcome_since(session, rows, user));
+    if (!hooks.done)
+      return;
+    UserOutcome outcome = outcome_since(session, rows, user);
+    const bool finished = outcome.light == session::kGreen || outcome.light == session::kYellow;
+    outcome.done = done || (finished_is_done && finished);
+    hooks.done(outcome);
   });
 }
 

@@ -18,8 +18,9 @@ namespace twk::batch {
 struct UserOutcome {
   std::string user;  ///< "Jo Smith" of a directory, the account name in a WinNT domain
   std::string path;  ///< see `SelectedUser`
-  std::string_view light = session::kGreen;
+  std::string_view light = session::kGreen;  ///< empty when nothing was done
   std::string message;
+  bool done = true;  ///< what was asked for came about, with warnings perhaps
 };
 
 /// What whoever starts a run wants to know of it. The window wants nothing: its runs end at the first
@@ -30,7 +31,8 @@ struct RunHooks {
 };
 
 /// What the rows that the log tab got since it had `rows` of them tell of a user: the last one is the
-/// outcome, none stands for a user about whom nothing was done.
+/// outcome, those before it that are no GREEN ones are told behind it; none stands for a user about whom
+/// nothing was done.
 UserOutcome outcome_since(const session::Session& session, std::size_t rows, const SelectedUser& user);
 
 /// The walk's rules for a run: `goes_on` as given, and failures told as outcomes, and in the log, where the
@@ -39,8 +41,9 @@ WalkRules rules_of(session::Session& session, const RunHooks& hooks, bool binds,
                    std::function<bool()> goes_on);
 
 /// Does something with each user of the selection, by the ADsPath or in a WinNT domain by the name, until a
-/// Cancel. `operation` gives True when it is done: the user's row is ghosted then.
-bool take_selection(session::Session& session, const RunHooks& hooks,
+/// Cancel. `operation` gives True when it is done: the user's row is ghosted then. Where it may do what was
+/// asked for and give False all the same, `finished_is_done` lets a row of the log tab that is not RED count.
+bool take_selection(session::Session& session, const RunHooks& hooks, bool finished_is_done,
                     const std::function<bool(const SelectedUser& user, const std::string& key)>& operation);
 
 /// The handler of the window's runs: shows the text, logs it with the failure, and adds a "RED" row.

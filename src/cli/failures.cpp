@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <new>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "cli/display.hpp"
 #include "cli/exit_codes.hpp"
@@ -60,7 +61,9 @@ int report_failure() {
     complain(failure.what());
     return kExitRed;
   } catch (const base::RuntimeError& failure) {
-    complain(failure.description() + " (error " + error_number_text(failure.number()) + ")");
+    const std::string_view words = base::words_of_error(failure.number());
+    complain(failure.description() + " (error " + error_number_text(failure.number()) +
+             (words.empty() ? "" : ": " + std::string(words)) + ")");
     return exit_code_of_error(failure.number());
   } catch (const std::bad_alloc&) {
     complain("out of memory");

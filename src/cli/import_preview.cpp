@@ -70,6 +70,7 @@ Json preview_line(session::Session& session, std::int32_t number, const ImportCo
           {"user", user},
           {"light", verdict.light},
           {"message", verdict.message},
+          {"warnings", verdict.light == session::kGreen ? Json::array() : Json::array({verdict.message})},
           {"first", first},
           {"middle", middle},
           {"last", last}};

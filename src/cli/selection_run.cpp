@@ -12,22 +12,53 @@ namespace {
 
 using session::Session;
 
+/// "GREEN   Jo.Smith              Account Disabled for Jo.Smith"
+std::string shown(Context& context, const batch::UserOutcome& outcome) {
+  const std::string_view light = light_of(outcome);
+  return context.output().light(light) + std::string(8 - light.size(), ' ') +
+         pad(printable(outcome.user), 20) + "  " + printable(outcome.message);
+}
+
 void print(Context& context, const Session& session, const batch::UserOutcome& outcome) {
-  const std::string_view light = outcome.light.empty() ? session::kYellow : outcome.light;
   context.output().result({{"user", outcome.user},
                            {"dn", dn_of_user(session, outcome.path)},
-                           {"light", light},
+                           {"light", light_of(outcome)},
                            {"message", outcome.message}},
-                          context.output().light(light) + std::string(8 - light.size(), ' ') +
-                              pad(printable(outcome.user), 20) + "  " + printable(outcome.message));
+                          shown(context, outcome));
+}
+
+/// Of a run the status bar holds only what failed on files.
+void add_failure_on_files(Session& session, batch::UserOutcome& outcome) {
+  const std::string failure = session.form1.StatusBar1.panel1;
+  if (failure.empty())
+    return;
+  complain(failure);
+  session.form1.StatusBar1.panel1 = std::string();
+  if (outcome.light == session::kGreen)
+    outcome.light = session::kYellow;
 }
 
 }  // namespace
 
+std::string_view light_of(const batch::UserOutcome& outcome) {
+  return outcome.light.empty() ? session::kYellow : outcome.light;
+}
+
+void RunCounts::add(std::string_view light, bool is_done) {
+  if (light.empty())
+    light = session::kYellow;
+  ++(is_done ? done : failed);
+  if (is_done && light != session::kGreen)
+    ++warnings;
+  if (exit_code_of_light(light) > exit_code_of_light(worst))
+    worst = light;
+}
+
 std::string_view RunCounts::light() const {
-  if (failed + unknown == 0)
-    return interrupted() || !whole || all() == 0 ? session::kYellow : session::kGreen;
-  return done == 0 ? session::kRed : session::kYellow;
+  if (unknown > 0 && unknown == all())
+    return session::kRed;
+  const bool lacks_something = unknown > 0 || all() == 0 || !whole || interrupted();
+  return worst == session::kGreen && lacks_something ? session::kYellow : worst;
 }
 
 std::string dn_of_user(const Session& session, const std::string& path) {
@@ -37,12 +68,14 @@ std::string dn_of_user(const Session& session, const std::string& path) {
 
 int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {
   const std::string message = std::to_string(counts.done) + (rehearsed ? " rehearsed, " : " done, ") +
+                              std::to_string(counts.warnings) + " of them with warnings, " +
                               std::to_string(counts.failed) + " failed, " + std::to_string(counts.unknown) +
                               " unknown" + (interrupted() ? ", stopped." : ".");
   if (counts.all() == 0 && counts.whole && !interrupted())
     complain("nobody is in the selection; nothing was done");
   context.output().result({{"light", counts.light()},
                            {"done", counts.done},
+                           {"warnings", counts.warnings},
                            {"failed", counts.failed},
                            {"unknown", counts.unknown},
                            {"message", message}},
@@ -73,29 +106,32 @@ std::function<bool()> until_interrupted(Session& session) {
   };
 }
 
-int run_over_selection(Context& context, Session& session, const SelectionArguments& arguments,
-                       const std::function<void(const batch::RunHooks& hooks)>& run) {
-  const Found found = fill_selection(context, session, arguments);
-  RunCounts counts{.unknown = found.unknown, .whole = found.whole};
+RunCounts run_counted(Context& context, Session& session, RunCounts counts,
+                      const std::function<void(const batch::RunHooks& hooks)>& run,
+                      const std::function<void(const batch::UserOutcome& outcome)>& print) {
   RunProgress progress(context, session);
   batch::RunHooks hooks;
   hooks.goes_on_after_failure = true;
-  hooks.done = [&](const batch::UserOutcome& outcome) {
+  hooks.done = [&](batch::UserOutcome outcome) {
     progress.clear();
-    // Of a run the status bar holds only what failed on files.
-    if (!session.form1.StatusBar1.panel1.get().empty())
-      complain(session.form1.StatusBar1.panel1.get());
-    session.form1.StatusBar1.panel1 = std::string();
-    // A rehearsal tells its steps; nothing came of them.
-    const bool good = outcome.light == session::kGreen || (session.runs.rehearse && outcome.light.empty());
-    ++(good ? counts.done : counts.failed);
-    if (!session.runs.rehearse || !good)
-      print(context, session, outcome);
+    add_failure_on_files(session, outcome);
+    counts.add(outcome.light, outcome.done);
+    // A rehearsal has told its steps.
+    if (!session.runs.rehearse || !outcome.done || outcome.light != session::kGreen)
+      print(outcome);
   };
   session.form1.StatusBar1.panel1 = std::string();
   session.import.ImportStopped = interrupted();
   run(hooks);
-  progress.clear();
+  return counts;
+}
+
+int run_over_selection(Context& context, Session& session, const SelectionArguments& arguments,
+                       const std::function<void(const batch::RunHooks& hooks)>& run) {
+  const Found found = fill_selection(context, session, arguments);
+  const RunCounts counts =
+      run_counted(context, session, {.unknown = found.unknown, .whole = found.whole}, run,
+                  [&](const batch::UserOutcome& outcome) { print(context, session, outcome); });
   return tell_counts(context, counts, static_cast<bool>(session.runs.rehearse));
 }
 

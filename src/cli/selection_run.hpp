@@ -8,21 +8,26 @@
 
 namespace twk::cli {
 
-/// What a run over users came to.
+/// What a run over users came to. A user counts by what came of it, and the light tells how.
 struct RunCounts {
   std::size_t done = 0;
+  std::size_t warnings = 0;  ///< of those that are done
   std::size_t failed = 0;
   std::size_t unknown = 0;  ///< names that nobody has
   bool whole = true;        ///< no file of names was empty
 
+  std::string_view worst = session::kGreen;
+
+  void add(std::string_view light, bool is_done);
   [[nodiscard]] std::size_t all() const { return done + failed + unknown; }
-  /// GREEN when all came through, RED when none did, YELLOW for what lies between and when there was nobody.
+  /// The worst light of a user. A name that nobody has, a Ctrl-C and a run without anybody make it YELLOW,
+  /// and nobody but such names RED.
   [[nodiscard]] std::string_view light() const;
 };
 
 /// "CN=…" behind the domain of an ADsPath; nothing in a WinNT domain.
 std::string dn_of_user(const session::Session& session, const std::string& path);
-/// The counts as the last result, { light, done, failed, unknown, message }; gives the exit code.
+/// The counts as the last result, { light, done, warnings, failed, unknown, message }; gives the exit code.
 int tell_counts(Context& context, const RunCounts& counts, bool rehearsed = false);
 /// Shows on a terminal how far a run of the window is, and lets Ctrl-C stop it, until it goes.
 class RunProgress {
@@ -41,9 +46,18 @@ class RunProgress {
   controls::Watch file_;
 };
 
+/// The light of one about whom nothing was done is YELLOW.
+std::string_view light_of(const batch::UserOutcome& outcome);
+/// Runs a function of the multi-user window over the selection, gives it the hooks to pass on, and prints
+/// what came of each user; of a rehearsal only what would not come through. Gives `counts` with those users
+/// in them.
+RunCounts run_counted(Context& context, session::Session& session, RunCounts counts,
+                      const std::function<void(const batch::RunHooks& hooks)>& run,
+                      const std::function<void(const batch::UserOutcome& outcome)>& print);
+
 /// Fills the selection and runs a function of the multi-user window over it: gives it the hooks to pass on,
 /// which let it go on behind a user who failed. Each user's outcome is a result, { user, dn, light, message
-/// }, and the counts are the last one, { light, done, failed, unknown, message }. A terminal shows how far it
+/// }, and the counts are the last one, see `tell_counts`. A terminal shows how far it
 /// is; Ctrl-C stops behind the user in hand, and the counts say so.
 ///
 /// The exit code is that of the counts.

@@ -8,7 +8,6 @@
 #include "cli/user_commands.hpp"
 #include "cli/user_runs.hpp"
 #include "cli/users_commands.hpp"
-#include "lifecycle/delete_user.hpp"
 #include "stores/template_store.hpp"
 
 namespace twk::cli {
@@ -97,7 +96,7 @@ int delete_named(Context& context, const DeleteArguments& arguments) {
     throw UsageError("--path is the mailbox of one user: give one name with it");
   session::Session& session = prepare(context, arguments);
   return run_for_users(context, session, arguments.selection.names,
-                       [&](const std::string& key) { return lifecycle::Delete_One_User(session, key); });
+                       [&](const batch::RunHooks& hooks) { batch::delete_selection(session, hooks); });
 }
 
 int delete_selected(Context& context, const DeleteArguments& arguments) {

@@ -104,7 +104,11 @@ void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
     ++counts.created;
   if (light == session::kYellow)
     ++counts.warnings;
-  output.result({{"line", row.line}, {"user", row.outcome.user}, {"light", light}, {"message", message}},
+  output.result({{"line", row.line},
+                 {"user", row.outcome.user},
+                 {"light", light},
+                 {"message", message},
+                 {"warnings", row.outcome.warnings}},
                 pad(std::to_string(row.line), 6) + output.light(light) + std::string(8 - light.size(), ' ') +
                     pad(printable(row.outcome.user), 20) + "  " + printable(message));
 }

@@ -7,7 +7,6 @@
 #include "cli/user_commands.hpp"
 #include "cli/user_runs.hpp"
 #include "cli/users_commands.hpp"
-#include "lifecycle/move_user.hpp"
 
 namespace twk::cli {
 namespace {
@@ -57,9 +56,8 @@ session::Session& prepare(Context& context, const MoveArguments& arguments) {
 
 int move_named(Context& context, const MoveArguments& arguments) {
   session::Session& session = prepare(context, arguments);
-  return run_for_users(context, session, arguments.selection.names, [&](const std::string& key) {
-    return lifecycle::Move_One_User(session, key) != lifecycle::MoveOutcome::kNotMoved;
-  });
+  return run_for_users(context, session, arguments.selection.names,
+                       [&](const batch::RunHooks& hooks) { batch::move_selection(session, hooks); });
 }
 
 int move_selected(Context& context, const MoveArguments& arguments) {

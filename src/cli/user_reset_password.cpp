@@ -18,14 +18,13 @@ struct ResetArguments {
 
 int reset_one(Context& context, session::Session& session, const std::string& name) {
   const controls::TreeNode& node = reach_user(context, session, name);
-  const std::size_t rows = session.form1.ListView1.size();
   const bool done = lifecycle::Reset_Password(session, node);
-  const bool asked_no = !done && session.form1.ListView1.size() == rows &&
-                        session.form1.StatusBar1.panel1.get() != "Error ReSetting Password...";
+  const std::vector<std::string> reasons = session.log.take_reasons();
+  const bool asked_no = !done && reasons.empty();
   const std::string_view light = done ? session::kGreen : asked_no ? session::kYellow : session::kRed;
   const std::string message = done       ? "Password Reset For " + node.text
                               : asked_no ? "Password not reset for " + node.text
-                                         : "Error ReSetting Password for: " + node.text;
+                                         : reasons.front();
   context.output().result({{"user", name}, {"light", light}, {"message", message}},
                           context.output().light(light) + "  " + message);
   session.form1.StatusBar1.panel1 = "Ready.";

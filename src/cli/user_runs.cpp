@@ -1,38 +1,22 @@
 #include "cli/user_runs.hpp"
 
-#include <algorithm>
-
-#include "base/text.hpp"
+#include "cli/display.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "cli/interrupt.hpp"
-#include "cli/progress.hpp"
-#include "lifecycle/folder_use.hpp"
+#include "cli/selection_run.hpp"
 
 namespace twk::cli {
 namespace {
 
 using session::Session;
 
-/// The row of the log tab that tells what came of one user; none when nothing was told.
-const controls::ListRow* told_since(const Session& session, std::size_t rows) {
-  const controls::ListView& log = session.form1.ListView1;
-  for (std::size_t i = rows; i + 1 < log.size(); ++i) {
-    if (log.at(i).icon != session::kGreen)
-      complain(log.at(i).icon + ": " + std::string(base::trim(log.at(i).text)));
-  }
-  return log.size() == rows ? nullptr : &log.at(log.size() - 1);
-}
-
-int tell(Context& context, const std::string& name, const controls::ListRow* row, bool done) {
-  if (row == nullptr) {
-    complain(name + ": nothing was done.");
-    return kExitYellow;
-  }
-  const std::string message(base::trim(row->text));
-  context.output().result({{"user", name}, {"light", row->icon}, {"message", message}, {"done", done}},
-                          context.output().light(row->icon) + "  " + message);
-  return exit_code_of_light(row->icon);
+void print(Context& context, const batch::UserOutcome& outcome) {
+  const std::string_view light = light_of(outcome);
+  const std::string message = outcome.light.empty() ? outcome.user + ": " + outcome.message : outcome.message;
+  context.output().result(
+      {{"user", outcome.user}, {"light", light}, {"message", message}, {"done", outcome.done}},
+      context.output().light(light) + "  " + printable(message));
 }
 
 void print_step(Context& context, const std::string& step) {
@@ -48,41 +32,22 @@ std::string key_of_user(Context& context, const std::string& name) {
 }
 
 int run_for_users(Context& context, Session& session, const std::vector<std::string>& names,
-                  const std::function<bool(const std::string& key)>& operation) {
-  std::vector<std::string> keys;
-  keys.reserve(names.size());
-  for (const std::string& name : names)
-    keys.push_back(key_of_user(context, name));
-  const lifecycle::KnownFolders known(session);
-  Progress progress;
-  context.dialogs().before_text([&] { progress.clear(); });
-  context.dialogs().on_events([&] { session.import.ImportStopped = interrupted(); });
-  const auto step = session.multi_user.Label3.caption.watch(
-      [&] { progress.show(session.multi_user.Label3.caption.get()); });
-  const auto file = session.multi_user.progress.caption.watch(
-      [&] { progress.show(session.multi_user.progress.caption.get()); });
-  int exit_code = kExitGreen;
-  for (std::size_t i = 0; i < keys.size() && !interrupted(); ++i) {
-    const std::size_t rows = session.form1.ListView1.size();
-    session.form1.StatusBar1.panel1 = std::string();
-    const bool done = operation(keys[i]);
-    progress.clear();
-    // Of a run the status bar holds only what failed on files.
-    if (!session.form1.StatusBar1.panel1.get().empty()) {
-      complain(session.form1.StatusBar1.panel1.get());
-      exit_code = std::max(exit_code, kExitYellow);
-    }
-    if (!session.runs.rehearse || session.form1.ListView1.size() == rows ||
-        session.form1.ListView1.at(session.form1.ListView1.size() - 1).icon == session::kRed)
-      exit_code = std::max(exit_code, tell(context, names[i], told_since(session, rows), done));
+                  const std::function<void(const batch::RunHooks& hooks)>& run) {
+  controls::ListView& selection = session.multi_user.ListView1;
+  selection.clear();
+  for (const std::string& name : names) {
+    const std::string key = key_of_user(context, name);
+    if (selection.find_key(key) == nullptr)
+      selection.add(key, context.domain().active_directory ? name : key, "USER");
   }
-  context.dialogs().before_text({});
-  context.dialogs().on_events({});
-  if (interrupted()) {
+  const bool several = selection.size() > 1;
+  const RunCounts counts = run_counted(
+      context, session, {}, run, [&context](const batch::UserOutcome& outcome) { print(context, outcome); });
+  if (several)
+    return tell_counts(context, counts, static_cast<bool>(session.runs.rehearse));
+  if (interrupted())
     complain("stopped");
-    exit_code = std::max(exit_code, kExitYellow);
-  }
-  return exit_code;
+  return exit_code_of_light(counts.light());
 }
 
 void add_even_if_shared(Command& command, bool& even_if_shared) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "batch/run_controls.hpp"
 #include "cli/command.hpp"
 #include "cli/context.hpp"
 
@@ -13,11 +14,12 @@ namespace twk::cli {
 /// The key that the runs know a user by, of any of the user's names. Raises `Refused`.
 std::string key_of_user(Context& context, const std::string& name);
 
-/// Runs an operation for each user by its key, until Ctrl-C is pressed. The last row that it adds to the log
-/// tab is the user's result, what else is not GREEN goes to standard error. A terminal shows how far it is.
-/// The exit code is that of the worst light, YELLOW for a user about whom nothing was done.
+/// Takes the users by their names, all of whom must be there, for the selection of the multi-user window and
+/// runs a function of it over them. Each user's outcome is a result, { user, light, message, done }; the
+/// counts of several are the last one. The exit code is that of the counts. Raises `Refused` for a name that
+/// nobody has.
 int run_for_users(Context& context, session::Session& session, const std::vector<std::string>& names,
-                  const std::function<bool(const std::string& key)>& operation);
+                  const std::function<void(const batch::RunHooks& hooks)>& run);
 
 /// "--even-if-shared", and what a session is told of it.
 void add_even_if_shared(Command& command, bool& even_if_shared);

@@ -96,7 +96,8 @@ int change_selected(Context& context, Session& session, const Arguments& argumen
   const int exit_code =
       run_over_selection(context, session, arguments.selection, [&](const batch::RunHooks& hooks) {
         session.ad_properties.user_done = [&](const PropertyOutcome& outcome) {
-          hooks.done({outcome.user, outcome.path, light_of(outcome), message_of(session, outcome)});
+          hooks.done(
+              {outcome.user, outcome.path, light_of(outcome), message_of(session, outcome), outcome.changed});
         };
         batch::CHANGE_AD_Click(session);
         session.ad_properties.user_done = {};
@@ -150,7 +151,10 @@ int change_from_file(Context& context, Session& session, const std::string& file
   RunProgress progress(context, session);
   session.ad_properties.user_done = [&](const PropertyOutcome& outcome) {
     progress.clear();
-    ++(outcome.changed ? counts.done : outcome.skipped ? counts.unknown : counts.failed);
+    if (outcome.skipped)
+      ++counts.unknown;
+    else
+      counts.add(light_of(outcome), outcome.changed);
     print_line(context, session, outcome);
   };
   batch::change_from_file(session, title, bytes, {.find = Finder(context.domain()), .strict = true});

@@ -1,3 +1,4 @@
+#include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
 #include "creation/account_texts.hpp"
@@ -130,8 +131,7 @@ bool set_password(CreationRun& run, User& user, bool is_set) {
     log(run, "Setting user password: " + run.Password);
   base::Trap trap;
   if (!is_set && !trap([&] { user.SetPassword(run.Password); })) {
-    warn(run, "Error:- Unable to set User password");
-    log(run, trap.description());
+    warn(run, "Error:- Unable to set User password", base::in_words(trap.number(), trap.description()));
     return false;
   }
   if (debug)
@@ -144,7 +144,7 @@ void warn_if_disabled(CreationRun& run, const User& user) {
   bool disabled = false;
   base::Trap unknown;
   if (unknown([&] { disabled = user.AccountDisabled(); }) && disabled)
-    warn(run, "The account is disabled: it has no password");
+    warn(run, "The account is disabled: it has no password", "set one and enable it");
 }
 
 /// The last write of an account that is made in several.
@@ -157,7 +157,7 @@ void write_settings(CreationRun& run, User& user, bool password_refused) {
       trap([&] { user.put_AccountDisabled(true); });
   }
   if (!trap([&] { stage_expiry(run, user); }))
-    log(run, "Error setting account expiry: " + trap.description());
+    warn(run, "Error setting account expiry", base::in_words(trap.number(), trap.description()));
   stage_home_drive(run, user);
   user.SetInfo();
   if ((password_refused || run.Password.empty()) && !form.New_Disabled.on())
@@ -177,7 +177,7 @@ void set_user_flags(CreationRun& run) {
         user.Put("UserFlags", user.Get("UserFlags").integer() | flags);
         user.SetInfo();
       })) {
-    log(run, "Error setting account flags: " + trap.description());
+    warn(run, "Error setting account flags", base::in_words(trap.number(), trap.description()));
   }
 }
 

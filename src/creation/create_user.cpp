@@ -1,5 +1,6 @@
 #include "creation/create_user.hpp"
 
+#include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "controls/basic.hpp"
 #include "creation/account_stage.hpp"
@@ -147,8 +148,9 @@ void write_summary(CreationRun& run, bool warned) {
 }
 
 void tell(Session& session, const std::string& user, std::string_view light, const std::string& message) {
-  session::LOG_TAB(session, light, message);
-  session.LastCreation = {user, std::string(light), message};
+  std::vector<std::string> warnings = session.log.reasons();
+  session.LastCreation = {user, std::string(light), session::LOG_TAB(session, light, message),
+                          std::move(warnings)};
 }
 
 void finish(CreationRun& run) {
@@ -189,10 +191,9 @@ void fail(CreationRun& run, const base::RuntimeError& failure) {
   form.StatusBar1.panel1 = session.Error_Status_Text;
   log(run, session.Error_Log_Text);
   log(run, "Error Number: " + base::to_text(failure.number()));
-  log(run, failure.description());
+  session.log.reason(base::in_words(failure));
   session.log.close();
   tell(session, run.UserId, session::kRed, session.Error_Status_Text + " ");
-  session.LastCreation.message += failure.description();
   show_step(run, "Error");
   form.mouse_pointer = 0;
   form.enabled = !session.import.Importing;

@@ -32,7 +32,13 @@ void log(CreationRun& run, std::string_view text) {
 
 void warn(CreationRun& run, std::string_view text) {
   run.session.platform.dialogs.beep();
-  log(run, text);
+  run.session.log.reason(text);
+  run.RunWarning = 2;
+}
+
+void warn(CreationRun& run, std::string_view text, std::string_view why) {
+  run.session.platform.dialogs.beep();
+  run.session.log.reason(text, why);
   run.RunWarning = 2;
 }
 

@@ -94,6 +94,8 @@ enum class Step {
 void log(CreationRun& run, std::string_view text);
 /// A line, a beep, and the run ends "YELLOW".
 void warn(CreationRun& run, std::string_view text);
+/// The same with the cause.
+void warn(CreationRun& run, std::string_view text, std::string_view why);
 /// The caption under the progress bar.
 void show_step(CreationRun& run, std::string_view caption);
 void set_progress(CreationRun& run, int value);

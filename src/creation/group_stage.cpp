@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
 #include "directory/operations.hpp"
@@ -40,7 +41,8 @@ bool join(CreationRun& run, const std::string& path, std::string_view name) {
   session.CurrentGroup.reset();
   if (trap.number() == 0)
     return true;
-  warn(run, "Error adding user to group: " + std::string(name));
+  warn(run, "Error adding user to group: " + std::string(name),
+       base::in_words(trap.number(), trap.description()));
   return false;
 }
 
@@ -102,9 +104,9 @@ void join_groups_of_copied_user(CreationRun& run) {
             ->Groups();
   });
   if (trap.number() != 0) {
-    log(run, "Error Retrieving Group info for: " + request.SelectedNodeText);
-    warn(run, "Groups will not be set");
-    return;
+    session.log.reason("Error Retrieving Group info for: " + request.SelectedNodeText,
+                       base::in_words(trap.number(), trap.description()));
+    return warn(run, "Groups will not be set");
   }
   for (const ObjectPtr& group : groups) {
     const std::string name = group->Name();
@@ -142,7 +144,8 @@ void SetPrimaryGroup(CreationRun& run) {
         run.CurrentUserObject->SetInfo();
       })) {
     run.RunWarning = 2;
-    log(run, "Could not Set Primary Group - user may not be in group");
+    run.session.log.reason("Could not Set Primary Group - user may not be in group",
+                           base::in_words(trap.number(), trap.description()));
   }
 }
 

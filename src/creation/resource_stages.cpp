@@ -72,7 +72,7 @@ void CreateUserShares(CreationRun& run) {
   const auto log_each = [&](const auto& text_of) {
     for (const UserShare& share : shares) {
       if (share.result != ShareResult::kMade)
-        log(run, text_of(share) + server + "\\" + share.name);
+        run.session.log.reason(text_of(share) + server + "\\" + share.name);
     }
   };
   if (any(shares, ShareResult::kFailed)) {
@@ -83,7 +83,7 @@ void CreateUserShares(CreationRun& run) {
   if (any(shares, ShareResult::kFallbackList)) {
     run.RunWarning = 2;
     log_each([](const UserShare& share) { return share.security_fault; });
-    log(run, "Check Security permissions for Shares for invaild name");
+    run.session.log.reason("Check Security permissions for Shares for invaild name");
     return paint(light, controls::kYellow, "Completed");
   }
   for (const UserShare& share : shares)

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
 #include "directory/operations.hpp"
@@ -64,9 +65,9 @@ constexpr std::array<std::string_view, 42> kParticulars = {"userPrincipalName",
                                                            "wWWHomePage",
                                                            "url"};
 
-/// Writes those that are not written yet. False when that was refused. What a refused write leaves staged
-/// would spoil the next one, so the account is bound anew then.
-bool write(CreationRun& run, std::span<const DirectoryProperty> properties) {
+/// Writes those that are not written yet; gives why that was refused. What a refused write leaves staged
+/// would spoil the next one, so the account is bound again then.
+std::optional<std::string> refusal(CreationRun& run, std::span<const DirectoryProperty> properties) {
   base::Trap trap;
   if (trap([&] {
         for (const DirectoryProperty& one : properties) {
@@ -75,18 +76,19 @@ bool write(CreationRun& run, std::span<const DirectoryProperty> properties) {
         }
         run.CurrentUserObject->SetInfo();
       }))
-    return true;
+    return std::nullopt;
+  std::string reason = base::in_words(trap.number(), trap.description());
   trap([&] {
     run.CurrentUserObject = run.session.platform.directory.GetObject(run.CurrentUserObject->ADsPath());
   });
-  return false;
+  return reason;
 }
 
-void tell(CreationRun& run, const DirectoryProperty& property, bool written) {
+void tell(CreationRun& run, const DirectoryProperty& property, const std::optional<std::string>& refused) {
   const std::string what = property.attribute + ", " + property.value;
-  if (!written) {
+  if (refused) {
     run.RunWarning = 2;
-    return log(run, "Error setting " + what);
+    return run.session.log.reason("Error setting " + what, *refused);
   }
   if (base::equals_fold(property.attribute, "SAMACCOUNTNAME"))
     run.SamName = property.value;
@@ -98,9 +100,9 @@ void tell(CreationRun& run, const DirectoryProperty& property, bool written) {
 void write_all(CreationRun& run, std::vector<DirectoryProperty>& properties) {
   const auto waiting =
       std::count_if(properties.begin(), properties.end(), [](const auto& one) { return !one.is_written; });
-  const bool together = waiting > 1 && write(run, properties);
+  const bool together = waiting > 1 && !refusal(run, properties);
   for (const DirectoryProperty& one : properties)
-    tell(run, one, one.is_written || together || write(run, {&one, 1}));
+    tell(run, one, one.is_written || together ? std::nullopt : refusal(run, {&one, 1}));
   properties.clear();
 }
 
@@ -112,7 +114,7 @@ void ask_for_value(CreationRun& run, const std::string& attribute) {
   DirectoryProperty property{
       attribute, session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value")};
   if (!property.value.empty())
-    tell(run, property, write(run, {&property, 1}));
+    tell(run, property, refusal(run, {&property, 1}));
 }
 
 void refuse_taken_name(CreationRun& run, const std::string& name) {

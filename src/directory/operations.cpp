@@ -1,5 +1,6 @@
 #include "directory/operations.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
@@ -80,7 +81,7 @@ bool reset_password(Session& session, const std::string& path, std::string_view 
   });
   session.CurrentUser.reset();
   if (!set && reason != nullptr)
-    *reason = trap.description();
+    *reason = base::in_words(trap.number(), trap.description());
   return set;
 }
 

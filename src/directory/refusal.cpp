@@ -1,5 +1,6 @@
 #include "directory/refusal.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "session/session.hpp"
@@ -22,7 +23,7 @@ void tell(session::Session& session, std::string_view title, std::string_view li
 
 void tell_refusal(session::Session& session, std::string_view title, const std::string& what,
                   const base::Trap& failure) {
-  const std::string text = what + ": " + failure.description();
+  const std::string text = what + ": " + base::in_words(failure.number(), failure.description());
   tell(session, title, can_be_mended(failure.number()) ? session::kYellow : session::kRed, text,
        text + "\r\n\r\nError Number: " + base::to_text(failure.number()));
 }

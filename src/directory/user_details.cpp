@@ -1,5 +1,6 @@
 #include "directory/user_details.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
@@ -49,7 +50,8 @@ void change_groups(Session& session, ListView& from, ListView& to,
     if (changed)
       controls::move_row(from, row, to);
     else
-      form.StatusBar1.panel1 = "Error changing group " + row.text + ": " + trap.description();
+      form.StatusBar1.panel1 =
+          "Error changing group " + row.text + ": " + base::in_words(trap.number(), trap.description());
   }
 }
 
@@ -201,7 +203,8 @@ bool save_shown_user(Session& session, bool (*save)(Session& session)) {
   trap([&] { saved = save(session); });
   session.CurrentUser.reset();
   if (trap.number() != 0)
-    session.form1.StatusBar1.panel1 = "Error saving user: " + trap.description();
+    session.form1.StatusBar1.panel1 =
+        "Error saving user: " + base::in_words(trap.number(), trap.description());
   return saved;
 }
 

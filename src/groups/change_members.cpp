@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
@@ -25,7 +26,8 @@ bool bind_chosen(Session& session, const char* failure, const std::function<void
   trap(bind);
   if (trap.number() == 0)
     return true;
-  session.groups.StatusBar1.panel1 = std::string(failure) + ": " + trap.description();
+  session.groups.StatusBar1.panel1 =
+      std::string(failure) + ": " + base::in_words(trap.number(), trap.description());
   session.platform.dialogs.MsgBox(failure, platform::Buttons::kOk, platform::Icon::kExclamation, "");
   return false;
 }
@@ -57,14 +59,14 @@ void change_selected(Session& session, const std::string& group, ListView& from,
   for (const ListRow* const row : selected) {
     std::string reason;
     if (!trap([&] { reason = change(*row); }))
-      reason = row->text + ": " + trap.description();
+      reason = row->text + ": " + base::in_words(trap.number(), trap.description());
     if (reason.empty())
       moved.push_back(row);
     else
       window.refused.push_back({row->key, trap.number(), std::move(reason)});
   }
   if (!trap([&] { batch.commit(); }))
-    window.refused.push_back({{}, trap.number(), trap.description()});
+    window.refused.push_back({{}, trap.number(), base::in_words(trap.number(), trap.description())});
   controls::move_rows(from, moved, to);
   session.CurrentGroup.reset();
   tell_outcome(session, group);

@@ -1,5 +1,6 @@
 #include "groups/copy_group.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
@@ -158,7 +159,7 @@ bool frmCopy_Group_btnCopy_Group_Click(Session& session) {
   base::Trap trap;
   trap([&] { copy_users(session, *from, *to); });
   if (trap.number() != 0)
-    window.Label1.caption = "The copy ended: " + trap.description();
+    window.Label1.caption = "The copy ended: " + base::in_words(trap.number(), trap.description());
   return trap.number() == 0;
 }
 

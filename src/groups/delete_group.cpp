@@ -1,3 +1,4 @@
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "directory/user_details.hpp"
 #include "groups/group_object.hpp"
@@ -29,7 +30,8 @@ bool Groupsfrm_Delete_Group_Click(Session& session) {
   });
   session.CurrentGroup.reset();
   if (trap.number() != 0) {
-    window.StatusBar1.panel1 = "Error Deleting Group " + text + ": " + trap.description();
+    window.StatusBar1.panel1 =
+        "Error Deleting Group " + text + ": " + base::in_words(trap.number(), trap.description());
     dialogs.MsgBox("Error Deleting Group", platform::Buttons::kOk, platform::Icon::kExclamation,
                    "Delete Group");
     return false;

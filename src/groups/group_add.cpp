@@ -1,5 +1,6 @@
 #include "groups/group_add.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
@@ -61,7 +62,7 @@ bool make(Session& session, std::string_view name, std::string_view description,
   trap(make_it);
   session.CurrentGroup.reset();
   if (trap.number() != 0) {
-    tell_error(session, trap.description());
+    tell_error(session, base::in_words(trap.number(), trap.description()));
     return false;
   }
   session.groups.StatusBar1.panel1 = "Added group " + std::string(name);

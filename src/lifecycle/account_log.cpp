@@ -1,5 +1,6 @@
 #include "lifecycle/account_log.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/list_view.hpp"
@@ -34,7 +35,7 @@ void report_stopped(Session& session, const base::RuntimeError& failure) {
   session.multi_user.Label3.caption = session.Error_Status_Text;
   session.log.line(session.Error_Log_Text);
   session.log.line("Error Number: " + base::to_text(failure.number()));
-  session.log.reason(failure.description());
+  session.log.reason(base::in_words(failure));
   session.log.close();
   session::LOG_TAB(session, session::kRed, " " + session.Error_Status_Text);
 }
@@ -65,7 +66,7 @@ void run_account_command(Session& session, std::string_view label, std::string_v
   const creation::clsShell shell(session.platform.process);
   if (shell.Spawn(command, form.Wait_NEW.at(which).on(), window_style) != 0)
     return;
-  session.log.line(failure);
+  session.log.reason(failure);
   session.platform.dialogs.beep();
 }
 

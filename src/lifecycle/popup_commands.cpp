@@ -106,9 +106,11 @@ bool delete_folder(Session& session, const AccountProfile& profile, const std::s
   return deleted;
 }
 
-bool set_password(Session& session, const controls::TreeNode& node, const std::string& password) {
-  return session::is_active_directory(session) ? directory::Reset_AD_Password(session, password, node.key)
-                                               : directory::Reset_NT_Password(session, password, node.text);
+bool set_password(Session& session, const controls::TreeNode& node, const std::string& password,
+                  std::string& reason) {
+  return session::is_active_directory(session)
+             ? directory::Reset_AD_Password(session, password, node.key, &reason)
+             : directory::Reset_NT_Password(session, password, node.text, &reason);
 }
 
 }  // namespace
@@ -120,15 +122,16 @@ bool Reset_Password(Session& session, const controls::TreeNode& node) {
     return false;
   session.log.begin_block(session);
   const std::string password = format::reset_user_password_text(session, node.text);
-  const bool done = set_password(session, node, password);
+  std::string reason;
+  const bool done = set_password(session, node, password, reason);
   if (done) {
     session::LOG_TAB(session, session::kGreen, " Password Reset For " + node.text);
     session.log.line("Password Reset for: " + node.text +
                      (session::is_debug(session) ? " - " + password : std::string()));
     show(session, "Password for " + node.text + " has Been Reset.");
   } else {
-    show(session, "Error ReSetting Password...");
-    session.log.line("Error ReSetting Password for: " + node.text);
+    show(session, "Error ReSetting Password... " + reason);
+    session.log.reason("Error ReSetting Password for: " + node.text, reason);
     session.platform.dialogs.beep();
   }
   session.log.close();

@@ -29,22 +29,30 @@ std::string visible_controls(std::string_view text) {
   return out;
 }
 
+/// A text that ends in a blank keeps it.
+std::string with_reasons(std::string_view message, const std::vector<std::string>& reasons) {
+  constexpr std::size_t kMost = 5;
+  std::string text(message);
+  const char* separator = message.ends_with(' ') ? "- " : ": ";
+  for (std::size_t i = 0; i < std::min(reasons.size(), kMost); ++i) {
+    text += separator + reasons[i];
+    separator = "; ";
+  }
+  return reasons.size() > kMost ? text + "; and " + std::to_string(reasons.size() - kMost) + " more" : text;
+}
+
 }  // namespace
 
-void LOG_TAB(Session& session, std::string_view severity, std::string_view message) {
+std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message) {
   if (severity != kGreen && severity != kYellow && severity != kRed) {
     throw base::RuntimeError(base::error::kOutOfBounds, "No such light: " + std::string(severity));
   }
   if (severity == kRed)
     session.platform.dialogs.beep();
-  std::string text(message);
-  const char* separator = ": ";
-  for (const std::string& reason : session.log.take_reasons()) {
-    if (severity != kGreen)
-      text += separator + reason;
-    separator = "; ";
-  }
-  session.form1.ListView1.add({}, std::move(text), std::string(severity), {date_and_time(session)});
+  const std::vector<std::string> reasons = session.log.take_reasons();
+  std::string text = severity == kGreen ? std::string(message) : with_reasons(message, reasons);
+  session.form1.ListView1.add({}, text, std::string(severity), {date_and_time(session)});
+  return text;
 }
 
 void ActivityLog::open(Session& session) {
@@ -74,9 +82,19 @@ void ActivityLog::line(std::string_view text) {
 
 void ActivityLog::reason(std::string_view text) {
   line(text);
-  const std::string_view why = base::trim(text);
-  if (std::find(reasons_.begin(), reasons_.end(), why) == reasons_.end())
-    reasons_.emplace_back(why);
+  remember(text);
+}
+
+void ActivityLog::reason(std::string_view text, std::string_view why) {
+  line(text);
+  line(why);
+  remember(why.empty() ? std::string(text) : std::string(text) + ": " + std::string(why));
+}
+
+void ActivityLog::remember(std::string_view text) {
+  const std::string_view trimmed = base::trim(text);
+  if (!trimmed.empty() && std::find(reasons_.begin(), reasons_.end(), trimmed) == reasons_.end())
+    reasons_.emplace_back(trimmed);
 }
 
 std::vector<std::string> ActivityLog::take_reasons() {

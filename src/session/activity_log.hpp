@@ -21,8 +21,9 @@ inline constexpr std::string_view kAsterisks = "********************************
 
 /// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN bears the reasons
 /// that the log was given since the row before, behind the message: " User jo deleted.: Error Deleting: …;
-/// …". Raises when the severity is none of the three.
-void LOG_TAB(Session& session, std::string_view severity, std::string_view message);
+/// …", each text once and the first of many. Gives the text of the row. Raises when the severity is none of
+/// the three.
+std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message);
 
 /// "Log.txt" in the database directory, open for the block of one operation. Lines go out in code page 1252
 /// with CR LF, one write a line; a control character in a line is written as "<U+000A>".
@@ -39,7 +40,13 @@ class ActivityLog {
   void line(std::string_view text);
   /// A line that also says why the next light will not be GREEN. It counts while the file is closed, too.
   void reason(std::string_view text);
-  /// The reasons since the last row of the log tab, which are none from here on.
+  /// The same with the cause, which is a line of its own.
+  void reason(std::string_view text, std::string_view why);
+  /// A reason whose lines are written already.
+  void remember(std::string_view text);
+  /// The reasons since the last row of the log tab.
+  [[nodiscard]] const std::vector<std::string>& reasons() const { return reasons_; }
+  /// They are none from here on.
   std::vector<std::string> take_reasons();
   void close();
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }

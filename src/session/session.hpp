@@ -38,6 +38,7 @@ struct CreationOutcome {
   std::string user;
   std::string light;
   std::string message;
+  std::vector<std::string> warnings;  ///< why it is not GREEN, each reason for itself
 };
 
 /// What became of one line of an import.

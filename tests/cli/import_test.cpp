@@ -22,10 +22,11 @@ TEST_F(ImportingUsers, GivesARowALineAndTheCounts) {
   EXPECT_EQ(result.exit_code, 1) << result.err;
   const auto lines = json_lines(result.out);
   ASSERT_EQ(lines.size(), 5U);
-  EXPECT_EQ(
-      lines[0],
-      nlohmann::json(
-          {{"line", 1}, {"user", "John.Smith"}, {"light", "GREEN"}, {"message", "John.Smith Created User"}}));
+  EXPECT_EQ(lines[0], nlohmann::json({{"line", 1},
+                                      {"user", "John.Smith"},
+                                      {"light", "GREEN"},
+                                      {"message", "John.Smith Created User"},
+                                      {"warnings", nlohmann::json::array()}}));
   EXPECT_EQ(lines[1]["message"], "The line has fewer than two fields");
   EXPECT_EQ(lines[2]["user"], "Jürgen.Müller");
   EXPECT_EQ(lines[3]["light"], "RED");

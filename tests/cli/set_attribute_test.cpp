@@ -43,7 +43,8 @@ class SetAttribute : public TwkLab {
 
 TEST_F(SetAttribute, GivesNamedUsersTheValue) {
   EXPECT_THAT(rows_of({"title", "Clerk of %UserName%", "Jo.Smith", "Ann.Lee"}),
-              ElementsAre("GREEN Jo.Smith", "GREEN Ann.Lee", "GREEN 2 done, 0 failed, 0 unknown."));
+              ElementsAre("GREEN Jo.Smith", "GREEN Ann.Lee",
+                          "GREEN 2 done, 0 of them with warnings, 0 failed, 0 unknown."));
   EXPECT_THAT(entry("Jo.Smith"), HasSubstr("title: Clerk of Jo.Smith\n"));
   EXPECT_THAT(entry("Ann.Lee"), HasSubstr("title: Clerk of Ann.Lee\n"));
   EXPECT_THAT(get_file(database_file("Log.txt")),
@@ -54,7 +55,7 @@ TEST_F(SetAttribute, ReachesUnitsAndFilesOfNames) {
   EXPECT_EQ(set({"title", "Clerk", "--ou", kNewStarters}).exit_code, 0);
   EXPECT_THAT(entry("Ann.Lee"), HasSubstr("title: Clerk\n"));
   EXPECT_THAT(rows_of({"title", "Head", "--from-file", "-"}, "Ann.Lee\n"),
-              ElementsAre("GREEN Ann.Lee", "GREEN 1 done, 0 failed, 0 unknown."));
+              ElementsAre("GREEN Ann.Lee", "GREEN 1 done, 0 of them with warnings, 0 failed, 0 unknown."));
   EXPECT_THAT(entry("Ann.Lee"), HasSubstr("title: Head\n"));
   EXPECT_THAT(entry("Jo.Smith"), HasSubstr("title: Clerk\n"));
 }
@@ -76,7 +77,8 @@ TEST_F(SetAttribute, TellsWhoFailedAndGoesOn) {
   EXPECT_EQ(set({"title", "Clerk", "Jo.Smith", "Nobody", "Ann.Lee"}).exit_code, 1);
   EXPECT_THAT(entry("Ann.Lee"), HasSubstr("title: Clerk\n"));
   EXPECT_THAT(rows_of({"countryCode", "many", "Jo.Smith", "Ann.Lee"}),
-              ElementsAre("RED Jo.Smith", "RED Ann.Lee", "RED 0 done, 2 failed, 0 unknown."));
+              ElementsAre("RED Jo.Smith", "RED Ann.Lee",
+                          "RED 0 done, 0 of them with warnings, 2 failed, 0 unknown."));
   EXPECT_EQ(set({"countryCode", "many", "Jo.Smith"}).exit_code, 2);
 }
 
@@ -121,7 +123,7 @@ TEST_F(SetAttribute, FileGivesEachUserItsOwnValue) {
                                 "Ann.Lee,Fran\xE7ois\r\nAnn Lee,\r\n");
   EXPECT_THAT(rows_of({"title", "--from-file", path}),
               ElementsAre("1 GREEN Jo.Smith", "2 RED Nobody", "4 RED ann.lee", "5 GREEN Ann.Lee",
-                          "6 RED Ann Lee", "YELLOW 2 done, 1 failed, 2 unknown."));
+                          "6 RED Ann Lee", "RED 2 done, 0 of them with warnings, 1 failed, 2 unknown."));
   EXPECT_THAT(entry("Jo.Smith"), HasSubstr("title: \"Head, of \"\"it\"\"\"\n"));
   EXPECT_THAT(entry("Ann.Lee"), HasSubstr("title:: RnJhbsOnb2lz\n"));
   const std::string log = get_file(database_file("Log.txt"));
@@ -131,7 +133,8 @@ TEST_F(SetAttribute, FileGivesEachUserItsOwnValue) {
 
 TEST_F(SetAttribute, FileOfTimesRefusesOtherWords) {
   EXPECT_THAT(rows_of({"WTSTimeoutIdle", "--from-file", "-"}, "Jo.Smith,7 mins\nAnn.Lee,10 mins\n"),
-              ElementsAre("1 RED Jo.Smith", "2 GREEN Ann.Lee", "YELLOW 1 done, 1 failed, 0 unknown."));
+              ElementsAre("1 RED Jo.Smith", "2 GREEN Ann.Lee",
+                          "RED 1 done, 0 of them with warnings, 1 failed, 0 unknown."));
   EXPECT_THAT(run({"ts", "show", "Ann.Lee"}).out, HasSubstr("10 mins"));
 }
 

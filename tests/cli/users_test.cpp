@@ -134,13 +134,27 @@ TEST_F(ManyUsers, AreDeletedByGroupWithTheirFolders) {
   EXPECT_FALSE(std::filesystem::exists(lab() + "/servers/FS1/D/Users/Jo.Smith"));
   EXPECT_EQ(run({"user", "show", "Ann.Lee"}).exit_code, 2);
   EXPECT_EQ(told.end["failed"], 0);
+  // An account that is gone counts as done by every command, whatever stays of it.
+  for (const std::string name : {"Eva", "Ada"}) {
+    EXPECT_EQ(create({"--ou", kNewStarters, name, "Day"}).exit_code, 0);
+    EXPECT_EQ(run({"user", "set", name + ".Day", R"(home=\\FS1\gone$)"}).exit_code, 0);
+  }
+  const Told kept = tell({"delete", "Eva.Day", "--account", "--data", "--no-prompting"});
+  EXPECT_EQ(kept.exit_code, 1);
+  EXPECT_THAT(kept.rows, ElementsAre("YELLOW Eva.Day"));
+  EXPECT_EQ(kept.end["message"], "1 done, 1 of them with warnings, 0 failed, 0 unknown.");
+  EXPECT_EQ(kept.end["warnings"], 1);
+  const ProgramResult one =
+      run({"--json", "user", "delete", "Ada.Day", "--account", "--data", "--no-prompting"});
+  EXPECT_EQ(one.exit_code, 1);
+  EXPECT_EQ(json_lines(one.out).front()["done"], true);
 }
 
 TEST_F(ManyUsers, ARehearsedDeletionChangesNothing) {
   const ProgramResult result = run({"users", "delete", "--ou", kNewStarters, "--account", "--dry-run"});
   EXPECT_EQ(result.exit_code, 0) << result.err;
   EXPECT_THAT(result.out, HasSubstr("Delete the account LDAP://twk.test/CN=Kim.Day," + kNewStarters));
-  EXPECT_THAT(result.out, HasSubstr("3 rehearsed, 0 failed, 0 unknown."));
+  EXPECT_THAT(result.out, HasSubstr("3 rehearsed, 0 of them with warnings, 0 failed, 0 unknown."));
   EXPECT_EQ(run({"user", "show", "Kim.Day"}).exit_code, 0);
 }
 

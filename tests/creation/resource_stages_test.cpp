@@ -52,7 +52,7 @@ class ResourceStages : public testing::TestWithParam<DomainKind> {
   }
   void expect_yellow_for(const std::string& reason) {
     EXPECT_THAT(world.log_tab(),
-                ElementsAre(testing::AllOf(testing::StartsWith("YELLOW Jo.Smith Created User : "),
+                ElementsAre(testing::AllOf(testing::StartsWith("YELLOW Jo.Smith Created User - "),
                                            HasSubstr(reason))));
   }
   platform::Sid sid(std::string_view account) {

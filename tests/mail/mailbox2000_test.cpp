@@ -78,7 +78,7 @@ TEST(Mailbox2000, ARefusedRowWarnsAndTheNextIsWritten) {
   world.add_row("extensionAttribute1", "written");
   world.create();
   EXPECT_EQ(world.colour(), controls::kYellow);
-  EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User : ")));
+  EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User - ")));
   EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute1"), "written");
 }
 
@@ -90,7 +90,7 @@ TEST(Mailbox2000, WithoutTheStoreOrInAWinNtDomainThereIsNone) {
     world.create();
     EXPECT_EQ(world.light(), "Error");
     EXPECT_THAT(world.log(), HasSubstr("Failed to create Mail Account\n"));
-    EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User : ")));
+    EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User - ")));
     EXPECT_EQ(world.property("Jo.Smith", "homeMDB"), "");
   }
 }

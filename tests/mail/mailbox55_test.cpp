@@ -110,7 +110,7 @@ TEST(Mailbox55, WithoutAddressOrContainerNothingIsMade) {
     std::erase_if(rows, [&](const auto& row) { return row.first == missing; });
     world.start_with(rows);
     world.create();
-    EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User : ")));
+    EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User - ")));
     EXPECT_EQ(world.light(), "Error");
     EXPECT_EQ(world.colour(), controls::kRed);
     const bool no_address = missing == kRows[1].first;
@@ -234,7 +234,7 @@ TEST(Mailbox55, ADroppedConnectionIsToldWithTheStepItBroke) {
     EXPECT_EQ(world.light(), "Error") << broken;
     EXPECT_THAT(world.log(), HasSubstr("Error Number: 8007203A\n" + text + "\nthe line is dead\n"));
     EXPECT_THAT(world.log_tab(),
-                ElementsAre("YELLOW Jo.Smith Created User : " + text + "; the line is dead"));
+                ElementsAre("YELLOW Jo.Smith Created User - " + text + "; the line is dead"));
   }
 }
 

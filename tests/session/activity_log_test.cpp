@@ -18,6 +18,12 @@ TEST_F(Log, ARowHoldsLightMessageDateAndTime) {
   EXPECT_EQ(rows.at(0).text, "done");
   EXPECT_EQ(rows.at(0).sub_items.at(0), "31/12/2026 09:05:00");
   EXPECT_EQ(dialogs.beeps, 1) << "only RED beeps";
+  session.log.reason("Error Deleting: x", "in use");
+  session.log.reason("Error Deleting: x: in use");
+  EXPECT_EQ(LOG_TAB(session, kYellow, "Jo deleted."), "Jo deleted.: Error Deleting: x: in use");
+  for (const char* const one : {"a", "b", "c", "d", "e", "f"})
+    session.log.remember(one);
+  EXPECT_EQ(LOG_TAB(session, kYellow, "Created User "), "Created User - a; b; c; d; e; and 1 more");
   EXPECT_THROW(LOG_TAB(session, "Red", "no such light"), base::RuntimeError);
 }
 
