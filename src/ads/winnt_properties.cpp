@@ -58,7 +58,8 @@ const Property& find_property(std::string_view name) {
 
 bool is_locked(AttributeAccess& entry) {
   const std::string since = entry.get("lockoutTime").text();
-  return !since.empty() && since != "0";
+  return !since.empty() && since != "0" &&
+         !platform::is_lapsed_lock(entry.get("msDS-User-Account-Control-Computed"));
 }
 
 bool must_change_password(AttributeAccess& entry) {

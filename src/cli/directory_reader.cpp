@@ -127,6 +127,18 @@ std::string look_up(const Domain& domain, std::string_view kind, std::string_vie
                                              ")(distinguishedName=" + value + "))"),
                  {"ADsPath"});
   }
+  if (rows.empty() && name.find('=') != base::npos) {
+    // A distinguished name in another spelling than the directory's.
+    base::Trap missing;
+    std::string dn;
+    missing([&] {
+      dn = domain.services.directory.GetObject(ldap_path(domain, name))->Get("distinguishedName").text();
+    });
+    if (!dn.empty())
+      rows = query(domain, {},
+                   conjunction(conditions, "(distinguishedName=" + platform::escape_filter_value(dn) + ")"),
+                   {"ADsPath"});
+  }
   if (rows.size() > 1)
     throw Refused("More than one " + std::string(kind) + " is called \"" + std::string(name) + "\".");
   return rows.empty() ? std::string() : rows.front()[0].text();
@@ -228,6 +240,22 @@ Json group_row(std::string name, std::int32_t type, bool builtin, std::string de
           {"scope", std::move(scope)},
           {"description", std::move(description)},
           {"dn", std::move(dn)}};
+}
+
+/// The name of a place for users as the directory spells it, whatever escapes and blanks `dn` has; empty when
+/// there is none of that name.
+std::string spelled_ou(const Domain& domain, std::string_view dn) {
+  constexpr std::array<std::string_view, 4> kPlaces = {"organizationalUnit", "container", "builtinDomain",
+                                                       "domainDNS"};
+  std::string spelled;
+  base::Trap missing;
+  missing([&] {
+    const ObjectPtr place = domain.services.directory.GetObject(ldap_path(domain, dn));
+    const std::string kind = place->Class();
+    if (std::any_of(kPlaces.begin(), kPlaces.end(), [&](auto one) { return base::equals_fold(kind, one); }))
+      spelled = place->Get("distinguishedName").text();
+  });
+  return spelled;
 }
 
 }  // namespace
@@ -392,6 +420,8 @@ std::vector<std::string> list_ous(const Domain& domain) {
 std::string locate_ou(const Domain& domain, std::string_view dn) {
   if (!domain.active_directory)
     throw Refused("A WinNT domain has no organizational units.");
+  if (std::string spelled = spelled_ou(domain, dn); !spelled.empty())
+    return spelled;
   const auto rows = query(
       domain, {}, "(|(objectClass=organizationalUnit)(objectClass=container)(objectClass=builtinDomain))",
       {"distinguishedName"});

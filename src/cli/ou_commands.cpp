@@ -1,9 +1,11 @@
 #include "base/text.hpp"
 #include "cli/commands.hpp"
 #include "cli/context.hpp"
+#include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/create_ou.hpp"
+#include "directory/manage_ou.hpp"
 #include "directory/names.hpp"
 #include "directory/tree_path.hpp"
 #include "platform/ldap_text.hpp"
@@ -44,12 +46,57 @@ int create_ou(Context& context, const OuArguments& given) {
       });
 }
 
+struct ManageArguments {
+  std::string name;
+  bool without_units_below = false;
+  bool machine = false;
+  bool whole_domain = false;
+};
+
+int tell_limit(Context& context, const session::Session& session) {
+  const std::string& ou = session.ManagedOU;
+  context.output().result(
+      {{"light", session::kGreen},
+       {"ou", ou.empty() ? Json(nullptr) : Json(ou)},
+       {"unitsBelow", session.ManageSubOUs}},
+      ou.empty() ? "The whole domain is managed"
+                 : "Managed: " + ou + (session.ManageSubOUs ? " and what is below it" : " alone"));
+  return kExitGreen;
+}
+
+int manage_ou(Context& context, const ManageArguments& arguments) {
+  if (arguments.whole_domain && !arguments.name.empty())
+    throw UsageError("--whole-domain and a unit exclude each other");
+  session::Session& session = context.session(Depth::kSettings);
+  if (arguments.whole_domain)
+    directory::lift_limit(session);
+  if (!arguments.name.empty()) {
+    directory::limit_to_ou(session, locate_ou(context.domain(), arguments.name),
+                           !arguments.without_units_below,
+                           arguments.machine ? platform::kHiveLocalMachine : platform::kHiveCurrentUser);
+  }
+  return tell_limit(context, session);
+}
+
+void add_manage(Command& ou, Context& context) {
+  auto arguments = std::make_shared<ManageArguments>();
+  auto* manage =
+      ou.add_subcommand("manage", "Limit this program to one organizational unit, or show the limit");
+  manage->add_option("DN", arguments->name, "Its distinguished name; without it the limit is shown");
+  manage->add_flag("--without-units-below", arguments->without_units_below, "The unit alone");
+  manage->add_flag("--machine", arguments->machine, "For everybody on this machine");
+  manage->add_flag("--whole-domain", arguments->whole_domain, "Lift the limit");
+  manage->callback(
+      [=, &context] { context.set_action([=, &context] { return manage_ou(context, *arguments); }); });
+}
+
 }  // namespace
 
 void add_ou_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<OuArguments>();
   auto* ou = app.add_subcommand("ou", "Organizational units");
   ou->require_subcommand();
+  add_manage(*ou, context);
   auto* create = ou->add_subcommand("create", "Create an organizational unit");
   create->add_option("NAME", arguments->name, "Its name, or its distinguished name")->required();
   create

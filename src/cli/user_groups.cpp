@@ -1,11 +1,12 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "cli/directory_reader.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
-#include "cli/near_matches.hpp"
 #include "cli/user_commands.hpp"
 #include "directory/user_details.hpp"
+#include "platform/ldap_text.hpp"
 
 namespace twk::cli {
 namespace {
@@ -21,23 +22,42 @@ struct GroupArguments {
 
 const std::vector<Column> kColumns = {{"name", "Group"}, {"primary", "Primary"}};
 
-/// Selects the group in one of the two lists. Raises `Refused` when it is not there.
-void select_group(ListView& list, const ListView& other, const std::string& name, const char* elsewhere) {
-  const auto rows = list.find_text(name);
-  if (rows.size() > 1)
-    throw Refused("More than one group is called \"" + name + "\".");
-  if (rows.size() == 1) {
-    list.set_selected(list.at(list.place_of(*rows.front())), true);
-    return;
-  }
-  if (!other.find_text(name).empty())
-    throw Refused("The user is " + std::string(elsewhere) + " the group \"" + name + "\".");
-  std::vector<std::string> names;
-  for (const ListView* const one : {static_cast<const ListView*>(&list), &other}) {
-    for (std::size_t i = 0; i < one->size(); ++i)
-      names.push_back(one->at(i).text);
-  }
-  throw Refused(no_such_text("group", name, names));
+/// A group by the key that the lists know it by, whatever of its names it was given by.
+struct ChosenGroup {
+  std::string key;
+  std::string name;
+};
+
+ChosenGroup find_group(const Domain& domain, const std::string& name) {
+  const std::string found = locate_group(domain, name);
+  if (!domain.active_directory)
+    return {found, found};
+  const std::string path = "LDAP://" + domain.name + "/" + found;
+  return {path, platform::unescape_dn_value(domain.services.directory.GetObject(path)->Name().substr(3))};
+}
+
+/// Selects the group in the list of those that the user is not in. One that the session did not load comes
+/// into it.
+void select_to_add(session::Form1& form, const ChosenGroup& group) {
+  if (form.ListView4.find_key(group.key) != nullptr)
+    throw Refused("The user is already in the group \"" + group.name + "\".");
+  ListView& list = form.ListView3;
+  const ListRow* row = list.find_key(group.key);
+  if (row == nullptr)
+    row = &list.add(group.key, group.name, "W2KGRP");
+  list.set_selected(list.at(list.place_of(*row)), true);
+}
+
+void select_to_remove(session::Form1& form, const ChosenGroup& group) {
+  ListView& list = form.ListView4;
+  const ListRow* const row = list.find_key(group.key);
+  if (row == nullptr)
+    throw Refused("The user is not in the group \"" + group.name + "\".");
+  if (!row->sub_items.empty())
+    throw Refused("\"" + group.name +
+                  "\" is the user's primary group, which no account can leave. Make another group "
+                  "the primary one first.");
+  list.set_selected(list.at(list.place_of(*row)), true);
 }
 
 /// True when every selected group left the list; what refused stands in the status bar.
@@ -57,10 +77,11 @@ int change_groups(Context& context, const GroupArguments& arguments) {
   session::Form1& form = session.form1;
   if (!directory::show_user_details(session, reach_user(context, session, arguments.name)))
     throw Refused(form.StatusBar1.panel1);
+  const Domain domain = context.domain();
   for (const std::string& group : arguments.add)
-    select_group(form.ListView3, form.ListView4, group, "already in");
+    select_to_add(form, find_group(domain, group));
   for (const std::string& group : arguments.remove)
-    select_group(form.ListView4, form.ListView3, group, "not in");
+    select_to_remove(form, find_group(domain, group));
   bool whole = press(session, form.ListView4, directory::UM_REMOVE_GROUP_Click);
   whole = press(session, form.ListView3, directory::UM_ADD_GROUP_Click) && whole;
   std::vector<Json> rows;

@@ -22,11 +22,12 @@ int set_user(Context& context, const SetArguments& arguments) {
   fill_details_tab(session, arguments.assignments);
   directory::Userman_Save_Click(session);
   const std::string message = form.StatusBar1.panel1;
-  const bool saved = message == "Saved...";
-  const bool whole = saved && !session.details.part_refused;
+  const bool saved = message.starts_with("Saved");
+  const bool whole = saved && session.details.refused.empty();
   const std::string light(whole ? session::kGreen : saved ? session::kYellow : session::kRed);
-  context.output().result({{"user", user}, {"light", light}, {"message", message}},
-                          context.output().light(light) + "  " + user + ": " + message);
+  context.output().result(
+      {{"user", user}, {"light", light}, {"message", message}, {"warnings", session.details.refused}},
+      context.output().light(light) + "  " + user + ": " + message);
   return exit_code_of_light(light);
 }
 

@@ -4,6 +4,7 @@
 #include "creation/command_text.hpp"
 #include "creation/shell.hpp"
 #include "directory/load_options.hpp"
+#include "directory/names.hpp"
 #include "directory/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
@@ -54,7 +55,7 @@ bool container_is_read(const CreationRun& run) {
 void AddUserToViews(CreationRun& run) {
   Session& session = run.session;
   if (!session::is_active_directory(session)) {
-    add_to_tree(run, "root", run.UserId, run.UserId);
+    add_to_tree(run, directory::kNtRoot, directory::nt_user_key(run.UserId), run.UserId);
     add_to_lists(run, run.UserId, run.UserId);
     return;
   }

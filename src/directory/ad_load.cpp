@@ -68,6 +68,16 @@ void add_dummy(Session& session, TreeNode& node) {
   session.form1.TreeView1.add(&node, {}, std::string(kDummyNode), {});
 }
 
+/// A limit may have been typed, with other escapes and blanks than the paths of its users have.
+std::string spelled_by_directory(Session& session, const std::string& name) {
+  std::string spelled;
+  base::Trap missing;
+  missing([&] {
+    spelled = session.platform.directory.GetObject("LDAP://" + name)->Get("distinguishedName").text();
+  });
+  return spelled.empty() ? name : spelled;
+}
+
 void add_root(Load& load) {
   Session& session = load.session;
   controls::TreeView& tree = session.form1.TreeView1;
@@ -75,6 +85,7 @@ void add_root(Load& load) {
   if (!session.ManagedOU.empty()) {
     session.form1.DomName.enabled = false;
     session.form1.mnuOption[5].enabled = false;
+    session.ManagedOU = spelled_by_directory(session, session.ManagedOU);
     tree.add(nullptr, session.ManagedOU, ou_name(session.ManagedOU), "OU");
     load.base += "/" + session.ManagedOU;
     return;

@@ -1,5 +1,10 @@
 #include "directory/ad_user.hpp"
 
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <vector>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
@@ -141,13 +146,6 @@ void put_or_clear(User& user, std::string_view attribute, const std::string& tex
     user.Put(attribute, text);
 }
 
-void put_profile(const session::Form1& form, User& user) {
-  put_or_clear(user, "LoginScript", form.UM_Logon_Script.text);
-  put_or_clear(user, "Profile", form.UM_Profile_Dir.text);
-  put_or_clear(user, "HomeDrive", form.UM_Drive_Letter.text);
-  put_or_clear(user, "HomeDirectory", form.UM_Home_Dir.text);
-}
-
 void save_expiry(Session& session, User& user) {
   base::Trap trap;
   if (trap([&] {
@@ -155,41 +153,85 @@ void save_expiry(Session& session, User& user) {
         user.SetInfo();
       }))
     return;
-  session.details.part_refused = true;
+  session.details.refused.push_back("AccountExpirationDate: " + trap.description());
   session.platform.dialogs.MsgBox("Error setting expiration date: " + base::to_text(trap.number()),
                                   platform::Buttons::kOk, platform::Icon::kNone, "");
 }
 
-void put_account(const session::Form1& form, User& user) {
+/// A field of the tab and the text that its attribute is to hold; an empty one clears it.
+struct FieldChange {
+  std::string attribute;
+  std::string text;
+};
+
+std::vector<FieldChange> profile_fields(const session::Form1& form) {
+  return {{"LoginScript", form.UM_Logon_Script.text},
+          {"Profile", form.UM_Profile_Dir.text},
+          {"HomeDrive", form.UM_Drive_Letter.text},
+          {"HomeDirectory", form.UM_Home_Dir.text}};
+}
+
+std::vector<FieldChange> account_fields(const session::Form1& form) {
+  std::vector<FieldChange> fields;
   if (!form.UM_PreW2K.text.get().empty())
-    user.Put("samAccountName", form.UM_PreW2K.text.get());
-  put_or_clear(user, "EMailAddress", form.UM_MailAddress.text);
+    fields.push_back({"samAccountName", form.UM_PreW2K.text});
+  fields.push_back({"EMailAddress", form.UM_MailAddress.text});
   const std::string& logon = form.UM_Logon_Name.text;
-  put_or_clear(user, "userPrincipalName", logon.empty() ? logon : logon + form.UM_W2KDomain_Name.text.get());
+  fields.push_back({"userPrincipalName", logon.empty() ? logon : logon + form.UM_W2KDomain_Name.text.get()});
+  return fields;
 }
 
-void put_general(const session::Form1& form, User& user) {
-  put_or_clear(user, "FullName", form.UM_Full_Name.text);
-  put_or_clear(user, "Description", form.UM_Description.text);
-  put_or_clear(user, "FirstName", form.UM_First.text);
-  put_or_clear(user, "LastName", form.UM_Last.text);
-  put_or_clear(user, "OfficeLocations", form.UM_Office.text);
-  put_or_clear(user, "initials", form.UM_Initails.text);
+std::vector<FieldChange> general_fields(const session::Form1& form) {
+  return {{"FullName", form.UM_Full_Name.text},     {"Description", form.UM_Description.text},
+          {"FirstName", form.UM_First.text},        {"LastName", form.UM_Last.text},
+          {"OfficeLocations", form.UM_Office.text}, {"initials", form.UM_Initails.text}};
 }
 
-void save_custom_values(Session& session, User& user) {
+void stage(User& user, const std::vector<FieldChange>& fields) {
+  for (const FieldChange& field : fields)
+    put_or_clear(user, field.attribute, field.text);
+}
+
+/// Runs a write over a fresh object of the shown user; what is refused goes to the refusals as "what:
+/// reason". True when it went through. Raises when no server answers.
+bool save_part(Session& session, const std::string& what, const std::function<void(User& user)>& put) {
   base::Trap trap;
-  if (trap([&] {
-        for (std::size_t i = 0; i < session.form1.Custom_Value.size(); ++i) {
-          const controls::TextBox& box = session.form1.Custom_Value.at(i);
-          const std::string attribute = custom_attribute(session, i);
-          if (!attribute.empty() && box.visible)
-            put_or_clear(user, attribute, box.text);
-        }
-        user.SetInfo();
-      }))
+  const bool saved = trap([&] {
+    User user(session.platform.directory.GetObject(base::trim(session.form1.USERID_W2K.text.get())));
+    put(user);
+    user.SetInfo();
+  });
+  if (trap.number() == platform::ads_error::kServerDown ||
+      trap.number() == platform::ads_error::kNoSuchObject)
+    base::raise(trap.number(), trap.description());
+  if (!saved)
+    session.details.refused.push_back(what + ": " + trap.description());
+  return saved;
+}
+
+/// Each field by itself; how many were saved.
+std::size_t save_one_by_one(Session& session, const std::vector<FieldChange>& fields) {
+  return static_cast<std::size_t>(std::count_if(fields.begin(), fields.end(), [&](const FieldChange& field) {
+    return save_part(session, field.attribute, [&](User& user) { stage(user, {field}); });
+  }));
+}
+
+/// The custom attributes whose boxes were changed since they were read.
+std::vector<FieldChange> custom_fields(Session& session) {
+  std::vector<FieldChange> fields;
+  for (std::size_t i = 0; i < session.form1.Custom_Value.size(); ++i) {
+    const controls::TextBox& box = session.form1.Custom_Value.at(i);
+    std::string attribute = custom_attribute(session, i);
+    if (!attribute.empty() && box.visible && session.details.Custom_Changed.at(i))
+      fields.push_back({std::move(attribute), box.text});
+  }
+  return fields;
+}
+
+void save_custom_values(Session& session) {
+  const std::vector<FieldChange> fields = custom_fields(session);
+  if (save_one_by_one(session, fields) == fields.size())
     return;
-  session.details.part_refused = true;
   session.platform.dialogs.MsgBox("Error setting a custom value", platform::Buttons::kOk,
                                   platform::Icon::kCritical, "Error saving settings");
 }
@@ -227,26 +269,55 @@ void save_flags(Session& session, User& user) {
     user.Put("UserAccountControl", control & ~platform::kFlagPasswordNeverExpires);
 }
 
+void append(std::vector<FieldChange>& fields, std::vector<FieldChange> more) {
+  fields.insert(fields.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
+std::vector<FieldChange> changed_fields(const Session& session) {
+  const session::DetailsChanges& changed = session.details;
+  std::vector<FieldChange> fields;
+  if (changed.Profile)
+    append(fields, profile_fields(session.form1));
+  if (changed.Account)
+    append(fields, account_fields(session.form1));
+  if (changed.General)
+    append(fields, general_fields(session.form1));
+  return fields;
+}
+
+/// All at once; what a directory refuses as a whole is written in parts, so that the good ones are kept.
+/// Raises when no part went through.
+void save_fields_and_flags(Session& session, User& user) {
+  const std::vector<FieldChange> fields = changed_fields(session);
+  const bool flags = session.details.Flags;
+  base::Trap trap;
+  if (trap([&] {
+        stage(user, fields);
+        if (flags)
+          save_flags(session, user);
+        user.SetInfo();
+      }))
+    return;
+  if (trap.number() == platform::ads_error::kServerDown || fields.size() + (flags ? 1 : 0) < 2)
+    base::raise(trap.number(), trap.description());
+  const std::size_t saved = save_one_by_one(session, fields);
+  const bool flags_saved =
+      flags && save_part(session, "account options", [&](User& fresh) { save_flags(session, fresh); });
+  if (saved == 0 && !flags_saved)
+    base::raise(trap.number(), trap.description());
+}
+
 /// False for a wrong drive letter.
 bool save_user(Session& session) {
   session.CurrentUser = session.platform.directory.GetObject(base::trim(session.form1.USERID_W2K.text.get()));
   User user(session.CurrentUser);
   if (!check_drive_letter(session))
     return false;
-  const session::DetailsChanges& changed = session.details;
-  if (changed.Profile)
-    put_profile(session.form1, user);
-  if (changed.Account) {
+  if (session.details.Account)
     save_expiry(session, user);
-    put_account(session.form1, user);
-  }
-  if (changed.General)
-    put_general(session.form1, user);
-  if (changed.Custom)
-    save_custom_values(session, user);
-  if (changed.Flags)
-    save_flags(session, user);
-  user.SetInfo();
+  if (session.details.Custom)
+    save_custom_values(session);
+  save_fields_and_flags(session, user);
   return true;
 }
 

@@ -17,14 +17,21 @@ using session::Session;
 constexpr std::string_view kTitle = "Create OU";
 constexpr std::size_t kLongestName = 64;
 
-/// Why a name, or the place for it, will not do; empty when both will.
-std::string objection(const Session& session, const TreeNode& above, std::string_view name) {
+/// Why the place will not do; empty when it will.
+std::string objection(const Session& session, const TreeNode& above) {
   if (!session::is_active_directory(session))
     return "A WinNT domain has no organizational units.";
   if (!session.ManageSubOUs)
     return "An OU cannot be created while only a single OU is managed.";
   if (above.image == "USER" || above.key.empty() || base::starts_with_fold(above.key, "CN="))
     return "An OU can be created only under an OU or the domain.";
+  return {};
+}
+
+/// Why the place or the name will not do; empty when both will.
+std::string objection(const Session& session, const TreeNode& above, std::string_view name) {
+  if (std::string of_place = objection(session, above); !of_place.empty())
+    return of_place;
   if (name.empty())
     return "The name of an OU cannot be blank.";
   if (base::length(name) > kLongestName)
@@ -76,6 +83,10 @@ void Create_OU(Session& session) {
   const std::string typed = session.platform.dialogs.InputBox("Enter New OU Name", kTitle);
   if (!typed.empty())
     create_ou(session, *above, typed);
+}
+
+bool may_create_ou(const Session& session, const TreeNode& above) {
+  return objection(session, above).empty();
 }
 
 bool create_ou(Session& session, TreeNode& above, std::string_view typed) {

@@ -14,8 +14,12 @@ namespace twk::directory {
 /// Asks for a name and makes an organizational unit of it under the selected node.
 void Create_OU(session::Session& session);
 
-/// The same with the name given. True when it was made: its node is in the tree and selected, and the log tab
-/// tells it. What is refused is told in a box and on the log tab.
+/// True for an OU or the domain, while units may be made at all: not in a WinNT domain, and not while only a
+/// single OU is managed.
+bool may_create_ou(const session::Session& session, const controls::TreeNode& above);
+
+/// The same as `Create_OU` with the name given. True when it was made: its node is in the tree and selected,
+/// and the log tab tells it. What is refused is told in a box and on the log tab.
 bool create_ou(session::Session& session, controls::TreeNode& above, std::string_view name);
 
 }  // namespace twk::directory

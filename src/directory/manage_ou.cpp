@@ -22,18 +22,19 @@ void lift_stored_limit(Session& session) {
   store_limit(session, platform::kHiveCurrentUser, {}, "Yes");
 }
 
+}  // namespace
+
+void limit_to_ou(Session& session, const std::string& distinguished_name, bool sub_ous, std::uint32_t hive) {
+  session.ManagedOU = distinguished_name;
+  session.ManageSubOUs = sub_ous;
+  store_limit(session, hive, distinguished_name, sub_ous ? "Yes" : "No");
+}
+
 void lift_limit(Session& session) {
-  session::Form1& form = session.form1;
-  form.DomName.enabled = false;
-  form.mnuOption[5].enabled = false;
   lift_stored_limit(session);
   session.ManagedOU.clear();
   session.ManageSubOUs = true;
-  session::Refresh(session);
-  form.DomName.enabled = true;
 }
-
-}  // namespace
 
 void Manage_OU(Session& session) {
   const controls::TreeNode* const node = session.form1.TreeView1.selected();
@@ -45,7 +46,12 @@ void Manage_OU(Session& session) {
     return;
   }
   if (!session.ManagedOU.empty()) {
+    session::Form1& form = session.form1;
+    form.DomName.enabled = false;
+    form.mnuOption[5].enabled = false;
     lift_limit(session);
+    session::Refresh(session);
+    form.DomName.enabled = true;
     return;
   }
   session.select_ou.OU.caption = "Manage this OU: " + node->text;
@@ -57,13 +63,11 @@ void Select_OU_OK_Click(Session& session) {
   const controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     return;
-  session.ManageSubOUs = session.select_ou.SUBOU.on();
   session.form1.DomName.enabled = false;
   session.form1.mnuOption[5].enabled = false;
-  session.ManagedOU = node->key;
   const std::uint32_t hive =
       session.select_ou.REG_KEY.index == 1 ? platform::kHiveLocalMachine : platform::kHiveCurrentUser;
-  store_limit(session, hive, session.ManagedOU, session.ManageSubOUs ? "Yes" : "No");
+  limit_to_ou(session, node->key, session.select_ou.SUBOU.on(), hive);
   session.form1.StatusBar1.panel1 = "The limit to " + node->text + " takes effect with the next Refresh.";
 }
 

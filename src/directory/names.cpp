@@ -92,4 +92,8 @@ std::string ou_name(std::string_view distinguished_name) {
       distinguished_name.substr(0, end).substr(std::min<std::size_t>(3, distinguished_name.size())));
 }
 
+std::string nt_user_key(std::string_view account) {
+  return std::string(account) + (base::equals_fold(account, kNtRoot) ? "\\" : "");
+}
+
 }  // namespace twk::directory

@@ -22,6 +22,10 @@ std::string_view name_above(std::string_view distinguished_name);
 std::string_view name_in_path(std::string_view ads_path);
 /// A path found with the search prefix "GC://" as the LDAP path of the same object; any other as it is.
 std::string rewrite_path(std::string_view search_prefix, std::string_view ads_path);
+/// The key of the root of a WinNT domain's tree, and of a user below it: the account's name, which for the
+/// account "root" gets a backslash, as no name has, so that both are in the tree.
+inline constexpr std::string_view kNtRoot = "root";
+std::string nt_user_key(std::string_view account);
 /// "Sales" of "OU=Sales,DC=twk,DC=test".
 std::string ou_name(std::string_view distinguished_name);
 

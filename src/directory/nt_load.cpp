@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "session/session.hpp"
 
@@ -15,7 +16,7 @@ using session::Session;
 
 void take_user(Session& session, base::Trap& trap, controls::TreeNode& root, const std::string& name) {
   ++session.UserCount;
-  trap([&] { session.form1.TreeView1.add(&root, name, name, "USER"); });
+  trap([&] { session.form1.TreeView1.add(&root, nt_user_key(name), name, "USER"); });
   trap([&] { session.multi_user.ListView2.add(name, name, "USER"); });
   trap([&] { session.groups.NotMembers.add(name, name, "USER"); });
 }
@@ -75,7 +76,7 @@ bool Load_NT_Domain(Session& session) {
   if (trap.number() != 0)
     return false;
 
-  controls::TreeNode& root = form.TreeView1.add(nullptr, "root", session.DomainName, "DOMAIN");
+  controls::TreeNode& root = form.TreeView1.add(nullptr, std::string(kNtRoot), session.DomainName, "DOMAIN");
   form.TreeView1.select(&root);
   session.form1.TreeView1.set_expanded(root, true);
   form.StatusBar1.panel1 = "Retrieving Users...";

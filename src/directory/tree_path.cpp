@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
 #include "directory/tree.hpp"
+#include "platform/adsi.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -20,6 +22,19 @@ std::vector<std::string_view> names_down_to(std::string_view name) {
     names.push_back(name);
   std::reverse(names.begin(), names.end());
   return names;
+}
+
+/// A user whom a limit on the users shown in a unit left out.
+TreeNode* add_hidden_user(session::Session& session, TreeNode& above, std::string_view key) {
+  base::Trap not_there;
+  TreeNode* added = nullptr;
+  not_there([&] {
+    const platform::User user(session.platform.directory.GetObject(key));
+    const std::string name = ou_name(user.Name());
+    const std::string shown = session.form1.DNName.value ? name : user.FullName();
+    added = &session.form1.TreeView1.add(&above, std::string(key), shown.empty() ? name : shown, "USER");
+  });
+  return added;
 }
 
 }  // namespace
@@ -48,12 +63,14 @@ TreeNode* reach_node(session::Session& session, std::string_view distinguished_n
 TreeNode* reach_user(session::Session& session, std::string_view key) {
   controls::TreeView& tree = session.form1.TreeView1;
   if (!session::is_active_directory(session))
-    return tree.find(key);
+    return tree.find(nt_user_key(key));
   TreeNode* const above = reach_node(session, name_above(name_in_path(key)));
   if (above == nullptr)
     return nullptr;
   TreeView1_Expand(session, *above);
   TreeNode* const user = tree.find(key);
+  if (user == nullptr && is_read(tree, *above))
+    return add_hidden_user(session, *above, key);
   return user != nullptr && user->parent == above ? user : nullptr;
 }
 

@@ -1,6 +1,7 @@
 #include "directory/tree_popup.hpp"
 
 #include "controls/tree_view.hpp"
+#include "directory/create_ou.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -11,7 +12,7 @@ void POPUP(session::Session& session, controls::TreeNode& node) {
   const bool user = node.image == "USER";
   for (const int index : {0, 2, 4, 5, 6, 8, 9, 13, 14})
     form.mnupopup.at(static_cast<std::size_t>(index)).enabled = user;
-  form.mnupopup[10].enabled = !user && session::is_active_directory(session) && session.ManageSubOUs;
+  form.mnupopup[10].enabled = may_create_ou(session, node);
 }
 
 }  // namespace twk::directory

@@ -79,7 +79,7 @@ bool show_user_details(Session& session, const controls::TreeNode& node) {
     Clear_UM(session);
     return false;
   }
-  const std::string key = node.key;
+  const std::string key = session::is_active_directory(session) ? node.key : node.text;
   form.USERID_W2K.text = key;
   Clear_UM(session);
   const Hourglass hourglass(form);
@@ -128,11 +128,18 @@ void Userman_Save_Click(Session& session) {
   if (form.USERID.text.get().empty())
     return;
   const Hourglass hourglass(form);
-  session.details.part_refused = false;
+  session.details.refused.clear();
   const bool saved = session::is_active_directory(session) ? Save_AD_User(session) : Save_NT_User(session);
   session.CurrentUser.reset();
-  if (saved)
-    form.StatusBar1.panel1 = "Saved...";
+  if (!saved)
+    return;
+  std::string status = "Saved...";
+  const char* separator = " but not ";
+  for (const std::string& refused : session.details.refused) {
+    status += separator + refused;
+    separator = "; ";
+  }
+  form.StatusBar1.panel1 = std::move(status);
 }
 
 void UM_ADD_GROUP_Click(Session& session) {

@@ -477,7 +477,8 @@ std::vector<std::string> read_links(LdapConnection& connection, const std::strin
       if (!ranged && !base::equals_fold(part.name, attribute))
         continue;
       all.insert(all.end(), part.values.begin(), part.values.end());
-      more = ranged && !part.name.ends_with("-*") && !part.values.empty();
+      // A server may send the plain attribute along, empty, before or after the range.
+      more = more || (ranged && !part.name.ends_with("-*") && !part.values.empty());
     }
     if (!more)
       return all;

@@ -74,6 +74,10 @@ base::Bytes User::LoginHours() const {
   return hours.is_empty() ? base::Bytes{} : hours.bytes();
 }
 
+bool is_lapsed_lock(const Value& computed_control) {
+  return !computed_control.is_empty() && (computed_control.integer() & kFlagLockedOut) == 0;
+}
+
 bool User::AccountDisabled() const {
   const Value flags = value(is_winnt() ? "UserFlags" : "userAccountControl");
   return !flags.is_empty() && (flags.integer() & kFlagAccountDisabled) != 0;
@@ -85,7 +89,7 @@ bool User::IsAccountLocked() const {
     return !flags.is_empty() && (flags.integer() & kFlagLockedOut) != 0;
   }
   const std::string since = value("lockoutTime").text();
-  return !since.empty() && since != "0";
+  return !since.empty() && since != "0" && !is_lapsed_lock(value("msDS-User-Account-Control-Computed"));
 }
 
 base::Date User::AccountExpirationDate() const {

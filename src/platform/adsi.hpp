@@ -26,6 +26,11 @@ inline constexpr std::int32_t kFlagPasswordNeverExpires = 0x10000;
 /// Folds case.
 std::string_view ldap_attribute(std::string_view property);
 
+/// True when "msDS-User-Account-Control-Computed" says that an account is not locked out, though
+/// "lockoutTime" still holds when it was: its time is over. A directory without that attribute does not say
+/// so.
+bool is_lapsed_lock(const Value& computed_control);
+
 /// The sentinel of an account that does not expire, as an LDAP object reads back and as it is written.
 base::Date never_expires();
 

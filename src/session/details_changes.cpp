@@ -15,8 +15,12 @@ DetailsChanges::DetailsChanges(Form1& form) {
   watches_.push_back(form.UM_Drive_Letter.text.watch([this] { Profile = true; }));
   watch_text(General, {&form.UM_Description, &form.UM_First, &form.UM_Full_Name, &form.UM_Initails,
                        &form.UM_Last, &form.UM_Office});
-  for (controls::TextBox& box : form.Custom_Value)
-    watch_text(Custom, {&box});
+  for (std::size_t i = 0; i < form.Custom_Value.size(); ++i) {
+    watches_.push_back(form.Custom_Value.at(i).text.watch([this, i] {
+      Custom = true;
+      Custom_Changed.at(i) = true;
+    }));
+  }
   for (const controls::CheckBox* box : {&form.chkAcctDisabled, &form.chkAcctLockedOut, &form.chkCantChange,
                                         &form.chkMustChange, &form.chkPwdNever})
     watches_.push_back(box->value.watch([this] { Flags = true; }));
@@ -39,6 +43,7 @@ void DetailsChanges::clear() {
   General = false;
   Flags = false;
   Custom = false;
+  Custom_Changed = {};
 }
 
 }  // namespace twk::session

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <string>
 #include <vector>
 
 #include "controls/observable.hpp"
@@ -20,8 +22,10 @@ struct DetailsChanges {
   bool General = false;
   bool Flags = false;
   bool Custom = false;
-  /// A part of the last save was refused and told in a box; the rest was saved.
-  bool part_refused = false;
+  std::array<bool, 4>
+      Custom_Changed{};  ///< which of the boxes; several values in one would become a single one
+  /// What the last save was refused, as "HomeDirectory: reason"; the rest was saved.
+  std::vector<std::string> refused;
 
   void clear();
 
