@@ -11,18 +11,17 @@ using session::Session;
 
 constexpr const char* kAdministrators = "Administrators";
 
-/// Owner first, without a look at the list: it may be closed to everybody.
 void take_tree(DeleteRun& run, const UserFolder& folder) {
   Session& session = run.session;
   base::Trap trap;
   trap([&] {
     const TreePath own = require_own_tree(session, folder.data, owner_of(run, folder));
-    std::string server = own.server;
     if (session.runs.rehearse)
       return session.runs.rehearse("Take ownership of " + own.text() + " and all below it");
-    resources::take_owner(session, server, own.text(), kAdministrators);
-    resources::write_file_permission(session, server, own.text(),
-                                     {.account = kAdministrators, .replaceAll = true, .recurse = true});
+    std::string server = own.server;
+    const resources::TreeOutcome outcome = resources::take_tree(session, server, own.text(), kAdministrators);
+    if (outcome.refused != 0)
+      session.log.line("Not taken: " + outcome.first_reason);
   });
   if (trap.number() != 0)
     session.log.reason("Taking ownership failed: " + trap.description());
