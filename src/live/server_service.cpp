@@ -23,6 +23,7 @@ constexpr std::uint32_t kNetrShareSetInfo = 17;
 constexpr std::uint32_t kNetrShareDel = 18;
 
 constexpr std::uint32_t kLevel = 502;
+constexpr std::uint32_t kLevelWithoutList = 2;
 constexpr std::uint32_t kWholeAnswer = 0xFFFFFFFF;
 constexpr std::uint32_t kMoreData = 234;         // ERROR_MORE_DATA
 constexpr std::uint32_t kBadNetName = 67;        // ERROR_BAD_NET_NAME
@@ -39,13 +40,13 @@ NdrWriter begin(const RpcPipe& pipe) {
   return writer;
 }
 
-/// SHARE_INFO_502_I behind its level and pointer, [MS-SRVS] 2.2.4.26.
-void write_share(NdrWriter& writer, const ShareInfo502& share) {
+/// SHARE_INFO_502_I behind its level and pointer, [MS-SRVS] 2.2.4.26, or SHARE_INFO_2, 2.2.4.24.
+void write_share(NdrWriter& writer, const ShareInfo502& share, std::uint32_t level = kLevel) {
   base::Bytes descriptor;
-  if (share.shi502_security_descriptor)
+  if (share.shi502_security_descriptor && level == kLevel)
     descriptor = share.shi502_security_descriptor->encode();
-  writer.number(kLevel);
-  writer.number(kLevel);
+  writer.number(level);
+  writer.number(level);
   writer.pointer(true);
   writer.pointer(true);
   writer.number(share.shi502_type);
@@ -55,8 +56,10 @@ void write_share(NdrWriter& writer, const ShareInfo502& share) {
   writer.number(share.shi502_current_uses);
   writer.pointer(true);
   writer.pointer(!share.shi502_passwd.empty());
-  writer.number(static_cast<std::uint32_t>(descriptor.size()));
-  writer.pointer(!descriptor.empty());
+  if (level == kLevel) {
+    writer.number(static_cast<std::uint32_t>(descriptor.size()));
+    writer.pointer(!descriptor.empty());
+  }
   writer.text(share.shi502_netname);
   writer.text(share.shi502_remark);
   writer.text(share.shi502_path);
@@ -165,7 +168,8 @@ void ServerService::add(const ShareInfo502& share) {
     number = network_error::kDuplicateShare;
   check(number, share.shi502_netname);
   wait_until(share.shi502_netname, true);
-  if (share.shi502_security_descriptor && !get(share.shi502_netname).shi502_security_descriptor) {
+  const ShareInfo502 kept = get(share.shi502_netname);
+  if (share.shi502_security_descriptor && !kept.shi502_security_descriptor) {
     remove(share.shi502_netname);
     base::raise(
         platform::security_error::kAccessDenied,
@@ -173,6 +177,16 @@ void ServerService::add(const ShareInfo502& share) {
             ": the server kept no access list for it, so it was taken away again. A Samba server keeps "
             "one for its superuser alone");
   }
+  keep_limit(share, kept);
+}
+
+void ServerService::keep_limit(const ShareInfo502& share, const ShareInfo502& kept) {
+  if (kept.shi502_max_uses == share.shi502_max_uses)
+    return;
+  NdrWriter writer = begin(pipe_);
+  writer.text(share.shi502_netname);
+  write_share(writer, share, kLevelWithoutList);
+  check(result_of(pipe_.call_again(kNetrShareSetInfo, writer.bytes())), share.shi502_netname);
 }
 
 void ServerService::wait_until(std::string_view name, bool there) {
@@ -272,6 +286,7 @@ void ServerService::change(const ShareInfo502& share) {
   writer.text(share.shi502_netname);
   write_share(writer, share);
   check(result_of(pipe_.call_again(kNetrShareSetInfo, writer.bytes())), share.shi502_netname);
+  keep_limit(share, get(share.shi502_netname));
 }
 
 }  // namespace twk::live

@@ -30,6 +30,8 @@ class ServerService {
 
  private:
   bool has(std::string_view name);
+  /// Samba takes the number of users from a share's description without its list alone.
+  void keep_limit(const platform::ShareInfo502& share, const platform::ShareInfo502& kept);
   /// Samba shows what it changed on new connections alone, and a moment later. Waits two seconds at most.
   void wait_until(std::string_view name, bool there);
   void check(std::uint32_t number, std::string_view name) const;
