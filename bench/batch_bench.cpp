@@ -2,12 +2,15 @@
 // with their number, and memory must not grow with the work.
 #include <array>
 #include <functional>
+#include <optional>
 
 #include "batch/account_functions.hpp"
 #include "batch/delete_users.hpp"
 #include "batch/find_accounts.hpp"
 #include "bench_world.hpp"
 #include "directory/ad_load.hpp"
+#include "lifecycle/folder_use.hpp"
+#include "lifecycle/own_tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/start_up.hpp"
 
@@ -16,7 +19,8 @@ namespace {
 using namespace twk;
 
 constexpr std::array kSizes = {2000, 10000};
-constexpr std::array kWork = {"disable", "find locked", "find expired", "delete"};
+constexpr std::array kWork = {"disable", "find locked", "find expired",
+                              "delete",  "delete data", "its checks"};
 
 struct Figure {
   double seconds = 0;
@@ -32,47 +36,105 @@ Figure measure(const std::function<void()>& work) {
   return figure;
 }
 
+/// A lab whose people are all selected.
+struct World {
+  explicit World(int users) : lab(make_lab(folder.path() / "lab", users)), services(lab.platform(dialogs)) {
+    bench::set(services, "Setup", "Domain", "twk.test");
+    std::string database = lab.database_path();
+    database.pop_back();
+    session.emplace(services, "", database);
+    session::start_session(*session);
+    directory::Load_AD_Users(*session, "LDAP://twk.test", true, "subtree", "", true);
+    std::vector<const controls::ListRow*> all;
+    for (std::size_t i = 0; i < session->multi_user.ListView2.size(); ++i) {
+      const controls::ListRow& row = session->multi_user.ListView2.at(i);
+      if (row.text != "Administrator" && row.text != "Guest" && row.text != "krbtgt")
+        all.push_back(&row);
+    }
+    controls::move_rows(session->multi_user.ListView2, all, session->multi_user.ListView1);
+    session->multi_user.Delete_NT_Account.value = 1;
+    session->multi_user.No_Prompting.value = 1;
+    session->runs.Delete_Running = true;
+  }
+
+  static lab::Lab make_lab(const std::filesystem::path& path, int users) {
+    lab::LabPlan plan;
+    plan.users = static_cast<std::size_t>(users);
+    lab::create_lab(path, plan);
+    return lab::Lab(path, [](const std::string&) {});
+  }
+
+  bench::Folder folder;
+  bench::NobodyThere dialogs;
+  lab::Lab lab;
+  platform::Platform services;
+  std::optional<session::Session> session;
+};
+
 bool find(session::Session& session, const std::function<bool(const platform::ObjectPtr&)>& is_hit) {
   std::size_t found = 0;
   return batch::find_accounts(
       session, is_hit, [] { return true; }, found);
 }
 
-Figures run(int users) {
-  bench::Folder folder;
-  lab::LabPlan plan;
-  plan.users = static_cast<std::size_t>(users);
-  lab::create_lab(folder.path() / "lab", plan);
-  lab::Lab lab(folder.path() / "lab", [](const std::string&) {});
-  bench::NobodyThere dialogs;
-  const platform::Platform services = lab.platform(dialogs);
-  bench::set(services, "Setup", "Domain", "twk.test");
-  std::string database = lab.database_path();
-  database.pop_back();
-  session::Session session(services, "", database);
-  session::start_session(session);
-  session::MultiUser& window = session.multi_user;
-  directory::Load_AD_Users(session, "LDAP://twk.test", true, "subtree", "", true);
-  Figures figures;
-  figures[1] = measure([&] {
-    find(session,
-         [](const platform::ObjectPtr& account) { return platform::User(account).IsAccountLocked(); });
-  });
-  figures[2] = measure([&] {
-    find(session, [](const platform::ObjectPtr& account) { return batch::expiry_of(account).has_value(); });
-  });
-  std::vector<const controls::ListRow*> all;
-  for (std::size_t i = 0; i < window.ListView2.size(); ++i) {
-    const controls::ListRow& row = window.ListView2.at(i);
-    if (row.text != "Administrator" && row.text != "Guest" && row.text != "krbtgt")
-      all.push_back(&row);
+struct Home {
+  std::string account;
+  std::string share;
+};
+
+/// Gives each of the selection a home that is a share of its own, with a file in it.
+std::vector<Home> make_homes(World& world) {
+  std::vector<Home> homes;
+  for (std::size_t i = 0; i < world.session->multi_user.ListView1.size(); ++i) {
+    const std::string name = "u" + std::to_string(i);
+    const std::filesystem::path home = world.folder.path() / "lab/servers/FS1/D/Users" / name;
+    std::filesystem::create_directories(home);
+    std::ofstream(home / "letter.txt") << "text";
+    platform::ShareInfo502 share;
+    share.shi502_netname = name + "$";
+    share.shi502_path = "D:\\Users\\" + name;
+    world.services.network.NetShareAdd("FS1", share);
+    const auto user = world.services.directory.GetObject(world.session->multi_user.ListView1.at(i).key);
+    user->Put("HomeDirectory", "\\\\FS1\\" + share.shi502_netname);
+    user->SetInfo();
+    homes.push_back({user->Get("samAccountName").text(), share.shi502_netname});
   }
-  controls::move_rows(window.ListView2, all, window.ListView1);
-  figures[0] = measure([&] { batch::change_accounts(session, batch::AccountFunction::kDisable, {}); });
-  window.Delete_NT_Account.value = 1;
-  window.No_Prompting.value = 1;
-  session.runs.Delete_Running = true;
-  figures[3] = measure([&] { batch::delete_selection(session); });
+  return homes;
+}
+
+/// What a deletion asks about its folder and its share, and nothing else.
+void check(session::Session& session, const std::vector<Home>& homes) {
+  const lifecycle::KnownFolders known(session);
+  for (const Home& home : homes) {
+    const lifecycle::Owner owner{.account = home.account, .own_share = home.share};
+    lifecycle::require_own_share(session, "FS1", home.share, owner);
+    lifecycle::require_own_tree(session, "\\\\FS1\\" + home.share, owner);
+  }
+}
+
+Figures run(int users) {
+  Figures figures;
+  {
+    World world(users);
+    session::Session& session = *world.session;
+    figures[1] = measure([&] {
+      find(session,
+           [](const platform::ObjectPtr& account) { return platform::User(account).IsAccountLocked(); });
+    });
+    figures[2] = measure([&] {
+      find(session, [](const platform::ObjectPtr& account) { return batch::expiry_of(account).has_value(); });
+    });
+    figures[0] = measure([&] { batch::change_accounts(session, batch::AccountFunction::kDisable, {}); });
+    figures[3] = measure([&] { batch::delete_selection(session); });
+  }
+  World world(users);
+  const std::vector<Home> homes = make_homes(world);
+  figures[5] = measure([&] { check(*world.session, homes); });
+  world.session->runs.Delete_Data_Flag = true;
+  world.session->multi_user.Del_Shares.value = 1;
+  figures[4] = measure([&] { batch::delete_selection(*world.session); });
+  if (std::filesystem::exists(world.folder.path() / "lab/servers/FS1/D/Users/u0"))
+    std::abort();  // what was measured is no deletion
   return figures;
 }
 
@@ -96,5 +158,8 @@ int main() {
     }
     std::printf("   x %.2f\n", each.back() / each.front());
   }
+  const Figures& most = figures.back();
+  std::printf("with its checks a deletion with data costs x %.2f of one without them\n",
+              most[4].seconds / (most[4].seconds - most[5].seconds));
   return 0;
 }
