@@ -156,4 +156,8 @@ Date from_filetime(std::int64_t filetime) {
   return {days < 0 ? static_cast<double>(days) - fraction : static_cast<double>(days) + fraction};
 }
 
+Date plus_seconds(Date date, std::int64_t seconds) {
+  return from_filetime(to_filetime(date) + seconds * kFiletimePerSecond);
+}
+
 }  // namespace twk::base

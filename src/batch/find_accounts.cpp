@@ -8,6 +8,7 @@
 #include "base/text.hpp"
 #include "batch/run_controls.hpp"
 #include "batch/unlock_accounts.hpp"
+#include "directory/account_expiry.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
 
@@ -71,16 +72,9 @@ ObjectPtr bind_account(Session& session, const ListRow& row) {
   return bind_account(session, session.platform.directory.GetObject(path));
 }
 
-std::optional<base::Date> expiry_of(const ObjectPtr& account) {
-  std::optional<base::Date> date;
-  base::Trap trap;
-  trap([&] { date = platform::User(account).AccountExpirationDate(); });
-  return date;
-}
-
-std::int64_t days_between(base::Date from, base::Date to) {
-  return static_cast<std::int64_t>(std::floor(to.serial)) -
-         static_cast<std::int64_t>(std::floor(from.serial));
+bool expires_before(Session& session, const ObjectPtr& account, base::Date limit) {
+  const auto ends = directory::expiry_of(platform::User(account));
+  return ends && session.platform.clock.to_local(*ends).serial < std::floor(limit.serial);
 }
 
 bool find_accounts(Session& session, const std::function<bool(const ObjectPtr&)>& is_hit,
@@ -119,11 +113,7 @@ void Find_Expired_Accounts(Session& session) {
   const RunningWindow running = begin_search(session);
   std::size_t found = 0;
   const bool whole = find_accounts(
-      session,
-      [&limit](const ObjectPtr& account) {
-        const auto expiry = expiry_of(account);
-        return limit && expiry && days_between(*limit, *expiry) < 0;
-      },
+      session, [&](const ObjectPtr& account) { return limit && expires_before(session, account, *limit); },
       [&session] { return search_goes_on(session); }, found);
   window.Label3.caption =
       whole ? "Total Expired Accounts: " + std::to_string(found) : std::string("Find canceled by user.");

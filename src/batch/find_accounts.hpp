@@ -29,10 +29,8 @@ platform::ObjectPtr bind_account(session::Session& session, const controls::List
 /// The account of a bound user.
 platform::ObjectPtr bind_account(session::Session& session, const platform::ObjectPtr& user);
 
-/// The day on which an account stops; none for one that does not, or that cannot be read.
-std::optional<base::Date> expiry_of(const platform::ObjectPtr& account);
-/// Days from one date to another, the time of day left out.
-std::int64_t days_between(base::Date from, base::Date to);
+/// True when an account ends on a day here that is before that of `limit`. Raises what the directory raises.
+bool expires_before(session::Session& session, const platform::ObjectPtr& account, base::Date limit);
 
 /// Looks at each row of the list of users, from the last to the first, and takes the hits into the selection,
 /// a fiftieth of the list at a time. False when `goes_on`, asked after each row, ended it. `found` gets the

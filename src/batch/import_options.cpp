@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "base/text.hpp"
+#include "directory/account_expiry.hpp"
 #include "session/settings.hpp"
 
 namespace twk::batch {
@@ -88,10 +89,21 @@ bool ImportGrps_OK(Session& session) {
     tell(session, "Start value cannot be greater then Finish value");
     return false;
   }
+  const std::string refused = refused_expiry(session, window.Expiredate.text.get());
+  if (!refused.empty()) {
+    tell(session, refused + ".");
+    return false;
+  }
   session::write_setting(session, session::kSetup, "ImportGroupsStart", base::to_text(*lower));
   session::write_setting(session, session::kSetup, "ImportGroupsFinish", base::to_text(*upper));
   session::write_setting(session, session::kSetup, "AccountExpire", window.Expiredate.text.get());
   return true;
+}
+
+std::string refused_expiry(Session& session, std::string_view text) {
+  if (text.find('%') != base::npos || directory::is_open_expiry(text))
+    return {};
+  return directory::read_expiry(session.platform.clock, text).error;
 }
 
 void ImportGrps_Cancel(Session& session) {

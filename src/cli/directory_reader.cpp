@@ -8,6 +8,7 @@
 #include "base/text.hpp"
 #include "cli/failures.hpp"
 #include "cli/near_matches.hpp"
+#include "directory/account_expiry.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
 
@@ -170,21 +171,10 @@ std::string hex_digits(const base::Bytes& bytes) {
   return Value(bytes).text();
 }
 
-/// The day an account expires as "2026-12-31"; nothing for never.
-Json expiry(const platform::User& user, bool active_directory) {
-  base::Date date;
-  try {
-    date = user.AccountExpirationDate();
-  } catch (const base::RuntimeError&) {
-    if (active_directory)
-      throw;
-    return nullptr;  // how a WinNT object says that there is none
-  }
-  const base::CivilTime parts = base::civil_time(date);
-  if (parts.year <= 1970)
-    return nullptr;
-  return base::to_text(parts.year, 4) + "-" + base::to_text(parts.month, 2) + "-" +
-         base::to_text(parts.day, 2);
+/// The day here on which an account ends; nothing for never.
+Json expiry(const Domain& domain, const platform::User& user) {
+  const auto ends = directory::expiry_of(user);
+  return ends ? Json(directory::sortable_expiry(domain.services.clock, *ends)) : Json(nullptr);
 }
 
 Json sorted_names(std::vector<std::string> names) {
@@ -355,7 +345,7 @@ Json describe_user(const Domain& domain, std::string_view name) {
           {"passwordNeverExpires", (flags & platform::kFlagPasswordNeverExpires) != 0},
           {"cannotChangePassword", (flags & platform::kFlagCannotChangePassword) != 0},
           {"mustChangePassword", get_number(flags_object, "PasswordExpired") != 0},
-          {"expires", expiry(user, ad)},
+          {"expires", expiry(domain, user)},
           {"primaryGroup", primary},
           {"groups", sorted_names(std::move(groups))},
           {"logonHours", hex_digits(hours)}};

@@ -4,8 +4,10 @@
 #include "cli/failures.hpp"
 #include "cli/input.hpp"
 #include "cli/near_matches.hpp"
+#include "editors/hours_zone.hpp"
 #include "editors/logon_hours.hpp"
 #include "platform/adsi.hpp"
+#include "session/settings.hpp"
 #include "stores/template_tab.hpp"
 
 namespace twk::cli {
@@ -17,11 +19,15 @@ struct HoursArguments {
   std::string template_name;
   std::string user;
   std::string file = "-";
+  std::string zone;
 };
 
 /// A template, or an account, and its hours as lines of text.
 void print_hours(Context& context, const char* kind, std::string_view name, const base::Bytes& hours) {
-  const std::vector<std::string> lines = editors::text_of_cells(editors::cells_of_bytes(hours));
+  const platform::Platform& services = context.services();
+  const editors::HoursZone zone = editors::zone_in_force(services);
+  const std::vector<std::string> lines =
+      editors::text_of_cells(editors::cells_of_bytes(hours, editors::hours_ahead(services, zone)));
   std::string text;
   for (std::size_t i = 0; i < lines.size(); ++i) {
     std::string day(editors::day_name(static_cast<int>(i) + 1));
@@ -29,16 +35,49 @@ void print_hours(Context& context, const char* kind, std::string_view name, cons
     text += (i == 0 ? "" : "\n") + day + lines[i];
   }
   if (context.output().json())
-    context.output().result({{kind, name}, {"hours", lines}}, {});
+    context.output().result({{kind, name}, {"zone", editors::zone_word(zone)}, {"hours", lines}}, {});
   else
     context.output().raw(text + "\n");
 }
 
-base::Bytes read_hours(const std::string& file) {
-  const editors::HoursText hours = editors::parse_hours(text_lines(read_input(file)));
+std::vector<bool> read_hours(const std::string& file) {
+  editors::HoursText hours = editors::parse_hours(text_lines(read_input(file)));
   if (!hours.error.empty())
     throw BadInput(hours.error);
-  return editors::bytes_of_cells(hours.cells);
+  return std::move(hours.cells);
+}
+
+/// Tells what was stored while nobody has chosen whose hours these are, if that makes a difference.
+void warn_of_zone(Context& context, const std::vector<bool>& cells) {
+  const std::string readings = editors::two_readings(context.services(), cells);
+  if (!readings.empty() && !editors::chosen_zone(context.services())) {
+    complain(
+        "warning: " + readings +
+        ". They were stored as hours of UTC+12. To choose, and to end this warning, run \"twk hours zone "
+        "workstation\" and set them again, or \"twk hours zone utc+12\".");
+  }
+}
+
+editors::HoursZone read_zone(const std::string& word) {
+  if (const auto zone = editors::zone_of_word(word))
+    return *zone;
+  throw UsageError("a zone is utc+12 or workstation, not \"" + word + "\"");
+}
+
+/// Shows the zone, or keeps another one.
+int hours_zone(Context& context, const std::string& word) {
+  const platform::Platform& services = context.services();
+  if (!word.empty() && !editors::choose_zone(services, read_zone(word)))
+    throw Refused("The choice cannot be written in " + context.world().settings_folder());
+  const editors::HoursZone zone = editors::zone_in_force(services);
+  const bool chosen = editors::chosen_zone(services).has_value();
+  const std::string note = editors::zone_note(services, zone);
+  context.output().result({{"zone", editors::zone_word(zone)},
+                           {"hoursAhead", editors::hours_ahead(services, zone)},
+                           {"chosen", chosen}},
+                          editors::zone_name(services, zone) + (chosen ? "" : " (nobody has chosen)") +
+                              (note.empty() ? "" : "\n" + note));
+  return kExitGreen;
 }
 
 void select_template(Session& session, std::string_view name) {
@@ -93,8 +132,16 @@ void check_target(const HoursArguments& arguments) {
 
 int show_hours(Context& context, const HoursArguments& arguments) {
   check_target(arguments);
+  override_zone(context, arguments.zone);
   return arguments.user.empty() ? show_template_hours(context, arguments.template_name)
                                 : show_user_hours(context, arguments.user);
+}
+
+/// A zone for this run alone.
+void override_zone(Context& context, const std::string& word) {
+  if (!word.empty())
+    context.override_setting(session::kPreferences, "LogonHoursZone",
+                             std::string(editors::zone_word(read_zone(word))));
 }
 
 /// With --user the one word that is given is the file.
@@ -102,9 +149,16 @@ int set_hours(Context& context, HoursArguments arguments, bool has_file) {
   if (!arguments.user.empty() && !arguments.template_name.empty() && !has_file)
     arguments.file = std::exchange(arguments.template_name, {});
   check_target(arguments);
-  const base::Bytes hours = read_hours(arguments.file);
-  return arguments.user.empty() ? set_template_hours(context, arguments.template_name, hours)
-                                : set_user_hours(context, arguments.user, hours);
+  override_zone(context, arguments.zone);
+  const std::vector<bool> cells = read_hours(arguments.file);
+  const platform::Platform& services = context.services();
+  const base::Bytes hours =
+      editors::bytes_of_cells(cells, editors::hours_ahead(services, editors::zone_in_force(services)));
+  const int exit_code = arguments.user.empty() ? set_template_hours(context, arguments.template_name, hours)
+                                               : set_user_hours(context, arguments.user, hours);
+  if (exit_code == kExitGreen)
+    warn_of_zone(context, cells);
+  return exit_code;
 }
 
 }  // namespace
@@ -117,6 +171,8 @@ void add_hours_commands(Command& app, Context& context) {
     auto* command = hours->add_subcommand(name, what);
     command->add_option("TEMPLATE", arguments->template_name, "Name of the template");
     command->add_option("--user", arguments->user, "An account in place of a template")->type_name("NAME");
+    command->add_option("--zone", arguments->zone, "Whose hours they are, for this run alone")
+        ->type_name("utc+12|workstation");
     return command;
   };
   auto* show = add("show", "Print the week, in the form that set reads");
@@ -127,11 +183,19 @@ void add_hours_commands(Command& app, Context& context) {
   auto* file = set->add_option("FILE", arguments->file, "The file; standard input if not given");
   set->footer(
       "Seven lines, Sunday first, of 24 characters, 12am first: # 1 X permitted, . 0 - denied. A line may "
-      "begin\nwith the name of its day.");
+      "begin\nwith the name of its day. The hours are those of UTC+12, 12 hours ahead of UTC, wherever this "
+      "workstation\nstands, unless \"twk hours zone\" says otherwise.");
   set->callback([=, &context] {
     const bool has_file = file->is_given();
     context.set_action([=, &context] { return set_hours(context, *arguments, has_file); });
   });
+
+  auto word = std::make_shared<std::string>();
+  auto* zone =
+      hours->add_subcommand("zone", "Show, or choose, whose hours these are, here and in the window");
+  zone->add_option("ZONE", *word, "utc+12, or workstation for its time zone")
+      ->type_name("utc+12|workstation");
+  zone->callback([=, &context] { context.set_action([=, &context] { return hours_zone(context, *word); }); });
 }
 
 }  // namespace twk::cli

@@ -93,7 +93,9 @@ void add_template_options(Command& command, TemplateFields& fields) {
   add("--profile-share-point", fields.profile_share_point, "Share point of the profile", kSharePointLength);
   add("--logon-script", fields.logon_script, "Logon script", kShareLength);
   add("--home-drive", fields.home_drive, "Drive letter of the home directory, such as H:", 2);
-  command.add_option("--logon-hours", fields.logon_hours, "The 168 hours of a week as 42 hexadecimal digits")
+  command
+      .add_option("--logon-hours", fields.logon_hours,
+                  "The 168 hours of a week of UTC as 42 hexadecimal digits")
       ->check(logon_hours())
       ->type_name("HEX");
   add("--primary-group", fields.primary_group, "Primary group; one of the template's groups",

@@ -3,9 +3,9 @@
 #include <array>
 #include <functional>
 
-#include "base/dates.hpp"
 #include "base/text.hpp"
 #include "cli/failures.hpp"
+#include "directory/account_expiry.hpp"
 
 namespace twk::cli {
 namespace {
@@ -82,12 +82,11 @@ void write_logon_name(Form1& form, const Assignment& assignment) {
     form.UM_W2KDomain_Name.text = assignment.value.substr(at);
 }
 
-void write_expiry(Form1& form, const Assignment& assignment) {
-  if (!base::equals_fold(assignment.value, "never") && !base::parse_date(assignment.value)) {
-    throw UsageError("expires takes a day such as 31/12/2026 or 2026-12-31, or never, not \"" +
-                     assignment.value + "\".");
-  }
-  form.AccExpires.text = assignment.value;
+void write_expiry(session::Session& session, const Assignment& assignment) {
+  const auto typed = directory::read_expiry(session.platform.clock, assignment.value);
+  if (!typed.error.empty())
+    throw UsageError("expires: " + typed.error + ".");
+  session.form1.AccExpires.text = assignment.value;
 }
 
 void write_lock_out(Form1& form, const Assignment& assignment) {
@@ -112,14 +111,15 @@ bool write_custom(Form1& form, const Assignment& assignment) {
   return false;
 }
 
-bool write_special(Form1& form, const Assignment& assignment) {
+bool write_special(session::Session& session, const Assignment& assignment) {
+  Form1& form = session.form1;
   const std::string name = base::upper(assignment.name);
   if (name == "DRIVE")
     form.UM_Drive_Letter.text = assignment.value;
   else if (name == "LOGONNAME")
     write_logon_name(form, assignment);
   else if (name == "EXPIRES")
-    write_expiry(form, assignment);
+    write_expiry(session, assignment);
   else if (name == "LOCKEDOUT")
     write_lock_out(form, assignment);
   else
@@ -127,7 +127,8 @@ bool write_special(Form1& form, const Assignment& assignment) {
   return true;
 }
 
-void fill(Form1& form, const Assignment& assignment) {
+void fill(session::Session& session, const Assignment& assignment) {
+  Form1& form = session.form1;
   for (const TextField& field : kTexts) {
     if (base::equals_fold(field.name, assignment.name))
       return write(form.*field.box, assignment);
@@ -138,7 +139,7 @@ void fill(Form1& form, const Assignment& assignment) {
       return;
     }
   }
-  if (!write_special(form, assignment) && !write_custom(form, assignment))
+  if (!write_special(session, assignment) && !write_custom(form, assignment))
     throw UsageError("There is no field \"" + assignment.name + "\". Fields: " + known_fields());
 }
 
@@ -146,7 +147,7 @@ void fill(Form1& form, const Assignment& assignment) {
 
 void fill_details_tab(session::Session& session, const std::vector<std::string>& assignments) {
   for (const std::string& assignment : assignments)
-    fill(session.form1, split(assignment));
+    fill(session, split(assignment));
 }
 
 }  // namespace twk::cli

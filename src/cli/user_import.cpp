@@ -26,6 +26,7 @@ struct ImportArguments {
   bool skip_prompts = false;
   std::string groups;
   std::optional<std::string> expires;
+  std::optional<std::string> expires_after;
   bool preview = false;
 };
 
@@ -61,6 +62,21 @@ void set_group_range(Context& context, const std::string& groups) {
   }
   context.override_setting("Setup", "ImportGroupsStart", start);
   context.override_setting("Setup", "ImportGroupsFinish", finish);
+}
+
+void set_expiry(session::Session& session, const ImportArguments& arguments) {
+  if (arguments.expires && arguments.expires_after)
+    throw UsageError("give either --expires or --expires-after");
+  controls::TextBox& field = session.import_grps.Expiredate;
+  if (arguments.expires)
+    field.text = *arguments.expires;
+  if (arguments.expires_after && base::trim(*arguments.expires_after).empty())
+    throw UsageError("--expires-after takes a day such as 31/12/2026 or 2026-12-31, or %IMPORTn%");
+  if (arguments.expires_after)
+    field.text = "end of " + *arguments.expires_after;
+  const std::string refused = batch::refused_expiry(session, field.text.get());
+  if (!refused.empty())
+    throw UsageError("the expiry of the accounts: " + refused);
 }
 
 /// Chooses a column, which the first line must have.
@@ -191,8 +207,7 @@ int import_users(Context& context, const ImportArguments& arguments) {
   choose_place(context, session, arguments.place);
   set_halts(session.form1, arguments);
   batch::ImportGrps_Load(session);
-  if (arguments.expires)
-    session.import_grps.Expiredate.text = *arguments.expires;
+  set_expiry(session, arguments);
   context.dialogs().set_file(path);
   context.dialogs().on_modal([&](std::string_view) { choose_columns(session, arguments.columns); });
   if (arguments.preview)
@@ -223,7 +238,12 @@ void add_user_import(Command& user, Context& context) {
   command->add_flag("--skip-prompts", arguments->skip_prompts, "Leave out properties that ask for a value");
   command->add_option("--groups", arguments->groups, "Fields that may name groups")
       ->type_name("none|all|A-B");
-  command->add_option("--expires", arguments->expires, "Date on which the accounts expire, or %IMPORTn%")
+  command
+      ->add_option("--expires", arguments->expires, "Day at whose beginning the accounts end, or %IMPORTn%")
+      ->type_name("TEXT");
+  command
+      ->add_option("--expires-after", arguments->expires_after,
+                   "Last day of the accounts, at whose end they end, or %IMPORTn%")
       ->type_name("TEXT");
   command->add_flag("--preview", arguments->preview, "Show what each line gives and create nothing");
   command->callback(

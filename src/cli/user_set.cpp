@@ -11,15 +11,32 @@ namespace {
 struct SetArguments {
   std::string name;
   std::vector<std::string> assignments;
+  std::optional<std::string> expires_after;
 };
 
+/// The assignments with the one that --expires-after stands for.
+std::vector<std::string> all_assignments(const SetArguments& arguments) {
+  std::vector<std::string> all = arguments.assignments;
+  if (arguments.expires_after) {
+    for (const std::string& assignment : all) {
+      if (base::starts_with_fold(assignment, "expires="))
+        throw UsageError("give either expires= or --expires-after");
+    }
+    all.push_back("expires=end of " + *arguments.expires_after);
+  }
+  if (all.empty())
+    throw UsageError("give at least one FIELD=VALUE, or --expires-after DAY");
+  return all;
+}
+
 int set_user(Context& context, const SetArguments& arguments) {
+  const std::vector<std::string> assignments = all_assignments(arguments);
   session::Session& session = context.session(Depth::kDomain);
   const session::Form1& form = session.form1;
   if (!directory::show_user_details(session, reach_user(context, session, arguments.name)))
     throw Refused(form.StatusBar1.panel1);
   const std::string user = form.USERID.text;
-  fill_details_tab(session, arguments.assignments);
+  fill_details_tab(session, assignments);
   directory::Userman_Save_Click(session);
   const std::string message = form.StatusBar1.panel1;
   const bool saved = message.starts_with("Saved");
@@ -39,8 +56,10 @@ void add_user_set(Command& user, Context& context) {
   set->add_option("NAME", arguments->name, "Account name, common name, principal name or distinguished name")
       ->required();
   set->add_option("FIELD=VALUE", arguments->assignments, "A field and what it is to hold; empty clears it")
-      ->required()
       ->type_name("");
+  set->add_option("--expires-after", arguments->expires_after,
+                  "Last day of the account, at whose end it ends")
+      ->type_name("DAY");
   set->callback(
       [=, &context] { context.set_action([=, &context] { return set_user(context, *arguments); }); });
 }

@@ -40,7 +40,7 @@ std::vector<Json> hits(const Session& session) {
   return rows;
 }
 
-int find(Context& context, const std::function<bool(const ObjectPtr&)>& is_hit) {
+int find(Context& context, const std::function<bool(Session& session, const ObjectPtr&)>& is_hit) {
   Session& session = resource_session(context);
   load_users(session);
   const std::size_t all = session.multi_user.ListView2.size();
@@ -51,7 +51,9 @@ int find(Context& context, const std::function<bool(const ObjectPtr&)>& is_hit) 
                   " users: " + std::to_string(session.multi_user.ProgressBar1.value) + " %");
   });
   std::size_t found = 0;
-  const bool whole = batch::find_accounts(session, is_hit, until_interrupted(session), found);
+  const bool whole = batch::find_accounts(
+      session, [&](const ObjectPtr& account) { return is_hit(session, account); }, until_interrupted(session),
+      found);
   progress.clear();
   context.dialogs().on_events({});
   if (found > 0)
@@ -65,9 +67,12 @@ int find_expired(Context& context, const std::string& before) {
   const auto limit = base::parse_date(before);
   if (!limit)
     throw UsageError("--before takes a date such as 31/12/2026 or 2026-12-31, not \"" + before + "\"");
-  return find(context, [limit](const ObjectPtr& account) {
-    const auto expiry = batch::expiry_of(account);
-    return expiry && batch::days_between(*limit, *expiry) < 0;
+  if (*limit < base::make_date({1970, 1, 1})) {
+    throw UsageError("--before \"" + before + "\" is " + base::format_date(*limit) +
+                     ", which is before 1970: write the year with four digits");
+  }
+  return find(context, [limit](Session& session, const ObjectPtr& account) {
+    return batch::expires_before(session, account, *limit);
   });
 }
 
@@ -84,8 +89,9 @@ void add_users_find(Command& users, Context& context) {
   auto* locked = users.add_subcommand("find-locked", "Find the accounts that are locked out");
   locked->callback([&context] {
     context.set_action([&context] {
-      return find(context,
-                  [](const ObjectPtr& account) { return platform::User(account).IsAccountLocked(); });
+      return find(context, [](Session&, const ObjectPtr& account) {
+        return platform::User(account).IsAccountLocked();
+      });
     });
   });
 }

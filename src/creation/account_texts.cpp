@@ -1,6 +1,7 @@
 #include "creation/account_texts.hpp"
 
 #include "base/text.hpp"
+#include "directory/account_expiry.hpp"
 #include "format/passwords.hpp"
 #include "format/user_name.hpp"
 #include "format/variables.hpp"
@@ -28,18 +29,9 @@ void PrepareAccountTexts(CreationRun& run) {
   }
 }
 
-std::optional<base::Date> expiry_date(const CreationRun& run) {
-  if (!run.session.import.Importing)
-    return std::nullopt;
-  const std::string_view text = base::trim(run.ExpiryText);
-  if (text.empty() || text.starts_with('%'))
-    return std::nullopt;
-  const auto date = base::parse_date(text);
-  if (!date) {
-    throw base::RuntimeError(base::error::kTypeMismatch,
-                             "Type mismatch: \"" + std::string(text) + "\" is not a date");
-  }
-  return date;
+void stage_expiry(const CreationRun& run, platform::User& user) {
+  if (run.session.import.Importing && !directory::is_open_expiry(run.ExpiryText))
+    directory::put_expiry(user, directory::expiry_of_text(run.session.platform.clock, run.ExpiryText));
 }
 
 void account_created(CreationRun& run) {

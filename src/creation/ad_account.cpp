@@ -44,11 +44,6 @@ void stage_fields(CreationRun& run, User& user) {
   user.put_LoginHours(run.session.TemplateLogonHours);
 }
 
-void stage_expiry(CreationRun& run, User& user) {
-  if (const auto expires = expiry_date(run))
-    user.put_AccountExpirationDate(*expires);
-}
-
 void stage_home_drive(CreationRun& run, User& user) {
   const std::string& drive = run.session.form1.Home_Drive_letter.text;
   if (!drive.empty())

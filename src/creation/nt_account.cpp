@@ -52,6 +52,8 @@ void CreateNtAccount(CreationRun& run) {
   User user(run.CurrentUserObject);
   if (debug)
     log_details(run);
+  // First, because a text that is no date is to leave no account behind.
+  stage_expiry(run, user);
   put_fields(run, user);
   run.traps_off = debug;
   const std::string& drive = form.Home_Drive_letter.text;
@@ -81,8 +83,6 @@ void CreateNtAccount(CreationRun& run) {
       log(run, "Never expire");
     set_user_flag(user, platform::kFlagPasswordNeverExpires);
   }
-  if (const auto expires = expiry_date(run))
-    user.put_AccountExpirationDate(*expires);
   user.SetInfo();
   account_created(run);
 }

@@ -7,6 +7,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/account_expiry.hpp"
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
 #include "platform/adsi.hpp"
@@ -44,11 +45,8 @@ std::string joined(const Value& value) {
   return text;
 }
 
-bool is_never(base::Date date) {
-  return date == platform::never_expires() || date == base::make_date({1601, 1, 1, 13, 0, 0});
-}
-
-void read_fields(session::Form1& form, const User& user) {
+void read_fields(Session& session, const User& user) {
+  session::Form1& form = session.form1;
   base::Trap trap;
   const auto read = [&](controls::Observable<std::string>& field, std::string_view property) {
     trap([&] { field = user.Get(property).text(); });
@@ -73,10 +71,7 @@ void read_fields(session::Form1& form, const User& user) {
     if (at < principal.size())
       form.UM_W2KDomain_Name.text = std::string(base::left(std::string_view(principal).substr(at), 100));
   });
-  trap([&] {
-    const base::Date expires = user.AccountExpirationDate();
-    form.AccExpires.text = is_never(expires) ? std::string("Never") : expiry_text(expires);
-  });
+  trap([&] { form.AccExpires.text = expiry_text(session.platform.clock, expiry_of(user)); });
 }
 
 void read_custom_values(Session& session, const User& user) {
@@ -149,13 +144,14 @@ void put_or_clear(User& user, std::string_view attribute, const std::string& tex
 void save_expiry(Session& session, User& user) {
   base::Trap trap;
   if (trap([&] {
-        user.put_AccountExpirationDate(typed_expiry(session, platform::never_expires()));
+        stage_typed_expiry(session, user);
         user.SetInfo();
       }))
     return;
   session.details.refused.push_back("AccountExpirationDate: " + trap.description());
-  session.platform.dialogs.MsgBox("Error setting expiration date: " + base::to_text(trap.number()),
-                                  platform::Buttons::kOk, platform::Icon::kNone, "");
+  session.platform.dialogs.MsgBox(
+      "Error setting expiration date: " + base::to_text(trap.number()) + "\r\n" + trap.description(),
+      platform::Buttons::kOk, platform::Icon::kNone, "");
 }
 
 /// A field of the tab and the text that its attribute is to hold; an empty one clears it.
@@ -255,7 +251,9 @@ void save_cannot_change(Session& session) {
 
 void save_flags(Session& session, User& user) {
   const session::Form1& form = session.form1;
-  user.Put("pwdLastSet", form.chkMustChange.on() ? 0 : -1);
+  // Said again, it would start the age of the password from now.
+  if (session.details.must_change() != form.chkMustChange.on())
+    user.Put("pwdLastSet", form.chkMustChange.on() ? 0 : -1);
   if (form.chkAcctLockedOut.enabled && !form.chkAcctLockedOut.on())
     user.put_IsAccountLocked(false);
   // First, since the bits below are set on top of what the account has then.
@@ -337,7 +335,7 @@ bool Read_AD_User(Session& session, std::string_view path) {
   }
   const ObjectPtr object = session.CurrentUser;
   const User user(object);
-  read_fields(form, user);
+  read_fields(session, user);
   read_custom_values(session, user);
   read_winnt_flags(session);
   read_flags(form, user);

@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/account_expiry.hpp"
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
 #include "platform/adsi.hpp"
@@ -14,10 +15,8 @@ using platform::ObjectPtr;
 using platform::User;
 using session::Session;
 
-/// What a WinNT account is given in place of a day on which it expires.
-constexpr base::Date kNever{-1.0};
-
-void read_fields(session::Form1& form, const User& user) {
+void read_fields(Session& session, const User& user) {
+  session::Form1& form = session.form1;
   form.USERID.text = user.Name();
   form.UM_Full_Name.text = user.FullName();
   form.UM_Description.text = user.Description();
@@ -26,7 +25,7 @@ void read_fields(session::Form1& form, const User& user) {
   form.UM_Logon_Script.text = user.LoginScript();
   form.UM_Drive_Letter.text = text_or_empty(*user.object(), "HomeDirDrive");
   base::Trap trap;
-  if (!trap([&] { form.AccExpires.text = expiry_text(user.AccountExpirationDate()); }))
+  if (!trap([&] { form.AccExpires.text = expiry_text(session.platform.clock, expiry_of(user)); }))
     form.AccExpires.text = std::string("Never");
 }
 
@@ -47,7 +46,7 @@ void read_user(Session& session, std::string_view name) {
   }
   session.CurrentUser = session.DomainContainer->GetObject("user", name);
   const User user(session.CurrentUser);
-  read_fields(session.form1, user);
+  read_fields(session, user);
   session.UserPrimaryGroupID = text_or_empty(*session.CurrentUser, "PrimaryGroupID");
   read_flags(session, user);
   Read_NT_User_Groups(session, session.CurrentUser);
@@ -70,7 +69,7 @@ bool save_user(Session& session) {
   User user(session.CurrentUser);
   if (!check_drive_letter(session))
     return false;
-  user.put_AccountExpirationDate(typed_expiry(session, kNever));
+  stage_typed_expiry(session, user);
   user.put_FullName(form.UM_Full_Name.text.get());
   user.put_HomeDirectory(form.UM_Home_Dir.text.get());
   user.put_LoginScript(form.UM_Logon_Script.text.get());

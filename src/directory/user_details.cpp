@@ -3,6 +3,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/account_expiry.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/ad_user.hpp"
 #include "directory/load_options.hpp"
@@ -140,6 +141,8 @@ void Userman_Save_Click(Session& session) {
     separator = "; ";
   }
   form.StatusBar1.panel1 = std::move(status);
+  if (session.details.refused.empty())
+    session.details.clear();
 }
 
 void UM_ADD_GROUP_Click(Session& session) {
@@ -177,21 +180,14 @@ bool check_drive_letter(Session& session) {
   return false;
 }
 
-std::string expiry_text(base::Date date) {
-  const base::CivilTime time = base::civil_time(date);
-  const bool midnight = time.hour == 0 && time.minute == 0 && time.second == 0;
-  return base::format_date(date) + (midnight ? "" : " " + base::format_time(date));
-}
-
-base::Date typed_expiry(Session& session, base::Date never) {
-  const std::string& text = session.form1.AccExpires.text;
-  if (base::upper(text) == "NEVER")
-    return never;
-  const auto date = base::parse_date(text);
-  if (!date) {
-    throw base::RuntimeError(base::error::kTypeMismatch, "Type mismatch: \"" + text + "\" is not a date");
-  }
-  return *date;
+void stage_typed_expiry(Session& session, platform::User& user) {
+  platform::Clock& clock = session.platform.clock;
+  const std::string& typed = session.form1.AccExpires.text;
+  base::Trap unknown;
+  std::string stored;
+  unknown([&] { stored = expiry_text(clock, expiry_of(user)); });
+  if (typed != stored || unknown.number() != 0)
+    put_expiry(user, expiry_of_text(clock, typed));
 }
 
 std::string text_or_empty(platform::DirectoryObject& object, std::string_view property) {

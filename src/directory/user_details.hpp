@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/dates.hpp"
-#include "platform/directory.hpp"
+#include "platform/adsi.hpp"
 
 namespace twk::controls {
 struct ListRow;
@@ -47,10 +46,9 @@ inline constexpr std::string_view kPrimaryGroup = "Primary";
 
 /// True for no drive and for a capital letter (or "@") with ":". Otherwise beeps and tells it in panel 1.
 bool check_drive_letter(session::Session& session);
-/// "31/12/2026", with the time behind it when that is not midnight.
-std::string expiry_text(base::Date date);
-/// The typed expiry; `never` for the word "NEVER" in any case. Raises a type mismatch for what is no date.
-base::Date typed_expiry(session::Session& session, base::Date never);
+/// Stages the expiry that the tab has, unless it is what the account has already. Raises a type mismatch for
+/// what cannot be taken.
+void stage_typed_expiry(session::Session& session, platform::User& user);
 /// The text of a property; empty when it has no value.
 std::string text_or_empty(platform::DirectoryObject& object, std::string_view property);
 /// Runs the saving of one kind of domain and releases `CurrentUser`; a failure stands in panel 1 and is

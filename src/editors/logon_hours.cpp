@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/text.hpp"
+#include "editors/hours_zone.hpp"
 #include "session/session.hpp"
 
 namespace twk::editors {
@@ -12,14 +13,13 @@ namespace {
 using session::Session;
 
 constexpr std::size_t kCells = static_cast<std::size_t>(kDays) * kHours;
-/// The cell of Sunday 12pm, which is the first bit.
-constexpr std::size_t kFirstCell = 12;
 
 constexpr std::array<std::string_view, kDays> kDayNames = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                            "Thursday", "Friday", "Saturday"};
 
-std::size_t cell_of_bit(std::size_t bit) {
-  return (bit + kFirstCell) % kCells;
+/// The cell of an hour of UTC.
+std::size_t cell_of_bit(std::size_t bit, int hours_ahead) {
+  return (bit + static_cast<std::size_t>(kDays * kHours + hours_ahead)) % kCells;
 }
 
 struct Rectangle {
@@ -100,6 +100,33 @@ std::optional<HoursText> parse_day(std::string_view line, std::size_t number, st
   return std::nullopt;
 }
 
+void show_bytes(Session& session, const base::Bytes& bytes, HoursZone zone) {
+  session::Logon_Hours& window = session.logon_hours;
+  window.hours_ahead = hours_ahead(session.platform, zone);
+  window.MSFlexGrid1 = cells_of_bytes(bytes, window.hours_ahead);
+  window.zone_note.caption = zone_note(session.platform, zone);
+}
+
+/// Lets the person say whose hours were painted, once, and keeps the answer. False for no answer.
+bool ask_zone(Session& session) {
+  session::Logon_Hours& window = session.logon_hours;
+  const std::string readings = two_readings(session.platform, window.MSFlexGrid1);
+  if (readings.empty() || chosen_zone(session.platform))
+    return true;
+  const platform::Answer answer = session.platform.dialogs.MsgBox(
+      readings +
+          ".\r\n\r\nAre these hours of this workstation's zone? \"No\" takes them as hours of UTC+12. The "
+          "answer is kept and can be changed in this window.",
+      platform::Buttons::kYesNoCancel, platform::Icon::kQuestion, "Logon Hours");
+  if (answer == platform::Answer::kCancel)
+    return false;
+  const HoursZone zone = answer == platform::Answer::kYes ? HoursZone::kWorkstation : HoursZone::kFixed;
+  choose_zone(session.platform, zone);
+  window.Zone.index = static_cast<int>(zone);
+  window.hours_ahead = hours_ahead(session.platform, zone);
+  return true;
+}
+
 }  // namespace
 
 std::string_view day_name(int row) {
@@ -111,17 +138,17 @@ std::string hour_name(int hour) {
   return std::to_string(of_half) + (hour % kHours < 12 ? "am" : "pm");
 }
 
-std::vector<bool> cells_of_bytes(const base::Bytes& bytes) {
+std::vector<bool> cells_of_bytes(const base::Bytes& bytes, int hours_ahead) {
   std::vector<bool> cells(kCells, true);
   for (std::size_t bit = 0; bit < std::min(kCells, bytes.size() * 8); ++bit)
-    cells[cell_of_bit(bit)] = (bytes[bit / 8] >> (bit % 8) & 1U) != 0;
+    cells[cell_of_bit(bit, hours_ahead)] = (bytes[bit / 8] >> (bit % 8) & 1U) != 0;
   return cells;
 }
 
-base::Bytes bytes_of_cells(const std::vector<bool>& cells) {
+base::Bytes bytes_of_cells(const std::vector<bool>& cells, int hours_ahead) {
   base::Bytes bytes(kCells / 8, 0);
   for (std::size_t bit = 0; bit < kCells; ++bit) {
-    if (cells.at(cell_of_bit(bit)))
+    if (cells.at(cell_of_bit(bit, hours_ahead)))
       bytes[bit / 8] = static_cast<base::Bytes::value_type>(bytes[bit / 8] | 1U << (bit % 8));
   }
   return bytes;
@@ -156,7 +183,9 @@ void LogonHours_Click(Session& session) {
 
 void Logon_Hours_Load(Session& session) {
   session::Logon_Hours& window = session.logon_hours;
-  window.MSFlexGrid1 = cells_of_bytes(session.TemplateLogonHours);
+  const HoursZone zone = zone_in_force(session.platform);
+  window.Zone.index = static_cast<int>(zone);
+  show_bytes(session, session.TemplateLogonHours, zone);
   window.Option1.index = 0;
   window.Label2.caption = std::string();
   window.Command2.enabled = session.form1.savetemplate.enabled.get();
@@ -181,9 +210,24 @@ void select_cells(Session& session, int from_row, int from_col, int to_row, int 
   window.Label2.caption = name_of(area);
 }
 
-void Logon_Hours_Command2_Click(Session& session) {
-  if (session.logon_hours.Command2.enabled.get())
-    session.TemplateLogonHours = bytes_of_cells(session.logon_hours.MSFlexGrid1);
+void Zone_Click(Session& session) {
+  session::Logon_Hours& window = session.logon_hours;
+  const base::Bytes bytes = bytes_of_cells(window.MSFlexGrid1, window.hours_ahead);
+  const auto zone = static_cast<HoursZone>(window.Zone.index.get());
+  choose_zone(session.platform, zone);
+  show_bytes(session, bytes, zone);
+}
+
+bool Logon_Hours_Command2_Click(Session& session) {
+  session::Logon_Hours& window = session.logon_hours;
+  if (!window.Command2.enabled.get())
+    return true;
+  if (bytes_of_cells(window.MSFlexGrid1, window.hours_ahead) == session.TemplateLogonHours)
+    return true;
+  if (!ask_zone(session))
+    return false;
+  session.TemplateLogonHours = bytes_of_cells(window.MSFlexGrid1, window.hours_ahead);
+  return true;
 }
 
 void Logon_Hours_Command1_Click(Session& session) {

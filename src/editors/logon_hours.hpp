@@ -14,9 +14,9 @@ struct Session;
 
 /// The hours of a week at which users may log on.
 ///
-/// As 21 bytes, a bit an hour, set for permitted. Bit value 1 of byte 0 is Sunday 12pm; each following bit
-/// (2, 4 … 128, then the next byte) is the next hour, so that the last twelve bits are Sunday morning. This
-/// offset is fixed and has to do with no time zone.
+/// As 21 bytes, a bit an hour, set for permitted. Bit value 1 of byte 0 is the first hour of Sunday in UTC;
+/// each following bit (2, 4 … 128, then the next byte) is the next hour. With the fixed offset of the grid
+/// that is Sunday 12pm, and the last twelve bits are Sunday morning; `hours_zone.hpp` has the other offset.
 ///
 /// As cells, a value an hour, row by row from Sunday, column by column from 12am.
 ///
@@ -25,6 +25,8 @@ namespace twk::editors {
 
 inline constexpr int kDays = 7;
 inline constexpr int kHours = 24;
+/// Hours that the grid is ahead of UTC unless the administrator chose otherwise.
+inline constexpr int kFixedHoursAhead = 12;
 
 /// "Sunday" for row 1 to "Saturday" for row 7.
 std::string_view day_name(int row);
@@ -33,8 +35,8 @@ std::string_view day_name(int row);
 std::string hour_name(int hour);
 
 /// Bytes that are missing count as permitted.
-std::vector<bool> cells_of_bytes(const base::Bytes& bytes);
-base::Bytes bytes_of_cells(const std::vector<bool>& cells);
+std::vector<bool> cells_of_bytes(const base::Bytes& bytes, int hours_ahead = kFixedHoursAhead);
+base::Bytes bytes_of_cells(const std::vector<bool>& cells, int hours_ahead = kFixedHoursAhead);
 
 /// Seven lines.
 std::vector<std::string> text_of_cells(const std::vector<bool>& cells);
@@ -58,8 +60,12 @@ void Logon_Hours_Load(session::Session& session);
 void show_selected(session::Session& session, int from_row, int from_col, int to_row, int to_col);
 /// The same, and paints the cells: permitted or denied, as `Option1` says.
 void select_cells(session::Session& session, int from_row, int from_col, int to_row, int to_col);
-/// OK: the hours go into `TemplateLogonHours`. Nothing happens while the button is disabled.
-void Logon_Hours_Command2_Click(session::Session& session);
+/// The hours are to be shown as those of another zone, which is kept as the choice; what they stand for
+/// stays.
+void Zone_Click(session::Session& session);
+/// OK: the hours go into `TemplateLogonHours`. Nothing happens while the button is disabled. While nobody has
+/// chosen whose hours these are, that is asked first; False when it was not answered, and the window stays.
+bool Logon_Hours_Command2_Click(session::Session& session);
 /// Cancel.
 void Logon_Hours_Command1_Click(session::Session& session);
 

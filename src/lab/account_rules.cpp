@@ -106,7 +106,7 @@ std::vector<Modification> to_modifications(const LabDomain& domain, const Entry*
 }
 
 std::string filetime_now(const LabDomain& domain) {
-  return base::to_text(base::to_filetime(domain.clock.now()));
+  return base::to_text(base::to_filetime(domain.clock.utc_now()));
 }
 
 std::string group_account_type(std::int32_t group_type) {

@@ -123,7 +123,7 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
   if (account)
     draft.set("objectSid", next_sid(domain));
   draft.set("objectGUID", random_bytes(domain, 16));
-  draft.set("whenCreated", ads::to_raw(*ads::find_attribute("whenCreated"), domain.clock.now()));
+  draft.set("whenCreated", ads::to_raw(*ads::find_attribute("whenCreated"), domain.clock.utc_now()));
   if (user)
     add_user_defaults(draft);
   if (account && !user)

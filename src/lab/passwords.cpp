@@ -98,7 +98,7 @@ bool is_usable(const LabDomain& domain, const Entry& entry) {
   if (read_number(entry, "lockoutTime") != 0)
     return false;
   const std::int64_t expires = read_number(entry, "accountExpires");
-  return expires == 0 || expires > base::to_filetime(domain.clock.now());
+  return expires == 0 || expires > base::to_filetime(domain.clock.utc_now());
 }
 
 void count_wrong_password(LabDomain& domain, const Entry& entry) {

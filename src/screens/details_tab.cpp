@@ -67,7 +67,12 @@ void add_account(QBoxLayout& column, session::Form1& form) {
   add_logon_name(rows, form);
   add_text(rows, "&Pre-2000 name:", "UM_PreW2K", form.UM_PreW2K);
   add_text(rows, "&Mail address:", "UM_MailAddress", form.UM_MailAddress);
-  add_text(rows, "E&xpires:", "AccExpires", form.AccExpires)->setPlaceholderText("day/month/year or Never");
+  QLineEdit* const expires = add_text(rows, "E&xpires:", "AccExpires", form.AccExpires);
+  expires->setPlaceholderText("day/month/year or Never");
+  expires->setToolTip(
+      "The account ends when this day begins, by the clock of this workstation; write \"end of\" in front "
+      "for the "
+      "last day");
 }
 
 void add_flags(QBoxLayout& column, session::Form1& form) {

@@ -1,4 +1,5 @@
 #include <QGroupBox>
+#include <QLabel>
 #include <QVBoxLayout>
 
 #include "batch/import_options.hpp"
@@ -39,6 +40,11 @@ QGroupBox* make_account(session::Session& session, QWidget* parent) {
   auto* const form = new QFormLayout(group);
   QLineEdit* const field = add_text(*form, "Account &Expires:", "Expiredate", session.import_grps.Expiredate);
   field->setToolTip("Used to set Expireation date on imported accounts");
+  field->setPlaceholderText("day/month/year, or %IMPORTn%");
+  auto* const note = new QLabel(
+      "The accounts end when that day begins. Write \"end of\" in front for their last day.", group);
+  note->setWordWrap(true);
+  form->addRow(note);
   field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 25);
   return group;
 }

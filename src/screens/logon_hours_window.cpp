@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include "editors/hours_zone.hpp"
 #include "editors/logon_hours.hpp"
 #include "screens/dialog_buttons.hpp"
 #include "screens/form.hpp"
@@ -38,6 +39,23 @@ QGroupBox* make_choice(session::Session& session, QWidget* parent) {
   return group;
 }
 
+QGroupBox* make_zone(session::Session& session, QWidget* parent) {
+  auto* const group = new QGroupBox("The hours shown are those of", parent);
+  auto* const box = new QVBoxLayout(group);
+  std::vector<QRadioButton*> buttons;
+  for (const editors::HoursZone zone : {editors::HoursZone::kFixed, editors::HoursZone::kWorkstation}) {
+    auto* const button =
+        new QRadioButton(QString::fromStdString(editors::zone_name(session.platform, zone)), group);
+    button->setObjectName("Zone_" + QString::number(buttons.size()));
+    box->addWidget(button);
+    buttons.push_back(button);
+  }
+  buttons.front()->setToolTip("12 hours ahead of UTC, wherever this workstation stands");
+  bind_options(buttons, session.logon_hours.Zone, [&session] { editors::Zone_Click(session); });
+  add_hint(*group, *box, "zone_note", session.logon_hours.zone_note);
+  return group;
+}
+
 }  // namespace
 
 std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* parent) {
@@ -57,6 +75,7 @@ std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* pa
   auto* const line = new QHBoxLayout;
   box->addLayout(line);
   line->addWidget(make_choice(session, dialog.get()));
+  line->addWidget(make_zone(session, dialog.get()));
   auto* const how = new QLabel(
       "Drag over hours to paint them, or select them with Shift and the arrow keys and press Space. A click "
       "on "
@@ -66,11 +85,7 @@ std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* pa
   line->addWidget(how, 1);
   add_hint(*dialog, *box, "hint", window.hint);
   QDialogButtonBox* const buttons = add_ok_cancel(
-      *dialog, *box, "Command2",
-      [&session] {
-        editors::Logon_Hours_Command2_Click(session);
-        return true;
-      },
+      *dialog, *box, "Command2", [&session] { return editors::Logon_Hours_Command2_Click(session); },
       [&session] { editors::Logon_Hours_Command1_Click(session); });
   bind_to(*buttons->button(QDialogButtonBox::Ok), window.Command2, {});
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("Command1");

@@ -4,7 +4,7 @@
 
 namespace twk::session {
 
-DetailsChanges::DetailsChanges(Form1& form) {
+DetailsChanges::DetailsChanges(Form1& form) : form_(form) {
   const auto watch_text = [this](bool& flag, std::initializer_list<controls::TextBox*> boxes) {
     for (controls::TextBox* const box : boxes)
       watches_.push_back(box->text.watch([&flag] { flag = true; }));
@@ -44,6 +44,7 @@ void DetailsChanges::clear() {
   Flags = false;
   Custom = false;
   Custom_Changed = {};
+  must_change_ = form_.chkMustChange.on();
 }
 
 }  // namespace twk::session

@@ -27,9 +27,14 @@ struct DetailsChanges {
   /// What the last save was refused, as "HomeDirectory: reason"; the rest was saved.
   std::vector<std::string> refused;
 
+  /// What the account on the tab has now; nothing counts as changed.
   void clear();
+  /// `chkMustChange` as the account had it.
+  [[nodiscard]] bool must_change() const { return must_change_; }
 
  private:
+  const Form1& form_;
+  bool must_change_ = false;
   std::vector<controls::Watch> watches_;
 };
 

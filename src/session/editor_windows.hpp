@@ -42,6 +42,9 @@ struct Logon_Hours {
   controls::Observable<std::vector<bool>> MSFlexGrid1{std::vector<bool>(std::size_t{7} * 24, true)};
   controls::OptionGroup Option1;  ///< 0 paints permitted, 1 denied
   controls::Label Label2;         ///< what was selected
+  controls::OptionGroup Zone;     ///< whose hours the grid shows: 0 those of UTC+12, 1 this workstation's
+  controls::Label zone_note;      ///< what one should know of them; empty for nothing
+  int hours_ahead = 12;           ///< of UTC, by the zone that is shown
   controls::Label hint;           ///< why the hours cannot be stored; empty when they can
   controls::Button Command2;      ///< OK
 };

@@ -69,6 +69,10 @@ TEST_F(ImportOptionsTest, ARangeIsStoredOnlyWhenItIsOne) {
   EXPECT_FALSE(ImportGrps_OK(session));
   EXPECT_EQ(setting("Setup", "ImportGroupsStart"), "(none)");
   window.UpperRange.text = "10";
+  window.Expiredate.text = "1.2.30";
+  dialogs.expect("\"1.2.30\" is 1/02/1930, which is before 1970: write the year with four digits.");
+  EXPECT_FALSE(ImportGrps_OK(session));
+  window.Expiredate.text = "31/12/2027";
   EXPECT_TRUE(ImportGrps_OK(session));
   EXPECT_EQ(setting("Setup", "ImportGroupsStart"), "7");
   EXPECT_EQ(setting("Setup", "ImportGroupsFinish"), "10");

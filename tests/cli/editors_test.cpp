@@ -41,6 +41,36 @@ TEST_F(Editors, HoursOfAnAccountGoInAndComeBack) {
   EXPECT_EQ(run({"hours", "show", "--user", "nobody"}).exit_code, 2);
 }
 
+TEST_F(Editors, HoursAreThoseOfTheZoneThatWasChosen) {
+  const std::string late = std::string(7, '.') + std::string(11, '#') + "......";
+  const auto in_berlin = [&](const Arguments& words) {
+    return run(words, week(late), {.environment = {{"TZ", "CET-1"}}});
+  };
+  // Where Monday's hours begin in the bytes, whose first bit is the first hour of Sunday in UTC.
+  const auto stored = [&] {
+    return result_of({"template", "show", "Staff"})["logonHours"].get<std::string>();
+  };
+  const std::string fixed = "FF0FF83FF0" + std::string(32, 'F');
+  const std::string berlin = "FFFF7FC0FF81" + std::string(30, 'F');
+  const ProgramResult unchosen = in_berlin({"hours", "set", "Staff"});
+  EXPECT_EQ(unchosen.exit_code, 0);
+  EXPECT_THAT(unchosen.err,
+              HasSubstr("Monday 7am to 6pm, as hours of UTC+12, is Sunday 7pm to Monday 6am UTC; as "
+                        "hours of UTC+1, the zone of this workstation, it is Monday 6am to 5pm UTC"));
+  EXPECT_EQ(stored(), fixed);
+  EXPECT_EQ(in_berlin({"hours", "set", "Staff", "--zone", "workstation"}).err, "");
+  EXPECT_EQ(stored(), berlin);
+  EXPECT_THAT(in_berlin({"hours", "zone"}).out, HasSubstr("UTC+12 (nobody has chosen)"));
+  EXPECT_THAT(in_berlin({"hours", "zone", "workstation"}).out,
+              HasSubstr("UTC+1, the zone of this workstation"));
+  EXPECT_EQ(in_berlin({"hours", "set", "Staff", "--zone", "UTC+12"}).err, "");
+  EXPECT_EQ(stored(), fixed);
+  EXPECT_EQ(in_berlin({"hours", "set", "Staff"}).err, "");
+  EXPECT_EQ(stored(), berlin);
+  EXPECT_THAT(in_berlin({"hours", "show", "Staff"}).out, HasSubstr("Monday    " + late));
+  EXPECT_EQ(in_berlin({"hours", "zone", "here"}).exit_code, 64);
+}
+
 TEST_F(Editors, HoursThatDoNotReadAreNamedAndNothingIsChanged) {
   const std::string before = run({"hours", "show", "Staff"}).out;
   const ProgramResult result = run({"hours", "set", "Staff"}, week("####?" + std::string(19, '#')));

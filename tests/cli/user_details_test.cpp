@@ -56,6 +56,9 @@ TEST_F(UserDetailsCommands, SetRefusesWhatNoFieldTakesAndWritesNothing) {
   } cases[] = {{{"colour=red"}, 64, "no field \"colour\". Fields: fullName, description"},
                {{"description"}, 64, "is not FIELD=VALUE"},
                {{"expires=soon"}, 64, "31/12/2026"},
+               {{"expires=1.2.30"}, 64, "before 1970"},
+               {{"--expires-after", ""}, 64, "31/12/2026"},
+               {{"--expires-after", "1/2/2030", "expires=never"}, 64, "give either"},
                {{"lockedOut=yes"}, 64, "cannot be locked out by hand"},
                {{"disabled=perhaps"}, 64, "takes yes or no"},
                {{"drive=h:"}, 2, ""}};

@@ -251,14 +251,36 @@ TEST(AdUserDetails, ANewPre2000NameAndFlagsAreSavedTogether) {
   EXPECT_TRUE(jo.form.chkCantChange.on());
 }
 
-TEST(AdUserDetails, BothDatesThatMeanNeverAreShownAsTheWord) {
+TEST(AdUserDetails, WhatMeansNeverIsShownAsTheWordInEveryZone) {
   Shown jo;
-  for (const auto& [stored, shown] : std::vector<std::pair<const char*, const char*>>{
-           {"468000000000", "Never"}, {"432000000000", "1/01/1601 12:00:00"}, {"0", "Never"}}) {
+  for (const auto& [stored, shown] :
+       std::vector<std::pair<const char*, const char*>>{{"468000000000", "Never"},
+                                                        {"0", "Never"},
+                                                        {"9223372036854775807", "Never"},
+                                                        {"432000000000", "1/01/1601 04:00:00"},
+                                                        {"134431776000000000", "31/12/2026"}}) {
+    jo.world.clock.seconds_ahead = -8 * 3600;
     jo.put("accountExpires", stored);
     jo.show();
     EXPECT_EQ(jo.form.AccExpires.text.get(), shown) << stored;
+    jo.form.UM_MailAddress.text = std::string(stored) + "@twk.test";
+    jo.save();
+    EXPECT_EQ(jo.stored("accountExpires"), stored) << "what was not changed stays to the letter";
   }
+}
+
+TEST(AdUserDetails, TheAgeOfThePasswordStaysUntilItsChangeIsOrdered) {
+  const std::string since = "133000000000000000";
+  Shown jo(DomainKind::kNative, [&](LabSession& world) { test::journal_jo(world, "pwdLastSet", since); });
+  const auto save = [&](controls::CheckBox& box, int value) {
+    box.value = value;
+    jo.save();
+    return jo.stored("pwdLastSet");
+  };
+  EXPECT_EQ(save(jo.form.chkPwdNever, 1), since);
+  EXPECT_EQ(save(jo.form.chkMustChange, 1), "0");
+  EXPECT_EQ(save(jo.form.chkPwdNever, 0), "0");
+  EXPECT_GT(save(jo.form.chkMustChange, 0), since);
 }
 
 TEST(AdUserDetails, ARefusedExpiryIsToldInABoxAndTheRestIsSaved) {
@@ -366,7 +388,9 @@ TEST(NtUserDetails, AnExpiryThatIsNoDateIsRefusedBeforeAnythingIsWritten) {
   Shown jo(DomainKind::kNt);
   jo.form.AccExpires.text = std::string("soon");
   EXPECT_EQ(jo.save(), 0);
-  EXPECT_EQ(jo.status(), "Error saving user: Type mismatch: \"soon\" is not a date");
+  EXPECT_EQ(jo.status(),
+            "Error saving user: Type mismatch: \"soon\" is neither a day such as 31/12/2026 or "
+            "2026-12-31 nor \"Never\"");
 }
 
 }  // namespace

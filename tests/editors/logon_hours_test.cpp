@@ -7,7 +7,10 @@ namespace {
 
 class LogonHoursTest : public test::TestWorld {
  protected:
-  LogonHoursTest() { session.form1.savetemplate.enabled = true; }
+  LogonHoursTest() {
+    session.form1.savetemplate.enabled = true;
+    set("Preferences", "LogonHoursZone", "UTC+12");
+  }
   void deny(int from_row, int from_col, int to_row, int to_col) {
     window.Option1.index = 1;
     select_cells(session, from_row, from_col, to_row, to_col);

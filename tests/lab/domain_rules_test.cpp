@@ -1,6 +1,9 @@
+#include <cstdlib>
+#include <ctime>
 #include <set>
 
 #include "lab_world.hpp"
+#include "local/system_clock.hpp"
 
 namespace twk::lab {
 namespace {
@@ -76,6 +79,30 @@ TEST_F(LabRules, AccountWithoutPasswordOrDisabledCannotLogOn) {
   user.put_AccountDisabled(true);
   user.SetInfo();
   EXPECT_EQ(log_on("jsmith", "Correct-Horse-7"), ads_error::kLogonFailure);
+}
+
+TEST_F(LabRules, AnAccountEndsAndIsMadeInUtcWhateverTheZone) {
+  const auto utc_now = [] { return base::to_filetime(local::SystemClock().utc_now()); };
+  constexpr std::int64_t kMinute = 600'000'000;
+  for (const char* const zone : {"X+11", "X-11"}) {
+    setenv("TZ", zone, 1);
+    tzset();
+    const std::string name = zone[1] == '+' ? "west" : "east";
+    const auto user = make_user(w_, name, name);
+    user->SetPassword("Correct-Horse-7");
+    for (const std::string_view made : {"pwdLastSet", "whenCreated"}) {
+      const std::int64_t at = made == "whenCreated" ? base::to_filetime(user->Get(made).date())
+                                                    : std::stoll(user->Get(made).text());
+      EXPECT_LT(std::abs(at - utc_now()), kMinute) << zone << " " << made;
+    }
+    for (const int minutes : {-5, 5}) {
+      user->Put("accountExpires", base::to_text(utc_now() + minutes * kMinute));
+      user->SetInfo();
+      EXPECT_EQ(log_on(name, "Correct-Horse-7") == 0, minutes > 0) << zone << " " << minutes;
+    }
+  }
+  unsetenv("TZ");
+  tzset();
 }
 
 TEST_F(LabRules, WrongPasswordsLockTheAccountUntilItIsUnlocked) {

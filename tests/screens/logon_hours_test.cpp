@@ -10,6 +10,7 @@ class LogonHoursWindowTest : public ScreenTest {
  protected:
   /// Opens the window on an edited template in which all hours are permitted.
   void show(std::function<void(QWidget& shown, screens::HoursGrid& grid)> person, bool editing = true) {
+    lab.set("Preferences", "LogonHoursZone", "UTC+12");
     open();
     lab.session.form1.savetemplate.enabled = editing;
     expect_window([this, person](QWidget& shown) {

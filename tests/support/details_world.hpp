@@ -35,8 +35,8 @@ inline controls::TreeNode& node_of_jo(LabSession& world) {
   return *tree.find(world.is_nt() ? "jo" : "LDAP://twk.test/CN=Jo Smith," + std::string(kNewStarters));
 }
 
-/// Locks the account out, as too many wrong passwords do: a directory sets this itself.
-inline void lock_jo(LabSession& world) {
+/// Gives the account a value that a directory sets itself and takes from nobody.
+inline void journal_jo(LabSession& world, const std::string& attribute, const std::string& value) {
   const std::string path = (world.folder.path() / "domain.journal.ldif").string();
   std::stringstream journal;
   journal << std::ifstream(path).rdbuf();
@@ -44,8 +44,13 @@ inline void lock_jo(LabSession& world) {
   const std::size_t start = text.find(world.is_nt() ? "dn: CN=jo," : "dn: CN=Jo Smith,");
   ASSERT_NE(start, std::string::npos);
   std::ofstream(path, std::ios::app) << text.substr(start, text.find('\n', start) - start)
-                                     << "\nchangetype: modify\nreplace: lockoutTime\n"
-                                        "lockoutTime: 133000000000000000\n-\n# end\n\n";
+                                     << "\nchangetype: modify\nreplace: " << attribute << "\n"
+                                     << attribute << ": " << value << "\n-\n# end\n\n";
+}
+
+/// Locks the account out, as too many wrong passwords do.
+inline void lock_jo(LabSession& world) {
+  journal_jo(world, "lockoutTime", "133000000000000000");
 }
 
 }  // namespace twk::test

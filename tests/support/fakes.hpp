@@ -46,9 +46,13 @@ class FakeRegistry final : public platform::RegistryAccess {
   std::map<std::string, std::string> values_;
 };
 
+/// Stands still, in a zone without summer time.
 class FixedClock final : public platform::Clock {
  public:
-  base::Date now() override { return time; }
+  base::Date utc_now() override { return to_utc(time); }
+  base::Date to_local(base::Date utc) override { return base::plus_seconds(utc, seconds_ahead); }
+  base::Date to_utc(base::Date local) override { return base::plus_seconds(local, -seconds_ahead); }
+  int seconds_ahead = 0;  ///< of UTC
   base::Date time = base::make_date({2026, 12, 31, 9, 5, 0});
 };
 

@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+"""A day on which accounts end is the day of the workstation's zone, in every kind of domain: what twk stores is
+compared with the FILETIME of that midnight as Python's zones have it, and what it shows with what they show.
+
+usage: expiry_zones_test.py TWK
+"""
+import datetime
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import zoneinfo
+
+TWK = sys.argv[1]
+ZONES = ("UTC", "America/Los_Angeles", "Europe/Berlin", "Pacific/Auckland", "Asia/Kolkata")
+# Winter and summer, and the days around which clocks are changed in these zones.
+DAYS = [datetime.date.fromisoformat(day) for day in (
+    "2026-12-31", "2026-07-01", "2026-03-08", "2026-03-09", "2026-03-29", "2026-03-30", "2026-04-05", "2026-04-06",
+    "2026-09-27", "2026-09-28", "2026-10-25", "2026-10-26", "2026-11-01", "2026-11-02")]
+EPOCH = datetime.datetime(1601, 1, 1, tzinfo=datetime.timezone.utc)
+NEVER = (0, 0x7FFFFFFFFFFFFFFF)
+ONE_DAY = datetime.timedelta(days=1)
+
+
+def check(what, got, wanted):
+    if got != wanted:
+        sys.exit(f"{what}: {got!r}\nis not {wanted!r}")
+
+
+def filetime(moment):
+    since = moment - EPOCH
+    return (since.days * 86400 + since.seconds) * 10**7
+
+
+def midnight(day, zone):
+    return filetime(datetime.datetime.combine(day, datetime.time(), zoneinfo.ZoneInfo(zone)))
+
+
+def shown(stored, zone):
+    """What `user show` tells of a stored moment in a zone."""
+    local = (EPOCH + datetime.timedelta(microseconds=stored // 10)).astimezone(zoneinfo.ZoneInfo(zone))
+    return local.strftime("%Y-%m-%d" if local.time() == datetime.time() else "%Y-%m-%d %H:%M:%S")
+
+
+class Lab:
+    def __init__(self, folder, kind):
+        self.folder = folder
+        self.kind = kind
+        self.twk("UTC", "lab", "init", folder, "--kind", kind, "--sample", "--users", str(2 * len(DAYS)))
+        self.users = [user["name"] for user in self.read("UTC", "user", "list")][:2 * len(DAYS)]
+
+    def twk(self, zone, *words):
+        done = subprocess.run([TWK, "--lab", self.folder, "--yes", *words], capture_output=True, text=True, check=False,
+                              env={**os.environ, "TZ": zone})
+        if done.returncode != 0:
+            sys.exit(f"{self.kind}, {zone}: {words} ended with {done.returncode}\n{done.stdout}{done.stderr}")
+        return done.stdout
+
+    def read(self, zone, *words):
+        return [json.loads(line) for line in self.twk(zone, "--json", *words).splitlines()]
+
+    def entries(self):
+        """Account name -> the lines of its entry."""
+        blocks = re.split(r"\n\s*\n", self.twk("UTC", "lab", "export"))
+        names = {re.search(r"^sAMAccountName: (.*)$", block, re.MULTILINE): block for block in blocks}
+        return {match[1]: block for match, block in names.items() if match}
+
+    def stored(self):
+        return {name: int(number[1]) for name, block in self.entries().items()
+                if (number := re.search(r"^accountExpires: (\d+)$", block, re.MULTILINE))}
+
+    def account(self, name):
+        return self.read("UTC", "user", "show", name)[0]["samAccountName"]
+
+
+def days_are_stored_and_shown(lab, zone):
+    for number, day in enumerate(DAYS):
+        first, second = lab.users[2 * number:2 * number + 2]
+        lab.twk(zone, "user", "set", first, f"expires={day}")
+        lab.twk(zone, "user", "set", second, "--expires-after", (day - ONE_DAY).strftime("%d/%m/%Y"))
+    stored = lab.stored()
+    for number, day in enumerate(DAYS):
+        for name in lab.users[2 * number:2 * number + 2]:
+            check(f"{lab.kind}, {zone}, {day}", stored[lab.accounts[name]], midnight(day, zone))
+        for other in ZONES if number < 2 else (zone,):
+            user = lab.read(other, "user", "show", lab.users[2 * number])[0]
+            check(f"{lab.kind}, {day} of {zone} in {other}", user["expires"], shown(midnight(day, zone), other))
+    for before in (DAYS[0], DAYS[4], DAYS[4] + ONE_DAY):
+        found = {hit["user"] for hit in lab.read(zone, "users", "find-expired", "--before", str(before))}
+        wanted = {name for number, name in enumerate(lab.users) if DAYS[number // 2] < before}
+        check(f"{lab.kind}, {zone}, before {before}", {lab.accounts[name] for name in found} if lab.kind == "nt" else found,
+              {lab.accounts[name] for name in wanted} if lab.kind == "nt" else wanted)
+
+
+def never_is_never(lab, forms):
+    for name, form in zip(lab.users, forms):
+        check(f"{lab.kind}, never", lab.stored()[lab.accounts[name]], form)
+        for zone in ZONES:
+            check(f"{lab.kind}, {form} in {zone}", lab.read(zone, "user", "show", name)[0]["expires"], None)
+            found = lab.read(zone, "users", "find-expired", "--before", "1/1/9999")
+            check(f"{lab.kind}, {form} in {zone}", name in {hit["user"] for hit in found}, False)
+
+
+def new_accounts_are_of_now(lab, zone, number):
+    place = () if lab.kind == "nt" else ("--ou", "OU=New Starters,DC=twk,DC=test")
+    file = pathlib.Path(lab.folder, "new.csv")
+    file.write_text(f"Jo,,Doe{number},31/12/2026\nAl,,Doe{number},\nCy,,Doe{number},never\n")
+    before = filetime(datetime.datetime.now(datetime.timezone.utc)) - 10**7
+    lab.twk(zone, "user", "import", str(file), "--template", "Staff", "--site", "Head Office", *place,
+            "--expires-after", "%IMPORT4%")
+    after = filetime(datetime.datetime.now(datetime.timezone.utc)) + 10**7
+    stored, entries = lab.stored(), lab.entries()
+    check(f"{lab.kind}, {zone}, import", stored[f"Jo.Doe{number}"], midnight(datetime.date(2027, 1, 1), zone))
+    check(f"{lab.kind}, {zone}, import", stored[f"Al.Doe{number}"] in NEVER, True)
+    block = entries[f"Jo.Doe{number}"]
+    set_at = int(re.search(r"^pwdLastSet: (\d+)$", block, re.MULTILINE)[1])
+    created = re.search(r"^whenCreated: (\d{14})", block, re.MULTILINE)[1]
+    created_at = filetime(datetime.datetime.strptime(created + "+0000", "%Y%m%d%H%M%S%z"))
+    for what, moment in (("pwdLastSet", set_at), ("whenCreated", created_at)):
+        if moment != 0 and not before <= moment <= after:
+            sys.exit(f"{lab.kind}, {zone}: {what} is {moment}, and it is {before} to {after}")
+
+
+def main():
+    for kind in ("native", "mixed", "nt"):
+        with tempfile.TemporaryDirectory() as folder:
+            lab = Lab(folder, kind)
+            lab.accounts = {name: lab.account(name) for name in lab.users}
+            for number, zone in enumerate(ZONES):
+                days_are_stored_and_shown(lab, zone)
+                new_accounts_are_of_now(lab, zone, number)
+            for name in lab.users:
+                lab.twk("Asia/Kolkata", "user", "set", name, "expires=never")
+            never_is_never(lab, (NEVER[1],))
+            name = lab.users[1]
+            dn = re.search(r"^dn: (.*)$", lab.entries()[lab.accounts[name]], re.MULTILINE)[1]
+            change = pathlib.Path(folder, "change.ldif")
+            change.write_text(f"dn: {dn}\nchangetype: modify\nreplace: accountExpires\naccountExpires: 0\n-\n")
+            lab.twk("UTC", "lab", "import", str(change))
+            never_is_never(lab, (NEVER[1], 0))
+
+
+if __name__ == "__main__":
+    main()
