@@ -17,9 +17,9 @@ using std::chrono::sys_days;
 constexpr double kSecondsPerDay = 86400.0;
 /// Days from 1 January 1601 to 30 December 1899.
 constexpr std::int64_t kFiletimeEpochDays = 109205;
-/// 1 January 100 and 31 December 9999: the range of the automation date.
+/// 1 January 100 and the last second of 31 December 9999: the range of the automation date.
 constexpr double kFirstDay = -657434;
-constexpr double kLastDay = 2958465;
+constexpr double kLastMoment = 2958465 + 86399 / kSecondsPerDay;
 constexpr std::int64_t kFiletimePerSecond = 10'000'000;
 
 sys_days epoch() {
@@ -95,7 +95,7 @@ Date make_date(const CivilTime& parts) {
 
 CivilTime civil_time(Date date) {
   using namespace std::chrono;
-  date.serial = std::clamp(date.serial, kFirstDay, kLastDay);
+  date.serial = std::clamp(date.serial, kFirstDay, kLastMoment);
   auto whole = static_cast<std::int64_t>(std::trunc(date.serial));
   auto seconds = static_cast<std::int64_t>(
       std::llround(std::abs(date.serial - static_cast<double>(whole)) * kSecondsPerDay));

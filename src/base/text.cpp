@@ -75,6 +75,16 @@ bool is_odd_pair(char32_t c) {
   return between(c, 0x139, 0x148) || between(c, 0x179, 0x17E);
 }
 
+/// Upper-case letters of Greek and Cyrillic, and how far off their lower case is.
+struct CaseRange {
+  char32_t first;
+  char32_t last;
+  char32_t to_lower;
+};
+constexpr CaseRange kCaseRanges[] = {{0x386, 0x386, 38}, {0x388, 0x38A, 37}, {0x38C, 0x38C, 64},
+                                     {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32}, {0x3A3, 0x3AB, 32},
+                                     {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
+
 /// Of seven bits, so that it is a character by itself.
 bool is_plain(char c) {
   return static_cast<unsigned char>(c) < 0x80;
@@ -94,12 +104,10 @@ char32_t upper_code(char32_t c) {
     return c & ~char32_t{1};
   if (is_odd_pair(c))
     return (c & 1U) != 0 ? c : c - 1;
-  if (between(c, 0x3B1, 0x3C9) && c != 0x3C2)
-    return c - 32;
-  if (between(c, 0x430, 0x44F))
-    return c - 32;
-  if (between(c, 0x450, 0x45F))
-    return c - 80;
+  for (const CaseRange& range : kCaseRanges) {
+    if (between(c, range.first + range.to_lower, range.last + range.to_lower))
+      return c - range.to_lower;
+  }
   return c;
 }
 
@@ -114,12 +122,10 @@ char32_t lower_code(char32_t c) {
     return c | 1U;
   if (is_odd_pair(c))
     return (c & 1U) != 0 ? c + 1 : c;
-  if (between(c, 0x391, 0x3A9) && c != 0x3A2)
-    return c + 32;
-  if (between(c, 0x410, 0x42F))
-    return c + 32;
-  if (between(c, 0x400, 0x40F))
-    return c + 80;
+  for (const CaseRange& range : kCaseRanges) {
+    if (between(c, range.first, range.last))
+      return c + range.to_lower;
+  }
   return c;
 }
 

@@ -64,6 +64,13 @@ editors::HoursZone read_zone(const std::string& word) {
   throw UsageError("a zone is utc+12 or workstation, not \"" + word + "\"");
 }
 
+/// A zone for this run alone.
+void override_zone(Context& context, const std::string& word) {
+  if (!word.empty())
+    context.override_setting(session::kPreferences, "LogonHoursZone",
+                             std::string(editors::zone_word(read_zone(word))));
+}
+
 /// Shows the zone, or keeps another one.
 int hours_zone(Context& context, const std::string& word) {
   const platform::Platform& services = context.services();
@@ -135,13 +142,6 @@ int show_hours(Context& context, const HoursArguments& arguments) {
   override_zone(context, arguments.zone);
   return arguments.user.empty() ? show_template_hours(context, arguments.template_name)
                                 : show_user_hours(context, arguments.user);
-}
-
-/// A zone for this run alone.
-void override_zone(Context& context, const std::string& word) {
-  if (!word.empty())
-    context.override_setting(session::kPreferences, "LogonHoursZone",
-                             std::string(editors::zone_word(read_zone(word))));
 }
 
 /// With --user the one word that is given is the file.

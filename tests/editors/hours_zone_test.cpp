@@ -1,7 +1,6 @@
 #include "editors/hours_zone.hpp"
 
 #include "editors/logon_hours.hpp"
-#include "session/settings.hpp"
 #include "support/world.hpp"
 
 namespace twk::editors {
@@ -23,9 +22,6 @@ class HoursZoneTest : public test::TestWorld {
   }
   /// The hours of the stored week at which UTC permits.
   [[nodiscard]] std::vector<bool> stored_utc() const { return cells_of_bytes(session.TemplateLogonHours, 0); }
-  [[nodiscard]] std::string choice() {
-    return session::read_setting(session, session::kPreferences, "LogonHoursZone");
-  }
   static std::vector<bool> monday(int shift) {
     std::vector<bool> cells(168, false);
     for (int cell = 24 + 7; cell < 24 + 18; ++cell)
@@ -81,7 +77,7 @@ TEST_F(HoursZoneTest, TheFirstOkAsksWhoseHoursTheyAreAndKeepsTheAnswer) {
     dialogs.expect("Are these hours of this workstation's zone?", one.answer);
     EXPECT_TRUE(Logon_Hours_Command2_Click(session));
     EXPECT_EQ(stored_utc(), monday(one.shift));
-    EXPECT_EQ(choice(), one.kept);
+    EXPECT_EQ(setting("Preferences", "LogonHoursZone"), one.kept);
     paint_monday();
     EXPECT_TRUE(Logon_Hours_Command2_Click(session)) << "not asked twice";
     EXPECT_EQ(stored_utc(), monday(one.shift));
@@ -93,7 +89,7 @@ TEST_F(HoursZoneTest, AnotherZoneMovesWhatIsShownAndNotWhatIsStored) {
   paint_monday();
   window.Zone.index = 1;
   Zone_Click(session);
-  EXPECT_EQ(choice(), "Workstation");
+  EXPECT_EQ(setting("Preferences", "LogonHoursZone"), "Workstation");
   EXPECT_EQ(window.MSFlexGrid1.get(), monday(-20));
   EXPECT_NE(window.zone_note.caption.get(), "");
   EXPECT_TRUE(Logon_Hours_Command2_Click(session));

@@ -2,6 +2,7 @@
 #include <ctime>
 #include <set>
 
+#include "base/text.hpp"
 #include "lab_world.hpp"
 #include "local/system_clock.hpp"
 
@@ -84,10 +85,10 @@ TEST_F(LabRules, AccountWithoutPasswordOrDisabledCannotLogOn) {
 TEST_F(LabRules, AnAccountEndsAndIsMadeInUtcWhateverTheZone) {
   const auto utc_now = [] { return base::to_filetime(local::SystemClock().utc_now()); };
   constexpr std::int64_t kMinute = 600'000'000;
-  for (const char* const zone : {"X+11", "X-11"}) {
+  for (const char* const zone : {"XXX+11", "XXX-11"}) {
     setenv("TZ", zone, 1);
     tzset();
-    const std::string name = zone[1] == '+' ? "west" : "east";
+    const std::string name = zone[3] == '+' ? "west" : "east";
     const auto user = make_user(w_, name, name);
     user->SetPassword("Correct-Horse-7");
     for (const std::string_view made : {"pwdLastSet", "whenCreated"}) {

@@ -2,6 +2,7 @@
 
 #include "screens/hours_grid.hpp"
 #include "screens/screen_test.hpp"
+#include "session/settings.hpp"
 
 namespace twk::test {
 namespace {
@@ -119,9 +120,13 @@ TEST_F(LogonHoursWindowTest, ATemplateThatIsNotEditedHasNoOk) {
       [this](QWidget& shown, screens::HoursGrid&) {
         EXPECT_FALSE(find<QPushButton>("Command2", &shown)->isEnabled());
         EXPECT_TRUE(find<QLabel>("hint", &shown)->isVisible());
+        EXPECT_FALSE(find<QLabel>("zone_note", &shown)->isVisible());
+        click("Zone_1", &shown);
+        EXPECT_TRUE(find<QLabel>("zone_note", &shown)->isVisible());
         QTest::keyClick(&shown, Qt::Key_Escape);
       },
       false);
+  EXPECT_EQ(session::read_setting(lab.session, session::kPreferences, "LogonHoursZone"), "Workstation");
 }
 
 }  // namespace
