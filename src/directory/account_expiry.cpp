@@ -58,10 +58,10 @@ bool is_start_of_day(platform::Clock& clock, base::Date ends) {
 
 TypedExpiry read_expiry(platform::Clock& clock, std::string_view text) {
   text = base::trim(text);
-  if (base::equals_fold(text, kNever))
-    return {};
   std::string_view day = text;
   const bool end_of = take_end_of(day);
+  if (base::equals_fold(day, kNever))
+    return {};
   const auto date = base::parse_date(day);
   if (!date)
     return {{}, quoted(text) + " is neither a day such as 31/12/2026 or 2026-12-31 nor \"Never\""};
