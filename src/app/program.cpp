@@ -218,8 +218,22 @@ int run_on_choice(const Options& options, screens::QtDialogs& dialogs) {
   return 0;
 }
 
+/// Settings that do not read would count as none, and accounts would be made by other rules.
+bool can_read_settings() {
+  try {
+    world::require_settings(live::user_folders());
+    return true;
+  } catch (const std::exception& failure) {
+    complain(screens::describe_failure(failure));
+    screens::show_failure(failure);
+    return false;
+  }
+}
+
 /// A real domain is worked in as soon as one is named, on the command line or in the settings.
 int run_without_lab(const Options& options, screens::QtDialogs& dialogs) {
+  if (!can_read_settings())
+    return kExitBadData;
   const bool named = world::says_anything(options.connection) ||
                      !world::stored_connection(live::user_folders()).domain.empty();
   if (!named)

@@ -155,21 +155,6 @@ std::size_t skip(std::string_view text, std::size_t count) {
   return at;
 }
 
-/// Code points of the bytes 0x80 to 0x9F of code page 1252.
-constexpr std::array<char32_t, 32> kAnsiHigh = {
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
-
-char to_ansi_byte(char32_t code) {
-  if (code < 0x80 || between(code, 0xA0, 0xFF))
-    return static_cast<char>(static_cast<unsigned char>(code));
-  const auto* const found = std::find(kAnsiHigh.begin(), kAnsiHigh.end(), code);
-  if (found == kAnsiHigh.end())
-    return '?';
-  return static_cast<char>(static_cast<unsigned char>(0x80 + (found - kAnsiHigh.begin())));
-}
-
 }  // namespace
 
 std::string_view trim(std::string_view text) {
@@ -310,24 +295,6 @@ std::string to_valid_utf8(std::string_view text) {
   return is_valid_utf8(text) ? std::string(text) : to_utf8(to_utf32(text));
 }
 
-std::string to_ansi(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  for (const char32_t code : to_utf32(text))
-    out.push_back(to_ansi_byte(code));
-  return out;
-}
-
-std::string from_ansi(std::string_view bytes) {
-  std::string out;
-  out.reserve(bytes.size());
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    append_utf8(out, between(byte, 0x80, 0x9F) ? kAnsiHigh.at(byte - 0x80U) : byte);
-  }
-  return out;
-}
-
 std::vector<std::string> split(std::string_view text, char separator) {
   std::vector<std::string> pieces;
   if (text.empty())
@@ -395,17 +362,6 @@ std::string to_hex(std::uint32_t number) {
   std::array<char, 16> buffer{};
   const int size = std::snprintf(buffer.data(), buffer.size(), "0x%08X", number);
   return {buffer.data(), static_cast<std::size_t>(size)};
-}
-
-std::optional<std::string> find_control_character(std::string_view text) {
-  for (const char32_t code : to_utf32(text)) {
-    if (code >= 0x20 && !between(code, 0x7F, 0x9F))
-      continue;
-    std::array<char, 16> buffer{};
-    const int size = std::snprintf(buffer.data(), buffer.size(), "U+%04X", static_cast<unsigned>(code));
-    return std::string(buffer.data(), static_cast<std::size_t>(size));
-  }
-  return std::nullopt;
 }
 
 }  // namespace twk::base

@@ -52,10 +52,17 @@ bool is_valid_utf8(std::string_view text);
 /// The text with every byte that is not well-formed UTF-8 replaced by U+FFFD.
 std::string to_valid_utf8(std::string_view text);
 
-/// Code page 1252. A character with no place in it becomes "?"; the five bytes that the code page leaves
-/// undefined stand for the control characters of the same number.
-std::string to_ansi(std::string_view text);
+/// Code page 1252; the five bytes that the code page leaves undefined stand for the control characters of the
+/// same number. Nothing when a character has no place in the code page.
+std::optional<std::string> to_ansi(std::string_view text);
+/// The same with `substitute` for what has no place; only for bytes that stand beside the whole text.
+std::string to_ansi(std::string_view text, char substitute);
 std::string from_ansi(std::string_view bytes);
+/// The first character with no place in code page 1252, as "Ł (U+0141)"; empty when all have one.
+std::optional<std::string> find_outside_ansi(std::string_view text);
+
+/// Marks a file as UTF-8 when it stands in front.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// Pieces between separators; an empty text gives no piece, n separators in a text give n + 1.
 std::vector<std::string> split(std::string_view text, char separator);
@@ -74,8 +81,14 @@ std::optional<unsigned> hex_digit(char digit);
 /// `number` as "0x" and eight hexadecimal digits.
 std::string to_hex(std::uint32_t number);
 
+/// A character by its number: "U+0009".
+std::string code_point_name(char32_t code);
 /// The first control character (below 0x20, 0x7F, or U+0080 to U+009F), as "U+0009"; empty when there is
 /// none.
 std::optional<std::string> find_control_character(std::string_view text);
+/// The same for control characters and for those that steer how others are shown and are not seen themselves:
+/// format characters (U+00AD, U+200B, U+202E …), line and paragraph separators. A name that is typed again by
+/// its looks must hold none.
+std::optional<std::string> find_invisible_character(std::string_view text);
 
 }  // namespace twk::base

@@ -40,9 +40,8 @@ std::int16_t chosen(const controls::ComboBox& box) {
 }  // namespace
 
 std::string import_text(std::string_view bytes) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (bytes.starts_with(kByteOrderMark))
-    bytes.remove_prefix(kByteOrderMark.size());
+  if (bytes.starts_with(base::kByteOrderMark))
+    bytes.remove_prefix(base::kByteOrderMark.size());
   return base::is_valid_utf8(bytes) ? std::string(bytes) : base::from_ansi(bytes);
 }
 

@@ -23,7 +23,7 @@ std::string title(std::string_view path) {
 }
 
 std::string database_path(const Session& session, std::string_view name) {
-  return std::string(base::trim(session.form1.dbpath.text.get())) + std::string(name);
+  return session.dbpath + std::string(name);
 }
 
 void error_line(Session& session, std::string_view text) {
@@ -32,7 +32,7 @@ void error_line(Session& session, std::string_view text) {
 
 void open_error_file(Session& session) {
   session.import.error_path = database_path(session, "Import.err");
-  session.import.error_file = session.platform.files.open_append(session.import.error_path, true);
+  session.import.error_file.open(session.platform.files, session.import.error_path, true);
   error_line(session, session::kAsterisks);
   error_line(session, session::date_and_time(session));
   error_line(session, "The following users were not created.");
@@ -44,7 +44,7 @@ void open_summary(Session& session) {
   ImportState& state = session.import;
   state.summary_path = database_path(session, "Import Summary - " + base::format_compact_date(now) +
                                                   base::format_compact_time(now) + ".csv");
-  state.summary_file = session.platform.files.open_append(state.summary_path);
+  state.summary_file.open(session.platform.files, state.summary_path, false);
   session::write_run_file(session, state.summary_file, "Full Name,WinNT logon,W2K logon,ERRORS");
 }
 
@@ -219,8 +219,8 @@ bool Import_Users(Session& session, std::string_view path) {
     const std::string text = import_text(session.platform.files.read(path));
     whole = tell_end(session, run_lines(session, path, text), path);
   });
-  state.error_file.reset();
-  state.summary_file.reset();
+  state.error_file.close();
+  state.summary_file.close();
   session.form1.enabled = true;
   state.Importing = false;
   session.cancel_import.visible = false;

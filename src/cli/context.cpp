@@ -16,6 +16,9 @@
 namespace twk::cli {
 namespace {
 
+/// Of options or settings that do not make a connection.
+constexpr std::uint32_t kInvalidArgument = 5;
+
 /// The rows of the log tab from `first` on that are no GREEN ones, each text once. What the last creation
 /// came to is a result and told as one.
 void tell_log_rows(const session::Session& session, std::size_t first) {
@@ -28,11 +31,23 @@ void tell_log_rows(const session::Session& session, std::size_t first) {
   }
 }
 
+/// True when the log tab has a row that is not GREEN.
+bool met_trouble(const session::Session& session) {
+  const controls::ListView& rows = session.form1.ListView1;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (rows.at(i).icon != session::kGreen)
+      return true;
+  }
+  return false;
+}
+
 std::unique_ptr<world::World> make_real_world(const world::ConnectionOptions& given, live::Prompts prompts,
                                               platform::Dialogs& dialogs) {
   try {
     return world::make_live_world(given, std::move(prompts), dialogs);
   } catch (const base::RuntimeError& failure) {
+    if (failure.number() != kInvalidArgument)
+      throw;
     throw UsageError(failure.description());
   }
 }
@@ -41,7 +56,6 @@ void connect_or_say_how(world::World& world) {
   try {
     world.connect();
   } catch (const base::RuntimeError& failure) {
-    constexpr std::uint32_t kInvalidArgument = 5;
     if (failure.number() == kInvalidArgument)
       throw UsageError("the settings below Live: " + failure.description());
     if (failure.number() != platform::ads_error::kNoSuchDomain)
@@ -79,7 +93,8 @@ int Context::run() {
     dialogs_.set_asking(Asking::kYes);
   if (options_.no_input)
     dialogs_.set_asking(Asking::kNoInput);
-  return action_();
+  const int exit_code = action_();
+  return exit_code == kExitGreen && session_ && met_trouble(*session_) ? kExitYellow : exit_code;
 }
 
 std::filesystem::path Context::named_lab() const {

@@ -17,11 +17,7 @@ struct DatabaseArguments {
   std::string from;
 };
 
-const std::vector<std::pair<std::string, std::int32_t>> kStages = {{"1", stores::conversion::kFrom1},
-                                                                   {"2.0", stores::conversion::kFrom20},
-                                                                   {"2.1", stores::conversion::kFrom21},
-                                                                   {"2.2", stores::conversion::kFrom22},
-                                                                   {"2.3", stores::conversion::kFrom23}};
+const std::vector<std::string> kVersions = {"1", "2.0", "2.1", "2.2", "2.3"};
 
 bool compact(Session& session, const DatabaseArguments& arguments) {
   if (!arguments.prune_groups && !arguments.keep_groups)
@@ -51,18 +47,12 @@ int back_up_databases(Context& context, const DatabaseArguments& /*arguments*/) 
   return kExitGreen;
 }
 
-bool convert_from(Session& session, std::string_view version) {
-  const auto stage = std::find_if(kStages.begin(), kStages.end(),
-                                  [version](const auto& known) { return known.first == version; });
-  return stores::Convert(session, session.form1.dbpath.text.get(), stage->second);
-}
-
 int convert_databases(Context& context, const DatabaseArguments& arguments) {
   Session& session = context.session(Depth::kSettings);
   bool converted = false;
   act(session, [&] {
     converted = arguments.from.empty() ? stores::convert_old_database(session)
-                                       : convert_from(session, arguments.from);
+                                       : stores::convert_database_from(session, arguments.from);
   });
   if (!converted && !arguments.from.empty())
     return kExitRed;
@@ -92,13 +82,9 @@ void add_database_commands(Command& app, Context& context) {
   compaction->add_flag("--keep-groups", arguments->keep_groups, "Templates keep all their groups")
       ->excludes(prune);
   add("backup", "Copy the database files beside themselves as *.bak", back_up_databases);
-  std::vector<std::string> versions;
-  versions.reserve(kStages.size());
-  for (const auto& [version, stage] : kStages)
-    versions.push_back(version);
   add("convert", "Convert database files of an older generation, which DBVersion tells", convert_databases)
       ->add_option("--from", arguments->from, "Convert from this generation, whatever DBVersion says")
-      ->check(Check::one_of(versions));
+      ->check(Check::one_of(kVersions));
 }
 
 }  // namespace twk::cli

@@ -12,7 +12,6 @@ namespace twk::cli {
 namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{64} << 20U;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 struct CloseFile {
   void operator()(std::FILE* file) const {
@@ -46,8 +45,8 @@ std::string read_input(const std::string& path) {
 }
 
 std::vector<std::string> text_lines(std::string_view text) {
-  if (text.starts_with(kByteOrderMark))
-    text.remove_prefix(kByteOrderMark.size());
+  if (text.starts_with(base::kByteOrderMark))
+    text.remove_prefix(base::kByteOrderMark.size());
   const std::string decoded = base::is_valid_utf8(text) ? std::string(text) : base::from_ansi(text);
   std::vector<std::string> lines = base::split(decoded, '\n');
   for (std::string& line : lines) {

@@ -36,17 +36,16 @@ struct InitArguments {
 int show_info(Context& context) {
   const lab::LabConfig& config = context.lab().config();
   const Domain domain = context.domain();
-  context.output().details(
-      kFields,
-      {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
-       {"domain", lab::domain_name(config)},
-       {"netbios", config.netbios},
-       {"kind", world::kind_text(config.kind)},
-       {"users", list_users(domain, {}).size()},
-       {"groups", list_groups(domain).size()},
-       {"ous", list_ous(domain).size()},
-       {"controller", config.controller},
-       {"database", local::to_local_path(context.session(Depth::kSettings).form1.dbpath.text.get())}});
+  context.output().details(kFields,
+                           {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
+                            {"domain", lab::domain_name(config)},
+                            {"netbios", config.netbios},
+                            {"kind", world::kind_text(config.kind)},
+                            {"users", list_users(domain, {}).size()},
+                            {"groups", list_groups(domain).size()},
+                            {"ous", list_ous(domain).size()},
+                            {"controller", config.controller},
+                            {"database", local::to_local_path(context.session(Depth::kSettings).dbpath)}});
   return kExitGreen;
 }
 

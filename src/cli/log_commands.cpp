@@ -11,7 +11,7 @@ namespace twk::cli {
 namespace {
 
 std::string log_path(Context& context) {
-  return std::string(base::trim(context.session(Depth::kSettings).form1.dbpath.text.get())) + "Log.txt";
+  return context.session(Depth::kSettings).dbpath + "Log.txt";
 }
 
 int show_log(Context& context, std::size_t tail) {

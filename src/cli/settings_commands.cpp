@@ -8,9 +8,11 @@
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
 #include "cli/input.hpp"
+#include "cli/near_matches.hpp"
 #include "local/regedit.hpp"
 #include "platform/registry.hpp"
 #include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 
 namespace twk::cli {
 namespace {
@@ -21,6 +23,7 @@ struct SettingsArguments {
   std::string value;
   std::string file;
   bool user = false;
+  bool force = false;
 };
 
 const std::vector<Column> kColumns = {{"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
@@ -44,6 +47,42 @@ Json to_json(std::string_view hive, std::string_view path, std::string_view name
   const std::string_view root = session::kTree;
   const std::string_view below = path.size() > root.size() ? path.substr(root.size() + 1) : "";
   return {{"hive", hive}, {"key", below}, {"name", name}, {"value", value}};
+}
+
+/// What is behind "\\" in front of a key.
+std::string_view sub_key_of(std::string_view key) {
+  while (key.starts_with('\\'))
+    key.remove_prefix(1);
+  return key;
+}
+
+/// Refuses what no reader of ours would take: it would count as not set, without a word.
+void require_known(std::string_view key, std::string_view name, std::string_view value) {
+  constexpr const char* kForce = " --force writes it all the same, for another program.";
+  const std::string full = std::string(key) + "\\" + std::string(name);
+  if (!session::is_setting(key, name))
+    throw UsageError(no_such_text("setting", full, session::setting_names()) + kForce);
+  const std::string wanted = session::setting_refusal(key, name, value);
+  if (!wanted.empty())
+    throw UsageError("The setting " + full + " takes " + wanted + ", not \"" + std::string(value) + "\"." +
+                     kForce);
+}
+
+/// A format of one's own counts while no preset is chosen.
+void tell_preset(Context& context, std::string_view key, std::string_view name) {
+  const bool account = base::equals_fold(key, session::kSetup) && base::equals_fold(name, "SetupID");
+  const bool full_name =
+      base::equals_fold(key, session::kPreferences) && base::equals_fold(name, "Custom_FN");
+  if (!account && !full_name)
+    return;
+  const std::string choice = account ? "UserFormat" : "FullName";
+  const std::int32_t custom = account ? 5 : 4;
+  std::string stored;
+  context.registry().Reg_Read(platform::kHiveLocalMachine, full_key(key), choice, stored);
+  const std::int32_t entry = base::to_number(stored).value_or(0);
+  if (entry > 0 && entry < custom)
+    complain(choice + " is " + stored + ", so its preset counts: set it to " + base::to_text(custom) +
+             " for this format to count.");
 }
 
 int get_setting(Context& context, const SettingsArguments& arguments) {
@@ -81,7 +120,17 @@ int set_setting(Context& context, const SettingsArguments& arguments, bool from_
         "it on standard input.");
   }
   const std::string value = from_input ? read_password("-") : arguments.value;
-  write_setting(context, hive_of(arguments).first, full_key(arguments.key), arguments.name, value);
+  const std::string_view key = sub_key_of(arguments.key);
+  if (!arguments.force)
+    require_known(key, arguments.name, value);
+  write_setting(context, hive_of(arguments).first, full_key(key), arguments.name, value);
+  tell_preset(context, key, arguments.name);
+  return kExitGreen;
+}
+
+int unset_setting(Context& context, const SettingsArguments& arguments) {
+  if (!context.registry_listing().remove(hive_of(arguments).first, full_key(arguments.key), arguments.name))
+    throw Refused("There is no setting " + arguments.key + "\\" + arguments.name + ".");
   return kExitGreen;
 }
 
@@ -122,18 +171,25 @@ std::pair<std::uint32_t, std::string> split_path(const std::string& path) {
                  "; nothing was imported.");
 }
 
+void require_importable(const local::RegistryKey& key, bool force) {
+  const std::string path = split_path(key.path).second;
+  const std::string_view sub_key = sub_key_of(std::string_view(path).substr(session::kTree.size()));
+  for (const auto& [folded_name, value] : key.values) {
+    if (!value.other.empty())
+      throw BadInput("The value " + value.name + " of " + key.path + " is no text; nothing was imported.");
+    if (!force)
+      require_known(sub_key, value.name, value.text);
+  }
+}
+
 int import_settings(Context& context, const SettingsArguments& arguments) {
-  const std::string bytes = read_input(arguments.file);
-  const local::RegistryTree tree =
-      local::parse_regedit(base::is_valid_utf8(bytes) ? bytes : base::from_ansi(bytes));
+  const local::RegistryTree tree = local::parse_regedit(local::regedit_text(read_input(arguments.file)));
   for (const auto& [folded, key] : tree)
-    split_path(key.path);
+    require_importable(key, arguments.force);
   std::size_t count = 0;
   for (const auto& [folded, key] : tree) {
     const auto [hive, path] = split_path(key.path);
     for (const auto& [folded_name, value] : key.values) {
-      if (!value.other.empty())
-        throw BadInput("The value " + value.name + " of " + key.path + " is no text.");
       write_setting(context, hive, path, value.name, value.text);
       ++count;
     }
@@ -174,6 +230,14 @@ void add_settings_commands(Command& app, Context& context) {
     context.set_action([=, &context] { return set_setting(context, *arguments, from_input); });
   });
 
+  set->add_flag("--force", arguments->force, "Also what no reader of this program takes");
+
+  auto* unset = add("unset", "Take one value away, so that its default counts");
+  add_key(unset)->required();
+  unset->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
+  unset->callback(
+      [=, &context] { context.set_action([=, &context] { return unset_setting(context, *arguments); }); });
+
   auto* list = add("list", "List values");
   add_key(list);
   list->callback(
@@ -183,7 +247,8 @@ void add_settings_commands(Command& app, Context& context) {
   exporting->callback(
       [=, &context] { context.set_action([=, &context] { return export_settings(context, *arguments); }); });
 
-  auto* importing = add("import", "Take over the values of REGEDIT4 text");
+  auto* importing = add("import", "Take over the values of a registry editor's text");
+  importing->add_flag("--force", arguments->force, "Also what no reader of this program takes");
   importing->add_option("FILE", arguments->file, "The file; - for standard input")->required();
   importing->callback(
       [=, &context] { context.set_action([=, &context] { return import_settings(context, *arguments); }); });

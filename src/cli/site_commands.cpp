@@ -41,7 +41,7 @@ void select_site(Session& session, std::string_view name) {
     if (rows.at(i).text == found)
       rows.select(&rows.at(i));
   }
-  stores::ListView2_Click(session);
+  act(session, [&] { stores::ListView2_Click(session); });
 }
 
 Json to_json(const stores::SiteRecord& site) {
@@ -90,14 +90,26 @@ void fill_fields(Session& session, const SiteArguments& arguments) {
   stores::EXH5_Click(session);
 }
 
+/// The saved site as the fields still show it; a look at the file may find a deleted one of its name.
+stores::SiteRecord saved_site(Session& session) {
+  session::Form1& form = session.form1;
+  const bool exchange_2000 = form.EXH5.index == 1;
+  return {.Exchange2000 = exchange_2000,
+          .Name = form.ListView2.selected()->text,
+          .NTServer = form.NTSERVER.text,
+          .ExchangeServer = form.EXSERVER.text,
+          .ExchangeOrg = form.EXorg.text,
+          .ExchangeSite = form.EXSite.text,
+          .MailStore = exchange_2000 ? form.Mail_Store.text.get() : std::string()};
+}
+
 /// Presses Save; the button stays enabled when the fields were refused.
 int save_site(Context& context, Session& session) {
   act(session, [&] { stores::Save_Site(session); });
   if (session.form1.Save_Site.enabled)
     return kExitRed;
-  stores::ListView2_Click(session);
   if (context.output().json())
-    context.output().details(kColumns, to_json(session.ActiveSite));
+    context.output().details(kColumns, to_json(saved_site(session)));
   return kExitGreen;
 }
 
@@ -117,6 +129,8 @@ int edit_site(Context& context, const SiteArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
   select_site(session, arguments.name);
   stores::Edit_Site(session);
+  if (!session.form1.Save_Site.enabled)
+    return kExitRed;
   fill_fields(session, arguments);
   return save_site(context, session);
 }

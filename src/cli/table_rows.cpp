@@ -140,6 +140,10 @@ stores::PermissionRecord parse_permission(const std::string& line, std::size_t n
   record.NewSecurity = base::equals_fold(fresh, "yes");
   if (record.Account.empty())
     refuse(number, "there is no account");
+  for (const std::string& name : {record.Account, record.Owner}) {
+    if (const std::string refusal = stores::code_page_refusal(name); !refusal.empty())
+      refuse(number, refusal);
+  }
   if (base::length(record.Account) > kAccountLength || base::length(record.Owner) > kAccountLength)
     refuse(number, "an account has at most 50 characters");
   return record;

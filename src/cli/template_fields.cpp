@@ -27,7 +27,12 @@ controls::ListRow* row_of(controls::ListView& list, std::string_view name) {
   return nullptr;
 }
 
-[[noreturn]] void refuse_group(const controls::ListView& groups, std::string_view name) {
+[[noreturn]] void refuse_group(Session& session, std::string_view name) {
+  if (!stores::groups_are_loaded(session)) {
+    throw Refused("The groups of the domain are not loaded (SkipGroups), so \"" + std::string(name) +
+                  "\" cannot be looked up.");
+  }
+  const controls::ListView& groups = session.form1.ListView5;
   std::vector<std::string> names;
   for (std::size_t i = 0; i < groups.size(); ++i)
     names.push_back(groups.at(i).text);
@@ -37,13 +42,14 @@ controls::ListRow* row_of(controls::ListView& list, std::string_view name) {
 void choose_groups(Session& session, const std::vector<std::string>& names) {
   session::Form1& form = session.form1;
   stores::Template_Group_Sort(session);
+  session.UnshownGroups.clear();
   form.ListView5.select(nullptr);
   for (const std::string& name : names) {
     if (name.empty() || row_of(form.ListView6, name) != nullptr)
       continue;
     controls::ListRow* const row = row_of(form.ListView5, name);
     if (row == nullptr)
-      refuse_group(form.ListView5, name);
+      refuse_group(session, name);
     const std::size_t before = form.ListView6.size();
     form.ListView5.select(row);
     stores::add_Click(session);
@@ -60,7 +66,7 @@ void choose_primary_group(Session& session, const std::string& name) {
   }
   controls::ListRow* const row = row_of(form.ListView6, name);
   if (row == nullptr && row_of(form.ListView5, name) == nullptr)
-    refuse_group(form.ListView5, name);
+    refuse_group(session, name);
   if (row == nullptr)
     throw Refused("The primary group must be one of the template's groups: give --group \"" + name +
                   "\" too.");
@@ -126,6 +132,8 @@ void fill_template_tab(Session& session, const TemplateFields& fields) {
     if (text)
       box = *text;
   }
+  if (fields.home_drive && !fields.home_drive->empty() && base::trim(form.homedir.text.get()).empty())
+    throw UsageError("--home-drive needs a home directory: give --home-dir, too");
   if (fields.home_share_point)
     session.share_points.HomeSharePoint = *fields.home_share_point;
   if (fields.profile_share_point)
@@ -153,6 +161,8 @@ void fill_variables(Session& session, const std::vector<std::string>& variables)
     const std::string value = variable.substr(equals + 1);
     if (base::length(name) > kVariableNameLength || base::length(value) > kVariableValueLength)
       throw UsageError("a variable's name has at most 15 characters and its value at most 30: " + variable);
+    if (const std::string refusal = stores::code_page_refusal(variable); !refusal.empty())
+      throw Refused(refusal);
     rows.add({}, name, {}, {value});
   }
 }

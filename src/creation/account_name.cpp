@@ -9,8 +9,8 @@ std::vector<std::string> invalid_characters(std::string_view name, bool active_d
   std::vector<std::string> faults;
   for (const char32_t code : base::to_utf32(name)) {
     const std::string character = base::to_utf8(std::u32string_view(&code, 1));
-    if (const auto control = base::find_control_character(character)) {
-      faults.push_back(*control);
+    if (const auto unseen = base::find_invisible_character(character)) {
+      faults.push_back(*unseen);
     } else if (kForbidden.find(character) != base::npos || (character == "," && !active_directory)) {
       faults.push_back(character);
     }

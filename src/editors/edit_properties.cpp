@@ -162,9 +162,8 @@ bool refuses_long_text(Session& session, std::string_view text, int most, std::s
   return true;
 }
 
-/// A text as the list's file gives it back; the settings of mode 3 hold any.
 std::string kept(std::int32_t list_mode, const std::string& text) {
-  return list_mode == mode::kCustom ? std::string(base::trim(text)) : stores::storable(text);
+  return list_mode == mode::kCustom ? std::string(base::trim(text)) : text;
 }
 
 void put_row(const session::Edit_Properties& window, ListView& list, ListRow& row, const std::string& value) {
@@ -249,7 +248,8 @@ bool Edit_Properties_OK(Session& session) {
   const ModeLook& look = look_of(list_mode);
   ListRow* const selected = window.EditPropertiesIsNew ? nullptr : list_of(session, list_mode).selected();
   const std::string value = second_field(window, selected);
-  if (refuses_typed(session, {window.W2K_Attribute.text.get(), value}, look.title) ||
+  const auto refusal_of = list_mode == mode::kVariables ? stores::record_refusal : stores::control_refusal;
+  if (refuses_typed(session, {window.W2K_Attribute.text.get(), value}, look.title, refusal_of) ||
       refuses_long_text(session, window.W2K_Attribute.text.get(), window.W2K_Attribute_MaxLength,
                         look.first_caption, look.title) ||
       refuses_long_text(session, value, window.W2K_Propertry_MaxLength, look.second_caption, look.title))

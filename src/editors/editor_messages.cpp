@@ -10,8 +10,8 @@ void warn(session::Session& session, std::string_view text, std::string_view tit
 }
 
 bool refuses_typed(session::Session& session, std::initializer_list<std::string_view> texts,
-                   std::string_view title) {
-  if (!stores::refuses_control_characters(session, texts))
+                   std::string_view title, std::string (*refusal_of)(std::string_view)) {
+  if (!stores::refuses(session, refusal_of, texts))
     return false;
   warn(session, session.form1.StatusBar1.panel1.get(), title);
   return true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <string>
 #include <string_view>
 
 namespace twk::session {
@@ -13,8 +14,9 @@ namespace twk::editors {
 /// A box with an exclamation mark.
 void warn(session::Session& session, std::string_view text, std::string_view title);
 
-/// True when one of the typed texts holds a control character; a box and the status name it.
+/// True when `refusal_of` refuses one of the typed texts (see `stores/typed_text.hpp`); a box and the status
+/// say why.
 bool refuses_typed(session::Session& session, std::initializer_list<std::string_view> texts,
-                   std::string_view title);
+                   std::string_view title, std::string (*refusal_of)(std::string_view));
 
 }  // namespace twk::editors

@@ -84,8 +84,8 @@ bool loses_owner(const session::Permissions& window) {
 
 /// Why a name cannot be stored; empty when it can.
 std::string refusal_of(std::string_view name) {
-  if (const auto control = base::find_control_character(name))
-    return "Control character " + *control + " not allowed";
+  if (std::string refusal = stores::record_refusal(name); !refusal.empty())
+    return refusal;
   return base::length(name) > kNameLength ? "An account has at most 50 characters." : std::string();
 }
 
@@ -129,7 +129,7 @@ void Permissions_Command4_Click(Session& session) {
 }
 
 void Permissions_AfterLabelEdit(Session& session, ListRow& row, const std::string& typed) {
-  const std::string name = stores::storable(base::trim(typed));
+  const std::string name(base::trim(typed));
   const std::string refusal = refusal_of(name);
   session.permissions.hint.caption = refusal;
   if (!refusal.empty())

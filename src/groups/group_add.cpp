@@ -51,12 +51,14 @@ void tell_error(Session& session, const std::string& description) {
 /// Runs what makes the group. False when it failed, which a box told.
 template <typename Make>
 bool make(Session& session, std::string_view name, std::string_view description, Make make_it) {
-  for (const std::string_view text : {name, description}) {
-    if (const auto character = base::find_control_character(text)) {
+  const auto refused = [&session](std::string_view text, const std::optional<std::string>& character) {
+    if (character)
       tell_error(session, "The text \"" + std::string(text) + "\" cannot hold the character " + *character);
-      return false;
-    }
-  }
+    return character.has_value();
+  };
+  if (refused(name, base::find_invisible_character(name)) ||
+      refused(description, base::find_control_character(description)))
+    return false;
   const session::Hourglass hourglass(session.form1);
   base::Trap trap;
   trap(make_it);

@@ -173,8 +173,8 @@ bool Rename_NT_OKButton_Click(Session& session) {
   if (!window.Logon_Changed && !window.Name_Changed)
     return true;
   if (node == nullptr || base::trim(window.User_Logon.text.get()).empty() ||
-      stores::refuses_control_characters(session,
-                                         {window.User_Logon.text.get(), window.Full_Name.text.get()}))
+      stores::refuses(session, stores::name_refusal, {window.User_Logon.text.get()}) ||
+      stores::refuses(session, stores::control_refusal, {window.Full_Name.text.get()}))
     return false;
   session.form1.mouse_pointer = 11;
   base::Trap trap;

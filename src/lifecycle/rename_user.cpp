@@ -214,10 +214,11 @@ void show_principal_name(Session& session, const std::string& name) {
 
 bool has_refused_text(Session& session) {
   const session::RenameUser& window = session.rename_user;
-  return stores::refuses_control_characters(
-      session, {window.Full_Name.text.get(), window.First_Name.text.get(), window.Last_Name.text.get(),
-                window.Display_Name.text.get(), window.User_logon_name.text.get(),
-                window.Logon_Name_pre2000.text.get()});
+  return stores::refuses(session, stores::control_refusal,
+                         {window.Full_Name.text.get(), window.First_Name.text.get(),
+                          window.Last_Name.text.get(), window.Display_Name.text.get()}) ||
+         stores::refuses(session, stores::name_refusal,
+                         {window.User_logon_name.text.get(), window.Logon_Name_pre2000.text.get()});
 }
 
 }  // namespace

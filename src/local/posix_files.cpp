@@ -115,6 +115,11 @@ class PosixRandomFile final : public platform::RandomFile {
   void unlock(std::uint64_t offset, std::uint64_t count) override {
     unlock_range(file_, offset, count, path_);
   }
+  bool is_current() override {
+    const struct stat own = status_of(file_, path_);
+    struct stat named {};
+    return stat(path_.c_str(), &named) == 0 && named.st_dev == own.st_dev && named.st_ino == own.st_ino;
+  }
 
  private:
   /// Takes back what a failed write put behind the old end, unless somebody has written behind it since.

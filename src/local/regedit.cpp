@@ -6,12 +6,13 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "platform/utf16.hpp"
 
 namespace twk::local {
 namespace {
 
 constexpr std::string_view kHeader = "REGEDIT4";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kHeader5 = "Windows Registry Editor Version 5.00";
 constexpr std::string_view kTextBytes = "hex(1):";
 constexpr std::string_view kLineEnd = "\r\n";
 
@@ -41,6 +42,9 @@ class Lines {
     return line;
   }
 
+  /// Whether texts that are written as bytes are UTF-16.
+  bool wide = false;
+
   [[noreturn]] void fail(std::string_view problem) const {
     throw base::RuntimeError(kInvalidFileFormat,
                              "line " + std::to_string(number_) + ": " + std::string(problem));
@@ -66,6 +70,18 @@ std::string take_quoted(std::string_view& rest, const Lines& lines) {
   lines.fail("a quote is not closed");
 }
 
+std::optional<std::string> from_utf16(std::string_view bytes) {
+  const base::Bytes values(bytes.begin(), bytes.end());
+  return platform::from_utf16(values);
+}
+
+std::string utf8_of(std::string_view bytes, const Lines& lines) {
+  std::optional<std::string> text = from_utf16(bytes);
+  if (!text)
+    lines.fail("the bytes of a text are not UTF-16");
+  return *std::move(text);
+}
+
 std::string parse_text_bytes(std::string_view digits, const Lines& lines) {
   std::string text;
   std::string compact;
@@ -85,6 +101,8 @@ std::string parse_text_bytes(std::string_view digits, const Lines& lines) {
       lines.fail("bytes are not separated by single commas");
     rest.remove_prefix(1);
   }
+  if (lines.wide)
+    text = utf8_of(text, lines);
   if (text.ends_with('\0'))
     text.pop_back();
   return text;
@@ -192,12 +210,27 @@ void set_registry_value(RegistryKey& key, RegistryValue value) {
   place->second = std::move(value);
 }
 
+std::string regedit_text(std::string_view bytes) {
+  const bool big_endian = bytes.starts_with("\xFE\xFF");
+  if (!big_endian && !bytes.starts_with("\xFF\xFE"))
+    return base::is_valid_utf8(bytes) ? std::string(bytes) : base::from_ansi(bytes);
+  std::string little(bytes.substr(2));
+  for (std::size_t i = 1; big_endian && i < little.size(); i += 2)
+    std::swap(little[i - 1], little[i]);
+  std::optional<std::string> text = from_utf16(little);
+  if (!text)
+    throw base::RuntimeError(kInvalidFileFormat, "the text begins as UTF-16 and is none");
+  return *std::move(text);
+}
+
 RegistryTree parse_regedit(std::string_view text) {
-  if (text.starts_with(kByteOrderMark))
-    text.remove_prefix(kByteOrderMark.size());
+  if (text.starts_with(base::kByteOrderMark))
+    text.remove_prefix(base::kByteOrderMark.size());
   Lines lines(text);
-  if (trim_blanks(lines.next()) != kHeader)
-    lines.fail("the text does not begin with REGEDIT4");
+  const std::string_view header = trim_blanks(lines.next());
+  lines.wide = header == kHeader5;
+  if (header != kHeader && !lines.wide)
+    lines.fail("the text begins with neither REGEDIT4 nor " + std::string(kHeader5));
   RegistryTree tree;
   RegistryKey* key = nullptr;
   while (!lines.at_end()) {

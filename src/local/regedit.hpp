@@ -7,12 +7,15 @@
 
 /// Registry trees as REGEDIT4 text.
 ///
-///     text     = "REGEDIT4" { blank | comment | key | value }     a line each; UTF-8, CRLF (LF is read as
-///     well) comment  = ";" anything                                     not kept key      = "[" hive { "\"
-///     part } "]" value    = ( "@" | quoted ) "=" ( quoted | "hex(1):" bytes | other ) quoted   = '"' text
-///     with \\ for \ and \" for " '"' bytes    = two hexadecimal digits each, commas between, 00 as the last;
-///     a "\" at the end of a line continues it other    = "dword:" … | "hex:" … | "hex(n):" … kept to the
-///     letter
+///     text     = header { blank | comment | key | value }     a line each; UTF-8, CRLF (LF is read as well)
+///     header   = "REGEDIT4" | "Windows Registry Editor Version 5.00"     the second is read alone
+///     comment  = ";" anything     not kept
+///     key      = "[" hive { "\" part } "]"
+///     value    = ( "@" | quoted ) "=" ( quoted | "hex(1):" bytes | other )
+///     quoted   = '"' text with \\ for \ and \" for " '"'
+///     bytes    = two hexadecimal digits each, commas between, 00 as the last; a "\" at the end of a line
+///                continues it; in version 5.00 of UTF-16, little-endian
+///     other    = "dword:" … | "hex:" … | "hex(n):" … kept to the letter
 ///
 /// A text that a line cannot hold, because of a control character or bytes that are not UTF-8, is written as
 /// the bytes of hex(1). "@" is the value without a name.
@@ -39,10 +42,13 @@ RegistryKey& registry_key(RegistryTree& tree, std::string_view path);
 /// Sets a value; names fold case and keep the spelling they came with first.
 void set_registry_value(RegistryKey& key, RegistryValue value);
 
+/// The text of a file that a registry editor wrote, in UTF-8: UTF-16 with its byte-order mark, as
+/// version 5.00 has it, UTF-8, or code page 1252. Raises `kInvalidFileFormat` for UTF-16 that is none.
+std::string regedit_text(std::string_view bytes);
+
 /// Reads a text with or without a byte-order mark. What stands twice counts as it stands last. Raises
 /// `kInvalidFileFormat` with the number of the line that is not understood, deletions ("[-key]", "name"=-)
-/// included. The text is UTF-8: one from Windows, in its ANSI code page, goes through `base::from_ansi`
-/// first.
+/// included.
 RegistryTree parse_regedit(std::string_view text);
 
 /// Keys and values in the order of their folded names. Key paths must be free of control characters.

@@ -96,16 +96,15 @@ void RegistryFile::refresh(Hive& hive) {
   if (stat(hive.path.c_str(), &now) != 0) {
     const int error = errno;
     hive.loaded.reset();
+    if (error != ENOENT)
+      raise_file_error(error, "read", hive.path);
     hive.tree.clear();
-    if (error == ENOENT)
-      return;
-    raise_file_error(error, "read", hive.path);
+    return;
   }
   if (hive.loaded && same_file(*hive.loaded, now))
     return;
 
   hive.loaded.reset();
-  hive.tree.clear();
   hive.file = open_descriptor(hive.path, O_RDONLY);
   const struct stat status = status_of(hive.file, hive.path);
   if (!S_ISREG(status.st_mode))
@@ -120,17 +119,14 @@ void RegistryFile::refresh(Hive& hive) {
   hive.loaded = status;
 }
 
-void RegistryFile::change(Hive& hive, std::string_view path, RegistryValue value) {
+void RegistryFile::change(Hive& hive, const std::function<bool(RegistryTree&)>& edit) {
   make_private_folders(folder_);
   const std::string lock_path = (fs::path(folder_) / "registry.lock").string();
   const Descriptor lock = open_descriptor(lock_path, O_RDWR | O_CREAT, 0600);
   lock_range(lock, Lock::kExclusive, 0, 1, lock_path);
   refresh(hive);
-  const RegistryValue* const old = find_value(hive.tree, path, value.name);
-  if (old != nullptr && old->other.empty() && old->text == value.text)
+  if (!edit(hive.tree))
     return;
-
-  set_registry_value(registry_key(hive.tree, path), std::move(value));
   // What is in memory counts only once it is on disk: until then the next call reads the file again.
   hive.loaded.reset();
   replace_file(hive.path, format_regedit(hive.tree), Access::kPrivate);
@@ -159,9 +155,40 @@ bool RegistryFile::Reg_Write(std::uint32_t hive, std::string_view key, std::stri
     found->problem = "the key or the name cannot be stored";
     return false;
   }
+  const std::string path = full_path(found->name, key);
   return attempt(found->problem, [&] {
-    change(*found, full_path(found->name, key), {std::string(name), std::string(value), {}});
+    change(*found, [&](RegistryTree& tree) {
+      const RegistryValue* const old = find_value(tree, path, name);
+      if (old != nullptr && old->other.empty() && old->text == value)
+        return false;
+      set_registry_value(registry_key(tree, path), {std::string(name), std::string(value), {}});
+      return true;
+    });
   });
+}
+
+void RegistryFile::require_readable() {
+  for (auto& [number, hive] : hives_)
+    refresh(hive);
+}
+
+bool RegistryFile::remove(std::uint32_t hive, std::string_view key, std::string_view name) {
+  Hive* const found = find_hive(hive);
+  if (found == nullptr)
+    return false;
+  refresh(*found);
+  const std::string path = full_path(found->name, key);
+  if (find_value(found->tree, path, name) == nullptr)
+    return false;
+  bool removed = false;
+  change(*found, [&](RegistryTree& tree) {
+    const auto place = tree.find(base::upper(path));
+    removed = place != tree.end() && place->second.values.erase(base::upper(name)) == 1;
+    if (removed && place->second.values.empty())
+      tree.erase(place);
+    return removed;
+  });
+  return removed;
 }
 
 std::vector<platform::RegistryEntry> RegistryFile::entries(std::uint32_t hive, std::string_view key) {

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -20,10 +21,10 @@ namespace twk::local {
 ///
 /// The folder is made at the first write, mode 0700. A read looks first whether another process replaced or
 /// edited the file. Values that are no text (dword, hex) are kept but not there for `Reg_Read`. A file that
-/// cannot be understood holds nothing and is never written over: `Reg_Write` answers False until it is
-/// repaired. Also False: a hive that is none of the two, a key that is empty or holds a control character, a
-/// name that holds a control character or bytes that are not UTF-8, another process that keeps the lock for
-/// five seconds.
+/// cannot be understood is never written over: `Reg_Write` answers False until it is repaired, and what was
+/// last understood of it counts. Who opens the store calls `require_readable` first. Also False: a hive that
+/// is none of the two, a key that is empty or holds a control character, a name that holds a control
+/// character or bytes that are not UTF-8, another process that keeps the lock for five seconds.
 class RegistryFile final : public platform::RegistryAccess, public platform::RegistryListing {
  public:
   /// `folder` is a path of the local system.
@@ -32,6 +33,8 @@ class RegistryFile final : public platform::RegistryAccess, public platform::Reg
   bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name, std::string& value) override;
   bool Reg_Write(std::uint32_t hive, std::string_view key, std::string_view name,
                  std::string_view value) override;
+  void require_readable() override;
+  bool remove(std::uint32_t hive, std::string_view key, std::string_view name) override;
   std::vector<platform::RegistryEntry> entries(std::uint32_t hive, std::string_view key) override;
 
   /// Why the last call for this hive could not read or write; the empty text when it could.
@@ -50,7 +53,8 @@ class RegistryFile final : public platform::RegistryAccess, public platform::Reg
   Hive* find_hive(std::uint32_t number);
   /// Brings the tree up to the file; raises when the file cannot be read or understood.
   static void refresh(Hive& hive);
-  void change(Hive& hive, std::string_view path, RegistryValue value);
+  /// Runs `edit` on the tree under the lock, and writes the file when that gives True.
+  void change(Hive& hive, const std::function<bool(RegistryTree&)>& edit);
 
   std::string folder_;
   std::map<std::uint32_t, Hive> hives_;

@@ -42,6 +42,9 @@ std::optional<struct stat> replaced_file(const std::string& path) {
     raise_file_error(EISDIR, "write", path);
   if (!S_ISREG(status.st_mode))
     raise_file_error(ENOTSUP, "write", path);
+  // A file without any right to write is meant to stay as it is, also for who may do everything.
+  if ((status.st_mode & 0222U) == 0)
+    raise_file_error(EACCES, "write", path);
   if (faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0)
     raise_file_error(errno, "write", path);
   return status;

@@ -42,6 +42,8 @@ class RandomFile {
   /// Waits for up to five seconds, then raises 70. The lock ends with `unlock` or with the object.
   virtual void lock(std::uint64_t offset, std::uint64_t count) = 0;
   virtual void unlock(std::uint64_t offset, std::uint64_t count) = 0;
+  /// False once another file took this one's place under its path: what is written here is lost.
+  [[nodiscard]] virtual bool is_current() = 0;
 };
 
 /// What stands under a name.
@@ -74,7 +76,9 @@ class Files {
   virtual void remove_directory(std::string_view path) = 0;
 
   virtual std::string read(std::string_view path) = 0;
-  /// Replaces the whole file: a reader, or a crash, sees the old contents or the new, never a part.
+  /// Replaces the whole file: a reader, or a crash, sees the old contents or the new, never a part. It keeps
+  /// its owner, group and mode; what a link leads to is replaced, not the link. Raises 70 for a file that
+  /// nobody may write.
   virtual void write(std::string_view path, std::string_view bytes) = 0;
   /// Takes a file away, or a link; a directory raises 75.
   virtual void remove(std::string_view path) = 0;

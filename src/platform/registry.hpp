@@ -36,6 +36,11 @@ class RegistryListing {
  public:
   virtual ~RegistryListing() = default;
 
+  /// Raises when what is stored cannot be read or understood; the text names file and line. Who goes on
+  /// without it would take every value for one that is not set.
+  virtual void require_readable() = 0;
+  /// Takes a value away. False when there is none. Raises when the store cannot be written.
+  virtual bool remove(std::uint32_t hive, std::string_view key, std::string_view name) = 0;
   /// Every value at or below `key`, sorted by key and name.
   virtual std::vector<RegistryEntry> entries(std::uint32_t hive, std::string_view key) = 0;
 };

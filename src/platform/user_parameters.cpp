@@ -192,7 +192,7 @@ void put_text(UserParameters& parameters, const TextSetting& setting, const std:
     erase(parameters, wide_name(setting.name));
     return;
   }
-  const std::string ansi = base::to_ansi(value);
+  const std::string ansi = base::to_ansi(value, '?');
   Bytes narrow(ansi.begin(), ansi.end());
   narrow.push_back(0);
   append_u16(wide, 0);

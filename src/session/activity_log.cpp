@@ -10,23 +10,8 @@
 namespace twk::session {
 namespace {
 
-constexpr const char* kLineEnd = "\r\n";
-
 std::string log_path(const Session& session) {
-  return std::string(base::trim(session.form1.dbpath.text.get())) + "Log.txt";
-}
-
-/// Each control character as "<U+000A>".
-std::string visible_controls(std::string_view text) {
-  if (!base::find_control_character(text))
-    return std::string(text);
-  std::string out;
-  for (const char32_t code : base::to_utf32(text)) {
-    const std::string one = base::to_utf8(std::u32string_view(&code, 1));
-    const auto control = base::find_control_character(one);
-    out += control ? "<" + *control + ">" : one;
-  }
-  return out;
+  return session.dbpath + "Log.txt";
 }
 
 /// A text that ends in a blank keeps it.
@@ -76,7 +61,7 @@ void ActivityLog::line(std::string_view text) {
   if (!file_)
     return;
   base::Trap trap;
-  if (!trap([&] { file_->write(text_file_line(text)); }))
+  if (!trap([&] { file_->write(log_line(text)); }))
     fail(trap.description());
 }
 
@@ -115,17 +100,11 @@ std::string date_and_time(Session& session) {
   return base::format_date(now) + " " + base::format_time(now);
 }
 
-std::string text_file_line(std::string_view text) {
-  return base::to_ansi(visible_controls(text)) + kLineEnd;
-}
-
-void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view text) {
-  if (!file)
-    return;
+void write_run_file(Session& session, RunFile& file, std::string_view text) {
   base::Trap trap;
-  if (trap([&] { file->write(base::to_ansi(text) + kLineEnd); }))
+  if (trap([&] { file.line(text); }))
     return;
-  file.reset();
+  file.close();
   LOG_TAB(session, kYellow, "Import files: " + trap.description());
 }
 

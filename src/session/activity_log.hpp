@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/files.hpp"
+#include "session/text_file.hpp"
 
 namespace twk::session {
 
@@ -25,8 +26,7 @@ inline constexpr std::string_view kAsterisks = "********************************
 /// the three.
 std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message);
 
-/// "Log.txt" in the database directory, open for the block of one operation. Lines go out in code page 1252
-/// with CR LF, one write a line; a control character in a line is written as "<U+000A>".
+/// "Log.txt" in the database directory, open for the block of one operation; one write a line.
 ///
 /// A log that cannot be opened or written does not stop the operation: the first failure adds a "YELLOW" row
 /// to the log tab that names the file and the reason, and the rest of that block is dropped.
@@ -61,13 +61,10 @@ class ActivityLog {
 
 /// "31/12/2026 09:05:00" of the session's clock.
 std::string date_and_time(Session& session);
-/// A line of a log or a table: code page 1252, CR LF, control characters made visible.
-std::string text_file_line(std::string_view text);
 
-/// One line of a file that a run keeps beside the log, in code page 1252 with CR LF and otherwise as it is,
-/// so that a line that was refused can be mended and taken in again. A failure adds a "YELLOW" row to the log
-/// tab and closes the file, so that it is told once. Nothing happens for a file that is not open.
-void write_run_file(Session& session, std::unique_ptr<platform::AppendFile>& file, std::string_view text);
+/// One line of a file that an import keeps beside the log. A failure adds a "YELLOW" row to the log tab and
+/// closes the file, so that it is told once.
+void write_run_file(Session& session, RunFile& file, std::string_view text);
 
 /// The buttons of the log tab.
 void Clear_log(Session& session);

@@ -23,6 +23,17 @@ std::string_view preset(const std::array<std::string_view, Count>& formats, int 
   return place < Count ? formats[place] : std::string_view();
 }
 
+/// The number of the entry that is stored; 0 when none is.
+int stored_entry(Session& session, std::string_view sub_key, std::string_view name) {
+  return base::to_number(read_setting(session, sub_key, name)).value_or(0);
+}
+
+/// The custom entry has no preset and leaves the text.
+void put_preset(controls::TextBox& format, std::string_view text) {
+  if (!text.empty())
+    format.text = std::string(text);
+}
+
 }  // namespace
 
 void Check_Name_Format_Click(Session& session) {
@@ -31,8 +42,15 @@ void Check_Name_Format_Click(Session& session) {
 }
 
 void Check_FN_Format_Click(Session& session) {
-  session.form1.FN_Format_Check.text = sample(session, session.form1.FN_Format);
-  write_setting(session, kPreferences, "Custom_FN", session.form1.FN_Format.text.get());
+  Form1& form1 = session.form1;
+  form1.FN_Format_Check.text = sample(session, form1.FN_Format);
+  write_setting(session, kPreferences, "Custom_FN", form1.FN_Format.text.get());
+  const std::string_view chosen =
+      preset(kFullNameFormats, stored_entry(session, kPreferences, "FullName") - 1);
+  if (chosen.empty() || form1.FN_Format.text.get() == chosen)
+    return;
+  form1.FullName_Format.index = static_cast<int>(kFullNameFormats.size());
+  write_setting(session, kPreferences, "FullName", base::to_text(form1.FullName_Format.index + 1));
 }
 
 void Option1_Click(Session& session) {
@@ -55,12 +73,22 @@ void FullName_Format_Click(Session& session) {
   session.form1.FN_Format_Check.text = sample(session, session.form1.FN_Format);
 }
 
-void fill_empty_formats(Session& session) {
+void apply_presets(Session& session) {
   Form1& form1 = session.form1;
-  if (form1.setupid.text.get().empty())
-    form1.setupid.text = std::string(preset(kAccountFormats, form1.Option1.index));
-  if (form1.FN_Format.text.get().empty())
-    form1.FN_Format.text = std::string(preset(kFullNameFormats, form1.FullName_Format.index));
+  if (form1.setupid.text.get().empty() || stored_entry(session, kSetup, "UserFormat") > 0)
+    put_preset(form1.setupid, preset(kAccountFormats, form1.Option1.index));
+  if (form1.FN_Format.text.get().empty() || stored_entry(session, kPreferences, "FullName") > 0)
+    put_preset(form1.FN_Format, preset(kFullNameFormats, form1.FullName_Format.index));
+}
+
+void keep_typed_format(Session& session) {
+  controls::OptionGroup& choice = session.form1.Option1;
+  const int entry = stored_entry(session, kSetup, "UserFormat") - 1;
+  const std::string_view chosen = preset(kAccountFormats, entry);
+  if (chosen.empty() || session.form1.setupid.text.get() == chosen)
+    return;
+  choice.index = static_cast<int>(kAccountFormats.size());
+  write_setting(session, kSetup, "UserFormat", base::to_text(choice.index + 1));
 }
 
 }  // namespace twk::session

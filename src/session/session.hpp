@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -64,8 +65,8 @@ struct ImportState {
   std::int16_t ImportAddedCount = 0;
   std::string error_path;  ///< "Import.err" of the run
   std::string summary_path;
-  std::unique_ptr<platform::AppendFile> error_file;
-  std::unique_ptr<platform::AppendFile> summary_file;
+  RunFile error_file;
+  RunFile summary_file;
   std::string failure;  ///< why a file of the last run could not be read or written; empty when it could
   std::function<void(const ImportRow&)> row_done;  ///< told after each line; may be empty
 };
@@ -81,6 +82,9 @@ struct Session {
   platform::Platform platform;
   std::string command_line;
   std::string program_directory;
+  /// The database directory, with a backslash at its end. `form1.dbpath` is what is typed, which counts here
+  /// once it was saved.
+  std::string dbpath;
 
   // The directory.
   std::int32_t DirectoryMode = kWinNtMode;
@@ -102,6 +106,10 @@ struct Session {
   stores::TemplateRecord ActiveTemplate;
   std::int32_t LastRecordNo = 0;  ///< where the last search through the templates stopped
   base::Bytes TemplateLogonHours = base::Bytes(stores::kLogonHoursSize, 255);
+  /// Groups of the template on the tab that cannot be shown because the domain's groups are not loaded. A
+  /// save keeps them.
+  std::vector<std::string> UnshownGroups;
+  std::set<std::string> told_shadows;  ///< sites of which it was told that a deleted one stands in front
   std::string ProfileTemplateFile = "NTUser.dat";
   bool EditingSite = false;
   bool EditingTemplate = false;

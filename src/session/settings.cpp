@@ -76,6 +76,7 @@ void read_database_path(Session& session) {
     path = session.program_directory;
   if (!path.ends_with('\\'))
     path += '\\';
+  session.dbpath = path;
   session.form1.dbpath.text = path;
 }
 
@@ -246,7 +247,7 @@ void read_settings(Session& session) {
   if (session.DomainName.empty())
     session.DomainName = kNoDomain;
 
-  fill_empty_formats(session);
+  apply_presets(session);
   Check_Name_Format_Click(session);
   Check_FN_Format_Click(session);
   form1.FN_Format_Check.paint = controls::Paint::kDefault;

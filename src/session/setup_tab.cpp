@@ -20,6 +20,9 @@ std::string completed_path(std::string_view typed) {
 void Command3_Click(Session& session) {
   Form1& form1 = session.form1;
   form1.dbpath.text = completed_path(form1.dbpath.text.get());
+  // An empty path falls back at the next start.
+  if (!form1.dbpath.text.get().empty())
+    session.dbpath = form1.dbpath.text;
   Check_Name_Format_Click(session);
 
   const std::initializer_list<std::pair<std::string_view, const std::string&>> texts = {
@@ -34,6 +37,8 @@ void Command3_Click(Session& session) {
       {"BatchFileDelete", form1.Delete_Script.text.get()}};
   for (const auto& [name, text] : texts)
     write_setting(session, kSetup, name, text);
+
+  keep_typed_format(session);
 
   const std::initializer_list<std::pair<std::string_view, bool>> ticks = {
       {"CreateHidden", form1.Run_Hidden[0].on()}, {"MoveHidden", form1.Run_Hidden[1].on()},

@@ -9,9 +9,8 @@ namespace twk::session {
 namespace {
 
 std::string as_utf8(std::string bytes) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (bytes.starts_with(kByteOrderMark))
-    bytes.erase(0, kByteOrderMark.size());
+  if (bytes.starts_with(base::kByteOrderMark))
+    bytes.erase(0, base::kByteOrderMark.size());
   return base::is_valid_utf8(bytes) ? bytes : base::from_ansi(bytes);
 }
 

@@ -1,7 +1,6 @@
 #include "stores/compaction.hpp"
 
 #include "base/text.hpp"
-#include "directory/load_options.hpp"
 #include "directory/select_domain.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
@@ -18,40 +17,33 @@ using platform::Icon;
 using session::Session;
 
 constexpr std::string_view kTitle = "Compact Database";
-constexpr std::string_view kTemporarySites = "tempsite.dat";
-constexpr std::string_view kTemporaryTemplates = "Temptemp.dat";
 
 bool asks_yes(Session& session, std::string_view question) {
   return session.platform.dialogs.MsgBox(question, Buttons::kYesNo, Icon::kQuestion, kTitle) == Answer::kYes;
 }
 
-/// Puts the records in place of the file's. A file that is not there is not made.
-void replace_records(Session& session, std::string_view temporary, std::string_view file,
-                     std::string_view bytes) {
+/// Replaces the records of the file by what `keep` gives for each, in one step. A file that is not there is
+/// not made.
+void replace_records(Session& session, std::string_view name, std::size_t record_size,
+                     const std::function<std::string(std::string_view bytes)>& keep) {
   platform::Files& files = session.platform.files;
-  if (!files.exists(database_path(session, file)))
+  const std::string path = database_path(session, name);
+  if (!files.exists(path))
     return;
-  files.write(database_path(session, temporary), bytes);
-  files.rename(database_path(session, temporary), database_path(session, file), true);
+  RecordFile file = RecordFile::open(files, path, record_size);
+  const RecordFile::NumbersHold held = file.hold_numbers();
+  std::string kept;
+  file.search([&](std::string_view bytes) {
+    kept += keep(bytes);
+    return false;
+  });
+  files.write(path, kept);
 }
 
 void compact_sites(Session& session) {
-  std::string live;
-  RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize)
-      .search([&live](std::string_view bytes) {
-        if (!is_deleted(bytes))
-          live += bytes;
-        return false;
-      });
-  replace_records(session, kTemporarySites, kSiteFile, live);
-}
-
-/// True when the list holds the groups that the domain has now.
-bool groups_are_loaded(Session& session) {
-  const directory::LoadOptions options = directory::read_load_options(session);
-  const bool skipped =
-      session.DirectoryMode != session::kWinNtMode && options.SkipGroups && !options.TemplateGroupsOnly;
-  return !skipped && !session.form1.ListView5.empty();
+  replace_records(session, kSiteFile, kSiteRecordSize, [](std::string_view bytes) {
+    return is_deleted(bytes) ? std::string() : std::string(bytes);
+  });
 }
 
 /// A domain that was loaded without its groups says nothing about which of them exist.
@@ -76,24 +68,20 @@ void compact_templates(Session& session, bool prune) {
   log.line(session::kAsterisks);
   log.line(session::date_and_time(session));
   log.line("Start Compact");
-  std::string live;
-  RecordFile::open_read(session.platform.files, database_path(session, kTemplateFile), kTemplateRecordSize)
-      .search([&](std::string_view bytes) {
-        if (is_deleted(bytes)) {
-          log.line(std::string(base::trim(listed_template_name(bytes))) + " Deleted.");
-          log.line(" ");
-        } else if (prune) {
-          session.ActiveTemplate = decode_template(bytes);
-          Check_Template_Groups(session);
-          live += encode_template(session.ActiveTemplate);
-        } else {
-          live += bytes;
-        }
-        return false;
-      });
+  replace_records(session, kTemplateFile, kTemplateRecordSize, [&](std::string_view bytes) {
+    if (is_deleted(bytes)) {
+      log.line(std::string(base::trim(listed_template_name(bytes))) + " Deleted.");
+      log.line(" ");
+      return std::string();
+    }
+    if (!prune)
+      return std::string(bytes);
+    session.ActiveTemplate = decode_template(bytes);
+    Check_Template_Groups(session);
+    return encode_template(session.ActiveTemplate);
+  });
   log.line("Compact Finished.");
   log.close();
-  replace_records(session, kTemporaryTemplates, kTemplateFile, live);
 }
 
 bool report_failure(Session& session, const base::RuntimeError& failure) {

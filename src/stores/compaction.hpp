@@ -5,7 +5,7 @@ struct Session;
 }
 
 /// Compaction of "Site.dat" and "Template.dat": the records that are marked as deleted go, the others close
-/// up and are numbered anew. Nobody else should have the database open meanwhile; that is not tested.
+/// up and are numbered anew, while nobody else can make or change one. The files keep access and links.
 namespace twk::stores {
 
 /// Asks whether to compact, and later whether to prune; does it; tells the outcome in the status, on the log

@@ -31,7 +31,15 @@ struct Conversion {
 
   [[nodiscard]] std::string path(std::string_view file) const { return dbpath + std::string(file); }
   [[nodiscard]] platform::Files& files() const { return session.platform.files; }
-  void log(std::string_view text) { session::write_run_file(session, log_file, text); }
+  void log(std::string_view text) {
+    if (!log_file)
+      return;
+    base::Trap trap;
+    if (trap([&] { log_file->write(session::log_line(text)); }))
+      return;
+    log_file.reset();
+    session::LOG_TAB(session, session::kYellow, "Cannot write Convert.log: " + trap.description());
+  }
   void say(std::string_view text, Icon icon) const {
     session.platform.dialogs.MsgBox(text, Buttons::kOk, icon, kTitle);
   }
@@ -47,53 +55,94 @@ void begin_log(Conversion& conversion) {
   conversion.log("User:" + session.platform.environment.variable("USERNAME"));
 }
 
-/// Record lengths of a file before its conversion and behind it.
-struct Lengths {
-  std::size_t old;
-  std::size_t today;
+/// What a conversion knows of a file.
+struct OldFile {
+  std::string_view file;
+  std::string_view fresh;  ///< where earlier versions of the program put the new records
+  std::string_view kept;   ///< where the old records stay
+  std::size_t old_size;    ///< of a record
+  std::size_t todays_size;
+  std::string_view rename_failure;
+  /// True for bytes that may be the beginning of a record of any generation.
+  bool (*begins_record)(std::string_view bytes);
 };
 
-/// Stops before anything is written: beside a file that an earlier conversion kept, whose name is needed for
-/// this one, and for records of today, which read as old ones would be nonsense. A file of old records is
-/// taken for one of today only when it is damaged besides.
-void require_convertible(Conversion& conversion, std::string_view file, std::string_view kept,
-                         const Lengths& lengths, std::string_view rename_failure) {
-  if (conversion.files().exists(conversion.path(kept))) {
-    conversion.failure_text = rename_failure;
-    throw base::RuntimeError(base::error::kFileExists, conversion.path(kept) + " exists already");
-  }
-  const std::size_t size = conversion.files().read(conversion.path(file)).size();
-  if (size % lengths.today == 0 && size % lengths.old != 0) {
-    throw base::RuntimeError(base::error::kBadFileName, conversion.path(file) +
-                                                            " has today's layout already. "
-                                                            "Nothing was converted");
-  }
+bool is_boolean(std::string_view bytes) {
+  return bytes == std::string_view("\0\0", 2) || bytes == "\xFF\xFF";
+}
+bool begins_site(std::string_view bytes) {
+  return is_boolean(bytes.substr(0, 2)) && is_boolean(bytes.substr(2, 2));
+}
+bool begins_template(std::string_view bytes) {
+  const bool counted = static_cast<unsigned char>(bytes[2]) <= kMostGroups && bytes[3] == '\0';
+  return is_boolean(bytes.substr(0, 2)) && counted;
+}
+bool begins_permission(std::string_view bytes) {
+  return is_boolean(bytes.substr(0, 2));
 }
 
-/// Calls `use` with each whole old record of the file.
-void for_each_record(Conversion& conversion, std::string_view file, std::size_t record_size,
+bool holds_records(std::string_view bytes, std::size_t record_size, const OldFile& old) {
+  bool fits = bytes.size() >= record_size;
+  for (std::size_t at = 0; fits && at + record_size <= bytes.size(); at += record_size)
+    fits = old.begins_record(bytes.substr(at));
+  return fits;
+}
+
+/// Another administrator may have converted the files before. Records that are read at the wrong length begin
+/// in the middle of texts; where that does not tell, fewer bytes are left over at the right one.
+bool has_todays_layout(std::string_view bytes, const OldFile& old) {
+  const bool as_old = holds_records(bytes, old.old_size, old);
+  const bool as_today = holds_records(bytes, old.todays_size, old);
+  if (bytes.empty() || as_old != as_today)
+    return as_today || bytes.empty();
+  const std::size_t old_rest = bytes.size() % old.old_size;
+  const std::size_t todays_rest = bytes.size() % old.todays_size;
+  if (old_rest == todays_rest) {
+    throw base::RuntimeError(
+        base::error::kBadFileName,
+        std::string(old.file) + " may have the old layout or today's. Nothing was converted");
+  }
+  return todays_rest < old_rest;
+}
+
+/// The old records; none when there is nothing to convert. Stops beside a file that an earlier conversion
+/// kept, whose name is needed for this one; the same bytes there are those of one that broke off.
+std::optional<std::string> records_to_convert(Conversion& conversion, const OldFile& old) {
+  std::string bytes = conversion.files().read(conversion.path(old.file));
+  if (has_todays_layout(bytes, old)) {
+    conversion.log(std::string(old.file) + " has today's layout already");
+    return std::nullopt;
+  }
+  const std::string kept = conversion.path(old.kept);
+  if (conversion.files().exists(kept) && conversion.files().read(kept) != bytes) {
+    conversion.failure_text = old.rename_failure;
+    throw base::RuntimeError(base::error::kFileExists, kept + " exists already");
+  }
+  return bytes;
+}
+
+/// Calls `use` with each whole old record.
+void for_each_record(Conversion& conversion, const OldFile& old, std::string_view bytes,
                      const std::function<void(std::string_view)>& use) {
-  const std::string bytes = conversion.files().read(conversion.path(file));
-  if (const std::size_t stray = bytes.size() % record_size; stray != 0) {
-    const std::string text = std::string(file) + " ends in " +
+  if (const std::size_t stray = bytes.size() % old.old_size; stray != 0) {
+    const std::string text = std::string(old.file) + " ends in " +
                              base::to_text(static_cast<std::int64_t>(stray)) +
                              " bytes that are no whole record; they were left out";
     conversion.log(text);
     session::LOG_TAB(conversion.session, session::kYellow, text);
   }
-  for (std::size_t at = 0; at + record_size <= bytes.size(); at += record_size)
-    use(std::string_view(bytes).substr(at, record_size));
+  for (std::size_t at = 0; at + old.old_size <= bytes.size(); at += old.old_size)
+    use(bytes.substr(at, old.old_size));
 }
 
-/// A renaming that broke off between its two steps is brought to its end. True when there was one: the file
-/// is converted then.
-bool finish_renaming(Conversion& conversion, std::string_view file, std::string_view fresh,
-                     std::string_view kept) {
+/// A renaming of an earlier version of the program that broke off between its two steps is brought to its
+/// end. True when there was one: the file is converted then.
+bool finish_renaming(Conversion& conversion, const OldFile& old) {
   platform::Files& files = conversion.files();
-  if (files.exists(conversion.path(file)) || !files.exists(conversion.path(fresh)) ||
-      !files.exists(conversion.path(kept)))
+  if (files.exists(conversion.path(old.file)) || !files.exists(conversion.path(old.fresh)) ||
+      !files.exists(conversion.path(old.kept)))
     return false;
-  files.rename(conversion.path(fresh), conversion.path(file));
+  files.rename(conversion.path(old.fresh), conversion.path(old.file));
   return true;
 }
 
@@ -105,92 +154,131 @@ bool is_there(Conversion& conversion, std::string_view file) {
   return false;
 }
 
-void put_in_place(Conversion& conversion, std::string_view file, std::string_view fresh,
-                  std::string_view kept) {
-  conversion.files().rename(conversion.path(file), conversion.path(kept));
-  conversion.files().rename(conversion.path(fresh), conversion.path(file));
+/// Keeps the old records under their other name. The copy takes the access along, the write brings it to the
+/// disk.
+void keep_old(Conversion& conversion, const OldFile& old, std::string_view bytes) {
+  platform::Files& files = conversion.files();
+  const std::string kept = conversion.path(old.kept);
+  if (!files.status(conversion.path(old.file)).link && !files.exists(kept))
+    files.copy_file(conversion.path(old.file), kept, false, {});
+  files.write(kept, bytes);
+}
+
+/// The new records take the place of the old ones in the file itself, so that its access, and the link that
+/// it may be, stay. When that fails nothing is changed.
+void put_in_place(Conversion& conversion, const OldFile& old, std::string_view bytes,
+                  std::string_view converted) {
+  platform::Files& files = conversion.files();
+  const std::string kept = conversion.path(old.kept);
+  const bool made = !files.exists(kept);
+  base::Trap trap;
+  if (trap([&] {
+        keep_old(conversion, old, bytes);
+        files.write(conversion.path(old.file), converted);
+      }))
+    return;
+  const base::RuntimeError failure(trap.number(), trap.description());
+  if (made)
+    trap([&] { files.remove(kept); });
+  throw base::RuntimeError(failure);
 }
 
 void convert_sites(Conversion& conversion) {
-  constexpr std::string_view kNew = "Site.new";
-  constexpr std::string_view kOld = "Site.v22";
-  constexpr std::string_view kRenameFailure = "Error renaming Site File. File May Already exist";
+  constexpr OldFile kSites{kSiteFile,       "Site.new",
+                           "Site.v22",      kOldSiteRecordSize,
+                           kSiteRecordSize, "Error renaming Site File. File May Already exist",
+                           begins_site};
   conversion.failure_text = "Error with site file...";
-  if (finish_renaming(conversion, kSiteFile, kNew, kOld) || !is_there(conversion, kSiteFile))
+  if (finish_renaming(conversion, kSites) || !is_there(conversion, kSiteFile))
     return;
-  require_convertible(conversion, kSiteFile, kOld, {kOldSiteRecordSize, kSiteRecordSize}, kRenameFailure);
+  RecordFile file = RecordFile::open(conversion.files(), conversion.path(kSiteFile), kSiteRecordSize);
+  const RecordFile::NumbersHold held = file.hold_numbers();
+  const auto bytes = records_to_convert(conversion, kSites);
+  if (!bytes)
+    return;
   conversion.log("Opening Site.new");
   conversion.log("Opening Site.dat");
   std::string converted;
-  for_each_record(conversion, kSiteFile, kOldSiteRecordSize, [&converted](std::string_view record) {
+  for_each_record(conversion, kSites, *bytes, [&converted](std::string_view record) {
     if (!is_deleted(record))
       converted += upgrade_site(record);
   });
-  conversion.files().write(conversion.path(kNew), converted);
-  conversion.failure_text = kRenameFailure;
-  put_in_place(conversion, kSiteFile, kNew, kOld);
+  conversion.failure_text = kSites.rename_failure;
+  put_in_place(conversion, kSites, *bytes, converted);
 }
 
-void convert_templates(Conversion& conversion, TemplateGeneration generation) {
-  constexpr std::string_view kNew = "Template.new";
-  constexpr std::string_view kOld = "Template.v23";
-  constexpr std::string_view kRenameFailure = "Error renaming template files. File may already exist.";
-  conversion.failure_text = "Error with template file ....";
-  if (finish_renaming(conversion, kTemplateFile, kNew, kOld) || !is_there(conversion, kTemplateFile))
-    return;
-  require_convertible(conversion, kTemplateFile, kOld,
-                      {old_template_record_size(generation), kTemplateRecordSize}, kRenameFailure);
-  conversion.log("Opening Template.new");
-  conversion.log("Opening Template.dat");
-  std::vector<std::string> live;
-  for_each_record(conversion, kTemplateFile, old_template_record_size(generation),
-                  [&live](std::string_view record) {
-                    if (!is_deleted(record))
-                      live.emplace_back(record);
-                  });
+/// The live templates of the bytes in today's layout.
+std::string upgraded_templates(Conversion& conversion, const OldFile& old, std::string_view bytes,
+                               TemplateGeneration generation) {
+  std::vector<std::string_view> live;
+  for_each_record(conversion, old, bytes, [&live](std::string_view record) {
+    if (!is_deleted(record))
+      live.push_back(record);
+  });
   conversion.log(base::to_text(static_cast<std::int64_t>(live.size())) + ": templates to convert");
   std::string converted;
-  for (const std::string& record : live) {
+  for (const std::string_view record : live) {
     conversion.log("Converting Template:" + std::string(base::trim(listed_template_name(record))));
     converted += upgrade_template(record, generation);
     conversion.log("Template converted");
   }
-  conversion.files().write(conversion.path(kNew), converted);
-  conversion.failure_text = kRenameFailure;
-  put_in_place(conversion, kTemplateFile, kNew, kOld);
+  return converted;
+}
+
+void convert_templates(Conversion& conversion, TemplateGeneration generation) {
+  const OldFile templates{kTemplateFile,       "Template.new",
+                          "Template.v23",      old_template_record_size(generation),
+                          kTemplateRecordSize, "Error renaming template files. File may already exist.",
+                          begins_template};
+  conversion.failure_text = "Error with template file ....";
+  if (finish_renaming(conversion, templates) || !is_there(conversion, kTemplateFile))
+    return;
+  RecordFile file = RecordFile::open(conversion.files(), conversion.path(kTemplateFile), kTemplateRecordSize);
+  const RecordFile::NumbersHold held = file.hold_numbers();
+  const auto bytes = records_to_convert(conversion, templates);
+  if (!bytes)
+    return;
+  conversion.log("Opening Template.new");
+  conversion.log("Opening Template.dat");
+  const std::string converted = upgraded_templates(conversion, templates, *bytes, generation);
+  conversion.failure_text = templates.rename_failure;
+  put_in_place(conversion, templates, *bytes, converted);
 }
 
 struct PermissionTable {
-  std::string_view file;
-  std::string_view fresh;
-  std::string_view kept;
-  std::string_view failure_text;
+  OldFile old;
   std::string_view kept_line;
   std::string_view fresh_line;
 };
 
+constexpr OldFile permission_file(std::string_view file, std::string_view fresh, std::string_view kept,
+                                  std::string_view failure_text) {
+  return {
+      file, fresh, kept, kOldPermissionRecordSize, kPermissionRecordSize, failure_text, begins_permission};
+}
+
 constexpr std::array kPermissionTables = {
-    PermissionTable{kPermissionFile, "Permissions.new", "Permissions.v24", "Error converting Permissions.dat",
+    PermissionTable{permission_file(kPermissionFile, "Permissions.new", "Permissions.v24",
+                                    "Error converting Permissions.dat"),
                     "Rename Permissions.dat to Permission.v24", "Rename Permissions.ner to Permissions.dat"},
-    PermissionTable{kSharePermissionFile, "Shareperm.new", "SharePerm.v24", "Error converting SharePerm.dat",
+    PermissionTable{permission_file(kSharePermissionFile, "Shareperm.new", "SharePerm.v24",
+                                    "Error converting SharePerm.dat"),
                     "Rename SharePerm.dat to SharePerm.v24", "Rename sharePerm.new to SharePerm.dat"}};
 
 void convert_permissions(Conversion& conversion) {
   for (const PermissionTable& table : kPermissionTables) {
-    conversion.failure_text = table.failure_text;
-    if (finish_renaming(conversion, table.file, table.fresh, table.kept) ||
-        !conversion.files().exists(conversion.path(table.file)))
+    conversion.failure_text = table.old.rename_failure;
+    if (finish_renaming(conversion, table.old) || !conversion.files().exists(conversion.path(table.old.file)))
       continue;
-    require_convertible(conversion, table.file, table.kept, {kOldPermissionRecordSize, kPermissionRecordSize},
-                        table.failure_text);
+    const auto bytes = records_to_convert(conversion, table.old);
+    if (!bytes)
+      continue;
     std::string converted;
-    for_each_record(conversion, table.file, kOldPermissionRecordSize,
+    for_each_record(conversion, table.old, *bytes,
                     [&converted](std::string_view record) { converted += upgrade_permission(record); });
-    conversion.files().write(conversion.path(table.fresh), converted);
     conversion.log(table.kept_line);
-    conversion.files().rename(conversion.path(table.file), conversion.path(table.kept));
     conversion.log(table.fresh_line);
-    conversion.files().rename(conversion.path(table.fresh), conversion.path(table.file));
+    put_in_place(conversion, table.old, *bytes, converted);
   }
 }
 
@@ -252,6 +340,18 @@ std::vector<OldDatabase> steps_from(std::string_view version) {
   return steps;
 }
 
+bool run_steps(Session& session, const std::vector<OldDatabase>& steps) {
+  for (const OldDatabase& step : steps) {
+    session.platform.dialogs.MsgBox(step.text, Buttons::kOk, Icon::kCritical, step.title);
+    if (!Convert(session, session.dbpath, step.stage))
+      return false;
+    // What one step completed is not to be taken for the whole.
+    if (step.stage != steps.back().stage)
+      session::write_setting(session, session::kVersion, "DBVersion", kBeforePermissions);
+  }
+  return true;
+}
+
 }  // namespace
 
 bool Convert(Session& session, std::string_view dbpath, std::int32_t stage) {
@@ -274,21 +374,17 @@ bool Convert(Session& session, std::string_view dbpath, std::int32_t stage) {
 bool convert_old_database(Session& session) {
   const std::string version = session::read_setting(session, session::kVersion, "DBVersion");
   const std::vector<OldDatabase> steps = steps_from(version);
-  for (const OldDatabase& step : steps) {
-    session.platform.dialogs.MsgBox(step.text, Buttons::kOk, Icon::kCritical, step.title);
-    if (!Convert(session, session.form1.dbpath.text.get(), step.stage)) {
-      throw base::RuntimeError(
-          base::error::kBadFileName,
-          "The database files in " + session.form1.dbpath.text.get() + " are of generation \"" +
-              session::read_setting(session, session::kVersion, "DBVersion") +
-              "\" and could not be converted. Convert.log tells the step. Where another administrator has "
-              "converted them already, set DBVersion to 2.4.");
-    }
-    // What one step completed is not to be taken for the whole.
-    if (step.stage != steps.back().stage)
-      session::write_setting(session, session::kVersion, "DBVersion", kBeforePermissions);
+  if (!run_steps(session, steps)) {
+    throw base::RuntimeError(base::error::kBadFileName,
+                             "The database files in " + session.dbpath + " are of generation \"" +
+                                 session::read_setting(session, session::kVersion, "DBVersion") +
+                                 "\" and could not be converted. Convert.log tells the step.");
   }
   return !steps.empty();
+}
+
+bool convert_database_from(Session& session, std::string_view version) {
+  return run_steps(session, steps_from(version));
 }
 
 }  // namespace twk::stores

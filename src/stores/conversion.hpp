@@ -8,8 +8,9 @@ struct Session;
 }
 
 /// Brings the files of a database directory to the layout of today. Records that are marked as deleted are
-/// left behind, so record numbers change. The old file stays under another ending (".v22", ".v23", ".v24").
-/// Steps go to "Convert.log" in the working directory of the program.
+/// left behind, so record numbers change. The old bytes stay under another ending (".v22", ".v23", ".v24");
+/// the file keeps its access, and the link that it may be. A file that has today's layout is left alone:
+/// another administrator converted it. Steps go to "Convert.log" in the working directory of the program.
 namespace twk::stores {
 
 namespace conversion {
@@ -31,5 +32,9 @@ bool Convert(session::Session& session, std::string_view dbpath, std::int32_t st
 /// `DBVersion` then names the generation that was reached, from which the next start goes on. False when
 /// nothing was old.
 bool convert_old_database(session::Session& session);
+
+/// The same for a database of that version ("1", "2.0" … "2.3"), whatever `DBVersion` says. False when a step
+/// failed, which was told.
+bool convert_database_from(session::Session& session, std::string_view version);
 
 }  // namespace twk::stores

@@ -8,25 +8,27 @@
 namespace twk::stores {
 namespace {
 
-/// Byte that stands for the right to number a new record. No record file grows as large.
-constexpr std::uint64_t kAppendLock = 0x7FFFFFFE;
+/// Byte that stands for the numbers of the records. No record file grows as large.
+constexpr std::uint64_t kNumbersLock = 0x7FFFFFFE;
 
 /// Bytes that a search reads at once.
 constexpr std::size_t kBlockSize = 256UL * 1024;
 
-class RangeLock {
+/// A lock that cannot be given back ends with the file, which is closed by its user at once.
+void give_back(platform::RandomFile& file, std::uint64_t offset, std::uint64_t count) {
+  base::Trap trap;
+  trap([&] { file.unlock(offset, count); });
+}
+
+class RecordLock {
  public:
-  RangeLock(platform::RandomFile& file, std::uint64_t offset, std::uint64_t count)
+  RecordLock(platform::RandomFile& file, std::uint64_t offset, std::uint64_t count)
       : file_(file), offset_(offset), count_(count) {
     file_.lock(offset_, count_);
   }
-  RangeLock(const RangeLock&) = delete;
-  RangeLock& operator=(const RangeLock&) = delete;
-  ~RangeLock() {
-    // A lock that cannot be given back ends with the file, which is closed by its user at once.
-    base::Trap trap;
-    trap([this] { file_.unlock(offset_, count_); });
-  }
+  RecordLock(const RecordLock&) = delete;
+  RecordLock& operator=(const RecordLock&) = delete;
+  ~RecordLock() { give_back(file_, offset_, count_); }
 
  private:
   platform::RandomFile& file_;
@@ -36,17 +38,30 @@ class RangeLock {
 
 }  // namespace
 
+RecordFile::NumbersHold::~NumbersHold() {
+  give_back(file_, kNumbersLock, 1);
+}
+
+RecordFile::NumbersHold RecordFile::hold_numbers() {
+  for (;;) {
+    file_->lock(kNumbersLock, 1);
+    if (file_->is_current())
+      return NumbersHold(*file_);
+    file_ = files_->open_random(path_);
+  }
+}
+
 RecordFile RecordFile::open(platform::Files& files, std::string_view path, std::size_t record_size) {
-  return {files.open_random(path), record_size};
+  return {files, path, files.open_random(path), record_size};
 }
 
 RecordFile RecordFile::open_read(platform::Files& files, std::string_view path, std::size_t record_size) {
   try {
-    return {files.open_random_read(path), record_size};
+    return {files, path, files.open_random_read(path), record_size};
   } catch (const base::RuntimeError& failure) {
     if (failure.number() != base::error::kFileNotFound)
       throw;
-    return {nullptr, record_size};
+    return {files, path, nullptr, record_size};
   }
 }
 
@@ -82,19 +97,19 @@ RecordSearch RecordFile::search(const std::function<bool(std::string_view bytes)
 
 void RecordFile::write(std::int32_t number, std::string_view bytes) {
   const std::uint64_t offset = static_cast<std::uint64_t>(number - 1) * record_size_;
-  const RangeLock lock(*file_, offset, record_size_);
+  const RecordLock lock(*file_, offset, record_size_);
   file_->write(offset, bytes);
 }
 
 std::int32_t RecordFile::append(std::string_view bytes) {
-  const RangeLock lock(*file_, kAppendLock, 1);
+  const NumbersHold held = hold_numbers();
   const std::int32_t number = count() + 1;
   write(number, bytes);
   return number;
 }
 
 std::string database_path(const session::Session& session, std::string_view file) {
-  return std::string(base::trim(session.form1.dbpath.text.get())) + std::string(file);
+  return session.dbpath + std::string(file);
 }
 
 void report_file_error(session::Session& session, std::string_view file, const base::RuntimeError& failure) {

@@ -20,7 +20,11 @@ class Encoder {
     bytes_.push_back(static_cast<char>(bits >> 8U));
   }
   void text(std::string_view value, std::size_t length) {
-    std::string field = base::to_ansi(value);
+    std::optional<std::string> ansi = base::to_ansi(value);
+    // Who takes a text in says so before it comes here.
+    if (!ansi)
+      base::raise(base::error::kTypeMismatch, code_page_refusal(value));
+    std::string& field = *ansi;
     field.resize(length, ' ');
     bytes_ += field;
   }
@@ -164,10 +168,16 @@ PermissionRecord decode_permission(std::string_view bytes) {
   return record;
 }
 
+std::string code_page_refusal(std::string_view text) {
+  const auto outside = base::find_outside_ansi(text);
+  return outside
+             ? "\"" + std::string(text) + "\" cannot be stored: code page 1252 has no place for " + *outside
+             : std::string();
+}
+
 std::string padded_template_name(std::string_view name) {
-  Encoder encoder(kTemplateNameLength);
-  encoder.text(name, kTemplateNameLength);
-  return base::from_ansi(encoder.take());
+  std::string padded(base::left(name, kTemplateNameLength));
+  return padded.append(kTemplateNameLength - base::length(padded), ' ');
 }
 
 bool is_deleted(std::string_view bytes) {

@@ -108,7 +108,12 @@ struct PermissionRecord {
   friend bool operator==(const PermissionRecord&, const PermissionRecord&) = default;
 };
 
-/// The bytes of a record, exactly as long as its size says.
+/// Why no record can hold a text: "… cannot be stored: code page 1252 has no place for Ł (U+0141)". Empty
+/// when one can.
+std::string code_page_refusal(std::string_view text);
+
+/// The bytes of a record, exactly as long as its size says. Raises 13 with the refusal of a text that code
+/// page 1252 has no place for.
 std::string encode_site(const SiteRecord& record);
 std::string encode_template(const TemplateRecord& record);
 std::string encode_permission(const PermissionRecord& record);

@@ -1,7 +1,6 @@
 #include "stores/side_tables.hpp"
 
 #include <algorithm>
-#include <array>
 #include <functional>
 
 #include "base/text.hpp"
@@ -18,25 +17,12 @@ constexpr std::size_t kMostMailLines = 49;
 constexpr std::string_view kUserIcon = "USER";
 constexpr std::string_view kMailIcon = "MAIL";
 
-/// The lines of a text, in UTF-8, without their ends.
-std::vector<std::string> lines_of(std::string_view bytes) {
-  std::vector<std::string> lines = base::split(bytes, '\n');
-  if (!lines.empty() && lines.back().empty())
-    lines.pop_back();
-  for (std::string& line : lines) {
-    if (line.ends_with('\r'))
-      line.pop_back();
-    line = base::from_ansi(line);
-  }
-  return lines;
-}
-
 /// False when there is no such file.
 bool read_lines(Session& session, std::string_view file, std::vector<std::string>& lines) {
   const std::string path = database_path(session, file);
   if (!session.platform.files.exists(path))
     return false;
-  lines = lines_of(session.platform.files.read(path));
+  lines = session::table_lines(session.platform.files.read(path));
   return true;
 }
 
@@ -46,21 +32,19 @@ std::string_view value_of(const controls::ListRow& row) {
 
 void save_lines(Session& session, std::string_view file, const controls::ListView& list,
                 const std::function<std::string(const controls::ListRow&)>& line_of) {
-  std::string bytes;
+  std::vector<std::string> lines;
   for (std::size_t i = 0; i < list.size(); ++i)
-    bytes += session::text_file_line(line_of(list.at(i)));
-  session.platform.files.write(database_path(session, file), bytes);
+    lines.push_back(line_of(list.at(i)));
+  session.platform.files.write(database_path(session, file), session::table_bytes(lines));
 }
 
 }  // namespace
 
 void create_mail_table(Session& session) {
-  constexpr std::array<std::string_view, 3> kLines = {
-      "Container,Recipients", "Target-Address,%first%.%last%@mail.example", "Replication-Sensitivity,20"};
-  std::string bytes;
-  for (const std::string_view line : kLines)
-    bytes += session::text_file_line(line);
-  session.platform.files.write(database_path(session, kMailFile), bytes);
+  session.platform.files.write(
+      database_path(session, kMailFile),
+      session::table_bytes({"Container,Recipients", "Target-Address,%first%.%last%@mail.example",
+                            "Replication-Sensitivity,20"}));
 }
 
 void load_mail_table(Session& session) {

@@ -10,11 +10,11 @@ namespace twk::session {
 struct Session;
 }
 
-/// The small tables beside the record files. Three are text, a row a line, code page 1252 with CR LF:
+/// The small tables beside the record files. Three are text, a row a line (see `session/text_file.hpp`):
 ///
 ///     Mail.dat   name,value         into ListView8, icon "MAIL"; at most 49 lines are read
-///     W2K.dat    kind,name,value    into ListView7; kind "p" has the icon "USER", any other (written "m")
-///     "MAIL" WTS.dat    value              into the sub-items of ListView9's fixed rows, in their order
+///     W2K.dat    kind,name,value    into ListView7; kind "p": "USER", any other, written "m": "MAIL"
+///     WTS.dat    value              into the sub-items of ListView9's fixed rows, in their order
 ///
 /// A value is sub-item 1. Two are files of permission records. Each is rewritten as a whole, atomically.
 /// Every call raises the runtime error of the platform's files unless it says otherwise.

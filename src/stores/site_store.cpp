@@ -135,9 +135,9 @@ bool can_save(Session& session, std::string_view name) {
     warn(session, "Must Enter a Site Name, And a Home Server Name", "Incorect entry");
     return false;
   }
-  if (refuses_control_characters(
-          session, {name, form1.NTSERVER.text.get(), form1.EXSERVER.text.get(), form1.EXSite.text.get(),
-                    form1.EXorg.text.get(), form1.Mail_Store.text.get()}))
+  if (refuses(session, record_refusal,
+              {name, form1.NTSERVER.text.get(), form1.EXSERVER.text.get(), form1.EXSite.text.get(),
+               form1.EXorg.text.get(), form1.Mail_Store.text.get()}))
     return false;
   form1.StatusBar1.panel1 = "Saving Site...";
   if (!session.EditingSite && is_taken(form1, name)) {
@@ -168,16 +168,21 @@ SiteRecord record_of_fields(const Form1& form1, std::string_view name) {
   return record;
 }
 
+/// False when there is no live record of that name.
+bool replace_live(RecordFile& file, std::string_view name, const std::string& bytes) {
+  const RecordFile::NumbersHold held = file.hold_numbers();
+  const RecordSearch live = find_live(file, name);
+  if (live.found)
+    file.write(live.number, bytes);
+  return live.found;
+}
+
 void write_record(Session& session, std::string_view name) {
   const std::string bytes = encode_site(record_of_fields(session.form1, name));
   RecordFile file =
       RecordFile::open(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
-  if (session.EditingSite) {
-    if (const RecordSearch live = find_live(file, name); live.found) {
-      file.write(live.number, bytes);
-      return;
-    }
-  }
+  if (session.EditingSite && replace_live(file, name, bytes))
+    return;
   file.append(bytes);
 }
 
@@ -196,6 +201,7 @@ void list_new_site(Session& session, const std::string& name) {
 void mark_record_deleted(Session& session, std::string_view name) {
   RecordFile file =
       RecordFile::open(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
+  const RecordFile::NumbersHold held = file.hold_numbers();
   RecordSearch live = find_live(file, name);
   if (!live.found)
     return;
@@ -203,27 +209,7 @@ void mark_record_deleted(Session& session, std::string_view name) {
   file.write(live.number, live.bytes);
 }
 
-}  // namespace
-
-void Loadsite(Session& session, std::string_view name) {
-  Form1& form1 = session.form1;
-  const std::string_view wanted = base::trim(name);
-  RecordSearch found;
-  base::Trap trap;
-  if (!trap([&] {
-        found =
-            RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize)
-                .search(
-                    [&](std::string_view bytes) { return base::trim(decode_site(bytes).Name) == wanted; });
-      })) {
-    report_file_error(session, kSiteFile, base::RuntimeError(trap.number(), trap.description()));
-    return;
-  }
-  if (found.number > 0)
-    session.ActiveSite = decode_site(found.bytes);
-  if (!found.found)
-    return;
-  const SiteRecord& site = session.ActiveSite;
+void show_site(Form1& form1, const SiteRecord& site) {
   forget_stores(form1);
   show_kind(form1, site.Exchange2000);
   form1.NTSERVER.text = std::string(base::trim(site.NTServer));
@@ -233,21 +219,55 @@ void Loadsite(Session& session, std::string_view name) {
   form1.Mail_Store.text = std::string(base::trim(site.MailStore));
 }
 
+RecordFile open_to_read(Session& session) {
+  return RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
+}
+
+/// Tells once that a deleted site is loaded in place of the one that bears its name today.
+void tell_shadow(Session& session, RecordFile& file, std::string_view name) {
+  if (!find_live(file, name).found || !session.told_shadows.insert(folded_name(name)).second)
+    return;
+  session::LOG_TAB(session, session::kYellow,
+                   "Site.dat holds a deleted site \"" + std::string(base::trim(name)) +
+                       "\" in front of the one of today, and its values are used. Compact the database.");
+}
+
+}  // namespace
+
+void Loadsite(Session& session, std::string_view name) {
+  const std::string_view wanted = base::trim(name);
+  RecordSearch found;
+  base::Trap trap;
+  if (!trap([&] {
+        RecordFile file = open_to_read(session);
+        found = file.search(
+            [&](std::string_view bytes) { return base::trim(decode_site(bytes).Name) == wanted; });
+        if (found.found && is_deleted(found.bytes))
+          tell_shadow(session, file, wanted);
+      })) {
+    report_file_error(session, kSiteFile, base::RuntimeError(trap.number(), trap.description()));
+    return;
+  }
+  if (found.number > 0)
+    session.ActiveSite = decode_site(found.bytes);
+  if (found.found)
+    show_site(session.form1, session.ActiveSite);
+}
+
 void load_sites(Session& session) {
   Form1& form1 = session.form1;
   base::Trap trap;
   trap([&] {
-    RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize)
-        .search([&](std::string_view bytes) {
-          if (is_deleted(bytes))
-            return false;
-          const std::string name(base::trim(decode_site(bytes).Name));
-          form1.NUsitename.locked = true;
-          form1.ListView2.add({}, name, "SITE");
-          form1.NUsitename.add_item(name);
-          session.multi_user.Multi_Site.add_item(name);
-          return false;
-        });
+    open_to_read(session).search([&](std::string_view bytes) {
+      if (is_deleted(bytes))
+        return false;
+      const std::string name(base::trim(decode_site(bytes).Name));
+      form1.NUsitename.locked = true;
+      form1.ListView2.add({}, name, "SITE");
+      form1.NUsitename.add_item(name);
+      session.multi_user.Multi_Site.add_item(name);
+      return false;
+    });
   });
   if (trap.number() != 0)
     session::LOG_TAB(session, session::kYellow, "Cannot read Site.dat: " + trap.description());
@@ -286,12 +306,10 @@ void site_name_edited(Session& session, std::string_view typed) {
   controls::ListRow* const row = new_row(form1);
   if (row == nullptr)
     return;
-  if (const auto control = base::find_control_character(typed)) {
-    refuse_new_name(session, "Control character " + *control + " not allowed");
-    return;
-  }
-  const std::string name = storable(base::trim(typed));
-  if (name.empty()) {
+  const std::string name(base::trim(typed));
+  if (const std::string refusal = name_refusal(name) + record_refusal(name); !refusal.empty()) {
+    refuse_new_name(session, refusal);
+  } else if (name.empty()) {
     refuse_new_name(session, "Site Name cannot be Blank");
   } else if (is_taken(form1, name)) {
     refuse_new_name(session, "Site name already used");
@@ -304,8 +322,18 @@ void site_name_edited(Session& session, std::string_view typed) {
 }
 
 void Edit_Site(Session& session) {
-  if (selected_name(session.form1).empty())
+  const std::string name = selected_name(session.form1);
+  if (name.empty())
     return;
+  // What is saved over the live record begins with its own fields, not with those of a deleted namesake.
+  try {
+    RecordFile file = open_to_read(session);
+    if (const RecordSearch live = find_live(file, name); live.found)
+      show_site(session.form1, decode_site(live.bytes));
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kSiteFile, failure);
+    return;
+  }
   session.form1.StatusBar1.panel1 = "Edit Site...";
   session.EditingSite = true;
   unlock_fields(session.form1);
@@ -315,7 +343,7 @@ void Save_Site(Session& session) {
   Form1& form1 = session.form1;
   if (session.EditingSite)
     form1.New_Site_Name.text = selected_name(form1);
-  const std::string name = storable(base::trim(form1.New_Site_Name.text.get()));
+  const std::string name(base::trim(form1.New_Site_Name.text.get()));
   if (!can_save(session, name))
     return;
   try {

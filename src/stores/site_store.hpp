@@ -12,8 +12,9 @@ namespace twk::stores {
 
 inline constexpr std::string_view kSiteFile = "Site.dat";
 
-/// Loads the first record of exactly that name, deleted or not, into `ActiveSite` and onto the tab. Without a
-/// match `ActiveSite` holds the last record and the tab stays.
+/// Loads the first record of exactly that name, deleted or not, into `ActiveSite` and onto the tab. A deleted
+/// one in front of a live one is told on the log tab, once a session. Without a match `ActiveSite` holds the
+/// last record and the tab stays.
 void Loadsite(session::Session& session, std::string_view name);
 
 /// Adds the live sites of the file to the lists. A failure ends the reading and is told on the log tab.
@@ -30,6 +31,7 @@ void New_Site(session::Session& session);
 /// The end of the blank row's edit. A name that is blank, taken, longer than 20 characters or holds a control
 /// character drops the row; the status says why.
 void site_name_edited(session::Session& session, std::string_view typed);
+/// Opens the fields, which show the live record of the selected name.
 void Edit_Site(session::Session& session);
 /// Checks the fields and writes the record: over the live one of that name in edit mode, else a new one.
 void Save_Site(session::Session& session);

@@ -1,6 +1,7 @@
 #include "stores/template_store.hpp"
 
 #include "base/text.hpp"
+#include "directory/load_options.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
 #include "stores/typed_text.hpp"
@@ -55,22 +56,26 @@ void show_variables(Session& session) {
   rows.set_drawing(true);
 }
 
-/// Moves the domain's groups of exactly that name, the last first.
-void take_group(Form1& form1, std::string_view name) {
+/// Moves the domain's groups of that name, in any case, the last first. False when it has none.
+bool take_group(Form1& form1, std::string_view name) {
   const std::vector<const controls::ListRow*> rows = form1.ListView5.find_text(name);
-  for (auto row = rows.rbegin(); row != rows.rend(); ++row) {
-    if (base::trim((*row)->text) == name)
-      controls::move_row(form1.ListView5, **row, form1.ListView6);
-  }
+  for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+    controls::move_row(form1.ListView5, **row, form1.ListView6);
+  return !rows.empty();
 }
 
 void show_groups(Session& session) {
   const TemplateRecord& record = session.ActiveTemplate;
+  session.UnshownGroups.clear();
   if (record.GroupCount == 0)
     return;
+  const bool loaded = groups_are_loaded(session);
   const QuietLists quiet(session.form1);
-  for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
-    take_group(session.form1, base::trim(record.Groups.at(i)));
+  for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i) {
+    const std::string_view name = base::trim(record.Groups.at(i));
+    if (!take_group(session.form1, name) && !loaded)
+      session.UnshownGroups.emplace_back(name);
+  }
 }
 
 std::string trimmed(std::string_view text) {
@@ -107,6 +112,22 @@ void show_template(Session& session) {
 }
 
 }  // namespace
+
+bool groups_are_loaded(Session& session) {
+  const directory::LoadOptions options = directory::read_load_options(session);
+  const bool skipped =
+      session.DirectoryMode != session::kWinNtMode && options.SkipGroups && !options.TemplateGroupsOnly;
+  return !skipped && !(session.form1.ListView5.empty() && session.form1.ListView6.empty());
+}
+
+std::string share_point(std::string_view typed) {
+  std::string point(base::trim(typed));
+  if (!point.ends_with('\\'))
+    point += '\\';
+  if (point.starts_with('\\'))
+    point.erase(0, 1);
+  return point;
+}
 
 std::int32_t Find_Template(Session& session) {
   const std::string wanted = folded_name(session.form1.templatelst.text.get());
@@ -183,6 +204,7 @@ void empty_template_fields(Session& session) {
   form1.Home_Drive_letter.text = std::string();
   form1.PrimaryGrp.caption = std::string();
   set_share_points(session, {}, {});
+  session.UnshownGroups.clear();
 }
 
 }  // namespace twk::stores

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace twk::session {
@@ -20,11 +21,19 @@ std::int32_t Find_Template(session::Session& session);
 
 /// Loads the first live record of that name, which is the name as the lists hold it: padded to 25 characters
 /// and of the same case. Without a match the tab is empty. Groups that the domain does not have do not
-/// appear. A file that cannot be read is reported by message.
+/// appear; while the domain's groups are not loaded they wait in `UnshownGroups`. A file that cannot be read
+/// is reported by message.
 void LoadTemplate(session::Session& session, std::string_view name);
 
 /// Loads the record of that number likewise, deleted or not. Raises when the file cannot be read.
 void load_template_record(session::Session& session, std::int32_t number);
+
+/// True when the list of groups holds those that the domain has now. A domain that was loaded without its
+/// groups, or not at all, says nothing about which of them exist.
+bool groups_are_loaded(session::Session& session);
+
+/// A share point as it is stored: with a backslash behind it, and one in front of it taken away.
+std::string share_point(std::string_view typed);
 
 /// Moves every group of the template back to the groups of the domain.
 void Template_Group_Sort(session::Session& session);

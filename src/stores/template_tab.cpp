@@ -1,6 +1,7 @@
 #include "stores/template_tab.hpp"
 
 #include <algorithm>
+#include <functional>
 
 #include "base/text.hpp"
 #include "session/session.hpp"
@@ -13,6 +14,9 @@ namespace {
 
 using session::Form1;
 using session::Session;
+
+constexpr std::size_t kGroupNameLength = 21;
+constexpr std::size_t kSharePointLength = 100;
 
 std::array<controls::TextBox*, 7> fields(Form1& form1) {
   return {&form1.propath,          &form1.homedir,          &form1.Profilepath, &form1.Homedirpath,
@@ -88,7 +92,7 @@ bool can_save(Session& session) {
   }
   if (!session.EditingTemplate) {
     const std::string name(base::trim(form1.New_Template_Name.text.get()));
-    if (refuses_control_characters(session, {name}))
+    if (refuses(session, name_refusal, {name}) || refuses(session, record_refusal, {name}))
       return false;
     form1.templatelst.text = name;
     const std::string wanted = folded_name(padded_template_name(name));
@@ -104,18 +108,41 @@ bool can_save(Session& session) {
     warn(session, "Template Name cannot be blank.", "Template Name");
     return false;
   }
-  std::string typed = form1.PrimaryGrp.caption;
-  for (const controls::TextBox* const field : fields(form1))
-    typed += field->text;
-  return !refuses_control_characters(
-      session, {typed, session.share_points.HomeSharePoint, session.share_points.ProfileSharePoint});
+  for (const controls::TextBox* const field : fields(form1)) {
+    if (refuses(session, record_refusal, {field->text.get()}))
+      return false;
+  }
+  for (const std::string& point :
+       {session.share_points.HomeSharePoint, session.share_points.ProfileSharePoint}) {
+    if (base::length(share_point(point)) > kSharePointLength) {
+      warn(session, "A share point has at most 100 characters, with a backslash behind it.", "Share Points");
+      return false;
+    }
+  }
+  return !refuses(session, record_refusal,
+                  {form1.PrimaryGrp.caption.get(), session.share_points.HomeSharePoint,
+                   session.share_points.ProfileSharePoint});
+}
+
+/// Brings the chosen template's own record into `ActiveTemplate`, changes it there and writes it.
+void change_record(Session& session, const std::function<void()>& change) {
+  RecordFile file = open_templates(session);
+  const RecordFile::NumbersHold held = file.hold_numbers();
+  const std::int32_t number = record_to_change(session);
+  change();
+  file.write(number, encode_template(session.ActiveTemplate));
 }
 
 void fill_record(Session& session) {
   const Form1& form1 = session.form1;
   TemplateRecord& record = session.ActiveTemplate;
   record.Deleted = false;
-  record.GroupCount = static_cast<std::int16_t>(std::min(form1.ListView6.size(), kMostGroups));
+  std::vector<std::string> groups;
+  for (std::size_t i = 0; i < form1.ListView6.size(); ++i)
+    groups.push_back(form1.ListView6.at(i).text);
+  groups.insert(groups.end(), session.UnshownGroups.begin(), session.UnshownGroups.end());
+  groups.resize(std::min(groups.size(), kMostGroups));
+  record.GroupCount = static_cast<std::int16_t>(groups.size());
   record.Name = base::trim(form1.templatelst.text.get());
   record.ProfilePath = form1.propath.text;
   record.HomeDir = form1.homedir.text;
@@ -123,27 +150,23 @@ void fill_record(Session& session) {
   record.HomeDirPath = form1.Homedirpath.text;
   record.ProfileShare = form1.sharenameprofile.text;
   record.HomeShare = form1.Sharenamehomedir.text;
-  record.HomeSharePoint = session.share_points.HomeSharePoint;
-  record.ProfileSharePoint = session.share_points.ProfileSharePoint;
+  record.HomeSharePoint = share_point(session.share_points.HomeSharePoint);
+  record.ProfileSharePoint = share_point(session.share_points.ProfileSharePoint);
   record.LogonScript = form1.logon.text;
   record.HomeDrive = form1.Home_Drive_letter.text;
   record.LogonHours = session.TemplateLogonHours;
   record.PrimaryGroup = form1.PrimaryGrp.caption;
-  for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
-    record.Groups.at(i) = form1.ListView6.at(i).text;
+  std::copy(groups.begin(), groups.end(), record.Groups.begin());
 }
 
 void write_record(Session& session) {
-  // In edit mode the search brings the record's own variables and spare slots into `ActiveTemplate`.
-  const std::int32_t number = session.EditingTemplate ? record_to_change(session) : 0;
-  fill_record(session);
-  const std::string bytes = encode_template(session.ActiveTemplate);
-  RecordFile file = open_templates(session);
-  if (session.EditingTemplate) {
-    file.write(number, bytes);
-  } else {
-    session.LastRecordNo = file.append(bytes);
+  if (!session.EditingTemplate) {
+    fill_record(session);
+    const std::string bytes = encode_template(session.ActiveTemplate);
+    session.LastRecordNo = open_templates(session).append(bytes);
+    return;
   }
+  change_record(session, [&session] { fill_record(session); });
 }
 
 void list_new_template(Session& session) {
@@ -153,6 +176,15 @@ void list_new_template(Session& session) {
   form1.nutemplate.add_item(name);
   session.multi_user.Multi_Template.add_item(name);
   form1.templatelst.text = name;
+}
+
+/// Why a template's field cannot hold the name of a group, which would be cut or spoilt there and never
+/// found.
+std::string group_refusal(std::string_view name) {
+  if (base::length(name) <= kGroupNameLength)
+    return record_refusal(name);
+  return "The group \"" + std::string(name) + "\" was not added: a template holds group names of at most " +
+         base::to_text(kGroupNameLength) + " characters.";
 }
 
 std::vector<const controls::ListRow*> selected_rows(const controls::ListView& list) {
@@ -231,8 +263,9 @@ void DeleteTemplate(Session& session) {
     return;
   set_status(session, "Deleting Template...");
   try {
+    RecordFile file = open_templates(session);
+    const RecordFile::NumbersHold held = file.hold_numbers();
     if (const std::int32_t number = Find_Template(session); number > 0) {
-      RecordFile file = open_templates(session);
       std::string bytes = file.read(number);
       mark_deleted(bytes);
       file.write(number, bytes);
@@ -271,7 +304,11 @@ void add_Click(Session& session) {
   if (!form1.savetemplate.enabled.get())
     return;
   for (const controls::ListRow* const row : selected_rows(form1.ListView5)) {
-    if (form1.ListView6.size() >= kMostGroups) {
+    if (const std::string refusal = group_refusal(row->text); !refusal.empty()) {
+      warn(session, refusal, "Group Not Added");
+      continue;
+    }
+    if (form1.ListView6.size() + session.UnshownGroups.size() >= kMostGroups) {
       warn(session, "Templates Limited to 75 Groups", "Max Groups Reached");
       return;
     }
@@ -321,15 +358,15 @@ void Varibles_Form_Unload(Session& session) {
   session.variables.visible = false;
   const controls::ListView& rows = session.variables.ListView1;
   try {
-    const std::int32_t number = record_to_change(session);
-    TemplateRecord& record = session.ActiveTemplate;
-    for (std::size_t slot = 1; slot < kVariableSlots; ++slot) {
-      const bool used = slot <= rows.size();
-      record.VariableNames.at(slot) = used ? rows.at(slot - 1).text : std::string();
-      const bool has_value = used && !rows.at(slot - 1).sub_items.empty();
-      record.VariableValues.at(slot) = has_value ? rows.at(slot - 1).sub_items.front() : std::string();
-    }
-    open_templates(session).write(number, encode_template(record));
+    change_record(session, [&] {
+      TemplateRecord& record = session.ActiveTemplate;
+      for (std::size_t slot = 1; slot < kVariableSlots; ++slot) {
+        const bool used = slot <= rows.size();
+        record.VariableNames.at(slot) = used ? rows.at(slot - 1).text : std::string();
+        const bool has_value = used && !rows.at(slot - 1).sub_items.empty();
+        record.VariableValues.at(slot) = has_value ? rows.at(slot - 1).sub_items.front() : std::string();
+      }
+    });
   } catch (const base::RuntimeError& failure) {
     report_file_error(session, kTemplateFile, failure);
   }

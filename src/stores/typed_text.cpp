@@ -2,23 +2,38 @@
 
 #include "base/text.hpp"
 #include "session/session.hpp"
+#include "stores/records.hpp"
 
 namespace twk::stores {
 
-bool refuses_control_characters(session::Session& session, std::initializer_list<std::string_view> texts) {
+std::string control_refusal(std::string_view text) {
+  const auto control = base::find_control_character(text);
+  return control ? "Control character " + *control + " not allowed" : std::string();
+}
+
+std::string name_refusal(std::string_view name) {
+  if (std::string refusal = control_refusal(name); !refusal.empty())
+    return refusal;
+  const auto format = base::find_invisible_character(name);
+  return format ? "Format character " + *format + " not allowed" : std::string();
+}
+
+std::string record_refusal(std::string_view text) {
+  std::string refusal = control_refusal(text);
+  return refusal.empty() ? code_page_refusal(text) : refusal;
+}
+
+bool refuses(session::Session& session, std::string (*refusal_of)(std::string_view),
+             std::initializer_list<std::string_view> texts) {
   for (const std::string_view text : texts) {
-    const auto control = base::find_control_character(text);
-    if (!control)
+    const std::string refusal = refusal_of(text);
+    if (refusal.empty())
       continue;
     session.platform.dialogs.beep();
-    session.form1.StatusBar1.panel1 = "Control character " + *control + " not allowed";
+    session.form1.StatusBar1.panel1 = refusal;
     return true;
   }
   return false;
-}
-
-std::string storable(std::string_view text) {
-  return base::from_ansi(base::to_ansi(text));
 }
 
 std::string folded_name(std::string_view name) {

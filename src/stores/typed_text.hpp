@@ -10,12 +10,16 @@ struct Session;
 
 namespace twk::stores {
 
-/// True when one of the typed texts holds a control character; the status then names it. Such a text would
-/// break the lines of logs and tables, and cannot be seen in a list.
-bool refuses_control_characters(session::Session& session, std::initializer_list<std::string_view> texts);
+/// Why a text cannot stand in a list or a line: it holds a control character. Empty when it can.
+std::string control_refusal(std::string_view text);
+/// Why a name will not do: it holds a character that is not seen.
+std::string name_refusal(std::string_view name);
+/// Why a record file cannot hold a text: a control character, or one with no place in code page 1252.
+std::string record_refusal(std::string_view text);
 
-/// A text as a record file can hold it: what has no place in code page 1252 is "?".
-std::string storable(std::string_view text);
+/// Beeps and shows the first refusal among the texts in the status. False when there is none.
+bool refuses(session::Session& session, std::string (*refusal_of)(std::string_view),
+             std::initializer_list<std::string_view> texts);
 
 /// A name as it is compared: trimmed and in upper case.
 std::string folded_name(std::string_view name);

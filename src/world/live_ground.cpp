@@ -55,8 +55,13 @@ class LiveGround final : public Ground {
 
 }  // namespace
 
+void require_settings(const live::Folders& folders) {
+  local::RegistryFile(live::registry_folder(folders)).require_readable();
+}
+
 ConnectionOptions stored_connection(const live::Folders& folders) {
   local::RegistryFile registry(live::registry_folder(folders));
+  registry.require_readable();
   return read_connection(registry);
 }
 

@@ -7,7 +7,9 @@
 
 namespace twk::world {
 
-/// The person's stored settings of the connection.
+/// Raises when the person's settings cannot be read or understood; the text names file and line.
+void require_settings(const live::Folders& folders);
+/// The person's stored settings of the connection. Raises likewise.
 ConnectionOptions stored_connection(const live::Folders& folders);
 /// False when they cannot be written.
 bool store_connection(const live::Folders& folders, const ConnectionOptions& options);

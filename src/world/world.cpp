@@ -30,7 +30,9 @@ World::World(std::unique_ptr<Ground> ground, platform::Dialogs& dialogs)
                 .process = stored_.process,
                 .environment = stored_.environment,
                 .clock = stored_.clock,
-                .dialogs = dialogs} {}
+                .dialogs = dialogs} {
+  ground_->registry_listing().require_readable();
+}
 
 World::World(const std::filesystem::path& folder, platform::Dialogs& dialogs,
              const std::function<void(const std::string&)>& warn)

@@ -26,7 +26,7 @@ TEST(ChangeProperty, GivesEveryChosenUserTheValueWithItsName) {
 
 TEST(ChangeProperty, WritesABlockToTheLog) {
   PropertyWorld world;
-  world.services.files.write(world.session.form1.dbpath.text.get() + "Log.txt", "");
+  world.services.files.write(world.session.dbpath + "Log.txt", "");
   world.change({"jo"}, "title", "Clerk");
   EXPECT_EQ(world.log(),
             "*****************************************\n31/12/2026 09:05:00\nUser:admin\n"

@@ -246,7 +246,7 @@ TEST(Import, AFileThatCannotBeReadOrWrittenEndsTheRunWithItsReason) {
   EXPECT_FALSE(world.session.import.Importing);
   EXPECT_TRUE(world.session.form1.enabled);
   EXPECT_FALSE(world.session.cancel_import.visible);
-  world.session.form1.dbpath.text = std::string("/proc/");
+  world.session.dbpath = std::string("/proc/");
   EXPECT_FALSE(world.import("Jo,,Smith\n"));
   EXPECT_THAT(world.session.import.failure, HasSubstr("Import.err"));
 }

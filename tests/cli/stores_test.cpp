@@ -52,6 +52,16 @@ INSTANTIATE_TEST_SUITE_P(
                      {"site", "edit", "Head Office", "--exchange-org="},
                      "Must enter all three vaules for exchange."},
         RefusedStore{"SiteThatIsNot", {"site", "show", "Haed Office"}, "Near: \"Head Office\""},
+        RefusedStore{"SiteOutsideTheCodePage",
+                     {"site", "add", "Łódź", "--nt-server", "S"},
+                     "\"Łódź\" cannot be stored: code page 1252 has no place for Ł (U+0141)"},
+        RefusedStore{"ServerOutsideTheCodePage", {"site", "add", "L", "--nt-server", "Ж"}, "no place for Ж"},
+        RefusedStore{"ScriptOutsideTheCodePage",
+                     {"template", "add", "X", "--logon-script", "ż.cmd"},
+                     "no place for ż"},
+        RefusedStore{"VariableOutsideTheCodePage",
+                     {"template", "edit", "Staff", "--variable", "A=Ж"},
+                     "no place for Ж"},
         RefusedStore{"TemplateOfATakenName", {"template", "add", "staff"}, "Already Exist"},
         RefusedStore{"TemplateWithABadDrive",
                      {"template", "edit", "Staff", "--home-drive", "1:"},
@@ -98,7 +108,7 @@ TEST_P(SideTables, GiveBackWhatWasSet) {
 INSTANTIATE_TEST_SUITE_P(
     Stores, SideTables,
     testing::Values(TableCase{"mail", "A,b,c\r\nD,\n", "A,b,c\nD,\n"},
-                    TableCase{"w2k", "p,title,%IMPORT5%\nm,x,y", "p,title,%IMPORT5%\nm,x,y\n"},
+                    TableCase{"w2k", "p,title,%IMPORT5%\nm,x,Płac", "p,title,%IMPORT5%\nm,x,Płac\n"},
                     TableCase{"permissions", "%UserName%,full control\nD\\x\tRead\towner\tyes\n",
                               "%UserName%\tFull Control\t\tno\nD\\x\tRead\towner\tyes\n"},
                     TableCase{"share-permissions", "", "Everyone\tFull Control\t\tno\n"}),
@@ -112,6 +122,9 @@ TEST_F(Stores, ABadRowOfATableIsNamedAndNothingIsWritten) {
   const ProgramResult result = run({"table", "set", "permissions"}, "a,Read\nb,Full\n");
   EXPECT_EQ(result.exit_code, 65);
   EXPECT_THAT(result.err, HasSubstr("line 2"));
+  const ProgramResult outside = run({"table", "set", "permissions"}, "a,Read\nZieliński,Read\n");
+  EXPECT_EQ(outside.exit_code, 65);
+  EXPECT_THAT(outside.err, HasSubstr("line 2: \"Zieliński\" cannot be stored"));
   EXPECT_THAT(run({"table", "show", "permissions"}).out, HasSubstr("Domain Admins"));
 }
 
@@ -128,6 +141,46 @@ TEST_F(Stores, SettingsGoOutAndComeBackAsText) {
   ASSERT_EQ(run({"settings", "set", "Custom", "Menu", "other"}).exit_code, 0);
   EXPECT_EQ(run({"settings", "import", "-"}, text).exit_code, 0);
   EXPECT_EQ(result_of({"settings", "get", "custom", "MENU"})["value"], "Über \"uns\"");
+}
+
+TEST_F(Stores, ASettingThatNoReaderTakesIsRefusedUnlessItIsForced) {
+  for (const auto& [arguments, message] : std::vector<std::pair<Arguments, const char*>>{
+           {{"settings", "set", "Setup", "IncNumber", "banana"}, "takes a number from 0 to 32767"},
+           {{"settings", "set", "Stup", "SetupID", "foo"}, "Near: \"Setup\\SetupID\""}}) {
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.exit_code, 64);
+    EXPECT_THAT(result.err, HasSubstr(message));
+  }
+  const std::string root =
+      "Windows Registry Editor Version 5.00\n[HKEY_LOCAL_MACHINE\\Software\\Oxbrook\\TWK";
+  EXPECT_EQ(run({"settings", "import", "-"}, root + "\\Setup]\n\"Profiles\"=\"n.dat\"\n").exit_code, 0);
+  EXPECT_EQ(run({"settings", "import", "-"}, root + "\\Stup]\n\"a\"=\"b\"\n").exit_code, 64);
+  EXPECT_EQ(run({"settings", "set", "Stup", "SetupID", "foo", "--force"}).exit_code, 0);
+  EXPECT_EQ(run({"settings", "get", "Setup", "Profiles"}).out, "n.dat\n");
+  EXPECT_EQ(run({"settings", "unset", "setup", "PROFILES"}).exit_code, 0);
+  EXPECT_EQ(run({"settings", "get", "Setup", "Profiles"}).exit_code, 2);
+  EXPECT_EQ(run({"settings", "unset", "Setup", "Profiles"}).exit_code, 2);
+}
+
+TEST_F(Stores, SettingsThatDoNotReadStopEveryCommandAndStay) {
+  const std::string path = lab() + "/settings/HKEY_LOCAL_MACHINE.reg";
+  put_file(path, "REGEDIT4\n[half\n");
+  for (const Arguments& arguments : {Arguments{"template", "list"}, Arguments{"settings", "list"}}) {
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.exit_code, 65);
+    EXPECT_THAT(result.err, HasSubstr("HKEY_LOCAL_MACHINE.reg, line 2"));
+  }
+  EXPECT_EQ(get_file(path), "REGEDIT4\n[half\n");
+}
+
+TEST_F(Stores, AReadingCommandThatMetTroubleSaysSoByItsExitCode) {
+  ASSERT_EQ(run({"site", "add", "S", "--nt-server", "OLD"}).exit_code, 0);
+  ASSERT_EQ(run({"--yes", "site", "delete", "S"}).exit_code, 0);
+  ASSERT_EQ(run({"site", "add", "S", "--nt-server", "NEW"}).exit_code, 0);
+  const ProgramResult shadowed = run({"site", "show", "S"});
+  EXPECT_EQ(shadowed.exit_code, 1);
+  EXPECT_THAT(shadowed.err, HasSubstr("YELLOW: Site.dat holds a deleted site \"S\""));
+  EXPECT_EQ(run({"template", "add", "X", "--home-drive", "H:"}).exit_code, 64);
 }
 
 TEST_F(Stores, SettingsOfAnotherProgramAreNotImported) {
@@ -171,7 +224,10 @@ TEST_F(Stores, BackupCopiesOldFilesAsTheyAreAndConversionKeepsThem) {
   EXPECT_EQ(get_file(database_file("Permissions.v24")), old_rows);
   EXPECT_EQ(get_file(database_file("Permissions.dat")).size(), 114U);
   EXPECT_EQ(result_of({"db", "convert"}), nlohmann::json({{"converted", false}, {"version", "2.4"}}));
-  EXPECT_EQ(run({"db", "convert", "--from", "2.3"}).exit_code, 2);
+  // Every stage from the one that is named on.
+  put_file(database_file("Permissions.dat"), old_rows);
+  EXPECT_EQ(run({"db", "convert", "--from", "2.2"}).exit_code, 0);
+  EXPECT_EQ(get_file(database_file("Permissions.dat")).size(), 114U);
   EXPECT_EQ(run({"db", "convert", "--from", "3"}).exit_code, 64);
 }
 

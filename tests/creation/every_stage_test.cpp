@@ -82,7 +82,7 @@ TEST_P(AllStages, AStageThatFailsShowsItsLightAndItsWordsAndTheOthersGoOn) {
       {"blue blue yellow blue blue blue", "YELLOW Jo.Smith Created User ",
        "Check Security permissions for Shares for invaild name\n",
        [](EveryStage& world) {
-         world.session.platform.files.remove(world.session.form1.dbpath.text.get() + "SharePerm.dat");
+         world.session.platform.files.remove(world.session.dbpath + "SharePerm.dat");
        }},
       {"blue blue red blue blue blue", "YELLOW Jo.Smith Created User ",
        "NetShareSetInfo failed with error code : 2118\n",
@@ -95,7 +95,7 @@ TEST_P(AllStages, AStageThatFailsShowsItsLightAndItsWordsAndTheOthersGoOn) {
       {"blue blue blue red blue blue", "YELLOW Jo.Smith Created User ",
        "Security Failed for D:\\Users\\Jo.Smith\n",
        [](EveryStage& world) {
-         world.session.platform.files.remove(world.session.form1.dbpath.text.get() + "Permissions.dat");
+         world.session.platform.files.remove(world.session.dbpath + "Permissions.dat");
        }},
       {"blue blue blue blue red blue", "YELLOW Jo.Smith Created User ", "Failed to create Mail Account\n",
        [](EveryStage& world) { world.session.form1.PORT.text = "390"; }},

@@ -51,9 +51,9 @@ TEST_F(EditPropertiesTest, ADirectoryRowIsAddedChangedAndDeletedInTheFile) {
     types("proxy", "x\u2192");
   });
   Listviewmnu_Edit(session, mode::kW2k);
-  EXPECT_EQ(get("W2K.dat"), "m,proxy,x?\r\n");
+  EXPECT_EQ(get("W2K.dat"), "\xEF\xBB\xBFm,proxy,x\u2192\r\n");
   EXPECT_EQ(form1.ListView7.at(0).icon, "MAIL");
-  EXPECT_EQ(form1.ListView7.at(0).sub_items.front(), "x?");
+  EXPECT_EQ(form1.ListView7.at(0).sub_items.front(), "x\u2192");
 
   form1.Confirm_Deletes.value = 1;
   dialogs.expect("Sure to Delete proxy", platform::Answer::kNo);

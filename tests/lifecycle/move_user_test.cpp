@@ -71,7 +71,7 @@ class MoveWorld : public LifecycleWorld {
     rehearsed.DirectoryMode = session.DirectoryMode;
     rehearsed.DomainName = session.DomainName;
     rehearsed.NTDomainName = session.NTDomainName;
-    rehearsed.form1.dbpath.text = session.form1.dbpath.text.get();
+    rehearsed.dbpath = session.dbpath;
     rehearsed.form1.chkAdmin_Shares.value = 1;
     rehearsed.multi_user.Multi_Site.text = session.multi_user.Multi_Site.text.get();
     rehearsed.multi_user.Multi_Template.text = session.multi_user.Multi_Template.text.get();
@@ -359,9 +359,7 @@ const Case kCases[] = {
      "YELLOW  jo Moved: ",
      {"Error Creating Home Share: jo$\n", "Home Dir moved from ",
       "Unable to Delete Home Dir: \\\\FS1\\D$\\Users\\jo: "},
-     [](MoveWorld& world) {
-       world.session.platform.files.remove(world.session.form1.dbpath.text.get() + "SharePerm.dat");
-     }},
+     [](MoveWorld& world) { world.session.platform.files.remove(world.session.dbpath + "SharePerm.dat"); }},
     {"a link in the home is not copied, and all of it stays",
      kMove,
      kNotMoved,

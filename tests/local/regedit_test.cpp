@@ -1,5 +1,7 @@
 #include "local/regedit.hpp"
 
+#include "platform/utf16.hpp"
+
 #include "base/errors.hpp"
 
 namespace twk::local {
@@ -64,13 +66,32 @@ TEST(RegeditTest, WhatAPersonWroteIsRead) {
             "\r\n[HKEY_CURRENT_USER\\Empty]\r\n");
 }
 
+TEST(RegeditTest, TheFormsThatARegistryEditorWritesAreRead) {
+  const std::string version5 =
+      "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_CURRENT_USER\\A]\r\n\"a\"=\"Łódź\"\r\n"
+      "\"b\"=hex(1):41,01,0a,00,00,00\r\n";
+  const base::Bytes wide = platform::to_utf16(version5);
+  const std::string little(wide.begin(), wide.end());
+  std::string big = little;
+  for (std::size_t i = 1; i < big.size(); i += 2)
+    std::swap(big[i - 1], big[i]);
+  for (const std::string& bytes : {"\xFF\xFE" + little, "\xFE\xFF" + big, version5}) {
+    const RegistryTree tree = parse_regedit(regedit_text(bytes));
+    EXPECT_EQ(tree.begin()->second.values.at("A").text, "Łódź");
+    EXPECT_EQ(tree.begin()->second.values.at("B").text, "Ł\n");
+  }
+  EXPECT_EQ(regedit_text("REGEDIT4 \xFC"), "REGEDIT4 ü");
+  EXPECT_THROW(regedit_text("\xFF\xFE\x41"), base::RuntimeError);
+}
+
 TEST(RegeditTest, WhatIsNotUnderstoodIsRefusedWithItsLine) {
   const struct {
     std::string text;
     std::string message;
   } cases[] = {
-      {"", "line 1: the text does not begin with REGEDIT4"},
-      {"Windows Registry Editor Version 5.00\n", "line 1: the text does not begin with REGEDIT4"},
+      {"", "line 1: the text begins with neither REGEDIT4 nor Windows Registry Editor Version 5.00"},
+      {"Windows Registry Editor Version 5.00\n[A]\n\"a\"=hex(1):61\n",
+       "line 3: the bytes of a text are not UTF-16"},
       {"REGEDIT4\n\"a\"=\"b\"\n", "line 2: a value stands in front of the first key"},
       {"REGEDIT4\n[A\n", "line 2: \"]\" is missing behind the key"},
       {"REGEDIT4\n[]\n", "line 2: the key is empty"},

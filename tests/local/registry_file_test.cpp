@@ -4,6 +4,7 @@
 
 #include <thread>
 
+#include "base/errors.hpp"
 #include "support/other_process.hpp"
 #include "support/temporary_directory.hpp"
 
@@ -107,12 +108,22 @@ TEST_F(RegistryFileTest, TwoProcessesDoNotLoseEachOthersValues) {
   EXPECT_EQ(registry_.entries(kHiveLocalMachine, kSetup).size(), 2U * kValues);
 }
 
-TEST_F(RegistryFileTest, MalformedFileHoldsNothingAndIsNotWrittenOver) {
+TEST_F(RegistryFileTest, AValueIsTakenAway) {
+  EXPECT_FALSE(registry_.remove(kHiveLocalMachine, kSetup, "Domain"));
+  write("Domain", "TWK");
+  write("OU", "x");
+  EXPECT_TRUE(registry_.remove(kHiveLocalMachine, kSetup, "DOMAIN"));
+  EXPECT_EQ(read(kSetup, "Domain"), "(absent)");
+  EXPECT_EQ(RegistryFile(settings_).entries(kHiveLocalMachine, "").size(), 1U);
+}
+
+TEST_F(RegistryFileTest, MalformedFileIsNotWrittenOverAndWhatWasUnderstoodCounts) {
   write("Domain", "TWK");
   const std::string broken = get_file(machine_) + "\"half a";
   put_file(machine_, broken);
-  EXPECT_EQ(read(kSetup, "Domain"), "(absent)");
-  EXPECT_TRUE(registry_.entries(kHiveLocalMachine, "").empty());
+  base::Trap trap;
+  trap([this] { RegistryFile(settings_).require_readable(); });
+  EXPECT_EQ(trap.description(), machine_ + ", line 5: a quote is not closed");
   EXPECT_FALSE(write("Domain", "other"));
   EXPECT_EQ(get_file(machine_), broken);
   EXPECT_EQ(registry_.problem(kHiveLocalMachine), machine_ + ", line 5: a quote is not closed");

@@ -45,7 +45,7 @@ class MailboxDescriptor : public test::TestWorld {
         mail_session({registry, directory, directory, files, network, accounts, mailboxes, process,
                       environment, clock, dialogs},
                      command_line, "/opt/twk") {
-    mail_session.form1.dbpath.text = database.path().string() + "\\";
+    mail_session.dbpath = database.path().string() + "\\";
     mail_session.DomainName = "TWK";
     mail_session.log.open(mail_session);
   }

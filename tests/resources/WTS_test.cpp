@@ -45,7 +45,7 @@ class TerminalServerSettings : public test::TestWorld {
  protected:
   TerminalServerSettings() {
     session::prepare_controls(wts);
-    wts.form1.dbpath.text = database.path().string() + "\\";
+    wts.dbpath = database.path().string() + "\\";
     wts.log.open(wts);
   }
 

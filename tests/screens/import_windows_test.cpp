@@ -53,7 +53,7 @@ class ImportWindowsTest : public ScreenTest {
       rows << model->index(row, 0).data().toString();
     return rows;
   }
-  [[nodiscard]] std::string log_path() { return lab.session.form1.dbpath.text.get() + "Log.txt"; }
+  [[nodiscard]] std::string log_path() { return lab.session.dbpath + "Log.txt"; }
 };
 
 TEST_F(ImportWindowsTest, AFileIsTakenInByColumnsChosenWithTheKeyboard) {

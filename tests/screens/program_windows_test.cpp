@@ -16,7 +16,7 @@ class ProgramWindowsTest : public ScreenTest {
   ~ProgramWindowsTest() override { QSettings().remove("tips"); }
 
   void put_tips(std::string_view text) {
-    lab.services.files.write(lab.session.form1.dbpath.text.get() + std::string(session::kTipFile), text);
+    lab.services.files.write(lab.session.dbpath + std::string(session::kTipFile), text);
   }
   [[nodiscard]] QTextBrowser& page(QWidget* of) {
     return *find<QTextBrowser>("page", find<QMainWindow>("frmHelp", of));

@@ -51,7 +51,7 @@ class SiteTabTest : public ScreenTest {
   /// The saved sites that are not deleted, as "name/server".
   std::vector<std::string> saved() {
     std::vector<std::string> found;
-    const std::string bytes = lab.services.files.read(lab.session.form1.dbpath.text.get() + "Site.dat");
+    const std::string bytes = lab.services.files.read(lab.session.dbpath + "Site.dat");
     for (std::size_t at = 0; at < bytes.size(); at += stores::kSiteRecordSize) {
       const std::string record = bytes.substr(at, stores::kSiteRecordSize);
       if (stores::is_deleted(record))

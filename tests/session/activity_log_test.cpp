@@ -7,7 +7,7 @@ namespace {
 
 class Log : public test::TestWorld {
  protected:
-  std::string file() { return posix_files.read(session.form1.dbpath.text.get() + "Log.txt"); }
+  std::string file() { return posix_files.read(session.dbpath + "Log.txt"); }
 };
 
 TEST_F(Log, ARowHoldsLightMessageDateAndTime) {
@@ -68,7 +68,7 @@ TEST_F(Log, ListAndFileAreClearedApart) {
     dialogs.expect("Sure to delete the log file", platform::Answer::kYes);
     Delete_Log_File(session);
   }
-  EXPECT_FALSE(posix_files.exists(session.form1.dbpath.text.get() + "Log.txt"));
+  EXPECT_FALSE(posix_files.exists(session.dbpath + "Log.txt"));
   EXPECT_EQ(session.form1.ListView1.size(), 1U);
 }
 

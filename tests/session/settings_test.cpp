@@ -211,6 +211,7 @@ TEST_F(SettingsTest, SavingTheSetUpTabStoresEveryFieldInOrder) {
   form1.defaultpassword.text = "pw";
   form1.Formatted_Password.text = "fp";
   form1.dbpath.text = " /srv/db ";
+  EXPECT_NE(session.dbpath, "/srv/db\\") << "it is only typed";
   form1.setupid.text = "#U%last%";
   form1.ALTID.text = "1%first%";
   form1.Create_Script.text = "c";
@@ -220,6 +221,7 @@ TEST_F(SettingsTest, SavingTheSetUpTabStoresEveryFieldInOrder) {
   form1.Wait_NEW[2].value = 1;
   Command3_Click(session);
   EXPECT_EQ(form1.dbpath.text.get(), "/srv/db\\");
+  EXPECT_EQ(session.dbpath, "/srv/db\\");
   EXPECT_EQ(form1.testuserid.text.get(), "SMITH");
   EXPECT_EQ(form1.TESTUSERALTID.text.get(), "J");
   const std::vector<std::pair<std::string, std::string>> expected = {
@@ -263,6 +265,27 @@ TEST_F(SettingsTest, PresetFormatsFillTheFieldAndCustomOnesLeaveIt) {
   }
   Check_FN_Format_Click(session);
   EXPECT_EQ(setting("Preferences", "Custom_FN"), "custom");
+}
+
+TEST_F(SettingsTest, AStoredPresetCountsAtTheNextStartAndATypedFormatMakesTheChoiceCustom) {
+  set("Setup", "SetupID", "old");
+  set("Preferences", "Custom_FN", "old");
+  read_settings(session);
+  EXPECT_EQ(form1.setupid.text.get(), "old") << "no choice is stored";
+  set("Setup", "UserFormat", "4");
+  set("Preferences", "FullName", "3");
+  read_settings(session);
+  EXPECT_EQ(form1.setupid.text.get(), "%first%%last%");
+  EXPECT_EQ(form1.FN_Format.text.get(), "%Last% %First%");
+  form1.setupid.text = "#U%last%";
+  Command3_Click(session);
+  form1.FN_Format.text = "Dr. %Last%";
+  Check_FN_Format_Click(session);
+  EXPECT_EQ(setting("Setup", "UserFormat"), "5");
+  EXPECT_EQ(setting("Preferences", "FullName"), "4");
+  read_settings(session);
+  EXPECT_EQ(form1.setupid.text.get(), "#U%last%");
+  EXPECT_EQ(form1.FN_Format.text.get(), "Dr. %Last%");
 }
 
 TEST_F(SettingsTest, ABoxIsStoredWhenItIsClicked) {

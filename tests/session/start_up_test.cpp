@@ -18,7 +18,7 @@ TEST_F(StartUpWithoutADomain, TheFirstRunSaysWhatToDo) {
   EXPECT_EQ(session.form1.TreeView1.first()->text, "%Domain%");
   EXPECT_EQ(session.form1.SSTab1, tab::kSetup);
   EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
-  EXPECT_TRUE(posix_files.exists(session.form1.dbpath.text.get() + "Mail.dat"));
+  EXPECT_TRUE(posix_files.exists(session.dbpath + "Mail.dat"));
   EXPECT_EQ(session.form1.ListView9.size(), 13U);
   EXPECT_FALSE(session.splash.visible);
 }
@@ -49,7 +49,7 @@ TEST_F(StartUpWithoutADomain, FilesThatCannotBeConvertedAreNotRead) {
   dialogs.expect("older versions of Permissions.dat & SharePerm.dat");
   dialogs.expect("Error converting Permissions.dat");
   EXPECT_THROW(start_session(session), base::RuntimeError);
-  EXPECT_FALSE(posix_files.exists(session.form1.dbpath.text.get() + "Mail.dat"));
+  EXPECT_FALSE(posix_files.exists(session.dbpath + "Mail.dat"));
   EXPECT_EQ(setting("Version", "DBVersion"), "2.3");
 }
 

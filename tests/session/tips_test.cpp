@@ -14,7 +14,7 @@ using testing::IsEmpty;
 TEST(TipsOfTheDay, AreTheLinesOfTheFileInTheDatabaseDirectoryOrTheShippedOnes) {
   LabSession lab;
   lab.start();
-  const std::string path = lab.session.form1.dbpath.text.get() + std::string(session::kTipFile);
+  const std::string path = lab.session.dbpath + std::string(session::kTipFile);
   EXPECT_THAT(session::read_tips(lab.session, "One.\n\nTwo.\n"), ElementsAre("One.", "Two."));
   for (const auto& [bytes, tips] : std::vector<std::pair<std::string, std::vector<std::string>>>{
            {"First\r\n  Second  \r\n\r\n", {"First", "Second"}},

@@ -76,8 +76,21 @@ TEST_F(CompactionTest, DeletedRecordsGoAndGroupsThatAreNoMoreArePruned) {
                "Global Group Removed : Left\n \nChecking template Plain\n \nCompact Finished.\n"),
       base::npos)
       << log;
-  EXPECT_FALSE(world.files.exists(path("tempsite.dat")));
-  EXPECT_FALSE(world.files.exists(path("Temptemp.dat")));
+}
+
+TEST_F(CompactionTest, FilesKeepAccessAndLinksAndWhatIsReadOnlyIsRefused) {
+  namespace fs = std::filesystem;
+  fs::create_directory(path("real"));
+  fs::rename(path("Site.dat"), path("real/Site.dat"));
+  fs::create_symlink("real/Site.dat", path("Site.dat"));
+  fs::permissions(path("real/Site.dat"), fs::perms(0640));
+  fs::permissions(path("Template.dat"), fs::perms(0444));
+  world.dialogs.expect("Error Compacting Database\r\n");
+  EXPECT_FALSE(compact_database(world.session, Pruning::kKeepGroups));
+  EXPECT_TRUE(fs::is_symlink(path("Site.dat")));
+  EXPECT_EQ(get("real/Site.dat"), new_sites);
+  EXPECT_EQ(fs::status(path("real/Site.dat")).permissions(), fs::perms(0640));
+  EXPECT_EQ(get("Template.dat"), old_templates);
 }
 
 TEST_F(CompactionTest, AnswerNoToPruningKeepsGroupsOfOtherDomains) {

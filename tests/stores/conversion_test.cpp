@@ -32,7 +32,7 @@ class ConversionTest : public test::TestWorld {
  protected:
   void put(std::string_view file, std::string_view bytes) { test::put_file(database / file, bytes); }
   std::string get(std::string_view file) { return test::get_file(database / file); }
-  [[nodiscard]] std::string directory_name() const { return session.form1.dbpath.text.get(); }
+  [[nodiscard]] std::string directory_name() const { return session.dbpath; }
   /// Old files of every kind for the generation.
   void put_all(TemplateGeneration generation) {
     put("Site.dat", old_record("London", kOldSiteRecordSize));
@@ -44,6 +44,19 @@ class ConversionTest : public test::TestWorld {
   test::TemporaryDirectory program;
   test::WorkingDirectory working{program.path()};
 };
+
+struct OldStep {
+  const char* text;
+};
+
+/// The messages of the ladder for a version.
+std::vector<OldStep> steps_of(std::string_view version) {
+  std::vector<OldStep> steps;
+  if (version != "2.3")
+    steps.push_back({version.starts_with('1') ? kSiteText : kTemplateText});
+  steps.push_back({kPermissionText});
+  return steps;
+}
 
 struct Ladder {
   const char* version;
@@ -137,38 +150,54 @@ TEST_F(ConversionTest, ARenamingThatBrokeOffIsFinished) {
   EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
 }
 
-TEST_F(ConversionTest, RecordsOfTodayAreNotTakenForOldOnes) {
+TEST_F(ConversionTest, FilesThatAnotherAdministratorConvertedAreLeftAlone) {
+  // So many records that their bytes are whole records of either layout.
+  PermissionRecord row;
+  row.Account = "Everyone";
+  std::string permissions;
+  for (int i = 0; i < 32; ++i)
+    permissions += encode_permission(row);
   const std::string site = encode_site(SiteRecord());
-  const std::string staff = encode_template(TemplateRecord());
-  const std::string permission = encode_permission(PermissionRecord());
-  put("Site.dat", site);
-  put("Template.dat", staff);
-  put("Permissions.dat", permission);
-  for (std::int32_t stage = conversion::kFrom1; stage <= conversion::kFrom23; ++stage) {
-    dialogs.expect("has today's layout already. Nothing was converted");
-    EXPECT_FALSE(Convert(session, directory_name(), stage)) << stage;
+  const std::string templates = encode_template(TemplateRecord()) + encode_template(TemplateRecord());
+  for (const char* const version : {"1.3", "2.0", "2.1", "2.2", "2.3"}) {
+    set("Version", "DBVersion", version);
+    put_all(TemplateGeneration::k22);
+    put("Site.dat", site);
+    put("Template.dat", templates + "torn");
+    put("Template.v23", "kept");
+    put("Permissions.dat", permissions);
+    for (const OldStep step : steps_of(version)) {
+      dialogs.expect(step.text);
+      dialogs.expect("Conversion Complete");
+    }
+    EXPECT_TRUE(convert_old_database(session)) << version;
+    EXPECT_EQ(get("Site.dat"), site);
+    EXPECT_EQ(get("Template.dat"), templates + "torn");
+    EXPECT_EQ(get("Template.v23"), "kept");
+    EXPECT_EQ(get("Permissions.dat"), permissions);
+    EXPECT_EQ(get("SharePerm.dat").size(), kPermissionRecordSize);
+    posix_files.remove(database / "SharePerm.v24");
   }
-  EXPECT_EQ(get("Site.dat"), site);
-  EXPECT_EQ(get("Template.dat"), staff);
-  EXPECT_EQ(get("Permissions.dat"), permission);
-  EXPECT_FALSE(posix_files.exists(database / "Template.v23"));
 }
 
-TEST_F(ConversionTest, ASecondRunStopsBesideTheKeptFileAndWritesNothing) {
-  put_all(TemplateGeneration::k1);
-  const std::vector<std::pair<std::int32_t, const char*>> stages = {
-      {conversion::kFrom1, "Error renaming Site File. File May Already exist"},
-      {conversion::kFrom23, "Error converting Permissions.dat"}};
-  for (const auto& [stage, text] : stages) {
-    dialogs.expect("Conversion Complete");
-    EXPECT_TRUE(Convert(session, directory_name(), stage));
-    dialogs.expect(text);
-    EXPECT_FALSE(Convert(session, directory_name(), stage));
-  }
-  for (const char* const fresh : {"Site.new", "Template.new", "Permissions.new", "Shareperm.new"})
-    EXPECT_FALSE(posix_files.exists(database / fresh)) << fresh;
-  EXPECT_EQ(get("Site.dat").size(), kSiteRecordSize);
-  EXPECT_EQ(get("Permissions.dat").size(), kPermissionRecordSize);
+TEST_F(ConversionTest, FilesKeepAccessAndLinksAndWhatIsReadOnlyIsRefused) {
+  namespace fs = std::filesystem;
+  const std::string old_bytes = old_record("Staff", 4324);
+  fs::create_directory(database / "real");
+  put("real/Template.dat", old_bytes);
+  fs::permissions(database / "real/Template.dat", fs::perms(0444));
+  fs::create_symlink("real/Template.dat", database / "Template.dat");
+  dialogs.expect("Error ");
+  EXPECT_FALSE(Convert(session, directory_name(), conversion::kFrom22));
+  EXPECT_EQ(get("Template.dat"), old_bytes);
+  EXPECT_FALSE(posix_files.exists(database / "Template.v23"));
+  fs::permissions(database / "real/Template.dat", fs::perms(0640));
+  dialogs.expect("Conversion Complete");
+  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
+  EXPECT_TRUE(fs::is_symlink(database / "Template.dat"));
+  EXPECT_EQ(get("real/Template.dat").size(), kTemplateRecordSize);
+  EXPECT_EQ(fs::status(database / "real/Template.dat").permissions(), fs::perms(0640));
+  EXPECT_EQ(get("Template.v23"), old_bytes);
 }
 
 TEST_F(ConversionTest, MissingFilesAreToldAndTheRestIsConverted) {
@@ -211,21 +240,23 @@ TEST_F(ConversionTest, ConvertLogTellsTheStepsInTheWorkingDirectory) {
 TEST_F(ConversionTest, FailureAtAnyCallLeavesOldAndNewTemplatesWhole) {
   const std::string old_bytes = old_record("Staff", 4324);
   const std::string new_bytes = upgrade_template(old_bytes, TemplateGeneration::k22);
+  put("Template.dat", old_bytes);
   // Convert.log takes the first call, without which the conversion goes on.
-  for (int call = 2; call <= 5; ++call) {
-    put("Template.dat", old_bytes);
+  int call = 2;
+  for (bool converted = false; !converted; ++call) {
+    ASSERT_LT(call, 30);
     files.fail_from(call, 61);
-    dialogs.expect("the disk refuses");
-    EXPECT_FALSE(Convert(session, directory_name(), conversion::kFrom22)) << "call " << call;
+    dialogs.expect("");  // the failure, or that it is complete
+    converted = Convert(session, directory_name(), conversion::kFrom22);
     files.fail_from(0, 0);
-    const bool renamed = posix_files.exists(database / "Template.v23");
-    EXPECT_EQ(get(renamed ? "Template.v23" : "Template.dat"), old_bytes) << "call " << call;
+    if (converted)
+      break;
+    EXPECT_EQ(get("Template.dat"), old_bytes) << "call " << call;
     EXPECT_EQ(setting("Version", "DBVersion"), "(none)");
   }
-  // The last call that failed was the second renaming, which the next run brings to its end.
-  dialogs.expect("Conversion Complete");
-  EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
+  EXPECT_GT(call, 4);
   EXPECT_EQ(get("Template.dat"), new_bytes);
+  EXPECT_EQ(get("Template.v23"), old_bytes);
 }
 
 }  // namespace

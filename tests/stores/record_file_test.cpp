@@ -75,6 +75,18 @@ TEST_F(RecordFileTest, AWriteWaitsForASessionThatHoldsTheRecord) {
   EXPECT_EQ(test::get_file(path_), "ddddbbbb");
 }
 
+TEST_F(RecordFileTest, ARecordGoesIntoTheFileThatTookTheOldOnesPlaceMeanwhile) {
+  test::put_file(path_, "aaaabbbb");
+  RecordFile appending = open();
+  {
+    RecordFile compacting = open();
+    const RecordFile::NumbersHold held = compacting.hold_numbers();
+    files.write(path_, "bbbb");
+  }
+  EXPECT_EQ(appending.append("cccc"), 2);
+  EXPECT_EQ(test::get_file(path_), "bbbbcccc");
+}
+
 TEST_F(RecordFileTest, AFullDiskLeavesOnlyWholeRecords) {
   open().append("aaaa");
   test::OtherProcess full([this] {
@@ -89,7 +101,7 @@ TEST_F(RecordFileTest, AFullDiskLeavesOnlyWholeRecords) {
 }
 
 TEST_F(RecordFileTest, DatabaseFilesLieInTheDatabaseDirectory) {
-  session.form1.dbpath.text = " /srv/db\\ ";
+  session.dbpath = "/srv/db\\";
   EXPECT_EQ(database_path(session, "Site.dat"), "/srv/db\\Site.dat");
 }
 

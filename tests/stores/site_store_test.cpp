@@ -181,10 +181,15 @@ TEST_F(SiteStoreTest, AnEditReplacesTheLiveRecordOfThatName) {
   make("Deleted=-1|Name=Berlin|NTServer=OLD\nName=Bonn|NTServer=FS2\nName=Berlin|NTServer=FS1\n");
   load_sites(session);
   choose(1);
+  // The click loaded the deleted one, which is told; the edit begins with the fields of the live one.
+  EXPECT_EQ(form1.NTSERVER.text.get(), "OLD");
+  ASSERT_EQ(form1.ListView1.size(), 1U);
+  EXPECT_THAT(form1.ListView1.at(0).text, testing::HasSubstr("deleted site \"Berlin\" in front"));
   session.ActiveSite.NTServer = "kept";
   Edit_Site(session);
   EXPECT_EQ(status(), "Edit Site...");
   EXPECT_TRUE(form1.NTSERVER.enabled.get());
+  EXPECT_EQ(form1.NTSERVER.text.get(), "FS1");
   form1.NTSERVER.text = "FS9";
   Save_Site(session);
   EXPECT_EQ(dump(),

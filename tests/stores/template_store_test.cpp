@@ -132,8 +132,8 @@ TEST_F(TemplateStoreTest, ANewTemplateIsWrittenFromTheTab) {
   form1.Sharenamehomedir.text = "hs";
   form1.logon.text = "l.cmd";
   form1.Home_Drive_letter.text = "h:";
-  session.share_points.HomeSharePoint = "hsp";
-  session.share_points.ProfileSharePoint = "psp";
+  session.share_points.HomeSharePoint = "\\hsp";
+  session.share_points.ProfileSharePoint = "psp\\";
   session.TemplateLogonHours.assign(21, 0x0F);
   select(form1.ListView5, {1});
   add_Click(session);
@@ -147,7 +147,7 @@ TEST_F(TemplateStoreTest, ANewTemplateIsWrittenFromTheTab) {
   EXPECT_EQ(
       dump(),
       "GroupCount=1|Name=Büro|ProfilePath=pp|HomeDir=hd|ProfileDirPath=pdp|HomeDirPath=hdp|ProfileShare=ps|"
-      "HomeShare=hs|HomeSharePoint=hsp|ProfileSharePoint=psp|LogonScript=l.cmd|HomeDrive=h:|LogonHours=" +
+      "HomeShare=hs|HomeSharePoint=hsp\\|ProfileSharePoint=psp\\|LogonScript=l.cmd|HomeDrive=h:|LogonHours=" +
           hours + "|PrimaryGroup=B|Group0=B\n");
   const std::vector<std::string> names = {padded_template_name("Büro")};
   EXPECT_EQ(form1.templatelst.items(), names);
@@ -196,9 +196,14 @@ TEST_F(TemplateStoreTest, NamesThatCannotBeAreRefused) {
     savetemplate(session);
     EXPECT_EQ(dialogs.last_title, one.title);
   }
-  start_new("a\nb");
-  savetemplate(session);
-  EXPECT_EQ(status(), "Control character U+000A not allowed");
+  for (const auto& [name, refusal] :
+       {std::pair{"a\nb", "Control character U+000A not allowed"},
+        {"a\u00ADb", "Format character U+00AD not allowed"},
+        {"Ж", "\"Ж\" cannot be stored: code page 1252 has no place for Ж (U+0416)"}}) {
+    start_new(name);
+    savetemplate(session);
+    EXPECT_EQ(status(), refusal);
+  }
   EXPECT_EQ(dump(), kStaff + "\n");
 }
 
@@ -216,6 +221,34 @@ TEST_F(TemplateStoreTest, AnEditKeepsVariablesAndSpareSlotsAndDropsUnknownGroups
   EXPECT_EQ(dump(), "Name=Other" + kHours + "\nGroupCount=1|Name=Staff|LogonScript=x.cmd" + kHours +
                         "|Group0=A|Group1=A|Group9=spare|VariableName1=Dept|VariableValue1=Sales\n");
   EXPECT_FALSE(session.EditingTemplate);
+}
+
+TEST_F(TemplateStoreTest, GroupsOfADomainThatIsNotLoadedAreKept) {
+  make("GroupCount=2|Name=Staff" + kHours + "|Group0=B|Group1=A\n");
+  choose("Staff");
+  EditTemplate(session);
+  savetemplate(session);
+  start_new("Plain");
+  savetemplate(session);
+  choose("Staff");
+  start_new("Copy");
+  paste(session);
+  savetemplate(session);
+  EXPECT_EQ(dump(), "GroupCount=2|Name=Staff" + kHours + "|Group0=B|Group1=A\n" + "Name=Plain" + kHours +
+                        "|Group0=B|Group1=A\nGroupCount=2|Name=Copy" + kHours + "|Group0=B|Group1=A\n");
+}
+
+TEST_F(TemplateStoreTest, AGroupIsThatOfAnyCaseAndOneThatDoesNotFitIsNotAdded) {
+  domain_groups({"STAFF", "Łódź Team", "A name of 22 characters"});
+  make("GroupCount=1|Name=Staff" + kHours + "|Group0=Staff\n");
+  choose("Staff");
+  EXPECT_EQ(test::texts(form1.ListView6), std::vector<std::string>{"STAFF"});
+  EditTemplate(session);
+  select(form1.ListView5, {0, 1});
+  dialogs.expect("code page 1252 has no place for Ł (U+0141)");
+  dialogs.expect("group names of at most 21 characters");
+  add_Click(session);
+  EXPECT_EQ(form1.ListView6.size(), 1U);
 }
 
 TEST_F(TemplateStoreTest, ANewTemplateTakesTheVariablesOfTheOneBrowsedBefore) {

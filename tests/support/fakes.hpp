@@ -18,6 +18,7 @@ class FakeRegistry final : public platform::RegistryAccess {
   bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
                 std::string& value) override {
     ++reads;
+    asked.emplace_back(key, name);
     const auto found = values_.find(place(hive, key, name));
     if (found == values_.end())
       return false;
@@ -36,7 +37,8 @@ class FakeRegistry final : public platform::RegistryAccess {
 
   int reads = 0;
   bool read_only = false;
-  std::vector<std::string> written;  ///< names, in order
+  std::vector<std::string> written;                        ///< names, in order
+  std::vector<std::pair<std::string, std::string>> asked;  ///< key and name, in order
 
  private:
   static std::string place(std::uint32_t hive, std::string_view key, std::string_view name) {
@@ -241,6 +243,7 @@ class FailingFiles final : public platform::Files {
       file_->lock(offset, count);
     }
     void unlock(std::uint64_t offset, std::uint64_t count) override { file_->unlock(offset, count); }
+    bool is_current() override { return file_->is_current(); }
 
    private:
     FailingFiles& owner_;

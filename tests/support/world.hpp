@@ -19,7 +19,7 @@ class TestWorld : public testing::Test {
  protected:
   TestWorld() {
     session::prepare_controls(session);
-    session.form1.dbpath.text = database.path().string() + "\\";
+    session.dbpath = database.path().string() + "\\";
   }
 
   std::string setting(std::string_view sub_key, std::string_view name,

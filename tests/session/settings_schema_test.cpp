@@ -1,0 +1,50 @@
+#include "session/settings_schema.hpp"
+
+#include "batch/import_options.hpp"
+#include "directory/load_options.hpp"
+#include "editors/custom_properties.hpp"
+#include "support/world.hpp"
+
+namespace twk::session {
+namespace {
+
+class SettingsSchemaTest : public test::TestWorld {};
+
+TEST_F(SettingsSchemaTest, EverySettingThatIsReadIsKnown) {
+  read_settings(session);
+  directory::read_load_options(session);
+  batch::ImportGrps_Load(session);
+  editors::Custom_Load(session);
+  ASSERT_GT(registry.asked.size(), 60U);
+  for (const auto& [key, name] : registry.asked)
+    EXPECT_TRUE(is_setting(key.substr(kTree.size() + 1), name)) << key << " " << name;
+}
+
+TEST_F(SettingsSchemaTest, AValueIsRefusedWhenItsReaderWouldPassItOver) {
+  const struct {
+    const char* key;
+    const char* name;
+    const char* value;
+    const char* taken;  ///< instead; empty for a value that is taken
+  } cases[] = {{"Setup", "IncNumber", "banana", "a number from 0 to 32767"},
+               {"setup", "INCNUMBER", "7", ""},
+               {"Setup", "IncNumber", "32768", "a number from 0 to 32767"},
+               {"Setup", "UserFormat", "6", "a number from 1 to 5"},
+               {"Setup", "SUBOU", "no", "Yes or No"},
+               {"Setup", "SUBOU", "", ""},
+               {"Preferences", "SkipPrompt", "yes", "Yes or No"},
+               {"Preferences", "PasswdNVRExpire", "yes", ""},
+               {"ADO", "PageSize", "0", "a number from 1 up"},
+               {"ADO", "Search", "gc://", ""},
+               {"ADO", "Search", "ldap", "LDAP:// or GC://"},
+               {"Live", "Method", "smoke", "ticket, ldaps or starttls"},
+               {"Version", "DBVersion", "1.3", ""},
+               {"Version", "DBVersion", "3", "1, 2.0, 2.1, 2.2, 2.3 or 2.4"},
+               {"Setup", "SetupID", "anything", ""}};
+  for (const auto& one : cases)
+    EXPECT_EQ(setting_refusal(one.key, one.name, one.value), one.taken) << one.name << " " << one.value;
+  EXPECT_FALSE(is_setting("Stup", "SetupID"));
+}
+
+}  // namespace
+}  // namespace twk::session
