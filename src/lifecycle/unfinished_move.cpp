@@ -12,9 +12,8 @@ using session::Session;
 
 /// Of an account and a share, which make a name that a file can have.
 std::string memory_path(const Session& session, std::string_view account, const std::string& old_path) {
-  return std::string(base::trim(session.form1.dbpath.text.get())) + "Unfinished move of " +
-         std::string(account) + " from " + creation::Get_Server_Name(old_path) + " " +
-         creation::Get_Share_Name(old_path) + ".txt";
+  return session.dbpath + "Unfinished move of " + std::string(account) + " from " +
+         creation::Get_Server_Name(old_path) + " " + creation::Get_Share_Name(old_path) + ".txt";
 }
 
 }  // namespace
