@@ -288,6 +288,8 @@ void ListView2_Click(Session& session) {
   drop_new_row(form1);
   show_browsing(session);
   Loadsite(session, row->text);
+  if (session.ActiveSite.Deleted)
+    form1.StatusBar1.panel1 = "These are the values of a deleted site of this name. Compact the database.";
   form1.Find_Store.enabled = is_exchange_2000(form1);
 }
 

@@ -81,6 +81,40 @@ std::int32_t record_to_change(Session& session) {
   return number;
 }
 
+/// What is against the name of a new template is told to the person.
+bool can_take_new_name(Session& session) {
+  Form1& form1 = session.form1;
+  const std::string name(base::trim(form1.New_Template_Name.text.get()));
+  if (refuses(session, name_refusal, {name}) || refuses(session, record_refusal, {name}))
+    return false;
+  form1.templatelst.text = name;
+  const std::string wanted = folded_name(padded_template_name(name));
+  const auto& items = form1.templatelst.items();
+  if (std::none_of(items.begin(), items.end(),
+                   [&wanted](const std::string& item) { return folded_name(item) == wanted; }))
+    return true;
+  warn(session, "Template Name " + name + " Already Exist \r\nChange Template Name.",
+       "Template Name Conflict...");
+  return false;
+}
+
+/// The same for the texts of the fields.
+bool can_store_fields(Session& session) {
+  const session::frmSharePoints& points = session.share_points;
+  for (const controls::TextBox* const field : fields(session.form1)) {
+    if (refuses(session, record_refusal, {field->text.get()}))
+      return false;
+  }
+  for (const std::string& point : {points.HomeSharePoint, points.ProfileSharePoint}) {
+    if (base::length(share_point(point)) > kSharePointLength) {
+      warn(session, "A share point has at most 100 characters, with a backslash behind it.", "Share Points");
+      return false;
+    }
+  }
+  return !refuses(session, record_refusal,
+                  {session.form1.PrimaryGrp.caption.get(), points.HomeSharePoint, points.ProfileSharePoint});
+}
+
 /// What keeps the fields from being saved is told to the person.
 bool can_save(Session& session) {
   Form1& form1 = session.form1;
@@ -90,38 +124,13 @@ bool can_save(Session& session) {
     set_status(session, "Home Drive Format Incorrect");
     return false;
   }
-  if (!session.EditingTemplate) {
-    const std::string name(base::trim(form1.New_Template_Name.text.get()));
-    if (refuses(session, name_refusal, {name}) || refuses(session, record_refusal, {name}))
-      return false;
-    form1.templatelst.text = name;
-    const std::string wanted = folded_name(padded_template_name(name));
-    const auto& items = form1.templatelst.items();
-    if (std::any_of(items.begin(), items.end(),
-                    [&wanted](const std::string& item) { return folded_name(item) == wanted; })) {
-      warn(session, "Template Name " + name + " Already Exist \r\nChange Template Name.",
-           "Template Name Conflict...");
-      return false;
-    }
-  }
+  if (!session.EditingTemplate && !can_take_new_name(session))
+    return false;
   if (base::trim(form1.templatelst.text.get()).empty()) {
     warn(session, "Template Name cannot be blank.", "Template Name");
     return false;
   }
-  for (const controls::TextBox* const field : fields(form1)) {
-    if (refuses(session, record_refusal, {field->text.get()}))
-      return false;
-  }
-  for (const std::string& point :
-       {session.share_points.HomeSharePoint, session.share_points.ProfileSharePoint}) {
-    if (base::length(share_point(point)) > kSharePointLength) {
-      warn(session, "A share point has at most 100 characters, with a backslash behind it.", "Share Points");
-      return false;
-    }
-  }
-  return !refuses(session, record_refusal,
-                  {form1.PrimaryGrp.caption.get(), session.share_points.HomeSharePoint,
-                   session.share_points.ProfileSharePoint});
+  return can_store_fields(session);
 }
 
 /// Brings the chosen template's own record into `ActiveTemplate`, changes it there and writes it.
