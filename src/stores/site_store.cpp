@@ -309,7 +309,7 @@ void site_name_edited(Session& session, std::string_view typed) {
   if (row == nullptr)
     return;
   const std::string name(base::trim(typed));
-  if (const std::string refusal = name_refusal(name) + record_refusal(name); !refusal.empty()) {
+  if (const std::string refusal = record_name_refusal(name); !refusal.empty()) {
     refuse_new_name(session, refusal);
   } else if (name.empty()) {
     refuse_new_name(session, "Site Name cannot be Blank");

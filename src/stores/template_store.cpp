@@ -1,5 +1,7 @@
 #include "stores/template_store.hpp"
 
+#include <algorithm>
+
 #include "base/text.hpp"
 #include "directory/load_options.hpp"
 #include "session/session.hpp"
@@ -56,9 +58,14 @@ void show_variables(Session& session) {
   rows.set_drawing(true);
 }
 
-/// Moves the domain's groups of that name, in any case, the last first. False when it has none.
+/// Moves the domain's groups of exactly that name, the last first; without one, those of the name in another
+/// case. False when there is none.
 bool take_group(Form1& form1, std::string_view name) {
-  const std::vector<const controls::ListRow*> rows = form1.ListView5.find_text(name);
+  std::vector<const controls::ListRow*> rows = form1.ListView5.find_text(name);
+  const auto others = std::stable_partition(
+      rows.begin(), rows.end(), [name](const auto* row) { return base::trim(row->text) == name; });
+  if (others != rows.begin())
+    rows.erase(others, rows.end());
   for (auto row = rows.rbegin(); row != rows.rend(); ++row)
     controls::move_row(form1.ListView5, **row, form1.ListView6);
   return !rows.empty();

@@ -85,7 +85,7 @@ std::int32_t record_to_change(Session& session) {
 bool can_take_new_name(Session& session) {
   Form1& form1 = session.form1;
   const std::string name(base::trim(form1.New_Template_Name.text.get()));
-  if (refuses(session, name_refusal, {name}) || refuses(session, record_refusal, {name}))
+  if (refuses(session, record_name_refusal, {name}))
     return false;
   form1.templatelst.text = name;
   const std::string wanted = folded_name(padded_template_name(name));

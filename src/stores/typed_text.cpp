@@ -23,6 +23,11 @@ std::string record_refusal(std::string_view text) {
   return refusal.empty() ? code_page_refusal(text) : refusal;
 }
 
+std::string record_name_refusal(std::string_view name) {
+  std::string refusal = name_refusal(name);
+  return refusal.empty() ? code_page_refusal(name) : refusal;
+}
+
 bool refuses(session::Session& session, std::string (*refusal_of)(std::string_view),
              std::initializer_list<std::string_view> texts) {
   for (const std::string_view text : texts) {

@@ -16,6 +16,8 @@ std::string control_refusal(std::string_view text);
 std::string name_refusal(std::string_view name);
 /// Why a record file cannot hold a text: a control character, or one with no place in code page 1252.
 std::string record_refusal(std::string_view text);
+/// Why no record can bear a name, for either reason.
+std::string record_name_refusal(std::string_view name);
 
 /// Beeps and shows the first refusal among the texts in the status. False when there is none.
 bool refuses(session::Session& session, std::string (*refusal_of)(std::string_view),

@@ -243,19 +243,19 @@ TEST_F(SiteStoreTest, AFailureAtAnyCallIsToldWithItsReasonAndTheTabStays) {
   make("Name=Berlin|NTServer=FS1\n");
   load_sites(session);
   choose(0);
-  const auto edit = [this](std::string_view server) {
+  const auto edit = [this](std::string_view server, int failing_call) {
     Edit_Site(session);
     form1.NTSERVER.text = std::string(server);
+    files.fail_from(failing_call, base::error::kDiskFull);
     Save_Site(session);
   };
-  files.fail_from(0, 0);
-  edit("FS2");
+  edit("FS2", 0);
   const int calls = files.calls();
   ASSERT_GT(calls, 3);
   for (int call = 1; call <= calls; ++call) {
-    files.fail_from(call, base::error::kDiskFull);
     dialogs.expect("Error Opening Site.dat\r\nthe disk refuses");
-    edit("FS9");
+    edit("FS9", call);
+    files.fail_from(0, 0);
     EXPECT_EQ(dialogs.last_icon, platform::Icon::kCritical);
     EXPECT_TRUE(session.EditingSite);
     EXPECT_TRUE(form1.Save_Site.enabled.get());
