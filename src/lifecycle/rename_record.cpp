@@ -22,12 +22,8 @@ constexpr std::string_view kEnd = "end\n";
   base::raise(base::error::kTypeMismatch, "The record of a renaming cannot be read");
 }
 
-std::string directory_of(const Session& session) {
-  return std::string(base::trim(session.form1.dbpath.text.get()));
-}
-
 std::string file_of(const Session& session, std::string_view identifier) {
-  return directory_of(session) + std::string(kPrefix) + std::string(identifier) + std::string(kSuffix);
+  return session.dbpath + std::string(kPrefix) + std::string(identifier) + std::string(kSuffix);
 }
 
 /// So that no text breaks the lines and fields it stands in.
@@ -239,12 +235,12 @@ void remove_rename_record(Session& session, std::string_view identifier) {
 std::optional<RenameRecord> find_rename_record(Session& session, std::string_view name) {
   std::vector<platform::FileEntry> entries;
   base::Trap unreadable;
-  unreadable([&] { entries = session.platform.files.list(directory_of(session)); });
+  unreadable([&] { entries = session.platform.files.list(session.dbpath); });
   for (const platform::FileEntry& entry : entries) {
     if (!entry.name.starts_with(kPrefix) || !entry.name.ends_with(kSuffix))
       continue;
     std::optional<RenameRecord> record;
-    unreadable([&] { record = parse(session.platform.files.read(directory_of(session) + entry.name)); });
+    unreadable([&] { record = parse(session.platform.files.read(session.dbpath + entry.name)); });
     const auto is_name = [&](const std::string& one) { return base::equals_fold(one, name); };
     if (record && std::any_of(record->names.begin(), record->names.end(), is_name))
       return record;
