@@ -118,7 +118,13 @@ ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optiona
   const std::string old_dn = dn;
   if (domain_.config.kind == DomainKind::kNt) {
     dn = ads::make_rdn("CN", *new_name) + "," + std::string(ads::parent_dn(old_dn));
-    move_object(domain_, old_dn, dn);
+    try {
+      move_object(domain_, old_dn, dn);
+    } catch (const base::RuntimeError& failure) {
+      if (failure.number() != ads_error::kObjectExists)
+        throw;
+      raise(ads_error::kUserExists, "The domain has an account " + *new_name + " already");
+    }
   }
   try {
     modify_object(domain_, ads::Provider::kWinnt, dn,

@@ -175,8 +175,8 @@ void choose_way(DeleteRun& run, UserFolder& folder, const std::string& below_sha
 void check_data(DeleteRun& run, UserFolder& folder, const std::string& below_share) {
   require_tail(folder);
   const std::string path = "\\\\" + folder.server + "\\" + folder.share + below_share;
-  require_own_tree(run.session, path, owner_of(run, folder));
-  choose_way(run, folder, below_share);
+  const TreePath own = require_own_tree(run.session, path, owner_of(run, folder));
+  choose_way(run, folder, tail_of(own.text()));
 }
 
 /// In a WinNT domain the folder that is named after the user goes, with what is above the profile in it. Of

@@ -289,7 +289,9 @@ TEST(AdUserDetails, ARefusedExpiryIsToldInABoxAndTheRestIsSaved) {
   jo.form.UM_First.text = std::string("Joanna");
   jo.world.dialogs.expect("Error setting expiration date: 13");
   jo.save();
-  EXPECT_EQ(jo.status(), "Saved... but not AccountExpirationDate: Type mismatch: \"soon\" is not a date");
+  EXPECT_EQ(jo.status(),
+            "Saved... but not AccountExpirationDate: Type mismatch: \"soon\" is neither a day such as "
+            "31/12/2026 or 2026-12-31 nor \"Never\"");
   EXPECT_EQ(jo.stored("FirstName"), "Joanna");
 }
 

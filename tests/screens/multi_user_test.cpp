@@ -124,8 +124,13 @@ TEST_F(MultiUserWindow, DeleteTabDeletesAndShowsWhoIsGone) {
 }
 
 TEST_F(MultiUserWindow, MoveTabNeedsSiteAndTemplateAndMoves) {
-  std::filesystem::create_directories(lab.folder.path() / "servers/FS1/D/Users");
-  std::filesystem::create_directories(lab.folder.path() / "servers/FS1/D/Profiles");
+  for (const std::string name : {"Users", "Profiles"}) {
+    std::filesystem::create_directories(lab.folder.path() / "servers/FS1/D" / name);
+    platform::ShareInfo502 share;
+    share.shi502_netname = name;
+    share.shi502_path = "D:\\" + name;
+    lab.services.network.NetShareAdd("FS1", share);
+  }
   with_window([&](QWidget& shown) {
     take_all(shown);
     show_tab(shown, 1);

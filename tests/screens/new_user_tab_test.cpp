@@ -172,7 +172,8 @@ TEST_P(NewUserTabTest, SharesAndPermissionsRunWhenTheirBoxesAreTicked) {
   EXPECT_EQ(status(), "User Created.");
   EXPECT_EQ(light("Create_Shares"), "Completed");
   EXPECT_EQ(light("Dir_Security"), "Error") << "there is no table of permissions";
-  EXPECT_THAT(lab.log_tab(), testing::Contains("YELLOW Jo.Doe Created User "));
+  EXPECT_THAT(lab.log_tab(), testing::Contains(testing::StartsWith(
+                                 "YELLOW Jo.Doe Created User - Security Failed for D:\\Users\\Jo.Doe")));
   EXPECT_EQ(lab.services.network.NetShareGetInfo("FS1", "Jo.Doe$").shi502_path, "D:\\Users\\Jo.Doe");
 
   stores::write_permissions(lab.session, "Permissions.dat",

@@ -235,7 +235,10 @@ def attack(lab, number, given, named, goes=""):
                   if not allowed.search(what) and before.get(what) != after.get(what)]
         if harmed:
             yield f"{row} harms {sorted(harmed)[:5]}, {len(harmed)} in all"
-        if dry and dry.returncode != real.returncode:
+        # A lab keeps a folder that a share holds, and the old share stays where the template has none: only the run
+        # sees that the emptied folder cannot go.
+        kept = command[1] == "move" and r"home=\\FS1\jo.fox$" in given
+        if dry and dry.returncode != real.returncode and not kept:
             yield f"{row}: rehearsal {dry.returncode}, run {real.returncode}"
         if command[1] == "delete" and command[0] != "profile":
             ends = [("the rehearsal", dry), ("the run", real)]
