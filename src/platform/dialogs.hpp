@@ -15,8 +15,8 @@ class Dialogs {
  public:
   virtual ~Dialogs() = default;
 
-  /// A question with Yes and No and the icon kExclamation is about harm: No is what Return gives, and no option
-  /// that answers questions beforehand says Yes to it.
+  /// A question with Yes and No and the icon kExclamation is about harm: No is what Return gives, and no
+  /// option that answers questions beforehand says Yes to it.
   virtual Answer MsgBox(std::string_view text, Buttons buttons, Icon icon, std::string_view title) = 0;
   /// The typed text; the empty text when the box was cancelled. `secret` hides what is typed.
   virtual std::string InputBox(std::string_view prompt, std::string_view title, bool secret = false) = 0;
