@@ -8,6 +8,7 @@
 #include "batch/delete_users.hpp"
 #include "batch/find_accounts.hpp"
 #include "bench_world.hpp"
+#include "directory/account_expiry.hpp"
 #include "directory/ad_load.hpp"
 #include "lifecycle/folder_use.hpp"
 #include "lifecycle/own_tree.hpp"
@@ -122,7 +123,9 @@ Figures run(int users) {
            [](const platform::ObjectPtr& account) { return platform::User(account).IsAccountLocked(); });
     });
     figures[2] = measure([&] {
-      find(session, [](const platform::ObjectPtr& account) { return batch::expiry_of(account).has_value(); });
+      find(session, [](const platform::ObjectPtr& account) {
+        return directory::expiry_of(platform::User(account)).has_value();
+      });
     });
     figures[0] = measure([&] { batch::change_accounts(session, batch::AccountFunction::kDisable, {}); });
     figures[3] = measure([&] { batch::delete_selection(session); });
