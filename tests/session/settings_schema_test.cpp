@@ -3,6 +3,7 @@
 #include "batch/import_options.hpp"
 #include "directory/load_options.hpp"
 #include "editors/custom_properties.hpp"
+#include "editors/hours_zone.hpp"
 #include "support/world.hpp"
 
 namespace twk::session {
@@ -15,6 +16,7 @@ TEST_F(SettingsSchemaTest, EverySettingThatIsReadIsKnown) {
   directory::read_load_options(session);
   batch::ImportGrps_Load(session);
   editors::Custom_Load(session);
+  editors::chosen_zone(session.platform);
   ASSERT_GT(registry.asked.size(), 60U);
   for (const auto& [key, name] : registry.asked)
     EXPECT_TRUE(is_setting(key.substr(kTree.size() + 1), name)) << key << " " << name;
@@ -40,6 +42,7 @@ TEST_F(SettingsSchemaTest, AValueIsRefusedWhenItsReaderWouldPassItOver) {
                {"Live", "Method", "smoke", "ticket, ldaps or starttls"},
                {"Version", "DBVersion", "1.3", ""},
                {"Version", "DBVersion", "3", "1, 2.0, 2.1, 2.2, 2.3 or 2.4"},
+               {"Preferences", "LogonHoursZone", "Berlin", "UTC+12 or Workstation"},
                {"Setup", "SetupID", "anything", ""}};
   for (const auto& one : cases)
     EXPECT_EQ(setting_refusal(one.key, one.name, one.value), one.taken) << one.name << " " << one.value;
