@@ -35,10 +35,17 @@ class OldLabTest : public AppTest {
     world.stored_registry().Reg_Write(platform::kHiveLocalMachine, std::string(session::kTree) + "\\Version",
                                       "DBVersion", version);
   }
+  /// A lab whose database files are of the generation.
+  void make_old_lab(const std::string& name, const char* version) {
+    make_lab();
+    set_data_version(version);
+    const std::string put = "python3 '" TWK_SOURCE_DIR "/tests/tools/old_generations_test.py' --put " + name +
+                            " '" + file("lab/db") + "'";
+    ASSERT_EQ(std::system(put.c_str()), 0);
+  }
   /// In the way of the conversion stands a file that an earlier one kept.
   void make_stuck_lab() {
-    make_lab();
-    set_data_version("2.2");
+    make_old_lab("2.2", "2.2");
     put_file(file("lab/db/Template.v23"), "");
   }
   void expect_failing_conversion() {
@@ -57,12 +64,7 @@ struct OldGeneration {
 class EveryOldGeneration : public OldLabTest, public testing::WithParamInterface<OldGeneration> {};
 
 TEST_P(EveryOldGeneration, IsConvertedAtTheStartAndShownInTheWindow) {
-  make_lab();
-  set_data_version(GetParam().version);
-  const std::string put =
-      std::string("python3 '" TWK_SOURCE_DIR "/tests/tools/old_generations_test.py' --put ") +
-      GetParam().name + " '" + file("lab/db") + "'";
-  ASSERT_EQ(std::system(put.c_str()), 0);
+  make_old_lab(GetParam().name, GetParam().version);
   if (GetParam().first_box != nullptr) {
     expect_box(GetParam().first_box);
     expect_box("Conversion Complete");

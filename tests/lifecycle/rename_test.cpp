@@ -696,7 +696,7 @@ TEST_F(RenameInNt, NameInUseIsToldAndNothingIsRenamed) {
   type_logon("admin");
   EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
   EXPECT_TRUE(world.has_jo());
-  EXPECT_THAT(world.log_tab(), testing::ElementsAre(HasSubstr("RED  Error Renaming jo: The name is in use")));
+  EXPECT_THAT(world.log_tab(), testing::ElementsAre(HasSubstr("RED  Error Renaming jo: The domain has an account admin already")));
   EXPECT_THAT(world.log(), HasSubstr("Error Number: "));
 }
 

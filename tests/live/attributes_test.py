@@ -89,7 +89,7 @@ def refusals():
     set_attribute("whenCreated", "20200101000000.0Z", "pa1", codes=(2,), wanted=["RED pa1"])
     set_attribute("manager", "CN=Nobody,DC=twk,DC=test", "pa1", codes=(2,), wanted=["RED pa1"])
     # The name of another in the middle of a run.
-    set_attribute("sAMAccountName", "pa2", "pa3", "pa2", "pa1", codes=(1,), wanted=["RED pa3", "GREEN pa2", "RED pa1"])
+    set_attribute("sAMAccountName", "pa2", "pa3", "pa2", "pa1", codes=(2,), wanted=["RED pa3", "GREEN pa2", "RED pa1"])
     holds("pa3", "sAMAccountName", "pa3")
     for name, near in (("titel", "title"), ("member", "memberOf"), ("msDS-cloudExtensionAttribute", "msDS-cloudExtension")):
         done = set_attribute(name, "x", "pa1", codes=(2,), wanted=[])
@@ -107,7 +107,7 @@ def terminal_server():
 def values_from_a_file(folder):
     path = pathlib.Path(folder, "values.csv")
     path.write_bytes("pa1,Head, of \"Sales\"\r\nnobody-there,x\r\nzo\u00eb,Fran\u00e7ois\r\npa2\r\npa3,\r\n".encode("cp1252"))
-    set_attribute("title", "--from-file", str(path), codes=(1,),
+    set_attribute("title", "--from-file", str(path), codes=(2,),
                   wanted=["1 GREEN pa1", "2 RED nobody-there", "3 GREEN zo\u00eb", "4 RED pa2", "5 RED pa3"])
     holds("pa1", "title", "Head, of \"Sales\"")
     holds("zo\u00eb", "title", "Fran\u00e7ois")
