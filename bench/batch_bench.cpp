@@ -37,7 +37,7 @@ Figure measure(const std::function<void()>& work) {
   return figure;
 }
 
-/// A lab whose people are all selected.
+/// A lab whose people are all listed.
 struct World {
   explicit World(int users) : lab(make_lab(folder.path() / "lab", users)), services(lab.platform(dialogs)) {
     bench::set(services, "Setup", "Domain", "twk.test");
@@ -46,6 +46,12 @@ struct World {
     session.emplace(services, "", database);
     session::start_session(*session);
     directory::Load_AD_Users(*session, "LDAP://twk.test", true, "subtree", "", true);
+    session->multi_user.Delete_NT_Account.value = 1;
+    session->multi_user.No_Prompting.value = 1;
+    session->runs.Delete_Running = true;
+  }
+
+  void select_people() {
     std::vector<const controls::ListRow*> all;
     for (std::size_t i = 0; i < session->multi_user.ListView2.size(); ++i) {
       const controls::ListRow& row = session->multi_user.ListView2.at(i);
@@ -53,9 +59,6 @@ struct World {
         all.push_back(&row);
     }
     controls::move_rows(session->multi_user.ListView2, all, session->multi_user.ListView1);
-    session->multi_user.Delete_NT_Account.value = 1;
-    session->multi_user.No_Prompting.value = 1;
-    session->runs.Delete_Running = true;
   }
 
   static lab::Lab make_lab(const std::filesystem::path& path, int users) {
@@ -127,10 +130,12 @@ Figures run(int users) {
         return directory::expiry_of(platform::User(account)).has_value();
       });
     });
+    world.select_people();
     figures[0] = measure([&] { batch::change_accounts(session, batch::AccountFunction::kDisable, {}); });
     figures[3] = measure([&] { batch::delete_selection(session); });
   }
   World world(users);
+  world.select_people();
   const std::vector<Home> homes = make_homes(world);
   figures[5] = measure([&] { check(*world.session, homes); });
   world.session->runs.Delete_Data_Flag = true;
