@@ -1,23 +1,111 @@
 #include "creation/command_text.hpp"
 
+#include <algorithm>
+
+#include "base/text.hpp"
 #include "format/user_name.hpp"
 #include "format/variables.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
+namespace {
 
-std::string command_text(session::Session& session, std::string command, const CommandUser& user) {
+/// The tags of variables whose names hold what would end a word.
+std::vector<std::string> tags_that_end_words(const session::Session& session) {
+  std::vector<std::string> tags;
+  const controls::ListView& rows = session.variables.ListView1;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const std::string_view name = base::trim(rows.at(i).text);
+    if (name.find_first_of(" \t\"") != base::npos)
+      tags.push_back("%" + std::string(name) + "%");
+  }
+  return tags;
+}
+
+/// The length of the tag that `text` begins with; 0 for none.
+std::size_t tag_at(std::string_view text, const std::vector<std::string>& tags) {
+  const auto found = std::find_if(tags.begin(), tags.end(),
+                                  [&](const std::string& tag) { return base::starts_with_fold(text, tag); });
+  return found == tags.end() ? 0 : found->size();
+}
+
+/// The blanks at both ends are the administrator's, from between quotes.
+std::string fill_word(const std::string& word, const std::function<std::string(std::string)>& fill) {
+  const std::size_t first = word.find_first_not_of(' ');
+  if (first == base::npos)
+    return word;
+  const std::size_t end = word.find_last_not_of(' ') + 1;
+  return word.substr(0, first) + fill(word.substr(first, end - first)) + word.substr(end);
+}
+
+}  // namespace
+
+std::vector<std::string> split_command(std::string_view text, const std::vector<std::string>& tags) {
+  std::vector<std::string> words;
+  bool in_word = false;
+  bool quoted = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (!quoted && (c == ' ' || c == '\t')) {
+      in_word = false;
+      continue;
+    }
+    if (!in_word)
+      words.emplace_back();
+    in_word = true;
+    if (c == '"') {
+      quoted = !quoted;
+    } else {
+      const std::size_t length = std::max<std::size_t>(1, c == '%' ? tag_at(text.substr(i), tags) : 0);
+      words.back() += text.substr(i, length);
+      i += length - 1;
+    }
+  }
+  return words;
+}
+
+std::vector<std::string> fill_words(const session::Session& session, std::string_view text,
+                                    const std::function<std::string(std::string)>& fill) {
+  std::vector<std::string> words = split_command(text, tags_that_end_words(session));
+  for (std::string& word : words) {
+    if (word.find_first_of("%#") != base::npos)
+      word = fill_word(word, fill);
+  }
+  return words;
+}
+
+std::vector<std::string> command_words(session::Session& session, std::string_view command,
+                                       const CommandUser& user) {
   const session::Form1& form = session.form1;
-  if (session.import.Importing)
-    command = format::replace_import_fields(session, std::move(command));
-  command = format::FRString(command, "%Domain%", session.DomainName);
-  command = format::FRString(command, "%Server%", form.NTSERVER.text.get());
-  command = format::FRString(command, "%UserName%", user.account);
-  command = format::FRString(command, "%EXServer%", form.EXSERVER.text.get());
-  command = format::FRString(command, "%EXSite%", form.EXSite.text.get());
-  command = format::FRString(command, "%EXorg%", form.EXorg.text.get());
-  command = format::UserName(session, std::move(command), user.first, user.middle, user.last);
-  return format::Replace_Variables(session, std::move(command));
+  return fill_words(session, command, [&](std::string word) {
+    if (session.import.Importing)
+      word = format::replace_import_fields(session, std::move(word));
+    word = format::FRString(word, "%Domain%", session.DomainName);
+    word = format::FRString(word, "%Server%", form.NTSERVER.text.get());
+    word = format::FRString(word, "%UserName%", user.account);
+    word = format::FRString(word, "%EXServer%", form.EXSERVER.text.get());
+    word = format::FRString(word, "%EXSite%", form.EXSite.text.get());
+    word = format::FRString(word, "%EXorg%", form.EXorg.text.get());
+    word = format::UserName(session, std::move(word), user.first, user.middle, user.last);
+    return format::Replace_Variables(session, std::move(word));
+  });
+}
+
+std::string shown_command(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) {
+    if (!text.empty())
+      text += ' ';
+    if (!word.empty() && word.find_first_of(" \t\"") == base::npos) {
+      text += word;
+      continue;
+    }
+    text += '"';
+    for (const char c : word)
+      text.append(c == '"' ? "\\" : "").push_back(c);
+    text += '"';
+  }
+  return text;
 }
 
 }  // namespace twk::creation

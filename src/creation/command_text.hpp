@@ -1,11 +1,16 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace twk::session {
 struct Session;
 }
 
+/// The administrator's own commands. Their text is split into words first, and then each word is filled, so
+/// that a value never makes or ends a word, whatever it holds.
 namespace twk::creation {
 
 /// The user a command is run for.
@@ -16,8 +21,23 @@ struct CommandUser {
   std::string last;
 };
 
+/// The words of a command's text: blanks and tabs separate, double quotes hold a word together and are not
+/// part of it (`""` is an empty word). A quote that is not closed reaches to the end. Everything else,
+/// backslashes too, stands as it is, and so do `tags`, with the blanks that they may hold.
+std::vector<std::string> split_command(std::string_view text, const std::vector<std::string>& tags = {});
+
+/// The words of `text`, those with a tag filled by `fill`. Tags of the template's variables stay whole. A
+/// word whose value is empty stays as an empty argument.
+std::vector<std::string> fill_words(const session::Session& session, std::string_view text,
+                                    const std::function<std::string(std::string)>& fill);
+
 /// An administrator's command with its tags expanded: the fields of the import line, the built-in names, the
 /// name tags, the variables of the loaded template.
-std::string command_text(session::Session& session, std::string command, const CommandUser& user);
+std::vector<std::string> command_words(session::Session& session, std::string_view command,
+                                       const CommandUser& user);
+
+/// A command on one line, for people: a word that is empty or holds a blank or a quote stands in quotes, a
+/// quote in it with a backslash in front.
+std::string shown_command(const std::vector<std::string>& words);
 
 }  // namespace twk::creation

@@ -1,14 +1,15 @@
 #include "creation/shell.hpp"
 
 #include "base/errors.hpp"
-#include "platform/process.hpp"
 
 namespace twk::creation {
 
-std::int32_t clsShell::Spawn(std::string_view command, bool wait, std::int16_t window_style) const {
-  std::int32_t result = 0;
+platform::ProgramResult clsShell::Spawn(const std::vector<std::string>& words, bool wait,
+                                        std::int16_t window_style) const {
+  platform::ProgramResult result;
   base::Trap trap;
-  trap([&] { result = process_.run(command, wait, window_style); });
+  if (!trap([&] { result = process_.run(words, wait, window_style); }))
+    result.failure = trap.description();
   return result;
 }
 

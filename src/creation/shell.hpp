@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
+#include <string>
+#include <vector>
 
-namespace twk::platform {
-class Process;
-}
+#include "platform/process.hpp"
 
 namespace twk::creation {
 
@@ -14,9 +13,10 @@ class clsShell {
  public:
   explicit clsShell(platform::Process& process) : process_(process) {}
 
-  /// Runs a command line; with `wait` until it has ended, without a time limit. Window style 0 hides it, 1
-  /// shows it. 0 when it could not be started.
-  std::int32_t Spawn(std::string_view command, bool wait, std::int16_t window_style) const;
+  /// Runs a command, word by word; with `wait` until it has ended, without a time limit. Window style 0 hides
+  /// it, 1 shows it. A runtime failure counts as a program that could not be started.
+  platform::ProgramResult Spawn(const std::vector<std::string>& words, bool wait,
+                                std::int16_t window_style) const;
 
  private:
   platform::Process& process_;

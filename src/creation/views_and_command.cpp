@@ -70,20 +70,23 @@ void RunCreateCommand(CreationRun& run) {
   Session& session = run.session;
   const session::Form1& form = session.form1;
   const NewUserRequest& request = run.request;
-  const std::string command =
-      command_text(session, form.Create_Script.text,
-                   {run.SamName, request.FirstName, request.MiddleName, request.LastName});
+  const std::vector<std::string> words =
+      command_words(session, form.Create_Script.text.get(),
+                    {run.SamName, request.FirstName, request.MiddleName, request.LastName});
+  const std::string command = shown_command(words);
   session.Error_Status_Text = "Error Running Command...";
   session.Error_Log_Text = "Error Running Command: " + command;
   run.stage = CreationStage::kCommand;
   log(run, "Running Script: " + command);
   const std::int16_t window_style = form.Run_Hidden[0].on() ? 0 : 1;
-  const bool started =
-      clsShell(session.platform.process).Spawn(command, form.Wait_NEW[0].on(), window_style) != 0;
-  session.form1.run.colour = started ? controls::kBlue : controls::kRed;
-  session.form1.run.caption = started ? "Completed" : "Error";
-  if (!started)
-    warn(run, session.Error_Log_Text);
+  const platform::ProgramResult result =
+      clsShell(session.platform.process).Spawn(words, form.Wait_NEW[0].on(), window_style);
+  controls::Label& light = session.form1.run;
+  if (result.failure.empty())
+    return complete(light);
+  const bool started = result.number != 0;
+  paint(light, started ? controls::kYellow : controls::kRed, started ? "Completed" : "Error");
+  warn(run, session.Error_Log_Text, result.failure);
 }
 
 }  // namespace twk::creation

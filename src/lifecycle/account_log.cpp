@@ -4,6 +4,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/list_view.hpp"
+#include "creation/command_text.hpp"
 #include "creation/shell.hpp"
 #include "session/session.hpp"
 
@@ -58,16 +59,18 @@ void remove_from_views(Session& session, std::string_view key) {
   remove_row(session.groups.NotMembers, by_key, key);
 }
 
-void run_account_command(Session& session, std::string_view label, std::string_view command,
+bool run_account_command(Session& session, std::string_view label, const std::vector<std::string>& words,
                          std::size_t which, std::string_view failure) {
   const session::Form1& form = session.form1;
-  session.log.line(std::string(label) + std::string(command));
+  session.log.line(std::string(label) + creation::shown_command(words));
   const std::int16_t window_style = form.Run_Hidden.at(which).on() ? 0 : 1;
   const creation::clsShell shell(session.platform.process);
-  if (shell.Spawn(command, form.Wait_NEW.at(which).on(), window_style) != 0)
-    return;
-  session.log.reason(failure);
+  const platform::ProgramResult result = shell.Spawn(words, form.Wait_NEW.at(which).on(), window_style);
+  if (result.failure.empty())
+    return true;
+  session.log.reason(failure, result.failure);
   session.platform.dialogs.beep();
+  return false;
 }
 
 }  // namespace twk::lifecycle

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace twk::base {
 class RuntimeError;
@@ -21,8 +24,9 @@ void prepare_failure(session::Session& session, std::string_view status, std::st
 /// Takes a user out of the tree and the two lists of users: by key in Active Directory, by text else.
 void remove_from_views(session::Session& session, std::string_view key);
 
-/// Starts the command and logs it; a failure is logged behind `failure` and beeps.
-void run_account_command(session::Session& session, std::string_view label, std::string_view command,
-                         std::size_t which, std::string_view failure);
+/// Runs the command and logs it. False, with the reason in the log and a beep, when it could not be started
+/// or ended with a failure.
+bool run_account_command(session::Session& session, std::string_view label,
+                         const std::vector<std::string>& words, std::size_t which, std::string_view failure);
 
 }  // namespace twk::lifecycle

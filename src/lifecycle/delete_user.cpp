@@ -1,6 +1,7 @@
 #include "lifecycle/delete_user.hpp"
 
 #include "base/errors.hpp"
+#include "creation/command_text.hpp"
 #include "directory/operations.hpp"
 #include "format/variables.hpp"
 #include "lifecycle/account_log.hpp"
@@ -65,9 +66,12 @@ void run_script(DeleteRun& run) {
     return;
   prepare_failure(session, "Error Running Command...", "Error Running Command ");
   session.multi_user.Label3.caption = std::string("Running Script...");
-  std::string command = format::FRString(script, "%Domain%", session.DomainName);
-  command = format::FRString(command, "%UserName%", run.DeletedName);
-  run_account_command(session, "Running Script: ", command, 2, "Error Running: " + command);
+  const std::vector<std::string> words = creation::fill_words(session, script, [&](std::string word) {
+    word = format::FRString(word, "%Domain%", session.DomainName);
+    return format::FRString(word, "%UserName%", run.DeletedName);
+  });
+  const std::string failure = "Error Running: " + creation::shown_command(words);
+  run.Success &= run_account_command(session, "Running Script: ", words, 2, failure);
 }
 
 void tell_end(DeleteRun& run) {

@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "creation/command_text.hpp"
 #include "directory/operations.hpp"
 #include "format/user_name.hpp"
 #include "format/variables.hpp"
@@ -119,19 +120,20 @@ void join_groups(MoveRun& run) {
   session.log.line("Change User Manager Settings");
 }
 
-std::string move_command(MoveRun& run) {
+std::vector<std::string> move_command(MoveRun& run) {
   Session& session = run.session;
   const session::Form1& form = session.form1;
-  std::string command = form.Move_Script.text;
   const std::pair<std::string_view, std::string> tags[] = {
       {"%Domain%", session.DomainName}, {"%NTServer%", form.NTSERVER.text}, {"%UserName%", run.key},
       {"%Server%", form.NTSERVER.text}, {"%EXServer%", form.EXSERVER.text}, {"%EXSite%", form.EXSite.text},
       {"%EXorg%", form.EXorg.text}};
-  for (const auto& [tag, value] : tags)
-    command = format::FRString(command, tag, base::trim(value));
-  command = format::UserName(session, std::move(command), form.strFirst.text.get(), form.StrMiddle.text.get(),
-                             form.strLast.text.get());
-  return format::Replace_Variables(session, std::move(command));
+  return creation::fill_words(session, form.Move_Script.text.get(), [&](std::string word) {
+    for (const auto& [tag, value] : tags)
+      word = format::FRString(word, tag, base::trim(value));
+    word = format::UserName(session, std::move(word), form.strFirst.text.get(), form.StrMiddle.text.get(),
+                            form.strLast.text.get());
+    return format::Replace_Variables(session, std::move(word));
+  });
 }
 
 void run_script(MoveRun& run) {
@@ -141,8 +143,8 @@ void run_script(MoveRun& run) {
     return;
   prepare_failure(session, "Error Running File: " + script, "Error Running File: " + script);
   session.multi_user.Label3.caption = std::string("Running Command");
-  run_account_command(session, "Running Script (Hidden Mode): ", move_command(run), 1,
-                      session.Error_Status_Text);
+  run.warned |= !run_account_command(session, "Running Script (Hidden Mode): ", move_command(run), 1,
+                                     session.Error_Status_Text);
 }
 
 MoveOutcome tell_moved(MoveRun& run) {

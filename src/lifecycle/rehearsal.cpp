@@ -9,6 +9,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "creation/command_text.hpp"
 #include "lifecycle/rehearsed_directory.hpp"
 
 namespace twk::lifecycle {
@@ -230,13 +231,20 @@ class RehearsedSecurity final : public platform::Security {
 
 class RehearsedProcess final : public platform::Process {
  public:
-  explicit RehearsedProcess(const Rehearsal::Tell& tell) : tell_(tell) {}
-  std::int32_t run(std::string_view command_line, bool /*wait*/, std::int16_t /*window_style*/) override {
-    tell_("Run " + std::string(command_line));
-    return 1;
+  RehearsedProcess(platform::Process& real, const Rehearsal::Tell& tell) : real_(real), tell_(tell) {}
+  std::string cannot_start(const std::vector<std::string>& words) override {
+    return real_.cannot_start(words);
+  }
+  platform::ProgramResult run(const std::vector<std::string>& words, bool /*wait*/,
+                              std::int16_t /*window_style*/) override {
+    if (std::string refusal = cannot_start(words); !refusal.empty())
+      return {0, std::move(refusal)};
+    tell_("Run " + creation::shown_command(words));
+    return {.number = 1};
   }
 
  private:
+  platform::Process& real_;
   const Rehearsal::Tell& tell_;
 };
 
@@ -268,7 +276,7 @@ struct Rehearsal::Services {
         files(real.files, shares, tell),
         network(real.network, shares, tell),
         security(real.security, real.files, tell),
-        process(tell) {}
+        process(real.process, tell) {}
 
   Tell tell;
   platform::Platform real;

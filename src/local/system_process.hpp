@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/process.hpp"
@@ -8,16 +9,16 @@
 namespace twk::local {
 
 /// Programs of the workstation, found on PATH. One that is not waited for belongs to the system from its
-/// start, so that nothing of it is left in this process when it ends. With `window_style` 0 its input is
-/// empty as well.
+/// start, so that nothing of it is left in this process when it ends.
 class SystemProcess final : public platform::Process {
  public:
-  std::int32_t run(std::string_view command_line, bool wait, std::int16_t window_style) override;
+  std::string cannot_start(const std::vector<std::string>& words) override;
+  platform::ProgramResult run(const std::vector<std::string>& words, bool wait,
+                              std::int16_t window_style) override;
 };
 
-/// The words of a command line: blanks and tabs separate, double quotes hold a word together and are not part
-/// of it (`""` is an empty word). A quote that is not closed reaches to the end. Everything else, backslashes
-/// too, stands as it is.
-std::vector<std::string> split_command_line(std::string_view command_line);
+/// Whether a variable of the environment, "NAME=value", holds a secret: its name says so, or it is the
+/// "user%password" that Samba's tools read.
+bool is_secret_variable(std::string_view variable);
 
 }  // namespace twk::local

@@ -115,7 +115,7 @@ void Clear_log(Session& session) {
 void Log_Detail(Session& session) {
   std::string path = log_path(session);
   std::replace(path.begin(), path.end(), '\\', '/');
-  session.platform.process.run("xdg-open \"" + path + "\"", false, 1);
+  session.platform.process.run({"xdg-open", path}, false, 1);
 }
 
 void Delete_Log_File(Session& session) {

@@ -66,17 +66,20 @@ void run_custom_command(Session& session, int index, controls::TreeNode& node) {
     status.panel1 = "Error reading user " + node.text;
     return;
   }
-  const std::string command =
-      creation::command_text(session, read_setting(session, kCustom, "Script" + suffix), user);
+  const std::vector<std::string> words =
+      creation::command_words(session, read_setting(session, kCustom, "Script" + suffix), user);
+  const std::string command = creation::shown_command(words);
   const bool hidden = base::equals_fold(read_setting(session, kCustom, "RUNHIDDEN" + suffix), "YES");
   session.log.begin_block(session);
   session.log.line("Running Script: " + command);
-  const bool started =
-      creation::clsShell(session.platform.process).Spawn(command, false, hidden ? 0 : 1) != 0;
-  if (!started)
+  const std::string failure =
+      creation::clsShell(session.platform.process).Spawn(words, false, hidden ? 0 : 1).failure;
+  if (!failure.empty()) {
     session.log.line("Error Running Command: " + command);
+    session.log.reason(failure);
+  }
   session.log.close();
-  if (started) {
+  if (failure.empty()) {
     LOG_TAB(session, kGreen, user.account + " Command started: " + command);
     status.panel1 = "Ready.";
   } else {

@@ -275,22 +275,24 @@ TEST_P(InEveryKindOfDomain, TheCommandRunsWithItsTagsFilled) {
   world.start();
   world.type_names("Jo", "", "Smith");
   CreateUser_Click(world.session);
-  EXPECT_THAT(world.process.command_lines,
-              ElementsAre("notify " + world.session.DomainName + " FS1 Jo.Smith Jo"));
+  EXPECT_THAT(world.process.commands,
+              ElementsAre(ElementsAre("notify", world.session.DomainName, "FS1", "Jo.Smith", "Jo")));
   EXPECT_EQ(caption(world.session.form1.run), "Completed");
 }
 
-TEST_P(InEveryKindOfDomain, ACommandThatDoesNotStartWarns) {
-  LabSession world(GetParam());
-  world.set("UM", "RunCmd", "Yes");
-  world.set("Setup", "BatchFileCreate", "nowhere");
-  world.process.result = 0;
-  world.start();
-  world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
-  EXPECT_THAT(world.log_tab(),
-              ElementsAre(StartsWith("YELLOW Jo.Smith Created User - Error Running Command: nowhere")));
-  EXPECT_EQ(caption(world.session.form1.run), "Error");
+TEST_P(InEveryKindOfDomain, ACommandThatFailsWarnsWithTheReason) {
+  for (const std::int32_t number : {0, 1}) {
+    LabSession world(GetParam());
+    world.set("UM", "RunCmd", "Yes");
+    world.set("Setup", "BatchFileCreate", "notify");
+    world.process.result = {number, "no luck"};
+    world.start();
+    world.type_names("Jo", "", "Smith");
+    CreateUser_Click(world.session);
+    EXPECT_THAT(world.log_tab(),
+                ElementsAre("YELLOW Jo.Smith Created User - Error Running Command: notify: no luck"));
+    EXPECT_EQ(caption(world.session.form1.run), number == 0 ? "Error" : "Completed");
+  }
 }
 
 TEST(WinNtCreation, APasswordThatThePolicyRefusesEndsRed) {

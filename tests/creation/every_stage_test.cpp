@@ -69,7 +69,7 @@ TEST_P(AllStages, ARunWithEveryStageOnIsBlueAndGreen) {
   EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
   EXPECT_THAT(world.log(), HasSubstr("Setting WTS settings...\n"));
   EXPECT_EQ(world.of("Jo.Smith", "Mail"), "Jo.Smith@mail.test");
-  EXPECT_THAT(world.process.command_lines, ElementsAre("notify Jo.Smith"));
+  EXPECT_THAT(world.process.commands, ElementsAre(ElementsAre("notify", "Jo.Smith")));
 }
 
 TEST_P(AllStages, AStageThatFailsShowsItsLightAndItsWordsAndTheOthersGoOn) {
@@ -102,7 +102,9 @@ TEST_P(AllStages, AStageThatFailsShowsItsLightAndItsWordsAndTheOthersGoOn) {
       {"blue blue blue blue yellow blue", "YELLOW Jo.Smith Created User ", "Created Mail Account\n",
        [](EveryStage& world) { world.session.form1.ListView8.add({}, "No-Such-Attribute", "MAIL", {"x"}); }},
       {"blue blue blue blue blue red", "YELLOW Jo.Smith Created User ", "Error Running Command: notify",
-       [](EveryStage& world) { world.process.result = 0; }},
+       [](EveryStage& world) {
+         world.process.result = {0, "nothing there"};
+       }},
       {"blue red blank blank blank blank", "RED Error Creating Users Account... ",
        "Error Creating Users Account: Jo.Smith\n",
        [](EveryStage& world) {

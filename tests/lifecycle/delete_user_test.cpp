@@ -446,16 +446,18 @@ TEST_P(DeleteUser, AccountMayBeKeptAndOnlyTheCommandRun) {
   world.start_with("\\\\FS1\\jo$", "");
   world.session.runs.Delete_Running = true;
   world.session.runs.Run_Command_Flag = true;
-  world.process.result = 0;
+  world.process.result = {0, "nothing there"};
   EXPECT_FALSE(Delete_One_User(world.session, world.key()));
   EXPECT_EQ(world.tree("FS1/D"), kAll);
-  EXPECT_THAT(world.process.command_lines,
-              testing::ElementsAre(world.is_nt() ? "gone.cmd TWK " : "gone.cmd twk.test "));
+  EXPECT_THAT(world.process.commands,
+              testing::ElementsAre(testing::ElementsAre("gone.cmd", world.is_nt() ? "TWK" : "twk.test", "")));
   EXPECT_THAT(world.log(), HasSubstr("Not Deleting User NT account\nRunning Script: gone.cmd"));
   EXPECT_THAT(world.log(), HasSubstr("Error Running: gone.cmd"));
   EXPECT_THAT(world.log(), HasSubstr("Delete Function Completed.\n"));
   EXPECT_EQ(world.log_tab().back(),
-            world.is_nt() ? "GREEN  User jo deleted." : "GREEN  User Jo Smith delete function completed.");
+            std::string(world.is_nt() ? "YELLOW  User jo deleted."
+                                      : "YELLOW  User Jo Smith delete function completed.") +
+                ": Error Running: gone.cmd " + world.session.DomainName + " \"\": nothing there");
 }
 
 TEST_P(DeleteUser, MailboxThatCannotBeToldKeepsTheAccountAlsoInARehearsal) {

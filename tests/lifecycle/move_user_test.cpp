@@ -136,8 +136,8 @@ TEST_P(MoveUser, DataSharesAndAccountGoToTheNewServer) {
   EXPECT_EQ(world.property("jo", world.is_nt() ? "HomeDirDrive" : "HomeDrive"), "H:");
   EXPECT_EQ(world.property("jo", "LoginScript"), "staff.cmd");
   EXPECT_THAT(world.groups_of("jo"), testing::Contains(world.is_nt() ? "Staff" : "CN=Staff"));
-  EXPECT_THAT(world.process.command_lines,
-              testing::ElementsAre(world.is_nt() ? "moved.cmd TWK FS2 jo" : "moved.cmd twk.test FS2 jo"));
+  EXPECT_THAT(world.process.commands,
+              testing::ElementsAre(testing::ElementsAre("moved.cmd", world.session.DomainName, "FS2", "jo")));
   EXPECT_THAT(world.log_tab(), testing::ElementsAre("GREEN  jo Moved"));
 }
 
@@ -216,6 +216,19 @@ const Case kCases[] = {
      {"Created New Home Dir: \\\\FS2\\D$\\Users\\jo\n", "Creating Home Share: jo$\n",
       "User Moved Completed\n"},
      {}},
+    {"the command does not start",
+     kMove,
+     kWarned,
+     kEmpty,
+     kWhole,
+     {},
+     kNewHome,
+     "YELLOW  jo Moved: Error Running File: moved.cmd",
+     {"User Moved Completed\n"},
+     [](MoveWorld& world) {
+       world.session.multi_user.Run_CMD.value = 1;
+       world.process.result = {0, "nothing there"};
+     }},
     {"the old home is missing and the person declines",
      kMove,
      kNotMoved,

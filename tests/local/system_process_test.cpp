@@ -1,7 +1,9 @@
 #include "local/system_process.hpp"
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -19,8 +21,9 @@ constexpr std::int16_t kNormal = 1;
 
 class SystemProcessTest : public testing::Test {
  protected:
-  /// A command line of the shell, for scripts without double quotes.
-  static std::string shell(const std::string& script) { return "sh -c \"" + script + "\""; }
+  std::string run(const std::string& script, std::int16_t window_style = kNormal) {
+    return process_.run({"sh", "-c", script}, true, window_style).failure;
+  }
   static bool has_children() { return waitpid(-1, nullptr, WNOHANG) != -1 || errno != ECHILD; }
 
   /// Looks for up to two seconds: the system names a process a moment after its program was found.
@@ -37,32 +40,45 @@ class SystemProcessTest : public testing::Test {
   SystemProcess process_;
 };
 
-TEST_F(SystemProcessTest, WaitsForTheEndWhateverTheExitCode) {
-  EXPECT_EQ(process_.run(shell("sleep 0.05; echo done > " + folder_ / "out" + "; exit 3"), true, kNormal), 1);
+TEST_F(SystemProcessTest, WaitsForTheEndAndTellsHowItFailed) {
+  EXPECT_EQ(run("sleep 0.05; echo done > " + folder_ / "out"), "");
   EXPECT_EQ(get_file(folder_ / "out"), "done\n");
+  EXPECT_EQ(run("exit 3"), "it ended with exit code 3");
+  EXPECT_EQ(run("kill -KILL $$"), "it was ended by signal 9");
+  EXPECT_EQ(process_.run({"true"}, true, kNormal).number, 1);
   EXPECT_FALSE(has_children());
 }
 
-TEST_F(SystemProcessTest, NothingIsExpandedOnTheWay) {
-  EXPECT_EQ(process_.run("touch \"" + folder_ / "$HOME `id` *;x" + "\" " + folder_ / "a\\b", true, kNormal),
-            1);
-  EXPECT_TRUE(std::filesystem::exists(folder_ / "$HOME `id` *;x"));
-  EXPECT_TRUE(std::filesystem::exists(folder_ / "a\\b"));
+TEST_F(SystemProcessTest, WordsArriveToTheLetter) {
+  const std::string odd = folder_ / "$HOME `id` *;\"x\\y";
+  EXPECT_EQ(process_.run({"touch", odd}, true, kNormal).failure, "");
+  EXPECT_TRUE(std::filesystem::exists(odd));
 }
 
-TEST_F(SystemProcessTest, WhatCannotBeStartedGivesZero) {
-  const std::string with_nul("true\0x", 6);
-  for (const std::string& line : {std::string(), std::string("  "), std::string("\"\" x"), with_nul,
-                                  std::string("/nowhere/program"), folder_.path().string()}) {
-    EXPECT_EQ(process_.run(line, true, kNormal), 0) << line;
-    EXPECT_EQ(process_.run(line, false, kNormal), 0) << line;
+TEST_F(SystemProcessTest, WhatCannotBeStartedTellsWhy) {
+  using Words = std::vector<std::string>;
+  const struct {
+    Words words;
+    const char* why;
+  } cases[] = {{{}, "it has no name"},
+               {{"", "x"}, "it has no name"},
+               {{"true", std::string("a\0b", 3)}, "a word of it holds the character <U+0000>"},
+               {{"/nowhere/program"}, "No such file or directory"},
+               {{folder_.path().string()}, "Permission denied"}};
+  for (const auto& one : cases) {
+    for (const bool wait : {true, false}) {
+      const platform::ProgramResult result = process_.run(one.words, wait, kNormal);
+      EXPECT_EQ(result.number, 0);
+      EXPECT_EQ(result.failure, std::string("it could not be started: ") + one.why);
+      EXPECT_EQ(process_.cannot_start(one.words), result.failure);
+    }
   }
   EXPECT_FALSE(has_children());
 }
 
 TEST_F(SystemProcessTest, ProgramNotWaitedForRunsOnAndLeavesNoChild) {
   const auto start = std::chrono::steady_clock::now();
-  const std::int32_t number = process_.run("sleep 30", false, kHidden);
+  const std::int32_t number = process_.run({"sleep", "30"}, false, kHidden).number;
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
   ASSERT_GT(number, 1);
   EXPECT_TRUE(is_named(number, "sleep\n"));
@@ -70,33 +86,27 @@ TEST_F(SystemProcessTest, ProgramNotWaitedForRunsOnAndLeavesNoChild) {
   EXPECT_EQ(kill(number, SIGKILL), 0);
 }
 
-TEST_F(SystemProcessTest, HiddenProgramSpeaksToNobody) {
+TEST_F(SystemProcessTest, ProgramReadsNothingAndSpeaksToStandardErrorAlone) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
-  const std::int32_t hidden = process_.run(shell("cat; echo hidden; echo hidden >&2"), true, kHidden);
-  const std::int32_t seen = process_.run("echo seen", true, kNormal);
-  const std::string output = testing::internal::GetCapturedStdout();
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  EXPECT_EQ(output, "seen\n");
-  EXPECT_EQ(hidden + seen, 2);
+  const std::string failures = run("cat; echo hidden; echo hidden >&2", kHidden) + run("cat; echo seen");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "seen\n");
+  EXPECT_EQ(failures, "");
 }
 
-TEST(CommandLineTest, QuotesHoldWordsTogether) {
-  using Words = std::vector<std::string>;
-  const struct {
-    std::string line;
-    Words words;
-  } cases[] = {
-      {"", {}},
-      {" \t ", {}},
-      {"a  b\tc ", {"a", "b", "c"}},
-      {"\"C:\\My Scripts\\a.cmd\" \"x y\"z", {"C:\\My Scripts\\a.cmd", "x yz"}},
-      {"a \"\" b", {"a", "", "b"}},
-      {"a \"b c", {"a", "b c"}},
-      {"it's $HOME", {"it's", "$HOME"}},
-  };
-  for (const auto& one : cases)
-    EXPECT_EQ(split_command_line(one.line), one.words) << one.line;
+TEST_F(SystemProcessTest, SecretsAndOpenFilesStayHere) {
+  const int open_file = open("/dev/null", O_RDONLY);  // without O_CLOEXEC, as from a shell's "5<file"
+  setenv("TWK_LOGON_PASSWORD", "s3cret", 1);
+  EXPECT_EQ(run("test -n \"$PATH\" && ! env | grep s3cret && ! test -e /dev/fd/" + std::to_string(open_file)),
+            "");
+  unsetenv("TWK_LOGON_PASSWORD");
+  close(open_file);
+  const std::pair<const char*, bool> variables[] = {
+      {"PASSWD=x", true},       {"PASSWD_FD=3", true}, {"My_Secret=x", true},   {"GITHUB_TOKEN=x", true},
+      {"USER=jo%s3cret", true}, {"USER=jo", false},    {"KRB5CCNAME=x", false}, {"PATH=/PASSWORD", false}};
+  for (const auto& [variable, secret] : variables)
+    EXPECT_EQ(is_secret_variable(variable), secret) << variable;
 }
 
 }  // namespace

@@ -185,7 +185,7 @@ TEST_F(ImportWindowsTest, TheLogFileIsShownAndDeletedOnlyOnYes) {
   lab.session.log.begin_block(lab.session);
   lab.session.log.close();
   click("Log_Detail");
-  EXPECT_THAT(lab.process.command_lines, Contains(HasSubstr("Log.txt")));
+  EXPECT_THAT(lab.process.commands, Contains(Contains(HasSubstr("Log.txt"))));
   expect_box("Sure to delete the log file", QMessageBox::No);
   click("Delete_Log_File");
   EXPECT_TRUE(lab.session.platform.files.exists(log_path()));

@@ -74,8 +74,8 @@ TEST_F(Log, ListAndFileAreClearedApart) {
 
 TEST_F(Log, TheViewerIsStartedOnTheFile) {
   Log_Detail(session);
-  EXPECT_THAT(process.command_lines,
-              testing::ElementsAre("xdg-open \"" + database.path().string() + "/Log.txt\""));
+  EXPECT_THAT(process.commands,
+              testing::ElementsAre(testing::ElementsAre("xdg-open", database.path().string() + "/Log.txt")));
 }
 
 }  // namespace

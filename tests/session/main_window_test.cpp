@@ -201,14 +201,15 @@ TEST_P(CustomCommands, RunForTheSelectedUser) {
   lab.select(lab.is_nt() ? "jo" : lab.path_of("jo"));
   mnupopup_Click(lab.session, 14);
   const std::string command = "greet " + lab.session.DomainName + " jo Lee";
-  EXPECT_THAT(lab.process.command_lines, testing::ElementsAre(command));
+  EXPECT_THAT(lab.process.commands,
+              testing::ElementsAre(std::vector<std::string>{"greet", lab.session.DomainName, "jo", "Lee"}));
   EXPECT_THAT(lab.process.window_styles, testing::ElementsAre(0));
   EXPECT_THAT(lab.log_tab(), testing::ElementsAre("GREEN jo Command started: " + command));
   EXPECT_THAT(lab.log(), testing::HasSubstr("Running Script: " + command));
 
-  lab.process.result = 0;
+  lab.process.result = {0, "nothing there"};
   mnupopup_Click(lab.session, 14);
-  EXPECT_EQ(lab.log_tab().back(), "YELLOW jo Error Running Command: " + command);
+  EXPECT_EQ(lab.log_tab().back(), "YELLOW jo Error Running Command: " + command + ": nothing there");
 }
 
 TEST(CustomCommandsOfNobody, StartNothing) {
@@ -220,7 +221,7 @@ TEST(CustomCommandsOfNobody, StartNothing) {
   lab.session.form1.TreeView1.select(&user);
   lab.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kNoSuchObject);
   mnupopup_Click(lab.session, 13);
-  EXPECT_TRUE(lab.process.command_lines.empty());
+  EXPECT_TRUE(lab.process.commands.empty());
   EXPECT_THAT(lab.log_tab(), testing::ElementsAre(testing::StartsWith("RED Error reading user")));
 }
 

@@ -69,14 +69,18 @@ class FakeEnvironment final : public platform::Environment {
 
 class FakeProcess final : public platform::Process {
  public:
-  std::int32_t run(std::string_view command_line, bool /*wait*/, std::int16_t window_style) override {
-    command_lines.emplace_back(command_line);
+  using Words = std::vector<std::string>;
+  std::string cannot_start(const Words& /*words*/) override {
+    return result.number == 0 ? result.failure : std::string();
+  }
+  platform::ProgramResult run(const Words& words, bool /*wait*/, std::int16_t window_style) override {
+    commands.push_back(words);
     window_styles.push_back(window_style);
     return result;
   }
-  std::vector<std::string> command_lines;
+  std::vector<Words> commands;
   std::vector<std::int16_t> window_styles;
-  std::int32_t result = 1;
+  platform::ProgramResult result{.number = 1};
 };
 
 /// Knows a controller, takes any share, and knows nothing of terminal servers.
