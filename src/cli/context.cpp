@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "cli/exit_codes.hpp"
 #include "cli/failures.hpp"
+#include "cli/interrupt.hpp"
 #include "cli/logon_password.hpp"
 #include "cli/progress.hpp"
 #include "lifecycle/rehearsal.hpp"
@@ -147,7 +148,8 @@ live::LiveDomain& Context::connected_domain() {
 
 live::Prompts Context::prompts() {
   return {.password = [this](const std::string& user) { return logon_password(options_, user); },
-          .tell = [](const std::string& text) { complain(text); }};
+          .tell = [](const std::string& text) { complain(text); },
+          .is_stopped = interrupted};
 }
 
 const platform::Platform& Context::services() {

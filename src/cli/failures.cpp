@@ -7,6 +7,7 @@
 #include "base/errors.hpp"
 #include "cli/display.hpp"
 #include "cli/exit_codes.hpp"
+#include "live/ldap_errors.hpp"
 #include "local/regedit.hpp"
 #include "platform/acl.hpp"
 #include "platform/directory.hpp"
@@ -15,6 +16,11 @@
 namespace twk::cli {
 namespace {
 
+/// HRESULTs of FACILITY_WIN32, [MS-ERREF] 2.1: what a directory or a server answered.
+bool is_refusal_of_server(std::uint32_t number) {
+  return number >> 16U == 0x8007;
+}
+
 int exit_code_of_error(std::uint32_t number) {
   switch (number) {
     case base::error::kPermissionDenied:
@@ -22,8 +28,8 @@ int exit_code_of_error(std::uint32_t number) {
     case platform::ads_error::kAccessDenied:
     case platform::ads_error::kLogonFailure:
       return kExitNotPermitted;
-    case platform::ads_error::kServerDown:
-      return kExitRed;
+    case live::kStopped:
+      return kExitYellow;
     case base::error::kBadFileName:
     case base::error::kFileNotFound:
     case base::error::kPathNotFound:
@@ -32,7 +38,7 @@ int exit_code_of_error(std::uint32_t number) {
     case platform::security_error::kInvalidDescriptor:
       return kExitBadData;
     default:
-      return kExitFault;
+      return is_refusal_of_server(number) ? kExitRed : kExitFault;
   }
 }
 

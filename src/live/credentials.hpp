@@ -11,13 +11,15 @@
 
 namespace twk::live {
 
-/// Whom the connections of a domain turn to. Both may be empty.
+/// Whom the connections of a domain turn to. All may be empty.
 struct Prompts {
   /// Asks for the password of that user; none when nobody gave one.
   std::function<std::optional<std::string>(const std::string& user)> password;
   /// Is told what happened to the logon in the middle of the work: a ticket that ended or was renewed, a
   /// server that went away.
   std::function<void(const std::string& text)> tell;
+  /// True when the person wants the work to end.
+  std::function<bool()> is_stopped;
 };
 
 /// By what one person logs on to the servers of a domain. All connections share it, so that a password is
@@ -46,6 +48,8 @@ class Credentials {
   /// Tells a failure of a connection that there had been, once until there is one again.
   void tell_failure(const std::string& text);
   void tell_recovery();
+
+  [[nodiscard]] bool is_stopped() const { return prompts_.is_stopped && prompts_.is_stopped(); }
 
  private:
   void tell(const std::string& text) const;

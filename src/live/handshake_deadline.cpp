@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <optional>
 
+#include "base/errors.hpp"
+#include "platform/directory.hpp"
+
 namespace twk::live {
 namespace {
 
@@ -79,7 +82,8 @@ HandshakeDeadline::~HandshakeDeadline() = default;
 
 void HandshakeDeadline::watch(ldap* connection, std::chrono::seconds patience) {
   hook_->patience = patience;
-  ldap_set_option(connection, LDAP_OPT_CONNECT_CB, &hook_->callbacks);
+  if (ldap_set_option(connection, LDAP_OPT_CONNECT_CB, &hook_->callbacks) != LDAP_OPT_SUCCESS)
+    base::raise(platform::ads_error::kServerDown, "The LDAP library does not take a time limit for TLS");
 }
 
 void HandshakeDeadline::end() {

@@ -11,31 +11,10 @@
 
 #include "live/credentials.hpp"
 #include "live/ldap_errors.hpp"
+#include "live/ldap_search.hpp"
 #include "live/ldap_session.hpp"
-#include "platform/query.hpp"
-
-struct ldapmsg;
 
 namespace twk::live {
-
-/// What libldap has of a server's answer.
-using LdapAnswer = std::unique_ptr<ldapmsg, int (*)(ldapmsg*)>;
-
-/// One attribute with its raw values.
-struct LdapAttribute {
-  std::string name;
-  std::vector<std::string> values;
-};
-
-/// One entry of a search's answer.
-struct LdapEntry {
-  std::string dn;
-  std::vector<LdapAttribute> attributes;
-
-  /// The values of an attribute, in any case of its name; none when it is absent.
-  [[nodiscard]] const std::vector<std::string>* find(std::string_view name) const;
-  [[nodiscard]] std::string first(std::string_view name) const;
-};
 
 enum class LdapChangeKind { kReplace, kAdd, kDelete };
 
@@ -43,18 +22,6 @@ struct LdapChange {
   LdapChangeKind kind = LdapChangeKind::kReplace;
   std::string attribute;
   std::vector<std::string> values;  ///< a replacement by none takes the attribute away
-};
-
-/// A search in pieces. The connection must outlive it.
-struct LdapSearch {
-  std::string base;
-  platform::Scope scope = platform::Scope::kSubtree;
-  std::string filter = "(objectClass=*)";
-  std::vector<std::string> attributes;  ///< none: all that are stored
-  std::int32_t page_size = 1000;        ///< entries a request
-  int timeout_seconds = 0;              ///< of each page; 0: the connection's
-  /// Which parts of security descriptors are given, [MS-ADTS] 3.1.1.3.4.1.11; 0: no control is sent.
-  std::uint32_t descriptor_parts = 0;
 };
 
 /// How far a search in pages has come: first in front of all of it, in the end behind it. What is under way
@@ -76,6 +43,7 @@ class LdapCursor {
   std::string cookie_;                    ///< the server's mark of the next page
   std::weak_ptr<LdapHandle> asked_over_;  ///< the connection on which that page is asked for
   std::optional<int> request_;            ///< by this message
+  LdapProgress progress_;
 };
 
 /// A connection to one LDAP server, made when it is first needed and kept. It is sealed by the Kerberos
@@ -111,6 +79,9 @@ class LdapConnection {
   /// it meanwhile; its time-out begins when it is waited for.
   std::vector<LdapEntry> search_page(const LdapSearch& search, LdapCursor& cursor);
 
+  /// Raises kStopped when the person wants the work to end: between the parts of a long answer.
+  void require_going_on() const;
+
   void add(const std::string& dn, const std::vector<LdapAttribute>& attributes);
   /// `descriptor_parts` tells the server which parts of a security descriptor are written.
   void modify(const std::string& dn, const std::vector<LdapChange>& changes,
@@ -128,7 +99,8 @@ class LdapConnection {
   int run(const std::function<int()>& request, const std::function<bool()>& done);
   [[nodiscard]] bool exists(const std::string& dn);
   /// Waits for the page that is asked for, or asks for it and waits. Returns the result's code.
-  int get_page(const LdapSearch& search, LdapCursor& cursor, LdapAnswer& answer);
+  int get_page(const LdapSearch& search, LdapCursor& cursor, LdapPage& page);
+  int receive(const LdapPageRequest& request, int message, LdapPage& page);
   void ask_ahead(const LdapSearch& search, LdapCursor& cursor);
 
   std::shared_ptr<Credentials> credentials_;

@@ -79,6 +79,10 @@ std::uint32_t number_by_result(int result, LdapRequest request) {
     case LDAP_OBJECT_CLASS_VIOLATION:
     case LDAP_NAMING_VIOLATION:
       return request == LdapRequest::kPassword ? ads_error::kPasswordPolicy : ads_error::kConstraint;
+    case LDAP_REFERRAL:
+    case LDAP_PROTOCOL_ERROR:
+    case LDAP_DECODING_ERROR:
+      return kProtocolError;
     case LDAP_UNDEFINED_TYPE:
       return ads_error::kNoSuchAttribute;
     case LDAP_INVALID_DN_SYNTAX:
@@ -104,6 +108,12 @@ bool is_connection_lost(int result) {
          result == LDAP_UNAVAILABLE || result == LDAP_BUSY;
 }
 
+int last_ldap_result(LDAP* connection) {
+  int result = LDAP_OTHER;
+  ldap_get_option(connection, LDAP_OPT_RESULT_CODE, &result);
+  return result;
+}
+
 std::uint32_t number_of_ldap_result(int result, std::string_view diagnostic, LdapRequest request) {
   const std::uint32_t number = number_by_result(result, request);
   const auto code = leading_code(diagnostic);
@@ -125,7 +135,10 @@ std::string explain_refused_logon(const std::string& user, std::string_view diag
 void raise_ldap_error(int result, const std::string& diagnostic, LdapRequest request,
                       const std::string& what) {
   const bool refused = result == LDAP_INSUFFICIENT_ACCESS;
-  std::string text = what + ": " + (refused ? "the account has too few rights" : ldap_err2string(result));
+  std::string text = what + ": " +
+                     (refused                   ? "the account has too few rights"
+                      : result == LDAP_REFERRAL ? "the server refers to another one, which is not asked"
+                                                : ldap_err2string(result));
   if (!diagnostic.empty())
     text += " (" + base::to_valid_utf8(diagnostic) + ")";
   base::raise(number_of_ldap_result(result, diagnostic, request), text);

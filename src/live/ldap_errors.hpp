@@ -4,7 +4,16 @@
 #include <string>
 #include <string_view>
 
+struct ldap;
+
 namespace twk::live {
+
+/// Of a request that was given up because the person wanted the work to end; the classic runtime's number of
+/// an interrupt by the user.
+inline constexpr std::uint32_t kStopped = 18;
+
+/// Of answers that are none: ERROR_DS_PROTOCOL_ERROR of [MS-ERREF] 2.2.
+inline constexpr std::uint32_t kProtocolError = 0x80072021;
 
 /// What an LDAP request was for: one result means different things for different requests.
 enum class LdapRequest {
@@ -31,6 +40,9 @@ std::uint32_t number_of_ldap_result(int result, std::string_view diagnostic, Lda
 /// Why a server refuses user and password, from the sub-code of its diagnostic text ("… data 52e, …", a Win32
 /// error in hexadecimal digits).
 std::string explain_refused_logon(const std::string& user, std::string_view diagnostic);
+
+/// The result of a request that failed before the server answered it.
+int last_ldap_result(ldap* connection);
 
 /// True for a connection that is gone or did not answer in time.
 bool is_connection_lost(int result);

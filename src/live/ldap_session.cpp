@@ -1,10 +1,13 @@
 #include "live/ldap_session.hpp"
 
+#include <arpa/inet.h>
 #include <ldap.h>
 #include <sasl/sasl.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
 
@@ -33,30 +36,81 @@ bool uses_ldaps(const LiveSettings& settings, std::uint16_t port) {
   return uses_password(settings) && settings.tls == LiveSettings::Tls::kLdaps && port != kLdapPort;
 }
 
-void set_options(ldap* connection, const LiveSettings& settings, int certificate_check) {
-  const int version = LDAP_VERSION3;
-  ldap_set_option(connection, LDAP_OPT_PROTOCOL_VERSION, &version);
-  // Other domains' servers are never contacted on a server's word.
-  ldap_set_option(connection, LDAP_OPT_REFERRALS, LDAP_OPT_OFF);
+/// Raises kServerDown when the library does not take the option.
+void set_option(ldap* connection, int option, const void* value, std::string_view what) {
+  if (ldap_set_option(connection, option, value) != LDAP_OPT_SUCCESS)
+    base::raise(ads_error::kServerDown, "The LDAP library does not take " + std::string(what));
+}
+
+void set_time_limit(ldap* connection, int option, int seconds) {
   timeval timeout{};
-  timeout.tv_sec = connect_timeout(settings);
-  ldap_set_option(connection, LDAP_OPT_NETWORK_TIMEOUT, &timeout);
-  timeout.tv_sec = settings.timeout_seconds;
-  ldap_set_option(connection, LDAP_OPT_TIMEOUT, &timeout);
-  if (!uses_password(settings))
-    return;
-  ldap_set_option(connection, LDAP_OPT_X_TLS_REQUIRE_CERT, &certificate_check);
-  if (!settings.ca_file.empty())
-    ldap_set_option(connection, LDAP_OPT_X_TLS_CACERTFILE, settings.ca_file.c_str());
+  timeout.tv_sec = seconds;
+  set_option(connection, option, &timeout, "a time limit");
+}
+
+/// The authorities that the system trusts, where its packages put them; a new TLS context of the library has
+/// none of its own. Empty when there is no such file.
+std::string authorities_of_system() {
+  constexpr std::array<const char*, 4> kBundles = {
+      "/etc/ssl/certs/ca-certificates.crt",  // Debian and what comes from it
+      "/etc/pki/tls/certs/ca-bundle.crt",    // Fedora and what comes from it
+      "/etc/ssl/ca-bundle.pem",              // SUSE
+      "/etc/ssl/cert.pem"};                  // Alpine
+  for (const char* const path : kBundles) {
+    if (access(path, R_OK) == 0)
+      return path;
+  }
+  return {};
+}
+
+void trust_authorities(ldap* connection, const LiveSettings& settings) {
+  const bool given = !settings.ca_file.empty();
+  const std::string file = given ? settings.ca_file : authorities_of_system();
+  if (file.empty()) {
+    base::raise(ads_error::kServerDown,
+                "This system holds no file of trusted authorities. Install the package ca-certificates, or "
+                "name the domain's own authority with --ca-file");
+  }
+  set_option(connection, LDAP_OPT_X_TLS_CACERTFILE, file.c_str(), "a file of authorities");
   const int as_client = 0;
   if (ldap_set_option(connection, LDAP_OPT_X_TLS_NEWCTX, &as_client) == LDAP_OPT_SUCCESS)
     return;
-  base::raise(ads_error::kServerDown,
-              settings.ca_file.empty()
-                  ? "The certificates that this system trusts cannot be read"
-                  : "The CA file " + settings.ca_file +
-                        (access(settings.ca_file.c_str(), R_OK) == 0 ? " holds no certificate in PEM form"
-                                                                     : " cannot be read"));
+  base::raise(
+      ads_error::kServerDown,
+      "The CA file " + file +
+          (access(file.c_str(), R_OK) == 0 ? " holds no certificate in PEM form" : " cannot be read"));
+}
+
+void set_options(ldap* connection, const LiveSettings& settings, int certificate_check) {
+  const int version = LDAP_VERSION3;
+  set_option(connection, LDAP_OPT_PROTOCOL_VERSION, &version, "version 3 of the protocol");
+  // Other domains' servers are never contacted on a server's word.
+  set_option(connection, LDAP_OPT_REFERRALS, LDAP_OPT_OFF, "that referrals are not followed");
+  // A signal that comes while an answer is waited for does not end the connection.
+  set_option(connection, LDAP_OPT_RESTART, LDAP_OPT_ON, "that signals interrupt nothing");
+  set_time_limit(connection, LDAP_OPT_NETWORK_TIMEOUT, connect_timeout(settings));
+  set_time_limit(connection, LDAP_OPT_TIMEOUT, settings.timeout_seconds);
+  if (!uses_password(settings))
+    return;
+  set_option(connection, LDAP_OPT_X_TLS_REQUIRE_CERT, &certificate_check, "the check of certificates");
+  trust_authorities(connection, settings);
+}
+
+/// The library reads an "ldaprc" of the current folder and other files at its first call, which could take
+/// the check of certificates away. The commands that this program runs are to find their environment as it
+/// was.
+int initialize(ldap*& connection, const std::string& uri) {
+  constexpr const char* kNoFiles = "LDAPNOINIT";
+  const char* const before = getenv(kNoFiles);
+  const std::optional<std::string> kept =
+      before == nullptr ? std::nullopt : std::optional<std::string>(before);
+  setenv(kNoFiles, "1", 1);
+  const int result = ldap_initialize(&connection, uri.c_str());
+  if (kept)
+    setenv(kNoFiles, kept->c_str(), 1);
+  else
+    unsetenv(kNoFiles);
+  return result;
 }
 
 std::unique_ptr<LdapHandle> make_handle(const LiveSettings& settings, const std::string& host,
@@ -64,7 +118,7 @@ std::unique_ptr<LdapHandle> make_handle(const LiveSettings& settings, const std:
   const std::string uri =
       std::string(uses_ldaps(settings, port) ? "ldaps://" : "ldap://") + host + ":" + base::to_text(port);
   ldap* connection = nullptr;
-  if (ldap_initialize(&connection, uri.c_str()) != LDAP_SUCCESS)
+  if (initialize(connection, uri) != LDAP_SUCCESS)
     base::raise(ads_error::kServerDown, "Not a host that can be connected to: " + host);
   auto handle = std::make_unique<LdapHandle>(connection);
   set_options(connection, settings, certificate_check);
@@ -103,14 +157,41 @@ std::string small_letters(std::string bytes) {
   return bytes;
 }
 
-/// Names stand in a certificate as they are, behind a byte with their length (IA5String of RFC 5280 4.2.1.6).
-bool holds_name(const std::string& certificate, const std::string& name) {
-  const std::string text = std::string(1, static_cast<char>(name.size())) + name;
-  return certificate.find(text) != base::npos;
+/// A part of a certificate: a tag, one byte with its length, and the bytes (DER, ITU-T X.690).
+std::string part(char tag, const std::string& bytes) {
+  return std::string(1, tag) + static_cast<char>(bytes.size()) + bytes;
 }
 
-/// Also by "*" for the first label.
+/// The name stands among the other names of a certificate, or as its common name (RFC 5280 4.2.1.6, 4.1.2.4).
+bool holds_name(const std::string& certificate, const std::string& name) {
+  constexpr char kDnsName = '\x82';
+  constexpr char kUtf8String = '\x0c';
+  constexpr char kPrintableString = '\x13';
+  constexpr std::size_t kLongest = 127;  // whose length is one byte
+  if (name.empty() || name.size() > kLongest)
+    return false;
+  for (const char tag : {kDnsName, kUtf8String, kPrintableString}) {
+    if (certificate.find(small_letters(part(tag, name))) != base::npos)
+      return true;
+  }
+  return false;
+}
+
+/// The four or sixteen bytes of an address; empty for what is none.
+std::string address_bytes(const std::string& host) {
+  for (const int family : {AF_INET, AF_INET6}) {
+    std::string bytes(family == AF_INET ? sizeof(in_addr) : sizeof(in6_addr), '\0');
+    if (inet_pton(family, host.c_str(), bytes.data()) == 1)
+      return bytes;
+  }
+  return {};
+}
+
+/// Also by "*" for the first label, and an address as its bytes.
 bool names_host(const std::string& certificate, const std::string& host) {
+  constexpr char kAddress = '\x87';
+  if (const std::string address = address_bytes(host); !address.empty())
+    return certificate.find(part(kAddress, address)) != base::npos;
   const std::string bytes = small_letters(certificate);
   const std::string name = small_letters(host);
   const std::size_t dot = name.find('.');
@@ -127,8 +208,9 @@ bool names_host(const std::string& certificate, const std::string& host) {
     const auto certificate = unchecked_certificate(settings, host, port);
     const std::string refused = "The certificate of " + place + " is refused: ";
     if (certificate && !certificate->empty() && !names_host(*certificate, host))
-      base::raise(ads_error::kServerDown,
-                  refused + "it names another host. Name the server as its certificate does");
+      base::raise(
+          ads_error::kServerDown,
+          refused + "it names another host, or another address. Name the server as its certificate does");
     if (certificate) {
       base::raise(ads_error::kServerDown,
                   refused +
@@ -169,8 +251,8 @@ void log_on_with_ticket(const LdapHandle& handle, Credentials& credentials, cons
   require_plug_in(handle.get());
   const Ticket& ticket = credentials.ticket();
   // Otherwise reverse name look-up decides which service the ticket is for.
-  ldap_set_option(handle.get(), LDAP_OPT_X_SASL_NOCANON, LDAP_OPT_ON);
-  ldap_set_option(handle.get(), LDAP_OPT_X_SASL_SECPROPS, kSealed);
+  set_option(handle.get(), LDAP_OPT_X_SASL_NOCANON, LDAP_OPT_ON, "the server's name as it is");
+  set_option(handle.get(), LDAP_OPT_X_SASL_SECPROPS, kSealed, "that a connection is sealed");
   int result = LDAP_SUCCESS;
   {
     const Ticket::InUse in_use(ticket);

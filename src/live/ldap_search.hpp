@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/query.hpp"
+
+struct ldap;
+
+/// One page of a search: asked for, and taken from the server entry by entry, so that no server can keep or
+/// fill the program.
+namespace twk::live {
+
+/// One attribute with its raw values.
+struct LdapAttribute {
+  std::string name;
+  std::vector<std::string> values;
+};
+
+/// One entry of a search's answer.
+struct LdapEntry {
+  std::string dn;
+  std::vector<LdapAttribute> attributes;
+
+  /// The values of an attribute, in any case of its name; none when it is absent.
+  [[nodiscard]] const std::vector<std::string>* find(std::string_view name) const;
+  [[nodiscard]] std::string first(std::string_view name) const;
+};
+
+/// A search in pieces. The connection must outlive it.
+struct LdapSearch {
+  std::string base;
+  platform::Scope scope = platform::Scope::kSubtree;
+  std::string filter = "(objectClass=*)";
+  std::vector<std::string> attributes;  ///< none: all that are stored
+  std::int32_t page_size = 1000;        ///< entries a request
+  int timeout_seconds = 0;              ///< of each page; 0: the connection's
+  /// Which parts of security descriptors are given, [MS-ADTS] 3.1.1.3.4.1.11; 0: no control is sent.
+  std::uint32_t descriptor_parts = 0;
+};
+
+struct LdapPage {
+  std::vector<LdapEntry> entries;
+  std::string cookie;  ///< the server's mark of the next page (RFC 2696); empty after the last
+};
+
+/// A page of a search as the library wants it. The search must outlive it.
+class LdapPageRequest {
+ public:
+  LdapPageRequest(const LdapSearch& search, int timeout_seconds);
+
+  /// Returns the number of the message; none when it could not be sent, whose reason the connection has.
+  [[nodiscard]] std::optional<int> send(ldap* connection, const std::string& cookie) const;
+  /// Waits for the answer to that message. Returns the result's code, LDAP_TIMEOUT when it did not come in
+  /// time. Raises kStopped when `is_stopped` says so after three seconds, and kProtocolError when the server
+  /// sends more entries than a page has.
+  int receive(ldap* connection, int message, const std::function<bool()>& is_stopped, LdapPage& page) const;
+
+ private:
+  [[nodiscard]] std::size_t most_entries() const;
+
+  const LdapSearch& search_;
+  int timeout_seconds_;
+  std::vector<char*> names_;
+};
+
+/// Stops a search whose pages bring it no further: always the same one, none but empty ones, or more entries
+/// than any directory has.
+class LdapProgress {
+ public:
+  /// Looks at the next page. Raises kProtocolError.
+  void require(const LdapSearch& search, const LdapPage& page);
+
+ private:
+  std::optional<std::string> first_dn_;  ///< of the last page with entries
+  std::size_t empty_pages_ = 0;
+  std::size_t entries_ = 0;
+};
+
+}  // namespace twk::live
