@@ -15,6 +15,16 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TWK_CCACHE)
   target_compile_options(twk_warnings INTERFACE -fpch-preprocess)
 endif()
 
+# What makes a fault hard to use, in what is given to people; position-independent as every program. The options of the
+# debug and sanitized builds find such faults in their own way.
+if(CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo" AND NOT TWK_SANITIZE)
+  include(CheckCXXCompilerFlag)
+  check_cxx_compiler_flag(-fcf-protection TWK_CAN_PROTECT_BRANCHES)
+  target_compile_options(twk_warnings INTERFACE -fPIE -fstack-protector-strong -fstack-clash-protection
+    $<$<BOOL:${TWK_CAN_PROTECT_BRANCHES}>:-fcf-protection> -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -D_GLIBCXX_ASSERTIONS)
+  target_link_options(twk_warnings INTERFACE -pie -Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
+
 # Of the program, and of its tests: to look for undefined behaviour in a test's own code as well would cost half as much
 # again as the rest of its compilation.
 add_library(twk_rules INTERFACE)

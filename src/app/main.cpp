@@ -1,5 +1,6 @@
 #include "app/command_line.hpp"
 #include "app/program.hpp"
+#include "local/private_memory.hpp"
 #include "local/refused_writes.hpp"
 #include "screens/application.hpp"
 #include "screens/icons.hpp"
@@ -8,6 +9,7 @@ int main(int argc, char** argv) {
   using namespace twk;
   if (const auto code = app::answer_without_screen(argc, argv))
     return *code;
+  local::keep_memory_private();
   local::outlive_refused_writes();
   screens::Application application(argc, argv);
   QApplication::setWindowIcon(screens::icon("tarnwick"));

@@ -11,6 +11,7 @@
 #include "cli/failures.hpp"
 #include "cli/interrupt.hpp"
 #include "cli/logon_password.hpp"
+#include "local/private_memory.hpp"
 #include "local/refused_writes.hpp"
 
 namespace twk::cli {
@@ -88,6 +89,7 @@ bool parse(CLI::App& app, const Command& commands, int argc, char** argv) {
 }
 
 int run(int argc, char** argv) {
+  local::keep_memory_private();
   check_arguments(argc, argv);
   Context context;
   context.options().logon_password = take_password_of_environment();

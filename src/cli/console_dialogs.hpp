@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/secret.hpp"
 #include "platform/dialogs.hpp"
 
 namespace twk::cli {
@@ -21,6 +22,14 @@ enum class Asking {
 /// becomes `kNoInput`.
 class ConsoleDialogs final : public platform::Dialogs {
  public:
+  ConsoleDialogs() = default;
+  ConsoleDialogs(const ConsoleDialogs&) = delete;
+  ConsoleDialogs& operator=(const ConsoleDialogs&) = delete;
+  ~ConsoleDialogs() {
+    if (password_)
+      base::wipe(*password_);
+  }
+
   void set_asking(Asking asking) { asking_ = asking; }
 
   /// Answers the next secret input boxes, each time the same.

@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
+#include "base/secret.hpp"
 #include "base/text.hpp"
 #include "cli/failures.hpp"
 
@@ -59,10 +61,12 @@ std::vector<std::string> text_lines(std::string_view text) {
 }
 
 std::string read_password(const std::string& path) {
-  const std::vector<std::string> lines = text_lines(read_input(path));
+  std::string text = read_input(path);
+  std::vector<std::string> lines = text_lines(text);
+  base::wipe(text);
   if (lines.empty())
     throw BadInput("There is no password in " + (path == "-" ? "standard input" : path));
-  return lines.front();
+  return std::move(lines.front());
 }
 
 }  // namespace twk::cli

@@ -24,6 +24,7 @@ struct SettingsArguments {
   std::string file;
   bool user = false;
   bool force = false;
+  bool show_secrets = false;
 };
 
 const std::vector<Column> kColumns = {{"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
@@ -41,6 +42,20 @@ std::string full_key(std::string_view key) {
     key.remove_prefix(1);
   const std::string root(session::kTree);
   return key.empty() ? root : root + "\\" + std::string(key);
+}
+
+/// True for a value that is a password itself, not a format, an instruction or nothing.
+bool is_password(std::string_view name, std::string_view value) {
+  constexpr std::array kNames = {std::string_view("Password"), std::string_view("FormattedPassword"),
+                                 std::string_view("Mail_Password")};
+  const bool named = std::any_of(kNames.begin(), kNames.end(),
+                                 [&](std::string_view one) { return base::equals_fold(one, name); });
+  return named && !value.empty() && value.find('%') == base::npos && !base::equals_fold(value, "PROMPT");
+}
+
+/// What of a value may be seen by whoever looks over a shoulder or reads what a script kept.
+std::string shown(const SettingsArguments& arguments, std::string_view name, const std::string& value) {
+  return arguments.show_secrets || !is_password(name, value) ? value : "********";
 }
 
 Json to_json(std::string_view hive, std::string_view path, std::string_view name, std::string_view value) {
@@ -90,19 +105,9 @@ int get_setting(Context& context, const SettingsArguments& arguments) {
   std::string value;
   if (!context.registry().Reg_Read(hive, full_key(arguments.key), arguments.name, value))
     throw Refused("There is no setting " + arguments.key + "\\" + arguments.name + ".");
+  value = shown(arguments, arguments.name, value);
   context.output().result(to_json(hive_name, full_key(arguments.key), arguments.name, value), value);
   return kExitGreen;
-}
-
-/// True for a value that is a password itself, not a format, an instruction or nothing.
-bool is_password(const SettingsArguments& arguments) {
-  constexpr std::array names = {std::string_view("Password"), std::string_view("FormattedPassword"),
-                                std::string_view("Mail_Password")};
-  const bool named = std::any_of(names.begin(), names.end(), [&](std::string_view name) {
-    return base::equals_fold(name, arguments.name);
-  });
-  return named && !arguments.value.empty() && arguments.value.find('%') == base::npos &&
-         !base::equals_fold(arguments.value, "PROMPT");
 }
 
 void write_setting(Context& context, std::uint32_t hive, std::string_view key, std::string_view name,
@@ -114,7 +119,7 @@ void write_setting(Context& context, std::uint32_t hive, std::string_view key, s
 }
 
 int set_setting(Context& context, const SettingsArguments& arguments, bool from_input) {
-  if (!from_input && is_password(arguments)) {
+  if (!from_input && is_password(arguments.name, arguments.value)) {
     throw UsageError(
         "A password is not taken from the command line, where others can read it: leave VALUE out and give "
         "it on standard input.");
@@ -140,23 +145,31 @@ int list_settings(Context& context, const SettingsArguments& arguments) {
     if (arguments.user && hive != platform::kHiveCurrentUser)
       continue;
     for (const auto& entry : context.registry_listing().entries(hive, full_key(arguments.key)))
-      rows.push_back(to_json(hive_name, entry.key, entry.name, entry.value));
+      rows.push_back(to_json(hive_name, entry.key, entry.name, shown(arguments, entry.name, entry.value)));
   }
   context.output().table(kColumns, rows);
   return kExitGreen;
 }
 
+/// A mask would be taken for the password when the text is imported: passwords are left out.
 int export_settings(Context& context, const SettingsArguments& arguments) {
   local::RegistryTree tree;
+  std::size_t left_out = 0;
   for (const auto& [hive, hive_name] : kHives) {
     if (arguments.user && hive != platform::kHiveCurrentUser)
       continue;
     for (const auto& entry : context.registry_listing().entries(hive, session::kTree)) {
+      if (!arguments.show_secrets && is_password(entry.name, entry.value)) {
+        ++left_out;
+        continue;
+      }
       local::set_registry_value(local::registry_key(tree, std::string(hive_name) + "\\" + entry.key),
                                 {.name = entry.name, .text = entry.value, .other = {}});
     }
   }
   context.output().raw(local::format_regedit(tree));
+  if (left_out != 0)
+    complain("Passwords are left out; --show-secrets exports them as well.");
   return kExitGreen;
 }
 
@@ -215,7 +228,12 @@ void add_settings_commands(Command& app, Context& context) {
         ->may_be_empty();
   };
 
+  const auto add_secrets = [&](Command* command) {
+    command->add_flag("--show-secrets", arguments->show_secrets, "Passwords as they are stored");
+  };
+
   auto* get = add("get", "Print one value");
+  add_secrets(get);
   add_key(get)->required();
   get->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
   get->callback(
@@ -240,10 +258,12 @@ void add_settings_commands(Command& app, Context& context) {
 
   auto* list = add("list", "List values");
   add_key(list);
+  add_secrets(list);
   list->callback(
       [=, &context] { context.set_action([=, &context] { return list_settings(context, *arguments); }); });
 
   auto* exporting = add("export", "Print all values as REGEDIT4 text");
+  add_secrets(exporting);
   exporting->callback(
       [=, &context] { context.set_action([=, &context] { return export_settings(context, *arguments); }); });
 

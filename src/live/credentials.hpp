@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/errors.hpp"
+#include "base/secret.hpp"
 #include "live/live_settings.hpp"
 #include "live/ticket.hpp"
 
@@ -29,6 +30,9 @@ struct Prompts {
 class Credentials {
  public:
   Credentials(LiveSettings settings, Prompts prompts);
+  Credentials(const Credentials&) = delete;
+  Credentials& operator=(const Credentials&) = delete;
+  ~Credentials() { base::wipe(settings_.password); }
 
   [[nodiscard]] const LiveSettings& settings() const { return settings_; }
   /// True when a user and a password are what counts, be it for a ticket.

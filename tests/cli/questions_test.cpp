@@ -65,11 +65,19 @@ TEST_F(Passwords, ThatAreTypedDoNotShow) {
   EXPECT_THAT(result.out, AllOf(HasSubstr("Enter User Password:"), Not(HasSubstr("Sesame"))));
 }
 
-TEST_F(Passwords, AreNotTakenFromTheCommandLine) {
+TEST_F(Passwords, AreNeitherTakenFromTheCommandLineNorShownUnasked) {
   const ProgramResult refused = run({"settings", "set", "Setup", "Password", "Sesame-Open-1"});
   EXPECT_EQ(refused.exit_code, 64);
   EXPECT_EQ(run({"settings", "set", "Setup", "Password"}, "Sesame-Open-1\n").exit_code, 0);
-  EXPECT_EQ(run({"settings", "get", "setup", "password"}).out, "Sesame-Open-1\n");
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"settings", "get", "setup", "password"}, {"settings", "list"}, {"settings", "export"}}) {
+    const ProgramResult hidden = run(command);
+    EXPECT_EQ(hidden.exit_code, 0);
+    EXPECT_THAT(hidden.out + hidden.err, Not(HasSubstr("Sesame"))) << command[1];
+    std::vector<std::string> shown = command;
+    shown.emplace_back("--show-secrets");
+    EXPECT_THAT(run(shown).out, HasSubstr("Sesame-Open-1")) << command[1];
+  }
 }
 
 }  // namespace
