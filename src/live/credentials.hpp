@@ -20,7 +20,7 @@ struct Prompts {
   /// server that went away.
   std::function<void(const std::string& text)> tell;
   /// True when the person wants the work to end.
-  std::function<bool()> is_stopped;
+  std::function<bool()> is_stopped = {};
 };
 
 /// By what one person logs on to the servers of a domain. All connections share it, so that a password is
