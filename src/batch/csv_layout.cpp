@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "batch/import_file.hpp"
+#include "format/passwords.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {
@@ -12,6 +14,7 @@ using session::CSV_Import;
 using session::Session;
 
 constexpr std::size_t kLongestShownPath = 40;
+constexpr int kShownLines = 2;
 
 std::vector<controls::ComboBox*> choices(CSV_Import& window) {
   return {&window.ImportFirst, &window.ImportMiddle, &window.ImportLast, &window.ImportUserID,
@@ -24,6 +27,10 @@ std::string shown_path(std::string_view path) {
   return "..." + std::string(base::right(path, kLongestShownPath - 3));
 }
 
+int field_count(std::string_view line) {
+  return line.empty() ? 0 : static_cast<int>(std::count(line.begin(), line.end(), ',')) + 1;
+}
+
 void add_preview(CSV_Import& window, std::string_view line) {
   std::vector<std::string> fields = base::split(line, ',');
   window.columns = std::max(window.columns.get(), static_cast<int>(fields.size()));
@@ -33,42 +40,27 @@ void add_preview(CSV_Import& window, std::string_view line) {
   window.ListView1.add({}, first, {}, std::move(fields));
 }
 
+/// A field beyond the last element of a line's fields cannot be asked for.
+void offer_columns(CSV_Import& window, int fields) {
+  for (controls::ComboBox* box : choices(window))
+    offer_column(*box, std::min(fields, static_cast<int>(session::kMostImportFields)));
+}
+
 std::int16_t chosen(const controls::ComboBox& box) {
   return static_cast<std::int16_t>(std::max(0, box.list_index()));
 }
 
 }  // namespace
 
-std::string import_text(std::string_view bytes) {
-  if (bytes.starts_with(base::kByteOrderMark))
-    bytes.remove_prefix(base::kByteOrderMark.size());
-  return base::is_valid_utf8(bytes) ? std::string(bytes) : base::from_ansi(bytes);
-}
-
-bool next_line(std::string_view text, std::size_t& position, std::string_view& line) {
-  if (position >= text.size())
-    return false;
-  const std::size_t end = text.find_first_of("\r\n", position);
-  line = text.substr(position, end == base::npos ? base::npos : end - position);
-  position = end == base::npos ? text.size() : end + 1;
-  if (end != base::npos && text[end] == '\r' && position < text.size() && text[position] == '\n')
-    ++position;
-  return true;
-}
-
-void split_import_line(session::ImportState& state, std::string_view line) {
-  constexpr std::size_t kMostCounted = 32767;
-  state.ImportLine = line;
-  const std::vector<std::string> fields = base::split(line, ',');
-  const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
-  std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
-  state.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
+void offer_column(controls::ComboBox& box, int column) {
+  for (int next = static_cast<int>(box.items().size()); next <= column; ++next)
+    box.add_item("%IMPORT" + base::to_text(next) + "%");
 }
 
 void load_csv_layout(Session& session, std::string_view path) {
   CSV_Import& window = session.csv_import;
   window.File_Name.caption = shown_path(path);
-  const std::string text = import_text(session.platform.files.read(path));
+  ImportLines lines(session.platform.files.read(path));
   window.ListView1.clear();
   window.columns = 0;
   window.chkImport.value = 1;
@@ -76,19 +68,15 @@ void load_csv_layout(Session& session, std::string_view path) {
     box->clear();
     box->add_item("");
   }
-  std::size_t position = 0;
-  std::string_view line;
-  if (next_line(text, position, line)) {
-    add_preview(window, line);
-    // A field beyond the last element of the line's fields cannot be asked for.
-    const int offered = std::min(window.columns.get(), static_cast<int>(session::kMostImportFields));
-    for (int column = 1; column <= offered; ++column) {
-      const std::string tag = "%IMPORT" + base::to_text(column) + "%";
-      for (controls::ComboBox* box : choices(window))
-        box->add_item(tag);
-    }
-    if (next_line(text, position, line))
-      add_preview(window, line);
+  window.widest = 0;
+  for (int shown = 0; lines.next(); ++shown) {
+    const int fields = field_count(lines.line());
+    window.widest = std::max(window.widest, fields);
+    if (shown < kShownLines)
+      add_preview(window, lines.line());
+    // A line of one field makes no user, so it says nothing of the columns.
+    if (window.ImportFirst.items().size() == 1 && fields >= 2)
+      offer_columns(window, fields);
   }
   chkImport_Click(session);
 }
@@ -101,7 +89,7 @@ void chkImport_Click(Session& session) {
   for (controls::ComboBox* box : choices(window)) {
     const int last = static_cast<int>(box->items().size()) - 1;
     if (standard)
-      box->select(index <= 3 ? std::min(index, last) : 0);
+      box->select(index <= std::min(3, last) ? index : 0);
     box->enabled = !standard;
     ++index;
   }
@@ -116,6 +104,7 @@ void csv_layout_ok(Session& session) {
   if (!window.ImportPassword.text.get().empty()) {
     form.FmtPass.value = 1;
     form.Formatted_Password.text = window.ImportPassword.text.get();
+    format::show_password_frame(session);
   }
   if (!window.ImportUserID.text.get().empty()) {
     form.Option1.index = 4;

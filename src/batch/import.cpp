@@ -5,6 +5,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/csv_layout.hpp"
+#include "batch/import_file.hpp"
+#include "batch/import_options.hpp"
 #include "creation/create_user.hpp"
 #include "session/session.hpp"
 
@@ -35,17 +37,42 @@ void open_error_file(Session& session) {
   session.import.error_file.open(session.platform.files, session.import.error_path, true);
   error_line(session, session::kAsterisks);
   error_line(session, session::date_and_time(session));
-  error_line(session, "The following users were not created.");
+  error_line(session, kNotCreated);
   error_line(session, session::kAsterisks);
+}
+
+/// A name of its own also for a run within the same second.
+std::string free_summary_path(const Session& session, const std::string& name) {
+  std::string path = database_path(session, name + ".csv");
+  for (int next = 2; session.platform.files.exists(path); ++next)
+    path = database_path(session, name + " (" + base::to_text(next) + ").csv");
+  return path;
 }
 
 void open_summary(Session& session) {
   const base::Date now = session.platform.clock.now();
   ImportState& state = session.import;
-  state.summary_path = database_path(session, "Import Summary - " + base::format_compact_date(now) +
-                                                  base::format_compact_time(now) + ".csv");
+  state.summary_path = free_summary_path(
+      session, "Import Summary - " + base::format_compact_date(now) + base::format_compact_time(now));
   state.summary_file.open(session.platform.files, state.summary_path, false);
   session::write_run_file(session, state.summary_file, "Full Name,WinNT logon,W2K logon,ERRORS");
+}
+
+/// True when these are the bytes of "Import.err", which the run is about to empty. They are kept beside it,
+/// so that a run that is killed loses nobody.
+bool keep_error_file(Session& session, const std::string& bytes) {
+  platform::Files& files = session.platform.files;
+  const std::string path = database_path(session, "Import.err");
+  if (bytes.empty() || !files.exists(path) || files.read(path) != bytes)
+    return false;
+  files.write(path + ".old", bytes);
+  return true;
+}
+
+/// The lines that the run did not come to were not created either.
+void keep_rest(Session& session, ImportLines& lines) {
+  while (lines.next())
+    error_line(session, lines.line());
 }
 
 void fill_names(Session& session) {
@@ -64,28 +91,38 @@ void tell_row(Session& session, std::int32_t line) {
     session.import.row_done({line, session.LastCreation});
 }
 
-End run_lines(Session& session, std::string_view path, std::string_view text) {
+/// Takes a line into the fields and the names of the New User tab.
+void take_line(Session& session, std::string_view line) {
+  split_import_line(session.import, line);
+  session.form1.USERID.text = std::string();
+  session.form1.UserID_Box.text = std::string();
+  fill_names(session);
+}
+
+void refuse_short_line(Session& session) {
+  const std::string& line = session.import.ImportLine;
+  error_line(session, line);
+  session.LastCreation = {line, "", "The line has fewer than two fields", {}};
+}
+
+End run_lines(Session& session, std::string_view path, ImportLines& lines) {
   session::Form1& form = session.form1;
   ImportState& state = session.import;
-  std::size_t position = 0;
-  std::string_view line;
-  for (std::int32_t number = 1; next_line(text, position, line); ++number) {
-    split_import_line(state, line);
-    form.USERID.text = std::string();
-    form.UserID_Box.text = std::string();
-    fill_names(session);
+  while (lines.next()) {
+    take_line(session, lines.line());
     if (state.ImportFieldCount < 2) {
-      error_line(session, state.ImportLine);
-      session.LastCreation = {state.ImportLine, "", "The line has fewer than two fields", {}};
-      tell_row(session, number);
+      refuse_short_line(session);
+      tell_row(session, lines.number());
       continue;
     }
-    if (state.ImportStopped)
+    if (state.ImportStopped) {
+      lines.put_back();
       return End::kStopped;
+    }
     creation::CreateUser_Click(session);
     form.Import_Text.caption =
         "Number of Users Imported from " + title(path) + "= " + base::to_text(state.ImportAddedCount);
-    tell_row(session, number);
+    tell_row(session, lines.number());
     if (state.ImportHalt && form.STOP_ON_RED[0].on())
       return End::kErrorHalt;
     if (state.ImportHaltWarning && form.STOP_ON_RED[1].on())
@@ -109,12 +146,12 @@ bool tell_end(Session& session, End end, std::string_view path) {
     case End::kErrorHalt:
       session.platform.dialogs.beep();
       session::LOG_TAB(session, session::kRed, " Import Halted because errors were detected");
-      error_line(session, "Import Halted because error were detected");
+      error_line(session, kErrorHalt);
       return false;
     case End::kWarningHalt:
       session.platform.dialogs.beep();
       session::LOG_TAB(session, session::kYellow, " Import Halted because WARNINGS were detected");
-      error_line(session, "Import Halted because warnings were detected");
+      error_line(session, kWarningHalt);
       return false;
   }
   return false;
@@ -163,6 +200,19 @@ void log_block(Session& session, std::string_view text, bool with_user) {
   session.log.close();
 }
 
+/// What an earlier run left is forgotten.
+void begin_run(ImportState& state) {
+  state.Importing = true;
+  state.ImportStopped = false;
+  state.ImportAddedCount = 0;
+  state.ImportHalt = false;
+  state.foreseen_names.clear();
+  state.told_groups.clear();
+  state.failure.clear();
+  state.error_path.clear();
+  state.summary_path.clear();
+}
+
 }  // namespace
 
 void Import_Command(Session& session) {
@@ -170,6 +220,12 @@ void Import_Command(Session& session) {
   if (const std::string fault = selection_fault(session); !fault.empty()) {
     session.platform.dialogs.MsgBox(fault, platform::Buttons::kOk, platform::Icon::kCritical,
                                     "Can't Import Users");
+    return;
+  }
+  if (const std::string fault = refused_expiry(session, session.import_grps.Expiredate.text.get());
+      !fault.empty()) {
+    session.platform.dialogs.MsgBox("The expiry of the accounts: " + fault + ".", platform::Buttons::kOk,
+                                    platform::Icon::kCritical, "Can't Import Users");
     return;
   }
   const auto path = session.platform.dialogs.open_file("Open file to import", "CSV Files (*.csv)|*.csv|");
@@ -202,22 +258,24 @@ void Import_Command(Session& session) {
 
 bool Import_Users(Session& session, std::string_view path) {
   ImportState& state = session.import;
-  state.Importing = true;
-  state.ImportStopped = false;
-  state.ImportAddedCount = 0;
-  state.ImportHalt = false;
-  state.failure.clear();
-  state.error_path.clear();
-  state.summary_path.clear();
+  begin_run(state);
   bool whole = false;
   base::Trap trap(session::is_debug(session));
   trap([&] {
-    open_error_file(session);
+    // First, because "Import.err" may be what is read.
+    const std::string bytes = session.platform.files.read(path);
+    const bool again = !state.rehearsed && keep_error_file(session, bytes);
+    ImportLines lines(bytes);
+    if (!state.rehearsed)
+      open_error_file(session);
     session.form1.enabled = false;
     session.cancel_import.visible = true;
-    open_summary(session);
-    const std::string text = import_text(session.platform.files.read(path));
-    whole = tell_end(session, run_lines(session, path, text), path);
+    if (!state.rehearsed)
+      open_summary(session);
+    const End end = run_lines(session, path, lines);
+    if (again)
+      keep_rest(session, lines);
+    whole = tell_end(session, end, path);
   });
   state.error_file.close();
   state.summary_file.close();

@@ -3,7 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/change_property.hpp"
-#include "batch/csv_layout.hpp"
+#include "batch/import_file.hpp"
 #include "batch/property_run.hpp"
 #include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"

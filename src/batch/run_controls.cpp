@@ -62,6 +62,7 @@ bool take_selection(Session& session, const RunHooks& hooks, bool finished_is_do
   };
   return walk_selection(session, rules_of(session, hooks, false, goes_on), [&](SelectedUser& user) {
     const std::size_t rows = session.form1.ListView1.size();
+    session.log.take_told();
     const bool done = operation(user, session::is_active_directory(session) ? user.path : user.name);
     if (done && user.row != nullptr)
       session.multi_user.ListView1.set_ghosted(*user.row, true);
@@ -69,6 +70,7 @@ bool take_selection(Session& session, const RunHooks& hooks, bool finished_is_do
       return;
     UserOutcome outcome = outcome_since(session, rows, user);
     const bool finished = outcome.light == session::kGreen || outcome.light == session::kYellow;
+    outcome.warnings = session.log.take_told();
     outcome.done = done || (finished_is_done && finished);
     hooks.done(outcome);
   });

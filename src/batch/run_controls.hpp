@@ -20,7 +20,8 @@ struct UserOutcome {
   std::string path;  ///< see `SelectedUser`
   std::string_view light = session::kGreen;  ///< empty when nothing was done
   std::string message;
-  bool done = true;  ///< what was asked for came about, with warnings perhaps
+  bool done = true;                        ///< what was asked for came about, with warnings perhaps
+  std::vector<std::string> warnings = {};  ///< reasons that rows of the log tab bear
 };
 
 /// What whoever starts a run wants to know of it. The window wants nothing: its runs end at the first

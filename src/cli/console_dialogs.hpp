@@ -31,6 +31,7 @@ class ConsoleDialogs final : public platform::Dialogs {
   }
 
   void set_asking(Asking asking) { asking_ = asking; }
+  [[nodiscard]] bool asks_person() const { return asking() == Asking::kPerson; }
 
   /// Answers the next secret input boxes, each time the same.
   void set_password(std::string password) { password_ = std::move(password); }

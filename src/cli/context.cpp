@@ -95,7 +95,8 @@ int Context::run() {
   if (options_.no_input)
     dialogs_.set_asking(Asking::kNoInput);
   const int exit_code = action_();
-  return exit_code == kExitGreen && session_ && met_trouble(*session_) ? kExitYellow : exit_code;
+  const bool asks_log_tab = exit_code == kExitGreen && session_ && !keeps_exit_code_;
+  return asks_log_tab && met_trouble(*session_) ? kExitYellow : exit_code;
 }
 
 std::filesystem::path Context::named_lab() const {

@@ -79,6 +79,9 @@ class Context {
   void override_setting(std::string_view sub_key, std::string_view name, std::string value);
   /// From here on nothing is changed: the session that is opened next tells each step instead.
   void rehearse(std::function<void(const std::string&)> tell);
+  /// The exit code of the action tells all there is: rows of the log tab that are no GREEN ones do not make
+  /// it YELLOW.
+  void keep_exit_code() { keeps_exit_code_ = true; }
   /// Opens the session. Raises `Refused` when the domain is needed and cannot be loaded.
   session::Session& session(Depth depth);
 
@@ -90,6 +93,7 @@ class Context {
   Output output_;
   ConsoleDialogs dialogs_;
   std::function<int()> action_;
+  bool keeps_exit_code_ = false;
   std::unique_ptr<world::World> world_;
   std::unique_ptr<lifecycle::Rehearsal> rehearsal_;
   std::unique_ptr<session::Session> session_;

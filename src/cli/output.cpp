@@ -31,6 +31,13 @@ void append_row(std::string& out, const std::vector<std::string>& cells,
 
 }  // namespace
 
+Json warnings_of(std::string_view light, const std::string& message,
+                 const std::vector<std::string>& reasons) {
+  if (light == session::kGreen)
+    return Json::array();
+  return reasons.empty() ? Json::array({message}) : Json(reasons);
+}
+
 std::string text_of(const Json& value) {
   if (value.is_string())
     return value.get<std::string>();

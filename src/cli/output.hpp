@@ -50,6 +50,10 @@ class Output {
   int failure_ = 0;  ///< errno of the first failed write
 };
 
+/// The reasons of a light that is not GREEN, each for itself, as every result about a user has them under
+/// "warnings"; the message alone where no reason was given.
+Json warnings_of(std::string_view light, const std::string& message, const std::vector<std::string>& reasons);
+
 /// A value for people: a list with commas between, True and False as "yes" and "no", nothing as "".
 std::string text_of(const Json& value);
 

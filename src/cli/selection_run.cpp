@@ -23,7 +23,8 @@ void print(Context& context, const Session& session, const batch::UserOutcome& o
   context.output().result({{"user", outcome.user},
                            {"dn", dn_of_user(session, outcome.path)},
                            {"light", light_of(outcome)},
-                           {"message", outcome.message}},
+                           {"message", outcome.message},
+                           {"warnings", warnings_of(light_of(outcome), outcome.message, outcome.warnings)}},
                           shown(context, outcome));
 }
 
@@ -75,7 +76,7 @@ int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {
     complain("nobody is in the selection; nothing was done");
   context.output().result({{"light", counts.light()},
                            {"done", counts.done},
-                           {"warnings", counts.warnings},
+                           {"warned", counts.warnings},
                            {"failed", counts.failed},
                            {"unknown", counts.unknown},
                            {"message", message}},

@@ -27,7 +27,7 @@ struct RunCounts {
 
 /// "CN=…" behind the domain of an ADsPath; nothing in a WinNT domain.
 std::string dn_of_user(const session::Session& session, const std::string& path);
-/// The counts as the last result, { light, done, warnings, failed, unknown, message }; gives the exit code.
+/// The counts as the last result, { light, done, warned, failed, unknown, message }; gives the exit code.
 int tell_counts(Context& context, const RunCounts& counts, bool rehearsed = false);
 /// Shows on a terminal how far a run of the window is, and lets Ctrl-C stop it, until it goes.
 class RunProgress {

@@ -57,9 +57,11 @@ int create_user(Context& context, const CreateArguments& arguments) {
   const std::string light = outcome.light.empty() ? std::string(session::kRed) : outcome.light;
   const std::string message(
       base::trim(outcome.message.empty() ? form.StatusBar1.panel1.get() : outcome.message));
-  context.output().result(
-      {{"user", outcome.user}, {"light", light}, {"message", message}, {"warnings", outcome.warnings}},
-      context.output().light(light) + "  " + message);
+  context.output().result({{"user", outcome.user},
+                           {"light", light},
+                           {"message", message},
+                           {"warnings", warnings_of(light, message, outcome.warnings)}},
+                          context.output().light(light) + "  " + message);
   return exit_code_of_light(light);
 }
 

@@ -4,6 +4,7 @@
 #include "base/text.hpp"
 #include "batch/csv_layout.hpp"
 #include "batch/import.hpp"
+#include "batch/import_file.hpp"
 #include "batch/import_options.hpp"
 #include "cli/display.hpp"
 #include "cli/exit_codes.hpp"
@@ -17,6 +18,17 @@
 namespace twk::cli {
 namespace {
 
+/// Columns of an import file, counted from 1; 0 stands for none.
+struct ImportColumns {
+  std::optional<int> first;
+  std::optional<int> middle;
+  std::optional<int> last;
+  std::optional<int> id;
+  std::optional<int> password;
+
+  [[nodiscard]] bool any() const { return first || middle || last || id || password; }
+};
+
 struct ImportArguments {
   std::string file;
   CreationPlace place;
@@ -25,6 +37,7 @@ struct ImportArguments {
   bool halt_on_warnings = false;
   bool skip_prompts = false;
   std::string groups;
+  std::string description;
   std::optional<std::string> expires;
   std::optional<std::string> expires_after;
   bool preview = false;
@@ -79,30 +92,29 @@ void set_expiry(session::Session& session, const ImportArguments& arguments) {
     throw UsageError("the expiry of the accounts: " + refused);
 }
 
-/// Chooses a column, which the first line must have.
-void choose(controls::ComboBox& box, const std::optional<int>& column) {
-  if (!column)
-    return;
-  if (static_cast<std::size_t>(*column) >= box.items().size()) {
-    throw UsageError("there is no column " + std::to_string(*column) + ": the first line has " +
-                     std::to_string(box.items().size() - 1));
+/// Chooses a column, which some line must have when it was asked for.
+void choose(controls::ComboBox& box, const std::optional<int>& column, int standard, int widest) {
+  if (column.value_or(0) > widest) {
+    throw UsageError("there is no column " + std::to_string(*column) + ": the longest line has " +
+                     std::to_string(widest));
   }
-  box.select(*column);
+  const int chosen = column.value_or(standard);
+  if (chosen <= widest)
+    batch::offer_column(box, chosen);
+  box.select(chosen <= widest ? chosen : 0);
 }
 
 /// What a person does in the window `CSV_Import`.
 void choose_columns(session::Session& session, const ImportColumns& columns) {
   session::CSV_Import& window = session.csv_import;
-  window.chkImport.value = 1;
+  window.chkImport.value = columns.any() ? 0 : 1;
   batch::chkImport_Click(session);
   if (columns.any()) {
-    window.chkImport.value = 0;
-    batch::chkImport_Click(session);
-    choose(window.ImportFirst, columns.first);
-    choose(window.ImportMiddle, columns.middle);
-    choose(window.ImportLast, columns.last);
-    choose(window.ImportUserID, columns.id);
-    choose(window.ImportPassword, columns.password);
+    choose(window.ImportFirst, columns.first, 1, window.widest);
+    choose(window.ImportMiddle, columns.middle, 2, window.widest);
+    choose(window.ImportLast, columns.last, 3, window.widest);
+    choose(window.ImportUserID, columns.id, 0, window.widest);
+    choose(window.ImportPassword, columns.password, 0, window.widest);
   }
   batch::csv_layout_ok(session);
 }
@@ -124,17 +136,26 @@ void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
                  {"user", row.outcome.user},
                  {"light", light},
                  {"message", message},
-                 {"warnings", row.outcome.warnings}},
+                 {"warnings", warnings_of(light, message, row.outcome.warnings)}},
                 pad(std::to_string(row.line), 6) + output.light(light) + std::string(8 - light.size(), ' ') +
                     pad(printable(row.outcome.user), 20) + "  " + printable(message));
 }
 
 /// GREEN when every line made a user without a warning; RED when the run was halted or failed.
-std::string_view light_of_run(const session::ImportState& state, const Counts& counts, bool whole) {
-  if (!whole)
+std::string_view light_of_run(const session::ImportState& state, const Counts& counts, bool faultless) {
+  if (!state.failure.empty() || state.ImportHalt)
     return session::kRed;
-  const bool clean = counts.refused == 0 && counts.warnings == 0 && !state.ImportStopped;
+  const bool clean = faultless && counts.refused == 0 && counts.warnings == 0 && !state.ImportStopped;
   return clean ? session::kGreen : session::kYellow;
+}
+
+std::string end_of_run(const session::Session& session) {
+  const session::ImportState& state = session.import;
+  if (!state.failure.empty())
+    return state.failure;
+  if (state.ImportHalt)
+    return "Import Halted because errors were detected";
+  return state.ImportStopped ? "Import Halted by User" : session.form1.StatusBar1.panel1.get();
 }
 
 void print_end(Output& output, const session::ImportState& state, const Counts& counts,
@@ -143,24 +164,29 @@ void print_end(Output& output, const session::ImportState& state, const Counts& 
   const std::string summary_path = local::to_local_path(state.summary_path);
   output.result({{"light", light},
                  {"created", counts.created},
-                 {"warnings", counts.warnings},
+                 {"warned", counts.warnings},
                  {"refused", counts.refused},
                  {"importErr", error_path},
                  {"summary", summary_path},
                  {"message", message}},
                 std::to_string(counts.created) + " created, " + std::to_string(counts.warnings) +
-                    " of them with warnings, " + std::to_string(counts.refused) + " not created.\n" +
-                    "Not created: " + printable(error_path) + "\n" +
-                    "Summary:     " + printable(summary_path));
+                    " of them with warnings, " + std::to_string(counts.refused) + " not created" +
+                    (state.ImportStopped ? ", stopped.\n" : ".\n") + "Not created: " + printable(error_path) +
+                    "\n" + "Summary:     " + printable(summary_path));
 }
 
-/// What went wrong beside the creations, each text once: a log or a summary that could not be written.
-void tell_faults(const session::Session& session, std::set<std::string> told) {
+/// What went wrong beside the creations, each text once: a log or a summary that could not be written. True
+/// when there was something.
+bool tell_faults(const session::Session& session, std::set<std::string> told) {
   const controls::ListView& rows = session.form1.ListView1;
+  bool any = false;
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows.at(i).icon == session::kYellow && told.insert(rows.at(i).text).second)
-      complain(rows.at(i).text);
+    if (rows.at(i).icon != session::kYellow || !told.insert(rows.at(i).text).second)
+      continue;
+    complain(rows.at(i).text);
+    any = true;
   }
+  return any;
 }
 
 int run_import(Context& context, session::Session& session) {
@@ -186,32 +212,44 @@ int run_import(Context& context, session::Session& session) {
   context.dialogs().on_events({});
   state.row_done = {};
 
-  tell_faults(session, std::move(outcomes));
+  const bool faults = tell_faults(session, std::move(outcomes));
   if (!state.failure.empty())
     complain(state.failure);
   if (state.summary_path.empty())
     return kExitRed;
-  const bool whole = state.failure.empty() && !state.ImportHalt;
-  const std::string_view light = light_of_run(state, counts, whole);
-  print_end(context.output(), state, counts, light, session.form1.StatusBar1.panel1);
+  const std::string_view light = light_of_run(state, counts, !faults);
+  print_end(context.output(), state, counts, light, end_of_run(session));
+  context.keep_exit_code();
   return exit_code_of_light(light);
+}
+
+/// The path of a file that holds a line.
+std::string checked_file(Context& context, const std::string& file) {
+  const std::string path = std::filesystem::absolute(file).string();
+  if (!std::filesystem::exists(path) || std::filesystem::is_directory(path))
+    throw BadInput("There is no file " + file);
+  if (!std::filesystem::is_regular_file(path))
+    throw BadInput(file + " is no ordinary file: save the lines to one first");
+  if (!batch::ImportLines(context.services().files.read(path)).next())
+    throw BadInput(file + " holds no line of a user");
+  return path;
 }
 
 int import_users(Context& context, const ImportArguments& arguments) {
   if (!arguments.groups.empty())
     set_group_range(context, arguments.groups);
+  const std::string path = checked_file(context, arguments.file);
+  if (arguments.preview)
+    context.rehearse([](const std::string&) {});
   session::Session& session = context.session(Depth::kDomain);
-  const std::string path = std::filesystem::absolute(arguments.file).string();
-  if (!context.services().files.exists(path) || context.services().files.is_directory(path))
-    throw BadInput("There is no file " + arguments.file);
   choose_place(context, session, arguments.place);
   set_halts(session.form1, arguments);
-  batch::ImportGrps_Load(session);
+  session.form1.Description.text = arguments.description;
   set_expiry(session, arguments);
   context.dialogs().set_file(path);
   context.dialogs().on_modal([&](std::string_view) { choose_columns(session, arguments.columns); });
   if (arguments.preview)
-    return preview_import(context, session, path, arguments.columns);
+    return preview_import(context, session);
   return run_import(context, session);
 }
 
@@ -238,6 +276,11 @@ void add_user_import(Command& user, Context& context) {
   command->add_flag("--skip-prompts", arguments->skip_prompts, "Leave out properties that ask for a value");
   command->add_option("--groups", arguments->groups, "Fields that may name groups")
       ->type_name("none|all|A-B");
+  command
+      ->add_option("--description", arguments->description,
+                   "Description of the accounts, with %IMPORTn% for a column")
+      ->type_name("TEXT")
+      ->may_be_empty();
   command
       ->add_option("--expires", arguments->expires, "Day at whose beginning the accounts end, or %IMPORTn%")
       ->type_name("TEXT");

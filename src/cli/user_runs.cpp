@@ -14,9 +14,12 @@ using session::Session;
 void print(Context& context, const batch::UserOutcome& outcome) {
   const std::string_view light = light_of(outcome);
   const std::string message = outcome.light.empty() ? outcome.user + ": " + outcome.message : outcome.message;
-  context.output().result(
-      {{"user", outcome.user}, {"light", light}, {"message", message}, {"done", outcome.done}},
-      context.output().light(light) + "  " + printable(message));
+  context.output().result({{"user", outcome.user},
+                           {"light", light},
+                           {"message", message},
+                           {"done", outcome.done},
+                           {"warnings", warnings_of(light, message, outcome.warnings)}},
+                          context.output().light(light) + "  " + printable(message));
 }
 
 void print_step(Context& context, const std::string& step) {

@@ -42,9 +42,11 @@ int set_user(Context& context, const SetArguments& arguments) {
   const bool saved = message.starts_with("Saved");
   const bool whole = saved && session.details.refused.empty();
   const std::string light(whole ? session::kGreen : saved ? session::kYellow : session::kRed);
-  context.output().result(
-      {{"user", user}, {"light", light}, {"message", message}, {"warnings", session.details.refused}},
-      context.output().light(light) + "  " + user + ": " + message);
+  context.output().result({{"user", user},
+                           {"light", light},
+                           {"message", message},
+                           {"warnings", warnings_of(light, message, session.details.refused)}},
+                          context.output().light(light) + "  " + user + ": " + message);
   return exit_code_of_light(light);
 }
 

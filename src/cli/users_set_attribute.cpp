@@ -138,7 +138,8 @@ void print_line(Context& context, const Session& session, const PropertyOutcome&
                            {"user", outcome.user},
                            {"dn", dn_of_user(session, outcome.path)},
                            {"light", light},
-                           {"message", message}},
+                           {"message", message},
+                           {"warnings", warnings_of(light, message, {})}},
                           pad(std::to_string(outcome.line), 6) + context.output().light(light) +
                               std::string(8 - light.size(), ' ') + pad(printable(outcome.user), 20) + "  " +
                               printable(message));

@@ -14,6 +14,14 @@ void CreateNtAccount(CreationRun& run);
 /// only warns. Flags that the LDAP object does not carry are set through the WinNT provider.
 void CreateAdAccount(CreationRun& run);
 
+/// What the account stage of a rehearsed run would meet, told as the stage itself would: a name in use, an
+/// end of the account that is no day, groups and a principal name that it would not get. Raises what would
+/// stop the run.
+void ForeseeAccount(CreationRun& run);
+
+/// Warns of a principal name that is in use, as `ApplyW2kProperties` would.
+void ForeseePrincipalName(CreationRun& run);
+
 /// Stages on an account that is not stored yet the rows of the directory table that mean the same there, and
 /// remembers them in `first_properties`. Nothing is told: that is for `ApplyW2kProperties`, at their place.
 void StageFirstProperties(CreationRun& run);

@@ -9,6 +9,23 @@
 
 namespace twk::creation {
 
+namespace {
+
+/// A rehearsal asks for none.
+void prepare_password(CreationRun& run) {
+  session::Session& session = run.session;
+  const NewUserRequest& request = run.request;
+  format::NewPasswordText password = format::new_password_text(session, run.SamName, request.FirstName,
+                                                               request.MiddleName, request.LastName);
+  if (!password.fault.empty())
+    warn(run, password.fault);
+  run.Password = session.import.rehearsed
+                     ? std::move(password.text)
+                     : format::password_of_text(session, std::move(password.text), run.UserId);
+}
+
+}  // namespace
+
 void PrepareAccountTexts(CreationRun& run) {
   session::Session& session = run.session;
   const NewUserRequest& request = run.request;
@@ -18,10 +35,11 @@ void PrepareAccountTexts(CreationRun& run) {
     run.DescriptionText = format::replace_import_fields(session, run.DescriptionText);
     run.ExpiryText = format::replace_import_fields(session, run.ExpiryText);
   }
-  if (base::find_fold(run.DescriptionText, "%Description%") != base::npos)
+  // A field that the line does not have leaves its tag.
+  if (base::find_fold(run.DescriptionText, "%Description%") != base::npos ||
+      (session.import.Importing && base::find_fold(run.DescriptionText, "%IMPORT") != base::npos))
     run.DescriptionText.clear();
-  run.Password = format::new_user_password(session, run.SamName, run.UserId, request.FirstName,
-                                           request.MiddleName, request.LastName);
+  prepare_password(run);
   const std::string& full_name = session.form1.FN_Format.text;
   if (!base::trim(full_name).empty()) {
     run.FullName = format::UserName(session, full_name, base::trim(request.FirstName),

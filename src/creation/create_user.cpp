@@ -47,13 +47,17 @@ void end_quietly(Session& session, const char* caption) {
   session.log.close();
 }
 
+void begin_account(CreationRun& run) {
+  PrepareAccountTexts(run);
+  run.stage = CreationStage::kAccount;
+  run.session.Error_Status_Text = "Error Creating Users Account...";
+  run.session.Error_Log_Text = "Error Creating Users Account: " + run.UserId;
+}
+
 void create_account(CreationRun& run) {
   Session& session = run.session;
   show_step(run, "Create User Account");
-  PrepareAccountTexts(run);
-  run.stage = CreationStage::kAccount;
-  session.Error_Status_Text = "Error Creating Users Account...";
-  session.Error_Log_Text = "Error Creating Users Account: " + run.UserId;
+  begin_account(run);
   platform::WriteBatch batch(session.platform.directory);
   if (session::is_active_directory(session)) {
     CreateAdAccount(run);
@@ -99,21 +103,41 @@ void create_mailbox(CreationRun& run) {
   paint(light, mailbox == Mailbox::kCreated ? controls::kBlue : controls::kYellow, "Completed");
 }
 
+Step make_directories(CreationRun& run) {
+  if (!run.session.form1.Create_Dirs.on())
+    return Step::kGoOn;
+  show_step(run, "Create Directories...");
+  if (CreateDirectories(run) == Step::kEnd) {
+    run.session.LastCreation.message = "The directory exists already";
+    end_quietly(run.session, "Progress");
+    return Step::kEnd;
+  }
+  complete(run.session.form1.Createdirs);
+  return Step::kGoOn;
+}
+
+/// What the stages up to the account would meet, for a session whose services change nothing. Raises what
+/// would stop the run.
+Step rehearse(CreationRun& run) {
+  ResolvePaths(run);
+  if (make_directories(run) == Step::kEnd)
+    return Step::kEnd;
+  if (run.session.form1.Create_User_Account.on()) {
+    begin_account(run);
+    ForeseeAccount(run);
+    AddUserToViews(run);
+  }
+  return Step::kGoOn;
+}
+
 /// The stages in their order. Raises what stops the run.
 Step work(CreationRun& run) {
   Form1& form = run.session.form1;
   ResolvePaths(run);
   set_progress(run, 10);
   LocatePdc(run);
-  if (form.Create_Dirs.on()) {
-    show_step(run, "Create Directories...");
-    if (CreateDirectories(run) == Step::kEnd) {
-      run.session.LastCreation.message = "The directory exists already";
-      end_quietly(run.session, "Progress");
-      return Step::kEnd;
-    }
-    complete(form.Createdirs);
-  }
+  if (make_directories(run) == Step::kEnd)
+    return Step::kEnd;
   set_progress(run, 25);
   if (form.Create_User_Account.on())
     create_account(run);
@@ -163,8 +187,6 @@ void finish(CreationRun& run) {
   log(run, "User Created.");
   session.form1.mouse_pointer = 0;
   session.form1.enabled = !session.import.Importing;
-  session.SerialTokenUsed = false;
-  session.AltIdTried = false;
   if (!session.import.Importing) {
     stores::Template_Group_Sort(session);
     stores::Clear_TT(session);
@@ -173,7 +195,8 @@ void finish(CreationRun& run) {
   }
   session.log.close();
   const bool warned = run.RunWarning != 1;
-  tell(session, run.UserId, warned ? session::kYellow : session::kGreen, run.UserId + " Created User ");
+  tell(session, run.UserId, warned ? session::kYellow : session::kGreen,
+       session.import.rehearsed ? "Would be created" : run.UserId + " Created User ");
   if (warned && session.form1.STOP_ON_RED[1].on())
     session.import.ImportHalt = true;
   write_summary(run, warned);
@@ -197,8 +220,6 @@ void fail(CreationRun& run, const base::RuntimeError& failure) {
   show_step(run, "Error");
   form.mouse_pointer = 0;
   form.enabled = !session.import.Importing;
-  session.SerialTokenUsed = false;
-  session.AltIdTried = false;
   if (form.STOP_ON_RED[0].on())
     session.import.ImportHalt = true;
   stores::Clear_TT(session);
@@ -218,7 +239,7 @@ Step run_once(Session& session) {
     if (step == Step::kGoOn)
       step = ResolveSamName(run);
     if (step == Step::kGoOn)
-      step = work(run);
+      step = session.import.rehearsed ? rehearse(run) : work(run);
     if (step == Step::kGoOn)
       finish(run);
     if (session.LastCreation.user.empty())
@@ -232,11 +253,19 @@ Step run_once(Session& session) {
   }
 }
 
+/// What the search for a free name of one user remembers is nothing to the next one, however it ended.
+void forget_name_search(Session& session) {
+  session.AltIdTried = false;
+  session.SerialTokenUsed = false;
+}
+
 }  // namespace
 
 void CreateUser_Click(Session& session) {
+  forget_name_search(session);
   while (run_once(session) == Step::kAgain) {
   }
+  forget_name_search(session);
 }
 
 }  // namespace twk::creation

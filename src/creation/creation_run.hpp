@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,6 +77,7 @@ struct CreationRun {
   std::string SummaryRow;
   std::int16_t RunWarning = 1;  ///< 2 once anything warned
   CreationStage stage = CreationStage::kNone;
+  std::set<std::string> joined_groups;              ///< their paths, in upper case
   std::vector<DirectoryProperty> first_properties;  ///< rows that went with the new account
   platform::ObjectPtr CurrentUserObject;
   platform::ObjectPtr AdContainer;

@@ -13,6 +13,14 @@ using platform::ObjectPtr;
 using session::Session;
 
 constexpr std::string_view kEverybodysGroup = "DOMAIN USERS";
+constexpr std::int32_t kLastColumn = 99;
+
+/// By the name in a list, or the one that a directory object has.
+bool is_everybodys(std::string_view name) {
+  if (base::starts_with_fold(name, "CN="))
+    name.remove_prefix(3);
+  return base::equals_fold(name, kEverybodysGroup);
+}
 
 /// The new account's path, as a group's `Add` takes it.
 std::string member_path(const CreationRun& run) {
@@ -28,9 +36,13 @@ std::string group_path(const Session& session, std::string_view name, std::strin
   return std::string(base::trim(key));
 }
 
-/// Adds the account to one group; a failure warns under the group's name and gives False.
+/// Adds the account to one group, in which it is not already: everybody's group is each account's primary
+/// one, and a column may name what the template names too. A failure warns under the group's name and gives
+/// False.
 bool join(CreationRun& run, const std::string& path, std::string_view name) {
   Session& session = run.session;
+  if (is_everybodys(name) || !run.joined_groups.insert(base::upper(path)).second)
+    return true;
   base::Trap trap;
   trap([&] {
     session.CurrentGroup = session.platform.directory.GetObject(path);
@@ -46,31 +58,53 @@ bool join(CreationRun& run, const std::string& path, std::string_view name) {
   return false;
 }
 
-void join_from_columns(CreationRun& run) {
+/// A range of columns that a person chose is to hold groups; where all are looked through, most do not.
+bool is_chosen_range(const CreationRun& run) {
+  return !(base::val(run.ImportGroupsStart) <= 0 && base::val(run.ImportGroupsFinish) >= kLastColumn);
+}
+
+void join_named_group(CreationRun& run, const std::string& name) {
   Session& session = run.session;
-  if (!session.import.Importing || base::trim(run.ImportGroupsFinish) == "0")
+  const auto found = session.groups.ListView1.find_text(name);
+  for (const controls::ListRow* row : found)
+    join(run, group_path(session, row->text, row->key), row->text);
+  if (!found.empty() || is_everybodys(name))
     return;
-  const std::int32_t last =
-      std::min({base::val(run.ImportGroupsFinish), std::int32_t{session.import.ImportFieldCount},
-                static_cast<std::int32_t>(session::kMostImportFields)});
+  const std::string text =
+      (session::is_active_directory(session) ? "Group not found: " : "Group Not Found: ") + name;
+  if (is_chosen_range(run))
+    warn(run, text);
+  else
+    log(run, text);
+}
+
+void join_from_columns(CreationRun& run) {
+  const session::ImportState& state = run.session.import;
+  if (!state.Importing || base::trim(run.ImportGroupsFinish) == "0")
+    return;
+  const std::int32_t last = std::min({base::val(run.ImportGroupsFinish), std::int32_t{state.ImportFieldCount},
+                                      static_cast<std::int32_t>(session::kMostImportFields)});
   for (std::int32_t column = std::max(0, base::val(run.ImportGroupsStart)); column <= last; ++column) {
-    const std::string name(base::trim(session.import.ImportFields.at(static_cast<std::size_t>(column))));
-    const auto found = session.groups.ListView1.find_text(name);
-    for (const controls::ListRow* row : found)
-      join(run, group_path(session, row->text, row->key), row->text);
-    if (found.empty()) {
-      log(run, (session::is_active_directory(session) ? "Group not found: " : "Group Not Found: ") + name);
-    }
+    const std::string name(base::trim(state.ImportFields.at(static_cast<std::size_t>(column))));
+    if (!name.empty())
+      join_named_group(run, name);
   }
 }
 
 /// A group of the template that the domain no longer holds is in no list, and would be missed without a word.
+/// An import tells it once.
 void warn_of_lacking_groups(CreationRun& run) {
   const stores::TemplateRecord& record = run.session.ActiveTemplate;
   for (std::size_t slot = 0; slot < static_cast<std::size_t>(record.GroupCount); ++slot) {
     const std::string_view name = base::trim(record.Groups.at(slot));
-    if (!name.empty() && run.session.form1.ListView6.find_text(name).empty())
-      warn(run, "Group not found: " + std::string(name));
+    if (name.empty() || !run.session.form1.ListView6.find_text(name).empty())
+      continue;
+    const std::string text = "Group not found: " + std::string(name);
+    session::ImportState& state = run.session.import;
+    if (state.Importing && !state.told_groups.insert(base::upper(name)).second)
+      log(run, text);
+    else
+      warn(run, text);
   }
 }
 
@@ -81,8 +115,6 @@ void join_template_groups(CreationRun& run) {
   for (std::size_t i = 0; i < groups.size(); ++i) {
     const controls::ListRow& row = groups.at(i);
     const std::string_view name = base::trim(row.text);
-    if (base::equals_fold(name, kEverybodysGroup))
-      continue;
     const bool joined = join(run, group_path(session, name, row.key), name);
     if (!joined && session::is_active_directory(session))
       log(run, member_path(run));
@@ -110,8 +142,6 @@ void join_groups_of_copied_user(CreationRun& run) {
   }
   for (const ObjectPtr& group : groups) {
     const std::string name = group->Name();
-    if (base::equals_fold(name, active_directory ? "CN=DOMAIN USERS" : kEverybodysGroup))
-      continue;
     join(run, group_path(session, name, group->ADsPath()), name);
   }
 }

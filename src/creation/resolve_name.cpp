@@ -26,8 +26,6 @@ Step refuse_taken_name(CreationRun& run) {
         "User " + run.UserId + " Already Exist \r\nChange the UserID and Continue.", platform::Buttons::kOk,
         platform::Icon::kExclamation, "User Exist");
   }
-  session.AltIdTried = false;
-  session.SerialTokenUsed = false;
   session.form1.StatusBar1.panel1 = "Ready.";
   set_progress(run, 0);
   show_step(run, "");

@@ -94,6 +94,18 @@ bool log_invalid_characters(CreationRun& run) {
   return valid;
 }
 
+/// A format that lacks one of the names leaves its separator at an end: "Drei.".
+void warn_of_lacking_name(CreationRun& run) {
+  constexpr std::string_view kSeparators = ".-_ ";
+  const bool first = base::trim(run.request.FirstName).empty();
+  const bool last = base::trim(run.request.LastName).empty();
+  const bool dangling =
+      kSeparators.find(run.UserId.front()) != base::npos || kSeparators.find(run.UserId.back()) != base::npos;
+  if (dangling && (first || last))
+    warn(run, std::string("There is no ") + (last ? "last" : "first") + " name, so the account is called " +
+                  run.UserId);
+}
+
 Step refuse_name(CreationRun& run) {
   Session& session = run.session;
   session.platform.dialogs.beep();
@@ -143,6 +155,7 @@ Step ValidateRequest(CreationRun& run) {
   open_log(run);
   if (!log_invalid_characters(run))
     return refuse_name(run);
+  warn_of_lacking_name(run);
   const bool active_directory = session::is_active_directory(session);
   run.CnName = active_directory ? platform::escape_dn_value(run.UserId) : run.UserId;
   run.CommaInName = active_directory && run.UserId.find(',') != base::npos;

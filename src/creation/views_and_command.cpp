@@ -17,7 +17,7 @@ using session::Session;
 /// What the tree shows for the new account.
 std::string shown_name(CreationRun& run) {
   std::string name = run.tree_name.empty() ? run.FullName : run.tree_name;
-  if (run.session.form1.DNName.value) {
+  if (run.session.form1.DNName.value && run.CurrentUserObject) {
     base::Trap trap;
     if (!trap([&] { name = platform::User(run.CurrentUserObject).FullName(); }))
       name.clear();

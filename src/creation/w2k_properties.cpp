@@ -202,6 +202,22 @@ void StageFirstProperties(CreationRun& run) {
   }
 }
 
+void ForeseePrincipalName(CreationRun& run) {
+  const controls::ListView& rows = run.session.form1.ListView7;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const controls::ListRow& row = rows.at(i);
+    if (!is_of_user(row) || is_prompt(row) || !base::equals_fold(row.text, kPrincipalName))
+      continue;
+    const std::optional<DirectoryProperty> property = property_of(run, row);
+    if (!property)
+      continue;
+    const bool is_new =
+        run.session.import.foreseen_names.insert("UPN " + base::upper(property->value)).second;
+    if (!is_new || is_taken(run, *property))
+      refuse_taken_name(run, property->value);
+  }
+}
+
 void ApplyW2kProperties(CreationRun& run) {
   log(run, "Setting W2K Properties");
   show_step(run, "Setting W2K Properties");

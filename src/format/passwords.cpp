@@ -1,6 +1,7 @@
 #include "format/passwords.hpp"
 
 #include "base/text.hpp"
+#include "format/tags.hpp"
 #include "format/user_name.hpp"
 #include "format/variables.hpp"
 #include "session/session.hpp"
@@ -17,13 +18,8 @@ std::string with_account(std::string_view text, std::string_view account) {
   return FRString(text, "%UserName%", base::trim(account));
 }
 
-/// What the two words in a password field stand for.
-std::string resolve_words(session::Session& session, std::string password, std::string_view account) {
-  if (base::equals_fold(base::trim(password), "%USERNAMEB%"))
-    return Reverse_Password(account);
-  if (base::equals_fold(password, "PROMPT"))
-    return session.platform.dialogs.InputBox("Enter User Password:", "Enter Password", true);
-  return password;
+bool holds_import_field(std::string_view format) {
+  return find_tag(format, "%IMPORT") != base::npos;
 }
 
 }  // namespace
@@ -32,23 +28,42 @@ std::string Reverse_Password(std::string_view text) {
   return base::reverse(text);
 }
 
-std::string new_user_password(session::Session& session, std::string_view account, std::string_view user_id,
-                              std::string_view first, std::string_view middle, std::string_view last) {
+NewPasswordText new_password_text(session::Session& session, std::string_view account, std::string_view first,
+                                  std::string_view middle, std::string_view last) {
   const session::Form1& form1 = session.form1;
   const std::string& format = form1.Formatted_Password.text;
-  std::string password;
-  if (form1.FmtPass.on() && !base::trim(format).empty()) {
-    password = UserName(session, with_account(format, account), first, middle, last);
+  const bool importing = session.import.Importing;
+  const bool formatted = form1.FmtPass.on() && !base::trim(format).empty();
+  const bool of_import = formatted && !importing && holds_import_field(format);
+  NewPasswordText password;
+  if (formatted && !of_import) {
+    password.text = UserName(session, with_account(format, account), first, middle, last);
   } else {
-    password = with_account(form1.defaultpassword.text.get(), account);
-    if (!form1.FmtPass.on() && session.import.Importing)
-      password = replace_import_fields(session, std::move(password));
+    password.text = with_account(form1.defaultpassword.text.get(), account);
+    if (!form1.FmtPass.on() && importing) {
+      password.text = replace_import_fields(session, std::move(password.text));
+      if (holds_import_field(password.text))
+        password.text.clear();  // a field that the line does not have
+    }
   }
-  return resolve_words(session, std::move(password), user_id);
+  const std::string& field = formatted && !of_import ? format : form1.defaultpassword.text.get();
+  if (of_import)
+    password.fault = "The default password was used: only an import fills " + format;
+  else if (password.text.empty() && !base::trim(field).empty())
+    password.fault = "The account has no password: " + field + " is empty";
+  return password;
+}
+
+std::string password_of_text(session::Session& session, std::string text, std::string_view user_id) {
+  if (base::equals_fold(base::trim(text), "%USERNAMEB%"))
+    return Reverse_Password(user_id);
+  if (base::equals_fold(text, "PROMPT"))
+    return session.platform.dialogs.InputBox("Enter User Password:", "Enter Password", true);
+  return text;
 }
 
 std::string reset_user_password_text(session::Session& session, std::string_view name) {
-  return resolve_words(session, with_account(session.form1.defaultpassword.text.get(), name), name);
+  return password_of_text(session, with_account(session.form1.defaultpassword.text.get(), name), name);
 }
 
 void show_password_frame(session::Session& session) {

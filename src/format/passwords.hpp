@@ -12,11 +12,19 @@ namespace twk::format {
 /// The characters in reverse order. It makes a password from a name and protects nothing.
 std::string Reverse_Password(std::string_view text);
 
-/// The password of a new user: `Formatted_Password` when `FmtPass` is ticked and the field is filled, else
-/// `defaultpassword`, with their tags expanded; "%UserName%" is the account name. "%USERNAMEB%" means the
-/// user ID backwards; "PROMPT", with no blank around it, asks. An empty answer is an empty password.
-std::string new_user_password(session::Session& session, std::string_view account, std::string_view user_id,
-                              std::string_view first, std::string_view middle, std::string_view last);
+/// The field that gives the password of a new user, expanded.
+struct NewPasswordText {
+  std::string text;
+  std::string fault;  ///< why it is not what the field asks for; empty when it is
+};
+/// `Formatted_Password` when `FmtPass` is ticked and the field is filled, else `defaultpassword`, with their
+/// tags expanded; "%UserName%" is the account name. A format that only an import fills would give everybody
+/// else its own text as a password, so it does not count outside an import.
+NewPasswordText new_password_text(session::Session& session, std::string_view account, std::string_view first,
+                                  std::string_view middle, std::string_view last);
+/// The password that such a text stands for: "%USERNAMEB%" means the user ID backwards; "PROMPT", with no
+/// blank around it, asks. An empty answer is an empty password.
+std::string password_of_text(session::Session& session, std::string text, std::string_view user_id);
 
 /// The password that an existing user is reset to: `defaultpassword`, with the same two words.
 std::string reset_user_password_text(session::Session& session, std::string_view name);

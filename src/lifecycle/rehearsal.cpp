@@ -72,6 +72,9 @@ class RehearsedFiles final : public platform::Files {
     return made_.contains(folded(way)) || (place && real_.is_directory(*place));
   }
   void make_directory(std::string_view path) override {
+    const std::size_t slash = path.find_last_of('\\');
+    if (slash != base::npos && !is_directory(path.substr(0, slash)))
+      base::raise(base::error::kPathNotFound, "There is no folder " + std::string(path.substr(0, slash)));
     tell_("Make the folder " + std::string(path));
     made_.insert(folded(shares_.way_of(path)));
   }

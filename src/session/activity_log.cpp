@@ -34,7 +34,7 @@ std::string LOG_TAB(Session& session, std::string_view severity, std::string_vie
   }
   if (severity == kRed)
     session.platform.dialogs.beep();
-  const std::vector<std::string> reasons = session.log.take_reasons();
+  const std::vector<std::string> reasons = session.log.take_reasons(severity != kGreen);
   std::string text = severity == kGreen ? std::string(message) : with_reasons(message, reasons);
   session.form1.ListView1.add({}, text, std::string(severity), {date_and_time(session)});
   return text;
@@ -82,8 +82,14 @@ void ActivityLog::remember(std::string_view text) {
     reasons_.emplace_back(trimmed);
 }
 
-std::vector<std::string> ActivityLog::take_reasons() {
+std::vector<std::string> ActivityLog::take_reasons(bool told) {
+  if (told)
+    told_.insert(told_.end(), reasons_.begin(), reasons_.end());
   return std::exchange(reasons_, {});
+}
+
+std::vector<std::string> ActivityLog::take_told() {
+  return std::exchange(told_, {});
 }
 
 void ActivityLog::fail(const std::string& reason) {

@@ -46,8 +46,10 @@ class ActivityLog {
   void remember(std::string_view text);
   /// The reasons since the last row of the log tab.
   [[nodiscard]] const std::vector<std::string>& reasons() const { return reasons_; }
-  /// They are none from here on.
-  std::vector<std::string> take_reasons();
+  /// They are none from here on; a row of the log tab bears them if it is `told`.
+  std::vector<std::string> take_reasons(bool told = false);
+  /// The reasons that rows of the log tab bear, one by one, since they were taken the last time.
+  std::vector<std::string> take_told();
   void close();
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }
 
@@ -57,6 +59,7 @@ class ActivityLog {
   Session* session_ = nullptr;
   std::unique_ptr<platform::AppendFile> file_;
   std::vector<std::string> reasons_;
+  std::vector<std::string> told_;
 };
 
 /// "31/12/2026 09:05:00" of the session's clock.

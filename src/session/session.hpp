@@ -62,8 +62,11 @@ struct ImportState {
   bool ImportStopped = false;
   bool ImportHalt = false;
   bool ImportHaltWarning = false;
-  std::int16_t ImportAddedCount = 0;
-  std::string error_path;  ///< "Import.err" of the run
+  std::int32_t ImportAddedCount = 0;
+  bool rehearsed = false;  ///< the lines are only checked: no file is opened, no account is made
+  std::set<std::string> foreseen_names;  ///< of accounts that a rehearsal would have made, in upper case
+  std::set<std::string> told_groups;     ///< groups of the template that this run told to be lacking
+  std::string error_path;                ///< "Import.err" of the run
   std::string summary_path;
   RunFile error_file;
   RunFile summary_file;

@@ -106,6 +106,7 @@ void read_setup(Session& session) {
   form1.setupid.text = read_setting(session, kSetup, "SetupID");
   form1.ALTID.text = read_setting(session, kSetup, "AltSetupID");
   form1.Option1.index = read_entry(session, kSetup, "UserFormat", 5, 2);
+  session.import_grps.Expiredate.text = read_setting(session, kSetup, "AccountExpire");
   read_managed_ou(session);
   read_ticks(session, kSetup,
              {{"CreateHidden", form1.Run_Hidden[0], is_yes},

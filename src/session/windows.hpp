@@ -33,6 +33,7 @@ struct CSV_Import {
   controls::Label File_Name;
   controls::ListView ListView1;          ///< the first two lines
   controls::Observable<int> columns{0};  ///< columns of the preview, headed 1, 2, …
+  int widest = 0;                        ///< fields of the file's longest line
   controls::CheckBox chkImport;
   controls::ComboBox ImportFirst;
   controls::ComboBox ImportMiddle;

@@ -3,7 +3,9 @@
 #include <fstream>
 
 #include "batch/csv_layout.hpp"
+#include "batch/import_file.hpp"
 #include "controls/tree_view.hpp"
+#include "directory/account_expiry.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::batch {
@@ -14,6 +16,7 @@ using test::LabSession;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
+using testing::Not;
 
 constexpr std::string_view kErrorHeading =
     "*****************************************\n31/12/2026 09:05:00\n"
@@ -36,6 +39,7 @@ class ImportWorld : public LabSession {
     return path;
   }
   bool import(std::string_view bytes) { return Import_Users(session, file(bytes)); }
+  bool import_errors() { return Import_Users(session, session.dbpath + "Import.err"); }
   std::string errors() { return database_file("Import.err"); }
   std::string summary() { return database_file(kSummary); }
 
@@ -73,24 +77,40 @@ TEST_P(InEveryKindOfDomain, ARepeatTakesTheSecondFormatWithItsSerialNumber) {
   EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith", "2 GREEN Jo.Smith1", "3 GREEN Ann.Lee",
                                       "1 GREEN Jo.Smith2", "2 GREEN Ann.Lee1"));
   EXPECT_EQ(world.errors(), kErrorHeading);
+  EXPECT_THAT(world.summary(), Not(HasSubstr("Jo.Smith2")));
+  EXPECT_THAT(world.database_file("Import Summary - 311226090500 (2).csv"), HasSubstr("Jo.Smith2"))
+      << "within the same second";
+}
+
+TEST_P(InEveryKindOfDomain, ARefusedUserLeavesNothingToTheNext) {
+  ImportWorld world(GetParam());
+  world.set("Setup", "AltSetupID", "%first%.%last%.%first%%n%");
+  world.start();
+  EXPECT_TRUE(world.import("Jonathan,,Smith\nAl,,Bo\nJonathan,,Smith\nAl,,Bo\n"));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jonathan.Smith", "2 GREEN Al.Bo",
+                                      "3  Jonathan.Smith.Jonathan0", "4 GREEN Al.Bo.Al0"));
 }
 
 TEST_P(InEveryKindOfDomain, GroupsAreTakenFromTheColumnsThatNameOne) {
   struct Case {
     std::string start;
     std::string finish;
+    std::string light;
     bool joins;
   };
-  for (const Case& one :
-       {Case{"4", "9", true}, Case{"0", "99", true}, Case{"4", "0", false}, Case{"1", "3", false}}) {
+  for (const Case& one : {Case{"4", "9", "YELLOW", true}, Case{"0", "99", "GREEN", true},
+                          Case{"4", "0", "GREEN", false}, Case{"6", "8", "GREEN", false}}) {
     ImportWorld world(GetParam());
     world.set("Setup", "ImportGroupsStart", one.start);
     world.set("Setup", "ImportGroupsFinish", one.finish);
     world.start();
-    EXPECT_TRUE(world.import("Jo,,Smith, readers ,No Such Group\n"));
+    EXPECT_TRUE(world.import("Jo,,Smith, readers ,No Such Group,Domain Users,Staff,\n"));
     const std::string group = world.is_nt() ? "Readers" : "CN=Readers";
     EXPECT_EQ(testing::Value(world.groups_of("Jo.Smith"), testing::Contains(group)), one.joins) << one.finish;
-    EXPECT_EQ(world.log_tab().front(), "GREEN Jo.Smith Created User ") << one.finish;
+    EXPECT_THAT(world.rows, ElementsAre("1 " + one.light + " Jo.Smith")) << one.finish;
+    if (one.light == "YELLOW") {
+      EXPECT_THAT(world.session.LastCreation.message, testing::EndsWith("ound: No Such Group"));
+    }
   }
 }
 
@@ -103,13 +123,17 @@ TEST_P(InEveryKindOfDomain, TheExpiryTextIsADateOrATagThatTheLineFills) {
   for (const Case& one :
        {Case{"31/12/2030", "Jo,,Smith", true}, Case{"%IMPORT4%", "Jo,,Smith,1/02/2031", true},
         Case{"%IMPORT4%", "Jo,,Smith", false}, Case{"", "Jo,,Smith", false},
-        Case{"soon", "Jo,,Smith", false}}) {
+        Case{"%IMPORT4%", "Jo,,Smith,31/02/2031", false}}) {
     ImportWorld world(GetParam());
+    world.set("Setup", "AccountExpire", one.text);
     world.start();
-    world.session.import_grps.Expiredate.text = one.text;
     EXPECT_TRUE(world.import(one.line));
     const char* const wrong = world.is_nt() ? "1 RED Jo.Smith" : "1 YELLOW Jo.Smith";
-    EXPECT_EQ(world.rows.front(), one.text == "soon" ? wrong : "1 GREEN Jo.Smith");
+    const bool no_day = one.line.find("31/02") != base::npos;
+    EXPECT_EQ(world.rows.front(), no_day ? wrong : "1 GREEN Jo.Smith");
+    if (no_day) {
+      EXPECT_THAT(world.session.LastCreation.message, HasSubstr("\"31/02/2031\" is neither a day"));
+    }
     base::Trap trap;
     base::Date date{-1};
     trap([&] {
@@ -134,21 +158,79 @@ TEST(Import, ChosenColumnsFeedNamesAccountAndPassword) {
   window.ImportUserID.select(4);
   window.ImportPassword.select(5);
   csv_layout_ok(world.session);
+  EXPECT_TRUE(world.session.form1.Formatted_Password.visible);
   EXPECT_TRUE(Import_Users(world.session, (world.folder.path() / "starters.csv").string()));
   EXPECT_THAT(world.rows, ElementsAre("1 GREEN jsmith"));
   EXPECT_EQ(world.property("jsmith", "displayName"), "Jo  Smith");
   EXPECT_NO_THROW(world.services.directory.OpenDSObject(world.path_of("jsmith"), "jsmith", "Own-Pass-2026"));
 }
 
-TEST(Import, AShorterLineKeepsTheTailOfALongerOneForFormatsOnly) {
-  ImportWorld world;
+TEST_P(InEveryKindOfDomain, AFieldThatALineDoesNotHaveIsEmpty) {
+  ImportWorld world(GetParam());
   world.set("Setup", "SetupID", "%first%%IMPORT4%");
+  world.set("Setup", "ImportGroupsStart", "6");
+  world.set("Setup", "ImportGroupsFinish", "6");
+  world.set("Setup", "AccountExpire", "%IMPORT7%");
+  world.set("Setup", "FormattedPassword", "%IMPORT5%");
+  world.set("Preferences", "UseFormattedPassword", "YES");
+  world.services.files.write(world.session.program_directory + "\\W2K.dat", "p,department,%IMPORT9%\r\n");
   world.start();
-  world.session.form1.Description.text = std::string("dept %IMPORT4%");
-  EXPECT_TRUE(world.import("Jo,,Smith,one\nAnn,,Lee\n"));
-  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Joone", "2 GREEN Annone"));
-  EXPECT_EQ(world.property("Joone", "description"), "dept one");
-  EXPECT_EQ(world.property("Annone", "description"), "");
+  world.session.form1.Description.text = std::string("dept %IMPORT8%");
+  EXPECT_TRUE(world.import("Jo,,Smith,one,Own-Pass-2026,Readers,31/12/2030,Sales,Floor\nAnn,M\n"));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Joone", "2 YELLOW Ann"));
+  EXPECT_THAT(world.session.LastCreation.message,
+              HasSubstr("The account has no password: %IMPORT5% is empty"));
+  EXPECT_EQ(world.property("Ann", "FullName"), "Ann M");
+  EXPECT_EQ(world.property("Ann", "Description"), "");
+  EXPECT_EQ(directory::expiry_of(platform::User(world.account("Ann"))), std::nullopt);
+  EXPECT_THAT(world.groups_of("Ann"), Not(testing::Contains(HasSubstr("Readers"))));
+  if (!world.is_nt()) {
+    EXPECT_EQ(world.property("Ann", "sn") + world.property("Ann", "department"), "");
+    EXPECT_THROW(world.services.directory.OpenDSObject(world.path_of("Ann"), "Ann", "Own-Pass-2026"),
+                 base::RuntimeError);
+  }
+  world.session.form1.setupid.text = std::string("%IMPORT4%");
+  EXPECT_TRUE(world.import("Kim,,Day,kim\nAda,M\n"));
+  EXPECT_EQ(world.rows.back(), "2  ");
+}
+
+TEST_P(InEveryKindOfDomain, TheFileOfRefusedLinesCanBeImportedAgain) {
+  ImportWorld world(GetParam());
+  world.start();
+  EXPECT_TRUE(world.import("Jo,,Smith\nalone\nJo,,Smith\nAnn,,Lee\nAnn,,Lee\n"));
+  const std::string refused = world.errors();
+  EXPECT_EQ(refused, std::string(kErrorHeading) + "alone\nJo,,Smith\nAnn,,Lee\n");
+  world.rows.clear();
+  EXPECT_TRUE(world.import_errors());
+  EXPECT_THAT(world.rows, ElementsAre("5  alone", "6  Jo.Smith", "7  Ann.Lee"));
+  EXPECT_EQ(world.errors(), refused);
+  world.session.import.row_done = [&world](const session::ImportRow&) { CancelButton_Click(world.session); };
+  EXPECT_TRUE(world.import_errors());
+  EXPECT_EQ(world.errors(), refused) << "lines that a stopped run does not come to stay";
+  EXPECT_EQ(world.database_file("Import.err.old"), refused);
+  load_csv_layout(world.session, world.session.dbpath + "Import.err");
+  EXPECT_EQ(world.session.csv_import.ImportLast.items().size(), 4U);
+}
+
+TEST(Import, WhatOneNameLacksIsTold) {
+  for (const auto& [line, row] : std::vector<std::pair<std::string, std::string>>{
+           {"Drei,", "1 YELLOW Drei."}, {",,Lee", "1 YELLOW .Lee"}, {"Jo,,Lee", "1 GREEN Jo.Lee"}}) {
+    ImportWorld world;
+    world.start();
+    EXPECT_TRUE(world.import(line));
+    EXPECT_THAT(world.rows, ElementsAre(row));
+  }
+}
+
+TEST(Import, AGroupThatTheTemplateAloneStillNamesIsToldOnce) {
+  ImportWorld world;
+  world.staff.GroupCount = 2;
+  world.staff.Groups[1] = "Dissolved";
+  world.start();
+  EXPECT_TRUE(world.import("Jo,,Smith\nAnn,,Lee\n"));
+  EXPECT_THAT(world.rows, ElementsAre("1 YELLOW Jo.Smith", "2 GREEN Ann.Lee"));
+  EXPECT_TRUE(world.import("Kim,,Day\n"));
+  EXPECT_EQ(world.rows.back(), "1 YELLOW Kim.Day");
 }
 
 TEST(Import, ALineOfMoreThanAHundredFieldsCreatesItsUser) {
@@ -270,12 +352,14 @@ TEST(ImportCommand, ASelectionThatWillNotDoIsToldInABox) {
     bool site;
     bool copy;
     std::string text;
+    std::string expiry = {};
   };
   const std::vector<Case> cases = {
       {DomainKind::kNt, false, false, "To Import Users you must select a Template and a Site."},
       {DomainKind::kNative, false, false, "Template and a Site\r\nand select an OU from the treeview."},
       {DomainKind::kNative, true, true,
        "and select an User from the treeview.\r\nor turn off 'copy user' function"},
+      {DomainKind::kNative, true, false, "The expiry of the accounts: \"soon\" is neither", "soon"},
   };
   for (const Case& one : cases) {
     ImportWorld world(one.kind);
@@ -283,6 +367,7 @@ TEST(ImportCommand, ASelectionThatWillNotDoIsToldInABox) {
     if (!one.site)
       world.session.form1.NUsitename.text = std::string();
     world.session.form1.Copy_User.value = one.copy ? 1 : 0;
+    world.session.import_grps.Expiredate.text = one.expiry;
     world.dialogs.expect(one.text);
     Import_Command(world.session);
     EXPECT_EQ(world.dialogs.last_title, "Can't Import Users");

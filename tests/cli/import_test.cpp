@@ -28,6 +28,7 @@ TEST_F(ImportingUsers, GivesARowALineAndTheCounts) {
                                       {"message", "John.Smith Created User"},
                                       {"warnings", nlohmann::json::array()}}));
   EXPECT_EQ(lines[1]["message"], "The line has fewer than two fields");
+  EXPECT_EQ(lines[1]["warnings"], nlohmann::json({lines[1]["message"]}));
   EXPECT_EQ(lines[2]["user"], "Jürgen.Müller");
   EXPECT_EQ(lines[3]["light"], "RED");
   EXPECT_EQ(lines[4]["created"], 2);
@@ -37,15 +38,16 @@ TEST_F(ImportingUsers, GivesARowALineAndTheCounts) {
 }
 
 TEST_F(ImportingUsers, TakesColumnsGroupsAndExpiryAsChosen) {
-  const ProgramResult result = import("x1,Secret-Word-9,Al,Bo,staff,31/12/2027\n",
-                                      {"--first", "3", "--middle", "0", "--last", "4", "--id", "1",
-                                       "--password", "2", "--groups", "5-5", "--expires", "%IMPORT6%"});
+  const ProgramResult result =
+      import("x1,Secret-Word-9,Al,Bo,staff,31/12/2027\n",
+             {"--first", "3", "--middle", "0", "--last", "4", "--id", "1", "--password", "2", "--groups",
+              "5-5", "--expires", "%IMPORT6%", "--description", "of %IMPORT5%"});
   EXPECT_EQ(json_lines(result.out).at(0)["user"], "x1") << result.err;
+  EXPECT_EQ(result.exit_code, 0) << "the template's group was given by the line already";
   const nlohmann::json user = result_of({"user", "show", "x1"});
   EXPECT_EQ(user["fullName"], "Al Bo");
   EXPECT_EQ(user["expires"], "2027-12-31");
-  EXPECT_THAT(run({"log", "show"}).out, HasSubstr("Error adding user to group: Staff"))
-      << "the template's group was given by the line already";
+  EXPECT_EQ(user["description"], "of staff");
   EXPECT_EQ(run({"settings", "get", "Setup", "ImportGroupsFinish"}).exit_code, 2) << "a choice for one run";
 }
 
@@ -56,34 +58,61 @@ TEST_F(ImportingUsers, HaltsAtTheFirstWarningWhenAsked) {
   EXPECT_THAT(result.out, AllOf(HasSubstr("John.Smith1"), Not(HasSubstr("Al.Bo"))));
 }
 
-TEST_F(ImportingUsers, ShowsInAPreviewWhatWouldBeAndWritesNothing) {
-  const ProgramResult result = import("John,,Smith\nJohn,,Smith\nAl,,B*\nalone\n", {"--preview"});
-  EXPECT_EQ(result.exit_code, 2);
-  std::string lights;
-  for (const nlohmann::json& row : json_lines(result.out))
-    lights += row["light"].get<std::string>() + " ";
-  EXPECT_EQ(lights, "GREEN YELLOW RED RED ");
+TEST_F(ImportingUsers, ShowsInAPreviewWhatTheImportTellsAndWritesNothing) {
+  for (const std::string stage : {"CreateDirs", "CreateShares", "SetPermissions", "MailAccount"})
+    ASSERT_EQ(run({"settings", "set", "UM", stage, "No"}).exit_code, 0);
+  ASSERT_EQ(create({"--ou", "OU=London,DC=twk,DC=test", "--id", "elsewhere", "El", "Se"}).exit_code, 0);
+  const std::string log = get_file(database_file("Log.txt"));
+  const std::string csv =
+      "ann,,lee,annlee,Secret-Word-1,Staff,31/12/2030\n"
+      "ann,,lee,annlee,Secret-Word-1\n"
+      "kim,,day,annl,Secret-Word-1\n"
+      "kim,,day,elsewhere,Secret-Word-1\n"
+      "narrow,line\n"
+      "alone\n"
+      "al,,bo,b*,Secret-Word-1\n"
+      "ada,,may,ada,Secret-Word-1,No Such Group\n"
+      "eva,,may,eva,Secret-Word-1,Domain Users,31/02/2030\n"
+      "no,,word,nopass\n";
+  const Arguments columns = {"--id", "4", "--password", "5", "--groups", "6-6", "--expires", "%IMPORT7%"};
+  Arguments preview = columns;
+  preview.emplace_back("--preview");
+  const ProgramResult seen = import(csv, preview);
+  EXPECT_EQ(get_file(database_file("Log.txt")), log);
   EXPECT_FALSE(std::filesystem::exists(database_file("Import.err")));
-  EXPECT_EQ(run({"user", "show", "John.Smith"}).exit_code, 2);
+  EXPECT_EQ(seen.exit_code, 2);
+  const auto shown = json_lines(seen.out);
+  const auto made = json_lines(import(csv, columns).out);
+  ASSERT_EQ(shown.size(), 10U) << seen.err;
+  ASSERT_EQ(made.size(), 11U);
+  std::string lights;
+  for (std::size_t i = 0; i < shown.size(); ++i) {
+    lights += shown[i]["light"].get<std::string>().substr(0, 1);
+    for (const char* const key : {"user", "light", "warnings"})
+      EXPECT_EQ(shown[i][key], made[i][key]) << i << " " << key;
+  }
+  EXPECT_EQ(lights, "GYGRRRRYYY");
 }
 
-TEST_F(ImportingUsers, ShowsInAPreviewTheNamesThatTheImportGives) {
-  const std::string csv = "ann,,lee,one\nkim,,day\n";
-  ASSERT_EQ(run({"settings", "set", "Setup", "SetupID", "%first%%IMPORT4%"}).exit_code, 0);
-  const auto shown = json_lines(import(csv, {"--preview"}).out);
-  const auto made = json_lines(import(csv).out);
-  ASSERT_GE(shown.size(), 2U);
-  ASSERT_GE(made.size(), 2U);
-  EXPECT_EQ(made[0]["user"], "Annone");
-  EXPECT_EQ(made[1]["user"], "Kimone");
-  for (std::size_t i = 0; i < 2; ++i)
-    EXPECT_EQ(shown[i]["user"], made[i]["user"]);
-}
-
-TEST_F(ImportingUsers, RefusesAColumnThatTheFileDoesNotHave) {
-  const ProgramResult result = import("John,,Smith\n", {"--id", "4"});
-  EXPECT_EQ(result.exit_code, 64);
-  EXPECT_THAT(result.err, HasSubstr("no column 4: the first line has 3"));
+TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
+  struct Case {
+    std::string file;
+    std::string column;
+    int exit_code;
+    std::string text;
+  };
+  ASSERT_EQ(import("John,,Smith\nalone\nJohn,,Smith,4\n").exit_code, 1);
+  const std::string errors = database_file("Import.err");
+  for (const Case& one : {Case{"/dev/null", "3", 65, "/dev/null is no ordinary file"},
+                          Case{file("empty.csv", ""), "3", 65, "holds no line of a user"},
+                          Case{"gone.csv", "3", 65, "There is no file gone.csv"},
+                          Case{errors, "5", 64, "no column 5: the longest line has 1"}}) {
+    const ProgramResult result = run({"user", "import", one.file, "--template", "Staff", "--site",
+                                      "Head Office", "--ou", kNewStarters, "--last", one.column});
+    EXPECT_EQ(result.exit_code, one.exit_code) << one.file;
+    EXPECT_THAT(result.err, HasSubstr(one.text));
+  }
+  EXPECT_THAT(get_file(errors), testing::EndsWith("alone\r\n"));
 }
 
 TEST_F(ImportingUsers, StopsAfterTheUserInHandAtCtrlC) {
@@ -97,7 +126,8 @@ TEST_F(ImportingUsers, StopsAfterTheUserInHandAtCtrlC) {
                                     "Head Office", "--ou", kNewStarters},
                                    "\x03", how);
   EXPECT_EQ(result.exit_code, 1) << result.out;
-  EXPECT_THAT(result.out, AllOf(HasSubstr("1     GREEN"), HasSubstr(" created, "), Not(HasSubstr("\n200 "))));
+  EXPECT_THAT(result.out,
+              AllOf(HasSubstr("1     GREEN"), HasSubstr(" not created, stopped."), Not(HasSubstr("\n200 "))));
 }
 
 }  // namespace

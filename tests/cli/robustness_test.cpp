@@ -28,7 +28,7 @@ TEST(SampleImport, ComesToTheSameInEveryKindOfDomain) {
     const auto lines = json_lines(result.out);
     ASSERT_EQ(lines.size(), 201U) << result.err;
     EXPECT_EQ(lines.back()["created"], 194) << one.kind;
-    EXPECT_EQ(lines.back()["warnings"], one.warned) << one.kind;
+    EXPECT_EQ(lines.back()["warned"], one.warned) << one.kind;
     EXPECT_EQ(lines.back()["refused"], 6) << one.kind;
     EXPECT_THAT(
         get_file(lines.back()["importErr"]),

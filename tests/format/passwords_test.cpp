@@ -7,7 +7,10 @@ namespace {
 
 class PasswordTest : public test::TestWorld {
  protected:
-  std::string password() { return new_user_password(session, "jsmith", "jsmith", "John", "Fred", "Smith"); }
+  std::string password() {
+    return password_of_text(session, new_password_text(session, "jsmith", "John", "Fred", "Smith").text,
+                            "jsmith");
+  }
 };
 
 TEST_F(PasswordTest, DefaultPasswordIsTakenWithItsWords) {
@@ -58,8 +61,15 @@ TEST_F(PasswordTest, ImportFieldsReachThePasswordDuringAnImport) {
   EXPECT_EQ(password(), "%IMPORT5%");
   session.import.Importing = true;
   EXPECT_EQ(password(), "Pa#5");
+  session.import.ImportFieldCount = 4;
+  EXPECT_EQ(password(), "") << "a field that the line does not have";
   session.form1.FmtPass.value = 1;
   EXPECT_EQ(password(), "Pa#5");
+  session.import.Importing = false;
+  session.form1.defaultpassword.text = "Welcome";
+  EXPECT_EQ(password(), "Welcome") << "nobody else is to get the text of the format";
+  session.import.Importing = true;
+  session.form1.defaultpassword.text = "%IMPORT5%";
   session.form1.Formatted_Password.text = "";
   EXPECT_EQ(password(), "%IMPORT5%");
 }

@@ -44,6 +44,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t most = 2 * twk::format::kMostText + size * size;
   if (name.size() > most || twk::format::Replace_Variables(session, format).size() > most)
     std::abort();
-  twk::format::new_user_password(session, name, name, first, middle, last);
+  twk::format::new_password_text(session, name, first, middle, last);
   return 0;
 }

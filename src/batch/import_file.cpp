@@ -1,0 +1,73 @@
+#include "batch/import_file.hpp"
+
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "session/session.hpp"
+
+namespace twk::batch {
+
+std::string import_text(std::string_view bytes) {
+  if (bytes.starts_with(base::kByteOrderMark))
+    bytes.remove_prefix(base::kByteOrderMark.size());
+  return base::is_valid_utf8(bytes) ? std::string(bytes) : base::from_ansi(bytes);
+}
+
+bool next_line(std::string_view text, std::size_t& position, std::string_view& line) {
+  if (position >= text.size())
+    return false;
+  const std::size_t end = text.find_first_of("\r\n", position);
+  line = text.substr(position, end == base::npos ? base::npos : end - position);
+  position = end == base::npos ? text.size() : end + 1;
+  if (end != base::npos && text[end] == '\r' && position < text.size() && text[position] == '\n')
+    ++position;
+  return true;
+}
+
+ImportLines::ImportLines(std::string_view bytes) : text_(import_text(bytes)) {
+  pass_heading();
+}
+
+void ImportLines::pass_heading() {
+  constexpr std::int32_t kHeadingLines = 4;
+  std::size_t position = 0;
+  std::string_view line;
+  for (std::int32_t number = 1; number <= kHeadingLines; ++number) {
+    if (!next_line(text_, position, line))
+      return;
+    const bool is_time = number == 2;
+    if (!is_time && line != (number == 3 ? kNotCreated : session::kAsterisks))
+      return;
+  }
+  of_errors_ = true;
+  position_ = position;
+  number_ = kHeadingLines;
+}
+
+bool ImportLines::next() {
+  start_ = position_;
+  if (!next_line(text_, position_, line_))
+    return false;
+  const bool is_last = position_ >= text_.size();
+  if (of_errors_ && is_last && (line_ == kErrorHalt || line_ == kWarningHalt))
+    return false;
+  ++number_;
+  return true;
+}
+
+void ImportLines::put_back() {
+  position_ = start_;
+  --number_;
+}
+
+void split_import_line(session::ImportState& state, std::string_view line) {
+  constexpr std::size_t kMostCounted = 32767;
+  state.ImportLine = line;
+  const std::vector<std::string> fields = base::split(line, ',');
+  const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
+  const auto behind = std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
+  std::fill(behind, state.ImportFields.end(), std::string());
+  state.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
+}
+
+}  // namespace twk::batch
