@@ -45,7 +45,7 @@ void foresee_expiry(CreationRun& run) {
   if (trap([&] { directory::expiry_of_text(run.session.platform.clock, run.ExpiryText); }))
     return;
   if (!session::is_active_directory(run.session))
-    base::raise(trap.number(), trap.description());
+    base::raise(trap.number(), "Error setting account expiry: " + trap.description());
   warn(run, "Error setting account expiry", base::in_words(trap.number(), trap.description()));
 }
 

@@ -53,7 +53,9 @@ void CreateNtAccount(CreationRun& run) {
   if (debug)
     log_details(run);
   // First, because a text that is no date is to leave no account behind.
-  stage_expiry(run, user);
+  base::Trap no_day;
+  if (!no_day([&] { stage_expiry(run, user); }))
+    base::raise(no_day.number(), "Error setting account expiry: " + no_day.description());
   put_fields(run, user);
   run.traps_off = debug;
   const std::string& drive = form.Home_Drive_letter.text;

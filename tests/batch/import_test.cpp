@@ -13,6 +13,7 @@ namespace {
 
 using lab::DomainKind;
 using test::LabSession;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
@@ -132,7 +133,8 @@ TEST_P(InEveryKindOfDomain, TheExpiryTextIsADateOrATagThatTheLineFills) {
     const bool no_day = one.line.find("31/02") != base::npos;
     EXPECT_EQ(world.rows.front(), no_day ? wrong : "1 GREEN Jo.Smith");
     if (no_day) {
-      EXPECT_THAT(world.session.LastCreation.message, HasSubstr("\"31/02/2031\" is neither a day"));
+      EXPECT_THAT(world.session.LastCreation.message, AllOf(HasSubstr("Error setting account expiry: "),
+                                                            HasSubstr("\"31/02/2031\" is neither a day")));
     }
     base::Trap trap;
     base::Date date{-1};
