@@ -43,6 +43,13 @@ std::size_t width_of(char32_t code) {
   return holds(kWide, code) ? 2 : 1;
 }
 
+/// Characters that turn the order of what is shown, by which a name can look like another; those that join
+/// letters of a script stay.
+bool turns_text(char32_t code) {
+  return code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+         (code >= 0x2066 && code <= 0x2069);
+}
+
 }  // namespace
 
 std::size_t display_width(std::string_view text) {
@@ -78,7 +85,8 @@ std::string printable(std::string_view text, bool keep_lines) {
     if (keep_lines && code == U'\r')
       continue;
     const std::string one = base::to_utf8(std::u32string_view(&code, 1));
-    const auto control = base::find_control_character(one);
+    const auto control =
+        turns_text(code) ? base::find_invisible_character(one) : base::find_control_character(one);
     out += control && !(keep_lines && code == U'\n') ? "<" + *control + ">" : one;
   }
   return out;

@@ -35,6 +35,7 @@ TEST(Display, APieceIsCutBetweenCharacters) {
 TEST(Display, WhatATerminalWouldObeyIsMadeVisible) {
   EXPECT_EQ(printable("a\x1b[2Jb\nc"), "a<U+001B>[2Jb<U+000A>c");
   EXPECT_EQ(printable("a\r\nb\x07", true), "a\nb<U+0007>");
+  EXPECT_EQ(printable("jo\u202exof \u200c"), "jo<U+202E>xof \u200c");
   EXPECT_EQ(printable("a\xFF"), "a\uFFFD");
 }
 
