@@ -2,9 +2,9 @@
 
 #include "base/text.hpp"
 #include "directory/account_expiry.hpp"
+#include "format/filling.hpp"
 #include "format/passwords.hpp"
 #include "format/user_name.hpp"
-#include "format/variables.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
@@ -29,15 +29,13 @@ void prepare_password(CreationRun& run) {
 void PrepareAccountTexts(CreationRun& run) {
   session::Session& session = run.session;
   const NewUserRequest& request = run.request;
-  run.DescriptionText = format::Replace_Variables(session, session.form1.Description.text);
-  run.ExpiryText = session.import_grps.Expiredate.text;
-  if (session.import.Importing) {
-    run.DescriptionText = format::replace_import_fields(session, run.DescriptionText);
-    run.ExpiryText = format::replace_import_fields(session, run.ExpiryText);
-  }
+  format::Filling description(session, session.form1.Description.text);
+  description.variables().import_fields();
   // A field that the line does not have leaves its tag.
-  if (base::find_fold(run.DescriptionText, "%Description%") != base::npos ||
-      (session.import.Importing && base::find_fold(run.DescriptionText, "%IMPORT") != base::npos))
+  const bool lacks_field = session.import.Importing && description.holds("%IMPORT");
+  run.DescriptionText = description.take();
+  run.ExpiryText = format::Filling(session, session.import_grps.Expiredate.text).import_fields().take();
+  if (lacks_field || base::find_fold(run.DescriptionText, "%Description%") != base::npos)
     run.DescriptionText.clear();
   prepare_password(run);
   const std::string& full_name = session.form1.FN_Format.text;

@@ -3,7 +3,7 @@
 #include "creation/account_stage.hpp"
 #include "creation/account_texts.hpp"
 #include "directory/operations.hpp"
-#include "format/variables.hpp"
+#include "format/filling.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
 
@@ -14,10 +14,7 @@ using platform::User;
 using session::Session;
 
 std::string description(CreationRun& run) {
-  std::string text = format::Replace_Variables(run.session, run.session.form1.Description.text);
-  if (run.session.import.Importing)
-    text = format::replace_import_fields(run.session, std::move(text));
-  return text;
+  return format::Filling(run.session, run.session.form1.Description.text).variables().import_fields().take();
 }
 
 void stage_fields(CreationRun& run, User& user) {

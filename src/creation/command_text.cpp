@@ -3,8 +3,7 @@
 #include <algorithm>
 
 #include "base/text.hpp"
-#include "format/user_name.hpp"
-#include "format/variables.hpp"
+#include "format/filling.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
@@ -78,16 +77,17 @@ std::vector<std::string> command_words(session::Session& session, std::string_vi
                                        const CommandUser& user) {
   const session::Form1& form = session.form1;
   return fill_words(session, command, [&](std::string word) {
-    if (session.import.Importing)
-      word = format::replace_import_fields(session, std::move(word));
-    word = format::FRString(word, "%Domain%", session.DomainName);
-    word = format::FRString(word, "%Server%", form.NTSERVER.text.get());
-    word = format::FRString(word, "%UserName%", user.account);
-    word = format::FRString(word, "%EXServer%", form.EXSERVER.text.get());
-    word = format::FRString(word, "%EXSite%", form.EXSite.text.get());
-    word = format::FRString(word, "%EXorg%", form.EXorg.text.get());
-    word = format::UserName(session, std::move(word), user.first, user.middle, user.last);
-    return format::Replace_Variables(session, std::move(word));
+    return format::Filling(session, std::move(word))
+        .import_fields()
+        .tag("%Domain%", session.DomainName)
+        .tag("%Server%", form.NTSERVER.text.get())
+        .tag("%UserName%", user.account)
+        .tag("%EXServer%", form.EXSERVER.text.get())
+        .tag("%EXSite%", form.EXSite.text.get())
+        .tag("%EXorg%", form.EXorg.text.get())
+        .names(user.first, user.middle, user.last)
+        .variables()
+        .take();
   });
 }
 

@@ -2,8 +2,7 @@
 
 #include "controls/basic.hpp"
 #include "controls/tree_view.hpp"
-#include "format/user_name.hpp"
-#include "format/variables.hpp"
+#include "format/filling.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
@@ -64,12 +63,12 @@ const std::string& container_key(const CreationRun& run) {
 }
 
 std::string expand_row_value(CreationRun& run, std::string_view value) {
-  session::Session& session = run.session;
-  std::string text = format::Replace_Variables(session, std::string(value));
-  text = format::UserName(session, std::move(text), run.request.FirstName, run.request.MiddleName,
-                          run.request.LastName);
-  text = format::FRString(text, "%Domain%", session.DomainName);
-  return session.import.Importing ? format::replace_import_fields(session, std::move(text)) : text;
+  return format::Filling(run.session, std::string(value))
+      .variables()
+      .names(run.request.FirstName, run.request.MiddleName, run.request.LastName)
+      .tag("%Domain%", run.session.DomainName)
+      .import_fields()
+      .take();
 }
 
 }  // namespace twk::creation

@@ -1,8 +1,8 @@
 #include "format/passwords.hpp"
 
 #include "base/text.hpp"
+#include "format/filling.hpp"
 #include "format/tags.hpp"
-#include "format/user_name.hpp"
 #include "format/variables.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
@@ -14,9 +14,7 @@ namespace {
 constexpr int kFrameWidth = 2775;
 constexpr int kWideFrameWidth = 5535;
 
-std::string with_account(std::string_view text, std::string_view account) {
-  return FRString(text, "%UserName%", base::trim(account));
-}
+constexpr std::string_view kAccountTag = "%UserName%";
 
 bool holds_import_field(std::string_view format) {
   return find_tag(format, "%IMPORT") != base::npos;
@@ -37,14 +35,15 @@ NewPasswordText new_password_text(session::Session& session, std::string_view ac
   const bool of_import = formatted && !importing && holds_import_field(format);
   NewPasswordText password;
   if (formatted && !of_import) {
-    password.text = UserName(session, with_account(format, account), first, middle, last);
+    password.text =
+        Filling(session, format).tag(kAccountTag, base::trim(account)).names(first, middle, last).take();
   } else {
-    password.text = with_account(form1.defaultpassword.text.get(), account);
-    if (!form1.FmtPass.on() && importing) {
-      password.text = replace_import_fields(session, std::move(password.text));
-      if (holds_import_field(password.text))
-        password.text.clear();  // a field that the line does not have
-    }
+    Filling text(session, form1.defaultpassword.text);
+    text.tag(kAccountTag, base::trim(account));
+    if (!form1.FmtPass.on())
+      text.import_fields();
+    const bool lacks_field = !form1.FmtPass.on() && importing && text.holds("%IMPORT");
+    password.text = lacks_field ? std::string() : text.take();
   }
   const std::string& field = formatted && !of_import ? format : form1.defaultpassword.text.get();
   if (of_import)
@@ -63,7 +62,8 @@ std::string password_of_text(session::Session& session, std::string text, std::s
 }
 
 std::string reset_user_password_text(session::Session& session, std::string_view name) {
-  return password_of_text(session, with_account(session.form1.defaultpassword.text.get(), name), name);
+  return password_of_text(
+      session, FRString(session.form1.defaultpassword.text.get(), kAccountTag, base::trim(name)), name);
 }
 
 void show_password_frame(session::Session& session) {

@@ -19,8 +19,8 @@ namespace twk::format {
 ///     %IMPORT1% … %IMPORT99%     field of the import line, while `Importing` is set
 ///
 /// All else is plain text, but for "#", which is dropped. The result is trimmed. Unless `SerialTokenUsed` is
-/// set, `SerialCounter` starts from the setting `IncNumber`; a serial tag sets `SerialTokenUsed`. A name that
-/// holds a tag stops the expansion at a limit. Never raises.
+/// set, `SerialCounter` starts from the setting `IncNumber`; a serial tag sets `SerialTokenUsed`. What a
+/// name or a field holds is no tag. Never raises.
 std::string UserName(session::Session& session, std::string format, std::string_view first,
                      std::string_view middle, std::string_view last);
 

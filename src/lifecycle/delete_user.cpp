@@ -3,7 +3,7 @@
 #include "base/errors.hpp"
 #include "creation/command_text.hpp"
 #include "directory/operations.hpp"
-#include "format/variables.hpp"
+#include "format/filling.hpp"
 #include "lifecycle/account_log.hpp"
 #include "lifecycle/delete_run.hpp"
 #include "lifecycle/folder_use.hpp"
@@ -67,8 +67,10 @@ void run_script(DeleteRun& run) {
   prepare_failure(session, "Error Running Command...", "Error Running Command ");
   session.multi_user.Label3.caption = std::string("Running Script...");
   const std::vector<std::string> words = creation::fill_words(session, script, [&](std::string word) {
-    word = format::FRString(word, "%Domain%", session.DomainName);
-    return format::FRString(word, "%UserName%", run.DeletedName);
+    return format::Filling(session, std::move(word))
+        .tag("%Domain%", session.DomainName)
+        .tag("%UserName%", run.DeletedName)
+        .take();
   });
   const std::string failure = "Error Running: " + creation::shown_command(words);
   run.Success &= run_account_command(session, "Running Script: ", words, 2, failure);

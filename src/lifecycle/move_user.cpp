@@ -4,8 +4,7 @@
 #include "base/text.hpp"
 #include "creation/command_text.hpp"
 #include "directory/operations.hpp"
-#include "format/user_name.hpp"
-#include "format/variables.hpp"
+#include "format/filling.hpp"
 #include "lifecycle/account_log.hpp"
 #include "lifecycle/account_paths.hpp"
 #include "lifecycle/consent.hpp"
@@ -128,11 +127,12 @@ std::vector<std::string> move_command(MoveRun& run) {
       {"%Server%", form.NTSERVER.text}, {"%EXServer%", form.EXSERVER.text}, {"%EXSite%", form.EXSite.text},
       {"%EXorg%", form.EXorg.text}};
   return creation::fill_words(session, form.Move_Script.text.get(), [&](std::string word) {
+    format::Filling text(session, std::move(word));
     for (const auto& [tag, value] : tags)
-      word = format::FRString(word, tag, base::trim(value));
-    word = format::UserName(session, std::move(word), form.strFirst.text.get(), form.StrMiddle.text.get(),
-                            form.strLast.text.get());
-    return format::Replace_Variables(session, std::move(word));
+      text.tag(tag, base::trim(value));
+    return text.names(form.strFirst.text.get(), form.StrMiddle.text.get(), form.strLast.text.get())
+        .variables()
+        .take();
   });
 }
 

@@ -2,31 +2,28 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "format/user_name.hpp"
-#include "format/variables.hpp"
+#include "format/filling.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
 namespace {
 
-using format::FRString;
 using platform::ObjectPtr;
 using session::Session;
 
 constexpr std::int32_t kMailboxEnabled = 2;
 
-/// The mail domain, headed by "@"; one that stands in the row already is not put twice.
-std::string replace_mail_domain(const Session& session, std::string_view text) {
-  const std::string domain = "@" + session.DomainName;
-  return FRString(FRString(text, "@%Domain%", domain), "%Domain%", domain);
-}
-
+/// The mail domain is headed by "@"; one that stands in the row already is not put twice.
 std::string expand(Session& session, const MailboxOwner& owner, std::string value) {
-  value = format::Replace_Variables(session, std::move(value));
-  value = format::UserName(session, std::move(value), owner.FirstName, owner.MiddleName, owner.LastName);
-  value = replace_mail_domain(session, value);
-  return session.import.Importing ? format::replace_import_fields(session, std::move(value)) : value;
+  const std::string domain = "@" + session.DomainName;
+  return format::Filling(session, std::move(value))
+      .variables()
+      .names(owner.FirstName, owner.MiddleName, owner.LastName)
+      .tag("@%Domain%", domain)
+      .tag("%Domain%", domain)
+      .import_fields()
+      .take();
 }
 
 /// What is to be written; empty for nothing.

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "base/text.hpp"
-#include "format/user_name.hpp"
+#include "format/filling.hpp"
 #include "format/variables.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/session.hpp"
@@ -12,7 +12,7 @@
 namespace twk::mail {
 namespace {
 
-using format::FRString;
+using format::Filling;
 using session::Session;
 
 constexpr std::array<std::pair<std::string_view, RowUse>, 5> kUses = {
@@ -22,16 +22,16 @@ constexpr std::array<std::pair<std::string_view, RowUse>, 5> kUses = {
      {"COUNTRY", RowUse::kCountry},
      {"MEMBEROF", RowUse::kMemberOf}}};
 
-std::string replace_built_ins(const Session& session, const MailboxOwner& owner, std::string text) {
-  text = FRString(text, "%ExSite%", owner.place.Site);
-  text = FRString(text, "%EXServer%", owner.place.Server);
-  text = FRString(text, "%EXOrg%", owner.place.Org);
-  text = FRString(text, "%Domain%", session.DomainName);
-  return FRString(text, "%UserName%", owner.SamName);
+Filling& put_names(Filling& text, const MailboxOwner& owner) {
+  return text.names(owner.FirstName, owner.MiddleName, owner.LastName);
 }
 
-std::string replace_names(Session& session, const MailboxOwner& owner, std::string text) {
-  return format::UserName(session, std::move(text), owner.FirstName, owner.MiddleName, owner.LastName);
+Filling& put_built_ins(Filling& text, const Session& session, const MailboxOwner& owner) {
+  return text.tag("%ExSite%", owner.place.Site)
+      .tag("%EXServer%", owner.place.Server)
+      .tag("%EXOrg%", owner.place.Org)
+      .tag("%Domain%", session.DomainName)
+      .tag("%UserName%", owner.SamName);
 }
 
 /// The value of a row that is read before the mailbox is made.
@@ -39,8 +39,9 @@ std::string leading_value(Session& session, const MailboxOwner& owner, const con
   std::string value = value_of(row);
   if (base::equals_fold(value, "PROMPT"))
     value = ask_for_value(session, row.text);
-  value = format::Replace_Variables(session, std::move(value));
-  return replace_built_ins(session, owner, replace_names(session, owner, std::move(value)));
+  Filling text(session, std::move(value));
+  put_names(text.variables(), owner);
+  return put_built_ins(text, session, owner).take();
 }
 
 MailboxOwner escaped(const MailboxOwner& owner) {
@@ -50,19 +51,6 @@ MailboxOwner escaped(const MailboxOwner& owner) {
           escape_dn_value(owner.LastName),
           escape_dn_value(owner.SamName),
           {owner.place.Server, escape_dn_value(owner.place.Site), escape_dn_value(owner.place.Org)}};
-}
-
-/// "%IMPORTn%" replaced by the escaped field n.
-std::string replace_escaped_import_fields(const Session& session, std::string text) {
-  const session::ImportState& import_state = session.import;
-  const auto last =
-      std::min(static_cast<std::size_t>(std::max<std::int16_t>(import_state.ImportFieldCount, 0)),
-               session::kMostImportFields);
-  for (std::size_t i = 1; i <= last; ++i) {
-    text = FRString(text, "%IMPORT" + base::to_text(static_cast<std::int64_t>(i)) + "%",
-                    platform::escape_dn_value(import_state.ImportFields.at(i)));
-  }
-  return text;
 }
 
 }  // namespace
@@ -124,12 +112,12 @@ std::string attribute_row(Session& session, const MailboxOwner& owner, const con
   std::string value = value_of(row);
   if (base::equals_fold(value, "PROMPT"))
     value = ask_for_value(session, row.text);
-  if (is_path && session.import.Importing)
-    value = replace_escaped_import_fields(session, std::move(value));
+  Filling text(session, std::move(value));
+  if (is_path)
+    text.import_fields([](std::string_view field) { return platform::escape_dn_value(field); });
   const MailboxOwner& used = is_path ? escaped(owner) : owner;
-  value = replace_built_ins(session, used, replace_names(session, used, std::move(value)));
-  value = format::Replace_Variables(session, std::move(value));
-  return session.import.Importing ? format::replace_import_fields(session, std::move(value)) : value;
+  put_names(text, used);
+  return put_built_ins(text, session, used).variables().import_fields().take();
 }
 
 }  // namespace twk::mail

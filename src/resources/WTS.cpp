@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "format/filling.hpp"
 #include "format/variables.hpp"
 #include "session/session.hpp"
 #include "stores/terminal_server_rows.hpp"
@@ -53,10 +54,11 @@ bool send(Session& session, const Target& target, WtsConfigClass setting, const 
 std::string row_value(Session& session, const controls::ListRow& row) {
   if (row.sub_items.empty())
     return {};
-  const std::string text = format::Replace_Variables(session, row.sub_items.front());
-  const std::string server(base::trim(session.form1.NTSERVER.text.get()));
-  return format::FRString(format::FRString(text, "%server%", server), "%UserName%",
-                          session.form1.UserID_Box.text.get());
+  return format::Filling(session, row.sub_items.front())
+      .variables()
+      .tag("%server%", base::trim(session.form1.NTSERVER.text.get()))
+      .tag("%UserName%", session.form1.UserID_Box.text.get())
+      .take();
 }
 
 /// A row's value as its setting takes it.

@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "format/filling.hpp"
 #include "format/variables.hpp"
 #include "resources/file_permission.hpp"
 #include "session/session.hpp"
@@ -41,8 +42,10 @@ void set_owner(Session& session, std::string& server, const std::string& path, c
                std::string_view prescribed, std::int16_t& RunWarning) {
   if (prescribed.empty())
     return;
-  const std::string owner =
-      FRString(FRString(prescribed, "%username%", userName), "%Domain%", session.NTDomainName);
+  const std::string owner = format::Filling(session, std::string(prescribed))
+                                .tag("%username%", userName)
+                                .tag("%Domain%", session.NTDomainName)
+                                .take();
   session.log.line("Setting Owner of Folder " + path + " to " + owner);
   if (SetFilePermission(session, server, path, {.account = owner, .ownerOnly = true}))
     return;

@@ -127,11 +127,9 @@ TEST_F(UserNameTest, WithoutASerialTagTheCounterIsFreshAndTheFlagStaysDown) {
   EXPECT_FALSE(session.SerialTokenUsed);
 }
 
-TEST_F(UserNameTest, NamesThatHoldTagsComeToAnEnd) {
-  EXPECT_LE(name("%first%", "%first%%first%").size(), kMostText + 100);
-  EXPECT_EQ(name("%first%", "%first%"), "%first%");
-  EXPECT_EQ(name("%first%", "%last%", "", "x"), "x");
-  EXPECT_LE(name("%last%", "", "", std::string(50, 'x') + "%last%%LAST%").size(), 2 * kMostText);
+TEST_F(UserNameTest, NamesHoldNoTags) {
+  EXPECT_EQ(name("%first%", "%first%%first%"), "%first%%first%");
+  EXPECT_EQ(name("%first%%last%", "%last%", "", "%n%"), "%last%%n%");
 }
 
 TEST_F(UserNameTest, AFormatWithManyTagsOrALongNameIsQuick) {

@@ -1,5 +1,6 @@
 #include "format/variables.hpp"
 
+#include "format/filling.hpp"
 #include "format/tags.hpp"
 #include "support/world.hpp"
 
@@ -76,25 +77,20 @@ TEST_F(VariablesTest, AValueThatHoldsItsOwnTagComesToAnEnd) {
   EXPECT_LE(expand("%grow%").size(), 2 * kMostText);
 }
 
-TEST_F(VariablesTest, ImportFieldsAreThoseThatTheLineHas) {
+TEST_F(VariablesTest, ImportFieldsAreThoseThatTheLineHasAndHoldNoTags) {
+  const auto filled = [this](std::string text) {
+    return Filling(session, std::move(text)).import_fields().take();
+  };
   session.import.ImportFieldCount = 2;
-  session.import.ImportFields[1] = "one";
-  session.import.ImportFields[2] = "two";
+  session.import.ImportFields[1] = "%IMPORT2%";
+  session.import.ImportFields[2] = "100%";
   session.import.ImportFields[3] = "left from the line before";
-  EXPECT_EQ(replace_import_fields(session, "%import1%,%IMPORT2%,%IMPORT3%,%IMPORT12%"),
-            "one,two,%IMPORT3%,%IMPORT12%");
+  EXPECT_EQ(filled("%IMPORT1%"), "%IMPORT1%");
+  session.import.Importing = true;
+  EXPECT_EQ(filled("%import1%,%IMPORT2%,%IMPORT3%,%IMPORT12%"), "%IMPORT2%,100%,%IMPORT3%,%IMPORT12%");
   session.import.ImportFieldCount = 1000;
   session.import.ImportFields[100] = "hundred";
-  EXPECT_EQ(replace_import_fields(session, "%IMPORT100%%IMPORT101%"), "hundred%IMPORT101%");
-}
-
-TEST_F(VariablesTest, FieldsThatNameEachOtherComeToAnEnd) {
-  session.import.ImportFieldCount = 100;
-  for (std::size_t i = 1; i < 100; ++i) {
-    const std::string next = "%IMPORT" + base::to_text(static_cast<std::int64_t>(i) + 1) + "%";
-    session.import.ImportFields.at(i) = next + next + next;
-  }
-  EXPECT_LE(replace_import_fields(session, "%IMPORT1%").size(), 2 * kMostText);
+  EXPECT_EQ(filled("%IMPORT100%%IMPORT101%"), "hundred%IMPORT101%");
 }
 
 }  // namespace

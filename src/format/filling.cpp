@@ -1,0 +1,123 @@
+#include "format/filling.hpp"
+
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "format/name_tags.hpp"
+#include "format/tags.hpp"
+#include "format/variables.hpp"
+#include "session/session.hpp"
+
+namespace twk::format {
+namespace {
+
+/// Stands for a percent sign of data until the text is whole, so that no step takes it for the beginning of a
+/// tag. U+FDD0 is no character of any text (Unicode 23.7, "Noncharacters").
+constexpr std::string_view kPercentOfData = "\uFDD0";
+
+/// The last field that a format of names can name.
+constexpr std::size_t kMostFieldsOfNames = 99;
+
+std::string inert(std::string_view data) {
+  std::string text;
+  text.reserve(data.size());
+  for (const char c : data) {
+    if (c == '%')
+      text += kPercentOfData;
+    else
+      text += c;
+  }
+  return text;
+}
+
+/// A text beside its upper-case form. Case mapping keeps byte positions, so one search serves both.
+class FoldedText {
+ public:
+  explicit FoldedText(std::string text) : text_(std::move(text)), folded_(base::upper(text_)) {}
+
+  /// Replaces the first occurrence of `tag`, upper case, until there is none.
+  void expand(std::string_view tag, std::string_view value) {
+    const std::string folded_value = base::upper(value);
+    std::size_t from = 0;
+    for (int i = 0; i < kMostExpansions && text_.size() <= kMostText; ++i) {
+      const std::size_t at = folded_.find(tag, from);
+      if (at == base::npos)
+        return;
+      text_.replace(at, tag.size(), value);
+      folded_.replace(at, tag.size(), folded_value);
+      // Nothing before can be the tag, but for one that begins there and ends in the value.
+      from = at - std::min(at, tag.size() - 1);
+    }
+  }
+
+  std::string take() { return std::move(text_); }
+
+ private:
+  std::string text_;
+  std::string folded_;
+};
+
+}  // namespace
+
+Filling::Filling(session::Session& session, std::string text) : session_(session), text_(std::move(text)) {}
+
+Filling& Filling::tag(std::string_view name, std::string_view value) {
+  text_ = FRString(text_, name, inert(value));
+  return *this;
+}
+
+Filling& Filling::names(std::string_view first, std::string_view middle, std::string_view last) {
+  text_.insert(0, 1, ' ');
+  text_.push_back(' ');
+  expand_name(text_, "%FIRST%", inert(first));
+  expand_name(text_, "%MIDDLE%", inert(middle));
+  expand_name(text_, "%LAST%", inert(last));
+  std::erase(text_, '#');
+  if (session_.import.Importing)
+    put_fields(kMostFieldsOfNames, {});
+  expand_serials(session_, text_);
+  text_ = base::trim(text_);
+  return *this;
+}
+
+Filling& Filling::import_fields(const Escape& escape) {
+  const std::int16_t count = session_.import.ImportFieldCount;
+  if (session_.import.Importing && count > 0)
+    put_fields(std::min(static_cast<std::size_t>(count), session::kMostImportFields), escape);
+  return *this;
+}
+
+void Filling::put_fields(std::size_t last, const Escape& escape) {
+  if (find_tag(text_, "%IMPORT") == base::npos)
+    return;
+  for (std::size_t i = 1; i <= last; ++i) {
+    const std::string name = "%IMPORT" + base::to_text(static_cast<std::int64_t>(i)) + "%";
+    const std::string& field = session_.import.ImportFields.at(i);
+    if (find_tag(text_, name) != base::npos)
+      tag(name, escape ? escape(field) : field);
+  }
+}
+
+Filling& Filling::variables() {
+  const controls::ListView& rows = session_.variables.ListView1;
+  if (rows.empty() || text_.find('%') == base::npos)
+    return *this;
+  FoldedText folded(std::move(text_));
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const controls::ListRow& row = rows.at(i);
+    const std::string name = "%" + base::upper(base::trim(row.text)) + "%";
+    folded.expand(name, row.sub_items.empty() ? std::string_view() : base::trim(row.sub_items.front()));
+  }
+  text_ = folded.take();
+  return *this;
+}
+
+bool Filling::holds(std::string_view tag) const {
+  return find_tag(text_, tag) != base::npos;
+}
+
+std::string Filling::take() {
+  return FRString(text_, kPercentOfData, "%");
+}
+
+}  // namespace twk::format

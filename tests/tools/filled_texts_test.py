@@ -1,0 +1,175 @@
+#!/usr/bin/python3
+"""Imports users whose names and fields hold tags, and compares every attribute that a row of the directory table gave
+them with what this script makes of the same rows: tags of the administrator count, those of the data are text.
+
+    filled_texts_test.py PATH-OF-TWK
+"""
+
+import base64
+import os
+import pathlib
+import random
+import re
+import subprocess
+import sys
+import tempfile
+from itertools import zip_longest
+
+TWK = sys.argv[1]
+USERS, FIELDS, SEED = 420, 6, 20
+ATTRIBUTES = ("description", "title", "department", "company", "info", "physicalDeliveryOfficeName", "street", "l", "st",
+              "postalCode", "telephoneNumber", "mobile")
+# A value may hold the tag of a later row, and tags of the steps that follow.
+VARIABLES = [("Dept", "Sales %Town%"), ("Town", "York"), ("Head", "%last% of %Dept%"), ("Nick", "1%first%")]
+DOMAIN = "twk.test"
+PIECES = ["%first%", "%LAST%", "%middle%", "1%first%", "#2%last%", "%last%3", "#U%first%", "#L2%last%", "%Domain%", "%domain%",
+          "%Dept%", "%TOWN%", "%Head%", "%Nick%", "%IMPORT1%", "%import3%", "%IMPORT6%", "%IMPORT60%", "%unknown%", "a", "Z", " ",
+          "-", "4", "x\u00e9", "\u0142"]
+HOSTILE = ["%IMPORT4%", "%first%", "%Domain%", "%Dept%", "%UserName%", "%n%", "50%", "%%", "%IMPORT", "1%last%", "%Head%"]
+
+
+def data(chance, letters):
+    """A value of the data; a third of them try to be a format."""
+    text = "".join(chance.choice(letters) for _ in range(chance.randint(2, 7)))
+    return text + chance.choice(HOSTILE) + chance.choice(letters) if chance.random() < 0.34 else text
+
+
+# --- An own reading of the rules, with data marked so that no later step sees a tag in it ---
+
+MARK = "\x00"
+
+
+def inert(text):
+    return text.replace("%", MARK)
+
+
+def put_names(text, names):
+    text = f" {text} "
+    for tag, name in names:
+        name = inert(name)
+        while match := re.search(re.escape(tag), text, re.IGNORECASE):
+            at, end = match.span()
+            window = text[at - 3:at] if at >= 3 else ""
+            case = next((letter.upper() for letter in re.findall("#([UuLl])", window)), "")
+            before = text[at - 1] if at and text[at - 1] in "123456789" else ""
+            after = text[end] if end < len(text) and text[end] in "123456789" else ""
+            if case:  # the letter of "#U" goes
+                cut = at - 2 if before else at - 1
+                text = text[:cut] + text[cut + 1:]
+                at, end = at - 1, end - 1
+            begin = at
+            if before:
+                begin = at - 1 if not case else at - 2
+                value = name[:int(before)]
+            elif after:
+                begin = at if not case else at - 1
+                value, end = name[-int(after):], end + 1
+            else:
+                value = name
+            value = value.upper() if case == "U" else value.lower() if case == "L" else value
+            text = text[:begin] + value + text[end:]
+    return text.replace("#", "")
+
+
+def put(text, tag, value):
+    return re.sub(re.escape(tag), lambda _: inert(value), text, flags=re.IGNORECASE)
+
+
+def filled(row, names, fields):
+    text = row
+    for name, value in VARIABLES:
+        text = re.sub(re.escape(f"%{name}%"), lambda _: value, text, flags=re.IGNORECASE)
+    text = put_names(text, names)
+    for place in range(1, 100):
+        text = put(text, f"%IMPORT{place}%", fields[place - 1] if place <= len(fields) else "")
+    text = put(text.strip(" "), "%Domain%", DOMAIN)
+    return text.replace(MARK, "%")
+
+
+def filled_word(word, names, fields, account):
+    """The order of a command."""
+    body = word.strip(" ")
+    if not set("%#") & set(word) or not body:
+        return word
+    text = body
+    for place, field in enumerate(fields, 1):
+        text = put(text, f"%IMPORT{place}%", field)
+    for tag, value in (("%Domain%", DOMAIN), ("%UserName%", account)):
+        text = put(text, tag, value)
+    text = put_names(text, names)
+    for place in range(len(fields) + 1, 100):
+        text = put(text, f"%IMPORT{place}%", "")
+    text = text.strip(" ")
+    for name, value in VARIABLES:
+        text = re.sub(re.escape(f"%{name}%"), lambda _: value, text, flags=re.IGNORECASE)
+    return word[:len(word) - len(word.lstrip(" "))] + text.replace(MARK, "%") + word[len(word.rstrip(" ")):]
+
+
+def twk(*arguments, text=None, codes=(0,)):
+    done = subprocess.run([TWK, "--lab", "lab", *arguments], input=text, capture_output=True, text=True, timeout=280)
+    if done.returncode not in codes:
+        sys.exit(f"twk {arguments}: {done.returncode}\n{done.stdout[-2000:]}{done.stderr[-2000:]}")
+    return done.stdout
+
+
+def format_of(chance):
+    return "".join(chance.choice(PIECES) for _ in range(chance.randint(1, 5))).strip() or "-"
+
+
+def people(chance):
+    letters = "abcdeXYZ\u00e9\u0142 "
+    for place in range(USERS):
+        first, middle, last, *more = ((data(chance, letters).strip() or "o") for _ in range(FIELDS - 1))
+        yield *(name[0].upper() + name[1:] for name in (first, middle, last)), f"u{place:04}", *more
+
+
+def commands_ran(path):
+    lines = path.read_text().split("\n")[:-1]
+    ran = [line.split("\x1f")[1:] for line in lines]
+    return {words[0]: words[1:] for words in ran}
+
+
+def main():
+    chance = random.Random(SEED)
+    twk("lab", "init", "lab", "--sample", "--users", "0")
+    rows = [format_of(chance) for _ in ATTRIBUTES]
+    words = [format_of(chance) for _ in range(12)]
+    twk("table", "set", "w2k", text="".join(f"p,{name},{row}\n" for name, row in zip(ATTRIBUTES, rows)))
+    twk("template", "edit", "Staff", *(f"--variable={name}={value}" for name, value in VARIABLES))
+    script = pathlib.Path("script")
+    script.write_text('#!/bin/sh\nfor word; do printf "\\037%s" "$word"; done >> ran\nprintf "\\n" >> ran\n')
+    script.chmod(0o755)
+    twk("settings", "set", "Setup", "BatchFileCreate", f"{script.resolve()} %UserName% " + " ".join(f'"{word}"' for word in words))
+    twk("settings", "set", "Setup", "WaitNew", "Yes")
+    twk("settings", "set", "UM", "RunCmd", "Yes")
+    them = list(people(chance))
+    pathlib.Path("new.csv").write_text("".join(",".join(one) + "\n" for one in them))
+    twk("user", "import", "new.csv", "--template", "Staff", "--site", "Head Office", "--ou", "OU=New Starters,DC=twk,DC=test", "--id", "4",
+        codes=(0, 1))
+    found = {}
+    for entry in twk("lab", "export").split("\n\n"):
+        attributes = {name.rstrip(":"): base64.b64decode(value).decode(errors="replace") if name.endswith(":") else value
+                      for name, _, value in (line.partition(": ") for line in entry.replace("\n ", "").splitlines())}
+        found[attributes.get("sAMAccountName")] = attributes
+    ran = commands_ran(pathlib.Path("ran"))
+    faults, compared = [], 0
+    for first, middle, last, account, *more in them:
+        names = (("%FIRST%", first), ("%MIDDLE%", middle), ("%LAST%", last))
+        fields = (first, middle, last, account, *more)
+        for name, row in zip(ATTRIBUTES, rows):
+            wanted = filled(row, names, fields)
+            wanted = None if "%" in wanted or not wanted else wanted
+            faults += [] if found[account].get(name) == wanted else [(account, row, fields, wanted, found[account].get(name))]
+            compared += 1
+        for word, given in zip_longest(words, ran.get(account, [])):
+            wanted = filled_word(word, names, fields, account)
+            faults += [] if given == wanted else [(account, word, fields, wanted, given)]
+            compared += 1
+    if faults or compared < 5000:
+        sys.exit(f"{len(faults)} of {compared} texts are not what was meant; the first:\n" + "\n".join(map(repr, faults[:5])))
+    print(f"{compared} texts are what was meant")
+
+
+with tempfile.TemporaryDirectory() as folder:
+    os.chdir(folder)
+    main()
