@@ -301,25 +301,28 @@ void LdapConnection::rename(const std::string& dn, const std::string& new_rdn,
 std::vector<std::string> read_links(LdapConnection& connection, const std::string& dn,
                                     std::string_view attribute) {
   std::vector<std::string> all;
-  std::string wanted(attribute);
-  for (;;) {
+  std::optional<std::string> wanted = std::string(attribute);
+  while (wanted) {
     if (!all.empty())
       connection.require_going_on();
-    const LdapEntry entry = connection.read(dn, {wanted});
-    const std::string prefix = std::string(attribute) + ";range=";
-    bool more = false;
-    for (const LdapAttribute& part : entry.attributes) {
-      const bool ranged = base::starts_with_fold(part.name, prefix);
-      if (!ranged && !base::equals_fold(part.name, attribute))
-        continue;
-      all.insert(all.end(), part.values.begin(), part.values.end());
-      // A server may send the plain attribute along, empty, before or after the range.
-      more = more || (ranged && !part.name.ends_with("-*") && !part.values.empty());
-    }
-    if (!more)
-      return all;
-    wanted = prefix + std::to_string(all.size()) + "-*";
+    wanted = join_range(connection.read(dn, {*wanted}), attribute, all);
   }
+  return all;
+}
+
+std::optional<std::string> join_range(const LdapEntry& answer, std::string_view attribute,
+                                      std::vector<std::string>& all) {
+  const std::string prefix = std::string(attribute) + ";range=";
+  bool more = false;
+  for (const LdapAttribute& part : answer.attributes) {
+    const bool ranged = base::starts_with_fold(part.name, prefix);
+    if (!ranged && !base::equals_fold(part.name, attribute))
+      continue;
+    all.insert(all.end(), part.values.begin(), part.values.end());
+    // A server may send the plain attribute along, empty, before or after the range.
+    more = more || (ranged && !part.name.ends_with("-*") && !part.values.empty());
+  }
+  return more ? std::optional(prefix + std::to_string(all.size()) + "-*") : std::nullopt;
 }
 
 }  // namespace twk::live

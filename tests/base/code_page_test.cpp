@@ -8,6 +8,7 @@ TEST(CodePage, EveryByteStandsForOneCharacterAndNothingElseHasAPlace) {
   for (int byte = 0; byte < 256; ++byte)
     bytes.push_back(static_cast<char>(byte));
   EXPECT_EQ(to_ansi(from_ansi(bytes)), bytes);
+  EXPECT_EQ(from_ansi("\x80\x8A\xFC\xDF"), "€Šüß");
   const struct {
     const char* text;
     const char* outside;  ///< the first character with no place
@@ -27,10 +28,11 @@ TEST(CodePage, EveryByteStandsForOneCharacterAndNothingElseHasAPlace) {
 
 TEST(Characters, ThoseThatAreNotSeenAreFound) {
   const struct {
-    const char* text;
+    std::string text;
     const char* control;
     const char* invisible;
   } cases[] = {{"Jörg Ōé ع", nullptr, nullptr},     {"a\tb", "U+0009", "U+0009"},
+               {"\x7F", "U+007F", "U+007F"},        {std::string("a\0b", 3), "U+0000", "U+0000"},
                {"a\u0085", "U+0085", "U+0085"},     {"a\u00ADb", nullptr, "U+00AD"},
                {"jo\u200B", nullptr, "U+200B"},     {"\u202Egnp", nullptr, "U+202E"},
                {"a\u2028b", nullptr, "U+2028"},     {"\uFEFFa", nullptr, "U+FEFF"},

@@ -59,14 +59,6 @@ TEST(Text, Utf8IsToldFromOtherBytes) {
   EXPECT_EQ(to_utf32(kBadByte), U"caf\uFFFD");
 }
 
-TEST(Text, CodePage1252IsReadAndWrittenByteForByte) {
-  std::string bytes;
-  for (int byte = 0; byte < 256; ++byte)
-    bytes += static_cast<char>(byte);
-  EXPECT_EQ(to_ansi(from_ansi(bytes)), bytes);
-  EXPECT_EQ(from_ansi("\x80\x8A\xFC\xDF"), "€Šüß");
-}
-
 TEST(Text, PiecesBetweenSeparators) {
   using Pieces = std::vector<std::string>;
   EXPECT_EQ(split("", ','), Pieces());
@@ -99,16 +91,6 @@ TEST(Text, NumbersAreReadAsFarAsTheyGo) {
   EXPECT_EQ(hex_digit('f'), 15U);
   EXPECT_EQ(hex_digit('g'), std::nullopt);
   EXPECT_EQ(to_hex(0x80071392), "0x80071392");
-}
-
-TEST(Text, ControlCharactersAreNamed) {
-  for (const auto& [text, found] :
-       std::vector<std::pair<std::string, std::optional<std::string>>>{{"Zieliński", std::nullopt},
-                                                                       {"a\tb", "U+0009"},
-                                                                       {"\x7F", "U+007F"},
-                                                                       {"a\u0085\n", "U+0085"},
-                                                                       {std::string("a\0b", 3), "U+0000"}})
-    EXPECT_EQ(find_control_character(text), found) << text;
 }
 
 }  // namespace

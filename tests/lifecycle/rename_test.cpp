@@ -403,7 +403,8 @@ TEST(RenameFolders, AStepThatFailsTakesBackThoseBeforeItAndASecondTryEndsTheWork
       },
       [](LifecycleWorld& world) {
         world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kServerDown);
-      }};
+      },
+      [](LifecycleWorld& world) { world.network.refused_share = "ann$"; }};
   for (const auto& fault : faults) {
     NtRename window;
     LifecycleWorld& world = window.world;
@@ -420,6 +421,7 @@ TEST(RenameFolders, AStepThatFailsTakesBackThoseBeforeItAndASecondTryEndsTheWork
     EXPECT_EQ(world.property("ann", "HomeDirectory"), "\\\\FS1\\jo$");
     world.files.before = {};
     world.directory.before = {};
+    world.network.refused_share.clear();
     window.order("ann");
     EXPECT_EQ(window.folders(), kAnn);
     EXPECT_EQ(world.shares("FS1"), (Names{"ann$", "Users"}));
@@ -696,7 +698,9 @@ TEST_F(RenameInNt, NameInUseIsToldAndNothingIsRenamed) {
   type_logon("admin");
   EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
   EXPECT_TRUE(world.has_jo());
-  EXPECT_THAT(world.log_tab(), testing::ElementsAre(HasSubstr("RED  Error Renaming jo: The domain has an account admin already")));
+  EXPECT_THAT(
+      world.log_tab(),
+      testing::ElementsAre(HasSubstr("RED  Error Renaming jo: The domain has an account admin already")));
   EXPECT_THAT(world.log(), HasSubstr("Error Number: "));
 }
 

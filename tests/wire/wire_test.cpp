@@ -6,6 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/account_flags.hpp"
+#include "live/ldap_connection.hpp"
 #include "live/ndr.hpp"
 #include "live/password_buffer.hpp"
 #include "live/rpc_pipe.hpp"
@@ -141,6 +142,29 @@ TEST(WindowsLogon, UserIsTakenApart) {
     settings.user = one.user;
     EXPECT_EQ(windows_logon(settings).user, one.name);
     EXPECT_EQ(windows_logon(settings).domain, one.domain);
+  }
+}
+
+TEST(RangedValues, AreJoinedUntilTheServerSaysThatNoneFollow) {
+  const struct {
+    std::vector<LdapAttribute> answer;
+    std::size_t values;
+    std::optional<std::string> next;
+  } cases[] = {
+      {{{"member;range=0-1", {"a", "b"}}}, 2, "member;range=2-*"},
+      {{{"member", {}}, {"member;range=0-1", {"a", "b"}}}, 2, "member;range=2-*"},
+      {{{"member;range=0-1", {"a", "b"}}, {"member", {}}}, 2, "member;range=2-*"},
+      {{{"MEMBER;Range=0-*", {"a"}}}, 1, std::nullopt},
+      {{{"member", {"a"}}, {"memberOf", {"x"}}}, 1, std::nullopt},
+      {{{"member;range=0-1", {}}}, 0, std::nullopt},
+      {{}, 0, std::nullopt},
+  };
+  for (const auto& one : cases) {
+    LdapEntry answer;
+    answer.attributes = one.answer;
+    std::vector<std::string> all;
+    EXPECT_EQ(join_range(answer, "member", all), one.next);
+    EXPECT_EQ(all.size(), one.values);
   }
 }
 
