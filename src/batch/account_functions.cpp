@@ -9,6 +9,7 @@
 #include "directory/operations.hpp"
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
+#include "session/hourglass.hpp"
 
 namespace twk::batch {
 namespace {
@@ -125,7 +126,7 @@ void run(Session& session, AccountFunction function) {
   session.log.begin_block(session);
   if (!is_confirmed(session, function))
     return session.log.close();
-  window.mouse_pointer = 11;
+  const session::Hourglass hourglass(window.mouse_pointer);
   const RunningWindow running(session, window.btnGo,
                               {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Command1.enabled,
                                &window.Command2.enabled, &window.LockAcc.enabled});
@@ -139,7 +140,6 @@ void run(Session& session, AccountFunction function) {
   } catch (const base::RuntimeError& failure) {
     tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
-  window.mouse_pointer = 0;
 }
 
 void search(Session& session, AccountFunction function) {

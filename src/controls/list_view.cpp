@@ -1,9 +1,11 @@
 #include "controls/list_view.hpp"
 
 #include <algorithm>
+#include <optional>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 
 namespace twk::controls {
 namespace {
@@ -203,11 +205,11 @@ void move_row(ListView& from, const ListRow& row, ListView& to) {
 
 void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to) {
   constexpr std::size_t kFew = 32;
-  const bool from_draws = from.drawing_;
-  const bool to_draws = to.drawing_;
+  std::optional<DrawingOff<ListView>> from_off;
+  std::optional<DrawingOff<ListView>> to_off;
   if (rows.size() > kFew) {
-    from.set_drawing(false);
-    to.set_drawing(false);
+    from_off.emplace(from);
+    to_off.emplace(to);
   }
   const auto put = [&to](const ListRow& row) {
     if (row.key.empty() || to.find_key(row.key) == nullptr)
@@ -225,8 +227,6 @@ void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView
       put(taken);
     }
   }
-  from.set_drawing(from_draws);
-  to.set_drawing(to_draws);
 }
 
 }  // namespace twk::controls

@@ -89,13 +89,13 @@ class ListView {
   /// Makes this the only selected row; none deselects all.
   void select(ListRow* row);
 
-  /// Turning drawing off tells that all rows may become others; until it is on again nothing is told.
-  void set_drawing(bool on);
   [[nodiscard]] Watch watch(Channel<const ListChange&>::Callback callback) const {
     return changes_.watch(std::move(callback));
   }
 
  private:
+  template <typename View>
+  friend class DrawingOff;
   using Rows = std::vector<std::unique_ptr<ListRow>>;
   friend void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to);
 
@@ -115,6 +115,8 @@ class ListView {
   void forget(const ListRow& row);
   /// Takes the rows out, in the order given, without a word to the watchers.
   Rows take(const std::vector<const ListRow*>& rows);
+  /// Turning drawing off tells that all rows may become others; until it is on again nothing is told.
+  void set_drawing(bool on);
   void tell(ListChange::Kind kind, std::size_t place = 0) const;
 
   Rows rows_;

@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 
 namespace twk::controls {
 namespace {

@@ -85,13 +85,14 @@ class TreeView {
 
   void set_expanded(TreeNode& node, bool expanded);
 
-  /// Turning drawing off tells that all nodes may become others; until it is on again nothing is told.
-  void set_drawing(bool on);
   [[nodiscard]] Watch watch(Channel<const TreeChange&>::Callback callback) const {
     return changes_.watch(std::move(callback));
   }
 
  private:
+  template <typename View>
+  friend class DrawingOff;
+
   /// Texts of nodes that they are found by, the nodes' own.
   struct KeyOf {
     std::string_view operator()(const TreeNode* node) const { return node->key; }
@@ -105,6 +106,8 @@ class TreeView {
   void unlink_text(const TreeNode& node);
   [[nodiscard]] std::vector<TreeNode*>& siblings_below(TreeNode* parent);
   void erase(TreeNode& node);
+  /// Turning drawing off tells that all nodes may become others; until it is on again nothing is told.
+  void set_drawing(bool on);
   void tell(TreeChange::Kind kind, TreeNode* node = nullptr, std::size_t place = 0) const;
 
   std::list<TreeNode> nodes_;

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <set>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/errors.hpp"
 #include "platform/directory.hpp"
+#include "session/hourglass.hpp"
 
 namespace twk::controls {
 struct Label;
@@ -82,6 +84,7 @@ struct CreationRun {
   platform::ObjectPtr CurrentUserObject;
   platform::ObjectPtr AdContainer;
   controls::TreeNode* CreatedUserNode = nullptr;
+  std::optional<session::Hourglass> hourglass;  ///< from the first step to the end of the run
   bool traps_off = false;  ///< with "/DEBUG", from the point on where a failure stops the program
 };
 

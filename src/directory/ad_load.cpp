@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/load_options.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
@@ -52,14 +53,6 @@ void begin_log(Load& load) {
   log.line("DNS Server Name: " + session.DnsServerName);
   log.line("TWK using: " + load.options.Search);
   log.line("Load all users: " + std::string(session.LoadAllUsersFlag ? "True" : "False"));
-}
-
-void set_drawing(Session& session, bool on) {
-  session.form1.TreeView1.set_drawing(on);
-  session.form1.ListView3.set_drawing(on);
-  session.form1.ListView5.set_drawing(on);
-  session.groups.ListView1.set_drawing(on);
-  session.multi_user.ListView3.set_drawing(on);
 }
 
 void add_dummy(Session& session, TreeNode& node) {
@@ -259,7 +252,11 @@ bool Load_AD_Domain(Session& session) {
   session.groups.Members.clear();
   session.groups.NotMembers.clear();
   begin_log(load);
-  set_drawing(session, false);
+  const controls::DrawingOff tree_off(session.form1.TreeView1);
+  const controls::DrawingOff user_groups_off(session.form1.ListView3);
+  const controls::DrawingOff template_groups_off(session.form1.ListView5);
+  const controls::DrawingOff all_groups_off(session.groups.ListView1);
+  const controls::DrawingOff selection_off(session.multi_user.ListView3);
   add_root(load);
   choose_scopes(load);
   const bool read = load_ous(load);
@@ -274,7 +271,6 @@ bool Load_AD_Domain(Session& session) {
   tree.select(tree.first());
   if (tree.first() != nullptr)
     tree.set_expanded(*tree.first(), true);
-  set_drawing(session, true);
   if (read && session::logs_load(session)) {
     session.log.line("Domain Data Loaded " + session::date_and_time(session));
   }

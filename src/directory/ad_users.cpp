@@ -1,5 +1,6 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/load_options.hpp"
 #include "directory/names.hpp"
@@ -72,7 +73,7 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
   base::Trap trap;
   controls::ListView& list = to_multi_user ? session.multi_user.ListView2 : session.groups.NotMembers;
   const auto rows = run_query(session, users_query(session, base, scope), properties);
-  list.set_drawing(false);
+  const controls::DrawingOff off(list);
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string found_path = rows->field(0).text();
     const std::string parent = parent_of_user(found_path);
@@ -92,7 +93,6 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
     ++session.UserCount;
     show_progress(session);
   }
-  list.set_drawing(true);
   form.StatusBar1.panel1 = "Ready.";
   return true;
 }

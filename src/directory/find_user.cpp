@@ -5,11 +5,13 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/tree_path.hpp"
 #include "directory/user_details.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -130,13 +132,10 @@ bool Find_AD_Users(Session& session, std::string_view text) {
   if (session.form1.TreeView1.first() == nullptr)
     return false;
   controls::ListView& list = session.find_user.ListView1;
-  list.set_drawing(false);
-  session.form1.mouse_pointer = 11;
+  const controls::DrawingOff off(list);
+  const session::Hourglass hourglass(session.form1);
   base::Trap trap;
-  const bool asked = trap([&] { add_found_users(session, text); });
-  session.form1.mouse_pointer = 0;
-  list.set_drawing(true);
-  return asked;
+  return trap([&] { add_found_users(session, text); });
 }
 
 bool btnSelectuser_Click(Session& session) {

@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "session/session.hpp"
@@ -45,10 +46,10 @@ void take_group(Session& session, base::Trap& trap, const ObjectPtr& group) {
 void show_nt_users(Session& session) {
   controls::ListView& list = session.multi_user.ListView2;
   list.clear();
-  list.set_drawing(false);
   base::Trap trap;
   base::Trap adding;
   trap([&] {
+    const controls::DrawingOff off(list);
     const std::vector<std::string> users{"User"};
     session.platform.directory.GetObject("WinNT://" + session.DomainName)
         ->enumerate(users, [&](const ObjectPtr& user) {
@@ -57,7 +58,6 @@ void show_nt_users(Session& session) {
           return true;
         });
   });
-  list.set_drawing(true);
   if (trap.number() != 0)
     session.form1.StatusBar1.panel1 = "Error Getting Users. " + trap.description();
 }
@@ -81,16 +81,15 @@ bool Load_NT_Domain(Session& session) {
   session.form1.TreeView1.set_expanded(root, true);
   form.StatusBar1.panel1 = "Retrieving Users...";
   session.Error_Status_Text = "Error Getting Users. " + base::to_text(session.UserCount);
-  form.TreeView1.set_drawing(false);
   base::Trap walk(session::is_debug(session));
   walk([&] {
+    const controls::DrawingOff off(form.TreeView1);
     const std::vector<std::string> users{"User"};
     session.DomainContainer->enumerate(users, [&](const ObjectPtr& user) {
       take_user(session, trap, root, user->Name());
       return true;
     });
   });
-  form.TreeView1.set_drawing(true);
 
   form.ListView5.clear();
   form.ListView3.clear();

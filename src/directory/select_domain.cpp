@@ -7,6 +7,7 @@
 #include "directory/nt_load.hpp"
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 
@@ -59,7 +60,7 @@ bool Select_Domain(Session& session, std::string_view name) {
   form.DomName.text = std::string(name);
   if (name.empty())
     return false;
-  form.mouse_pointer = 11;
+  const session::Hourglass hourglass(form);
   Clear_UM(session);
   session.DomainName = form.DomName.text;
   bool loaded = false;
@@ -67,7 +68,6 @@ bool Select_Domain(Session& session, std::string_view name) {
   trap([&] { loaded = load_domain(session); });
   session.CurrentUser.reset();
   session.CurrentGroup.reset();
-  form.mouse_pointer = 0;
   if (!loaded) {
     if (trap.number() != 0)
       form.StatusBar1.panel1 = session.Error_Status_Text;

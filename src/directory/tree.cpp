@@ -2,10 +2,12 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/load_options.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -49,7 +51,6 @@ void add_user(Session& session, const std::string& found_path, const std::string
   base::Trap trap;
   if (trap([&] { session.form1.TreeView1.add_under(parent, path, shown, "USER"); }))
     return;
-  session.form1.mouse_pointer = 0;
   session.platform.dialogs.MsgBox("error adding user to tree", Buttons::kOk, Icon::kNone, "");
   if (!session::logs_load(session))
     return;
@@ -102,9 +103,8 @@ void TreeView1_Expand(Session& session, TreeNode& node) {
   tree.set_expanded(node, true);
   if (&node == tree.first() || session.LoadAllUsersFlag)
     return;
-  tree.set_drawing(false);
+  const controls::DrawingOff off(tree);
   Expand_OU(session, node);
-  tree.set_drawing(true);
 }
 
 bool Expand_OU(Session& session, TreeNode& node) {
@@ -113,8 +113,8 @@ bool Expand_OU(Session& session, TreeNode& node) {
   if (is_read(tree, node))
     return false;
   TreeNode* const dummy = tree.next(node);
-  session.form1.mouse_pointer = 11;
   bool done = false;
+  const session::Hourglass hourglass(session.form1);
   base::Trap trap;
   trap([&] {
     session.Error_Status_Text = "Error with registry";
@@ -131,7 +131,6 @@ bool Expand_OU(Session& session, TreeNode& node) {
   if (trap.number() != 0) {
     session.platform.dialogs.MsgBox(session.Error_Status_Text, Buttons::kOk, Icon::kExclamation, "");
   }
-  session.form1.mouse_pointer = 0;
   return done;
 }
 

@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "directory/refusal.hpp"
 #include "directory/tree.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -46,13 +47,12 @@ bool move_user(Session& session, TreeNode& node, TreeNode& target) {
   TreeView1_Expand(session, target);
   std::string key;
   base::Trap trap;
-  session.form1.mouse_pointer = 11;
   trap([&] {
+    const session::Hourglass hourglass(session.form1);
     key = session.platform.directory.GetObject("LDAP://" + session.DomainName + "/" + target.key)
               ->MoveHere(old_key, std::nullopt)
               ->ADsPath();
   });
-  session.form1.mouse_pointer = 0;
   if (trap.number() != 0) {
     tell_refusal(session, "Move User", "Cannot move " + text + " to " + target.text, trap);
     return false;

@@ -7,6 +7,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "editors/editor_messages.hpp"
 #include "session/controls_defaults.hpp"
 #include "session/session.hpp"
@@ -78,11 +79,10 @@ class ListCopy {
       rows_.push_back(list.at(i));
   }
   void restore() const {
-    list_.set_drawing(false);
+    const controls::DrawingOff off(list_);
     list_.clear();
     for (const ListRow& row : rows_)
       list_.set_selected(list_.add(row.key, row.text, row.icon, row.sub_items), row.selected);
-    list_.set_drawing(true);
   }
 
  private:

@@ -3,6 +3,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/operations.hpp"
 #include "groups/group_object.hpp"
 #include "session/session.hpp"
@@ -121,11 +122,10 @@ void frmCopy_Group_Form_Load(Session& session) {
     domain->locked = true;
   const controls::ListView& groups = session.groups.ListView1;
   for (controls::ListView* const combo : {&window.ImageCombo1, &window.ImageCombo2}) {
-    combo->set_drawing(false);
+    const controls::DrawingOff off(*combo);
     combo->clear();
     for (std::size_t i = 0; i < groups.size(); ++i)
       combo->add(groups.at(i).key, groups.at(i).text, groups.at(i).icon);
-    combo->set_drawing(true);
   }
   if (const ListRow* const chosen = session.groups.ListView1.selected())
     window.ImageCombo1.select(&window.ImageCombo1.at(groups.place_of(*chosen)));

@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
@@ -75,12 +76,11 @@ std::vector<std::string> take_by_primary_group(Session& session, FoundRows& foun
 void mark_primary(controls::ListView& members, const std::vector<std::string>& keys) {
   if (keys.empty())
     return;
-  members.set_drawing(false);
+  const controls::DrawingOff off(members);
   for (const std::string& key : keys) {
     if (const ListRow* const row = members.find_key(key))
       members.set_sub_item(members.at(members.place_of(*row)), 1, std::string(directory::kPrimaryGroup));
   }
-  members.set_drawing(true);
 }
 
 /// The number of members that have a row.

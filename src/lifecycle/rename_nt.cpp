@@ -1,11 +1,13 @@
 #include "lifecycle/rename_nt.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
 #include "lifecycle/folder_use.hpp"
 #include "lifecycle/rename_shr_dir.hpp"
 #include "platform/adsi.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 #include "stores/typed_text.hpp"
 
@@ -176,7 +178,7 @@ bool Rename_NT_OKButton_Click(Session& session) {
       stores::refuses(session, stores::name_refusal, {window.User_Logon.text.get()}) ||
       stores::refuses(session, stores::control_refusal, {window.Full_Name.text.get()}))
     return false;
-  session.form1.mouse_pointer = 11;
+  const session::Hourglass hourglass(session.form1);
   base::Trap trap;
   trap([&] {
     if (window.Logon_Changed)
@@ -186,12 +188,11 @@ bool Rename_NT_OKButton_Click(Session& session) {
   });
   if (trap.number() != 0) {
     session.log.line("Error Number: " + base::to_text(trap.number()));
-    session.log.reason(trap.description());
+    session.log.reason(base::in_words(trap.number(), trap.description()));
     session::LOG_TAB(session, session::kRed, " Error Renaming " + window.OldName);
     session.form1.StatusBar1.panel1 = trap.description();
   }
   session.log.close();
-  session.form1.mouse_pointer = 0;
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include "directory/names.hpp"
 #include "mail/create_mailbox2000.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -107,11 +108,12 @@ void Find_Store_Click(Session& session) {
   }
   if (base::trim(form.EXSERVER.text.get()).empty())
     return tell(session, "Enter the name of the Exchange server first.", kTitle);
-  form.mouse_pointer = 11;
   std::vector<std::string> groups;
   base::Trap trap;
-  const bool asked = trap([&] { groups = storage_groups(session); });
-  form.mouse_pointer = 0;
+  const bool asked = trap([&] {
+    const session::Hourglass hourglass(form);
+    groups = storage_groups(session);
+  });
   if (!asked || groups.empty()) {
     return tell(session,
                 "No storage group of an Exchange 2000 server " +

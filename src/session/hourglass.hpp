@@ -4,16 +4,41 @@
 
 namespace twk::session {
 
-/// Shows the hourglass for a scope.
+/// Shows the hourglass over a window for a scope; inside of another such scope that one goes on.
 class Hourglass {
  public:
-  explicit Hourglass(Form1& form) : form_(form) { form_.mouse_pointer = 11; }
+  explicit Hourglass(controls::Observable<int>& pointer) : pointer_(pointer), before_(pointer.get()) {
+    pointer_ = kWaiting;
+  }
+  explicit Hourglass(Form1& form) : Hourglass(form.mouse_pointer) {}
   Hourglass(const Hourglass&) = delete;
   Hourglass& operator=(const Hourglass&) = delete;
-  ~Hourglass() { form_.mouse_pointer = 0; }
+  ~Hourglass() { pointer_ = before_; }
 
  private:
-  Form1& form_;
+  static constexpr int kWaiting = 11;
+
+  controls::Observable<int>& pointer_;
+  int before_;
+};
+
+/// What the status bar says while something goes on. At the end of the scope it is "Ready.", unless another
+/// text was shown meanwhile.
+class WorkingStatus {
+ public:
+  WorkingStatus(Form1& form, std::string text) : panel_(form.StatusBar1.panel1), text_(std::move(text)) {
+    panel_ = text_;
+  }
+  WorkingStatus(const WorkingStatus&) = delete;
+  WorkingStatus& operator=(const WorkingStatus&) = delete;
+  ~WorkingStatus() {
+    if (panel_.get() == text_)
+      panel_ = std::string("Ready.");
+  }
+
+ private:
+  controls::Observable<std::string>& panel_;
+  std::string text_;
 };
 
 }  // namespace twk::session

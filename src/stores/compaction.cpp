@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "directory/select_domain.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
 #include "stores/site_store.hpp"
@@ -102,7 +103,7 @@ bool Compact_Database(Session& session) {
 bool compact_database(Session& session, Pruning pruning) {
   session::Form1& form = session.form1;
   form.StatusBar1.panel1 = "Compacting DataBases Please Wait....";
-  form.mouse_pointer = 11;
+  const session::Hourglass hourglass(form);
   // Groups that a loaded template took from the domain's list are given back, and the numbers of its records
   // do not hold any more.
   Template_Group_Sort(session);
@@ -115,7 +116,6 @@ bool compact_database(Session& session, Pruning pruning) {
         Icon::kCritical, "Can't Find Domain Controller");
   } else {
     try {
-      form.mouse_pointer = 11;
       compact_sites(session);
       compact_templates(session, is_to_prune(session, pruning));
       session::LOG_TAB(session, session::kGreen, " Database Compacted");
@@ -125,7 +125,6 @@ bool compact_database(Session& session, Pruning pruning) {
       done = report_failure(session, failure);
     }
   }
-  form.mouse_pointer = 0;
   return done;
 }
 

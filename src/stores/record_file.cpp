@@ -117,4 +117,11 @@ void report_file_error(session::Session& session, std::string_view file, const b
                                   platform::Buttons::kOk, platform::Icon::kCritical, file);
 }
 
+void raise_no_record(const session::Session& session, std::string_view file, std::string_view kind,
+                     std::string_view name) {
+  base::raise(base::error::kOutOfBounds, database_path(session, file) + " is missing or holds no " +
+                                             std::string(kind) + " \"" + std::string(base::trim(name)) +
+                                             "\"");
+}
+
 }  // namespace twk::stores

@@ -80,4 +80,8 @@ std::string database_path(const session::Session& session, std::string_view file
 /// the runtime's description on a line of its own.
 void report_file_error(session::Session& session, std::string_view file, const base::RuntimeError& failure);
 
+/// Raises that `file` holds no such record: "template" or "site", and its name.
+[[noreturn]] void raise_no_record(const session::Session& session, std::string_view file,
+                                  std::string_view kind, std::string_view name);
+
 }  // namespace twk::stores

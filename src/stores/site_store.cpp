@@ -1,6 +1,7 @@
 #include "stores/site_store.hpp"
 
 #include "base/text.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
 #include "stores/typed_text.hpp"
@@ -139,7 +140,6 @@ bool can_save(Session& session, std::string_view name) {
               {name, form1.NTSERVER.text.get(), form1.EXSERVER.text.get(), form1.EXSite.text.get(),
                form1.EXorg.text.get(), form1.Mail_Store.text.get()}))
     return false;
-  form1.StatusBar1.panel1 = "Saving Site...";
   if (!session.EditingSite && is_taken(form1, name)) {
     warn(session, "Site Name " + std::string(name) + " Already Exist \r\nChange Site Name.",
          "Site Name Conflict...");
@@ -232,26 +232,34 @@ void tell_shadow(Session& session, RecordFile& file, std::string_view name) {
                        "\" in front of the one of today, and its values are used. Compact the database.");
 }
 
-}  // namespace
-
-void Loadsite(Session& session, std::string_view name) {
+/// False, and the tab as it was, when there is no such site.
+bool load(Session& session, std::string_view name) {
   const std::string_view wanted = base::trim(name);
-  RecordSearch found;
-  base::Trap trap;
-  if (!trap([&] {
-        RecordFile file = open_to_read(session);
-        found = file.search(
-            [&](std::string_view bytes) { return base::trim(decode_site(bytes).Name) == wanted; });
-        if (found.found && is_deleted(found.bytes))
-          tell_shadow(session, file, wanted);
-      })) {
-    report_file_error(session, kSiteFile, base::RuntimeError(trap.number(), trap.description()));
-    return;
-  }
+  RecordFile file = open_to_read(session);
+  const RecordSearch found =
+      file.search([&](std::string_view bytes) { return base::trim(decode_site(bytes).Name) == wanted; });
+  if (found.found && is_deleted(found.bytes))
+    tell_shadow(session, file, wanted);
   if (found.number > 0)
     session.ActiveSite = decode_site(found.bytes);
   if (found.found)
     show_site(session.form1, session.ActiveSite);
+  return found.found;
+}
+
+}  // namespace
+
+void Loadsite(Session& session, std::string_view name) {
+  try {
+    load(session, name);
+  } catch (const base::RuntimeError& failure) {
+    report_file_error(session, kSiteFile, failure);
+  }
+}
+
+void require_site(Session& session, std::string_view name) {
+  if (!load(session, name))
+    raise_no_record(session, kSiteFile, "site", name);
 }
 
 void load_sites(Session& session) {
@@ -346,6 +354,7 @@ void Save_Site(Session& session) {
   if (session.EditingSite)
     form1.New_Site_Name.text = selected_name(form1);
   const std::string name(base::trim(form1.New_Site_Name.text.get()));
+  const session::WorkingStatus saving(form1, "Saving Site...");
   if (!can_save(session, name))
     return;
   try {
@@ -356,6 +365,7 @@ void Save_Site(Session& session) {
   }
   if (!session.EditingSite)
     list_new_site(session, name);
+  form1.StatusBar1.panel1 = "Site Saved.";
   show_browsing(session);
   form1.NUsitename.locked = false;
 }
@@ -370,7 +380,7 @@ void Delete_site(Session& session) {
                                       platform::Icon::kQuestion,
                                       "Delete Site Record") != platform::Answer::kYes)
     return;
-  form1.StatusBar1.panel1 = "Deleting Site...";
+  const session::WorkingStatus deleting(form1, "Deleting Site...");
   try {
     mark_record_deleted(session, name);
   } catch (const base::RuntimeError& failure) {

@@ -17,6 +17,10 @@ inline constexpr std::string_view kSiteFile = "Site.dat";
 /// last record and the tab stays.
 void Loadsite(session::Session& session, std::string_view name);
 
+/// The same for a run, which must not go on without: raises, with the reason, when the file cannot be read or
+/// holds no such site.
+void require_site(session::Session& session, std::string_view name);
+
 /// Adds the live sites of the file to the lists. A failure ends the reading and is told on the log tab.
 void load_sites(session::Session& session);
 

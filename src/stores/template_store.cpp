@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/load_options.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
@@ -27,27 +28,10 @@ bool keep(Session& session, const RecordSearch& search) {
   return search.found;
 }
 
-/// Holds back what two lists tell while rows move between them.
-class QuietLists {
- public:
-  explicit QuietLists(Form1& form1) : form1_(form1) { draw(false); }
-  QuietLists(const QuietLists&) = delete;
-  QuietLists& operator=(const QuietLists&) = delete;
-  ~QuietLists() { draw(true); }
-
- private:
-  void draw(bool on) {
-    form1_.ListView5.set_drawing(on);
-    form1_.ListView6.set_drawing(on);
-  }
-
-  Form1& form1_;
-};
-
 void show_variables(Session& session) {
   const TemplateRecord& record = session.ActiveTemplate;
   controls::ListView& rows = session.variables.ListView1;
-  rows.set_drawing(false);
+  const controls::DrawingOff off(rows);
   rows.clear();
   for (std::size_t i = 1; i < kVariableSlots; ++i) {
     const std::string_view name = base::trim(record.VariableNames.at(i));
@@ -55,7 +39,6 @@ void show_variables(Session& session) {
     if (!name.empty() || !value.empty())
       rows.add({}, std::string(name), {}, {std::string(value)});
   }
-  rows.set_drawing(true);
 }
 
 /// Moves the domain's groups of exactly that name, the last first; without one, those of the name in another
@@ -77,7 +60,8 @@ void show_groups(Session& session) {
   if (record.GroupCount == 0)
     return;
   const bool loaded = groups_are_loaded(session);
-  const QuietLists quiet(session.form1);
+  const controls::DrawingOff groups_off(session.form1.ListView5);
+  const controls::DrawingOff chosen_off(session.form1.ListView6);
   for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i) {
     const std::string_view name = base::trim(record.Groups.at(i));
     if (!take_group(session.form1, name) && !loaded)
@@ -118,6 +102,20 @@ void show_template(Session& session) {
   form1.btnSharePoints.enabled = true;
 }
 
+/// False, and the tab empty, when there is no such template.
+bool load(Session& session, std::string_view name) {
+  Template_Group_Sort(session);
+  const RecordSearch search = open_templates(session).search(
+      [name](std::string_view bytes) { return !is_deleted(bytes) && listed_template_name(bytes) == name; });
+  if (keep(session, search)) {
+    show_template(session);
+  } else {
+    empty_template_fields(session);
+    session.variables.ListView1.clear();
+  }
+  return search.found;
+}
+
 }  // namespace
 
 bool groups_are_loaded(Session& session) {
@@ -145,21 +143,16 @@ std::int32_t Find_Template(Session& session) {
 }
 
 void LoadTemplate(Session& session, std::string_view name) {
-  Template_Group_Sort(session);
-  RecordSearch search;
   try {
-    search = open_templates(session).search(
-        [name](std::string_view bytes) { return !is_deleted(bytes) && listed_template_name(bytes) == name; });
+    load(session, name);
   } catch (const base::RuntimeError& failure) {
     report_file_error(session, kTemplateFile, failure);
-    return;
   }
-  if (keep(session, search)) {
-    show_template(session);
-  } else {
-    empty_template_fields(session);
-    session.variables.ListView1.clear();
-  }
+}
+
+void require_template(Session& session, std::string_view name) {
+  if (!load(session, name))
+    raise_no_record(session, kTemplateFile, "template", name);
 }
 
 void load_template_record(Session& session, std::int32_t number) {
@@ -173,7 +166,8 @@ void Template_Group_Sort(Session& session) {
   Form1& form1 = session.form1;
   if (form1.ListView6.empty())
     return;
-  const QuietLists quiet(form1);
+  const controls::DrawingOff groups_off(form1.ListView5);
+  const controls::DrawingOff chosen_off(form1.ListView6);
   for (std::size_t i = 0; i < form1.ListView6.size(); ++i) {
     const controls::ListRow& row = form1.ListView6.at(i);
     // The domain may have been loaded anew since the group was taken.

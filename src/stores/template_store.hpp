@@ -25,6 +25,10 @@ std::int32_t Find_Template(session::Session& session);
 /// is reported by message.
 void LoadTemplate(session::Session& session, std::string_view name);
 
+/// The same for a run, which must not go on without: raises, with the reason, when the file cannot be read or
+/// holds no such template.
+void require_template(session::Session& session, std::string_view name);
+
 /// Loads the record of that number likewise, deleted or not. Raises when the file cannot be read.
 void load_template_record(session::Session& session, std::int32_t number);
 

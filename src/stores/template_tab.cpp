@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "base/text.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 #include "stores/record_file.hpp"
 #include "stores/template_store.hpp"
@@ -95,6 +96,7 @@ bool can_take_new_name(Session& session) {
     return true;
   warn(session, "Template Name " + name + " Already Exist \r\nChange Template Name.",
        "Template Name Conflict...");
+  form1.SetFocus.emit("New_Template_Name");
   return false;
 }
 
@@ -128,6 +130,7 @@ bool can_save(Session& session) {
     return false;
   if (base::trim(form1.templatelst.text.get()).empty()) {
     warn(session, "Template Name cannot be blank.", "Template Name");
+    form1.SetFocus.emit("New_Template_Name");
     return false;
   }
   return can_store_fields(session);
@@ -245,7 +248,7 @@ void savetemplate(Session& session) {
   if (!can_save(session))
     return;
   form1.ListView5.select(nullptr);
-  set_status(session, "Saving Template...");
+  const session::WorkingStatus saving(form1, "Saving Template...");
   // A drive without a home directory means nothing.
   if (form1.homedir.text.get().empty())
     form1.Home_Drive_letter.text = std::string();
@@ -270,7 +273,7 @@ void DeleteTemplate(Session& session) {
       session.platform.dialogs.MsgBox("Sure to Delete Template", platform::Buttons::kYesNo,
                                       platform::Icon::kQuestion, "Delete Template") != platform::Answer::kYes)
     return;
-  set_status(session, "Deleting Template...");
+  const session::WorkingStatus deleting(form1, "Deleting Template...");
   try {
     RecordFile file = open_templates(session);
     const RecordFile::NumbersHold held = file.hold_numbers();

@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "controls/basic.hpp"
+#include "controls/drawing_off.hpp"
 
 namespace twk::controls {
 namespace {
@@ -139,12 +140,17 @@ TEST(ListView, TellsNothingButAResetWhileDrawingIsOff) {
   using Kind = ListChange::Kind;
   ListView list;
   const Told told(list);
-  list.set_drawing(false);
-  list.set_drawing(false);
-  list.add("b", "two");
-  list.clear();
-  EXPECT_EQ(told.kinds, numbers({Kind::kResetting}));
-  list.set_drawing(true);
+  base::Trap broken_off;
+  broken_off([&] {
+    const DrawingOff off(list);
+    {
+      const DrawingOff inner(list);
+      list.add("b", "two");
+    }
+    list.clear();
+    EXPECT_EQ(told.kinds, numbers({Kind::kResetting}));
+    base::raise(base::error::kOverflow, "broken off");
+  });
   EXPECT_EQ(told.kinds, numbers({Kind::kResetting, Kind::kReset}));
 }
 

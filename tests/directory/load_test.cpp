@@ -43,6 +43,53 @@ std::string group_type(const LabSession& world, std::string_view name) {
   return rows.empty() ? "(no such group)" : rows.front()->sub_items.at(0);
 }
 
+/// A search of whose rows the second cannot be fetched.
+class BrokenOff final : public platform::QueryService {
+ public:
+  explicit BrokenOff(platform::QueryService& real) : real_(real) {}
+  std::unique_ptr<platform::Recordset> execute(const platform::QueryText& query,
+                                               const platform::QueryOptions& options) override {
+    return std::make_unique<Rows>(real_.execute(query, options));
+  }
+
+ private:
+  class Rows final : public platform::Recordset {
+   public:
+    explicit Rows(std::unique_ptr<platform::Recordset> real) : real_(std::move(real)) {}
+    [[nodiscard]] bool at_eof() const override { return real_->at_eof(); }
+    [[nodiscard]] bool at_bof() const override { return real_->at_bof(); }
+    [[nodiscard]] platform::Value field(std::size_t index) const override { return real_->field(index); }
+    void MoveNext() override { base::raise(platform::ads_error::kServerDown, "gone"); }
+    void MoveFirst() override { real_->MoveFirst(); }
+    void MoveLast() override { real_->MoveLast(); }
+    void Close() override { real_->Close(); }
+
+   private:
+    std::unique_ptr<platform::Recordset> real_;
+  };
+
+  platform::QueryService& real_;
+};
+
+TEST(DirectoryLoad, AListWhoseSearchBreaksOffShowsWhatCame) {
+  LabSession world;
+  add_user(world, test::kNewStarters, "ann", "Ann");
+  BrokenOff query(world.services.query);
+  platform::Platform services = world.session.platform;
+  session::Session session(
+      {services.registry, services.directory, query, services.files, services.network, services.security,
+       services.mailboxes, services.process, services.environment, services.clock, services.dialogs},
+      "", world.session.program_directory);
+  session.DomainName = "twk.test";
+  std::vector<controls::ListChange::Kind> told;
+  const auto watch =
+      session.multi_user.ListView2.watch([&](const auto& change) { told.push_back(change.kind); });
+  EXPECT_THROW(Load_AD_Users(session, "LDAP://twk.test", true, "subtree", "", true), base::RuntimeError);
+  using Kind = controls::ListChange::Kind;
+  EXPECT_THAT(told, testing::ElementsAre(Kind::kResetting, Kind::kReset));
+  EXPECT_EQ(session.multi_user.ListView2.size(), 1U);
+}
+
 TEST(DirectoryLoad, ShowsUnitsThatAreReadWhenTheyAreOpened) {
   LabSession world;
   add_unit(world, test::kNewStarters, "Below");

@@ -2,6 +2,7 @@
 #include <QTest>
 #include <QtWidgets>
 
+#include "controls/drawing_off.hpp"
 #include "screens/list_pane.hpp"
 #include "screens/text.hpp"
 #include "screens/tree_pane.hpp"
@@ -41,12 +42,13 @@ TEST(ListPane, FollowsRowsThatComeAndGoInItsOwnOrder) {
   EXPECT_EQ(shown(pane), QStringList({"Alpha", "bravo", "Élan"}));
   list.remove(*list.find_key("b"));
   EXPECT_EQ(shown(pane), QStringList({"Alpha", "Élan"}));
-  list.set_drawing(false);
-  list.clear();
-  list.add("z", "Zulu");
-  for (const QString& text : shown(pane))
-    EXPECT_TRUE(text.isEmpty()) << "a row that may be gone was asked for";
-  list.set_drawing(true);
+  {
+    const controls::DrawingOff off(list);
+    list.clear();
+    list.add("z", "Zulu");
+    for (const QString& text : shown(pane))
+      EXPECT_TRUE(text.isEmpty()) << "a row that may be gone was asked for";
+  }
   EXPECT_EQ(shown(pane), QStringList({"Zulu"}));
 }
 
@@ -174,9 +176,10 @@ TEST(TreePane, KeepsOpenNodesAndSelectionOverAReset) {
   TreePane pane(domain.tree, nullptr);
   domain.tree.select(domain.tree.find("ann"));
   domain.tree.ensure_visible(*domain.tree.find("ann"));
-  domain.tree.set_drawing(false);
-  domain.tree.add(domain.sales, "kim", "Kim", "USER");
-  domain.tree.set_drawing(true);
+  {
+    const controls::DrawingOff off(domain.tree);
+    domain.tree.add(domain.sales, "kim", "Kim", "USER");
+  }
   EXPECT_TRUE(pane.isExpanded(pane.index_of(*domain.sales)));
   EXPECT_EQ(pane.currentIndex(), pane.index_of(*domain.tree.find("ann")));
 }

@@ -156,6 +156,7 @@ TEST_F(SiteStoreTest, IncompleteFieldsAreRefused) {
     *only = "x";
     dialogs.expect("Must enter all three vaules for exchange.");
     Save_Site(session);
+    EXPECT_EQ(status(), "Ready.");
     *only = "";
   }
   form1.NTSERVER.text = "FS\n1";
@@ -164,6 +165,7 @@ TEST_F(SiteStoreTest, IncompleteFieldsAreRefused) {
   EXPECT_FALSE(files.exists(path_));
   form1.NTSERVER.text = "FS1";
   Save_Site(session);
+  EXPECT_EQ(status(), "Site Saved.");
   EXPECT_EQ(dump(), "Name=Berlin|NTServer=FS1\n");
 }
 

@@ -190,11 +190,15 @@ TEST_F(TemplateStoreTest, NamesThatCannotBeAreRefused) {
   const Case cases[] = {
       {" STAFF ", "Template Name STAFF Already Exist \r\nChange Template Name.", "Template Name Conflict..."},
       {"  ", "Template Name cannot be blank.", "Template Name"}};
+  std::string focus;
+  const auto watch = session.form1.SetFocus.watch([&](std::string_view name) { focus = name; });
   for (const Case& one : cases) {
+    focus.clear();
     start_new(one.typed);
     dialogs.expect(std::string(one.question));
     savetemplate(session);
     EXPECT_EQ(dialogs.last_title, one.title);
+    EXPECT_EQ(focus, "New_Template_Name");
   }
   for (const auto& [name, refusal] :
        {std::pair{"a\nb", "Control character U+000A not allowed"},
