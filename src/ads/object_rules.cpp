@@ -35,6 +35,8 @@ void check_account_name(std::string_view name, bool user) {
     refuse(std::string("holds the character ") + name[at]);
   if (name.find_first_not_of(" .") == base::npos)
     refuse("is empty or only blanks and dots");
+  if (name.back() == '.')
+    refuse("ends in a dot");
   const std::size_t longest = user ? kUserNameLength : kGroupNameLength;
   if (base::length(name) > longest)
     refuse("is longer than " + base::to_text(static_cast<std::int64_t>(longest)) + " characters");

@@ -8,7 +8,8 @@
 namespace twk::ads {
 
 /// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
-/// is not UTF-8, holds a control character or one of "/\[]:;|=,+*?<>", or consists of blanks and dots.
+/// is not UTF-8, holds a control character or one of "/\[]:;|=,+*?<>", ends in a dot, or consists of blanks
+/// and dots. [MS-SAMR] 3.1.1.6; a "$" at the end and a "%" are taken, as by servers.
 void check_account_name(std::string_view name, bool user);
 
 /// The name of a new object below `parent_dn`. Raises kInvalidDn for a relative name that is not one part,

@@ -15,16 +15,15 @@ struct Words {
 };
 
 /// Numbers of the system, [MS-ERREF] 2.2, and from 2100 on of its network functions; those below 80 are of
-/// the runtime as well, which means the same by them.
+/// the runtime as well, which means the same by them. The runtime's 58 and 75 are not here: our own guards
+/// raise them, and say the reason themselves.
 constexpr std::array kWords = {
     Words{5, "access is denied; use an account that has the right, or have it given"},
     Words{32, "a file is in use; have it closed and try again"},
     Words{53, "nothing answers by that name; check the name, and that the server is on and can be reached"},
-    Words{58, "there is one of that name; remove it or choose another name"},
     Words{61, "the disk is full; make room and try again"},
     Words{64, "the connection was lost; try again"},
     Words{70, "access is denied or the file is in use; have it closed, or use an account that has the right"},
-    Words{75, "the folder cannot be used; check the rights on it, and that nothing in it is in use"},
     Words{76, "there is no such folder; check the path"},
     Words{112, "the disk is full; make room and try again"},
     Words{122, "the list of rights is too long; shorten or replace it"},

@@ -9,6 +9,8 @@
 #include "batch/import_options.hpp"
 #include "creation/create_user.hpp"
 #include "session/session.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
 
 namespace twk::batch {
 namespace {
@@ -86,6 +88,15 @@ void fill_names(Session& session) {
   session.form1.strLast.text = field(standard ? std::int16_t{3} : state.ImportLastField);
 }
 
+/// True when the template or the site cannot be loaded: every line that follows would fail of the same.
+bool has_lost_records(Session& session) {
+  base::Trap trap;
+  return !trap([&] {
+    stores::require_template(session, session.form1.nutemplate.text.get());
+    stores::require_site(session, session.form1.NUsitename.text.get());
+  });
+}
+
 void tell_row(Session& session, std::int32_t line) {
   if (session.import.row_done)
     session.import.row_done({line, session.LastCreation});
@@ -123,7 +134,8 @@ End run_lines(Session& session, std::string_view path, ImportLines& lines) {
     form.Import_Text.caption =
         "Number of Users Imported from " + title(path) + "= " + base::to_text(state.ImportAddedCount);
     tell_row(session, lines.number());
-    if (state.ImportHalt && form.STOP_ON_RED[0].on())
+    const bool refused = session.LastCreation.light == session::kRed;
+    if ((state.ImportHalt && form.STOP_ON_RED[0].on()) || (refused && has_lost_records(session)))
       return End::kErrorHalt;
     if (state.ImportHaltWarning && form.STOP_ON_RED[1].on())
       return End::kWarningHalt;

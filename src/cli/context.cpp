@@ -207,7 +207,7 @@ void act(session::Session& session, const std::function<void()>& operation) {
   operation();
   tell_log_rows(session, rows);
   const std::string& after = session.form1.StatusBar1.panel1;
-  if (after != before && !after.empty())
+  if (after != before && !after.empty() && after != "Ready.")
     complain(after);
 }
 

@@ -40,9 +40,9 @@ void LocatePdc(CreationRun& run) {
 }
 
 void end_quietly(Session& session, const char* caption) {
-  session.form1.mouse_pointer = 0;
   session.form1.ProgressBar1.value = 0;
   session.form1.progress.caption = caption;
+  session.form1.StatusBar1.panel1 = "Ready.";
   session.form1.enabled = !session.import.Importing;
   session.log.close();
 }
@@ -185,7 +185,6 @@ void finish(CreationRun& run) {
   show_step(run, "Finished");
   session.form1.StatusBar1.panel1 = "User Created.";
   log(run, "User Created.");
-  session.form1.mouse_pointer = 0;
   session.form1.enabled = !session.import.Importing;
   if (!session.import.Importing) {
     stores::Template_Group_Sort(session);
@@ -218,7 +217,6 @@ void fail(CreationRun& run, const base::RuntimeError& failure) {
   session.log.close();
   tell(session, run.UserId, session::kRed, session.Error_Status_Text + " ");
   show_step(run, "Error");
-  form.mouse_pointer = 0;
   form.enabled = !session.import.Importing;
   if (form.STOP_ON_RED[0].on())
     session.import.ImportHalt = true;

@@ -29,7 +29,6 @@ Step refuse_taken_name(CreationRun& run) {
   session.form1.StatusBar1.panel1 = "Ready.";
   set_progress(run, 0);
   show_step(run, "");
-  session.form1.mouse_pointer = 0;
   log(run, "User : " + run.UserId + "  Already Exist ");
   session.log.close();
   return Step::kEnd;
@@ -73,12 +72,21 @@ const controls::ListRow* find_row(const controls::ListView& rows, std::string_vi
   return nullptr;
 }
 
-Step refuse_sam_name(CreationRun& run) {
+/// The account name that a directory row gives, once all its tags have values.
+void take_name_of_row(CreationRun& run) {
+  const controls::ListRow* const row = find_row(run.session.form1.ListView7, "SAMACCOUNTNAME");
+  if (row == nullptr)
+    return;
+  const std::string name = expand_row_value(run, row->sub_items.empty() ? "" : row->sub_items.front());
+  if (name.find('%') == base::npos)
+    run.SamName = name;
+}
+
+Step refuse_sam_name(CreationRun& run, const char* status) {
   Session& session = run.session;
-  session.form1.StatusBar1.panel1 = "Ready.";
+  session.form1.StatusBar1.panel1 = status;
   set_progress(run, 0);
   session.log.close();
-  session.form1.mouse_pointer = 0;
   session.form1.enabled = !session.import.Importing;
   return Step::kEnd;
 }
@@ -108,31 +116,29 @@ Step ResolveCollision(CreationRun& run) {
 
 Step ResolveSamName(CreationRun& run) {
   Session& session = run.session;
-  if (!session::is_active_directory(session) || session.form1.SamAccountName.value)
-    return Step::kGoOn;
-  const controls::ListRow* const row = find_row(session.form1.ListView7, "SAMACCOUNTNAME");
-  if (row != nullptr) {
-    const std::string name = expand_row_value(run, row->sub_items.empty() ? "" : row->sub_items.front());
-    if (name.find('%') == base::npos)
-      run.SamName = name;
-  }
-  if (run.CommaInName && run.SamName.find(',') != base::npos) {
+  const bool by_row = session::is_active_directory(session) && !session.form1.SamAccountName.value;
+  if (by_row)
+    take_name_of_row(run);
+  if (by_row && run.CommaInName && run.SamName.find(',') != base::npos) {
     session.LastCreation.message = "SAMName cannot have a comma in it.";
     session.platform.dialogs.MsgBox(
         "SAMName cannot have a comma in it.\r\nYou will need to enter a 'SAMAccountName' property into "
         "the\r\nW2K TAB.",
         platform::Buttons::kOk, platform::Icon::kCritical, "Invaild Chr in SAMAccountName");
-    return refuse_sam_name(run);
+    return refuse_sam_name(run, "Ready.");
   }
-  const auto faults = invalid_characters(run.SamName, true);
+  std::vector<std::string> faults;
+  if (by_row)
+    faults = invalid_characters(run.SamName, true);
+  if (run.SamName.ends_with('.'))
+    faults.emplace_back("the dot at the end of " + run.SamName);
   if (faults.empty())
     return Step::kGoOn;
   for (const std::string& fault : faults)
     log(run, "Invalid Character in SAMAccountName: " + fault);
   session.LastCreation.message = "Invalid Character in SAMAccountName: " + faults.front();
   session.platform.dialogs.beep();
-  session.form1.StatusBar1.panel1 = "User Name Invalid...";
-  return refuse_sam_name(run);
+  return refuse_sam_name(run, "User Name Invalid...");
 }
 
 }  // namespace twk::creation

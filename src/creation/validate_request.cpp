@@ -75,6 +75,18 @@ void open_log(CreationRun& run) {
   log(run, "Template: " + std::string(base::trim(run.request.TemplateName)));
 }
 
+/// An account without its template or site would be a crippled one.
+void load_records(CreationRun& run) {
+  try {
+    stores::require_template(run.session, run.request.TemplateName);
+    stores::require_site(run.session, run.request.SiteName);
+  } catch (const base::RuntimeError&) {
+    run.UserId = run.request.UserId;
+    open_log(run);
+    throw;
+  }
+}
+
 bool log_invalid_characters(CreationRun& run) {
   bool valid = true;
   for (const std::string& fault : invalid_characters(run.UserId, session::is_active_directory(run.session))) {
@@ -112,7 +124,6 @@ Step refuse_name(CreationRun& run) {
   session.form1.StatusBar1.panel1 = "User Name Invalid...";
   back_to_rest(session);
   session.log.close();
-  session.form1.mouse_pointer = 0;
   return Step::kEnd;
 }
 
@@ -132,13 +143,12 @@ Step ValidateRequest(CreationRun& run) {
                                     "Can't Create User");
     return Step::kEnd;
   }
-  form.mouse_pointer = 11;
+  run.hourglass.emplace(form);
   set_progress(run, 0);
   form.StatusBar1.panel1 = "Creating User....";
   set_progress(run, 5);
   show_step(run, "Initalizing...");
-  stores::LoadTemplate(session, run.request.TemplateName);
-  stores::Loadsite(session, run.request.SiteName);
+  load_records(run);
   capitalize(run.request.FirstName, form.strFirst);
   capitalize(run.request.MiddleName, form.StrMiddle);
   capitalize(run.request.LastName, form.strLast);

@@ -13,7 +13,7 @@ Step ValidateRequest(CreationRun& run);
 Step ResolveCollision(CreationRun& run);
 
 /// In Active Directory, when common name and account name may differ: the account name from the directory
-/// rows.
+/// rows. Refuses one that no domain takes before anything is made for it.
 Step ResolveSamName(CreationRun& run);
 
 }  // namespace twk::creation

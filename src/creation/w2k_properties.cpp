@@ -143,6 +143,16 @@ std::optional<DirectoryProperty> property_of(CreationRun& run, const controls::L
   return DirectoryProperty{row.text, std::move(value)};
 }
 
+/// A "%" of the user's own names would count as a variable without a value, in silence.
+void warn_of_percent_sign(CreationRun& run, const controls::ListRow& row) {
+  const NewUserRequest& names = run.request;
+  const auto holds = [](const std::string& text) { return text.find('%') != base::npos; };
+  const bool in_name =
+      holds(run.UserId) || holds(names.FirstName) || holds(names.MiddleName) || holds(names.LastName);
+  if (in_name && value_of(row).find('%') != base::npos)
+    warn(run, row.text + " is not set, because of the \"%\" in the user's name");
+}
+
 bool is_principal_name(const DirectoryProperty& property) {
   return base::equals_fold(property.attribute, kPrincipalName);
 }
@@ -233,8 +243,10 @@ void ApplyW2kProperties(CreationRun& run) {
       continue;
     }
     std::optional<DirectoryProperty> property = property_of(run, row);
-    if (!property)
+    if (!property) {
+      warn_of_percent_sign(run, row);
       continue;
+    }
     property->is_written = went_with_account(run, *property);
     if (base::equals_fold(property->attribute, "DISPLAYNAME"))
       run.tree_name = property->value;

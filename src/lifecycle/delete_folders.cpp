@@ -1,3 +1,4 @@
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "lifecycle/delete_run.hpp"
 #include "lifecycle/file_operation.hpp"
@@ -24,7 +25,7 @@ void take_tree(DeleteRun& run, const UserFolder& folder) {
       session.log.line("Not taken: " + outcome.first_reason);
   });
   if (trap.number() != 0)
-    session.log.reason("Taking ownership failed: " + trap.description());
+    session.log.reason("Taking ownership failed: " + base::in_words(trap.number(), trap.description()));
 }
 
 void take_ownership(DeleteRun& run, const UserFolder& folder, std::string_view question) {

@@ -1,3 +1,4 @@
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/delete_run.hpp"
@@ -31,7 +32,7 @@ void remove_share(DeleteRun& run, const GoingShare& share) {
   if (trap.number() == 0)
     return run.session.log.line(std::string(share.label) + share.share);
   run.session.log.reason("Share " + share.share + " on " + share.server +
-                         " is not deleted: " + trap.description());
+                         " is not deleted: " + base::in_words(trap.number(), trap.description()));
   run.Success = false;
 }
 

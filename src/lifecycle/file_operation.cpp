@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/consent.hpp"
@@ -146,10 +147,10 @@ bool File_Operation(Session& session, std::string_view from, std::string_view to
                : copy_or_move(session, prepare_copy(session, from, to, work, owner), rules);
   });
   if (trap.number() != 0) {
-    session.log.reason("File operation failed: " + trap.description());
+    session.log.reason("File operation failed: " + base::in_words(trap.number(), trap.description()));
     session.form1.StatusBar1.panel1 = trap.description();
     if (session.runs.rehearse)
-      session.runs.rehearse("Refused: " + trap.description());
+      session.runs.rehearse("Refused: " + base::in_words(trap.number(), trap.description()));
   }
   return done;
 }

@@ -1,5 +1,6 @@
 #include "lifecycle/file_owner.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "session/session.hpp"
 
@@ -39,7 +40,7 @@ void OwnerKeeper::keep(const std::string& from, const std::string& to) {
       security.SetFileSecurity(to, kOwner, wanted);
   });
   if (trap.number() != 0)
-    refusal_ = to + ": " + trap.description();
+    refusal_ = to + ": " + base::in_words(trap.number(), trap.description());
 }
 
 }  // namespace twk::lifecycle

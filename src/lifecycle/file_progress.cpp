@@ -29,9 +29,16 @@ int percent(const TreeProgress& done, const Tree& tree) {
   return whole == 0 ? 100 : static_cast<int>(std::min(part, whole) * 100 / whole);
 }
 
+/// "1 file, ", "5 files, ".
+std::string files_text(std::size_t files) {
+  return number_text(files) + (files == 1 ? " file, " : " files, ");
+}
+
 }  // namespace
 
 std::string size_text(std::uint64_t bytes) {
+  if (bytes == 1)
+    return "1 byte";
   constexpr std::array kUnits = {" bytes", " KB", " MB", " GB", " TB"};
   std::size_t unit = 0;
   std::uint64_t tenths = bytes * 10;
@@ -44,7 +51,7 @@ std::string size_text(std::uint64_t bytes) {
 }
 
 std::string contents_text(const Tree& tree) {
-  return number_text(tree.files) + " files, " + size_text(tree.bytes);
+  return files_text(tree.files) + size_text(tree.bytes);
 }
 
 ShownProgress::ShownProgress(Session& session)
@@ -70,8 +77,8 @@ bool Turns::operator()(const TreeProgress& done) {
   if (!due)
     return true;
   told_ = done;
-  const std::string text = verb_ + ": " + number_text(done.files) + " of " + number_text(tree_.files) +
-                           " files, " + size_text(done.bytes) + " of " + size_text(tree_.bytes);
+  const std::string text = verb_ + ": " + number_text(done.files) + " of " + files_text(tree_.files) +
+                           size_text(done.bytes) + " of " + size_text(tree_.bytes);
   session_.multi_user.progress.caption = text;
   session_.file_progress.text.caption = text;
   session_.file_progress.done.value = percent(done, tree_);

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/paths.hpp"
@@ -196,7 +197,7 @@ MoveStep check_old(MoveRun& run, MovedFolder& folder) {
   const bool is_named = base::find_fold(trap.description(), folder.old_path) != base::npos;
   return refuse_unless_wanted(
       run, (is_named ? std::string() : "The " + std::string(folder.what) + " " + folder.old_path + ": ") +
-               trap.description());
+               base::in_words(trap.number(), trap.description()));
 }
 
 /// A profile is often kept in the home.
@@ -302,7 +303,7 @@ MoveStep check_move(MoveRun& run) {
     check_new(run, run.home);
   });
   if (trap.number() != 0)
-    return refuse(run, trap.description());
+    return refuse(run, base::in_words(trap.number(), trap.description()));
   require_writable_account(run);
   return MoveStep::kGoOn;
 }

@@ -1,3 +1,4 @@
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/paths.hpp"
@@ -99,7 +100,7 @@ bool copy_contents(MoveRun& run, Part& part, OwnerKeeper& owners) {
   trap([&] { make_way(run, folder); });
   run.session.form1.StatusBar1.panel1 = trap.description();
   if (trap.number() != 0)
-    run.session.log.reason(trap.description());
+    run.session.log.reason(base::in_words(trap.number(), trap.description()));
   return trap.number() == 0 &&
          File_Operation(run.session, folder.old_path + "\\*.*", folder.new_unc, FileWork::kCopy,
                         owner_of(run, creation::Get_Share_Name(folder.old_path)), rules);
@@ -197,7 +198,8 @@ bool remove_old_share(MoveRun& run, const MovedFolder& folder, const std::string
     deleted = delete_share(session, server, share);
   });
   if (trap.number() != 0) {
-    warn(run, "Error Deleting Share: " + folder.old_path + ": " + trap.description());
+    warn(run, "Error Deleting Share: " + folder.old_path + ": " +
+                  base::in_words(trap.number(), trap.description()));
     session.platform.dialogs.beep();
   } else if (deleted) {
     session.log.line("Deleted Share: " + folder.old_path);
@@ -214,8 +216,9 @@ void remove_old_folder(MoveRun& run, const Part& part, const std::string& way) {
   });
   if (!Dir_Exists(session, way))
     return session.log.line(std::string(part.texts.deleted) + way);
-  warn(run, std::string(part.texts.not_deletable) + way +
-                (trap.number() == 0 ? std::string() : ": " + trap.description()));
+  warn(run,
+       std::string(part.texts.not_deletable) + way +
+           (trap.number() == 0 ? std::string() : ": " + base::in_words(trap.number(), trap.description())));
   session.platform.dialogs.beep();
 }
 
@@ -308,6 +311,10 @@ MoveStep move_data(MoveRun& run) {
     parts.push_back({run.profile, kProfile});
   if (run.home.old != OldFolder::kNone)
     parts.push_back({run.home, kHome});
+  if (parts.empty() && run.home.old_path.empty() && run.profile.old_path.empty())
+    warn(run, "No data was moved: the account has neither a home nor a profile");
+  else if (parts.empty() && !run.warned)
+    warn(run, "No data was moved: neither the home nor the profile goes to another place");
   OwnerKeeper owners(session);
   for (Part& part : parts) {
     if (copy_part(run, part, owners) != MoveStep::kGoOn)

@@ -1,5 +1,6 @@
 #include "lifecycle/move_user.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/command_text.hpp"
@@ -33,9 +34,9 @@ int chosen_data_mode(const Session& session) {
 
 void load_records(MoveRun& run) {
   Session& session = run.session;
-  base::Trap ignored;
-  ignored([&] { stores::LoadTemplate(session, session.multi_user.Multi_Template.text.get()); });
-  ignored([&] { stores::Loadsite(session, session.multi_user.Multi_Site.text.get()); });
+  prepare_failure(session, "Error Moving User...", "Error reading the template and the site");
+  stores::require_template(session, session.multi_user.Multi_Template.text.get());
+  stores::require_site(session, session.multi_user.Multi_Site.text.get());
   run.server = base::trim(session.form1.NTSERVER.text.get());
 }
 
@@ -98,7 +99,8 @@ void join_group(MoveRun& run, const std::string& group, std::string_view name) {
   trap([&] { run.session.platform.directory.GetObject(group)->Add(run.path); });
   if (trap.number() != 0 && trap.number() != platform::ads_error::kObjectExists &&
       trap.number() != platform::ads_error::kMemberInGroup)
-    warn(run, "Not added to the group " + std::string(base::trim(name)) + ": " + trap.description());
+    warn(run, "Not added to the group " + std::string(base::trim(name)) + ": " +
+                  base::in_words(trap.number(), trap.description()));
 }
 
 void join_groups(MoveRun& run) {
@@ -245,11 +247,11 @@ MoveOutcome Move_One_User(Session& session, std::string_view UserKey) {
               .profile = {.what = kProfilePath}};
   if (session::is_active_directory(session) && !base::starts_with_fold(run.key, "LDAP://"))
     run.key = "LDAP://" + run.key;
-  load_records(run);
   session.log.begin_block(session);
   session.log.line("Moving User: " + run.key);
   MoveOutcome outcome = MoveOutcome::kNotMoved;
   try {
+    load_records(run);
     outcome = move_steps(run);
   } catch (const base::RuntimeError& failure) {
     report_stopped(session, failure);

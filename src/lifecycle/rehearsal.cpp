@@ -218,8 +218,13 @@ class RehearsedSecurity final : public platform::Security {
   }
   void SetFileSecurity(std::string_view path, std::uint32_t parts,
                        const platform::SecurityDescriptor& /*descriptor*/) override {
-    tell_((parts == platform::security_information::kOwner ? "Set the owner of " : "Set permissions on ") +
-          std::string(path));
+    std::string text =
+        (parts == platform::security_information::kOwner ? "Set the owner of " : "Set permissions on ") +
+        std::string(path);
+    if (text == told_)
+      return;
+    tell_(text);
+    told_ = std::move(text);
   }
   std::unique_ptr<platform::ProcessToken> OpenProcessToken() override { return real_.OpenProcessToken(); }
   std::uint64_t LookupPrivilegeValue(std::string_view name) override {
@@ -230,6 +235,7 @@ class RehearsedSecurity final : public platform::Security {
   platform::Security& real_;
   platform::Files& files_;
   const Rehearsal::Tell& tell_;
+  std::string told_;  ///< last; each row of a table writes the list of one folder anew
 };
 
 class RehearsedProcess final : public platform::Process {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/folder_use.hpp"
@@ -30,7 +31,7 @@ class Rollback {
     for (auto step = steps_.rbegin(); step != steps_.rend(); ++step) {
       base::Trap trap;
       if (!trap(step->back))
-        session_.log.reason(step->failure + ": " + trap.description() +
+        session_.log.reason(step->failure + ": " + base::in_words(trap.number(), trap.description()) +
                             ". Order the same renaming again, which goes on from here");
     }
   }
@@ -318,7 +319,8 @@ void put_on_record(Session& session, const PreparedRename& prepared) {
   base::Trap trap;
   if (trap([&] { write_rename_record(session, prepared.record); }))
     return;
-  const std::string why = "The renaming cannot be put on record: " + trap.description();
+  const std::string why =
+      "The renaming cannot be put on record: " + base::in_words(trap.number(), trap.description());
   if (prepared.record.home || prepared.record.profile)
     base::raise(trap.number(), why);
   session.log.line(why);
@@ -367,7 +369,7 @@ bool Rename_ShrDir(Session& session, const RenamedUser& user, const PlannedFolde
     run_renaming(session, user, *folder.renaming);
     return true;
   } catch (const base::RuntimeError& failure) {
-    session.log.reason(failure.description());
+    session.log.reason(base::in_words(failure.number(), failure.description()));
     return false;
   }
 }

@@ -1,5 +1,6 @@
 #include "lifecycle/rename_user.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
@@ -8,6 +9,7 @@
 #include "lifecycle/rename_shr_dir.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 #include "stores/typed_text.hpp"
 
@@ -261,18 +263,19 @@ bool RenameUser_Command2_Click(Session& session) {
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr || has_refused_text(session))
     return false;
-  session.form1.mouse_pointer = 11;
   session.log.begin_block(session);
   session.log.line("Renaming user:" + node->text);
   RenameRun run{session, *node};
   base::Trap trap;
-  const bool renamed = trap([&] { rename(run); });
+  const bool renamed = trap([&] {
+    const session::Hourglass hourglass(session.form1);
+    rename(run);
+  });
   if (!renamed) {
-    session.log.reason(run.title + ": " + trap.description());
+    session.log.reason(run.title + ": " + base::in_words(trap.number(), trap.description()));
     session::LOG_TAB(session, session::kRed, "Error Renaming " + node->text);
   }
   session.log.close();
-  session.form1.mouse_pointer = 0;
   if (!renamed) {
     session.platform.dialogs.MsgBox(run.text + "\r\n\r\n" + trap.description(), platform::Buttons::kOk,
                                     platform::Icon::kCritical, run.title);

@@ -1,5 +1,6 @@
 #include "mail/create_mailbox2000.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "format/filling.hpp"
@@ -51,7 +52,8 @@ void write_row(Session& session, ObjectPtr& user, const std::string& attribute, 
       }))
     return session.log.line("Setting " + attribute + ", " + value);
   session.MailWarning = true;
-  session.log.reason("Error setting " + attribute + ", " + value + ": " + trap.description());
+  session.log.reason("Error setting " + attribute + ", " + value + ": " +
+                     base::in_words(trap.number(), trap.description()));
   bind_anew(session, user);
 }
 

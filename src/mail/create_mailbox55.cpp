@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "mail/mailbox_descriptor.hpp"
@@ -159,7 +160,8 @@ void write_row(Work& work, const controls::ListRow& row) {
       }))
     return;
   work.session.MailWarning = true;
-  work.session.log.reason("Error setting " + row.text + ": " + trap.description());
+  work.session.log.reason("Error setting " + row.text + ": " +
+                          base::in_words(trap.number(), trap.description()));
   trap([&] {
     work.mailbox = work.container->GetObject(work.object_class(), relative_name(work.owner().SamName));
   });

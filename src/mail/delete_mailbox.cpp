@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "mail/mail_rows.hpp"
@@ -121,7 +122,7 @@ Recipient chosen(Session& session, const MailboxDeletion& request, bool for_vari
 
 void log_failure(Session& session, const base::RuntimeError& failure) {
   session.log.line("Error Number: " + hex_number(failure.number()));
-  session.log.reason(failure.description());
+  session.log.reason(base::in_words(failure.number(), failure.description()));
 }
 
 }  // namespace

@@ -2,10 +2,13 @@
 
 #include <vector>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "controls/tree_view.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/hourglass.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -157,20 +160,21 @@ void Find_Mail_User(Session& session, std::string_view name) {
   Serach_Mail& window = session.serach_mail;
   window.TreeView1.clear();
   window.Delete_Mail.enabled = false;
-  window.TreeView1.set_drawing(false);
-  session.form1.mouse_pointer = 11;
   std::vector<TreeNode*> found;
   base::Trap trap;
-  const bool asked = trap([&] { found = walk(session, name); });
-  session.form1.mouse_pointer = 0;
-  if (!asked)
-    window.TreeView1.clear();
-  window.TreeView1.set_drawing(true);
+  bool asked = false;
+  {
+    const controls::DrawingOff off(window.TreeView1);
+    const session::Hourglass hourglass(session.form1);
+    asked = trap([&] { found = walk(session, name); });
+    if (!asked)
+      window.TreeView1.clear();
+  }
   if (asked)
     return show_found(window, found);
   const std::string ErrorText = "Unable to connect to Exchange Server";
   window.caption = ErrorText;
-  session.log.reason(ErrorText + ": " + trap.description());
+  session.log.reason(ErrorText + ": " + base::in_words(trap.number(), trap.description()));
   tell(session, ErrorText + "\r\n" + trap.description());
 }
 

@@ -1,5 +1,6 @@
 #include "resources/WTS.hpp"
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "format/filling.hpp"
@@ -43,7 +44,7 @@ bool send(Session& session, const Target& target, WtsConfigClass setting, const 
   if (trap([&] { network.WTSSetUserConfig(target.controller, target.user, setting, value); }))
     return true;
   const bool is_text = std::holds_alternative<std::string>(value);
-  session.Error_Log_Text = trap.description();
+  session.Error_Log_Text = base::in_words(trap.number(), trap.description());
   session.log.line(
       (is_text ? "WTSSetUserConfigString failed with error " : "WTSSetUserConfigDWord failed with error ") +
       base::to_text(trap.number()));

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "format/filling.hpp"
@@ -61,7 +62,7 @@ bool Set_Permissions(Session& session, std::string& server, const std::string& p
   try {
     const std::vector<PermissionRecord> rows = stores::read_permissions(session, stores::kPermissionFile);
     if (rows.empty()) {
-      session.log.line("No Users found in permissions file");
+      session.log.reason("No Users found in permissions file");
       return false;
     }
     session.log.line("Setting Permissions on " + path);
@@ -69,7 +70,7 @@ bool Set_Permissions(Session& session, std::string& server, const std::string& p
     set_owner(session, server, path, userName, base::trim(rows.front().Owner), RunWarning);
     return true;
   } catch (const base::RuntimeError& failure) {
-    session.log.reason(failure.description());
+    session.log.reason(base::in_words(failure.number(), failure.description()));
     return false;
   }
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "resources/account_lookup.hpp"
 #include "resources/ownership.hpp"
@@ -52,7 +53,7 @@ void debug_line(Session& session, std::string_view text) {
 }
 
 void report(Session& session, const std::string& what, const PermissionFailure& failure) {
-  session.log.reason(what + ": " + failure.description());
+  session.log.reason(what + ": " + base::in_words(failure.number(), failure.description()));
   debug_line(session, "Error: " + failure.step());
   debug_line(session, "Code: " + base::to_text(failure.number()));
   debug_line(session, "Desc: " + failure.description());
@@ -133,7 +134,8 @@ std::optional<Acl> old_list(Session& session, const std::string& path, const Fil
   } catch (const PermissionFailure& failure) {
     if (!permission.replaceAll || !is_about_the_list(failure.number()))
       throw;
-    session.log.line("The old list is not read, and nothing of it kept: " + failure.description());
+    session.log.line("The old list is not read, and nothing of it kept: " +
+                     base::in_words(failure.number(), failure.description()));
     return std::nullopt;
   }
 }

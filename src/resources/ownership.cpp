@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "session/session.hpp"
@@ -82,7 +83,7 @@ std::vector<FileEntry> entries_of(TreeWalk& walk, const std::string& folder) {
   base::Trap trap;
   if (!trap([&] { entries = walk.session.platform.files.list(folder); })) {
     ++walk.outcome.refused;
-    note_reason(walk, folder, trap.description());
+    note_reason(walk, folder, base::in_words(trap.number(), trap.description()));
   }
   return entries;
 }
@@ -95,7 +96,7 @@ bool write(TreeWalk& walk, const std::string& path) {
   const auto tried = [&](std::uint32_t part, const SecurityDescriptor& descriptor) {
     const bool written = trap([&] { security.SetFileSecurity(path, part, descriptor); });
     if (!written)
-      note_reason(walk, path, trap.description());
+      note_reason(walk, path, base::in_words(trap.number(), trap.description()));
     return written;
   };
   const bool owner = tried(platform::security_information::kOwner, walk.owner);

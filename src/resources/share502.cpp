@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "format/variables.hpp"
@@ -87,7 +88,8 @@ ShareList share_list_of_table(Session& session, const std::string& userName) {
   trap([&] { rows = stores::read_permissions(session, stores::kSharePermissionFile); });
   if (trap.number() != 0 && trap.number() != base::error::kFileNotFound &&
       trap.number() != base::error::kPathNotFound)
-    return no_list("The table of share permissions cannot be read: " + trap.description());
+    return no_list("The table of share permissions cannot be read: " +
+                   base::in_words(trap.number(), trap.description()));
   if (rows.empty())
     return list_for_everybody(session);
   std::vector<AccessEntry> entries = entries_of(session, rows, userName);
@@ -125,7 +127,8 @@ ShareResult CreateShare(Session& session, const std::string& server, const std::
   base::Trap trap;
   if (trap([&] { session.platform.network.NetShareAdd(server, share); }))
     return list.result;
-  session.log.reason("Share " + shareName + " is not made: " + trap.description());
+  session.log.reason("Share " + shareName +
+                     " is not made: " + base::in_words(trap.number(), trap.description()));
   session.log.line("NetShareSetInfo failed with error code : " + base::to_text(trap.number()));
   return ShareResult::kFailed;
 }

@@ -121,7 +121,9 @@ void Clear_log(Session& session) {
 void Log_Detail(Session& session) {
   std::string path = log_path(session);
   std::replace(path.begin(), path.end(), '\\', '/');
-  session.platform.process.run({"xdg-open", path}, false, 1);
+  const std::string failure = session.platform.process.run({"xdg-open", path}, false, 1).failure;
+  if (!failure.empty())
+    session.form1.StatusBar1.panel1 = "Log.txt cannot be shown: " + failure;
 }
 
 void Delete_Log_File(Session& session) {

@@ -68,6 +68,18 @@ TEST_P(InEveryKindOfDomain, EachLineBecomesAUserOrIsKeptAsNotCreated) {
   EXPECT_TRUE(world.session.form1.enabled);
 }
 
+TEST_P(InEveryKindOfDomain, ARunThatLosesItsTemplateStops) {
+  ImportWorld world(GetParam());
+  world.start();
+  const auto tell = world.session.import.row_done;
+  world.session.import.row_done = [&](const session::ImportRow& row) {
+    tell(row);
+    std::filesystem::remove(world.folder.path() / "db/Template.dat");
+  };
+  EXPECT_FALSE(world.import("Jo,,Smith\nAnn,,Lee\nKim,,Ray\n"));
+  EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith", testing::StartsWith("2 RED ")));
+}
+
 TEST_P(InEveryKindOfDomain, ARepeatTakesTheSecondFormatWithItsSerialNumber) {
   ImportWorld world(GetParam());
   world.set("Setup", "AltSetupID", "%first%.%last%%n%");

@@ -24,7 +24,7 @@ TEST_F(ExistingUsers, DryRunOfADeletionPrintsTheStepsAndDoesNothing) {
   EXPECT_EQ(result.exit_code, 0) << result.err;
   EXPECT_EQ(result.out, "Delete the account LDAP://twk.test/CN=Jo.Smith," + kNewStarters +
                             "\n"
-                            "Delete the folder \\\\FS1\\D$\\Users\\Jo.Smith with 1 files, 4 bytes\n"
+                            "Delete the folder \\\\FS1\\D$\\Users\\Jo.Smith with 1 file, 4 bytes\n"
                             "Delete the folder \\\\FS1\\D$\\Profiles\\Jo.Smith with 0 files, 0 bytes\n");
   EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
   EXPECT_EQ(run({"user", "show", "Jo.Smith"}).exit_code, 0);

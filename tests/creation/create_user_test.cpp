@@ -295,6 +295,24 @@ TEST_P(InEveryKindOfDomain, ACommandThatFailsWarnsWithTheReason) {
   }
 }
 
+TEST_P(InEveryKindOfDomain, WithoutItsTemplateOrSiteNoAccountIsMade) {
+  for (const std::string file : {"Template.dat", "Site.dat"}) {
+    for (const bool folder : {false, true}) {
+      LabSession world(GetParam());
+      world.start();
+      world.type_names("Jo", "", "Smith");
+      std::filesystem::remove(world.folder.path() / "db" / file);
+      if (folder)
+        std::filesystem::create_directory(world.folder.path() / "db" / file);
+      CreateUser_Click(world.session);
+      EXPECT_THAT(world.log_tab(),
+                  ElementsAre(testing::AllOf(StartsWith("RED Error Creating User... - "), HasSubstr(file))));
+      EXPECT_TRUE(world.services.files.list("\\\\FS1\\D$\\Users").empty());
+      EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
+    }
+  }
+}
+
 TEST(WinNtCreation, APasswordThatThePolicyRefusesEndsRed) {
   LabSession world(DomainKind::kNt);
   world.set("Setup", "Password", "short");
@@ -449,6 +467,7 @@ struct W2kCase {
   std::string stored;
   std::string light;
   std::string logged;
+  std::string first = "Jo";
 };
 
 TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
@@ -462,10 +481,14 @@ TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
       {"m,department,mail rows are not for the account", "department", "", "GREEN", ""},
       {"p,userPrincipalName,taken@twk.test", "userPrincipalName", "", "YELLOW",
        "UPN aleardy Exists: taken@twk.test\nUPN not set\n"},
+      {"p,userPrincipalName,%first%@%Domain%", "userPrincipalName", "", "YELLOW",
+       "userPrincipalName is not set, because of the \"%\" in the user's name\n", "50%"},
   };
   for (const W2kCase& one : cases) {
     LabSession world;
     start_with_rows(world, one.row + "\r\np,company,Acme\r\n");
+    world.session.form1.UserID_Box.text = "Jo.Smith";
+    world.session.form1.strFirst.text = one.first;
     CreateUser_Click(world.session);
     EXPECT_EQ(world.property("Jo.Smith", one.attribute), one.stored) << one.row;
     EXPECT_EQ(world.property("Jo.Smith", "company"), "Acme") << one.row;
@@ -548,6 +571,8 @@ TEST(Creation, NamesThatADomainRefusesAreRefusedBeforeAnythingIsDone) {
       {DomainKind::kNative, "a\tb", "Invalid Character in User Name: U+0009\n"},
       {DomainKind::kNative, "..", "Invalid Character in User Name: .\n"},
       {DomainKind::kNt, "smith,jo", "Invalid Character in User Name: ,\n"},
+      {DomainKind::kNative, "jo.", "Invalid Character in SAMAccountName: the dot at the end of jo.\n"},
+      {DomainKind::kNt, "jo.", "Invalid Character in SAMAccountName: the dot at the end of jo.\n"},
   };
   for (const Case& one : cases) {
     LabSession world(one.kind);

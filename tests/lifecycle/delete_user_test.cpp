@@ -433,7 +433,7 @@ TEST_P(DeleteUser, QuestionsBeforeFoldersMayBeDeclined) {
                        platform::Answer::kNo);
   world.dialogs.expect("remove the folder 'jo' and all its contents?", platform::Answer::kNo);
   world.dialogs.expect("Taking Ownership and changing Permissions on: ", platform::Answer::kYes);
-  world.dialogs.expect("\\\\FS1\\D$\\Profiles\\jo\r\n1 files, 4 bytes", platform::Answer::kYes);
+  world.dialogs.expect("\\\\FS1\\D$\\Profiles\\jo\r\n1 file, 4 bytes", platform::Answer::kYes);
   EXPECT_TRUE(Delete_One_User(world.session, world.key()));
   EXPECT_EQ(world.tree("FS1/D"), kWithoutProfile);
   EXPECT_THAT(world.log(), HasSubstr("Error Deleting: \\\\FS1\\D$\\Users\\jo\n"));

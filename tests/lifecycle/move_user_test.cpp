@@ -485,6 +485,13 @@ struct Refusal {
 };
 
 const Refusal kRefusals[] = {
+    {"Template.dat is missing or holds no template \"Staff\"",
+     [](MoveWorld& world) { std::filesystem::remove(world.folder.path() / "db/Template.dat"); }},
+    {"Site.dat",
+     [](MoveWorld& world) {
+       std::filesystem::remove(world.folder.path() / "db/Site.dat");
+       std::filesystem::create_directory(world.folder.path() / "db/Site.dat");
+     }},
     {"\\\\FS2\\D$\\Users cannot be reached: ",
      [](MoveWorld& world) { std::filesystem::remove_all(world.server_folder("FS2/D/Users")); }},
     {"The share jo$ on FS2 is taken: it stands for D:\\Users",
@@ -562,6 +569,15 @@ TEST_P(MoveEnds, WhatFailsLeavesTheSourceWholeAndIsTold) {
     for (const char* const text : one.log)
       EXPECT_THAT(world.log(), HasSubstr(text));
   }
+}
+
+TEST_P(MoveUser, WithNothingToTakeIsToldInYellow) {
+  MoveWorld world(GetParam());
+  world.start_at("", "", kMove);
+  EXPECT_EQ(world.move(), kWarned);
+  EXPECT_THAT(world.log_tab(),
+              testing::ElementsAre(
+                  "YELLOW  jo Moved: No data was moved: the account has neither a home nor a profile"));
 }
 
 TEST_P(MoveUser, ProfilesThatAreNotTheUsersStayWhereTheyAre) {
@@ -760,7 +776,7 @@ TEST_P(MoveUser, RehearsalTellsTheStepsInOrderAndChangesNothing) {
   std::size_t next = 0;
   for (const char* const text :
        {"Make the folder \\\\FS2\\D$\\Profiles\\jo", "Make the share jo.prf$ on FS2",
-        "Make the share jo$ on FS2", "Copy what \\\\FS1\\jo.prf$ holds to \\\\FS2\\jo.prf$: 1 files",
+        "Make the share jo$ on FS2", "Copy what \\\\FS1\\jo.prf$ holds to \\\\FS2\\jo.prf$: 1 file, ",
         "Copy what \\\\FS1\\jo$ holds to \\\\FS2\\jo$: 2 files, 7 bytes, replacing 1",
         "Remove what \\\\FS1\\jo.prf$ holds", "lanmanserver/jo.prf$",
         "Remove the folder \\\\FS1\\D$\\Profiles\\jo", "Remove what \\\\FS1\\jo$ holds", "lanmanserver/jo$",

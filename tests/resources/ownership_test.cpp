@@ -99,7 +99,7 @@ TEST_F(OwnershipTest, AFileThatRefusesIsPassedOverAndCounted) {
   EXPECT_THAT(writes(), IsSupersetOf({"4 \\c.txt", "4 \\a", "4 \\a\\deep\\f.txt"}));
   EXPECT_EQ(outcome.written, 5U) << "the folder itself, b, c.txt, deep, f.txt";
   EXPECT_EQ(outcome.refused, 1U);
-  EXPECT_EQ(outcome.first_reason, top + "\\a: locked");
+  EXPECT_EQ(outcome.first_reason, top + "\\a: locked (a file is in use; have it closed and try again)");
 }
 
 TEST_F(OwnershipTest, APersonStopsItBehindTheFolderInHand) {
