@@ -14,6 +14,7 @@
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
 #include "session/session.hpp"
+#include "stores/side_tables.hpp"
 
 namespace twk::creation {
 namespace {
@@ -50,12 +51,22 @@ bool any(const std::vector<UserShare>& shares, ShareResult result) {
                      [result](const UserShare& share) { return share.result == result; });
 }
 
+/// True for a table without a row; one that cannot be read has told so itself.
+bool has_no_permissions(session::Session& session) {
+  bool none = false;
+  base::Trap unreadable;
+  unreadable([&] { none = stores::read_permissions(session, stores::kPermissionFile).empty(); });
+  return none;
+}
+
 /// "Security Failed for " each directory that was not done.
 bool permissions_set(CreationRun& run, const std::string& local, const std::string& reachable) {
   if (local.empty() ||
       resources::Set_Permissions(run.session, run.PdcName, reachable, run.SamName, run.RunWarning))
     return true;
   run.session.log.reason("Security Failed for " + local);
+  if (has_no_permissions(run.session))
+    run.session.log.remember("No Users found in permissions file");
   return false;
 }
 

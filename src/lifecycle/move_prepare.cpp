@@ -153,10 +153,13 @@ void set_permissions(MoveRun& run, const MovedFolder& folder) {
     return;
   std::string server = resources::server_for_accounts(run.session);
   std::int16_t warning = 1;
-  if (!resources::Set_Permissions(run.session, server, folder.new_admin, run.key, warning))
+  if (!resources::Set_Permissions(run.session, server, folder.new_admin, run.key, warning)) {
     run.session.log.line("Security Failed for " + folder.new_admin);
-  else if (warning != 1)
+    // A table without rows prescribes nothing; one that cannot be read has told why.
+    run.warned |= !run.session.log.reasons().empty();
+  } else if (warning != 1) {
     warn(run, "Not all permissions were set on " + folder.new_admin);
+  }
 }
 
 }  // namespace

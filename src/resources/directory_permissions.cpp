@@ -62,7 +62,7 @@ bool Set_Permissions(Session& session, std::string& server, const std::string& p
   try {
     const std::vector<PermissionRecord> rows = stores::read_permissions(session, stores::kPermissionFile);
     if (rows.empty()) {
-      session.log.reason("No Users found in permissions file");
+      session.log.line("No Users found in permissions file");
       return false;
     }
     session.log.line("Setting Permissions on " + path);

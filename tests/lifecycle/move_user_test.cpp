@@ -77,6 +77,8 @@ class MoveWorld : public LifecycleWorld {
     rehearsed.multi_user.Multi_Template.text = session.multi_user.Multi_Template.text.get();
     rehearsed.multi_user.UserData.index = session.multi_user.UserData.index.get();
     rehearsed.multi_user.No_Prompt.value = 1;
+    rehearsed.multi_user.Run_CMD.value = session.multi_user.Run_CMD.value.get();
+    rehearsed.form1.Move_Script.text = session.form1.Move_Script.text.get();
     rehearsed.runs = session.runs;
     rehearsed.runs.rehearse = tell;
     const MoveOutcome outcome = Move_One_User(rehearsed, key());
