@@ -65,8 +65,6 @@ bool permissions_set(CreationRun& run, const std::string& local, const std::stri
       resources::Set_Permissions(run.session, run.PdcName, reachable, run.SamName, run.RunWarning))
     return true;
   run.session.log.reason("Security Failed for " + local);
-  if (has_no_permissions(run.session))
-    run.session.log.remember("No Users found in permissions file");
   return false;
 }
 
@@ -111,6 +109,8 @@ void ApplyDirPermissions(CreationRun& run) {
   const bool home = permissions_set(run, paths.HomeLocalDir, paths.HomeShareDir);
   const bool profile = permissions_set(run, paths.ProfileLocalDir, paths.ProfileShareDir);
   if (!home || !profile) {
+    if (has_no_permissions(run.session))
+      run.session.log.remember("No Users found in permissions file");
     run.RunWarning = 2;
     return paint(light, controls::kRed, "Error");
   }

@@ -122,7 +122,9 @@ Recipient chosen(Session& session, const MailboxDeletion& request, bool for_vari
 
 void log_failure(Session& session, const base::RuntimeError& failure) {
   session.log.line("Error Number: " + hex_number(failure.number()));
-  session.log.reason(base::in_words(failure.number(), failure.description()));
+  // A mailbox that is not decided says itself what to do.
+  const bool undecided = failure.number() == platform::ads_error::kNoSuchObject;
+  session.log.reason(undecided ? failure.description() : base::in_words(failure));
 }
 
 }  // namespace

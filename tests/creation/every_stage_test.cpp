@@ -92,8 +92,7 @@ TEST_P(AllStages, AStageThatFailsShowsItsLightAndItsWordsAndTheOthersGoOn) {
          taken.shi502_path = "D:\\Users";
          world.services.network.NetShareAdd("FS1", taken);
        }},
-      {"blue blue blue red blue blue",
-       "Jo.Smith Created User - Security Failed for D:\\Users\\Jo.Smith; No Users found in permissions file",
+      {"blue blue blue red blue blue", "Jo.Smith Created User - Security Failed for D:\\Users\\Jo.Smith",
        "Security Failed for D:\\Users\\Jo.Smith\n",
        [](EveryStage& world) {
          world.session.platform.files.remove(world.session.dbpath + "Permissions.dat");

@@ -178,7 +178,9 @@ TEST_P(ResourceStages, AnUnknownAccountInARowIsYellowUnderABlueLight) {
 TEST_P(ResourceStages, WithoutAPermissionTableTheLightIsRed) {
   before_creation = [&] { std::filesystem::remove(world.folder.path() / "db/Permissions.dat"); };
   create();
-  expect_yellow_for("Security Failed for D:\\Users\\Jo.Smith; Security Failed for D:\\Profiles\\Jo.Smith");
+  expect_yellow_for(
+      "Security Failed for D:\\Users\\Jo.Smith; Security Failed for D:\\Profiles\\Jo.Smith; No Users found "
+      "in permissions file");
   expect_lights(controls::kBlue, controls::kRed);
   EXPECT_THAT(world.log(), HasSubstr("No Users found in permissions file\n"
                                      "Security Failed for D:\\Users\\Jo.Smith\n"
