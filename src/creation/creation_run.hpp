@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <set>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
