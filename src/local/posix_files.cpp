@@ -15,6 +15,7 @@
 #include "local/descriptor.hpp"
 #include "local/file_errors.hpp"
 #include "local/replace_file.hpp"
+#include "local/shared_file.hpp"
 
 namespace twk::local {
 namespace {
@@ -45,8 +46,8 @@ class PosixAppendFile final : public platform::AppendFile {
  public:
   explicit PosixAppendFile(std::string path, bool truncate)
       : path_(std::move(path)),
-        file_(
-            open_descriptor(path_, O_WRONLY | O_CREAT | O_APPEND | (truncate ? O_TRUNC : 0), kNewFileMode)) {}
+        file_(open_shared_file(path_, O_WRONLY | O_CREAT | O_APPEND | (truncate ? O_TRUNC : 0),
+                               kNewFileMode)) {}
 
   void write(std::string_view bytes) override { write_all(file_, bytes, path_); }
 
@@ -59,12 +60,8 @@ class PosixRandomFile final : public platform::RandomFile {
  public:
   PosixRandomFile(std::string path, int flags)
       : path_(std::move(path)),
-        file_(open_descriptor(path_, flags, kNewFileMode)),
-        lock_(flags == O_RDONLY ? Lock::kShared : Lock::kExclusive) {
-    const mode_t mode = status_of(file_, path_).st_mode;
-    if (!S_ISREG(mode))
-      raise_file_error(S_ISDIR(mode) ? EISDIR : ENOTSUP, "open", path_);
-  }
+        file_(open_shared_file(path_, flags, kNewFileMode)),
+        lock_(flags == O_RDONLY ? Lock::kShared : Lock::kExclusive) {}
 
   std::uint64_t size() override { return static_cast<std::uint64_t>(status_of(file_, path_).st_size); }
 
@@ -270,6 +267,8 @@ void PosixFiles::remove_directory(std::string_view path) {
 
 std::string PosixFiles::read(std::string_view path) {
   const std::string local_path = local(path);
+  // By its own name: what stands for an open file below /proc cannot be followed by hand.
+  static_cast<void>(follow_trusted_links(local_path));
   const Descriptor file = open_descriptor(local_path, O_RDONLY);
   const mode_t mode = status_of(file, local_path).st_mode;
   if (!S_ISREG(mode) && !S_ISFIFO(mode))

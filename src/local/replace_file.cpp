@@ -11,24 +11,12 @@
 
 #include "local/descriptor.hpp"
 #include "local/file_errors.hpp"
+#include "local/shared_file.hpp"
 
 namespace twk::local {
 namespace {
 
-constexpr int kMostLinks = 40;
 constexpr int kMostTemporaryNames = 1000;
-
-std::string follow_links(const std::string& path) {
-  std::filesystem::path target = path;
-  for (int i = 0; i < kMostLinks; ++i) {
-    std::error_code no_link;
-    const std::filesystem::path next = std::filesystem::read_symlink(target, no_link);
-    if (no_link)
-      return target.string();
-    target = target.parent_path() / next;
-  }
-  raise_file_error(ELOOP, "write", path);
-}
 
 /// The file that is about to be replaced; none when there is none.
 std::optional<struct stat> replaced_file(const std::string& path) {
@@ -106,7 +94,7 @@ void take_over_access(const Descriptor& file, const struct stat& old, const std:
 void replace_file(const std::string& path, std::string_view bytes, Access access) {
   if (path.ends_with('/'))
     raise_file_error(EISDIR, "write", path);
-  const std::string target = follow_links(path);
+  const std::string target = follow_trusted_links(path);
   const std::optional<struct stat> old = replaced_file(target);
   std::filesystem::path folder = std::filesystem::path(target).parent_path();
   if (folder.empty())

@@ -229,6 +229,22 @@ TEST_F(PosixFilesTest, FileThatChangesWhileItIsCopiedIsNotCopied) {
   EXPECT_EQ(names(), std::vector<std::string>{"log"});
 }
 
+TEST_F(PosixFilesTest, WhatAFellowPutUnderANameLeadsNowhere) {
+  put_file(at("mine"), "secret");
+  std::filesystem::create_symlink(at("mine"), at("link"));
+  ASSERT_EQ(lchown(at("link").c_str(), 4242, 4242), 0) << "this test needs the right to give files away";
+  std::filesystem::create_hard_link(at("mine"), at("hard"));
+  for (const char* const name : {"link", "hard"}) {
+    EXPECT_EQ(number_of([&] { files_.open_append(at(name), true); }), 70U) << name;
+    EXPECT_EQ(number_of([&] { files_.open_append(at(name), false); }), 70U) << name;
+    EXPECT_EQ(number_of([&] { files_.open_random(at(name)); }), 70U) << name;
+    EXPECT_EQ(number_of([&] { files_.open_random_read(at(name)); }), 70U) << name;
+  }
+  EXPECT_EQ(number_of([&] { files_.read(at("link")); }), 70U);
+  EXPECT_EQ(number_of([&] { files_.write(at("link"), "x"); }), 70U);
+  EXPECT_EQ(get_file(at("mine")), "secret");
+}
+
 TEST_F(PosixFilesTest, WriteFollowsALinkAndLeavesItThere) {
   files_.make_directory(at("real"));
   put_file(at("real/data"), "old");
