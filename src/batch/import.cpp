@@ -293,6 +293,7 @@ bool Import_Users(Session& session, std::string_view path) {
   state.summary_file.close();
   session.form1.enabled = true;
   state.Importing = false;
+  session.log.conceal({});
   session.cancel_import.visible = false;
   if (trap.number() != 0)
     state.failure = trap.description();

@@ -5,6 +5,7 @@
 #include "format/filling.hpp"
 #include "format/passwords.hpp"
 #include "format/user_name.hpp"
+#include "session/activity_log.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
@@ -22,6 +23,12 @@ void prepare_password(CreationRun& run) {
   run.Password = session.import.rehearsed
                      ? std::move(password.text)
                      : format::password_of_text(session, std::move(password.text), run.UserId);
+  // That of a line of an import belongs to a person; the log is read by many.
+  const bool of_person = session.import.Importing && !session::is_debug(session);
+  session.log.conceal(of_person && base::find_fold(session.form1.defaultpassword.text.get(), "%IMPORT") !=
+                                       base::npos
+                          ? run.Password
+                          : std::string());
 }
 
 }  // namespace

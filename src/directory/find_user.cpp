@@ -3,6 +3,7 @@
 #include <map>
 #include <utility>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
@@ -112,10 +113,12 @@ void btnGo_Click(Session& session) {
   frmFindW2KUser_Load(session);
   window.Label2.caption = "Searching for user...";
   session.platform.dialogs.DoEvents();
-  if (!Find_AD_Users(session, window.txtFind.text.get())) {
+  std::string reason;
+  if (!Find_AD_Users(session, window.txtFind.text.get(), &reason)) {
     window.Label2.caption = std::string();
-    session.platform.dialogs.MsgBox("Error Searching AD for users.", Buttons::kOk, Icon::kExclamation,
-                                    "Search Error");
+    session.platform.dialogs.MsgBox(
+        "Error Searching AD for users." + (reason.empty() ? std::string() : "\r\n\r\n" + reason),
+        Buttons::kOk, Icon::kExclamation, "Search Error");
     return;
   }
   const std::size_t count = window.ListView1.size();
@@ -128,14 +131,17 @@ void btnGo_Click(Session& session) {
   window.btnSelectuser.enabled = true;
 }
 
-bool Find_AD_Users(Session& session, std::string_view text) {
+bool Find_AD_Users(Session& session, std::string_view text, std::string* reason) {
   if (session.form1.TreeView1.first() == nullptr)
     return false;
   controls::ListView& list = session.find_user.ListView1;
   const controls::DrawingOff off(list);
   const session::Hourglass hourglass(session.form1);
   base::Trap trap;
-  return trap([&] { add_found_users(session, text); });
+  const bool asked = trap([&] { add_found_users(session, text); });
+  if (!asked && reason != nullptr)
+    *reason = base::in_words(trap.number(), trap.description());
+  return asked;
 }
 
 bool btnSelectuser_Click(Session& session) {

@@ -29,8 +29,8 @@ void frmFindW2KUser_Load(session::Session& session);
 /// Lists the users whose common name holds what was typed.
 void btnGo_Click(session::Session& session);
 /// The rows of that search. "*" stands for any text, as does an empty text; any other character for itself.
-/// False when the directory could not be asked.
-bool Find_AD_Users(session::Session& session, std::string_view text);
+/// False when the directory could not be asked; `reason` gets why.
+bool Find_AD_Users(session::Session& session, std::string_view text, std::string* reason = nullptr);
 /// Opens the tree down to the selected row's user and selects its node. False when the tree does not show it,
 /// which a box tells.
 bool btnSelectuser_Click(session::Session& session);

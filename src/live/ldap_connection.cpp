@@ -21,6 +21,8 @@ namespace ads_error = platform::ads_error;
 /// How long a server that was there is waited for: a controller that is started anew is back by then.
 constexpr std::chrono::seconds kPatience{20};
 constexpr std::chrono::milliseconds kPause{250};
+/// More members than any group has.
+constexpr std::size_t kMostValues = 20'000'000;
 
 /// The arrays that the library wants for one attribute; they point into the values, which must stay.
 class ModArray {
@@ -303,9 +305,13 @@ std::vector<std::string> read_links(LdapConnection& connection, const std::strin
   std::vector<std::string> all;
   std::optional<std::string> wanted = std::string(attribute);
   while (wanted) {
-    if (!all.empty())
+    const std::size_t known = all.size();
+    if (known != 0)
       connection.require_going_on();
     wanted = join_range(connection.read(dn, {*wanted}), attribute, all);
+    const bool repeats = known != 0 && all.size() > known && all[known] == all.front();
+    if (repeats || all.size() > kMostValues)
+      base::raise(kProtocolError, "The server does not come to an end with the values of " + dn);
   }
   return all;
 }

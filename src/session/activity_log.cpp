@@ -35,7 +35,8 @@ std::string LOG_TAB(Session& session, std::string_view severity, std::string_vie
   if (severity == kRed)
     session.platform.dialogs.beep();
   const std::vector<std::string> reasons = session.log.take_reasons(severity != kGreen);
-  std::string text = severity == kGreen ? std::string(message) : with_reasons(message, reasons);
+  const std::string text =
+      session.log.concealed(severity == kGreen ? std::string(message) : with_reasons(message, reasons));
   session.form1.ListView1.add({}, text, std::string(severity), {date_and_time(session)});
   return text;
 }
@@ -61,7 +62,7 @@ void ActivityLog::line(std::string_view text) {
   if (!file_)
     return;
   base::Trap trap;
-  if (!trap([&] { file_->write(log_line(text)); }))
+  if (!trap([&] { file_->write(log_line(concealed(text))); }))
     fail(trap.description());
 }
 
@@ -77,7 +78,8 @@ void ActivityLog::reason(std::string_view text, std::string_view why) {
 }
 
 void ActivityLog::remember(std::string_view text) {
-  const std::string_view trimmed = base::trim(text);
+  const std::string shown = concealed(text);
+  const std::string_view trimmed = base::trim(shown);
   if (!trimmed.empty() && std::find(reasons_.begin(), reasons_.end(), trimmed) == reasons_.end())
     reasons_.emplace_back(trimmed);
 }
@@ -90,6 +92,17 @@ std::vector<std::string> ActivityLog::take_reasons(bool told) {
 
 std::vector<std::string> ActivityLog::take_told() {
   return std::exchange(told_, {});
+}
+
+std::string ActivityLog::concealed(std::string_view text) const {
+  constexpr std::size_t kShortest = 6;
+  std::string shown(text);
+  if (secret_.size() < kShortest)
+    return shown;
+  constexpr std::string_view kStars = "********";
+  for (std::size_t at = shown.find(secret_); at != base::npos; at = shown.find(secret_, at + kStars.size()))
+    shown.replace(at, secret_.size(), kStars);
+  return shown;
 }
 
 void ActivityLog::fail(const std::string& reason) {

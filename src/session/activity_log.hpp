@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/files.hpp"
@@ -50,6 +51,11 @@ class ActivityLog {
   std::vector<std::string> take_reasons(bool told = false);
   /// The reasons that rows of the log tab bear, one by one, since they were taken the last time.
   std::vector<std::string> take_told();
+  /// From here on lines, reasons and rows of the log tab show stars in place of a secret; none for the empty
+  /// text. One of less than six characters could be a part of any text and is not looked for.
+  void conceal(std::string secret) { secret_ = std::move(secret); }
+  /// A text as it may be shown.
+  [[nodiscard]] std::string concealed(std::string_view text) const;
   void close();
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }
 
@@ -60,6 +66,7 @@ class ActivityLog {
   std::unique_ptr<platform::AppendFile> file_;
   std::vector<std::string> reasons_;
   std::vector<std::string> told_;
+  std::string secret_;
 };
 
 /// "31/12/2026 09:05:00" of the session's clock.

@@ -66,7 +66,12 @@ RecordFile RecordFile::open_read(platform::Files& files, std::string_view path, 
 }
 
 std::int32_t RecordFile::count() {
-  return file_ ? static_cast<std::int32_t>(file_->size() / record_size_) : 0;
+  // Some 40,000 templates; what is larger is no database, and would fill the memory of whoever reads it.
+  constexpr std::uint64_t kLargest = 64ULL << 20U;
+  const std::uint64_t size = file_ ? file_->size() : 0;
+  if (size > kLargest)
+    base::raise(base::error::kBadFileName, path_ + " is larger than any database file of this program");
+  return static_cast<std::int32_t>(size / record_size_);
 }
 
 std::string RecordFile::read(std::int32_t number) {

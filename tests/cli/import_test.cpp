@@ -51,6 +51,14 @@ TEST_F(ImportingUsers, TakesColumnsGroupsAndExpiryAsChosen) {
   EXPECT_EQ(run({"settings", "get", "Setup", "ImportGroupsFinish"}).exit_code, 2) << "a choice for one run";
 }
 
+TEST_F(ImportingUsers, ShowsNobodysPassword) {
+  ASSERT_EQ(run({"settings", "set", "Setup", "BatchFileCreate", "/nowhere %IMPORT4%"}).exit_code, 0);
+  ASSERT_EQ(run({"settings", "set", "UM", "RunCmd", "Yes"}).exit_code, 0);
+  const ProgramResult result = import("Al,,Bo,Secret-Word-9\n", {"--password", "4"});
+  EXPECT_THAT(result.out, HasSubstr("/nowhere ********"));
+  EXPECT_THAT(result.out + result.err + run({"log", "show"}).out, Not(HasSubstr("Secret-Word-9")));
+}
+
 TEST_F(ImportingUsers, HaltsAtTheFirstWarningWhenAsked) {
   const ProgramResult result = import("John,,Smith\nJohn,,Smith\nAl,,Bo\n", {"--halt-on-warnings"});
   EXPECT_EQ(result.exit_code, 2);

@@ -35,6 +35,13 @@ TEST_F(RecordFileTest, APartialTailDoesNotCountAndIsOverwritten) {
   EXPECT_EQ(test::get_file(path_), "aaaabbbb");
 }
 
+TEST_F(RecordFileTest, AFileThatNoDatabaseReachesIsRefusedByName) {
+  put_file(path_, "abcdef");
+  std::filesystem::resize_file(path_, 3ULL << 30U);
+  test::expect_error(
+      base::error::kBadFileName, [&] { open().count(); }, "larger");
+}
+
 TEST_F(RecordFileTest, ReadingAMissingFileFindsNothingAndMakesNone) {
   RecordFile file = RecordFile::open_read(files, path_, 4);
   EXPECT_EQ(file.count(), 0);
