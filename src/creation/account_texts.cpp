@@ -24,11 +24,10 @@ void prepare_password(CreationRun& run) {
                      ? std::move(password.text)
                      : format::password_of_text(session, std::move(password.text), run.UserId);
   // That of a line of an import belongs to a person; the log is read by many.
-  const bool of_person = session.import.Importing && !session::is_debug(session);
-  session.log.conceal(of_person && base::find_fold(session.form1.defaultpassword.text.get(), "%IMPORT") !=
-                                       base::npos
-                          ? run.Password
-                          : std::string());
+  const bool of_line = base::find_fold(session.form1.defaultpassword.text.get(), "%IMPORT") != base::npos ||
+                       base::find_fold(session.form1.Formatted_Password.text.get(), "%IMPORT") != base::npos;
+  const bool hidden = of_line && session.import.Importing && !session::is_debug(session);
+  session.log.conceal(hidden ? run.Password : std::string());
 }
 
 }  // namespace

@@ -84,24 +84,6 @@ std::string cookie_of(LDAP* connection, LDAPMessage* answer) {
   return cookie;
 }
 
-/// Gives a request up unless its answer has come.
-class Abandon {
- public:
-  Abandon(LDAP* connection, int message) : connection_(connection), message_(message) {}
-  Abandon(const Abandon&) = delete;
-  Abandon& operator=(const Abandon&) = delete;
-  ~Abandon() {
-    if (!answered_)
-      ldap_abandon_ext(connection_, message_, nullptr, nullptr);
-  }
-  void answered() { answered_ = true; }
-
- private:
-  LDAP* connection_;
-  int message_;
-  bool answered_ = false;
-};
-
 }  // namespace
 
 const std::vector<std::string>* LdapEntry::find(std::string_view name) const {
@@ -151,7 +133,6 @@ std::size_t LdapPageRequest::most_entries() const {
 int LdapPageRequest::receive(LDAP* connection, int message, const std::function<bool()>& is_stopped,
                              LdapPage& page) const {
   const auto start = Clock::now();
-  Abandon request(connection, message);
   std::size_t references = 0;
   for (;;) {
     timeval slice{0, kSlice};
@@ -161,7 +142,6 @@ int LdapPageRequest::receive(LDAP* connection, int message, const std::function<
     if (type < 0)
       return last_ldap_result(connection);
     if (type == LDAP_RES_SEARCH_RESULT) {
-      request.answered();
       int result = LDAP_OTHER;
       ldap_parse_result(connection, one, &result, nullptr, nullptr, nullptr, nullptr, 0);
       page.cookie = cookie_of(connection, one);

@@ -58,7 +58,8 @@ class LdapPageRequest {
   [[nodiscard]] std::optional<int> send(ldap* connection, const std::string& cookie) const;
   /// Waits for the answer to that message. Returns the result's code, LDAP_TIMEOUT when it did not come in
   /// time. Raises kStopped when `is_stopped` says so after three seconds, and kProtocolError when the server
-  /// sends more entries than a page has.
+  /// sends more entries than a page has. After either, and after a result that means a lost connection, the
+  /// connection is of no more use: the rest of the answer may still come over it.
   int receive(ldap* connection, int message, const std::function<bool()>& is_stopped, LdapPage& page) const;
 
  private:

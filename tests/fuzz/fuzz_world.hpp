@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <functional>
+#include <map>
+
 #include "session/session.hpp"
 #include "support/fakes.hpp"
 #include "support/memory_security.hpp"
@@ -23,10 +27,12 @@ class NoDialogs final : public platform::Dialogs {
   void DoEvents() override {}
 };
 
-/// One file that can be read, and appended files that go nowhere; nothing else is there.
+/// One file that can be read, record files with these bytes, and appended files that go nowhere; nothing else
+/// is there.
 class OneFile final : public platform::Files {
  public:
   std::string contents;
+  std::map<std::string, std::string, std::less<>> records;  ///< by path
 
   bool exists(std::string_view /*path*/) override { return false; }
   bool is_directory(std::string_view /*path*/) override { return false; }
@@ -53,8 +59,10 @@ class OneFile final : public platform::Files {
     return std::make_unique<Nowhere>();
   }
   std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override {
-    missing(path);
-    return nullptr;
+    const auto found = records.find(path);
+    if (found == records.end())
+      missing(path);
+    return std::make_unique<Records>(found->second);
   }
   std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override {
     return open_random(path);
@@ -63,6 +71,21 @@ class OneFile final : public platform::Files {
  private:
   struct Nowhere final : platform::AppendFile {
     void write(std::string_view /*bytes*/) override {}
+  };
+  class Records final : public platform::RandomFile {
+   public:
+    explicit Records(std::string_view bytes) : bytes_(bytes) {}
+    std::uint64_t size() override { return bytes_.size(); }
+    std::string read(std::uint64_t offset, std::size_t count) override {
+      return std::string(bytes_.substr(std::min<std::uint64_t>(offset, bytes_.size()), count));
+    }
+    void write(std::uint64_t /*offset*/, std::string_view /*bytes*/) override { missing("to write"); }
+    void lock(std::uint64_t /*offset*/, std::uint64_t /*count*/) override {}
+    void unlock(std::uint64_t /*offset*/, std::uint64_t /*count*/) override {}
+    bool is_current() override { return true; }
+
+   private:
+    std::string_view bytes_;
   };
   static void missing(std::string_view path) {
     throw base::RuntimeError(base::error::kFileNotFound, "no file " + std::string(path));
