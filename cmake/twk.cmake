@@ -5,6 +5,10 @@ if(TWK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${TWK_CCACHE})
 endif()
 
+# Libraries come from where the system looks for them. A run path of the build may hold an empty entry, which means the
+# current folder.
+set(CMAKE_SKIP_RPATH ON)
+
 add_library(twk_warnings INTERFACE)
 target_compile_options(twk_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
