@@ -25,7 +25,7 @@ class ConsoleDialogs final : public platform::Dialogs {
   ConsoleDialogs() = default;
   ConsoleDialogs(const ConsoleDialogs&) = delete;
   ConsoleDialogs& operator=(const ConsoleDialogs&) = delete;
-  ~ConsoleDialogs() {
+  ~ConsoleDialogs() override {
     if (password_)
       base::wipe(*password_);
   }

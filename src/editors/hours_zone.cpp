@@ -10,7 +10,6 @@ namespace twk::editors {
 namespace {
 
 constexpr int kCells = kDays * kHours;
-constexpr int kSecondsPerHour = 3600;
 constexpr std::string_view kSetting = "LogonHoursZone";
 
 std::string preferences_key() {
