@@ -179,7 +179,8 @@ SYSTEM = "/etc/ssl/certs/ca-certificates.crt"
 
 def twk(port, *arguments, trusted="cert.pem", system=None):
     trusted = ["--ca-file", trusted] if trusted else []
-    mount = ["unshare", "--map-root-user", "--mount", "sh", "-ec", f'mount --bind {system} {SYSTEM}; exec "$@"', "sh"] if system else []
+    namespace = ["unshare", "--mount"] if os.geteuid() == 0 else ["unshare", "--map-root-user", "--mount"]
+    mount = [*namespace, "sh", "-ec", f'mount --bind {system} {SYSTEM}; exec "$@"', "sh"] if system else []
     return subprocess.Popen([*mount, TWK, "--domain", "bad.test", "--server", "127.0.0.1", "--port", str(port), "--method", "ldaps", "--user", "u",
                              *trusted, "--logon-password-file", "password", *arguments], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                             stderr=subprocess.PIPE, text=True)
