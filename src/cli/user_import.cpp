@@ -225,7 +225,7 @@ int run_import(Context& context, session::Session& session) {
 
 /// The path of a file that holds a line.
 std::string checked_file(Context& context, const std::string& file) {
-  const std::string path = std::filesystem::absolute(file).string();
+  std::string path = std::filesystem::absolute(file).string();
   if (!std::filesystem::exists(path) || std::filesystem::is_directory(path))
     throw BadInput("There is no file " + file);
   if (!std::filesystem::is_regular_file(path))

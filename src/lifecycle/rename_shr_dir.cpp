@@ -89,35 +89,29 @@ void rename_folder(Session& session, const FolderRenaming& renaming, bool back) 
     files.rename(from.text(), to.text());
 }
 
-void take_shares_away(Session& session, const FolderRenaming& renaming, Rollback& back) {
-  const std::string& server = renaming.before.server;
-  for (const ShareChange& share : renaming.shares) {
-    const std::string& name = share.before.shi502_netname;
-    back.add("The share " + name + " of " + share.before.shi502_path + " on " + server +
-                 " could not be made again",
-             [&session, &server, &share] { make_share(session, server, share.before); });
-    base::Trap trap;
-    if (!trap([&] { remove_share(session, server, share.before); }))
-      base::raise(trap.number(),
-                  "Could not remove Share: \\\\" + server + "\\" + name + ": " + trap.description());
-  }
+void take_share_away(Session& session, const std::string& server, const ShareChange& share, Rollback& back) {
+  const std::string& name = share.before.shi502_netname;
+  back.add(
+      "The share " + name + " of " + share.before.shi502_path + " on " + server + " could not be made again",
+      [&session, &server, &share] { make_share(session, server, share.before); });
+  base::Trap trap;
+  if (!trap([&] { remove_share(session, server, share.before); }))
+    base::raise(trap.number(),
+                "Could not remove Share: \\\\" + server + "\\" + name + ": " + trap.description());
 }
 
-void make_new_shares(Session& session, const FolderRenaming& renaming, Rollback& back) {
-  const std::string& server = renaming.before.server;
-  for (const ShareChange& share : renaming.shares) {
-    const std::string& old_name = share.before.shi502_netname;
-    const std::string& name = share.after.shi502_netname;
-    back.add("The share " + name + " on " + server + " could not be taken away again",
-             [&session, &server, &share] { remove_share(session, server, share.after); });
-    base::Trap trap;
-    if (!trap([&] { make_share(session, server, share.after); })) {
-      session.log.line("Failed to create New share: " + name + "  \\\\" + server + "\\" + old_name);
-      session.log.line("Error Deleting/Creating Shares: " + old_name + " / " + name);
-      base::raise(trap.number(), trap.description());
-    }
-    session.log.line("Created new share: " + name);
+void make_new_share(Session& session, const std::string& server, const ShareChange& share, Rollback& back) {
+  const std::string& old_name = share.before.shi502_netname;
+  const std::string& name = share.after.shi502_netname;
+  back.add("The share " + name + " on " + server + " could not be taken away again",
+           [&session, &server, &share] { remove_share(session, server, share.after); });
+  base::Trap trap;
+  if (!trap([&] { make_share(session, server, share.after); })) {
+    session.log.line("Failed to create New share: " + name + "  \\\\" + server + "\\" + old_name);
+    session.log.line("Error Deleting/Creating Shares: " + old_name + " / " + name);
+    base::raise(trap.number(), trap.description());
   }
+  session.log.line("Created new share: " + name);
 }
 
 bool is_before(const PathChange& change, const std::string& path) {
@@ -150,11 +144,13 @@ void tell_use(Session& session, const std::string& account, const FolderRenaming
 void run_renaming(Session& session, const RenamedUser& user, const FolderRenaming& renaming) {
   Rollback back(session);
   try {
-    take_shares_away(session, renaming, back);
+    for (const ShareChange& share : renaming.shares)
+      take_share_away(session, renaming.before.server, share, back);
     back.add(renaming.after.text() + " could not get its name " + renaming.before.parts.back() + " again",
              [&] { rename_folder(session, renaming, true); });
     rename_folder(session, renaming, false);
-    make_new_shares(session, renaming, back);
+    for (const ShareChange& share : renaming.shares)
+      make_new_share(session, renaming.before.server, share, back);
     write_paths(user.object, renaming);
   } catch (const base::RuntimeError&) {
     back.run();

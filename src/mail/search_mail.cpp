@@ -141,6 +141,7 @@ std::vector<std::string> find_mailboxes(Session& session, const MailboxDeletion&
   const std::vector<TreeNode*> found = walk(session, request.SamName);
   show_found(session.serach_mail, found);
   std::vector<std::string> paths;
+  paths.reserve(found.size());
   for (const TreeNode* const node : found)
     paths.push_back(node->key);
   return paths;

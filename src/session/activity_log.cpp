@@ -35,7 +35,7 @@ std::string LOG_TAB(Session& session, std::string_view severity, std::string_vie
   if (severity == kRed)
     session.platform.dialogs.beep();
   const std::vector<std::string> reasons = session.log.take_reasons(severity != kGreen);
-  const std::string text =
+  std::string text =
       session.log.concealed(severity == kGreen ? std::string(message) : with_reasons(message, reasons));
   session.form1.ListView1.add({}, text, std::string(severity), {date_and_time(session)});
   return text;
