@@ -65,8 +65,8 @@ void split_import_line(session::ImportState& state, std::string_view line) {
   state.ImportLine = line;
   const std::vector<std::string> fields = base::split(line, ',');
   const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
-  const auto behind = std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
-  std::fill(behind, state.ImportFields.end(), std::string());
+  const auto rest = std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
+  std::fill(rest, state.ImportFields.end(), std::string());
   state.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
 }
 

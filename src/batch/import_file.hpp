@@ -11,7 +11,7 @@ struct ImportState;
 /// The lines of an import file, and the file of those that were refused, which can be imported again.
 namespace twk::batch {
 
-/// What heads "Import.err" behind the asterisks and the time.
+/// What heads "Import.err" after the asterisks and the time.
 inline constexpr std::string_view kNotCreated = "The following users were not created.";
 /// Its last line after a halt.
 inline constexpr std::string_view kErrorHalt = "Import Halted because error were detected";
@@ -21,7 +21,7 @@ inline constexpr std::string_view kWarningHalt = "Import Halted because warnings
 /// 1252.
 std::string import_text(std::string_view bytes);
 
-/// The line at `position`, without its end (CR LF, LF or CR); `position` moves behind it. False at the end.
+/// The line at `position`, without its end (CR LF, LF or CR); `position` moves past it. False at the end.
 bool next_line(std::string_view text, std::size_t& position, std::string_view& line);
 
 /// The lines that are to be users, by their numbers in the file. The heading of an "Import.err", and what it

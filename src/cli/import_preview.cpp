@@ -32,7 +32,7 @@ Json preview_row(const session::Form1& form, const session::ImportRow& row) {
 
 int preview_import(Context& context, session::Session& session) {
   session::ImportState& state = session.import;
-  // Every line is to be seen, also those behind a halt.
+  // Every line is to be seen, also those after a halt.
   for (controls::CheckBox* const halt : {&session.form1.STOP_ON_RED[0], &session.form1.STOP_ON_RED[1]})
     halt->value = 0;
   // What a run would ask is told, and goes on with Yes.
@@ -59,7 +59,7 @@ int preview_import(Context& context, session::Session& session) {
   context.output().table(kColumns, rows);
   context.keep_exit_code();
   if (state.ImportStopped)
-    complain("stopped; the lines behind were not looked at");
+    complain("stopped; the lines that follow were not looked at");
   return state.ImportStopped ? std::max(exit_code, kExitYellow) : exit_code;
 }
 

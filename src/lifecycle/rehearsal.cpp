@@ -235,7 +235,7 @@ class RehearsedSecurity final : public platform::Security {
   platform::Security& real_;
   platform::Files& files_;
   const Rehearsal::Tell& tell_;
-  std::string told_;  ///< last; each row of a table writes the list of one folder anew
+  std::string told_;  ///< last; each row of a table writes the list of one folder again
 };
 
 class RehearsedProcess final : public platform::Process {

@@ -117,8 +117,8 @@ class LdapConnection {
 std::vector<std::string> read_links(LdapConnection& connection, const std::string& dn,
                                     std::string_view attribute);
 
-/// Puts the values of one answer behind `all`, and gives the attribute that the next ones are asked for by;
-/// none at the end.
+/// Puts the values of one answer after those of `all`, and gives the attribute that the next ones are asked
+/// for by; none at the end.
 std::optional<std::string> join_range(const LdapEntry& answer, std::string_view attribute,
                                       std::vector<std::string>& all);
 

@@ -64,7 +64,7 @@ LdapEntry to_entry(LDAP* connection, LDAPMessage* message) {
   return entry;
 }
 
-/// The mark that the server put beside a page (RFC 2696); empty behind the last.
+/// The mark that the server put beside a page (RFC 2696); empty after the last.
 std::string cookie_of(LDAP* connection, LDAPMessage* answer) {
   std::string cookie;
   LDAPControl** controls = nullptr;
