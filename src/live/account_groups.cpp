@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "live/account_session.hpp"
+#include "live/ldap_errors.hpp"
 
 namespace twk::live {
 namespace {
@@ -15,13 +16,16 @@ constexpr std::uint32_t kMemberInGroup = 1320;
 constexpr std::uint32_t kMemberNotInGroup = 1321;
 constexpr std::uint32_t kGroupAttributes = 7;  // mandatory, enabled, by default, [MS-SAMR] 2.2.1.10
 constexpr std::uint32_t kAnswerSize = 0xFFFF;
+/// More than any domain has.
+constexpr std::size_t kMostAccounts = 20'000'000;
 
 /// Runs one of the service's enumerations to its end.
 template <typename Call>
 void enumerate_kind(AccountSession& session, std::uint32_t operation, bool builtin, Kind kind, Call call,
                     std::vector<SamAccount>& found) {
   std::uint32_t resume = 0;
-  for (;;) {
+  for (std::size_t told = 0;;) {
+    const std::uint32_t from = resume;
     const Memory memory;
     samr_SamArray* names = nullptr;
     std::uint32_t count = 0;
@@ -33,14 +37,19 @@ void enumerate_kind(AccountSession& session, std::uint32_t operation, bool built
     const std::uint32_t status = session.ask(operation, call, memory);
     if (status != kMoreEntries && status != kNoMoreEntries)
       AccountSession::check(status, "The accounts of the domain");
-    for (std::uint32_t i = 0; names != nullptr && i < names->count; ++i) {
-      std::string name = from_lsa(names->entries[i].name);
-      if (!name.ends_with('$'))
-        found.push_back(
-            {.name = std::move(name), .kind = kind, .builtin = builtin, .rid = names->entries[i].idx});
-    }
-    if (status != kMoreEntries || count == 0)
+    if (names == nullptr)
       return;
+    for (const samr_SamEntry& entry : items_of(names->entries, names->count)) {
+      std::string name = from_lsa(entry.name);
+      if (!name.ends_with('$'))
+        found.push_back({.name = std::move(name), .kind = kind, .builtin = builtin, .rid = entry.idx});
+    }
+    if (status != kMoreEntries || names->count == 0)
+      return;
+    told += names->count;
+    if (resume == from || told > kMostAccounts)
+      base::raise(kProtocolError, "The server does not come to an end with the accounts of the domain");
+    session.require_going_on();
   }
 }
 
@@ -53,8 +62,8 @@ std::vector<platform::Sid> alias_members(AccountSession& session, const SamAccou
   call.out.sids = &sids;
   session.run(NDR_SAMR_GETMEMBERSINALIAS, call, memory, "The members of " + group.name);
   std::vector<platform::Sid> members;
-  for (std::uint32_t i = 0; i < sids.num_sids; ++i)
-    members.push_back(from_dom_sid(*sids.sids[i].sid));
+  for (const lsa_SidPtr& one : items_of(sids.sids, sids.num_sids))
+    members.push_back(from_dom_sid(part_of(one.sid)));
   return members;
 }
 
@@ -66,8 +75,10 @@ std::vector<std::uint32_t> group_members(AccountSession& session, const SamAccou
   call.in.group_handle = opened.handle();
   call.out.rids = &rids;
   session.run(NDR_SAMR_QUERYGROUPMEMBER, call, memory, "The members of " + group.name);
-  return rids == nullptr ? std::vector<std::uint32_t>{}
-                         : std::vector<std::uint32_t>(rids->rids, rids->rids + rids->count);
+  if (rids == nullptr)
+    return {};
+  const auto numbers = items_of(rids->rids, rids->count);
+  return {numbers.begin(), numbers.end()};
 }
 
 std::vector<std::uint32_t> group_rids_of(AccountSession& session, const SamAccount& user) {
@@ -79,8 +90,10 @@ std::vector<std::uint32_t> group_rids_of(AccountSession& session, const SamAccou
   call.out.rids = &rids;
   session.run(NDR_SAMR_GETGROUPSFORUSER, call, memory, "The groups of " + user.name);
   std::vector<std::uint32_t> groups;
-  for (std::uint32_t i = 0; rids != nullptr && i < rids->count; ++i)
-    groups.push_back(rids->rids[i].rid);
+  if (rids == nullptr)
+    return groups;
+  for (const samr_RidWithAttribute& one : items_of(rids->rids, rids->count))
+    groups.push_back(one.rid);
   return groups;
 }
 
@@ -103,7 +116,8 @@ std::vector<SamAccount> local_groups_of(AccountSession& session, const std::vect
   call.in.sids = &sids;
   call.out.rids = &rids;
   session.run(NDR_SAMR_GETALIASMEMBERSHIP, call, memory, "The local groups of an account");
-  return look_up_rids(session, std::vector<std::uint32_t>(rids.ids, rids.ids + rids.count), builtin);
+  const auto numbers = items_of(rids.ids, rids.count);
+  return look_up_rids(session, {numbers.begin(), numbers.end()}, builtin);
 }
 
 /// A global group takes members by their relative identifier, a local one by the whole of it.
@@ -236,7 +250,7 @@ std::string AccountService::group_description(const SamAccount& group) {
       call.in.level = GROUPINFODESCRIPTION;
       call.out.info = &info;
       session.run(NDR_SAMR_QUERYGROUPINFO, call, memory, "The group " + group.name);
-      return from_lsa(info->description);
+      return from_lsa(part_of(info).description);
     }
     samr_AliasInfo* info = nullptr;
     samr_QueryAliasInfo call{};
@@ -244,7 +258,7 @@ std::string AccountService::group_description(const SamAccount& group) {
     call.in.level = ALIASINFODESCRIPTION;
     call.out.info = &info;
     session.run(NDR_SAMR_QUERYALIASINFO, call, memory, "The group " + group.name);
-    return from_lsa(info->description);
+    return from_lsa(part_of(info).description);
   });
 }
 

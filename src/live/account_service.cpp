@@ -147,6 +147,8 @@ bool speaks_of_person(const security_ace& ace, const platform::Sid& user) {
 AccountService::AccountService(std::shared_ptr<Credentials> credentials, std::string_view server)
     : pipe_(std::move(credentials), server, RpcInterface::kAccounts) {}
 
+AccountService::AccountService(RpcPipe pipe) : pipe_(std::move(pipe)) {}
+
 AccountService::~AccountService() = default;
 
 AccountSession& AccountService::session() {
@@ -207,7 +209,7 @@ SamUser AccountService::read_user(std::uint32_t rid) {
     query.in.level = UserAllInformation;
     query.out.info = &info;
     session.run(NDR_SAMR_QUERYUSERINFO, query, memory, "The user " + base::to_text(std::int64_t{rid}));
-    return to_user(info->info21);
+    return to_user(part_of(info).info21);
   });
 }
 

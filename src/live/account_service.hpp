@@ -74,6 +74,7 @@ class AccountSession;
 class AccountService {
  public:
   AccountService(std::shared_ptr<Credentials> credentials, std::string_view server);
+  explicit AccountService(RpcPipe pipe);
   AccountService(const AccountService&) = delete;
   AccountService& operator=(const AccountService&) = delete;
   ~AccountService();

@@ -94,8 +94,8 @@ AccountSession::AccountSession(RpcPipe& pipe) : pipe_(pipe) {
   domains.out.sam = &names;
   domains.out.num_entries = &count;
   run(NDR_SAMR_ENUMDOMAINS, domains, memory, "The domains of " + pipe.host());
-  for (std::uint32_t i = 0; names != nullptr && i < names->count; ++i) {
-    std::string one = from_lsa(names->entries[i].name);
+  for (const samr_SamEntry& entry : items_of(part_of(names).entries, part_of(names).count)) {
+    std::string one = from_lsa(entry.name);
     (base::equals_fold(one, "Builtin") ? builtin_ : own_).name = std::move(one);
   }
   open(own_);
@@ -111,7 +111,10 @@ void AccountSession::open(Domain& domain) {
   find.in.domain_name = &name;
   find.out.sid = &sid;
   run(NDR_SAMR_LOOKUPDOMAIN, find, memory, "The domain " + domain.name);
-  domain.sid = *sid;
+  domain.sid = part_of(sid);
+  // An account's identifier has one number more.
+  if (domain.sid.num_auths < 1 || static_cast<std::size_t>(domain.sid.num_auths) >= std::size(sid->sub_auths))
+    base::raise(kBadStub, "The server's answer is not of its form: no domain has such an identifier");
   samr_OpenDomain opened{};
   opened.in.connect_handle = &connection_;
   opened.in.access_mask = kMaximumAllowed;
@@ -195,7 +198,7 @@ std::optional<SamAccount> look_up_name(AccountSession& session, std::string_view
   if (rids.count != 1 || types.count != 1)
     return std::nullopt;
   // The name as it is stored is another call's.
-  const auto found = look_up_rids(session, {rids.ids[0]}, builtin);
+  const auto found = look_up_rids(session, {part_of(rids.ids)}, builtin);
   return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
@@ -217,9 +220,13 @@ std::vector<SamAccount> look_up_rids(AccountSession& session, std::vector<std::u
       continue;
     if (status != kSomeNotMapped)
       AccountSession::check(status, "The names of accounts");
-    for (std::uint32_t i = 0; i < std::min(names.count, types.count); ++i) {
-      std::string name = from_lsa(names.names[i]);
-      const auto kind = kind_of(types.ids[i]);
+    const auto texts = items_of(names.names, names.count);
+    const auto kinds = items_of(types.ids, types.count);
+    if (texts.size() > call.in.num_rids || kinds.size() != texts.size())
+      base::raise(kBadStub, "The server's answer is not of its form: other names than were asked for");
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      std::string name = from_lsa(texts[i]);
+      const auto kind = kind_of(kinds[i]);
       // A computer's account is one of a user by type.
       if (kind && !name.ends_with('$'))
         accounts.push_back(

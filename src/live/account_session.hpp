@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -7,6 +8,7 @@
 
 #include "base/errors.hpp"
 #include "live/account_service.hpp"
+#include "live/ndr.hpp"
 #include "live/samba_headers.hpp"
 
 /// What the parts of `AccountService` share: handles of the service and the calls on them.
@@ -22,6 +24,9 @@ class AccountSession {
   };
 
   explicit AccountSession(RpcPipe& pipe);
+
+  /// Raises kStopped when the person wants the work to end: between the parts of a long answer.
+  void require_going_on() const { pipe_.require_going_on(); }
 
   [[nodiscard]] Domain& domain(bool builtin) { return builtin ? builtin_ : own_; }
 
@@ -64,6 +69,22 @@ class OpenAccount {
   policy_handle handle_{};
   bool open_ = true;
 };
+
+/// What an answer points to. Raises kBadStub for an answer that leaves it out, which the protocol's form
+/// allows.
+template <typename Part>
+Part& part_of(Part* part) {
+  if (part == nullptr)
+    base::raise(kBadStub, "The server's answer is not of its form: a part is missing");
+  return *part;
+}
+/// The items of a list, of which the answer tells the number. Raises the same.
+template <typename Item>
+std::span<Item> items_of(Item* first, std::size_t count) {
+  if (count != 0)
+    part_of(first);
+  return {first, count};
+}
 
 /// A text that is sent; `text` must outlive the call.
 lsa_String to_lsa(const std::string& text);

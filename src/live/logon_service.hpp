@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "live/rpc_pipe.hpp"
 
@@ -12,6 +13,7 @@ class LogonService {
  public:
   LogonService(std::shared_ptr<Credentials> credentials, std::string_view server)
       : pipe_(std::move(credentials), server, RpcInterface::kLogon) {}
+  explicit LogonService(RpcPipe pipe) : pipe_(std::move(pipe)) {}
 
   /// "\\\\DC1": the primary controller of a domain, by its NetBIOS name; of the server's own when that is
   /// empty. Raises kControllerNotFound, and what `RpcPipe` raises.

@@ -8,6 +8,7 @@
 #include "ads/account_names.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/ldap_errors.hpp"
 #include "live/samba_headers.hpp"
 #include "platform/directory.hpp"
 #include "platform/network.hpp"
@@ -77,7 +78,8 @@ cli_credentials* make_credentials(TALLOC_CTX* memory, Credentials& person, loadp
 
 struct RpcPipe::Handle {
   Memory memory;
-  dcerpc_pipe* pipe = nullptr;
+  dcerpc_pipe* pipe = nullptr;  ///< null when the binding came from elsewhere
+  dcerpc_binding_handle* binding = nullptr;
 };
 
 WithoutPipeSignal::WithoutPipeSignal() {
@@ -126,11 +128,18 @@ std::uint32_t directory_number(std::uint32_t number) {
   constexpr std::uint32_t kWin32Facility = 0x80070000;
   if (number == kRpcLost)
     return platform::ads_error::kServerDown;
+  if (number == kStopped)
+    return number;
   return number < 0x10000 ? kWin32Facility | number : number;
 }
 
 RpcPipe::RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface)
     : credentials_(std::move(credentials)), host_(ads::without_backslashes(server)), interface_(interface) {}
+
+RpcPipe::RpcPipe(Open open, RpcInterface interface)
+    : open_(std::move(open)), host_("memory"), interface_(interface) {}
+
+RpcPipe::RpcPipe(RpcPipe&&) noexcept = default;
 
 RpcPipe::~RpcPipe() {
   close();
@@ -147,6 +156,14 @@ void RpcPipe::close() {
 }
 
 void RpcPipe::connect() {
+  if (!open_)
+    return connect_to_server();
+  auto handle = std::make_unique<Handle>();
+  handle->binding = open_(handle->memory.get());
+  handle_ = std::move(handle);
+}
+
+void RpcPipe::connect_to_server() {
   // What stands in the binding's text is a part of its syntax.
   if (host_.empty() || host_.find_first_of("[]:,\\/\"@ ") != base::npos ||
       base::find_control_character(host_))
@@ -175,7 +192,8 @@ void RpcPipe::connect() {
       refuse(number, "The logon to " + host_ + " failed: " + nt_errstr(status));
     no_answer(host_, nt_errstr(status));
   }
-  dcerpc_binding_handle_set_timeout(handle->pipe->binding_handle, static_cast<std::uint32_t>(seconds));
+  handle->binding = handle->pipe->binding_handle;
+  dcerpc_binding_handle_set_timeout(handle->binding, static_cast<std::uint32_t>(seconds));
   handle_ = std::move(handle);
 }
 
@@ -186,7 +204,7 @@ void RpcPipe::refuse(std::uint32_t number, const std::string& text) {
 }
 
 RpcPipe::Handle& RpcPipe::opened() {
-  if (handle_ != nullptr && !dcerpc_binding_handle_is_connected(handle_->pipe->binding_handle))
+  if (handle_ != nullptr && !dcerpc_binding_handle_is_connected(handle_->binding))
     handle_.reset();
   if (handle_ == nullptr)
     connect();
@@ -213,9 +231,8 @@ base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t>
   std::uint8_t* bytes = nullptr;
   std::size_t size = 0;
   std::uint32_t flags = 0;
-  check(NT_STATUS_V(dcerpc_binding_handle_raw_call(handle.pipe->binding_handle, nullptr, operation, 0,
-                                                   arguments.data(), arguments.size(), answer.get(), &bytes,
-                                                   &size, &flags)));
+  check(NT_STATUS_V(dcerpc_binding_handle_raw_call(handle.binding, nullptr, operation, 0, arguments.data(),
+                                                   arguments.size(), answer.get(), &bytes, &size, &flags)));
   return base::Bytes(bytes, bytes + size);
 }
 
@@ -235,15 +252,23 @@ base::Bytes RpcPipe::call_again(std::uint32_t operation, std::span<const std::ui
 void RpcPipe::call(std::uint32_t operation, void* arguments, void* memory) {
   const WithoutPipeSignal quiet;
   Handle& handle = opened();
-  check(NT_STATUS_V(dcerpc_binding_handle_call(handle.pipe->binding_handle, nullptr, &table_of(interface_),
-                                               operation, memory, arguments)));
+  check(NT_STATUS_V(dcerpc_binding_handle_call(handle.binding, nullptr, &table_of(interface_), operation,
+                                               memory, arguments)));
+}
+
+void RpcPipe::require_going_on() const {
+  if (credentials_ != nullptr && credentials_->is_stopped())
+    base::raise(kStopped, "Stopped before " + host_ + " had told everything");
 }
 
 base::Bytes RpcPipe::session_key() {
   const WithoutPipeSignal quiet;
   constexpr std::size_t kSize = 16;
   DATA_BLOB key{};
-  check(NT_STATUS_V(dcerpc_fetch_session_key(opened().pipe, &key)));
+  dcerpc_pipe* const pipe = opened().pipe;
+  if (pipe == nullptr)
+    base::raise(platform::security_error::kAccessDenied, "The pipe to " + host_ + " has no key");
+  check(NT_STATUS_V(dcerpc_fetch_session_key(pipe, &key)));
   return base::Bytes(key.data, key.data + std::min(key.length, kSize));
 }
 

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -11,6 +12,8 @@
 #include "base/bytes.hpp"
 #include "base/errors.hpp"
 #include "live/credentials.hpp"
+
+struct dcerpc_binding_handle;
 
 namespace twk::live {
 
@@ -29,6 +32,12 @@ class RpcPipe {
  public:
   /// `server` may have two backslashes in front.
   RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface);
+  /// Over what `open` makes, in the talloc context that it is given, instead of a connection to a server.
+  /// Such a pipe has no key.
+  using Open = std::function<dcerpc_binding_handle*(void* memory)>;
+  RpcPipe(Open open, RpcInterface interface);
+  RpcPipe(RpcPipe&&) noexcept;
+  RpcPipe& operator=(RpcPipe&&) = delete;
   RpcPipe(const RpcPipe&) = delete;
   RpcPipe& operator=(const RpcPipe&) = delete;
   ~RpcPipe();
@@ -49,6 +58,8 @@ class RpcPipe {
   /// The same for an operation whose arguments the library has as a structure. The answer's parts belong to
   /// the talloc context `memory`.
   void call(std::uint32_t operation, void* arguments, void* memory);
+  /// Raises kStopped when the person wants the work to end: between the parts of a long answer.
+  void require_going_on() const;
   /// The key of the session, 16 bytes.
   base::Bytes session_key();
 
@@ -57,12 +68,14 @@ class RpcPipe {
 
   Handle& opened();
   void connect();
+  void connect_to_server();
   /// A password that was refused is not sent once more by another connection.
   [[noreturn]] void refuse(std::uint32_t number, const std::string& text);
   /// Raises for a failure of the way there, not of the operation.
   void check(std::uint32_t status);
 
   std::shared_ptr<Credentials> credentials_;
+  Open open_;  ///< none: a server is connected to
   std::string host_;
   RpcInterface interface_;
   std::unique_ptr<Handle> handle_;

@@ -7,6 +7,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/ldap_errors.hpp"
 #include "live/ndr.hpp"
 
 namespace twk::live {
@@ -24,6 +25,8 @@ constexpr std::uint32_t kNetrShareDel = 18;
 
 constexpr std::uint32_t kLevel = 502;
 constexpr std::uint32_t kLevelWithoutList = 2;
+/// More than any server has.
+constexpr std::size_t kMostShares = 1'000'000;
 constexpr std::uint32_t kWholeAnswer = 0xFFFFFFFF;
 constexpr std::uint32_t kMoreData = 234;         // ERROR_MORE_DATA
 constexpr std::uint32_t kBadNetName = 67;        // ERROR_BAD_NET_NAME
@@ -115,6 +118,33 @@ void read_rest(NdrReader& reader, const Pointers& pointers, ShareInfo502& share)
                 "The server sent a security descriptor of the share " + share.shi502_netname +
                     " that cannot be read: " + failure.description());
   }
+}
+
+/// One answer of an enumeration, and what the next one is asked for by; 0 at the end.
+struct SharePart {
+  std::vector<ShareInfo502> shares;
+  std::uint32_t resume = 0;
+};
+
+SharePart read_part(const base::Bytes& answer) {
+  NdrReader reader(answer);
+  reader.number();
+  reader.number();
+  SharePart part;
+  if (reader.pointer()) {
+    const std::uint32_t count = reader.number();
+    if (reader.pointer()) {
+      reader.number();
+      std::vector<Pointers> pointers;
+      for (std::uint32_t i = 0; i < count; ++i)
+        pointers.push_back(read_fixed(reader, part.shares.emplace_back()));
+      for (std::uint32_t i = 0; i < count; ++i)
+        read_rest(reader, pointers[i], part.shares[i]);
+    }
+  }
+  reader.number();
+  part.resume = reader.pointer() ? reader.number() : 0;
+  return part;
 }
 
 /// The number that an operation ends with.
@@ -242,27 +272,15 @@ std::vector<ShareInfo502> ServerService::all() {
     const std::uint32_t number = result_of(answer);
     if (number != kMoreData)
       check(number, "list");
-    NdrReader reader(answer);
-    reader.number();
-    reader.number();
-    std::vector<ShareInfo502> part;
-    if (reader.pointer()) {
-      const std::uint32_t count = reader.number();
-      if (reader.pointer()) {
-        reader.number();
-        std::vector<Pointers> pointers;
-        for (std::uint32_t i = 0; i < count; ++i)
-          pointers.push_back(read_fixed(reader, part.emplace_back()));
-        for (std::uint32_t i = 0; i < count; ++i)
-          read_rest(reader, pointers[i], part[i]);
-      }
-    }
-    reader.number();
-    resume = reader.pointer() ? reader.number() : 0;
-    const bool empty = part.empty();
-    std::move(part.begin(), part.end(), std::back_inserter(shares));
-    if (number != kMoreData || empty || resume == 0)
+    SharePart part = read_part(answer);
+    const bool empty = part.shares.empty();
+    std::move(part.shares.begin(), part.shares.end(), std::back_inserter(shares));
+    if (number != kMoreData || empty || part.resume == 0)
       return shares;
+    if (part.resume == resume || shares.size() > kMostShares)
+      base::raise(kProtocolError, pipe_.host() + " does not come to an end with its shares");
+    resume = part.resume;
+    pipe_.require_going_on();
   }
 }
 

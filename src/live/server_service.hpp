@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "live/rpc_pipe.hpp"
@@ -15,6 +16,7 @@ class ServerService {
  public:
   ServerService(std::shared_ptr<Credentials> credentials, std::string_view server)
       : pipe_(std::move(credentials), server, RpcInterface::kServerService) {}
+  explicit ServerService(RpcPipe pipe) : pipe_(std::move(pipe)) {}
 
   void open() { pipe_.open(); }
   /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also where the server does not

@@ -1,0 +1,92 @@
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+
+#include "base/errors.hpp"
+#include "fuzz/rpc_answers.hpp"
+#include "live/account_service.hpp"
+#include "live/logon_service.hpp"
+#include "live/server_service.hpp"
+
+namespace {
+
+using namespace twk::live;
+using twk::test::RpcAnswers;
+
+constexpr std::uint8_t kOpened =
+    0x80;  // the session of the accounts is opened, and its answers are none of the input
+
+/// Answers with two bytes of size in front.
+RpcAnswers take_answers(std::span<const std::uint8_t> bytes, RpcAnswers answers) {
+  while (bytes.size() > 2) {
+    const std::size_t size = std::min<std::size_t>(twk::platform::read_u16(bytes, 0), bytes.size() - 2);
+    answers.emplace_back(bytes.begin() + 2, bytes.begin() + 2 + static_cast<std::ptrdiff_t>(size));
+    bytes = bytes.subspan(2 + size);
+  }
+  return answers;
+}
+
+/// A failure is raised by a number.
+void run(const std::function<void()>& call) {
+  twk::base::Trap trap;
+  trap(call);
+}
+
+void call_accounts(RpcAnswers answers, std::uint8_t which) {
+  AccountService service(twk::test::pipe_of(answers, RpcInterface::kAccounts));
+  const SamAccount user{.name = "u", .kind = SamAccount::Kind::kUser, .builtin = false, .rid = 1001};
+  const SamAccount group{.name = "g", .kind = SamAccount::Kind::kGlobalGroup, .builtin = false, .rid = 513};
+  const SamAccount local{.name = "l", .kind = SamAccount::Kind::kLocalGroup, .builtin = true, .rid = 544};
+  const std::function<void()> calls[] = {
+      [&] { service.sid_of(user); },
+      [&] { service.find("Jo"); },
+      [&] {
+        service.find(twk::platform::Sid(5, {21, 7, 1001}));
+      },
+      [&] { service.enumerate(true, true, [](const SamAccount&) { return true; }); },
+      [&] { service.read_user(user.rid); },
+      [&] { service.cannot_change_password(user.rid); },
+      [&] { service.set_cannot_change_password(user.rid, true); },
+      [&] { service.create("Jo", SamAccount::Kind::kUser); },
+      [&] { service.remove(group); },
+      [&] { service.group_description(group); },
+      [&] { service.group_description(local); },
+      [&] { service.members(group); },
+      [&] { service.members(local); },
+      [&] { service.groups_of(user); },
+      [&] { service.identifiers_of(user); },
+      [&] { service.add_member(local, user); }};
+  run(calls[which % std::size(calls)]);
+}
+
+void call_shares(RpcAnswers answers, bool all) {
+  ServerService service(twk::test::pipe_of(answers, RpcInterface::kServerService));
+  run([&] {
+    if (all)
+      service.all();
+    else
+      service.get("Users");
+  });
+}
+
+}  // namespace
+
+/// What servers answer to remote calls: the first byte says which call, the rest are the answers.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size == 0)
+    return 0;
+  const bool opened = (data[0] & kOpened) != 0;
+  const std::uint8_t which = data[0] % 0x20U;
+  const RpcAnswers answers =
+      take_answers(std::span(data, size).subspan(1), opened ? twk::test::open_session() : RpcAnswers{});
+  if (which < 0x10) {
+    call_accounts(answers, which);
+  } else if (which < 0x12) {
+    call_shares(answers, which == 0x10);
+  } else {
+    RpcAnswers left = answers;
+    LogonService service(twk::test::pipe_of(left, RpcInterface::kLogon));
+    run([&] { service.get_dc_name("TW"); });
+  }
+  return 0;
+}
