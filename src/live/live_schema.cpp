@@ -5,7 +5,9 @@
 #include <iterator>
 #include <set>
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/ldap_errors.hpp"
 #include "platform/ldap_text.hpp"
 
 namespace twk::live {
@@ -34,6 +36,9 @@ ads::Syntax syntax_of(std::string_view oid) {
   }
   return ads::Syntax::kString;
 }
+
+/// More than any class is derived from.
+constexpr std::size_t kMostClasses = 10'000;
 
 /// Names, sorted without regard to case.
 struct FoldedOrder {
@@ -100,6 +105,10 @@ const ads::ClassProperties& LiveSchema::properties(LdapConnection& connection, c
   for (Names wanted = {std::string(name)}; !wanted.empty();) {
     search.filter = classes_filter(wanted);
     known.merge(Names(wanted));
+    if (known.size() > kMostClasses)
+      base::raise(kProtocolError,
+                  "The server does not come to an end with the classes above " + std::string(name));
+    connection.require_going_on();
     Names further;
     connection.search(search, [&](LdapEntry&& entry) {
       for (const std::string_view attribute : {"subClassOf", "auxiliaryClass", "systemAuxiliaryClass"})

@@ -33,8 +33,9 @@ class OneFile final : public platform::Files {
  public:
   std::string contents;
   std::map<std::string, std::string, std::less<>> records;  ///< by path
+  bool present = false;                                     ///< what is asked for is there
 
-  bool exists(std::string_view /*path*/) override { return false; }
+  bool exists(std::string_view /*path*/) override { return present; }
   bool is_directory(std::string_view /*path*/) override { return false; }
   void make_directory(std::string_view path) override { missing(path); }
   std::vector<platform::FileEntry> list(std::string_view path) override {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "stores/old_records.hpp"
 #include "stores/records.hpp"
 
 namespace {
@@ -19,11 +20,33 @@ void round_trip(std::string_view bytes, std::size_t size, Decode decode, Encode 
     std::abort();
 }
 
+/// The bytes, cut off or with blanks behind.
+std::string sized(std::string_view bytes, std::size_t size) {
+  std::string text(bytes.substr(0, size));
+  text.resize(size, ' ');
+  return text;
+}
+
+/// A record of an older generation becomes one of today, as long as those are.
+void upgrade(std::string_view bytes) {
+  using namespace twk::stores;
+  bool whole = upgrade_site(sized(bytes, kOldSiteRecordSize)).size() == kSiteRecordSize &&
+               upgrade_permission(sized(bytes, kOldPermissionRecordSize)).size() == kPermissionRecordSize;
+  for (const auto generation :
+       {TemplateGeneration::k1, TemplateGeneration::k20, TemplateGeneration::k21, TemplateGeneration::k22})
+    whole =
+        whole && upgrade_template(sized(bytes, old_template_record_size(generation)), generation).size() ==
+                     kTemplateRecordSize;
+  if (!whole)
+    std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace twk::stores;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+  upgrade(bytes);
   round_trip(bytes, kSiteRecordSize, decode_site, encode_site);
   round_trip(bytes, kPermissionRecordSize, decode_permission, encode_permission);
   round_trip(bytes, kTemplateRecordSize, decode_template, encode_template);

@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   RegistryTree tree;
   try {
-    tree = parse_regedit(text);
+    tree = parse_regedit(regedit_text(text));
   } catch (const twk::base::RuntimeError&) {
     return 0;
   }

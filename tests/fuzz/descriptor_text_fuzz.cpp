@@ -1,0 +1,21 @@
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "base/errors.hpp"
+#include "live/descriptor_text.hpp"
+
+/// What a file server tells of a folder's rights is refused, or what is written of it reads as the same.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace twk::live;
+  try {
+    const auto descriptor = parse_descriptor({reinterpret_cast<const char*>(data), size});
+    if (parse_descriptor(descriptor_text(descriptor)) != descriptor)
+      std::abort();
+  } catch (const twk::base::RuntimeError& failure) {
+    if (failure.number() == 0)
+      std::abort();
+  }
+  return 0;
+}
