@@ -58,7 +58,7 @@ inline NTSTATUS answer_receive(tevent_req* request, TALLOC_CTX* memory, std::uin
   if (tevent_req_is_error(request, &kind, &error))
     return live::to_status(static_cast<std::uint32_t>(error));
   const CallState* const state = static_cast<CallState*>(_tevent_req_data(request));
-  *bytes = talloc_steal(memory, state->bytes);
+  *bytes = static_cast<std::uint8_t*>(_talloc_steal_loc(memory, state->bytes, "here"));
   *size = state->size;
   *flags = 0;
   tevent_req_received(request);
