@@ -1,6 +1,7 @@
 #include "live/account_service.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <random>
 
 #include "base/text.hpp"
@@ -136,6 +137,13 @@ security_acl* read_list(AccountSession& session, OpenAccount& user, const Memory
   return buffer == nullptr || buffer->sd == nullptr ? nullptr : buffer->sd->dacl;
 }
 
+/// The library's enumeration has no room for all that a server may send, so that the number is copied out.
+bool allows(const security_ace& ace) {
+  std::uint32_t type = 0;
+  std::memcpy(&type, &ace.type, sizeof type);
+  return type == SEC_ACE_TYPE_ACCESS_ALLOWED;
+}
+
 /// The entries that say whether the person changes the password: Everyone's and the user's own.
 bool speaks_of_person(const security_ace& ace, const platform::Sid& user) {
   const platform::Sid sid = from_dom_sid(ace.trustee);
@@ -268,7 +276,7 @@ bool AccountService::cannot_change_password(std::uint32_t rid) {
     const security_acl* const list = read_list(session, user, memory);
     for (std::uint32_t i = 0; list != nullptr && i < list->num_aces; ++i) {
       const security_ace& ace = list->aces[i];
-      if (ace.type == SEC_ACE_TYPE_ACCESS_ALLOWED && speaks_of_person(ace, own) &&
+      if (allows(ace) && speaks_of_person(ace, own) &&
           (ace.access_mask & SAMR_USER_ACCESS_CHANGE_PASSWORD) != 0)
         return false;
     }
@@ -284,7 +292,7 @@ void AccountService::set_cannot_change_password(std::uint32_t rid, bool cannot) 
     security_acl* const list = read_list(session, user, memory);
     for (std::uint32_t i = 0; list != nullptr && i < list->num_aces; ++i) {
       security_ace& ace = list->aces[i];
-      if (ace.type != SEC_ACE_TYPE_ACCESS_ALLOWED || !speaks_of_person(ace, own))
+      if (!allows(ace) || !speaks_of_person(ace, own))
         continue;
       ace.access_mask = cannot ? ace.access_mask & ~std::uint32_t{SAMR_USER_ACCESS_CHANGE_PASSWORD}
                                : ace.access_mask | SAMR_USER_ACCESS_CHANGE_PASSWORD;

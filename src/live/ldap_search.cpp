@@ -72,7 +72,9 @@ std::string cookie_of(LDAP* connection, LDAPMessage* answer) {
           LDAP_SUCCESS ||
       controls == nullptr)
     return cookie;
-  if (LDAPControl* const page = ldap_control_find(LDAP_CONTROL_PAGEDRESULTS, controls, nullptr)) {
+  LDAPControl* const page = ldap_control_find(LDAP_CONTROL_PAGEDRESULTS, controls, nullptr);
+  // The library crashes on a control without a value.
+  if (page != nullptr && page->ldctl_value.bv_val != nullptr && page->ldctl_value.bv_len > 0) {
     ber_int_t estimate = 0;
     berval next{};
     if (ldap_parse_pageresponse_control(connection, page, &estimate, &next) == LDAP_SUCCESS) {

@@ -89,6 +89,14 @@ void search(LDAP* connection) {
 
 }  // namespace
 
+#ifdef TWK_FUZZ
+/// The library leaks the request of a connection that breaks in the middle of an answer. The look for leaks
+/// after each would take nearly all of the time; the runs of the first inputs look for those of our own.
+extern "C" const char* __asan_default_options() {
+  return "detect_leaks=0";
+}
+#endif
+
 /// What a server answers to a search, through the library and the reader of pages.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string stream = stream_of({reinterpret_cast<const char*>(data), size});
