@@ -9,6 +9,7 @@
 #include "base/text.hpp"
 #include "live/ldap_controls.hpp"
 #include "live/ldap_errors.hpp"
+#include "platform/directory.hpp"
 
 namespace twk::live {
 namespace {
@@ -24,6 +25,7 @@ constexpr std::size_t kMostReferences = 10'000;
 constexpr std::size_t kMostEmptyPages = 100;
 constexpr std::size_t kMostEntries = 20'000'000;
 constexpr std::size_t kMostOnOnePage = 1'000'000;
+constexpr ber_len_t kLargestMessage = ber_len_t{256} << 20U;  // bytes
 
 std::string to_string(const berval& value) {
   return {value.bv_val, value.bv_len};
@@ -87,6 +89,14 @@ std::string cookie_of(LDAP* connection, LDAPMessage* answer) {
 }
 
 }  // namespace
+
+void limit_messages(LDAP* connection) {
+  ber_len_t most = kLargestMessage;
+  Sockbuf* buffer = nullptr;
+  if (ldap_get_option(connection, LDAP_OPT_SOCKBUF, static_cast<void*>(&buffer)) != LDAP_OPT_SUCCESS ||
+      ber_sockbuf_ctrl(buffer, LBER_SB_OPT_SET_MAX_INCOMING, &most) != 1)
+    base::raise(platform::ads_error::kServerDown, "The LDAP library does not take a limit of messages");
+}
 
 const std::vector<std::string>* LdapEntry::find(std::string_view name) const {
   for (const LdapAttribute& attribute : attributes) {

@@ -16,6 +16,10 @@ struct ldap;
 /// fill the program.
 namespace twk::live {
 
+/// No message of the server may be larger than any entry is; the library takes memory for as much as a
+/// message says that it has. Raises kServerDown when the library does not take the limit.
+void limit_messages(ldap* connection);
+
 /// One attribute with its raw values.
 struct LdapAttribute {
   std::string name;

@@ -13,6 +13,7 @@
 
 #include "base/text.hpp"
 #include "live/ldap_errors.hpp"
+#include "live/ldap_search.hpp"
 #include "live/network_probe.hpp"
 #include "platform/directory.hpp"
 
@@ -88,6 +89,7 @@ void set_options(ldap* connection, const LiveSettings& settings, int certificate
   set_option(connection, LDAP_OPT_REFERRALS, LDAP_OPT_OFF, "that referrals are not followed");
   // A signal that comes while an answer is waited for does not end the connection.
   set_option(connection, LDAP_OPT_RESTART, LDAP_OPT_ON, "that signals interrupt nothing");
+  limit_messages(connection);
   set_time_limit(connection, LDAP_OPT_NETWORK_TIMEOUT, connect_timeout(settings));
   set_time_limit(connection, LDAP_OPT_TIMEOUT, settings.timeout_seconds);
   if (!uses_password(settings))

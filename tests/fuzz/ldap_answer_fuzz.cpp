@@ -110,6 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const int version = LDAP_VERSION3;
   ldap_set_option(connection, LDAP_OPT_PROTOCOL_VERSION, &version);
   ldap_set_option(connection, LDAP_OPT_REFERRALS, LDAP_OPT_OFF);  // as every connection of the program has it
+  live::limit_messages(connection);
   base::Trap trap;
   trap([&] { search(connection); });
   ldap_unbind_ext_s(connection, nullptr, nullptr);
