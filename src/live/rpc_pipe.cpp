@@ -175,6 +175,10 @@ void RpcPipe::connect_to_server() {
   // Without the machine's file the library's own values hold.
   lpcfg_load_default(configuration);
   lpcfg_set_option(configuration, "name resolve order=host");
+  // Whatever the machine's file says.
+  lpcfg_set_option(configuration, "client ipc signing=required");
+  lpcfg_set_option(configuration, "client ipc min protocol=SMB2_02");
+  lpcfg_set_option(configuration, "client smb encrypt=desired");
   dcerpc_init();
   cli_credentials* person = nullptr;
   base::Trap trap;
