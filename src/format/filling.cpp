@@ -1,6 +1,7 @@
 #include "format/filling.hpp"
 
 #include <algorithm>
+#include <array>
 
 #include "base/text.hpp"
 #include "format/name_tags.hpp"
@@ -11,21 +12,26 @@
 namespace twk::format {
 namespace {
 
-/// Stands for a percent sign of data until the text is whole, so that no step takes it for the beginning of a
-/// tag. U+FDD0 is no character of any text (Unicode 23.7, "Noncharacters").
-constexpr std::string_view kPercentOfData = "\uFDD0";
+/// What begins a tag, or changes the one behind it.
+constexpr std::string_view kActive = "%#123456789";
+
+/// Stand for those characters of data until the text is whole, so that no step takes them for the
+/// administrator's. U+FDD0 and those behind it are no characters of any text (Unicode 23.7, "Noncharacters").
+constexpr std::array<std::string_view, kActive.size()> kOfData = {"\uFDD0", "\uFDD1", "\uFDD2", "\uFDD3",
+                                                                  "\uFDD4", "\uFDD5", "\uFDD6", "\uFDD7",
+                                                                  "\uFDD8", "\uFDD9", "\uFDDA"};
 
 /// The last field that a format of names can name.
 constexpr std::size_t kMostFieldsOfNames = 99;
 
-std::string inert(std::string_view data) {
+std::string inert(std::string_view data, std::string_view active = kActive) {
   std::string text;
   text.reserve(data.size());
   for (const char c : data) {
-    if (c == '%')
-      text += kPercentOfData;
-    else
+    if (active.find(c) == base::npos)
       text += c;
+    else
+      text += kOfData.at(kActive.find(c));
   }
   return text;
 }
@@ -69,9 +75,10 @@ Filling& Filling::tag(std::string_view name, std::string_view value) {
 Filling& Filling::names(std::string_view first, std::string_view middle, std::string_view last) {
   text_.insert(0, 1, ' ');
   text_.push_back(' ');
-  expand_name(text_, "%FIRST%", inert(first));
-  expand_name(text_, "%MIDDLE%", inert(middle));
-  expand_name(text_, "%LAST%", inert(last));
+  // "#" of a name is dropped like any other, and a digit at its end counts for the tag behind it.
+  expand_name(text_, "%FIRST%", inert(first, "%"));
+  expand_name(text_, "%MIDDLE%", inert(middle, "%"));
+  expand_name(text_, "%LAST%", inert(last, "%"));
   std::erase(text_, '#');
   if (session_.import.Importing)
     put_fields(kMostFieldsOfNames, {});
@@ -117,7 +124,11 @@ bool Filling::holds(std::string_view tag) const {
 }
 
 std::string Filling::take() {
-  return FRString(text_, kPercentOfData, "%");
+  for (std::size_t i = 0; i < kOfData.size(); ++i) {
+    if (text_.find(kOfData.at(i)) != base::npos)
+      text_ = FRString(text_, kOfData.at(i), kActive.substr(i, 1));
+  }
+  return std::move(text_);
 }
 
 }  // namespace twk::format

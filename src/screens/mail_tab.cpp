@@ -24,7 +24,7 @@ QGroupBox* make_logon(session::Session& session, QWidget* parent) {
   box->addLayout(credentials);
   add_text(*credentials, "&Account:", "txtAdmin", form1.txtAdmin);
   add_text(*credentials, "Pass&word:", "txtPassword", form1.txtPassword)->setEchoMode(QLineEdit::Password);
-  auto* const note = new QLabel("The password is kept in the settings as plain text.", group);
+  auto* const note = new QLabel("The password is kept in the settings as readable text.", group);
   note->setWordWrap(true);
   box->addWidget(note);
   auto* const line = new QHBoxLayout;

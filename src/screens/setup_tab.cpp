@@ -79,8 +79,16 @@ QWidget* make_passwords(Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("Default Password", parent);
   group->setObjectName("Frame4");
   auto* const rows = new QFormLayout(group);
-  add_secret(*rows, "Pass&word:", "defaultpassword", form.defaultpassword);
+  // What keeps no password in the settings is offered first.
   add_secret(*rows, "&Formatted:", "Formatted_Password", form.Formatted_Password);
+  add_secret(*rows, "Pass&word:", "defaultpassword", form.defaultpassword);
+  auto* const note = new QLabel(
+      "A format gives each user another password; the word PROMPT asks for one. Any other password is kept in "
+      "the settings as readable text.",
+      group);
+  note->setObjectName("password_note");
+  note->setWordWrap(true);
+  rows->addRow(note);
   bind_to(*group, form.Frame4);
   return group;
 }

@@ -46,6 +46,13 @@ TEST_F(SetupTabTest, AnyOtherRunBeginsWithNewUsersAndWithoutTheHint) {
   EXPECT_FALSE(find<QLabel>("first_run")->isVisible());
 }
 
+TEST_F(SetupTabTest, WhatKeepsNoPasswordInTheSettingsIsOfferedFirst) {
+  open_tab(session::setup_tab::kSetup);
+  EXPECT_LT(find<QLineEdit>("Formatted_Password")->y(), find<QLineEdit>("defaultpassword")->y());
+  EXPECT_TRUE(find<QLabel>("password_note")->isVisible());
+  EXPECT_THAT(find<QLabel>("password_note")->text().toStdString(), testing::HasSubstr("readable text"));
+}
+
 TEST_F(SetupTabTest, SaveStoresEveryField) {
   open_tab(session::setup_tab::kSetup);
   tick("FmtPass");

@@ -25,7 +25,7 @@ DOMAIN = "twk.test"
 PIECES = ["%first%", "%LAST%", "%middle%", "1%first%", "#2%last%", "%last%3", "#U%first%", "#L2%last%", "%Domain%", "%domain%",
           "%Dept%", "%TOWN%", "%Head%", "%Nick%", "%IMPORT1%", "%import3%", "%IMPORT6%", "%IMPORT60%", "%unknown%", "a", "Z", " ",
           "-", "4", "x\u00e9", "\u0142"]
-HOSTILE = ["%IMPORT4%", "%first%", "%Domain%", "%Dept%", "%UserName%", "%n%", "50%", "%%", "%IMPORT", "1%last%", "%Head%"]
+HOSTILE = ["%IMPORT4%", "%first%", "%Domain%", "%Dept%", "%UserName%", "%n%", "50%", "%%", "%IMPORT", "1%last%", "%Head%", "#U", "7", "#L2"]
 
 
 def data(chance, letters):
@@ -37,6 +37,7 @@ def data(chance, letters):
 # --- An own reading of the rules, with data marked so that no later step sees a tag in it ---
 
 MARK = "\x00"
+OF_DATA = 0xE000  # what of data could change a tag behind it
 
 
 def inert(text):
@@ -72,7 +73,12 @@ def put_names(text, names):
 
 
 def put(text, tag, value):
-    return re.sub(re.escape(tag), lambda _: inert(value), text, flags=re.IGNORECASE)
+    marked = inert(value).translate({ord(c): OF_DATA + ord(c) for c in "#123456789"})
+    return re.sub(re.escape(tag), lambda _: marked, text, flags=re.IGNORECASE)
+
+
+def unmarked(text):
+    return re.sub("[\ue000-\ue0ff]", lambda found: chr(ord(found[0]) - OF_DATA), text.replace(MARK, "%"))
 
 
 def filled(row, names, fields):
@@ -83,7 +89,7 @@ def filled(row, names, fields):
     for place in range(1, 100):
         text = put(text, f"%IMPORT{place}%", fields[place - 1] if place <= len(fields) else "")
     text = put(text.strip(" "), "%Domain%", DOMAIN)
-    return text.replace(MARK, "%")
+    return unmarked(text)
 
 
 def filled_word(word, names, fields, account):
@@ -102,7 +108,7 @@ def filled_word(word, names, fields, account):
     text = text.strip(" ")
     for name, value in VARIABLES:
         text = re.sub(re.escape(f"%{name}%"), lambda _: value, text, flags=re.IGNORECASE)
-    return word[:len(word) - len(word.lstrip(" "))] + text.replace(MARK, "%") + word[len(word.rstrip(" ")):]
+    return word[:len(word) - len(word.lstrip(" "))] + unmarked(text) + word[len(word.rstrip(" ")):]
 
 
 def twk(*arguments, text=None, codes=(0,)):

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <cstdlib>
+#include <fstream>
+
 #include "live/account_sid.hpp"
 #include "live/nt/nt_world.hpp"
 
@@ -85,6 +88,39 @@ TEST_F(NtNetwork, FoldersOfItsServersAreReached) {
   EXPECT_TRUE(security_.GetFileSecurity(home, platform::security_information::kDacl, 4096).dacl_present);
   files_.remove_directory(home);
   EXPECT_FALSE(files_.exists(home));
+}
+
+/// What the server tells of the sessions that it has: encryption and signing, a line each.
+std::string sessions() {
+  const std::string state = test::variable("TWK_LIVE_STATE");
+  const std::string command =
+      "smbstatus --configfile=" + state + "/smb.conf --processes >" + state + "/sessions 2>&1";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  std::ifstream file(state + "/sessions");
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(NtNetwork, ConnectionsAreSignedAndEncryptedWhereTheServerCan) {
+  const struct {
+    const char* setting;
+    const char* shown;
+    int refused;
+  } cases[] = {{"server smb encrypt = default", "AES-128-GCM", 0},
+               {"server smb encrypt = off", "partial|AES-128-(GMAC|CMAC)", 0},
+               {"server smb encrypt = required", "AES-128-GCM", 0}};
+  const std::string conf = test::variable("TWK_LIVE_STATE") + "/smb.conf";
+  for (const auto& one : cases) {
+    std::system(
+        ("sed -i '/server smb encrypt/d; /^.global./a " + std::string(one.setting) + "' " + conf).c_str());
+    test::control("stop");
+    test::control("start");
+    SmbClient files(test::nt_settings());
+    EXPECT_FALSE(files.list(*parse_smb_path("\\\\OLDPDC\\D$")).empty());
+    std::printf("%s\n%s\n", one.setting, sessions().c_str());
+    AccountService service(std::make_shared<Credentials>(test::nt_settings(), Prompts{}), "OLDPDC");
+    EXPECT_EQ(service.domain_name(), "OLDNT");
+    std::printf("%s\n%s\n", one.setting, sessions().c_str());
+  }
 }
 
 }  // namespace
