@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <system_error>
 
 #include "base/errors.hpp"
@@ -75,6 +76,34 @@ int reason_of_failure() {
   return errno == 0 ? EACCES : errno;
 }
 
+/// While it lives, standard output is shut: the library tells there, between the results, of a server that
+/// cannot encrypt.
+class WithoutOutput {
+ public:
+  WithoutOutput() : kept_(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    std::fflush(stdout);
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (kept_ >= 0 && nowhere >= 0)
+      ::dup2(nowhere, STDOUT_FILENO);
+    if (nowhere >= 0)
+      ::close(nowhere);
+  }
+  WithoutOutput(const WithoutOutput&) = delete;
+  WithoutOutput& operator=(const WithoutOutput&) = delete;
+  ~WithoutOutput() {
+    if (kept_ < 0)
+      return;
+    const int reason = errno;
+    std::fflush(stdout);
+    ::dup2(kept_, STDOUT_FILENO);
+    ::close(kept_);
+    errno = reason;
+  }
+
+ private:
+  int kept_;
+};
+
 bool is_host_known(const std::string& name) {
   addrinfo* addresses = nullptr;
   const bool known = getaddrinfo(name.c_str(), nullptr, nullptr, &addresses) == 0;
@@ -100,8 +129,6 @@ struct SmbClient::Handle {
     smbc_setOptionNoAutoAnonymousLogin(context, 1);
     smbc_setOptionFullTimeNames(context, 1);
     smbc_setTimeout(context, settings.timeout_seconds * 1000);
-    // Encrypted where the server can; what is only signed is not refused.
-    smbc_setOptionSmbEncryptionLevel(context, SMBC_ENCRYPTLEVEL_REQUEST);
     if (smbc_init_context(context) == nullptr) {
       const int error = errno;
       smbc_free_context(context, 1);
@@ -117,10 +144,11 @@ struct SmbClient::Handle {
   SMBCCTX* context;
 
  private:
-  /// The library takes this from a file alone, and the machine's may say less; what else that one says stays.
+  /// Signed, and encrypted where the server can. The library takes the first from a file alone. The machine's
+  /// file may say less; what else that one says stays.
   void require_signing() {
     constexpr std::string_view kSettings =
-        "[global]\nclient signing = required\nclient min protocol = SMB2_02\n";
+        "[global]\nclient signing = required\nclient smb encrypt = desired\nclient min protocol = SMB2_02\n";
     const int file = memfd_create("smb", MFD_CLOEXEC);
     const bool written =
         file >= 0 && ::write(file, kSettings.data(), kSettings.size()) == std::ssize(kSettings);
@@ -204,6 +232,7 @@ SMBCCTX* SmbClient::context() {
 
 int SmbClient::run(const std::function<bool()>& call, const std::function<bool()>& done) {
   context();
+  const WithoutOutput quiet;
   errno = 0;
   if (call())
     return 0;
