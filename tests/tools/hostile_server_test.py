@@ -125,6 +125,7 @@ class Server:
         def reply(answer, controls=b""):
             connection.sendall(ber(0x30, number(message), answer, controls))
 
+        reply.raw = connection.sendall
         if operation == 0x60:
             reply(result(0x61))
         elif operation == 0x63:
@@ -167,6 +168,15 @@ def entries_without_end(reply, page):
 
 def referral(reply, page):
     reply(result(0x65, 10, referral="ldap://elsewhere.test/DC=elsewhere"))
+
+
+def page_without_a_mark(reply, page):
+    reply(result(0x65), ber(0xA0, ber(0x30, text("1.2.840.113556.1.4.319"))))
+
+
+def message_of_two_gigabytes(reply, page):
+    reply.raw(b"\x30\x84\x7f\xff\xff\xff\x02\x01\x09")
+    time.sleep(600)
 
 
 def silence(reply, page):
@@ -230,6 +240,8 @@ def main():
     ends(empty_pages, "nothing but empty pages")
     ends(one_page_again_and_again, "the same page again")
     ends(entries_without_end, "more than was asked for")
+    ends(page_without_a_mark, "", 0)
+    ends(message_of_two_gigabytes, "Search below DC=bad,DC=test")
     ends(referral, "refers to another one")
     for how in (signal.SIGTERM, signal.SIGINT):
         is_left(ever_new_pages, how)
