@@ -8,6 +8,7 @@
 #include "cli/display.hpp"
 #include "cli/exit_codes.hpp"
 #include "live/ldap_errors.hpp"
+#include "live/ndr.hpp"
 #include "local/regedit.hpp"
 #include "platform/acl.hpp"
 #include "platform/directory.hpp"
@@ -37,6 +38,9 @@ int exit_code_of_error(std::uint32_t number) {
     case platform::security_error::kInvalidSid:
     case platform::security_error::kInvalidDescriptor:
       return kExitBadData;
+    case platform::ads_error::kBadPathname:  // a name of the directory that no path can hold
+    case live::kBadStub:
+      return kExitRed;
     default:
       return is_refusal_of_server(number) ? kExitRed : kExitFault;
   }

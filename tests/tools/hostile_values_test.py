@@ -81,6 +81,14 @@ def files():
             and not path.name.endswith((".ldif", ".lock"))}
 
 
+def commands():
+    """The words of each command since the last look."""
+    ran = pathlib.Path("script.ran")
+    told = ran.read_bytes().decode("utf-8", "surrogateescape") if ran.exists() else ""
+    ran.unlink(missing_ok=True)
+    return [one.split("\0")[:-1] for one in told.split("=END=\0")[:-1]]
+
+
 def folded(text):
     return text.strip().casefold()
 
@@ -127,14 +135,14 @@ def check_import():
     for path in files() - there - {"new.csv"}:
         place = re.fullmatch(r"lab/servers/FS1/D/(?:Users|Profiles)/([^/]+)", path)
         expect(place and folded(place[1]) in users, "a file or folder that is nobody's:", path)
-    ran = pathlib.Path("script.ran").read_bytes().decode("utf-8", "surrogateescape").split("=END=\0")[:-1]
-    named = {folded(one.split("\0")[0]) for one in ran}
+    ran = commands()
+    named = {folded(words[0]) for words in ran}
     # A name that is longer than the directory takes leaves a warning, after which no command runs.
     without = [dn for dn, entry in made.items() if folded(entry["sAMAccountName"][0].decode()) not in named
                and len(users[folded(entry["sAMAccountName"][0].decode())][2]) < 256]
     expect(not without and len(ran) == len(named), len(ran), "commands, and none for", without)
-    for one in ran:
-        check_words(one.split("\0")[:-1], users)
+    for words in ran:
+        check_words(words, users)
 
 
 def check_directory():
@@ -142,10 +150,11 @@ def check_directory():
     lines = []
     for place, value in enumerate(VALUES):
         coded = base64.b64encode(bytes_of(value)).decode()
-        lines += [f"dn: CN=D{place},OU=Others,DC=twk,DC=test", "objectClass: top", "objectClass: person", "objectClass: organizationalPerson", "objectClass: user",
-                  "objectCategory: CN=Person,CN=Schema,CN=Configuration,DC=twk,DC=test", f"sAMAccountName: d{place}", "sAMAccountType: 805306368",
-                  "userAccountControl: 512", "primaryGroupID: 513", *(f"{name}:: {coded}" for name in (
-                      "displayName", "description", "givenName", "sn", "homeDirectory", "profilePath", "scriptPath")), ""]
+        for name, account in ((f"D{place}", f": d{place}"), (f"E{place}", ":: " + coded)):
+            lines += [f"dn: CN={name},OU=Others,DC=twk,DC=test", "objectClass: top", "objectClass: person", "objectClass: organizationalPerson",
+                      "objectClass: user", "objectCategory: CN=Person,CN=Schema,CN=Configuration,DC=twk,DC=test", "sAMAccountName" + account,
+                      "sAMAccountType: 805306368", "userAccountControl: 512", "primaryGroupID: 513", *(f"{name}:: {coded}" for name in (
+                          "displayName", "description", "givenName", "sn", "homeDirectory", "profilePath", "scriptPath")), ""]
     pathlib.Path("others.ldif").write_text("dn: OU=Others,DC=twk,DC=test\nobjectClass: organizationalUnit\nou: Others\n\n" + "\n".join(lines))
     twk("lab", "import", "others.ldif", codes=(0,))
     there, before = files(), entries()
@@ -154,12 +163,16 @@ def check_directory():
         expect(twk("user", "show", f"d{place}", codes=(0, 1)).stdout, "nothing is shown of", value)
         if "\0" not in value and value.strip() and not value.startswith("-"):
             named = twk("user", "show", "--", value)
-            hit = any(folded(entry.get("sAMAccountName", [b""])[0].decode()) == folded(value) or folded(entry["dn"][0].decode().split(",")[0][3:]) == folded(value)
+            hit = any(folded(entry.get("sAMAccountName", [b""])[0].decode("utf-8", "surrogateescape")) == folded(value) or folded(entry["dn"][0].decode().split(",")[0][3:]) == folded(value)
                       for entry in before.values())
             expect(named.returncode != 0 or hit, value, "is the name of somebody:", named.stdout[:200])
     expect(entries() == before, "looking changed something")
-    done = twk("users", "delete", "--ou", "OU=Others,DC=twk,DC=test", "--account", "--data", "--shares", "--no-prompting")
+    done = twk("users", "delete", "--ou", "OU=Others,DC=twk,DC=test", "--account", "--data", "--shares", "--no-prompting", "--run-command")
     after = entries()
+    ran = commands()
+    expect(len(ran) > len(VALUES), "too few deletions ran a command:", len(ran))
+    for words in ran:
+        expect(len(words) == 3 and words[1:] == ["--", f"a {words[0]} b"], "a command after a deletion got", words)
     expect({dn for dn in before if dn not in after} <= {dn for dn in before if "OU=Others" in dn}, "others were deleted:", done.stdout[-400:])
     expect(there - files() == set(), "the deletion took", sorted(there - files())[:4])
 
@@ -196,8 +209,9 @@ def main():
         twk("settings", "set", key, name, value, codes=(0,))
     twk("table", "set", "w2k", text=b"p,info,%IMPORT5%\n", codes=(0,))
     check_import()
-    twk("settings", "set", "UM", "RunCmd", "No", codes=(0,))
+    twk("settings", "set", "Setup", "BatchFileDelete", f'{words.split()[0]} %UserName% -- "a %UserName% b"', codes=(0,))
     check_directory()
+    twk("settings", "set", "UM", "RunCmd", "No", codes=(0,))
     check_tables()
     for path in pathlib.Path("lab/db").iterdir():
         if path.suffix in (".txt", ".err", ".csv"):  # tables are data, whose letters stay
