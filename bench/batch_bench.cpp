@@ -13,7 +13,7 @@
 #include "lifecycle/folder_use.hpp"
 #include "lifecycle/own_tree.hpp"
 #include "platform/adsi.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 
 namespace {
 
@@ -44,7 +44,7 @@ struct World {
     std::string database = lab.database_path();
     database.pop_back();
     session.emplace(services, "", database);
-    session::start_session(*session);
+    windows::start_session(*session);
     directory::Load_AD_Users(*session, "LDAP://twk.test", true, "subtree", "", true);
     session->multi_user.Delete_NT_Account.value = 1;
     session->multi_user.No_Prompting.value = 1;

@@ -4,8 +4,8 @@
 #include "bench_world.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/tree.hpp"
-#include "session/start_up.hpp"
-#include "stores/records.hpp"
+#include "records/records.hpp"
+#include "windows/start_up.hpp"
 
 namespace {
 
@@ -18,11 +18,11 @@ void write(const std::filesystem::path& path, const std::string& bytes) {
 }
 
 void write_database(const std::string& folder) {
-  stores::SiteRecord site;
+  records::SiteRecord site;
   site.Name = "Head Office";
   site.NTServer = "FS1";
-  write(folder + "Site.dat", stores::encode_site(site));
-  stores::TemplateRecord staff;
+  write(folder + "Site.dat", records::encode_site(site));
+  records::TemplateRecord staff;
   staff.Name = "Staff";
   staff.HomeDir = "\\\\%Server%\\Users\\%UserName%";
   staff.HomeDirPath = "D:\\Users\\%UserName%";
@@ -33,11 +33,11 @@ void write_database(const std::string& folder) {
   staff.GroupCount = 2;
   staff.Groups[0] = "Staff";
   staff.Groups[1] = "Readers";
-  write(folder + "Template.dat", stores::encode_template(staff));
+  write(folder + "Template.dat", records::encode_template(staff));
   write(folder + "Permissions.dat",
-        stores::encode_permission({true, "%Domain%\\Domain Admins", "Full Control", {}}) +
-            stores::encode_permission({false, "%Domain%\\%UserName%", "Change", {}}));
-  write(folder + "SharePerm.dat", stores::encode_permission({false, "%UserName%", "Full Control", {}}));
+        records::encode_permission({true, "%Domain%\\Domain Admins", "Full Control", {}}) +
+            records::encode_permission({false, "%Domain%\\%UserName%", "Change", {}}));
+  write(folder + "SharePerm.dat", records::encode_permission({false, "%UserName%", "Full Control", {}}));
   write(folder + "W2K.dat", "p,userPrincipalName,%first%.%last%@%Domain%\r\np,department,%IMPORT4%\r\n");
 }
 
@@ -78,12 +78,12 @@ int main() {
   std::string database = lab.database_path();
   database.pop_back();
   session::Session session(services, "", database);
-  session::start_session(session);
+  windows::start_session(session);
   controls::TreeView& tree = session.form1.TreeView1;
   controls::TreeNode* const unit = tree.find("OU=New Starters,DC=twk,DC=test");
   directory::TreeView1_Expand(session, *unit);
   tree.select(unit);
-  session.form1.nutemplate.text = stores::padded_template_name("Staff");
+  session.form1.nutemplate.text = records::padded_template_name("Staff");
   session.form1.NUsitename.text = std::string("Head Office");
 
   double taken[2] = {0, 0};

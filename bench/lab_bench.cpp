@@ -4,7 +4,7 @@
 #include "directory/select_domain.hpp"
 #include "directory/tree.hpp"
 #include "platform/query.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 
 namespace {
 
@@ -96,7 +96,7 @@ Figures measure(std::size_t users) {
   bench::set(services, "Setup", "Domain", "twk.test");
   bench::set(services, "ADO", "LoadAllUsers", "True");
   const double unloaded = bench::heap_bytes();
-  figures.load_tree = bench::seconds([&] { session::start_session(session); });
+  figures.load_tree = bench::seconds([&] { windows::start_session(session); });
   figures.bytes_a_loaded_user = (bench::heap_bytes() - unloaded) / static_cast<double>(users);
   figures.by_prefix =
       microseconds(kCalls, [&](int i) { directory::User_Exist(session, "No." + std::to_string(i)); });

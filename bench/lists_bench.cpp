@@ -8,7 +8,7 @@
 #include "screens/list_pane.hpp"
 #include "screens/qt_dialogs.hpp"
 #include "screens/windows.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 
 namespace {
 
@@ -33,7 +33,7 @@ void print(QWidget& widget, const char* what, const std::function<void()>& act) 
 
 void measure(session::Session& session) {
   session::MultiUser& state = session.multi_user;
-  session::start_session(session);
+  windows::start_session(session);
   directory::Load_AD_Users(session, "LDAP://twk.test", true, "subtree", "", true);
   std::unique_ptr<QDialog> window;
   const double opened = bench::seconds([&] {

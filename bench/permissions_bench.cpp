@@ -2,7 +2,7 @@
 // in the larger one.
 #include "bench_world.hpp"
 #include "resources/file_permission.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 
 namespace {
 

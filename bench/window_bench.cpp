@@ -7,7 +7,7 @@
 #include "screens/application.hpp"
 #include "screens/list_pane.hpp"
 #include "screens/main_window.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 
 namespace {
 
@@ -61,7 +61,7 @@ controls::TreeNode* largest_unit(session::Session& session) {
 }
 
 void measure(session::Session& session) {
-  print("load the domain", bench::seconds([&] { session::start_session(session); }));
+  print("load the domain", bench::seconds([&] { windows::start_session(session); }));
   std::unique_ptr<screens::MainWindow> window;
   print("from the load's end to the painted window", bench::seconds([&] {
           window = std::make_unique<screens::MainWindow>(session);

@@ -21,8 +21,8 @@
 #include "directory/tree.hpp"
 #include "live/live.hpp"
 #include "recorded_calls.hpp"
-#include "session/start_up.hpp"
-#include "stores/records.hpp"
+#include "records/records.hpp"
+#include "windows/start_up.hpp"
 
 namespace {
 
@@ -151,17 +151,17 @@ class Bench {
 
   void write_database() {
     const std::string folder = live_.database_path();
-    stores::SiteRecord site;
+    records::SiteRecord site;
     site.Name = "Head Office";
     site.NTServer = "DC1";
-    std::ofstream(folder + "Site.dat", std::ios::binary) << stores::encode_site(site);
-    stores::TemplateRecord staff;
+    std::ofstream(folder + "Site.dat", std::ios::binary) << records::encode_site(site);
+    records::TemplateRecord staff;
     staff.Name = "Staff";
     staff.PrimaryGroup = "Domain Users";
     staff.GroupCount = 2;
     staff.Groups[0] = groups()[0];
     staff.Groups[1] = groups()[1];
-    std::ofstream(folder + "Template.dat", std::ios::binary) << stores::encode_template(staff);
+    std::ofstream(folder + "Template.dat", std::ios::binary) << records::encode_template(staff);
   }
 
   void start() {
@@ -174,8 +174,8 @@ class Bench {
     std::string database = live_.database_path();
     database.pop_back();
     session_ = std::make_unique<session::Session>(services_, "", database);
-    session::start_session(*session_);
-    session_->form1.nutemplate.text = stores::padded_template_name("Staff");
+    windows::start_session(*session_);
+    session_->form1.nutemplate.text = records::padded_template_name("Staff");
     session_->form1.NUsitename.text = std::string("Head Office");
   }
 

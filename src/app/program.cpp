@@ -26,7 +26,7 @@
 #include "screens/qt_dialogs.hpp"
 #include "screens/text.hpp"
 #include "session/activity_log.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 #include "world/live_ground.hpp"
 #include "world/world.hpp"
 
@@ -71,7 +71,7 @@ class Workplace {
   }
 
   int work() {
-    if (outcome_ == session::StartUp::kNotPermitted)
+    if (outcome_ == windows::StartUp::kNotPermitted)
       return kExitNotPermitted;
     screens::MainWindow window(*session_);
     if (!world_->is_lab())
@@ -95,7 +95,7 @@ class Workplace {
   void start() {
     const auto splash = screens::make_splash(*session_);
     try {
-      outcome_ = session::start_session(*session_);
+      outcome_ = windows::start_session(*session_);
     } catch (const std::exception& failure) {
       if (session::is_debug(*session_))
         end_on_failure(failure);
@@ -127,7 +127,7 @@ class Workplace {
   bool started_ = false;
   std::unique_ptr<world::World> world_;
   std::unique_ptr<session::Session> session_;
-  session::StartUp outcome_ = session::StartUp::kReady;
+  windows::StartUp outcome_ = windows::StartUp::kReady;
 };
 
 void tell_unopened(const QString& lab, const std::exception& failure) {
@@ -257,7 +257,7 @@ int run(const Options& options) {
   if (!instance.is_first())
     return end_second_start(instance);
   screens::QtDialogs dialogs;
-  if (!session::screen_is_wide_enough(dialogs, screen_width()))
+  if (!windows::screen_is_wide_enough(dialogs, screen_width()))
     return kExitFault;
   if (options.command_line == "/DEBUG")
     static_cast<screens::Application*>(qApp)->on_failure = end_on_failure;

@@ -9,6 +9,7 @@
 #include "batch/import_options.hpp"
 #include "creation/create_user.hpp"
 #include "session/session.hpp"
+#include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 
@@ -17,6 +18,7 @@ namespace {
 
 using session::ImportState;
 using session::Session;
+using stores::database_path;
 
 /// How the run over the lines ended.
 enum class End { kEndOfFile, kStopped, kErrorHalt, kWarningHalt };
@@ -24,10 +26,6 @@ enum class End { kEndOfFile, kStopped, kErrorHalt, kWarningHalt };
 std::string title(std::string_view path) {
   const std::size_t slash = path.find_last_of("\\/");
   return std::string(slash == base::npos ? path : path.substr(slash + 1));
-}
-
-std::string database_path(const Session& session, std::string_view name) {
-  return session.dbpath + std::string(name);
 }
 
 void error_line(Session& session, std::string_view text) {

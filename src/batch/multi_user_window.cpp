@@ -11,9 +11,10 @@
 #include "controls/tree_view.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/nt_load.hpp"
+#include "records/record_file.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
-#include "stores/record_file.hpp"
+#include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 
@@ -33,9 +34,9 @@ bool skips_users(Session& session) {
 /// none.
 std::vector<std::string> live_records(Session& session, std::string_view file, std::size_t size) {
   std::vector<std::string> records;
-  stores::RecordFile::open_read(session.platform.files, stores::database_path(session, file), size)
+  records::RecordFile::open_read(session.platform.files, stores::database_path(session, file), size)
       .search([&](std::string_view bytes) {
-        if (!stores::is_deleted(bytes))
+        if (!records::is_deleted(bytes))
           records.emplace_back(bytes);
         return false;
       });
@@ -52,12 +53,12 @@ void fill_sites(Session& session) {
   MultiUser& window = session.multi_user;
   std::vector<std::string> records;
   base::Trap trap;
-  trap([&] { records = live_records(session, stores::kSiteFile, stores::kSiteRecordSize); });
+  trap([&] { records = live_records(session, stores::kSiteFile, records::kSiteRecordSize); });
   window.Multi_Site.clear_items();
   window.EX_Server.clear_items();
   window.EX_Server.add_item("Exchange 2000");
   for (const std::string& bytes : records) {
-    const stores::SiteRecord site = stores::decode_site(bytes);
+    const records::SiteRecord site = records::decode_site(bytes);
     window.Multi_Site.add_item(std::string(base::trim(site.Name)));
     add_once(window.EX_Server, std::string(base::trim(site.ExchangeServer)));
   }
@@ -72,10 +73,10 @@ void fill_templates(Session& session) {
   controls::ComboBox& box = session.multi_user.Multi_Template;
   std::vector<std::string> records;
   base::Trap trap;
-  trap([&] { records = live_records(session, stores::kTemplateFile, stores::kTemplateRecordSize); });
+  trap([&] { records = live_records(session, stores::kTemplateFile, records::kTemplateRecordSize); });
   box.clear_items();
   for (const std::string& bytes : records)
-    box.add_item(stores::listed_template_name(bytes));
+    box.add_item(records::listed_template_name(bytes));
 }
 
 /// What is not in the selection yet comes to it. An account that was made anew is no ghost any more.

@@ -7,8 +7,8 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "records/terminal_server_rows.hpp"
 #include "session/session.hpp"
-#include "stores/terminal_server_rows.hpp"
 
 namespace twk::batch {
 namespace {
@@ -21,7 +21,7 @@ constexpr std::string_view kOctetString = "OctetString";
 constexpr std::string_view kMultiValue = ":- Multi value";
 
 /// In the order of the table of settings, whose names of the three times are longer.
-constexpr std::array<std::string_view, stores::kTerminalServerRows.size()> kTerminalServerNames = {
+constexpr std::array<std::string_view, records::kTerminalServerRows.size()> kTerminalServerNames = {
     "WTSTerminalServerProfilePath",
     "WTSTerminalServerHomeDir",
     "WTSTerminalServerHomeDirDrive",
@@ -135,7 +135,7 @@ std::optional<std::int16_t> terminal_server_number(std::string_view property) {
   const std::string_view name = base::trim(property);
   for (std::size_t i = 0; i < kTerminalServerNames.size(); ++i) {
     if (base::equals_fold(name, kTerminalServerNames.at(i)) ||
-        base::equals_fold(name, stores::kTerminalServerRows.at(i).name))
+        base::equals_fold(name, records::kTerminalServerRows.at(i).name))
       return static_cast<std::int16_t>(i + 1);
   }
   return std::nullopt;
@@ -145,12 +145,12 @@ std::string value_fault(const Session& session, std::string_view value) {
   const auto number = terminal_server_number(chosen(session));
   if (!number)
     return {};
-  const stores::TerminalServerRow& row =
-      stores::kTerminalServerRows.at(static_cast<std::size_t>(*number) - 1);
+  const records::TerminalServerRow& row =
+      records::kTerminalServerRows.at(static_cast<std::size_t>(*number) - 1);
   if (row.is_time()) {
     std::vector<std::string_view> words;
-    words.reserve(std::size(stores::kTimeWords));
-    for (const stores::TimeWord& time : stores::kTimeWords)
+    words.reserve(std::size(records::kTimeWords));
+    for (const records::TimeWord& time : records::kTimeWords)
       words.push_back(time.word);
     return word_fault(value, words);
   }

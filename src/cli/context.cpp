@@ -12,7 +12,8 @@
 #include "cli/progress.hpp"
 #include "lifecycle/rehearsal.hpp"
 #include "session/settings.hpp"
-#include "session/start_up.hpp"
+#include "windows/read_settings.hpp"
+#include "windows/start_up.hpp"
 
 namespace twk::cli {
 namespace {
@@ -68,19 +69,19 @@ void connect_or_say_how(world::World& world) {
 }
 
 /// Brings the session up as far as it is needed.
-session::StartUp start(session::Session& session, Depth depth) {
+windows::StartUp start(session::Session& session, Depth depth) {
   if (depth == Depth::kSettings) {
-    session::read_settings(session);
-    return session::StartUp::kReady;
+    windows::read_settings(session);
+    return windows::StartUp::kReady;
   }
   if (depth == Depth::kDatabases) {
-    session::start_session_without_domain(session);
-    return session::StartUp::kReady;
+    windows::start_session_without_domain(session);
+    return windows::StartUp::kReady;
   }
   Progress progress;
   const auto& text = session.splash.Splash_TxT.caption;
   const auto watch = text.watch([&] { progress.show(text.get()); });
-  return session::start_session(session);
+  return windows::start_session(session);
 }
 
 }  // namespace
@@ -192,9 +193,9 @@ session::Session& Context::session(Depth depth) {
   session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
                                                 world().program_directory());
   session::Session& session = *session_;
-  const session::StartUp result = start(session, depth);
+  const windows::StartUp result = start(session, depth);
   tell_log_rows(session, 0);
-  if (result == session::StartUp::kNotPermitted)
+  if (result == windows::StartUp::kNotPermitted)
     throw base::RuntimeError(platform::ads_error::kAccessDenied, "You may not run this program.");
   if (depth == Depth::kDomain && session.form1.TreeView1.first() == nullptr)
     throw Refused(session.form1.StatusBar1.panel1);

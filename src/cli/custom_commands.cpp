@@ -2,7 +2,7 @@
 #include "cli/commands.hpp"
 #include "cli/context.hpp"
 #include "cli/exit_codes.hpp"
-#include "editors/custom_properties.hpp"
+#include "windows/editors/custom_properties.hpp"
 
 namespace twk::cli {
 namespace {
@@ -20,7 +20,7 @@ const std::vector<Column> kColumns = {
 
 int show_custom_rows(Context& context) {
   Session& session = context.session(Depth::kSettings);
-  editors::Custom_Load(session);
+  windows::Custom_Load(session);
   std::vector<Json> rows;
   for (std::size_t i = 0; i < session.custom.ListView1.size(); ++i) {
     const controls::ListRow& row = session.custom.ListView1.at(i);
@@ -34,12 +34,12 @@ int show_custom_rows(Context& context) {
 /// Fills one row of the window and presses OK.
 int put_custom_row(Context& context, const CustomArguments& arguments) {
   Session& session = context.session(Depth::kSettings);
-  editors::Custom_Load(session);
+  windows::Custom_Load(session);
   controls::ListView& rows = session.custom.ListView1;
   controls::ListRow& row = rows.at(static_cast<std::size_t>(arguments.number - 1));
   rows.set_text(row, std::string(base::trim(arguments.name)));
   rows.set_sub_item(row, 1, std::string(base::trim(arguments.attribute)));
-  return editors::Custom_OK(session) ? kExitGreen : kExitRed;
+  return windows::Custom_OK(session) ? kExitGreen : kExitRed;
 }
 
 }  // namespace

@@ -4,11 +4,11 @@
 #include "cli/failures.hpp"
 #include "cli/input.hpp"
 #include "cli/near_matches.hpp"
-#include "editors/hours_zone.hpp"
-#include "editors/logon_hours.hpp"
 #include "platform/adsi.hpp"
 #include "session/settings.hpp"
 #include "stores/template_tab.hpp"
+#include "windows/editors/hours_zone.hpp"
+#include "windows/editors/logon_hours.hpp"
 
 namespace twk::cli {
 namespace {
@@ -25,23 +25,23 @@ struct HoursArguments {
 /// A template, or an account, and its hours as lines of text.
 void print_hours(Context& context, const char* kind, std::string_view name, const base::Bytes& hours) {
   const platform::Platform& services = context.services();
-  const editors::HoursZone zone = editors::zone_in_force(services);
+  const windows::HoursZone zone = windows::zone_in_force(services);
   const std::vector<std::string> lines =
-      editors::text_of_cells(editors::cells_of_bytes(hours, editors::hours_ahead(services, zone)));
+      windows::text_of_cells(windows::cells_of_bytes(hours, windows::hours_ahead(services, zone)));
   std::string text;
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    std::string day(editors::day_name(static_cast<int>(i) + 1));
+    std::string day(windows::day_name(static_cast<int>(i) + 1));
     day.resize(10, ' ');
     text += (i == 0 ? "" : "\n") + day + lines[i];
   }
   if (context.output().json())
-    context.output().result({{kind, name}, {"zone", editors::zone_word(zone)}, {"hours", lines}}, {});
+    context.output().result({{kind, name}, {"zone", windows::zone_word(zone)}, {"hours", lines}}, {});
   else
     context.output().raw(text + "\n");
 }
 
 std::vector<bool> read_hours(const std::string& file) {
-  editors::HoursText hours = editors::parse_hours(text_lines(read_input(file)));
+  windows::HoursText hours = windows::parse_hours(text_lines(read_input(file)));
   if (!hours.error.empty())
     throw BadInput(hours.error);
   return std::move(hours.cells);
@@ -49,8 +49,8 @@ std::vector<bool> read_hours(const std::string& file) {
 
 /// Tells what was stored while nobody has chosen whose hours these are, if that makes a difference.
 void warn_of_zone(Context& context, const std::vector<bool>& cells) {
-  const std::string readings = editors::two_readings(context.services(), cells);
-  if (!readings.empty() && !editors::chosen_zone(context.services())) {
+  const std::string readings = windows::two_readings(context.services(), cells);
+  if (!readings.empty() && !windows::chosen_zone(context.services())) {
     complain(
         "warning: " + readings +
         ". They were stored as hours of UTC+12. To choose, and to end this warning, run \"twk hours zone "
@@ -58,8 +58,8 @@ void warn_of_zone(Context& context, const std::vector<bool>& cells) {
   }
 }
 
-editors::HoursZone read_zone(const std::string& word) {
-  if (const auto zone = editors::zone_of_word(word))
+windows::HoursZone read_zone(const std::string& word) {
+  if (const auto zone = windows::zone_of_word(word))
     return *zone;
   throw UsageError("a zone is utc+12 or workstation, not \"" + word + "\"");
 }
@@ -68,21 +68,21 @@ editors::HoursZone read_zone(const std::string& word) {
 void override_zone(Context& context, const std::string& word) {
   if (!word.empty())
     context.override_setting(session::kPreferences, "LogonHoursZone",
-                             std::string(editors::zone_word(read_zone(word))));
+                             std::string(windows::zone_word(read_zone(word))));
 }
 
 /// Shows the zone, or keeps another one.
 int hours_zone(Context& context, const std::string& word) {
   const platform::Platform& services = context.services();
-  if (!word.empty() && !editors::choose_zone(services, read_zone(word)))
+  if (!word.empty() && !windows::choose_zone(services, read_zone(word)))
     throw Refused("The choice cannot be written in " + context.world().settings_folder());
-  const editors::HoursZone zone = editors::zone_in_force(services);
-  const bool chosen = editors::chosen_zone(services).has_value();
-  const std::string note = editors::zone_note(services, zone);
-  context.output().result({{"zone", editors::zone_word(zone)},
-                           {"hoursAhead", editors::hours_ahead(services, zone)},
+  const windows::HoursZone zone = windows::zone_in_force(services);
+  const bool chosen = windows::chosen_zone(services).has_value();
+  const std::string note = windows::zone_note(services, zone);
+  context.output().result({{"zone", windows::zone_word(zone)},
+                           {"hoursAhead", windows::hours_ahead(services, zone)},
                            {"chosen", chosen}},
-                          editors::zone_name(services, zone) + (chosen ? "" : " (nobody has chosen)") +
+                          windows::zone_name(services, zone) + (chosen ? "" : " (nobody has chosen)") +
                               (note.empty() ? "" : "\n" + note));
   return kExitGreen;
 }
@@ -118,7 +118,7 @@ int show_user_hours(Context& context, const std::string& name) {
   base::Bytes hours = platform::User(bind_user(context.domain(), name)).LoginHours();
   // An account without stored hours may log on at any.
   if (hours.empty())
-    hours.assign(stores::kLogonHoursSize, 255);
+    hours.assign(records::kLogonHoursSize, 255);
   print_hours(context, "user", locate_user(context.domain(), name), hours);
   return kExitGreen;
 }
@@ -153,7 +153,7 @@ int set_hours(Context& context, HoursArguments arguments, bool has_file) {
   const std::vector<bool> cells = read_hours(arguments.file);
   const platform::Platform& services = context.services();
   const base::Bytes hours =
-      editors::bytes_of_cells(cells, editors::hours_ahead(services, editors::zone_in_force(services)));
+      windows::bytes_of_cells(cells, windows::hours_ahead(services, windows::zone_in_force(services)));
   const int exit_code = arguments.user.empty() ? set_template_hours(context, arguments.template_name, hours)
                                                : set_user_hours(context, arguments.user, hours);
   if (exit_code == kExitGreen)

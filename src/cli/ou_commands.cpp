@@ -5,10 +5,10 @@
 #include "cli/failures.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/create_ou.hpp"
-#include "directory/manage_ou.hpp"
 #include "directory/names.hpp"
 #include "directory/tree_path.hpp"
 #include "platform/ldap_text.hpp"
+#include "windows/manage_ou.hpp"
 
 namespace twk::cli {
 namespace {
@@ -69,11 +69,10 @@ int manage_ou(Context& context, const ManageArguments& arguments) {
     throw UsageError("--whole-domain and a unit exclude each other");
   session::Session& session = context.session(Depth::kSettings);
   if (arguments.whole_domain)
-    directory::lift_limit(session);
+    windows::lift_limit(session);
   if (!arguments.name.empty()) {
-    directory::limit_to_ou(session, locate_ou(context.domain(), arguments.name),
-                           !arguments.without_units_below,
-                           arguments.machine ? platform::kHiveLocalMachine : platform::kHiveCurrentUser);
+    windows::limit_to_ou(session, locate_ou(context.domain(), arguments.name), !arguments.without_units_below,
+                         arguments.machine ? platform::kHiveLocalMachine : platform::kHiveCurrentUser);
   }
   return tell_limit(context, session);
 }

@@ -44,7 +44,7 @@ void select_site(Session& session, std::string_view name) {
   act(session, [&] { stores::ListView2_Click(session); });
 }
 
-Json to_json(const stores::SiteRecord& site) {
+Json to_json(const records::SiteRecord& site) {
   return {{"name", site.Name},
           {"ntServer", site.NTServer},
           {"exchange2000", site.Exchange2000},
@@ -91,7 +91,7 @@ void fill_fields(Session& session, const SiteArguments& arguments) {
 }
 
 /// The saved site as the fields still show it; a look at the file may find a deleted one of its name.
-stores::SiteRecord saved_site(Session& session) {
+records::SiteRecord saved_site(Session& session) {
   session::Form1& form = session.form1;
   const bool exchange_2000 = form.EXH5.index == 1;
   return {.Exchange2000 = exchange_2000,

@@ -114,17 +114,17 @@ std::size_t write_wts(Session& session, const Lines& lines) {
 }
 
 /// A share's list has no denials: there the word would allow what the row before it allows.
-void refuse_denial(const stores::PermissionRecord& record, std::string_view file, std::size_t number) {
+void refuse_denial(const records::PermissionRecord& record, std::string_view file, std::size_t number) {
   if (file == stores::kSharePermissionFile && record.Access == kAccessWords.back())
     refuse(number, "a share knows Full Control, Change and Read, not \"" + record.Access + "\"");
 }
 
-stores::PermissionRecord parse_permission(const std::string& line, std::size_t number) {
+records::PermissionRecord parse_permission(const std::string& line, std::size_t number) {
   const char separator = line.find('\t') == base::npos ? ',' : '\t';
   const std::vector<std::string> fields = base::split(line, separator);
   if (fields.size() < 2 || fields.size() > 4)
     refuse(number, "a row is ACCOUNT,ACCESS[,OWNER[,NEW]], with tabs or commas between");
-  stores::PermissionRecord record;
+  records::PermissionRecord record;
   record.Account = base::trim(fields[0]);
   const auto word = std::find_if(kAccessWords.begin(), kAccessWords.end(), [&](std::string_view access) {
     return base::equals_fold(access, base::trim(fields[1]));
@@ -141,7 +141,7 @@ stores::PermissionRecord parse_permission(const std::string& line, std::size_t n
   if (record.Account.empty())
     refuse(number, "there is no account");
   for (const std::string& name : {record.Account, record.Owner}) {
-    if (const std::string refusal = stores::code_page_refusal(name); !refusal.empty())
+    if (const std::string refusal = records::code_page_refusal(name); !refusal.empty())
       refuse(number, refusal);
   }
   if (base::length(record.Account) > kAccountLength || base::length(record.Owner) > kAccountLength)
@@ -152,7 +152,7 @@ stores::PermissionRecord parse_permission(const std::string& line, std::size_t n
 SideTable permission_table(std::string name, std::string_view file) {
   const auto read = [file](Session& session) {
     std::vector<TableRow> rows;
-    for (const stores::PermissionRecord& record : stores::read_permissions(session, file)) {
+    for (const records::PermissionRecord& record : stores::read_permissions(session, file)) {
       const std::string fresh = record.NewSecurity ? "yes" : "no";
       rows.push_back({record.Account + "\t" + record.Access + "\t" + record.Owner + "\t" + fresh,
                       {{"account", record.Account},
@@ -164,7 +164,7 @@ SideTable permission_table(std::string name, std::string_view file) {
   };
   const auto write = [file](Session& session, const Lines& lines) {
     refuse_controls(lines, true);
-    std::vector<stores::PermissionRecord> records;
+    std::vector<records::PermissionRecord> records;
     for (std::size_t i = 0; i < lines.size(); ++i) {
       records.push_back(parse_permission(lines[i], i + 1));
       refuse_denial(records.back(), file, i + 1);

@@ -47,12 +47,12 @@ void select_template(Session& session, std::string_view name) {
   stores::templatelst_Click(session);
 }
 
-Json to_json(const stores::TemplateRecord& record) {
+Json to_json(const records::TemplateRecord& record) {
   Json groups = Json::array();
   for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
     groups.push_back(record.Groups.at(i));
   Json variables = Json::array();
-  for (std::size_t i = 1; i < stores::kVariableSlots; ++i) {
+  for (std::size_t i = 1; i < records::kVariableSlots; ++i) {
     if (!record.VariableNames.at(i).empty() || !record.VariableValues.at(i).empty())
       variables.push_back(record.VariableNames.at(i) + "=" + record.VariableValues.at(i));
   }
@@ -156,7 +156,7 @@ void add_template_commands(Command& app, Context& context) {
     auto* command = group->add_subcommand(name, what);
     command->add_option("NAME", arguments->name, "Name of the template")
         ->required()
-        ->check(at_most(stores::kTemplateNameLength));
+        ->check(at_most(records::kTemplateNameLength));
     command->callback(
         [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
     return command;
@@ -170,7 +170,7 @@ void add_template_commands(Command& app, Context& context) {
   add("copy", "Copy a template under a new name", copy_template)
       ->add_option("NEW", arguments->new_name, "Name of the copy")
       ->required()
-      ->check(at_most(stores::kTemplateNameLength));
+      ->check(at_most(records::kTemplateNameLength));
   add("delete", "Delete a template; asks first", delete_template);
 }
 

@@ -149,7 +149,7 @@ void fill_template_tab(Session& session, const TemplateFields& fields) {
 void fill_variables(Session& session, const std::vector<std::string>& variables) {
   controls::ListView& rows = session.variables.ListView1;
   rows.clear();
-  if (variables.size() > stores::kVariableSlots - 1)
+  if (variables.size() > records::kVariableSlots - 1)
     throw UsageError("a template holds at most 50 variables");
   for (const std::string& variable : variables) {
     const std::size_t equals = variable.find('=');
@@ -161,7 +161,7 @@ void fill_variables(Session& session, const std::vector<std::string>& variables)
     const std::string value = variable.substr(equals + 1);
     if (base::length(name) > kVariableNameLength || base::length(value) > kVariableValueLength)
       throw UsageError("a variable's name has at most 15 characters and its value at most 30: " + variable);
-    if (const std::string refusal = stores::code_page_refusal(variable); !refusal.empty())
+    if (const std::string refusal = records::code_page_refusal(variable); !refusal.empty())
       throw Refused(refusal);
     rows.add({}, name, {}, {value});
   }

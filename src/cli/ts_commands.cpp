@@ -9,14 +9,14 @@
 #include "cli/failures.hpp"
 #include "cli/near_matches.hpp"
 #include "platform/user_parameters.hpp"
+#include "records/terminal_server_rows.hpp"
 #include "session/activity_log.hpp"
-#include "stores/terminal_server_rows.hpp"
 
 namespace twk::cli {
 namespace {
 
 using platform::WtsConfigValue;
-using stores::TerminalServerRow;
+using records::TerminalServerRow;
 
 struct SetArguments {
   std::string user;
@@ -30,7 +30,7 @@ struct Name {
 };
 
 /// In the order of the rows.
-constexpr std::array<Name, stores::kTerminalServerRows.size()> kNames = {
+constexpr std::array<Name, records::kTerminalServerRows.size()> kNames = {
     {{"profile", "Profile path"},
      {"home", "Home directory"},
      {"drive", "Home drive"},
@@ -61,7 +61,7 @@ std::string known_settings() {
 std::size_t find_row(const std::string& name) {
   std::vector<std::string> all;
   for (std::size_t i = 0; i < kNames.size(); ++i) {
-    const std::string full(stores::kTerminalServerRows.at(i).name);
+    const std::string full(records::kTerminalServerRows.at(i).name);
     if (base::equals_fold(name, kNames.at(i).alias) || base::equals_fold(name, full) ||
         base::equals_fold("WTS" + name, full))
       return i;
@@ -74,7 +74,7 @@ std::size_t find_row(const std::string& name) {
 std::uint32_t parse_time(const std::string& name, const std::string& value) {
   std::vector<std::string> words;
   std::string list;
-  for (const stores::TimeWord& time : stores::kTimeWords) {
+  for (const records::TimeWord& time : records::kTimeWords) {
     if (base::equals_fold(time.word, value))
       return time.milliseconds;
     words.emplace_back(time.word);
@@ -122,7 +122,7 @@ Change parse_change(const std::string& assignment) {
     throw UsageError("\"" + assignment + "\" is not NAME=VALUE. Settings: " + known_settings());
   const std::string name = assignment.substr(0, equals);
   const std::size_t row = find_row(name);
-  return {row, parse_value(stores::kTerminalServerRows.at(row), name, assignment.substr(equals + 1))};
+  return {row, parse_value(records::kTerminalServerRows.at(row), name, assignment.substr(equals + 1))};
 }
 
 /// The account name of a user in any of its forms.
@@ -144,7 +144,7 @@ Json json_value(const TerminalServerRow& row, const WtsConfigValue& value) {
 
 /// A time by its word, one without a word in milliseconds.
 std::string time_text(std::uint32_t milliseconds) {
-  for (const stores::TimeWord& time : stores::kTimeWords) {
+  for (const records::TimeWord& time : records::kTimeWords) {
     if (time.milliseconds == milliseconds)
       return std::string(time.word);
   }
@@ -158,7 +158,7 @@ int show_settings(Context& context, const std::string& name) {
   std::vector<Column> columns = {{"user", "User"}};
   Json settings = {{"user", user}};
   for (std::size_t i = 0; i < kNames.size(); ++i) {
-    const TerminalServerRow& row = stores::kTerminalServerRows.at(i);
+    const TerminalServerRow& row = records::kTerminalServerRows.at(i);
     const std::string key(kNames.at(i).alias);
     columns.push_back({key, std::string(kNames.at(i).title)});
     try {
@@ -197,7 +197,7 @@ int set_settings(Context& context, const SetArguments& arguments) {
   std::size_t done = 0;
   try {
     for (const auto& [row, value] : changes) {
-      domain.services.network.WTSSetUserConfig(controller, user, stores::kTerminalServerRows.at(row).setting,
+      domain.services.network.WTSSetUserConfig(controller, user, records::kTerminalServerRows.at(row).setting,
                                                value);
       ++done;
     }

@@ -94,7 +94,7 @@ void join_from_columns(CreationRun& run) {
 /// A group of the template that the domain no longer holds is in no list, and would be missed without a word.
 /// An import tells it once.
 void warn_of_lacking_groups(CreationRun& run) {
-  const stores::TemplateRecord& record = run.session.ActiveTemplate;
+  const records::TemplateRecord& record = run.session.ActiveTemplate;
   for (std::size_t slot = 0; slot < static_cast<std::size_t>(record.GroupCount); ++slot) {
     const std::string_view name = base::trim(record.Groups.at(slot));
     if (name.empty() || !run.session.form1.ListView6.find_text(name).empty())

@@ -2,8 +2,8 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "batch/multi_user_window.hpp"
 #include "directory/ad_load.hpp"
+#include "directory/custom_fields.hpp"
 #include "directory/nt_load.hpp"
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
@@ -30,7 +30,7 @@ void show_directory_fields(Session& session, bool visible) {
         &form.UM_Logon_Name, &form.UM_W2KDomain_Name, &form.UM_PreW2K}) {
     field->visible = visible;
   }
-  session::show_custom_fields(session);
+  show_custom_fields(session);
   for (std::size_t i = 0; !visible && i < form.Custom_Value.size(); ++i) {
     form.Custom_Label.at(i).visible = false;
     form.Custom_Value.at(i).visible = false;
@@ -73,7 +73,6 @@ bool Select_Domain(Session& session, std::string_view name) {
       form.StatusBar1.panel1 = session.Error_Status_Text;
     return false;
   }
-  batch::MultiUser_Load(session);
   form.StatusBar1.panel1 = "Number of Users:" + base::to_text(session.UserCount) +
                            "  Number of Groups:" + base::to_text(session.GroupCount);
   return true;

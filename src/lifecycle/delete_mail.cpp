@@ -2,7 +2,8 @@
 #include "base/text.hpp"
 #include "lifecycle/account_log.hpp"
 #include "lifecycle/delete_run.hpp"
-#include "stores/record_file.hpp"
+#include "records/record_file.hpp"
+#include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 
 namespace twk::lifecycle {
@@ -11,14 +12,14 @@ namespace {
 using session::Session;
 
 /// The first live site of that server.
-std::optional<stores::SiteRecord> find_exchange_site(Session& session, std::string_view server) {
-  auto file = stores::RecordFile::open_read(
-      session.platform.files, stores::database_path(session, stores::kSiteFile), stores::kSiteRecordSize);
-  const stores::RecordSearch search = file.search([&](std::string_view bytes) {
-    return !stores::is_deleted(bytes) &&
-           base::equals_fold(base::trim(stores::decode_site(bytes).ExchangeServer), base::trim(server));
+std::optional<records::SiteRecord> find_exchange_site(Session& session, std::string_view server) {
+  auto file = records::RecordFile::open_read(
+      session.platform.files, stores::database_path(session, stores::kSiteFile), records::kSiteRecordSize);
+  const records::RecordSearch search = file.search([&](std::string_view bytes) {
+    return !records::is_deleted(bytes) &&
+           base::equals_fold(base::trim(records::decode_site(bytes).ExchangeServer), base::trim(server));
   });
-  return search.found ? std::optional(stores::decode_site(search.bytes)) : std::nullopt;
+  return search.found ? std::optional(records::decode_site(search.bytes)) : std::nullopt;
 }
 
 bool is_in_store(const Session& session) {

@@ -5,17 +5,17 @@
 #include "base/text.hpp"
 #include "format/filling.hpp"
 #include "format/variables.hpp"
+#include "records/terminal_server_rows.hpp"
 #include "session/session.hpp"
-#include "stores/terminal_server_rows.hpp"
 
 namespace twk::resources {
 namespace {
 
 using platform::WtsConfigClass;
 using platform::WtsConfigValue;
+using records::kTerminalServerRows;
+using records::TerminalServerRow;
 using session::Session;
-using stores::kTerminalServerRows;
-using stores::TerminalServerRow;
 
 constexpr std::size_t kStartProgramRow = 5;
 
@@ -66,13 +66,13 @@ std::string row_value(Session& session, const controls::ListRow& row) {
 WtsConfigValue value_of_setting(const TerminalServerRow& row, const std::string& value) {
   if (!row.is_number())
     return value;
-  return row.is_time() ? stores::milliseconds_of(value) : stores::number_of_switch(value);
+  return row.is_time() ? records::milliseconds_of(value) : records::number_of_switch(value);
 }
 
 /// The same for the row with this number, counted from 1, whose texts are those of the Template tab.
 WtsConfigValue value_to_send(std::size_t number, const std::string& value) {
   if (number == kStartProgramRow)
-    return 1 - stores::number_of_switch(value);
+    return 1 - records::number_of_switch(value);
   return value_of_setting(kTerminalServerRows.at(number - 1), value);
 }
 

@@ -15,8 +15,8 @@ namespace twk::resources {
 namespace {
 
 using format::FRString;
+using records::PermissionRecord;
 using session::Session;
-using stores::PermissionRecord;
 
 /// Row by row. A word that is no access word means what the row before it meant.
 void set_rows(Session& session, std::string& server, const std::string& path, const std::string& userName,

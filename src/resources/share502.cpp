@@ -15,8 +15,8 @@
 namespace twk::resources {
 namespace {
 
+using records::PermissionRecord;
 using session::Session;
-using stores::PermissionRecord;
 
 struct ShareAccess {
   std::string_view word;

@@ -1,11 +1,11 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "editors/custom_properties.hpp"
-#include "editors/edit_properties.hpp"
 #include "screens/dialog_buttons.hpp"
 #include "screens/edited_list.hpp"
 #include "screens/windows.hpp"
+#include "windows/editors/custom_properties.hpp"
+#include "windows/editors/edit_properties.hpp"
 
 namespace twk::screens {
 
@@ -23,12 +23,12 @@ std::unique_ptr<QDialog> make_custom(session::Session& session, QWidget* parent)
   ListLook look;
   look.headings = {"Display name", "Attribute"};
   ListPane* const list = add_edited_list(*box, session, session.custom.ListView1, "ListView1",
-                                         editors::mode::kCustom, look, {false, "&Clear"});
+                                         windows::mode::kCustom, look, {false, "&Clear"});
   list->setAlternatingRowColors(true);
   list->setAccessibleName("Custom properties");
   add_ok_cancel(
-      *dialog, *box, "OK", [&session] { return editors::Custom_OK(session); },
-      [&session] { editors::Custom_Cancel(session); });
+      *dialog, *box, "OK", [&session] { return windows::Custom_OK(session); },
+      [&session] { windows::Custom_Cancel(session); });
   return dialog;
 }
 

@@ -1,4 +1,4 @@
-#include "editors/edit_properties.hpp"
+#include "windows/editors/edit_properties.hpp"
 
 #include <QGroupBox>
 #include <QVBoxLayout>
@@ -28,7 +28,7 @@ void add_first_field(QFormLayout& form, session::Session& session) {
   form.addRow(caption, field);
   bind_to(*caption, window.Property);
   follow(*field, window.W2K_Attribute_MaxLength, [field](int most) { field->setMaxLength(most); });
-  bind_to(*field, window.W2K_Attribute, [&session] { editors::W2K_Attribute_Change(session); });
+  bind_to(*field, window.W2K_Attribute, [&session] { windows::W2K_Attribute_Change(session); });
   name_after(*field, window.Property);
   // What cannot be changed is no place to begin.
   follow(*field, window.W2K_Attribute.locked,
@@ -95,8 +95,8 @@ std::unique_ptr<QDialog> make_edit_properties(session::Session& session, QWidget
   add_hint(*dialog, *box, "hint", session.edit_properties.hint);
   box->addStretch(1);
   add_ok_cancel(
-      *dialog, *box, "OK", [&session] { return editors::Edit_Properties_OK(session); },
-      [&session] { editors::Edit_Properties_Cancel(session); });
+      *dialog, *box, "OK", [&session] { return windows::Edit_Properties_OK(session); },
+      [&session] { windows::Edit_Properties_Cancel(session); });
   return dialog;
 }
 

@@ -3,7 +3,7 @@
 #include <QAction>
 #include <QPushButton>
 
-#include "editors/edit_properties.hpp"
+#include "windows/editors/edit_properties.hpp"
 
 namespace twk::screens {
 namespace {
@@ -56,17 +56,17 @@ ListPane* add_edited_list(QBoxLayout& box, session::Session& session, controls::
   auto* const pane = new ListPane(list, look, box.parentWidget());
   pane->setObjectName(name);
   pane->setContextMenuPolicy(Qt::ActionsContextMenu);
-  pane->on_activate = [&session, mode] { editors::Listviewmnu_Edit(session, mode); };
+  pane->on_activate = [&session, mode] { windows::Listviewmnu_Edit(session, mode); };
   box.addWidget(pane, 1);
   auto* const buttons = new QHBoxLayout;
   box.addLayout(buttons);
   if (menu.can_add)
     add_entry(*buttons, session, *pane, mode,
-              {"&New…", "_New", Qt::Key_Insert, editors::Listviewmnu_New, false});
-  add_entry(*buttons, session, *pane, mode, {"Ed&it…", "_Edit", {}, editors::Listviewmnu_Edit, true});
+              {"&New…", "_New", Qt::Key_Insert, windows::Listviewmnu_New, false});
+  add_entry(*buttons, session, *pane, mode, {"Ed&it…", "_Edit", {}, windows::Listviewmnu_Edit, true});
   if (!menu.delete_caption.isEmpty())
     add_entry(*buttons, session, *pane, mode,
-              {menu.delete_caption, "_Delete", Qt::Key_Delete, editors::Listviewmnu_Delete, true});
+              {menu.delete_caption, "_Delete", Qt::Key_Delete, windows::Listviewmnu_Delete, true});
   buttons->addStretch(1);
   return pane;
 }

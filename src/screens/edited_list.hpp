@@ -14,7 +14,7 @@ struct RowMenu {
   QString delete_caption;  ///< empty when no row can be taken away
 };
 
-/// A list whose rows the window `Edit_Properties` edits in a mode of `editors::mode`, and its buttons below
+/// A list whose rows the window `Edit_Properties` edits in a mode of `windows::mode`, and its buttons below
 /// it. The buttons are also its context menu; Enter and a double click edit, Ins adds, Del takes away.
 /// Buttons are called as the list with "_New", "_Edit", "_Delete" behind it.
 ListPane* add_edited_list(QBoxLayout& box, session::Session& session, controls::ListView& list,

@@ -5,10 +5,10 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
-#include "editors/logon_hours.hpp"
 #include "screens/application.hpp"
 #include "screens/bind.hpp"
 #include "screens/text.hpp"
+#include "windows/editors/logon_hours.hpp"
 
 namespace twk::screens {
 namespace {
@@ -17,17 +17,17 @@ class HoursModel final : public QAbstractTableModel {
  public:
   HoursModel(const session::Logon_Hours& window, QObject* parent)
       : QAbstractTableModel(parent), window_(&window), watch_(window.MSFlexGrid1.watch([this] {
-          Q_EMIT dataChanged(index(0, 0), index(editors::kDays - 1, editors::kHours - 1));
+          Q_EMIT dataChanged(index(0, 0), index(windows::kDays - 1, windows::kHours - 1));
         })) {}
 
   int rowCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : editors::kDays;
+    return parent.isValid() ? 0 : windows::kDays;
   }
   int columnCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : editors::kHours;
+    return parent.isValid() ? 0 : windows::kHours;
   }
   [[nodiscard]] bool is_permitted(const QModelIndex& cell) const {
-    const int place = cell.row() * editors::kHours + cell.column();
+    const int place = cell.row() * windows::kHours + cell.column();
     return window_->MSFlexGrid1.get().at(static_cast<std::size_t>(place));
   }
   /// The painted cell tells nothing to who cannot see it.
@@ -35,13 +35,13 @@ class HoursModel final : public QAbstractTableModel {
     if (!cell.isValid() || (role != Qt::AccessibleTextRole && role != Qt::ToolTipRole))
       return {};
     return QString("%1 %2, %3")
-        .arg(to_qt(editors::day_name(cell.row() + 1)), to_qt(editors::hour_name(cell.column())),
+        .arg(to_qt(windows::day_name(cell.row() + 1)), to_qt(windows::hour_name(cell.column())),
              is_permitted(cell) ? "permitted" : "denied");
   }
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
     if (orientation == Qt::Vertical)
-      return role == Qt::DisplayRole ? to_qt(editors::day_name(section + 1)) : QVariant();
-    const QString hour = to_qt(editors::hour_name(section));
+      return role == Qt::DisplayRole ? to_qt(windows::day_name(section + 1)) : QVariant();
+    const QString hour = to_qt(windows::hour_name(section));
     if (role == Qt::AccessibleTextRole || role == Qt::ToolTipRole)
       return hour;
     // In two lines, so that 24 columns find room.
@@ -156,7 +156,7 @@ void HoursGrid::paint_selected() {
   const QRect cells = selected_cells();
   if (!cells.isNull()) {
     run_guarded([&] {
-      editors::select_cells(session_, cells.top() + 1, cells.left() + 1, cells.bottom() + 1,
+      windows::select_cells(session_, cells.top() + 1, cells.left() + 1, cells.bottom() + 1,
                             cells.right() + 1);
     });
   }
@@ -166,7 +166,7 @@ void HoursGrid::selectionChanged(const QItemSelection& selected, const QItemSele
   QTableView::selectionChanged(selected, deselected);
   const QRect cells = selected_cells();
   if (!cells.isNull())
-    editors::show_selected(session_, cells.top() + 1, cells.left() + 1, cells.bottom() + 1,
+    windows::show_selected(session_, cells.top() + 1, cells.left() + 1, cells.bottom() + 1,
                            cells.right() + 1);
 }
 

@@ -3,12 +3,12 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "editors/hours_zone.hpp"
-#include "editors/logon_hours.hpp"
 #include "screens/dialog_buttons.hpp"
 #include "screens/form.hpp"
 #include "screens/hours_grid.hpp"
 #include "screens/windows.hpp"
+#include "windows/editors/hours_zone.hpp"
+#include "windows/editors/logon_hours.hpp"
 
 namespace twk::screens {
 namespace {
@@ -43,15 +43,15 @@ QGroupBox* make_zone(session::Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("The hours shown are those of", parent);
   auto* const box = new QVBoxLayout(group);
   std::vector<QRadioButton*> buttons;
-  for (const editors::HoursZone zone : {editors::HoursZone::kFixed, editors::HoursZone::kWorkstation}) {
+  for (const windows::HoursZone zone : {windows::HoursZone::kFixed, windows::HoursZone::kWorkstation}) {
     auto* const button =
-        new QRadioButton(QString::fromStdString(editors::zone_name(session.platform, zone)), group);
+        new QRadioButton(QString::fromStdString(windows::zone_name(session.platform, zone)), group);
     button->setObjectName("Zone_" + QString::number(buttons.size()));
     box->addWidget(button);
     buttons.push_back(button);
   }
   buttons.front()->setToolTip("12 hours ahead of UTC, wherever this workstation stands");
-  bind_options(buttons, session.logon_hours.Zone, [&session] { editors::Zone_Click(session); });
+  bind_options(buttons, session.logon_hours.Zone, [&session] { windows::Zone_Click(session); });
   add_hint(*group, *box, "zone_note", session.logon_hours.zone_note);
   return group;
 }
@@ -85,8 +85,8 @@ std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* pa
   line->addWidget(how, 1);
   add_hint(*dialog, *box, "hint", window.hint);
   QDialogButtonBox* const buttons = add_ok_cancel(
-      *dialog, *box, "Command2", [&session] { return editors::Logon_Hours_Command2_Click(session); },
-      [&session] { editors::Logon_Hours_Command1_Click(session); });
+      *dialog, *box, "Command2", [&session] { return windows::Logon_Hours_Command2_Click(session); },
+      [&session] { windows::Logon_Hours_Command1_Click(session); });
   bind_to(*buttons->button(QDialogButtonBox::Ok), window.Command2, {});
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("Command1");
   // The whole week, also where a dialog would open at two thirds of a small screen.

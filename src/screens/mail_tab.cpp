@@ -2,11 +2,11 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "editors/edit_properties.hpp"
 #include "screens/edited_list.hpp"
 #include "screens/form.hpp"
 #include "screens/tabs.hpp"
-#include "session/preferences_tab.hpp"
+#include "windows/editors/edit_properties.hpp"
+#include "windows/preferences_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -19,7 +19,7 @@ QGroupBox* make_logon(session::Session& session, QWidget* parent) {
   box->addLayout(port);
   add_text(*port, "LDAP &port:", "PORT", form1.PORT);
   add_check(*box, "&Use Current Credentials", "Mail_Logon", form1.Mail_Logon,
-            [&session] { session::Mail_Logon_Click(session); });
+            [&session] { windows::Mail_Logon_Click(session); });
   auto* const credentials = new QFormLayout;
   box->addLayout(credentials);
   add_text(*credentials, "&Account:", "txtAdmin", form1.txtAdmin);
@@ -29,7 +29,7 @@ QGroupBox* make_logon(session::Session& session, QWidget* parent) {
   box->addWidget(note);
   auto* const line = new QHBoxLayout;
   box->addLayout(line);
-  add_button(*line, "Sa&ve", "savemail", [&session] { session::savemail_Click(session); });
+  add_button(*line, "Sa&ve", "savemail", [&session] { windows::savemail_Click(session); });
   line->addStretch(1);
   return group;
 }
@@ -41,7 +41,7 @@ QGroupBox* make_rows(session::Session& session, QWidget* parent) {
   look.headings = {"Attribute", "Value"};
   look.empty_text = "No properties. New adds one.";
   ListPane* const list = add_edited_list(*box, session, session.form1.ListView8, "ListView8",
-                                         editors::mode::kMail, look, {true, "Delete"});
+                                         windows::mode::kMail, look, {true, "Delete"});
   list->setAccessibleName("Properties of new mailboxes");
   return group;
 }

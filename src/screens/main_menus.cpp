@@ -5,7 +5,7 @@
 #include "screens/bind.hpp"
 #include "screens/icons.hpp"
 #include "screens/program_windows.hpp"
-#include "session/main_window.hpp"
+#include "windows/main_window.hpp"
 
 namespace twk::screens {
 namespace {
@@ -39,7 +39,7 @@ void add_entry(QMenu& menu, session::Session& session, std::array<controls::Menu
 void make_file_menu(QMainWindow& window, session::Session& session) {
   QMenu* const menu = add_menu(window, "&File", "mnuFile");
   const auto add = [&](const Entry& entry) {
-    add_entry(*menu, session, session.form1.mnuFile, entry, session::mnuFile_Click);
+    add_entry(*menu, session, session.form1.mnuFile, entry, windows::mnuFile_Click);
   };
   add({1, "&Import Users", "IMPORTU", QKeySequence("Ctrl+I")});
   add({2, "&View Log File", "Vlog", QKeySequence("Ctrl+L")});
@@ -51,7 +51,7 @@ void make_file_menu(QMainWindow& window, session::Session& session) {
 void make_options_menu(QMainWindow& window, session::Session& session) {
   QMenu* const menu = add_menu(window, "&Options", "mnuOption");
   const auto add = [&](const Entry& entry) {
-    add_entry(*menu, session, session.form1.mnuOption, entry, session::mnuOption_Click);
+    add_entry(*menu, session, session.form1.mnuOption, entry, windows::mnuOption_Click);
   };
   add({1, "M&ulti User Functions", "MultiUser", {}});
   add({2, "AD &Options", "", {}});
@@ -60,7 +60,7 @@ void make_options_menu(QMainWindow& window, session::Session& session) {
   add({5, "&Manage OU", "OU", {}});
   add({6, "&Compact Database", "", {}});
   menu->addSeparator();
-  add({session::kCustomProperties, "Custom &Properties…", "", {}});
+  add({windows::kCustomProperties, "Custom &Properties…", "", {}});
 }
 
 void make_help_menu(QMainWindow& window, session::Session& session) {
@@ -72,7 +72,7 @@ void make_help_menu(QMainWindow& window, session::Session& session) {
     return entry;
   };
   add("mnuHelp1", "&Contents", [&session] {
-    session::Toolbar1_ButtonClick(session, "Help");
+    windows::Toolbar1_ButtonClick(session, "Help");
   })->setIcon(icon("Help"));
   add("mnuHelp3", "&Tip of the Day", [&window, &session] { show_tip(&window, session); });
   menu->addSeparator();

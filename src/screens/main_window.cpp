@@ -18,7 +18,7 @@
 #include "screens/tree_popup.hpp"
 #include "screens/window_state.hpp"
 #include "screens/windows.hpp"
-#include "session/main_window.hpp"
+#include "windows/main_window.hpp"
 
 namespace twk::screens {
 
@@ -44,8 +44,8 @@ void MainWindow::make_panes() {
   tree_->setObjectName("TreeView1");
   tree_->setAccessibleName("Domain");
   tree_->on_expand = [this](controls::TreeNode& node) { directory::TreeView1_Expand(session_, node); };
-  tree_->on_select = [this](controls::TreeNode& node) { session::TreeView1_NodeClick(session_, node); };
-  tree_->on_activate = [this](controls::TreeNode& node) { session::TreeView1_DblClick(session_, node); };
+  tree_->on_select = [this](controls::TreeNode& node) { windows::TreeView1_NodeClick(session_, node); };
+  tree_->on_activate = [this](controls::TreeNode& node) { windows::TreeView1_DblClick(session_, node); };
   tabs_ = new QTabWidget(panes);
   tabs_->setObjectName("SSTab1");
   panes->setStretchFactor(0, 1);
@@ -72,7 +72,7 @@ void MainWindow::make_tabs() {
   follow(*tabs_, session_.form1.SSTab1, [this](int index) { tabs_->setCurrentIndex(index); });
   connect(tabs_, &QTabWidget::currentChanged, this, [this](int index) {
     session_.form1.SSTab1 = index;
-    session::SSTab1_Click(session_);
+    windows::SSTab1_Click(session_);
   });
   for (int i = 0; i < setup_tabs_->count(); ++i) {
     follow(*setup_tabs_, session_.form1.SSTab2.at(static_cast<std::size_t>(i)).visible,
@@ -143,7 +143,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
   save_window(*this);
   QMainWindow::closeEvent(event);
-  session::Form_Unload(session_);
+  windows::Form_Unload(session_);
 }
 
 }  // namespace twk::screens

@@ -11,7 +11,7 @@
 #include "screens/light.hpp"
 #include "screens/tabs.hpp"
 #include "screens/text.hpp"
-#include "session/preferences_tab.hpp"
+#include "windows/preferences_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -58,13 +58,13 @@ QWidget* make_stages(Session& session, QWidget* parent) {
   auto* const grid = new QGridLayout(group);
   const std::initializer_list<Stage> stages = {
       {"User account", "Create_User_Account", form.Create_User_Account, form.UserAccount,
-       session::Create_User_Account_Click},
-      {"Directories", "Create_Dirs", form.Create_Dirs, form.Createdirs, session::Create_Dirs_Click},
-      {"Shares", "Create_Shares", form.Create_Shares, form.Sharedirs, session::Create_Shares_Click},
-      {"Directory security", "Dir_Security", form.Dir_Security, form.Security, session::Dir_Security_Click},
+       windows::Create_User_Account_Click},
+      {"Directories", "Create_Dirs", form.Create_Dirs, form.Createdirs, windows::Create_Dirs_Click},
+      {"Shares", "Create_Shares", form.Create_Shares, form.Sharedirs, windows::Create_Shares_Click},
+      {"Directory security", "Dir_Security", form.Dir_Security, form.Security, windows::Dir_Security_Click},
       {"Mail account", "Create_Mail_Account", form.Create_Mail_Account, form.MailAccount,
-       session::Create_Mail_Account_Click},
-      {"Run command", "Run_script", form.Run_script, form.run, session::Run_script_Click}};
+       windows::Create_Mail_Account_Click},
+      {"Run command", "Run_script", form.Run_script, form.run, windows::Run_script_Click}};
   int row = 0;
   for (const Stage& stage : stages) {
     auto* const box = new QCheckBox(stage.caption, group);

@@ -1,4 +1,4 @@
-#include "editors/permissions_window.hpp"
+#include "windows/editors/permissions_window.hpp"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -19,11 +19,11 @@ ListPane* add_rows(QDialog& dialog, QBoxLayout& box, session::Session& session) 
   auto* const rows = new ListPane(session.permissions.ListView1, look, &dialog);
   rows->setObjectName("ListView1");
   rows->setAccessibleName("Accounts and their access");
-  rows->on_click = [&session] { editors::Permissions_ListView1_Click(session); };
+  rows->on_click = [&session] { windows::Permissions_ListView1_Click(session); };
   rows->on_activate = [rows] { rows->edit_selected(); };
-  rows->on_delete = [&session] { editors::Permissions_Command3_Click(session); };
+  rows->on_delete = [&session] { windows::Permissions_Command3_Click(session); };
   rows->set_edited([&session](controls::ListRow& row, const std::string& typed) {
-    editors::Permissions_AfterLabelEdit(session, row, typed);
+    windows::Permissions_AfterLabelEdit(session, row, typed);
   });
   box.addWidget(rows, 1);
   return rows;
@@ -33,10 +33,10 @@ void add_row_controls(QDialog& dialog, QBoxLayout& box, session::Session& sessio
   auto* const line = new QHBoxLayout;
   box.addLayout(line);
   add_button(*line, "&Add", "Command4", [&session, &rows] {
-    editors::Permissions_Command4_Click(session);
+    windows::Permissions_Command4_Click(session);
     rows.edit_selected();
   });
-  add_button(*line, "&Remove", "Command3", [&session] { editors::Permissions_Command3_Click(session); });
+  add_button(*line, "&Remove", "Command3", [&session] { windows::Permissions_Command3_Click(session); });
   line->addStretch(1);
   auto* const caption = new QLabel("A&ccess", &dialog);
   auto* const access = new QComboBox(&dialog);
@@ -44,7 +44,7 @@ void add_row_controls(QDialog& dialog, QBoxLayout& box, session::Session& sessio
   caption->setBuddy(access);
   line->addWidget(caption);
   line->addWidget(access);
-  bind_to(*access, session.permissions.Access, [&session] { editors::Permissions_Access_Click(session); });
+  bind_to(*access, session.permissions.Access, [&session] { windows::Permissions_Access_Click(session); });
 }
 
 void add_table_controls(QDialog& dialog, QBoxLayout& box, session::Permissions& window) {
@@ -73,7 +73,7 @@ std::unique_ptr<QDialog> make_permissions(session::Session& session, QWidget* pa
   add_hint(*dialog, *box, "hint", session.permissions.hint);
   add_table_controls(*dialog, *box, session.permissions);
   add_ok_cancel(*dialog, *box, "OK_Button",
-                [&session] { return editors::Permissions_OK_Button_Click(session); });
+                [&session] { return windows::Permissions_OK_Button_Click(session); });
   return dialog;
 }
 

@@ -7,8 +7,8 @@
 #include "screens/bind.hpp"
 #include "screens/form.hpp"
 #include "screens/tabs.hpp"
-#include "session/formats_tab.hpp"
-#include "session/preferences_tab.hpp"
+#include "windows/formats_tab.hpp"
+#include "windows/preferences_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -66,11 +66,11 @@ QWidget* make_full_names(Session& session, QWidget* parent) {
   auto* const column = new QVBoxLayout(group);
   constexpr std::array kPresets = {"First Middle Last", "First Last", "Last First", "Custom"};
   column->addLayout(make_options(*group, kPresets, "FullName_Format", form.FullName_Format,
-                                 [&session] { session::FullName_Format_Click(session); }));
+                                 [&session] { windows::FullName_Format_Click(session); }));
   auto* const rows = new QFormLayout();
   column->addLayout(rows);
   add_text(*rows, "For&mat:", "FN_Format", form.FN_Format,
-           [&session] { session::Check_FN_Format_Click(session); });
+           [&session] { windows::Check_FN_Format_Click(session); });
   add_result(*rows, "Gives:", "FN_Format_Check", form.FN_Format_Check);
   bind_to(*group, form.Frame13);
   return group;
@@ -80,13 +80,13 @@ QWidget* make_names(Session& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Names in the directory and in the tree", parent);
   auto* const rows = new QFormLayout(group);
-  add_pair(*rows, "Account name:", session, {"Full name", "CNName", form.CNName, session::CNName_Click},
-           {"Logon name", "SamAccountName", form.SamAccountName, session::SamAccountName_Click});
-  add_pair(*rows, "Tree shows:", session, {"Name", "DNName", form.DNName, session::DNName_Click},
-           {"Display name", "DisplayName", form.DisplayName, session::DisplayName_Click});
+  add_pair(*rows, "Account name:", session, {"Full name", "CNName", form.CNName, windows::CNName_Click},
+           {"Logon name", "SamAccountName", form.SamAccountName, windows::SamAccountName_Click});
+  add_pair(*rows, "Tree shows:", session, {"Name", "DNName", form.DNName, windows::DNName_Click},
+           {"Display name", "DisplayName", form.DisplayName, windows::DisplayName_Click});
   add_pair(*rows, "Sort the tree:", session,
-           {"Yes", "Sorted_Yes", form.Sorted_Yes, session::Sorted_Yes_Click},
-           {"No", "Sorted_No", form.Sorted_No, session::Sorted_No_Click});
+           {"Yes", "Sorted_Yes", form.Sorted_Yes, windows::Sorted_Yes_Click},
+           {"No", "Sorted_No", form.Sorted_No, windows::Sorted_No_Click});
   return group;
 }
 
@@ -94,9 +94,9 @@ QWidget* make_import(Session& session, QWidget* parent) {
   auto& [on_errors, on_warnings, skip_prompt] = session.form1.STOP_ON_RED;
   auto* const group =
       make_ticks(session, parent, "File Import",
-                 {{"Halt on &errors", "STOP_ON_RED_0", on_errors, session::STOP_ON_RED_Click},
-                  {"Halt on &warnings", "STOP_ON_RED_1", on_warnings, session::STOP_ON_RED_Click},
-                  {"Skip &Prompt Fields", "STOP_ON_RED_2", skip_prompt, session::STOP_ON_RED_Click}});
+                 {{"Halt on &errors", "STOP_ON_RED_0", on_errors, windows::STOP_ON_RED_Click},
+                  {"Halt on &warnings", "STOP_ON_RED_1", on_warnings, windows::STOP_ON_RED_Click},
+                  {"Skip &Prompt Fields", "STOP_ON_RED_2", skip_prompt, windows::STOP_ON_RED_Click}});
   auto* const options = new QHBoxLayout();
   static_cast<QVBoxLayout*>(group->layout())->addLayout(options);
   add_button(*options, "I&mport Options…", "IMPORT_GRP", [&session] {
@@ -117,23 +117,23 @@ QWidget* make_preferences_tab(Session& session, QWidget* parent) {
       make_ticks(
           session, page, "New accounts",
           {{"&User must change password at next logon", "Password_Change", form.Password_Change,
-            session::Password_Change_Click},
+            windows::Password_Change_Click},
            {"User &cannot change password", "USR_Cant_Change", form.USR_Cant_Change,
-            session::USR_Cant_Change_Click},
-           {"Password &never expires", "PWD_NVR_EXPIRE", form.PWD_NVR_EXPIRE, session::PWD_NVR_EXPIRE_Click},
-           {"Account disa&bled", "New_Disabled", form.New_Disabled, session::New_Disabled_Click},
+            windows::USR_Cant_Change_Click},
+           {"Password &never expires", "PWD_NVR_EXPIRE", form.PWD_NVR_EXPIRE, windows::PWD_NVR_EXPIRE_Click},
+           {"Account disa&bled", "New_Disabled", form.New_Disabled, windows::New_Disabled_Click},
            {"Use &formatted password", "FmtPass", form.FmtPass, format::FmtPass_Click}}),
       0, 0);
   grid->addWidget(
       make_ticks(
           session, page, "Safety",
-          {{"Confirm &deletes", "Confirm_Deletes", form.Confirm_Deletes, session::Confirm_Deletes_Click},
-           {"Confirm &resets", "Confirm_Resets", form.Confirm_Resets, session::Confirm_Resets_Click},
+          {{"Confirm &deletes", "Confirm_Deletes", form.Confirm_Deletes, windows::Confirm_Deletes_Click},
+           {"Confirm &resets", "Confirm_Resets", form.Confirm_Resets, windows::Confirm_Resets_Click},
            {"Check for &administrator rights at start", "Domain_Admin", form.Domain_Admin,
-            session::Domain_Admin_Click},
-           {"Use Admin &Shares", "chkAdmin_Shares", form.chkAdmin_Shares, session::chkAdmin_Shares_Click},
+            windows::Domain_Admin_Click},
+           {"Use Admin &Shares", "chkAdmin_Shares", form.chkAdmin_Shares, windows::chkAdmin_Shares_Click},
            {"Delete Profi&le From %Username%", "Profile_Delete_Name", form.Profile_Delete_Name,
-            session::Profile_Delete_Name_Click}}),
+            windows::Profile_Delete_Name_Click}}),
       0, 1);
   grid->addWidget(make_full_names(session, page), 1, 0);
   grid->addWidget(make_import(session, page), 1, 1);

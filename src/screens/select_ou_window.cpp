@@ -1,9 +1,9 @@
 #include <QDialogButtonBox>
 #include <QVBoxLayout>
 
-#include "directory/manage_ou.hpp"
 #include "screens/form.hpp"
 #include "screens/windows.hpp"
+#include "windows/manage_ou.hpp"
 
 namespace twk::screens {
 namespace {
@@ -42,7 +42,7 @@ std::unique_ptr<QDialog> make_select_ou(session::Session& session, QWidget* pare
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
   rows->addWidget(buttons);
   on_click(*buttons->button(QDialogButtonBox::Ok), [&session, dialog] {
-    directory::Select_OU_OK_Click(session);
+    windows::Select_OU_OK_Click(session);
     dialog->accept();
   });
   QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);

@@ -3,15 +3,15 @@
 #include <QGroupBox>
 #include <QLabel>
 
-#include "editors/permissions_window.hpp"
 #include "format/passwords.hpp"
 #include "screens/bind.hpp"
 #include "screens/form.hpp"
 #include "screens/icons.hpp"
 #include "screens/tabs.hpp"
 #include "screens/text.hpp"
-#include "session/formats_tab.hpp"
-#include "session/setup_tab.hpp"
+#include "windows/editors/permissions_window.hpp"
+#include "windows/formats_tab.hpp"
+#include "windows/setup_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -67,9 +67,9 @@ QWidget* make_domain(Session& session, QWidget* parent) {
   });
   auto* const tables = new QHBoxLayout();
   rows->addRow("Tables:", tables);
-  add_button(*tables, "Set Securit&y…", "Set_Security", [&session] { editors::Set_Security_Click(session); });
+  add_button(*tables, "Set Securit&y…", "Set_Security", [&session] { windows::Set_Security_Click(session); });
   add_button(*tables, "Share &Permissions…", "Sharepermissions",
-             [&session] { editors::Sharepermissions_Click(session); });
+             [&session] { windows::Sharepermissions_Click(session); });
   tables->addStretch();
   return group;
 }
@@ -101,10 +101,10 @@ QWidget* make_account_names(Session& session, QWidget* parent) {
   constexpr std::array kPresets = {"Last name, first initial", "First name, last initial",
                                    "First initial, last name", "First name, last name", "Custom"};
   column->addLayout(make_options(*group, kPresets, "Option1", form.Option1,
-                                 [&session] { session::Option1_Click(session); }));
+                                 [&session] { windows::Option1_Click(session); }));
   auto* const rows = new QFormLayout();
   column->addLayout(rows);
-  const Action check = [&session] { session::Check_Name_Format_Click(session); };
+  const Action check = [&session] { windows::Check_Name_Format_Click(session); };
   add_text(*rows, "For&mat:", "setupid", form.setupid, check);
   add_result(*rows, "Gives:", "testuserid", form.testuserid);
   add_text(*rows, "&If taken:", "ALTID", form.ALTID, check);
@@ -137,7 +137,7 @@ QWidget* make_commands(Session& session, QWidget* parent) {
     grid->addWidget(wait, row, 3);
     bind_to(*field, *fields.at(i));
     bind_to(*hidden, form.Run_Hidden.at(i),
-            i == 0 ? Action([&session] { session::Run_Hidden_Click(session); }) : Action());
+            i == 0 ? Action([&session] { windows::Run_Hidden_Click(session); }) : Action());
     bind_to(*wait, form.Wait_NEW.at(i));
   }
   return group;
@@ -167,7 +167,7 @@ QWidget* make_setup_tab(Session& session, QWidget* parent) {
   buttons->setContentsMargins(9, 0, 9, 9);
   outer->addLayout(buttons);
   buttons->addStretch();
-  add_button(*buttons, "&Save", "Command3", [&session] { session::Command3_Click(session); });
+  add_button(*buttons, "&Save", "Command3", [&session] { windows::Command3_Click(session); });
   return tab;
 }
 

@@ -1,10 +1,10 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "creation/share_points_form.hpp"
 #include "screens/dialog_buttons.hpp"
 #include "screens/form.hpp"
 #include "screens/windows.hpp"
+#include "windows/share_points_form.hpp"
 
 namespace twk::screens {
 
@@ -30,8 +30,8 @@ std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* p
   }
   box->addStretch(1);
   QDialogButtonBox* const buttons = add_ok_cancel(
-      *dialog, *box, "btnOK", [&session] { return creation::frmSharePoints_btnOK_Click(session); },
-      [&session] { creation::frmSharePoints_btnCancel_Click(session); });
+      *dialog, *box, "btnOK", [&session] { return windows::frmSharePoints_btnOK_Click(session); },
+      [&session] { windows::frmSharePoints_btnCancel_Click(session); });
   bind_to(*buttons->button(QDialogButtonBox::Ok), window.btnOK, {});
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("btnCancel");
   return dialog;

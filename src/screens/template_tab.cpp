@@ -3,14 +3,14 @@
 #include <QShortcut>
 #include <QStackedWidget>
 
-#include "creation/share_points_form.hpp"
-#include "editors/logon_hours.hpp"
 #include "screens/bind.hpp"
 #include "screens/form.hpp"
 #include "screens/group_lists.hpp"
 #include "screens/icons.hpp"
 #include "screens/tabs.hpp"
 #include "stores/template_tab.hpp"
+#include "windows/editors/logon_hours.hpp"
+#include "windows/share_points_form.hpp"
 
 namespace twk::screens {
 namespace {
@@ -82,7 +82,7 @@ QWidget* make_directories(Session& session, QWidget* parent) {
   rows->addRow(more);
   more->addStretch();
   add_button(*more, "S&hare Points…", "btnSharePoints", form.btnSharePoints,
-             [&session] { creation::btnSharePoints_Click(session); });
+             [&session] { windows::btnSharePoints_Click(session); });
   return group;
 }
 
@@ -140,7 +140,7 @@ QLayout* make_buttons(Session& session, QWidget* tab) {
   add_button(*buttons, "&Variables…", "Variables", form.Variables,
              [&session] { stores::Variables(session); });
   add_button(*buttons, "L&ogon Hours…", "LogonHours", form.LogonHours,
-             [&session] { editors::LogonHours_Click(session); });
+             [&session] { windows::LogonHours_Click(session); });
   buttons->addStretch();
   add_button(*buttons, "Cance&l", "Template_Cancel", [&session] { stores::Template_Cancel(session); });
   return buttons;

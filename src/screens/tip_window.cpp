@@ -10,7 +10,7 @@
 #include "screens/icons.hpp"
 #include "screens/program_windows.hpp"
 #include "screens/text.hpp"
-#include "session/tips.hpp"
+#include "windows/tips.hpp"
 
 namespace twk::screens {
 namespace {
@@ -102,7 +102,7 @@ class TipWindow final : public QDialog {
 }  // namespace
 
 void show_tip(QWidget* parent, session::Session& session) {
-  std::vector<std::string> tips = session::read_tips(session, shipped_tips());
+  std::vector<std::string> tips = windows::read_tips(session, shipped_tips());
   if (tips.empty())
     return;
   TipWindow window(std::move(tips), parent);

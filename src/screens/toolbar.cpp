@@ -7,7 +7,7 @@
 #include "screens/bind.hpp"
 #include "screens/icons.hpp"
 #include "screens/text.hpp"
-#include "session/main_window.hpp"
+#include "windows/main_window.hpp"
 
 namespace twk::screens {
 namespace {
@@ -77,7 +77,7 @@ QToolBar* make_toolbar(QMainWindow& window, session::Session& session) {
     action->setShortcut(QKeySequence(look.shortcut));
     action->setAutoRepeat(false);
     bind_to(*action, session.form1.Toolbar1.at(i),
-            [&session, key] { session::Toolbar1_ButtonClick(session, key); });
+            [&session, key] { windows::Toolbar1_ButtonClick(session, key); });
   }
   add_caption_switch(*toolbar);
   return toolbar;

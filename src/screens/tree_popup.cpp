@@ -5,7 +5,7 @@
 #include "directory/tree_popup.hpp"
 #include "screens/application.hpp"
 #include "screens/bind.hpp"
-#include "session/main_window.hpp"
+#include "windows/main_window.hpp"
 
 namespace twk::screens {
 namespace {
@@ -14,7 +14,7 @@ void add_entry(QMenu& menu, session::Session& session, int index, const QString&
   QAction* const action = menu.addAction(caption);
   action->setObjectName("mnupopup" + QString::number(index));
   bind_to(*action, session.form1.mnupopup.at(static_cast<std::size_t>(index)),
-          [&session, index] { session::mnupopup_Click(session, index); });
+          [&session, index] { windows::mnupopup_Click(session, index); });
 }
 
 void add_custom_entries(QMenu& menu, session::Session& session) {

@@ -2,9 +2,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "editors/edit_properties.hpp"
 #include "screens/edited_list.hpp"
 #include "screens/windows.hpp"
+#include "windows/editors/edit_properties.hpp"
 
 namespace twk::screens {
 
@@ -18,7 +18,7 @@ std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* pare
   look.headings = {"Name", "Value"};
   look.empty_text = "No variables. A variable \"Dept\" puts its value wherever %Dept% stands.";
   ListPane* const list = add_edited_list(*box, session, session.variables.ListView1, "ListView1",
-                                         editors::mode::kVariables, look, {true, "&Delete"});
+                                         windows::mode::kVariables, look, {true, "&Delete"});
   list->setAccessibleName("Template variables");
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog.get());
   buttons->button(QDialogButtonBox::Close)->setObjectName("Close");

@@ -1,9 +1,9 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "editors/edit_properties.hpp"
 #include "screens/edited_list.hpp"
 #include "screens/tabs.hpp"
+#include "windows/editors/edit_properties.hpp"
 
 namespace twk::screens {
 
@@ -18,7 +18,7 @@ QWidget* make_w2k_tab(session::Session& session, QWidget* parent) {
   look.headings = {"Property", "Value"};
   look.empty_text = "No properties. New adds one.";
   ListPane* const list = add_edited_list(*box, session, session.form1.ListView7, "ListView7",
-                                         editors::mode::kW2k, look, {true, "Delete"});
+                                         windows::mode::kW2k, look, {true, "Delete"});
   list->setAccessibleName("Properties of new accounts");
   return tab;
 }

@@ -1,9 +1,9 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "editors/edit_properties.hpp"
 #include "screens/edited_list.hpp"
 #include "screens/tabs.hpp"
+#include "windows/editors/edit_properties.hpp"
 
 namespace twk::screens {
 
@@ -20,7 +20,7 @@ QWidget* make_wts_tab(session::Session& session, QWidget* parent) {
   look.headings = {"Setting", "Value"};
   look.empty_text = "No settings.";
   ListPane* const list =
-      add_edited_list(*box, session, session.form1.ListView9, "ListView9", editors::mode::kWts, look, {});
+      add_edited_list(*box, session, session.form1.ListView9, "ListView9", windows::mode::kWts, look, {});
   list->setAccessibleName("Terminal-server settings");
   list->header()->resizeSection(0, 280);
   return tab;

@@ -12,7 +12,7 @@ namespace twk::session {
 
 /// Edits one row of a table.
 struct Edit_Properties {
-  std::int32_t EditPropertiesMode = 0;  ///< which list the row is of, see `editors::mode`
+  std::int32_t EditPropertiesMode = 0;  ///< which list the row is of, see `windows::mode`
   bool EditPropertiesIsNew = false;     ///< the row is not in the list yet
   controls::Label title;
   controls::Label Property;  ///< caption of the first field

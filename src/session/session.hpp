@@ -10,6 +10,7 @@
 
 #include "base/bytes.hpp"
 #include "platform/platform.hpp"
+#include "records/records.hpp"
 #include "session/account_windows.hpp"
 #include "session/activity_log.hpp"
 #include "session/ad_properties.hpp"
@@ -20,7 +21,6 @@
 #include "session/group_windows.hpp"
 #include "session/multi_user.hpp"
 #include "session/windows.hpp"
-#include "stores/records.hpp"
 
 namespace twk::session {
 
@@ -105,10 +105,10 @@ struct Session {
   platform::ObjectPtr DomainContainer;  ///< WinNT mode: the domain, bound once by its load
 
   // Records and names.
-  stores::SiteRecord ActiveSite;
-  stores::TemplateRecord ActiveTemplate;
+  records::SiteRecord ActiveSite;
+  records::TemplateRecord ActiveTemplate;
   std::int32_t LastRecordNo = 0;  ///< where the last search through the templates stopped
-  base::Bytes TemplateLogonHours = base::Bytes(stores::kLogonHoursSize, 255);
+  base::Bytes TemplateLogonHours = base::Bytes(records::kLogonHoursSize, 255);
   /// Groups of the template on the tab that cannot be shown because the domain's groups are not loaded. A
   /// save keeps them.
   std::vector<std::string> UnshownGroups;

@@ -33,15 +33,4 @@ void write_setting(Session& session, std::string_view sub_key, std::string_view 
 /// Stores "Yes" or "No".
 void write_yes_no(Session& session, std::string_view sub_key, std::string_view name, bool value);
 
-/// Start-up's reading of the settings into the session's values and the controls, in the order in which they
-/// depend on each other; writes `DBVersion` when the installation is fresh. Shows the test fields of the name
-/// formats, the custom commands of the tree's popup menu and the custom attributes.
-void read_settings(Session& session);
-
-/// The labels and boxes of the four custom attributes; those whose display name is not set, or
-/// is empty, are hidden.
-void show_custom_fields(Session& session);
-/// `txtAdmin` and `txtPassword` can be filled while `Mail_Logon` is unticked.
-void show_mail_credentials(Session& session);
-
 }  // namespace twk::session

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "session/session.hpp"
-#include "stores/record_file.hpp"
+#include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"

@@ -2,11 +2,11 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "records/old_records.hpp"
+#include "records/record_file.hpp"
+#include "records/records.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
-#include "stores/old_records.hpp"
-#include "stores/record_file.hpp"
-#include "stores/records.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
@@ -74,7 +74,7 @@ bool begins_site(std::string_view bytes) {
   return is_boolean(bytes.substr(0, 2)) && is_boolean(bytes.substr(2, 2));
 }
 bool begins_template(std::string_view bytes) {
-  const bool counted = static_cast<unsigned char>(bytes[2]) <= kMostGroups && bytes[3] == '\0';
+  const bool counted = static_cast<unsigned char>(bytes[2]) <= records::kMostGroups && bytes[3] == '\0';
   return is_boolean(bytes.substr(0, 2)) && counted;
 }
 bool begins_permission(std::string_view bytes) {
@@ -184,15 +184,19 @@ void put_in_place(Conversion& conversion, const OldFile& old, std::string_view b
 }
 
 void convert_sites(Conversion& conversion) {
-  constexpr OldFile kSites{kSiteFile,       "Site.new",
-                           "Site.v22",      kOldSiteRecordSize,
-                           kSiteRecordSize, "Error renaming Site File. File May Already exist",
+  constexpr OldFile kSites{kSiteFile,
+                           "Site.new",
+                           "Site.v22",
+                           records::kOldSiteRecordSize,
+                           records::kSiteRecordSize,
+                           "Error renaming Site File. File May Already exist",
                            begins_site};
   conversion.failure_text = "Error with site file...";
   if (finish_renaming(conversion, kSites) || !is_there(conversion, kSiteFile))
     return;
-  RecordFile file = RecordFile::open(conversion.files(), conversion.path(kSiteFile), kSiteRecordSize);
-  const RecordFile::NumbersHold held = file.hold_numbers();
+  records::RecordFile file =
+      records::RecordFile::open(conversion.files(), conversion.path(kSiteFile), records::kSiteRecordSize);
+  const records::RecordFile::NumbersHold held = file.hold_numbers();
   const auto bytes = records_to_convert(conversion, kSites);
   if (!bytes)
     return;
@@ -200,8 +204,8 @@ void convert_sites(Conversion& conversion) {
   conversion.log("Opening Site.dat");
   std::string converted;
   for_each_record(conversion, kSites, *bytes, [&converted](std::string_view record) {
-    if (!is_deleted(record))
-      converted += upgrade_site(record);
+    if (!records::is_deleted(record))
+      converted += records::upgrade_site(record);
   });
   conversion.failure_text = kSites.rename_failure;
   put_in_place(conversion, kSites, *bytes, converted);
@@ -209,32 +213,36 @@ void convert_sites(Conversion& conversion) {
 
 /// The live templates of the bytes in today's layout.
 std::string upgraded_templates(Conversion& conversion, const OldFile& old, std::string_view bytes,
-                               TemplateGeneration generation) {
+                               records::TemplateGeneration generation) {
   std::vector<std::string_view> live;
   for_each_record(conversion, old, bytes, [&live](std::string_view record) {
-    if (!is_deleted(record))
+    if (!records::is_deleted(record))
       live.push_back(record);
   });
   conversion.log(base::to_text(static_cast<std::int64_t>(live.size())) + ": templates to convert");
   std::string converted;
   for (const std::string_view record : live) {
-    conversion.log("Converting Template:" + std::string(base::trim(listed_template_name(record))));
-    converted += upgrade_template(record, generation);
+    conversion.log("Converting Template:" + std::string(base::trim(records::listed_template_name(record))));
+    converted += records::upgrade_template(record, generation);
     conversion.log("Template converted");
   }
   return converted;
 }
 
-void convert_templates(Conversion& conversion, TemplateGeneration generation) {
-  const OldFile templates{kTemplateFile,       "Template.new",
-                          "Template.v23",      old_template_record_size(generation),
-                          kTemplateRecordSize, "Error renaming template files. File may already exist.",
+void convert_templates(Conversion& conversion, records::TemplateGeneration generation) {
+  const OldFile templates{kTemplateFile,
+                          "Template.new",
+                          "Template.v23",
+                          records::old_template_record_size(generation),
+                          records::kTemplateRecordSize,
+                          "Error renaming template files. File may already exist.",
                           begins_template};
   conversion.failure_text = "Error with template file ....";
   if (finish_renaming(conversion, templates) || !is_there(conversion, kTemplateFile))
     return;
-  RecordFile file = RecordFile::open(conversion.files(), conversion.path(kTemplateFile), kTemplateRecordSize);
-  const RecordFile::NumbersHold held = file.hold_numbers();
+  records::RecordFile file = records::RecordFile::open(conversion.files(), conversion.path(kTemplateFile),
+                                                       records::kTemplateRecordSize);
+  const records::RecordFile::NumbersHold held = file.hold_numbers();
   const auto bytes = records_to_convert(conversion, templates);
   if (!bytes)
     return;
@@ -253,8 +261,13 @@ struct PermissionTable {
 
 constexpr OldFile permission_file(std::string_view file, std::string_view fresh, std::string_view kept,
                                   std::string_view failure_text) {
-  return {
-      file, fresh, kept, kOldPermissionRecordSize, kPermissionRecordSize, failure_text, begins_permission};
+  return {file,
+          fresh,
+          kept,
+          records::kOldPermissionRecordSize,
+          records::kPermissionRecordSize,
+          failure_text,
+          begins_permission};
 }
 
 constexpr std::array kPermissionTables = {
@@ -274,8 +287,9 @@ void convert_permissions(Conversion& conversion) {
     if (!bytes)
       continue;
     std::string converted;
-    for_each_record(conversion, table.old, *bytes,
-                    [&converted](std::string_view record) { converted += upgrade_permission(record); });
+    for_each_record(conversion, table.old, *bytes, [&converted](std::string_view record) {
+      converted += records::upgrade_permission(record);
+    });
     conversion.log(table.kept_line);
     conversion.log(table.fresh_line);
     put_in_place(conversion, table.old, *bytes, converted);
@@ -286,16 +300,16 @@ void run_stage(Conversion& conversion, std::int32_t stage) {
   switch (stage) {
     case conversion::kFrom1:
       convert_sites(conversion);
-      convert_templates(conversion, TemplateGeneration::k1);
+      convert_templates(conversion, records::TemplateGeneration::k1);
       break;
     case conversion::kFrom20:
-      convert_templates(conversion, TemplateGeneration::k20);
+      convert_templates(conversion, records::TemplateGeneration::k20);
       break;
     case conversion::kFrom21:
-      convert_templates(conversion, TemplateGeneration::k21);
+      convert_templates(conversion, records::TemplateGeneration::k21);
       break;
     case conversion::kFrom22:
-      convert_templates(conversion, TemplateGeneration::k22);
+      convert_templates(conversion, records::TemplateGeneration::k22);
       break;
     default:
       convert_permissions(conversion);

@@ -4,9 +4,10 @@
 #include <functional>
 
 #include "base/text.hpp"
+#include "records/record_file.hpp"
+#include "records/terminal_server_rows.hpp"
 #include "session/session.hpp"
-#include "stores/record_file.hpp"
-#include "stores/terminal_server_rows.hpp"
+#include "stores/database_files.hpp"
 
 namespace twk::stores {
 namespace {
@@ -106,26 +107,28 @@ void save_wts_table(Session& session) {
 
 void fill_wts_rows(Session& session) {
   session.form1.ListView9.clear();
-  for (const TerminalServerRow& row : kTerminalServerRows)
+  for (const records::TerminalServerRow& row : records::kTerminalServerRows)
     session.form1.ListView9.add(std::string(row.key), std::string(row.text), {}, {std::string()});
 }
 
-std::vector<PermissionRecord> read_permissions(Session& session, std::string_view file) {
-  std::vector<PermissionRecord> records;
-  RecordFile::open_read(session.platform.files, database_path(session, file), kPermissionRecordSize)
+std::vector<records::PermissionRecord> read_permissions(Session& session, std::string_view file) {
+  std::vector<records::PermissionRecord> records;
+  records::RecordFile::open_read(session.platform.files, database_path(session, file),
+                                 records::kPermissionRecordSize)
       .search([&records](std::string_view bytes) {
-        records.push_back(decode_permission(bytes));
+        records.push_back(records::decode_permission(bytes));
         return false;
       });
   return records;
 }
 
-void write_permissions(Session& session, std::string_view file, std::span<const PermissionRecord> records) {
+void write_permissions(Session& session, std::string_view file,
+                       std::span<const records::PermissionRecord> records) {
   std::string bytes;
-  for (const PermissionRecord& record : records)
-    bytes += encode_permission(record);
+  for (const records::PermissionRecord& record : records)
+    bytes += records::encode_permission(record);
   if (records.empty() && base::equals_fold(file, kSharePermissionFile))
-    bytes = encode_permission({false, "Everyone", "Full Control", {}});
+    bytes = records::encode_permission({false, "Everyone", "Full Control", {}});
   session.platform.files.write(database_path(session, file), bytes);
 }
 

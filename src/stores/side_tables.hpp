@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "stores/records.hpp"
+#include "records/records.hpp"
 
 namespace twk::session {
 struct Session;
@@ -43,9 +43,9 @@ void save_wts_table(session::Session& session);
 void fill_wts_rows(session::Session& session);
 
 /// The records of "Permissions.dat" or "SharePerm.dat", by name; none when the file is not there.
-std::vector<PermissionRecord> read_permissions(session::Session& session, std::string_view file);
+std::vector<records::PermissionRecord> read_permissions(session::Session& session, std::string_view file);
 /// Replaces them. An empty "SharePerm.dat" gets one record that gives "Everyone" the access "Full Control".
 void write_permissions(session::Session& session, std::string_view file,
-                       std::span<const PermissionRecord> records);
+                       std::span<const records::PermissionRecord> records);
 
 }  // namespace twk::stores

@@ -1,9 +1,10 @@
 #include "stores/site_store.hpp"
 
 #include "base/text.hpp"
+#include "records/record_file.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
-#include "stores/record_file.hpp"
+#include "stores/database_files.hpp"
 #include "stores/typed_text.hpp"
 
 namespace twk::stores {
@@ -104,10 +105,10 @@ void show_kind(Form1& form1, bool exchange_2000) {
 }
 
 /// The first live record of a name.
-RecordSearch find_live(RecordFile& file, std::string_view name) {
+records::RecordSearch find_live(records::RecordFile& file, std::string_view name) {
   const std::string wanted = folded_name(name);
   return file.search([&wanted](std::string_view bytes) {
-    return !is_deleted(bytes) && folded_name(decode_site(bytes).Name) == wanted;
+    return !records::is_deleted(bytes) && folded_name(records::decode_site(bytes).Name) == wanted;
   });
 }
 
@@ -155,8 +156,8 @@ bool can_save(Session& session, std::string_view name) {
   return true;
 }
 
-SiteRecord record_of_fields(const Form1& form1, std::string_view name) {
-  SiteRecord record;
+records::SiteRecord record_of_fields(const Form1& form1, std::string_view name) {
+  records::SiteRecord record;
   record.Exchange2000 = is_exchange_2000(form1);
   record.Name = name;
   record.NTServer = form1.NTSERVER.text;
@@ -169,18 +170,18 @@ SiteRecord record_of_fields(const Form1& form1, std::string_view name) {
 }
 
 /// False when there is no live record of that name.
-bool replace_live(RecordFile& file, std::string_view name, const std::string& bytes) {
-  const RecordFile::NumbersHold held = file.hold_numbers();
-  const RecordSearch live = find_live(file, name);
+bool replace_live(records::RecordFile& file, std::string_view name, const std::string& bytes) {
+  const records::RecordFile::NumbersHold held = file.hold_numbers();
+  const records::RecordSearch live = find_live(file, name);
   if (live.found)
     file.write(live.number, bytes);
   return live.found;
 }
 
 void write_record(Session& session, std::string_view name) {
-  const std::string bytes = encode_site(record_of_fields(session.form1, name));
-  RecordFile file =
-      RecordFile::open(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
+  const std::string bytes = records::encode_site(record_of_fields(session.form1, name));
+  records::RecordFile file = records::RecordFile::open(
+      session.platform.files, database_path(session, kSiteFile), records::kSiteRecordSize);
   if (session.EditingSite && replace_live(file, name, bytes))
     return;
   file.append(bytes);
@@ -199,17 +200,17 @@ void list_new_site(Session& session, const std::string& name) {
 }
 
 void mark_record_deleted(Session& session, std::string_view name) {
-  RecordFile file =
-      RecordFile::open(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
-  const RecordFile::NumbersHold held = file.hold_numbers();
-  RecordSearch live = find_live(file, name);
+  records::RecordFile file = records::RecordFile::open(
+      session.platform.files, database_path(session, kSiteFile), records::kSiteRecordSize);
+  const records::RecordFile::NumbersHold held = file.hold_numbers();
+  records::RecordSearch live = find_live(file, name);
   if (!live.found)
     return;
-  mark_deleted(live.bytes);
+  records::mark_deleted(live.bytes);
   file.write(live.number, live.bytes);
 }
 
-void show_site(Form1& form1, const SiteRecord& site) {
+void show_site(Form1& form1, const records::SiteRecord& site) {
   forget_stores(form1);
   show_kind(form1, site.Exchange2000);
   form1.NTSERVER.text = std::string(base::trim(site.NTServer));
@@ -219,12 +220,13 @@ void show_site(Form1& form1, const SiteRecord& site) {
   form1.Mail_Store.text = std::string(base::trim(site.MailStore));
 }
 
-RecordFile open_to_read(Session& session) {
-  return RecordFile::open_read(session.platform.files, database_path(session, kSiteFile), kSiteRecordSize);
+records::RecordFile open_to_read(Session& session) {
+  return records::RecordFile::open_read(session.platform.files, database_path(session, kSiteFile),
+                                        records::kSiteRecordSize);
 }
 
 /// Tells once that a deleted site is loaded in place of the one that bears its name today.
-void tell_shadow(Session& session, RecordFile& file, std::string_view name) {
+void tell_shadow(Session& session, records::RecordFile& file, std::string_view name) {
   if (!find_live(file, name).found || !session.told_shadows.insert(folded_name(name)).second)
     return;
   session::LOG_TAB(session, session::kYellow,
@@ -235,13 +237,13 @@ void tell_shadow(Session& session, RecordFile& file, std::string_view name) {
 /// False, and the tab as it was, when there is no such site.
 bool load(Session& session, std::string_view name) {
   const std::string_view wanted = base::trim(name);
-  RecordFile file = open_to_read(session);
-  const RecordSearch found =
-      file.search([&](std::string_view bytes) { return base::trim(decode_site(bytes).Name) == wanted; });
-  if (found.found && is_deleted(found.bytes))
+  records::RecordFile file = open_to_read(session);
+  const records::RecordSearch found = file.search(
+      [&](std::string_view bytes) { return base::trim(records::decode_site(bytes).Name) == wanted; });
+  if (found.found && records::is_deleted(found.bytes))
     tell_shadow(session, file, wanted);
   if (found.number > 0)
-    session.ActiveSite = decode_site(found.bytes);
+    session.ActiveSite = records::decode_site(found.bytes);
   if (found.found)
     show_site(session.form1, session.ActiveSite);
   return found.found;
@@ -267,9 +269,9 @@ void load_sites(Session& session) {
   base::Trap trap;
   trap([&] {
     open_to_read(session).search([&](std::string_view bytes) {
-      if (is_deleted(bytes))
+      if (records::is_deleted(bytes))
         return false;
-      const std::string name(base::trim(decode_site(bytes).Name));
+      const std::string name(base::trim(records::decode_site(bytes).Name));
       form1.NUsitename.locked = true;
       form1.ListView2.add({}, name, "SITE");
       form1.NUsitename.add_item(name);
@@ -323,7 +325,7 @@ void site_name_edited(Session& session, std::string_view typed) {
     refuse_new_name(session, "Site Name cannot be Blank");
   } else if (is_taken(form1, name)) {
     refuse_new_name(session, "Site name already used");
-  } else if (base::length(name) > kSiteNameLength) {
+  } else if (base::length(name) > records::kSiteNameLength) {
     refuse_new_name(session, "Site name too long (20 chrs max)");
   } else {
     form1.ListView2.set_text(*row, name);
@@ -337,9 +339,9 @@ void Edit_Site(Session& session) {
     return;
   // What is saved over the live record begins with its own fields, not with those of a deleted namesake.
   try {
-    RecordFile file = open_to_read(session);
-    if (const RecordSearch live = find_live(file, name); live.found)
-      show_site(session.form1, decode_site(live.bytes));
+    records::RecordFile file = open_to_read(session);
+    if (const records::RecordSearch live = find_live(file, name); live.found)
+      show_site(session.form1, records::decode_site(live.bytes));
   } catch (const base::RuntimeError& failure) {
     report_file_error(session, kSiteFile, failure);
     return;

@@ -5,8 +5,9 @@
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
 #include "directory/load_options.hpp"
+#include "records/record_file.hpp"
 #include "session/session.hpp"
-#include "stores/record_file.hpp"
+#include "stores/database_files.hpp"
 #include "stores/typed_text.hpp"
 
 namespace twk::stores {
@@ -15,25 +16,25 @@ namespace {
 using session::Form1;
 using session::Session;
 
-RecordFile open_templates(Session& session) {
-  return RecordFile::open_read(session.platform.files, database_path(session, kTemplateFile),
-                               kTemplateRecordSize);
+records::RecordFile open_templates(Session& session) {
+  return records::RecordFile::open_read(session.platform.files, database_path(session, kTemplateFile),
+                                        records::kTemplateRecordSize);
 }
 
 /// Leaves the record at which the search stopped where the searches leave it.
-bool keep(Session& session, const RecordSearch& search) {
+bool keep(Session& session, const records::RecordSearch& search) {
   session.LastRecordNo = search.number;
   if (search.number > 0)
-    session.ActiveTemplate = decode_template(search.bytes);
+    session.ActiveTemplate = records::decode_template(search.bytes);
   return search.found;
 }
 
 void show_variables(Session& session) {
-  const TemplateRecord& record = session.ActiveTemplate;
+  const records::TemplateRecord& record = session.ActiveTemplate;
   controls::ListView& rows = session.variables.ListView1;
   const controls::DrawingOff off(rows);
   rows.clear();
-  for (std::size_t i = 1; i < kVariableSlots; ++i) {
+  for (std::size_t i = 1; i < records::kVariableSlots; ++i) {
     const std::string_view name = base::trim(record.VariableNames.at(i));
     const std::string_view value = base::trim(record.VariableValues.at(i));
     if (!name.empty() || !value.empty())
@@ -55,7 +56,7 @@ bool take_group(Form1& form1, std::string_view name) {
 }
 
 void show_groups(Session& session) {
-  const TemplateRecord& record = session.ActiveTemplate;
+  const records::TemplateRecord& record = session.ActiveTemplate;
   session.UnshownGroups.clear();
   if (record.GroupCount == 0)
     return;
@@ -84,7 +85,7 @@ void set_share_points(Session& session, std::string_view home, std::string_view 
 /// `ActiveTemplate` onto the tab.
 void show_template(Session& session) {
   Form1& form1 = session.form1;
-  const TemplateRecord& record = session.ActiveTemplate;
+  const records::TemplateRecord& record = session.ActiveTemplate;
   form1.propath.text = trimmed(record.ProfilePath);
   form1.homedir.text = trimmed(record.HomeDir);
   form1.Profilepath.text = trimmed(record.ProfileDirPath);
@@ -105,8 +106,9 @@ void show_template(Session& session) {
 /// False, and the tab empty, when there is no such template.
 bool load(Session& session, std::string_view name) {
   Template_Group_Sort(session);
-  const RecordSearch search = open_templates(session).search(
-      [name](std::string_view bytes) { return !is_deleted(bytes) && listed_template_name(bytes) == name; });
+  const records::RecordSearch search = open_templates(session).search([name](std::string_view bytes) {
+    return !records::is_deleted(bytes) && records::listed_template_name(bytes) == name;
+  });
   if (keep(session, search)) {
     show_template(session);
   } else {
@@ -136,8 +138,8 @@ std::string share_point(std::string_view typed) {
 
 std::int32_t Find_Template(Session& session) {
   const std::string wanted = folded_name(session.form1.templatelst.text.get());
-  const RecordSearch search = open_templates(session).search([&wanted](std::string_view bytes) {
-    return !is_deleted(bytes) && folded_name(listed_template_name(bytes)) == wanted;
+  const records::RecordSearch search = open_templates(session).search([&wanted](std::string_view bytes) {
+    return !records::is_deleted(bytes) && folded_name(records::listed_template_name(bytes)) == wanted;
   });
   return keep(session, search) ? search.number : -1;
 }
@@ -156,7 +158,7 @@ void require_template(Session& session, std::string_view name) {
 }
 
 void load_template_record(Session& session, std::int32_t number) {
-  const TemplateRecord record = decode_template(open_templates(session).read(number));
+  const records::TemplateRecord record = records::decode_template(open_templates(session).read(number));
   Template_Group_Sort(session);
   session.ActiveTemplate = record;
   show_template(session);
@@ -181,9 +183,9 @@ void load_templates(Session& session) {
   base::Trap trap;
   trap([&] {
     open_templates(session).search([&session](std::string_view bytes) {
-      if (is_deleted(bytes))
+      if (records::is_deleted(bytes))
         return false;
-      const std::string name = listed_template_name(bytes);
+      const std::string name = records::listed_template_name(bytes);
       session.form1.nutemplate.locked = true;
       session.form1.templatelst.add_item(name);
       session.form1.nutemplate.add_item(name);

@@ -4,9 +4,10 @@
 #include <functional>
 
 #include "base/text.hpp"
+#include "records/record_file.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
-#include "stores/record_file.hpp"
+#include "stores/database_files.hpp"
 #include "stores/template_store.hpp"
 #include "stores/typed_text.hpp"
 
@@ -70,8 +71,9 @@ bool is_drive(std::string_view text) {
          ((text[0] >= 'A' && text[0] <= 'Z') || (text[0] >= 'a' && text[0] <= 'z'));
 }
 
-RecordFile open_templates(Session& session) {
-  return RecordFile::open(session.platform.files, database_path(session, kTemplateFile), kTemplateRecordSize);
+records::RecordFile open_templates(Session& session) {
+  return records::RecordFile::open(session.platform.files, database_path(session, kTemplateFile),
+                                   records::kTemplateRecordSize);
 }
 
 /// The number of the chosen template's record, for a change to it.
@@ -89,7 +91,7 @@ bool can_take_new_name(Session& session) {
   if (refuses(session, record_name_refusal, {name}))
     return false;
   form1.templatelst.text = name;
-  const std::string wanted = folded_name(padded_template_name(name));
+  const std::string wanted = folded_name(records::padded_template_name(name));
   const auto& items = form1.templatelst.items();
   if (std::none_of(items.begin(), items.end(),
                    [&wanted](const std::string& item) { return folded_name(item) == wanted; }))
@@ -138,22 +140,22 @@ bool can_save(Session& session) {
 
 /// Brings the chosen template's own record into `ActiveTemplate`, changes it there and writes it.
 void change_record(Session& session, const std::function<void()>& change) {
-  RecordFile file = open_templates(session);
-  const RecordFile::NumbersHold held = file.hold_numbers();
+  records::RecordFile file = open_templates(session);
+  const records::RecordFile::NumbersHold held = file.hold_numbers();
   const std::int32_t number = record_to_change(session);
   change();
-  file.write(number, encode_template(session.ActiveTemplate));
+  file.write(number, records::encode_template(session.ActiveTemplate));
 }
 
 void fill_record(Session& session) {
   const Form1& form1 = session.form1;
-  TemplateRecord& record = session.ActiveTemplate;
+  records::TemplateRecord& record = session.ActiveTemplate;
   record.Deleted = false;
   std::vector<std::string> groups;
   for (std::size_t i = 0; i < form1.ListView6.size(); ++i)
     groups.push_back(form1.ListView6.at(i).text);
   groups.insert(groups.end(), session.UnshownGroups.begin(), session.UnshownGroups.end());
-  groups.resize(std::min(groups.size(), kMostGroups));
+  groups.resize(std::min(groups.size(), records::kMostGroups));
   record.GroupCount = static_cast<std::int16_t>(groups.size());
   record.Name = base::trim(form1.templatelst.text.get());
   record.ProfilePath = form1.propath.text;
@@ -174,7 +176,7 @@ void fill_record(Session& session) {
 void write_record(Session& session) {
   if (!session.EditingTemplate) {
     fill_record(session);
-    const std::string bytes = encode_template(session.ActiveTemplate);
+    const std::string bytes = records::encode_template(session.ActiveTemplate);
     session.LastRecordNo = open_templates(session).append(bytes);
     return;
   }
@@ -183,7 +185,7 @@ void write_record(Session& session) {
 
 void list_new_template(Session& session) {
   Form1& form1 = session.form1;
-  const std::string name = padded_template_name(session.ActiveTemplate.Name);
+  const std::string name = records::padded_template_name(session.ActiveTemplate.Name);
   form1.templatelst.add_item(name);
   form1.nutemplate.add_item(name);
   session.multi_user.Multi_Template.add_item(name);
@@ -275,11 +277,11 @@ void DeleteTemplate(Session& session) {
     return;
   const session::WorkingStatus deleting(form1, "Deleting Template...");
   try {
-    RecordFile file = open_templates(session);
-    const RecordFile::NumbersHold held = file.hold_numbers();
+    records::RecordFile file = open_templates(session);
+    const records::RecordFile::NumbersHold held = file.hold_numbers();
     if (const std::int32_t number = Find_Template(session); number > 0) {
       std::string bytes = file.read(number);
-      mark_deleted(bytes);
+      records::mark_deleted(bytes);
       file.write(number, bytes);
     }
   } catch (const base::RuntimeError& failure) {
@@ -320,7 +322,7 @@ void add_Click(Session& session) {
       warn(session, refusal, "Group Not Added");
       continue;
     }
-    if (form1.ListView6.size() + session.UnshownGroups.size() >= kMostGroups) {
+    if (form1.ListView6.size() + session.UnshownGroups.size() >= records::kMostGroups) {
       warn(session, "Templates Limited to 75 Groups", "Max Groups Reached");
       return;
     }
@@ -371,8 +373,8 @@ void Varibles_Form_Unload(Session& session) {
   const controls::ListView& rows = session.variables.ListView1;
   try {
     change_record(session, [&] {
-      TemplateRecord& record = session.ActiveTemplate;
-      for (std::size_t slot = 1; slot < kVariableSlots; ++slot) {
+      records::TemplateRecord& record = session.ActiveTemplate;
+      for (std::size_t slot = 1; slot < records::kVariableSlots; ++slot) {
         const bool used = slot <= rows.size();
         record.VariableNames.at(slot) = used ? rows.at(slot - 1).text : std::string();
         const bool has_value = used && !rows.at(slot - 1).sub_items.empty();

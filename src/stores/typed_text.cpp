@@ -1,8 +1,8 @@
 #include "stores/typed_text.hpp"
 
 #include "base/text.hpp"
+#include "records/records.hpp"
 #include "session/session.hpp"
-#include "stores/records.hpp"
 
 namespace twk::stores {
 
@@ -20,12 +20,12 @@ std::string name_refusal(std::string_view name) {
 
 std::string record_refusal(std::string_view text) {
   std::string refusal = control_refusal(text);
-  return refusal.empty() ? code_page_refusal(text) : refusal;
+  return refusal.empty() ? records::code_page_refusal(text) : refusal;
 }
 
 std::string record_name_refusal(std::string_view name) {
   std::string refusal = name_refusal(name);
-  return refusal.empty() ? code_page_refusal(name) : refusal;
+  return refusal.empty() ? records::code_page_refusal(name) : refusal;
 }
 
 bool refuses(session::Session& session, std::string (*refusal_of)(std::string_view),

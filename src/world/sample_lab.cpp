@@ -7,11 +7,11 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "session/settings.hpp"
-#include "session/start_up.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 #include "stores/template_tab.hpp"
+#include "windows/start_up.hpp"
 
 namespace twk::world {
 namespace {
@@ -148,8 +148,8 @@ void fill_tables(Session& session) {
   }
   stores::save_wts_table(session);
   const std::array permissions = {
-      stores::PermissionRecord{true, "%Domain%\\Domain Admins", "Full Control", {}},
-      stores::PermissionRecord{false, "%Domain%\\%UserName%", "Change", {}}};
+      records::PermissionRecord{true, "%Domain%\\Domain Admins", "Full Control", {}},
+      records::PermissionRecord{false, "%Domain%\\%UserName%", "Change", {}}};
   stores::write_permissions(session, stores::kPermissionFile, permissions);
   stores::write_permissions(session, stores::kSharePermissionFile, {});
 }
@@ -213,7 +213,7 @@ void make_sample_lab(const std::filesystem::path& folder, const lab::LabPlan& pl
   record_domain(world);
   prepare_sample(world);
   Session session(world.services(), "", world.program_directory());
-  if (session::start_session(session) != session::StartUp::kReady)
+  if (windows::start_session(session) != windows::StartUp::kReady)
     refuse("The session on the new lab did not come up.");
   fill_sample_stores(session);
 }

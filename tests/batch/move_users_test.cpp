@@ -23,7 +23,7 @@ void open_to_move(MultiUserWorld& world) {
   }
   world.open();
   world.window.Multi_Site.text = std::string("Head Office");
-  world.window.Multi_Template.text = stores::padded_template_name("Staff");
+  world.window.Multi_Template.text = records::padded_template_name("Staff");
   world.window.UserData.index = 2;
   world.window.No_Prompt.value = 1;
 }

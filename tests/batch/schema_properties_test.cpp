@@ -3,7 +3,7 @@
 #include <set>
 
 #include "batch/property_world.hpp"
-#include "stores/terminal_server_rows.hpp"
+#include "records/terminal_server_rows.hpp"
 
 namespace twk::batch {
 namespace {
@@ -77,7 +77,7 @@ TEST(SchemaProperties, ListIsFilledOnceForADomain) {
   world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
   world.dialogs.expect("Error Setting AD Properties in mutliuser form");
   prepare_properties(world.session);
-  EXPECT_EQ(tab.AD_Properties.items().size(), stores::kTerminalServerRows.size());
+  EXPECT_EQ(tab.AD_Properties.items().size(), records::kTerminalServerRows.size());
   prepare_properties(world.session);
   EXPECT_GT(tab.AD_Properties.items().size(), 200U);
   tab.AD_Properties.text = "title";

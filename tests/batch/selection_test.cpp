@@ -3,7 +3,7 @@
 #include "batch/multi_user_world.hpp"
 #include "batch/selection_walk.hpp"
 #include "controls/tree_view.hpp"
-#include "session/main_window.hpp"
+#include "windows/main_window.hpp"
 
 namespace twk::batch {
 namespace {
@@ -157,7 +157,7 @@ TEST(SelectionWindow, ListsSitesTemplatesAndExchangeServersOnce) {
   world.site.ExchangeServer = "EX55";
   world.open();
   EXPECT_THAT(world.window.Multi_Site.items(), ElementsAre("Head Office"));
-  EXPECT_THAT(world.window.Multi_Template.items(), ElementsAre(stores::padded_template_name("Staff")));
+  EXPECT_THAT(world.window.Multi_Template.items(), ElementsAre(records::padded_template_name("Staff")));
   EXPECT_THAT(world.window.EX_Server.items(), ElementsAre("Exchange 2000", "EX55"));
   world.files.fail_from(1, base::error::kPermissionDenied);
   world.dialogs.expect("Error Opening site file, In multiuser form\r\nCheck 'Path to Database' in setup tab");
@@ -175,10 +175,10 @@ TEST_P(Selection, ThePopupTakesTheUserOfTheTreeIntoTheWindow) {
   world.dialogs.on_modal = [&](std::string_view name) {
     shown.push_back(std::string(name) + " " + std::to_string(world.window.SSTab1));
   };
-  session::mnupopup_Click(world.session, 4);
+  windows::mnupopup_Click(world.session, 4);
   world.window.ListView1.set_ghosted(world.window.ListView1.at(0), true);
-  session::mnupopup_Click(world.session, 5);
-  session::Toolbar1_ButtonClick(world.session, "MultiUser");
+  windows::mnupopup_Click(world.session, 5);
+  windows::Toolbar1_ButtonClick(world.session, "MultiUser");
   EXPECT_THAT(shown, ElementsAre("MultiUser 0", "MultiUser 1", "MultiUser 1"));
   EXPECT_EQ(world.texts(world.window.ListView1), Names{"ben"});
   EXPECT_EQ(world.window.ListView1.at(0).key, world.key("ben"));

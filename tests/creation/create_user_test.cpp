@@ -122,7 +122,7 @@ TEST_P(InEveryKindOfDomain, TheSecondFormatAndThenItsSerialNumberFindAFreeName) 
     world.session.share_points.HomeSharePoint.clear();
     world.type_names("Jo", "", "Smith");
     CreateUser_Click(world.session);
-    world.session.form1.nutemplate.text = stores::padded_template_name("Staff");
+    world.session.form1.nutemplate.text = records::padded_template_name("Staff");
   }
   EXPECT_THAT(world.log_tab(),
               testing::IsSupersetOf({"GREEN Jo.Smith Created User ", "GREEN Jo.Smith7 Created User ",

@@ -54,7 +54,7 @@ class EveryStage : public test::MailSession {
   }
 
  private:
-  static stores::PermissionRecord row(const char* access) { return {false, "%UserName%", access, ""}; }
+  static records::PermissionRecord row(const char* access) { return {false, "%UserName%", access, ""}; }
 };
 
 class AllStages : public testing::TestWithParam<DomainKind> {};

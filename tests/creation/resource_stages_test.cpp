@@ -7,7 +7,7 @@ namespace twk::creation {
 namespace {
 
 using lab::DomainKind;
-using stores::PermissionRecord;
+using records::PermissionRecord;
 using test::LabSession;
 using testing::ElementsAre;
 using testing::HasSubstr;

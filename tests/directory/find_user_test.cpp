@@ -2,8 +2,8 @@
 
 #include "directory/tree.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/start_up.hpp"
 #include "support/lab_session.hpp"
+#include "windows/start_up.hpp"
 
 namespace twk::directory {
 namespace {
@@ -88,7 +88,7 @@ TEST_F(FindUser, AUserOutsideTheManagedOuIsNotFound) {
   add_user("Zed Inside", "OU=Sales,DC=twk,DC=test");
   add_user("Zed Outside", "CN=Users,DC=twk,DC=test");
   lab.set("Setup", "OU", "OU=Sales,DC=twk,DC=test");
-  ASSERT_EQ(session::start_session(lab.session), session::StartUp::kReady);
+  ASSERT_EQ(windows::start_session(lab.session), windows::StartUp::kReady);
   EXPECT_THAT(found("zed"), testing::ElementsAre("Zed Inside"));
   window.ListView1.clear();
   controls::ListRow& outside =

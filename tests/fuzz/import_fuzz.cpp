@@ -6,7 +6,7 @@
 
 #include "batch/csv_layout.hpp"
 #include "fuzz/fuzz_world.hpp"
-#include "stores/records.hpp"
+#include "records/records.hpp"
 
 /// The bytes of an import file, of which each line goes through layout, splitting, names and the checks of a
 /// creation, to the point where an account would be made.
@@ -14,14 +14,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   twk::test::FuzzWorld world;
   twk::session::Session& session = world.session;
   world.files.contents.assign(reinterpret_cast<const char*>(data), size);
-  twk::stores::TemplateRecord staff;
+  twk::records::TemplateRecord staff;
   staff.Name = "Staff";
-  twk::stores::SiteRecord head_office;
+  twk::records::SiteRecord head_office;
   head_office.Name = "Head Office";
-  world.files.records = {{"Template.dat", twk::stores::encode_template(staff)},
-                         {"Site.dat", twk::stores::encode_site(head_office)}};
+  world.files.records = {{"Template.dat", twk::records::encode_template(staff)},
+                         {"Site.dat", twk::records::encode_site(head_office)}};
   // As the list of templates has it, with the blanks of the record.
-  session.form1.nutemplate.text = twk::stores::listed_template_name(world.files.records["Template.dat"]);
+  session.form1.nutemplate.text = twk::records::listed_template_name(world.files.records["Template.dat"]);
   session.form1.NUsitename.text = std::string("Head Office");
   session.form1.setupid.text = std::string("%first%#1%last%%IMPORT4%");
   session.form1.ALTID.text = std::string("%last%%n%");

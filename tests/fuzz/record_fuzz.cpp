@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "stores/old_records.hpp"
-#include "stores/records.hpp"
+#include "records/old_records.hpp"
+#include "records/records.hpp"
 
 namespace {
 
@@ -29,7 +29,7 @@ std::string sized(std::string_view bytes, std::size_t size) {
 
 /// A record of an older generation becomes one of today, as long as those are.
 void upgrade(std::string_view bytes) {
-  using namespace twk::stores;
+  using namespace twk::records;
   bool whole = upgrade_site(sized(bytes, kOldSiteRecordSize)).size() == kSiteRecordSize &&
                upgrade_permission(sized(bytes, kOldPermissionRecordSize)).size() == kPermissionRecordSize;
   for (const auto generation :
@@ -44,7 +44,7 @@ void upgrade(std::string_view bytes) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace twk::stores;
+  using namespace twk::records;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   upgrade(bytes);
   round_trip(bytes, kSiteRecordSize, decode_site, encode_site);

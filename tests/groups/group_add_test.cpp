@@ -1,7 +1,7 @@
 #include "groups/group_add.hpp"
 
-#include "directory/manage_ou.hpp"
 #include "groups/groups_world.hpp"
+#include "windows/manage_ou.hpp"
 
 namespace twk::groups {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "lifecycle/lifecycle_world.hpp"
 #include "platform/acl.hpp"
-#include "stores/records.hpp"
+#include "records/records.hpp"
 
 namespace twk::lifecycle {
 namespace {

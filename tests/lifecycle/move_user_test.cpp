@@ -53,10 +53,10 @@ class MoveWorld : public LifecycleWorld {
     set("Setup", "BatchFileMove", "moved.cmd %Domain% %NTServer% %UserName%");
     start_with(home, profile);
     stores::write_permissions(session, "SharePerm.dat",
-                              std::vector{stores::PermissionRecord{false, "Everyone", "Full Control", ""}});
+                              std::vector{records::PermissionRecord{false, "Everyone", "Full Control", ""}});
     session::MultiUser& window = session.multi_user;
     window.Multi_Site.text = std::string("Head Office");
-    window.Multi_Template.text = stores::padded_template_name("Staff");
+    window.Multi_Template.text = records::padded_template_name("Staff");
     window.UserData.index = data;
     session.runs.Move_Running = true;
   }
@@ -91,7 +91,7 @@ class MoveWorld : public LifecycleWorld {
            session.multi_user.No_Prompt.on();
   }
   void write_template() {
-    test::put_file((folder.path() / "db/Template.dat").string(), stores::encode_template(staff));
+    test::put_file((folder.path() / "db/Template.dat").string(), records::encode_template(staff));
   }
   void set_profile(const std::string& path) {
     const platform::ObjectPtr jo = account("jo");

@@ -10,21 +10,16 @@
 #include "batch/schema_properties.hpp"
 #include "controls/tree_view.hpp"
 #include "creation/create_user.hpp"
-#include "creation/share_points_form.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/ad_options.hpp"
 #include "directory/find_user.hpp"
-#include "directory/manage_ou.hpp"
 #include "directory/tree.hpp"
 #include "directory/user_details.hpp"
-#include "editors/custom_properties.hpp"
-#include "editors/edit_properties.hpp"
-#include "editors/logon_hours.hpp"
-#include "editors/permissions_window.hpp"
 #include "groups/copy_group.hpp"
 #include "groups/groups_window.hpp"
 #include "lifecycle/popup_commands.hpp"
 #include "mail/search_mail.hpp"
+#include "records/records.hpp"
 #include "screens/application.hpp"
 #include "screens/help_topics.hpp"
 #include "screens/main_window.hpp"
@@ -32,12 +27,17 @@
 #include "screens/qt_dialogs.hpp"
 #include "screens/text.hpp"
 #include "screens/windows.hpp"
-#include "session/main_window.hpp"
-#include "session/start_up.hpp"
-#include "stores/records.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_tab.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/editors/custom_properties.hpp"
+#include "windows/editors/edit_properties.hpp"
+#include "windows/editors/logon_hours.hpp"
+#include "windows/editors/permissions_window.hpp"
+#include "windows/main_window.hpp"
+#include "windows/manage_ou.hpp"
+#include "windows/share_points_form.hpp"
+#include "windows/start_up.hpp"
 #include "world/sample_lab.hpp"
 
 /// Saves a picture of each tab and window of the program, over a sample lab: for looking at what was changed,
@@ -88,7 +88,7 @@ void fill(session::Session& session) {
     controls::TreeNode* const unit = form.TreeView1.find(kNewStarters);
     form.TreeView1.select(unit);
     directory::TreeView1_Expand(session, *unit);
-    form.nutemplate.text = stores::padded_template_name("Staff");
+    form.nutemplate.text = records::padded_template_name("Staff");
     form.NUsitename.text = std::string("Head Office");
     form.strFirst.text = person.first;
     form.strLast.text = person.last;
@@ -99,9 +99,9 @@ void fill(session::Session& session) {
   form.SSTab1 = session::tab::kNewUser;
   form.ListView2.select(&form.ListView2.at(0));
   stores::ListView2_Click(session);
-  form.nutemplate.text = stores::padded_template_name("Staff");
+  form.nutemplate.text = records::padded_template_name("Staff");
   form.NUsitename.text = std::string("Head Office");
-  form.templatelst.text = stores::padded_template_name("Staff");
+  form.templatelst.text = records::padded_template_name("Staff");
   stores::templatelst_Click(session);
 }
 
@@ -158,25 +158,25 @@ std::vector<Window> windows() {
              batch::load_csv_layout(session, TWK_SOURCE_DIR "/samples/new-starters.csv");
              session.platform.dialogs.show_modal("CSV_Import");
            }},
-          {"custom", by(editors::show_custom)},
+          {"custom", by(windows::show_custom)},
           {"edit-properties",
            [](session::Session& session) {
              controls::ListView& rows = session.form1.ListView7;
              rows.select(&rows.at(0));
-             editors::Listviewmnu_Edit(session, 0);
+             windows::Listviewmnu_Edit(session, 0);
            }},
           {"find-user", by(directory::Find_User)},
           {"group-add", by(groups::Groupsfrm_Add_Group_Click)},
           {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
-          {"logon-hours", by(editors::LogonHours_Click)},
+          {"logon-hours", by(windows::LogonHours_Click)},
           {"multi-user", by(batch::show_multi_user)},
           {"multi-user-delete", multi_user(session::multi_tab::kDelete)},
           {"multi-user-move", multi_user(session::multi_tab::kMove)},
           {"multi-user-accounts", multi_user(session::multi_tab::kAccounts)},
           {"multi-user-properties", with_property("otherTelephone")},
           {"multi-user-property-time", with_property("WTSTimeoutIdle")},
-          {"permissions", by(editors::Set_Security_Click)},
-          {"share-permissions", by(editors::Sharepermissions_Click)},
+          {"permissions", by(windows::Set_Security_Click)},
+          {"share-permissions", by(windows::Sharepermissions_Click)},
           {"rename-user",
            [](session::Session& session) {
              session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters)->children.front());
@@ -200,8 +200,8 @@ std::vector<Window> windows() {
              request.place = {"EX55", "Head Office", "Tarnwick"};
              mail::search_mailbox(session, request);
            }},
-          {"select-ou", by(directory::Manage_OU)},
-          {"share-points", by(creation::btnSharePoints_Click)},
+          {"select-ou", by(windows::Manage_OU)},
+          {"share-points", by(windows::btnSharePoints_Click)},
           {"variables", by(stores::Variables)}};
 }
 
@@ -279,7 +279,7 @@ void choose_row(controls::ListView& list, const char* name) {
 /// The groups window before a group is shown and with one, and a copy that has ended.
 void save_groups(Album& album, screens::MainWindow& window, session::Session& session) {
   session::Groupsfrm& state = session.groups;
-  session::Toolbar1_ButtonClick(session, "Groups");
+  windows::Toolbar1_ButtonClick(session, "Groups");
   auto* const shown = window.findChild<QDialog*>("Groupsfrm");
   album.save(*shown, "window-groups-first");
   choose_row(state.ListView1, "Staff");
@@ -351,7 +351,7 @@ void take(const QString& folder) {
   world::World world(home / "lab", dialogs, [](const std::string&) {});
   session::Session session(world.services(), "", world.program_directory());
   dialogs.set_session(session);
-  session::start_session(session);
+  windows::start_session(session);
   fill(session);
   screens::MainWindow window(session);
   window.resize(1024, 740);

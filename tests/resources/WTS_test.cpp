@@ -1,7 +1,7 @@
 #include "resources/WTS.hpp"
 
+#include "records/terminal_server_rows.hpp"
 #include "stores/side_tables.hpp"
-#include "stores/terminal_server_rows.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"
 
@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr std::size_t kRows = stores::kTerminalServerRows.size();
+constexpr std::size_t kRows = records::kTerminalServerRows.size();
 
 using Call = std::pair<int, WtsConfigValue>;
 
@@ -44,7 +44,7 @@ class NotingNetwork final : public test::FakeNetwork {
 class TerminalServerSettings : public test::TestWorld {
  protected:
   TerminalServerSettings() {
-    session::prepare_controls(wts);
+    windows::prepare_controls(wts);
     wts.dbpath = database.path().string() + "\\";
     wts.log.open(wts);
   }
@@ -109,7 +109,7 @@ TEST_F(TerminalServerSettings, RowsWithoutAValueAreLeftOut) {
 }
 
 TEST_F(TerminalServerSettings, AllWordsOfTimeAreKnownAndOthersAreNever) {
-  for (const auto& [word, milliseconds] : stores::kTimeWords) {
+  for (const auto& [word, milliseconds] : records::kTimeWords) {
     put(12, base::lower(word));
     EXPECT_THAT(apply(), ElementsAre(Call(5, milliseconds))) << word;
   }
@@ -211,7 +211,7 @@ TEST_P(OnALab, TheRowsOfTheTableAreWhatTheUserThenHas) {
   world.session.form1.NTSERVER.text = std::string("FS1");
   ApplyTerminalSettings(world.session, "jo", "TWK", false, 0);
   for (std::size_t i = 0; i < kRows; ++i) {
-    EXPECT_EQ(world.services.network.WTSQueryUserConfig("", "jo", stores::kTerminalServerRows.at(i).setting),
+    EXPECT_EQ(world.services.network.WTSQueryUserConfig("", "jo", records::kTerminalServerRows.at(i).setting),
               expected[i])
         << i;
   }

@@ -15,7 +15,7 @@ class DirectoryPermissionsTest : public ResourcesWorld {
  protected:
   DirectoryPermissionsTest() { security.descriptors[kFolder].set_dacl(Acl::decode(list_named("old"))); }
 
-  void rows(const std::vector<stores::PermissionRecord>& rows) { table("Permissions.dat", rows); }
+  void rows(const std::vector<records::PermissionRecord>& rows) { table("Permissions.dat", rows); }
   bool apply() { return Set_Permissions(session, server, kFolder, "jo", RunWarning); }
   [[nodiscard]] base::Bytes list() { return security.descriptors[kFolder].dacl->encode(); }
   /// Masks from the front, one of each pair.

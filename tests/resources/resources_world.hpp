@@ -25,7 +25,7 @@ class ResourcesWorld : public test::TestWorld {
     session.log.open(session);
   }
 
-  void table(std::string_view file, const std::vector<stores::PermissionRecord>& rows) {
+  void table(std::string_view file, const std::vector<records::PermissionRecord>& rows) {
     stores::write_permissions(session, file, rows);
   }
   /// "Log.txt" with line feeds.

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 class ShareTest : public ResourcesWorld {
  protected:
-  void rows(const std::vector<stores::PermissionRecord>& rows) { table("SharePerm.dat", rows); }
+  void rows(const std::vector<records::PermissionRecord>& rows) { table("SharePerm.dat", rows); }
   ShareResult create() {
     return CreateShare(session, "FS1", "jo$", "D:\\Users\\jo", "Users Home Share", "jo");
   }
@@ -62,12 +62,12 @@ TEST_F(ShareTest, WithoutATableEverybodyGetsFullControl) {
 }
 
 TEST_F(ShareTest, AListThatCannotBeMadeWholeIsNeverWiderThanAsked) {
-  const stores::PermissionRecord jo = {false, "%UserName%", "Read", ""};
-  const stores::PermissionRecord staff = {false, "staff", "Change", ""};
-  const stores::PermissionRecord all = {false, "everyone", "Read", ""};
-  const stores::PermissionRecord gone = {false, "nobody", "Change", ""};
+  const records::PermissionRecord jo = {false, "%UserName%", "Read", ""};
+  const records::PermissionRecord staff = {false, "staff", "Change", ""};
+  const records::PermissionRecord all = {false, "everyone", "Read", ""};
+  const records::PermissionRecord gone = {false, "nobody", "Change", ""};
   const struct {
-    std::vector<stores::PermissionRecord> rows;
+    std::vector<records::PermissionRecord> rows;
     ShareResult result;
     std::size_t entries;  ///< 0 for no share
     const char* reason;
@@ -77,7 +77,7 @@ TEST_F(ShareTest, AListThatCannotBeMadeWholeIsNeverWiderThanAsked) {
       {{gone, staff, jo}, ShareResult::kFallbackList, 2, "nobody"},
       {{gone}, ShareResult::kFailed, 0, "no row is left that gives jo access"},
       {{staff, gone}, ShareResult::kFailed, 0, "no row is left that gives jo access"},
-      {std::vector<stores::PermissionRecord>(2000, jo), ShareResult::kFailed, 0, "too long"},
+      {std::vector<records::PermissionRecord>(2000, jo), ShareResult::kFailed, 0, "too long"},
   };
   for (const auto& one : cases) {
     rows(one.rows);

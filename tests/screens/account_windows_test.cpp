@@ -2,8 +2,8 @@
 #include "directory/tree.hpp"
 #include "lifecycle/popup_commands.hpp"
 #include "screens/screen_test.hpp"
-#include "session/main_window.hpp"
 #include "support/details_world.hpp"
+#include "windows/main_window.hpp"
 
 namespace twk::test {
 namespace {
@@ -33,7 +33,7 @@ TEST_F(AccountWindows, RenameShowsTheNamesAndOkGivesTheNewOnes) {
     type("Logon_Name_pre2000", "amarsh", &shown);
     click("Command2", &shown);
   });
-  session::mnupopup_Click(lab.session, 6);
+  windows::mnupopup_Click(lab.session, 6);
   EXPECT_EQ(lab.session.form1.TreeView1.selected()->text, "Marsh, Ann");
   EXPECT_EQ(lab.property("amarsh", "cn"), "Marsh, Ann");
 }
@@ -47,7 +47,7 @@ TEST_F(AccountWindows, RenameStaysOpenWhenANameIsRefusedAndCancelChangesNothing)
     EXPECT_TRUE(shown.isVisible());
     click("Command1", &shown);
   });
-  session::mnupopup_Click(lab.session, 6);
+  windows::mnupopup_Click(lab.session, 6);
   EXPECT_EQ(lab.property("jo", "samAccountName"), "jo");
 }
 
@@ -59,7 +59,7 @@ TEST_F(NtAccountWindows, RenameOfAFlatDomainTakesNameAndFullName) {
     type("Full_Name", "Ann Marsh", &shown);
     click("OKButton", &shown);
   });
-  session::mnupopup_Click(lab.session, 6);
+  windows::mnupopup_Click(lab.session, 6);
   EXPECT_EQ(lab.property("ann", "FullName"), "Ann Marsh");
 }
 
@@ -71,14 +71,14 @@ TEST_F(AccountWindows, WorkstationIsAskedForAndCancelForgetsIt) {
     click("NT40", &shown);
     click("OKButton", &shown);
   });
-  session::mnupopup_Click(lab.session, 9);
+  windows::mnupopup_Click(lab.session, 9);
   EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(),
             "Unable to find \\\\PC7\\admin$\\profiles\\Jo Smith ...");
   expect_window([&](QWidget& shown) {
     type("WKS_NAME1", "PC7", &shown);
     click("CancelButton", &shown);
   });
-  session::mnupopup_Click(lab.session, 9);
+  windows::mnupopup_Click(lab.session, 9);
   EXPECT_EQ(lab.session.runs.WKS_Name, "");
 }
 
@@ -109,7 +109,7 @@ TEST_F(AccountWindows, DeletionOfAProfileShowsItsProgressAndStopsAtCancel) {
     click("OKButton", &shown);
   });
   expect_box("500 files", QMessageBox::Yes);
-  session::mnupopup_Click(lab.session, 9);
+  windows::mnupopup_Click(lab.session, 9);
   EXPECT_TRUE(told.contains("of 500 files")) << told.toStdString();
   EXPECT_GT(left(), 0);
   EXPECT_LT(left(), kFiles);
@@ -121,7 +121,7 @@ TEST_F(AccountWindows, DeletionOfAProfileShowsItsProgressAndStopsAtCancel) {
 TEST_F(AccountWindows, ResetOfThePasswordAsksFirst) {
   open_with_jo();
   expect_box("Reset Password for Jo Smith", QMessageBox::Yes);
-  session::mnupopup_Click(lab.session, 2);
+  windows::mnupopup_Click(lab.session, 2);
   EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), "Password for Jo Smith has Been Reset.");
 }
 

@@ -1,5 +1,5 @@
+#include "records/records.hpp"
 #include "screens/screen_test.hpp"
-#include "stores/records.hpp"
 
 namespace twk::test {
 namespace {
@@ -24,7 +24,7 @@ TEST_F(DatabaseCommands, CompactionPrunesAGroupThatIsGoneWhenBothQuestionsAreAns
   expect_box("Are you sure you want to continue ?", QMessageBox::Yes);
   expect_box("Do you want to remove groups from the templates that no longer exist ?", QMessageBox::Yes);
   trigger("mnuOption6");
-  const stores::TemplateRecord compacted = stores::decode_template(database_bytes("Template.dat"));
+  const records::TemplateRecord compacted = records::decode_template(database_bytes("Template.dat"));
   EXPECT_EQ(compacted.GroupCount, 1);
   EXPECT_EQ(compacted.Groups[0], "Staff");
   EXPECT_EQ(status(), "Completed.");

@@ -1,10 +1,10 @@
-#include "creation/share_points_form.hpp"
-#include "editors/custom_properties.hpp"
-#include "editors/permissions_window.hpp"
 #include "screens/list_pane.hpp"
 #include "screens/screen_test.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/template_tab.hpp"
+#include "windows/editors/custom_properties.hpp"
+#include "windows/editors/permissions_window.hpp"
+#include "windows/share_points_form.hpp"
 
 namespace twk::test {
 namespace {
@@ -150,14 +150,14 @@ TEST_F(EditorsTest, ACustomFieldAppearsAndGoesAgain) {
     QTest::keyClick(list, Qt::Key_Return);
     click("OK", &shown);
   });
-  editors::show_custom(session);
+  windows::show_custom(session);
   EXPECT_TRUE(form1.Custom_Value[0].visible.get());
   expect_window([this](QWidget& shown) {
     go_to(*pane("ListView1", &shown), 0);
     click("ListView1_Delete", &shown);
     click("OK", &shown);
   });
-  editors::show_custom(session);
+  windows::show_custom(session);
   EXPECT_FALSE(form1.Custom_Value[0].visible.get());
 }
 
@@ -183,9 +183,9 @@ TEST_F(EditorsTest, APermissionIsAddedByTypingAndABlankOneGoesAway) {
     type("ctrOwner", "Administrators", &shown);
     click("OK_Button", &shown);
   });
-  editors::Set_Security_Click(session);
+  windows::Set_Security_Click(session);
   EXPECT_EQ(stores::read_permissions(session, "Permissions.dat"),
-            (std::vector<stores::PermissionRecord>{{true, "Staff", "Full Control", "Administrators"}}));
+            (std::vector<records::PermissionRecord>{{true, "Staff", "Full Control", "Administrators"}}));
 }
 
 TEST_F(EditorsTest, TheShareFormHidesOwnerAndReplacement) {
@@ -196,7 +196,7 @@ TEST_F(EditorsTest, TheShareFormHidesOwnerAndReplacement) {
     EXPECT_FALSE(find<QCheckBox>("NEW_Security", &shown)->isVisible());
     click("OK_Button", &shown);
   });
-  editors::Sharepermissions_Click(session);
+  windows::Sharepermissions_Click(session);
   EXPECT_EQ(stores::read_permissions(session, "SharePerm.dat").at(0).Account, "Everyone");
 }
 
@@ -207,7 +207,7 @@ TEST_F(EditorsTest, SharePointsAreTakenOverWhileTheTemplateIsEdited) {
     type("HomeShareName", "\\homes", &shown);
     press_ok(shown);
   });
-  creation::btnSharePoints_Click(session);
+  windows::btnSharePoints_Click(session);
   EXPECT_EQ(session.share_points.HomeSharePoint, "homes\\");
   form1.savetemplate.enabled = false;
   expect_window([this](QWidget& shown) {
@@ -215,7 +215,7 @@ TEST_F(EditorsTest, SharePointsAreTakenOverWhileTheTemplateIsEdited) {
     EXPECT_FALSE(find<QLineEdit>("HomeShareName", &shown)->isEnabled());
     press_escape(shown);
   });
-  creation::btnSharePoints_Click(session);
+  windows::btnSharePoints_Click(session);
 }
 
 TEST_F(EditorsTest, TheMailLogonIsSavedAndThePasswordIsNotShown) {

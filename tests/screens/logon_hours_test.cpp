@@ -1,4 +1,4 @@
-#include "editors/logon_hours.hpp"
+#include "windows/editors/logon_hours.hpp"
 
 #include "screens/hours_grid.hpp"
 #include "screens/screen_test.hpp"
@@ -19,7 +19,7 @@ class LogonHoursWindowTest : public ScreenTest {
       ASSERT_NE(grid, nullptr);
       person(shown, *grid);
     });
-    editors::LogonHours_Click(lab.session);
+    windows::LogonHours_Click(lab.session);
   }
   static QPoint middle(const screens::HoursGrid& grid, int row, int col) {
     return grid.visualRect(grid.model()->index(row - 1, col - 1)).center();
@@ -40,7 +40,7 @@ class LogonHoursWindowTest : public ScreenTest {
   }
   /// The stored hours as text.
   std::vector<std::string> stored() {
-    return editors::text_of_cells(editors::cells_of_bytes(lab.session.TemplateLogonHours));
+    return windows::text_of_cells(windows::cells_of_bytes(lab.session.TemplateLogonHours));
   }
   const std::string all = std::string(24, '#');
 };

@@ -177,7 +177,7 @@ TEST_P(NewUserTabTest, SharesAndPermissionsRunWhenTheirBoxesAreTicked) {
   EXPECT_EQ(lab.services.network.NetShareGetInfo("FS1", "Jo.Doe$").shi502_path, "D:\\Users\\Jo.Doe");
 
   stores::write_permissions(lab.session, "Permissions.dat",
-                            std::vector<stores::PermissionRecord>{{false, "%UserName%", "Change", ""}});
+                            std::vector<records::PermissionRecord>{{false, "%UserName%", "Change", ""}});
   type("strFirst", "Ann");
   click("CreateUser");
   EXPECT_EQ(light("Dir_Security"), "Completed");

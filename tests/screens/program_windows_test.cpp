@@ -5,7 +5,7 @@
 #include "screens/help_topics.hpp"
 #include "screens/icons.hpp"
 #include "screens/screen_test.hpp"
-#include "session/tips.hpp"
+#include "windows/tips.hpp"
 
 namespace twk::test {
 namespace {
@@ -16,7 +16,7 @@ class ProgramWindowsTest : public ScreenTest {
   ~ProgramWindowsTest() override { QSettings().remove("tips"); }
 
   void put_tips(std::string_view text) {
-    lab.services.files.write(lab.session.dbpath + std::string(session::kTipFile), text);
+    lab.services.files.write(lab.session.dbpath + std::string(windows::kTipFile), text);
   }
   [[nodiscard]] QTextBrowser& page(QWidget* of) {
     return *find<QTextBrowser>("page", find<QMainWindow>("frmHelp", of));

@@ -1,6 +1,6 @@
 #include "screens/screen_test.hpp"
 #include "session/settings.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 
 namespace twk::test {
 namespace {
@@ -25,7 +25,7 @@ class SetupTabTest : public ScreenTest {
 
 TEST_F(SetupTabTest, AFirstRunBeginsOnTheSetUpTab) {
   lab.set("Setup", "Domain", "");
-  ASSERT_EQ(session::start_session(lab.session), session::StartUp::kReady);
+  ASSERT_EQ(windows::start_session(lab.session), windows::StartUp::kReady);
   window = std::make_unique<screens::MainWindow>(lab.session);
   window->show();
   EXPECT_EQ(window->tabs().currentIndex(), session::tab::kSetup);

@@ -52,11 +52,11 @@ class SiteTabTest : public ScreenTest {
   std::vector<std::string> saved() {
     std::vector<std::string> found;
     const std::string bytes = lab.services.files.read(lab.session.dbpath + "Site.dat");
-    for (std::size_t at = 0; at < bytes.size(); at += stores::kSiteRecordSize) {
-      const std::string record = bytes.substr(at, stores::kSiteRecordSize);
-      if (stores::is_deleted(record))
+    for (std::size_t at = 0; at < bytes.size(); at += records::kSiteRecordSize) {
+      const std::string record = bytes.substr(at, records::kSiteRecordSize);
+      if (records::is_deleted(record))
         continue;
-      const stores::SiteRecord site = stores::decode_site(record);
+      const records::SiteRecord site = records::decode_site(record);
       found.push_back(std::string(base::trim(site.Name)) + "/" + std::string(base::trim(site.NTServer)));
     }
     return found;

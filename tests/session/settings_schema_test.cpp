@@ -2,9 +2,10 @@
 
 #include "batch/import_options.hpp"
 #include "directory/load_options.hpp"
-#include "editors/custom_properties.hpp"
-#include "editors/hours_zone.hpp"
 #include "support/world.hpp"
+#include "windows/editors/custom_properties.hpp"
+#include "windows/editors/hours_zone.hpp"
+#include "windows/read_settings.hpp"
 
 namespace twk::session {
 namespace {
@@ -12,11 +13,11 @@ namespace {
 class SettingsSchemaTest : public test::TestWorld {};
 
 TEST_F(SettingsSchemaTest, EverySettingThatIsReadIsKnown) {
-  read_settings(session);
+  windows::read_settings(session);
   directory::read_load_options(session);
   batch::ImportGrps_Load(session);
-  editors::Custom_Load(session);
-  editors::chosen_zone(session.platform);
+  windows::Custom_Load(session);
+  windows::chosen_zone(session.platform);
   ASSERT_GT(registry.asked.size(), 60U);
   for (const auto& [key, name] : registry.asked)
     EXPECT_TRUE(is_setting(key.substr(kTree.size() + 1), name)) << key << " " << name;

@@ -1,7 +1,7 @@
 #include "stores/conversion.hpp"
 
-#include "stores/old_records.hpp"
-#include "stores/records.hpp"
+#include "records/old_records.hpp"
+#include "records/records.hpp"
 #include "support/world.hpp"
 
 namespace twk::stores {
@@ -34,11 +34,11 @@ class ConversionTest : public test::TestWorld {
   std::string get(std::string_view file) { return test::get_file(database / file); }
   [[nodiscard]] std::string directory_name() const { return session.dbpath; }
   /// Old files of every kind for the generation.
-  void put_all(TemplateGeneration generation) {
-    put("Site.dat", old_record("London", kOldSiteRecordSize));
-    put("Template.dat", old_record("Staff", old_template_record_size(generation)));
-    put("Permissions.dat", std::string(kOldPermissionRecordSize, ' '));
-    put("SharePerm.dat", std::string(kOldPermissionRecordSize, ' '));
+  void put_all(records::TemplateGeneration generation) {
+    put("Site.dat", old_record("London", records::kOldSiteRecordSize));
+    put("Template.dat", old_record("Staff", records::old_template_record_size(generation)));
+    put("Permissions.dat", std::string(records::kOldPermissionRecordSize, ' '));
+    put("SharePerm.dat", std::string(records::kOldPermissionRecordSize, ' '));
   }
 
   test::TemporaryDirectory program;
@@ -60,7 +60,7 @@ std::vector<OldStep> steps_of(std::string_view version) {
 
 struct Ladder {
   const char* version;
-  TemplateGeneration generation;
+  records::TemplateGeneration generation;
   const char* first_text;  ///< before the one about permissions
 };
 
@@ -81,33 +81,33 @@ TEST_P(VersionLadder, TellsWhatIsOldThenConvertsIt) {
   const bool sites = templates && GetParam().first_text == kSiteText;
   EXPECT_EQ(posix_files.exists(database / "Template.v23"), templates);
   EXPECT_EQ(posix_files.exists(database / "Site.v22"), sites);
-  EXPECT_EQ(get("Site.dat").size(), sites ? kSiteRecordSize : kOldSiteRecordSize);
-  EXPECT_EQ(get("Template.dat").size(),
-            templates ? kTemplateRecordSize : old_template_record_size(GetParam().generation));
-  EXPECT_EQ(get("SharePerm.dat").size(), kPermissionRecordSize);
-  EXPECT_EQ(get("Permissions.dat").size(), kPermissionRecordSize);
+  EXPECT_EQ(get("Site.dat").size(), sites ? records::kSiteRecordSize : records::kOldSiteRecordSize);
+  EXPECT_EQ(get("Template.dat").size(), templates ? records::kTemplateRecordSize
+                                                  : records::old_template_record_size(GetParam().generation));
+  EXPECT_EQ(get("SharePerm.dat").size(), records::kPermissionRecordSize);
+  EXPECT_EQ(get("Permissions.dat").size(), records::kPermissionRecordSize);
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, VersionLadder,
-                         testing::Values(Ladder{"1.3", TemplateGeneration::k1, kSiteText},
-                                         Ladder{"2.0", TemplateGeneration::k20, kTemplateText},
-                                         Ladder{"2.1", TemplateGeneration::k21, kTemplateText},
-                                         Ladder{"2.2", TemplateGeneration::k22, kTemplateText},
-                                         Ladder{"2.3", TemplateGeneration::k22, nullptr}));
+                         testing::Values(Ladder{"1.3", records::TemplateGeneration::k1, kSiteText},
+                                         Ladder{"2.0", records::TemplateGeneration::k20, kTemplateText},
+                                         Ladder{"2.1", records::TemplateGeneration::k21, kTemplateText},
+                                         Ladder{"2.2", records::TemplateGeneration::k22, kTemplateText},
+                                         Ladder{"2.3", records::TemplateGeneration::k22, nullptr}));
 
 TEST_F(ConversionTest, DatabasesOfTodayAndWithoutAVersionAreLeftAlone) {
   for (const char* const version : {"2.4", ""}) {
     set("Version", "DBVersion", version);
-    put_all(TemplateGeneration::k22);
+    put_all(records::TemplateGeneration::k22);
     EXPECT_FALSE(convert_old_database(session)) << version;
-    EXPECT_EQ(get("Site.dat").size(), kOldSiteRecordSize);
+    EXPECT_EQ(get("Site.dat").size(), records::kOldSiteRecordSize);
     EXPECT_EQ(setting("Version", "DBVersion"), version);
   }
 }
 
 TEST_F(ConversionTest, AKeptFileOfAnEarlierConversionStopsAtTheRenameAndLosesNothing) {
   set("Version", "DBVersion", "2.2");
-  put_all(TemplateGeneration::k22);
+  put_all(records::TemplateGeneration::k22);
   const std::string before = get("Template.dat");
   put("Template.v23", "kept");
   dialogs.expect(kTemplateText);
@@ -116,13 +116,13 @@ TEST_F(ConversionTest, AKeptFileOfAnEarlierConversionStopsAtTheRenameAndLosesNot
   EXPECT_EQ(dialogs.last_icon, platform::Icon::kCritical);
   EXPECT_EQ(get("Template.dat"), before);
   EXPECT_EQ(get("Template.v23"), "kept");
-  EXPECT_EQ(get("Permissions.dat").size(), kOldPermissionRecordSize);
+  EXPECT_EQ(get("Permissions.dat").size(), records::kOldPermissionRecordSize);
   EXPECT_EQ(setting("Version", "DBVersion"), "2.2");
 }
 
 TEST_F(ConversionTest, AFailedSecondStepIsTheFirstOfTheNextStart) {
   set("Version", "DBVersion", "2.2");
-  put_all(TemplateGeneration::k22);
+  put_all(records::TemplateGeneration::k22);
   put("Permissions.v24", "in the way");
   dialogs.expect(kTemplateText);
   dialogs.expect("Conversion Complete");
@@ -134,34 +134,35 @@ TEST_F(ConversionTest, AFailedSecondStepIsTheFirstOfTheNextStart) {
   dialogs.expect(kPermissionText);
   dialogs.expect("Conversion Complete");
   EXPECT_TRUE(convert_old_database(session));
-  EXPECT_EQ(get("Permissions.dat").size(), kPermissionRecordSize);
-  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
+  EXPECT_EQ(get("Permissions.dat").size(), records::kPermissionRecordSize);
+  EXPECT_EQ(get("Template.dat").size(), records::kTemplateRecordSize);
 }
 
 TEST_F(ConversionTest, ARenamingThatBrokeOffIsFinished) {
-  put_all(TemplateGeneration::k1);
-  const std::string converted = upgrade_site(get("Site.dat"));
+  put_all(records::TemplateGeneration::k1);
+  const std::string converted = records::upgrade_site(get("Site.dat"));
   posix_files.rename(database / "Site.dat", database / "Site.v22", false);
   put("Site.new", converted);
   dialogs.expect("Conversion Complete");
   EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom1));
   EXPECT_EQ(get("Site.dat"), converted);
   EXPECT_FALSE(posix_files.exists(database / "Site.new"));
-  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
+  EXPECT_EQ(get("Template.dat").size(), records::kTemplateRecordSize);
 }
 
 TEST_F(ConversionTest, FilesThatAnotherAdministratorConvertedAreLeftAlone) {
   // So many records that their bytes are whole records of either layout.
-  PermissionRecord row;
+  records::PermissionRecord row;
   row.Account = "Everyone";
   std::string permissions;
   for (int i = 0; i < 32; ++i)
-    permissions += encode_permission(row);
-  const std::string site = encode_site(SiteRecord());
-  const std::string templates = encode_template(TemplateRecord()) + encode_template(TemplateRecord());
+    permissions += records::encode_permission(row);
+  const std::string site = records::encode_site(records::SiteRecord());
+  const std::string templates = records::encode_template(records::TemplateRecord()) +
+                                records::encode_template(records::TemplateRecord());
   for (const char* const version : {"1.3", "2.0", "2.1", "2.2", "2.3"}) {
     set("Version", "DBVersion", version);
-    put_all(TemplateGeneration::k22);
+    put_all(records::TemplateGeneration::k22);
     put("Site.dat", site);
     put("Template.dat", templates + "torn");
     put("Template.v23", "kept");
@@ -175,7 +176,7 @@ TEST_F(ConversionTest, FilesThatAnotherAdministratorConvertedAreLeftAlone) {
     EXPECT_EQ(get("Template.dat"), templates + "torn");
     EXPECT_EQ(get("Template.v23"), "kept");
     EXPECT_EQ(get("Permissions.dat"), permissions);
-    EXPECT_EQ(get("SharePerm.dat").size(), kPermissionRecordSize);
+    EXPECT_EQ(get("SharePerm.dat").size(), records::kPermissionRecordSize);
     posix_files.remove(database / "SharePerm.v24");
   }
 }
@@ -195,7 +196,7 @@ TEST_F(ConversionTest, FilesKeepAccessAndLinksAndWhatIsReadOnlyIsRefused) {
   dialogs.expect("Conversion Complete");
   EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
   EXPECT_TRUE(fs::is_symlink(database / "Template.dat"));
-  EXPECT_EQ(get("real/Template.dat").size(), kTemplateRecordSize);
+  EXPECT_EQ(get("real/Template.dat").size(), records::kTemplateRecordSize);
   EXPECT_EQ(fs::status(database / "real/Template.dat").permissions(), fs::perms(0640));
   EXPECT_EQ(get("Template.v23"), old_bytes);
 }
@@ -214,14 +215,14 @@ TEST_F(ConversionTest, StrayBytesAreToldAndDeletedRecordsLeftBehind) {
   put("Template.dat", old_record("Gone", 4324, true) + old_record("Staff", 4324) + "stray");
   dialogs.expect("Conversion Complete");
   EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
-  EXPECT_EQ(get("Template.dat").size(), kTemplateRecordSize);
-  EXPECT_EQ(decode_template(get("Template.dat")).Name, "Staff");
+  EXPECT_EQ(get("Template.dat").size(), records::kTemplateRecordSize);
+  EXPECT_EQ(records::decode_template(get("Template.dat")).Name, "Staff");
   const std::string text = "Template.dat ends in 5 bytes that are no whole record; they were left out";
   EXPECT_THAT(test::texts(session.form1.ListView1), testing::Contains(testing::HasSubstr(text)));
 }
 
 TEST_F(ConversionTest, ConvertLogTellsTheStepsInTheWorkingDirectory) {
-  put_all(TemplateGeneration::k22);
+  put_all(records::TemplateGeneration::k22);
   dialogs.expect("Conversion Complete");
   ASSERT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
   dialogs.expect("Conversion Complete");
@@ -239,7 +240,7 @@ TEST_F(ConversionTest, ConvertLogTellsTheStepsInTheWorkingDirectory) {
 
 TEST_F(ConversionTest, FailureAtAnyCallLeavesOldAndNewTemplatesWhole) {
   const std::string old_bytes = old_record("Staff", 4324);
-  const std::string new_bytes = upgrade_template(old_bytes, TemplateGeneration::k22);
+  const std::string new_bytes = records::upgrade_template(old_bytes, records::TemplateGeneration::k22);
   put("Template.dat", old_bytes);
   // Convert.log takes the first call, without which the conversion goes on.
   int call = 2;

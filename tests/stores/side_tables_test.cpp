@@ -1,8 +1,8 @@
 #include "stores/side_tables.hpp"
 
-#include "stores/layout.hpp"
-#include "stores/load_databases.hpp"
+#include "records/layout.hpp"
 #include "support/world.hpp"
+#include "windows/load_databases.hpp"
 
 namespace twk::stores {
 namespace {
@@ -23,7 +23,7 @@ class SideTablesTest : public test::TestWorld {
 };
 
 TEST_F(SideTablesTest, AFreshMailTableHasItsThreeRows) {
-  Load_Databases(session);
+  windows::Load_Databases(session);
   EXPECT_EQ(
       get("Mail.dat"),
       "Container,Recipients\r\nTarget-Address,%first%.%last%@mail.example\r\nReplication-Sensitivity,20\r\n");
@@ -94,8 +94,8 @@ TEST_F(SideTablesTest, ALineBreakInAValueDoesNotBreakTheTable) {
 }
 
 TEST_F(SideTablesTest, PermissionsAreWrittenWholeAndReadBack) {
-  const std::vector<PermissionRecord> records = {{true, "Administrators", "Full Control", "Administrators"},
-                                                 {false, "%UserName%", "Change", ""}};
+  const std::vector<records::PermissionRecord> records = {
+      {true, "Administrators", "Full Control", "Administrators"}, {false, "%UserName%", "Change", ""}};
   write_permissions(session, kPermissionFile, records);
   EXPECT_EQ(test::dump_records("permission", database / "Permissions.dat"),
             "NewSecurity=-1|Account=Administrators|Access=Full Control|Owner=Administrators\n"
@@ -110,15 +110,15 @@ TEST_F(SideTablesTest, PermissionsAreWrittenWholeAndReadBack) {
 TEST_F(SideTablesTest, AShareAlwaysHasAnEntryUnderEitherNameOfItsFile) {
   write_permissions(session, "SharePerm.dat", {});
   EXPECT_EQ(read_permissions(session, "Shareperm.dat"),
-            (std::vector<PermissionRecord>{{false, "Everyone", "Full Control", ""}}));
-  const std::vector<PermissionRecord> one = {{false, "Users", "Read", ""}};
+            (std::vector<records::PermissionRecord>{{false, "Everyone", "Full Control", ""}}));
+  const std::vector<records::PermissionRecord> one = {{false, "Users", "Read", ""}};
   write_permissions(session, "Shareperm.dat", one);
   EXPECT_EQ(read_permissions(session, "SharePerm.dat"), one);
   EXPECT_EQ(files.list(database.path().string()).size(), 1U);
 }
 
 TEST_F(SideTablesTest, AFullDiskKeepsTheOldPermissions) {
-  const std::vector<PermissionRecord> old = {{false, "Users", "Read", ""}};
+  const std::vector<records::PermissionRecord> old = {{false, "Users", "Read", ""}};
   write_permissions(session, kPermissionFile, old);
   files.fail_from(1, base::error::kDiskFull);
   EXPECT_THROW(write_permissions(session, kPermissionFile, {}), base::RuntimeError);
@@ -128,17 +128,17 @@ TEST_F(SideTablesTest, AFullDiskKeepsTheOldPermissions) {
 
 TEST_F(SideTablesTest, LoadingReadsEverythingThatIsThereAndTellsWhatItCannot) {
   ASSERT_TRUE(test::make_records("site", database / "Site.dat", "Name=Berlin|NTServer=FS\n"));
-  test::put_file(database / "Template.dat", encode_template({}));
+  test::put_file(database / "Template.dat", records::encode_template({}));
   put("Mail.dat", "a,b\r\n");
   put("W2K.dat", "p,a,b\r\n");
-  Load_Databases(session);
-  Load_Databases(session);
+  windows::Load_Databases(session);
+  windows::Load_Databases(session);
   EXPECT_EQ(form1.ListView8.size(), 1U);
   EXPECT_EQ(form1.ListView7.size(), 1U);
   EXPECT_EQ(form1.templatelst.items().size(), 2U);
   EXPECT_TRUE(form1.ListView1.empty());
   files.fail_from(1, base::error::kPermissionDenied);
-  Load_Databases(session);
+  windows::Load_Databases(session);
   EXPECT_EQ(form1.ListView1.size(), 3U);
   EXPECT_EQ(form1.ListView8.size(), 1U);
 }

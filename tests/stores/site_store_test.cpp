@@ -1,7 +1,7 @@
 #include "stores/site_store.hpp"
 
-#include "stores/layout.hpp"
-#include "stores/record_file.hpp"
+#include "records/layout.hpp"
+#include "records/record_file.hpp"
 #include "support/other_process.hpp"
 #include "support/world.hpp"
 

@@ -1,6 +1,6 @@
 #include "stores/template_store.hpp"
 
-#include "stores/layout.hpp"
+#include "records/layout.hpp"
 #include "stores/template_tab.hpp"
 #include "support/world.hpp"
 
@@ -21,7 +21,7 @@ class TemplateStoreTest : public test::TestWorld {
       form1.ListView5.add(std::string("key-") + name, name, "Global");
   }
   void choose(std::string_view name) {
-    form1.templatelst.text = padded_template_name(name);
+    form1.templatelst.text = records::padded_template_name(name);
     templatelst_Click(session);
   }
   void select(controls::ListView& list, std::initializer_list<std::size_t> places) {
@@ -42,7 +42,8 @@ const std::string kStaff = "Name=Staff" + kHours;
 
 TEST_F(TemplateStoreTest, ListsHoldTheNamesAsTheRecordsDo) {
   make(kStaff + "\nDeleted=-1|Name=Old" + kHours + "\nName=Büro" + kHours + "\n");
-  const std::vector<std::string> names = {padded_template_name("Staff"), padded_template_name("Büro")};
+  const std::vector<std::string> names = {records::padded_template_name("Staff"),
+                                          records::padded_template_name("Büro")};
   EXPECT_EQ(form1.templatelst.items(), names);
   EXPECT_EQ(form1.nutemplate.items(), names);
   EXPECT_EQ(session.multi_user.Multi_Template.items(), names);
@@ -89,9 +90,9 @@ TEST_F(TemplateStoreTest, LoadingWantsTheNameAsTheListHoldsIt) {
     std::string_view home;
     std::int32_t number;
   };
-  const Case cases[] = {{padded_template_name("Staff"), "new", 2},
+  const Case cases[] = {{records::padded_template_name("Staff"), "new", 2},
                         {"Staff", "", 3},
-                        {padded_template_name("STAFF"), "", 3},
+                        {records::padded_template_name("STAFF"), "", 3},
                         {"1234567890123456789012345", "full", 3}};
   for (const Case& one : cases) {
     LoadTemplate(session, one.name);
@@ -149,7 +150,7 @@ TEST_F(TemplateStoreTest, ANewTemplateIsWrittenFromTheTab) {
       "GroupCount=1|Name=Büro|ProfilePath=pp|HomeDir=hd|ProfileDirPath=pdp|HomeDirPath=hdp|ProfileShare=ps|"
       "HomeShare=hs|HomeSharePoint=hsp\\|ProfileSharePoint=psp\\|LogonScript=l.cmd|HomeDrive=h:|LogonHours=" +
           hours + "|PrimaryGroup=B|Group0=B\n");
-  const std::vector<std::string> names = {padded_template_name("Büro")};
+  const std::vector<std::string> names = {records::padded_template_name("Büro")};
   EXPECT_EQ(form1.templatelst.items(), names);
   EXPECT_EQ(form1.nutemplate.items(), names);
   EXPECT_EQ(session.multi_user.Multi_Template.items(), names);
@@ -220,7 +221,7 @@ TEST_F(TemplateStoreTest, AnEditKeepsVariablesAndSpareSlotsAndDropsUnknownGroups
   EXPECT_EQ(status(), "Edit Template...");
   EXPECT_TRUE(form1.templatelst.locked.get());
   form1.logon.text = "x.cmd";
-  session.ActiveTemplate = TemplateRecord();
+  session.ActiveTemplate = records::TemplateRecord();
   savetemplate(session);
   EXPECT_EQ(dump(), "Name=Other" + kHours + "\nGroupCount=1|Name=Staff|LogonScript=x.cmd" + kHours +
                         "|Group0=A|Group1=A|Group9=spare|VariableName1=Dept|VariableValue1=Sales\n");
@@ -384,7 +385,7 @@ TEST_F(TemplateStoreTest, AFailureAtAnyCallIsToldAndTheTabStays) {
   for (const auto routine : {paste, DeleteTemplate, templatelst_Click}) {
     dialogs.expect("Error Opening Template.dat");
     session.LastRecordNo = 1;
-    form1.templatelst.text = padded_template_name("First");
+    form1.templatelst.text = records::padded_template_name("First");
     routine(session);
   }
 }

@@ -8,7 +8,7 @@
 #include "directory/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/settings.hpp"
-#include "session/start_up.hpp"
+#include "windows/start_up.hpp"
 
 namespace twk::test {
 namespace {
@@ -25,15 +25,15 @@ std::unique_ptr<lab::Lab> make_lab(const std::filesystem::path& folder, lab::Dom
   return std::make_unique<lab::Lab>(folder, [](const std::string& text) { ADD_FAILURE() << text; });
 }
 
-stores::SiteRecord head_office() {
-  stores::SiteRecord site;
+records::SiteRecord head_office() {
+  records::SiteRecord site;
   site.Name = "Head Office";
   site.NTServer = "FS1";
   return site;
 }
 
-stores::TemplateRecord staff_template() {
-  stores::TemplateRecord staff;
+records::TemplateRecord staff_template() {
+  records::TemplateRecord staff;
   staff.Name = "Staff";
   staff.HomeDir = "\\\\%Server%\\Users\\%UserName%";
   staff.HomeDirPath = "D:\\Users\\%UserName%";
@@ -92,13 +92,13 @@ LabSession::LabSession(lab::DomainKind kind, std::string_view command_line, plat
 }
 
 void LabSession::start() {
-  write_file(lab_->database_path() + "Site.dat", stores::encode_site(site));
-  write_file(lab_->database_path() + "Template.dat", stores::encode_template(staff));
-  ASSERT_EQ(session::start_session(session), session::StartUp::kReady);
+  write_file(lab_->database_path() + "Site.dat", records::encode_site(site));
+  write_file(lab_->database_path() + "Template.dat", records::encode_template(staff));
+  ASSERT_EQ(windows::start_session(session), windows::StartUp::kReady);
   ASSERT_EQ(session.DirectoryMode, kind_ == lab::DomainKind::kNative  ? session::kNativeMode
                                    : kind_ == lab::DomainKind::kMixed ? session::kMixedMode
                                                                       : session::kWinNtMode);
-  session.form1.nutemplate.text = stores::padded_template_name("Staff");
+  session.form1.nutemplate.text = records::padded_template_name("Staff");
   session.form1.NUsitename.text = std::string("Head Office");
   if (!is_nt())
     select(kNewStarters);

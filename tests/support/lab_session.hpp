@@ -7,8 +7,8 @@
 
 #include "lab/lab.hpp"
 #include "lab/lab_create.hpp"
+#include "records/records.hpp"
 #include "session/session.hpp"
-#include "stores/records.hpp"
 #include "support/failing_network.hpp"
 #include "support/fakes.hpp"
 #include "support/faulty_directory.hpp"
@@ -49,8 +49,8 @@ class LabSession {
   [[nodiscard]] std::vector<std::string> log_tab() const;
 
   TemporaryDirectory folder;
-  stores::SiteRecord site;
-  stores::TemplateRecord staff;
+  records::SiteRecord site;
+  records::TemplateRecord staff;
   ScriptedDialogs dialogs;
   FixedClock clock;
   FakeEnvironment environment;

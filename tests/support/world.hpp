@@ -3,13 +3,13 @@
 #include <optional>
 
 #include "local/posix_files.hpp"
-#include "session/controls_defaults.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "support/fakes.hpp"
 #include "support/memory_security.hpp"
 #include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/controls_defaults.hpp"
 
 namespace twk::test {
 
@@ -18,7 +18,7 @@ namespace twk::test {
 class TestWorld : public testing::Test {
  protected:
   TestWorld() {
-    session::prepare_controls(session);
+    windows::prepare_controls(session);
     session.dbpath = database.path().string() + "\\";
   }
 

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace twk::controls {
+struct TreeNode;
+}
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::windows {
+
+/// Runs the administrator's own command of popup entry 13 or 14 for a user node, without waiting for its end.
+/// Its text takes the tags that the command after a creation takes, with the user's account name and names.
+/// The log tab tells how it began.
+void run_custom_command(session::Session& session, int index, controls::TreeNode& node);
+
+}  // namespace twk::windows

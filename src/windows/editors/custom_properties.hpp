@@ -1,0 +1,22 @@
+#pragma once
+
+namespace twk::session {
+struct Session;
+}
+
+/// The window `Custom`: which four attributes the user details tab shows beside its own. Settings hold a
+/// display name `Custom1` to `Custom4` and an attribute `Property1` to `Property4`. A field whose display
+/// name is absent or empty is hidden, and so is not read or written: emptying a row takes the field away.
+namespace twk::windows {
+
+/// The entry of the options menu: fills the window and shows it.
+void show_custom(session::Session& session);
+
+/// Four rows from the settings.
+void Custom_Load(session::Session& session);
+/// Stores the rows and shows the fields on the details tab. False leaves the window open, after a message: a
+/// display name without an attribute, or settings that cannot be written.
+bool Custom_OK(session::Session& session);
+void Custom_Cancel(session::Session& session);
+
+}  // namespace twk::windows

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace twk::session {
+struct Session;
+}
+
+/// What the editing windows tell a person. They stand in front of the status bar, so they tell by box.
+namespace twk::windows {
+
+/// A box with an exclamation mark.
+void warn(session::Session& session, std::string_view text, std::string_view title);
+
+/// True when `refusal_of` refuses one of the typed texts (see `stores/typed_text.hpp`); a box and the status
+/// say why.
+bool refuses_typed(session::Session& session, std::initializer_list<std::string_view> texts,
+                   std::string_view title, std::string (*refusal_of)(std::string_view));
+
+}  // namespace twk::windows

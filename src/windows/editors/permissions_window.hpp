@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "controls/list_view.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// The window `Permissions`, which edits the permissions of new directories ("Permissions.dat") or those of
+/// new shares ("SharePerm.dat").
+namespace twk::windows {
+
+/// Open the window on one of the two tables. A table that cannot be read is told, and nothing opens: OK would
+/// write over it.
+void Set_Security_Click(session::Session& session);
+void Sharepermissions_Click(session::Session& session);
+
+/// A row was selected: `Access` shows its word.
+void Permissions_ListView1_Click(session::Session& session);
+/// Another word was chosen: the selected row takes it.
+void Permissions_Access_Click(session::Session& session);
+/// Removes the selected row.
+void Permissions_Command3_Click(session::Session& session);
+/// Adds a blank row with the access "Read" and selects it; its account is edited next.
+void Permissions_Command4_Click(session::Session& session);
+/// The edit of an account ended. A blank one removes a row that is new and leaves an old one as it was; one
+/// that is too long or holds a control character does the same, and `hint` says why.
+void Permissions_AfterLabelEdit(session::Session& session, controls::ListRow& row, const std::string& typed);
+/// Replaces the table by the rows. False leaves the window open, after a message.
+bool Permissions_OK_Button_Click(session::Session& session);
+
+}  // namespace twk::windows

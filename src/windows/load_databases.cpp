@@ -1,0 +1,29 @@
+#include "windows/load_databases.hpp"
+
+#include "session/session.hpp"
+#include "stores/database_files.hpp"
+#include "stores/side_tables.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+
+namespace twk::windows {
+
+void Load_Databases(session::Session& session) {
+  session.multi_user.Multi_Site.clear_items();
+  session.multi_user.Multi_Template.clear_items();
+  stores::load_sites(session);
+  stores::load_templates(session);
+  session.platform.dialogs.DoEvents();
+  base::Trap trap;
+  trap([&session] {
+    if (!session.platform.files.exists(stores::database_path(session, stores::kMailFile)))
+      stores::create_mail_table(session);
+    stores::load_mail_table(session);
+    stores::load_w2k_table(session);
+    stores::load_wts_table(session);
+  });
+  if (trap.number() != 0)
+    session::LOG_TAB(session, session::kYellow, "Cannot read the property tables: " + trap.description());
+}
+
+}  // namespace twk::windows

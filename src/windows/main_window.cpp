@@ -1,0 +1,175 @@
+#include "windows/main_window.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "batch/import.hpp"
+#include "batch/multi_user_window.hpp"
+#include "directory/ad_options.hpp"
+#include "directory/create_ou.hpp"
+#include "directory/find_user.hpp"
+#include "directory/tree.hpp"
+#include "directory/user_details.hpp"
+#include "groups/groups_window.hpp"
+#include "lifecycle/popup_commands.hpp"
+#include "session/session.hpp"
+#include "stores/backup.hpp"
+#include "windows/compact_database.hpp"
+#include "windows/custom_commands.hpp"
+#include "windows/editors/custom_properties.hpp"
+#include "windows/manage_ou.hpp"
+#include "windows/refresh.hpp"
+
+namespace twk::windows {
+namespace {
+
+void clear_new_user(session::Session& session) {
+  session::Form1& form = session.form1;
+  for (controls::TextBox* const name : {&form.strFirst, &form.StrMiddle, &form.strLast})
+    name->text = std::string();
+  for (controls::Label* const light : {&form.Createdirs, &form.Sharedirs, &form.Security, &form.UserAccount,
+                                       &form.MailAccount, &form.run, &form.progress}) {
+    light->caption = std::string();
+    light->colour = 0;
+  }
+  form.ProgressBar1.value = 0;
+  form.SSTab1 = session::tab::kNewUser;
+  form.StatusBar1.panel1 = "Ready.";
+  form.SetFocus.emit("strFirst");
+}
+
+}  // namespace
+
+void mnuFile_Click(session::Session& session, int index) {
+  switch (index) {
+    case 1:
+      batch::Import_Command(session);
+      break;
+    case 2:
+      session::Log_Detail(session);
+      break;
+    case 3:
+      stores::Backup_Databases(session);
+      break;
+    case 5:
+      Form_Unload(session);
+      break;
+    default:
+      break;
+  }
+}
+
+void mnuOption_Click(session::Session& session, int index) {
+  switch (index) {
+    case 2:
+      directory::frmADOptions_Load(session);
+      session.platform.dialogs.show_modal("frmADOptions");
+      break;
+    case 5:
+      windows::Manage_OU(session);
+      break;
+    case 6:
+      windows::Compact_Database(session);
+      break;
+    case kCustomProperties:
+      windows::show_custom(session);
+      break;
+    case 1:
+      batch::show_multi_user(session);
+      break;
+    case 4:
+      groups::Groupsfrm_Show(session);
+      break;
+    default:
+      break;
+  }
+}
+
+void mnupopup_Click(session::Session& session, int index) {
+  controls::TreeNode* const node = session.form1.TreeView1.selected();
+  if (node == nullptr)
+    return;
+  constexpr std::array kForUsers = {2, 4, 5, 6, 8, 9};
+  if (node->image != "USER" && std::find(kForUsers.begin(), kForUsers.end(), index) != kForUsers.end())
+    return;
+  switch (index) {
+    case 0:
+      directory::show_user_details(session, *node);
+      break;
+    case 2:
+      lifecycle::Reset_Password(session, *node);
+      break;
+    case 4:
+      batch::show_for_user(session, *node, session::multi_tab::kDelete);
+      break;
+    case 5:
+      batch::show_for_user(session, *node, session::multi_tab::kMove);
+      break;
+    case 6:
+      lifecycle::Rename_User(session);
+      break;
+    case 8:
+      lifecycle::Delete_Server_Profile(session, *node);
+      break;
+    case 9:
+      lifecycle::Delete_WKS_Profile(session, *node);
+      break;
+    case 10:
+      directory::Create_OU(session);
+      break;
+    case 13:
+    case 14:
+      run_custom_command(session, index, *node);
+      break;
+    default:
+      break;
+  }
+}
+
+void Toolbar1_ButtonClick(session::Session& session, std::string_view key) {
+  if (key == "NewUser")
+    clear_new_user(session);
+  else if (key == "Refresh")
+    Refresh(session);
+  else if (key == "FIND")
+    directory::Find_User(session);
+  else if (key == "Help")
+    session.form1.ShowHelp.emit("Main");
+  else if (key == "Vlog")
+    mnuFile_Click(session, 2);
+  else if (key == "IMPORTU")
+    mnuFile_Click(session, 1);
+  else if (key == "Exit1")
+    mnuFile_Click(session, 5);
+  else if (key == "MultiUser")
+    mnuOption_Click(session, 1);
+  else if (key == "Groups")
+    mnuOption_Click(session, 4);
+  else if (key == "deleteuser")
+    mnupopup_Click(session, 4);
+}
+
+void SSTab1_Click(session::Session& session) {
+  session.form1.StatusBar1.panel1 =
+      session.form1.SSTab1 == session::tab::kSite ? "Click on a site to edit" : "Ready.";
+}
+
+void TreeView1_NodeClick(session::Session& session, controls::TreeNode& node) {
+  directory::node_chosen(session, node);
+}
+
+void TreeView1_DblClick(session::Session& session, controls::TreeNode& node) {
+  if (node.image == "USER") {
+    directory::show_user_details(session, node);
+  } else if (node.expanded) {
+    session.form1.TreeView1.set_expanded(node, false);
+  } else {
+    directory::TreeView1_Expand(session, node);
+  }
+}
+
+void Form_Unload(session::Session& session) {
+  session.form1.ended = true;
+}
+
+}  // namespace twk::windows

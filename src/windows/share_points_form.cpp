@@ -1,0 +1,40 @@
+#include "windows/share_points_form.hpp"
+
+#include "session/session.hpp"
+#include "stores/template_store.hpp"
+#include "stores/typed_text.hpp"
+
+namespace twk::windows {
+
+void btnSharePoints_Click(session::Session& session) {
+  frmSharePoints_Load(session);
+  session.platform.dialogs.show_modal("frmSharePoints");
+}
+
+void frmSharePoints_Load(session::Session& session) {
+  session::frmSharePoints& window = session.share_points;
+  window.HomeShareName.text = window.HomeSharePoint;
+  window.ProfileShareName.text = window.ProfileSharePoint;
+  const bool editing = session.form1.savetemplate.enabled;
+  window.HomeShareName.enabled = editing;
+  window.ProfileShareName.enabled = editing;
+  window.btnOK.enabled = editing;
+}
+
+bool frmSharePoints_btnOK_Click(session::Session& session) {
+  session::frmSharePoints& window = session.share_points;
+  if (stores::refuses(session, stores::record_refusal,
+                      {window.HomeShareName.text.get(), window.ProfileShareName.text.get()}))
+    return false;
+  window.HomeSharePoint = stores::share_point(window.HomeShareName.text.get());
+  window.ProfileSharePoint = stores::share_point(window.ProfileShareName.text.get());
+  return true;
+}
+
+void frmSharePoints_btnCancel_Click(session::Session& session) {
+  session::frmSharePoints& window = session.share_points;
+  window.HomeShareName.text = window.HomeSharePoint;
+  window.ProfileShareName.text = window.ProfileSharePoint;
+}
+
+}  // namespace twk::windows

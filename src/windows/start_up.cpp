@@ -1,0 +1,110 @@
+#include "windows/start_up.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/operations.hpp"
+#include "session/session.hpp"
+#include "session/settings.hpp"
+#include "stores/conversion.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+#include "stores/template_tab.hpp"
+#include "windows/controls_defaults.hpp"
+#include "windows/load_databases.hpp"
+#include "windows/load_domain.hpp"
+#include "windows/read_settings.hpp"
+#include "windows/refresh.hpp"
+
+namespace twk::windows {
+namespace {
+
+constexpr int kLeastScreenWidth = 1024;
+
+void read_all_settings(session::Session& session) {
+  session.splash.Splash_TxT.caption = "Loading Registry Keys...";
+  read_settings(session);
+}
+
+void show_first_run(session::Session& session) {
+  session.form1.SSTab1 = session::tab::kSetup;
+  session.form1.StatusBar1.panel1 = "Must Enter Setup Details...";
+  session.form1.TreeView1.clear();
+  session.form1.TreeView1.add(nullptr, {}, session.DomainName, "Domain");
+}
+
+/// True also when the group cannot be asked.
+bool is_domain_admin(session::Session& session) {
+  session.splash.Splash_TxT.caption = "Checking Admin Rights...";
+  const std::string user = session.platform.environment.variable("USERNAME");
+  const std::string domain = "WinNT://" + session.DomainName + "/";
+  if (session.platform.directory.GetObject(domain + "Domain Admins")->IsMember(domain + user))
+    return true;
+  session.platform.dialogs.MsgBox(
+      user +
+          ": Is Not a Member of the Domain Admin Group.\r\n\r\n"
+          "You Must Be a Member of the 'Domain Admin' Group To \r\nRun this Application.",
+      platform::Buttons::kOk, platform::Icon::kCritical, "Access Control Error");
+  return false;
+}
+
+/// False when the person may not go on.
+bool open_domain(session::Session& session) {
+  session.DomainName = base::trim(session.DomainName);
+  session.splash.Splash_TxT.caption = "Retrieving Domain Data...";
+  if (!load_domain(session, session.DomainName)) {
+    session.form1.StatusBar1.panel1 = "Can't Find Domain Controller.";
+    return true;
+  }
+  // A tick is 1 and never -1: the preference is kept and shown, and costs no directory call.
+  return session.form1.Domain_Admin.value != -1 || is_domain_admin(session);
+}
+
+void load_databases(session::Session& session) {
+  prepare_controls(session);
+  session.splash.Splash_TxT.caption = "Checking .dat versions...";
+  stores::convert_old_database(session);
+  session.splash.Splash_TxT.caption = "Loading Databases...";
+  windows::Load_Databases(session);
+  stores::Clear_Site(session);
+  stores::Clear_TT(session);
+  controls::ListView& sites = session.form1.ListView2;
+  if (sites.empty())
+    return;
+  sites.select(&sites.at(0));
+  stores::ListView2_Click(session);
+}
+
+}  // namespace
+
+bool screen_is_wide_enough(platform::Dialogs& dialogs, int width) {
+  if (width >= kLeastScreenWidth)
+    return true;
+  dialogs.MsgBox("Video Resoultion must be 1024x768 or greater\r\nto run this program.",
+                 platform::Buttons::kOk, platform::Icon::kCritical, "TWK - Video Resolution");
+  return false;
+}
+
+StartUp start_session(session::Session& session) {
+  session.splash.visible = true;
+  read_all_settings(session);
+  session.splash.Splash_TxT.caption = "Retrieving Domain Names...";
+  directory::Load_Domain_List(session);
+  if (session.DomainName == session::kNoDomain) {
+    show_first_run(session);
+  } else if (!open_domain(session)) {
+    return StartUp::kNotPermitted;
+  }
+  load_databases(session);
+  show_managed_ou(session);
+  session.splash.visible = false;
+  if (session::is_debug(session))
+    session.form1.StatusBar1.panel1 = "Debug Mode.";
+  return StartUp::kReady;
+}
+
+void start_session_without_domain(session::Session& session) {
+  read_all_settings(session);
+  load_databases(session);
+}
+
+}  // namespace twk::windows

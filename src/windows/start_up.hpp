@@ -1,0 +1,31 @@
+#pragma once
+
+namespace twk::platform {
+class Dialogs;
+}
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::windows {
+
+/// False for a screen that is narrower than the program's windows need; a box told. The width is in pixels of
+/// the device, and the height does not matter.
+bool screen_is_wide_enough(platform::Dialogs& dialogs, int width);
+
+enum class StartUp {
+  kReady,        ///< the session can be worked with, whether or not its domain answered
+  kNotPermitted  ///< the person may not run the program; a box told
+};
+
+/// Brings a session up: settings, the list of domains, the domain, the fixed contents of controls, the
+/// database files. A domain that cannot be reached leaves the tree empty and says so in the status bar.
+/// Database files of an older generation are converted, which boxes tell. Raises a runtime error when that
+/// fails, before they are read.
+StartUp start_session(session::Session& session);
+
+/// The same without the domain: settings, controls and database files.
+void start_session_without_domain(session::Session& session);
+
+}  // namespace twk::windows

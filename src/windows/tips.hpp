@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::windows {
+
+inline constexpr std::string_view kTipFile = "TIPOFDAY.TXT";
+
+/// The tips of the day, one a line of a text: those of the file "TIPOFDAY.TXT" in the database directory, and
+/// without such a file those of `shipped`. Blank lines are no tips. The file is UTF-8 or code page 1252. A
+/// file that cannot be read gives none.
+std::vector<std::string> read_tips(session::Session& session, std::string_view shipped);
+
+}  // namespace twk::windows

@@ -1,0 +1,409 @@
+#include "session/settings.hpp"
+
+#include "support/world.hpp"
+#include "windows/formats_tab.hpp"
+#include "windows/preferences_tab.hpp"
+#include "windows/read_settings.hpp"
+#include "windows/setup_tab.hpp"
+
+namespace twk::windows {
+namespace {
+
+class SettingsTest : public test::TestWorld {
+ protected:
+  session::Form1& form1 = session.form1;
+};
+
+TEST_F(SettingsTest, AnEmptyRegistryGivesTheDefaultsOfAFreshInstallation) {
+  read_settings(session);
+  EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
+  EXPECT_EQ(session.DomainName, "%Domain%");
+  EXPECT_EQ(form1.dbpath.text.get(), "/opt/twk\\");
+  EXPECT_EQ(session.ProfileTemplateFile, "NTUser.dat");
+  EXPECT_EQ(form1.Option1.index.get(), 2);
+  EXPECT_EQ(form1.FullName_Format.index.get(), 0);
+  EXPECT_EQ(form1.testuserid.text.get(), "JSmith");
+  EXPECT_EQ(form1.FN_Format_Check.text.get(), "John Fred Smith");
+  EXPECT_TRUE(session.ManageSubOUs);
+  EXPECT_FALSE(session.LoadAllUsersFlag);
+  EXPECT_TRUE(form1.CNName.value.get());
+  EXPECT_TRUE(form1.Sorted_No.value.get());
+  EXPECT_TRUE(form1.DNName.value.get());
+  for (const controls::CheckBox* const ticked :
+       {&form1.Confirm_Deletes, &form1.Confirm_Resets, &form1.chkAdmin_Shares, &form1.Create_Dirs,
+        &form1.Create_Shares, &form1.Dir_Security, &form1.Create_User_Account, &form1.Create_Mail_Account,
+        &form1.Run_script, &form1.Mail_Logon})
+    EXPECT_TRUE(ticked->on());
+  for (const controls::CheckBox* const unticked :
+       {&form1.FmtPass, &form1.USR_Cant_Change, &form1.PWD_NVR_EXPIRE, &form1.Domain_Admin,
+        &form1.New_Disabled, &form1.Password_Change, &form1.STOP_ON_RED[0], &form1.STOP_ON_RED[1],
+        &form1.STOP_ON_RED[2]})
+    EXPECT_FALSE(unticked->on());
+  EXPECT_FALSE(form1.txtAdmin.enabled.get());
+  EXPECT_FALSE(form1.mnupopup[12].visible.get());
+  EXPECT_FALSE(form1.Custom_Value[0].visible.get());
+  EXPECT_EQ(form1.Frame4.caption.get(), "Default Password");
+}
+
+TEST_F(SettingsTest, AVersionThatIsThereStays) {
+  set("Version", "DBVersion", "");
+  read_settings(session);
+  EXPECT_EQ(setting("Version", "DBVersion"), "");
+}
+
+TEST_F(SettingsTest, TextsAreReadWithoutTheBlanksAroundThem) {
+  set("Setup", "Domain", "twk.test");
+  set("Setup", "Password", " pw ");
+  set("Setup", "DataBasePath", " /srv/db\\ ");
+  set("Setup", "Profiles", " NTUser.man ");
+  set("Setup", "BatchFileCreate", " create ");
+  set("Setup", "BatchFileMove", " move ");
+  set("Setup", "SetupID", "%last%");
+  set("Setup", "AltSetupID", "%first%%n%");
+  set("Mail", "LDAP_PORT", " 390 ");
+  read_settings(session);
+  EXPECT_EQ(session.DomainName, "twk.test");
+  EXPECT_EQ(form1.defaultpassword.text.get(), "pw");
+  EXPECT_EQ(form1.dbpath.text.get(), "/srv/db\\");
+  EXPECT_EQ(session.ProfileTemplateFile, "NTUser.man");
+  EXPECT_EQ(form1.Create_Script.text.get(), "create");
+  EXPECT_EQ(form1.Move_Script.text.get(), "move");
+  EXPECT_EQ(form1.testuserid.text.get(), "Smith");
+  EXPECT_EQ(form1.TESTUSERALTID.text.get(), "John0");
+  EXPECT_EQ(form1.PORT.text.get(), "390");
+}
+
+TEST_F(SettingsTest, AScriptThatWasNeverSavedStaysAsDesigned) {
+  form1.Create_Script.text = "as designed";
+  form1.Move_Script.text = "left over";
+  read_settings(session);
+  EXPECT_EQ(form1.Create_Script.text.get(), "as designed");
+  EXPECT_EQ(form1.Move_Script.text.get(), "");
+}
+
+TEST_F(SettingsTest, NumbersSelectAnEntryOrTheDefault) {
+  struct Case {
+    std::string_view stored;
+    int account_entry;
+    int full_name_entry;
+  };
+  const Case cases[] = {{"1", 0, 0}, {"4", 3, 3}, {"5", 4, 0}, {"0", 2, 0}, {"6", 2, 0}, {"x", 2, 0}};
+  for (const Case& one : cases) {
+    set("Setup", "UserFormat", one.stored);
+    set("Preferences", "FullName", one.stored);
+    read_settings(session);
+    EXPECT_EQ(form1.Option1.index.get(), one.account_entry) << one.stored;
+    EXPECT_EQ(form1.FullName_Format.index.get(), one.full_name_entry) << one.stored;
+  }
+}
+
+TEST_F(SettingsTest, EachWordIsComparedInItsOwnWay) {
+  struct Case {
+    std::string_view sub_key;
+    std::string_view name;
+    controls::CheckBox& box;
+    std::string_view ticks;
+    std::string_view unticks;
+  };
+  const Case cases[] = {
+      {"Preferences", "UseFormattedPassword", form1.FmtPass, "YES yes Yes", "No True"},
+      {"Preferences", "CantChangePWD", form1.USR_Cant_Change, "yes YES", "No x"},
+      {"Preferences", "PasswdNVRExpire", form1.PWD_NVR_EXPIRE, "yes Yes", "No x"},
+      {"Preferences", "ProfileDeleteUsername", form1.Profile_Delete_Name, "yes YES", "No"},
+      {"Preferences", "ConfirmDeletes", form1.Confirm_Deletes, "Yes no NO x", "No"},
+      {"Preferences", "AdminShares", form1.chkAdmin_Shares, "Yes no", "No"},
+      {"Preferences", "ConfirmResets", form1.Confirm_Resets, "Yes NO", "No"},
+      {"Preferences", "CheckAdminRights", form1.Domain_Admin, "Yes", "yes YES No"},
+      {"Preferences", "AccountDisabled", form1.New_Disabled, "Yes", "yes No"},
+      {"Preferences", "SkipPrompt", form1.STOP_ON_RED[2], "Yes", "yes"},
+      {"Preferences", "StopOnWarning", form1.STOP_ON_RED[1], "Yes", "YES"},
+      {"Preferences", "StopOnError", form1.STOP_ON_RED[0], "Yes", "yes"},
+      {"UM", "CreateDirs", form1.Create_Dirs, "Yes", "yes No"},
+      {"UM", "CreateShares", form1.Create_Shares, "Yes", "No"},
+      {"UM", "SetPermissions", form1.Dir_Security, "Yes", "No"},
+      {"UM", "UserAccount", form1.Create_User_Account, "Yes", "No"},
+      {"UM", "MailAccount", form1.Create_Mail_Account, "Yes", "No"},
+      {"UM", "RunCmd", form1.Run_script, "Yes", "No"},
+      {"Mail", "MailCredentials", form1.Mail_Logon, "True x", "FALSE false"},
+      {"Setup", "CreateHidden", form1.Run_Hidden[0], "Yes", "yes No"},
+      {"Setup", "MoveHidden", form1.Run_Hidden[1], "Yes", "No"},
+      {"Setup", "DeleteHidden", form1.Run_Hidden[2], "Yes", "No"},
+      {"Setup", "WaitNew", form1.Wait_NEW[0], "Yes", "No"},
+      {"Setup", "WaitMove", form1.Wait_NEW[1], "Yes", "No"},
+      {"Setup", "WaitDelete", form1.Wait_NEW[2], "Yes", "No"},
+  };
+  for (const Case& one : cases) {
+    for (const bool ticked : {true, false}) {
+      for (const std::string& word : base::split(ticked ? one.ticks : one.unticks, ' ')) {
+        set(one.sub_key, one.name, word);
+        read_settings(session);
+        EXPECT_EQ(one.box.on(), ticked) << one.name << " " << word;
+      }
+    }
+  }
+}
+
+TEST_F(SettingsTest, TheFormattedPasswordIsReadOnlyWhenItIsUsed) {
+  set("Setup", "FormattedPassword", " %first% ");
+  read_settings(session);
+  EXPECT_EQ(form1.Formatted_Password.text.get(), "");
+  set("Preferences", "UseFormattedPassword", "yes");
+  read_settings(session);
+  EXPECT_EQ(form1.Formatted_Password.text.get(), "%first%");
+  EXPECT_EQ(form1.Frame4.caption.get(), "Default Passwords");
+  EXPECT_TRUE(form1.Formatted_Password.enabled.get());
+}
+
+TEST_F(SettingsTest, TheManagedUnitComesWithItsFlagFromOneHive) {
+  set("Setup", "OU", "OU=Own", platform::kHiveCurrentUser);
+  set("Setup", "SUBOU", "No", platform::kHiveCurrentUser);
+  read_settings(session);
+  EXPECT_EQ(session.ManagedOU, "OU=Own");
+  EXPECT_FALSE(session.ManageSubOUs);
+  set("Setup", "OU", "OU=All");
+  read_settings(session);
+  EXPECT_EQ(session.ManagedOU, "OU=All");
+  EXPECT_TRUE(session.ManageSubOUs);
+}
+
+TEST_F(SettingsTest, APasswordThatCannotChangeRulesOutThatItMust) {
+  set("Preferences", "CantChangePWD", "Yes");
+  set("Preferences", "ForcePasswdChange", "Yes");
+  read_settings(session);
+  EXPECT_FALSE(form1.Password_Change.on());
+  EXPECT_FALSE(form1.Password_Change.enabled.get());
+  set("Preferences", "CantChangePWD", "No");
+  read_settings(session);
+  EXPECT_TRUE(form1.Password_Change.on());
+  EXPECT_TRUE(form1.Password_Change.enabled.get());
+}
+
+TEST_F(SettingsTest, CustomCommandsAreShownWhenTheyAreComplete) {
+  set("Custom", "Menu1", "Open &home");
+  set("Custom", "Script1", "open %UserName%");
+  read_settings(session);
+  EXPECT_FALSE(form1.mnupopup[14].visible.get());
+  set("Custom", "RUNHIDDEN1", "");
+  set("Custom", "Custom2", "Cost centre");
+  read_settings(session);
+  EXPECT_EQ(form1.mnupopup[14].caption.get(), "Open &home");
+  EXPECT_TRUE(form1.mnupopup[14].enabled.get());
+  EXPECT_TRUE(form1.mnupopup[12].visible.get());
+  EXPECT_FALSE(form1.mnupopup[13].visible.get());
+  EXPECT_TRUE(form1.Custom_Value[1].visible.get());
+  EXPECT_EQ(form1.Custom_Label[1].caption.get(), "Cost centre");
+  EXPECT_FALSE(form1.Custom_Label[2].visible.get());
+}
+
+TEST_F(SettingsTest, LastRegResultTellsWhetherAValueIsThere) {
+  EXPECT_EQ(session::read_setting(session, session::kSetup, "none"), "");
+  EXPECT_FALSE(session.LastRegResult);
+  session::write_setting(session, session::kSetup, "some", "");
+  EXPECT_TRUE(session.LastRegResult);
+  EXPECT_EQ(session::read_setting(session, "SETUP", "SOME"), "");
+  EXPECT_TRUE(session.LastRegResult);
+  registry.read_only = true;
+  session::write_setting(session, session::kSetup, "some", "x");
+  EXPECT_FALSE(session.LastRegResult);
+}
+
+TEST_F(SettingsTest, SavingTheSetUpTabStoresEveryFieldInOrder) {
+  form1.DomName.text = "twk.test";
+  form1.defaultpassword.text = "pw";
+  form1.Formatted_Password.text = "fp";
+  form1.dbpath.text = " /srv/db ";
+  EXPECT_NE(session.dbpath, "/srv/db\\") << "it is only typed";
+  form1.setupid.text = "#U%last%";
+  form1.ALTID.text = "1%first%";
+  form1.Create_Script.text = "c";
+  form1.Move_Script.text = "m";
+  form1.Delete_Script.text = "d";
+  form1.Run_Hidden[1].value = 1;
+  form1.Wait_NEW[2].value = 1;
+  Command3_Click(session);
+  EXPECT_EQ(form1.dbpath.text.get(), "/srv/db\\");
+  EXPECT_EQ(session.dbpath, "/srv/db\\");
+  EXPECT_EQ(form1.testuserid.text.get(), "SMITH");
+  EXPECT_EQ(form1.TESTUSERALTID.text.get(), "J");
+  const std::vector<std::pair<std::string, std::string>> expected = {
+      {"Domain", "twk.test"},      {"Password", "pw"},
+      {"FormattedPassword", "fp"}, {"DataBasePath", "/srv/db\\"},
+      {"SetupID", "#U%last%"},     {"AltSetupID", "1%first%"},
+      {"BatchFileCreate", "c"},    {"BatchFileMove", "m"},
+      {"BatchFileDelete", "d"},    {"CreateHidden", "No"},
+      {"MoveHidden", "Yes"},       {"DeleteHidden", "No"},
+      {"WaitNew", "No"},           {"WaitMove", "No"},
+      {"WaitDelete", "Yes"}};
+  ASSERT_EQ(registry.written.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(registry.written[i], expected[i].first);
+    EXPECT_EQ(setting("Setup", expected[i].first), expected[i].second);
+  }
+  form1.dbpath.text = "  ";
+  Command3_Click(session);
+  EXPECT_EQ(setting("Setup", "DataBasePath"), "");
+}
+
+TEST_F(SettingsTest, PresetFormatsFillTheFieldAndCustomOnesLeaveIt) {
+  const std::string_view accounts[] = {"SmithJ", "JohnS", "JSmith", "JohnSmith", "custom"};
+  const std::string_view full_names[] = {"John Fred Smith", "John Smith", "Smith John", "custom"};
+  for (int i = 0; i < 5; ++i) {
+    if (i == 4)
+      form1.setupid.text = "custom", form1.testuserid.text = "custom";
+    form1.Option1.index = i;
+    Option1_Click(session);
+    EXPECT_EQ(form1.testuserid.text.get(), accounts[i]);
+    EXPECT_EQ(setting("Setup", "UserFormat"), base::to_text(i + 1));
+  }
+  EXPECT_EQ(form1.setupid.text.get(), "custom");
+  for (int i = 0; i < 4; ++i) {
+    if (i == 3)
+      form1.FN_Format.text = "custom", form1.FN_Format_Check.text = "custom";
+    form1.FullName_Format.index = i;
+    FullName_Format_Click(session);
+    EXPECT_EQ(form1.FN_Format_Check.text.get(), full_names[i]);
+    EXPECT_EQ(setting("Preferences", "FullName"), base::to_text(i + 1));
+  }
+  Check_FN_Format_Click(session);
+  EXPECT_EQ(setting("Preferences", "Custom_FN"), "custom");
+}
+
+TEST_F(SettingsTest, AStoredPresetCountsAtTheNextStartAndATypedFormatMakesTheChoiceCustom) {
+  set("Setup", "SetupID", "old");
+  set("Preferences", "Custom_FN", "old");
+  read_settings(session);
+  EXPECT_EQ(form1.setupid.text.get(), "old") << "no choice is stored";
+  set("Setup", "UserFormat", "4");
+  set("Preferences", "FullName", "3");
+  read_settings(session);
+  EXPECT_EQ(form1.setupid.text.get(), "%first%%last%");
+  EXPECT_EQ(form1.FN_Format.text.get(), "%Last% %First%");
+  form1.setupid.text = "#U%last%";
+  Command3_Click(session);
+  form1.FN_Format.text = "Dr. %Last%";
+  Check_FN_Format_Click(session);
+  EXPECT_EQ(setting("Setup", "UserFormat"), "5");
+  EXPECT_EQ(setting("Preferences", "FullName"), "4");
+  read_settings(session);
+  EXPECT_EQ(form1.setupid.text.get(), "#U%last%");
+  EXPECT_EQ(form1.FN_Format.text.get(), "Dr. %Last%");
+}
+
+TEST_F(SettingsTest, ABoxIsStoredWhenItIsClicked) {
+  struct Case {
+    std::string_view sub_key;
+    std::string_view name;
+    controls::CheckBox& box;
+    void (*click)(session::Session&);
+  };
+  const Case cases[] = {
+      {"UM", "CreateDirs", form1.Create_Dirs, Create_Dirs_Click},
+      {"UM", "CreateShares", form1.Create_Shares, Create_Shares_Click},
+      {"UM", "SetPermissions", form1.Dir_Security, Dir_Security_Click},
+      {"UM", "UserAccount", form1.Create_User_Account, Create_User_Account_Click},
+      {"UM", "MailAccount", form1.Create_Mail_Account, Create_Mail_Account_Click},
+      {"UM", "RunCmd", form1.Run_script, Run_script_Click},
+      {"Preferences", "PasswdNVRExpire", form1.PWD_NVR_EXPIRE, PWD_NVR_EXPIRE_Click},
+      {"Preferences", "ProfileDeleteUsername", form1.Profile_Delete_Name, Profile_Delete_Name_Click},
+      {"Preferences", "ConfirmDeletes", form1.Confirm_Deletes, Confirm_Deletes_Click},
+      {"Preferences", "ConfirmResets", form1.Confirm_Resets, Confirm_Resets_Click},
+      {"Preferences", "AdminShares", form1.chkAdmin_Shares, chkAdmin_Shares_Click},
+      {"Preferences", "CheckAdminRights", form1.Domain_Admin, Domain_Admin_Click},
+      {"Preferences", "AccountDisabled", form1.New_Disabled, New_Disabled_Click},
+      {"Preferences", "ForcePasswdChange", form1.Password_Change, Password_Change_Click},
+      {"Preferences", "CantChangePWD", form1.USR_Cant_Change, USR_Cant_Change_Click},
+      {"Preferences", "SkipPrompt", form1.STOP_ON_RED[2], STOP_ON_RED_Click},
+      {"Setup", "RunHidden", form1.Run_Hidden[0], Run_Hidden_Click},
+  };
+  for (const Case& one : cases) {
+    for (const int value : {1, 0}) {
+      one.box.value = value;
+      one.click(session);
+      EXPECT_EQ(setting(one.sub_key, one.name), value == 1 ? "Yes" : "No") << one.name;
+    }
+  }
+}
+
+TEST_F(SettingsTest, AnOptionButtonIsStoredWhenItIsChosen) {
+  struct Case {
+    std::string_view name;
+    std::string_view word;
+    controls::OptionButton& chosen;
+    controls::OptionButton& other;
+    void (*click)(session::Session&);
+  };
+  const Case cases[] = {
+      {"CNName", "No", form1.SamAccountName, form1.CNName, SamAccountName_Click},
+      {"CNName", "Yes", form1.CNName, form1.SamAccountName, CNName_Click},
+      {"Sorted", "Yes", form1.Sorted_Yes, form1.Sorted_No, Sorted_Yes_Click},
+      {"Sorted", "No", form1.Sorted_No, form1.Sorted_Yes, Sorted_No_Click},
+      {"DisplayName", "Yes", form1.DisplayName, form1.DNName, DisplayName_Click},
+      {"DisplayName", "No", form1.DNName, form1.DisplayName, DNName_Click},
+  };
+  for (const Case& one : cases) {
+    one.click(session);
+    EXPECT_EQ(setting("Preferences", one.name), one.word);
+    read_settings(session);
+    EXPECT_TRUE(one.chosen.value.get()) << one.name << " " << one.word;
+    EXPECT_FALSE(one.other.value.get());
+  }
+}
+
+TEST_F(SettingsTest, HaltingOnWarningsCarriesHaltingOnErrors) {
+  form1.STOP_ON_RED[1].value = 1;
+  STOP_ON_RED_Click(session);
+  EXPECT_TRUE(form1.STOP_ON_RED[0].on());
+  EXPECT_FALSE(form1.STOP_ON_RED[0].enabled.get());
+  EXPECT_EQ(setting("Preferences", "StopOnError"), "Yes");
+  EXPECT_EQ(setting("Preferences", "StopOnWarning"), "Yes");
+  form1.STOP_ON_RED[1].value = 0;
+  STOP_ON_RED_Click(session);
+  EXPECT_TRUE(form1.STOP_ON_RED[0].enabled.get());
+  EXPECT_EQ(setting("Preferences", "StopOnError"), "Yes");
+  EXPECT_EQ(setting("Preferences", "StopOnWarning"), "No");
+}
+
+TEST_F(SettingsTest, APasswordThatCannotChangeUnticksAndStoresThatItMust) {
+  form1.Password_Change.value = 1;
+  Password_Change_Click(session);
+  form1.USR_Cant_Change.value = 1;
+  USR_Cant_Change_Click(session);
+  EXPECT_FALSE(form1.Password_Change.on());
+  EXPECT_FALSE(form1.Password_Change.enabled.get());
+  EXPECT_EQ(setting("Preferences", "ForcePasswdChange"), "No");
+}
+
+TEST_F(SettingsTest, MailCredentialsAreStoredOnlyWhenTheyAreUsed) {
+  form1.PORT.text = "389";
+  form1.txtAdmin.text = "admin";
+  form1.txtPassword.text = "secret";
+  form1.Mail_Logon.value = 1;
+  Mail_Logon_Click(session);
+  savemail_Click(session);
+  EXPECT_EQ(setting("Mail", "LDAP_PORT"), "389");
+  EXPECT_EQ(setting("Mail", "MailCredentials"), "True");
+  EXPECT_EQ(setting("Mail", "Mail_Password"), "(none)");
+  EXPECT_FALSE(form1.txtPassword.enabled.get());
+  form1.Mail_Logon.value = 0;
+  Mail_Logon_Click(session);
+  savemail_Click(session);
+  EXPECT_EQ(setting("Mail", "MailCredentials"), "False");
+  EXPECT_EQ(setting("Mail", "Admin_Account"), "admin");
+  EXPECT_EQ(setting("Mail", "Mail_Password"), "secret");
+  EXPECT_TRUE(form1.txtPassword.enabled.get());
+}
+
+TEST_F(SettingsTest, DriveLettersBeginWithNone) {
+  for (const controls::ComboBox* const box : {&form1.Home_Drive_letter, &form1.UM_Drive_Letter}) {
+    ASSERT_EQ(box->items().size(), 27U);
+    EXPECT_EQ(box->items().front(), "");
+    EXPECT_EQ(box->items().back(), "Z:");
+    EXPECT_EQ(box->text.get(), "");
+  }
+  EXPECT_EQ(session.TemplateLogonHours, base::Bytes(21, 255));
+  EXPECT_FALSE(form1.add.enabled.get());
+  EXPECT_TRUE(form1.UM_ADD_GROUP.enabled.get());
+}
+
+}  // namespace
+}  // namespace twk::windows

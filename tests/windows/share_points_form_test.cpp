@@ -1,0 +1,56 @@
+#include "windows/share_points_form.hpp"
+
+#include "support/world.hpp"
+
+namespace twk::windows {
+namespace {
+
+class SharePointsTest : public test::TestWorld {
+ protected:
+  session::frmSharePoints& window = session.share_points;
+};
+
+TEST_F(SharePointsTest, SharePointsEndInABackslashAndLoseOneInFront) {
+  struct Case {
+    std::string_view typed;
+    std::string_view kept;
+  };
+  const Case cases[] = {{"\\homes", "homes\\"},
+                        {"homes\\", "homes\\"},
+                        {"\\\\homes\\a", "\\homes\\a\\"},
+                        {"", ""},
+                        {" %UserName%$ ", "%UserName%$\\"}};
+  for (const Case& one : cases) {
+    window.HomeShareName.text = std::string(one.typed);
+    window.ProfileShareName.text = std::string(one.typed);
+    EXPECT_TRUE(frmSharePoints_btnOK_Click(session));
+    EXPECT_EQ(window.HomeSharePoint, one.kept) << one.typed;
+    EXPECT_EQ(window.ProfileSharePoint, one.kept) << one.typed;
+  }
+}
+
+TEST_F(SharePointsTest, TheWindowCanBeChangedWhileTheTemplateIsEdited) {
+  window.HomeSharePoint = "homes\\";
+  for (const bool editing : {true, false}) {
+    session.form1.savetemplate.enabled = editing;
+    window.HomeShareName.text = "typed";
+    frmSharePoints_Load(session);
+    EXPECT_EQ(window.HomeShareName.text.get(), "homes\\");
+    EXPECT_EQ(window.HomeShareName.enabled.get(), editing);
+    EXPECT_EQ(window.ProfileShareName.enabled.get(), editing);
+    EXPECT_EQ(window.btnOK.enabled.get(), editing);
+  }
+}
+
+TEST_F(SharePointsTest, CancelAndControlCharactersKeepTheOldValues) {
+  window.HomeSharePoint = "homes\\";
+  window.HomeShareName.text = "other\n";
+  EXPECT_FALSE(frmSharePoints_btnOK_Click(session));
+  EXPECT_EQ(status(), "Control character U+000A not allowed");
+  frmSharePoints_btnCancel_Click(session);
+  EXPECT_EQ(window.HomeSharePoint, "homes\\");
+  EXPECT_EQ(window.HomeShareName.text.get(), "homes\\");
+}
+
+}  // namespace
+}  // namespace twk::windows
