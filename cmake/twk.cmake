@@ -46,13 +46,13 @@ if(TWK_SANITIZE)
   endif()
 endif()
 
-# twk_library(<name> FOLDERS <folder>… LINKS <library>…): one library from the sources of some folders of src/.
+# twk_library(<name> FOLDERS <folder>… LINKS <library>…): one library from the sources of some folders of src/ with their sub-folders.
 function(twk_library name)
   cmake_parse_arguments(ARG "" "" "FOLDERS;LINKS" ${ARGN})
   set(globs ${ARG_FOLDERS})
   list(TRANSFORM globs PREPEND ${PROJECT_SOURCE_DIR}/src/)
   list(TRANSFORM globs APPEND /*.cpp)
-  file(GLOB sources CONFIGURE_DEPENDS ${globs})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${globs})
   add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE twk_rules)
