@@ -5,12 +5,12 @@
 #include <iostream>
 
 #include "base/text.hpp"
-#include "cli/commands.hpp"
-#include "cli/context.hpp"
-#include "cli/exit_codes.hpp"
-#include "cli/failures.hpp"
-#include "cli/interrupt.hpp"
-#include "cli/logon_password.hpp"
+#include "cli/frame/commands.hpp"
+#include "cli/frame/context.hpp"
+#include "cli/frame/logon_password.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/interrupt.hpp"
 #include "local/private_memory.hpp"
 #include "local/refused_writes.hpp"
 

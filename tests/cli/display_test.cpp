@@ -1,6 +1,6 @@
-#include "cli/display.hpp"
+#include "cli/terminal/display.hpp"
 
-#include "cli/output.hpp"
+#include "cli/terminal/output.hpp"
 
 namespace twk::cli {
 namespace {

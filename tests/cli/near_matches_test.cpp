@@ -1,6 +1,6 @@
-#include "cli/near_matches.hpp"
+#include "cli/parser/near_matches.hpp"
 
-#include "cli/failures.hpp"
+#include "cli/terminal/failures.hpp"
 
 namespace twk::cli {
 namespace {

@@ -1,0 +1,229 @@
+#include "cli/frame/context.hpp"
+
+#include <cstdlib>
+#include <set>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "cli/frame/logon_password.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/interrupt.hpp"
+#include "cli/terminal/progress.hpp"
+#include "lifecycle/rehearsal.hpp"
+#include "session/settings.hpp"
+#include "windows/read_settings.hpp"
+#include "windows/start_up.hpp"
+
+namespace twk::cli {
+namespace {
+
+/// Of options or settings that do not make a connection.
+constexpr std::uint32_t kInvalidArgument = 5;
+
+/// The rows of the log tab from `first` on that are no GREEN ones, each text once. What the last creation
+/// came to is a result and told as one.
+void tell_log_rows(const session::Session& session, std::size_t first) {
+  const controls::ListView& rows = session.form1.ListView1;
+  std::set<std::string_view> told = {base::trim(session.LastCreation.message)};
+  for (std::size_t i = first; i < rows.size(); ++i) {
+    const std::string_view text = base::trim(rows.at(i).text);
+    if (rows.at(i).icon != session::kGreen && told.insert(text).second)
+      complain(rows.at(i).icon + ": " + std::string(text));
+  }
+}
+
+/// True when the log tab has a row that is not GREEN.
+bool met_trouble(const session::Session& session) {
+  const controls::ListView& rows = session.form1.ListView1;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (rows.at(i).icon != session::kGreen)
+      return true;
+  }
+  return false;
+}
+
+std::unique_ptr<world::World> make_real_world(const world::ConnectionOptions& given, live::Prompts prompts,
+                                              platform::Dialogs& dialogs) {
+  try {
+    return world::make_live_world(given, std::move(prompts), dialogs);
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() != kInvalidArgument)
+      throw;
+    throw UsageError(failure.description());
+  }
+}
+
+void connect_or_say_how(world::World& world) {
+  try {
+    world.connect();
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() == kInvalidArgument)
+      throw UsageError("the settings below Live: " + failure.description());
+    if (failure.number() != platform::ads_error::kNoSuchDomain)
+      throw;
+    throw UsageError(failure.description() +
+                     ": give --domain NAME or --lab DIR in front of the command, or set "
+                     "TWK_LAB; `twk lab init DIR --sample` makes a lab");
+  }
+}
+
+/// Brings the session up as far as it is needed.
+windows::StartUp start(session::Session& session, Depth depth) {
+  if (depth == Depth::kSettings) {
+    windows::read_settings(session);
+    return windows::StartUp::kReady;
+  }
+  if (depth == Depth::kDatabases) {
+    windows::start_session_without_domain(session);
+    return windows::StartUp::kReady;
+  }
+  Progress progress;
+  const auto& text = session.splash.Splash_TxT.caption;
+  const auto watch = text.watch([&] { progress.show(text.get()); });
+  return windows::start_session(session);
+}
+
+}  // namespace
+
+Context::Context() = default;
+Context::~Context() = default;
+
+int Context::run() {
+  output_.set_json(options_.json);
+  if (options_.yes)
+    dialogs_.set_asking(Asking::kYes);
+  if (options_.no_input)
+    dialogs_.set_asking(Asking::kNoInput);
+  const int exit_code = action_();
+  const bool asks_log_tab = exit_code == kExitGreen && session_ && !keeps_exit_code_;
+  return asks_log_tab && met_trouble(*session_) ? kExitYellow : exit_code;
+}
+
+std::filesystem::path Context::named_lab() const {
+  if (!options_.lab.empty()) {
+    if (options_.live || world::says_anything(options_.connection))
+      throw UsageError("--lab is a world of its own: leave out either it or what names a real domain");
+    return options_.lab;
+  }
+  const char* variable = std::getenv("TWK_LAB");  // NOLINT(concurrency-mt-unsafe): one thread
+  const bool real = options_.live || world::says_anything(options_.connection);
+  return variable == nullptr || real ? "" : variable;
+}
+
+std::filesystem::path Context::lab_folder() const {
+  std::filesystem::path folder = named_lab();
+  if (folder.empty()) {
+    throw UsageError(
+        "this needs a lab: give --lab DIR in front of the command, or set TWK_LAB; `twk lab init DIR "
+        "--sample` makes one");
+  }
+  return folder;
+}
+
+world::World& Context::world() {
+  if (world_)
+    return *world_;
+  const std::filesystem::path folder = named_lab();
+  if (folder.empty()) {
+    world_ = make_real_world(options_.connection, prompts(), dialogs_);
+  } else {
+    if (!world::may_be_lab(folder))
+      throw BadInput(folder.string() +
+                     " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
+    world_ = std::make_unique<world::World>(folder, dialogs_,
+                                            [](const std::string& warning) { complain(warning); });
+  }
+  world_->choose_domain_and_database(options_.db);
+  return *world_;
+}
+
+lab::Lab& Context::lab() {
+  static_cast<void>(lab_folder());
+  return world().lab();
+}
+
+live::LiveDomain& Context::connected_domain() {
+  connect_or_say_how(world());
+  return world().live().domain();
+}
+
+live::Prompts Context::prompts() {
+  return {.password = [this](const std::string& user) { return logon_password(options_, user); },
+          .tell = [](const std::string& text) { complain(text); },
+          .is_stopped = interrupted};
+}
+
+const platform::Platform& Context::services() {
+  return world().services();
+}
+
+platform::RegistryAccess& Context::registry() {
+  return world().stored_registry();
+}
+
+platform::RegistryListing& Context::registry_listing() {
+  return world().registry_listing();
+}
+
+Domain Context::domain() {
+  connect_or_say_how(world());
+  const world::DomainNames names = world().domain_names();
+  return {.services = services(),
+          .name = names.name,
+          .nt_name = names.nt_name,
+          .active_directory = names.active_directory};
+}
+
+void Context::override_setting(std::string_view sub_key, std::string_view name, std::string value) {
+  world().override_setting(sub_key, name, std::move(value));
+}
+
+void Context::rehearse(std::function<void(const std::string&)> tell) {
+  rehearsal_ = std::make_unique<lifecycle::Rehearsal>(services(), std::move(tell));
+}
+
+session::Session& Context::session(Depth depth) {
+  if (session_)
+    return *session_;
+  // The windows' routines pass over what they cannot reach; a command says why at once.
+  if (depth == Depth::kDomain)
+    connect_or_say_how(world());
+  const platform::Platform platform = rehearsal_ ? rehearsal_->services() : services();
+  session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
+                                                world().program_directory());
+  session::Session& session = *session_;
+  const windows::StartUp result = start(session, depth);
+  tell_log_rows(session, 0);
+  if (result == windows::StartUp::kNotPermitted)
+    throw base::RuntimeError(platform::ads_error::kAccessDenied, "You may not run this program.");
+  if (depth == Depth::kDomain && session.form1.TreeView1.first() == nullptr)
+    throw Refused(session.form1.StatusBar1.panel1);
+  return session;
+}
+
+void act(session::Session& session, const std::function<void()>& operation) {
+  const std::string before = session.form1.StatusBar1.panel1;
+  const std::size_t rows = session.form1.ListView1.size();
+  operation();
+  tell_log_rows(session, rows);
+  const std::string& after = session.form1.StatusBar1.panel1;
+  if (after != before && !after.empty() && after != "Ready.")
+    complain(after);
+}
+
+int act_and_tell(Context& context, session::Session& session, const std::function<bool()>& operation,
+                 const std::function<Json()>& further) {
+  const controls::ListView& log = session.form1.ListView1;
+  const std::size_t rows = log.size();
+  const bool done = operation();
+  if (log.size() == rows)
+    throw Refused(session.form1.StatusBar1.panel1);
+  const controls::ListRow& told = log.at(log.size() - 1);
+  Json result = {{"light", told.icon}, {"message", told.text}};
+  result.update(further());
+  context.output().result(result, context.output().light(told.icon) + "  " + told.text);
+  return done ? exit_code_of_light(told.icon) : kExitRed;
+}
+
+}  // namespace twk::cli

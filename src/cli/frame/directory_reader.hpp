@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/terminal/output.hpp"
+#include "platform/platform.hpp"
+
+/// Users and groups as the commands print them, read through the directory services, in Active Directory and
+/// in WinNT domains.
+namespace twk::cli {
+
+/// The domain that is asked.
+struct Domain {
+  const platform::Platform& services;
+  std::string name;     ///< DNS name, in a WinNT domain the NetBIOS name
+  std::string nt_name;  ///< the name in WinNT paths
+  bool active_directory = true;
+};
+
+/// "DC=twk,DC=test".
+std::string domain_dn(const Domain& domain);
+
+/// Users with name, fullName, description, disabled, dn, sorted by name; those of one OU and below it when
+/// `ou` is a distinguished name. Raises `Refused` when there is no such OU.
+std::vector<Json> list_users(const Domain& domain, std::string_view ou);
+/// Everything `user show` tells of the user of that account name, common name, principal name or
+/// distinguished name. Raises `Refused` when there is none, or more than one.
+Json describe_user(const Domain& domain, std::string_view name);
+/// The distinguished name of that user; in a WinNT domain the account name.
+std::string locate_user(const Domain& domain, std::string_view name);
+/// The same without the near names, which cost a walk through all users: nothing when there is no such user.
+std::optional<std::string> find_user(const Domain& domain, std::string_view name);
+/// The object of that user, for a change to it.
+platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
+
+/// The distinguished name of the group of that account name, common name or distinguished name; in a WinNT
+/// domain its name. Raises `Refused` when there is none, or more than one.
+std::string locate_group(const Domain& domain, std::string_view name);
+/// Groups with name, kind, scope, description, dn, sorted by name.
+std::vector<Json> list_groups(const Domain& domain);
+/// The same of one group with its members, those by primary group included.
+Json describe_group(const Domain& domain, std::string_view name);
+
+/// The distinguished names of the organizational units; none in a WinNT domain.
+std::vector<std::string> list_ous(const Domain& domain);
+/// The distinguished name of the OU or container as the directory spells it. Raises `Refused` with the
+/// nearest names when there is none.
+std::string locate_ou(const Domain& domain, std::string_view dn);
+
+}  // namespace twk::cli

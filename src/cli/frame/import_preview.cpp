@@ -1,0 +1,66 @@
+#include "cli/frame/import_preview.hpp"
+
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "batch/import.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/interrupt.hpp"
+
+namespace twk::cli {
+namespace {
+
+const std::vector<Column> kColumns = {{"line", "Line"},      {"light", "Light"},   {"user", "User"},
+                                      {"first", "First"},    {"middle", "Middle"}, {"last", "Last"},
+                                      {"message", "Message"}};
+
+Json preview_row(const session::Form1& form, const session::ImportRow& row) {
+  const std::string light = row.outcome.light.empty() ? std::string(session::kRed) : row.outcome.light;
+  const std::string message(base::trim(row.outcome.message));
+  return {{"line", row.line},
+          {"user", row.outcome.user},
+          {"light", light},
+          {"message", message},
+          {"warnings", warnings_of(light, message, row.outcome.warnings)},
+          {"first", form.strFirst.text.get()},
+          {"middle", form.StrMiddle.text.get()},
+          {"last", form.strLast.text.get()}};
+}
+
+}  // namespace
+
+int preview_import(Context& context, session::Session& session) {
+  session::ImportState& state = session.import;
+  // Every line is to be seen, also those after a halt.
+  for (controls::CheckBox* const halt : {&session.form1.STOP_ON_RED[0], &session.form1.STOP_ON_RED[1]})
+    halt->value = 0;
+  // What a run would ask is told, and goes on with Yes.
+  if (context.dialogs().asks_person())
+    context.dialogs().set_asking(Asking::kYes);
+  std::vector<Json> rows;
+  int exit_code = kExitGreen;
+  state.rehearsed = true;
+  state.row_done = [&](const session::ImportRow& row) {
+    rows.push_back(preview_row(session.form1, row));
+    exit_code = std::max(exit_code, exit_code_of_light(rows.back()["light"].get_ref<const std::string&>()));
+  };
+  context.dialogs().on_events([&] {
+    if (interrupted())
+      batch::CancelButton_Click(session);
+  });
+  batch::Import_Command(session);
+  context.dialogs().on_events({});
+  state.row_done = {};
+  if (!state.failure.empty())
+    complain(state.failure);
+  if (!state.failure.empty() || !state.ImportAccepted)
+    return kExitRed;
+  context.output().table(kColumns, rows);
+  context.keep_exit_code();
+  if (state.ImportStopped)
+    complain("stopped; the lines that follow were not looked at");
+  return state.ImportStopped ? std::max(exit_code, kExitYellow) : exit_code;
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/parser/command.hpp"
+#include "session/session.hpp"
+
+namespace twk::cli {
+
+/// The options of a template's fields; what was not given stays as it is.
+struct TemplateFields {
+  std::optional<std::string> profile_path;
+  std::optional<std::string> home_dir;
+  std::optional<std::string> profile_dir_path;
+  std::optional<std::string> home_dir_path;
+  std::optional<std::string> profile_share;
+  std::optional<std::string> home_share;
+  std::optional<std::string> home_share_point;
+  std::optional<std::string> profile_share_point;
+  std::optional<std::string> logon_script;
+  std::optional<std::string> home_drive;
+  std::optional<std::string> logon_hours;
+  std::optional<std::string> primary_group;
+  std::vector<std::string> groups;     ///< in place of the template's; an empty one alone stands for none
+  std::vector<std::string> variables;  ///< NAME=VALUE, in place of the template's
+};
+
+void add_template_options(Command& command, TemplateFields& fields);
+
+/// Fills the Template tab, which is being edited. Raises `Refused` for a group that the domain does not have
+/// or that cannot be the primary group.
+void fill_template_tab(session::Session& session, const TemplateFields& fields);
+
+/// Puts the rows into the window of the variables. Raises `UsageError`.
+void fill_variables(session::Session& session, const std::vector<std::string>& variables);
+
+}  // namespace twk::cli

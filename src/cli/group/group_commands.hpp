@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "cli/parser/command.hpp"
+#include "controls/list_view.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// The parts of the command `group`, and what they share.
+namespace twk::cli {
+
+class Context;
+
+void add_group_create(Command& group, Context& context);
+void add_group_delete(Command& group, Context& context);
+void add_group_copy(Command& group, Context& context);
+/// The sub-commands `members`, `add-member` and `remove-member`.
+void add_group_members(Command& group, Context& context);
+
+/// A session whose lists hold all groups, and the users as well or none of them, whatever the options of the
+/// load say.
+session::Session& groups_session(Context& context, bool with_users);
+/// Makes the group of that account name, common name or distinguished name the selected row of a list of
+/// groups. Raises `Refused`.
+const controls::ListRow& choose_group(Context& context, controls::ListView& list, const std::string& name);
+/// Prints what came of an operation on a group; the exit code of its light.
+int tell_group(Context& context, const std::string& group, std::string_view light,
+               const std::string& message);
+
+}  // namespace twk::cli

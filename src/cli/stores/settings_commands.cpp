@@ -1,0 +1,277 @@
+#include <algorithm>
+#include <array>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "cli/frame/commands.hpp"
+#include "cli/frame/context.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/input.hpp"
+#include "local/regedit.hpp"
+#include "platform/registry.hpp"
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct SettingsArguments {
+  std::string key;
+  std::string name;
+  std::string value;
+  std::string file;
+  bool user = false;
+  bool force = false;
+  bool show_secrets = false;
+};
+
+const std::vector<Column> kColumns = {{"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
+
+constexpr std::array kHives = {std::pair{platform::kHiveLocalMachine, std::string_view("HKEY_LOCAL_MACHINE")},
+                               std::pair{platform::kHiveCurrentUser, std::string_view("HKEY_CURRENT_USER")}};
+
+const std::pair<std::uint32_t, std::string_view>& hive_of(const SettingsArguments& arguments) {
+  return kHives[arguments.user ? 1 : 0];
+}
+
+/// "Setup" and "\Setup" as the path below the hive.
+std::string full_key(std::string_view key) {
+  while (key.starts_with('\\'))
+    key.remove_prefix(1);
+  const std::string root(session::kTree);
+  return key.empty() ? root : root + "\\" + std::string(key);
+}
+
+/// True for a value that is a password itself, not a format, an instruction or nothing.
+bool is_password(std::string_view name, std::string_view value) {
+  constexpr std::array kNames = {std::string_view("Password"), std::string_view("FormattedPassword"),
+                                 std::string_view("Mail_Password")};
+  const bool named = std::any_of(kNames.begin(), kNames.end(),
+                                 [&](std::string_view one) { return base::equals_fold(one, name); });
+  return named && !value.empty() && value.find('%') == base::npos && !base::equals_fold(value, "PROMPT");
+}
+
+/// What of a value may be seen by whoever looks over a shoulder or reads what a script kept.
+std::string shown(const SettingsArguments& arguments, std::string_view name, const std::string& value) {
+  return arguments.show_secrets || !is_password(name, value) ? value : "********";
+}
+
+Json to_json(std::string_view hive, std::string_view path, std::string_view name, std::string_view value) {
+  const std::string_view root = session::kTree;
+  const std::string_view below = path.size() > root.size() ? path.substr(root.size() + 1) : "";
+  return {{"hive", hive}, {"key", below}, {"name", name}, {"value", value}};
+}
+
+/// What is behind "\\" in front of a key.
+std::string_view sub_key_of(std::string_view key) {
+  while (key.starts_with('\\'))
+    key.remove_prefix(1);
+  return key;
+}
+
+/// Refuses what no reader of ours would take: it would count as not set, without a word.
+void require_known(std::string_view key, std::string_view name, std::string_view value) {
+  constexpr const char* kForce = " --force writes it all the same, for another program.";
+  const std::string full = std::string(key) + "\\" + std::string(name);
+  if (!session::is_setting(key, name))
+    throw UsageError(no_such_text("setting", full, session::setting_names()) + kForce);
+  const std::string wanted = session::setting_refusal(key, name, value);
+  if (!wanted.empty())
+    throw UsageError("The setting " + full + " takes " + wanted + ", not \"" + std::string(value) + "\"." +
+                     kForce);
+}
+
+/// A format of one's own counts while no preset is chosen.
+void tell_preset(Context& context, std::string_view key, std::string_view name) {
+  const bool account = base::equals_fold(key, session::kSetup) && base::equals_fold(name, "SetupID");
+  const bool full_name =
+      base::equals_fold(key, session::kPreferences) && base::equals_fold(name, "Custom_FN");
+  if (!account && !full_name)
+    return;
+  const std::string choice = account ? "UserFormat" : "FullName";
+  const std::int32_t custom = account ? 5 : 4;
+  std::string stored;
+  context.registry().Reg_Read(platform::kHiveLocalMachine, full_key(key), choice, stored);
+  const std::int32_t entry = base::to_number(stored).value_or(0);
+  if (entry > 0 && entry < custom)
+    complain(choice + " is " + stored + ", so its preset counts: set it to " + base::to_text(custom) +
+             " for this format to count.");
+}
+
+int get_setting(Context& context, const SettingsArguments& arguments) {
+  const auto& [hive, hive_name] = hive_of(arguments);
+  std::string value;
+  if (!context.registry().Reg_Read(hive, full_key(arguments.key), arguments.name, value))
+    throw Refused("There is no setting " + arguments.key + "\\" + arguments.name + ".");
+  value = shown(arguments, arguments.name, value);
+  context.output().result(to_json(hive_name, full_key(arguments.key), arguments.name, value), value);
+  return kExitGreen;
+}
+
+void write_setting(Context& context, std::uint32_t hive, std::string_view key, std::string_view name,
+                   std::string_view value) {
+  if (!context.registry().Reg_Write(hive, key, name, value)) {
+    throw base::RuntimeError(base::error::kPathFileAccess, "Cannot write the setting " + std::string(name) +
+                                                               " in " + context.world().settings_folder());
+  }
+}
+
+int set_setting(Context& context, const SettingsArguments& arguments, bool from_input) {
+  if (!from_input && is_password(arguments.name, arguments.value)) {
+    throw UsageError(
+        "A password is not taken from the command line, where others can read it: leave VALUE out and give "
+        "it on standard input.");
+  }
+  const std::string value = from_input ? read_password("-") : arguments.value;
+  const std::string_view key = sub_key_of(arguments.key);
+  if (!arguments.force)
+    require_known(key, arguments.name, value);
+  write_setting(context, hive_of(arguments).first, full_key(key), arguments.name, value);
+  tell_preset(context, key, arguments.name);
+  return kExitGreen;
+}
+
+int unset_setting(Context& context, const SettingsArguments& arguments) {
+  if (!context.registry_listing().remove(hive_of(arguments).first, full_key(arguments.key), arguments.name))
+    throw Refused("There is no setting " + arguments.key + "\\" + arguments.name + ".");
+  return kExitGreen;
+}
+
+int list_settings(Context& context, const SettingsArguments& arguments) {
+  std::vector<Json> rows;
+  for (const auto& [hive, hive_name] : kHives) {
+    if (arguments.user && hive != platform::kHiveCurrentUser)
+      continue;
+    for (const auto& entry : context.registry_listing().entries(hive, full_key(arguments.key)))
+      rows.push_back(to_json(hive_name, entry.key, entry.name, shown(arguments, entry.name, entry.value)));
+  }
+  context.output().table(kColumns, rows);
+  return kExitGreen;
+}
+
+/// A mask would be taken for the password when the text is imported: passwords are left out.
+int export_settings(Context& context, const SettingsArguments& arguments) {
+  local::RegistryTree tree;
+  std::size_t left_out = 0;
+  for (const auto& [hive, hive_name] : kHives) {
+    if (arguments.user && hive != platform::kHiveCurrentUser)
+      continue;
+    for (const auto& entry : context.registry_listing().entries(hive, session::kTree)) {
+      if (!arguments.show_secrets && is_password(entry.name, entry.value)) {
+        ++left_out;
+        continue;
+      }
+      local::set_registry_value(local::registry_key(tree, std::string(hive_name) + "\\" + entry.key),
+                                {.name = entry.name, .text = entry.value, .other = {}});
+    }
+  }
+  context.output().raw(local::format_regedit(tree));
+  if (left_out != 0)
+    complain("Passwords are left out; --show-secrets exports them as well.");
+  return kExitGreen;
+}
+
+/// The hive of a full path and what is behind it. Raises `BadInput` for a key that is none of the system's.
+std::pair<std::uint32_t, std::string> split_path(const std::string& path) {
+  for (const auto& [hive, hive_name] : kHives) {
+    const std::string root = std::string(hive_name) + "\\" + std::string(session::kTree);
+    if (base::equals_fold(path, root) || base::starts_with_fold(path, root + "\\"))
+      return {hive, path.substr(hive_name.size() + 1)};
+  }
+  throw BadInput("The key " + path + " does not belong to the settings below " + std::string(session::kTree) +
+                 "; nothing was imported.");
+}
+
+void require_importable(const local::RegistryKey& key, bool force) {
+  const std::string path = split_path(key.path).second;
+  const std::string_view sub_key = sub_key_of(std::string_view(path).substr(session::kTree.size()));
+  for (const auto& [folded_name, value] : key.values) {
+    if (!value.other.empty())
+      throw BadInput("The value " + value.name + " of " + key.path + " is no text; nothing was imported.");
+    if (!force)
+      require_known(sub_key, value.name, value.text);
+  }
+}
+
+int import_settings(Context& context, const SettingsArguments& arguments) {
+  const local::RegistryTree tree = local::parse_regedit(local::regedit_text(read_input(arguments.file)));
+  for (const auto& [folded, key] : tree)
+    require_importable(key, arguments.force);
+  std::size_t count = 0;
+  for (const auto& [folded, key] : tree) {
+    const auto [hive, path] = split_path(key.path);
+    for (const auto& [folded_name, value] : key.values) {
+      write_setting(context, hive, path, value.name, value.text);
+      ++count;
+    }
+  }
+  context.output().result({{"imported", count}},
+                          base::to_text(static_cast<std::int64_t>(count)) + " settings imported.");
+  return kExitGreen;
+}
+
+}  // namespace
+
+void add_settings_commands(Command& app, Context& context) {
+  auto arguments = std::make_shared<SettingsArguments>();
+  auto* settings = app.add_subcommand("settings", "Read and change the settings");
+  settings->require_subcommand();
+  const auto add = [&](const char* name, const char* what) {
+    auto* command = settings->add_subcommand(name, what);
+    command->add_flag("--user", arguments->user, "The person's own settings, not those of the machine");
+    return command;
+  };
+  const auto add_key = [&](Command* command) {
+    return command->add_option("KEY", arguments->key, "Key below the tree's root, such as Setup")
+        ->may_be_empty();
+  };
+
+  const auto add_secrets = [&](Command* command) {
+    command->add_flag("--show-secrets", arguments->show_secrets, "Passwords as they are stored");
+  };
+
+  auto* get = add("get", "Print one value");
+  add_secrets(get);
+  add_key(get)->required();
+  get->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
+  get->callback(
+      [=, &context] { context.set_action([=, &context] { return get_setting(context, *arguments); }); });
+
+  auto* set = add("set", "Write one value; without VALUE, a line of standard input");
+  add_key(set)->required();
+  set->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
+  auto* value = set->add_option("VALUE", arguments->value, "The text")->may_be_empty();
+  set->callback([=, &context] {
+    const bool from_input = !value->is_given();
+    context.set_action([=, &context] { return set_setting(context, *arguments, from_input); });
+  });
+
+  set->add_flag("--force", arguments->force, "Also what no reader of this program takes");
+
+  auto* unset = add("unset", "Take one value away, so that its default counts");
+  add_key(unset)->required();
+  unset->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
+  unset->callback(
+      [=, &context] { context.set_action([=, &context] { return unset_setting(context, *arguments); }); });
+
+  auto* list = add("list", "List values");
+  add_key(list);
+  add_secrets(list);
+  list->callback(
+      [=, &context] { context.set_action([=, &context] { return list_settings(context, *arguments); }); });
+
+  auto* exporting = add("export", "Print all values as REGEDIT4 text");
+  add_secrets(exporting);
+  exporting->callback(
+      [=, &context] { context.set_action([=, &context] { return export_settings(context, *arguments); }); });
+
+  auto* importing = add("import", "Take over the values of a registry editor's text");
+  importing->add_flag("--force", arguments->force, "Also what no reader of this program takes");
+  importing->add_option("FILE", arguments->file, "The file; - for standard input")->required();
+  importing->callback(
+      [=, &context] { context.set_action([=, &context] { return import_settings(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

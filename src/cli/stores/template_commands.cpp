@@ -1,0 +1,177 @@
+#include "base/text.hpp"
+#include "cli/frame/commands.hpp"
+#include "cli/frame/context.hpp"
+#include "cli/frame/template_fields.hpp"
+#include "cli/parser/field_checks.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "platform/value.hpp"
+#include "stores/template_tab.hpp"
+
+namespace twk::cli {
+namespace {
+
+using session::Session;
+
+struct TemplateArguments {
+  std::string name;
+  std::string new_name;
+  TemplateFields fields;
+};
+
+const std::vector<Column> kFields = {{"name", "Name"},
+                                     {"profilePath", "Profile path"},
+                                     {"homeDir", "Home directory"},
+                                     {"profileDirPath", "Profile directory to make"},
+                                     {"homeDirPath", "Home directory to make"},
+                                     {"profileShare", "Profile share"},
+                                     {"homeShare", "Home share"},
+                                     {"profileSharePoint", "Profile share point"},
+                                     {"homeSharePoint", "Home share point"},
+                                     {"logonScript", "Logon script"},
+                                     {"homeDrive", "Home drive"},
+                                     {"logonHours", "Logon hours"},
+                                     {"primaryGroup", "Primary group"},
+                                     {"groups", "Groups"},
+                                     {"variables", "Variables"}};
+const std::vector<Column> kColumns = {{"name", "Name"},
+                                      {"homeDir", "Home directory"},
+                                      {"profilePath", "Profile path"},
+                                      {"logonScript", "Logon script"},
+                                      {"primaryGroup", "Primary group"},
+                                      {"groups", "Groups"}};
+
+/// Chooses the template of that name in the tab's list, which loads it.
+void select_template(Session& session, std::string_view name) {
+  session.form1.templatelst.text = find_name("template", name, session.form1.templatelst.items());
+  stores::templatelst_Click(session);
+}
+
+Json to_json(const records::TemplateRecord& record) {
+  Json groups = Json::array();
+  for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
+    groups.push_back(record.Groups.at(i));
+  Json variables = Json::array();
+  for (std::size_t i = 1; i < records::kVariableSlots; ++i) {
+    if (!record.VariableNames.at(i).empty() || !record.VariableValues.at(i).empty())
+      variables.push_back(record.VariableNames.at(i) + "=" + record.VariableValues.at(i));
+  }
+  return {{"name", record.Name},
+          {"profilePath", record.ProfilePath},
+          {"homeDir", record.HomeDir},
+          {"profileDirPath", record.ProfileDirPath},
+          {"homeDirPath", record.HomeDirPath},
+          {"profileShare", record.ProfileShare},
+          {"homeShare", record.HomeShare},
+          {"profileSharePoint", record.ProfileSharePoint},
+          {"homeSharePoint", record.HomeSharePoint},
+          {"logonScript", record.LogonScript},
+          {"homeDrive", record.HomeDrive},
+          {"logonHours", platform::Value(record.LogonHours).text()},
+          {"primaryGroup", record.PrimaryGroup},
+          {"groups", groups},
+          {"variables", variables}};
+}
+
+int list_templates(Context& context) {
+  Session& session = context.session(Depth::kDatabases);
+  std::vector<Json> rows;
+  for (const std::string& name : session.form1.templatelst.items()) {
+    select_template(session, name);
+    rows.push_back(to_json(session.ActiveTemplate));
+  }
+  context.output().table(kColumns, rows);
+  return kExitGreen;
+}
+
+int show_template(Context& context, const TemplateArguments& arguments) {
+  Session& session = context.session(Depth::kDatabases);
+  select_template(session, arguments.name);
+  context.output().details(kFields, to_json(session.ActiveTemplate));
+  return kExitGreen;
+}
+
+/// Presses Save, which stays enabled when the fields were refused, then writes the variables when there are
+/// new ones.
+int save_template(Context& context, Session& session, bool with_variables) {
+  const std::string trouble = context.dialogs().last_trouble();
+  act(session, [&] { stores::savetemplate(session); });
+  if (session.form1.savetemplate.enabled)
+    return kExitRed;
+  if (with_variables) {
+    act(session, [&] { stores::Varibles_Form_Unload(session); });
+    if (context.dialogs().last_trouble() != trouble)
+      return kExitRed;
+  }
+  select_template(session, session.ActiveTemplate.Name);
+  if (context.output().json())
+    context.output().details(kFields, to_json(session.ActiveTemplate));
+  return kExitGreen;
+}
+
+int add_template(Context& context, const TemplateArguments& arguments) {
+  Session& session = context.session(Depth::kDomain);
+  stores::NewTemplate(session);
+  session.form1.New_Template_Name.text = arguments.name;
+  fill_template_tab(session, arguments.fields);
+  fill_variables(session, arguments.fields.variables);
+  return save_template(context, session, true);
+}
+
+int edit_template(Context& context, const TemplateArguments& arguments) {
+  Session& session = context.session(Depth::kDomain);
+  select_template(session, arguments.name);
+  stores::EditTemplate(session);
+  fill_template_tab(session, arguments.fields);
+  const bool with_variables = !arguments.fields.variables.empty();
+  if (with_variables)
+    fill_variables(session, arguments.fields.variables);
+  return save_template(context, session, with_variables);
+}
+
+int copy_template(Context& context, const TemplateArguments& arguments) {
+  Session& session = context.session(Depth::kDomain);
+  select_template(session, arguments.name);
+  stores::NewTemplate(session);
+  session.form1.New_Template_Name.text = arguments.new_name;
+  stores::paste(session);
+  return save_template(context, session, true);
+}
+
+int delete_template(Context& context, const TemplateArguments& arguments) {
+  Session& session = context.session(Depth::kDatabases);
+  select_template(session, arguments.name);
+  const std::size_t before = session.form1.templatelst.items().size();
+  act(session, [&] { stores::DeleteTemplate(session); });
+  return session.form1.templatelst.items().size() < before ? kExitGreen : kExitRed;
+}
+
+}  // namespace
+
+void add_template_commands(Command& app, Context& context) {
+  auto arguments = std::make_shared<TemplateArguments>();
+  auto* group = app.add_subcommand("template", "Look at templates and change them");
+  group->require_subcommand();
+  const auto add = [&](const char* name, const char* what, auto action) {
+    auto* command = group->add_subcommand(name, what);
+    command->add_option("NAME", arguments->name, "Name of the template")
+        ->required()
+        ->check(at_most(records::kTemplateNameLength));
+    command->callback(
+        [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
+    return command;
+  };
+  auto* list = group->add_subcommand("list", "List the templates");
+  list->callback([&context] { context.set_action([&context] { return list_templates(context); }); });
+  add("show", "Show a template", show_template);
+  add_template_options(*add("add", "Add a template", add_template), arguments->fields);
+  add_template_options(*add("edit", "Change the given fields of a template", edit_template),
+                       arguments->fields);
+  add("copy", "Copy a template under a new name", copy_template)
+      ->add_option("NEW", arguments->new_name, "Name of the copy")
+      ->required()
+      ->check(at_most(records::kTemplateNameLength));
+  add("delete", "Delete a template; asks first", delete_template);
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,201 @@
+#include "cli/frame/commands.hpp"
+#include "cli/frame/context.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/input.hpp"
+#include "platform/adsi.hpp"
+#include "session/settings.hpp"
+#include "stores/template_tab.hpp"
+#include "windows/editors/hours_zone.hpp"
+#include "windows/editors/logon_hours.hpp"
+
+namespace twk::cli {
+namespace {
+
+using session::Session;
+
+struct HoursArguments {
+  std::string template_name;
+  std::string user;
+  std::string file = "-";
+  std::string zone;
+};
+
+/// A template, or an account, and its hours as lines of text.
+void print_hours(Context& context, const char* kind, std::string_view name, const base::Bytes& hours) {
+  const platform::Platform& services = context.services();
+  const windows::HoursZone zone = windows::zone_in_force(services);
+  const std::vector<std::string> lines =
+      windows::text_of_cells(windows::cells_of_bytes(hours, windows::hours_ahead(services, zone)));
+  std::string text;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    std::string day(windows::day_name(static_cast<int>(i) + 1));
+    day.resize(10, ' ');
+    text += (i == 0 ? "" : "\n") + day + lines[i];
+  }
+  if (context.output().json())
+    context.output().result({{kind, name}, {"zone", windows::zone_word(zone)}, {"hours", lines}}, {});
+  else
+    context.output().raw(text + "\n");
+}
+
+std::vector<bool> read_hours(const std::string& file) {
+  windows::HoursText hours = windows::parse_hours(text_lines(read_input(file)));
+  if (!hours.error.empty())
+    throw BadInput(hours.error);
+  return std::move(hours.cells);
+}
+
+/// Tells what was stored while nobody has chosen whose hours these are, if that makes a difference.
+void warn_of_zone(Context& context, const std::vector<bool>& cells) {
+  const std::string readings = windows::two_readings(context.services(), cells);
+  if (!readings.empty() && !windows::chosen_zone(context.services())) {
+    complain(
+        "warning: " + readings +
+        ". They were stored as hours of UTC+12. To choose, and to end this warning, run \"twk hours zone "
+        "workstation\" and set them again, or \"twk hours zone utc+12\".");
+  }
+}
+
+windows::HoursZone read_zone(const std::string& word) {
+  if (const auto zone = windows::zone_of_word(word))
+    return *zone;
+  throw UsageError("a zone is utc+12 or workstation, not \"" + word + "\"");
+}
+
+/// A zone for this run alone.
+void override_zone(Context& context, const std::string& word) {
+  if (!word.empty())
+    context.override_setting(session::kPreferences, "LogonHoursZone",
+                             std::string(windows::zone_word(read_zone(word))));
+}
+
+/// Shows the zone, or keeps another one.
+int hours_zone(Context& context, const std::string& word) {
+  const platform::Platform& services = context.services();
+  if (!word.empty() && !windows::choose_zone(services, read_zone(word)))
+    throw Refused("The choice cannot be written in " + context.world().settings_folder());
+  const windows::HoursZone zone = windows::zone_in_force(services);
+  const bool chosen = windows::chosen_zone(services).has_value();
+  const std::string note = windows::zone_note(services, zone);
+  context.output().result({{"zone", windows::zone_word(zone)},
+                           {"hoursAhead", windows::hours_ahead(services, zone)},
+                           {"chosen", chosen}},
+                          windows::zone_name(services, zone) + (chosen ? "" : " (nobody has chosen)") +
+                              (note.empty() ? "" : "\n" + note));
+  return kExitGreen;
+}
+
+void select_template(Session& session, std::string_view name) {
+  session.form1.templatelst.text = find_name("template", name, session.form1.templatelst.items());
+  stores::templatelst_Click(session);
+}
+
+int show_template_hours(Context& context, const std::string& name) {
+  Session& session = context.session(Depth::kDatabases);
+  select_template(session, name);
+  print_hours(context, "template", session.ActiveTemplate.Name, session.TemplateLogonHours);
+  return kExitGreen;
+}
+
+/// Opens the template for an edit, sets the hours and presses Save. The domain must be there, because a save
+/// writes the groups that it knows.
+int set_template_hours(Context& context, const std::string& name, const base::Bytes& hours) {
+  Session& session = context.session(Depth::kDomain);
+  select_template(session, name);
+  stores::EditTemplate(session);
+  session.TemplateLogonHours = hours;
+  act(session, [&] { stores::savetemplate(session); });
+  if (session.form1.savetemplate.enabled)
+    return kExitRed;
+  if (context.output().json())
+    print_hours(context, "template", session.ActiveTemplate.Name, hours);
+  return kExitGreen;
+}
+
+int show_user_hours(Context& context, const std::string& name) {
+  base::Bytes hours = platform::User(bind_user(context.domain(), name)).LoginHours();
+  // An account without stored hours may log on at any.
+  if (hours.empty())
+    hours.assign(records::kLogonHoursSize, 255);
+  print_hours(context, "user", locate_user(context.domain(), name), hours);
+  return kExitGreen;
+}
+
+int set_user_hours(Context& context, const std::string& name, const base::Bytes& hours) {
+  platform::User user(bind_user(context.domain(), name));
+  user.put_LoginHours(hours);
+  user.SetInfo();
+  if (context.output().json())
+    print_hours(context, "user", locate_user(context.domain(), name), hours);
+  return kExitGreen;
+}
+
+void check_target(const HoursArguments& arguments) {
+  if (arguments.template_name.empty() == arguments.user.empty())
+    throw UsageError("give either a TEMPLATE or --user NAME");
+}
+
+int show_hours(Context& context, const HoursArguments& arguments) {
+  check_target(arguments);
+  override_zone(context, arguments.zone);
+  return arguments.user.empty() ? show_template_hours(context, arguments.template_name)
+                                : show_user_hours(context, arguments.user);
+}
+
+/// With --user the one word that is given is the file.
+int set_hours(Context& context, HoursArguments arguments, bool has_file) {
+  if (!arguments.user.empty() && !arguments.template_name.empty() && !has_file)
+    arguments.file = std::exchange(arguments.template_name, {});
+  check_target(arguments);
+  override_zone(context, arguments.zone);
+  const std::vector<bool> cells = read_hours(arguments.file);
+  const platform::Platform& services = context.services();
+  const base::Bytes hours =
+      windows::bytes_of_cells(cells, windows::hours_ahead(services, windows::zone_in_force(services)));
+  const int exit_code = arguments.user.empty() ? set_template_hours(context, arguments.template_name, hours)
+                                               : set_user_hours(context, arguments.user, hours);
+  if (exit_code == kExitGreen)
+    warn_of_zone(context, cells);
+  return exit_code;
+}
+
+}  // namespace
+
+void add_hours_commands(Command& app, Context& context) {
+  auto arguments = std::make_shared<HoursArguments>();
+  auto* hours = app.add_subcommand("hours", "The hours at which users may log on");
+  hours->require_subcommand();
+  const auto add = [&](const char* name, const char* what) {
+    auto* command = hours->add_subcommand(name, what);
+    command->add_option("TEMPLATE", arguments->template_name, "Name of the template");
+    command->add_option("--user", arguments->user, "An account in place of a template")->type_name("NAME");
+    command->add_option("--zone", arguments->zone, "Whose hours they are, for this run alone")
+        ->type_name("utc+12|workstation");
+    return command;
+  };
+  auto* show = add("show", "Print the week, in the form that set reads");
+  show->callback(
+      [=, &context] { context.set_action([=, &context] { return show_hours(context, *arguments); }); });
+
+  auto* set = add("set", "Set the week from a file or standard input");
+  auto* file = set->add_option("FILE", arguments->file, "The file; standard input if not given");
+  set->footer(
+      "Seven lines, Sunday first, of 24 characters, 12am first: # 1 X permitted, . 0 - denied. A line may "
+      "begin\nwith the name of its day. The hours are those of UTC+12, 12 hours ahead of UTC, wherever this "
+      "workstation\nstands, unless \"twk hours zone\" says otherwise.");
+  set->callback([=, &context] {
+    const bool has_file = file->is_given();
+    context.set_action([=, &context] { return set_hours(context, *arguments, has_file); });
+  });
+
+  auto word = std::make_shared<std::string>();
+  auto* zone =
+      hours->add_subcommand("zone", "Show, or choose, whose hours these are, here and in the window");
+  zone->add_option("ZONE", *word, "utc+12, or workstation for its time zone")
+      ->type_name("utc+12|workstation");
+  zone->callback([=, &context] { context.set_action([=, &context] { return hours_zone(context, *word); }); });
+}
+
+}  // namespace twk::cli

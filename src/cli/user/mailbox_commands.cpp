@@ -1,0 +1,142 @@
+#include "cli/frame/commands.hpp"
+#include "cli/frame/context.hpp"
+#include "cli/frame/mailbox_reader.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "creation/mailbox_stage.hpp"
+#include "stores/template_store.hpp"
+
+namespace twk::cli {
+namespace {
+
+using session::Session;
+
+struct MailboxArguments {
+  std::string name;
+  std::string site;
+  std::string template_name;
+  std::string path;
+  bool custom_recipient = false;
+};
+
+const std::vector<Column> kFound = {{"mailbox", "Mailbox"}, {"place", "Place"}, {"path", "Path"}};
+const std::vector<Column> kShown = {{"mailbox", "Mailbox"}, {"kind", "Kind"},
+                                    {"name", "Name"},       {"address", "Address"},
+                                    {"account", "Account"}, {"otherAddresses", "Other addresses"},
+                                    {"place", "Place"},     {"path", "Path"}};
+
+Session& open(Context& context, const MailboxArguments& arguments) {
+  Session& session = context.session(Depth::kDomain);
+  load_mail_site(session, arguments.site);
+  if (!arguments.template_name.empty()) {
+    stores::LoadTemplate(session,
+                         find_name("template", arguments.template_name, session.form1.nutemplate.items()));
+    // The template must not take the site's fields away.
+    load_mail_site(session, arguments.site);
+  }
+  return session;
+}
+
+int find(Context& context, const MailboxArguments& arguments) {
+  Session& session = open(context, arguments);
+  const std::vector<Json> rows = find_mailboxes(session, arguments.name);
+  if (rows.empty())
+    complain("No mailbox found");
+  else
+    context.output().table(kFound, rows);
+  return kExitGreen;
+}
+
+int show(Context& context, const MailboxArguments& arguments) {
+  Session& session = open(context, arguments);
+  const std::vector<Json> rows = describe_mailboxes(session, arguments.name);
+  if (rows.empty())
+    throw Refused("There is no mailbox \"" + arguments.name + "\".");
+  for (const Json& row : rows)
+    context.output().details(kShown, row);
+  return kExitGreen;
+}
+
+int create(Context& context, const MailboxArguments& arguments) {
+  Session& session = open(context, arguments);
+  const platform::ObjectPtr user = bind_user(context.domain(), arguments.name);
+  return act_and_tell(
+      context, session, [&] { return creation::CreateMailboxFor(session, user); },
+      [&] {
+        return Json{{"user", arguments.name}};
+      });
+}
+
+bool is_sure(Session& session, const std::string& what) {
+  using namespace platform;
+  return !session.form1.Confirm_Deletes.on() ||
+         session.platform.dialogs.MsgBox("Sure to Delete Mailbox\r\n" + what, Buttons::kYesNo,
+                                         Icon::kQuestion, "Delete Mailbox") == Answer::kYes;
+}
+
+bool delete_old(Context& context, Session& session, const MailboxArguments& arguments) {
+  mail::MailboxDeletion request = mailbox_request(session, arguments.name);
+  request.CustomRecipient = arguments.custom_recipient;
+  request.path = arguments.path;
+  take_only_mailbox(context, session);
+  return mail::DeleteMailbox(session, request);
+}
+
+bool delete_new(Context& context, Session& session, const std::string& name) {
+  const platform::ObjectPtr user = bind_user(context.domain(), name);
+  return is_sure(session, user->ADsPath()) && mail::DeleteMailbox2000(session, user);
+}
+
+int remove(Context& context, const MailboxArguments& arguments) {
+  Session& session = open(context, arguments);
+  return act_and_tell(
+      context, session,
+      [&] {
+        session.log.begin_block(session);
+        const bool deleted = has_store(session) ? delete_new(context, session, arguments.name)
+                                                : delete_old(context, session, arguments);
+        session.log.close();
+        session::LOG_TAB(
+            session, deleted ? session::kGreen : session::kRed,
+            (deleted ? "Deleted mail account for " : "Mail account not deleted for ") + arguments.name);
+        return deleted;
+      },
+      [&] {
+        return Json{{"mailbox", arguments.name}};
+      });
+}
+
+}  // namespace
+
+void add_mailbox_commands(Command& app, Context& context) {
+  auto arguments = std::make_shared<MailboxArguments>();
+  auto* mailbox = app.add_subcommand("mailbox", "Look at mailboxes, create and delete them");
+  mailbox->require_subcommand();
+  const auto add = [&](const char* name, const char* what, const char* of, const char* meaning, auto action) {
+    auto* command = mailbox->add_subcommand(name, what);
+    command->add_option(of, arguments->name, meaning)->required();
+    command->add_option("--site", arguments->site, "Site whose mail server it is")
+        ->required()
+        ->type_name("S");
+    command->callback(
+        [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
+    return command;
+  };
+  const auto add_template = [&](Command* command) {
+    command
+        ->add_option("--template", arguments->template_name, "Template whose variables the mail table uses")
+        ->type_name("T");
+  };
+  add("find", "Find the mailboxes of a name", "NAME", "Name of the mailbox", find);
+  add("show", "Show the mailboxes of a name", "NAME", "Name of the mailbox", show);
+  add_template(add("create", "Give an account a mailbox", "USER",
+                   "Account name, common name, principal name or distinguished name", create));
+  auto* deletion = add("delete", "Delete a mailbox; asks first", "NAME", "Name of the mailbox", remove);
+  add_template(deletion);
+  deletion->add_option("--path", arguments->path, "Which one of several, as `find` gives it")
+      ->type_name("PATH");
+  deletion->add_flag("--custom-recipient", arguments->custom_recipient, "It is an address elsewhere");
+}
+
+}  // namespace twk::cli

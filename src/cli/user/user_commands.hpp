@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+#include "cli/frame/context.hpp"
+#include "cli/parser/command.hpp"
+#include "controls/tree_view.hpp"
+
+/// The parts of the command `user`, a file each, and what they share.
+namespace twk::cli {
+
+void add_user_create(Command& user, Context& context);
+void add_user_import(Command& user, Context& context);
+void add_user_find(Command& user, Context& context);
+void add_user_move_ou(Command& user, Context& context);
+void add_user_set(Command& user, Context& context);
+void add_user_groups(Command& user, Context& context);
+void add_user_delete(Command& user, Context& context);
+void add_user_move(Command& user, Context& context);
+void add_user_rename(Command& user, Context& context);
+void add_user_reset_password(Command& user, Context& context);
+
+/// The node of the user of that account name, common name, principal name or distinguished name, what is
+/// above it opened first. Raises `Refused` when there is none.
+controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name);
+
+/// What a new user is made with.
+struct CreationPlace {
+  std::string template_name;
+  std::string site;
+  std::string ou;
+  std::string like;
+};
+
+/// --template, --site, and one of --ou and --like.
+void add_place_options(Command& command, CreationPlace& place);
+
+/// Fills the New User tab as a person would: chooses template and site, selects the OU in the tree and
+/// expands it, or selects the user to copy and ticks `Copy_User`. Raises `UsageError` or `Refused`.
+void choose_place(Context& context, session::Session& session, const CreationPlace& place);
+
+}  // namespace twk::cli

@@ -1,0 +1,92 @@
+#include "base/text.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/input.hpp"
+#include "cli/terminal/progress.hpp"
+#include "cli/user/user_commands.hpp"
+#include "creation/create_user.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct CreateArguments {
+  CreationPlace place;
+  std::string id;
+  std::string description;
+  std::vector<std::string> names;
+  bool password_stdin = false;
+  std::string password_file;
+};
+
+/// A password that was given takes the place of the default one, to the letter: the tab asks for it, and the
+/// answer is there already.
+void use_password(Context& context, session::Form1& form, const CreateArguments& arguments) {
+  if (!arguments.password_stdin && arguments.password_file.empty())
+    return;
+  context.dialogs().set_password(read_password(arguments.password_stdin ? "-" : arguments.password_file));
+  form.FmtPass.value = 0;
+  form.defaultpassword.text = "PROMPT";
+}
+
+void fill_names(session::Form1& form, const CreateArguments& arguments) {
+  const bool with_middle = arguments.names.size() == 3;
+  form.strFirst.text = arguments.names.front();
+  form.StrMiddle.text = with_middle ? arguments.names[1] : std::string();
+  form.strLast.text = arguments.names.back();
+  form.UserID_Box.text = arguments.id;
+  form.Description.text = arguments.description;
+}
+
+int create_user(Context& context, const CreateArguments& arguments) {
+  session::Session& session = context.session(Depth::kDomain);
+  session::Form1& form = session.form1;
+  choose_place(context, session, arguments.place);
+  use_password(context, form, arguments);
+  fill_names(form, arguments);
+  {
+    Progress progress;
+    context.dialogs().before_text([&] { progress.clear(); });
+    const auto watch = form.progress.caption.watch([&] { progress.show(form.progress.caption.get()); });
+    act(session, [&] {
+      creation::CreateUser_Click(session);
+      progress.clear();
+    });
+    context.dialogs().before_text({});
+  }
+  const session::CreationOutcome& outcome = session.LastCreation;
+  const std::string light = outcome.light.empty() ? std::string(session::kRed) : outcome.light;
+  const std::string message(
+      base::trim(outcome.message.empty() ? form.StatusBar1.panel1.get() : outcome.message));
+  context.output().result({{"user", outcome.user},
+                           {"light", light},
+                           {"message", message},
+                           {"warnings", warnings_of(light, message, outcome.warnings)}},
+                          context.output().light(light) + "  " + message);
+  return exit_code_of_light(light);
+}
+
+}  // namespace
+
+void add_user_create(Command& user, Context& context) {
+  auto arguments = std::make_shared<CreateArguments>();
+  auto* create = user.add_subcommand("create", "Create one user");
+  add_place_options(*create, arguments->place);
+  create->add_option("--id", arguments->id, "Account name, in place of what the name format gives")
+      ->may_be_empty();
+  create->add_option("--description", arguments->description, "Description")
+      ->type_name("TEXT")
+      ->may_be_empty();
+  auto* from_input = create->add_flag("--password-stdin", arguments->password_stdin,
+                                      "The password is a line of standard input");
+  create->add_option("--password-file", arguments->password_file, "The password is the first line of a file")
+      ->type_name("FILE")
+      ->excludes(from_input);
+  create->add_option("NAMES", arguments->names, "FIRST [MIDDLE] LAST")
+      ->required()
+      ->values(2, 3)
+      ->type_name("NAME");
+  create->callback(
+      [=, &context] { context.set_action([=, &context] { return create_user(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,155 @@
+#include "batch/delete_users.hpp"
+#include "batch/multi_user_window.hpp"
+#include "cli/frame/mailbox_reader.hpp"
+#include "cli/frame/resource_session.hpp"
+#include "cli/frame/selection_run.hpp"
+#include "cli/frame/user_runs.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/user/user_commands.hpp"
+#include "cli/users/users_commands.hpp"
+#include "stores/template_store.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct DeleteArguments {
+  SelectionArguments selection;
+  bool shares = false;
+  bool take_ownership = false;
+  bool account = false;
+  bool data = false;
+  bool mail = false;
+  std::string exchange_server;
+  std::string mail_template;
+  std::string mail_path;
+  bool run_command = false;
+  bool no_prompting = false;
+  bool even_if_shared = false;
+  bool dry_run = false;
+};
+
+void check(const DeleteArguments& arguments) {
+  if (!arguments.shares && !arguments.account && !arguments.data && !arguments.mail && !arguments.run_command)
+    throw UsageError("say what is to go: --shares, --account, --data, --mail or --run-command");
+  if (arguments.take_ownership && !arguments.data)
+    throw UsageError("--take-ownership is for folders that are deleted: give --data as well");
+  if (arguments.mail && arguments.exchange_server.empty())
+    throw UsageError("--mail needs the --exchange-server that holds the mailbox, or \"Exchange 2000\"");
+  if (!arguments.mail && !arguments.exchange_server.empty())
+    throw UsageError("--exchange-server says where the mailbox is that is deleted: give --mail as well");
+  if (!arguments.mail && !(arguments.mail_template.empty() && arguments.mail_path.empty()))
+    throw UsageError("--template and --path say which mailbox goes: give --mail as well");
+}
+
+/// As the window's list has it. Raises `Refused` for a server that no site has.
+std::string known_exchange_server(session::Session& session, const std::string& server) {
+  if (server.empty())
+    return server;
+  batch::MultiUser_Load(session);
+  return find_name("Exchange server of a site", server, session.multi_user.EX_Server.items());
+}
+
+/// Ticks the boxes of the window's tab; the folders are found only where the shares are looked at.
+void tick(session::Session& session, const DeleteArguments& arguments) {
+  session::MultiUser& window = session.multi_user;
+  window.EX_Server.text = known_exchange_server(session, arguments.exchange_server);
+  const auto set = [](controls::CheckBox& box, bool on) { box.value = on ? 1 : 0; };
+  set(window.Del_Shares, arguments.shares || arguments.data);
+  set(window.Del_Permissions, arguments.take_ownership);
+  set(window.Delete_NT_Account, arguments.account);
+  set(window.Delete_Data, arguments.data);
+  set(window.Delete_Mail, arguments.mail);
+  set(window.Run_command, arguments.run_command);
+  set(window.No_Prompting, arguments.no_prompting || arguments.dry_run);
+  session.runs.Delete_Mail_Flag = arguments.mail;
+  session.runs.Delete_Data_Flag = arguments.data;
+  session.runs.Run_Command_Flag = arguments.run_command;
+  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
+}
+
+/// What says which mailbox goes where the mail table alone does not.
+void give_mail_options(Context& context, session::Session& session, const DeleteArguments& arguments) {
+  if (!arguments.mail_template.empty()) {
+    stores::LoadTemplate(session,
+                         find_name("template", arguments.mail_template, session.form1.nutemplate.items()));
+  }
+  session.serach_mail.Path = arguments.mail_path;
+  take_only_mailbox(context, session);
+}
+
+session::Session& prepare(Context& context, const DeleteArguments& arguments) {
+  check(arguments);
+  if (arguments.dry_run)
+    print_steps(context);
+  session::Session& session = resource_session(context);
+  tick(session, arguments);
+  give_mail_options(context, session, arguments);
+  if (arguments.dry_run)
+    tell_trees(context, session);
+  session.runs.Delete_Running = true;
+  return session;
+}
+
+int delete_named(Context& context, const DeleteArguments& arguments) {
+  if (!arguments.mail_path.empty() && arguments.selection.names.size() > 1)
+    throw UsageError("--path is the mailbox of one user: give one name with it");
+  session::Session& session = prepare(context, arguments);
+  return run_for_users(context, session, arguments.selection.names,
+                       [&](const batch::RunHooks& hooks) { batch::delete_selection(session, hooks); });
+}
+
+int delete_selected(Context& context, const DeleteArguments& arguments) {
+  session::Session& session = prepare(context, arguments);
+  return run_over_selection(context, session, arguments.selection,
+                            [&](const batch::RunHooks& hooks) { batch::delete_selection(session, hooks); });
+}
+
+void add_options(Command& command, DeleteArguments& arguments) {
+  command.add_flag("--shares", arguments.shares, "The shares of home and profile");
+  command.add_flag("--take-ownership", arguments.take_ownership,
+                   "Take ownership of the folders before they are deleted");
+  command.add_flag("--account", arguments.account, "The account itself");
+  command.add_flag("--data", arguments.data, "The folders of home and profile, and their shares");
+  command.add_flag("--mail", arguments.mail, "The mailbox");
+  command
+      .add_option("--exchange-server", arguments.exchange_server,
+                  "Exchange 5.5 server of a site that holds the mailbox, or \"Exchange 2000\"")
+      ->type_name("S");
+  command
+      .add_option("--template", arguments.mail_template,
+                  "Template whose variables the mail table uses for the mailbox's container")
+      ->type_name("T");
+  command.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
+  command.add_flag("--no-prompting", arguments.no_prompting, "Ask nothing");
+  add_even_if_shared(command, arguments.even_if_shared);
+  command.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
+}
+
+}  // namespace
+
+void add_user_delete(Command& user, Context& context) {
+  auto arguments = std::make_shared<DeleteArguments>();
+  auto* command = user.add_subcommand("delete", "Delete users and what hangs on their accounts");
+  command
+      ->add_option("NAME", arguments->selection.names,
+                   "Account name, common name, principal name or distinguished name; several may be given")
+      ->required();
+  add_options(*command, *arguments);
+  command
+      ->add_option("--path", arguments->mail_path, "The mailbox of several, as `mailbox find` gives its path")
+      ->type_name("PATH");
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return delete_named(context, *arguments); }); });
+}
+
+void add_users_delete(Command& users, Context& context) {
+  auto arguments = std::make_shared<DeleteArguments>();
+  auto* command = users.add_subcommand("delete", "Delete users and what hangs on their accounts");
+  add_selection_options(*command, arguments->selection);
+  add_options(*command, *arguments);
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return delete_selected(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

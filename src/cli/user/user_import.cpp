@@ -1,0 +1,296 @@
+#include <set>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "batch/csv_layout.hpp"
+#include "batch/import.hpp"
+#include "batch/import_file.hpp"
+#include "batch/import_options.hpp"
+#include "cli/frame/import_preview.hpp"
+#include "cli/terminal/display.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/interrupt.hpp"
+#include "cli/terminal/progress.hpp"
+#include "cli/user/user_commands.hpp"
+#include "local/posix_files.hpp"
+
+namespace twk::cli {
+namespace {
+
+/// Columns of an import file, counted from 1; 0 stands for none.
+struct ImportColumns {
+  std::optional<int> first;
+  std::optional<int> middle;
+  std::optional<int> last;
+  std::optional<int> id;
+  std::optional<int> password;
+
+  [[nodiscard]] bool any() const { return first || middle || last || id || password; }
+};
+
+struct ImportArguments {
+  std::string file;
+  CreationPlace place;
+  ImportColumns columns;
+  bool halt_on_errors = false;
+  bool halt_on_warnings = false;
+  bool skip_prompts = false;
+  std::string groups;
+  std::string description;
+  std::optional<std::string> expires;
+  std::optional<std::string> expires_after;
+  bool preview = false;
+};
+
+struct Counts {
+  std::size_t created = 0;
+  std::size_t warnings = 0;
+  std::size_t refused = 0;
+};
+
+void set_halts(session::Form1& form, const ImportArguments& arguments) {
+  if (arguments.halt_on_errors || arguments.halt_on_warnings)
+    form.STOP_ON_RED[0].value = 1;
+  if (arguments.halt_on_warnings)
+    form.STOP_ON_RED[1].value = 1;
+  if (arguments.skip_prompts)
+    form.STOP_ON_RED[2].value = 1;
+}
+
+/// Puts the fields to look for groups into force for this run; the stored choice stays as it is.
+void set_group_range(Context& context, const std::string& groups) {
+  std::string start = "0";
+  std::string finish = "0";
+  if (base::equals_fold(groups, "all")) {
+    finish = "99";
+  } else if (!base::equals_fold(groups, "none")) {
+    const std::size_t dash = groups.find('-');
+    const auto lower = base::to_number(groups.substr(0, dash));
+    const auto upper = dash == base::npos ? lower : base::to_number(groups.substr(dash + 1));
+    if (!lower || !upper || *lower < 0 || *upper > 99 || *lower > *upper)
+      throw UsageError("--groups takes none, all or a range of fields such as 5-8, from 0 to 99");
+    start = base::to_text(*lower);
+    finish = base::to_text(*upper);
+  }
+  context.override_setting("Setup", "ImportGroupsStart", start);
+  context.override_setting("Setup", "ImportGroupsFinish", finish);
+}
+
+void set_expiry(session::Session& session, const ImportArguments& arguments) {
+  if (arguments.expires && arguments.expires_after)
+    throw UsageError("give either --expires or --expires-after");
+  controls::TextBox& field = session.import_grps.Expiredate;
+  if (arguments.expires)
+    field.text = *arguments.expires;
+  if (arguments.expires_after && base::trim(*arguments.expires_after).empty())
+    throw UsageError("--expires-after takes a day such as 31/12/2026 or 2026-12-31, or %IMPORTn%");
+  if (arguments.expires_after)
+    field.text = "end of " + *arguments.expires_after;
+  const std::string refused = batch::refused_expiry(session, field.text.get());
+  if (!refused.empty())
+    throw UsageError("the expiry of the accounts: " + refused);
+}
+
+/// Chooses a column, which some line must have when it was asked for.
+void choose(controls::ComboBox& box, const std::optional<int>& column, int standard, int widest) {
+  if (column.value_or(0) > widest) {
+    throw UsageError("there is no column " + std::to_string(*column) + ": the longest line has " +
+                     std::to_string(widest));
+  }
+  const int chosen = column.value_or(standard);
+  if (chosen <= widest)
+    batch::offer_column(box, chosen);
+  box.select(chosen <= widest ? chosen : 0);
+}
+
+/// What a person does in the window `CSV_Import`.
+void choose_columns(session::Session& session, const ImportColumns& columns) {
+  session::CSV_Import& window = session.csv_import;
+  window.chkImport.value = columns.any() ? 0 : 1;
+  batch::chkImport_Click(session);
+  if (columns.any()) {
+    choose(window.ImportFirst, columns.first, 1, window.widest);
+    choose(window.ImportMiddle, columns.middle, 2, window.widest);
+    choose(window.ImportLast, columns.last, 3, window.widest);
+    choose(window.ImportUserID, columns.id, 0, window.widest);
+    choose(window.ImportPassword, columns.password, 0, window.widest);
+  }
+  batch::csv_layout_ok(session);
+}
+
+std::string_view light_of(const session::ImportRow& row) {
+  return row.outcome.light.empty() ? session::kRed : std::string_view(row.outcome.light);
+}
+
+void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
+  const std::string_view light = light_of(row);
+  const std::string message(base::trim(row.outcome.message));
+  if (light == session::kRed)
+    ++counts.refused;
+  else
+    ++counts.created;
+  if (light == session::kYellow)
+    ++counts.warnings;
+  output.result({{"line", row.line},
+                 {"user", row.outcome.user},
+                 {"light", light},
+                 {"message", message},
+                 {"warnings", warnings_of(light, message, row.outcome.warnings)}},
+                pad(std::to_string(row.line), 6) + output.light(light) + std::string(8 - light.size(), ' ') +
+                    pad(printable(row.outcome.user), 20) + "  " + printable(message));
+}
+
+/// GREEN when every line made a user without a warning; RED when the run was halted or failed.
+std::string_view light_of_run(const session::ImportState& state, const Counts& counts, bool faultless) {
+  if (!state.failure.empty() || state.ImportHalt)
+    return session::kRed;
+  const bool clean = faultless && counts.refused == 0 && counts.warnings == 0 && !state.ImportStopped;
+  return clean ? session::kGreen : session::kYellow;
+}
+
+std::string end_of_run(const session::Session& session) {
+  const session::ImportState& state = session.import;
+  if (!state.failure.empty())
+    return state.failure;
+  if (state.ImportHalt)
+    return "Import Halted because errors were detected";
+  return state.ImportStopped ? "Import Halted by User" : session.form1.StatusBar1.panel1.get();
+}
+
+void print_end(Output& output, const session::ImportState& state, const Counts& counts,
+               std::string_view light, const std::string& message) {
+  const std::string error_path = local::to_local_path(state.error_path);
+  const std::string summary_path = local::to_local_path(state.summary_path);
+  output.result({{"light", light},
+                 {"created", counts.created},
+                 {"warned", counts.warnings},
+                 {"refused", counts.refused},
+                 {"importErr", error_path},
+                 {"summary", summary_path},
+                 {"message", message}},
+                std::to_string(counts.created) + " created, " + std::to_string(counts.warnings) +
+                    " of them with warnings, " + std::to_string(counts.refused) + " not created" +
+                    (state.ImportStopped ? ", stopped.\n" : ".\n") + "Not created: " + printable(error_path) +
+                    "\n" + "Summary:     " + printable(summary_path));
+}
+
+/// What went wrong beside the creations, each text once: a log or a summary that could not be written. True
+/// when there was something.
+bool tell_faults(const session::Session& session, std::set<std::string> told) {
+  const controls::ListView& rows = session.form1.ListView1;
+  bool any = false;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (rows.at(i).icon != session::kYellow || !told.insert(rows.at(i).text).second)
+      continue;
+    complain(rows.at(i).text);
+    any = true;
+  }
+  return any;
+}
+
+int run_import(Context& context, session::Session& session) {
+  session::ImportState& state = session.import;
+  Counts counts;
+  Progress progress;
+  std::set<std::string> outcomes;
+  context.dialogs().before_text([&] { progress.clear(); });
+  context.dialogs().on_events([&] {
+    if (interrupted())
+      batch::CancelButton_Click(session);
+  });
+  state.row_done = [&](const session::ImportRow& row) {
+    progress.clear();
+    print_row(context.output(), row, counts);
+    outcomes.insert(row.outcome.message);
+  };
+  const auto& caption = session.form1.Import_Text.caption;
+  const auto watch = caption.watch([&] { progress.show(caption.get()); });
+  batch::Import_Command(session);
+  progress.clear();
+  context.dialogs().before_text({});
+  context.dialogs().on_events({});
+  state.row_done = {};
+
+  const bool faults = tell_faults(session, std::move(outcomes));
+  if (!state.failure.empty())
+    complain(state.failure);
+  if (state.summary_path.empty())
+    return kExitRed;
+  const std::string_view light = light_of_run(state, counts, !faults);
+  print_end(context.output(), state, counts, light, end_of_run(session));
+  context.keep_exit_code();
+  return exit_code_of_light(light);
+}
+
+/// The path of a file that holds a line.
+std::string checked_file(Context& context, const std::string& file) {
+  std::string path = std::filesystem::absolute(file).string();
+  if (!std::filesystem::exists(path) || std::filesystem::is_directory(path))
+    throw BadInput("There is no file " + file);
+  if (!std::filesystem::is_regular_file(path))
+    throw BadInput(file + " is no ordinary file: save the lines to one first");
+  if (!batch::ImportLines(context.services().files.read(path)).next())
+    throw BadInput(file + " holds no line of a user");
+  return path;
+}
+
+int import_users(Context& context, const ImportArguments& arguments) {
+  if (!arguments.groups.empty())
+    set_group_range(context, arguments.groups);
+  const std::string path = checked_file(context, arguments.file);
+  if (arguments.preview)
+    context.rehearse([](const std::string&) {});
+  session::Session& session = context.session(Depth::kDomain);
+  choose_place(context, session, arguments.place);
+  set_halts(session.form1, arguments);
+  session.form1.Description.text = arguments.description;
+  set_expiry(session, arguments);
+  context.dialogs().set_file(path);
+  context.dialogs().on_modal([&](std::string_view) { choose_columns(session, arguments.columns); });
+  if (arguments.preview)
+    return preview_import(context, session);
+  return run_import(context, session);
+}
+
+void add_column(Command& command, const char* name, std::optional<int>& column, const char* what) {
+  command.add_option(name, column, what)->type_name("N")->check(Check::within(0, 100));
+}
+
+}  // namespace
+
+void add_user_import(Command& user, Context& context) {
+  auto arguments = std::make_shared<ImportArguments>();
+  auto* command = user.add_subcommand("import", "Create a user for each line of a CSV file");
+  command->add_option("FILE", arguments->file, "The file: a user a line, every comma separates")->required();
+  add_place_options(*command, arguments->place);
+  add_column(*command, "--first", arguments->columns.first, "Column of the first name; 1 if not given");
+  add_column(*command, "--middle", arguments->columns.middle,
+             "Column of the middle name; 2 if not given, 0 for none");
+  add_column(*command, "--last", arguments->columns.last, "Column of the last name; 3 if not given");
+  add_column(*command, "--id", arguments->columns.id, "Column of the account name");
+  add_column(*command, "--password", arguments->columns.password, "Column of the password");
+  command->add_flag("--halt-on-errors", arguments->halt_on_errors, "End at the first user that fails");
+  command->add_flag("--halt-on-warnings", arguments->halt_on_warnings,
+                    "End at the first user that has a warning, or fails");
+  command->add_flag("--skip-prompts", arguments->skip_prompts, "Leave out properties that ask for a value");
+  command->add_option("--groups", arguments->groups, "Fields that may name groups")
+      ->type_name("none|all|A-B");
+  command
+      ->add_option("--description", arguments->description,
+                   "Description of the accounts, with %IMPORTn% for a column")
+      ->type_name("TEXT")
+      ->may_be_empty();
+  command
+      ->add_option("--expires", arguments->expires, "Day at whose beginning the accounts end, or %IMPORTn%")
+      ->type_name("TEXT");
+  command
+      ->add_option("--expires-after", arguments->expires_after,
+                   "Last day of the accounts, at whose end they end, or %IMPORTn%")
+      ->type_name("TEXT");
+  command->add_flag("--preview", arguments->preview, "Show what each line gives and create nothing");
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

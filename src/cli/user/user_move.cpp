@@ -1,0 +1,110 @@
+#include <map>
+
+#include "batch/move_users.hpp"
+#include "cli/frame/selection_run.hpp"
+#include "cli/frame/user_runs.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/user/user_commands.hpp"
+#include "cli/users/users_commands.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct MoveArguments {
+  SelectionArguments selection;
+  std::string site;
+  std::string template_name;
+  std::string data;
+  bool add_to_groups = false;
+  bool change_logon = false;
+  bool run_command = false;
+  bool no_prompt = false;
+  bool dry_run = false;
+  bool even_if_shared = false;
+  bool new_paths_anyway = false;
+};
+
+const std::map<std::string, int> kData = {{"move", 0}, {"copy", 1}, {"nothing", 2}};
+
+void fill(session::Session& session, const MoveArguments& arguments) {
+  session::MultiUser& window = session.multi_user;
+  const auto set = [](controls::CheckBox& box, bool on) { box.value = on ? 1 : 0; };
+  window.Multi_Site.text = find_name("site", arguments.site, session.form1.NUsitename.items());
+  window.Multi_Template.text =
+      find_name("template", arguments.template_name, session.form1.nutemplate.items());
+  window.UserData.index = kData.at(arguments.data);
+  set(window.Add_to_Groups, arguments.add_to_groups);
+  set(window.Change_Logon, arguments.change_logon);
+  set(window.Run_CMD, arguments.run_command);
+  set(window.No_Prompt, arguments.no_prompt || arguments.dry_run);
+}
+
+session::Session& prepare(Context& context, const MoveArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
+  session::Session& session = context.session(Depth::kDomain);
+  fill(session, arguments);
+  if (arguments.dry_run)
+    tell_trees(context, session);
+  session.runs.Run_Command_Flag = arguments.run_command;
+  session.runs.Move_Running = true;
+  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
+  session.runs.new_paths_anyway = consent_of(arguments.new_paths_anyway);
+  return session;
+}
+
+int move_named(Context& context, const MoveArguments& arguments) {
+  session::Session& session = prepare(context, arguments);
+  return run_for_users(context, session, arguments.selection.names,
+                       [&](const batch::RunHooks& hooks) { batch::move_selection(session, hooks); });
+}
+
+int move_selected(Context& context, const MoveArguments& arguments) {
+  session::Session& session = prepare(context, arguments);
+  return run_over_selection(context, session, arguments.selection,
+                            [&](const batch::RunHooks& hooks) { batch::move_selection(session, hooks); });
+}
+
+void add_options(Command& move, MoveArguments& arguments) {
+  move.add_option("--site", arguments.site, "Site to move to")->required()->type_name("S");
+  move.add_option("--template", arguments.template_name, "Template that says where things go")
+      ->required()
+      ->type_name("T");
+  move.add_option("--data", arguments.data, "What becomes of the data: move, copy or nothing")
+      ->required()
+      ->check(Check::one_of({"move", "copy", "nothing"}))
+      ->type_name("WORD");
+  move.add_flag("--add-to-groups", arguments.add_to_groups, "Put the users into the template's groups");
+  move.add_flag("--change-logon", arguments.change_logon, "Set the template's logon script");
+  move.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
+  move.add_flag("--no-prompt", arguments.no_prompt, "Ask nothing");
+  add_even_if_shared(move, arguments.even_if_shared);
+  move.add_flag("--new-paths-anyway", arguments.new_paths_anyway,
+                "Give the account its new paths also when its data could not be copied");
+  move.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
+}
+
+}  // namespace
+
+void add_user_move(Command& user, Context& context) {
+  auto arguments = std::make_shared<MoveArguments>();
+  auto* move = user.add_subcommand("move", "Move users and their data to another site and template");
+  move->add_option("NAME", arguments->selection.names,
+                   "Account name, common name, principal name or distinguished name; several may be given")
+      ->required();
+  add_options(*move, *arguments);
+  move->callback(
+      [=, &context] { context.set_action([=, &context] { return move_named(context, *arguments); }); });
+}
+
+void add_users_move(Command& users, Context& context) {
+  auto arguments = std::make_shared<MoveArguments>();
+  auto* move = users.add_subcommand("move", "Move users and their data to another site and template");
+  add_selection_options(*move, arguments->selection);
+  add_options(*move, *arguments);
+  move->callback(
+      [=, &context] { context.set_action([=, &context] { return move_selected(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

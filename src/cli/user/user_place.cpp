@@ -1,0 +1,63 @@
+#include "base/text.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/user/user_commands.hpp"
+#include "directory/tree.hpp"
+#include "directory/tree_path.hpp"
+
+namespace twk::cli {
+namespace {
+
+void select_ou(Context& context, session::Session& session, const std::string& ou) {
+  const Domain domain = context.domain();
+  const std::string dn = locate_ou(domain, ou);
+  controls::TreeNode* node = directory::reach_node(session, dn);
+  if (node == nullptr)
+    throw Refused("The tree does not show " + dn + ": it is no place for users, or not in the managed OU.");
+  directory::TreeView1_Expand(session, *node);
+  session.form1.TreeView1.select(node);
+}
+
+void select_user(Context& context, session::Session& session, const std::string& name) {
+  session.form1.TreeView1.select(&reach_user(context, session, name));
+  session.form1.Copy_User.value = 1;
+}
+
+}  // namespace
+
+controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name) {
+  const Domain domain = context.domain();
+  const std::string located = locate_user(domain, name);
+  controls::TreeNode* const node = directory::reach_user(
+      session, domain.active_directory ? "LDAP://" + domain.name + "/" + located : located);
+  if (node == nullptr)
+    throw Refused("The tree does not show the user " + located + ".");
+  return *node;
+}
+
+void add_place_options(Command& command, CreationPlace& place) {
+  command.add_option("--template", place.template_name, "Template to create with")
+      ->required()
+      ->type_name("T");
+  command.add_option("--site", place.site, "Site to create with")->required()->type_name("S");
+  auto* ou = command.add_option("--ou", place.ou, "Organizational unit to create in")->type_name("DN");
+  command.add_option("--like", place.like, "User to create beside, whose groups are copied")
+      ->type_name("USER")
+      ->excludes(ou);
+}
+
+void choose_place(Context& context, session::Session& session, const CreationPlace& place) {
+  session::Form1& form = session.form1;
+  const std::string template_name = find_name("template", place.template_name, form.nutemplate.items());
+  const std::string site = find_name("site", place.site, form.NUsitename.items());
+  if (session::is_active_directory(session) && place.ou.empty() && place.like.empty())
+    throw UsageError("--ou DN or --like USER is needed to say where the user belongs");
+  if (!place.ou.empty())
+    select_ou(context, session, place.ou);
+  if (!place.like.empty())
+    select_user(context, session, place.like);
+  form.nutemplate.text = template_name;
+  form.NUsitename.text = site;
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,68 @@
+#include <algorithm>
+
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/input.hpp"
+#include "cli/terminal/interrupt.hpp"
+#include "cli/user/user_commands.hpp"
+#include "lifecycle/popup_commands.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct ResetArguments {
+  std::vector<std::string> names;
+  bool password_stdin = false;
+  std::string password_file;
+};
+
+int reset_one(Context& context, session::Session& session, const std::string& name) {
+  const controls::TreeNode& node = reach_user(context, session, name);
+  const bool done = lifecycle::Reset_Password(session, node);
+  const std::vector<std::string> reasons = session.log.take_reasons();
+  const bool asked_no = !done && reasons.empty();
+  const std::string_view light = done ? session::kGreen : asked_no ? session::kYellow : session::kRed;
+  const std::string message = done       ? "Password Reset For " + node.text
+                              : asked_no ? "Password not reset for " + node.text
+                                         : reasons.front();
+  context.output().result({{"user", name}, {"light", light}, {"message", message}},
+                          context.output().light(light) + "  " + message);
+  session.form1.StatusBar1.panel1 = "Ready.";
+  return exit_code_of_light(light);
+}
+
+int reset_passwords(Context& context, const ResetArguments& arguments) {
+  session::Session& session = context.session(Depth::kDomain);
+  if (arguments.password_stdin || !arguments.password_file.empty()) {
+    context.dialogs().set_password(read_password(arguments.password_stdin ? "-" : arguments.password_file));
+    session.form1.defaultpassword.text = "PROMPT";
+  }
+  int exit_code = kExitGreen;
+  for (const std::string& name : arguments.names) {
+    if (interrupted())
+      break;
+    exit_code = std::max(exit_code, reset_one(context, session, name));
+  }
+  return exit_code;
+}
+
+}  // namespace
+
+void add_user_reset_password(Command& user, Context& context) {
+  auto arguments = std::make_shared<ResetArguments>();
+  auto* reset = user.add_subcommand(
+      "reset-password", "Set the default password, unlock the account, and ask for a new one at the logon");
+  reset
+      ->add_option("NAME", arguments->names,
+                   "Account name, common name, principal name or distinguished name; several may be given")
+      ->required();
+  auto* from_input = reset->add_flag("--password-stdin", arguments->password_stdin,
+                                     "The password is a line of standard input");
+  reset->add_option("--password-file", arguments->password_file, "The password is the first line of a file")
+      ->type_name("FILE")
+      ->excludes(from_input);
+  reset->callback(
+      [=, &context] { context.set_action([=, &context] { return reset_passwords(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,69 @@
+#include "base/text.hpp"
+#include "cli/frame/user_fields.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/user/user_commands.hpp"
+#include "directory/user_details.hpp"
+
+namespace twk::cli {
+namespace {
+
+struct SetArguments {
+  std::string name;
+  std::vector<std::string> assignments;
+  std::optional<std::string> expires_after;
+};
+
+/// The assignments with the one that --expires-after stands for.
+std::vector<std::string> all_assignments(const SetArguments& arguments) {
+  std::vector<std::string> all = arguments.assignments;
+  if (arguments.expires_after) {
+    for (const std::string& assignment : all) {
+      if (base::starts_with_fold(assignment, "expires="))
+        throw UsageError("give either expires= or --expires-after");
+    }
+    all.push_back("expires=end of " + *arguments.expires_after);
+  }
+  if (all.empty())
+    throw UsageError("give at least one FIELD=VALUE, or --expires-after DAY");
+  return all;
+}
+
+int set_user(Context& context, const SetArguments& arguments) {
+  const std::vector<std::string> assignments = all_assignments(arguments);
+  session::Session& session = context.session(Depth::kDomain);
+  const session::Form1& form = session.form1;
+  if (!directory::show_user_details(session, reach_user(context, session, arguments.name)))
+    throw Refused(form.StatusBar1.panel1);
+  const std::string user = form.USERID.text;
+  fill_details_tab(session, assignments);
+  directory::Userman_Save_Click(session);
+  const std::string message = form.StatusBar1.panel1;
+  const bool saved = message.starts_with("Saved");
+  const bool whole = saved && session.details.refused.empty();
+  const std::string light(whole ? session::kGreen : saved ? session::kYellow : session::kRed);
+  context.output().result({{"user", user},
+                           {"light", light},
+                           {"message", message},
+                           {"warnings", warnings_of(light, message, session.details.refused)}},
+                          context.output().light(light) + "  " + user + ": " + message);
+  return exit_code_of_light(light);
+}
+
+}  // namespace
+
+void add_user_set(Command& user, Context& context) {
+  auto arguments = std::make_shared<SetArguments>();
+  auto* set = user.add_subcommand("set", "Change fields of a user");
+  set->add_option("NAME", arguments->name, "Account name, common name, principal name or distinguished name")
+      ->required();
+  set->add_option("FIELD=VALUE", arguments->assignments, "A field and what it is to hold; empty clears it")
+      ->type_name("");
+  set->add_option("--expires-after", arguments->expires_after,
+                  "Last day of the account, at whose end it ends")
+      ->type_name("DAY");
+  set->callback(
+      [=, &context] { context.set_action([=, &context] { return set_user(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

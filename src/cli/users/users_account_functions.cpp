@@ -1,0 +1,101 @@
+#include "batch/account_functions.hpp"
+#include "batch/unlock_accounts.hpp"
+#include "cli/frame/resource_session.hpp"
+#include "cli/frame/selection_run.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/input.hpp"
+#include "cli/users/users_commands.hpp"
+
+namespace twk::cli {
+namespace {
+
+using batch::AccountFunction;
+
+/// A password from elsewhere than the setting; "PROMPT" asks the dialogs, which then have it.
+struct PasswordSource {
+  bool from_stdin = false;
+  std::string file;
+
+  [[nodiscard]] bool given() const { return from_stdin || !file.empty(); }
+};
+
+struct Arguments {
+  SelectionArguments selection;
+  PasswordSource password;
+  bool change_at_logon = false;  ///< password-never-expires: a new password at the next logon
+  bool reset = false;            ///< unlock: a new password too
+};
+
+void add_password_options(Command& command, PasswordSource& source) {
+  auto* from_input =
+      command.add_flag("--password-stdin", source.from_stdin, "The password is a line of standard input");
+  command.add_option("--password-file", source.file, "The password is the first line of a file")
+      ->type_name("FILE")
+      ->excludes(from_input);
+}
+
+void take_password(Context& context, session::Session& session, const PasswordSource& source) {
+  if (!source.given())
+    return;
+  context.dialogs().set_password(read_password(source.from_stdin ? "-" : source.file));
+  session.form1.defaultpassword.text = "PROMPT";
+}
+
+int change(Context& context, const Arguments& arguments, AccountFunction function) {
+  session::Session& session = resource_session(context);
+  take_password(context, session, arguments.password);
+  session.multi_user.ctrChangePswd.value = arguments.change_at_logon ? 1 : 0;
+  return run_over_selection(context, session, arguments.selection, [&](const batch::RunHooks& hooks) {
+    batch::change_accounts(session, function, until_interrupted(session), hooks);
+  });
+}
+
+int unlock(Context& context, const Arguments& arguments) {
+  if (arguments.password.given() && !arguments.reset)
+    throw UsageError("a password is for --reset-passwords: give that as well");
+  session::Session& session = resource_session(context);
+  take_password(context, session, arguments.password);
+  session.multi_user.Unlock_Reset.value = arguments.reset ? 1 : 0;
+  return run_over_selection(context, session, arguments.selection, [&](const batch::RunHooks& hooks) {
+    batch::unlock_accounts(session, until_interrupted(session), hooks);
+  });
+}
+
+Command* add_function(Command& users, Context& context, const char* name, const char* what,
+                      const std::shared_ptr<Arguments>& arguments, AccountFunction function) {
+  auto* command = users.add_subcommand(name, what);
+  add_selection_options(*command, arguments->selection);
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return change(context, *arguments, function); }); });
+  return command;
+}
+
+}  // namespace
+
+void add_users_account_functions(Command& users, Context& context) {
+  const auto add = [&](const char* name, const char* what, AccountFunction function) {
+    auto arguments = std::make_shared<Arguments>();
+    return std::pair(add_function(users, context, name, what, arguments, function), arguments);
+  };
+  add("enable", "Enable the accounts", AccountFunction::kEnable);
+  add("disable", "Disable the accounts", AccountFunction::kDisable);
+  add("password-expires", "Let the passwords expire", AccountFunction::kPasswordExpires);
+  const auto [never, of_never] = add("password-never-expires", "Keep the passwords from expiring",
+                                     AccountFunction::kPasswordNeverExpires);
+  never->add_flag("--change-at-logon", of_never->change_at_logon, "Ask for a new password at the next logon");
+  const auto [reset, of_reset] =
+      add("reset-password", "Set the default password, unlock, and ask for a new one at the next logon",
+          AccountFunction::kResetPassword);
+  add_password_options(*reset, of_reset->password);
+
+  auto arguments = std::make_shared<Arguments>();
+  auto* command = users.add_subcommand("unlock", "Unlock the accounts");
+  add_selection_options(*command, arguments->selection);
+  command->add_flag("--reset-passwords", arguments->reset,
+                    "Set the default password too, to be changed at the next logon");
+  add_password_options(*command, arguments->password);
+  command->callback(
+      [=, &context] { context.set_action([=, &context] { return unlock(context, *arguments); }); });
+}
+
+}  // namespace twk::cli

@@ -1,0 +1,184 @@
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "cli/frame/commands.hpp"
+#include "cli/frame/context.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/input.hpp"
+#include "cli/terminal/interrupt.hpp"
+#include "cli/terminal/progress.hpp"
+#include "cli/worlds/lab_import.hpp"
+#include "lab/entry_store.hpp"
+#include "lab/lab.hpp"
+#include "lab/lab_create.hpp"
+#include "live/live.hpp"
+#include "local/posix_files.hpp"
+#include "session/settings.hpp"
+#include "world/sample_lab.hpp"
+#include "world/snapshot.hpp"
+
+namespace twk::cli {
+namespace {
+
+const std::vector<Column> kFields = {
+    {"lab", "Lab"},   {"domain", "Domain"},         {"netbios", "Pre-2000 name"},
+    {"kind", "Kind"}, {"users", "Users"},           {"groups", "Groups"},
+    {"ous", "OUs"},   {"controller", "Controller"}, {"database", "Database"}};
+
+struct InitArguments {
+  std::string folder;
+  lab::LabPlan plan;
+  std::string domain;
+  std::string kind = "native";
+  bool sample = false;
+};
+
+int show_info(Context& context) {
+  const lab::LabConfig& config = context.lab().config();
+  const Domain domain = context.domain();
+  context.output().details(kFields,
+                           {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
+                            {"domain", lab::domain_name(config)},
+                            {"netbios", config.netbios},
+                            {"kind", world::kind_text(config.kind)},
+                            {"users", list_users(domain, {}).size()},
+                            {"groups", list_groups(domain).size()},
+                            {"ous", list_ous(domain).size()},
+                            {"controller", config.controller},
+                            {"database", local::to_local_path(context.session(Depth::kSettings).dbpath)}});
+  return kExitGreen;
+}
+
+/// What cannot be made for a reason in the command line is told as such.
+void create_lab(InitArguments& arguments) {
+  std::error_code unreadable;
+  if (std::filesystem::exists(std::filesystem::path(arguments.folder) / "lab.conf", unreadable))
+    throw Refused(arguments.folder + " is a lab already.");
+  if (std::filesystem::exists(arguments.folder, unreadable) &&
+      !std::filesystem::is_empty(arguments.folder, unreadable) && !unreadable)
+    throw Refused(arguments.folder + " is not an empty folder.");
+  try {
+    arguments.plan.kind = world::kind_named(arguments.kind);
+    world::name_domain(arguments.plan, arguments.domain);
+    lab::create_lab(arguments.folder, arguments.plan);
+  } catch (const base::RuntimeError& failure) {
+    constexpr std::uint32_t kInvalidArgument = 5;
+    if (failure.number() == kInvalidArgument || failure.number() == platform::ads_error::kConstraint)
+      throw UsageError(failure.description());
+    throw;
+  }
+}
+
+int init_lab(Context& context, InitArguments& arguments) {
+  create_lab(arguments);
+  context.options().lab = arguments.folder;
+  world::record_domain(context.world());
+  if (arguments.sample) {
+    world::prepare_sample(context.world());
+    world::fill_sample_stores(context.session(Depth::kDomain));
+  }
+  return show_info(context);
+}
+
+int import_lab(Context& context, const std::string& file) {
+  const LabImport result = import_ldif(context.lab_folder(), read_input(file));
+  context.output().result({{"made", result.made},
+                           {"added", result.added},
+                           {"changed", result.changed},
+                           {"skipped", result.skipped}},
+                          std::to_string(result.added) + " entries added, " + std::to_string(result.changed) +
+                              " changed, " + std::to_string(result.skipped) + " were there already.");
+  return kExitGreen;
+}
+
+/// The copy is of the real domain, also where TWK_LAB names a lab to work in.
+int copy_domain(Context& context, const std::string& folder) {
+  const std::filesystem::path lab = folder;
+  std::error_code unreadable;
+  if (std::filesystem::exists(lab, unreadable) && !std::filesystem::is_empty(lab, unreadable))
+    throw Refused(folder + " is not an empty folder.");
+  if (!context.options().lab.empty())
+    throw UsageError("with --live the lab is named behind it: leave --lab out");
+  context.options().live = true;
+  live::LiveDomain& domain = context.connected_domain();
+  std::optional<world::Snapshot> copied;
+  {
+    Progress progress;
+    copied = world::take_snapshot(domain, lab, [&](std::size_t entries) {
+      progress.show("Copying " + domain.settings().domain + ": " + std::to_string(entries) + " entries");
+      return !interrupted();
+    });
+  }
+  if (!copied)
+    throw Refused("The copy was stopped; no lab was made.");
+  world::World made(lab, context.dialogs(), [](const std::string& text) { complain(text); });
+  world::record_domain(made);
+  context.output().result({{"lab", std::filesystem::absolute(lab).string()},
+                           {"domain", domain.settings().domain},
+                           {"users", copied->users},
+                           {"groups", copied->groups},
+                           {"ous", copied->ous},
+                           {"entries", copied->entries}},
+                          domain.settings().domain + " copied into " + folder + ": " +
+                              std::to_string(copied->users) + " users, " + std::to_string(copied->groups) +
+                              " groups, " + std::to_string(copied->ous) + " OUs.");
+  return kExitGreen;
+}
+
+int export_lab(Context& context) {
+  context.lab();
+  const auto store =
+      lab::open_entry_store(context.lab_folder(), "domain", [](const std::string& text) { complain(text); });
+  context.output().raw("version: 1\n\n");
+  store->export_to([&](std::string_view piece) { context.output().raw(piece); });
+  return kExitGreen;
+}
+
+}  // namespace
+
+void add_lab_commands(Command& app, Context& context) {
+  auto* group = app.add_subcommand("lab", "Make a lab, fill it, look at it");
+  group->require_subcommand();
+
+  auto arguments = std::make_shared<InitArguments>();
+  auto* init = group->add_subcommand("init", "Make a lab in a new or empty folder");
+  init->add_option("DIR", arguments->folder, "The folder")->required();
+  init->add_option("--domain", arguments->domain, "Name of the domain; twk.test if not given")
+      ->type_name("NAME");
+  init->add_option("--kind", arguments->kind, "native, mixed or nt; native if not given")
+      ->type_name("KIND")
+      ->check(Check::one_of_folding_case({"native", "mixed", "nt"}));
+  const auto number = Check::within(0, 1000000);
+  init->add_option("--users", arguments->plan.users, "Number of users")->type_name("N")->check(number);
+  init->add_option("--groups", arguments->plan.groups, "Number of groups")->type_name("N")->check(number);
+  init->add_option("--ous", arguments->plan.ous, "Number of organizational units")
+      ->type_name("N")
+      ->check(number);
+  init->add_option("--seed", arguments->plan.seed, "Equal seeds make equal labs")->type_name("N");
+  init->add_flag("--sample", arguments->sample, "Add a site, a template and settings to begin with");
+  init->callback(
+      [=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
+
+  auto file = std::make_shared<std::string>();
+  auto copy = std::make_shared<std::string>();
+  auto* command = group->add_subcommand(
+      "import",
+      "Take over the entries of an LDIF file, which makes the lab when there is none; or copy a domain");
+  command->add_option("LDIF", *file, "The file; - for standard input");
+  command->add_option("--live", *copy, "Copy the real domain into a new lab in that folder")
+      ->type_name("DIR");
+  command->callback([=, &context] {
+    if (file->empty() == copy->empty())
+      throw UsageError("lab import takes an LDIF file or --live DIR");
+    context.set_action(
+        [=, &context] { return copy->empty() ? import_lab(context, *file) : copy_domain(context, *copy); });
+  });
+
+  auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
+  exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
+
+  auto* info = group->add_subcommand("info", "Tell what the lab is");
+  info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
+}
+
+}  // namespace twk::cli
