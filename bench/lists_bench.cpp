@@ -4,10 +4,10 @@
 #include "batch/account_functions.hpp"
 #include "bench_world.hpp"
 #include "directory/ad_load.hpp"
-#include "screens/application.hpp"
-#include "screens/list_pane.hpp"
-#include "screens/qt_dialogs.hpp"
-#include "screens/windows.hpp"
+#include "screens/program/qt_dialogs.hpp"
+#include "screens/program/windows.hpp"
+#include "screens/widgets/application.hpp"
+#include "screens/widgets/list_pane.hpp"
 #include "windows/start_up.hpp"
 
 namespace {

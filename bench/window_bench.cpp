@@ -4,9 +4,9 @@
 
 #include "bench_world.hpp"
 #include "directory/user_details.hpp"
-#include "screens/application.hpp"
-#include "screens/list_pane.hpp"
-#include "screens/main_window.hpp"
+#include "screens/main/main_window.hpp"
+#include "screens/widgets/application.hpp"
+#include "screens/widgets/list_pane.hpp"
 #include "windows/start_up.hpp"
 
 namespace {

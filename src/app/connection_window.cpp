@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "live/discover_domains.hpp"
-#include "screens/application.hpp"
-#include "screens/icons.hpp"
-#include "screens/text.hpp"
+#include "screens/widgets/application.hpp"
+#include "screens/widgets/icons.hpp"
+#include "screens/widgets/text.hpp"
 #include "session/activity_log.hpp"
 #include "world/live_ground.hpp"
 

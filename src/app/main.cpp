@@ -2,8 +2,8 @@
 #include "app/program.hpp"
 #include "local/private_memory.hpp"
 #include "local/refused_writes.hpp"
-#include "screens/application.hpp"
-#include "screens/icons.hpp"
+#include "screens/widgets/application.hpp"
+#include "screens/widgets/icons.hpp"
 
 int main(int argc, char** argv) {
   using namespace twk;

@@ -11,8 +11,8 @@
 #include <array>
 
 #include "app/start_window.hpp"
-#include "screens/application.hpp"
-#include "screens/text.hpp"
+#include "screens/widgets/application.hpp"
+#include "screens/widgets/text.hpp"
 #include "world/sample_lab.hpp"
 
 namespace twk::app {

@@ -9,8 +9,8 @@
 #include <QSettings>
 #include <QVBoxLayout>
 
-#include "screens/icons.hpp"
-#include "screens/text.hpp"
+#include "screens/widgets/icons.hpp"
+#include "screens/widgets/text.hpp"
 #include "world/world.hpp"
 
 namespace twk::app {

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "screens/qt_dialogs.hpp"
+#include "screens/program/qt_dialogs.hpp"
 #include "support/temporary_directory.hpp"
 #include "world/sample_lab.hpp"
 

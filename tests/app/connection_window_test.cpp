@@ -2,7 +2,7 @@
 
 #include "app/app_test.hpp"
 #include "app/program.hpp"
-#include "screens/main_window.hpp"
+#include "screens/main/main_window.hpp"
 #include "world/live_ground.hpp"
 
 namespace twk::test {

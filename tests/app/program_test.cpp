@@ -3,7 +3,7 @@
 #include "app/app_test.hpp"
 #include "app/start_window.hpp"
 #include "base/errors.hpp"
-#include "screens/main_window.hpp"
+#include "screens/main/main_window.hpp"
 #include "session/settings.hpp"
 
 namespace twk::test {

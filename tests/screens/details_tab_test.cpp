@@ -1,6 +1,6 @@
 #include "directory/user_details.hpp"
-#include "screens/list_pane.hpp"
 #include "screens/screen_test.hpp"
+#include "screens/widgets/list_pane.hpp"
 #include "support/details_world.hpp"
 
 namespace twk::test {

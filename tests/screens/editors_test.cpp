@@ -1,5 +1,5 @@
-#include "screens/list_pane.hpp"
 #include "screens/screen_test.hpp"
+#include "screens/widgets/list_pane.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/template_tab.hpp"
 #include "windows/editors/custom_properties.hpp"

@@ -1,5 +1,5 @@
-#include "screens/list_pane.hpp"
 #include "screens/screen_test.hpp"
+#include "screens/widgets/list_pane.hpp"
 #include "support/details_world.hpp"
 
 namespace twk::test {

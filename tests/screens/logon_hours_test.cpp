@@ -1,7 +1,7 @@
 #include "windows/editors/logon_hours.hpp"
 
-#include "screens/hours_grid.hpp"
 #include "screens/screen_test.hpp"
+#include "screens/widgets/hours_grid.hpp"
 #include "session/settings.hpp"
 
 namespace twk::test {

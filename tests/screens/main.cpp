@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "screens/application.hpp"
+#include "screens/widgets/application.hpp"
 #include "support/temporary_directory.hpp"
 
 int main(int argc, char** argv) {

@@ -3,8 +3,8 @@
 #include <set>
 
 #include "platform/adsi.hpp"
-#include "screens/list_pane.hpp"
 #include "screens/screen_test.hpp"
+#include "screens/widgets/list_pane.hpp"
 
 namespace twk::test {
 

@@ -3,9 +3,9 @@
 #include <QtWidgets>
 
 #include "controls/drawing_off.hpp"
-#include "screens/list_pane.hpp"
-#include "screens/text.hpp"
-#include "screens/tree_pane.hpp"
+#include "screens/widgets/list_pane.hpp"
+#include "screens/widgets/text.hpp"
+#include "screens/widgets/tree_pane.hpp"
 
 namespace twk::screens {
 namespace {

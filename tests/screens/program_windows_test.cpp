@@ -1,10 +1,10 @@
-#include "screens/program_windows.hpp"
+#include "screens/program/program_windows.hpp"
 
 #include <set>
 
-#include "screens/help_topics.hpp"
-#include "screens/icons.hpp"
+#include "screens/help/help_topics.hpp"
 #include "screens/screen_test.hpp"
+#include "screens/widgets/icons.hpp"
 #include "windows/tips.hpp"
 
 namespace twk::test {

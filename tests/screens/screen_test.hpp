@@ -5,9 +5,9 @@
 #include <QtWidgets>
 #include <string>
 
-#include "screens/main_window.hpp"
-#include "screens/qt_dialogs.hpp"
-#include "screens/text.hpp"
+#include "screens/main/main_window.hpp"
+#include "screens/program/qt_dialogs.hpp"
+#include "screens/widgets/text.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::test {

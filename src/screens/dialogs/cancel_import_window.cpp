@@ -1,0 +1,54 @@
+#include <QLabel>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+#include "batch/import.hpp"
+#include "screens/program/windows.hpp"
+#include "screens/widgets/form.hpp"
+
+namespace twk::screens {
+namespace {
+
+/// Painted the moment it changes: a creation lets no event in before its end.
+void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
+  auto* const text = new QLabel(box.parentWidget());
+  text->setObjectName(name);
+  text->setTextFormat(Qt::PlainText);
+  text->setWordWrap(true);
+  box.addWidget(text);
+  bind_to(*text, control);
+  follow(*text, control.caption, [text](const std::string&) { text->repaint(); });
+}
+
+}  // namespace
+
+std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent) {
+  auto window = std::make_unique<QDialog>(parent);
+  QDialog* const dialog = window.get();
+  dialog->setObjectName("CancelImport");
+  dialog->setWindowTitle("Cancel Import");
+  session::Form1& form = session.form1;
+  auto* const column = new QVBoxLayout(dialog);
+  add_caption(*column, "Import_Text", form.Import_Text);
+  auto* const bar = new QProgressBar(dialog);
+  bar->setObjectName("ProgressBar1");
+  bar->setAccessibleName("Progress of the user in hand");
+  column->addWidget(bar);
+  bind_to(*bar, form.ProgressBar1);
+  follow(*bar, form.ProgressBar1.value, [bar](int) { bar->repaint(); });
+  add_caption(*column, "progress", form.progress);
+  column->addStretch();
+  auto* const row = new QHBoxLayout;
+  column->addLayout(row);
+  row->addStretch();
+  auto* const stop = add_button(*row, "&Stop", "CancelButton", session.cancel_import.CancelButton,
+                                [dialog] { dialog->reject(); });
+  stop->setDefault(true);
+  row->addStretch();
+  // Esc and the window's cross stop too.
+  QObject::connect(dialog, &QDialog::rejected, dialog, [&session] { batch::CancelButton_Click(session); });
+  dialog->setMinimumWidth(dialog->fontMetrics().averageCharWidth() * 55);
+  return window;
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,82 @@
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QVBoxLayout>
+
+#include "directory/find_user.hpp"
+#include "screens/program/windows.hpp"
+#include "screens/widgets/form.hpp"
+#include "screens/widgets/list_pane.hpp"
+
+namespace twk::screens {
+namespace {
+
+void add_search_row(QVBoxLayout& rows, session::Session& session, QDialog& dialog) {
+  auto* const row = new QHBoxLayout;
+  rows.addLayout(row);
+  auto* const label = new QLabel("&Name:", &dialog);
+  label->setObjectName("Label1");
+  auto* const text = new QLineEdit(&dialog);
+  text->setObjectName("txtFind");
+  text->setPlaceholderText("Part of a name; * stands for any text");
+  label->setBuddy(text);
+  bind_to(*text, session.find_user.txtFind);
+  row->addWidget(label);
+  row->addWidget(text, 1);
+  auto* const go = new QPushButton("&Search", &dialog);
+  go->setObjectName("btnGo");
+  go->setDefault(true);
+  row->addWidget(go);
+  on_click(*go, [&session] { directory::btnGo_Click(session); });
+  text->selectAll();
+  text->setFocus();
+}
+
+ListPane* add_results(QVBoxLayout& rows, session::Session& session, QDialog& dialog) {
+  auto* const list =
+      new ListPane(session.find_user.ListView1,
+                   {.headings = {"Name", "Location"}, .sorted = true, .empty_text = {}}, &dialog);
+  list->setObjectName("ListView1");
+  list->setAccessibleName("Users found");
+  list->header()->resizeSection(0, 180);
+  rows.addWidget(list, 1);
+  return list;
+}
+
+}  // namespace
+
+std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* parent) {
+  auto window = std::make_unique<QDialog>(parent);
+  QDialog* const dialog = window.get();
+  dialog->setObjectName("frmFindW2KUser");
+  dialog->setWindowTitle("Find User");
+  auto* const rows = new QVBoxLayout(dialog);
+  add_search_row(*rows, session, *dialog);
+  ListPane* const list = add_results(*rows, session, *dialog);
+
+  auto* const bottom = new QHBoxLayout;
+  rows->addLayout(bottom);
+  auto* const told = new QLabel(dialog);
+  told->setObjectName("Label2");
+  told->setTextFormat(Qt::PlainText);
+  bind_to(*told, session.find_user.Label2);
+  bottom->addWidget(told, 1);
+  const auto select = [&session, dialog] {
+    if (directory::btnSelectuser_Click(session))
+      dialog->accept();
+  };
+  list->on_activate = select;
+  auto* const choose = new QPushButton("Select &user", dialog);
+  choose->setObjectName("btnSelectuser");
+  choose->setAutoDefault(false);
+  bind_to(*choose, session.find_user.btnSelectuser, select);
+  bottom->addWidget(choose);
+  auto* const close = new QPushButton("E&xit", dialog);
+  close->setObjectName("btnExit");
+  close->setAutoDefault(false);
+  QObject::connect(close, &QPushButton::clicked, dialog, &QDialog::reject);
+  bottom->addWidget(close);
+  dialog->resize(620, 400);
+  return window;
+}
+
+}  // namespace twk::screens

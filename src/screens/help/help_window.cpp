@@ -1,0 +1,144 @@
+#include <QAction>
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTextBrowser>
+#include <QToolBar>
+
+#include "screens/help/help_topics.hpp"
+#include "screens/program/program_windows.hpp"
+#include "screens/widgets/icons.hpp"
+
+namespace twk::screens {
+namespace {
+
+QString page_of(const QString& topic) {
+  return "qrc:/help/" + topic.toLower() + ".html";
+}
+
+class HelpWindow final : public QMainWindow {
+ public:
+  explicit HelpWindow(QWidget* parent) : QMainWindow(parent, Qt::Window) {
+    setObjectName("frmHelp");
+    setWindowTitle("Help");
+    make_panes();
+    make_toolbar();
+    resize(860, 600);
+  }
+
+  void open(const QString& topic) {
+    const bool known = QFile::exists(":/help/" + topic.toLower() + ".html");
+    browser_->setSource(QUrl(page_of(known ? topic : "main")));
+  }
+
+ private:
+  void make_panes() {
+    auto* const panes = new QSplitter(this);
+    panes->setChildrenCollapsible(false);
+    contents_ = new QListWidget(panes);
+    contents_->setObjectName("contents");
+    contents_->setAccessibleName("Contents");
+    contents_->setSpacing(2);
+    for (const HelpTopic& topic : kHelpTopics) {
+      auto* const item = new QListWidgetItem(topic.title, contents_);
+      item->setData(Qt::UserRole, topic.name);
+    }
+    browser_ = new QTextBrowser(panes);
+    browser_->setObjectName("page");
+    browser_->setAccessibleName("Page");
+    browser_->setOpenExternalLinks(false);
+    browser_->document()->setDocumentMargin(14);
+    panes->setStretchFactor(0, 0);
+    panes->setStretchFactor(1, 1);
+    panes->setSizes({200, 660});
+    setCentralWidget(panes);
+    connect(contents_, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {
+      const QUrl page(page_of(item->data(Qt::UserRole).toString()));
+      if (browser_->source() != page)
+        browser_->setSource(page);
+    });
+    connect(browser_, &QTextBrowser::sourceChanged, this, [this](const QUrl& page) { mark(page); });
+  }
+
+  void make_toolbar() {
+    QToolBar* const bar = addToolBar("Help");
+    bar->setObjectName("help_bar");
+    bar->setMovable(false);
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    const auto add = [&](const char* picture, const QString& caption, const QKeySequence& key, auto slot) {
+      QAction* const action = bar->addAction(icon(picture), caption);
+      action->setShortcut(key);
+      connect(action, &QAction::triggered, this, slot);
+      return action;
+    };
+    QAction* const back = add("back", "Back", QKeySequence::Back, [this] { browser_->backward(); });
+    QAction* const forward =
+        add("forward", "Forward", QKeySequence::Forward, [this] { browser_->forward(); });
+    back->setEnabled(false);
+    forward->setEnabled(false);
+    connect(browser_, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    connect(browser_, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+    bar->addSeparator();
+    find_ = new QLineEdit(bar);
+    find_->setObjectName("find");
+    find_->setPlaceholderText("Find in this page");
+    find_->setAccessibleName("Find in this page");
+    find_->setClearButtonEnabled(true);
+    bar->addWidget(find_);
+    add("find", "Find Next", QKeySequence::FindNext, [this] { find_next(); })->setObjectName("find_next");
+    connect(find_, &QLineEdit::returnPressed, this, [this] { find_next(); });
+    auto* const find_key = new QAction(this);
+    find_key->setShortcut(QKeySequence::Find);
+    addAction(find_key);
+    connect(find_key, &QAction::triggered, find_, [this] { find_->setFocus(Qt::ShortcutFocusReason); });
+    auto* const close_key = new QAction(this);
+    close_key->setShortcut(Qt::Key_Escape);
+    addAction(close_key);
+    connect(close_key, &QAction::triggered, this, &QWidget::close);
+  }
+
+  /// The page in the contents.
+  void mark(const QUrl& page) {
+    for (int i = 0; i < contents_->count(); ++i) {
+      if (page_of(contents_->item(i)->data(Qt::UserRole).toString()) == page.toString(QUrl::RemoveFragment))
+        contents_->setCurrentRow(i);
+    }
+  }
+
+  /// From the top again after the last place.
+  void find_next() {
+    const QString text = find_->text();
+    statusBar()->clearMessage();
+    if (text.isEmpty() || browser_->find(text))
+      return;
+    browser_->moveCursor(QTextCursor::Start);
+    if (!browser_->find(text))
+      statusBar()->showMessage("Not found: " + text);
+  }
+
+  QListWidget* contents_ = nullptr;
+  QTextBrowser* browser_ = nullptr;
+  QLineEdit* find_ = nullptr;
+};
+
+}  // namespace
+
+void show_help(QWidget* parent, const QString& topic) {
+  auto* help =
+      parent == nullptr
+          ? nullptr
+          : dynamic_cast<HelpWindow*>(parent->findChild<QMainWindow*>("frmHelp", Qt::FindDirectChildrenOnly));
+  if (help == nullptr)
+    help = new HelpWindow(parent);
+  if (parent == nullptr)
+    help->setAttribute(Qt::WA_DeleteOnClose);
+  help->open(topic);
+  help->show();
+  help->raise();
+  help->activateWindow();
+}
+
+}  // namespace twk::screens

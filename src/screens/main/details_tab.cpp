@@ -1,0 +1,224 @@
+#include <QHeaderView>
+#include <QLabel>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTabWidget>
+
+#include "directory/user_details.hpp"
+#include "screens/groups/group_lists.hpp"
+#include "screens/main/tabs.hpp"
+#include "screens/widgets/form.hpp"
+#include "screens/widgets/list_pane.hpp"
+#include "screens/widgets/text.hpp"
+
+namespace twk::screens {
+namespace {
+
+using session::Session;
+
+/// Rows of a form whose fields take the width there is.
+QFormLayout* add_box(QBoxLayout& column, const QString& title) {
+  auto* const box = new QGroupBox(title, column.parentWidget());
+  auto* const rows = new QFormLayout(box);
+  rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+  column.addWidget(box);
+  return rows;
+}
+
+void add_general(QBoxLayout& column, session::Form1& form) {
+  QFormLayout& rows = *add_box(column, "General");
+  add_text(rows, "&Full name:", "UM_Full_Name", form.UM_Full_Name);
+  add_text(rows, "Descriptio&n:", "UM_Description", form.UM_Description);
+  add_text(rows, "Fi&rst name:", "UM_First", form.UM_First);
+  add_text(rows, "&Initials:", "UM_Initails", form.UM_Initails);
+  add_text(rows, "L&ast name:", "UM_Last", form.UM_Last);
+  add_text(rows, "&Office:", "UM_Office", form.UM_Office);
+}
+
+void add_profile(QBoxLayout& column, session::Form1& form) {
+  QFormLayout& rows = *add_box(column, "Profile");
+  add_text(rows, "Profile pat&h:", "UM_Profile_Dir", form.UM_Profile_Dir);
+  add_text(rows, "Logon s&cript:", "UM_Logon_Script", form.UM_Logon_Script);
+  add_combo(rows, "Home dri&ve:", "UM_Drive_Letter", form.UM_Drive_Letter, {}, true);
+  add_text(rows, "Home director&y:", "UM_Home_Dir", form.UM_Home_Dir);
+}
+
+/// The logon name with the domain's part behind it, in one row.
+void add_logon_name(QFormLayout& rows, session::Form1& form) {
+  auto* const pair = new QWidget(rows.parentWidget());
+  auto* const line = new QHBoxLayout(pair);
+  line->setContentsMargins({});
+  auto* const name = new QLineEdit(pair);
+  name->setObjectName("UM_Logon_Name");
+  auto* const domain = new QLineEdit(pair);
+  domain->setObjectName("UM_W2KDomain_Name");
+  domain->setAccessibleName("Domain of the logon name");
+  line->addWidget(name, 1);
+  line->addWidget(domain, 1);
+  rows.addRow("Lo&gon name:", pair);
+  bind_to(*name, form.UM_Logon_Name);
+  bind_to(*domain, form.UM_W2KDomain_Name);
+  pair->setFocusProxy(name);
+  follow(*pair, form.UM_Logon_Name.visible, [pair](bool shown) { set_shown(*pair, shown); });
+}
+
+void add_account(QBoxLayout& column, session::Form1& form) {
+  QFormLayout& rows = *add_box(column, "Account");
+  add_logon_name(rows, form);
+  add_text(rows, "&Pre-2000 name:", "UM_PreW2K", form.UM_PreW2K);
+  add_text(rows, "&Mail address:", "UM_MailAddress", form.UM_MailAddress);
+  QLineEdit* const expires = add_text(rows, "E&xpires:", "AccExpires", form.AccExpires);
+  expires->setPlaceholderText("day/month/year or Never");
+  expires->setToolTip(
+      "The account ends when this day begins, by the clock of this workstation; write \"end of\" in front "
+      "for the "
+      "last day");
+}
+
+void add_flags(QBoxLayout& column, session::Form1& form) {
+  auto* const box = new QGroupBox("Account options", column.parentWidget());
+  auto& rows = *new QVBoxLayout(box);
+  column.addWidget(box);
+  add_check(rows, "Must change pass&word at next logon", "chkMustChange", form.chkMustChange);
+  add_check(rows, "Cannot change password", "chkCantChange", form.chkCantChange);
+  add_check(rows, "Password never expires", "chkPwdNever", form.chkPwdNever);
+  add_check(rows, "Account is disa&bled", "chkAcctDisabled", form.chkAcctDisabled);
+  add_check(rows, "Account is loc&ked out", "chkAcctLockedOut", form.chkAcctLockedOut);
+}
+
+/// The administrator's own attributes; the box is there when at least one is.
+void add_custom(QBoxLayout& column, session::Form1& form) {
+  QFormLayout& rows = *add_box(column, "Custom attributes");
+  QWidget& box = *rows.parentWidget();
+  const auto show_box = [&form, &box] {
+    const auto& fields = form.Custom_Value;
+    box.setVisible(std::any_of(fields.begin(), fields.end(),
+                               [](const controls::TextBox& field) { return field.visible.get(); }));
+  };
+  for (std::size_t i = 0; i < form.Custom_Value.size(); ++i) {
+    auto* const label = new QLabel(&box);
+    auto* const field = new QLineEdit(&box);
+    field->setObjectName("Custom_Value" + QString::number(i));
+    label->setBuddy(field);
+    rows.addRow(label, field);
+    bind_to(*label, form.Custom_Label.at(i));
+    bind_to(*field, form.Custom_Value.at(i));
+    follow(*field, form.Custom_Label.at(i).caption,
+           [field](const std::string& caption) { field->setAccessibleName(to_qt(caption)); });
+    follow(box, form.Custom_Value.at(i).visible, [show_box](bool) { show_box(); });
+  }
+}
+
+QWidget* make_account_page(Session& session, QWidget* parent) {
+  auto* const page = new QWidget(parent);
+  auto* const columns = new QHBoxLayout(page);
+  auto* const left_side = new QWidget(page);
+  auto* const right_side = new QWidget(page);
+  for (QWidget* const side : {left_side, right_side}) {
+    auto* const column = new QVBoxLayout(side);
+    column->setContentsMargins({});
+    columns->addWidget(side, 1);
+  }
+  auto& left = *static_cast<QVBoxLayout*>(left_side->layout());
+  auto& right = *static_cast<QVBoxLayout*>(right_side->layout());
+  add_general(left, session.form1);
+  add_profile(left, session.form1);
+  left.addStretch(1);
+  add_account(right, session.form1);
+  add_flags(right, session.form1);
+  add_custom(right, session.form1);
+  right.addStretch(1);
+  return make_scrolled(*page, parent);
+}
+
+QWidget* make_groups_page(Session& session, QWidget* parent) {
+  session::Form1& form = session.form1;
+  auto* const page = new QWidget(parent);
+  auto* const column = new QVBoxLayout(page);
+  QWidget* const lists =
+      make_two_lists({.list = form.ListView3,
+                      .name = "ListView3",
+                      .caption = "Not a mem&ber of",
+                      .columns = {"Group"},
+                      .empty_text = "No groups.",
+                      .button = form.UM_ADD_GROUP,
+                      .button_name = "UM_ADD_GROUP",
+                      .button_caption = "&Add",
+                      .move = [&session] { directory::UM_ADD_GROUP_Click(session); },
+                      .click = [&session] { directory::ListView3_Click(session); },
+                      .double_click = [&session] { directory::ListView3_DblClick(session); }},
+                     // The primary group stands first.
+                     {.list = form.ListView4,
+                      .name = "ListView4",
+                      .caption = "Member &of",
+                      .columns = {"Group", "Primary"},
+                      .sorted = false,
+                      .empty_text = "In no group.",
+                      .button = form.UM_REMOVE_GROUP,
+                      .button_name = "UM_REMOVE_GROUP",
+                      .button_caption = "&Remove",
+                      .move = [&session] { directory::UM_REMOVE_GROUP_Click(session); },
+                      .click = [&session] { directory::ListView4_Click(session); },
+                      .double_click = [&session] { directory::ListView4_DblClick(session); }},
+                     page);
+  lists->findChild<ListPane*>("ListView4")->on_delete = [&session] {
+    directory::UM_REMOVE_GROUP_Click(session);
+  };
+  column->addWidget(lists);
+  return page;
+}
+
+/// The account's name above the pages, "Save" below them.
+QWidget* make_user_page(Session& session, QWidget* parent) {
+  session::Form1& form = session.form1;
+  auto* const page = new QWidget(parent);
+  auto* const column = new QVBoxLayout(page);
+  auto* const user = new QLabel(page);
+  user->setObjectName("USERID");
+  user->setTextFormat(Qt::PlainText);
+  user->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  QFont font = user->font();
+  font.setBold(true);
+  user->setFont(font);
+  follow(*user, form.USERID.text, [user](const std::string& name) { user->setText(to_qt(name)); });
+  column->addWidget(user);
+
+  auto* const pages = new QTabWidget(page);
+  pages->setObjectName("details_pages");
+  pages->addTab(make_account_page(session, pages), "Account");
+  pages->addTab(make_groups_page(session, pages), "Groups");
+  column->addWidget(pages, 1);
+
+  auto* const line = new QHBoxLayout;
+  column->addLayout(line);
+  line->addStretch(1);
+  auto* const save = new QPushButton("Save", page);
+  save->setObjectName("Userman_Save");
+  save->setAutoDefault(false);
+  save->setToolTip("Save the changes to the account (Ctrl+S). Groups change at once.");
+  line->addWidget(save);
+  bind_to(*save, form.Userman_Save, [&session] { directory::Userman_Save_Click(session); });
+  auto* const shortcut = new QShortcut(QKeySequence::Save, page);
+  shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+  QObject::connect(shortcut, &QShortcut::activated, save, [save] { save->click(); });
+  return page;
+}
+
+}  // namespace
+
+QWidget* make_details_tab(Session& session, QWidget* parent) {
+  auto* const tab = new QStackedWidget(parent);
+  auto* const nobody = new QLabel(
+      "No user is shown.\n\nDouble-click a user in the tree, or choose Details from its menu.", tab);
+  nobody->setObjectName("no_user");
+  nobody->setAlignment(Qt::AlignCenter);
+  nobody->setWordWrap(true);
+  nobody->setForegroundRole(QPalette::PlaceholderText);
+  tab->addWidget(nobody);
+  tab->addWidget(make_user_page(session, tab));
+  follow(*tab, session.form1.USERID.text,
+         [tab](const std::string& user) { tab->setCurrentIndex(user.empty() ? 0 : 1); });
+  return tab;
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,46 @@
+#include <QHeaderView>
+#include <QScrollBar>
+
+#include "screens/main/tabs.hpp"
+#include "screens/widgets/form.hpp"
+#include "screens/widgets/list_pane.hpp"
+#include "session/activity_log.hpp"
+#include "session/session.hpp"
+
+namespace twk::screens {
+namespace {
+
+ListPane* make_list(session::Session& session, QWidget* parent) {
+  auto* const list = new ListPane(
+      session.form1.ListView1,
+      {.headings = {"Message", "Date and time"}, .many_selected = true, .empty_text = "Nothing done yet."},
+      parent);
+  list->setObjectName("ListView1");
+  list->setAccessibleName("Log");
+  QHeaderView& header = *list->header();
+  header.setStretchLastSection(false);
+  header.setSectionResizeMode(0, QHeaderView::Stretch);
+  header.resizeSection(1, list->fontMetrics().horizontalAdvance("00/00/0000 00:00:00") + 40);
+  // The newest row is the one to see. Asking for it row by row would lay out the whole list each time.
+  QScrollBar* const bar = list->verticalScrollBar();
+  QObject::connect(bar, &QScrollBar::rangeChanged, bar, [bar](int, int end) { bar->setValue(end); });
+  return list;
+}
+
+}  // namespace
+
+QWidget* make_log_tab(session::Session& session, QWidget* parent) {
+  auto* const tab = new QWidget(parent);
+  auto* const column = new QVBoxLayout(tab);
+  column->addWidget(make_list(session, tab), 1);
+  auto* const buttons = new QHBoxLayout;
+  column->addLayout(buttons);
+  add_button(*buttons, "&Clear", "Clear_log", [&session] { session::Clear_log(session); });
+  buttons->addStretch();
+  add_button(*buttons, "&View Log File", "Log_Detail", [&session] { session::Log_Detail(session); });
+  add_button(*buttons, "Delete Lo&g File", "Delete_Log_File",
+             [&session] { session::Delete_Log_File(session); });
+  return tab;
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,133 @@
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProgressBar>
+
+#include "creation/create_user.hpp"
+#include "screens/main/tabs.hpp"
+#include "screens/widgets/application.hpp"
+#include "screens/widgets/bind.hpp"
+#include "screens/widgets/form.hpp"
+#include "screens/widgets/icons.hpp"
+#include "screens/widgets/light.hpp"
+#include "screens/widgets/text.hpp"
+#include "windows/preferences_tab.hpp"
+
+namespace twk::screens {
+namespace {
+
+using session::Form1;
+using session::Session;
+
+QWidget* make_person(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const group = new QGroupBox("Person", parent);
+  auto* const rows = new QFormLayout(group);
+  add_combo(*rows, "Tem&plate:", "nutemplate", form.nutemplate);
+  add_combo(*rows, "S&ite:", "NUsitename", form.NUsitename);
+  const Action create = [&session] { creation::CreateUser_Click(session); };
+  const auto add_name = [&](const char* caption, const char* name, controls::TextBox& control) {
+    QLineEdit* const field = add_text(*rows, caption, name, control);
+    QObject::connect(field, &QLineEdit::returnPressed, field, [create] { run_guarded(create); });
+    return field;
+  };
+  add_name("&First name:", "strFirst", form.strFirst);
+  add_name("&Middle name:", "StrMiddle", form.StrMiddle);
+  add_name("L&ast name:", "strLast", form.strLast);
+  add_name("User I&D:", "UserID_Box", form.UserID_Box)
+      ->setPlaceholderText("formed from the names if left empty");
+  add_name("Descripti&on:", "Description", form.Description);
+  auto* const box = new QCheckBox("Copy the &groups of the selected user", group);
+  box->setObjectName("Copy_User");
+  rows->addRow(QString(), box);
+  bind_to(*box, form.Copy_User);
+  return group;
+}
+
+struct Stage {
+  const char* caption;
+  const char* name;
+  controls::CheckBox& gate;
+  controls::Label& light;
+  void (*store)(Session&);
+};
+
+QWidget* make_stages(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const group = new QGroupBox("Steps", parent);
+  auto* const grid = new QGridLayout(group);
+  const std::initializer_list<Stage> stages = {
+      {"User account", "Create_User_Account", form.Create_User_Account, form.UserAccount,
+       windows::Create_User_Account_Click},
+      {"Directories", "Create_Dirs", form.Create_Dirs, form.Createdirs, windows::Create_Dirs_Click},
+      {"Shares", "Create_Shares", form.Create_Shares, form.Sharedirs, windows::Create_Shares_Click},
+      {"Directory security", "Dir_Security", form.Dir_Security, form.Security, windows::Dir_Security_Click},
+      {"Mail account", "Create_Mail_Account", form.Create_Mail_Account, form.MailAccount,
+       windows::Create_Mail_Account_Click},
+      {"Run command", "Run_script", form.Run_script, form.run, windows::Run_script_Click}};
+  int row = 0;
+  for (const Stage& stage : stages) {
+    auto* const box = new QCheckBox(stage.caption, group);
+    box->setObjectName(stage.name);
+    bind_to(*box, stage.gate, [&session, store = stage.store] { store(session); });
+    auto* const light = new Light(stage.light, group);
+    light->setObjectName(QString(stage.name) + "_light");
+    light->setAccessibleName(stage.caption);
+    grid->addWidget(box, row, 0);
+    grid->addWidget(light, row++, 1);
+  }
+  grid->setColumnStretch(1, 1);
+  grid->setRowStretch(row, 1);
+  return group;
+}
+
+/// Progress is painted the moment it changes: a creation lets no event in before its end.
+QLayout* make_progress(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const column = new QVBoxLayout();
+  auto* const caption = new QLabel(parent);
+  caption->setObjectName("progress");
+  bind_to(*caption, form.progress);
+  follow(*caption, form.progress.caption, [caption](const std::string&) { caption->repaint(); });
+  auto* const bar = new QProgressBar(parent);
+  bar->setObjectName("ProgressBar1");
+  bar->setAccessibleName("Progress of the creation");
+  bind_to(*bar, form.ProgressBar1);
+  follow(*bar, form.ProgressBar1.value, [bar](int) { bar->repaint(); });
+  auto* const counted = new QLabel(parent);
+  counted->setObjectName("Import_Text");
+  bind_to(*counted, form.Import_Text);
+  column->addWidget(caption);
+  column->addWidget(bar);
+  column->addWidget(counted);
+  return column;
+}
+
+}  // namespace
+
+QWidget* make_new_user_tab(Session& session, QWidget* parent) {
+  auto* const tab = new QWidget(parent);
+  auto* const column = new QVBoxLayout(tab);
+  auto* const groups = new QHBoxLayout();
+  column->addLayout(groups);
+  groups->addWidget(make_person(session, tab), 3);
+  groups->addWidget(make_stages(session, tab), 2);
+  column->addLayout(make_progress(session, tab));
+  auto* const hint = new QLabel(
+      "Select an OU in the tree, then a template and a site. With the groups of a user to copy, select that "
+      "user instead.",
+      tab);
+  hint->setWordWrap(true);
+  column->addWidget(hint);
+  auto* const buttons = new QHBoxLayout();
+  column->addLayout(buttons);
+  buttons->addStretch();
+  auto* const create = new QPushButton(icon("newuser"), "&Create User", tab);
+  create->setObjectName("CreateUser");
+  buttons->addWidget(create);
+  on_click(*create, [&session] { creation::CreateUser_Click(session); });
+  column->addStretch();
+  return tab;
+}
+
+}  // namespace twk::screens

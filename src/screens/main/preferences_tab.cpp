@@ -1,0 +1,145 @@
+#include <QGroupBox>
+#include <QLabel>
+#include <QRadioButton>
+
+#include "batch/import_options.hpp"
+#include "format/passwords.hpp"
+#include "screens/main/tabs.hpp"
+#include "screens/widgets/bind.hpp"
+#include "screens/widgets/form.hpp"
+#include "windows/formats_tab.hpp"
+#include "windows/preferences_tab.hpp"
+
+namespace twk::screens {
+namespace {
+
+using session::Form1;
+using session::Session;
+
+struct Tick {
+  const char* caption;
+  const char* name;
+  controls::CheckBox& control;
+  void (*store)(Session&);
+};
+
+QWidget* make_ticks(Session& session, QWidget* parent, const QString& title,
+                    std::initializer_list<Tick> ticks) {
+  auto* const group = new QGroupBox(title, parent);
+  auto* const column = new QVBoxLayout(group);
+  for (const Tick& tick : ticks)
+    add_check(*column, tick.caption, tick.name, tick.control,
+              [&session, store = tick.store] { store(session); });
+  column->addStretch();
+  return group;
+}
+
+struct Choice {
+  const char* caption;
+  const char* name;
+  controls::OptionButton& control;
+  void (*store)(Session&);
+};
+
+void add_pair(QFormLayout& rows, const QString& caption, Session& session, const Choice& first,
+              const Choice& second) {
+  auto* const line = new QHBoxLayout();
+  rows.addRow(caption, line);
+  std::array<QRadioButton*, 2> buttons{};
+  for (std::size_t i = 0; i < 2; ++i) {
+    const Choice& choice = i == 0 ? first : second;
+    buttons.at(i) = new QRadioButton(choice.caption, rows.parentWidget());
+    buttons.at(i)->setObjectName(choice.name);
+    buttons.at(i)->setAccessibleName(caption + " " + choice.caption);
+    line->addWidget(buttons.at(i));
+  }
+  line->addStretch();
+  bind_pair(
+      *buttons[0], first.control, [&session, store = first.store] { store(session); }, *buttons[1],
+      second.control, [&session, store = second.store] { store(session); });
+}
+
+QWidget* make_full_names(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const group = new QGroupBox("Display Name", parent);
+  group->setObjectName("Frame13");
+  auto* const column = new QVBoxLayout(group);
+  constexpr std::array kPresets = {"First Middle Last", "First Last", "Last First", "Custom"};
+  column->addLayout(make_options(*group, kPresets, "FullName_Format", form.FullName_Format,
+                                 [&session] { windows::FullName_Format_Click(session); }));
+  auto* const rows = new QFormLayout();
+  column->addLayout(rows);
+  add_text(*rows, "For&mat:", "FN_Format", form.FN_Format,
+           [&session] { windows::Check_FN_Format_Click(session); });
+  add_result(*rows, "Gives:", "FN_Format_Check", form.FN_Format_Check);
+  bind_to(*group, form.Frame13);
+  return group;
+}
+
+QWidget* make_names(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const group = new QGroupBox("Names in the directory and in the tree", parent);
+  auto* const rows = new QFormLayout(group);
+  add_pair(*rows, "Account name:", session, {"Full name", "CNName", form.CNName, windows::CNName_Click},
+           {"Logon name", "SamAccountName", form.SamAccountName, windows::SamAccountName_Click});
+  add_pair(*rows, "Tree shows:", session, {"Name", "DNName", form.DNName, windows::DNName_Click},
+           {"Display name", "DisplayName", form.DisplayName, windows::DisplayName_Click});
+  add_pair(*rows, "Sort the tree:", session,
+           {"Yes", "Sorted_Yes", form.Sorted_Yes, windows::Sorted_Yes_Click},
+           {"No", "Sorted_No", form.Sorted_No, windows::Sorted_No_Click});
+  return group;
+}
+
+QWidget* make_import(Session& session, QWidget* parent) {
+  auto& [on_errors, on_warnings, skip_prompt] = session.form1.STOP_ON_RED;
+  auto* const group =
+      make_ticks(session, parent, "File Import",
+                 {{"Halt on &errors", "STOP_ON_RED_0", on_errors, windows::STOP_ON_RED_Click},
+                  {"Halt on &warnings", "STOP_ON_RED_1", on_warnings, windows::STOP_ON_RED_Click},
+                  {"Skip &Prompt Fields", "STOP_ON_RED_2", skip_prompt, windows::STOP_ON_RED_Click}});
+  auto* const options = new QHBoxLayout();
+  static_cast<QVBoxLayout*>(group->layout())->addLayout(options);
+  add_button(*options, "I&mport Options…", "IMPORT_GRP", [&session] {
+    batch::ImportGrps_Load(session);
+    session.platform.dialogs.show_modal("ImportGrps");
+  });
+  options->addStretch();
+  return group;
+}
+
+}  // namespace
+
+QWidget* make_preferences_tab(Session& session, QWidget* parent) {
+  Form1& form = session.form1;
+  auto* const page = new QWidget(parent);
+  auto* const grid = new QGridLayout(page);
+  grid->addWidget(
+      make_ticks(
+          session, page, "New accounts",
+          {{"&User must change password at next logon", "Password_Change", form.Password_Change,
+            windows::Password_Change_Click},
+           {"User &cannot change password", "USR_Cant_Change", form.USR_Cant_Change,
+            windows::USR_Cant_Change_Click},
+           {"Password &never expires", "PWD_NVR_EXPIRE", form.PWD_NVR_EXPIRE, windows::PWD_NVR_EXPIRE_Click},
+           {"Account disa&bled", "New_Disabled", form.New_Disabled, windows::New_Disabled_Click},
+           {"Use &formatted password", "FmtPass", form.FmtPass, format::FmtPass_Click}}),
+      0, 0);
+  grid->addWidget(
+      make_ticks(
+          session, page, "Safety",
+          {{"Confirm &deletes", "Confirm_Deletes", form.Confirm_Deletes, windows::Confirm_Deletes_Click},
+           {"Confirm &resets", "Confirm_Resets", form.Confirm_Resets, windows::Confirm_Resets_Click},
+           {"Check for &administrator rights at start", "Domain_Admin", form.Domain_Admin,
+            windows::Domain_Admin_Click},
+           {"Use Admin &Shares", "chkAdmin_Shares", form.chkAdmin_Shares, windows::chkAdmin_Shares_Click},
+           {"Delete Profi&le From %Username%", "Profile_Delete_Name", form.Profile_Delete_Name,
+            windows::Profile_Delete_Name_Click}}),
+      0, 1);
+  grid->addWidget(make_full_names(session, page), 1, 0);
+  grid->addWidget(make_import(session, page), 1, 1);
+  grid->addWidget(make_names(session, page), 2, 0, 1, 2);
+  grid->setRowStretch(3, 1);
+  return make_scrolled(*page, parent);
+}
+
+}  // namespace twk::screens

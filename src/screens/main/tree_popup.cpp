@@ -1,0 +1,62 @@
+#include "screens/main/tree_popup.hpp"
+
+#include <QMenu>
+
+#include "directory/tree_popup.hpp"
+#include "screens/widgets/application.hpp"
+#include "screens/widgets/bind.hpp"
+#include "windows/main_window.hpp"
+
+namespace twk::screens {
+namespace {
+
+void add_entry(QMenu& menu, session::Session& session, int index, const QString& caption) {
+  QAction* const action = menu.addAction(caption);
+  action->setObjectName("mnupopup" + QString::number(index));
+  bind_to(*action, session.form1.mnupopup.at(static_cast<std::size_t>(index)),
+          [&session, index] { windows::mnupopup_Click(session, index); });
+}
+
+void add_custom_entries(QMenu& menu, session::Session& session) {
+  QAction* const line = menu.addSeparator();
+  follow(*line, session.form1.mnupopup[12].visible, [line](bool shown) { line->setVisible(shown); });
+  add_entry(menu, session, 13, {});
+  add_entry(menu, session, 14, {});
+}
+
+QMenu* make_popup(TreePane& tree, session::Session& session) {
+  auto* const menu = new QMenu(&tree);
+  menu->setObjectName("mnupopup");
+  menu->setToolTipsVisible(true);
+  add_entry(*menu, session, 0, "De&tails");
+  menu->addSeparator();
+  add_entry(*menu, session, 2, "&Reset Password");
+  menu->addSeparator();
+  add_entry(*menu, session, 4, "&Delete User");
+  add_entry(*menu, session, 5, "&Move User");
+  add_entry(*menu, session, 6, "Re&name User");
+  menu->addSeparator();
+  add_entry(*menu, session, 8, "Delete &Server Profile");
+  add_entry(*menu, session, 9, "Delete &WKS Profile");
+  menu->addSeparator();
+  add_entry(*menu, session, 10, "Create OU");
+  add_custom_entries(*menu, session);
+  return menu;
+}
+
+}  // namespace
+
+void add_tree_popup(TreePane& tree, session::Session& session) {
+  QMenu* const menu = make_popup(tree, session);
+  tree.setContextMenuPolicy(Qt::CustomContextMenu);
+  QObject::connect(&tree, &QWidget::customContextMenuRequested, menu,
+                   [&tree, &session, menu](const QPoint& at) {
+                     controls::TreeNode* const node = tree.node(tree.indexAt(at));
+                     if (node == nullptr)
+                       return;
+                     run_guarded([&] { directory::POPUP(session, *node); });
+                     menu->popup(tree.viewport()->mapToGlobal(at));
+                   });
+}
+
+}  // namespace twk::screens

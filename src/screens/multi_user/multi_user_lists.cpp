@@ -1,0 +1,124 @@
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include "batch/multi_user_window.hpp"
+#include "screens/multi_user/multi_user_tabs.hpp"
+#include "screens/widgets/form.hpp"
+#include "screens/widgets/icons.hpp"
+#include "screens/widgets/list_pane.hpp"
+
+namespace twk::screens {
+namespace {
+
+using session::MultiUser;
+using session::Session;
+
+struct Side {
+  controls::ListView& list;
+  const char* name;
+  QString caption;
+  QString filter;
+  QString empty_text;
+  Action activate;
+};
+
+ListPane* add_side(QBoxLayout& columns, const Side& side, int stretch, QWidget* parent) {
+  auto* const column = new QVBoxLayout;
+  columns.addLayout(column, stretch);
+  auto* const pane = new ListPane(
+      side.list, {.headings = {"Name"}, .many_selected = true, .sorted = true, .empty_text = side.empty_text},
+      parent);
+  pane->setObjectName(side.name);
+  pane->setAccessibleName(QString(side.caption).remove('&'));
+  pane->setHeaderHidden(false);
+  pane->on_activate = side.activate;
+  if (!side.caption.isEmpty()) {
+    auto* const label = new QLabel(side.caption, parent);
+    label->setBuddy(pane);
+    column->addWidget(label);
+  }
+  QLineEdit* const filter = add_filter(*pane, side.filter, parent);
+  filter->setObjectName(QString(side.name) + "_filter");
+  column->addWidget(filter);
+  column->addWidget(pane, 1);
+  return pane;
+}
+
+QPushButton* add_mover(QBoxLayout& column, const char* name, const char* picture, const QString& tip,
+                       controls::Button& control, const Action& clicked) {
+  QPushButton* const button = add_button(column, {}, name, control, clicked);
+  button->setIcon(icon(picture));
+  button->setToolTip(tip);
+  button->setAccessibleName(tip);
+  return button;
+}
+
+QWidget* make_sources(Session& session, QWidget* parent) {
+  MultiUser& window = session.multi_user;
+  auto* const frame = new QGroupBox("Select Users/Groups/OU's", parent);
+  auto* const rows = new QVBoxLayout(frame);
+  auto* const columns = new QHBoxLayout;
+  rows->addLayout(columns, 1);
+  const auto from = [&session](controls::ListView& list) {
+    return [&session, &list] { batch::select_from(session, list); };
+  };
+  add_side(*columns,
+           {window.ListView2, "ListView2", "&Users", "Filter users",
+            "No user is listed. \"Show users\" reads them all.", from(window.ListView2)},
+           3, frame);
+  add_side(*columns,
+           {window.ListView3, "ListView3", "Grou&ps", "Filter groups", "No group is listed.",
+            from(window.ListView3)},
+           2, frame);
+  add_side(
+      *columns,
+      {window.ListView4, "ListView4", "&OU's", "Filter OU's", "No OU is listed.", from(window.ListView4)}, 2,
+      frame);
+  auto* const foot = new QHBoxLayout;
+  rows->addLayout(foot);
+  add_button(*foot, "&Show users", "btn_Showusers", window.btn_Showusers,
+             [&session] { batch::btn_Showusers_Click(session); });
+  foot->addStretch(1);
+  return frame;
+}
+
+QWidget* make_selection(Session& session, QWidget* parent) {
+  auto* const frame = new QGroupBox("Selec&ted Users/Groups/OU's", parent);
+  auto* const columns = new QHBoxLayout(frame);
+  ListPane* const pane = add_side(*columns,
+                                  {session.multi_user.ListView1,
+                                   "ListView1",
+                                   {},
+                                   "Filter the selection",
+                                   "Nothing is selected. Choose users, groups or OU's and press the arrow.",
+                                   [&session] { batch::Command2_Click(session); }},
+                                  1, frame);
+  pane->setAccessibleName(frame->title().remove('&'));
+  // The title's letter leads here.
+  frame->setFocusProxy(pane);
+  pane->on_delete = [&session] { batch::Command2_Click(session); };
+  return frame;
+}
+
+}  // namespace
+
+QWidget* make_multi_lists(Session& session, QWidget* parent) {
+  auto* const lists = new QWidget(parent);
+  auto* const row = new QHBoxLayout(lists);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(make_sources(session, lists), 7);
+  auto* const movers = new QVBoxLayout;
+  row->addLayout(movers);
+  movers->addStretch();
+  add_mover(*movers, "Command1", "add", "Take into the selection", session.multi_user.Command1,
+            [&session] { batch::Command1_Click(session); });
+  add_mover(*movers, "Command2", "remove", "Take out of the selection", session.multi_user.Command2,
+            [&session] { batch::Command2_Click(session); });
+  movers->addStretch();
+  row->addWidget(make_selection(session, lists), 3);
+  return lists;
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,103 @@
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTabWidget>
+#include <QVBoxLayout>
+#include <memory>
+
+#include "batch/multi_user_window.hpp"
+#include "screens/multi_user/multi_user_tabs.hpp"
+#include "screens/program/windows.hpp"
+#include "screens/widgets/form.hpp"
+#include "screens/widgets/text.hpp"
+
+namespace twk::screens {
+namespace {
+
+using session::MultiUser;
+using session::Session;
+
+/// Closes only where the routine of its button lets it.
+class MultiUserDialog final : public QDialog {
+ public:
+  MultiUserDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {}
+
+  void reject() override {
+    if (batch::Command7_Click(session_))
+      QDialog::reject();
+  }
+
+ private:
+  Session& session_;
+};
+
+QTabWidget* make_tabs(Session& session, QWidget* parent) {
+  auto* const tabs = new QTabWidget(parent);
+  tabs->setObjectName("SSTab1");
+  tabs->addTab(make_multi_delete_tab(session, tabs), "Delete Users");
+  tabs->addTab(make_multi_move_tab(session, tabs), "Move Users");
+  tabs->addTab(make_multi_accounts_tab(session, tabs), "Accounts");
+  tabs->addTab(make_multi_properties_tab(session, tabs), "AD Properties");
+  tabs->setTabVisible(session::multi_tab::kProperties, session::is_active_directory(session));
+  follow(*tabs, session.multi_user.SSTab1, [tabs](int tab) { tabs->setCurrentIndex(tab); });
+  QObject::connect(tabs, &QTabWidget::currentChanged, tabs,
+                   [&session](int tab) { session.multi_user.SSTab1 = tab; });
+  return tabs;
+}
+
+/// Painted as it changes, though not more often than an eye follows: a deletion lets no event in between its
+/// steps.
+QLabel* make_status(const char* name, controls::Label& control, QWidget* parent) {
+  constexpr qint64 kPause = 50;  // milliseconds
+  auto* const label = new QLabel(parent);
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // A long path must not widen the window.
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  bind_to(*label, control);
+  auto last = std::make_shared<QElapsedTimer>();
+  follow(*label, control.caption, [label, last](const std::string&) {
+    if (last->isValid() && last->elapsed() < kPause)
+      return;
+    label->repaint();
+    last->start();
+  });
+  return label;
+}
+
+QHBoxLayout* make_foot(Session& session, QWidget* parent) {
+  MultiUser& window = session.multi_user;
+  auto* const foot = new QHBoxLayout;
+  foot->addWidget(make_status("Label3", window.Label3, parent), 2);
+  foot->addWidget(make_status("progress", window.progress, parent), 1);
+  return foot;
+}
+
+void follow_pointer(QDialog& dialog, const MultiUser& window) {
+  follow(dialog, window.mouse_pointer, [&dialog](int pointer) {
+    if (pointer == 0)
+      dialog.unsetCursor();
+    else
+      dialog.setCursor(Qt::WaitCursor);
+  });
+}
+
+}  // namespace
+
+std::unique_ptr<QDialog> make_multi_user(Session& session, QWidget* parent) {
+  auto window = std::make_unique<MultiUserDialog>(session, parent);
+  QDialog* const dialog = window.get();
+  dialog->setObjectName("MultiUser");
+  dialog->setWindowTitle("Multi User Functions");
+  auto* const rows = new QVBoxLayout(dialog);
+  rows->addWidget(make_multi_lists(session, dialog), 1);
+  rows->addWidget(make_tabs(session, dialog));
+  auto* const foot = make_foot(session, dialog);
+  rows->addLayout(foot);
+  add_button(*foot, "&Close", "Command7", session.multi_user.Command7, [dialog] { dialog->reject(); });
+  follow_pointer(*dialog, session.multi_user);
+  dialog->resize(940, 660);
+  return window;
+}
+
+}  // namespace twk::screens

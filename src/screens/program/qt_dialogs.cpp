@@ -1,0 +1,137 @@
+#include "screens/program/qt_dialogs.hpp"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+#include "screens/program/windows.hpp"
+#include "screens/widgets/text.hpp"
+#include "session/session.hpp"
+
+namespace twk::screens {
+namespace {
+
+using platform::Answer;
+using platform::Buttons;
+using platform::Icon;
+
+/// Lines end in CR LF in the system's own texts.
+QString lines(std::string_view text) {
+  return to_qt(text).replace("\r\n", "\n");
+}
+
+QMessageBox::StandardButtons standard_buttons(Buttons buttons) {
+  switch (buttons) {
+    case Buttons::kOk:
+      return QMessageBox::Ok;
+    case Buttons::kOkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case Buttons::kYesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case Buttons::kYesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+  }
+  return QMessageBox::Ok;
+}
+
+QMessageBox::Icon standard_icon(Icon icon) {
+  switch (icon) {
+    case Icon::kCritical:
+      return QMessageBox::Critical;
+    case Icon::kQuestion:
+      return QMessageBox::Question;
+    case Icon::kExclamation:
+      return QMessageBox::Warning;
+    case Icon::kInformation:
+      return QMessageBox::Information;
+    case Icon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+Answer answer_of(int button) {
+  switch (button) {
+    case QMessageBox::Ok:
+      return Answer::kOk;
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    case QMessageBox::No:
+      return Answer::kNo;
+    default:
+      return Answer::kCancel;
+  }
+}
+
+/// The arrow over a box, also while the hourglass is on for what is behind it.
+class ArrowOverBox {
+ public:
+  ArrowOverBox() { QApplication::setOverrideCursor(Qt::ArrowCursor); }
+  ArrowOverBox(const ArrowOverBox&) = delete;
+  ArrowOverBox& operator=(const ArrowOverBox&) = delete;
+  ~ArrowOverBox() { QApplication::restoreOverrideCursor(); }
+};
+
+/// "CSV Files (*.csv)|*.csv|" as "CSV Files (*.csv);;All Files (*)".
+QString file_filter(std::string_view filter) {
+  QStringList kinds;
+  const QStringList parts = to_qt(filter).split('|', Qt::SkipEmptyParts);
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+    kinds << (parts[i].contains('(') ? parts[i] : parts[i] + " (" + parts[i + 1] + ")");
+  kinds << "All Files (*)";
+  return kinds.join(";;");
+}
+
+}  // namespace
+
+Answer QtDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon, std::string_view title) {
+  const ArrowOverBox arrow;
+  QMessageBox box(standard_icon(icon), title.empty() ? QString("TWK") : to_qt(title), lines(text),
+                  standard_buttons(buttons), QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  // Enter alone must not say Yes to what cannot be undone; Esc says No.
+  if (buttons == Buttons::kYesNo) {
+    box.setDefaultButton(QMessageBox::No);
+    box.setEscapeButton(QMessageBox::No);
+  }
+  return answer_of(box.exec());
+}
+
+std::string QtDialogs::InputBox(std::string_view prompt, std::string_view title, bool secret) {
+  const ArrowOverBox arrow;
+  QInputDialog box(QApplication::activeWindow());
+  box.setWindowTitle(to_qt(title));
+  box.setLabelText(lines(prompt));
+  box.setTextEchoMode(secret ? QLineEdit::Password : QLineEdit::Normal);
+  box.resize(360, box.sizeHint().height());
+  return box.exec() == QDialog::Accepted ? from_qt(box.textValue()) : std::string();
+}
+
+std::optional<std::string> QtDialogs::open_file(std::string_view title, std::string_view filter) {
+  const ArrowOverBox arrow;
+  const QString path =
+      QFileDialog::getOpenFileName(QApplication::activeWindow(), to_qt(title), {}, file_filter(filter));
+  if (path.isEmpty())
+    return std::nullopt;
+  return from_qt(path);
+}
+
+void QtDialogs::show_modal(std::string_view window) {
+  const ArrowOverBox arrow;
+  if (const auto dialog = make_window(window, *session_, QApplication::activeWindow()))
+    dialog->exec();
+}
+
+void QtDialogs::beep() {
+  QApplication::beep();
+}
+
+void QtDialogs::DoEvents() {
+  const bool can_stop =
+      session_ != nullptr && (session_->cancel_import.visible || session_->file_progress.visible ||
+                              session_->copy_group.Running || session::is_running(session_->multi_user));
+  QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+}
+
+}  // namespace twk::screens

@@ -1,0 +1,42 @@
+#include "screens/program/windows.hpp"
+
+#include <array>
+#include <utility>
+
+namespace twk::screens {
+namespace {
+
+using Maker = std::unique_ptr<QDialog> (*)(session::Session&, QWidget*);
+
+constexpr std::array<std::pair<std::string_view, Maker>, 18> kMakers = {{
+    {"frmADOptions", make_ad_options},
+    {"CSV_Import", make_csv_import},
+    {"Custom", make_custom},
+    {"frmCopy_Group", make_copy_group},
+    {"Edit_Properties", make_edit_properties},
+    {"frmFindW2KUser", make_find_user},
+    {"GroupAdd", make_group_add},
+    {"ImportGrps", make_import_groups},
+    {"Logon_Hours", make_logon_hours},
+    {"MultiUser", make_multi_user},
+    {"Permissions", make_permissions},
+    {"RenameUser", make_rename_user},
+    {"Rename_NT", make_rename_nt},
+    {"Select_OU", make_select_ou},
+    {"Serach_Mail", make_search_mail},
+    {"frmSharePoints", make_share_points},
+    {"Varibles_Form", make_variables},
+    {"WKS_PROFILE", make_wks_profile},
+}};
+
+}  // namespace
+
+std::unique_ptr<QDialog> make_window(std::string_view name, session::Session& session, QWidget* parent) {
+  for (const auto& [known, make] : kMakers) {
+    if (known == name)
+      return make(session, parent);
+  }
+  return nullptr;
+}
+
+}  // namespace twk::screens

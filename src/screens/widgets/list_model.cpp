@@ -1,0 +1,192 @@
+#include "screens/widgets/list_model.hpp"
+
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "base/text.hpp"
+#include "screens/widgets/icons.hpp"
+#include "screens/widgets/text.hpp"
+
+namespace twk::screens {
+namespace {
+
+using controls::ListChange;
+using controls::ListRow;
+
+const std::string& column_text(const ListRow& row, int column) {
+  static const std::string nothing;
+  if (column == 0)
+    return row.text;
+  const auto place = static_cast<std::size_t>(column - 1);
+  return place < row.sub_items.size() ? row.sub_items[place] : nothing;
+}
+
+bool is_ascii(char c) {
+  return static_cast<unsigned char>(c) < 0x80;
+}
+
+char folded(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+/// Alphabetical without regard to case. Most names differ in a plain letter, which needs no memory; the first
+/// that is none hands the rest to the rules of the language.
+bool is_before(std::string_view left, std::string_view right) {
+  const std::size_t common = std::min(left.size(), right.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    if (!is_ascii(left[i]) || !is_ascii(right[i])) {
+      return QString::localeAwareCompare(to_qt(left.substr(i)).toUpper(), to_qt(right.substr(i)).toUpper()) <
+             0;
+    }
+    if (folded(left[i]) != folded(right[i]))
+      return folded(left[i]) < folded(right[i]);
+  }
+  return left.size() < right.size();
+}
+
+}  // namespace
+
+ListModel::ListModel(controls::ListView& list, QStringList headings, QObject* parent)
+    : QAbstractTableModel(parent),
+      list_(&list),
+      headings_(std::move(headings)),
+      watch_(list.watch([this](const ListChange& change) { take(change); })) {}
+
+void ListModel::set_edited(std::function<void(ListRow&, const std::string&)> edited) {
+  edited_ = std::move(edited);
+}
+
+ListRow* ListModel::row(const QModelIndex& index) const {
+  const auto place = static_cast<std::size_t>(index.row());
+  if (resetting_ || index.model() != this || !index.isValid() || place >= list_->size())
+    return nullptr;
+  return &list_->at(place);
+}
+
+int ListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() || resetting_ ? 0 : static_cast<int>(list_->size());
+}
+
+int ListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(headings_.size());
+}
+
+QVariant ListModel::data(const QModelIndex& index, int role) const {
+  const ListRow* const row = this->row(index);
+  if (row == nullptr)
+    return {};
+  if (role == Qt::DisplayRole || role == Qt::EditRole)
+    return to_qt(column_text(*row, index.column()));
+  if (role == Qt::ForegroundRole && row->ghosted)
+    return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
+  if (role == Qt::ToolTipRole)
+    return to_qt(column_text(*row, index.column())).toHtmlEscaped();
+  if (index.column() != 0)
+    return {};
+  if (role == Qt::DecorationRole && !row->icon.empty())
+    return picture(row->icon);
+  if (role == Qt::CheckStateRole && checkable_)
+    return row->checked ? Qt::Checked : Qt::Unchecked;
+  // The light of a row is a colour: a screen reader says it in front of the text.
+  if (role == Qt::AccessibleTextRole && !row->icon.empty())
+    return to_qt(row->icon + " " + row->text);
+  return {};
+}
+
+bool ListModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  ListRow* const row = this->row(index);
+  if (row == nullptr)
+    return false;
+  if (role == Qt::CheckStateRole && checkable_) {
+    list_->set_checked(*row, value.toInt() == Qt::Checked);
+    return true;
+  }
+  if (role != Qt::EditRole || !edited_)
+    return false;
+  edited_(*row, from_qt(value.toString()));
+  return true;
+}
+
+QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+    return {};
+  return headings_.value(section);
+}
+
+Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
+  Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  if (index.column() == 0 && edited_)
+    flags |= Qt::ItemIsEditable;
+  if (index.column() == 0 && checkable_)
+    flags |= Qt::ItemIsUserCheckable;
+  return flags;
+}
+
+QIcon ListModel::picture(const std::string& name) const {
+  const auto found = pictures_.find(name);
+  return found != pictures_.end() ? found->second : pictures_.emplace(name, icon(name)).first->second;
+}
+
+void ListModel::take(const ListChange& change) {
+  const int place = static_cast<int>(change.place);
+  switch (change.kind) {
+    case ListChange::Kind::kInserting:
+      beginInsertRows({}, place, place);
+      break;
+    case ListChange::Kind::kInserted:
+      endInsertRows();
+      break;
+    case ListChange::Kind::kRemoving:
+      beginRemoveRows({}, place, place);
+      break;
+    case ListChange::Kind::kRemoved:
+      endRemoveRows();
+      break;
+    case ListChange::Kind::kResetting:
+      beginResetModel();
+      resetting_ = true;
+      break;
+    case ListChange::Kind::kReset:
+      resetting_ = false;
+      endResetModel();
+      break;
+    case ListChange::Kind::kChanged:
+      Q_EMIT dataChanged(index(place, 0), index(place, columnCount() - 1));
+      break;
+    case ListChange::Kind::kSelected:
+      break;
+  }
+}
+
+ListOrder::ListOrder(ListModel& model, QObject* parent) : QSortFilterProxyModel(parent), model_(&model) {
+  setSourceModel(&model);
+}
+
+void ListOrder::set_filter(const QString& text) {
+  filter_ = base::upper(from_qt(text.trimmed()));
+  // One new order, not a removal for each stretch of rows that goes, which would cost a walk of the others
+  // each.
+  invalidate();
+}
+
+bool ListOrder::lessThan(const QModelIndex& left, const QModelIndex& right) const {
+  const ListRow* const first = model_->row(left);
+  const ListRow* const second = model_->row(right);
+  return first != nullptr && second != nullptr &&
+         is_before(column_text(*first, left.column()), column_text(*second, right.column()));
+}
+
+bool ListOrder::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const {
+  if (filter_.empty())
+    return true;
+  const ListRow* const shown = model_->row(model_->index(row, 0));
+  if (shown == nullptr)
+    return false;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    if (base::upper(column_text(*shown, column)).find(filter_) != std::string::npos)
+      return true;
+  }
+  return false;
+}
+
+}  // namespace twk::screens

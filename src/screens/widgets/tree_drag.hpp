@@ -1,0 +1,12 @@
+#pragma once
+
+#include "screens/widgets/tree_pane.hpp"
+#include "session/session.hpp"
+
+namespace twk::screens {
+
+/// Lets a user be dragged to another OU with Shift and the left button; Esc gives the drag up. Near the upper
+/// and the lower edge the tree scrolls, a line each time `Timer2` runs out.
+void add_tree_drag(TreePane& tree, session::Session& session);
+
+}  // namespace twk::screens

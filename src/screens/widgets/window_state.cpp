@@ -1,0 +1,62 @@
+#include "screens/widgets/window_state.hpp"
+
+#include <QDialog>
+#include <QHeaderView>
+#include <QSettings>
+#include <QSplitter>
+
+#include "screens/widgets/list_pane.hpp"
+
+namespace twk::screens {
+namespace {
+
+/// Under the name of the window that the part stands in, which may be one beside the main window.
+QString key(const QWidget& part, const char* what) {
+  return part.window()->objectName() + "/" + part.objectName() + "/" + what;
+}
+
+QVariantList column_widths(const ListPane& list) {
+  QVariantList widths;
+  for (int i = 0; i < list.header()->count(); ++i)
+    widths << list.header()->sectionSize(i);
+  return widths;
+}
+
+void set_column_widths(const ListPane& list, const QVariantList& widths) {
+  if (widths.size() != list.header()->count())
+    return;
+  for (int i = 0; i < list.header()->count(); ++i) {
+    if (const int width = widths.at(i).toInt(); width >= list.header()->minimumSectionSize())
+      list.header()->resizeSection(i, width);
+  }
+}
+
+QString geometry_key(const QWidget& window) {
+  return window.objectName() + "/geometry";
+}
+
+}  // namespace
+
+void save_window(const QMainWindow& window) {
+  QSettings settings;
+  settings.setValue(geometry_key(window), window.saveGeometry());
+  for (const QDialog* const beside : window.findChildren<QDialog*>())
+    settings.setValue(geometry_key(*beside), beside->saveGeometry());
+  for (const QSplitter* const splitter : window.findChildren<QSplitter*>())
+    settings.setValue(key(*splitter, "splitter"), splitter->saveState());
+  for (const ListPane* const list : window.findChildren<ListPane*>())
+    settings.setValue(key(*list, "columns"), column_widths(*list));
+}
+
+void restore_window(QMainWindow& window) {
+  const QSettings settings;
+  window.restoreGeometry(settings.value(geometry_key(window)).toByteArray());
+  for (QDialog* const beside : window.findChildren<QDialog*>())
+    beside->restoreGeometry(settings.value(geometry_key(*beside)).toByteArray());
+  for (QSplitter* const splitter : window.findChildren<QSplitter*>())
+    splitter->restoreState(settings.value(key(*splitter, "splitter")).toByteArray());
+  for (const ListPane* const list : window.findChildren<ListPane*>())
+    set_column_widths(*list, settings.value(key(*list, "columns")).toList());
+}
+
+}  // namespace twk::screens
