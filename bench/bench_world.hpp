@@ -9,8 +9,8 @@
 #include <fstream>
 #include <string>
 
-#include "lab/lab.hpp"
-#include "lab/lab_create.hpp"
+#include "lab/making/lab_create.hpp"
+#include "lab/services/lab.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 

@@ -1,6 +1,6 @@
 #include "world/lab_ground.hpp"
 
-#include "lab/lab.hpp"
+#include "lab/services/lab.hpp"
 
 namespace twk::world {
 namespace {

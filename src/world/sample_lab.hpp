@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "lab/lab_create.hpp"
+#include "lab/making/lab_create.hpp"
 #include "platform/dialogs.hpp"
 #include "session/session.hpp"
 #include "world/world.hpp"

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "lab/lab.hpp"
+#include "lab/services/lab.hpp"
 #include "live/live.hpp"
 #include "platform/platform.hpp"
 #include "world/connection_options.hpp"

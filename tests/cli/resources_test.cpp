@@ -1,5 +1,5 @@
 #include "cli/twk_fixture.hpp"
-#include "lab/base64.hpp"
+#include "lab/store/base64.hpp"
 #include "platform/security_descriptor.hpp"
 
 namespace twk::test {

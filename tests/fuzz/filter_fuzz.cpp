@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/errors.hpp"
-#include "lab/filter.hpp"
+#include "lab/store/filter.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

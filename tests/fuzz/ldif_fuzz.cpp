@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/errors.hpp"
-#include "lab/ldif.hpp"
+#include "lab/store/ldif.hpp"
 
 namespace {
 

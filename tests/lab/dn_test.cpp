@@ -1,7 +1,7 @@
 #include "ads/dn.hpp"
 
 #include "base/errors.hpp"
-#include "lab/dn_hash.hpp"
+#include "lab/store/dn_hash.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::lab {

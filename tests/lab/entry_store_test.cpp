@@ -1,4 +1,4 @@
-#include "lab/entry_store.hpp"
+#include "lab/store/entry_store.hpp"
 
 #include <sys/resource.h>
 #include <unistd.h>

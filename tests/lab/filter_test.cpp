@@ -1,4 +1,4 @@
-#include "lab/filter.hpp"
+#include "lab/store/filter.hpp"
 
 #include "base/errors.hpp"
 #include "base/text.hpp"

@@ -1,4 +1,4 @@
-#include "lab/lab_config.hpp"
+#include "lab/shares/lab_config.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "lab/lab_create.hpp"
+#include "lab/making/lab_create.hpp"
 
 #include <set>
 

@@ -5,8 +5,8 @@
 #include <fstream>
 
 #include "contract/world.hpp"
-#include "lab/lab.hpp"
-#include "lab/lab_create.hpp"
+#include "lab/making/lab_create.hpp"
+#include "lab/services/lab.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace twk::test {

@@ -1,4 +1,4 @@
-#include "lab/ldif.hpp"
+#include "lab/store/ldif.hpp"
 
 #include "base/errors.hpp"
 

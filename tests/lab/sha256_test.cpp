@@ -1,4 +1,4 @@
-#include "lab/sha256.hpp"
+#include "lab/store/sha256.hpp"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "lab/lab.hpp"
-#include "lab/lab_create.hpp"
+#include "lab/making/lab_create.hpp"
+#include "lab/services/lab.hpp"
 #include "records/records.hpp"
 #include "session/session.hpp"
 #include "support/failing_network.hpp"

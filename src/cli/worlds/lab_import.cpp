@@ -6,8 +6,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/terminal/failures.hpp"
-#include "lab/entry_store.hpp"
-#include "lab/lab_create.hpp"
+#include "lab/making/lab_create.hpp"
+#include "lab/store/entry_store.hpp"
 #include "local/replace_file.hpp"
 
 namespace twk::cli {

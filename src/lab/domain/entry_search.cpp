@@ -1,0 +1,149 @@
+#include "lab/domain/entry_search.hpp"
+
+#include <algorithm>
+#include <deque>
+#include <optional>
+#include <utility>
+
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
+#include "base/text.hpp"
+#include "lab/domain/entry_view.hpp"
+
+namespace twk::lab {
+namespace {
+
+using platform::Scope;
+
+void resolve_categories(const LabDomain& domain, Filter& filter) {
+  for (Filter& child : filter.children)
+    resolve_categories(domain, child);
+  if (filter.kind != Filter::Kind::kEqual || !base::equals_fold(filter.attribute, "objectCategory"))
+    return;
+  const ads::ClassSchema* const schema = ads::find_class(filter.value);
+  if (schema == nullptr)
+    return;
+  filter.value = "CN=" + std::string(schema->category) + ",CN=Schema," + domain.configuration_dn;
+}
+
+bool holds(const LabDomain& domain, const Filter& filter, const Entry& entry) {
+  // The views that the evaluator gets point into these; a deque does not move what it holds.
+  std::deque<std::vector<std::string>> kept;
+  return matches(filter, [&](std::string_view attribute) {
+    const std::vector<std::string>& values = kept.emplace_back(read_attribute(domain, entry, attribute));
+    return std::vector<std::string_view>(values.begin(), values.end());
+  });
+}
+
+/// Tells whether entries lie in a scope.
+class ScopeTest {
+ public:
+  ScopeTest(const LabDomain& domain, const std::string& base_dn, Scope scope)
+      : domain_(domain),
+        base_(ads::normalize_dn(base_dn)),
+        scope_(scope),
+        skip_configuration_(!in_configuration(domain, base_dn)) {}
+
+  [[nodiscard]] bool is_outside_context(const Entry& entry) const {
+    return skip_configuration_ && in_configuration(domain_, entry.dn());
+  }
+
+  [[nodiscard]] bool contains(const Entry& entry) const {
+    if (is_outside_context(entry))
+      return false;
+    const std::string name = ads::normalize_dn(entry.dn());
+    switch (scope_) {
+      case Scope::kBase:
+        return name == base_;
+      case Scope::kOneLevel:
+        return ads::parent_dn(name) == base_;
+      case Scope::kSubtree:
+        return name == base_ || name.ends_with("," + base_);
+    }
+    return false;
+  }
+
+ private:
+  const LabDomain& domain_;
+  std::string base_;
+  Scope scope_;
+  bool skip_configuration_;
+};
+
+/// The entries that an equality on an indexed attribute leaves; none when the attribute has no index, or its
+/// index names one entry where a directory may hold several.
+std::optional<std::vector<const Entry*>> indexed(const LabDomain& domain, const Filter& filter) {
+  if (filter.kind != Filter::Kind::kEqual)
+    return std::nullopt;
+  const auto one = [](const Entry* entry) {
+    return entry == nullptr ? std::vector<const Entry*>{} : std::vector{entry};
+  };
+  if (base::equals_fold(filter.attribute, "sAMAccountName"))
+    return one(domain.store.find_account(filter.value));
+  if (base::equals_fold(filter.attribute, "objectSid"))
+    return one(domain.store.find_sid(filter.value));
+  if (base::equals_fold(filter.attribute, "primaryGroupID"))
+    return domain.store.with_primary_group(filter.value);
+  if (base::equals_fold(filter.attribute, "userPrincipalName") &&
+      domain.store.find_principal(filter.value) == nullptr) {
+    return std::vector<const Entry*>{};
+  }
+  return std::nullopt;
+}
+
+std::optional<std::vector<const Entry*>> candidates(const LabDomain& domain, const Filter& filter) {
+  if (auto found = indexed(domain, filter))
+    return found;
+  if (filter.kind != Filter::Kind::kAnd)
+    return std::nullopt;
+  for (const Filter& child : filter.children) {
+    if (auto found = candidates(domain, child))
+      return found;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<std::string> search_entries(const LabDomain& domain, const std::string& base_dn, Scope scope,
+                                        Filter filter) {
+  resolve_categories(domain, filter);
+  const Entry& top = require_entry(domain, base_dn);
+  const ScopeTest test(domain, top.dn(), scope);
+  std::vector<std::string> found;
+  if (const auto few = candidates(domain, filter)) {
+    for (const Entry* const entry : *few) {
+      if (test.contains(*entry) && holds(domain, filter, *entry))
+        found.push_back(entry->dn());
+    }
+    return found;
+  }
+  const auto visit = [&](const Entry& entry) {
+    if (!test.is_outside_context(entry) && holds(domain, filter, entry))
+      found.push_back(entry.dn());
+    return true;
+  };
+  if (scope == Scope::kBase) {
+    visit(top);
+  } else if (scope == Scope::kOneLevel) {
+    domain.store.children(top, visit);
+  } else {
+    domain.store.subtree(top, visit);
+  }
+  return found;
+}
+
+void sort_by_attribute(const LabDomain& domain, std::vector<std::string>& dns, std::string_view attribute) {
+  std::vector<std::pair<std::string, std::string>> keyed;
+  keyed.reserve(dns.size());
+  for (std::string& dn : dns) {
+    const std::vector<std::string> values = read_attribute(domain, require_entry(domain, dn), attribute);
+    keyed.emplace_back(values.empty() ? std::string() : base::upper(values.front()), std::move(dn));
+  }
+  std::stable_sort(keyed.begin(), keyed.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (std::size_t i = 0; i < dns.size(); ++i)
+    dns[i] = std::move(keyed[i].second);
+}
+
+}  // namespace twk::lab

@@ -1,0 +1,107 @@
+#include "lab/domain/entry_view.hpp"
+
+#include <algorithm>
+#include <charconv>
+
+#include "ads/dn.hpp"
+#include "ads/sid.hpp"
+#include "base/text.hpp"
+#include "lab/store/errors.hpp"
+
+namespace twk::lab {
+namespace {
+
+bool is_secret(std::string_view attribute) {
+  return base::equals_fold(attribute, "supplementalCredentials") ||
+         base::equals_fold(attribute, "unicodePwd") || base::equals_fold(attribute, "userPassword");
+}
+
+std::vector<std::string> primary_group_token(const Entry& entry) {
+  const auto sid = entry.value("objectSid");
+  if (!sid || !has_class(entry, "group"))
+    return {};
+  const auto rid = ads::rid_of(*sid);
+  // The token travels as a signed 32-bit integer.
+  return rid ? std::vector{base::to_text(static_cast<std::int32_t>(*rid))} : std::vector<std::string>{};
+}
+
+}  // namespace
+
+std::string entry_class(const Entry& entry) {
+  const std::vector<std::string> classes = entry.values("objectClass");
+  return classes.empty() ? std::string("top") : classes.back();
+}
+
+bool has_class(const Entry& entry, std::string_view name) {
+  const std::vector<std::string> classes = entry.values("objectClass");
+  return std::any_of(classes.begin(), classes.end(),
+                     [&](const std::string& one) { return base::equals_fold(one, name); });
+}
+
+bool is_user(const Entry& entry) {
+  return has_class(entry, "user") && !has_class(entry, "computer");
+}
+
+std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry,
+                                        std::string_view attribute) {
+  if (base::equals_fold(attribute, "distinguishedName"))
+    return {entry.dn()};
+  if (base::equals_fold(attribute, "name"))
+    return {ads::parse_rdn(ads::first_rdn(entry.dn())).value};
+  if (base::equals_fold(attribute, "cn") || base::equals_fold(attribute, "ou")) {
+    ads::Rdn rdn = ads::parse_rdn(ads::first_rdn(entry.dn()));
+    if (base::equals_fold(rdn.type, attribute))
+      return {std::move(rdn.value)};
+  }
+  if (base::equals_fold(attribute, "primaryGroupToken"))
+    return primary_group_token(entry);
+  if (is_secret(attribute))
+    return {};
+  std::vector<std::string> values = entry.values(attribute);
+  if (values.empty() && base::equals_fold(attribute, "nTMixedDomain") && has_class(entry, "domainDNS")) {
+    return {domain.config.kind == DomainKind::kMixed ? "1" : "0"};
+  }
+  return values;
+}
+
+std::int64_t read_number(const Entry& entry, std::string_view attribute, std::int64_t fallback) {
+  const auto text = entry.value(attribute);
+  if (!text)
+    return fallback;
+  std::int64_t number = 0;
+  const auto result = std::from_chars(text->data(), text->data() + text->size(), number);
+  return result.ec == std::errc{} ? number : fallback;
+}
+
+const Entry& require_entry(const LabDomain& domain, std::string_view dn) {
+  const Entry* const entry = domain.store.find(dn);
+  if (entry == nullptr)
+    raise(ads_error::kNoSuchObject, "There is no such object: " + std::string(dn));
+  return *entry;
+}
+
+const Entry* find_account(const LabDomain& domain, std::string_view name, bool user) {
+  const Entry* const entry = domain.store.find_account(name);
+  if (entry == nullptr || !(user ? is_user(*entry) : has_class(*entry, "group")))
+    return nullptr;
+  return entry;
+}
+
+bool in_configuration(const LabDomain& domain, std::string_view dn) {
+  const std::string& top = domain.configuration_dn;
+  if (dn.size() < top.size())
+    return false;
+  if (dn.size() > top.size() && dn[dn.size() - top.size() - 1] != ',')
+    return false;
+  return base::equals_fold(dn.substr(dn.size() - top.size()), top);
+}
+
+std::string object_name(std::string_view dn) {
+  const std::string_view rdn = ads::first_rdn(dn);
+  const std::size_t equals = rdn.find('=');
+  if (equals == base::npos)
+    return std::string(rdn);
+  return base::upper(rdn.substr(0, equals)) + std::string(rdn.substr(equals));
+}
+
+}  // namespace twk::lab

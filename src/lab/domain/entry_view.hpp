@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lab/domain/lab_domain.hpp"
+#include "lab/store/entry_store.hpp"
+
+/// Entries as callers see them, with the attributes that a directory computes.
+namespace twk::lab {
+
+/// The most special class: "user", "organizationalUnit" …
+std::string entry_class(const Entry& entry);
+bool has_class(const Entry& entry, std::string_view name);
+/// A person's account: of class "user" and not a computer's.
+bool is_user(const Entry& entry);
+
+/// The raw values; computed ones ("distinguishedName", "name", "cn" and "ou" of the name itself,
+/// "primaryGroupToken") are made here. What a password left behind is never given.
+std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry,
+                                        std::string_view attribute);
+
+/// The first value of an attribute as a number; `fallback` when it has none.
+std::int64_t read_number(const Entry& entry, std::string_view attribute, std::int64_t fallback = 0);
+
+/// The entry of that name. Raises kNoSuchObject.
+const Entry& require_entry(const LabDomain& domain, std::string_view dn);
+/// The account of that logon name, a user's or a group's. None when there is no such account.
+const Entry* find_account(const LabDomain& domain, std::string_view name, bool user);
+
+/// True for an entry of the configuration, which is a naming context of its own below the domain's name.
+bool in_configuration(const LabDomain& domain, std::string_view dn);
+/// "CN=Jo Smith" with the type in capitals.
+std::string object_name(std::string_view dn);
+
+}  // namespace twk::lab

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+
+#include "ads/basic_object.hpp"
+#include "lab/domain/staged_entry.hpp"
+
+namespace twk::lab {
+
+/// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server
+/// part in their paths. The catalogue is for reading: what changes something raises kUnwilling.
+class LdapObject final : public ads::BasicObject {
+ public:
+  /// `whole_path` is what "LDAP://twk.test" calls itself; empty for a path that ends in the DN.
+  LdapObject(StagedEntry entry, ads::Provider provider, std::string server, std::string whole_path = {});
+
+  [[nodiscard]] std::string Name() const override;
+  [[nodiscard]] std::string Class() const override;
+  [[nodiscard]] std::string ADsPath() const override;
+  [[nodiscard]] std::string Parent() const override;
+
+  platform::Value Get(std::string_view attribute) override;
+  void Put(std::string_view attribute, const platform::Value& value) override;
+  void PutEx(int control, std::string_view attribute, const platform::Value& value) override;
+  void SetInfo() override;
+  void SetPassword(std::string_view password) override;
+  bool SetInfoWithPassword(std::string_view password) override;
+
+  void enumerate(std::span<const std::string> classes,
+                 const std::function<bool(const platform::ObjectPtr&)>& visit) override;
+  platform::ObjectPtr GetObject(std::string_view object_class, std::string_view relative_name) override;
+  platform::ObjectPtr Create(std::string_view object_class, std::string_view relative_name) override;
+  void Delete(std::string_view object_class, std::string_view relative_name) override;
+  platform::ObjectPtr MoveHere(std::string_view source_path,
+                               const std::optional<std::string>& new_name) override;
+
+  void Add(std::string_view path) override;
+  void Remove(std::string_view path) override;
+  bool IsMember(std::string_view path) override;
+  std::vector<platform::ObjectPtr> Members() override;
+  std::vector<platform::ObjectPtr> Groups() override;
+
+ private:
+  void require_writable() const;
+  [[nodiscard]] LabDomain& domain() const { return entry_.domain(); }
+  [[nodiscard]] platform::ObjectPtr bind(std::string_view dn) const;
+  /// The stored child of that name and class. Raises kNoSuchObject.
+  [[nodiscard]] std::string existing_child(std::string_view object_class,
+                                           std::string_view relative_name) const;
+  [[nodiscard]] std::vector<platform::ObjectPtr> bind_all(const std::vector<std::string>& dns) const;
+
+  StagedEntry entry_;
+  ads::Provider provider_;
+  std::string server_;
+  std::string whole_path_;
+};
+
+}  // namespace twk::lab

@@ -1,0 +1,231 @@
+#include "lab/domain/winnt_object.hpp"
+
+#include "ads/dn.hpp"
+#include "ads/object_rules.hpp"
+#include "ads/winnt_properties.hpp"
+#include "base/text.hpp"
+#include "lab/domain/account_path.hpp"
+#include "lab/domain/domain_rules.hpp"
+#include "lab/domain/entry_view.hpp"
+#include "lab/domain/membership.hpp"
+#include "lab/domain/passwords.hpp"
+#include "lab/store/errors.hpp"
+
+namespace twk::lab {
+namespace {
+
+using platform::ObjectPtr;
+using platform::Value;
+
+constexpr std::string_view kUser = "User";
+constexpr std::string_view kGroup = "Group";
+
+/// "User", "Group"; empty for an entry that is no account of a person or group.
+std::string_view account_class(const Entry& entry) {
+  if (is_user(entry))
+    return kUser;
+  return has_class(entry, "group") ? kGroup : std::string_view{};
+}
+
+std::string account_dn(const LabDomain& domain, std::string_view object_class, std::string_view name) {
+  return ads::child_dn(object_class, ads::make_rdn("CN", name), "CN=Users," + domain.root_dn);
+}
+
+}  // namespace
+
+ObjectPtr bind_winnt_account(LabDomain& domain, std::string_view dn, const std::string& domain_name) {
+  const Entry& entry = require_entry(domain, dn);
+  std::string name = entry.value("sAMAccountName").value_or(ads::parse_rdn(ads::first_rdn(dn)).value);
+  return std::make_shared<WinntAccount>(StagedEntry(domain, ads::Provider::kWinnt, dn), domain_name,
+                                        std::move(name));
+}
+
+WinntDomain::WinntDomain(LabDomain& domain, std::string name) : domain_(domain), name_(std::move(name)) {}
+
+std::string WinntDomain::Name() const {
+  return name_;
+}
+std::string WinntDomain::Class() const {
+  return "Domain";
+}
+std::string WinntDomain::ADsPath() const {
+  return "WinNT://" + name_;
+}
+std::string WinntDomain::Parent() const {
+  return "WinNT:";
+}
+
+void WinntDomain::enumerate(std::span<const std::string> classes,
+                            const std::function<bool(const ObjectPtr&)>& visit) {
+  domain_.store.refresh();
+  std::vector<std::string> names;
+  domain_.store.subtree(require_entry(domain_, domain_.root_dn), [&](const Entry& entry) {
+    const std::string_view kind = account_class(entry);
+    if (!kind.empty() && ads::is_wanted(classes, kind) && entry.has("sAMAccountName"))
+      names.push_back(entry.dn());
+    return true;
+  });
+  for (const std::string& name : names) {
+    // What was visited before may have deleted this one.
+    if (domain_.store.find(name) != nullptr && !visit(bind_winnt_account(domain_, name, name_)))
+      return;
+  }
+}
+
+const std::string& WinntDomain::find(std::string_view object_class, std::string_view name) const {
+  domain_.store.refresh();
+  const bool any = object_class.empty();
+  const Entry* entry = nullptr;
+  if (any || base::equals_fold(object_class, kUser))
+    entry = find_account(domain_, name, true);
+  if (entry == nullptr && (any || base::equals_fold(object_class, kGroup)))
+    entry = find_account(domain_, name, false);
+  if (entry == nullptr) {
+    raise(base::equals_fold(object_class, kGroup) ? ads_error::kGroupNotFound : ads_error::kUserNotFound,
+          "The domain has no account " + std::string(name));
+  }
+  return entry->dn();
+}
+
+ObjectPtr WinntDomain::GetObject(std::string_view object_class, std::string_view name) {
+  return bind_winnt_account(domain_, find(object_class, name), name_);
+}
+
+ObjectPtr WinntDomain::Create(std::string_view object_class, std::string_view name) {
+  const bool user = base::equals_fold(object_class, kUser);
+  if (!user && !base::equals_fold(object_class, kGroup)) {
+    raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
+  }
+  ads::check_account_name(name, user);
+  const std::string_view ldap_class = user ? "user" : "group";
+  StagedEntry entry(domain_, ads::Provider::kWinnt, account_dn(domain_, ldap_class, name),
+                    std::string(ldap_class));
+  entry.stage(2, "sAMAccountName", name);
+  return std::make_shared<WinntAccount>(std::move(entry), name_, std::string(name));
+}
+
+void WinntDomain::Delete(std::string_view object_class, std::string_view name) {
+  delete_object(domain_, std::string(find(object_class, name)));
+}
+
+ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optional<std::string>& new_name) {
+  domain_.store.refresh();
+  std::string dn = resolve_entry(domain_, source_path);
+  if (!new_name)
+    return bind_winnt_account(domain_, dn, name_);
+  // A flat domain knows an account by this name alone, so its entry goes by it as well, and first: it is
+  // found under the old name until all is done.
+  const std::string old_dn = dn;
+  if (domain_.config.kind == DomainKind::kNt) {
+    dn = ads::make_rdn("CN", *new_name) + "," + std::string(ads::parent_dn(old_dn));
+    try {
+      move_object(domain_, old_dn, dn);
+    } catch (const base::RuntimeError& failure) {
+      if (failure.number() != ads_error::kObjectExists)
+        throw;
+      raise(ads_error::kUserExists, "The domain has an account " + *new_name + " already");
+    }
+  }
+  try {
+    modify_object(domain_, ads::Provider::kWinnt, dn,
+                  {{ModifyKind::kReplace, "sAMAccountName", {*new_name}}});
+  } catch (const base::RuntimeError&) {
+    if (dn != old_dn)
+      move_object(domain_, dn, old_dn);
+    throw;
+  }
+  return bind_winnt_account(domain_, dn, name_);
+}
+
+WinntAccount::WinntAccount(StagedEntry entry, std::string domain_name, std::string name)
+    : entry_(std::move(entry)), domain_name_(std::move(domain_name)), name_(std::move(name)) {}
+
+std::string WinntAccount::Name() const {
+  return name_;
+}
+std::string WinntAccount::Class() const {
+  return std::string(base::equals_fold(entry_.object_class(), "group") ? kGroup : kUser);
+}
+std::string WinntAccount::ADsPath() const {
+  return "WinNT://" + domain_name_ + "/" + name_;
+}
+std::string WinntAccount::Parent() const {
+  return "WinNT://" + domain_name_;
+}
+
+Value WinntAccount::Get(std::string_view property) {
+  Value value = ads::get_winnt(entry_, property);
+  if (value.is_empty())
+    raise(ads_error::kPropertyNotFound, name_ + " has no value for " + std::string(property));
+  return value;
+}
+
+void WinntAccount::Put(std::string_view property, const Value& value) {
+  ads::put_winnt(entry_, property, value);
+}
+
+void WinntAccount::PutEx(int control, std::string_view property, const Value& value) {
+  ads::put_ex_winnt(entry_, control, property, value);
+}
+
+void WinntAccount::SetInfo() {
+  entry_.commit();
+}
+
+void WinntAccount::SetPassword(std::string_view password) {
+  set_password(domain(), entry_.dn(), password);
+}
+
+void WinntAccount::Add(std::string_view path) {
+  domain().store.refresh();
+  const std::string member = resolve_entry(domain(), path);
+  try {
+    add_member(domain(), entry_.dn(), member);
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() != ads_error::kObjectExists)
+      throw;
+    raise(ads_error::kMemberInGroup, failure.description());
+  }
+}
+
+void WinntAccount::Remove(std::string_view path) {
+  domain().store.refresh();
+  remove_member(domain(), entry_.dn(), resolve_entry(domain(), path));
+}
+
+bool WinntAccount::IsMember(std::string_view path) {
+  domain().store.refresh();
+  return is_member(domain(), entry_.dn(), resolve_entry(domain(), path));
+}
+
+std::vector<ObjectPtr> WinntAccount::bind_all(const std::vector<std::string>& dns) const {
+  std::vector<ObjectPtr> objects;
+  objects.reserve(dns.size());
+  for (const std::string& dn : dns)
+    objects.push_back(bind_winnt_account(domain(), dn, domain_name_));
+  return objects;
+}
+
+std::vector<ObjectPtr> WinntAccount::Members() {
+  domain().store.refresh();
+  const Entry& group = require_entry(domain(), entry_.dn());
+  std::vector<std::string> names = group.values("member");
+  if (domain().config.kind == DomainKind::kNt) {
+    for (std::string& name : members_by_primary_group(domain(), group))
+      names.push_back(std::move(name));
+  }
+  return bind_all(names);
+}
+
+std::vector<ObjectPtr> WinntAccount::Groups() {
+  domain().store.refresh();
+  const Entry& user = require_entry(domain(), entry_.dn());
+  std::vector<std::string> names;
+  if (const Entry* const primary = primary_group(domain(), user))
+    names.push_back(primary->dn());
+  for (std::string& name : user.values("memberOf"))
+    names.push_back(std::move(name));
+  return bind_all(names);
+}
+
+}  // namespace twk::lab

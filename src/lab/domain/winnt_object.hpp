@@ -1,0 +1,75 @@
+#pragma once
+
+#include <string>
+
+#include "ads/basic_object.hpp"
+#include "lab/domain/staged_entry.hpp"
+
+namespace twk::lab {
+
+/// A domain bound through WinNT: a flat container of users and groups, named by their account names. New
+/// accounts go to CN=Users. Computer accounts are not among its children.
+class WinntDomain final : public ads::BasicObject {
+ public:
+  WinntDomain(LabDomain& domain, std::string name);
+
+  [[nodiscard]] std::string Name() const override;
+  [[nodiscard]] std::string Class() const override;
+  [[nodiscard]] std::string ADsPath() const override;
+  [[nodiscard]] std::string Parent() const override;
+
+  void enumerate(std::span<const std::string> classes,
+                 const std::function<bool(const platform::ObjectPtr&)>& visit) override;
+  platform::ObjectPtr GetObject(std::string_view object_class, std::string_view name) override;
+  platform::ObjectPtr Create(std::string_view object_class, std::string_view name) override;
+  void Delete(std::string_view object_class, std::string_view name) override;
+  /// Renames an account of this domain.
+  platform::ObjectPtr MoveHere(std::string_view source_path,
+                               const std::optional<std::string>& new_name) override;
+
+ private:
+  [[nodiscard]] const std::string& find(std::string_view object_class, std::string_view name) const;
+
+  LabDomain& domain_;
+  std::string name_;
+};
+
+/// A user or a group bound through WinNT.
+class WinntAccount final : public ads::BasicObject {
+ public:
+  /// `domain_name` as it stands in the paths; `name` is for one that is not stored yet.
+  WinntAccount(StagedEntry entry, std::string domain_name, std::string name);
+
+  [[nodiscard]] std::string Name() const override;
+  [[nodiscard]] std::string Class() const override;
+  [[nodiscard]] std::string ADsPath() const override;
+  [[nodiscard]] std::string Parent() const override;
+
+  platform::Value Get(std::string_view property) override;
+  void Put(std::string_view property, const platform::Value& value) override;
+  void PutEx(int control, std::string_view property, const platform::Value& value) override;
+  void SetInfo() override;
+  void SetPassword(std::string_view password) override;
+
+  void Add(std::string_view path) override;
+  void Remove(std::string_view path) override;
+  bool IsMember(std::string_view path) override;
+  /// In a lab of kind nt also those by primary group.
+  std::vector<platform::ObjectPtr> Members() override;
+  /// The primary group first.
+  std::vector<platform::ObjectPtr> Groups() override;
+
+ private:
+  [[nodiscard]] LabDomain& domain() const { return entry_.domain(); }
+  [[nodiscard]] std::vector<platform::ObjectPtr> bind_all(const std::vector<std::string>& dns) const;
+
+  StagedEntry entry_;
+  std::string domain_name_;
+  std::string name_;
+};
+
+/// The account at that DN.
+platform::ObjectPtr bind_winnt_account(LabDomain& domain, std::string_view dn,
+                                       const std::string& domain_name);
+
+}  // namespace twk::lab

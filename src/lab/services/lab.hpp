@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "lab/shares/lab_config.hpp"
+#include "platform/platform.hpp"
+
+namespace twk::lab {
+
+/// An open lab folder and the services of its world:
+///
+///     lab.conf                                  see lab_config.hpp
+///     domain.ldif, domain.journal.ldif          the directory, see entry_store.hpp
+///     exchange/<SERVER>.ldif                    Exchange 5.5 directories, see exchange_servers.hpp
+///     servers/<NAME>/<DRIVE>/, server.ldif      file servers, see file_server.hpp
+///     settings/                                 the registry
+///     db/                                       the database directory
+///
+/// Processes, variables and the clock are the workstation's own.
+class Lab {
+ public:
+  /// `warn` is told what was repaired. What reads need of the configuration ("CN=Partitions") is added to a
+  /// directory that came without it. Raises runtime errors that name the file, and the line where there is
+  /// one.
+  Lab(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn);
+  Lab(const Lab&) = delete;
+  Lab& operator=(const Lab&) = delete;
+  ~Lab();
+
+  [[nodiscard]] const LabConfig& config() const;
+  /// Path of the database directory, with a slash at the end.
+  [[nodiscard]] std::string database_path() const;
+  /// The services, with the caller's dialogs; good as long as the lab is.
+  [[nodiscard]] platform::Platform platform(platform::Dialogs& dialogs);
+  [[nodiscard]] platform::RegistryListing& registry_listing();
+
+ private:
+  struct Services;
+  std::unique_ptr<Services> services_;
+};
+
+}  // namespace twk::lab

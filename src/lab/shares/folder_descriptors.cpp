@@ -1,0 +1,227 @@
+#include "lab/shares/folder_descriptors.hpp"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "ads/dn.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "platform/access_check.hpp"
+
+namespace twk::lab {
+namespace {
+
+using platform::Acl;
+using platform::SecurityDescriptor;
+namespace access = platform::access;
+namespace ace_flag = platform::ace_flag;
+namespace well_known = platform::well_known;
+
+constexpr std::string_view kContainer = "CN=Folders";
+constexpr std::string_view kDescriptor = "nTSecurityDescriptor";
+
+/// The parts of a path, the drive as its letter in front.
+std::vector<std::string> parts_of(std::string_view path) {
+  std::string text(path);
+  std::replace(text.begin(), text.end(), '/', '\\');
+  std::vector<std::string> parts;
+  for (std::string& part : base::split(text, '\\')) {
+    if (!part.empty() && part != ".")
+      parts.push_back(std::move(part));
+  }
+  if (!parts.empty() && parts.front().ends_with(':'))
+    parts.front().pop_back();
+  return parts;
+}
+
+std::string below(const std::string& dn, std::string_view part) {
+  return ads::make_rdn("CN", part) + "," + dn;
+}
+
+std::string record_dn(const std::vector<std::string>& parts, std::size_t count) {
+  std::string dn(kContainer);
+  for (std::size_t i = 0; i < count; ++i)
+    dn = below(dn, parts[i]);
+  return dn;
+}
+std::string record_dn(std::string_view path) {
+  const std::vector<std::string> parts = parts_of(path);
+  return record_dn(parts, parts.size());
+}
+
+/// Of the first parts of a path; the same for all spellings.
+std::string folded_prefix(const std::vector<std::string>& parts, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += base::upper(parts[i]) + "\\";
+  return text;
+}
+
+SecurityDescriptor drive_default() {
+  constexpr std::uint8_t kForAll = ace_flag::kObjectInherit | ace_flag::kContainerInherit;
+  constexpr std::uint32_t kReadAndExecute = access::kFileGenericRead | access::kFileGenericExecute;
+  const std::vector<platform::Ace> entries = {
+      {platform::ace_type::kAllow, kForAll, access::kFileAll, well_known::administrators()},
+      {platform::ace_type::kAllow, kForAll, access::kFileAll, well_known::local_system()},
+      {platform::ace_type::kAllow, kForAll | ace_flag::kInheritOnly, access::kGenericAll,
+       well_known::creator_owner()},
+      {platform::ace_type::kAllow, kForAll, kReadAndExecute, well_known::users()}};
+  std::size_t size = Acl::kHeaderSize;
+  for (const platform::Ace& ace : entries)
+    size += ace.size();
+  Acl list(size);
+  for (const platform::Ace& ace : entries)
+    list.add(Acl::kAtEnd, ace);
+  SecurityDescriptor descriptor;
+  descriptor.owner = well_known::administrators();
+  descriptor.group = well_known::administrators();
+  descriptor.set_dacl(std::move(list));
+  return descriptor;
+}
+
+/// The first parts of a path as the server has it, "D:\\Users".
+std::string path_text(const std::vector<std::string>& parts, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += i == 0 ? parts[i] + ":" : "\\" + parts[i];
+  return text;
+}
+
+std::optional<SecurityDescriptor> stored_in(const Entry& entry, const std::string& path) {
+  const auto bytes = entry.value(kDescriptor);
+  if (!bytes)
+    return std::nullopt;
+  try {
+    return SecurityDescriptor::decode(base::Bytes(bytes->begin(), bytes->end()));
+  } catch (const base::RuntimeError& failure) {
+    base::raise(platform::security_error::kInvalidDescriptor, "The security descriptor of " + path + " (" +
+                                                                  entry.dn() + " in server.ldif) cannot be " +
+                                                                  "read: " + failure.description());
+  }
+}
+
+SecurityDescriptor inherited(const SecurityDescriptor& folder, bool is_folder) {
+  SecurityDescriptor descriptor;
+  descriptor.owner = well_known::administrators();
+  descriptor.group = folder.group;
+  auto list = platform::inherited_list(folder, is_folder, *descriptor.owner);
+  descriptor.dacl_present = list.has_value();
+  descriptor.dacl = std::move(list);
+  return descriptor;
+}
+
+}  // namespace
+
+FolderDescriptors::FolderDescriptors(EntryStore& store, std::function<bool(std::string_view)> is_folder)
+    : store_(store), is_folder_(std::move(is_folder)) {}
+
+std::optional<SecurityDescriptor> FolderDescriptors::own(const std::vector<std::string>& parts,
+                                                         std::size_t count) const {
+  const Entry* const entry = store_.find(record_dn(parts, count));
+  return entry == nullptr ? std::nullopt : stored_in(*entry, path_text(parts, count));
+}
+
+FolderDescriptors::Folder& FolderDescriptors::folder(const std::vector<std::string>& parts,
+                                                     std::size_t count) const {
+  std::string key = folded_prefix(parts, count);
+  const auto known = folders_.find(key);
+  if (known != folders_.end())
+    return known->second;
+  std::optional<SecurityDescriptor> descriptor = count == 0 ? std::nullopt : own(parts, count);
+  if (!descriptor)
+    descriptor = count <= 1 ? drive_default() : inherited(folder(parts, count - 1).own, true);
+  return folders_.emplace(std::move(key), Folder{*std::move(descriptor)}).first->second;
+}
+
+void FolderDescriptors::forget_outdated() const {
+  constexpr std::size_t kMostRemembered = 1000;
+  if (readings_ != store_.readings() || folders_.size() > kMostRemembered)
+    folders_.clear();
+  readings_ = store_.readings();
+}
+
+SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
+  forget_outdated();
+  const std::vector<std::string> parts = parts_of(path);
+  const bool is_folder =
+      parts.size() < 2 || folders_.contains(folded_prefix(parts, parts.size())) || is_folder_(path);
+  return is_folder ? folder(parts, parts.size()).own : effective_of_file(path);
+}
+
+SecurityDescriptor FolderDescriptors::effective_of_file(std::string_view path) const {
+  forget_outdated();
+  const std::vector<std::string> parts = parts_of(path);
+  if (parts.size() < 2)
+    return folder(parts, parts.size()).own;
+  if (auto descriptor = own(parts, parts.size()))
+    return *std::move(descriptor);
+  Folder& above = folder(parts, parts.size() - 1);
+  if (!above.of_files)
+    above.of_files = inherited(above.own, false);
+  return *above.of_files;
+}
+
+std::string FolderDescriptors::make_record(std::string_view path) {
+  std::string dn(kContainer);
+  if (store_.find(dn) == nullptr)
+    store_.add(dn, {{"objectClass", {"container"}}}, nullptr);
+  for (const std::string& part : parts_of(path)) {
+    dn = below(dn, part);
+    if (store_.find(dn) == nullptr)
+      store_.add(dn, {{"objectClass", {"fileObject"}}}, nullptr);
+  }
+  return dn;
+}
+
+void FolderDescriptors::store(std::string_view path, const SecurityDescriptor& descriptor) {
+  folders_.clear();
+  SecurityDescriptor stored = descriptor;
+  if (stored.dacl)
+    stored.dacl = stored.dacl->trimmed();
+  const base::Bytes bytes = stored.encode();
+  store_.modify(make_record(path),
+                {{ModifyKind::kReplace, std::string(kDescriptor), {std::string(bytes.begin(), bytes.end())}}},
+                nullptr);
+}
+
+bool FolderDescriptors::is_locked(std::string_view path) const {
+  const Entry* const entry = store_.find(record_dn(path));
+  if (entry == nullptr)
+    return false;
+  const auto locked = entry->value("locked");
+  return locked && base::equals_fold(*locked, "TRUE");
+}
+
+void FolderDescriptors::forget(std::string_view path) {
+  const std::vector<std::string> parts = parts_of(path);
+  // What is remembered of a folder above does not depend on this one.
+  if (folders_.contains(folded_prefix(parts, parts.size())))
+    folders_.clear();
+  const Entry* const top = store_.find(record_dn(parts, parts.size()));
+  if (top == nullptr)
+    return;
+  std::vector<std::string> names;
+  store_.subtree(*top, [&](const Entry& entry) {
+    names.push_back(entry.dn());
+    return true;
+  });
+  for (auto name = names.rbegin(); name != names.rend(); ++name)
+    store_.remove(*name, nullptr);
+}
+
+void FolderDescriptors::move(std::string_view from, std::string_view to) {
+  folders_.clear();
+  const std::string old_dn = record_dn(from);
+  if (store_.find(old_dn) == nullptr)
+    return;
+  std::string new_dn = record_dn(to);
+  if (ads::normalize_dn(new_dn) != ads::normalize_dn(old_dn))
+    forget(to);
+  const std::vector<std::string> parts = parts_of(to);
+  const std::size_t name_at = std::string(to).find_last_of("\\/");
+  const std::string parent = make_record(to.substr(0, name_at));
+  store_.rename(old_dn, ads::make_rdn("CN", parts.back()), parent, nullptr);
+}
+
+}  // namespace twk::lab

@@ -1,0 +1,93 @@
+#include "lab/store/dn_hash.hpp"
+
+#include <algorithm>
+#include <string>
+
+#include "ads/dn.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+
+namespace twk::lab {
+namespace {
+
+constexpr std::uint64_t kPrime = 0x100000001B3U;
+
+bool is_ascii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+char upper_ascii(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
+}  // namespace
+
+std::string folded_key(std::string_view text) {
+  if (!is_ascii(text))
+    return base::upper(text);
+  std::string key(text);
+  std::transform(key.begin(), key.end(), key.begin(), upper_ascii);
+  return key;
+}
+
+std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed) {
+  for (const char c : bytes)
+    seed = (seed ^ static_cast<unsigned char>(c)) * kPrime;
+  return seed;
+}
+
+std::uint64_t hash_folded(std::string_view text, std::uint64_t seed) {
+  if (!is_ascii(text))
+    return hash_bytes(base::upper(text), seed);
+  for (const char c : text) {
+    seed = (seed ^ static_cast<unsigned char>(upper_ascii(c))) * kPrime;
+  }
+  return seed;
+}
+
+std::uint64_t mix_hash(std::uint64_t a, std::uint64_t b) {
+  std::uint64_t mixed = a * 0x9E3779B97F4A7C15U ^ b;
+  mixed = (mixed ^ mixed >> 30U) * 0xBF58476D1CE4E5B9U;
+  mixed = (mixed ^ mixed >> 27U) * 0x94D049BB133111EBU;
+  return mixed ^ mixed >> 31U;
+}
+
+std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
+  if (rdn.find_first_of("\\\"") != base::npos) {
+    const ads::Rdn parts = ads::parse_rdn(rdn);
+    return mix_hash(parent, hash_folded(parts.value, hash_folded(parts.type)));
+  }
+  const std::size_t equals = rdn.find('=');
+  if (equals == base::npos || equals == 0)
+    return mix_hash(parent, hash_folded(ads::parse_rdn(rdn).value));
+  const std::uint64_t type = hash_folded(base::trim(rdn.substr(0, equals)));
+  return mix_hash(parent, hash_folded(base::trim(rdn.substr(equals + 1)), type));
+}
+
+std::uint64_t hash_dn(std::string_view dn) {
+  const std::vector<std::string_view> parts = ads::split_dn(dn);
+  std::uint64_t hash = kHashSeed;
+  for (auto part = parts.rbegin(); part != parts.rend(); ++part)
+    hash = hash_below(hash, *part);
+  return hash;
+}
+
+std::uint64_t hash_dn_or_text(std::string_view text) {
+  try {
+    return hash_dn(text);
+  } catch (const base::RuntimeError&) {
+    return hash_folded(text);
+  }
+}
+
+bool same_dn(std::string_view a, std::string_view b) {
+  if (a == b)
+    return true;
+  try {
+    return ads::normalize_dn(a) == ads::normalize_dn(b);
+  } catch (const base::RuntimeError&) {
+    return false;
+  }
+}
+
+}  // namespace twk::lab

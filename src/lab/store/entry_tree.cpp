@@ -1,0 +1,316 @@
+#include "lab/store/entry_tree.hpp"
+
+#include <algorithm>
+
+#include "ads/dn.hpp"
+#include "base/text.hpp"
+#include "lab/store/dn_hash.hpp"
+
+namespace twk::lab {
+namespace {
+
+std::uint64_t pair_hash(const Node& group, const Node& member) {
+  return mix_hash(group.sequence, member.sequence);
+}
+
+}  // namespace
+
+const Node* next_below(const Node& node, const Node& top) {
+  if (node.first_child != nullptr)
+    return node.first_child;
+  const Node* at_node = &node;
+  while (at_node != &top && at_node->next == nullptr)
+    at_node = at_node->parent;
+  return at_node == &top ? nullptr : at_node->next;
+}
+
+EntryTree::EntryTree()
+    : account_id_(pool_.intern("sAMAccountName")),
+      principal_id_(pool_.intern("userPrincipalName")),
+      sid_id_(pool_.intern("objectSid")),
+      primary_group_id_(pool_.intern("primaryGroupID")),
+      top_(pool_) {
+  top_.by_dn.hash = kHashSeed;
+}
+
+// Look-up.
+
+Node* EntryTree::find(std::string_view dn) const {
+  return by_dn_.find(hash_dn(dn), [&](const Node& node) { return same_dn(node.dn, dn); });
+}
+
+std::string_view EntryTree::first_value(const Node& node, AttributeId id) const {
+  std::string_view found;
+  pool_.each(node.block, [&](AttributeId each_id, std::string_view value) {
+    if (each_id == id)
+      found = value;
+    return each_id != id;
+  });
+  return found;
+}
+
+Node* EntryTree::find_account(std::string_view name) const {
+  return by_account_.find(hash_folded(name), [&](const Node& node) {
+    return base::equals_fold(first_value(node, account_id_), name);
+  });
+}
+
+Node* EntryTree::find_principal(std::string_view name) const {
+  return by_principal_.find(hash_folded(name), [&](const Node& node) {
+    return base::equals_fold(first_value(node, principal_id_), name);
+  });
+}
+
+Node* EntryTree::find_sid(std::string_view bytes) const {
+  return by_sid_.find(hash_bytes(bytes),
+                      [&](const Node& node) { return first_value(node, sid_id_) == bytes; });
+}
+
+std::vector<const Node*> EntryTree::with_primary_group(std::string_view rid) const {
+  std::vector<const Node*> found;
+  by_primary_group_.find(hash_bytes(rid), [&](const Node& node) {
+    if (first_value(node, primary_group_id_) == rid)
+      found.push_back(&node);
+    return false;
+  });
+  std::sort(found.begin(), found.end(),
+            [](const Node* a, const Node* b) { return a->sequence < b->sequence; });
+  return found;
+}
+
+Link* EntryTree::find_link(Side side, const Node& node, const Node& end) const {
+  const Node& group = side == Side::kGroup ? node : end;
+  const Node& member = side == Side::kGroup ? end : node;
+  return links_.find(pair_hash(group, member), [&](const Link& link) {
+    return link.ends[at(Side::kGroup)] == &group && link.ends[at(Side::kMember)] == &member;
+  });
+}
+
+Link* EntryTree::find_text_link(Side side, const Node& node, std::string_view text) const {
+  return text_links_.find(hash_dn_or_text(text), [&](const Link& link) {
+    return link.ends[at(side)] == &node && same_dn(*link.text, text);
+  });
+}
+
+// Change.
+
+void EntryTree::apply(Change change) {
+  switch (change.type) {
+    case ChangeType::kContent:
+    case ChangeType::kAdd:
+      add(change);
+      break;
+    case ChangeType::kDelete:
+      remove(*change.node);
+      break;
+    case ChangeType::kModify:
+      change.node->block = std::move(change.block);
+      index_keys(*change.node);
+      apply_links(*change.node, change.links);
+      break;
+    case ChangeType::kModRdn:
+      rename(*change.node, change);
+      break;
+  }
+}
+
+void EntryTree::add(Change& change) {
+  Node& node = *change.fresh;
+  node.slot = nodes_.size();
+  node.sequence = ++last_sequence_;
+  nodes_.push_back(std::move(change.fresh));
+  hang_in(node, change.parent != nullptr ? *change.parent : top_);
+  const std::uint64_t hash = change.parent != nullptr
+                                 ? hash_below(change.parent->by_dn.hash, ads::first_rdn(node.dn))
+                                 : hash_dn(node.dn);
+  by_dn_.insert(node, hash);
+  index_keys(node);
+  apply_links(node, change.links);
+  settle(node);
+}
+
+void EntryTree::remove(Node& node) {
+  for (const Side side : {Side::kGroup, Side::kMember}) {
+    while (Link* const link = node.first_link[at(side)])
+      destroy(*link);
+  }
+  take_out(node);
+  by_dn_.erase(node);
+  forget_keys(node);
+  nodes_.back()->slot = node.slot;
+  std::swap(nodes_[node.slot], nodes_.back());
+  nodes_.pop_back();
+}
+
+void EntryTree::rename(Node& node, Change& change) {
+  Node& parent = change.parent != nullptr ? *change.parent : top_;
+  if (node.parent != &parent || node.parent == &top_) {
+    take_out(node);
+    node.dn = change.dn;
+    hang_in(node, parent);
+  }
+  node.dn = std::move(change.dn);
+  node.block = std::move(change.block);
+  index_keys(node);
+  for (const Node* below = &node; below != nullptr; below = next_below(*below, node)) {
+    Node& moved = const_cast<Node&>(*below);  // NOLINT: the nodes are this tree's own
+    const bool is_root = moved.parent == &top_;
+    if (&moved != &node)
+      moved.dn = std::string(ads::first_rdn(moved.dn)) + "," + moved.parent->dn;
+    by_dn_.erase(moved);
+    by_dn_.insert(
+        moved, is_root ? hash_dn(moved.dn) : hash_below(moved.parent->by_dn.hash, ads::first_rdn(moved.dn)));
+  }
+  for (const Node* below = &node; below != nullptr; below = next_below(*below, node)) {
+    settle(const_cast<Node&>(*below));  // NOLINT
+  }
+}
+
+/// Puts the node behind the last child of its parent.
+void EntryTree::hang_in(Node& node, Node& parent) {
+  node.parent = &parent;
+  node.next = nullptr;
+  node.previous = parent.last_child;
+  (parent.last_child != nullptr ? parent.last_child->next : parent.first_child) = &node;
+  parent.last_child = &node;
+  if (&parent == &top_)
+    orphans_.emplace(std::pair(hash_dn(ads::parent_dn(node.dn)), node.sequence), &node);
+}
+
+void EntryTree::take_out(Node& node) {
+  (node.previous != nullptr ? node.previous->next : node.parent->first_child) = node.next;
+  (node.next != nullptr ? node.next->previous : node.parent->last_child) = node.previous;
+  if (node.parent == &top_)
+    orphans_.erase(std::pair(hash_dn(ads::parent_dn(node.dn)), node.sequence));
+}
+
+/// Ties to a node what waited for an entry of its name.
+void EntryTree::settle(Node& node) {
+  if (!orphans_.empty())
+    adopt_orphans(node);
+  if (!text_links_.empty())
+    resolve_links(node);
+}
+
+void EntryTree::adopt_orphans(Node& node) {
+  const std::uint64_t hash = node.by_dn.hash;
+  for (auto found = orphans_.lower_bound({hash, 0}); found != orphans_.end() && found->first.first == hash;) {
+    Node& orphan = *found->second;
+    ++found;
+    if (!same_dn(ads::parent_dn(orphan.dn), node.dn))
+      continue;
+    take_out(orphan);
+    hang_in(orphan, node);
+  }
+}
+
+void EntryTree::resolve_links(Node& node) {
+  std::vector<Link*> waiting;
+  text_links_.find(node.by_dn.hash, [&](Link& link) {
+    if (same_dn(*link.text, node.dn))
+      waiting.push_back(&link);
+    return false;
+  });
+  for (Link* const link : waiting) {
+    const Side present = link->ends[at(Side::kGroup)] != nullptr ? Side::kGroup : Side::kMember;
+    Node& holder = *link->ends[at(present)];
+    if (find_link(present, holder, node) != nullptr) {
+      destroy(*link);
+      continue;
+    }
+    text_links_.erase(*link);
+    link->text.reset();
+    link->ends[at(other(present))] = &node;
+    enlist(*link, other(present));
+    links_.insert(*link, pair_hash(*link->ends[at(Side::kGroup)], *link->ends[at(Side::kMember)]));
+  }
+}
+
+void EntryTree::index_keys(Node& node) {
+  forget_keys(node);
+  pool_.each(node.block, [&](AttributeId id, std::string_view value) {
+    if (id == account_id_ && node.by_account.back == nullptr)
+      by_account_.insert(node, hash_folded(value));
+    if (id == principal_id_ && node.by_principal.back == nullptr)
+      by_principal_.insert(node, hash_folded(value));
+    if (id == sid_id_ && node.by_sid.back == nullptr)
+      by_sid_.insert(node, hash_bytes(value));
+    if (id == primary_group_id_ && node.by_primary_group.back == nullptr) {
+      by_primary_group_.insert(node, hash_bytes(value));
+    }
+    return true;
+  });
+}
+
+void EntryTree::forget_keys(Node& node) {
+  by_account_.erase(node);
+  by_principal_.erase(node);
+  by_sid_.erase(node);
+  by_primary_group_.erase(node);
+}
+
+// Memberships.
+
+void EntryTree::apply_links(Node& node, std::vector<LinkStep>& steps) {
+  for (LinkStep& step : steps) {
+    if (step.kind == LinkStep::Kind::kAdd) {
+      add_link(step.side, node, step);
+    } else if (step.kind == LinkStep::Kind::kClear) {
+      while (Link* const link = node.first_link[at(step.side)])
+        destroy(*link);
+    } else {
+      Link* const link = step.end != nullptr ? find_link(step.side, node, *step.end)
+                                             : find_text_link(step.side, node, step.text);
+      if (link != nullptr)
+        destroy(*link);
+    }
+  }
+}
+
+void EntryTree::add_link(Side side, Node& node, LinkStep& step) {
+  if (step.end != nullptr && find_link(side, node, *step.end) != nullptr)
+    return;
+  if (free_links_.empty())
+    free_links_.push_back(&link_store_.emplace_back());
+  Link& link = *free_links_.back();
+  free_links_.pop_back();
+  link.ends[at(side)] = &node;
+  enlist(link, side);
+  if (step.end == nullptr) {
+    link.text = std::make_unique<std::string>(std::move(step.text));
+    text_links_.insert(link, hash_dn_or_text(*link.text));
+    return;
+  }
+  link.ends[at(other(side))] = step.end;
+  enlist(link, other(side));
+  links_.insert(link, pair_hash(*link.ends[at(Side::kGroup)], *link.ends[at(Side::kMember)]));
+}
+
+/// Puts the link behind the last one of its end at `side`.
+void EntryTree::enlist(Link& link, Side side) {
+  const std::size_t i = at(side);
+  Node& node = *link.ends[i];
+  link.next[i] = nullptr;
+  link.previous[i] = node.last_link[i];
+  (node.last_link[i] != nullptr ? node.last_link[i]->next[i] : node.first_link[i]) = &link;
+  node.last_link[i] = &link;
+}
+
+void EntryTree::delist(Link& link, Side side) {
+  const std::size_t i = at(side);
+  if (link.ends[i] == nullptr)
+    return;
+  Node& node = *link.ends[i];
+  (link.previous[i] != nullptr ? link.previous[i]->next[i] : node.first_link[i]) = link.next[i];
+  (link.next[i] != nullptr ? link.next[i]->previous[i] : node.last_link[i]) = link.previous[i];
+}
+
+void EntryTree::destroy(Link& link) {
+  delist(link, Side::kGroup);
+  delist(link, Side::kMember);
+  (link.is_whole() ? links_ : text_links_).erase(link);
+  link = {};
+  free_links_.push_back(&link);
+}
+
+}  // namespace twk::lab

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "lab/store/entry_node.hpp"
+#include "lab/store/hash_table.hpp"
+#include "lab/store/ldif.hpp"
+#include "lab/store/packed_attributes.hpp"
+
+namespace twk::lab {
+
+/// One step on the memberships of an entry that stands at `side`.
+struct LinkStep {
+  enum class Kind { kAdd, kRemove, kClear };
+  Kind kind = Kind::kAdd;
+  Side side = Side::kGroup;
+  Node* end = nullptr;  ///< the other end, when it is stored
+  std::string text;     ///< its name, when it is not
+};
+
+/// A change that was checked and can be made: `EntryTree::apply` does not refuse it.
+struct Change {
+  ChangeType type = ChangeType::kAdd;
+  std::unique_ptr<Node> fresh;  ///< of add
+  Node* node = nullptr;         ///< of the others
+  Node* parent = nullptr;       ///< of add and rename, null for an entry without a stored parent
+  std::string dn;               ///< of rename: the new name
+  std::string block;            ///< of modify and rename: the attributes afterwards
+  std::vector<LinkStep> links;  ///< of add and modify
+};
+
+/// The entries in memory with their indexes. Names that reach it may be spelled in any way; a name that
+/// breaks the syntax raises kInvalidDn.
+class EntryTree {
+ public:
+  EntryTree();
+  EntryTree(const EntryTree&) = delete;
+  EntryTree& operator=(const EntryTree&) = delete;
+
+  [[nodiscard]] Node* find(std::string_view dn) const;
+  /// Found among several with equal keys is any of them.
+  [[nodiscard]] Node* find_account(std::string_view name) const;
+  [[nodiscard]] Node* find_principal(std::string_view name) const;
+  [[nodiscard]] Node* find_sid(std::string_view bytes) const;
+  /// In the order they were added.
+  [[nodiscard]] std::vector<const Node*> with_primary_group(std::string_view rid) const;
+  /// The membership between two stored entries, or null; `end` is the one opposite `side`.
+  [[nodiscard]] Link* find_link(Side side, const Node& node, const Node& end) const;
+  /// The membership of `node` whose other end is not stored and has that name, or null.
+  [[nodiscard]] Link* find_text_link(Side side, const Node& node, std::string_view text) const;
+  /// The nodes without a stored parent are the children of `top`.
+  [[nodiscard]] const Node& top() const { return top_; }
+  [[nodiscard]] std::size_t size() const { return nodes_.size(); }
+  [[nodiscard]] AttributePool& pool() { return pool_; }
+
+  void apply(Change change);
+
+ private:
+  void add(Change& change);
+  void remove(Node& node);
+  void rename(Node& node, Change& change);
+  void apply_links(Node& node, std::vector<LinkStep>& steps);
+
+  void hang_in(Node& node, Node& parent);
+  void take_out(Node& node);
+  void settle(Node& node);
+  void adopt_orphans(Node& node);
+  void resolve_links(Node& node);
+  void index_keys(Node& node);
+  void forget_keys(Node& node);
+  [[nodiscard]] std::string_view first_value(const Node& node, AttributeId id) const;
+
+  void add_link(Side side, Node& node, LinkStep& step);
+  void enlist(Link& link, Side side);
+  void delist(Link& link, Side side);
+  void destroy(Link& link);
+
+  AttributePool pool_;
+  AttributeId account_id_;
+  AttributeId principal_id_;
+  AttributeId sid_id_;
+  AttributeId primary_group_id_;
+
+  std::vector<std::unique_ptr<Node>> nodes_;
+  std::uint64_t last_sequence_ = 0;
+  Node top_;
+  std::map<std::pair<std::uint64_t, std::uint64_t>, Node*>
+      orphans_;  ///< by hash of the missing parent and sequence
+
+  std::deque<Link> link_store_;
+  std::vector<Link*> free_links_;
+
+  HashTable<Node, &Node::by_dn> by_dn_;
+  HashTable<Node, &Node::by_account> by_account_;
+  HashTable<Node, &Node::by_principal> by_principal_;
+  HashTable<Node, &Node::by_sid> by_sid_;
+  HashTable<Node, &Node::by_primary_group> by_primary_group_;
+  HashTable<Link, &Link::hook> links_;       ///< both ends stored, by both
+  HashTable<Link, &Link::hook> text_links_;  ///< one end stored, by the other's name
+};
+
+/// The node after `node` among `top` and all below it, parents first; null behind the last.
+const Node* next_below(const Node& node, const Node& top);
+
+/// Gives all entries as LDIF content records, parents first and children in their order, in pieces of about 1
+/// MiB.
+void export_tree(const EntryTree& tree, const std::function<void(std::string_view)>& write);
+
+/// Who wants a change. What a caller wants is checked in full: a parent must be stored, a link must name an
+/// entry, a value is added once. A file may hold children before parents, links to what is not there, and
+/// values twice.
+enum class Origin { kCaller, kFile };
+
+/// Checks a change against the entries as they are. Raises the directory's error numbers.
+Change prepare(EntryTree& tree, const LdifRecord& record, Origin origin);
+
+}  // namespace twk::lab
