@@ -7,7 +7,7 @@
 #include "base/text.hpp"
 #include "live/discover_domains.hpp"
 #include "live/live_object.hpp"
-#include "live/live_shares.hpp"
+#include "live/bind_shares.hpp"
 #include "live/nt_domain.hpp"
 #include "live/winnt_account.hpp"
 

@@ -4,7 +4,6 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "live/live_domain.hpp"
 
 namespace twk::live {
 namespace {
@@ -64,15 +63,6 @@ void LiveShares::store(const FileShare& share, bool replace) {
 
 void LiveShares::remove(std::string_view name) {
   as_directory_call([&] { service_.remove(name); });
-}
-
-platform::ObjectPtr bind_shares(LiveDomain& domain, const ads::AdsPath& path) {
-  LiveShares& shares = domain.rpc().share_store(path.server);
-  const auto server = std::make_shared<ads::FileServerObject>(shares, path.server);
-  if (path.kind == ads::AdsPath::Kind::kFileShare)
-    return server->GetObject("FileShare", path.name);
-  as_directory_call([&] { domain.rpc().shares(path.server).open(); });
-  return server;
 }
 
 }  // namespace twk::live

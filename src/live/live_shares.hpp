@@ -1,12 +1,9 @@
 #pragma once
 
-#include "ads/ads_path.hpp"
 #include "ads/share_object.hpp"
 #include "live/server_service.hpp"
 
 namespace twk::live {
-
-class LiveDomain;
 
 /// The shares of a real server as objects know them. The server's numbers become those of the directory:
 /// 0x80070000 and the number of [MS-ERREF] 2.2.
@@ -23,8 +20,5 @@ class LiveShares final : public ads::ShareStore {
  private:
   ServerService& service_;
 };
-
-/// "WinNT://FS1/lanmanserver" with or without a share behind. Raises kBadNetPath, kShareNotFound.
-platform::ObjectPtr bind_shares(LiveDomain& domain, const ads::AdsPath& path);
 
 }  // namespace twk::live
