@@ -14,7 +14,7 @@
 #include <memory>
 #include <vector>
 
-#include "live/discover_domains.hpp"
+#include "live/domain/discover_domains.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"

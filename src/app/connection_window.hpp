@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "live/connection_check.hpp"
+#include "live/domain/connection_check.hpp"
 #include "world/connection_options.hpp"
 
 class QWidget;

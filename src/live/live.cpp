@@ -3,12 +3,12 @@
 #include <random>
 
 #include "ads/exchange_mailboxes.hpp"
-#include "live/live_directory.hpp"
-#include "live/live_environment.hpp"
-#include "live/live_files.hpp"
-#include "live/live_network.hpp"
-#include "live/live_query.hpp"
-#include "live/live_security.hpp"
+#include "live/domain/live_directory.hpp"
+#include "live/domain/live_environment.hpp"
+#include "live/domain/live_network.hpp"
+#include "live/domain/live_query.hpp"
+#include "live/files/live_files.hpp"
+#include "live/files/live_security.hpp"
 #include "local/posix_files.hpp"
 #include "local/registry_file.hpp"
 #include "local/system_clock.hpp"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "live/live_domain.hpp"
+#include "live/domain/live_domain.hpp"
 #include "platform/platform.hpp"
 
 namespace twk::live {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "live/live_settings.hpp"
+#include "live/logon/live_settings.hpp"
 #include "platform/registry.hpp"
 
 /// How a real domain is reached, as a person writes it: options of the command line, fields of a window, and

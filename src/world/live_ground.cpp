@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "base/errors.hpp"
-#include "live/discover_domains.hpp"
-#include "live/network_probe.hpp"
+#include "live/domain/discover_domains.hpp"
+#include "live/logon/network_probe.hpp"
 #include "local/registry_file.hpp"
 #include "platform/directory.hpp"
 #include "session/settings.hpp"

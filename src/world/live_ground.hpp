@@ -1,7 +1,7 @@
 #pragma once
 
-#include "live/credentials.hpp"
 #include "live/live.hpp"
+#include "live/logon/credentials.hpp"
 #include "world/connection_options.hpp"
 #include "world/ground.hpp"
 

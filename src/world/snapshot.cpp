@@ -11,7 +11,7 @@
 #include "base/text.hpp"
 #include "lab/making/lab_create.hpp"
 #include "lab/store/ldif.hpp"
-#include "live/change_password_right.hpp"
+#include "live/domain/change_password_right.hpp"
 #include "local/replace_file.hpp"
 #include "platform/adsi.hpp"
 #include "platform/directory.hpp"

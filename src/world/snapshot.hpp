@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "live/live_domain.hpp"
+#include "live/domain/live_domain.hpp"
 
 namespace twk::world {
 

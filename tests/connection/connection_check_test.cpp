@@ -1,11 +1,11 @@
-#include "live/connection_check.hpp"
+#include "live/domain/connection_check.hpp"
 
 #include <arpa/inet.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "live/live_environment.hpp"
-#include "live/network_probe.hpp"
+#include "live/domain/live_environment.hpp"
+#include "live/logon/network_probe.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::live {

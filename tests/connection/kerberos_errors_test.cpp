@@ -1,8 +1,8 @@
-#include "live/kerberos_errors.hpp"
+#include "live/logon/kerberos_errors.hpp"
 
 #include <krb5.h>
 
-#include "live/ldap_errors.hpp"
+#include "live/ldap/ldap_errors.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::live {

@@ -4,8 +4,8 @@
 #include <thread>
 
 #include "base/text.hpp"
-#include "live/connection_check.hpp"
-#include "live/discover_domains.hpp"
+#include "live/domain/connection_check.hpp"
+#include "live/domain/discover_domains.hpp"
 #include "live/live.hpp"
 #include "live/live_world.hpp"
 #include "local/refused_writes.hpp"

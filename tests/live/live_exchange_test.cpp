@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
+#include "live/ldap/subschema.hpp"
 #include "live/live_world.hpp"
-#include "live/subschema.hpp"
 
 namespace twk::live {
 namespace {

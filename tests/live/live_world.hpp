@@ -5,12 +5,12 @@
 #include <string>
 
 #include "contract/world.hpp"
-#include "live/live_directory.hpp"
-#include "live/live_domain.hpp"
-#include "live/live_files.hpp"
-#include "live/live_network.hpp"
-#include "live/live_query.hpp"
-#include "live/live_security.hpp"
+#include "live/domain/live_directory.hpp"
+#include "live/domain/live_domain.hpp"
+#include "live/domain/live_network.hpp"
+#include "live/domain/live_query.hpp"
+#include "live/files/live_files.hpp"
+#include "live/files/live_security.hpp"
 #include "local/posix_files.hpp"
 
 namespace twk::test {

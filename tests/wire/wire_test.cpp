@@ -5,11 +5,11 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "live/account_flags.hpp"
-#include "live/ldap_connection.hpp"
-#include "live/ndr.hpp"
-#include "live/password_buffer.hpp"
-#include "live/rpc_pipe.hpp"
+#include "live/ldap/ldap_connection.hpp"
+#include "live/rpc/account_flags.hpp"
+#include "live/rpc/ndr.hpp"
+#include "live/rpc/password_buffer.hpp"
+#include "live/rpc/rpc_pipe.hpp"
 #include "platform/utf16.hpp"
 
 namespace twk::live {

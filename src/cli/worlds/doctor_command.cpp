@@ -3,7 +3,7 @@
 #include "cli/frame/context.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "live/connection_check.hpp"
+#include "live/domain/connection_check.hpp"
 #include "session/settings.hpp"
 #include "world/live_ground.hpp"
 

@@ -4,7 +4,7 @@
 #include <fstream>
 
 #include "base/text.hpp"
-#include "live/account_sid.hpp"
+#include "live/domain/account_sid.hpp"
 #include "live/nt/nt_world.hpp"
 
 namespace twk::live {

@@ -1,0 +1,205 @@
+#include "live/domain/live_domain.hpp"
+
+#include <algorithm>
+
+#include "ads/dn.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "live/domain/locate_controller.hpp"
+#include "platform/directory.hpp"
+#include "platform/ldap_text.hpp"
+
+namespace twk::live {
+namespace {
+
+constexpr std::uint16_t kCataloguePort = 3268;
+constexpr std::uint16_t kCatalogueTlsPort = 3269;
+constexpr std::int32_t kNotInCatalogue = 4;  // FLAG_CR_NTDS_NOT_GC_REPLICATED, [MS-ADTS] 6.1.1.2.1.1
+
+struct HostPort {
+  std::string host;
+  std::uint16_t port = 0;
+};
+
+HostPort split_server(std::string_view server) {
+  const std::size_t colon = server.rfind(':');
+  if (colon == base::npos)
+    return {std::string(server), 0};
+  const auto port = base::to_number(server.substr(colon + 1));
+  if (!port || *port < 1 || *port > 65535)
+    base::raise(platform::ads_error::kBadPathname, "Not a server and port: " + std::string(server));
+  return {std::string(server.substr(0, colon)), static_cast<std::uint16_t>(*port)};
+}
+
+std::string dns_name(std::string_view dn) {
+  std::string name;
+  for (const std::string_view part : ads::split_dn(dn)) {
+    if (base::starts_with_fold(part, "DC="))
+      name += (name.empty() ? "" : ".") + ads::parse_rdn(part).value;
+  }
+  return name;
+}
+
+/// "\01\05…": every byte of a filter's value as RFC 4515 escapes it.
+std::string escape_bytes(const base::Bytes& bytes) {
+  std::string text;
+  for (const std::uint8_t byte : bytes)
+    text += "\\" + base::hex_byte(byte);
+  return text;
+}
+
+}  // namespace
+
+LiveDomain::LiveDomain(LiveSettings settings, Prompts prompts)
+    : credentials_(std::make_shared<Credentials>(std::move(settings), std::move(prompts))) {}
+
+bool LiveDomain::has_directory() const {
+  return settings().domain.find('.') != base::npos;
+}
+
+const std::string& LiveDomain::controller() {
+  if (controller_.empty())
+    controller_ =
+        settings().server.empty() ? locate_controller(settings(), settings().domain) : settings().server;
+  return controller_;
+}
+
+bool LiveDomain::is_own(std::string_view server) const {
+  return server.empty() || base::equals_fold(server, settings().domain) ||
+         (facts_ && base::equals_fold(server, facts_->netbios));
+}
+
+std::unique_ptr<LdapConnection> LiveDomain::make(std::string_view server, bool catalogue,
+                                                 const std::shared_ptr<Credentials>& credentials) {
+  const LiveSettings& logon = credentials->settings();
+  HostPort place = is_own(server) ? HostPort{controller(), logon.port} : split_server(server);
+  // It may be another domain of the forest, which is no host by itself.
+  if (!is_own(server) && place.port == 0 && !base::equals_fold(server, controller()))
+    place.host = locate_controller(logon, place.host);
+  if (catalogue) {
+    const bool tls = logon.logon == LiveSettings::Logon::kPassword && logon.tls == LiveSettings::Tls::kLdaps;
+    place.port = tls ? kCatalogueTlsPort : kCataloguePort;
+  }
+  return std::make_unique<LdapConnection>(credentials, std::move(place.host), place.port);
+}
+
+LdapConnection& LiveDomain::ldap(std::string_view server, bool catalogue) {
+  const bool own = server.empty() || base::equals_fold(server, settings().domain);
+  if (own && !has_directory())
+    base::raise(platform::ads_error::kServerDown, "The domain " + settings().domain + " has no directory");
+  std::unique_ptr<LdapConnection>& connection =
+      connections_[(catalogue ? "GC " : "") + (own ? std::string() : base::upper(server))];
+  if (connection == nullptr)
+    connection = make(server, catalogue, credentials_);
+  return *connection;
+}
+
+std::unique_ptr<LdapConnection> LiveDomain::ldap_as(std::string_view server, std::string_view user,
+                                                    std::string_view password) {
+  LiveSettings logon = settings();
+  logon.logon = LiveSettings::Logon::kPassword;
+  logon.user = user;
+  logon.password = password;
+  auto connection = make(server, false, std::make_shared<Credentials>(std::move(logon), Prompts{}));
+  connection->open();
+  return connection;
+}
+
+std::string LiveDomain::root_dn(std::string_view server) {
+  return is_own(server) ? root_dn()
+                        : ldap(server).read("", {"defaultNamingContext"}).first("defaultNamingContext");
+}
+
+const LiveDomain::Facts& LiveDomain::facts() {
+  if (facts_)
+    return *facts_;
+  Facts facts;
+  LdapConnection& connection = ldap();
+  const LdapEntry root = connection.read("", {"defaultNamingContext", "configurationNamingContext",
+                                              "schemaNamingContext", "rootDomainNamingContext"});
+  facts.root_dn = root.first("defaultNamingContext");
+  facts.configuration_dn = root.first("configurationNamingContext");
+  facts.schema_dn = root.first("schemaNamingContext");
+  facts.forest = dns_name(root.first("rootDomainNamingContext"));
+  const std::string sid = connection.read(facts.root_dn, {"objectSid"}).first("objectSid");
+  if (const auto decoded = platform::Sid::decode(base::Bytes(sid.begin(), sid.end())))
+    facts.sid = *decoded;
+  LdapSearch partition;
+  partition.base = "CN=Partitions," + facts.configuration_dn;
+  partition.scope = platform::Scope::kOneLevel;
+  partition.filter = "(objectClass=crossRef)";
+  partition.attributes = {"nCName", "nETBIOSName", "systemFlags"};
+  connection.search(partition, [&](LdapEntry&& entry) {
+    const std::string context = entry.first("nCName");
+    if (base::equals_fold(context, facts.root_dn))
+      facts.netbios = entry.first("nETBIOSName");
+    if ((base::val(entry.first("systemFlags")) & kNotInCatalogue) != 0)
+      facts.beside_catalogue.push_back(ads::normalize_dn(context));
+    return true;
+  });
+  facts_ = std::move(facts);
+  return *facts_;
+}
+
+bool LiveDomain::is_beside_catalogue(std::string_view dn) {
+  const std::string name = ads::normalize_dn(dn);
+  const std::vector<std::string>& contexts = facts().beside_catalogue;
+  return std::any_of(contexts.begin(), contexts.end(), [&](const std::string& context) {
+    return name == context || name.ends_with("," + context);
+  });
+}
+
+bool LiveDomain::is_domain_name(std::string_view name) {
+  return base::equals_fold(name, settings().domain) ||
+         (has_directory() && base::equals_fold(name, netbios()));
+}
+
+const ads::AttributeSchema* LiveDomain::attribute(std::string_view name) {
+  if (const ads::AttributeSchema* const known = ads::find_attribute(name))
+    return known;
+  return schema_.find(ldap(), schema_dn(), name);
+}
+
+const ads::ClassProperties& LiveDomain::properties(const ads::ClassSchema& schema) {
+  return schema_.properties(ldap(), schema_dn(), schema.name);
+}
+
+const Subschema* LiveDomain::foreign_schema(std::string_view server, LdapConnection& connection) {
+  if (server.empty() || is_domain_name(server) || base::equals_fold(server, controller()))
+    return nullptr;
+  const auto [place, fresh] = foreign_.try_emplace(base::upper(server));
+  if (fresh && connection.read("", {"schemaNamingContext"}).first("schemaNamingContext").empty())
+    place->second = std::make_unique<Subschema>(connection);
+  return place->second.get();
+}
+
+std::optional<LdapEntry> LiveDomain::find_account(std::string_view name,
+                                                  const std::vector<std::string>& attributes,
+                                                  std::string_view server) {
+  LdapSearch search;
+  search.base = root_dn();
+  search.filter = "(&(sAMAccountName=" + platform::escape_filter_value(name) + ")(objectSid=*))";
+  search.attributes = attributes;
+  std::optional<LdapEntry> found;
+  ldap(server).search(search, [&](LdapEntry&& entry) {
+    found = std::move(entry);
+    return false;
+  });
+  return found;
+}
+
+std::optional<LdapEntry> LiveDomain::find_sid(const platform::Sid& sid,
+                                              const std::vector<std::string>& attributes) {
+  LdapSearch search;
+  search.base = root_dn();
+  search.filter = "(objectSid=" + escape_bytes(sid.bytes()) + ")";
+  search.attributes = attributes;
+  std::optional<LdapEntry> found;
+  ldap().search(search, [&](LdapEntry&& entry) {
+    found = std::move(entry);
+    return false;
+  });
+  return found;
+}
+
+}  // namespace twk::live

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "live/ldap/ldap_connection.hpp"
+#include "live/ldap/live_schema.hpp"
+#include "live/ldap/subschema.hpp"
+#include "live/logon/live_settings.hpp"
+#include "live/rpc/live_rpc.hpp"
+#include "platform/sid.hpp"
+
+namespace twk::live {
+
+/// What the services of one real domain share: its connections, kept by server, and what its controller says
+/// of it, read once.
+class LiveDomain {
+ public:
+  explicit LiveDomain(LiveSettings settings, Prompts prompts = {});
+  LiveDomain(const LiveDomain&) = delete;
+  LiveDomain& operator=(const LiveDomain&) = delete;
+
+  /// The password is in it once it was asked for.
+  [[nodiscard]] const LiveSettings& settings() const { return credentials_->settings(); }
+  [[nodiscard]] Credentials& credentials() { return *credentials_; }
+  [[nodiscard]] std::shared_ptr<Credentials> shared_credentials() { return credentials_; }
+  /// False for an NT4-style domain, whose name has no dot.
+  [[nodiscard]] bool has_directory() const;
+  /// Host name of the controller. Raises kServerDown when the name service tells none.
+  [[nodiscard]] const std::string& controller();
+
+  /// The connection to a server of a path: none or one of the domain's names for its controller, else a host
+  /// with or without ":port". With `catalogue` the global catalogue of that server.
+  LdapConnection& ldap(std::string_view server = {}, bool catalogue = false);
+  /// A connection with a logon of its own, by user and password over TLS.
+  std::unique_ptr<LdapConnection> ldap_as(std::string_view server, std::string_view user,
+                                          std::string_view password);
+
+  /// Remote calls to the domain's servers.
+  [[nodiscard]] LiveRpc& rpc() { return rpc_; }
+
+  [[nodiscard]] const std::string& root_dn() { return facts().root_dn; }
+  /// That of the domain which a server of a path belongs to.
+  [[nodiscard]] std::string root_dn(std::string_view server);
+  [[nodiscard]] const std::string& configuration_dn() { return facts().configuration_dn; }
+  [[nodiscard]] const std::string& schema_dn() { return facts().schema_dn; }
+  /// The pre-2000 name; of an NT4-style domain the only one.
+  [[nodiscard]] const std::string& netbios() { return has_directory() ? facts().netbios : settings().domain; }
+  [[nodiscard]] const platform::Sid& sid() { return facts().sid; }
+  /// DNS name of the forest's first domain.
+  [[nodiscard]] const std::string& forest() { return facts().forest; }
+
+  /// True for what is in a naming context that the catalogue does not hold. A server may give it all the
+  /// same.
+  [[nodiscard]] bool is_beside_catalogue(std::string_view dn);
+
+  [[nodiscard]] bool is_domain_name(std::string_view name);
+  /// None for an attribute that the directory does not know.
+  const ads::AttributeSchema* attribute(std::string_view name);
+  /// What the directory asks and allows of objects of a class.
+  const ads::ClassProperties& properties(const ads::ClassSchema& schema);
+
+  /// The schema of a server that is no domain controller; none for one that is. Asked for once.
+  const Subschema* foreign_schema(std::string_view server, LdapConnection& connection);
+
+  /// The account's entry with these attributes, by its pre-2000 name; none when there is no such account.
+  std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes,
+                                        std::string_view server = {});
+  /// The entry that has an identifier.
+  std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
+
+ private:
+  struct Facts {
+    std::string root_dn;
+    std::string configuration_dn;
+    std::string schema_dn;
+    std::string netbios;
+    std::string forest;
+    std::vector<std::string> beside_catalogue;  ///< normalized names
+    platform::Sid sid{5, {}};
+  };
+
+  const Facts& facts();
+  [[nodiscard]] bool is_own(std::string_view server) const;
+  [[nodiscard]] std::unique_ptr<LdapConnection> make(std::string_view server, bool catalogue,
+                                                     const std::shared_ptr<Credentials>& credentials);
+
+  std::shared_ptr<Credentials> credentials_;
+  LiveRpc rpc_{credentials_};
+  std::string controller_;
+  std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
+  std::optional<Facts> facts_;
+  std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
+  LiveSchema schema_;
+};
+
+}  // namespace twk::live

@@ -1,0 +1,144 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+
+#include "ads/ads_path.hpp"
+#include "ads/basic_object.hpp"
+#include "ads/staged_values.hpp"
+#include "live/domain/live_domain.hpp"
+
+namespace twk::live {
+
+/// Where an object came from: what paths of objects reached from it begin with, and which server is asked.
+struct Origin {
+  LiveDomain* domain = nullptr;
+  ads::Provider provider = ads::Provider::kLdap;
+  std::string server;                          ///< as the path named it; empty when left out
+  std::shared_ptr<LdapConnection> connection;  ///< of a logon of its own; none for the domain's
+
+  [[nodiscard]] LdapConnection& ldap() const;
+  /// True for a server that is no domain controller.
+  [[nodiscard]] bool is_foreign() const { return domain->foreign_schema(server, ldap()) != nullptr; }
+  /// None for an attribute that the server does not know.
+  [[nodiscard]] const ads::AttributeSchema* attribute(std::string_view name) const;
+  /// The attribute that a caller's name means there.
+  [[nodiscard]] std::string_view attribute_name(std::string_view name) const;
+};
+
+/// The attributes of one entry of a server, with changes staged on it. Stored values are read once, at the
+/// first need, all at once; what the directory computes, and links, are asked for by name.
+class LiveEntry final : public ads::AttributeAccess {
+ public:
+  LiveEntry(Origin origin, std::string dn, std::string object_class, bool is_new)
+      : origin_(std::move(origin)),
+        dn_(std::move(dn)),
+        object_class_(std::move(object_class)),
+        new_(is_new) {}
+  /// One that was just read with all its attributes.
+  LiveEntry(Origin origin, LdapEntry stored, std::string object_class);
+
+  [[nodiscard]] const Origin& origin() const { return origin_; }
+  [[nodiscard]] const std::string& dn() const { return dn_; }
+  [[nodiscard]] const std::string& object_class() const { return object_class_; }
+
+  platform::Value get(std::string_view attribute) override;
+  void stage(int control, std::string_view attribute, const platform::Value& value) override;
+  /// All staged changes in one request; on failure they stay staged. A new account of a user is disabled
+  /// until it gets a password, as the directory has it.
+  void commit();
+  /// Enables an account that was made through this object.
+  void set_password(std::string_view password);
+  /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
+  /// for what is no new account.
+  bool add_with_password(std::string_view password);
+  /// All values of a link, also when the server hands them out in ranges.
+  std::vector<std::string> links(std::string_view attribute);
+
+ private:
+  void fetch();
+  [[nodiscard]] bool is_user() const;
+  [[nodiscard]] std::vector<LdapAttribute> new_attributes();
+  void write_changes();
+  [[nodiscard]] std::vector<LdapChange> staged_requests();
+  [[nodiscard]] bool keep_naming_value(std::vector<LdapChange>& changes) const;
+  std::vector<std::string> stored(std::string_view attribute);
+  std::vector<std::string> raw_values(const ads::StagedChange& change);
+
+  Origin origin_;
+  std::string dn_;
+  std::string object_class_;
+  bool new_ = false;
+  bool awaits_password_ = false;
+  bool has_new_password_ = false;  ///< set through this object, and nothing written since
+  std::optional<LdapEntry> fetched_;
+  ads::StagedValues staged_;
+};
+
+/// An entry bound through LDAP or the global catalogue. The catalogue is for reading: what changes something
+/// raises kUnwilling.
+class LiveObject final : public ads::BasicObject {
+ public:
+  /// `whole_path` is what "LDAP://twk.test" calls itself; empty for a path that ends in the DN.
+  explicit LiveObject(LiveEntry entry, std::string whole_path = {})
+      : entry_(std::move(entry)), whole_path_(std::move(whole_path)) {}
+
+  [[nodiscard]] std::string Name() const override;
+  [[nodiscard]] std::string Class() const override { return entry_.object_class(); }
+  [[nodiscard]] std::string ADsPath() const override;
+  [[nodiscard]] std::string Parent() const override;
+
+  platform::Value Get(std::string_view attribute) override;
+  void Put(std::string_view attribute, const platform::Value& value) override;
+  void PutEx(int control, std::string_view attribute, const platform::Value& value) override;
+  void SetInfo() override;
+  void SetPassword(std::string_view password) override;
+  bool SetInfoWithPassword(std::string_view password) override;
+
+  void enumerate(std::span<const std::string> classes,
+                 const std::function<bool(const platform::ObjectPtr&)>& visit) override;
+  platform::ObjectPtr GetObject(std::string_view object_class, std::string_view relative_name) override;
+  platform::ObjectPtr Create(std::string_view object_class, std::string_view relative_name) override;
+  void Delete(std::string_view object_class, std::string_view relative_name) override;
+  platform::ObjectPtr MoveHere(std::string_view source_path,
+                               const std::optional<std::string>& new_name) override;
+
+  void Add(std::string_view path) override;
+  void Remove(std::string_view path) override;
+  bool IsMember(std::string_view path) override;
+  std::vector<platform::ObjectPtr> Members() override;
+  std::vector<platform::ObjectPtr> Groups() override;
+
+ private:
+  void require_writable() const;
+  [[nodiscard]] LdapConnection& ldap() const { return entry_.origin().ldap(); }
+  [[nodiscard]] platform::ObjectPtr make(std::string dn, std::string object_class, bool is_new = false) const;
+  /// The name of a child that is there already.
+  [[nodiscard]] std::string stored_child(std::string_view relative_name) const;
+  /// The class of a stored child. Raises kNoSuchObject, also for one of another class.
+  std::string existing_child(std::string_view object_class, const std::string& dn) const;
+
+  /// The classes of the group's members in this domain by their names, in few requests.
+  [[nodiscard]] std::unordered_map<std::string, std::string> classes_of_members() const;
+  /// Empty for a member that cannot be read, as one of another domain may be.
+  [[nodiscard]] std::string class_of_member(const std::string& dn) const;
+
+  LiveEntry entry_;
+  std::string whole_path_;
+};
+
+/// The most special of an entry's classes.
+std::string class_of(const LdapEntry& entry);
+/// The distinguished name behind a path of an LDAP or WinNT object; a WinNT account is looked up. Raises
+/// kNoSuchObject, kBadPathname.
+std::string dn_of_path(LiveDomain& domain, std::string_view path);
+
+/// Membership, at once. Raises kObjectExists, kMemberNotInGroup.
+void add_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
+void remove_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
+/// By link or by primary group.
+bool is_member(LiveDomain& domain, LdapConnection& connection, const std::string& group_dn,
+               const std::string& member_dn);
+
+}  // namespace twk::live

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "live/files/smb_path.hpp"
+#include "live/logon/credentials.hpp"
+#include "platform/files.hpp"
+
+struct _SMBCCTX;  // NOLINT(bugprone-reserved-identifier): the library's name
+
+namespace twk::live {
+
+/// An open file; closed with the object.
+class SmbFile {
+ public:
+  virtual ~SmbFile() = default;
+  /// Fewer bytes than `count` at the end of the file.
+  virtual std::string read(std::uint64_t offset, std::size_t count) = 0;
+  /// All bytes.
+  virtual void write(std::uint64_t offset, std::string_view bytes) = 0;
+  virtual std::uint64_t size() = 0;
+};
+
+enum class SmbOpen {
+  kRead,
+  kWrite,    ///< made when there is none
+  kReplace,  ///< made, or emptied
+  kNew       ///< refused when there is one
+};
+
+/// The file protocol of servers, with the logon of the settings: the Kerberos ticket, or user and password.
+///
+/// A connection that was lost is opened once more. What is safe to repeat is repeated; of a new folder,
+/// whether it was made is looked at first.
+///
+/// Every call raises the numbers of `platform::Files`, with the path in the text.
+class SmbClient {
+ public:
+  explicit SmbClient(std::shared_ptr<Credentials> credentials);
+  /// With a logon that nobody is asked about.
+  explicit SmbClient(const LiveSettings& settings)
+      : SmbClient(std::make_shared<Credentials>(settings, Prompts{})) {}
+  SmbClient(const SmbClient&) = delete;
+  SmbClient& operator=(const SmbClient&) = delete;
+  ~SmbClient();
+
+  /// What stands under a name, which is not told here. A link counts as what it leads to.
+  platform::FileEntry status(const SmbPath& path);
+  /// What a folder holds, in the server's order, without itself and its parent.
+  std::vector<platform::FileEntry> list(const SmbPath& path);
+  void make_directory(const SmbPath& path);
+  void remove_directory(const SmbPath& path);
+  void remove_file(const SmbPath& path);
+  /// Sets the time of the last change, in nanoseconds since 1970 UTC, to the microsecond.
+  void set_modified(const SmbPath& path, std::int64_t modified);
+  /// Within one share. A file of the new name is taken away first.
+  void rename(const SmbPath& from, const SmbPath& to);
+  std::unique_ptr<SmbFile> open(const SmbPath& path, SmbOpen how);
+
+  /// An extended attribute: security descriptors are read and written as such. Raises the numbers of
+  /// `platform::Security`.
+  std::string attribute(const SmbPath& path, const std::string& name);
+  void set_attribute(const SmbPath& path, const std::string& name, const std::string& value);
+
+ private:
+  friend class SmbOpenFile;
+  _SMBCCTX* context();
+  /// Runs a call, and once more when the connection was lost and `done` does not say that it was made. Gives
+  /// 0 or a value of errno.
+  int run(const std::function<bool()>& call, const std::function<bool()>& done = {});
+  [[noreturn]] void fail(int error, std::string_view action, const SmbPath& path);
+  [[noreturn]] void fail_security(int error, std::string_view action, const SmbPath& path);
+  [[nodiscard]] bool answers(const SmbPath& path);
+  [[nodiscard]] bool is_empty_folder(const SmbPath& path);
+
+  std::shared_ptr<Credentials> credentials_;
+  struct Handle;
+  std::unique_ptr<Handle> handle_;
+};
+
+}  // namespace twk::live

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/errors.hpp"
+#include "live/rpc/rpc_pipe.hpp"
+#include "platform/sid.hpp"
+
+namespace twk::live {
+
+/// An account as a controller's account service knows it.
+struct SamAccount {
+  enum class Kind { kUser, kGlobalGroup, kLocalGroup };
+
+  std::string name;
+  Kind kind = Kind::kUser;
+  bool builtin = false;  ///< of the domain "Builtin", that every server has
+  std::uint32_t rid = 0;
+};
+
+/// What is stored of a user. Times are in 100 ns since 1601; texts are empty when there is none.
+struct SamUser {
+  std::string name;
+  std::string full_name;
+  std::string description;
+  std::string home_directory;
+  std::string home_drive;
+  std::string logon_script;
+  std::string profile_path;
+  std::string workstations;
+  base::Bytes parameters;   ///< "userParameters" as bytes
+  base::Bytes logon_hours;  ///< 21 bytes, or none
+  std::uint32_t flags = 0;  ///< USER_ACCOUNT codes, [MS-SAMR] 2.2.1.12
+  std::uint32_t primary_group = 0;
+  std::uint16_t bad_passwords = 0;
+  bool password_expired = false;
+  std::uint64_t last_logon = 0;
+  std::uint64_t last_logoff = 0;
+  std::uint64_t expires = 0;
+};
+
+/// What is written of a user: the parts that are there.
+struct SamUserChange {
+  std::optional<std::string> name;
+  std::optional<std::string> full_name;
+  std::optional<std::string> description;
+  std::optional<std::string> home_directory;
+  std::optional<std::string> home_drive;
+  std::optional<std::string> logon_script;
+  std::optional<std::string> profile_path;
+  std::optional<std::string> workstations;
+  std::optional<base::Bytes> parameters;
+  std::optional<base::Bytes> logon_hours;
+  std::optional<std::uint32_t> flags;
+  std::optional<std::uint32_t> primary_group;
+  std::optional<bool> password_expired;
+  std::optional<std::uint64_t> expires;
+};
+
+class AccountSession;
+
+/// The accounts of the domain that a server holds, and of its "Builtin", through its account service,
+/// [MS-SAMR] 3.1.5. Every call raises what `RpcPipe` raises, and numbers of [MS-ERREF] 2.2: 2220 no such
+/// group, 2221 no such user, 2223 and 2224 a group's or user's name in use, 1320 and 1321 a member that is
+/// one or is none, 2245 a password that the policy refuses, 5.
+///
+/// A call that broke is made once more on a new connection.
+class AccountService {
+ public:
+  AccountService(std::shared_ptr<Credentials> credentials, std::string_view server);
+  explicit AccountService(RpcPipe pipe);
+  AccountService(const AccountService&) = delete;
+  AccountService& operator=(const AccountService&) = delete;
+  ~AccountService();
+
+  /// The domain's own name and identifier.
+  std::string domain_name();
+  platform::Sid domain_sid();
+  platform::Sid sid_of(const SamAccount& account);
+
+  /// By name, which folds case; computers and other domains are no accounts.
+  std::optional<SamAccount> find(std::string_view name);
+  /// Of an identifier that is the domain's or Builtin's.
+  std::optional<SamAccount> find(const platform::Sid& sid);
+  /// Users without computers, then global groups, then local groups of both domains, each kind only when
+  /// asked for.
+  void enumerate(bool users, bool groups, const std::function<bool(const SamAccount&)>& visit);
+
+  SamUser read_user(std::uint32_t rid);
+  void write_user(std::uint32_t rid, const SamUserChange& change);
+  /// Raises 2245 for one that the policy refuses.
+  void set_password(std::uint32_t rid, std::string_view password);
+  /// Tells whether the user's access list lets the person change the password, [MS-SAMR] 2.2.1.7.
+  bool cannot_change_password(std::uint32_t rid);
+  void set_cannot_change_password(std::uint32_t rid, bool cannot);
+
+  /// A user is disabled and without a password at first, as the service makes it.
+  SamAccount create(std::string_view name, SamAccount::Kind kind);
+  void remove(const SamAccount& account);
+
+  std::string group_description(const SamAccount& group);
+  /// Writes what is there, the name last.
+  void write_group(const SamAccount& group, const std::optional<std::string>& name,
+                   const std::optional<std::string>& description);
+  void add_member(const SamAccount& group, const SamAccount& member);
+  void remove_member(const SamAccount& group, const SamAccount& member);
+  /// Direct members; of a local group those that are of these two domains. A global group's members are also
+  /// those whose primary group it is.
+  std::vector<SamAccount> members(const SamAccount& group);
+  /// Direct groups of a user, the primary one first.
+  std::vector<SamAccount> groups_of(const SamAccount& user);
+  /// What a logon of the user is: its identifier, those of its global groups, and those of the local groups
+  /// that hold one of these.
+  std::vector<platform::Sid> identifiers_of(const SamAccount& user);
+
+ private:
+  /// The session of the pipe as it stands; a new one after the pipe broke.
+  AccountSession& session();
+  /// Runs `step` on the session, and once more on a new one when the pipe broke.
+  template <typename Step>
+  auto repeat(Step&& step) {
+    try {
+      return std::forward<Step>(step)(session());
+    } catch (const base::RuntimeError& failure) {
+      if (failure.number() != kRpcLost)
+        throw;
+    }
+    session_.reset();
+    return std::forward<Step>(step)(session());
+  }
+  /// The same for a write that the second run finds done: it is refused with `already` then.
+  template <typename Step>
+  void repeat_write(std::uint32_t already, Step&& step) {
+    int runs = 0;
+    try {
+      repeat([&](AccountSession& session) {
+        ++runs;
+        step(session);
+      });
+    } catch (const base::RuntimeError& failure) {
+      if (runs < 2 || failure.number() != already)
+        throw;
+    }
+  }
+
+  RpcPipe pipe_;
+  std::unique_ptr<AccountSession> session_;
+};
+
+}  // namespace twk::live

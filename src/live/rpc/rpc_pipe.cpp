@@ -1,0 +1,279 @@
+#include "live/rpc/rpc_pipe.hpp"
+
+#include <netdb.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "ads/account_names.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "live/ldap/ldap_errors.hpp"
+#include "live/rpc/samba_headers.hpp"
+#include "platform/directory.hpp"
+#include "platform/network.hpp"
+
+// Interfaces whose own headers Debian does not package.
+extern "C" const struct ndr_interface_table ndr_table_srvsvc;
+extern "C" const struct ndr_interface_table ndr_table_netlogon;
+
+namespace twk::live {
+namespace {
+
+namespace network_error = platform::network_error;
+
+const ndr_interface_table& table_of(RpcInterface interface) {
+  switch (interface) {
+    case RpcInterface::kAccounts:
+      return ndr_table_samr;
+    case RpcInterface::kLogon:
+      return ndr_table_netlogon;
+    case RpcInterface::kServerService:
+      break;
+  }
+  return ndr_table_srvsvc;
+}
+
+[[noreturn]] void no_answer(const std::string& host, const std::string& why) {
+  base::raise(network_error::kBadNetPath, "The network path was not found: " + host + " (" + why + ")");
+}
+
+bool connects_in_time(const addrinfo& address, int seconds) {
+  constexpr int kMilliseconds = 1000;
+  const int socket =
+      ::socket(address.ai_family, address.ai_socktype | SOCK_NONBLOCK | SOCK_CLOEXEC, address.ai_protocol);
+  if (socket < 0)
+    return false;
+  bool connected = ::connect(socket, address.ai_addr, address.ai_addrlen) == 0;
+  pollfd waiting{.fd = socket, .events = POLLOUT, .revents = 0};
+  if (!connected && ::poll(&waiting, 1, seconds * kMilliseconds) == 1) {
+    int failure = 0;
+    socklen_t size = sizeof failure;
+    connected = ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &failure, &size) == 0 && failure == 0;
+  }
+  ::close(socket);
+  return connected;
+}
+
+/// The ticket of the workstation's cache, or the user's password.
+cli_credentials* make_credentials(TALLOC_CTX* memory, Credentials& person, loadparm_context* configuration) {
+  cli_credentials* const credentials = cli_credentials_init(memory);
+  cli_credentials_set_conf(credentials, configuration);
+  if (!person.has_user()) {
+    // The library reads the cache by itself; this tells what is wrong with it.
+    person.ticket();
+    cli_credentials_guess(credentials, configuration);
+    cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
+    return credentials;
+  }
+  const WindowsLogon logon = windows_logon(person.settings());
+  cli_credentials_set_username(credentials, logon.user.c_str(), kCredentialsSpecified);
+  cli_credentials_set_domain(credentials, logon.domain.c_str(), kCredentialsSpecified);
+  cli_credentials_set_password(credentials, person.password().c_str(), kCredentialsSpecified);
+  cli_credentials_set_kerberos_state(credentials, kKerberosDisabled, kCredentialsSpecified);
+  return credentials;
+}
+
+}  // namespace
+
+struct RpcPipe::Handle {
+  Memory memory;
+  dcerpc_pipe* pipe = nullptr;  ///< null when the binding came from elsewhere
+  dcerpc_binding_handle* binding = nullptr;
+};
+
+WithoutPipeSignal::WithoutPipeSignal() {
+  struct sigaction ignore {};
+  ignore.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &ignore, &before_);
+}
+
+WithoutPipeSignal::~WithoutPipeSignal() {
+  sigaction(SIGPIPE, &before_, nullptr);
+}
+
+WindowsLogon windows_logon(const LiveSettings& settings) {
+  const std::string_view user = settings.user;
+  const std::size_t backslash = user.find('\\');
+  if (backslash != base::npos)
+    return {std::string(user.substr(backslash + 1)), std::string(user.substr(0, backslash))};
+  if (user.find('@') != base::npos)
+    return {std::string(user), {}};
+  return {std::string(user), settings.domain};
+}
+
+void require_listening(const std::string& host, int seconds) {
+  // What stands in the binding's text is a part of its syntax.
+  if (host.empty() || host.find_first_of("[]:,\\/\"@ ") != base::npos || base::find_control_character(host))
+    no_answer(base::to_valid_utf8(host), "not the name of a server");
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* addresses = nullptr;
+  const int failure = ::getaddrinfo(host.c_str(), "445", &hints, &addresses);
+  if (failure != 0)
+    no_answer(host, ::gai_strerror(failure));
+  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(addresses, ::freeaddrinfo);
+  for (const addrinfo* one = addresses; one != nullptr; one = one->ai_next) {
+    if (connects_in_time(*one, seconds))
+      return;
+  }
+  no_answer(host, "it does not listen");
+}
+
+std::uint32_t win32_of_status(std::uint32_t status) {
+  return W_ERROR_V(ntstatus_to_werror(to_status(status)));
+}
+
+std::uint32_t directory_number(std::uint32_t number) {
+  constexpr std::uint32_t kWin32Facility = 0x80070000;
+  if (number == kRpcLost)
+    return platform::ads_error::kServerDown;
+  if (number == kStopped)
+    return number;
+  return number < 0x10000 ? kWin32Facility | number : number;
+}
+
+RpcPipe::RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface)
+    : credentials_(std::move(credentials)), host_(ads::without_backslashes(server)), interface_(interface) {}
+
+RpcPipe::RpcPipe(Open open, RpcInterface interface)
+    : open_(std::move(open)), host_("memory"), interface_(interface) {}
+
+RpcPipe::RpcPipe(RpcPipe&&) noexcept = default;
+
+RpcPipe::~RpcPipe() {
+  close();
+}
+
+void RpcPipe::open() {
+  const WithoutPipeSignal quiet;
+  opened();
+}
+
+void RpcPipe::close() {
+  const WithoutPipeSignal quiet;
+  handle_.reset();
+}
+
+void RpcPipe::connect() {
+  if (!open_)
+    return connect_to_server();
+  auto handle = std::make_unique<Handle>();
+  handle->binding = open_(handle->memory.get());
+  handle_ = std::move(handle);
+}
+
+void RpcPipe::connect_to_server() {
+  // What stands in the binding's text is a part of its syntax.
+  if (host_.empty() || host_.find_first_of("[]:,\\/\"@ ") != base::npos ||
+      base::find_control_character(host_))
+    no_answer(base::to_valid_utf8(host_), "not the name of a server");
+  const int seconds = credentials_->settings().timeout_seconds;
+  require_listening(host_, seconds);
+  auto handle = std::make_unique<Handle>();
+  loadparm_context* const configuration = loadparm_init(handle->memory.get());
+  // Without the machine's file the library's own values hold.
+  lpcfg_load_default(configuration);
+  lpcfg_set_option(configuration, "name resolve order=host");
+  // Whatever the machine's file says.
+  lpcfg_set_option(configuration, "client ipc signing=required");
+  lpcfg_set_option(configuration, "client ipc min protocol=SMB2_02");
+  lpcfg_set_option(configuration, "client smb encrypt=desired");
+  dcerpc_init();
+  cli_credentials* person = nullptr;
+  base::Trap trap;
+  if (!trap([&] { person = make_credentials(handle->memory.get(), *credentials_, configuration); })) {
+    const bool refused = trap.number() == platform::ads_error::kLogonFailure;
+    base::raise(refused ? kRpcLogonFailure : trap.number(), trap.description());
+  }
+  const std::string binding = "ncacn_np:" + host_ + (interface_ == RpcInterface::kAccounts ? "[]" : "[seal]");
+  const NTSTATUS status =
+      dcerpc_pipe_connect(handle->memory.get(), &handle->pipe, binding.c_str(), &table_of(interface_), person,
+                          tevent_context_init(handle->memory.get()), configuration);
+  if (!NT_STATUS_IS_OK(status)) {
+    const std::uint32_t number = win32_of_status(NT_STATUS_V(status));
+    if (number == platform::security_error::kAccessDenied || number == kRpcLogonFailure)
+      refuse(number, "The logon to " + host_ + " failed: " + nt_errstr(status));
+    no_answer(host_, nt_errstr(status));
+  }
+  handle->binding = handle->pipe->binding_handle;
+  dcerpc_binding_handle_set_timeout(handle->binding, static_cast<std::uint32_t>(seconds));
+  handle_ = std::move(handle);
+}
+
+void RpcPipe::refuse(std::uint32_t number, const std::string& text) {
+  if (number == kRpcLogonFailure && credentials_->has_user())
+    credentials_->refuse_password({platform::ads_error::kLogonFailure, text});
+  base::raise(number, text);
+}
+
+RpcPipe::Handle& RpcPipe::opened() {
+  if (handle_ != nullptr && !dcerpc_binding_handle_is_connected(handle_->binding))
+    handle_.reset();
+  if (handle_ == nullptr)
+    connect();
+  return *handle_;
+}
+
+void RpcPipe::check(std::uint32_t status) {
+  if (status == 0)
+    return;
+  constexpr std::uint32_t kAccessDenied = 0xC0000022;  // STATUS_ACCESS_DENIED, [MS-ERREF] 2.3.1
+  constexpr std::uint32_t kTimedOut = 0xC00000B5;      // STATUS_IO_TIMEOUT
+  const std::string text = "The call to " + host_ + " failed: " + nt_errstr(to_status(status));
+  if (status == kAccessDenied)
+    base::raise(platform::security_error::kAccessDenied, text);
+  handle_.reset();
+  // Asked again it would be waited for again.
+  base::raise(status == kTimedOut ? network_error::kBadNetPath : kRpcLost, text);
+}
+
+base::Bytes RpcPipe::call(std::uint32_t operation, std::span<const std::uint8_t> arguments) {
+  const WithoutPipeSignal quiet;
+  Handle& handle = opened();
+  const Memory answer;
+  std::uint8_t* bytes = nullptr;
+  std::size_t size = 0;
+  std::uint32_t flags = 0;
+  check(NT_STATUS_V(dcerpc_binding_handle_raw_call(handle.binding, nullptr, operation, 0, arguments.data(),
+                                                   arguments.size(), answer.get(), &bytes, &size, &flags)));
+  return base::Bytes(bytes, bytes + size);
+}
+
+base::Bytes RpcPipe::call_again(std::uint32_t operation, std::span<const std::uint8_t> arguments,
+                                bool* repeated) {
+  base::Trap trap;
+  base::Bytes answer;
+  if (trap([&] { answer = call(operation, arguments); }))
+    return answer;
+  if (trap.number() != kRpcLost)
+    base::raise(trap.number(), trap.description());
+  if (repeated != nullptr)
+    *repeated = true;
+  return call(operation, arguments);
+}
+
+void RpcPipe::call(std::uint32_t operation, void* arguments, void* memory) {
+  const WithoutPipeSignal quiet;
+  Handle& handle = opened();
+  check(NT_STATUS_V(dcerpc_binding_handle_call(handle.binding, nullptr, &table_of(interface_), operation,
+                                               memory, arguments)));
+}
+
+void RpcPipe::require_going_on() const {
+  if (credentials_ != nullptr && credentials_->is_stopped())
+    base::raise(kStopped, "Stopped before " + host_ + " had told everything");
+}
+
+base::Bytes RpcPipe::session_key() {
+  const WithoutPipeSignal quiet;
+  constexpr std::size_t kSize = 16;
+  DATA_BLOB key{};
+  dcerpc_pipe* const pipe = opened().pipe;
+  if (pipe == nullptr)
+    base::raise(platform::security_error::kAccessDenied, "The pipe to " + host_ + " has no key");
+  check(NT_STATUS_V(dcerpc_fetch_session_key(pipe, &key)));
+  return base::Bytes(key.data, key.data + std::min(key.length, kSize));
+}
+
+}  // namespace twk::live
