@@ -10,8 +10,8 @@
 #include "bench_world.hpp"
 #include "directory/account_expiry.hpp"
 #include "directory/ad_load.hpp"
-#include "lifecycle/folder_use.hpp"
-#include "lifecycle/own_tree.hpp"
+#include "lifecycle/trees/folder_use.hpp"
+#include "lifecycle/trees/own_tree.hpp"
 #include "platform/adsi.hpp"
 #include "windows/start_up.hpp"
 

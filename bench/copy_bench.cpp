@@ -8,7 +8,7 @@
 #include <fstream>
 
 #include "bench_world.hpp"
-#include "lifecycle/file_operation.hpp"
+#include "lifecycle/trees/file_operation.hpp"
 
 namespace {
 

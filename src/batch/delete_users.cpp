@@ -2,7 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lifecycle/delete_user.hpp"
+#include "lifecycle/deletion/delete_user.hpp"
 
 namespace twk::batch {
 namespace {

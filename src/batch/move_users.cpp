@@ -2,7 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lifecycle/move_user.hpp"
+#include "lifecycle/move/move_user.hpp"
 
 namespace twk::batch {
 namespace {

@@ -3,8 +3,8 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "lifecycle/account_log.hpp"
-#include "lifecycle/folder_use.hpp"
+#include "lifecycle/account/account_log.hpp"
+#include "lifecycle/trees/folder_use.hpp"
 
 namespace twk::batch {
 

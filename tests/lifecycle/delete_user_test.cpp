@@ -1,4 +1,4 @@
-#include "lifecycle/delete_user.hpp"
+#include "lifecycle/deletion/delete_user.hpp"
 
 #include "lifecycle/lifecycle_world.hpp"
 #include "platform/acl.hpp"

@@ -1,9 +1,9 @@
-#include "lifecycle/move_user.hpp"
+#include "lifecycle/move/move_user.hpp"
 
-#include "lifecycle/file_operation.hpp"
-#include "lifecycle/folder_use.hpp"
 #include "lifecycle/lifecycle_world.hpp"
-#include "lifecycle/rehearsal.hpp"
+#include "lifecycle/rehearsal/rehearsal.hpp"
+#include "lifecycle/trees/file_operation.hpp"
+#include "lifecycle/trees/folder_use.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::lifecycle {

@@ -1,7 +1,7 @@
 #include "lifecycle/lifecycle_world.hpp"
-#include "lifecycle/rename_names.hpp"
-#include "lifecycle/rename_nt.hpp"
-#include "lifecycle/rename_user.hpp"
+#include "lifecycle/rename/rename_names.hpp"
+#include "lifecycle/rename/rename_nt.hpp"
+#include "lifecycle/rename/rename_user.hpp"
 
 namespace twk::lifecycle {
 namespace {

@@ -1,4 +1,4 @@
-#include "lifecycle/tree_copy.hpp"
+#include "lifecycle/trees/tree_copy.hpp"
 
 #include <gmock/gmock.h>
 

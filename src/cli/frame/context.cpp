@@ -10,7 +10,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
-#include "lifecycle/rehearsal.hpp"
+#include "lifecycle/rehearsal/rehearsal.hpp"
 #include "session/settings.hpp"
 #include "windows/read_settings.hpp"
 #include "windows/start_up.hpp"

@@ -5,10 +5,10 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
-#include "lifecycle/rename_nt.hpp"
-#include "lifecycle/rename_principal.hpp"
-#include "lifecycle/rename_record.hpp"
-#include "lifecycle/rename_user.hpp"
+#include "lifecycle/rename/rename_nt.hpp"
+#include "lifecycle/rename/rename_principal.hpp"
+#include "lifecycle/rename/rename_record.hpp"
+#include "lifecycle/rename/rename_user.hpp"
 
 namespace twk::cli {
 namespace {

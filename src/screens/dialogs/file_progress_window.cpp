@@ -2,7 +2,7 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "lifecycle/file_operation.hpp"
+#include "lifecycle/trees/file_operation.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 

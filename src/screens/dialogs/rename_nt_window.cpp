@@ -1,6 +1,6 @@
 #include <QVBoxLayout>
 
-#include "lifecycle/rename_nt.hpp"
+#include "lifecycle/rename/rename_nt.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"

@@ -1,7 +1,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "lifecycle/rename_user.hpp"
+#include "lifecycle/rename/rename_user.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"

@@ -1,0 +1,206 @@
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "format/variables.hpp"
+#include "lifecycle/account/account_log.hpp"
+#include "lifecycle/move/move_run.hpp"
+#include "lifecycle/rename/dir_shr_rename.hpp"
+#include "lifecycle/trees/folder_use.hpp"
+#include "resources/account_lookup.hpp"
+#include "resources/directory_permissions.hpp"
+#include "resources/share502.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using platform::Answer;
+using session::Session;
+
+bool is_yes(Session& session, const std::string& text, std::string_view title) {
+  return session.multi_user.No_Prompt.on() ||
+         session.platform.dialogs.MsgBox(text, platform::Buttons::kYesNo, platform::Icon::kQuestion, title) ==
+             Answer::kYes;
+}
+
+struct OldFolderTexts {
+  std::string_view log;
+  std::string_view question;
+};
+
+MoveStep check_old_folder(MoveRun& run, const std::string& path, const OldFolderTexts& texts) {
+  Session& session = run.session;
+  if (path.empty() || Dir_Exists(session, path))
+    return MoveStep::kGoOn;
+  session.log.line(texts.log);
+  if (is_yes(session, path + "\r\n" + std::string(texts.question) + "\r\nDo you want to continue ?",
+             "Warning..."))
+    return MoveStep::kGoOn;
+  session.log.line("Move Cancelled");
+  session.multi_user.Label3.caption = std::string("Move Cancelled");
+  return MoveStep::kDeclined;
+}
+
+std::string expand(const MoveRun& run, std::string_view text) {
+  return format::FRString(format::FRString(base::trim(text), "%Server%", run.server), "%UserName%", run.key);
+}
+
+/// How the folder of the server is reached: through the template's share point, which ends in a backslash, or
+/// through the administrative share of the drive.
+std::string reachable(const MoveRun& run, const std::string& local, std::string_view share_point) {
+  if (share_point.empty())
+    return "\\\\" + run.server + "\\" + std::string(base::left(local, 1)) + "$" +
+           std::string(base::mid(local, 3));
+  std::string point = format::FRString(share_point, "%UserName%", run.key);
+  while (point.ends_with('\\'))
+    point.pop_back();
+  const std::size_t slash = local.rfind('\\');
+  return "\\\\" + run.server + "\\" + point + (slash == base::npos ? "\\" + local : local.substr(slash));
+}
+
+void resolve(MoveRun& run, MovedFolder& folder, const controls::TextBox& local,
+             const controls::TextBox& account_path, const controls::TextBox& share_name,
+             std::string_view share_point) {
+  if (!base::trim(local.text.get()).empty()) {
+    folder.new_local = expand(run, local.text.get());
+    folder.new_admin = reachable(run, folder.new_local, share_point);
+    folder.wanted = true;
+  }
+  folder.new_unc = expand(run, account_path.text.get());
+  folder.new_share = format::FRString(base::trim(share_name.text.get()), "%UserName%", run.key);
+}
+
+struct NewFolderTexts {
+  std::string_view question;
+  std::string_view exists;
+  std::string_view cancelled;
+  std::string_view failure;
+  std::string_view status;
+  std::string_view made;
+};
+
+constexpr NewFolderTexts kHome{"Home Dir ",
+                               "Home Directory ",
+                               "User move cancelled.",
+                               "Error Creating Home dir :",
+                               "Error Home Profile Directory.",
+                               "Created New Home Dir: "};
+constexpr NewFolderTexts kProfile{"Profile Dir ",
+                                  "Profile Directory ",
+                                  "User cancelled move.",
+                                  "Error Creating Profile dir :",
+                                  "Error creating Profile Directory.",
+                                  "Created New Profile Dir :"};
+
+MoveStep make_new_folder(MoveRun& run, MovedFolder& folder, const NewFolderTexts& texts) {
+  Session& session = run.session;
+  if (!folder.wanted)
+    return MoveStep::kGoOn;
+  const std::string& path = folder.new_admin;
+  folder.was_there = Dir_Exists(session, path);
+  if (!folder.was_there) {
+    prepare_failure(session, texts.status, std::string(texts.failure) + path);
+    session.platform.files.make_directory(path);
+    session.log.line(std::string(texts.made) + path);
+    return MoveStep::kGoOn;
+  }
+  if (is_yes(session, std::string(texts.question) + path + " Already Exist \r\nContinue ?",
+             "Error Creating Dir"))
+    return MoveStep::kGoOn;
+  session.multi_user.Label3.caption = std::string("Process Cancelled...");
+  session.log.line(std::string(texts.exists) + path + " Already Exist ");
+  session.log.line(texts.cancelled);
+  return MoveStep::kDeclined;
+}
+
+struct ShareTexts {
+  std::string_view remark;
+  std::string_view made;
+  std::string_view failed;
+};
+
+/// One that stands for the new folder already was made by a move that broke off.
+resources::ShareResult make_share(MoveRun& run, const MovedFolder& folder, const ShareTexts& texts) {
+  Session& session = run.session;
+  const auto use = folder_use(session);
+  if (use->folder_of_share(run.server, folder.new_share)) {
+    session.log.line("The share is there already: " + folder.new_share);
+    return resources::share_list_of_table(session, run.key).result;
+  }
+  const resources::ShareResult result = resources::CreateShare(
+      session, run.server, folder.new_share, folder.new_local, std::string(texts.remark), run.key);
+  if (result != resources::ShareResult::kFailed)
+    use->add_share(run.server, folder.new_share, made_places(run, folder).front());
+  return result;
+}
+
+MoveStep make_new_share(MoveRun& run, MovedFolder& folder, const ShareTexts& texts) {
+  if (folder.new_share.empty())
+    return MoveStep::kGoOn;
+  const resources::ShareResult result = make_share(run, folder, texts);
+  folder.share_result = static_cast<std::int16_t>(result);
+  if (result == resources::ShareResult::kMade) {
+    run.session.log.line(std::string(texts.made) + folder.new_share);
+    return MoveStep::kGoOn;
+  }
+  warn(run, std::string(texts.failed) + folder.new_share);
+  const bool goes_on =
+      result != resources::ShareResult::kFailed ||
+      wants_new_paths(run, "The share " + folder.new_share + " could not be made on " + run.server);
+  return goes_on ? MoveStep::kGoOn : MoveStep::kFailed;
+}
+
+void set_permissions(MoveRun& run, const MovedFolder& folder) {
+  if (!folder.wanted)
+    return;
+  std::string server = resources::server_for_accounts(run.session);
+  std::int16_t warning = 1;
+  if (!resources::Set_Permissions(run.session, server, folder.new_admin, run.key, warning)) {
+    run.session.log.line("Security Failed for " + folder.new_admin);
+    // A table without rows prescribes nothing; one that cannot be read has told why.
+    run.warned |= !run.session.log.reasons().empty();
+  } else if (warning != 1) {
+    warn(run, "Not all permissions were set on " + folder.new_admin);
+  }
+}
+
+}  // namespace
+
+MoveStep check_old_folders(MoveRun& run) {
+  const MoveStep home = check_old_folder(
+      run, run.home.old_path, {"Cannot Find Users Home Directory", "Cannot find Users Existing Home Dir"});
+  if (home != MoveStep::kGoOn)
+    return home;
+  return check_old_folder(run, run.profile.old_path,
+                          {"Cannot find users profile Directory", "Cannot find Users Existing Profile Dir"});
+}
+
+void resolve_new_folders(MoveRun& run) {
+  const session::Form1& form = run.session.form1;
+  const session::frmSharePoints& points = run.session.share_points;
+  resolve(run, run.profile, form.Profilepath, form.propath, form.sharenameprofile, points.ProfileSharePoint);
+  resolve(run, run.home, form.Homedirpath, form.homedir, form.Sharenamehomedir, points.HomeSharePoint);
+}
+
+MoveStep make_new_folders(MoveRun& run) {
+  run.session.multi_user.Label3.caption = std::string("Creating Dirs...");
+  const MoveStep home = make_new_folder(run, run.home, kHome);
+  return home != MoveStep::kGoOn ? home : make_new_folder(run, run.profile, kProfile);
+}
+
+MoveStep make_new_shares(MoveRun& run) {
+  prepare_failure(run.session, "Error1.", "Error1 ");
+  const MoveStep profile =
+      make_new_share(run, run.profile,
+                     {"Users Profile Share", "Creating Profile Share: ", "Error Creating Profile Share: "});
+  if (profile != MoveStep::kGoOn)
+    return profile;
+  return make_new_share(run, run.home,
+                        {"Users Home Share", "Creating Home Share: ", "Error Creating Home Share: "});
+}
+
+void set_new_permissions(MoveRun& run) {
+  run.session.multi_user.Label3.caption = std::string("Setting Dir Permisions");
+  set_permissions(run, run.home);
+  set_permissions(run, run.profile);
+}
+
+}  // namespace twk::lifecycle

@@ -1,0 +1,45 @@
+#include "lifecycle/move/unfinished_move.hpp"
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "creation/paths.hpp"
+#include "session/session.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using session::Session;
+
+/// Of an account and a share, which make a name that a file can have.
+std::string memory_path(const Session& session, std::string_view account, const std::string& old_path) {
+  return session.dbpath + "Unfinished move of " + std::string(account) + " from " +
+         creation::Get_Server_Name(old_path) + " " + creation::Get_Share_Name(old_path) + ".txt";
+}
+
+}  // namespace
+
+void remember_old_folder(Session& session, std::string_view account, const std::string& old_path,
+                         const std::string& way) {
+  if (session.runs.rehearse)
+    return;
+  // One write, and none beside it that a killed program would leave: the share goes only after it.
+  base::Trap trap;
+  trap(
+      [&] { session.platform.files.open_append(memory_path(session, account, old_path), true)->write(way); });
+}
+
+std::string remembered_old_folder(Session& session, std::string_view account, const std::string& old_path) {
+  std::string way;
+  base::Trap none;
+  none([&] { way = session.platform.files.read(memory_path(session, account, old_path)); });
+  return way;
+}
+
+void forget_old_folder(Session& session, std::string_view account, const std::string& old_path) {
+  if (session.runs.rehearse)
+    return;
+  base::Trap none;
+  none([&] { session.platform.files.remove(memory_path(session, account, old_path)); });
+}
+
+}  // namespace twk::lifecycle
