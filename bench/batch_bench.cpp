@@ -13,6 +13,8 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/own_tree.hpp"
 #include "platform/adsi.hpp"
+#include "session/account_windows.hpp"
+#include "session/multi_user.hpp"
 #include "windows/start_up.hpp"
 
 namespace {

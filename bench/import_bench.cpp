@@ -5,6 +5,7 @@
 #include "controls/tree_view.hpp"
 #include "directory/tree.hpp"
 #include "records/records.hpp"
+#include "session/form1.hpp"
 #include "windows/start_up.hpp"
 
 namespace {

@@ -8,6 +8,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/multi_user.hpp"
 #include "windows/start_up.hpp"
 
 namespace {

@@ -7,6 +7,7 @@
 #include "screens/main/main_window.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/form1.hpp"
 #include "windows/start_up.hpp"
 
 namespace {

@@ -22,6 +22,9 @@
 #include "live/live.hpp"
 #include "recorded_calls.hpp"
 #include "records/records.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "windows/start_up.hpp"
 
 namespace {

@@ -7,20 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "ads/schema_entry.hpp"
 #include "platform/value.hpp"
 
 /// The part of the directory's schema that account administration meets.
 namespace twk::ads {
-
-enum class Syntax { kString, kInteger, kBoolean, kInteger8, kOctetString, kDn, kTime, kSid };
-
-struct AttributeSchema {
-  std::string_view name;
-  Syntax syntax = Syntax::kString;
-  bool multi_valued = false;
-  bool system_only = false;   ///< given by the directory, never written by a caller
-  std::uint16_t longest = 0;  ///< characters or bytes of a value; 0 for no limit
-};
 
 /// None for an attribute that the schema does not know. Folds case.
 const AttributeSchema* find_attribute(std::string_view name);
@@ -31,12 +22,6 @@ std::span<const AttributeSchema> all_attributes();
 /// "UTCTime".
 std::string_view syntax_name(Syntax syntax);
 
-struct ClassSchema {
-  std::string_view name;      ///< "organizationalUnit"
-  std::string_view category;  ///< "Organizational-Unit"
-  std::string_view rdn_type;  ///< "OU"
-  std::string_view chain;     ///< its superior classes, from "top" down, then itself, with blanks between
-};
 /// None for a class that a lab does not hold. Folds case.
 const ClassSchema* find_class(std::string_view name);
 

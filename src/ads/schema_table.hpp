@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "ads/schema.hpp"
+#include "ads/schema_entry.hpp"
 
 namespace twk::ads {
 

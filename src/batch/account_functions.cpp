@@ -10,6 +10,8 @@
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
 #include "session/hourglass.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::batch {
 namespace {
@@ -123,7 +125,7 @@ void run(Session& session, AccountFunction function) {
   window.Unlock_Stage = false;
   if (window.ListView1.empty())
     return;
-  session.log.begin_block(session);
+  session.log.begin_block();
   if (!is_confirmed(session, function))
     return session.log.close();
   const session::Hourglass hourglass(window.mouse_pointer);
@@ -179,7 +181,7 @@ void btnGo_Click(Session& session) {
 bool change_accounts(Session& session, AccountFunction function, const std::function<bool()>& goes_on,
                      const RunHooks& hooks) {
   if (!session.log.is_open())
-    session.log.begin_block(session);
+    session.log.begin_block();
   const bool whole = walk_selection(session, rules_of(session, hooks, true, goes_on),
                                     [&](SelectedUser& user) { change_one(session, function, hooks, user); });
   session.log.close();

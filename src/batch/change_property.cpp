@@ -6,9 +6,11 @@
 #include "batch/property_run.hpp"
 #include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
 #include "platform/ldap_text.hpp"
 #include "resources/WTS.hpp"
+#include "session/ad_properties.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {
@@ -171,6 +173,17 @@ void change_user_at(Session& session, const std::string& path, const std::string
     if (!tell_unread(session, name, failure))
       throw;
   }
+}
+
+void CHANGE_AD_Click(Session& session) {
+  if (session.ad_properties.CHANGE_AD.caption == std::string(session::kCancelCaption)) {
+    session.import.ImportStopped = true;
+    return;
+  }
+  if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty() || !begin_run(session))
+    return;
+  const PropertyRun running(session);
+  in_change_block(session, [&] { change_selection(session); });
 }
 
 }  // namespace twk::batch

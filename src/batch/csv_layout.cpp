@@ -5,7 +5,9 @@
 #include "base/text.hpp"
 #include "batch/import_file.hpp"
 #include "format/passwords.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::batch {
 namespace {

@@ -1,6 +1,7 @@
 #include "batch/delete_options.hpp"
 
 #include "base/text.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 

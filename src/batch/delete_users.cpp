@@ -3,6 +3,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/deletion/delete_user.hpp"
+#include "session/account_windows.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::batch {
 namespace {

@@ -6,11 +6,13 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/bind_account.hpp"
 #include "batch/run_controls.hpp"
 #include "batch/unlock_accounts.hpp"
 #include "directory/account_expiry.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::batch {
 namespace {
@@ -59,18 +61,6 @@ void unlock_selection(Session& session) {
 }
 
 }  // namespace
-
-ObjectPtr bind_account(Session& session, const ObjectPtr& user) {
-  return session::is_active_directory(session) ? session.platform.directory.GetObject(directory::winnt_path(
-                                                     session, user->Get("SamAccountName").text()))
-                                               : user;
-}
-
-ObjectPtr bind_account(Session& session, const ListRow& row) {
-  const std::string path =
-      session::is_active_directory(session) ? row.key : directory::winnt_path(session, row.text);
-  return bind_account(session, session.platform.directory.GetObject(path));
-}
 
 bool expires_before(Session& session, const ObjectPtr& account, base::Date limit) {
   const auto ends = directory::expiry_of(platform::User(account));

@@ -24,11 +24,6 @@ void Find_Expired_Accounts(session::Session& session);
 /// `Unlock_Stage` is set, unlocks what stands in the selection.
 void Find_Locked_Accounts(session::Session& session);
 
-/// The account of a row of a list of users, as the WinNT provider has it. Raises what the directory raises.
-platform::ObjectPtr bind_account(session::Session& session, const controls::ListRow& row);
-/// The account of a bound user.
-platform::ObjectPtr bind_account(session::Session& session, const platform::ObjectPtr& user);
-
 /// True when an account ends on a day here that is before that of `limit`. Raises what the directory raises.
 bool expires_before(session::Session& session, const platform::ObjectPtr& account, base::Date limit);
 

@@ -8,7 +8,10 @@
 #include "batch/import_file.hpp"
 #include "batch/import_options.hpp"
 #include "creation/create_user.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 #include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
@@ -201,7 +204,7 @@ void clear_new_user_tab(session::Form1& form) {
 }
 
 void log_block(Session& session, std::string_view text, bool with_user) {
-  session.log.open(session);
+  session.log.open();
   session.log.line(session::kAsterisks);
   session.log.line(session::date_and_time(session));
   if (with_user)

@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "directory/account_expiry.hpp"
 #include "session/settings.hpp"
+#include "session/windows.hpp"
 
 namespace twk::batch {
 namespace {

@@ -12,6 +12,7 @@
 #include "directory/ad_load.hpp"
 #include "directory/nt_load.hpp"
 #include "records/record_file.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "stores/database_files.hpp"

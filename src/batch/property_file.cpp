@@ -8,6 +8,9 @@
 #include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/ad_properties.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {
@@ -50,7 +53,7 @@ std::string place(const FileRun& run, const Line& line) {
 }
 
 void log(Session& session, const std::string& text) {
-  session.log.open(session);
+  session.log.open();
   session.log.line(text);
   session.log.close();
 }
@@ -162,7 +165,7 @@ bool take_line(FileRun& run, const Line& line) {
 void log_line(Session& session, std::string_view text, const Line& line) {
   if (!session::is_debug(session))
     return;
-  session.log.open(session);
+  session.log.open();
   session.log.line("Line=" + std::string(text));
   session.log.line("AD Property = " + line.value);
   session.log.line("User = " + line.name);

@@ -4,9 +4,11 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "batch/change_property.hpp"
 #include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
+#include "session/ad_properties.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {
@@ -23,7 +25,7 @@ void require_controller(Session& session) {
 }
 
 void begin_log(Session& session) {
-  session.log.begin_block(session);
+  session.log.begin_block();
   if (!session::is_debug(session))
     return;
   session.log.line("AD_property = " + session.ad_properties.AD_Properties.text.get());
@@ -111,17 +113,6 @@ bool in_change_block(Session& session, const std::function<void()>& changes) {
   session.log.close();
   tell_end(session);
   return true;
-}
-
-void CHANGE_AD_Click(Session& session) {
-  if (session.ad_properties.CHANGE_AD.caption == std::string(session::kCancelCaption)) {
-    session.import.ImportStopped = true;
-    return;
-  }
-  if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty() || !begin_run(session))
-    return;
-  const PropertyRun running(session);
-  in_change_block(session, [&] { change_selection(session); });
 }
 
 }  // namespace twk::batch

@@ -5,6 +5,8 @@
 #include "base/text.hpp"
 #include "lifecycle/account/account_log.hpp"
 #include "lifecycle/trees/folder_use.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::batch {
 
@@ -78,7 +80,7 @@ bool take_selection(Session& session, const RunHooks& hooks, bool finished_is_do
 
 void tell_run_failure(Session& session, std::string_view text, const base::RuntimeError& failure) {
   if (!session.log.is_open())
-    session.log.begin_block(session);
+    session.log.begin_block();
   lifecycle::prepare_failure(session, text, text);
   lifecycle::report_stopped(session, failure);
 }

@@ -9,6 +9,7 @@
 
 #include "batch/selection_walk.hpp"
 #include "controls/basic.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 /// What the runs of the multi-user window have in common.

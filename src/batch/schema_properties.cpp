@@ -8,6 +8,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "records/terminal_server_rows.hpp"
+#include "session/ad_properties.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "directory/operations.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {

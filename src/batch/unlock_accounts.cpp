@@ -1,8 +1,9 @@
 #include "batch/unlock_accounts.hpp"
 
-#include "batch/find_accounts.hpp"
+#include "batch/bind_account.hpp"
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::batch {
 namespace {

@@ -6,7 +6,9 @@
 #include "format/passwords.hpp"
 #include "format/user_name.hpp"
 #include "session/activity_log.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::creation {
 

@@ -5,7 +5,9 @@
 #include "directory/operations.hpp"
 #include "format/filling.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::creation {
 namespace {

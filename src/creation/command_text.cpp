@@ -4,7 +4,9 @@
 
 #include "base/text.hpp"
 #include "format/filling.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::creation {
 namespace {

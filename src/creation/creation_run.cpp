@@ -3,6 +3,7 @@
 #include "controls/basic.hpp"
 #include "controls/tree_view.hpp"
 #include "format/filling.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {

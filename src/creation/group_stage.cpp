@@ -4,6 +4,8 @@
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
 #include "directory/operations.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {

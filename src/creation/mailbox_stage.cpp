@@ -7,6 +7,8 @@
 #include "directory/operations.hpp"
 #include "mail/create_mailbox2000.hpp"
 #include "mail/create_mailbox55.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
@@ -69,7 +71,7 @@ void take_account(CreationRun& run, const platform::ObjectPtr& user) {
 }  // namespace
 
 bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user) {
-  session.log.begin_block(session);
+  session.log.begin_block();
   CreationRun run(session);
   take_account(run, user);
   log(run, "Creating Mailbox:" + run.SamName);

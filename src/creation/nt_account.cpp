@@ -2,6 +2,7 @@
 #include "creation/account_stage.hpp"
 #include "creation/account_texts.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {

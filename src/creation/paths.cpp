@@ -1,8 +1,10 @@
 #include "creation/paths.hpp"
 
 #include "base/text.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::creation {
 namespace {

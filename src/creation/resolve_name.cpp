@@ -6,6 +6,8 @@
 #include "creation/validate_request.hpp"
 #include "directory/tree.hpp"
 #include "format/user_name.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 

@@ -9,10 +9,11 @@
 #include "controls/basic.hpp"
 #include "creation/creation_run.hpp"
 #include "directory/operations.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
 #include "resources/WTS.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "stores/side_tables.hpp"
 

@@ -6,6 +6,7 @@
 #include "creation/account_name.hpp"
 #include "format/user_name.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"

@@ -7,6 +7,9 @@
 #include "directory/names.hpp"
 #include "directory/tree.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {

@@ -10,6 +10,7 @@
 #include "creation/account_stage.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {

@@ -9,7 +9,12 @@
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/orphans.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::directory {
 namespace {
@@ -39,7 +44,7 @@ struct Load {
 void begin_log(Load& load) {
   Session& session = load.session;
   session::ActivityLog& log = session.log;
-  log.open(session);
+  log.open();
   log.line(session::kAsterisks);
   log.line(session::date_and_time(session));
   if (session::logs_load(session))

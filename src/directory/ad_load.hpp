@@ -10,9 +10,6 @@ struct Session;
 /// Loading an Active Directory domain into the tree and the lists.
 namespace twk::directory {
 
-/// The text of the one child of an OU node that was not read yet.
-inline constexpr std::string_view kDummyNode = "removedummykey";
-
 /// Fills the tree with OUs (and users, as the load options say) and every group list. False when the OUs
 /// could not be read, which a box tells, or when neither a user nor a group was found though users were asked
 /// for. Writes its steps to "Log.txt".

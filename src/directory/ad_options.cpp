@@ -5,6 +5,7 @@
 
 #include "base/text.hpp"
 #include "directory/load_options.hpp"
+#include "session/directory_windows.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 

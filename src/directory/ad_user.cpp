@@ -8,10 +8,11 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/account_expiry.hpp"
+#include "directory/details_fields.hpp"
 #include "directory/operations.hpp"
-#include "directory/user_details.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 

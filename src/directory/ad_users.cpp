@@ -5,7 +5,11 @@
 #include "directory/load_options.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::directory {
 namespace {
@@ -41,7 +45,7 @@ void show_all_users(Session& session, controls::ListView& list, bool to_multi_us
     return;
   controls::StatusBar& status = to_multi_user ? session.form1.StatusBar1 : session.groups.StatusBar1;
   status.panel1 = "Retrieving users please wait...";
-  session.log.open(session);
+  session.log.open();
   list.clear();
   if (!to_multi_user)
     session.groups.Members.clear();

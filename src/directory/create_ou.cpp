@@ -3,9 +3,13 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/ad_load.hpp"
+#include "directory/names.hpp"
 #include "directory/refusal.hpp"
 #include "directory/tree.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

@@ -1,6 +1,7 @@
 #include "directory/custom_fields.hpp"
 
 #include "base/text.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 
 namespace twk::directory {

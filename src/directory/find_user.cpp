@@ -12,6 +12,8 @@
 #include "directory/tree_path.hpp"
 #include "directory/user_details.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
 

@@ -7,6 +7,9 @@
 /// group rows are LDAP paths "LDAP://<domain>/<dn>", keys of OU nodes bare distinguished names.
 namespace twk::directory {
 
+/// The text of the one child of an OU node that was not read yet.
+inline constexpr std::string_view kDummyNode = "removedummykey";
+
 /// "DC=twk,DC=test" of "twk.test".
 std::string domain_distinguished_name(std::string_view domain_name);
 /// "twk.test" of "DC=twk,DC=test".

@@ -7,6 +7,9 @@
 #include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

@@ -6,6 +6,7 @@
 #include "directory/names.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

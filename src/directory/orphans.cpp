@@ -2,7 +2,8 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "directory/ad_load.hpp"
+#include "directory/names.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

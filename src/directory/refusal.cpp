@@ -3,6 +3,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

@@ -7,6 +7,8 @@
 #include "directory/nt_load.hpp"
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"

@@ -7,7 +7,9 @@
 #include "directory/load_options.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

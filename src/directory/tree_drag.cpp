@@ -3,7 +3,11 @@
 #include "base/errors.hpp"
 #include "directory/refusal.hpp"
 #include "directory/tree.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

@@ -8,6 +8,7 @@
 #include "directory/names.hpp"
 #include "directory/tree.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

@@ -2,6 +2,7 @@
 
 #include "controls/tree_view.hpp"
 #include "directory/create_ou.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

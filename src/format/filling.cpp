@@ -5,9 +5,10 @@
 
 #include "base/text.hpp"
 #include "format/name_tags.hpp"
+#include "format/replace.hpp"
 #include "format/tags.hpp"
-#include "format/variables.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::format {
 namespace {

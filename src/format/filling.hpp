@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "session/windows.hpp"
+
 namespace twk::session {
 struct Session;
 }

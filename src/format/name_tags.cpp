@@ -4,8 +4,8 @@
 #include <limits>
 
 #include "base/text.hpp"
+#include "format/replace.hpp"
 #include "format/tags.hpp"
-#include "format/variables.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 

@@ -2,8 +2,9 @@
 
 #include "base/text.hpp"
 #include "format/filling.hpp"
+#include "format/replace.hpp"
 #include "format/tags.hpp"
-#include "format/variables.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 

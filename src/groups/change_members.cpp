@@ -7,6 +7,8 @@
 #include "directory/operations.hpp"
 #include "groups/group_object.hpp"
 #include "groups/groups_window.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
 

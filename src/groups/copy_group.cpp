@@ -6,6 +6,7 @@
 #include "controls/drawing_off.hpp"
 #include "directory/operations.hpp"
 #include "groups/group_object.hpp"
+#include "session/group_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {

@@ -3,6 +3,8 @@
 #include "directory/user_details.hpp"
 #include "groups/group_object.hpp"
 #include "groups/groups_window.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
 

@@ -7,6 +7,8 @@
 #include "directory/operations.hpp"
 #include "groups/group_object.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
 

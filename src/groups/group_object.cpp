@@ -2,6 +2,9 @@
 
 #include "base/errors.hpp"
 #include "directory/operations.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {

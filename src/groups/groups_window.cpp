@@ -4,6 +4,8 @@
 #include "groups/copy_group.hpp"
 #include "groups/group_add.hpp"
 #include "groups/group_object.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {

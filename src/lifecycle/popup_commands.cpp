@@ -12,6 +12,9 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {
@@ -94,7 +97,7 @@ bool delete_folder(Session& session, const AccountProfile& profile, const std::s
   const KnownFolders known(session);
   show(session, "Deleting " + path + " ...");
   session.import.ImportStopped = false;
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("Deleting " + path);
   const bool deleted = File_Operation(session, path, {}, FileWork::kDelete, {.account = profile.account});
   session.log.line((deleted ? "Deleted Dir: " : "Error Deleting: ") + path);
@@ -120,7 +123,7 @@ bool Reset_Password(Session& session, const controls::TreeNode& node) {
       session.platform.dialogs.MsgBox("Reset Password for " + node.text, platform::Buttons::kYesNo,
                                       platform::Icon::kQuestion, "Reset Password") != platform::Answer::kYes)
     return false;
-  session.log.begin_block(session);
+  session.log.begin_block();
   const std::string password = format::reset_user_password_text(session, node.text);
   std::string reason;
   const bool done = set_password(session, node, password, reason);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/account_windows.hpp"
+
 namespace twk::controls {
 struct TreeNode;
 }

@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "format/filling.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {

@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "mail/mailbox_descriptor.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {

@@ -9,6 +9,9 @@
 #include "base/text.hpp"
 #include "mail/mail_rows.hpp"
 #include "mail/search_mail.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -128,12 +131,6 @@ void log_failure(Session& session, const base::RuntimeError& failure) {
 }
 
 }  // namespace
-
-std::string path_of(const Recipient& recipient) {
-  const std::size_t names = recipient.container.find('/', std::string_view("LDAP://").size());
-  return recipient.container.substr(0, names + 1) + "CN=" + escaped_name(recipient.name) + "," +
-         recipient.container.substr(names + 1);
-}
 
 Recipient find_mailbox_to_delete(Session& session, const MailboxDeletion& request) {
   if (!request.path.empty())

@@ -2,29 +2,9 @@
 
 #include <string>
 
-#include "mail/exchange_path.hpp"
+#include "mail/recipients.hpp"
 
 namespace twk::mail {
-
-/// Which mailbox is to go.
-struct MailboxDeletion {
-  bool CustomRecipient = false;
-  std::string AdminName;
-  std::string AdminPassword;
-  std::string SamName;
-  ExchangePlace place;
-  std::string path = {};  ///< of the mailbox, as the search gives it; empty for one whose container tells
-};
-
-/// A mailbox or custom recipient of an Exchange 5.5 directory.
-struct Recipient {
-  std::string container;  ///< path of what it lies in
-  std::string name;
-  bool CustomRecipient = false;
-  bool there = true;  ///< false for one that no container of the site has
-};
-/// "LDAP://EX55/CN=jo,CN=Recipients,OU=London,O=Org".
-std::string path_of(const Recipient& recipient);
 
 /// Decides which mailbox goes, and changes nothing: the one with the request's path, or the one in the
 /// container that the mail table names. Where a variable leaves the container open, the person is asked and

@@ -8,6 +8,7 @@
 #include "directory/names.hpp"
 #include "mail/create_mailbox2000.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
 

@@ -7,7 +7,9 @@
 #include "format/filling.hpp"
 #include "format/variables.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::mail {
 namespace {

@@ -8,6 +8,8 @@
 #include "controls/drawing_off.hpp"
 #include "controls/tree_view.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
 #include "session/session.hpp"
 
@@ -24,8 +26,6 @@ using session::Session;
 constexpr const char* kRoot = "root";
 constexpr const char* kContainer = "FOLDER";
 constexpr const char* kMailbox = "MAIL";
-constexpr const char* kRecipientClass = "Remote-Address";
-constexpr const char* kMailboxClass = "OrganizationalPerson";
 
 ExchangePlace place_of(const Serach_Mail& window) {
   return {std::string(base::trim(window.Text2.text.get())), window.ExSite, window.ExOrg};
@@ -177,18 +177,6 @@ void Find_Mail_User(Session& session, std::string_view name) {
   window.caption = ErrorText;
   session.log.reason(ErrorText + ": " + base::in_words(trap.number(), trap.description()));
   tell(session, ErrorText + "\r\n" + trap.description());
-}
-
-const char* class_of(bool CustomRecipient) {
-  return CustomRecipient ? kRecipientClass : kMailboxClass;
-}
-
-void delete_recipient(Session& session, platform::DirectoryObject& container, bool CustomRecipient,
-                      std::string_view name) {
-  if (session::is_debug(session))
-    session.log.line((CustomRecipient ? "Delete RA " : "Delete OP ") + std::string(name));
-  container.Delete(class_of(CustomRecipient), relative_name(name));
-  container.SetInfo();
 }
 
 bool Delete_Mail(Session& session) {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "mail/delete_mailbox.hpp"
+#include "mail/recipients.hpp"
 
 /// The window `Serach_Mail`: looks for a mailbox in all containers of an Exchange 5.5 site and lets the
 /// person choose the one that goes.
@@ -28,12 +28,6 @@ void search_again(session::Session& session);
 
 /// Marks the selected mailbox as the one that goes. False, and told in a box, when none is selected.
 bool Delete_Mail(session::Session& session);
-
-/// The class of a custom recipient or a mailbox.
-const char* class_of(bool CustomRecipient);
-/// Deletes a recipient of that name from its container. Raises what the directory raises.
-void delete_recipient(session::Session& session, platform::DirectoryObject& container, bool CustomRecipient,
-                      std::string_view name);
 
 /// What is selected, asked of the directory. Raises what the directory raises.
 Recipient selected_recipient(session::Session& session);

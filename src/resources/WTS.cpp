@@ -4,8 +4,10 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "format/filling.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
 #include "records/terminal_server_rows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::resources {

@@ -6,7 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "format/filling.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
 #include "resources/file_permission.hpp"
 #include "session/session.hpp"
 #include "stores/side_tables.hpp"

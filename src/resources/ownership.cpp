@@ -5,6 +5,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::resources {

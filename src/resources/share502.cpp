@@ -7,7 +7,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
 #include "resources/share_descriptor.hpp"
 #include "session/session.hpp"
 #include "stores/side_tables.hpp"

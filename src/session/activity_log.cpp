@@ -5,14 +5,10 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "session/session.hpp"
+#include "session/text_file.hpp"
 
 namespace twk::session {
 namespace {
-
-std::string log_path(const Session& session) {
-  return session.dbpath + "Log.txt";
-}
 
 /// A text that ends in a blank keeps it.
 std::string with_reasons(std::string_view message, const std::vector<std::string>& reasons) {
@@ -28,34 +24,20 @@ std::string with_reasons(std::string_view message, const std::vector<std::string
 
 }  // namespace
 
-std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message) {
-  if (severity != kGreen && severity != kYellow && severity != kRed) {
-    throw base::RuntimeError(base::error::kOutOfBounds, "No such light: " + std::string(severity));
-  }
-  if (severity == kRed)
-    session.platform.dialogs.beep();
-  const std::vector<std::string> reasons = session.log.take_reasons(severity != kGreen);
-  std::string text =
-      session.log.concealed(severity == kGreen ? std::string(message) : with_reasons(message, reasons));
-  session.form1.ListView1.add({}, text, std::string(severity), {date_and_time(session)});
-  return text;
-}
-
-void ActivityLog::open(Session& session) {
-  session_ = &session;
+void ActivityLog::open() {
   if (file_)
     return;
   base::Trap trap;
-  if (!trap([&] { file_ = session.platform.files.open_append(log_path(session)); }))
+  if (!trap([&] { file_ = services_.files.open_append(path()); }))
     fail(trap.description());
 }
 
-void ActivityLog::begin_block(Session& session) {
+void ActivityLog::begin_block() {
   reasons_.clear();
-  open(session);
+  open();
   line(kAsterisks);
-  line(date_and_time(session));
-  line("User:" + session.platform.environment.variable("USERNAME"));
+  line(date_and_time(services_.clock));
+  line("User:" + services_.environment.variable("USERNAME"));
 }
 
 void ActivityLog::line(std::string_view text) {
@@ -107,45 +89,27 @@ std::string ActivityLog::concealed(std::string_view text) const {
 
 void ActivityLog::fail(const std::string& reason) {
   file_.reset();
-  LOG_TAB(*session_, kYellow, "Cannot write to Log.txt: " + reason);
+  add_row(kYellow, "Cannot write to Log.txt: " + reason);
 }
 
 void ActivityLog::close() {
   file_.reset();
 }
 
-std::string date_and_time(Session& session) {
-  const base::Date now = session.platform.clock.now();
+std::string ActivityLog::add_row(std::string_view severity, std::string_view message) {
+  if (severity != kGreen && severity != kYellow && severity != kRed)
+    throw base::RuntimeError(base::error::kOutOfBounds, "No such light: " + std::string(severity));
+  if (severity == kRed)
+    services_.dialogs.beep();
+  const std::vector<std::string> reasons = take_reasons(severity != kGreen);
+  std::string text = concealed(severity == kGreen ? std::string(message) : with_reasons(message, reasons));
+  rows_.add({}, text, std::string(severity), {date_and_time(services_.clock)});
+  return text;
+}
+
+std::string date_and_time(const platform::Clock& clock) {
+  const base::Date now = clock.now();
   return base::format_date(now) + " " + base::format_time(now);
-}
-
-void write_run_file(Session& session, RunFile& file, std::string_view text) {
-  base::Trap trap;
-  if (trap([&] { file.line(text); }))
-    return;
-  file.close();
-  LOG_TAB(session, kYellow, "Import files: " + trap.description());
-}
-
-void Clear_log(Session& session) {
-  session.form1.ListView1.clear();
-}
-
-void Log_Detail(Session& session) {
-  std::string path = log_path(session);
-  std::replace(path.begin(), path.end(), '\\', '/');
-  const std::string failure = session.platform.process.run({"xdg-open", path}, false, 1).failure;
-  if (!failure.empty())
-    session.form1.StatusBar1.panel1 = "Log.txt cannot be shown: " + failure;
-}
-
-void Delete_Log_File(Session& session) {
-  const platform::Answer answer = session.platform.dialogs.MsgBox(
-      "Sure to delete the log file", platform::Buttons::kYesNo, platform::Icon::kQuestion, "Delete Log File");
-  if (answer != platform::Answer::kYes)
-    return;
-  base::Trap trap;
-  trap([&] { session.platform.files.remove(log_path(session)); });
 }
 
 }  // namespace twk::session

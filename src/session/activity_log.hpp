@@ -6,12 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/files.hpp"
-#include "session/text_file.hpp"
+#include "controls/list_view.hpp"
+#include "platform/platform.hpp"
 
 namespace twk::session {
-
-struct Session;
 
 /// Lights of the log tab, which are also the names of their pictures.
 inline constexpr std::string_view kGreen = "GREEN";
@@ -21,22 +19,20 @@ inline constexpr std::string_view kRed = "RED";
 /// The row of asterisks that begins each block of a log.
 inline constexpr std::string_view kAsterisks = "*****************************************";
 
-/// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN bears the reasons
-/// that the log was given since the row before, behind the message: " User jo deleted.: Error Deleting: …;
-/// …", each text once and the first of many. Gives the text of the row. Raises when the severity is none of
-/// the three.
-std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message);
-
 /// "Log.txt" in the database directory, open for the block of one operation; one write a line.
 ///
 /// A log that cannot be opened or written does not stop the operation: the first failure adds a "YELLOW" row
 /// to the log tab that names the file and the reason, and the rest of that block is dropped.
 class ActivityLog {
  public:
+  /// `directory` is the database directory as it is at each opening, `rows` the list of the log tab.
+  ActivityLog(const platform::Platform& services, const std::string& directory, controls::ListView& rows)
+      : services_(services), directory_(directory), rows_(rows) {}
+
   /// Opens the file when it is not open yet; without a header.
-  void open(Session& session);
+  void open();
   /// Opens the file and writes asterisks, date and time, and the person's name.
-  void begin_block(Session& session);
+  void begin_block();
   /// One line; nothing happens while the file is closed.
   void line(std::string_view text);
   /// A line that also says why the next light will not be GREEN. It counts while the file is closed, too.
@@ -57,30 +53,28 @@ class ActivityLog {
   /// A text as it may be shown.
   [[nodiscard]] std::string concealed(std::string_view text) const;
   void close();
+  /// Path of the file.
+  [[nodiscard]] std::string path() const { return directory_ + "Log.txt"; }
+  /// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN bears the reasons
+  /// that the log was given since the row before, after the message: " User jo deleted.: Error Deleting: …;
+  /// …", each text once and the first of many. Gives the text of the row. Raises when the severity is none of
+  /// the three.
+  std::string add_row(std::string_view severity, std::string_view message);
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }
 
  private:
   void fail(const std::string& reason);
 
-  Session* session_ = nullptr;
+  const platform::Platform& services_;
+  const std::string& directory_;
+  controls::ListView& rows_;
   std::unique_ptr<platform::AppendFile> file_;
   std::vector<std::string> reasons_;
   std::vector<std::string> told_;
   std::string secret_;
 };
 
-/// "31/12/2026 09:05:00" of the session's clock.
-std::string date_and_time(Session& session);
-
-/// One line of a file that an import keeps beside the log. A failure adds a "YELLOW" row to the log tab and
-/// closes the file, so that it is told once.
-void write_run_file(Session& session, RunFile& file, std::string_view text);
-
-/// The buttons of the log tab.
-void Clear_log(Session& session);
-/// Shows "Log.txt" in a text viewer, without waiting for it.
-void Log_Detail(Session& session);
-/// Asks, and deletes "Log.txt" on Yes. A file that is not there is no fault.
-void Delete_Log_File(Session& session);
+/// "31/12/2026 09:05:00" of the clock.
+std::string date_and_time(const platform::Clock& clock);
 
 }  // namespace twk::session

@@ -11,18 +11,37 @@
 #include "base/bytes.hpp"
 #include "platform/platform.hpp"
 #include "records/records.hpp"
-#include "session/account_windows.hpp"
 #include "session/activity_log.hpp"
-#include "session/ad_properties.hpp"
 #include "session/details_changes.hpp"
-#include "session/directory_windows.hpp"
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
-#include "session/windows.hpp"
+#include "session/text_file.hpp"
 
 namespace twk::session {
+
+struct ADProperties;
+struct AccountRuns;
+struct CSV_Import;
+struct CancelImport;
+struct Custom;
+struct Edit_Properties;
+struct FileProgress;
+struct Form1;
+struct GroupAdd;
+struct Groupsfrm;
+struct ImportGrps;
+struct Logon_Hours;
+struct MultiUser;
+struct Permissions;
+struct RenameUser;
+struct Rename_NT;
+struct Select_OU;
+struct Serach_Mail;
+struct Varibles_Form;
+struct WKS_PROFILE;
+struct frmADOptions;
+struct frmCopy_Group;
+struct frmFindW2KUser;
+struct frmSharePoints;
+struct frmSplash;
 
 inline constexpr std::int32_t kNativeMode = 0;
 inline constexpr std::int32_t kMixedMode = 1;
@@ -81,7 +100,15 @@ struct Session {
   /// fall-back of the database directory, without a final backslash.
   Session(const platform::Platform& services, std::string_view command_line,
           std::string_view program_directory);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
+ private:
+  struct Windows;
+  std::unique_ptr<Windows> windows_;
+
+ public:
   platform::Platform platform;
   std::string command_line;
   std::string program_directory;
@@ -126,35 +153,35 @@ struct Session {
   std::string Error_Log_Text;
   ImportState import;
   CreationOutcome LastCreation;
-  ActivityLog log;
 
-  // Windows.
-  Form1 form1;
-  DetailsChanges details{form1};  ///< what was changed on the user details tab
-  frmSplash splash;
-  Varibles_Form variables;
-  frmSharePoints share_points;
-  Groupsfrm groups;
-  GroupAdd group_add;
-  frmCopy_Group copy_group;
-  MultiUser multi_user;
-  ADProperties ad_properties;
-  RenameUser rename_user;
-  Rename_NT rename_nt;
-  WKS_PROFILE wks_profile;
-  FileProgress file_progress;
-  AccountRuns runs;
-  CSV_Import csv_import;
-  ImportGrps import_grps;
-  CancelImport cancel_import;
-  frmADOptions ad_options;
-  frmFindW2KUser find_user;
-  Select_OU select_ou;
-  Serach_Mail serach_mail;
-  Edit_Properties edit_properties;
-  Custom custom;
-  Logon_Hours logon_hours;
-  Permissions permissions;
+  // Windows. The state of each has a header of its own, so that a change of it concerns whom it concerns.
+  Form1& form1;
+  frmSplash& splash;
+  Varibles_Form& variables;
+  frmSharePoints& share_points;
+  Groupsfrm& groups;
+  GroupAdd& group_add;
+  frmCopy_Group& copy_group;
+  MultiUser& multi_user;
+  ADProperties& ad_properties;
+  RenameUser& rename_user;
+  Rename_NT& rename_nt;
+  WKS_PROFILE& wks_profile;
+  FileProgress& file_progress;
+  AccountRuns& runs;
+  CSV_Import& csv_import;
+  ImportGrps& import_grps;
+  CancelImport& cancel_import;
+  frmADOptions& ad_options;
+  frmFindW2KUser& find_user;
+  Select_OU& select_ou;
+  Serach_Mail& serach_mail;
+  Edit_Properties& edit_properties;
+  Custom& custom;
+  Logon_Hours& logon_hours;
+  Permissions& permissions;
+  DetailsChanges details;  ///< what was changed on the user details tab
+  ActivityLog log;
 };
 
 /// True in an Active Directory domain.

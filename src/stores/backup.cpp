@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"

@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "records/record_file.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
@@ -58,7 +59,7 @@ void compact_sites(Session& session) {
 
 void compact_templates(Session& session, const controls::ListView* domain_groups) {
   session::ActivityLog& log = session.log;
-  log.open(session);
+  log.open();
   log.line(session::kAsterisks);
   log.line(session::date_and_time(session));
   log.line("Start Compact");

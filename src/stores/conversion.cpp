@@ -5,6 +5,7 @@
 #include "records/old_records.hpp"
 #include "records/record_file.hpp"
 #include "records/records.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "stores/side_tables.hpp"

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "records/record_file.hpp"
 #include "records/terminal_server_rows.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 

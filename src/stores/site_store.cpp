@@ -2,7 +2,10 @@
 
 #include "base/text.hpp"
 #include "records/record_file.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 #include "stores/typed_text.hpp"

@@ -6,7 +6,11 @@
 #include "controls/drawing_off.hpp"
 #include "directory/load_options.hpp"
 #include "records/record_file.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 #include "stores/database_files.hpp"
 #include "stores/typed_text.hpp"
 

@@ -5,8 +5,11 @@
 
 #include "base/text.hpp"
 #include "records/record_file.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 #include "stores/database_files.hpp"
 #include "stores/template_store.hpp"
 #include "stores/typed_text.hpp"

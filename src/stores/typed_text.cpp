@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "records/records.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::stores {

@@ -1,7 +1,9 @@
 #include "windows/compact_database.hpp"
 
 #include "base/errors.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "stores/compaction.hpp"
 #include "stores/template_store.hpp"

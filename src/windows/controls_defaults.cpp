@@ -1,5 +1,6 @@
 #include "windows/controls_defaults.hpp"
 
+#include "session/form1.hpp"
 #include "stores/side_tables.hpp"
 #include "windows/editors/drive_letters.hpp"
 

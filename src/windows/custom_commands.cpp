@@ -7,6 +7,8 @@
 #include "creation/shell.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 
@@ -71,7 +73,7 @@ void run_custom_command(session::Session& session, int index, controls::TreeNode
   const std::string command = creation::shown_command(words);
   const bool hidden =
       base::equals_fold(session::read_setting(session, session::kCustom, "RUNHIDDEN" + suffix), "YES");
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("Running Script: " + command);
   const std::string failure =
       creation::clsShell(session.platform.process).Spawn(words, false, hidden ? 0 : 1).failure;

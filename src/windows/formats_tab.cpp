@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "format/user_name.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 
 namespace twk::windows {

@@ -1,5 +1,7 @@
 #include "windows/load_databases.hpp"
 
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"

@@ -12,6 +12,8 @@
 #include "directory/user_details.hpp"
 #include "groups/groups_window.hpp"
 #include "lifecycle/popup_commands.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "stores/backup.hpp"
 #include "windows/compact_database.hpp"

@@ -1,6 +1,8 @@
 #include "windows/manage_ou.hpp"
 
 #include "base/text.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "windows/refresh.hpp"

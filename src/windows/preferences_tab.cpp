@@ -1,5 +1,6 @@
 #include "windows/preferences_tab.hpp"
 
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/read_settings.hpp"
 

@@ -3,7 +3,9 @@
 #include "base/text.hpp"
 #include "directory/custom_fields.hpp"
 #include "format/passwords.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
+#include "session/windows.hpp"
 #include "windows/formats_tab.hpp"
 
 namespace twk::windows {

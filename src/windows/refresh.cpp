@@ -2,6 +2,9 @@
 
 #include "base/text.hpp"
 #include "directory/user_details.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_tab.hpp"

@@ -1,6 +1,7 @@
 #include "windows/setup_tab.hpp"
 
 #include "base/text.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/formats_tab.hpp"
 

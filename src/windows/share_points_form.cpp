@@ -1,6 +1,8 @@
 #include "windows/share_points_form.hpp"
 
+#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 #include "stores/template_store.hpp"
 #include "stores/typed_text.hpp"
 

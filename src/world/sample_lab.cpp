@@ -6,6 +6,7 @@
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"

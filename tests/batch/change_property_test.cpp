@@ -1,6 +1,8 @@
 #include "batch/change_property.hpp"
 
 #include "batch/property_world.hpp"
+#include "session/ad_properties.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::batch {
 namespace {

@@ -3,6 +3,9 @@
 #include "base/errors.hpp"
 #include "batch/delete_options.hpp"
 #include "batch/multi_user_world.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "session/settings.hpp"
 
 namespace twk::batch {

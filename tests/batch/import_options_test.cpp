@@ -1,5 +1,6 @@
 #include "batch/import_options.hpp"
 
+#include "session/windows.hpp"
 #include "support/world.hpp"
 
 namespace twk::batch {

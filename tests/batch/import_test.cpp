@@ -6,6 +6,8 @@
 #include "batch/import_file.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/account_expiry.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::batch {

@@ -1,6 +1,7 @@
 #include "batch/move_users.hpp"
 
 #include "batch/multi_user_world.hpp"
+#include "session/account_windows.hpp"
 
 namespace twk::batch {
 namespace {

@@ -6,6 +6,7 @@
 
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
+#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::test {

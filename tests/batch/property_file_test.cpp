@@ -1,6 +1,8 @@
 #include "batch/property_file.hpp"
 
 #include "batch/property_world.hpp"
+#include "session/ad_properties.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::batch {
 namespace {

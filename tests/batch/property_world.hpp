@@ -9,6 +9,8 @@
 #include "batch/change_property.hpp"
 #include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
+#include "session/ad_properties.hpp"
+#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::batch {

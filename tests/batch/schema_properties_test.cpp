@@ -4,6 +4,7 @@
 
 #include "batch/property_world.hpp"
 #include "records/terminal_server_rows.hpp"
+#include "session/ad_properties.hpp"
 
 namespace twk::batch {
 namespace {

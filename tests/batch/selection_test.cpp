@@ -3,6 +3,8 @@
 #include "batch/multi_user_world.hpp"
 #include "batch/selection_walk.hpp"
 #include "controls/tree_view.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "windows/main_window.hpp"
 
 namespace twk::batch {
@@ -62,7 +64,7 @@ TEST(SelectionOfADirectory, AMemberThatIsNoUserIsPassedOverAndNamedInTheLog) {
   world.services.directory.GetObject(world.key("Readers"))->Add("LDAP://twk.test/CN=Staff,DC=twk,DC=test");
   world.open();
   world.select_readers();
-  world.session.log.open(world.session);
+  world.session.log.open();
   EXPECT_THAT(walked(world), ElementsAre("ann"));
   EXPECT_THAT(world.log(), testing::HasSubstr("Not a user: LDAP://twk.test/CN=Staff,DC=twk,DC=test\n"));
 }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "session/windows.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::creation {

@@ -1,6 +1,8 @@
 #include "creation/create_user.hpp"
 
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::creation {

@@ -1,5 +1,6 @@
 #include "creation/create_user.hpp"
 #include "mail/mail_session.hpp"
+#include "session/form1.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::creation {

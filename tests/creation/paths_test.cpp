@@ -1,5 +1,7 @@
 #include "creation/paths.hpp"
 
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 #include "support/world.hpp"
 
 namespace twk::creation {

@@ -1,5 +1,6 @@
 #include "creation/create_user.hpp"
 #include "resources/file_permission.hpp"
+#include "session/form1.hpp"
 #include "stores/side_tables.hpp"
 #include "support/lab_session.hpp"
 

@@ -1,6 +1,7 @@
 #include "directory/ad_options.hpp"
 
 #include "directory/load_options.hpp"
+#include "session/directory_windows.hpp"
 #include "session/settings.hpp"
 #include "support/world.hpp"
 

@@ -2,6 +2,7 @@
 
 #include "directory/tree.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::directory {

@@ -2,6 +2,8 @@
 
 #include "directory/tree.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 #include "windows/start_up.hpp"
 

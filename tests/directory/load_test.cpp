@@ -1,9 +1,13 @@
 #include "controls/tree_view.hpp"
 #include "directory/ad_load.hpp"
+#include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/orphans.hpp"
 #include "directory/select_domain.hpp"
 #include "directory/tree.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"
 

@@ -1,6 +1,7 @@
 #include "directory/operations.hpp"
 
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"
 

@@ -3,6 +3,8 @@
 #include "directory/tree.hpp"
 #include "directory/tree_path.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::directory {

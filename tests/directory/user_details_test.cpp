@@ -1,3 +1,5 @@
+#include "directory/details_fields.hpp"
+#include "session/form1.hpp"
 #include "support/details_world.hpp"
 #include "support/world.hpp"
 

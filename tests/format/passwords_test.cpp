@@ -1,5 +1,6 @@
 #include "format/passwords.hpp"
 
+#include "session/form1.hpp"
 #include "support/world.hpp"
 
 namespace twk::format {

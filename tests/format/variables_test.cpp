@@ -1,7 +1,9 @@
 #include "format/variables.hpp"
+#include "format/replace.hpp"
 
 #include "format/filling.hpp"
 #include "format/tags.hpp"
+#include "session/windows.hpp"
 #include "support/world.hpp"
 
 namespace twk::format {

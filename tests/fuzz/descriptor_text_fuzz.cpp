@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "base/errors.hpp"
-#include "live/descriptor_text.hpp"
+#include "live/files/descriptor_text.hpp"
 
 /// What a file server tells of a folder's rights is refused, or what is written of it reads as the same.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -7,6 +7,7 @@
 #include "batch/csv_layout.hpp"
 #include "fuzz/fuzz_world.hpp"
 #include "records/records.hpp"
+#include "session/form1.hpp"
 
 /// The bytes of an import file, of which each line goes through layout, splitting, names and the checks of a
 /// creation, to the point where an account would be made.

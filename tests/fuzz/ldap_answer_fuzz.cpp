@@ -11,9 +11,9 @@
 
 #include "ads/schema.hpp"
 #include "base/errors.hpp"
-#include "live/ldap_connection.hpp"
-#include "live/ldap_errors.hpp"
-#include "live/subschema.hpp"
+#include "live/ldap/ldap_connection.hpp"
+#include "live/ldap/ldap_errors.hpp"
+#include "live/ldap/subschema.hpp"
 #include "platform/sid.hpp"
 
 namespace {

@@ -4,9 +4,9 @@
 
 #include "base/errors.hpp"
 #include "fuzz/rpc_answers.hpp"
-#include "live/account_service.hpp"
-#include "live/logon_service.hpp"
-#include "live/server_service.hpp"
+#include "live/rpc/account_service.hpp"
+#include "live/rpc/logon_service.hpp"
+#include "live/rpc/server_service.hpp"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "base/bytes.hpp"
-#include "live/rpc_pipe.hpp"
-#include "live/samba_headers.hpp"
+#include "live/rpc/rpc_pipe.hpp"
+#include "live/rpc/samba_headers.hpp"
 #include "platform/little_endian.hpp"
 
 namespace twk::test {

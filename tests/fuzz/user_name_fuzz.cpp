@@ -7,6 +7,8 @@
 #include "format/tags.hpp"
 #include "format/variables.hpp"
 #include "fuzz/fuzz_world.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "groups/copy_group.hpp"
 
 #include "groups/groups_world.hpp"
+#include "session/group_windows.hpp"
 
 namespace twk::groups {
 namespace {

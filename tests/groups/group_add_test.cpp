@@ -1,6 +1,9 @@
 #include "groups/group_add.hpp"
 
 #include "groups/groups_world.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "windows/manage_ou.hpp"
 
 namespace twk::groups {

@@ -1,4 +1,5 @@
 #include "groups/groups_world.hpp"
+#include "session/form1.hpp"
 
 namespace twk::groups {
 namespace {

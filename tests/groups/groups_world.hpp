@@ -1,6 +1,7 @@
 #pragma once
 
 #include "groups/groups_window.hpp"
+#include "session/group_windows.hpp"
 #include "support/details_world.hpp"
 #include "support/world.hpp"
 

@@ -10,6 +10,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/directory.hpp"
+#include "session/editor_windows.hpp"
 
 namespace twk::lab {
 namespace {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "contract/world.hpp"
+#include "session/editor_windows.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace twk::lab {

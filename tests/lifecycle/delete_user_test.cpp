@@ -3,6 +3,9 @@
 #include "lifecycle/lifecycle_world.hpp"
 #include "platform/acl.hpp"
 #include "records/records.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {

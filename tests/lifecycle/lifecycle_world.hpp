@@ -7,6 +7,8 @@
 #include "controls/tree_view.hpp"
 #include "directory/tree.hpp"
 #include "platform/network.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::test {

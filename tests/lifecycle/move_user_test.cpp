@@ -4,6 +4,9 @@
 #include "lifecycle/rehearsal/rehearsal.hpp"
 #include "lifecycle/trees/file_operation.hpp"
 #include "lifecycle/trees/folder_use.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::lifecycle {

@@ -1,6 +1,8 @@
 #include "lifecycle/popup_commands.hpp"
 
 #include "lifecycle/lifecycle_world.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
 #include "support/details_world.hpp"
 
 namespace twk::lifecycle {

@@ -2,6 +2,9 @@
 #include "lifecycle/rename/rename_names.hpp"
 #include "lifecycle/rename/rename_nt.hpp"
 #include "lifecycle/rename/rename_user.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {

@@ -2,6 +2,9 @@
 
 #include "mail/search_mail.hpp"
 #include "mail_session.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::mail {
 namespace {
@@ -26,7 +29,7 @@ class MailboxDeletionTest : public testing::Test {
     remote->Put("Target-Address", "a@b");
     remote->SetInfo();
     world.session.form1.Confirm_Deletes.value = 0;
-    world.session.log.open(world.session);
+    world.session.log.open();
   }
   void make(const std::string& container, const std::string& name,
             const std::string& object_class = "OrganizationalPerson") {

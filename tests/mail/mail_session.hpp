@@ -1,6 +1,7 @@
 #pragma once
 
 #include "creation/create_user.hpp"
+#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::test {

@@ -2,6 +2,7 @@
 
 #include "creation/create_user.hpp"
 #include "mail/delete_mailbox.hpp"
+#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::mail {

@@ -1,6 +1,9 @@
 #include "resources/WTS.hpp"
 
 #include "records/terminal_server_rows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
+#include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"

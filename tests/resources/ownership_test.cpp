@@ -2,6 +2,7 @@
 
 #include "resources/file_permission.hpp"
 #include "resources/resources_world.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::resources {
 namespace {

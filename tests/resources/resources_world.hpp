@@ -22,7 +22,7 @@ class ResourcesWorld : public test::TestWorld {
     environment.variables["LOGONSERVER"] = "\\\\DC2";
     security.accounts.insert({{"JO", *platform::Sid::parse("S-1-5-21-1-2-3-1001")},
                               {"STAFF", *platform::Sid::parse("S-1-5-21-1-2-3-1002")}});
-    session.log.open(session);
+    session.log.open();
   }
 
   void table(std::string_view file, const std::vector<records::PermissionRecord>& rows) {

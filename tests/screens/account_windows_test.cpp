@@ -1,7 +1,9 @@
+#include "session/account_windows.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/tree.hpp"
 #include "lifecycle/popup_commands.hpp"
 #include "screens/screen_test.hpp"
+#include "session/form1.hpp"
 #include "support/details_world.hpp"
 #include "windows/main_window.hpp"
 

@@ -1,6 +1,7 @@
 #include "directory/user_details.hpp"
 #include "screens/screen_test.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/form1.hpp"
 #include "support/details_world.hpp"
 
 namespace twk::test {

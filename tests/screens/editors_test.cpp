@@ -1,5 +1,8 @@
 #include "screens/screen_test.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/template_tab.hpp"
 #include "windows/editors/custom_properties.hpp"

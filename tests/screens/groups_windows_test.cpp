@@ -1,5 +1,6 @@
 #include "screens/screen_test.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/group_windows.hpp"
 #include "support/details_world.hpp"
 
 namespace twk::test {

@@ -2,7 +2,8 @@
 
 #include "batch/import_options.hpp"
 #include "screens/screen_test.hpp"
-#include "session/activity_log.hpp"
+#include "session/log_tab.hpp"
+#include "session/windows.hpp"
 
 namespace twk::test {
 namespace {

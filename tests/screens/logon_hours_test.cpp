@@ -1,7 +1,9 @@
 #include "windows/editors/logon_hours.hpp"
+#include "windows/editors/hours_of_week.hpp"
 
 #include "screens/screen_test.hpp"
 #include "screens/widgets/hours_grid.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 
 namespace twk::test {

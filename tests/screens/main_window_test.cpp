@@ -1,6 +1,7 @@
 #include "controls/tree_view.hpp"
 #include "directory/tree.hpp"
 #include "screens/screen_test.hpp"
+#include "session/form1.hpp"
 
 namespace twk::test {
 namespace {

@@ -5,6 +5,7 @@
 #include "platform/adsi.hpp"
 #include "screens/screen_test.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::test {
 

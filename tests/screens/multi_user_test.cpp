@@ -1,4 +1,6 @@
+#include "session/multi_user.hpp"
 #include "screens/multi_user_screen.hpp"
+#include "session/form1.hpp"
 
 namespace twk::test {
 namespace {

@@ -1,10 +1,12 @@
 #include "screens/program/program_windows.hpp"
+#include "session/form1.hpp"
 
 #include <set>
 
 #include "screens/help/help_topics.hpp"
 #include "screens/screen_test.hpp"
 #include "screens/widgets/icons.hpp"
+#include "session/windows.hpp"
 #include "windows/tips.hpp"
 
 namespace twk::test {

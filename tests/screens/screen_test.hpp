@@ -8,6 +8,7 @@
 #include "screens/main/main_window.hpp"
 #include "screens/program/qt_dialogs.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::test {

@@ -1,4 +1,5 @@
 #include "screens/screen_test.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/start_up.hpp"
 

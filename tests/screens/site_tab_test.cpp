@@ -2,6 +2,7 @@
 
 #include "screens/screen_test.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/form1.hpp"
 
 namespace twk::test {
 namespace {

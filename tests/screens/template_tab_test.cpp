@@ -1,5 +1,6 @@
 #include "screens/screen_test.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/form1.hpp"
 
 namespace twk::test {
 namespace {

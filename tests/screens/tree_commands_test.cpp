@@ -1,5 +1,6 @@
 #include "platform/ldap_text.hpp"
 #include "screens/screen_test.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 
 namespace twk::test {

@@ -1,5 +1,6 @@
-#include "session/activity_log.hpp"
 
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "support/world.hpp"
 
 namespace twk::session {
@@ -28,7 +29,7 @@ TEST_F(Log, ARowHoldsLightMessageDateAndTime) {
 }
 
 TEST_F(Log, ABlockBeginsWithAsterisksTimeAndPerson) {
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("Creating User:Zoë");
   session.log.close();
   session.log.line("after the end");
@@ -38,14 +39,14 @@ TEST_F(Log, ABlockBeginsWithAsterisksTimeAndPerson) {
 }
 
 TEST_F(Log, NothingThatIsTypedBreaksALine) {
-  session.log.open(session);
+  session.log.open();
   session.log.line("a\r\nGREEN forged\tline");
   EXPECT_EQ(file(), "a<U+000D><U+000A>GREEN forged<U+0009>line\r\n");
 }
 
 TEST_F(Log, AFileThatCannotBeWrittenIsToldOnceABlock) {
   files.fail_from(1, base::error::kDiskFull);
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("lost");
   session.log.close();
   ASSERT_EQ(session.form1.ListView1.size(), 1U);
@@ -55,7 +56,7 @@ TEST_F(Log, AFileThatCannotBeWrittenIsToldOnceABlock) {
 
 TEST_F(Log, ListAndFileAreClearedApart) {
   LOG_TAB(session, kGreen, "row");
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.close();
   Clear_log(session);
   EXPECT_TRUE(session.form1.ListView1.empty());

@@ -1,5 +1,7 @@
 #include "session/text_file.hpp"
 
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "support/world.hpp"
 
 namespace twk::session {

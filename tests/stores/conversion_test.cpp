@@ -2,6 +2,8 @@
 
 #include "records/old_records.hpp"
 #include "records/records.hpp"
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
 #include "support/world.hpp"
 
 namespace twk::stores {

@@ -1,6 +1,7 @@
 #include "stores/side_tables.hpp"
 
 #include "records/layout.hpp"
+#include "session/form1.hpp"
 #include "support/world.hpp"
 #include "windows/load_databases.hpp"
 

@@ -2,6 +2,8 @@
 
 #include "records/layout.hpp"
 #include "records/record_file.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "support/other_process.hpp"
 #include "support/world.hpp"
 

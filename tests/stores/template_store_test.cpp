@@ -1,6 +1,10 @@
 #include "stores/template_store.hpp"
+#include "windows/editors/hours_of_week.hpp"
 
 #include "records/layout.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
+#include "session/windows.hpp"
 #include "stores/template_tab.hpp"
 #include "support/world.hpp"
 

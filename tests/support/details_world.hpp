@@ -7,6 +7,7 @@
 #include "directory/tree.hpp"
 #include "directory/user_details.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 
 namespace twk::test {

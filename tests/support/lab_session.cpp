@@ -7,6 +7,7 @@
 #include "directory/operations.hpp"
 #include "directory/tree.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/start_up.hpp"
 

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "local/posix_files.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "support/fakes.hpp"

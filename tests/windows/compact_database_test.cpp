@@ -1,6 +1,8 @@
 #include "windows/compact_database.hpp"
 
 #include "directory/select_domain.hpp"
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
 

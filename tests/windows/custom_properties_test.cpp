@@ -1,5 +1,7 @@
 #include "windows/editors/custom_properties.hpp"
 
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
 #include "support/world.hpp"
 
 namespace twk::windows {

@@ -1,5 +1,8 @@
 #include "windows/editors/edit_properties.hpp"
 
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "support/world.hpp"
 

@@ -1,5 +1,8 @@
 #include "windows/editors/hours_zone.hpp"
+#include "windows/editors/hours_of_week.hpp"
 
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
 #include "support/world.hpp"
 #include "windows/editors/logon_hours.hpp"
 

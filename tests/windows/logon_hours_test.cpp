@@ -1,5 +1,8 @@
 #include "windows/editors/logon_hours.hpp"
+#include "windows/editors/hours_of_week.hpp"
 
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
 #include "support/world.hpp"
 
 namespace twk::windows {

@@ -2,6 +2,10 @@
 
 #include "directory/tree.hpp"
 #include "directory/tree_popup.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
 #include "windows/refresh.hpp"

@@ -1,5 +1,7 @@
 #include "windows/manage_ou.hpp"
 
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
 #include "windows/refresh.hpp"

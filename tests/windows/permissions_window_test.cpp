@@ -1,5 +1,6 @@
 #include "windows/editors/permissions_window.hpp"
 
+#include "session/editor_windows.hpp"
 #include "stores/side_tables.hpp"
 #include "support/world.hpp"
 

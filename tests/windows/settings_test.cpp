@@ -1,5 +1,6 @@
 #include "session/settings.hpp"
 
+#include "session/form1.hpp"
 #include "support/world.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/preferences_tab.hpp"

@@ -1,5 +1,7 @@
 #include "windows/share_points_form.hpp"
 
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 #include "support/world.hpp"
 
 namespace twk::windows {

@@ -1,6 +1,8 @@
 #include "windows/start_up.hpp"
 
+#include "session/form1.hpp"
 #include "session/settings.hpp"
+#include "session/windows.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"
 

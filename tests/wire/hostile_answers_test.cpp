@@ -4,10 +4,10 @@
 
 #include "base/errors.hpp"
 #include "fuzz/rpc_answers.hpp"
-#include "live/account_service.hpp"
-#include "live/ldap_errors.hpp"
-#include "live/ndr.hpp"
-#include "live/server_service.hpp"
+#include "live/ldap/ldap_errors.hpp"
+#include "live/rpc/account_service.hpp"
+#include "live/rpc/ndr.hpp"
+#include "live/rpc/server_service.hpp"
 
 namespace twk::live {
 namespace {

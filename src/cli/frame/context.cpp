@@ -11,7 +11,9 @@
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
 #include "lifecycle/rehearsal/rehearsal.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
+#include "session/windows.hpp"
 #include "windows/read_settings.hpp"
 #include "windows/start_up.hpp"
 

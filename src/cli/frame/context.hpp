@@ -7,6 +7,7 @@
 #include <string>
 
 #include "cli/frame/directory_reader.hpp"
+#include "cli/frame/global_options.hpp"
 #include "cli/terminal/console_dialogs.hpp"
 #include "cli/terminal/output.hpp"
 #include "session/session.hpp"
@@ -17,20 +18,6 @@ class Rehearsal;
 }
 
 namespace twk::cli {
-
-/// The options in front of the command.
-struct GlobalOptions {
-  std::string lab;
-  bool live = false;  ///< the real domain, whatever lab the environment names
-  world::ConnectionOptions connection;
-  std::string logon_password_file;            ///< "-" for standard input
-  std::optional<std::string> logon_password;  ///< of the environment
-  std::string db;
-  bool json = false;
-  bool yes = false;
-  bool no_input = false;
-  bool debug = false;
-};
 
 /// How much of a session a command needs.
 enum class Depth {

@@ -11,6 +11,7 @@
 #include "directory/account_expiry.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "windows/editors/hours_of_week.hpp"
 
 namespace twk::cli {
 namespace {

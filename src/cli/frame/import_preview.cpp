@@ -7,6 +7,7 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

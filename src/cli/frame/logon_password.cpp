@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "cli/frame/context.hpp"
+#include "cli/frame/global_options.hpp"
 #include "cli/terminal/display.hpp"
 #include "cli/terminal/input.hpp"
 

@@ -7,6 +7,8 @@
 #include "directory/operations.hpp"
 #include "mail/search_mail.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
 #include "stores/site_store.hpp"
 
 namespace twk::cli {

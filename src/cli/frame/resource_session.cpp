@@ -67,7 +67,7 @@ void in_plain_words(const std::function<void()>& calls, const std::string& accou
 }
 
 void in_log_block(session::Session& session, const std::function<void()>& work) {
-  session.log.begin_block(session);
+  session.log.begin_block();
   try {
     work();
   } catch (const std::runtime_error& failure) {

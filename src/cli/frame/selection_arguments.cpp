@@ -9,6 +9,7 @@
 #include "cli/terminal/interrupt.hpp"
 #include "platform/directory.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {

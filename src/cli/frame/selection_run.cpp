@@ -6,6 +6,9 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "base/text.hpp"
 #include "cli/terminal/failures.hpp"
+#include "session/form1.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::cli {

@@ -4,6 +4,8 @@
 #include "cli/parser/field_checks.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 #include "stores/template_store.hpp"
 #include "stores/template_tab.hpp"
 

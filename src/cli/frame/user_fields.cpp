@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "cli/terminal/failures.hpp"
 #include "directory/account_expiry.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

@@ -5,6 +5,8 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
+#include "session/account_windows.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {

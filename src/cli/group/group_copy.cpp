@@ -7,6 +7,7 @@
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
 #include "groups/copy_group.hpp"
+#include "session/group_windows.hpp"
 
 namespace twk::cli {
 namespace {

@@ -5,6 +5,7 @@
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/failures.hpp"
 #include "groups/group_add.hpp"
+#include "session/group_windows.hpp"
 
 namespace twk::cli {
 namespace {

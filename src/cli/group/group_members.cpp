@@ -8,6 +8,7 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "groups/groups_window.hpp"
+#include "session/group_windows.hpp"
 
 namespace twk::cli {
 namespace {

@@ -10,6 +10,7 @@
 #include "resources/account_lookup.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/file_permission.hpp"
+#include "session/multi_user.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::cli {

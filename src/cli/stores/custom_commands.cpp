@@ -2,6 +2,7 @@
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/terminal/exit_codes.hpp"
+#include "session/editor_windows.hpp"
 #include "windows/editors/custom_properties.hpp"
 
 namespace twk::cli {

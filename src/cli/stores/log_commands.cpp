@@ -6,6 +6,7 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
+#include "session/log_tab.hpp"
 
 namespace twk::cli {
 namespace {

@@ -5,6 +5,7 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "directory/ad_options.hpp"
+#include "session/directory_windows.hpp"
 
 namespace twk::cli {
 namespace {

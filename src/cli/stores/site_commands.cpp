@@ -5,6 +5,7 @@
 #include "cli/parser/field_checks.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

@@ -6,6 +6,7 @@
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "platform/value.hpp"
+#include "session/form1.hpp"
 #include "stores/template_tab.hpp"
 
 namespace twk::cli {

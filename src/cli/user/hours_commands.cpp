@@ -5,8 +5,10 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "stores/template_tab.hpp"
+#include "windows/editors/hours_of_week.hpp"
 #include "windows/editors/hours_zone.hpp"
 #include "windows/editors/logon_hours.hpp"
 

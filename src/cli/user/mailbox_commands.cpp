@@ -5,6 +5,8 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "creation/mailbox_stage.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "stores/template_store.hpp"
 
 namespace twk::cli {
@@ -93,7 +95,7 @@ int remove(Context& context, const MailboxArguments& arguments) {
   return act_and_tell(
       context, session,
       [&] {
-        session.log.begin_block(session);
+        session.log.begin_block();
         const bool deleted = has_store(session) ? delete_new(context, session, arguments.name)
                                                 : delete_old(context, session, arguments);
         session.log.close();

@@ -7,6 +7,8 @@
 #include "cli/terminal/progress.hpp"
 #include "cli/user/user_commands.hpp"
 #include "lifecycle/popup_commands.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

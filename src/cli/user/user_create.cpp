@@ -5,6 +5,7 @@
 #include "cli/terminal/progress.hpp"
 #include "cli/user/user_commands.hpp"
 #include "creation/create_user.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

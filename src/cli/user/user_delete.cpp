@@ -8,6 +8,10 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "cli/users/users_commands.hpp"
+#include "session/account_windows.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "stores/template_store.hpp"
 
 namespace twk::cli {

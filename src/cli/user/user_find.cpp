@@ -3,6 +3,7 @@
 #include "cli/user/user_commands.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/find_user.hpp"
+#include "session/directory_windows.hpp"
 
 namespace twk::cli {
 namespace {

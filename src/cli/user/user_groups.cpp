@@ -7,6 +7,7 @@
 #include "cli/user/user_commands.hpp"
 #include "directory/user_details.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

@@ -14,6 +14,9 @@
 #include "cli/terminal/progress.hpp"
 #include "cli/user/user_commands.hpp"
 #include "local/posix_files.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/windows.hpp"
 
 namespace twk::cli {
 namespace {

@@ -7,6 +7,9 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "cli/users/users_commands.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {

@@ -4,6 +4,7 @@
 #include "directory/names.hpp"
 #include "directory/tree_drag.hpp"
 #include "directory/tree_path.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

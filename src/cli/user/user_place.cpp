@@ -4,6 +4,7 @@
 #include "cli/user/user_commands.hpp"
 #include "directory/tree.hpp"
 #include "directory/tree_path.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

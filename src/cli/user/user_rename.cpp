@@ -9,6 +9,8 @@
 #include "lifecycle/rename/rename_principal.hpp"
 #include "lifecycle/rename/rename_record.hpp"
 #include "lifecycle/rename/rename_user.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

@@ -6,6 +6,7 @@
 #include "cli/terminal/interrupt.hpp"
 #include "cli/user/user_commands.hpp"
 #include "lifecycle/popup_commands.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

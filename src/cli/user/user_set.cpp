@@ -4,6 +4,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "directory/user_details.hpp"
+#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {

@@ -5,6 +5,8 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
 #include "cli/users/users_commands.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {

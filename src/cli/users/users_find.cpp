@@ -10,6 +10,7 @@
 #include "directory/ad_load.hpp"
 #include "directory/nt_load.hpp"
 #include "platform/adsi.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {

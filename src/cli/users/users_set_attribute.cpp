@@ -6,6 +6,8 @@
 #include "batch/property_file.hpp"
 #include "batch/schema_properties.hpp"
 #include "cli/terminal/display.hpp"
+#include "session/ad_properties.hpp"
+#include "session/multi_user.hpp"
 
 #include <utility>
 #include "cli/frame/resource_session.hpp"

@@ -8,6 +8,7 @@
 #include "directory/names.hpp"
 #include "directory/tree_path.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/form1.hpp"
 #include "windows/manage_ou.hpp"
 
 namespace twk::cli {

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "lab/store/entry_store.hpp"
+#include "lab/store/entry.hpp"
 #include "lab/store/hash_table.hpp"
 #include "lab/store/packed_attributes.hpp"
 

@@ -1,5 +1,7 @@
 #include "lifecycle/account/consent.hpp"
 
+#include "session/account_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

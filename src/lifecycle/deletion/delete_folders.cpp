@@ -4,6 +4,8 @@
 #include "lifecycle/trees/file_operation.hpp"
 #include "resources/account_lookup.hpp"
 #include "resources/file_permission.hpp"
+#include "session/account_windows.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {

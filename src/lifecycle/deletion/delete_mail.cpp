@@ -3,6 +3,11 @@
 #include "lifecycle/account/account_log.hpp"
 #include "lifecycle/deletion/delete_run.hpp"
 #include "records/record_file.hpp"
+#include "session/account_windows.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 

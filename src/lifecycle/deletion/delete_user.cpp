@@ -8,6 +8,10 @@
 #include "lifecycle/deletion/delete_run.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -98,7 +102,7 @@ bool Delete_One_User(Session& session, std::string_view UserKey) {
   const KnownFolders known(session);
   DeleteRun run{.session = session, .key = std::string(UserKey)};
   session.multi_user.Label3.caption = std::string("Deleting User(s)");
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("Delete User: " + run.key);
   prepare_failure(session, "Unable to get Domain Data...",
                   "Unable to get user info from Domain, User:" + run.key);

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "session/account_windows.hpp"
+
 namespace twk::session {
 struct Session;
 }

@@ -9,6 +9,9 @@
 #include "lifecycle/rename/dir_shr_rename.hpp"
 #include "lifecycle/trees/file_operation.hpp"
 #include "lifecycle/trees/folder_use.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {

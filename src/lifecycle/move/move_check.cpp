@@ -10,6 +10,8 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "resources/share502.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
 
 namespace twk::lifecycle {
 namespace {

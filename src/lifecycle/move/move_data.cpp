@@ -9,6 +9,9 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/own_tree.hpp"
 #include "resources/share502.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {

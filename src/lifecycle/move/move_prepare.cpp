@@ -1,6 +1,6 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
 #include "lifecycle/account/account_log.hpp"
 #include "lifecycle/move/move_run.hpp"
 #include "lifecycle/rename/dir_shr_rename.hpp"
@@ -8,6 +8,9 @@
 #include "resources/account_lookup.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
+#include "session/windows.hpp"
 
 namespace twk::lifecycle {
 namespace {

@@ -12,6 +12,10 @@
 #include "lifecycle/move/move_run.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 #include "stores/template_tab.hpp"
@@ -247,7 +251,7 @@ MoveOutcome Move_One_User(Session& session, std::string_view UserKey) {
               .profile = {.what = kProfilePath}};
   if (session::is_active_directory(session) && !base::starts_with_fold(run.key, "LDAP://"))
     run.key = "LDAP://" + run.key;
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("Moving User: " + run.key);
   MoveOutcome outcome = MoveOutcome::kNotMoved;
   try {

@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/paths.hpp"
+#include "session/account_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

@@ -7,7 +7,12 @@
 #include "lifecycle/rename/rename_shr_dir.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "stores/typed_text.hpp"
 
@@ -114,7 +119,7 @@ void change_names(Session& session, controls::TreeNode& node) {
   const session::Rename_NT& window = session.rename_nt;
   const KnownFolders known(session);
   const std::string new_name(base::trim(window.User_Logon.text.get()));
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("Rename User " + window.OldName + " to " + new_name);
   if (!accepts_logon_name(session)) {
     if (window.Name_Changed)

@@ -10,6 +10,7 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/own_tree.hpp"
 #include "platform/adsi.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

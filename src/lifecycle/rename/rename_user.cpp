@@ -9,7 +9,12 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "stores/typed_text.hpp"
 
@@ -263,7 +268,7 @@ bool RenameUser_Command2_Click(Session& session) {
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr || has_refused_text(session))
     return false;
-  session.log.begin_block(session);
+  session.log.begin_block();
   session.log.line("Renaming user:" + node->text);
   RenameRun run{session, *node};
   base::Trap trap;

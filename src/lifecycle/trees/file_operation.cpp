@@ -10,6 +10,8 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/tree_copy.hpp"
 #include "lifecycle/trees/tree_path.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

@@ -4,6 +4,9 @@
 #include <array>
 
 #include "base/text.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

@@ -6,8 +6,9 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "format/variables.hpp"
+#include "format/replace.hpp"
 #include "lifecycle/account/account_paths.hpp"
+#include "session/account_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

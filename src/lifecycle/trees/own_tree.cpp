@@ -8,6 +8,7 @@
 #include "base/text.hpp"
 #include "lifecycle/account/consent.hpp"
 #include "lifecycle/trees/folder_use.hpp"
+#include "session/account_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

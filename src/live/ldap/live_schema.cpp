@@ -7,7 +7,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "live/ldap_errors.hpp"
+#include "live/ldap/ldap_errors.hpp"
 #include "platform/ldap_text.hpp"
 
 namespace twk::live {

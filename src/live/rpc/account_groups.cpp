@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "live/ldap/ldap_errors.hpp"
+#include "live/rpc/account_service.hpp"
 #include "live/rpc/account_session.hpp"
 
 namespace twk::live {

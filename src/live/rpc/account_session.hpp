@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "base/errors.hpp"
-#include "live/rpc/account_service.hpp"
 #include "live/rpc/ndr.hpp"
+#include "live/rpc/rpc_pipe.hpp"
+#include "live/rpc/sam_account.hpp"
 #include "live/rpc/samba_headers.hpp"
+#include "platform/sid.hpp"
 
 /// What the parts of `AccountService` share: handles of the service and the calls on them.
 namespace twk::live {

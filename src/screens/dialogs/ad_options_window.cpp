@@ -7,6 +7,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/directory_windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -5,6 +5,8 @@
 #include "batch/import.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
 
 namespace twk::screens {
 namespace {

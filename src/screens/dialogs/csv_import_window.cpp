@@ -9,6 +9,7 @@
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -4,6 +4,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/edited_list.hpp"
+#include "session/editor_windows.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/editors/edit_properties.hpp"
 

@@ -7,6 +7,7 @@
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/editor_windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -5,6 +5,7 @@
 #include "lifecycle/trees/file_operation.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/account_windows.hpp"
 
 namespace twk::screens {
 

@@ -6,6 +6,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/directory_windows.hpp"
 
 namespace twk::screens {
 namespace {

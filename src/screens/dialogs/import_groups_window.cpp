@@ -6,6 +6,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/windows.hpp"
 
 namespace twk::screens {
 namespace {

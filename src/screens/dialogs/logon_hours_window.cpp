@@ -7,6 +7,7 @@
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/hours_grid.hpp"
+#include "session/editor_windows.hpp"
 #include "windows/editors/hours_zone.hpp"
 #include "windows/editors/logon_hours.hpp"
 

@@ -8,6 +8,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/editor_windows.hpp"
 
 namespace twk::screens {
 namespace {

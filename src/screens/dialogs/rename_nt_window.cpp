@@ -4,6 +4,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/account_windows.hpp"
 
 namespace twk::screens {
 

@@ -8,6 +8,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_pane.hpp"
+#include "session/directory_windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -3,6 +3,7 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/directory_windows.hpp"
 #include "windows/manage_ou.hpp"
 
 namespace twk::screens {

@@ -4,6 +4,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/windows.hpp"
 #include "windows/share_points_form.hpp"
 
 namespace twk::screens {

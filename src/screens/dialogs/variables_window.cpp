@@ -4,6 +4,7 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/edited_list.hpp"
+#include "session/windows.hpp"
 #include "windows/editors/edit_properties.hpp"
 
 namespace twk::screens {

@@ -6,6 +6,7 @@
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/group_windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -11,6 +11,7 @@
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/group_windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "screens/program/program_windows.hpp"
+#include "session/form1.hpp"
 
 namespace twk::screens {
 namespace {

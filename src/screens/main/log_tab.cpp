@@ -4,7 +4,8 @@
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/activity_log.hpp"
+#include "session/form1.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 
 namespace twk::screens {

@@ -5,6 +5,7 @@
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/edited_list.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/form1.hpp"
 #include "windows/editors/edit_properties.hpp"
 #include "windows/preferences_tab.hpp"
 

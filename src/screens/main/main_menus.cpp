@@ -5,6 +5,7 @@
 #include "screens/program/program_windows.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/icons.hpp"
+#include "session/form1.hpp"
 #include "windows/main_window.hpp"
 
 namespace twk::screens {

@@ -18,6 +18,10 @@
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_drag.hpp"
 #include "screens/widgets/window_state.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/windows.hpp"
 #include "windows/main_window.hpp"
 
 namespace twk::screens {

@@ -11,6 +11,7 @@
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/light.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/form1.hpp"
 #include "windows/preferences_tab.hpp"
 
 namespace twk::screens {

@@ -7,6 +7,7 @@
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/form1.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/preferences_tab.hpp"
 

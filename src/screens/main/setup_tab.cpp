@@ -9,6 +9,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/form1.hpp"
 #include "windows/editors/permissions_window.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/setup_tab.hpp"

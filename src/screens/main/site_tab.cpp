@@ -10,6 +10,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/form1.hpp"
 #include "stores/site_store.hpp"
 
 namespace twk::screens {

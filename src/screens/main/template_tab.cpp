@@ -8,6 +8,7 @@
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
+#include "session/form1.hpp"
 #include "stores/template_tab.hpp"
 #include "windows/editors/logon_hours.hpp"
 #include "windows/share_points_form.hpp"

@@ -7,6 +7,7 @@
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/form1.hpp"
 #include "windows/main_window.hpp"
 
 namespace twk::screens {

@@ -5,6 +5,7 @@
 #include "directory/tree_popup.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
+#include "session/form1.hpp"
 #include "windows/main_window.hpp"
 
 namespace twk::screens {

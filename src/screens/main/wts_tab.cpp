@@ -3,6 +3,7 @@
 
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/edited_list.hpp"
+#include "session/form1.hpp"
 #include "windows/editors/edit_properties.hpp"
 
 namespace twk::screens {

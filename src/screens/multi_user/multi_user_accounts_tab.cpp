@@ -9,6 +9,7 @@
 #include "batch/account_functions.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::screens {
 namespace {

@@ -6,6 +6,7 @@
 #include "batch/delete_users.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::screens {
 namespace {

@@ -8,6 +8,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::screens {
 namespace {

@@ -9,6 +9,8 @@
 #include "batch/schema_properties.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
+#include "session/ad_properties.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::screens {
 namespace {

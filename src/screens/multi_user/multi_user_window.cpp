@@ -9,6 +9,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/multi_user.hpp"
 
 namespace twk::screens {
 namespace {

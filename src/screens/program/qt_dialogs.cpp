@@ -7,7 +7,11 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/account_windows.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
+#include "session/windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -10,6 +10,7 @@
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/windows.hpp"
 
 namespace twk::screens {
 namespace {

@@ -8,6 +8,8 @@
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/editor_windows.hpp"
+#include "windows/editors/hours_of_week.hpp"
 #include "windows/editors/logon_hours.hpp"
 
 namespace twk::screens {

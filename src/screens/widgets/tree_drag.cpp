@@ -9,6 +9,7 @@
 #include "directory/tree_drag.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
+#include "session/form1.hpp"
 
 namespace twk::screens {
 namespace {

@@ -1,6 +1,7 @@
 #include "screens/widgets/tree_model.hpp"
 
 #include "directory/ad_load.hpp"
+#include "directory/names.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
 

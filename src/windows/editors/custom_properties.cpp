@@ -2,6 +2,8 @@
 
 #include "base/text.hpp"
 #include "directory/custom_fields.hpp"
+#include "session/editor_windows.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/editors/editor_messages.hpp"
 

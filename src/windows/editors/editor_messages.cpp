@@ -1,5 +1,6 @@
 #include "windows/editors/editor_messages.hpp"
 
+#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "stores/typed_text.hpp"
 

@@ -4,7 +4,7 @@
 
 #include "base/text.hpp"
 #include "session/settings.hpp"
-#include "windows/editors/logon_hours.hpp"
+#include "windows/editors/hours_of_week.hpp"
 
 namespace twk::windows {
 namespace {

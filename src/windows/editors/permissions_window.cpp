@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "session/editor_windows.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"

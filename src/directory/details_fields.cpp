@@ -1,0 +1,74 @@
+#include "directory/details_fields.hpp"
+
+#include "base/error_words.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/account_expiry.hpp"
+#include "session/form1.hpp"
+#include "session/hourglass.hpp"
+#include "session/session.hpp"
+
+namespace twk::directory {
+
+using session::Form1;
+using session::Session;
+
+bool check_drive_letter(Session& session) {
+  const std::string& drive = session.form1.UM_Drive_Letter.text;
+  if (drive.empty() || (drive.size() == 2 && drive[1] == ':' && drive[0] >= '@' && drive[0] <= 'Z'))
+    return true;
+  session.platform.dialogs.beep();
+  session.form1.StatusBar1.panel1 = "Home Drive Format Incorrect";
+  return false;
+}
+
+void stage_typed_expiry(Session& session, platform::User& user) {
+  platform::Clock& clock = session.platform.clock;
+  const std::string& typed = session.form1.AccExpires.text;
+  base::Trap unknown;
+  std::string stored;
+  unknown([&] { stored = expiry_text(clock, expiry_of(user)); });
+  if (typed != stored || unknown.number() != 0)
+    put_expiry(user, expiry_of_text(clock, typed));
+}
+
+std::string text_or_empty(platform::DirectoryObject& object, std::string_view property) {
+  try {
+    return object.Get(property).text();
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() == platform::ads_error::kPropertyNotFound)
+      return {};
+    throw;
+  }
+}
+
+bool save_shown_user(Session& session, bool (*save)(Session& session)) {
+  bool saved = false;
+  base::Trap trap;
+  trap([&] { saved = save(session); });
+  session.CurrentUser.reset();
+  if (trap.number() != 0)
+    session.form1.StatusBar1.panel1 =
+        "Error saving user: " + base::in_words(trap.number(), trap.description());
+  return saved;
+}
+
+void show_lock_out(Session& session, bool locked) {
+  session.form1.chkAcctLockedOut.value = locked ? 1 : 0;
+  session.form1.chkAcctLockedOut.enabled = locked;
+}
+
+void show_membership(Session& session, const std::string& key, const std::string& name,
+                     const std::string& icon, bool primary) {
+  session::Form1& form = session.form1;
+  if (form.ListView4.find_key(key) == nullptr) {
+    std::vector<std::string> sub_items;
+    if (primary)
+      sub_items.emplace_back(kPrimaryGroup);
+    form.ListView4.add(key, name, icon, std::move(sub_items));
+  }
+  if (const controls::ListRow* const row = form.ListView3.find_key(base::trim(key)))
+    form.ListView3.remove(*row);
+}
+
+}  // namespace twk::directory

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "mail/exchange_path.hpp"
+#include "platform/directory.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+/// Recipients of an Exchange 5.5 server: mailboxes and custom recipients.
+namespace twk::mail {
+
+inline constexpr const char* kRecipientClass = "Remote-Address";
+inline constexpr const char* kMailboxClass = "OrganizationalPerson";
+
+/// Which mailbox is to go.
+struct MailboxDeletion {
+  bool CustomRecipient = false;
+  std::string AdminName;
+  std::string AdminPassword;
+  std::string SamName;
+  ExchangePlace place;
+  std::string path = {};  ///< of the mailbox, as the search gives it; empty for one whose container tells
+};
+
+/// A mailbox or custom recipient of an Exchange 5.5 directory.
+struct Recipient {
+  std::string container;  ///< path of what it lies in
+  std::string name;
+  bool CustomRecipient = false;
+  bool there = true;  ///< false for one that no container of the site has
+};
+/// "LDAP://EX55/CN=jo,CN=Recipients,OU=London,O=Org".
+std::string path_of(const Recipient& recipient);
+
+/// The class of a custom recipient or a mailbox.
+const char* class_of(bool CustomRecipient);
+/// Deletes a recipient of that name from its container. Raises what the directory raises.
+void delete_recipient(session::Session& session, platform::DirectoryObject& container, bool CustomRecipient,
+                      std::string_view name);
+
+}  // namespace twk::mail
