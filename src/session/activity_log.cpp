@@ -107,7 +107,7 @@ std::string ActivityLog::add_row(std::string_view severity, std::string_view mes
   return text;
 }
 
-std::string date_and_time(const platform::Clock& clock) {
+std::string date_and_time(platform::Clock& clock) {
   const base::Date now = clock.now();
   return base::format_date(now) + " " + base::format_time(now);
 }

@@ -75,6 +75,6 @@ class ActivityLog {
 };
 
 /// "31/12/2026 09:05:00" of the clock.
-std::string date_and_time(const platform::Clock& clock);
+std::string date_and_time(platform::Clock& clock);
 
 }  // namespace twk::session

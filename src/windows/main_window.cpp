@@ -14,6 +14,7 @@
 #include "lifecycle/popup_commands.hpp"
 #include "session/form1.hpp"
 #include "session/log_tab.hpp"
+#include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "stores/backup.hpp"
 #include "windows/compact_database.hpp"

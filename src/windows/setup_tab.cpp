@@ -4,6 +4,7 @@
 #include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/formats_tab.hpp"
+#include "windows/setting_controls.hpp"
 
 namespace twk::windows {
 namespace {
@@ -41,12 +42,8 @@ void Command3_Click(session::Session& session) {
 
   keep_typed_format(session);
 
-  const std::initializer_list<std::pair<std::string_view, bool>> ticks = {
-      {"CreateHidden", form1.Run_Hidden[0].on()}, {"MoveHidden", form1.Run_Hidden[1].on()},
-      {"DeleteHidden", form1.Run_Hidden[2].on()}, {"WaitNew", form1.Wait_NEW[0].on()},
-      {"WaitMove", form1.Wait_NEW[1].on()},       {"WaitDelete", form1.Wait_NEW[2].on()}};
-  for (const auto& [name, ticked] : ticks)
-    session::write_yes_no(session, session::kSetup, name, ticked);
+  for (const SettingBox& row : command_boxes(form1))
+    session::write_yes_no(session, row.sub_key, row.name, row.box.on());
 }
 
 void Run_Hidden_Click(session::Session& session) {

@@ -1,4 +1,5 @@
 #include "batch/account_functions.hpp"
+#include "session/multi_user.hpp"
 
 #include "base/errors.hpp"
 #include "batch/multi_user_world.hpp"

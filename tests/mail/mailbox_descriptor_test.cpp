@@ -47,7 +47,7 @@ class MailboxDescriptor : public test::TestWorld {
                      command_line, "/opt/twk") {
     mail_session.dbpath = database.path().string() + "\\";
     mail_session.DomainName = "TWK";
-    mail_session.log.open(mail_session);
+    mail_session.log.open();
   }
   std::string log() {
     mail_session.log.close();

@@ -49,7 +49,7 @@ class TerminalServerSettings : public test::TestWorld {
   TerminalServerSettings() {
     windows::prepare_controls(wts);
     wts.dbpath = database.path().string() + "\\";
-    wts.log.open(wts);
+    wts.log.open();
   }
 
   void put(std::size_t row, std::string_view value) {

@@ -2,6 +2,7 @@
 
 #include "batch/import_options.hpp"
 #include "screens/screen_test.hpp"
+#include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "session/windows.hpp"
 
@@ -173,7 +174,7 @@ TEST_F(ImportWindowsTest, TheLogTabKeepsTheNewestRowInViewAndClears) {
   auto* const list = find<QTreeView>("ListView1");
   const QRect newest = list->visualRect(list->model()->index(199, 0));
   EXPECT_TRUE(list->viewport()->rect().contains(newest));
-  lab.session.log.begin_block(lab.session);
+  lab.session.log.begin_block();
   lab.session.log.close();
   click("Clear_log");
   EXPECT_EQ(list->model()->rowCount(), 0);
@@ -183,7 +184,7 @@ TEST_F(ImportWindowsTest, TheLogTabKeepsTheNewestRowInViewAndClears) {
 TEST_F(ImportWindowsTest, TheLogFileIsShownAndDeletedOnlyOnYes) {
   open();
   window->tabs().setCurrentIndex(session::tab::kLog);
-  lab.session.log.begin_block(lab.session);
+  lab.session.log.begin_block();
   lab.session.log.close();
   click("Log_Detail");
   EXPECT_THAT(lab.process.commands, Contains(Contains(HasSubstr("Log.txt"))));

@@ -20,7 +20,7 @@ TEST_F(SettingsSchemaTest, EverySettingThatIsReadIsKnown) {
   windows::chosen_zone(session.platform);
   ASSERT_GT(registry.asked.size(), 60U);
   for (const auto& [key, name] : registry.asked)
-    EXPECT_TRUE(is_setting(key.substr(kTree.size() + 1), name)) << key << " " << name;
+    EXPECT_NE(find_setting(key.substr(kTree.size() + 1), name), nullptr) << key << " " << name;
 }
 
 TEST_F(SettingsSchemaTest, AValueIsRefusedWhenItsReaderWouldPassItOver) {
@@ -46,8 +46,13 @@ TEST_F(SettingsSchemaTest, AValueIsRefusedWhenItsReaderWouldPassItOver) {
                {"Preferences", "LogonHoursZone", "Berlin", "UTC+12 or Workstation"},
                {"Setup", "SetupID", "anything", ""}};
   for (const auto& one : cases)
-    EXPECT_EQ(setting_refusal(one.key, one.name, one.value), one.taken) << one.name << " " << one.value;
-  EXPECT_FALSE(is_setting("Stup", "SetupID"));
+    EXPECT_EQ(setting_refusal(*find_setting(one.key, one.name), one.value), one.taken)
+        << one.name << " " << one.value;
+  EXPECT_EQ(find_setting("Stup", "SetupID"), nullptr);
+  for (const Setting& setting : all_settings()) {
+    EXPECT_EQ(setting_refusal(setting, setting.initial), "") << setting.full_name();
+    EXPECT_FALSE(setting.meaning.empty()) << setting.full_name();
+  }
 }
 
 }  // namespace

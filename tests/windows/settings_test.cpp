@@ -5,6 +5,7 @@
 #include "windows/formats_tab.hpp"
 #include "windows/preferences_tab.hpp"
 #include "windows/read_settings.hpp"
+#include "windows/setting_controls.hpp"
 #include "windows/setup_tab.hpp"
 
 namespace twk::windows {
@@ -100,47 +101,41 @@ TEST_F(SettingsTest, NumbersSelectAnEntryOrTheDefault) {
 
 TEST_F(SettingsTest, EachWordIsComparedInItsOwnWay) {
   struct Case {
-    std::string_view sub_key;
-    std::string_view name;
-    controls::CheckBox& box;
+    std::string_view names;
     std::string_view ticks;
     std::string_view unticks;
   };
   const Case cases[] = {
-      {"Preferences", "UseFormattedPassword", form1.FmtPass, "YES yes Yes", "No True"},
-      {"Preferences", "CantChangePWD", form1.USR_Cant_Change, "yes YES", "No x"},
-      {"Preferences", "PasswdNVRExpire", form1.PWD_NVR_EXPIRE, "yes Yes", "No x"},
-      {"Preferences", "ProfileDeleteUsername", form1.Profile_Delete_Name, "yes YES", "No"},
-      {"Preferences", "ConfirmDeletes", form1.Confirm_Deletes, "Yes no NO x", "No"},
-      {"Preferences", "AdminShares", form1.chkAdmin_Shares, "Yes no", "No"},
-      {"Preferences", "ConfirmResets", form1.Confirm_Resets, "Yes NO", "No"},
-      {"Preferences", "CheckAdminRights", form1.Domain_Admin, "Yes", "yes YES No"},
-      {"Preferences", "AccountDisabled", form1.New_Disabled, "Yes", "yes No"},
-      {"Preferences", "SkipPrompt", form1.STOP_ON_RED[2], "Yes", "yes"},
-      {"Preferences", "StopOnWarning", form1.STOP_ON_RED[1], "Yes", "YES"},
-      {"Preferences", "StopOnError", form1.STOP_ON_RED[0], "Yes", "yes"},
-      {"UM", "CreateDirs", form1.Create_Dirs, "Yes", "yes No"},
-      {"UM", "CreateShares", form1.Create_Shares, "Yes", "No"},
-      {"UM", "SetPermissions", form1.Dir_Security, "Yes", "No"},
-      {"UM", "UserAccount", form1.Create_User_Account, "Yes", "No"},
-      {"UM", "MailAccount", form1.Create_Mail_Account, "Yes", "No"},
-      {"UM", "RunCmd", form1.Run_script, "Yes", "No"},
-      {"Mail", "MailCredentials", form1.Mail_Logon, "True x", "FALSE false"},
-      {"Setup", "CreateHidden", form1.Run_Hidden[0], "Yes", "yes No"},
-      {"Setup", "MoveHidden", form1.Run_Hidden[1], "Yes", "No"},
-      {"Setup", "DeleteHidden", form1.Run_Hidden[2], "Yes", "No"},
-      {"Setup", "WaitNew", form1.Wait_NEW[0], "Yes", "No"},
-      {"Setup", "WaitMove", form1.Wait_NEW[1], "Yes", "No"},
-      {"Setup", "WaitDelete", form1.Wait_NEW[2], "Yes", "No"},
+      {"UseFormattedPassword CantChangePWD PasswdNVRExpire ProfileDeleteUsername", "YES yes Yes",
+       "No True x"},
+      {"ConfirmDeletes AdminShares ConfirmResets", "Yes no NO x", "No"},
+      {"CheckAdminRights AccountDisabled SkipPrompt StopOnWarning StopOnError", "Yes", "yes YES No x"},
+      {"CreateDirs CreateShares SetPermissions UserAccount MailAccount RunCmd", "Yes", "yes No x"},
+      {"CreateHidden MoveHidden DeleteHidden WaitNew WaitMove WaitDelete", "Yes", "yes No x"},
   };
-  for (const Case& one : cases) {
-    for (const bool ticked : {true, false}) {
-      for (const std::string& word : base::split(ticked ? one.ticks : one.unticks, ' ')) {
-        set(one.sub_key, one.name, word);
-        read_settings(session);
-        EXPECT_EQ(one.box.on(), ticked) << one.name << " " << word;
+  std::size_t boxes = 0;
+  const auto expect_ticks = [&](const SettingBox& row) {
+    const std::string name = " " + std::string(row.name) + " ";
+    for (const Case& one : cases) {
+      if ((" " + std::string(one.names) + " ").find(name) == base::npos)
+        continue;
+      ++boxes;
+      for (const bool ticked : {true, false}) {
+        for (const std::string& word : base::split(ticked ? one.ticks : one.unticks, ' ')) {
+          set(row.sub_key, row.name, word);
+          read_setting_controls(session);
+          EXPECT_EQ(row.box.on(), ticked) << row.name << " " << word;
+        }
       }
     }
+  };
+  std::ranges::for_each(setting_boxes(form1), expect_ticks);
+  std::ranges::for_each(command_boxes(form1), expect_ticks);
+  EXPECT_EQ(boxes, setting_boxes(form1).size() + command_boxes(form1).size());
+  for (const auto& [word, own] : {std::pair("FALSE", true), {"false", true}, {"True", false}, {"x", false}}) {
+    set("Mail", "MailCredentials", word);
+    read_settings(session);
+    EXPECT_EQ(form1.Mail_Logon.on(), !own) << word;
   }
 }
 
@@ -290,64 +285,27 @@ TEST_F(SettingsTest, AStoredPresetCountsAtTheNextStartAndATypedFormatMakesTheCho
   EXPECT_EQ(form1.FN_Format.text.get(), "Dr. %Last%");
 }
 
-TEST_F(SettingsTest, ABoxIsStoredWhenItIsClicked) {
-  struct Case {
-    std::string_view sub_key;
-    std::string_view name;
-    controls::CheckBox& box;
-    void (*click)(session::Session&);
-  };
-  const Case cases[] = {
-      {"UM", "CreateDirs", form1.Create_Dirs, Create_Dirs_Click},
-      {"UM", "CreateShares", form1.Create_Shares, Create_Shares_Click},
-      {"UM", "SetPermissions", form1.Dir_Security, Dir_Security_Click},
-      {"UM", "UserAccount", form1.Create_User_Account, Create_User_Account_Click},
-      {"UM", "MailAccount", form1.Create_Mail_Account, Create_Mail_Account_Click},
-      {"UM", "RunCmd", form1.Run_script, Run_script_Click},
-      {"Preferences", "PasswdNVRExpire", form1.PWD_NVR_EXPIRE, PWD_NVR_EXPIRE_Click},
-      {"Preferences", "ProfileDeleteUsername", form1.Profile_Delete_Name, Profile_Delete_Name_Click},
-      {"Preferences", "ConfirmDeletes", form1.Confirm_Deletes, Confirm_Deletes_Click},
-      {"Preferences", "ConfirmResets", form1.Confirm_Resets, Confirm_Resets_Click},
-      {"Preferences", "AdminShares", form1.chkAdmin_Shares, chkAdmin_Shares_Click},
-      {"Preferences", "CheckAdminRights", form1.Domain_Admin, Domain_Admin_Click},
-      {"Preferences", "AccountDisabled", form1.New_Disabled, New_Disabled_Click},
-      {"Preferences", "ForcePasswdChange", form1.Password_Change, Password_Change_Click},
-      {"Preferences", "CantChangePWD", form1.USR_Cant_Change, USR_Cant_Change_Click},
-      {"Preferences", "SkipPrompt", form1.STOP_ON_RED[2], STOP_ON_RED_Click},
-      {"Setup", "RunHidden", form1.Run_Hidden[0], Run_Hidden_Click},
-  };
-  for (const Case& one : cases) {
+TEST_F(SettingsTest, ABoxIsStoredWhenItIsClickedAndAnOptionButtonWhenItIsChosen) {
+  for (const SettingBox& row : setting_boxes(form1)) {
     for (const int value : {1, 0}) {
-      one.box.value = value;
-      one.click(session);
-      EXPECT_EQ(setting(one.sub_key, one.name), value == 1 ? "Yes" : "No") << one.name;
+      row.box.value = value;
+      store_box(session, row.box);
+      EXPECT_EQ(setting(row.sub_key, row.name), value == 1 ? "Yes" : "No") << row.name;
     }
   }
-}
-
-TEST_F(SettingsTest, AnOptionButtonIsStoredWhenItIsChosen) {
-  struct Case {
-    std::string_view name;
-    std::string_view word;
-    controls::OptionButton& chosen;
-    controls::OptionButton& other;
-    void (*click)(session::Session&);
-  };
-  const Case cases[] = {
-      {"CNName", "No", form1.SamAccountName, form1.CNName, SamAccountName_Click},
-      {"CNName", "Yes", form1.CNName, form1.SamAccountName, CNName_Click},
-      {"Sorted", "Yes", form1.Sorted_Yes, form1.Sorted_No, Sorted_Yes_Click},
-      {"Sorted", "No", form1.Sorted_No, form1.Sorted_Yes, Sorted_No_Click},
-      {"DisplayName", "Yes", form1.DisplayName, form1.DNName, DisplayName_Click},
-      {"DisplayName", "No", form1.DNName, form1.DisplayName, DNName_Click},
-  };
-  for (const Case& one : cases) {
-    one.click(session);
-    EXPECT_EQ(setting("Preferences", one.name), one.word);
-    read_settings(session);
-    EXPECT_TRUE(one.chosen.value.get()) << one.name << " " << one.word;
-    EXPECT_FALSE(one.other.value.get());
+  for (const SettingPair& pair : setting_pairs(form1)) {
+    for (const bool on : {false, true}) {
+      choose_option(session, on ? pair.on : pair.off);
+      EXPECT_EQ(setting("Preferences", pair.name), on ? "Yes" : "No");
+      controls::choose(pair.on, pair.off, !on);
+      read_settings(session);
+      EXPECT_EQ(pair.on.value.get(), on) << pair.name;
+      EXPECT_EQ(pair.off.value.get(), !on) << pair.name;
+    }
   }
+  form1.Run_Hidden[0].value = 1;
+  Run_Hidden_Click(session);
+  EXPECT_EQ(setting("Setup", "RunHidden"), "Yes");
 }
 
 TEST_F(SettingsTest, HaltingOnWarningsCarriesHaltingOnErrors) {
@@ -366,7 +324,7 @@ TEST_F(SettingsTest, HaltingOnWarningsCarriesHaltingOnErrors) {
 
 TEST_F(SettingsTest, APasswordThatCannotChangeUnticksAndStoresThatItMust) {
   form1.Password_Change.value = 1;
-  Password_Change_Click(session);
+  store_box(session, form1.Password_Change);
   form1.USR_Cant_Change.value = 1;
   USR_Cant_Change_Click(session);
   EXPECT_FALSE(form1.Password_Change.on());

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "cli/frame/global_options.hpp"
+#include "cli/terminal/console_dialogs.hpp"
 #include "cli/terminal/display.hpp"
 #include "cli/terminal/input.hpp"
 

@@ -7,6 +7,7 @@
 #include "batch/run_controls.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/parser/command.hpp"
+#include "session/account_windows.hpp"
 
 /// What the commands that delete, move and reset users have in common.
 namespace twk::cli {

@@ -11,6 +11,7 @@
 #include "cli/terminal/input.hpp"
 #include "local/regedit.hpp"
 #include "platform/registry.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "session/settings_schema.hpp"
 
@@ -46,11 +47,11 @@ std::string full_key(std::string_view key) {
 
 /// True for a value that is a password itself, not a format, an instruction or nothing.
 bool is_password(std::string_view name, std::string_view value) {
-  constexpr std::array kNames = {std::string_view("Password"), std::string_view("FormattedPassword"),
-                                 std::string_view("Mail_Password")};
-  const bool named = std::any_of(kNames.begin(), kNames.end(),
-                                 [&](std::string_view one) { return base::equals_fold(one, name); });
-  return named && !value.empty() && value.find('%') == base::npos && !base::equals_fold(value, "PROMPT");
+  const auto is_secret = [&](const session::Setting& one) {
+    return one.secret && base::equals_fold(one.name, name);
+  };
+  return std::ranges::any_of(session::all_settings(), is_secret) && !value.empty() &&
+         value.find('%') == base::npos && !base::equals_fold(value, "PROMPT");
 }
 
 /// What of a value may be seen by whoever looks over a shoulder or reads what a script kept.
@@ -75,9 +76,14 @@ std::string_view sub_key_of(std::string_view key) {
 void require_known(std::string_view key, std::string_view name, std::string_view value) {
   constexpr const char* kForce = " --force writes it all the same, for another program.";
   const std::string full = std::string(key) + "\\" + std::string(name);
-  if (!session::is_setting(key, name))
-    throw UsageError(no_such_text("setting", full, session::setting_names()) + kForce);
-  const std::string wanted = session::setting_refusal(key, name, value);
+  const session::Setting* const setting = session::find_setting(key, name);
+  if (setting == nullptr) {
+    std::vector<std::string> names;
+    for (const session::Setting& one : session::all_settings())
+      names.push_back(one.full_name());
+    throw UsageError(no_such_text("setting", full, names) + kForce);
+  }
+  const std::string wanted = session::setting_refusal(*setting, value);
   if (!wanted.empty())
     throw UsageError("The setting " + full + " takes " + wanted + ", not \"" + std::string(value) + "\"." +
                      kForce);
@@ -152,6 +158,24 @@ int list_settings(Context& context, const SettingsArguments& arguments) {
 }
 
 /// A mask would be taken for the password when the text is imported: passwords are left out.
+/// What can be set, whether or not it is.
+int describe_settings(Context& context, const SettingsArguments& arguments) {
+  static const std::vector<Column> columns = {
+      {"name", "Setting"}, {"takes", "Takes"}, {"default", "Default"}, {"meaning", "Meaning"}};
+  std::vector<Json> rows;
+  for (const session::Setting& setting : session::all_settings()) {
+    if (arguments.key.empty() || base::equals_fold(setting.sub_key, sub_key_of(arguments.key)))
+      rows.push_back({{"name", setting.full_name()},
+                      {"takes", setting.taken()},
+                      {"default", setting.initial},
+                      {"meaning", setting.meaning}});
+  }
+  if (rows.empty())
+    throw UsageError("There are no settings in " + arguments.key + ".");
+  context.output().table(columns, rows);
+  return kExitGreen;
+}
+
 int export_settings(Context& context, const SettingsArguments& arguments) {
   local::RegistryTree tree;
   std::size_t left_out = 0;
@@ -261,6 +285,12 @@ void add_settings_commands(Command& app, Context& context) {
   add_secrets(list);
   list->callback(
       [=, &context] { context.set_action([=, &context] { return list_settings(context, *arguments); }); });
+
+  auto* describe = add("describe", "List the settings that there are: what each takes and means");
+  add_key(describe);
+  describe->callback([=, &context] {
+    context.set_action([=, &context] { return describe_settings(context, *arguments); });
+  });
 
   auto* exporting = add("export", "Print all values as REGEDIT4 text");
   add_secrets(exporting);

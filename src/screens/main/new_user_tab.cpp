@@ -12,7 +12,7 @@
 #include "screens/widgets/light.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/form1.hpp"
-#include "windows/preferences_tab.hpp"
+#include "windows/setting_controls.hpp"
 
 namespace twk::screens {
 namespace {
@@ -50,7 +50,6 @@ struct Stage {
   const char* name;
   controls::CheckBox& gate;
   controls::Label& light;
-  void (*store)(Session&);
 };
 
 QWidget* make_stages(Session& session, QWidget* parent) {
@@ -58,19 +57,17 @@ QWidget* make_stages(Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("Steps", parent);
   auto* const grid = new QGridLayout(group);
   const std::initializer_list<Stage> stages = {
-      {"User account", "Create_User_Account", form.Create_User_Account, form.UserAccount,
-       windows::Create_User_Account_Click},
-      {"Directories", "Create_Dirs", form.Create_Dirs, form.Createdirs, windows::Create_Dirs_Click},
-      {"Shares", "Create_Shares", form.Create_Shares, form.Sharedirs, windows::Create_Shares_Click},
-      {"Directory security", "Dir_Security", form.Dir_Security, form.Security, windows::Dir_Security_Click},
-      {"Mail account", "Create_Mail_Account", form.Create_Mail_Account, form.MailAccount,
-       windows::Create_Mail_Account_Click},
-      {"Run command", "Run_script", form.Run_script, form.run, windows::Run_script_Click}};
+      {"User account", "Create_User_Account", form.Create_User_Account, form.UserAccount},
+      {"Directories", "Create_Dirs", form.Create_Dirs, form.Createdirs},
+      {"Shares", "Create_Shares", form.Create_Shares, form.Sharedirs},
+      {"Directory security", "Dir_Security", form.Dir_Security, form.Security},
+      {"Mail account", "Create_Mail_Account", form.Create_Mail_Account, form.MailAccount},
+      {"Run command", "Run_script", form.Run_script, form.run}};
   int row = 0;
   for (const Stage& stage : stages) {
     auto* const box = new QCheckBox(stage.caption, group);
     box->setObjectName(stage.name);
-    bind_to(*box, stage.gate, [&session, store = stage.store] { store(session); });
+    bind_to(*box, stage.gate, [&session, &gate = stage.gate] { windows::store_box(session, gate); });
     auto* const light = new Light(stage.light, group);
     light->setObjectName(QString(stage.name) + "_light");
     light->setAccessibleName(stage.caption);

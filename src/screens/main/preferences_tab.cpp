@@ -10,6 +10,7 @@
 #include "session/form1.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/preferences_tab.hpp"
+#include "windows/setting_controls.hpp"
 
 namespace twk::screens {
 namespace {
@@ -21,7 +22,7 @@ struct Tick {
   const char* caption;
   const char* name;
   controls::CheckBox& control;
-  void (*store)(Session&);
+  void (*clicked)(Session&) = nullptr;  ///< instead of storing it
 };
 
 QWidget* make_ticks(Session& session, QWidget* parent, const QString& title,
@@ -30,7 +31,9 @@ QWidget* make_ticks(Session& session, QWidget* parent, const QString& title,
   auto* const column = new QVBoxLayout(group);
   for (const Tick& tick : ticks)
     add_check(*column, tick.caption, tick.name, tick.control,
-              [&session, store = tick.store] { store(session); });
+              [&session, &control = tick.control, clicked = tick.clicked] {
+                clicked != nullptr ? clicked(session) : windows::store_box(session, control);
+              });
   column->addStretch();
   return group;
 }
@@ -39,7 +42,6 @@ struct Choice {
   const char* caption;
   const char* name;
   controls::OptionButton& control;
-  void (*store)(Session&);
 };
 
 void add_pair(QFormLayout& rows, const QString& caption, Session& session, const Choice& first,
@@ -55,9 +57,10 @@ void add_pair(QFormLayout& rows, const QString& caption, Session& session, const
     line->addWidget(buttons.at(i));
   }
   line->addStretch();
-  bind_pair(
-      *buttons[0], first.control, [&session, store = first.store] { store(session); }, *buttons[1],
-      second.control, [&session, store = second.store] { store(session); });
+  const auto chosen = [&session](const Choice& choice) {
+    return [&session, &control = choice.control] { windows::choose_option(session, control); };
+  };
+  bind_pair(*buttons[0], first.control, chosen(first), *buttons[1], second.control, chosen(second));
 }
 
 QWidget* make_full_names(Session& session, QWidget* parent) {
@@ -81,13 +84,12 @@ QWidget* make_names(Session& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Names in the directory and in the tree", parent);
   auto* const rows = new QFormLayout(group);
-  add_pair(*rows, "Account name:", session, {"Full name", "CNName", form.CNName, windows::CNName_Click},
-           {"Logon name", "SamAccountName", form.SamAccountName, windows::SamAccountName_Click});
-  add_pair(*rows, "Tree shows:", session, {"Name", "DNName", form.DNName, windows::DNName_Click},
-           {"Display name", "DisplayName", form.DisplayName, windows::DisplayName_Click});
-  add_pair(*rows, "Sort the tree:", session,
-           {"Yes", "Sorted_Yes", form.Sorted_Yes, windows::Sorted_Yes_Click},
-           {"No", "Sorted_No", form.Sorted_No, windows::Sorted_No_Click});
+  add_pair(*rows, "Account name:", session, {"Full name", "CNName", form.CNName},
+           {"Logon name", "SamAccountName", form.SamAccountName});
+  add_pair(*rows, "Tree shows:", session, {"Name", "DNName", form.DNName},
+           {"Display name", "DisplayName", form.DisplayName});
+  add_pair(*rows, "Sort the tree:", session, {"Yes", "Sorted_Yes", form.Sorted_Yes},
+           {"No", "Sorted_No", form.Sorted_No});
   return group;
 }
 
@@ -115,26 +117,21 @@ QWidget* make_preferences_tab(Session& session, QWidget* parent) {
   auto* const page = new QWidget(parent);
   auto* const grid = new QGridLayout(page);
   grid->addWidget(
-      make_ticks(
-          session, page, "New accounts",
-          {{"&User must change password at next logon", "Password_Change", form.Password_Change,
-            windows::Password_Change_Click},
-           {"User &cannot change password", "USR_Cant_Change", form.USR_Cant_Change,
-            windows::USR_Cant_Change_Click},
-           {"Password &never expires", "PWD_NVR_EXPIRE", form.PWD_NVR_EXPIRE, windows::PWD_NVR_EXPIRE_Click},
-           {"Account disa&bled", "New_Disabled", form.New_Disabled, windows::New_Disabled_Click},
-           {"Use &formatted password", "FmtPass", form.FmtPass, format::FmtPass_Click}}),
+      make_ticks(session, page, "New accounts",
+                 {{"&User must change password at next logon", "Password_Change", form.Password_Change},
+                  {"User &cannot change password", "USR_Cant_Change", form.USR_Cant_Change,
+                   windows::USR_Cant_Change_Click},
+                  {"Password &never expires", "PWD_NVR_EXPIRE", form.PWD_NVR_EXPIRE},
+                  {"Account disa&bled", "New_Disabled", form.New_Disabled},
+                  {"Use &formatted password", "FmtPass", form.FmtPass, format::FmtPass_Click}}),
       0, 0);
   grid->addWidget(
-      make_ticks(
-          session, page, "Safety",
-          {{"Confirm &deletes", "Confirm_Deletes", form.Confirm_Deletes, windows::Confirm_Deletes_Click},
-           {"Confirm &resets", "Confirm_Resets", form.Confirm_Resets, windows::Confirm_Resets_Click},
-           {"Check for &administrator rights at start", "Domain_Admin", form.Domain_Admin,
-            windows::Domain_Admin_Click},
-           {"Use Admin &Shares", "chkAdmin_Shares", form.chkAdmin_Shares, windows::chkAdmin_Shares_Click},
-           {"Delete Profi&le From %Username%", "Profile_Delete_Name", form.Profile_Delete_Name,
-            windows::Profile_Delete_Name_Click}}),
+      make_ticks(session, page, "Safety",
+                 {{"Confirm &deletes", "Confirm_Deletes", form.Confirm_Deletes},
+                  {"Confirm &resets", "Confirm_Resets", form.Confirm_Resets},
+                  {"Check for &administrator rights at start", "Domain_Admin", form.Domain_Admin},
+                  {"Use Admin &Shares", "chkAdmin_Shares", form.chkAdmin_Shares},
+                  {"Delete Profi&le From %Username%", "Profile_Delete_Name", form.Profile_Delete_Name}}),
       0, 1);
   grid->addWidget(make_full_names(session, page), 1, 0);
   grid->addWidget(make_import(session, page), 1, 1);

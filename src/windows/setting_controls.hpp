@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "controls/basic.hpp"
+#include "session/form1.hpp"
+
+namespace twk::session {
+struct Form1;
+struct Session;
+}  // namespace twk::session
+
+/// Which control of the main window stands for which setting: a row each, read at the start, written when a
+/// person changes it. What words a setting has and what counts without one is in
+/// `session/settings_schema.hpp`.
+namespace twk::windows {
+
+/// A box that is ticked while its switch is on.
+struct SettingBox {
+  std::string_view sub_key;
+  std::string_view name;
+  controls::CheckBox& box;
+};
+/// Those that are stored the moment they change.
+std::array<SettingBox, 19> setting_boxes(session::Form1& form);
+/// Those that are stored by "Save" of the set-up tab, in its order.
+std::array<SettingBox, 6> command_boxes(session::Form1& form);
+
+/// Two option buttons, of which the first is chosen while the switch is on.
+struct SettingPair {
+  std::string_view name;  ///< below "Preferences"
+  controls::OptionButton& on;
+  controls::OptionButton& off;
+};
+std::array<SettingPair, 3> setting_pairs(session::Form1& form);
+
+enum class Absent { kEmpties, kLeaves };
+/// A field that holds the text of a setting, without the blanks around it.
+struct SettingField {
+  std::string_view sub_key;
+  std::string_view name;
+  controls::TextBox& field;
+  Absent absent = Absent::kEmpties;
+};
+std::array<SettingField, 7> setting_fields(session::Form1& form);
+
+/// Fills all of these controls from the settings.
+void read_setting_controls(session::Session& session);
+
+/// Stores a box whose state a person changed. Of a box that stands for a setting.
+void store_box(session::Session& session, const controls::CheckBox& box);
+/// Chooses an option button and stores it. Of a button of a pair.
+void choose_option(session::Session& session, const controls::OptionButton& button);
+
+}  // namespace twk::windows
