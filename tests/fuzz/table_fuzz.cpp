@@ -4,11 +4,13 @@
 #include "fuzz/fuzz_world.hpp"
 #include "local/regedit.hpp"
 #include "platform/registry.hpp"
+#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "session/text_file.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
+#include "windows/read_settings.hpp"
 
 namespace {
 
@@ -46,7 +48,7 @@ void read_settings(test::FuzzWorld& world) {
       for (const auto& [folded, value] : key.values)
         session::write_setting(world.session, path.substr(path.rfind('\\') + 1), value.name, value.text);
     }
-    session::read_settings(world.session);
+    windows::read_settings(world.session);
   });
 }
 

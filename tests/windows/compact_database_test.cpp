@@ -1,10 +1,10 @@
 #include "windows/compact_database.hpp"
 
-#include "directory/select_domain.hpp"
 #include "session/editor_windows.hpp"
 #include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
+#include "windows/load_domain.hpp"
 
 namespace twk::windows {
 namespace {
@@ -143,7 +143,7 @@ TEST_F(CompactionTest, FailureAtAnyCallLeavesEachFileWhole) {
   ASSERT_GT(calls, 8);
   // The domain is loaded first, and at its end the multi-user window reads Site.dat, then Template.dat.
   world.files.fail_from(0, 0);
-  ASSERT_TRUE(directory::Select_Domain(world.session, world.session.DomainName));
+  ASSERT_TRUE(load_domain(world.session, world.session.DomainName));
   constexpr int kCallsForTemplates = 3;
   const int sites_of_window = world.files.calls() - kCallsForTemplates;
   for (int call = 1; call <= calls; ++call) {

@@ -109,7 +109,8 @@ TEST_F(SettingsTest, EachWordIsComparedInItsOwnWay) {
       {"UseFormattedPassword CantChangePWD PasswdNVRExpire ProfileDeleteUsername", "YES yes Yes",
        "No True x"},
       {"ConfirmDeletes AdminShares ConfirmResets", "Yes no NO x", "No"},
-      {"CheckAdminRights AccountDisabled SkipPrompt StopOnWarning StopOnError", "Yes", "yes YES No x"},
+      {"CheckAdminRights AccountDisabled ForcePasswdChange SkipPrompt StopOnWarning StopOnError", "Yes",
+       "yes YES No x"},
       {"CreateDirs CreateShares SetPermissions UserAccount MailAccount RunCmd", "Yes", "yes No x"},
       {"CreateHidden MoveHidden DeleteHidden WaitNew WaitMove WaitDelete", "Yes", "yes No x"},
   };
