@@ -24,14 +24,14 @@ struct AdsPath {
   Kind kind = Kind::kNamespace;
   std::string server;  ///< as written; empty when left out
   std::string name;
-  std::string account_class;  ///< behind the comma of a WinNT account; may be empty
+  std::string account_class;  ///< after the comma of a WinNT account; may be empty
 };
 
 /// Raises kBadPathname for text of no known form. Provider names and fixed words fold case; a DN keeps its
 /// escapes and its slashes, whether written "\/" or bare.
 AdsPath parse_ads_path(std::string_view path);
 
-/// "LDAP://twk.test/", "GC://": what stands before the DN in paths of this provider and server.
+/// "LDAP://twk.test/", "GC://": what precedes the DN in paths of this provider and server.
 std::string path_prefix(Provider provider, std::string_view server);
 
 }  // namespace twk::ads

@@ -4,8 +4,8 @@
 
 namespace twk::ads {
 
-/// An object that can nothing but tell its name: every operation raises kNotImplementedByProvider. The kinds
-/// of objects take from it what they do not have.
+/// An object that only knows its name: every other operation raises kNotImplementedByProvider. Kinds of
+/// objects inherit from it what they do not support.
 class BasicObject : public platform::DirectoryObject {
  public:
   platform::Value Get(std::string_view attribute) override;

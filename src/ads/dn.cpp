@@ -29,7 +29,7 @@ std::size_t part_end(std::string_view dn, std::size_t from) {
   return dn.size();
 }
 
-/// Without the blanks around it; a blank behind a backslash belongs to the value.
+/// Without the blanks around it; a blank after a backslash belongs to the value.
 std::string_view trim_part(std::string_view part) {
   const std::size_t first = part.find_first_not_of(' ');
   if (first == base::npos)
@@ -41,7 +41,7 @@ std::string_view trim_part(std::string_view part) {
   return part.substr(0, end + (backslashes % 2 == 1 && end < part.size() ? 1 : 0));
 }
 
-/// The parts between slashes; one behind a backslash belongs to its part.
+/// The parts between slashes; a slash after a backslash belongs to its part.
 std::vector<std::string_view> split_at_slashes(std::string_view name) {
   std::vector<std::string_view> parts;
   std::size_t from = 0;

@@ -32,7 +32,7 @@ std::string nickname_of(std::string_view account) {
   return name;
 }
 
-/// The entry that is so many places above one.
+/// The entry that many levels above.
 std::string_view above(std::string_view dn, int places) {
   for (int i = 0; i < places; ++i)
     dn = parent_dn(dn);
@@ -61,7 +61,7 @@ class ExchangeMailbox final : public platform::IMailboxStore {
 
  private:
   void require_store(std::string_view dn) {
-    if (dn.find('=') == base::npos)  // else it would be taken for a server's name
+    if (dn.find('=') == base::npos)  // otherwise it would be taken for a server's name
       base::raise(ads_error::kInvalidDn, "Not the name of a mailbox store: " + std::string(dn));
     const ObjectPtr store = directory_.GetObject(std::string(kProvider) + std::string(dn));
     if (!base::equals_fold(store->Class(), kStoreClass))
@@ -82,7 +82,7 @@ class ExchangeMailbox final : public platform::IMailboxStore {
       user_->Put(attribute, text);
   }
 
-  /// A store stands below a storage group, which stands below the information store of its server.
+  /// A store is below a storage group, which is below the information store of its server.
   void put_server(std::string_view store, const std::string& nickname) {
     const std::string_view server = above(store, 3);
     const std::string legacy_server = text_of(find(server), "legacyExchangeDN");

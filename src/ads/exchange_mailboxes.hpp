@@ -17,11 +17,11 @@ class ExchangeMailboxes final : public platform::MailboxService {
  public:
   using RandomBytes = std::function<base::Bytes(std::size_t)>;
 
-  /// `domain` is the DNS name, which the addresses bear.
+  /// `domain` is the DNS name, which the addresses end with.
   ExchangeMailboxes(platform::DirectoryService& directory, std::string domain, RandomBytes random_bytes)
       : directory_(directory), domain_(std::move(domain)), random_bytes_(std::move(random_bytes)) {}
 
-  /// A WinNT object, and anything that is no user, can have no mailbox.
+  /// A WinNT object, and anything that is not a user, cannot have a mailbox.
   std::unique_ptr<platform::IMailboxStore> mailbox_store(const platform::ObjectPtr& user) override;
 
  private:

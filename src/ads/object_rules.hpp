@@ -4,12 +4,13 @@
 #include <string_view>
 
 /// Rules that a directory of this kind has for names and values, so that every implementation refuses the
-/// same with the same numbers, also what a server would take that no tool can handle afterwards.
+/// same things with the same numbers, including names that a server would accept but no tool can handle
+/// afterwards.
 namespace twk::ads {
 
 /// Raises kInvalidAccountName for a name that is empty, too long (20 characters for a user, 256 for a group),
 /// is not UTF-8, holds a control character or one of "/\[]:;|=,+*?<>", ends in a dot, or consists of blanks
-/// and dots. [MS-SAMR] 3.1.1.6; a "$" at the end and a "%" are taken, as by servers.
+/// and dots. [MS-SAMR] 3.1.1.6; a "$" at the end and a "%" are accepted, as servers do.
 void check_account_name(std::string_view name, bool user);
 
 /// The name of a new object below `parent_dn`. Raises kInvalidDn for a relative name that is not one part,

@@ -25,7 +25,7 @@ struct QueryColumn {
   bool is_path = false;                     ///< "ADsPath", which is made of the row's name
 };
 
-/// `find` knows the attributes; what it gives must stay.
+/// `find` looks up an attribute; what it returns must stay valid.
 std::vector<QueryColumn> make_query_columns(
     const std::vector<std::string>& names,
     const std::function<const AttributeSchema*(std::string_view)>& find);

@@ -26,9 +26,9 @@ std::string_view syntax_name(Syntax syntax);
 const ClassSchema* find_class(std::string_view name);
 
 /// A stored value as callers see it: a 32-bit integer, a Boolean, a date, bytes, decimal text of a 64-bit
-/// integer, text. Bytes that are no UTF-8 are bytes whatever the syntax; `attribute` may be none.
+/// integer, text. Bytes that are not UTF-8 stay bytes, whatever the syntax; `attribute` may be none.
 platform::Value to_value(const AttributeSchema* attribute, const std::string& raw);
-/// One value as it is, several as a list, nothing as the empty value.
+/// A single value as it is, several as a list, none as the empty value.
 platform::Value to_value(const AttributeSchema* attribute, const std::vector<std::string>& raw);
 /// The stored form. Raises kConstraint for a value that breaks the attribute's syntax or its length, or is
 /// empty.

@@ -11,7 +11,7 @@ struct AttributeSchema {
   std::string_view name;
   Syntax syntax = Syntax::kString;
   bool multi_valued = false;
-  bool system_only = false;   ///< given by the directory, never written by a caller
+  bool system_only = false;   ///< set by the directory, never written by a caller
   std::uint16_t longest = 0;  ///< characters or bytes of a value; 0 for no limit
 };
 

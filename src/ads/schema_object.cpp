@@ -16,12 +16,12 @@ using platform::Value;
 
 constexpr std::string_view kContainer = "LDAP://Schema";
 
-/// What the directory asks of every object, and of every user.
+/// What the directory requires of every object, and of every user.
 constexpr std::array<std::string_view, 1> kOfEveryObject = {"objectClass"};
 constexpr std::array<std::string_view, 4> kOfEveryUser = {"cn", "objectCategory", "objectClass",
                                                           "sAMAccountName"};
 
-/// Of the well-known attributes those of other objects: groups, computers, domains, partitions, units.
+/// The well-known attributes of other objects: groups, computers, domains, partitions, units.
 constexpr std::array<std::string_view, 18> kNotOfUsers = {"configurationNamingContext",
                                                           "creationTime",
                                                           "dNSHostName",
@@ -93,7 +93,7 @@ class ClassObject final : public BasicObject {
   FindProperties properties_;
 };
 
-/// What the schema is asked.
+/// What the schema can be asked for.
 struct Lookups {
   FindAttribute find;
   FindProperties properties;

@@ -10,7 +10,7 @@
 
 namespace twk::ads {
 
-/// Knows the attributes by name; what it gives must stay.
+/// Looks up attributes by name; what it returns must stay valid.
 using FindAttribute = std::function<const AttributeSchema*(std::string_view)>;
 
 /// The names of the attributes that objects of a class must and may have.
@@ -20,13 +20,14 @@ struct ClassProperties {
 };
 using FindProperties = std::function<ClassProperties(const ClassSchema&)>;
 
-/// Those of the well-known attributes: every class may have any, but for users of whom only some make sense.
+/// The same from the well-known attributes: every class may have any, except users, for whom only some make
+/// sense.
 ClassProperties known_properties(const ClassSchema& schema);
 
-/// Binds "LDAP://Schema" (empty name), a class ("User") or an attribute ("sn"). The container gives classes
-/// and properties by `GetObject("Class" or "Property", name)` and enumerates them; a class tells the names of
-/// its attributes by `Get("MandatoryProperties")` and `Get("OptionalProperties")`, which ask `properties`; a
-/// property has `Syntax` and `MultiValued`. Raises kNoSuchObject.
+/// Binds "LDAP://Schema" (empty name), a class ("User") or an attribute ("sn"). The container returns classes
+/// and properties by `GetObject("Class" or "Property", name)` and enumerates them; a class returns the names
+/// of its attributes for `Get("MandatoryProperties")` and `Get("OptionalProperties")`, which ask
+/// `properties`; a property has `Syntax` and `MultiValued`. Raises kNoSuchObject.
 platform::ObjectPtr bind_schema(std::string_view name, FindAttribute find,
                                 FindProperties properties = known_properties);
 

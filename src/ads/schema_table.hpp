@@ -6,8 +6,8 @@
 
 namespace twk::ads {
 
-/// Syntax, several values, given by the directory alone, greatest length; sorted by the name in small
-/// letters. Syntaxes and limits as the open documents of the Active Directory schema give them.
+/// Syntax, several values, set by the directory only, greatest length; sorted by the name in small
+/// letters. Syntaxes and limits as in the open documents of the Active Directory schema.
 inline constexpr std::array<AttributeSchema, 231> kAttributes = {{
     {"accountExpires", Syntax::kInteger8, false, false, 0},
     {"adminCount", Syntax::kInteger, false, false, 0},

@@ -20,7 +20,7 @@ struct FileShare {
   std::string path;  ///< on the server, "D:\Users"
   std::string comment;
   std::int32_t max_users = -1;
-  std::optional<platform::SecurityDescriptor> descriptor{};  ///< none: everybody may do everything
+  std::optional<platform::SecurityDescriptor> descriptor{};  ///< none: everyone may do everything
   bool administrative = false;                               ///< a drive's own share
 };
 

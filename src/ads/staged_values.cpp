@@ -63,7 +63,7 @@ void StagedValues::stage(int control, std::string_view attribute, const Value& v
     return;
   }
   const ChangeKind kind = control == 3 ? ChangeKind::kAdd : ChangeKind::kDelete;
-  // On top of a staged replacement the change is made on its values, so that one change of the attribute is
+  // A change on top of a staged replacement is made to its values, so that one change of the attribute is
   // left.
   const auto replaced = find(attribute, ChangeKind::kReplace);
   const auto target = replaced != changes_.end() ? replaced : find(attribute, kind);

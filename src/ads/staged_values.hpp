@@ -17,7 +17,7 @@ struct StagedChange {
   platform::ValueList values;
 };
 
-/// What was put on an object and is not written yet.
+/// What was put on an object but is not yet written.
 class StagedValues {
  public:
   /// By the control codes of `PutEx`. Raises kConstraint for another code.

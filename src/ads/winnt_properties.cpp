@@ -81,7 +81,7 @@ void put_flags(AttributeAccess& entry, std::int32_t flags) {
   entry.stage(2, "userAccountControl", flags & ~platform::kFlagLockedOut);
 }
 
-/// Saying again what is so does not count as a change of the password.
+/// Writing the current value again does not count as a change of the password.
 void put_password_expired(AttributeAccess& entry, bool expired) {
   if (expired != must_change_password(entry))
     entry.stage(2, "pwdLastSet", expired ? 0 : -1);

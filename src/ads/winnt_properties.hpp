@@ -13,7 +13,7 @@ namespace twk::ads {
 ///
 /// "UserFlags" is "userAccountControl" with the lock bit added, "PasswordExpired" 1 when the password must be
 /// changed, "groupType" 4 for a local group and 2 for every other. Raises kNoSuchAttribute for a name that is
-/// no property.
+/// not a property.
 platform::Value get_winnt(AttributeAccess& entry, std::string_view property);
 
 /// Stages a value; empty text clears. A "UserFlags" without the lock bit unlocks, one with it never locks.

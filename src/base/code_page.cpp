@@ -1,4 +1,4 @@
-// What code page 1252 holds, and which characters cannot be seen.
+// What code page 1252 holds, and which characters are invisible.
 #include <algorithm>
 #include <array>
 #include <cstdio>

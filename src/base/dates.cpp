@@ -89,7 +89,7 @@ Date make_date(const CivilTime& parts) {
   const sys_days day{std::chrono::year{parts.year} / parts.month / parts.day};
   const double days = static_cast<double>((day - epoch()).count());
   const double fraction = (parts.hour * 3600.0 + parts.minute * 60.0 + parts.second) / kSecondsPerDay;
-  // Before the epoch the fraction still counts forward from midnight, so it is taken away from the whole.
+  // Before the epoch the fraction still counts forward from midnight, so it is subtracted from the whole.
   return {days < 0 ? days - fraction : days + fraction};
 }
 

@@ -9,7 +9,7 @@ namespace twk::base {
 
 /// A moment as days since 30 December 1899, the time of day as the fraction (the OLE automation date).
 /// No time zone: the directory's times are UTC, what a person types or reads is local time, and
-/// `platform::Clock` stands between.
+/// `platform::Clock` converts between them.
 struct Date {
   double serial = 0;
 
@@ -40,14 +40,14 @@ std::string format_compact_date(Date date);
 std::string format_compact_time(Date date);
 
 /// Reads "d/m/yyyy" (also with "-" or "." between, also year first, and with a two-digit year: below 30 is
-/// 20xx), with or without a time "h:mm" or "h:mm:ss" behind. When the second number cannot be a month and the
-/// first can, they are exchanged. Empty for anything else.
+/// 20xx), with or without a time "h:mm" or "h:mm:ss" after it. When the second number cannot be a month and
+/// the first can, they are exchanged. Empty for anything else.
 std::optional<Date> parse_date(std::string_view text);
 
 /// The moment so many seconds later, to the second.
 Date plus_seconds(Date date, std::int64_t seconds);
 
-/// 100-nanosecond steps since 1 January 1601, as the directory counts time; no time-zone shift is made.
+/// 100-nanosecond steps since 1 January 1601, as the directory counts time; without any time-zone shift.
 std::int64_t to_filetime(Date date);
 Date from_filetime(std::int64_t filetime);
 

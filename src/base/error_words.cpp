@@ -14,9 +14,9 @@ struct Words {
   std::string_view words;
 };
 
-/// Numbers of the system, [MS-ERREF] 2.2, and from 2100 on of its network functions; those below 80 are of
-/// the runtime as well, which means the same by them. The runtime's 58 and 75 are not here: our own guards
-/// raise them, and say the reason themselves.
+/// Numbers of the system, [MS-ERREF] 2.2, and from 2100 on of its network functions; those below 80 are also
+/// the runtime's, with the same meaning. The runtime's 58 and 75 are not here: our own guards
+/// raise them, and give the reason themselves.
 constexpr std::array kWords = {
     Words{5, "access is denied; use an account that has the right, or have it given"},
     Words{32, "a file is in use; have it closed and try again"},

@@ -39,22 +39,22 @@ inline constexpr std::uint32_t kDifferentDrive = 74;
 inline constexpr std::uint32_t kPathFileAccess = 75;
 inline constexpr std::uint32_t kPathNotFound = 76;
 inline constexpr std::uint32_t kParentNotFound = 35601;  ///< a tree node's parent key is not in the tree
-inline constexpr std::uint32_t kKeyNotUnique = 35602;    ///< a row or node with that key is there already
+inline constexpr std::uint32_t kKeyNotUnique = 35602;    ///< a row or node with that key exists already
 
 }  // namespace error
 
-/// Passes over the failure of one statement and keeps its number, so that the caller can test it:
+/// Ignores the failure of one statement and keeps its number, so that the caller can test it:
 ///
 ///     Trap trap(session.traps_off());
 ///     trap([&] { user.SetInfo(); });
 ///     if (trap.number() != 0) …
 ///
-/// Each call forgets the failure of the one before. With `rethrow` nothing is passed over.
+/// Each call forgets the previous failure. With `rethrow` nothing is ignored.
 class Trap {
  public:
   explicit Trap(bool rethrow = false) : rethrow_(rethrow) {}
 
-  /// Runs `step`; true when it came through.
+  /// Runs `step`; true when it succeeded.
   template <typename Step>
   bool operator()(Step&& step) {
     clear();
@@ -75,7 +75,7 @@ class Trap {
     description_.clear();
   }
 
-  /// 0 when the last step came through.
+  /// 0 when the last step succeeded.
   [[nodiscard]] std::uint32_t number() const { return number_; }
   [[nodiscard]] const std::string& description() const { return description_; }
 

@@ -75,7 +75,7 @@ bool is_odd_pair(char32_t c) {
   return between(c, 0x139, 0x148) || between(c, 0x179, 0x17E);
 }
 
-/// Upper-case letters of Greek and Cyrillic, and how far off their lower case is.
+/// Upper-case letters of Greek and Cyrillic, and the distance to their lower case.
 struct CaseRange {
   char32_t first;
   char32_t last;
@@ -85,7 +85,7 @@ constexpr CaseRange kCaseRanges[] = {{0x386, 0x386, 38}, {0x388, 0x38A, 37}, {0x
                                      {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32}, {0x3A3, 0x3AB, 32},
                                      {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
 
-/// Of seven bits, so that it is a character by itself.
+/// Seven bits, so it is a character by itself.
 bool is_plain(char c) {
   return static_cast<unsigned char>(c) < 0x80;
 }
@@ -145,7 +145,7 @@ std::string map_codes(std::string_view text, Map map) {
   return out;
 }
 
-/// Byte position behind `count` characters.
+/// Byte position after `count` characters.
 std::size_t skip(std::string_view text, std::size_t count) {
   std::size_t at = 0;
   while (count > 0 && at < text.size()) {
@@ -179,7 +179,7 @@ std::string lower(std::string_view text) {
 int compare_fold(std::string_view a, std::string_view b) {
   const std::size_t shorter = std::min(a.size(), b.size());
   for (std::size_t i = 0; i < shorter; ++i) {
-    // Plain letters need no copy; from the first other one on the whole rest is looked at.
+    // Plain letters need no copy; from the first other letter on, the rest is examined.
     if (!is_plain(a[i]) || !is_plain(b[i]))
       return upper(a.substr(i)).compare(upper(b.substr(i)));
     const char left = plain_upper(a[i]);

@@ -19,7 +19,7 @@ std::string_view trim(std::string_view text);
 std::string_view trim_right(std::string_view text);
 
 /// Simple case mapping of the Latin (also accented), Greek and Cyrillic letters. A letter and its other case
-/// have the same number of bytes, so byte positions stay; letters for which that does not hold are left
+/// have the same number of bytes, so byte positions stay; letters for which this is not true are left
 /// alone.
 std::string upper(std::string_view text);
 std::string lower(std::string_view text);
@@ -31,7 +31,7 @@ int compare_fold(std::string_view a, std::string_view b);
 /// Equal for texts that are equal without regard to case.
 std::size_t hash_fold(std::string_view text);
 bool starts_with_fold(std::string_view text, std::string_view prefix);
-/// Byte position of `needle` at or after `from`, without regard to case; `npos` when it is not there.
+/// Byte position of `needle` at or after `from`, without regard to case; `npos` when it is not found.
 /// An empty needle is found at `from`.
 std::size_t find_fold(std::string_view text, std::string_view needle, std::size_t from = 0);
 
@@ -55,16 +55,16 @@ std::string to_valid_utf8(std::string_view text);
 /// Code page 1252; the five bytes that the code page leaves undefined stand for the control characters of the
 /// same number. Nothing when a character has no place in the code page.
 std::optional<std::string> to_ansi(std::string_view text);
-/// The same with `substitute` for what has no place; only for bytes that stand beside the whole text.
+/// The same with `substitute` for what has no place; only for bytes that accompany the whole text.
 std::string to_ansi(std::string_view text, char substitute);
 std::string from_ansi(std::string_view bytes);
 /// The first character with no place in code page 1252, as "Ł (U+0141)"; empty when all have one.
 std::optional<std::string> find_outside_ansi(std::string_view text);
 
-/// Marks a file as UTF-8 when it stands in front.
+/// Marks a file as UTF-8 when it comes first.
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-/// Pieces between separators; an empty text gives no piece, n separators in a text give n + 1.
+/// Pieces between separators; an empty text has no pieces, a text with n separators has n + 1.
 std::vector<std::string> split(std::string_view text, char separator);
 
 /// The number that a text starts with, blanks before it ignored; 0 when there is none. Values outside 32 bits
@@ -86,9 +86,9 @@ std::string code_point_name(char32_t code);
 /// The first control character (below 0x20, 0x7F, or U+0080 to U+009F), as "U+0009"; empty when there is
 /// none.
 std::optional<std::string> find_control_character(std::string_view text);
-/// The same for control characters and for those that steer how others are shown and are not seen themselves:
-/// format characters (U+00AD, U+200B, U+202E …), line and paragraph separators. A name that is typed again by
-/// its looks must hold none.
+/// The same for control characters and for invisible characters that control how others are shown:
+/// format characters (U+00AD, U+200B, U+202E …), line and paragraph separators. A name that people retype
+/// from its appearance must not contain any.
 std::optional<std::string> find_invisible_character(std::string_view text);
 
 }  // namespace twk::base

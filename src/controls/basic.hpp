@@ -47,13 +47,13 @@ struct OptionGroup {
   Observable<bool> enabled{true};
 };
 
-/// One option button; its partner is told apart by whoever chooses.
+/// One option button. It does not know its partners; see `choose`.
 struct OptionButton {
   Observable<bool> value{false};
   Observable<bool> enabled{true};
 };
 
-/// Chooses one of two option buttons.
+/// Switches one of two option buttons on and the other off.
 inline void choose(OptionButton& first, OptionButton& second, bool first_is_chosen) {
   first.value = first_is_chosen;
   second.value = !first_is_chosen;
@@ -106,9 +106,9 @@ class ComboBox {
   void clear();
   /// Leaves the text as it is.
   void clear_items();
-  /// Puts an item into the text; -1 empties it. Raises kOutOfBounds.
+  /// Copies an item into the text; -1 empties it. Raises kOutOfBounds.
   void select(int index);
-  /// Place of the item that the text equals exactly, -1 for none.
+  /// Index of the item that exactly equals the text, -1 for none.
   [[nodiscard]] int list_index() const;
   [[nodiscard]] Watch watch_items(Signal::Callback callback) const {
     return items_changed_.watch(std::move(callback));

@@ -2,9 +2,9 @@
 
 namespace twk::controls {
 
-/// Drawing of a list or tree switched off for a scope: its watchers are told one reset in place of each
-/// change. Inside of another such scope it does nothing. However the scope ends, the view shows what it holds
-/// then.
+/// Drawing of a list or tree switched off for a scope: its watchers get one reset instead of each change.
+/// Inside another such scope it does nothing. However the scope ends, the view then shows the current
+/// contents.
 template <typename View>
 class DrawingOff {
  public:

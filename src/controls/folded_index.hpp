@@ -6,8 +6,8 @@
 
 #include "base/text.hpp"
 
-/// Sets of things that are found by one of their texts without regard to case. `TextOf` gives the text, of a
-/// thing and of what is looked for; it must not change while the thing is in the set.
+/// Sets of things that are found by one of their texts without regard to case. `TextOf` returns the text of a
+/// thing, and of what is searched for; it must not change while the thing is in the set.
 namespace twk::controls {
 
 template <typename TextOf>

@@ -16,7 +16,7 @@ namespace twk::controls {
 
 class ListView;
 
-/// One row of a list: what the first column shows, the columns behind it, a small picture by name.
+/// One row of a list: what the first column shows, the columns after it, a small picture by name.
 struct ListRow {
   std::string key;  ///< unique in the list without regard to case, or empty
   std::string text;
@@ -24,14 +24,15 @@ struct ListRow {
   std::vector<std::string> sub_items;  ///< sub-item 1 is at place 0
   bool selected = false;
   bool checked = false;
-  bool ghosted = false;  ///< shown pale: what it stands for is gone
+  bool ghosted = false;  ///< shown pale: what it represents is gone
 
  private:
   friend class ListView;
   std::uint32_t place_ = 0;  ///< from the top, as far as the list has its rows numbered
 };
 
-/// What happens to the rows of a list. An insertion, a removal and a reset are told before and after.
+/// What happens to the rows of a list. Insertions, removals and resets are announced before and reported
+/// after.
 struct ListChange {
   enum class Kind {
     kInserting,
@@ -47,7 +48,7 @@ struct ListChange {
   std::size_t place = 0;
 };
 
-/// Rows in order, found by key and by text without a walk. Row addresses stay good until the row is removed.
+/// Rows in order, found by key and by text without a walk. Row addresses stay valid until the row is removed.
 class ListView {
  public:
   ListView() = default;
@@ -57,7 +58,7 @@ class ListView {
   /// Adds at the end. Raises kKeyNotUnique.
   ListRow& add(std::string key, std::string text, SharedText icon = {},
                std::vector<std::string> sub_items = {});
-  /// Rows that are removed from the last to the first cost no walk of the others.
+  /// Removing rows from the last to the first costs no walk over the others.
   void remove(const ListRow& row);
   void clear();
 

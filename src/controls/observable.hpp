@@ -12,7 +12,7 @@
 /// logic reads and writes them and needs no toolkit.
 namespace twk::controls {
 
-/// Ends the watch it stands for when it goes. It may outlive what it watches.
+/// Ends its watch when destroyed. It may outlive what it watches.
 class Watch {
  public:
   Watch() = default;
@@ -22,7 +22,7 @@ class Watch {
   std::shared_ptr<void> hold_;
 };
 
-/// A list of callbacks. One that is added or ended while they run takes effect with the next call.
+/// A list of callbacks. Adding or ending one while they run takes effect with the next call.
 template <typename... Args>
 class Channel {
  public:
@@ -51,7 +51,7 @@ class Channel {
 
 using Signal = Channel<>;
 
-/// A value that tells when it becomes another one.
+/// A value that notifies its watchers when it changes.
 template <typename T>
 class Observable {
  public:

@@ -6,8 +6,8 @@
 
 namespace twk::controls {
 
-/// One of a few texts that many things bear, as the names of pictures: the text is kept once, and never let
-/// go.
+/// One of a few texts that many things share, such as the names of pictures: each text is kept once and never
+/// freed.
 class SharedText {
  public:
   SharedText() : SharedText(std::string_view()) {}

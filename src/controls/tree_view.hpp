@@ -19,7 +19,7 @@ struct TreeNode {
   SharedText image;
   TreeNode* parent = nullptr;
   std::vector<TreeNode*> children;
-  bool sorted = false;  ///< children stand in order of their texts; else in order of adding
+  bool sorted = false;  ///< children are in order of their texts, otherwise in the order they were added
   bool expanded = false;
   std::uint32_t place = 0;  ///< among the nodes of one parent; kept by the tree
 
@@ -28,7 +28,8 @@ struct TreeNode {
   std::list<TreeNode>::iterator self;
 };
 
-/// What happens to the nodes of a tree. An insertion, a removal and a reset are told before and after.
+/// What happens to the nodes of a tree. Insertions, removals and resets are announced before and reported
+/// after.
 struct TreeChange {
   enum class Kind {
     kInserting,  ///< at `place` below `node`, which is none for a root
@@ -39,7 +40,7 @@ struct TreeChange {
     kReset,
     kSelected,  ///< another node is selected than before
     kExpanded,  ///< `node` was opened or closed
-    kVisible,   ///< `node` is to be scrolled to
+    kVisible,   ///< the view should scroll to `node`
     kChanged,   ///< the text of `node`
   };
   Kind kind;
@@ -48,14 +49,14 @@ struct TreeChange {
 };
 
 /// Nodes below roots. The tree is also one sequence of nodes in the order they were added. Look-ups by key,
-/// by the beginning of a key and by text cost no walk. Node addresses stay good until the node is removed.
+/// by the beginning of a key and by text cost no walk. Node addresses stay valid until the node is removed.
 class TreeView {
  public:
   TreeView() = default;
   TreeView(const TreeView&) = delete;
   TreeView& operator=(const TreeView&) = delete;
 
-  /// A node under `parent`, or a root when that is none. Raises kKeyNotUnique.
+  /// A node under `parent`, or a root when there is none. Raises kKeyNotUnique.
   TreeNode& add(TreeNode* parent, std::string key, std::string text, SharedText image);
   /// The same under the node of that key. Raises kParentNotFound when there is none.
   TreeNode& add_under(std::string_view parent_key, std::string key, std::string text, SharedText image);
@@ -64,13 +65,13 @@ class TreeView {
   void clear();
   /// Raises kKeyNotUnique.
   void set_key(TreeNode& node, std::string key);
-  /// The node stays at its place, also where its neighbours are sorted.
+  /// The node stays in its place, even among sorted neighbours.
   void set_text(TreeNode& node, std::string text);
 
   [[nodiscard]] std::size_t size() const { return nodes_.size(); }
   [[nodiscard]] const std::vector<TreeNode*>& roots() const { return roots_; }
   [[nodiscard]] TreeNode* first() { return nodes_.empty() ? nullptr : &nodes_.front(); }
-  /// The node added after this one that is still there; none behind the last.
+  /// The node added after this one that is still there; none after the last.
   [[nodiscard]] TreeNode* next(const TreeNode& node);
   [[nodiscard]] TreeNode* find(std::string_view key) const;
   /// True when some node's key begins with `prefix`, case ignored.
@@ -93,7 +94,7 @@ class TreeView {
   template <typename View>
   friend class DrawingOff;
 
-  /// Texts of nodes that they are found by, the nodes' own.
+  /// Indexes nodes by their own texts, without a copy.
   struct KeyOf {
     std::string_view operator()(const TreeNode* node) const { return node->key; }
     std::string_view operator()(std::string_view key) const { return key; }

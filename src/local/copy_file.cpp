@@ -18,12 +18,12 @@
 namespace twk::local {
 namespace {
 
-/// What the system copies in one call: a file of 2 GiB tells of itself every few milliseconds.
+/// What the system copies in one call: a file of 2 GiB reports progress every few milliseconds.
 constexpr std::size_t kPiece = std::size_t{8} << 20U;
 /// Below this a read and a write cost less than asking the file systems to share blocks.
 constexpr std::uint64_t kSmall = 65536;
 
-/// A new file that is taken away again unless it was kept.
+/// A new file that is removed again unless it is kept.
 class NewFile {
  public:
   NewFile(std::string path, mode_t mode)
@@ -79,7 +79,7 @@ std::size_t read_piece(const Descriptor& source, std::vector<char>& buffer, cons
   }
 }
 
-/// Bytes that the system itself moved from one file to the other; none when it cannot between these two.
+/// Bytes that the system itself copied from one file to the other; none when it cannot for these two.
 std::size_t share_piece(const Descriptor& source, const NewFile& target) {
   for (;;) {
     const ssize_t done = copy_file_range(source.get(), nullptr, target.file().get(), nullptr, kPiece, 0);
@@ -92,7 +92,7 @@ std::size_t share_piece(const Descriptor& source, const NewFile& target) {
   }
 }
 
-/// What was copied, up to the end but not far behind `size`; none when `progress` gave it up.
+/// What was copied, up to the end but not far past `size`; none when `progress` stopped it.
 std::optional<std::uint64_t> copy_bytes(const Descriptor& source, const std::string& from, std::uint64_t size,
                                         const NewFile& target, const platform::CopyProgress& progress) {
   std::uint64_t done = 0;
@@ -112,7 +112,7 @@ std::optional<std::uint64_t> copy_bytes(const Descriptor& source, const std::str
     done += piece;
     if (progress && !progress(done))
       return std::nullopt;
-    // The caller sees whether it grew meanwhile, of which a small one needs no further read to tell.
+    // The caller sees whether the file grew meanwhile; a small one needs no further read for that.
     if (done > size || (done == size && size <= kSmall))
       return done;
   }

@@ -9,7 +9,7 @@
 #include <utility>
 
 /// Open files of the workstation. Calls that an arriving signal breaks off are repeated. Every function
-/// raises what `raise_file_error` makes of the failure; `path` is there for the message.
+/// raises what `raise_file_error` makes of the failure; `path` is for the message.
 namespace twk::local {
 
 /// Owns a file descriptor and closes it.
@@ -31,7 +31,7 @@ class Descriptor {
   int number_;
 };
 
-/// Opens with `flags` of open(2); the descriptor does not reach programs that are started. Never waits for
+/// Opens with `flags` of open(2); started programs do not inherit the descriptor. Never waits for
 /// the other end of a pipe. `mode` is for a file that O_CREAT makes, less the umask.
 Descriptor open_descriptor(const std::string& path, int flags, mode_t mode = 0);
 
@@ -47,13 +47,13 @@ void sync(const Descriptor& file, const std::string& path);
 enum class Lock { kShared, kExclusive };
 
 /// Locks bytes against every other opening of the file, in this process and in others. Waits for up to five
-/// seconds, then raises 70. No bytes are no lock. Ends with `unlock_range` or with the last copy of the
+/// seconds, then raises 70. Zero bytes take no lock. Ends with `unlock_range` or with the last copy of the
 /// descriptor.
 void lock_range(const Descriptor& file, Lock kind, std::uint64_t offset, std::uint64_t count,
                 const std::string& path);
 void unlock_range(const Descriptor& file, std::uint64_t offset, std::uint64_t count, const std::string& path);
 
-/// As the system's calls take it; raises when it is out of their range.
+/// In the form the system calls take; raises when it is out of their range.
 off_t to_file_offset(std::uint64_t offset, const std::string& path);
 
 }  // namespace twk::local

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder that changed this recently may change again without its time telling.
+/// A folder that changed this recently may change again without its time showing it.
 constexpr std::int64_t kUnsettledNanoseconds = 20'000'000;
 
 std::int64_t nanoseconds(const std::timespec& time) {

@@ -14,24 +14,24 @@ namespace twk::local {
 /// Finds names in folders without regard to case, and remembers the folders it looked through last, so that
 /// making ten thousand folders in one does not read it ten thousand times.
 ///
-/// A remembered folder is used as long as its time of change is the one that was seen. What another program
-/// adds within the same tick of the file system's clock may be overlooked, and then only under a spelling of
-/// another case: a name spelled as it stands is always found by asking the system.
+/// A remembered folder is used until its time of change differs from the one that was seen. What another
+/// program adds within the same tick of the file system's clock may be overlooked, and then only when spelled
+/// in another case: a name in its own spelling is always found by asking the system.
 class FoldedNames {
  public:
-  /// The name in `folder` that `name` is, or folds to: one spelled the same first, else the first in byte
-  /// order.
+  /// The name in `folder` that equals `name`, or folds to it: the exact spelling if there is one, else the
+  /// first in byte order.
   std::optional<std::string> find(const std::string& folder, std::string_view name);
 
   struct Folded {
     bool folder_is_there = false;
     std::optional<std::string> name;
   };
-  /// The same for a name that does not stand there as it is spelled.
+  /// The same for a name that does not exist there as spelled.
   Folded find_other_case(const std::string& folder, std::string_view name);
 
-  /// This program is about to add a name to a folder, and has added it: keeps what is remembered true. A call
-  /// of `find_other_case` just before says as much as one of `before_adding`.
+  /// This program is about to add a name to a folder, and has added it: keeps what is remembered up to date.
+  /// A call of `find_other_case` just before serves as one of `before_adding`.
   void before_adding(const std::string& folder);
   void added(const std::string& folder, std::string_view name);
 
@@ -39,7 +39,7 @@ class FoldedNames {
   struct Folder {
     std::string path;
     struct stat seen {};
-    bool to_be_changed = false;  ///< was as remembered just before this program adds to it
+    bool to_be_changed = false;                          ///< matched just before this program added to it
     std::unordered_map<std::string, std::string> names;  ///< folded name to name
   };
   static constexpr std::size_t kRemembered = 8;
@@ -47,7 +47,7 @@ class FoldedNames {
   Folder* remembered(const std::string& path);
   Folder* read(const std::string& path, const struct stat& status);
 
-  std::list<Folder> folders_;  ///< the one used last in front
+  std::list<Folder> folders_;  ///< the most recently used first
 };
 
 }  // namespace twk::local

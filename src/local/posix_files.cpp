@@ -119,7 +119,7 @@ class PosixRandomFile final : public platform::RandomFile {
   }
 
  private:
-  /// Takes back what a failed write put behind the old end, unless somebody has written behind it since.
+  /// Undoes what a failed write appended, unless someone has written after it since.
   void drop_partial_tail(std::uint64_t old_size, std::uint64_t end) {
     if (end <= old_size || size() != end)
       return;
@@ -132,7 +132,7 @@ class PosixRandomFile final : public platform::RandomFile {
   Lock lock_;
 };
 
-/// False, with `errno`, when it failed; EEXIST when something is there that may not be replaced.
+/// False, with `errno`, when it failed; EEXIST when what is there may not be replaced.
 bool move_file(const std::string& from, const std::string& to, bool replace) {
   const unsigned flags = replace ? 0U : RENAME_NOREPLACE;
   if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags) == 0)
@@ -148,7 +148,7 @@ bool move_file(const std::string& from, const std::string& to, bool replace) {
   return errno == ENOENT && ::rename(from.c_str(), to.c_str()) == 0;
 }
 
-/// A slash behind the name of a link would lead to what it stands for.
+/// A slash after the name of a link would lead to its target.
 std::string without_slash(std::string path) {
   path.resize(std::max<std::size_t>(path.find_last_not_of('/') + 1, 1));
   return path;
@@ -160,7 +160,7 @@ platform::FileEntry to_entry(std::string name, const struct stat& status) {
           status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
-/// The status of what the path leads to; false when it cannot be looked at.
+/// The status of what the path leads to; false when it cannot be read.
 bool look_at(std::string_view path, FoldedNames& names, struct stat& status) {
   base::Trap trap;
   bool found = false;
@@ -223,7 +223,7 @@ void PosixFiles::make_directory(std::string_view path) {
 std::vector<platform::FileEntry> PosixFiles::list(std::string_view path) {
   const std::string local_path = local(path);
   const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(local_path.c_str()), closedir);
-  // A folder that is not there is a missing path, never a missing file.
+  // A missing folder is a missing path, never a missing file.
   if (folder == nullptr)
     raise_file_error(errno == ENOENT ? ENOTDIR : errno, "list", local_path);
   std::vector<platform::FileEntry> entries;
@@ -234,7 +234,7 @@ std::vector<platform::FileEntry> PosixFiles::list(std::string_view path) {
       break;
     const std::string_view name = entry->d_name;
     struct stat status {};
-    // What was taken away meanwhile is not there.
+    // What was removed meanwhile does not exist.
     if (name != "." && name != ".." &&
         fstatat(dirfd(folder.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
       entries.push_back(to_entry(std::string(name), status));
@@ -267,7 +267,7 @@ void PosixFiles::remove_directory(std::string_view path) {
 
 std::string PosixFiles::read(std::string_view path) {
   const std::string local_path = local(path);
-  // By its own name: what stands for an open file below /proc cannot be followed by hand.
+  // By its own name: the entry for an open file below /proc cannot be followed by hand.
   static_cast<void>(follow_trusted_links(local_path));
   const Descriptor file = open_descriptor(local_path, O_RDONLY);
   const mode_t mode = status_of(file, local_path).st_mode;

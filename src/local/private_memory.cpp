@@ -8,7 +8,7 @@
 namespace twk::local {
 
 void keep_memory_private() {
-#ifndef __SANITIZE_ADDRESS__  // which looks for leaks from a process of its own
+#ifndef __SANITIZE_ADDRESS__  // which searches for leaks from a separate process
   const rlimit none{0, 0};
   if (setrlimit(RLIMIT_CORE, &none) != 0 || prctl(PR_SET_DUMPABLE, 0, 0, 0, 0) != 0)
     base::raise(base::error::kPermissionDenied,

@@ -23,7 +23,7 @@ std::string_view trim_blanks(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
-/// Hands out the lines of a text, without their ends, and knows the number of the last one.
+/// Returns the lines of a text, without their ends, and the number of the last one.
 class Lines {
  public:
   explicit Lines(std::string_view text) : rest_(text) {}
@@ -108,7 +108,7 @@ std::string parse_text_bytes(std::string_view digits, const Lines& lines) {
   return text;
 }
 
-/// A value that is no text, with the lines that continue it.
+/// A value that is not a text, with the lines that continue it.
 std::string take_other(std::string_view first, Lines& lines) {
   const std::array<std::string_view, 3> kinds = {"dword:", "hex:", "hex("};
   if (std::none_of(kinds.begin(), kinds.end(),

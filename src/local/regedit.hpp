@@ -7,15 +7,16 @@
 
 /// Registry trees as REGEDIT4 text.
 ///
-///     text     = header { blank | comment | key | value }     a line each; UTF-8, CRLF (LF is read as well)
-///     header   = "REGEDIT4" | "Windows Registry Editor Version 5.00"     the second is read alone
-///     comment  = ";" anything     not kept
+///     text     = header { blank | comment | key | value }     a line each; UTF-8, CRLF (LF is also read)
+///     header   = "REGEDIT4"                                   written
+///              | "Windows Registry Editor Version 5.00"       only read
+///     comment  = ";" anything                                 not kept
 ///     key      = "[" hive { "\" part } "]"
 ///     value    = ( "@" | quoted ) "=" ( quoted | "hex(1):" bytes | other )
 ///     quoted   = '"' text with \\ for \ and \" for " '"'
-///     bytes    = two hexadecimal digits each, commas between, 00 as the last; a "\" at the end of a line
-///                continues it; in version 5.00 of UTF-16, little-endian
-///     other    = "dword:" … | "hex:" … | "hex(n):" … kept to the letter
+///     bytes    = two hexadecimal digits each, with commas between, the last one 00; a "\" at the end of a
+///                line continues it; in version 5.00 UTF-16, little-endian
+///     other    = "dword:" … | "hex:" … | "hex(n):" …          kept unchanged
 ///
 /// A text that a line cannot hold, because of a control character or bytes that are not UTF-8, is written as
 /// the bytes of hex(1). "@" is the value without a name.
@@ -26,7 +27,7 @@ inline constexpr std::uint32_t kInvalidFileFormat = 321;  ///< the runtime's num
 struct RegistryValue {
   std::string name;
   std::string text;
-  std::string other;  ///< what stands behind "=", for a value that is no text; `text` is then empty
+  std::string other;  ///< what follows "=", for a value that is not a text; `text` is then empty
 };
 
 struct RegistryKey {
@@ -36,17 +37,17 @@ struct RegistryKey {
 
 using RegistryTree = std::map<std::string, RegistryKey>;  ///< by the path in upper case
 
-/// The key of that path, made when it is not there. Paths fold case and keep the spelling they came with
+/// The key of that path, made when it does not exist. Paths fold case and keep the spelling they came with
 /// first.
 RegistryKey& registry_key(RegistryTree& tree, std::string_view path);
 /// Sets a value; names fold case and keep the spelling they came with first.
 void set_registry_value(RegistryKey& key, RegistryValue value);
 
 /// The text of a file that a registry editor wrote, in UTF-8: UTF-16 with its byte-order mark, as
-/// version 5.00 has it, UTF-8, or code page 1252. Raises `kInvalidFileFormat` for UTF-16 that is none.
+/// version 5.00 has it, UTF-8, or code page 1252. Raises `kInvalidFileFormat` for invalid UTF-16.
 std::string regedit_text(std::string_view bytes);
 
-/// Reads a text with or without a byte-order mark. What stands twice counts as it stands last. Raises
+/// Reads a text with or without a byte-order mark. Of duplicates, the last one counts. Raises
 /// `kInvalidFileFormat` with the number of the line that is not understood, deletions ("[-key]", "name"=-)
 /// included.
 RegistryTree parse_regedit(std::string_view text);

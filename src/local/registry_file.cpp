@@ -36,7 +36,7 @@ bool same_file(const struct stat& a, const struct stat& b) {
          a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
 }
 
-/// Makes the folder and those above it that are missing, for the owner alone.
+/// Makes the folder and missing ones above it, for the owner only.
 void make_private_folders(const fs::path& folder) {
   if (folder.empty() || mkdir(folder.c_str(), 0700) == 0)
     return;

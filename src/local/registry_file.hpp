@@ -19,15 +19,15 @@ namespace twk::local {
 ///     HKEY_CURRENT_USER.reg
 ///     registry.lock            locked while a file is read, changed and replaced
 ///
-/// The folder is made at the first write, mode 0700. A read looks first whether another process replaced or
-/// edited the file. Values that are no text (dword, hex) are kept but not there for `Reg_Read`. A file that
-/// cannot be understood is never written over: `Reg_Write` answers False until it is repaired, and what was
-/// last understood of it counts. Who opens the store calls `require_readable` first. Also False: a hive that
-/// is none of the two, a key that is empty or holds a control character, a name that holds a control
-/// character or bytes that are not UTF-8, another process that keeps the lock for five seconds.
+/// The folder is made at the first write, mode 0700. A read first checks whether another process replaced or
+/// edited the file. Values that are not texts (dword, hex) are kept but invisible to `Reg_Read`. A file that
+/// cannot be understood is never written over: `Reg_Write` answers False until it is repaired, and the last
+/// contents that could be read count. Code that opens the store calls `require_readable` first. Also False: a
+/// hive other than these two, a key that is empty or contains a control character, a name that contains a
+/// control character or bytes that are not UTF-8, another process that keeps the lock for five seconds.
 class RegistryFile final : public platform::RegistryAccess, public platform::RegistryListing {
  public:
-  /// `folder` is a path of the local system.
+  /// `folder` is a local path.
   explicit RegistryFile(std::string folder);
 
   bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name, std::string& value) override;
@@ -45,7 +45,7 @@ class RegistryFile final : public platform::RegistryAccess, public platform::Reg
     std::string name;
     std::string path;
     RegistryTree tree;
-    Descriptor file;  ///< kept open so that the number of its inode is not given to its successor
+    Descriptor file;  ///< kept open so that the number of its inode is not reused for its successor
     std::optional<struct stat> loaded;
     std::string problem;
   };
@@ -53,7 +53,7 @@ class RegistryFile final : public platform::RegistryAccess, public platform::Reg
   Hive* find_hive(std::uint32_t number);
   /// Brings the tree up to the file; raises when the file cannot be read or understood.
   static void refresh(Hive& hive);
-  /// Runs `edit` on the tree under the lock, and writes the file when that gives True.
+  /// Runs `edit` on the tree under the lock, and writes the file when that returns True.
   void change(Hive& hive, const std::function<bool(RegistryTree&)>& edit);
 
   std::string folder_;

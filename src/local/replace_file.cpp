@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kMostTemporaryNames = 1000;
 
-/// The file that is about to be replaced; none when there is none.
+/// The file that is about to be replaced, if any.
 std::optional<struct stat> replaced_file(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
@@ -30,7 +30,7 @@ std::optional<struct stat> replaced_file(const std::string& path) {
     raise_file_error(EISDIR, "write", path);
   if (!S_ISREG(status.st_mode))
     raise_file_error(ENOTSUP, "write", path);
-  // A file without any right to write is meant to stay as it is, also for who may do everything.
+  // A file without any write permission is meant to stay as it is, even for the superuser.
   if ((status.st_mode & 0222U) == 0)
     raise_file_error(EACCES, "write", path);
   if (faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0)
@@ -76,7 +76,7 @@ class TemporaryFile {
 };
 
 /// Gives a new file the owner, group and mode of the old one. Where the group cannot be given, its rights
-/// shrink to those of everybody.
+/// shrink to those of everyone.
 void take_over_access(const Descriptor& file, const struct stat& old, const std::string& path) {
   mode_t mode = old.st_mode & 07777U;
   const struct stat made = status_of(file, path);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kMostLinks = 40;
 
-/// Of the folder that a path's last part stands in; of nobody when it cannot be looked at.
+/// The owner of the folder that holds a path's last part; nobody when it cannot be read.
 uid_t owner_of_folder(const std::filesystem::path& path) {
   struct stat status {};
   const std::filesystem::path folder = path.parent_path();

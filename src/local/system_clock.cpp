@@ -42,7 +42,7 @@ base::Date SystemClock::to_local(base::Date utc) {
 
 base::Date SystemClock::to_utc(base::Date local) {
   const std::time_t shown = unix_time(local);
-  // A change of the clocks near by lies between these two; mostly they are one.
+  // A nearby change of the clocks lies between these two; usually they are equal.
   const std::time_t by_offset_before = shown - offset_at(shown - kDay);
   const std::time_t by_offset_after = shown - offset_at(shown + kDay);
   const auto [first, second] = std::minmax(by_offset_before, by_offset_after);

@@ -25,8 +25,8 @@ struct Start {
   int error = 0;
 };
 
-/// What a program is given: its words, the environment without secrets, default signals, and no open file of
-/// ours but standard error, which takes standard output as well.
+/// What a program gets: its words, the environment without secrets, default signals, and no open file of
+/// ours but standard error, which also receives standard output.
 class SpawnPlan {
  public:
   SpawnPlan(const std::vector<std::string>& words, bool hidden) {
@@ -98,8 +98,8 @@ std::string failure_of(int status) {
   return code == 0 ? std::string() : "it ended with exit code " + std::to_string(code);
 }
 
-/// Starts the program from a process in between that ends at once: the program is then the system's to clear
-/// away.
+/// Starts the program from a process in between that ends at once: the system then cleans up after the
+/// program.
 Start start_on_its_own(const SpawnPlan& plan) {
   Start started{.process = 0, .error = EAGAIN};
   int ends[2] = {-1, -1};
@@ -129,7 +129,7 @@ std::string words_of(int error) {
   return std::generic_category().message(error);
 }
 
-/// 0 for a file that may be run.
+/// 0 for a file that may be executed.
 int run_error(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0)
@@ -139,7 +139,7 @@ int run_error(const std::string& path) {
   return access(path.c_str(), X_OK) == 0 ? 0 : errno;
 }
 
-/// The same for a program by its name, which is looked for on PATH unless a folder is named.
+/// The same for a program by its name, which is searched on PATH unless it includes a folder.
 int find_error(const std::string& name) {
   if (name.find('/') != base::npos)
     return run_error(name);

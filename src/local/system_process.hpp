@@ -8,8 +8,8 @@
 
 namespace twk::local {
 
-/// Programs of the workstation, found on PATH. One that is not waited for belongs to the system from its
-/// start, so that nothing of it is left in this process when it ends.
+/// Programs of the workstation, found on PATH. One that is not waited for is handed to the system at
+/// once, so that nothing of it is left in this process when it ends.
 class SystemProcess final : public platform::Process {
  public:
   std::string cannot_start(const std::vector<std::string>& words) override;

@@ -9,7 +9,7 @@
 namespace twk::local {
 namespace {
 
-/// A relative path is passed over, as is the rule for these variables.
+/// A relative path is ignored, as the rules for these variables require.
 std::string absolute_variable(const char* name) {
   const char* const value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nothing changes it
   return value != nullptr && *value == '/' ? value : std::string();

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Where a person's own files of this program lie, below the XDG base directories (version 0.8).
+/// Where this program keeps a person's own files, below the XDG base directories (version 0.8).
 namespace twk::local {
 
 /// "$XDG_CONFIG_HOME/tarnwick", "~/.config/tarnwick" without that variable. Neither is made.

@@ -10,7 +10,7 @@ bool holds(std::span<const Sid> identifiers, const Sid& sid) {
 }
 
 /// An entry as the new file or folder gets it; more than one when an entry for "creator owner" goes on to be
-/// inherited. In a folder the part that acts on it and the part that is handed on may differ.
+/// inherited. In a folder the part that applies to it and the part that is passed on may differ.
 void append_inherited(std::vector<Ace>& list, const Ace& ace, bool is_folder, const Sid& new_owner) {
   using namespace ace_flag;
   const auto sid = ace.sid();

@@ -59,7 +59,7 @@ inline constexpr std::uint32_t kGenericExecute = 0x20000000;
 inline constexpr std::uint32_t kGenericWrite = 0x40000000;
 inline constexpr std::uint32_t kGenericRead = 0x80000000;
 
-inline constexpr std::uint32_t kFileAll = 0x1F01FF;  ///< what kGenericAll means of a file
+inline constexpr std::uint32_t kFileAll = 0x1F01FF;  ///< what kGenericAll means for a file
 inline constexpr std::uint32_t kFileGenericRead = 0x120089;
 inline constexpr std::uint32_t kFileGenericWrite = 0x120116;
 inline constexpr std::uint32_t kFileGenericExecute = 0x1200A0;
@@ -67,8 +67,8 @@ inline constexpr std::uint32_t kFileGenericExecute = 0x1200A0;
 }  // namespace access
 
 /// One entry of an access list, as its bytes ([MS-DTYP] 2.4.4): type, flags, size (2 bytes), then, for all
-/// types but the reserved one 4, the access mask (4 bytes) and, behind the two object identifiers that types
-/// 5 to 8, 11, 12, 15 and 16 may have, the account's identifier. What stands behind that is kept. Always well
+/// types except the reserved type 4, the access mask (4 bytes) and, after the two object identifiers that
+/// types 5 to 8, 11, 12, 15 and 16 may have, the account's identifier. What follows is kept. Always well
 /// formed in size.
 class Ace {
  public:

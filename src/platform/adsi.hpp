@@ -8,7 +8,8 @@
 
 #include "platform/directory.hpp"
 
-/// The ADSI property names over the narrow object interface. A wrapper holds no state of its own.
+/// Accessors for the ADSI property names, over the narrow object interface. A wrapper holds no state of its
+/// own.
 namespace twk::platform {
 
 /// Bits of "UserFlags" (WinNT) and "userAccountControl" (LDAP).
@@ -22,13 +23,13 @@ inline constexpr std::int32_t kFlagPasswordNeverExpires = 0x10000;
 /// The LDAP attribute behind a user property name ("FullName" is "displayName", "LoginScript" "scriptPath",
 /// "Profile" "profilePath", "FirstName" "givenName", "LastName" "sn", "OfficeLocations"
 /// "physicalDeliveryOfficeName", "EmailAddress" and "EMailAddress" "mail", "LoginHours" "logonHours",
-/// "HomeDrive", "HomeDirectory", "Description" under their own names …); any other name stays as it is.
-/// Folds case.
+/// "HomeDrive", "HomeDirectory", "Description" under their own names …); any other name is returned
+/// unchanged. Folds case.
 std::string_view ldap_attribute(std::string_view property);
 
-/// True when "msDS-User-Account-Control-Computed" says that an account is not locked out, though
-/// "lockoutTime" still holds when it was: its time is over. A directory without that attribute does not say
-/// so.
+/// True when "msDS-User-Account-Control-Computed" says that an account is not locked out, although
+/// "lockoutTime" still holds the time of a lockout that is over. Always false in a directory without that
+/// attribute.
 bool is_lapsed_lock(const Value& computed_control);
 
 /// The sentinel of an account that does not expire, as an LDAP object reads back and as it is written.
@@ -57,7 +58,8 @@ class User {
   [[nodiscard]] base::Bytes LoginHours() const;
   [[nodiscard]] bool AccountDisabled() const;
   [[nodiscard]] bool IsAccountLocked() const;
-  /// The LDAP object gives a sentinel for an account that does not expire; the WinNT object raises an error.
+  /// The LDAP object returns a sentinel for an account that does not expire; the WinNT object raises an
+  /// error.
   [[nodiscard]] base::Date AccountExpirationDate() const;
 
   void put_FullName(std::string_view text) { object_->Put("FullName", text); }

@@ -10,13 +10,13 @@ enum class Buttons { kOk, kOkCancel, kYesNo, kYesNoCancel };
 enum class Icon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 enum class Answer { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
 
-/// What a routine asks of the person in front of it.
+/// What a routine asks the person at the screen.
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
 
-  /// A question with Yes and No and the icon kExclamation is about harm: No is what Return gives, and no
-  /// option that answers questions beforehand says Yes to it.
+  /// A question with Yes and No and the icon kExclamation is about harm: Return means No, and no option that
+  /// answers questions in advance answers it with Yes.
   virtual Answer MsgBox(std::string_view text, Buttons buttons, Icon icon, std::string_view title) = 0;
   /// The typed text; the empty text when the box was cancelled. `secret` hides what is typed.
   virtual std::string InputBox(std::string_view prompt, std::string_view title, bool secret = false) = 0;

@@ -14,8 +14,8 @@
 /// The directory seam: ADSI objects bound by an ADsPath, for the providers "LDAP:", "GC:" and "WinNT:".
 ///
 /// Every call raises `base::RuntimeError` when it fails; the numbers below are the ones that callers test.
-/// Nothing typed by a person needs escaping for `Get`, `Put` and `SetPassword`; a relative name ("CN=…") and
-/// a path carry RFC 4514 escapes.
+/// Nothing that a person types needs escaping for `Get`, `Put` and `SetPassword`; a relative name ("CN=…")
+/// and a path carry RFC 4514 escapes.
 namespace twk::platform {
 
 namespace ads_error {
@@ -23,7 +23,7 @@ namespace ads_error {
 inline constexpr std::uint32_t kBadPathname = 0x80005000;       ///< the path is not one of the known forms
 inline constexpr std::uint32_t kPropertyNotFound = 0x8000500D;  ///< the attribute has no value
 inline constexpr std::uint32_t kNoSuchObject = 0x80072030;      ///< nothing has that name
-inline constexpr std::uint32_t kObjectExists = 0x80071392;      ///< name or membership is there already
+inline constexpr std::uint32_t kObjectExists = 0x80071392;      ///< name or membership exists already
 inline constexpr std::uint32_t kInvalidDn = 0x80072032;         ///< a name breaks the syntax of names
 inline constexpr std::uint32_t kConstraint = 0x8007202F;        ///< a value breaks a rule of its attribute
 inline constexpr std::uint32_t kNoSuchAttribute = 0x8007200A;   ///< the schema does not know the attribute
@@ -48,7 +48,7 @@ inline constexpr std::uint32_t kInvalidAccountName = 0x800708A2;        ///< NER
 class DirectoryObject;
 using ObjectPtr = std::shared_ptr<DirectoryObject>;
 
-/// One bound object. It stays usable until it is released; what it stages is lost with it.
+/// One bound object, usable until it is released; staged changes are lost with it.
 ///
 /// `Get` reads staged values first, then those of the directory, which are fetched once at the first read.
 /// Attribute names fold case. On an LDAP or GC object both the attribute ("displayName") and the property
@@ -69,7 +69,7 @@ class DirectoryObject {
   virtual Value Get(std::string_view attribute) = 0;
   /// Stages a value; nothing reaches the directory before `SetInfo`.
   virtual void Put(std::string_view attribute, const Value& value) = 0;
-  /// Stages a change of a whole attribute: control 1 clears it (the value is not looked at), 2 replaces it by
+  /// Stages a change of a whole attribute: control 1 clears it (the value is ignored), 2 replaces it by
   /// the list, 3 appends to it, 4 deletes these values.
   virtual void PutEx(int control, std::string_view attribute, const Value& value) = 0;
   /// Writes all staged values at once or none; creates the object when it is new. On failure they stay
@@ -79,14 +79,15 @@ class DirectoryObject {
   /// The password takes effect at once. Raises kPasswordPolicy when the domain refuses it.
   virtual void SetPassword(std::string_view password) = 0;
   /// `SetInfo` of a new account and its first `SetPassword` in one request, where the directory can: a server
-  /// spends most of a small write on keeping it. A "userAccountControl" and a "pwdLastSet" that are staged
-  /// hold beside the password. False for an object that is stored, where the directory cannot, or when either
-  /// part was refused: nothing is written then, and the two calls tell which part it is. Raises kServerDown.
+  /// spends most of a small write on making it durable. A staged "userAccountControl" and "pwdLastSet" are
+  /// written along with the password. False for a stored object, where the directory cannot do this, or when
+  /// either part was refused: nothing is written then, and the two separate calls show which part it is.
+  /// Raises kServerDown.
   virtual bool SetInfoWithPassword(std::string_view /*password*/) { return false; }
 
-  // What a container does.
+  // For containers.
 
-  /// Calls `visit` for each child whose class is one of `classes` (any class when empty), until it gives
+  /// Calls `visit` for each child whose class is one of `classes` (any class when empty), until it returns
   /// False.
   virtual void enumerate(std::span<const std::string> classes,
                          const std::function<bool(const ObjectPtr&)>& visit) = 0;
@@ -97,20 +98,20 @@ class DirectoryObject {
   /// Moves the object at `source_path` here, under a new relative name or the one it has.
   virtual ObjectPtr MoveHere(std::string_view source_path, const std::optional<std::string>& new_name) = 0;
 
-  // What a group does. `Add` and `Remove` act at once.
+  // For groups. `Add` and `Remove` act at once.
 
-  /// For what is a member already an LDAP group raises kObjectExists, a WinNT group kMemberInGroup.
+  /// For an existing member, an LDAP group raises kObjectExists, a WinNT group kMemberInGroup.
   virtual void Add(std::string_view path) = 0;
   virtual void Remove(std::string_view path) = 0;
   virtual bool IsMember(std::string_view path) = 0;
-  /// The direct members; those by primary group are not among them in an AD domain.
+  /// The direct members; in an AD domain without those by primary group.
   virtual std::vector<ObjectPtr> Members() = 0;
 
   /// The groups of a user, direct memberships. In an AD domain the primary group is not among them on the
   /// LDAP object; on the WinNT object it is.
   virtual std::vector<ObjectPtr> Groups() = 0;
 
-  // What a schema object tells ("LDAP://Schema/…"); other objects raise kNotImplementedByProvider.
+  // For schema objects ("LDAP://Schema/…"); other objects raise kNotImplementedByProvider.
 
   /// Name of an attribute's syntax: "String", "Integer", "Boolean", "INTEGER8", "OctetString", "DN",
   /// "UTCTime" …
@@ -118,8 +119,8 @@ class DirectoryObject {
   virtual bool MultiValued() = 0;
 };
 
-/// Binds objects. Path forms, with the server part left out or not: "LDAP://RootDSE", "LDAP://<dns domain>",
-/// "LDAP://[<server>/]<dn>", "GC://…" likewise, "LDAP:", "GC:", "WinNT:" (the name spaces),
+/// Binds objects. Path forms; the server part is optional: "LDAP://RootDSE", "LDAP://<dns domain>",
+/// "LDAP://[<server>/]<dn>", "GC://…" likewise, "LDAP:", "GC:", "WinNT:" (the namespaces),
 /// "WinNT://<domain>[/<name>[,<class>]]", "WinNT://<server>/lanmanserver[/<share>]", "LDAP://Schema/<class>".
 class DirectoryService {
  public:
@@ -130,15 +131,15 @@ class DirectoryService {
   /// The same with a user's credentials; an empty user means the current logon. Raises kLogonFailure.
   virtual ObjectPtr OpenDSObject(std::string_view path, std::string_view user, std::string_view password) = 0;
 
-  /// Between the two, a directory that keeps its own files may put off making writes proof against a power
-  /// cut; what was written is seen by everybody at once all the same. `end_batch` returns when all of it is
+  /// Between the two, a directory that keeps its own files may put off making writes safe against a power
+  /// cut; everyone still sees at once what was written. `end_batch` returns when all of it is
   /// on the disk and raises when that fails. Batches nest. A remote directory does nothing here.
   virtual void begin_batch() {}
   virtual void end_batch() {}
 };
 
 /// Holds a batch open for a scope. `commit` ends it and raises when the writes could not be made durable; a
-/// scope left without it ends the batch and passes over that failure, since another one is on its way.
+/// scope left without it ends the batch and ignores that failure, since another one is being raised.
 class WriteBatch {
  public:
   explicit WriteBatch(DirectoryService& directory) : directory_(&directory) { directory.begin_batch(); }

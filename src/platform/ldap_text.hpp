@@ -8,11 +8,11 @@ namespace twk::platform {
 
 /// RFC 4515: "*", "(", ")", "\" and NUL as "\" and two hexadecimal digits.
 std::string escape_filter_value(std::string_view text);
-/// RFC 4514: ",", "+", """, "\", "<", ">", ";" behind a backslash, likewise a "#" or blank in front and a
-/// blank at the end, and "=", which may stand as it is but which not every server takes so; control
-/// characters as "\" and two hexadecimal digits.
+/// RFC 4514: ",", "+", """, "\", "<", ">", ";" after a backslash, likewise a leading "#" or blank, a trailing
+/// blank, and "=", which need not be escaped but which not every server accepts unescaped; control characters
+/// as "\" and two hexadecimal digits.
 std::string escape_dn_value(std::string_view text);
-/// The value behind the escapes.
+/// The value without the escapes.
 std::string unescape_dn_value(std::string_view text);
 
 }  // namespace twk::platform

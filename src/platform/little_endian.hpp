@@ -6,7 +6,7 @@
 
 #include "base/bytes.hpp"
 
-/// Little-endian numbers in bytes. The readers want the bytes to be there.
+/// Little-endian numbers in bytes. The readers require the bytes to exist.
 namespace twk::platform {
 
 inline void append_u16(base::Bytes& bytes, std::uint16_t number) {

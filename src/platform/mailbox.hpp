@@ -12,7 +12,7 @@ class IMailboxStore {
  public:
   virtual ~IMailboxStore() = default;
   /// Gives the user a mailbox in the store with that distinguished name; the user's `SetInfo` writes it.
-  /// Raises kObjectExists for a user who has a mailbox, kNoSuchObject for a store that is not there.
+  /// Raises kObjectExists for a user who has a mailbox, kNoSuchObject for a store that does not exist.
   virtual void CreateMailbox(std::string_view store_path) = 0;
 };
 
@@ -20,7 +20,7 @@ class IMailboxStore {
 class MailboxService {
  public:
   virtual ~MailboxService() = default;
-  /// Raises kNotImplementedByProvider for an object that can have no mailbox.
+  /// Raises kNotImplementedByProvider for an object that cannot have a mailbox.
   virtual std::unique_ptr<IMailboxStore> mailbox_store(const ObjectPtr& user) = 0;
 };
 

@@ -14,7 +14,7 @@ namespace twk::platform {
 /// Numbers of the network calls, [MS-ERREF] 2.2.
 namespace network_error {
 inline constexpr std::uint32_t kBadNetPath = 53;    ///< no such server
-inline constexpr std::uint32_t kInvalidName = 123;  ///< a share name that no share has
+inline constexpr std::uint32_t kInvalidName = 123;  ///< an invalid share name
 inline constexpr std::uint32_t kUnknownDirectory =
     2116;                                               ///< NERR_UnknownDevDir: the server has no such folder
 inline constexpr std::uint32_t kDuplicateShare = 2118;  ///< NERR_DuplicateShare
@@ -26,7 +26,7 @@ inline constexpr std::uint32_t kControllerNotFound = 2453;  ///< NERR_DCNotFound
 /// SHARE_INFO_502, [MS-SRVS] 2.2.4.26.
 struct ShareInfo502 {
   std::string shi502_netname;
-  std::uint32_t shi502_type = 0;  ///< 0 a folder
+  std::uint32_t shi502_type = 0;  ///< 0: a folder
   std::string shi502_remark;
   std::uint32_t shi502_permissions = 0;
   std::int32_t shi502_max_uses = -1;  ///< -1 for no limit
@@ -62,12 +62,12 @@ enum class WtsConfigClass : std::int32_t {
 /// A text setting or a number setting; times are in milliseconds, switches 0 or 1.
 using WtsConfigValue = std::variant<std::string, std::uint32_t>;
 
-/// The calls of netapi32 and wtsapi32. A server's name may have two backslashes in front.
+/// The calls of netapi32 and wtsapi32. A server's name may begin with two backslashes.
 class Network {
  public:
   virtual ~Network() = default;
 
-  /// The primary controller of a domain, given by its DNS or NetBIOS name, with two backslashes in front
+  /// The primary controller of a domain named by its DNS or NetBIOS name; it begins with two backslashes
   /// ("\\DC1"). An empty `server` means this machine. Raises kControllerNotFound when there is none.
   virtual std::string NetGetDCName(std::string_view server, std::string_view domain) = 0;
 
@@ -84,7 +84,7 @@ class Network {
   /// kBadNetPath, and 87 for a value of the wrong kind.
   virtual void WTSSetUserConfig(std::string_view server, std::string_view user, WtsConfigClass setting,
                                 const WtsConfigValue& value) = 0;
-  /// The setting, or what holds for a user who has none.
+  /// The setting, or the default for a user who has none.
   virtual WtsConfigValue WTSQueryUserConfig(std::string_view server, std::string_view user,
                                             WtsConfigClass setting) = 0;
 };

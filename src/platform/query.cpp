@@ -27,7 +27,7 @@ QueryText parse_query_text(std::string_view text) {
   const std::size_t base_end = text.find(">;");
   if (text.empty() || text.front() != '<' || base_end == base::npos)
     malformed("the base is not in angle brackets");
-  // The two last parts hold no semicolon, a filter's value may.
+  // The last two parts contain no semicolon; a filter's value may.
   const std::size_t scope_at = text.rfind(';');
   const std::size_t list_at = scope_at <= base_end + 1 ? base::npos : text.rfind(';', scope_at - 1);
   if (list_at == base::npos || list_at <= base_end + 1)

@@ -34,7 +34,7 @@ struct QueryOptions {
   std::int32_t timeout_seconds = 30;
 };
 
-/// Rows, read forward. An empty result is at both ends at once.
+/// Rows, read forward. An empty result is at both ends.
 class Recordset {
  public:
   virtual ~Recordset() = default;
@@ -46,7 +46,7 @@ class Recordset {
   [[nodiscard]] virtual Value field(std::size_t index) const = 0;
   virtual void MoveNext() = 0;
   virtual void MoveFirst() = 0;
-  /// To the last row; rows between are not fetched for their values. The way to stop a walk early.
+  /// To the last row, without fetching the values of the rows between. The way to stop a walk early.
   virtual void MoveLast() = 0;
   virtual void Close() = 0;
 };
@@ -57,7 +57,7 @@ class QueryService {
   virtual ~QueryService() = default;
 
   /// Raises when the base does not exist, the filter is malformed or no server answers. "ADsPath" in the
-  /// attribute list gives the path under the base's provider and server part ("GC://twk.test/CN=…").
+  /// attribute list returns the path under the base's provider and server part ("GC://twk.test/CN=…").
   virtual std::unique_ptr<Recordset> execute(const QueryText& query, const QueryOptions& options) = 0;
 };
 

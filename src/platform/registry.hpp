@@ -12,12 +12,12 @@ inline constexpr std::uint32_t kHiveLocalMachine = 0x80000002;  ///< HKEY_LOCAL_
 
 /// A tree of text values, as the Windows registry holds it: hive, key path with backslashes, value name. Keys
 /// and names fold case. A write is on disk when the call returns. Neither call raises: a store that cannot be
-/// read holds nothing, one that cannot be written answers False.
+/// read seems empty, one that cannot be written returns False.
 class RegistryAccess {
  public:
   virtual ~RegistryAccess() = default;
 
-  /// True when the value exists; `value` is left as it was when it does not.
+  /// True when the value exists; `value` is left unchanged when it does not.
   virtual bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
                         std::string& value) = 0;
   /// Creates the key when needed.
@@ -31,15 +31,15 @@ struct RegistryEntry {
   std::string value;
 };
 
-/// What looking at, saving and restoring the whole store needs, apart from the program's own two operations.
+/// Operations for listing, saving and restoring the whole store, beyond the two that the program itself uses.
 class RegistryListing {
  public:
   virtual ~RegistryListing() = default;
 
-  /// Raises when what is stored cannot be read or understood; the text names file and line. Who goes on
-  /// without it would take every value for one that is not set.
+  /// Raises when what is stored cannot be read or understood; the text names file and line. Without this
+  /// check, every value would seem not to be set.
   virtual void require_readable() = 0;
-  /// Takes a value away. False when there is none. Raises when the store cannot be written.
+  /// Removes a value. False when there is none. Raises when the store cannot be written.
   virtual bool remove(std::uint32_t hive, std::string_view key, std::string_view name) = 0;
   /// Every value at or below `key`, sorted by key and name.
   virtual std::vector<RegistryEntry> entries(std::uint32_t hive, std::string_view key) = 0;

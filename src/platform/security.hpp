@@ -25,7 +25,7 @@ inline constexpr std::string_view kBackup = "SeBackupPrivilege";
 inline constexpr std::string_view kTakeOwnership = "SeTakeOwnershipPrivilege";
 }  // namespace privilege
 
-/// What a look-up of an account finds.
+/// The result of looking up an account.
 struct AccountSid {
   Sid sid;
   std::string domain;  ///< where the account lives: a domain, a server, "BUILTIN", "NT AUTHORITY", or empty
@@ -35,7 +35,7 @@ struct AccountSid {
 class ProcessToken {
  public:
   virtual ~ProcessToken() = default;
-  /// `AdjustTokenPrivileges` for one privilege, by the number that `LookupPrivilegeValue` gave. Raises
+  /// `AdjustTokenPrivileges` for one privilege, by the number that `LookupPrivilegeValue` returned. Raises
   /// kNotAllAssigned when the token does not hold it.
   virtual void AdjustTokenPrivileges(std::uint64_t privilege, bool enable) = 0;
 };
@@ -51,8 +51,8 @@ class Security {
   /// domain). `account` is a name or "DOMAIN\name", in any case; "System", "Everyone" and "Administrators"
   /// are known everywhere. Raises kNoneMapped, kServerUnavailable.
   virtual AccountSid LookupAccountName(std::string_view server, std::string_view account) = 0;
-  /// "DOMAIN\name", or the bare name of a well-known identifier; the identifier's text for one that nobody
-  /// knows.
+  /// "DOMAIN\name", or the bare name of a well-known identifier; the identifier's text for an unknown
+  /// one.
   virtual std::string LookupAccountSid(std::string_view server, const Sid& sid) = 0;
 
   /// The identifiers that an account acts with: its own, those of its groups at any depth, "Everyone" and
@@ -63,7 +63,7 @@ class Security {
   /// bytes. Raises kInsufficientBuffer when the descriptor is larger, kAccessDenied.
   virtual SecurityDescriptor GetFileSecurity(std::string_view path, std::uint32_t parts,
                                              std::size_t buffer) = 0;
-  /// Writes parts of the descriptor; what is in the folder keeps what it has. Raises kAccessDenied,
+  /// Writes parts of the descriptor; the contents of a folder keep theirs. Raises kAccessDenied,
   /// kInvalidOwner, kSharingViolation.
   virtual void SetFileSecurity(std::string_view path, std::uint32_t parts,
                                const SecurityDescriptor& descriptor) = 0;

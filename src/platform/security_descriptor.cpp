@@ -19,7 +19,7 @@ constexpr std::uint16_t kToldByFields =
   throw base::RuntimeError(number, what);
 }
 
-/// Appends a part and notes in the header where it begins.
+/// Appends a part and records in the header where it begins.
 void append_part(base::Bytes& bytes, std::size_t offset_at, const base::Bytes& part) {
   base::Bytes offset;
   append_u32(offset, static_cast<std::uint32_t>(bytes.size()));
@@ -27,7 +27,7 @@ void append_part(base::Bytes& bytes, std::size_t offset_at, const base::Bytes& p
   bytes.insert(bytes.end(), part.begin(), part.end());
 }
 
-/// The bytes from where the header says a part begins; none for a part that is not there.
+/// The bytes from where the header says a part begins; none for a missing part.
 std::optional<std::span<const std::uint8_t>> part_at(std::span<const std::uint8_t> bytes,
                                                      std::size_t offset_at) {
   const std::uint32_t offset = read_u32(bytes, offset_at);

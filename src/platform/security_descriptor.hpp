@@ -18,14 +18,14 @@ inline constexpr std::uint16_t kDaclProtected = 0x1000;
 inline constexpr std::uint16_t kSelfRelative = 0x8000;
 }  // namespace descriptor_control
 
-/// A security descriptor, [MS-DTYP] 2.4.6. `InitializeSecurityDescriptor` gives revision 1 and nothing else,
-/// which is a default-made one here.
+/// A security descriptor, [MS-DTYP] 2.4.6. `InitializeSecurityDescriptor` sets revision 1 and nothing else,
+/// like the default constructor here.
 struct SecurityDescriptor {
-  std::uint16_t control = 0;  ///< the bits that the fields below do not tell
+  std::uint16_t control = 0;  ///< the bits that the fields below do not imply
   std::optional<Sid> owner;
   std::optional<Sid> group;
   bool dacl_present = false;
-  std::optional<Acl> dacl;  ///< present without a list: everybody may do everything
+  std::optional<Acl> dacl;  ///< present without a list: everyone may do everything
   bool sacl_present = false;
   std::optional<Acl> sacl;
 
@@ -38,7 +38,7 @@ struct SecurityDescriptor {
   /// `MakeSelfRelativeSD`: header (20 bytes), audit list, access list, owner, group.
   [[nodiscard]] base::Bytes encode() const;
   /// Reads a self-relative descriptor, its parts in any order. Raises kInvalidDescriptor, or kInvalidAcl and
-  /// kInvalidSid for a part, and reads nothing behind the end.
+  /// kInvalidSid for a part, and reads nothing past the end.
   static SecurityDescriptor decode(std::span<const std::uint8_t> bytes);
 
   friend bool operator==(const SecurityDescriptor&, const SecurityDescriptor&) = default;

@@ -11,7 +11,7 @@ constexpr std::uint8_t kRevision = 1;
 constexpr std::size_t kHeaderSize = 8;
 constexpr std::size_t kMostSubAuthorities = 15;
 
-/// The number `text` begins with, decimal or "0x…", taken off its front.
+/// The number `text` begins with, decimal or "0x…", and removes it from the front.
 std::optional<std::uint64_t> take_number(std::string_view& text, std::uint64_t largest) {
   int base = 10;
   if (base::starts_with_fold(text, "0x")) {

@@ -16,10 +16,10 @@ namespace twk::platform {
 /// well formed.
 class Sid {
  public:
-  /// "S-1-<authority>-<sub-authority>…"; what is beyond 15 sub-authorities is left out.
+  /// "S-1-<authority>-<sub-authority>…"; any beyond 15 sub-authorities are left out.
   Sid(std::uint64_t authority, std::initializer_list<std::uint32_t> sub_authorities);
 
-  /// The identifier that `bytes` begins with; what follows it is not looked at. None when there is none.
+  /// The identifier that `bytes` begins with; what follows it is ignored. None when there is none.
   static std::optional<Sid> decode(std::span<const std::uint8_t> bytes);
   /// "S-1-5-32-544", in either case. None for any other text.
   static std::optional<Sid> parse(std::string_view text);
@@ -27,7 +27,7 @@ class Sid {
   [[nodiscard]] const base::Bytes& bytes() const { return bytes_; }
   /// `GetLengthSid`: number of bytes.
   [[nodiscard]] std::size_t size() const { return bytes_.size(); }
-  /// "S-1-5-32-544"; an authority of 2^32 and more in hexadecimal digits.
+  /// "S-1-5-32-544"; an authority of 2^32 or more is in hexadecimal digits.
   [[nodiscard]] std::string text() const;
 
   friend bool operator==(const Sid&, const Sid&) = default;

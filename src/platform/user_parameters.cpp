@@ -214,7 +214,7 @@ void put_number(UserParameters& parameters, const NumberSetting& setting, std::u
   put_number(parameters, setting.name, value);
 }
 
-/// Makes the settings count. Those that stood there before without counting go.
+/// Makes the settings count, and removes any old ones that did not count.
 void make_present(UserParameters& parameters) {
   if (!are_present(parameters)) {
     std::erase_if(parameters.TSPropertyArray, [](const TSProperty& property) {

@@ -13,7 +13,7 @@ namespace twk::platform {
 
 /// A byte that is not well-formed UTF-8 becomes U+FFFD.
 base::Bytes to_utf16(std::string_view text);
-/// Empty for bytes that are no UTF-16: an odd number of them, half a surrogate pair.
+/// Empty for bytes that are not UTF-16: an odd number of them, half a surrogate pair.
 std::optional<std::string> from_utf16(std::span<const std::uint8_t> bytes);
 
 }  // namespace twk::platform

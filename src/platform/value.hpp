@@ -17,7 +17,7 @@ using ValueList = std::vector<Value>;
 
 /// What an attribute or a query field holds: nothing (an attribute without a value, a Null field), a Boolean,
 /// a 32-bit integer, UTF-8 text, a date, bytes, or the list of a multi-valued attribute. A 64-bit directory
-/// integer travels as its decimal text.
+/// integer is passed as its decimal text.
 struct Value {
   using Data =
       std::variant<std::monostate, bool, std::int32_t, std::string, base::Date, base::Bytes, ValueList>;

@@ -13,7 +13,7 @@ constexpr std::size_t kVariableNameLength = 15;
 constexpr std::size_t kVariableValueLength = 30;
 constexpr std::size_t kPrimaryGroupLength = 21;
 
-/// Where the fields that moved stand in an old record; 0 for a field that it lacks.
+/// The offsets of moved fields in an old record; 0 for a field that it lacks.
 struct OldTemplate {
   std::size_t record_size;
   std::size_t logon_hours;
@@ -36,7 +36,7 @@ const OldTemplate& layout_of(TemplateGeneration generation) {
   return kOldTemplates.at(static_cast<std::size_t>(generation));
 }
 
-/// Appends `length` bytes of an old record, padded with blanks to the field of today.
+/// Appends `length` bytes of an old record, padded with blanks to today's field.
 class Upgrade {
  public:
   explicit Upgrade(std::string_view old_record) : old_(old_record) {}
@@ -64,7 +64,7 @@ class Upgrade {
   std::string bytes_;
 };
 
-/// The count of used group slots, at most as many as the old record has.
+/// The count of used group slots, at most as many as the old record holds.
 std::string group_count(std::string_view old_record, const OldTemplate& layout) {
   const auto low = static_cast<unsigned char>(old_record[2]);
   const auto high = static_cast<unsigned char>(old_record[3]);

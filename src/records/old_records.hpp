@@ -34,8 +34,8 @@ inline constexpr std::size_t kOldSiteRecordSize = 102;
 inline constexpr std::size_t kOldPermissionRecordSize = 64;
 std::size_t old_template_record_size(TemplateGeneration generation);
 
-/// The record of today that an old one becomes. What the old layout lacks is blank, but for the logon hours
-/// (all) and the primary group ("Domain Users"). The bytes are exactly one old record.
+/// Converts an old record to today's. What the old layout lacks is blank, except the logon hours (all) and
+/// the primary group ("Domain Users"). The bytes must be exactly one old record.
 std::string upgrade_site(std::string_view old_record);
 std::string upgrade_template(std::string_view old_record, TemplateGeneration generation);
 std::string upgrade_permission(std::string_view old_record);

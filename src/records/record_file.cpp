@@ -8,13 +8,13 @@
 namespace twk::records {
 namespace {
 
-/// Byte that stands for the numbers of the records. No record file grows as large.
+/// The byte whose lock protects the numbers of the records. No record file grows as large.
 constexpr std::uint64_t kNumbersLock = 0x7FFFFFFE;
 
 /// Bytes that a search reads at once.
 constexpr std::size_t kBlockSize = 256UL * 1024;
 
-/// A lock that cannot be given back ends with the file, which is closed by its user at once.
+/// A lock that cannot be released ends with the file, which its user closes at once.
 void give_back(platform::RandomFile& file, std::uint64_t offset, std::uint64_t count) {
   base::Trap trap;
   trap([&] { file.unlock(offset, count); });
@@ -66,7 +66,7 @@ RecordFile RecordFile::open_read(platform::Files& files, std::string_view path, 
 }
 
 std::int32_t RecordFile::count() {
-  // Some 40,000 templates; what is larger is no database, and would fill the memory of whoever reads it.
+  // Some 40,000 templates; anything larger is not a database, and reading it would fill the memory.
   constexpr std::uint64_t kLargest = 64ULL << 20U;
   const std::uint64_t size = file_ ? file_->size() : 0;
   if (size > kLargest)

@@ -14,7 +14,7 @@ namespace twk::records {
 /// Where a search through the records stopped.
 struct RecordSearch {
   bool found = false;
-  std::int32_t number = 0;  ///< the record that was found, else the last one; 0 in an empty file
+  std::int32_t number = 0;  ///< the record that was found, otherwise the last one; 0 in an empty file
   std::string bytes;        ///< of that record
 };
 
@@ -22,12 +22,12 @@ struct RecordSearch {
 /// length. A part of a record at the end of the file does not count, and the next new record takes its place.
 ///
 /// Several sessions may share the file. A record is written whole, under a lock of its bytes. The numbers of
-/// the records have a lock of their own, far behind them: who makes new ones, who changes the record that a
-/// search found, and who compacts the file holds it. Every call raises the runtime error of the platform's
+/// the records have a separate lock, far beyond the records: it is held to append records, to change the
+/// record that a search found, and to compact the file. Every call raises the runtime error of the platform's
 /// files.
 class RecordFile {
  public:
-  /// Until the end of its scope every record keeps its number.
+  /// Every record keeps its number until the end of this scope.
   class NumbersHold {
    public:
     NumbersHold(const NumbersHold&) = delete;
@@ -42,7 +42,7 @@ class RecordFile {
 
   /// For reading and writing; creates the file when there is none.
   static RecordFile open(platform::Files& files, std::string_view path, std::size_t record_size);
-  /// For reading; a file that is not there holds no records.
+  /// For reading; a missing file has no records.
   static RecordFile open_read(platform::Files& files, std::string_view path, std::size_t record_size);
 
   [[nodiscard]] std::int32_t count();
@@ -50,11 +50,11 @@ class RecordFile {
   [[nodiscard]] std::string read(std::int32_t number);
   /// Walks from record 1 to the first that `matches`.
   RecordSearch search(const std::function<bool(std::string_view bytes)>& matches);
-  /// Waits for who holds the numbers, for up to five seconds, and opens the file once more when another one
-  /// took its place meanwhile. Of a file that is open for writing.
+  /// Waits up to five seconds for other holders, and reopens the file when it was replaced meanwhile.
+  /// Requires a file that is open for writing.
   [[nodiscard]] NumbersHold hold_numbers();
   void write(std::int32_t number, std::string_view bytes);
-  /// Writes behind the last record and gives the number; holds the numbers meanwhile.
+  /// Writes after the last record and returns its number; holds the numbers meanwhile.
   std::int32_t append(std::string_view bytes);
 
  private:

@@ -8,7 +8,7 @@
 namespace twk::records {
 namespace {
 
-/// Writes fields one behind the other.
+/// Writes fields one after the other.
 class Encoder {
  public:
   explicit Encoder(std::size_t size) { bytes_.reserve(size); }
@@ -21,7 +21,7 @@ class Encoder {
   }
   void text(std::string_view value, std::size_t length) {
     std::optional<std::string> ansi = base::to_ansi(value);
-    // Who takes a text in says so before it comes here.
+    // Code that accepts a text reports this before it gets here.
     if (!ansi)
       base::raise(base::error::kTypeMismatch, code_page_refusal(value));
     std::string& field = *ansi;
@@ -39,7 +39,7 @@ class Encoder {
   std::string bytes_;
 };
 
-/// Reads fields one behind the other; the bytes are known to be enough.
+/// Reads fields one after the other; there are known to be enough bytes.
 class Decoder {
  public:
   Decoder(std::string_view bytes, std::size_t size) : rest_(bytes) {

@@ -24,7 +24,7 @@ inline constexpr std::size_t kVariableSlots = 51;
 inline constexpr std::size_t kSiteNameLength = 20;
 inline constexpr std::size_t kTemplateNameLength = 25;
 
-/// A record of "Site.dat". Texts are UTF-8 and hold no padding, but for what a caller left in.
+/// A record of "Site.dat". Texts are UTF-8 without padding, except what a caller left in.
 ///
 ///     offset  length  field
 ///          0       2  Deleted
@@ -118,7 +118,7 @@ std::string encode_site(const SiteRecord& record);
 std::string encode_template(const TemplateRecord& record);
 std::string encode_permission(const PermissionRecord& record);
 
-/// A record from its bytes, texts without the padding behind them. Raises a runtime error when there are
+/// A record from its bytes, texts without their padding. Raises a runtime error when there are
 /// fewer bytes than the size says. A GroupCount outside 0 to 75 reads as the nearest of the two.
 SiteRecord decode_site(std::string_view bytes);
 TemplateRecord decode_template(std::string_view bytes);
@@ -127,7 +127,7 @@ PermissionRecord decode_permission(std::string_view bytes);
 /// A template's name as the lists hold it: padded with blanks to 25 characters.
 std::string padded_template_name(std::string_view name);
 
-/// What a search looks at, straight from the bytes of a site or template record: its deletion mark, and a
+/// What a search compares, straight from the bytes of a site or template record: its deletion mark, and a
 /// template's name as the lists hold it.
 bool is_deleted(std::string_view bytes);
 std::string listed_template_name(std::string_view bytes);

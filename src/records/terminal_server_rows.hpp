@@ -23,8 +23,8 @@ struct TerminalServerRow {
   [[nodiscard]] bool is_time() const { return key.ends_with('t'); }
 };
 
-/// In the order of the list. The text "End a Dissconnected sessions" stands for the class of connections, and
-/// "Active session limit" for that of disconnections: values that are stored mean what these rows always set.
+/// In the order of the list. The text "End a Dissconnected sessions" sets the limit of connections, and
+/// "Active session limit" that of disconnections: stored values keep the meaning that these rows always had.
 inline constexpr std::array<TerminalServerRow, 13> kTerminalServerRows = {{
     {"User Profile Directory", "", platform::WtsConfigClass::kTerminalServerProfilePath,
      "WTSTerminalServerProfilePath"},
@@ -55,7 +55,7 @@ struct TimeWord {
   std::uint32_t milliseconds;
 };
 
-/// What a time setting may be, "Never" first.
+/// The values of a time setting, "Never" first.
 inline constexpr std::array<TimeWord, 11> kTimeWords = {{{"Never", 0},
                                                          {"1 min", 60000},
                                                          {"5 mins", 300000},
@@ -68,7 +68,7 @@ inline constexpr std::array<TimeWord, 11> kTimeWords = {{{"Never", 0},
                                                          {"1 day", 86400000},
                                                          {"2 days", 172800000}}};
 
-/// The time of a word, in any case, from "1 min" to "2 days"; 0 for "Never" as for all that is no such word.
+/// The time of a word, in any case, from "1 min" to "2 days"; 0 for "Never" and for any other text.
 std::uint32_t milliseconds_of(std::string_view word);
 
 /// 1 for "TRUE" and "YES" in any case, else 0.

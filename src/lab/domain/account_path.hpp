@@ -8,7 +8,7 @@
 
 namespace twk::lab {
 
-/// The DN of the entry that an LDAP, GC or WinNT path means; "LDAP://<dns domain>" is the domain's own.
+/// The DN of the entry that an LDAP, GC or WinNT path refers to; "LDAP://<dns domain>" is the domain's own.
 /// Raises kServerDown for a server that is not the lab's and for LDAP in a lab of kind nt, kNoSuchDomain,
 /// kNoSuchObject, kUserNotFound, kGroupNotFound, kBadPathname for a path of another kind.
 std::string resolve_entry(const LabDomain& domain, const ads::AdsPath& path);

@@ -34,7 +34,7 @@ bool is_mandatory(std::string_view attribute) {
          attribute == "primaryGroupID" || attribute == "groupType" || attribute == "objectCategory";
 }
 
-/// A single-valued attribute must not end with several values.
+/// A single-valued attribute must not end up with several values.
 void check_count(const Entry* entry, const ads::AttributeSchema& attribute, const Modification& change) {
   if (attribute.multi_valued || change.kind == ModifyKind::kDelete)
     return;
@@ -56,7 +56,7 @@ std::string stored_flags(const Entry* entry, ads::Provider provider, std::int32_
   return base::to_text(flags);
 }
 
-/// The rules of single attributes; may append changes that go along.
+/// The rules of single attributes; may append accompanying changes.
 void apply_rules(const LabDomain& domain, const Entry* entry, bool user, ads::Provider provider,
                  Modification& change, std::vector<Modification>& along) {
   const bool takes_away = change.kind == ModifyKind::kDelete || change.values.empty();

@@ -10,7 +10,7 @@
 #include "lab/domain/lab_domain.hpp"
 #include "lab/store/entry_store.hpp"
 
-/// What values the attributes of accounts may get, and what the directory makes of them.
+/// Which values the attributes of accounts accept, and what the directory makes of them.
 namespace twk::lab {
 
 inline constexpr std::int32_t kDomainUsersRid = 513;

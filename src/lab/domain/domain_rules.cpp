@@ -42,7 +42,7 @@ void check_name_free(const LabDomain& domain, ads::Provider provider, bool user,
     raise(exists_number(provider, user), "The name is in use: " + dn);
 }
 
-/// Units stand below units and the domain; everything else also in containers.
+/// Units go below units and the domain; everything else may also be in containers.
 void check_place(const LabDomain& domain, std::string_view object_class, std::string_view parent_dn) {
   const Entry& parent = require_entry(domain, parent_dn);
   const bool unit = has_class(parent, "organizationalUnit") || has_class(parent, "domainDNS");

@@ -8,17 +8,17 @@
 #include "lab/domain/account_rules.hpp"
 #include "lab/domain/lab_domain.hpp"
 
-/// What the directory itself does and refuses when objects are made, changed, moved and deleted.
+/// What the directory does by itself, and what it refuses, when objects are made, changed, moved and deleted.
 ///
 /// A new user is an enabled account (userAccountControl 512) in the primary group Domain Users, without a
 /// password and with "must change password" set, as an account tool expects to find it: it can be disabled,
-/// never needs to be enabled. A domain of today gives 546 and waits for a password first.
+/// never needs to be enabled. Today's domains set 546 and wait for a password first.
 namespace twk::lab {
 
 /// Makes a user, group, contact or organizational unit with its identifiers and defaults. Raises
 /// kObjectExists for a name or account name in use (through WinNT kUserExists or kGroupExists), kNoSuchObject
 /// without its parent, kUnwilling for a class or a place that is not allowed, and what `to_modifications`
-/// raises. `own` is what the directory itself writes on it first, as it is stored.
+/// raises. `own` is what the directory writes to it first, in stored form.
 void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
                 const std::string& dn, const std::vector<ads::StagedChange>& values,
                 const std::vector<Modification>& own = {});
@@ -27,7 +27,7 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
                    const std::vector<ads::StagedChange>& changes);
 /// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group
-/// that is somebody's primary group.
+/// that is anyone's primary group.
 void delete_object(LabDomain& domain, const std::string& dn);
 /// To a new name, a new parent or both. Raises kObjectExists when that name is in use, kUnwilling for an
 /// object that the domain needs, a place that is not allowed or one below itself.

@@ -27,7 +27,7 @@ void resolve_categories(const LabDomain& domain, Filter& filter) {
 }
 
 bool holds(const LabDomain& domain, const Filter& filter, const Entry& entry) {
-  // The views that the evaluator gets point into these; a deque does not move what it holds.
+  // The evaluator's views point into these; a deque does not move what it holds.
   std::deque<std::vector<std::string>> kept;
   return matches(filter, [&](std::string_view attribute) {
     const std::vector<std::string>& values = kept.emplace_back(read_attribute(domain, entry, attribute));
@@ -35,7 +35,7 @@ bool holds(const LabDomain& domain, const Filter& filter, const Entry& entry) {
   });
 }
 
-/// Tells whether entries lie in a scope.
+/// Checks whether entries are in a scope.
 class ScopeTest {
  public:
   ScopeTest(const LabDomain& domain, const std::string& base_dn, Scope scope)

@@ -21,7 +21,7 @@ std::vector<std::string> primary_group_token(const Entry& entry) {
   if (!sid || !has_class(entry, "group"))
     return {};
   const auto rid = ads::rid_of(*sid);
-  // The token travels as a signed 32-bit integer.
+  // The token is sent as a signed 32-bit integer.
   return rid ? std::vector{base::to_text(static_cast<std::int32_t>(*rid))} : std::vector<std::string>{};
 }
 

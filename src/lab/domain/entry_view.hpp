@@ -17,7 +17,7 @@ bool has_class(const Entry& entry, std::string_view name);
 bool is_user(const Entry& entry);
 
 /// The raw values; computed ones ("distinguishedName", "name", "cn" and "ou" of the name itself,
-/// "primaryGroupToken") are made here. What a password left behind is never given.
+/// "primaryGroupToken") are made here. Stored password digests are never returned.
 std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry,
                                         std::string_view attribute);
 

@@ -19,7 +19,7 @@ struct LabDomain {
   FileServers& servers;
   std::string root_dn;           ///< "DC=twk,DC=test"
   std::string configuration_dn;  ///< "CN=Configuration,DC=twk,DC=test"
-  std::uint32_t next_rid = 0;    ///< what this process reserved and did not give yet: [next_rid, end_rid)
+  std::uint32_t next_rid = 0;    ///< what this process reserved and has not used yet: [next_rid, end_rid)
   std::uint32_t end_rid = 0;
   std::mt19937_64 random{std::random_device{}()};
 };

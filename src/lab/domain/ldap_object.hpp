@@ -8,10 +8,11 @@
 namespace twk::lab {
 
 /// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server
-/// part in their paths. The catalogue is for reading: what changes something raises kUnwilling.
+/// part in their paths. The catalogue is read-only: every change raises kUnwilling.
 class LdapObject final : public ads::BasicObject {
  public:
-  /// `whole_path` is what "LDAP://twk.test" calls itself; empty for a path that ends in the DN.
+  /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
+  /// DN.
   LdapObject(StagedEntry entry, ads::Provider provider, std::string server, std::string whole_path = {});
 
   [[nodiscard]] std::string Name() const override;

@@ -11,7 +11,7 @@
 namespace twk::lab {
 
 /// Acts at once. Raises kObjectExists for a member, also one by primary group; kUnwilling for a member that
-/// is no account and for a group in itself; kNoSuchObject when either is gone.
+/// is not an account and for a group in itself; kNoSuchObject when either is gone.
 void add_member(LabDomain& domain, const std::string& group_dn, const std::string& member_dn);
 /// Acts at once. Raises kMemberNotInGroup also for the primary group, which cannot be left this way.
 void remove_member(LabDomain& domain, const std::string& group_dn, const std::string& member_dn);
@@ -23,8 +23,8 @@ const Entry* primary_group(const LabDomain& domain, const Entry& user);
 /// The names of the users whose primary group this is.
 std::vector<std::string> members_by_primary_group(const LabDomain& domain, const Entry& group);
 
-/// What a change of "primaryGroupID" does besides: the old group becomes an ordinary one of the user, the
-/// link to the new one goes, since the attribute stands for it. Construction raises kUnwilling unless the
+/// What else a change of "primaryGroupID" does: the old group becomes an ordinary one of the user, the
+/// link to the new one goes, since the attribute replaces it. Construction raises kUnwilling unless the
 /// user is a direct member of the new group or it is the primary one already.
 class PrimaryGroupChange {
  public:

@@ -6,23 +6,23 @@
 
 #include "lab/domain/lab_domain.hpp"
 
-/// Passwords. What is kept of one is a random salt and the SHA-256 digest of salt and password, 16 and 32
-/// bytes.
+/// Passwords. Only a random salt and the SHA-256 digest of salt and password, 16 and 32
+/// bytes, are kept.
 namespace twk::lab {
 
-/// What a new password changes of an account. Raises kPasswordPolicy for one that the policy of "lab.conf"
-/// refuses.
+/// The changes to an account that a new password makes. Raises kPasswordPolicy for one that the policy of
+/// "lab.conf" refuses.
 std::vector<Modification> password_changes(LabDomain& domain, std::string_view password,
                                            std::string_view account_name);
 
 /// Takes effect at once and counts as changed now. Raises kPasswordPolicy for a password that the policy of
-/// "lab.conf" refuses, kNoSuchObject, kUnwilling for an object that is no user.
+/// "lab.conf" refuses, kNoSuchObject, kUnwilling for an object that is not a user.
 void set_password(LabDomain& domain, const std::string& dn, std::string_view password);
 
 /// Checks a logon by "DOMAIN\name", a bare account name, a principal name or a distinguished name. Raises
 /// kLogonFailure for an unknown user, a wrong password, a disabled, expired or locked account. A wrong
-/// password is counted, and the account locked when the policy's threshold is reached; a right one sets the
-/// count to 0.
+/// password is counted, and the account locked when the policy's threshold is reached; a correct one resets
+/// the count to 0.
 void check_logon(LabDomain& domain, std::string_view user, std::string_view password);
 
 }  // namespace twk::lab

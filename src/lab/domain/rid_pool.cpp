@@ -17,7 +17,7 @@ constexpr std::uint32_t kLastRid = 0x3FFFFFFF;
 /// Another process reserved the same block first.
 struct Overtaken {};
 
-/// One behind the highest relative id in use, for a directory that came without a record of them.
+/// One after the highest relative id in use, for a directory that came without a record of them.
 std::uint32_t first_free_rid(const LabDomain& domain, const std::string& sid) {
   std::uint32_t highest = kFirstRid - 1;
   domain.store.subtree(require_entry(domain, domain.root_dn), [&](const Entry& entry) {

@@ -8,7 +8,7 @@
 
 namespace twk::lab {
 
-/// What a server tells of itself: the names of its naming contexts and its own, read only.
+/// What a server says about itself: the names of its naming contexts and its own, read only.
 class RootDse final : public ads::BasicObject {
  public:
   RootDse(const LabDomain& domain, std::string path) : domain_(domain), path_(std::move(path)) {}

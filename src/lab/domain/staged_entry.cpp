@@ -15,7 +15,7 @@ namespace {
 
 using platform::Value;
 
-/// Links may be many; they are read when asked for.
+/// There may be many links; they are read on demand.
 bool is_link(std::string_view attribute) {
   return base::equals_fold(attribute, "member") || base::equals_fold(attribute, "memberOf");
 }

@@ -10,8 +10,8 @@
 
 namespace twk::lab {
 
-/// One entry, or one to be, with the changes staged on it. Reads give staged values first, then those that
-/// the entry had at the first read; after `commit` they are fetched anew.
+/// A stored or future entry, with the changes staged on it. Reads return staged values first, then those that
+/// the entry had at the first read; after `commit` they are fetched again.
 class StagedEntry final : public ads::AttributeAccess {
  public:
   /// A stored entry. Raises kNoSuchObject.
@@ -28,7 +28,7 @@ class StagedEntry final : public ads::AttributeAccess {
   void stage(int control, std::string_view attribute, const platform::Value& value) override;
   /// All staged changes or none; on failure they stay staged.
   void commit();
-  /// A new account with a password, or none of it. Raises kUnwilling for an object that is none.
+  /// A new account with a password, all or nothing. Raises kUnwilling for an object that is not an account.
   void add_with_password(std::string_view password);
 
  private:

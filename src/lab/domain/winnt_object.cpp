@@ -20,7 +20,7 @@ using platform::Value;
 constexpr std::string_view kUser = "User";
 constexpr std::string_view kGroup = "Group";
 
-/// "User", "Group"; empty for an entry that is no account of a person or group.
+/// "User", "Group"; empty for an entry that is neither a person's account nor a group.
 std::string_view account_class(const Entry& entry) {
   if (is_user(entry))
     return kUser;
@@ -113,7 +113,7 @@ ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optiona
   std::string dn = resolve_entry(domain_, source_path);
   if (!new_name)
     return bind_winnt_account(domain_, dn, name_);
-  // A flat domain knows an account by this name alone, so its entry goes by it as well, and first: it is
+  // A flat domain knows an account by this name only, so its entry is renamed too, and first: it is
   // found under the old name until all is done.
   const std::string old_dn = dn;
   if (domain_.config.kind == DomainKind::kNt) {

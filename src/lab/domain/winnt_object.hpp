@@ -37,7 +37,7 @@ class WinntDomain final : public ads::BasicObject {
 /// A user or a group bound through WinNT.
 class WinntAccount final : public ads::BasicObject {
  public:
-  /// `domain_name` as it stands in the paths; `name` is for one that is not stored yet.
+  /// `domain_name` as the paths spell it; `name` is for an object that is not stored yet.
   WinntAccount(StagedEntry entry, std::string domain_name, std::string name);
 
   [[nodiscard]] std::string Name() const override;
@@ -54,7 +54,7 @@ class WinntAccount final : public ads::BasicObject {
   void Add(std::string_view path) override;
   void Remove(std::string_view path) override;
   bool IsMember(std::string_view path) override;
-  /// In a lab of kind nt also those by primary group.
+  /// In a lab of kind nt, members by primary group are included.
   std::vector<platform::ObjectPtr> Members() override;
   /// The primary group first.
   std::vector<platform::ObjectPtr> Groups() override;

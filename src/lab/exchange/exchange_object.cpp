@@ -20,7 +20,7 @@ using platform::ValueList;
 
 namespace {
 
-/// Without the port, which tells nothing of an object's place.
+/// Without the port, which says nothing about an object's place.
 std::string_view host_of(std::string_view server) {
   return server.substr(0, server.find(':'));
 }

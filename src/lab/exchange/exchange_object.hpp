@@ -48,7 +48,7 @@ class ExchangeObject final : public ads::BasicObject {
   /// The stored child of that name and class. Raises kNoSuchObject.
   [[nodiscard]] std::string existing_child(std::string_view object_class,
                                            std::string_view relative_name) const;
-  /// The object of this directory that a path means, whatever the port in it.
+  /// The object of this directory that a path refers to, whatever port it names.
   [[nodiscard]] std::string member_dn(std::string_view path) const;
 
   EntryStore& store_;

@@ -7,7 +7,8 @@
 #include "ads/staged_values.hpp"
 #include "lab/store/entry_store.hpp"
 
-/// What an Exchange 5.5 directory does and refuses when objects are made, changed and deleted.
+/// What an Exchange 5.5 directory does by itself, and what it refuses, when objects are made, changed and
+/// deleted.
 namespace twk::lab {
 
 /// The entry of that name. Raises kNoSuchObject.
@@ -20,9 +21,9 @@ const Entry& require_exchange_entry(const EntryStore& store, std::string_view dn
 void add_exchange_object(EntryStore& store, std::string_view object_class, const std::string& dn,
                          const std::vector<ads::StagedChange>& values);
 /// All changes or none. Raises kNoSuchAttribute for an attribute that the schema does not know, kUnwilling
-/// for one that only the directory writes, kConstraint for a value that does not fit: one of bytes is
-/// hexadecimal text, "Assoc-NT-Account" an account's identifier and "NT-Security-Descriptor" a descriptor in
-/// that form.
+/// for an attribute that only the directory writes, kConstraint for a value that does not fit: one of bytes
+/// is hexadecimal text, "Assoc-NT-Account" an account's identifier and "NT-Security-Descriptor" a descriptor
+/// in that form.
 void modify_exchange_object(EntryStore& store, const std::string& dn,
                             const std::vector<ads::StagedChange>& changes);
 /// Raises kNotOnNonLeaf for an object with children, kUnwilling for a part of the server's own configuration.

@@ -12,7 +12,7 @@ constexpr std::int32_t kLdapPort = 389;
 constexpr std::string_view kExtension = ".ldif";
 constexpr std::string_view kJournalExtension = ".journal.ldif";
 
-/// Name and port of "EX55:390"; no port for one that is no number.
+/// Name and port of "EX55:390"; no port when it is not a number.
 struct Endpoint {
   std::string name;
   std::optional<std::int32_t> port;

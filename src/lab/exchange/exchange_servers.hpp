@@ -18,12 +18,12 @@ class ExchangeServers {
   ExchangeServers(std::filesystem::path folder, std::function<void(const std::string&)> warn)
       : folder_(std::move(folder)), warn_(std::move(warn)) {}
 
-  /// The directory that listens at "EX55", "EX55:390" or "ex55.twk.test", the name in any case, with what
-  /// others wrote read; none when nobody does. Raises what `open_entry_store` raises.
+  /// The directory that listens at "EX55", "EX55:390" or "ex55.twk.test", the name in any case, with others'
+  /// changes already read; none when there is none. Raises what `open_entry_store` raises.
   EntryStore* find(std::string_view server);
 
   void begin_batch();
-  /// Raises when a directory could not be brought to the disk; the others are all the same.
+  /// Raises when a directory could not be brought to the disk; the others are brought there all the same.
   void end_batch();
 
  private:

@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kAdministrativeGroup = "First Administrative Group";
 constexpr const char* kStorageGroup = "First Storage Group";
 
-/// Collects entries and gives back their names, for what stands below them.
+/// Collects entries and returns their names, for the entries below them.
 class Directory {
  public:
   std::string add(std::string dn, const std::string& chain, std::vector<LdifAttribute> attributes = {}) {

@@ -6,7 +6,7 @@
 #include "lab/shares/lab_config.hpp"
 #include "lab/store/ldif.hpp"
 
-/// Mail systems that a new lab starts with.
+/// The mail systems that a new lab starts with.
 namespace twk::lab {
 
 struct ExchangePlan {

@@ -8,7 +8,7 @@
 namespace twk::lab {
 namespace {
 
-/// ads::Syntax, several values, given by the directory alone, greatest length.
+/// ads::Syntax, several values, set by the directory only, greatest length.
 constexpr std::array<ads::AttributeSchema, 102> kAttributes = {{
     {"Admin-Description", ads::Syntax::kString, false, false, 0},
     {"Admin-Display-Name", ads::Syntax::kString, false, false, 0},

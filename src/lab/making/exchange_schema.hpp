@@ -5,7 +5,7 @@
 #include "ads/schema.hpp"
 
 /// The part of an Exchange 5.5 directory's schema that mailbox administration meets. Bytes are held as
-/// hexadecimal text, so that a value of `ads::Syntax::kOctetString` is digits and no raw bytes.
+/// hexadecimal text, so that a value of `ads::Syntax::kOctetString` is digits, not raw bytes.
 namespace twk::lab {
 
 /// None for an attribute that the schema does not know. Folds case.

@@ -17,7 +17,7 @@ struct DomainPlan {
   std::string administrator;  ///< account name of a member of Domain Admins; may be empty
 };
 
-/// Gives the entries of a new domain to `write`, parents before children and accounts before the groups they
+/// Passes the entries of a new domain to `write`, parents before children and accounts before the groups they
 /// are in: what every domain has, then units of places and departments, people spread over them, and groups
 /// of most kinds.
 void invent_domain(const LabConfig& config, const DomainPlan& plan,

@@ -33,7 +33,7 @@ struct Person {
 class InventedPeople {
  public:
   explicit InventedPeople(SeededNumbers& numbers) : numbers_(numbers) {}
-  /// Takes the account name for somebody who is not invented.
+  /// Reserves the account name for a person who is not invented.
   void reserve(std::string_view account_name);
   Person next();
 
@@ -44,12 +44,12 @@ class InventedPeople {
   std::unordered_set<std::string> taken_;
 };
 
-/// The n-th place, department, kind of group; numbered when the list is through.
+/// The n-th place, department, kind of group; numbered when the list is used up.
 std::string place_name(std::size_t n);
 std::string department_name(std::size_t n);
 std::string group_name(std::size_t n);
 
-/// The name in small ASCII letters, accents taken off and everything else but digits left out.
+/// The name in small ASCII letters, without accents and without anything else but digits.
 std::string plain_letters(std::string_view name);
 
 }  // namespace twk::lab

@@ -106,7 +106,7 @@ void make_exchange(const fs::path& folder, const ExchangePlan& plan) {
                 });
 }
 
-/// Who may use the lab; empty when that name cannot be an account's.
+/// Who may use the lab; empty when that name cannot be an account name.
 std::string administrator_name(const LabPlan& plan) {
   local::SystemEnvironment environment;
   std::string name = plan.administrator.empty() ? environment.variable("USERNAME") : plan.administrator;

@@ -23,21 +23,21 @@ struct LabPlan {
   DomainKind kind = DomainKind::kNative;
   std::size_t users = 25;
   std::size_t groups = 8;
-  std::size_t ous = 6;        ///< none in a lab of kind nt, whose accounts lie flat
+  std::size_t ous = 6;        ///< none in a lab of kind nt, which is flat
   std::uint64_t seed = 1;     ///< equal plans with equal seeds make equal directories
-  std::string administrator;  ///< a person to put into Domain Admins; empty: whoever runs the program
+  std::string administrator;  ///< a person to put into Domain Admins; empty: the person running the program
   std::vector<FileServerPlan> servers = {FileServerPlan{}};
   std::optional<ExchangePlan> exchange = ExchangePlan{};  ///< none: a lab without mail
 };
 
 /// Makes a lab in a folder that does not exist or is empty: the domain with its built-in accounts and its
 /// controller, units, people and groups by invented names, the file servers, whose last drives get the
-/// folders "Users" and "Profiles", the mail systems, settings and the database directory. Everything is its
-/// owner's alone (0600, 0700).
+/// folders "Users" and "Profiles", the mail systems, settings and the database directory. Only the owner
+/// may read it (0600, 0700).
 ///
-/// "lab.conf" is written last, so that a lab whose making broke off is not taken for one. Raises 75 for a
+/// "lab.conf" is written last, so that a half-made folder is not taken for a lab. Raises 75 for a
 /// folder that is not empty, 5 and kConstraint for names in the plan that cannot be used, and the runtime's
-/// file numbers. An administrator whose name no account can have is left out.
+/// file numbers. An administrator whose name cannot be an account name is left out.
 void create_lab(const std::filesystem::path& folder, const LabPlan& plan);
 
 }  // namespace twk::lab

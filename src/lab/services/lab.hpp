@@ -22,9 +22,9 @@ namespace twk::lab {
 /// Processes, variables and the clock are the workstation's own.
 class Lab {
  public:
-  /// `warn` is told what was repaired. What reads need of the configuration ("CN=Partitions") is added to a
-  /// directory that came without it. Raises runtime errors that name the file, and the line where there is
-  /// one.
+  /// `warn` receives what was repaired. The part of the configuration that reads need ("CN=Partitions") is
+  /// added to a directory that lacks it. Raises runtime errors that name the file, and the line where there
+  /// is one.
   Lab(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn);
   Lab(const Lab&) = delete;
   Lab& operator=(const Lab&) = delete;
@@ -33,7 +33,7 @@ class Lab {
   [[nodiscard]] const LabConfig& config() const;
   /// Path of the database directory, with a slash at the end.
   [[nodiscard]] std::string database_path() const;
-  /// The services, with the caller's dialogs; good as long as the lab is.
+  /// The services, with the caller's dialogs; valid as long as the lab is.
   [[nodiscard]] platform::Platform platform(platform::Dialogs& dialogs);
   [[nodiscard]] platform::RegistryListing& registry_listing();
 

@@ -9,7 +9,7 @@ namespace twk::lab {
 
 /// The directories of a lab: its domain through LDAP, GC and WinNT, the schema, its file servers' shares, its
 /// Exchange 5.5 servers through LDAP. In a lab of kind nt LDAP and GC paths of the domain raise kServerDown,
-/// but for the name spaces themselves, which are then empty.
+/// except the namespaces themselves, which are then empty.
 class LabDirectory final : public platform::DirectoryService {
  public:
   LabDirectory(LabDomain& domain, ExchangeServers& exchange) : domain_(domain), exchange_(exchange) {}
@@ -24,7 +24,7 @@ class LabDirectory final : public platform::DirectoryService {
   platform::ObjectPtr bind_namespace(ads::Provider provider);
   platform::ObjectPtr bind_entry(const ads::AdsPath& path, std::string_view whole);
   platform::ObjectPtr bind_share(const ads::AdsPath& path);
-  /// None for a path that is the domain's.
+  /// None for a path of the domain.
   platform::ObjectPtr bind_exchange(const ads::AdsPath& path);
 
   LabDomain& domain_;

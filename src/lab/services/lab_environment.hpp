@@ -7,8 +7,8 @@
 
 namespace twk::lab {
 
-/// The variables of this process, and "LOGONSERVER", which a workstation of a domain has and a Linux system
-/// has not: the lab's controller, with two backslashes in front.
+/// The variables of this process, and "LOGONSERVER", which a domain's workstation has and a Linux system does
+/// not: the lab's controller, with two backslashes in front.
 class LabEnvironment final : public platform::Environment {
  public:
   explicit LabEnvironment(std::string controller) : controller_(std::move(controller)) {}

@@ -13,7 +13,7 @@ namespace access = platform::access;
 
 constexpr std::uint32_t kChanging = access::kFileWriteData | access::kFileAppendData;
 
-/// The folder that something stands in; a drive stands in itself.
+/// The folder that contains something; a drive contains itself.
 ServerPath folder_of(const ServerPath& place) {
   ServerPath folder = place;
   const std::size_t end = place.path.find_last_not_of('\\');
@@ -23,7 +23,7 @@ ServerPath folder_of(const ServerPath& place) {
   return folder;
 }
 
-/// True when a file cannot go from one to the other by another name alone.
+/// True when renaming alone cannot take a file from one to the other.
 bool is_other_drive(const std::optional<ServerPath>& source, const std::optional<ServerPath>& target) {
   if (!source || !target)
     return source.has_value() != target.has_value();

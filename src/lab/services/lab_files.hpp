@@ -13,8 +13,8 @@
 
 namespace twk::lab {
 
-/// A network path of the lab: the server, the share that it goes through, and the path of the server behind
-/// it.
+/// A network path of the lab: the server, the share that it goes through, and the server's path that it leads
+/// to.
 struct ServerPath {
   FileServer& server;
   FileShare share;
@@ -22,20 +22,20 @@ struct ServerPath {
 };
 
 /// Takes a network path apart. None for a path of the workstation. Raises 52 for a path without server and
-/// share, 53 for a server or share that is not there. A server that is `known` already is taken as it is,
-/// without a look at what others wrote to it since.
+/// share, 53 for a server or share that does not exist. A server that is already `known` is used as it is,
+/// without reading what others have written to it since.
 std::optional<ServerPath> locate(FileServers& servers, std::string_view path, FileServer* known = nullptr);
 
 /// What the program may do there, by the descriptor and by the share's list.
 std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place);
 
 /// Network paths of a lab's file servers, as folders of the lab: "\\FS1\D$\Users" is "servers/FS1/D/Users",
-/// and "\\FS1\Users\jo" what the share "Users" stands for. Every part folds case. Any other path is the
+/// and "\\FS1\Users\jo" is what the share "Users" leads to. Every part folds case. Any other path is the
 /// workstation's.
 ///
-/// Raises 53 for a server or share that is not there, 76 for a path with "..", 70 for what the lists of
-/// folder and share do not let the program do and for a file that is locked, and 75 when a folder that a
-/// share holds would be taken away.
+/// Raises 53 for a server or share that does not exist, 76 for a path with "..", 70 for what the access lists
+/// of folder and share do not permit and for a file that is locked, and 75 when a shared folder would
+/// be removed.
 class LabFiles final : public platform::Files {
  public:
   LabFiles(FileServers& servers, ProcessIdentity& identity, local::PosixFiles& workstation)
@@ -58,11 +58,11 @@ class LabFiles final : public platform::Files {
   std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override;
 
  private:
-  /// Calls `copy` with the workstation's path of a file, first with that of its very spelling.
+  /// Calls `copy` with the workstation's path of a file, first with the path exactly as spelled.
   static bool copy_from(const ServerPath& source, const std::function<bool(const std::string&)>& copy);
-  /// The workstation's path behind `path`.
+  /// The workstation's path for `path`.
   std::string local_path(std::string_view path);
-  /// The same; raises 70 when the program has not all of `rights` there, or would change a locked file.
+  /// The same; raises 70 when the program does not have all of `rights` there, or would change a locked file.
   std::string path_for(std::string_view path, std::uint32_t rights);
   /// The same for what may have to be made first.
   std::string path_for_writing(std::string_view path);
@@ -71,7 +71,7 @@ class LabFiles final : public platform::Files {
   void require_addable(const ServerPath& place, bool folder);
   void require_removable(const ServerPath& place);
   void rename_with_descriptors(const ServerPath& source, const ServerPath& target);
-  /// Something new stands there: it has no descriptor of a predecessor, and the program's owner.
+  /// Something new is there: it has no descriptor from a predecessor, and the program's owner.
   void made(const ServerPath& place);
 
   FileServers& servers_;

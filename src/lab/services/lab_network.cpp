@@ -31,7 +31,7 @@ ShareInfo502 to_info(const FileShare& share) {
   return info;
 }
 
-/// The numbers of the network calls for those that the share objects raise.
+/// The network calls' numbers for those that the share objects raise.
 std::uint32_t network_number(std::uint32_t number) {
   switch (number) {
     case kShareExists:

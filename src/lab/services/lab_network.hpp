@@ -10,7 +10,7 @@ namespace twk::lab {
 class LabNetwork final : public platform::Network {
  public:
   LabNetwork(LabDomain& domain, ProcessIdentity& identity) : domain_(domain), identity_(identity) {}
-  /// The controller answers whatever `server` is asked; an empty domain is the lab's.
+  /// The controller answers, whichever `server` is named; an empty domain is the lab's.
   std::string NetGetDCName(std::string_view server, std::string_view domain) override;
 
   void NetShareAdd(std::string_view server, const platform::ShareInfo502& share) override;
@@ -25,7 +25,7 @@ class LabNetwork final : public platform::Network {
 
  private:
   FileServer& require_server(std::string_view name);
-  /// Shares are administrators' business.
+  /// Only administrators may manage shares.
   void require_administrator();
 
   LabDomain& domain_;

@@ -10,7 +10,7 @@ namespace twk::lab {
 /// Accounts' identifiers, descriptors of what is on the lab's file servers, privileges of the process.
 ///
 /// A path of the workstation has no descriptor: it raises kNotImplementedByProvider. The owner of a file may
-/// be set to the program's account, or to "Administrators" by an administrator; to anybody with
+/// be set to the program's account, or to "Administrators" by an administrator; to anyone with
 /// "SeRestorePrivilege" on.
 class LabSecurity final : public platform::Security {
  public:

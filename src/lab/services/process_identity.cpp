@@ -47,7 +47,7 @@ const std::vector<Sid>& ProcessIdentity::identifiers() {
   identifiers_ = logon_identifiers(domain_, account());
   if (!domain_.config.logon.empty())
     return identifiers_;
-  // A directory that came from elsewhere may be without the administrator or its groups.
+  // A directory that came from elsewhere may lack the administrator or its groups.
   for (const Sid& group :
        {with_rid(domain_sid(), kDomainAdminsRid), platform::well_known::administrators()}) {
     if (std::find(identifiers_.begin(), identifiers_.end(), group) == identifiers_.end())

@@ -19,19 +19,19 @@ class ProcessIdentity {
   ProcessIdentity& operator=(const ProcessIdentity&) = delete;
 
   /// All identifiers that count in an access list. Raises kNoneMapped when "lab.conf" names an account that
-  /// is not there.
+  /// does not exist.
   const std::vector<platform::Sid>& identifiers();
-  /// The account's own.
+  /// The account's own identifier.
   platform::Sid account();
   [[nodiscard]] bool is_administrator();
-  /// Who owns what the program makes.
+  /// The owner of what the program creates.
   platform::Sid default_owner();
 
   [[nodiscard]] bool holds(std::string_view privilege) const;
   [[nodiscard]] bool is_enabled(std::string_view privilege) const;
   void enable(std::string_view privilege, bool on);
 
-  /// What the program may do with a file or folder that has this descriptor, its privileges counted in.
+  /// What the program may do with a file or folder that has this descriptor, its privileges included.
   std::uint32_t rights(const platform::SecurityDescriptor& descriptor);
 
  private:

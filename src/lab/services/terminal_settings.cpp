@@ -24,7 +24,7 @@ platform::UserParameters parameters_of(std::string_view text) {
   return platform::UserParameters::decode(platform::user_parameters_bytes(text));
 }
 
-/// What was read is not what is there any more.
+/// What was read is no longer what is stored.
 struct Outrun {};
 
 }  // namespace

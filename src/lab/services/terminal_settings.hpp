@@ -6,14 +6,14 @@
 #include "platform/network.hpp"
 
 /// Terminal-server settings of the domain's users, kept in the attribute "userParameters" of their entries as
-/// platform/user_parameters.hpp tells. A user is found by account name.
+/// platform/user_parameters.hpp describes. A user is found by account name.
 namespace twk::lab {
 
 /// Raises kUserNotFound, and what `platform::wts_setting` raises.
 platform::WtsConfigValue query_terminal_setting(LabDomain& domain, std::string_view user,
                                                 platform::WtsConfigClass setting);
-/// Changes the one setting, also when another program changes another one of the same user at that moment.
-/// Raises kUserNotFound, and what `platform::set_wts_setting` raises; the user is as before then.
+/// Changes one setting, even when another program changes another setting of the same user at that moment.
+/// Raises kUserNotFound, and what `platform::set_wts_setting` raises; the user is then unchanged.
 void set_terminal_setting(LabDomain& domain, std::string_view user, platform::WtsConfigClass setting,
                           const platform::WtsConfigValue& value);
 

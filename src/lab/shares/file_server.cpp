@@ -37,7 +37,7 @@ FileServer::FileServer(fs::path folder, std::shared_ptr<local::FoldedNames> name
       shares_(
           *store_, [this] { return drives(); }, [this](std::string_view path) { return has_folder(path); }),
       descriptors_(*store_, [this](std::string_view path) { return has_folder(path); }) {
-  // A file server does not wait for its disk at each change of a share or a descriptor.
+  // A file server does not wait for its disk after each change of a share or a descriptor.
   store_->begin_batch();
 }
 
@@ -69,7 +69,7 @@ std::string FileServer::spelled_path(std::string_view path) const {
 }
 
 std::string FileServer::local_path(std::string_view path) const {
-  // What stands as it is spelled needs no look at each part.
+  // A path that exists as spelled needs no check of each part.
   std::string spelled = spelled_path(path);
   return is_there(spelled) ? spelled : folded_path(parts_of(path));
 }
@@ -82,7 +82,7 @@ std::string FileServer::folded_path(const std::vector<std::string>& parts) const
   std::string folder = root_;
   for (std::size_t i = 0; i + 1 < parts.size(); ++i)
     folder += "/" + parts[i];
-  // Nor does what stands in a folder that is there as it is spelled.
+  // Nor does one in a folder that exists as spelled.
   if (parts.size() > 1) {
     const auto found = names_->find_other_case(folder, parts.back());
     if (found.folder_is_there)

@@ -18,13 +18,13 @@ namespace twk::lab {
 
 /// A file server of a lab: a folder "servers/<NAME>", in it a folder of one letter for each drive, and
 /// "server.ldif" with its journal: shares (file_shares.hpp), descriptors (folder_descriptors.hpp), the
-/// accounts that it alone knows,
+/// accounts that only it knows,
 ///
 ///     dn: CN=Scanner,CN=Accounts
 ///     objectClass: serverAccount
 ///     objectSid: S-1-5-21-1-2-3-1001
 ///
-/// and what else it is,
+/// and its other properties,
 ///
 ///     dn: CN=Server
 ///     objectClass: fileServer
@@ -41,13 +41,13 @@ class FileServer {
   void refresh() { store_->refresh(); }
 
   [[nodiscard]] const std::string& name() const { return name_; }
-  /// The folder of the lab that a path of the server stands for; a part that is not there yet stands as
+  /// The folder of the lab that a path of the server leads to; a part that does not exist yet stays as
   /// written. Raises 76 without such a drive and for a path that has "..".
   [[nodiscard]] std::string local_path(std::string_view path) const;
-  /// The same with every part as it is written, without a look at what is there.
+  /// The same with every part as written, without checking what exists.
   [[nodiscard]] std::string spelled_path(std::string_view path) const;
-  /// The same for something that is about to be made there; one of that very spelling is left to the making
-  /// to find.
+  /// The same for something that is about to be made; whether that exact spelling exists is left to the call
+  /// that makes it.
   [[nodiscard]] std::string local_path_of_new(std::string_view path) const;
 
   FileShares& shares() { return shares_; }
@@ -74,7 +74,7 @@ class FileServer {
   FolderDescriptors descriptors_;
 };
 
-/// The file servers of a lab, each opened when it is first asked for.
+/// The file servers of a lab, each opened on first use.
 class FileServers {
  public:
   FileServers(std::filesystem::path folder, std::shared_ptr<local::FoldedNames> names,
@@ -82,8 +82,8 @@ class FileServers {
   FileServers(const FileServers&) = delete;
   FileServers& operator=(const FileServers&) = delete;
 
-  /// The server of that name, which folds case and may have two backslashes in front; what others wrote to it
-  /// is read. None when the lab has no such server. Raises what opening its records raises.
+  /// The server of that name, which folds case and may have two backslashes in front; reads what others wrote
+  /// to it. None when the lab has no such server. Raises what opening its records raises.
   FileServer* find(std::string_view name);
 
  private:

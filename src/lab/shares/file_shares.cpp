@@ -57,7 +57,7 @@ std::vector<LdifAttribute> to_attributes(const FileShare& share) {
   return attributes;
 }
 
-/// What makes the stored share the other one.
+/// The changes that turn the stored share into the other one.
 std::vector<Modification> replacement(const Entry& stored, const FileShare& share) {
   std::vector<Modification> changes;
   for (const char* const name : {"description", "nTSecurityDescriptor"}) {
@@ -190,7 +190,7 @@ void FileShares::forget_path(std::string_view path) {
     paths_.erase(found);
 }
 
-/// Reads the paths anew when others may have changed the store.
+/// Reads the paths again when others may have changed the store.
 void FileShares::read_paths() {
   if (paths_read_ == store_.readings())
     return;

@@ -195,7 +195,7 @@ bool FolderDescriptors::is_locked(std::string_view path) const {
 
 void FolderDescriptors::forget(std::string_view path) {
   const std::vector<std::string> parts = parts_of(path);
-  // What is remembered of a folder above does not depend on this one.
+  // What is remembered about a folder above does not depend on this one.
   if (folders_.contains(folded_prefix(parts, parts.size())))
     folders_.clear();
   const Entry* const top = store_.find(record_dn(parts, parts.size()));

@@ -18,13 +18,13 @@ namespace twk::lab {
 ///     dn: CN=jo,CN=Users,CN=D,CN=Folders
 ///     objectClass: fileObject
 ///     nTSecurityDescriptor:: …  self-relative
-///     locked: TRUE              a program has the file open: nobody may change or remove it
+///     locked: TRUE              a program has the file open: it cannot be changed or removed
 ///
-/// What has no descriptor has the one that it would inherit from the folder above, as that is now; a drive
-/// without one is Administrators' and System's, and for users to read.
+/// What has no descriptor of its own has the one that it would inherit now from the folder above; a drive
+/// without one gives Administrators and System full control, and users read access.
 class FolderDescriptors {
  public:
-  /// `is_folder` tells whether a path of the server is a folder.
+  /// `is_folder` says whether a path of the server is a folder.
   FolderDescriptors(EntryStore& store, std::function<bool(std::string_view)> is_folder);
 
   [[nodiscard]] platform::SecurityDescriptor effective(std::string_view path) const;
@@ -32,31 +32,31 @@ class FolderDescriptors {
   [[nodiscard]] platform::SecurityDescriptor effective_of_file(std::string_view path) const;
   void store(std::string_view path, const platform::SecurityDescriptor& descriptor);
   [[nodiscard]] bool is_locked(std::string_view path) const;
-  /// The file or folder, with all below it, is gone.
+  /// The file or folder, with everything below it, is gone.
   void forget(std::string_view path);
-  /// It has another name, or another place in a folder.
+  /// It has a new name, or is in another folder.
   void move(std::string_view from, std::string_view to);
 
  private:
-  /// The record of a path, made with those above it when it is not there. The name of it.
+  /// The name of a path's record, which is made, with those above it, when it does not exist.
   std::string make_record(std::string_view path);
   void forget_outdated() const;
-  /// The one that the first `count` parts have for themselves.
+  /// The first `count` parts' own descriptor.
   [[nodiscard]] std::optional<platform::SecurityDescriptor> own(const std::vector<std::string>& parts,
                                                                 std::size_t count) const;
-  /// Of a folder, remembered for who goes through a tree.
+  /// A folder's, remembered for walks through a tree.
   struct Folder {
     platform::SecurityDescriptor own;
     std::optional<platform::SecurityDescriptor>
-        of_files{};  ///< of those in it without one; found when asked for
+        of_files{};  ///< for files in it without their own; computed on demand
   };
-  /// That which the first `count` parts lead to.
+  /// The descriptor in effect for the first `count` parts.
   Folder& folder(const std::vector<std::string>& parts, std::size_t count) const;
 
   EntryStore& store_;
   std::function<bool(std::string_view)> is_folder_;
   mutable std::unordered_map<std::string, Folder> folders_;  ///< by the path in capitals
-  mutable std::uint64_t readings_ = 0;                       ///< of the store, when they were found out
+  mutable std::uint64_t readings_ = 0;                       ///< of the store, when they were computed
 };
 
 }  // namespace twk::lab

@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint32_t kInvalidCall = 5;
 constexpr std::size_t kLongestNetbiosName = 15;
 
-/// What is wrong with a value; the caller knows where it stands.
+/// What is wrong with a value; the caller knows its line.
 struct BadValue {
   std::string what;
 };

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// "lab.conf": what a lab is, as lines "name = value"; a line that begins with "#" is a comment.
+/// "lab.conf": the configuration of a lab, as lines "name = value"; a line that begins with "#" is a comment.
 ///
 ///     domain = twk.test                  DNS name; absent in a lab of kind nt
 ///     netbios = TWK                      the pre-2000 name
@@ -15,11 +15,10 @@
 ///     password.minimum_length = 7
 ///     password.complexity = on           on or off
 ///     lockout.threshold = 0              wrong passwords before an account is locked; 0 never locks
-///     logon = Administrator              account that the program acts as; absent: the built-in
-///     administrator privileges = SeRestorePrivilege    what the program's token holds, divided by blanks;
-///     absent: all that
-///                                        administrators have
-///     answer = none                      what a question gets when nobody is there to answer: yes, no, none
+///     logon = Administrator              account that the program acts as; absent: the built-in administrator
+///     privileges = SeRestorePrivilege    what the program's token holds, separated by blanks; absent: all
+///                                        that administrators have
+///     answer = none                      answer to questions when nobody is there: yes, no, none
 namespace twk::lab {
 
 enum class DomainKind { kNative, kMixed, kNt };
@@ -46,13 +45,13 @@ struct LabConfig {
   friend bool operator==(const LabConfig&, const LabConfig&) = default;
 };
 
-/// Names of all privileges that the lab knows; the number of one is its place, counted from 2.
+/// Names of all privileges that the lab knows; a privilege's number is its place, counted from 2.
 std::span<const std::string_view> known_privileges();
 
-/// The name by which people call the domain: the DNS name, in a lab of kind nt the NetBIOS name.
+/// The name that people use for the domain: the DNS name, in a lab of kind nt the NetBIOS name.
 const std::string& domain_name(const LabConfig& config);
 
-/// Raises a runtime error "<file>:<line>: …" for a name that is not known, given twice or holds an unusable
+/// Raises a runtime error "<file>:<line>: …" for a name that is unknown, appears twice or has an unusable
 /// value, 53 or 76 when there is no such file. An absent "netbios" is the first label of "domain" in
 /// capitals.
 LabConfig read_lab_config(const std::filesystem::path& file);

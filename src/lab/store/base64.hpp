@@ -9,7 +9,7 @@ namespace twk::lab {
 
 /// Appends the digits of `bytes`.
 void append_base64(std::string& out, std::string_view bytes);
-/// The bytes; empty for text that is not Base64. Blanks at the end are passed over.
+/// The bytes; empty for text that is not Base64. Blanks at the end are ignored.
 std::optional<std::string> decode_base64(std::string_view text);
 
 }  // namespace twk::lab

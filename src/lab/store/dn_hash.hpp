@@ -9,7 +9,7 @@ namespace twk::lab {
 
 inline constexpr std::uint64_t kHashSeed = 0xCBF29CE484222325U;
 
-/// The text in upper case, as `base::upper` gives it; quick for ASCII.
+/// The text in upper case, as `base::upper` returns it; quick for ASCII.
 std::string folded_key(std::string_view text);
 
 /// Of bytes as they stand, and of text without regard to case.
@@ -21,9 +21,9 @@ std::uint64_t mix_hash(std::uint64_t a, std::uint64_t b);
 std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn);
 /// The hash of a whole name, from the root down; kHashSeed for the empty name. Raises kInvalidDn.
 std::uint64_t hash_dn(std::string_view dn);
-/// The same; text that is no name has a hash all the same.
+/// The same; text that is not a name has a hash, too.
 std::uint64_t hash_dn_or_text(std::string_view text);
-/// True when both are one name, however spelled.
+/// True when both are the same name, however spelled.
 bool same_dn(std::string_view a, std::string_view b);
 
 }  // namespace twk::lab

@@ -12,7 +12,7 @@
 
 namespace twk::lab {
 
-/// The attributes of an object in the making.
+/// The attributes of an object that is being made.
 class Draft {
  public:
   void set(std::string_view name, std::string value) { set(name, std::vector{std::move(value)}); }

@@ -9,7 +9,7 @@ namespace twk::lab {
 
 struct Node;
 
-/// One stored entry. A reference stays good until the store is written or refreshed.
+/// One stored entry. A reference stays valid until the store is written or refreshed.
 class Entry {
  public:
   explicit Entry(const Node& node) : node_(&node) {}
@@ -18,14 +18,15 @@ class Entry {
 
   [[nodiscard]] const std::string& dn() const;
   /// The values, raw bytes, in the order they were added; none when the attribute is absent. Names fold case.
-  /// "member" and "memberOf" are links: they follow renames and vanish with the entry they name; a value from
-  /// a file that names no stored entry is kept as text. "distinguishedName" is always the entry's own name.
+  /// "member" and "memberOf" are links: they follow renames and disappear with the entry they name; a value
+  /// from a file that names no stored entry is kept as text. "distinguishedName" is always the entry's own
+  /// name.
   [[nodiscard]] std::vector<std::string> values(std::string_view attribute) const;
   /// The first value; empty when absent.
   [[nodiscard]] std::optional<std::string> value(std::string_view attribute) const;
   [[nodiscard]] bool has(std::string_view attribute) const;
   [[nodiscard]] std::vector<std::string> attribute_names() const;
-  /// The values without copies, good as long as the entry; what `matches` of filter.hpp reads.
+  /// The values without copies, valid as long as the entry; read by `matches` of filter.hpp.
   [[nodiscard]] std::vector<std::string_view> views(std::string_view attribute) const;
 
  private:

@@ -27,7 +27,7 @@ std::string_view without_range(std::string_view attribute) {
   return attribute.substr(0, base::find_fold(attribute, ";range="));
 }
 
-/// The stored parent of a new name; null when it may do without one.
+/// The stored parent of a new name; null when it does not need one.
 Node* parent_for(const EntryTree& tree, std::string_view dn, Origin origin) {
   const std::string_view parent_name = ads::parent_dn(dn);
   Node* const parent = tree.find(parent_name);

@@ -25,7 +25,7 @@ constexpr std::size_t at(Side side) {
   return static_cast<std::size_t>(side);
 }
 
-/// One membership. It stands in a list at each end. When one end is not stored (yet), `text` is its name, and
+/// One membership. It is in a list at each end. When one end is not stored (yet), `text` is its name, and
 /// only the other end's list has it.
 struct Link {
   std::array<Node*, 2> ends{};  ///< by Side
@@ -74,7 +74,7 @@ inline const std::string& Link::dn(Side side) const {
 
 inline constexpr std::string_view kDistinguishedName = "distinguishedName";
 
-/// The side on which an entry with that attribute stands: "member" is the group's. Empty for other
+/// The side that an entry with that attribute is on: "member" is the group's. Empty for other
 /// attributes.
 std::optional<Side> link_side(std::string_view attribute);
 std::string_view link_attribute(Side side);

@@ -82,7 +82,7 @@ class EntryStore::Implementation {
   std::optional<struct stat> ldif_status_;
   std::uint64_t generation_ = 0;
   bool must_reload_ = false;   ///< reading failed midway
-  bool has_changes_ = false;   ///< the entries hold changes of a journal
+  bool has_changes_ = false;   ///< the entries include changes from a journal
   bool is_folded_in_ = false;  ///< the journal's changes are in the file already
   bool is_writing_ = false;
   int batches_ = 0;
@@ -151,7 +151,7 @@ void EntryStore::Implementation::catch_up() {
   }
 }
 
-/// Puts a new journal in the place of one that is folded in, and reads what others wrote to it since.
+/// Replaces a journal that is folded in by a new one, and reads what others wrote to it since.
 void EntryStore::Implementation::start_journal() {
   journal_.replace(generation_);
   journal_.lock(Journal::Access::kWrite);

@@ -19,12 +19,12 @@ struct Node;
 /// A directory of a lab: "<name>.ldif" and "<name>.journal.ldif", the journal of changes since, held in
 /// memory with indexes by DN, "samAccountName", "userPrincipalName", "objectSid", "primaryGroupID" and
 /// parent. Structure is checked here (a parent must exist, a DN is used once, a parent with children is not
-/// removed, links name entries); the rules of a domain are the callers'. A store without entries, a name of
-/// one part, and one that begins with "DC=" take an entry without a parent.
+/// removed, links name entries); the rules of a domain are up to the callers. An entry needs no parent when
+/// the store is empty, or when its name has one part or begins with "DC=".
 ///
 /// Several processes may have one lab open. A write takes a lock on the journal, reads what others wrote,
 /// applies the change, appends it as one LDIF change record and syncs it, unless a batch is open. `refresh`
-/// reads what others wrote and costs one look at the file's size when there is nothing.
+/// reads what others wrote and costs one check of the file's size when there is nothing new.
 class EntryStore {
  public:
   class Implementation;
@@ -35,11 +35,12 @@ class EntryStore {
   ~EntryStore();
 
   void refresh();
-  /// How often changes were read from the files: the same number tells that nobody else's came in between.
+  /// How often changes were read from the files: an unchanged number means that no one else's came in
+  /// between.
   [[nodiscard]] std::uint64_t readings() const;
 
   // Look-up, without a search through all entries. `find` raises kInvalidDn for text that is no name; of
-  // several entries with one key any is found.
+  // several entries with the same key, any is found.
 
   [[nodiscard]] const Entry* find(std::string_view dn) const;
   [[nodiscard]] const Entry* find_account(std::string_view sam_account_name) const;
@@ -48,9 +49,9 @@ class EntryStore {
   [[nodiscard]] std::vector<const Entry*> with_primary_group(std::string_view rid) const;
   /// True when `user` is a direct member of `group`, by link.
   [[nodiscard]] bool is_member(const Entry& group, const Entry& user) const;
-  /// The direct children, in the order they were added. Gives False from `visit` to stop.
+  /// The direct children, in the order they were added. `visit` returns False to stop.
   void children(const Entry& parent, const std::function<bool(const Entry&)>& visit) const;
-  /// The same for a name, also one that is not stored while entries below it are.
+  /// The same for a name, even one that is not stored itself while entries below it are.
   void children(std::string_view parent_dn, const std::function<bool(const Entry&)>& visit) const;
   /// The entry and all below it, parents first.
   void subtree(const Entry& top, const std::function<bool(const Entry&)>& visit) const;
@@ -60,15 +61,15 @@ class EntryStore {
   [[nodiscard]] std::size_t size() const;
 
   // Change. `guard` runs under the lock, after what others wrote is read and before the change is made: a
-  // rule that must hold at that moment (a name not in use) is checked there, and what it raises leaves all as
-  // it was. Each raises the directory's error numbers, and the runtime's disk numbers when the journal cannot
-  // be written; the entries in memory then are as they were.
+  // rule that must hold at that moment (a name not in use) is checked there, and when it raises, nothing is
+  // changed. Each raises the directory's error numbers, and the runtime's disk numbers when the journal
+  // cannot be written; the entries in memory then are as they were.
 
   using Guard = std::function<void()>;
   void add(const std::string& dn, std::vector<LdifAttribute> attributes, const Guard& guard);
   void modify(const std::string& dn, const std::vector<Modification>& changes, const Guard& guard);
   void remove(const std::string& dn, const Guard& guard);
-  /// Gives the entry, and all below it, a new place. An empty `new_parent` leaves it where it is.
+  /// Moves the entry, and all below it. An empty `new_parent` leaves it where it is.
   void rename(const std::string& dn, const std::string& new_rdn, const std::string& new_parent,
               const Guard& guard);
 
@@ -85,11 +86,11 @@ class EntryStore {
 };
 
 /// Opens the folder's "<name>.ldif" and "<name>.journal.ldif" (which may be missing). A journal whose last
-/// record is torn is cut behind the last whole one and `warn` is told. A journal larger than 16 MiB is folded
-/// in: a new "<name>.ldif" is written, synced and renamed, then the journal emptied; processes that have the
-/// lab open notice it. A folder that may not be written opens for reading, and a write raises permission
-/// denied. Raises runtime errors that name the file and line, and path not found for a folder that is not
-/// there.
+/// record is torn is cut off after the last whole one, and `warn` gets a message. A journal larger than 16
+/// MiB is folded in: a new "<name>.ldif" is written, synced and renamed, then the journal emptied; processes
+/// that have the lab open notice it. A read-only folder opens for reading, and a write raises permission
+/// denied. Raises runtime errors that name the file and line, and path not found for a folder that does not
+/// exist.
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder, const std::string& name,
                                              const std::function<void(const std::string&)>& warn);
 

@@ -166,7 +166,7 @@ void EntryTree::rename(Node& node, Change& change) {
   }
 }
 
-/// Puts the node behind the last child of its parent.
+/// Puts the node after the last child of its parent.
 void EntryTree::hang_in(Node& node, Node& parent) {
   node.parent = &parent;
   node.next = nullptr;
@@ -184,7 +184,7 @@ void EntryTree::take_out(Node& node) {
     orphans_.erase(std::pair(hash_dn(ads::parent_dn(node.dn)), node.sequence));
 }
 
-/// Ties to a node what waited for an entry of its name.
+/// Links to a node what waited for an entry of its name.
 void EntryTree::settle(Node& node) {
   if (!orphans_.empty())
     adopt_orphans(node);
@@ -286,7 +286,7 @@ void EntryTree::add_link(Side side, Node& node, LinkStep& step) {
   links_.insert(link, pair_hash(*link.ends[at(Side::kGroup)], *link.ends[at(Side::kMember)]));
 }
 
-/// Puts the link behind the last one of its end at `side`.
+/// Puts the link after the last one of its end at `side`.
 void EntryTree::enlist(Link& link, Side side) {
   const std::size_t i = at(side);
   Node& node = *link.ends[i];

@@ -16,7 +16,7 @@
 
 namespace twk::lab {
 
-/// One step on the memberships of an entry that stands at `side`.
+/// One step on the memberships of an entry at `side`.
 struct LinkStep {
   enum class Kind { kAdd, kRemove, kClear };
   Kind kind = Kind::kAdd;
@@ -25,7 +25,7 @@ struct LinkStep {
   std::string text;     ///< its name, when it is not
 };
 
-/// A change that was checked and can be made: `EntryTree::apply` does not refuse it.
+/// A change that was checked: `EntryTree::apply` will not refuse it.
 struct Change {
   ChangeType type = ChangeType::kAdd;
   std::unique_ptr<Node> fresh;  ///< of add
@@ -45,7 +45,7 @@ class EntryTree {
   EntryTree& operator=(const EntryTree&) = delete;
 
   [[nodiscard]] Node* find(std::string_view dn) const;
-  /// Found among several with equal keys is any of them.
+  /// Of several with equal keys, any is found.
   [[nodiscard]] Node* find_account(std::string_view name) const;
   [[nodiscard]] Node* find_principal(std::string_view name) const;
   [[nodiscard]] Node* find_sid(std::string_view bytes) const;
@@ -106,16 +106,16 @@ class EntryTree {
   HashTable<Link, &Link::hook> text_links_;  ///< one end stored, by the other's name
 };
 
-/// The node after `node` among `top` and all below it, parents first; null behind the last.
+/// The node after `node` among `top` and all below it, parents first; null after the last.
 const Node* next_below(const Node& node, const Node& top);
 
-/// Gives all entries as LDIF content records, parents first and children in their order, in pieces of about 1
-/// MiB.
+/// Writes all entries as LDIF content records, parents first and children in their order, in pieces of about
+/// 1 MiB.
 void export_tree(const EntryTree& tree, const std::function<void(std::string_view)>& write);
 
-/// Who wants a change. What a caller wants is checked in full: a parent must be stored, a link must name an
-/// entry, a value is added once. A file may hold children before parents, links to what is not there, and
-/// values twice.
+/// Who asks for a change. A caller's is checked in full: a parent must be stored, a link must name an
+/// entry, a value is added once. A file may contain children before parents, links to entries that do not
+/// exist, and repeated values.
 enum class Origin { kCaller, kFile };
 
 /// Checks a change against the entries as they are. Raises the directory's error numbers.

@@ -32,21 +32,21 @@ struct Filter {
   std::string matching_rule = {};  ///< of extensible; the bit rules 1.2.840.113556.1.4.803 and .804 are known
 };
 
-/// The number of the error that text which is no filter raises: E_ADS_INVALID_FILTER.
+/// The error number for text that is not a filter: E_ADS_INVALID_FILTER.
 inline constexpr std::uint32_t kInvalidFilter = 0x80005014;
 
-/// Raises kInvalidFilter, telling the position, for text that is no filter. Nesting deeper than 100 is
-/// refused, and so is ":dn". "(&)" is true and "(|)" false, RFC 4526. Blanks between the parts are passed
-/// over.
+/// Raises kInvalidFilter, with the position, for text that is not a filter. Nesting deeper than 100 is
+/// refused, and so is ":dn". "(&)" is true and "(|)" false, RFC 4526. Blanks between the parts are
+/// ignored.
 Filter parse_filter(std::string_view text);
 
-/// The values of an attribute of the entry at hand, asked by name.
+/// The values of one of the entry's attributes, by name.
 using AttributeReader = std::function<std::vector<std::string_view>(std::string_view attribute)>;
 
 /// True when the filter holds for the entry. Text compares without regard to case and with runs of blanks as
-/// one, integers as numbers; an attribute that the entry lacks is "undefined", which is not true, also behind
+/// one, integers as numbers; an attribute that the entry lacks is "undefined", which is not true, also after
 /// "not". "objectCategory" equals its short class name ("person") as well as the full name of the category;
-/// names compare as names, however spelled. "~=" means "=". An unknown matching rule gives "undefined".
+/// DNs compare as names, however spelled. "~=" means "=". An unknown matching rule gives "undefined".
 bool matches(const Filter& filter, const AttributeReader& read);
 
 }  // namespace twk::lab

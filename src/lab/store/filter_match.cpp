@@ -42,7 +42,7 @@ std::optional<std::int64_t> to_integer(std::string_view text) {
   return number;
 }
 
-/// A stored "007" is text and no number.
+/// A stored "007" is text, not a number.
 bool is_same_integer(std::string_view stored, std::string_view wanted) {
   const std::optional<std::int64_t> number = to_integer(stored);
   return number && std::to_string(*number) == stored && number == to_integer(wanted);
@@ -82,7 +82,7 @@ bool is_category(std::string_view stored, std::string_view wanted) {
   }
 }
 
-/// Below, at or above 0 as `a` stands to `b`.
+/// Below, at or above 0, as `a` compares to `b`.
 int compare(std::string_view a, std::string_view b) {
   const std::optional<std::int64_t> number_a = to_integer(a);
   const std::optional<std::int64_t> number_b = to_integer(b);

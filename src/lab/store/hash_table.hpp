@@ -6,7 +6,7 @@
 
 namespace twk::lab {
 
-/// What an item that stands in a `HashTable` carries for it. An item in no table has an empty `back`.
+/// What an item in a `HashTable` carries for it. An item in no table has an empty `back`.
 template <typename Item>
 struct HashHook {
   Item* next = nullptr;
@@ -14,8 +14,8 @@ struct HashHook {
   std::uint64_t hash = 0;
 };
 
-/// A hash table that owns nothing and allocates nothing per item: its chains run through the items. Items
-/// with equal keys may stand in it, and both insert and erase take constant time however many they are.
+/// A hash table that owns nothing and allocates nothing per item: its chains run through the items. It
+/// may hold items with equal keys, and both insert and erase take constant time however many there are.
 template <typename Item, HashHook<Item> Item::*hook>
 class HashTable {
  public:
@@ -29,7 +29,7 @@ class HashTable {
     ++size_;
   }
 
-  /// An item that is in no table is passed over.
+  /// An item that is in no table is ignored.
   void erase(Item& item) {
     HashHook<Item>& hooks = item.*hook;
     if (hooks.back == nullptr)
@@ -41,8 +41,8 @@ class HashTable {
     --size_;
   }
 
-  /// Calls `visit` for the items of that hash until it gives true; that item, or null. `visit` may erase its
-  /// item.
+  /// Calls `visit` for the items of that hash until it returns true; returns that item, or null. `visit` may
+  /// erase its item.
   template <typename Visit>
   Item* find(std::uint64_t hash, Visit visit) const {
     for (Item* item = buckets_[index(hash)]; item != nullptr;) {

@@ -45,8 +45,8 @@ bool same_file(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// The place behind the record that starts at `from`, and whether its end mark is right; nothing when no end
-/// mark follows.
+/// The position after the record that starts at `from`, and whether its end mark is right; nothing when no
+/// end mark follows.
 struct RecordEnd {
   std::size_t position = 0;
   bool is_right = false;
@@ -71,7 +71,7 @@ std::optional<RecordEnd> find_end(std::string_view text, std::size_t from) {
 /// The end of the last record in a row of whole ones.
 struct Whole {
   std::size_t end = 0;
-  bool goes_on = false;  ///< whole records follow behind a damaged one
+  bool goes_on = false;  ///< whole records follow a damaged one
 };
 Whole find_whole(std::string_view text) {
   Whole whole;
@@ -215,7 +215,7 @@ void Journal::append(std::string_view record, bool sync_now) {
     if (sync_now)
       file_.sync();
   } catch (const base::RuntimeError&) {
-    // What cannot be cut off has no right end, or is read by everybody at the next look.
+    // What cannot be cut off lacks a valid end, or everyone reads it at the next check.
     base::Trap trap;
     trap([&] { file_.truncate(end_); });
     throw;

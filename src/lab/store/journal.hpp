@@ -20,26 +20,26 @@ std::uint64_t generation_of(std::string_view text);
 ///     journal   "# generation " number LF LF  record*
 ///     record    LDIF lines  "# end " 8 hexadecimal digits LF  LF
 ///
-/// The digits are the CRC-32 of the record's bytes in front of "# end"; a record without the digits is a
-/// person's and is not checked. The generation is that of the "domain.ldif" which the changes belong to;
-/// folding them in raises it by one there, then starts a journal of the new generation. A crash between the
-/// two leaves a journal of the generation before, which is known by that to be folded in. A journal without
-/// the first line has generation 0.
+/// The digits are the CRC-32 of the record's bytes in front of "# end"; a record without the digits was
+/// written by a person and is not checked. The generation is that of the "domain.ldif" which the changes
+/// belong to; folding them in raises it by one there, then starts a journal of the new generation. A crash
+/// between the two leaves a journal of the previous generation, which shows that it is folded in. A journal
+/// without the first line has generation 0.
 ///
-/// A record is appended with one write, under an exclusive lock, and is whole when its end is there; what is
-/// behind the last whole record is torn and is cut off by the next who has the lock. A new journal is a new
-/// file in the place of the old one. So the size and the file's identity tell whether there is anything new.
+/// A record is appended with one write, under an exclusive lock, and is whole when its end is there; what
+/// follows the last whole record is torn, and the next holder of the lock cuts it off. A new journal is a new
+/// file in place of the old one, so the size and the file's identity show whether there is anything new.
 class Journal {
  public:
-  /// Opens nothing yet. `warn` is told what was cut off.
+  /// Opens nothing yet. `warn` gets a message about what was cut off.
   Journal(std::filesystem::path path, std::function<void(const std::string&)> warn);
 
-  /// One look at the file: true when it is as it was when last read.
+  /// Checks the file: true when it has not changed since it was last read.
   [[nodiscard]] bool is_unchanged() const;
 
   enum class Access { kRead, kWrite };
-  /// Opens the journal that now has the name and waits for its lock; `kWrite` creates it when it is not
-  /// there. False for `kRead` when there is none. Raises permission denied when `kWrite` is not allowed.
+  /// Opens the journal that now has the name and waits for its lock; `kWrite` creates it when it does not
+  /// exist. False for `kRead` when there is none. Raises permission denied when `kWrite` is not allowed.
   bool lock(Access access);
   void unlock();
 
@@ -47,19 +47,19 @@ class Journal {
 
   /// True when the file that is open has not been read before.
   [[nodiscard]] bool is_new() const { return is_new_; }
-  /// Starts to read at the beginning; the generation of the journal. An empty one gets `generation` when it
-  /// may be written.
+  /// Starts reading at the beginning; returns the generation of the journal. An empty one gets `generation`
+  /// when it may be written.
   std::uint64_t rewind(std::uint64_t generation);
   /// The whole records not read yet. Counts them as read; raises an invalid LDIF error for damage in the
-  /// midst.
+  /// middle.
   struct Part {
     std::string text;
     std::size_t first_line = 1;
   };
   Part read();
-  /// Passes over the records there are.
+  /// Skips the existing records.
   void skip();
-  /// Appends a record, given without its closing empty line. On failure the file is as it was.
+  /// Appends a record, passed without its closing empty line. On failure the file is as it was.
   void append(std::string_view record, bool sync);
   void sync();
   /// Puts an empty journal of that generation in the place of this one; `lock` then opens it.
@@ -79,7 +79,7 @@ class Journal {
   bool writable_ = false;
   bool is_new_ = false;
   bool unsynced_ = false;
-  std::uint64_t end_ = 0;  ///< behind the last whole record that was read
+  std::uint64_t end_ = 0;  ///< after the last whole record that was read
   std::size_t next_line_ = 1;
 };
 

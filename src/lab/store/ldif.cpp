@@ -19,7 +19,7 @@ constexpr std::size_t kFewAttributes = 32;
                            "Line " + base::to_text(static_cast<std::int64_t>(line)) + ": " + what);
 }
 
-/// Gives the lines with continuations joined and comments left out.
+/// Returns the lines with continuations joined and comments left out.
 class LineReader {
  public:
   LineReader(std::string_view text, std::size_t first_line) : text_(text), next_number_(first_line) {
@@ -44,10 +44,10 @@ class LineReader {
     return false;
   }
 
-  /// Good until `next`.
+  /// Valid until `next`.
   [[nodiscard]] std::string_view line() const { return line_; }
   [[nodiscard]] std::size_t number() const { return number_; }
-  /// Byte position behind the line.
+  /// Byte position after the line.
   [[nodiscard]] std::size_t position() const { return at_; }
 
  private:
@@ -102,7 +102,7 @@ std::string_view name_of(const LineReader& reader) {
   return name;
 }
 
-/// What is behind "name:", decoded.
+/// What follows "name:", decoded.
 std::string value_of(const LineReader& reader, std::size_t name_size) {
   std::string_view rest = reader.line().substr(name_size + 1);
   if (rest.starts_with('<'))
@@ -129,7 +129,7 @@ std::string expect(const LineReader& reader, std::string_view wanted) {
   return value_of(reader, name.size());
 }
 
-/// Collects values by attribute, in the order the attributes come first.
+/// Collects values by attribute, in the order the attributes first appear.
 class AttributeCollector {
  public:
   void add(std::string_view name, std::string value) { slot(name).values.push_back(std::move(value)); }
@@ -161,7 +161,7 @@ class AttributeCollector {
 };
 
 // Each of the following is called with the reader on the first line that is its own, and leaves it on the
-// empty line behind the record or at the end of the text.
+// empty line after the record or at the end of the text.
 
 std::vector<LdifAttribute> read_attributes(LineReader& reader) {
   AttributeCollector attributes;
@@ -231,7 +231,7 @@ ChangeType change_type(const LineReader& reader, std::string_view word) {
   fail(reader.number(), "An unknown change type.");
 }
 
-/// Passes over "control:" lines; true when there was one.
+/// Skips "control:" lines; true when there was one.
 bool skip_controls(LineReader& reader) {
   bool found = false;
   while (!reader.line().empty() && is_same_attribute(name_of(reader), "control")) {

@@ -47,20 +47,20 @@ struct LdifRecord {
   bool delete_old_rdn = true;
   std::optional<std::string> new_superior = {};
   std::size_t line = 0;  ///< 1-based line of its "dn:"
-  std::size_t end = 0;   ///< byte position behind the record, its closing empty line included
+  std::size_t end = 0;   ///< byte position after the record, its closing empty line included
 };
 
-/// The number of the error that text which is not LDIF raises: the runtime's "invalid file format".
+/// The error number for text that is not LDIF: the runtime's "invalid file format".
 inline constexpr std::uint32_t kInvalidLdif = 321;
 
-/// True when two names of attributes differ in the case of their letters at most.
+/// True when two names of attributes differ at most in the case of their letters.
 bool is_same_attribute(std::string_view a, std::string_view b);
 /// True for letters, digits and "-", ".", ";", "=", "_", except the words that begin a record.
 bool is_attribute_name(std::string_view name);
 
 /// Calls `visit` for each record in order. Raises kInvalidLdif, naming the line, for text that is not LDIF;
 /// the first line of the text has the number `first_line`. The "search:", "result:" and "ref:" records and
-/// the comments of `ldapsearch` are passed over, likewise controls that are not critical.
+/// the comments of `ldapsearch` are skipped, and so are controls that are not critical.
 void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit,
                std::size_t first_line = 1);
 

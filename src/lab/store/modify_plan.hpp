@@ -17,7 +17,7 @@ namespace twk::lab {
 [[noreturn]] void refuse(std::uint32_t number, const std::string& what, std::string_view on);
 /// The form in which values of an attribute are the same: text folds case, bytes do not.
 std::string value_key(std::string_view value);
-/// Null for a name that nothing has, and for text that is no name.
+/// Null for a name that nothing has, and for text that is not a name.
 Node* find_if_name(const EntryTree& tree, std::string_view text);
 
 /// Follows the modifications of one entry's memberships, so that each is checked against the ones before it.
@@ -26,7 +26,7 @@ class LinkPlan {
   LinkPlan(const EntryTree& tree, Node& node, Origin origin) : tree_(tree), node_(node), origin_(origin) {}
 
   void modify(Side side, const Modification& change);
-  /// For a new entry from a file: applying it passes over what is there already.
+  /// For a new entry from a file: applying it skips what is already there.
   void add_unchecked(Side side, const std::vector<std::string>& values);
   /// The steps that make the modifications.
   std::vector<LinkStep> take() { return std::move(steps_); }
@@ -42,7 +42,7 @@ class LinkPlan {
   [[nodiscard]] bool is_there(Side side, const std::string& key, const Node* end,
                               std::string_view text) const;
   [[nodiscard]] bool has_any(Side side) const;
-  /// `kept` holds the names without an entry that are let through.
+  /// `kept` holds the names without an entry that are accepted.
   void add(Side side, const std::string& text, const std::unordered_set<std::string>& kept);
   void remove(Side side, const std::string& text);
   void clear(Side side);
@@ -62,7 +62,7 @@ class AttributePlan {
       : tree_(tree), node_(node), origin_(origin) {}
 
   void modify(const Modification& change);
-  /// The values as the modifications so far left them.
+  /// The values after the modifications so far.
   std::vector<std::string>& staged(std::string_view attribute);
   /// The entry's attributes afterwards.
   std::string take();

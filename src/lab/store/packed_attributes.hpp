@@ -14,15 +14,15 @@ namespace twk::lab {
 
 using AttributeId = std::uint32_t;
 
-/// The names of attributes and the values that many entries share, each kept once. An entry's attributes are
-/// one block of bytes:
+/// The names of attributes and the values that many entries share, each stored once. An entry's attributes
+/// are one block of bytes:
 ///
 ///     block    value*
 ///     value    varint(name id * 2)      varint(size)  byte*     a value of its own
 ///            | varint(name id * 2 + 1)  varint(value id)        a shared value
 ///     varint   seven bits a byte, the low ones first, the top bit set in all but the last
 ///
-/// The values of an attribute stand together, in the order they were added.
+/// The values of an attribute are stored together, in the order they were added.
 class AttributePool {
  public:
   AttributePool() = default;
@@ -36,7 +36,7 @@ class AttributePool {
 
   void append(std::string& block, AttributeId name, std::string_view value);
 
-  /// Calls `visit(id, value)` for each value until it gives false.
+  /// Calls `visit(id, value)` for each value until it returns false.
   template <typename Visit>
   void each(std::string_view block, Visit visit) const {
     while (!block.empty()) {

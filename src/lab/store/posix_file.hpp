@@ -24,7 +24,7 @@ class PosixFile {
   PosixFile& operator=(PosixFile&& from) noexcept;
   ~PosixFile() { close(); }
 
-  /// Empty when the file is not there or `flags` ask for more than its mode allows; the reason is `errno`.
+  /// Empty when the file does not exist or `flags` ask for more than its mode allows; the reason is `errno`.
   static std::optional<PosixFile> try_open(const std::filesystem::path& path, int flags);
 
   [[nodiscard]] bool is_open() const { return fd_ >= 0; }
@@ -45,9 +45,9 @@ class PosixFile {
   int fd_ = -1;
 };
 
-/// The status of what has that name, or nothing when nothing has.
+/// The status of what has that name, if anything.
 std::optional<struct stat> status_of(const std::filesystem::path& path);
-/// Puts `from` in the place of `to` so that it stays there after a power cut.
+/// Replaces `to` by `from`, so that it survives a power cut.
 void replace_file(const std::filesystem::path& from, const std::filesystem::path& to);
 [[noreturn]] void raise_file_error(int error, const std::filesystem::path& path);
 
