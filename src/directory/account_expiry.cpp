@@ -10,14 +10,14 @@ namespace {
 
 constexpr std::string_view kNever = "Never";
 constexpr std::string_view kEndOf = "end of";
-/// What a WinNT account is given in place of a day on which it expires.
+/// What a WinNT account gets instead of an expiry day.
 constexpr base::Date kWinntNever{-1.0};
 
 base::Date day_of(base::Date date) {
   return {std::floor(date.serial)};
 }
 
-/// Takes "end of" away from the front of a trimmed text; true when it was there.
+/// Removes a leading "end of" from a trimmed text; true when there was one.
 bool take_end_of(std::string_view& text) {
   const bool there =
       base::starts_with_fold(text, kEndOf) && (text.size() == kEndOf.size() || text[kEndOf.size()] == ' ');
@@ -26,7 +26,7 @@ bool take_end_of(std::string_view& text) {
   return there;
 }
 
-/// Also the two dates that other programs read and write for it.
+/// Including the two dates that other programs read and write for "never".
 bool is_never(base::Date stored) {
   return stored == platform::never_expires() || stored == base::make_date({1601, 1, 1, 13, 0, 0});
 }
@@ -49,7 +49,7 @@ std::string refusal(std::string_view text, base::Date date, bool end_of) {
   return {};
 }
 
-/// True for an account that ends in the moment in which a day begins here.
+/// True for an account that ends exactly when a day begins here.
 bool is_start_of_day(platform::Clock& clock, base::Date ends) {
   return clock.to_utc(day_of(clock.to_local(ends))) == ends;
 }
@@ -89,7 +89,7 @@ std::optional<base::Date> expiry_of(const platform::User& user) {
   base::Date stored;
   if (!trap([&] { stored = user.AccountExpirationDate(); })) {
     if (trap.number() == platform::ads_error::kPropertyNotFound)
-      return std::nullopt;  // how a WinNT object says that there is none
+      return std::nullopt;  // a WinNT object without an expiry date
     throw base::RuntimeError(trap.number(), trap.description());
   }
   return is_never(stored) ? std::nullopt : std::optional(stored);

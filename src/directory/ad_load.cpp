@@ -24,7 +24,7 @@ using session::Session;
 
 constexpr std::int32_t kGroupsPerRefresh = 1000;
 
-/// What one load works out and hands from step to step.
+/// What one load determines and passes from step to step.
 struct Load {
   explicit Load(Session& owner)
       : session(owner),
@@ -66,7 +66,7 @@ void add_dummy(Session& session, TreeNode& node) {
   session.form1.TreeView1.add(&node, {}, std::string(kDummyNode), {});
 }
 
-/// A limit may have been typed, with other escapes and blanks than the paths of its users have.
+/// A limit may have been typed with other escapes and blanks than in its users' paths.
 std::string spelled_by_directory(Session& session, const std::string& name) {
   std::string spelled;
   base::Trap missing;
@@ -128,7 +128,7 @@ void take_ou(Load& load, OrphanTable& orphans, const std::string& key, const std
     session.log.line("Orphan  " + key);
 }
 
-/// False when the query failed, which the box told.
+/// False when the query failed, which a box reported.
 bool load_ous(Load& load) {
   Session& session = load.session;
   if (session::logs_load(session))

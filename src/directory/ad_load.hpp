@@ -11,11 +11,11 @@ struct Session;
 namespace twk::directory {
 
 /// Fills the tree with OUs (and users, as the load options say) and every group list. False when the OUs
-/// could not be read, which a box tells, or when neither a user nor a group was found though users were asked
-/// for. Writes its steps to "Log.txt".
+/// could not be read, which a box reports, or when neither a user nor a group was found although users were
+/// requested. Writes its steps to "Log.txt".
 bool Load_AD_Domain(session::Session& session);
 
-/// Reads users below `base` ("GC://twk.test" …) with the scope word given. Unless `skip_tree`, users that the
+/// Reads users below `base` ("GC://twk.test" …) with the given scope word. Unless `skip_tree`, users that the
 /// load options or the managed OU ask for get a node. Each goes to the list of the multi-user window or to
 /// that of the groups window. Raises what the query raises.
 bool Load_AD_Users(session::Session& session, std::string_view base, bool skip_tree, std::string_view scope,

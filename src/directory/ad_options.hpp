@@ -11,11 +11,11 @@ namespace twk::directory {
 
 /// Shows what is stored, or the defaults.
 void frmADOptions_Load(session::Session& session);
-/// Stores all eight values. A number below 1 is refused as a text is, and nothing is stored; an empty number
-/// stands for the default of the load. True when they were stored.
+/// Stores all eight values. A number below 1 is refused like a text, and nothing is stored; an empty number
+/// means the load's default. True when they were stored.
 bool btnApply_Click(session::Session& session);
 
-/// What was typed is no number: a box tells it and the field gets a good one.
+/// What was typed is not a number: a box says so, and the field gets a valid one.
 void PageSize_Change(session::Session& session);
 void UserLimit_Change(session::Session& session);
 

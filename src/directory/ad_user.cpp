@@ -115,7 +115,7 @@ struct GroupName {
   std::string name;
 };
 
-/// The group whose token the user bears; both empty when there is none.
+/// The group whose token the user has; both empty when there is none.
 GroupName find_primary_group(Session& session) {
   platform::QueryOptions options;
   options.page_size = 1000;
@@ -155,7 +155,7 @@ void save_expiry(Session& session, User& user) {
       platform::Buttons::kOk, platform::Icon::kNone, "");
 }
 
-/// A field of the tab and the text that its attribute is to hold; an empty one clears it.
+/// A field of the tab and the new text of its attribute; an empty text clears it.
 struct FieldChange {
   std::string attribute;
   std::string text;
@@ -206,7 +206,7 @@ bool save_part(Session& session, const std::string& what, const std::function<vo
   return saved;
 }
 
-/// Each field by itself; how many were saved.
+/// Saves each field separately; returns how many were saved.
 std::size_t save_one_by_one(Session& session, const std::vector<FieldChange>& fields) {
   return static_cast<std::size_t>(std::count_if(fields.begin(), fields.end(), [&](const FieldChange& field) {
     return save_part(session, field.attribute, [&](User& user) { stage(user, {field}); });
@@ -233,8 +233,8 @@ void save_custom_values(Session& session) {
                                   platform::Icon::kCritical, "Error saving settings");
 }
 
-/// "User cannot change password" is written through the WinNT object, which goes by the name that the
-/// directory has at this moment and not by one that waits to be saved.
+/// "User cannot change password" is written through the WinNT object, which uses the name currently in the
+/// directory, not one that is still to be saved.
 void save_cannot_change(Session& session) {
   const session::Form1& form = session.form1;
   platform::DirectoryService& directory = session.platform.directory;
@@ -252,7 +252,7 @@ void save_cannot_change(Session& session) {
 
 void save_flags(Session& session, User& user) {
   const session::Form1& form = session.form1;
-  // Said again, it would start the age of the password from now.
+  // Written again, it would restart the age of the password.
   if (session.details.must_change() != form.chkMustChange.on())
     user.Put("pwdLastSet", form.chkMustChange.on() ? 0 : -1);
   if (form.chkAcctLockedOut.enabled && !form.chkAcctLockedOut.on())
@@ -284,7 +284,7 @@ std::vector<FieldChange> changed_fields(const Session& session) {
   return fields;
 }
 
-/// All at once; what a directory refuses as a whole is written in parts, so that the good ones are kept.
+/// All at once; what a directory refuses as a whole is written in parts, so that the accepted ones are kept.
 /// Raises when no part went through.
 void save_fields_and_flags(Session& session, User& user) {
   const std::vector<FieldChange> fields = changed_fields(session);

@@ -10,11 +10,11 @@ struct Session;
 }
 
 /// The account of the user details tab in Active Directory: the LDAP object, and the WinNT object for what
-/// that one alone tells.
+/// only that one has.
 namespace twk::directory {
 
 /// Fills the tab from the object at `path`; an attribute without a value leaves its field as it was. The
-/// groups are read last, and what they raise is raised. False, with the reason in panel 1, when the object
+/// groups are read last, and their errors are raised. False, with the reason in panel 1, when the object
 /// cannot be bound.
 bool Read_AD_User(session::Session& session, std::string_view path);
 /// Fills `ListView4` with the primary group and the groups of the user. Raises what the directory raises.
@@ -24,8 +24,8 @@ bool Read_AD_User_Groups(session::Session& session, const platform::ObjectPtr& u
 /// directory, when what was written before stays. A refused expiry or custom attribute shows a box, and the
 /// rest is saved.
 bool Save_AD_User(session::Session& session);
-/// Put the account into the group of a row of `ListView3`, and out of the group of a row of `ListView4`. Rows
-/// count from 0. Raise what the directory raises.
+/// Add the account to the group of a row of `ListView3`, and remove it from the group of a row of
+/// `ListView4`. Rows count from 0. Raise what the directory raises.
 bool Add_AD_User_Group(session::Session& session, std::size_t row);
 bool Remove_AD_User_Group(session::Session& session, std::size_t row);
 

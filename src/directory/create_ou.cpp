@@ -21,7 +21,7 @@ using session::Session;
 constexpr std::string_view kTitle = "Create OU";
 constexpr std::size_t kLongestName = 64;
 
-/// Why the place will not do; empty when it will.
+/// Why the place is unsuitable; empty when it is fine.
 std::string objection(const Session& session, const TreeNode& above) {
   if (!session::is_active_directory(session))
     return "A WinNT domain has no organizational units.";
@@ -32,7 +32,7 @@ std::string objection(const Session& session, const TreeNode& above) {
   return {};
 }
 
-/// Why the place or the name will not do; empty when both will.
+/// Why the place or the name is unsuitable; empty when both are fine.
 std::string objection(const Session& session, const TreeNode& above, std::string_view name) {
   if (std::string of_place = objection(session, above); !of_place.empty())
     return of_place;
@@ -45,7 +45,7 @@ std::string objection(const Session& session, const TreeNode& above, std::string
   return {};
 }
 
-/// Makes the unit; its distinguished name.
+/// Makes the unit; returns its distinguished name.
 std::string make_unit(Session& session, const TreeNode& above, std::string_view name) {
   const bool is_domain = above.image == "DOMAIN";
   const std::string relative_name = "OU=" + platform::escape_dn_value(name);
@@ -100,7 +100,7 @@ bool create_ou(Session& session, TreeNode& above, std::string_view typed) {
     tell_refusal(session, kTitle, refused);
     return false;
   }
-  // Read first: a unit that is in the directory already would come into the tree twice.
+  // Read first: otherwise a unit that already exists in the directory would be added to the tree twice.
   TreeView1_Expand(session, above);
   std::string key;
   base::Trap trap;

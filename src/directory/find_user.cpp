@@ -46,7 +46,7 @@ void tell_not_found(Session& session) {
   session.platform.dialogs.MsgBox("User not found.", Buttons::kOk, Icon::kInformation, "Search");
 }
 
-/// In order of their names, so that the first one is also the first that is shown.
+/// Ordered by name, so that the first is also shown first.
 void add_found_users(Session& session, std::string_view text) {
   const TreeNode* const root = session.form1.TreeView1.first();
   const auto rows = run_query(session, "<LDAP://" + session.DomainName + "/" + root->key +

@@ -11,7 +11,7 @@ struct Session;
 
 namespace twk::directory {
 
-/// How a directory is loaded: the settings under "ADO", read anew by each load and each expansion of an OU.
+/// How a directory is loaded: the settings under "ADO", read again by each load and each expansion of an OU.
 struct LoadOptions {
   std::int32_t PageSize = 1000;
   std::int32_t UserLimit = 99999;  ///< users shown in one OU
@@ -25,7 +25,7 @@ struct LoadOptions {
   bool Sort = true;
 };
 
-/// An absent value, or a number that is none, leaves the default.
+/// An absent value, or an invalid number, leaves the default.
 LoadOptions read_load_options(session::Session& session);
 
 /// Command properties of the queries for OUs and groups.

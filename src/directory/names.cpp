@@ -8,14 +8,14 @@
 namespace twk::directory {
 namespace {
 
-/// True behind a backslash that is not itself behind one.
+/// True after a backslash that is not itself escaped.
 bool is_escaped(std::string_view text, std::size_t place) {
   const std::size_t other = text.substr(0, place).find_last_not_of('\\');
   const std::size_t backslashes = place - (other == base::npos ? 0 : other + 1);
   return backslashes % 2 == 1;
 }
 
-/// Where a marker begins, case ignored; one behind a backslash is part of a name.
+/// Where a marker begins, case ignored; one after a backslash is part of a name.
 std::size_t find_marker(std::string_view text, std::string_view marker, std::size_t from = 0) {
   std::size_t found = base::find_fold(text, marker, from);
   while (found != base::npos && is_escaped(text, found))
@@ -23,7 +23,7 @@ std::size_t find_marker(std::string_view text, std::string_view marker, std::siz
   return found;
 }
 
-/// What follows the comma of the first of these markers (case ignored); empty when none is there.
+/// What follows the comma of the first of these markers (case ignored); empty when there is none.
 std::string behind_first(std::string_view text, std::initializer_list<std::string_view> markers) {
   std::size_t first = base::npos;
   for (const std::string_view marker : markers)

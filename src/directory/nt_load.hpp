@@ -10,7 +10,7 @@ namespace twk::directory {
 /// when a user or a group was found. With "/DEBUG" a failure raises.
 bool Load_NT_Domain(session::Session& session);
 
-/// Fills the list of users of the multi-user window anew. The status bar tells of a failure.
+/// Fills the list of users of the multi-user window again. The status bar reports a failure.
 void show_nt_users(session::Session& session);
 
 }  // namespace twk::directory

@@ -53,7 +53,7 @@ void read_user(Session& session, std::string_view name) {
   Read_NT_User_Groups(session, session.CurrentUser);
 }
 
-/// A flag that is off already costs no write; one that is on is written all the same.
+/// A flag that is already off costs no write; one that is on is always written.
 void save_flag(User& user, std::int32_t bit, bool on) {
   const std::int32_t flags = user.Get("UserFlags").integer();
   if (!on && (flags & bit) == 0)

@@ -14,7 +14,7 @@ namespace twk::directory {
 
 /// Fills the tab from the account. False, with the reason in panel 1, when that fails.
 bool Read_NT_User(session::Session& session, std::string_view name);
-/// Fills `ListView4` with the groups of the user and tells the primary one in panel 2. Raises what the
+/// Fills `ListView4` with the groups of the user and shows the primary one in panel 2. Raises what the
 /// directory raises.
 bool Read_NT_User_Groups(session::Session& session, const platform::ObjectPtr& user);
 /// Writes every field to the account named in `USERID`. False, with the reason in panel 1, for a wrong drive

@@ -30,7 +30,7 @@ void show_mode_captions(session::Form1& form, bool active_directory) {
   form.Frame13.caption = active_directory ? "Display Name" : "Full Name";
 }
 
-/// Takes the pre-2000 name from the partition of the domain.
+/// Reads the pre-2000 name from the partition of the domain.
 void read_partition_name(Session& session, std::string_view configuration) {
   const ObjectPtr partitions =
       session.platform.directory.GetObject("LDAP://cn=Partitions," + std::string(configuration));

@@ -20,7 +20,7 @@ inline constexpr std::int32_t kGroupDomainLocal = 4;
 inline constexpr std::int32_t kGroupUniversal = 8;
 inline constexpr std::uint32_t kGroupSecurity = 0x80000000U;
 
-/// Works out the mode of a domain: 2 for a name without a dot, else 0 or 1 as the domain tells. Sets
+/// Determines the mode of a domain: 2 for a name without a dot, otherwise 0 or 1 as the domain reports. Sets
 /// `NTDomainName`, `DnsServerName` and the captions that differ between the modes. Raises what the directory
 /// raises.
 std::int32_t Determine_Mode(session::Session& session, std::string_view domain);
@@ -30,8 +30,8 @@ std::int32_t Determine_Mode(session::Session& session, std::string_view domain);
 void Load_Domain_List(session::Session& session);
 
 /// Sets a password and asks for a new one at the next logon; "PROMPT" in any case asks for it in a box first.
-/// True when the password was set; lifting a lock-out behind it does not count. `reason` is told why it was
-/// not.
+/// True when the password was set; failing to lift a lock-out afterwards does not count. `reason` says why it
+/// was not.
 bool Reset_AD_Password(session::Session& session, std::string_view password, std::string_view path,
                        std::string* reason = nullptr);
 bool Reset_NT_Password(session::Session& session, std::string_view password, std::string_view name,
@@ -46,7 +46,7 @@ std::int32_t Group_RID_by_name(session::Session& session, std::string_view name)
 /// True when a user with that principal name exists anywhere in the forest; a failure counts as False.
 bool Is_Name_Used_In_Forest(session::Session& session, std::string_view user_principal_name);
 
-/// The name that WinNT paths carry: the pre-2000 name of an Active Directory domain.
+/// The name used in WinNT paths: the pre-2000 name of an Active Directory domain.
 const std::string& winnt_domain(const session::Session& session);
 /// "WinNT://<domain>/<name>".
 std::string winnt_path(const session::Session& session, std::string_view name);

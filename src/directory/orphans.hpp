@@ -11,11 +11,11 @@ struct Session;
 
 namespace twk::directory {
 
-/// OUs that came before the one they belong under. Slots 1 to 100; when all are taken the last is used again.
+/// OUs that were read before their parent. Slots 1 to 100; when all are taken the last is used again.
 class OrphanTable {
  public:
   void store(std::string_view distinguished_name, std::string_view name);
-  /// Adds what can be added to the tree, in passes, since one orphan may wait for another.
+  /// Adds to the tree what can be added, in passes, since one orphan may wait for another.
   void attach(session::Session& session);
 
  private:

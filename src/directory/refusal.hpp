@@ -12,8 +12,8 @@ struct Session;
 
 namespace twk::directory {
 
-/// Tells in a box and on the log tab of a change that was not made. A fault that a person can mend by another
-/// name or place is "YELLOW", any other "RED".
+/// Reports a change that was not made, in a box and on the log tab. A fault that a person can fix by choosing
+/// another name or place is "YELLOW", any other "RED".
 void tell_refusal(session::Session& session, std::string_view title, const std::string& what,
                   const base::Trap& failure);
 /// The same for what was refused before the directory was asked.

@@ -22,7 +22,7 @@ using session::Session;
 
 constexpr std::int32_t kUsersPerCount = 150;
 
-/// False when the query failed, which the box told.
+/// False when the query failed, which a box reported.
 bool add_ous(Session& session, const std::string& base, const platform::QueryOptions& properties) {
   std::unique_ptr<platform::Recordset> rows;
   base::Trap trap;

@@ -13,7 +13,8 @@ struct Session;
 /// What happens in the tree after a load.
 namespace twk::directory {
 
-/// The tree opens a node: an OU that was not read yet is read, unless all users were loaded at the start.
+/// The tree opens a node: an OU that has not been read yet is read, unless all users were loaded at the
+/// start.
 void TreeView1_Expand(session::Session& session, controls::TreeNode& node);
 
 /// Reads the OUs and users below an OU node into the tree, at most as many users as the load options allow.

@@ -24,7 +24,7 @@ void set_row_key(controls::ListView& list, std::string_view old_key, const std::
   }
 }
 
-/// Whatever names the user by its path names it by the new one.
+/// Everything that refers to the user by its path gets the new one.
 void follow_user(Session& session, std::string_view old_key, const std::string& key) {
   set_row_key(session.multi_user.ListView2, old_key, key);
   set_row_key(session.groups.NotMembers, old_key, key);
@@ -32,7 +32,7 @@ void follow_user(Session& session, std::string_view old_key, const std::string& 
     session.form1.USERID_W2K.text = key;
 }
 
-/// The node under its new OU; one that could not be read shows the user when it is.
+/// The node under its new OU; an OU that could not be read now shows the user once it is read.
 void move_node(Session& session, TreeNode& node, TreeNode& target, const std::string& key) {
   controls::TreeView& tree = session.form1.TreeView1;
   const std::string text = node.text;

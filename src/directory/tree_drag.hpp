@@ -10,15 +10,15 @@ struct Session;
 /// Moving a user to another OU by dragging its node, in Active Directory.
 namespace twk::directory {
 
-/// True when the node is a user that can be moved: it is dragged from now on.
+/// True when the node is a user that can be moved; the drag then begins.
 bool begin_drag(session::Session& session, const controls::TreeNode& node);
-/// The pointer is over a node, or none: an OU becomes the drop highlight, anything else leaves none.
+/// The pointer is over a node, or none: an OU becomes the drop highlight, anything else clears it.
 void drag_over(session::Session& session, const controls::TreeNode* node);
-/// Gives the drag up; nothing is moved.
+/// Cancels the drag; nothing is moved.
 void cancel_drag(session::Session& session);
 /// Moves the user into the highlighted OU, in the directory and in the tree, selects its new node and logs
-/// it. True when the user was moved. A move that the directory refuses is told in a box and leaves the tree
-/// as it was; without a highlight nothing happens.
+/// it. True when the user was moved. A move that the directory refuses is reported in a box and leaves the
+/// tree as it was; without a highlight nothing happens.
 bool drop(session::Session& session);
 
 }  // namespace twk::directory

@@ -16,7 +16,7 @@ namespace {
 
 using controls::TreeNode;
 
-/// A name and all above it, the top first.
+/// A name and all its parents, from the top.
 std::vector<std::string_view> names_down_to(std::string_view name) {
   std::vector<std::string_view> names;
   for (; !name.empty(); name = name_above(name))
@@ -25,7 +25,7 @@ std::vector<std::string_view> names_down_to(std::string_view name) {
   return names;
 }
 
-/// A user whom a limit on the users shown in a unit left out.
+/// A user who was left out by the limit on users shown in a unit.
 TreeNode* add_hidden_user(session::Session& session, TreeNode& above, std::string_view key) {
   base::Trap not_there;
   TreeNode* added = nullptr;

@@ -12,7 +12,7 @@ struct Session;
 /// The way down the tree, whose nodes are read only when they are opened.
 namespace twk::directory {
 
-/// The node of a distinguished name, all above it opened on the way from the first node down. None for a name
+/// The node of a distinguished name; all nodes above it are opened, from the first node down. None for a name
 /// that the tree does not show.
 controls::TreeNode* reach_node(session::Session& session, std::string_view distinguished_name);
 

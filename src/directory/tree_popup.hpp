@@ -9,8 +9,8 @@ struct Session;
 
 namespace twk::directory {
 
-/// The popup of the tree is about to be shown for a node: selects it and switches the entries on or off that
-/// depend on what it is.
+/// The popup of the tree is about to be shown for a node: selects it and switches on or off the entries that
+/// depend on its kind.
 void POPUP(session::Session& session, controls::TreeNode& node);
 
 }  // namespace twk::directory

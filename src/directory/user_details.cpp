@@ -34,7 +34,7 @@ bool read_user(Session& session, const std::string& key) {
   return read;
 }
 
-/// Changes the memberships of the selected rows, from the last to the first, and moves those rows.
+/// Changes the memberships of the selected rows, from the last to the first, and moves these rows.
 void change_groups(Session& session, ListView& from, ListView& to,
                    bool (*change)(Session& session, std::size_t row)) {
   session::Form1& form = session.form1;
@@ -94,7 +94,7 @@ bool show_user_details(Session& session, const controls::TreeNode& node) {
   if (read)
     form.StatusBar1.panel1 = "Ready.";
   else
-    Clear_UM(session);  // what was read in part is not to be saved
+    Clear_UM(session);  // a partly read account must not be saved
   return read;
 }
 
@@ -126,7 +126,7 @@ void Clear_UM(Session& session) {
 
 void Userman_Save_Click(Session& session) {
   session::Form1& form = session.form1;
-  // An empty tab would empty the account that was on it before.
+  // Saving an empty tab would clear the account shown before.
   if (form.USERID.text.get().empty())
     return;
   const Hourglass hourglass(form);

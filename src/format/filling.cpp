@@ -13,11 +13,11 @@
 namespace twk::format {
 namespace {
 
-/// What begins a tag, or changes the one behind it.
+/// Characters that begin a tag, or change the one after it.
 constexpr std::string_view kActive = "%#123456789";
 
 /// Stand for those characters of data until the text is whole, so that no step takes them for the
-/// administrator's. U+FDD0 and those behind it are no characters of any text (Unicode 23.7, "Noncharacters").
+/// administrator's. U+FDD0 and the next ones are not characters of any text (Unicode 23.7, "Noncharacters").
 constexpr std::array<std::string_view, kActive.size()> kOfData = {"\uFDD0", "\uFDD1", "\uFDD2", "\uFDD3",
                                                                   "\uFDD4", "\uFDD5", "\uFDD6", "\uFDD7",
                                                                   "\uFDD8", "\uFDD9", "\uFDDA"};
@@ -37,7 +37,7 @@ std::string inert(std::string_view data, std::string_view active = kActive) {
   return text;
 }
 
-/// A text beside its upper-case form. Case mapping keeps byte positions, so one search serves both.
+/// A text with its upper-case form. Case mapping keeps byte positions, so one search serves both.
 class FoldedText {
  public:
   explicit FoldedText(std::string text) : text_(std::move(text)), folded_(base::upper(text_)) {}
@@ -52,7 +52,7 @@ class FoldedText {
         return;
       text_.replace(at, tag.size(), value);
       folded_.replace(at, tag.size(), folded_value);
-      // Nothing before can be the tag, but for one that begins there and ends in the value.
+      // The tag cannot be before this, except one that begins there and ends in the value.
       from = at - std::min(at, tag.size() - 1);
     }
   }
@@ -76,7 +76,7 @@ Filling& Filling::tag(std::string_view name, std::string_view value) {
 Filling& Filling::names(std::string_view first, std::string_view middle, std::string_view last) {
   text_.insert(0, 1, ' ');
   text_.push_back(' ');
-  // "#" of a name is dropped like any other, and a digit at its end counts for the tag behind it.
+  // "#" of a name is dropped like any other, and a digit at its end counts for the tag after it.
   expand_name(text_, "%FIRST%", inert(first, "%"));
   expand_name(text_, "%MIDDLE%", inert(middle, "%"));
   expand_name(text_, "%LAST%", inert(last, "%"));

@@ -44,7 +44,7 @@ std::size_t before(std::string_view text, std::size_t at) {
   return at - 1;
 }
 
-/// The case that a modifier within the three characters before a tag asks for.
+/// The case that a modifier within the three characters before a tag requests.
 Case case_of(std::string_view text, std::size_t tag_at) {
   const std::size_t from = before(text, before(text, before(text, tag_at)));
   if (from == base::npos)
@@ -60,12 +60,12 @@ Case case_of(std::string_view text, std::size_t tag_at) {
   return Case::kAsIs;
 }
 
-/// Puts `name` in place of the tag at `at`, with the modifiers around it. Gives where the name's text begins.
+/// Replaces the tag at `at`, with the modifiers around it, by `name`. Returns where the name's text begins.
 std::size_t expand_one(std::string& text, std::size_t at, std::size_t tag_size, std::string_view name) {
   const Case wanted = case_of(text, at);
   const std::size_t leading = at == 0 ? 0 : digit(text[at - 1]);
   if (wanted != Case::kAsIs) {
-    // The letter of "#U" goes; "#" and a digit stay for now.
+    // The letter of "#U" is removed; "#" and a digit stay for now.
     const std::size_t end = leading != 0 ? at - 1 : at;
     const std::size_t start = before(text, end);
     text.erase(start, end - start);
@@ -108,7 +108,7 @@ void expand_name(std::string& text, std::string_view tag, std::string_view name)
     if (at == base::npos)
       return;
     const std::size_t begin = expand_one(text, at, tag.size(), name);
-    // Nothing before can be the tag, but for one that begins there and ends in the name.
+    // The tag cannot be before this, except one that begins there and ends in the name.
     from = begin - std::min(begin, tag.size() - 1);
   }
 }

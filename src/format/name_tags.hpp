@@ -7,7 +7,7 @@ namespace twk::session {
 struct Session;
 }
 
-/// The tags of the name language in a text; `Filling` puts them in their order.
+/// The tags of the name language in a text; `Filling` applies them in order.
 namespace twk::format {
 
 /// Each occurrence of a name's tag, upper case, replaced by the name, with the modifiers around the tag.

@@ -18,9 +18,9 @@ namespace twk::format {
 ///     %n% %nn% %nnn%             `SerialCounter` with at least one, two, three digits
 ///     %IMPORT1% … %IMPORT99%     field of the import line, while `Importing` is set
 ///
-/// All else is plain text, but for "#", which is dropped. The result is trimmed. Unless `SerialTokenUsed` is
-/// set, `SerialCounter` starts from the setting `IncNumber`; a serial tag sets `SerialTokenUsed`. What a
-/// name or a field holds is no tag. Never raises.
+/// Everything else is plain text, except "#", which is dropped. The result is trimmed. Unless
+/// `SerialTokenUsed` is set, `SerialCounter` starts from the setting `IncNumber`; a serial tag sets
+/// `SerialTokenUsed`. Tags in a name or a field do not count. Never raises.
 std::string UserName(session::Session& session, std::string format, std::string_view first,
                      std::string_view middle, std::string_view last);
 

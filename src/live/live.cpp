@@ -77,7 +77,7 @@ std::string Live::database_path() const {
     if (std::filesystem::create_directory(own, failure))
       std::filesystem::permissions(own, std::filesystem::perms::owner_all, failure);
   }
-  // What cannot be made is told by whoever writes there.
+  // If it cannot be made, the first write there reports it.
   return folder.string() + "/";
 }
 

@@ -9,7 +9,7 @@
 
 namespace twk::live {
 
-/// Where the workstation keeps what belongs to a person's work on real domains:
+/// Where the workstation keeps a person's files for work on real domains:
 ///
 ///     <config>/settings/    the registry
 ///     <data>/db/            the database directory, unless the settings name another one
@@ -20,7 +20,7 @@ struct Folders {
 /// The person's own, where the XDG base directories are.
 Folders user_folders();
 
-/// The registry of the workstation, which settings of the connection are read from before there is one.
+/// The registry of the workstation, from which the settings of a connection are read before there is one.
 std::string registry_folder(const Folders& folders);
 
 /// A real domain and the services of its world. Nothing is asked of the domain before a service needs it;
@@ -33,10 +33,10 @@ class Live {
   ~Live();
 
   [[nodiscard]] LiveDomain& domain();
-  /// Path of the database directory, with a slash at the end. Makes it, its owner's alone, when it is not
-  /// there.
+  /// Path of the database directory, with a slash at the end. Makes it, private to its owner, when it does
+  /// not exist.
   [[nodiscard]] std::string database_path() const;
-  /// The services, with the caller's dialogs; good as long as this object is.
+  /// The services, with the caller's dialogs; valid as long as this object.
   [[nodiscard]] platform::Platform platform(platform::Dialogs& dialogs);
   [[nodiscard]] platform::RegistryListing& registry_listing();
 

@@ -10,8 +10,8 @@ namespace twk::lifecycle {
 class FolderUse;
 }
 
-/// State of the windows that change an account which exists, and of the runs that do. Fields bear the names
-/// of the windows' controls.
+/// State of the windows that change existing accounts, and of the runs that do. Fields have the names of the
+/// windows' controls.
 namespace twk::session {
 
 /// Renames a user of an Active Directory domain.
@@ -21,11 +21,11 @@ struct RenameUser {
   controls::TextBox Last_Name;
   controls::TextBox Display_Name;
   controls::TextBox User_logon_name;
-  controls::ComboBox AD_Domain;  ///< "@twk.test", of the suffixes of the forest
+  controls::ComboBox AD_Domain;  ///< "@twk.test", one of the forest's suffixes
   controls::TextBox Logon_Name_pre2000;
   controls::Label WINNT_Domain;  ///< "TWK\"
   controls::CheckBox ReNameSD;   ///< shares and directories too
-  std::string PrincipalShown;    ///< logon name and suffix as the window was filled with them
+  std::string PrincipalShown;    ///< logon name and suffix as the window first showed them
   bool Full_Name_Changed = false;
   bool Logon_Name_Changed = false;
 };
@@ -40,14 +40,14 @@ struct Rename_NT {
   bool Name_Changed = false;
 };
 
-/// Asks for the workstation whose copy of a profile is to go.
+/// Asks for the workstation whose copy of a profile will be deleted.
 struct WKS_PROFILE {
   controls::TextBox WKS_NAME1;
   controls::OptionButton W2K;
   controls::OptionButton NT40;
 };
 
-/// Shown during work on a folder that no run's own window tells of.
+/// Shown during work on a folder when no run's own window shows progress.
 struct FileProgress {
   controls::Observable<bool> visible{false};
   controls::Label text;
@@ -55,9 +55,9 @@ struct FileProgress {
   controls::Button CancelButton;
 };
 
-/// What a person says to a step that a run does not take on its own.
+/// A person's answer to a step that a run does not take on its own.
 enum class Consent {
-  kAsk,  ///< asked when it comes to that, in a box that defaults to No
+  kAsk,  ///< asked when the step is reached, in a box that defaults to No
   kNo,
   kYes
 };
@@ -71,10 +71,11 @@ struct AccountRuns {
   bool Run_Command_Flag = false;
   std::string WKS_Name;  ///< of the last `WKS_PROFILE`; empty when it was cancelled
   bool WKS_Is_NT40 = false;
-  Consent even_if_shared = Consent::kAsk;    ///< folders and shares that others use as well are touched
-  Consent new_paths_anyway = Consent::kAsk;  ///< an account gets its new paths though its data was not copied
+  Consent even_if_shared = Consent::kAsk;  ///< folders and shares that others also use are changed
+  Consent new_paths_anyway =
+      Consent::kAsk;  ///< an account gets its new paths although its data was not copied
   std::shared_ptr<lifecycle::FolderUse> folders;  ///< see `lifecycle::KnownFolders`
-  /// Set for a rehearsal: told what would be done to a tree, which then is not done.
+  /// Set for a rehearsal: called with what would be done to a tree, instead of doing it.
   std::function<void(const std::string&)> rehearse;
 };
 

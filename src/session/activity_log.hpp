@@ -25,7 +25,7 @@ inline constexpr std::string_view kAsterisks = "********************************
 /// to the log tab that names the file and the reason, and the rest of that block is dropped.
 class ActivityLog {
  public:
-  /// `directory` is the database directory as it is at each opening, `rows` the list of the log tab.
+  /// `directory` returns the database directory at each opening, `rows` the list of the log tab.
   ActivityLog(const platform::Platform& services, const std::string& directory, controls::ListView& rows)
       : services_(services), directory_(directory), rows_(rows) {}
 
@@ -43,22 +43,22 @@ class ActivityLog {
   void remember(std::string_view text);
   /// The reasons since the last row of the log tab.
   [[nodiscard]] const std::vector<std::string>& reasons() const { return reasons_; }
-  /// They are none from here on; a row of the log tab bears them if it is `told`.
+  /// Clears them; they count as part of a row of the log tab if `told`.
   std::vector<std::string> take_reasons(bool told = false);
-  /// The reasons that rows of the log tab bear, one by one, since they were taken the last time.
+  /// The reasons in rows of the log tab, one by one, since they were last taken.
   std::vector<std::string> take_told();
   /// From here on lines, reasons and rows of the log tab show stars in place of a secret; none for the empty
-  /// text. One of less than six characters could be a part of any text and is not looked for.
+  /// text. One of fewer than six characters could be part of any text and is not searched for.
   void conceal(std::string secret) { secret_ = std::move(secret); }
-  /// A text as it may be shown.
+  /// A text with secrets hidden.
   [[nodiscard]] std::string concealed(std::string_view text) const;
   void close();
   /// Path of the file.
   [[nodiscard]] std::string path() const { return directory_ + "Log.txt"; }
-  /// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN bears the reasons
-  /// that the log was given since the row before, after the message: " User jo deleted.: Error Deleting: …;
-  /// …", each text once and the first of many. Gives the text of the row. Raises when the severity is none of
-  /// the three.
+  /// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN has the reasons
+  /// logged since the previous row after the message: " User jo deleted.: Error Deleting: …;
+  /// …", each text once and the first of many. Returns the text of the row. Raises when the severity is not
+  /// one of the three.
   std::string add_row(std::string_view severity, std::string_view message);
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }
 

@@ -7,25 +7,25 @@
 #include "controls/basic.hpp"
 #include "session/multi_user.hpp"
 
-/// State of the tab "AD Properties" of the window `MultiUser`, but for the field `AD_CHANGE`, which the
-/// window holds. Fields bear the names of the tab's controls.
+/// State of the tab "AD Properties" of the window `MultiUser`, except the field `AD_CHANGE`, which the window
+/// holds. Fields have the names of the tab's controls.
 namespace twk::session {
 
-/// What became of one user whose property was to change, or of one line of a file that named none.
+/// The outcome for one user whose property was to change, or for one line of a file that named no user.
 struct PropertyOutcome {
   std::int32_t line = 0;  ///< of the file, counted from 1; 0 for a user of the selection
-  std::string user;       ///< its name in its container, or what the line calls it
+  std::string user;       ///< its name in its container, or its name in the line
   std::string path;       ///< its ADsPath; empty for one that could not be read
-  std::string value;      ///< as it was written, or was to be
+  std::string value;      ///< as written, or as it would have been
   bool changed = false;
-  bool skipped = false;  ///< the line names nobody whom the list has
+  bool skipped = false;  ///< the line names nobody in the list
   std::string reason;    ///< why not; empty when it was changed
 };
 
 struct ADProperties {
   controls::ComboBox AD_Properties;
   controls::Label Syntax;
-  controls::Observable<bool> multi_value{false};  ///< the frame "Multi Value" can be used
+  controls::Observable<bool> multi_value{false};  ///< the frame "Multi Value" is enabled
   controls::OptionButton AD_Append;
   controls::OptionButton AD_Replace;
   controls::Button CHANGE_AD = button("C&hange");
@@ -37,11 +37,11 @@ struct ADProperties {
   std::int32_t users = 0;    ///< of the last run: changed
   std::int32_t errors = 0;   ///< of the last run: not changed
   std::int32_t skipped = 0;  ///< lines of the last file that named nobody in the list
-  std::int32_t line = 0;     ///< of the file that the run is at; 0 for a run over the selection
+  std::int32_t line = 0;     ///< current line of the file; 0 for a run over the selection
   std::string reason;        ///< why the last user was not changed
   bool stopped = false;      ///< the last run was ended by Cancel
-  std::string failure;       ///< why the last run ended before its time; empty when it did not
-  /// Told after each user and each line that is passed over; may be empty.
+  std::string failure;       ///< why the last run ended early; empty when it did not
+  /// Called after each user and each skipped line; may be empty.
   std::function<void(const PropertyOutcome&)> user_done;
 };
 

@@ -11,7 +11,7 @@ namespace twk::session {
 struct Form1;
 
 /// What was changed on the user details tab since the account on it was read. A change of a control sets the
-/// flag of its group, whoever makes it; in Active Directory only the groups that changed are written.
+/// flag of its group, whatever caused it; in Active Directory only the groups that changed are written.
 struct DetailsChanges {
   explicit DetailsChanges(Form1& form);
   DetailsChanges(const DetailsChanges&) = delete;
@@ -23,11 +23,11 @@ struct DetailsChanges {
   bool Flags = false;
   bool Custom = false;
   std::array<bool, 4>
-      Custom_Changed{};  ///< which of the boxes; several values in one would become a single one
-  /// What the last save was refused, as "HomeDirectory: reason"; the rest was saved.
+      Custom_Changed{};  ///< which of the boxes; saving one with several values would leave a single one
+  /// What the last save could not write, as "HomeDirectory: reason"; the rest was saved.
   std::vector<std::string> refused;
 
-  /// What the account on the tab has now; nothing counts as changed.
+  /// Takes the tab's current contents as the account's; nothing counts as changed.
   void clear();
   /// `chkMustChange` as the account had it.
   [[nodiscard]] bool must_change() const { return must_change_; }

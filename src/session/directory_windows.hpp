@@ -6,7 +6,7 @@
 #include "controls/list_view.hpp"
 #include "controls/tree_view.hpp"
 
-/// State of the windows around the tree. Fields bear the names of the windows' controls.
+/// State of the windows around the tree. Fields have the names of the windows' controls.
 namespace twk::session {
 
 /// How a directory is loaded.
@@ -40,7 +40,7 @@ struct Select_OU {
   controls::OptionGroup REG_KEY;  ///< 0 the person's settings, 1 the machine's
 };
 
-/// Looks for a mailbox on an Exchange 5.5 server, to have it deleted.
+/// Finds a mailbox on an Exchange 5.5 server, to delete it.
 struct Serach_Mail {
   controls::Observable<std::string> caption{"Select Mailbox"};  ///< the window's title
   controls::TextBox Text1;                                      ///< name of the mailbox
@@ -51,8 +51,8 @@ struct Serach_Mail {
   std::string ExOrg;
   std::string AdminName;
   std::string AdminPassword;
-  std::string Path;     ///< the mailbox that was named beforehand; empty for none
-  bool Chosen = false;  ///< the selected mailbox is the one that goes
+  std::string Path;     ///< the mailbox that was named in advance; empty for none
+  bool Chosen = false;  ///< the selected mailbox is the one to delete
 };
 
 }  // namespace twk::session

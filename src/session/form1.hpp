@@ -33,20 +33,20 @@ inline constexpr int kWts = 4;
 inline constexpr std::array<std::string_view, 10> kToolbarKeys = {
     "NewUser", "deleteuser", "FIND", "Refresh", "MultiUser", "Groups", "IMPORTU", "Vlog", "Help", "Exit1"};
 
-/// State of the main window `form1`, tab by tab. Fields bear the names of the window's controls.
+/// State of the main window `form1`, tab by tab. Fields have the names of the window's controls.
 struct Form1 {
   controls::Observable<bool> enabled{true};
-  /// Set when the program is to end.
+  /// Set when the program should end.
   controls::Observable<bool> ended{false};
   /// 0 the arrow, 11 the hourglass.
   controls::Observable<int> mouse_pointer{0};
   controls::StatusBar StatusBar1;
   controls::TreeView TreeView1;
-  controls::Observable<int> SSTab1{0};  ///< the tab in front
+  controls::Observable<int> SSTab1{0};  ///< the current tab
 
-  /// A control, by its name, is to have the focus.
+  /// Called with the name of the control that gets the focus.
   controls::Channel<std::string_view> SetFocus;
-  /// The help is to be shown at the topic of that name.
+  /// Called with the name of the help topic to show.
   controls::Channel<std::string_view> ShowHelp;
 
   // Menus "File" and "Options"; entry numbers as the window counts them.
@@ -55,14 +55,14 @@ struct Form1 {
   // Popup of the tree; 13 and 14 are the custom commands.
   std::array<controls::MenuItem, 15> mnupopup;
   std::array<controls::MenuItem, 10> Toolbar1;  ///< in the order of `kToolbarKeys`
-  // A user who is dragged in the tree and the OU that is under the pointer, by their keys.
+  // The user being dragged in the tree and the OU under the pointer, by their keys.
   std::string DragNode;
   controls::Observable<std::string> DropHighlight;
   // Inner tabs of the set-up tab.
   std::array<controls::Frame, 5> SSTab2;
-  controls::Frame Frame3;   ///< what the account name is called
+  controls::Frame Frame3;   ///< format of the account name
   controls::Frame Frame4;   ///< the default passwords
-  controls::Frame Frame13;  ///< what the full name is called
+  controls::Frame Frame13;  ///< format of the full name
 
   // New User tab.
   controls::ComboBox nutemplate;  ///< template names, padded to 25 characters

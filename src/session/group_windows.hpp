@@ -9,10 +9,10 @@
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
 
-/// State of the windows around the groups of the domain. Fields bear the names of the windows' controls.
+/// State of the windows around the groups of the domain. Fields have the names of the windows' controls.
 namespace twk::session {
 
-/// A user whom the last change of members left where he was, and why.
+/// A user whom the last change of members could not move, and why.
 struct RefusedMember {
   std::string key;           ///< of the row
   std::uint32_t number = 0;  ///< of the runtime error; 0 for the primary group, which cannot be left
@@ -39,7 +39,7 @@ struct Groupsfrm {
   /// How `ListView1` is sorted: by the text (0) or the type (1).
   controls::Observable<int> SortKey{0};
   controls::Observable<bool> SortDescending{false};
-  /// Key of the group whose members stand in `Members`; empty for none.
+  /// Key of the group whose members are in `Members`; empty for none.
   controls::Observable<std::string> ShownGroup;
   std::int32_t Group_RID = 0;    ///< relative identifier of that group, in an Active Directory domain
   std::size_t OtherMembers = 0;  ///< members of that group with no row: groups, contacts, users not loaded
@@ -54,19 +54,19 @@ struct GroupAdd {
   std::array<controls::OptionButton, 2> Option2;  ///< security, distribution
 };
 
-/// Puts the users of one group into another one.
+/// Copies the users of one group into another.
 struct frmCopy_Group {
   controls::TextBox Domain_Source;
   controls::TextBox Domain_Destination;
   controls::ListView ImageCombo1;  ///< groups; the selected one is copied from
   controls::ListView ImageCombo2;  ///< groups; the selected one is copied to
-  controls::ListView ListView1;    ///< what came of each user, with its light
+  controls::ListView ListView1;    ///< the result for each user, with its light
   controls::ProgressBar ProgressBar1;
-  controls::Label Label1;  ///< what came of the run
+  controls::Label Label1;  ///< the result of the run
   controls::Button btnCopy_Group;
   controls::Button btnCancel;
   bool Running = false;
-  bool Stopped = false;  ///< set while it runs: ends it after the user in hand
+  bool Stopped = false;  ///< set while it runs: ends it after the current user
 };
 
 }  // namespace twk::session

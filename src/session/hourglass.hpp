@@ -4,7 +4,7 @@
 
 namespace twk::session {
 
-/// Shows the hourglass over a window for a scope; inside of another such scope that one goes on.
+/// Shows the hourglass over a window for a scope; inside another such scope, the outer one continues.
 class Hourglass {
  public:
   explicit Hourglass(controls::Observable<int>& pointer) : pointer_(pointer), before_(pointer.get()) {
@@ -22,8 +22,8 @@ class Hourglass {
   int before_;
 };
 
-/// What the status bar says while something goes on. At the end of the scope it is "Ready.", unless another
-/// text was shown meanwhile.
+/// The status bar's text while something is running. At the end of the scope it becomes "Ready.", unless
+/// another text was shown meanwhile.
 class WorkingStatus {
  public:
   WorkingStatus(Form1& form, std::string text) : panel_(form.StatusBar1.panel1), text_(std::move(text)) {

@@ -7,7 +7,7 @@
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
 
-/// State of the window that works on many users at once. Fields bear the names of its controls.
+/// State of the window that works on many users at once. Fields have the names of its controls.
 namespace twk::session {
 
 /// Tabs of the window, in their order.
@@ -18,10 +18,10 @@ inline constexpr int kAccounts = 2;
 inline constexpr int kProperties = 3;
 }  // namespace multi_tab
 
-/// What a start button shows while its run is under way: it is the button that stops it.
+/// What a start button shows while its run is in progress: it then stops the run.
 inline constexpr std::string_view kCancelCaption = "&Cancel";
 
-/// A button with a caption of its own.
+/// A button whose caption changes.
 inline controls::Button button(std::string caption) {
   return {controls::Observable<std::string>(std::move(caption)), controls::Observable<bool>(true),
           controls::Observable<bool>(true)};
@@ -32,18 +32,18 @@ struct MultiUser {
   controls::ListView ListView2;  ///< users
   controls::ListView ListView3;  ///< groups
   controls::ListView ListView4;  ///< organizational units
-  controls::Button Command1;     ///< takes what is selected in the three lists into the selection
-  controls::Button Command2;     ///< gives it back
+  controls::Button Command1;     ///< moves what is selected in the three lists into the selection
+  controls::Button Command2;     ///< moves it back
   controls::Button Command7;     ///< closes the window
   controls::Button btn_Showusers;
   controls::Button DELIMPORT;  ///< values of users from a file
   controls::Observable<int> SSTab1{multi_tab::kDelete};
-  controls::Label progress;  ///< the file that the run is at
-  controls::Label Label3;    ///< what the run is at
+  controls::Label progress;  ///< the current file
+  controls::Label Label3;    ///< the current item
   controls::ProgressBar ProgressBar1;
   controls::Observable<bool> ProgressBar1_visible{false};
   controls::Observable<int> mouse_pointer{0};  ///< 11 while the window is busy
-  bool initialized = false;                    ///< the boxes hold what is stored
+  bool initialized = false;                    ///< the boxes show what is stored
   bool working = false;                        ///< see `is_running`
 
   // Delete Users tab.
@@ -69,17 +69,18 @@ struct MultiUser {
 
   // Accounts tab.
   controls::OptionGroup LockAcc;     ///< see `batch::AccountFunction`
-  controls::CheckBox ctrChangePswd;  ///< a new password at the next logon
+  controls::CheckBox ctrChangePswd;  ///< password must change at the next logon
   controls::TextBox Expiredate;      ///< "31/12/26"
   controls::CheckBox Unlock_Reset;   ///< new passwords for the accounts that are unlocked
   controls::Button btnGo = button("&Go");
   bool Unlock_Stage = false;  ///< the next Go of "Find Locked Accounts" unlocks
 
   // AD Properties tab.
-  controls::TextBox AD_CHANGE;  ///< the value that a property is to get
+  controls::TextBox AD_CHANGE;  ///< the new value of the property
 };
 
-/// True while one of the window's functions works. Another one, and a change of the selection, is refused.
+/// True while one of the window's functions is running. Other functions, and changes of the selection, are
+/// refused.
 inline bool is_running(const MultiUser& window) {
   return window.working;
 }

@@ -47,7 +47,7 @@ inline constexpr std::int32_t kNativeMode = 0;
 inline constexpr std::int32_t kMixedMode = 1;
 inline constexpr std::int32_t kWinNtMode = 2;
 
-/// What stands in `DomainName` while no domain is configured.
+/// The value of `DomainName` while no domain is configured.
 inline constexpr std::string_view kNoDomain = "%Domain%";
 
 /// Fields of one import line: 0 stays empty, field k of the line is element k.
@@ -58,10 +58,10 @@ struct CreationOutcome {
   std::string user;
   std::string light;
   std::string message;
-  std::vector<std::string> warnings;  ///< why it is not GREEN, each reason for itself
+  std::vector<std::string> warnings;  ///< why it is not GREEN, a text for each reason
 };
 
-/// What became of one line of an import.
+/// The outcome for one line of an import.
 struct ImportRow {
   std::int32_t line = 0;  ///< counted from 1
   CreationOutcome outcome;
@@ -72,7 +72,7 @@ struct ImportState {
   bool Importing = false;
   std::string ImportLine;
   std::array<std::string, kMostImportFields + 1> ImportFields;
-  std::int16_t ImportFieldCount = 0;  ///< fields of the line in hand, also those beyond the last element
+  std::int16_t ImportFieldCount = 0;  ///< fields of the current line, including those beyond the last element
   bool ImportDefaultLayout = true;    ///< first, middle, last are fields 1, 2, 3
   std::int16_t ImportFirstField = 0;
   std::int16_t ImportMiddleField = 0;
@@ -84,20 +84,20 @@ struct ImportState {
   std::int32_t ImportAddedCount = 0;
   bool rehearsed = false;  ///< the lines are only checked: no file is opened, no account is made
   std::set<std::string> foreseen_names;  ///< of accounts that a rehearsal would have made, in upper case
-  std::set<std::string> told_groups;     ///< groups of the template that this run told to be lacking
+  std::set<std::string> told_groups;     ///< missing template groups that this run already reported
   std::string error_path;                ///< "Import.err" of the run
   std::string summary_path;
   RunFile error_file;
   RunFile summary_file;
   std::string failure;  ///< why a file of the last run could not be read or written; empty when it could
-  std::function<void(const ImportRow&)> row_done;  ///< told after each line; may be empty
+  std::function<void(const ImportRow&)> row_done;  ///< called after each line; may be empty
 };
 
 /// One administrator's session: the services it works with, what is shared by its routines, and the state of
 /// its windows. Nothing here is shared between sessions.
 struct Session {
-  /// `command_line` is what stands behind the program's name, as one line; `program_directory` is the
-  /// fall-back of the database directory, without a final backslash.
+  /// `command_line` is everything after the program's name, as one line; `program_directory` is the fallback
+  /// for the database directory, without a final backslash.
   Session(const platform::Platform& services, std::string_view command_line,
           std::string_view program_directory);
   ~Session();
@@ -112,8 +112,8 @@ struct Session {
   platform::Platform platform;
   std::string command_line;
   std::string program_directory;
-  /// The database directory, with a backslash at its end. `form1.dbpath` is what is typed, which counts here
-  /// once it was saved.
+  /// The database directory, with a backslash at its end. `form1.dbpath` is what has been typed; it takes
+  /// effect here once saved.
   std::string dbpath;
 
   // The directory.
@@ -139,7 +139,7 @@ struct Session {
   /// Groups of the template on the tab that cannot be shown because the domain's groups are not loaded. A
   /// save keeps them.
   std::vector<std::string> UnshownGroups;
-  std::set<std::string> told_shadows;  ///< sites of which it was told that a deleted one stands in front
+  std::set<std::string> told_shadows;  ///< sites already reported as hidden by a deleted one
   std::string ProfileTemplateFile = "NTUser.dat";
   bool EditingSite = false;
   bool EditingTemplate = false;
@@ -154,7 +154,7 @@ struct Session {
   ImportState import;
   CreationOutcome LastCreation;
 
-  // Windows. The state of each has a header of its own, so that a change of it concerns whom it concerns.
+  // Windows. The state of each has its own header, so that a change of it affects only the code that uses it.
   Form1& form1;
   frmSplash& splash;
   Varibles_Form& variables;
@@ -188,9 +188,9 @@ struct Session {
 inline bool is_active_directory(const Session& session) {
   return session.DirectoryMode != kWinNtMode;
 }
-/// Started with "/DEBUG": details in the log, and errors are not trapped where a routine says so.
+/// Started with "/DEBUG": details in the log, and errors are not trapped where a routine documents it.
 bool is_debug(const Session& session);
-/// Started with "/DEBUG" or "/DEBUG1": the load tells its steps in the log.
+/// Started with "/DEBUG" or "/DEBUG1": the load logs its steps.
 bool logs_load(const Session& session);
 
 }  // namespace twk::session

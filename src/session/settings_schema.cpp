@@ -29,7 +29,7 @@ constexpr Setting secret(std::string_view sub_key, std::string_view name, std::s
   setting.secret = true;
   return setting;
 }
-/// Its reader knows "Yes" and "No" as they are spelled here alone.
+/// Its reader accepts "Yes" and "No" only in exactly this spelling.
 constexpr Setting yes_no(std::string_view sub_key, std::string_view name, std::string_view initial,
                          std::string_view meaning, std::string_view otherwise = "No") {
   return {sub_key, name, initial, meaning, Kind::kWords, kYesNo, otherwise};

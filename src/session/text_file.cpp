@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-/// The text with the characters by their number for which `hides` is true.
+/// The text with the characters for which `hides` is true replaced by their numbers.
 template <typename Hides>
 std::string by_number(std::string_view text, Hides hides) {
   if (!hides(text))

@@ -5,7 +5,7 @@
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
 
-/// State of the windows beside the main one. Fields bear the names of the windows' controls.
+/// State of the windows besides the main one. Fields have the names of the windows' controls.
 namespace twk::session {
 
 struct frmSplash {
@@ -28,7 +28,7 @@ struct frmSharePoints {
   controls::Button btnOK;
 };
 
-/// Which columns of an import file are what.
+/// What the columns of an import file contain.
 struct CSV_Import {
   controls::Label File_Name;
   controls::ListView ListView1;          ///< the first two lines

@@ -27,7 +27,7 @@ constexpr std::array<Backup, 7> kBackups = {{
     {kW2kFile, "W2K.bak"},
 }};
 
-/// False when the file is there and could not be copied.
+/// False when the file exists but could not be copied.
 bool back_up(session::Session& session, const Backup& backup) {
   platform::Files& files = session.platform.files;
   const std::string source = database_path(session, backup.source);

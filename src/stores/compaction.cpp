@@ -13,8 +13,8 @@ namespace {
 
 using session::Session;
 
-/// Replaces the records of the file by what `keep` gives for each, in one step. A file that is not there is
-/// not made.
+/// Replaces the records of the file by what `keep` returns for each, in one step. A missing file is not
+/// made.
 void replace_records(Session& session, std::string_view name, std::size_t record_size,
                      const std::function<std::string(std::string_view bytes)>& keep) {
   platform::Files& files = session.platform.files;

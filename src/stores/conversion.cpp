@@ -20,10 +20,10 @@ using platform::Icon;
 using session::Session;
 
 constexpr std::string_view kTitle = "Convert";
-/// The generation whose permission tables alone are old.
+/// The generation in which only the permission tables are old.
 constexpr std::string_view kBeforePermissions = "2.3";
 
-/// One conversion: the log, and what to say when the step in hand fails.
+/// One conversion: the log, and what to say when the current step fails.
 struct Conversion {
   Session& session;
   std::string dbpath;
@@ -56,7 +56,7 @@ void begin_log(Conversion& conversion) {
   conversion.log("User:" + session.platform.environment.variable("USERNAME"));
 }
 
-/// What a conversion knows of a file.
+/// What a conversion knows about a file.
 struct OldFile {
   std::string_view file;
   std::string_view fresh;  ///< where earlier versions of the program put the new records
@@ -90,7 +90,7 @@ bool holds_records(std::string_view bytes, std::size_t record_size, const OldFil
 }
 
 /// Another administrator may have converted the files before. Records that are read at the wrong length begin
-/// in the middle of texts; where that does not tell, fewer bytes are left over at the right one.
+/// in the middle of texts; if that does not decide, fewer bytes are left over with the right length.
 bool has_todays_layout(std::string_view bytes, const OldFile& old) {
   const bool as_old = holds_records(bytes, old.old_size, old);
   const bool as_today = holds_records(bytes, old.todays_size, old);
@@ -106,8 +106,8 @@ bool has_todays_layout(std::string_view bytes, const OldFile& old) {
   return todays_rest < old_rest;
 }
 
-/// The old records; none when there is nothing to convert. Stops beside a file that an earlier conversion
-/// kept, whose name is needed for this one; the same bytes there are those of one that broke off.
+/// The old records; none when there is nothing to convert. Stops when an earlier conversion kept a file
+/// under the name needed for this one; if it holds the same bytes, that conversion was interrupted.
 std::optional<std::string> records_to_convert(Conversion& conversion, const OldFile& old) {
   std::string bytes = conversion.files().read(conversion.path(old.file));
   if (has_todays_layout(bytes, old)) {
@@ -136,8 +136,8 @@ void for_each_record(Conversion& conversion, const OldFile& old, std::string_vie
     use(bytes.substr(at, old.old_size));
 }
 
-/// A renaming of an earlier version of the program that broke off between its two steps is brought to its
-/// end. True when there was one: the file is converted then.
+/// Completes a renaming of an earlier version of the program that was interrupted between its two steps. True
+/// when there was one: the file is then converted.
 bool finish_renaming(Conversion& conversion, const OldFile& old) {
   platform::Files& files = conversion.files();
   if (files.exists(conversion.path(old.file)) || !files.exists(conversion.path(old.fresh)) ||
@@ -147,7 +147,7 @@ bool finish_renaming(Conversion& conversion, const OldFile& old) {
   return true;
 }
 
-/// False when the file is not there, which is told.
+/// False when the file does not exist, which is reported.
 bool is_there(Conversion& conversion, std::string_view file) {
   if (conversion.files().exists(conversion.path(file)))
     return true;
@@ -155,7 +155,7 @@ bool is_there(Conversion& conversion, std::string_view file) {
   return false;
 }
 
-/// Keeps the old records under their other name. The copy takes the access along, the write brings it to the
+/// Keeps the old records under their other name. The copy keeps the access rights, the write brings it to the
 /// disk.
 void keep_old(Conversion& conversion, const OldFile& old, std::string_view bytes) {
   platform::Files& files = conversion.files();
@@ -165,8 +165,8 @@ void keep_old(Conversion& conversion, const OldFile& old, std::string_view bytes
   files.write(kept, bytes);
 }
 
-/// The new records take the place of the old ones in the file itself, so that its access, and the link that
-/// it may be, stay. When that fails nothing is changed.
+/// The new records replace the old ones in the file itself, so that its access rights, and a link, stay. When
+/// that fails, nothing is changed.
 void put_in_place(Conversion& conversion, const OldFile& old, std::string_view bytes,
                   std::string_view converted) {
   platform::Files& files = conversion.files();
@@ -329,7 +329,7 @@ constexpr std::string_view kTemplateText =
     "TWK dectected an older version of Template.dat file\r\nThis can cause unpredictable results if used"
     "\r\n\r\nTWK will now convert it to the new format.\r\nYour original file will be renamed Template.v23";
 
-/// What is to be done about a version, in its order.
+/// The steps for a version, in order.
 std::vector<OldDatabase> steps_from(std::string_view version) {
   std::vector<OldDatabase> steps;
   if (version == "2.2")
@@ -360,7 +360,7 @@ bool run_steps(Session& session, const std::vector<OldDatabase>& steps) {
     session.platform.dialogs.MsgBox(step.text, Buttons::kOk, Icon::kCritical, step.title);
     if (!Convert(session, session.dbpath, step.stage))
       return false;
-    // What one step completed is not to be taken for the whole.
+    // One completed step must not be taken for the whole conversion.
     if (step.stage != steps.back().stage)
       session::write_setting(session, session::kVersion, "DBVersion", kBeforePermissions);
   }

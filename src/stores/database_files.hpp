@@ -9,7 +9,7 @@ namespace twk::session {
 struct Session;
 }
 
-/// The files of the database directory: where they are, and what is said of one that fails.
+/// The files of the database directory: where they are, and the messages when one fails.
 namespace twk::stores {
 
 /// Full path of a file in the database directory.
@@ -19,7 +19,7 @@ std::string database_path(const session::Session& session, std::string_view file
 /// the runtime's description on a line of its own.
 void report_file_error(session::Session& session, std::string_view file, const base::RuntimeError& failure);
 
-/// Raises that `file` holds no such record: "template" or "site", and its name.
+/// Raises an error that `file` holds no such record: "template" or "site", and its name.
 [[noreturn]] void raise_no_record(const session::Session& session, std::string_view file,
                                   std::string_view kind, std::string_view name);
 

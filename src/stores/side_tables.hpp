@@ -30,8 +30,8 @@ inline constexpr std::string_view kSharePermissionFile = "SharePerm.dat";
 /// "Mail.dat" as a fresh installation has it.
 void create_mail_table(session::Session& session);
 
-/// Rows of the file in place of the list's. A file that is not there leaves the list as it is; a line that
-/// does not have the form of its table is skipped.
+/// Replace the list's rows by the file's. A missing file leaves the list as it is; a line that does not fit
+/// its table is skipped.
 void load_mail_table(session::Session& session);
 void load_w2k_table(session::Session& session);
 void load_wts_table(session::Session& session);
@@ -43,9 +43,9 @@ void save_wts_table(session::Session& session);
 /// The thirteen terminal-server rows, without values.
 void fill_wts_rows(session::Session& session);
 
-/// The records of "Permissions.dat" or "SharePerm.dat", by name; none when the file is not there.
+/// The records of "Permissions.dat" or "SharePerm.dat", by name; none when the file does not exist.
 std::vector<records::PermissionRecord> read_permissions(session::Session& session, std::string_view file);
-/// Replaces them. An empty "SharePerm.dat" gets one record that gives "Everyone" the access "Full Control".
+/// Replaces them. An empty "SharePerm.dat" gets one record that grants "Everyone" the access "Full Control".
 void write_permissions(session::Session& session, std::string_view file,
                        std::span<const records::PermissionRecord> records);
 

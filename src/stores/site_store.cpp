@@ -74,7 +74,7 @@ void unlock_fields(Form1& form1) {
   form1.Find_Store.enabled = is_exchange_2000(form1);
 }
 
-/// Fields locked, and the buttons that fit a tab on which nothing is edited.
+/// Locks the fields and sets the buttons for a tab on which nothing is edited.
 void show_browsing(Session& session) {
   Form1& form1 = session.form1;
   for_each_field(form1, [](auto& field) {
@@ -133,7 +133,7 @@ void warn(Session& session, std::string_view text, std::string_view title) {
   session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kExclamation, title);
 }
 
-/// What keeps the fields from being saved is told to the person.
+/// Tells the person what keeps the fields from being saved.
 bool can_save(Session& session, std::string_view name) {
   Form1& form1 = session.form1;
   if (form1.NTSERVER.text.get().empty() || name.empty()) {
@@ -228,7 +228,7 @@ records::RecordFile open_to_read(Session& session) {
                                         records::kSiteRecordSize);
 }
 
-/// Tells once that a deleted site is loaded in place of the one that bears its name today.
+/// Reports once that a deleted site is loaded instead of the current one of that name.
 void tell_shadow(Session& session, records::RecordFile& file, std::string_view name) {
   if (!find_live(file, name).found || !session.told_shadows.insert(folded_name(name)).second)
     return;
@@ -237,7 +237,7 @@ void tell_shadow(Session& session, records::RecordFile& file, std::string_view n
                        "\" in front of the one of today, and its values are used. Compact the database.");
 }
 
-/// False, and the tab as it was, when there is no such site.
+/// False, with the tab unchanged, when there is no such site.
 bool load(Session& session, std::string_view name) {
   const std::string_view wanted = base::trim(name);
   records::RecordFile file = open_to_read(session);
@@ -340,7 +340,7 @@ void Edit_Site(Session& session) {
   const std::string name = selected_name(session.form1);
   if (name.empty())
     return;
-  // What is saved over the live record begins with its own fields, not with those of a deleted namesake.
+  // A save over the live record starts from its own fields, not from those of a deleted namesake.
   try {
     records::RecordFile file = open_to_read(session);
     if (const records::RecordSearch live = find_live(file, name); live.found)

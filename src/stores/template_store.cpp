@@ -25,7 +25,7 @@ records::RecordFile open_templates(Session& session) {
                                         records::kTemplateRecordSize);
 }
 
-/// Leaves the record at which the search stopped where the searches leave it.
+/// Stores the record at which a search stopped, as all searches do.
 bool keep(Session& session, const records::RecordSearch& search) {
   session.LastRecordNo = search.number;
   if (search.number > 0)
@@ -107,7 +107,7 @@ void show_template(Session& session) {
   form1.btnSharePoints.enabled = true;
 }
 
-/// False, and the tab empty, when there is no such template.
+/// False, with an empty tab, when there is no such template.
 bool load(Session& session, std::string_view name) {
   Template_Group_Sort(session);
   const records::RecordSearch search = open_templates(session).search([name](std::string_view bytes) {
@@ -176,7 +176,7 @@ void Template_Group_Sort(Session& session) {
   const controls::DrawingOff chosen_off(form1.ListView6);
   for (std::size_t i = 0; i < form1.ListView6.size(); ++i) {
     const controls::ListRow& row = form1.ListView6.at(i);
-    // The domain may have been loaded anew since the group was taken.
+    // The domain may have been reloaded since the group was moved.
     if (row.key.empty() || form1.ListView5.find_key(row.key) == nullptr)
       form1.ListView5.add(row.key, row.text, row.icon);
   }

@@ -87,7 +87,7 @@ std::int32_t record_to_change(Session& session) {
   return number;
 }
 
-/// What is against the name of a new template is told to the person.
+/// Tells the person what is wrong with the name of a new template.
 bool can_take_new_name(Session& session) {
   Form1& form1 = session.form1;
   const std::string name(base::trim(form1.New_Template_Name.text.get()));
@@ -122,7 +122,7 @@ bool can_store_fields(Session& session) {
                   {session.form1.PrimaryGrp.caption.get(), points.HomeSharePoint, points.ProfileSharePoint});
 }
 
-/// What keeps the fields from being saved is told to the person.
+/// Tells the person what keeps the fields from being saved.
 bool can_save(Session& session) {
   Form1& form1 = session.form1;
   const std::string& drive = form1.Home_Drive_letter.text;
@@ -141,7 +141,7 @@ bool can_save(Session& session) {
   return can_store_fields(session);
 }
 
-/// Brings the chosen template's own record into `ActiveTemplate`, changes it there and writes it.
+/// Loads the chosen template's record into `ActiveTemplate`, changes it there and writes it.
 void change_record(Session& session, const std::function<void()>& change) {
   records::RecordFile file = open_templates(session);
   const records::RecordFile::NumbersHold held = file.hold_numbers();
@@ -195,7 +195,7 @@ void list_new_template(Session& session) {
   form1.templatelst.text = name;
 }
 
-/// Why a template's field cannot hold the name of a group, which would be cut or spoilt there and never
+/// Why a template's field cannot hold the name of a group: it would be cut or altered there and never
 /// found.
 std::string group_refusal(std::string_view name) {
   if (base::length(name) <= kGroupNameLength)

@@ -15,11 +15,11 @@ void Clear_TT(session::Session& session);
 void templatelst_Click(session::Session& session);
 void NewTemplate(session::Session& session);
 void EditTemplate(session::Session& session);
-/// Checks the fields and writes the record: over the live one of that name in edit mode, else a new one.
+/// Checks the fields and writes the record: over the live one of that name in edit mode, otherwise a new one.
 void savetemplate(session::Session& session);
 /// Asks when `Confirm_Deletes` is ticked; marks the first live record of the chosen name as deleted.
 void DeleteTemplate(session::Session& session);
-/// Fills a template in the making from the record that was loaded last.
+/// Fills a new template from the record that was loaded last.
 void paste(session::Session& session);
 void Template_Cancel(session::Session& session);
 

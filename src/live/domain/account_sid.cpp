@@ -41,7 +41,7 @@ std::vector<platform::Sid> find_identifiers(LiveDomain& domain, const platform::
   if (!entry)
     return {};
   std::vector<platform::Sid> identifiers = {sid};
-  // Reckoned by the server, and given for one entry alone, [MS-ADTS] 3.1.1.4.5.19.
+  // Computed by the server, and returned for a single entry only, [MS-ADTS] 3.1.1.4.5.19.
   const LdapEntry groups = domain.ldap().read(entry->dn, {"tokenGroups"});
   if (const auto* const values = groups.find("tokenGroups")) {
     for (const std::string& bytes : *values) {

@@ -17,7 +17,7 @@ inline constexpr const char* kDescriptorAttribute = "nTSecurityDescriptor";
 bool denies_change_of_password(std::string_view descriptor);
 /// True when both are denied it.
 bool cannot_change_password(LdapConnection& connection, const std::string& dn);
-/// Puts the two denials in front, or takes them away; what else the list says stays.
+/// Puts the two denials first, or removes them; the rest of the list stays.
 void set_cannot_change_password(LdapConnection& connection, const std::string& dn, bool cannot);
 
 }  // namespace twk::live

@@ -11,9 +11,9 @@
 namespace twk::live {
 namespace {
 
-constexpr std::uint16_t kFileSharingPort = 445;  // of SMB, which an NT domain is reached by
+constexpr std::uint16_t kFileSharingPort = 445;  // of SMB, the way to reach an NT domain
 
-/// What a step found: its detail, with the outcome that it passes with.
+/// What a step found: its detail and its outcome when it passes.
 struct Finding {
   std::string detail;
   StepOutcome outcome = StepOutcome::kPassed;
@@ -64,7 +64,7 @@ class Check {
     while (steps_.size() < check_step_names().size())
       skip(why);
   }
-  /// Skips the step that is next when the ones before it failed.
+  /// Skips the next step when an earlier one failed.
   bool needs(bool reached) {
     if (!reached)
       skip("not reached");

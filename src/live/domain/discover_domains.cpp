@@ -12,7 +12,7 @@
 namespace twk::live {
 namespace {
 
-/// Bounds what a long Kerberos configuration can cost.
+/// Limits the cost of a long Kerberos configuration.
 constexpr std::size_t kMostQuestions = 20;
 
 bool is_dns_name(const std::string& name) {

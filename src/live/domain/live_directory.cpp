@@ -20,7 +20,7 @@ using platform::ObjectPtr;
 using platform::Value;
 namespace ads_error = platform::ads_error;
 
-/// What a server tells of itself.
+/// What a server says about itself.
 class RootDse final : public ads::BasicObject {
  public:
   RootDse(LdapConnection& connection, std::string path) : connection_(connection), path_(std::move(path)) {
@@ -45,7 +45,7 @@ class RootDse final : public ads::BasicObject {
   LdapEntry stored_;
 };
 
-/// A domain that this workstation knows of and is not logged on to.
+/// A domain that this workstation knows but is not logged on to.
 class NamedDomain final : public ads::BasicObject {
  public:
   explicit NamedDomain(std::string name) : name_(std::move(name)) {}
@@ -58,7 +58,7 @@ class NamedDomain final : public ads::BasicObject {
   std::string name_;
 };
 
-/// The name of the domain itself first, pre-2000 where the domain tells it, then the others that can be seen.
+/// The name of the domain itself first, the pre-2000 one if known, then the other visible ones.
 std::vector<std::string> domain_names(LiveDomain& domain) {
   std::string own = domain.settings().domain;
   if (domain.has_directory()) {

@@ -73,7 +73,7 @@ std::unique_ptr<LdapConnection> LiveDomain::make(std::string_view server, bool c
                                                  const std::shared_ptr<Credentials>& credentials) {
   const LiveSettings& logon = credentials->settings();
   HostPort place = is_own(server) ? HostPort{controller(), logon.port} : split_server(server);
-  // It may be another domain of the forest, which is no host by itself.
+  // It may be another domain of the forest, whose name is not a host's.
   if (!is_own(server) && place.port == 0 && !base::equals_fold(server, controller()))
     place.host = locate_controller(logon, place.host);
   if (catalogue) {

@@ -17,26 +17,26 @@
 namespace twk::live {
 
 /// What the services of one real domain share: its connections, kept by server, and what its controller says
-/// of it, read once.
+/// about it, read once.
 class LiveDomain {
  public:
   explicit LiveDomain(LiveSettings settings, Prompts prompts = {});
   LiveDomain(const LiveDomain&) = delete;
   LiveDomain& operator=(const LiveDomain&) = delete;
 
-  /// The password is in it once it was asked for.
+  /// Contains the password once it has been asked for.
   [[nodiscard]] const LiveSettings& settings() const { return credentials_->settings(); }
   [[nodiscard]] Credentials& credentials() { return *credentials_; }
   [[nodiscard]] std::shared_ptr<Credentials> shared_credentials() { return credentials_; }
   /// False for an NT4-style domain, whose name has no dot.
   [[nodiscard]] bool has_directory() const;
-  /// Host name of the controller. Raises kServerDown when the name service tells none.
+  /// Host name of the controller. Raises kServerDown when the name service knows none.
   [[nodiscard]] const std::string& controller();
 
-  /// The connection to a server of a path: none or one of the domain's names for its controller, else a host
-  /// with or without ":port". With `catalogue` the global catalogue of that server.
+  /// The connection to a server of a path: none or one of the domain's names for its controller, otherwise a
+  /// host with or without ":port". With `catalogue` the global catalogue of that server.
   LdapConnection& ldap(std::string_view server = {}, bool catalogue = false);
-  /// A connection with a logon of its own, by user and password over TLS.
+  /// A connection with a separate logon, by user and password over TLS.
   std::unique_ptr<LdapConnection> ldap_as(std::string_view server, std::string_view user,
                                           std::string_view password);
 
@@ -44,27 +44,27 @@ class LiveDomain {
   [[nodiscard]] LiveRpc& rpc() { return rpc_; }
 
   [[nodiscard]] const std::string& root_dn() { return facts().root_dn; }
-  /// That of the domain which a server of a path belongs to.
+  /// The one of the domain that a path's server belongs to.
   [[nodiscard]] std::string root_dn(std::string_view server);
   [[nodiscard]] const std::string& configuration_dn() { return facts().configuration_dn; }
   [[nodiscard]] const std::string& schema_dn() { return facts().schema_dn; }
-  /// The pre-2000 name; of an NT4-style domain the only one.
+  /// The pre-2000 name; an NT4-style domain's only name.
   [[nodiscard]] const std::string& netbios() { return has_directory() ? facts().netbios : settings().domain; }
   [[nodiscard]] const platform::Sid& sid() { return facts().sid; }
   /// DNS name of the forest's first domain.
   [[nodiscard]] const std::string& forest() { return facts().forest; }
 
-  /// True for what is in a naming context that the catalogue does not hold. A server may give it all the
-  /// same.
+  /// True for what is in a naming context that the catalogue does not hold. A server may return it
+  /// anyway.
   [[nodiscard]] bool is_beside_catalogue(std::string_view dn);
 
   [[nodiscard]] bool is_domain_name(std::string_view name);
   /// None for an attribute that the directory does not know.
   const ads::AttributeSchema* attribute(std::string_view name);
-  /// What the directory asks and allows of objects of a class.
+  /// What the directory requires and allows of objects of a class.
   const ads::ClassProperties& properties(const ads::ClassSchema& schema);
 
-  /// The schema of a server that is no domain controller; none for one that is. Asked for once.
+  /// The schema of a server that is not a domain controller; none for one that is. Read once.
   const Subschema* foreign_schema(std::string_view server, LdapConnection& connection);
 
   /// The account's entry with these attributes, by its pre-2000 name; none when there is no such account.

@@ -5,10 +5,10 @@
 
 namespace twk::live {
 
-/// The variables of this process, and those that a workstation of a domain has for the person who is logged
-/// on to it: "USERNAME", "USERDOMAIN" (the pre-2000 name) and "LOGONSERVER", the controller's host name with
-/// two backslashes in front. They tell of the ticket, or the user, that the domain is worked with by; where
-/// the domain does not answer they are empty.
+/// The variables of this process, and those that a domain's workstation has for the person logged on to
+/// it: "USERNAME", "USERDOMAIN" (the pre-2000 name) and "LOGONSERVER", the controller's host name with
+/// two backslashes in front. They describe the ticket or user in use; while the domain does not answer they
+/// are empty.
 class LiveEnvironment final : public platform::Environment {
  public:
   explicit LiveEnvironment(LiveDomain& domain) : domain_(domain) {}

@@ -10,7 +10,7 @@ namespace {
 
 namespace network_error = platform::network_error;
 
-/// A pipe that broke twice is a server that is not there.
+/// A pipe that broke twice means a server that is gone.
 template <typename Call>
 auto as_network_call(Call&& call) {
   try {

@@ -17,7 +17,7 @@ using platform::ObjectPtr;
 using platform::Value;
 namespace ads_error = platform::ads_error;
 
-/// Computed when they are asked for, so "all attributes" is without them.
+/// Computed on request, so "all attributes" does not include them.
 constexpr std::array<std::string_view, 5> kComputed = {"primaryGroupToken",
                                                        "msDS-User-Account-Control-Computed", "canonicalName",
                                                        "tokenGroups", "nTSecurityDescriptor"};
@@ -134,7 +134,7 @@ std::vector<LdapChange> LiveEntry::staged_requests() {
                                 : change.kind == ads::ChangeKind::kDelete ? LdapChangeKind::kDelete
                                                                           : LdapChangeKind::kReplace;
     std::vector<std::string> values = raw_values(change);
-    // A new password is one of now: to say so once more would cost a request.
+    // A new password is current anyway: saying so again would cost a request.
     if (has_new_password_ && base::equals_fold(change.attribute, "pwdLastSet") &&
         values == std::vector<std::string>{"-1"})
       continue;
@@ -143,8 +143,8 @@ std::vector<LdapChange> LiveEntry::staged_requests() {
   return changes;
 }
 
-/// Servers differ in whether an attribute that is not there can be cleared, so such a clear is left out when
-/// the request was refused.
+/// Servers differ in whether an absent attribute can be cleared, so such a clear is left out when the request
+/// was refused.
 void LiveEntry::write_changes() {
   std::vector<LdapChange> changes = staged_requests();
   has_new_password_ = false;
@@ -171,7 +171,7 @@ void LiveEntry::write_changes() {
   }
 }
 
-/// An entry's name is made of an attribute's value, which a server may not let go (RFC 4511 4.6).
+/// An entry's name contains an attribute's value, which a server must not remove (RFC 4511 4.6).
 bool LiveEntry::keep_naming_value(std::vector<LdapChange>& changes) const {
   const ads::Rdn name = ads::parse_rdn(ads::first_rdn(dn_));
   for (LdapChange& change : changes) {

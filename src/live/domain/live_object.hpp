@@ -11,24 +11,24 @@
 
 namespace twk::live {
 
-/// Where an object came from: what paths of objects reached from it begin with, and which server is asked.
+/// Where an object came from: the beginning of the paths of objects reached from it, and the server to ask.
 struct Origin {
   LiveDomain* domain = nullptr;
   ads::Provider provider = ads::Provider::kLdap;
   std::string server;                          ///< as the path named it; empty when left out
-  std::shared_ptr<LdapConnection> connection;  ///< of a logon of its own; none for the domain's
+  std::shared_ptr<LdapConnection> connection;  ///< with a separate logon; none for the domain's
 
   [[nodiscard]] LdapConnection& ldap() const;
-  /// True for a server that is no domain controller.
+  /// True for a server that is not a domain controller.
   [[nodiscard]] bool is_foreign() const { return domain->foreign_schema(server, ldap()) != nullptr; }
   /// None for an attribute that the server does not know.
   [[nodiscard]] const ads::AttributeSchema* attribute(std::string_view name) const;
-  /// The attribute that a caller's name means there.
+  /// The attribute that a caller's name refers to there.
   [[nodiscard]] std::string_view attribute_name(std::string_view name) const;
 };
 
-/// The attributes of one entry of a server, with changes staged on it. Stored values are read once, at the
-/// first need, all at once; what the directory computes, and links, are asked for by name.
+/// The attributes of one entry of a server, with changes staged on it. Stored values are read together, on
+/// first use; computed attributes and links are requested by name.
 class LiveEntry final : public ads::AttributeAccess {
  public:
   LiveEntry(Origin origin, std::string dn, std::string object_class, bool is_new)
@@ -36,7 +36,7 @@ class LiveEntry final : public ads::AttributeAccess {
         dn_(std::move(dn)),
         object_class_(std::move(object_class)),
         new_(is_new) {}
-  /// One that was just read with all its attributes.
+  /// An entry that was just read with all its attributes.
   LiveEntry(Origin origin, LdapEntry stored, std::string object_class);
 
   [[nodiscard]] const Origin& origin() const { return origin_; }
@@ -45,15 +45,15 @@ class LiveEntry final : public ads::AttributeAccess {
 
   platform::Value get(std::string_view attribute) override;
   void stage(int control, std::string_view attribute, const platform::Value& value) override;
-  /// All staged changes in one request; on failure they stay staged. A new account of a user is disabled
-  /// until it gets a password, as the directory has it.
+  /// All staged changes in one request; on failure they stay staged. A new user account is disabled until it
+  /// gets a password, as the directory requires.
   void commit();
   /// Enables an account that was made through this object.
   void set_password(std::string_view password);
   /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
-  /// for what is no new account.
+  /// for anything that is not a new account.
   bool add_with_password(std::string_view password);
-  /// All values of a link, also when the server hands them out in ranges.
+  /// All values of a link, even when the server returns them in ranges.
   std::vector<std::string> links(std::string_view attribute);
 
  private:
@@ -76,11 +76,12 @@ class LiveEntry final : public ads::AttributeAccess {
   ads::StagedValues staged_;
 };
 
-/// An entry bound through LDAP or the global catalogue. The catalogue is for reading: what changes something
-/// raises kUnwilling.
+/// An entry bound through LDAP or the global catalogue. The catalogue is read-only: every change raises
+/// kUnwilling.
 class LiveObject final : public ads::BasicObject {
  public:
-  /// `whole_path` is what "LDAP://twk.test" calls itself; empty for a path that ends in the DN.
+  /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
+  /// DN.
   explicit LiveObject(LiveEntry entry, std::string whole_path = {})
       : entry_(std::move(entry)), whole_path_(std::move(whole_path)) {}
 
@@ -114,9 +115,9 @@ class LiveObject final : public ads::BasicObject {
   void require_writable() const;
   [[nodiscard]] LdapConnection& ldap() const { return entry_.origin().ldap(); }
   [[nodiscard]] platform::ObjectPtr make(std::string dn, std::string object_class, bool is_new = false) const;
-  /// The name of a child that is there already.
+  /// The name of an existing child.
   [[nodiscard]] std::string stored_child(std::string_view relative_name) const;
-  /// The class of a stored child. Raises kNoSuchObject, also for one of another class.
+  /// The class of a stored child. Raises kNoSuchObject, also when it has another class.
   std::string existing_child(std::string_view object_class, const std::string& dn) const;
 
   /// The classes of the group's members in this domain by their names, in few requests.
@@ -130,7 +131,7 @@ class LiveObject final : public ads::BasicObject {
 
 /// The most special of an entry's classes.
 std::string class_of(const LdapEntry& entry);
-/// The distinguished name behind a path of an LDAP or WinNT object; a WinNT account is looked up. Raises
+/// The distinguished name for a path of an LDAP or WinNT object; a WinNT account is looked up. Raises
 /// kNoSuchObject, kBadPathname.
 std::string dn_of_path(LiveDomain& domain, std::string_view path);
 

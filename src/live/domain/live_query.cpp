@@ -33,7 +33,7 @@ class LiveRecordset final : public platform::Recordset {
     first_page();
   }
 
-  /// Reads what is left and puts all rows into the order of an attribute, without regard to case; rows
+  /// Reads the remaining rows and sorts all of them by an attribute, without regard to case; rows
   /// without it come first.
   void sort_by(std::string_view attribute) {
     while (cursor_.has_more())
@@ -136,7 +136,7 @@ class LiveRecordset final : public platform::Recordset {
   IsWanted is_wanted_;  ///< empty: every row is
   std::string prefix_;
   std::vector<Column> columns_;
-  std::vector<LdapEntry> rows_;  ///< of the page in hand
+  std::vector<LdapEntry> rows_;  ///< of the current page
   LdapCursor cursor_;
   std::size_t current_ = 0;
   bool first_page_ = true;

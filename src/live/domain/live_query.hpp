@@ -5,8 +5,8 @@
 
 namespace twk::live {
 
-/// Queries of a real directory, page by page as the rows are read. A wanted order needs all rows first: they
-/// are sorted here, which is faster than asking the server for it.
+/// Queries of a real directory, page by page as the rows are read. Sorting needs all rows first: it is done
+/// here, which is faster than asking the server for it.
 class LiveQuery final : public platform::QueryService {
  public:
   explicit LiveQuery(LiveDomain& domain) : domain_(domain) {}

@@ -24,8 +24,8 @@ SamAccount require_user(AccountService& accounts, std::string_view name) {
   return *std::move(account);
 }
 
-/// The server as its directory is asked for: the controller, known by its short name too, goes by the
-/// connection that is there.
+/// The name by which the server's directory is reached: for the controller, also by its short name, the
+/// existing connection.
 std::string_view directory_server(LiveDomain& domain, std::string_view server) {
   const std::string_view name = ads::without_backslashes(server);
   const std::string& controller = domain.controller();
@@ -39,7 +39,7 @@ struct StoredParameters {
   base::Bytes bytes;
 };
 
-/// Read from the directory of that server.
+/// Read from that server's directory.
 StoredParameters read_entry(LiveDomain& domain, std::string_view server, std::string_view user) {
   const auto entry = domain.find_account(user, {kAttribute, "objectClass"}, directory_server(domain, server));
   if (!entry || entry->first("objectClass").empty() || class_of(*entry) == "group")
@@ -47,7 +47,7 @@ StoredParameters read_entry(LiveDomain& domain, std::string_view server, std::st
   return {entry->dn, platform::user_parameters_bytes(entry->first(kAttribute))};
 }
 
-/// Over LDAP, and by the account service where the server refuses that.
+/// Over LDAP, or by the account service where the server refuses that.
 void write_entry(LiveDomain& domain, std::string_view server, std::string_view user, const std::string& dn,
                  const base::Bytes& bytes) {
   base::Trap trap;

@@ -7,20 +7,20 @@
 
 namespace twk::live {
 
-/// Host name of a controller of a domain: of those that the name service tells by its SRV records
-/// ("_ldap._tcp.dc._msdcs.<domain>", [MS-ADTS] 6.3.2.3) the first one that answers. Without such records the
-/// domain's own name stands for its controllers' addresses, and the server there is asked what it is called,
-/// because a ticket is for a name.
+/// Host name of a controller of a domain: the first one that answers, of those in the name service's
+/// SRV records ("_ldap._tcp.dc._msdcs.<domain>", [MS-ADTS] 6.3.2.3). Without such records the
+/// domain's own name is used for its controllers' addresses, and the server there is asked for its name,
+/// because a ticket is issued for a name.
 std::string locate_controller(const LiveSettings& settings, const std::string& domain);
 
-/// How a question to the name service ended.
+/// The result of a query to the name service.
 enum class SrvAnswer {
   kFound,
   kNone,    ///< there is no such record
   kSilence  ///< no name service answers
 };
 
-/// Targets of an SRV record, RFC 2782, the ones to be asked first in front; none when there is no such
+/// Targets of an SRV record, RFC 2782, in the order in which to try them; none when there is no such
 /// record.
 std::vector<std::string> look_up_srv(const std::string& name, SrvAnswer* answer = nullptr);
 

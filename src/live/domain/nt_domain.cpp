@@ -95,7 +95,7 @@ class NtAccount final : public ads::BasicObject {
 
   void Add(std::string_view path) override {
     const SamAccount member = account_of_path(domain(), path);
-    // ERROR_MEMBER_IN_GROUP, which this provider tells as NERR_UserInGroup.
+    // ERROR_MEMBER_IN_GROUP, which this provider reports as NERR_UserInGroup.
     constexpr std::uint32_t kIsMember = 0x80070528;
     try {
       as_directory_call([&] { service().add_member(group("Add"), member); });
@@ -145,7 +145,7 @@ class NtAccount final : public ads::BasicObject {
 
   NtEntry entry_;
   std::string domain_name_;
-  std::optional<bool> cannot_change_;  ///< as it was read or staged
+  std::optional<bool> cannot_change_;  ///< as read or staged
   bool write_cannot_change_ = false;
 };
 
@@ -196,7 +196,7 @@ class NtDomain final : public ads::BasicObject {
     const bool user = account.kind == Kind::kUser;
     ads::check_account_name(*new_name, user);
     as_directory_call([&] {
-      // Another spelling of its own name is free.
+      // Another spelling of its own name is always available.
       if (!base::equals_fold(*new_name, account.name) && service().find(*new_name))
         base::raise(user ? ads_error::kUserExists : ads_error::kGroupExists,
                     "The domain has an account " + *new_name + " already");

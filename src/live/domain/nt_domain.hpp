@@ -8,7 +8,7 @@
 /// "WinNT://" paths of an NT4-style domain, which has no directory: its controller's account service answers.
 namespace twk::live {
 
-/// The domain as a flat container of users, global groups and local groups. `name` is what paths call it.
+/// The domain as a flat container of users, global groups and local groups. `name` is its name in paths.
 platform::ObjectPtr bind_nt_domain(LiveDomain& domain, const std::string& name);
 
 }  // namespace twk::live

@@ -20,12 +20,12 @@ constexpr std::uint32_t kDisabled = 0x1;      // USER_ACCOUNT_DISABLED, [MS-SAMR
 constexpr std::uint32_t kNormal = 0x10;       // USER_NORMAL_ACCOUNT
 constexpr std::uint32_t kAutoLocked = 0x400;  // USER_ACCOUNT_AUTO_LOCKED
 constexpr std::uint64_t kNever = 0x7FFFFFFFFFFFFFFF;
-/// What Samba tells of an account without expiry: 6 February 2036.
+/// What Samba reports for an account without expiry: 6 February 2036.
 constexpr std::uint64_t kSambaNever = 137303967990000000;
 constexpr std::int32_t kGlobal = 2;
 constexpr std::int32_t kLocal = 4;
 
-/// Texts of a user, by the names that a directory gives them.
+/// Texts of a user, by their names in a directory.
 struct TextField {
   std::string_view attribute;
   std::string SamUser::*stored;
@@ -72,7 +72,7 @@ void check_text(std::string_view attribute, const std::string& text) {
     constraint(attribute, "is not UTF-8");
 }
 
-/// No restriction is every hour of the week.
+/// No restriction means every hour of the week.
 base::Bytes hours_of(const ads::StagedChange& change) {
   constexpr std::size_t kSize = 21;
   if (change.kind != ads::ChangeKind::kReplace || change.values.size() > 1)
@@ -204,7 +204,7 @@ void NtEntry::create() {
   account_ = service().create(account_.name, kind);
 }
 
-/// Where the policy wants a password, the account waits for it.
+/// If the policy requires a password, the account waits for it.
 void NtEntry::enable() {
   const std::uint32_t codes = service().read_user(account_.rid).flags;
   SamUserChange change;
@@ -243,7 +243,7 @@ void NtEntry::commit() {
   as_directory_call([&] {
     const bool made = new_;
     if (made) {
-      // What no account takes is found before there is one.
+      // Values that no account accepts are found before the account is made.
       if (is_user())
         user_change();
       create();

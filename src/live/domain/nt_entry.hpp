@@ -8,12 +8,12 @@
 
 namespace twk::live {
 
-/// An account of an NT4-style domain, read and written by the names that the attributes of a directory's
-/// entry have, so that the rules of WinNT properties (ads/winnt_properties.hpp) hold here too. Stored values
-/// are read once, at the first need.
+/// An account of an NT4-style domain, read and written by the attribute names of a directory entry, so
+/// that the rules of WinNT properties (ads/winnt_properties.hpp) hold here too. Stored values
+/// are read once, on first use.
 ///
-/// "userAccountControl" is without the bit of a person who cannot change the password, which is an access
-/// list here. "pwdLastSet" reads "0" when the password must be changed, "lockoutTime" something else than "0"
+/// "userAccountControl" lacks the bit "cannot change password", which is an access list
+/// here. "pwdLastSet" reads "0" when the password must be changed, "lockoutTime" something other than "0"
 /// for a locked account.
 class NtEntry final : public ads::AttributeAccess {
  public:
@@ -26,8 +26,8 @@ class NtEntry final : public ads::AttributeAccess {
 
   platform::Value get(std::string_view attribute) override;
   void stage(int control, std::string_view attribute, const platform::Value& value) override;
-  /// All staged changes in one call; a new account is made first and goes again when that call fails. A user
-  /// is enabled then, or by the first password where the domain's policy wants one. Raises kConstraint,
+  /// All staged changes in one call; a new account is made first and removed again when that call fails. A
+  /// user is then enabled, or by the first password if the domain's policy requires one. Raises kConstraint,
   /// kNoSuchAttribute for what an account here does not have.
   void commit();
   void set_password(std::string_view password);

@@ -20,7 +20,7 @@ namespace ads_error = platform::ads_error;
 constexpr std::string_view kUser = "User";
 constexpr std::string_view kGroup = "Group";
 
-/// "User", "Group"; empty for an entry that is no account of a person or group.
+/// "User", "Group"; empty for an entry that is neither a person's account nor a group.
 std::string_view account_class(const LdapEntry& entry) {
   const std::string object_class = class_of(entry);
   if (base::equals_fold(object_class, "user") || base::equals_fold(object_class, "inetOrgPerson"))

@@ -14,7 +14,7 @@ using platform::SecurityDescriptor;
 using platform::Sid;
 namespace security_error = platform::security_error;
 
-constexpr std::size_t kListSize = 0xFFF8;  // the most that the size field of a list can say, in whole words
+constexpr std::size_t kListSize = 0xFFF8;  // the most that the size field of a list can hold, in whole words
 
 [[noreturn]] void raise_bad(std::string_view part) {
   base::raise(security_error::kInvalidDescriptor,

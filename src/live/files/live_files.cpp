@@ -79,7 +79,7 @@ std::vector<platform::FileEntry> LiveFiles::list(std::string_view path) {
   return entries;
 }
 
-/// Its folder is listed, for a server tells the spelling of a name and what is a link there alone.
+/// Lists its folder: only there does a server report the spelling of a name and whether it is a link.
 platform::FileEntry LiveFiles::status(std::string_view path) {
   const auto place = parse_smb_path(path);
   if (!place)

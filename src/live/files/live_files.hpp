@@ -5,17 +5,18 @@
 
 namespace twk::live {
 
-/// Network paths as the file servers give them; any other path is the workstation's.
+/// Network paths on real file servers; any other path is the workstation's.
 ///
-/// Raises 53 for a server or share that is not there, 76 for a path with "..". What servers do not give:
-/// - A new file is written in its place, since who may make a file may not always rename it: a crash leaves a
-///   part. One that is there is replaced by a finished one.
-/// - Renaming within a share takes what stands in the way away first: a crash in between leaves the new file
-///   under its old name. Between shares nothing is renamed (74).
-/// - A folder that a share holds may be renamed and taken away: a server does not guard it.
-/// - Nothing is copied from a server to the workstation (75).
-/// - Records are not read and written on a network path, for the library cannot lock parts of a file there:
-///   `open_random` and `open_random_read` raise 75. A database folder on a server is to be mounted.
+/// Raises 53 for a server or share that does not exist, 76 for a path with "..". Limits of servers:
+///
+///   - A new file is written in place, because the right to create a file need not include renaming it: a
+///     crash leaves a part. An existing file is replaced by a finished one.
+///   - Renaming within a share first removes what is in the way: a crash in between leaves the new file under
+///     its old name. Between shares nothing is renamed (74).
+///   - A shared folder may be renamed and removed: a server does not protect it.
+///   - Nothing is copied from a server to the workstation (75).
+///   - Records are not read or written on a network path, because the library cannot lock parts of a file
+///     there: `open_random` and `open_random_read` raise 75. A database folder on a server must be mounted.
 class LiveFiles final : public platform::Files {
  public:
   LiveFiles(SmbClient& client, platform::Files& workstation) : client_(client), workstation_(workstation) {}

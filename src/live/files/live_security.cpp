@@ -22,7 +22,7 @@ using platform::Sid;
 namespace information = platform::security_information;
 namespace security_error = platform::security_error;
 
-/// The descriptor as one attribute of a file; names are not asked for.
+/// The descriptor as one attribute of a file, with identifiers instead of names.
 constexpr const char* kDescriptor = "system.nt_sec_desc.*";
 
 struct Privilege {

@@ -9,11 +9,11 @@
 
 namespace twk::live {
 
-/// Accounts' identifiers as the directory tells them, descriptors as the file servers give them.
+/// Accounts' identifiers from the directory, descriptors from the file servers.
 ///
-/// The rights that a server's own token gives the administrator there are in force in every call, so
-/// privileges can be switched on and off and that changes nothing. A path of the workstation has no
-/// descriptor: it raises kNotImplementedByProvider.
+/// The server's own token decides which privileges the administrator has there, in every call, so switching
+/// privileges on or off here changes nothing. A path of the workstation has no descriptor: it raises
+/// kNotImplementedByProvider.
 class LiveSecurity final : public platform::Security {
  public:
   LiveSecurity(LiveDomain& domain, SmbClient& client) : domain_(domain), client_(client) {}
@@ -23,8 +23,8 @@ class LiveSecurity final : public platform::Security {
   std::vector<platform::Sid> account_identifiers(std::string_view account) override;
   platform::SecurityDescriptor GetFileSecurity(std::string_view path, std::uint32_t parts,
                                                std::size_t buffer) override;
-  /// The owner is written also where the list lets the caller read nothing, and before the list is. The
-  /// library puts the entries of a list in an order of its own: those that deny first, and by identifier.
+  /// The owner is written before the list, even when the list lets the caller read nothing. The library sorts
+  /// the entries of a list: denials first, then by identifier.
   void SetFileSecurity(std::string_view path, std::uint32_t parts,
                        const platform::SecurityDescriptor& descriptor) override;
   std::unique_ptr<platform::ProcessToken> OpenProcessToken() override;

@@ -94,7 +94,7 @@ void write_owner_by_command(const LiveSettings& settings, const SmbPath& path, c
   if (settings.user.empty()) {
     words.insert(words.end(), {"--use-kerberos=required", "--no-pass"});
   } else {
-    // Given by the environment, which other users of the machine cannot read.
+    // Passed in the environment, which other users of the machine cannot read.
     words.push_back("--user=" + settings.user);
     variables.push_back("PASSWD=" + settings.password);
   }

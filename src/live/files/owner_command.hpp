@@ -6,11 +6,11 @@
 
 namespace twk::live {
 
-/// Gives a file or folder another owner, also where its list lets the caller read nothing. The SMB library
-/// cannot do that, for it reads the descriptor before it writes one; the program "smbcacls" of the same
-/// makers asks for nothing but the right to take the ownership.
+/// Changes the owner of a file or folder, even when its list lets the caller read nothing. The SMB
+/// library cannot do that, because it reads the descriptor before it writes one; the program "smbcacls" from
+/// the same project needs only the right to take ownership.
 ///
-/// Raises the numbers of `platform::Security`, with what the program said.
+/// Raises the numbers of `platform::Security`, with the program's message.
 void write_owner_by_command(const LiveSettings& settings, const SmbPath& path, const platform::Sid& owner);
 
 }  // namespace twk::live

@@ -48,7 +48,7 @@ void put(char* target, int size, std::string_view text) {
   target[count] = '\0';
 }
 
-/// Asked by the library for the logon to a share.
+/// Called by the library for the logon to a share.
 void give_logon(SMBCCTX* context, const char* /*server*/, const char* /*share*/, char* workgroup,
                 int workgroup_size, char* user, int user_size, char* password, int password_size) {
   const auto& settings = *static_cast<const LiveSettings*>(smbc_getOptionUserData(context));
@@ -68,7 +68,7 @@ std::int64_t nanoseconds_of(const timespec& time) {
   return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec / 1000 * 1000;
 }
 
-/// What the library would print. A failed call tells by its error.
+/// Drops what the library would print. A failed call reports its error.
 void keep_quiet(void* /*data*/, int /*level*/, const char* /*text*/) {}
 
 /// The library fails without a reason where a server refuses a security descriptor.
@@ -76,7 +76,7 @@ int reason_of_failure() {
   return errno == 0 ? EACCES : errno;
 }
 
-/// While it lives, standard output is shut: the library tells there, between the results, of a server that
+/// Keeps standard output closed for a scope: there the library reports, among the results, a server that
 /// cannot encrypt.
 class WithoutOutput {
  public:
@@ -120,7 +120,7 @@ struct SmbClient::Handle {
       base::raise(base::error::kPathFileAccess, "The SMB library could not be set up");
     smbc_setLogCallback(context, nullptr, keep_quiet);
     smbc_setDebug(context, 0);
-    // The library hands the pointer back and does no more with it.
+    // The library only passes the pointer back.
     smbc_setOptionUserData(context, const_cast<LiveSettings*>(&settings));  // NOLINT
     smbc_setFunctionAuthDataWithContext(context, give_logon);
     const bool ticket = settings.user.empty();
@@ -144,8 +144,8 @@ struct SmbClient::Handle {
   SMBCCTX* context;
 
  private:
-  /// Signed, and encrypted where the server can. The library takes the first from a file alone. The machine's
-  /// file may say less; what else that one says stays.
+  /// Signed, and encrypted where the server can. The library reads the signing option only from a file. The
+  /// machine's file may demand less; its other options stay.
   void require_signing() {
     constexpr std::string_view kSettings =
         "[global]\nclient signing = required\nclient smb encrypt = desired\nclient min protocol = SMB2_02\n";
@@ -222,7 +222,7 @@ SmbClient::~SmbClient() = default;
 
 SMBCCTX* SmbClient::context() {
   if (handle_ == nullptr) {
-    // Asked for now: no exception may pass through the library.
+    // Asked for now, because no exception may pass through the library.
     if (credentials_->has_user())
       credentials_->password();
     handle_ = std::make_unique<Handle>(credentials_->settings());

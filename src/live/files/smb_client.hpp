@@ -28,28 +28,28 @@ class SmbFile {
 
 enum class SmbOpen {
   kRead,
-  kWrite,    ///< made when there is none
-  kReplace,  ///< made, or emptied
-  kNew       ///< refused when there is one
+  kWrite,    ///< created when there is none
+  kReplace,  ///< created, or emptied
+  kNew       ///< refused when it exists
 };
 
 /// The file protocol of servers, with the logon of the settings: the Kerberos ticket, or user and password.
 ///
-/// A connection that was lost is opened once more. What is safe to repeat is repeated; of a new folder,
-/// whether it was made is looked at first.
+/// A connection that was lost is opened once more. What is safe to repeat is repeated; for a new folder,
+/// it is first checked whether it was made.
 ///
 /// Every call raises the numbers of `platform::Files`, with the path in the text.
 class SmbClient {
  public:
   explicit SmbClient(std::shared_ptr<Credentials> credentials);
-  /// With a logon that nobody is asked about.
+  /// With a logon that never prompts.
   explicit SmbClient(const LiveSettings& settings)
       : SmbClient(std::make_shared<Credentials>(settings, Prompts{})) {}
   SmbClient(const SmbClient&) = delete;
   SmbClient& operator=(const SmbClient&) = delete;
   ~SmbClient();
 
-  /// What stands under a name, which is not told here. A link counts as what it leads to.
+  /// What a path refers to; `name` is left empty. A link counts as what it leads to.
   platform::FileEntry status(const SmbPath& path);
   /// What a folder holds, in the server's order, without itself and its parent.
   std::vector<platform::FileEntry> list(const SmbPath& path);
@@ -58,7 +58,7 @@ class SmbClient {
   void remove_file(const SmbPath& path);
   /// Sets the time of the last change, in nanoseconds since 1970 UTC, to the microsecond.
   void set_modified(const SmbPath& path, std::int64_t modified);
-  /// Within one share. A file of the new name is taken away first.
+  /// Within one share. A file of the new name is removed first.
   void rename(const SmbPath& from, const SmbPath& to);
   std::unique_ptr<SmbFile> open(const SmbPath& path, SmbOpen how);
 
@@ -70,8 +70,8 @@ class SmbClient {
  private:
   friend class SmbOpenFile;
   _SMBCCTX* context();
-  /// Runs a call, and once more when the connection was lost and `done` does not say that it was made. Gives
-  /// 0 or a value of errno.
+  /// Runs a call, and once more when the connection was lost and `done` does not report it as made. Returns 0
+  /// or a value of errno.
   int run(const std::function<bool()>& call, const std::function<bool()>& done = {});
   [[noreturn]] void fail(int error, std::string_view action, const SmbPath& path);
   [[noreturn]] void fail_security(int error, std::string_view action, const SmbPath& path);

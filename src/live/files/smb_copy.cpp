@@ -7,8 +7,8 @@ namespace {
 
 constexpr std::size_t kPiece = std::size_t{1} << 20U;
 
-/// A file in the making, taken away again unless it is kept. One that is to replace another is made beside
-/// it.
+/// A file that is being written, removed again unless it is kept. A replacement is written next to the old
+/// file.
 class Draft {
  public:
   Draft(SmbClient& client, const SmbPath& target, bool replaces)
@@ -21,7 +21,7 @@ class Draft {
   Draft& operator=(const Draft&) = delete;
   ~Draft() {
     file_.reset();
-    base::Trap trap;  // what made the copy fail is what is told
+    base::Trap trap;  // the cause of the failed copy is what gets reported
     if (!kept_)
       trap([&] { client_.remove_file(path_); });
   }
@@ -49,13 +49,13 @@ bool is_there(SmbClient& client, const SmbPath& path) {
   return trap([&] { client.status(path); });
 }
 
-/// False when `progress` gave it up.
+/// False when `progress` stopped it.
 bool copy_bytes(const CopySource& from, std::uint64_t size, Draft& draft,
                 const platform::CopyProgress& progress) {
   for (std::uint64_t done = 0; done < size;) {
     const std::string piece = from.read(done, kPiece);
     if (piece.empty())
-      return true;  // it shrank meanwhile, which the caller tells
+      return true;  // it shrank meanwhile, which the caller reports
     draft.write(done, piece);
     done += piece.size();
     if (progress && !progress(done))

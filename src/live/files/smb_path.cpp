@@ -8,10 +8,10 @@
 namespace twk::live {
 namespace {
 
-/// What no name of a file has on a Windows server, [MS-FSCC] 2.1.5.
+/// What no file name on a Windows server contains, [MS-FSCC] 2.1.5.
 constexpr std::string_view kForbidden = "\"<>|*?:";
 
-/// What stands for itself in a URL, RFC 3986 2.3, and the slash.
+/// Characters that need no escape in a URL, RFC 3986 2.3, and the slash.
 constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
 
 void append_escaped(std::string& url, std::string_view text) {

@@ -18,13 +18,13 @@ namespace {
 
 namespace ads_error = platform::ads_error;
 
-/// How long a server that was there is waited for: a controller that is started anew is back by then.
+/// How long to wait for a server that answered before: a restarting controller is back by then.
 constexpr std::chrono::seconds kPatience{20};
 constexpr std::chrono::milliseconds kPause{250};
 /// More members than any group has.
 constexpr std::size_t kMostValues = 20'000'000;
 
-/// The arrays that the library wants for one attribute; they point into the values, which must stay.
+/// The arrays that the library needs for one attribute; they point into the values, which must stay valid.
 class ModArray {
  public:
   void add(int operation, const std::string& name, const std::vector<std::string>& values) {
@@ -102,7 +102,7 @@ void LdapConnection::connect() {
 }
 
 void LdapConnection::open() {
-  // What was sealed by a ticket that has ended is about to be shut by the server.
+  // The server is about to close a connection whose ticket has expired.
   if (ends_ && std::time(nullptr) >= *ends_)
     close();
   if (handle_ != nullptr)
@@ -140,7 +140,7 @@ int LdapConnection::run(const std::function<int()>& request, const std::function
   if (!is_connection_lost(result))
     return result;
   close();
-  // A connection that was made just now will not do better the next time.
+  // A connection made just now will not do better next time.
   if (!was_open && result == LDAP_TIMEOUT)
     return result;
   open();
@@ -171,7 +171,7 @@ int LdapConnection::receive(const LdapPageRequest& request, int message, LdapPag
     return request.receive(
         handle_->get(), message, [this] { return credentials_->is_stopped(); }, page);
   } catch (const base::RuntimeError&) {
-    close();  // nothing else would come over it but the rest of that answer
+    close();  // only the rest of that answer would come over it
     throw;
   }
 }
@@ -186,13 +186,13 @@ int LdapConnection::get_page(const LdapSearch& search, LdapCursor& cursor, LdapP
     const std::optional<int> message = request.send(handle_->get(), cursor.cookie_);
     return message ? receive(request, *message, page) : last_ldap_result(handle_->get());
   };
-  // A cookie belongs to its connection: a search that lost it in the middle cannot go on.
+  // A cookie belongs to its connection: a search that loses its connection cannot go on.
   return cursor.has_more() ? ask() : run(ask, [] { return false; });
 }
 
 void LdapConnection::ask_ahead(const LdapSearch& search, LdapCursor& cursor) {
   const LdapPageRequest request(search, credentials_->settings().timeout_seconds);
-  // One that cannot be sent is made when the page is wanted, and tells then what is wrong.
+  // One that cannot be sent is repeated when the page is needed, and then reports what is wrong.
   cursor.request_ = request.send(handle_->get(), cursor.cookie_);
   cursor.asked_over_ = handle_;
 }
@@ -267,7 +267,7 @@ void LdapConnection::modify(const std::string& dn, const std::vector<LdapChange>
   bool repeated = false;
   const int result = run(
       [&] { return ldap_modify_ext_s(handle_->get(), dn.c_str(), mods.data(), controls.data(), nullptr); },
-      // To replace twice is to replace once; what adds and deletes says by its own result that it was made.
+      // Replacing twice does no harm; additions and deletions show by their result that they were made.
       [&] {
         repeated = true;
         return false;
@@ -325,7 +325,7 @@ std::optional<std::string> join_range(const LdapEntry& answer, std::string_view 
     if (!ranged && !base::equals_fold(part.name, attribute))
       continue;
     all.insert(all.end(), part.values.begin(), part.values.end());
-    // A server may send the plain attribute along, empty, before or after the range.
+    // A server may also send the plain attribute, empty, before or after the range.
     more = more || (ranged && !part.name.ends_with("-*") && !part.values.empty());
   }
   return more ? std::optional(prefix + std::to_string(all.size()) + "-*") : std::nullopt;

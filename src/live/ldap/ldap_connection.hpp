@@ -21,11 +21,11 @@ enum class LdapChangeKind { kReplace, kAdd, kDelete };
 struct LdapChange {
   LdapChangeKind kind = LdapChangeKind::kReplace;
   std::string attribute;
-  std::vector<std::string> values;  ///< a replacement by none takes the attribute away
+  std::vector<std::string> values;  ///< a replacement without values removes the attribute
 };
 
-/// How far a search in pages has come: first in front of all of it, in the end behind it. What is under way
-/// goes with it, so one that is let go in the middle gives up the rest.
+/// How far a paged search has come: at first before everything, in the end after it. It owns the request
+/// under way, so dropping it in the middle abandons the rest.
 class LdapCursor {
  public:
   LdapCursor() = default;
@@ -34,7 +34,7 @@ class LdapCursor {
   ~LdapCursor() { restart(); }
 
   [[nodiscard]] bool has_more() const { return !cookie_.empty(); }
-  /// In front of all of it again.
+  /// Back to the beginning.
   void restart();
 
  private:
@@ -46,14 +46,13 @@ class LdapCursor {
   LdapProgress progress_;
 };
 
-/// A connection to one LDAP server, made when it is first needed and kept. It is sealed by the Kerberos
-/// ticket, or by TLS with the server's certificate checked; nothing goes over a clear one.
+/// A connection to one LDAP server, opened on first use and kept. It is sealed by the Kerberos ticket, or
+/// by TLS with the server's certificate checked; nothing is sent in clear.
 ///
-/// When it is lost, it is opened once more; a server that does not answer is waited for, 20 seconds, and when
-/// it has not come back by then not again until it is. A read is then repeated. Of a write nobody knows
-/// whether it was made before the connection went: what stands in the directory is looked at first, and only
-/// what is not made is made again. A connection whose ticket has ended counts as lost; the ticket that is
-/// there by then opens the next one.
+/// When it is lost, it is reopened; a server that does not answer is waited for, up to 20 seconds, but not
+/// a second time until it is back. A read is then repeated. A write may or may not have been made before the
+/// connection was lost: the directory is checked first, and only what is missing is written again. A
+/// connection whose ticket has expired counts as lost; the ticket available by then opens the next one.
 ///
 /// Every call raises the numbers of `ldap_errors.hpp`.
 class LdapConnection {
@@ -66,24 +65,24 @@ class LdapConnection {
 
   [[nodiscard]] const std::string& host() const { return host_; }
 
-  /// Connects and logs on, unless that is done.
+  /// Connects and logs on, unless that has been done.
   void open();
 
-  /// The entry of that name with the attributes asked for; all stored ones when none is named. Raises
+  /// The entry of that name with the requested attributes; all stored ones when none is named. Raises
   /// kNoSuchObject.
   LdapEntry read(const std::string& dn, const std::vector<std::string>& attributes,
                  std::uint32_t descriptor_parts = 0);
   /// All entries of a search, in the server's order, page by page.
   void search(const LdapSearch& search, const std::function<bool(LdapEntry&&)>& visit);
-  /// The next page. The one behind it is asked for before this one is given out, so that the server works on
-  /// it meanwhile; its time-out begins when it is waited for.
+  /// The next page. The one after it is requested before this one is returned, so that the server works on it
+  /// meanwhile; its time-out begins when the wait for it does.
   std::vector<LdapEntry> search_page(const LdapSearch& search, LdapCursor& cursor);
 
-  /// Raises kStopped when the person wants the work to end: between the parts of a long answer.
+  /// Raises kStopped when the person asks to stop: between the parts of a long answer.
   void require_going_on() const;
 
   void add(const std::string& dn, const std::vector<LdapAttribute>& attributes);
-  /// `descriptor_parts` tells the server which parts of a security descriptor are written.
+  /// `descriptor_parts` says which parts of a security descriptor are written.
   void modify(const std::string& dn, const std::vector<LdapChange>& changes,
               LdapRequest request = LdapRequest::kModify, std::uint32_t descriptor_parts = 0);
   void remove(const std::string& dn);
@@ -94,11 +93,11 @@ class LdapConnection {
   void reconnect();
   void close();
   [[nodiscard]] std::string diagnostic() const;
-  /// Runs a request once, and once more on a new connection when it was lost. `done` looks whether a write
-  /// was made.
+  /// Runs a request, and once more on a new connection when it was lost. `done` checks whether a write was
+  /// made.
   int run(const std::function<int()>& request, const std::function<bool()>& done);
   [[nodiscard]] bool exists(const std::string& dn);
-  /// Waits for the page that is asked for, or asks for it and waits. Returns the result's code.
+  /// Waits for the requested page, or requests it and waits. Returns the result's code.
   int get_page(const LdapSearch& search, LdapCursor& cursor, LdapPage& page);
   int receive(const LdapPageRequest& request, int message, LdapPage& page);
   void ask_ahead(const LdapSearch& search, LdapCursor& cursor);
@@ -108,17 +107,17 @@ class LdapConnection {
   std::uint16_t port_;
   std::shared_ptr<LdapHandle> handle_;
   std::optional<std::time_t> ends_;  ///< of the ticket that seals it
-  bool had_connection_ = false;      ///< once, be it lost by now
-  bool gone_ = false;                ///< was waited for in vain
+  bool had_connection_ = false;      ///< at some time, even if lost by now
+  bool gone_ = false;                ///< it was waited for in vain
 };
 
-/// All values of a link of an entry ("member", "memberOf"), also when the server hands them out in ranges,
+/// All values of a link of an entry ("member", "memberOf"), even when the server returns them in ranges,
 /// [MS-ADTS] 3.1.1.3.1.3.3.
 std::vector<std::string> read_links(LdapConnection& connection, const std::string& dn,
                                     std::string_view attribute);
 
-/// Puts the values of one answer after those of `all`, and gives the attribute that the next ones are asked
-/// for by; none at the end.
+/// Puts the values of one answer after those of `all`, and returns the attribute that requests the next ones;
+/// none at the end.
 std::optional<std::string> join_range(const LdapEntry& answer, std::string_view attribute,
                                       std::vector<std::string>& all);
 

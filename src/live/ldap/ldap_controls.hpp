@@ -10,7 +10,7 @@ struct ldapcontrol;
 
 namespace twk::live {
 
-/// The bytes of a text as the library takes them; it reads them and never writes them.
+/// The bytes of a text in the library's form; it only reads them.
 berval to_berval(const std::string& text);
 
 /// The controls of one request.
@@ -21,12 +21,12 @@ class LdapControls {
   LdapControls& operator=(const LdapControls&) = delete;
   ~LdapControls();
 
-  /// A page of that many entries, the one at the server's mark; the first when it is empty (RFC 2696).
+  /// A page of that many entries, at the server's cookie; the first when it is empty (RFC 2696).
   void add_page(ldap* connection, std::int32_t size, const std::string& cookie);
   /// Which parts of a security descriptor are meant, [MS-ADTS] 3.1.1.3.4.1.11.
   void add_descriptor_parts(std::uint32_t parts);
 
-  /// As the library takes them: null when there are none.
+  /// In the library's form: null when there are none.
   ldapcontrol** data();
 
  private:

@@ -33,7 +33,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 10> kLogonFa
      {"773", "the password must be changed first"},
      {"775", "the account is locked after too many wrong passwords"}}};
 
-/// The eight hexadecimal digits in front of a colon.
+/// The eight hexadecimal digits before a colon.
 std::optional<std::uint32_t> leading_code(std::string_view diagnostic) {
   constexpr std::size_t kDigits = 8;
   if (diagnostic.size() <= kDigits || diagnostic[kDigits] != ':')

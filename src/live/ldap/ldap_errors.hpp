@@ -8,14 +8,14 @@ struct ldap;
 
 namespace twk::live {
 
-/// Of a request that was given up because the person wanted the work to end; the classic runtime's number of
-/// an interrupt by the user.
+/// For a request that was abandoned because the person asked to stop; the classic runtime's number of an
+/// interrupt by the user.
 inline constexpr std::uint32_t kStopped = 18;
 
-/// Of answers that are none: ERROR_DS_PROTOCOL_ERROR of [MS-ERREF] 2.2.
+/// For invalid answers: ERROR_DS_PROTOCOL_ERROR of [MS-ERREF] 2.2.
 inline constexpr std::uint32_t kProtocolError = 0x80072021;
 
-/// What an LDAP request was for: one result means different things for different requests.
+/// The purpose of an LDAP request: the same result means different things for different requests.
 enum class LdapRequest {
   kBind,
   kRead,
@@ -29,15 +29,15 @@ enum class LdapRequest {
 };
 
 /// The number that callers test for a result code (RFC 4511 4.1.9, or negative for the library's own). The
-/// hexadecimal number that an Active Directory server puts in front of its diagnostic text ("0000052D: …", a
-/// Win32 error of [MS-ERREF] 2.2) tells more exactly where the code alone is not enough.
+/// hexadecimal number that an Active Directory server puts before its diagnostic text ("0000052D: …", a
+/// Win32 error of [MS-ERREF] 2.2) is more precise when the code alone is not enough.
 std::uint32_t number_of_ldap_result(int result, std::string_view diagnostic, LdapRequest request);
 
-/// Raises the number with a description that names `what` and what the server said.
+/// Raises the number with a description that contains `what` and the server's message.
 [[noreturn]] void raise_ldap_error(int result, const std::string& diagnostic, LdapRequest request,
                                    const std::string& what);
 
-/// Why a server refuses user and password, from the sub-code of its diagnostic text ("… data 52e, …", a Win32
+/// Why a server refused user and password, from the sub-code of its diagnostic text ("… data 52e, …", a Win32
 /// error in hexadecimal digits).
 std::string explain_refused_logon(const std::string& user, std::string_view diagnostic);
 

@@ -17,10 +17,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Message = std::unique_ptr<LDAPMessage, int (*)(LDAPMessage*)>;
 
-/// An answer that comes is waited for also after a stop, so that what is in hand is not torn apart.
+/// An answer on its way is waited for even after a stop, so that the current item is not cut off.
 constexpr std::chrono::seconds kGrace{3};
 constexpr suseconds_t kSlice = 250'000;  // microseconds
-/// Referrals to other domains that a search may bring beside its entries.
+/// Referrals to other domains that a search may return with its entries.
 constexpr std::size_t kMostReferences = 10'000;
 constexpr std::size_t kMostEmptyPages = 100;
 constexpr std::size_t kMostEntries = 20'000'000;
@@ -43,7 +43,7 @@ int to_ldap(platform::Scope scope) {
   return LDAP_SCOPE_SUBTREE;
 }
 
-/// Names and values are taken from the message where they lie, without the copies that other calls hand out.
+/// Names and values are read from the message in place, without the copies that other calls make.
 LdapEntry to_entry(LDAP* connection, LDAPMessage* message) {
   LdapEntry entry;
   BerElement* place = nullptr;
@@ -66,7 +66,7 @@ LdapEntry to_entry(LDAP* connection, LDAPMessage* message) {
   return entry;
 }
 
-/// The mark that the server put beside a page (RFC 2696); empty after the last.
+/// The cookie that the server sent with a page (RFC 2696); empty after the last.
 std::string cookie_of(LDAP* connection, LDAPMessage* answer) {
   std::string cookie;
   LDAPControl** controls = nullptr;

@@ -12,12 +12,12 @@
 
 struct ldap;
 
-/// One page of a search: asked for, and taken from the server entry by entry, so that no server can keep or
-/// fill the program.
+/// One page of a search, requested and read entry by entry, so that no server can block the program or fill
+/// its memory.
 namespace twk::live {
 
-/// No message of the server may be larger than any entry is; the library takes memory for as much as a
-/// message says that it has. Raises kServerDown when the library does not take the limit.
+/// Limits a message of the server to more than any entry needs; the library allocates as much memory as a
+/// message announces. Raises kServerDown when the library does not accept the limit.
 void limit_messages(ldap* connection);
 
 /// One attribute with its raw values.
@@ -31,7 +31,7 @@ struct LdapEntry {
   std::string dn;
   std::vector<LdapAttribute> attributes;
 
-  /// The values of an attribute, in any case of its name; none when it is absent.
+  /// The values of an attribute, whose name folds case; none when it is absent.
   [[nodiscard]] const std::vector<std::string>* find(std::string_view name) const;
   [[nodiscard]] std::string first(std::string_view name) const;
 };
@@ -44,26 +44,26 @@ struct LdapSearch {
   std::vector<std::string> attributes;  ///< none: all that are stored
   std::int32_t page_size = 1000;        ///< entries a request
   int timeout_seconds = 0;              ///< of each page; 0: the connection's
-  /// Which parts of security descriptors are given, [MS-ADTS] 3.1.1.3.4.1.11; 0: no control is sent.
+  /// Which parts of security descriptors are returned, [MS-ADTS] 3.1.1.3.4.1.11; 0: no control is sent.
   std::uint32_t descriptor_parts = 0;
 };
 
 struct LdapPage {
   std::vector<LdapEntry> entries;
-  std::string cookie;  ///< the server's mark of the next page (RFC 2696); empty after the last
+  std::string cookie;  ///< the server's cookie for the next page (RFC 2696); empty after the last
 };
 
-/// A page of a search as the library wants it. The search must outlive it.
+/// A request for a page of a search, in the library's form. The search must outlive it.
 class LdapPageRequest {
  public:
   LdapPageRequest(const LdapSearch& search, int timeout_seconds);
 
-  /// Returns the number of the message; none when it could not be sent, whose reason the connection has.
+  /// Returns the number of the message; none when it could not be sent; the connection has the reason.
   [[nodiscard]] std::optional<int> send(ldap* connection, const std::string& cookie) const;
   /// Waits for the answer to that message. Returns the result's code, LDAP_TIMEOUT when it did not come in
   /// time. Raises kStopped when `is_stopped` says so after three seconds, and kProtocolError when the server
   /// sends more entries than a page has. After either, and after a result that means a lost connection, the
-  /// connection is of no more use: the rest of the answer may still come over it.
+  /// connection is useless: the rest of the answer may still arrive over it.
   int receive(ldap* connection, int message, const std::function<bool()>& is_stopped, LdapPage& page) const;
 
  private:
@@ -74,11 +74,11 @@ class LdapPageRequest {
   std::vector<char*> names_;
 };
 
-/// Stops a search whose pages bring it no further: always the same one, none but empty ones, or more entries
-/// than any directory has.
+/// Stops a search whose pages make no progress: always the same one, only empty ones, or more entries than
+/// any directory has.
 class LdapProgress {
  public:
-  /// Looks at the next page. Raises kProtocolError.
+  /// Checks the next page. Raises kProtocolError.
   void require(const LdapSearch& search, const LdapPage& page);
 
  private:

@@ -24,7 +24,7 @@ namespace ads_error = platform::ads_error;
 
 constexpr std::uint16_t kLdapPort = 389;
 constexpr std::uint16_t kLdapsPort = 636;
-/// Kerberos with single DES has 56 bits; what is not sealed at all has 0 or 1.
+/// Kerberos with single DES has 56 bits; an unsealed connection has 0 or 1.
 constexpr const char* kSealed = "minssf=56";
 constexpr const char* kMechanism = "GSSAPI";
 
@@ -37,7 +37,7 @@ bool uses_ldaps(const LiveSettings& settings, std::uint16_t port) {
   return uses_password(settings) && settings.tls == LiveSettings::Tls::kLdaps && port != kLdapPort;
 }
 
-/// Raises kServerDown when the library does not take the option.
+/// Raises kServerDown when the library does not accept the option.
 void set_option(ldap* connection, int option, const void* value, std::string_view what) {
   if (ldap_set_option(connection, option, value) != LDAP_OPT_SUCCESS)
     base::raise(ads_error::kServerDown, "The LDAP library does not take " + std::string(what));
@@ -49,8 +49,8 @@ void set_time_limit(ldap* connection, int option, int seconds) {
   set_option(connection, option, &timeout, "a time limit");
 }
 
-/// The authorities that the system trusts, where its packages put them; a new TLS context of the library has
-/// none of its own. Empty when there is no such file.
+/// The file with the authorities that the system trusts, as its packages install it; a new TLS context of
+/// the library has none. Empty when there is no such file.
 std::string authorities_of_system() {
   constexpr std::array<const char*, 4> kBundles = {
       "/etc/ssl/certs/ca-certificates.crt",  // Debian and what comes from it
@@ -85,9 +85,9 @@ void trust_authorities(ldap* connection, const LiveSettings& settings) {
 void set_options(ldap* connection, const LiveSettings& settings, int certificate_check) {
   const int version = LDAP_VERSION3;
   set_option(connection, LDAP_OPT_PROTOCOL_VERSION, &version, "version 3 of the protocol");
-  // Other domains' servers are never contacted on a server's word.
+  // Other domains' servers are never contacted because a server says so.
   set_option(connection, LDAP_OPT_REFERRALS, LDAP_OPT_OFF, "that referrals are not followed");
-  // A signal that comes while an answer is waited for does not end the connection.
+  // A signal during the wait for an answer does not end the connection.
   set_option(connection, LDAP_OPT_RESTART, LDAP_OPT_ON, "that signals interrupt nothing");
   limit_messages(connection);
   set_time_limit(connection, LDAP_OPT_NETWORK_TIMEOUT, connect_timeout(settings));
@@ -98,9 +98,8 @@ void set_options(ldap* connection, const LiveSettings& settings, int certificate
   trust_authorities(connection, settings);
 }
 
-/// The library reads an "ldaprc" of the current folder and other files at its first call, which could take
-/// the check of certificates away. The commands that this program runs are to find their environment as it
-/// was.
+/// The library reads an "ldaprc" of the current folder and other files at its first call, which could switch
+/// off the check of certificates. The commands that this program runs must find their environment unchanged.
 int initialize(ldap*& connection, const std::string& uri) {
   constexpr const char* kNoFiles = "LDAPNOINIT";
   const char* const before = getenv(kNoFiles);
@@ -137,8 +136,8 @@ int start(LdapHandle& handle, const LiveSettings& settings, std::uint16_t port) 
   return result;
 }
 
-/// The certificate that a server shows, DER, when TLS comes up without a look at it; the library does not say
-/// why a checked one failed. Nothing is sent over such a connection.
+/// The certificate of a server, DER, from a TLS connection without a check; the library does not say why a
+/// checked one failed. Nothing is sent over such a connection.
 std::optional<std::string> unchecked_certificate(const LiveSettings& settings, const std::string& host,
                                                  std::uint16_t port) {
   const auto handle = make_handle(settings, host, port, LDAP_OPT_X_TLS_NEVER);
@@ -152,7 +151,7 @@ std::optional<std::string> unchecked_certificate(const LiveSettings& settings, c
   return certificate;
 }
 
-/// Bytes that are no letters of ASCII stay.
+/// Bytes that are not ASCII letters stay.
 std::string small_letters(std::string bytes) {
   for (char& c : bytes)
     c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
@@ -164,7 +163,8 @@ std::string part(char tag, const std::string& bytes) {
   return std::string(1, tag) + static_cast<char>(bytes.size()) + bytes;
 }
 
-/// The name stands among the other names of a certificate, or as its common name (RFC 5280 4.2.1.6, 4.1.2.4).
+/// The name is among the alternative names of a certificate, or as its common name (RFC
+/// 5280 4.2.1.6, 4.1.2.4).
 bool holds_name(const std::string& certificate, const std::string& name) {
   constexpr char kDnsName = '\x82';
   constexpr char kUtf8String = '\x0c';
@@ -179,7 +179,7 @@ bool holds_name(const std::string& certificate, const std::string& name) {
   return false;
 }
 
-/// The four or sixteen bytes of an address; empty for what is none.
+/// The four or sixteen bytes of an address; empty for anything else.
 std::string address_bytes(const std::string& host) {
   for (const int family : {AF_INET, AF_INET6}) {
     std::string bytes(family == AF_INET ? sizeof(in_addr) : sizeof(in6_addr), '\0');
@@ -189,7 +189,7 @@ std::string address_bytes(const std::string& host) {
   return {};
 }
 
-/// Also by "*" for the first label, and an address as its bytes.
+/// Also matches "*" for the first label, and an address as its bytes.
 bool names_host(const std::string& certificate, const std::string& host) {
   constexpr char kAddress = '\x87';
   if (const std::string address = address_bytes(host); !address.empty())
@@ -252,7 +252,7 @@ void require_plug_in(ldap* connection) {
 void log_on_with_ticket(const LdapHandle& handle, Credentials& credentials, const std::string& host) {
   require_plug_in(handle.get());
   const Ticket& ticket = credentials.ticket();
-  // Otherwise reverse name look-up decides which service the ticket is for.
+  // Otherwise reverse name look-up would decide which service the ticket is for.
   set_option(handle.get(), LDAP_OPT_X_SASL_NOCANON, LDAP_OPT_ON, "the server's name as it is");
   set_option(handle.get(), LDAP_OPT_X_SASL_SECPROPS, kSealed, "that a connection is sealed");
   int result = LDAP_SUCCESS;
@@ -270,7 +270,7 @@ void log_on_with_ticket(const LdapHandle& handle, Credentials& credentials, cons
                    "Log on to " + host + " with the Kerberos ticket of " + ticket.principal());
 }
 
-/// A name alone is none that a directory takes.
+/// A directory does not accept a bare name.
 std::string bind_name(const LiveSettings& settings) {
   const bool complete = settings.user.find_first_of("\\@=") != base::npos;
   return complete ? settings.user : settings.user + "@" + settings.domain;

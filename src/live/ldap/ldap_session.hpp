@@ -9,11 +9,11 @@
 
 struct ldap;
 
-/// From nothing to a connection of libldap that may be worked with, in three steps. Each raises kServerDown
-/// or kLogonFailure with a text that says what is wrong and what helps.
+/// From nothing to a usable connection of libldap, in three steps. Each raises kServerDown or kLogonFailure
+/// with a text that says what is wrong and how to fix it.
 namespace twk::live {
 
-/// What the library has for one server; closed with its owner.
+/// The library's handle for one server; closed with its owner.
 class LdapHandle {
  public:
   explicit LdapHandle(ldap* connection) : connection_(connection) {}
@@ -23,7 +23,7 @@ class LdapHandle {
 
   [[nodiscard]] ldap* get() const { return connection_; }
   [[nodiscard]] HandshakeDeadline& deadline() { return deadline_; }
-  /// What the server, or the library, said beside the last result.
+  /// What the server, or the library, said with the last result.
   [[nodiscard]] std::string diagnostic() const;
 
  private:
@@ -31,13 +31,13 @@ class LdapHandle {
   ldap* connection_;
 };
 
-/// Seconds that a server has to take a connection: a host that is off must not hold the work up for long.
+/// Seconds for a server to accept a connection: a host that is off must not block the work for long.
 int connect_timeout(const LiveSettings& settings);
 
-/// The port that is asked: the one given, or the one that belongs to the way of logging on.
+/// The port to use: the given one, or the one for the way of logging on.
 std::uint16_t ldap_port(const LiveSettings& settings, std::uint16_t port);
 
-/// Connects, and has TLS on it when a password is to go over it: the certificate is checked against
+/// Connects, with TLS when a password will be sent: the certificate is checked against
 /// `ca_file`, or against those that the system trusts, and against the host's name.
 std::unique_ptr<LdapHandle> connect_ldap(const LiveSettings& settings, const std::string& host,
                                          std::uint16_t port);
@@ -45,7 +45,7 @@ std::unique_ptr<LdapHandle> connect_ldap(const LiveSettings& settings, const std
 /// Logs on: with the ticket, which seals what follows, or with user and password.
 void log_on(const LdapHandle& handle, Credentials& credentials, const std::string& host);
 
-/// What a server calls itself, asked without a logon; empty when it does not answer.
+/// The server's own name, read without a logon; empty when it does not answer.
 std::string ask_host_name(const LiveSettings& settings, const std::string& host);
 
 }  // namespace twk::live

@@ -18,7 +18,7 @@ struct SyntaxOid {
   ads::Syntax syntax;
 };
 
-/// "attributeSyntax" of a schema object, [MS-ADTS] 3.1.1.2.2.2; every other one is text.
+/// "attributeSyntax" of a schema object, [MS-ADTS] 3.1.1.2.2.2; every other syntax is text.
 constexpr std::array<SyntaxOid, 9> kSyntaxes = {{{"2.5.5.1", ads::Syntax::kDn},
                                                  {"2.5.5.8", ads::Syntax::kBoolean},
                                                  {"2.5.5.9", ads::Syntax::kInteger},
@@ -123,7 +123,7 @@ const ads::ClassProperties& LiveSchema::properties(LdapConnection& connection, c
     std::set_difference(further.begin(), further.end(), known.begin(), known.end(),
                         std::inserter(wanted, wanted.end()), FoldedOrder());
   }
-  // Only a whole answer is kept.
+  // Only a complete answer is kept.
   ads::ClassProperties& properties = properties_[key];
   properties.mandatory.assign(mandatory.begin(), mandatory.end());
   std::set_difference(optional.begin(), optional.end(), mandatory.begin(), mandatory.end(),

@@ -11,15 +11,15 @@
 
 namespace twk::live {
 
-/// What a server's schema says of attributes: the well-known ones from our own table, any other one asked for
+/// What a server's schema says about attributes: well-known ones come from our own table, any other is read
 /// once.
 class LiveSchema {
  public:
   /// None for an attribute that the server does not know. Folds case.
   const ads::AttributeSchema* find(LdapConnection& connection, const std::string& schema_dn,
                                    std::string_view name);
-  /// What the server asks and allows of objects of a class, from the class itself, those it is derived from
-  /// and their auxiliary classes ([MS-ADTS] 3.1.1.2.4), sorted by name. Asked for once.
+  /// What the server requires and allows of objects of a class, from the class itself, those it is derived
+  /// from and their auxiliary classes ([MS-ADTS] 3.1.1.2.4), sorted by name. Read once.
   const ads::ClassProperties& properties(LdapConnection& connection, const std::string& schema_dn,
                                          std::string_view name);
 

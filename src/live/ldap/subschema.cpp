@@ -20,7 +20,7 @@ constexpr std::array<SyntaxOid, 5> kSyntaxes = {
      {"1.3.6.1.4.1.1466.115.121.1.27", ads::Syntax::kInteger},
      {"1.3.6.1.4.1.1466.115.121.1.40", ads::Syntax::kOctetString}}};
 
-/// What a description says, word by word.
+/// A description, word by word.
 struct Description {
   std::vector<std::string> names;
   std::string superior;
@@ -28,7 +28,7 @@ struct Description {
   bool single_valued = false;
 };
 
-/// Words, parentheses, and what stands in single quotes as one word.
+/// Words, parentheses, and single-quoted text as one word.
 std::vector<std::string> split_words(std::string_view text) {
   std::vector<std::string> words;
   for (std::size_t i = 0; i < text.size();) {
@@ -83,7 +83,7 @@ ads::Syntax syntax_of(std::string_view oid) {
   return ads::Syntax::kString;
 }
 
-/// The syntax of a description, or of what it is derived from, which may stand anywhere.
+/// The syntax of a description, or of what it is derived from, which may be anywhere.
 ads::Syntax syntax_of(const Description& description, const std::map<std::string, const Description*>& all) {
   const Description* at = &description;
   for (std::size_t steps = 0; at->syntax.empty() && steps < all.size(); ++steps) {

@@ -11,7 +11,7 @@
 namespace twk::live {
 
 /// The attributes that an LDAP server other than a domain controller knows, as its subschema entry describes
-/// them (RFC 4512 4.1.2, 4.4). Syntaxes that have no kind of value of their own are text.
+/// them (RFC 4512 4.1.2, 4.4). Syntaxes without a special kind of value are text.
 class Subschema {
  public:
   /// Reads the server's subschema; without one the server knows no attribute.

@@ -16,7 +16,7 @@ const std::string& Credentials::password() {
     base::raise(ads_error::kLogonFailure, "No user is named to log on as");
   if (settings_.password.empty() && prompts_.password)
     settings_.password = prompts_.password(settings_.user).value_or(std::string());
-  // An empty one would be no logon at all: RFC 4513 5.1.2 lets a server take it for an anonymous one.
+  // An empty password would be no logon at all: RFC 4513 5.1.2 lets a server treat it as anonymous.
   if (settings_.password.empty())
     base::raise(ads_error::kLogonFailure, "No password was given for " + settings_.user);
   return settings_.password;

@@ -12,21 +12,21 @@
 
 namespace twk::live {
 
-/// Whom the connections of a domain turn to. All may be empty.
+/// Callbacks for the connections of a domain. All may be empty.
 struct Prompts {
-  /// Asks for the password of that user; none when nobody gave one.
+  /// Asks for the password of that user; none when nobody entered one.
   std::function<std::optional<std::string>(const std::string& user)> password;
-  /// Is told what happened to the logon in the middle of the work: a ticket that ended or was renewed, a
-  /// server that went away.
+  /// Receives what happened to the logon during the work: a ticket that expired or was renewed, a server that
+  /// went away.
   std::function<void(const std::string& text)> tell;
-  /// True when the person wants the work to end.
+  /// True when the person asks to stop.
   std::function<bool()> is_stopped = {};
 };
 
-/// By what one person logs on to the servers of a domain. All connections share it, so that a password is
-/// asked for once and a ticket is fetched once.
+/// How one person logs on to the servers of a domain. All connections share it, so that a password is
+/// asked for once and a ticket is got once.
 ///
-/// What was refused is not tried again: a domain locks accounts after a few wrong passwords.
+/// A refused password is not tried again: a domain locks accounts after a few wrong passwords.
 class Credentials {
  public:
   Credentials(LiveSettings settings, Prompts prompts);
@@ -35,7 +35,7 @@ class Credentials {
   ~Credentials() { base::wipe(settings_.password); }
 
   [[nodiscard]] const LiveSettings& settings() const { return settings_; }
-  /// True when a user and a password are what counts, be it for a ticket.
+  /// True when user and password are used, even if only to get a ticket.
   [[nodiscard]] bool has_user() const { return !settings_.user.empty(); }
   /// The password, asked for at the first call. Raises kLogonFailure when there is none, and what
   /// `refuse_password` kept.
@@ -43,13 +43,13 @@ class Credentials {
   /// Keeps the refusal for every later call of `password`.
   void refuse_password(const base::RuntimeError& refusal) { refusal_ = refusal; }
 
-  /// A ticket that is good now. The one in hand, or when that has ended what the workstation's cache holds
-  /// now, or a new one got with the password. Raises what `Ticket` raises.
+  /// A valid ticket: the current one, or when that has expired, the one in the workstation's cache, or a new
+  /// one got with the password. Raises what `Ticket` raises.
   const Ticket& ticket();
-  /// Reads the workstation's cache anew at the next call of `ticket`.
+  /// Makes the next call of `ticket` read the workstation's cache again.
   void forget_ticket() { ticket_.reset(); }
 
-  /// Tells a failure of a connection that there had been, once until there is one again.
+  /// Reports that an existing connection failed, once until there is one again.
   void tell_failure(const std::string& text);
   void tell_recovery();
 

@@ -7,8 +7,8 @@ struct ldap;
 
 namespace twk::live {
 
-/// Ends a TLS handshake with a server that takes the connection and says nothing: the library itself would
-/// wait for ever, at full speed. It watches what the library reads below TLS until `end` is called.
+/// Ends a TLS handshake with a server that accepts the connection and stays silent: the library itself would
+/// wait forever, at full speed. It watches what the library reads below TLS until `end` is called.
 class HandshakeDeadline {
  public:
   HandshakeDeadline();
@@ -16,7 +16,7 @@ class HandshakeDeadline {
   HandshakeDeadline& operator=(const HandshakeDeadline&) = delete;
   ~HandshakeDeadline();
 
-  /// To be called before the connection is made; this object must outlive it.
+  /// Call before the connection is made; this object must outlive it.
   void watch(ldap* connection, std::chrono::seconds patience);
   void end();
 

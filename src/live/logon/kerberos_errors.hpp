@@ -11,8 +11,8 @@ struct KerberosFailure {
   std::string text;
 };
 
-/// `code` is the library's own (RFC 4120 7.5.9 and what it adds), `principal` whose ticket it is, `realm` who
-/// was asked, `server` for whom; `detail` is the library's text.
+/// `code` is the library's (RFC 4120 7.5.9 and its additions), `principal` the ticket's owner, `realm` the
+/// realm that was asked, `server` the server that the ticket is for, `detail` the library's text.
 KerberosFailure explain_kerberos(std::int32_t code, const std::string& principal, const std::string& realm,
                                  const std::string& server, const std::string& detail);
 

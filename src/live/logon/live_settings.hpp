@@ -5,16 +5,16 @@
 
 namespace twk::live {
 
-/// How a real domain is reached.
+/// How to reach a real domain.
 struct LiveSettings {
   enum class Logon {
-    kTicket,   ///< the Kerberos ticket that is there
+    kTicket,   ///< the existing Kerberos ticket
     kPassword  ///< `user` and `password`, over TLS
   };
   enum class Tls { kLdaps, kStartTls };
 
   std::string domain;      ///< DNS name, or the NetBIOS name of an NT4-style domain
-  std::string server;      ///< host name of a controller; empty: one that the name service tells
+  std::string server;      ///< host name of a controller; empty: one from the name service
   std::uint16_t port = 0;  ///< of LDAP; 0: 389, or 636 for LDAPS
   Logon logon = Logon::kTicket;
   Tls tls = Tls::kLdaps;  ///< with a password

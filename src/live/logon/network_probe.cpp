@@ -55,7 +55,7 @@ class Socket {
   int number_;
 };
 
-/// 0, or the system's number of the reason.
+/// 0, or the system's error number.
 int try_address(const addrinfo& address, int timeout_seconds) {
   const Socket one(address);
   if (one.number() < 0)

@@ -17,7 +17,7 @@ namespace {
 
 namespace ads_error = platform::ads_error;
 
-/// One context of the library and what was opened in it.
+/// One context of the library and what is open in it.
 class Context {
  public:
   Context() {
@@ -63,8 +63,8 @@ class Principal {
   krb5_principal principal_ = nullptr;
 };
 
-/// Calls `visit` with each cache of the collection; it says whether to go on. What cannot be walked through
-/// has none.
+/// Calls `visit` with each cache of the collection; which says whether to go on. A collection that cannot be
+/// listed has none.
 template <typename Visit>
 void each_cache(const Context& context, const Visit& visit) {
   krb5_cccol_cursor cursor = nullptr;
@@ -85,8 +85,8 @@ std::string realm_of(const Context& context, krb5_ccache cache) {
   return krb5_cc_get_principal(context, cache, owner.out()) == 0 ? owner.realm() : std::string();
 }
 
-/// "jo@TWK.TEST", for each form in which people write their name. A name behind "@" that is not the domain's
-/// own is one that the domain looks up.
+/// "jo@TWK.TEST", for each form in which people write their name. The domain looks up a name after "@" that
+/// is not its own.
 std::string principal_name(std::string_view user, const std::string& realm, int& flags) {
   if (const std::size_t slash = user.find('\\'); slash != base::npos)
     user.remove_prefix(slash + 1);

@@ -9,8 +9,8 @@
 
 namespace twk::live {
 
-/// A Kerberos ticket in a cache of this process's own memory: a copy of what the workstation's cache holds,
-/// or one that was got with a password. The workstation's cache, of whatever type, is read and never written
+/// A Kerberos ticket in a cache of this process's own memory: a copy of the workstation's, or one got
+/// with a password. The workstation's cache, of whatever type, is read and never written
 /// to.
 class Ticket {
  public:
@@ -18,9 +18,9 @@ class Ticket {
   Ticket& operator=(const Ticket&) = delete;
   ~Ticket();
 
-  /// What the default cache holds now ("KRB5CCNAME", else what the Kerberos configuration names). Where a
-  /// collection holds caches of several persons, that of `realm` goes first. Raises kLogonFailure when there
-  /// is no ticket, or one that ended.
+  /// The ticket in the default cache ("KRB5CCNAME", otherwise from the Kerberos configuration). If a
+  /// collection holds caches of several principals, that of `realm` comes first. Raises kLogonFailure when
+  /// there is no ticket, or an expired one.
   static std::unique_ptr<Ticket> current(std::string_view realm);
   /// Asks the realm of `domain` for a ticket of `user` ("name", "DOMAIN\name", "name@domain"). Raises
   /// kLogonFailure when the logon is refused, kServerDown when no Kerberos server answers.
@@ -33,11 +33,11 @@ class Ticket {
   /// "2026-11-25 18:47", local time.
   [[nodiscard]] std::string end_text() const;
 
-  /// Gets a ticket for a service of a host, for the sake of the reason when that is not given. Raises
+  /// Gets a ticket for a service of a host, to learn the reason when that is refused. Raises
   /// kLogonFailure, kServerDown with what is wrong: a clock, a name that the realm does not know.
   void ask_for_service(const std::string& service, const std::string& host) const;
 
-  /// While it lives, GSSAPI in this thread logs on with the ticket.
+  /// While it exists, GSSAPI in this thread logs on with the ticket.
   class InUse {
    public:
     explicit InUse(const Ticket& ticket);
@@ -58,7 +58,7 @@ class Ticket {
   std::time_t ends_ = 0;
 };
 
-/// What the Kerberos configuration and the ticket caches tell of realms, in capitals as they stand there.
+/// The realms in the Kerberos configuration and the ticket caches, in capitals as spelled there.
 struct KnownRealms {
   std::vector<std::string> of_tickets;
   std::string by_default;               ///< "default_realm"; empty when there is none

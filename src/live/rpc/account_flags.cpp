@@ -21,7 +21,7 @@ constexpr std::array<FlagCode, 18> kFlags = {{
     {0x00002000, 0x00000100},  // of a backup controller
     {0x00010000, 0x00000200},  // password does not expire
     {0x00000010, 0x00000400},  // locked
-    {0x00000080, 0x00000800},  // password kept to be read
+    {0x00000080, 0x00000800},  // password stored readably
     {0x00040000, 0x00001000},  // smart card required
     {0x00080000, 0x00002000},  // trusted for delegation
     {0x00100000, 0x00004000},  // not delegated

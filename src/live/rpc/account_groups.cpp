@@ -121,13 +121,13 @@ std::vector<SamAccount> local_groups_of(AccountSession& session, const std::vect
   return look_up_rids(session, {numbers.begin(), numbers.end()}, builtin);
 }
 
-/// A global group takes members by their relative identifier, a local one by the whole of it.
+/// A global group takes members by their relative identifier, a local one by the whole identifier.
 struct Member {
   std::uint32_t rid = 0;
   platform::Sid sid;
 };
 
-/// Puts a member in or takes it out, by the operation and call of each kind of group.
+/// Adds or removes a member, by the operation and call of each kind of group.
 template <typename GlobalCall, typename LocalCall>
 void change_member(AccountSession& session, const SamAccount& group, const Member& member,
                    std::uint32_t global_operation, GlobalCall global, std::uint32_t local_operation,

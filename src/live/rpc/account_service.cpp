@@ -66,7 +66,7 @@ SamUser to_user(const samr_UserInfo21& info) {
   return user;
 }
 
-/// A change as the service takes it: the fields, and which of them count. `change` must outlive it.
+/// A change in the service's form: the fields, and which of them count. `change` must outlive it.
 class ChangeInfo {
  public:
   explicit ChangeInfo(const SamUserChange& change) {
@@ -137,14 +137,14 @@ security_acl* read_list(AccountSession& session, OpenAccount& user, const Memory
   return buffer == nullptr || buffer->sd == nullptr ? nullptr : buffer->sd->dacl;
 }
 
-/// The library's enumeration has no room for all that a server may send, so that the number is copied out.
+/// The library's enumeration cannot hold every value that a server may send, so the number is copied out.
 bool allows(const security_ace& ace) {
   std::uint32_t type = 0;
   std::memcpy(&type, &ace.type, sizeof type);
   return type == SEC_ACE_TYPE_ACCESS_ALLOWED;
 }
 
-/// The entries that say whether the person changes the password: Everyone's and the user's own.
+/// The entries that decide whether the person may change the password: Everyone's and the user's own.
 bool speaks_of_person(const security_ace& ace, const platform::Sid& user) {
   const platform::Sid sid = from_dom_sid(ace.trustee);
   return sid == platform::well_known::everyone() || sid == user;
@@ -257,7 +257,7 @@ void AccountService::set_password(std::uint32_t rid, std::string_view password) 
     set.in.info = &info;
     std::uint32_t status = session.ask(NDR_SAMR_SETUSERINFO, set, memory);
     if (status == kInvalidInfoClass) {
-      // Servers of the first generation know the form without a salt alone.
+      // First-generation servers know only the form without a salt.
       encrypted = rc4(key, buffer);
       info = {};
       std::copy(encrypted.begin(), encrypted.end(), std::begin(info.info24.password.data));

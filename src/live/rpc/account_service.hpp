@@ -20,9 +20,9 @@ class AccountSession;
 /// The accounts of the domain that a server holds, and of its "Builtin", through its account service,
 /// [MS-SAMR] 3.1.5. Every call raises what `RpcPipe` raises, and numbers of [MS-ERREF] 2.2: 2220 no such
 /// group, 2221 no such user, 2223 and 2224 a group's or user's name in use, 1320 and 1321 a member that is
-/// one or is none, 2245 a password that the policy refuses, 5.
+/// already in, or is not in, the group, 2245 a password that the policy refuses, 5.
 ///
-/// A call that broke is made once more on a new connection.
+/// A call whose connection broke is repeated on a new one.
 class AccountService {
  public:
   AccountService(std::shared_ptr<Credentials> credentials, std::string_view server);
@@ -36,19 +36,19 @@ class AccountService {
   platform::Sid domain_sid();
   platform::Sid sid_of(const SamAccount& account);
 
-  /// By name, which folds case; computers and other domains are no accounts.
+  /// By name, which folds case; computers and other domains do not count as accounts.
   std::optional<SamAccount> find(std::string_view name);
-  /// Of an identifier that is the domain's or Builtin's.
+  /// For an identifier of the domain or of Builtin.
   std::optional<SamAccount> find(const platform::Sid& sid);
-  /// Users without computers, then global groups, then local groups of both domains, each kind only when
-  /// asked for.
+  /// Users without computers, then global groups, then local groups of both domains, each kind only if
+  /// requested.
   void enumerate(bool users, bool groups, const std::function<bool(const SamAccount&)>& visit);
 
   SamUser read_user(std::uint32_t rid);
   void write_user(std::uint32_t rid, const SamUserChange& change);
   /// Raises 2245 for one that the policy refuses.
   void set_password(std::uint32_t rid, std::string_view password);
-  /// Tells whether the user's access list lets the person change the password, [MS-SAMR] 2.2.1.7.
+  /// Whether the user's access list lets the person change the password, [MS-SAMR] 2.2.1.7.
   bool cannot_change_password(std::uint32_t rid);
   void set_cannot_change_password(std::uint32_t rid, bool cannot);
 
@@ -57,22 +57,22 @@ class AccountService {
   void remove(const SamAccount& account);
 
   std::string group_description(const SamAccount& group);
-  /// Writes what is there, the name last.
+  /// Writes the parts that are present, the name last.
   void write_group(const SamAccount& group, const std::optional<std::string>& name,
                    const std::optional<std::string>& description);
   void add_member(const SamAccount& group, const SamAccount& member);
   void remove_member(const SamAccount& group, const SamAccount& member);
-  /// Direct members; of a local group those that are of these two domains. A global group's members are also
+  /// Direct members; of a local group, those from these two domains. A global group's members are also
   /// those whose primary group it is.
   std::vector<SamAccount> members(const SamAccount& group);
   /// Direct groups of a user, the primary one first.
   std::vector<SamAccount> groups_of(const SamAccount& user);
-  /// What a logon of the user is: its identifier, those of its global groups, and those of the local groups
-  /// that hold one of these.
+  /// The identifiers that a logon of the user has: its own, those of its global groups, and those of the
+  /// local groups that contain one of these.
   std::vector<platform::Sid> identifiers_of(const SamAccount& user);
 
  private:
-  /// The session of the pipe as it stands; a new one after the pipe broke.
+  /// The current session of the pipe; a new one after the pipe broke.
   AccountSession& session();
   /// Runs `step` on the session, and once more on a new one when the pipe broke.
   template <typename Step>
@@ -86,7 +86,7 @@ class AccountService {
     session_.reset();
     return std::forward<Step>(step)(session());
   }
-  /// The same for a write that the second run finds done: it is refused with `already` then.
+  /// The same for a write that the second run may find done: it is then refused with `already`.
   template <typename Step>
   void repeat_write(std::uint32_t already, Step&& step) {
     int runs = 0;

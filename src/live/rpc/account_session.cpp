@@ -15,7 +15,7 @@ struct StatusNumber {
   std::uint32_t number;  ///< [MS-ERREF] 2.2
 };
 
-/// Where the library's own table gives another number than the network calls do.
+/// Where the library's own table differs from the numbers of the network calls.
 constexpr std::array<StatusNumber, 15> kNumbers = {{
     {0xC0000063, 2224},  // STATUS_USER_EXISTS
     {0xC0000064, 2221},  // STATUS_NO_SUCH_USER
@@ -112,7 +112,7 @@ void AccountSession::open(Domain& domain) {
   find.out.sid = &sid;
   run(NDR_SAMR_LOOKUPDOMAIN, find, memory, "The domain " + domain.name);
   domain.sid = part_of(sid);
-  // An account's identifier has one number more.
+  // An account's identifier has one more number.
   if (domain.sid.num_auths < 1 || static_cast<std::size_t>(domain.sid.num_auths) >= std::size(sid->sub_auths))
     base::raise(kBadStub, "The server's answer is not of its form: no domain has such an identifier");
   samr_OpenDomain opened{};
@@ -197,7 +197,7 @@ std::optional<SamAccount> look_up_name(AccountSession& session, std::string_view
   AccountSession::check(status, "The account " + text);
   if (rids.count != 1 || types.count != 1)
     return std::nullopt;
-  // The name as it is stored is another call's.
+  // Another call returns the name as stored.
   const auto found = look_up_rids(session, {part_of(rids.ids)}, builtin);
   return found.empty() ? std::nullopt : std::optional(found.front());
 }
@@ -227,7 +227,7 @@ std::vector<SamAccount> look_up_rids(AccountSession& session, std::vector<std::u
     for (std::size_t i = 0; i < texts.size(); ++i) {
       std::string name = from_lsa(texts[i]);
       const auto kind = kind_of(kinds[i]);
-      // A computer's account is one of a user by type.
+      // A computer's account has the type of a user.
       if (kind && !name.ends_with('$'))
         accounts.push_back(
             {.name = std::move(name), .kind = *kind, .builtin = builtin, .rid = rids[from + i]});

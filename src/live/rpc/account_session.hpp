@@ -16,7 +16,7 @@
 /// What the parts of `AccountService` share: handles of the service and the calls on them.
 namespace twk::live {
 
-/// The handles that a pipe gave. They are of no use when it broke.
+/// The handles from a pipe. They are useless after it broke.
 class AccountSession {
  public:
   struct Domain {
@@ -27,7 +27,7 @@ class AccountSession {
 
   explicit AccountSession(RpcPipe& pipe);
 
-  /// Raises kStopped when the person wants the work to end: between the parts of a long answer.
+  /// Raises kStopped when the person asks to stop: between the parts of a long answer.
   void require_going_on() const { pipe_.require_going_on(); }
 
   [[nodiscard]] Domain& domain(bool builtin) { return builtin ? builtin_ : own_; }
@@ -38,7 +38,7 @@ class AccountSession {
     pipe_.call(operation, &call, memory.get());
     return NT_STATUS_V(call.out.result);
   }
-  /// Raises the number that stands for a status other than success.
+  /// Raises the number for a status other than success.
   template <typename Call>
   void run(std::uint32_t operation, Call& call, const Memory& memory, std::string_view what) {
     check(ask(operation, call, memory), what);
@@ -54,7 +54,7 @@ class AccountSession {
   Domain builtin_;
 };
 
-/// An account opened; closed with the object.
+/// An open account, closed with the object.
 class OpenAccount {
  public:
   OpenAccount(AccountSession& session, const SamAccount& account);
@@ -63,7 +63,7 @@ class OpenAccount {
   ~OpenAccount();
 
   [[nodiscard]] policy_handle* handle() { return &handle_; }
-  /// The server closed it by itself, as a deletion does.
+  /// The server has closed it by itself, as after a deletion.
   void release() { open_ = false; }
 
  private:
@@ -72,7 +72,7 @@ class OpenAccount {
   bool open_ = true;
 };
 
-/// What an answer points to. Raises kBadStub for an answer that leaves it out, which the protocol's form
+/// What an answer points to. Raises kBadStub for an answer without it, which the protocol's syntax
 /// allows.
 template <typename Part>
 Part& part_of(Part* part) {
@@ -80,7 +80,7 @@ Part& part_of(Part* part) {
     base::raise(kBadStub, "The server's answer is not of its form: a part is missing");
   return *part;
 }
-/// The items of a list, of which the answer tells the number. Raises the same.
+/// The items of a list whose count the answer gives. Raises the same.
 template <typename Item>
 std::span<Item> items_of(Item* first, std::size_t count) {
   if (count != 0)
@@ -94,14 +94,14 @@ std::string from_lsa(const lsa_String& text);
 dom_sid to_dom_sid(const platform::Sid& sid);
 platform::Sid from_dom_sid(const dom_sid& sid);
 
-/// The accounts with these names among the domain's; none for a name that is not there.
+/// The accounts with these names among the domain's; none for an unknown name.
 std::optional<SamAccount> look_up_name(AccountSession& session, std::string_view name, bool builtin);
 std::vector<SamAccount> look_up_rids(AccountSession& session, std::vector<std::uint32_t> rids, bool builtin);
 
 /// All rights that the caller has, MAXIMUM_ALLOWED of [MS-DTYP] 2.4.3.
 inline constexpr std::uint32_t kMaximumAllowed = 0x02000000;
 
-// Statuses of [MS-ERREF] 2.3 that are no failure of an enumeration or a look-up.
+// Statuses of [MS-ERREF] 2.3 that are not a failure of an enumeration or a look-up.
 inline constexpr std::uint32_t kMoreEntries = 0x00000105;
 inline constexpr std::uint32_t kNoMoreEntries = 0x8000001A;
 inline constexpr std::uint32_t kSomeNotMapped = 0x00000107;

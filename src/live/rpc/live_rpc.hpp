@@ -12,12 +12,12 @@
 
 namespace twk::live {
 
-/// The remote services of a domain's servers, each opened when it is first asked for and kept.
+/// The remote services of a domain's servers, each opened on first use and kept.
 class LiveRpc {
  public:
   explicit LiveRpc(std::shared_ptr<Credentials> credentials) : credentials_(std::move(credentials)) {}
 
-  /// A server's name folds case and may have two backslashes in front.
+  /// A server's name folds case and may begin with two backslashes.
   ServerService& shares(std::string_view server);
   LiveShares& share_store(std::string_view server);
   AccountService& accounts(std::string_view server);

@@ -5,7 +5,7 @@
 
 namespace twk::live {
 
-/// The shares of a real server as objects know them. The server's numbers become those of the directory:
+/// The shares of a real server, for the share objects. The server's numbers become those of the directory:
 /// 0x80070000 and the number of [MS-ERREF] 2.2.
 class LiveShares final : public ads::ShareStore {
  public:
@@ -13,7 +13,7 @@ class LiveShares final : public ads::ShareStore {
 
   std::vector<ads::FileShare> all() override;
   std::optional<ads::FileShare> find(std::string_view name) override;
-  /// Changes comment and number of users of a share that is there. Raises kUnwilling for another folder.
+  /// Changes comment and number of users of an existing share. Raises kUnwilling for another folder.
   void store(const ads::FileShare& share, bool replace) override;
   void remove(std::string_view name) override;
 

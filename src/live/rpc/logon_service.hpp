@@ -8,7 +8,7 @@
 
 namespace twk::live {
 
-/// What a controller knows of domains, through its logon service, [MS-NRPC] 3.5.4.3.
+/// What a controller knows about domains, through its logon service, [MS-NRPC] 3.5.4.3.
 class LogonService {
  public:
   LogonService(std::shared_ptr<Credentials> credentials, std::string_view server)

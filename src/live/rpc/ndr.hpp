@@ -9,18 +9,18 @@
 #include "base/bytes.hpp"
 
 /// Arguments of remote calls as bytes, NDR of [C706] chapter 14, little-endian: numbers of 4 bytes at a
-/// multiple of 4; a text as three numbers (room, offset 0, length, both in characters with the zero behind)
-/// and UTF-16; a pointer that may be null as a number that is not 0, what it points to behind the structure
-/// that holds it.
+/// multiple of 4; a text as three numbers (room, offset 0, length, both in characters including the final
+/// zero) and UTF-16; a pointer that may be null as a number that is not 0, what it points to after the
+/// structure that holds it.
 namespace twk::live {
 
 class NdrWriter {
  public:
   void number(std::uint32_t number);
-  /// The number that stands for a pointer.
+  /// The number for a pointer.
   void pointer(bool present);
   void text(std::string_view text);
-  /// An array of bytes, its size in front.
+  /// An array of bytes, preceded by its size.
   void array(std::span<const std::uint8_t> bytes);
 
   [[nodiscard]] const base::Bytes& bytes() const { return bytes_; }
@@ -32,7 +32,7 @@ class NdrWriter {
   std::uint32_t pointers_ = 0;
 };
 
-/// Each call raises kBadStub for bytes that are not of that form, and reads nothing behind the end.
+/// Each call raises kBadStub for bytes that are not of that form, and reads nothing past the end.
 class NdrReader {
  public:
   explicit NdrReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}

@@ -14,8 +14,8 @@
 ///          …  …      the password in UTF-16, little-endian, up to offset 512
 ///        512  4      its length in bytes
 ///
-/// encrypted with RC4. Old as the ciphers are, this is the form that NT4-style domains know; it travels in a
-/// signed SMB connection. In a directory passwords go over LDAP.
+/// encrypted with RC4. The ciphers are old, but this is the only form that NT4-style domains know; it is sent
+/// over a signed SMB connection. For a directory, passwords are sent over LDAP.
 namespace twk::live {
 
 inline constexpr std::size_t kPasswordBufferSize = 516;

@@ -60,7 +60,7 @@ cli_credentials* make_credentials(TALLOC_CTX* memory, Credentials& person, loadp
   cli_credentials* const credentials = cli_credentials_init(memory);
   cli_credentials_set_conf(credentials, configuration);
   if (!person.has_user()) {
-    // The library reads the cache by itself; this tells what is wrong with it.
+    // The library reads the cache by itself; this reports what is wrong with it.
     person.ticket();
     cli_credentials_guess(credentials, configuration);
     cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
@@ -103,7 +103,7 @@ WindowsLogon windows_logon(const LiveSettings& settings) {
 }
 
 void require_listening(const std::string& host, int seconds) {
-  // What stands in the binding's text is a part of its syntax.
+  // These characters belong to the syntax of the binding's text.
   if (host.empty() || host.find_first_of("[]:,\\/\"@ ") != base::npos || base::find_control_character(host))
     no_answer(base::to_valid_utf8(host), "not the name of a server");
   addrinfo hints{};
@@ -164,7 +164,7 @@ void RpcPipe::connect() {
 }
 
 void RpcPipe::connect_to_server() {
-  // What stands in the binding's text is a part of its syntax.
+  // These characters belong to the syntax of the binding's text.
   if (host_.empty() || host_.find_first_of("[]:,\\/\"@ ") != base::npos ||
       base::find_control_character(host_))
     no_answer(base::to_valid_utf8(host_), "not the name of a server");
@@ -172,7 +172,7 @@ void RpcPipe::connect_to_server() {
   require_listening(host_, seconds);
   auto handle = std::make_unique<Handle>();
   loadparm_context* const configuration = loadparm_init(handle->memory.get());
-  // Without the machine's file the library's own values hold.
+  // Without the machine's file the library's defaults apply.
   lpcfg_load_default(configuration);
   lpcfg_set_option(configuration, "name resolve order=host");
   // Whatever the machine's file says.
@@ -224,7 +224,7 @@ void RpcPipe::check(std::uint32_t status) {
   if (status == kAccessDenied)
     base::raise(platform::security_error::kAccessDenied, text);
   handle_.reset();
-  // Asked again it would be waited for again.
+  // Another request would mean another wait.
   base::raise(status == kTimedOut ? network_error::kBadNetPath : kRpcLost, text);
 }
 

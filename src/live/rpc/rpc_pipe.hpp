@@ -24,16 +24,16 @@ enum class RpcInterface {
   kLogon           ///< controllers of a domain, [MS-NRPC]
 };
 
-/// The pipe to one interface of one server over a signed SMB connection, with the logon of the settings: made
-/// when it is first needed and kept. What goes through is sealed too, but for the accounts', whose passwords
-/// are encrypted with the key of the SMB session. Connecting ends by itself after 60 seconds, a bound of the
-/// library; each call after the settings' time.
+/// The pipe to one interface of one server over a signed SMB connection, with the logon of the settings:
+/// opened on first use and kept. The data is sealed too, except on the accounts' pipe, where passwords are
+/// encrypted with the key of the SMB session. Connecting times out after 60 seconds, a limit of the library;
+/// each call after the time in the settings.
 class RpcPipe {
  public:
-  /// `server` may have two backslashes in front.
+  /// `server` may begin with two backslashes.
   RpcPipe(std::shared_ptr<Credentials> credentials, std::string_view server, RpcInterface interface);
-  /// Over what `open` makes, in the talloc context that it is given, instead of a connection to a server.
-  /// Such a pipe has no key.
+  /// Over what `open` makes, in the talloc context passed to it, instead of a connection to a server. Such
+  /// a pipe has no key.
   using Open = std::function<dcerpc_binding_handle*(void* memory)>;
   RpcPipe(Open open, RpcInterface interface);
   RpcPipe(RpcPipe&&) noexcept;
@@ -43,22 +43,22 @@ class RpcPipe {
   ~RpcPipe();
 
   [[nodiscard]] const std::string& host() const { return host_; }
-  /// Connects, unless that is done. Raises as a call does.
+  /// Connects, unless connected already. Raises as a call does.
   void open();
-  /// The next call connects anew.
+  /// The next call connects again.
   void close();
 
-  /// Calls an operation by its number, with its arguments in NDR ([C706] chapter 14, little-endian); gives
+  /// Calls an operation by its number, with its arguments in NDR ([C706] chapter 14, little-endian); returns
   /// the answer's bytes. Raises kBadNetPath (53) for a server that does not answer in time, 1326 for a wrong
-  /// logon, kAccessDenied (5), kRpcLost for a pipe that broke: nobody knows whether the call was made then.
+  /// logon, kAccessDenied (5), kRpcLost for a pipe that broke: whether the call was made is then unknown.
   base::Bytes call(std::uint32_t operation, std::span<const std::uint8_t> arguments);
-  /// Calls once more on a new pipe when the first one broke, which `repeated` tells.
+  /// Calls once more on a new pipe when the first one broke; `repeated` says so.
   base::Bytes call_again(std::uint32_t operation, std::span<const std::uint8_t> arguments,
                          bool* repeated = nullptr);
   /// The same for an operation whose arguments the library has as a structure. The answer's parts belong to
   /// the talloc context `memory`.
   void call(std::uint32_t operation, void* arguments, void* memory);
-  /// Raises kStopped when the person wants the work to end: between the parts of a long answer.
+  /// Raises kStopped when the person asks to stop: between the parts of a long answer.
   void require_going_on() const;
   /// The key of the session, 16 bytes.
   base::Bytes session_key();
@@ -69,9 +69,9 @@ class RpcPipe {
   Handle& opened();
   void connect();
   void connect_to_server();
-  /// A password that was refused is not sent once more by another connection.
+  /// A refused password is not sent again over another connection.
   [[noreturn]] void refuse(std::uint32_t number, const std::string& text);
-  /// Raises for a failure of the way there, not of the operation.
+  /// Raises for a failure of the connection, not of the operation.
   void check(std::uint32_t status);
 
   std::shared_ptr<Credentials> credentials_;
@@ -86,19 +86,20 @@ inline constexpr std::uint32_t kRpcLost = 64;
 /// ERROR_LOGON_FAILURE.
 inline constexpr std::uint32_t kRpcLogonFailure = 1326;
 
-/// A logon's user as Windows protocols take it.
+/// A logon's user in the form of Windows protocols.
 struct WindowsLogon {
   std::string user;
   std::string domain;  ///< empty for "name@domain"
 };
 WindowsLogon windows_logon(const LiveSettings& settings);
 
-/// Raises kBadNetPath for a server that does not take an SMB connection within that time, and for what is no
-/// server's name. The library itself would look for an unknown one in every way there is, for a minute.
+/// Raises kBadNetPath for a server that does not accept an SMB connection within that time, and for an
+/// invalid server name. The library itself would search for an unknown one in every possible way, for a
+/// minute.
 void require_listening(const std::string& host, int seconds);
 
-/// While it lives: the library writes to a socket that the server may have closed, which would end the
-/// program by a signal.
+/// Holds off SIGPIPE for a scope: the library writes to a socket that the server may have closed, which would
+/// otherwise end the program.
 class WithoutPipeSignal {
  public:
   WithoutPipeSignal();
@@ -113,8 +114,8 @@ class WithoutPipeSignal {
 /// The number of [MS-ERREF] 2.2 for one of 2.3.
 std::uint32_t win32_of_status(std::uint32_t status);
 
-/// The number of the directory for one of the remote calls: kServerDown for a pipe that broke, else
-/// 0x80070000 and the number. One that is the directory's already stays.
+/// The number of the directory for one of the remote calls: kServerDown for a pipe that broke, otherwise
+/// 0x80070000 and the number. A directory's number stays.
 std::uint32_t directory_number(std::uint32_t number);
 
 /// Runs `call`, and raises the directory's number for what it raises.

@@ -19,7 +19,7 @@ struct SamAccount {
   std::uint32_t rid = 0;
 };
 
-/// What is stored of a user. Times are in 100 ns since 1601; texts are empty when there is none.
+/// What is stored for a user. Times are in 100 ns since 1601; texts are empty when there is none.
 struct SamUser {
   std::string name;
   std::string full_name;
@@ -40,7 +40,7 @@ struct SamUser {
   std::uint64_t expires = 0;
 };
 
-/// What is written of a user: the parts that are there.
+/// What is written for a user: the parts that are present.
 struct SamUserChange {
   std::optional<std::string> name;
   std::optional<std::string> full_name;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <ctime>
 
-// Samba's headers are C: they want these types first and are not ready for C++ by themselves.
+// Samba's headers are C: they need these types first and do not support C++ by themselves.
 extern "C" {
 #include <talloc.h>
 #include <tevent.h>
@@ -15,7 +15,7 @@ extern "C" {
 #include <gen_ndr/ndr_samr.h>
 #include <param.h>
 
-// From credentials.h, which is no C++: it names enumerations before they are declared.
+// From credentials.h, which is not valid C++: it uses enumerations before they are declared.
 struct cli_credentials* cli_credentials_init(TALLOC_CTX* context);
 bool cli_credentials_set_conf(struct cli_credentials* credentials, struct loadparm_context* configuration);
 bool cli_credentials_guess(struct cli_credentials* credentials, struct loadparm_context* configuration);
@@ -23,7 +23,7 @@ bool cli_credentials_guess(struct cli_credentials* credentials, struct loadparm_
 
 namespace twk::live {
 
-/// A status, [MS-ERREF] 2.3, as the library has it; its own macro is no C++.
+/// A status, [MS-ERREF] 2.3, in the library's form; its own macro is not valid C++.
 inline NTSTATUS to_status(std::uint32_t number) {
   NTSTATUS status{};
   status.v = number;

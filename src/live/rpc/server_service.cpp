@@ -35,7 +35,7 @@ constexpr std::uint32_t kPathNotFound = 3;       // ERROR_PATH_NOT_FOUND
 constexpr std::uint32_t kFileExists = 80;        // ERROR_FILE_EXISTS
 constexpr std::uint32_t kFileNotFound = 2;       // ERROR_FILE_NOT_FOUND
 
-/// The server's name, as every operation begins.
+/// The server's name, which begins every operation.
 NdrWriter begin(const RpcPipe& pipe) {
   NdrWriter writer;
   writer.pointer(true);
@@ -43,7 +43,7 @@ NdrWriter begin(const RpcPipe& pipe) {
   return writer;
 }
 
-/// SHARE_INFO_502_I behind its level and pointer, [MS-SRVS] 2.2.4.26, or SHARE_INFO_2, 2.2.4.24.
+/// SHARE_INFO_502_I after its level and pointer, [MS-SRVS] 2.2.4.26, or SHARE_INFO_2, 2.2.4.24.
 void write_share(NdrWriter& writer, const ShareInfo502& share, std::uint32_t level = kLevel) {
   base::Bytes descriptor;
   if (share.shi502_security_descriptor && level == kLevel)
@@ -70,12 +70,12 @@ void write_share(NdrWriter& writer, const ShareInfo502& share, std::uint32_t lev
     writer.text(share.shi502_passwd);
   if (!descriptor.empty())
     writer.array(descriptor);
-  // Where the server tells the wrong parameter.
+  // Where the server puts the wrong parameter.
   writer.pointer(true);
   writer.number(0);
 }
 
-/// What of a SHARE_INFO_502_I stands behind its fixed part.
+/// The part of a SHARE_INFO_502_I after its fixed part.
 struct Pointers {
   bool name = false;
   bool remark = false;
@@ -120,7 +120,7 @@ void read_rest(NdrReader& reader, const Pointers& pointers, ShareInfo502& share)
   }
 }
 
-/// One answer of an enumeration, and what the next one is asked for by; 0 at the end.
+/// One answer of an enumeration, and the handle for the next one; 0 at the end.
 struct SharePart {
   std::vector<ShareInfo502> shares;
   std::uint32_t resume = 0;
@@ -154,15 +154,15 @@ std::uint32_t result_of(const base::Bytes& answer) {
   return NdrReader(bytes.last(std::min(bytes.size(), kSize))).number();
 }
 
-/// The number of a name that no share has, by what servers say to it.
+/// The number for an invalid share name, whatever the server calls it.
 std::uint32_t not_found_number(std::uint32_t number) {
   const bool unknown =
       number == kInvalidParameter || number == kBadNetName || number == network_error::kInvalidName;
   return unknown ? network_error::kShareNotFound : number;
 }
 
-/// Without a character that no share has: the server would be asked for something else, and Samba hands names
-/// to a command.
+/// Refuses a character that no share name may have: the server would do something else, and Samba passes
+/// names to a command.
 bool is_share_name(std::string_view name) {
   static constexpr std::string_view kForbidden = "\"/\\[]:|<>+=;,*?";
   return !name.empty() && base::is_valid_utf8(name) && name.find_first_of(kForbidden) == base::npos &&
@@ -181,14 +181,14 @@ void ServerService::check(std::uint32_t number, std::string_view name) const {
 void ServerService::add(const ShareInfo502& share) {
   if (!is_share_name(share.shi502_netname))
     check(network_error::kInvalidName, share.shi502_netname);
-  // A Samba server would put the new share in the place of one that it made a moment ago.
+  // A Samba server would replace a share that it made a moment ago by the new one.
   if (has(share.shi502_netname))
     check(network_error::kDuplicateShare, share.shi502_netname);
   NdrWriter writer = begin(pipe_);
   write_share(writer, share);
   bool repeated = false;
   std::uint32_t number = result_of(pipe_.call_again(kNetrShareAdd, writer.bytes(), &repeated));
-  // The call that broke had made the share.
+  // The interrupted call had made the share.
   if (repeated && number == network_error::kDuplicateShare &&
       get(share.shi502_netname).shi502_path == share.shi502_path)
     return;

@@ -19,22 +19,22 @@ class ServerService {
   explicit ServerService(RpcPipe pipe) : pipe_(std::move(pipe)) {}
 
   void open() { pipe_.open(); }
-  /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also where the server does not
-  /// keep the access list that comes with the share, which would then be everybody's.
+  /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also when the server does not
+  /// store the share's access list, which would then be open to everyone.
   void add(const platform::ShareInfo502& share);
   /// Raises kShareNotFound.
   platform::ShareInfo502 get(std::string_view name);
   std::vector<platform::ShareInfo502> all();
   /// Raises kShareNotFound.
   void remove(std::string_view name);
-  /// Writes comment and number of users of a share that is there. Raises kShareNotFound.
+  /// Writes comment and number of users of an existing share. Raises kShareNotFound.
   void change(const platform::ShareInfo502& share);
 
  private:
   bool has(std::string_view name);
-  /// Samba takes the number of users from a share's description without its list alone.
+  /// Samba accepts the number of users only with a share's description that has no access list.
   void keep_limit(const platform::ShareInfo502& share, const platform::ShareInfo502& kept);
-  /// Samba shows what it changed on new connections alone, and a moment later. Waits two seconds at most.
+  /// Samba shows changes only on new connections, and a moment later. Waits two seconds at most.
   void wait_until(std::string_view name, bool there);
   void check(std::uint32_t number, std::string_view name) const;
 
