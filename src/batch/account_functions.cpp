@@ -69,7 +69,7 @@ void keep_password(const Session& session, const platform::ObjectPtr& user) {
   user->SetInfo();
 }
 
-/// The reason against it; none when the password was set.
+/// Why it failed; none when the password was set.
 std::optional<std::string> reset_password(Session& session, const SelectedUser& user) {
   const std::string password = format::reset_user_password_text(session, user.name);
   std::string reason;

@@ -16,13 +16,13 @@ enum class AccountFunction {
   kFindLocked = 6,
 };
 
-/// The button `btnGo`: starts the function that is chosen, after one confirmation where it changes accounts
-/// at once, and stops it while it is under way, behind the account in hand.
+/// The button `btnGo`: starts the chosen function, after one confirmation if it changes accounts at once,
+/// and while it is running stops it after the current account.
 void btnGo_Click(session::Session& session);
 
-/// Applies one of the first five functions to the users of the selection, each told in "Log.txt" and on
-/// `Label3`. False when `goes_on`, asked before each user, ended it. Raises what the first failure raises,
-/// unless the hooks let it go on; the log is then still open.
+/// Applies one of the first five functions to the users of the selection, each reported in "Log.txt" and on
+/// `Label3`. False when `goes_on`, called before each user, ended it. Raises the first failure, unless the
+/// hooks let it go on; the log is then still open.
 bool change_accounts(session::Session& session, AccountFunction function,
                      const std::function<bool()>& goes_on, const RunHooks& hooks = {});
 

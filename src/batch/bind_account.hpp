@@ -9,7 +9,7 @@ struct Session;
 
 namespace twk::batch {
 
-/// The account of a row of a list of users, as the WinNT provider has it. Raises what the directory raises.
+/// The account of a row of a list of users, through the WinNT provider. Raises what the directory raises.
 platform::ObjectPtr bind_account(session::Session& session, const controls::ListRow& row);
 /// The account of a bound user.
 platform::ObjectPtr bind_account(session::Session& session, const platform::ObjectPtr& user);

@@ -22,7 +22,7 @@ using session::Session;
 /// Control code of `PutEx`.
 constexpr int ADS_PROPERTY_APPEND = 3;
 
-/// One user and what it is to get.
+/// One user and the new value.
 struct Step {
   Session& session;
   const SelectedUser& user;
@@ -110,7 +110,7 @@ void tell_outcome(const Step& step, std::uint32_t number, const std::string& des
   else
     tell(session, "Error changing property:'" + words);
   const std::string failure = "Error Number: " + base::to_text(number) + " " + reason;
-  // Of thousands that fail alike the light says why by the first.
+  // When thousands fail the same way, the first is enough for the light's reason.
   if (number != 0 && tab.errors == 1)
     session.log.reason(failure);
   else if (number != 0)
@@ -150,7 +150,7 @@ bool Change_AD_One(Session& session, const SelectedUser& user, std::string_view 
 }
 
 void change_selection(Session& session) {
-  // The field may be written over while the run lets events in.
+  // The field may change while the run lets events in.
   const std::string value = session.multi_user.AD_CHANGE.text;
   WalkRules rules;
   rules.goes_on = [&session] { return !is_cancelled(session); };

@@ -42,7 +42,7 @@ void add_preview(CSV_Import& window, std::string_view line) {
   window.ListView1.add({}, first, {}, std::move(fields));
 }
 
-/// A field beyond the last element of a line's fields cannot be asked for.
+/// A field beyond the last element of a line's fields cannot be chosen.
 void offer_columns(CSV_Import& window, int fields) {
   for (controls::ComboBox* box : choices(window))
     offer_column(*box, std::min(fields, static_cast<int>(session::kMostImportFields)));
@@ -76,7 +76,7 @@ void load_csv_layout(Session& session, std::string_view path) {
     window.widest = std::max(window.widest, fields);
     if (shown < kShownLines)
       add_preview(window, lines.line());
-    // A line of one field makes no user, so it says nothing of the columns.
+    // A line of one field makes no user, so it says nothing about the columns.
     if (window.ImportFirst.items().size() == 1 && fields >= 2)
       offer_columns(window, fields);
   }

@@ -4,24 +4,25 @@ namespace twk::session {
 struct Session;
 }
 
-/// The boxes of the tabs "Delete Users" and "Move Users". A click stores what the settings keep, below `\DU`.
+/// The boxes of the tabs "Delete Users" and "Move Users". A click stores those that are settings, below
+/// `\DU`.
 namespace twk::batch {
 
-/// Sets the boxes of the "Delete Users" tab as they are stored.
+/// Sets the boxes of the "Delete Users" tab as stored.
 void read_delete_options(session::Session& session);
 
 void Del_Shares_Click(session::Session& session);
 void Del_Permissions_Click(session::Session& session);
 void Delete_NT_Account_Click(session::Session& session);
-/// The folders are found only where the shares are looked at: ticking one ticks the other, for good.
+/// The folders are found only through the shares: ticking one also ticks the other, permanently.
 void Delete_Data_Click(session::Session& session);
 void Delete_Mail_Click(session::Session& session);
 void Run_command_Click(session::Session& session);
-/// Ticking them warns of what is then not asked.
+/// Ticking them warns about the questions that are then skipped.
 void No_Prompting_Click(session::Session& session);
 void No_Prompt_Click(session::Session& session);
 
-/// Which boxes can be ticked beside the ones that are.
+/// Which boxes can be ticked together with those that are.
 void show_delete_options(session::Session& session);
 
 }  // namespace twk::batch

@@ -12,7 +12,7 @@ namespace {
 using session::MultiUser;
 using session::Session;
 
-/// The flag by which an import is stopped stops this run too: the two never run at once.
+/// The flag that stops an import stops this run, too: the two never run at the same time.
 void cancel(Session& session) {
   session.import.ImportStopped = true;
   session.runs.Delete_Running = false;
@@ -50,7 +50,7 @@ void run(Session& session) {
     tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
   session.runs.Delete_Running = false;
-  // Work on files that has no Cancel looks at the flag too.
+  // Work on files without a Cancel button checks the flag, too.
   session.import.ImportStopped = false;
 }
 
@@ -66,7 +66,7 @@ void Del_User_Click(Session& session) {
 }
 
 bool delete_selection(Session& session, const RunHooks& hooks) {
-  // It gives True for an account that is gone alone.
+  // It returns True only for an account that is gone.
   const bool keeps_account = !session.multi_user.Delete_NT_Account.on();
   return take_selection(session, hooks, keeps_account,
                         [&session](const SelectedUser& user, const std::string& key) {

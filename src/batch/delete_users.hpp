@@ -4,12 +4,13 @@
 
 namespace twk::batch {
 
-/// The button of the "Delete Users" tab: starts the run over the selection, and stops it while it is under
-/// way, behind the user in hand.
+/// The button of the "Delete Users" tab: starts the run over the selection, and while it is running stops it
+/// after the current user.
 void Del_User_Click(session::Session& session);
 
-/// Deletes the users of the selection as boxes and flags say. A row whose user is gone becomes a ghost.
-/// False when it was stopped. Raises what reading a group or a unit raises, unless the hooks let it go on.
+/// Deletes the users of the selection according to boxes and flags. The row of a deleted user becomes a
+/// ghost. False when it was stopped. Raises a failure to read a group or a unit, unless the hooks let it go
+/// on.
 bool delete_selection(session::Session& session, const RunHooks& hooks = {});
 
 }  // namespace twk::batch

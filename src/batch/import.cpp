@@ -44,7 +44,7 @@ void open_error_file(Session& session) {
   error_line(session, session::kAsterisks);
 }
 
-/// A name of its own also for a run within the same second.
+/// A unique name, even for a run within the same second.
 std::string free_summary_path(const Session& session, const std::string& name) {
   std::string path = database_path(session, name + ".csv");
   for (int next = 2; session.platform.files.exists(path); ++next)
@@ -61,8 +61,8 @@ void open_summary(Session& session) {
   session::write_run_file(session, state.summary_file, "Full Name,WinNT logon,W2K logon,ERRORS");
 }
 
-/// True when these are the bytes of "Import.err", which the run is about to empty. They are kept beside it,
-/// so that a run that is killed loses nobody.
+/// True when these are the bytes of "Import.err", which the run is about to empty. They are kept next to
+/// it, so that a killed run loses no line.
 bool keep_error_file(Session& session, const std::string& bytes) {
   platform::Files& files = session.platform.files;
   const std::string path = database_path(session, "Import.err");
@@ -72,7 +72,7 @@ bool keep_error_file(Session& session, const std::string& bytes) {
   return true;
 }
 
-/// The lines that the run did not come to were not created either.
+/// The lines that the run did not reach were not created either.
 void keep_rest(Session& session, ImportLines& lines) {
   while (lines.next())
     error_line(session, lines.line());
@@ -89,7 +89,7 @@ void fill_names(Session& session) {
   session.form1.strLast.text = field(standard ? std::int16_t{3} : state.ImportLastField);
 }
 
-/// True when the template or the site cannot be loaded: every line that follows would fail of the same.
+/// True when the template or the site cannot be loaded: every following line would fail for the same reason.
 bool has_lost_records(Session& session) {
   base::Trap trap;
   return !trap([&] {
@@ -103,7 +103,7 @@ void tell_row(Session& session, std::int32_t line) {
     session.import.row_done({line, session.LastCreation});
 }
 
-/// Takes a line into the fields and the names of the New User tab.
+/// Puts a line into the fields and the names of the New User tab.
 void take_line(Session& session, std::string_view line) {
   split_import_line(session.import, line);
   session.form1.USERID.text = std::string();
@@ -170,7 +170,7 @@ bool tell_end(Session& session, End end, std::string_view path) {
   return false;
 }
 
-/// The reason against the selection; empty when it will do.
+/// What is wrong with the selection; empty when it is fine.
 std::string selection_fault(Session& session) {
   const session::Form1& form = session.form1;
   const controls::TreeNode* const node = form.TreeView1.selected();
@@ -213,7 +213,7 @@ void log_block(Session& session, std::string_view text, bool with_user) {
   session.log.close();
 }
 
-/// What an earlier run left is forgotten.
+/// Forgets what an earlier run left.
 void begin_run(ImportState& state) {
   state.Importing = true;
   state.ImportStopped = false;
@@ -275,7 +275,7 @@ bool Import_Users(Session& session, std::string_view path) {
   bool whole = false;
   base::Trap trap(session::is_debug(session));
   trap([&] {
-    // First, because "Import.err" may be what is read.
+    // First, because "Import.err" may be the input.
     const std::string bytes = session.platform.files.read(path);
     const bool again = !state.rehearsed && keep_error_file(session, bytes);
     ImportLines lines(bytes);

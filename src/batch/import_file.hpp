@@ -11,21 +11,21 @@ struct ImportState;
 /// The lines of an import file, and the file of those that were refused, which can be imported again.
 namespace twk::batch {
 
-/// What heads "Import.err" after the asterisks and the time.
+/// The heading of "Import.err", after the asterisks and the time.
 inline constexpr std::string_view kNotCreated = "The following users were not created.";
 /// Its last line after a halt.
 inline constexpr std::string_view kErrorHalt = "Import Halted because error were detected";
 inline constexpr std::string_view kWarningHalt = "Import Halted because warnings were detected";
 
-/// The text of an import file: UTF-8 as it is (without its byte-order mark), anything else from code page
+/// The text of an import file: UTF-8 unchanged (without its byte-order mark), anything else from code page
 /// 1252.
 std::string import_text(std::string_view bytes);
 
 /// The line at `position`, without its end (CR LF, LF or CR); `position` moves past it. False at the end.
 bool next_line(std::string_view text, std::size_t& position, std::string_view& line);
 
-/// The lines that are to be users, by their numbers in the file. The heading of an "Import.err", and what it
-/// says of a halt at its end, are none.
+/// The lines that describe users, with their numbers in the file. The heading of an "Import.err" and its
+/// closing line about a halt do not count.
 class ImportLines {
  public:
   explicit ImportLines(std::string_view bytes);
@@ -34,7 +34,7 @@ class ImportLines {
   bool next();
   [[nodiscard]] std::string_view line() const { return line_; }
   [[nodiscard]] std::int32_t number() const { return number_; }
-  /// The line in hand is the next one again.
+  /// The current line becomes the next one again.
   void put_back();
 
  private:
@@ -42,13 +42,13 @@ class ImportLines {
 
   std::string text_;
   std::size_t position_ = 0;
-  std::size_t start_ = 0;  ///< of the line in hand
+  std::size_t start_ = 0;  ///< of the current line
   std::string_view line_;
   std::int32_t number_ = 0;
-  bool of_errors_ = false;  ///< the text is that of an "Import.err"
+  bool of_errors_ = false;  ///< the text is an "Import.err"
 };
 
-/// Takes a line into `ImportLine`, `ImportFields` and `ImportFieldCount`: every comma separates. A field that
+/// Puts a line into `ImportLine`, `ImportFields` and `ImportFieldCount`: every comma separates. A field that
 /// the line does not have is empty.
 void split_import_line(session::ImportState& state, std::string_view line);
 

@@ -46,7 +46,7 @@ void run(Session& session) {
     tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
   session.runs.Move_Running = false;
-  // Work on files that has no Cancel looks at the flag too.
+  // Work on files without a Cancel button checks the flag, too.
   session.import.ImportStopped = false;
 }
 

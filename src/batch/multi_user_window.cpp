@@ -31,7 +31,7 @@ bool skips_users(Session& session) {
   return base::equals_fold(session::read_setting(session, session::kADO, "SkipUsers"), "TRUE");
 }
 
-/// The records of a file that are in use, read whole before a list is touched. A file that is not there holds
+/// The live records of a file, all read before a list is touched. A missing file has
 /// none.
 std::vector<std::string> live_records(Session& session, std::string_view file, std::size_t size) {
   std::vector<std::string> records;
@@ -80,7 +80,7 @@ void fill_templates(Session& session) {
     box.add_item(records::listed_template_name(bytes));
 }
 
-/// What is not in the selection yet comes to it. An account that was made anew is no ghost any more.
+/// Adds what is not in the selection yet. An account that was created again is no longer a ghost.
 void take(Session& session, ListView& list, const std::vector<const ListRow*>& rows) {
   ListView& selection = session.multi_user.ListView1;
   for (const ListRow* const row : rows) {
@@ -109,7 +109,7 @@ void MultiUser_Load(Session& session) {
     MultiUser_Initialize(session);
   fill_sites(session);
   fill_templates(session);
-  // A directory's load leaves the list of users to this button.
+  // Loading a directory leaves the list of users to this button.
   session.multi_user.btn_Showusers.visible = session::is_active_directory(session) || skips_users(session);
 }
 

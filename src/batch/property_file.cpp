@@ -58,7 +58,7 @@ void log(Session& session, const std::string& text) {
   session.log.close();
 }
 
-/// A line that failed, in log and on the log tab.
+/// Reports a failed line in the log and on the log tab.
 void tell_failed(FileRun& run, const Line& line, const std::string& reason) {
   ++run.errors;
   const std::string text = place(run, line) + line.name + ": " + reason;
@@ -95,7 +95,7 @@ std::optional<std::string> path_of_logon_name(Session& session, std::string_view
   return rows->at_eof() ? std::nullopt : std::optional(rows->field(0).text());
 }
 
-/// The path of a user whom the list has.
+/// The path of a user in the list.
 std::optional<std::string> find_in_list(Session& session, const std::string& name) {
   if (name.empty())
     return std::nullopt;
@@ -130,14 +130,14 @@ bool change_user(FileRun& run, const Line& line, const std::string& path) {
   return whole;
 }
 
-/// What strict rules have against a line; empty for nothing.
+/// Why strict rules refuse a line; empty when they do not.
 std::string fault_of(const FileRun& run, const Line& line) {
   if (!run.rules.strict)
     return {};
   return line.whole ? value_fault(run.session, line.value) : "There is no comma behind the name";
 }
 
-/// False when the run is to end.
+/// False when the run must end.
 bool take_line(FileRun& run, const Line& line) {
   Session& session = run.session;
   if (const std::string fault = fault_of(run, line); !fault.empty()) {

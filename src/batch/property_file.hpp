@@ -9,34 +9,34 @@ namespace twk::session {
 struct Session;
 }
 
-/// A property of many users from a file of lines "Username,ADValue", each user with a value of its own.
+/// A property of many users from a file of lines "Username,ADValue", with a separate value for each user.
 namespace twk::batch {
 
 /// The button: asks for the file and runs over it.
 void DELIMPORT_Click(session::Session& session);
 
-/// How a run takes what the window takes as it comes.
+/// How strict a run is about what the window accepts.
 struct FileRules {
-  /// The path of whom a line names; nothing for nobody, which passes the line over. Raises for a name that is
-  /// not of one user. None looks in `ListView2`: by text, or by the logon name when that is not the text of
-  /// one row.
+  /// Returns the path of the user named by a line; none skips the line. Raises for a name that fits several
+  /// users. Without it, `ListView2` is searched: by text, or by the logon name when the text does not
+  /// identify one row.
   std::function<std::optional<std::string>(const std::string& name)> find;
-  /// A line without a comma is refused, and the run goes on; else its user gets the empty text and the lines
-  /// behind it are not looked at. Words that no terminal-server setting knows are refused, else they count as
-  /// "Never" and "no".
+  /// A line without a comma is refused, and the run continues; otherwise its user gets the empty text and the
+  /// remaining lines are ignored. Words that no terminal-server setting knows are refused; otherwise they
+  /// count as "Never" and "no".
   bool strict = false;
 };
 
-/// Gives each user of a file its value, in a block of the log a line. The first comma of a line separates;
-/// what is behind it is the value as it stands, with all blanks, quotes and further commas. A line of blanks
-/// is nothing. `bytes` are UTF-8, with or without a byte-order mark, or code page 1252; `title` is what
-/// messages call the file.
+/// Sets the value for each user of a file, with a block of the log for each line. The first comma of a
+/// line separates; everything after it is the value, including blanks, quotes and further commas. A blank
+/// line is ignored. `bytes` are UTF-8, with or without a byte-order mark, or code page 1252; `title` is the
+/// file's name in messages.
 ///
-/// Whom nobody knows is passed over, which only the log and `user_done` tell. A line that fails is told with
-/// the file and its number, and the run goes on.
+/// An unknown user is skipped, which only the log and `user_done` report. A failed line is reported with the
+/// file and its number, and the run continues.
 ///
 /// False when the run ended before the end of the file: at a line without a comma, by Cancel (`stopped`), or
-/// for what `failure` tells.
+/// for the reason in `failure`.
 bool change_from_file(session::Session& session, const std::string& title, std::string_view bytes,
                       const FileRules& rules = {});
 

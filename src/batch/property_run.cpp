@@ -17,7 +17,8 @@ namespace {
 using session::ADProperties;
 using session::Session;
 
-/// A terminal-server setting needs a controller, of which each user's routine would tell in a box.
+/// A terminal-server setting needs a controller; without this check each user's routine would report its
+/// absence in a box.
 void require_controller(Session& session) {
   if (!terminal_server_number(session.ad_properties.AD_Properties.text.get()))
     return;

@@ -4,14 +4,14 @@
 
 #include "batch/run_controls.hpp"
 
-/// What the run over the selection and the run over a file have in common.
+/// What the run over the selection and the run over a file share.
 namespace twk::batch {
 
 /// Looks the property up and clears the counts. False when no property is chosen, or one that the schema does
-/// not know; `Label3` and `failure` tell that.
+/// not know; `Label3` and `failure` say so.
 bool begin_run(session::Session& session);
-/// The window while such a run is under way: `CHANGE_AD` is the button that stops it, and the bar shows how
-/// far it is.
+/// The window during such a run: `CHANGE_AD` stops it, and the bar shows its
+/// progress.
 class PropertyRun {
  public:
   explicit PropertyRun(session::Session& session);
@@ -24,11 +24,11 @@ class PropertyRun {
   controls::Observable<bool>& bar_;
 };
 void show_progress(session::Session& session, std::size_t done, std::size_t all);
-/// Lets a press of Cancel in; true when there was one.
+/// Lets Cancel be pressed; true when it was.
 bool is_cancelled(session::Session& session);
 
 /// One block of the log: the head, what `changes` does, and the closing texts with the counts since it began.
-/// What `changes` raises is logged, told in `failure` and on the log tab, and makes it False.
+/// A failure of `changes` is logged, put into `failure` and on the log tab, and returns False.
 bool in_change_block(session::Session& session, const std::function<void()>& changes);
 
 }  // namespace twk::batch

@@ -22,7 +22,7 @@ constexpr std::string_view kUserClass = "LDAP://Schema/User";
 constexpr std::string_view kOctetString = "OctetString";
 constexpr std::string_view kMultiValue = ":- Multi value";
 
-/// In the order of the table of settings, whose names of the three times are longer.
+/// In the order of the table of settings, where the names of the three times are longer.
 constexpr std::array<std::string_view, records::kTerminalServerRows.size()> kTerminalServerNames = {
     "WTSTerminalServerProfilePath",
     "WTSTerminalServerHomeDir",

@@ -71,7 +71,7 @@ class Walk {
     for (ObjectPtr& member : members) {
       if (!goes_on())
         return;
-      // Let go of each behind its visit: what it has read would stay in memory.
+      // Each is released after its visit: what it has read would stay in memory.
       const ObjectPtr one = std::move(member);
       if (!base::equals_fold(one->Class(), "user")) {
         session_.log.line("Not a user: " + one->ADsPath());
@@ -135,7 +135,7 @@ class Walk {
       user.object.reset();
     else if (user.object == nullptr)
       user.object = session_.platform.directory.GetObject(user.path);
-    // What a list shows may be another of the user's names.
+    // A list may show another of the user's names.
     if (user.object != nullptr)
       user.name = bare_name(user.object->Name());
     visit_(user);

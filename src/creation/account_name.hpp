@@ -6,9 +6,9 @@
 
 namespace twk::creation {
 
-/// What in an account name a domain refuses: the characters < > ? / \ * [ ] { } ; : ' and the double quote,
+/// What a domain refuses in an account name: the characters < > ? / \ * [ ] { } ; : ' and the double quote,
 /// outside Active Directory the comma, control characters (as "U+0009"), and a name of dots alone, which
-/// would name a folder above. One entry for each place; empty when the name will do.
+/// would name a folder above. One entry for each occurrence; empty when the name is fine.
 std::vector<std::string> invalid_characters(std::string_view name, bool active_directory);
 
 /// A person's name with its first character in upper case and the rest as typed.

@@ -14,7 +14,7 @@ namespace twk::creation {
 
 namespace {
 
-/// A rehearsal asks for none.
+/// A rehearsal does not ask for one.
 void prepare_password(CreationRun& run) {
   session::Session& session = run.session;
   const NewUserRequest& request = run.request;
@@ -25,7 +25,7 @@ void prepare_password(CreationRun& run) {
   run.Password = session.import.rehearsed
                      ? std::move(password.text)
                      : format::password_of_text(session, std::move(password.text), run.UserId);
-  // That of a line of an import belongs to a person; the log is read by many.
+  // A password in an import line belongs to a person; many people read the log.
   const bool of_line = base::find_fold(session.form1.defaultpassword.text.get(), "%IMPORT") != base::npos ||
                        base::find_fold(session.form1.Formatted_Password.text.get(), "%IMPORT") != base::npos;
   const bool hidden = of_line && session.import.Importing && !session::is_debug(session);

@@ -9,10 +9,10 @@ namespace twk::creation {
 void PrepareAccountTexts(CreationRun& run);
 
 /// Stages the end of the account: under import, unless the expiry text is empty or holds a tag that was not
-/// filled. Raises a type mismatch for a text that is no date.
+/// filled. Raises a type mismatch for a text that is not a date.
 void stage_expiry(const CreationRun& run, platform::User& user);
 
-/// What both providers do with an account that was just made: the log, the count, the next step's caption.
+/// What both providers do after making an account: the log, the count, the next step's caption.
 void account_created(CreationRun& run);
 
 }  // namespace twk::creation

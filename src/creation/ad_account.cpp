@@ -49,14 +49,14 @@ void stage_home_drive(CreationRun& run, User& user) {
     user.Put("HomeDrive", drive);
 }
 
-/// The object under its two names, not written yet.
+/// The object with its two names, not yet written.
 platform::ObjectPtr new_object(CreationRun& run) {
   platform::ObjectPtr object = run.AdContainer->Create("user", "cn=" + run.CnName);
   object->Put("samAccountName", run.SamName);
   return object;
 }
 
-/// The whole account in one request, with the rows of the directory table that can go along or without them.
+/// The whole account in one request, with or without the rows of the directory table that can be included.
 /// False when that was refused, and nothing is written.
 bool add_whole(CreationRun& run, bool with_properties) {
   const session::Form1& form = run.session.form1;
@@ -76,7 +76,7 @@ bool add_whole(CreationRun& run, bool with_properties) {
   return user.SetInfoWithPassword(run.Password);
 }
 
-/// False when it was refused: the writes one by one then tell which part it is.
+/// False when it was refused: the separate writes then show which part it is.
 bool create_at_once(CreationRun& run) {
   if (run.Password.empty())
     return false;
@@ -87,7 +87,8 @@ bool create_at_once(CreationRun& run) {
   return may_be_a_row && add_whole(run, false);
 }
 
-/// Makes the object; true when it is whole. A box tells why it was refused, and the failure goes on.
+/// Makes the object; true when it is complete. A box says why it was refused, and the failure is raised
+/// again.
 bool create_object(CreationRun& run) {
   Session& session = run.session;
   if (session::is_debug(session)) {
@@ -133,7 +134,7 @@ bool set_password(CreationRun& run, User& user, bool is_set) {
   return true;
 }
 
-/// A domain may keep an account without a password disabled, which nobody asked for.
+/// A domain may keep an account without a password disabled, although nobody asked for that.
 void warn_if_disabled(CreationRun& run, const User& user) {
   bool disabled = false;
   base::Trap unknown;
@@ -158,7 +159,7 @@ void write_settings(CreationRun& run, User& user, bool password_refused) {
     warn_if_disabled(run, user);
 }
 
-/// Flags that only the WinNT object carries.
+/// Flags that only the WinNT object has.
 void set_user_flags(CreationRun& run) {
   const session::Form1& form = run.session.form1;
   const std::int32_t flags = (form.USR_Cant_Change.on() ? platform::kFlagCannotChangePassword : 0) |

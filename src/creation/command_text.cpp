@@ -11,7 +11,7 @@
 namespace twk::creation {
 namespace {
 
-/// The tags of variables whose names hold what would end a word.
+/// The tags of variables whose names contain something that would end a word.
 std::vector<std::string> tags_that_end_words(const session::Session& session) {
   std::vector<std::string> tags;
   const controls::ListView& rows = session.variables.ListView1;
@@ -30,7 +30,7 @@ std::size_t tag_at(std::string_view text, const std::vector<std::string>& tags) 
   return found == tags.end() ? 0 : found->size();
 }
 
-/// The blanks at both ends are the administrator's, from between quotes.
+/// The blanks at both ends are the administrator's, from inside quotes.
 std::string fill_word(const std::string& word, const std::function<std::string(std::string)>& fill) {
   const std::size_t first = word.find_first_not_of(' ');
   if (first == base::npos)

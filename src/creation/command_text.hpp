@@ -10,7 +10,7 @@ struct Session;
 }
 
 /// The administrator's own commands. Their text is split into words first, and then each word is filled, so
-/// that a value never makes or ends a word, whatever it holds.
+/// that a value never begins or ends a word, whatever it contains.
 namespace twk::creation {
 
 /// The user a command is run for.
@@ -23,7 +23,7 @@ struct CommandUser {
 
 /// The words of a command's text: blanks and tabs separate, double quotes hold a word together and are not
 /// part of it (`""` is an empty word). A quote that is not closed reaches to the end. Everything else,
-/// backslashes too, stands as it is, and so do `tags`, with the blanks that they may hold.
+/// including backslashes, is unchanged, and so are `tags`, even with blanks in them.
 std::vector<std::string> split_command(std::string_view text, const std::vector<std::string>& tags = {});
 
 /// The words of `text`, those with a tag filled by `fill`. Tags of the template's variables stay whole. A
@@ -36,8 +36,8 @@ std::vector<std::string> fill_words(const session::Session& session, std::string
 std::vector<std::string> command_words(session::Session& session, std::string_view command,
                                        const CommandUser& user);
 
-/// A command on one line, for people: a word that is empty or holds a blank or a quote stands in quotes, a
-/// quote in it with a backslash in front.
+/// A command on one line, for people: a word that is empty or contains a blank or a quote is quoted, with a
+/// backslash before each quote in it.
 std::string shown_command(const std::vector<std::string>& words);
 
 }  // namespace twk::creation

@@ -119,8 +119,8 @@ Step make_directories(CreationRun& run) {
   return Step::kGoOn;
 }
 
-/// What the stages up to the account would meet, for a session whose services change nothing. Raises what
-/// would stop the run.
+/// What the stages up to the account would encounter, for a session whose services change nothing. Raises
+/// what would stop the run.
 Step rehearse(CreationRun& run) {
   ResolvePaths(run);
   if (make_directories(run) == Step::kEnd)
@@ -227,7 +227,7 @@ void fail(CreationRun& run, const base::RuntimeError& failure) {
   stores::Clear_Site(session);
 }
 
-/// One run; a taken name asks for another one.
+/// One run; a taken name calls for another one.
 Step run_once(Session& session) {
   CreationRun run(session);
   session.LastCreation = {};
@@ -254,7 +254,7 @@ Step run_once(Session& session) {
   }
 }
 
-/// What the search for a free name of one user remembers is nothing to the next one, however it ended.
+/// What the search for one user's free name remembers must not affect the next user, however it ended.
 void forget_name_search(Session& session) {
   session.AltIdTried = false;
   session.SerialTokenUsed = false;

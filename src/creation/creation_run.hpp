@@ -21,14 +21,14 @@ struct Session;
 
 namespace twk::creation {
 
-/// What is asked of one creation, from the New User tab or from one line of an import.
+/// The request for one creation, from the New User tab or from one line of an import.
 struct NewUserRequest {
-  std::string TemplateName;  ///< as the list holds it, padded
+  std::string TemplateName;  ///< as in the list, padded
   std::string SiteName;
   std::string FirstName;
   std::string MiddleName;
   std::string LastName;
-  std::string UserId;            ///< may be blank: it is then formed
+  std::string UserId;            ///< may be blank: it is then generated
   bool CopyUser = false;         ///< take the groups from the selected user
   std::string SelectedNodeKind;  ///< "OU", "USER", …
   std::string SelectedNodeKey;
@@ -36,7 +36,7 @@ struct NewUserRequest {
   std::string ParentNodeKey;
 };
 
-/// Where directories are made and what the account says of them.
+/// Where directories are made and what the account says about them.
 struct ResolvedPaths {
   std::string ProfileLocalDir;  ///< as the server sees it
   std::string ProfileShareDir;  ///< the network path that reaches it
@@ -48,7 +48,7 @@ struct ResolvedPaths {
   std::string HomeDirText;
 };
 
-/// A row of the directory table as it is written: an attribute and its expanded value.
+/// A row of the directory table as written: an attribute and its expanded value.
 struct DirectoryProperty {
   std::string attribute;
   std::string value;
@@ -57,7 +57,7 @@ struct DirectoryProperty {
 
 enum class CreationStage { kNone = 0, kAccount = 1, kProfileDirectory = 2, kCommand = 3 };
 
-/// One run of the creation: its input and what its stages hand to each other.
+/// One run of the creation: its input and what its stages pass to each other.
 struct CreationRun {
   explicit CreationRun(session::Session& owner);
 
@@ -77,15 +77,15 @@ struct CreationRun {
   std::string ImportGroupsStart = "0";
   std::string ImportGroupsFinish = "0";
   std::string SummaryRow;
-  std::int16_t RunWarning = 1;  ///< 2 once anything warned
+  std::int16_t RunWarning = 1;  ///< 2 after any warning
   CreationStage stage = CreationStage::kNone;
   std::set<std::string> joined_groups;              ///< their paths, in upper case
-  std::vector<DirectoryProperty> first_properties;  ///< rows that went with the new account
+  std::vector<DirectoryProperty> first_properties;  ///< rows written with the new account
   platform::ObjectPtr CurrentUserObject;
   platform::ObjectPtr AdContainer;
   controls::TreeNode* CreatedUserNode = nullptr;
   std::optional<session::Hourglass> hourglass;  ///< from the first step to the end of the run
-  bool traps_off = false;  ///< with "/DEBUG", from the point on where a failure stops the program
+  bool traps_off = false;  ///< with "/DEBUG", from the point where a failure stops the program
 };
 
 /// How a part of the run ended.
@@ -107,8 +107,8 @@ void set_progress(CreationRun& run, int value);
 /// A light of the New User tab; `complete` is "Completed" in blue.
 void paint(controls::Label& light, std::int32_t colour, const char* caption);
 void complete(controls::Label& light);
-/// The key of the container that gets the account: the selected OU, or with `Copy_User` what is above the
-/// selected user.
+/// The key of the container that gets the account: the selected OU, or with `Copy_User` the selected user's
+/// container.
 const std::string& container_key(const CreationRun& run);
 /// Variables, name tags, "%Domain%" and import fields of a directory or mailbox row.
 std::string expand_row_value(CreationRun& run, std::string_view value);

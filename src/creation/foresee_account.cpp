@@ -18,7 +18,7 @@ bool can_be_bound(Session& session, const std::string& path) {
   return trap([&] { static_cast<void>(session.platform.directory.GetObject(path)); });
 }
 
-/// The tree shows only what was read of the domain, the names of the whole domain count.
+/// The tree shows only the part of the domain that was read, but all names of the domain count.
 bool is_in_use(CreationRun& run) {
   Session& session = run.session;
   if (!session::is_active_directory(session))
@@ -37,7 +37,7 @@ void require_free_name(CreationRun& run) {
     base::raise(platform::ads_error::kObjectExists, "The account name " + run.SamName + " is in use");
 }
 
-/// In a WinNT domain it leaves no account, in Active Directory an account without an end.
+/// In a WinNT domain no account is made then, in Active Directory one that does not expire.
 void foresee_expiry(CreationRun& run) {
   if (directory::is_open_expiry(run.ExpiryText))
     return;

@@ -17,30 +17,30 @@ using session::Session;
 constexpr std::string_view kEverybodysGroup = "DOMAIN USERS";
 constexpr std::int32_t kLastColumn = 99;
 
-/// By the name in a list, or the one that a directory object has.
+/// By the name in a list, or a directory object's name.
 bool is_everybodys(std::string_view name) {
   if (base::starts_with_fold(name, "CN="))
     name.remove_prefix(3);
   return base::equals_fold(name, kEverybodysGroup);
 }
 
-/// The new account's path, as a group's `Add` takes it.
+/// The new account's path, as required by a group's `Add`.
 std::string member_path(const CreationRun& run) {
   if (!session::is_active_directory(run.session))
     return "WinNT://" + run.session.DomainName + "/" + run.UserId;
   return "LDAP://CN=" + run.CnName + "," + container_key(run);
 }
 
-/// The path of a group: by its name in a WinNT domain, else its key.
+/// The path of a group: by its name in a WinNT domain, otherwise its key.
 std::string group_path(const Session& session, std::string_view name, std::string_view key) {
   if (!session::is_active_directory(session))
     return "WinNT://" + session.DomainName + "/" + std::string(name);
   return std::string(base::trim(key));
 }
 
-/// Adds the account to one group, in which it is not already: everybody's group is each account's primary
-/// one, and a column may name what the template names too. A failure warns under the group's name and gives
-/// False.
+/// Adds the account to one group, unless it is already a member: everyone's group is each account's primary
+/// one, and a column may name a group that the template also names. A failure warns with the group's name and
+/// returns False.
 bool join(CreationRun& run, const std::string& path, std::string_view name) {
   Session& session = run.session;
   if (is_everybodys(name) || !run.joined_groups.insert(base::upper(path)).second)
@@ -60,7 +60,7 @@ bool join(CreationRun& run, const std::string& path, std::string_view name) {
   return false;
 }
 
-/// A range of columns that a person chose is to hold groups; where all are looked through, most do not.
+/// A range of columns that a person chose should contain groups; when all columns are searched, most do not.
 bool is_chosen_range(const CreationRun& run) {
   return !(base::val(run.ImportGroupsStart) <= 0 && base::val(run.ImportGroupsFinish) >= kLastColumn);
 }
@@ -93,8 +93,8 @@ void join_from_columns(CreationRun& run) {
   }
 }
 
-/// A group of the template that the domain no longer holds is in no list, and would be missed without a word.
-/// An import tells it once.
+/// A template's group that the domain no longer has is in no list, and would be skipped silently. An import
+/// reports it once.
 void warn_of_lacking_groups(CreationRun& run) {
   const records::TemplateRecord& record = run.session.ActiveTemplate;
   for (std::size_t slot = 0; slot < static_cast<std::size_t>(record.GroupCount); ++slot) {

@@ -47,7 +47,7 @@ std::string text_of(platform::DirectoryObject& user, std::string_view attribute)
   return text;
 }
 
-/// An account of a WinNT domain has its full name only: the first word, and the rest.
+/// An account of a WinNT domain has only its full name: the first word, and the rest.
 void split_full_name(NewUserRequest& request, const std::string& full_name) {
   const std::size_t blank = full_name.find(' ');
   request.FirstName = full_name.substr(0, blank);
@@ -55,7 +55,7 @@ void split_full_name(NewUserRequest& request, const std::string& full_name) {
     request.LastName = base::trim(std::string_view(full_name).substr(blank));
 }
 
-/// A run behind its account stage.
+/// A run that is past its account stage.
 void take_account(CreationRun& run, const platform::ObjectPtr& user) {
   run.CurrentUserObject = user;
   run.request.MiddleName.clear();

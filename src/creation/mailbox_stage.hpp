@@ -16,8 +16,8 @@ enum class Mailbox { kCreated, kCreatedWithWarnings, kFailed };
 /// Creates the mailbox on the kind of server that the site names.
 Mailbox CreateMailbox(CreationRun& run);
 
-/// The same for an account that is there already, with the site and the template that are loaded. The names
-/// come from the account. The outcome is told in the logs; True when there is a mailbox.
+/// The same for an existing account, with the loaded site and template. The names come from the account. The
+/// outcome is in the logs; True when there is a mailbox.
 bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user);
 
 }  // namespace twk::creation

@@ -53,7 +53,7 @@ void CreateNtAccount(CreationRun& run) {
   User user(run.CurrentUserObject);
   if (debug)
     log_details(run);
-  // First, because a text that is no date is to leave no account behind.
+  // First, because an invalid date must not leave an account behind.
   base::Trap no_day;
   if (!no_day([&] { stage_expiry(run, user); }))
     base::raise(no_day.number(), "Error setting account expiry: " + no_day.description());

@@ -12,13 +12,13 @@ std::string Get_Server_Name(std::string_view path);
 /// The share of a network path: "share" of "\\srv\share\a"; empty when the path names none.
 std::string Get_Share_Name(std::string_view path);
 
-/// Works out where the home and profile directories are and what the account says of them, from the
+/// Determines where the home and profile directories are and what the account says about them, from the
 /// template's paths. A drive-letter path is reached through the server's administrative share of that drive,
 /// or through the template's share point.
 void ResolvePaths(CreationRun& run);
 
-/// Makes the home directory, then the profile directory, one level each. For one that exists a question
-/// decides; No ends the run. Raises what making a directory raises.
+/// Makes the home directory, then the profile directory, one level each. If one exists, a question decides;
+/// No ends the run. Raises a failure to make a directory.
 Step CreateDirectories(CreationRun& run);
 
 }  // namespace twk::creation

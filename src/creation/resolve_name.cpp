@@ -16,7 +16,7 @@ namespace {
 
 using session::Session;
 
-/// No way out of a taken name.
+/// There is no alternative to a taken name.
 Step refuse_taken_name(CreationRun& run) {
   Session& session = run.session;
   session::ImportState& state = session.import;
@@ -36,7 +36,7 @@ Step refuse_taken_name(CreationRun& run) {
   return Step::kEnd;
 }
 
-/// Begins again under a name formed anew; a format that gives the same name again is no way out.
+/// Starts again with a newly formed name; a format that yields the same name again does not help.
 Step try_again(CreationRun& run, const std::string& format) {
   Session& session = run.session;
   const NewUserRequest& request = run.request;
@@ -74,7 +74,7 @@ const controls::ListRow* find_row(const controls::ListView& rows, std::string_vi
   return nullptr;
 }
 
-/// The account name that a directory row gives, once all its tags have values.
+/// The account name from a directory row, once all its tags have values.
 void take_name_of_row(CreationRun& run) {
   const controls::ListRow* const row = find_row(run.session.form1.ListView7, "SAMACCOUNTNAME");
   if (row == nullptr)

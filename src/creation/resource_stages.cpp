@@ -22,12 +22,12 @@ namespace {
 
 using resources::ShareResult;
 
-/// A share that the template asks for, and what became of it.
+/// A share that the template requests, and the outcome.
 struct UserShare {
   std::string name;
   std::string path;
   std::string remark;
-  std::string security_fault;  ///< what the log says when it has not the table's list
+  std::string security_fault;  ///< what the log says when it does not have the table's list
   ShareResult result = ShareResult::kMade;
 };
 
@@ -52,7 +52,7 @@ bool any(const std::vector<UserShare>& shares, ShareResult result) {
                      [result](const UserShare& share) { return share.result == result; });
 }
 
-/// True for a table without a row; one that cannot be read has told so itself.
+/// True for a table without a row; one that cannot be read has already been reported.
 bool has_no_permissions(session::Session& session) {
   bool none = false;
   base::Trap unreadable;
@@ -60,7 +60,7 @@ bool has_no_permissions(session::Session& session) {
   return none;
 }
 
-/// "Security Failed for " each directory that was not done.
+/// "Security Failed for " each directory that failed.
 bool permissions_set(CreationRun& run, const std::string& local, const std::string& reachable) {
   if (local.empty() ||
       resources::Set_Permissions(run.session, run.PdcName, reachable, run.SamName, run.RunWarning))

@@ -14,7 +14,7 @@ class clsShell {
   explicit clsShell(platform::Process& process) : process_(process) {}
 
   /// Runs a command, word by word; with `wait` until it has ended, without a time limit. Window style 0 hides
-  /// it, 1 shows it. A runtime failure counts as a program that could not be started.
+  /// it, 1 shows it. A runtime failure counts as a failure to start the program.
   platform::ProgramResult Spawn(const std::vector<std::string>& words, bool wait,
                                 std::int16_t window_style) const;
 

@@ -26,7 +26,7 @@ void clear_lights(Form1& form) {
   }
 }
 
-/// The reason against the selection; empty when it will do.
+/// What is wrong with the selection; empty when it is fine.
 std::string_view selection_fault(const CreationRun& run) {
   constexpr std::string_view kSelectUser =
       "You must select a User in the treeview to create this user\r\nor turn off the copy user function.";
@@ -76,7 +76,7 @@ void open_log(CreationRun& run) {
   log(run, "Template: " + std::string(base::trim(run.request.TemplateName)));
 }
 
-/// An account without its template or site would be a crippled one.
+/// An account without its template or site would be incomplete.
 void load_records(CreationRun& run) {
   try {
     stores::require_template(run.session, run.request.TemplateName);

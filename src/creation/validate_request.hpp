@@ -4,16 +4,16 @@
 
 namespace twk::creation {
 
-/// Checks what was asked before anything is done, loads template and site, forms the account name and opens
-/// "Log.txt". A refusal tells its reason in a box, the status bar or the log, and ends the run.
+/// Checks the request before anything is done, loads template and site, forms the account name and opens
+/// "Log.txt". A refusal shows its reason in a box, the status bar or the log, and ends the run.
 Step ValidateRequest(CreationRun& run);
 
-/// Whether the account name is taken, and what to do then: another format, the next serial number, or the
-/// end. Locks the main window when the run goes on.
+/// Checks whether the account name is taken, and what to do then: another format, the next serial number, or
+/// the end. Locks the main window when the run goes on.
 Step ResolveCollision(CreationRun& run);
 
-/// In Active Directory, when common name and account name may differ: the account name from the directory
-/// rows. Refuses one that no domain takes before anything is made for it.
+/// In Active Directory, when common name and account name may differ: takes the account name from the
+/// directory rows. Refuses a name that no domain accepts before anything is made for it.
 Step ResolveSamName(CreationRun& run);
 
 }  // namespace twk::creation

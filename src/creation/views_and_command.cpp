@@ -46,7 +46,7 @@ void add_to_tree(CreationRun& run, std::string_view parent, const std::string& k
   });
 }
 
-/// False for a container whose users were not read yet: they come with its first expansion.
+/// False for a container whose users have not been read yet: its first expansion reads them.
 bool container_is_read(const CreationRun& run) {
   controls::TreeView& tree = run.session.form1.TreeView1;
   const controls::TreeNode* const selected = tree.selected();

@@ -20,9 +20,9 @@ using session::Session;
 
 constexpr std::string_view kPrincipalName = "userPrincipalName";
 
-/// The particulars of a person: a directory keeps these on a new account just as on one that stands. Of
-/// others that is not known; some that only the server may change ("whenCreated", "isDeleted") are passed
-/// over in silence on a new account, where a change of them is refused.
+/// Personal details: a directory stores these on a new account just as on an existing one. For others that is
+/// not certain; some that only the server may change ("whenCreated", "isDeleted") are silently ignored on a
+/// new account, while a change of them is refused.
 constexpr std::array<std::string_view, 42> kParticulars = {"userPrincipalName",
                                                            "displayName",
                                                            "givenName",
@@ -66,8 +66,8 @@ constexpr std::array<std::string_view, 42> kParticulars = {"userPrincipalName",
                                                            "wWWHomePage",
                                                            "url"};
 
-/// Writes those that are not written yet; gives why that was refused. What a refused write leaves staged
-/// would spoil the next one, so the account is bound again then.
+/// Writes those that are not yet written; returns why that was refused. Values left staged by a refused
+/// write would spoil the next one, so the account is then bound again.
 std::optional<std::string> refusal(CreationRun& run, std::span<const DirectoryProperty> properties) {
   base::Trap trap;
   if (trap([&] {
@@ -96,8 +96,8 @@ void tell(CreationRun& run, const DirectoryProperty& property, const std::option
   log(run, "Setting " + what);
 }
 
-/// All in one request, which costs a server little more than one of them. When that is refused, each goes on
-/// its own, so that a bad one leaves the others in place.
+/// All in one request, which costs a server little more than a single one. When that is refused, each is
+/// written separately, so that a bad one leaves the others in place.
 void write_all(CreationRun& run, std::vector<DirectoryProperty>& properties) {
   const auto waiting =
       std::count_if(properties.begin(), properties.end(), [](const auto& one) { return !one.is_written; });
@@ -107,7 +107,7 @@ void write_all(CreationRun& run, std::vector<DirectoryProperty>& properties) {
   properties.clear();
 }
 
-/// Asks for a value, where somebody is there to answer.
+/// Asks for a value, if someone is there to answer.
 void ask_for_value(CreationRun& run, const std::string& attribute) {
   Session& session = run.session;
   if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
@@ -144,7 +144,7 @@ std::optional<DirectoryProperty> property_of(CreationRun& run, const controls::L
   return DirectoryProperty{row.text, std::move(value)};
 }
 
-/// A "%" of the user's own names would count as a variable without a value, in silence.
+/// A "%" in the user's own names would silently count as a variable without a value.
 void warn_of_percent_sign(CreationRun& run, const controls::ListRow& row) {
   const NewUserRequest& names = run.request;
   const auto holds = [](const std::string& text) { return text.find('%') != base::npos; };
@@ -178,14 +178,14 @@ bool is_particular(std::string_view name) {
                      [&](std::string_view one) { return base::equals_fold(one, attribute); });
 }
 
-/// The account's own fields come first, and rows are written over them.
+/// The account's own fields come first, and rows overwrite them.
 bool is_staged(CreationRun& run, std::string_view attribute) {
   base::Trap trap;
   trap([&] { static_cast<void>(run.CurrentUserObject->Get(attribute)); });
   return trap.number() != platform::ads_error::kPropertyNotFound;
 }
 
-/// How many rows there are for an attribute: the last one holds, so their order counts.
+/// How many rows there are for an attribute: the last one wins, so their order matters.
 std::unordered_map<std::string, int> rows_by_attribute(const controls::ListView& rows) {
   std::unordered_map<std::string, int> count;
   for (std::size_t i = 0; i < rows.size(); ++i) {

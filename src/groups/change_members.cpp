@@ -19,10 +19,10 @@ using controls::ListRow;
 using controls::ListView;
 using session::Session;
 
-/// After so many boxes about one run the status bar tells the rest.
+/// After this many boxes in one run, the status bar reports the rest.
 constexpr std::size_t kMostBoxes = 10;
 
-/// Binds the chosen group and does what the change needs besides. False when that failed, which a box told.
+/// Binds the chosen group and prepares the change. False when that failed, which a box reported.
 bool bind_chosen(Session& session, const char* failure, const std::function<void()>& bind) {
   base::Trap trap;
   trap(bind);
@@ -48,7 +48,7 @@ void tell_outcome(Session& session, const std::string& group) {
   window.StatusBar1.panel1 = text;
 }
 
-/// Changes the selected rows from the last to the first and moves those for which `change` gives no reason
+/// Changes the selected rows from the last to the first and moves those for which `change` returns no reason
 /// against it.
 void change_selected(Session& session, const std::string& group, ListView& from, ListView& to,
                      const std::function<std::string(const ListRow& row)>& change) {
@@ -75,7 +75,7 @@ void change_selected(Session& session, const std::string& group, ListView& from,
   enable_buttons(session);
 }
 
-/// A reason against it when the group is the user's primary one.
+/// Why not, when the group is the user's primary one.
 std::string check_primary_group(Session& session, const ListRow& row, const std::string& group,
                                 std::int32_t group_id) {
   const std::int32_t primary = session.platform.directory.GetObject(row.key)->Get("PrimaryGroupID").integer();

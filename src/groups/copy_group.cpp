@@ -17,7 +17,7 @@ using platform::ObjectPtr;
 using session::frmCopy_Group;
 using session::Session;
 
-/// What came of one user.
+/// The outcome for one user.
 struct Outcome {
   std::string_view words;
   std::string_view light;
@@ -27,8 +27,8 @@ constexpr Outcome kAdded = {" Added user.", session::kGreen};
 constexpr Outcome kIsMember = {" User already a member.", session::kYellow};
 constexpr Outcome kRefused = {" Error adding user.", session::kRed};
 
-/// The words for a runtime error number, 0 for none. A WinNT group tells of a member by another number than
-/// a group of Active Directory does.
+/// The words for a runtime error number, 0 for none. A WinNT group reports an existing member with a
+/// different number than a group of Active Directory.
 Outcome outcome_of(const Session& session, std::uint32_t number) {
   if (number == 0)
     return kAdded;
@@ -37,7 +37,7 @@ Outcome outcome_of(const Session& session, std::uint32_t number) {
   return number == is_member ? kIsMember : kRefused;
 }
 
-/// What a copy that runs keeps from being pressed, for a scope.
+/// Disables, for a scope, what must not be pressed during a copy.
 class Run {
  public:
   explicit Run(frmCopy_Group& window) : window_(window) {

@@ -39,7 +39,7 @@ bool Groupsfrm_Delete_Group_Click(Session& session) {
     return false;
   }
   give_members_back(session);
-  // The details tab gives its groups back first, so that this one is then in no list.
+  // The details tab first returns its groups, so that this one is then in no list.
   directory::Clear_UM(session);
   remove_group_rows(session, key);
   window.StatusBar1.panel1 = "Deleted group " + text;

@@ -18,7 +18,7 @@ namespace {
 using platform::ObjectPtr;
 using session::Session;
 
-/// Most characters that the name of a group of a WinNT domain has.
+/// The maximum length of a group's name in a WinNT domain.
 constexpr std::size_t kLongestNtName = 20;
 constexpr const char* kGlobalOfNt = "Global";
 
@@ -50,7 +50,7 @@ void tell_error(Session& session, const std::string& description) {
                                   platform::Icon::kExclamation, "");
 }
 
-/// Runs what makes the group. False when it failed, which a box told.
+/// Runs what makes the group. False when it failed, which a box reported.
 template <typename Make>
 bool make(Session& session, std::string_view name, std::string_view description, Make make_it) {
   const auto refused = [&session](std::string_view text, const std::optional<std::string>& character) {
@@ -73,7 +73,7 @@ bool make(Session& session, std::string_view name, std::string_view description,
   return true;
 }
 
-/// The distinguished name of what the group is made in.
+/// The distinguished name of the container for the group.
 std::string container_name(Session& session) {
   const controls::TreeNode* const first = session.form1.TreeView1.first();
   if (first == nullptr)

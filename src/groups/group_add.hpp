@@ -7,11 +7,11 @@ struct Session;
 /// The window `GroupAdd`, which makes one group and puts it into the lists of the program.
 namespace twk::groups {
 
-/// Empties the fields, chooses a global security group, and lets only what this kind of domain has be chosen:
-/// a WinNT domain global groups, a mixed one no universal groups.
+/// Empties the fields, chooses a global security group, and offers only what this kind of domain has: only
+/// global groups in a WinNT domain, no universal groups in a mixed one.
 void GroupAdd_Form_Load(session::Session& session);
 /// True when the group was made: in the domain, or in an Active Directory domain in the managed OU or in
-/// "CN=Users". A blank name does nothing; what is refused is told in a box.
+/// "CN=Users". A blank name does nothing; a refusal is reported in a box.
 bool GroupAdd_OKButton_Click(session::Session& session);
 
 /// Asks for the name of a new global group of a WinNT domain and makes it.

@@ -53,7 +53,7 @@ void enable_buttons(Session& session) {
 void add_group_rows(Session& session, const std::string& key, const std::string& name,
                     const std::string& type, bool global) {
   const auto add = [&](ListView& list, std::vector<std::string> columns = {}) {
-    // A list that has the group already shows it as it is.
+    // A list that already has the group shows it correctly.
     base::Trap trap;
     trap([&] { list.add(key, name, "W2KGRP", std::move(columns)); });
   };

@@ -11,22 +11,22 @@ namespace twk::session {
 struct Session;
 }
 
-/// What the windows around groups have in common.
+/// What the windows around groups share.
 namespace twk::groups {
 
-/// Binds the group of a row of `Groupsfrm.ListView1`: by its name in a WinNT domain, else by its key.
+/// Binds the group of a row of `Groupsfrm.ListView1`: by its name in a WinNT domain, otherwise by its key.
 platform::ObjectPtr bind_group(session::Session& session, const controls::ListRow& row);
-/// The path of a user's row, as a group's `Add` and `Remove` take it.
+/// The path of a user's row, as required by a group's `Add` and `Remove`.
 std::string member_path(const session::Session& session, const controls::ListRow& row);
-/// True for a user among a group's members, which may also be groups, contacts and computers.
+/// True for a user; a group's members may also be groups, contacts and computers.
 bool is_user(const platform::DirectoryObject& member);
 
 /// Moves all rows of `Members` back to `NotMembers`: no group is shown.
 void give_members_back(session::Session& session);
-/// Lets those buttons of `Groupsfrm` be pressed that have something to work on.
+/// Enables the buttons of `Groupsfrm` that have something to work on.
 void enable_buttons(session::Session& session);
 
-/// The group's row in each list of the program that shows groups, when it was made and when it is gone.
+/// Adds or removes the group's row in each list of the program that shows groups.
 void add_group_rows(session::Session& session, const std::string& key, const std::string& name,
                     const std::string& type, bool global);
 void remove_group_rows(session::Session& session, const std::string& key);

@@ -22,7 +22,7 @@ void Groupsfrm_Show(Session& session) {
 void Groupsfrm_Form_Load(Session& session) {
   session::Groupsfrm& window = session.groups;
   window.Decsription_Text.locked = true;
-  // Users of a WinNT domain are all there from its load on.
+  // All users of a WinNT domain are read when it is loaded.
   window.btn_showGrpusers.visible = session::is_active_directory(session);
   window.StatusBar1.panel1 = std::string();
   window.StatusBar1.panel2 = std::string();
@@ -86,7 +86,7 @@ void Groupsfrm_Add_Group_Click(Session& session) {
 void Groupsfrm_COPY_GRP_Click(Session& session) {
   frmCopy_Group_Form_Load(session);
   session.platform.dialogs.show_modal("frmCopy_Group");
-  // The members that are shown may have become more.
+  // There may now be more members to show.
   if (!session.groups.ShownGroup.get().empty())
     Groupsfrm_Group_Details_Click(session);
 }
@@ -94,7 +94,7 @@ void Groupsfrm_COPY_GRP_Click(Session& session) {
 void Groupsfrm_btn_showGrpusers_Click(Session& session) {
   const bool shown = !session.groups.ShownGroup.get().empty();
   directory::btn_showGrpusers_Click(session);
-  // The users that were read are in one list again.
+  // All users that were read are in one list again.
   if (shown && session.groups.Members.empty())
     Groupsfrm_Group_Details_Click(session);
   else

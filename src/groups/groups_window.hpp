@@ -6,31 +6,31 @@ namespace twk::session {
 struct Session;
 }
 
-/// The window `Groupsfrm`: every group of the domain, and the members of the one that is shown. It is hidden
-/// when it is closed, so that its lists stay; the main window is locked meanwhile.
+/// The window `Groupsfrm`: every group of the domain, and the members of the one shown. Closing only hides
+/// it, so that its lists stay; the main window is locked meanwhile.
 namespace twk::groups {
 
 /// The entry "Groups" of the options menu and the toolbar.
 void Groupsfrm_Show(session::Session& session);
-/// What stands in the window when it is shown for the first time.
+/// The contents of the window when it is first shown.
 void Groupsfrm_Form_Load(session::Session& session);
-/// Gives the members back and lets the main window be used again.
+/// Returns the members and unlocks the main window.
 void Groupsfrm_ExitButton_Click(session::Session& session);
 
 /// Shows the chosen group: its comment in `Decsription_Text`, its users in `Members`, those by primary group
 /// among them, and their number in panel 1. Other members and users without a row are left out and not
-/// counted. A group that cannot be read leaves `Members` empty, and panel 1 tells why.
+/// counted. A group that cannot be read leaves `Members` empty, and panel 1 says why.
 void Groupsfrm_Group_Details_Click(session::Session& session);
 void Groupsfrm_ListView1_DblClick(session::Session& session);
-/// Another group was chosen: the members of the one before are given back.
+/// Another group was chosen: the members of the previous one are returned.
 void Groupsfrm_ListView1_Click(session::Session& session);
-/// Sorts by a column, counted from 0; the same head again turns the order round.
+/// Sorts by a column, counted from 0; clicking the same heading again reverses the order.
 void Groupsfrm_ListView1_ColumnClick(session::Session& session, int column);
 
-/// Put the selected users of `NotMembers` into the chosen group, and those of `Members` out of it, from the
-/// last row to the first. A group that cannot be bound is told in a box. A user who is refused keeps row and
+/// Add the selected users of `NotMembers` to the chosen group, and remove those of `Members` from it, from
+/// the last row to the first. A group that cannot be bound is reported in a box. A refused user keeps row and
 /// selection; `refused` holds the reasons, and panel 1 the first of them. A user's primary group cannot be
-/// left, which a box tells. Do nothing without a chosen group.
+/// left, as a box reports. Do nothing without a chosen group.
 void Groupsfrm_Command2_Click(session::Session& session);
 void Groupsfrm_Command1_Click(session::Session& session);
 /// A user was selected in one of the lists, which deselects the other.
@@ -38,14 +38,14 @@ void Groupsfrm_Members_Click(session::Session& session);
 void Groupsfrm_NotMembers_Click(session::Session& session);
 void Groupsfrm_Members_DblClick(session::Session& session);
 
-/// Asks, and deletes the chosen group. True when it is gone; a failure is told in a box.
+/// Asks, and deletes the chosen group. True when it is gone; a failure is reported in a box.
 bool Groupsfrm_Delete_Group_Click(session::Session& session);
 
 /// Opens `GroupAdd`; in a WinNT domain asks for the name of a new global group and makes it.
 void Groupsfrm_Add_Group_Click(session::Session& session);
 /// Opens `frmCopy_Group`.
 void Groupsfrm_COPY_GRP_Click(session::Session& session);
-/// "Show all users": reads them after a question; a group that is shown is shown again.
+/// "Show all users": reads them after a question, then shows the current group again.
 void Groupsfrm_btn_showGrpusers_Click(session::Session& session);
 
 }  // namespace twk::groups

@@ -22,7 +22,7 @@ using session::Session;
 
 constexpr std::string_view kCatalogue = "GC://";
 
-/// Rows of `NotMembers` that are to move, each once.
+/// The rows of `NotMembers` to move, each once.
 class FoundRows {
  public:
   explicit FoundRows(Session& session) : session_(session) {}
@@ -52,8 +52,8 @@ class FoundRows {
   std::unordered_set<const ListRow*> known_;
 };
 
-/// A user's primary group is an attribute of the user and not among the group's own members. The keys of
-/// those who have a row.
+/// The keys of users whose primary group this is and who have a row: that membership is an attribute of
+/// the user, not of the group.
 std::vector<std::string> take_by_primary_group(Session& session, FoundRows& found) {
   platform::QueryOptions options;
   options.page_size = 1000;

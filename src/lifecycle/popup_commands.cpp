@@ -32,7 +32,7 @@ bool beep_and_show(Session& session, const std::string& text) {
   return false;
 }
 
-/// An account of the tree, and the profile that it has.
+/// An account of the tree, and its profile.
 struct AccountProfile {
   std::string account;
   std::string path;
@@ -75,7 +75,7 @@ std::string profile_folder(const Session& session, const controls::TreeNode& nod
   return platform::unescape_dn_value(std::string_view(node.key).substr(start + 3, end - start - 3));
 }
 
-/// Empty when it cannot be read, which makes the account nobody's.
+/// Empty when it cannot be read; no folder then counts as the account's.
 std::string account_name(Session& session, const controls::TreeNode& node) {
   if (!session::is_active_directory(session))
     return node.text;
@@ -85,13 +85,13 @@ std::string account_name(Session& session, const controls::TreeNode& node) {
   return name;
 }
 
-/// Part of a path that names one folder and nothing else.
+/// A part of a path that names exactly one folder.
 bool is_one_name(std::string_view name) {
   return name.find_first_not_of(" .") != base::npos && name.find_first_of("\\/:*?\"<>|") == base::npos &&
          !base::find_control_character(name);
 }
 
-/// The status bar tells how it ended.
+/// The status bar shows how it ended.
 bool delete_folder(Session& session, const AccountProfile& profile, const std::string& done) {
   const std::string& path = profile.path;
   const KnownFolders known(session);

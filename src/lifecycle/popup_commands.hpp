@@ -9,17 +9,17 @@ namespace twk::session {
 struct Session;
 }
 
-/// The entries of the tree's popup that act on one user at once. What came of them stands in the status bar.
+/// The entries of the tree's popup that act on one user at once. The status bar shows the outcome.
 namespace twk::lifecycle {
 
 /// Sets the default password, to be changed at the next logon; asks first when `Confirm_Resets` is ticked.
 /// True when it was set.
 bool Reset_Password(session::Session& session, const controls::TreeNode& node);
 
-/// Opens the window that renames the user, of the kind that the domain has.
+/// Opens the window that renames the user, for the kind of domain.
 void Rename_User(session::Session& session);
 
-/// Deletes the folder that the account has as its profile path. True when it is gone.
+/// Deletes the folder of the account's profile path. True when it is gone.
 bool Delete_Server_Profile(session::Session& session, const controls::TreeNode& node);
 
 /// Asks for the workstation in `WKS_PROFILE` and deletes the user's profile there. True when it is gone.

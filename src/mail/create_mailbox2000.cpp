@@ -16,7 +16,7 @@ using session::Session;
 
 constexpr std::int32_t kMailboxEnabled = 2;
 
-/// The mail domain is headed by "@"; one that stands in the row already is not put twice.
+/// The mail domain begins with "@"; an "@" that the row already has is not repeated.
 std::string expand(Session& session, const MailboxOwner& owner, std::string value) {
   const std::string domain = "@" + session.DomainName;
   return format::Filling(session, std::move(value))
@@ -28,7 +28,7 @@ std::string expand(Session& session, const MailboxOwner& owner, std::string valu
       .take();
 }
 
-/// What is to be written; empty for nothing.
+/// What to write; empty for nothing.
 std::string value_to_write(Session& session, const MailboxOwner& owner, const controls::ListRow& row) {
   const std::string value = value_of(row);
   if (base::equals_fold(value, "PROMPT"))
@@ -37,7 +37,7 @@ std::string value_to_write(Session& session, const MailboxOwner& owner, const co
   return expanded.find('%') == base::npos ? expanded : std::string();
 }
 
-/// What a refused call leaves staged would spoil the next one.
+/// Values left staged by a refused call would spoil the next one.
 void bind_anew(Session& session, ObjectPtr& user) {
   if (user == nullptr)
     return;

@@ -9,14 +9,14 @@
 namespace twk::mail {
 
 /// The distinguished name of what is below the server's information store: of a store when `mailboxStore` is
-/// given, else of the storage group, else of the information store itself. Always in the first
+/// given, otherwise of the storage group, otherwise of the information store itself. Always in the first
 /// administrative group.
 std::string store_path(std::string_view exOrg, std::string_view exServer, std::string_view storageGroup,
                        std::string_view mailboxStore, std::string_view domainDn);
 
-/// Gives the user a mailbox in the store of the owner's place (`Site` is the storage group) and writes the
-/// rows of `ListView7` that are of kind "MAIL". True once there is a mailbox; a row that is refused raises
-/// `MailWarning`. `user` may be bound anew. With "/DEBUG" a failure raises.
+/// Makes a mailbox for the user in the store of the owner's place (`Site` is the storage group) and writes
+/// the rows of `ListView7` that are of kind "MAIL". True once there is a mailbox; a refused row sets
+/// `MailWarning`. `user` may be bound again. With "/DEBUG" a failure raises.
 bool CreateMailbox2000(session::Session& session, platform::ObjectPtr& user, const MailboxOwner& owner,
                        std::string_view mailboxStore, std::string_view domainDn);
 

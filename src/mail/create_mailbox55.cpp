@@ -21,7 +21,7 @@ using session::Session;
 constexpr const char* kMailboxClass = "OrganizationalPerson";
 constexpr const char* kRecipientClass = "Remote-Address";
 
-/// One mailbox in the making.
+/// One mailbox being made.
 struct Work {
   Session& session;
   const Mailbox55& request;
@@ -41,7 +41,7 @@ struct Work {
   }
 };
 
-/// A line break parts lines of the log.
+/// A line break separates lines of the log.
 void tell_lines(Session& session, std::string_view text) {
   for (std::size_t end = text.find("\r\n"); end != base::npos; end = text.find("\r\n")) {
     session.log.reason(text.substr(0, end));
@@ -143,7 +143,8 @@ void join_list(Work& work, const std::string& list) {
       mailbox_path(work.owner().place, work.owner().SamName, work.rows.Container));
 }
 
-/// A refused row warns. What it leaves staged would spoil the next one, so the mailbox is bound anew then.
+/// A refused row warns. Values that it leaves staged would spoil the next one, so the mailbox is then bound
+/// again.
 void write_row(Work& work, const controls::ListRow& row) {
   const std::string value = attribute_row(work.session, work.owner(), row);
   if (value.empty() || has_variable(value))

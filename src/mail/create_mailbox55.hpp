@@ -8,8 +8,8 @@ namespace twk::mail {
 
 /// What a mailbox is made of.
 struct Mailbox55 {
-  bool CustomRecipient = false;  ///< an address elsewhere in place of a mailbox
-  std::string LookupServer;      ///< where accounts are looked up; empty for the default controller
+  bool CustomRecipient = false;  ///< an address elsewhere instead of a mailbox
+  std::string LookupServer;      ///< where to look up accounts; empty for the default controller
   std::string Domain;            ///< NetBIOS name
   std::string AdminName;
   std::string AdminPassword;
@@ -17,9 +17,9 @@ struct Mailbox55 {
   MailboxOwner owner;
 };
 
-/// Makes a mailbox in the Exchange 5.5 directory of the owner's place, ties it to the account and writes the
-/// rows of `ListView8`. True once the mailbox is complete but for the rows; a row that is refused raises
-/// `MailWarning`. A failure before that beeps and is told in the log; what was made until then stays.
+/// Makes a mailbox in the Exchange 5.5 directory of the owner's place, links it to the account and writes the
+/// rows of `ListView8`. True once the mailbox is complete except for the rows; a refused row sets
+/// `MailWarning`. A failure before that beeps and is logged; what was made until then stays.
 bool CreateMailbox55(session::Session& session, const Mailbox55& request);
 
 }  // namespace twk::mail

@@ -23,7 +23,7 @@ using platform::Icon;
 using platform::ObjectPtr;
 using session::Session;
 
-/// What a mailbox is made of on its user.
+/// The attributes that make up a mailbox on its user.
 constexpr std::array kMailboxAttributes = {"homeMDB",           "homeMTA",      "msExchHomeServerName",
                                            "msExchMailboxGuid", "mailNickname", "legacyExchangeDN",
                                            "proxyAddresses",    "mail",         "msExchUserAccountControl"};
@@ -49,7 +49,7 @@ bool has_value(platform::DirectoryObject& object, std::string_view attribute) {
   return absent([&] { static_cast<void>(object.Get(attribute)); });
 }
 
-/// "There is no mailbox called "jo" in Head Office on EX55.", or which ones there are.
+/// "There is no mailbox called "jo" in Head Office on EX55.", or which ones exist.
 std::string found_text(const MailboxDeletion& request, const std::vector<std::string>& paths) {
   const std::string named =
       " called \"" + request.SamName + "\" in " + request.place.Site + " on " + request.place.Server;
@@ -88,7 +88,7 @@ Recipient with_path(Session& session, const MailboxDeletion& request) {
   return selected_recipient(session);
 }
 
-/// The one in the container of the mail table; refused when that would leave one in another container behind.
+/// The one in the container of the mail table; refused when that would leave one behind in another container.
 Recipient in_container(Session& session, const MailboxDeletion& request, const std::string& container) {
   Recipient mailbox{container_path(session, request.place, container), request.SamName,
                     request.CustomRecipient};
@@ -125,7 +125,7 @@ Recipient chosen(Session& session, const MailboxDeletion& request, bool for_vari
 
 void log_failure(Session& session, const base::RuntimeError& failure) {
   session.log.line("Error Number: " + hex_number(failure.number()));
-  // A mailbox that is not decided says itself what to do.
+  // An undecided mailbox's message itself says what to do.
   const bool undecided = failure.number() == platform::ads_error::kNoSuchObject;
   session.log.reason(undecided ? failure.description() : base::in_words(failure));
 }

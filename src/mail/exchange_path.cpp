@@ -13,7 +13,7 @@ namespace {
 using platform::escape_dn_value;
 using session::Session;
 
-/// A slash parts the names of a path.
+/// A slash separates the names of a path.
 std::string escape_slashes(std::string_view name) {
   std::string out;
   for (std::size_t i = 0; i < name.size(); ++i) {
@@ -26,7 +26,7 @@ std::string escape_slashes(std::string_view name) {
   return out;
 }
 
-/// True for several names with commas between them, the first without its type.
+/// True for several comma-separated names, the first without its type.
 bool is_nested_name(std::string_view text) {
   bool nested = false;
   std::size_t from = 0;

@@ -9,26 +9,26 @@ namespace twk::session {
 struct Session;
 }
 
-/// Names and paths of an Exchange 5.5 directory. What they are made of is escaped.
+/// Names and paths of an Exchange 5.5 directory. Their parts are escaped.
 namespace twk::mail {
 
-/// Where mailboxes are, as the fields of a site name it.
+/// Where mailboxes are, from the fields of a site.
 struct ExchangePlace {
   std::string Server;
   std::string Site;
   std::string Org;
 };
 
-/// The container of the rows as it stands in a name: a leading "CN=" is dropped. "Sales,CN=Recipients" stays
-/// the name of a container inside another one; all else is one name, whatever it holds.
+/// The container of the rows as part of a name: a leading "CN=" is dropped. "Sales,CN=Recipients" stays
+/// the name of a container inside another one; anything else is one name, whatever it contains.
 std::string container_name(std::string_view text);
 
-/// A name's value as it stands in a path.
+/// A name's value as part of a path.
 std::string escaped_name(std::string_view text);
 /// "CN=" and the name.
 std::string relative_name(std::string_view name);
 
-/// "LDAP://EX55:390/CN=Recipients,OU=London,O=Org"; `container` as `container_name` gave it.
+/// "LDAP://EX55:390/CN=Recipients,OU=London,O=Org"; `container` as from `container_name`.
 std::string container_path(const session::Session& session, const ExchangePlace& place,
                            std::string_view container);
 /// "LDAP://EX55/CN=jo,CN=Recipients,OU=London,O=Org", without the port.
@@ -36,8 +36,8 @@ std::string mailbox_path(const ExchangePlace& place, std::string_view name, std:
 /// "LDAP://EX55:390/O=Org/OU=London".
 std::string site_path(const session::Session& session, const ExchangePlace& place);
 
-/// Binds an object of the directory: with `Mail_Logon` ticked under the program's own logon, else with these
-/// credentials. Raises what the directory raises.
+/// Binds an object of the directory: with `Mail_Logon` ticked under the program's own logon, otherwise with
+/// these credentials. Raises what the directory raises.
 platform::ObjectPtr bind_exchange(session::Session& session, const std::string& path,
                                   std::string_view AdminName, std::string_view AdminPassword);
 

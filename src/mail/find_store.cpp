@@ -46,7 +46,7 @@ std::string place(const Session& session, std::string_view organisation, std::st
                     directory::domain_distinguished_name(session.DomainName));
 }
 
-/// The organisation that was typed, or all there are.
+/// The organisation that was typed, or all of them.
 std::vector<std::string> organisations(Session& session) {
   const std::string typed(base::trim(session.form1.EXorg.text.get()));
   if (!typed.empty())

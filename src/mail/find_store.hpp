@@ -8,9 +8,9 @@ struct Session;
 namespace twk::mail {
 
 /// Fills `EXSite` with the storage groups of the server in `EXSERVER` and `Mail_Store` with the stores of the
-/// first one, and chooses the first of each. An organisation that was not typed is looked for. Active
-/// Directory only; what is missing, and a server that is not found, is told in a box. Nothing happens to the
-/// fields of a site that is not being edited.
+/// first one, and chooses the first of each. An organisation that was not typed is searched for. Active
+/// Directory only; missing input, and a server that is not found, are reported in a box. The fields of a site
+/// that is not being edited stay.
 void Find_Store_Click(session::Session& session);
 
 /// Fills `Mail_Store` with the stores of the storage group that was chosen from the list; a name that is not

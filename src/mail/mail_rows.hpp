@@ -13,7 +13,7 @@ namespace twk::session {
 struct Session;
 }
 
-/// The rows of the mail table, `ListView8`, as the mailbox of one person takes them.
+/// The rows of the mail table, `ListView8`, for the mailbox of one person.
 namespace twk::mail {
 
 /// Whose mailbox it is, and where.
@@ -25,7 +25,7 @@ struct MailboxOwner {
   ExchangePlace place;
 };
 
-/// What a row asks for.
+/// The attribute of a row.
 enum class RowUse { kTargetAddress, kOtherMailbox, kContainer, kCountry, kMemberOf, kAttribute };
 RowUse use_of(const controls::ListRow& row);
 /// The row's second column.
@@ -35,21 +35,21 @@ std::string value_of(const controls::ListRow& row);
 struct LeadingRows {
   std::string TargetAddress;
   std::vector<std::string> OtherMailbox;
-  std::string Container;  ///< as `container_name` gives it; empty without a row
+  std::string Container;  ///< as from `container_name`; empty without a row
 };
-/// Reads them. `address` stands when no row names one.
+/// Reads them. `address` counts when no row names one.
 LeadingRows read_leading_rows(session::Session& session, const MailboxOwner& owner, std::string address);
 
-/// The value of the "CONTAINER" row with the template's variables filled in; the last one's of several.
+/// The value of the "CONTAINER" row with the template's variables filled in; the last of several counts.
 std::string container_row(session::Session& session);
-/// True for a value in which a variable is left: a "%" past the first character.
+/// True for a value with an unresolved variable: a "%" past the first character.
 bool has_variable(std::string_view value);
 
-/// The value of an attribute row: asked for where it reads "PROMPT", its tags filled in. In the path of a
-/// distribution list what stands for a tag is escaped, so that it stays within its name.
+/// The value of an attribute row: a prompt if it reads "PROMPT", otherwise with its tags filled in. In the
+/// path of a distribution list, tag values are escaped, so that they stay within their names.
 std::string attribute_row(session::Session& session, const MailboxOwner& owner, const controls::ListRow& row);
 
-/// Asks for the value of an attribute, where somebody is there to answer; empty else.
+/// Asks for the value of an attribute if someone is there to answer; otherwise empty.
 std::string ask_for_value(session::Session& session, const std::string& attribute);
 
 }  // namespace twk::mail

@@ -24,7 +24,7 @@ void log_step(Session& session, std::string_view text) {
     session.log.line(text);
 }
 
-/// One call; its failure is raised anew under the call's own name.
+/// One call; its failure is raised again with the call's name.
 void run_step(Session& session, std::string_view caption, const std::string& failure,
               const std::function<void()>& call) {
   log_step(session, caption);
@@ -43,7 +43,7 @@ Sid require_sid(std::int32_t result, const base::Bytes& bytes) {
   return *sid;
 }
 
-/// The user's identifier; `server` becomes the one that knows it.
+/// The user's identifier; `server` becomes the one that knows the user.
 Sid find_owner(Session& session, std::string& server, std::string_view domain, std::string_view name) {
   base::Bytes bytes;
   log_step(session, "Get SID");

@@ -16,22 +16,22 @@ namespace twk::mail {
 inline constexpr const char* kRecipientClass = "Remote-Address";
 inline constexpr const char* kMailboxClass = "OrganizationalPerson";
 
-/// Which mailbox is to go.
+/// Which mailbox to delete.
 struct MailboxDeletion {
   bool CustomRecipient = false;
   std::string AdminName;
   std::string AdminPassword;
   std::string SamName;
   ExchangePlace place;
-  std::string path = {};  ///< of the mailbox, as the search gives it; empty for one whose container tells
+  std::string path = {};  ///< of the mailbox, from the search; empty if the container decides
 };
 
 /// A mailbox or custom recipient of an Exchange 5.5 directory.
 struct Recipient {
-  std::string container;  ///< path of what it lies in
+  std::string container;  ///< path of its container
   std::string name;
   bool CustomRecipient = false;
-  bool there = true;  ///< false for one that no container of the site has
+  bool there = true;  ///< false if no container of the site has it
 };
 /// "LDAP://EX55/CN=jo,CN=Recipients,OU=London,O=Org".
 std::string path_of(const Recipient& recipient);

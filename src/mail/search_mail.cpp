@@ -45,7 +45,7 @@ bool is_container(const ObjectPtr& object) {
   return base::equals_fold(object->Class(), "Container");
 }
 
-/// The containers that are still to be looked through, with their nodes.
+/// The containers that are still to be searched, with their nodes.
 using Pending = std::vector<std::pair<ObjectPtr, TreeNode*>>;
 
 void add_container(Serach_Mail& window, TreeNode& parent, const ObjectPtr& object, Pending& pending) {

@@ -6,30 +6,30 @@
 
 #include "mail/recipients.hpp"
 
-/// The window `Serach_Mail`: looks for a mailbox in all containers of an Exchange 5.5 site and lets the
-/// person choose the one that goes.
+/// The window `Serach_Mail`: searches all containers of an Exchange 5.5 site for a mailbox and lets the
+/// person choose the one to delete.
 namespace twk::mail {
 
-/// Opens the window on the request's place with its name searched for. True when a mailbox was chosen in it.
+/// Opens the window for the request and searches for its name. True when a mailbox was chosen in it.
 bool search_mailbox(session::Session& session, const MailboxDeletion& request);
 /// The same without showing it.
 void prepare_search(session::Session& session, const MailboxDeletion& request);
-/// The same without a box for a server that cannot be reached: raises what the directory raises. The paths
-/// of what was found.
+/// The same without a box for a server that cannot be reached: raises what the directory raises. Returns the
+/// paths found.
 std::vector<std::string> find_mailboxes(session::Session& session, const MailboxDeletion& request);
 
 /// Fills the window's tree with the site's containers and, below each, the mailboxes and custom recipients of
 /// that name, in any case. The window's title says how many there are. A server that cannot be reached is
-/// told in a box.
+/// reported in a box.
 void Find_Mail_User(session::Session& session, std::string_view name);
 
-/// The search for what stands in `Text1`, on the server in `Text2`.
+/// Searches for the text of `Text1` on the server in `Text2`.
 void search_again(session::Session& session);
 
-/// Marks the selected mailbox as the one that goes. False, and told in a box, when none is selected.
+/// Marks the selected mailbox as the one to delete. False, with a box, when none is selected.
 bool Delete_Mail(session::Session& session);
 
-/// What is selected, asked of the directory. Raises what the directory raises.
+/// The selected mailbox, read from the directory. Raises what the directory raises.
 Recipient selected_recipient(session::Session& session);
 
 }  // namespace twk::mail

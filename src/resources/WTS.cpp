@@ -21,13 +21,13 @@ using session::Session;
 
 constexpr std::size_t kStartProgramRow = 5;
 
-/// Whom the settings are for, and where they are written.
+/// The user whose settings they are, and where they are written.
 struct Target {
   std::string controller;
   std::string user;
 };
 
-/// Empty, and the person has been told, when the domain has no controller.
+/// Empty, after a message, when the domain has no controller.
 std::string controller_of(Session& session, std::string_view domain) {
   std::string name;
   base::Trap trap;
@@ -39,7 +39,7 @@ std::string controller_of(Session& session, std::string_view domain) {
   return name;
 }
 
-/// False when the controller refuses, which the log tells.
+/// False when the controller refuses, which is logged.
 bool send(Session& session, const Target& target, WtsConfigClass setting, const WtsConfigValue& value) {
   platform::Network& network = session.platform.network;
   base::Trap trap;
@@ -64,14 +64,14 @@ std::string row_value(Session& session, const controls::ListRow& row) {
       .take();
 }
 
-/// A row's value as its setting takes it.
+/// A row's value in the form of its setting.
 WtsConfigValue value_of_setting(const TerminalServerRow& row, const std::string& value) {
   if (!row.is_number())
     return value;
   return row.is_time() ? records::milliseconds_of(value) : records::number_of_switch(value);
 }
 
-/// The same for the row with this number, counted from 1, whose texts are those of the Template tab.
+/// The same for the row with this number, counted from 1, with the texts of the Template tab.
 WtsConfigValue value_to_send(std::size_t number, const std::string& value) {
   if (number == kStartProgramRow)
     return 1 - records::number_of_switch(value);
@@ -94,7 +94,7 @@ bool send_rows(Session& session, const Target& target) {
   return true;
 }
 
-/// `number` is that of a row, or the next one, which stands for the first row.
+/// `number` is a row's, or the next one, which means the first row.
 bool send_one(Session& session, const Target& target, std::size_t number) {
   const TerminalServerRow& row =
       kTerminalServerRows.at(number <= kTerminalServerRows.size() ? number - 1 : 0);

@@ -10,17 +10,17 @@ struct Session;
 /// A user's terminal-server settings, written on the domain controller.
 namespace twk::resources {
 
-/// Without `singleProperty` the rows of `ListView9` that have a value, from the first to the last or to one
-/// that is refused. Their variables are filled in, "%server%" by the site's server and "%UserName%" by the
-/// name on the New User tab. Row 5 asks to start a program where the setting says to let the person choose,
-/// so its number is turned round.
+/// Without `singleProperty` the rows of `ListView9` that have a value, from the first to the last or to the
+/// first refusal. Their variables are filled in, "%server%" by the site's server and "%UserName%" by the
+/// name on the New User tab. Row 5 asks whether to start a program, while the setting says whether the person
+/// may choose, so its number is inverted.
 ///
-/// With it the one setting `propertyNumber`, a row's number, by the text of the multi-user window's
-/// `AD_CHANGE`, "%UserName%" filled in by `userName`; 14 is the profile path, too. Here 5 is called by the
-/// setting's own name and is not turned round. Any other number sends nothing.
+/// With it only the setting `propertyNumber`, a row's number, from the text of the multi-user window's
+/// `AD_CHANGE`, with "%UserName%" filled in by `userName`; 14 is the profile path, too. Here 5 has the
+/// setting's own name and is not inverted. Any other number does nothing.
 ///
-/// False when something was not set. Nothing is raised. A domain without a controller shows a box; a setting
-/// that is refused beeps, leaves a line in the log and the reason in `Error_Log_Text`. The run's light and
+/// False when something was not set. Nothing is raised. A domain without a controller shows a box; a refused
+/// setting beeps, is logged, and leaves the reason in `Error_Log_Text`. The run's light and
 /// `RunWarning` stay.
 bool ApplyTerminalSettings(session::Session& session, std::string_view userName, std::string_view domain,
                            bool singleProperty, std::int16_t propertyNumber);

@@ -18,7 +18,7 @@ using format::FRString;
 using records::PermissionRecord;
 using session::Session;
 
-/// Row by row. A word that is no access word means what the row before it meant.
+/// Row by row. A word that is not an access word means the same as the row before.
 void set_rows(Session& session, std::string& server, const std::string& path, const std::string& userName,
               const std::vector<PermissionRecord>& rows, std::int16_t& RunWarning) {
   FilePermission permission;

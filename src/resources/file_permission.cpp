@@ -59,7 +59,7 @@ void report(Session& session, const std::string& what, const PermissionFailure& 
   debug_line(session, "Desc: " + failure.description());
 }
 
-/// Runs one call of the system; its failure bears the name of the step.
+/// Runs one call of the system; its failure has the name of the step.
 template <typename Call>
 auto at_step(const char* step, Call&& call) {
   try {
@@ -109,7 +109,7 @@ Accounts look_up(Session& session, std::string& server, const std::string& accou
   return {system, look_up_account(session, server, account)};
 }
 
-/// The descriptor in a buffer that grows as it must.
+/// The descriptor, in a buffer that grows as needed.
 SecurityDescriptor read_list(Session& session, const std::string& path) {
   for (std::size_t buffer = kFirstBuffer;; buffer *= 2) {
     try {
@@ -127,7 +127,7 @@ bool is_about_the_list(std::uint32_t number) {
          number == error::kInvalidAcl || number == error::kInvalidSid || number == error::kInvalidDescriptor;
 }
 
-/// Of the old list a replacement keeps what "System" has alone, and can do without it.
+/// A replacement keeps only the entries for "System" from the old list, and can do without it.
 std::optional<Acl> old_list(Session& session, const std::string& path, const FilePermission& permission) {
   try {
     return read_list(session, path).dacl;
@@ -150,7 +150,7 @@ Acl new_list(Session& session, const std::optional<Acl>& old, const Accounts& ac
   Acl list = at_step("InitializeAcl", [&] {
     if (!old)
       return Acl(kRoomForNewEntries);
-    // What a replacement drops makes room enough.
+    // What a replacement drops leaves enough room.
     const std::size_t wanted = old->size() + kRoomForNewEntries;
     return Acl(permission.replaceAll ? std::min(wanted, kLargestList) : wanted, old->revision());
   });

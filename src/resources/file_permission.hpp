@@ -17,7 +17,7 @@ namespace twk::resources {
 
 /// What an account gets. Any other number counts as full control.
 namespace access_mode {
-inline constexpr std::int32_t kStripOnly = 1;  ///< no entry: its old ones are dropped
+inline constexpr std::int32_t kStripOnly = 1;  ///< no entry: its old ones are removed
 inline constexpr std::int32_t kChange = 2;
 inline constexpr std::int32_t kFullControl = 3;
 inline constexpr std::int32_t kRead = 4;
@@ -26,15 +26,15 @@ inline constexpr std::int32_t kNoAccess = 5;
 
 /// The mode of "Full Control", "Change", "Read" or "No Access", exact in case; none for any other word.
 std::optional<std::int32_t> mode_of_access_word(std::string_view word);
-/// The rights that a word gives or takes; 0 for one that is none.
+/// The rights that a word grants or denies; 0 for any other word.
 std::uint32_t mask_of_access_word(std::string_view word);
-/// The word for an entry's type and mask; none for a mask that no word stands for.
+/// The word for an entry's type and mask; none for a mask without a word.
 std::optional<std::string_view> access_word(std::uint8_t ace_type, std::uint32_t mask);
 
 struct FilePermission {
   std::string account;
   std::int32_t mode = access_mode::kFullControl;
-  bool replaceAll = false;  ///< only what "System" has is kept of the old list
+  bool replaceAll = false;  ///< only entries for "System" are kept from the old list
   bool recurse = false;     ///< also owner, and the same list for everything below
   bool ownerOnly = false;   ///< the owner is written, the list stays as it is
 };
@@ -51,26 +51,26 @@ class PermissionFailure : public base::RuntimeError {
   std::string step_;
 };
 
-/// Gives an account access to `path`. Its old entries are dropped and two new ones put in front: one for the
-/// files that come into the folder, one for the folder and those below it. The account is looked up on
-/// `server`, then on the fall-back server, which `server` then is, before anything is changed. A replacement
-/// does without an old list that cannot be read. Raises `PermissionFailure`. What fails below the folder is
-/// passed over and counted.
+/// Gives an account access to `path`. Its old entries are removed and two new ones put first: one for files
+/// created in the folder, one for the folder and those below it. The account is looked up on `server`, then
+/// on the fallback server, which `server` then becomes, before anything is changed. A replacement does not
+/// need an old list that can be read. Raises `PermissionFailure`. Failures below the folder are skipped and
+/// counted.
 TreeOutcome write_file_permission(session::Session& session, std::string& server, const std::string& path,
                                   const FilePermission& permission);
 
-/// Makes an account the owner without a look at the list, which may be closed to everybody. Raises
+/// Makes an account the owner without reading the list, which may be closed to everyone. Raises
 /// `PermissionFailure`.
 void take_owner(session::Session& session, std::string& server, const std::string& path,
                 const std::string& account);
 
-/// The same for a tree that others have closed: "Administrators" take it over first, so that its list can be
-/// read. An account that nobody knows changes nothing.
+/// The same for a tree that others have closed: "Administrators" take ownership first, so that its list can
+/// be read. An unknown account changes nothing.
 TreeOutcome take_tree(session::Session& session, std::string& server, const std::string& path,
                       const std::string& account);
 
-/// `write_file_permission`, True when it came through to its end. The log tells why not; with "/DEBUG" also
-/// the steps, and of a failure the step, the number and the system's text.
+/// `write_file_permission`, True when it was completed. Otherwise the log says why; with "/DEBUG" it also has
+/// the steps, and for a failure the step, the number and the system's text.
 bool SetFilePermission(session::Session& session, std::string& server, const std::string& path,
                        const FilePermission& permission);
 

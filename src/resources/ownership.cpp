@@ -15,7 +15,7 @@ using platform::FileEntry;
 using platform::SecurityDescriptor;
 using session::Session;
 
-/// True when the call came through; else its number is shown behind `text`.
+/// True when the call succeeded; otherwise its number is shown after `text`.
 template <typename Call>
 bool or_tell(Session& session, std::string_view text, Call&& call) {
   base::Trap trap;
@@ -38,8 +38,8 @@ bool adjust_privilege(Session& session, std::string_view name, bool enable) {
                  [&] { token->AdjustTokenPrivileges(privilege, enable); });
 }
 
-/// A name against a mask with "*" and "?", case left out. Goes back to the last "*" alone, so that no mask
-/// takes more than name times mask steps.
+/// Matches a name against a mask with "*" and "?", ignoring case. Goes back only to the last "*", so that no
+/// mask takes more than name times mask steps.
 bool fits(std::string_view name, std::string_view mask) {
   if (mask == "*.*")
     return true;
@@ -78,7 +78,7 @@ void note_reason(TreeWalk& walk, const std::string& path, const std::string& rea
     walk.outcome.first_reason = path + ": " + reason;
 }
 
-/// Nothing for a folder that cannot be looked through.
+/// Nothing for a folder that cannot be read.
 std::vector<FileEntry> entries_of(TreeWalk& walk, const std::string& folder) {
   std::vector<FileEntry> entries;
   base::Trap trap;
@@ -89,7 +89,7 @@ std::vector<FileEntry> entries_of(TreeWalk& walk, const std::string& folder) {
   return entries;
 }
 
-/// The owner first: whoever owns a file can write its list, whatever the old one said. True when both are
+/// The owner first: the owner of a file can write its list, whatever the old one said. True when both are
 /// written.
 bool write(TreeWalk& walk, const std::string& path) {
   platform::Security& security = walk.session.platform.security;
@@ -104,7 +104,7 @@ bool write(TreeWalk& walk, const std::string& path) {
   return tried(platform::security_information::kDacl, walk.list) && owner;
 }
 
-/// A folder comes by in both passes and counts in the first.
+/// A folder occurs in both passes and counts in the first.
 void take_over(TreeWalk& walk, const std::string& folder, const std::string& name, bool counts) {
   const bool written = write(walk, folder + name);
   if (counts)

@@ -26,7 +26,7 @@ struct ShareAccess {
 constexpr std::array<ShareAccess, 3> kShareAccess = {
     {{"READ", 0xA0000000}, {"CHANGE", 0xE0010000}, {"FULL CONTROL", 0x10000000}}};
 
-/// A word that is no access word means what the row before it meant.
+/// A word that is not an access word means the same as the row before.
 std::vector<AccessEntry> entries_of(const Session& session, const std::vector<PermissionRecord>& rows,
                                     const std::string& userName) {
   std::vector<AccessEntry> entries;

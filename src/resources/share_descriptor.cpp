@@ -41,7 +41,7 @@ bool find_identifiers(Session& session, std::vector<AccessEntry>& entries) {
   });
 }
 
-/// What stays of an old list beside new entries.
+/// What remains of an old list next to new entries.
 std::vector<Ace> merged_entries(const SecurityDescriptor* old, const std::vector<AccessEntry>& entries) {
   std::vector<Ace> kept;
   if (old == nullptr || !old->dacl)

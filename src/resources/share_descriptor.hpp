@@ -13,7 +13,7 @@ struct Session;
 
 namespace twk::resources {
 
-/// What an account may do over a share, before it is looked up.
+/// An account's rights to a share, before the account is looked up.
 struct AccessEntry {
   std::string account;
   bool well_known = false;  ///< "World", which needs no look-up
@@ -26,8 +26,8 @@ struct AccessEntry {
 /// "World" with that mask.
 AccessEntry world_entry(std::uint32_t mask);
 
-/// Looks up the entries' accounts and drops the entries of those that are not found, which the log tells. The
-/// names of these.
+/// Looks up the entries' accounts and drops the entries of those that are not found, which is logged. Returns
+/// the names of these.
 std::vector<std::string> drop_unknown(session::Session& session, std::vector<AccessEntry>& entries);
 
 /// Puts an entry at the end of a list. Raises kAllottedSpaceExceeded.
@@ -35,8 +35,8 @@ void AddAccessEntry(platform::Acl& acl, std::uint8_t aceType, std::uint8_t aceFl
                     const platform::Sid& sid);
 
 /// A descriptor whose list holds the entries that deny, then those of `oldDescriptor` (null for none) that
-/// are not inherited and speak of no account named here, then the entries that allow; it has room for nothing
-/// more. None when an account is not found, which the log tells, or when the list would be too long.
+/// are not inherited and concern no account named here, then the entries that allow; it has no spare room.
+/// None when an account is not found, which is logged, or when the list would be too long.
 std::optional<platform::SecurityDescriptor> BuildShareDescriptor(
     session::Session& session, const platform::SecurityDescriptor* oldDescriptor,
     std::vector<AccessEntry> entries);

@@ -24,7 +24,7 @@ bool asks_yes(Session& session, std::string_view question) {
   return session.platform.dialogs.MsgBox(question, Buttons::kYesNo, Icon::kQuestion, kTitle) == Answer::kYes;
 }
 
-/// A domain that was loaded without its groups says nothing about which of them exist.
+/// A domain that was loaded without its groups does not show which of them exist.
 bool is_to_prune(Session& session, Pruning pruning) {
   const bool wanted =
       pruning == Pruning::kRemoveGroups ||
@@ -59,8 +59,8 @@ bool compact_database(Session& session, Pruning pruning) {
   session::Form1& form = session.form1;
   form.StatusBar1.panel1 = "Compacting DataBases Please Wait....";
   const session::Hourglass hourglass(form);
-  // Groups that a loaded template took from the domain's list are given back, and the numbers of its records
-  // do not hold any more.
+  // Groups that a loaded template took from the domain's list are returned, and its record numbers are no
+  // longer valid.
   stores::Template_Group_Sort(session);
   stores::Clear_TT(session);
   session.LastRecordNo = 0;

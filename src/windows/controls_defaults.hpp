@@ -5,7 +5,7 @@
 
 namespace twk::windows {
 /// State of the windows before the data files are read: the terminal-server rows, the drive letters, the
-/// group buttons, all logon hours allowed, nothing in the making.
+/// group buttons, all logon hours allowed, nothing being edited.
 void prepare_controls(session::Session& session);
 
 }  // namespace twk::windows

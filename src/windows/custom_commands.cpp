@@ -25,7 +25,7 @@ std::string text_of(const platform::ObjectPtr& object, std::string_view attribut
   return text;
 }
 
-/// A WinNT account has one name for all: its first word, its last, and what is between.
+/// A WinNT account has a single full name: its first word, its last, and what is between.
 void split_full_name(std::string_view full_name, CommandUser& user) {
   full_name = base::trim(full_name);
   const std::size_t first = full_name.find(' ');

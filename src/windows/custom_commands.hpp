@@ -10,8 +10,8 @@ struct Session;
 namespace twk::windows {
 
 /// Runs the administrator's own command of popup entry 13 or 14 for a user node, without waiting for its end.
-/// Its text takes the tags that the command after a creation takes, with the user's account name and names.
-/// The log tab tells how it began.
+/// Its text has the same tags as the command after a creation, with the user's account name and names.
+/// The log tab shows whether it started.
 void run_custom_command(session::Session& session, int index, controls::TreeNode& node);
 
 }  // namespace twk::windows

@@ -24,12 +24,12 @@ std::string_view preset(const std::array<std::string_view, Count>& formats, int 
   return place < Count ? formats[place] : std::string_view();
 }
 
-/// The number of the entry that is stored; 0 when none is.
+/// The number of the stored entry; 0 for none.
 int stored_entry(session::Session& session, std::string_view sub_key, std::string_view name) {
   return base::to_number(session::read_setting(session, sub_key, name)).value_or(0);
 }
 
-/// The custom entry has no preset and leaves the text.
+/// The custom entry has no preset and leaves the text unchanged.
 void put_preset(controls::TextBox& format, std::string_view text) {
   if (!text.empty())
     format.text = std::string(text);

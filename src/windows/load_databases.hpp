@@ -6,8 +6,8 @@ struct Session;
 
 namespace twk::windows {
 
-/// Reads the files of the database directory into the lists of the windows; creates "Mail.dat" when it is not
-/// there. A file that is missing is skipped. A failure goes to the log tab, and what was read stays.
+/// Reads the files of the database directory into the lists of the windows; creates a missing "Mail.dat".
+/// Other missing files are skipped. A failure is reported on the log tab, and what was read stays.
 void Load_Databases(session::Session& session);
 
 }  // namespace twk::windows

@@ -8,7 +8,7 @@ struct Session;
 
 namespace twk::windows {
 
-/// Loads a domain into the session and what the window for several users shows of it. True when the domain
+/// Loads a domain into the session and into the window for several users. True when the domain
 /// was loaded.
 bool load_domain(session::Session& session, std::string_view name);
 

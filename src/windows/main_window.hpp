@@ -6,7 +6,7 @@ namespace twk::controls {
 struct TreeNode;
 }
 
-/// The commands of the main window. An index or a key that names no command does nothing.
+/// The commands of the main window. An unknown index or key does nothing.
 namespace twk::session {
 struct Session;
 }
@@ -19,21 +19,21 @@ void mnuFile_Click(session::Session& session, int index);
 /// 7 the administrator's own attributes.
 inline constexpr int kCustomProperties = 7;
 void mnuOption_Click(session::Session& session, int index);
-/// Popup of the tree, for the selected node: 0 details, 2 a new password, 4 and 5 the user in the
-/// multi-user window, to be deleted or moved, 6 another name, 8 and 9 the profile
+/// Popup of the tree, for the selected node: 0 details, 2 reset the password, 4 and 5 delete or move the
+/// user in the multi-user window, 6 rename, 8 and 9 the profile
 /// on the server and on a workstation, 10 a new OU, 13 and 14 the custom commands.
 void mnupopup_Click(session::Session& session, int index);
 /// See `kToolbarKeys`.
 void Toolbar1_ButtonClick(session::Session& session, std::string_view key);
 
-/// Another tab came to the front.
+/// Another tab was chosen.
 void SSTab1_Click(session::Session& session);
 /// A person chose a node of the tree.
 void TreeView1_NodeClick(session::Session& session, controls::TreeNode& node);
 /// A double click, or Enter: shows a user's details; opens or closes any other node.
 void TreeView1_DblClick(session::Session& session, controls::TreeNode& node);
 
-/// The window is gone: the program ends.
+/// The window was closed: the program ends.
 void Form_Unload(session::Session& session);
 
 }  // namespace twk::windows

@@ -14,15 +14,15 @@ namespace twk::windows {
 /// there is one and loads the whole domain.
 void Manage_OU(session::Session& session);
 
-/// OK in the window: the selected OU is the limit from the next load on, stored for the person or the
+/// OK in the window: the selected OU becomes the limit from the next load on, stored for the person or the
 /// machine.
 void Select_OU_OK_Click(session::Session& session);
 
-/// Limits the sessions of the person, or of everybody on this machine, to an OU from the next load on: `hive`
-/// is where that is stored.
+/// Limits the sessions of the person, or of everyone on this machine, to an OU from the next load on: `hive`
+/// says where that is stored.
 void limit_to_ou(session::Session& session, const std::string& distinguished_name, bool sub_ous,
                  std::uint32_t hive);
-/// The whole domain again from the next load on, wherever the limit is stored.
+/// Restores the whole domain from the next load on, wherever the limit is stored.
 void lift_limit(session::Session& session);
 
 }  // namespace twk::windows

@@ -2,13 +2,14 @@
 
 #include "session/session.hpp"
 
-/// What the preferences and mail tabs do beside storing a control (`setting_controls.hpp`).
+/// What the preferences and mail tabs do besides storing a control (`setting_controls.hpp`).
 namespace twk::windows {
 
-/// A password that cannot be changed rules out `Password_Change`, which is unticked, disabled and stored so.
+/// A password that cannot be changed excludes `Password_Change`, which is unticked, disabled and stored that
+/// way.
 void USR_Cant_Change_Click(session::Session& session);
 
-/// Halting on warnings also halts on errors, and takes that choice away.
+/// Halting on warnings also halts on errors, and disables that choice.
 void STOP_ON_RED_Click(session::Session& session);
 
 // Mail tab.

@@ -72,7 +72,7 @@ void read_preferences(session::Session& session) {
     form1.Formatted_Password.text = read_trimmed(session, session::kSetup, "FormattedPassword");
   form1.FN_Format.text = session::read_setting(session, session::kPreferences, "Custom_FN");
   form1.FullName_Format.index = read_entry(session, session::kPreferences, "FullName", 4, 0);
-  // Nobody can be told to change a password that he must not change.
+  // A person cannot be required to change a password that may not be changed.
   if (form1.USR_Cant_Change.on())
     form1.Password_Change.value = 0;
   form1.Password_Change.enabled = !form1.USR_Cant_Change.on();

@@ -11,9 +11,8 @@ struct Form1;
 struct Session;
 }  // namespace twk::session
 
-/// Which control of the main window stands for which setting: a row each, read at the start, written when a
-/// person changes it. What words a setting has and what counts without one is in
-/// `session/settings_schema.hpp`.
+/// Which control of the main window shows which setting: a row each, read at the start, written when a person
+/// changes it. The words and defaults of the settings are in `session/settings_schema.hpp`.
 namespace twk::windows {
 
 /// A box that is ticked while its switch is on.
@@ -22,9 +21,9 @@ struct SettingBox {
   std::string_view name;
   controls::CheckBox& box;
 };
-/// Those that are stored the moment they change.
+/// Those that are stored as soon as they change.
 std::array<SettingBox, 19> setting_boxes(session::Form1& form);
-/// Those that are stored by "Save" of the set-up tab, in its order.
+/// Those stored by "Save" on the set-up tab, in its order.
 std::array<SettingBox, 6> command_boxes(session::Form1& form);
 
 /// Two option buttons, of which the first is chosen while the switch is on.
@@ -48,9 +47,9 @@ std::array<SettingField, 7> setting_fields(session::Form1& form);
 /// Fills all of these controls from the settings.
 void read_setting_controls(session::Session& session);
 
-/// Stores a box whose state a person changed. Of a box that stands for a setting.
+/// Stores a box that a person changed. The box must belong to a setting.
 void store_box(session::Session& session, const controls::CheckBox& box);
-/// Chooses an option button and stores it. Of a button of a pair.
+/// Chooses an option button and stores it. The button must belong to a pair.
 void choose_option(session::Session& session, const controls::OptionButton& button);
 
 }  // namespace twk::windows

@@ -9,7 +9,7 @@
 namespace twk::windows {
 namespace {
 
-/// Gives the path back trimmed, and behind it a backslash; an empty one stays empty.
+/// Returns the path trimmed, with a backslash at its end; an empty one stays empty.
 std::string completed_path(std::string_view typed) {
   std::string path(base::trim(typed));
   if (!path.empty() && !path.ends_with('\\'))
@@ -22,7 +22,7 @@ std::string completed_path(std::string_view typed) {
 void Command3_Click(session::Session& session) {
   session::Form1& form1 = session.form1;
   form1.dbpath.text = completed_path(form1.dbpath.text.get());
-  // An empty path falls back at the next start.
+  // An empty path falls back to the default at the next start.
   if (!form1.dbpath.text.get().empty())
     session.dbpath = form1.dbpath.text;
   Check_Name_Format_Click(session);

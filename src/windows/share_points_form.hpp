@@ -4,7 +4,7 @@ namespace twk::session {
 struct Session;
 }
 
-/// The window `frmSharePoints`: shares by which the home and profile directories of the template are reached.
+/// The window `frmSharePoints`: shares through which the template's home and profile directories are reached.
 namespace twk::windows {
 
 /// The button of the template tab: fills the window and shows it.
@@ -12,8 +12,8 @@ void btnSharePoints_Click(session::Session& session);
 
 /// Shows the two share points; they can be changed while the template is edited.
 void frmSharePoints_Load(session::Session& session);
-/// Takes them over, each with a backslash behind it and one fewer in front. False when one holds a control
-/// character, which the status tells; the window then stays.
+/// Saves them, each with a backslash at its end and one fewer at its beginning. False when one contains a
+/// control character, which the status reports; the window then stays.
 bool frmSharePoints_btnOK_Click(session::Session& session);
 void frmSharePoints_btnCancel_Click(session::Session& session);
 

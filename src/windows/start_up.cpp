@@ -34,7 +34,7 @@ void show_first_run(session::Session& session) {
   session.form1.TreeView1.add(nullptr, {}, session.DomainName, "Domain");
 }
 
-/// True also when the group cannot be asked.
+/// Also true when the group cannot be read.
 bool is_domain_admin(session::Session& session) {
   session.splash.Splash_TxT.caption = "Checking Admin Rights...";
   const std::string user = session.platform.environment.variable("USERNAME");
@@ -49,7 +49,7 @@ bool is_domain_admin(session::Session& session) {
   return false;
 }
 
-/// False when the person may not go on.
+/// False when the person may not continue.
 bool open_domain(session::Session& session) {
   session.DomainName = base::trim(session.DomainName);
   session.splash.Splash_TxT.caption = "Retrieving Domain Data...";

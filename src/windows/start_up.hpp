@@ -10,18 +10,18 @@ struct Session;
 
 namespace twk::windows {
 
-/// False for a screen that is narrower than the program's windows need; a box told. The width is in pixels of
-/// the device, and the height does not matter.
+/// False, with a box, for a screen that is narrower than the program's windows need. The width is in device
+/// pixels, and the height does not matter.
 bool screen_is_wide_enough(platform::Dialogs& dialogs, int width);
 
 enum class StartUp {
-  kReady,        ///< the session can be worked with, whether or not its domain answered
-  kNotPermitted  ///< the person may not run the program; a box told
+  kReady,        ///< the session can be used, whether or not its domain answered
+  kNotPermitted  ///< the person may not run the program; a box said so
 };
 
-/// Brings a session up: settings, the list of domains, the domain, the fixed contents of controls, the
+/// Starts a session: settings, the list of domains, the domain, the fixed contents of controls, the
 /// database files. A domain that cannot be reached leaves the tree empty and says so in the status bar.
-/// Database files of an older generation are converted, which boxes tell. Raises a runtime error when that
+/// Database files of an older generation are converted, which boxes report. Raises a runtime error when that
 /// fails, before they are read.
 StartUp start_session(session::Session& session);
 

@@ -12,9 +12,9 @@ namespace twk::windows {
 
 inline constexpr std::string_view kTipFile = "TIPOFDAY.TXT";
 
-/// The tips of the day, one a line of a text: those of the file "TIPOFDAY.TXT" in the database directory, and
-/// without such a file those of `shipped`. Blank lines are no tips. The file is UTF-8 or code page 1252. A
-/// file that cannot be read gives none.
+/// The tips of the day, one a line of a text: those of the file "TIPOFDAY.TXT" in the database directory, or
+/// without such a file those of `shipped`. Blank lines do not count. The file is UTF-8 or code page 1252. A
+/// file that cannot be read has none.
 std::vector<std::string> read_tips(session::Session& session, std::string_view shipped);
 
 }  // namespace twk::windows

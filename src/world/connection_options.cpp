@@ -108,7 +108,7 @@ ConnectionOptions merge_connection(const ConnectionOptions& stored, const Connec
   ConnectionOptions merged = other ? ConnectionOptions{} : stored;
   if (!given.domain.empty())
     merged.domain = given.domain;
-  // A stored user is the one of the stored method.
+  // A stored user belongs to the stored method.
   if (!given.method.empty() && !base::equals_fold(given.method, stored.method))
     merged.user.clear();
   for (const Field& field : kStored) {

@@ -6,7 +6,7 @@
 #include "live/logon/live_settings.hpp"
 #include "platform/registry.hpp"
 
-/// How a real domain is reached, as a person writes it: options of the command line, fields of a window, and
+/// How to reach a real domain, as a person writes it: options of the command line, fields of a window, and
 /// the settings below "Live", which name everything but the password:
 ///
 ///     Server    host name of a controller
@@ -15,10 +15,10 @@
 ///     CAFile    path of the certificates that are trusted, PEM
 ///     User      who logs on; empty with a ticket that is there already
 ///
-/// The domain's name is that of the session: "Domain" below "Setup".
+/// The domain's name is the session's: "Domain" below "Setup".
 namespace twk::world {
 
-/// Texts as they were written; an empty one says nothing.
+/// Texts as written; an empty one was not given.
 struct ConnectionOptions {
   std::string domain = {};
   std::string server = {};
@@ -36,29 +36,29 @@ struct ConnectionOption {
   std::string ConnectionOptions::*text;
 };
 const std::vector<ConnectionOption>& connection_options();
-/// True when one of the texts says something.
+/// True when one of the texts was given.
 bool says_anything(const ConnectionOptions& options);
 
-/// A choice of the method: its word and how it reads in a window.
+/// A choice of the method: its word, and its text in a window.
 struct ConnectionMethod {
   std::string word;
   std::string caption;
 };
 const std::vector<ConnectionMethod>& connection_methods();
 
-/// What the settings say. A domain that is not named is "".
+/// The stored settings. A missing domain is "".
 ConnectionOptions read_connection(platform::RegistryAccess& registry);
-/// Keeps them, the domain too. False when the settings cannot be written.
+/// Stores them, including the domain. False when the settings cannot be written.
 bool save_connection(platform::RegistryAccess& registry, const ConnectionOptions& options);
 
-/// `given` where it says something, else `stored`. Another domain than the stored one takes nothing from
-/// what is stored for that.
+/// `given`, completed from `stored`. A domain other than the stored one gets nothing from what is
+/// stored for that.
 ConnectionOptions merge_connection(const ConnectionOptions& stored, const ConnectionOptions& given);
 
-/// Raises 5 with what is wrong: a port that is none, a method that is not known, a user's password that
-/// would go nowhere, a name that is none.
+/// Raises 5 with what is wrong: an invalid port, an unknown method, a user's password that would not be used,
+/// an invalid name.
 live::LiveSettings live_settings(const ConnectionOptions& options);
-/// The same where a domain must be named.
+/// The same, but a domain is required.
 live::LiveSettings required_settings(const ConnectionOptions& options);
 
 }  // namespace twk::world

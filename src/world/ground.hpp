@@ -14,14 +14,14 @@ class Live;
 
 namespace twk::world {
 
-/// What the domain of a world is called.
+/// The names of a world's domain.
 struct DomainNames {
   std::string name;     ///< DNS name, in a WinNT domain the NetBIOS name; empty while none is chosen
   std::string nt_name;  ///< the name in WinNT paths
   bool active_directory = true;
 };
 
-/// What a world stands on: a lab or a real domain. Both are the same to whoever works in it.
+/// The basis of a world: a lab or a real domain. Both look the same to code that works in it.
 class Ground {
  public:
   virtual ~Ground() = default;
@@ -32,17 +32,17 @@ class Ground {
   [[nodiscard]] virtual std::string settings_folder() const = 0;
   /// Path of the database directory, with a slash at the end.
   [[nodiscard]] virtual std::string database_path() const = 0;
-  /// The domain's name alone, which nothing has to be asked for.
+  /// Only the domain's name, which needs no query.
   [[nodiscard]] virtual std::string domain_name() const = 0;
-  /// True when the domain is this one whatever the settings name.
+  /// True when the domain is this one, whatever the settings say.
   [[nodiscard]] virtual bool has_one_domain() const = 0;
-  /// All names. A real domain is asked; raises what `connect` raises.
+  /// All names. Queries a real domain; raises what `connect` raises.
   [[nodiscard]] virtual DomainNames names() = 0;
-  /// Makes sure that the domain answers and that the logon holds. Raises kServerDown, kLogonFailure with what
+  /// Makes sure that the domain answers and that the logon works. Raises kServerDown, kLogonFailure with what
   /// is wrong.
   virtual void connect() = 0;
 
-  /// None of another kind.
+  /// None for another kind.
   [[nodiscard]] virtual lab::Lab* lab() { return nullptr; }
   [[nodiscard]] virtual live::Live* live() { return nullptr; }
 };

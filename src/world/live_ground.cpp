@@ -95,7 +95,7 @@ std::unique_ptr<Ground> make_live_ground(const ConnectionOptions& options, live:
   } catch (const base::RuntimeError& failure) {
     refusal = failure;
     settings.domain = options.domain;
-    // Nobody logs on by another way than the one that was meant.
+    // Nobody logs on in another way than intended.
     settings.logon = live::LiveSettings::Logon::kPassword;
   }
   return std::make_unique<LiveGround>(std::move(settings), std::move(prompts), folders, std::move(refusal));

@@ -9,8 +9,8 @@
 
 namespace twk::world {
 
-/// The registry of one run: what options of the command line say goes before what is stored. Writes go to the
-/// store and do not change that.
+/// The registry of one run: command-line options override what is stored. Writes go to the store and do not
+/// change that.
 class RunRegistry final : public platform::RegistryAccess {
  public:
   explicit RunRegistry(platform::RegistryAccess& stored) : stored_(stored) {}

@@ -209,7 +209,7 @@ void fill_sample_stores(Session& session) {
 void make_sample_lab(const std::filesystem::path& folder, const lab::LabPlan& plan,
                      platform::Dialogs& dialogs) {
   lab::create_lab(folder, plan);
-  // A lab that was made just now has nothing to repair.
+  // A new lab needs no repair.
   World world(folder, dialogs, [](const std::string&) {});
   record_domain(world);
   prepare_sample(world);

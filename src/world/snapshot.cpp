@@ -26,7 +26,7 @@ constexpr std::string_view kWanted =
     "(objectClass=builtinDomain)(objectClass=group)"
     "(&(objectCategory=person)(|(objectClass=user)(objectClass=contact))))";
 
-/// What is a secret, what is large and not looked at, and what the lab works out by itself.
+/// Secrets, large values that nobody reads, and what the lab computes by itself.
 constexpr std::array<std::string_view, 20> kLeftOut = {"supplementalCredentials",
                                                        "unicodePwd",
                                                        "userPassword",
@@ -50,7 +50,7 @@ constexpr std::array<std::string_view, 20> kLeftOut = {"supplementalCredentials"
 
 constexpr std::int32_t kComplexPasswords = 1;  // DOMAIN_PASSWORD_COMPLEX, [MS-SAMR] 2.2.3.9
 
-/// Of file servers whose names paths bear; more are left out.
+/// The maximum number of file servers named in paths; more are left out.
 constexpr std::size_t kMostServers = 50;
 constexpr std::size_t kLongestServer = 15;  // of a NetBIOS name, which a server of a lab has
 
@@ -68,7 +68,7 @@ class Copy {
  public:
   explicit Copy(live::LiveDomain& domain) : domain_(domain) {}
 
-  /// False when `progress` does not want to go on.
+  /// False when `progress` asks to stop.
   bool read(const std::function<bool(std::size_t)>& progress) {
     live::LdapSearch search;
     search.base = domain_.root_dn();
@@ -147,7 +147,7 @@ class Copy {
     items_.push_back(std::move(item));
   }
 
-  /// A person who cannot change the password has a flag for it in a lab, and no access list.
+  /// In a lab, "cannot change password" is a flag and not an access list.
   static void note_change_of_password(live::LdapEntry& entry) {
     bool denied = false;
     base::Trap not_a_descriptor;
@@ -163,8 +163,8 @@ class Copy {
     });
   }
 
-  /// A rehearsal makes folders where the real ones are: "FS1" of "\\FS1\Users\jo". A host name with
-  /// dots is none that a lab can give a server.
+  /// A rehearsal makes folders where the real ones are: "FS1" of "\\FS1\Users\jo". A lab's server cannot
+  /// have a host name with dots.
   void note_server(const lab::LdifAttribute& attribute) {
     if (!base::equals_fold(attribute.name, "homeDirectory") &&
         !base::equals_fold(attribute.name, "profilePath"))
@@ -180,7 +180,7 @@ class Copy {
       servers_.insert(name);
   }
 
-  /// Parents first; what has none here is left out with all below it.
+  /// Parents first; an entry without a parent here is left out with everything below it.
   void put_into_order() {
     std::stable_sort(items_.begin(), items_.end(),
                      [](const Item& a, const Item& b) { return a.depth < b.depth; });

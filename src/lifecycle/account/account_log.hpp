@@ -14,18 +14,18 @@ struct Session;
 
 namespace twk::lifecycle {
 
-/// What a run does about a failure that ends it: shows and logs the two error texts with the number, closes
+/// Handles a failure that ends a run: shows and logs the two error texts with the number, closes
 /// the log, and adds a "RED" row.
 void report_stopped(session::Session& session, const base::RuntimeError& failure);
 
 /// Sets the two error texts.
 void prepare_failure(session::Session& session, std::string_view status, std::string_view log);
 
-/// Takes a user out of the tree and the two lists of users: by key in Active Directory, by text else.
+/// Removes a user from the tree and the two lists of users: by key in Active Directory, otherwise by text.
 void remove_from_views(session::Session& session, std::string_view key);
 
 /// Runs the command and logs it. False, with the reason in the log and a beep, when it could not be started
-/// or ended with a failure.
+/// or failed.
 bool run_account_command(session::Session& session, std::string_view label,
                          const std::vector<std::string>& words, std::size_t which, std::string_view failure);
 

@@ -22,7 +22,7 @@ void visit_path(const Visit& visit, const std::string& account, std::string_view
     visit(account, what, path);
 }
 
-/// Parameters that are no settings of a terminal server, or broken ones, name no folder.
+/// Parameters that are not terminal-server settings, or broken ones, name no folder.
 void visit_terminal_paths(const Visit& visit, const std::string& account, const std::string& parameters) {
   if (parameters.empty())
     return;

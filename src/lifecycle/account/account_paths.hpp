@@ -10,7 +10,7 @@ struct Session;
 
 namespace twk::lifecycle {
 
-/// What the paths of an account are called in messages.
+/// The names of an account's paths in messages.
 inline constexpr std::string_view kHomePath = "home";
 inline constexpr std::string_view kProfilePath = "profile";
 inline constexpr std::string_view kTerminalHomePath = "terminal-server home";

@@ -11,11 +11,11 @@ struct Session;
 
 namespace twk::lifecycle {
 
-/// True for a run that was started without prompts: it asks nothing.
+/// True for a run without prompts: it asks nothing.
 bool is_silent(const session::Session& session);
 
-/// What a person says to a step that does harm: what was said beforehand, else the answer to a box that
-/// defaults to No. A run without prompts and a rehearsal have nobody to ask, which means No.
+/// The person's consent to a harmful step: given in advance, otherwise the answer to a box that defaults to
+/// No. A run without prompts and a rehearsal have nobody to ask, which means No.
 bool has_consent(session::Session& session, session::Consent said, std::string_view question,
                  std::string_view title);
 

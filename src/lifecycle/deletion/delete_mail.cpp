@@ -52,7 +52,7 @@ bool delete_mailbox(DeleteRun& run) {
   return mail::delete_found_mailbox(run.session, run.mail_request, run.mailbox);
 }
 
-/// What a rehearsal says in place of a deletion; false for a mailbox that is not there, which fails.
+/// What a rehearsal says instead of deleting; false for a missing mailbox, which would fail.
 bool rehearse(DeleteRun& run) {
   Session& session = run.session;
   const bool stored = is_in_store(session);

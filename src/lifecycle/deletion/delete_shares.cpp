@@ -8,7 +8,8 @@
 namespace twk::lifecycle {
 namespace {
 
-/// What the share alone leads to goes before it does, while the account is there for a second try.
+/// A folder that only the share leads to is deleted before the share, while the account still exists for a
+/// second try.
 void empty_through_share(DeleteRun& run, const UserFolder& folder, std::string_view question) {
   if (!folder.through_own_share)
     return;

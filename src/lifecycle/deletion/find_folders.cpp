@@ -77,7 +77,7 @@ void guard_profile(DeleteRun& run) {
   }
 }
 
-/// A share of both, also one above their folders, or the shares that home and profile are. Each on its own
+/// A common share, possibly above their folders, or the shares that are home and profile. Each on its own
 /// server.
 void choose_shares(DeleteRun& run) {
   const UserFolder& home = run.home;
@@ -103,7 +103,8 @@ std::string first_part(std::string_view path) {
   return path.empty() ? std::string() : parse_tree_path(path).parts.front();
 }
 
-/// What else than the user's folders a share above them holds or leads to; empty when it is the user's alone.
+/// What a share above the user's folders contains or leads to besides them; empty when it is the user's
+/// alone.
 std::string other_use(DeleteRun& run, const GoingShare& share) {
   const auto claims = folder_use(run.session)->claims_through(share.server, share.share, run.logon_name);
   if (!claims.empty())
@@ -117,7 +118,8 @@ std::string other_use(DeleteRun& run, const GoingShare& share) {
   return {};
 }
 
-/// A share above the user's folders goes only when it is for them alone; else it stays, which is no fault.
+/// A share above the user's folders is removed only when it serves them alone; otherwise it stays, which is
+/// not a failure.
 void keep_common_share(DeleteRun& run) {
   std::erase_if(run.shares, [&](const GoingShare& share) {
     if (share.is_bare)
@@ -130,13 +132,13 @@ void keep_common_share(DeleteRun& run) {
   });
 }
 
-/// A tail of backslashes alone would mean the folder of the share, which is not the user's.
+/// A tail of only backslashes would mean the folder of the share, which is not the user's.
 void require_tail(const UserFolder& folder) {
   if (folder.tail_position != 0 && tail_of(folder.path).find_first_not_of("\\ ") == base::npos)
     base::raise(base::error::kBadFileName, "\"" + folder.path + "\" names no folder below its share");
 }
 
-/// The number of what keeps a folder from being looked at; 0 when nothing does.
+/// The number of the error that prevents access to a folder; 0 for none.
 std::uint32_t look(Session& session, const std::string& path, std::string& why) {
   base::Trap trap;
   trap([&] { session.platform.files.list(path); });
@@ -148,7 +150,7 @@ bool is_missing(std::uint32_t number) {
   return number == base::error::kFileNotFound || number == base::error::kPathNotFound;
 }
 
-/// Chooses the way to the folder that stays when the share has gone, or else the share itself.
+/// Chooses a path to the folder that survives the share's removal, or else the share itself.
 void choose_way(DeleteRun& run, UserFolder& folder, const std::string& below_share) {
   Session& session = run.session;
   folder.data = folder.unc + below_share;
@@ -182,8 +184,8 @@ void check_data(DeleteRun& run, UserFolder& folder, const std::string& below_sha
   choose_way(run, folder, tail_of(own.text()));
 }
 
-/// In a WinNT domain the folder that is named after the user goes, with what is above the profile in it. Of
-/// an account that is kept no folder is named.
+/// In a WinNT domain the folder named after the user is deleted, with everything in it. A kept account has no
+/// such folder.
 std::optional<std::string> profile_below_share(const DeleteRun& run) {
   const std::string path = "\\\\" + run.profile.server + "\\" + run.profile.share + tail_of(run.profile.path);
   if (session::is_active_directory(run.session) || !run.session.form1.Profile_Delete_Name.on())
@@ -193,7 +195,7 @@ std::optional<std::string> profile_below_share(const DeleteRun& run) {
   return tail_of(cut_at_folder_of(path, run.logon_name));
 }
 
-/// A share that is not there leads to nothing.
+/// A missing share leads to nothing.
 bool has_folder(const DeleteRun& run, const UserFolder& folder) {
   return !folder.unc.empty() ||
          (!folder.share.empty() && folder_use(run.session)->folder_of_share(folder.server, folder.share));
@@ -225,7 +227,7 @@ void find_folders(DeleteRun& run) {
   prepare_failure(run.session, "Not deleting " + run.display_name,
                   "Nothing of " + run.display_name + " was changed");
   choose_shares(run);
-  // A path that names no server and share is no path to work with.
+  // A path without server and share is unusable.
   if (has_home)
     static_cast<void>(parse_tree_path(run.home.path));
   if (has_profile)

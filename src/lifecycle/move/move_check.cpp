@@ -22,7 +22,7 @@ using session::Session;
   base::raise(base::error::kPathFileAccess, why);
 }
 
-/// "\\FS1\Users\jo", and no variable in it that each workstation has a value of its own for.
+/// "\\FS1\Users\jo", without a variable whose value differs between workstations.
 bool is_network_path(std::string_view path) {
   return path.starts_with("\\\\") && path.find('%') == base::npos;
 }
@@ -60,14 +60,14 @@ std::string parent_of(const TreePath& path) {
   return parent.text();
 }
 
-/// Why a folder is not there: what the server says, or that it is none.
+/// Why a folder does not exist: what the server says, or that it is not a folder.
 std::string absence(MoveRun& run, const std::string& path) {
   base::Trap trap;
   trap([&] { static_cast<void>(run.session.platform.files.status(path)); });
   return trap.number() == 0 ? path + " is no folder" : path + " cannot be reached: " + trap.description();
 }
 
-/// The folder that is to be made, or filled when it is there.
+/// The folder to make, or to fill if it exists.
 void check_new_folder(MoveRun& run, MovedFolder& folder) {
   Session& session = run.session;
   const TreePath place = parse_tree_path(folder.new_admin);
@@ -96,7 +96,7 @@ void check_new_share(MoveRun& run, const MovedFolder& folder) {
   }
 }
 
-/// Two users, or home and profile, cannot get one share for two folders.
+/// Two users, or home and profile, cannot use one share for two folders.
 void check_shares_apart(const MoveRun& run) {
   if (!run.home.new_share.empty() && base::equals_fold(run.home.new_share, run.profile.new_share) &&
       !is_same_folder(run.home.new_local, run.profile.new_local))
@@ -104,8 +104,8 @@ void check_shares_apart(const MoveRun& run) {
                   ", for two folders");
 }
 
-/// What the account gets must be there, or come into being by this move; a profile's last folder is made by
-/// the workstation at the first logon.
+/// The account's new folders must exist, or be made by this move; the workstation makes a profile's last
+/// folder at the first logon.
 void check_new_path(MoveRun& run, const MovedFolder& folder) {
   const bool takes_data = folder.old == OldFolder::kThere;
   if (!is_network_path(folder.new_unc)) {
@@ -132,7 +132,7 @@ void check_new_path(MoveRun& run, const MovedFolder& folder) {
     base::raise(base::error::kPathNotFound, absence(run, path.text()) + ", and this move does not make it");
 }
 
-/// True for a server that answers and does not have the folder. Raises when it does not answer.
+/// True when the server answers but does not have the folder. Raises when it does not answer.
 bool is_missing(MoveRun& run, const TreePath& path) {
   if (!folder_use(run.session)->folder_of_share(path.server, path.share))
     return true;
@@ -143,7 +143,7 @@ bool is_missing(MoveRun& run, const TreePath& path) {
   raise_refusal(absence(run, path.text()));
 }
 
-/// Both folders by their servers, as far as they are on one.
+/// Both folders as their servers spell them, if they are on a server.
 struct Places {
   std::string old;
   std::string fresh;
@@ -176,7 +176,7 @@ OldFolder look_at_old(MoveRun& run, const MovedFolder& folder) {
   return OldFolder::kThere;
 }
 
-/// Of a profile in a WinNT domain the folder that is named after the user goes.
+/// For a profile in a WinNT domain, the folder named after the user is moved.
 void cut_profile(MoveRun& run) {
   if (session::is_active_directory(run.session) || !run.session.form1.Profile_Delete_Name.on())
     return;
@@ -225,8 +225,8 @@ void check_new(MoveRun& run, MovedFolder& folder) {
   check_new_path(run, folder);
 }
 
-/// An account that may not be written would lose the way to data that has moved: a value that it has is
-/// written once more.
+/// An account that cannot be written would lose the path to moved data: to test that, an existing value is
+/// written again.
 void require_writable_account(MoveRun& run) {
   const bool home = run.home.old == OldFolder::kThere;
   if (run.session.runs.rehearse || run.DataMode != static_cast<int>(FileWork::kMove) ||

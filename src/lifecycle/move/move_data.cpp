@@ -57,11 +57,11 @@ bool has_result(const MovedFolder& folder, ShareResult result) {
   return folder.share_result == static_cast<std::int16_t>(result);
 }
 
-/// The profile's or the home's part in the move.
+/// The profile's or the home's part of the move.
 struct Part {
   MovedFolder& folder;
   const DataTexts& texts;
-  int mode = kMove;  ///< that of the run when it was this one's turn
+  int mode = kMove;  ///< the run's mode when this one's turn came
   bool CopyOK = false;
 };
 
@@ -76,7 +76,7 @@ void log_copy(const MoveRun& run, const Part& part) {
   run.session.log.line(std::string(what) + part.folder.old_path + " to " + part.folder.new_unc);
 }
 
-/// The folders between the one that was made and the one that the account gets.
+/// The folders between the one that was made and the account's new one.
 void make_way(MoveRun& run, const MovedFolder& folder) {
   TreePath way = parse_tree_path(folder.new_unc);
   std::vector<std::string> parts;
@@ -109,7 +109,7 @@ bool copy_contents(MoveRun& run, Part& part, OwnerKeeper& owners) {
                         owner_of(run, creation::Get_Share_Name(folder.old_path)), rules);
 }
 
-/// A copy that was stopped is no question: nothing more happens to the user.
+/// After a stopped copy nothing is asked: nothing more happens to the user.
 MoveStep fail_copy(MoveRun& run, const Part& part) {
   const std::string& why = run.session.form1.StatusBar1.panel1.get();
   const std::string what =
@@ -121,8 +121,8 @@ MoveStep fail_copy(MoveRun& run, const Part& part) {
   return wants_new_paths(run, what) ? MoveStep::kGoOn : MoveStep::kFailed;
 }
 
-/// A folder that the server does not have holds nothing to lose; where a move that broke off has filled the
-/// new one, that was to be expected.
+/// A folder that the server does not have holds nothing to lose; if an interrupted move has filled the new
+/// one, this is expected.
 void tell_missing(MoveRun& run, const MovedFolder& folder) {
   const std::string text = "Could not find: " + folder.old_path + " For copying.";
   run.session.platform.dialogs.beep();
@@ -157,7 +157,7 @@ MoveStep copy_part(MoveRun& run, Part& part, OwnerKeeper& owners) {
                                                                                       : MoveStep::kGoOn;
 }
 
-/// How the old folder is reached once its share has gone; a folder below a share by its own path, when there
+/// How to reach the old folder once its share is gone; a folder below a share by its own path, if there
 /// is no other.
 std::string old_way(MoveRun& run, const Part& part) {
   Session& session = run.session;
@@ -181,7 +181,8 @@ std::string old_way(MoveRun& run, const Part& part) {
   return way;
 }
 
-/// False when the share stays though it was to go. `way` leads to the folder that is to go after it.
+/// False when the share stays although it was to be removed. `way` leads to the folder that is to be removed
+/// after it.
 bool remove_old_share(MoveRun& run, const MovedFolder& folder, const std::string& way) {
   Session& session = run.session;
   if (Has_Sub_Path(folder.old_path) || Same_Share(run.profile.old_path, run.home.old_path) ||
@@ -192,7 +193,7 @@ bool remove_old_share(MoveRun& run, const MovedFolder& folder, const std::string
   base::Trap trap;
   bool deleted = false;
   trap([&] {
-    // A move that broke off has taken it away.
+    // An interrupted move has removed it.
     if (!folder_use(session)->folder_of_share(server, share))
       return;
     require_own_share(session, server, share, owner_of(run, share));
@@ -225,8 +226,8 @@ void remove_old_folder(MoveRun& run, const Part& part, const std::string& way) {
   session.platform.dialogs.beep();
 }
 
-/// What the old folder holds goes, now that all of it stands in the new one. What came into it meanwhile is
-/// copied before.
+/// Deletes the old folder's contents, now that everything is in the new one. What was added meanwhile is
+/// copied first.
 bool take_contents_away(MoveRun& run, const Part& part) {
   const MovedFolder& folder = part.folder;
   if (run.session.runs.rehearse) {
@@ -238,8 +239,8 @@ bool take_contents_away(MoveRun& run, const Part& part) {
                         {.replaces = !folder.used_by_others, .apart = true, .except = folder.except});
 }
 
-/// A folder that only its own share leads to stays, empty, when that has gone. Of one whose share a move that
-/// broke off has removed, the way is remembered.
+/// A folder that only its own share leads to stays, empty, when that is gone. For one whose share was removed
+/// by an interrupted move, the path is remembered.
 void leave_old(MoveRun& run, const Part& part) {
   const MovedFolder& folder = part.folder;
   const bool moves = part.mode == kMove;
@@ -273,7 +274,7 @@ void finish_part(MoveRun& run, const Part& part) {
   run.session.platform.dialogs.beep();
 }
 
-/// What was copied of a user who is not moved stays on both sides.
+/// What was copied for a user who is not moved stays on both sides.
 MoveStep tell_left(MoveRun& run, const std::vector<Part>& parts) {
   for (Part part : parts) {
     part.mode = kCopy;

@@ -46,7 +46,7 @@ std::string expand(const MoveRun& run, std::string_view text) {
   return format::FRString(format::FRString(base::trim(text), "%Server%", run.server), "%UserName%", run.key);
 }
 
-/// How the folder of the server is reached: through the template's share point, which ends in a backslash, or
+/// How to reach the folder of the server: through the template's share point, which ends in a backslash, or
 /// through the administrative share of the drive.
 std::string reachable(const MoveRun& run, const std::string& local, std::string_view share_point) {
   if (share_point.empty())
@@ -120,7 +120,7 @@ struct ShareTexts {
   std::string_view failed;
 };
 
-/// One that stands for the new folder already was made by a move that broke off.
+/// A share that already leads to the new folder was made by an interrupted move.
 resources::ShareResult make_share(MoveRun& run, const MovedFolder& folder, const ShareTexts& texts) {
   Session& session = run.session;
   const auto use = folder_use(session);
@@ -158,7 +158,7 @@ void set_permissions(MoveRun& run, const MovedFolder& folder) {
   std::int16_t warning = 1;
   if (!resources::Set_Permissions(run.session, server, folder.new_admin, run.key, warning)) {
     run.session.log.line("Security Failed for " + folder.new_admin);
-    // A table without rows prescribes nothing; one that cannot be read has told why.
+    // A table without rows prescribes nothing; one that cannot be read has already been reported.
     run.warned |= !run.session.log.reasons().empty();
   } else if (warning != 1) {
     warn(run, "Not all permissions were set on " + folder.new_admin);

@@ -97,7 +97,7 @@ void change_account(MoveRun& run) {
     use->account_has(run.key, kProfilePath, run.profile.new_unc);
 }
 
-/// One who is a member already, also by a move that broke off, is none that failed.
+/// An existing member, perhaps added by an interrupted move, is not a failure.
 void join_group(MoveRun& run, const std::string& group, std::string_view name) {
   base::Trap trap;
   trap([&] { run.session.platform.directory.GetObject(group)->Add(run.path); });

@@ -11,7 +11,7 @@ namespace {
 
 using session::Session;
 
-/// Of an account and a share, which make a name that a file can have.
+/// For an account and a share, which together form a valid file name.
 std::string memory_path(const Session& session, std::string_view account, const std::string& old_path) {
   return session.dbpath + "Unfinished move of " + std::string(account) + " from " +
          creation::Get_Server_Name(old_path) + " " + creation::Get_Share_Name(old_path) + ".txt";
@@ -23,7 +23,8 @@ void remember_old_folder(Session& session, std::string_view account, const std::
                          const std::string& way) {
   if (session.runs.rehearse)
     return;
-  // One write, and none beside it that a killed program would leave: the share goes only after it.
+  // A single write, without a temporary file that a killed program would leave: the share is removed only
+  // after it.
   base::Trap trap;
   trap(
       [&] { session.platform.files.open_append(memory_path(session, account, old_path), true)->write(way); });

@@ -29,7 +29,7 @@ std::string folded(std::string_view path) {
   return text;
 }
 
-/// Shares that would be made, and how the folders that they would stand for are reached until then.
+/// Shares that would be made, and how to reach their folders until then.
 class RehearsedShares {
  public:
   void add(std::string_view server, const platform::ShareInfo502& share) {
@@ -55,7 +55,7 @@ class RehearsedShares {
   std::map<std::string, std::string> ways_;
 };
 
-/// Remembers the folders that would be made, taken away and renamed.
+/// Remembers the folders that would be made, removed and renamed.
 class RehearsedFiles final : public platform::Files {
  public:
   RehearsedFiles(platform::Files& real, const RehearsedShares& shares, const Rehearsal::Tell& tell)
@@ -124,7 +124,7 @@ class RehearsedFiles final : public platform::Files {
   static bool lies_in(std::string_view path, std::string_view folder) {
     return (folded(path) + "\\").starts_with(folded(folder) + "\\");
   }
-  /// Where a path leads as long as nothing is renamed; none for what would be gone.
+  /// Where a path leads while nothing has been renamed; none for what would be gone.
   [[nodiscard]] std::optional<std::string> now(const std::string& path) const {
     if (gone_.contains(folded(path)))
       return std::nullopt;
@@ -235,7 +235,7 @@ class RehearsedSecurity final : public platform::Security {
   platform::Security& real_;
   platform::Files& files_;
   const Rehearsal::Tell& tell_;
-  std::string told_;  ///< last; each row of a table writes the list of one folder again
+  std::string told_;  ///< last report; each row of a table rewrites the list of the same folder
 };
 
 class RehearsedProcess final : public platform::Process {
@@ -257,7 +257,7 @@ class RehearsedProcess final : public platform::Process {
   const Rehearsal::Tell& tell_;
 };
 
-/// Settings stay as they are; nobody needs to be told.
+/// Settings stay as they are; no report is needed.
 class RehearsedRegistry final : public platform::RegistryAccess {
  public:
   explicit RehearsedRegistry(platform::RegistryAccess& real) : real_(real) {}

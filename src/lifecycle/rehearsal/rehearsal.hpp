@@ -8,8 +8,8 @@
 
 namespace twk::lifecycle {
 
-/// Services over those of a session that let nothing be changed: what is read is true, what would be written
-/// is told instead, in the order in which it would be done. Log and status files are not written either.
+/// Services over those of a session that change nothing: reads are real, writes are reported instead, in the
+/// order in which they would be done. Log and status files are not written either.
 ///
 ///     Rehearsal rehearsal(session.platform, [](const std::string& step) { … });
 ///     session::Session rehearsed(rehearsal.services(), …);

@@ -22,7 +22,7 @@ class RehearsedObject final : public platform::DirectoryObject {
   [[nodiscard]] std::string Parent() const override { return real_->Parent(); }
   Value Get(std::string_view attribute) override { return real_->Get(attribute); }
 
-  /// Staged on the real object, where a value that the schema refuses is refused; it is never written.
+  /// Staged on the real object, which refuses a value that the schema refuses; it is never written.
   void Put(std::string_view attribute, const Value& value) override {
     real_->Put(attribute, value);
     staged_.push_back(std::string(attribute) + " = " + value.text());

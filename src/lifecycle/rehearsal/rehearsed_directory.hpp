@@ -9,8 +9,8 @@
 
 namespace twk::lifecycle {
 
-/// A directory that is read as it is, and tells of each change instead of making it. Objects that would be
-/// gone are not found any more.
+/// A directory with real reads that reports each change instead of making it. Objects that would be gone are
+/// no longer found.
 class RehearsedDirectory final : public platform::DirectoryService {
  public:
   using Tell = std::function<void(const std::string&)>;

@@ -9,7 +9,7 @@
 namespace twk::lifecycle {
 namespace {
 
-/// True for the name of a device, which it keeps with any extension and with blanks in front of that.
+/// True for the name of a device, which counts with any extension, and with blanks before that.
 bool is_device(std::string_view name) {
   constexpr std::array<std::string_view, 6> kNames = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
   // Also the superscript digits of code page 1252.

@@ -24,7 +24,7 @@ using session::Session;
 
 constexpr std::string_view kRefused = ",<>?/\\*[]{};:'\"";
 
-/// Logs each character that no account name has; the first of them, or nothing.
+/// Logs each character that no account name may have; returns the first of them, or nothing.
 std::string find_refused(Session& session, std::string_view name) {
   std::string first;
   for (const char sign : name) {
@@ -56,7 +56,7 @@ void show_new_name(Session& session, controls::TreeNode& node, const std::string
   }
 }
 
-/// An account that has the new name already is one whose renaming broke off.
+/// An account that already has the new name is one whose renaming was interrupted.
 void rename_account(Session& session, controls::TreeNode& node, PreparedRename& prepared) {
   const std::string old_name = session.rename_nt.OldName;
   const std::string& new_name = prepared.user.new_name;
@@ -70,7 +70,7 @@ void rename_account(Session& session, controls::TreeNode& node, PreparedRename& 
   session::LOG_TAB(session, session::kGreen, " " + old_name + " renamed to " + new_name);
 }
 
-/// Tests what can be in the way of the renaming before anything is changed.
+/// Tests what could prevent the renaming before anything is changed.
 PreparedRename prepare(Session& session, const ObjectPtr& user, const std::string& new_name) {
   const session::Rename_NT& window = session.rename_nt;
   RenameOrder order;
@@ -85,7 +85,7 @@ PreparedRename prepare(Session& session, const ObjectPtr& user, const std::strin
   return prepare_rename(session, order);
 }
 
-/// False when nothing may be renamed to what was typed, which is told.
+/// False when what was typed is not a valid name, which is reported.
 bool accepts_logon_name(Session& session) {
   const std::string refused = find_refused(session, session.rename_nt.User_Logon.text.get());
   if (refused.empty())

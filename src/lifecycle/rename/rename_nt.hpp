@@ -8,7 +8,7 @@ struct Session;
 /// of the tree.
 namespace twk::lifecycle {
 
-/// Opens the window on the selected node; a user who cannot be read is told in the status bar.
+/// Opens the window on the selected node; a user who cannot be read is reported in the status bar.
 void show_rename_nt(session::Session& session);
 /// Fills the window. Raises what the directory raises.
 void Rename_NT_Load(session::Session& session);
@@ -17,7 +17,7 @@ void Rename_NT_Load(session::Session& session);
 void Rename_NT_User_Logon_Change(session::Session& session);
 void Rename_NT_Full_Name_Change(session::Session& session);
 
-/// OK: the account, its shares and folders where that is ticked, then the full name. True when the window
+/// OK: the account, its shares and folders if ticked, then the full name. True when the window
 /// closes.
 bool Rename_NT_OKButton_Click(session::Session& session);
 

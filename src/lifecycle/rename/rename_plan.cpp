@@ -25,9 +25,9 @@ struct AccountPath {
   TreePath path;            ///< the same in parts
   TreePath folder;          ///< by the share of the drive
   TreePath folder_now;      ///< the same before any renaming
-  std::size_t settled = 0;  ///< so many parts of `folder` have their name for good
+  std::size_t settled = 0;  ///< number of parts of `folder` whose names are final
 
-  /// Parts of `folder` that the share stands for.
+  /// The parts of `folder` that belong to the share.
   [[nodiscard]] std::size_t depth() const { return folder.parts.size() - path.parts.size(); }
 };
 
@@ -41,7 +41,7 @@ AccountPath locate(Session& session, std::string_view text, bool is_home) {
   return found;
 }
 
-/// The server's own spelling, "D:\Users\jo", with the parts of a path by the drive's share in it.
+/// The server's own spelling, "D:\Users\jo", with the parts of a path through the drive's share.
 std::vector<std::string> parts_of_folder(std::string_view folder) {
   std::vector<std::string> parts;
   for (std::string& part : base::split(folder, '\\')) {
@@ -62,7 +62,7 @@ bool lies_in(const TreePath& inner, const TreePath& outer) {
 
 struct NamedPart {
   std::size_t place = 0;
-  std::string name;  ///< the user's, of those given
+  std::string name;  ///< the user's, from the given ones
 };
 
 std::optional<NamedPart> named_part(const AccountPath& path, const std::vector<std::string>& names) {
@@ -104,14 +104,14 @@ bool is_taken(Session& session, const TreePath& path) {
   return trap([&] { static_cast<void>(session.platform.files.status(path.text())); });
 }
 
-/// Plans one folder after the other, each as it will be when the one before it has its new name.
+/// Plans one folder after the other, each as it will be when the previous one has its new name.
 class Planner {
  public:
   Planner(Session& session, const RenamedUser& user) : session_(session), user_(user) {}
 
   void add(const AccountPath& path) { paths_.push_back(path); }
   PlannedFolder plan(bool is_home);
-  /// True when the path goes along with a folder that was planned.
+  /// True when the path follows a planned folder.
   [[nodiscard]] bool follows(bool is_home) const;
 
  private:
@@ -182,7 +182,7 @@ void Planner::add_shares(FolderRenaming& renaming, const TreePath& now, const Na
   }
 }
 
-/// Only a share that the account's own paths go through gets another name.
+/// Only a share that the account's own paths go through is renamed.
 ShareInfo502 Planner::renamed_share(const ShareInfo502& before, const FolderRenaming& renaming,
                                     const NamedPart& part) {
   ShareInfo502 after = before;
@@ -205,7 +205,7 @@ bool Planner::is_of_account(const std::string& server, const std::string& share)
   });
 }
 
-/// `now` is the folder as it is called before any renaming.
+/// `now` is the folder before any renaming.
 void Planner::require_own(const FolderRenaming& renaming, const TreePath& now) {
   Owner owner;
   owner.account = user_.account;
@@ -238,7 +238,7 @@ void Planner::require_free(const FolderRenaming& renaming, const TreePath& now) 
   }
 }
 
-/// Gives the account's paths their new text, for what is planned next.
+/// Updates the account's paths for what is planned next.
 void Planner::settle(FolderRenaming& renaming) {
   const std::size_t place = renaming.before.parts.size() - 1;
   for (AccountPath& path : paths_) {
@@ -275,7 +275,7 @@ std::string why_refused(std::string_view path, bool is_home) {
   return {};
 }
 
-/// What can be said of a path without planning; kRenamed when it is to be planned.
+/// What can be said about a path without planning; kRenamed when it needs planning.
 PlannedFolder look_at(Session& session, std::string path, bool is_home) {
   PlannedFolder planned;
   planned.path = std::move(path);
@@ -291,7 +291,7 @@ PlannedFolder look_at(Session& session, std::string path, bool is_home) {
   return planned;
 }
 
-/// Plans those of the two that can be. A path that leads to no folder yet follows the other one all the same.
+/// Plans those of the two that can be. A path that does not lead to a folder yet still follows the other one.
 void plan_all(Session& session, const RenamedUser& user, std::initializer_list<PlannedFolder*> folders,
               const PlannedFolder* home) {
   Planner planner(session, user);

@@ -18,7 +18,7 @@ void add_suffix(std::vector<std::string>& suffixes, const std::string& name) {
     suffixes.push_back("@" + name);
 }
 
-/// The name of a domain, which its cross-reference has beside a pre-2000 name; other partitions have none.
+/// The name of a domain, whose cross-reference also has a pre-2000 name; other partitions have none.
 void add_domain(std::vector<std::string>& suffixes, const ObjectPtr& reference) {
   base::Trap other_partition;
   other_partition([&] {

@@ -27,7 +27,7 @@ std::string file_of(const Session& session, std::string_view identifier) {
   return session.dbpath + std::string(kPrefix) + std::string(identifier) + std::string(kSuffix);
 }
 
-/// So that no text breaks the lines and fields it stands in.
+/// So that no text breaks its line or field.
 std::string escaped(std::string_view text) {
   std::string out;
   for (const char sign : text) {

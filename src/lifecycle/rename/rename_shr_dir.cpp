@@ -19,12 +19,12 @@ namespace {
 using platform::ShareInfo502;
 using session::Session;
 
-/// The steps that take back those of a renaming, the last one first.
+/// The steps that undo those of a renaming, the last one first.
 class Rollback {
  public:
   explicit Rollback(Session& session) : session_(session) {}
 
-  /// `failure` is what is told when the step fails.
+  /// `failure` is the message when the step fails.
   void add(std::string failure, std::function<void()> step) {
     steps_.push_back({std::move(failure), std::move(step)});
   }
@@ -55,7 +55,7 @@ std::optional<std::string> folder_of(Session& session, const std::string& server
   return folder;
 }
 
-/// A share that stands for another folder is somebody else's by now, and stays.
+/// A share that now leads to another folder belongs to someone else, and stays.
 void remove_share(Session& session, const std::string& server, const ShareInfo502& share) {
   const auto folder = folder_of(session, server, share.shi502_netname);
   if (folder && base::equals_fold(*folder, share.shi502_path))
@@ -68,7 +68,7 @@ void make_share(Session& session, const std::string& server, const ShareInfo502&
     session.platform.network.NetShareAdd(server, share);
 }
 
-/// Where the spelling alone is to change, the folder is there under either name.
+/// When only the spelling changes, the folder exists under either name.
 void change_case(Session& session, const TreePath& from, const TreePath& halfway, const TreePath& to) {
   platform::Files& files = session.platform.files;
   if (!files.exists(halfway.text())) {
@@ -85,7 +85,7 @@ void rename_folder(Session& session, const FolderRenaming& renaming, bool back) 
   if (renaming.is_change_of_case())
     return change_case(session, from, renaming.halfway(), to);
   platform::Files& files = session.platform.files;
-  // What broke off may have come this far already.
+  // An interrupted renaming may already have come this far.
   if (files.exists(from.text()) || !files.exists(to.text()))
     files.rename(from.text(), to.text());
 }
@@ -170,7 +170,7 @@ struct FolderTexts {
   std::string_view told_other;
 };
 
-/// Tells what became of one folder; False when it should have been renamed and was not.
+/// Reports the outcome for one folder; False when it should have been renamed but was not.
 bool rename_one(Session& session, const PreparedRename& prepared, const PlannedFolder& folder,
                 const FolderTexts& texts) {
   const std::string& name = prepared.user.new_name;
@@ -201,7 +201,7 @@ bool rename_one(Session& session, const PreparedRename& prepared, const PlannedF
   return folder.fate == FolderFate::kRefused;
 }
 
-/// True when the account has the paths of this renaming and not those before, and the folder followed.
+/// True when the account already has the new paths of this renaming, and the folder followed.
 bool is_done(Session& session, const platform::ObjectPtr& object, const FolderRenaming& renaming) {
   if (renaming.paths.empty() ||
       (!renaming.is_change_of_case() && session.platform.files.exists(renaming.before.text())))
@@ -221,7 +221,7 @@ std::vector<const FolderRenaming*> unfinished(Session& session, const RenameReco
   return all;
 }
 
-/// True when the record speaks of this path, as it was or as it becomes.
+/// True when the record mentions this path, in its old or new form.
 bool knows_path(const RenameRecord& record, bool is_home, const std::string& path) {
   for (const auto* const renaming : {&record.home, &record.profile}) {
     if (!*renaming)
@@ -235,7 +235,7 @@ bool knows_path(const RenameRecord& record, bool is_home, const std::string& pat
   return false;
 }
 
-/// True when the account still has the paths that a renaming on record speaks of.
+/// True when the account still has the paths mentioned in a recorded renaming.
 bool applies(Session& session, const RenameRecord& record, const platform::ObjectPtr& object) {
   for (const FolderRenaming* const renaming : unfinished(session, record, object)) {
     for (const PathChange& change : renaming->paths) {
@@ -255,14 +255,14 @@ bool is_untouched(Session& session, const FolderRenaming& renaming) {
   return shared && session.platform.files.exists(renaming.before.text());
 }
 
-/// What is left to do is the user's own as before.
+/// What is left to do is still the user's own.
 void check_again(Session& session, const RenamedUser& user, const FolderRenaming& renaming) {
   TreePath where = renaming.before;
   for (const TreePath& other : {renaming.halfway(), renaming.after}) {
     if (!session.platform.files.exists(where.text()))
       where = other;
   }
-  // Shares that were made before it broke off are the user's, though no path of the account says so yet.
+  // Shares made before the interruption are the user's, although no path of the account says so yet.
   Owner owner{user.account, {}};
   for (const ShareChange& share : renaming.shares) {
     const std::string& name = share.after.shi502_netname;
@@ -309,7 +309,7 @@ FoldersPlan plan_of(Session& session, const RenamedUser& user, const std::option
   return plan_folders(session, user);
 }
 
-/// Folders are renamed on record alone; without it nobody would know the list of a share that is gone.
+/// Folders are renamed only with a record; without it the list of a removed share would be lost.
 void put_on_record(Session& session, const PreparedRename& prepared) {
   if (prepared.keeps_record || prepared.record.names.empty())
     return;
@@ -377,7 +377,7 @@ bool rename_folders_of(Session& session, const PreparedRename& prepared, const P
       {"Renamed Home Directory: ", " Home Directory and Share renamed for ",
        "Failed to Rename Home Directory: ", " Failed to Rename Home directory and share for ",
        "Failed to find Home direcotry: ", " Failed to find Home Dir", " Home Directory not renamed for "});
-  // A profile that goes along with the home, or is renamed within it, waits for that.
+  // A profile that follows the home, or is renamed within it, waits for that.
   const auto& profile = prepared.plan.profile.renaming;
   const auto& outer = prepared.plan.home.renaming;
   if (!home && profile && outer && holds_folder(outer->after.text(), profile->before.text()))

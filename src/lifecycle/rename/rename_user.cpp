@@ -24,7 +24,7 @@ namespace {
 using platform::ObjectPtr;
 using session::Session;
 
-/// Without its "CN=" and with the commas as they are read.
+/// Without its "CN=" and with the commas unescaped.
 std::string plain_name(const std::string& name) {
   return platform::unescape_dn_value(base::mid(name, 4));
 }
@@ -42,11 +42,11 @@ struct RenameRun {
   controls::TreeNode& node;
   ObjectPtr user{};
   PreparedRename prepared{};
-  std::string text{};  ///< of the box that tells a refusal
+  std::string text{};  ///< of the box that reports a refusal
   std::string title{};
 };
 
-/// Writes what differs, so that a name that nobody touched is not written.
+/// Writes what differs, so that an unchanged name is not written.
 void put_or_clear(const ObjectPtr& user, std::string_view attribute, const std::string& value) {
   const std::string stored = text_of(user, attribute);
   if (value == stored)
@@ -66,13 +66,13 @@ std::string typed(const controls::TextBox& field) {
   return std::string(base::trim(field.text.get()));
 }
 
-/// True when the name changes that folders are made of.
+/// True when the name that folders contain changes.
 bool is_folder_name_changed(const Session& session) {
   const session::RenameUser& window = session.rename_user;
   return session.form1.CNName.value ? window.Full_Name_Changed : window.Logon_Name_Changed;
 }
 
-/// What the account can be called by now, when one of the names changes.
+/// The account's current names, when one of them changes.
 std::vector<std::string> names_now(const RenameRun& run) {
   const session::RenameUser& window = run.session.rename_user;
   if (!window.Full_Name_Changed && !window.Logon_Name_Changed &&
@@ -88,7 +88,7 @@ std::vector<std::string> names_now(const RenameRun& run) {
   return names;
 }
 
-/// All that can be in the way of the folders is found before the first name is written.
+/// Every obstacle to renaming the folders is found before the first name is written.
 void prepare(RenameRun& run) {
   Session& session = run.session;
   const session::RenameUser& window = session.rename_user;
@@ -160,7 +160,7 @@ void rename_object(RenameRun& run) {
   const std::string full_name = typed(session.rename_user.Full_Name);
   if (!session.rename_user.Full_Name_Changed || full_name == plain_name(run.user->Name()))
     return;
-  // A comma of the name, and whatever else a name in a path must have escaped.
+  // A comma of the name, and whatever else must be escaped in a path.
   const std::string name = platform::escape_dn_value(full_name);
   const std::string old_path = run.user->ADsPath();
   // The container by the server in the key; its own node may be hidden by a limit to one OU.

@@ -31,7 +31,7 @@ std::string name_of(const TreePath& path) {
   return path.parts.empty() ? path.share : path.parts.back();
 }
 
-/// A folder that is closed to the program now may be open once ownership was taken.
+/// A folder that the program cannot read now may become readable once ownership is taken.
 bool rehearse_deletion(Session& session, const std::string& path) {
   Tree tree;
   base::Trap closed;
@@ -44,7 +44,7 @@ bool rehearse_deletion(Session& session, const std::string& path) {
   return true;
 }
 
-/// True when all went; the folder of a share itself stays, its share holds it.
+/// True when everything was deleted; the folder of a share itself stays, because it is shared.
 bool delete_tree(Session& session, std::string_view path, const Owner& owner) {
   const TreePath own = require_own_tree(session, path, owner);
   if (session.runs.rehearse)
@@ -65,7 +65,7 @@ bool delete_tree(Session& session, std::string_view path, const Owner& owner) {
   return true;
 }
 
-/// Raises when the target lies within the source: what is copied there would be copied again.
+/// Raises when the target is inside the source: what is copied there would be copied again.
 void require_outside(Session& session, const TreePath& source, const TreePath& target) {
   const auto outer = folder_on_server(session, source);
   const auto inner = folder_on_server(session, target);
@@ -184,7 +184,7 @@ std::string Locate_Share_Point(Session& session, const std::string& server, cons
   const std::vector<std::string> classes{"FileShare"};
   session.platform.directory.GetObject(object)->enumerate(classes, [&](const platform::ObjectPtr& one) {
     std::string path = one->Get("Path").text();
-    // A drive has a backslash at its end, as no other folder has.
+    // A drive has a backslash at its end, unlike any other folder.
     while (path.ends_with('\\'))
       path.pop_back();
     for (const std::string& candidate : above) {

@@ -8,9 +8,9 @@ struct Session;
 
 namespace twk::lifecycle {
 
-/// Gives copies the owners of what they are copies of: what a program makes on a server belongs to whoever
-/// runs it. Where the right to that is missing it is tried once and left. The privilege that it takes is on
-/// for the life of the object.
+/// Gives copies the owners of their originals: what a program makes on a server belongs to the person running
+/// it. Without the right to do that, one attempt is made. The necessary privilege is on while the object
+/// exists.
 class OwnerKeeper {
  public:
   explicit OwnerKeeper(session::Session& session);

@@ -10,15 +10,15 @@ namespace twk::session {
 struct Session;
 }
 
-/// What a person sees of work on a folder while it goes on.
+/// Shows a person the progress of work on a folder.
 namespace twk::lifecycle {
 
-/// "1.4 GB"; from 1024 on with one digit behind the point.
+/// "1.4 GB"; from 1024 on with one digit after the point.
 std::string size_text(std::uint64_t bytes);
 /// "3 files, 1.4 GB".
 std::string contents_text(const Tree& tree);
 
-/// Shows the window with the Cancel button for a scope, unless a run has a window of its own.
+/// Shows the window with the Cancel button for a scope, unless a run has its own window.
 class ShownProgress {
  public:
   explicit ShownProgress(session::Session& session);
@@ -32,7 +32,7 @@ class ShownProgress {
   bool was_enabled_;
 };
 
-/// Tells every few files how far the work is, and lets a press of Cancel in; False behind one.
+/// Shows every few files how far the work is, and lets Cancel be pressed; False after that.
 class Turns {
  public:
   Turns(session::Session& session, const Tree& tree, std::string_view verb)

@@ -16,7 +16,7 @@ namespace {
 
 using session::Session;
 
-/// Of a server that is given by its address, which may be any.
+/// For a server given by its address, which may be any server.
 constexpr std::string_view kAnyServer = "*";
 
 /// "FS1" of "fs1.twk.test".
@@ -28,7 +28,7 @@ std::string server_key(std::string_view name) {
   return address ? std::string(kAnyServer) : key.substr(0, key.find('.'));
 }
 
-/// An address stands for itself among the servers that were asked.
+/// An address counts as a separate name among the servers that were asked.
 std::string known_key(const std::string& name) {
   std::string key = server_key(name);
   return key == kAnyServer ? name : key;
@@ -39,7 +39,7 @@ bool may_be_same(std::string_view a, std::string_view b) {
   return a == b || a == kAnyServer || b == kAnyServer;
 }
 
-/// A folder in upper case with one backslash at its end, so that what lies in it begins with it.
+/// A folder in upper case with one backslash at its end, so that what is in it begins with it.
 std::string folder_key(std::string_view folder) {
   std::string key = base::upper(base::trim(folder));
   while (key.ends_with('\\'))
@@ -47,9 +47,9 @@ std::string folder_key(std::string_view folder) {
   return key + '\\';
 }
 
-/// "\\FS1\Users\jo" of an account in its parts, as a server takes it: slashes are backslashes, doubled ones
-/// count once, blanks and dots at the end of a part do not count, and ".." leads up. None for what is no
-/// network path.
+/// "\\FS1\Users\jo" of an account in its parts, as a server reads it: slashes are backslashes, doubled ones
+/// count once, blanks and dots at the end of a part do not count, and ".." leads up. None for what is not
+/// a network path.
 std::optional<TreePath> parts_of_claim(std::string_view text) {
   std::string path(base::trim(text));
   std::replace(path.begin(), path.end(), '/', '\\');
@@ -80,7 +80,7 @@ std::string tail_key(const TreePath& path) {
 
 }  // namespace
 
-/// All claims of the domain, by the server that they lead to.
+/// All claims of the domain, by their server.
 class FolderUse::Accounts {
  public:
   struct Claim {
@@ -110,7 +110,7 @@ class FolderUse::Accounts {
     return claim.get();
   }
 
-  /// The claims that the account has no more; they stay in memory for who holds on to them.
+  /// Removes claims that the account no longer has; they stay in memory for holders of pointers.
   std::vector<const Claim*> take(std::string_view account, std::string_view what) {
     std::vector<const Claim*> taken;
     const auto found = by_account_.find(base::upper(account));
@@ -137,7 +137,7 @@ class FolderUse::Accounts {
   std::map<std::string, std::vector<const Claim*>> by_account_;
 };
 
-/// A server's shares, and the claims on its folders in the order of these.
+/// A server's shares, and the claims on its folders, ordered by folder.
 class FolderUse::Server {
  public:
   using Claim = Accounts::Claim;
@@ -190,7 +190,7 @@ class FolderUse::Server {
     return found == shares_.end() ? nullptr : &found->second;
   }
 
-  /// Of a path below no known share, its own text counts.
+  /// For a path not below a known share, its own text counts.
   [[nodiscard]] std::string key_of(const TreePath& path) const {
     const SharedFolder* const share = find_share(path.share);
     if (share == nullptr || share->folder.empty())

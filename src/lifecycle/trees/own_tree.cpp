@@ -20,7 +20,7 @@ using session::Session;
   base::raise(base::error::kPathFileAccess, why);
 }
 
-/// Shares that a server has for itself, whatever folder they stand for.
+/// A server's built-in shares, whatever their folders.
 bool is_administrative(std::string_view share) {
   constexpr std::array kNames = {"ADMIN$", "IPC$", "PRINT$", "FAX$"};
   if (share.size() == 2 && share.ends_with('$'))
@@ -32,12 +32,12 @@ bool is_administrative(std::string_view share) {
   return false;
 }
 
-/// What every domain controller shares for the logons of all.
+/// What every domain controller shares for everyone's logons.
 bool is_of_logons(std::string_view share) {
   return base::equals_fold(share, "NETLOGON") || base::equals_fold(share, "SYSVOL");
 }
 
-/// The answer of the domain and the server to who uses a path.
+/// The answer of the domain and the server about who uses a path.
 template <typename Question>
 auto answer(const std::string& about, Question&& question) {
   try {
@@ -65,7 +65,7 @@ std::string named(const std::vector<FolderClaim>& claims, const std::vector<Shar
   return list;
 }
 
-/// Raises unless the person wants it all the same. About the same others, by whatever path, a run asks once.
+/// Raises unless the person agrees. A run asks only once about the same others, whatever the path.
 void require_consent(Session& session, FolderUse& use, const std::string& what, const std::string& others) {
   if (use.is_agreed(others))
     return;
@@ -105,7 +105,7 @@ TreePath administrative_path(const std::string& server, std::string_view folder)
   return path;
 }
 
-/// As far down as there is something.
+/// As far down as something exists.
 void require_no_link(Session& session, const TreePath& path) {
   TreePath way{path.server, path.share, {}};
   for (const std::string& part : path.parts) {

@@ -12,12 +12,12 @@ namespace {
 using platform::FileEntry;
 using platform::Files;
 
-/// A deeper tree than any file system lets paths be is a loop.
+/// A tree deeper than any file system's paths is a loop.
 constexpr std::size_t kDeepest = 1000;
 constexpr std::string_view kProbe = "~twk-probe~";
-/// What a file service calls the new file that is to replace another, until it is whole.
+/// A file service's temporary name for a replacement until it is complete.
 constexpr std::string_view kDraft = ".twk-copy";
-/// The finest time that every way of setting one keeps, and the coarsest that a file system keeps.
+/// The finest time that every way of setting one preserves, and the coarsest that a file system stores.
 constexpr std::int64_t kFineTime = 1'000;
 constexpr std::int64_t kCoarseTime = 2'000'000'000;
 
@@ -29,10 +29,10 @@ void read_folder(Files& files, Tree& tree, const std::string& folder, std::size_
   const std::string path = folder.empty() ? tree.top : joined(tree.top, folder);
   if (depth > kDeepest)
     base::raise(base::error::kPathFileAccess, path + " is too deep");
-  // Files first, so that who goes through the entries is in one folder at a time.
+  // Files first, so that a walk through the entries is in one folder at a time.
   std::vector<FileEntry> folders;
   for (FileEntry& entry : files.list(path)) {
-    // A name of another system, which as a part of a path would mean another file.
+    // A name from another system, which would mean another file as part of a path.
     if (entry.name.find('\\') != base::npos)
       base::raise(base::error::kBadFileName, path + " holds a name with a backslash: " + entry.name);
     if (entry.directory) {
@@ -49,13 +49,13 @@ void read_folder(Files& files, Tree& tree, const std::string& folder, std::size_
   }
 }
 
-/// The folder that an entry stands in; empty for the top.
+/// The folder that contains an entry; empty for the top.
 std::string folder_of(std::string_view path) {
   const std::size_t slash = path.rfind('\\');
   return slash == base::npos ? std::string() : std::string(path.substr(0, slash));
 }
 
-/// Sees to it that what was read as a folder has not become a link meanwhile, which would lead out.
+/// Makes sure that what was read as a folder has not become a link meanwhile, which would lead out.
 class FolderGuard {
  public:
   FolderGuard(Files& files, const std::string& top) : files_(files), top_(top) {}
@@ -80,7 +80,7 @@ class FolderGuard {
   bool entered_ = false;
 };
 
-/// Tried twice: it must not stay in somebody's folder.
+/// Tried twice: it must not stay in someone's folder.
 void remove_probe(Files& files, const std::string& probe) {
   base::Trap trap;
   if (!trap([&] { files.remove_directory(probe); }))
@@ -112,13 +112,13 @@ bool is_near(std::int64_t a, std::int64_t b, std::int64_t tolerance) {
   return std::max(a, b) - std::min(a, b) <= tolerance;
 }
 
-/// The entries of the folders of a tree as they are now, a folder read when it is first asked for. Goes down
-/// and up a tree as its entries do, forwards or backwards, and so reads each folder once.
+/// The current entries of the folders of a tree, each folder read on first use. Follows a tree's entries
+/// forwards or backwards, and so reads each folder once.
 class PresentEntries {
  public:
   PresentEntries(Files& files, const std::string& top) : files_(files), top_(top) {}
 
-  /// By its name in any case; none when it, or its folder, is not there.
+  /// By its name in any case; none when it, or its folder, does not exist.
   const FileEntry* find(const std::string& path) {
     const std::string folder = folder_of(path);
     const auto& entries = entries_of(folder);
@@ -174,7 +174,7 @@ class Planner {
  private:
   CopyStep step_of_folder(const TreeEntry& entry) {
     if (entry.path == kProbe && is_empty(entry))
-      return CopyStep::kLeave;  // of a copy that was killed when this tree was its target
+      return CopyStep::kLeave;  // from a copy that was killed when this tree was its target
     const FileEntry* const there = find(entry.path);
     if (there == nullptr) {
       if (!is_fresh(entry.path))
@@ -206,7 +206,7 @@ class Planner {
     base::raise(base::error::kPathFileAccess, joined(target_, entry.path) + why);
   }
 
-  /// True below a folder that is still to be made, where nothing can be.
+  /// True below a folder that is still to be made, where nothing can exist.
   [[nodiscard]] bool is_fresh(std::string_view path) const {
     return !fresh_.empty() && path.starts_with(fresh_);
   }
@@ -246,7 +246,7 @@ class Copier {
   }
 
  private:
-  /// What came into being since the plan was made is a failure, and never replaced.
+  /// What was added since the plan was made is a failure, and never replaced.
   bool copy(const TreeEntry& entry, bool replace) {
     const std::string from = joined(tree_.top, entry.path);
     const std::string to = joined(target_, entry.path);
@@ -278,8 +278,8 @@ class Copier {
   TreeProgress done_;
 };
 
-/// Every file must stand on both sides as it was read: on the one nothing was written since, on the other it
-/// is whole.
+/// Every file must be on both sides as it was read: the source unchanged since then, the copy
+/// complete.
 void require_copied(Files& files, const Tree& tree, const std::string& target) {
   PresentEntries source(files, tree.top);
   PresentEntries copies(files, target);

@@ -60,7 +60,7 @@ TreePath parse_tree_path(std::string_view path) {
     refuse(path, "names no share");
   TreePath tree;
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    // Only behind the share may a backslash be doubled.
+    // Only after the share may a backslash be doubled.
     if (i >= 2 && parts[i].empty())
       continue;
     check_part(path, parts[i]);

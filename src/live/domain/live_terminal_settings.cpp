@@ -24,8 +24,8 @@ SamAccount require_user(AccountService& accounts, std::string_view name) {
   return *std::move(account);
 }
 
-/// The name by which the server's directory is reached: for the controller, also by its short name, the
-/// existing connection.
+/// The server whose directory to ask; empty for the controller, also by its short name: its connection
+/// exists.
 std::string_view directory_server(LiveDomain& domain, std::string_view server) {
   const std::string_view name = ads::without_backslashes(server);
   const std::string& controller = domain.controller();

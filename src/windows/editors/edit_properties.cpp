@@ -26,12 +26,12 @@ using controls::ListRow;
 using controls::ListView;
 using session::Session;
 
-/// What the window looks like, and where the row goes, in one mode.
+/// How the window looks, and where the row is stored, in one mode.
 struct ModeLook {
   std::string_view title;
   std::string_view first_caption;
   std::string_view second_caption;
-  int first_length;  ///< of the field in its file, where that has one
+  int first_length;  ///< of the field in its file, if limited there
   int second_length;
   std::string_view file;  ///< rewritten with each change; none for a list that its window stores
   std::size_t most_rows;
@@ -74,7 +74,7 @@ std::string value_of(const ListRow& row) {
   return row.sub_items.empty() ? std::string() : row.sub_items.front();
 }
 
-/// A list as it was, to come back to when its file cannot be written.
+/// A list as it was, to restore when its file cannot be written.
 class ListCopy {
  public:
   explicit ListCopy(ListView& list) : list_(list) {
@@ -102,7 +102,7 @@ void save_list(Session& session, std::int32_t list_mode) {
     stores::save_wts_table(session);
 }
 
-/// Changes the list and rewrites its file. False when that failed: it was told, and nothing is changed.
+/// Changes the list and rewrites its file. False when that failed, which was reported; nothing is changed.
 bool change_list(Session& session, std::int32_t list_mode, const std::function<void(ListView&)>& change) {
   ListView& list = list_of(session, list_mode);
   const ListCopy before(list);

@@ -9,8 +9,8 @@ struct Session;
 /// The window `Edit_Properties`, which edits one row of five lists, and the menu `Listviewmnu` of those
 /// lists. `EditPropertiesMode` says which list.
 ///
-/// A list and its file change together: a file that cannot be written is told, and the list stays as it was.
-/// Texts are kept as their file can hold them: what has no place in code page 1252 becomes "?".
+/// A list and its file change together: a file that cannot be written is reported, and the list stays as it
+/// was.
 namespace twk::windows {
 
 namespace mode {
@@ -25,19 +25,19 @@ inline constexpr std::int32_t kWts = 4;        ///< `ListView9`, "WTS.dat"; its 
 /// row is selected.
 void Listviewmnu_Edit(session::Session& session, std::int32_t list_mode);
 /// Opens the window on a new row. Only the lists of modes 0 to 2 take one, and a full one (49 mail rows, 50
-/// variables) tells so.
+/// variables) reports that.
 void Listviewmnu_New(session::Session& session, std::int32_t list_mode);
 /// Deletes the selected row, after a question when `Confirm_Deletes` is ticked, and rewrites the file. The
-/// four rows of mode 3 stay and are emptied, without a question; rows of mode 4 are left alone.
+/// four rows of mode 3 stay and are emptied, without a question; rows of mode 4 do not change.
 void Listviewmnu_Delete(session::Session& session, std::int32_t list_mode);
 
 /// Fills the window for the mode; an old row fills the fields.
 void Edit_Properties_Load(session::Session& session);
-/// Takes the fields over and ends the edit. False leaves the window open, after a message: a control
+/// Stores the fields and ends the edit. False leaves the window open, after a message: a control
 /// character, a text longer than its field, or a file that cannot be written.
 bool Edit_Properties_OK(session::Session& session);
 void Edit_Properties_Cancel(session::Session& session);
-/// The first field changed: the hint tells of a comma, at which the file's column would end.
+/// The first field changed: the hint warns about a comma, which would end the file's column.
 void W2K_Attribute_Change(session::Session& session);
 
 }  // namespace twk::windows

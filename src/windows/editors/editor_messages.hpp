@@ -8,7 +8,7 @@ namespace twk::session {
 struct Session;
 }
 
-/// What the editing windows tell a person. They stand in front of the status bar, so they tell by box.
+/// Messages of the editing windows. They cover the status bar, so they use boxes.
 namespace twk::windows {
 
 /// A box with an exclamation mark.

@@ -38,13 +38,14 @@ bool is_letter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// Bytes of the day's name and of a colon in front of the line, 0 when it has none, none for another word.
+/// Length in bytes of the day's name and a colon at the beginning of the line, 0 when it has none, none for
+/// another word.
 std::optional<std::size_t> day_in_front(std::string_view line, std::size_t start, std::string_view day) {
   std::size_t end = start;
   while (end < line.size() && is_letter(line[end]))
     ++end;
   const std::string_view word = line.substr(start, end - start);
-  // A row of "X" is no name.
+  // A row of "X" is not a name.
   if (word.empty() || word.find_first_not_of("Xx") == base::npos)
     return start;
   if (!base::equals_fold(word, day) && !base::equals_fold(word, day.substr(0, 3)))
@@ -52,7 +53,7 @@ std::optional<std::size_t> day_in_front(std::string_view line, std::size_t start
   return end < line.size() && line[end] == ':' ? end + 1 : end;
 }
 
-/// Appends the hours of one day; tells what is wrong.
+/// Appends the hours of one day; returns what is wrong.
 std::optional<HoursText> parse_day(std::string_view line, std::size_t number, std::vector<bool>& cells) {
   const std::string_view day = kDayNames.at(cells.size() / kHours);
   const std::size_t begin = line.find_first_not_of(" \t");

@@ -19,16 +19,16 @@ namespace twk::windows {
 
 inline constexpr int kDays = 7;
 inline constexpr int kHours = 24;
-/// Hours that the grid is ahead of UTC unless the administrator chose otherwise.
+/// Hours by which the grid is ahead of UTC unless the administrator chose otherwise.
 inline constexpr int kFixedHoursAhead = 12;
 
 /// "Sunday" for row 1 to "Saturday" for row 7.
 std::string_view day_name(int row);
-/// "12am" for 0, "12pm" for 12, "12am" again for 24: where the hour of column 1 to 24 ends, and that before
-/// where it begins.
+/// "12am" for 0, "12pm" for 12, "12am" again for 24: the end of the hour of column 1 to 24, the value
+/// before being its beginning.
 std::string hour_name(int hour);
 
-/// Bytes that are missing count as permitted.
+/// Missing bytes count as permitted.
 std::vector<bool> cells_of_bytes(const base::Bytes& bytes, int hours_ahead = kFixedHoursAhead);
 base::Bytes bytes_of_cells(const std::vector<bool>& cells, int hours_ahead = kFixedHoursAhead);
 
@@ -36,12 +36,12 @@ base::Bytes bytes_of_cells(const std::vector<bool>& cells, int hours_ahead = kFi
 std::vector<std::string> text_of_cells(const std::vector<bool>& cells);
 
 struct HoursText {
-  std::vector<bool> cells;  ///< empty when the text does not read
+  std::vector<bool> cells;  ///< empty when the text is invalid
   std::string error;        ///< "line 3, column 5: …"; what is wrong with it
 };
 /// Seven lines of 24 characters, Sunday first, 12am first: '#', '1' or 'X' permits, '.', '0' or '-' denies. A
-/// line may begin with the day's name or its first three letters, which then must be the right one. Blanks
-/// between the characters and empty lines count for nothing.
+/// line may begin with the day's name or its first three letters, which must then be correct. Blanks between
+/// the characters and empty lines are ignored.
 HoursText parse_hours(const std::vector<std::string>& lines);
 
 }  // namespace twk::windows

@@ -16,7 +16,7 @@ std::string preferences_key() {
   return std::string(session::kTree) + "\\" + std::string(session::kPreferences);
 }
 
-/// Minutes that clocks here are ahead of UTC today.
+/// Minutes by which clocks here are ahead of UTC today.
 int minutes_ahead(platform::Clock& clock) {
   constexpr std::int64_t kFiletimePerMinute = 600'000'000;
   const base::Date utc = clock.utc_now();
@@ -28,7 +28,7 @@ int wrapped(int cell) {
   return (cell % kCells + kCells) % kCells;
 }
 
-/// A run of permitted hours; they may go on from Saturday into Sunday.
+/// A run of permitted hours; it may continue from Saturday into Sunday.
 struct Stretch {
   int first = 0;
   int count = 0;

@@ -7,31 +7,31 @@
 
 #include "platform/platform.hpp"
 
-/// Whose hours a week of logon hours shows. The directory keeps hours of UTC. The grid and its text form are
-/// 12 hours ahead of that, wherever the workstation stands, unless the administrator chose otherwise.
+/// The time zone in which logon hours are shown. The directory stores them in UTC. The grid and its text form
+/// are 12 hours ahead of that, wherever the workstation is, unless the administrator chose otherwise.
 namespace twk::windows {
 
 enum class HoursZone { kFixed, kWorkstation };
 
-/// As it is stored and typed: "UTC+12" and "Workstation".
+/// As stored and typed: "UTC+12" and "Workstation".
 std::string_view zone_word(HoursZone zone);
 /// The zone of a word, in any case; none for another word.
 std::optional<HoursZone> zone_of_word(std::string_view word);
 
-/// The administrator's choice, `LogonHoursZone` of the preferences; none while nobody has chosen.
+/// The administrator's choice, `LogonHoursZone` of the preferences; none until someone chooses.
 std::optional<HoursZone> chosen_zone(const platform::Platform& services);
 /// The zone in force: the choice, or the fixed one.
 HoursZone zone_in_force(const platform::Platform& services);
-/// Keeps the choice; False when it cannot be stored.
+/// Stores the choice; False when that fails.
 bool choose_zone(const platform::Platform& services, HoursZone zone);
 
-/// Whole hours that a zone is ahead of UTC, that of the workstation as its clocks stand today. Where they are
-/// half an hour off, rounded down: an hour of the grid then begins that much later on those clocks.
+/// Whole hours by which a zone is ahead of UTC; the workstation's as of today. Rounded down when there is
+/// half an hour more: an hour of the grid then begins that much later on those clocks.
 int hours_ahead(const platform::Platform& services, HoursZone zone);
 /// "UTC+12", "UTC-8, the zone of this workstation", "UTC+5:30, …".
 std::string zone_name(const platform::Platform& services, HoursZone zone);
-/// What one should know of hours of that zone: summer time and zones that are not whole hours. Empty for the
-/// fixed zone.
+/// What a person should know about hours of that zone: summer time and zones that are not whole hours. Empty
+/// for the fixed zone.
 std::string zone_note(const platform::Platform& services, HoursZone zone);
 
 /// "Monday 7am to 6pm, as hours of UTC+12, is Sunday 7pm to Monday 6am UTC; as hours of …": what the first

@@ -41,7 +41,7 @@ void show_bytes(Session& session, const base::Bytes& bytes, HoursZone zone) {
   window.zone_note.caption = zone_note(session.platform, zone);
 }
 
-/// Lets the person say whose hours were painted, once, and keeps the answer. False for no answer.
+/// Asks the person once in which zone the hours were painted, and stores the answer. False for no answer.
 bool ask_zone(Session& session) {
   session::Logon_Hours& window = session.logon_hours;
   const std::string readings = two_readings(session.platform, window.MSFlexGrid1);

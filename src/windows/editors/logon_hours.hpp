@@ -12,16 +12,16 @@ void LogonHours_Click(session::Session& session);
 
 /// Fills the grid from the template's hours. They can be stored while the template is edited.
 void Logon_Hours_Load(session::Session& session);
-/// Tells in `Label2` what a rectangle of cells is; rows 1 to 7, columns 1 to 24, corners in any order. What
-/// lies outside the grid counts as its edge.
+/// Describes a rectangle of cells in `Label2`; rows 1 to 7, columns 1 to 24, corners in any order. Anything
+/// outside the grid counts as its edge.
 void show_selected(session::Session& session, int from_row, int from_col, int to_row, int to_col);
 /// The same, and paints the cells: permitted or denied, as `Option1` says.
 void select_cells(session::Session& session, int from_row, int from_col, int to_row, int to_col);
-/// The hours are to be shown as those of another zone, which is kept as the choice; what they stand for
+/// Shows the hours in another zone, which is stored as the choice; their meaning
 /// stays.
 void Zone_Click(session::Session& session);
-/// OK: the hours go into `TemplateLogonHours`. Nothing happens while the button is disabled. While nobody has
-/// chosen whose hours these are, that is asked first; False when it was not answered, and the window stays.
+/// OK: the hours go into `TemplateLogonHours`. Nothing happens while the button is disabled. If no zone
+/// has been chosen yet, it is asked for first; False when that was not answered, and the window stays.
 bool Logon_Hours_Command2_Click(session::Session& session);
 /// Cancel.
 void Logon_Hours_Command1_Click(session::Session& session);

@@ -77,7 +77,7 @@ std::vector<records::PermissionRecord> records_of(const session::Permissions& wi
   return records;
 }
 
-/// The owner and the box are kept in the rows: without one they are lost.
+/// The owner and the box are stored in the rows: without rows they are lost.
 bool loses_owner(const session::Permissions& window) {
   return !window.share && window.ListView1.empty() &&
          (window.NEW_Security.on() || !base::trim(window.ctrOwner.text.get()).empty());

@@ -12,21 +12,21 @@ struct Session;
 /// new shares ("SharePerm.dat").
 namespace twk::windows {
 
-/// Open the window on one of the two tables. A table that cannot be read is told, and nothing opens: OK would
-/// write over it.
+/// Open the window on one of the two tables. A table that cannot be read is reported, and nothing opens: OK
+/// would overwrite it.
 void Set_Security_Click(session::Session& session);
 void Sharepermissions_Click(session::Session& session);
 
 /// A row was selected: `Access` shows its word.
 void Permissions_ListView1_Click(session::Session& session);
-/// Another word was chosen: the selected row takes it.
+/// Another word was chosen: the selected row gets it.
 void Permissions_Access_Click(session::Session& session);
 /// Removes the selected row.
 void Permissions_Command3_Click(session::Session& session);
 /// Adds a blank row with the access "Read" and selects it; its account is edited next.
 void Permissions_Command4_Click(session::Session& session);
-/// The edit of an account ended. A blank one removes a row that is new and leaves an old one as it was; one
-/// that is too long or holds a control character does the same, and `hint` says why.
+/// The edit of an account ended. A blank one removes a new row and leaves an old one unchanged; one that is
+/// too long or contains a control character does the same, and `hint` says why.
 void Permissions_AfterLabelEdit(session::Session& session, controls::ListRow& row, const std::string& typed);
 /// Replaces the table by the rows. False leaves the window open, after a message.
 bool Permissions_OK_Button_Click(session::Session& session);
