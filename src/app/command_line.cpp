@@ -39,7 +39,7 @@ int refuse(std::string_view what) {
   return kExitUsage;
 }
 
-/// The first argument that is no text a folder's name may be.
+/// The first argument that cannot be a folder's name.
 std::optional<std::string> find_unusable(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument = argv[i];

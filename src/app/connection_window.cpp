@@ -199,7 +199,7 @@ class ConnectionWindow final : public QDialog {
             .ca_file = text(ca_file_->text())};
   }
 
-  /// None, and a box, for fields that cannot be.
+  /// None, with a box, for invalid fields.
   std::optional<live::LiveSettings> settings() {
     try {
       live::LiveSettings settings = world::required_settings(options());
@@ -244,7 +244,7 @@ class ConnectionWindow final : public QDialog {
     test_->setText("Testing…");
     thread_.reset(QThread::create([this, settings = *settings, run = run_test_] {
       std::size_t place = 0;
-      // Nobody can be asked from here; what was typed is all there is.
+      // Nobody can be asked from here; only what was typed counts.
       run(settings, {}, [&](const CheckStep& step) {
         QMetaObject::invokeMethod(
             this, [this, at = place++, step] { show_step(at, step); }, Qt::QueuedConnection);

@@ -29,7 +29,7 @@ constexpr std::array<Kind, 3> kKinds = {
      {"Active Directory, mixed mode", lab::DomainKind::kMixed, "twk.test"},
      {"Windows NT domain", lab::DomainKind::kNt, "OLDNT"}}};
 
-/// The hourglass as long as it lives.
+/// The hourglass for a scope.
 class Hourglass {
  public:
   Hourglass() { QApplication::setOverrideCursor(Qt::WaitCursor); }
@@ -38,7 +38,7 @@ class Hourglass {
   ~Hourglass() { QApplication::restoreOverrideCursor(); }
 };
 
-/// A folder of the person's that is not there yet.
+/// A folder of the person's that does not exist yet.
 QString free_folder() {
   const QString first = QDir::homePath() + "/tarnwick-lab";
   QString folder = first;
@@ -114,7 +114,7 @@ class NewLabWindow final : public QDialog {
       folder_->setText(QDir::toNativeSeparators(chosen));
   }
 
-  /// The window stays when the lab cannot be made, so that what is wrong can be mended.
+  /// The window stays when the lab cannot be made, so that the problem can be fixed.
   void make() {
     try {
       lab::LabPlan plan;

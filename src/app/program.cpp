@@ -38,17 +38,17 @@ void complain(const QString& text) {
   std::fprintf(stderr, "tarnwick: %s\n", qUtf8Printable(text));
 }
 
-/// In pixels of the device.
+/// In device pixels.
 int screen_width() {
   const QScreen* const screen = QGuiApplication::primaryScreen();
   return static_cast<int>(std::lround(screen->size().width() * screen->devicePixelRatio()));
 }
 
-/// Makes the world that a workplace is in; `tell` is told what the person should know of it.
+/// Makes a workplace's world; `tell` receives what the person should know about it.
 using MakeWorld = std::function<std::unique_ptr<world::World>(
     platform::Dialogs& dialogs, const std::function<void(const std::string&)>& tell)>;
 
-/// Lets the next start use a connection. That it cannot be written does not keep this run from it.
+/// Lets the next start use a connection. If it cannot be stored, this run still uses it.
 void keep(const live::Folders& folders, const world::ConnectionOptions& options) {
   if (!world::store_connection(folders, options))
     complain("the connection cannot be stored in " + screens::to_qt(live::registry_folder(folders)));
@@ -57,8 +57,8 @@ void keep(const live::Folders& folders, const world::ConnectionOptions& options)
 /// A world and the session in it, from its opening to the end of the main window.
 class Workplace {
  public:
-  /// Raises what cannot be opened: no lab, files of another version, files that do not read, a domain that
-  /// does not answer.
+  /// Raises when something cannot be opened: no lab, files of another version, unreadable files, a domain
+  /// that does not answer.
   Workplace(const Options& options, const MakeWorld& make_world)
       : world_(make_world(dialogs_, [this](const std::string& text) { tell(text); })) {
     world_->choose_domain_and_database(options.database);
@@ -85,7 +85,7 @@ class Workplace {
   }
 
  private:
-  /// The log tab has no row before the session is up, and its start clears it.
+  /// The log tab has no row before the session has started, and starting clears it.
   void tell(const std::string& text) {
     if (started_)
       session::LOG_TAB(*session_, session::kYellow, text);
@@ -147,7 +147,7 @@ std::unique_ptr<world::World> make_lab_world(const std::string& folder, platform
   return std::make_unique<world::World>(folder, dialogs, tell);
 }
 
-/// None for a lab that cannot be opened; a box told.
+/// None, with a box, for a lab that cannot be opened.
 std::unique_ptr<Workplace> open(const Options& options, const QString& lab) {
   try {
     auto workplace = std::make_unique<Workplace>(
@@ -162,7 +162,7 @@ std::unique_ptr<Workplace> open(const Options& options, const QString& lab) {
   }
 }
 
-/// A password typed into the window counts before one that is asked for.
+/// A password typed into the window takes precedence over asking for one.
 std::unique_ptr<world::World> make_domain_world(const ChosenConnection& chosen, platform::Dialogs& dialogs,
                                                 const std::function<void(const std::string&)>& tell) {
   const auto ask = [&dialogs, typed = chosen.password](const std::string& user) {
@@ -176,8 +176,8 @@ std::unique_ptr<world::World> make_domain_world(const ChosenConnection& chosen, 
   return world;
 }
 
-/// Works in a real domain; a connection that fails is shown in its window, to be mended or given up. None
-/// when the person gave up.
+/// Works in a real domain; a failing connection is shown in its window, to be corrected or cancelled. None
+/// when the person cancelled.
 std::optional<int> run_on_domain(const Options& options, ChosenConnection chosen) {
   for (;;) {
     QString problem;
@@ -219,7 +219,7 @@ int run_on_choice(const Options& options, screens::QtDialogs& dialogs) {
   return 0;
 }
 
-/// Settings that do not read would count as none, and accounts would be made by other rules.
+/// Unreadable settings would count as unset, and accounts would be made by other rules.
 bool can_read_settings() {
   try {
     world::require_settings(live::user_folders());
@@ -231,7 +231,7 @@ bool can_read_settings() {
   }
 }
 
-/// A real domain is worked in as soon as one is named, on the command line or in the settings.
+/// A real domain is used as soon as one is named, on the command line or in the settings.
 int run_without_lab(const Options& options, screens::QtDialogs& dialogs) {
   if (!can_read_settings())
     return kExitBadData;

@@ -27,7 +27,7 @@ QString instance_name() {
          display().replace(unsafe, "-");
 }
 
-/// A compositor lets a window come forward for the token that the second start was given.
+/// A compositor lets a window come forward with the token of the second start.
 void answer_call(QLocalSocket& socket) {
   const QByteArray token = socket.bytesAvailable() > 0 ? socket.read(kLongestToken) : QByteArray();
   if (!token.isEmpty())
@@ -45,7 +45,7 @@ void bring_forward(QWidget& window) {
 }  // namespace
 
 SingleInstance::SingleInstance() : name_(instance_name()), lock_(name_ + ".lock") {
-  // No age makes the lock stale, only the end of the program that holds it.
+  // The lock never becomes stale by age, only when the program that holds it ends.
   lock_.setStaleLockTime(0);
   first_ = lock_.tryLock() || lock_.error() != QLockFile::LockFailedError;
   if (!first_)
@@ -83,7 +83,7 @@ void SingleInstance::listen() {
 bool SingleInstance::call_first() const {
   QLocalSocket socket;
   QDeadlineTimer patience(kPatience);
-  // The first one may have its lock and not listen yet.
+  // The first one may have its lock but not listen yet.
   for (socket.connectToServer(name_); !socket.waitForConnected(kPatience); socket.connectToServer(name_)) {
     if (patience.hasExpired())
       return false;

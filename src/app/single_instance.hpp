@@ -8,7 +8,7 @@ class QLocalServer;
 
 namespace twk::app {
 
-/// Lets one program run for each person and display. The first one holds a lock and listens on a socket in
+/// Allows one program for each person and display. The first one holds a lock and listens on a socket in
 /// the person's runtime directory; both are taken over from a program that was killed.
 class SingleInstance {
  public:
@@ -17,7 +17,7 @@ class SingleInstance {
   SingleInstance& operator=(const SingleInstance&) = delete;
   ~SingleInstance();
 
-  /// False when another program of this person's runs on this display.
+  /// False when the person already runs the program on this display.
   [[nodiscard]] bool is_first() const { return first_; }
   /// Asks that program to come forward. False when it does not listen.
   bool call_first() const;
@@ -31,7 +31,7 @@ class SingleInstance {
   std::unique_ptr<QLocalServer> server_;
 };
 
-/// Brings the program's windows to the front, with the modal one, if there is one, over the others. A
+/// Brings the program's windows to the front, with the modal one, if any, above the others. A
 /// minimised window is restored.
 void come_forward();
 

@@ -43,7 +43,7 @@ void add_global_options(Command& app, GlobalOptions& options) {
   app.add_flag("--debug", options.debug, "Details in Log.txt, passwords included; errors are not trapped");
 }
 
-/// Refuses what no name, path or text given here may hold.
+/// Refuses what no name, path or text may contain.
 void check_arguments(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string_view argument = argv[i];
@@ -55,7 +55,7 @@ void check_arguments(int argc, char** argv) {
   }
 }
 
-/// The command that the words came to.
+/// The command that the words lead to.
 const CLI::App& innermost(const CLI::App& app) {
   const CLI::App* command = &app;
   while (!command->get_subcommands().empty())
@@ -63,14 +63,14 @@ const CLI::App& innermost(const CLI::App& app) {
   return *command;
 }
 
-/// A word that is no command is what is wrong, not the command that is missing for it.
+/// The error is the unknown word, not the missing command.
 std::string fault_text(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<std::string> unknown = app.remaining(true);
   const bool named = !unknown.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
   return named ? "unknown command or option " + unknown.front() : std::string(error.what());
 }
 
-/// True when a command is to be run; false when help or the version was asked for and given.
+/// True when a command should run; false when help or the version was requested and printed.
 bool parse(CLI::App& app, const Command& commands, int argc, char** argv) {
   std::vector<std::string> words = commands.words_of(argc, argv);
   std::reverse(words.begin(), words.end());  // the parser takes them from the end

@@ -6,7 +6,7 @@ namespace twk::cli {
 
 class Context;
 
-/// Each adds one command with its sub-commands. Parsing decides which action runs; it runs when the whole
+/// Each adds one command with its sub-commands. Parsing decides which action runs; it runs once the whole
 /// command line is understood.
 void add_lab_commands(Command& app, Context& context);
 void add_doctor_command(Command& app, Context& context);

@@ -20,11 +20,11 @@
 namespace twk::cli {
 namespace {
 
-/// Of options or settings that do not make a connection.
+/// For options or settings that do not make a connection.
 constexpr std::uint32_t kInvalidArgument = 5;
 
-/// The rows of the log tab from `first` on that are no GREEN ones, each text once. What the last creation
-/// came to is a result and told as one.
+/// The rows of the log tab from `first` on that are not GREEN, each text once. The outcome of the last
+/// creation is a result and printed as one.
 void tell_log_rows(const session::Session& session, std::size_t first) {
   const controls::ListView& rows = session.form1.ListView1;
   std::set<std::string_view> told = {base::trim(session.LastCreation.message)};
@@ -70,7 +70,7 @@ void connect_or_say_how(world::World& world) {
   }
 }
 
-/// Brings the session up as far as it is needed.
+/// Starts the session as far as needed.
 windows::StartUp start(session::Session& session, Depth depth) {
   if (depth == Depth::kSettings) {
     windows::read_settings(session);
@@ -188,7 +188,7 @@ void Context::rehearse(std::function<void(const std::string&)> tell) {
 session::Session& Context::session(Depth depth) {
   if (session_)
     return *session_;
-  // The windows' routines pass over what they cannot reach; a command says why at once.
+  // The windows' routines skip what they cannot reach; a command reports the reason at once.
   if (depth == Depth::kDomain)
     connect_or_say_how(world());
   const platform::Platform platform = rehearsal_ ? rehearsal_->services() : services();

@@ -22,12 +22,12 @@ namespace twk::cli {
 /// How much of a session a command needs.
 enum class Depth {
   kSettings,   ///< the settings are read
-  kDatabases,  ///< the database directory is listed too
-  kDomain,     ///< the whole start-up: the domain is in the tree and the lists as well
+  kDatabases,  ///< the database directory is read, too
+  kDomain,     ///< the whole start-up: the tree and the lists contain the domain, too
 };
 
-/// What one run of the program works with. The lab or the domain and the session are opened when a command
-/// asks for them.
+/// What one run of the program works with. The lab or the domain and the session are opened on first
+/// use.
 class Context {
  public:
   Context();
@@ -39,37 +39,37 @@ class Context {
   Output& output() { return output_; }
   ConsoleDialogs& dialogs() { return dialogs_; }
 
-  /// What the parsed command does; it gives the exit code.
+  /// The parsed command's action; it returns the exit code.
   void set_action(std::function<int()> action) { action_ = std::move(action); }
-  /// Puts the options into force and runs the action.
+  /// Applies the options and runs the action.
   int run();
 
   /// The folder of the lab, from the command line or the environment. Raises `UsageError` without one.
   [[nodiscard]] std::filesystem::path lab_folder() const;
-  /// The lab that is named, else the real domain. Raises `BadInput` for a folder that holds no lab,
+  /// The named lab, otherwise the real domain. Raises `BadInput` for a folder that is not a lab,
   /// `UsageError` for options that do not go together.
   world::World& world();
-  /// Raises `UsageError` when the world is none.
+  /// Raises `UsageError` when the world is not a lab.
   lab::Lab& lab();
-  /// The real domain, which answers. Raises what is wrong with the connection.
+  /// The real domain, after checking that it answers. Raises what is wrong with the connection.
   live::LiveDomain& connected_domain();
-  /// What a connection to a real domain asks and tells: the password of the logon, from where the options say
-  /// or from the terminal.
+  /// What a connection to a real domain asks and reports: the password of the logon, from where the options
+  /// say or from the terminal.
   live::Prompts prompts();
   const platform::Platform& services();
-  /// The registry as it is stored, and all that is in it.
+  /// The registry as stored, and all its contents.
   platform::RegistryAccess& registry();
   platform::RegistryListing& registry_listing();
-  /// The domain, which answers. Raises what is wrong with the connection.
+  /// The domain, after checking that it answers. Raises what is wrong with the connection.
   Domain domain();
-  /// Lets a setting of the machine have a value for this run; what is stored stays as it is.
+  /// Sets a value of a machine setting for this run; the stored value stays as it is.
   void override_setting(std::string_view sub_key, std::string_view name, std::string value);
-  /// From here on nothing is changed: the session that is opened next tells each step instead.
+  /// From here on nothing is changed: the next session reports each step instead.
   void rehearse(std::function<void(const std::string&)> tell);
-  /// The exit code of the action tells all there is: rows of the log tab that are no GREEN ones do not make
-  /// it YELLOW.
+  /// The exit code of the action is final: rows of the log tab that are not GREEN do not make it
+  /// YELLOW.
   void keep_exit_code() { keeps_exit_code_ = true; }
-  /// Opens the session. Raises `Refused` when the domain is needed and cannot be loaded.
+  /// Opens the session. Raises `Refused` when the domain is needed but cannot be loaded.
   session::Session& session(Depth depth);
 
  private:
@@ -86,13 +86,13 @@ class Context {
   std::unique_ptr<session::Session> session_;
 };
 
-/// Runs an operation of the windows. What it leaves in the status bar reaches standard error, and so do the
-/// faults that it puts into the log tab.
+/// Runs an operation of the windows. What it leaves in the status bar goes to standard error, and so do
+/// the faults that it adds to the log tab.
 void act(session::Session& session, const std::function<void()>& operation);
 
-/// Runs an operation that tells what came of it on the log tab and gives False when it did nothing. The tab's
-/// last row is the result, with the further keys given; the exit code is that of its light, or that of a
-/// refusal. Raises `Refused` with the text of the status bar when the operation added no row.
+/// Runs an operation that reports its outcome on the log tab and returns False when it did nothing. The tab's
+/// last row is the result, with the given further keys; the exit code is that of its light, or of a refusal.
+/// Raises `Refused` with the text of the status bar when the operation added no row.
 int act_and_tell(Context& context, session::Session& session, const std::function<bool()>& operation,
                  const std::function<Json()>& further);
 

@@ -46,7 +46,7 @@ std::string bare_name(std::string_view name) {
   return equals == base::npos ? std::string(name) : platform::unescape_dn_value(name.substr(equals + 1));
 }
 
-/// An attribute's value, nothing where it has none.
+/// An attribute's value, or nothing.
 Value get(const ObjectPtr& object, std::string_view attribute) {
   try {
     return object->Get(attribute);
@@ -117,8 +117,8 @@ std::vector<std::string> names_of(const std::vector<Json>& rows) {
   return names;
 }
 
-/// The path of the one object of these conditions that bears the name, its account name, which a directory
-/// looks up at once, else one of its other names; empty when there is none.
+/// The path of the object that meets these conditions and has the name: as account name, which a directory
+/// looks up at once, otherwise as another of its names; empty when there is none.
 std::string look_up(const Domain& domain, std::string_view kind, std::string_view conditions,
                     std::string_view name) {
   const std::string value = platform::escape_filter_value(name);
@@ -130,7 +130,7 @@ std::string look_up(const Domain& domain, std::string_view kind, std::string_vie
                  {"ADsPath"});
   }
   if (rows.empty() && name.find('=') != base::npos) {
-    // A distinguished name in another spelling than the directory's.
+    // A distinguished name spelled differently than in the directory.
     base::Trap missing;
     std::string dn;
     missing([&] {
@@ -234,7 +234,7 @@ Json group_row(std::string name, std::int32_t type, bool builtin, std::string de
 }
 
 /// The name of a place for users as the directory spells it, whatever escapes and blanks `dn` has; empty when
-/// there is none of that name.
+/// there is none.
 std::string spelled_ou(const Domain& domain, std::string_view dn) {
   constexpr std::array<std::string_view, 4> kPlaces = {"organizationalUnit", "container", "builtinDomain",
                                                        "domainDNS"};
@@ -314,7 +314,7 @@ Json describe_user(const Domain& domain, std::string_view name) {
   const bool ad = domain.active_directory;
   const ObjectPtr object = bind_user(domain, located);
   const std::string account = ad ? get(object, "samAccountName").text() : object->Name();
-  // The flags that only the WinNT object carries, in every kind of domain.
+  // The flags that only the WinNT object has, in every kind of domain.
   const ObjectPtr flags_object =
       ad ? domain.services.directory.GetObject(winnt_path(domain, account) + ",user") : object;
   const std::int32_t flags = get_number(flags_object, "UserFlags");

@@ -8,11 +8,11 @@
 #include "cli/terminal/output.hpp"
 #include "platform/platform.hpp"
 
-/// Users and groups as the commands print them, read through the directory services, in Active Directory and
-/// in WinNT domains.
+/// Users and groups in the form the commands print, read through the directory services, in Active Directory
+/// and in WinNT domains.
 namespace twk::cli {
 
-/// The domain that is asked.
+/// The domain to query.
 struct Domain {
   const platform::Platform& services;
   std::string name;     ///< DNS name, in a WinNT domain the NetBIOS name
@@ -26,14 +26,15 @@ std::string domain_dn(const Domain& domain);
 /// Users with name, fullName, description, disabled, dn, sorted by name; those of one OU and below it when
 /// `ou` is a distinguished name. Raises `Refused` when there is no such OU.
 std::vector<Json> list_users(const Domain& domain, std::string_view ou);
-/// Everything `user show` tells of the user of that account name, common name, principal name or
+/// Everything `user show` prints about the user of that account name, common name, principal name or
 /// distinguished name. Raises `Refused` when there is none, or more than one.
 Json describe_user(const Domain& domain, std::string_view name);
 /// The distinguished name of that user; in a WinNT domain the account name.
 std::string locate_user(const Domain& domain, std::string_view name);
-/// The same without the near names, which cost a walk through all users: nothing when there is no such user.
+/// The same without the near names, which require a walk through all users: nothing when there is no such
+/// user.
 std::optional<std::string> find_user(const Domain& domain, std::string_view name);
-/// The object of that user, for a change to it.
+/// The object of that user, for changes.
 platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 
 /// The distinguished name of the group of that account name, common name or distinguished name; in a WinNT
@@ -41,7 +42,7 @@ platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 std::string locate_group(const Domain& domain, std::string_view name);
 /// Groups with name, kind, scope, description, dn, sorted by name.
 std::vector<Json> list_groups(const Domain& domain);
-/// The same of one group with its members, those by primary group included.
+/// The same for one group with its members, including those by primary group.
 Json describe_group(const Domain& domain, std::string_view name);
 
 /// The distinguished names of the organizational units; none in a WinNT domain.

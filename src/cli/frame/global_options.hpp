@@ -7,13 +7,13 @@
 
 namespace twk::cli {
 
-/// The options in front of the command.
+/// The options before the command.
 struct GlobalOptions {
   std::string lab;
   bool live = false;  ///< the real domain, whatever lab the environment names
   world::ConnectionOptions connection;
   std::string logon_password_file;            ///< "-" for standard input
-  std::optional<std::string> logon_password;  ///< of the environment
+  std::optional<std::string> logon_password;  ///< from the environment
   std::string db;
   bool json = false;
   bool yes = false;

@@ -33,10 +33,10 @@ Json preview_row(const session::Form1& form, const session::ImportRow& row) {
 
 int preview_import(Context& context, session::Session& session) {
   session::ImportState& state = session.import;
-  // Every line is to be seen, also those after a halt.
+  // Every line must be shown, even after a halt.
   for (controls::CheckBox* const halt : {&session.form1.STOP_ON_RED[0], &session.form1.STOP_ON_RED[1]})
     halt->value = 0;
-  // What a run would ask is told, and goes on with Yes.
+  // A run's questions are reported, and answered with Yes.
   if (context.dialogs().asks_person())
     context.dialogs().set_asking(Asking::kYes);
   std::vector<Json> rows;

@@ -4,8 +4,8 @@
 
 namespace twk::cli {
 
-/// Prints what each line of the file that is to be imported would give: the names and the account name, and
-/// what the run itself would tell of it. The session is one that changes nothing. Gives the exit code of the
+/// Prints the result that each line of an import file would have: the names and the account name, and what
+/// the run itself would report. The session must be one that changes nothing. Returns the exit code of the
 /// worst line.
 int preview_import(Context& context, session::Session& session);
 

@@ -7,12 +7,13 @@ namespace twk::cli {
 
 struct GlobalOptions;
 
-/// The password of who logs on to a real domain: from the file that --logon-password-file names (a descriptor
-/// as "/dev/fd/N"), from what the environment had, or typed at the terminal and not echoed. None
-/// when nobody gives one. Raises `BadInput` for a file without one.
+/// The password for the logon to a real domain: from the file that --logon-password-file names (a descriptor
+/// as "/dev/fd/N"), from the environment, or typed at the terminal without echo. None when there is
+/// none. Raises `BadInput` for a file without one.
 std::optional<std::string> logon_password(const GlobalOptions& options, const std::string& user);
 
-/// What TWK_LOGON_PASSWORD holds, taken out of the environment so that no program started from here has it.
+/// The value of TWK_LOGON_PASSWORD, removed from the environment so that no program started from here gets
+/// it.
 std::optional<std::string> take_password_of_environment();
 
 }  // namespace twk::cli

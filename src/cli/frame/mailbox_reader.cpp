@@ -34,7 +34,7 @@ Json list_of_attribute(platform::DirectoryObject& object, std::string_view attri
   return list;
 }
 
-/// The account whose identifier a mailbox holds as hexadecimal text.
+/// The account whose identifier is in a mailbox as hexadecimal text.
 std::string account_of(Session& session, platform::DirectoryObject& mailbox) {
   std::string account;
   base::Trap absent;

@@ -31,7 +31,7 @@ void print(Context& context, const Session& session, const batch::UserOutcome& o
                           shown(context, outcome));
 }
 
-/// Of a run the status bar holds only what failed on files.
+/// After a run the status bar only has failures on files.
 void add_failure_on_files(Session& session, batch::UserOutcome& outcome) {
   const std::string failure = session.form1.StatusBar1.panel1;
   if (failure.empty())
@@ -120,7 +120,7 @@ RunCounts run_counted(Context& context, Session& session, RunCounts counts,
     progress.clear();
     add_failure_on_files(session, outcome);
     counts.add(outcome.light, outcome.done);
-    // A rehearsal has told its steps.
+    // A rehearsal has already printed its steps.
     if (!session.runs.rehearse || !outcome.done || outcome.light != session::kGreen)
       print(outcome);
   };

@@ -114,7 +114,7 @@ std::size_t write_wts(Session& session, const Lines& lines) {
   return lines.size();
 }
 
-/// A share's list has no denials: there the word would allow what the row before it allows.
+/// A share's list has no denials: there the word would allow what the row before allows.
 void refuse_denial(const records::PermissionRecord& record, std::string_view file, std::size_t number) {
   if (file == stores::kSharePermissionFile && record.Access == kAccessWords.back())
     refuse(number, "a share knows Full Control, Change and Read, not \"" + record.Access + "\"");

@@ -24,7 +24,7 @@ struct TableRow {
 struct SideTable {
   std::string name;
   std::function<std::vector<TableRow>(session::Session&)> read;
-  /// Replaces all rows and gives their number. Raises `BadInput` that names the line, before anything is
+  /// Replaces all rows and returns their number. Raises `BadInput` with the line, before anything is
   /// written.
   std::function<std::size_t(session::Session&, const std::vector<std::string>& lines)> write;
 };

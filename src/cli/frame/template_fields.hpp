@@ -23,8 +23,8 @@ struct TemplateFields {
   std::optional<std::string> home_drive;
   std::optional<std::string> logon_hours;
   std::optional<std::string> primary_group;
-  std::vector<std::string> groups;     ///< in place of the template's; an empty one alone stands for none
-  std::vector<std::string> variables;  ///< NAME=VALUE, in place of the template's
+  std::vector<std::string> groups;     ///< instead of the template's; a single empty one means none
+  std::vector<std::string> variables;  ///< NAME=VALUE, instead of the template's
 };
 
 void add_template_options(Command& command, TemplateFields& fields);

@@ -75,7 +75,7 @@ void write(controls::TextBox& box, const Assignment& assignment) {
   box.text = assignment.value;
 }
 
-/// "jo" keeps the part behind the sign as it is, "jo@twk.test" gives both.
+/// "jo" keeps the part after the "@" as it is, "jo@twk.test" sets both.
 void write_logon_name(Form1& form, const Assignment& assignment) {
   const std::size_t at = assignment.value.find('@');
   write(form.UM_Logon_Name, {assignment.name, assignment.value.substr(0, at)});

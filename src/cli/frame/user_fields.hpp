@@ -8,7 +8,7 @@
 namespace twk::cli {
 
 /// Writes "FIELD=VALUE" into the fields of the user details tab, which shows an account. Raises `UsageError`,
-/// which lists the fields, for a field that there is not and for a value that the field does not take, and
+/// with a list of the fields, for an unknown field and for a value that the field does not accept, and
 /// `Refused` for one that this account does not have.
 void fill_details_tab(session::Session& session, const std::vector<std::string>& assignments);
 

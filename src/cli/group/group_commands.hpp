@@ -21,13 +21,13 @@ void add_group_copy(Command& group, Context& context);
 /// The sub-commands `members`, `add-member` and `remove-member`.
 void add_group_members(Command& group, Context& context);
 
-/// A session whose lists hold all groups, and the users as well or none of them, whatever the options of the
-/// load say.
+/// A session whose lists contain all groups, and either all users or none, whatever the load options
+/// say.
 session::Session& groups_session(Context& context, bool with_users);
 /// Makes the group of that account name, common name or distinguished name the selected row of a list of
 /// groups. Raises `Refused`.
 const controls::ListRow& choose_group(Context& context, controls::ListView& list, const std::string& name);
-/// Prints what came of an operation on a group; the exit code of its light.
+/// Prints the outcome of an operation on a group; returns the exit code of its light.
 int tell_group(Context& context, const std::string& group, std::string_view light,
                const std::string& message);
 

@@ -12,7 +12,7 @@
 namespace twk::cli {
 namespace {
 
-/// The light that is worst among the rows; YELLOW at least for a run that was stopped.
+/// The worst light among the rows; at least YELLOW for a stopped run.
 std::string_view worst_light(const session::frmCopy_Group& window) {
   int worst = window.Stopped ? kExitYellow : kExitGreen;
   for (std::size_t i = 0; i < window.ListView1.size(); ++i)

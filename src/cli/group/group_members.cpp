@@ -55,7 +55,7 @@ int list_members(Context& context, const std::string& name) {
   std::vector<Json> rows;
   for (std::size_t i = 0; i < window.Members.size(); ++i) {
     const ListRow& row = window.Members.at(i);
-    // An NT group lists its members without a word on whose primary group it is.
+    // An NT group lists its members without saying whose primary group it is.
     const Json primary = domain.active_directory ? Json(!row.sub_items.empty()) : Json(nullptr);
     rows.push_back({{"name", row.text}, {"primary", primary}, {"dn", dn_of_key(domain, row.key)}});
   }
@@ -72,7 +72,7 @@ int list_members(Context& context, const std::string& name) {
   return kExitGreen;
 }
 
-/// Prints what came of each user, and keeps the exit code of the worst.
+/// Prints the outcome of each user, and keeps the exit code of the worst.
 class Teller {
  public:
   Teller(Context& context, std::string group) : context_(context), group_(std::move(group)) {}
@@ -90,13 +90,13 @@ class Teller {
   int exit_code_ = kExitGreen;
 };
 
-/// A user as the command line names him, by his key.
+/// Users as the command line names them, by key.
 struct Chosen {
   std::string key;
   std::string name;
 };
 
-/// Selects the rows that are to move. What cannot be done is told at once.
+/// Selects the rows to move. What cannot be done is reported at once.
 std::vector<Chosen> select_users(Context& context, const Change& change,
                                  const std::vector<std::string>& users, Teller& teller) {
   std::vector<Chosen> chosen;

@@ -13,8 +13,8 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-/// The parser takes a word "[a,b]" for two where several may stand. With this in front of it, which no
-/// argument may hold, it leaves the word whole.
+/// The parser splits a word "[a,b]" where several are allowed. With this prefix, which no argument may
+/// contain, it leaves the word whole.
 constexpr char kWhole = '\x01';
 
 std::string without_mark(std::string word) {
@@ -50,21 +50,21 @@ void take(const std::string& name, const Words& words, std::optional<int>& value
   take(name, words, value.emplace());
 }
 
-/// The check of values whose emptiness says that nothing was given.
+/// The check of values for which empty means not given.
 const std::string kFilled = "filled";
 
 std::string refuse_empty(const std::string& value) {
   return value.empty() ? "an empty value means nothing here" : "";
 }
 
-/// What help calls a value of the kind.
+/// The name in help for a value of the kind.
 template <typename Value>
 std::string kind_of_value() {
   const bool number = std::is_integral_v<Value> || std::is_same_v<Value, std::optional<int>>;
   return number ? "NUMBER" : "TEXT";
 }
 
-/// An option of the command, or of one that it belongs to.
+/// An option of the command, or of its parents.
 const CLI::Option* find_option(const CLI::App* command, const std::string& name) {
   for (; command != nullptr; command = command->get_parent()) {
     if (const CLI::Option* option = command->get_option_no_throw(name))
@@ -82,8 +82,8 @@ bool looks_like_an_option(std::string_view word) {
   return word.size() > 1 && word.front() == '-';
 }
 
-/// Reads the words of a command line in front of the parser, which would give an option without a value the
-/// next word, whatever that is.
+/// Reads the words of a command line before the parser, which would use any next word as a missing
+/// value.
 class WordReader {
  public:
   WordReader(const CLI::App& line, int argc, char** argv) : command_(&line), given_(argv + 1, argv + argc) {}

@@ -14,21 +14,21 @@ class Option;
 class Validator;
 }  // namespace CLI
 
-/// What a command line may hold. The parser is a library of headers that every file which sees it compiles
-/// anew, so it is known to `command.cpp` and `command_line.cpp` alone.
+/// The parts of a command line. The parser is a header-only library that is compiled in every file that
+/// includes it, so only `command.cpp` and `command_line.cpp` do.
 namespace twk::cli {
 
-/// What is wrong with a command line, and where help for its command is.
+/// What is wrong with a command line, and where to find help for its command.
 std::string with_help(const CLI::App& command, const std::string& fault);
 
-/// What the text of an option has to be.
+/// What the text of an option must be.
 class Check {
  public:
-  /// `refuse` gives what is wrong with a text; nothing when it will do.
+  /// `refuse` returns what is wrong with a text; nothing when it is fine.
   explicit Check(std::function<std::string(std::string&)> refuse);
 
   static Check one_of(std::vector<std::string> words);
-  /// Folds case; the option then holds the word as it stands here.
+  /// Folds case; the option then has the word as spelled here.
   static Check one_of_folding_case(std::vector<std::string> words);
   static Check within(std::int64_t least, std::int64_t most);
 
@@ -39,24 +39,24 @@ class Check {
   std::shared_ptr<CLI::Validator> validator_;
 };
 
-/// An option or a flag, whose names begin with "-", or an argument by its place.
+/// An option or a flag, whose names begin with "-", or a positional argument.
 class Option {
  public:
   explicit Option(CLI::Option& real) : real_(real) {}
 
   Option* required();
-  /// What help calls the value.
+  /// The value's name in help.
   Option* type_name(const std::string& name);
   Option* check(const Check& check);
-  /// The two may not be given together.
+  /// The two exclude each other.
   Option* excludes(const Option* other);
-  /// The heading in help that it stands under.
+  /// Its heading in help.
   Option* heading(const std::string& text);
   Option* values(int least, int most);
-  /// For a text, or one of several: an empty one is refused else, because it is what is there when none is
-  /// given. Of an optional text an empty one is a value like any.
+  /// For a text, or one of several: otherwise an empty one is refused, because it is the same as none given.
+  /// For an optional text an empty one is a normal value.
   Option* may_be_empty();
-  /// Help tells what it is when it is not given.
+  /// Help shows its default.
   Option* shows_default();
 
   [[nodiscard]] bool is_given() const;
@@ -65,9 +65,9 @@ class Option {
   CLI::Option& real_;
 };
 
-/// A command with its options and sub-commands. Values are put in place while the line is parsed; the
-/// callback runs when it is parsed as a whole. An option with several values is given once for each; an
-/// argument by its place takes all words that are left.
+/// A command with its options and sub-commands. Values are stored while the line is parsed; the callback runs
+/// after that. An option with several values is given once for each; a positional argument takes all
+/// remaining words.
 class Command {
  public:
   explicit Command(CLI::App& real) : real_(real) {}
@@ -87,13 +87,13 @@ class Command {
   Option* add_option(const std::string& name, std::optional<int>& value, const std::string& description);
   Option* add_option(const std::string& name, std::size_t& value, const std::string& description);
 
-  /// The words of a command line as the parser takes them: an option and its value are two, "--option=" has
+  /// The words of a command line in the parser's form: an option and its value are two, "--option=" has
   /// an empty value, and a name in brackets is one name. Raises `UsageError` for an option whose value is
   /// missing or looks like an option, and for a value of a flag that is empty.
   [[nodiscard]] std::vector<std::string> words_of(int argc, char** argv) const;
 
   void require_subcommand();
-  /// Text behind the options in help.
+  /// Text after the options in help.
   void footer(const std::string& text);
   void callback(std::function<void()> done);
 

@@ -9,7 +9,7 @@ namespace twk::cli {
 /// Refuses a text that a record's field would cut.
 Check at_most(std::size_t characters);
 
-/// Refuses what is not 42 hexadecimal digits, the 168 hours of a week as bits.
+/// Refuses anything but 42 hexadecimal digits, the 168 hours of a week as bits.
 Check logon_hours();
 
 }  // namespace twk::cli

@@ -70,8 +70,8 @@ int check_acl(Context& context, const AclArguments& arguments) {
   return kExitGreen;
 }
 
-/// Runs `work` on the server that is asked for accounts, in a block of the log. The terminal shows the names
-/// that a recursion is at; Ctrl-C ends that behind the folder in hand.
+/// Runs `work` with the server that is asked for accounts, in a block of the log. The terminal shows a
+/// recursion's current name; Ctrl-C ends it after the current folder.
 TreeOutcome write_logged(Context& context, Session& session, const std::string& account,
                          const std::function<TreeOutcome(std::string& server)>& work) {
   Progress progress;
@@ -85,7 +85,7 @@ TreeOutcome write_logged(Context& context, Session& session, const std::string& 
   return outcome;
 }
 
-/// What became of a path, and of all below it where the whole tree was meant.
+/// The outcome for a path, and for everything below it if the whole tree was meant.
 int tell_outcome(Context& context, const AclArguments& arguments, const TreeOutcome& outcome,
                  std::string message) {
   Json further = {{"path", arguments.path}};

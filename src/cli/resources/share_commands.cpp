@@ -36,7 +36,7 @@ std::string network_name(const ShareArguments& arguments) {
   return "\\\\" + arguments.server.substr(slashes) + "\\" + arguments.name;
 }
 
-/// Calls of a server; one that is not there is a refusal.
+/// Calls of a server; a missing server is a refusal.
 void ask_server(const ShareArguments& arguments, const std::function<void()>& calls) {
   in_plain_words([&] {
     try {

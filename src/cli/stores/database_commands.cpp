@@ -36,7 +36,7 @@ int compact_databases(Context& context, const DatabaseArguments& arguments) {
   return kExitGreen;
 }
 
-/// Reads the settings alone, so that files of an older generation are copied as they are.
+/// Reads only the settings, so that files of an older generation are copied as they are.
 int back_up_databases(Context& context, const DatabaseArguments& /*arguments*/) {
   Session& session = context.session(Depth::kSettings);
   bool complete = false;

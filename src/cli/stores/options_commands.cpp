@@ -61,7 +61,7 @@ bool is_ldap(const std::string& value) {
   throw UsageError("Search takes gc or ldap, not \"" + value + "\"");
 }
 
-/// An empty number stands for the default.
+/// An empty number means the default.
 void set_number(controls::TextBox& field, const std::string& name, const std::string& value) {
   if (!value.empty() && base::to_number(value).value_or(0) < 1)
     throw UsageError(name + " takes a number from 1 up, not \"" + value + "\"");

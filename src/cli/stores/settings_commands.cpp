@@ -54,7 +54,7 @@ bool is_password(std::string_view name, std::string_view value) {
          value.find('%') == base::npos && !base::equals_fold(value, "PROMPT");
 }
 
-/// What of a value may be seen by whoever looks over a shoulder or reads what a script kept.
+/// The part of a value that may be seen over a shoulder or in a script's output.
 std::string shown(const SettingsArguments& arguments, std::string_view name, const std::string& value) {
   return arguments.show_secrets || !is_password(name, value) ? value : "********";
 }
@@ -65,14 +65,14 @@ Json to_json(std::string_view hive, std::string_view path, std::string_view name
   return {{"hive", hive}, {"key", below}, {"name", name}, {"value", value}};
 }
 
-/// What is behind "\\" in front of a key.
+/// The key without leading backslashes.
 std::string_view sub_key_of(std::string_view key) {
   while (key.starts_with('\\'))
     key.remove_prefix(1);
   return key;
 }
 
-/// Refuses what no reader of ours would take: it would count as not set, without a word.
+/// Refuses what no reader of ours accepts: it would silently count as not set.
 void require_known(std::string_view key, std::string_view name, std::string_view value) {
   constexpr const char* kForce = " --force writes it all the same, for another program.";
   const std::string full = std::string(key) + "\\" + std::string(name);
@@ -89,7 +89,7 @@ void require_known(std::string_view key, std::string_view name, std::string_view
                      kForce);
 }
 
-/// A format of one's own counts while no preset is chosen.
+/// A custom format counts while no preset is chosen.
 void tell_preset(Context& context, std::string_view key, std::string_view name) {
   const bool account = base::equals_fold(key, session::kSetup) && base::equals_fold(name, "SetupID");
   const bool full_name =
@@ -157,7 +157,6 @@ int list_settings(Context& context, const SettingsArguments& arguments) {
   return kExitGreen;
 }
 
-/// A mask would be taken for the password when the text is imported: passwords are left out.
 /// What can be set, whether or not it is.
 int describe_settings(Context& context, const SettingsArguments& arguments) {
   static const std::vector<Column> columns = {
@@ -176,6 +175,7 @@ int describe_settings(Context& context, const SettingsArguments& arguments) {
   return kExitGreen;
 }
 
+/// A mask would be imported as the password, so passwords are left out.
 int export_settings(Context& context, const SettingsArguments& arguments) {
   local::RegistryTree tree;
   std::size_t left_out = 0;
@@ -197,7 +197,7 @@ int export_settings(Context& context, const SettingsArguments& arguments) {
   return kExitGreen;
 }
 
-/// The hive of a full path and what is behind it. Raises `BadInput` for a key that is none of the system's.
+/// The hive of a full path and the rest. Raises `BadInput` for a key that is not the system's.
 std::pair<std::uint32_t, std::string> split_path(const std::string& path) {
   for (const auto& [hive, hive_name] : kHives) {
     const std::string root = std::string(hive_name) + "\\" + std::string(session::kTree);

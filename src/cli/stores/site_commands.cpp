@@ -91,7 +91,7 @@ void fill_fields(Session& session, const SiteArguments& arguments) {
   stores::EXH5_Click(session);
 }
 
-/// The saved site as the fields still show it; a look at the file may find a deleted one of its name.
+/// The saved site from the fields, which still show it; the file may contain a deleted one of its name.
 records::SiteRecord saved_site(Session& session) {
   session::Form1& form = session.form1;
   const bool exchange_2000 = form.EXH5.index == 1;

@@ -42,8 +42,8 @@ class Silence {
   bool changed_ = false;
 };
 
-/// Keeps Ctrl-C back for a scope, but where `before` is put into force: so it can come only while a wait is
-/// on, and ends it.
+/// Holds Ctrl-C back for a scope, except while `before` is restored: so it can only arrive during a wait, and
+/// ends it.
 class HeldInterrupts {
  public:
   HeldInterrupts() {
@@ -168,7 +168,7 @@ Answer ConsoleDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon,
     case Asking::kPerson:
       return ask(buttons);
     case Asking::kYes:
-      // What does harm is agreed to by an option of its own.
+      // Harmful steps need a separate option.
       if (icon != Icon::kExclamation || buttons != Buttons::kYesNo)
         return agreed(buttons);
       break;

@@ -10,7 +10,7 @@
 
 namespace twk::cli {
 
-/// Who answers what a routine asks.
+/// Who answers a routine's questions.
 enum class Asking {
   kPerson,   ///< the person at the terminal
   kYes,      ///< every question gets Yes or OK
@@ -18,8 +18,8 @@ enum class Asking {
 };
 
 /// The boxes of the windows on a terminal. Texts and questions go to standard error, answers come from the
-/// terminal. Where standard input or standard error is no terminal, a person cannot be asked, and `kPerson`
-/// becomes `kNoInput`.
+/// terminal. When standard input or standard error is not a terminal, a person cannot be asked, and
+/// `kPerson` becomes `kNoInput`.
 class ConsoleDialogs final : public platform::Dialogs {
  public:
   ConsoleDialogs() = default;
@@ -33,15 +33,15 @@ class ConsoleDialogs final : public platform::Dialogs {
   void set_asking(Asking asking) { asking_ = asking; }
   [[nodiscard]] bool asks_person() const { return asking() == Asking::kPerson; }
 
-  /// Answers the next secret input boxes, each time the same.
+  /// Answers the next secret input boxes, always the same.
   void set_password(std::string password) { password_ = std::move(password); }
-  /// The path that the next open-file boxes give.
+  /// The path that the next open-file boxes return.
   void set_file(std::string path) { file_ = std::move(path); }
   /// Called at each turn of the message loop.
   void on_events(std::function<void()> callback) { on_events_ = std::move(callback); }
-  /// What a person does in a window that a routine shows, before it is closed.
+  /// What a person does in a window shown by a routine, before it closes.
   void on_modal(std::function<void(std::string_view window)> callback) { on_modal_ = std::move(callback); }
-  /// Called before something is written, to take a progress line away.
+  /// Called before something is written, to remove a progress line.
   void before_text(std::function<void()> callback) { before_text_ = std::move(callback); }
 
   /// The text of the last box that reported trouble (a critical or exclamation icon); empty for none.
@@ -70,8 +70,8 @@ class ConsoleDialogs final : public platform::Dialogs {
   std::string last_trouble_;
 };
 
-/// Shows the prompt and gives the line typed at the terminal, without its end and not echoed when `secret`;
-/// nothing at the end of input or when Ctrl-C was pressed.
+/// Shows the prompt and returns the line typed at the terminal, without its end and not echoed when `secret`;
+/// nothing at the end of input or after Ctrl-C.
 std::optional<std::string> read_typed_line(std::string_view prompt, bool secret);
 
 }  // namespace twk::cli

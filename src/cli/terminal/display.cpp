@@ -16,7 +16,7 @@ struct Range {
   char32_t last;
 };
 
-// Unicode 15: the blocks of combining marks and invisible characters that names and paths may hold.
+// Unicode 15: the blocks of combining marks and invisible characters that names and paths may contain.
 constexpr std::array kZeroWidth = {Range{0x0300, 0x036F}, Range{0x0483, 0x0489}, Range{0x0591, 0x05BD},
                                    Range{0x0610, 0x061A}, Range{0x064B, 0x065F}, Range{0x1AB0, 0x1AFF},
                                    Range{0x1DC0, 0x1DFF}, Range{0x200B, 0x200F}, Range{0x202A, 0x202E},
@@ -43,8 +43,8 @@ std::size_t width_of(char32_t code) {
   return holds(kWide, code) ? 2 : 1;
 }
 
-/// Characters that turn the order of what is shown, by which a name can look like another; those that join
-/// letters of a script stay.
+/// Characters that change the display order, so that a name can look like another; those that join letters of
+/// a script stay.
 bool turns_text(char32_t code) {
   return code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
          (code >= 0x2066 && code <= 0x2069);

@@ -8,12 +8,12 @@
 /// Text for a terminal.
 namespace twk::cli {
 
-/// Columns that the text takes on a terminal: two for an East Asian wide character or a pictograph, none for
-/// a combining mark, one for any other.
+/// The width of the text on a terminal, in columns: two for an East Asian wide character or a pictograph,
+/// none for a combining mark, one for any other.
 std::size_t display_width(std::string_view text);
 /// The longest beginning of the text that takes at most `width` columns.
 std::string_view clip(std::string_view text, std::size_t width);
-/// The text with blanks behind it up to `width` columns.
+/// The text followed by blanks up to `width` columns.
 std::string pad(std::string_view text, std::size_t width);
 
 /// Safe to write to a terminal: each control character as "<U+001B>", each byte that is not UTF-8 as U+FFFD.

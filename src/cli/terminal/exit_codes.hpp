@@ -4,7 +4,7 @@
 
 namespace twk::cli {
 
-/// What the program tells its caller. The first three are the lights of the log tab, the others those of
+/// The program's exit codes. The first three are the lights of the log tab, the others those of
 /// <sysexits.h> that apply.
 inline constexpr int kExitGreen = 0;
 inline constexpr int kExitYellow = 1;
@@ -14,7 +14,7 @@ inline constexpr int kExitBadData = 65;
 inline constexpr int kExitFault = 70;
 inline constexpr int kExitNotPermitted = 77;
 
-/// The exit code of a light; anything that is no light is RED.
+/// The exit code of a light; anything else counts as RED.
 int exit_code_of_light(std::string_view light);
 
 }  // namespace twk::cli

@@ -38,7 +38,7 @@ int exit_code_of_error(std::uint32_t number) {
     case platform::security_error::kInvalidSid:
     case platform::security_error::kInvalidDescriptor:
       return kExitBadData;
-    case platform::ads_error::kBadPathname:  // a name of the directory that no path can hold
+    case platform::ads_error::kBadPathname:  // a directory name that no path can contain
     case live::kBadStub:
       return kExitRed;
     default:

@@ -17,17 +17,17 @@ struct BadInput : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The system does not do what was asked; exit code 2, as a RED light.
+/// The system refuses the request; exit code 2, as for a RED light.
 struct Refused : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Says on standard error what the exception in flight is about, and gives the exit code. A failed platform
-/// call that the caller is not permitted to make gives 77, a file that is not there or does not read gives
-/// 65, anything not foreseen 70. Only for use inside a handler.
+/// Reports the current exception on standard error and returns the exit code: 77 for a platform call that the
+/// caller is not permitted to make, 65 for a missing or unreadable file, 70 for anything unexpected. Only for
+/// use inside a handler.
 int report_failure();
 
-/// One line on standard error, "twk: " in front, control characters made visible.
+/// One line on standard error that begins with "twk: ", control characters made visible.
 void complain(std::string_view text);
 
 }  // namespace twk::cli

@@ -11,7 +11,7 @@ namespace twk::cli {
 std::string read_input(const std::string& path);
 
 /// The lines of a text without their ends (CRLF or LF), as UTF-8: text that is not UTF-8 counts as code page
-/// 1252. A byte-order mark in front is passed over.
+/// 1252. A leading byte-order mark is skipped.
 std::vector<std::string> text_lines(std::string_view text);
 
 /// A password from a file, or from standard input for "-": the first line without its end. Raises `BadInput`

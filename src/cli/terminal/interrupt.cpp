@@ -7,7 +7,7 @@
 namespace twk::cli {
 namespace {
 
-// A signal handler can reach nothing but a variable of the program.
+// A signal handler can only use a global variable.
 volatile std::sig_atomic_t was_interrupted = 0;
 
 extern "C" void on_interrupt(int) {

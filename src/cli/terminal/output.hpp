@@ -16,30 +16,30 @@ struct Column {
   std::string title;
 };
 
-/// Standard output. With `json` each result is one object a line with its keys as given; otherwise results
+/// Standard output. With `json` each result is one object on a line with the given keys; otherwise results
 /// are tables and lists for people, aligned by display width, lights in colour on a terminal.
 ///
 /// A reader that goes away (`| head`) does not stop the work: what cannot be written is dropped, and
-/// `finish` tells any other reason.
+/// `finish` reports any other reason.
 class Output {
  public:
   void set_json(bool json) { json_ = json; }
   [[nodiscard]] bool json() const { return json_; }
 
-  /// One row a result, under headings.
+  /// One row for each result, under headings.
   void table(const std::vector<Column>& columns, const std::vector<Json>& rows);
-  /// One result, a line a key.
+  /// One result, a line for each key.
   void details(const std::vector<Column>& fields, const Json& result);
-  /// One result as it comes, written out at once: what was told is told when the program is killed. `text` is
+  /// One result as it comes, written at once, so that it is not lost when the program is killed. `text` is
   /// its form for people, control characters made visible.
   void result(const Json& object, std::string_view text);
-  /// The bytes as they are, whatever the form of results.
+  /// The bytes unchanged, whatever the form of results.
   void raw(std::string_view bytes);
-  /// The word of a light, coloured where that is wanted.
+  /// The word of a light, coloured if requested.
   [[nodiscard]] std::string light(std::string_view word) const;
 
-  /// Writes out what is held back. Raises a runtime error when something could not be written, but for a
-  /// reader that went away.
+  /// Writes what is buffered. Raises a runtime error when something could not be written, except for a reader
+  /// that went away.
   void finish();
 
  private:
@@ -50,11 +50,11 @@ class Output {
   int failure_ = 0;  ///< errno of the first failed write
 };
 
-/// The reasons of a light that is not GREEN, each for itself, as every result about a user has them under
-/// "warnings"; the message alone where no reason was given.
+/// The separate reasons of a light that is not GREEN, as every result about a user has them under "warnings";
+/// only the message when no reason was given.
 Json warnings_of(std::string_view light, const std::string& message, const std::vector<std::string>& reasons);
 
-/// A value for people: a list with commas between, True and False as "yes" and "no", nothing as "".
+/// A value for people: a list separated by commas, True and False as "yes" and "no", nothing as "".
 std::string text_of(const Json& value);
 
 }  // namespace twk::cli

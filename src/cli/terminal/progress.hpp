@@ -6,8 +6,8 @@
 
 namespace twk::cli {
 
-/// One line on a terminal's standard error that is written over again and again, and nothing at all in a
-/// pipe. Drive it from what the windows hold:
+/// One line on a terminal's standard error that is overwritten repeatedly, and nothing at all in a pipe.
+/// Drive it from the windows' values:
 ///
 ///     Progress progress;
 ///     const auto watch = form1.Import_Text.caption.watch([&] { progress.show(form1.Import_Text.caption); });
@@ -20,7 +20,7 @@ class Progress {
 
   /// Shows the text, cut to the width of the terminal; at most about fifteen times a second.
   void show(std::string_view text);
-  /// Takes the line away, so that other text can be written.
+  /// Removes the line, so that other text can be written.
   void clear();
 
  private:

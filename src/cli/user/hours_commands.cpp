@@ -49,7 +49,7 @@ std::vector<bool> read_hours(const std::string& file) {
   return std::move(hours.cells);
 }
 
-/// Tells what was stored while nobody has chosen whose hours these are, if that makes a difference.
+/// Reports what was stored while no zone has been chosen, if that makes a difference.
 void warn_of_zone(Context& context, const std::vector<bool>& cells) {
   const std::string readings = windows::two_readings(context.services(), cells);
   if (!readings.empty() && !windows::chosen_zone(context.services())) {
@@ -66,14 +66,14 @@ windows::HoursZone read_zone(const std::string& word) {
   throw UsageError("a zone is utc+12 or workstation, not \"" + word + "\"");
 }
 
-/// A zone for this run alone.
+/// A zone for this run only.
 void override_zone(Context& context, const std::string& word) {
   if (!word.empty())
     context.override_setting(session::kPreferences, "LogonHoursZone",
                              std::string(windows::zone_word(read_zone(word))));
 }
 
-/// Shows the zone, or keeps another one.
+/// Shows the zone, or stores another one.
 int hours_zone(Context& context, const std::string& word) {
   const platform::Platform& services = context.services();
   if (!word.empty() && !windows::choose_zone(services, read_zone(word)))
@@ -101,8 +101,8 @@ int show_template_hours(Context& context, const std::string& name) {
   return kExitGreen;
 }
 
-/// Opens the template for an edit, sets the hours and presses Save. The domain must be there, because a save
-/// writes the groups that it knows.
+/// Opens the template for an edit, sets the hours and presses Save. The domain must be loaded, because a save
+/// writes the groups that it has.
 int set_template_hours(Context& context, const std::string& name, const base::Bytes& hours) {
   Session& session = context.session(Depth::kDomain);
   select_template(session, name);
@@ -146,7 +146,7 @@ int show_hours(Context& context, const HoursArguments& arguments) {
                                 : show_user_hours(context, arguments.user);
 }
 
-/// With --user the one word that is given is the file.
+/// With --user the only word given is the file.
 int set_hours(Context& context, HoursArguments arguments, bool has_file) {
   if (!arguments.user.empty() && !arguments.template_name.empty() && !has_file)
     arguments.file = std::exchange(arguments.template_name, {});

@@ -34,7 +34,7 @@ Session& open(Context& context, const MailboxArguments& arguments) {
   if (!arguments.template_name.empty()) {
     stores::LoadTemplate(session,
                          find_name("template", arguments.template_name, session.form1.nutemplate.items()));
-    // The template must not take the site's fields away.
+    // The template must not clear the site's fields.
     load_mail_site(session, arguments.site);
   }
   return session;

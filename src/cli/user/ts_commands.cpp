@@ -23,7 +23,7 @@ struct SetArguments {
   std::vector<std::string> assignments;
 };
 
-/// What a row is called here, and for people.
+/// A row's name here, and for people.
 struct Name {
   std::string_view alias;
   std::string_view title;
@@ -57,7 +57,7 @@ std::string known_settings() {
   return list;
 }
 
-/// A row by its name here or in the table, the latter's "WTS" may be left out. Raises `UsageError`.
+/// A row by its name here or in the table, whose "WTS" may be omitted. Raises `UsageError`.
 std::size_t find_row(const std::string& name) {
   std::vector<std::string> all;
   for (std::size_t i = 0; i < kNames.size(); ++i) {
@@ -130,7 +130,7 @@ std::string account_of(const Domain& domain, const std::string& name) {
   return describe_user(domain, name)["samAccountName"];
 }
 
-/// The name of the domain's controller, as the settings' calls want it.
+/// The name of the domain's controller, for the settings' calls.
 std::string controller_of(const Domain& domain) {
   return domain.services.network.NetGetDCName("", domain.name);
 }
@@ -142,7 +142,7 @@ Json json_value(const TerminalServerRow& row, const WtsConfigValue& value) {
   return row.is_time() ? Json(number) : Json(number != 0);
 }
 
-/// A time by its word, one without a word in milliseconds.
+/// A time as its word; without a word, in milliseconds.
 std::string time_text(std::uint32_t milliseconds) {
   for (const records::TimeWord& time : records::kTimeWords) {
     if (time.milliseconds == milliseconds)
@@ -177,14 +177,14 @@ int show_settings(Context& context, const std::string& name) {
   return kExitGreen;
 }
 
-/// True for what the controller says of user and value; all else is a fault around them.
+/// True for a controller's errors about user and value; anything else is a different fault.
 bool is_refusal(std::uint32_t number) {
   using namespace platform::user_parameters_error;
   return number == kInvalidData || number == kInvalidParameter ||
          number == platform::network_error::kUserNotFound;
 }
 
-/// Makes the changes one after the other, up to one that is refused; all of them have been read before.
+/// Makes the changes one after the other, up to the first refusal; all of them have been parsed before.
 int set_settings(Context& context, const SetArguments& arguments) {
   std::vector<Change> changes;
   for (const std::string& assignment : arguments.assignments)

@@ -20,11 +20,11 @@ void add_user_move(Command& user, Context& context);
 void add_user_rename(Command& user, Context& context);
 void add_user_reset_password(Command& user, Context& context);
 
-/// The node of the user of that account name, common name, principal name or distinguished name, what is
-/// above it opened first. Raises `Refused` when there is none.
+/// The node of the user of that account name, common name, principal name or distinguished name, after
+/// opening what is above it. Raises `Refused` when there is none.
 controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name);
 
-/// What a new user is made with.
+/// The inputs for a new user.
 struct CreationPlace {
   std::string template_name;
   std::string site;

@@ -19,8 +19,8 @@ struct CreateArguments {
   std::string password_file;
 };
 
-/// A password that was given takes the place of the default one, to the letter: the tab asks for it, and the
-/// answer is there already.
+/// A given password replaces the default one, exactly as it is: the tab asks for it, and the answer is
+/// ready.
 void use_password(Context& context, session::Form1& form, const CreateArguments& arguments) {
   if (!arguments.password_stdin && arguments.password_file.empty())
     return;

@@ -46,7 +46,7 @@ void check(const DeleteArguments& arguments) {
     throw UsageError("--template and --path say which mailbox goes: give --mail as well");
 }
 
-/// As the window's list has it. Raises `Refused` for a server that no site has.
+/// As spelled in the window's list. Raises `Refused` for a server that no site has.
 std::string known_exchange_server(session::Session& session, const std::string& server) {
   if (server.empty())
     return server;
@@ -54,7 +54,7 @@ std::string known_exchange_server(session::Session& session, const std::string& 
   return find_name("Exchange server of a site", server, session.multi_user.EX_Server.items());
 }
 
-/// Ticks the boxes of the window's tab; the folders are found only where the shares are looked at.
+/// Ticks the boxes of the window's tab; the folders are found only through the shares.
 void tick(session::Session& session, const DeleteArguments& arguments) {
   session::MultiUser& window = session.multi_user;
   window.EX_Server.text = known_exchange_server(session, arguments.exchange_server);
@@ -72,7 +72,7 @@ void tick(session::Session& session, const DeleteArguments& arguments) {
   session.runs.even_if_shared = consent_of(arguments.even_if_shared);
 }
 
-/// What says which mailbox goes where the mail table alone does not.
+/// What decides which mailbox to delete when the mail table alone does not.
 void give_mail_options(Context& context, session::Session& session, const DeleteArguments& arguments) {
   if (!arguments.mail_template.empty()) {
     stores::LoadTemplate(session,

@@ -14,7 +14,7 @@ std::vector<Json> found_in_directory(session::Session& session, const std::strin
   session.find_user.txtFind.text = text;
   directory::btnGo_Click(session);
   const controls::ListView& list = session.find_user.ListView1;
-  // The search that failed said so in a box and counted nothing.
+  // A failed search said so in a box and counted nothing.
   if (list.empty() && session.find_user.Label2.caption.get().empty())
     throw Refused("Error Searching AD for users.");
   std::vector<Json> rows;

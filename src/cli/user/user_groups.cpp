@@ -23,7 +23,7 @@ struct GroupArguments {
 
 const std::vector<Column> kColumns = {{"name", "Group"}, {"primary", "Primary"}};
 
-/// A group by the key that the lists know it by, whatever of its names it was given by.
+/// A group's key in the lists, whichever of its names was given.
 struct ChosenGroup {
   std::string key;
   std::string name;
@@ -37,8 +37,8 @@ ChosenGroup find_group(const Domain& domain, const std::string& name) {
   return {path, platform::unescape_dn_value(domain.services.directory.GetObject(path)->Name().substr(3))};
 }
 
-/// Selects the group in the list of those that the user is not in. One that the session did not load comes
-/// into it.
+/// Selects the group in the list of those that the user is not in. A group that the session did not load
+/// is added to it.
 void select_to_add(session::Form1& form, const ChosenGroup& group) {
   if (form.ListView4.find_key(group.key) != nullptr)
     throw Refused("The user is already in the group \"" + group.name + "\".");
@@ -61,7 +61,7 @@ void select_to_remove(session::Form1& form, const ChosenGroup& group) {
   list.set_selected(list.at(list.place_of(*row)), true);
 }
 
-/// True when every selected group left the list; what refused stands in the status bar.
+/// True when every selected group left the list; the status bar shows refusals.
 bool press(session::Session& session, ListView& list, void (*button)(session::Session&)) {
   bool whole = true;
   if (list.selected() != nullptr)

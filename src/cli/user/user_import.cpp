@@ -21,7 +21,7 @@
 namespace twk::cli {
 namespace {
 
-/// Columns of an import file, counted from 1; 0 stands for none.
+/// Columns of an import file, counted from 1; 0 means none.
 struct ImportColumns {
   std::optional<int> first;
   std::optional<int> middle;
@@ -61,7 +61,7 @@ void set_halts(session::Form1& form, const ImportArguments& arguments) {
     form.STOP_ON_RED[2].value = 1;
 }
 
-/// Puts the fields to look for groups into force for this run; the stored choice stays as it is.
+/// Sets the fields with groups for this run; the stored choice stays as it is.
 void set_group_range(Context& context, const std::string& groups) {
   std::string start = "0";
   std::string finish = "0";
@@ -95,7 +95,7 @@ void set_expiry(session::Session& session, const ImportArguments& arguments) {
     throw UsageError("the expiry of the accounts: " + refused);
 }
 
-/// Chooses a column, which some line must have when it was asked for.
+/// Chooses a column; some line must have a requested one.
 void choose(controls::ComboBox& box, const std::optional<int>& column, int standard, int widest) {
   if (column.value_or(0) > widest) {
     throw UsageError("there is no column " + std::to_string(*column) + ": the longest line has " +
@@ -178,8 +178,8 @@ void print_end(Output& output, const session::ImportState& state, const Counts& 
                     "\n" + "Summary:     " + printable(summary_path));
 }
 
-/// What went wrong beside the creations, each text once: a log or a summary that could not be written. True
-/// when there was something.
+/// Prints what went wrong besides the creations, each text once: a log or a summary that could not be
+/// written. True when there was something.
 bool tell_faults(const session::Session& session, std::set<std::string> told) {
   const controls::ListView& rows = session.form1.ListView1;
   bool any = false;
@@ -226,7 +226,7 @@ int run_import(Context& context, session::Session& session) {
   return exit_code_of_light(light);
 }
 
-/// The path of a file that holds a line.
+/// The path of a file that contains a line.
 std::string checked_file(Context& context, const std::string& file) {
   std::string path = std::filesystem::absolute(file).string();
   if (!std::filesystem::exists(path) || std::filesystem::is_directory(path))

@@ -28,7 +28,7 @@ struct RenameArguments {
   bool dry_run = false;
 };
 
-/// Types into a field what was given; the rest stays as the window shows it.
+/// Enters a given value into a field; the rest stays as the window shows it.
 void type(controls::TextBox& field, const std::optional<std::string>& text) {
   if (text)
     field.text = *text;
@@ -94,7 +94,7 @@ const controls::ListRow* worst_row(const session::Session& session, std::size_t 
   return worst;
 }
 
-/// The user of that name, or the one who had it before a renaming that broke off.
+/// The user of that name, or the one who had it before an interrupted renaming.
 controls::TreeNode& reach_renamed_user(Context& context, session::Session& session, const std::string& name) {
   try {
     return reach_user(context, session, name);

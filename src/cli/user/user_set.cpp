@@ -15,7 +15,7 @@ struct SetArguments {
   std::optional<std::string> expires_after;
 };
 
-/// The assignments with the one that --expires-after stands for.
+/// The assignments, including the one that --expires-after means.
 std::vector<std::string> all_assignments(const SetArguments& arguments) {
   std::vector<std::string> all = arguments.assignments;
   if (arguments.expires_after) {

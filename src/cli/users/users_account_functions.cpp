@@ -13,7 +13,7 @@ namespace {
 
 using batch::AccountFunction;
 
-/// A password from elsewhere than the setting; "PROMPT" asks the dialogs, which then have it.
+/// A password that does not come from the setting; "PROMPT" asks the dialogs, which then have it.
 struct PasswordSource {
   bool from_stdin = false;
   std::string file;
@@ -25,7 +25,7 @@ struct Arguments {
   SelectionArguments selection;
   PasswordSource password;
   bool change_at_logon = false;  ///< password-never-expires: a new password at the next logon
-  bool reset = false;            ///< unlock: a new password too
+  bool reset = false;            ///< unlock: also a new password
 };
 
 void add_password_options(Command& command, PasswordSource& source) {

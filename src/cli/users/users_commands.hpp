@@ -3,7 +3,7 @@
 #include "cli/frame/context.hpp"
 #include "cli/parser/command.hpp"
 
-/// The parts of the command `users`, which works on many users at once, a file each.
+/// The parts of the command `users`, which works on many users at once, with a file for each.
 namespace twk::cli {
 
 /// enable, disable, unlock, reset-password, password-expires, password-never-expires.

@@ -27,7 +27,7 @@ void load_users(Session& session) {
     directory::show_nt_users(session);
 }
 
-/// The hits in the order of the list.
+/// The hits in list order.
 std::vector<Json> hits(const Session& session) {
   const controls::ListView& list = session.multi_user.ListView1;
   const std::string prefix = "LDAP://" + session.DomainName + "/";

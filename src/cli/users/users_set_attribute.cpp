@@ -32,7 +32,7 @@ struct Arguments {
   SelectionArguments selection;
 };
 
-/// Without a value the file has one for each user.
+/// Without a value, the file has one for each user.
 bool takes_values_from_file(const Arguments& arguments) {
   const SelectionArguments& selection = arguments.selection;
   if (arguments.value)
@@ -44,7 +44,7 @@ bool takes_values_from_file(const Arguments& arguments) {
   return true;
 }
 
-/// Puts property and mode into the window's tab, as it knows them for this domain.
+/// Sets property and mode in the window's tab, as spelled there for this domain.
 void choose_property(Session& session, const Arguments& arguments) {
   if (!session::is_active_directory(session))
     throw Refused(session.DomainName + " is no Active Directory domain: its users have no such properties.");
@@ -84,7 +84,7 @@ std::string message_of(const Session& session, const PropertyOutcome& outcome) {
                          : outcome.reason;
 }
 
-/// A run that could not go on is no success, however it began.
+/// A run that could not continue is not a success, however it began.
 int exit_code_of(const Session& session, int exit_code) {
   if (session.ad_properties.failure.empty())
     return exit_code;

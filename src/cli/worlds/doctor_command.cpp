@@ -15,7 +15,7 @@ using live::StepOutcome;
 
 constexpr std::string_view kLights[] = {session::kGreen, session::kYellow, session::kRed, "SKIPPED"};
 
-/// Columns for people: light, step, what was found.
+/// Columns for people: light, step, finding.
 std::string text_of(const Output& output, const CheckStep& step) {
   constexpr std::size_t kWidth = 14;
   constexpr std::size_t kLightWidth = 9;

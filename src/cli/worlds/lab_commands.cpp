@@ -50,7 +50,7 @@ int show_info(Context& context) {
   return kExitGreen;
 }
 
-/// What cannot be made for a reason in the command line is told as such.
+/// When the command line is the reason, the failure is reported as a usage error.
 void create_lab(InitArguments& arguments) {
   std::error_code unreadable;
   if (std::filesystem::exists(std::filesystem::path(arguments.folder) / "lab.conf", unreadable))
@@ -92,7 +92,7 @@ int import_lab(Context& context, const std::string& file) {
   return kExitGreen;
 }
 
-/// The copy is of the real domain, also where TWK_LAB names a lab to work in.
+/// The copy is of the real domain, even if TWK_LAB names a lab to work in.
 int copy_domain(Context& context, const std::string& folder) {
   const std::filesystem::path lab = folder;
   std::error_code unreadable;

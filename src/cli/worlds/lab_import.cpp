@@ -39,7 +39,7 @@ std::string dns_name(std::string_view dn) {
   return name;
 }
 
-/// A lab of the domain that the text is an export of.
+/// A lab of the exported domain.
 lab::LabPlan plan_of(std::string_view text) {
   std::optional<lab::LabPlan> plan;
   lab::read_ldif(text, [&](const lab::LdifRecord& record) {

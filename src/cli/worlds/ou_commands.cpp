@@ -19,7 +19,7 @@ struct OuArguments {
   std::string under;
 };
 
-/// "OU=Sales,DC=twk,DC=test" as the name and what it is under.
+/// "OU=Sales,DC=twk,DC=test" as the name and its parent.
 OuArguments taken_apart(const OuArguments& arguments) {
   const std::string_view name = arguments.name;
   const std::string_view above = directory::name_above(name);

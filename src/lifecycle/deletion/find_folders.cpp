@@ -184,8 +184,8 @@ void check_data(DeleteRun& run, UserFolder& folder, const std::string& below_sha
   choose_way(run, folder, tail_of(own.text()));
 }
 
-/// In a WinNT domain the folder named after the user is deleted, with everything in it. A kept account has no
-/// such folder.
+/// In a WinNT domain the folder named after the user is deleted, with everything in it; for a kept account,
+/// none.
 std::optional<std::string> profile_below_share(const DeleteRun& run) {
   const std::string path = "\\\\" + run.profile.server + "\\" + run.profile.share + tail_of(run.profile.path);
   if (session::is_active_directory(run.session) || !run.session.form1.Profile_Delete_Name.on())

@@ -143,7 +143,7 @@ bool is_missing(MoveRun& run, const TreePath& path) {
   raise_refusal(absence(run, path.text()));
 }
 
-/// Both folders as their servers spell them, if they are on a server.
+/// Both folders as their server spells them.
 struct Places {
   std::string old;
   std::string fresh;

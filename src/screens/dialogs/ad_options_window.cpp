@@ -78,7 +78,7 @@ QGroupBox* make_skips(session::Session& session, QWidget* parent) {
   return box;
 }
 
-/// As high as the longest text, so that nothing moves when another one comes.
+/// As high as the longest text, so that nothing moves when the text changes.
 QGroupBox* make_description(session::Session& session, QWidget* parent) {
   auto* const box = new QGroupBox("Description", parent);
   auto* const rows = new QVBoxLayout(box);
@@ -102,7 +102,7 @@ void add_buttons(QVBoxLayout& rows, session::Session& session, QDialog& dialog) 
   apply->setDefault(true);
   row->addWidget(apply);
   on_click(*apply, [&session] { directory::btnApply_Click(session); });
-  // The text that opens the window stays until a person goes to an option.
+  // The first text stays until a person goes to an option.
   apply->setFocus();
   auto* const close = new QPushButton("E&xit", &dialog);
   close->setObjectName("btnExit");

@@ -11,7 +11,7 @@
 namespace twk::screens {
 namespace {
 
-/// Painted the moment it changes: a creation lets no event in before its end.
+/// Painted as soon as it changes: a creation lets no event in before its end.
 void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
   auto* const text = new QLabel(box.parentWidget());
   text->setObjectName(name);
@@ -47,7 +47,7 @@ std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* 
                                 [dialog] { dialog->reject(); });
   stop->setDefault(true);
   row->addStretch();
-  // Esc and the window's cross stop too.
+  // Esc and the window's cross also stop.
   QObject::connect(dialog, &QDialog::rejected, dialog, [&session] { batch::CancelButton_Click(session); });
   dialog->setMinimumWidth(dialog->fontMetrics().averageCharWidth() * 55);
   return window;

@@ -16,7 +16,7 @@ namespace {
 
 using session::CSV_Import;
 
-/// Columns that no user is made from are not shown.
+/// Columns that are not used are not shown.
 QStringList numbered_columns(int columns) {
   QStringList headings;
   for (int column = 1; column <= std::clamp(columns, 1, static_cast<int>(session::kMostImportFields));

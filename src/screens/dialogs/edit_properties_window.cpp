@@ -31,7 +31,7 @@ void add_first_field(QFormLayout& form, session::Session& session) {
   follow(*field, window.W2K_Attribute_MaxLength, [field](int most) { field->setMaxLength(most); });
   bind_to(*field, window.W2K_Attribute, [&session] { windows::W2K_Attribute_Change(session); });
   name_after(*field, window.Property);
-  // What cannot be changed is no place to begin.
+  // The focus does not start on a field that cannot be changed.
   follow(*field, window.W2K_Attribute.locked,
          [field](bool locked) { field->setFocusPolicy(locked ? Qt::ClickFocus : Qt::StrongFocus); });
 }
@@ -45,7 +45,7 @@ void add_choices(QBoxLayout& box, const char* name, controls::ComboBox& control,
   name_after(*choices, caption);
 }
 
-/// Of the four controls for the value one is shown.
+/// One of the four controls for the value is shown.
 void add_second_field(QFormLayout& form, session::Session& session) {
   Edit_Properties& window = session.edit_properties;
   auto* const caption = new QLabel(form.parentWidget());

@@ -31,7 +31,7 @@ std::unique_ptr<QDialog> make_file_progress(session::Session& session, QWidget* 
   auto* const row = new QHBoxLayout;
   column->addLayout(row);
   row->addStretch();
-  // The work ends at its next turn, and hides the window then. Esc and the window's cross stop it as well.
+  // The work ends at its next turn, and then hides the window. Esc and the window's cross also stop it.
   const auto cancel = [&session] { lifecycle::FileProgress_CancelButton_Click(session); };
   add_button(*row, "&Cancel", "CancelButton", state.CancelButton, cancel)->setDefault(true);
   row->addStretch();

@@ -14,7 +14,7 @@
 namespace twk::screens {
 namespace {
 
-/// How the grid shows an hour, as a key beside the choice.
+/// How the grid shows an hour, as a legend next to the choice.
 QIcon swatch(bool permitted, const QPalette& palette) {
   QPixmap picture(16, 16);
   QPainter painter(&picture);
@@ -90,7 +90,7 @@ std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* pa
       [&session] { windows::Logon_Hours_Command1_Click(session); });
   bind_to(*buttons->button(QDialogButtonBox::Ok), window.Command2, {});
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("Command1");
-  // The whole week, also where a dialog would open at two thirds of a small screen.
+  // Shows the whole week, even where a dialog would open at two thirds of a small screen.
   dialog->resize(dialog->sizeHint());
   return dialog;
 }

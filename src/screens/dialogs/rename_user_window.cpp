@@ -19,7 +19,7 @@ QLabel* make_grey(const char* name, controls::Label& control, QWidget* parent) {
   return label;
 }
 
-/// A field with what belongs to it, in front or behind.
+/// A field with what belongs before or after it.
 void add_with(QFormLayout& form, const QString& caption, const char* name, controls::TextBox& control,
               QWidget* other, bool in_front, const Action& edited) {
   QWidget* const parent = form.parentWidget();

@@ -18,7 +18,7 @@ using session::Session;
 
 constexpr std::size_t kLongestTitle = 40;
 
-/// What the title has no room for stands in the window.
+/// What does not fit into the title is shown in the window.
 void follow_caption(QDialog& dialog, QVBoxLayout& rows, Serach_Mail& state) {
   auto* const told = new QLabel(&dialog);
   told->setObjectName("told");

@@ -14,7 +14,7 @@ namespace {
 using session::frmCopy_Group;
 using session::Session;
 
-/// A box over the groups, in alphabetical order; what is typed finds those that hold it.
+/// A box with the groups in alphabetical order; typing finds those that contain the text.
 class GroupBox final : public QComboBox {
  public:
   GroupBox(controls::ListView& groups, QWidget* parent) : QComboBox(parent), groups_(groups) {
@@ -34,7 +34,7 @@ class GroupBox final : public QComboBox {
     setCompleter(finder);
     show_choice();
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) { choose(index); });
-    // Text that is no group's name is no choice.
+    // A text that is not a group's name is not a choice.
     connect(lineEdit(), &QLineEdit::textEdited, this,
             [this](const QString& text) { choose(findText(text, Qt::MatchFixedString)); });
     connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { show_choice(); });
@@ -96,7 +96,7 @@ QProgressBar* make_bar(frmCopy_Group& state, QWidget* parent) {
   return bar;
 }
 
-/// Esc and the window's cross stop a copy that runs.
+/// Esc and the window's cross stop a running copy.
 class CopyWindow final : public QDialog {
  public:
   CopyWindow(Session& session, QWidget* parent) : QDialog(parent), session_(session) {}

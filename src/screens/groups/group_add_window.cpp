@@ -9,7 +9,7 @@
 namespace twk::screens {
 namespace {
 
-/// A frame of option buttons "NAME_0", "NAME_1" …, each with a state of its own.
+/// A frame of option buttons "NAME_0", "NAME_1" …, each with a separate state.
 template <std::size_t size>
 QGroupBox* make_choice(const QString& title, const char* name,
                        std::array<controls::OptionButton, size>& options,

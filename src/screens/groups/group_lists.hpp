@@ -12,7 +12,7 @@ struct ListSide {
   controls::ListView& list;
   const char* name;
   QString caption;
-  QStringList columns;  ///< the first takes the room; headings are not shown
+  QStringList columns;  ///< the first takes the available width; headings are not shown
   bool sorted = true;
   QString empty_text;
   controls::Button& button;  ///< moves the selected rows to the other list

@@ -19,7 +19,7 @@ namespace {
 using session::Groupsfrm;
 using session::Session;
 
-/// Stays as it is while it is hidden. Its cross and Esc are its "Exit".
+/// Stays unchanged while hidden. Its cross and Esc act as "Exit".
 class GroupsWindow final : public QDialog {
  public:
   GroupsWindow(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
@@ -70,7 +70,7 @@ QPushButton* add_picture_button(QBoxLayout& box, const QString& caption, const c
   return button;
 }
 
-/// The head of a column sorts by the routine, so that the order is the session's.
+/// The heading of a column sorts through the routine, so that the order is the session's.
 void follow_order(ListPane& pane, Session& session) {
   Groupsfrm& state = session.groups;
   pane.setSortingEnabled(false);
@@ -83,7 +83,7 @@ void follow_order(ListPane& pane, Session& session) {
   follow(pane, state.SortDescending, [show](bool) { show(); });
   QObject::connect(pane.header(), &QHeaderView::sectionClicked, &pane, [&session, show](int column) {
     run_guarded([&] { groups::Groupsfrm_ListView1_ColumnClick(session, column); });
-    show();  // the head has turned its own arrow meanwhile
+    show();  // the heading has turned its arrow meanwhile
   });
 }
 

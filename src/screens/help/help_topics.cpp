@@ -22,7 +22,7 @@ constexpr std::array<std::pair<const char*, const char*>, 21> kDialogs = {
      {"Edit_Properties", "w2k"},  {"Custom", "user-details"},     {"Logon_Hours", "template"},
      {"Permissions", "set-up"},   {"frmSharePoints", "template"}, {"Varibles_Form", "variables"}}};
 
-/// A key that no field, menu or window has use for arrives here last.
+/// A key that no field, menu or window uses arrives here last.
 class HelpKey final : public QObject {
  public:
   explicit HelpKey(QObject* parent) : QObject(parent) { qApp->installEventFilter(this); }

@@ -38,11 +38,11 @@ inline constexpr std::array<HelpTopic, 21> kHelpTopics = {{{"main", "The main wi
 
 /// The topic of a tab by its place in `SSTab1`, and in the set-up tab by its place in `SSTab2`.
 QString help_topic(int tab, int setup_tab);
-/// The topic of what a window shows: the tab in front of the main window, or the topic of a dialog by its
+/// The topic of what a window shows: the current tab of the main window, or the topic of a dialog by its
 /// name; "main" for any other.
 QString help_topic_of(const QWidget* window);
 
-/// Lets F1 open the topic of the window in use, as long as the owner lives.
+/// Lets F1 open the topic of the active window, as long as the owner exists.
 void open_help_with_f1(QObject& owner);
 
 }  // namespace twk::screens

@@ -108,7 +108,7 @@ class HelpWindow final : public QMainWindow {
     }
   }
 
-  /// From the top again after the last place.
+  /// Continues at the top after the last match.
   void find_next() {
     const QString text = find_->text();
     statusBar()->clearMessage();

@@ -17,7 +17,7 @@ namespace {
 
 using session::Session;
 
-/// Rows of a form whose fields take the width there is.
+/// Rows of a form whose fields take the available width.
 QFormLayout* add_box(QBoxLayout& column, const QString& title) {
   auto* const box = new QGroupBox(title, column.parentWidget());
   auto* const rows = new QFormLayout(box);
@@ -44,7 +44,7 @@ void add_profile(QBoxLayout& column, session::Form1& form) {
   add_text(rows, "Home director&y:", "UM_Home_Dir", form.UM_Home_Dir);
 }
 
-/// The logon name with the domain's part behind it, in one row.
+/// The logon name followed by the domain's part, in one row.
 void add_logon_name(QFormLayout& rows, session::Form1& form) {
   auto* const pair = new QWidget(rows.parentWidget());
   auto* const line = new QHBoxLayout(pair);
@@ -87,7 +87,7 @@ void add_flags(QBoxLayout& column, session::Form1& form) {
   add_check(rows, "Account is loc&ked out", "chkAcctLockedOut", form.chkAcctLockedOut);
 }
 
-/// The administrator's own attributes; the box is there when at least one is.
+/// The administrator's own attributes; the box is visible when at least one is.
 void add_custom(QBoxLayout& column, session::Form1& form) {
   QFormLayout& rows = *add_box(column, "Custom attributes");
   QWidget& box = *rows.parentWidget();
@@ -148,7 +148,7 @@ QWidget* make_groups_page(Session& session, QWidget* parent) {
                       .move = [&session] { directory::UM_ADD_GROUP_Click(session); },
                       .click = [&session] { directory::ListView3_Click(session); },
                       .double_click = [&session] { directory::ListView3_DblClick(session); }},
-                     // The primary group stands first.
+                     // The primary group comes first.
                      {.list = form.ListView4,
                       .name = "ListView4",
                       .caption = "Member &of",

@@ -22,7 +22,7 @@ ListPane* make_list(session::Session& session, QWidget* parent) {
   header.setStretchLastSection(false);
   header.setSectionResizeMode(0, QHeaderView::Stretch);
   header.resizeSection(1, list->fontMetrics().horizontalAdvance("00/00/0000 00:00:00") + 40);
-  // The newest row is the one to see. Asking for it row by row would lay out the whole list each time.
+  // The newest row must be visible. Scrolling for each row would lay out the whole list each time.
   QScrollBar* const bar = list->verticalScrollBar();
   QObject::connect(bar, &QScrollBar::rangeChanged, bar, [bar](int, int end) { bar->setValue(end); });
   return list;

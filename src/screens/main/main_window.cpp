@@ -136,7 +136,7 @@ void MainWindow::follow_session() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  // A run that is under way is stopped first: nothing is to end between two steps of a creation.
+  // A run in progress is stopped first: nothing may end between two steps of a creation.
   if (!session_.form1.enabled.get()) {
     session_.form1.ended = false;
     session_.form1.StatusBar1.panel1 =

@@ -79,7 +79,7 @@ QWidget* make_stages(Session& session, QWidget* parent) {
   return group;
 }
 
-/// Progress is painted the moment it changes: a creation lets no event in before its end.
+/// Progress is painted as soon as it changes: a creation lets no event in before its end.
 QLayout* make_progress(Session& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const column = new QVBoxLayout();

@@ -20,7 +20,7 @@ namespace {
 using session::Form1;
 using session::Session;
 
-/// What a new installation has to do; there only while no domain is configured.
+/// What to do in a new installation; visible only while no domain is configured.
 QWidget* make_first_run_hint(Session& session, QWidget* parent) {
   auto* const hint =
       new QLabel("Must Enter Setup Details...\nType or choose the domain, save, and press Refresh.", parent);
@@ -33,7 +33,7 @@ QWidget* make_first_run_hint(Session& session, QWidget* parent) {
   return hint;
 }
 
-/// A password is not for whoever looks over a shoulder; "PROMPT" and variables are words to be seen.
+/// A password must not be readable over a shoulder; "PROMPT" and variables may be shown.
 void add_secret(QFormLayout& rows, const QString& caption, const char* name, controls::TextBox& control) {
   QLineEdit* const field = add_text(rows, caption, name, control);
   field->setEchoMode(QLineEdit::Password);
@@ -80,11 +80,12 @@ QWidget* make_passwords(Session& session, QWidget* parent) {
   auto* const group = new QGroupBox("Default Password", parent);
   group->setObjectName("Frame4");
   auto* const rows = new QFormLayout(group);
-  // What keeps no password in the settings is offered first.
+  // Choices that store no password in the settings come first.
   add_secret(*rows, "&Formatted:", "Formatted_Password", form.Formatted_Password);
   add_secret(*rows, "Pass&word:", "defaultpassword", form.defaultpassword);
   auto* const note = new QLabel(
-      "A format gives each user another password; the word PROMPT asks for one. Any other password is kept in "
+      "A format gives each user another password; the word PROMPT asks for one. Any other password is kept "
+      "in "
       "the settings as readable text.",
       group);
   note->setObjectName("password_note");

@@ -39,7 +39,7 @@ QLineEdit* make_text(const char* name, controls::TextBox& control, QWidget* pare
   return field;
 }
 
-/// A field that may offer what a search found.
+/// A field that can offer what a search found.
 QComboBox* make_choice(const char* name, controls::ComboBox& control, QWidget* parent,
                        const Action& chosen = {}) {
   QComboBox* const field = make_editable_combo(name, parent);
@@ -136,7 +136,7 @@ QWidget* make_site_tab(Session& session, QWidget* parent) {
     QObject::connect(field, &QLineEdit::returnPressed, field,
                      [&session] { run_guarded([&] { stores::Save_Site(session); }); });
   }
-  // Esc gives up what is edited, and nothing else.
+  // Esc only cancels the edit.
   auto* const escape =
       new QShortcut(Qt::Key_Escape, fields, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   QObject::connect(escape, &QShortcut::activated, cancel, &QPushButton::click);

@@ -23,7 +23,7 @@ constexpr int kPathLength = 75;
 constexpr int kShareLength = 20;
 constexpr int kNameLength = 25;
 
-/// The list of templates; while a new one is made its name is typed in the same place.
+/// The list of templates; a new template's name is typed in the same place.
 QLayout* make_name(Session& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const place = new QStackedWidget(parent);
@@ -125,7 +125,7 @@ QWidget* make_groups(Session& session, QWidget* parent) {
 QLayout* make_buttons(Session& session, QWidget* tab) {
   Form1& form = session.form1;
   auto* const buttons = new QHBoxLayout();
-  // The layout has its widget only when it is part of the tab's.
+  // The layout gets its widget only once it is part of the tab's.
   static_cast<QVBoxLayout*>(tab->layout())->addLayout(buttons);
   add_button(*buttons, "&New", "NewTemplate", form.NewTemplate, [&session] { stores::NewTemplate(session); });
   add_button(*buttons, "&Edit", "EditTemplate", form.EditTemplate,

@@ -16,7 +16,7 @@ namespace {
 struct Look {
   const char* caption;
   const char* shortcut;
-  bool separated = false;  ///< a line in front of it
+  bool separated = false;  ///< a line before it
 };
 
 /// In the order of the keys.

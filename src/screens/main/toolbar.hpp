@@ -7,8 +7,8 @@
 
 namespace twk::screens {
 
-/// `Toolbar1`: one action a key, named by it. Its own context menu takes the captions below the pictures
-/// away.
+/// `Toolbar1`: one action for each key, named by it. Its context menu hides the captions below the
+/// pictures.
 QToolBar* make_toolbar(QMainWindow& window, session::Session& session);
 
 }  // namespace twk::screens

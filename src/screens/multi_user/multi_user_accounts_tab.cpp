@@ -17,7 +17,7 @@ namespace {
 using session::MultiUser;
 using session::Session;
 
-/// An option button of `LockAcc`, in the order of its numbers, and where it stands.
+/// An option button of `LockAcc`, in the order of its numbers, and its position.
 struct Option {
   const char* caption;
   int row;
@@ -44,7 +44,7 @@ void add_options(QGridLayout& grid, MultiUser& window, QWidget* parent) {
   bind_options(buttons, window.LockAcc);
 }
 
-/// What three of the functions ask for, beside them.
+/// The inputs of three of the functions, next to them.
 void add_details(QGridLayout& grid, MultiUser& window, QWidget* parent) {
   const auto add = [&](const char* caption, const char* name, const char* tip, controls::CheckBox& control,
                        int column) {

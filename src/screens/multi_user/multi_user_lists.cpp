@@ -97,7 +97,7 @@ QWidget* make_selection(Session& session, QWidget* parent) {
                                    [&session] { batch::Command2_Click(session); }},
                                   1, frame);
   pane->setAccessibleName(frame->title().remove('&'));
-  // The title's letter leads here.
+  // The title's mnemonic leads here.
   frame->setFocusProxy(pane);
   pane->on_delete = [&session] { batch::Command2_Click(session); };
   return frame;

@@ -18,7 +18,7 @@ namespace {
 using session::ADProperties;
 using session::Session;
 
-/// Hundreds of names: what is typed is looked for anywhere in them.
+/// There are hundreds of names: typed text is searched anywhere in them.
 void offer_matches(QComboBox& box) {
   auto* const completer = new QCompleter(box.model(), &box);
   completer->setCompletionMode(QCompleter::PopupCompletion);

@@ -12,7 +12,8 @@ QWidget* make_multi_move_tab(session::Session& session, QWidget* parent);
 QWidget* make_multi_accounts_tab(session::Session& session, QWidget* parent);
 QWidget* make_multi_properties_tab(session::Session& session, QWidget* parent);
 
-/// The lists of users, groups and units, the selection beside them, and what moves rows between them.
+/// The lists of users, groups and units, the selection next to them, and the buttons that move rows between
+/// them.
 QWidget* make_multi_lists(session::Session& session, QWidget* parent);
 
 }  // namespace twk::screens

@@ -17,7 +17,7 @@ namespace {
 using session::MultiUser;
 using session::Session;
 
-/// Closes only where the routine of its button lets it.
+/// Closes only if the routine of its button lets it.
 class MultiUserDialog final : public QDialog {
  public:
   MultiUserDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {}
@@ -45,8 +45,8 @@ QTabWidget* make_tabs(Session& session, QWidget* parent) {
   return tabs;
 }
 
-/// Painted as it changes, though not more often than an eye follows: a deletion lets no event in between its
-/// steps.
+/// Painted when it changes, but not more often than the eye can follow: a deletion lets no event in between
+/// its steps.
 QLabel* make_status(const char* name, controls::Label& control, QWidget* parent) {
   constexpr qint64 kPause = 50;  // milliseconds
   auto* const label = new QLabel(parent);

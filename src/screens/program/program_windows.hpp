@@ -9,19 +9,19 @@
 /// Windows about the program itself.
 namespace twk::screens {
 
-/// `frmSplash`: shows itself while the session's start-up says so, with the phase under way.
+/// `frmSplash`: visible while the session's start-up says so, with the current phase.
 std::unique_ptr<QWidget> make_splash(session::Session& session);
 
-/// `frmTip`, "Did you know", over the parent until the person closes it. Nothing when there are no tips.
+/// `frmTip`, "Did you know", over the parent until the person closes it. Does nothing without tips.
 void show_tip(QWidget* parent, session::Session& session);
-/// The same, unless the person does not want tips at the start.
+/// The same, unless tips at the start are switched off.
 void show_tip_at_start(QWidget* parent, session::Session& session);
 
 /// Name, version and what the program is.
 void show_about(QWidget* parent);
 
-/// The help window at a topic ("Main", "new-user", see help_topics.hpp); it stays beside the windows. The
-/// parent's own help window is used again.
+/// The help window at a topic ("Main", "new-user", see help_topics.hpp); it stays open next to the
+/// windows. The parent's existing help window is reused.
 void show_help(QWidget* parent, const QString& topic);
 
 }  // namespace twk::screens

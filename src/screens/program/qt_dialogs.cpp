@@ -68,7 +68,7 @@ Answer answer_of(int button) {
   }
 }
 
-/// The arrow over a box, also while the hourglass is on for what is behind it.
+/// The arrow over a box, even while the hourglass is shown for the windows behind it.
 class ArrowOverBox {
  public:
   ArrowOverBox() { QApplication::setOverrideCursor(Qt::ArrowCursor); }
@@ -94,7 +94,7 @@ Answer QtDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon, std:
   QMessageBox box(standard_icon(icon), title.empty() ? QString("TWK") : to_qt(title), lines(text),
                   standard_buttons(buttons), QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);
-  // Enter alone must not say Yes to what cannot be undone; Esc says No.
+  // Enter alone must not answer Yes to what cannot be undone; Esc answers No.
   if (buttons == Buttons::kYesNo) {
     box.setDefaultButton(QMessageBox::No);
     box.setEscapeButton(QMessageBox::No);

@@ -20,8 +20,8 @@ class QtDialogs final : public platform::Dialogs {
   std::optional<std::string> open_file(std::string_view title, std::string_view filter) override;
   void show_modal(std::string_view window) override;
   void beep() override;
-  /// What a person does is let in only while there is something to stop, an import or a function of the
-  /// multi-user window; else only repaints are.
+  /// A person's input is let in only while there is something to stop, an import or a function of the
+  /// multi-user window; otherwise only repaints are.
   void DoEvents() override;
 
  private:

@@ -18,7 +18,7 @@ namespace {
 constexpr int kWidth = 420;
 constexpr int kPicture = 64;
 
-/// Nothing that a person does is let in while the session comes up.
+/// No input is let in while the session starts.
 void paint_now() {
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }

@@ -87,7 +87,7 @@ class TipWindow final : public QDialog {
     close->setFocus();
   }
 
-  /// Where the last window stopped, the next one goes on.
+  /// The next window continues where the last one stopped.
   void show_next() {
     QSettings settings;
     const std::size_t place = settings.value(kNext).toUInt() % tips_.size();

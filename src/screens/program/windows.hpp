@@ -6,11 +6,11 @@
 
 #include "session/session.hpp"
 
-/// The windows beside the main one, a file each. The routine that shows a window has filled its state; the
+/// The windows besides the main one, a file each. The routine that shows a window has filled its state; the
 /// window calls the routine of the button that closes it.
 namespace twk::screens {
 
-/// The window of that name ("frmADOptions"); none for a name that no window has.
+/// The window of that name ("frmADOptions"); none for an unknown name.
 std::unique_ptr<QDialog> make_window(std::string_view name, session::Session& session, QWidget* parent);
 
 std::unique_ptr<QDialog> make_ad_options(session::Session& session, QWidget* parent);
@@ -31,10 +31,10 @@ std::unique_ptr<QDialog> make_select_ou(session::Session& session, QWidget* pare
 std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_wks_profile(session::Session& session, QWidget* parent);
-/// Stay beside the main window while an import runs, or work on a folder.
+/// Stay open next to the main window during an import, or during work on a folder.
 std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent);
 std::unique_ptr<QDialog> make_file_progress(session::Session& session, QWidget* parent);
-/// `Groupsfrm`, which stays beside the main window and is hidden and shown again.
+/// `Groupsfrm`, which stays next to the main window and is hidden and shown again.
 std::unique_ptr<QDialog> make_groups(session::Session& session, QWidget* parent);
 
 }  // namespace twk::screens

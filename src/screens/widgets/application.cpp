@@ -5,7 +5,7 @@
 #include "base/errors.hpp"
 #include "screens/widgets/text.hpp"
 
-/// Pictures and pages of a static library are there once they are asked for by name, outside of a namespace.
+/// Pictures and pages in a static library must be requested by name, outside of a namespace.
 static void load_resources() {
   Q_INIT_RESOURCE(screens);
 }

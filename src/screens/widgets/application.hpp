@@ -6,20 +6,20 @@
 
 namespace twk::screens {
 
-/// The toolkit's application, and what is done about a failure that no routine dealt with.
+/// The toolkit's application, and the handling of a failure that no routine handled.
 class Application : public QApplication {
  public:
   Application(int& argc, char** argv);
 
-  /// Called with such a failure; the default shows it in a box and goes on.
+  /// Called with such a failure; the default shows it in a box and continues.
   std::function<void(const std::exception& failure)> on_failure;
 };
 
-/// Text of a failure for a person: the description, and below it the number that a routine would test.
+/// The text of a failure for a person: the description, and below it the number that a routine would test.
 QString describe_failure(const std::exception& failure);
 void show_failure(const std::exception& failure);
 
-/// Runs what a person started. No exception leaves it, since none may pass through the toolkit.
+/// Runs what a person started. No exception leaves it, because none may pass through the toolkit.
 void run_guarded(const std::function<void()>& action);
 
 }  // namespace twk::screens

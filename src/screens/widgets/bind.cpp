@@ -11,7 +11,7 @@
 namespace twk::screens {
 namespace {
 
-/// Holds a watch in the tree of objects.
+/// Keeps a watch in the tree of objects.
 class Keeper : public QObject {
  public:
   Keeper(QObject& owner, controls::Watch watch) : QObject(&owner), watch_(std::move(watch)) {}
@@ -144,7 +144,7 @@ void bind_to(QRadioButton& widget, controls::OptionButton& control, const Action
 
 void bind_pair(QRadioButton& first_widget, controls::OptionButton& first, const Action& first_clicked,
                QRadioButton& second_widget, controls::OptionButton& second, const Action& second_clicked) {
-  // Each pair is a set of its own, also where several share a parent.
+  // Each pair is a separate set, even if several share a parent.
   for (QRadioButton* const widget : {&first_widget, &second_widget})
     widget->setAutoExclusive(false);
   const auto choose = [](controls::OptionButton& chosen, controls::OptionButton& other, QRadioButton& widget,
@@ -186,7 +186,7 @@ void bind_to(QAction& widget, controls::MenuItem& control, const Action& trigger
 void bind_to(QGroupBox& widget, controls::Frame& control) {
   const QString own_caption = widget.title();
   follow(widget, control.caption, [&widget, own_caption](const std::string& text) {
-    // An ampersand in a name is no mnemonic.
+    // An ampersand in a name is not a mnemonic.
     widget.setTitle(text.empty() ? own_caption : to_qt(text).replace("&", "&&"));
   });
   follow(widget, control.tool_tip,
@@ -212,7 +212,7 @@ void bind_to(QComboBox& widget, controls::ComboBox& control, const Action& chose
   QObject::connect(&widget, &QComboBox::activated, &widget, [&widget, &control, chosen](int) {
     const std::string before = control.text;
     choose_item(widget, control);
-    // An item that was put into an editable box is told by its text already.
+    // An item put into an editable box is already reported through its text.
     if (!widget.isEditable() || control.text != before)
       run_guarded(chosen);
   });

@@ -28,7 +28,7 @@ QComboBox* make_editable_combo(const char* name, QWidget* parent) {
   box->setObjectName(name);
   box->setEditable(true);
   box->setInsertPolicy(QComboBox::NoInsert);
-  // Completion would make a small letter a capital one behind the person's back.
+  // Completion would silently turn a small letter into a capital one.
   box->setCompleter(nullptr);
   return box;
 }

@@ -10,16 +10,16 @@
 #include "controls/basic.hpp"
 #include "screens/widgets/bind.hpp"
 
-/// Makes bound widgets inside a layout whose widget is set already. Each gets the control's name as its
+/// Makes bound widgets inside a layout whose widget is already set. Each gets the control's name as its
 /// object name. A caption's "&" is its mnemonic.
 namespace twk::screens {
 
 QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name, controls::TextBox& control,
                     const Action& edited = {});
-/// A field that shows what a routine worked out.
+/// A field that shows a routine's result.
 QLineEdit* add_result(QFormLayout& form, const QString& caption, const char* name,
                       controls::TextBox& control);
-/// A box that takes any text as it is typed; it is bound once its limits are set.
+/// A box that accepts any typed text; it is bound once its limits are set.
 QComboBox* make_editable_combo(const char* name, QWidget* parent);
 QComboBox* add_combo(QFormLayout& form, const QString& caption, const char* name, controls::ComboBox& control,
                      const Action& chosen = {}, bool editable = false);
@@ -27,14 +27,14 @@ QCheckBox* add_check(QBoxLayout& box, const QString& caption, const char* name, 
                      const Action& clicked = {});
 QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, controls::Button& control,
                         const Action& clicked);
-/// A button that is always there and has no state.
+/// A button that is always available and has no state.
 QPushButton* add_button(QBoxLayout& box, const QString& caption, const char* name, const Action& clicked);
 
-/// Option buttons "NAME_0", "NAME_1" … in two columns, one a caption.
+/// Option buttons "NAME_0", "NAME_1" … in two columns, one for each caption.
 QLayout* make_options(QWidget& parent, std::span<const char* const> captions, const char* name,
                       controls::OptionGroup& control, const Action& clicked);
-/// A page that scrolls where the window is too small for it; it looks like the tab it stands on. The page is
-/// filled first.
+/// A page that scrolls when the window is too small for it; it looks like its tab. The page is filled
+/// first.
 QWidget* make_scrolled(QWidget& page, QWidget* parent);
 
 }  // namespace twk::screens

@@ -32,7 +32,7 @@ class HoursModel final : public QAbstractTableModel {
     const int place = cell.row() * windows::kHours + cell.column();
     return window_->MSFlexGrid1.get().at(static_cast<std::size_t>(place));
   }
-  /// The painted cell tells nothing to who cannot see it.
+  /// The painted cell says nothing to a person who cannot see it.
   QVariant data(const QModelIndex& cell, int role) const override {
     if (!cell.isValid() || (role != Qt::AccessibleTextRole && role != Qt::ToolTipRole))
       return {};
@@ -46,7 +46,7 @@ class HoursModel final : public QAbstractTableModel {
     const QString hour = to_qt(windows::hour_name(section));
     if (role == Qt::AccessibleTextRole || role == Qt::ToolTipRole)
       return hour;
-    // In two lines, so that 24 columns find room.
+    // In two lines, so that 24 columns fit.
     return role == Qt::DisplayRole ? hour.chopped(2) + "\n" + hour.right(2) : QVariant();
   }
 

@@ -7,18 +7,18 @@
 
 namespace twk::screens {
 
-/// One hour as the grid paints it: filled for permitted, hatched for denied.
+/// An hour as painted in the grid: filled for permitted, hatched for denied.
 void paint_hour(QPainter& painter, const QRect& area, bool permitted, const QPalette& palette);
 
-/// The hours of a week, `Logon_Hours::MSFlexGrid1`, a row a day. A rectangle is painted by dragging over it,
-/// or by selecting it with Shift and the arrow keys and pressing Space or Enter; a click on a head paints its
-/// row or column, one on "All" everything.
+/// The hours of a week, `Logon_Hours::MSFlexGrid1`, a row for each day. A rectangle is painted by dragging
+/// over it, or by selecting it with Shift and the arrow keys and pressing Space or Enter; a click on a
+/// heading paints its row or column, one on "All" everything.
 class HoursGrid final : public QTableView {
  public:
   HoursGrid(session::Session& session, QWidget* parent);
 
   QSize sizeHint() const override;
-  /// A button of the mouse is down: the selection shows what it will become.
+  /// A mouse button is down: the selection shows the new state.
   [[nodiscard]] bool is_dragging() const { return dragging_; }
 
  protected:
@@ -32,7 +32,7 @@ class HoursGrid final : public QTableView {
 
  private:
   void size_cells();
-  /// The rectangle that is selected, the current cell when none is.
+  /// The selected rectangle, or the current cell.
   [[nodiscard]] QRect selected_cells() const;
   void paint_selected();
 

@@ -14,7 +14,7 @@ namespace {
 constexpr int kSizes[] = {16, 24, 32, 48, 64, 96};
 
 constexpr const char* kInk = "currentColor";
-// The accent that a selected row's own colour swallows.
+// The accent that would vanish in a selected row's colour.
 constexpr const char* kBlue = "#3b82d6";
 
 QByteArray drawing(const QString& file) {

@@ -8,8 +8,8 @@ class QLabel;
 
 namespace twk::screens {
 
-/// The light of a stage: a dot in the control's colour beside its caption; blank while there is none. It is
-/// painted the moment it changes, also while a routine runs.
+/// The light of a stage: a dot in the control's colour next to its caption; blank while there is none. It
+/// is painted as soon as it changes, even while a routine runs.
 class Light final : public QWidget {
  public:
   Light(controls::Label& control, QWidget* parent);

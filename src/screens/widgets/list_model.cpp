@@ -29,8 +29,8 @@ char folded(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Alphabetical without regard to case. Most names differ in a plain letter, which needs no memory; the first
-/// that is none hands the rest to the rules of the language.
+/// Alphabetical without regard to case. Most names differ in a plain letter, which needs no memory; from the
+/// first other character on, the rules of the language apply.
 bool is_before(std::string_view left, std::string_view right) {
   const std::size_t common = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < common; ++i) {
@@ -87,7 +87,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     return picture(row->icon);
   if (role == Qt::CheckStateRole && checkable_)
     return row->checked ? Qt::Checked : Qt::Unchecked;
-  // The light of a row is a colour: a screen reader says it in front of the text.
+  // The light of a row is a colour: a screen reader says it before the text.
   if (role == Qt::AccessibleTextRole && !row->icon.empty())
     return to_qt(row->icon + " " + row->text);
   return {};
@@ -164,8 +164,8 @@ ListOrder::ListOrder(ListModel& model, QObject* parent) : QSortFilterProxyModel(
 
 void ListOrder::set_filter(const QString& text) {
   filter_ = base::upper(from_qt(text.trimmed()));
-  // One new order, not a removal for each stretch of rows that goes, which would cost a walk of the others
-  // each.
+  // One new order instead of a removal for each range of rows, each of which would cost a walk over the
+  // others.
   invalidate();
 }
 

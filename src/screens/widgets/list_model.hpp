@@ -18,13 +18,13 @@ class ListModel final : public QAbstractTableModel {
 
   /// Lets the first column be edited; `edited` gets what was typed.
   void set_edited(std::function<void(controls::ListRow& row, const std::string& text)> edited);
-  /// Shows a tick box in front of each row.
+  /// Shows a tick box before each row.
   void set_checkable(bool checkable) { checkable_ = checkable; }
-  /// Called before and after a stretch in which the rows may be any.
+  /// Called before and after a reset, during which the rows may change in any way.
   [[nodiscard]] bool is_resetting() const { return resetting_; }
 
   [[nodiscard]] controls::ListView& list() const { return *list_; }
-  /// None for an index of another model or one that is not valid.
+  /// None for an index of another model or an invalid one.
   [[nodiscard]] controls::ListRow* row(const QModelIndex& index) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -47,14 +47,14 @@ class ListModel final : public QAbstractTableModel {
   controls::Watch watch_;
 };
 
-/// Rows in alphabetical order of a column, and only those that hold a text. Order and filter look at the rows
+/// Rows in alphabetical order of a column, and only those that contain a text. Order and filter use the rows
 /// themselves, so that 100,000 of them cost no wait.
 class ListOrder final : public QSortFilterProxyModel {
  public:
   ListOrder(ListModel& model, QObject* parent);
 
-  /// Case is ignored; the empty text lets every row through. Told as a change of the layout: a view is to
-  /// have given up its selection.
+  /// Case is ignored; the empty text shows every row. Signalled as a change of layout: a view must have
+  /// cleared its selection.
   void set_filter(const QString& text);
   [[nodiscard]] ListModel& model() const { return *model_; }
 

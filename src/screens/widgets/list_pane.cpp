@@ -24,7 +24,7 @@ using controls::ListRow;
 ListPane::ListPane(controls::ListView& list, const ListLook& look, QWidget* parent)
     : QTreeView(parent),
       list_(&list),
-      // The view selects a neighbour when the selected row goes: that is no choice of a person.
+      // The view selects a neighbour when the selected row is removed: that is not a person's choice.
       early_(list.watch([this](const ListChange& change) {
         showing_ = showing_ || change.kind == ListChange::Kind::kRemoving;
       })),
@@ -57,7 +57,7 @@ ListPane::ListPane(controls::ListView& list, const ListLook& look, QWidget* pare
 void ListPane::set_edited(std::function<void(ListRow&, const std::string&)> edited) {
   setEditTriggers(EditKeyPressed);
   model_->set_edited([this, edited = std::move(edited)](ListRow& row, const std::string& text) {
-    // A row that goes because of its edit ends that edit a second time.
+    // A row removed because of its edit ends that edit a second time.
     if (ending_edit_)
       return;
     ending_edit_ = true;
@@ -112,7 +112,7 @@ void ListPane::show_selection() {
       rows.push_back(index.row());
   }
   const QModelIndex first = rows.empty() ? QModelIndex() : order_->index(rows.front(), 0);
-  // The toolkit compares ranges with each other: neighbours make one.
+  // The toolkit compares ranges with each other: neighbours are merged.
   std::sort(rows.begin(), rows.end());
   QItemSelection wanted;
   for (std::size_t start = 0, end = 0; start < rows.size(); start = end) {
@@ -171,7 +171,7 @@ void ListPane::mouseDoubleClickEvent(QMouseEvent* event) {
 void ListPane::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
   const QModelIndex index = currentIndex();
   QTreeView::closeEditor(editor, hint);
-  // Giving up is an end of the edit too: a row that was blank is not to stay.
+  // Cancelling also ends the edit: a blank row must not stay.
   if (hint == QAbstractItemDelegate::RevertModelCache && index.isValid())
     order_->setData(index, index.data(Qt::EditRole), Qt::EditRole);
 }
@@ -204,7 +204,7 @@ QLineEdit* add_filter(ListPane& pane, const QString& placeholder, QWidget* paren
   };
   QObject::connect(pause, &QTimer::timeout, &pane, filter);
   QObject::connect(field, &QLineEdit::textChanged, &pane, [&pane, pause, filter] {
-    // A long list waits for the end of the word, and never longer than until another field is gone to.
+    // A long list waits until typing pauses, but no longer than until the field loses the focus.
     if (pane.list().size() < kLongList)
       filter();
     else

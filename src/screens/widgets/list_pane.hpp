@@ -11,14 +11,14 @@
 namespace twk::screens {
 
 struct ListLook {
-  QStringList headings{};      ///< one a column; a list of one column shows none
+  QStringList headings{};      ///< one for each column; a list of one column shows none
   bool many_selected = false;  ///< several rows may be selected, with Ctrl and Shift
-  bool sorted = false;         ///< in alphabetical order, and by the column whose head was clicked
+  bool sorted = false;         ///< in alphabetical order, and by the column whose heading was clicked
   bool checkable = false;
   QString empty_text{};  ///< shown while there is no row
 };
 
-/// A list on the screen. The selection is that of the rows, both ways.
+/// A list on the screen. The selection follows the rows, both ways.
 class ListPane final : public QTreeView {
  public:
   ListPane(controls::ListView& list, const ListLook& look, QWidget* parent);
@@ -28,9 +28,9 @@ class ListPane final : public QTreeView {
   Action on_delete;    ///< the Del key
   /// Lets the first column be edited with F2 or by `edit_selected`; gets what was typed.
   void set_edited(std::function<void(controls::ListRow& row, const std::string& text)> edited);
-  /// Begins the edit of the selected row. An edit that is given up is told as the row's own text.
+  /// Begins the edit of the selected row. A cancelled edit is reported as the row's own text.
   void edit_selected();
-  /// Shows only rows that hold the text. A row that is not shown is not selected either.
+  /// Shows only rows that contain the text. Hidden rows are not selected.
   void set_filter(const QString& text);
   /// Shown from now on while there is no row.
   void set_empty_text(const QString& text);
@@ -53,7 +53,7 @@ class ListPane final : public QTreeView {
   controls::ListView* list_;
   bool ending_edit_ = false;
   bool showing_ = false;   ///< the view follows the rows, not the other way round
-  controls::Watch early_;  ///< told before the model
+  controls::Watch early_;  ///< called before the model
   ListModel* model_;
   ListOrder* order_;
   QString empty_text_;

@@ -17,7 +17,7 @@ namespace {
 constexpr int kScrollInterval = 200;  ///< milliseconds
 constexpr int kScrollEdge = 20;       ///< pixels
 
-/// The mouse and the Esc key of a drag, ahead of what the tree itself does with them.
+/// The mouse and the Esc key of a drag, before the tree itself handles them.
 class TreeDrag final : public QObject {
  public:
   TreeDrag(TreePane& tree, session::Session& session) : QObject(&tree), tree_(tree), session_(session) {

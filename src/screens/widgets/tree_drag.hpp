@@ -5,8 +5,8 @@
 
 namespace twk::screens {
 
-/// Lets a user be dragged to another OU with Shift and the left button; Esc gives the drag up. Near the upper
-/// and the lower edge the tree scrolls, a line each time `Timer2` runs out.
+/// Lets a user be dragged to another OU with Shift and the left button; Esc cancels the drag. Near the upper
+/// and the lower edge the tree scrolls, a line each time `Timer2` fires.
 void add_tree_drag(TreePane& tree, session::Session& session);
 
 }  // namespace twk::screens

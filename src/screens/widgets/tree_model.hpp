@@ -15,7 +15,7 @@ class TreeModel final : public QAbstractItemModel {
   TreeModel(controls::TreeView& tree, QObject* parent);
 
   [[nodiscard]] bool is_resetting() const { return resetting_; }
-  /// None for an index that is not valid.
+  /// None for an invalid index.
   [[nodiscard]] controls::TreeNode* node(const QModelIndex& index) const;
   [[nodiscard]] QModelIndex index_of(const controls::TreeNode* node) const;
 

@@ -17,7 +17,7 @@ TreePane::TreePane(controls::TreeView& tree, QWidget* parent)
       tree_(&tree),
       early_(tree.watch([this](const TreeChange& change) { prepare(change); })),
       model_(new TreeModel(tree, this)) {
-  // A view that takes a model has nothing current: that is no choice of a person either.
+  // A view with a new model has no current item: that is not a person's choice either.
   showing_ = true;
   setModel(model_);
   showing_ = false;
@@ -38,7 +38,7 @@ TreePane::TreePane(controls::TreeView& tree, QWidget* parent)
 void TreePane::prepare(const TreeChange& change) {
   if (change.kind == TreeChange::Kind::kResetting)
     scrolled_to_ = verticalScrollBar()->value();
-  // The view moves on to a neighbour when the current node goes: that is no choice of a person.
+  // The view moves on to a neighbour when the current node is removed: that is not a person's choice.
   if (change.kind == TreeChange::Kind::kRemoving)
     showing_ = true;
 }

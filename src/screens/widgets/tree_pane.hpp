@@ -20,7 +20,7 @@ class TreePane final : public QTreeView {
 
   [[nodiscard]] controls::TreeNode* node(const QModelIndex& index) const { return model_->node(index); }
   [[nodiscard]] QModelIndex index_of(const controls::TreeNode& node) const { return model_->index_of(&node); }
-  /// The node that what is dragged would drop on; none clears the mark.
+  /// The node under the drag, which gets the mark; none clears it.
   void set_drop_highlight(const controls::TreeNode* node);
 
  protected:
@@ -39,8 +39,8 @@ class TreePane final : public QTreeView {
 
   controls::TreeView* tree_;
   bool showing_ = false;   ///< the view follows the state, not the other way round
-  int scrolled_to_ = 0;    ///< where the view stood before a reset
-  controls::Watch early_;  ///< told before the model
+  int scrolled_to_ = 0;    ///< the view's position before a reset
+  controls::Watch early_;  ///< called before the model
   TreeModel* model_;
   QPersistentModelIndex drop_highlight_;
   controls::Watch watch_;

@@ -10,7 +10,7 @@
 namespace twk::screens {
 namespace {
 
-/// Under the name of the window that the part stands in, which may be one beside the main window.
+/// Under the name of the window that contains the part, which may be one besides the main window.
 QString key(const QWidget& part, const char* what) {
   return part.window()->objectName() + "/" + part.objectName() + "/" + what;
 }
