@@ -84,6 +84,14 @@ std::string_view first_rdn(std::string_view dn) {
   return trim_part(dn.substr(0, part_end(dn, 0)));
 }
 
+std::string object_name(std::string_view dn) {
+  const std::string_view rdn = first_rdn(dn);
+  const std::size_t equals = rdn.find('=');
+  if (equals == base::npos)
+    return std::string(rdn);
+  return base::upper(rdn.substr(0, equals)) + std::string(rdn.substr(equals));
+}
+
 Rdn parse_rdn(std::string_view rdn) {
   const std::size_t equals = rdn.find('=');
   if (equals == base::npos || equals == 0)

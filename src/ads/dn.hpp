@@ -14,6 +14,8 @@ std::vector<std::string_view> split_dn(std::string_view dn);
 std::string_view parent_dn(std::string_view dn);
 /// "CN=Jo Smith": the first part as written.
 std::string_view first_rdn(std::string_view dn);
+/// The first part with its type in capitals, as an object is called.
+std::string object_name(std::string_view dn);
 /// Type and unescaped value of "CN=Smith\, Jo". Raises kInvalidDn.
 struct Rdn {
   std::string type;

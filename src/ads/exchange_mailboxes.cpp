@@ -4,26 +4,20 @@
 
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
+#include "base/random.hpp"
 #include "base/text.hpp"
+#include "platform/adsi.hpp"
 
 namespace twk::ads {
 namespace {
 
 using platform::ObjectPtr;
+using platform::readable_text;
 namespace ads_error = platform::ads_error;
 
 constexpr std::string_view kProvider = "LDAP://";
 constexpr std::string_view kStoreClass = "msExchPrivateMDB";
 constexpr std::size_t kGuidBytes = 16;
-
-/// The attribute's text; empty when there is none, or no object.
-std::string text_of(const ObjectPtr& object, std::string_view attribute) {
-  std::string text;
-  base::Trap absent;
-  if (object != nullptr)
-    absent([&] { text = object->Get(attribute).text(); });
-  return text;
-}
 
 /// An account's name as the part of an address before the "@".
 std::string nickname_of(std::string_view account) {
@@ -41,19 +35,18 @@ std::string_view above(std::string_view dn, int places) {
 
 class ExchangeMailbox final : public platform::IMailboxStore {
  public:
-  ExchangeMailbox(platform::DirectoryService& directory, const std::string& domain,
-                  const ExchangeMailboxes::RandomBytes& random_bytes, ObjectPtr user)
-      : directory_(directory), domain_(domain), random_bytes_(random_bytes), user_(std::move(user)) {}
+  ExchangeMailbox(platform::DirectoryService& directory, const std::string& domain, ObjectPtr user)
+      : directory_(directory), domain_(domain), user_(std::move(user)) {}
 
   void CreateMailbox(std::string_view store_path) override {
-    if (!text_of(user_, "homeMDB").empty())
+    if (!readable_text(user_, "homeMDB").empty())
       base::raise(ads_error::kObjectExists, user_->ADsPath() + " has a mailbox");
     if (base::starts_with_fold(store_path, kProvider))
       store_path.remove_prefix(kProvider.size());
     require_store(store_path);
-    const std::string nickname = nickname_of(text_of(user_, "sAMAccountName"));
+    const std::string nickname = nickname_of(readable_text(user_, "sAMAccountName"));
     user_->Put("homeMDB", std::string(store_path));
-    user_->Put("msExchMailboxGuid", random_bytes_(kGuidBytes));
+    user_->Put("msExchMailboxGuid", base::random_bytes(kGuidBytes));
     put_when_absent("mailNickname", nickname);
     put_server(store_path, nickname);
     put_addresses(nickname);
@@ -78,32 +71,31 @@ class ExchangeMailbox final : public platform::IMailboxStore {
   }
 
   void put_when_absent(std::string_view attribute, const std::string& text) {
-    if (text_of(user_, attribute).empty())
+    if (readable_text(user_, attribute).empty())
       user_->Put(attribute, text);
   }
 
   /// A store is below a storage group, which is below the information store of its server.
   void put_server(std::string_view store, const std::string& nickname) {
     const std::string_view server = above(store, 3);
-    const std::string legacy_server = text_of(find(server), "legacyExchangeDN");
+    const std::string legacy_server = readable_text(find(server), "legacyExchangeDN");
     if (!legacy_server.empty())
       user_->Put("msExchHomeServerName", legacy_server);
     const std::string agent = "CN=Microsoft MTA," + std::string(server);
     if (find(agent) != nullptr)
       user_->Put("homeMTA", agent);
-    const std::string legacy_group = text_of(find(above(server, 2)), "legacyExchangeDN");
+    const std::string legacy_group = readable_text(find(above(server, 2)), "legacyExchangeDN");
     if (!legacy_group.empty())
       user_->Put("legacyExchangeDN", legacy_group + "/cn=Recipients/cn=" + nickname);
   }
 
   void put_addresses(const std::string& nickname) {
     put_when_absent("mail", nickname + "@" + domain_);
-    put_when_absent("proxyAddresses", "SMTP:" + text_of(user_, "mail"));
+    put_when_absent("proxyAddresses", "SMTP:" + readable_text(user_, "mail"));
   }
 
   platform::DirectoryService& directory_;
   const std::string& domain_;
-  const ExchangeMailboxes::RandomBytes& random_bytes_;
   ObjectPtr user_;
 };
 
@@ -115,7 +107,7 @@ std::unique_ptr<platform::IMailboxStore> ExchangeMailboxes::mailbox_store(const 
     base::raise(ads_error::kNotImplementedByProvider,
                 "Only a user of Active Directory can have a mailbox in a mailbox store");
   }
-  return std::make_unique<ExchangeMailbox>(directory_, domain_, random_bytes_, user);
+  return std::make_unique<ExchangeMailbox>(directory_, domain_, user);
 }
 
 }  // namespace twk::ads

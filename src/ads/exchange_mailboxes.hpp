@@ -1,9 +1,7 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
-#include "base/bytes.hpp"
 #include "platform/directory.hpp"
 #include "platform/mailbox.hpp"
 
@@ -15,11 +13,9 @@ namespace twk::ads {
 /// itself a little later. The user's `SetInfo` writes them.
 class ExchangeMailboxes final : public platform::MailboxService {
  public:
-  using RandomBytes = std::function<base::Bytes(std::size_t)>;
-
   /// `domain` is the DNS name, which the addresses end with.
-  ExchangeMailboxes(platform::DirectoryService& directory, std::string domain, RandomBytes random_bytes)
-      : directory_(directory), domain_(std::move(domain)), random_bytes_(std::move(random_bytes)) {}
+  ExchangeMailboxes(platform::DirectoryService& directory, std::string domain)
+      : directory_(directory), domain_(std::move(domain)) {}
 
   /// A WinNT object, and anything that is not a user, cannot have a mailbox.
   std::unique_ptr<platform::IMailboxStore> mailbox_store(const platform::ObjectPtr& user) override;
@@ -27,7 +23,6 @@ class ExchangeMailboxes final : public platform::MailboxService {
  private:
   platform::DirectoryService& directory_;
   std::string domain_;
-  RandomBytes random_bytes_;
 };
 
 }  // namespace twk::ads

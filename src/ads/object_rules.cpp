@@ -5,6 +5,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/directory.hpp"
+#include "platform/logon_hours.hpp"
 
 namespace twk::ads {
 namespace {
@@ -12,7 +13,6 @@ namespace {
 constexpr std::size_t kLongestName = 64;
 constexpr std::size_t kUserNameLength = 20;
 constexpr std::size_t kGroupNameLength = 256;
-constexpr std::size_t kLogonHoursBytes = 21;
 
 [[noreturn]] void constraint(std::string_view attribute, const std::string& what) {
   base::raise(platform::ads_error::kConstraint, "The value of " + std::string(attribute) + " " + what);
@@ -70,7 +70,7 @@ void check_value(std::string_view attribute, std::string_view raw, bool user) {
   if (base::equals_fold(attribute, "sAMAccountName")) {
     check_account_name(raw, user);
   } else if (base::equals_fold(attribute, "logonHours")) {
-    if (raw.size() != kLogonHoursBytes)
+    if (raw.size() != platform::kLogonHoursSize)
       constraint(attribute, "is not 21 bytes long");
   } else if (base::equals_fold(attribute, "pwdLastSet")) {
     if (raw != "0" && raw != "-1")

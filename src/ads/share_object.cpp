@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "platform/adsi.hpp"
 
 namespace twk::ads {
 namespace {
@@ -20,7 +21,7 @@ class FileShareObject final : public BasicObject {
   [[nodiscard]] std::string Name() const override { return share_.name; }
   [[nodiscard]] std::string Class() const override { return std::string(kFileShare); }
   [[nodiscard]] std::string ADsPath() const override { return Parent() + "/" + share_.name; }
-  [[nodiscard]] std::string Parent() const override { return "WinNT://" + server_ + "/lanmanserver"; }
+  [[nodiscard]] std::string Parent() const override { return platform::shares_path(server_); }
 
   Value Get(std::string_view attribute) override {
     Value value;
@@ -74,7 +75,7 @@ FileServerObject::FileServerObject(ShareStore& shares, std::string name)
     : shares_(shares), name_(std::move(name)) {}
 
 std::string FileServerObject::ADsPath() const {
-  return "WinNT://" + name_ + "/lanmanserver";
+  return platform::shares_path(name_);
 }
 
 void FileServerObject::enumerate(std::span<const std::string> classes,

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ads/basic_object.hpp"
+#include "platform/adsi.hpp"
 #include "platform/security_descriptor.hpp"
 
 namespace twk::ads {
@@ -46,7 +47,7 @@ class FileServerObject final : public BasicObject {
   [[nodiscard]] std::string Name() const override { return "lanmanserver"; }
   [[nodiscard]] std::string Class() const override { return "FileService"; }
   [[nodiscard]] std::string ADsPath() const override;
-  [[nodiscard]] std::string Parent() const override { return "WinNT://" + name_; }
+  [[nodiscard]] std::string Parent() const override { return platform::winnt_path(name_); }
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;

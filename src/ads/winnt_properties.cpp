@@ -7,17 +7,16 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
+#include "platform/group_type.hpp"
 
 namespace twk::ads {
 namespace {
 
 using platform::Value;
+namespace group_type = platform::group_type;
 
 /// "accountExpires" of an account that never expires; 0 means the same.
 constexpr std::string_view kNeverExpires = "9223372036854775807";
-constexpr std::int32_t kGlobal = 2;
-constexpr std::int32_t kLocal = 4;
-constexpr std::int32_t kSecurity = static_cast<std::int32_t>(0x80000000U);
 
 struct Property {
   std::string_view name;
@@ -106,7 +105,7 @@ Value get_winnt(AttributeAccess& entry, std::string_view property) {
   if (attribute == "accountExpires")
     return expiration(value);
   if (attribute == "groupType" && !value.is_empty())
-    return (value.integer() & kLocal) != 0 ? kLocal : kGlobal;
+    return (value.integer() & group_type::kLocal) != 0 ? group_type::kLocal : group_type::kGlobal;
   return attribute == "description" ? (value.is_empty() ? value : Value(value.text())) : value;
 }
 
@@ -120,7 +119,9 @@ void put_winnt(AttributeAccess& entry, std::string_view property, const Value& v
   } else if (attribute == "accountExpires") {
     put_expiration(entry, value.date());
   } else if (attribute == "groupType") {
-    entry.stage(2, attribute, kSecurity | (value.integer() == kLocal ? kLocal : kGlobal));
+    entry.stage(2, attribute,
+                group_type::kSecurity |
+                    (value.integer() == group_type::kLocal ? group_type::kLocal : group_type::kGlobal));
   } else {
     entry.stage(text != nullptr && text->empty() ? 1 : 2, attribute, value);
   }

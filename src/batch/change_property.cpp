@@ -51,13 +51,6 @@ base::Bytes parse_bytes(std::string_view text) {
   return bytes;
 }
 
-/// "Jo Smith" of "CN=Jo Smith".
-std::string name_of(const platform::DirectoryObject& user) {
-  constexpr std::size_t kType = 3;
-  const std::string name = user.Name();
-  return platform::unescape_dn_value(std::string_view(name).substr(std::min(kType, name.size())));
-}
-
 void set_terminal_server(const Step& step, std::int16_t number) {
   Session& session = step.session;
   session.Error_Log_Text.clear();
@@ -81,7 +74,7 @@ void set_attribute(const Step& step) {
 
 void change(Step& step, std::string_view value) {
   const auto number = terminal_server_number(step.property);
-  step.display_name = name_of(*step.user.object);
+  step.display_name = platform::plain_name(step.user.object->Name());
   step.NewValue = value;
   step.logon_name = step.user.object->Get("samAccountName").text();
   step.NewValue = format::FRString(value, "%UserName%", number ? step.logon_name : step.display_name);

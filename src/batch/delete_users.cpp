@@ -1,6 +1,5 @@
 #include "batch/delete_users.hpp"
 
-#include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/deletion/delete_user.hpp"
 #include "session/account_windows.hpp"
@@ -12,12 +11,9 @@ namespace {
 using session::MultiUser;
 using session::Session;
 
-/// The flag that stops an import stops this run, too: the two never run at the same time.
 void cancel(Session& session) {
-  session.import.ImportStopped = true;
   session.runs.Delete_Running = false;
-  session.multi_user.Label3.caption = std::string("Delete Canceled");
-  session.multi_user.Del_User.caption = std::string("&Delete Users");
+  stop_over_selection(session, session.multi_user.Del_User, "&Delete Users", "Delete Canceled");
 }
 
 bool lacks_server(Session& session) {
@@ -35,23 +31,14 @@ void run(Session& session) {
   session.runs.Delete_Mail_Flag = window.Delete_Mail.on();
   session.runs.Delete_Data_Flag = window.Delete_Data.on();
   session.runs.Run_Command_Flag = window.Run_command.on();
-  session.runs.Delete_Running = true;
-  session.import.ImportStopped = false;
   const RunningWindow running(
       session, window.Del_User,
       {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Run_command.enabled,
        &window.No_Prompting.enabled, &window.EX_Server.enabled, &window.Command1.enabled,
        &window.Command2.enabled, &window.Del_Permissions.enabled, &window.Delete_Mail.enabled,
        &window.Delete_Data.enabled, &window.Delete_NT_Account.enabled, &window.Del_Shares.enabled});
-  try {
-    if (delete_selection(session))
-      window.Label3.caption = std::string("Delete Completed, Check log for errors");
-  } catch (const base::RuntimeError& failure) {
-    tell_run_failure(session, "Error Retrieving Domain Info.", failure);
-  }
-  session.runs.Delete_Running = false;
-  // Work on files without a Cancel button checks the flag, too.
-  session.import.ImportStopped = false;
+  run_over_selection(session, session.runs.Delete_Running, "Delete Completed, Check log for errors",
+                     [](Session& own) { return delete_selection(own); });
 }
 
 }  // namespace

@@ -3,15 +3,10 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {
-
-std::string import_text(std::string_view bytes) {
-  if (bytes.starts_with(base::kByteOrderMark))
-    bytes.remove_prefix(base::kByteOrderMark.size());
-  return base::is_valid_utf8(bytes) ? std::string(bytes) : base::from_ansi(bytes);
-}
 
 bool next_line(std::string_view text, std::size_t& position, std::string_view& line) {
   if (position >= text.size())
@@ -24,7 +19,7 @@ bool next_line(std::string_view text, std::size_t& position, std::string_view& l
   return true;
 }
 
-ImportLines::ImportLines(std::string_view bytes) : text_(import_text(bytes)) {
+ImportLines::ImportLines(std::string_view bytes) : text_(base::decoded(bytes)) {
   pass_heading();
 }
 

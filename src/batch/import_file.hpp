@@ -17,10 +17,6 @@ inline constexpr std::string_view kNotCreated = "The following users were not cr
 inline constexpr std::string_view kErrorHalt = "Import Halted because error were detected";
 inline constexpr std::string_view kWarningHalt = "Import Halted because warnings were detected";
 
-/// The text of an import file: UTF-8 unchanged (without its byte-order mark), anything else from code page
-/// 1252.
-std::string import_text(std::string_view bytes);
-
 /// The line at `position`, without its end (CR LF, LF or CR); `position` moves past it. False at the end.
 bool next_line(std::string_view text, std::size_t& position, std::string_view& line);
 

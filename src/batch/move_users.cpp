@@ -1,6 +1,5 @@
 #include "batch/move_users.hpp"
 
-#include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/move/move_user.hpp"
 #include "session/account_windows.hpp"
@@ -13,9 +12,7 @@ using session::MultiUser;
 using session::Session;
 
 void cancel(Session& session) {
-  session.import.ImportStopped = true;
-  session.multi_user.Label3.caption = std::string("Move Canceled");
-  session.multi_user.btn_MoveUser.caption = std::string("&Move Users");
+  stop_over_selection(session, session.multi_user.btn_MoveUser, "&Move Users", "Move Canceled");
 }
 
 bool lacks_target(Session& session) {
@@ -31,23 +28,14 @@ bool lacks_target(Session& session) {
 void run(Session& session) {
   MultiUser& window = session.multi_user;
   session.runs.Run_Command_Flag = window.Run_CMD.on();
-  session.runs.Move_Running = true;
-  session.import.ImportStopped = false;
   const RunningWindow running(
       session, window.btn_MoveUser,
       {&window.Run_CMD.enabled, &window.Command7.enabled, &window.DELIMPORT.enabled,
        &window.No_Prompt.enabled, &window.Multi_Site.enabled, &window.Multi_Template.enabled,
        &window.Add_to_Groups.enabled, &window.Change_Logon.enabled, &window.UserData.enabled,
        &window.Command1.enabled, &window.Command2.enabled});
-  try {
-    if (move_selection(session))
-      window.Label3.caption = std::string("Move Complete, Check Log for Errors");
-  } catch (const base::RuntimeError& failure) {
-    tell_run_failure(session, "Error Retrieving Domain Info.", failure);
-  }
-  session.runs.Move_Running = false;
-  // Work on files without a Cancel button checks the flag, too.
-  session.import.ImportStopped = false;
+  run_over_selection(session, session.runs.Move_Running, "Move Complete, Check Log for Errors",
+                     [](Session& own) { return move_selection(own); });
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "batch/change_property.hpp"
 #include "batch/import_file.hpp"
 #include "batch/property_run.hpp"
@@ -198,7 +199,7 @@ bool change_from_file(Session& session, const std::string& title, std::string_vi
     return false;
   const PropertyRun running(session);
   FileRun run{session, title, rules};
-  const bool whole = run_lines(run, import_text(bytes));
+  const bool whole = run_lines(run, base::decoded(bytes));
   tab.users = run.users;
   tab.errors = run.errors;
   return whole;

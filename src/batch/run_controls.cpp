@@ -110,4 +110,26 @@ RunningWindow::~RunningWindow() {
     *enabled = true;
 }
 
+void run_over_selection(Session& session, bool& running, std::string_view completed,
+                        const std::function<bool(Session& session)>& run) {
+  running = true;
+  session.import.ImportStopped = false;
+  try {
+    if (run(session))
+      session.multi_user.Label3.caption = std::string(completed);
+  } catch (const base::RuntimeError& failure) {
+    tell_run_failure(session, "Error Retrieving Domain Info.", failure);
+  }
+  running = false;
+  // Work on files without a Cancel button checks the flag, too.
+  session.import.ImportStopped = false;
+}
+
+void stop_over_selection(Session& session, controls::Button& start, std::string_view caption,
+                         std::string_view text) {
+  session.import.ImportStopped = true;
+  session.multi_user.Label3.caption = std::string(text);
+  start.caption = std::string(caption);
+}
+
 }  // namespace twk::batch

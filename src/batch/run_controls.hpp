@@ -68,4 +68,13 @@ class RunningWindow {
   std::vector<controls::Observable<bool>*> off_;
 };
 
+/// A run of the window over its selection; `running` is set meanwhile. `run` returns False when it was
+/// stopped, otherwise `completed` is shown. A failure is reported. The flag that stops an import stops this
+/// run, too: the two never run at the same time.
+void run_over_selection(session::Session& session, bool& running, std::string_view completed,
+                        const std::function<bool(session::Session& session)>& run);
+/// Stops such a run: shows `text` and gives the start button its caption back.
+void stop_over_selection(session::Session& session, controls::Button& start, std::string_view caption,
+                         std::string_view text);
+
 }  // namespace twk::batch

@@ -16,12 +16,6 @@ using controls::ListRow;
 using platform::ObjectPtr;
 using session::Session;
 
-/// "Jo Smith" of "CN=Jo Smith".
-std::string bare_name(const std::string& name) {
-  const std::size_t equals = name.find('=');
-  return equals == base::npos ? name : platform::unescape_dn_value(std::string_view(name).substr(equals + 1));
-}
-
 class Walk {
  public:
   Walk(Session& session, const WalkRules& rules, const std::function<void(SelectedUser&)>& visit)
@@ -77,7 +71,7 @@ class Walk {
         session_.log.line("Not a user: " + one->ADsPath());
         continue;
       }
-      const std::string name = bare_name(one->Name());
+      const std::string name = platform::plain_name(one->Name());
       const bool ad = session::is_active_directory(session_);
       const std::string path = ad ? one->ADsPath() : directory::winnt_path(session_, name);
       guarded(path, [&] { visit_user({path, name, row_of(path, name), ad ? one : nullptr, true}); });
@@ -137,7 +131,7 @@ class Walk {
       user.object = session_.platform.directory.GetObject(user.path);
     // A list may show another of the user's names.
     if (user.object != nullptr)
-      user.name = bare_name(user.object->Name());
+      user.name = platform::plain_name(user.object->Name());
     visit_(user);
   }
 

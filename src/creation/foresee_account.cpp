@@ -22,7 +22,7 @@ bool can_be_bound(Session& session, const std::string& path) {
 bool is_in_use(CreationRun& run) {
   Session& session = run.session;
   if (!session::is_active_directory(session))
-    return can_be_bound(session, "WinNT://" + session.DomainName + "/" + run.UserId);
+    return can_be_bound(session, directory::winnt_path(session, run.UserId));
   if (can_be_bound(session, "LDAP://CN=" + run.CnName + "," + container_key(run)))
     return true;
   const auto rows = directory::run_query(

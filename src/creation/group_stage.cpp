@@ -27,14 +27,14 @@ bool is_everybodys(std::string_view name) {
 /// The new account's path, as required by a group's `Add`.
 std::string member_path(const CreationRun& run) {
   if (!session::is_active_directory(run.session))
-    return "WinNT://" + run.session.DomainName + "/" + run.UserId;
+    return directory::winnt_path(run.session, run.UserId);
   return "LDAP://CN=" + run.CnName + "," + container_key(run);
 }
 
 /// The path of a group: by its name in a WinNT domain, otherwise its key.
 std::string group_path(const Session& session, std::string_view name, std::string_view key) {
   if (!session::is_active_directory(session))
-    return "WinNT://" + session.DomainName + "/" + std::string(name);
+    return directory::winnt_path(session, name);
   return std::string(base::trim(key));
 }
 
@@ -131,11 +131,10 @@ void join_groups_of_copied_user(CreationRun& run) {
   std::vector<ObjectPtr> groups;
   base::Trap trap;
   trap([&] {
-    groups =
-        session.platform.directory
-            .GetObject(active_directory ? request.SelectedNodeKey
-                                        : "WinNT://" + session.DomainName + "/" + request.SelectedNodeText)
-            ->Groups();
+    groups = session.platform.directory
+                 .GetObject(active_directory ? request.SelectedNodeKey
+                                             : directory::winnt_path(session, request.SelectedNodeText))
+                 ->Groups();
   });
   if (trap.number() != 0) {
     session.log.reason("Error Retrieving Group info for: " + request.SelectedNodeText,

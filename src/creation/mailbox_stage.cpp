@@ -7,6 +7,7 @@
 #include "directory/operations.hpp"
 #include "mail/create_mailbox2000.hpp"
 #include "mail/create_mailbox55.hpp"
+#include "platform/adsi.hpp"
 #include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
@@ -40,13 +41,6 @@ bool create_2000(CreationRun& run) {
                                  directory::domain_distinguished_name(run.session.DomainName));
 }
 
-std::string text_of(platform::DirectoryObject& user, std::string_view attribute) {
-  std::string text;
-  base::Trap absent;
-  absent([&] { text = user.Get(attribute).text(); });
-  return text;
-}
-
 /// An account of a WinNT domain has only its full name: the first word, and the rest.
 void split_full_name(NewUserRequest& request, const std::string& full_name) {
   const std::size_t blank = full_name.find(' ');
@@ -61,11 +55,11 @@ void take_account(CreationRun& run, const platform::ObjectPtr& user) {
   run.request.MiddleName.clear();
   if (!session::is_active_directory(run.session)) {
     run.SamName = user->Name();
-    return split_full_name(run.request, text_of(*user, "FullName"));
+    return split_full_name(run.request, platform::readable_text(user, "FullName"));
   }
-  run.SamName = text_of(*user, "samAccountName");
-  run.request.FirstName = text_of(*user, "FirstName");
-  run.request.LastName = text_of(*user, "LastName");
+  run.SamName = platform::readable_text(user, "samAccountName");
+  run.request.FirstName = platform::readable_text(user, "FirstName");
+  run.request.LastName = platform::readable_text(user, "LastName");
 }
 
 }  // namespace

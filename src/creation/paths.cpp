@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "format/replace.hpp"
+#include "platform/network_path.hpp"
 #include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
@@ -18,15 +19,9 @@ std::string expand_path(const CreationRun& run, std::string_view text) {
                           base::trim(run.SamName));
 }
 
-/// The network path that reaches a directory of the site's server.
-std::string reachable_path(const CreationRun& run, const std::string& local, std::string_view share_point) {
-  std::string path = "\\\\" + std::string(base::trim(run.session.form1.NTSERVER.text.get())) + "\\";
-  if (!share_point.empty()) {
-    const std::size_t slash = local.rfind('\\');
-    return path + format::FRString(share_point, "%UserName%", base::trim(run.SamName)) +
-           (slash == base::npos ? local : local.substr(slash + 1));
-  }
-  return path + std::string(base::left(local, 1)) + "$" + std::string(base::mid(local, 3));
+std::string reachable(const CreationRun& run, const std::string& folder, std::string_view share_point) {
+  return reachable_path(base::trim(run.session.form1.NTSERVER.text.get()), folder,
+                        format::FRString(share_point, "%UserName%", base::trim(run.SamName)));
 }
 
 struct DirectoryTexts {
@@ -62,21 +57,18 @@ Step make_directory(CreationRun& run, const std::string& path, const DirectoryTe
 }  // namespace
 
 std::string Get_Server_Name(std::string_view path) {
-  constexpr std::size_t kBehindSlashes = 2;
-  if (!path.starts_with('\\') || path.size() <= kBehindSlashes)
-    return {};
-  const std::size_t end = path.find('\\', kBehindSlashes);
-  return end == base::npos ? std::string() : std::string(path.substr(kBehindSlashes, end - kBehindSlashes));
+  return std::string(platform::take_apart(path).server);
 }
 
 std::string Get_Share_Name(std::string_view path) {
-  if (!path.starts_with("\\\\"))
-    return {};
-  const std::size_t first = path.find('\\', 2);
-  if (first == base::npos)
-    return {};
-  const std::size_t second = path.find('\\', first + 1);
-  return std::string(path.substr(first + 1, second == base::npos ? base::npos : second - first - 1));
+  return path.starts_with("\\\\") ? std::string(platform::take_apart(path).share) : std::string();
+}
+
+std::string reachable_path(std::string_view server, std::string_view folder, std::string_view share_point) {
+  const std::string path = "\\\\" + std::string(server) + "\\";
+  if (share_point.empty())
+    return path + std::string(base::left(folder, 1)) + "$" + std::string(base::mid(folder, 3));
+  return path + std::string(share_point) + std::string(folder.substr(folder.rfind('\\') + 1));
 }
 
 void ResolvePaths(CreationRun& run) {
@@ -85,12 +77,12 @@ void ResolvePaths(CreationRun& run) {
   ResolvedPaths& paths = run.paths;
   if (!base::trim(form.Profilepath.text.get()).empty()) {
     paths.ProfileLocalDir = expand_path(run, form.Profilepath.text.get());
-    paths.ProfileShareDir = reachable_path(run, paths.ProfileLocalDir, points.ProfileSharePoint);
+    paths.ProfileShareDir = reachable(run, paths.ProfileLocalDir, points.ProfileSharePoint);
     paths.WantProfileDir = true;
   }
   if (!base::trim(form.Homedirpath.text.get()).empty()) {
     paths.HomeLocalDir = expand_path(run, form.Homedirpath.text.get());
-    paths.HomeShareDir = reachable_path(run, paths.HomeLocalDir, points.HomeSharePoint);
+    paths.HomeShareDir = reachable(run, paths.HomeLocalDir, points.HomeSharePoint);
     paths.WantHomeDir = true;
   }
   paths.ProfileText = expand_path(run, form.propath.text.get());

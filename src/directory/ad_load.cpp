@@ -9,6 +9,7 @@
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/orphans.hpp"
+#include "platform/group_type.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/log_tab.hpp"
@@ -170,13 +171,13 @@ void load_users(Load& load) {
 }
 
 std::string group_type_text(std::uint32_t type, std::string_view path) {
-  std::string text = (type & kGroupSecurity) != 0 ? "Security Group" : "Distribution Group";
-  if ((type & kGroupGlobal) != 0)
+  std::string text = (type & platform::group_type::kSecurity) != 0 ? "Security Group" : "Distribution Group";
+  if ((type & platform::group_type::kGlobal) != 0)
     text += " - Global";
-  if ((type & kGroupDomainLocal) != 0) {
+  if ((type & platform::group_type::kLocal) != 0) {
     text += base::find_fold(path, "builtin") != base::npos ? " - builtin Local" : " - Domain Local";
   }
-  if ((type & kGroupUniversal) != 0)
+  if ((type & platform::group_type::kUniversal) != 0)
     text += " - Universal";
   return text;
 }
@@ -190,7 +191,7 @@ void take_group(Load& load, const std::string& path, const std::string& name, st
   if (!load.options.TemplateGroupsOnly) {
     add(session.form1.ListView3);
     add(session.groups.ListView1, {group_type_text(type, path)});
-    if ((type & kGroupGlobal) != 0)
+    if ((type & platform::group_type::kGlobal) != 0)
       add(session.multi_user.ListView3);
   }
   add(session.form1.ListView5);

@@ -29,7 +29,7 @@ constexpr const char* kGroupIcon = "W2KGRP";
 
 /// "Jo Smith" of "CN=Jo Smith", at most so many characters.
 std::string common_name(const std::string& name, std::size_t longest) {
-  return std::string(base::left(platform::unescape_dn_value(base::mid(name, 4)), longest));
+  return std::string(base::left(platform::plain_name(name), longest));
 }
 
 std::string custom_attribute(Session& session, std::size_t index) {
@@ -340,7 +340,7 @@ bool Read_AD_User(Session& session, std::string_view path) {
   read_custom_values(session, user);
   read_winnt_flags(session);
   read_flags(form, user);
-  session.UserPrimaryGroupID = text_or_empty(*object, "PrimaryGroupID");
+  session.UserPrimaryGroupID = platform::text_or_empty(*object, "PrimaryGroupID");
   Read_AD_User_Groups(session, object);
   session.details.clear();
   session.CurrentUser.reset();

@@ -32,16 +32,6 @@ void stage_typed_expiry(Session& session, platform::User& user) {
     put_expiry(user, expiry_of_text(clock, typed));
 }
 
-std::string text_or_empty(platform::DirectoryObject& object, std::string_view property) {
-  try {
-    return object.Get(property).text();
-  } catch (const base::RuntimeError& failure) {
-    if (failure.number() == platform::ads_error::kPropertyNotFound)
-      return {};
-    throw;
-  }
-}
-
 bool save_shown_user(Session& session, bool (*save)(Session& session)) {
   bool saved = false;
   base::Trap trap;

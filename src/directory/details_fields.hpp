@@ -20,8 +20,6 @@ bool check_drive_letter(session::Session& session);
 /// Stages the expiry on the tab, unless the account has it already. Raises a type mismatch for a text that
 /// is not accepted.
 void stage_typed_expiry(session::Session& session, platform::User& user);
-/// The text of a property; empty when it has no value.
-std::string text_or_empty(platform::DirectoryObject& object, std::string_view property);
 /// Runs the saving of one kind of domain and releases `CurrentUser`; a failure is shown in panel 1 and
 /// returns False.
 bool save_shown_user(session::Session& session, bool (*save)(session::Session& session));

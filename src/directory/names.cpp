@@ -73,6 +73,12 @@ std::string_view name_above(std::string_view distinguished_name) {
   return {};
 }
 
+std::string_view relative_name(std::string_view distinguished_name) {
+  const std::string_view above = name_above(distinguished_name);
+  return above.empty() ? distinguished_name
+                       : distinguished_name.substr(0, distinguished_name.size() - above.size() - 1);
+}
+
 std::string_view name_in_path(std::string_view ads_path) {
   const std::size_t start = base::find_fold(ads_path, "CN=");
   return start == base::npos ? std::string_view{} : ads_path.substr(start);

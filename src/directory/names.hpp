@@ -21,6 +21,8 @@ std::string parent_of_user(std::string_view ads_path);
 /// The distinguished name of what is directly above; empty at the top. A comma after a backslash is part of
 /// a name.
 std::string_view name_above(std::string_view distinguished_name);
+/// What is in front of that: "CN=Smith\, Jo" of "CN=Smith\, Jo,OU=Sales,DC=twk,DC=test".
+std::string_view relative_name(std::string_view distinguished_name);
 /// "CN=Jo,OU=Sales,DC=twk,DC=test" of "LDAP://twk.test/CN=Jo,OU=Sales,DC=twk,DC=test": from the "CN=" on.
 std::string_view name_in_path(std::string_view ads_path);
 /// A path found with the search prefix "GC://" as the LDAP path of the same object; any other is unchanged.

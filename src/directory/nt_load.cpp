@@ -7,6 +7,7 @@
 #include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "platform/group_type.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/multi_user.hpp"
@@ -36,7 +37,7 @@ void take_group(Session& session, base::Trap& trap, const ObjectPtr& group) {
     ++session.GroupCount;
   });
   trap([&] { type = group->Get("groupType").integer(); });
-  const bool global = type == kGroupGlobal;
+  const bool global = type == platform::group_type::kGlobal;
   trap([&] { session.groups.ListView1.add(name, name, kIcon, {global ? "Global" : "Local"}); });
   const std::string icon = global ? kIcon : "Local";
   trap([&] { session.form1.ListView3.add(name, name, icon); });
@@ -54,12 +55,11 @@ void show_nt_users(Session& session) {
   trap([&] {
     const controls::DrawingOff off(list);
     const std::vector<std::string> users{"User"};
-    session.platform.directory.GetObject("WinNT://" + session.DomainName)
-        ->enumerate(users, [&](const ObjectPtr& user) {
-          const std::string name = user->Name();
-          adding([&] { list.add(name, name, "USER"); });
-          return true;
-        });
+    session.platform.directory.GetObject(winnt_path(session))->enumerate(users, [&](const ObjectPtr& user) {
+      const std::string name = user->Name();
+      adding([&] { list.add(name, name, "USER"); });
+      return true;
+    });
   });
   if (trap.number() != 0)
     session.form1.StatusBar1.panel1 = "Error Getting Users. " + trap.description();
@@ -73,9 +73,7 @@ bool Load_NT_Domain(Session& session) {
   session.groups.Members.clear();
   session.groups.NotMembers.clear();
   session.groups.ListView1.clear();
-  trap([&] {
-    session.DomainContainer = session.platform.directory.GetObject("WinNT://" + session.DomainName);
-  });
+  trap([&] { session.DomainContainer = session.platform.directory.GetObject(winnt_path(session)); });
   if (trap.number() != 0)
     return false;
 

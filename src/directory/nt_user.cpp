@@ -6,6 +6,7 @@
 #include "directory/details_fields.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
+#include "platform/group_type.hpp"
 #include "session/form1.hpp"
 #include "session/session.hpp"
 
@@ -24,7 +25,7 @@ void read_fields(Session& session, const User& user) {
   form.UM_Profile_Dir.text = user.Profile();
   form.UM_Home_Dir.text = user.HomeDirectory();
   form.UM_Logon_Script.text = user.LoginScript();
-  form.UM_Drive_Letter.text = text_or_empty(*user.object(), "HomeDirDrive");
+  form.UM_Drive_Letter.text = platform::text_or_empty(*user.object(), "HomeDirDrive");
   base::Trap trap;
   if (!trap([&] { form.AccExpires.text = expiry_text(session.platform.clock, expiry_of(user)); }))
     form.AccExpires.text = std::string("Never");
@@ -48,7 +49,7 @@ void read_user(Session& session, std::string_view name) {
   session.CurrentUser = session.DomainContainer->GetObject("user", name);
   const User user(session.CurrentUser);
   read_fields(session, user);
-  session.UserPrimaryGroupID = text_or_empty(*session.CurrentUser, "PrimaryGroupID");
+  session.UserPrimaryGroupID = platform::text_or_empty(*session.CurrentUser, "PrimaryGroupID");
   read_flags(session, user);
   Read_NT_User_Groups(session, session.CurrentUser);
 }
@@ -112,7 +113,7 @@ bool Read_NT_User_Groups(Session& session, const ObjectPtr& user) {
     const bool primary = base::to_text(Group_RID(session, name)) == session.UserPrimaryGroupID;
     if (primary)
       form.StatusBar1.panel2 = user->Name() + " Primary Group is '" + name + "'";
-    const bool global = group->Get("groupType").integer() == kGroupGlobal;
+    const bool global = group->Get("groupType").integer() == platform::group_type::kGlobal;
     show_membership(session, name, name, global ? "Global" : "Local", primary);
   }
   return true;

@@ -151,8 +151,8 @@ bool Reset_AD_Password(Session& session, std::string_view password, std::string_
 
 bool Reset_NT_Password(Session& session, std::string_view password, std::string_view name,
                        std::string* reason) {
-  const std::string path = "WinNT://" + session.DomainName + "/" + std::string(name);
-  return reset_password(session, path, asked_password(session, password), "PasswordExpired", 1, reason);
+  return reset_password(session, winnt_path(session, name), asked_password(session, password),
+                        "PasswordExpired", 1, reason);
 }
 
 std::int32_t Group_RID(Session& session, std::string_view group) {
@@ -184,8 +184,12 @@ const std::string& winnt_domain(const Session& session) {
   return session::is_active_directory(session) ? session.NTDomainName : session.DomainName;
 }
 
+std::string winnt_path(const Session& session) {
+  return platform::winnt_path(winnt_domain(session));
+}
+
 std::string winnt_path(const Session& session, std::string_view name) {
-  return "WinNT://" + winnt_domain(session) + "/" + std::string(name);
+  return platform::winnt_path(winnt_domain(session), name);
 }
 
 std::unique_ptr<platform::Recordset> run_query(Session& session, std::string_view text,

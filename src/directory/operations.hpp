@@ -14,12 +14,6 @@ struct Session;
 /// The directory routines that several others call.
 namespace twk::directory {
 
-/// Bits of "groupType".
-inline constexpr std::int32_t kGroupGlobal = 2;
-inline constexpr std::int32_t kGroupDomainLocal = 4;
-inline constexpr std::int32_t kGroupUniversal = 8;
-inline constexpr std::uint32_t kGroupSecurity = 0x80000000U;
-
 /// Determines the mode of a domain: 2 for a name without a dot, otherwise 0 or 1 as the domain reports. Sets
 /// `NTDomainName`, `DnsServerName` and the captions that differ between the modes. Raises what the directory
 /// raises.
@@ -48,7 +42,8 @@ bool Is_Name_Used_In_Forest(session::Session& session, std::string_view user_pri
 
 /// The name used in WinNT paths: the pre-2000 name of an Active Directory domain.
 const std::string& winnt_domain(const session::Session& session);
-/// "WinNT://<domain>/<name>".
+/// "WinNT://<domain>" and "WinNT://<domain>/<name>" by that name.
+std::string winnt_path(const session::Session& session);
 std::string winnt_path(const session::Session& session, std::string_view name);
 
 /// Runs a query given as its four-part text.

@@ -73,9 +73,8 @@ std::vector<ObjectPtr> users_of(platform::DirectoryObject& group) {
 Outcome copy_user(Session& session, platform::DirectoryObject& destination, const ObjectPtr& user) {
   base::Trap trap;
   trap([&] {
-    destination.Add(session::is_active_directory(session)
-                        ? user->ADsPath()
-                        : "WinNT://" + session.DomainName + "/" + user->Name());
+    destination.Add(session::is_active_directory(session) ? user->ADsPath()
+                                                          : directory::winnt_path(session, user->Name()));
   });
   const Outcome outcome = outcome_of(session, trap.number());
   session.copy_group.ListView1.add(user->ADsPath(), user->Name() + std::string(outcome.words),

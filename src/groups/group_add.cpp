@@ -6,6 +6,7 @@
 #include "controls/tree_view.hpp"
 #include "directory/operations.hpp"
 #include "groups/group_object.hpp"
+#include "platform/group_type.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
@@ -17,24 +18,25 @@ namespace {
 
 using platform::ObjectPtr;
 using session::Session;
+namespace group_type = platform::group_type;
 
 /// The maximum length of a group's name in a WinNT domain.
 constexpr std::size_t kLongestNtName = 20;
 constexpr const char* kGlobalOfNt = "Global";
 
 struct Kind {
-  std::uint32_t type;
+  std::int32_t type;
   std::string_view text;
 };
 
-/// By `Option2`, then by `Option1`. Bits of "groupType", [MS-ADTS] 2.2.12.
+/// By `Option2`, then by `Option1`.
 constexpr std::array<std::array<Kind, 3>, 2> kKinds = {
-    {{{{directory::kGroupSecurity | directory::kGroupDomainLocal, "Security Group - Domain Local"},
-       {directory::kGroupSecurity | directory::kGroupGlobal, "Security Group - Global"},
-       {directory::kGroupSecurity | directory::kGroupUniversal, "Security Group - Universal"}}},
-     {{{directory::kGroupDomainLocal, "Distribution Group - Local Group"},
-       {directory::kGroupGlobal, "Distribution Group - Global Group"},
-       {directory::kGroupUniversal, "Distribution Group - Universal Group"}}}}};
+    {{{{group_type::kSecurity | group_type::kLocal, "Security Group - Domain Local"},
+       {group_type::kSecurity | group_type::kGlobal, "Security Group - Global"},
+       {group_type::kSecurity | group_type::kUniversal, "Security Group - Universal"}}},
+     {{{group_type::kLocal, "Distribution Group - Local Group"},
+       {group_type::kGlobal, "Distribution Group - Global Group"},
+       {group_type::kUniversal, "Distribution Group - Universal Group"}}}}};
 
 template <std::size_t size>
 std::size_t chosen(const std::array<controls::OptionButton, size>& options) {
@@ -97,10 +99,10 @@ bool add_ad_group(Session& session) {
     group->Put("samAccountName", name);
     if (!description.empty())
       group->Put("Description", description);
-    group->Put("groupType", static_cast<std::int32_t>(kind.type));
+    group->Put("groupType", kind.type);
     group->SetInfo();
     add_group_rows(session, "LDAP://" + session.DomainName + "/cn=" + escaped + "," + container, name,
-                   std::string(kind.text), (kind.type & directory::kGroupGlobal) != 0);
+                   std::string(kind.text), (kind.type & group_type::kGlobal) != 0);
   });
 }
 
@@ -115,7 +117,7 @@ bool add_nt_group(Session& session, std::string_view typed, const std::string& d
     return false;
   return make(session, name, description, [&] {
     const ObjectPtr group =
-        session.platform.directory.GetObject("WinNT://" + session.DomainName)->Create("group", name);
+        session.platform.directory.GetObject(directory::winnt_path(session))->Create("group", name);
     if (!description.empty())
       group->Put("Description", description);
     group->SetInfo();

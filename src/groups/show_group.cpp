@@ -9,6 +9,7 @@
 #include "directory/user_details.hpp"
 #include "groups/group_object.hpp"
 #include "groups/groups_window.hpp"
+#include "platform/adsi.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
@@ -92,7 +93,7 @@ std::size_t show_group(Session& session, const ListRow& row) {
   const bool active_directory = session::is_active_directory(session);
   session.CurrentGroup = bind_group(session, row);
   window.Group_RID = active_directory ? directory::Group_RID(session, row.key) : 0;
-  const std::string comment = directory::text_or_empty(*session.CurrentGroup, "Description");
+  const std::string comment = platform::text_or_empty(*session.CurrentGroup, "Description");
   FoundRows found(session);
   base::Trap trap;
   for (const platform::ObjectPtr& member : session.CurrentGroup->Members()) {

@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
+#include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "format/passwords.hpp"
 #include "lifecycle/rename/dir_shr_rename.hpp"
@@ -42,7 +43,7 @@ AccountProfile read_profile(Session& session, const controls::TreeNode& node) {
   platform::DirectoryService& directory = session.platform.directory;
   if (!session::is_active_directory(session)) {
     const platform::ObjectPtr user =
-        directory.GetObject("WinNT://" + session.DomainName)->GetObject("user", node.text);
+        directory.GetObject(directory::winnt_path(session))->GetObject("user", node.text);
     return {node.text, std::string(base::trim(platform::User(user).Profile()))};
   }
   const platform::ObjectPtr user = directory.GetObject(node.key);
@@ -66,13 +67,8 @@ std::string refusal_of_profile(const std::string& path) {
 std::string profile_folder(const Session& session, const controls::TreeNode& node) {
   if (session.runs.WKS_Is_NT40 || !session::is_active_directory(session))
     return node.text;
-  const std::size_t start = base::find_fold(node.key, "CN=");
-  if (start == base::npos)
-    return node.text;
-  std::size_t end = start + 3;
-  while (end < node.key.size() && node.key[end] != ',')
-    end += node.key[end] == '\\' ? 2 : 1;
-  return platform::unescape_dn_value(std::string_view(node.key).substr(start + 3, end - start - 3));
+  const std::string_view name = directory::name_in_path(node.key);
+  return name.empty() ? node.text : platform::plain_name(directory::relative_name(name));
 }
 
 /// Empty when it cannot be read; no folder then counts as the account's.

@@ -1,7 +1,5 @@
 #include "live/live.hpp"
 
-#include <random>
-
 #include "ads/exchange_mailboxes.hpp"
 #include "live/domain/live_directory.hpp"
 #include "live/domain/live_environment.hpp"
@@ -25,19 +23,6 @@ std::string registry_folder(const Folders& folders) {
   return folders.config + "/settings";
 }
 
-namespace {
-
-base::Bytes random_bytes(std::size_t count) {
-  std::random_device source;
-  std::uniform_int_distribution<int> byte(0, 255);
-  base::Bytes bytes(count);
-  for (std::uint8_t& one : bytes)
-    one = static_cast<std::uint8_t>(byte(source));
-  return bytes;
-}
-
-}  // namespace
-
 struct Live::Services {
   Services(LiveSettings settings, Prompts prompts, const Folders& folders)
       : data(folders.data),
@@ -53,7 +38,7 @@ struct Live::Services {
   LiveFiles files{smb, workstation_files};
   LiveNetwork network{domain};
   LiveSecurity security{domain, smb};
-  ads::ExchangeMailboxes mailboxes{directory, domain.settings().domain, random_bytes};
+  ads::ExchangeMailboxes mailboxes{directory, domain.settings().domain};
   LiveEnvironment environment{domain};
   local::SystemProcess process;
   local::SystemClock clock;

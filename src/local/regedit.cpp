@@ -6,6 +6,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "platform/utf16.hpp"
 
 namespace twk::local {
@@ -224,9 +225,7 @@ std::string regedit_text(std::string_view bytes) {
 }
 
 RegistryTree parse_regedit(std::string_view text) {
-  if (text.starts_with(base::kByteOrderMark))
-    text.remove_prefix(base::kByteOrderMark.size());
-  Lines lines(text);
+  Lines lines(base::without_mark(text));
   const std::string_view header = trim_blanks(lines.next());
   lines.wide = header == kHeader5;
   if (header != kHeader && !lines.wide)

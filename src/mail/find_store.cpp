@@ -33,8 +33,7 @@ std::vector<std::string> children(Session& session, const std::string& dn, const
   std::vector<std::string> names;
   const std::vector<std::string> classes{object_class};
   session.platform.directory.GetObject(path_of(session, dn))->enumerate(classes, [&](const ObjectPtr& child) {
-    const std::string name = child->Name();
-    names.push_back(platform::unescape_dn_value(name.substr(name.find('=') + 1)));
+    names.push_back(platform::plain_name(child->Name()));
     return true;
   });
   return names;

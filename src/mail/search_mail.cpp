@@ -31,11 +31,6 @@ ExchangePlace place_of(const Serach_Mail& window) {
   return {std::string(base::trim(window.Text2.text.get())), window.ExSite, window.ExOrg};
 }
 
-/// "Smith, Jo" of "CN=Smith\, Jo".
-std::string value_in(std::string_view relative_name) {
-  return platform::unescape_dn_value(relative_name.substr(relative_name.find('=') + 1));
-}
-
 bool is_recipient(const ObjectPtr& object) {
   return base::equals_fold(object->Class(), kMailboxClass) ||
          base::equals_fold(object->Class(), kRecipientClass);
@@ -49,7 +44,8 @@ bool is_container(const ObjectPtr& object) {
 using Pending = std::vector<std::pair<ObjectPtr, TreeNode*>>;
 
 void add_container(Serach_Mail& window, TreeNode& parent, const ObjectPtr& object, Pending& pending) {
-  TreeNode& node = window.TreeView1.add(&parent, object->ADsPath(), value_in(object->Name()), kContainer);
+  TreeNode& node =
+      window.TreeView1.add(&parent, object->ADsPath(), platform::plain_name(object->Name()), kContainer);
   pending.emplace_back(object, &node);
 }
 
@@ -78,7 +74,8 @@ std::vector<TreeNode*> walk(Session& session, std::string_view name) {
       if (is_container(child))
         add_container(window, *below, child, pending);
       else if (is_recipient(child) && base::upper(child->Name()) == wanted)
-        found.push_back(&window.TreeView1.add(below, child->ADsPath(), value_in(child->Name()), kMailbox));
+        found.push_back(
+            &window.TreeView1.add(below, child->ADsPath(), platform::plain_name(child->Name()), kMailbox));
       return true;
     });
   }

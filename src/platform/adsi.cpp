@@ -43,6 +43,44 @@ std::int64_t to_int64(std::string_view text) {
 
 }  // namespace
 
+Value value_or_empty(DirectoryObject& object, std::string_view attribute) {
+  try {
+    return object.Get(attribute);
+  } catch (const base::RuntimeError& failure) {
+    if (failure.number() == ads_error::kPropertyNotFound)
+      return {};
+    throw;
+  }
+}
+
+std::string text_or_empty(DirectoryObject& object, std::string_view attribute) {
+  return value_or_empty(object, attribute).text();
+}
+
+std::string readable_text(const ObjectPtr& object, std::string_view attribute) {
+  std::string text;
+  base::Trap unreadable;
+  if (object != nullptr)
+    unreadable([&] { text = object->Get(attribute).text(); });
+  return text;
+}
+
+std::string winnt_path(std::string_view domain) {
+  return "WinNT://" + std::string(domain);
+}
+
+std::string winnt_path(std::string_view domain, std::string_view name) {
+  return winnt_path(domain) + "/" + std::string(name);
+}
+
+std::string shares_path(std::string_view server) {
+  return winnt_path(server, "lanmanserver");
+}
+
+std::string share_path(std::string_view server, std::string_view share) {
+  return shares_path(server) + "/" + std::string(share);
+}
+
 std::string_view ldap_attribute(std::string_view property) {
   for (const PropertyName& name : kProperties) {
     if (base::equals_fold(name.property, property))
@@ -53,16 +91,6 @@ std::string_view ldap_attribute(std::string_view property) {
 
 base::Date never_expires() {
   return base::make_date({1970, 1, 1});
-}
-
-Value User::value(std::string_view property) const {
-  base::Trap trap;
-  Value result;
-  trap([&] { result = object_->Get(property); });
-  if (trap.number() != 0 && trap.number() != ads_error::kPropertyNotFound) {
-    throw base::RuntimeError(trap.number(), trap.description());
-  }
-  return result;
 }
 
 bool User::is_winnt() const {

@@ -20,6 +20,19 @@ inline constexpr std::int32_t kFlagCannotChangePassword = 0x40;
 inline constexpr std::int32_t kFlagNormalAccount = 0x200;
 inline constexpr std::int32_t kFlagPasswordNeverExpires = 0x10000;
 
+/// The attribute's value, empty when it has none. Raises every other failure.
+Value value_or_empty(DirectoryObject& object, std::string_view attribute);
+std::string text_or_empty(DirectoryObject& object, std::string_view attribute);
+/// For a text that is offered or compared only: empty also when it cannot be read, and for no object.
+std::string readable_text(const ObjectPtr& object, std::string_view attribute);
+
+/// "WinNT://TWK", "WinNT://TWK/jo".
+std::string winnt_path(std::string_view domain);
+std::string winnt_path(std::string_view domain, std::string_view name);
+/// "WinNT://FS1/lanmanserver", the container of a server's shares, and "WinNT://FS1/lanmanserver/Users".
+std::string shares_path(std::string_view server);
+std::string share_path(std::string_view server, std::string_view share);
+
 /// The LDAP attribute behind a user property name ("FullName" is "displayName", "LoginScript" "scriptPath",
 /// "Profile" "profilePath", "FirstName" "givenName", "LastName" "sn", "OfficeLocations"
 /// "physicalDeliveryOfficeName", "EmailAddress" and "EMailAddress" "mail", "LoginHours" "logonHours",
@@ -66,8 +79,6 @@ class User {
   void put_Description(std::string_view text) { object_->Put("Description", text); }
   void put_FirstName(std::string_view text) { object_->Put("FirstName", text); }
   void put_LastName(std::string_view text) { object_->Put("LastName", text); }
-  void put_OfficeLocations(const Value& value) { object_->Put("OfficeLocations", value); }
-  void put_EmailAddress(std::string_view text) { object_->Put("EmailAddress", text); }
   void put_HomeDirectory(std::string_view text) { object_->Put("HomeDirectory", text); }
   void put_Profile(std::string_view text) { object_->Put("Profile", text); }
   void put_LoginScript(std::string_view text) { object_->Put("LoginScript", text); }
@@ -89,7 +100,7 @@ class User {
   [[nodiscard]] std::vector<ObjectPtr> Groups() const { return object_->Groups(); }
 
  private:
-  [[nodiscard]] Value value(std::string_view property) const;
+  [[nodiscard]] Value value(std::string_view property) const { return value_or_empty(*object_, property); }
   [[nodiscard]] std::string text(std::string_view property) const { return value(property).text(); }
   [[nodiscard]] bool is_winnt() const;
   /// Sets or clears one bit of the account's flags, on top of what is staged.

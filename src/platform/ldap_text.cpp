@@ -63,4 +63,10 @@ std::string unescape_dn_value(std::string_view text) {
   return out;
 }
 
+std::string plain_name(std::string_view relative_name) {
+  const std::size_t equals = relative_name.find('=');
+  return equals == base::npos ? std::string(relative_name)
+                              : unescape_dn_value(relative_name.substr(equals + 1));
+}
+
 }  // namespace twk::platform

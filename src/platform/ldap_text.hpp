@@ -14,5 +14,7 @@ std::string escape_filter_value(std::string_view text);
 std::string escape_dn_value(std::string_view text);
 /// The value without the escapes.
 std::string unescape_dn_value(std::string_view text);
+/// "Smith, Jo" of the relative name "CN=Smith\, Jo"; the name of a WinNT object, which has no type, as it is.
+std::string plain_name(std::string_view relative_name);
 
 }  // namespace twk::platform

@@ -23,10 +23,14 @@ inline constexpr std::uint32_t kShareNotFound = 2310;   ///< NERR_NetNameNotFoun
 inline constexpr std::uint32_t kControllerNotFound = 2453;  ///< NERR_DCNotFound
 }  // namespace network_error
 
+/// The bit of a share's type for the shares that a server has for itself, "D$": STYPE_SPECIAL,
+/// [MS-SRVS] 2.2.2.4.
+inline constexpr std::uint32_t kAdministrativeShare = 0x80000000U;
+
 /// SHARE_INFO_502, [MS-SRVS] 2.2.4.26.
 struct ShareInfo502 {
   std::string shi502_netname;
-  std::uint32_t shi502_type = 0;  ///< 0: a folder
+  std::uint32_t shi502_type = 0;  ///< 0: a folder; `kAdministrativeShare` may be set
   std::string shi502_remark;
   std::uint32_t shi502_permissions = 0;
   std::int32_t shi502_max_uses = -1;  ///< -1 for no limit

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/logon_hours.hpp"
 #include "records/records.hpp"
 
 namespace twk::records {
@@ -90,9 +91,9 @@ std::string upgrade_template(std::string_view old_record, TemplateGeneration gen
   record.field(0, 2).raw(group_count(old_record, old)).field(4, 365);
   record.text({}, 100).text({}, 100).field(369, 22);
   if (old.logon_hours == 0) {
-    record.raw(std::string(kLogonHoursSize, '\xFF'));
+    record.raw(std::string(platform::kLogonHoursSize, '\xFF'));
   } else {
-    record.field(old.logon_hours, kLogonHoursSize);
+    record.field(old.logon_hours, platform::kLogonHoursSize);
   }
   if (old.primary_group == 0) {
     record.text("Domain Users", kPrimaryGroupLength);

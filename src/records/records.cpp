@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "platform/logon_hours.hpp"
 
 namespace twk::records {
 namespace {
@@ -108,7 +109,7 @@ void template_fields(Record& record, Coder& coder) {
   coder.text(record.ProfileSharePoint, 100);
   coder.text(record.LogonScript, 20);
   coder.text(record.HomeDrive, 2);
-  coder.raw(record.LogonHours, kLogonHoursSize);
+  coder.raw(record.LogonHours, platform::kLogonHoursSize);
   coder.text(record.PrimaryGroup, 21);
   for (auto& group : record.Groups)
     coder.text(group, 21);

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/bytes.hpp"
+#include "platform/logon_hours.hpp"
 
 /// The fixed-length records of the database directory. On disk every text is code page 1252, left-aligned,
 /// padded with blanks to its length and cut when longer; Booleans are 16-bit, little-endian, 0 or -1.
@@ -15,7 +16,6 @@ namespace twk::records {
 inline constexpr std::size_t kSiteRecordSize = 154;
 inline constexpr std::size_t kTemplateRecordSize = 4524;
 inline constexpr std::size_t kPermissionRecordSize = 114;
-inline constexpr std::size_t kLogonHoursSize = 21;
 inline constexpr std::size_t kGroupSlots = 76;
 inline constexpr std::size_t kMostGroups = 75;
 inline constexpr std::size_t kVariableSlots = 51;
@@ -83,7 +83,7 @@ struct TemplateRecord {
   std::string ProfileSharePoint;
   std::string LogonScript;
   std::string HomeDrive;
-  base::Bytes LogonHours = base::Bytes(kLogonHoursSize, 255);
+  base::Bytes LogonHours = base::Bytes(platform::kLogonHoursSize, 255);
   std::string PrimaryGroup;
   std::array<std::string, kGroupSlots> Groups;
   std::array<std::string, kVariableSlots> VariableNames;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/bytes.hpp"
+#include "platform/logon_hours.hpp"
 #include "platform/platform.hpp"
 #include "records/records.hpp"
 #include "session/activity_log.hpp"
@@ -135,7 +136,7 @@ struct Session {
   records::SiteRecord ActiveSite;
   records::TemplateRecord ActiveTemplate;
   std::int32_t LastRecordNo = 0;  ///< where the last search through the templates stopped
-  base::Bytes TemplateLogonHours = base::Bytes(records::kLogonHoursSize, 255);
+  base::Bytes TemplateLogonHours = base::Bytes(platform::kLogonHoursSize, 255);
   /// Groups of the template on the tab that cannot be shown because the domain's groups are not loaded. A
   /// save keeps them.
   std::vector<std::string> UnshownGroups;

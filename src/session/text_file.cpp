@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 
 namespace twk::session {
 namespace {
@@ -53,9 +54,7 @@ std::string table_bytes(const std::vector<std::string>& lines) {
 
 std::vector<std::string> table_lines(std::string_view bytes) {
   const bool utf8 = bytes.starts_with(base::kByteOrderMark);
-  if (utf8)
-    bytes.remove_prefix(base::kByteOrderMark.size());
-  std::vector<std::string> lines = base::split(bytes, '\n');
+  std::vector<std::string> lines = base::split(base::without_mark(bytes), '\n');
   if (!lines.empty() && lines.back().empty())
     lines.pop_back();
   for (std::string& line : lines) {

@@ -1,5 +1,6 @@
 #include "windows/controls_defaults.hpp"
 
+#include "platform/logon_hours.hpp"
 #include "session/form1.hpp"
 #include "stores/side_tables.hpp"
 #include "windows/editors/drive_letters.hpp"
@@ -18,7 +19,7 @@ void prepare_controls(session::Session& session) {
   session.AltIdTried = false;
   fill_drive_letters(form1.Home_Drive_letter);
   fill_drive_letters(form1.UM_Drive_Letter);
-  session.TemplateLogonHours.assign(records::kLogonHoursSize, 255);
+  session.TemplateLogonHours.assign(platform::kLogonHoursSize, 255);
 }
 
 }  // namespace twk::windows

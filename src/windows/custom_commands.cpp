@@ -16,14 +16,7 @@ namespace twk::windows {
 namespace {
 
 using creation::CommandUser;
-
-/// The text of an attribute; empty when it has no value.
-std::string text_of(const platform::ObjectPtr& object, std::string_view attribute) {
-  base::Trap trap;
-  std::string text;
-  trap([&] { text = object->Get(attribute).text(); });
-  return text;
-}
+using platform::readable_text;
 
 /// A WinNT account has a single full name: its first word, its last, and what is between.
 void split_full_name(std::string_view full_name, CommandUser& user) {
@@ -43,11 +36,11 @@ CommandUser read_user(session::Session& session, const controls::TreeNode& node)
       active_directory ? node.key : directory::winnt_path(session, node.key));
   CommandUser user;
   if (active_directory) {
-    user = {text_of(object, "samAccountName"), text_of(object, "FirstName"), text_of(object, "initials"),
-            text_of(object, "LastName")};
+    user = {readable_text(object, "samAccountName"), readable_text(object, "FirstName"),
+            readable_text(object, "initials"), readable_text(object, "LastName")};
   } else {
     user.account = object->Name();
-    split_full_name(text_of(object, "FullName"), user);
+    split_full_name(readable_text(object, "FullName"), user);
   }
   return user;
 }

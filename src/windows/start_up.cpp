@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
+#include "platform/adsi.hpp"
 #include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
@@ -38,8 +39,9 @@ void show_first_run(session::Session& session) {
 bool is_domain_admin(session::Session& session) {
   session.splash.Splash_TxT.caption = "Checking Admin Rights...";
   const std::string user = session.platform.environment.variable("USERNAME");
-  const std::string domain = "WinNT://" + session.DomainName + "/";
-  if (session.platform.directory.GetObject(domain + "Domain Admins")->IsMember(domain + user))
+  const platform::ObjectPtr admins =
+      session.platform.directory.GetObject(platform::winnt_path(session.DomainName, "Domain Admins"));
+  if (admins->IsMember(platform::winnt_path(session.DomainName, user)))
     return true;
   session.platform.dialogs.MsgBox(
       user +

@@ -2,17 +2,12 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 
 namespace twk::windows {
 namespace {
-
-std::string as_utf8(std::string bytes) {
-  if (bytes.starts_with(base::kByteOrderMark))
-    bytes.erase(0, base::kByteOrderMark.size());
-  return base::is_valid_utf8(bytes) ? bytes : base::from_ansi(bytes);
-}
 
 std::vector<std::string> lines_of(std::string_view text) {
   std::vector<std::string> tips;
@@ -33,7 +28,7 @@ std::vector<std::string> read_tips(session::Session& session, std::string_view s
     return lines_of(shipped);
   base::Trap trap;
   std::string text;
-  trap([&] { text = as_utf8(session.platform.files.read(path)); });
+  trap([&] { text = base::decoded(session.platform.files.read(path)); });
   return lines_of(text);
 }
 

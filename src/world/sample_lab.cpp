@@ -6,6 +6,8 @@
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "platform/adsi.hpp"
+#include "platform/group_type.hpp"
 #include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "stores/side_tables.hpp"
@@ -23,8 +25,6 @@ constexpr const char* kOu = "New Starters";
 constexpr const char* kGroup = "Staff";
 constexpr const char* kServer = "FS1";
 constexpr std::uint32_t kInvalidArgument = 5;
-constexpr std::int32_t kGlobalSecurity = static_cast<std::int32_t>(0x80000002U);
-constexpr std::int32_t kGlobalInWinNt = 2;
 
 constexpr std::array<std::pair<const char*, lab::DomainKind>, 3> kKinds = {
     {{"native", lab::DomainKind::kNative}, {"mixed", lab::DomainKind::kMixed}, {"nt", lab::DomainKind::kNt}}};
@@ -63,7 +63,8 @@ void create_group(platform::DirectoryObject& container, bool active_directory) {
       container.Create("group", active_directory ? std::string("CN=") + kGroup : std::string(kGroup));
   if (active_directory)
     group->Put("samAccountName", kGroup);
-  group->Put("groupType", active_directory ? kGlobalSecurity : kGlobalInWinNt);
+  group->Put("groupType",
+             active_directory ? platform::group_type::kGlobalSecurity : platform::group_type::kGlobal);
   group->Put("description", "Everybody who works here");
   group->SetInfo();
 }
@@ -72,7 +73,7 @@ void create_directory_entries(World& world) {
   platform::DirectoryService& directory = world.services().directory;
   const std::string& domain = lab::domain_name(world.lab().config());
   if (!has_units(world))
-    return create_group(*directory.GetObject("WinNT://" + world.lab().config().netbios), false);
+    return create_group(*directory.GetObject(platform::winnt_path(world.lab().config().netbios)), false);
   const auto root = directory.GetObject("LDAP://" + domain + "/" + ads::domain_dn(domain));
   const auto ou = root->Create("organizationalUnit", std::string("OU=") + kOu);
   ou->SetInfo();
@@ -80,8 +81,7 @@ void create_directory_entries(World& world) {
 }
 
 void create_share(World& world, const std::string& name, const std::string& path) {
-  const auto server =
-      world.services().directory.GetObject("WinNT://" + std::string(kServer) + "/lanmanserver");
+  const auto server = world.services().directory.GetObject(platform::shares_path(kServer));
   const auto share = server->Create("fileshare", name);
   share->Put("Path", path);
   share->SetInfo();

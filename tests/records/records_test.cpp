@@ -57,7 +57,7 @@ TEST_F(RecordsTest, TemplateHasTheLayoutOfItsFile) {
   record.ProfileSharePoint = "pp";
   record.LogonScript = "logon.cmd";
   record.HomeDrive = "H:";
-  for (std::size_t i = 0; i < kLogonHoursSize; ++i)
+  for (std::size_t i = 0; i < platform::kLogonHoursSize; ++i)
     record.LogonHours[i] = static_cast<std::uint8_t>(i * 12);
   record.PrimaryGroup = "Domain Users";
   record.Groups[0] = "first";

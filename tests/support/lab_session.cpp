@@ -1,10 +1,10 @@
 #include "support/lab_session.hpp"
+#include "platform/group_type.hpp"
 
 #include <fstream>
 #include <sstream>
 
 #include "controls/tree_view.hpp"
-#include "directory/operations.hpp"
 #include "directory/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/form1.hpp"
@@ -85,9 +85,7 @@ LabSession::LabSession(lab::DomainKind kind, std::string_view command_line, plat
     const platform::ObjectPtr group = domain->Create("group", is_nt() ? name : "CN=" + name);
     if (!is_nt())
       group->Put("samAccountName", name);
-    group->Put("groupType",
-               is_nt() ? directory::kGroupGlobal
-                       : static_cast<std::int32_t>(directory::kGroupSecurity) | directory::kGroupGlobal);
+    group->Put("groupType", is_nt() ? platform::group_type::kGlobal : platform::group_type::kGlobalSecurity);
     group->SetInfo();
   }
 }

@@ -10,7 +10,9 @@
 #include "cli/terminal/failures.hpp"
 #include "directory/account_expiry.hpp"
 #include "platform/adsi.hpp"
+#include "platform/group_type.hpp"
 #include "platform/ldap_text.hpp"
+#include "platform/logon_hours.hpp"
 #include "windows/editors/hours_of_week.hpp"
 
 namespace twk::cli {
@@ -21,17 +23,13 @@ using platform::Value;
 
 constexpr std::string_view kUsers = "(objectCategory=person)(objectClass=user)";
 constexpr std::string_view kGroups = "(objectCategory=group)(objectClass=group)";
-constexpr std::int32_t kGlobal = 2;
-constexpr std::int32_t kLocal = 4;
-constexpr std::int32_t kUniversal = 8;
-constexpr std::size_t kHours = 21;
 
 std::string ldap_path(const Domain& domain, std::string_view dn) {
   return "LDAP://" + domain.name + (dn.empty() ? "" : "/" + std::string(dn));
 }
 
 std::string winnt_path(const Domain& domain, std::string_view name) {
-  return "WinNT://" + domain.nt_name + (name.empty() ? "" : "/" + std::string(name));
+  return name.empty() ? platform::winnt_path(domain.nt_name) : platform::winnt_path(domain.nt_name, name);
 }
 
 /// The distinguished name in "LDAP://twk.test/CN=…".
@@ -40,21 +38,8 @@ std::string dn_of_path(std::string_view path) {
   return std::string(slash == base::npos ? path : path.substr(slash + 1));
 }
 
-/// "jsmith" of "CN=jsmith".
-std::string bare_name(std::string_view name) {
-  const std::size_t equals = name.find('=');
-  return equals == base::npos ? std::string(name) : platform::unescape_dn_value(name.substr(equals + 1));
-}
-
-/// An attribute's value, or nothing.
 Value get(const ObjectPtr& object, std::string_view attribute) {
-  try {
-    return object->Get(attribute);
-  } catch (const base::RuntimeError& failure) {
-    if (failure.number() == platform::ads_error::kPropertyNotFound)
-      return {};
-    throw;
-  }
+  return platform::value_or_empty(*object, attribute);
 }
 
 std::int32_t get_number(const ObjectPtr& object, std::string_view attribute) {
@@ -220,11 +205,11 @@ Json user_row(std::string name, std::string full_name, std::string description, 
 Json group_row(std::string name, std::int32_t type, bool builtin, std::string description, std::string dn,
                bool active_directory) {
   std::string scope = "local";
-  if ((type & kGlobal) != 0)
+  if ((type & platform::group_type::kGlobal) != 0)
     scope = "global";
-  else if ((type & kUniversal) != 0)
+  else if ((type & platform::group_type::kUniversal) != 0)
     scope = "universal";
-  else if (active_directory && (type & kLocal) != 0)
+  else if (active_directory && (type & platform::group_type::kLocal) != 0)
     scope = builtin ? "builtin local" : "domain local";
   return {{"name", std::move(name)},
           {"kind", active_directory && type >= 0 ? "distribution" : "security"},
@@ -322,16 +307,16 @@ Json describe_user(const Domain& domain, std::string_view name) {
 
   std::vector<std::string> groups;
   for (const ObjectPtr& group : user.Groups())
-    groups.push_back(bare_name(group->Name()));
+    groups.push_back(platform::plain_name(group->Name()));
   const std::string primary =
       ad ? group_of_token(domain, get_number(object, "primaryGroupID")) : primary_group_in_nt(domain, object);
   if (!primary.empty() && std::find(groups.begin(), groups.end(), primary) == groups.end())
     groups.push_back(primary);
   base::Bytes hours = user.LoginHours();
   if (hours.empty())
-    hours.assign(kHours, 255);
+    hours.assign(platform::kLogonHoursSize, 255);
 
-  return {{"name", bare_name(user.Name())},
+  return {{"name", platform::plain_name(user.Name())},
           {"dn", ad ? located : std::string()},
           {"samAccountName", account},
           {"userPrincipalName", ad ? get(object, "userPrincipalName").text() : std::string()},
@@ -385,11 +370,11 @@ Json describe_group(const Domain& domain, std::string_view name) {
          : bind_winnt(domain, "group", name, "group", all);
   const std::string dn = ad ? dn_of_path(group->ADsPath()) : std::string();
   Json out =
-      group_row(bare_name(group->Name()), get_number(group, "groupType"),
+      group_row(platform::plain_name(group->Name()), get_number(group, "groupType"),
                 base::find_fold(dn, "builtin") != base::npos, get(group, "Description").text(), dn, ad);
   std::vector<std::string> members;
   for (const ObjectPtr& member : group->Members())
-    members.push_back(bare_name(member->Name()));
+    members.push_back(platform::plain_name(member->Name()));
   if (ad) {
     const std::string token = std::to_string(get_number(group, "primaryGroupToken"));
     for (const Row& row : query(domain, {}, conjunction(kUsers, "(primaryGroupID=" + token + ")"), {"Name"}))

@@ -7,6 +7,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
 #include "cli/terminal/interrupt.hpp"
+#include "directory/names.hpp"
 #include "platform/directory.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/multi_user.hpp"
@@ -88,11 +89,7 @@ class Selector {
 
   /// "Smith, Jo" of "CN=Smith\, Jo,OU=Staff,DC=twk,DC=test".
   static std::string common_name(std::string_view dn) {
-    const std::size_t start = dn.find('=') + 1;
-    std::size_t end = start;
-    while (end < dn.size() && dn[end] != ',')
-      end += dn[end] == '\\' ? 2 : 1;
-    return platform::unescape_dn_value(dn.substr(start, end - start));
+    return platform::plain_name(directory::relative_name(dn));
   }
 
   Domain domain_;

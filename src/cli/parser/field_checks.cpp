@@ -1,6 +1,7 @@
 #include "cli/parser/field_checks.hpp"
 
 #include "base/text.hpp"
+#include "platform/logon_hours.hpp"
 #include "records/records.hpp"
 
 namespace twk::cli {
@@ -16,8 +17,8 @@ Check at_most(std::size_t characters) {
 Check logon_hours() {
   return Check([](const std::string& text) {
     const bool digits = text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
-    return digits && text.size() == 2 * records::kLogonHoursSize ? std::string()
-                                                                 : "not 42 hexadecimal digits: " + text;
+    return digits && text.size() == 2 * platform::kLogonHoursSize ? std::string()
+                                                                  : "not 42 hexadecimal digits: " + text;
   });
 }
 

@@ -24,11 +24,10 @@ struct ShareArguments {
 };
 
 Json describe(const ShareInfo502& share) {
-  constexpr std::uint32_t kAdministrative = 0x80000000;
   return {{"name", share.shi502_netname},
           {"path", share.shi502_path},
           {"remark", share.shi502_remark},
-          {"administrative", (share.shi502_type & kAdministrative) != 0}};
+          {"administrative", (share.shi502_type & platform::kAdministrativeShare) != 0}};
 }
 
 std::string network_name(const ShareArguments& arguments) {

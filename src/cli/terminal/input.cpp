@@ -8,6 +8,7 @@
 
 #include "base/secret.hpp"
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "cli/terminal/failures.hpp"
 
 namespace twk::cli {
@@ -47,10 +48,7 @@ std::string read_input(const std::string& path) {
 }
 
 std::vector<std::string> text_lines(std::string_view text) {
-  if (text.starts_with(base::kByteOrderMark))
-    text.remove_prefix(base::kByteOrderMark.size());
-  const std::string decoded = base::is_valid_utf8(text) ? std::string(text) : base::from_ansi(text);
-  std::vector<std::string> lines = base::split(decoded, '\n');
+  std::vector<std::string> lines = base::split(base::decoded(text), '\n');
   for (std::string& line : lines) {
     if (line.ends_with('\r'))
       line.pop_back();

@@ -5,6 +5,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
 #include "platform/adsi.hpp"
+#include "platform/logon_hours.hpp"
 #include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "stores/template_tab.hpp"
@@ -120,7 +121,7 @@ int show_user_hours(Context& context, const std::string& name) {
   base::Bytes hours = platform::User(bind_user(context.domain(), name)).LoginHours();
   // An account without stored hours may log on at any.
   if (hours.empty())
-    hours.assign(records::kLogonHoursSize, 255);
+    hours.assign(platform::kLogonHoursSize, 255);
   print_hours(context, "user", locate_user(context.domain(), name), hours);
   return kExitGreen;
 }

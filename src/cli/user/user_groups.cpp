@@ -34,7 +34,7 @@ ChosenGroup find_group(const Domain& domain, const std::string& name) {
   if (!domain.active_directory)
     return {found, found};
   const std::string path = "LDAP://" + domain.name + "/" + found;
-  return {path, platform::unescape_dn_value(domain.services.directory.GetObject(path)->Name().substr(3))};
+  return {path, platform::plain_name(domain.services.directory.GetObject(path)->Name())};
 }
 
 /// Selects the group in the list of those that the user is not in. A group that the session did not load

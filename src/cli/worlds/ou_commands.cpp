@@ -27,8 +27,7 @@ OuArguments taken_apart(const OuArguments& arguments) {
     return arguments;
   if (!arguments.under.empty())
     throw UsageError("--under DN cannot stand beside a distinguished name, which says it already");
-  const std::string_view relative = name.substr(0, name.size() - above.size() - 1);
-  return {platform::unescape_dn_value(relative.substr(3)), std::string(above)};
+  return {platform::plain_name(directory::relative_name(name)), std::string(above)};
 }
 
 int create_ou(Context& context, const OuArguments& given) {

@@ -6,6 +6,7 @@
 #include "lab/domain/entry_view.hpp"
 #include "lab/store/errors.hpp"
 #include "platform/adsi.hpp"
+#include "platform/group_type.hpp"
 
 namespace twk::lab {
 namespace {
@@ -13,7 +14,6 @@ namespace {
 using platform::Value;
 
 constexpr std::int32_t kAccountKinds = 0x3B00;  ///< normal, trusts, workstation, server
-constexpr std::uint32_t kSecurityGroup = 0x80000000U;
 
 [[noreturn]] void constraint(std::string_view attribute, const std::string& what) {
   raise(ads_error::kConstraint, "The value of " + std::string(attribute) + " " + what);
@@ -109,10 +109,9 @@ std::string filetime_now(const LabDomain& domain) {
   return base::to_text(base::to_filetime(domain.clock.utc_now()));
 }
 
-std::string group_account_type(std::int32_t group_type) {
-  const auto bits = static_cast<std::uint32_t>(group_type);
-  const std::int64_t kind = (bits & 4U) != 0 ? 0x20000000 : 0x10000000;
-  return base::to_text(kind + ((bits & kSecurityGroup) != 0 ? 0 : 1));
+std::string group_account_type(std::int32_t bits) {
+  const std::int64_t kind = (bits & platform::group_type::kLocal) != 0 ? 0x20000000 : 0x10000000;
+  return base::to_text(kind + ((bits & platform::group_type::kSecurity) != 0 ? 0 : 1));
 }
 
 }  // namespace twk::lab

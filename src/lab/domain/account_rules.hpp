@@ -34,6 +34,6 @@ Modification to_modification(const Entry* entry, const ads::AttributeSchema& att
 /// The moment, as the directory counts time.
 std::string filetime_now(const LabDomain& domain);
 /// "sAMAccountType" of a group of this type.
-std::string group_account_type(std::int32_t group_type);
+std::string group_account_type(std::int32_t bits);
 
 }  // namespace twk::lab

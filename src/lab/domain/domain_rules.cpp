@@ -4,17 +4,17 @@
 
 #include "ads/dn.hpp"
 #include "ads/schema.hpp"
+#include "base/random.hpp"
 #include "base/text.hpp"
 #include "lab/domain/entry_view.hpp"
 #include "lab/domain/membership.hpp"
 #include "lab/domain/rid_pool.hpp"
 #include "lab/store/draft.hpp"
 #include "lab/store/errors.hpp"
+#include "platform/group_type.hpp"
 
 namespace twk::lab {
 namespace {
-
-constexpr std::int32_t kGlobalSecurityGroup = static_cast<std::int32_t>(0x80000002U);
 
 bool is_account_class(std::string_view object_class) {
   return base::equals_fold(object_class, "user") || base::equals_fold(object_class, "group");
@@ -73,8 +73,8 @@ void add_user_defaults(Draft& draft) {
 }
 
 void add_group_defaults(Draft& draft) {
-  draft.set_default("groupType", base::to_text(kGlobalSecurityGroup));
-  draft.set_default("sAMAccountType", group_account_type(kGlobalSecurityGroup));
+  draft.set_default("groupType", base::to_text(platform::group_type::kGlobalSecurity));
+  draft.set_default("sAMAccountType", group_account_type(platform::group_type::kGlobalSecurity));
 }
 
 std::optional<std::string> staged_value(const std::vector<Modification>& changes,
@@ -122,7 +122,8 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
   check();
   if (account)
     draft.set("objectSid", next_sid(domain));
-  draft.set("objectGUID", random_bytes(domain, 16));
+  const base::Bytes guid = base::random_bytes(16);
+  draft.set("objectGUID", std::string(guid.begin(), guid.end()));
   draft.set("whenCreated", ads::to_raw(*ads::find_attribute("whenCreated"), domain.clock.utc_now()));
   if (user)
     add_user_defaults(draft);

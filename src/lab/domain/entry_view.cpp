@@ -96,12 +96,4 @@ bool in_configuration(const LabDomain& domain, std::string_view dn) {
   return base::equals_fold(dn.substr(dn.size() - top.size()), top);
 }
 
-std::string object_name(std::string_view dn) {
-  const std::string_view rdn = ads::first_rdn(dn);
-  const std::size_t equals = rdn.find('=');
-  if (equals == base::npos)
-    return std::string(rdn);
-  return base::upper(rdn.substr(0, equals)) + std::string(rdn.substr(equals));
-}
-
 }  // namespace twk::lab

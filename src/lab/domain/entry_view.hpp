@@ -31,7 +31,5 @@ const Entry* find_account(const LabDomain& domain, std::string_view name, bool u
 
 /// True for an entry of the configuration, which is a naming context of its own below the domain's name.
 bool in_configuration(const LabDomain& domain, std::string_view dn);
-/// "CN=Jo Smith" with the type in capitals.
-std::string object_name(std::string_view dn);
 
 }  // namespace twk::lab

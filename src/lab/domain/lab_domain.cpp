@@ -17,11 +17,4 @@ bool is_domain_server(const LabDomain& domain, std::string_view name) {
          base::equals_fold(name, controller + "." + domain.config.domain);
 }
 
-std::string random_bytes(LabDomain& domain, std::size_t count) {
-  std::string bytes;
-  while (bytes.size() < count)
-    bytes.push_back(static_cast<char>(domain.random() & 0xFFU));
-  return bytes;
-}
-
 }  // namespace twk::lab

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <random>
 #include <string>
 
 #include "lab/shares/file_server.hpp"
@@ -21,7 +20,6 @@ struct LabDomain {
   std::string configuration_dn;  ///< "CN=Configuration,DC=twk,DC=test"
   std::uint32_t next_rid = 0;    ///< what this process reserved and has not used yet: [next_rid, end_rid)
   std::uint32_t end_rid = 0;
-  std::mt19937_64 random{std::random_device{}()};
 };
 
 /// True when `name` names the domain: its DNS or its NetBIOS name, in any case.
@@ -29,8 +27,5 @@ bool is_domain_name(const LabDomain& domain, std::string_view name);
 /// True for the domain's names and its controller's, with or without the DNS suffix. An empty name means
 /// "any".
 bool is_domain_server(const LabDomain& domain, std::string_view name);
-
-/// `bytes` random bytes.
-std::string random_bytes(LabDomain& domain, std::size_t count);
 
 }  // namespace twk::lab

@@ -9,40 +9,16 @@
 #include "lab/domain/membership.hpp"
 #include "lab/domain/passwords.hpp"
 #include "lab/store/errors.hpp"
-#include "platform/adsi.hpp"
 
 namespace twk::lab {
 
 using platform::ObjectPtr;
-using platform::Value;
 
 LdapObject::LdapObject(StagedEntry entry, ads::Provider provider, std::string server, std::string whole_path)
-    : entry_(std::move(entry)),
+    : EntryObject(std::move(whole_path)),
+      entry_(std::move(entry)),
       provider_(provider),
-      server_(std::move(server)),
-      whole_path_(std::move(whole_path)) {}
-
-std::string LdapObject::Name() const {
-  return object_name(entry_.dn());
-}
-std::string LdapObject::Class() const {
-  return entry_.object_class();
-}
-
-std::string LdapObject::ADsPath() const {
-  return whole_path_.empty() ? ads::path_prefix(provider_, server_) + entry_.dn() : whole_path_;
-}
-
-std::string LdapObject::Parent() const {
-  if (base::equals_fold(entry_.dn(), domain().root_dn))
-    return provider_ == ads::Provider::kGc ? "GC:" : "LDAP:";
-  return ads::path_prefix(provider_, server_) + std::string(ads::parent_dn(entry_.dn()));
-}
-
-void LdapObject::require_writable() const {
-  if (provider_ == ads::Provider::kGc)
-    raise(ads_error::kUnwilling, "The global catalogue is for reading");
-}
+      server_(std::move(server)) {}
 
 ObjectPtr LdapObject::bind(std::string_view dn) const {
   return std::make_shared<LdapObject>(StagedEntry(domain(), provider_, dn), provider_, server_);
@@ -54,22 +30,6 @@ std::vector<ObjectPtr> LdapObject::bind_all(const std::vector<std::string>& dns)
   for (const std::string& dn : dns)
     objects.push_back(bind(dn));
   return objects;
-}
-
-Value LdapObject::Get(std::string_view attribute) {
-  Value value = entry_.get(platform::ldap_attribute(attribute));
-  if (value.is_empty()) {
-    raise(ads_error::kPropertyNotFound, entry_.dn() + " has no value for " + std::string(attribute));
-  }
-  return value;
-}
-
-void LdapObject::Put(std::string_view attribute, const Value& value) {
-  entry_.stage(2, platform::ldap_attribute(attribute), value);
-}
-
-void LdapObject::PutEx(int control, std::string_view attribute, const Value& value) {
-  entry_.stage(control, platform::ldap_attribute(attribute), value);
 }
 
 void LdapObject::SetInfo() {

@@ -2,27 +2,20 @@
 
 #include <string>
 
-#include "ads/basic_object.hpp"
+#include "ads/entry_object.hpp"
 #include "lab/domain/staged_entry.hpp"
 
 namespace twk::lab {
 
 /// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server
 /// part in their paths. The catalogue is read-only: every change raises kUnwilling.
-class LdapObject final : public ads::BasicObject {
+class LdapObject final : public ads::EntryObject {
  public:
   /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
   /// DN.
   LdapObject(StagedEntry entry, ads::Provider provider, std::string server, std::string whole_path = {});
 
-  [[nodiscard]] std::string Name() const override;
-  [[nodiscard]] std::string Class() const override;
-  [[nodiscard]] std::string ADsPath() const override;
-  [[nodiscard]] std::string Parent() const override;
-
-  platform::Value Get(std::string_view attribute) override;
-  void Put(std::string_view attribute, const platform::Value& value) override;
-  void PutEx(int control, std::string_view attribute, const platform::Value& value) override;
+  [[nodiscard]] std::string Class() const override { return entry_.object_class(); }
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
   bool SetInfoWithPassword(std::string_view password) override;
@@ -42,7 +35,12 @@ class LdapObject final : public ads::BasicObject {
   std::vector<platform::ObjectPtr> Groups() override;
 
  private:
-  void require_writable() const;
+  [[nodiscard]] const std::string& dn() const override { return entry_.dn(); }
+  [[nodiscard]] ads::Provider provider() const override { return provider_; }
+  [[nodiscard]] const std::string& server() const override { return server_; }
+  [[nodiscard]] const std::string& root_dn() const override { return domain().root_dn; }
+  ads::AttributeAccess& attributes() override { return entry_; }
+
   [[nodiscard]] LabDomain& domain() const { return entry_.domain(); }
   [[nodiscard]] platform::ObjectPtr bind(std::string_view dn) const;
   /// The stored child of that name and class. Raises kNoSuchObject.
@@ -53,7 +51,6 @@ class LdapObject final : public ads::BasicObject {
   StagedEntry entry_;
   ads::Provider provider_;
   std::string server_;
-  std::string whole_path_;
 };
 
 }  // namespace twk::lab

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/random.hpp"
 #include "base/text.hpp"
 #include "lab/domain/account_rules.hpp"
 #include "lab/domain/entry_view.hpp"
@@ -116,9 +117,10 @@ void count_wrong_password(LabDomain& domain, const Entry& entry) {
 std::vector<Modification> password_changes(LabDomain& domain, std::string_view password,
                                            std::string_view account_name) {
   check_policy(domain.config.passwords, password, account_name);
+  const base::Bytes salt = base::random_bytes(kSaltBytes);
   return {{ModifyKind::kReplace,
            std::string(kVerifier),
-           {make_verifier(random_bytes(domain, kSaltBytes), password)}},
+           {make_verifier(std::string(salt.begin(), salt.end()), password)}},
           {ModifyKind::kReplace, "pwdLastSet", {filetime_now(domain)}}};
 }
 

@@ -15,16 +15,12 @@ namespace twk::lab {
 namespace {
 
 using platform::ObjectPtr;
-using platform::Value;
-
-constexpr std::string_view kUser = "User";
-constexpr std::string_view kGroup = "Group";
 
 /// "User", "Group"; empty for an entry that is neither a person's account nor a group.
 std::string_view account_class(const Entry& entry) {
   if (is_user(entry))
-    return kUser;
-  return has_class(entry, "group") ? kGroup : std::string_view{};
+    return ads::kWinntUser;
+  return has_class(entry, "group") ? ads::kWinntGroup : std::string_view{};
 }
 
 std::string account_dn(const LabDomain& domain, std::string_view object_class, std::string_view name) {
@@ -40,21 +36,6 @@ ObjectPtr bind_winnt_account(LabDomain& domain, std::string_view dn, const std::
                                         std::move(name));
 }
 
-WinntDomain::WinntDomain(LabDomain& domain, std::string name) : domain_(domain), name_(std::move(name)) {}
-
-std::string WinntDomain::Name() const {
-  return name_;
-}
-std::string WinntDomain::Class() const {
-  return "Domain";
-}
-std::string WinntDomain::ADsPath() const {
-  return "WinNT://" + name_;
-}
-std::string WinntDomain::Parent() const {
-  return "WinNT:";
-}
-
 void WinntDomain::enumerate(std::span<const std::string> classes,
                             const std::function<bool(const ObjectPtr&)>& visit) {
   domain_.store.refresh();
@@ -67,7 +48,7 @@ void WinntDomain::enumerate(std::span<const std::string> classes,
   });
   for (const std::string& name : names) {
     // What was visited before may have deleted this one.
-    if (domain_.store.find(name) != nullptr && !visit(bind_winnt_account(domain_, name, name_)))
+    if (domain_.store.find(name) != nullptr && !visit(bind_winnt_account(domain_, name, Name())))
       return;
   }
 }
@@ -76,32 +57,25 @@ const std::string& WinntDomain::find(std::string_view object_class, std::string_
   domain_.store.refresh();
   const bool any = object_class.empty();
   const Entry* entry = nullptr;
-  if (any || base::equals_fold(object_class, kUser))
+  if (any || base::equals_fold(object_class, ads::kWinntUser))
     entry = find_account(domain_, name, true);
-  if (entry == nullptr && (any || base::equals_fold(object_class, kGroup)))
+  if (entry == nullptr && (any || base::equals_fold(object_class, ads::kWinntGroup)))
     entry = find_account(domain_, name, false);
-  if (entry == nullptr) {
-    raise(base::equals_fold(object_class, kGroup) ? ads_error::kGroupNotFound : ads_error::kUserNotFound,
-          "The domain has no account " + std::string(name));
-  }
+  if (entry == nullptr)
+    ads::raise_no_account(object_class, name);
   return entry->dn();
 }
 
 ObjectPtr WinntDomain::GetObject(std::string_view object_class, std::string_view name) {
-  return bind_winnt_account(domain_, find(object_class, name), name_);
+  return bind_winnt_account(domain_, find(object_class, name), Name());
 }
 
 ObjectPtr WinntDomain::Create(std::string_view object_class, std::string_view name) {
-  const bool user = base::equals_fold(object_class, kUser);
-  if (!user && !base::equals_fold(object_class, kGroup)) {
-    raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
-  }
-  ads::check_account_name(name, user);
-  const std::string_view ldap_class = user ? "user" : "group";
+  const std::string_view ldap_class = ads::is_new_user(object_class, name) ? "user" : "group";
   StagedEntry entry(domain_, ads::Provider::kWinnt, account_dn(domain_, ldap_class, name),
                     std::string(ldap_class));
   entry.stage(2, "sAMAccountName", name);
-  return std::make_shared<WinntAccount>(std::move(entry), name_, std::string(name));
+  return std::make_shared<WinntAccount>(std::move(entry), Name(), std::string(name));
 }
 
 void WinntDomain::Delete(std::string_view object_class, std::string_view name) {
@@ -112,7 +86,7 @@ ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optiona
   domain_.store.refresh();
   std::string dn = resolve_entry(domain_, source_path);
   if (!new_name)
-    return bind_winnt_account(domain_, dn, name_);
+    return bind_winnt_account(domain_, dn, Name());
   // A flat domain knows an account by this name only, so its entry is renamed too, and first: it is
   // found under the old name until all is done.
   const std::string old_dn = dn;
@@ -134,38 +108,14 @@ ObjectPtr WinntDomain::MoveHere(std::string_view source_path, const std::optiona
       move_object(domain_, dn, old_dn);
     throw;
   }
-  return bind_winnt_account(domain_, dn, name_);
+  return bind_winnt_account(domain_, dn, Name());
 }
 
 WinntAccount::WinntAccount(StagedEntry entry, std::string domain_name, std::string name)
-    : entry_(std::move(entry)), domain_name_(std::move(domain_name)), name_(std::move(name)) {}
+    : WinntAccountObject(std::move(domain_name)), entry_(std::move(entry)), name_(std::move(name)) {}
 
-std::string WinntAccount::Name() const {
-  return name_;
-}
 std::string WinntAccount::Class() const {
-  return std::string(base::equals_fold(entry_.object_class(), "group") ? kGroup : kUser);
-}
-std::string WinntAccount::ADsPath() const {
-  return "WinNT://" + domain_name_ + "/" + name_;
-}
-std::string WinntAccount::Parent() const {
-  return "WinNT://" + domain_name_;
-}
-
-Value WinntAccount::Get(std::string_view property) {
-  Value value = ads::get_winnt(entry_, property);
-  if (value.is_empty())
-    raise(ads_error::kPropertyNotFound, name_ + " has no value for " + std::string(property));
-  return value;
-}
-
-void WinntAccount::Put(std::string_view property, const Value& value) {
-  ads::put_winnt(entry_, property, value);
-}
-
-void WinntAccount::PutEx(int control, std::string_view property, const Value& value) {
-  ads::put_ex_winnt(entry_, control, property, value);
+  return std::string(base::equals_fold(entry_.object_class(), "group") ? ads::kWinntGroup : ads::kWinntUser);
 }
 
 void WinntAccount::SetInfo() {
@@ -202,7 +152,7 @@ std::vector<ObjectPtr> WinntAccount::bind_all(const std::vector<std::string>& dn
   std::vector<ObjectPtr> objects;
   objects.reserve(dns.size());
   for (const std::string& dn : dns)
-    objects.push_back(bind_winnt_account(domain(), dn, domain_name_));
+    objects.push_back(bind_winnt_account(domain(), dn, domain_name()));
   return objects;
 }
 

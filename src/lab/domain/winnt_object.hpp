@@ -2,21 +2,16 @@
 
 #include <string>
 
-#include "ads/basic_object.hpp"
+#include "ads/winnt_object.hpp"
 #include "lab/domain/staged_entry.hpp"
 
 namespace twk::lab {
 
 /// A domain bound through WinNT: a flat container of users and groups, named by their account names. New
 /// accounts go to CN=Users. Computer accounts are not among its children.
-class WinntDomain final : public ads::BasicObject {
+class WinntDomain final : public ads::WinntDomainObject {
  public:
-  WinntDomain(LabDomain& domain, std::string name);
-
-  [[nodiscard]] std::string Name() const override;
-  [[nodiscard]] std::string Class() const override;
-  [[nodiscard]] std::string ADsPath() const override;
-  [[nodiscard]] std::string Parent() const override;
+  WinntDomain(LabDomain& domain, std::string name) : WinntDomainObject(std::move(name)), domain_(domain) {}
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;
@@ -31,23 +26,17 @@ class WinntDomain final : public ads::BasicObject {
   [[nodiscard]] const std::string& find(std::string_view object_class, std::string_view name) const;
 
   LabDomain& domain_;
-  std::string name_;
 };
 
 /// A user or a group bound through WinNT.
-class WinntAccount final : public ads::BasicObject {
+class WinntAccount final : public ads::WinntAccountObject {
  public:
   /// `domain_name` as the paths spell it; `name` is for an object that is not stored yet.
   WinntAccount(StagedEntry entry, std::string domain_name, std::string name);
 
-  [[nodiscard]] std::string Name() const override;
+  [[nodiscard]] std::string Name() const override { return name_; }
   [[nodiscard]] std::string Class() const override;
-  [[nodiscard]] std::string ADsPath() const override;
-  [[nodiscard]] std::string Parent() const override;
 
-  platform::Value Get(std::string_view property) override;
-  void Put(std::string_view property, const platform::Value& value) override;
-  void PutEx(int control, std::string_view property, const platform::Value& value) override;
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
 
@@ -60,11 +49,11 @@ class WinntAccount final : public ads::BasicObject {
   std::vector<platform::ObjectPtr> Groups() override;
 
  private:
+  ads::AttributeAccess& attributes() override { return entry_; }
   [[nodiscard]] LabDomain& domain() const { return entry_.domain(); }
   [[nodiscard]] std::vector<platform::ObjectPtr> bind_all(const std::vector<std::string>& dns) const;
 
   StagedEntry entry_;
-  std::string domain_name_;
   std::string name_;
 };
 

@@ -52,7 +52,7 @@ ExchangeObject::ExchangeObject(New, EntryStore& store, std::string server, std::
       new_(true) {}
 
 std::string ExchangeObject::Name() const {
-  return object_name(dn_);
+  return ads::object_name(dn_);
 }
 
 std::string ExchangeObject::ADsPath() const {

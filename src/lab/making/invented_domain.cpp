@@ -10,22 +10,16 @@
 #include "lab/domain/account_rules.hpp"
 #include "lab/making/configuration_entries.hpp"
 #include "lab/making/invented_names.hpp"
+#include "platform/group_type.hpp"
 
 namespace twk::lab {
 namespace {
 
+namespace group_type = platform::group_type;
+
 constexpr std::uint32_t kFirstRid = 1000;
 constexpr std::size_t kUnitsInPlace = 5;  ///< a place and the departments below it
 constexpr std::size_t kMostGroupsOfUser = 4;
-constexpr std::uint32_t kSecurity = 0x80000000U;
-constexpr std::uint32_t kGlobal = 2;
-constexpr std::uint32_t kLocal = 4;
-constexpr std::uint32_t kUniversal = 8;
-constexpr std::uint32_t kBuiltinLocal = 5;
-
-std::int32_t signed_bits(std::uint32_t bits) {
-  return static_cast<std::int32_t>(bits);
-}
 
 class DomainWriter {
  public:
@@ -132,11 +126,11 @@ class DomainWriter {
   }
 
   void write_needed_group(const std::string& parent, const std::string& name, std::string sid,
-                          std::uint32_t type, std::string_view about,
+                          std::int32_t type, std::string_view about,
                           const std::vector<std::string>& members) {
     LdifRecord group = make(ads::make_rdn("CN", name) + "," + parent, "group");
     add_account(group, name, std::move(sid));
-    const std::int32_t bits = signed_bits(kSecurity | type);
+    const std::int32_t bits = group_type::kSecurity | type;
     add(group, "groupType", base::to_text(bits));
     add(group, "sAMAccountType", group_account_type(bits));
     add(group, "description", std::string(about));
@@ -176,18 +170,23 @@ class DomainWriter {
       people_.reserve(plan_.administrator);
       admins.push_back(ads::make_rdn("CN", plan_.administrator) + "," + users);
     }
-    write_needed_group(users, "Domain Admins", rid_sid(512), kGlobal, "Administrators of the domain", admins);
-    write_needed_group(users, "Domain Users", rid_sid(513), kGlobal, "All domain users", {});
-    write_needed_group(users, "Domain Guests", rid_sid(514), kGlobal, "All domain guests",
+    write_needed_group(users, "Domain Admins", rid_sid(512), group_type::kGlobal,
+                       "Administrators of the domain", admins);
+    write_needed_group(users, "Domain Users", rid_sid(513), group_type::kGlobal, "All domain users", {});
+    write_needed_group(users, "Domain Guests", rid_sid(514), group_type::kGlobal, "All domain guests",
                        {"CN=Guest," + users});
-    write_needed_group(users, "Domain Computers", rid_sid(515), kGlobal, "Workstations and servers", {});
-    write_needed_group(users, "Domain Controllers", rid_sid(516), kGlobal, "All domain controllers", {});
-    write_needed_group(builtin, "Administrators", ads::make_builtin_sid(544), kBuiltinLocal,
-                       "Full access to the domain",
+    write_needed_group(users, "Domain Computers", rid_sid(515), group_type::kGlobal,
+                       "Workstations and servers", {});
+    write_needed_group(users, "Domain Controllers", rid_sid(516), group_type::kGlobal,
+                       "All domain controllers", {});
+    write_needed_group(builtin, "Administrators", ads::make_builtin_sid(544),
+                       group_type::kBuiltin | group_type::kLocal, "Full access to the domain",
                        {"CN=Administrator," + users, "CN=Domain Admins," + users});
-    write_needed_group(builtin, "Users", ads::make_builtin_sid(545), kBuiltinLocal, "Ordinary users",
+    write_needed_group(builtin, "Users", ads::make_builtin_sid(545),
+                       group_type::kBuiltin | group_type::kLocal, "Ordinary users",
                        {"CN=Domain Users," + users});
-    write_needed_group(builtin, "Guests", ads::make_builtin_sid(546), kBuiltinLocal, "Guests of the domain",
+    write_needed_group(builtin, "Guests", ads::make_builtin_sid(546),
+                       group_type::kBuiltin | group_type::kLocal, "Guests of the domain",
                        {"CN=Domain Guests," + users});
   }
 
@@ -244,21 +243,21 @@ class DomainWriter {
     }
   }
 
-  std::uint32_t group_type(std::size_t n) const {
-    static constexpr std::array<std::uint32_t, 8> kTypes = {kSecurity | kGlobal,
-                                                            kSecurity | kGlobal,
-                                                            kSecurity | kLocal,
-                                                            kSecurity | kGlobal,
-                                                            kSecurity | kGlobal,
-                                                            kSecurity | kUniversal,
-                                                            kGlobal,
-                                                            kSecurity | kGlobal};
-    const std::uint32_t type = kTypes.at(n % kTypes.size());
+  std::int32_t type_of_group(std::size_t n) const {
+    static constexpr std::array<std::int32_t, 8> kTypes = {group_type::kGlobalSecurity,
+                                                           group_type::kGlobalSecurity,
+                                                           group_type::kSecurity | group_type::kLocal,
+                                                           group_type::kGlobalSecurity,
+                                                           group_type::kGlobalSecurity,
+                                                           group_type::kSecurity | group_type::kUniversal,
+                                                           group_type::kGlobal,
+                                                           group_type::kGlobalSecurity};
+    const std::int32_t type = kTypes.at(n % kTypes.size());
     if (config_.kind == DomainKind::kNative)
       return type;
-    if (config_.kind == DomainKind::kNt && (type & kSecurity) == 0)
-      return kSecurity | kGlobal;
-    return (type & kUniversal) != 0 ? kSecurity | kLocal : type;
+    if (config_.kind == DomainKind::kNt && (type & group_type::kSecurity) == 0)
+      return group_type::kGlobalSecurity;
+    return (type & group_type::kUniversal) != 0 ? group_type::kSecurity | group_type::kLocal : type;
   }
 
   void write_groups() {
@@ -266,7 +265,7 @@ class DomainWriter {
       const std::string name = group_name(i);
       LdifRecord group = make(ads::make_rdn("CN", name) + "," + units_[i % units_.size()], "group");
       add_account(group, name, rid_sid(kFirstRid + 2 + static_cast<std::uint32_t>(plan_.users + i)));
-      const std::int32_t type = signed_bits(group_type(i));
+      const std::int32_t type = type_of_group(i);
       add(group, "groupType", base::to_text(type));
       add(group, "sAMAccountType", group_account_type(type));
       std::vector<std::string> names;

@@ -40,11 +40,7 @@ struct Lab::Services {
         network(domain, identity),
         files(servers, identity, workstation_files),
         security(domain, identity, files),
-        mailboxes(directory, config.domain,
-                  [this](std::size_t count) {
-                    const std::string bytes = random_bytes(domain, count);
-                    return base::Bytes(bytes.begin(), bytes.end());
-                  }),
+        mailboxes(directory, config.domain),
         registry((root / "settings").string()) {}
 
   std::filesystem::path folder;

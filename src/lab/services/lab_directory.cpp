@@ -11,6 +11,7 @@
 #include "lab/domain/winnt_object.hpp"
 #include "lab/exchange/exchange_object.hpp"
 #include "lab/store/errors.hpp"
+#include "platform/adsi.hpp"
 
 namespace twk::lab {
 
@@ -20,7 +21,7 @@ ObjectPtr LabDirectory::bind_namespace(ads::Provider provider) {
   const bool nt = domain_.config.kind == DomainKind::kNt;
   std::vector<std::string> children;
   if (provider == ads::Provider::kWinnt) {
-    children.push_back("WinNT://" + domain_.config.netbios);
+    children.push_back(platform::winnt_path(domain_.config.netbios));
   } else if (!nt) {
     children.push_back((provider == ads::Provider::kGc ? "GC://" : "LDAP://") + domain_.config.domain);
   }

@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "lab/store/errors.hpp"
 #include "platform/access_check.hpp"
+#include "platform/network_path.hpp"
 
 namespace twk::lab {
 namespace {
@@ -51,20 +52,19 @@ std::optional<ServerPath> locate(FileServers& servers, std::string_view path, Fi
   std::replace(text.begin(), text.end(), '/', '\\');
   if (!text.starts_with("\\\\") || path.starts_with('/'))
     return std::nullopt;
-  const std::size_t server_end = text.find('\\', 2);
-  if (server_end == base::npos || server_end == 2)
+  const platform::NetworkPath parts = platform::take_apart(text);
+  if (parts.server.empty())
     raise(base::error::kBadFileName, "Not a path of a file server: " + std::string(path));
-  const std::string name = text.substr(2, server_end - 2);
+  const std::string name(parts.server);
   const bool is_known = known != nullptr && base::equals_fold(known->name(), name);
   FileServer* const server = is_known ? known : servers.find(name);
   if (server == nullptr)
     raise(base::error::kFileNotFound, "The network path was not found: \\\\" + name);
-  const std::size_t share_end = std::min(text.find('\\', server_end + 1), text.size());
-  const std::string share_name = text.substr(server_end + 1, share_end - server_end - 1);
-  auto share = server->shares().find(share_name);
+  auto share = server->shares().find(parts.share);
   if (!share)
-    raise(base::error::kFileNotFound, "The network name was not found: \\\\" + name + "\\" + share_name);
-  std::string server_path = share->path + text.substr(share_end);
+    raise(base::error::kFileNotFound,
+          "The network name was not found: \\\\" + name + "\\" + std::string(parts.share));
+  std::string server_path = share->path + std::string(parts.tail);
   return ServerPath{*server, *std::move(share), std::move(server_path)};
 }
 

@@ -20,10 +20,9 @@ void require_controller(const LabDomain& domain, std::string_view server) {
 }
 
 ShareInfo502 to_info(const FileShare& share) {
-  constexpr std::uint32_t kAdministrative = 0x80000000;
   ShareInfo502 info;
   info.shi502_netname = share.name;
-  info.shi502_type = share.administrative ? kAdministrative : 0;
+  info.shi502_type = share.administrative ? platform::kAdministrativeShare : 0;
   info.shi502_remark = share.comment;
   info.shi502_max_uses = share.max_users;
   info.shi502_path = share.path;

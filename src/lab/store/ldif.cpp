@@ -23,8 +23,8 @@ constexpr std::size_t kFewAttributes = 32;
 class LineReader {
  public:
   LineReader(std::string_view text, std::size_t first_line) : text_(text), next_number_(first_line) {
-    if (text_.starts_with("\xEF\xBB\xBF"))
-      at_ = 3;
+    if (text_.starts_with(base::kByteOrderMark))
+      at_ = base::kByteOrderMark.size();
   }
 
   /// Goes on to the next line; false at the end of the text.

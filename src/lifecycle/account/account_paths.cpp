@@ -4,6 +4,8 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/operations.hpp"
+#include "platform/adsi.hpp"
 #include "platform/query.hpp"
 #include "platform/user_parameters.hpp"
 #include "session/session.hpp"
@@ -47,10 +49,7 @@ void read_by_search(Session& session, const Visit& visit) {
                                  "homeDirectory,profilePath,userParameters;subtree"),
       options);
   for (; !rows->at_eof(); rows->MoveNext()) {
-    const auto text = [&](std::size_t field) {
-      const platform::Value value = rows->field(field);
-      return value.is_empty() ? std::string() : value.text();
-    };
+    const auto text = [&](std::size_t field) { return rows->field(field).text(); };
     const std::string account = text(0);
     visit_path(visit, account, kHomePath, text(1));
     visit_path(visit, account, kProfilePath, text(2));
@@ -58,23 +57,14 @@ void read_by_search(Session& session, const Visit& visit) {
   }
 }
 
-std::string value_of(const platform::ObjectPtr& user, std::string_view property) {
-  std::string value;
-  base::Trap trap;
-  trap([&] { value = user->Get(property).text(); });
-  if (trap.number() != 0 && trap.number() != platform::ads_error::kPropertyNotFound)
-    base::raise(trap.number(), trap.description());
-  return value;
-}
-
 void read_by_account(Session& session, const Visit& visit) {
   const std::vector<std::string> users{"User"};
-  session.platform.directory.GetObject("WinNT://" + session.DomainName)
+  session.platform.directory.GetObject(directory::winnt_path(session))
       ->enumerate(users, [&](const platform::ObjectPtr& user) {
         const std::string account = user->Name();
-        visit_path(visit, account, kHomePath, value_of(user, "HomeDirectory"));
-        visit_path(visit, account, kProfilePath, value_of(user, "Profile"));
-        visit_terminal_paths(visit, account, value_of(user, "Parameters"));
+        visit_path(visit, account, kHomePath, platform::text_or_empty(*user, "HomeDirectory"));
+        visit_path(visit, account, kProfilePath, platform::text_or_empty(*user, "Profile"));
+        visit_terminal_paths(visit, account, platform::text_or_empty(*user, "Parameters"));
         return true;
       });
 }

@@ -36,7 +36,7 @@ void bind_user(DeleteRun& run) {
       run.display_name = run.user->Name();
   } else {
     run.user =
-        session.platform.directory.GetObject("WinNT://" + session.DomainName)->GetObject("user", run.key);
+        session.platform.directory.GetObject(directory::winnt_path(session))->GetObject("user", run.key);
     run.logon_name = run.display_name = run.key;
   }
   const platform::User user(run.user);
@@ -54,7 +54,7 @@ void delete_account(DeleteRun& run) {
   if (session::is_active_directory(session))
     directory.GetObject(run.user->Parent())->Delete("User", run.user->Name());
   else
-    directory.GetObject("WinNT://" + session.DomainName)->Delete("User", run.key);
+    directory.GetObject(directory::winnt_path(session))->Delete("User", run.key);
   session.log.line("Deleted User Account: " + run.display_name);
   run.deleted = true;
   run.DeletedName = run.key;

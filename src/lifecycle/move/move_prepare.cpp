@@ -1,5 +1,6 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "creation/paths.hpp"
 #include "format/replace.hpp"
 #include "lifecycle/account/account_log.hpp"
 #include "lifecycle/move/move_run.hpp"
@@ -46,17 +47,14 @@ std::string expand(const MoveRun& run, std::string_view text) {
   return format::FRString(format::FRString(base::trim(text), "%Server%", run.server), "%UserName%", run.key);
 }
 
-/// How to reach the folder of the server: through the template's share point, which ends in a backslash, or
-/// through the administrative share of the drive.
+/// A share point that a template has without the backslash at its end gets it here.
 std::string reachable(const MoveRun& run, const std::string& local, std::string_view share_point) {
-  if (share_point.empty())
-    return "\\\\" + run.server + "\\" + std::string(base::left(local, 1)) + "$" +
-           std::string(base::mid(local, 3));
   std::string point = format::FRString(share_point, "%UserName%", run.key);
   while (point.ends_with('\\'))
     point.pop_back();
-  const std::size_t slash = local.rfind('\\');
-  return "\\\\" + run.server + "\\" + point + (slash == base::npos ? "\\" + local : local.substr(slash));
+  if (!share_point.empty())
+    point += '\\';
+  return creation::reachable_path(run.server, local, point);
 }
 
 void resolve(MoveRun& run, MovedFolder& folder, const controls::TextBox& local,

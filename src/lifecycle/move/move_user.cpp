@@ -48,8 +48,7 @@ void bind_user(MoveRun& run) {
   Session& session = run.session;
   prepare_failure(session, "Error Getting " + run.key + " details.",
                   "Error Getting Users Details, Check PDC/Network Connection");
-  run.path =
-      session::is_active_directory(session) ? run.key : "WinNT://" + session.DomainName + "/" + run.key;
+  run.path = session::is_active_directory(session) ? run.key : directory::winnt_path(session, run.key);
   run.user = session.platform.directory.GetObject(run.path);
 }
 
@@ -116,8 +115,7 @@ void join_groups(MoveRun& run) {
     for (std::size_t i = 0; i < groups.size(); ++i) {
       const controls::ListRow& row = groups.at(i);
       const std::string group =
-          active_directory ? row.key
-                           : "WinNT://" + session.DomainName + "/" + std::string(base::trim(row.text));
+          active_directory ? row.key : directory::winnt_path(session, base::trim(row.text));
       join_group(run, group, row.text);
     }
     session.log.line("Added user to Groups");

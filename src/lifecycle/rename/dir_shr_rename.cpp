@@ -3,7 +3,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/paths.hpp"
-#include "lifecycle/trees/file_operation.hpp"
+#include "platform/adsi.hpp"
+#include "platform/network_path.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {
@@ -13,19 +14,12 @@ using creation::Get_Share_Name;
 using session::Session;
 
 std::size_t tail_position(std::string_view path) {
-  constexpr std::size_t kBehindSlashes = 2;
-  if (!path.starts_with('\\') || path.size() <= kBehindSlashes)
-    return 0;
-  const std::size_t share = path.find('\\', kBehindSlashes);
-  if (share == base::npos)
-    return 0;
-  const std::size_t tail = path.find('\\', share + 1);
-  return tail == base::npos ? 0 : tail;
+  const std::string_view tail = platform::take_apart(path).tail;
+  return tail.empty() ? 0 : path.size() - tail.size();
 }
 
 std::string tail_of(std::string_view path) {
-  const std::size_t at = tail_position(path);
-  return at == 0 ? std::string() : std::string(path.substr(at));
+  return std::string(platform::take_apart(path).tail);
 }
 
 bool Has_Sub_Path(std::string_view path) {
@@ -34,13 +28,6 @@ bool Has_Sub_Path(std::string_view path) {
 
 bool Same_Share(std::string_view a, std::string_view b) {
   return base::equals_fold(Get_Server_Name(a) + Get_Share_Name(a), Get_Server_Name(b) + Get_Share_Name(b));
-}
-
-bool Delete_Share_Of(Session& session, std::string_view path) {
-  bool deleted = false;
-  base::Trap trap;
-  trap([&] { deleted = delete_share(session, Get_Server_Name(path), Get_Share_Name(path)); });
-  return deleted;
 }
 
 std::string Admin_Path_Of(Session& session, std::string_view path, bool KeepTail) {
@@ -65,16 +52,9 @@ void look_up_temp(Session& session) {
     static_cast<void>(session.platform.files.is_directory(temp));
 }
 
-std::string Cut_At_Name(std::string_view path, std::string_view name) {
-  const std::size_t found = base::find_fold(path, name);
-  if (found == base::npos)
-    return {};
-  return std::string(path.substr(0, path.find('\\', found + name.size())));
-}
-
 std::string Share_Local_Path(Session& session, std::string_view path) {
   return session.platform.directory
-      .GetObject("WinNT://" + Get_Server_Name(path) + "/lanmanserver/" + Get_Share_Name(path))
+      .GetObject(platform::share_path(Get_Server_Name(path), Get_Share_Name(path)))
       ->Get("Path")
       .text();
 }

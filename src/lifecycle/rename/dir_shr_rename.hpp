@@ -21,9 +21,6 @@ std::string tail_of(std::string_view path);
 bool Has_Sub_Path(std::string_view path);
 /// True when server and share are the same, in any case.
 bool Same_Share(std::string_view a, std::string_view b);
-/// Deletes the share that the path names. False when that failed; a share of a whole drive is
-/// kept.
-bool Delete_Share_Of(session::Session& session, std::string_view path);
 /// The folder of a share, by the administrative share of its drive: "\\FS1\D$\Users"; with the
 /// path's tail if that is kept. Raises when the server does not know the share, or the folder is not on
 /// a drive.
@@ -34,9 +31,6 @@ bool Dir_Exists(session::Session& session, std::string_view path);
 /// Only the second half of that: the look-up of `TEMP`.
 void look_up_temp(session::Session& session);
 
-/// The path up to the first backslash after the name, the whole path when none follows; empty when the name
-/// is not in it. The name is found in any case.
-std::string Cut_At_Name(std::string_view path, std::string_view name);
 /// The folder on the server that the path's share leads to. Raises what the directory raises.
 std::string Share_Local_Path(session::Session& session, std::string_view path);
 

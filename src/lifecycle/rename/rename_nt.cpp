@@ -37,10 +37,6 @@ std::string find_refused(Session& session, std::string_view name) {
   return first;
 }
 
-std::string domain_path(const Session& session) {
-  return "WinNT://" + session.DomainName;
-}
-
 /// The tree and the lists follow.
 void show_new_name(Session& session, controls::TreeNode& node, const std::string& old_name,
                    const std::string& new_name) {
@@ -61,8 +57,8 @@ void rename_account(Session& session, controls::TreeNode& node, PreparedRename& 
   const std::string old_name = session.rename_nt.OldName;
   const std::string& new_name = prepared.user.new_name;
   if (old_name != new_name) {
-    prepared.user.object = session.platform.directory.GetObject(domain_path(session))
-                               ->MoveHere(domain_path(session) + "/" + old_name, new_name);
+    prepared.user.object = session.platform.directory.GetObject(directory::winnt_path(session))
+                               ->MoveHere(directory::winnt_path(session) + "/" + old_name, new_name);
   }
   session.form1.StatusBar1.panel1 = old_name + " Renamed to " + new_name;
   show_new_name(session, node, old_name, new_name);
@@ -112,7 +108,8 @@ void put_full_name(Session& session, const ObjectPtr& object) {
 }
 
 ObjectPtr account_of(Session& session) {
-  return session.platform.directory.GetObject(domain_path(session) + "/" + session.rename_nt.OldName);
+  return session.platform.directory.GetObject(directory::winnt_path(session) + "/" +
+                                              session.rename_nt.OldName);
 }
 
 void change_names(Session& session, controls::TreeNode& node) {
@@ -156,7 +153,7 @@ void Rename_NT_Load(Session& session) {
   if (node == nullptr)
     base::raise(base::error::kOutOfBounds, "no user is selected");
   const platform::User user(
-      session.platform.directory.GetObject(domain_path(session))->GetObject("user", node->text));
+      session.platform.directory.GetObject(directory::winnt_path(session))->GetObject("user", node->text));
   session::Rename_NT& window = session.rename_nt;
   window.OldName = node->text;
   window.User_Logon.text = node->text;

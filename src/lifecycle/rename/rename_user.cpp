@@ -22,20 +22,9 @@ namespace twk::lifecycle {
 namespace {
 
 using platform::ObjectPtr;
+using platform::plain_name;
+using platform::readable_text;
 using session::Session;
-
-/// Without its "CN=" and with the commas unescaped.
-std::string plain_name(const std::string& name) {
-  return platform::unescape_dn_value(base::mid(name, 4));
-}
-
-/// Empty when the attribute has no value.
-std::string text_of(const ObjectPtr& object, std::string_view attribute) {
-  std::string text;
-  base::Trap without_value;
-  without_value([&] { text = object->Get(attribute).text(); });
-  return text;
-}
 
 struct RenameRun {
   Session& session;
@@ -48,7 +37,7 @@ struct RenameRun {
 
 /// Writes what differs, so that an unchanged name is not written.
 void put_or_clear(const ObjectPtr& user, std::string_view attribute, const std::string& value) {
-  const std::string stored = text_of(user, attribute);
+  const std::string stored = readable_text(user, attribute);
   if (value == stored)
     return;
   if (value.empty())
@@ -79,9 +68,9 @@ std::vector<std::string> names_now(const RenameRun& run) {
       principal_name(window) == window.PrincipalShown)
     return {};
   std::vector<std::string> names;
-  for (std::string name :
-       {text_of(run.user, "samAccountName"), plain_name(run.user->Name()),
-        text_of(run.user, "userPrincipalName"), std::string(directory::name_in_path(run.user->ADsPath()))}) {
+  for (std::string name : {readable_text(run.user, "samAccountName"), plain_name(run.user->Name()),
+                           readable_text(run.user, "userPrincipalName"),
+                           std::string(directory::name_in_path(run.user->ADsPath()))}) {
     if (!name.empty())
       names.push_back(std::move(name));
   }
@@ -99,7 +88,7 @@ void prepare(RenameRun& run) {
   run.text = "Nothing was renamed.";
   run.title = "Error renaming directories";
   const bool by_common_name = session.form1.CNName.value;
-  const std::string account = text_of(run.user, "samAccountName");
+  const std::string account = readable_text(run.user, "samAccountName");
   const std::string logon = typed(window.Logon_Name_pre2000);
   RenameOrder order;
   order.object = run.user;
@@ -180,7 +169,7 @@ bool rename_directories(RenameRun& run) {
     return true;
   if (!is_folder_name_changed(session)) {
     tell_folders_stay(session, session.form1.CNName.value ? "full name" : "logon name",
-                      text_of(run.user, "samAccountName"));
+                      readable_text(run.user, "samAccountName"));
     return true;
   }
   run.prepared.user.object = run.user;
@@ -198,7 +187,7 @@ void rename(RenameRun& run) {
   save_logon_names(run);
   save_display_names(run);
   rename_object(run);
-  run.session.log.line("Changing Names for: " + text_of(run.user, "samAccountName"));
+  run.session.log.line("Changing Names for: " + readable_text(run.user, "samAccountName"));
   if (rename_directories(run))
     end_rename(run.session, run.prepared);
   show_new_text(run);
@@ -249,8 +238,8 @@ void RenameUser_Load(Session& session) {
   window.Last_Name.text = user.LastName();
   window.Display_Name.text = user.FullName();
   window.WINNT_Domain.caption = session.NTDomainName + "\\";
-  window.Logon_Name_pre2000.text = text_of(object, "samAccountName");
-  show_principal_name(session, text_of(object, "userPrincipalName"));
+  window.Logon_Name_pre2000.text = readable_text(object, "samAccountName");
+  show_principal_name(session, readable_text(object, "userPrincipalName"));
   window.ReNameSD.value = 0;
   window.Full_Name_Changed = false;
   window.Logon_Name_Changed = false;

@@ -10,6 +10,7 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/tree_copy.hpp"
 #include "lifecycle/trees/tree_path.hpp"
+#include "platform/adsi.hpp"
 #include "session/account_windows.hpp"
 #include "session/form1.hpp"
 #include "session/session.hpp"
@@ -173,8 +174,8 @@ bool Check_Path_Word(Session& session, std::string_view path, std::string_view w
 
 std::string Locate_Share_Point(Session& session, const std::string& server, const std::string& share) {
   constexpr std::size_t kMostCandidates = 5;
-  const std::string object = "WinNT://" + server + "/lanmanserver";
-  const std::string folder = session.platform.directory.GetObject(object + "/" + share)->Get("Path").text();
+  platform::DirectoryService& directory = session.platform.directory;
+  const std::string folder = directory.GetObject(platform::share_path(server, share))->Get("Path").text();
   std::vector<std::string> above;
   for (std::size_t at = folder.size(); at > 0 && above.size() < kMostCandidates; --at) {
     if (folder[at - 1] == '\\')
@@ -182,7 +183,7 @@ std::string Locate_Share_Point(Session& session, const std::string& server, cons
   }
   std::string found;
   const std::vector<std::string> classes{"FileShare"};
-  session.platform.directory.GetObject(object)->enumerate(classes, [&](const platform::ObjectPtr& one) {
+  directory.GetObject(platform::shares_path(server))->enumerate(classes, [&](const platform::ObjectPtr& one) {
     std::string path = one->Get("Path").text();
     // A drive has a backslash at its end, unlike any other folder.
     while (path.ends_with('\\'))
@@ -202,7 +203,7 @@ bool delete_share(Session& session, const std::string& server, const std::string
     session.log.line("Not deleting share " + share + " on " + server + ": it is the whole drive " + *folder);
     return false;
   }
-  session.platform.directory.GetObject("WinNT://" + server + "/lanmanserver")->Delete("fileshare", share);
+  session.platform.directory.GetObject(platform::shares_path(server))->Delete("fileshare", share);
   folder_use(session)->forget_share(server, share);
   return true;
 }

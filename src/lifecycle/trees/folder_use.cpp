@@ -8,6 +8,7 @@
 #include "base/text.hpp"
 #include "format/replace.hpp"
 #include "lifecycle/account/account_paths.hpp"
+#include "platform/adsi.hpp"
 #include "session/account_windows.hpp"
 #include "session/session.hpp"
 
@@ -145,7 +146,7 @@ class FolderUse::Server {
 
   Server(Session& session, const std::string& name) : key_(server_key(name)) {
     const std::vector<std::string> classes{"FileShare"};
-    session.platform.directory.GetObject("WinNT://" + name + "/lanmanserver")
+    session.platform.directory.GetObject(platform::shares_path(name))
         ->enumerate(classes, [this](const platform::ObjectPtr& share) {
           std::string folder;
           base::Trap without_folder;

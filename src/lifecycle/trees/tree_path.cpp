@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "platform/adsi.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {
@@ -34,10 +35,6 @@ std::string folded(std::string_view folder) {
   while (text.ends_with('\\'))
     text.pop_back();
   return text + '\\';
-}
-
-std::string object_path(const std::string& server) {
-  return "WinNT://" + server + "/lanmanserver";
 }
 
 }  // namespace
@@ -77,7 +74,7 @@ std::optional<std::string> share_folder(Session& session, const std::string& ser
   std::optional<std::string> folder;
   base::Trap unknown;
   unknown([&] {
-    folder = session.platform.directory.GetObject(object_path(server) + "/" + share)->Get("Path").text();
+    folder = session.platform.directory.GetObject(platform::share_path(server, share))->Get("Path").text();
   });
   return folder;
 }

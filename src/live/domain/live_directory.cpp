@@ -3,6 +3,7 @@
 #include "ads/dn.hpp"
 #include "ads/namespace_object.hpp"
 #include "ads/schema_object.hpp"
+#include "ads/winnt_object.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/domain/bind_shares.hpp"
@@ -45,19 +46,6 @@ class RootDse final : public ads::BasicObject {
   LdapEntry stored_;
 };
 
-/// A domain that this workstation knows but is not logged on to.
-class NamedDomain final : public ads::BasicObject {
- public:
-  explicit NamedDomain(std::string name) : name_(std::move(name)) {}
-  [[nodiscard]] std::string Name() const override { return name_; }
-  [[nodiscard]] std::string Class() const override { return "Domain"; }
-  [[nodiscard]] std::string ADsPath() const override { return "WinNT://" + name_; }
-  [[nodiscard]] std::string Parent() const override { return "WinNT:"; }
-
- private:
-  std::string name_;
-};
-
 /// The name of the domain itself first, the pre-2000 one if known, then the other visible ones.
 std::vector<std::string> domain_names(LiveDomain& domain) {
   std::string own = domain.settings().domain;
@@ -84,7 +72,7 @@ ObjectPtr LiveDirectory::bind_namespace(Provider provider) {
         "WinNT:", "Domain", names, [this, own](const std::string& name) -> ObjectPtr {
           if (name == own)
             return std::make_shared<WinntDirectoryDomain>(domain_, name);
-          return std::make_shared<NamedDomain>(name);
+          return std::make_shared<ads::WinntDomainObject>(name);
         });
   }
   std::vector<std::string> children;

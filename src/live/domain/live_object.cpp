@@ -9,6 +9,7 @@
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "platform/utf16.hpp"
 
 namespace twk::live {
 namespace {
@@ -29,22 +30,8 @@ bool is_computed(std::string_view attribute) {
 
 /// "unicodePwd", [MS-ADTS] 3.1.1.3.1.5.1: the password in double quotes, UTF-16LE.
 std::string encode_password(std::string_view password) {
-  std::string bytes;
-  const auto append = [&](char32_t unit) {
-    bytes.push_back(static_cast<char>(unit & 0xFFU));
-    bytes.push_back(static_cast<char>(unit >> 8U & 0xFFU));
-  };
-  append('"');
-  for (const char32_t c : base::to_utf32(password)) {
-    if (c < 0x10000) {
-      append(c);
-    } else {
-      append(0xD800U + ((c - 0x10000U) >> 10U));
-      append(0xDC00U + ((c - 0x10000U) & 0x3FFU));
-    }
-  }
-  append('"');
-  return bytes;
+  base::Bytes bytes = platform::to_utf16("\"" + std::string(password) + "\"");
+  return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace
@@ -248,48 +235,9 @@ bool LiveEntry::add_with_password(std::string_view password) {
   return true;
 }
 
-std::string LiveObject::Name() const {
-  const std::string_view rdn = ads::first_rdn(entry_.dn());
-  const std::size_t equals = rdn.find('=');
-  return base::upper(rdn.substr(0, equals)) + std::string(rdn.substr(std::min(equals, rdn.size())));
-}
-
-std::string LiveObject::ADsPath() const {
-  return whole_path_.empty()
-             ? ads::path_prefix(entry_.origin().provider, entry_.origin().server) + entry_.dn()
-             : whole_path_;
-}
-
-std::string LiveObject::Parent() const {
-  const Origin& origin = entry_.origin();
-  if (base::equals_fold(entry_.dn(), origin.domain->root_dn()))
-    return origin.provider == ads::Provider::kGc ? "GC:" : "LDAP:";
-  return ads::path_prefix(origin.provider, origin.server) + std::string(ads::parent_dn(entry_.dn()));
-}
-
-void LiveObject::require_writable() const {
-  if (entry_.origin().provider == ads::Provider::kGc)
-    base::raise(ads_error::kUnwilling, "The global catalogue is for reading");
-}
-
 ObjectPtr LiveObject::make(std::string dn, std::string object_class, bool is_new) const {
   return std::make_shared<LiveObject>(
       LiveEntry(entry_.origin(), std::move(dn), std::move(object_class), is_new));
-}
-
-Value LiveObject::Get(std::string_view attribute) {
-  Value value = entry_.get(entry_.origin().attribute_name(attribute));
-  if (value.is_empty())
-    base::raise(ads_error::kPropertyNotFound, entry_.dn() + " has no value for " + std::string(attribute));
-  return value;
-}
-
-void LiveObject::Put(std::string_view attribute, const Value& value) {
-  entry_.stage(2, entry_.origin().attribute_name(attribute), value);
-}
-
-void LiveObject::PutEx(int control, std::string_view attribute, const Value& value) {
-  entry_.stage(control, entry_.origin().attribute_name(attribute), value);
 }
 
 void LiveObject::SetInfo() {

@@ -5,7 +5,7 @@
 #include <unordered_map>
 
 #include "ads/ads_path.hpp"
-#include "ads/basic_object.hpp"
+#include "ads/entry_object.hpp"
 #include "ads/staged_values.hpp"
 #include "live/domain/live_domain.hpp"
 
@@ -78,21 +78,14 @@ class LiveEntry final : public ads::AttributeAccess {
 
 /// An entry bound through LDAP or the global catalogue. The catalogue is read-only: every change raises
 /// kUnwilling.
-class LiveObject final : public ads::BasicObject {
+class LiveObject final : public ads::EntryObject {
  public:
   /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
   /// DN.
   explicit LiveObject(LiveEntry entry, std::string whole_path = {})
-      : entry_(std::move(entry)), whole_path_(std::move(whole_path)) {}
+      : EntryObject(std::move(whole_path)), entry_(std::move(entry)) {}
 
-  [[nodiscard]] std::string Name() const override;
   [[nodiscard]] std::string Class() const override { return entry_.object_class(); }
-  [[nodiscard]] std::string ADsPath() const override;
-  [[nodiscard]] std::string Parent() const override;
-
-  platform::Value Get(std::string_view attribute) override;
-  void Put(std::string_view attribute, const platform::Value& value) override;
-  void PutEx(int control, std::string_view attribute, const platform::Value& value) override;
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
   bool SetInfoWithPassword(std::string_view password) override;
@@ -112,7 +105,15 @@ class LiveObject final : public ads::BasicObject {
   std::vector<platform::ObjectPtr> Groups() override;
 
  private:
-  void require_writable() const;
+  [[nodiscard]] const std::string& dn() const override { return entry_.dn(); }
+  [[nodiscard]] ads::Provider provider() const override { return entry_.origin().provider; }
+  [[nodiscard]] const std::string& server() const override { return entry_.origin().server; }
+  [[nodiscard]] const std::string& root_dn() const override { return entry_.origin().domain->root_dn(); }
+  ads::AttributeAccess& attributes() override { return entry_; }
+  [[nodiscard]] std::string_view attribute_name(std::string_view name) const override {
+    return entry_.origin().attribute_name(name);
+  }
+
   [[nodiscard]] LdapConnection& ldap() const { return entry_.origin().ldap(); }
   [[nodiscard]] platform::ObjectPtr make(std::string dn, std::string object_class, bool is_new = false) const;
   /// The name of an existing child.
@@ -126,7 +127,6 @@ class LiveObject final : public ads::BasicObject {
   [[nodiscard]] std::string class_of_member(const std::string& dn) const;
 
   LiveEntry entry_;
-  std::string whole_path_;
 };
 
 /// The most special of an entry's classes.

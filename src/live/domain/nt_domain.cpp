@@ -4,9 +4,8 @@
 #include <memory>
 
 #include "ads/ads_path.hpp"
-#include "ads/basic_object.hpp"
 #include "ads/object_rules.hpp"
-#include "ads/winnt_properties.hpp"
+#include "ads/winnt_object.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/domain/nt_entry.hpp"
@@ -20,20 +19,14 @@ using platform::Value;
 using Kind = SamAccount::Kind;
 namespace ads_error = platform::ads_error;
 
-constexpr std::string_view kUser = "User";
-constexpr std::string_view kGroup = "Group";
-
 std::string_view class_of(const SamAccount& account) {
-  return account.kind == Kind::kUser ? kUser : kGroup;
+  return account.kind == Kind::kUser ? ads::kWinntUser : ads::kWinntGroup;
 }
 
 SamAccount require_account(LiveDomain& domain, std::string_view name, std::string_view object_class) {
   auto account = as_directory_call([&] { return domain.rpc().accounts(domain.controller()).find(name); });
-  if (!account || (!object_class.empty() && !base::equals_fold(class_of(*account), object_class))) {
-    base::raise(
-        base::equals_fold(object_class, kGroup) ? ads_error::kGroupNotFound : ads_error::kUserNotFound,
-        "The domain has no account " + std::string(name));
-  }
+  if (!account || (!object_class.empty() && !base::equals_fold(class_of(*account), object_class)))
+    ads::raise_no_account(object_class, name);
   return *std::move(account);
 }
 
@@ -46,20 +39,16 @@ SamAccount account_of_path(LiveDomain& domain, std::string_view path) {
   return require_account(domain, parsed.name, parsed.account_class);
 }
 
-class NtAccount final : public ads::BasicObject {
+class NtAccount final : public ads::WinntAccountObject {
  public:
   NtAccount(NtEntry entry, std::string domain_name)
-      : entry_(std::move(entry)), domain_name_(std::move(domain_name)) {}
+      : WinntAccountObject(std::move(domain_name)), entry_(std::move(entry)) {}
 
   [[nodiscard]] std::string Name() const override { return entry_.account().name; }
   [[nodiscard]] std::string Class() const override { return std::string(class_of(entry_.account())); }
-  [[nodiscard]] std::string ADsPath() const override { return Parent() + "/" + Name(); }
-  [[nodiscard]] std::string Parent() const override { return "WinNT://" + domain_name_; }
 
   Value Get(std::string_view property) override {
-    Value value = ads::get_winnt(entry_, property);
-    if (value.is_empty())
-      base::raise(ads_error::kPropertyNotFound, Name() + " has no value for " + std::string(property));
+    Value value = WinntAccountObject::Get(property);
     if (!base::equals_fold(property, "UserFlags"))
       return value;
     if (!cannot_change_)
@@ -70,17 +59,11 @@ class NtAccount final : public ads::BasicObject {
 
   void Put(std::string_view property, const Value& value) override {
     if (!base::equals_fold(property, "UserFlags"))
-      return ads::put_winnt(entry_, property, value);
+      return WinntAccountObject::Put(property, value);
     const std::int32_t flags = value.integer();
     cannot_change_ = (flags & platform::kFlagCannotChangePassword) != 0;
     write_cannot_change_ = true;
-    ads::put_winnt(entry_, property, flags & ~platform::kFlagCannotChangePassword);
-  }
-
-  void PutEx(int control, std::string_view property, const Value& value) override {
-    if (control == 2)
-      return Put(property, value);
-    ads::put_ex_winnt(entry_, control, property, value);
+    WinntAccountObject::Put(property, flags & ~platform::kFlagCannotChangePassword);
   }
 
   void SetInfo() override {
@@ -126,6 +109,7 @@ class NtAccount final : public ads::BasicObject {
   }
 
  private:
+  ads::AttributeAccess& attributes() override { return entry_; }
   [[nodiscard]] LiveDomain& domain() const { return entry_.domain(); }
   [[nodiscard]] AccountService& service() const { return entry_.service(); }
   [[nodiscard]] const SamAccount& group(std::string_view operation) const {
@@ -139,29 +123,23 @@ class NtAccount final : public ads::BasicObject {
     objects.reserve(accounts.size());
     for (SamAccount& account : accounts)
       objects.push_back(
-          std::make_shared<NtAccount>(NtEntry(domain(), std::move(account), false), domain_name_));
+          std::make_shared<NtAccount>(NtEntry(domain(), std::move(account), false), domain_name()));
     return objects;
   }
 
   NtEntry entry_;
-  std::string domain_name_;
   std::optional<bool> cannot_change_;  ///< as read or staged
   bool write_cannot_change_ = false;
 };
 
-class NtDomain final : public ads::BasicObject {
+class NtDomain final : public ads::WinntDomainObject {
  public:
-  NtDomain(LiveDomain& domain, std::string name) : domain_(domain), name_(std::move(name)) {}
-
-  [[nodiscard]] std::string Name() const override { return name_; }
-  [[nodiscard]] std::string Class() const override { return "Domain"; }
-  [[nodiscard]] std::string ADsPath() const override { return "WinNT://" + name_; }
-  [[nodiscard]] std::string Parent() const override { return "WinNT:"; }
+  NtDomain(LiveDomain& domain, std::string name) : WinntDomainObject(std::move(name)), domain_(domain) {}
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const ObjectPtr&)>& visit) override {
     as_directory_call([&] {
-      service().enumerate(ads::is_wanted(classes, kUser), ads::is_wanted(classes, kGroup),
+      service().enumerate(ads::is_wanted(classes, ads::kWinntUser), ads::is_wanted(classes, ads::kWinntGroup),
                           [&](const SamAccount& account) { return visit(make(account, false)); });
     });
   }
@@ -171,12 +149,7 @@ class NtDomain final : public ads::BasicObject {
   }
 
   ObjectPtr Create(std::string_view object_class, std::string_view name) override {
-    const bool user = base::equals_fold(object_class, kUser);
-    if (!user && !base::equals_fold(object_class, kGroup)) {
-      base::raise(ads_error::kUnwilling,
-                  "An object of class " + std::string(object_class) + " cannot be made");
-    }
-    ads::check_account_name(name, user);
+    const bool user = ads::is_new_user(object_class, name);
     return make({.name = std::string(name),
                  .kind = user ? Kind::kUser : Kind::kGlobalGroup,
                  .builtin = false,
@@ -214,11 +187,10 @@ class NtDomain final : public ads::BasicObject {
  private:
   [[nodiscard]] AccountService& service() const { return domain_.rpc().accounts(domain_.controller()); }
   ObjectPtr make(SamAccount account, bool is_new) const {
-    return std::make_shared<NtAccount>(NtEntry(domain_, std::move(account), is_new), name_);
+    return std::make_shared<NtAccount>(NtEntry(domain_, std::move(account), is_new), Name());
   }
 
   LiveDomain& domain_;
-  std::string name_;
 };
 
 }  // namespace

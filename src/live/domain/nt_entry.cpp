@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "live/rpc/account_flags.hpp"
 #include "platform/adsi.hpp"
+#include "platform/group_type.hpp"
 #include "platform/user_parameters.hpp"
 
 namespace twk::live {
@@ -22,8 +23,6 @@ constexpr std::uint32_t kAutoLocked = 0x400;  // USER_ACCOUNT_AUTO_LOCKED
 constexpr std::uint64_t kNever = 0x7FFFFFFFFFFFFFFF;
 /// What Samba reports for an account without expiry: 6 February 2036.
 constexpr std::uint64_t kSambaNever = 137303967990000000;
-constexpr std::int32_t kGlobal = 2;
-constexpr std::int32_t kLocal = 4;
 
 /// Texts of a user, by their names in a directory.
 struct TextField {
@@ -143,7 +142,8 @@ ValueList NtEntry::stored(std::string_view attribute) {
   if (base::equals_fold(attribute, "sAMAccountName"))
     return one(account_.name);
   if (base::equals_fold(attribute, "groupType"))
-    return one(account_.kind == SamAccount::Kind::kLocalGroup ? kLocal : kGlobal);
+    return one(account_.kind == SamAccount::Kind::kLocalGroup ? platform::group_type::kLocal
+                                                              : platform::group_type::kGlobal);
   if (base::equals_fold(attribute, "description"))
     return text_or_none(as_directory_call([&] { return service().group_description(account_); }));
   return {};
@@ -197,7 +197,8 @@ SamUserChange NtEntry::user_change() {
 void NtEntry::create() {
   SamAccount::Kind kind = account_.kind;
   if (!is_user())
-    kind = (get("groupType").is_empty() ? kGlobal : get("groupType").integer()) & kLocal
+    kind = (get("groupType").is_empty() ? platform::group_type::kGlobal : get("groupType").integer()) &
+                   platform::group_type::kLocal
                ? SamAccount::Kind::kLocalGroup
                : SamAccount::Kind::kGlobalGroup;
   ads::check_account_name(account_.name, is_user());

@@ -17,37 +17,31 @@ using platform::ObjectPtr;
 using platform::Value;
 namespace ads_error = platform::ads_error;
 
-constexpr std::string_view kUser = "User";
-constexpr std::string_view kGroup = "Group";
-
 /// "User", "Group"; empty for an entry that is neither a person's account nor a group.
 std::string_view account_class(const LdapEntry& entry) {
   const std::string object_class = class_of(entry);
   if (base::equals_fold(object_class, "user") || base::equals_fold(object_class, "inetOrgPerson"))
-    return kUser;
-  return base::equals_fold(object_class, "group") ? kGroup : std::string_view{};
+    return ads::kWinntUser;
+  return base::equals_fold(object_class, "group") ? ads::kWinntGroup : std::string_view{};
 }
 
 Origin origin_of(LiveDomain& domain) {
   return {.domain = &domain, .provider = ads::Provider::kWinnt, .server = {}, .connection = nullptr};
 }
 
-class WinntAccount final : public ads::BasicObject {
+class WinntAccount final : public ads::WinntAccountObject {
  public:
   WinntAccount(LiveEntry entry, std::string domain_name, std::string name)
-      : entry_(std::move(entry)), domain_name_(std::move(domain_name)), name_(std::move(name)) {}
+      : WinntAccountObject(std::move(domain_name)), entry_(std::move(entry)), name_(std::move(name)) {}
 
   [[nodiscard]] std::string Name() const override { return name_; }
   [[nodiscard]] std::string Class() const override {
-    return std::string(base::equals_fold(entry_.object_class(), "group") ? kGroup : kUser);
+    return std::string(base::equals_fold(entry_.object_class(), "group") ? ads::kWinntGroup
+                                                                         : ads::kWinntUser);
   }
-  [[nodiscard]] std::string ADsPath() const override { return Parent() + "/" + name_; }
-  [[nodiscard]] std::string Parent() const override { return "WinNT://" + domain_name_; }
 
   Value Get(std::string_view property) override {
-    Value value = ads::get_winnt(entry_, property);
-    if (value.is_empty())
-      base::raise(ads_error::kPropertyNotFound, name_ + " has no value for " + std::string(property));
+    Value value = WinntAccountObject::Get(property);
     if (base::equals_fold(property, "UserFlags")) {
       const bool cannot = cannot_change_ ? *cannot_change_ : cannot_change_password(ldap(), entry_.dn());
       return (value.integer() & ~platform::kFlagCannotChangePassword) |
@@ -58,16 +52,10 @@ class WinntAccount final : public ads::BasicObject {
 
   void Put(std::string_view property, const Value& value) override {
     if (!base::equals_fold(property, "UserFlags"))
-      return ads::put_winnt(entry_, property, value);
+      return WinntAccountObject::Put(property, value);
     const std::int32_t flags = value.integer();
     cannot_change_ = (flags & platform::kFlagCannotChangePassword) != 0;
-    ads::put_winnt(entry_, property, flags & ~platform::kFlagCannotChangePassword);
-  }
-
-  void PutEx(int control, std::string_view property, const Value& value) override {
-    if (control == 2)
-      return Put(property, value);
-    ads::put_ex_winnt(entry_, control, property, value);
+    WinntAccountObject::Put(property, flags & ~platform::kFlagCannotChangePassword);
   }
 
   void SetInfo() override {
@@ -76,7 +64,8 @@ class WinntAccount final : public ads::BasicObject {
     } catch (const base::RuntimeError& failure) {
       if (failure.number() != ads_error::kObjectExists)
         throw;
-      base::raise(Class() == kUser ? ads_error::kUserExists : ads_error::kGroupExists, failure.description());
+      base::raise(Class() == ads::kWinntUser ? ads_error::kUserExists : ads_error::kGroupExists,
+                  failure.description());
     }
     if (cannot_change_)
       set_cannot_change_password(ldap(), entry_.dn(), *cannot_change_);
@@ -112,6 +101,7 @@ class WinntAccount final : public ads::BasicObject {
   }
 
  private:
+  ads::AttributeAccess& attributes() override { return entry_; }
   [[nodiscard]] LiveDomain& domain() const { return *entry_.origin().domain; }
   [[nodiscard]] LdapConnection& ldap() const { return entry_.origin().ldap(); }
 
@@ -131,13 +121,12 @@ class WinntAccount final : public ads::BasicObject {
       LdapEntry entry = ldap().read(dn, {"objectClass", "sAMAccountName"});
       std::string name = entry.first("sAMAccountName");
       objects.push_back(std::make_shared<WinntAccount>(LiveEntry(entry_.origin(), dn, class_of(entry), false),
-                                                       domain_name_, std::move(name)));
+                                                       domain_name(), std::move(name)));
     }
     return objects;
   }
 
   LiveEntry entry_;
-  std::string domain_name_;
   std::string name_;
   std::optional<bool> cannot_change_;  ///< staged
 };
@@ -156,11 +145,8 @@ ObjectPtr bind_winnt_account(LiveDomain& domain, std::string_view name, std::str
   std::optional<LdapEntry> entry = domain.find_account(name, {});
   const bool fits = entry && (object_class.empty() ? !account_class(*entry).empty()
                                                    : base::equals_fold(account_class(*entry), object_class));
-  if (!fits) {
-    base::raise(
-        base::equals_fold(object_class, kGroup) ? ads_error::kGroupNotFound : ads_error::kUserNotFound,
-        "The domain has no account " + std::string(name));
-  }
+  if (!fits)
+    ads::raise_no_account(object_class, name);
   return make_account(domain, *std::move(entry), domain_name);
 }
 
@@ -176,32 +162,26 @@ void WinntDirectoryDomain::enumerate(std::span<const std::string> classes,
       return true;
     std::string name = entry.first("sAMAccountName");
     return visit(std::make_shared<WinntAccount>(
-        LiveEntry(origin_of(domain_), entry.dn, class_of(entry), false), name_, std::move(name)));
+        LiveEntry(origin_of(domain_), entry.dn, class_of(entry), false), Name(), std::move(name)));
   });
 }
 
 ObjectPtr WinntDirectoryDomain::GetObject(std::string_view object_class, std::string_view name) {
-  return bind_winnt_account(domain_, name, object_class, name_);
+  return bind_winnt_account(domain_, name, object_class, Name());
 }
 
 ObjectPtr WinntDirectoryDomain::Create(std::string_view object_class, std::string_view name) {
-  const bool user = base::equals_fold(object_class, kUser);
-  if (!user && !base::equals_fold(object_class, kGroup))
-    base::raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
-  ads::check_account_name(name, user);
+  const bool user = ads::is_new_user(object_class, name);
   LiveEntry entry(origin_of(domain_), ads::make_rdn("CN", name) + ",CN=Users," + domain_.root_dn(),
                   user ? "user" : "group", true);
   entry.stage(2, "sAMAccountName", name);
-  return std::make_shared<WinntAccount>(std::move(entry), name_, std::string(name));
+  return std::make_shared<WinntAccount>(std::move(entry), Name(), std::string(name));
 }
 
 void WinntDirectoryDomain::Delete(std::string_view object_class, std::string_view name) {
   const std::optional<LdapEntry> entry = domain_.find_account(name, {"objectClass"});
-  if (!entry || (!object_class.empty() && !base::equals_fold(account_class(*entry), object_class))) {
-    base::raise(
-        base::equals_fold(object_class, kGroup) ? ads_error::kGroupNotFound : ads_error::kUserNotFound,
-        "The domain has no account " + std::string(name));
-  }
+  if (!entry || (!object_class.empty() && !base::equals_fold(account_class(*entry), object_class)))
+    ads::raise_no_account(object_class, name);
   domain_.ldap().remove(entry->dn);
 }
 
@@ -210,7 +190,7 @@ ObjectPtr WinntDirectoryDomain::MoveHere(std::string_view source_path,
   const std::string dn = dn_of_path(domain_, source_path);
   if (new_name)
     domain_.ldap().modify(dn, {{LdapChangeKind::kReplace, "sAMAccountName", {*new_name}}});
-  return make_account(domain_, domain_.ldap().read(dn, {}), name_);
+  return make_account(domain_, domain_.ldap().read(dn, {}), Name());
 }
 
 }  // namespace twk::live

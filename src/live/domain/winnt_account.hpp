@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "ads/winnt_object.hpp"
 #include "live/domain/live_object.hpp"
 
 /// "WinNT://" paths of an Active Directory domain, which are answered by its directory.
@@ -9,14 +10,10 @@ namespace twk::live {
 
 /// The domain as a flat container of users and groups, named by their account names. New accounts go to
 /// CN=Users. Computer accounts are not among its children.
-class WinntDirectoryDomain final : public ads::BasicObject {
+class WinntDirectoryDomain final : public ads::WinntDomainObject {
  public:
-  WinntDirectoryDomain(LiveDomain& domain, std::string name) : domain_(domain), name_(std::move(name)) {}
-
-  [[nodiscard]] std::string Name() const override { return name_; }
-  [[nodiscard]] std::string Class() const override { return "Domain"; }
-  [[nodiscard]] std::string ADsPath() const override { return "WinNT://" + name_; }
-  [[nodiscard]] std::string Parent() const override { return "WinNT:"; }
+  WinntDirectoryDomain(LiveDomain& domain, std::string name)
+      : WinntDomainObject(std::move(name)), domain_(domain) {}
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;
@@ -29,7 +26,6 @@ class WinntDirectoryDomain final : public ads::BasicObject {
 
  private:
   LiveDomain& domain_;
-  std::string name_;
 };
 
 /// The account of that name and class ("User", "Group"; any when empty). Raises kUserNotFound,

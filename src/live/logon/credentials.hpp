@@ -46,8 +46,6 @@ class Credentials {
   /// A valid ticket: the current one, or when that has expired, the one in the workstation's cache, or a new
   /// one got with the password. Raises what `Ticket` raises.
   const Ticket& ticket();
-  /// Makes the next call of `ticket` read the workstation's cache again.
-  void forget_ticket() { ticket_.reset(); }
 
   /// Reports that an existing connection failed, once until there is one again.
   void tell_failure(const std::string& text);

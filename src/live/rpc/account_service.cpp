@@ -2,27 +2,20 @@
 
 #include <algorithm>
 #include <cstring>
-#include <random>
 
+#include "base/random.hpp"
 #include "base/text.hpp"
 #include "live/rpc/account_session.hpp"
 #include "live/rpc/password_buffer.hpp"
 #include "platform/little_endian.hpp"
+#include "platform/logon_hours.hpp"
 
 namespace twk::live {
 namespace {
 
-constexpr std::size_t kLogonHoursBytes = 21;
 constexpr std::uint16_t kHoursPerWeek = 168;
 
 constexpr std::uint32_t kInvalidInfoClass = 0xC0000003;  // STATUS_INVALID_INFO_CLASS
-
-base::Bytes random_bytes(std::size_t count) {
-  std::random_device source;
-  base::Bytes bytes(count);
-  std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(source()); });
-  return bytes;
-}
 
 SamAccount user_account(std::uint32_t rid) {
   return {.name = base::to_text(static_cast<std::int64_t>(rid)),
@@ -41,7 +34,7 @@ base::Bytes to_bytes(const lsa_BinaryString& text) {
 base::Bytes to_bytes(const samr_LogonHours& hours) {
   if (hours.bits == nullptr || hours.units_per_week != kHoursPerWeek)
     return {};
-  return base::Bytes(hours.bits, hours.bits + kLogonHoursBytes);
+  return base::Bytes(hours.bits, hours.bits + platform::kLogonHoursSize);
 }
 
 SamUser to_user(const samr_UserInfo21& info) {
@@ -94,7 +87,7 @@ class ChangeInfo {
     }
     if (change.logon_hours) {
       hours_ = *change.logon_hours;
-      hours_.resize(kLogonHoursBytes);
+      hours_.resize(platform::kLogonHoursSize);
       fields.logon_hours.bits = hours_.data();
       fields.logon_hours.units_per_week = kHoursPerWeek;
       fields.fields_present |= SAMR_FIELD_LOGON_HOURS;
@@ -241,8 +234,8 @@ void AccountService::set_password(std::uint32_t rid, std::string_view password) 
     const Memory memory;
     OpenAccount user(session, user_account(rid));
     const base::Bytes key = pipe_.session_key();
-    const base::Bytes random = random_bytes(kPasswordBufferSize);
-    const base::Bytes salt = random_bytes(kPasswordSaltSize);
+    const base::Bytes random = base::random_bytes(kPasswordBufferSize);
+    const base::Bytes salt = base::random_bytes(kPasswordSaltSize);
     const base::Bytes buffer = password_buffer(password, random);
 
     base::Bytes salted = salt;

@@ -11,11 +11,9 @@ namespace {
 using ads::FileShare;
 using platform::ShareInfo502;
 
-constexpr std::uint32_t kAdministrative = 0x80000000;  // STYPE_SPECIAL, [MS-SRVS] 2.2.2.4
-
 FileShare to_share(ShareInfo502 info) {
   FileShare share;
-  share.administrative = (info.shi502_type & kAdministrative) != 0;
+  share.administrative = (info.shi502_type & platform::kAdministrativeShare) != 0;
   share.name = std::move(info.shi502_netname);
   share.path = std::move(info.shi502_path);
   share.comment = std::move(info.shi502_remark);
