@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "live/ldap/subschema.hpp"
 #include "live/live_world.hpp"
 
 namespace twk::live {
@@ -87,23 +86,6 @@ TEST_F(ForeignDirectory, WhatTheServerRefusesIsToldByItsNumber) {
       number_of([&] { world_.directory().OpenDSObject(path(kContainer), "nobody", "no password"); }) != 0,
       true);
   bind(kContainer)->Delete("OrganizationalPerson", "CN=ann");
-}
-
-TEST(SubschemaTest, DescriptionsTellNamesSyntaxAndWhetherSeveralValuesFit) {
-  const Subschema schema(std::vector<std::string>{
-      "( 2.5.4.41 NAME 'name' EQUALITY caseIgnoreMatch SYNTAX 1.3.6.1.4.1.1466.115.121.1.15{32768} )",
-      "( 2.5.4.4 NAME ( 'sn' 'surname' ) DESC 'RFC 2256 (''last'')' SUP name )",
-      "( 1.2.3 NAME 'count' SYNTAX 1.3.6.1.4.1.1466.115.121.1.27 SINGLE-VALUE )",
-      "( 1.2.4 NAME 'loop' SUP loop )", "( 1.2.5 NAME", "(", ""});
-  ASSERT_NE(schema.find("SURNAME"), nullptr);
-  EXPECT_EQ(schema.find("surname"), schema.find("sn"));
-  EXPECT_EQ(schema.find("sn")->syntax, ads::Syntax::kString);
-  EXPECT_TRUE(schema.find("sn")->multi_valued);
-  ASSERT_NE(schema.find("Count"), nullptr);
-  EXPECT_EQ(schema.find("count")->syntax, ads::Syntax::kInteger);
-  EXPECT_FALSE(schema.find("count")->multi_valued);
-  EXPECT_NE(schema.find("loop"), nullptr);
-  EXPECT_EQ(schema.find("1.2.5"), nullptr);
 }
 
 }  // namespace

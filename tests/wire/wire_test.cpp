@@ -6,6 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/ldap/ldap_connection.hpp"
+#include "live/ldap/subschema.hpp"
 #include "live/rpc/account_flags.hpp"
 #include "live/rpc/ndr.hpp"
 #include "live/rpc/password_buffer.hpp"
@@ -166,6 +167,23 @@ TEST(RangedValues, AreJoinedUntilTheServerSaysThatNoneFollow) {
     EXPECT_EQ(join_range(answer, "member", all), one.next);
     EXPECT_EQ(all.size(), one.values);
   }
+}
+
+TEST(SubschemaTest, DescriptionsTellNamesSyntaxAndWhetherSeveralValuesFit) {
+  const Subschema schema(std::vector<std::string>{
+      "( 2.5.4.41 NAME 'name' EQUALITY caseIgnoreMatch SYNTAX 1.3.6.1.4.1.1466.115.121.1.15{32768} )",
+      "( 2.5.4.4 NAME ( 'sn' 'surname' ) DESC 'RFC 2256 (\\27last\\27)' SUP name )",
+      "( 1.2.3 NAME 'count' SYNTAX 1.3.6.1.4.1.1466.115.121.1.27 SINGLE-VALUE )",
+      "( 1.2.4 NAME 'loop' SUP loop )", "( 1.2.5 NAME", "(", ""});
+  ASSERT_NE(schema.find("SURNAME"), nullptr);
+  EXPECT_EQ(schema.find("surname"), schema.find("sn"));
+  EXPECT_EQ(schema.find("sn")->syntax, ads::Syntax::kString);
+  EXPECT_TRUE(schema.find("sn")->multi_valued);
+  ASSERT_NE(schema.find("Count"), nullptr);
+  EXPECT_EQ(schema.find("count")->syntax, ads::Syntax::kInteger);
+  EXPECT_FALSE(schema.find("count")->multi_valued);
+  EXPECT_NE(schema.find("loop"), nullptr);
+  EXPECT_EQ(schema.find("1.2.5"), nullptr);
 }
 
 }  // namespace

@@ -1,86 +1,16 @@
 #include "lab/store/sha256.hpp"
 
-#include <bit>
-#include <cstddef>
-#include <string>
+#include <nettle/sha2.h>
 
 namespace twk::lab {
-namespace {
-
-using State = std::array<std::uint32_t, 8>;
-constexpr std::size_t kBlock = 64;
-
-constexpr std::array<std::uint32_t, 64> kRound = {
-    0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1, 0x923f82a4, 0xab1c5ed5,
-    0xd807aa98, 0x12835b01, 0x243185be, 0x550c7dc3, 0x72be5d74, 0x80deb1fe, 0x9bdc06a7, 0xc19bf174,
-    0xe49b69c1, 0xefbe4786, 0x0fc19dc6, 0x240ca1cc, 0x2de92c6f, 0x4a7484aa, 0x5cb0a9dc, 0x76f988da,
-    0x983e5152, 0xa831c66d, 0xb00327c8, 0xbf597fc7, 0xc6e00bf3, 0xd5a79147, 0x06ca6351, 0x14292967,
-    0x27b70a85, 0x2e1b2138, 0x4d2c6dfc, 0x53380d13, 0x650a7354, 0x766a0abb, 0x81c2c92e, 0x92722c85,
-    0xa2bfe8a1, 0xa81a664b, 0xc24b8b70, 0xc76c51a3, 0xd192e819, 0xd6990624, 0xf40e3585, 0x106aa070,
-    0x19a4c116, 0x1e376c08, 0x2748774c, 0x34b0bcb5, 0x391c0cb3, 0x4ed8aa4a, 0x5b9cca4f, 0x682e6ff3,
-    0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208, 0x90befffa, 0xa4506ceb, 0xbef9a3f7, 0xc67178f2};
-
-std::uint32_t read_word(std::string_view bytes, std::size_t at) {
-  std::uint32_t word = 0;
-  for (std::size_t i = 0; i < 4; ++i)
-    word = word << 8U | static_cast<unsigned char>(bytes[at + i]);
-  return word;
-}
-
-std::array<std::uint32_t, 64> schedule(std::string_view block) {
-  std::array<std::uint32_t, 64> w{};
-  for (std::size_t i = 0; i < 16; ++i)
-    w.at(i) = read_word(block, i * 4);
-  for (std::size_t i = 16; i < 64; ++i) {
-    const std::uint32_t a = w.at(i - 15);
-    const std::uint32_t b = w.at(i - 2);
-    const std::uint32_t s0 = std::rotr(a, 7) ^ std::rotr(a, 18) ^ (a >> 3U);
-    const std::uint32_t s1 = std::rotr(b, 17) ^ std::rotr(b, 19) ^ (b >> 10U);
-    w.at(i) = w.at(i - 16) + s0 + w.at(i - 7) + s1;
-  }
-  return w;
-}
-
-void digest_block(State& state, std::string_view block) {
-  const auto w = schedule(block);
-  auto [a, b, c, d, e, f, g, h] = state;
-  for (std::size_t i = 0; i < 64; ++i) {
-    const std::uint32_t s1 = std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25);
-    const std::uint32_t t1 = h + s1 + ((e & f) ^ (~e & g)) + kRound.at(i) + w.at(i);
-    const std::uint32_t s0 = std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22);
-    const std::uint32_t t2 = s0 + ((a & b) ^ (a & c) ^ (b & c));
-    h = g;
-    g = f;
-    f = e;
-    e = d + t1;
-    d = c;
-    c = b;
-    b = a;
-    a = t1 + t2;
-  }
-  const State round = {a, b, c, d, e, f, g, h};
-  for (std::size_t i = 0; i < state.size(); ++i)
-    state.at(i) += round.at(i);
-}
-
-}  // namespace
 
 std::array<std::uint8_t, 32> sha256(std::string_view bytes) {
-  State state = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
-                 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
-  std::string padded(bytes);
-  padded.push_back('\x80');
-  padded.append((kBlock + 56 - padded.size() % kBlock) % kBlock, '\0');
-  const std::uint64_t bits = static_cast<std::uint64_t>(bytes.size()) * 8;
-  for (unsigned shift = 64; shift > 0; shift -= 8)
-    padded.push_back(static_cast<char>(bits >> (shift - 8) & 0xFFU));
-  for (std::size_t at = 0; at < padded.size(); at += kBlock) {
-    digest_block(state, std::string_view(padded).substr(at, kBlock));
-  }
-  std::array<std::uint8_t, 32> digest{};
-  for (std::size_t i = 0; i < digest.size(); ++i) {
-    digest.at(i) = static_cast<std::uint8_t>(state.at(i / 4) >> (24 - 8 * (i % 4)));
-  }
+  static_assert(SHA256_DIGEST_SIZE == 32);
+  sha256_ctx context;
+  sha256_init(&context);
+  sha256_update(&context, bytes.size(), reinterpret_cast<const std::uint8_t*>(bytes.data()));
+  std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest{};
+  sha256_digest(&context, digest.size(), digest.data());
   return digest;
 }
 

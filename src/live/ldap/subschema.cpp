@@ -1,5 +1,8 @@
 #include "live/ldap/subschema.hpp"
 
+#include <ldap.h>
+#include <ldap_schema.h>
+
 #include <array>
 
 #include "base/text.hpp"
@@ -20,59 +23,27 @@ constexpr std::array<SyntaxOid, 5> kSyntaxes = {
      {"1.3.6.1.4.1.1466.115.121.1.27", ads::Syntax::kInteger},
      {"1.3.6.1.4.1.1466.115.121.1.40", ads::Syntax::kOctetString}}};
 
-/// A description, word by word.
-struct Description {
-  std::vector<std::string> names;
-  std::string superior;
-  std::string syntax;
-  bool single_valued = false;
+struct FreeAttributeType {
+  void operator()(LDAPAttributeType* type) const { ldap_attributetype_free(type); }
 };
+using AttributeType = std::unique_ptr<LDAPAttributeType, FreeAttributeType>;
 
-/// Words, parentheses, and single-quoted text as one word.
-std::vector<std::string> split_words(std::string_view text) {
-  std::vector<std::string> words;
-  for (std::size_t i = 0; i < text.size();) {
-    if (text[i] == ' ') {
-      ++i;
-    } else if (text[i] == '(' || text[i] == ')') {
-      words.emplace_back(1, text[i++]);
-    } else if (text[i] == '\'') {
-      const std::size_t end = std::min(text.find('\'', i + 1), text.size());
-      words.emplace_back(text.substr(i + 1, end - i - 1));
-      i = end + 1;
-    } else {
-      const std::size_t end = std::min(text.find_first_of(" ()", i), text.size());
-      words.emplace_back(text.substr(i, end - i));
-      i = end;
-    }
-  }
-  return words;
+/// None for text that is not a description. What servers are known to write differently is accepted.
+AttributeType parse(const std::string& text) {
+  int code = 0;
+  const char* place = nullptr;
+  return AttributeType(ldap_str2attributetype(text.c_str(), &code, &place, LDAP_SCHEMA_ALLOW_ALL));
 }
 
-Description parse(std::string_view text) {
-  const std::vector<std::string> words = split_words(text);
-  Description description;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    const bool more = i + 1 < words.size();
-    if (words[i] == "NAME" && more) {
-      if (words[i + 1] != "(") {
-        description.names.push_back(words[++i]);
-        continue;
-      }
-      for (i += 2; i < words.size() && words[i] != ")"; ++i)
-        description.names.push_back(words[i]);
-    } else if (words[i] == "DESC") {
-      ++i;
-    } else if (words[i] == "SUP" && more) {
-      description.superior = words[++i];
-    } else if (words[i] == "SYNTAX" && more) {
-      description.syntax = words[i + 1].substr(0, words[i + 1].find('{'));
-      ++i;
-    } else if (words[i] == "SINGLE-VALUE") {
-      description.single_valued = true;
-    }
-  }
-  return description;
+std::vector<std::string> names_of(const LDAPAttributeType& type) {
+  std::vector<std::string> names;
+  for (char** name = type.at_names; name != nullptr && *name != nullptr; ++name)
+    names.emplace_back(*name);
+  return names;
+}
+
+std::string_view text_of(const char* text) {
+  return text == nullptr ? std::string_view{} : text;
 }
 
 ads::Syntax syntax_of(std::string_view oid) {
@@ -83,16 +54,17 @@ ads::Syntax syntax_of(std::string_view oid) {
   return ads::Syntax::kString;
 }
 
-/// The syntax of a description, or of what it is derived from, which may be anywhere.
-ads::Syntax syntax_of(const Description& description, const std::map<std::string, const Description*>& all) {
-  const Description* at = &description;
-  for (std::size_t steps = 0; at->syntax.empty() && steps < all.size(); ++steps) {
-    const auto superior = all.find(base::upper(at->superior));
+/// The syntax of a type, or of what it is derived from, which may be anywhere.
+ads::Syntax syntax_of(const LDAPAttributeType& type,
+                      const std::map<std::string, const LDAPAttributeType*>& all) {
+  const LDAPAttributeType* at = &type;
+  for (std::size_t steps = 0; text_of(at->at_syntax_oid).empty() && steps < all.size(); ++steps) {
+    const auto superior = all.find(base::upper(text_of(at->at_sup_oid)));
     if (superior == all.end())
       break;
     at = superior->second;
   }
-  return syntax_of(at->syntax);
+  return syntax_of(text_of(at->at_syntax_oid));
 }
 
 }  // namespace
@@ -111,24 +83,26 @@ Subschema::Subschema(const std::vector<std::string>& descriptions) {
 }
 
 void Subschema::read(const std::vector<std::string>& descriptions) {
-  std::vector<Description> parsed;
-  parsed.reserve(descriptions.size());
-  for (const std::string& text : descriptions)
-    parsed.push_back(parse(text));
-  std::map<std::string, const Description*> by_name;
-  for (const Description& description : parsed) {
-    for (const std::string& name : description.names)
-      by_name.emplace(base::upper(name), &description);
+  std::vector<AttributeType> types;
+  std::map<std::string, const LDAPAttributeType*> by_name;
+  for (const std::string& text : descriptions) {
+    AttributeType type = parse(text);
+    if (type == nullptr)
+      continue;
+    for (const std::string& name : names_of(*type))
+      by_name.emplace(base::upper(name), type.get());
+    types.push_back(std::move(type));
   }
-  for (const Description& description : parsed) {
-    if (description.names.empty())
+  for (const AttributeType& type : types) {
+    const std::vector<std::string> names = names_of(*type);
+    if (names.empty())
       continue;
     const auto item = std::make_shared<Item>();
-    item->name = description.names.front();
+    item->name = names.front();
     item->schema.name = item->name;
-    item->schema.syntax = syntax_of(description, by_name);
-    item->schema.multi_valued = !description.single_valued;
-    for (const std::string& name : description.names)
+    item->schema.syntax = syntax_of(*type, by_name);
+    item->schema.multi_valued = type->at_single_value == 0;
+    for (const std::string& name : names)
       items_.emplace(base::upper(name), item);
   }
 }
