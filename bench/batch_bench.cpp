@@ -88,7 +88,7 @@ struct Home {
   std::string share;
 };
 
-/// Gives each of the selection a home that is a share of its own, with a file in it.
+/// Gives each of the selection a home that is a separate share, with a file in it.
 std::vector<Home> make_homes(World& world) {
   std::vector<Home> homes;
   for (std::size_t i = 0; i < world.session->multi_user.ListView1.size(); ++i) {
@@ -144,7 +144,7 @@ Figures run(int users) {
   world.session->multi_user.Del_Shares.value = 1;
   figures[4] = measure([&] { batch::delete_selection(*world.session); });
   if (std::filesystem::exists(world.folder.path() / "lab/servers/FS1/D/Users/u0"))
-    std::abort();  // what was measured is no deletion
+    std::abort();  // what was measured was not a deletion
   return figures;
 }
 

@@ -24,7 +24,7 @@ double seconds(Work&& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Resident memory of the process in bytes, as /proc tells.
+/// Resident memory of the process in bytes, from /proc.
 inline double resident_bytes() {
   std::ifstream statm("/proc/self/statm");
   double all = 0;
@@ -38,7 +38,7 @@ inline double heap_bytes() {
   return static_cast<double>(mallinfo2().uordblks) + static_cast<double>(mallinfo2().hblkhd);
 }
 
-/// A folder that is gone at the end.
+/// A folder that is deleted at the end.
 class Folder {
  public:
   Folder() {
@@ -59,7 +59,7 @@ class Folder {
   std::filesystem::path path_;
 };
 
-/// Nobody to ask: every question is answered with Yes, every box with nothing.
+/// Nobody to ask: every question is answered with Yes, every input box with nothing.
 class NobodyThere final : public platform::Dialogs {
  public:
   platform::Answer MsgBox(std::string_view, platform::Buttons, platform::Icon, std::string_view) override {

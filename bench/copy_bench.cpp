@@ -1,5 +1,5 @@
 // Copying a home on a lab against `cp -a` in the same run: 50,000 small files, and one file of 2 GiB. The
-// copy is to take no more than one and a half times as long.
+// copy must not take more than one and a half times as long.
 //
 //     copy_bench [SMALL-FILES [MIB-OF-THE-LARGE-ONE]]
 //

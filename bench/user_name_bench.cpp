@@ -1,4 +1,4 @@
-// How many account names a second the format language gives.
+// How many account names a second the format language produces.
 #include <benchmark/benchmark.h>
 
 #include "bench_world.hpp"

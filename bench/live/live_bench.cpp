@@ -1,4 +1,4 @@
-// Work on a real server beside the same work done with less, alternating in one run:
+// Work on a real server compared with the same work done with less, alternating in one run:
 //
 //   - an import of users, and its LDAP calls made again with nothing around them;
 //   - an import, and samba-tool creating the users and adding them to their groups;
@@ -105,7 +105,7 @@ class Bench {
 
   [[nodiscard]] std::vector<std::string> groups() const { return {"Bench A " + run_, "Bench B " + run_}; }
   [[nodiscard]] std::string unit() const { return "Bench " + run_; }
-  /// Digits that stand in every name of one batch and nowhere else.
+  /// Digits that are in every name of one batch and nowhere else.
   std::string next_tag() { return run_ + std::to_string(1000 + ++batches_); }
   session::Session& session() { return *session_; }
 
@@ -191,7 +191,7 @@ class Bench {
   std::unique_ptr<session::Session> session_;
 };
 
-/// The calls for other users. Each must give what it gave when it was recorded.
+/// The calls for other users. Each must return what it returned when recorded.
 Effort replay_calls(const std::vector<bench::RecordedCall>& calls, const std::string& from,
                     const std::string& to) {
   std::vector<bench::RecordedCall> others;

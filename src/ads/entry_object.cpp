@@ -43,7 +43,7 @@ void EntryObject::PutEx(int control, std::string_view attribute, const platform:
 
 void EntryObject::require_writable() const {
   if (provider() == Provider::kGc)
-    base::raise(platform::ads_error::kUnwilling, "The global catalogue is for reading");
+    base::raise(platform::ads_error::kUnwilling, "The global catalogue is read-only");
 }
 
 std::string_view EntryObject::attribute_name(std::string_view name) const {

@@ -78,7 +78,7 @@ std::optional<int> parse(int argc, char** argv, Options& options) {
       "The switch /DEBUG, as the only word, is the same as --debug; /DEBUG1 writes the steps of the\n"
       "domain's load to Log.txt and nothing else.");
   app.set_version_flag("--version", std::string("tarnwick ") + TWK_VERSION);
-  app.add_option("--lab", options.lab, "Folder of the lab to work in; TWK_LAB in the environment else")
+  app.add_option("--lab", options.lab, "Folder of the lab to work in; default: TWK_LAB from the environment")
       ->type_name("DIR");
   app.add_option("--db", options.database, "Database directory for this run")->type_name("DIR");
   app.add_flag_callback(
@@ -93,7 +93,7 @@ std::optional<int> parse(int argc, char** argv, Options& options) {
     if (!world::says_anything(options.connection))
       return std::nullopt;
     if (app.count("--lab") != 0)
-      return refuse("--lab is a world of its own: leave out either it or what names a real domain");
+      return refuse("--lab and the options of a real domain exclude each other");
     options.lab.clear();
     return std::nullopt;
   } catch (const CLI::ParseError& error) {

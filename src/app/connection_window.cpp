@@ -158,7 +158,7 @@ class ConnectionWindow final : public QDialog {
       auto* const without = buttons->addButton("Work wit&hout It", QDialogButtonBox::ActionRole);
       without->setObjectName("without");
       without->setAutoDefault(false);
-      without->setToolTip("Settings, sites and templates can be worked on without the domain.");
+      without->setToolTip("Settings, sites and templates can be edited without the domain.");
       connect(without, &QPushButton::clicked, this, [this] { choose(true); });
     }
     QPushButton* const ok = buttons->button(QDialogButtonBox::Ok);
@@ -186,7 +186,7 @@ class ConnectionWindow final : public QDialog {
   }
 
   void show_placeholder() {
-    user_->setPlaceholderText(method_->currentIndex() == 0 ? "whose ticket is there already" : "");
+    user_->setPlaceholderText(method_->currentIndex() == 0 ? "the owner of the Kerberos ticket" : "");
   }
 
   [[nodiscard]] world::ConnectionOptions options() const {

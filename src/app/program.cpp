@@ -143,7 +143,7 @@ void tell_unopened(const QString& lab, const std::exception& failure) {
 std::unique_ptr<world::World> make_lab_world(const std::string& folder, platform::Dialogs& dialogs,
                                              const std::function<void(const std::string&)>& tell) {
   if (!world::may_be_lab(folder))
-    throw base::RuntimeError(base::error::kPathNotFound, folder + " is no lab: it holds no lab.conf");
+    throw base::RuntimeError(base::error::kPathNotFound, folder + " is not a lab: it has no lab.conf");
   return std::make_unique<world::World>(folder, dialogs, tell);
 }
 
@@ -247,7 +247,7 @@ int run_without_lab(const Options& options, screens::QtDialogs& dialogs) {
 int end_second_start(const SingleInstance& instance) {
   QGuiApplication::setApplicationDisplayName("..Duplicate instance");
   if (!instance.call_first())
-    complain("it runs already, and does not answer");
+    complain("it is already running, but does not answer");
   return 0;
 }
 

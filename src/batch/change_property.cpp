@@ -44,7 +44,7 @@ base::Bytes parse_bytes(std::string_view text) {
     const auto number = base::to_number(part);
     if (!number || *number < 0 || *number > kGreatest) {
       base::raise(base::error::kTypeMismatch,
-                  "\"" + part + "\" is no byte: bytes are numbers from 0 to 255 with commas between");
+                  "\"" + part + "\" is not a byte: bytes are numbers from 0 to 255, separated by commas");
     }
     bytes.push_back(static_cast<std::uint8_t>(*number));
   }

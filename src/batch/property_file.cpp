@@ -135,7 +135,7 @@ bool change_user(FileRun& run, const Line& line, const std::string& path) {
 std::string fault_of(const FileRun& run, const Line& line) {
   if (!run.rules.strict)
     return {};
-  return line.whole ? value_fault(run.session, line.value) : "There is no comma behind the name";
+  return line.whole ? value_fault(run.session, line.value) : "There is no comma after the name";
 }
 
 /// False when the run must end.
@@ -159,7 +159,7 @@ bool take_line(FileRun& run, const Line& line) {
     goes_on = change_user(run, line, *path);
   if (line.whole)
     return goes_on;
-  tell_failed(run, line, "There is no comma behind the name; the run ends there");
+  tell_failed(run, line, "There is no comma after the name; the run ends there");
   return false;
 }
 

@@ -52,7 +52,7 @@ std::string word_fault(std::string_view value, std::span<const std::string_view>
       return {};
     list += (list.empty() ? "" : ", ") + std::string(word);
   }
-  return "\"" + std::string(value) + "\" is none of " + list;
+  return "\"" + std::string(value) + "\" is not one of " + list;
 }
 
 std::string chosen(const Session& session) {
@@ -114,7 +114,7 @@ void AD_Properties_Click(Session& session) {
   if (trap.number() == 0)
     return;
   show(tab, {}, false);
-  session.multi_user.Label3.caption = "\"" + property + "\" is no property: " + trap.description();
+  session.multi_user.Label3.caption = "\"" + property + "\" is not a property: " + trap.description();
 }
 
 void AD_Properties_Change(Session& session) {

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::string_view kFooter =
     "Exit code: 0 GREEN, 1 YELLOW, 2 RED, 64 usage, 65 bad input data, 70 a fault of the program,\n"
-    "77 not permitted. A value that begins with \"-\" is given as --option=-value, or behind \"--\".";
+    "77 not permitted. A value that begins with \"-\" is given as --option=-value, or after \"--\".";
 
 void add_connection_options(Command& app, GlobalOptions& options) {
   constexpr const char* kHeading = "A real domain";
@@ -29,11 +29,11 @@ void add_connection_options(Command& app, GlobalOptions& options) {
                  "That password, the first line of a file; - for standard input")
       ->type_name("FILE")
       ->heading(kHeading);
-  app.add_flag("--live", options.live, "The real domain, whatever TWK_LAB names")->heading(kHeading);
+  app.add_flag("--live", options.live, "The real domain, whatever TWK_LAB says")->heading(kHeading);
 }
 
 void add_global_options(Command& app, GlobalOptions& options) {
-  app.add_option("--lab", options.lab, "Folder of the lab to work in; TWK_LAB in the environment else")
+  app.add_option("--lab", options.lab, "Folder of the lab to work in; default: TWK_LAB from the environment")
       ->type_name("DIR");
   add_connection_options(app, options);
   app.add_option("--db", options.db, "Database directory for this run")->type_name("DIR");

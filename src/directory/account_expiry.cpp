@@ -38,14 +38,14 @@ std::string quoted(std::string_view text) {
 /// Why a date cannot be the end of an account; empty when it can.
 std::string refusal(std::string_view text, base::Date date, bool end_of) {
   if (end_of && date != day_of(date))
-    return quoted(text) + " has a time: \"end of\" takes a day alone";
+    return quoted(text) + " has a time: \"end of\" takes only a day";
   const base::Date never = base::make_date({1970, 1, 1});
   if (date < never) {
     return quoted(text) + " is " + base::format_date(date) +
            ", which is before 1970: write the year with four digits";
   }
   if (day_of(date) == never)
-    return base::format_date(date) + " stands for an account without an end: write \"Never\", or a later day";
+    return base::format_date(date) + " means an account without an end: write \"Never\", or a later day";
   return {};
 }
 

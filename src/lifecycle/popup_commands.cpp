@@ -178,7 +178,8 @@ bool delete_wks_profile(Session& session, const controls::TreeNode& node) {
     workstation.erase(0, 2);
   const std::string folder = profile_folder(session, node);
   if (!is_one_name(workstation) || !is_one_name(folder))
-    return beep_and_show(session, "\"" + workstation + "\" and \"" + folder + "\" make no path of a profile");
+    return beep_and_show(session,
+                         "\"" + workstation + "\" and \"" + folder + "\" do not make the path of a profile");
   const std::string path =
       "\\\\" + workstation +
       (session.runs.WKS_Is_NT40 ? "\\admin$\\profiles\\" : "\\c$\\Documents and Settings\\") + folder;

@@ -132,7 +132,7 @@ void unlock_range(const Descriptor& file, std::uint64_t offset, std::uint64_t co
 
 off_t to_file_offset(std::uint64_t offset, const std::string& path) {
   if (offset > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
-    raise_file_error(EOVERFLOW, "reach the position asked for in", path);
+    raise_file_error(EOVERFLOW, "reach the requested position in", path);
   }
   return static_cast<off_t>(offset);
 }

@@ -260,7 +260,7 @@ void PosixFiles::remove_directory(std::string_view path) {
   if (errno == ENOTEMPTY || errno == EEXIST || errno == ENOTDIR) {
     throw base::RuntimeError(
         base::error::kPathFileAccess,
-        "cannot remove " + local_path + ": " + (errno == ENOTDIR ? "it is no folder" : "it is not empty"));
+        "cannot remove " + local_path + ": " + (errno == ENOTDIR ? "it is not a folder" : "it is not empty"));
   }
   raise_file_error(errno, "remove", local_path);
 }

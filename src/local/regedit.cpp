@@ -136,12 +136,12 @@ RegistryValue parse_value(std::string_view line, Lines& lines) {
   }
   line = trim_blanks(line);
   if (!line.starts_with('='))
-    lines.fail("\"=\" is missing behind the name");
+    lines.fail("\"=\" is missing after the name");
   line = trim_blanks(line.substr(1));
   if (line.starts_with('"')) {
     value.text = take_quoted(line, lines);
     if (!line.empty())
-      lines.fail("more stands behind the closing quote");
+      lines.fail("there is more after the closing quote");
     return value;
   }
   value.other = take_other(line, lines);
@@ -154,7 +154,7 @@ RegistryValue parse_value(std::string_view line, Lines& lines) {
 
 std::string_view parse_key(std::string_view line, const Lines& lines) {
   if (!line.ends_with(']'))
-    lines.fail("\"]\" is missing behind the key");
+    lines.fail("\"]\" is missing after the key");
   const std::string_view path = line.substr(1, line.size() - 2);
   if (path.empty())
     lines.fail("the key is empty");
@@ -220,7 +220,7 @@ std::string regedit_text(std::string_view bytes) {
     std::swap(little[i - 1], little[i]);
   std::optional<std::string> text = from_utf16(little);
   if (!text)
-    throw base::RuntimeError(kInvalidFileFormat, "the text begins as UTF-16 and is none");
+    throw base::RuntimeError(kInvalidFileFormat, "the text begins like UTF-16 but is not valid");
   return *std::move(text);
 }
 
@@ -241,7 +241,7 @@ RegistryTree parse_regedit(std::string_view text) {
       continue;
     }
     if (key == nullptr)
-      lines.fail("a value stands in front of the first key");
+      lines.fail("a value comes before the first key");
     set_registry_value(*key, parse_value(line, lines));
   }
   return tree;

@@ -37,7 +37,7 @@ std::string follow_trusted_links(const std::string& path) {
       return target.string();
     if (!is_trusted(status, target)) {
       base::raise(base::error::kPermissionDenied,
-                  target.string() + " is a link that somebody else has put there; it is not followed");
+                  target.string() + " is a link that someone else has put there; it is not followed");
     }
     std::error_code failed;
     const std::filesystem::path next = std::filesystem::read_symlink(target, failed);
@@ -57,7 +57,7 @@ Descriptor open_shared_file(const std::string& path, int flags, mode_t mode) {
   if (status.st_nlink > 1) {
     base::raise(
         base::error::kPermissionDenied,
-        target + " stands under another name as well (a hard link), whose file it may be; it is not opened");
+        target + " also has another name (a hard link) and may be someone else's file; it is not opened");
   }
   if ((flags & O_TRUNC) != 0 && ftruncate(file.get(), 0) != 0)
     raise_file_error(errno, "empty", target);

@@ -59,7 +59,7 @@ std::string found_text(const MailboxDeletion& request, const std::vector<std::st
   text += named + ":";
   for (const std::string& path : paths)
     text += " " + path + (&path == &paths.back() ? "." : ",");
-  return text + " Say by its path (--path) which one goes.";
+  return text + " Choose one by its path (--path).";
 }
 
 [[noreturn]] void raise_undecided(const std::string& reason) {
@@ -99,7 +99,7 @@ Recipient in_container(Session& session, const MailboxDeletion& request, const s
       }))
     return mailbox;
   if (trap.number() != platform::ads_error::kNoSuchObject)
-    base::raise(trap.number(), "Unable to look into " + mailbox.container + ": " + trap.description());
+    base::raise(trap.number(), "Unable to read " + mailbox.container + ": " + trap.description());
   const std::vector<std::string> elsewhere = search(session, request);
   if (!elsewhere.empty())
     raise_undecided("There is none in " + mailbox.container + ", which the mail table names. " +
@@ -117,7 +117,8 @@ Recipient only_one(Session& session, const MailboxDeletion& request) {
 
 Recipient chosen(Session& session, const MailboxDeletion& request, bool for_variable) {
   if (for_variable && !wants_search(session))
-    raise_undecided("It was not looked for, and a variable in the 'Container' field leaves its place open.");
+    raise_undecided(
+        "It was not searched for, and a variable in the 'Container' field leaves its place open.");
   if (search_mailbox(session, request))
     return selected_recipient(session);
   raise_undecided("None was chosen. " + found_text(request, search(session, request)));

@@ -18,7 +18,7 @@ Scope read_scope(std::string_view word) {
     return Scope::kOneLevel;
   if (base::equals_fold(word, "subtree"))
     return Scope::kSubtree;
-  malformed("the scope is none of base, onelevel, subtree");
+  malformed("the scope is not one of base, onelevel, subtree");
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ QueryText parse_query_text(std::string_view text) {
     query.attributes.emplace_back(base::trim(name));
   }
   if (query.attributes.empty())
-    malformed("it asks for no attribute");
+    malformed("it requests no attribute");
   query.scope = read_scope(base::trim(text.substr(scope_at + 1)));
   return query;
 }

@@ -150,7 +150,7 @@ std::uint32_t number(const UserParameters& parameters, std::string_view name, st
     return otherwise;
   const Bytes value = value_of(*property, name);
   if (value.size() != 4)
-    invalid_data("The value of " + std::string(name) + " is no number");
+    invalid_data("The value of " + std::string(name) + " is not a number");
   return read_u32(value, 0);
 }
 
@@ -172,7 +172,7 @@ std::string text(const UserParameters& parameters, std::string_view name) {
   if (const TSProperty* const wide = find(parameters, wide_name(name))) {
     const auto value = from_utf16(value_of(*wide, wide_name(name)));
     if (!value)
-      invalid_data("The value of " + wide_name(name) + " is no text");
+      invalid_data("The value of " + wide_name(name) + " is not a text");
     return value->substr(0, value->find('\0'));
   }
   const TSProperty* const narrow = find(parameters, name);
@@ -323,7 +323,7 @@ Bytes user_parameters_bytes(std::string_view value) {
 std::string user_parameters_text(std::span<const std::uint8_t> bytes) {
   auto text = from_utf16(bytes);
   if (!text)
-    invalid_data("The attribute is no text");
+    invalid_data("The attribute is not a text");
   return *std::move(text);
 }
 
@@ -345,7 +345,7 @@ WtsConfigValue wts_setting(const UserParameters& parameters, WtsConfigClass sett
 
 void set_wts_setting(UserParameters& parameters, WtsConfigClass setting, const WtsConfigValue& value) {
   if (!parameters.foreign.empty())
-    invalid_data("The attribute holds what another program keeps there, not terminal-server settings");
+    invalid_data("The attribute holds another program's data, not terminal-server settings");
   UserParameters changed = parameters;
   make_present(changed);
   const auto* const words = std::get_if<std::string>(&value);
@@ -360,7 +360,7 @@ void set_wts_setting(UserParameters& parameters, WtsConfigClass setting, const W
   else if (count != nullptr && switch_setting != nullptr)
     put_switch(changed, *switch_setting, *count);
   else
-    invalid_parameter("The terminal-server setting does not take such a value");
+    invalid_parameter("The terminal-server setting does not accept such a value");
   parameters = std::move(changed);
 }
 

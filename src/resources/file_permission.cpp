@@ -134,7 +134,7 @@ std::optional<Acl> old_list(Session& session, const std::string& path, const Fil
   } catch (const PermissionFailure& failure) {
     if (!permission.replaceAll || !is_about_the_list(failure.number()))
       throw;
-    session.log.line("The old list is not read, and nothing of it kept: " +
+    session.log.line("The old list cannot be read, so nothing of it is kept: " +
                      base::in_words(failure.number(), failure.description()));
     return std::nullopt;
   }
@@ -279,7 +279,7 @@ bool SetFilePermission(Session& session, std::string& server, const std::string&
   try {
     const TreeOutcome outcome = write_file_permission(session, server, path, permission);
     if (outcome.stopped)
-      session.log.reason(path + ": stopped behind " +
+      session.log.reason(path + ": stopped after " +
                          base::to_text(static_cast<std::int64_t>(outcome.written)) + " files and folders");
     return !outcome.stopped;
   } catch (const PermissionFailure& failure) {

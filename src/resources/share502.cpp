@@ -58,7 +58,7 @@ ShareList list_for_everybody(Session& session) {
   if (!descriptor)
     return no_list("Unable to create Security Descriptor");
   return {ShareResult::kFallbackList, std::move(descriptor),
-          "The table of share permissions has no rows: everybody gets full control"};
+          "The table of share permissions has no rows: everyone gets full control"};
 }
 
 /// True when one of the entries is for the user or for a group that the user is in.
@@ -128,7 +128,7 @@ ShareResult CreateShare(Session& session, const std::string& server, const std::
   if (trap([&] { session.platform.network.NetShareAdd(server, share); }))
     return list.result;
   session.log.reason("Share " + shareName +
-                     " is not made: " + base::in_words(trap.number(), trap.description()));
+                     " was not made: " + base::in_words(trap.number(), trap.description()));
   session.log.line("NetShareSetInfo failed with error code : " + base::to_text(trap.number()));
   return ShareResult::kFailed;
 }

@@ -111,7 +111,7 @@ bool has_todays_layout(std::string_view bytes, const OldFile& old) {
 std::optional<std::string> records_to_convert(Conversion& conversion, const OldFile& old) {
   std::string bytes = conversion.files().read(conversion.path(old.file));
   if (has_todays_layout(bytes, old)) {
-    conversion.log(std::string(old.file) + " has today's layout already");
+    conversion.log(std::string(old.file) + " already has today's layout");
     return std::nullopt;
   }
   const std::string kept = conversion.path(old.kept);
@@ -128,7 +128,7 @@ void for_each_record(Conversion& conversion, const OldFile& old, std::string_vie
   if (const std::size_t stray = bytes.size() % old.old_size; stray != 0) {
     const std::string text = std::string(old.file) + " ends in " +
                              base::to_text(static_cast<std::int64_t>(stray)) +
-                             " bytes that are no whole record; they were left out";
+                             " bytes that are not a whole record; they were left out";
     conversion.log(text);
     session::LOG_TAB(conversion.session, session::kYellow, text);
   }
@@ -393,7 +393,7 @@ bool convert_old_database(Session& session) {
     throw base::RuntimeError(base::error::kBadFileName,
                              "The database files in " + session.dbpath + " are of generation \"" +
                                  session::read_setting(session, session::kVersion, "DBVersion") +
-                                 "\" and could not be converted. Convert.log tells the step.");
+                                 "\" and could not be converted. Convert.log shows the step.");
   }
   return !steps.empty();
 }

@@ -234,7 +234,7 @@ void tell_shadow(Session& session, records::RecordFile& file, std::string_view n
     return;
   session::LOG_TAB(session, session::kYellow,
                    "Site.dat holds a deleted site \"" + std::string(base::trim(name)) +
-                       "\" in front of the one of today, and its values are used. Compact the database.");
+                       "\" before the current one, and its values are used. Compact the database.");
 }
 
 /// False, with the tab unchanged, when there is no such site.

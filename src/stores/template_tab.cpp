@@ -114,7 +114,7 @@ bool can_store_fields(Session& session) {
   }
   for (const std::string& point : {points.HomeSharePoint, points.ProfileSharePoint}) {
     if (base::length(share_point(point)) > kSharePointLength) {
-      warn(session, "A share point has at most 100 characters, with a backslash behind it.", "Share Points");
+      warn(session, "A share point has at most 100 characters, with a backslash at its end.", "Share Points");
       return false;
     }
   }

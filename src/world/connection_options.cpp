@@ -39,7 +39,7 @@ void check_name(const std::string& what, const std::string& name) {
            std::string_view(".-_").find(c) != base::npos;
   });
   if (!fits || name.size() > kLongest || name.starts_with('.') || name.starts_with('-'))
-    refuse("the " + what + " is no name of a " + what + ": " + name);
+    refuse("the " + what + " is not the name of a " + what + ": " + name);
 }
 
 std::uint16_t port_of(const std::string& text) {
@@ -48,7 +48,7 @@ std::uint16_t port_of(const std::string& text) {
   constexpr std::int32_t kHighest = 65535;
   const auto port = base::to_number(text);
   if (!port || *port < 1 || *port > kHighest)
-    refuse("the port is a number from 1 to 65535, and not " + text);
+    refuse("the port is a number from 1 to 65535, not " + text);
   return static_cast<std::uint16_t>(*port);
 }
 
@@ -57,12 +57,12 @@ std::uint16_t port_of(const std::string& text) {
 const std::vector<ConnectionOption>& connection_options() {
   using Options = ConnectionOptions;
   static const std::vector<ConnectionOption> options = {
-      {"--domain", "NAME", "The domain; that of the settings or of the ticket else", &Options::domain},
-      {"--server", "HOST", "Its controller; one that the name service tells else", &Options::server},
+      {"--domain", "NAME", "The domain; default: from the settings or the ticket", &Options::domain},
+      {"--server", "HOST", "Its controller; default: one from the name service", &Options::server},
       {"--port", "N", "Port of LDAP there", &Options::port},
       {"--method", "METHOD", "Log on by ticket, ldaps or starttls; ticket if not given", &Options::method},
-      {"--user", "NAME", "Who logs on with a password; it is asked for", &Options::user},
-      {"--ca-file", "FILE", "Certificates that are trusted, in PEM form", &Options::ca_file}};
+      {"--user", "NAME", "User who logs on with a password, which is asked for", &Options::user},
+      {"--ca-file", "FILE", "Trusted certificates, in PEM form", &Options::ca_file}};
   return options;
 }
 
@@ -135,7 +135,7 @@ live::LiveSettings live_settings(const ConnectionOptions& options) {
     if (settings.user.empty())
       refuse("the method " + method + " needs a user to log on as");
   } else if (!method.empty() && method != "ticket") {
-    refuse("the method is ticket, ldaps or starttls, and not " + options.method);
+    refuse("the method is ticket, ldaps or starttls, not " + options.method);
   }
   return settings;
 }

@@ -65,7 +65,7 @@ void create_group(platform::DirectoryObject& container, bool active_directory) {
     group->Put("samAccountName", kGroup);
   group->Put("groupType",
              active_directory ? platform::group_type::kGlobalSecurity : platform::group_type::kGlobal);
-  group->Put("description", "Everybody who works here");
+  group->Put("description", "Everyone who works here");
   group->SetInfo();
 }
 
@@ -215,7 +215,7 @@ void make_sample_lab(const std::filesystem::path& folder, const lab::LabPlan& pl
   prepare_sample(world);
   Session session(world.services(), "", world.program_directory());
   if (windows::start_session(session) != windows::StartUp::kReady)
-    refuse("The session on the new lab did not come up.");
+    refuse("The session on the new lab did not start.");
   fill_sample_stores(session);
 }
 

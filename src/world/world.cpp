@@ -43,13 +43,13 @@ World::~World() = default;
 lab::Lab& World::lab() {
   if (lab::Lab* const lab = ground_->lab())
     return *lab;
-  base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a lab, and not a real domain");
+  base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a lab, not a real domain");
 }
 
 live::Live& World::live() {
   if (live::Live* const live = ground_->live())
     return *live;
-  base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a real domain, and not a lab");
+  base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a real domain, not a lab");
 }
 
 void World::override_setting(std::string_view sub_key, std::string_view name, std::string value) {

@@ -13,7 +13,7 @@
 
 namespace twk::test {
 
-/// A sample lab in a folder of its own, and a person who deals with one modal window after the other.
+/// A sample lab in a separate folder, and a person who deals with one modal window after the other.
 class AppTest : public testing::Test {
  protected:
   AppTest() { wait(); }
@@ -29,9 +29,9 @@ class AppTest : public testing::Test {
   [[nodiscard]] std::string lab() const { return folder_ / "lab"; }
   [[nodiscard]] std::string file(std::string_view name) const { return folder_ / name; }
 
-  /// When the next modal window is up, calls `person` with it; that is to close it.
+  /// When the next modal window is up, calls `person` with it, which must close it.
   void expect_window(std::function<void(QWidget&)> person) { queue_.push_back(std::move(person)); }
-  /// The next modal window is a box that tells `text`.
+  /// The next modal window is a box that shows `text`.
   void expect_box(const QString& text) {
     expect_window([text](QWidget& window) {
       auto* const box = qobject_cast<QMessageBox*>(&window);
@@ -48,7 +48,7 @@ class AppTest : public testing::Test {
   }
 
  private:
-  /// A timer of its own each time, because none fires inside its own call.
+  /// A separate timer each time, because none fires inside its own call.
   void wait() {
     QTimer::singleShot(10, &context_, [this] {
       wait();

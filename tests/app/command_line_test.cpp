@@ -39,7 +39,7 @@ TEST(DesktopCommandLine, TakesLabDatabaseAndSwitches) {
   }
 }
 
-TEST(DesktopCommandLine, TakesARealDomainInPlaceOfTheLabOfTheEnvironment) {
+TEST(DesktopCommandLine, TakesARealDomainInsteadOfTheLabOfTheEnvironment) {
   setenv("TWK_LAB", "from-environment", 1);
   Options options;
   EXPECT_EQ(parse({"--domain", "twk.test", "--method=ldaps", "--user", "jo"}, options), std::nullopt);

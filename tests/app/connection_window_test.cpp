@@ -42,7 +42,7 @@ class ConnectionWindowTest : public AppTest {
   }
 };
 
-TEST_F(ConnectionWindowTest, GivesWhatWasTyped) {
+TEST_F(ConnectionWindowTest, ReturnsWhatWasTyped) {
   expect_window([](QWidget& window) {
     EXPECT_EQ(window.findChild<QComboBox*>("domain")->currentText(), "twk.test");
     EXPECT_EQ(window.findChild<QLabel*>("problem"), nullptr);
@@ -65,7 +65,7 @@ TEST_F(ConnectionWindowTest, GivesWhatWasTyped) {
   EXPECT_FALSE(chosen->without_domain);
 }
 
-TEST_F(ConnectionWindowTest, StaysWhenAFieldCannotBe) {
+TEST_F(ConnectionWindowTest, StaysWhenAFieldIsInvalid) {
   expect_window([](QWidget& window) {
     type(window, "port", "much");
     click(window, "connect");
@@ -76,7 +76,7 @@ TEST_F(ConnectionWindowTest, StaysWhenAFieldCannotBe) {
   EXPECT_FALSE(app::choose_connection({.domain = "twk.test"}, {}, nullptr));
 }
 
-TEST_F(ConnectionWindowTest, TellsEachStepOfItsTestBesideTheWindow) {
+TEST_F(ConnectionWindowTest, ShowsEachStepOfItsTestInTheBackground) {
   const auto test = [](const live::LiveSettings& settings, const live::Prompts&, const auto& tell) {
     const std::vector<CheckStep> steps = {{"name look-up", StepOutcome::kPassed, settings.domain},
                                           {"port", StepOutcome::kFailed, "no answer " + settings.password}};

@@ -12,7 +12,7 @@ constexpr const char* kScreen =
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Instances, settings and labs of the person who runs the tests are not to be seen, nor touched.
+  // Instances, settings and labs of the person who runs the tests must not be seen or touched.
   const twk::test::TemporaryDirectory home;
   twk::test::put_file(home / "screen.json", kScreen);
   qputenv("QT_QPA_PLATFORM", QByteArray("offscreen:configfile=") + (home / "screen.json").c_str());

@@ -18,7 +18,7 @@ void close_main_window() {
   }
 }
 
-/// The window of the tip, which stands over the main window; closes both.
+/// The window of the tip, which is above the main window; closes both.
 void end_program(QWidget& tip) {
   EXPECT_EQ(tip.objectName(), "frmTip");
   EXPECT_NE(dynamic_cast<screens::MainWindow*>(tip.parentWidget()), nullptr);
@@ -43,7 +43,7 @@ class OldLabTest : public AppTest {
                             " '" + file("lab/db") + "'";
     ASSERT_EQ(std::system(put.c_str()), 0);
   }
-  /// In the way of the conversion stands a file that an earlier one kept.
+  /// A file kept by an earlier conversion is in the way.
   void make_stuck_lab() {
     make_old_lab("2.2", "2.2");
     put_file(file("lab/db/Template.v23"), "");
@@ -79,7 +79,7 @@ TEST_P(EveryOldGeneration, IsConvertedAtTheStartAndShownInTheWindow) {
     end_program(tip);
   });
   EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}, .connection = {}}), 0);
-  // The second start has nothing to tell.
+  // The second start has nothing to report.
   expect_window(end_program);
   EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = {}, .connection = {}}), 0);
 }
@@ -109,7 +109,7 @@ TEST_F(ProgramTest, SaysDebugModeInTheStatusBar) {
   EXPECT_EQ(app::run({.lab = lab(), .database = {}, .command_line = "/DEBUG", .connection = {}}), 0);
 }
 
-TEST_F(OldLabTest, TellsOfANamedLabThatCannotBeOpenedAndEndsWith65) {
+TEST_F(OldLabTest, ReportsANamedLabThatCannotBeOpenedAndEndsWith65) {
   make_stuck_lab();
   std::filesystem::create_directories(file("garbled"));
   put_file(file("garbled/lab.conf"), "kind = nonsense\n");

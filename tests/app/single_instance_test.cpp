@@ -45,7 +45,7 @@ Stamps stamps_below(const std::string& folder) {
   return stamps;
 }
 
-/// Looked for without an instance of the test's own, which the program would take for the first.
+/// Searched without an instance in the test itself, which the program would take for the first.
 bool socket_is_there() {
   return !QDir(qEnvironmentVariable("XDG_RUNTIME_DIR")).entryList({"tarnwick-*"}, QDir::System).empty();
 }
@@ -80,7 +80,7 @@ TEST_F(SingleInstanceTest, TheFirstComesForwardWithAModalWindowOverIt) {
   modal.exec();
 }
 
-TEST_F(SingleInstanceTest, TheFirstGetsTheRightToComeForwardThatTheSecondWasGiven) {
+TEST_F(SingleInstanceTest, TheFirstGetsTheSecondsRightToComeForward) {
   const app::SingleInstance first;
   qputenv("XDG_ACTIVATION_TOKEN", "token-1");
   Program second("");
@@ -90,7 +90,7 @@ TEST_F(SingleInstanceTest, TheFirstGetsTheRightToComeForwardThatTheSecondWasGive
   qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
-TEST_F(SingleInstanceTest, AProgramThatWasKilledIsInNobodysWay) {
+TEST_F(SingleInstanceTest, AKilledProgramBlocksNobody) {
   make_lab();
   {
     Program first(lab());

@@ -3,7 +3,7 @@
 namespace twk::base {
 namespace {
 
-TEST(CodePage, EveryByteStandsForOneCharacterAndNothingElseHasAPlace) {
+TEST(CodePage, EveryByteMeansOneCharacterAndNothingElseHasAPlace) {
   std::string bytes;
   for (int byte = 0; byte < 256; ++byte)
     bytes.push_back(static_cast<char>(byte));

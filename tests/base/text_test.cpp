@@ -3,7 +3,7 @@
 namespace twk::base {
 namespace {
 
-/// An "é" that is one byte of code page 1252, and no UTF-8.
+/// An "é" that is one byte of code page 1252, and not UTF-8.
 constexpr const char* kBadByte = "caf\xE9";
 
 TEST(Text, CaseCountsForNothing) {
@@ -46,7 +46,7 @@ TEST(Text, PiecesAreCutByCharacters) {
   EXPECT_EQ(trim("   "), "");
 }
 
-TEST(Text, Utf8IsToldFromOtherBytes) {
+TEST(Text, Utf8IsDistinguishedFromOtherBytes) {
   for (const char* const bad : {kBadByte, "\x80", "\xC0\xAF", "\xE2\x82", "\xED\xA0\x80", "\xF4\x90\x80\x80",
                                 "\xF8\x88\x80\x80\x80"}) {
     EXPECT_FALSE(is_valid_utf8(bad));

@@ -101,7 +101,7 @@ TEST_P(AccountFunctions, PasswordsAreResetToTheDefaultWithTheName) {
   EXPECT_TRUE(world.takes("bo", "New-bo-2026"));
 }
 
-TEST_P(AccountFunctions, APasswordThatIsRefusedIsABeepAndTheNextOneIsSet) {
+TEST_P(AccountFunctions, ARefusedPasswordBeepsAndTheNextOneIsSet) {
   MultiUserWorld world(GetParam());
   world.set("Setup", "Password", "PROMPT");
   world.open();
@@ -131,7 +131,7 @@ TEST_P(AccountFunctions, NothingIsDoneForNobodyOrWithoutAnOk) {
   EXPECT_EQ(world.window.mouse_pointer, 0);
 }
 
-TEST_P(AccountFunctions, CancelStopsBehindTheAccountInHand) {
+TEST_P(AccountFunctions, CancelStopsAfterTheCurrentAccount) {
   MultiUserWorld world(GetParam());
   world.open();
   world.select_users({"ann", "ben", "cas"});
@@ -148,7 +148,7 @@ TEST_P(AccountFunctions, CancelStopsBehindTheAccountInHand) {
   EXPECT_TRUE(world.window.Del_User.enabled);
 }
 
-TEST_P(AccountFunctions, AFailureEndsTheWindowsRunAndIsTold) {
+TEST_P(AccountFunctions, AFailureEndsTheWindowsRunAndIsReported) {
   MultiUserWorld world(GetParam());
   world.open();
   world.select_users({"ann", "ben", "cas"});
@@ -164,7 +164,7 @@ TEST_P(AccountFunctions, AFailureEndsTheWindowsRunAndIsTold) {
   EXPECT_FALSE(session::is_running(world.window));
 }
 
-TEST_P(AccountFunctions, WithHooksARefusedRowIsAnOutcomeAndTheRestGoesOn) {
+TEST_P(AccountFunctions, WithHooksARefusedRowIsAnOutcomeAndTheRestContinues) {
   MultiUserWorld world(GetParam());
   world.open();
   world.select_users({"ann", "ben", "cas"});

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
-TEST(ChangeProperty, GivesEveryChosenUserTheValueWithItsName) {
+TEST(ChangeProperty, SetsTheValueWithItsNameForEveryChosenUser) {
   PropertyWorld world;
   world.change({"jo", "ann"}, "title", "Clerk %username%, 100% of %UserName% %Domain%");
   EXPECT_EQ(world.property("jo", "title"), "Clerk jo Lee, 100% of jo Lee %Domain%");
@@ -35,7 +35,7 @@ TEST(ChangeProperty, WritesABlockToTheLog) {
             "Change property:'title' to 'Clerk' for jo Lee\n");
 }
 
-TEST(ChangeProperty, TellsPropertyAndTextWhenStartedForDebugging) {
+TEST(ChangeProperty, LogsPropertyAndTextWhenStartedForDebugging) {
   PropertyWorld world("/DEBUG");
   world.change({"jo"}, "title", "Clerk of %UserName%");
   EXPECT_THAT(world.log(), HasSubstr("User:admin\nAD_property = title\nChange Text = Clerk of %UserName%\n"
@@ -62,7 +62,7 @@ TEST(ChangeProperty, AppendAddsAValueAndReplaceLosesTheOthers) {
   EXPECT_THAT(world.values("jo", "otherTelephone"), ElementsAre("33"));
 }
 
-TEST(ChangeProperty, AppendDoesNotReachAPropertyOfOneValue) {
+TEST(ChangeProperty, AppendDoesNotApplyToAPropertyOfOneValue) {
   PropertyWorld world;
   world.change({"jo"}, "title", "Clerk");
   world.change({"jo"}, "title", "Head");
@@ -79,7 +79,7 @@ TEST(ChangeProperty, NumbersBecomeTheBytesOfAnOctetString) {
   }
 }
 
-TEST(ChangeProperty, BytesThatAreNoneLeaveTheUserAsItIs) {
+TEST(ChangeProperty, InvalidBytesLeaveTheUserAsItIs) {
   PropertyWorld world;
   world.change({"jo"}, "logonWorkstation", "7,8");
   for (const std::string text :
@@ -117,7 +117,7 @@ TEST(ChangeProperty, ValueThatBreaksTheSyntaxIsRefused) {
   }
 }
 
-TEST(ChangeProperty, RefusalInTheMiddleIsCountedAndTheRunGoesOn) {
+TEST(ChangeProperty, RefusalInTheMiddleIsCountedAndTheRunContinues) {
   PropertyWorld world;
   world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
   world.change({"jo", "ann", "kim"}, "title", "Clerk");
@@ -129,7 +129,7 @@ TEST(ChangeProperty, RefusalInTheMiddleIsCountedAndTheRunGoesOn) {
   EXPECT_EQ(world.status(), "Properties changed for 2 users. - errors detected check log file.");
 }
 
-TEST(ChangeProperty, UserWhoIsGoneIsCountedAndTheRunGoesOn) {
+TEST(ChangeProperty, MissingUserIsCountedAndTheRunContinues) {
   PropertyWorld world;
   world.select_users({"jo", "ann"});
   world.services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters))
@@ -157,7 +157,7 @@ TEST(ChangeProperty, ServerThatIsGoneEndsTheRun) {
   EXPECT_EQ(world.session.ad_properties.CHANGE_AD.caption, std::string("C&hange"));
 }
 
-TEST(ChangeProperty, GroupStandsForItsMembersThatAreUsers) {
+TEST(ChangeProperty, GroupMeansItsMembersThatAreUsers) {
   PropertyWorld world;
   const platform::ObjectPtr staff = world.account("Staff");
   staff->Add(world.path_of("jo"));
@@ -176,7 +176,7 @@ TEST(ChangeProperty, GroupStandsForItsMembersThatAreUsers) {
   EXPECT_THAT(world.log(), HasSubstr("Change property:'title' to 'Clerk of "));
 }
 
-TEST(ChangeProperty, UnitStandsForTheUsersDirectlyInIt) {
+TEST(ChangeProperty, UnitMeansTheUsersDirectlyInIt) {
   PropertyWorld world;
   const std::string unit = "LDAP://twk.test/" + std::string(test::kNewStarters);
   const auto below = world.services.directory.GetObject(unit)->Create("organizationalUnit", "OU=Below");

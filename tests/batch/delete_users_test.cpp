@@ -51,7 +51,7 @@ TEST_P(DeleteUsers, UsersAndMembersGoAndTheirRowsBecomeGhosts) {
   EXPECT_TRUE(world.window.Command7.enabled);
 }
 
-TEST_P(DeleteUsers, ASecondRunPassesOverGhostsAndTakesTheGroupAnew) {
+TEST_P(DeleteUsers, ASecondRunSkipsGhostsAndReadsTheGroupAgain) {
   MultiUserWorld world(GetParam());
   world.join_readers({"ann"});
   open_to_delete(world);
@@ -64,7 +64,7 @@ TEST_P(DeleteUsers, ASecondRunPassesOverGhostsAndTakesTheGroupAnew) {
   EXPECT_EQ(there(world), (Names{"ben", "cas"}));
 }
 
-TEST(DeleteUsersOfADirectory, AUnitStandsForItsUsersAndGhostsTheirRows) {
+TEST(DeleteUsersOfADirectory, AUnitMeansItsUsersAndGhostsTheirRows) {
   MultiUserWorld world;
   open_to_delete(world);
   world.select_unit();
@@ -87,7 +87,7 @@ TEST_P(DeleteUsers, EachIsAskedAboutAndANoKeepsTheRow) {
   EXPECT_TRUE(world.has("ann"));
 }
 
-TEST_P(DeleteUsers, CancelStopsBehindTheUserInHandAlsoWithinAGroup) {
+TEST_P(DeleteUsers, CancelStopsAfterTheCurrentUserEvenWithinAGroup) {
   for (const bool by_group : {false, true}) {
     MultiUserWorld world(GetParam());
     world.join_readers({"ann", "ben", "cas", "dee"});
@@ -126,7 +126,7 @@ TEST_P(DeleteUsers, ARefusedUserStaysAndTheRestGoes) {
               testing::Contains(testing::AllOf(HasSubstr("RED  Unable to Delete User"), HasSubstr("ben"))));
 }
 
-TEST_P(DeleteUsers, AGroupThatCannotBeReadEndsTheRunAndIsTold) {
+TEST_P(DeleteUsers, AGroupThatCannotBeReadEndsTheRunAndIsReported) {
   MultiUserWorld world(GetParam());
   open_to_delete(world);
   world.window.ListView1.add("LDAP://twk.test/CN=No,DC=twk,DC=test", "No",

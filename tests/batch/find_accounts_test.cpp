@@ -55,7 +55,7 @@ TEST_P(FindAccounts, WithoutADateNobodyIsFound) {
   }
 }
 
-TEST_P(FindAccounts, ARowThatCannotBeReadIsNoHit) {
+TEST_P(FindAccounts, ARowThatCannotBeReadIsNotAHit) {
   MultiUserWorld world(GetParam());
   expire(world, "ann", 2020, 1, 1);
   world.open();

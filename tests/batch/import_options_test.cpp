@@ -44,7 +44,7 @@ TEST_F(ImportOptionsTest, AButtonSetsTheRange) {
   }
 }
 
-TEST_F(ImportOptionsTest, ABoundIsANumberUpToNinetyNine) {
+TEST_F(ImportOptionsTest, ALimitIsANumberUpToNinetyNine) {
   for (const char* const bad : {"", "x", "-1", "100", "1,5"}) {
     window.LowerRange.text = bad;
     dialogs.expect("Enter Number 0-99");

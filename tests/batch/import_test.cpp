@@ -228,7 +228,7 @@ TEST_P(InEveryKindOfDomain, TheFileOfRefusedLinesCanBeImportedAgain) {
   EXPECT_EQ(world.session.csv_import.ImportLast.items().size(), 4U);
 }
 
-TEST(Import, WhatOneNameLacksIsTold) {
+TEST(Import, TheMissingPartsOfANameAreReported) {
   for (const auto& [line, row] : std::vector<std::pair<std::string, std::string>>{
            {"Drei,", "1  Drei."}, {",,Lee", "1 YELLOW .Lee"}, {"Jo,,Lee", "1 GREEN Jo.Lee"}}) {
     ImportWorld world;
@@ -238,7 +238,7 @@ TEST(Import, WhatOneNameLacksIsTold) {
   }
 }
 
-TEST(Import, AGroupThatTheTemplateAloneStillNamesIsToldOnce) {
+TEST(Import, AGroupThatOnlyTheTemplateStillNamesIsReportedOnce) {
   ImportWorld world;
   world.staff.GroupCount = 2;
   world.staff.Groups[1] = "Dissolved";
@@ -362,7 +362,7 @@ TEST(ImportCommand, RunsFromTheFileToTheClosingText) {
   EXPECT_THAT(world.log(), HasSubstr("31/12/2026 09:05:00\nImport Finished\n"));
 }
 
-TEST(ImportCommand, ASelectionThatWillNotDoIsToldInABox) {
+TEST(ImportCommand, AnUnsuitableSelectionIsReportedInABox) {
   struct Case {
     DomainKind kind;
     bool site;

@@ -56,7 +56,7 @@ TEST_P(MoveUsers, UsersAndMembersGetTheNewPlaceAndAreNotMovedTwice) {
   EXPECT_EQ(world.log_tab().size(), told);
 }
 
-TEST_P(MoveUsers, CancelStopsBehindTheUserInHand) {
+TEST_P(MoveUsers, CancelStopsAfterTheCurrentUser) {
   MultiUserWorld world(GetParam());
   open_to_move(world);
   world.select_users({"ann", "ben", "cas"});
@@ -73,7 +73,7 @@ TEST_P(MoveUsers, CancelStopsBehindTheUserInHand) {
   EXPECT_TRUE(world.window.Multi_Site.enabled);
 }
 
-TEST_P(MoveUsers, ARefusedUserIsToldAndTheRestMoves) {
+TEST_P(MoveUsers, ARefusedUserIsReportedAndTheRestMoves) {
   MultiUserWorld world(GetParam());
   open_to_move(world);
   world.select_users({"ann", "ben"});
@@ -85,7 +85,7 @@ TEST_P(MoveUsers, ARefusedUserIsToldAndTheRestMoves) {
   EXPECT_THAT(world.log_tab().front(), testing::StartsWith("RED "));
 }
 
-TEST(MoveUsersOfADirectory, AUnitStandsForItsUsers) {
+TEST(MoveUsersOfADirectory, AUnitMeansItsUsers) {
   MultiUserWorld world;
   open_to_move(world);
   world.select_unit();

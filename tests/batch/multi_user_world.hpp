@@ -85,7 +85,7 @@ class MultiUserWorld : public LabSession {
     base::Trap trap;
     return trap([&] { static_cast<void>(account(name)); });
   }
-  /// The account as the WinNT provider has it, in every kind of domain.
+  /// The account through the WinNT provider, in every kind of domain.
   [[nodiscard]] platform::User winnt(const std::string& name) {
     return platform::User(services.directory.GetObject("WinNT://TWK/" + name + ",user"));
   }

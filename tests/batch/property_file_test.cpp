@@ -39,7 +39,7 @@ class FileWorld : public PropertyWorld {
   }
 };
 
-TEST(PropertyFile, GivesEachUserItsOwnValue) {
+TEST(PropertyFile, SetsASeparateValueForEachUser) {
   FileWorld world;
   world.press("jo,Clerk\r\n ann ,Head of Sales\nkim,Clerk of %UserName%");
   EXPECT_EQ(world.property("jo", "title"), "Clerk");
@@ -53,7 +53,7 @@ TEST(PropertyFile, GivesEachUserItsOwnValue) {
   EXPECT_THAT(world.log(), HasSubstr("Importing users to change AD value title\n"));
 }
 
-TEST(PropertyFile, ValueStandsAsItIsBehindTheFirstComma) {
+TEST(PropertyFile, ValueIsEverythingAfterTheFirstComma) {
   FileWorld world;
   for (const auto& [line, value] : std::vector<std::pair<std::string, std::string>>{
            {"jo,Clerk, Head, and more,", "Clerk, Head, and more,"},
@@ -80,7 +80,7 @@ TEST(PropertyFile, UserWithAccentsIsFoundInEitherEncoding) {
   EXPECT_EQ(world.property("zo\xC3\xAB", "title"), "Unicode");
 }
 
-TEST(PropertyFile, UserWhomTheListDoesNotHaveIsPassedOverInSilence) {
+TEST(PropertyFile, UserWhoIsNotInTheListIsSilentlySkipped) {
   FileWorld world;
   world.add_user("CN=Elsewhere", "elsewhere");
   world.press("nobody,Clerk\nelsewhere,Clerk\n*,Clerk\n,Clerk\njo)(cn=*,Clerk\njo,Clerk\n");
@@ -106,7 +106,7 @@ TEST(PropertyFile, UserIsFoundByTheLogonNameWhenTheListShowsAnother) {
               HasSubstr("titles.csv, line 2: Lee: The list has 2 users of that name"));
 }
 
-TEST(PropertyFile, LineThatFailsIsToldWithItsPlaceAndTheRunGoesOn) {
+TEST(PropertyFile, FailedLineIsReportedWithItsPlaceAndTheRunContinues) {
   FileWorld world;
   world.choose("countryCode");
   EXPECT_TRUE(world.run("jo,many\n\n  \nann,\nkim,44\n"));
@@ -123,7 +123,7 @@ TEST(PropertyFile, LineThatFailsIsToldWithItsPlaceAndTheRunGoesOn) {
   EXPECT_EQ(world.session.ad_properties.errors, 2);
 }
 
-TEST(PropertyFile, LineWithoutACommaGivesNoValueAndEndsTheRun) {
+TEST(PropertyFile, LineWithoutACommaSetsNoValueAndEndsTheRun) {
   FileWorld world;
   world.change({"jo"}, "title", "Clerk");
   world.choose("WTSWorkingDirectory");
@@ -132,7 +132,7 @@ TEST(PropertyFile, LineWithoutACommaGivesNoValueAndEndsTheRun) {
   EXPECT_THAT(world.outcomes, ElementsAre("1 kim", "2 jo"));
   EXPECT_EQ(world.session.multi_user.AD_CHANGE.text, std::string());
   EXPECT_THAT(world.log_tab().back(),
-              HasSubstr("titles.csv, line 2: jo: There is no comma behind the name; the run ends there"));
+              HasSubstr("titles.csv, line 2: jo: There is no comma after the name; the run ends there"));
 }
 
 TEST(PropertyFile, StrictRulesRefuseALineWithoutACommaInstead) {
@@ -150,7 +150,7 @@ TEST(PropertyFile, StrictRulesRefuseWordsThatNoSettingKnows) {
   EXPECT_TRUE(world.run("jo,7 mins\nann,5 MINS\nkim,\n", strict));
   EXPECT_THAT(world.outcomes, ElementsAre("1 not jo", "2 ann", "3 not kim"));
   EXPECT_THAT(world.log_tab().front(),
-              HasSubstr("titles.csv, line 1: jo: \"7 mins\" is none of Never, 1 min, "));
+              HasSubstr("titles.csv, line 1: jo: \"7 mins\" is not one of Never, 1 min, "));
   world.outcomes.clear();
   world.choose("WTSAllowLogonTerminalServer");
   EXPECT_TRUE(world.run("jo,1\nann,no\n", strict));
@@ -183,7 +183,7 @@ TEST(PropertyFile, SelectionAndListStayAsTheyAre) {
   EXPECT_EQ(world.session.multi_user.ListView2.size(), 3U);
 }
 
-TEST(PropertyFile, TellsEachLineWhenStartedForDebugging) {
+TEST(PropertyFile, LogsEachLineWhenStartedForDebugging) {
   FileWorld world("/DEBUG");
   EXPECT_TRUE(world.run("jo,Clerk, Head\n"));
   EXPECT_THAT(world.log(), HasSubstr("Line=jo,Clerk, Head\nAD Property = Clerk, Head\nUser = jo\n"));

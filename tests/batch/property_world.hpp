@@ -52,7 +52,7 @@ class PropertyWorld : public test::LabSession {
     for (const std::string& name : names)
       session.multi_user.ListView1.add(path_of(name), name, "USER");
   }
-  /// Gives the users a property by the button.
+  /// Sets a property of the users by the button.
   void change(const std::vector<std::string>& names, const std::string& property, const std::string& value) {
     session.multi_user.ListView1.clear();
     select_users(names);

@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
 
-TEST(SchemaProperties, TerminalServerSettingsStandInFrontOfWhatTheSchemaGivesUsers) {
+TEST(SchemaProperties, TerminalServerSettingsComeBeforeTheSchemasPropertiesOfUsers) {
   const PropertyWorld world;
   const std::vector<std::string>& names = world.session.ad_properties.AD_Properties.items();
   ASSERT_GT(names.size(), 200U);
@@ -61,12 +61,12 @@ TEST(SchemaProperties, SyntaxAndFrameFollowTheChosenProperty) {
   }
 }
 
-TEST(SchemaProperties, DirectoryThatDoesNotAnswerIsTold) {
+TEST(SchemaProperties, DirectoryThatDoesNotAnswerIsReported) {
   PropertyWorld world;
   world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
   world.choose("title");
   EXPECT_EQ(world.session.ad_properties.Syntax.caption, std::string());
-  EXPECT_THAT(world.status(), HasSubstr("\"title\" is no property: "));
+  EXPECT_THAT(world.status(), HasSubstr("\"title\" is not a property: "));
   world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
   EXPECT_THROW(fill_properties(world.session), base::RuntimeError);
 }
@@ -89,7 +89,7 @@ TEST(SchemaProperties, ListIsFilledOnceForADomain) {
   EXPECT_EQ(tab.AD_Properties.items().size(), 0U);
 }
 
-/// What the controller holds of a setting.
+/// What the controller stores for a setting.
 platform::WtsConfigValue setting_of(PropertyWorld& world, const std::string& user, WtsConfigClass setting) {
   return world.services.network.WTSQueryUserConfig("", user, setting);
 }

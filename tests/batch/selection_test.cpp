@@ -30,7 +30,7 @@ std::vector<std::string> walked(MultiUserWorld& world, const WalkRules& rules = 
   return names;
 }
 
-TEST_P(Selection, AGroupStandsForItsUsersAndAUserForHimself) {
+TEST_P(Selection, AGroupMeansItsUsersAndAUserHimself) {
   MultiUserWorld world(GetParam());
   world.join_readers({"ann", "ben"});
   world.open();
@@ -42,7 +42,7 @@ TEST_P(Selection, AGroupStandsForItsUsersAndAUserForHimself) {
               UnorderedElementsAre("ann (row)", "ann (row)", "ben"));
 }
 
-TEST(SelectionOfADirectory, AUnitStandsForTheUsersRightInIt) {
+TEST(SelectionOfADirectory, AUnitMeansTheUsersDirectlyInIt) {
   MultiUserWorld world;
   const platform::ObjectPtr unit =
       world.services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters));
@@ -58,7 +58,7 @@ TEST(SelectionOfADirectory, AUnitStandsForTheUsersRightInIt) {
   EXPECT_THAT(walked(world), UnorderedElementsAre("ann", "ben (row)", "cas", "dee", "ben (row)"));
 }
 
-TEST(SelectionOfADirectory, AMemberThatIsNoUserIsPassedOverAndNamedInTheLog) {
+TEST(SelectionOfADirectory, AMemberThatIsNotAUserIsSkippedAndLogged) {
   MultiUserWorld world;
   world.join_readers({"ann"});
   world.services.directory.GetObject(world.key("Readers"))->Add("LDAP://twk.test/CN=Staff,DC=twk,DC=test");
@@ -69,7 +69,7 @@ TEST(SelectionOfADirectory, AMemberThatIsNoUserIsPassedOverAndNamedInTheLog) {
   EXPECT_THAT(world.log(), testing::HasSubstr("Not a user: LDAP://twk.test/CN=Staff,DC=twk,DC=test\n"));
 }
 
-TEST_P(Selection, AFailureEndsTheWalkUnlessTheRulesLetItGoOn) {
+TEST_P(Selection, AFailureEndsTheWalkUnlessTheRulesLetItContinue) {
   MultiUserWorld world(GetParam());
   world.open();
   world.window.ListView1.add(world.key("nobody"), "nobody", "USER");
@@ -85,7 +85,7 @@ TEST_P(Selection, AFailureEndsTheWalkUnlessTheRulesLetItGoOn) {
   EXPECT_THAT(failed, ElementsAre("nobody"));
 }
 
-TEST_P(Selection, AStopIsHeardBeforeTheNextUserAlsoWithinAGroup) {
+TEST_P(Selection, AStopTakesEffectBeforeTheNextUserEvenWithinAGroup) {
   MultiUserWorld world(GetParam());
   world.join_readers({"ann", "ben", "cas"});
   world.open();
@@ -97,7 +97,7 @@ TEST_P(Selection, AStopIsHeardBeforeTheNextUserAlsoWithinAGroup) {
   EXPECT_EQ(visited, 2U);
 }
 
-TEST_P(Selection, RowsAreTakenAndGivenBackToTheListTheyCameFrom) {
+TEST_P(Selection, RowsAreTakenAndReturnedToTheListTheyCameFrom) {
   MultiUserWorld world(GetParam());
   world.open();
   session::MultiUser& window = world.window;

@@ -80,7 +80,7 @@ std::string said(Arguments words) {
   return testing::internal::GetCapturedStderr() + testing::internal::GetCapturedStdout();
 }
 
-/// The words that stand first in the lines of the help.
+/// The first words in the lines of the help.
 Arguments words_of_help(const std::string& help, const char* pattern) {
   const std::regex line(pattern);
   Arguments words;
@@ -89,7 +89,7 @@ Arguments words_of_help(const std::string& help, const char* pattern) {
   return words;
 }
 
-/// Gives each option of the command and of those below it an empty value and a word behind it.
+/// Passes each option of the command and of its sub-commands with an empty value and a word after it.
 std::size_t try_empty_values(const Arguments& command) {
   const auto with = [&command](std::initializer_list<std::string> words) {
     Arguments all = command;

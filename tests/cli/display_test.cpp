@@ -63,7 +63,7 @@ TEST_F(OutputText, ColumnsStandUnderTheirHeadings) {
             "Zoë<U+001B>  no   \n");
 }
 
-TEST_F(OutputText, JsonIsOneObjectALineWithItsKeysInOrder) {
+TEST_F(OutputText, JsonIsOneObjectPerLineWithItsKeysInOrder) {
   EXPECT_EQ(written(true, [&](Output& output) { output.table(columns_, {rows_.front()}); }),
             "{\"name\":\"東京\",\"on\":true,\"groups\":[\"a\",\"b\"]}\n");
   EXPECT_EQ(written(true,

@@ -63,7 +63,7 @@ TEST_F(Editors, HoursAreThoseOfTheZoneThatWasChosen) {
   EXPECT_EQ(stored(), fixed);
   EXPECT_THAT(in_berlin({"hours", "set", "Staff", "--zone", "workstation"}).err, Not(HasSubstr("warning")));
   EXPECT_EQ(stored(), berlin);
-  EXPECT_THAT(in_berlin({"hours", "zone"}).out, HasSubstr("UTC+12 (nobody has chosen)"));
+  EXPECT_THAT(in_berlin({"hours", "zone"}).out, HasSubstr("UTC+12 (not chosen yet)"));
   EXPECT_THAT(in_berlin({"hours", "zone", "workstation"}).out,
               HasSubstr("UTC+1, the zone of this workstation"));
   EXPECT_THAT(in_berlin({"hours", "set", "Staff", "--zone", "UTC+12"}).err, Not(HasSubstr("warning")));
@@ -74,7 +74,7 @@ TEST_F(Editors, HoursAreThoseOfTheZoneThatWasChosen) {
   EXPECT_EQ(in_berlin({"hours", "zone", "here"}).exit_code, 64);
 }
 
-TEST_F(Editors, HoursThatDoNotReadAreNamedAndNothingIsChanged) {
+TEST_F(Editors, InvalidHoursAreNamedAndNothingIsChanged) {
   const std::string before = run({"hours", "show", "Staff"}).out;
   const ProgramResult result = run({"hours", "set", "Staff"}, week("####?" + std::string(19, '#')));
   EXPECT_EQ(result.exit_code, 65);

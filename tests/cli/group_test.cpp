@@ -48,7 +48,7 @@ TEST_F(GroupCommands, CreateMakesAGroupOfTheKindAndScope) {
   EXPECT_EQ(result_of({"group", "show", "R&D (x)"})["kind"], "distribution");
 }
 
-TEST_F(GroupCommands, CreateTellsWhatIsRefused) {
+TEST_F(GroupCommands, CreateReportsRefusals) {
   const ProgramResult again = json({"create", "Drivers"});
   EXPECT_EQ(again.exit_code, 2);
   EXPECT_THAT(values(again.out, "light"), ElementsAre("RED"));
@@ -125,7 +125,7 @@ TEST_F(GroupCommands, DeleteAsksFirst) {
   EXPECT_THAT(refused.out, HasSubstr("RED  Error Deleting Group Domain Users: "));
 }
 
-TEST_F(GroupCommands, CopyTellsEachUserAndTheSum) {
+TEST_F(GroupCommands, CopyReportsEachUserAndTheSum) {
   ASSERT_EQ(run({"group", "add-member", "Drivers", "Ann.Marsh", "Bob.Marsh"}).exit_code, 0);
   ASSERT_EQ(run({"group", "create", "Pilots"}).exit_code, 0);
   ASSERT_EQ(run({"group", "add-member", "Pilots", "Bob.Marsh"}).exit_code, 0);
@@ -147,7 +147,7 @@ class GroupCommandsOfAnNtDomain : public GroupCommands {
   static void SetUpTestSuite() { make("nt"); }
 };
 
-TEST_F(GroupCommandsOfAnNtDomain, HaveGlobalGroupsAlone) {
+TEST_F(GroupCommandsOfAnNtDomain, HaveOnlyGlobalGroups) {
   EXPECT_EQ(result_of({"group", "show", "Drivers"})["scope"], "global");
   EXPECT_EQ(run({"group", "create", std::string(20, 'a')}).exit_code, 0);
   const ProgramResult longer = run({"group", "create", std::string(21, 'b')});

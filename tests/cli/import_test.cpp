@@ -17,7 +17,7 @@ class ImportingUsers : public TwkLab {
   }
 };
 
-TEST_F(ImportingUsers, GivesARowALineAndTheCounts) {
+TEST_F(ImportingUsers, PrintsARowForEachLineAndTheCounts) {
   const ProgramResult result = import("John,Fred,Smith\r\n\r\nJ\xFCrgen,,M\xFCller\r\nAl,*,B*\r\n");
   EXPECT_EQ(result.exit_code, 1) << result.err;
   const auto lines = json_lines(result.out);
@@ -66,7 +66,7 @@ TEST_F(ImportingUsers, HaltsAtTheFirstWarningWhenAsked) {
   EXPECT_THAT(result.out, AllOf(HasSubstr("John.Smith1"), Not(HasSubstr("Al.Bo"))));
 }
 
-TEST_F(ImportingUsers, ShowsInAPreviewWhatTheImportTellsAndWritesNothing) {
+TEST_F(ImportingUsers, ShowsInAPreviewWhatTheImportReportsAndWritesNothing) {
   for (const std::string stage : {"CreateDirs", "CreateShares", "SetPermissions", "MailAccount"})
     ASSERT_EQ(run({"settings", "set", "UM", stage, "No"}).exit_code, 0);
   ASSERT_EQ(create({"--ou", "OU=London,DC=twk,DC=test", "--id", "elsewhere", "El", "Se"}).exit_code, 0);
@@ -112,7 +112,7 @@ TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
   ASSERT_EQ(import("John,,Smith\nalone\nJohn,,Smith,4\n").exit_code, 1);
   const std::string errors = database_file("Import.err");
   for (const Case& one : {Case{"/dev/null", "3", 65, "/dev/null is no ordinary file"},
-                          Case{file("empty.csv", ""), "3", 65, "holds no line of a user"},
+                          Case{file("empty.csv", ""), "3", 65, "contains no user"},
                           Case{"gone.csv", "3", 65, "There is no file gone.csv"},
                           Case{errors, "5", 64, "no column 5: the longest line has 1"}}) {
     const ProgramResult result = run({"user", "import", one.file, "--template", "Staff", "--site",
@@ -123,7 +123,7 @@ TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
   EXPECT_THAT(get_file(errors), testing::EndsWith("alone\r\n"));
 }
 
-TEST_F(ImportingUsers, StopsAfterTheUserInHandAtCtrlC) {
+TEST_F(ImportingUsers, StopsAfterTheCurrentUserAtCtrlC) {
   std::string csv;
   for (int i = 0; i < 200; ++i)
     csv += "First,,Last" + std::to_string(i) + "\n";

@@ -30,7 +30,7 @@ TEST(Lab, IsNotMadeOverSomethingElse) {
   EXPECT_THAT(result.err, HasSubstr("is not an empty folder"));
 }
 
-TEST(Lab, IsNotMadeWithNamesThatCannotBe) {
+TEST(Lab, IsNotMadeWithInvalidNames) {
   const TemporaryDirectory folder;
   for (const Arguments& names :
        {Arguments{"--kind", "nt", "--domain", "old.nt"}, Arguments{"--domain", "flat"},
@@ -52,7 +52,7 @@ TEST_F(SampleLab, GoesOutAsLdifAndComesBackAsAnotherLab) {
   EXPECT_EQ(twk({"--lab", lab() + "2", "user", "list"}).out, run({"user", "list"}).out);
 }
 
-TEST_F(SampleLab, TakesFurtherEntriesAndPassesOverThoseItHas) {
+TEST_F(SampleLab, ImportsFurtherEntriesAndSkipsExistingOnes) {
   const nlohmann::json result = result_of(
       {"lab", "import",
        file("more.ldif",
@@ -85,7 +85,7 @@ struct FormatCase {
 
 class Formats : public TwkLab, public testing::WithParamInterface<FormatCase> {};
 
-TEST_P(Formats, GiveWhatTheSystemGives) {
+TEST_P(Formats, ReturnWhatTheSystemReturns) {
   Arguments arguments = {"format"};
   arguments.insert(arguments.end(), GetParam().arguments.begin(), GetParam().arguments.end());
   EXPECT_EQ(run(arguments).out, std::string(GetParam().name) + "\n");

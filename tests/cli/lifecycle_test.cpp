@@ -39,14 +39,14 @@ TEST_F(ExistingUsers, AreDeletedWithTheirFolders) {
   EXPECT_EQ(run({"user", "show", "Jo.Smith"}).exit_code, 2);
 }
 
-TEST_F(ExistingUsers, StayWhenNobodyCanBeAsked) {
+TEST_F(ExistingUsers, StayWhenNobodyCanAnswer) {
   const ProgramResult result = run({"user", "delete", "Jo.Smith", "--account", "--data"});
   EXPECT_EQ(result.exit_code, 1);
   EXPECT_EQ(result.out, "YELLOW  Jo.Smith: nothing was done\n");
   EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
 }
 
-TEST_F(ExistingUsers, WhatIsToGoMustBeSaid) {
+TEST_F(ExistingUsers, WhatToDeleteMustBeSaid) {
   for (const Arguments& arguments :
        {Arguments{"user", "delete", "Jo.Smith"},
         {"user", "delete", "Jo.Smith", "--account", "--take-ownership"},
@@ -74,7 +74,7 @@ TEST_F(ExistingUsers, MoveToAnotherServer) {
   }
   for (const char* const name : {"Users", "Profiles"})
     ASSERT_EQ(run({"share", "add", "FS2", name, std::string("D:\\") + name}).exit_code, 0);
-  // The second one finds all where it is to be.
+  // The second one finds everything in place.
   for (int i = 0; i < 2; ++i) {
     const ProgramResult result = run(move);
     EXPECT_EQ(result.exit_code, 0) << result.err;

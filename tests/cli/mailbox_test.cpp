@@ -81,17 +81,17 @@ class SeveralMailboxes : public Mailboxes {
   static inline const std::string kOtherPath = "LDAP://EX55/CN=John.Smith," + kOther;
 };
 
-TEST_F(SeveralMailboxes, ThePathSaysWhichOneGoes) {
+TEST_F(SeveralMailboxes, ThePathSaysWhichOneIsDeleted) {
   const ProgramResult unclear = run(mailbox("delete", "john.smith", {"--yes"}));
   EXPECT_EQ(unclear.exit_code, 2);
-  EXPECT_THAT(unclear.out, HasSubstr(kOtherPath + ". Say by its path (--path) which one goes."));
+  EXPECT_THAT(unclear.out, HasSubstr(kOtherPath + ". Choose one by its path (--path)."));
   EXPECT_EQ(run(mailbox("delete", "john.smith", {"--yes", "--path", "LDAP://EX55/CN=x"})).exit_code, 2);
   EXPECT_EQ(run(mailbox("delete", "john.smith", {"--yes", "--path", kOtherPath})).exit_code, 0);
   EXPECT_EQ(result_of(mailbox("find", "john.smith"))["path"], kPath);
   EXPECT_EQ(run(mailbox("delete", "john.smith", {"--yes"})).exit_code, 0);
 }
 
-TEST_F(SeveralMailboxes, AnAccountIsKeptUntilItsMailboxIsToldAndTheDryRunSaysSo) {
+TEST_F(SeveralMailboxes, AnAccountIsKeptUntilItsMailboxIsDecidedAndTheDryRunSaysSo) {
   for (const Arguments& further : {Arguments{"--no-prompting"}, {"--yes"}, {"--dry-run"}}) {
     const ProgramResult kept = delete_user(further);
     EXPECT_EQ(kept.exit_code, 2) << further.back();

@@ -8,12 +8,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(NearMatches, StandNearestFirstAndAreAtMostThree) {
+TEST(NearMatches, AreListedNearestFirstAndAtMostThree) {
   EXPECT_THAT(near_matches("staf", {"Stuff", "Staff", "Sales", "Stag", "Stab"}),
               ElementsAre("Staff", "Stag", "Stab"));
 }
 
-TEST(NearMatches, IncludeNamesThatHoldTheOneAskedFor) {
+TEST(NearMatches, IncludeNamesThatContainTheRequestedOne) {
   EXPECT_THAT(near_matches("sales", {"OU=Sales,DC=twk,DC=test", "Personnel"}),
               ElementsAre("OU=Sales,DC=twk,DC=test"));
 }
@@ -23,7 +23,7 @@ TEST(NearMatches, LeaveOutWhatHasLittleInCommon) {
   EXPECT_THAT(near_matches("", {"Paris"}), IsEmpty());
 }
 
-TEST(FindName, GivesTheNameAsTheListHoldsIt) {
+TEST(FindName, ReturnsTheNameAsSpelledInTheList) {
   EXPECT_EQ(find_name("template", " ÉTÉ", {"Hiver   ", "Été     "}), "Été     ");
   EXPECT_THROW(find_name("template", "Ete", {"Été"}), Refused);
 }

@@ -40,7 +40,7 @@ INSTANTIATE_TEST_SUITE_P(Questions, DeletingASite,
 
 using Passwords = TwkLab;
 
-TEST_F(Passwords, OfStandardInputAreTakenToTheLetter) {
+TEST_F(Passwords, FromStandardInputAreUsedExactlyAsTheyAre) {
   const ProgramResult refused = create({"--ou", kNewStarters, "--password-stdin", "Al", "Bo"}, "short\n");
   EXPECT_EQ(refused.exit_code, 1) << refused.err;
   const ProgramResult taken =

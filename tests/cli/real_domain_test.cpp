@@ -25,7 +25,7 @@ TEST_F(RealDomain, SettingsAndDatabaseAreThePersonsOwnAndNeedNoDomain) {
   EXPECT_EQ(std::filesystem::status(database).permissions(), std::filesystem::perms::owner_all);
 }
 
-TEST_F(RealDomain, SettingsThatCannotBeAreToldByWhatNeedsThemAndCanBeMended) {
+TEST_F(RealDomain, InvalidSettingsAreReportedByWhatNeedsThemAndCanBeCorrected) {
   ASSERT_EQ(twk({"settings", "set", "Setup", "Domain", "twk.test"}).exit_code, 0);
   ASSERT_EQ(twk({"settings", "set", "Live", "Method", "ldaps"}).exit_code, 0);
   const ProgramResult result = twk({"user", "list"});
@@ -44,7 +44,7 @@ TEST_F(RealDomain, IsTheOneOfTheSettingsAndItsFailureNamesTheReason) {
   EXPECT_EQ(result.out, "");
 }
 
-TEST_F(RealDomain, DoctorTellsEveryStepAndEndsWithTheWorst) {
+TEST_F(RealDomain, DoctorPrintsEveryStepAndEndsWithTheWorst) {
   const ProgramResult result =
       twk({"--json", "--domain", "twk.test", "--server", "127.0.0.1", "--port", "1", "doctor"});
   EXPECT_EQ(result.exit_code, 2);
@@ -60,21 +60,21 @@ TEST_F(RealDomain, DoctorTellsEveryStepAndEndsWithTheWorst) {
       AllOf(HasSubstr("GREEN    name look-up"), HasSubstr("RED      port"), HasSubstr("SKIPPED  TLS")));
 }
 
-TEST_F(RealDomain, IsMeantByItsNameThoughTheEnvironmentNamesALab) {
+TEST_F(RealDomain, IsUsedByItsNameAlthoughTheEnvironmentNamesALab) {
   ProgramRun run;
   run.environment = {{"TWK_LAB", "/nonexistent"}};
   const ProgramResult result = twk({"--domain", "twk.test", "--server", "127.0.0.1", "doctor"}, {}, run);
   EXPECT_THAT(result.out, HasSubstr("There is no Kerberos ticket"));
 }
 
-TEST_F(RealDomain, APasswordFileThatIsNotThereIsBadInput) {
+TEST_F(RealDomain, AMissingPasswordFileIsBadInput) {
   const ProgramResult result = twk({"--domain", "twk.test", "--server", "127.0.0.1", "--user", "jo",
                                     "--logon-password-file", "/nonexistent/password", "doctor"});
   EXPECT_EQ(result.exit_code, 65);
   EXPECT_THAT(result.err, HasSubstr("/nonexistent/password"));
 }
 
-TEST_F(RealDomain, ThePasswordOfTheEnvironmentIsNotTold) {
+TEST_F(RealDomain, ThePasswordOfTheEnvironmentIsNotShown) {
   ProgramRun run;
   run.environment = {{"TWK_LOGON_PASSWORD", "very-secret"}};
   const ProgramResult result =

@@ -49,7 +49,7 @@ TEST_F(Resources, ASampleCreationAppliesTheTable) {
   EXPECT_THAT(run({"acl", "show", kHome}).out, HasSubstr("TWK\\John.Smith       allow  Change"));
 }
 
-TEST_F(Resources, AccessIsGivenReplacedAndDenied) {
+TEST_F(Resources, AccessIsGrantedReplacedAndDenied) {
   ASSERT_EQ(run({"acl", "set", kHome, "--account", "Staff", "--access", "read"}).exit_code, 0);
   EXPECT_EQ(list_of(kHome).front(), "allow Read TWK\\Staff");
   EXPECT_EQ(list_of(kHome).size(), 7U);
@@ -61,7 +61,7 @@ TEST_F(Resources, AccessIsGivenReplacedAndDenied) {
               HasSubstr("Setting Permissions on " + kHome + "\nSet Permissions for Staff\n"));
 }
 
-TEST_F(Resources, WhatAUserCanDoThereIsTold) {
+TEST_F(Resources, WhatAUserCanDoThereIsShown) {
   struct Case {
     std::string user;
     bool full, change, read, write;
@@ -127,7 +127,7 @@ TEST_F(Resources, ATreeIsTakenOver) {
   }
 }
 
-TEST_F(Resources, NoTreeIsTakenForNobodyOrForWhomItIsClosedTo) {
+TEST_F(Resources, NoTreeIsTakenOverForNobodyOrForAnyoneItIsClosedTo) {
   const Arguments take = {"owner", "take", kHome, "--recurse", "--account"};
   Arguments nobody = take;
   nobody.push_back("nobody");
@@ -142,7 +142,7 @@ TEST_F(Resources, NoTreeIsTakenForNobodyOrForWhomItIsClosedTo) {
   EXPECT_EQ(taken["refused"], 0);
 }
 
-/// A list of 200 entries, and a descriptor that is none, in the file of the server.
+/// A list of 200 entries, and an invalid descriptor, in the file of the server.
 TEST_F(Resources, LongListsAreReadAndBrokenOnesNamed) {
   platform::SecurityDescriptor descriptor;
   platform::Acl list(60000);
@@ -176,7 +176,7 @@ TEST_F(Resources, LongListsAreReadAndBrokenOnesNamed) {
     expect_refused(broken, 65, "The security descriptor of D:\\Users\\John.Smith");
 }
 
-TEST_F(Resources, WhatCannotBeDoneIsSaidInPlainWords) {
+TEST_F(Resources, WhatCannotBeDoneIsExplainedInPlainWords) {
   expect_refused({"acl", "set", kHome, "--account", "nobody", "--access", "Read"}, 2,
                  "There is no account \"nobody\".");
   expect_refused({"acl", "check", kHome, "nobody"}, 2, "There is no account \"nobody\".");

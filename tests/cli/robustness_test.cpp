@@ -43,7 +43,7 @@ class KilledPrograms : public TwkLab {};
 
 TEST_F(KilledPrograms, LoseNoUserThatTheyReported) {
   std::size_t reported = 0;
-  // Longer and longer, until some users were reported: how fast the machine is counts for nothing.
+  // Longer and longer, until some users were reported: the speed of the machine does not matter.
   int milliseconds = 30;
   for (int round = 0; round < 10 && (round < 4 || reported == 0); ++round, milliseconds *= 2) {
     const std::string seconds = std::to_string(milliseconds / 1000.0);
@@ -68,7 +68,7 @@ TEST_F(KilledPrograms, LoseNoUserThatTheyReported) {
 
 class FullDisks : public TwkLab {};
 
-TEST_F(FullDisks, AreToldAndLoseNothingThatWasSaved) {
+TEST_F(FullDisks, AreReportedAndLoseNothingThatWasSaved) {
   ProgramRun how;
   how.arguments = {"/bin/sh", "-c", "ulimit -f 0; exec \"$@\"", "sh", TWK_BIN_DIR "/twk"};
   for (const char* argument : {"--lab", "LAB", "site", "add", "Branch", "--nt-server", "FS1"})

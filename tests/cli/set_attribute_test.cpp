@@ -22,7 +22,7 @@ class SetAttribute : public TwkLab {
     arguments.insert(arguments.begin(), {"users", "set-attribute"});
     return run(arguments, input);
   }
-  /// Each result as "LIGHT user", with the line of a file in front, and the counts as the last one.
+  /// Each result as "LIGHT user", preceded by the line of a file, and the counts as the last one.
   [[nodiscard]] std::vector<std::string> rows_of(Arguments arguments, const std::string& input = {}) const {
     arguments.insert(arguments.begin(), {"--json", "users", "set-attribute"});
     std::vector<std::string> rows;
@@ -33,7 +33,7 @@ class SetAttribute : public TwkLab {
     }
     return rows;
   }
-  /// What the directory holds of a user, as LDIF.
+  /// What the directory stores about a user, as LDIF.
   [[nodiscard]] std::string entry(const std::string& user) const {
     const std::string all = run({"lab", "export"}).out;
     const std::size_t at = all.find("dn: CN=" + user + ",");
@@ -41,7 +41,7 @@ class SetAttribute : public TwkLab {
   }
 };
 
-TEST_F(SetAttribute, GivesNamedUsersTheValue) {
+TEST_F(SetAttribute, SetsTheValueForNamedUsers) {
   EXPECT_THAT(rows_of({"title", "Clerk of %UserName%", "Jo.Smith", "Ann.Lee"}),
               ElementsAre("GREEN Jo.Smith", "GREEN Ann.Lee",
                           "GREEN 2 done, 0 of them with warnings, 0 failed, 0 unknown."));
@@ -73,7 +73,7 @@ TEST_F(SetAttribute, ReplacesUnlessItIsToldToAppend) {
   }
 }
 
-TEST_F(SetAttribute, TellsWhoFailedAndGoesOn) {
+TEST_F(SetAttribute, ReportsWhoFailedAndContinues) {
   EXPECT_EQ(set({"title", "Clerk", "Jo.Smith", "Nobody", "Ann.Lee"}).exit_code, 1);
   EXPECT_THAT(entry("Ann.Lee"), HasSubstr("title: Clerk\n"));
   EXPECT_THAT(rows_of({"countryCode", "many", "Jo.Smith", "Ann.Lee"}),
@@ -117,7 +117,7 @@ TEST_F(SetAttribute, SetsTerminalServerSettings) {
   EXPECT_EQ(shown["defaultPrinter"], false);
 }
 
-TEST_F(SetAttribute, FileGivesEachUserItsOwnValue) {
+TEST_F(SetAttribute, FileSetsASeparateValueForEachUser) {
   const std::string path = file("titles.csv",
                                 "Jo.Smith,\"Head, of \"\"it\"\"\"\r\nNobody,x\r\n\r\nann.lee\r\n"
                                 "Ann.Lee,Fran\xE7ois\r\nAnn Lee,\r\n");
@@ -127,7 +127,7 @@ TEST_F(SetAttribute, FileGivesEachUserItsOwnValue) {
   EXPECT_THAT(entry("Jo.Smith"), HasSubstr("title: \"Head, of \"\"it\"\"\"\n"));
   EXPECT_THAT(entry("Ann.Lee"), HasSubstr("title:: RnJhbsOnb2lz\n"));
   const std::string log = get_file(database_file("Log.txt"));
-  EXPECT_THAT(log, HasSubstr("titles.csv, line 4: ann.lee: There is no comma behind the name"));
+  EXPECT_THAT(log, HasSubstr("titles.csv, line 4: ann.lee: There is no comma after the name"));
   EXPECT_EQ(set({"title", "--from-file", "/nonexistent"}).exit_code, 65);
 }
 

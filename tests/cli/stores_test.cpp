@@ -99,7 +99,7 @@ struct TableCase {
 
 class SideTables : public TwkLab, public testing::WithParamInterface<TableCase> {};
 
-TEST_P(SideTables, GiveBackWhatWasSet) {
+TEST_P(SideTables, ReturnWhatWasSet) {
   const ProgramResult set = run({"table", "set", GetParam().name}, GetParam().rows);
   EXPECT_EQ(set.exit_code, 0) << set.err;
   EXPECT_EQ(run({"table", "show", GetParam().name}).out, GetParam().shown);
@@ -143,7 +143,7 @@ TEST_F(Stores, SettingsGoOutAndComeBackAsText) {
   EXPECT_EQ(result_of({"settings", "get", "custom", "MENU"})["value"], "Über \"uns\"");
 }
 
-TEST_F(Stores, ASettingThatNoReaderTakesIsRefusedUnlessItIsForced) {
+TEST_F(Stores, ASettingThatNoReaderAcceptsIsRefusedUnlessForced) {
   for (const auto& [arguments, message] : std::vector<std::pair<Arguments, const char*>>{
            {{"settings", "set", "Setup", "IncNumber", "banana"}, "takes a number from 0 to 32767"},
            {{"settings", "set", "Stup", "SetupID", "foo"}, "Near: \"Setup\\SetupID\""}}) {
@@ -162,7 +162,7 @@ TEST_F(Stores, ASettingThatNoReaderTakesIsRefusedUnlessItIsForced) {
   EXPECT_EQ(run({"settings", "unset", "Setup", "Profiles"}).exit_code, 2);
 }
 
-TEST_F(Stores, SettingsThatDoNotReadStopEveryCommandAndStay) {
+TEST_F(Stores, UnreadableSettingsStopEveryCommandAndStay) {
   const std::string path = lab() + "/settings/HKEY_LOCAL_MACHINE.reg";
   put_file(path, "REGEDIT4\n[half\n");
   for (const Arguments& arguments : {Arguments{"template", "list"}, Arguments{"settings", "list"}}) {
@@ -224,7 +224,7 @@ TEST_F(Stores, BackupCopiesOldFilesAsTheyAreAndConversionKeepsThem) {
   EXPECT_EQ(get_file(database_file("Permissions.v24")), old_rows);
   EXPECT_EQ(get_file(database_file("Permissions.dat")).size(), 114U);
   EXPECT_EQ(result_of({"db", "convert"}), nlohmann::json({{"converted", false}, {"version", "2.4"}}));
-  // Every stage from the one that is named on.
+  // Every stage from the named one on.
   put_file(database_file("Permissions.dat"), old_rows);
   EXPECT_EQ(run({"db", "convert", "--from", "2.2"}).exit_code, 0);
   EXPECT_EQ(get_file(database_file("Permissions.dat")).size(), 114U);

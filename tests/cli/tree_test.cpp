@@ -32,7 +32,7 @@ TEST_F(TreeCommandLine, AUserIsMovedAndFoundWhereItIs) {
   EXPECT_EQ(result_of({"user", "show", "John.Smith"})["dn"], dn);
 }
 
-TEST_F(TreeCommandLine, NobodyFoundIsSaidOnStandardError) {
+TEST_F(TreeCommandLine, NobodyFoundIsReportedOnStandardError) {
   const ProgramResult none = run({"user", "find", "*)(cn=*"});
   EXPECT_EQ(none.exit_code, 0);
   EXPECT_EQ(none.out, "");

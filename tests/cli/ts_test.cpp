@@ -53,7 +53,7 @@ TEST_F(TsCommands, SettingsAreShownAndSetByTheirNames) {
   EXPECT_EQ(settings()["idleLimit"], 0);
 }
 
-TEST_F(TsCommands, WhatASettingDoesNotTakeIsToldBeforeAnyIsWritten) {
+TEST_F(TsCommands, InvalidSettingsAreReportedBeforeAnyIsWritten) {
   const struct {
     const char* assignment;
     const char* says;
@@ -64,7 +64,7 @@ TEST_F(TsCommands, WhatASettingDoesNotTakeIsToldBeforeAnyIsWritten) {
                {"drive=W", "drive takes a letter and a colon"},
                {"drive=1:", "drive takes a letter and a colon"},
                {"allowLogon=maybe", "allowLogon takes yes or no, not \"maybe\""},
-               {"idleLimit=5 minutes", "idleLimit takes no time \"5 minutes\", but Never, 1 min"},
+               {"idleLimit=5 minutes", "idleLimit does not take the time \"5 minutes\", but Never, 1 min"},
                {"WTSTimeoutSettingsIdle=1 mins", "Near: \"1 min\""},
                {"activeLimit=", "activeLimit takes no time"}};
   for (const auto& [assignment, says] : cases) {
@@ -76,7 +76,7 @@ TEST_F(TsCommands, WhatASettingDoesNotTakeIsToldBeforeAnyIsWritten) {
   EXPECT_EQ(settings(), kWithout);
 }
 
-TEST_F(TsCommands, AUserThatThereIsNotIsRefused) {
+TEST_F(TsCommands, AnUnknownUserIsRefused) {
   for (const Arguments& arguments : {Arguments{"ts", "show", "Jon.Smith"},
                                      {"ts", "set", "Jon.Smith", "drive=W:"},
                                      {"ts", "show", "Staff"}})
@@ -85,7 +85,7 @@ TEST_F(TsCommands, AUserThatThereIsNotIsRefused) {
   EXPECT_EQ(run({"ts"}).exit_code, 64);
 }
 
-TEST_F(TsCommands, AnAttributeThatDoesNotReadIsToldAndKept) {
+TEST_F(TsCommands, AnUnreadableAttributeIsReportedAndKept) {
   const std::string torn =
       "dn: CN=John.Smith,OU=New Starters,DC=twk,DC=test\nchangetype: modify\n"
       "replace: userParameters\nuserParameters: " +

@@ -14,8 +14,8 @@ using Arguments = std::vector<std::string>;
 
 inline const std::string kNewStarters = "OU=New Starters,DC=twk,DC=test";
 
-/// Where the program's own settings and databases are, so that those of whoever runs the tests are not
-/// touched.
+/// Where the program's own settings and databases are, so that those of the person running the tests are
+/// not touched.
 inline const std::string& home() {
   static const TemporaryDirectory folder;
   static const std::string path = folder.path().string();
@@ -68,13 +68,13 @@ class TwkLab : public testing::Test {
     return folder_ / name;
   }
 
-  /// Runs the program on the lab; options of the program itself may stand in front of the command.
+  /// Runs the program on the lab; options of the program itself may precede the command.
   [[nodiscard]] ProgramResult run(Arguments arguments, const std::string& input = {},
                                   ProgramRun how = {}) const {
     arguments.insert(arguments.begin(), {"--lab", lab()});
     return twk(arguments, input, std::move(how));
   }
-  /// The one object that the command gives with --json.
+  /// The one object that the command prints with --json.
   [[nodiscard]] nlohmann::json result_of(Arguments arguments) const {
     arguments.insert(arguments.begin(), "--json");
     const ProgramResult result = run(arguments);

@@ -49,7 +49,7 @@ TEST_F(UserDetailsCommands, SetTakesACustomAttributeByItsNameOrNumber) {
   EXPECT_EQ(set({"custom2=48"}).exit_code, 2);
 }
 
-TEST_F(UserDetailsCommands, SetRefusesWhatNoFieldTakesAndWritesNothing) {
+TEST_F(UserDetailsCommands, SetRefusesWhatNoFieldAcceptsAndWritesNothing) {
   const struct {
     Arguments assignments;
     int exit_code;
@@ -88,7 +88,7 @@ TEST_F(UserDetailsCommands, GroupsAreListedAddedAndRemoved) {
   EXPECT_EQ(user()["groups"], nlohmann::json({"Domain Guests", "Domain Users"}));
 }
 
-TEST_F(UserDetailsCommands, GroupsThatCannotBeChangedAreToldAndTheOthersAreKept) {
+TEST_F(UserDetailsCommands, GroupsThatCannotBeChangedAreReportedAndTheOthersAreKept) {
   const struct {
     Arguments options;
     int exit_code;

@@ -45,7 +45,7 @@ TEST_F(Users, OfATakenNameGetTheAlternativeOne) {
   EXPECT_EQ(result_of({"user", "show", "John.Smith1"})["userPrincipalName"], "");
 }
 
-TEST_F(Users, AreCreatedBesideTheOneTheyAreLike) {
+TEST_F(Users, AreCreatedNextToTheOneTheyAreLike) {
   ASSERT_EQ(run({"template", "add", "Bare"}).exit_code, 0);
   ASSERT_EQ(create({"--ou", kNewStarters, "John", "Smith"}).exit_code, 0);
   const ProgramResult created = run({"user", "create", "--template", "Bare", "--site", "Head Office",

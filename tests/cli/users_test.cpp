@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// Jo Smith, Ann Lee and Kim Day in a unit of their own; Jo and Ann are in the group "Staff".
+/// Jo Smith, Ann Lee and Kim Day in a separate unit; Jo and Ann are in the group "Staff".
 class ManyUsers : public TwkLab {
  protected:
   ManyUsers() {
@@ -60,7 +60,7 @@ TEST_F(ManyUsers, NamesGroupsUnitsAndFilesMakeOneSelection) {
   EXPECT_TRUE(disabled("Kim.Day"));
 }
 
-TEST_F(ManyUsers, AnUnknownNameIsToldWithItsLineAndDoesNotStopTheRest) {
+TEST_F(ManyUsers, AnUnknownNameIsReportedWithItsLineAndDoesNotStopTheRest) {
   const std::string list = file("names.txt", "Jo.Smith\nNobody\n*\nAnn.Lee");
   const Told told = tell({"disable", "--from-file", list, "--group", "No Such"});
   EXPECT_EQ(told.exit_code, 1);
@@ -77,7 +77,7 @@ TEST_F(ManyUsers, AnUnknownNameIsToldWithItsLineAndDoesNotStopTheRest) {
               HasSubstr(broken + ":1: A name holds the control character U+0000."));
 }
 
-TEST_F(ManyUsers, WhoIsMeantMustBeSaid) {
+TEST_F(ManyUsers, UsersMustBeNamed) {
   EXPECT_EQ(run({"users", "disable"}).exit_code, 64);
   EXPECT_EQ(run({"users", "disable", "--from-file", "/no/such/file"}).exit_code, 65);
   EXPECT_EQ(run({"users", "delete", "Jo.Smith"}).exit_code, 64);
@@ -85,7 +85,7 @@ TEST_F(ManyUsers, WhoIsMeantMustBeSaid) {
   const ProgramResult nobody =
       run({"users", "delete", "--from-file", file("none", "# all gone\n"), "--account"});
   EXPECT_EQ(nobody.exit_code, 1);
-  EXPECT_THAT(nobody.err, HasSubstr("none names nobody"));
+  EXPECT_THAT(nobody.err, HasSubstr("none contains no names"));
   EXPECT_EQ(run({"group", "create", "Empty"}).exit_code, 0);
   EXPECT_THAT(tell({"delete", "--group", "Empty", "--account"}).err, HasSubstr("nobody is in the selection"));
   EXPECT_EQ(run({"users", "delete", "[Jo.Smith,Kim.Day]", "--account", "--no-prompting"}).exit_code, 2);
@@ -134,7 +134,7 @@ TEST_F(ManyUsers, AreDeletedByGroupWithTheirFolders) {
   EXPECT_FALSE(std::filesystem::exists(lab() + "/servers/FS1/D/Users/Jo.Smith"));
   EXPECT_EQ(run({"user", "show", "Ann.Lee"}).exit_code, 2);
   EXPECT_EQ(told.end["failed"], 0);
-  // An account that is gone counts as done by every command, whatever stays of it.
+  // A deleted account counts as done by every command, whatever remains of it.
   for (const std::string name : {"Eva", "Ada"}) {
     EXPECT_EQ(create({"--ou", kNewStarters, name, "Day"}).exit_code, 0);
     EXPECT_EQ(run({"user", "set", name + ".Day", R"(home=\\FS1\gone$)"}).exit_code, 0);
@@ -167,7 +167,7 @@ TEST_F(ManyUsers, AreMovedToASiteAndTemplate) {
   EXPECT_EQ(told.end["done"], 3);
 }
 
-TEST_F(ManyUsers, CtrlCStopsBehindTheUserInHand) {
+TEST_F(ManyUsers, CtrlCStopsAfterTheCurrentUser) {
   std::string csv;
   for (int i = 0; i < 150; ++i)
     csv += "First,,Last" + std::to_string(i) + "\n";

@@ -16,7 +16,7 @@ using testing::HasSubstr;
 
 namespace ads_error = platform::ads_error;
 
-/// A port of this machine that takes connections and never says anything, until the end of the scope.
+/// A port of this machine that accepts connections but stays silent, until the end of the scope.
 class SilentServer {
  public:
   SilentServer() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
@@ -73,7 +73,7 @@ class WithoutTicket : public testing::Test {
   static constexpr StepOutcome kSkipped = StepOutcome::kSkipped;
 };
 
-TEST_F(WithoutTicket, TheCheckTellsEachStepAsItEnds) {
+TEST_F(WithoutTicket, TheCheckReportsEachStepAsItEnds) {
   SilentServer server;
   std::vector<std::string> told;
   const auto steps = check_connection(settings(server.port()), {}, {},
@@ -136,7 +136,7 @@ TEST_F(WithoutTicket, NoPasswordIsALogonThatFails) {
   EXPECT_EQ(trap.number(), ads_error::kLogonFailure);
 }
 
-TEST_F(WithoutTicket, AFailureIsToldOnceUntilThereIsAConnectionAgain) {
+TEST_F(WithoutTicket, AFailureIsReportedOnceUntilThereIsAConnectionAgain) {
   std::vector<std::string> told;
   Credentials credentials(settings(389),
                           {.password = {}, .tell = [&](const std::string& text) { told.push_back(text); }});
@@ -148,7 +148,7 @@ TEST_F(WithoutTicket, AFailureIsToldOnceUntilThereIsAConnectionAgain) {
   EXPECT_THAT(told, ElementsAre("gone", "The domain is connected again", "gone"));
 }
 
-TEST_F(WithoutTicket, TheEnvironmentTellsOfWhoeverLogsOn) {
+TEST_F(WithoutTicket, TheEnvironmentDescribesThePersonWhoLogsOn) {
   LiveSettings password = settings(389, LiveSettings::Logon::kPassword);
   for (const char* const user : {"jo", "TWK\\jo", "jo@twk.test"}) {
     password.user = user;
@@ -161,7 +161,7 @@ TEST_F(WithoutTicket, TheEnvironmentTellsOfWhoeverLogsOn) {
   }
 }
 
-TEST(NetworkProbe, TellsAHostThatIsNotThere) {
+TEST(NetworkProbe, ReportsAMissingHost) {
   base::Trap trap;
   trap([] { resolve_host("no-such-host.invalid"); });
   EXPECT_EQ(trap.number(), ads_error::kServerDown);

@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Refusal{"Other", KRB5KRB_ERR_GENERIC, kLogon, "the library's text"}),
     [](const auto& named) { return named.param.name; });
 
-TEST(RefusedLogon, IsToldByTheSubCodeOfTheServer) {
+TEST(RefusedLogon, IsReportedByTheSubCodeOfTheServer) {
   const auto text = [](const std::string& code) {
     return explain_refused_logon("jo",
                                  "80090308: LdapErr: DSID-0C0903A9, comment: AcceptSecurityContext "

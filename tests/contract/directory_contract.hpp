@@ -183,7 +183,7 @@ TEST_P(DirectoryContract, MembersAreOfTheirOwnClasses) {
                                                          {"CN=Writers", "group"}}));
 }
 
-TEST_P(DirectoryContract, MembershipActsAtOnceAndTellsWhatIsSoAlready) {
+TEST_P(DirectoryContract, MembershipActsAtOnceAndReportsWhatWasAlreadySo) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   const ObjectPtr group = make_group(w_, "Readers");
   EXPECT_FALSE(group->IsMember(user->ADsPath()));

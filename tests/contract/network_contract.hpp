@@ -35,7 +35,7 @@ TEST_P(NetworkContract, ShareIsMadeReadListedAndTakenAway) {
   EXPECT_EQ(read.shi502_remark, "Users Home Share");
   EXPECT_EQ(read.shi502_max_uses, -1);
   ASSERT_TRUE(read.shi502_security_descriptor);
-  // A server may store the rights that the generic ones stand for.
+  // A server may store the rights that the generic ones mean.
   const std::vector everyone = {platform::well_known::everyone()};
   EXPECT_EQ(platform::granted_access(*read.shi502_security_descriptor, everyone),
             platform::granted_access(descriptor, everyone));

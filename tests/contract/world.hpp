@@ -30,17 +30,17 @@ class World {
   [[nodiscard]] virtual std::string root() const = 0;         ///< "DC=twk,DC=test"
   [[nodiscard]] virtual std::string unit() const = 0;         ///< DN of the empty unit
   [[nodiscard]] virtual std::string file_server() const = 0;  ///< "FS1"
-  /// True where a server keeps a folder that a share holds from being renamed and taken away.
+  /// True if a server prevents a shared folder from being renamed and removed.
   [[nodiscard]] virtual bool server_guards_shared_folders() const { return true; }
-  /// True where a server grants an administrator's privileges by itself, whatever the process switches on.
+  /// True if a server grants an administrator's privileges by itself, whatever the process switches on.
   [[nodiscard]] virtual bool server_holds_privileges() const { return false; }
-  /// How the file server tells the path of a folder that it shares.
+  /// How the file server spells the path of a folder that it shares.
   [[nodiscard]] virtual std::string told_path(std::string path) const { return path; }
 };
 
 using MakeWorld = std::unique_ptr<World> (*)();
 
-/// The number that `step` raises; 0 when it comes through.
+/// The number that `step` raises; 0 when it succeeds.
 template <typename Step>
 std::uint32_t number_of(Step&& step) {
   base::Trap trap;

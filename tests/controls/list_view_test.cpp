@@ -34,7 +34,7 @@ TEST(ListView, FindsRowsByTrimmedTextInListOrder) {
   EXPECT_TRUE(list.find_text("nobody").empty());
 }
 
-TEST(ListView, AKeyThatIsGivenUpCanBeUsedAgain) {
+TEST(ListView, AReleasedKeyCanBeUsedAgain) {
   ListView list;
   ListRow& row = list.add("old", "Jo");
   list.set_key(row, "new");
@@ -100,7 +100,7 @@ TEST(ListView, MovesFewRowsOneByOneForTheWatchers) {
   EXPECT_THAT(told, testing::ElementsAre(Kind::kRemoving, Kind::kRemoved, Kind::kRemoving, Kind::kRemoved));
 }
 
-/// What was told, as "inserting 0, inserted 0".
+/// What was reported, as "inserting 0, inserted 0".
 template <typename Control>
 class Told {
  public:
@@ -124,7 +124,7 @@ std::vector<int> numbers(std::initializer_list<ListChange::Kind> kinds) {
   return all;
 }
 
-TEST(ListView, TellsInsertionsAndRemovalsBeforeAndAfterWithTheirPlace) {
+TEST(ListView, ReportsInsertionsAndRemovalsBeforeAndAfterWithTheirPlace) {
   using Kind = ListChange::Kind;
   ListView list;
   list.add("a", "one");
@@ -136,7 +136,7 @@ TEST(ListView, TellsInsertionsAndRemovalsBeforeAndAfterWithTheirPlace) {
   EXPECT_EQ(list.place_of(list.at(0)), 0U) << "what moved up knows its new place";
 }
 
-TEST(ListView, TellsNothingButAResetWhileDrawingIsOff) {
+TEST(ListView, ReportsOnlyAResetWhileDrawingIsOff) {
   using Kind = ListChange::Kind;
   ListView list;
   const Told told(list);
@@ -166,7 +166,7 @@ TEST(ListView, HasOneSelectedRowAtMost) {
   EXPECT_EQ(list.selected(), nullptr);
 }
 
-TEST(Observable, TellsOnlyARealChangeAndOnlyWhileWatched) {
+TEST(Observable, ReportsOnlyARealChangeAndOnlyWhileWatched) {
   Observable<std::string> value;
   int told = 0;
   {
@@ -179,7 +179,7 @@ TEST(Observable, TellsOnlyARealChangeAndOnlyWhileWatched) {
   EXPECT_EQ(told, 1);
 }
 
-TEST(Observable, AWatchMayEndItselfWhileItIsTold) {
+TEST(Observable, AWatchMayEndItselfWhileItIsCalled) {
   Observable<int> value;
   Watch watch;
   int told = 0;

@@ -84,7 +84,7 @@ TEST(TreeView, ARenamedKeyIsFoundUnderItsNewName) {
   EXPECT_THROW(domain.tree.set_key(*domain.jo, domain.sales->key), base::RuntimeError);
 }
 
-TEST(TreeView, TellsWhereAmongItsSiblingsANodeComesAndGoes) {
+TEST(TreeView, ReportsWhereAmongItsSiblingsANodeIsAddedAndRemoved) {
   using Kind = TreeChange::Kind;
   Domain domain;
   domain.sales->sorted = true;
@@ -102,7 +102,7 @@ TEST(TreeView, TellsWhereAmongItsSiblingsANodeComesAndGoes) {
                                          std::tuple(Kind::kRemoved, domain.sales, 0)));
 }
 
-TEST(TreeView, TellsThatNothingIsSelectedWhenTheSelectedNodeGoes) {
+TEST(TreeView, ReportsThatNothingIsSelectedWhenTheSelectedNodeIsRemoved) {
   Domain domain;
   domain.tree.select(domain.jo);
   int told = 0;

@@ -55,7 +55,7 @@ TEST_P(InEveryKindOfDomain, ANameBecomesAnAccountWithItsDirectories) {
   EXPECT_TRUE(world.session.form1.TreeView1.has_text(world.is_nt() ? user : "José Q. Núñez"));
 }
 
-TEST_P(InEveryKindOfDomain, TheLogTellsEachStepInItsOrder) {
+TEST_P(InEveryKindOfDomain, TheLogHasEachStepInOrder) {
   LabSession world(GetParam());
   world.start();
   std::filesystem::remove(world.folder.path() / "db/Log.txt");
@@ -132,7 +132,7 @@ TEST_P(InEveryKindOfDomain, TheSecondFormatAndThenItsSerialNumberFindAFreeName) 
   EXPECT_THAT(world.log(), HasSubstr("User ID Jo.Smith7 already exists\nChanging User ID to Jo.Smith8\n"));
 }
 
-TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreTakenOver) {
+TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreCopiedToo) {
   LabSession world(GetParam());
   world.start();
   world.type_names("Jo", "", "Smith");
@@ -148,7 +148,7 @@ TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreTakenOver) {
   EXPECT_THAT(world.groups_of("Ann.Lee"), testing::IsSupersetOf(world.groups_of("Jo.Smith")));
 }
 
-TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunGoesOn) {
+TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunContinues) {
   LabSession world(GetParam());
   world.set("Preferences", "StopOnWarning", "Yes");
   world.start();
@@ -350,7 +350,7 @@ void add_somebody(LabSession& world, const std::string& account, const std::stri
   other->SetInfo();
 }
 
-TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoes) {
+TEST(DirectoryCreation, AnAccountMadeInOneRequestEqualsOneMadeInStepsAndReportsTheSame) {
   struct Case {
     const char* what;
     const char* light;
@@ -444,7 +444,7 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestIsAndTellsWhatOneMadeInStepsDoe
   }
 }
 
-TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
+TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsReportedSeparately) {
   LabSession world;
   world.start();
   add_somebody(world, "Jo.Smith", "somebody@twk.test");
@@ -455,7 +455,7 @@ TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsToldApart) {
   EXPECT_THAT(world.log(), HasSubstr("User name (SAMAccount) Already Exists :Jo.Smith\n"));
 }
 
-/// With rows for the directory, in a domain where "taken@twk.test" is somebody's.
+/// With rows for the directory, in a domain where "taken@twk.test" is someone's.
 void start_with_rows(LabSession& world, const std::string& rows) {
   add_somebody(world, "somebody", "taken@twk.test");
   world.services.files.write(world.session.program_directory + "\\W2K.dat", rows);
@@ -503,11 +503,11 @@ TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
   }
 }
 
-TEST(DirectoryCreation, GoodRowsAreWrittenTogetherAndABadOneAloneStaysOut) {
+TEST(DirectoryCreation, GoodRowsAreWrittenTogetherAndOnlyABadOneStaysOut) {
   struct Case {
     std::string row;
     std::string logged;
-    int writes;  ///< behind the account's own three
+    int writes;  ///< after the account's own three
   };
   const std::vector<Case> cases = {
       {"p,department,Sales", "Setting company, Acme\nSetting department, Sales\nSetting title, Clerk\n", 1},
@@ -603,7 +603,7 @@ TEST(Creation, AnAccountNameHasOneToTwentyCharacters) {
   EXPECT_THAT(world.log_tab(), ElementsAre(HasSubstr("GREEN")));
 }
 
-TEST(Creation, ASelectionThatWillNotDoIsToldInABox) {
+TEST(Creation, AnUnsuitableSelectionIsReportedInABox) {
   struct Case {
     DomainKind kind;
     std::string key;
@@ -633,7 +633,7 @@ TEST(Creation, ASelectionThatWillNotDoIsToldInABox) {
   }
 }
 
-TEST(Creation, AFullDiskUnderTheLogIsToldAndStopsNothing) {
+TEST(Creation, AFullDiskUnderTheLogIsReportedAndStopsNothing) {
   LabSession world;
   world.start();
   std::filesystem::remove(world.folder.path() / "db/Log.txt");
@@ -658,7 +658,7 @@ TEST(Creation, ThePasswordIsLoggedOnlyWhenDebugging) {
   }
 }
 
-TEST(Creation, WhenDebuggingAFailureBehindTheFieldsStopsTheProgram) {
+TEST(Creation, WhenDebuggingAFailureAfterTheFieldsStopsTheProgram) {
   LabSession world(DomainKind::kNt, "/DEBUG");
   world.set("Setup", "Password", "short");
   world.start();

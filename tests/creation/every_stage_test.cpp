@@ -73,7 +73,7 @@ TEST_P(AllStages, ARunWithEveryStageOnIsBlueAndGreen) {
   EXPECT_THAT(world.process.commands, ElementsAre(ElementsAre("notify", "Jo.Smith")));
 }
 
-TEST_P(AllStages, AStageThatFailsShowsItsLightAndItsWordsAndTheOthersGoOn) {
+TEST_P(AllStages, AFailedStageShowsItsLightAndItsWordsAndTheOthersContinue) {
   const struct {
     const char* lights;
     const char* log_tab;

@@ -9,7 +9,7 @@ namespace {
 
 using Paths = test::TestWorld;
 
-TEST(NetworkPath, GivesItsServerAndItsShare) {
+TEST(NetworkPath, HasItsServerAndItsShare) {
   struct Case {
     std::string path;
     std::string server;

@@ -32,7 +32,7 @@ class ResourceStages : public testing::TestWithParam<DomainKind> {
   }
   void create() {
     if (!started) {
-      // The tables lie where the session will look for them.
+      // The tables are where the session will read them.
       world.start();
       started = true;
     }
@@ -59,7 +59,7 @@ class ResourceStages : public testing::TestWithParam<DomainKind> {
   platform::Sid sid(std::string_view account) {
     return world.services.security.LookupAccountName("", account).sid;
   }
-  /// "flags mask account", with "deny" in front.
+  /// "flags mask account", preceded by "deny" if it denies.
   std::vector<std::string> list_of(const std::optional<platform::Acl>& list) {
     std::vector<std::string> entries;
     for (const platform::Ace& ace : list.value().entries()) {
@@ -150,7 +150,7 @@ TEST_P(ResourceStages, ADeletedAccountIsLeftOutOfTheShareList) {
   EXPECT_THAT(world.log(), HasSubstr("Error looking up Account: left long ago\n"));
 }
 
-TEST_P(ResourceStages, AShareNameThatIsTakenIsRedAndTheRunGoesOnToPermissions) {
+TEST_P(ResourceStages, AShareNameInUseIsRedAndTheRunContinuesWithPermissions) {
   before_creation = [&] {
     platform::ShareInfo502 taken;
     taken.shi502_netname = "jo.smith$";
@@ -158,7 +158,7 @@ TEST_P(ResourceStages, AShareNameThatIsTakenIsRedAndTheRunGoesOnToPermissions) {
     world.services.network.NetShareAdd("FS1", taken);
   };
   create();
-  expect_yellow_for("Share Jo.Smith$ is not made: ");
+  expect_yellow_for("Share Jo.Smith$ was not made: ");
   expect_lights(controls::kRed, controls::kBlue);
   EXPECT_THAT(world.log(), HasSubstr("NetShareSetInfo failed with error code : 2118\n"
                                      "Error Creating Shares: \\\\FS1\\Jo.Smith$\n"

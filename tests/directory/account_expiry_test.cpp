@@ -35,7 +35,7 @@ TEST(AccountExpiry, ADayIsOneOfTheZoneHere) {
   }
 }
 
-TEST(AccountExpiry, WhatIsNoDayIsRefusedWithTheReason) {
+TEST(AccountExpiry, InvalidDaysAreRefusedWithTheReason) {
   test::FixedClock clock;
   for (const auto& [typed, reason] :
        std::vector<std::pair<const char*, const char*>>{{"soon", "is neither a day"},

@@ -58,7 +58,7 @@ TEST_F(AdOptions, ASearchPrefixInSmallLettersIsUnderstood) {
   EXPECT_TRUE(window.UseLDAP.value);
 }
 
-TEST_F(AdOptions, WhatIsNoNumberIsToldAndReplaced) {
+TEST_F(AdOptions, InvalidNumbersAreReportedAndReplaced) {
   window.PageSize.text = std::string("10x");
   dialogs.expect("PageSize must be a number.");
   PageSize_Change(session);
@@ -75,7 +75,7 @@ TEST_F(AdOptions, WhatIsNoNumberIsToldAndReplaced) {
   EXPECT_THAT(window.txtDescription.caption.get(), testing::HasSubstr("The ADO page size used when doing"));
 }
 
-TEST_F(AdOptions, AnEmptyNumberStandsForTheDefaultAndZeroIsRefused) {
+TEST_F(AdOptions, AnEmptyNumberMeansTheDefaultAndZeroIsRefused) {
   frmADOptions_Load(session);
   window.UserLimit.text = std::string();
   EXPECT_TRUE(btnApply_Click(session));

@@ -25,7 +25,7 @@ INSTANTIATE_TEST_SUITE_P(Names, CreatedOus,
                                          OuName{"\"Best\"", "\"Best\""}, OuName{"A/B\\C", "A/B\\C"},
                                          OuName{"#1 <x>; y=z", "#1 <x>; y=z"}));
 
-TEST_P(CreatedOus, StandInTheDirectoryAndUnderTheSelectedNode) {
+TEST_P(CreatedOus, AreInTheDirectoryAndUnderTheSelectedNode) {
   LabSession lab;
   lab.start();
   controls::TreeView& tree = lab.session.form1.TreeView1;

@@ -38,7 +38,7 @@ class FindUser : public testing::Test {
   session::frmFindW2KUser& window = lab.session.find_user;
 };
 
-TEST_F(FindUser, AnyPartOfTheNameFindsAndAStarStandsForAnyText) {
+TEST_F(FindUser, AnyPartOfTheNameFindsAndAStarMeansAnyText) {
   for (const char* const name : {"Zed Alpha", "Zed (Beta)", "Zed * Gamma", "Zed\\Delta"})
     add_user(name, "CN=Users,DC=twk,DC=test");
   lab.start();
@@ -54,7 +54,7 @@ TEST_F(FindUser, AnyPartOfTheNameFindsAndAStarStandsForAnyText) {
   EXPECT_EQ(found("**"), all);
 }
 
-TEST_F(FindUser, TheWindowTellsHowManyWereFoundAndWhere) {
+TEST_F(FindUser, TheWindowShowsHowManyWereFoundAndWhere) {
   add_user("Zed Alpha", "CN=Users,DC=twk,DC=test");
   lab.start();
   found("zed");
@@ -101,7 +101,7 @@ TEST_F(FindUser, AUserOutsideTheManagedOuIsNotFound) {
   EXPECT_EQ(lab.dialogs.last_title, "Search");
 }
 
-TEST_F(FindUser, AUserThatWentMeanwhileIsNotFound) {
+TEST_F(FindUser, AUserDeletedMeanwhileIsNotFound) {
   add_user("Zed", "CN=Users,DC=twk,DC=test");
   lab.start();
   ASSERT_EQ(found("zed").size(), 1U);
@@ -110,7 +110,7 @@ TEST_F(FindUser, AUserThatWentMeanwhileIsNotFound) {
   EXPECT_FALSE(btnSelectuser_Click(lab.session));
 }
 
-TEST_F(FindUser, ADirectoryThatCannotBeAskedIsTold) {
+TEST_F(FindUser, AnUnreachableDirectoryIsReported) {
   lab.start();
   tree.clear();
   tree.add(nullptr, "DC=gone,DC=test", "gone", "DOMAIN");
@@ -122,7 +122,7 @@ TEST_F(FindUser, ADirectoryThatCannotBeAskedIsTold) {
   EXPECT_TRUE(found("a").empty());
 }
 
-TEST_F(FindUser, ASecondExpansionAsksNobody) {
+TEST_F(FindUser, ASecondExpansionReadsNothing) {
   lab.start();
   controls::TreeNode* const users = tree.find("CN=Users,DC=twk,DC=test");
   TreeView1_Expand(lab.session, *users);

@@ -75,7 +75,7 @@ class BrokenOff final : public platform::QueryService {
   platform::QueryService& real_;
 };
 
-TEST(DirectoryLoad, AListWhoseSearchBreaksOffShowsWhatCame) {
+TEST(DirectoryLoad, AListShowsWhatCameBeforeItsSearchFailed) {
   LabSession world;
   add_user(world, test::kNewStarters, "ann", "Ann");
   BrokenOff query(world.services.query);
@@ -124,7 +124,7 @@ TEST(DirectoryLoad, GroupsGoToTheListsWithTheirTypes) {
             "LDAP://twk.test/CN=Staff,DC=twk,DC=test");
 }
 
-TEST(WinNtLoad, ShowsAFlatTreeAndTellsGlobalFromLocalGroups) {
+TEST(WinNtLoad, ShowsAFlatTreeAndDistinguishesGlobalFromLocalGroups) {
   LabSession world(DomainKind::kNt);
   world.start();
   controls::TreeView& tree = world.session.form1.TreeView1;
@@ -185,7 +185,7 @@ TEST(DirectoryLoad, AManagedUnitBecomesTheRoot) {
               HasSubstr("Managing OU: GC://twk.test/OU=New Starters,DC=twk,DC=test and sub OU's\n"));
 }
 
-TEST(SelectDomain, ADomainThatDoesNotAnswerIsToldAndLeavesTheRest) {
+TEST(SelectDomain, ADomainThatDoesNotAnswerIsReportedAndLeavesTheRest) {
   LabSession world;
   world.start();
   EXPECT_FALSE(Select_Domain(world.session, ""));
@@ -229,7 +229,7 @@ TEST(Tree, ShowsAsManyUsersOfAUnitAsTheLimitAllows) {
   EXPECT_EQ(children(*world.session.form1.TreeView1.find(test::kNewStarters)).size(), 2U);
 }
 
-TEST(Tree, AUnitThatIsGoneIsToldInABox) {
+TEST(Tree, AUnitThatIsGoneIsReportedInABox) {
   LabSession world;
   add_unit(world, "DC=twk,DC=test", "Doomed");
   world.start();

@@ -18,7 +18,7 @@ TEST(Names, WhatFollowsTheFirstDotIsHeldToAHundredCharacters) {
   EXPECT_EQ(domain_distinguished_name("a." + label), "DC=a,DC=" + std::string(100, 'x'));
 }
 
-TEST(Names, TheParentBeginsBehindTheFirstMarker) {
+TEST(Names, TheParentBeginsAfterTheFirstMarker) {
   struct Case {
     std::string path;
     std::string parent;
@@ -40,7 +40,7 @@ TEST(Names, TheParentBeginsBehindTheFirstMarker) {
   EXPECT_EQ(parent_of_ou("DC=twk,DC=test"), "DC=test");
 }
 
-TEST(Names, WhatIsAboveBeginsAtTheFirstCommaThatIsNoPartOfAName) {
+TEST(Names, TheParentBeginsAtTheFirstCommaThatIsNotPartOfAName) {
   EXPECT_EQ(name_above("CN=Smith\\, Jo,OU=A,DC=twk"), "OU=A,DC=twk");
   EXPECT_EQ(name_above("CN=Jo\\\\,OU=A,DC=twk"), "OU=A,DC=twk") << "a backslash that is itself escaped";
   EXPECT_EQ(name_above("DC=test"), "");

@@ -53,7 +53,7 @@ TEST(DomainList, HoldsTheDomainsOfTheNetworkAndOfTheForest) {
   EXPECT_THAT(world.session.form1.DomName.items(), testing::IsSupersetOf({"TWK", "twk.test"}));
 }
 
-TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestBearsThem) {
+TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestHasThem) {
   LabSession world;
   add_user(world, "jo");
   EXPECT_TRUE(Is_Name_Used_In_Forest(world.session, "JO@twk.test"));

@@ -115,7 +115,7 @@ TEST_F(TreeDrag, AUserDroppedWhereItIsStaysWithoutABox) {
   EXPECT_THAT(lab.log_tab(), IsEmpty());
 }
 
-TEST_F(TreeDrag, ANameThatIsThereAlreadyIsToldAndTheTreeStays) {
+TEST_F(TreeDrag, AnExistingNameIsReportedAndTheTreeStays) {
   add_user(kNewStarters, "Ann", "ann");
   add_user(kSales, "Ann", "ann2");
   lab.start();
@@ -126,7 +126,7 @@ TEST_F(TreeDrag, ANameThatIsThereAlreadyIsToldAndTheTreeStays) {
   EXPECT_THAT(lab.log_tab(), ElementsAre(HasSubstr("YELLOW Cannot move Ann to Sales: ")));
 }
 
-TEST_F(TreeDrag, AMoveWithoutTheRightIsToldInRed) {
+TEST_F(TreeDrag, AMoveWithoutTheRightIsReportedInRed) {
   add_user(kNewStarters, "Ann", "ann");
   lab.start();
   lab.directory.before = test::fail_at("MoveHere", 1, platform::ads_error::kAccessDenied);
@@ -137,7 +137,7 @@ TEST_F(TreeDrag, AMoveWithoutTheRightIsToldInRed) {
   EXPECT_EQ(lab.session.form1.mouse_pointer, 0);
 }
 
-TEST_F(TreeDrag, AnOuThatIsGoneIsTold) {
+TEST_F(TreeDrag, AnOuThatIsGoneIsReported) {
   add_user(kNewStarters, "Ann", "ann");
   lab.start();
   lab.services.directory.GetObject("LDAP://twk.test")->Delete("organizationalUnit", "OU=Sales");
@@ -147,7 +147,7 @@ TEST_F(TreeDrag, AnOuThatIsGoneIsTold) {
   EXPECT_NE(tree.find(path("Ann", kNewStarters)), nullptr);
 }
 
-TEST(TreeDragInNt, IsNotThere) {
+TEST(TreeDragInNt, DoesNotExist) {
   LabSession lab(lab::DomainKind::kNt);
   lab.start();
   const controls::TreeNode* const user = lab.session.form1.TreeView1.first()->children.front();

@@ -79,7 +79,7 @@ TEST_P(UserDetails, ShowTheAccountAndItsGroups) {
             jo.world.is_nt() ? "jo Primary Group is 'Domain Users'" : "2000-Native Mode");
 }
 
-TEST_P(UserDetails, AChosenNodeThatIsNoUserEmptiesTheTabAndGivesTheGroupsBack) {
+TEST_P(UserDetails, AChosenNodeThatIsNotAUserEmptiesTheTabAndReturnsTheGroups) {
   Shown jo(GetParam());
   node_chosen(jo.world.session, *jo.form.TreeView1.first());
   EXPECT_EQ(jo.form.UM_Full_Name.text.get(), "");
@@ -148,7 +148,7 @@ TEST_P(UserDetails, FlagsKeepTheirNeighbours) {
   EXPECT_FALSE(jo.form.chkCantChange.on() || jo.form.chkPwdNever.on());
 }
 
-TEST_P(UserDetails, ALockOutIsLiftedByItsBoxWhichIsOpenForALockedAccountOnly) {
+TEST_P(UserDetails, ALockOutIsLiftedByItsBoxWhichIsEnabledOnlyForALockedAccount) {
   Shown jo(GetParam());
   EXPECT_FALSE(jo.form.chkAcctLockedOut.enabled);
   test::lock_jo(jo.world);
@@ -190,7 +190,7 @@ TEST_P(UserDetails, GroupsAreAddedAndRemovedAtOnceAndRefusedOnesStay) {
   EXPECT_THAT(texts(others), Contains("Staff"));
 }
 
-TEST_P(UserDetails, AnAccountThatIsGoneIsToldAndLeavesTheTabEmpty) {
+TEST_P(UserDetails, AnAccountThatIsGoneIsReportedAndLeavesTheTabEmpty) {
   Shown jo(GetParam());
   controls::TreeNode& node = test::node_of_jo(jo.world);
   jo.world.services.directory
@@ -285,7 +285,7 @@ TEST(AdUserDetails, TheAgeOfThePasswordStaysUntilItsChangeIsOrdered) {
   EXPECT_GT(save(jo.form.chkMustChange, 0), since);
 }
 
-TEST(AdUserDetails, ARefusedExpiryIsToldInABoxAndTheRestIsSaved) {
+TEST(AdUserDetails, ARefusedExpiryIsReportedInABoxAndTheRestIsSaved) {
   Shown jo;
   jo.form.AccExpires.text = std::string("soon");
   jo.form.UM_First.text = std::string("Joanna");
@@ -349,7 +349,7 @@ TEST(AdUserDetails, CustomValuesAreJoinedWhenReadAndThoseThatChangedAreWrittenAs
   EXPECT_EQ(jo.stored("employeeID"), "");
 }
 
-TEST(AdUserDetails, WithoutLoadedGroupsNoneIsGivenBack) {
+TEST(AdUserDetails, WithoutLoadedGroupsNoneIsReturned) {
   Shown jo(DomainKind::kNative, [](LabSession& world) { world.set("ADO", "SkipGroups", "True"); });
   EXPECT_FALSE(jo.form.ListView4.empty());
   Clear_UM(jo.world.session);
@@ -388,7 +388,7 @@ TEST(NtUserDetails, AFlagIsWrittenByItselfSoThatItsFailureLeavesTheFields) {
   EXPECT_EQ(jo.flags() & platform::kFlagCannotChangePassword, 0);
 }
 
-TEST(NtUserDetails, AnExpiryThatIsNoDateIsRefusedBeforeAnythingIsWritten) {
+TEST(NtUserDetails, AnInvalidExpiryIsRefusedBeforeAnythingIsWritten) {
   Shown jo(DomainKind::kNt);
   jo.form.AccExpires.text = std::string("soon");
   EXPECT_EQ(jo.save(), 0);

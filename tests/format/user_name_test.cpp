@@ -73,7 +73,7 @@ TEST_F(UserNameTest, EmptyNamesGiveNothing) {
   EXPECT_EQ(name("#U2%first%x", ""), "x");
 }
 
-TEST_F(UserNameTest, NumberSignNeverComesOutOfANameButOutOfAnImportField) {
+TEST_F(UserNameTest, NumberSignNeverComesFromANameButFromAnImportField) {
   session.import.Importing = true;
   session.import.ImportFields[4] = "a#b";
   EXPECT_EQ(name("%first%%IMPORT4%", "J#o"), "Joa#b");

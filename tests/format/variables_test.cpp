@@ -39,7 +39,7 @@ TEST(FRString, ReplacesEveryOccurrenceOnceFromLeftToRight) {
     EXPECT_EQ(FRString(one.text, one.find, one.replacement), one.result) << one.text;
 }
 
-TEST(FRString, AResultOutOfAllProportionLeavesTheText) {
+TEST(FRString, AnExcessiveResultLeavesTheText) {
   const std::string text(2000, 'a');
   EXPECT_EQ(FRString(text, "a", std::string(kMostText / 1000, 'b')), text);
 }
@@ -67,12 +67,12 @@ TEST_F(VariablesTest, ABlankNameAndABlankValueAreRowsLikeAnyOther) {
   EXPECT_EQ(expand("100%% sure%gone%"), "100! sure");
 }
 
-TEST_F(VariablesTest, ATagThatComesTogetherOutOfAValueIsExpanded) {
+TEST_F(VariablesTest, ATagCompletedByAValueIsExpanded) {
   row("ab", "");
   EXPECT_EQ(expand("%a%ab%b%x"), "x");
 }
 
-TEST_F(VariablesTest, AValueThatHoldsItsOwnTagComesToAnEnd) {
+TEST_F(VariablesTest, TheExpansionOfAValueWithItsOwnTagEnds) {
   row("loop", "%loop%");
   row("grow", "%grow%%grow%x");
   EXPECT_EQ(expand("%loop%"), "%loop%");

@@ -22,8 +22,8 @@ bool is_expected(std::uint32_t number) {
          number == security_error::kInvalidDescriptor;
 }
 
-/// An inherited list is of the same kind as the one it comes from, and gives nobody more than there are
-/// rights.
+/// An inherited list is of the same kind as the one it comes from, and grants nobody more rights than
+/// exist.
 void check_use(const SecurityDescriptor& descriptor) {
   const Sid somebody = descriptor.owner.value_or(well_known::everyone());
   if ((granted_access(descriptor, std::span(&somebody, 1)) & access::kGenericAll) != 0)

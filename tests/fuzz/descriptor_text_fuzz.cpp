@@ -6,7 +6,7 @@
 #include "base/errors.hpp"
 #include "live/files/descriptor_text.hpp"
 
-/// What a file server tells of a folder's rights is refused, or what is written of it reads as the same.
+/// What a file server says about a folder's rights is refused, or reads the same after writing.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace twk::live;
   try {

@@ -28,12 +28,12 @@ class NoDialogs final : public platform::Dialogs {
 };
 
 /// One file that can be read, record files with these bytes, and appended files that go nowhere; nothing else
-/// is there.
+/// exists.
 class OneFile final : public platform::Files {
  public:
   std::string contents;
   std::map<std::string, std::string, std::less<>> records;  ///< by path
-  bool present = false;                                     ///< what is asked for is there
+  bool present = false;                                     ///< what is requested exists
 
   bool exists(std::string_view /*path*/) override { return present; }
   bool is_directory(std::string_view /*path*/) override { return false; }

@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   head_office.Name = "Head Office";
   world.files.records = {{"Template.dat", twk::records::encode_template(staff)},
                          {"Site.dat", twk::records::encode_site(head_office)}};
-  // As the list of templates has it, with the blanks of the record.
+  // As in the list of templates, with the blanks of the record.
   session.form1.nutemplate.text = twk::records::listed_template_name(world.files.records["Template.dat"]);
   session.form1.NUsitename.text = std::string("Head Office");
   session.form1.setupid.text = std::string("%first%#1%last%%IMPORT4%");

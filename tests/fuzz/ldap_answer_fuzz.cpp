@@ -30,8 +30,8 @@ std::string message_of(int number, std::string_view operation) {
          inner;
 }
 
-/// What the server sends: the bytes as they are, or, behind an odd first byte, operations with two bytes of
-/// size in front that become whole messages. A result ends the answer to one request.
+/// What the server sends: the bytes as they are, or, after an odd first byte, operations preceded by two
+/// bytes of size, which become whole messages. A result ends the answer to one request.
 std::string stream_of(std::string_view bytes) {
   constexpr char kResult = 0x65;
   if (bytes.empty() || (bytes.front() & 1) == 0)
@@ -50,7 +50,7 @@ std::string stream_of(std::string_view bytes) {
   return stream;
 }
 
-/// What is made of an entry by those who read it.
+/// What readers make of an entry.
 void use(const LdapEntry& entry) {
   std::vector<std::string> all;
   static_cast<void>(live::join_range(entry, "member", all));

@@ -20,7 +20,7 @@ void round_trip(std::string_view bytes, std::size_t size, Decode decode, Encode 
     std::abort();
 }
 
-/// The bytes, cut off or with blanks behind.
+/// The bytes, cut off or followed by blanks.
 std::string sized(std::string_view bytes, std::size_t size) {
   std::string text(bytes.substr(0, size));
   text.resize(size, ' ');
@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   round_trip(bytes, kSiteRecordSize, decode_site, encode_site);
   round_trip(bytes, kPermissionRecordSize, decode_permission, encode_permission);
   round_trip(bytes, kTemplateRecordSize, decode_template, encode_template);
-  // A template is long for a fuzzer to find, so that the input is also taken as its beginning and its end.
+  // A template is too long for a fuzzer to find, so the input is also used as its beginning and its end.
   std::string padded(kTemplateRecordSize, ' ');
   const std::size_t used = std::min(size, padded.size());
   padded.replace(0, used, bytes.substr(0, used));

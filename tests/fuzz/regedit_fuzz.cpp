@@ -7,7 +7,7 @@
 #include "base/errors.hpp"
 #include "local/regedit.hpp"
 
-/// A text is refused, or what it formats to reads as the same tree.
+/// A text is refused, or reads as the same tree after formatting.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace twk::local;
   const std::string_view text(reinterpret_cast<const char*>(data), size);

@@ -14,9 +14,9 @@ using namespace twk::live;
 using twk::test::RpcAnswers;
 
 constexpr std::uint8_t kOpened =
-    0x80;  // the session of the accounts is opened, and its answers are none of the input
+    0x80;  // the session of the accounts is opened, and its answers do not come from the input
 
-/// Answers with two bytes of size in front.
+/// Answers preceded by two bytes of size.
 RpcAnswers take_answers(std::span<const std::uint8_t> bytes, RpcAnswers answers) {
   while (bytes.size() > 2) {
     const std::size_t size = std::min<std::size_t>(twk::platform::read_u16(bytes, 0), bytes.size() - 2);

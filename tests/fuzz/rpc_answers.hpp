@@ -13,8 +13,8 @@
 
 namespace twk::test {
 
-/// What a server answers to the calls of a pipe, one after the other; then it is gone. The library takes
-/// these bytes apart as it does those of a connection.
+/// What a server answers to the calls of a pipe, one after the other; then it is gone. The library parses
+/// these bytes like those of a connection.
 using RpcAnswers = std::deque<base::Bytes>;
 
 namespace detail {
@@ -42,7 +42,7 @@ inline tevent_req* answer_send(TALLOC_CTX* memory, tevent_context* events, dcerp
   } else {
     const base::Bytes& next = answers.front();
     state->size = next.size();
-    // An own block, so that what is read behind it is seen.
+    // A separate block, so that reads past its end are detected.
     state->bytes = static_cast<std::uint8_t*>(talloc_size(state, next.size()));
     std::copy(next.begin(), next.end(), state->bytes);
     answers.pop_front();

@@ -16,7 +16,7 @@ namespace {
 
 using namespace twk;
 
-/// Each reader of the database's files gets the bytes, and each may refuse them.
+/// Each reader of the database's files gets the bytes, and may refuse them.
 void read_database(test::FuzzWorld& world) {
   session::Session& session = world.session;
   base::Trap trap;

@@ -42,7 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string name = twk::format::UserName(session, format, first, middle, last);
   if (name.starts_with(' ') || name.ends_with(' '))
     std::abort();
-  // A text may pass the limit by one expansion before it stands.
+  // A text may exceed the limit by one expansion before it stops.
   const std::size_t most = 2 * twk::format::kMostText + size * size;
   if (name.size() > most || twk::format::Replace_Variables(session, format).size() > most)
     std::abort();

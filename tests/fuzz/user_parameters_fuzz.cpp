@@ -11,7 +11,7 @@ namespace {
 
 using namespace twk::platform;
 
-/// What a step gives; empty when it refuses its input for the reason it may.
+/// The result of a step; empty when it refuses its input for an allowed reason.
 template <typename Step>
 auto attempt(Step step) -> std::optional<decltype(step())> {
   try {

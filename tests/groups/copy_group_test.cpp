@@ -41,7 +41,7 @@ class GroupCopy : public test::InBothDomains {
                              answer);
     return frmCopy_Group_btnCopy_Group_Click(world.session);
   }
-  /// What the results call a user.
+  /// A user's name in the results.
   [[nodiscard]] std::string name(const std::string& bare) const {
     return world.lab.is_nt() ? bare : "CN=" + bare;
   }
@@ -68,7 +68,7 @@ TEST_P(GroupCopy, OffersEveryGroupOfTheOneDomain) {
   EXPECT_TRUE(window.btnCopy_Group.enabled);
 }
 
-TEST_P(GroupCopy, AddsEachUserAndTellsWhatCameOfHim) {
+TEST_P(GroupCopy, AddsEachUserAndShowsTheResult) {
   EXPECT_TRUE(copy("Staff", "Readers"));
   EXPECT_THAT(results(window), UnorderedElementsAre("GREEN " + name(world.jo()) + " Added user.",
                                                     "GREEN " + name("ann") + " Added user.",
@@ -80,7 +80,7 @@ TEST_P(GroupCopy, AddsEachUserAndTellsWhatCameOfHim) {
   EXPECT_TRUE(window.btnCopy_Group.enabled);
 }
 
-TEST_P(GroupCopy, OntoItselfFindsEverybodyThere) {
+TEST_P(GroupCopy, OntoItselfFindsEveryoneThere) {
   EXPECT_TRUE(copy("Staff", "Staff"));
   EXPECT_EQ(results(window).size(), 3U);
   EXPECT_THAT(results(window), Each(HasSubstr("YELLOW ")));
@@ -119,7 +119,7 @@ TEST_P(GroupCopy, AGroupThatCannotBeReadEndsItWithoutABox) {
   }
 }
 
-TEST_P(GroupCopy, IsStoppedAfterTheUserInHand) {
+TEST_P(GroupCopy, IsStoppedAfterTheCurrentUser) {
   world.lab.directory.before = [this](std::string_view operation, std::string_view) {
     if (operation != "Add")
       return;
@@ -148,7 +148,7 @@ TEST(GroupCopyInADirectory, LeavesOutNestedGroupsAndThoseByPrimaryGroup) {
   EXPECT_EQ(window.Label1.caption.get(), "0 of 0 users: 0 added, 0 already members, 0 refused.");
 }
 
-TEST(GroupCopyInADirectory, ShowsTheMembersAnewWhenItsWindowCloses) {
+TEST(GroupCopyInADirectory, ShowsTheMembersAgainWhenItsWindowCloses) {
   GroupsWorld world;
   world.show("Staff");
   world.lab.dialogs.on_modal = [&](std::string_view shown) {

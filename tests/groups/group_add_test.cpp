@@ -109,7 +109,7 @@ TEST(NewGroup, IsMadeInTheManagedOu) {
   EXPECT_EQ(world.place()->GetObject("group", "CN=Drivers")->Get("samAccountName").text(), "Drivers");
 }
 
-TEST(NewGroup, ANameThatIsLongOrOddPassesInADirectoryAsFarAsItTakesIt) {
+TEST(NewGroup, ALongOrOddNamePassesInADirectoryAsFarAsItIsAccepted) {
   GroupsWorld world;
   const std::string name = "R&D (x) #1 ünd more than 20 characters";
   ASSERT_TRUE(make(world, name)) << world.panel();
@@ -136,7 +136,7 @@ TEST(NewGroup, ABlankNameDoesNothing) {
   }
 }
 
-TEST(NewGroup, WhatTheDirectoryRefusesIsTold) {
+TEST(NewGroup, RefusalsOfTheDirectoryAreReported) {
   for (const DomainKind kind : {DomainKind::kNative, DomainKind::kNt}) {
     GroupsWorld world(kind);
     const std::size_t groups = world.window.ListView1.size();

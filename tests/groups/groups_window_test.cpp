@@ -74,7 +74,7 @@ TEST_P(GroupsWindow, ThoseByPrimaryGroupAreShownToo) {
       world.lab.is_nt() ? testing::Matcher<std::vector<std::string>>(IsEmpty()) : ElementsAre("Primary"));
 }
 
-TEST_P(GroupsWindow, AnotherGroupThatIsChosenGivesTheMembersBack) {
+TEST_P(GroupsWindow, ChoosingAnotherGroupReturnsTheMembers) {
   GroupsWorld world(GetParam());
   world.show("Staff");
   Groupsfrm_ListView1_Click(world.session);
@@ -86,7 +86,7 @@ TEST_P(GroupsWindow, AnotherGroupThatIsChosenGivesTheMembersBack) {
   EXPECT_FALSE(world.window.Command1.enabled || world.window.Command2.enabled);
 }
 
-TEST_P(GroupsWindow, AGroupThatIsGoneIsToldAndShowsNobody) {
+TEST_P(GroupsWindow, AGroupThatIsGoneIsReportedAndShowsNobody) {
   GroupsWorld world(GetParam());
   world.show("Staff");
   world.choose("Readers");
@@ -149,7 +149,7 @@ TEST_P(GroupsWindow, AUserWhoIsRefusedStaysAndStopsNobodyElse) {
   EXPECT_THAT(world.panel(), HasSubstr("refused by the test"));
 }
 
-TEST_P(GroupsWindow, AGroupThatCannotBeBoundIsToldInABox) {
+TEST_P(GroupsWindow, AGroupThatCannotBeBoundIsReportedInABox) {
   GroupsWorld world(GetParam());
   world.show("Staff");
   world.select(world.window.NotMembers, "ann");
@@ -200,7 +200,7 @@ TEST_P(GroupsWindow, ADeletedGroupLeavesAllListsAndItsMembersStayUsers) {
   EXPECT_EQ(world.session.form1.USERID.text.get(), "") << "the details tab is emptied";
 }
 
-TEST_P(GroupsWindow, ARefusedDeletionIsToldAndLeavesTheGroup) {
+TEST_P(GroupsWindow, ARefusedDeletionIsReportedAndLeavesTheGroup) {
   GroupsWorld world(GetParam());
   world.show("Staff");
   world.lab.dialogs.expect("Sure to Delete Global Group Staff");
@@ -212,7 +212,7 @@ TEST_P(GroupsWindow, ARefusedDeletionIsToldAndLeavesTheGroup) {
   EXPECT_THAT(world.panel(), testing::StartsWith("Error Deleting Group Staff: refused by the test"));
 }
 
-TEST(GroupsOfADirectory, ContactsNestedGroupsAndUsersWithoutARowArePassedOver) {
+TEST(GroupsOfADirectory, ContactsNestedGroupsAndUsersWithoutARowAreSkipped) {
   GroupsWorld world(DomainKind::kNative, [](LabSession& lab) {
     const std::string ou = "LDAP://" + std::string(test::kNewStarters);
     const platform::ObjectPtr contact = lab.services.directory.GetObject(ou)->Create("contact", "CN=Pat");
@@ -242,7 +242,7 @@ TEST(GroupsOfADirectory, AnUnloadedUserIsShownOnceAllUsersAreRead) {
   EXPECT_THAT(texts(world.window.NotMembers), Not(Contains("Jo Smith")));
 }
 
-TEST(GroupsOfADirectory, MembersBehindOtherNamesAreFound) {
+TEST(GroupsOfADirectory, MembersWithOtherNamesAreFound) {
   GroupsWorld world(DomainKind::kNative, [](LabSession& lab) {
     const platform::ObjectPtr user =
         lab.services.directory.GetObject("LDAP://" + std::string(test::kNewStarters))
@@ -278,7 +278,7 @@ TEST(GroupsOfADirectory, APrimaryGroupCannotBeLeft) {
             world.group("Staff")->Get("primaryGroupToken").text());
 }
 
-TEST(GroupsOfADirectory, ManyPrimaryMembersAreToldInAFewBoxes) {
+TEST(GroupsOfADirectory, ManyPrimaryMembersAreReportedInAFewBoxes) {
   GroupsWorld world;
   for (int i = 0; i < 12; ++i)
     world.make_user("more" + std::to_string(i));
@@ -296,7 +296,7 @@ TEST(GroupsOfADirectory, ManyPrimaryMembersAreToldInAFewBoxes) {
   EXPECT_THAT(world.panel(), HasSubstr("(and " + std::to_string(members - 1) + " more)"));
 }
 
-TEST(GroupsOfADirectory, AHeadSortsAndTheSameHeadTurnsTheOrderRound) {
+TEST(GroupsOfADirectory, AHeadingSortsAndTheSameHeadingReversesTheOrder) {
   GroupsWorld world;
   EXPECT_EQ(world.window.SortKey, 0);
   Groupsfrm_ListView1_ColumnClick(world.session, 1);
@@ -312,7 +312,7 @@ TEST(GroupsOfADirectory, AHeadSortsAndTheSameHeadTurnsTheOrderRound) {
   EXPECT_FALSE(world.window.SortDescending);
 }
 
-TEST(GroupsOfADirectory, AMemberThatCannotBeReadIsPassedOver) {
+TEST(GroupsOfADirectory, AMemberThatCannotBeReadIsSkipped) {
   GroupsWorld world;
   world.group("Staff")->Add(world.lab.path_of("ann"));
   world.lab.directory.before = test::fail_at("Members", 1, platform::ads_error::kServerDown);
@@ -323,7 +323,7 @@ TEST(GroupsOfADirectory, AMemberThatCannotBeReadIsPassedOver) {
   EXPECT_EQ(world.panel(), "Number of Members = 2");
 }
 
-TEST(GroupsOfADirectory, WhatCouldNotBeMadeDurableIsTold) {
+TEST(GroupsOfADirectory, AFailureToMakeWritesDurableIsReported) {
   GroupsWorld world;
   world.show("Staff");
   world.select(world.window.NotMembers, "ann");

@@ -27,7 +27,7 @@ class GroupsWorld {
       user->Put("samAccountName", name);
     user->SetInfo();
   }
-  /// What accounts are made in.
+  /// The container for accounts.
   [[nodiscard]] platform::ObjectPtr place() {
     return lab.services.directory.GetObject(lab.is_nt() ? "WinNT://TWK"
                                                         : "LDAP://twk.test/" + std::string(kNewStarters));
@@ -36,7 +36,7 @@ class GroupsWorld {
     return lab.services.directory.GetObject(lab.is_nt() ? "WinNT://TWK/" + name
                                                         : "LDAP://twk.test/CN=" + name + ",DC=twk,DC=test");
   }
-  /// Names of those whom the directory holds as members, bare and sorted.
+  /// Names of the members in the directory, bare and sorted.
   [[nodiscard]] std::vector<std::string> stored(const std::string& name) {
     std::vector<std::string> names;
     for (const platform::ObjectPtr& member : group(name)->Members())
@@ -44,7 +44,7 @@ class GroupsWorld {
     std::sort(names.begin(), names.end());
     return names;
   }
-  /// What the row of "jo" is called.
+  /// The text of the row of "jo".
   [[nodiscard]] std::string jo() const { return lab.is_nt() ? "jo" : "Jo Smith"; }
 
   void choose(const std::string& name) {
@@ -68,7 +68,7 @@ class GroupsWorld {
   session::Groupsfrm& window = lab.session.groups;
 };
 
-/// For what holds in both kinds of domain.
+/// For what applies to both kinds of domain.
 class InBothDomains : public testing::TestWithParam<lab::DomainKind> {};
 
 }  // namespace twk::test

@@ -33,7 +33,7 @@ TEST(DnTest, SpellingsOfOneNameAreTheSame) {
   EXPECT_FALSE(same_dn("CN=Smith,CN=J,DC=x", "CN=Smith\\,CN\\=J,DC=x"));
 }
 
-TEST(DnTest, TextThatIsNoNameIsRefused) {
+TEST(DnTest, TextThatIsNotANameIsRefused) {
   for (const std::string_view text : {"x", "=x", "CN=a,", "CN=a,,DC=x", ",CN=a"}) {
     base::Trap trap;
     trap([&] { (void)ads::split_dn(text); });

@@ -17,7 +17,7 @@ using contract::number_of;
 using platform::User;
 namespace ads_error = platform::ads_error;
 
-/// A lab of one's own rules.
+/// A lab with custom rules.
 class LabRules : public testing::Test {
  protected:
   void set_policy(const PasswordPolicy& policy) {
@@ -138,7 +138,7 @@ TEST_F(LabRules, WhatIsKeptOfAPasswordIsNeitherReadNorTheWord) {
   EXPECT_EQ(journal.find("Correct-Horse-7"), std::string::npos);
 }
 
-TEST_F(LabRules, RelativeIdsAreNeverGivenAgain) {
+TEST_F(LabRules, RelativeIdsAreNeverReused) {
   std::set<base::Bytes> seen;
   const auto remember = [&](const std::string& account) {
     EXPECT_TRUE(seen.insert(get_account(w_, account)->Get("objectSID").bytes()).second) << account;
@@ -218,7 +218,7 @@ TEST_F(LabRules, OnlyTheDirectoryWritesWhatItComputes) {
   }
 }
 
-TEST_F(LabRules, WhatMakesAnAccountOneIsNotTakenAway) {
+TEST_F(LabRules, EssentialAttributesOfAnAccountAreNotRemoved) {
   make_user(w_, "Jo", "jsmith");
   for (const char* const attribute : {"sAMAccountName", "userAccountControl", "primaryGroupID"}) {
     for (const int control : {1, 4}) {
@@ -246,7 +246,7 @@ TEST_F(LabRules, BatchIsSeenByOtherProgramsBeforeItEnds) {
   batch.commit();
 }
 
-TEST_F(LabRules, FolderThatAShareHoldsIsNotTakenAway) {
+TEST_F(LabRules, SharedFolderIsNotRemoved) {
   auto& files = w_.files();
   const auto share = w_.directory().GetObject("WinNT://FS1/lanmanserver")->Create("fileshare", "Homes");
   share->Put("Path", "D:\\Users");

@@ -44,7 +44,7 @@ std::uint32_t error_of(const std::function<void()>& step) {
   return trap.number();
 }
 
-/// Permissions do not bind root, so a test run by it becomes another for a scope.
+/// Permissions do not bind root, so a test run by root becomes another user for a scope.
 class OrdinaryUser {
  public:
   OrdinaryUser() {
@@ -270,7 +270,7 @@ TEST_F(EntryStoreTest, ALinkToNothingIsTextUntilAnEntryGetsThatName) {
   EXPECT_EQ(exported(*open()), exported(*store));
 }
 
-TEST_F(EntryStoreTest, ChildrenBeforeTheirParentInAFileAreTakenIn) {
+TEST_F(EntryStoreTest, ChildrenBeforeTheirParentInAFileAreAccepted) {
   write_file(folder_ / "domain.ldif",
              "dn: CN=a,OU=x,DC=t\ncn: a\n\ndn: OU=x,DC=t\nou: x\n\ndn: DC=t\ndc: t\n\n");
   const auto store = open();
@@ -402,7 +402,7 @@ TEST_F(LargeJournalTest, IsNotAppliedTwiceAfterACrashBetweenFoldingAndEmptying) 
   EXPECT_EQ(exported(*open()), exported(*store));
 }
 
-TEST_F(EntryStoreTest, AJournalWhoseFirstLinesAreTornIsTakenUp) {
+TEST_F(EntryStoreTest, AJournalWithTornFirstLinesIsAccepted) {
   for (const std::string_view torn : {"", "# gen", "# generation 0\n"}) {
     write_file(journal(), torn);
     const auto store = open();

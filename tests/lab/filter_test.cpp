@@ -103,7 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
     Filters, FilterFaultTest,
     testing::Values(Fault{"", "position 1"}, Fault{"cn=a", "\"(\" expected at position 1"},
                     Fault{"(cn=a", "\")\" expected at position 6"},
-                    Fault{"(cn=a))", "Unexpected behind the filter at position 7"},
+                    Fault{"(cn=a))", "Unexpected text after the filter at position 7"},
                     Fault{"(cn)", "\"=\" expected at position 4"},
                     Fault{"(=a)", "name expected at position 2"},
                     Fault{"(cn=\\2)", "hexadecimal digits expected behind the backslash at position 5"},

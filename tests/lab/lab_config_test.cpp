@@ -44,12 +44,12 @@ TEST_F(LabConfigFile, CommentsBlankLinesAndCaseDoNotMatter) {
   EXPECT_EQ(config.netbios, "TWK");
 }
 
-TEST_F(LabConfigFile, FaultIsToldWithFileLineAndSetting) {
+TEST_F(LabConfigFile, FaultIsReportedWithFileLineAndSetting) {
   const struct {
     const char* text;
     const char* complaint;
   } cases[] = {
-      {"domain = twk.test\nkind = old\n", ":2: \"kind\": none of native, mixed, nt"},
+      {"domain = twk.test\nkind = old\n", ":2: \"kind\": not one of native, mixed, nt"},
       {"domain = nodot\n", ":1: \"domain\": a DNS name has a dot"},
       {"domain = a..b\n", ":1: \"domain\": a name is empty or too long"},
       {"domain = twk.test\ndomain = twk.test\n", ":2: \"domain\" is given twice"},
@@ -59,7 +59,7 @@ TEST_F(LabConfigFile, FaultIsToldWithFileLineAndSetting) {
        ":2: \"password.minimum_length\": not a number from 0 to 127"},
       {"netbios = THIS-NAME-IS-TOO-LONG\n", ":1: \"netbios\": a name is empty or too long"},
       {"domain = twk.test\nprivileges = SeBackupPrivilege SeRestorPrivilege\n",
-       ":2: \"privileges\": no privilege is called SeRestorPrivilege"},
+       ":2: \"privileges\": there is no privilege SeRestorPrivilege"},
       {"kind = nt\n", "a lab of kind nt needs \"netbios\""},
       {"", "\"domain\" is missing"},
   };
@@ -78,7 +78,7 @@ TEST_F(LabConfigFile, UnusableConfigurationIsNotWritten) {
   EXPECT_EQ(test::get_file(file_), "domain = twk.test\n");
 }
 
-TEST_F(LabConfigFile, FolderWithoutOneIsNoLab) {
+TEST_F(LabConfigFile, FolderWithoutOneIsNotALab) {
   EXPECT_EQ(contract::number_of([&] { static_cast<void>(read_lab_config(file_)); }),
             base::error::kFileNotFound);
 }

@@ -72,7 +72,7 @@ TEST(NewLab, PersonOfTheWorkstationIsADomainAdministrator) {
   EXPECT_FALSE(admins->IsMember("WinNT://twk.test/Guest"));
 }
 
-TEST(NewLab, EverythingIsItsOwnersAlone) {
+TEST(NewLab, OnlyTheOwnerHasAccess) {
   test::LabWorld world;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(world.folder())) {
     const auto others = fs::perms::group_all | fs::perms::others_all;
@@ -98,7 +98,7 @@ TEST(NewLab, FolderInUseOrPlanThatCannotBeIsRefused) {
   }
 }
 
-TEST(ImportedLab, DomainFromAnExportGetsItsConfigurationAndGoesOnWithItsIds) {
+TEST(ImportedLab, DomainFromAnExportGetsItsConfigurationAndContinuesWithItsIds) {
   const test::TemporaryDirectory folder;
   test::put_file(folder / "lab.conf", "domain = corp.example\n");
   test::put_file(folder / "domain.ldif",

@@ -43,7 +43,7 @@ TEST(Mailboxes, KeepTheAddressThatTheUserHas) {
   EXPECT_EQ(user->Get("proxyAddresses").text(), "SMTP:chief@twk.test");
 }
 
-TEST(Mailboxes, ASecondOneAndAStoreThatIsNotThereAreRefused) {
+TEST(Mailboxes, ASecondOneAndAMissingStoreAreRefused) {
   test::LabWorld world;
   const auto user = contract::make_user(world, "Jo", "jo");
   platform::MailboxService& mailboxes = world.platform().mailboxes;
@@ -58,7 +58,7 @@ TEST(Mailboxes, ASecondOneAndAStoreThatIsNotThereAreRefused) {
             ads_error::kObjectExists);
 }
 
-TEST(Mailboxes, AreForUsersOfTheDirectoryAlone) {
+TEST(Mailboxes, AreOnlyForUsersOfTheDirectory) {
   test::LabWorld world;
   contract::make_user(world, "Jo", "jo");
   for (const platform::ObjectPtr& object :

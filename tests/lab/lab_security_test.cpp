@@ -23,7 +23,7 @@ constexpr const char* kUsers = "\\\\FS1\\D$\\Users";
 
 class LabSecurityTest : public testing::Test {
  protected:
-  /// Puts records into "server.ldif" and opens the lab anew.
+  /// Puts records into "server.ldif" and opens the lab again.
   void add_server_records(const std::string& records) {
     std::ofstream(w_.folder() / "servers/FS1/server.ldif", std::ios::app) << records;
     w_.reopen();
@@ -49,7 +49,7 @@ class LabSecurityTest : public testing::Test {
   const platform::Ace users_read_{platform::ace_type::kAllow, 3, 0x1200A9, platform::well_known::users()};
 };
 
-TEST_F(LabSecurityTest, ServerOutsideTheDomainKnowsItsOwnAccountsAlone) {
+TEST_F(LabSecurityTest, ServerOutsideTheDomainKnowsOnlyItsOwnAccounts) {
   add_server_records(
       "dn: CN=Server\nobjectClass: fileServer\ndomainMember: FALSE\n\n"
       "dn: CN=Scanner,CN=Accounts\nobjectClass: serverAccount\nobjectSid: S-1-5-21-1-2-3-1001\n\n");
@@ -93,7 +93,7 @@ TEST_F(LabSecurityTest, OrdinaryLogonMayDoWhatTheListsSay) {
   EXPECT_EQ(number_of([&] { write_list(kUsers, users_read_); }), security_error::kAccessDenied);
 }
 
-TEST_F(LabSecurityTest, LogonThatIsNoAccountIsToldWhenItIsFirstNeeded) {
+TEST_F(LabSecurityTest, LogonWithoutAnAccountIsReportedWhenFirstNeeded) {
   w_.configure("logon = nobody\n");
   base::Trap trap;
   trap([&] { w_.files().list(kUsers); });
@@ -169,7 +169,7 @@ TEST_F(LabSecurityTest, RecordsOfSharesWithoutTheirContainerAreRead) {
   EXPECT_EQ(w_.network().NetShareEnum("FS1").size(), 3U);
 }
 
-TEST_F(LabSecurityTest, FolderIsHeldAsLongAsOneOfItsSharesIsThere) {
+TEST_F(LabSecurityTest, FolderIsHeldAsLongAsOneOfItsSharesExists) {
   platform::Files& files = w_.files();
   const std::string home = std::string(kUsers) + "\\jo";
   files.make_directory(home);
@@ -187,7 +187,7 @@ TEST_F(LabSecurityTest, FolderIsHeldAsLongAsOneOfItsSharesIsThere) {
   EXPECT_FALSE(is_held(home));
 }
 
-TEST_F(LabSecurityTest, DamagedDescriptorIsToldByNumber) {
+TEST_F(LabSecurityTest, DamagedDescriptorIsReportedByNumber) {
   add_server_records(
       "dn: CN=Users,CN=D,CN=Folders\nobjectClass: fileObject\nnTSecurityDescriptor:: AQAEgP//\n\n");
   EXPECT_EQ(number_of([&] { descriptor_of(kUsers); }), security_error::kInvalidDescriptor);

@@ -69,7 +69,7 @@ class LabWorld final : public contract::World {
   [[nodiscard]] std::unique_ptr<lab::Lab> open_again() const {
     return std::make_unique<lab::Lab>(folder(), [](const std::string& warning) { ADD_FAILURE() << warning; });
   }
-  /// Adds lines to "lab.conf" and opens the lab anew.
+  /// Adds lines to "lab.conf" and opens the lab again.
   void configure(std::string_view lines) {
     std::ofstream(folder() / "lab.conf", std::ios::app) << lines;
     reopen();

@@ -28,7 +28,7 @@ std::string written(const LdifRecord& record) {
   return text;
 }
 
-TEST(LdifTest, SearchOutputIsReadWithItsCommentsAndSummaryPassedOver) {
+TEST(LdifTest, SearchOutputIsReadWithoutItsCommentsAndSummary) {
   const auto records = read(
       "# extended LDIF\n#\n# LDAPv3\n\n# Ann, twk.test\r\ndn: CN=Ann,DC=twk,DC=test\r\nobjectClass: top\r\n"
       "cn: Ann\r\nobjectClass: user\r\ndescription:: Y2Fmw6k=\r\nmail:\r\n\r\n"
@@ -67,7 +67,7 @@ TEST(LdifTest, ChangeRecordsAreRead) {
   EXPECT_EQ(records[3].new_superior, "OU=c");
 }
 
-TEST(LdifTest, EndsTellWhereEachRecordStops) {
+TEST(LdifTest, EndsShowWhereEachRecordStops) {
   const std::string text = "dn: a\ncn: a\n\ndn: b\ncn: b\n\n";
   const auto records = read(text);
   ASSERT_THAT(records, SizeIs(2));

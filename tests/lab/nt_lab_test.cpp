@@ -65,7 +65,7 @@ TEST_F(NtLab, DomainUsersHoldsThoseWhosePrimaryGroupItIs) {
   EXPECT_TRUE(get_account(w_, "Domain Users")->IsMember("WinNT://TWK/tester"));
 }
 
-TEST_F(NtLab, RenamedAccountIsKnownByItsNewNameAlone) {
+TEST_F(NtLab, RenamedAccountIsKnownOnlyByItsNewName) {
   const auto domain = w_.directory().GetObject("WinNT://TWK");
   domain->Create("User", "old")->SetInfo();
   domain->MoveHere("WinNT://TWK/old", "new");

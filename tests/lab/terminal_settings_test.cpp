@@ -45,7 +45,7 @@ TEST_P(TerminalSettings, ASettingIsKeptInTheUsersEntry) {
   EXPECT_EQ(platform::wts_setting(parameters, kTerminalServerHomeDir), WtsConfigValue("\\\\FS1\\Łuk"));
 }
 
-TEST_P(TerminalSettings, WhatThereIsNotIsRefusedByItsNumber) {
+TEST_P(TerminalSettings, WhatDoesNotExistIsRefusedByNumber) {
   auto& net = network();
   using namespace platform;
   EXPECT_EQ(number_of([&] { net.WTSSetUserConfig("", "nobody", kTimeoutSettingsIdle, 0U); }),

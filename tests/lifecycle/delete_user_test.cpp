@@ -30,7 +30,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, DeleteUser,
                          testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
                          test::kind_name);
 
-/// jo with a share of her own for home and profile, and a neighbour.
+/// jo with her own share for home and profile, and a neighbour.
 void give_own_shares(LifecycleWorld& world) {
   world.put("FS1/D/Users/jo/a.txt");
   world.put("FS1/D/Users/jo/Mail/b.txt");
@@ -260,7 +260,7 @@ const Case kCases[] = {
        world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
      }}};
 
-TEST_P(DeleteUser, WhatFailsOrIsGuardedIsLeftAndTold) {
+TEST_P(DeleteUser, WhatFailsOrIsProtectedStaysAndIsReported) {
   for (const Case& one : kCases) {
     SCOPED_TRACE(one.name);
     LifecycleWorld world(GetParam());
@@ -279,9 +279,9 @@ TEST_P(DeleteUser, WhatFailsOrIsGuardedIsLeftAndTold) {
   }
 }
 
-/// Homes of jo that are not hers alone; ann has a home and a terminal-server home of her own, and bob's home
+/// Homes of jo that are not hers alone; ann has her own home and terminal-server home, and bob's home
 /// is where `others` says.
-TEST_P(DeleteUser, NothingGoesWhenSomethingOfItIsNotTheUsersAlone) {
+TEST_P(DeleteUser, NothingIsDeletedWhenAnyOfItIsNotTheUsersAlone) {
   const struct {
     const char* home;
     const char* why;
@@ -348,7 +348,7 @@ TEST_P(DeleteUser, FolderThatOthersUseGoesWhenThePersonSaysSoInThatVeryQuestion)
     world.start_with("\\\\FS1\\jo$", "");
     tick_all(world);
     world.session.multi_user.No_Prompting.value = 0;
-    world.dialogs.expect("the home of ann (\\\\FS1\\jo$\\ann).\r\n\r\nGo on all the same?", answer);
+    world.dialogs.expect("the home of ann (\\\\FS1\\jo$\\ann).\r\n\r\nContinue anyway?", answer);
     if (answer == platform::Answer::kYes)
       world.dialogs.expect("remove the folder 'jo' and all its contents?", platform::Answer::kYes);
     EXPECT_EQ(Delete_One_User(world.session, world.key()), answer == platform::Answer::kYes);
@@ -372,7 +372,7 @@ TEST_P(DeleteUser, LinkInTheTreeGoesAndWhatItLeadsToStays) {
   EXPECT_TRUE(world.there("FS1/D/Users/ann/c.txt"));
 }
 
-TEST_P(DeleteUser, EachShareGoesOnItsOwnServer) {
+TEST_P(DeleteUser, EachShareIsDeletedOnItsOwnServer) {
   LifecycleWorld world(GetParam());
   give_own_shares(world);
   world.put("FS2/D/Profiles/jo/NTUser.dat");
@@ -390,7 +390,7 @@ TEST_P(DeleteUser, EachShareGoesOnItsOwnServer) {
   EXPECT_THAT(world.log_tab().back(), testing::StartsWith("GREEN"));
 }
 
-TEST_P(DeleteUser, FolderThatIsClosedToAdministratorsGoesOnceOwnershipIsTaken) {
+TEST_P(DeleteUser, FolderThatIsClosedToAdministratorsIsDeletedOnceOwnershipIsTaken) {
   for (const bool take : {false, true}) {
     LifecycleWorld world(GetParam());
     give_own_shares(world);
@@ -463,7 +463,7 @@ TEST_P(DeleteUser, AccountMayBeKeptAndOnlyTheCommandRun) {
                 ": Error Running: gone.cmd " + world.session.DomainName + " \"\": nothing there");
 }
 
-TEST_P(DeleteUser, MailboxThatCannotBeToldKeepsTheAccountAlsoInARehearsal) {
+TEST_P(DeleteUser, UndecidedMailboxKeepsTheAccountEvenInARehearsal) {
   for (const bool rehearsed : {false, true}) {
     for (const char* const server : {"EX98", "EX99"}) {
       LifecycleWorld world(GetParam());
@@ -481,7 +481,7 @@ TEST_P(DeleteUser, MailboxThatCannotBeToldKeepsTheAccountAlsoInARehearsal) {
   }
 }
 
-TEST_P(DeleteUser, MailboxThatIsRefusedIsToldAndTheAccountGoes) {
+TEST_P(DeleteUser, RefusedMailboxIsReportedAndTheAccountDeleted) {
   LifecycleWorld world(GetParam());
   world.start_with("", "");
   tick_all(world);

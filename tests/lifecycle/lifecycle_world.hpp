@@ -14,7 +14,7 @@
 namespace twk::test {
 
 /// A lab session with the file servers FS1 and FS2 and the account "jo", whose home and profile a test
-/// chooses. What stands on the servers is read straight from the disk.
+/// chooses. What is on the servers is read directly from the disk.
 class LifecycleWorld : public LabSession {
  public:
   explicit LifecycleWorld(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "")
@@ -70,7 +70,7 @@ class LifecycleWorld : public LabSession {
     std::filesystem::create_directories(server_folder(path).parent_path());
     put_file(server_folder(path).string(), bytes);
   }
-  /// All that a server's drive holds, "Users/jo/a.txt", folders with a slash behind.
+  /// All that a server's drive holds, "Users/jo/a.txt", folders with a slash at the end.
   [[nodiscard]] std::set<std::string> tree(const std::string& drive) const {
     std::set<std::string> names;
     const std::filesystem::path top = server_folder(drive);
@@ -106,7 +106,7 @@ class LifecycleWorld : public LabSession {
     base::Trap trap;
     return trap([&] { static_cast<void>(account("jo")); });
   }
-  /// Renamings on record.
+  /// Recorded renamings.
   [[nodiscard]] int records() const {
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder.path() / "db"))

@@ -19,7 +19,7 @@ using testing::HasSubstr;
 using testing::Not;
 using Names = std::set<std::string>;
 
-/// jo moves from shares of her own on FS1 to the site's server FS2, where the template makes shares too.
+/// jo moves from her own shares on FS1 to the site's server FS2, where the template also makes shares.
 class MoveWorld : public LifecycleWorld {
  public:
   explicit MoveWorld(DomainKind kind) : LifecycleWorld(kind) {
@@ -101,7 +101,7 @@ class MoveWorld : public LifecycleWorld {
     jo->Put("Profile", path);
     jo->SetInfo();
   }
-  /// As if "jo" had no folders on FS1 any more.
+  /// As if "jo" no longer had folders on FS1.
   void lose_old_folders() {
     for (const std::string name : {"Users/jo", "Profiles/jo"})
       std::filesystem::remove_all(server_folder("FS1/D/" + name));
@@ -150,7 +150,7 @@ constexpr MoveOutcome kNotMoved = MoveOutcome::kNotMoved;
 constexpr MoveOutcome kWarned = MoveOutcome::kMovedWithWarnings;
 constexpr MoveOutcome kMoved = MoveOutcome::kMoved;
 
-/// A move, what it leaves on both servers, and what it tells.
+/// A move, what it leaves on both servers, and what it reports.
 struct Case {
   const char* name;
   int data;
@@ -307,7 +307,7 @@ const Case kCases[] = {
      {},
      kNewHome,
      "GREEN  jo Moved",
-     {"The share is there already: jo$\n"},
+     {"The share already exists: jo$\n"},
      [](MoveWorld& world) {
        std::filesystem::create_directories(world.server_folder("FS2/D/Users/jo"));
        world.share("FS2", "jo$", "D:\\Users\\jo");
@@ -419,7 +419,7 @@ const Case kCases[] = {
      {"Users/", "Users/jo/", "Users/jo/a.txt/", "Profiles/", "Profiles/jo/", "Profiles/jo/NTUser.dat"},
      kOldShares,
      kOldHome,
-     "a.txt is there and a folder",
+     "a.txt exists and is a folder",
      {},
      [](MoveWorld& world) {
        std::filesystem::create_directories(world.server_folder("FS2/D/Users/jo/a.txt"));
@@ -483,7 +483,7 @@ class MoveEnds : public testing::TestWithParam<DomainKind> {};
 INSTANTIATE_TEST_SUITE_P(Kinds, MoveEnds, testing::Values(DomainKind::kNative, DomainKind::kNt),
                          test::kind_name);
 
-/// What is found out before the first change: the row of the log tab, and how it comes about.
+/// What is found out before the first change: the row of the log tab, and its cause.
 struct Refusal {
   const char* row;
   std::function<void(MoveWorld&)> prepare;
@@ -499,7 +499,7 @@ const Refusal kRefusals[] = {
      }},
     {"\\\\FS2\\D$\\Users cannot be reached: ",
      [](MoveWorld& world) { std::filesystem::remove_all(world.server_folder("FS2/D/Users")); }},
-    {"The share jo$ on FS2 is taken: it stands for D:\\Users",
+    {"The share jo$ on FS2 is taken: it leads to D:\\Users",
      [](MoveWorld& world) { world.share("FS2", "jo$", "D:\\Users"); }},
     {"FS2 has no share jo$, to which ",
      [](MoveWorld& world) {
@@ -515,14 +515,14 @@ const Refusal kRefusals[] = {
      [](MoveWorld& world) {
        std::filesystem::create_directory_symlink("../Profiles", world.server_folder("FS2/D/Users/jo"));
      }},
-    {"The new home \\\\FS2\\jo$ lies in the old one, \\\\FS2\\Users",
+    {"The new home \\\\FS2\\jo$ is inside the old one, \\\\FS2\\Users",
      [](MoveWorld& world) {
        world.share("FS2", "Users", "D:\\Users");
        world.set_home("jo", "\\\\FS2\\Users");
      }},
     {"The home \\\\FS9\\jo$: There is no file server FS9",
      [](MoveWorld& world) { world.set_home("jo", "\\\\FS9\\jo$"); }},
-    {"\"C:\\jo\" is no path that data can be copied from",
+    {"\"C:\\jo\" is not a path that data can be copied from",
      [](MoveWorld& world) { world.set_home("jo", "C:\\jo"); }},
     {"Error Setting User Details, Can't find Domain PDC..", [](MoveWorld& world) {
        world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
@@ -548,7 +548,7 @@ TEST_P(MoveEnds, WhatCanBeFoundOutIsRefusedBeforeTheFirstChange) {
   }
 }
 
-TEST_P(MoveEnds, WhatFailsLeavesTheSourceWholeAndIsTold) {
+TEST_P(MoveEnds, AFailureLeavesTheSourceCompleteAndIsReported) {
   for (const Case& one : kCases) {
     SCOPED_TRACE(one.name);
     MoveWorld world(GetParam());
@@ -576,7 +576,7 @@ TEST_P(MoveEnds, WhatFailsLeavesTheSourceWholeAndIsTold) {
   }
 }
 
-TEST_P(MoveUser, WithNothingToTakeIsToldInYellow) {
+TEST_P(MoveUser, WithoutDataIsReportedInYellow) {
   MoveWorld world(GetParam());
   world.start_at("", "", kMove);
   EXPECT_EQ(world.move(), kWarned);
@@ -625,7 +625,7 @@ TEST_P(MoveUser, MoveToWhereTheUserIsTouchesNothing) {
   }
 }
 
-/// A file of the target that is another one of the same name.
+/// A different file of the same name in the target.
 TEST_P(MoveUser, FilesOfTheTargetAreReplacedWhenThePersonAgrees) {
   for (const bool yes : {true, false}) {
     MoveWorld world(GetParam());
@@ -636,7 +636,7 @@ TEST_P(MoveUser, FilesOfTheTargetAreReplacedWhenThePersonAgrees) {
     world.dialogs.expect("already contains a file named\r\n\\\\FS2\\jo$\\a.txt",
                          yes ? platform::Answer::kYes : platform::Answer::kNo);
     if (!yes)
-      world.dialogs.expect("Give jo the new paths all the same?", platform::Answer::kNo);
+      world.dialogs.expect("Give jo the new paths anyway?", platform::Answer::kNo);
     EXPECT_EQ(world.move(), yes ? kMoved : kNotMoved);
     EXPECT_EQ(world.dialogs.last_icon, yes ? platform::Icon::kQuestion : platform::Icon::kExclamation);
     EXPECT_EQ(test::get_file(world.server_folder("FS2/D/Users/jo/a.txt").string()), yes ? "aaaa" : "older");
@@ -645,7 +645,7 @@ TEST_P(MoveUser, FilesOfTheTargetAreReplacedWhenThePersonAgrees) {
   }
 }
 
-/// Two users who are moved to one folder in a run: what the first one's files became is not replaced.
+/// Two users who are moved to one folder in a run: the first one's files are not replaced.
 TEST_P(MoveUser, FilesOfAnotherUserInOneFolderAreNeverReplaced) {
   for (const session::Consent consent : {session::Consent::kNo, session::Consent::kYes}) {
     MoveWorld world(GetParam());
@@ -666,7 +666,7 @@ TEST_P(MoveUser, FilesOfAnotherUserInOneFolderAreNeverReplaced) {
         kNotMoved);
     EXPECT_THAT(world.log_tab().back(),
                 HasSubstr(consent == session::Consent::kNo ? "is not one account's own"
-                                                           : "a.txt is there already, and another file"));
+                                                           : "a.txt already exists and is a different file"));
     EXPECT_EQ(test::get_file(world.server_folder("FS2/D/Users/Common/a.txt").string()), "aaaa");
     EXPECT_EQ(test::get_file(world.server_folder("FS1/D/Users/ann/a.txt").string()), "ann's");
     EXPECT_EQ(world.shares("FS1"), (Names{"ann$", "jo.prf$"}));
@@ -692,8 +692,8 @@ TEST(MoveOwners, FilesKeepTheirOwners) {
         << path;
 }
 
-/// Each call on a file or an object fails in its turn, once and from then on. Nothing may be lost, and the
-/// same move, run again, ends the work.
+/// Each call on a file or an object fails in turn, once and from then on. Nothing may be lost, and the same
+/// move, run again, completes the work.
 TEST(MoveFaults, NothingIsLostAndASecondTryEndsTheWork) {
   MoveWorld world(DomainKind::kNative);
   world.start_at_own_shares(kMove);
@@ -772,7 +772,7 @@ TEST(MoveManyFiles, CancelBetweenFilesLeavesTheSourceWhole) {
   EXPECT_EQ(told.back(), "Moving \\\\FS1\\D$\\Users\\jo: 64 of 200 files, 256 bytes of 800 bytes");
 }
 
-TEST_P(MoveUser, RehearsalTellsTheStepsInOrderAndChangesNothing) {
+TEST_P(MoveUser, RehearsalReportsTheStepsInOrderAndChangesNothing) {
   MoveWorld world(GetParam());
   world.put("FS2/D/Users/jo/a.txt", "older");
   world.start_at_own_shares(kMove);

@@ -57,7 +57,7 @@ TEST_P(PopupCommands, ResetAsksFirstAndAsksForThePassword) {
   EXPECT_TRUE(world.dialogs.last_secret);
 }
 
-TEST_P(PopupCommands, PasswordThatTheDomainRefusesIsTold) {
+TEST_P(PopupCommands, PasswordThatTheDomainRefusesIsReported) {
   LifecycleWorld world(GetParam());
   world.set("Setup", "Password", "x");
   world.start_with("", "");
@@ -101,7 +101,7 @@ TEST_P(PopupCommands, ProfileOnTheServerIsDeletedOrTheReasonShown) {
                            one.gone ? platform::Answer::kYes : platform::Answer::kNo);
     }
     if (std::string_view(one.profile).ends_with("Profiles"))
-      world.dialogs.expect("the share jo.prf$ (D:\\Profiles\\jo).\r\n\r\nGo on all the same?",
+      world.dialogs.expect("the share jo.prf$ (D:\\Profiles\\jo).\r\n\r\nContinue anyway?",
                            platform::Answer::kNo);
     EXPECT_EQ(Delete_Server_Profile(world.session, world.node()), one.gone);
     EXPECT_THAT(panel(world), testing::StartsWith(one.panel));

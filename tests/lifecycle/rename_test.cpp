@@ -34,7 +34,7 @@ TEST(RenameNames, OnlyTheNameAsAWordIsReplaced) {
   EXPECT_EQ(replace_word("john", "jo", "ann"), "john");
 }
 
-/// Paths of an account "jo" and what the renaming to "ann" comes to.
+/// Paths of an account "jo" and the result of renaming it to "ann".
 struct Case {
   const char* name;
   const char* home;
@@ -193,7 +193,7 @@ const Case kCases[] = {
      "jo",
      "\\\\FS1\\jo$",
      "",
-     "RED  Error Renaming jo: \\\\FS1\\D$\\Users\\ann is there already",
+     "RED  Error Renaming jo: \\\\FS1\\D$\\Users\\ann already exists",
      with(kJo, {"Users/ann/"}),
      {"jo$", "Users"},
      folder("Users/ann")},
@@ -364,7 +364,7 @@ TEST(RenameFolders, TheUsersOwnFolderAndShareAndNobodyElsesGetTheNewName) {
   }
 }
 
-/// The share "jo$" with all that it is made of.
+/// The share "jo$" with all its parts.
 platform::ShareInfo502 narrow_share(LifecycleWorld& world) {
   platform::ShareInfo502 share = world.services.network.NetShareGetInfo("FS1", "jo$");
   world.services.network.NetShareDel("FS1", "jo$");
@@ -396,7 +396,7 @@ TEST(RenameFolders, AShareThatIsMadeAgainIsAsItWasAlsoWhenOnlyTheCaseChanges) {
   }
 }
 
-TEST(RenameFolders, AStepThatFailsTakesBackThoseBeforeItAndASecondTryEndsTheWork) {
+TEST(RenameFolders, AFailedStepUndoesThePreviousOnesAndASecondTryCompletesTheWork) {
   const std::function<void(LifecycleWorld&)> faults[] = {
       [](LifecycleWorld& world) {
         world.files.before = [](std::string_view path) {
@@ -561,7 +561,7 @@ TEST_F(RenameInDirectory, DirectoriesFollowTheNameThatTheyAreMadeOf) {
   }
 }
 
-TEST_F(RenameInDirectory, FoldersThatAreNotThereAreToldInRed) {
+TEST_F(RenameInDirectory, MissingFoldersAreReportedInRed) {
   start("\\\\FS1\\Users\\jo", "\\\\FS1\\Profiles\\jo");
   controls::choose(world.session.form1.SamAccountName, world.session.form1.CNName, true);
   type_logon_name("amarsh");
@@ -576,12 +576,12 @@ TEST_F(RenameInDirectory, FoldersThatAreNotThereAreToldInRed) {
   EXPECT_EQ(world.property("amarsh", "HomeDirectory"), "\\\\FS1\\Users\\jo");
 }
 
-TEST_F(RenameInDirectory, FoldersThatTheNameDoesNotMakeStayWhichIsTold) {
+TEST_F(RenameInDirectory, FoldersWithoutTheNameStayWhichIsReported) {
   const struct {
     bool by_common_name;
     const char* told;
-  } cases[] = {{true, "named after the full name, which stays as it is"},
-               {false, "named after the logon name, which stays as it is"}};
+  } cases[] = {{true, "named after the full name, which does not change"},
+               {false, "named after the logon name, which does not change"}};
   for (const auto& one : cases) {
     LifecycleWorld own;
     own.put("FS1/D/Users/jo/a.txt");
@@ -681,7 +681,7 @@ TEST_F(RenameInNt, EachRefusedCharacterIsLoggedAndNothingIsRenamed) {
   EXPECT_TRUE(world.has_jo());
 }
 
-TEST_F(RenameInNt, FullNameAloneRenamesNeitherAccountNorFolder) {
+TEST_F(RenameInNt, OnlyTheFullNameRenamesNeitherAccountNorFolder) {
   world.put("FS1/D/Users/jo/a.txt");
   world.share("FS1", "jo$", "D:\\Users\\jo");
   start("\\\\FS1\\jo$");
@@ -696,7 +696,7 @@ TEST_F(RenameInNt, FullNameAloneRenamesNeitherAccountNorFolder) {
   EXPECT_FALSE(Rename_NT_OKButton_Click(world.session));
 }
 
-TEST_F(RenameInNt, NameInUseIsToldAndNothingIsRenamed) {
+TEST_F(RenameInNt, NameInUseIsReportedAndNothingIsRenamed) {
   start();
   type_logon("admin");
   EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));

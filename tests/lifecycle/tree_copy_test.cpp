@@ -34,17 +34,17 @@ struct Trees {
   Tree tree;
 };
 
-TEST(TreeCopy, WhatIsNotAsItWasReadIsKeptAndTold) {
+TEST(TreeCopy, WhatChangedSinceItWasReadIsKeptAndReported) {
   const struct {
     const char* told;
-    std::function<void(Trees&)> step;  ///< the last thing it does is refused
+    std::function<void(Trees&)> step;  ///< its last action is refused
   } cases[] = {
       {"is a link, which is not copied",
        [](Trees& t) {
          t.link_in_place_of_mail();
          t.copy();
        }},
-      {"is a folder no longer",
+      {"is no longer a folder",
        [](Trees& t) {
          t.tree = read_tree(t.files, t.from);
          t.link_in_place_of_mail();
@@ -56,7 +56,7 @@ TEST(TreeCopy, WhatIsNotAsItWasReadIsKeptAndTold) {
          test::put_file(t.folder / "from/mail/a", "longer");
          remove_copied(t.files, t.tree, t.to);
        }},
-      {"a is not whole in ",
+      {"a is not complete in ",
        [](Trees& t) {
          t.copy();
          test::put_file(t.folder / "to/mail/a", "on");
@@ -72,7 +72,7 @@ TEST(TreeCopy, WhatIsNotAsItWasReadIsKeptAndTold) {
          fs::create_directory_symlink(t.from, t.folder.path() / "again");
          require_other_folder(t.files, t.from, t.folder / "again");
        }},
-      {"a is there already, and another file",
+      {"a already exists and is a different file",
        [](Trees& t) {
          fs::create_directories(t.folder.path() / "to/mail");
          test::put_file(t.folder / "to/mail/a", "another");

@@ -72,7 +72,7 @@ void get_ticket(const std::string& cache, int seconds) {
   ASSERT_EQ(result.exit_code, 0) << result.err;
 }
 
-/// The controller takes what is asked of it: stop, start, stall, resume.
+/// Sends a command to the controller: stop, start, stall, resume.
 void control(const std::string& what) {
   const ProgramResult result =
       run_program({.arguments = {variable("TWK_LIVE_CONTROL"), what}, .input = {}, .environment = {}});
@@ -180,7 +180,7 @@ TEST(RefusedTicket, NoneAtAll) {
   EXPECT_THAT(step_of(live_settings(), "ticket").detail, HasSubstr("There is no Kerberos ticket"));
 }
 
-TEST(RefusedTicket, OneThatHasEnded) {
+TEST(RefusedTicket, OneThatHasExpired) {
   const TemporaryDirectory folder;
   const Variable other("KRB5CCNAME", "FILE:" + (folder / "ticket"));
   get_ticket(folder / "ticket", 1);
@@ -204,7 +204,7 @@ TEST(RefusedTicket, ALibraryWithoutThePlugIn) {
   EXPECT_THAT(result.out, HasSubstr("libsasl2-modules-gssapi-mit"));
 }
 
-/// A user of the domain who may do nothing but read.
+/// A user of the domain who may only read.
 class Reader : public testing::Test {
  protected:
   Reader() {
@@ -245,7 +245,7 @@ TEST_F(Reader, IsToldThatItsAccountIsDisabled) {
   EXPECT_THAT(step_of(settings_, "ticket").detail, HasSubstr("disabled"));
 }
 
-TEST(LostConnection, IsToldOnceAndThatItIsBack) {
+TEST(LostConnection, IsReportedOnceAndThatItIsBack) {
   std::vector<std::string> told;
   LiveDomain domain(live_settings(),
                     {.password = {}, .tell = [&](const std::string& text) { told.push_back(text); }});
@@ -264,7 +264,7 @@ TEST(LostConnection, IsToldOnceAndThatItIsBack) {
   EXPECT_THAT(told[1], HasSubstr("connected again"));
 }
 
-TEST(LostConnection, InTheMiddleOfAWalkIsToldAndTheNextWalkIsWhole) {
+TEST(LostConnection, InTheMiddleOfAWalkIsReportedAndTheNextWalkIsWhole) {
   LiveSettings settings = live_settings();
   settings.timeout_seconds = 3;
   LiveDomain domain(settings);
@@ -292,7 +292,7 @@ TEST(LostConnection, InTheMiddleOfAWalkIsToldAndTheNextWalkIsWhole) {
   }
 }
 
-TEST(LostConnection, IsNoEndOfTheProgramWhileWalksAreLeftInTheMiddle) {
+TEST(LostConnection, DoesNotEndTheProgramWhileWalksAreLeftInTheMiddle) {
   local::outlive_refused_writes();
   LiveDomain domain(live_settings());
   live::LdapSearch search;
@@ -308,7 +308,7 @@ TEST(LostConnection, IsNoEndOfTheProgramWhileWalksAreLeftInTheMiddle) {
   EXPECT_EQ(domain.ldap().search_page(search, walks[0]).size(), 5U);
 }
 
-TEST(EndedTicket, IsToldInTheMiddleOfTheWorkAndARenewedOneIsTakenUp) {
+TEST(EndedTicket, IsReportedDuringTheWorkAndARenewedOneIsUsed) {
   const TemporaryDirectory folder;
   const Variable other("KRB5CCNAME", "FILE:" + (folder / "ticket"));
   get_ticket(folder / "ticket", 3600);

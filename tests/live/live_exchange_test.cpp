@@ -13,7 +13,7 @@ namespace ads_error = platform::ads_error;
 
 const std::string kContainer = "CN=Recipients,OU=Head Office,O=Tarnwick";
 
-/// A mail server's directory, which is none of the domain's.
+/// A mail server's directory, which is separate from the domain's.
 class ForeignDirectory : public testing::Test {
  protected:
   std::string path(const std::string& dn) const {
@@ -75,7 +75,7 @@ TEST_F(ForeignDirectory, PathMayNameThePartsFromTheTop) {
   EXPECT_EQ(number_of([&] { bind("O=Tarnwick/OU=Nowhere"); }), ads_error::kNoSuchObject);
 }
 
-TEST_F(ForeignDirectory, WhatTheServerRefusesIsToldByItsNumber) {
+TEST_F(ForeignDirectory, RefusalsOfTheServerAreReportedByNumber) {
   const ObjectPtr mailbox = make_mailbox("ann");
   EXPECT_EQ(number_of([&] { bind(kContainer)->Create("OrganizationalPerson", "CN=ann")->SetInfo(); }),
             ads_error::kObjectExists);

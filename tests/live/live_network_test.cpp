@@ -5,7 +5,7 @@
 
 namespace twk::contract {
 
-// The server keeps access lists of shares for its superuser alone.
+// The server stores access lists of shares only for its superuser.
 INSTANTIATE_TEST_SUITE_P(Live, NetworkContract, testing::Values(&test::make_superuser_world));
 
 }  // namespace twk::contract
@@ -24,7 +24,7 @@ class LiveNetworkTest : public testing::Test {
   platform::Network& network_ = w_.network();
 };
 
-TEST_F(LiveNetworkTest, ControllerIsToldByEachNameOfItsDomain) {
+TEST_F(LiveNetworkTest, ControllerIsFoundByEachNameOfItsDomain) {
   for (const char* const name : {"", "TWK", "twk.test"})
     EXPECT_EQ(network_.NetGetDCName("", name), "\\\\DC1") << name;
   EXPECT_EQ(number_of([&] { network_.NetGetDCName("", "NOSUCH"); }), network_error::kControllerNotFound);
@@ -55,7 +55,7 @@ TEST_F(LiveNetworkTest, TerminalSettingsAreKeptOneByOne) {
       network_error::kBadNetPath);
 }
 
-TEST_F(LiveNetworkTest, ShareWhoseListTheServerDoesNotKeepIsTakenAwayAgain) {
+TEST_F(LiveNetworkTest, ShareWhoseListTheServerDoesNotStoreIsRemovedAgain) {
   platform::ShareInfo502 share;
   share.shi502_netname = "NoList";
   share.shi502_path = "D:\\Users";
@@ -72,7 +72,7 @@ TEST_F(LiveNetworkTest, NamesThatNoServerHasReachNoServer) {
     EXPECT_EQ(number_of([&] { network_.NetShareEnum(name); }), network_error::kBadNetPath) << name;
 }
 
-TEST_F(LiveNetworkTest, CallIsMadeAgainAfterTheServerWasStartedAnew) {
+TEST_F(LiveNetworkTest, CallIsMadeAgainAfterTheServerRestarted) {
   const std::string server = w_.file_server();
   const std::size_t count = network_.NetShareEnum(server).size();
   EXPECT_EQ(network_.NetGetDCName("", "TWK"), "\\\\DC1");
@@ -82,7 +82,7 @@ TEST_F(LiveNetworkTest, CallIsMadeAgainAfterTheServerWasStartedAnew) {
   EXPECT_EQ(network_.NetGetDCName("", "TWK"), "\\\\DC1");
 }
 
-TEST_F(LiveNetworkTest, ServerThatDoesNotAnswerIsGivenUp) {
+TEST_F(LiveNetworkTest, ServerThatDoesNotAnswerIsAbandoned) {
   LiveSettings hasty = test::live_settings();
   hasty.timeout_seconds = 2;
   LiveDomain domain(hasty);
@@ -94,7 +94,7 @@ TEST_F(LiveNetworkTest, ServerThatDoesNotAnswerIsGivenUp) {
   EXPECT_TRUE(accounts.find("Administrator"));
 }
 
-TEST_F(LiveNetworkTest, WrongPasswordIsTold) {
+TEST_F(LiveNetworkTest, WrongPasswordIsReported) {
   LiveSettings settings = test::live_settings();
   settings.logon = LiveSettings::Logon::kPassword;
   settings.user = test::variable("TWK_LIVE_ADMIN");
@@ -134,7 +134,7 @@ TEST_F(LiveNetworkTest, RefusedPasswordIsNotSentAgain) {
   EXPECT_EQ(asked, 1);
 }
 
-TEST_F(LiveNetworkTest, LogonWithoutATicketIsToldAsOne) {
+TEST_F(LiveNetworkTest, LogonWithoutATicketIsReportedAsSuch) {
   const test::Variable none("KRB5CCNAME", "FILE:/nowhere/ticket");
   LiveDomain domain(test::live_settings());
   EXPECT_EQ(number_of([&] { LiveNetwork(domain).NetShareEnum(w_.file_server()); }), kRpcLogonFailure);

@@ -34,7 +34,7 @@ TEST_F(LiveSharesTest, CommentOfAShareIsChangedAndItsFolderStays) {
   EXPECT_EQ(number_of([&] { read->SetInfo(); }), platform::ads_error::kUnwilling);
 }
 
-TEST_F(LiveSharesTest, WhatIsNotThereIsToldByNumber) {
+TEST_F(LiveSharesTest, WhatIsMissingIsReportedByNumber) {
   EXPECT_EQ(number_of([&] { w_.directory().GetObject("WinNT://NOWHERE/lanmanserver"); }), ads::kBadNetPath);
   EXPECT_EQ(number_of([&] { w_.directory().GetObject(path_ + "/none"); }), ads::kShareNotFound);
   for (const char* const name : {"none", "a\nb", "\"; x \"", "\xFF"})

@@ -20,7 +20,7 @@ inline std::string variable(const char* name) {
   return value == nullptr ? std::string() : value;
 }
 
-/// A variable of the environment has another value until the end of the scope.
+/// Changes a variable of the environment until the end of the scope.
 class Variable {
  public:
   Variable(std::string name, const std::string& value)
@@ -43,7 +43,7 @@ inline void control(const std::string& what) {
     throw std::runtime_error("the controller did not " + what);
 }
 
-/// How the controller that `with-domain` started is reached.
+/// How to reach the controller that `with-domain` started.
 inline live::LiveSettings live_settings() {
   live::LiveSettings settings;
   settings.domain = variable("TWK_LIVE_DOMAIN");
@@ -51,7 +51,7 @@ inline live::LiveSettings live_settings() {
   return settings;
 }
 
-/// The real domain, with a unit of its own that goes with it.
+/// The real domain, with a separate unit that is deleted with it.
 class LiveWorld final : public contract::World {
  public:
   LiveWorld() {
@@ -100,7 +100,7 @@ class LiveWorld final : public contract::World {
     }
   }
   void remove_below(const std::string& dn) {
-    // A group that is somebody's primary one stays as long as that user.
+    // A group that is someone's primary one stays as long as that user.
     for (const char* const filter : {"(objectClass=user)", "(objectClass=*)"}) {
       std::vector<std::string> names;
       live::LdapSearch all;
@@ -117,7 +117,7 @@ class LiveWorld final : public contract::World {
     }
   }
 
-  /// What a test before this one left on the file server goes, whoever owns it.
+  /// What an earlier test left on the file server is removed, whoever owns it.
   static void empty_drive() {
     namespace fs = std::filesystem;
     const fs::path users = fs::path(variable("TWK_LIVE_STATE")) / "srv/d/Users";
@@ -141,7 +141,7 @@ class LiveWorld final : public contract::World {
   live::LiveNetwork network_{domain_};
 };
 
-/// The real domain as the account sees it that its server takes for the superuser.
+/// The real domain as seen by the account that its server treats as the superuser.
 class SuperuserWorld final : public contract::World {
  public:
   platform::DirectoryService& directory() override { return world_.directory(); }
@@ -159,7 +159,7 @@ class SuperuserWorld final : public contract::World {
   }
 
  private:
-  /// The ticket cache of this process while the object lives.
+  /// The ticket cache of this process while the object exists.
   class Ticket {
    public:
     Ticket() { setenv("KRB5CCNAME", variable("TWK_LIVE_SUPERUSER_TICKET").c_str(), 1); }

@@ -170,7 +170,7 @@ def rename():
     changed = sorted(what for what in before.keys() | after.keys() if before.get(what) != after.get(what))
     expect_same(changed, [], "what three renamings changed")
     taken = twk("user", "rename", "Jo", "--full-name", "Ann", "--rename-dirs", codes=(2,))
-    expect("Users\\Ann is there already", "a name that is taken", taken.stdout + taken.stderr)
+    expect("Users\\Ann already exists", "a name that is taken", taken.stdout + taken.stderr)
 
 
 def delete():

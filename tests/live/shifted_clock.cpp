@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 
-/// In front of the library's own: the clock of this program, and of the libraries in it, is TWK_CLOCK_SHIFT
+/// Overrides the library's own: the clock of this program, and of the libraries in it, is TWK_CLOCK_SHIFT
 /// seconds ahead.
 namespace {
 

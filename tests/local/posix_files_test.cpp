@@ -17,7 +17,7 @@ using test::get_file;
 using test::OtherProcess;
 using test::put_file;
 
-/// The number that `step` raises; 0 when it comes through.
+/// The number that `step` raises; 0 when it succeeds.
 template <typename Step>
 std::uint32_t number_of(Step step) {
   base::Trap trap;
@@ -72,7 +72,7 @@ TEST_F(PosixFilesTest, ExactSpellingComesBeforeAnotherCase) {
   EXPECT_EQ(files_.read(at("A.TXT")), "upper");
 }
 
-TEST_F(PosixFilesTest, ListIsSortedAndTellsFoldersFromLinksToThem) {
+TEST_F(PosixFilesTest, ListIsSortedAndDistinguishesFoldersFromLinksToThem) {
   put_file(at("b.txt"), "");
   files_.make_directory(at("c"));
   put_file(at("a.txt"), "");
@@ -120,13 +120,13 @@ TEST_F(PosixFilesTest, EachFailureHasItsNumber) {
   EXPECT_EQ(get_file(at("plain")), "x");
 }
 
-TEST_F(PosixFilesTest, MessageTellsWhatWasTriedOnWhat) {
+TEST_F(PosixFilesTest, MessageSaysWhatWasTriedOnWhat) {
   base::Trap trap;
   trap([&] { files_.read(at("None.dat")); });
   EXPECT_EQ(trap.description(), "cannot open " + at("None.dat") + ": No such file or directory");
 }
 
-TEST_F(PosixFilesTest, WhatCannotBeLookedAtDoesNotExist) {
+TEST_F(PosixFilesTest, WhatCannotBeReadDoesNotExist) {
   put_file(at("plain"), "x");
   for (const std::string& path :
        {std::string(), std::string("a\0b", 3), at("plain/below"), std::string("\\\\FS1\\x")}) {
@@ -163,7 +163,7 @@ TEST_F(PosixFilesTest, ReaderNeverSeesAPartOfAWrite) {
 
 TEST_F(PosixFilesTest, WriteLeavesTheFileToItsOwner) {
   put_file(at("old"), "");
-  // Only root can give a file away; for others it is their own before and after.
+  // Only root can change the owner of a file; for others it is their own before and after.
   const bool given = geteuid() != 0 || chown(at("old").c_str(), 4711, 4712) == 0;
   ASSERT_TRUE(given);
   struct stat before {};
@@ -175,7 +175,7 @@ TEST_F(PosixFilesTest, WriteLeavesTheFileToItsOwner) {
   EXPECT_EQ(after.st_gid, before.st_gid);
 }
 
-TEST_F(PosixFilesTest, WriteKeepsTheModeAndGivesNewFilesToTheGroup) {
+TEST_F(PosixFilesTest, WriteKeepsTheModeAndLetsTheGroupUseNewFiles) {
   put_file(at("old"), "");
   chmod(at("old").c_str(), 0604);
   const mode_t before = umask(0022);
@@ -186,7 +186,7 @@ TEST_F(PosixFilesTest, WriteKeepsTheModeAndGivesNewFilesToTheGroup) {
   EXPECT_EQ(mode_of(at("new")), 0640U);
 }
 
-TEST_F(PosixFilesTest, TakingAwayAndLookingSeeTheLinkItself) {
+TEST_F(PosixFilesTest, RemovingAndExaminingUseTheLinkItself) {
   files_.make_directory(at("real"));
   put_file(at("real/data"), "text");
   std::filesystem::create_directory_symlink(at("real"), at("folder"));
@@ -297,14 +297,14 @@ TEST_F(PosixFilesTest, FullDiskLeavesTheOldContents) {
   EXPECT_EQ(names(), (std::vector<std::string>{"log", "records", "whole"}));
 }
 
-TEST_F(PosixFilesTest, ReadTakesWhatComesOutOfAPipe) {
+TEST_F(PosixFilesTest, ReadAcceptsAPipe) {
   ASSERT_EQ(mkfifo(at("pipe").c_str(), 0600), 0);
   EXPECT_EQ(files_.read(at("pipe")), "") << "nobody writes, so nothing is waited for";
   const int keep_open = open(at("pipe").c_str(), O_RDWR | O_CLOEXEC);
   const std::string bytes(100000, 'p');
   std::thread writer([&] {
     std::ofstream out(at("pipe"));
-    out << bytes << std::flush;  // more than a pipe holds, so this ends when the reader is at work
+    out << bytes << std::flush;  // more than a pipe holds, so this ends once the reader is reading
     close(keep_open);
   });
   EXPECT_EQ(files_.read(at("pipe")), bytes);

@@ -41,7 +41,7 @@ TEST(RegeditTest, EveryTextSurvivesAndReadsAsItsLine) {
   }
 }
 
-TEST(RegeditTest, ValuesOfOtherKindsAreKeptToTheLetter) {
+TEST(RegeditTest, ValuesOfOtherKindsAreKeptUnchanged) {
   for (const std::string kind :
        {"dword:0000002A", "hex:01,02,\\\r\n  03,04", "hex(7):61,00,00", "HEX(2):25,00"}) {
     const std::string text = with_key("\"Value\"=" + kind);
@@ -92,16 +92,16 @@ TEST(RegeditTest, WhatIsNotUnderstoodIsRefusedWithItsLine) {
       {"", "line 1: the text begins with neither REGEDIT4 nor Windows Registry Editor Version 5.00"},
       {"Windows Registry Editor Version 5.00\n[A]\n\"a\"=hex(1):61\n",
        "line 3: the bytes of a text are not UTF-16"},
-      {"REGEDIT4\n\"a\"=\"b\"\n", "line 2: a value stands in front of the first key"},
-      {"REGEDIT4\n[A\n", "line 2: \"]\" is missing behind the key"},
+      {"REGEDIT4\n\"a\"=\"b\"\n", "line 2: a value comes before the first key"},
+      {"REGEDIT4\n[A\n", "line 2: \"]\" is missing after the key"},
       {"REGEDIT4\n[]\n", "line 2: the key is empty"},
       {"REGEDIT4\n[-A]\n", "line 2: deleting a key is not supported"},
       {"REGEDIT4\n[A\tB]\n", "line 2: the key holds a control character"},
       {with_key("a=b"), "line 4: neither a key nor a value"},
       {with_key("\"a=b"), "line 4: a quote is not closed"},
       {with_key("\"a\"=\"b\\"), "line 4: a quote is not closed"},
-      {with_key("\"a\" \"b\""), "line 4: \"=\" is missing behind the name"},
-      {with_key("\"a\"=\"b\" c"), "line 4: more stands behind the closing quote"},
+      {with_key("\"a\" \"b\""), "line 4: \"=\" is missing after the name"},
+      {with_key("\"a\"=\"b\" c"), "line 4: there is more after the closing quote"},
       {with_key("\"a\"=-"), "line 4: a value is neither quoted text nor dword or hex"},
       {with_key("\"a\"=hexagon"), "line 4: a value is neither quoted text nor dword or hex"},
       {with_key("\"a\"=hex(1):6"), "line 4: a byte is not two digits"},

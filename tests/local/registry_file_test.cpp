@@ -68,7 +68,7 @@ TEST_F(RegistryFileTest, EveryTextIsThereForTheNextProgram) {
   }
 }
 
-TEST_F(RegistryFileTest, FilesAreForTheOwnerAlone) {
+TEST_F(RegistryFileTest, FilesAreOnlyForTheOwner) {
   const mode_t before = umask(0);
   write("Password", "secret");
   chmod(machine_.c_str(), 0644);
@@ -108,7 +108,7 @@ TEST_F(RegistryFileTest, TwoProcessesDoNotLoseEachOthersValues) {
   EXPECT_EQ(registry_.entries(kHiveLocalMachine, kSetup).size(), 2U * kValues);
 }
 
-TEST_F(RegistryFileTest, AValueIsTakenAway) {
+TEST_F(RegistryFileTest, AValueIsRemoved) {
   EXPECT_FALSE(registry_.remove(kHiveLocalMachine, kSetup, "Domain"));
   write("Domain", "TWK");
   write("OU", "x");
@@ -134,7 +134,7 @@ TEST_F(RegistryFileTest, MalformedFileIsNotWrittenOverAndWhatWasUnderstoodCounts
   EXPECT_EQ(registry_.problem(kHiveLocalMachine), "");
 }
 
-TEST_F(RegistryFileTest, NumberByAnotherToolIsKeptButIsNoText) {
+TEST_F(RegistryFileTest, NumberByAnotherToolIsKeptButIsNotAText) {
   std::filesystem::create_directories(settings_);
   put_file(machine_, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\" + kSetup + "]\n\"Count\"=dword:00000005\n");
   EXPECT_EQ(read(kSetup, "Count"), "(absent)");

@@ -8,7 +8,7 @@ namespace {
 
 using base::make_date;
 
-/// In another zone; the one before is put back at the end.
+/// In another zone; the previous one is restored at the end.
 class SystemClockTest : public testing::Test {
  protected:
   ~SystemClockTest() override {
@@ -51,10 +51,10 @@ TEST_F(SystemClockTest, MidnightIsWhereItsDayBegins) {
       {kAuckland, {2026, 1, 1}, {2025, 12, 31, 11}, "00:00:00"},
       {"IST-5:30", {2026, 12, 31}, {2026, 12, 30, 18, 30}, "00:00:00"},
       {"PST8PDT,M3.2.0,M11.1.0", {2026, 12, 31}, {2026, 12, 31, 8}, "00:00:00"},
-      // Midnight that is left out, and midnight that comes twice.
+      // Midnight that is skipped, and midnight that comes twice.
       {"<-03>3<-02>,M11.1.0/0,M2.3.0/0", {2026, 11, 1}, {2026, 11, 1, 3}, "01:00:00"},
       {"CST5CDT,M3.2.0/0,M11.1.0/1", {2026, 11, 1}, {2026, 11, 1, 4}, "00:00:00"},
-      // A time that is left out and one that comes twice.
+      // A time that is skipped and one that comes twice.
       {kBerlin, {2026, 3, 29, 2, 30}, {2026, 3, 29, 1, 30}, "03:30:00"},
       {kBerlin, {2026, 10, 25, 2, 30}, {2026, 10, 25, 0, 30}, "02:30:00"},
   };

@@ -8,7 +8,7 @@
 namespace twk::local {
 namespace {
 
-/// Gives the variables of a person's name, and puts back what they were.
+/// Sets the variables of a person's name, and restores them.
 class SystemEnvironmentTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -31,7 +31,7 @@ class SystemEnvironmentTest : public testing::Test {
   std::map<std::string, std::string> before_;
 };
 
-TEST_F(SystemEnvironmentTest, VariableIsGivenAsUtf8) {
+TEST_F(SystemEnvironmentTest, VariableIsReturnedAsUtf8) {
   EXPECT_EQ(environment_.variable("TWK_TEST_VARIABLE"), "");
   setenv("TWK_TEST_VARIABLE", "caf\xC3\xA9 \xE9", 1);
   EXPECT_EQ(environment_.variable("TWK_TEST_VARIABLE"), "caf\xC3\xA9 \xEF\xBF\xBD");

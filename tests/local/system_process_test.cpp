@@ -26,7 +26,7 @@ class SystemProcessTest : public testing::Test {
   }
   static bool has_children() { return waitpid(-1, nullptr, WNOHANG) != -1 || errno != ECHILD; }
 
-  /// Looks for up to two seconds: the system names a process a moment after its program was found.
+  /// Tries for up to two seconds: the system names a process a moment after its program was found.
   static bool is_named(std::int32_t number, std::string_view name) {
     for (int i = 0; i < 200; ++i) {
       if (get_file("/proc/" + std::to_string(number) + "/comm") == name)
@@ -40,7 +40,7 @@ class SystemProcessTest : public testing::Test {
   SystemProcess process_;
 };
 
-TEST_F(SystemProcessTest, WaitsForTheEndAndTellsHowItFailed) {
+TEST_F(SystemProcessTest, WaitsForTheEndAndReportsTheFailure) {
   EXPECT_EQ(run("sleep 0.05; echo done > " + folder_ / "out"), "");
   EXPECT_EQ(get_file(folder_ / "out"), "done\n");
   EXPECT_EQ(run("exit 3"), "it ended with exit code 3");
@@ -49,13 +49,13 @@ TEST_F(SystemProcessTest, WaitsForTheEndAndTellsHowItFailed) {
   EXPECT_FALSE(has_children());
 }
 
-TEST_F(SystemProcessTest, WordsArriveToTheLetter) {
+TEST_F(SystemProcessTest, WordsArriveUnchanged) {
   const std::string odd = folder_ / "$HOME `id` *;\"x\\y";
   EXPECT_EQ(process_.run({"touch", odd}, true, kNormal).failure, "");
   EXPECT_TRUE(std::filesystem::exists(odd));
 }
 
-TEST_F(SystemProcessTest, WhatCannotBeStartedTellsWhy) {
+TEST_F(SystemProcessTest, WhatCannotBeStartedSaysWhy) {
   using Words = std::vector<std::string>;
   const struct {
     Words words;
@@ -86,7 +86,7 @@ TEST_F(SystemProcessTest, ProgramNotWaitedForRunsOnAndLeavesNoChild) {
   EXPECT_EQ(kill(number, SIGKILL), 0);
 }
 
-TEST_F(SystemProcessTest, ProgramReadsNothingAndSpeaksToStandardErrorAlone) {
+TEST_F(SystemProcessTest, ProgramGetsNoInputAndWritesOnlyToStandardError) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   const std::string failures = run("cat; echo hidden; echo hidden >&2", kHidden) + run("cat; echo seen");

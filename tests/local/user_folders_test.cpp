@@ -5,7 +5,7 @@
 namespace twk::local {
 namespace {
 
-/// The variables as they were come back at the end.
+/// The variables are restored at the end.
 class UserFolders : public testing::Test {
  protected:
   void TearDown() override {

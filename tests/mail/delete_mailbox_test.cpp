@@ -50,7 +50,7 @@ class MailboxDeletionTest : public testing::Test {
   void put_container(const std::string& value) { world.session.form1.ListView8.at(0).sub_items = {value}; }
   [[nodiscard]] std::string title() const { return window().caption; }
   [[nodiscard]] const session::Serach_Mail& window() const { return world.session.serach_mail; }
-  /// The mailboxes in the window's tree, each behind its container's name.
+  /// The mailboxes in the window's tree, each after its container's name.
   std::vector<std::string> found() {
     std::vector<std::string> names;
     controls::TreeView& tree = world.session.serach_mail.TreeView1;
@@ -93,7 +93,7 @@ TEST_F(MailboxDeletionTest, IsDecidedBeforehandOrRefusedWithTheReason) {
       {"x%Where%", "jo", "", "EX55", inner + ". Say by its path"},
       {"x%Where%", "nobody", "", "EX55", "There is no mailbox called \"nobody\""},
       {"x%Where%", "jo", "", "EX99", "Unable to connect to Exchange Server EX99: "},
-      {"Recipients", "jo", "", "EX99", "Unable to look into LDAP://EX99/"},
+      {"Recipients", "jo", "", "EX99", "Unable to read LDAP://EX99/"},
   };
   world.session.multi_user.No_Prompting.value = 1;
   for (const auto& one : cases) {
@@ -110,7 +110,7 @@ TEST_F(MailboxDeletionTest, IsDecidedBeforehandOrRefusedWithTheReason) {
   EXPECT_EQ(left().size(), 4U);
 }
 
-TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOneAndFailuresAreTold) {
+TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOneAndFailuresAreReported) {
   MailboxDeletion request = kJo;
   request.SamName = "remote";
   request.CustomRecipient = true;
@@ -123,9 +123,8 @@ TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOneAndFailuresAreTold) {
   EXPECT_FALSE(DeleteMailbox(world.session, request));
   EXPECT_THAT(world.log(), HasSubstr("8007052E\n"));
   EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=jo", "CN=al"));
-  EXPECT_THAT(
-      world.session.log.take_reasons(),
-      ElementsAre(HasSubstr("There is no mailbox called \"remote\""), HasSubstr("Unable to look into")));
+  EXPECT_THAT(world.session.log.take_reasons(),
+              ElementsAre(HasSubstr("There is no mailbox called \"remote\""), HasSubstr("Unable to read")));
 }
 
 TEST_F(MailboxDeletionTest, IsAskedForUnlessPromptsAreOff) {
@@ -159,7 +158,7 @@ TEST_F(MailboxDeletionTest, AVariableInTheContainerHandsOverToTheSearch) {
   EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=al", "CN=remote"));
 }
 
-TEST_F(MailboxDeletionTest, OfSeveralOfANameTheSelectedOneAloneIsDeleted) {
+TEST_F(MailboxDeletionTest, OfSeveralOfANameOnlyTheSelectedOneIsDeleted) {
   put_container("%Where%");
   make("", "CN=Other", "Container");
   make("CN=Other", "CN=Inner", "Container");
@@ -191,7 +190,7 @@ TEST_F(MailboxDeletionTest, TheSearchTakesNamesAsTheyAreAndRecipientsOnly) {
   }
 }
 
-TEST_F(MailboxDeletionTest, AServerThatIsDownIsTold) {
+TEST_F(MailboxDeletionTest, AServerThatIsDownIsReported) {
   search("remote");
   world.session.serach_mail.Text2.text = std::string("EX99");
   world.dialogs.expect("Unable to connect to Exchange Server");

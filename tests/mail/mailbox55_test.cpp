@@ -48,14 +48,14 @@ TEST_P(InEveryKindOfDomain, ACreatedUserGetsAMailboxThatIsTiedToTheAccount) {
   EXPECT_TRUE(mailbox->Get("MAPI-Recipient").boolean());
   const base::Bytes sid = world.account("Jo.Smith")->Get("objectSID").bytes();
   EXPECT_EQ(mailbox->Get("Assoc-NT-Account").bytes(), hex_text(sid));
-  // The owner is at the place that the descriptor's header names, behind the list of one entry.
+  // The owner is at the place that the descriptor's header names, after the list of one entry.
   const base::Bytes descriptor = mailbox->Get("NT-Security-Descriptor").bytes();
   const base::Bytes owner(descriptor.end() - static_cast<std::ptrdiff_t>(sid.size() * 2), descriptor.end());
   EXPECT_EQ(descriptor.size(), 2 * (20 + 8 + 8 + 3 * sid.size()));
   EXPECT_EQ(owner, hex_text(sid));
 }
 
-TEST_P(InEveryKindOfDomain, TheLogTellsTheStepsOfTheMailbox) {
+TEST_P(InEveryKindOfDomain, TheLogHasTheStepsOfTheMailbox) {
   MailSession world(GetParam());
   world.start_with(with_row("OtherMailbox", "SMTP:%UserName%@old.test"));
   world.create();
@@ -165,7 +165,7 @@ TEST(Mailbox55, JoinsTheDistributionListsOfItsRows) {
   EXPECT_THAT(world.log(), HasSubstr("Adding to Distribution List\nMemberOf: LDAP://EX55/CN=All Staff,"));
 }
 
-TEST(Mailbox55, AMailboxThatIsThereAlreadyStaysAsItIs) {
+TEST(Mailbox55, AnExistingMailboxStaysAsItIs) {
   MailSession world;
   world.start_with(kRows);
   const ObjectPtr old = world.object("CN=Recipients")->Create("OrganizationalPerson", "CN=jo.smith");
@@ -178,7 +178,7 @@ TEST(Mailbox55, AMailboxThatIsThereAlreadyStaysAsItIs) {
   EXPECT_EQ(world.of("jo.smith", "uid"), "");
 }
 
-TEST(Mailbox55, WithOwnCredentialsARefusedLogonIsTold) {
+TEST(Mailbox55, WithOwnCredentialsARefusedLogonIsReported) {
   MailSession world;
   world.start_with(kRows);
   world.session.form1.Mail_Logon.value = 0;
@@ -217,7 +217,7 @@ TEST(Mailbox55, IsReachedAtThePortOfTheMailTab) {
 }
 
 /// The connection drops at the n-th write to the mail server.
-TEST(Mailbox55, ADroppedConnectionIsToldWithTheStepItBroke) {
+TEST(Mailbox55, ADroppedConnectionIsReportedWithTheStepItBroke) {
   const std::vector<std::pair<int, std::string>> steps = {{1, "Failed to set Target-Mail Address"},
                                                           {2, "Error setting default Settings"},
                                                           {3, "Error setting Security-Descriptor"},
@@ -267,7 +267,7 @@ TEST(MailboxPrompts, AreSkippedByAnImportThatSkipsThem) {
   }
 }
 
-TEST(Mailbox55, WithDebugTheLogTellsAddressAndDescriptorToo) {
+TEST(Mailbox55, WithDebugTheLogAlsoHasAddressAndDescriptor) {
   MailSession world(DomainKind::kNative, "/DEBUG");
   world.start_with(kRows);
   world.create();

@@ -71,7 +71,7 @@ TEST_F(MailboxDescriptor, IsTheSelfRelativeOneOfOwnerGroupAndList) {
   const std::array pairs = {AccountMask{"jo", kMailboxOwnerRights}};
   const base::Bytes descriptor = build("DC1", pairs);
   EXPECT_EQ(descriptor.size(), 120U);
-  // Header, list, owner and group, put together byte by byte after [MS-DTYP] 2.4.6.
+  // Header, list, owner and group, put together byte by byte according to [MS-DTYP] 2.4.6.
   EXPECT_EQ(as_text(hex_text(descriptor)),
             "0100048040000000"
             "5C00000000000000"

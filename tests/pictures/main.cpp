@@ -87,7 +87,7 @@ void use_dark_colours() {
   QApplication::setPalette(dark);
 }
 
-/// Opens what the pictures are to show: an OU with users in it, a template, a log with rows.
+/// Opens what the pictures show: an OU with users in it, a template, a log with rows.
 void fill(session::Session& session) {
   session::Form1& form = session.form1;
   for (const Person& person : kPeople) {
@@ -122,7 +122,7 @@ std::function<void(session::Session&)> by(Routine routine) {
   return [routine](session::Session& session) { routine(session); };
 }
 
-/// The window for many users at a tab, with users to choose from and a selection of which one is gone.
+/// The window for many users at a tab, with users to choose from and a selection of which one was deleted.
 std::function<void(session::Session&)> multi_user(int tab) {
   return [tab](session::Session& session) {
     session::MultiUser& window = session.multi_user;

@@ -94,7 +94,7 @@ TEST(AccessCheck, TheFirstEntryThatSpeaksOfARightCounts) {
     EXPECT_EQ(granted_access(with_list(entries, owner), jo), granted) << what;
 }
 
-TEST(AccessCheck, WithoutAListEverybodyMayDoEverything) {
+TEST(AccessCheck, WithoutAListEveryoneMayDoEverything) {
   SecurityDescriptor descriptor;
   EXPECT_EQ(granted_access(descriptor, {}), access::kFileAll);
   descriptor.dacl_present = true;

@@ -72,7 +72,7 @@ TEST(Acl, AListHasTheSizeAndRevisionThatItIsMadeWith) {
   EXPECT_EQ(number_of_failure([] { Acl list(8, 1); }), security_error::kInvalidAcl);
 }
 
-TEST(Acl, AnEntryIsPutBeforeTheOneAtItsPlaceAndOnlyWhereThereIsRoom) {
+TEST(Acl, AnEntryIsPutBeforeTheOneAtItsPlaceAndOnlyIfThereIsRoom) {
   const auto entry = [](std::uint32_t mask) { return Ace(0, 0, mask, well_known::everyone()); };
   Acl list(8 + 3 * 20);
   list.add(Acl::kAtEnd, entry(1));
@@ -86,7 +86,7 @@ TEST(Acl, AnEntryIsPutBeforeTheOneAtItsPlaceAndOnlyWhereThereIsRoom) {
   EXPECT_EQ(number_of_failure([&] { narrow.add(0, entry(1)); }), security_error::kAllottedSpaceExceeded);
 }
 
-/// An entry of the type: mask 0x0201, what stands in front of the account, the account "Everyone", a tail.
+/// An entry of the type: mask 0x0201, what precedes the account, the account "Everyone", a tail.
 Ace entry_of(std::uint8_t type, const Bytes& before, const Bytes& tail = {}) {
   Bytes bytes = {type, 0, 0, 0, 1, 2, 0, 0};
   bytes.insert(bytes.end(), before.begin(), before.end());
@@ -97,7 +97,7 @@ Ace entry_of(std::uint8_t type, const Bytes& before, const Bytes& tail = {}) {
   return Ace::decode(bytes);
 }
 
-TEST(Ace, TheAccountStandsBehindWhatTheTypePutsInFront) {
+TEST(Ace, TheAccountFollowsTheTypesOwnFields) {
   const Bytes guid(16, 0xAA);
   const auto objects = [&](std::uint8_t flags) {
     Bytes bytes = {flags, 0, 0, 0};

@@ -70,7 +70,7 @@ TEST(SecurityDescriptor, ThePublishedExampleIsReadAndWrittenByteByByte) {
   EXPECT_EQ(descriptor.encode(), example);
 }
 
-TEST(SecurityDescriptor, APartThatIsMissingIsToldApartFromAnEmptyOne) {
+TEST(SecurityDescriptor, AMissingPartIsDistinguishedFromAnEmptyOne) {
   SecurityDescriptor none;
   EXPECT_EQ(none.encode(), Bytes({1, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
   SecurityDescriptor null_list;
@@ -84,7 +84,7 @@ TEST(SecurityDescriptor, APartThatIsMissingIsToldApartFromAnEmptyOne) {
     EXPECT_EQ(SecurityDescriptor::decode(each.encode()), each);
 }
 
-TEST(SecurityDescriptor, PartsAreReadInAnyOrderAndMayLieOnOneAnother) {
+TEST(SecurityDescriptor, PartsAreReadInAnyOrderAndMayOverlap) {
   Bytes bytes = {1, 0, 0, 0x80, 32, 0, 0, 0, 20, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
   for (const Sid& sid : {well_known::everyone(), well_known::creator_owner()})
     bytes.insert(bytes.end(), sid.bytes().begin(), sid.bytes().end());
@@ -117,7 +117,7 @@ TEST(SecurityDescriptor, APartOutsideOrOfAnotherFormIsRefusedByItsNumber) {
   } cases[] = {{0, 2, kInvalidDescriptor},     // another revision
                {3, 0x30, kInvalidDescriptor},  // not self-relative
                {4, 19, kInvalidDescriptor},    // the owner within the header
-               {4, 0xB1, kInvalidDescriptor},  // behind the end
+               {4, 0xB1, kInvalidDescriptor},  // after the end
                {7, 0x80, kInvalidDescriptor},  {11, 0xFF, kInvalidDescriptor}, {15, 0xFF, kInvalidDescriptor},
                {19, 0xFF, kInvalidDescriptor}, {4, 0xB0, kInvalidSid},  // at the end
                {8, 0xA4, kInvalidSid},         {0x91, 16, kInvalidSid},        {12, 0xB0, kInvalidAcl},
@@ -130,7 +130,7 @@ TEST(SecurityDescriptor, APartOutsideOrOfAnotherFormIsRefusedByItsNumber) {
   }
 }
 
-TEST(SecurityDescriptor, AListThatTheControlBitsDoNotTellOfDoesNotCount) {
+TEST(SecurityDescriptor, AListThatTheControlBitsDoNotMentionDoesNotCount) {
   Bytes bytes = from_hex(kExample);
   bytes[2] = 0;
   const SecurityDescriptor descriptor = SecurityDescriptor::decode(bytes);

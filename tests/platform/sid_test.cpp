@@ -22,7 +22,7 @@ const Identifier kIdentifiers[] = {{"S-1-1-0", {1, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0,
                                     {1,   5,   0,   0,   0,  0,   0,   5,  21,  0, 0,   0, 199, 247,
                                      254, 215, 124, 119, 85, 200, 148, 90, 206, 1, 245, 3, 0,   0}}};
 
-TEST(Sid, TextAndBytesTellTheSame) {
+TEST(Sid, TextAndBytesMeanTheSame) {
   for (const auto& [text, bytes] : kIdentifiers) {
     const auto parsed = Sid::parse(text);
     ASSERT_TRUE(parsed) << text;
@@ -41,7 +41,7 @@ TEST(Sid, TextIsReadInEitherCaseAndWithHexadecimalNumbers) {
   EXPECT_EQ(Sid::parse("S-1-05-0032-544"), well_known::administrators());
 }
 
-TEST(Sid, OtherTextIsNoIdentifier) {
+TEST(Sid, OtherTextIsNotAnIdentifier) {
   const std::string fifteen = "S-1-5-1-2-3-4-5-6-7-8-9-10-11-12-13-14-15";
   ASSERT_TRUE(Sid::parse(fifteen));
   for (const std::string& text : {std::string(""),
@@ -89,7 +89,7 @@ TEST(Sid, BytesThatAreCutOffOrOfAnotherFormAreNoIdentifier) {
   EXPECT_EQ(Sid::decode(too_many).value().size(), 8U + 15U * 4U);
 }
 
-TEST(Sid, WhatFollowsAnIdentifierIsNotLookedAt) {
+TEST(Sid, WhatFollowsAnIdentifierIsIgnored) {
   Bytes bytes = well_known::everyone().bytes();
   bytes.insert(bytes.end(), 20, 0xFF);
   EXPECT_EQ(Sid::decode(bytes), well_known::everyone());

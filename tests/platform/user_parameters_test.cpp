@@ -38,7 +38,7 @@ struct Case {
   WtsConfigClass setting;
   WtsConfigValue without;  ///< what a user without settings has
   WtsConfigValue made;     ///< what "complete" holds
-  WtsConfigValue other;    ///< a further value that it takes
+  WtsConfigValue other;    ///< a further value that it accepts
 };
 
 const Case kCases[] = {
@@ -107,7 +107,7 @@ TEST(UserParameters, AValueIsWrittenAsTheProtocolsExample) {
   EXPECT_EQ(parameters.TSPropertyArray.at(2).PropValue, expected);
 }
 
-TEST(UserParameters, AnEmptyTextTakesBothOfItsPropertiesAway) {
+TEST(UserParameters, AnEmptyTextRemovesBothOfItsProperties) {
   UserParameters parameters = UserParameters::decode(made("complete"));
   const std::size_t before = parameters.TSPropertyArray.size();
   set_wts_setting(parameters, kTerminalServerProfilePath, "");
@@ -138,7 +138,7 @@ TEST(UserParameters, NoBeginningOfTheAttributeIsReadBeyondItsEnd) {
   const Bytes complete = made("complete");
   std::size_t refused = 0;
   for (std::size_t size = 0; size < complete.size(); ++size) {
-    // A copy of the very size lets the sanitizers see a read behind it.
+    // A copy of exactly this size lets the sanitizers detect a read past its end.
     const Bytes part(complete.begin(), complete.begin() + static_cast<std::ptrdiff_t>(size));
     const std::uint32_t failure = number_of_failure([&] { UserParameters::decode(part); });
     EXPECT_TRUE(failure == 0 || failure == user_parameters_error::kInvalidData) << size;
@@ -149,7 +149,7 @@ TEST(UserParameters, NoBeginningOfTheAttributeIsReadBeyondItsEnd) {
     EXPECT_EQ(number_of_failure([&] { UserParameters::decode(made(name)); }), 13U) << name;
 }
 
-TEST(UserParameters, AStoredValueThatIsNoNumberIsRefusedAndCanBeReplaced) {
+TEST(UserParameters, AStoredValueThatIsNotANumberIsRefusedAndCanBeReplaced) {
   UserParameters parameters = UserParameters::decode(made("complete"));
   parameters.TSPropertyArray.at(6).PropValue = {'0', 'x'};
   EXPECT_EQ(number_of_failure([&] { wts_setting(parameters, kTimeoutSettingsConnections); }), 13U);
@@ -216,7 +216,7 @@ TEST(UserParameters, AServerMayHandOutTheBytesAsTheyAre) {
   }
 }
 
-TEST(UserParameters, WhatIsNoTextIsRefused) {
+TEST(UserParameters, WhatIsNotATextIsRefused) {
   for (const char* const text : {"\xFF", "\xED\xA0\x80", "\xC0\x80", "\xE3\x94"})
     EXPECT_EQ(number_of_failure([&] { user_parameters_bytes(text); }), 13U);
   for (const Bytes& bytes : {Bytes{'P'}, Bytes{0, 0xD8}, Bytes{0, 0xDC}, Bytes{0, 0xD8, 'x', 0},

@@ -15,7 +15,7 @@ inline std::string layout_command(std::string_view command, std::string_view kin
          " " + std::string(kind) + " '" + std::string(path) + "'";
 }
 
-/// One line a record; "failed" in front when the file does not have the layout.
+/// One line for each record; preceded by "failed" when the file does not have the layout.
 inline std::string dump_records(std::string_view kind, const std::string& path) {
   std::FILE* const pipe = popen((layout_command("dump", kind, path) + " 2>&1").c_str(), "r");
   std::string out;

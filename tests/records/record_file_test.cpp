@@ -49,8 +49,8 @@ TEST_F(RecordFileTest, ReadingAMissingFileFindsNothingAndMakesNone) {
   EXPECT_FALSE(files.exists(path_));
 }
 
-TEST_F(RecordFileTest, ASearchTellsWhereItStopped) {
-  // More than one block, so that the number runs on.
+TEST_F(RecordFileTest, ASearchReturnsWhereItStopped) {
+  // More than one block, so that the number continues.
   const int records = 70000;
   test::put_file(path_, std::string(4UL * (records - 1), 'a') + "zzzz");
   RecordFile file = open();

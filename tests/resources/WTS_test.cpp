@@ -22,7 +22,7 @@ constexpr std::size_t kRows = records::kTerminalServerRows.size();
 
 using Call = std::pair<int, WtsConfigValue>;
 
-/// Notes what it is told; refuses the call `fail_at`, counted from 1.
+/// Records its calls; refuses the call `fail_at`, counted from 1.
 class NotingNetwork final : public test::FakeNetwork {
  public:
   std::string NetGetDCName(std::string_view server, std::string_view domain) override {

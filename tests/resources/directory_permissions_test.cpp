@@ -49,7 +49,7 @@ TEST_F(DirectoryPermissionsTest, OnlyTheFirstRowReplacesTheList) {
   EXPECT_EQ(security.descriptors[kFolder].dacl->entries().size(), 5U);
 }
 
-TEST_F(DirectoryPermissionsTest, AWordThatIsNoneMeansWhatTheRowBeforeMeant) {
+TEST_F(DirectoryPermissionsTest, AnUnknownWordMeansTheSameAsTheRowBefore) {
   security.accounts.emplace("ANN", *platform::Sid::parse("S-1-5-21-1-2-3-1003"));
   rows({{false, "ann", "change", ""}, {false, "jo", " Read ", ""}, {false, "staff", "Write", ""}});
   EXPECT_TRUE(apply());
@@ -63,7 +63,7 @@ TEST_F(DirectoryPermissionsTest, NamesAreFilledIn) {
   EXPECT_EQ(list(), list_named("read"));
 }
 
-TEST_F(DirectoryPermissionsTest, AnUnknownAccountWarnsAndTheRowsBehindItCount) {
+TEST_F(DirectoryPermissionsTest, AnUnknownAccountWarnsAndTheRowsAfterItCount) {
   rows({{false, "jo", "Read", ""}, {false, "nobody", "Read", ""}, {false, "staff", "Change", ""}});
   EXPECT_TRUE(apply());
   EXPECT_EQ(RunWarning, 2);

@@ -25,7 +25,7 @@ class FilePermissionTest : public ResourcesWorld {
   std::string server = "PDC";
 };
 
-TEST_F(FilePermissionTest, EachModeGivesItsListByteForByte) {
+TEST_F(FilePermissionTest, EachModeMakesItsListByteForByte) {
   struct Case {
     FilePermission permission;
     std::string list;
@@ -56,7 +56,7 @@ TEST_F(FilePermissionTest, AFolderWithoutAListGetsAShortOneOfRevisionTwo) {
   security.descriptors[kFolder] = {};
   EXPECT_TRUE(set({.account = "jo"}));
   EXPECT_EQ(list(), list_named("absent before"));
-  // A list that is there and is none: everybody may do everything.
+  // A list that is present but null: everyone may do everything.
   security.descriptors[kFolder] = {};
   security.descriptors[kFolder].dacl_present = true;
   EXPECT_TRUE(set({.account = "jo"}));
@@ -69,7 +69,7 @@ TEST_F(FilePermissionTest, TheRevisionOfTheOldListStays) {
   EXPECT_EQ(list(), list_named("read, revision 4"));
 }
 
-TEST_F(FilePermissionTest, AnAccountsOldEntriesAreDroppedSoThatAgainGivesTwo) {
+TEST_F(FilePermissionTest, AnAccountsOldEntriesAreRemovedSoThatASecondRunLeavesTwo) {
   EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kRead}));
   EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kChange}));
   const auto& entries = security.descriptors[kFolder].dacl->entries();
@@ -78,7 +78,7 @@ TEST_F(FilePermissionTest, AnAccountsOldEntriesAreDroppedSoThatAgainGivesTwo) {
   EXPECT_EQ(security.descriptors[kFolder].dacl->size(), 48U + 200 + 200) << "the room grows with each list";
 }
 
-TEST_F(FilePermissionTest, ADenyStandsBeforeWhatSystemHas) {
+TEST_F(FilePermissionTest, ADenyComesBeforeTheEntryOfSystem) {
   EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kNoAccess, .replaceAll = true}));
   const auto& entries = security.descriptors[kFolder].dacl->entries();
   ASSERT_EQ(entries.size(), 3U);
@@ -96,7 +96,7 @@ TEST_F(FilePermissionTest, OnlyTheListIsReadAndWritten) {
   EXPECT_EQ(log(), "");
 }
 
-TEST_F(FilePermissionTest, AListThatCannotBeReadIsInTheWayOfNoReplacement) {
+TEST_F(FilePermissionTest, AListThatCannotBeReadDoesNotPreventAReplacement) {
   const struct {
     std::uint32_t number;
     int refused;  ///< so many reads
@@ -150,7 +150,7 @@ TEST_F(FilePermissionTest, WithoutALogonServerTheWorkstationIsAsked) {
   }
 }
 
-TEST_F(FilePermissionTest, AFailedLookUpIsToldWithoutTheDebugSwitch) {
+TEST_F(FilePermissionTest, AFailedLookUpIsReportedWithoutTheDebugSwitch) {
   EXPECT_FALSE(set({.account = "nobody"}));
   EXPECT_EQ(log(), "Server:DC2 Account:nobody Domain:twk.test\nnobody on " + kFolder +
                        ": nobody is called so (no account has that name; check its spelling and put the "

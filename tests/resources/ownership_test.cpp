@@ -55,7 +55,7 @@ TEST_F(OwnershipTest, LinksOutOfTheTreeAndBackIntoItAreNotFollowed) {
   }
 }
 
-TEST_F(OwnershipTest, TheOwnerAloneIsWrittenUnderThePrivilege) {
+TEST_F(OwnershipTest, OnlyTheOwnerIsWrittenUnderThePrivilege) {
   security.descriptors[top].set_dacl(platform::Acl::decode(list_named("old")));
   EXPECT_TRUE(take({.account = "jo", .ownerOnly = true}));
   const std::vector<std::string> wanted = {
@@ -68,7 +68,7 @@ TEST_F(OwnershipTest, TheOwnerAloneIsWrittenUnderThePrivilege) {
   EXPECT_EQ(security.descriptors[top].dacl->encode(), list_named("old"));
 }
 
-TEST_F(OwnershipTest, ARefusedOwnerIsAFailureAndThePrivilegeGoesAllTheSame) {
+TEST_F(OwnershipTest, ARefusedOwnerIsAFailureAndThePrivilegeIsStillDropped) {
   fail_at("SetFileSecurity", 1, error::kInvalidOwner);
   EXPECT_FALSE(take({.account = "jo", .ownerOnly = true}));
   EXPECT_THAT(log(), testing::HasSubstr("Error: SetFileSecurity\nCode: 1307\n"));
@@ -91,7 +91,7 @@ TEST_F(OwnershipTest, ATreeIsTakenOverDepthFirstOwnerBeforeList) {
                                            "LookupPrivilegeValue SeRestorePrivilege"));
 }
 
-TEST_F(OwnershipTest, AFileThatRefusesIsPassedOverAndCounted) {
+TEST_F(OwnershipTest, ARefusedFileIsSkippedAndCounted) {
   security.before = [](std::string_view operation, std::string_view path) {
     if (operation == "SetFileSecurity" && path.ends_with("\\a"))
       throw base::RuntimeError(error::kSharingViolation, "locked");
@@ -100,10 +100,10 @@ TEST_F(OwnershipTest, AFileThatRefusesIsPassedOverAndCounted) {
   EXPECT_THAT(writes(), IsSupersetOf({"4 \\c.txt", "4 \\a", "4 \\a\\deep\\f.txt"}));
   EXPECT_EQ(outcome.written, 5U) << "the folder itself, b, c.txt, deep, f.txt";
   EXPECT_EQ(outcome.refused, 1U);
-  EXPECT_EQ(outcome.first_reason, top + "\\a: locked (a file is in use; have it closed and try again)");
+  EXPECT_EQ(outcome.first_reason, top + "\\a: locked (a file is in use; close it and try again)");
 }
 
-TEST_F(OwnershipTest, APersonStopsItBehindTheFolderInHand) {
+TEST_F(OwnershipTest, APersonStopsItAfterTheCurrentFolder) {
   int turns = 0;
   dialogs.on_events = [&] { session.import.ImportStopped = ++turns == 2; };
   const TreeOutcome outcome = write_file_permission(session, server, top, tree);
@@ -111,10 +111,10 @@ TEST_F(OwnershipTest, APersonStopsItBehindTheFolderInHand) {
   EXPECT_EQ(outcome.written, 4U) << "the folder itself, a, b, c.txt";
   turns = 0;
   EXPECT_FALSE(take(tree));
-  EXPECT_THAT(session.log.take_reasons(), ElementsAre(top + ": stopped behind 4 files and folders"));
+  EXPECT_THAT(session.log.take_reasons(), ElementsAre(top + ": stopped after 4 files and folders"));
 }
 
-TEST_F(OwnershipTest, OfATreeNothingIsTakenForAnAccountThatNobodyKnows) {
+TEST_F(OwnershipTest, NothingOfATreeIsTakenOverForAnUnknownAccount) {
   EXPECT_THROW(take_tree(session, server, top, "nobody"), PermissionFailure);
   EXPECT_THAT(writes(), IsEmpty());
   EXPECT_EQ(take_tree(session, server, top, "jo").written, 6U);
@@ -131,7 +131,7 @@ TEST_F(OwnershipTest, AListIsWrittenWhereTheOwnerIsRefusedAndTheWholeIsAFailure)
   }
 }
 
-TEST_F(OwnershipTest, AFolderThatCannotBeLookedThroughEndsItsPass) {
+TEST_F(OwnershipTest, AFolderThatCannotBeReadEndsItsPass) {
   files.fail_from(3, base::error::kPathFileAccess);
   EXPECT_TRUE(take(tree));
   EXPECT_THAT(writes(), Contains("4 \\a"));
@@ -158,7 +158,7 @@ TEST_F(OwnershipTest, TheMaskChoosesNamesButEveryFolderIsEntered) {
   }
 }
 
-TEST_F(OwnershipTest, APrivilegeThatIsNotHeldIsToldAndTheWriteTriedAllTheSame) {
+TEST_F(OwnershipTest, AMissingPrivilegeIsReportedAndTheWriteStillTried) {
   struct Case {
     std::string operation;
     std::string text;
@@ -177,7 +177,7 @@ TEST_F(OwnershipTest, APrivilegeThatIsNotHeldIsToldAndTheWriteTriedAllTheSame) {
   }
 }
 
-TEST_F(OwnershipTest, PrivilegesGoOnAndOff) {
+TEST_F(OwnershipTest, PrivilegesAreSwitchedOnAndOff) {
   EXPECT_TRUE(EnablePrivilege(session, platform::privilege::kRestore));
   EXPECT_TRUE(DisablePrivilege(session, platform::privilege::kRestore));
   EXPECT_THAT(calls("Adjust"), ElementsAre("AdjustTokenPrivileges on", "AdjustTokenPrivileges off"));

@@ -43,7 +43,7 @@ TEST_F(ShareTest, AShareHasTheListOfTheTableByteForByte) {
   EXPECT_EQ(log(), "");
 }
 
-TEST_F(ShareTest, AWordThatIsNoneMeansWhatTheRowBeforeMeant) {
+TEST_F(ShareTest, AnUnknownWordMeansTheSameAsTheRowBefore) {
   rows({{false, "jo", "Write", ""}, {false, "jo", "Change", ""}, {false, "staff", "No Access", ""}});
   EXPECT_EQ(create(), ShareResult::kMade);
   std::vector<std::uint32_t> masks;
@@ -52,7 +52,7 @@ TEST_F(ShareTest, AWordThatIsNoneMeansWhatTheRowBeforeMeant) {
   EXPECT_THAT(masks, ElementsAre(0, 0xE0010000, 0xE0010000));
 }
 
-TEST_F(ShareTest, WithoutATableEverybodyGetsFullControl) {
+TEST_F(ShareTest, WithoutATableEveryoneGetsFullControl) {
   EXPECT_EQ(create(), ShareResult::kFallbackList) << "no file";
   EXPECT_EQ(list(), list_named("share for everybody"));
   test::put_file(database / "SharePerm.dat", "");
@@ -134,7 +134,7 @@ TEST_F(ShareTest, ARefusedShareIsLoggedWithItsNumber) {
   EXPECT_THAT(log(), testing::EndsWith("NetShareSetInfo failed with error code : 2118\n"));
 }
 
-TEST_F(ShareTest, DenyStandsInFrontAndAnOldListIsMergedBehindIt) {
+TEST_F(ShareTest, DenyComesFirstAndAnOldListIsMergedAfterIt) {
   const platform::Sid jo = security.accounts.at("JO");
   Acl old(1000);
   for (const Ace& ace :

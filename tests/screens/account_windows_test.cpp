@@ -25,7 +25,7 @@ class NtAccountWindows : public AccountWindows {
   NtAccountWindows() : AccountWindows(lab::DomainKind::kNt) {}
 };
 
-TEST_F(AccountWindows, RenameShowsTheNamesAndOkGivesTheNewOnes) {
+TEST_F(AccountWindows, RenameShowsTheNamesAndOkSetsTheNewOnes) {
   open_with_jo();
   expect_window([&](QWidget& shown) {
     EXPECT_EQ(shown.objectName(), "RenameUser");

@@ -38,7 +38,7 @@ TEST_F(DatabaseCommands, CompactionAnsweredNoLeavesTheFile) {
   EXPECT_EQ(database_bytes("Template.dat"), before);
 }
 
-TEST_F(DatabaseCommands, BackupMakesCopiesBesideTheFiles) {
+TEST_F(DatabaseCommands, BackupMakesCopiesNextToTheFiles) {
   open();
   trigger("mnuFile3");
   EXPECT_EQ(database_bytes("site.bak"), database_bytes("Site.dat"));

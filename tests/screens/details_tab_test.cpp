@@ -72,7 +72,7 @@ TEST_P(DetailsTabTest, SavesWhatIsTypedAndTicked) {
   EXPECT_EQ(find<QLineEdit>("AccExpires")->text(), "31/12/2026");
 }
 
-TEST_P(DetailsTabTest, RefusesATypedDriveThatIsNone) {
+TEST_P(DetailsTabTest, RefusesAnInvalidTypedDrive) {
   show_jo();
   auto* const box = find<QComboBox>("UM_Drive_Letter");
   box->setFocus();
@@ -94,7 +94,7 @@ TEST_P(DetailsTabTest, ShowsTheFieldsThatTheAccountHas) {
   EXPECT_FALSE(find<QWidget>("Custom_Value0")->isVisible());
 }
 
-TEST_P(DetailsTabTest, PutsTheAccountIntoGroupsAndOutOfThem) {
+TEST_P(DetailsTabTest, AddsTheAccountToGroupsAndRemovesIt) {
   show_jo();
   bring_groups();
   EXPECT_FALSE(find<QPushButton>("UM_ADD_GROUP")->isEnabled());
@@ -111,7 +111,7 @@ TEST_P(DetailsTabTest, PutsTheAccountIntoGroupsAndOutOfThem) {
   EXPECT_EQ(lab.groups_of("jo").size(), lab.is_nt() ? 2U : 1U) << status();
 }
 
-TEST_P(DetailsTabTest, FitsBesideTheTreeWithoutCuttingAnything) {
+TEST_P(DetailsTabTest, FitsNextToTheTreeWithoutCuttingAnything) {
   lab.set("Custom", "Custom1", "Licences");
   lab.set("Custom", "Property1", "carLicense");
   show_jo();

@@ -22,7 +22,7 @@ class EditorsTest : public ScreenTest {
   screens::ListPane* pane(const char* name, QWidget* in = nullptr) {
     return dynamic_cast<screens::ListPane*>(find<QTreeView>(name, in));
   }
-  /// Selects a row with the keyboard, as a person who never touches the mouse.
+  /// Selects a row with the keyboard, like a person who never touches the mouse.
   void go_to(screens::ListPane& list, int row) {
     list.window()->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(list.window()));
@@ -139,7 +139,7 @@ TEST_F(EditorsTest, AVariableIsKeptInTheTemplateWhenItsWindowCloses) {
   EXPECT_FALSE(session.variables.visible.get());
 }
 
-TEST_F(EditorsTest, ACustomFieldAppearsAndGoesAgain) {
+TEST_F(EditorsTest, ACustomFieldAppearsAndDisappears) {
   open();
   expect_window([this](QWidget& shown) {
     expect_window([this](QWidget& row) {
@@ -164,7 +164,7 @@ TEST_F(EditorsTest, ACustomFieldAppearsAndGoesAgain) {
   EXPECT_FALSE(form1.Custom_Value[0].visible.get());
 }
 
-TEST_F(EditorsTest, APermissionIsAddedByTypingAndABlankOneGoesAway) {
+TEST_F(EditorsTest, APermissionIsAddedByTypingAndABlankOneRemoved) {
   open();
   expect_window([this](QWidget& shown) {
     EXPECT_EQ(shown.windowTitle(), "Directory Permissions");
@@ -203,7 +203,7 @@ TEST_F(EditorsTest, TheShareFormHidesOwnerAndReplacement) {
   EXPECT_EQ(stores::read_permissions(session, "SharePerm.dat").at(0).Account, "Everyone");
 }
 
-TEST_F(EditorsTest, SharePointsAreTakenOverWhileTheTemplateIsEdited) {
+TEST_F(EditorsTest, SharePointsAreStoredWhileTheTemplateIsEdited) {
   open();
   form1.savetemplate.enabled = true;
   expect_window([this](QWidget& shown) {

@@ -52,7 +52,7 @@ class GroupsWindows : public ScreenTest {
     }
     throw std::logic_error("no row " + text.toStdString());
   }
-  /// The texts of a list as they are shown.
+  /// The texts of a list as shown.
   std::vector<std::string> shown(const char* list, QWidget* in = nullptr) {
     std::vector<std::string> texts;
     const QAbstractItemModel* const model = pane(list, in)->model();
@@ -121,7 +121,7 @@ TEST_F(GroupsWindows, WhatAFilterHidesIsNotSelected) {
   EXPECT_THAT(members("Staff"), UnorderedElementsAre("CN=Jo Smith", "CN=bob"));
 }
 
-TEST_F(GroupsWindows, TheHeadOfAColumnSortsAndTurnsTheOrderRound) {
+TEST_F(GroupsWindows, TheHeadingOfAColumnSortsAndReversesTheOrder) {
   open_groups();
   const auto sorted = [this](bool up) {
     std::vector<std::string> texts = shown("ListView1");

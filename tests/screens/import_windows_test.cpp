@@ -47,7 +47,7 @@ class ImportWindowsTest : public ScreenTest {
       QTest::keyClick(find<QPushButton>("Command1", &shown), Qt::Key_Return);
     });
   }
-  /// The messages of the log tab as they are shown.
+  /// The messages of the log tab as shown.
   QStringList log_rows() {
     QStringList rows;
     const QAbstractItemModel* const model = find<QTreeView>("ListView1")->model();
@@ -58,7 +58,7 @@ class ImportWindowsTest : public ScreenTest {
   [[nodiscard]] std::string log_path() { return lab.session.dbpath + "Log.txt"; }
 };
 
-TEST_F(ImportWindowsTest, AFileIsTakenInByColumnsChosenWithTheKeyboard) {
+TEST_F(ImportWindowsTest, AFileIsImportedByColumnsChosenWithTheKeyboard) {
   open();
   expect_file(write_starters());
   expect_layout();
@@ -135,7 +135,7 @@ TEST_P(StopOfAnImport, EndsItBeforeTheNextLine) {
   EXPECT_TRUE(window->centralWidget()->isEnabled());
 }
 
-TEST_F(ImportWindowsTest, ARangeThatRunsBackwardsIsToldAndTheWindowStays) {
+TEST_F(ImportWindowsTest, ARangeThatRunsBackwardsIsReportedAndTheWindowStays) {
   open();
   batch::ImportGrps_Load(lab.session);
   expect_window([this](QWidget& shown) {

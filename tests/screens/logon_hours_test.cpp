@@ -58,7 +58,7 @@ TEST_F(LogonHoursWindowTest, ARectangleIsDeniedByDraggingOverIt) {
   EXPECT_EQ(stored(), (std::vector<std::string>{all, late, late, all, all, all, all}));
 }
 
-TEST_F(LogonHoursWindowTest, SundayNoonAloneClearsTheFirstBit) {
+TEST_F(LogonHoursWindowTest, OnlySundayNoonClearsTheFirstBit) {
   show([this](QWidget& shown, screens::HoursGrid& grid) {
     click("Option2", &shown);
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, middle(grid, 1, 13));
@@ -90,7 +90,7 @@ TEST_F(LogonHoursWindowTest, TheKeyboardSelectsAndPaints) {
   EXPECT_EQ(stored(), (std::vector<std::string>{all, all, all, all, all, night, night}));
 }
 
-TEST_F(LogonHoursWindowTest, AHeadPaintsItsDayOrHourAndTheCornerAll) {
+TEST_F(LogonHoursWindowTest, AHeadingPaintsItsDayOrHourAndTheCornerAll) {
   show([this](QWidget& shown, screens::HoursGrid& grid) {
     click("Option2", &shown);
     click("All", &shown);

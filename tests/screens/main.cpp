@@ -4,7 +4,7 @@
 #include "support/temporary_directory.hpp"
 
 int main(int argc, char** argv) {
-  // Settings of the person who runs the tests, and of tests that run beside these, are not to be seen.
+  // Settings of the person who runs the tests, and of tests that run at the same time, must not be seen.
   const twk::test::TemporaryDirectory home;
   for (const char* const name : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"})
     qputenv(name, home.path().c_str());

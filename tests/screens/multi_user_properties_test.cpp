@@ -52,7 +52,7 @@ TEST_F(PropertiesTab, NamesAreOfferedByAnyPartOfThem) {
   });
 }
 
-TEST_F(PropertiesTab, ChangeGivesTheSelectionTheValue) {
+TEST_F(PropertiesTab, ChangeSetsTheValueForTheSelection) {
   with_tab([&](QWidget& shown) {
     take_all(shown);
     type("AD_Properties", "title", &shown);
@@ -136,7 +136,7 @@ class NtPropertiesTab : public ScreenTest {
   NtPropertiesTab() : ScreenTest(lab::DomainKind::kNt) {}
 };
 
-TEST_F(NtPropertiesTab, IsNotThere) {
+TEST_F(NtPropertiesTab, DoesNotExist) {
   open();
   expect_window([&](QWidget& shown) {
     EXPECT_FALSE(find<QTabWidget>("SSTab1", &shown)->isTabVisible(session::multi_tab::kProperties));

@@ -72,7 +72,7 @@ TEST_F(MultiUserWindow, GoTurnsIntoCancelAndAPressOfItStops) {
       if (std::exchange(pressed, true))
         return;
       EXPECT_EQ(go->text().toStdString(), "&Cancel");
-      // Esc must not close the window over a run.
+      // Esc must not close the window during a run.
       QTest::keyClick(&shown, Qt::Key_Escape);
       EXPECT_TRUE(shown.isVisible());
       QTimer::singleShot(0, go, [this, &shown] { click("btnGo", &shown); });

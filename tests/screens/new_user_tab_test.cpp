@@ -66,7 +66,7 @@ TEST_P(NewUserTabTest, TheButtonMakesTheAccountUnderTheTypedName) {
   expect_no_account("Jo.Doe");
 }
 
-TEST_P(NewUserTabTest, ATakenNameIsToldAndTheFieldsStay) {
+TEST_P(NewUserTabTest, ATakenNameIsReportedAndTheFieldsStay) {
   open();
   type_jo();
   click("CreateUser");
@@ -81,7 +81,7 @@ TEST_P(NewUserTabTest, ATakenNameIsToldAndTheFieldsStay) {
   expect_green("Jo.Doe2 Created User ");
 }
 
-TEST_P(NewUserTabTest, ATakenNameGivesWayToTheAlternativeFormat) {
+TEST_P(NewUserTabTest, ATakenNameLeadsToTheAlternativeFormat) {
   lab.set("Setup", "AltSetupID", "%last%.%first%");
   open();
   for (const char* const name : {"Jo.Doe", "Doe.Jo"}) {
@@ -109,7 +109,7 @@ TEST_P(NewUserTabTest, RefusesWithoutTemplateOrSite) {
   EXPECT_TRUE(lab.log_tab().empty());
 }
 
-TEST_P(NewUserTabTest, ActiveDirectoryWantsAnOuAndACopyWantsAUser) {
+TEST_P(NewUserTabTest, ActiveDirectoryRequiresAnOuAndACopyRequiresAUser) {
   open();
   type_jo();
   lab.session.form1.TreeView1.select(lab.session.form1.TreeView1.first());

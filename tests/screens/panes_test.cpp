@@ -116,7 +116,7 @@ TEST(ListPane, FilterOfALongListWaitsForTheWordAndIsThereWhenTheFieldIsLeft) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return shown(pane) == QStringList({"4322"}); }, 3000));
 }
 
-TEST(ListPane, KeepsTheSelectedRowsThatAFilterShowsAndGivesUpTheOthers) {
+TEST(ListPane, KeepsTheSelectedRowsThatAFilterShowsAndDeselectsTheOthers) {
   ListView list;
   for (const char* const text : {"ann", "ben", "anna", "cas"})
     list.set_selected(list.add({}, text), true);
@@ -131,7 +131,7 @@ TEST(ListPane, KeepsTheSelectedRowsThatAFilterShowsAndGivesUpTheOthers) {
   EXPECT_EQ(pane.selectionModel()->selectedRows().size(), 2);
 }
 
-TEST(ListPane, TellsTheRowsOwnTextWhenAnEditIsGivenUp) {
+TEST(ListPane, ReportsTheRowsOwnTextWhenAnEditIsCancelled) {
   ListView list;
   list.select(&list.add("", ""));
   ListPane pane(list, {.headings = {"Site"}}, nullptr);
@@ -184,7 +184,7 @@ TEST(TreePane, KeepsOpenNodesAndSelectionOverAReset) {
   EXPECT_EQ(pane.currentIndex(), pane.index_of(*domain.tree.find("ann")));
 }
 
-TEST(TreePane, TellsAPersonsChoiceButNotTheProgramsNorANeighbourOfANodeThatGoes) {
+TEST(TreePane, ReportsAPersonsChoiceButNotTheProgramsNorANeighbourOfARemovedNode) {
   Domain domain;
   domain.tree.set_expanded(*domain.sales, true);
   TreePane pane(domain.tree, nullptr);

@@ -25,7 +25,7 @@ class ProgramWindowsTest : public ScreenTest {
   }
 };
 
-TEST_F(ProgramWindowsTest, TipsFollowOneAnotherAndGoOnWhereTheyStopped) {
+TEST_F(ProgramWindowsTest, TipsFollowOneAnotherAndContinueWhereTheyStopped) {
   open();
   put_tips("One.\nTwo.\nThree.\n");
   for (const char* const tip : {"One.", "Three."}) {
@@ -58,7 +58,7 @@ TEST_F(ProgramWindowsTest, AnEmptyTipFileShowsNoWindow) {
   EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
-TEST_F(ProgramWindowsTest, TheSplashTellsThePhaseAndGoesWhenTheSessionIsUp) {
+TEST_F(ProgramWindowsTest, TheSplashShowsThePhaseAndClosesWhenTheSessionHasStarted) {
   const auto splash = screens::make_splash(lab.session);
   QStringList phases;
   const auto watch = lab.session.splash.Splash_TxT.caption.watch([&] {
@@ -70,7 +70,7 @@ TEST_F(ProgramWindowsTest, TheSplashTellsThePhaseAndGoesWhenTheSessionIsUp) {
   EXPECT_FALSE(splash->isVisible());
 }
 
-TEST_F(ProgramWindowsTest, F1OpensThePageOfTheTabInFront) {
+TEST_F(ProgramWindowsTest, F1OpensThePageOfTheCurrentTab) {
   open();
   QObject owner;
   screens::open_help_with_f1(owner);

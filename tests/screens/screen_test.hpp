@@ -21,7 +21,7 @@ class ScreenTest : public testing::Test {
   }
   ~ScreenTest() override { EXPECT_EQ(expected_, 0) << "boxes or windows that never came"; }
 
-  /// Brings the session up and shows the main window.
+  /// Starts the session and shows the main window.
   void open() {
     lab.start();
     window = std::make_unique<screens::MainWindow>(lab.session);
@@ -45,7 +45,7 @@ class ScreenTest : public testing::Test {
     QTest::mouseClick(button, Qt::LeftButton, {},
                       marked ? QPoint(8, button->height() / 2) : button->rect().center());
   }
-  /// Replaces what a field or an editable box holds, key by key.
+  /// Replaces the text of a field or an editable box, key by key.
   void type(const char* name, const QString& text, QWidget* in = nullptr) {
     auto* const box = (in == nullptr ? window.get() : in)->findChild<QComboBox*>(name);
     auto* const field = box == nullptr ? find<QLineEdit>(name, in) : box->lineEdit();
@@ -65,14 +65,14 @@ class ScreenTest : public testing::Test {
       QTest::keyClick(box, Qt::Key_Down);
   }
 
-  /// When the next modal window is up, calls `person` with it. Windows come in the order they are expected.
+  /// When the next modal window is up, calls `person` with it. Windows must come in the expected order.
   void expect_window(std::function<void(QWidget& window)> person) {
     ++expected_;
     queue_.push_back(std::move(person));
     if (queue_.size() == 1)
       wait_for_modal();
   }
-  /// The next modal window is a box whose text holds `text`; presses the button.
+  /// The next modal window is a box whose text contains `text`; presses the button.
   void expect_box(const QString& text, QMessageBox::StandardButton button = QMessageBox::Ok) {
     expect_window([text, button](QWidget& shown) {
       auto* const box = qobject_cast<QMessageBox*>(&shown);
@@ -101,7 +101,7 @@ class ScreenTest : public testing::Test {
         wait_for_modal();
         return;
       }
-      // It is up; the focus comes a moment later.
+      // It is visible; the focus comes a moment later.
       if (modal->focusWidget() == nullptr && ++focus_waits_ < 40) {
         wait_for_modal();
         return;

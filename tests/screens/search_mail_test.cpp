@@ -28,7 +28,7 @@ TEST_F(SearchMailTest, TheOneFoundIsSelectedAndChosen) {
   }));
 }
 
-TEST_F(SearchMailTest, OfSeveralThePersonChoosesAndMayWalkAway) {
+TEST_F(SearchMailTest, OfSeveralThePersonChoosesAndMayCancel) {
   open();
   make("", "CN=Other", "Container");
   make("CN=Recipients,", "CN=jo", "OrganizationalPerson");

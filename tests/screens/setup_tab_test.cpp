@@ -16,7 +16,7 @@ class SetupTabTest : public ScreenTest {
   std::string setting(std::string_view sub_key, std::string_view name) {
     return session::read_setting(lab.session, sub_key, name);
   }
-  /// Only the words of an option take a click, and they need not reach its middle.
+  /// Only the words of an option accept a click, and they need not reach its middle.
   void pick(const char* name) {
     auto* const option = find<QRadioButton>(name);
     QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(8, option->height() / 2));
@@ -111,7 +111,7 @@ TEST_F(SetupTabTest, APresetPutsItsFormatIntoTheField) {
   EXPECT_EQ(setting("Preferences", "FullName"), "3");
 }
 
-TEST_F(SetupTabTest, APreferenceIsStoredTheMomentItIsTicked) {
+TEST_F(SetupTabTest, APreferenceIsStoredAsSoonAsItIsTicked) {
   open_tab(session::setup_tab::kPreferences);
   for (const auto& [box, name] :
        {std::pair("PWD_NVR_EXPIRE", "PasswdNVRExpire"), std::pair("New_Disabled", "AccountDisabled"),

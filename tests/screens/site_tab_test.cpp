@@ -15,7 +15,7 @@ class SiteTabTest : public ScreenTest {
     sites = dynamic_cast<screens::ListPane*>(find<QTreeView>("ListView2"));
     ASSERT_NE(sites, nullptr);
   }
-  /// Presses New and gives the editor of the new row's name.
+  /// Presses New and returns the editor of the new row's name.
   QLineEdit* begin_new() {
     click("New_Site");
     auto* const editor = qobject_cast<QLineEdit*>(window->focusWidget());
@@ -82,7 +82,7 @@ TEST_F(SiteTabTest, ANewSiteIsTypedSavedAndOfferedToNewUsers) {
   EXPECT_EQ(find<QLineEdit>("NTSERVER")->text(), "FS2");
 }
 
-TEST_F(SiteTabTest, ANameThatWillNotDoIsRefusedAndItsRowGoes) {
+TEST_F(SiteTabTest, AnUnsuitableNameIsRefusedAndItsRowRemoved) {
   open_tab();
   for (const auto& [name, told] :
        {std::pair("", "Site Name cannot be Blank"), std::pair("   ", "Site Name cannot be Blank"),
@@ -98,7 +98,7 @@ TEST_F(SiteTabTest, ANameThatWillNotDoIsRefusedAndItsRowGoes) {
   EXPECT_EQ(saved().size(), 2U);
 }
 
-TEST_F(SiteTabTest, EscInTheNameGivesTheNewSiteUp) {
+TEST_F(SiteTabTest, EscInTheNameCancelsTheNewSite) {
   open_tab();
   QLineEdit* const editor = begin_new();
   QTest::keyClicks(editor, "Bra");
@@ -146,7 +146,7 @@ TEST_F(SiteTabTest, TheThreeExchangeFieldsGoTogether) {
   EXPECT_NE(lab.database_file("Site.dat").find("London"), std::string::npos);
 }
 
-TEST_F(SiteTabTest, EnterEditsTheChosenSiteAndEscGivesTheEditUp) {
+TEST_F(SiteTabTest, EnterEditsTheChosenSiteAndEscCancelsTheEdit) {
   open_tab();
   choose_site(0);
   QTest::keyClick(sites, Qt::Key_Return);
@@ -238,7 +238,7 @@ TEST_F(SiteTabTest, DeletingAsksFirst) {
   QTest::keyClick(sites, Qt::Key_Return);
 }
 
-TEST_F(SiteTabTest, ARefusedWriteIsToldAndWhatWasTypedStays) {
+TEST_F(SiteTabTest, ARefusedWriteIsReportedAndWhatWasTypedStays) {
   open_tab();
   name_new_site("Branch");
   type("NTSERVER", "FS2");

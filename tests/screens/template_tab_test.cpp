@@ -75,7 +75,7 @@ TEST_F(TemplateTabTest, ANewTemplateIsTypedSavedAndChosenAgain) {
   EXPECT_THAT(template_groups(), testing::IsSupersetOf({"Readers", "Staff"}));
 }
 
-TEST_F(TemplateTabTest, ATakenOrBlankNameIsRefusedAndCanBeMended) {
+TEST_F(TemplateTabTest, ATakenOrBlankNameIsRefusedAndCanBeCorrected) {
   open_tab();
   start_new("staff");
   expect_box("Template Name staff Already Exist");
@@ -90,7 +90,7 @@ TEST_F(TemplateTabTest, ATakenOrBlankNameIsRefusedAndCanBeMended) {
   EXPECT_EQ(find<QComboBox>("templatelst")->count(), 2);
 }
 
-TEST_F(TemplateTabTest, ADriveThatIsNoneIsRefused) {
+TEST_F(TemplateTabTest, AnInvalidDriveIsRefused) {
   open_tab();
   choose("templatelst", "Staff");
   click("EditTemplate");
@@ -103,7 +103,7 @@ TEST_F(TemplateTabTest, ADriveThatIsNoneIsRefused) {
   EXPECT_FALSE(is_browsing());
 }
 
-TEST_F(TemplateTabTest, ALocalGroupIsNoPrimaryGroup) {
+TEST_F(TemplateTabTest, ALocalGroupIsNotAPrimaryGroup) {
   open_tab();
   choose("templatelst", "Staff");
   click("EditTemplate");
@@ -129,7 +129,7 @@ TEST_F(TemplateTabTest, TakesNoMoreThan75Groups) {
   EXPECT_EQ(form1.ListView5.size() + form1.ListView6.size(), all);
 }
 
-TEST_F(TemplateTabTest, AnEditIsSavedOrGivenUpWithEsc) {
+TEST_F(TemplateTabTest, AnEditIsSavedOrCancelledWithEsc) {
   open_tab();
   choose("templatelst", "Staff");
   EXPECT_TRUE(find<QLineEdit>("logon")->isReadOnly());
@@ -185,7 +185,7 @@ TEST_F(TemplateTabTest, PasteFillsANewTemplateFromTheOneLoadedLast) {
   EXPECT_EQ(find<QLineEdit>("logon")->text(), "staff.cmd");
 }
 
-TEST_F(TemplateTabTest, ARefusedWriteIsToldAndTheTemplateStaysToBeSaved) {
+TEST_F(TemplateTabTest, ARefusedWriteIsReportedAndTheTemplateStaysToBeSaved) {
   open_tab();
   start_new("Sales");
   type("logon", "sales.cmd");

@@ -61,7 +61,7 @@ TEST_F(TreeCommands, AUserIsDraggedToAnotherOuWithShift) {
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(TreeCommands, EscGivesTheDragUp) {
+TEST_F(TreeCommands, EscCancelsTheDrag) {
   open();
   drag_over(john, kSales);
   ASSERT_NE(QApplication::overrideCursor(), nullptr);
@@ -72,7 +72,7 @@ TEST_F(TreeCommands, EscGivesTheDragUp) {
   EXPECT_EQ(lab.path_of("jsmith"), john);
 }
 
-TEST_F(TreeCommands, ADropOnAUserOrBesideTheTreeMovesNobody) {
+TEST_F(TreeCommands, ADropOnAUserOrOutsideTheTreeMovesNobody) {
   open();
   drag_over(john, kSales);
   mouse(QEvent::MouseButtonRelease, QPoint(-50, -50));
@@ -82,7 +82,7 @@ TEST_F(TreeCommands, ADropOnAUserOrBesideTheTreeMovesNobody) {
   EXPECT_EQ(lab.path_of("jsmith"), john);
 }
 
-TEST_F(TreeCommands, ARefusedMoveIsToldInABox) {
+TEST_F(TreeCommands, ARefusedMoveIsReportedInABox) {
   open();
   lab.directory.before = fail_at("MoveHere", 1, platform::ads_error::kAccessDenied);
   drag_over(john, kSales);
@@ -114,7 +114,7 @@ TEST_F(TreeCommands, TheTreeScrollsWhileTheDragIsAtItsEdge) {
   EXPECT_EQ(bar->value(), stopped);
 }
 
-TEST_F(TreeCommands, F5ReadsTheDomainAnew) {
+TEST_F(TreeCommands, F5ReadsTheDomainAgain) {
   open();
   lab.services.directory.GetObject("LDAP://twk.test")->Create("organizationalUnit", "OU=Late")->SetInfo();
   window->tree().setFocus();
@@ -188,7 +188,7 @@ TEST_F(TreeCommands, OptionsAreDescribedCheckedAndStored) {
   EXPECT_EQ(session::read_setting(lab.session, session::kADO, "SkipUsers"), "True");
 }
 
-TEST_F(TreeCommands, ALetterInANumberIsToldInABox) {
+TEST_F(TreeCommands, ALetterInANumberIsReportedInABox) {
   open();
   expect_window([this](QWidget& shown) {
     expect_box("PageSize must be a number.");
@@ -281,7 +281,7 @@ TEST_F(TreeCommands, TheMenuKeyOffersThePopupOfTheSelectedNode) {
 
 class WindowsAndSplitters : public ScreenTest {};
 
-TEST_F(WindowsAndSplitters, StandAsTheyWereLeft) {
+TEST_F(WindowsAndSplitters, AreAsTheyWereLeft) {
   open();
   auto* const panes = find<QSplitter>("panes");
   panes->setSizes({400, 600});

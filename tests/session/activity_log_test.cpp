@@ -44,7 +44,7 @@ TEST_F(Log, NothingThatIsTypedBreaksALine) {
   EXPECT_EQ(file(), "a<U+000D><U+000A>GREEN forged<U+0009>line\r\n");
 }
 
-TEST_F(Log, AFileThatCannotBeWrittenIsToldOnceABlock) {
+TEST_F(Log, AFileThatCannotBeWrittenIsReportedOnceABlock) {
   files.fail_from(1, base::error::kDiskFull);
   session.log.begin_block();
   session.log.line("lost");

@@ -23,12 +23,12 @@ TEST_F(SettingsSchemaTest, EverySettingThatIsReadIsKnown) {
     EXPECT_NE(find_setting(key.substr(kTree.size() + 1), name), nullptr) << key << " " << name;
 }
 
-TEST_F(SettingsSchemaTest, AValueIsRefusedWhenItsReaderWouldPassItOver) {
+TEST_F(SettingsSchemaTest, AValueIsRefusedWhenItsReaderWouldIgnoreIt) {
   const struct {
     const char* key;
     const char* name;
     const char* value;
-    const char* taken;  ///< instead; empty for a value that is taken
+    const char* taken;  ///< instead; empty for a value that is accepted
   } cases[] = {{"Setup", "IncNumber", "banana", "a number from 0 to 32767"},
                {"setup", "INCNUMBER", "7", ""},
                {"Setup", "IncNumber", "32768", "a number from 0 to 32767"},

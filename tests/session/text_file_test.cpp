@@ -52,7 +52,7 @@ TEST_F(RunFileTest, TheWholeFileTurnsIntoUtf8WithTheFirstLineThatNeedsIt) {
   EXPECT_EQ(test::get_file(path), kMark + "Ã©,x\r\nZoë\r\n");
 }
 
-TEST_F(RunFileTest, AFailureWhileItTurnsIsToldOnceAndLeavesTheLinesBefore) {
+TEST_F(RunFileTest, AFailureWhileItTurnsIsReportedOnceAndLeavesTheLinesBefore) {
   const std::string path = database / "Import.err";
   RunFile file;
   file.open(files, path, true);

@@ -42,7 +42,7 @@ TEST_F(BackupTest, MissingFileIsSkippedAndItsOlderCopyStays) {
   EXPECT_EQ(status(), "Databases Backed up ( *.BAK)...");
 }
 
-TEST_F(BackupTest, FailedCopyIsToldByNameAndTheOthersAreStillCopied) {
+TEST_F(BackupTest, FailedCopyIsReportedByNameAndTheOthersAreStillCopied) {
   put("Site.dat", "sites");
   put("Mail.dat", "a,b\r\n");
   std::filesystem::create_directory(std::string(database / "site.bak"));

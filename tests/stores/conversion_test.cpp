@@ -51,7 +51,7 @@ struct OldStep {
   const char* text;
 };
 
-/// The messages of the ladder for a version.
+/// The messages of the steps for a version.
 std::vector<OldStep> steps_of(std::string_view version) {
   std::vector<OldStep> steps;
   if (version != "2.3")
@@ -68,7 +68,7 @@ struct Ladder {
 
 class VersionLadder : public ConversionTest, public testing::WithParamInterface<Ladder> {};
 
-TEST_P(VersionLadder, TellsWhatIsOldThenConvertsIt) {
+TEST_P(VersionLadder, ReportsWhatIsOldThenConvertsIt) {
   set("Version", "DBVersion", GetParam().version);
   put_all(GetParam().generation);
   if (GetParam().first_text != nullptr) {
@@ -140,7 +140,7 @@ TEST_F(ConversionTest, AFailedSecondStepIsTheFirstOfTheNextStart) {
   EXPECT_EQ(get("Template.dat").size(), records::kTemplateRecordSize);
 }
 
-TEST_F(ConversionTest, ARenamingThatBrokeOffIsFinished) {
+TEST_F(ConversionTest, AnInterruptedRenamingIsFinished) {
   put_all(records::TemplateGeneration::k1);
   const std::string converted = records::upgrade_site(get("Site.dat"));
   posix_files.rename(database / "Site.dat", database / "Site.v22", false);
@@ -153,7 +153,7 @@ TEST_F(ConversionTest, ARenamingThatBrokeOffIsFinished) {
 }
 
 TEST_F(ConversionTest, FilesThatAnotherAdministratorConvertedAreLeftAlone) {
-  // So many records that their bytes are whole records of either layout.
+  // As many records as make their bytes whole records of either layout.
   records::PermissionRecord row;
   row.Account = "Everyone";
   std::string permissions;
@@ -203,7 +203,7 @@ TEST_F(ConversionTest, FilesKeepAccessAndLinksAndWhatIsReadOnlyIsRefused) {
   EXPECT_EQ(get("Template.v23"), old_bytes);
 }
 
-TEST_F(ConversionTest, MissingFilesAreToldAndTheRestIsConverted) {
+TEST_F(ConversionTest, MissingFilesAreReportedAndTheRestIsConverted) {
   dialogs.expect("Can't find " + directory_name() + "Site.dat");
   dialogs.expect("Can't find " + directory_name() + "Template.dat");
   dialogs.expect("Conversion Complete");
@@ -213,17 +213,17 @@ TEST_F(ConversionTest, MissingFilesAreToldAndTheRestIsConverted) {
   EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom23));
 }
 
-TEST_F(ConversionTest, StrayBytesAreToldAndDeletedRecordsLeftBehind) {
+TEST_F(ConversionTest, StrayBytesAreReportedAndDeletedRecordsLeftOut) {
   put("Template.dat", old_record("Gone", 4324, true) + old_record("Staff", 4324) + "stray");
   dialogs.expect("Conversion Complete");
   EXPECT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
   EXPECT_EQ(get("Template.dat").size(), records::kTemplateRecordSize);
   EXPECT_EQ(records::decode_template(get("Template.dat")).Name, "Staff");
-  const std::string text = "Template.dat ends in 5 bytes that are no whole record; they were left out";
+  const std::string text = "Template.dat ends in 5 bytes that are not a whole record; they were left out";
   EXPECT_THAT(test::texts(session.form1.ListView1), testing::Contains(testing::HasSubstr(text)));
 }
 
-TEST_F(ConversionTest, ConvertLogTellsTheStepsInTheWorkingDirectory) {
+TEST_F(ConversionTest, ConvertLogShowsTheStepsInTheWorkingDirectory) {
   put_all(records::TemplateGeneration::k22);
   dialogs.expect("Conversion Complete");
   ASSERT_TRUE(Convert(session, directory_name(), conversion::kFrom22));
@@ -244,7 +244,7 @@ TEST_F(ConversionTest, FailureAtAnyCallLeavesOldAndNewTemplatesWhole) {
   const std::string old_bytes = old_record("Staff", 4324);
   const std::string new_bytes = records::upgrade_template(old_bytes, records::TemplateGeneration::k22);
   put("Template.dat", old_bytes);
-  // Convert.log takes the first call, without which the conversion goes on.
+  // Convert.log takes the first call; the conversion continues without it.
   int call = 2;
   for (bool converted = false; !converted; ++call) {
     ASSERT_LT(call, 30);

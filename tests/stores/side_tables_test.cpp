@@ -127,7 +127,7 @@ TEST_F(SideTablesTest, AFullDiskKeepsTheOldPermissions) {
   EXPECT_EQ(read_permissions(session, kPermissionFile), old);
 }
 
-TEST_F(SideTablesTest, LoadingReadsEverythingThatIsThereAndTellsWhatItCannot) {
+TEST_F(SideTablesTest, LoadingReadsEverythingAndReportsWhatItCannot) {
   ASSERT_TRUE(test::make_records("site", database / "Site.dat", "Name=Berlin|NTServer=FS\n"));
   test::put_file(database / "Template.dat", records::encode_template({}));
   put("Mail.dat", "a,b\r\n");

@@ -32,7 +32,7 @@ class SiteStoreTest : public test::TestWorld {
   std::string path_ = database / "Site.dat";
 };
 
-TEST_F(SiteStoreTest, LoadedSitesStandInTheLists) {
+TEST_F(SiteStoreTest, LoadedSitesAreInTheLists) {
   make("Name=Berlin|NTServer=FS1\nDeleted=-1|Name=Old\nName=Köln|NTServer=FS2\n");
   load_sites(session);
   EXPECT_EQ(test::texts(form1.ListView2), (std::vector<std::string>{"Berlin", "Köln"}));
@@ -42,7 +42,7 @@ TEST_F(SiteStoreTest, LoadedSitesStandInTheLists) {
   EXPECT_TRUE(form1.NUsitename.locked.get());
 }
 
-TEST_F(SiteStoreTest, AMissingFileLeavesTheListsEmptyAndAnUnreadableOneIsTold) {
+TEST_F(SiteStoreTest, AMissingFileLeavesTheListsEmptyAndAnUnreadableOneIsReported) {
   load_sites(session);
   EXPECT_TRUE(form1.ListView2.empty());
   EXPECT_TRUE(form1.ListView1.empty());
@@ -91,7 +91,7 @@ TEST_F(SiteStoreTest, LoadingTakesTheNameAsItStandsAndDeletedSitesToo) {
   EXPECT_EQ(form1.NTSERVER.text.get(), "OLD");
 }
 
-TEST_F(SiteStoreTest, ANewSiteIsWrittenBehindTheOthers) {
+TEST_F(SiteStoreTest, ANewSiteIsWrittenAfterTheOthers) {
   make("Name=Bonn|NTServer=FS2\n");
   load_sites(session);
   type_new_site("Köln", "FS3");
@@ -117,7 +117,7 @@ TEST_F(SiteStoreTest, ANewSiteIsWrittenBehindTheOthers) {
   EXPECT_EQ(form1.NTSERVER.text.get(), "FS3");
 }
 
-TEST_F(SiteStoreTest, NamesThatCannotBeAreRefusedAndTheRowGoesAway) {
+TEST_F(SiteStoreTest, InvalidNamesAreRefusedAndTheRowRemoved) {
   struct Case {
     std::string_view typed;
     std::string_view status;
@@ -185,7 +185,7 @@ TEST_F(SiteStoreTest, AnEditReplacesTheLiveRecordOfThatName) {
   make("Deleted=-1|Name=Berlin|NTServer=OLD\nName=Bonn|NTServer=FS2\nName=Berlin|NTServer=FS1\n");
   load_sites(session);
   choose(1);
-  // The click loaded the deleted one, which is told; the edit begins with the fields of the live one.
+  // The click loaded the deleted one, which is reported; the edit begins with the fields of the live one.
   EXPECT_EQ(form1.NTSERVER.text.get(), "OLD");
   ASSERT_EQ(form1.ListView1.size(), 1U);
   EXPECT_THAT(form1.ListView1.at(0).text, testing::HasSubstr("deleted site \"Berlin\" in front"));
@@ -243,7 +243,7 @@ TEST_F(SiteStoreTest, CancelAndAClickElsewhereDropASiteThatWasNotSaved) {
   EXPECT_EQ(form1.NTSERVER.text.get(), "FS1");
 }
 
-TEST_F(SiteStoreTest, AFailureAtAnyCallIsToldWithItsReasonAndTheTabStays) {
+TEST_F(SiteStoreTest, AFailureAtAnyCallIsReportedWithItsReasonAndTheTabStays) {
   make("Name=Berlin|NTServer=FS1\n");
   load_sites(session);
   choose(0);
@@ -268,7 +268,7 @@ TEST_F(SiteStoreTest, AFailureAtAnyCallIsToldWithItsReasonAndTheTabStays) {
   }
 }
 
-TEST_F(SiteStoreTest, DeletingAndLoadingTellWhyTheyCannot) {
+TEST_F(SiteStoreTest, DeletingAndLoadingSayWhyTheyCannot) {
   make("Name=Berlin|NTServer=FS1\n");
   load_sites(session);
   choose(0);

@@ -86,7 +86,7 @@ TEST_F(TemplateStoreTest, LoadingShowsTheRecord) {
   EXPECT_TRUE(form1.btnSharePoints.enabled.get());
 }
 
-TEST_F(TemplateStoreTest, LoadingWantsTheNameAsTheListHoldsIt) {
+TEST_F(TemplateStoreTest, LoadingRequiresTheNameAsSpelledInTheList) {
   make("Deleted=-1|Name=Staff|HomeDir=old" + kHours + "\nName=Staff|HomeDir=new" + kHours +
        "\nName=1234567890123456789012345|HomeDir=full" + kHours + "\n");
   struct Case {
@@ -247,7 +247,7 @@ TEST_F(TemplateStoreTest, GroupsOfADomainThatIsNotLoadedAreKept) {
                         "|Group0=B|Group1=A\nGroupCount=2|Name=Copy" + kHours + "|Group0=B|Group1=A\n");
 }
 
-TEST_F(TemplateStoreTest, AGroupIsThatOfAnyCaseAndOneThatDoesNotFitIsNotAdded) {
+TEST_F(TemplateStoreTest, AGroupIsFoundInAnyCaseAndOneThatDoesNotFitIsNotAdded) {
   domain_groups({"STAFF", "Łódź Team", "A name of 22 characters"});
   make("GroupCount=1|Name=Staff" + kHours + "|Group0=Staff\n");
   choose("Staff");
@@ -260,7 +260,7 @@ TEST_F(TemplateStoreTest, AGroupIsThatOfAnyCaseAndOneThatDoesNotFitIsNotAdded) {
   EXPECT_EQ(form1.ListView6.size(), 1U);
 }
 
-TEST_F(TemplateStoreTest, ANewTemplateTakesTheVariablesOfTheOneBrowsedBefore) {
+TEST_F(TemplateStoreTest, ANewTemplateGetsTheVariablesOfTheOneBrowsedBefore) {
   make(kStaff + "|VariableName1=Dept|VariableValue1=Sales\n");
   choose("Staff");
   start_new("Second");
@@ -357,7 +357,7 @@ TEST_F(TemplateStoreTest, VariablesAreSavedWhenTheirWindowCloses) {
   EXPECT_EQ(dump(), kStaff + "|VariableName1=Dept|VariableName2=Flag|VariableValue1=Sales\n");
 }
 
-TEST_F(TemplateStoreTest, ATemplateThatAColleagueDeletedIsToldAndNothingIsWritten) {
+TEST_F(TemplateStoreTest, ATemplateThatAColleagueDeletedIsReportedAndNothingIsWritten) {
   make(kStaff + "\n");
   choose("Staff");
   EditTemplate(session);
@@ -370,7 +370,7 @@ TEST_F(TemplateStoreTest, ATemplateThatAColleagueDeletedIsToldAndNothingIsWritte
   EXPECT_EQ(dump(), "Deleted=-1|" + kStaff + "\n");
 }
 
-TEST_F(TemplateStoreTest, AFailureAtAnyCallIsToldAndTheTabStays) {
+TEST_F(TemplateStoreTest, AFailureAtAnyCallIsReportedAndTheTabStays) {
   files.fail_from(0, 0);
   start_new("First");
   savetemplate(session);

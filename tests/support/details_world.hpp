@@ -36,7 +36,7 @@ inline controls::TreeNode& node_of_jo(LabSession& world) {
   return *tree.find(world.is_nt() ? "jo" : "LDAP://twk.test/CN=Jo Smith," + std::string(kNewStarters));
 }
 
-/// Gives the account a value that a directory sets itself and takes from nobody.
+/// Gives the account a value that only the directory itself sets.
 inline void journal_jo(LabSession& world, const std::string& attribute, const std::string& value) {
   const std::string path = (world.folder.path() / "domain.journal.ldif").string();
   std::stringstream journal;

@@ -10,7 +10,7 @@
 #include "base/text.hpp"
 #include "platform/platform.hpp"
 
-/// Platform services for tests: they record what they are asked and answer what the test has laid down.
+/// Platform services for tests: they record their calls and answer as the test has prescribed.
 namespace twk::test {
 
 class FakeRegistry final : public platform::RegistryAccess {
@@ -83,7 +83,7 @@ class FakeProcess final : public platform::Process {
   platform::ProgramResult result{.number = 1};
 };
 
-/// Knows a controller, takes any share, and knows nothing of terminal servers.
+/// Knows a controller, accepts any share, and knows nothing about terminal servers.
 class FakeNetwork : public platform::Network {
  public:
   std::string NetGetDCName(std::string_view /*server*/, std::string_view domain) override {
@@ -129,7 +129,7 @@ class FakeMailboxes final : public platform::MailboxService {
   }
 };
 
-/// A directory that no server answers for.
+/// A directory without a server that answers.
 class UnreachableDirectory final : public platform::DirectoryService, public platform::QueryService {
  public:
   platform::ObjectPtr GetObject(std::string_view path) override { return down(path); }
@@ -150,7 +150,7 @@ class UnreachableDirectory final : public platform::DirectoryService, public pla
 };
 
 /// Files that fail: the call number `fail_at`, counted from 1 over this service and the files it opened,
-/// raises `number`, and so does each call after it. 0 lets all pass.
+/// raises `number`, and so does each call after it. 0 lets all succeed.
 class FailingFiles final : public platform::Files {
  public:
   explicit FailingFiles(platform::Files& files) : files_(files) {}

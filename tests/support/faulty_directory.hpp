@@ -8,7 +8,7 @@
 
 namespace twk::test {
 
-/// A directory that lets a test step in before each operation. `before` is given the operation's name
+/// A directory that lets a test step in before each operation. `before` gets the operation's name
 /// ("SetInfo", "GetObject" …) and the path it is made on; what it raises, the operation raises, and nothing
 /// is done.
 class FaultyDirectory final : public platform::DirectoryService {

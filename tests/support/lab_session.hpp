@@ -23,11 +23,11 @@ namespace twk::test {
 /// the test does not expect.
 class LabSession {
  public:
-  /// `boxes` takes the place of the scripted dialogs.
+  /// `boxes` replaces the scripted dialogs.
   explicit LabSession(lab::DomainKind kind = lab::DomainKind::kNative, std::string_view command_line = "",
                       platform::Dialogs* boxes = nullptr);
 
-  /// Brings the session up. What a test wants otherwise in settings, site or template is put there before.
+  /// Starts the session. A test changes settings, site or template before that.
   void start();
   void set(std::string_view sub_key, std::string_view name, std::string_view value);
   /// Fills the names of the New User tab.

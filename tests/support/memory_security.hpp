@@ -13,9 +13,9 @@
 
 namespace twk::test {
 
-/// Accounts and descriptors that the test lays down, and a hook before each call: `before` is given the
+/// Accounts and descriptors that the test prescribes, and a hook before each call: `before` gets the
 /// operation's name and the account, path or privilege; what it raises, the operation raises, and nothing is
-/// done. Calls are told in `calls` as "LookupAccountName FS1 jo", "SetFileSecurity 4 \\FS1\D$\x",
+/// done. Calls are recorded in `calls` as "LookupAccountName FS1 jo", "SetFileSecurity 4 \\FS1\D$\x",
 /// "AdjustTokenPrivileges 1".
 class MemorySecurity final : public platform::Security {
  public:

@@ -10,7 +10,7 @@
 
 namespace twk::test {
 
-/// Runs `work` in a forked process, beside this one; what it raises makes its exit code 1.
+/// Runs `work` in a forked process, parallel to this one; a failure makes its exit code 1.
 class OtherProcess {
  public:
   template <typename Work>
@@ -34,7 +34,7 @@ class OtherProcess {
       waitpid(number_, nullptr, 0);
   }
 
-  /// Waits for its end and gives its exit code; -1 when a signal ended it.
+  /// Waits for its end and returns its exit code; -1 when a signal ended it.
   int exit_code() {
     int status = 0;
     waitpid(number_, &status, 0);
@@ -47,7 +47,7 @@ class OtherProcess {
   bool waited_ = false;
 };
 
-/// Lets no file of this process grow beyond `bytes`, as if the disk were full then. Only for an
+/// Lets no file of this process grow beyond `bytes`, as if the disk were then full. Only for an
 /// `OtherProcess`.
 inline void limit_file_size(rlim_t bytes) {
   signal(SIGXFSZ, SIG_IGN);

@@ -20,7 +20,7 @@ namespace twk::test {
 
 struct ProgramRun {
   std::vector<std::string> arguments;  ///< the program first
-  std::string input;  ///< what stands on its standard input; what is typed once it wrote something
+  std::string input;  ///< its standard input; with a terminal, what is typed once it has written something
   std::vector<std::pair<std::string, std::string>> environment;
   bool terminal = false;  ///< standard input, output and error are one terminal; all output is in `out`
 };
@@ -33,7 +33,7 @@ struct ProgramResult {
 
 namespace detail {
 
-/// Puts descriptors in place of the standard ones and becomes the program.
+/// Replaces the standard descriptors and becomes the program.
 [[noreturn]] inline void become(const ProgramRun& run, const std::array<int, 3>& streams) {
   for (int i = 0; i < 3; ++i)
     dup2(streams[static_cast<std::size_t>(i)], i);
@@ -105,7 +105,7 @@ inline ProgramResult run_program(const ProgramRun& run) {
   close(pipes[2][1]);
   ProgramResult result;
   // The inputs of these tests fit into a pipe. Our own end to read from stays open meanwhile, because the
-  // program may have ended without a look at its input.
+  // program may end without reading its input.
   const bool written = run.input.empty() || write(pipes[0][1], run.input.data(), run.input.size()) >= 0;
   close(pipes[0][0]);
   close(pipes[0][1]);

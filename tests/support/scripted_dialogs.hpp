@@ -21,7 +21,7 @@ class ScriptedDialogs final : public platform::Dialogs {
       ADD_FAILURE() << "never asked: " << script.text;
   }
 
-  /// The next question holds `text`.
+  /// The next question contains `text`.
   void expect(std::string text, platform::Answer answer = platform::Answer::kOk) {
     scripts_.push_back({std::move(text), answer, {}});
   }
@@ -62,8 +62,8 @@ class ScriptedDialogs final : public platform::Dialogs {
   platform::Icon last_icon = platform::Icon::kNone;
   bool last_secret = false;
   int beeps = 0;
-  std::function<void(std::string_view window)> on_modal;  ///< stands for the person in front of a window
-  std::function<void()> on_events;                        ///< what the person does while a run goes on
+  std::function<void(std::string_view window)> on_modal;  ///< acts as the person at a window
+  std::function<void()> on_events;                        ///< what the person does during a run
 
  private:
   struct Script {

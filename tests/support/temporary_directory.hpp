@@ -10,7 +10,7 @@
 
 namespace twk::test {
 
-/// An empty folder that goes away, with all it holds, at the end of its scope.
+/// An empty folder that is deleted, with its contents, at the end of its scope.
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {

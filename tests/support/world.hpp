@@ -14,7 +14,7 @@
 
 namespace twk::test {
 
-/// A session of its own on a database directory of its own, with the windows as start-up leaves them and
+/// A separate session on a separate database directory, with the windows as start-up leaves them and
 /// nobody to answer a question that the test does not expect.
 class TestWorld : public testing::Test {
  protected:

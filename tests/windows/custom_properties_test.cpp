@@ -55,7 +55,7 @@ TEST_F(CustomPropertiesTest, ANameWithoutAnAttributeIsRefusedAndNothingIsWritten
   EXPECT_TRUE(registry.written.empty());
 }
 
-TEST_F(CustomPropertiesTest, SettingsThatCannotBeWrittenAreTold) {
+TEST_F(CustomPropertiesTest, SettingsThatCannotBeWrittenAreReported) {
   Custom_Load(session);
   put_row(0, "Room", "roomNumber");
   registry.read_only = true;

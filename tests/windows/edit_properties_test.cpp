@@ -12,7 +12,7 @@ namespace {
 class EditPropertiesTest : public test::TestWorld {
  protected:
   std::string get(std::string_view file) { return test::get_file(database / file); }
-  /// The person in front of the window, who ends with OK unless it says otherwise.
+  /// The person at the window, who ends with OK unless told otherwise.
   void person(std::function<void()> fills, bool presses_ok = true) {
     dialogs.on_modal = [this, fills = std::move(fills), presses_ok](std::string_view shown) {
       EXPECT_EQ(shown, "Edit_Properties");
@@ -82,7 +82,7 @@ TEST_F(EditPropertiesTest, AFiftiethMailRowIsRefusedBecauseItWouldNotBeReadBack)
   EXPECT_EQ(form1.ListView8.size(), 49U);
 }
 
-TEST_F(EditPropertiesTest, ACommaInTheNameIsToldButWritten) {
+TEST_F(EditPropertiesTest, ACommaInTheNameIsReportedButWritten) {
   person([&] {
     types("a,b", "c");
     W2K_Attribute_Change(session);
@@ -112,7 +112,7 @@ TEST_F(EditPropertiesTest, WithoutASelectedRowNothingOpens) {
   EXPECT_EQ(form1.ListView8.size(), 1U);
 }
 
-TEST_F(EditPropertiesTest, AFileThatCannotBeWrittenIsToldAndTheListStays) {
+TEST_F(EditPropertiesTest, AFileThatCannotBeWrittenIsReportedAndTheListStays) {
   for (const char* const name : {"a", "b", "c"})
     form1.ListView8.add({}, name, "MAIL", {"v"});
   select(form1.ListView8, 1);
@@ -171,7 +171,7 @@ TEST_F(EditPropertiesTest, AVariableIsTheFiftiethAtMost) {
   Listviewmnu_New(session, mode::kVariables);
 }
 
-TEST_F(EditPropertiesTest, ACustomRowIsEmptiedInPlaceOfBeingDeleted) {
+TEST_F(EditPropertiesTest, ACustomRowIsEmptiedInsteadOfDeleted) {
   session.custom.ListView1.add({}, "Room", {}, {"roomNumber"});
   select(session.custom.ListView1, 0);
   Listviewmnu_New(session, mode::kCustom);

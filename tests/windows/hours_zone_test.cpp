@@ -63,7 +63,7 @@ TEST_F(HoursZoneTest, EachZoneHasItsOffsetAndName) {
   EXPECT_EQ(hours_ahead(session.platform, HoursZone::kFixed), 12);
 }
 
-TEST_F(HoursZoneTest, TheFirstOkAsksWhoseHoursTheyAreAndKeepsTheAnswer) {
+TEST_F(HoursZoneTest, TheFirstOkAsksForTheZoneAndKeepsTheAnswer) {
   const struct {
     platform::Answer answer;
     int shift;

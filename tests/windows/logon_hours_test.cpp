@@ -74,7 +74,7 @@ TEST_F(LogonHoursTest, ARectangleIsPaintedFromAnyCornerAndNamed) {
   EXPECT_EQ(shown(), std::vector<std::string>(7, std::string(24, '.')));
 }
 
-TEST_F(LogonHoursTest, ATemplateThatIsNotEditedCanBeLookedAtOnly) {
+TEST_F(LogonHoursTest, ATemplateThatIsNotEditedCanOnlyBeViewed) {
   session.form1.savetemplate.enabled = false;
   dialogs.on_modal = [this](std::string_view shown_window) {
     EXPECT_EQ(shown_window, "Logon_Hours");

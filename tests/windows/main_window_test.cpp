@@ -59,7 +59,7 @@ TEST(MainWindow, NewUserEmptiesItsTabAndPutsTheFocusIntoIt) {
   EXPECT_EQ(focus, "strFirst");
 }
 
-TEST(MainWindow, ATabThatComesUpTellsWhatToDo) {
+TEST(MainWindow, AShownTabSaysWhatToDo) {
   LabSession lab;
   lab.session.form1.SSTab1 = session::tab::kSite;
   SSTab1_Click(lab.session);
@@ -147,7 +147,7 @@ TEST(Popup, CreatesNoOuInAWinNtDomain) {
   EXPECT_FALSE(lab.session.form1.mnupopup[10].enabled);
 }
 
-TEST(Refresh, ReadsTheDomainAndTheDatabasesAnew) {
+TEST(Refresh, ReadsTheDomainAndTheDatabasesAgain) {
   LabSession lab;
   lab.start();
   session::Form1& form = lab.session.form1;

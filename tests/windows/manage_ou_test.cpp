@@ -93,7 +93,7 @@ TEST_F(ManageOu, AsksForAnOuAndACancelledWindowChangesNothing) {
   EXPECT_TRUE(form.DomName.enabled);
 }
 
-TEST_F(ManageOu, APersonsChoiceCountsBesideAnEmptyOneOfTheMachine) {
+TEST_F(ManageOu, APersonsChoiceCountsDespiteAnEmptyOneOfTheMachine) {
   lab.set("Setup", "OU", "");
   session::write_setting(lab.session, session::kSetup, "OU", kNewStarters, platform::kHiveCurrentUser);
   ASSERT_EQ(windows::start_session(lab.session), windows::StartUp::kReady);

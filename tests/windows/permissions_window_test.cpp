@@ -11,7 +11,7 @@ using records::PermissionRecord;
 
 class PermissionsWindowTest : public test::TestWorld {
  protected:
-  /// The person in front of the window, who presses OK at the end.
+  /// The person at the window, who presses OK at the end.
   void person(std::function<void()> acts) {
     dialogs.on_modal = [this, acts = std::move(acts)](std::string_view shown) {
       EXPECT_EQ(shown, "Permissions");
@@ -99,7 +99,7 @@ TEST_F(PermissionsWindowTest, AnAccountThatCannotBeStoredLeavesNoRow) {
   EXPECT_EQ(table("Permissions.dat"), (std::vector<PermissionRecord>{{false, "Staff", "Read", ""}}));
 }
 
-TEST_F(PermissionsWindowTest, AnOwnerWithoutARowIsToldBeforeItIsLost) {
+TEST_F(PermissionsWindowTest, AnOwnerWithoutARowIsReportedBeforeItIsLost) {
   person([&] { window.ctrOwner.text = std::string("Administrators"); });
   dialogs.expect("add at least one");
   Set_Security_Click(session);
@@ -117,7 +117,7 @@ TEST_F(PermissionsWindowTest, AnOwnerThatWouldBeCutIsRefused) {
   EXPECT_FALSE(closed);
 }
 
-TEST_F(PermissionsWindowTest, ATableThatCannotBeReadIsToldAndNothingOpens) {
+TEST_F(PermissionsWindowTest, ATableThatCannotBeReadIsReportedAndNothingOpens) {
   stores::write_permissions(session, "Permissions.dat",
                             std::vector<PermissionRecord>(3, {false, "a", "Read", ""}));
   dialogs.on_modal = [](std::string_view) { ADD_FAILURE() << "opened"; };

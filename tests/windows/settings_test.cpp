@@ -16,7 +16,7 @@ class SettingsTest : public test::TestWorld {
   session::Form1& form1 = session.form1;
 };
 
-TEST_F(SettingsTest, AnEmptyRegistryGivesTheDefaultsOfAFreshInstallation) {
+TEST_F(SettingsTest, AnEmptyRegistryMeansTheDefaultsOfAFreshInstallation) {
   read_settings(session);
   EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
   EXPECT_EQ(session.DomainName, "%Domain%");
@@ -192,7 +192,7 @@ TEST_F(SettingsTest, CustomCommandsAreShownWhenTheyAreComplete) {
   EXPECT_FALSE(form1.Custom_Label[2].visible.get());
 }
 
-TEST_F(SettingsTest, LastRegResultTellsWhetherAValueIsThere) {
+TEST_F(SettingsTest, LastRegResultSaysWhetherAValueExists) {
   EXPECT_EQ(session::read_setting(session, session::kSetup, "none"), "");
   EXPECT_FALSE(session.LastRegResult);
   session::write_setting(session, session::kSetup, "some", "");

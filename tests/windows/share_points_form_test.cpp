@@ -12,7 +12,7 @@ class SharePointsTest : public test::TestWorld {
   session::frmSharePoints& window = session.share_points;
 };
 
-TEST_F(SharePointsTest, SharePointsEndInABackslashAndLoseOneInFront) {
+TEST_F(SharePointsTest, SharePointsEndInABackslashAndLoseALeadingOne) {
   struct Case {
     std::string_view typed;
     std::string_view kept;

@@ -28,7 +28,7 @@ TEST(TipsOfTheDay, AreTheLinesOfTheFileInTheDatabaseDirectoryOrTheShippedOnes) {
   }
 }
 
-TEST(ScreenCheck, LooksAtTheWidthAlone) {
+TEST(ScreenCheck, ChecksOnlyTheWidth) {
   ScriptedDialogs dialogs;
   EXPECT_TRUE(windows::screen_is_wide_enough(dialogs, 1024));
   dialogs.expect("Video Resoultion must be 1024x768 or greater\r\nto run this program.");

@@ -39,8 +39,8 @@ std::uint32_t number_of(const std::function<void()>& step) {
   return trap.number();
 }
 
-/// Each answer is of the form that the protocol's description allows, and tells of what it does not hold.
-TEST(HostileAccountService, AnswersThatHoldLessThanTheyTellAreRefused) {
+/// Each answer has the form that the protocol's description allows, but announces what it does not contain.
+TEST(HostileAccountService, AnswersThatHoldLessThanTheyAnnounceAreRefused) {
   const struct {
     const char* what;
     RpcAnswers answers;

@@ -77,7 +77,7 @@ TEST(Ndr, AnswerThatIsCutOffIsRefusedAtEachByte) {
   }
 }
 
-TEST(Ndr, TextThatIsNoneIsRefused) {
+TEST(Ndr, InvalidTextIsRefused) {
   const struct {
     const char* what;
     std::initializer_list<std::uint32_t> numbers;

@@ -65,7 +65,7 @@ void connect_or_say_how(world::World& world) {
     if (failure.number() != platform::ads_error::kNoSuchDomain)
       throw;
     throw UsageError(failure.description() +
-                     ": give --domain NAME or --lab DIR in front of the command, or set "
+                     ": give --domain NAME or --lab DIR before the command, or set "
                      "TWK_LAB; `twk lab init DIR --sample` makes a lab");
   }
 }
@@ -105,7 +105,7 @@ int Context::run() {
 std::filesystem::path Context::named_lab() const {
   if (!options_.lab.empty()) {
     if (options_.live || world::says_anything(options_.connection))
-      throw UsageError("--lab is a world of its own: leave out either it or what names a real domain");
+      throw UsageError("--lab and the options of a real domain exclude each other");
     return options_.lab;
   }
   const char* variable = std::getenv("TWK_LAB");  // NOLINT(concurrency-mt-unsafe): one thread
@@ -117,7 +117,7 @@ std::filesystem::path Context::lab_folder() const {
   std::filesystem::path folder = named_lab();
   if (folder.empty()) {
     throw UsageError(
-        "this needs a lab: give --lab DIR in front of the command, or set TWK_LAB; `twk lab init DIR "
+        "this needs a lab: give --lab DIR before the command, or set TWK_LAB; `twk lab init DIR "
         "--sample` makes one");
   }
   return folder;
@@ -132,7 +132,7 @@ world::World& Context::world() {
   } else {
     if (!world::may_be_lab(folder))
       throw BadInput(folder.string() +
-                     " is no lab: it holds no lab.conf. `twk lab init DIR --sample` makes one");
+                     " is not a lab: it has no lab.conf. `twk lab init DIR --sample` makes one");
     world_ = std::make_unique<world::World>(folder, dialogs_,
                                             [](const std::string& warning) { complain(warning); });
   }

@@ -60,7 +60,7 @@ int preview_import(Context& context, session::Session& session) {
   context.output().table(kColumns, rows);
   context.keep_exit_code();
   if (state.ImportStopped)
-    complain("stopped; the lines that follow were not looked at");
+    complain("stopped; the remaining lines were not checked");
   return state.ImportStopped ? std::max(exit_code, kExitYellow) : exit_code;
 }
 

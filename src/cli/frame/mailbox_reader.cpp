@@ -56,7 +56,7 @@ std::vector<Json> found_in_tree(Session& session, const std::string& name) {
   mail::prepare_search(session, mailbox_request(session, name));
   controls::TreeView& tree = session.serach_mail.TreeView1;
   if (tree.first() == nullptr)
-    throw Refused("The Exchange server " + session.serach_mail.Text2.text.get() + " cannot be asked.");
+    throw Refused("The Exchange server " + session.serach_mail.Text2.text.get() + " cannot be queried.");
   std::vector<Json> rows;
   for (const controls::TreeNode* node = tree.first(); node != nullptr; node = tree.next(*node)) {
     if (node->image == "MAIL")

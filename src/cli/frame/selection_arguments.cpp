@@ -52,7 +52,7 @@ class Selector {
       take_user(name, shown + ":" + std::to_string(i + 1) + ": ");
     }
     if (!names_somebody && !interrupted()) {
-      complain(shown + " names nobody");
+      complain(shown + " contains no names");
       found_.whole = false;
     }
   }
@@ -104,18 +104,20 @@ void add_selection_options(Command& command, SelectionArguments& arguments) {
                      "Account name, common name, principal name or distinguished name; several may be given");
   command.add_option("--group", arguments.groups, "The members of a group; may be given several times")
       ->type_name("G");
-  command.add_option("--ou", arguments.ous, "The users right in an organizational unit; likewise")
+  command
+      .add_option("--ou", arguments.ous,
+                  "The users directly in an organizational unit; may be given several times")
       ->type_name("DN");
   command
       .add_option("--from-file", arguments.files,
                   "Names of users from a file, one a line, \"-\" for standard input; blank lines and lines "
-                  "that begin with # are passed over")
+                  "that begin with # are skipped")
       ->type_name("F");
 }
 
 Found fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments) {
   if (arguments.names.empty() && arguments.groups.empty() && arguments.ous.empty() && arguments.files.empty())
-    throw UsageError("say whom: give a NAME, --group, --ou or --from-file");
+    throw UsageError("say which users: give a NAME, --group, --ou or --from-file");
   Selector selector(context.domain(), session.multi_user.ListView1);
   for (const std::string& name : arguments.names)
     selector.take_user(name, {});

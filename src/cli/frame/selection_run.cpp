@@ -76,7 +76,7 @@ int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {
                               std::to_string(counts.failed) + " failed, " + std::to_string(counts.unknown) +
                               " unknown" + (interrupted() ? ", stopped." : ".");
   if (counts.all() == 0 && counts.whole && !interrupted())
-    complain("nobody is in the selection; nothing was done");
+    complain("the selection is empty; nothing was done");
   context.output().result({{"light", counts.light()},
                            {"done", counts.done},
                            {"warned", counts.warnings},

@@ -124,14 +124,14 @@ records::PermissionRecord parse_permission(const std::string& line, std::size_t 
   const char separator = line.find('\t') == base::npos ? ',' : '\t';
   const std::vector<std::string> fields = base::split(line, separator);
   if (fields.size() < 2 || fields.size() > 4)
-    refuse(number, "a row is ACCOUNT,ACCESS[,OWNER[,NEW]], with tabs or commas between");
+    refuse(number, "a row is ACCOUNT,ACCESS[,OWNER[,NEW]], separated by tabs or commas");
   records::PermissionRecord record;
   record.Account = base::trim(fields[0]);
   const auto word = std::find_if(kAccessWords.begin(), kAccessWords.end(), [&](std::string_view access) {
     return base::equals_fold(access, base::trim(fields[1]));
   });
   if (word == kAccessWords.end())
-    refuse(number, "\"" + fields[1] + "\" is none of Full Control, Change, Read, No Access");
+    refuse(number, "\"" + fields[1] + "\" is not one of Full Control, Change, Read, No Access");
   record.Access = *word;
   if (fields.size() > 2)
     record.Owner = base::trim(fields[2]);

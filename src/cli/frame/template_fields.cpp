@@ -110,12 +110,12 @@ void add_template_options(Command& command, TemplateFields& fields) {
       kShareLength + 1);
   command
       .add_option("--group", fields.groups,
-                  "A group of the template; repeat it for each, all of them in place of those it has")
+                  "A group of the template; repeat it for each. Together they replace all that it has")
       ->type_name("NAME")
       ->may_be_empty();
   command
       .add_option("--variable", fields.variables,
-                  "A variable of the template; repeat it for each, all of them in place of those it has")
+                  "A variable of the template; repeat it for each. Together they replace all that it has")
       ->type_name("NAME=VALUE");
 }
 

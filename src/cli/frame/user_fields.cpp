@@ -92,7 +92,7 @@ void write_expiry(session::Session& session, const Assignment& assignment) {
 
 void write_lock_out(Form1& form, const Assignment& assignment) {
   if (yes_or_no(assignment))
-    throw UsageError("lockedOut takes no: an account cannot be locked out by hand.");
+    throw UsageError("lockedOut only takes no: an account cannot be locked out by hand.");
   if (form.chkAcctLockedOut.enabled)
     form.chkAcctLockedOut.value = 0;
 }

@@ -57,7 +57,7 @@ int run_for_users(Context& context, Session& session, const std::vector<std::str
 
 void add_even_if_shared(Command& command, bool& even_if_shared) {
   command.add_flag("--even-if-shared", even_if_shared,
-                   "Touch folders and shares even if other accounts or shares use them as well");
+                   "Change folders and shares even if other accounts or shares also use them");
 }
 
 session::Consent consent_of(bool given) {

@@ -43,7 +43,7 @@ const controls::ListRow& choose_group(Context& context, controls::ListView& list
   const controls::ListRow* const row =
       list.find_key(domain.active_directory ? "LDAP://" + domain.name + "/" + found : found);
   if (row == nullptr)
-    throw Refused("The list of groups does not hold " + found + ".");
+    throw Refused("The list of groups does not contain " + found + ".");
   list.select(&list.at(list.place_of(*row)));
   return *row;
 }
@@ -56,7 +56,7 @@ int tell_group(Context& context, const std::string& group, std::string_view ligh
 }
 
 void add_group_commands(Command& app, Context& context) {
-  auto* group = app.add_subcommand("group", "Look at and change the groups of the domain");
+  auto* group = app.add_subcommand("group", "Show and change the groups of the domain");
   group->require_subcommand();
 
   auto* list = group->add_subcommand("list", "List the groups");

@@ -59,9 +59,9 @@ int copy_group(Context& context, const std::string& from, const std::string& to)
 void add_group_copy(Command& group, Context& context) {
   auto from = std::make_shared<std::string>();
   auto to = std::make_shared<std::string>();
-  auto* command = group.add_subcommand("copy", "Put the users of one group into another one as well");
-  command->add_option("FROM", *from, "The group whose users are taken")->required();
-  command->add_option("TO", *to, "The group that they are put into")->required();
+  auto* command = group.add_subcommand("copy", "Copy the users of one group into another");
+  command->add_option("FROM", *from, "The group to copy from")->required();
+  command->add_option("TO", *to, "The group to copy to")->required();
   command->callback(
       [=, &context] { context.set_action([=, &context] { return copy_group(context, *from, *to); }); });
 }

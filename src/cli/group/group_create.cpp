@@ -65,10 +65,9 @@ void add_group_create(Command& group, Context& context) {
   create->add_option("--description", arguments->description, "What it is for")
       ->type_name("D")
       ->may_be_empty();
-  add_choice(*create, "--scope", arguments->scope, kScopes,
-             "Where it counts: domain-local, global or universal")
+  add_choice(*create, "--scope", arguments->scope, kScopes, "Its scope: domain-local, global or universal")
       ->type_name("SCOPE");
-  add_choice(*create, "--kind", arguments->kind, kKinds, "security, or distribution for mail alone")
+  add_choice(*create, "--kind", arguments->kind, kKinds, "security, or distribution for mail only")
       ->type_name("KIND");
   create->callback(
       [=, &context] { context.set_action([=, &context] { return create_group(context, *arguments); }); });

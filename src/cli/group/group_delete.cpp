@@ -25,7 +25,7 @@ int delete_group(Context& context, const std::string& name) {
 
 void add_group_delete(Command& group, Context& context) {
   auto name = std::make_shared<std::string>();
-  auto* command = group.add_subcommand("delete", "Delete a group, after a question; its members stay");
+  auto* command = group.add_subcommand("delete", "Delete a group, but not its members; asks first");
   command->add_option("NAME", *name, "Account name, common name or distinguished name")->required();
   command->callback(
       [=, &context] { context.set_action([=, &context] { return delete_group(context, *name); }); });

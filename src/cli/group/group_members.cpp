@@ -175,9 +175,9 @@ void add_group_members(Command& group, Context& context) {
   members->add_option("GROUP", *name, "Account name, common name or distinguished name")->required();
   members->callback(
       [=, &context] { context.set_action([=, &context] { return list_members(context, *name); }); });
-  add_change(group, context, "add-member", "Put users into a group", true);
-  add_change(group, context, "remove-member", "Take users out of a group, which cannot be their primary one",
-             false);
+  add_change(group, context, "add-member", "Add users to a group", true);
+  add_change(group, context, "remove-member",
+             "Remove users from a group, which must not be their primary one", false);
 }
 
 }  // namespace twk::cli

@@ -43,7 +43,7 @@ std::enable_if_t<std::is_integral_v<Number>> take(const std::string& name, const
   const std::string& text = words.front();
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (text.empty() || error != std::errc() || end != text.data() + text.size())
-    throw UsageError(name + " takes a whole number, and not \"" + text + "\"");
+    throw UsageError(name + " takes a whole number, not \"" + text + "\"");
 }
 
 void take(const std::string& name, const Words& words, std::optional<int>& value) {
@@ -54,7 +54,7 @@ void take(const std::string& name, const Words& words, std::optional<int>& value
 const std::string kFilled = "filled";
 
 std::string refuse_empty(const std::string& value) {
-  return value.empty() ? "an empty value means nothing here" : "";
+  return value.empty() ? "an empty value is not allowed here" : "";
 }
 
 /// The name in help for a value of the kind.

@@ -94,7 +94,7 @@ int tell_outcome(Context& context, const AclArguments& arguments, const TreeOutc
   further.update({{"written", outcome.written}, {"refused", outcome.refused}, {"stopped", outcome.stopped}});
   if (outcome.stopped)
     message +=
-        ": stopped after " + std::to_string(outcome.written) + " files and folders, the rest is as it was";
+        ": stopped after " + std::to_string(outcome.written) + " files and folders; the rest is unchanged";
   if (outcome.refused > 0)
     message += ": " + std::to_string(outcome.refused) + " refused, the first " + outcome.first_reason;
   const bool whole = !outcome.stopped && outcome.refused == 0;
@@ -107,7 +107,7 @@ void log_tree(Session& session, const std::string& path, const std::string& acco
 
 int apply_table(Context& context, const AclArguments& arguments) {
   if (!arguments.account.empty() || !arguments.access.empty() || arguments.replace || arguments.recurse)
-    throw UsageError("--from-table takes everything from the table: give no other option beside it");
+    throw UsageError("--from-table takes everything from the table: leave out the other options");
   Session& session = resource_session(context);
   if (stores::read_permissions(session, stores::kPermissionFile).empty())
     throw Refused("The table of permissions has no rows; `twk table set permissions` fills it.");
@@ -202,18 +202,18 @@ void add_acl_commands(Command& app, Context& context) {
   acl->require_subcommand();
   add_command(*acl, context, arguments, "show", "Show the owner and the access list", show_acl);
 
-  auto* check = add_command(*acl, context, arguments, "check", "Tell what a user can do there", check_acl);
+  auto* check = add_command(*acl, context, arguments, "check", "Show what a user can do there", check_acl);
   check->add_option("USER", arguments->account, "Account name, or DOMAIN\\NAME")->required();
 
   auto* set = add_command(*acl, context, arguments, "set", "Give an account access", set_acl);
   set->add_option("--account", arguments->account, "User or group")->type_name("A");
   set->add_option("--access", arguments->access, "Full Control, Change, Read or No Access")
       ->type_name("WORD");
-  set->add_flag("--replace", arguments->replace, "Drop what all others have, but for the system itself");
+  set->add_flag("--replace", arguments->replace, "Remove everyone else's access, except the system's own");
   set->add_flag("--recurse", arguments->recurse,
-                "Write the list on everything below as well, and make the account the owner");
+                "Write the list to everything below, too, and make the account the owner");
   set->add_option("--from-table", arguments->table_user,
-                  "Apply the table of permissions, as a creation of this user would")
+                  "Apply the table of permissions, as creating this user would")
       ->type_name("USER");
 }
 
@@ -225,7 +225,7 @@ void add_owner_commands(Command& app, Context& context) {
   take->add_option("--account", arguments->account, "User or group; Administrators if not given")
       ->type_name("A");
   take->add_flag("--recurse", arguments->recurse,
-                 "Take the whole tree over: owner and full control, what others have is dropped");
+                 "Take over the whole tree: ownership and full control; others lose their access");
 }
 
 }  // namespace twk::cli

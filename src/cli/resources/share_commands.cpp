@@ -107,7 +107,7 @@ int add_share(Context& context, const ShareArguments& arguments) {
     if (arguments.table_user) {
       list = resources::share_list_of_table(session, *arguments.table_user);
       if (!list.descriptor)
-        throw Refused(network_name(arguments) + " is not made: " + list.reason);
+        throw Refused(network_name(arguments) + " was not made: " + list.reason);
       share.shi502_security_descriptor = std::move(list.descriptor);
     }
     ask_server(arguments, [&] { session.platform.network.NetShareAdd(arguments.server, share); });
@@ -154,8 +154,8 @@ void add_share_commands(Command& app, Context& context) {
       ->required();
   made->add_option("--remark", arguments->remark, "Comment")->type_name("TEXT")->may_be_empty();
   made->add_option("--table", arguments->table_user,
-                   "Give it the list of the table of share permissions, as a creation of this user would; "
-                   "without it the server's default")
+                   "Use the list of the table of share permissions, as creating this user would; otherwise "
+                   "the server's default")
       ->type_name("USER");
   add("delete", "Stop sharing a folder; asks first", true, delete_share);
 }

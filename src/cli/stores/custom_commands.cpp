@@ -47,7 +47,7 @@ int put_custom_row(Context& context, const CustomArguments& arguments) {
 
 void add_custom_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<CustomArguments>();
-  auto* custom = app.add_subcommand("custom", "The attributes of one's own on the user details tab");
+  auto* custom = app.add_subcommand("custom", "Custom attributes on the user details tab");
   custom->require_subcommand();
   auto* show = custom->add_subcommand("show", "List the fields that are set");
   show->callback([&context] { context.set_action([&context] { return show_custom_rows(context); }); });
@@ -61,9 +61,9 @@ void add_custom_commands(Command& app, Context& context) {
     return command;
   };
   auto* set = add("set", "Show an attribute in a field");
-  set->add_option("NAME", arguments->name, "What the field is called")->required();
+  set->add_option("NAME", arguments->name, "Caption of the field")->required();
   set->add_option("ATTRIBUTE", arguments->attribute, "LDAP name of the attribute")->required();
-  add("clear", "Take a field away");
+  add("clear", "Remove a field");
 }
 
 }  // namespace twk::cli

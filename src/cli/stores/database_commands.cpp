@@ -75,14 +75,14 @@ void add_database_commands(Command& app, Context& context) {
     return command;
   };
   auto* compaction =
-      add("compact", "Drop deleted sites and templates; asks, unless an option says what becomes of groups",
+      add("compact", "Remove deleted sites and templates; asks, unless an option says what to do with groups",
           compact_databases);
   auto* prune = compaction->add_flag("--prune-groups", arguments->prune_groups,
-                                     "Groups that the domain no longer has go from the templates");
-  compaction->add_flag("--keep-groups", arguments->keep_groups, "Templates keep all their groups")
+                                     "Remove groups that the domain no longer has from the templates");
+  compaction->add_flag("--keep-groups", arguments->keep_groups, "Keep all groups in the templates")
       ->excludes(prune);
-  add("backup", "Copy the database files beside themselves as *.bak", back_up_databases);
-  add("convert", "Convert database files of an older generation, which DBVersion tells", convert_databases)
+  add("backup", "Copy the database files to *.bak next to them", back_up_databases);
+  add("convert", "Convert database files of an older generation, as named by DBVersion", convert_databases)
       ->add_option("--from", arguments->from, "Convert from this generation, whatever DBVersion says")
       ->check(Check::one_of(kVersions));
 }

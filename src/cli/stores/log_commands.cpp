@@ -37,7 +37,7 @@ int clear_log(Context& context) {
 }  // namespace
 
 void add_log_commands(Command& app, Context& context) {
-  auto* log = app.add_subcommand("log", "Look at Log.txt");
+  auto* log = app.add_subcommand("log", "Show or delete Log.txt");
   log->require_subcommand();
 
   auto tail = std::make_shared<std::size_t>(base::npos);

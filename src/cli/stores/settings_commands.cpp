@@ -74,7 +74,7 @@ std::string_view sub_key_of(std::string_view key) {
 
 /// Refuses what no reader of ours accepts: it would silently count as not set.
 void require_known(std::string_view key, std::string_view name, std::string_view value) {
-  constexpr const char* kForce = " --force writes it all the same, for another program.";
+  constexpr const char* kForce = " --force writes it anyway, for another program.";
   const std::string full = std::string(key) + "\\" + std::string(name);
   const session::Setting* const setting = session::find_setting(key, name);
   if (setting == nullptr) {
@@ -127,7 +127,7 @@ void write_setting(Context& context, std::uint32_t hive, std::string_view key, s
 int set_setting(Context& context, const SettingsArguments& arguments, bool from_input) {
   if (!from_input && is_password(arguments.name, arguments.value)) {
     throw UsageError(
-        "A password is not taken from the command line, where others can read it: leave VALUE out and give "
+        "A password is not accepted on the command line, where others can read it: leave VALUE out and pass "
         "it on standard input.");
   }
   const std::string value = from_input ? read_password("-") : arguments.value;
@@ -213,7 +213,7 @@ void require_importable(const local::RegistryKey& key, bool force) {
   const std::string_view sub_key = sub_key_of(std::string_view(path).substr(session::kTree.size()));
   for (const auto& [folded_name, value] : key.values) {
     if (!value.other.empty())
-      throw BadInput("The value " + value.name + " of " + key.path + " is no text; nothing was imported.");
+      throw BadInput("The value " + value.name + " of " + key.path + " is not a text; nothing was imported.");
     if (!force)
       require_known(sub_key, value.name, value.text);
   }
@@ -253,7 +253,7 @@ void add_settings_commands(Command& app, Context& context) {
   };
 
   const auto add_secrets = [&](Command* command) {
-    command->add_flag("--show-secrets", arguments->show_secrets, "Passwords as they are stored");
+    command->add_flag("--show-secrets", arguments->show_secrets, "Show passwords as stored");
   };
 
   auto* get = add("get", "Print one value");
@@ -272,9 +272,9 @@ void add_settings_commands(Command& app, Context& context) {
     context.set_action([=, &context] { return set_setting(context, *arguments, from_input); });
   });
 
-  set->add_flag("--force", arguments->force, "Also what no reader of this program takes");
+  set->add_flag("--force", arguments->force, "Also values that this program does not accept");
 
-  auto* unset = add("unset", "Take one value away, so that its default counts");
+  auto* unset = add("unset", "Remove one value, so that its default counts");
   add_key(unset)->required();
   unset->add_option("NAME", arguments->name, "Name of the value")->required()->may_be_empty();
   unset->callback(
@@ -286,7 +286,7 @@ void add_settings_commands(Command& app, Context& context) {
   list->callback(
       [=, &context] { context.set_action([=, &context] { return list_settings(context, *arguments); }); });
 
-  auto* describe = add("describe", "List the settings that there are: what each takes and means");
+  auto* describe = add("describe", "List all settings: what each takes and means");
   add_key(describe);
   describe->callback([=, &context] {
     context.set_action([=, &context] { return describe_settings(context, *arguments); });
@@ -297,8 +297,8 @@ void add_settings_commands(Command& app, Context& context) {
   exporting->callback(
       [=, &context] { context.set_action([=, &context] { return export_settings(context, *arguments); }); });
 
-  auto* importing = add("import", "Take over the values of a registry editor's text");
-  importing->add_flag("--force", arguments->force, "Also what no reader of this program takes");
+  auto* importing = add("import", "Import the values from a registry editor's text");
+  importing->add_flag("--force", arguments->force, "Also values that this program does not accept");
   importing->add_option("FILE", arguments->file, "The file; - for standard input")->required();
   importing->callback(
       [=, &context] { context.set_action([=, &context] { return import_settings(context, *arguments); }); });

@@ -169,7 +169,7 @@ void add_field_options(Command& command, SiteArguments& arguments) {
 
 void add_site_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<SiteArguments>();
-  auto* site = app.add_subcommand("site", "Look at sites and change them");
+  auto* site = app.add_subcommand("site", "Show and change sites");
   site->require_subcommand();
   const auto add = [&](const char* name, const char* what, auto action) {
     auto* command = site->add_subcommand(name, what);

@@ -27,7 +27,7 @@ int set_table(Context& context, const std::string& name, const std::string& file
 void add_table_commands(Command& app, Context& context) {
   auto name = std::make_shared<std::string>();
   auto file = std::make_shared<std::string>("-");
-  auto* table = app.add_subcommand("table", "Look at the side tables and replace them");
+  auto* table = app.add_subcommand("table", "Show and replace the side tables");
   table->require_subcommand();
   const auto add = [&](const char* verb, const char* what) {
     auto* command = table->add_subcommand(verb, what);
@@ -42,11 +42,11 @@ void add_table_commands(Command& app, Context& context) {
   auto* set = add("set", "Replace all rows by those of a file or of standard input");
   set->add_option("FILE", *file, "The file; standard input if not given");
   set->footer(
-      "A row a line:\n"
+      "One row per line:\n"
       "  mail               NAME,VALUE\n"
       "  w2k                p,ATTRIBUTE,VALUE for the account; m,ATTRIBUTE,VALUE for its mail\n"
       "  wts                VALUE, in the order of the thirteen settings\n"
-      "  permissions,       ACCOUNT,ACCESS[,OWNER[,NEW]] with tabs or commas between; ACCESS is Full "
+      "  permissions,       ACCOUNT,ACCESS[,OWNER[,NEW]] separated by tabs or commas; ACCESS is Full "
       "Control,\n"
       "  share-permissions  Change, Read or (not of a share) No Access, NEW is yes or no");
   set->callback(

@@ -151,7 +151,7 @@ int delete_template(Context& context, const TemplateArguments& arguments) {
 
 void add_template_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<TemplateArguments>();
-  auto* group = app.add_subcommand("template", "Look at templates and change them");
+  auto* group = app.add_subcommand("template", "Show and change templates");
   group->require_subcommand();
   const auto add = [&](const char* name, const char* what, auto action) {
     auto* command = group->add_subcommand(name, what);

@@ -85,7 +85,7 @@ int hours_zone(Context& context, const std::string& word) {
   context.output().result({{"zone", windows::zone_word(zone)},
                            {"hoursAhead", windows::hours_ahead(services, zone)},
                            {"chosen", chosen}},
-                          windows::zone_name(services, zone) + (chosen ? "" : " (nobody has chosen)") +
+                          windows::zone_name(services, zone) + (chosen ? "" : " (not chosen yet)") +
                               (note.empty() ? "" : "\n" + note));
   return kExitGreen;
 }
@@ -173,8 +173,8 @@ void add_hours_commands(Command& app, Context& context) {
   const auto add = [&](const char* name, const char* what) {
     auto* command = hours->add_subcommand(name, what);
     command->add_option("TEMPLATE", arguments->template_name, "Name of the template");
-    command->add_option("--user", arguments->user, "An account in place of a template")->type_name("NAME");
-    command->add_option("--zone", arguments->zone, "Whose hours they are, for this run alone")
+    command->add_option("--user", arguments->user, "An account instead of a template")->type_name("NAME");
+    command->add_option("--zone", arguments->zone, "Time zone of the hours, for this run only")
         ->type_name("utc+12|workstation");
     return command;
   };
@@ -195,7 +195,7 @@ void add_hours_commands(Command& app, Context& context) {
 
   auto word = std::make_shared<std::string>();
   auto* zone =
-      hours->add_subcommand("zone", "Show, or choose, whose hours these are, here and in the window");
+      hours->add_subcommand("zone", "Show or choose the time zone of the hours, here and in the window");
   zone->add_option("ZONE", *word, "utc+12, or workstation for its time zone")
       ->type_name("utc+12|workstation");
   zone->callback([=, &context] { context.set_action([=, &context] { return hours_zone(context, *word); }); });

@@ -113,7 +113,7 @@ int remove(Context& context, const MailboxArguments& arguments) {
 
 void add_mailbox_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<MailboxArguments>();
-  auto* mailbox = app.add_subcommand("mailbox", "Look at mailboxes, create and delete them");
+  auto* mailbox = app.add_subcommand("mailbox", "Show, create and delete mailboxes");
   mailbox->require_subcommand();
   const auto add = [&](const char* name, const char* what, const char* of, const char* meaning, auto action) {
     auto* command = mailbox->add_subcommand(name, what);
@@ -136,7 +136,7 @@ void add_mailbox_commands(Command& app, Context& context) {
                    "Account name, common name, principal name or distinguished name", create));
   auto* deletion = add("delete", "Delete a mailbox; asks first", "NAME", "Name of the mailbox", remove);
   add_template(deletion);
-  deletion->add_option("--path", arguments->path, "Which one of several, as `find` gives it")
+  deletion->add_option("--path", arguments->path, "Which one of several, as printed by `find`")
       ->type_name("PATH");
   deletion->add_flag("--custom-recipient", arguments->custom_recipient, "It is an address elsewhere");
 }

@@ -80,7 +80,7 @@ std::uint32_t parse_time(const std::string& name, const std::string& value) {
     words.emplace_back(time.word);
     list += (list.empty() ? "" : ", ") + words.back();
   }
-  std::string text = name + " takes no time \"" + value + "\", but " + list + ".";
+  std::string text = name + " does not take the time \"" + value + "\", but " + list + ".";
   const std::vector<std::string> near = near_matches(value, words);
   throw UsageError(near.empty() ? text : text + " Near: \"" + near.front() + "\".");
 }
@@ -232,7 +232,7 @@ void add_ts_commands(Command& app, Context& context) {
   });
 
   auto* set = add_command(*ts, "set", "Change settings of a user", arguments->user);
-  set->add_option("NAME=VALUE", arguments->assignments, "A setting and what it is to be")
+  set->add_option("NAME=VALUE", arguments->assignments, "A setting and its new value")
       ->required()
       ->type_name("");
   set->footer("Settings: " + known_settings() +

@@ -48,7 +48,7 @@ int show_users(Context& context, const std::string& ou) {
 }  // namespace
 
 void add_user_commands(Command& app, Context& context) {
-  auto* user = app.add_subcommand("user", "Create, import, change, move, delete and look at users");
+  auto* user = app.add_subcommand("user", "Create, import, show, change, move and delete users");
   user->require_subcommand();
   add_user_create(*user, context);
   add_user_import(*user, context);

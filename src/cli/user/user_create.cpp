@@ -72,7 +72,7 @@ void add_user_create(Command& user, Context& context) {
   auto arguments = std::make_shared<CreateArguments>();
   auto* create = user.add_subcommand("create", "Create one user");
   add_place_options(*create, arguments->place);
-  create->add_option("--id", arguments->id, "Account name, in place of what the name format gives")
+  create->add_option("--id", arguments->id, "Account name, instead of the one from the name format")
       ->may_be_empty();
   create->add_option("--description", arguments->description, "Description")
       ->type_name("TEXT")

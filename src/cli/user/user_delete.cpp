@@ -35,15 +35,15 @@ struct DeleteArguments {
 
 void check(const DeleteArguments& arguments) {
   if (!arguments.shares && !arguments.account && !arguments.data && !arguments.mail && !arguments.run_command)
-    throw UsageError("say what is to go: --shares, --account, --data, --mail or --run-command");
+    throw UsageError("say what to delete: --shares, --account, --data, --mail or --run-command");
   if (arguments.take_ownership && !arguments.data)
     throw UsageError("--take-ownership is for folders that are deleted: give --data as well");
   if (arguments.mail && arguments.exchange_server.empty())
     throw UsageError("--mail needs the --exchange-server that holds the mailbox, or \"Exchange 2000\"");
   if (!arguments.mail && !arguments.exchange_server.empty())
-    throw UsageError("--exchange-server says where the mailbox is that is deleted: give --mail as well");
+    throw UsageError("--exchange-server says where the mailbox to delete is: give --mail as well");
   if (!arguments.mail && !(arguments.mail_template.empty() && arguments.mail_path.empty()))
-    throw UsageError("--template and --path say which mailbox goes: give --mail as well");
+    throw UsageError("--template and --path say which mailbox to delete: give --mail as well");
 }
 
 /// As spelled in the window's list. Raises `Refused` for a server that no site has.
@@ -134,14 +134,15 @@ void add_options(Command& command, DeleteArguments& arguments) {
 
 void add_user_delete(Command& user, Context& context) {
   auto arguments = std::make_shared<DeleteArguments>();
-  auto* command = user.add_subcommand("delete", "Delete users and what hangs on their accounts");
+  auto* command = user.add_subcommand("delete", "Delete users and what belongs to their accounts");
   command
       ->add_option("NAME", arguments->selection.names,
                    "Account name, common name, principal name or distinguished name; several may be given")
       ->required();
   add_options(*command, *arguments);
   command
-      ->add_option("--path", arguments->mail_path, "The mailbox of several, as `mailbox find` gives its path")
+      ->add_option("--path", arguments->mail_path,
+                   "Which one of several mailboxes: its path, as printed by `mailbox find`")
       ->type_name("PATH");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return delete_named(context, *arguments); }); });
@@ -149,7 +150,7 @@ void add_user_delete(Command& user, Context& context) {
 
 void add_users_delete(Command& users, Context& context) {
   auto arguments = std::make_shared<DeleteArguments>();
-  auto* command = users.add_subcommand("delete", "Delete users and what hangs on their accounts");
+  auto* command = users.add_subcommand("delete", "Delete users and what belongs to their accounts");
   add_selection_options(*command, arguments->selection);
   add_options(*command, *arguments);
   command->callback(

@@ -102,8 +102,8 @@ void add_user_groups(Command& user, Context& context) {
   groups
       ->add_option("NAME", arguments->name, "Account name, common name, principal name or distinguished name")
       ->required();
-  groups->add_option("--add", arguments->add, "Put the user into a group; may be repeated")->type_name("G");
-  groups->add_option("--remove", arguments->remove, "Take the user out of a group; may be repeated")
+  groups->add_option("--add", arguments->add, "Add the user to a group; may be repeated")->type_name("G");
+  groups->add_option("--remove", arguments->remove, "Remove the user from a group; may be repeated")
       ->type_name("G");
   groups->callback(
       [=, &context] { context.set_action([=, &context] { return change_groups(context, *arguments); }); });

@@ -232,9 +232,9 @@ std::string checked_file(Context& context, const std::string& file) {
   if (!std::filesystem::exists(path) || std::filesystem::is_directory(path))
     throw BadInput("There is no file " + file);
   if (!std::filesystem::is_regular_file(path))
-    throw BadInput(file + " is no ordinary file: save the lines to one first");
+    throw BadInput(file + " is not an ordinary file: save the lines to one first");
   if (!batch::ImportLines(context.services().files.read(path)).next())
-    throw BadInput(file + " holds no line of a user");
+    throw BadInput(file + " contains no user");
   return path;
 }
 
@@ -265,7 +265,8 @@ void add_column(Command& command, const char* name, std::optional<int>& column, 
 void add_user_import(Command& user, Context& context) {
   auto arguments = std::make_shared<ImportArguments>();
   auto* command = user.add_subcommand("import", "Create a user for each line of a CSV file");
-  command->add_option("FILE", arguments->file, "The file: a user a line, every comma separates")->required();
+  command->add_option("FILE", arguments->file, "The file: one user per line, every comma separates")
+      ->required();
   add_place_options(*command, arguments->place);
   add_column(*command, "--first", arguments->columns.first, "Column of the first name; 1 if not given");
   add_column(*command, "--middle", arguments->columns.middle,
@@ -285,13 +286,14 @@ void add_user_import(Command& user, Context& context) {
       ->type_name("TEXT")
       ->may_be_empty();
   command
-      ->add_option("--expires", arguments->expires, "Day at whose beginning the accounts end, or %IMPORTn%")
+      ->add_option("--expires", arguments->expires,
+                   "Day at the beginning of which the accounts expire, or %IMPORTn%")
       ->type_name("TEXT");
   command
       ->add_option("--expires-after", arguments->expires_after,
-                   "Last day of the accounts, at whose end they end, or %IMPORTn%")
+                   "Last day of the accounts, which expire at its end, or %IMPORTn%")
       ->type_name("TEXT");
-  command->add_flag("--preview", arguments->preview, "Show what each line gives and create nothing");
+  command->add_flag("--preview", arguments->preview, "Show the result of each line, but create nothing");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments); }); });
 }

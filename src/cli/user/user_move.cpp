@@ -74,17 +74,17 @@ void add_options(Command& move, MoveArguments& arguments) {
   move.add_option("--template", arguments.template_name, "Template that says where things go")
       ->required()
       ->type_name("T");
-  move.add_option("--data", arguments.data, "What becomes of the data: move, copy or nothing")
+  move.add_option("--data", arguments.data, "What to do with the data: move, copy or nothing")
       ->required()
       ->check(Check::one_of({"move", "copy", "nothing"}))
       ->type_name("WORD");
-  move.add_flag("--add-to-groups", arguments.add_to_groups, "Put the users into the template's groups");
+  move.add_flag("--add-to-groups", arguments.add_to_groups, "Add the users to the template's groups");
   move.add_flag("--change-logon", arguments.change_logon, "Set the template's logon script");
   move.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
   move.add_flag("--no-prompt", arguments.no_prompt, "Ask nothing");
   add_even_if_shared(move, arguments.even_if_shared);
   move.add_flag("--new-paths-anyway", arguments.new_paths_anyway,
-                "Give the account its new paths also when its data could not be copied");
+                "Give the account its new paths even if its data could not be copied");
   move.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
 }
 

@@ -33,7 +33,7 @@ int move_user(Context& context, const MoveArguments& arguments) {
     throw Refused(user + " cannot be moved.");
   directory::drag_over(session, &target);
   if (session.form1.DropHighlight.get().empty())
-    throw Refused(ou + " is no organizational unit.");
+    throw Refused(ou + " is not an organizational unit.");
   return act_and_tell(
       context, session, [&] { return directory::drop(session); },
       [&] {

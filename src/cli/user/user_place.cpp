@@ -14,7 +14,7 @@ void select_ou(Context& context, session::Session& session, const std::string& o
   const std::string dn = locate_ou(domain, ou);
   controls::TreeNode* node = directory::reach_node(session, dn);
   if (node == nullptr)
-    throw Refused("The tree does not show " + dn + ": it is no place for users, or not in the managed OU.");
+    throw Refused("The tree does not show " + dn + ": it cannot contain users, or is not in the managed OU.");
   directory::TreeView1_Expand(session, *node);
   session.form1.TreeView1.select(node);
 }
@@ -42,7 +42,7 @@ void add_place_options(Command& command, CreationPlace& place) {
       ->type_name("T");
   command.add_option("--site", place.site, "Site to create with")->required()->type_name("S");
   auto* ou = command.add_option("--ou", place.ou, "Organizational unit to create in")->type_name("DN");
-  command.add_option("--like", place.like, "User to create beside, whose groups are copied")
+  command.add_option("--like", place.like, "User whose container and groups the new one gets")
       ->type_name("USER")
       ->excludes(ou);
 }

@@ -70,7 +70,7 @@ bool rename_in_directory(session::Session& session, const RenameArguments& argum
 
 bool rename_in_nt(session::Session& session, const RenameArguments& arguments) {
   if (arguments.upn || arguments.first || arguments.last || arguments.display)
-    throw UsageError("an account of this domain has a logon name and a full name alone");
+    throw UsageError("an account of this domain has only a logon name and a full name");
   lifecycle::Rename_NT_Load(session);
   session::Rename_NT& window = session.rename_nt;
   type(window.User_Logon, arguments.logon);
@@ -123,7 +123,7 @@ session::Session& open_session(Context& context, const RenameArguments& argument
 int rename_user(Context& context, const RenameArguments& arguments) {
   if (!arguments.logon && !arguments.upn && !arguments.full_name && !arguments.first && !arguments.last &&
       !arguments.display)
-    throw UsageError("say what is to be another: --logon, --upn, --full-name, --first, --last or --display");
+    throw UsageError("say what to change: --logon, --upn, --full-name, --first, --last or --display");
   session::Session& session = open_session(context, arguments);
   controls::TreeNode& node = reach_renamed_user(context, session, arguments.name);
   session.form1.TreeView1.select(&node);
@@ -136,7 +136,7 @@ int rename_user(Context& context, const RenameArguments& arguments) {
   });
   const controls::ListRow* const row = worst_row(session, rows);
   if (!renamed && row == nullptr)
-    throw Refused(old_text + " is not renamed.");
+    throw Refused(old_text + " was not renamed.");
   const std::string_view light = row == nullptr ? session::kGreen : std::string_view(row->icon);
   const bool green = light == session::kGreen;
   if (green && arguments.dry_run)
@@ -152,7 +152,7 @@ int rename_user(Context& context, const RenameArguments& arguments) {
 
 void add_user_rename(Command& user, Context& context) {
   auto arguments = std::make_shared<RenameArguments>();
-  auto* rename = user.add_subcommand("rename", "Give a user other names");
+  auto* rename = user.add_subcommand("rename", "Change the names of a user");
   rename
       ->add_option("NAME", arguments->name, "Account name, common name, principal name or distinguished name")
       ->required();

@@ -52,7 +52,8 @@ int reset_passwords(Context& context, const ResetArguments& arguments) {
 void add_user_reset_password(Command& user, Context& context) {
   auto arguments = std::make_shared<ResetArguments>();
   auto* reset = user.add_subcommand(
-      "reset-password", "Set the default password, unlock the account, and ask for a new one at the logon");
+      "reset-password",
+      "Set the default password, unlock the account, and ask for a new one at the next logon");
   reset
       ->add_option("NAME", arguments->names,
                    "Account name, common name, principal name or distinguished name; several may be given")

@@ -58,10 +58,10 @@ void add_user_set(Command& user, Context& context) {
   auto* set = user.add_subcommand("set", "Change fields of a user");
   set->add_option("NAME", arguments->name, "Account name, common name, principal name or distinguished name")
       ->required();
-  set->add_option("FIELD=VALUE", arguments->assignments, "A field and what it is to hold; empty clears it")
+  set->add_option("FIELD=VALUE", arguments->assignments, "A field and its new value; empty clears it")
       ->type_name("");
   set->add_option("--expires-after", arguments->expires_after,
-                  "Last day of the account, at whose end it ends")
+                  "Last day of the account, which expires at its end")
       ->type_name("DAY");
   set->callback(
       [=, &context] { context.set_action([=, &context] { return set_user(context, *arguments); }); });

@@ -94,7 +94,7 @@ void add_users_account_functions(Command& users, Context& context) {
   auto* command = users.add_subcommand("unlock", "Unlock the accounts");
   add_selection_options(*command, arguments->selection);
   command->add_flag("--reset-passwords", arguments->reset,
-                    "Set the default password too, to be changed at the next logon");
+                    "Also set the default password, to be changed at the next logon");
   add_password_options(*command, arguments->password);
   command->callback(
       [=, &context] { context.set_action([=, &context] { return unlock(context, *arguments); }); });

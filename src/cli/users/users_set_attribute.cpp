@@ -40,14 +40,15 @@ bool takes_values_from_file(const Arguments& arguments) {
   if (selection.files.empty())
     throw UsageError("say what to set it to: a VALUE, or --from-file with lines \"Username,ADValue\"");
   if (selection.files.size() > 1 || !selection.groups.empty() || !selection.ous.empty())
-    throw UsageError("a file that holds the values stands alone: give one --from-file and nobody else");
+    throw UsageError("a file with values excludes other users: give one --from-file and nothing else");
   return true;
 }
 
 /// Sets property and mode in the window's tab, as spelled there for this domain.
 void choose_property(Session& session, const Arguments& arguments) {
   if (!session::is_active_directory(session))
-    throw Refused(session.DomainName + " is no Active Directory domain: its users have no such properties.");
+    throw Refused(session.DomainName +
+                  " is not an Active Directory domain: its users have no such properties.");
   session::ADProperties& tab = session.ad_properties;
   batch::fill_properties(session);
   std::vector<std::string> names = tab.AD_Properties.items();
@@ -70,7 +71,7 @@ void check_value(const Session& session, const std::string& value) {
   if (!fault.empty())
     throw UsageError(property + ": " + fault);
   if (value.empty() && !batch::terminal_server_number(property))
-    throw UsageError(property + ": the directory holds no empty value");
+    throw UsageError(property + ": the directory cannot store an empty value");
 }
 
 std::string_view light_of(const PropertyOutcome& outcome) {
@@ -178,17 +179,17 @@ int set_attribute(Context& context, const Arguments& arguments) {
 
 void add_users_set_attribute(Command& users, Context& context) {
   auto arguments = std::make_shared<Arguments>();
-  auto* command = users.add_subcommand("set-attribute", "Give a property of the users a value");
+  auto* command = users.add_subcommand("set-attribute", "Set a property of the users");
   command
       ->add_option("PROPERTY", arguments->property,
                    "Name of a directory attribute, or of a terminal-server setting")
       ->required();
   command->add_option("VALUE", arguments->value,
-                      "What it is to be; %UserName% stands for the user's name. Numbers with commas between "
+                      "The new value; %UserName% is replaced by the user's name. Numbers separated by commas "
                       "for bytes. Without it --from-file names a file of lines \"Username,ADValue\"");
   add_selection_options(*command, arguments->selection);
   auto* replace = command->add_flag("--replace", arguments->replace,
-                                    "Let the value take the place of all others, as it does if not said");
+                                    "Replace all other values by this one, which is the default");
   command->add_flag("--append", arguments->append, "Add the value to those of a property that has several")
       ->excludes(replace);
   command->callback(

@@ -27,7 +27,7 @@ std::string text_of(const Output& output, const CheckStep& step) {
 
 int examine(Context& context) {
   if (!context.options().lab.empty())
-    throw UsageError("doctor looks at the connection to a real domain: leave --lab out");
+    throw UsageError("doctor tests the connection to a real domain: leave --lab out");
   const live::Folders folders = live::user_folders();
   const world::ConnectionOptions wanted = world::wanted_connection(folders, context.options().connection);
   live::LiveSettings settings;
@@ -56,7 +56,7 @@ int examine(Context& context) {
 }  // namespace
 
 void add_doctor_command(Command& app, Context& context) {
-  auto* doctor = app.add_subcommand("doctor", "Go through the connection to a real domain, step by step");
+  auto* doctor = app.add_subcommand("doctor", "Test the connection to a real domain, step by step");
   doctor->callback([&context] { context.set_action([&context] { return examine(context); }); });
 }
 

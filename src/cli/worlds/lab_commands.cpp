@@ -54,7 +54,7 @@ int show_info(Context& context) {
 void create_lab(InitArguments& arguments) {
   std::error_code unreadable;
   if (std::filesystem::exists(std::filesystem::path(arguments.folder) / "lab.conf", unreadable))
-    throw Refused(arguments.folder + " is a lab already.");
+    throw Refused(arguments.folder + " is already a lab.");
   if (std::filesystem::exists(arguments.folder, unreadable) &&
       !std::filesystem::is_empty(arguments.folder, unreadable) && !unreadable)
     throw Refused(arguments.folder + " is not an empty folder.");
@@ -99,7 +99,7 @@ int copy_domain(Context& context, const std::string& folder) {
   if (std::filesystem::exists(lab, unreadable) && !std::filesystem::is_empty(lab, unreadable))
     throw Refused(folder + " is not an empty folder.");
   if (!context.options().lab.empty())
-    throw UsageError("with --live the lab is named behind it: leave --lab out");
+    throw UsageError("with --live the lab is named after it: leave --lab out");
   context.options().live = true;
   live::LiveDomain& domain = context.connected_domain();
   std::optional<world::Snapshot> copied;
@@ -138,7 +138,7 @@ int export_lab(Context& context) {
 }  // namespace
 
 void add_lab_commands(Command& app, Context& context) {
-  auto* group = app.add_subcommand("lab", "Make a lab, fill it, look at it");
+  auto* group = app.add_subcommand("lab", "Make, fill and show a lab");
   group->require_subcommand();
 
   auto arguments = std::make_shared<InitArguments>();
@@ -164,7 +164,7 @@ void add_lab_commands(Command& app, Context& context) {
   auto copy = std::make_shared<std::string>();
   auto* command = group->add_subcommand(
       "import",
-      "Take over the entries of an LDIF file, which makes the lab when there is none; or copy a domain");
+      "Import the entries of an LDIF file, which makes the lab when there is none; or copy a domain");
   command->add_option("LDIF", *file, "The file; - for standard input");
   command->add_option("--live", *copy, "Copy the real domain into a new lab in that folder")
       ->type_name("DIR");
@@ -178,7 +178,7 @@ void add_lab_commands(Command& app, Context& context) {
   auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
   exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
 
-  auto* info = group->add_subcommand("info", "Tell what the lab is");
+  auto* info = group->add_subcommand("info", "Show what the lab is");
   info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
 }
 

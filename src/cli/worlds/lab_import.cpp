@@ -119,7 +119,7 @@ LabImport add_to_lab(const std::filesystem::path& folder, std::string_view text)
   store->end_batch();
   if (refused) {
     throw BadInput(*refused + ". " + std::to_string(result.added + result.changed) +
-                   " records before it were taken.");
+                   " records before it were imported.");
   }
   return result;
 }

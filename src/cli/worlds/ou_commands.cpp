@@ -26,7 +26,7 @@ OuArguments taken_apart(const OuArguments& arguments) {
   if (!base::starts_with_fold(name, "OU=") || above.empty())
     return arguments;
   if (!arguments.under.empty())
-    throw UsageError("--under DN cannot stand beside a distinguished name, which says it already");
+    throw UsageError("--under DN and a distinguished name exclude each other: the name already says where");
   return {platform::plain_name(directory::relative_name(name)), std::string(above)};
 }
 
@@ -82,8 +82,8 @@ void add_manage(Command& ou, Context& context) {
   auto* manage =
       ou.add_subcommand("manage", "Limit this program to one organizational unit, or show the limit");
   manage->add_option("DN", arguments->name, "Its distinguished name; without it the limit is shown");
-  manage->add_flag("--without-units-below", arguments->without_units_below, "The unit alone");
-  manage->add_flag("--machine", arguments->machine, "For everybody on this machine");
+  manage->add_flag("--without-units-below", arguments->without_units_below, "Only the unit itself");
+  manage->add_flag("--machine", arguments->machine, "For everyone on this machine");
   manage->add_flag("--whole-domain", arguments->whole_domain, "Lift the limit");
   manage->callback(
       [=, &context] { context.set_action([=, &context] { return manage_ou(context, *arguments); }); });

@@ -61,7 +61,7 @@ void apply_rules(const LabDomain& domain, const Entry* entry, bool user, ads::Pr
                  Modification& change, std::vector<Modification>& along) {
   const bool takes_away = change.kind == ModifyKind::kDelete || change.values.empty();
   if (takes_away && is_mandatory(change.attribute))
-    constraint(change.attribute, "cannot be taken away");
+    constraint(change.attribute, "cannot be removed");
   if (takes_away)
     return;
   std::string& value = change.values.front();

@@ -27,7 +27,7 @@ bool by_primary_group(const Entry& group, const Entry& member) {
 const Entry& require_group(const LabDomain& domain, const std::string& dn) {
   const Entry& group = require_entry(domain, dn);
   if (!has_class(group, "group"))
-    raise(ads_error::kUnwilling, dn + " is no group");
+    raise(ads_error::kUnwilling, dn + " is not a group");
   return group;
 }
 
@@ -49,7 +49,7 @@ void add_member(LabDomain& domain, const std::string& group_dn, const std::strin
     if (&group == &member)
       raise(ads_error::kUnwilling, group_dn + " cannot be a member of itself");
     if (!can_be_member(member))
-      raise(ads_error::kUnwilling, member_dn + " is no account");
+      raise(ads_error::kUnwilling, member_dn + " is not an account");
     if (domain.store.is_member(group, member) || by_primary_group(group, member)) {
       raise(ads_error::kObjectExists, member_dn + " is a member of " + group_dn + " already");
     }

@@ -86,7 +86,7 @@ void StagedEntry::commit() {
 
 void StagedEntry::add_with_password(std::string_view password) {
   if (!new_ || !base::equals_fold(object_class_, "user"))
-    raise(ads_error::kUnwilling, dn_ + " is no new account");
+    raise(ads_error::kUnwilling, dn_ + " is not a new account");
   add(password_changes(domain_, password, get("sAMAccountName").text()));
 }
 

@@ -32,12 +32,12 @@ const ads::AttributeSchema& writable_attribute(std::string_view name) {
 base::Bytes bytes_behind(const ads::AttributeSchema& attribute, std::string_view digits) {
   base::Bytes bytes;
   if (digits.size() % 2 != 0)
-    constraint(attribute.name, "is no hexadecimal text");
+    constraint(attribute.name, "is not hexadecimal text");
   for (std::size_t i = 0; i < digits.size(); i += 2) {
     const auto high = base::hex_digit(digits[i]);
     const auto low = base::hex_digit(digits[i + 1]);
     if (!high || !low)
-      constraint(attribute.name, "is no hexadecimal text");
+      constraint(attribute.name, "is not hexadecimal text");
     bytes.push_back(static_cast<std::uint8_t>(*high << 4U | *low));
   }
   return bytes;
@@ -46,13 +46,13 @@ base::Bytes bytes_behind(const ads::AttributeSchema& attribute, std::string_view
 void check_descriptor(const ads::AttributeSchema& attribute, const base::Bytes& bytes) {
   base::Trap trap;
   if (!trap([&] { static_cast<void>(platform::SecurityDescriptor::decode(bytes)); }))
-    constraint(attribute.name, "is no security descriptor");
+    constraint(attribute.name, "is not a security descriptor");
 }
 
 void check_account(const ads::AttributeSchema& attribute, const base::Bytes& bytes) {
   const auto sid = platform::Sid::decode(bytes);
   if (!sid || sid->size() != bytes.size())
-    constraint(attribute.name, "is no account's identifier");
+    constraint(attribute.name, "is not an account's identifier");
 }
 
 void check_bytes(const ads::AttributeSchema& attribute, std::string_view digits) {

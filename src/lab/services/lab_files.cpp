@@ -92,7 +92,7 @@ void LabFiles::require_addable(const ServerPath& place, bool folder) {
 
 void LabFiles::require_removable(const ServerPath& place) {
   if (place.server.shares().hold(place.path))
-    raise(base::error::kPathFileAccess, "A share holds the folder " + place.path);
+    raise(base::error::kPathFileAccess, "The folder is shared: " + place.path);
   if (place.server.descriptors().is_locked(place.path)) {
     raise(base::error::kPermissionDenied,
           "The file is open in another program: " + place.path + " on " + place.server.name());

@@ -75,7 +75,7 @@ FileServer& LabNetwork::require_server(std::string_view name) {
 
 void LabNetwork::require_administrator() {
   if (!identity_.is_administrator())
-    raise(platform::security_error::kAccessDenied, "Access is denied: shares are made by administrators");
+    raise(platform::security_error::kAccessDenied, "Access is denied: only administrators may make shares");
 }
 
 void LabNetwork::NetShareAdd(std::string_view server, const ShareInfo502& info) {

@@ -38,7 +38,7 @@ ServerPath require_place(FileServers& servers, platform::Files& files, std::stri
   auto place = locate(servers, path);
   if (!place) {
     raise(ads_error::kNotImplementedByProvider,
-          "What is on the workstation has no security descriptor: " + std::string(path));
+          "Files of the workstation have no security descriptor: " + std::string(path));
   }
   if (!files.exists(path))
     raise(base::error::kFileNotFound, "There is no file or folder " + std::string(path));

@@ -120,7 +120,7 @@ void FileShares::check(const FileShare& share) const {
   if (base::length(share.name) > kLongestShareName)
     refuse("is longer than 80 characters");
   if (share.name.find_first_of(kForbidden) != base::npos)
-    refuse("holds a character that no share has");
+    refuse("holds a character that a share name cannot have");
   if (const auto control = base::find_control_character(share.name))
     refuse("holds the control character " + *control);
   if (share.path.empty() || !has_folder_(share.path))

@@ -45,7 +45,7 @@ DomainKind read_kind(std::string_view text) {
     return DomainKind::kMixed;
   if (base::equals_fold(text, "nt"))
     return DomainKind::kNt;
-  throw BadValue{"none of native, mixed, nt"};
+  throw BadValue{"not one of native, mixed, nt"};
 }
 
 DefaultAnswer read_answer(std::string_view text) {
@@ -55,7 +55,7 @@ DefaultAnswer read_answer(std::string_view text) {
     return DefaultAnswer::kYes;
   if (base::equals_fold(text, "no"))
     return DefaultAnswer::kNo;
-  throw BadValue{"none of yes, no, none"};
+  throw BadValue{"not one of yes, no, none"};
 }
 
 bool is_name_character(char c) {
@@ -93,7 +93,7 @@ std::string read_privileges(std::string_view text) {
                             return base::equals_fold(one, name);
                           });
     if (!is_known)
-      throw BadValue{"no privilege is called " + name};
+      throw BadValue{"there is no privilege " + name};
   }
   return std::string(text);
 }

@@ -32,7 +32,7 @@ class Parser {
     Filter filter = parse_filter(0);
     skip_blanks();
     if (at_ != text_.size())
-      fail("Unexpected behind the filter");
+      fail("Unexpected text after the filter");
     return filter;
   }
 
@@ -175,7 +175,7 @@ class Parser {
     const std::optional<unsigned> low =
         at_ + 2 < text_.size() ? base::hex_digit(text_[at_ + 2]) : std::nullopt;
     if (!high || !low)
-      fail("Two hexadecimal digits expected behind the backslash");
+      fail("Two hexadecimal digits expected after the backslash");
     at_ += 2;
     return static_cast<char>(static_cast<unsigned char>(*high << 4U | *low));
   }

@@ -98,7 +98,7 @@ std::string_view name_of(const LineReader& reader) {
     fail(reader.number(), "A line without a colon.");
   const std::string_view name = reader.line().substr(0, colon);
   if (!has_name_characters(name))
-    fail(reader.number(), "Not an attribute name in front of the colon.");
+    fail(reader.number(), "Not an attribute name before the colon.");
   return name;
 }
 
@@ -168,7 +168,7 @@ std::vector<LdifAttribute> read_attributes(LineReader& reader) {
   for (; !reader.line().empty(); reader.next()) {
     const std::string_view name = name_of(reader);
     if (is_same_attribute(name, "dn"))
-      fail(reader.number(), "An empty line is missing in front of \"dn:\".");
+      fail(reader.number(), "An empty line is missing before \"dn:\".");
     attributes.add(name, value_of(reader, name.size()));
   }
   return attributes.take();
@@ -272,7 +272,7 @@ LdifRecord read_record(LineReader& reader) {
       break;
   }
   if (!reader.line().empty())
-    fail(reader.number(), "Unexpected behind the record.");
+    fail(reader.number(), "Unexpected text after the record.");
   record.end = reader.position();
   return record;
 }

@@ -81,10 +81,10 @@ void LinkPlan::add(Side side, const std::string& text, const std::unordered_set<
   if (is_there(side, key, end, text)) {
     if (origin_ == Origin::kFile)
       return;
-    refuse(ads_error::kObjectExists, "The link is there already", text);
+    refuse(ads_error::kObjectExists, "The link exists already", text);
   }
   if (end == nullptr && origin_ == Origin::kCaller && !kept.contains(key)) {
-    refuse(ads_error::kNoSuchObject, "A link to an entry that is not there", text);
+    refuse(ads_error::kNoSuchObject, "A link to an entry that does not exist", text);
   }
   views_[at(side)].touched[key] = true;
   ++views_[at(side)].added;

@@ -50,7 +50,7 @@ void delete_folder(DeleteRun& run, const UserFolder& folder, std::string_view qu
   Session& session = run.session;
   if (folder.missing) {
     run.Success = false;
-    return session.log.reason("Error Deleting: " + folder.data + ", which is not there");
+    return session.log.reason("Error Deleting: " + folder.data + ", which does not exist");
   }
   take_ownership(run, folder, question);
   session.multi_user.Label3.caption = "Deleting " + folder.data;

@@ -71,7 +71,7 @@ void decide_mailbox(DeleteRun& run) {
   if (!session.runs.Delete_Mail_Flag || is_in_store(session))
     return;
   const std::string failure =
-      "Nothing Deleted of " + run.display_name + ": Unable to tell which mailbox is to go";
+      "Nothing Deleted of " + run.display_name + ": Unable to decide which mailbox to delete";
   prepare_failure(session, failure, failure);
   run.mail_request = mailbox_request(run);
   run.mailbox = mail::find_mailbox_to_delete(session, run.mail_request);

@@ -168,11 +168,11 @@ void choose_way(DeleteRun& run, UserFolder& folder, const std::string& below_sha
           return base::equals_fold(share.share, folder.share) &&
                  base::equals_fold(share.server, folder.server);
         });
-    session.log.line("Not reachable but through its share: " + folder.path + " (" + why + ")");
+    session.log.line("Reachable only through its share: " + folder.path + " (" + why + ")");
   } else if (is_missing(number)) {
     folder.missing = true;
   } else if (!session.multi_user.Del_Permissions.on()) {
-    base::raise(number, folder.data + " cannot be looked into, so it could not be deleted: " + why +
+    base::raise(number, folder.data + " cannot be opened, so it could not be deleted: " + why +
                             ". Taking ownership may help");
   }
 }

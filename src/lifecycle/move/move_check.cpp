@@ -64,7 +64,7 @@ std::string parent_of(const TreePath& path) {
 std::string absence(MoveRun& run, const std::string& path) {
   base::Trap trap;
   trap([&] { static_cast<void>(run.session.platform.files.status(path)); });
-  return trap.number() == 0 ? path + " is no folder" : path + " cannot be reached: " + trap.description();
+  return trap.number() == 0 ? path + " is not a folder" : path + " cannot be reached: " + trap.description();
 }
 
 /// The folder to make, or to fill if it exists.
@@ -87,12 +87,11 @@ void check_new_share(MoveRun& run, const MovedFolder& folder) {
     return;
   if (!folder.wanted)
     raise_refusal("The template has the share " + folder.new_share + " for the " + std::string(folder.what) +
-                  " and no folder that it could stand for");
+                  " but no folder for it");
   const auto there = folder_use(run.session)->folder_of_share(run.server, folder.new_share);
   const auto is_that = [&](const std::string& place) { return is_same_folder(*there, place); };
   if (there && !is_any(made_places(run, folder), is_that)) {
-    raise_refusal("The share " + folder.new_share + " on " + run.server + " is taken: it stands for " +
-                  *there);
+    raise_refusal("The share " + folder.new_share + " on " + run.server + " is taken: it leads to " + *there);
   }
 }
 
@@ -111,7 +110,7 @@ void check_new_path(MoveRun& run, const MovedFolder& folder) {
   if (!is_network_path(folder.new_unc)) {
     if (takes_data)
       raise_refusal("The template's path of the " + std::string(folder.what) + ", \"" + folder.new_unc +
-                    "\", is none that data can be copied to");
+                    "\", is not one that data can be copied to");
     return;
   }
   const TreePath path = parse_tree_path(folder.new_unc);
@@ -160,13 +159,13 @@ std::optional<Places> places_on_one_server(MoveRun& run, const MovedFolder& fold
 OldFolder look_at_old(MoveRun& run, const MovedFolder& folder) {
   if (!is_network_path(folder.old_path))
     raise_refusal("The " + std::string(folder.what) + " \"" + folder.old_path +
-                  "\" is no path that data can be copied from");
+                  "\" is not a path that data can be copied from");
   const TreePath path = parse_tree_path(folder.old_path);
   const auto places = places_on_one_server(run, folder, path);
   if (places && is_same_folder(places->old, places->fresh))
     return OldFolder::kAlready;
   if (places && holds_folder(places->old, places->fresh))
-    raise_refusal("The new " + std::string(folder.what) + " " + folder.new_unc + " lies in the old one, " +
+    raise_refusal("The new " + std::string(folder.what) + " " + folder.new_unc + " is inside the old one, " +
                   folder.old_path);
   if (!Dir_Exists(run.session, path.text()) && is_missing(run, path))
     return OldFolder::kMissing;

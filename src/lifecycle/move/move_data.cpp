@@ -143,7 +143,7 @@ MoveStep copy_part(MoveRun& run, Part& part, OwnerKeeper& owners) {
     session.platform.dialogs.beep();
   } else if (folder.old == OldFolder::kAlready) {
     part.CopyOK = true;
-    session.log.line(folder.old_path + " is the new place already");
+    session.log.line(folder.old_path + " is already the new place");
     return MoveStep::kGoOn;
   } else if (folder.old == OldFolder::kMissing) {
     tell_missing(run, folder);
@@ -325,8 +325,8 @@ MoveStep move_data(MoveRun& run) {
       return tell_left(run, parts);
   }
   if (!owners.refusal().empty())
-    warn(run,
-         "The copies belong to whoever made them, for their owners could not be set: " + owners.refusal());
+    warn(run, "The copies belong to the account that made them, because their owners could not be set: " +
+                  owners.refusal());
   for (const Part& part : parts)
     finish_part(run, part);
   return MoveStep::kGoOn;

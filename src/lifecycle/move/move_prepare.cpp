@@ -123,7 +123,7 @@ resources::ShareResult make_share(MoveRun& run, const MovedFolder& folder, const
   Session& session = run.session;
   const auto use = folder_use(session);
   if (use->folder_of_share(run.server, folder.new_share)) {
-    session.log.line("The share is there already: " + folder.new_share);
+    session.log.line("The share already exists: " + folder.new_share);
     return resources::share_list_of_table(session, run.key).result;
   }
   const resources::ShareResult result = resources::CreateShare(

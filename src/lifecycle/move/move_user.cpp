@@ -222,8 +222,7 @@ bool wants_new_paths(MoveRun& run, const std::string& why) {
   if (!run.new_paths_anyway) {
     run.new_paths_anyway = has_consent(
         session, session.runs.new_paths_anyway,
-        why + "\r\n\r\nGive " + run.key + " the new paths all the same? The data stays where it is.",
-        "Move Users");
+        why + "\r\n\r\nGive " + run.key + " the new paths anyway? The data stays where it is.", "Move Users");
   }
   run.warned |= *run.new_paths_anyway;
   return *run.new_paths_anyway;

@@ -34,7 +34,7 @@ std::string Admin_Path_Of(Session& session, std::string_view path, bool KeepTail
   const std::string folder = Share_Local_Path(session, path);
   if (folder.size() < 2 || folder[1] != ':') {
     base::raise(base::error::kPathNotFound,
-                "The share of " + std::string(path) + " stands for no folder of a drive: " + folder);
+                "The share of " + std::string(path) + " leads to no folder of a drive: " + folder);
   }
   return "\\\\" + Get_Server_Name(path) + "\\" + folder.substr(0, 1) + "$" + folder.substr(2) +
          (KeepTail ? tail_of(path) : std::string());

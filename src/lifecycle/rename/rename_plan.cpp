@@ -90,10 +90,10 @@ ShareInfo502 read_share(Session& session, const std::string& server, const std::
   ShareInfo502 info;
   base::Trap trap;
   if (!trap([&] { info = session.platform.network.NetShareGetInfo(server, name); })) {
-    base::raise(
-        trap.number(),
-        "The share " + name + " on " + server +
-            " could not be made again as it is, since its access list cannot be read: " + trap.description());
+    base::raise(trap.number(),
+                "The share " + name + " on " + server +
+                    " could not be made again as it is, because its access list cannot be read: " +
+                    trap.description());
   }
   info.shi502_current_uses = 0;
   return info;
@@ -222,7 +222,7 @@ void Planner::require_free(const FolderRenaming& renaming, const TreePath& now) 
   const TreePath target = beside(
       now, renaming.is_change_of_case() ? renaming.halfway().parts.back() : renaming.after.parts.back());
   if (is_taken(session_, target))
-    base::raise(base::error::kFileExists, target.text() + " is there already");
+    base::raise(base::error::kFileExists, target.text() + " already exists");
   if (!renaming.is_change_of_case()) {
     const auto claims = folder_use(session_)->claims_within(target, user_.account);
     if (!claims.empty())

@@ -215,7 +215,7 @@ std::optional<RenameRecord> read_rename_record(Session& session, std::string_vie
     return parse(session.platform.files.read(file));
   } catch (const base::RuntimeError& failure) {
     base::raise(failure.number(), failure.description() + ": " + file +
-                                      ". Look at what it says was being renamed, then delete it");
+                                      ". Check what it says was being renamed, then delete it");
   }
 }
 

@@ -33,7 +33,7 @@ class Rollback {
       base::Trap trap;
       if (!trap(step->back))
         session_.log.reason(step->failure + ": " + base::in_words(trap.number(), trap.description()) +
-                            ". Order the same renaming again, which goes on from here");
+                            ". Start the same renaming again, which continues from here");
     }
   }
 
@@ -104,7 +104,7 @@ void take_share_away(Session& session, const std::string& server, const ShareCha
 void make_new_share(Session& session, const std::string& server, const ShareChange& share, Rollback& back) {
   const std::string& old_name = share.before.shi502_netname;
   const std::string& name = share.after.shi502_netname;
-  back.add("The share " + name + " on " + server + " could not be taken away again",
+  back.add("The share " + name + " on " + server + " could not be removed again",
            [&session, &server, &share] { remove_share(session, server, share.after); });
   base::Trap trap;
   if (!trap([&] { make_share(session, server, share.after); })) {
@@ -303,7 +303,7 @@ FoldersPlan plan_of(Session& session, const RenamedUser& user, const std::option
       if (!is_untouched(session, *renaming))
         base::raise(base::error::kPathFileAccess, "The renaming of " + earlier->old_name + " to " +
                                                       earlier->new_name +
-                                                      " broke off. Order it again before another one");
+                                                      " was interrupted. Start it again before another one");
     }
   }
   return plan_folders(session, user);
@@ -317,7 +317,7 @@ void put_on_record(Session& session, const PreparedRename& prepared) {
   if (trap([&] { write_rename_record(session, prepared.record); }))
     return;
   const std::string why =
-      "The renaming cannot be put on record: " + base::in_words(trap.number(), trap.description());
+      "The renaming cannot be recorded: " + base::in_words(trap.number(), trap.description());
   if (prepared.record.home || prepared.record.profile)
     base::raise(trap.number(), why);
   session.log.line(why);
@@ -391,7 +391,7 @@ bool rename_folders_of(Session& session, const PreparedRename& prepared, const P
 }
 
 void tell_folders_stay(Session& session, std::string_view name_of_folders, const std::string& user) {
-  session.log.reason("they are named after the " + std::string(name_of_folders) + ", which stays as it is");
+  session.log.reason("they are named after the " + std::string(name_of_folders) + ", which does not change");
   session::LOG_TAB(session, session::kYellow, " Directories and Shares not renamed for " + user);
 }
 

@@ -40,7 +40,7 @@ bool rehearse_deletion(Session& session, const std::string& path) {
     session.runs.rehearse("Delete the folder " + path + " with " + contents_text(tree));
   } else {
     session.runs.rehearse("Delete the folder " + path +
-                          ", which cannot be looked through now: " + closed.description());
+                          ", which cannot be read now: " + closed.description());
   }
   return true;
 }
@@ -72,7 +72,7 @@ void require_outside(Session& session, const TreePath& source, const TreePath& t
   const auto inner = folder_on_server(session, target);
   if (base::equals_fold(source.server, target.server) && outer && inner && holds_folder(*outer, *inner)) {
     base::raise(base::error::kPathFileAccess,
-                target.text() + " is the folder " + source.text() + " or lies in it");
+                target.text() + " is the folder " + source.text() + " or is inside it");
   }
 }
 
@@ -99,7 +99,7 @@ CopyWork prepare_copy(Session& session, std::string_view from, std::string_view 
 void rehearse_copy(Session& session, const CopyWork& work, const Tree& tree, const CopyPlan& plan,
                    const CopyRules& rules) {
   if (!plan.replaced.empty() && !rules.replaces)
-    base::raise(base::error::kFileExists, plan.replaced + " is there already, and another file");
+    base::raise(base::error::kFileExists, plan.replaced + " already exists and is a different file");
   const auto replaced = std::count(plan.steps.begin(), plan.steps.end(), CopyStep::kReplace);
   session.runs.rehearse((work.moves ? "Move what " : "Copy what ") + work.source.text() + " holds to " +
                         work.target.text() + ": " + contents_text(tree) +
@@ -124,7 +124,7 @@ bool copy_or_move(Session& session, const CopyWork& work, const CopyRules& rules
     hooks.may_replace = [&](const std::string& file) {
       return is_silent(session) || is_yes(session,
                                           "This folder already contains a file named\r\n" + file +
-                                              "\r\nReplace it, and all others that are there already?",
+                                              "\r\nReplace it, and all others that already exist?",
                                           "Confirm File Replace");
     };
   }

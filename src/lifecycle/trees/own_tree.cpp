@@ -43,7 +43,7 @@ auto answer(const std::string& about, Question&& question) {
   try {
     return std::forward<Question>(question)();
   } catch (const base::RuntimeError& failure) {
-    base::raise(failure.number(), about + " is not touched, since it cannot be found out who uses it: " +
+    base::raise(failure.number(), about + " is left unchanged, because it cannot be found out who uses it: " +
                                       failure.description());
   }
 }
@@ -70,19 +70,19 @@ void require_consent(Session& session, FolderUse& use, const std::string& what, 
   if (use.is_agreed(others))
     return;
   const std::string text = what + " " + others;
-  if (!has_consent(session, session.runs.even_if_shared, text + ".\r\n\r\nGo on all the same?",
+  if (!has_consent(session, session.runs.even_if_shared, text + ".\r\n\r\nContinue anyway?",
                    "Used by Others")) {
     refuse(text + (session.runs.even_if_shared == session::Consent::kNo
-                       ? "; --even-if-shared goes on all the same"
+                       ? "; --even-if-shared continues anyway"
                        : "; it is left as it is"));
   }
-  session.log.line("Going on all the same: " + text);
+  session.log.line("Continuing anyway: " + text);
   use.agree(others);
 }
 
 void require_no_drive(const TreePath& tree, const std::optional<std::string>& folder) {
   if (is_of_logons(tree.share))
-    refuse(tree.text() + " is on the share " + tree.share + ", which serves the logons of all");
+    refuse(tree.text() + " is on the share " + tree.share + ", which serves everyone's logons");
   if (!tree.parts.empty())
     return;
   if (is_administrative(tree.share))
@@ -145,7 +145,7 @@ TreePath require_own_tree(Session& session, std::string_view path, const Owner& 
   });
   require_no_link_on_the_way(session, tree);
   if (!claims.empty() || !shares.empty())
-    require_consent(session, *use, tree.text() + " is not one account's own: it is, holds or lies in",
+    require_consent(session, *use, tree.text() + " is not one account's own: it is, contains or is inside",
                     named(claims, shares));
   return tree;
 }
@@ -158,7 +158,7 @@ void require_own_share(Session& session, const std::string& server, const std::s
   if (!folder)
     return;
   if (is_administrative(share) || is_of_logons(share))
-    refuse(name + " is one that the server has for itself");
+    refuse(name + " is one of the server's own");
   if (is_drive_root(*folder))
     refuse(name + " is the whole drive " + *folder);
   const auto claims = answer(name, [&] { return use->claims_through(server, share, owner.account); });

@@ -67,7 +67,7 @@ class FolderGuard {
       end = folder.find('\\', end == 0 ? 0 : end + 1);
       const std::string path = joined(top_, folder.substr(0, end));
       if (!files_.status(path).directory)
-        base::raise(base::error::kPathFileAccess, path + " is a folder no longer");
+        base::raise(base::error::kPathFileAccess, path + " is no longer a folder");
     }
     folder_ = folder;
     entered_ = true;
@@ -182,7 +182,7 @@ class Planner {
       return CopyStep::kMake;
     }
     if (!there->directory)
-      bar(entry, there->link ? " is a link, which is not followed" : " is there and no folder");
+      bar(entry, there->link ? " is a link, which is not followed" : " exists and is not a folder");
     return CopyStep::kLeave;
   }
 
@@ -194,7 +194,7 @@ class Planner {
     if (there == nullptr)
       return CopyStep::kMake;
     if (there->directory || there->link)
-      bar(entry, there->link ? " is a link, which is not followed" : " is there and a folder");
+      bar(entry, there->link ? " is a link, which is not followed" : " exists and is a folder");
     if (there->size == entry.size && is_near(there->modified, entry.modified, kFineTime))
       return CopyStep::kLeave;
     if (plan_.replaced.empty())
@@ -293,7 +293,7 @@ void require_copied(Files& files, const Tree& tree, const std::string& target) {
     const FileEntry* const copy = copies.find(entry.path);
     if (copy == nullptr || copy->link || copy->directory || copy->size != entry.size ||
         !is_near(copy->modified, entry.modified, kCoarseTime))
-      base::raise(base::error::kPathFileAccess, path + " is not whole in " + target + ", and is kept");
+      base::raise(base::error::kPathFileAccess, path + " is not complete in " + target + ", and is kept");
   }
 }
 
@@ -340,7 +340,7 @@ bool copy_tree(Files& files, const Tree& tree, const std::string& target, const 
                const TreeHooks& hooks) {
   if (!plan.replaced.empty()) {
     if (!hooks.may_replace)
-      base::raise(base::error::kFileExists, plan.replaced + " is there already, and another file");
+      base::raise(base::error::kFileExists, plan.replaced + " already exists and is a different file");
     if (!hooks.may_replace(plan.replaced))
       return false;
   }

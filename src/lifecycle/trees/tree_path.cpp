@@ -22,9 +22,9 @@ void check_part(std::string_view path, const std::string& part) {
   if (part.find_first_not_of(" .") == base::npos)
     refuse(path, "holds the part \"" + part + "\", which leads elsewhere");
   if (part.ends_with('.') || part.ends_with(' '))
-    refuse(path, "holds the part \"" + part + "\", of which a server drops the end");
+    refuse(path, "holds the part \"" + part + "\", whose end a server drops");
   if (part.find_first_of(kNeverInNames) != base::npos)
-    refuse(path, "holds a character that no name of a folder has: \"" + part + "\"");
+    refuse(path, "holds a character that no folder name may have: \"" + part + "\"");
   if (const auto control = base::find_control_character(part))
     refuse(path, "holds the control character " + *control);
 }
@@ -49,9 +49,9 @@ std::string TreePath::text() const {
 TreePath parse_tree_path(std::string_view path) {
   const std::string_view trimmed = base::trim(path);
   if (trimmed.find_first_not_of('\\') == base::npos)
-    refuse(path, trimmed.empty() ? "is no path" : "is a path of backslashes alone");
+    refuse(path, trimmed.empty() ? "is not a path" : "consists only of backslashes");
   if (!trimmed.starts_with("\\\\") || trimmed.starts_with("\\\\\\"))
-    refuse(path, "is no network path");
+    refuse(path, "is not a network path");
   std::vector<std::string> parts = base::split(trimmed.substr(2), '\\');
   if (parts.size() < 2 || base::trim(parts[1]).empty())
     refuse(path, "names no share");

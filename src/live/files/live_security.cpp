@@ -62,7 +62,7 @@ SmbPath require_place(std::string_view path) {
   auto place = parse_smb_path(path);
   if (!place) {
     base::raise(platform::ads_error::kNotImplementedByProvider,
-                "What is on the workstation has no security descriptor: " + std::string(path));
+                "Files of the workstation have no security descriptor: " + std::string(path));
   }
   return *std::move(place);
 }

@@ -158,7 +158,7 @@ struct SmbClient::Handle {
       ::close(file);
     if (!taken) {
       smbc_free_context(context, 1);
-      base::raise(base::error::kPathFileAccess, "The SMB library does not take that connections are signed");
+      base::raise(base::error::kPathFileAccess, "The SMB library does not accept signed connections");
     }
   }
 };
@@ -323,7 +323,7 @@ void SmbClient::make_directory(const SmbPath& path) {
           [&] { return is_empty_folder(path); });
   if (error == EEXIST) {
     base::raise(base::error::kPathFileAccess,
-                "cannot make the folder " + path.text() + ": something of that name is there");
+                "cannot make the folder " + path.text() + ": something of that name exists");
   }
   if (error == ENOENT)
     base::raise(base::error::kPathNotFound,
@@ -337,7 +337,7 @@ void SmbClient::remove_directory(const SmbPath& path) {
   const int error = run([&] { return smbc_getFunctionRmdir(context())(context(), url.c_str()) == 0; });
   if (error == ENOTEMPTY || error == EEXIST || error == ENOTDIR)
     base::raise(base::error::kPathFileAccess,
-                "cannot remove the folder " + path.text() + ": it is no folder, or not empty");
+                "cannot remove the folder " + path.text() + ": it is not a folder, or not empty");
   if (error != 0)
     fail(error, "remove the folder", path);
 }

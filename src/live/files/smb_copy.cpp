@@ -70,7 +70,7 @@ bool copy_to_server(SmbClient& client, const CopySource& from, const SmbPath& to
                     const platform::CopyProgress& progress) {
   const platform::FileEntry before = from.status();
   if (before.directory || before.link)
-    base::raise(base::error::kPathFileAccess, "cannot copy " + from.name + ": it is no ordinary file");
+    base::raise(base::error::kPathFileAccess, "cannot copy " + from.name + ": it is not an ordinary file");
   const bool there = is_there(client, to);
   if (there && !replace)
     base::raise(base::error::kFileExists, "cannot copy " + from.name + ": " + to.text() + " is there");

@@ -29,7 +29,7 @@ void require_part(std::string_view part, std::string_view whole) {
   if (const auto control = base::find_control_character(part))
     base::raise(base::error::kBadFileName, "A path holds " + *control);
   if (part.find_first_of(kForbidden) != base::npos)
-    base::raise(base::error::kBadFileName, "A character that no file name has: " + std::string(whole));
+    base::raise(base::error::kBadFileName, "A character that no file name may have: " + std::string(whole));
 }
 
 }  // namespace

@@ -163,7 +163,7 @@ bool LdapConnection::exists(const std::string& dn) {
     return true;
   if (result == LDAP_NO_SUCH_OBJECT)
     return false;
-  raise_ldap_error(result, diagnostic(), LdapRequest::kRead, "Look whether " + dn + " was written");
+  raise_ldap_error(result, diagnostic(), LdapRequest::kRead, "Check whether " + dn + " was written");
 }
 
 int LdapConnection::receive(const LdapPageRequest& request, int message, LdapPage& page) {
@@ -218,7 +218,7 @@ std::vector<LdapEntry> LdapConnection::search_page(const LdapSearch& search, Lda
 
 void LdapConnection::require_going_on() const {
   if (credentials_->is_stopped())
-    base::raise(kStopped, "Stopped before " + host_ + " had told everything");
+    base::raise(kStopped, "Stopped before " + host_ + " had sent everything");
 }
 
 void LdapConnection::search(const LdapSearch& wanted, const std::function<bool(LdapEntry&&)>& visit) {
@@ -311,7 +311,7 @@ std::vector<std::string> read_links(LdapConnection& connection, const std::strin
     wanted = join_range(connection.read(dn, {*wanted}), attribute, all);
     const bool repeats = known != 0 && all.size() > known && all[known] == all.front();
     if (repeats || all.size() > kMostValues)
-      base::raise(kProtocolError, "The server does not come to an end with the values of " + dn);
+      base::raise(kProtocolError, "The server never finishes sending the values of " + dn);
   }
   return all;
 }

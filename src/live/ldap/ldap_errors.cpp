@@ -137,7 +137,7 @@ void raise_ldap_error(int result, const std::string& diagnostic, LdapRequest req
   const bool refused = result == LDAP_INSUFFICIENT_ACCESS;
   std::string text = what + ": " +
                      (refused                   ? "the account has too few rights"
-                      : result == LDAP_REFERRAL ? "the server refers to another one, which is not asked"
+                      : result == LDAP_REFERRAL ? "the server refers to another one, which is not followed"
                                                 : ldap_err2string(result));
   if (!diagnostic.empty())
     text += " (" + base::to_valid_utf8(diagnostic) + ")";

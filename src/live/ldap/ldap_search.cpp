@@ -95,7 +95,7 @@ void limit_messages(LDAP* connection) {
   Sockbuf* buffer = nullptr;
   if (ldap_get_option(connection, LDAP_OPT_SOCKBUF, static_cast<void*>(&buffer)) != LDAP_OPT_SUCCESS ||
       ber_sockbuf_ctrl(buffer, LBER_SB_OPT_SET_MAX_INCOMING, &most) != 1)
-    base::raise(platform::ads_error::kServerDown, "The LDAP library does not take a limit of messages");
+    base::raise(platform::ads_error::kServerDown, "The LDAP library does not accept a limit on messages");
 }
 
 const std::vector<std::string>* LdapEntry::find(std::string_view name) const {
@@ -164,7 +164,7 @@ int LdapPageRequest::receive(LDAP* connection, int message, const std::function<
     else if (type != 0)
       ++references;
     if (page.entries.size() > most_entries() || references > kMostReferences)
-      base::raise(kProtocolError, "The server sends more than was asked for below " + search_.base);
+      base::raise(kProtocolError, "The server sends more than was requested below " + search_.base);
     const auto waited = Clock::now() - start;
     if (waited > kGrace && is_stopped && is_stopped())
       base::raise(kStopped, "Stopped while " + search_.base + " was searched");
@@ -178,7 +178,7 @@ void LdapProgress::require(const LdapSearch& search, const LdapPage& page) {
   empty_pages_ = page.entries.empty() ? empty_pages_ + 1 : 0;
   entries_ += page.entries.size();
   if (repeats || empty_pages_ > kMostEmptyPages || entries_ > kMostEntries) {
-    base::raise(kProtocolError, "The server does not come to an end with the search below " + search.base +
+    base::raise(kProtocolError, "The server never finishes the search below " + search.base +
                                     (repeats            ? ": it sends the same page again"
                                      : empty_pages_ > 0 ? ": it sends nothing but empty pages"
                                                         : ": it sends more than any directory has"));

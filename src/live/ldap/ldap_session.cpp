@@ -40,7 +40,7 @@ bool uses_ldaps(const LiveSettings& settings, std::uint16_t port) {
 /// Raises kServerDown when the library does not accept the option.
 void set_option(ldap* connection, int option, const void* value, std::string_view what) {
   if (ldap_set_option(connection, option, value) != LDAP_OPT_SUCCESS)
-    base::raise(ads_error::kServerDown, "The LDAP library does not take " + std::string(what));
+    base::raise(ads_error::kServerDown, "The LDAP library does not accept " + std::string(what));
 }
 
 void set_time_limit(ldap* connection, int option, int seconds) {
@@ -69,7 +69,7 @@ void trust_authorities(ldap* connection, const LiveSettings& settings) {
   const std::string file = given ? settings.ca_file : authorities_of_system();
   if (file.empty()) {
     base::raise(ads_error::kServerDown,
-                "This system holds no file of trusted authorities. Install the package ca-certificates, or "
+                "This system has no file of trusted authorities. Install the package ca-certificates, or "
                 "name the domain's own authority with --ca-file");
   }
   set_option(connection, LDAP_OPT_X_TLS_CACERTFILE, file.c_str(), "a file of authorities");

@@ -106,8 +106,7 @@ const ads::ClassProperties& LiveSchema::properties(LdapConnection& connection, c
     search.filter = classes_filter(wanted);
     known.merge(Names(wanted));
     if (known.size() > kMostClasses)
-      base::raise(kProtocolError,
-                  "The server does not come to an end with the classes above " + std::string(name));
+      base::raise(kProtocolError, "The server never finishes sending the classes above " + std::string(name));
     connection.require_going_on();
     Names further;
     connection.search(search, [&](LdapEntry&& entry) {

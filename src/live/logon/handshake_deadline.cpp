@@ -83,7 +83,7 @@ HandshakeDeadline::~HandshakeDeadline() = default;
 void HandshakeDeadline::watch(ldap* connection, std::chrono::seconds patience) {
   hook_->patience = patience;
   if (ldap_set_option(connection, LDAP_OPT_CONNECT_CB, &hook_->callbacks) != LDAP_OPT_SUCCESS)
-    base::raise(platform::ads_error::kServerDown, "The LDAP library does not take a time limit for TLS");
+    base::raise(platform::ads_error::kServerDown, "The LDAP library does not accept a time limit for TLS");
 }
 
 void HandshakeDeadline::end() {

@@ -30,7 +30,7 @@ KerberosFailure explain_kerberos(std::int32_t code, const std::string& principal
     case KRB5KRB_AP_ERR_TKT_EXPIRED:
     case KRB5KDC_ERR_NEVER_VALID:
       return {ads_error::kLogonFailure,
-              "The Kerberos ticket of " + or_nobody(principal) + " has ended. Renew it with `kinit`"};
+              "The Kerberos ticket of " + or_nobody(principal) + " has expired. Renew it with `kinit`"};
     case KRB5KRB_AP_ERR_SKEW:
     case KRB5_KDCREP_SKEW:
     case KRB5KRB_AP_ERR_TKT_NYV:

@@ -49,7 +49,7 @@ void enumerate_kind(AccountSession& session, std::uint32_t operation, bool built
       return;
     told += names->count;
     if (resume == from || told > kMostAccounts)
-      base::raise(kProtocolError, "The server does not come to an end with the accounts of the domain");
+      base::raise(kProtocolError, "The server never finishes sending the accounts of the domain");
     session.require_going_on();
   }
 }
@@ -212,7 +212,7 @@ SamAccount AccountService::create(std::string_view name, Kind kind) {
   });
   auto account = find(name);
   if (!account)
-    base::raise(kUserNotFound, "The account " + text + " was made and is not there");
+    base::raise(kUserNotFound, "The account " + text + " was made but does not exist");
   return *std::move(account);
 }
 

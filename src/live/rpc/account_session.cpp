@@ -114,7 +114,7 @@ void AccountSession::open(Domain& domain) {
   domain.sid = part_of(sid);
   // An account's identifier has one more number.
   if (domain.sid.num_auths < 1 || static_cast<std::size_t>(domain.sid.num_auths) >= std::size(sid->sub_auths))
-    base::raise(kBadStub, "The server's answer is not of its form: no domain has such an identifier");
+    base::raise(kBadStub, "The server's answer is malformed: no domain has such an identifier");
   samr_OpenDomain opened{};
   opened.in.connect_handle = &connection_;
   opened.in.access_mask = kMaximumAllowed;
@@ -223,7 +223,7 @@ std::vector<SamAccount> look_up_rids(AccountSession& session, std::vector<std::u
     const auto texts = items_of(names.names, names.count);
     const auto kinds = items_of(types.ids, types.count);
     if (texts.size() > call.in.num_rids || kinds.size() != texts.size())
-      base::raise(kBadStub, "The server's answer is not of its form: other names than were asked for");
+      base::raise(kBadStub, "The server's answer is malformed: other names than requested");
     for (std::size_t i = 0; i < texts.size(); ++i) {
       std::string name = from_lsa(texts[i]);
       const auto kind = kind_of(kinds[i]);

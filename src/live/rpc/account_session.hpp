@@ -77,7 +77,7 @@ class OpenAccount {
 template <typename Part>
 Part& part_of(Part* part) {
   if (part == nullptr)
-    base::raise(kBadStub, "The server's answer is not of its form: a part is missing");
+    base::raise(kBadStub, "The server's answer is malformed: a part is missing");
   return *part;
 }
 /// The items of a list whose count the answer gives. Raises the same.

@@ -11,7 +11,7 @@ constexpr std::size_t kAlignment = 4;
 constexpr std::uint32_t kFirstPointer = 0x00020000;
 
 [[noreturn]] void bad_stub(const char* why) {
-  base::raise(kBadStub, std::string("The server's answer is not of its form: ") + why);
+  base::raise(kBadStub, std::string("The server's answer is malformed: ") + why);
 }
 
 }  // namespace

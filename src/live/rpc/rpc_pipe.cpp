@@ -262,7 +262,7 @@ void RpcPipe::call(std::uint32_t operation, void* arguments, void* memory) {
 
 void RpcPipe::require_going_on() const {
   if (credentials_ != nullptr && credentials_->is_stopped())
-    base::raise(kStopped, "Stopped before " + host_ + " had told everything");
+    base::raise(kStopped, "Stopped before " + host_ + " had sent everything");
 }
 
 base::Bytes RpcPipe::session_key() {

@@ -201,11 +201,10 @@ void ServerService::add(const ShareInfo502& share) {
   const ShareInfo502 kept = get(share.shi502_netname);
   if (share.shi502_security_descriptor && !kept.shi502_security_descriptor) {
     remove(share.shi502_netname);
-    base::raise(
-        platform::security_error::kAccessDenied,
-        "The share " + share.shi502_netname + " of " + pipe_.host() +
-            ": the server kept no access list for it, so it was taken away again. A Samba server keeps "
-            "one for its superuser alone");
+    base::raise(platform::security_error::kAccessDenied,
+                "The share " + share.shi502_netname + " of " + pipe_.host() +
+                    ": the server stored no access list for it, so it was removed again. A Samba server "
+                    "stores one only for its superuser");
   }
   keep_limit(share, kept);
 }
@@ -278,7 +277,7 @@ std::vector<ShareInfo502> ServerService::all() {
     if (number != kMoreData || empty || part.resume == 0)
       return shares;
     if (part.resume == resume || shares.size() > kMostShares)
-      base::raise(kProtocolError, pipe_.host() + " does not come to an end with its shares");
+      base::raise(kProtocolError, pipe_.host() + " never finishes sending its shares");
     resume = part.resume;
     pipe_.require_going_on();
   }

@@ -34,7 +34,7 @@ std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* 
   add_caption(*column, "Import_Text", form.Import_Text);
   auto* const bar = new QProgressBar(dialog);
   bar->setObjectName("ProgressBar1");
-  bar->setAccessibleName("Progress of the user in hand");
+  bar->setAccessibleName("Progress of the current user");
   column->addWidget(bar);
   bind_to(*bar, form.ProgressBar1);
   follow(*bar, form.ProgressBar1.value, [bar](int) { bar->repaint(); });

@@ -17,8 +17,7 @@ std::unique_ptr<QDialog> make_custom(session::Session& session, QWidget* parent)
   dialog->resize(460, 280);
   auto* const box = new QVBoxLayout(dialog.get());
   auto* const what = new QLabel(
-      "Up to four attributes that the User Details tab shows beside its own. A cleared row is hidden.",
-      dialog.get());
+      "Up to four custom attributes that the User Details tab shows. A cleared row is hidden.", dialog.get());
   what->setWordWrap(true);
   box->addWidget(what);
   ListLook look;

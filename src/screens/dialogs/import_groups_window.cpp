@@ -43,7 +43,7 @@ QGroupBox* make_account(session::Session& session, QWidget* parent) {
   field->setToolTip("Used to set Expireation date on imported accounts");
   field->setPlaceholderText("day/month/year, or %IMPORTn%");
   auto* const note = new QLabel(
-      "The accounts end when that day begins. Write \"end of\" in front for their last day.", group);
+      "The accounts end when that day begins. Write \"end of\" before it for their last day.", group);
   note->setWordWrap(true);
   form->addRow(note);
   field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 25);

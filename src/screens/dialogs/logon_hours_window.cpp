@@ -51,7 +51,7 @@ QGroupBox* make_zone(session::Session& session, QWidget* parent) {
     box->addWidget(button);
     buttons.push_back(button);
   }
-  buttons.front()->setToolTip("12 hours ahead of UTC, wherever this workstation stands");
+  buttons.front()->setToolTip("12 hours ahead of UTC, wherever this workstation is");
   bind_options(buttons, session.logon_hours.Zone, [&session] { windows::Zone_Click(session); });
   add_hint(*group, *box, "zone_note", session.logon_hours.zone_note);
   return group;

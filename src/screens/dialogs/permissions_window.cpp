@@ -16,7 +16,7 @@ namespace {
 ListPane* add_rows(QDialog& dialog, QBoxLayout& box, session::Session& session) {
   ListLook look;
   look.headings = {"Account", "Access"};
-  look.empty_text = "No accounts. Add puts one in.";
+  look.empty_text = "No accounts. Press Add for one.";
   auto* const rows = new ListPane(session.permissions.ListView1, look, &dialog);
   rows->setObjectName("ListView1");
   rows->setAccessibleName("Accounts and their access");

@@ -14,7 +14,7 @@ QGroupBox* make_storage(session::Session& session, QWidget* parent) {
   box->setObjectName("REG_KEY");
   auto* const rows = new QVBoxLayout(box);
   auto* const person = new QRadioButton("&My account", box);
-  auto* const machine = new QRadioButton("&Everybody on this computer", box);
+  auto* const machine = new QRadioButton("&Everyone on this computer", box);
   person->setObjectName("REG_KEY0");
   machine->setObjectName("REG_KEY1");
   rows->addWidget(person);

@@ -16,7 +16,7 @@ std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* p
   dialog->setWindowTitle("Share Points");
   auto* const box = new QVBoxLayout(dialog.get());
   auto* const what = new QLabel(
-      "Shares by which the directories are reached. Where none is given, the administrative share is used.",
+      "Shares through which the directories are reached. Without one, the administrative share is used.",
       dialog.get());
   what->setWordWrap(true);
   box->addWidget(what);

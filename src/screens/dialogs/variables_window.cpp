@@ -17,7 +17,7 @@ std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* pare
   auto* const box = new QVBoxLayout(dialog.get());
   ListLook look;
   look.headings = {"Name", "Value"};
-  look.empty_text = "No variables. A variable \"Dept\" puts its value wherever %Dept% stands.";
+  look.empty_text = "No variables. The value of a variable \"Dept\" replaces every %Dept%.";
   ListPane* const list = add_edited_list(*box, session, session.variables.ListView1, "ListView1",
                                          windows::mode::kVariables, look, {true, "&Delete"});
   list->setAccessibleName("Template variables");

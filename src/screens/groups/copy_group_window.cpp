@@ -121,7 +121,7 @@ std::unique_ptr<QDialog> make_copy_group(Session& session, QWidget* parent) {
   rows->addLayout(make_fields(session, dialog));
   auto* const results =
       new ListPane(state.ListView1,
-                   {.headings = {"Result"}, .empty_text = "What comes of each user is told here."}, dialog);
+                   {.headings = {"Result"}, .empty_text = "The result for each user appears here."}, dialog);
   results->setObjectName("ListView1");
   results->setAccessibleName("Results");
   rows->addWidget(results, 1);

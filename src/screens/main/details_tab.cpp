@@ -71,9 +71,8 @@ void add_account(QBoxLayout& column, session::Form1& form) {
   QLineEdit* const expires = add_text(rows, "E&xpires:", "AccExpires", form.AccExpires);
   expires->setPlaceholderText("day/month/year or Never");
   expires->setToolTip(
-      "The account ends when this day begins, by the clock of this workstation; write \"end of\" in front "
-      "for the "
-      "last day");
+      "The account ends when this day begins, by the clock of this workstation; write \"end of\" before it "
+      "for the last day");
 }
 
 void add_flags(QBoxLayout& column, session::Form1& form) {

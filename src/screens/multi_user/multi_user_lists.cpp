@@ -113,9 +113,9 @@ QWidget* make_multi_lists(Session& session, QWidget* parent) {
   auto* const movers = new QVBoxLayout;
   row->addLayout(movers);
   movers->addStretch();
-  add_mover(*movers, "Command1", "add", "Take into the selection", session.multi_user.Command1,
+  add_mover(*movers, "Command1", "add", "Add to the selection", session.multi_user.Command1,
             [&session] { batch::Command1_Click(session); });
-  add_mover(*movers, "Command2", "remove", "Take out of the selection", session.multi_user.Command2,
+  add_mover(*movers, "Command2", "remove", "Remove from the selection", session.multi_user.Command2,
             [&session] { batch::Command2_Click(session); });
   movers->addStretch();
   row->addWidget(make_selection(session, lists), 3);

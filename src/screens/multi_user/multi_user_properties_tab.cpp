@@ -41,7 +41,7 @@ void add_fields(QBoxLayout& columns, Session& session, QWidget* parent) {
   QObject::connect(property->lineEdit(), &QLineEdit::editingFinished, property,
                    [&session] { batch::AD_Properties_Leave(session); });
   add_text(*fields, "Chan&ge to:", "AD_CHANGE", session.multi_user.AD_CHANGE)
-      ->setToolTip("%UserName% stands for the name of the user");
+      ->setToolTip("%UserName% is replaced by the name of the user");
   auto* const syntax = new QLabel(parent);
   syntax->setObjectName("Syntax");
   syntax->setTextFormat(Qt::PlainText);

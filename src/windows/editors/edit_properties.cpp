@@ -277,9 +277,9 @@ void W2K_Attribute_Change(Session& session) {
   session::Edit_Properties& window = session.edit_properties;
   const bool in_columns = window.EditPropertiesMode == mode::kW2k || window.EditPropertiesMode == mode::kMail;
   const bool breaks = in_columns && window.W2K_Attribute.text.get().find(',') != base::npos;
-  window.hint.caption =
-      breaks ? "The name ends at the comma: what is behind it is read back as part of the value."
-             : std::string();
+  window.hint.caption = breaks
+                            ? "The name ends at the comma: what follows it is read back as part of the value."
+                            : std::string();
 }
 
 }  // namespace twk::windows

@@ -72,7 +72,7 @@ TEST_F(NtDirectory, AccountIsMadeFilledAndPutIntoGroups) {
   EXPECT_EQ(account("Readers & Co")->Get("groupType").integer(), 2);
 }
 
-TEST_F(NtDirectory, EachSettingIsWrittenAlone) {
+TEST_F(NtDirectory, EachSettingIsWrittenSeparately) {
   User user = make_user("jo");
   user.put_FullName("Jo");
   user.Put("UserFlags", user.Get("UserFlags").integer() | 0x40);
@@ -126,7 +126,7 @@ TEST_F(NtDirectory, NamesInUseAreRefusedByTheNumberOfTheirKind) {
   EXPECT_EQ(number_of([&] { domain->Create("Computer", "x"); }), ads_error::kUnwilling);
 }
 
-TEST_F(NtDirectory, RenamedAccountIsKnownByItsNewNameAlone) {
+TEST_F(NtDirectory, RenamedAccountIsKnownOnlyByItsNewName) {
   const auto domain = domain_object();
   make_user("old");
   EXPECT_EQ(domain->MoveHere("WinNT://OLDNT/old", "new")->Name(), "new");
@@ -140,7 +140,7 @@ TEST_F(NtDirectory, RenamedAccountIsKnownByItsNewNameAlone) {
   EXPECT_EQ(number_of([&] { domain->Delete("Group", "old"); }), ads_error::kGroupNotFound);
 }
 
-TEST_F(NtDirectory, MembershipActsAtOnceAndTellsWhatIsSoAlready) {
+TEST_F(NtDirectory, MembershipActsAtOnceAndReportsWhatWasAlreadySo) {
   const User user = make_user("jo");
   const auto group = domain_object()->Create("Group", "Readers");
   group->Put("Description", "who reads");
@@ -205,7 +205,7 @@ TEST_F(NtDirectory, ValuesThatBreakTheirPropertyAreRefusedAndChangeNothing) {
   EXPECT_EQ(number_of([&] { account("unborn"); }), ads_error::kUserNotFound);
 }
 
-TEST_F(NtDirectory, WrongPasswordAndMissingServerAreToldApart) {
+TEST_F(NtDirectory, WrongPasswordAndMissingServerAreDistinguished) {
   LiveSettings settings = test::nt_settings();
   settings.password = "wrong";
   LiveDomain wrong(settings);
@@ -216,7 +216,7 @@ TEST_F(NtDirectory, WrongPasswordAndMissingServerAreToldApart) {
   EXPECT_EQ(number_of([&] { get("WinNT://OTHER"); }), ads_error::kNoSuchDomain);
 }
 
-TEST_F(NtDirectory, AccountsAreReadAfterTheServerWasStartedAnew) {
+TEST_F(NtDirectory, AccountsAreReadAfterTheServerRestarted) {
   make_user("jo");
   test::control("stop");
   test::control("start");

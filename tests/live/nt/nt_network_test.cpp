@@ -17,13 +17,13 @@ namespace network_error = platform::network_error;
 
 using NtNetwork = test::NtDomainTest;
 
-TEST_F(NtNetwork, ControllerIsToldByTheNameOfItsDomain) {
+TEST_F(NtNetwork, ControllerIsFoundByTheNameOfItsDomain) {
   for (const char* const name : {"", "OLDNT", "oldnt"})
     EXPECT_EQ(network_.NetGetDCName("", name), "\\\\OLDPDC") << name;
   EXPECT_EQ(number_of([&] { network_.NetGetDCName("", "NOSUCH"); }), network_error::kControllerNotFound);
 }
 
-TEST_F(NtNetwork, ShareIsMadeReadAndTakenAwayWithAPassword) {
+TEST_F(NtNetwork, ShareIsMadeReadAndRemovedWithAPassword) {
   platform::ShareInfo502 share;
   share.shi502_netname = "Homes$";
   share.shi502_path = "D:\\Users";
@@ -91,7 +91,7 @@ TEST_F(NtNetwork, FoldersOfItsServersAreReached) {
   EXPECT_FALSE(files_.exists(home));
 }
 
-/// What the server tells of the connections that it has, but for its heading.
+/// The server's list of its connections, without the heading.
 std::string connections() {
   const std::string state = test::variable("TWK_LIVE_STATE");
   const std::string command =

@@ -56,7 +56,7 @@ TEST_F(NtProgram, UserIsCreatedWithHomeShareGroupAndTerminalSettings) {
   EXPECT_EQ(again.exit_code, 2) << again.out;
 }
 
-TEST_F(NtProgram, RefusedLogonAndMissingServerAreToldApart) {
+TEST_F(NtProgram, RefusedLogonAndMissingServerAreDistinguished) {
   const auto logon = [&](const std::string& server, const std::string& password,
                          const std::vector<std::string>& command) {
     std::vector<std::string> all = {TWK_BIN_DIR "/twk", "--no-input", "--domain", "OLDNT",

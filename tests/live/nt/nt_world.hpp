@@ -16,11 +16,11 @@ inline live::LiveSettings nt_settings() {
   return settings;
 }
 
-/// The domain without a directory; what a test made there goes with its fixture.
+/// The domain without a directory; what a test made there is deleted with its fixture.
 class NtDomainTest : public testing::Test {
  protected:
   NtDomainTest() {
-    // What a broken-off run left on the file server.
+    // What an interrupted run left on the file server.
     for (const auto& left : std::filesystem::directory_iterator(
              std::filesystem::path(variable("TWK_LIVE_STATE")) / "srv/d/Users"))
       std::filesystem::remove_all(left.path());
