@@ -52,7 +52,7 @@ bool is_valid_utf8(std::string_view text);
 /// The text with every byte that is not well-formed UTF-8 replaced by U+FFFD.
 std::string to_valid_utf8(std::string_view text);
 
-/// Code page 1252; the five bytes that the code page leaves undefined stand for the control characters of the
+/// Code page 1252; the five bytes that the code page leaves undefined mean the control characters of the
 /// same number. Nothing when a character has no place in the code page.
 std::optional<std::string> to_ansi(std::string_view text);
 /// The same with `substitute` for what has no place; only for bytes that accompany the whole text.

@@ -116,7 +116,7 @@ class ListView {
   void forget(const ListRow& row);
   /// Takes the rows out, in the order given, without a word to the watchers.
   Rows take(const std::vector<const ListRow*>& rows);
-  /// Turning drawing off tells that all rows may become others; until it is on again nothing is told.
+  /// Turning drawing off announces that all rows may change; until it is on again nothing is reported.
   void set_drawing(bool on);
   void tell(ListChange::Kind kind, std::size_t place = 0) const;
 
@@ -131,8 +131,8 @@ class ListView {
 /// Moves a row, with key, text and icon, to the end of another list.
 void move_row(ListView& from, const ListRow& row, ListView& to);
 /// The same for many, in the order given, in time that grows with the lists and not with their product. Rows
-/// that are not in the first list are passed over; a row whose key the other list has already is only
-/// removed. Many rows are told as a reset of both lists.
+/// that are not in the first list are skipped; a row whose key the other list already has is only removed.
+/// Many rows are reported as a reset of both lists.
 void move_rows(ListView& from, const std::vector<const ListRow*>& rows, ListView& to);
 
 }  // namespace twk::controls

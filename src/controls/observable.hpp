@@ -69,7 +69,7 @@ class Observable {
   }
 
   [[nodiscard]] const T& get() const { return value_; }
-  operator const T&() const { return value_; }  // NOLINT: it stands for its value
+  operator const T&() const { return value_; }  // NOLINT: it acts as its value
   [[nodiscard]] Watch watch(Signal::Callback callback) const { return changed_.watch(std::move(callback)); }
 
   friend bool operator==(const Observable& observable, const T& value) { return observable.value_ == value; }

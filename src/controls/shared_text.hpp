@@ -11,7 +11,7 @@ namespace twk::controls {
 class SharedText {
  public:
   SharedText() : SharedText(std::string_view()) {}
-  SharedText(std::string_view text);  // NOLINT(*-explicit-*): it stands for the text
+  SharedText(std::string_view text);  // NOLINT(*-explicit-*): it acts as the text
   SharedText(const char* text) : SharedText(std::string_view(text)) {}         // NOLINT(*-explicit-*)
   SharedText(const std::string& text) : SharedText(std::string_view(text)) {}  // NOLINT(*-explicit-*)
 

@@ -107,7 +107,7 @@ class TreeView {
   void unlink_text(const TreeNode& node);
   [[nodiscard]] std::vector<TreeNode*>& siblings_below(TreeNode* parent);
   void erase(TreeNode& node);
-  /// Turning drawing off tells that all nodes may become others; until it is on again nothing is told.
+  /// Turning drawing off announces that all nodes may change; until it is on again nothing is reported.
   void set_drawing(bool on);
   void tell(TreeChange::Kind kind, TreeNode* node = nullptr, std::size_t place = 0) const;
 

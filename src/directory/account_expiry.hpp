@@ -19,7 +19,7 @@ struct TypedExpiry {
 };
 /// Reads "31/12/2026" or "2026-12-31", also with a time after it, as `base::parse_date` does; "end of" before
 /// a day for the moment when the next day begins; "never". In any letter case. A day before 1970 is refused,
-/// and so is 1 January 1970, which stands for "never" in the directory.
+/// and so is 1 January 1970, which means "never" in the directory.
 TypedExpiry read_expiry(platform::Clock& clock, std::string_view text);
 /// The same, but raises a type mismatch for a text that is not accepted.
 std::optional<base::Date> expiry_of_text(platform::Clock& clock, std::string_view text);

@@ -28,7 +28,7 @@ void Find_NT_User(session::Session& session);
 void frmFindW2KUser_Load(session::Session& session);
 /// Lists the users whose common name contains what was typed.
 void btnGo_Click(session::Session& session);
-/// The rows of that search. "*" stands for any text, as does an empty text; any other character for itself.
+/// The rows of that search. "*" means any text, as does an empty text; any other character means itself.
 /// False when the directory could not be asked; `reason` then says why.
 bool Find_AD_Users(session::Session& session, std::string_view text, std::string* reason = nullptr);
 /// Opens the tree down to the selected row's user and selects its node. False when the tree does not show it,

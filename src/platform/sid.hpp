@@ -42,7 +42,7 @@ class Sid {
 namespace well_known {
 
 Sid everyone();             ///< "World", S-1-1-0
-Sid creator_owner();        ///< S-1-3-0: stands for the owner when a list is inherited
+Sid creator_owner();        ///< S-1-3-0: replaced by the owner when a list is inherited
 Sid creator_group();        ///< S-1-3-1
 Sid owner_rights();         ///< S-1-3-4
 Sid authenticated_users();  ///< S-1-5-11

@@ -62,7 +62,7 @@ enum class Consent {
   kYes
 };
 
-/// Flags of the runs that delete and move users, set by whoever starts them.
+/// Flags of the runs that delete and move users, set by their callers.
 struct AccountRuns {
   bool Delete_Running = false;
   bool Move_Running = false;

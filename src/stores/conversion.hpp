@@ -8,7 +8,7 @@ struct Session;
 }
 
 /// Converts the files of a database directory to today's layout. Records that are marked as deleted are
-/// left behind, so record numbers change. The old bytes stay under another ending (".v22", ".v23", ".v24");
+/// left out, so record numbers change. The old bytes stay under another ending (".v22", ".v23", ".v24");
 /// the file keeps its access rights, and stays a link if it is one. A file that has today's layout is left
 /// alone: another administrator converted it. Steps go to "Convert.log" in the working directory of the
 /// program.

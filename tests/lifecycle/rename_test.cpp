@@ -173,7 +173,7 @@ const Case kCases[] = {
      "ann",
      "\\\\FS1\\Users\\john",
      "",
-     "YELLOW  Home Directory not renamed for ann: No folder of \\\\FS1\\D$\\Users\\john bears the name jo",
+     "YELLOW  Home Directory not renamed for ann: No folder of \\\\FS1\\D$\\Users\\john has the name jo",
      kJo,
      {"jo$", "Users"},
      {}},

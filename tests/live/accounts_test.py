@@ -105,7 +105,7 @@ def switch_accounts():
         may_log_on(name, FIRST, False, "while disabled")
     if IS_AD:
         told, _, _ = users("enable", "--ou", UNIT)
-        expect("PC7" in told, False, "a computer is no user of its unit")
+        expect("PC7" in told, False, "a computer is not a user of its unit")
         expect(len(told), 4, "users right in the unit")
     else:
         users("enable", "mu1", "mu2", "mu3")
@@ -133,7 +133,7 @@ def unlock_accounts():
     else:
         expect("L" in flags("mu3"), True, "mu3 is locked")
     told, _, errors = users("find-locked")
-    expect("mu3" in told or any("mu3" in name for name in told), True, f"find-locked tells mu3 ({errors})")
+    expect("mu3" in told or any("mu3" in name for name in told), True, f"find-locked reports mu3 ({errors})")
     may_log_on("mu3", FIRST, False, "while locked")
     users("unlock", "mu3")
     may_log_on("mu3", FIRST, True, "once unlocked")
@@ -159,7 +159,7 @@ def lasting_passwords():
 
 
 def lose_the_server(names):
-    """The controller is started anew in the middle of a batch: the rest goes on, and each row tells what became of it."""
+    """The controller restarts in the middle of a batch: the rest continues, and each row reports its outcome."""
     process = subprocess.Popen(
         twk_command("--json", "users", "password-never-expires", "--from-file", "-"), stdin=subprocess.PIPE,
         stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
@@ -176,7 +176,7 @@ def lose_the_server(names):
     restart.join()
     code = process.wait(timeout=120)
     told = {row["user"]: row["light"] for row in rows if "user" in row}
-    expect(len(told), len(names), "users told of")
+    expect(len(told), len(names), "users reported")
     done = [name for name, light in told.items() if light == "GREEN"]
     expect(len(done) >= len(names) - 1, True, f"the rest went on ({len(done)} done, {process.stderr.read()})")
     expect(code, 0 if len(done) == len(names) else 1, "exit code")
@@ -205,7 +205,7 @@ def main():
             expect(run("pdbedit", "-u", "mu1", "-s", CONF, codes=None).returncode != 0, True, "mu1 is gone")
     if failures:
         sys.exit("\n".join(failures) + f"\n{len(failures)} failures")
-    print("The commands for many users did what they told.")
+    print("The commands for many users did what they reported.")
 
 
 main()

@@ -54,7 +54,7 @@ END
   done
 }
 
-# An Exchange 5.5 directory beside the domain, which knows the domain's tickets.
+# An Exchange 5.5 directory next to the domain, which knows the domain's tickets.
 provision_exchange() {
   local folder="$state/exchange" conf="$state/domain/etc/smb.conf"
   mkdir -p "$folder/data"

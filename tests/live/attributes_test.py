@@ -63,7 +63,7 @@ def one_value():
     holds("pa3", "department", "Members")
     set_attribute("company", "Tarnwick", "--ou", UNIT, wanted=[f"GREEN {name}" for name in NAMES])
     holds("PC8", "company")
-    # An attribute that only the server's own schema tells of.
+    # An attribute that is only in the server's own schema.
     set_attribute("msDS-cloudExtensionAttribute1", "own", "pa1", wanted=["GREEN pa1"])
     holds("pa1", "msDS-cloudExtensionAttribute1", "own")
 

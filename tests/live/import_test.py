@@ -70,7 +70,7 @@ def create(*arguments, codes=(0,)):
 
 
 def lights(text):
-    """Account names of the rows that an import tells, by light."""
+    """Account names of the rows that an import prints, by light."""
     rows = [json.loads(line) for line in text.splitlines() if line.startswith("{")]
     rows = [row for row in rows if "line" in row]
     return {light: [row["user"] for row in rows if row.get("light") == light] for light in ("GREEN", "YELLOW", "RED")}
@@ -133,8 +133,8 @@ def look_at_hours():
 
 
 def create_with_bad_rows():
-    """A country code of eight letters, a principal name that is somebody's and what only the server may change stay out,
-    and each is told."""
+    """A country code of eight letters, a principal name in use and what only the server may change stay out,
+    and each is reported."""
     run("samba-tool", "user", "create", "principal.owner", FIRST, "-s", CONF)
     twk("table", "set", "w2k", text="p,company,Acme\np,c,Atlantis\np,isDeleted,TRUE\np,userPrincipalName,principal.owner@%Domain%\np,title,Clerk\n")
     create("create", "--template", "Staff", "Bad", "Rows", codes=(1,))
@@ -150,7 +150,7 @@ def create_with_bad_rows():
 
 
 def create_without_password():
-    """Such an account is disabled, which is told."""
+    """Such an account is disabled, which is reported."""
     twk("settings", "set", "Setup", "Password", text="\n")
     create("create", "--template", "Staff", "Pass", "Less", codes=(1,))
     expect("userAccountControl: 546", "the account", run("samba-tool", "user", "show", "Pass.Less", "-s", CONF).stdout)
@@ -167,7 +167,7 @@ def main():
         told = create("import", str(source), "--template", "Staff", "--skip-prompts", codes=(0, 1)).stdout
         made = lights(told)
         if len(made["GREEN"]) + len(made["YELLOW"]) + len(made["RED"]) != 50 or len(made["GREEN"]) < 44:
-            failures.append(f"the import told:\n{told}\n{twk('log', 'show', '--tail', '40').stdout}")
+            failures.append(f"the import reported:\n{told}\n{twk('log', 'show', '--tail', '40').stdout}")
         rows = {}
         for row in csv.reader(lines):
             if len(row) > 3:

@@ -46,7 +46,7 @@ def create(name):
 
 
 def shown(name):
-    """What another tool tells of an account; nothing when there is none."""
+    """What another tool says about an account; nothing when there is none."""
     tool = ("samba-tool", "user", "show", name) if IS_AD else ("pdbedit", "-v", "-u", name)
     return run(*tool, "-s", CONF, codes=None).stdout
 

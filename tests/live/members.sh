@@ -8,7 +8,7 @@ export TWK_LIVE_CONTROL="$here/members-control"
 export KRB5_CONFIG="$state/krb5.conf" KRB5CCNAME="FILE:$state/ticket"
 export TWK_LIVE_SUPERUSER_TICKET="$KRB5CCNAME"
 
-# One link a server to a bridge beside the command; a process holds the server's namespaces.
+# One link for each server to a bridge next to the command; a process holds the server's namespaces.
 hold() {
   local server="$1" address="$2" holder
   mkdir -p "$state/$server"
@@ -28,7 +28,7 @@ hold() {
   until [[ "$(cat "/proc/$holder/comm")" == sleep ]]; do sleep 0.02; done
 }
 
-# What every file server is told, and the controller too.
+# The configuration of every file server, and of the controller.
 shares_conf() {
   cat <<END
 	add share command = $here/share-command

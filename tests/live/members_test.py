@@ -69,7 +69,7 @@ def files(top):
 
 
 def account(name, *attributes):
-    """What the directory tells of accounts, of all but Jo when no name is given."""
+    """What the directory says about accounts, of all but Jo when no name is given."""
     who = f"(sAMAccountName={name})" if name else "(&(objectCategory=person)(!(sAMAccountName=Jo)))"
     told = run("ldapsearch", "-LLL", "-Q", "-N", "-Y", "GSSAPI", "-H", "ldap://" + LIVE["SERVER"], "-b",
                "DC=hq,DC=north,DC=example", who, *(attributes or ("homeDirectory", "profilePath", "memberOf"))).stdout

@@ -68,7 +68,7 @@ END
   printf '%s\n%s\n' "$TWK_LIVE_PASSWORD" "$TWK_LIVE_PASSWORD" | smbpasswd -c "$conf" -s -a root
   make_group ntadmins "Domain Admins" rid=512 domain
   make_group ntusers "Domain Users" rid=513 domain
-  # The service makes local groups with a winbind beside it alone.
+  # The service makes local groups only with a winbind next to it.
   make_group nthelpers Helpers rid=2001 local
   make_group ntbuiltin Administrators sid=S-1-5-32-544 local
 }

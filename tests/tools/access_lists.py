@@ -41,7 +41,7 @@ def acl(aces, size=None, revision=2):
     return (struct.pack("<BBHHH", revision, 0, size, len(aces), 0) + body).ljust(size, b"\0")
 
 
-# What the folder has before: System and Everyone, with no room behind.
+# What the folder has before: System and Everyone, without spare room.
 OLD_ACES = [ace(ALLOW, 3, FULL, SYSTEM), ace(ALLOW, 3, READ, EVERYONE)]
 OLD = acl(OLD_ACES)
 GROWN = len(OLD) + 200

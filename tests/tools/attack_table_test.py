@@ -1,4 +1,4 @@
-"""Gives an account homes and profiles that are somebody else's, or nobody's to give, and deletes, moves and renames it:
+"""Gives an account homes and profiles that belong to someone else, or to nobody, and deletes, moves and renames it:
 no file, share, list or account of another may change, and the rehearsal must tell the same end as the run.
 
     attack_table_test.py PATH-OF-TWK

@@ -40,7 +40,7 @@ def midnight(day, zone):
 
 
 def shown(stored, zone):
-    """What `user show` tells of a stored moment in a zone."""
+    """What `user show` prints for a stored moment in a zone."""
     local = (EPOCH + datetime.timedelta(microseconds=stored // 10)).astimezone(zoneinfo.ZoneInfo(zone))
     return local.strftime("%Y-%m-%d" if local.time() == datetime.time() else "%Y-%m-%d %H:%M:%S")
 
@@ -52,7 +52,7 @@ class Lab:
         self.twk("UTC", "lab", "init", folder, "--kind", kind, "--sample", "--users", str(2 * len(DAYS)))
         rows = self.read("UTC", "user", "list")[:2 * len(DAYS)]
         self.users = [row["name"] for row in rows]
-        # Hits of a search are told by their distinguished name, where there is one.
+        # Hits of a search are printed by their distinguished name, if there is one.
         self.names = {row["dn"] or row["name"]: row["name"] for row in rows}
 
     def twk(self, zone, *words):

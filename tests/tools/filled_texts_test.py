@@ -37,7 +37,7 @@ def data(chance, letters):
 # --- An own reading of the rules, with data marked so that no later step sees a tag in it ---
 
 MARK = "\x00"
-OF_DATA = 0xE000  # what of data could change a tag behind it
+OF_DATA = 0xE000  # what in data could change a tag after it
 
 
 def inert(text):

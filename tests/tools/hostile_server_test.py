@@ -225,7 +225,7 @@ def is_left(search, how):
 
 def main():
     pathlib.Path("password").write_text("Welcome-2-Work\n")
-    # A file that the library would read in the current folder, and that would take the check away.
+    # A file that the library would read in the current folder, and that would switch off the check.
     pathlib.Path("ldaprc").write_text("TLS_REQCERT never\nTLS_CACERT other.pem\nURI ldap://127.0.0.1:1\nNETWORK_TIMEOUT 1\n")
     certificate("cert.pem", "both.pem", "DNS:localhost,IP:127.0.0.1")
     certificate("other.pem", "other-both.pem", "DNS:localhost,IP:127.0.0.1")

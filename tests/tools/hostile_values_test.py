@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Hostile values from a CSV file, from the directory and from a fellow's tables go through every command, format, path, filter,
 name, log and console line: each stays the value that it is, or is refused, and nothing else changes. Looked at with other
-eyes: the lab's LDIF, the words that a script was given, the folders of the lab's server, and the bytes of all that is told.
+eyes: the lab's LDIF, the words that a script was given, the folders of the lab's server, and the bytes of all output.
 
     hostile_values_test.py PATH-OF-TWK
 """
@@ -146,7 +146,7 @@ def check_import():
 
 
 def check_directory():
-    """People of a directory that somebody else filled, as they are shown, looked for and deleted."""
+    """People of a directory that someone else filled, as they are shown, searched and deleted."""
     lines = []
     for place, value in enumerate(VALUES):
         coded = base64.b64encode(bytes_of(value)).decode()

@@ -39,7 +39,7 @@ def run(lab, *arguments):
 
 
 def traced(lab, *options):
-    """The move under strace; gives what that tells of its calls."""
+    """The move under strace; returns what that reports about its calls."""
     told = f"{lab}.strace"
     done = subprocess.run(["strace", "-f", "-qq", "-o", told, "-e", f"trace={','.join(CALLS)}", *options, *twk(lab, *MOVE)],
                           capture_output=True, text=True, env=ENVIRONMENT)

@@ -11,7 +11,7 @@ import subprocess
 import sys
 import tempfile
 
-# A template's fields that every generation has, in two runs; what comes between and behind differs.
+# A template's fields that every generation has, in two runs; what comes between and after differs.
 HEAD = "25s75s75s75s75s20s20s"
 SCRIPT = "20s2s"
 # Generation: groups, variables, has logon hours, has a primary group, record length.

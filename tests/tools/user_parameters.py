@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes values of the attribute "userParameters" as the protocol document tells them, for tests and the fuzzer.
+"""Writes values of the attribute "userParameters" as the protocol document describes them, for tests and the fuzzer.
 
 usage: user_parameters.py FOLDER        (tests/fuzz/corpus/user_parameters)
 

@@ -48,7 +48,7 @@ int find_users(Context& context, const std::string& text) {
 void add_user_find(Command& user, Context& context) {
   auto text = std::make_shared<std::string>();
   auto* find = user.add_subcommand("find", "Find users by part of their name");
-  find->add_option("TEXT", *text, "Part of the name; * stands for any text in Active Directory")->required();
+  find->add_option("TEXT", *text, "Part of the name; * means any text in Active Directory")->required();
   find->callback([=, &context] { context.set_action([=, &context] { return find_users(context, *text); }); });
 }
 

@@ -138,7 +138,7 @@ PlannedFolder Planner::plan(bool is_home) {
   const auto part = named_part(*path, user_.old_names);
   if (!part) {
     planned.fate = path->settled > 0 ? FolderFate::kFollows : FolderFate::kOtherName;
-    planned.why = "No folder of " + path->folder.text() + " bears the name " + user_.old_names.front();
+    planned.why = "No folder of " + path->folder.text() + " has the name " + user_.old_names.front();
     return planned;
   }
   FolderRenaming renaming = renaming_of(*path, *part);

@@ -27,7 +27,7 @@ class Context {
   Context(const Context&) = delete;
   Context& operator=(const Context&) = delete;
   ~Context() { krb5_free_context(context_); }
-  operator krb5_context() const { return context_; }  // NOLINT: it stands for the handle
+  operator krb5_context() const { return context_; }  // NOLINT: it acts as the handle
 
   [[nodiscard]] std::string text_of(krb5_error_code code) const {
     const char* const message = krb5_get_error_message(context_, code);
@@ -55,7 +55,7 @@ class Principal {
   Principal& operator=(const Principal&) = delete;
   ~Principal() { krb5_free_principal(context_, principal_); }
   krb5_principal* out() { return &principal_; }
-  operator krb5_principal() const { return principal_; }  // NOLINT: it stands for the handle
+  operator krb5_principal() const { return principal_; }  // NOLINT: it acts as the handle
   [[nodiscard]] std::string realm() const { return {principal_->realm.data, principal_->realm.length}; }
 
  private:

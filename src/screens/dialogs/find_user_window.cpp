@@ -18,7 +18,7 @@ void add_search_row(QVBoxLayout& rows, session::Session& session, QDialog& dialo
   label->setObjectName("Label1");
   auto* const text = new QLineEdit(&dialog);
   text->setObjectName("txtFind");
-  text->setPlaceholderText("Part of a name; * stands for any text");
+  text->setPlaceholderText("Part of a name; * means any text");
   label->setBuddy(text);
   bind_to(*text, session.find_user.txtFind);
   row->addWidget(label);
