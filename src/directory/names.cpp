@@ -24,7 +24,7 @@ std::size_t find_marker(std::string_view text, std::string_view marker, std::siz
 }
 
 /// What follows the comma of the first of these markers (case ignored); empty when there is none.
-std::string behind_first(std::string_view text, std::initializer_list<std::string_view> markers) {
+std::string after_first(std::string_view text, std::initializer_list<std::string_view> markers) {
   std::size_t first = base::npos;
   for (const std::string_view marker : markers)
     first = std::min(first, find_marker(text, marker));
@@ -56,11 +56,11 @@ std::string domain_dns_name(std::string_view distinguished_name) {
 
 std::string parent_of_ou(std::string_view distinguished_name) {
   constexpr std::size_t kLongestParent = 200;
-  return std::string(base::left(behind_first(distinguished_name, {",OU=", ",DC="}), kLongestParent));
+  return std::string(base::left(after_first(distinguished_name, {",OU=", ",DC="}), kLongestParent));
 }
 
 std::string parent_of_user(std::string_view ads_path) {
-  return behind_first(ads_path, {",OU=", ",DC=", ",CN="});
+  return after_first(ads_path, {",OU=", ",DC=", ",CN="});
 }
 
 std::string_view name_above(std::string_view distinguished_name) {

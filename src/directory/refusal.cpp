@@ -9,7 +9,7 @@
 namespace twk::directory {
 namespace {
 
-bool can_be_mended(std::uint32_t number) {
+bool can_be_corrected(std::uint32_t number) {
   using namespace platform::ads_error;
   return number == kObjectExists || number == kInvalidDn || number == kConstraint || number == kUnwilling;
 }
@@ -25,7 +25,7 @@ void tell(session::Session& session, std::string_view title, std::string_view li
 void tell_refusal(session::Session& session, std::string_view title, const std::string& what,
                   const base::Trap& failure) {
   const std::string text = what + ": " + base::in_words(failure.number(), failure.description());
-  tell(session, title, can_be_mended(failure.number()) ? session::kYellow : session::kRed, text,
+  tell(session, title, can_be_corrected(failure.number()) ? session::kYellow : session::kRed, text,
        text + "\r\n\r\nError Number: " + base::to_text(failure.number()));
 }
 

@@ -66,7 +66,7 @@ void choose_list(Session& session, ListView& other, bool adds) {
   form.UM_REMOVE_GROUP.enabled = shown && !adds;
 }
 
-void give_groups_back(session::Form1& form) {
+void return_groups(session::Form1& form) {
   // A row that is in the other list already raises; it is gone from this one then, as it should be.
   base::Trap trap;
   while (!form.ListView4.empty())
@@ -106,7 +106,7 @@ void node_chosen(Session& session, const controls::TreeNode& node) {
 void Clear_UM(Session& session) {
   session::Form1& form = session.form1;
   if (!read_load_options(session).SkipGroups)
-    give_groups_back(form);
+    return_groups(form);
   for (controls::CheckBox* box : {&form.chkMustChange, &form.chkCantChange, &form.chkAcctLockedOut,
                                   &form.chkPwdNever, &form.chkAcctDisabled}) {
     box->value = 0;

@@ -38,7 +38,7 @@ std::string value_to_write(Session& session, const MailboxOwner& owner, const co
 }
 
 /// Values left staged by a refused call would spoil the next one.
-void bind_anew(Session& session, ObjectPtr& user) {
+void bind_again(Session& session, ObjectPtr& user) {
   if (user == nullptr)
     return;
   base::Trap gone;
@@ -55,7 +55,7 @@ void write_row(Session& session, ObjectPtr& user, const std::string& attribute, 
   session.MailWarning = true;
   session.log.reason("Error setting " + attribute + ", " + value + ": " +
                      base::in_words(trap.number(), trap.description()));
-  bind_anew(session, user);
+  bind_again(session, user);
 }
 
 void write_rows(Session& session, ObjectPtr& user, const MailboxOwner& owner) {
@@ -103,7 +103,7 @@ bool CreateMailbox2000(Session& session, ObjectPtr& user, const MailboxOwner& ow
     session.log.line("Error Number: " + hex_number(trap.number()));
     session.Error_Log_Text = trap.description();
     session.log.reason(session.Error_Log_Text);
-    bind_anew(session, user);
+    bind_again(session, user);
     return false;
   }
   write_rows(session, user, owner);

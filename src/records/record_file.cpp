@@ -15,7 +15,7 @@ constexpr std::uint64_t kNumbersLock = 0x7FFFFFFE;
 constexpr std::size_t kBlockSize = 256UL * 1024;
 
 /// A lock that cannot be released ends with the file, which its user closes at once.
-void give_back(platform::RandomFile& file, std::uint64_t offset, std::uint64_t count) {
+void release(platform::RandomFile& file, std::uint64_t offset, std::uint64_t count) {
   base::Trap trap;
   trap([&] { file.unlock(offset, count); });
 }
@@ -28,7 +28,7 @@ class RecordLock {
   }
   RecordLock(const RecordLock&) = delete;
   RecordLock& operator=(const RecordLock&) = delete;
-  ~RecordLock() { give_back(file_, offset_, count_); }
+  ~RecordLock() { release(file_, offset_, count_); }
 
  private:
   platform::RandomFile& file_;
@@ -39,7 +39,7 @@ class RecordLock {
 }  // namespace
 
 RecordFile::NumbersHold::~NumbersHold() {
-  give_back(file_, kNumbersLock, 1);
+  release(file_, kNumbersLock, 1);
 }
 
 RecordFile::NumbersHold RecordFile::hold_numbers() {

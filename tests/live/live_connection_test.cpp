@@ -272,10 +272,10 @@ TEST(LostConnection, InTheMiddleOfAWalkIsReportedAndTheNextWalkIsWhole) {
   search.base = domain.root_dn();
   search.attributes = {"1.1"};
   search.page_size = 20;
-  const auto walk = [&](int stop_behind, const char* how) {
+  const auto walk = [&](int stop_after, const char* how) {
     int entries = 0;
     domain.ldap().search(search, [&](live::LdapEntry&&) {
-      if (++entries == stop_behind)
+      if (++entries == stop_after)
         control(how);
       return true;
     });

@@ -15,7 +15,7 @@ namespace security_error = platform::security_error;
 constexpr std::uint32_t kLogonFailure = 1326;  // ERROR_LOGON_FAILURE, [MS-ERREF] 2.2
 
 /// True for a number that `report_failure` has an exit code for.
-bool is_told_by_number(std::uint32_t number) {
+bool has_exit_code(std::uint32_t number) {
   switch (number) {
     case base::error::kBadFileName:
     case base::error::kFileNotFound:
@@ -44,7 +44,7 @@ bool is_told_by_number(std::uint32_t number) {
     case security_error::kInvalidDescriptor:
       throw BadInput(failure.description());
     default:
-      if (is_told_by_number(failure.number()))
+      if (has_exit_code(failure.number()))
         throw base::RuntimeError(failure.number(), failure.description());
       throw Refused(failure.description());
   }

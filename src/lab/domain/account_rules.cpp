@@ -59,10 +59,10 @@ std::string stored_flags(const Entry* entry, ads::Provider provider, std::int32_
 /// The rules of single attributes; may append accompanying changes.
 void apply_rules(const LabDomain& domain, const Entry* entry, bool user, ads::Provider provider,
                  Modification& change, std::vector<Modification>& along) {
-  const bool takes_away = change.kind == ModifyKind::kDelete || change.values.empty();
-  if (takes_away && is_mandatory(change.attribute))
+  const bool removes = change.kind == ModifyKind::kDelete || change.values.empty();
+  if (removes && is_mandatory(change.attribute))
     constraint(change.attribute, "cannot be removed");
-  if (takes_away)
+  if (removes)
     return;
   std::string& value = change.values.front();
   ads::check_value(change.attribute, value, user);

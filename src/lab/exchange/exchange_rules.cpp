@@ -29,7 +29,7 @@ const ads::AttributeSchema& writable_attribute(std::string_view name) {
   return *attribute;
 }
 
-base::Bytes bytes_behind(const ads::AttributeSchema& attribute, std::string_view digits) {
+base::Bytes bytes_of_digits(const ads::AttributeSchema& attribute, std::string_view digits) {
   base::Bytes bytes;
   if (digits.size() % 2 != 0)
     constraint(attribute.name, "is not hexadecimal text");
@@ -56,7 +56,7 @@ void check_account(const ads::AttributeSchema& attribute, const base::Bytes& byt
 }
 
 void check_bytes(const ads::AttributeSchema& attribute, std::string_view digits) {
-  const base::Bytes bytes = bytes_behind(attribute, digits);
+  const base::Bytes bytes = bytes_of_digits(attribute, digits);
   if (attribute.name == "Assoc-NT-Account")
     check_account(attribute, bytes);
   if (attribute.name == "NT-Security-Descriptor")

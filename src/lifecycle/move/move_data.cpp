@@ -228,7 +228,7 @@ void remove_old_folder(MoveRun& run, const Part& part, const std::string& way) {
 
 /// Deletes the old folder's contents, now that everything is in the new one. What was added meanwhile is
 /// copied first.
-bool take_contents_away(MoveRun& run, const Part& part) {
+bool remove_contents(MoveRun& run, const Part& part) {
   const MovedFolder& folder = part.folder;
   if (run.session.runs.rehearse) {
     run.session.runs.rehearse("Remove what " + folder.old_path + " holds");
@@ -245,7 +245,7 @@ void leave_old(MoveRun& run, const Part& part) {
   const MovedFolder& folder = part.folder;
   const bool moves = part.mode == kMove;
   const bool there = folder.old == OldFolder::kThere;
-  if (moves && there && !take_contents_away(run, part)) {
+  if (moves && there && !remove_contents(run, part)) {
     warn(run, std::string(part.texts.not_deletable) + folder.old_path);
     return run.session.platform.dialogs.beep();
   }

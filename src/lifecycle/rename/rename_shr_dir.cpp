@@ -90,7 +90,7 @@ void rename_folder(Session& session, const FolderRenaming& renaming, bool back) 
     files.rename(from.text(), to.text());
 }
 
-void take_share_away(Session& session, const std::string& server, const ShareChange& share, Rollback& back) {
+void remove_old_share(Session& session, const std::string& server, const ShareChange& share, Rollback& back) {
   const std::string& name = share.before.shi502_netname;
   back.add(
       "The share " + name + " of " + share.before.shi502_path + " on " + server + " could not be made again",
@@ -146,7 +146,7 @@ void run_renaming(Session& session, const RenamedUser& user, const FolderRenamin
   Rollback back(session);
   try {
     for (const ShareChange& share : renaming.shares)
-      take_share_away(session, renaming.before.server, share, back);
+      remove_old_share(session, renaming.before.server, share, back);
     back.add(renaming.after.text() + " could not get its name " + renaming.before.parts.back() + " again",
              [&] { rename_folder(session, renaming, true); });
     rename_folder(session, renaming, false);

@@ -91,9 +91,9 @@ void set_cannot_change_password(LdapConnection& connection, const std::string& d
       entries.push_back(change_password_ace(kDenyObject, sid));
   }
   for (const Ace& ace : descriptor.dacl ? descriptor.dacl->entries() : std::vector<Ace>{}) {
-    const bool told_anew =
+    const bool is_replaced =
         std::any_of(both.begin(), both.end(), [&](const Sid& sid) { return speaks_of(ace, sid); });
-    if (!told_anew)
+    if (!is_replaced)
       entries.push_back(ace);
   }
   if (!cannot) {

@@ -32,7 +32,7 @@ struct HandshakeDeadline::Hook {
     place->sbiod_pvt = hook;
     return 0;
   }
-  static int take_away(Sockbuf_IO_Desc* /*place*/) { return 0; }
+  static int remove(Sockbuf_IO_Desc* /*place*/) { return 0; }
   static int control(Sockbuf_IO_Desc* place, int option, void* argument) {
     return LBER_SBIOD_CTRL_NEXT(place, option, argument);
   }
@@ -74,7 +74,7 @@ struct HandshakeDeadline::Hook {
 };
 
 HandshakeDeadline::HandshakeDeadline() : hook_(std::make_unique<Hook>()) {
-  hook_->layer = {Hook::set_up, Hook::take_away, Hook::control, Hook::read, Hook::write, nullptr};
+  hook_->layer = {Hook::set_up, Hook::remove, Hook::control, Hook::read, Hook::write, nullptr};
   hook_->callbacks = {Hook::on_connection, Hook::on_end, hook_.get()};
 }
 
