@@ -1,11 +1,11 @@
 // Importing users into the lab: 10,000 lines, and another 10,000 on top, with directories, their permissions,
 // a share, two groups, a principal name and one sync a user.
-#include "batch/import.hpp"
 #include "bench_world.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/tree.hpp"
 #include "records/records.hpp"
 #include "session/form1.hpp"
+#include "windows/import.hpp"
 #include "windows/start_up.hpp"
 
 namespace {
@@ -90,7 +90,7 @@ int main() {
   double taken[2] = {0, 0};
   for (int run = 0; run < 2; ++run) {
     const std::string path = write_lines(folder.path(), run * kLines).string();
-    taken[run] = bench::seconds([&] { batch::Import_Users(session, path); });
+    taken[run] = bench::seconds([&] { windows::Import_File(session, path); });
     if (session.import.ImportAddedCount != kLines) {
       std::fprintf(stderr, "only %d of %d users were created\n", session.import.ImportAddedCount, kLines);
       return 1;

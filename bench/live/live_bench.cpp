@@ -16,7 +16,6 @@
 
 #include "../bench_world.hpp"
 #include "batch/find_accounts.hpp"
-#include "batch/import.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/tree.hpp"
 #include "live/live.hpp"
@@ -25,6 +24,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/multi_user.hpp"
+#include "windows/import.hpp"
 #include "windows/start_up.hpp"
 
 namespace {
@@ -132,7 +132,7 @@ class Bench {
       lines += "B" + tag + "x" + std::to_string(10 + i) + ",,Name,Sales\n";
     const std::string path = folder_.path() / (tag + ".csv");
     std::ofstream(path) << lines;
-    const Effort taken = effort(kLines, [&] { batch::Import_Users(*session_, path); });
+    const Effort taken = effort(kLines, [&] { windows::Import_File(*session_, path); });
     if (session_->import.ImportAddedCount != kLines)
       give_up("only " + std::to_string(session_->import.ImportAddedCount) +
               " users were created: " + last_message());

@@ -2,6 +2,9 @@
 
 #include <string_view>
 
+#include "creation/creation_view.hpp"
+#include "creation/new_user_request.hpp"
+
 namespace twk::session {
 struct Session;
 }
@@ -9,19 +12,27 @@ struct Session;
 /// Users from a file of comma-separated lines, one a line. There is no quoting: every comma separates.
 namespace twk::batch {
 
-/// The whole command: checks the selection, asks for the file, shows the window `CSV_Import` for its layout,
-/// runs, shows the result.
-void Import_Command(session::Session& session);
+/// What is asked of an import; which columns are the names is in `ImportState`.
+struct ImportOrder {
+  creation::NewUserRequest user;  ///< of each line, without its names
+  bool halt_on_errors = false;
+  bool halt_on_warnings = false;
+};
+
+/// What an import reports while it works.
+class ImportView : public creation::CreationView {
+ public:
+  /// How many users were made so far, in words.
+  virtual void counted(std::string_view text) = 0;
+};
 
 /// Runs the creation for each line of the file. True when it reached the end or the person stopped it; False
 /// when a halt option ended it or a file could not be read or written. "Import.err" and the summary are made
 /// in the database directory; what failed is in `ImportState::failure`. Input is UTF-8, with or without a
 /// byte-order mark, or code page 1252. "Import.err" itself can be read again: lines that such a run did not
-/// reach are in it afterwards. With `ImportState::rehearsed` the lines are checked as in a real run,
-/// but nothing is made or written.
-bool Import_Users(session::Session& session, std::string_view path);
-
-/// The Stop button: the run ends before the next line.
-void CancelButton_Click(session::Session& session);
+/// come to stand in it afterwards. With `ImportState::rehearsed` the lines are checked as they would be, and
+/// nothing is made or written.
+bool Import_Users(session::Session& session, std::string_view path, const ImportOrder& order,
+                  ImportView& view);
 
 }  // namespace twk::batch

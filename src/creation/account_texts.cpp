@@ -6,9 +6,7 @@
 #include "format/passwords.hpp"
 #include "format/user_name.hpp"
 #include "session/activity_log.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::creation {
 
@@ -18,16 +16,16 @@ namespace {
 void prepare_password(CreationRun& run) {
   session::Session& session = run.session;
   const NewUserRequest& request = run.request;
-  format::NewPasswordText password = format::new_password_text(session, run.SamName, request.FirstName,
-                                                               request.MiddleName, request.LastName);
+  format::NewPasswordText password = format::new_password_text(
+      session, request.password, run.SamName, request.FirstName, request.MiddleName, request.LastName);
   if (!password.fault.empty())
     warn(run, password.fault);
   run.Password = session.import.rehearsed
                      ? std::move(password.text)
                      : format::password_of_text(session, std::move(password.text), run.UserId);
-  // A password in an import line belongs to a person; many people read the log.
-  const bool of_line = base::find_fold(session.form1.defaultpassword.text.get(), "%IMPORT") != base::npos ||
-                       base::find_fold(session.form1.Formatted_Password.text.get(), "%IMPORT") != base::npos;
+  // That of a line of an import belongs to a person; the log is read by many.
+  const bool of_line = base::find_fold(request.password.text, "%IMPORT") != base::npos ||
+                       base::find_fold(request.password.format, "%IMPORT") != base::npos;
   const bool hidden = of_line && session.import.Importing && !session::is_debug(session);
   session.log.conceal(hidden ? run.Password : std::string());
 }
@@ -37,16 +35,16 @@ void prepare_password(CreationRun& run) {
 void PrepareAccountTexts(CreationRun& run) {
   session::Session& session = run.session;
   const NewUserRequest& request = run.request;
-  format::Filling description(session, session.form1.Description.text);
+  format::Filling description(session, request.Description);
   description.variables().import_fields();
   // A field that the line does not have leaves its tag.
   const bool lacks_field = session.import.Importing && description.holds("%IMPORT");
   run.DescriptionText = description.take();
-  run.ExpiryText = format::Filling(session, session.import_grps.Expiredate.text).import_fields().take();
+  run.ExpiryText = format::Filling(session, request.Expiry).import_fields().take();
   if (lacks_field || base::find_fold(run.DescriptionText, "%Description%") != base::npos)
     run.DescriptionText.clear();
   prepare_password(run);
-  const std::string& full_name = session.form1.FN_Format.text;
+  const std::string& full_name = request.formats.full_name;
   if (!base::trim(full_name).empty()) {
     run.FullName = format::UserName(session, full_name, base::trim(request.FirstName),
                                     base::trim(request.MiddleName), base::trim(request.LastName));
@@ -61,7 +59,7 @@ void stage_expiry(const CreationRun& run, platform::User& user) {
 void account_created(CreationRun& run) {
   log(run, "NT User Account Created");
   ++run.session.import.ImportAddedCount;
-  show_step(run, "Add User to Groups");
+  run.view.step("Add User to Groups");
 }
 
 }  // namespace twk::creation

@@ -5,9 +5,7 @@
 #include "directory/operations.hpp"
 #include "format/filling.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::creation {
 namespace {
@@ -16,17 +14,16 @@ using platform::User;
 using session::Session;
 
 std::string description(CreationRun& run) {
-  return format::Filling(run.session, run.session.form1.Description.text).variables().import_fields().take();
+  return format::Filling(run.session, run.request.Description).variables().import_fields().take();
 }
 
 void stage_fields(CreationRun& run, User& user) {
-  const session::Form1& form = run.session.form1;
   const std::string text = description(run);
   if (!text.empty() && text.find('%') == base::npos)
     user.put_Description(text);
-  const std::string_view first = base::trim(form.strFirst.text.get());
-  const std::string_view last = base::trim(form.strLast.text.get());
-  const std::string_view script = base::trim(form.logon.text.get());
+  const std::string_view first = base::trim(run.request.FirstName);
+  const std::string_view last = base::trim(run.request.LastName);
+  const std::string& script = run.user_template.LogonScript;
   const std::string_view profile = base::trim(run.paths.ProfileText);
   if (!run.FullName.empty())
     user.put_FullName(run.FullName);
@@ -44,7 +41,7 @@ void stage_fields(CreationRun& run, User& user) {
 }
 
 void stage_home_drive(CreationRun& run, User& user) {
-  const std::string& drive = run.session.form1.Home_Drive_letter.text;
+  const std::string& drive = run.user_template.HomeDrive;
   if (!drive.empty())
     user.Put("HomeDrive", drive);
 }
@@ -59,7 +56,6 @@ platform::ObjectPtr new_object(CreationRun& run) {
 /// The whole account in one request, with or without the rows of the directory table that can be included.
 /// False when that was refused, and nothing is written.
 bool add_whole(CreationRun& run, bool with_properties) {
-  const session::Form1& form = run.session.form1;
   run.CurrentUserObject = new_object(run);
   User user(run.CurrentUserObject);
   base::Trap wrong_date;
@@ -67,9 +63,9 @@ bool add_whole(CreationRun& run, bool with_properties) {
     return false;
   stage_fields(run, user);
   stage_home_drive(run, user);
-  if (form.Password_Change.on())
+  if (run.request.flags.must_change_password)
     user.Put("pwdLastSet", 0);
-  if (form.New_Disabled.on())
+  if (run.request.flags.disabled)
     user.put_AccountDisabled(true);
   if (with_properties)
     StageFirstProperties(run);
@@ -144,26 +140,26 @@ void warn_if_disabled(CreationRun& run, const User& user) {
 
 /// The last write of an account that is made in several.
 void write_settings(CreationRun& run, User& user, bool password_refused) {
-  const session::Form1& form = run.session.form1;
+  const AccountFlags& wanted = run.request.flags;
   base::Trap trap;
   if (!password_refused) {
-    trap([&] { user.Put("pwdLastSet", form.Password_Change.on() ? 0 : -1); });
-    if (form.New_Disabled.on())
+    trap([&] { user.Put("pwdLastSet", wanted.must_change_password ? 0 : -1); });
+    if (wanted.disabled)
       trap([&] { user.put_AccountDisabled(true); });
   }
   if (!trap([&] { stage_expiry(run, user); }))
     warn(run, "Error setting account expiry", base::in_words(trap.number(), trap.description()));
   stage_home_drive(run, user);
   user.SetInfo();
-  if ((password_refused || run.Password.empty()) && !form.New_Disabled.on())
+  if ((password_refused || run.Password.empty()) && !wanted.disabled)
     warn_if_disabled(run, user);
 }
 
 /// Flags that only the WinNT object has.
 void set_user_flags(CreationRun& run) {
-  const session::Form1& form = run.session.form1;
-  const std::int32_t flags = (form.USR_Cant_Change.on() ? platform::kFlagCannotChangePassword : 0) |
-                             (form.PWD_NVR_EXPIRE.on() ? platform::kFlagPasswordNeverExpires : 0);
+  const AccountFlags& wanted = run.request.flags;
+  const std::int32_t flags = (wanted.cannot_change_password ? platform::kFlagCannotChangePassword : 0) |
+                             (wanted.password_never_expires ? platform::kFlagPasswordNeverExpires : 0);
   if (flags == 0)
     return;
   base::Trap trap;

@@ -4,9 +4,8 @@
 
 #include "base/text.hpp"
 #include "format/filling.hpp"
-#include "session/form1.hpp"
+#include "format/variables.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::creation {
 namespace {
@@ -14,9 +13,8 @@ namespace {
 /// The tags of variables whose names contain something that would end a word.
 std::vector<std::string> tags_that_end_words(const session::Session& session) {
   std::vector<std::string> tags;
-  const controls::ListView& rows = session.variables.ListView1;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const std::string_view name = base::trim(rows.at(i).text);
+  for (const format::Variable& variable : format::template_variables(session)) {
+    const std::string_view name = base::trim(variable.name);
     if (name.find_first_of(" \t\"") != base::npos)
       tags.push_back("%" + std::string(name) + "%");
   }
@@ -76,17 +74,16 @@ std::vector<std::string> fill_words(const session::Session& session, std::string
 }
 
 std::vector<std::string> command_words(session::Session& session, std::string_view command,
-                                       const CommandUser& user) {
-  const session::Form1& form = session.form1;
+                                       const CommandUser& user, const CommandPlace& place) {
   return fill_words(session, command, [&](std::string word) {
     return format::Filling(session, std::move(word))
         .import_fields()
         .tag("%Domain%", session.DomainName)
-        .tag("%Server%", form.NTSERVER.text.get())
+        .tag("%Server%", place.server)
         .tag("%UserName%", user.account)
-        .tag("%EXServer%", form.EXSERVER.text.get())
-        .tag("%EXSite%", form.EXSite.text.get())
-        .tag("%EXorg%", form.EXorg.text.get())
+        .tag("%EXServer%", place.mail_server)
+        .tag("%EXSite%", place.mail_site)
+        .tag("%EXorg%", place.mail_organization)
         .names(user.first, user.middle, user.last)
         .variables()
         .take();

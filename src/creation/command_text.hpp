@@ -31,10 +31,18 @@ std::vector<std::string> split_command(std::string_view text, const std::vector<
 std::vector<std::string> fill_words(const session::Session& session, std::string_view text,
                                     const std::function<std::string(std::string)>& fill);
 
+/// The servers that a command may name.
+struct CommandPlace {
+  std::string server;
+  std::string mail_server;
+  std::string mail_site;
+  std::string mail_organization;
+};
+
 /// An administrator's command with its tags expanded: the fields of the import line, the built-in names, the
 /// name tags, the variables of the loaded template.
 std::vector<std::string> command_words(session::Session& session, std::string_view command,
-                                       const CommandUser& user);
+                                       const CommandUser& user, const CommandPlace& place);
 
 /// A command on one line, for people: a word that is empty or contains a blank or a quote is quoted, with a
 /// backslash before each quote in it.

@@ -1,8 +1,10 @@
 #include "creation/create_user.hpp"
 
+#include <algorithm>
+#include <optional>
+
 #include "base/error_words.hpp"
 #include "base/text.hpp"
-#include "controls/basic.hpp"
 #include "creation/account_stage.hpp"
 #include "creation/account_texts.hpp"
 #include "creation/creation_run.hpp"
@@ -10,11 +12,9 @@
 #include "creation/paths.hpp"
 #include "creation/resource_stages.hpp"
 #include "creation/validate_request.hpp"
-#include "directory/operations.hpp"
-#include "session/form1.hpp"
+#include "format/variables.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 #include "stores/template_tab.hpp"
@@ -22,7 +22,7 @@
 namespace twk::creation {
 namespace {
 
-using session::Form1;
+using session::CreationOutcome;
 using session::Session;
 
 void LocatePdc(CreationRun& run) {
@@ -31,9 +31,9 @@ void LocatePdc(CreationRun& run) {
   base::Trap trap;
   trap([&] { name = session.platform.network.NetGetDCName("", session.DomainName); });
   if (trap.number() != 0 || name.size() < 3) {
-    run.PdcName = base::trim(session.form1.NTSERVER.text.get());
+    run.PdcName = run.site.server;
     log(run, "PDC not found");
-    log(run, "Will use Server: " + session.form1.NTSERVER.text.get() + " to lookup accounts.");
+    log(run, "Will use Server: " + run.site.server + " to lookup accounts.");
     return;
   }
   run.PdcName = name.substr(2);
@@ -42,12 +42,12 @@ void LocatePdc(CreationRun& run) {
     run.PdcName.clear();
 }
 
-void end_quietly(Session& session, const char* caption) {
-  session.form1.ProgressBar1.value = 0;
-  session.form1.progress.caption = caption;
-  session.form1.StatusBar1.panel1 = "Ready.";
-  session.form1.enabled = !session.import.Importing;
-  session.log.close();
+void end_quietly(CreationRun& run) {
+  run.view.progress(0);
+  run.view.step("Progress");
+  run.view.status("Ready.");
+  run.view.unlock();
+  run.session.log.close();
 }
 
 void begin_account(CreationRun& run) {
@@ -59,7 +59,7 @@ void begin_account(CreationRun& run) {
 
 void create_account(CreationRun& run) {
   Session& session = run.session;
-  show_step(run, "Create User Account");
+  run.view.step("Create User Account");
   begin_account(run);
   platform::WriteBatch batch(session.platform.directory);
   if (session::is_active_directory(session)) {
@@ -73,49 +73,48 @@ void create_account(CreationRun& run) {
   SetPrimaryGroup(run);
   batch.commit();
   run.traps_off = session::is_debug(session);
-  set_progress(run, 45);
-  complete(session.form1.UserAccount);
+  run.view.progress(45);
+  run.view.stage(Stage::kAccount, StageState::kCompleted);
 }
 
-bool wants_terminal_settings(const controls::ListView& variables) {
-  for (const controls::ListRow* row : variables.find_text("WTS")) {
-    if (!row->sub_items.empty() && base::equals_fold(row->sub_items.front(), "ENABLED"))
-      return true;
-  }
-  return false;
+bool wants_terminal_settings(const Session& session) {
+  const auto enables = [](const format::Variable& one) {
+    return base::equals_fold(one.name, "WTS") && base::equals_fold(one.value, "ENABLED");
+  };
+  return std::ranges::any_of(format::template_variables(session), enables);
 }
 
-bool wants_mailbox(const Form1& form) {
-  return form.Create_Mail_Account.on() && !form.EXSERVER.text.get().empty() &&
-         !form.EXSite.text.get().empty() && !form.EXorg.text.get().empty();
+bool wants_mailbox(const CreationRun& run) {
+  return run.request.stages.mailbox && !run.site.mail_server.empty() && !run.site.mail_site.empty() &&
+         !run.site.mail_organization.empty();
 }
 
 void create_mailbox(CreationRun& run) {
-  set_progress(run, 75);
-  show_step(run, "Creating Mail Account...");
-  controls::Label& light = run.session.form1.MailAccount;
+  run.view.progress(75);
+  run.view.step("Creating Mail Account...");
   const Mailbox mailbox = CreateMailbox(run);
   if (mailbox == Mailbox::kFailed) {
     log(run, "Failed to create Mail Account");
     run.RunWarning = 2;
-    return paint(light, controls::kRed, "Error");
+    return run.view.stage(Stage::kMailbox, StageState::kFailed);
   }
   log(run, "Created Mail Account");
   if (mailbox == Mailbox::kCreatedWithWarnings)
     run.RunWarning = 2;
-  paint(light, mailbox == Mailbox::kCreated ? controls::kBlue : controls::kYellow, "Completed");
+  run.view.stage(Stage::kMailbox,
+                 mailbox == Mailbox::kCreated ? StageState::kCompleted : StageState::kWarned);
 }
 
 Step make_directories(CreationRun& run) {
-  if (!run.session.form1.Create_Dirs.on())
+  if (!run.request.stages.directories)
     return Step::kGoOn;
-  show_step(run, "Create Directories...");
+  run.view.step("Create Directories...");
   if (CreateDirectories(run) == Step::kEnd) {
-    run.session.LastCreation.message = "The directory exists already";
-    end_quietly(run.session, "Progress");
+    run.message = "The directory exists already";
+    end_quietly(run);
     return Step::kEnd;
   }
-  complete(run.session.form1.Createdirs);
+  run.view.stage(Stage::kDirectories, StageState::kCompleted);
   return Step::kGoOn;
 }
 
@@ -125,7 +124,7 @@ Step rehearse(CreationRun& run) {
   ResolvePaths(run);
   if (make_directories(run) == Step::kEnd)
     return Step::kEnd;
-  if (run.session.form1.Create_User_Account.on()) {
+  if (run.request.stages.account) {
     begin_account(run);
     ForeseeAccount(run);
     AddUserToViews(run);
@@ -135,104 +134,115 @@ Step rehearse(CreationRun& run) {
 
 /// The stages in their order. Raises what stops the run.
 Step work(CreationRun& run) {
-  Form1& form = run.session.form1;
+  const CreationStages& stages = run.request.stages;
   ResolvePaths(run);
-  set_progress(run, 10);
+  run.view.progress(10);
   LocatePdc(run);
   if (make_directories(run) == Step::kEnd)
     return Step::kEnd;
-  set_progress(run, 25);
-  if (form.Create_User_Account.on())
+  run.view.progress(25);
+  if (stages.account)
     create_account(run);
-  if (form.Create_Shares.on()) {
-    show_step(run, "Create Shares...");
+  if (stages.shares) {
+    run.view.step("Create Shares...");
     CreateUserShares(run);
   }
-  if (wants_terminal_settings(run.session.variables.ListView1))
+  if (wants_terminal_settings(run.session))
     ApplyTerminalSettings(run);
-  if (form.Dir_Security.on()) {
-    show_step(run, "Set Dir Permissions...");
+  if (stages.permissions) {
+    run.view.step("Set Dir Permissions...");
     ApplyDirPermissions(run);
   }
-  if (wants_mailbox(form))
+  if (wants_mailbox(run))
     create_mailbox(run);
-  set_progress(run, 90);
-  if (form.Create_User_Account.on())
+  run.view.progress(90);
+  if (stages.account)
     AddUserToViews(run);
-  if (form.Run_script.on() && !form.Create_Script.text.get().empty()) {
-    set_progress(run, 95);
-    show_step(run, "Running Command");
+  if (stages.command && !run.request.command.text.empty()) {
+    run.view.progress(95);
+    run.view.step("Running Command");
     RunCreateCommand(run);
   }
   return Step::kGoOn;
 }
 
-void write_summary(CreationRun& run, bool warned) {
-  session::ImportState& state = run.session.import;
-  if (!state.Importing)
-    return;
-  session::write_run_file(run.session, state.summary_file, run.SummaryRow + (warned ? "Yes" : "No"));
+CreationOutcome outcome_of(CreationRun& run, std::string_view light, const std::string& message) {
+  CreationOutcome outcome;
+  outcome.user = run.UserId;
+  outcome.light = light;
+  outcome.message = message;
+  outcome.first_name = run.request.FirstName;
+  outcome.middle_name = run.request.MiddleName;
+  outcome.last_name = run.request.LastName;
+  outcome.name_taken = run.name_taken;
+  return outcome;
 }
 
-void tell(Session& session, const std::string& user, std::string_view light, const std::string& message) {
-  std::vector<std::string> warnings = session.log.reasons();
-  session.LastCreation = {user, std::string(light), session::LOG_TAB(session, light, message),
-                          std::move(warnings)};
+/// The outcome that the log tab shows, with the reasons why it is not GREEN.
+CreationOutcome told_outcome(CreationRun& run, std::string_view light, const std::string& message) {
+  std::vector<std::string> warnings = run.session.log.reasons();
+  CreationOutcome outcome = outcome_of(run, light, session::LOG_TAB(run.session, light, message));
+  outcome.warnings = std::move(warnings);
+  return outcome;
 }
 
-void finish(CreationRun& run) {
+CreationOutcome finish(CreationRun& run) {
   Session& session = run.session;
   run.CurrentUserObject.reset();
   run.AdContainer.reset();
-  set_progress(run, 100);
-  show_step(run, "Finished");
-  session.form1.StatusBar1.panel1 = "User Created.";
+  run.view.progress(100);
+  run.view.step("Finished");
+  run.view.status("User Created.");
   log(run, "User Created.");
-  session.form1.enabled = !session.import.Importing;
+  run.view.unlock();
   if (!session.import.Importing) {
     stores::Template_Group_Sort(session);
     stores::Clear_TT(session);
     stores::Clear_Site(session);
-    session.form1.UserID_Box.text = std::string();
   }
   session.log.close();
   const bool warned = run.RunWarning != 1;
-  tell(session, run.UserId, warned ? session::kYellow : session::kGreen,
-       session.import.rehearsed ? "Would be created" : run.UserId + " Created User ");
-  if (warned && session.form1.STOP_ON_RED[1].on())
-    session.import.ImportHalt = true;
-  write_summary(run, warned);
+  CreationOutcome outcome =
+      told_outcome(run, warned ? session::kYellow : session::kGreen,
+                   session.import.rehearsed ? "Would be created" : run.UserId + " Created User ");
+  outcome.summary_row = run.SummaryRow + (warned ? "Yes" : "No");
+  return outcome;
 }
 
-void fail(CreationRun& run, const base::RuntimeError& failure) {
+void show_failed_stage(CreationRun& run) {
+  switch (run.stage) {
+    case CreationStage::kNone:
+      return;
+    case CreationStage::kAccount:
+      return run.view.stage(Stage::kAccount, StageState::kFailed);
+    case CreationStage::kProfileDirectory:
+      return run.view.stage(Stage::kDirectories, StageState::kFailed);
+    case CreationStage::kCommand:
+      return run.view.stage(Stage::kCommand, StageState::kFailed);
+  }
+}
+
+CreationOutcome fail(CreationRun& run, const base::RuntimeError& failure) {
   Session& session = run.session;
-  Form1& form = session.form1;
-  if (run.stage == CreationStage::kAccount)
-    paint(form.UserAccount, controls::kRed, "Error");
-  if (run.stage == CreationStage::kProfileDirectory)
-    paint(form.Createdirs, controls::kRed, "Error");
-  if (run.stage == CreationStage::kCommand)
-    paint(form.run, controls::kRed, "Error");
-  form.StatusBar1.panel1 = session.Error_Status_Text;
+  show_failed_stage(run);
+  run.view.status(session.Error_Status_Text);
   log(run, session.Error_Log_Text);
   log(run, "Error Number: " + base::to_text(failure.number()));
   session.log.reason(base::in_words(failure));
   session.log.close();
-  tell(session, run.UserId, session::kRed, session.Error_Status_Text + " ");
-  show_step(run, "Error");
-  form.enabled = !session.import.Importing;
-  if (form.STOP_ON_RED[0].on())
-    session.import.ImportHalt = true;
+  CreationOutcome outcome = told_outcome(run, session::kRed, session.Error_Status_Text + " ");
+  run.view.step("Error");
+  run.view.unlock();
   stores::Clear_TT(session);
   stores::Clear_Site(session);
+  return outcome;
 }
 
-/// One run; a taken name calls for another one.
-Step run_once(Session& session) {
-  CreationRun run(session);
-  session.LastCreation = {};
+/// One run; none when the name is taken and the request asks for another one.
+std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& request, CreationView& view) {
+  CreationRun run(session, request, view);
   session.Error_Status_Text = "Error Creating User...";
-  session.Error_Log_Text = "Error Creating User: " + run.request.UserId;
+  session.Error_Log_Text = "Error Creating User: " + request.UserId;
   try {
     Step step = ValidateRequest(run);
     if (step == Step::kGoOn)
@@ -241,16 +251,14 @@ Step run_once(Session& session) {
       step = ResolveSamName(run);
     if (step == Step::kGoOn)
       step = session.import.rehearsed ? rehearse(run) : work(run);
-    if (step == Step::kGoOn)
-      finish(run);
-    if (session.LastCreation.user.empty())
-      session.LastCreation.user = run.UserId;
-    return step;
+    request = run.request;
+    if (step == Step::kAgain)
+      return std::nullopt;
+    return step == Step::kGoOn ? finish(run) : outcome_of(run, {}, run.message);
   } catch (const base::RuntimeError& failure) {
     if (run.traps_off)
       throw;
-    fail(run, failure);
-    return Step::kEnd;
+    return fail(run, failure);
   }
 }
 
@@ -262,11 +270,13 @@ void forget_name_search(Session& session) {
 
 }  // namespace
 
-void CreateUser_Click(Session& session) {
+CreationOutcome create_user(Session& session, NewUserRequest request, CreationView& view) {
   forget_name_search(session);
-  while (run_once(session) == Step::kAgain) {
-  }
+  std::optional<CreationOutcome> outcome;
+  while (!outcome)
+    outcome = run_once(session, request, view);
   forget_name_search(session);
+  return *outcome;
 }
 
 }  // namespace twk::creation

@@ -1,40 +1,48 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/errors.hpp"
+#include "creation/creation_view.hpp"
+#include "creation/new_user_request.hpp"
 #include "platform/directory.hpp"
-#include "session/hourglass.hpp"
+#include "records/records.hpp"
 
-namespace twk::controls {
-struct Label;
-struct TreeNode;
-}  // namespace twk::controls
 namespace twk::session {
 struct Session;
 }
 
 namespace twk::creation {
 
-/// The request for one creation, from the New User tab or from one line of an import.
-struct NewUserRequest {
-  std::string TemplateName;  ///< as in the list, padded
-  std::string SiteName;
-  std::string FirstName;
-  std::string MiddleName;
-  std::string LastName;
-  std::string UserId;            ///< may be blank: it is then generated
-  bool CopyUser = false;         ///< take the groups from the selected user
-  std::string SelectedNodeKind;  ///< "OU", "USER", …
-  std::string SelectedNodeKey;
-  std::string SelectedNodeText;
-  std::string ParentNodeKey;
+/// What the template and the site of a creation hold, without the blanks that pad it.
+struct TemplateValues {
+  std::string ProfileDir;  ///< where directories are made, as the server sees it
+  std::string HomeDir;
+  std::string ProfilePath;  ///< what the account gets
+  std::string HomePath;
+  std::string ProfileShare;
+  std::string HomeShare;
+  std::string ProfileSharePoint;
+  std::string HomeSharePoint;
+  std::string LogonScript;
+  std::string HomeDrive;
+  std::string PrimaryGroup;
 };
+struct SiteValues {
+  std::string server;
+  std::string mail_server;
+  std::string mail_site;
+  std::string mail_organization;
+  std::string mail_store;
+  bool exchange_2000 = false;
+};
+TemplateValues values_of(const records::TemplateRecord& record);
+SiteValues values_of(const records::SiteRecord& record);
 
 /// Where directories are made and what the account says about them.
 struct ResolvedPaths {
@@ -59,10 +67,14 @@ enum class CreationStage { kNone = 0, kAccount = 1, kProfileDirectory = 2, kComm
 
 /// One run of the creation: its input and what its stages pass to each other.
 struct CreationRun {
-  explicit CreationRun(session::Session& owner);
+  CreationRun(session::Session& owner, NewUserRequest asked, CreationView& watcher)
+      : session(owner), request(std::move(asked)), view(watcher) {}
 
   session::Session& session;
   NewUserRequest request;
+  CreationView& view;
+  TemplateValues user_template;  ///< from the check of the request on
+  SiteValues site;
   std::string UserId;  ///< in a WinNT domain also the account's name
   std::string CnName;  ///< with RFC 4514 escapes in Active Directory
   std::string SamName;
@@ -83,9 +95,9 @@ struct CreationRun {
   std::vector<DirectoryProperty> first_properties;  ///< rows written with the new account
   platform::ObjectPtr CurrentUserObject;
   platform::ObjectPtr AdContainer;
-  controls::TreeNode* CreatedUserNode = nullptr;
-  std::optional<session::Hourglass> hourglass;  ///< from the first step to the end of the run
-  bool traps_off = false;  ///< with "/DEBUG", from the point where a failure stops the program
+  std::string message;      ///< why a run was refused
+  bool name_taken = false;  ///< it was refused because the name is in use
+  bool traps_off = false;   ///< with "/DEBUG", from the point on where a failure stops the program
 };
 
 /// How a part of the run ended.
@@ -101,14 +113,8 @@ void log(CreationRun& run, std::string_view text);
 void warn(CreationRun& run, std::string_view text);
 /// The same with the cause.
 void warn(CreationRun& run, std::string_view text, std::string_view why);
-/// The caption under the progress bar.
-void show_step(CreationRun& run, std::string_view caption);
-void set_progress(CreationRun& run, int value);
-/// A light of the New User tab; `complete` is "Completed" in blue.
-void paint(controls::Label& light, std::int32_t colour, const char* caption);
-void complete(controls::Label& light);
-/// The key of the container that gets the account: the selected OU, or with `Copy_User` the selected user's
-/// container.
+/// The key of the container that gets the account: the selected OU, or with `Copy_User` what is above the
+/// selected user.
 const std::string& container_key(const CreationRun& run);
 /// Variables, name tags, "%Domain%" and import fields of a directory or mailbox row.
 std::string expand_row_value(CreationRun& run, std::string_view value);

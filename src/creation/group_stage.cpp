@@ -1,12 +1,13 @@
 #include <algorithm>
+#include <set>
 
 #include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
+#include "directory/listed_objects.hpp"
 #include "directory/operations.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
 #include "session/session.hpp"
+#include "stores/template_store.hpp"
 
 namespace twk::creation {
 namespace {
@@ -67,9 +68,9 @@ bool is_chosen_range(const CreationRun& run) {
 
 void join_named_group(CreationRun& run, const std::string& name) {
   Session& session = run.session;
-  const auto found = session.groups.ListView1.find_text(name);
-  for (const controls::ListRow* row : found)
-    join(run, group_path(session, row->text, row->key), row->text);
+  const std::vector<directory::ListedGroup> found = directory::find_groups(session, name);
+  for (const directory::ListedGroup& group : found)
+    join(run, group_path(session, group.name, group.key), group.name);
   if (!found.empty() || is_everybodys(name))
     return;
   const std::string text =
@@ -93,13 +94,16 @@ void join_from_columns(CreationRun& run) {
   }
 }
 
-/// A template's group that the domain no longer has is in no list, and would be skipped silently. An import
-/// reports it once.
-void warn_of_lacking_groups(CreationRun& run) {
+/// A group of the template that the domain no longer holds is in no list, and would be missed without a word.
+/// An import tells it once.
+void warn_of_lacking_groups(CreationRun& run, const std::vector<stores::TemplateGroup>& groups) {
+  std::set<std::string> known;
+  for (const stores::TemplateGroup& group : groups)
+    known.insert(base::upper(group.name));
   const records::TemplateRecord& record = run.session.ActiveTemplate;
   for (std::size_t slot = 0; slot < static_cast<std::size_t>(record.GroupCount); ++slot) {
     const std::string_view name = base::trim(record.Groups.at(slot));
-    if (name.empty() || !run.session.form1.ListView6.find_text(name).empty())
+    if (name.empty() || known.contains(base::upper(name)))
       continue;
     const std::string text = "Group not found: " + std::string(name);
     session::ImportState& state = run.session.import;
@@ -112,12 +116,10 @@ void warn_of_lacking_groups(CreationRun& run) {
 
 void join_template_groups(CreationRun& run) {
   Session& session = run.session;
-  const controls::ListView& groups = session.form1.ListView6;
-  warn_of_lacking_groups(run);
-  for (std::size_t i = 0; i < groups.size(); ++i) {
-    const controls::ListRow& row = groups.at(i);
-    const std::string_view name = base::trim(row.text);
-    const bool joined = join(run, group_path(session, name, row.key), name);
+  const std::vector<stores::TemplateGroup> groups = stores::template_groups(session);
+  warn_of_lacking_groups(run, groups);
+  for (const stores::TemplateGroup& group : groups) {
+    const bool joined = join(run, group_path(session, group.name, group.key), group.name);
     if (!joined && session::is_active_directory(session))
       log(run, member_path(run));
   }
@@ -160,7 +162,7 @@ void ApplyGroups(CreationRun& run) {
 }
 
 void SetPrimaryGroup(CreationRun& run) {
-  const std::string& name = run.session.form1.PrimaryGrp.caption;
+  const std::string& name = run.user_template.PrimaryGroup;
   if (base::equals_fold(name, kEverybodysGroup))
     return;
   log(run, "Setting Primary Group: " + name + ".");

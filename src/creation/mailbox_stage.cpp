@@ -8,7 +8,6 @@
 #include "mail/create_mailbox2000.hpp"
 #include "mail/create_mailbox55.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
 
@@ -16,12 +15,12 @@ namespace twk::creation {
 namespace {
 
 mail::MailboxOwner owner_of(const CreationRun& run) {
-  const session::Form1& form = run.session.form1;
+  const SiteValues& site = run.site;
   return {run.request.FirstName,
           run.request.MiddleName,
           run.request.LastName,
           run.SamName,
-          {std::string(base::trim(form.EXSERVER.text.get())), form.EXSite.text, form.EXorg.text}};
+          {site.mail_server, site.mail_site, site.mail_organization}};
 }
 
 bool create_55(CreationRun& run) {
@@ -29,15 +28,14 @@ bool create_55(CreationRun& run) {
   mail::Mailbox55 request;
   request.LookupServer = session::is_active_directory(session) ? session.DnsServerName : run.PdcName;
   request.Domain = directory::winnt_domain(session);
-  request.AdminName = session.form1.txtAdmin.text;
-  request.AdminPassword = session.form1.txtPassword.text;
+  request.AdminName = run.request.mail_administrator.name;
+  request.AdminPassword = run.request.mail_administrator.password;
   request.owner = owner_of(run);
   return mail::CreateMailbox55(run.session, request);
 }
 
 bool create_2000(CreationRun& run) {
-  return mail::CreateMailbox2000(run.session, run.CurrentUserObject, owner_of(run),
-                                 run.session.form1.Mail_Store.text.get(),
+  return mail::CreateMailbox2000(run.session, run.CurrentUserObject, owner_of(run), run.site.mail_store,
                                  directory::domain_distinguished_name(run.session.DomainName));
 }
 
@@ -64,9 +62,13 @@ void take_account(CreationRun& run, const platform::ObjectPtr& user) {
 
 }  // namespace
 
-bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user) {
+bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
+                      const MailAdministrator& administrator, CreationView& view) {
   session.log.begin_block();
-  CreationRun run(session);
+  NewUserRequest request;
+  request.mail_administrator = administrator;
+  CreationRun run(session, std::move(request), view);
+  run.site = values_of(session.ActiveSite);
   take_account(run, user);
   log(run, "Creating Mailbox:" + run.SamName);
   const Mailbox mailbox = CreateMailbox(run);
@@ -82,8 +84,7 @@ bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user
 }
 
 Mailbox CreateMailbox(CreationRun& run) {
-  const bool exchange_2000 = run.session.form1.EXH5.index == 1;
-  if (!(exchange_2000 ? create_2000(run) : create_55(run)))
+  if (!(run.site.exchange_2000 ? create_2000(run) : create_55(run)))
     return Mailbox::kFailed;
   return run.session.MailWarning ? Mailbox::kCreatedWithWarnings : Mailbox::kCreated;
 }

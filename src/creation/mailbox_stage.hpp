@@ -1,5 +1,6 @@
 #pragma once
 
+#include "creation/creation_view.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::session {
@@ -16,8 +17,9 @@ enum class Mailbox { kCreated, kCreatedWithWarnings, kFailed };
 /// Creates the mailbox on the kind of server that the site names.
 Mailbox CreateMailbox(CreationRun& run);
 
-/// The same for an existing account, with the loaded site and template. The names come from the account. The
-/// outcome is in the logs; True when there is a mailbox.
-bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user);
+/// The same for an account that is there already, with the site and the template that are loaded. The names
+/// come from the account. The outcome is told in the logs; True when there is a mailbox.
+bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
+                      const MailAdministrator& administrator, CreationView& view);
 
 }  // namespace twk::creation

@@ -2,7 +2,6 @@
 #include "creation/account_stage.hpp"
 #include "creation/account_texts.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::creation {
@@ -15,12 +14,12 @@ void log_details(CreationRun& run) {
   log(run, run.DescriptionText);
   log(run, run.FullName);
   log(run, run.paths.HomeDirText);
-  log(run, base::trim(run.session.form1.logon.text.get()));
+  log(run, run.user_template.LogonScript);
   log(run, run.paths.ProfileText);
 }
 
 void put_fields(CreationRun& run, User& user) {
-  const std::string_view script = base::trim(run.session.form1.logon.text.get());
+  const std::string& script = run.user_template.LogonScript;
   if (!base::trim(run.DescriptionText).empty())
     user.put_Description(run.DescriptionText);
   if (!base::trim(run.FullName).empty())
@@ -43,7 +42,7 @@ void set_user_flag(User& user, std::int32_t flag) {
 
 void CreateNtAccount(CreationRun& run) {
   session::Session& session = run.session;
-  const session::Form1& form = session.form1;
+  const AccountFlags& wanted = run.request.flags;
   const bool debug = session::is_debug(session);
   if (!session.DomainContainer) {
     throw base::RuntimeError(platform::ads_error::kServerDown,
@@ -59,7 +58,7 @@ void CreateNtAccount(CreationRun& run) {
     base::raise(no_day.number(), "Error setting account expiry: " + no_day.description());
   put_fields(run, user);
   run.traps_off = debug;
-  const std::string& drive = form.Home_Drive_letter.text;
+  const std::string& drive = run.user_template.HomeDrive;
   if (!drive.empty()) {
     if (debug)
       log(run, "Drive letter:" + drive);
@@ -72,16 +71,16 @@ void CreateNtAccount(CreationRun& run) {
       log(run, "Password:" + run.Password);
     user.SetPassword(run.Password);
   }
-  if (form.Password_Change.on())
+  if (wanted.must_change_password)
     user.Put("PasswordExpired", 1);
-  if (form.New_Disabled.on())
+  if (wanted.disabled)
     user.put_AccountDisabled(true);
-  if (form.USR_Cant_Change.on()) {
+  if (wanted.cannot_change_password) {
     if (debug)
       log(run, "Can't change pwd");
     set_user_flag(user, platform::kFlagCannotChangePassword);
   }
-  if (form.PWD_NVR_EXPIRE.on()) {
+  if (wanted.password_never_expires) {
     if (debug)
       log(run, "Never expire");
     set_user_flag(user, platform::kFlagPasswordNeverExpires);

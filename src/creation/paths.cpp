@@ -3,9 +3,7 @@
 #include "base/text.hpp"
 #include "format/replace.hpp"
 #include "platform/network_path.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::creation {
 namespace {
@@ -14,13 +12,12 @@ using session::Session;
 
 /// Trimmed, with "%Server%" and "%UserName%" filled in.
 std::string expand_path(const CreationRun& run, std::string_view text) {
-  const std::string server(base::trim(run.session.form1.NTSERVER.text.get()));
-  return format::FRString(format::FRString(base::trim(text), "%Server%", server), "%UserName%",
+  return format::FRString(format::FRString(base::trim(text), "%Server%", run.site.server), "%UserName%",
                           base::trim(run.SamName));
 }
 
 std::string reachable(const CreationRun& run, const std::string& folder, std::string_view share_point) {
-  return reachable_path(base::trim(run.session.form1.NTSERVER.text.get()), folder,
+  return reachable_path(run.site.server, folder,
                         format::FRString(share_point, "%UserName%", base::trim(run.SamName)));
 }
 
@@ -72,21 +69,20 @@ std::string reachable_path(std::string_view server, std::string_view folder, std
 }
 
 void ResolvePaths(CreationRun& run) {
-  const session::Form1& form = run.session.form1;
-  const session::frmSharePoints& points = run.session.share_points;
+  const TemplateValues& values = run.user_template;
   ResolvedPaths& paths = run.paths;
-  if (!base::trim(form.Profilepath.text.get()).empty()) {
-    paths.ProfileLocalDir = expand_path(run, form.Profilepath.text.get());
-    paths.ProfileShareDir = reachable(run, paths.ProfileLocalDir, points.ProfileSharePoint);
+  if (!values.ProfileDir.empty()) {
+    paths.ProfileLocalDir = expand_path(run, values.ProfileDir);
+    paths.ProfileShareDir = reachable(run, paths.ProfileLocalDir, values.ProfileSharePoint);
     paths.WantProfileDir = true;
   }
-  if (!base::trim(form.Homedirpath.text.get()).empty()) {
-    paths.HomeLocalDir = expand_path(run, form.Homedirpath.text.get());
-    paths.HomeShareDir = reachable(run, paths.HomeLocalDir, points.HomeSharePoint);
+  if (!values.HomeDir.empty()) {
+    paths.HomeLocalDir = expand_path(run, values.HomeDir);
+    paths.HomeShareDir = reachable(run, paths.HomeLocalDir, values.HomeSharePoint);
     paths.WantHomeDir = true;
   }
-  paths.ProfileText = expand_path(run, form.propath.text.get());
-  paths.HomeDirText = expand_path(run, form.homedir.text.get());
+  paths.ProfileText = expand_path(run, values.ProfilePath);
+  paths.HomeDirText = expand_path(run, values.HomePath);
 }
 
 Step CreateDirectories(CreationRun& run) {

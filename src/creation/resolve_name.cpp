@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 
 #include "base/errors.hpp"
@@ -6,10 +7,9 @@
 #include "creation/validate_request.hpp"
 #include "directory/tree.hpp"
 #include "format/user_name.hpp"
-#include "session/form1.hpp"
-#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
+#include "stores/side_tables.hpp"
 
 namespace twk::creation {
 namespace {
@@ -19,18 +19,16 @@ using session::Session;
 /// There is no alternative to a taken name.
 Step refuse_taken_name(CreationRun& run) {
   Session& session = run.session;
-  session::ImportState& state = session.import;
-  session.LastCreation.message = "User " + run.UserId + " Already Exist";
-  if (state.Importing) {
-    session::write_run_file(session, state.error_file, state.ImportLine);
-  } else {
+  run.message = "User " + run.UserId + " Already Exist";
+  run.name_taken = true;
+  if (!session.import.Importing) {
     session.platform.dialogs.MsgBox(
         "User " + run.UserId + " Already Exist \r\nChange the UserID and Continue.", platform::Buttons::kOk,
         platform::Icon::kExclamation, "User Exist");
   }
-  session.form1.StatusBar1.panel1 = "Ready.";
-  set_progress(run, 0);
-  show_step(run, "");
+  run.view.status("Ready.");
+  run.view.progress(0);
+  run.view.step("");
   log(run, "User : " + run.UserId + "  Already Exist ");
   session.log.close();
   return Step::kEnd;
@@ -45,7 +43,8 @@ Step try_again(CreationRun& run, const std::string& format) {
   if (base::equals_fold(name, run.UserId))
     return refuse_taken_name(run);
   log(run, "User ID " + run.UserId + " already exists");
-  session.form1.UserID_Box.text = name;
+  run.request.UserId = name;
+  run.view.names(run.request);
   log(run, "Changing User ID to " + name);
   session.log.close();
   return Step::kAgain;
@@ -62,34 +61,28 @@ void begin_work(CreationRun& run) {
   run.ImportGroupsFinish = import_bound(session, "ImportGroupsFinish");
   session.AltIdTried = false;
   session.SerialTokenUsed = false;
-  session.form1.enabled = false;
-}
-
-/// The first directory row of that name.
-const controls::ListRow* find_row(const controls::ListView& rows, std::string_view name) {
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (base::equals_fold(rows.at(i).text, name))
-      return &rows.at(i);
-  }
-  return nullptr;
+  run.view.lock();
 }
 
 /// The account name from a directory row, once all its tags have values.
 void take_name_of_row(CreationRun& run) {
-  const controls::ListRow* const row = find_row(run.session.form1.ListView7, "SAMACCOUNTNAME");
-  if (row == nullptr)
+  const std::vector<stores::DirectoryRow> rows = stores::directory_rows(run.session);
+  const auto row = std::ranges::find_if(rows, [](const stores::DirectoryRow& one) {
+    return base::equals_fold(one.attribute, "SAMACCOUNTNAME");
+  });
+  if (row == rows.end())
     return;
-  const std::string name = expand_row_value(run, row->sub_items.empty() ? "" : row->sub_items.front());
+  const std::string name = expand_row_value(run, row->value);
   if (name.find('%') == base::npos)
     run.SamName = name;
 }
 
 Step refuse_sam_name(CreationRun& run, const char* status) {
   Session& session = run.session;
-  session.form1.StatusBar1.panel1 = status;
-  set_progress(run, 0);
+  run.view.status(status);
+  run.view.progress(0);
   session.log.close();
-  session.form1.enabled = !session.import.Importing;
+  run.view.unlock();
   return Step::kEnd;
 }
 
@@ -97,32 +90,32 @@ Step refuse_sam_name(CreationRun& run, const char* status) {
 
 Step ResolveCollision(CreationRun& run) {
   Session& session = run.session;
-  session::Form1& form = session.form1;
-  if (!form.Create_User_Account.on())
+  const NameFormats& formats = run.request.formats;
+  if (!run.request.stages.account)
     return Step::kGoOn;
   if (!directory::User_Exist(session, run.UserId)) {
     begin_work(run);
     return Step::kGoOn;
   }
   if (!session.SerialTokenUsed) {
-    if (form.ALTID.text.get().empty() || session.AltIdTried)
+    if (formats.taken.empty() || session.AltIdTried)
       return refuse_taken_name(run);
     session.AltIdTried = true;
-    return try_again(run, form.ALTID.text);
+    return try_again(run, formats.taken);
   }
   if (session.SerialCounter == std::numeric_limits<std::int16_t>::max())
     return refuse_taken_name(run);
   ++session.SerialCounter;
-  return try_again(run, session.AltIdTried ? form.ALTID.text : form.setupid.text);
+  return try_again(run, session.AltIdTried ? formats.taken : formats.account);
 }
 
 Step ResolveSamName(CreationRun& run) {
   Session& session = run.session;
-  const bool by_row = session::is_active_directory(session) && !session.form1.SamAccountName.value;
+  const bool by_row = session::is_active_directory(session) && !run.request.named_by_logon;
   if (by_row)
     take_name_of_row(run);
   if (by_row && run.CommaInName && run.SamName.find(',') != base::npos) {
-    session.LastCreation.message = "SAMName cannot have a comma in it.";
+    run.message = "SAMName cannot have a comma in it.";
     session.platform.dialogs.MsgBox(
         "SAMName cannot have a comma in it.\r\nYou will need to enter a 'SAMAccountName' property into "
         "the\r\nW2K TAB.",
@@ -138,7 +131,7 @@ Step ResolveSamName(CreationRun& run) {
     return Step::kGoOn;
   for (const std::string& fault : faults)
     log(run, "Invalid Character in SAMAccountName: " + fault);
-  session.LastCreation.message = "Invalid Character in SAMAccountName: " + faults.front();
+  run.message = "Invalid Character in SAMAccountName: " + faults.front();
   session.platform.dialogs.beep();
   return refuse_sam_name(run, "User Name Invalid...");
 }

@@ -6,14 +6,12 @@
 #include <vector>
 
 #include "base/text.hpp"
-#include "controls/basic.hpp"
 #include "creation/creation_run.hpp"
 #include "directory/operations.hpp"
 #include "format/replace.hpp"
 #include "resources/WTS.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "stores/side_tables.hpp"
 
@@ -38,11 +36,10 @@ void add_wanted(CreationRun& run, std::vector<UserShare>& shares, std::string_vi
 }
 
 std::vector<UserShare> wanted_shares(CreationRun& run) {
-  const session::Form1& form = run.session.form1;
   std::vector<UserShare> shares;
-  add_wanted(run, shares, form.sharenameprofile.text.get(),
+  add_wanted(run, shares, run.user_template.ProfileShare,
              {{}, run.paths.ProfileLocalDir, "Users Profile Share", "Error Creating Share Security: \\\\"});
-  add_wanted(run, shares, form.Sharenamehomedir.text.get(),
+  add_wanted(run, shares, run.user_template.HomeShare,
              {{}, run.paths.HomeLocalDir, "Users Home Share", "Error Creating Shares Security: \\\\"});
   return shares;
 }
@@ -72,8 +69,7 @@ bool permissions_set(CreationRun& run, const std::string& local, const std::stri
 }  // namespace
 
 void CreateUserShares(CreationRun& run) {
-  const std::string server(base::trim(run.session.form1.NTSERVER.text.get()));
-  controls::Label& light = run.session.form1.Sharedirs;
+  const std::string& server = run.site.server;
   std::vector<UserShare> shares = wanted_shares(run);
   for (UserShare& share : shares) {
     share.result =
@@ -88,17 +84,17 @@ void CreateUserShares(CreationRun& run) {
   if (any(shares, ShareResult::kFailed)) {
     run.RunWarning = 2;
     log_each([](const UserShare&) { return std::string("Error Creating Shares: \\\\"); });
-    return paint(light, controls::kRed, "Error");
+    return run.view.stage(Stage::kShares, StageState::kFailed);
   }
   if (any(shares, ShareResult::kFallbackList)) {
     run.RunWarning = 2;
     log_each([](const UserShare& share) { return share.security_fault; });
     run.session.log.reason("Check Security permissions for Shares for invaild name");
-    return paint(light, controls::kYellow, "Completed");
+    return run.view.stage(Stage::kShares, StageState::kWarned);
   }
   for (const UserShare& share : shares)
     log(run, "Creating Shares: \\\\" + server + "\\" + share.name);
-  complete(light);
+  run.view.stage(Stage::kShares, StageState::kCompleted);
 }
 void ApplyTerminalSettings(CreationRun& run) {
   session::Session& session = run.session;
@@ -106,18 +102,17 @@ void ApplyTerminalSettings(CreationRun& run) {
 }
 void ApplyDirPermissions(CreationRun& run) {
   const ResolvedPaths& paths = run.paths;
-  controls::Label& light = run.session.form1.Security;
   const bool home = permissions_set(run, paths.HomeLocalDir, paths.HomeShareDir);
   const bool profile = permissions_set(run, paths.ProfileLocalDir, paths.ProfileShareDir);
   if (!home || !profile) {
     if (has_no_permissions(run.session))
       run.session.log.remember("No Users found in permissions file");
     run.RunWarning = 2;
-    return paint(light, controls::kRed, "Error");
+    return run.view.stage(Stage::kPermissions, StageState::kFailed);
   }
   if (!paths.HomeLocalDir.empty() || !paths.ProfileLocalDir.empty())
     log(run, "Set Directory Permissions OK");
-  complete(light);
+  run.view.stage(Stage::kPermissions, StageState::kCompleted);
 }
 
 }  // namespace twk::creation

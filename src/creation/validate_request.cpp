@@ -6,7 +6,6 @@
 #include "creation/account_name.hpp"
 #include "format/user_name.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
@@ -14,19 +13,11 @@
 namespace twk::creation {
 namespace {
 
-using session::Form1;
 using session::Session;
 
 constexpr std::size_t kLongestUserId = 20;
 
-void clear_lights(Form1& form) {
-  for (controls::Label* light :
-       {&form.Createdirs, &form.Sharedirs, &form.Security, &form.UserAccount, &form.MailAccount, &form.run}) {
-    light->caption = std::string();
-  }
-}
-
-/// What is wrong with the selection; empty when it is fine.
+/// The reason against the selection; empty when it will do.
 std::string_view selection_fault(const CreationRun& run) {
   constexpr std::string_view kSelectUser =
       "You must select a User in the treeview to create this user\r\nor turn off the copy user function.";
@@ -43,29 +34,24 @@ std::string_view selection_fault(const CreationRun& run) {
   const bool ou = request.SelectedNodeKind == "OU";
   if (nameless)
     return kSelectOu;
-  if (!ou && !request.CopyUser && run.session.form1.Create_User_Account.on())
+  if (!ou && !request.CopyUser && request.stages.account)
     return kSelectOu;
   return ou && request.CopyUser ? kSelectUser : std::string_view{};
 }
 
-void capitalize(std::string& name, controls::TextBox& box) {
-  name = capitalized(name);
-  box.text = name;
-}
-
-void back_to_rest(Session& session) {
-  session.form1.ProgressBar1.value = 0;
-  session.form1.progress.caption = std::string();
+void back_to_rest(CreationRun& run) {
+  run.view.progress(0);
+  run.view.step({});
 }
 
 Step refuse_length(CreationRun& run) {
   constexpr const char* kFault = "UserID Is too long or too Short, 1-20 chrs";
-  run.session.LastCreation.message = kFault;
+  run.message = kFault;
   if (run.session.import.Importing)
     return Step::kEnd;
-  run.session.form1.StatusBar1.panel1 = kFault;
+  run.view.status(kFault);
   run.session.platform.dialogs.beep();
-  back_to_rest(run.session);
+  back_to_rest(run);
   return Step::kEnd;
 }
 
@@ -81,6 +67,8 @@ void load_records(CreationRun& run) {
   try {
     stores::require_template(run.session, run.request.TemplateName);
     stores::require_site(run.session, run.request.SiteName);
+    run.user_template = values_of(run.session.ActiveTemplate);
+    run.site = values_of(run.session.ActiveSite);
   } catch (const base::RuntimeError&) {
     run.UserId = run.request.UserId;
     open_log(run);
@@ -93,14 +81,14 @@ bool log_invalid_characters(CreationRun& run) {
   for (const std::string& fault : invalid_characters(run.UserId, session::is_active_directory(run.session))) {
     const std::string text = "Invalid Character in User Name: " + fault;
     log(run, text);
-    run.session.LastCreation.message = text;
+    run.message = text;
     valid = false;
   }
   for (const std::string* name : {&run.request.FirstName, &run.request.MiddleName, &run.request.LastName}) {
     if (const auto control = base::find_control_character(*name)) {
       const std::string text = "Invalid Character in Name: " + *control;
       log(run, text);
-      run.session.LastCreation.message = text;
+      run.message = text;
       valid = false;
     }
   }
@@ -122,8 +110,8 @@ void warn_of_lacking_name(CreationRun& run) {
 Step refuse_name(CreationRun& run) {
   Session& session = run.session;
   session.platform.dialogs.beep();
-  session.form1.StatusBar1.panel1 = "User Name Invalid...";
-  back_to_rest(session);
+  run.view.status("User Name Invalid...");
+  back_to_rest(run);
   session.log.close();
   return Step::kEnd;
 }
@@ -132,34 +120,29 @@ Step refuse_name(CreationRun& run) {
 
 Step ValidateRequest(CreationRun& run) {
   Session& session = run.session;
-  Form1& form = session.form1;
-  clear_lights(form);
-  if (form.TreeView1.selected() == nullptr) {
-    form.TreeView1.select(form.TreeView1.first());
-    run.request = CreationRun(session).request;
-  }
+  run.view.begin();
   if (const std::string_view fault = selection_fault(run); !fault.empty()) {
-    session.LastCreation.message = fault;
+    run.message = fault;
     session.platform.dialogs.MsgBox(fault, platform::Buttons::kOk, platform::Icon::kCritical,
                                     "Can't Create User");
     return Step::kEnd;
   }
-  run.hourglass.emplace(form);
-  set_progress(run, 0);
-  form.StatusBar1.panel1 = "Creating User....";
-  set_progress(run, 5);
-  show_step(run, "Initalizing...");
+  run.view.start_work();
+  run.view.progress(0);
+  run.view.status("Creating User....");
+  run.view.progress(5);
+  run.view.step("Initalizing...");
   load_records(run);
-  capitalize(run.request.FirstName, form.strFirst);
-  capitalize(run.request.MiddleName, form.StrMiddle);
-  capitalize(run.request.LastName, form.strLast);
+  for (std::string* const name : {&run.request.FirstName, &run.request.MiddleName, &run.request.LastName})
+    *name = capitalized(*name);
 
-  run.UserId = run.request.UserId;
-  if (base::trim(run.UserId).empty()) {
-    run.UserId = format::UserName(session, form.setupid.text, base::trim(run.request.FirstName),
-                                  base::trim(run.request.MiddleName), base::trim(run.request.LastName));
-    form.UserID_Box.text = run.UserId;
+  if (base::trim(run.request.UserId).empty()) {
+    run.request.UserId =
+        format::UserName(session, run.request.formats.account, base::trim(run.request.FirstName),
+                         base::trim(run.request.MiddleName), base::trim(run.request.LastName));
   }
+  run.UserId = run.request.UserId;
+  run.view.names(run.request);
   const std::size_t length = base::length(run.UserId);
   if (length < 1 || length > kLongestUserId)
     return refuse_length(run);

@@ -10,13 +10,14 @@
 #include "creation/account_stage.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
+#include "stores/side_tables.hpp"
 
 namespace twk::creation {
 namespace {
 
 using session::Session;
+using stores::DirectoryRow;
 
 constexpr std::string_view kPrincipalName = "userPrincipalName";
 
@@ -110,7 +111,7 @@ void write_all(CreationRun& run, std::vector<DirectoryProperty>& properties) {
 /// Asks for a value, if someone is there to answer.
 void ask_for_value(CreationRun& run, const std::string& attribute) {
   Session& session = run.session;
-  if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
+  if (session.import.Importing && run.request.skip_prompts)
     return;
   DirectoryProperty property{
       attribute, session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value")};
@@ -124,34 +125,26 @@ void refuse_taken_name(CreationRun& run, const std::string& name) {
   run.SummaryRow += ",";
 }
 
-bool is_of_user(const controls::ListRow& row) {
-  return row.icon == "USER";
-}
-
-std::string_view value_of(const controls::ListRow& row) {
-  return row.sub_items.empty() ? std::string_view() : row.sub_items.front();
-}
-
-bool is_prompt(const controls::ListRow& row) {
-  return base::equals_fold(value_of(row), "PROMPT");
+bool is_prompt(const DirectoryRow& row) {
+  return base::equals_fold(row.value, "PROMPT");
 }
 
 /// None for a row that writes nothing: without a value, or with a variable that has none.
-std::optional<DirectoryProperty> property_of(CreationRun& run, const controls::ListRow& row) {
-  std::string value = expand_row_value(run, value_of(row));
+std::optional<DirectoryProperty> property_of(CreationRun& run, const DirectoryRow& row) {
+  std::string value = expand_row_value(run, row.value);
   if (value.empty() || value.find('%') != base::npos)
     return std::nullopt;
-  return DirectoryProperty{row.text, std::move(value)};
+  return DirectoryProperty{row.attribute, std::move(value)};
 }
 
-/// A "%" in the user's own names would silently count as a variable without a value.
-void warn_of_percent_sign(CreationRun& run, const controls::ListRow& row) {
+/// A "%" of the user's own names would count as a variable without a value, in silence.
+void warn_of_percent_sign(CreationRun& run, const DirectoryRow& row) {
   const NewUserRequest& names = run.request;
   const auto holds = [](const std::string& text) { return text.find('%') != base::npos; };
   const bool in_name =
       holds(run.UserId) || holds(names.FirstName) || holds(names.MiddleName) || holds(names.LastName);
-  if (in_name && value_of(row).find('%') != base::npos)
-    warn(run, row.text + " is not set, because of the \"%\" in the user's name");
+  if (in_name && row.value.find('%') != base::npos)
+    warn(run, row.attribute + " is not set, because of the \"%\" in the user's name");
 }
 
 bool is_principal_name(const DirectoryProperty& property) {
@@ -185,12 +178,12 @@ bool is_staged(CreationRun& run, std::string_view attribute) {
   return trap.number() != platform::ads_error::kPropertyNotFound;
 }
 
-/// How many rows there are for an attribute: the last one wins, so their order matters.
-std::unordered_map<std::string, int> rows_by_attribute(const controls::ListView& rows) {
+/// How many rows there are for an attribute: the last one holds, so their order counts.
+std::unordered_map<std::string, int> rows_by_attribute(const std::vector<DirectoryRow>& rows) {
   std::unordered_map<std::string, int> count;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (is_of_user(rows.at(i)))
-      ++count[folded_attribute(rows.at(i).text)];
+  for (const DirectoryRow& row : rows) {
+    if (row.of_user)
+      ++count[folded_attribute(row.attribute)];
   }
   return count;
 }
@@ -198,12 +191,11 @@ std::unordered_map<std::string, int> rows_by_attribute(const controls::ListView&
 }  // namespace
 
 void StageFirstProperties(CreationRun& run) {
-  const controls::ListView& rows = run.session.form1.ListView7;
+  const std::vector<DirectoryRow> rows = stores::directory_rows(run.session);
   const std::unordered_map<std::string, int> count = rows_by_attribute(rows);
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const controls::ListRow& row = rows.at(i);
-    if (!is_of_user(row) || is_prompt(row) || !is_particular(row.text) ||
-        count.at(folded_attribute(row.text)) != 1)
+  for (const DirectoryRow& row : rows) {
+    if (!row.of_user || is_prompt(row) || !is_particular(row.attribute) ||
+        count.at(folded_attribute(row.attribute)) != 1)
       continue;
     std::optional<DirectoryProperty> property = property_of(run, row);
     if (!property || is_staged(run, property->attribute) || is_taken(run, *property))
@@ -214,10 +206,9 @@ void StageFirstProperties(CreationRun& run) {
 }
 
 void ForeseePrincipalName(CreationRun& run) {
-  const controls::ListView& rows = run.session.form1.ListView7;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const controls::ListRow& row = rows.at(i);
-    if (!is_of_user(row) || is_prompt(row) || !base::equals_fold(row.text, kPrincipalName))
+  const std::vector<DirectoryRow> rows = stores::directory_rows(run.session);
+  for (const DirectoryRow& row : rows) {
+    if (!row.of_user || is_prompt(row) || !base::equals_fold(row.attribute, kPrincipalName))
       continue;
     const std::optional<DirectoryProperty> property = property_of(run, row);
     if (!property)
@@ -231,16 +222,15 @@ void ForeseePrincipalName(CreationRun& run) {
 
 void ApplyW2kProperties(CreationRun& run) {
   log(run, "Setting W2K Properties");
-  show_step(run, "Setting W2K Properties");
-  const controls::ListView& rows = run.session.form1.ListView7;
+  run.view.step("Setting W2K Properties");
+  const std::vector<DirectoryRow> rows = stores::directory_rows(run.session);
   std::vector<DirectoryProperty> waiting;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const controls::ListRow& row = rows.at(i);
-    if (!is_of_user(row))
+  for (const DirectoryRow& row : rows) {
+    if (!row.of_user)
       continue;
     if (is_prompt(row)) {
       write_all(run, waiting);
-      ask_for_value(run, row.text);
+      ask_for_value(run, row.attribute);
       continue;
     }
     std::optional<DirectoryProperty> property = property_of(run, row);

@@ -27,26 +27,26 @@ std::string Reverse_Password(std::string_view text) {
   return base::reverse(text);
 }
 
-NewPasswordText new_password_text(session::Session& session, std::string_view account, std::string_view first,
-                                  std::string_view middle, std::string_view last) {
-  const session::Form1& form1 = session.form1;
-  const std::string& format = form1.Formatted_Password.text;
+NewPasswordText new_password_text(session::Session& session, const PasswordFields& fields,
+                                  std::string_view account, std::string_view first, std::string_view middle,
+                                  std::string_view last) {
+  const std::string& format = fields.format;
   const bool importing = session.import.Importing;
-  const bool formatted = form1.FmtPass.on() && !base::trim(format).empty();
+  const bool formatted = fields.formatted && !base::trim(format).empty();
   const bool of_import = formatted && !importing && holds_import_field(format);
   NewPasswordText password;
   if (formatted && !of_import) {
     password.text =
         Filling(session, format).tag(kAccountTag, base::trim(account)).names(first, middle, last).take();
   } else {
-    Filling text(session, form1.defaultpassword.text);
+    Filling text(session, fields.text);
     text.tag(kAccountTag, base::trim(account));
-    if (!form1.FmtPass.on())
+    if (!fields.formatted)
       text.import_fields();
-    const bool lacks_field = !form1.FmtPass.on() && importing && text.holds("%IMPORT");
+    const bool lacks_field = !fields.formatted && importing && text.holds("%IMPORT");
     password.text = lacks_field ? std::string() : text.take();
   }
-  const std::string& field = formatted && !of_import ? format : form1.defaultpassword.text.get();
+  const std::string& field = formatted && !of_import ? format : fields.text;
   if (of_import)
     password.fault = "The default password was used: only an import fills " + format;
   else if (password.text.empty() && !base::trim(field).empty())

@@ -12,17 +12,25 @@ namespace twk::format {
 /// The characters in reverse order. It turns a name into a password and protects nothing.
 std::string Reverse_Password(std::string_view text);
 
-/// The field with the password of a new user, expanded.
+/// Where the password of a new user comes from.
+struct PasswordFields {
+  std::string text;    ///< the default password
+  std::string format;  ///< used in its place while `formatted` is set and it is not blank
+  bool formatted = false;
+};
+
+/// The field that gives the password of a new user, expanded.
 struct NewPasswordText {
   std::string text;
   std::string fault;  ///< why it does not match the field; empty when it does
 };
-/// `Formatted_Password` when `FmtPass` is ticked and the field is filled, else `defaultpassword`, with their
-/// tags expanded; "%UserName%" is the account name. A format that only an import can fill does not
-/// count outside an import: its own text would be everyone's password.
-NewPasswordText new_password_text(session::Session& session, std::string_view account, std::string_view first,
-                                  std::string_view middle, std::string_view last);
-/// The password that such a text means: "%USERNAMEB%" means the user ID backwards; "PROMPT", with no
+/// The format or the default password with its tags expanded; "%UserName%" is the account name. A format that
+/// only an import fills would give everybody else its own text as a password, so it does not count outside an
+/// import.
+NewPasswordText new_password_text(session::Session& session, const PasswordFields& fields,
+                                  std::string_view account, std::string_view first, std::string_view middle,
+                                  std::string_view last);
+/// The password that such a text stands for: "%USERNAMEB%" means the user ID backwards; "PROMPT", with no
 /// blank around it, asks. An empty answer is an empty password.
 std::string password_of_text(session::Session& session, std::string text, std::string_view user_id);
 

@@ -13,6 +13,7 @@
 #include "platform/platform.hpp"
 #include "records/records.hpp"
 #include "session/activity_log.hpp"
+#include "session/creation_outcome.hpp"
 #include "session/details_changes.hpp"
 #include "session/text_file.hpp"
 
@@ -54,15 +55,7 @@ inline constexpr std::string_view kNoDomain = "%Domain%";
 /// Fields of one import line: 0 stays empty, field k of the line is element k.
 inline constexpr std::size_t kMostImportFields = 100;
 
-/// How the last creation ended. `light` is empty for one that was refused before anything was done.
-struct CreationOutcome {
-  std::string user;
-  std::string light;
-  std::string message;
-  std::vector<std::string> warnings;  ///< why it is not GREEN, a text for each reason
-};
-
-/// The outcome for one line of an import.
+/// What became of one line of an import.
 struct ImportRow {
   std::int32_t line = 0;  ///< counted from 1
   CreationOutcome outcome;

@@ -106,6 +106,18 @@ void save_wts_table(Session& session) {
              [](const controls::ListRow& row) { return std::string(value_of(row)); });
 }
 
+std::vector<DirectoryRow> directory_rows(const session::Session& session) {
+  const controls::ListView& list = session.form1.ListView7;
+  std::vector<DirectoryRow> rows;
+  rows.reserve(list.size());
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const controls::ListRow& row = list.at(i);
+    rows.push_back(
+        {row.text, row.sub_items.empty() ? std::string() : row.sub_items.front(), row.icon == "USER"});
+  }
+  return rows;
+}
+
 void fill_wts_rows(Session& session) {
   session.form1.ListView9.clear();
   for (const records::TerminalServerRow& row : records::kTerminalServerRows)

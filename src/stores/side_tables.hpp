@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -39,6 +40,15 @@ void load_wts_table(session::Session& session);
 void save_mail_table(session::Session& session);
 void save_w2k_table(session::Session& session);
 void save_wts_table(session::Session& session);
+
+/// A row of the directory table.
+struct DirectoryRow {
+  std::string attribute;
+  std::string value;
+  bool of_user = false;  ///< of the account; else of its mailbox
+};
+/// The directory table as it is loaded.
+std::vector<DirectoryRow> directory_rows(const session::Session& session);
 
 /// The thirteen terminal-server rows, without values.
 void fill_wts_rows(session::Session& session);

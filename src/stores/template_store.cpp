@@ -168,6 +168,14 @@ void load_template_record(Session& session, std::int32_t number) {
   show_template(session);
 }
 
+std::vector<TemplateGroup> template_groups(const Session& session) {
+  const controls::ListView& list = session.form1.ListView6;
+  std::vector<TemplateGroup> groups;
+  for (std::size_t i = 0; i < list.size(); ++i)
+    groups.push_back({trimmed(list.at(i).text), list.at(i).key});
+  return groups;
+}
+
 void Template_Group_Sort(Session& session) {
   Form1& form1 = session.form1;
   if (form1.ListView6.empty())

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace twk::session {
 struct Session;
@@ -38,6 +39,13 @@ bool groups_are_loaded(session::Session& session);
 
 /// A share point as stored: with a backslash at the end and none at the beginning.
 std::string share_point(std::string_view typed);
+
+/// A group of the loaded template that the domain has.
+struct TemplateGroup {
+  std::string name;
+  std::string key;
+};
+std::vector<TemplateGroup> template_groups(const session::Session& session);
 
 /// Moves every group of the template back to the groups of the domain.
 void Template_Group_Sort(session::Session& session);

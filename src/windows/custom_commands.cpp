@@ -48,6 +48,7 @@ CommandUser read_user(session::Session& session, const controls::TreeNode& node)
 }  // namespace
 
 void run_custom_command(session::Session& session, int index, controls::TreeNode& node) {
+  const session::Form1& form = session.form1;
   controls::StatusBar& status = session.form1.StatusBar1;
   if (node.image != "USER") {
     status.panel1 = "Select a user first.";
@@ -62,7 +63,8 @@ void run_custom_command(session::Session& session, int index, controls::TreeNode
     return;
   }
   const std::vector<std::string> words = creation::command_words(
-      session, session::read_setting(session, session::kCustom, "Script" + suffix), user);
+      session, session::read_setting(session, session::kCustom, "Script" + suffix), user,
+      {form.NTSERVER.text, form.EXSERVER.text, form.EXSite.text, form.EXorg.text});
   const std::string command = creation::shown_command(words);
   const bool hidden =
       base::equals_fold(session::read_setting(session, session::kCustom, "RUNHIDDEN" + suffix), "YES");

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "batch/import.hpp"
 #include "batch/multi_user_window.hpp"
 #include "directory/ad_options.hpp"
 #include "directory/create_ou.hpp"
@@ -20,6 +19,7 @@
 #include "windows/compact_database.hpp"
 #include "windows/custom_commands.hpp"
 #include "windows/editors/custom_properties.hpp"
+#include "windows/import.hpp"
 #include "windows/manage_ou.hpp"
 #include "windows/refresh.hpp"
 
@@ -46,7 +46,7 @@ void clear_new_user(session::Session& session) {
 void mnuFile_Click(session::Session& session, int index) {
   switch (index) {
     case 1:
-      batch::Import_Command(session);
+      Import_Command(session);
       break;
     case 2:
       session::Log_Detail(session);

@@ -1,4 +1,4 @@
-#include "batch/import.hpp"
+#include "windows/import.hpp"
 
 #include <fstream>
 
@@ -41,8 +41,8 @@ class ImportWorld : public LabSession {
     std::ofstream(path, std::ios::binary) << bytes;
     return path;
   }
-  bool import(std::string_view bytes) { return Import_Users(session, file(bytes)); }
-  bool import_errors() { return Import_Users(session, session.dbpath + "Import.err"); }
+  bool import(std::string_view bytes) { return windows::Import_File(session, file(bytes)); }
+  bool import_errors() { return windows::Import_File(session, session.dbpath + "Import.err"); }
   std::string errors() { return database_file("Import.err"); }
   std::string summary() { return database_file(kSummary); }
 
@@ -175,7 +175,7 @@ TEST(Import, ChosenColumnsFeedNamesAccountAndPassword) {
   window.ImportPassword.select(5);
   csv_layout_ok(world.session);
   EXPECT_TRUE(world.session.form1.Formatted_Password.visible);
-  EXPECT_TRUE(Import_Users(world.session, (world.folder.path() / "starters.csv").string()));
+  EXPECT_TRUE(windows::Import_File(world.session, (world.folder.path() / "starters.csv").string()));
   EXPECT_THAT(world.rows, ElementsAre("1 GREEN jsmith"));
   EXPECT_EQ(world.property("jsmith", "displayName"), "Jo  Smith");
   EXPECT_NO_THROW(world.services.directory.OpenDSObject(world.path_of("jsmith"), "jsmith", "Own-Pass-2026"));
@@ -220,7 +220,9 @@ TEST_P(InEveryKindOfDomain, TheFileOfRefusedLinesCanBeImportedAgain) {
   EXPECT_TRUE(world.import_errors());
   EXPECT_THAT(world.rows, ElementsAre("5  alone", "6  Jo.Smith", "7  Ann.Lee"));
   EXPECT_EQ(world.errors(), refused);
-  world.session.import.row_done = [&world](const session::ImportRow&) { CancelButton_Click(world.session); };
+  world.session.import.row_done = [&world](const session::ImportRow&) {
+    windows::CancelButton_Click(world.session);
+  };
   EXPECT_TRUE(world.import_errors());
   EXPECT_EQ(world.errors(), refused) << "lines that a stopped run does not come to stay";
   EXPECT_EQ(world.database_file("Import.err.old"), refused);
@@ -306,7 +308,9 @@ TEST(Import, AHaltOnWarningsReadsAsAHaltOnErrors) {
 TEST(Import, StopIsHeededBeforeTheNextLine) {
   ImportWorld world;
   world.start();
-  world.session.import.row_done = [&world](const session::ImportRow&) { CancelButton_Click(world.session); };
+  world.session.import.row_done = [&world](const session::ImportRow&) {
+    windows::CancelButton_Click(world.session);
+  };
   EXPECT_TRUE(world.import("Jo,,Smith\nAnn,,Lee\n"));
   EXPECT_EQ(world.path_of("Ann.Lee"), "");
   EXPECT_EQ(world.log_tab().back(), "GREEN  Import Halted by User");
@@ -339,7 +343,7 @@ TEST(Import, ANameThatIsNotFreeInTheForestLeavesItsColumnEmpty) {
 TEST(Import, AFileThatCannotBeReadOrWrittenEndsTheRunWithItsReason) {
   ImportWorld world;
   world.start();
-  EXPECT_FALSE(Import_Users(world.session, "/nowhere/starters.csv"));
+  EXPECT_FALSE(windows::Import_File(world.session, "/nowhere/starters.csv"));
   EXPECT_THAT(world.session.import.failure, HasSubstr("starters.csv"));
   EXPECT_FALSE(world.session.import.Importing);
   EXPECT_TRUE(world.session.form1.enabled);
@@ -355,7 +359,7 @@ TEST(ImportCommand, RunsFromTheFileToTheClosingText) {
   const std::string path = world.file("Jo,,Smith\n");
   world.dialogs.expect_input("Open file to import", path);
   world.dialogs.on_modal = [&world](std::string_view) { csv_layout_ok(world.session); };
-  Import_Command(world.session);
+  windows::Import_Command(world.session);
   EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(),
             "Import Complete. 1 users Added. Check Import.err for errors.");
   EXPECT_THAT(world.log(), HasSubstr("User:admin\nStarting Import from: " + path + "\n"));
@@ -385,7 +389,7 @@ TEST(ImportCommand, AnUnsuitableSelectionIsReportedInABox) {
     world.session.form1.Copy_User.value = one.copy ? 1 : 0;
     world.session.import_grps.Expiredate.text = one.expiry;
     world.dialogs.expect(one.text);
-    Import_Command(world.session);
+    windows::Import_Command(world.session);
     EXPECT_EQ(world.dialogs.last_title, "Can't Import Users");
   }
 }

@@ -79,7 +79,7 @@ TEST(CommandText, AValueNeverMakesOrEndsAWord) {
         command_words(world.session,
                       R"(run %UserName% "%username%" --first=%first% "a b %LAST% c" x%middle%"y z" "" " " )"
                       R"(%home town% -- %Last%)",
-                      {value, value, value, value}),
+                      {value, value, value, value}, {}),
         (Words{"run", value, value, "--first=" + value, "a b " + value + " c", "x" + value + "y z", "", " ",
                "x\" y", "--", value}))
         << value;
@@ -87,7 +87,8 @@ TEST(CommandText, AValueNeverMakesOrEndsAWord) {
   // A tag, or the sign that formats drop, may change a value, and never the number of words.
   for (const std::string value :
        {"%DOMAIN%", "%UserName%", "%first%", "%home town%", "100%", "#", "#U", "%", "%%"})
-    EXPECT_EQ(command_words(world.session, "run %first% \"%last%\" end", {"jo", value, "", value}).size(), 4U)
+    EXPECT_EQ(command_words(world.session, "run %first% \"%last%\" end", {"jo", value, "", value}, {}).size(),
+              4U)
         << value;
 }
 

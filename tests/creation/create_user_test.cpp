@@ -1,4 +1,4 @@
-#include "creation/create_user.hpp"
+#include "windows/create_user.hpp"
 
 #include "platform/adsi.hpp"
 #include "session/form1.hpp"
@@ -31,7 +31,7 @@ TEST_P(InEveryKindOfDomain, ANameBecomesAnAccountWithItsDirectories) {
   world.start();
   world.session.form1.Description.text = std::string("new starter");
   world.type_names("josé", "q.", "núñez");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
 
   EXPECT_THAT(world.log_tab(), ElementsAre("GREEN José.Núñez Created User "));
   EXPECT_EQ(caption(world.session.form1.UserAccount), "Completed");
@@ -60,7 +60,7 @@ TEST_P(InEveryKindOfDomain, TheLogHasEachStepInOrder) {
   world.start();
   std::filesystem::remove(world.folder.path() / "db/Log.txt");
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_EQ(world.log(),
             "*****************************************\n"
             "31/12/2026 09:05:00\n"
@@ -83,7 +83,7 @@ TEST_P(InEveryKindOfDomain, TheFlagsOfThePreferencesReachTheAccount) {
   world.set("Preferences", "CantChangePWD", "yes");
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   const platform::User user(world.account("Jo.Smith"));
   EXPECT_TRUE(user.AccountDisabled());
   const auto flags = world.services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("UserFlags").integer();
@@ -96,7 +96,7 @@ TEST_P(InEveryKindOfDomain, AMustChangePasswordIsMarkedSo) {
   world.set("Preferences", "ForcePasswdChange", "Yes");
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_EQ(world.services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("PasswordExpired").integer(), 1);
 }
 
@@ -104,11 +104,11 @@ TEST_P(InEveryKindOfDomain, ATakenNameWithoutAnotherFormatIsRefused) {
   LabSession world(GetParam());
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   world.session.form1.ListView1.clear();
   world.session.form1.UserID_Box.text = std::string("jo.smith");
   world.dialogs.expect("User jo.smith Already Exist \r\nChange the UserID and Continue.");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_EQ(world.dialogs.last_title, "User Exist");
   EXPECT_THAT(world.log_tab(), ElementsAre("RED  User Name jo.smith already exist"));
   EXPECT_THAT(world.log(), HasSubstr("User : jo.smith  Already Exist \n"));
@@ -123,7 +123,7 @@ TEST_P(InEveryKindOfDomain, TheSecondFormatAndThenItsSerialNumberFindAFreeName) 
   for (int i = 0; i < 3; ++i) {
     world.session.share_points.HomeSharePoint.clear();
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     world.session.form1.nutemplate.text = records::padded_template_name("Staff");
   }
   EXPECT_THAT(world.log_tab(),
@@ -136,25 +136,24 @@ TEST_P(InEveryKindOfDomain, ACopiedUsersGroupsAreCopiedToo) {
   LabSession world(GetParam());
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   world.services.directory
       .GetObject(world.is_nt() ? "WinNT://TWK/Readers" : "LDAP://twk.test/CN=Readers,DC=twk,DC=test")
       ->Add(world.path_of("Jo.Smith"));
   world.select(world.is_nt() ? "Jo.Smith" : "LDAP://twk.test/CN=Jo.Smith," + std::string(test::kNewStarters));
   world.session.form1.Copy_User.value = 1;
   world.type_names("Ann", "", "Lee");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log(), HasSubstr("Copy User groups from user: "));
   EXPECT_THAT(world.groups_of("Ann.Lee"), testing::IsSupersetOf(world.groups_of("Jo.Smith")));
 }
 
 TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunContinues) {
   LabSession world(GetParam());
-  world.set("Preferences", "StopOnWarning", "Yes");
   world.start();
   world.type_names("Jo", "", "Smith");
   world.directory.before = test::fail_at("Add", 1, platform::ads_error::kAccessDenied);
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(
       world.log_tab(),
       ElementsAre(AllOf(HasSubstr("YELLOW Jo.Smith Created User - Error adding user to group: Staff: "),
@@ -163,7 +162,6 @@ TEST_P(InEveryKindOfDomain, AGroupThatRefusesWarnsAndTheRunContinues) {
               ElementsAre(HasSubstr("Error adding user to group: Staff")));
   EXPECT_THAT(world.log(), HasSubstr("Error adding user to group: Staff\n"));
   EXPECT_EQ(caption(world.session.form1.UserAccount), "Completed");
-  EXPECT_TRUE(world.session.import.ImportHalt);
 }
 
 TEST_P(InEveryKindOfDomain, AGroupOfTheTemplateThatTheDomainLacksWarns) {
@@ -172,7 +170,7 @@ TEST_P(InEveryKindOfDomain, AGroupOfTheTemplateThatTheDomainLacksWarns) {
   world.staff.Groups[1] = "Dissolved";
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre("YELLOW Jo.Smith Created User - Group not found: Dissolved"));
   EXPECT_THAT(world.log(), HasSubstr("Adding User to Groups\nGroup not found: Dissolved\n"));
 }
@@ -182,7 +180,7 @@ TEST_P(InEveryKindOfDomain, APrimaryGroupIsSetOnceTheAccountIsItsMember) {
   world.staff.PrimaryGroup = "Staff";
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
   EXPECT_THAT(world.log(), HasSubstr("Setting Primary Group: Staff.\n"));
   EXPECT_NE(world.property("Jo.Smith", "primaryGroupID"), "513");
@@ -193,7 +191,7 @@ TEST_P(InEveryKindOfDomain, APrimaryGroupWithoutMembershipWarns) {
   world.staff.PrimaryGroup = "Readers";
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(
       world.log_tab(),
       ElementsAre(StartsWith(
@@ -203,19 +201,17 @@ TEST_P(InEveryKindOfDomain, APrimaryGroupWithoutMembershipWarns) {
 
 TEST_P(InEveryKindOfDomain, AnAccountThatCannotBeCreatedEndsRed) {
   LabSession world(GetParam());
-  world.set("Preferences", "StopOnError", "Yes");
   world.start();
   world.type_names("Jo", "", "Smith");
   world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
   if (!world.is_nt())
     world.dialogs.expect("error: 2147942405");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre(StartsWith("RED Error Creating Users Account... - ")));
   EXPECT_EQ(caption(world.session.form1.UserAccount), "Error");
   EXPECT_EQ(world.session.form1.UserAccount.colour.get(), controls::kRed);
   EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "Error Creating Users Account...");
   EXPECT_THAT(world.log(), HasSubstr("Error Creating Users Account: Jo.Smith\nError Number: 2147942405\n"));
-  EXPECT_TRUE(world.session.import.ImportHalt);
   EXPECT_TRUE(world.session.form1.enabled);
   EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\Jo.Smith")) << "nothing is undone";
 }
@@ -225,7 +221,7 @@ TEST_P(InEveryKindOfDomain, AccountsThatCannotBeMadeDurableAreNotReportedGreen) 
   world.start();
   world.type_names("Jo", "", "Smith");
   world.directory.before = test::fail_at("end_batch", 1, base::error::kDiskFull);
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre(StartsWith("RED Error Creating Users Account... - ")));
 }
 
@@ -244,7 +240,7 @@ TEST_P(InEveryKindOfDomain, ADirectoryThatCannotBeMadeEndsRed) {
     world.start();
     std::filesystem::remove_all(world.folder.path() / "servers/FS1/D" / one.missing);
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_THAT(world.log_tab(), ElementsAre(StartsWith("RED " + one.status + " - ")));
     EXPECT_EQ(caption(world.session.form1.Createdirs), one.light);
     EXPECT_EQ(world.path_of("Jo.Smith").empty() || world.is_nt(), true);
@@ -258,7 +254,7 @@ TEST_P(InEveryKindOfDomain, ADirectoryThatIsThereIsUsedOnYesAndEndsTheRunOnNo) {
     world.services.files.make_directory("\\\\FS1\\D$\\Users\\Jo.Smith");
     world.dialogs.expect("Home Dir  Already Exist \r\nContinue ?", answer);
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_EQ(world.dialogs.last_title, "Error Creating Dir");
     if (answer == platform::Answer::kYes) {
       EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
@@ -276,7 +272,7 @@ TEST_P(InEveryKindOfDomain, TheCommandRunsWithItsTagsFilled) {
   world.set("Setup", "BatchFileCreate", "notify %Domain% %Server% %UserName% %first%");
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.process.commands,
               ElementsAre(ElementsAre("notify", world.session.DomainName, "FS1", "Jo.Smith", "Jo")));
   EXPECT_EQ(caption(world.session.form1.run), "Completed");
@@ -290,7 +286,7 @@ TEST_P(InEveryKindOfDomain, ACommandThatFailsWarnsWithTheReason) {
     world.process.result = {number, "no luck"};
     world.start();
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_THAT(world.log_tab(),
                 ElementsAre("YELLOW Jo.Smith Created User - Error Running Command: notify: no luck"));
     EXPECT_EQ(caption(world.session.form1.run), number == 0 ? "Error" : "Completed");
@@ -306,7 +302,7 @@ TEST_P(InEveryKindOfDomain, WithoutItsTemplateOrSiteNoAccountIsMade) {
       std::filesystem::remove(world.folder.path() / "db" / file);
       if (folder)
         std::filesystem::create_directory(world.folder.path() / "db" / file);
-      CreateUser_Click(world.session);
+      windows::CreateUser_Click(world.session);
       EXPECT_THAT(world.log_tab(),
                   ElementsAre(testing::AllOf(StartsWith("RED Error Creating User... - "), HasSubstr(file))));
       EXPECT_TRUE(world.services.files.list("\\\\FS1\\D$\\Users").empty());
@@ -320,7 +316,7 @@ TEST(WinNtCreation, APasswordThatThePolicyRefusesEndsRed) {
   world.set("Setup", "Password", "short");
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre(StartsWith("RED Error Creating Users Account... - ")));
 }
 
@@ -331,7 +327,7 @@ TEST(DirectoryCreation, APasswordThatThePolicyRefusesOnlyWarns) {
   world.set("Preferences", "PasswdNVRExpire", "Yes");
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(
       world.log_tab(),
       ElementsAre(StartsWith("YELLOW Jo.Smith Created User - Error:- Unable to set User password: ")));
@@ -426,7 +422,7 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestEqualsOneMadeInStepsAndReportsT
         if (operation.starts_with("Set"))
           writes.emplace_back(operation);
       };
-      CreateUser_Click(world.session);
+      windows::CreateUser_Click(world.session);
       EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith(one.light))) << one.what;
       std::string tale = world.log() + world.session.LastCreation.message;
       for (const char* const attribute :
@@ -450,7 +446,7 @@ TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsReportedSeparately) {
   add_somebody(world, "Jo.Smith", "somebody@twk.test");
   world.dialogs.expect("User name already exists.\r\nChange the userID and try again");
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre(StartsWith("RED Error Creating Users Account... - ")));
   EXPECT_THAT(world.log(), HasSubstr("User name (SAMAccount) Already Exists :Jo.Smith\n"));
 }
@@ -491,7 +487,7 @@ TEST(DirectoryCreation, EachRowOfTheTableIsWrittenOnItsOwn) {
     start_with_rows(world, one.row + "\r\np,company,Acme\r\n");
     world.session.form1.UserID_Box.text = "Jo.Smith";
     world.session.form1.strFirst.text = one.first;
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_EQ(world.property("Jo.Smith", one.attribute), one.stored) << one.row;
     EXPECT_EQ(world.property("Jo.Smith", "company"), "Acme") << one.row;
     EXPECT_THAT(world.log_tab(),
@@ -526,7 +522,7 @@ TEST(DirectoryCreation, GoodRowsAreWrittenTogetherAndOnlyABadOneStaysOut) {
     world.directory.before = [&](std::string_view operation, std::string_view) {
       writes += operation == "SetInfo" ? 1 : 0;
     };
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_EQ(writes, 3 + one.writes) << one.row;
     EXPECT_THAT(world.log(), HasSubstr(one.logged)) << one.row;
     EXPECT_EQ(world.property("Jo.Smith", "company"), "Acme") << one.row;
@@ -547,7 +543,7 @@ TEST(DirectoryCreation, ACommaInTheNameNeedsAnAccountNameWithoutOne) {
     }
     world.start();
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     if (!with_row) {
       EXPECT_EQ(world.dialogs.last_title, "Invaild Chr in SAMAccountName");
       EXPECT_THAT(world.log_tab(), IsEmpty());
@@ -581,7 +577,7 @@ TEST(Creation, NamesThatADomainRefusesAreRefusedBeforeAnythingIsDone) {
     world.start();
     world.type_names("Jo", "", "Smith");
     world.session.form1.UserID_Box.text = one.id;
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "User Name Invalid...") << one.id;
     EXPECT_THAT(world.log(), HasSubstr(one.logged)) << one.id;
     EXPECT_THAT(world.log_tab(), IsEmpty()) << one.id;
@@ -595,11 +591,11 @@ TEST(Creation, AnAccountNameHasOneToTwentyCharacters) {
   world.start();
   const std::string log_before = world.log();
   world.type_names("Maximiliane", "", "Oberhuber-Lindner");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "UserID Is too long or too Short, 1-20 chrs");
   EXPECT_EQ(world.log(), log_before);
   world.session.form1.UserID_Box.text = std::string("éééééééééééééééééééé");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre(HasSubstr("GREEN")));
 }
 
@@ -627,7 +623,7 @@ TEST(Creation, AnUnsuitableSelectionIsReportedInABox) {
     world.session.form1.Copy_User.value = one.copy ? 1 : 0;
     world.session.form1.NUsitename.text = one.site;
     world.dialogs.expect(one.text);
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_EQ(world.dialogs.last_title, "Can't Create User");
     EXPECT_EQ(world.dialogs.last_icon, platform::Icon::kCritical);
   }
@@ -639,7 +635,7 @@ TEST(Creation, AFullDiskUnderTheLogIsReportedAndStopsNothing) {
   std::filesystem::remove(world.folder.path() / "db/Log.txt");
   std::filesystem::create_directory(world.folder.path() / "db/Log.txt");
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(),
               ElementsAre(HasSubstr("YELLOW Cannot write to Log.txt: "), "GREEN Jo.Smith Created User "));
 }
@@ -649,7 +645,7 @@ TEST(Creation, ThePasswordIsLoggedOnlyWhenDebugging) {
     LabSession world(DomainKind::kNative, command_line);
     world.start();
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     if (command_line.empty()) {
       EXPECT_THAT(world.log(), Not(HasSubstr("Welcome-2026")));
     } else {
@@ -663,7 +659,7 @@ TEST(Creation, WhenDebuggingAFailureAfterTheFieldsStopsTheProgram) {
   world.set("Setup", "Password", "short");
   world.start();
   world.type_names("Jo", "", "Smith");
-  EXPECT_THROW(CreateUser_Click(world.session), base::RuntimeError);
+  EXPECT_THROW(windows::CreateUser_Click(world.session), base::RuntimeError);
 }
 
 TEST_P(InEveryKindOfDomain, ATemplateMayAskForTerminalServerSettings) {
@@ -680,7 +676,7 @@ TEST_P(InEveryKindOfDomain, ATemplateMayAskForTerminalServerSettings) {
     rows.set_sub_item(rows.at(1), 1, "\\\\%server%\\%UserName%");
     rows.set_sub_item(rows.at(3), 1, "No");
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
     EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
     EXPECT_EQ(world.log().find("Setting WTS settings...\n") != std::string::npos, asks);
     using platform::WtsConfigClass;
@@ -701,7 +697,7 @@ TEST(Creation, ATerminalServerSettingThatIsRefusedDoesNotWarn) {
   controls::ListView& rows = world.session.form1.ListView9;
   rows.set_sub_item(rows.at(2), 1, "Drive");
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
   EXPECT_THAT(world.log(), HasSubstr("Setting WTS settings...\n"
                                      "WTSSetUserConfigString failed with error 87\n"));
@@ -713,7 +709,7 @@ TEST(Creation, WithTheAccountSwitchedOffOnlyTheRestIsDone) {
   world.set("UM", "UserAccount", "No");
   world.start();
   world.type_names("Jo", "", "Smith");
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
   EXPECT_EQ(world.path_of("Jo.Smith"), "");
   EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\Jo.Smith"));

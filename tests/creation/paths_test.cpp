@@ -1,13 +1,16 @@
 #include "creation/paths.hpp"
 
 #include "session/form1.hpp"
-#include "session/windows.hpp"
 #include "support/world.hpp"
+#include "windows/create_user.hpp"
 
 namespace twk::creation {
 namespace {
 
-using Paths = test::TestWorld;
+class Paths : public test::TestWorld {
+ protected:
+  windows::NewUserView view{session.form1};
+};
 
 TEST(NetworkPath, HasItsServerAndItsShare) {
   struct Case {
@@ -33,10 +36,10 @@ TEST(NetworkPath, HasItsServerAndItsShare) {
 }
 
 TEST_F(Paths, ADriveLetterPathGoesThroughTheAdministrativeShare) {
-  session.form1.NTSERVER.text = std::string(" S ");
-  session.form1.Profilepath.text = std::string(" D:\\Profiles\\%username% ");
-  session.form1.propath.text = std::string("\\\\%Server%\\P\\%UserName%");
-  CreationRun run(session);
+  CreationRun run(session, {}, view);
+  run.site.server = "S";
+  run.user_template.ProfileDir = "D:\\Profiles\\%username%";
+  run.user_template.ProfilePath = "\\\\%Server%\\P\\%UserName%";
   run.SamName = "jo ";
   ResolvePaths(run);
   EXPECT_EQ(run.paths.ProfileLocalDir, "D:\\Profiles\\jo");
@@ -48,14 +51,14 @@ TEST_F(Paths, ADriveLetterPathGoesThroughTheAdministrativeShare) {
 }
 
 TEST_F(Paths, ASharePointIsFollowedByTheLastPartOfThePath) {
-  session.form1.NTSERVER.text = std::string("S");
-  session.form1.Homedirpath.text = std::string("D:\\Users\\%UserName%");
-  session.share_points.HomeSharePoint = "homes\\";
-  CreationRun run(session);
+  CreationRun run(session, {}, view);
+  run.site.server = "S";
+  run.user_template.HomeDir = "D:\\Users\\%UserName%";
+  run.user_template.HomeSharePoint = "homes\\";
   run.SamName = "jo";
   ResolvePaths(run);
   EXPECT_EQ(run.paths.HomeShareDir, "\\\\S\\homes\\jo");
-  session.share_points.HomeSharePoint = "%UserName%$\\";
+  run.user_template.HomeSharePoint = "%UserName%$\\";
   ResolvePaths(run);
   EXPECT_EQ(run.paths.HomeShareDir, "\\\\S\\jo$\\jo");
 }

@@ -1,8 +1,8 @@
-#include "creation/create_user.hpp"
 #include "resources/file_permission.hpp"
 #include "session/form1.hpp"
 #include "stores/side_tables.hpp"
 #include "support/lab_session.hpp"
+#include "windows/create_user.hpp"
 
 namespace twk::creation {
 namespace {
@@ -41,7 +41,7 @@ class ResourceStages : public testing::TestWithParam<DomainKind> {
     if (before_creation)
       before_creation();
     world.type_names("Jo", "", "Smith");
-    CreateUser_Click(world.session);
+    windows::CreateUser_Click(world.session);
   }
   void expect_light(const controls::Label& light, std::int32_t colour, const char* caption) {
     EXPECT_EQ(light.colour.get(), colour);
@@ -143,7 +143,7 @@ TEST_P(ResourceStages, ADeletedAccountIsLeftOutOfTheShareList) {
   share_permissions.push_back({false, "left long ago", "Read", ""});
   world.type_names("Al", "", "Smith");
   table("SharePerm.dat", share_permissions);
-  CreateUser_Click(world.session);
+  windows::CreateUser_Click(world.session);
   EXPECT_THAT(world.log_tab().back(), HasSubstr("not found: left long ago, which gets no access"));
   expect_lights(controls::kYellow, controls::kBlue);
   EXPECT_EQ(list_of(share("Al.Smith$").shi502_security_descriptor->dacl).size(), whole.size());
@@ -216,13 +216,6 @@ TEST_P(ResourceStages, SwitchedOffTheyDoNothing) {
   EXPECT_EQ(world.session.form1.Sharedirs.caption.get(), "");
   EXPECT_EQ(world.session.form1.Security.caption.get(), "");
   EXPECT_THAT(world.log(), Not(HasSubstr("Permissions")));
-}
-
-TEST_P(ResourceStages, AHaltOnWarningsStopsAtAShare) {
-  world.set("Preferences", "StopOnWarning", "Yes");
-  share_permissions = {{false, "left long ago", "Read", ""}};
-  create();
-  EXPECT_TRUE(world.session.import.ImportHalt);
 }
 
 }  // namespace

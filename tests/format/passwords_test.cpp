@@ -8,9 +8,13 @@ namespace {
 
 class PasswordTest : public test::TestWorld {
  protected:
+  PasswordFields fields() {
+    const session::Form1& form = session.form1;
+    return {form.defaultpassword.text, form.Formatted_Password.text, form.FmtPass.on()};
+  }
   std::string password() {
-    return password_of_text(session, new_password_text(session, "jsmith", "John", "Fred", "Smith").text,
-                            "jsmith");
+    return password_of_text(
+        session, new_password_text(session, fields(), "jsmith", "John", "Fred", "Smith").text, "jsmith");
   }
 };
 

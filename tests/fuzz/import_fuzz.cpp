@@ -1,4 +1,4 @@
-#include "batch/import.hpp"
+#include "windows/import.hpp"
 
 #include <cstdint>
 #include <cstdlib>
@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (row.line <= std::exchange(rows, row.line))
       std::abort();
   };
-  if (!twk::batch::Import_Users(session, "starters.csv") || session.import.Importing)
+  if (!twk::windows::Import_File(session, "starters.csv") || session.import.Importing)
     std::abort();
   return 0;
 }

@@ -36,8 +36,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   session.import.ImportFields[1] = take_line(rest);
   session.import.ImportFields[2] = first;
   session.variables.ListView1.add({}, std::string(take_line(rest)), {}, {std::string(take_line(rest))});
-  session.form1.FmtPass.value = 1;
-  session.form1.Formatted_Password.text = format;
 
   const std::string name = twk::format::UserName(session, format, first, middle, last);
   if (name.starts_with(' ') || name.ends_with(' '))
@@ -46,6 +44,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t most = 2 * twk::format::kMostText + size * size;
   if (name.size() > most || twk::format::Replace_Variables(session, format).size() > most)
     std::abort();
-  twk::format::new_password_text(session, name, first, middle, last);
+  twk::format::new_password_text(session, {{}, format, true}, name, first, middle, last);
   return 0;
 }

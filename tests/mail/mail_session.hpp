@@ -1,8 +1,8 @@
 #pragma once
 
-#include "creation/create_user.hpp"
 #include "session/form1.hpp"
 #include "support/lab_session.hpp"
+#include "windows/create_user.hpp"
 
 namespace twk::test {
 
@@ -26,7 +26,7 @@ class MailSession : public LabSession {
   }
   void create(std::string_view first = "Jo", std::string_view last = "Smith") {
     type_names(first, "", last);
-    creation::CreateUser_Click(session);
+    windows::CreateUser_Click(session);
   }
   platform::ObjectPtr object(const std::string& name) {
     return services.directory.GetObject("LDAP://EX55/" + name + "," + kPlace);

@@ -1,9 +1,9 @@
 #include "mail/create_mailbox2000.hpp"
 
-#include "creation/create_user.hpp"
 #include "mail/delete_mailbox.hpp"
 #include "session/form1.hpp"
 #include "support/lab_session.hpp"
+#include "windows/create_user.hpp"
 
 namespace twk::mail {
 namespace {
@@ -29,7 +29,7 @@ class StoreSession : public LabSession {
   }
   void create() {
     type_names("Jo", "", "Smith");
-    creation::CreateUser_Click(session);
+    windows::CreateUser_Click(session);
   }
   [[nodiscard]] std::string light() const { return session.form1.MailAccount.caption; }
   [[nodiscard]] std::int32_t colour() const { return session.form1.MailAccount.colour; }

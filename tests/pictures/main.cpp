@@ -9,7 +9,6 @@
 #include "batch/multi_user_window.hpp"
 #include "batch/schema_properties.hpp"
 #include "controls/tree_view.hpp"
-#include "creation/create_user.hpp"
 #include "directory/ad_load.hpp"
 #include "directory/ad_options.hpp"
 #include "directory/find_user.hpp"
@@ -36,6 +35,7 @@
 #include "stores/site_store.hpp"
 #include "stores/template_tab.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/create_user.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/editors/edit_properties.hpp"
 #include "windows/editors/logon_hours.hpp"
@@ -99,7 +99,7 @@ void fill(session::Session& session) {
     form.strFirst.text = person.first;
     form.strLast.text = person.last;
     form.UserID_Box.text = std::string();
-    creation::CreateUser_Click(session);
+    windows::CreateUser_Click(session);
   }
   directory::show_user_details(session, *form.TreeView1.find(kNewStarters)->children.back());
   form.SSTab1 = session::tab::kNewUser;

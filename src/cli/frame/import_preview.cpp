@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "base/text.hpp"
-#include "batch/import.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "session/form1.hpp"
+#include "windows/import.hpp"
 
 namespace twk::cli {
 namespace {
@@ -16,7 +16,7 @@ const std::vector<Column> kColumns = {{"line", "Line"},      {"light", "Light"},
                                       {"first", "First"},    {"middle", "Middle"}, {"last", "Last"},
                                       {"message", "Message"}};
 
-Json preview_row(const session::Form1& form, const session::ImportRow& row) {
+Json preview_row(const session::ImportRow& row) {
   const std::string light = row.outcome.light.empty() ? std::string(session::kRed) : row.outcome.light;
   const std::string message(base::trim(row.outcome.message));
   return {{"line", row.line},
@@ -24,9 +24,9 @@ Json preview_row(const session::Form1& form, const session::ImportRow& row) {
           {"light", light},
           {"message", message},
           {"warnings", warnings_of(light, message, row.outcome.warnings)},
-          {"first", form.strFirst.text.get()},
-          {"middle", form.StrMiddle.text.get()},
-          {"last", form.strLast.text.get()}};
+          {"first", row.outcome.first_name},
+          {"middle", row.outcome.middle_name},
+          {"last", row.outcome.last_name}};
 }
 
 }  // namespace
@@ -43,14 +43,14 @@ int preview_import(Context& context, session::Session& session) {
   int exit_code = kExitGreen;
   state.rehearsed = true;
   state.row_done = [&](const session::ImportRow& row) {
-    rows.push_back(preview_row(session.form1, row));
+    rows.push_back(preview_row(row));
     exit_code = std::max(exit_code, exit_code_of_light(rows.back()["light"].get_ref<const std::string&>()));
   };
   context.dialogs().on_events([&] {
     if (interrupted())
-      batch::CancelButton_Click(session);
+      windows::CancelButton_Click(session);
   });
-  batch::Import_Command(session);
+  windows::Import_Command(session);
   context.dialogs().on_events({});
   state.row_done = {};
   if (!state.failure.empty())

@@ -8,6 +8,7 @@
 #include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "stores/template_store.hpp"
+#include "windows/create_user.hpp"
 
 namespace twk::cli {
 namespace {
@@ -64,7 +65,12 @@ int create(Context& context, const MailboxArguments& arguments) {
   Session& session = open(context, arguments);
   const platform::ObjectPtr user = bind_user(context.domain(), arguments.name);
   return act_and_tell(
-      context, session, [&] { return creation::CreateMailboxFor(session, user); },
+      context, session,
+      [&] {
+        windows::NewUserView view(session.form1);
+        return creation::CreateMailboxFor(session, user,
+                                          windows::new_user_request(session).mail_administrator, view);
+      },
       [&] {
         return Json{{"user", arguments.name}};
       });

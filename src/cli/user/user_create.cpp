@@ -4,8 +4,8 @@
 #include "cli/terminal/input.hpp"
 #include "cli/terminal/progress.hpp"
 #include "cli/user/user_commands.hpp"
-#include "creation/create_user.hpp"
 #include "session/form1.hpp"
+#include "windows/create_user.hpp"
 
 namespace twk::cli {
 namespace {
@@ -44,17 +44,17 @@ int create_user(Context& context, const CreateArguments& arguments) {
   choose_place(context, session, arguments.place);
   use_password(context, form, arguments);
   fill_names(form, arguments);
+  session::CreationOutcome outcome;
   {
     Progress progress;
     context.dialogs().before_text([&] { progress.clear(); });
     const auto watch = form.progress.caption.watch([&] { progress.show(form.progress.caption.get()); });
     act(session, [&] {
-      creation::CreateUser_Click(session);
+      outcome = windows::CreateUser_Click(session);
       progress.clear();
     });
     context.dialogs().before_text({});
   }
-  const session::CreationOutcome& outcome = session.LastCreation;
   const std::string light = outcome.light.empty() ? std::string(session::kRed) : outcome.light;
   const std::string message(
       base::trim(outcome.message.empty() ? form.StatusBar1.panel1.get() : outcome.message));

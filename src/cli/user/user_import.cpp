@@ -3,7 +3,6 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/csv_layout.hpp"
-#include "batch/import.hpp"
 #include "batch/import_file.hpp"
 #include "batch/import_options.hpp"
 #include "cli/frame/import_preview.hpp"
@@ -17,6 +16,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/windows.hpp"
+#include "windows/import.hpp"
 
 namespace twk::cli {
 namespace {
@@ -200,7 +200,7 @@ int run_import(Context& context, session::Session& session) {
   context.dialogs().before_text([&] { progress.clear(); });
   context.dialogs().on_events([&] {
     if (interrupted())
-      batch::CancelButton_Click(session);
+      windows::CancelButton_Click(session);
   });
   state.row_done = [&](const session::ImportRow& row) {
     progress.clear();
@@ -209,7 +209,7 @@ int run_import(Context& context, session::Session& session) {
   };
   const auto& caption = session.form1.Import_Text.caption;
   const auto watch = caption.watch([&] { progress.show(caption.get()); });
-  batch::Import_Command(session);
+  windows::Import_Command(session);
   progress.clear();
   context.dialogs().before_text({});
   context.dialogs().on_events({});

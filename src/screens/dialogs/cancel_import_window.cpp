@@ -2,11 +2,11 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "batch/import.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/form1.hpp"
 #include "session/windows.hpp"
+#include "windows/import.hpp"
 
 namespace twk::screens {
 namespace {
@@ -47,8 +47,8 @@ std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* 
                                 [dialog] { dialog->reject(); });
   stop->setDefault(true);
   row->addStretch();
-  // Esc and the window's cross also stop.
-  QObject::connect(dialog, &QDialog::rejected, dialog, [&session] { batch::CancelButton_Click(session); });
+  // Esc and the window's cross stop too.
+  QObject::connect(dialog, &QDialog::rejected, dialog, [&session] { windows::CancelButton_Click(session); });
   dialog->setMinimumWidth(dialog->fontMetrics().averageCharWidth() * 55);
   return window;
 }

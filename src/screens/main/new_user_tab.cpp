@@ -3,7 +3,6 @@
 #include <QLabel>
 #include <QProgressBar>
 
-#include "creation/create_user.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
@@ -12,6 +11,7 @@
 #include "screens/widgets/light.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/form1.hpp"
+#include "windows/create_user.hpp"
 #include "windows/setting_controls.hpp"
 
 namespace twk::screens {
@@ -26,7 +26,7 @@ QWidget* make_person(Session& session, QWidget* parent) {
   auto* const rows = new QFormLayout(group);
   add_combo(*rows, "Tem&plate:", "nutemplate", form.nutemplate);
   add_combo(*rows, "S&ite:", "NUsitename", form.NUsitename);
-  const Action create = [&session] { creation::CreateUser_Click(session); };
+  const Action create = [&session] { windows::CreateUser_Click(session); };
   const auto add_name = [&](const char* caption, const char* name, controls::TextBox& control) {
     QLineEdit* const field = add_text(*rows, caption, name, control);
     QObject::connect(field, &QLineEdit::returnPressed, field, [create] { run_guarded(create); });
@@ -123,7 +123,7 @@ QWidget* make_new_user_tab(Session& session, QWidget* parent) {
   auto* const create = new QPushButton(icon("newuser"), "&Create User", tab);
   create->setObjectName("CreateUser");
   buttons->addWidget(create);
-  on_click(*create, [&session] { creation::CreateUser_Click(session); });
+  on_click(*create, [&session] { windows::CreateUser_Click(session); });
   column->addStretch();
   return tab;
 }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "creation/new_user_request.hpp"
+#include "session/run_view.hpp"
+
+namespace twk::creation {
+
+enum class Stage { kAccount, kDirectories, kShares, kPermissions, kMailbox, kCommand };
+enum class StageState { kCompleted, kWarned, kFailed };
+
+/// What a creation reports while it works.
+class CreationView : public session::RunView {
+ public:
+  /// A run begins: no stage has a state.
+  virtual void begin() = 0;
+  /// The request will do, and the work on it begins; it ends with the view.
+  virtual void start_work() = 0;
+  /// The names as they are used from here on.
+  virtual void names(const NewUserRequest& request) = 0;
+  /// From here on the account is being made, so nothing else may be started; and the end of that.
+  virtual void lock() = 0;
+  virtual void unlock() = 0;
+  virtual void stage(Stage stage, StageState state) = 0;
+};
+
+}  // namespace twk::creation

@@ -1,0 +1,52 @@
+#include "directory/listed_objects.hpp"
+
+#include "base/errors.hpp"
+#include "controls/tree_view.hpp"
+#include "directory/load_options.hpp"
+#include "directory/tree.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/multi_user.hpp"
+#include "session/session.hpp"
+
+namespace twk::directory {
+namespace {
+
+using session::Session;
+
+void add_to_lists(Session& session, const NewUser& user) {
+  if (read_load_options(session).SkipUsers)
+    return;
+  base::Trap trap;
+  trap([&] { session.multi_user.ListView2.add(user.list_key, user.shown, "USER"); });
+  trap([&] { session.groups.NotMembers.add(user.list_key, user.user_id, "USER"); });
+}
+
+void add_to_tree(Session& session, const NewUser& user) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  base::Trap trap;
+  trap([&] { tree.ensure_visible(tree.add_under(user.container, user.node_key, user.shown, "USER")); });
+}
+
+/// False for a container whose users were not read yet: they come with its first expansion.
+bool container_is_read(Session& session) {
+  const controls::TreeNode* const selected = session.form1.TreeView1.selected();
+  return selected == nullptr || is_read(session.form1.TreeView1, *selected);
+}
+
+}  // namespace
+
+std::vector<ListedGroup> find_groups(const Session& session, std::string_view name) {
+  std::vector<ListedGroup> groups;
+  for (const controls::ListRow* row : session.groups.ListView1.find_text(name))
+    groups.push_back({row->text, row->key});
+  return groups;
+}
+
+void show_new_user(Session& session, const NewUser& user) {
+  if (!session::is_active_directory(session) || container_is_read(session))
+    add_to_tree(session, user);
+  add_to_lists(session, user);
+}
+
+}  // namespace twk::directory

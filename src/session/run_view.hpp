@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string_view>
+
+namespace twk::session {
+
+/// What a run reports while it works. A window paints it, the command line prints it.
+class RunView {
+ public:
+  RunView() = default;
+  RunView(const RunView&) = delete;
+  RunView& operator=(const RunView&) = delete;
+  virtual ~RunView() = default;
+
+  /// The line of the status bar.
+  virtual void status(std::string_view text) = 0;
+  /// What is being done now; empty at rest.
+  virtual void step(std::string_view caption) = 0;
+  /// From 0 to 100.
+  virtual void progress(int percent) = 0;
+};
+
+}  // namespace twk::session

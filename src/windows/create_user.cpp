@@ -1,0 +1,136 @@
+#include "windows/create_user.hpp"
+
+#include "controls/tree_view.hpp"
+#include "creation/create_user.hpp"
+#include "session/form1.hpp"
+#include "session/session.hpp"
+#include "session/windows.hpp"
+
+namespace twk::windows {
+namespace {
+
+using creation::NewUserRequest;
+using creation::Stage;
+using creation::StageState;
+using session::Form1;
+
+controls::Label& light_of(Form1& form, Stage stage) {
+  switch (stage) {
+    case Stage::kAccount:
+      return form.UserAccount;
+    case Stage::kDirectories:
+      return form.Createdirs;
+    case Stage::kShares:
+      return form.Sharedirs;
+    case Stage::kPermissions:
+      return form.Security;
+    case Stage::kMailbox:
+      return form.MailAccount;
+    case Stage::kCommand:
+      break;
+  }
+  return form.run;
+}
+
+void take_selection(NewUserRequest& request, const Form1& form) {
+  const controls::TreeNode* const node = form.TreeView1.selected();
+  if (node == nullptr)
+    return;
+  request.SelectedNodeKind = node->image;
+  request.SelectedNodeKey = node->key;
+  request.SelectedNodeText = node->text;
+  if (node->parent != nullptr)
+    request.ParentNodeKey = node->parent->key;
+}
+
+}  // namespace
+
+void NewUserView::status(std::string_view text) {
+  form_.StatusBar1.panel1 = std::string(text);
+}
+
+void NewUserView::step(std::string_view caption) {
+  form_.progress.caption = std::string(caption);
+}
+
+void NewUserView::progress(int percent) {
+  form_.ProgressBar1.value = percent;
+}
+
+void NewUserView::begin() {
+  hourglass_.reset();
+  for (const Stage stage : {Stage::kDirectories, Stage::kShares, Stage::kPermissions, Stage::kAccount,
+                            Stage::kMailbox, Stage::kCommand})
+    light_of(form_, stage).caption = std::string();
+}
+
+void NewUserView::start_work() {
+  hourglass_.emplace(form_);
+}
+
+void NewUserView::names(const NewUserRequest& request) {
+  form_.strFirst.text = request.FirstName;
+  form_.StrMiddle.text = request.MiddleName;
+  form_.strLast.text = request.LastName;
+  form_.UserID_Box.text = request.UserId;
+}
+
+void NewUserView::lock() {
+  form_.enabled = false;
+}
+
+void NewUserView::unlock() {
+  form_.enabled = !stays_locked_;
+}
+
+void NewUserView::stage(Stage stage, StageState state) {
+  controls::Label& light = light_of(form_, stage);
+  light.colour = state == StageState::kCompleted ? controls::kBlue
+                 : state == StageState::kWarned  ? controls::kYellow
+                                                 : controls::kRed;
+  light.caption = std::string(state == StageState::kFailed ? "Error" : "Completed");
+}
+
+NewUserRequest new_user_request(const session::Session& session) {
+  const Form1& form = session.form1;
+  NewUserRequest request;
+  request.TemplateName = form.nutemplate.text;
+  request.SiteName = form.NUsitename.text;
+  request.FirstName = form.strFirst.text;
+  request.MiddleName = form.StrMiddle.text;
+  request.LastName = form.strLast.text;
+  request.UserId = form.UserID_Box.text;
+  request.Description = form.Description.text;
+  request.Expiry = session.import_grps.Expiredate.text;
+  request.CopyUser = form.Copy_User.on();
+  take_selection(request, form);
+  request.stages = {form.Create_Dirs.on(),         form.Create_Shares.on(),       form.Dir_Security.on(),
+                    form.Create_User_Account.on(), form.Create_Mail_Account.on(), form.Run_script.on()};
+  request.formats = {form.setupid.text, form.ALTID.text, form.FN_Format.text};
+  request.password = {form.defaultpassword.text, form.Formatted_Password.text, form.FmtPass.on()};
+  request.flags = {form.Password_Change.on(), form.USR_Cant_Change.on(), form.PWD_NVR_EXPIRE.on(),
+                   form.New_Disabled.on()};
+  request.command = {form.Create_Script.text, form.Run_Hidden[0].on(), form.Wait_NEW[0].on()};
+  request.mail_administrator = {form.txtAdmin.text, form.txtPassword.text};
+  request.named_by_logon = form.SamAccountName.value;
+  request.tree_shows_full_name = form.DNName.value;
+  request.skip_prompts = form.STOP_ON_RED[2].on();
+  return request;
+}
+
+session::CreationOutcome CreateUser_Click(session::Session& session) {
+  Form1& form = session.form1;
+  if (form.TreeView1.selected() == nullptr)
+    form.TreeView1.select(form.TreeView1.first());
+  session.LastCreation = {};
+  {
+    NewUserView view(form);
+    session.LastCreation = creation::create_user(session, new_user_request(session), view);
+  }
+  const std::string& light = session.LastCreation.light;
+  if (light == session::kGreen || light == session::kYellow)
+    form.UserID_Box.text = std::string();
+  return session.LastCreation;
+}
+
+}  // namespace twk::windows

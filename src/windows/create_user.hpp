@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+
+#include "creation/creation_view.hpp"
+#include "session/creation_outcome.hpp"
+#include "session/hourglass.hpp"
+
+namespace twk::session {
+struct Form1;
+struct Session;
+}  // namespace twk::session
+
+/// What stands behind "Create User".
+namespace twk::windows {
+
+/// The New User tab and the status bar, painted as a creation goes on. With `stays_locked` the window can be
+/// used again only when its maker says so, as after the last line of an import.
+class NewUserView final : public creation::CreationView {
+ public:
+  explicit NewUserView(session::Form1& form, bool stays_locked = false)
+      : form_(form), stays_locked_(stays_locked) {}
+
+  void status(std::string_view text) override;
+  void step(std::string_view caption) override;
+  void progress(int percent) override;
+  void begin() override;
+  void start_work() override;
+  void names(const creation::NewUserRequest& request) override;
+  void lock() override;
+  void unlock() override;
+  void stage(creation::Stage stage, creation::StageState state) override;
+
+ private:
+  session::Form1& form_;
+  bool stays_locked_;
+  std::optional<session::Hourglass> hourglass_;
+};
+
+/// What the New User tab, the tree and the preferences ask for.
+creation::NewUserRequest new_user_request(const session::Session& session);
+
+/// Creates the user and shows what came of it. Without a selected node the first one is taken.
+session::CreationOutcome CreateUser_Click(session::Session& session);
+
+}  // namespace twk::windows
