@@ -89,7 +89,7 @@ TEST(ChangeProperty, InvalidBytesLeaveTheUserAsItIs) {
     EXPECT_THAT(world.outcomes, ElementsAre("not jo")) << text;
     EXPECT_EQ(world.account("jo")->Get("logonWorkstation").bytes(), (base::Bytes{7, 8})) << text;
   }
-  EXPECT_THAT(world.log(), HasSubstr("\"256\" is no byte: bytes are numbers from 0 to 255"));
+  EXPECT_THAT(world.log(), HasSubstr("\"256\" is not a byte: bytes are numbers from 0 to 255"));
 }
 
 TEST(ChangeProperty, BytesGoIntoAPropertyOfSeveralValuesToo) {
@@ -197,7 +197,7 @@ TEST(ChangeProperty, NothingIsDoneWithoutASelectionOrAKnownProperty) {
   world.change({"jo"}, "", "Clerk");
   EXPECT_EQ(world.status(), "Select the property to change first.");
   world.change({"jo"}, "titel", "Clerk");
-  EXPECT_THAT(world.status(), HasSubstr("\"titel\" is no property"));
+  EXPECT_THAT(world.status(), HasSubstr("\"titel\" is not a property"));
   EXPECT_THAT(world.outcomes, IsEmpty());
   EXPECT_EQ(world.log(), before);
 }

@@ -36,8 +36,8 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"NoWorld", {"user", "list"}, "--domain NAME or --lab DIR"},
         UsageCase{"NoLab", {"lab", "info"}, "needs a lab"},
         UsageCase{"NoDomain", {"doctor"}, "no domain is named"},
-        UsageCase{"TwoWorlds", {"--lab", "x", "--domain", "twk.test", "user", "list"}, "leave out either"},
-        UsageCase{"LabAndLive", {"--lab", "x", "--live", "user", "list"}, "leave out either"},
+        UsageCase{"TwoWorlds", {"--lab", "x", "--domain", "twk.test", "user", "list"}, "exclude each other"},
+        UsageCase{"LabAndLive", {"--lab", "x", "--live", "user", "list"}, "exclude each other"},
         UsageCase{"BadPort", {"--domain", "twk.test", "--port", "x", "user", "list"}, "65535"},
         UsageCase{"BadMethod", {"--domain", "twk.test", "--method", "x", "user", "list"}, "ticket, ldaps"},
         UsageCase{"NoUser", {"--domain", "twk.test", "--method", "ldaps", "user", "list"}, "needs a user"},
@@ -128,7 +128,7 @@ TEST(CommandLine, AFolderWithoutALabIsBadInput) {
   const TemporaryDirectory folder;
   const ProgramResult result = twk({"--lab", folder.path().string(), "lab", "info"});
   EXPECT_EQ(result.exit_code, 65);
-  EXPECT_THAT(result.err, HasSubstr("is no lab"));
+  EXPECT_THAT(result.err, HasSubstr("is not a lab"));
 }
 
 using CommandsOnALab = TwkLab;

@@ -111,7 +111,7 @@ TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
   };
   ASSERT_EQ(import("John,,Smith\nalone\nJohn,,Smith,4\n").exit_code, 1);
   const std::string errors = database_file("Import.err");
-  for (const Case& one : {Case{"/dev/null", "3", 65, "/dev/null is no ordinary file"},
+  for (const Case& one : {Case{"/dev/null", "3", 65, "/dev/null is not an ordinary file"},
                           Case{file("empty.csv", ""), "3", 65, "contains no user"},
                           Case{"gone.csv", "3", 65, "There is no file gone.csv"},
                           Case{errors, "5", 64, "no column 5: the longest line has 1"}}) {

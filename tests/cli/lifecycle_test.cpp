@@ -112,7 +112,7 @@ TEST_F(ExistingUsers, GetOtherNamesAndAnotherPassword) {
   EXPECT_EQ(run({"--yes", "user", "reset-password", "ann"}).exit_code, 0);
   const ProgramResult refused = run({"--yes", "user", "reset-password", "ann", "--password-stdin"}, "x\n");
   EXPECT_EQ(refused.exit_code, 2);
-  EXPECT_THAT(refused.out, HasSubstr("the password does not meet the domain's policy; take a longer one"));
+  EXPECT_THAT(refused.out, HasSubstr("the password does not meet the domain's policy; choose a longer one"));
   EXPECT_EQ(run({"--yes", "profile", "delete", "ann"}).exit_code, 0);
   EXPECT_EQ(run({"--yes", "profile", "delete", "ann"}).exit_code, 2);
 }

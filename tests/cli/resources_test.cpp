@@ -182,11 +182,11 @@ TEST_F(Resources, WhatCannotBeDoneIsExplainedInPlainWords) {
   expect_refused({"acl", "check", kHome, "nobody"}, 2, "There is no account \"nobody\".");
   expect_refused({"owner", "take", kHome, "--account", "nobody"}, 2, "There is no account");
   expect_refused({"acl", "show", kUsers + "\\none"}, 65, "no file or folder");
-  expect_refused({"acl", "show", "/tmp"}, 2, "has no security descriptor");
+  expect_refused({"acl", "show", "/tmp"}, 2, "have no security descriptor");
   expect_refused({"acl", "set", kHome, "--account", "Staff", "--access", "Write"}, 64,
                  "Full Control, Change");
   expect_refused({"acl", "set", kHome, "--account", "Staff"}, 64, "--access");
-  expect_refused({"acl", "set", kHome, "--from-table", "x", "--replace"}, 64, "no other option");
+  expect_refused({"acl", "set", kHome, "--from-table", "x", "--replace"}, 64, "leave out the other options");
   EXPECT_THAT(run({"log", "show"}).out, HasSubstr("There is no account \"nobody\".\n"));
 }
 

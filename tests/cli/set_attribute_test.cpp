@@ -146,7 +146,7 @@ class SetAttributeInWinNt : public TwkLab {
 TEST_F(SetAttributeInWinNt, IsRefused) {
   const ProgramResult refused = run({"users", "set-attribute", "title", "Clerk", "Administrator"});
   EXPECT_EQ(refused.exit_code, 2);
-  EXPECT_THAT(refused.err, HasSubstr("is no Active Directory domain"));
+  EXPECT_THAT(refused.err, HasSubstr("is not an Active Directory domain"));
 }
 
 }  // namespace

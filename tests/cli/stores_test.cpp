@@ -190,6 +190,15 @@ TEST_F(Stores, SettingsOfAnotherProgramAreNotImported) {
   EXPECT_THAT(result.err, HasSubstr("nothing was imported"));
 }
 
+TEST_F(Stores, SettingsAreDescribedWithWhatTheyTakeAndCountAs) {
+  const auto rows = json_lines(run({"--json", "settings", "describe", "um"}).out);
+  ASSERT_EQ(rows.size(), 6U);
+  EXPECT_EQ(rows.front()["name"], "UM\\CreateDirs");
+  EXPECT_EQ(rows.front()["takes"], "Yes or No");
+  EXPECT_EQ(rows.front()["default"], "Yes");
+  EXPECT_EQ(run({"settings", "describe", "Nothing"}).exit_code, 64);
+}
+
 TEST_F(Stores, TheLogIsShownAndDeleted) {
   ASSERT_EQ(create({"--ou", kNewStarters, "John", "Smith"}).exit_code, 0);
   EXPECT_EQ(run({"log", "show", "--tail", "1"}).out, "User Created.\n");

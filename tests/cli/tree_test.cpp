@@ -67,7 +67,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "--under"},
         Refusal{"UnknownUser", {"user", "move-ou", "John.Smiht", kNewStarters}, 2, "John.Smith"},
         Refusal{"UnknownOu", {"user", "move-ou", "John.Smith", "OU=Nowhere"}, 2, "OU=Nowhere"},
-        Refusal{"NoOu", {"user", "move-ou", "John.Smith", "DC=twk,DC=test"}, 2, "is no organizational unit"},
+        Refusal{
+            "NoOu", {"user", "move-ou", "John.Smith", "DC=twk,DC=test"}, 2, "is not an organizational unit"},
         Refusal{"SameOu", {"user", "move-ou", "John.Smith", kNewStarters}, 2, "was not moved"},
         Refusal{"UnknownOption", {"options", "set", "PagSize=1"}, 2, "Near: \"PageSize\""},
         Refusal{"NoValue", {"options", "set", "PageSize"}, 64, "NAME=VALUE"},

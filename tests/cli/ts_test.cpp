@@ -66,7 +66,7 @@ TEST_F(TsCommands, InvalidSettingsAreReportedBeforeAnyIsWritten) {
                {"allowLogon=maybe", "allowLogon takes yes or no, not \"maybe\""},
                {"idleLimit=5 minutes", "idleLimit does not take the time \"5 minutes\", but Never, 1 min"},
                {"WTSTimeoutSettingsIdle=1 mins", "Near: \"1 min\""},
-               {"activeLimit=", "activeLimit takes no time"}};
+               {"activeLimit=", "activeLimit does not take the time"}};
   for (const auto& [assignment, says] : cases) {
     const ProgramResult result = set({"home=changed", assignment});
     EXPECT_EQ(result.exit_code, 64) << assignment;

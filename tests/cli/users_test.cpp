@@ -87,7 +87,7 @@ TEST_F(ManyUsers, UsersMustBeNamed) {
   EXPECT_EQ(nobody.exit_code, 1);
   EXPECT_THAT(nobody.err, HasSubstr("none contains no names"));
   EXPECT_EQ(run({"group", "create", "Empty"}).exit_code, 0);
-  EXPECT_THAT(tell({"delete", "--group", "Empty", "--account"}).err, HasSubstr("nobody is in the selection"));
+  EXPECT_THAT(tell({"delete", "--group", "Empty", "--account"}).err, HasSubstr("the selection is empty"));
   EXPECT_EQ(run({"users", "delete", "[Jo.Smith,Kim.Day]", "--account", "--no-prompting"}).exit_code, 2);
   const Arguments mail = {"delete", "Jo.Smith", "--account", "--mail", "--no-prompting", "--exchange-server"};
   const auto on = [&](const char* server) {

@@ -32,7 +32,7 @@ constexpr std::uint32_t kDown = platform::ads_error::kServerDown;
 INSTANTIATE_TEST_SUITE_P(
     Kerberos, EveryKerberosRefusal,
     testing::Values(Refusal{"NoCache", KRB5_FCC_NOFILE, kLogon, "kinit"},
-                    Refusal{"Ended", KRB5KRB_AP_ERR_TKT_EXPIRED, kLogon, "jo@TWK.TEST has ended"},
+                    Refusal{"Ended", KRB5KRB_AP_ERR_TKT_EXPIRED, kLogon, "jo@TWK.TEST has expired"},
                     Refusal{"Clock", KRB5KRB_AP_ERR_SKEW, kLogon, "clock"},
                     Refusal{"NotYetValid", KRB5KRB_AP_ERR_TKT_NYV, kLogon, "clock"},
                     Refusal{"NoServer", KRB5_KDC_UNREACH, kDown, "realm TWK.TEST"},

@@ -128,7 +128,7 @@ TEST_P(ResourceStages, BlankShareNamesMakeNoShareAndNeedNoTable) {
 TEST_P(ResourceStages, WithoutAShareTableTheSharesAreOpenAndTheRunIsYellow) {
   before_creation = [&] { test::put_file(world.folder / "db/SharePerm.dat", ""); };
   create();
-  expect_yellow_for("everybody gets full control");
+  expect_yellow_for("everyone gets full control");
   expect_lights(controls::kYellow, controls::kBlue);
   EXPECT_THAT(list_of(share("Jo.Smith$").shi502_security_descriptor->dacl),
               ElementsAre("0 0x10000000 Everyone"));

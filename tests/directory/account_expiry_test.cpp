@@ -45,7 +45,7 @@ TEST(AccountExpiry, InvalidDaysAreRefusedWithTheReason) {
                                                         {"1.2.69", "before 1970"},
                                                         {"31/12/1969", "before 1970"},
                                                         {"1/1/70", "without an end"},
-                                                        {"end of 31/12/2026 16:00", "takes a day alone"}}) {
+                                                        {"end of 31/12/2026 16:00", "takes only a day"}}) {
     EXPECT_THAT(read_expiry(clock, typed).error, testing::HasSubstr(reason)) << typed;
     EXPECT_THROW(expiry_of_text(clock, typed), base::RuntimeError) << typed;
   }

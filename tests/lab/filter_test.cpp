@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Fault{"(cn=a))", "Unexpected text after the filter at position 7"},
                     Fault{"(cn)", "\"=\" expected at position 4"},
                     Fault{"(=a)", "name expected at position 2"},
-                    Fault{"(cn=\\2)", "hexadecimal digits expected behind the backslash at position 5"},
+                    Fault{"(cn=\\2)", "hexadecimal digits expected after the backslash at position 5"},
                     Fault{"(cn=(a))", "must be escaped at position 5"}, Fault{"(!)", "position 3"},
                     Fault{"(cn:dn:=a)", "\":dn\" is not supported"}, Fault{"(:=a)", "position 3"},
                     Fault{nested(101), "Nested too deep"}, Fault{std::string(100000, '('), "position 2"}));

@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
                           "Line 4: A value of another attribute"},
                     Fault{"dn: a\nchangetype: modrdn\nnewrdn: b\ndeleteoldrdn: 2\n", "Line 4"},
                     Fault{"dn: a\nchangetype: modrdn\nnewrdn: b\n", "\"deleteoldrdn:\" is missing"},
-                    Fault{"dn: a\nchangetype: delete\ncn: a\n", "Line 3: Unexpected behind the record"},
+                    Fault{"dn: a\nchangetype: delete\ncn: a\n", "Line 3: Unexpected text after the record"},
                     Fault{"dn: a\ncontrol: 1.2.3 true\nchangetype: delete\n", "Line 2: A critical control"}));
 
 TEST(LdifTest, UnsafeValuesAreWrittenAsBase64) {

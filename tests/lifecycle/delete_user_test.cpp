@@ -292,15 +292,15 @@ TEST_P(DeleteUser, NothingIsDeletedWhenAnyOfItIsNotTheUsersAlone) {
       {"\\\\FS1\\Users\\. .\\x", "leads elsewhere"},
       {"\\\\FS1\\\\jo", "names no share"},
       {"\\\\FS1\\", "names no share"},
-      {"\\\\\\\\\\\\", "backslashes alone"},
-      {"\\\\FS1\\D$", "one that the server has for itself"},
+      {"\\\\\\\\\\\\", "only of backslashes"},
+      {"\\\\FS1\\D$", "one of the server's own"},
       {"\\\\FS1\\D$\\", "names no folder below its share"},
       {"\\\\FS1\\Users\\", "names no folder below its share"},
       {"\\\\FS1\\Users\\\\", "names no folder below its share"},
       {"\\\\FS1\\Data", "the whole drive"},
       {"\\\\FS1\\D$\\Users", "the share Users (D:\\Users)"},
       {"\\\\FS1\\Users\\a*", "holds a character"},
-      {"\\\\FS1\\Users\\jo.", "drops the end"},
+      {"\\\\FS1\\Users\\jo.", "end a server drops"},
       {"\\\\FS1\\Users\\out", "is a link"},
       {"\\\\FS1\\Users\\out\\jo", "is a link"},
       {"\\\\FS1\\Users", "the home of ann (\\\\fs1.twk.test\\users\\ANN)"},
@@ -404,7 +404,7 @@ TEST_P(DeleteUser, FolderThatIsClosedToAdministratorsIsDeletedOnceOwnershipIsTak
     EXPECT_EQ(Delete_One_User(world.session, world.key()), take);
     EXPECT_EQ(world.has_jo(), !take);
     EXPECT_EQ(world.there("FS1/D/Users/jo/a.txt"), !take) << world.log();
-    EXPECT_THAT(world.log(), HasSubstr(take ? "Deleted Dir: " : "cannot be looked into"));
+    EXPECT_THAT(world.log(), HasSubstr(take ? "Deleted Dir: " : "cannot be opened"));
   }
 }
 

@@ -136,7 +136,7 @@ TEST_P(PopupCommands, WorkstationThatIsCancelledOrNoNameDoesNothing) {
   for (const char* const name : {"..", "PC7\\c$", "a b*"}) {
     world.session.runs.WKS_Name = name;
     EXPECT_FALSE(delete_wks_profile(world.session, world.node()));
-    EXPECT_THAT(panel(world), HasSubstr("make no path of a profile")) << name;
+    EXPECT_THAT(panel(world), HasSubstr("do not make the path of a profile")) << name;
   }
   world.session.runs.WKS_Name = "\\\\PC7";
   world.session.runs.WKS_Is_NT40 = true;

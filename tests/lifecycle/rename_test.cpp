@@ -183,7 +183,7 @@ const Case kCases[] = {
      "ann",
      "\\\\FS1\\D$",
      "",
-     "bears the name jo",
+     "has the name jo",
      kJo,
      {"jo$", "Users"},
      {}},

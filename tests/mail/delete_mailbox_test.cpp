@@ -90,7 +90,7 @@ TEST_F(MailboxDeletionTest, IsDecidedBeforehandOrRefusedWithTheReason) {
       {"Recipients", "remote", "", "EX55", "CN=remote,CN=Recipients"},
       {"x%Where%", "ann", "", "EX55", "LDAP://EX55/CN=ann,CN=Other," + test::kPlace},
       {"", "ann", "", "EX55", "LDAP://EX55/CN=ann,CN=Other," + test::kPlace},
-      {"x%Where%", "jo", "", "EX55", inner + ". Say by its path"},
+      {"x%Where%", "jo", "", "EX55", inner + ". Choose one by its path"},
       {"x%Where%", "nobody", "", "EX55", "There is no mailbox called \"nobody\""},
       {"x%Where%", "jo", "", "EX99", "Unable to connect to Exchange Server EX99: "},
       {"Recipients", "jo", "", "EX99", "Unable to read LDAP://EX99/"},

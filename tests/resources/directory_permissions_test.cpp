@@ -53,7 +53,7 @@ TEST_F(DirectoryPermissionsTest, AnUnknownWordMeansTheSameAsTheRowBefore) {
   security.accounts.emplace("ANN", *platform::Sid::parse("S-1-5-21-1-2-3-1003"));
   rows({{false, "ann", "change", ""}, {false, "jo", " Read ", ""}, {false, "staff", "Write", ""}});
   EXPECT_TRUE(apply());
-  EXPECT_THAT(masks(), ElementsAre(0x1200A9, 0x1200A9, 0x1F01FF)) << "the last row stands in front";
+  EXPECT_THAT(masks(), ElementsAre(0x1200A9, 0x1200A9, 0x1F01FF)) << "the last row comes first";
 }
 
 TEST_F(DirectoryPermissionsTest, NamesAreFilledIn) {
@@ -73,8 +73,8 @@ TEST_F(DirectoryPermissionsTest, AnUnknownAccountWarnsAndTheRowsAfterItCount) {
   EXPECT_EQ(log(), "Setting Permissions on " + kFolder +
                        "\nSet Permissions for jo\nServer:DC2 Account:nobody Domain:twk.test\nnobody on " +
                        kFolder +
-                       ": nobody is called so (no account has that name; check its spelling and put the "
-                       "domain in front of it)\n"
+                       ": nobody is called so (no account has that name; check its spelling, or put the "
+                       "domain before it)\n"
                        "Failed to set Permissions for nobody\nSet Permissions for staff\n");
 }
 

@@ -153,8 +153,8 @@ TEST_F(FilePermissionTest, WithoutALogonServerTheWorkstationIsAsked) {
 TEST_F(FilePermissionTest, AFailedLookUpIsReportedWithoutTheDebugSwitch) {
   EXPECT_FALSE(set({.account = "nobody"}));
   EXPECT_EQ(log(), "Server:DC2 Account:nobody Domain:twk.test\nnobody on " + kFolder +
-                       ": nobody is called so (no account has that name; check its spelling and put the "
-                       "domain in front of it)\n");
+                       ": nobody is called so (no account has that name; check its spelling, or put the "
+                       "domain before it)\n");
   EXPECT_THAT(calls("GetFileSecurity"), IsEmpty());
 
   security.accounts.erase("SYSTEM");
@@ -189,7 +189,7 @@ TEST_F(FilePermissionInDebug, AFailureIsLoggedWithItsStepNumberAndText) {
   EXPECT_EQ(list(), list_named("old"));
   security.before = nullptr;
   EXPECT_FALSE(set({.account = "nobody"}));
-  EXPECT_THAT(log(), HasSubstr("put the domain in front of it)\nError: LookupAccountName - 2\nCode: 1332\n"));
+  EXPECT_THAT(log(), HasSubstr("or put the domain before it)\nError: LookupAccountName - 2\nCode: 1332\n"));
 }
 
 TEST_F(FilePermissionInDebug, AListThatCannotGrowIsAFailure) {

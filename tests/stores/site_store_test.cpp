@@ -188,7 +188,7 @@ TEST_F(SiteStoreTest, AnEditReplacesTheLiveRecordOfThatName) {
   // The click loaded the deleted one, which is reported; the edit begins with the fields of the live one.
   EXPECT_EQ(form1.NTSERVER.text.get(), "OLD");
   ASSERT_EQ(form1.ListView1.size(), 1U);
-  EXPECT_THAT(form1.ListView1.at(0).text, testing::HasSubstr("deleted site \"Berlin\" in front"));
+  EXPECT_THAT(form1.ListView1.at(0).text, testing::HasSubstr("deleted site \"Berlin\" before"));
   session.ActiveSite.NTServer = "kept";
   Edit_Site(session);
   EXPECT_EQ(status(), "Edit Site...");
