@@ -95,7 +95,7 @@ TEST_F(DirectoryPermissionsTest, AnOwnerThatIsRefusedBeepsAndWarns) {
   EXPECT_EQ(RunWarning, 2);
   EXPECT_THAT(session.log.take_reasons(),
               ElementsAre(testing::StartsWith("staff on " + kFolder + ": refused: " + kFolder +
-                                              " (that account may not")));
+                                              " (that account cannot")));
   EXPECT_THAT(log(), testing::EndsWith("Setting Owner failed\n"));
   EXPECT_EQ(list(), list_named("read"));
 }
