@@ -52,7 +52,7 @@ class OutputText : public testing::Test {
   }
 
   const std::vector<Column> columns_ = {{"name", "Name"}, {"on", "On"}, {"groups", "Groups"}};
-  const std::vector<Json> rows_ = {{{"name", "東京"}, {"on", true}, {"groups", {"a", "b"}}},
+  const std::vector<Json> rows_ = {{{"name", "東京"}, {"on", true}, {"groups", Json::array({"a", "b"})}},
                                    {{"name", "Zoë\x1b"}, {"on", false}, {"groups", Json::array()}}};
 };
 

@@ -239,7 +239,7 @@ def main():
     ends(nobody, "no authority that this system trusts", trusted=None, system="other.pem")
     ends(empty_pages, "nothing but empty pages")
     ends(one_page_again_and_again, "the same page again")
-    ends(entries_without_end, "more than was asked for")
+    ends(entries_without_end, "more than was requested")
     ends(page_without_a_mark, "", 0)
     ends(message_of_two_gigabytes, "Search below DC=bad,DC=test")
     ends(referral, "refers to another one")

@@ -74,7 +74,7 @@ void sort_by_name(std::vector<Json>& rows) {
   std::vector<std::pair<std::string, Json>> keyed;
   keyed.reserve(rows.size());
   for (Json& row : rows) {
-    std::string key = base::upper(row["name"].get_ref<const std::string&>());
+    std::string key = base::upper(row.text_at("name"));
     keyed.emplace_back(std::move(key), std::move(row));
   }
   std::stable_sort(keyed.begin(), keyed.end(),
@@ -98,7 +98,7 @@ std::vector<std::string> names_of(const std::vector<Json>& rows) {
   std::vector<std::string> names;
   names.reserve(rows.size());
   for (const Json& row : rows)
-    names.push_back(row["name"].get<std::string>());
+    names.push_back(row.text_at("name"));
   return names;
 }
 

@@ -44,7 +44,7 @@ int preview_import(Context& context, session::Session& session) {
   state.rehearsed = true;
   state.row_done = [&](const session::ImportRow& row) {
     rows.push_back(preview_row(row));
-    exit_code = std::max(exit_code, exit_code_of_light(rows.back()["light"].get_ref<const std::string&>()));
+    exit_code = std::max(exit_code, exit_code_of_light(rows.back().text_at("light")));
   };
   context.dialogs().on_events([&] {
     if (interrupted())

@@ -85,7 +85,7 @@ std::vector<Json> found_in_domain(Session& session, const std::string& name) {
 void describe_old(Session& session, Json& row) {
   const mail::MailboxDeletion request = mailbox_request(session, "");
   const ObjectPtr mailbox =
-      mail::bind_exchange(session, row["path"], request.AdminName, request.AdminPassword);
+      mail::bind_exchange(session, row.text_at("path"), request.AdminName, request.AdminPassword);
   row["kind"] = mailbox->Class();
   row["name"] = text_of_attribute(*mailbox, "cn");
   row["address"] = text_of_attribute(*mailbox, "Mail");
@@ -94,7 +94,7 @@ void describe_old(Session& session, Json& row) {
 }
 
 void describe_new(Session& session, Json& row) {
-  const ObjectPtr user = session.platform.directory.GetObject(std::string(row["path"]));
+  const ObjectPtr user = session.platform.directory.GetObject(row.text_at("path"));
   row["kind"] = user->Class();
   row["name"] = text_of_attribute(*user, "displayName");
   row["address"] = text_of_attribute(*user, "mail");

@@ -60,8 +60,7 @@ int list_members(Context& context, const std::string& name) {
     rows.push_back({{"name", row.text}, {"primary", primary}, {"dn", dn_of_key(domain, row.key)}});
   }
   std::stable_sort(rows.begin(), rows.end(), [](const Json& a, const Json& b) {
-    return base::upper(a["name"].get_ref<const std::string&>()) <
-           base::upper(b["name"].get_ref<const std::string&>());
+    return base::upper(a.text_at("name")) < base::upper(b.text_at("name"));
   });
   context.output().table(kColumns, rows);
   if (window.OtherMembers != 0) {

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <nlohmann/json.hpp>
 
 #include "base/errors.hpp"
 #include "cli/terminal/display.hpp"
@@ -16,8 +17,30 @@ namespace {
 
 constexpr std::string_view kGap = "  ";
 
-std::string dumped(const Json& object) {
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+nlohmann::ordered_json printed(const Json& value) {
+  if (const bool* const boolean = value.boolean())
+    return *boolean;
+  if (const std::int64_t* const number = value.number())
+    return *number;
+  if (const std::string* const text = value.text())
+    return *text;
+  if (const Json::List* const list = value.list()) {
+    auto array = nlohmann::ordered_json::array();
+    for (const Json& element : *list)
+      array.push_back(printed(element));
+    return array;
+  }
+  if (const Json::Object* const members = value.members()) {
+    auto object = nlohmann::ordered_json::object();
+    for (const Json::Member& member : *members)
+      object[member.key] = printed(member.value);
+    return object;
+  }
+  return nullptr;
+}
+
+std::string dumped(const Json& value) {
+  return printed(value).dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 void append_row(std::string& out, const std::vector<std::string>& cells,
@@ -39,29 +62,29 @@ Json warnings_of(std::string_view light, const std::string& message,
 }
 
 std::string text_of(const Json& value) {
-  if (value.is_string())
-    return value.get<std::string>();
-  if (value.is_boolean())
-    return value.get<bool>() ? "yes" : "no";
+  if (const std::string* const text = value.text())
+    return *text;
+  if (const bool* const boolean = value.boolean())
+    return *boolean ? "yes" : "no";
   if (value.is_null())
     return {};
-  if (!value.is_array())
-    return value.dump();
+  if (value.list() == nullptr)
+    return dumped(value);
   std::string out;
-  for (const Json& element : value)
+  for (const Json& element : *value.list())
     out += (out.empty() ? "" : ", ") + text_of(element);
   return out;
 }
 
 std::string Output::cell(const Column& column, const Json& row) const {
-  const auto found = row.find(column.key);
-  return found == row.end() ? std::string() : printable(text_of(*found));
+  const Json* const value = row.find(column.key);
+  return value == nullptr ? std::string() : printable(text_of(*value));
 }
 
 void Output::table(const std::vector<Column>& columns, const std::vector<Json>& rows) {
   if (json_) {
     for (const Json& row : rows)
-      write(dumped(row));
+      write(dumped(row) + "\n");
     return;
   }
   if (rows.empty())
@@ -87,7 +110,7 @@ void Output::table(const std::vector<Column>& columns, const std::vector<Json>& 
 
 void Output::details(const std::vector<Column>& fields, const Json& object) {
   if (json_) {
-    write(dumped(object));
+    write(dumped(object) + "\n");
     return;
   }
   std::size_t width = 0;
@@ -100,7 +123,7 @@ void Output::details(const std::vector<Column>& fields, const Json& object) {
 }
 
 void Output::result(const Json& object, std::string_view text) {
-  write(json_ ? dumped(object) : std::string(text) + "\n");
+  write((json_ ? dumped(object) : std::string(text)) + "\n");
   if (failure_ == 0 && std::fflush(stdout) != 0)
     failure_ = errno;
 }

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace twk::cli {
+#include "cli/terminal/json.hpp"
 
-/// A result: keys in the order in which they are printed.
-using Json = nlohmann::ordered_json;
+namespace twk::cli {
 
 /// A key of a result and its heading for people.
 struct Column {

@@ -127,7 +127,7 @@ Change parse_change(const std::string& assignment) {
 
 /// The account name of a user in any of its forms.
 std::string account_of(const Domain& domain, const std::string& name) {
-  return describe_user(domain, name)["samAccountName"];
+  return describe_user(domain, name).text_at("samAccountName");
 }
 
 /// The name of the domain's controller, for the settings' calls.
@@ -171,7 +171,7 @@ int show_settings(Context& context, const std::string& name) {
                     ".");
     }
     if (row.is_time() && !context.output().json())
-      settings[key] = time_text(settings[key]);
+      settings[key] = time_text(static_cast<std::uint32_t>(*settings[key].number()));
   }
   context.output().details(columns, settings);
   return kExitGreen;
