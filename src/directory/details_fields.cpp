@@ -10,7 +10,6 @@
 
 namespace twk::directory {
 
-using session::Form1;
 using session::Session;
 
 bool check_drive_letter(Session& session) {

@@ -4,6 +4,11 @@
 
 namespace twk::cli {
 
+Json::Json() = default;
+Json::Json(std::nullptr_t) {}
+Json::Json(bool value) : value_(value) {}
+Json::Json(std::string text) : value_(std::move(text)) {}
+Json::Json(const char* text) : value_(std::string(text)) {}
 Json::Json(const std::vector<std::string>& texts) : value_(List(texts.begin(), texts.end())) {}
 Json::Json(List list) : value_(std::move(list)) {}
 Json::Json(std::initializer_list<Member> members) : value_(Object(members)) {}
@@ -12,6 +17,10 @@ Json::Json(Json&& other) noexcept = default;
 Json& Json::operator=(const Json& other) = default;
 Json& Json::operator=(Json&& other) noexcept = default;
 Json::~Json() = default;
+
+void Json::set_number(std::int64_t number) {
+  value_ = number;
+}
 
 Json Json::array(std::initializer_list<Json> elements) {
   return List(elements);
@@ -40,7 +49,10 @@ Json& Json::operator[](std::string_view key) {
     value_ = Object();
   Object& object = std::get<Object>(value_);
   const auto found = std::ranges::find(object, key, &Member::key);
-  return found == object.end() ? object.emplace_back(std::string(key), Json()).value : found->value;
+  if (found != object.end())
+    return found->value;
+  object.push_back({std::string(key), {}});
+  return object.back().value;
 }
 
 void Json::update(const Json& other) {

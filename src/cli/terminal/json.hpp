@@ -1,11 +1,11 @@
 #pragma once
 
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -20,20 +20,26 @@ class Json {
   using List = std::vector<Json>;
   using Object = std::vector<Member>;
 
-  Json() = default;
-  Json(std::nullptr_t) {}
-  Json(bool value) : value_(value) {}
-  template <std::integral Number>
-  requires(!std::same_as<Number, bool>) Json(Number value) : value_(static_cast<std::int64_t>(value)) {}
-  Json(std::string text) : value_(std::move(text)) {}
-  Json(const char* text) : Json(std::string(text)) {}
-  template <typename Text>
-  requires(std::convertible_to<const Text&, std::string_view> && !std::same_as<Text, std::string>)
-      Json(const Text& text)
-      : Json(std::string(std::string_view(text))) {}
+  // Out of line, because a member is complete only after this class. What a value is made of acts as one.
+  // NOLINTBEGIN(*-explicit-*)
+  Json();
+  Json(std::nullptr_t);
+  Json(bool value);
+  template <typename Number,
+            std::enable_if_t<std::is_integral_v<Number> && !std::is_same_v<Number, bool>, int> = 0>
+  Json(Number value) : Json() {
+    set_number(static_cast<std::int64_t>(value));
+  }
+  Json(std::string text);
+  Json(const char* text);
+  template <typename Text, std::enable_if_t<std::is_convertible_v<const Text&, std::string_view> &&
+                                                !std::is_same_v<Text, std::string>,
+                                            int> = 0>
+  Json(const Text& text) : Json(std::string(std::string_view(text))) {}
   Json(const std::vector<std::string>& texts);
   Json(List list);
   Json(std::initializer_list<Member> members);
+  // NOLINTEND(*-explicit-*)
   Json(const Json& other);
   Json(Json&& other) noexcept;
   Json& operator=(const Json& other);
@@ -63,6 +69,8 @@ class Json {
   void push_back(Json element);
 
  private:
+  void set_number(std::int64_t number);
+
   std::variant<std::monostate, bool, std::int64_t, std::string, List, Object> value_;
 };
 
