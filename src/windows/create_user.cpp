@@ -91,6 +91,10 @@ void NewUserView::stage(Stage stage, StageState state) {
   light.caption = std::string(state == StageState::kFailed ? "Error" : "Completed");
 }
 
+void NewUserView::counted(std::string_view text) {
+  form_.Import_Text.caption = std::string(text);
+}
+
 NewUserRequest new_user_request(const session::Session& session) {
   const Form1& form = session.form1;
   NewUserRequest request;

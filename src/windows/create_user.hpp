@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "creation/creation_view.hpp"
+#include "batch/import.hpp"
 #include "session/creation_outcome.hpp"
 #include "session/hourglass.hpp"
 
@@ -14,9 +14,9 @@ struct Session;
 /// What stands behind "Create User".
 namespace twk::windows {
 
-/// The New User tab and the status bar, painted as a creation goes on. With `stays_locked` the window can be
-/// used again only when its maker says so, as after the last line of an import.
-class NewUserView final : public creation::CreationView {
+/// The New User tab and the status bar, painted as a creation or an import goes on. With `stays_locked` the
+/// window can be used again only when its maker says so, as after the last line of an import.
+class NewUserView final : public batch::ImportView {
  public:
   explicit NewUserView(session::Form1& form, bool stays_locked = false)
       : form_(form), stays_locked_(stays_locked) {}
@@ -30,6 +30,7 @@ class NewUserView final : public creation::CreationView {
   void lock() override;
   void unlock() override;
   void stage(creation::Stage stage, creation::StageState state) override;
+  void counted(std::string_view text) override;
 
  private:
   session::Form1& form_;

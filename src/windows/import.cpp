@@ -60,27 +60,6 @@ void log_block(Session& session, std::string_view text, bool with_user) {
   session.log.close();
 }
 
-/// The tab during an import, which keeps the window locked until its end, and the line that counts.
-class ImportTab final : public batch::ImportView {
- public:
-  explicit ImportTab(session::Form1& form) : tab_(form, true), counter_(form.Import_Text) {}
-
-  void status(std::string_view text) override { tab_.status(text); }
-  void step(std::string_view caption) override { tab_.step(caption); }
-  void progress(int percent) override { tab_.progress(percent); }
-  void begin() override { tab_.begin(); }
-  void start_work() override { tab_.start_work(); }
-  void names(const creation::NewUserRequest& request) override { tab_.names(request); }
-  void lock() override { tab_.lock(); }
-  void unlock() override { tab_.unlock(); }
-  void stage(creation::Stage stage, creation::StageState state) override { tab_.stage(stage, state); }
-  void counted(std::string_view text) override { counter_.caption = std::string(text); }
-
- private:
-  NewUserView tab_;
-  controls::Label& counter_;
-};
-
 }  // namespace
 
 void Import_Command(Session& session) {
@@ -131,7 +110,7 @@ bool Import_File(Session& session, std::string_view path) {
   form.enabled = false;
   form.USERID.text = std::string();
   session.cancel_import.visible = true;
-  ImportTab view(form);
+  NewUserView view(form, true);
   const bool whole = batch::Import_Users(session, path, order, view);
   form.enabled = true;
   session.cancel_import.visible = false;
