@@ -9,7 +9,7 @@
 #include "batch/find_accounts.hpp"
 #include "bench_world.hpp"
 #include "directory/account_expiry.hpp"
-#include "directory/ad_load.hpp"
+#include "directory/loading/ad_load.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/own_tree.hpp"
 #include "platform/adsi.hpp"

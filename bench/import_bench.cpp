@@ -2,7 +2,7 @@
 // a share, two groups, a principal name and one sync a user.
 #include "bench_world.hpp"
 #include "controls/tree_view.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "records/records.hpp"
 #include "session/form1.hpp"
 #include "windows/import.hpp"

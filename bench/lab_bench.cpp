@@ -1,8 +1,8 @@
 // The lab at 1,000 and at 100,000 users: opening it, its memory, and what a look-up costs.
 #include "ads/dn.hpp"
 #include "bench_world.hpp"
-#include "directory/select_domain.hpp"
-#include "directory/tree.hpp"
+#include "directory/loading/select_domain.hpp"
+#include "directory/tree/tree.hpp"
 #include "platform/query.hpp"
 #include "windows/start_up.hpp"
 

@@ -3,7 +3,7 @@
 
 #include "batch/account_functions.hpp"
 #include "bench_world.hpp"
-#include "directory/ad_load.hpp"
+#include "directory/loading/ad_load.hpp"
 #include "screens/program/qt_dialogs.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"

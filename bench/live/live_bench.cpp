@@ -16,8 +16,8 @@
 
 #include "../bench_world.hpp"
 #include "batch/find_accounts.hpp"
-#include "directory/ad_load.hpp"
-#include "directory/tree.hpp"
+#include "directory/loading/ad_load.hpp"
+#include "directory/tree/tree.hpp"
 #include "live/live.hpp"
 #include "recorded_calls.hpp"
 #include "records/records.hpp"

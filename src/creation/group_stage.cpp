@@ -4,8 +4,8 @@
 #include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
-#include "directory/listed_objects.hpp"
 #include "directory/operations.hpp"
+#include "directory/tree/listed_objects.hpp"
 #include "session/session.hpp"
 #include "stores/template_store.hpp"
 

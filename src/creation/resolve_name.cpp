@@ -5,7 +5,7 @@
 #include "base/text.hpp"
 #include "creation/account_name.hpp"
 #include "creation/validate_request.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "format/user_name.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"

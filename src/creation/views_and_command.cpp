@@ -2,8 +2,8 @@
 #include "creation/account_stage.hpp"
 #include "creation/command_text.hpp"
 #include "creation/shell.hpp"
-#include "directory/listed_objects.hpp"
 #include "directory/names.hpp"
+#include "directory/tree/listed_objects.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
 

@@ -1,6 +1,6 @@
 #include "groups/groups_window.hpp"
 
-#include "directory/ad_load.hpp"
+#include "directory/loading/ad_load.hpp"
 #include "groups/copy_group.hpp"
 #include "groups/group_add.hpp"
 #include "groups/group_object.hpp"

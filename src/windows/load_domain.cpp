@@ -1,7 +1,7 @@
 #include "windows/load_domain.hpp"
 
 #include "batch/multi_user_window.hpp"
-#include "directory/select_domain.hpp"
+#include "directory/loading/select_domain.hpp"
 
 namespace twk::windows {
 

@@ -4,10 +4,10 @@
 #include <array>
 
 #include "batch/multi_user_window.hpp"
-#include "directory/ad_options.hpp"
-#include "directory/create_ou.hpp"
-#include "directory/find_user.hpp"
-#include "directory/tree.hpp"
+#include "directory/loading/ad_options.hpp"
+#include "directory/tree/create_ou.hpp"
+#include "directory/tree/find_user.hpp"
+#include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
 #include "groups/groups_window.hpp"
 #include "lifecycle/popup_commands.hpp"

@@ -5,7 +5,7 @@
 
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "platform/network.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"

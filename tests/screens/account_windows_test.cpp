@@ -1,6 +1,6 @@
 #include "session/account_windows.hpp"
 #include "controls/tree_view.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "lifecycle/popup_commands.hpp"
 #include "screens/screen_test.hpp"
 #include "session/form1.hpp"

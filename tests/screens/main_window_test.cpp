@@ -1,5 +1,5 @@
 #include "controls/tree_view.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "screens/screen_test.hpp"
 #include "session/form1.hpp"
 

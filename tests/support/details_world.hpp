@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "controls/tree_view.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
 #include "platform/adsi.hpp"
 #include "session/form1.hpp"

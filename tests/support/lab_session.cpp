@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "controls/tree_view.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/form1.hpp"
 #include "session/settings.hpp"

@@ -1,7 +1,7 @@
 #include "windows/main_window.hpp"
 
-#include "directory/tree.hpp"
-#include "directory/tree_popup.hpp"
+#include "directory/tree/tree.hpp"
+#include "directory/tree/tree_popup.hpp"
 #include "session/directory_windows.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"

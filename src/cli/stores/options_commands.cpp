@@ -4,7 +4,7 @@
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "directory/ad_options.hpp"
+#include "directory/loading/ad_options.hpp"
 #include "session/directory_windows.hpp"
 
 namespace twk::cli {

@@ -2,7 +2,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "controls/tree_view.hpp"
-#include "directory/find_user.hpp"
+#include "directory/tree/find_user.hpp"
 #include "session/directory_windows.hpp"
 
 namespace twk::cli {

@@ -2,8 +2,8 @@
 #include "cli/user/user_commands.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/names.hpp"
-#include "directory/tree_drag.hpp"
-#include "directory/tree_path.hpp"
+#include "directory/tree/tree_drag.hpp"
+#include "directory/tree/tree_path.hpp"
 #include "session/form1.hpp"
 
 namespace twk::cli {

@@ -2,8 +2,8 @@
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
-#include "directory/tree.hpp"
-#include "directory/tree_path.hpp"
+#include "directory/tree/tree.hpp"
+#include "directory/tree/tree_path.hpp"
 #include "session/form1.hpp"
 
 namespace twk::cli {

@@ -7,8 +7,8 @@
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
 #include "cli/users/users_commands.hpp"
-#include "directory/ad_load.hpp"
-#include "directory/nt_load.hpp"
+#include "directory/loading/ad_load.hpp"
+#include "directory/loading/nt_load.hpp"
 #include "platform/adsi.hpp"
 #include "session/multi_user.hpp"
 

@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "directory/ad_options.hpp"
+#include "directory/loading/ad_options.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"

@@ -2,7 +2,7 @@
 #include <QHeaderView>
 #include <QVBoxLayout>
 
-#include "directory/find_user.hpp"
+#include "directory/tree/find_user.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"

@@ -7,7 +7,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "screens/main/main_menus.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/main/toolbar.hpp"

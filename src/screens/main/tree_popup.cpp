@@ -2,7 +2,7 @@
 
 #include <QMenu>
 
-#include "directory/tree_popup.hpp"
+#include "directory/tree/tree_popup.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "session/form1.hpp"

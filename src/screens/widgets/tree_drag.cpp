@@ -6,7 +6,7 @@
 #include <QScrollBar>
 #include <QTimer>
 
-#include "directory/tree_drag.hpp"
+#include "directory/tree/tree_drag.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "session/form1.hpp"

@@ -1,6 +1,6 @@
 #include "screens/widgets/tree_model.hpp"
 
-#include "directory/ad_load.hpp"
+#include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"

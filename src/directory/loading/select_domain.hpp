@@ -6,6 +6,8 @@ namespace twk::session {
 struct Session;
 }
 
+/// A domain is read into the session: with its lists of users and groups and the tree, all of it or OU by OU
+/// as the load options of the domain say.
 namespace twk::directory {
 
 /// Switches the session to a domain: determines its mode, then loads it into the tree and the lists. True

@@ -1,4 +1,4 @@
-#include "directory/find_user.hpp"
+#include "directory/tree/find_user.hpp"
 
 #include <map>
 #include <utility>
@@ -9,7 +9,7 @@
 #include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "directory/tree_path.hpp"
+#include "directory/tree/tree_path.hpp"
 #include "directory/user_details.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/directory_windows.hpp"

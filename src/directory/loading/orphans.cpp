@@ -1,4 +1,4 @@
-#include "directory/orphans.hpp"
+#include "directory/loading/orphans.hpp"
 
 #include "base/errors.hpp"
 #include "base/text.hpp"

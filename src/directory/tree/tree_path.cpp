@@ -1,4 +1,4 @@
-#include "directory/tree_path.hpp"
+#include "directory/tree/tree_path.hpp"
 
 #include <algorithm>
 #include <vector>
@@ -6,7 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/form1.hpp"
 #include "session/session.hpp"

@@ -1,4 +1,4 @@
-#include "directory/nt_load.hpp"
+#include "directory/loading/nt_load.hpp"
 
 #include <limits>
 

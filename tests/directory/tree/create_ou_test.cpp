@@ -1,6 +1,6 @@
-#include "directory/create_ou.hpp"
+#include "directory/tree/create_ou.hpp"
 
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/form1.hpp"
 #include "support/lab_session.hpp"

@@ -1,7 +1,7 @@
-#include "directory/tree_popup.hpp"
+#include "directory/tree/tree_popup.hpp"
 
 #include "controls/tree_view.hpp"
-#include "directory/create_ou.hpp"
+#include "directory/tree/create_ou.hpp"
 #include "session/form1.hpp"
 #include "session/session.hpp"
 

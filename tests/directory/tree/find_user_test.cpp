@@ -1,6 +1,6 @@
-#include "directory/find_user.hpp"
+#include "directory/tree/find_user.hpp"
 
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/directory_windows.hpp"
 #include "session/form1.hpp"

@@ -1,7 +1,7 @@
-#include "directory/tree_drag.hpp"
+#include "directory/tree/tree_drag.hpp"
 
-#include "directory/tree.hpp"
-#include "directory/tree_path.hpp"
+#include "directory/tree/tree.hpp"
+#include "directory/tree/tree_path.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"

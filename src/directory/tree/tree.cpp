@@ -1,10 +1,10 @@
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
-#include "directory/ad_load.hpp"
 #include "directory/load_options.hpp"
+#include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "session/form1.hpp"

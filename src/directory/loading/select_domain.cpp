@@ -1,10 +1,10 @@
-#include "directory/select_domain.hpp"
+#include "directory/loading/select_domain.hpp"
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "directory/ad_load.hpp"
 #include "directory/custom_fields.hpp"
-#include "directory/nt_load.hpp"
+#include "directory/loading/ad_load.hpp"
+#include "directory/loading/nt_load.hpp"
 #include "directory/operations.hpp"
 #include "directory/user_details.hpp"
 #include "session/form1.hpp"

@@ -1,4 +1,4 @@
-#include "directory/ad_load.hpp"
+#include "directory/loading/ad_load.hpp"
 
 #include <limits>
 
@@ -6,9 +6,9 @@
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
 #include "directory/load_options.hpp"
+#include "directory/loading/orphans.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "directory/orphans.hpp"
 #include "platform/group_type.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"

@@ -1,9 +1,9 @@
-#include "directory/listed_objects.hpp"
+#include "directory/tree/listed_objects.hpp"
 
 #include "base/errors.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/load_options.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/multi_user.hpp"

@@ -1,8 +1,8 @@
-#include "directory/tree_drag.hpp"
+#include "directory/tree/tree_drag.hpp"
 
 #include "base/errors.hpp"
 #include "directory/refusal.hpp"
-#include "directory/tree.hpp"
+#include "directory/tree/tree.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/hourglass.hpp"

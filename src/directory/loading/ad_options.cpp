@@ -1,4 +1,4 @@
-#include "directory/ad_options.hpp"
+#include "directory/loading/ad_options.hpp"
 
 #include <array>
 #include <utility>
