@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Reads from a binary how it was built: what makes a fault hard to use has to be in it.
+"""Reads from both programs how they were built: what makes a fault hard to use has to be in them, and no copy of a
+variable of Qt, which Qt itself does not look at.
 
     hardening_test.py PATH-OF-TWK
 """
@@ -9,20 +10,27 @@ import subprocess
 import sys
 
 
-def read(*options):
-    return subprocess.run(["readelf", "--wide", *options, sys.argv[1]], check=True, capture_output=True, text=True).stdout
+def missing_in(program):
+    def read(*options):
+        return subprocess.run(["readelf", "--wide", *options, program], check=True, capture_output=True, text=True).stdout
+
+    header, segments, dynamic, symbols, relocations = (
+        read(option) for option in ("--file-header", "--segments", "--dynamic", "--dyn-syms", "--relocs"))
+    wanted = {
+        "position-independent": re.search(r"Type:\s+DYN", header) and "INTERP" in segments,
+        "relocations read-only, all bound at the start": "GNU_RELRO" in segments and re.search(r"BIND_NOW|Flags:.* NOW", dynamic),
+        "no executable stack": re.search(r"GNU_STACK.* RW ", segments),
+        "stack protector": "__stack_chk_fail" in symbols,
+        "checked calls of the C library": re.search(r"__(mem|str|snprintf|vsnprintf|read|fread|printf|fprintf)\w*_chk", symbols),
+        "checked containers": "__glibcxx_assert_fail" in symbols,
+        "no run path": not re.search(r"RPATH|RUNPATH", dynamic),
+        "no copy of Qt's variables": not re.search(r"R_\w+_COPY\b.*@Qt_", relocations),
+    }
+    return [what for what, there in wanted.items() if not there]
 
 
-header, segments, dynamic, symbols = (read(option) for option in ("--file-header", "--segments", "--dynamic", "--dyn-syms"))
-WANTED = {
-    "position-independent": re.search(r"Type:\s+DYN", header) and "INTERP" in segments,
-    "relocations read-only, all bound at the start": "GNU_RELRO" in segments and re.search(r"BIND_NOW|Flags:.* NOW", dynamic),
-    "no executable stack": re.search(r"GNU_STACK.* RW ", segments),
-    "stack protector": "__stack_chk_fail" in symbols,
-    "checked calls of the C library": re.search(r"__(mem|str|snprintf|vsnprintf|read|fread|printf|fprintf)\w*_chk", symbols),
-    "checked containers": "__glibcxx_assert_fail" in symbols,
-    "no run path": not re.search(r"RPATH|RUNPATH", dynamic),
-}
-missing = [what for what, there in WANTED.items() if not there]
-if missing:
-    sys.exit("The binary lacks: " + "; ".join(missing))
+twk = sys.argv[1]
+tarnwick = re.sub("twk$", "tarnwick", twk)
+faults = [f"{program} lacks: {'; '.join(missing)}" for program in (twk, tarnwick) if (missing := missing_in(program))]
+if faults:
+    sys.exit("\n".join(faults))
