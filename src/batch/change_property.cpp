@@ -10,6 +10,7 @@
 #include "platform/ldap_text.hpp"
 #include "resources/WTS.hpp"
 #include "session/ad_properties.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 
@@ -150,10 +151,10 @@ void change_selection(Session& session) {
   rules.failed = [&session](const std::string& what, const base::RuntimeError& failure) {
     return tell_unread(session, what, failure);
   };
-  const std::size_t all = session.multi_user.ListView1.size();
+  const std::size_t all = session.domain.selection.size();
   walk_selection(session, rules, [&](SelectedUser& user) {
     if (user.row != nullptr && !user.as_member)
-      show_progress(session, session.multi_user.ListView1.place_of(*user.row), all);
+      show_progress(session, session.domain.selection.place_of(*user.row), all);
     Change_AD_One(session, user, value);
   });
 }
@@ -173,7 +174,7 @@ void CHANGE_AD_Click(Session& session) {
     session.import.ImportStopped = true;
     return;
   }
-  if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty() || !begin_run(session))
+  if (session::is_running(session.multi_user) || session.domain.selection.empty() || !begin_run(session))
     return;
   const PropertyRun running(session);
   in_change_block(session, [&] { change_selection(session); });

@@ -12,6 +12,7 @@
 #include "directory/loading/ad_load.hpp"
 #include "directory/loading/nt_load.hpp"
 #include "records/record_file.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
@@ -82,7 +83,7 @@ void fill_templates(Session& session) {
 
 /// Adds what is not in the selection yet. An account that was created again is no longer a ghost.
 void take(Session& session, ListView& list, const std::vector<const ListRow*>& rows) {
-  ListView& selection = session.multi_user.ListView1;
+  ListView& selection = session.domain.selection;
   for (const ListRow* const row : rows) {
     const ListRow* const there = selection.find_key(row->key);
     if (there != nullptr && there->ghosted)
@@ -180,7 +181,7 @@ bool Command7_Click(Session& session) {
   if (session::is_running(session.multi_user))
     return false;
   if (skips_users(session))
-    session.multi_user.ListView2.clear();
+    session.domain.users.clear();
   return true;
 }
 

@@ -10,6 +10,7 @@
 #include "directory/operations.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/ad_properties.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -100,7 +101,7 @@ std::optional<std::string> path_of_logon_name(Session& session, std::string_view
 std::optional<std::string> find_in_list(Session& session, const std::string& name) {
   if (name.empty())
     return std::nullopt;
-  const controls::ListView& list = session.multi_user.ListView2;
+  const controls::ListView& list = session.domain.users;
   const auto rows = list.find_text(name);
   if (rows.size() == 1)
     return rows.front()->key;

@@ -6,6 +6,7 @@
 #include "lifecycle/account/account_log.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 
 namespace twk::batch {
@@ -67,7 +68,7 @@ bool take_selection(Session& session, const RunHooks& hooks, bool finished_is_do
     session.log.take_told();
     const bool done = operation(user, session::is_active_directory(session) ? user.path : user.name);
     if (done && user.row != nullptr)
-      session.multi_user.ListView1.set_ghosted(*user.row, true);
+      session.domain.selection.set_ghosted(*user.row, true);
     if (!hooks.done)
       return;
     UserOutcome outcome = outcome_since(session, rows, user);

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "directory/operations.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 
@@ -19,7 +20,7 @@ using session::Session;
 class Walk {
  public:
   Walk(Session& session, const WalkRules& rules, const std::function<void(SelectedUser&)>& visit)
-      : session_(session), rules_(rules), visit_(visit), list_(session.multi_user.ListView1) {}
+      : session_(session), rules_(rules), visit_(visit), list_(session.domain.selection) {}
 
   bool run() {
     for (std::size_t place = 0; place < list_.size() && goes_on(); ++place) {

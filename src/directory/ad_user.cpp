@@ -13,6 +13,7 @@
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 
@@ -331,7 +332,7 @@ bool Read_AD_User(Session& session, std::string_view path) {
   session::Form1& form = session.form1;
   base::Trap trap;
   if (!trap([&] { session.CurrentUser = session.platform.directory.GetObject(path); })) {
-    form.StatusBar1.panel1 = "Error reading user: " + trap.description();
+    session.status.panel1 = "Error reading user: " + trap.description();
     return false;
   }
   const ObjectPtr object = session.CurrentUser;
@@ -348,11 +349,10 @@ bool Read_AD_User(Session& session, std::string_view path) {
 }
 
 bool Read_AD_User_Groups(Session& session, const ObjectPtr& user) {
-  session::Form1& form = session.form1;
   const GroupName primary = find_primary_group(session);
-  form.ListView4.clear();
+  session.domain.own_groups.clear();
   if (!primary.path.empty()) {
-    form.StatusBar1.panel1 = common_name(user->Name(), 50) + " Primary Group is '" + primary.name + "'";
+    session.status.panel1 = common_name(user->Name(), 50) + " Primary Group is '" + primary.name + "'";
     show_membership(session, primary.path, primary.name, kGroupIcon, true);
   }
   for (const ObjectPtr& group : user->Groups())
@@ -365,12 +365,12 @@ bool Save_AD_User(Session& session) {
 }
 
 bool Add_AD_User_Group(Session& session, std::size_t row) {
-  bind_group(session, session.form1.ListView3.at(row))->Add(session.form1.USERID_W2K.text.get());
+  bind_group(session, session.domain.other_groups.at(row))->Add(session.form1.USERID_W2K.text.get());
   return true;
 }
 
 bool Remove_AD_User_Group(Session& session, std::size_t row) {
-  bind_group(session, session.form1.ListView4.at(row))->Remove(session.form1.USERID_W2K.text.get());
+  bind_group(session, session.domain.own_groups.at(row))->Remove(session.form1.USERID_W2K.text.get());
   return true;
 }
 

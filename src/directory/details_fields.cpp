@@ -6,6 +6,7 @@
 #include "directory/account_expiry.hpp"
 #include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -17,7 +18,7 @@ bool check_drive_letter(Session& session) {
   if (drive.empty() || (drive.size() == 2 && drive[1] == ':' && drive[0] >= '@' && drive[0] <= 'Z'))
     return true;
   session.platform.dialogs.beep();
-  session.form1.StatusBar1.panel1 = "Home Drive Format Incorrect";
+  session.status.panel1 = "Home Drive Format Incorrect";
   return false;
 }
 
@@ -37,8 +38,7 @@ bool save_shown_user(Session& session, bool (*save)(Session& session)) {
   trap([&] { saved = save(session); });
   session.CurrentUser.reset();
   if (trap.number() != 0)
-    session.form1.StatusBar1.panel1 =
-        "Error saving user: " + base::in_words(trap.number(), trap.description());
+    session.status.panel1 = "Error saving user: " + base::in_words(trap.number(), trap.description());
   return saved;
 }
 
@@ -49,15 +49,14 @@ void show_lock_out(Session& session, bool locked) {
 
 void show_membership(Session& session, const std::string& key, const std::string& name,
                      const std::string& icon, bool primary) {
-  session::Form1& form = session.form1;
-  if (form.ListView4.find_key(key) == nullptr) {
+  if (session.domain.own_groups.find_key(key) == nullptr) {
     std::vector<std::string> sub_items;
     if (primary)
       sub_items.emplace_back(kPrimaryGroup);
-    form.ListView4.add(key, name, icon, std::move(sub_items));
+    session.domain.own_groups.add(key, name, icon, std::move(sub_items));
   }
-  if (const controls::ListRow* const row = form.ListView3.find_key(base::trim(key)))
-    form.ListView3.remove(*row);
+  if (const controls::ListRow* const row = session.domain.other_groups.find_key(base::trim(key)))
+    session.domain.other_groups.remove(*row);
 }
 
 }  // namespace twk::directory

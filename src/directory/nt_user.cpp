@@ -8,6 +8,7 @@
 #include "platform/adsi.hpp"
 #include "platform/group_type.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -101,18 +102,17 @@ bool Read_NT_User(Session& session, std::string_view name) {
   const bool read = trap([&] { read_user(session, name); });
   session.CurrentUser.reset();
   if (!read)
-    session.form1.StatusBar1.panel1 = "Error reading user: " + trap.description();
+    session.status.panel1 = "Error reading user: " + trap.description();
   return read;
 }
 
 bool Read_NT_User_Groups(Session& session, const ObjectPtr& user) {
-  session::Form1& form = session.form1;
-  form.ListView4.clear();
+  session.domain.own_groups.clear();
   for (const ObjectPtr& group : user->Groups()) {
     const std::string name = group->Name();
     const bool primary = base::to_text(Group_RID(session, name)) == session.UserPrimaryGroupID;
     if (primary)
-      form.StatusBar1.panel2 = user->Name() + " Primary Group is '" + name + "'";
+      session.status.panel2 = user->Name() + " Primary Group is '" + name + "'";
     const bool global = group->Get("groupType").integer() == platform::group_type::kGlobal;
     show_membership(session, name, name, global ? "Global" : "Local", primary);
   }
@@ -125,13 +125,13 @@ bool Save_NT_User(Session& session) {
 
 bool Add_NT_User_Group(Session& session, std::size_t row) {
   const session::Form1& form = session.form1;
-  bind_group(session, form.ListView3.at(row))->Add(winnt_path(session, form.USERID.text.get()));
+  bind_group(session, session.domain.other_groups.at(row))->Add(winnt_path(session, form.USERID.text.get()));
   return true;
 }
 
 bool Remove_NT_User_Group(Session& session, std::size_t row) {
   const session::Form1& form = session.form1;
-  bind_group(session, form.ListView4.at(row))->Remove(winnt_path(session, form.USERID.text.get()));
+  bind_group(session, session.domain.own_groups.at(row))->Remove(winnt_path(session, form.USERID.text.get()));
   return true;
 }
 

@@ -10,6 +10,7 @@
 #include "directory/nt_user.hpp"
 #include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -30,7 +31,7 @@ bool read_user(Session& session, const std::string& key) {
   bool read = false;
   trap([&] { read = Read_AD_User(session, key); });
   if (trap.number() != 0)
-    session.form1.StatusBar1.panel1 = "Error reading user: " + trap.description();
+    session.status.panel1 = "Error reading user: " + trap.description();
   return read;
 }
 
@@ -52,7 +53,7 @@ void change_groups(Session& session, ListView& from, ListView& to,
     if (changed)
       controls::move_row(from, row, to);
     else
-      form.StatusBar1.panel1 =
+      session.status.panel1 =
           "Error changing group " + row.text + ": " + base::in_words(trap.number(), trap.description());
   }
 }
@@ -66,11 +67,14 @@ void choose_list(Session& session, ListView& other, bool adds) {
   form.UM_REMOVE_GROUP.enabled = shown && !adds;
 }
 
-void return_groups(session::Form1& form) {
+void return_groups(session::LoadedDomain& domain) {
   // A row that is in the other list already raises; it is gone from this one then, as it should be.
   base::Trap trap;
-  while (!form.ListView4.empty())
-    trap([&] { move_row(form.ListView4, form.ListView4.at(form.ListView4.size() - 1), form.ListView3); });
+  while (!domain.own_groups.empty())
+    trap([&] {
+      controls::move_row(domain.own_groups, domain.own_groups.at(domain.own_groups.size() - 1),
+                         domain.other_groups);
+    });
 }
 
 }  // namespace
@@ -86,13 +90,13 @@ bool show_user_details(Session& session, const controls::TreeNode& node) {
   Clear_UM(session);
   const Hourglass hourglass(form);
   form.SSTab1 = session::tab::kDetails;
-  form.StatusBar1.panel1 = "Retrieving User data...";
+  session.status.panel1 = "Retrieving User data...";
   const bool read = read_user(session, key);
   session.CurrentUser.reset();
   form.UM_ADD_GROUP.enabled = false;
   form.UM_REMOVE_GROUP.enabled = false;
   if (read)
-    form.StatusBar1.panel1 = "Ready.";
+    session.status.panel1 = "Ready.";
   else
     Clear_UM(session);  // a partly read account must not be saved
   return read;
@@ -106,7 +110,7 @@ void node_chosen(Session& session, const controls::TreeNode& node) {
 void Clear_UM(Session& session) {
   session::Form1& form = session.form1;
   if (!read_load_options(session).SkipGroups)
-    return_groups(form);
+    return_groups(session.domain);
   for (controls::CheckBox* box : {&form.chkMustChange, &form.chkCantChange, &form.chkAcctLockedOut,
                                   &form.chkPwdNever, &form.chkAcctDisabled}) {
     box->value = 0;
@@ -121,7 +125,7 @@ void Clear_UM(Session& session) {
     field.text = std::string();
   form.UM_Drive_Letter.text = std::string();
   form.UM_W2KDomain_Name.text = "@" + session.DomainName;
-  form.ListView4.clear();
+  session.domain.own_groups.clear();
 }
 
 void Userman_Save_Click(Session& session) {
@@ -141,27 +145,27 @@ void Userman_Save_Click(Session& session) {
     status += separator + refused;
     separator = "; ";
   }
-  form.StatusBar1.panel1 = std::move(status);
+  session.status.panel1 = std::move(status);
   if (session.details.refused.empty())
     session.details.clear();
 }
 
 void UM_ADD_GROUP_Click(Session& session) {
-  change_groups(session, session.form1.ListView3, session.form1.ListView4,
+  change_groups(session, session.domain.other_groups, session.domain.own_groups,
                 session::is_active_directory(session) ? Add_AD_User_Group : Add_NT_User_Group);
 }
 
 void UM_REMOVE_GROUP_Click(Session& session) {
-  change_groups(session, session.form1.ListView4, session.form1.ListView3,
+  change_groups(session, session.domain.own_groups, session.domain.other_groups,
                 session::is_active_directory(session) ? Remove_AD_User_Group : Remove_NT_User_Group);
 }
 
 void ListView3_Click(Session& session) {
-  choose_list(session, session.form1.ListView4, true);
+  choose_list(session, session.domain.own_groups, true);
 }
 
 void ListView4_Click(Session& session) {
-  choose_list(session, session.form1.ListView3, false);
+  choose_list(session, session.domain.other_groups, false);
 }
 
 void ListView3_DblClick(Session& session) {

@@ -7,6 +7,7 @@
 #include "directory/operations.hpp"
 #include "groups/group_object.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {
@@ -120,14 +121,14 @@ void frmCopy_Group_Form_Load(Session& session) {
   window.Domain_Destination.text = session.DomainName;
   for (controls::TextBox* const domain : {&window.Domain_Source, &window.Domain_Destination})
     domain->locked = true;
-  const controls::ListView& groups = session.groups.ListView1;
+  const controls::ListView& groups = session.domain.all_groups;
   for (controls::ListView* const combo : {&window.ImageCombo1, &window.ImageCombo2}) {
     const controls::DrawingOff off(*combo);
     combo->clear();
     for (std::size_t i = 0; i < groups.size(); ++i)
       combo->add(groups.at(i).key, groups.at(i).text, groups.at(i).icon);
   }
-  if (const ListRow* const chosen = session.groups.ListView1.selected())
+  if (const ListRow* const chosen = session.domain.all_groups.selected())
     window.ImageCombo1.select(&window.ImageCombo1.at(groups.place_of(*chosen)));
   window.ListView1.clear();
   window.ProgressBar1.value = 0;

@@ -11,6 +11,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {
@@ -77,7 +78,7 @@ bool make(Session& session, std::string_view name, std::string_view description,
 
 /// The distinguished name of the container for the group.
 std::string container_name(Session& session) {
-  const controls::TreeNode* const first = session.form1.TreeView1.first();
+  const controls::TreeNode* const first = session.domain.tree.first();
   if (first == nullptr)
     throw base::RuntimeError(platform::ads_error::kServerDown, "No domain is loaded");
   return session.ManagedOU.empty() ? "cn=users," + first->key : first->key;

@@ -4,6 +4,7 @@
 #include "directory/operations.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 
@@ -57,16 +58,16 @@ void add_group_rows(Session& session, const std::string& key, const std::string&
     base::Trap trap;
     trap([&] { list.add(key, name, "W2KGRP", std::move(columns)); });
   };
-  add(session.groups.ListView1, {type});
-  add(session.form1.ListView3);
-  add(session.form1.ListView5);
+  add(session.domain.all_groups, {type});
+  add(session.domain.other_groups);
+  add(session.domain.template_choice);
   if (global)
-    add(session.multi_user.ListView3);
+    add(session.domain.groups);
 }
 
 void remove_group_rows(Session& session, const std::string& key) {
-  for (ListView* const list : {&session.groups.ListView1, &session.form1.ListView3, &session.form1.ListView5,
-                               &session.multi_user.ListView3}) {
+  for (ListView* const list : {&session.domain.all_groups, &session.domain.other_groups,
+                               &session.domain.template_choice, &session.domain.groups}) {
     if (const ListRow* const row = list->find_key(key))
       list->remove(*row);
   }

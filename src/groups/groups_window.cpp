@@ -6,6 +6,7 @@
 #include "groups/group_object.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {
@@ -58,14 +59,14 @@ void Groupsfrm_ListView1_ColumnClick(Session& session, int column) {
 }
 
 void Groupsfrm_Members_Click(Session& session) {
-  if (session.groups.NotMembers.selected() != nullptr)
-    session.groups.NotMembers.select(nullptr);
+  if (session.domain.NotMembers.selected() != nullptr)
+    session.domain.NotMembers.select(nullptr);
   enable_buttons(session);
 }
 
 void Groupsfrm_NotMembers_Click(Session& session) {
-  if (session.groups.Members.selected() != nullptr)
-    session.groups.Members.select(nullptr);
+  if (session.domain.Members.selected() != nullptr)
+    session.domain.Members.select(nullptr);
   enable_buttons(session);
 }
 
@@ -95,7 +96,7 @@ void Groupsfrm_btn_showGrpusers_Click(Session& session) {
   const bool shown = !session.groups.ShownGroup.get().empty();
   directory::btn_showGrpusers_Click(session);
   // All users that were read are in one list again.
-  if (shown && session.groups.Members.empty())
+  if (shown && session.domain.Members.empty())
     Groupsfrm_Group_Details_Click(session);
   else
     enable_buttons(session);

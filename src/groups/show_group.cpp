@@ -13,6 +13,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {
@@ -32,11 +33,11 @@ class FoundRows {
   bool take(const platform::DirectoryObject& member) {
     if (session::is_active_directory(session_))
       return take_key(member.ADsPath());
-    const auto rows = session_.groups.NotMembers.find_text(member.Name());
+    const auto rows = session_.domain.NotMembers.find_text(member.Name());
     return !rows.empty() && take(rows.front());
   }
-  bool take_key(std::string_view key) { return take(session_.groups.NotMembers.find_key(base::trim(key))); }
-  void move() const { controls::move_rows(session_.groups.NotMembers, rows_, session_.groups.Members); }
+  bool take_key(std::string_view key) { return take(session_.domain.NotMembers.find_key(base::trim(key))); }
+  void move() const { controls::move_rows(session_.domain.NotMembers, rows_, session_.domain.Members); }
   [[nodiscard]] std::size_t count() const { return rows_.size(); }
 
  private:

@@ -24,7 +24,7 @@ namespace {
 using session::Session;
 
 void show(Session& session, const std::string& text) {
-  session.form1.StatusBar1.panel1 = text;
+  session.status.panel1 = text;
 }
 
 bool beep_and_show(Session& session, const std::string& text) {
@@ -100,7 +100,7 @@ bool delete_folder(Session& session, const AccountProfile& profile, const std::s
   session.log.close();
   if (deleted)
     show(session, done);
-  else if (session.form1.StatusBar1.panel1.get().starts_with("Deleting "))
+  else if (session.status.panel1.get().starts_with("Deleting "))
     show(session, "Ready.");  // declined or stopped; a fault stays shown
   return deleted;
 }

@@ -103,7 +103,7 @@ void Find_Store_Click(Session& session) {
   if (!session::is_active_directory(session))
     return tell(session, "Not Available in WinNT mode. Windows 2000 only", "WIN2000 only");
   if (!form.EXSite.enabled) {
-    form.StatusBar1.panel1 = "Edit the site to choose its store.";
+    session.status.panel1 = "Edit the site to choose its store.";
     return;
   }
   if (base::trim(form.EXSERVER.text.get()).empty())

@@ -10,6 +10,8 @@
 
 namespace twk::session {
 
+struct LoadedDomain;
+
 /// Tabs of the main window by their place in `SSTab1`.
 namespace tab {
 inline constexpr int kNewUser = 0;
@@ -35,13 +37,15 @@ inline constexpr std::array<std::string_view, 10> kToolbarKeys = {
 
 /// State of the main window `form1`, tab by tab. Fields have the names of the window's controls.
 struct Form1 {
+  Form1(LoadedDomain& domain, controls::StatusBar& status, controls::ListView& log_rows);
+
   controls::Observable<bool> enabled{true};
   /// Set when the program should end.
   controls::Observable<bool> ended{false};
   /// 0 the arrow, 11 the hourglass.
   controls::Observable<int> mouse_pointer{0};
-  controls::StatusBar StatusBar1;
-  controls::TreeView TreeView1;
+  controls::StatusBar& StatusBar1;
+  controls::TreeView& TreeView1;
   controls::Observable<int> SSTab1{0};  ///< the current tab
 
   /// Called with the name of the control that gets the focus.
@@ -114,14 +118,14 @@ struct Form1 {
   controls::CheckBox chkAcctLockedOut;
   controls::CheckBox chkPwdNever;
   controls::CheckBox chkAcctDisabled;
-  controls::ListView ListView3;  ///< groups the account is not in
-  controls::ListView ListView4;  ///< groups the account is in
+  controls::ListView& ListView3;  ///< groups the account is not in
+  controls::ListView& ListView4;  ///< groups the account is in
   controls::Button Userman_Save;
   controls::Button UM_ADD_GROUP;
   controls::Button UM_REMOVE_GROUP;
 
   // Log tab: icon, message, date and time.
-  controls::ListView ListView1;
+  controls::ListView& ListView1;
 
   // Site tab.
   controls::ListView ListView2;
@@ -153,8 +157,8 @@ struct Form1 {
   controls::TextBox logon;
   controls::ComboBox Home_Drive_letter;
   controls::Label PrimaryGrp;
-  controls::ListView ListView5;  ///< groups of the domain to choose from
-  controls::ListView ListView6;  ///< groups of the template
+  controls::ListView& ListView5;  ///< groups of the domain to choose from
+  controls::ListView ListView6;   ///< groups of the template
   controls::Button add;
   controls::Button remove;
   controls::Button SetPriGroup;

@@ -12,6 +12,8 @@
 /// State of the windows around the groups of the domain. Fields have the names of the windows' controls.
 namespace twk::session {
 
+struct LoadedDomain;
+
 /// A user whom the last change of members could not move, and why.
 struct RefusedMember {
   std::string key;           ///< of the row
@@ -22,10 +24,12 @@ struct RefusedMember {
 /// The groups of the domain and who is in them. The lists are filled by the load of the domain; between
 /// `Members` and `NotMembers` rows are only moved.
 struct Groupsfrm {
+  explicit Groupsfrm(LoadedDomain& domain);
+
   controls::Observable<bool> visible{false};
-  controls::ListView ListView1;   ///< all groups of the domain; sub-item 1 is the type
-  controls::ListView Members;     ///< users in the group that is shown; sub-item 1 marks the primary group
-  controls::ListView NotMembers;  ///< all other users
+  controls::ListView& ListView1;   ///< all groups of the domain; sub-item 1 is the type
+  controls::ListView& Members;     ///< users in the group that is shown; sub-item 1 marks the primary group
+  controls::ListView& NotMembers;  ///< all other users
   controls::TextBox Decsription_Text;  ///< comment of the group
   controls::Button Add_Group;
   controls::Button Delete_Group;

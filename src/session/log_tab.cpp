@@ -33,7 +33,7 @@ void Log_Detail(Session& session) {
   std::replace(path.begin(), path.end(), '\\', '/');
   const std::string failure = session.platform.process.run({"xdg-open", path}, false, 1).failure;
   if (!failure.empty())
-    session.form1.StatusBar1.panel1 = "Log.txt cannot be shown: " + failure;
+    session.status.panel1 = "Log.txt cannot be shown: " + failure;
 }
 
 void Delete_Log_File(Session& session) {

@@ -10,6 +10,8 @@
 /// State of the window that works on many users at once. Fields have the names of its controls.
 namespace twk::session {
 
+struct LoadedDomain;
+
 /// Tabs of the window, in their order.
 namespace multi_tab {
 inline constexpr int kDelete = 0;
@@ -28,13 +30,15 @@ inline controls::Button button(std::string caption) {
 }
 
 struct MultiUser {
-  controls::ListView ListView1;  ///< the selection: users, groups and organizational units
-  controls::ListView ListView2;  ///< users
-  controls::ListView ListView3;  ///< groups
-  controls::ListView ListView4;  ///< organizational units
-  controls::Button Command1;     ///< moves what is selected in the three lists into the selection
-  controls::Button Command2;     ///< moves it back
-  controls::Button Command7;     ///< closes the window
+  explicit MultiUser(LoadedDomain& domain);
+
+  controls::ListView& ListView1;  ///< the selection: users, groups and organizational units
+  controls::ListView& ListView2;  ///< users
+  controls::ListView& ListView3;  ///< groups
+  controls::ListView& ListView4;  ///< organizational units
+  controls::Button Command1;      ///< moves what is selected in the three lists into the selection
+  controls::Button Command2;      ///< moves it back
+  controls::Button Command7;      ///< closes the window
   controls::Button btn_Showusers;
   controls::Button DELIMPORT;  ///< values of users from a file
   controls::Observable<int> SSTab1{multi_tab::kDelete};

@@ -7,20 +7,41 @@
 #include "session/editor_windows.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/windows.hpp"
 
 namespace twk::session {
 
+Form1::Form1(LoadedDomain& domain, controls::StatusBar& status, controls::ListView& log_rows)
+    : StatusBar1(status),
+      TreeView1(domain.tree),
+      ListView3(domain.other_groups),
+      ListView4(domain.own_groups),
+      ListView1(log_rows),
+      ListView5(domain.template_choice) {}
+
+MultiUser::MultiUser(LoadedDomain& domain)
+    : ListView1(domain.selection),
+      ListView2(domain.users),
+      ListView3(domain.groups),
+      ListView4(domain.units) {}
+
+Groupsfrm::Groupsfrm(LoadedDomain& domain)
+    : ListView1(domain.all_groups), Members(domain.Members), NotMembers(domain.NotMembers) {}
+
 struct Session::Windows {
-  Form1 form1;
+  LoadedDomain domain;
+  controls::StatusBar status;
+  controls::ListView log_rows;
+  Form1 form1{domain, status, log_rows};
   frmSplash splash;
   Varibles_Form variables;
   frmSharePoints share_points;
-  Groupsfrm groups;
+  Groupsfrm groups{domain};
   GroupAdd group_add;
   frmCopy_Group copy_group;
-  MultiUser multi_user;
+  MultiUser multi_user{domain};
   ADProperties ad_properties;
   RenameUser rename_user;
   Rename_NT rename_nt;
@@ -46,6 +67,8 @@ Session::Session(const platform::Platform& services, std::string_view command_li
       platform(services),
       command_line(command_line_text),
       program_directory(program_directory_text),
+      domain(windows_->domain),
+      status(windows_->status),
       form1(windows_->form1),
       splash(windows_->splash),
       variables(windows_->variables),
@@ -72,7 +95,7 @@ Session::Session(const platform::Platform& services, std::string_view command_li
       logon_hours(windows_->logon_hours),
       permissions(windows_->permissions),
       details(form1),
-      log(platform, dbpath, form1.ListView1) {}
+      log(platform, dbpath, windows_->log_rows) {}
 
 Session::~Session() = default;
 

@@ -17,6 +17,10 @@
 #include "session/details_changes.hpp"
 #include "session/text_file.hpp"
 
+namespace twk::controls {
+struct StatusBar;
+}
+
 namespace twk::session {
 
 struct ADProperties;
@@ -30,6 +34,7 @@ struct Form1;
 struct GroupAdd;
 struct Groupsfrm;
 struct ImportGrps;
+struct LoadedDomain;
 struct Logon_Hours;
 struct MultiUser;
 struct Permissions;
@@ -124,6 +129,7 @@ struct Session {
   platform::ObjectPtr CurrentGroup;
   std::string UserPrimaryGroupID;       ///< of the account on the user details tab
   platform::ObjectPtr DomainContainer;  ///< WinNT mode: the domain, bound once by its load
+  LoadedDomain& domain;
 
   // Records and names.
   records::SiteRecord ActiveSite;
@@ -141,6 +147,7 @@ struct Session {
   bool AltIdTried = false;
   std::int16_t SerialCounter = 0;
 
+  controls::StatusBar& status;  ///< what is being done, and what came of it, in a sentence
   bool LastRegResult = false;
   bool MailWarning = false;  ///< a row of a new mailbox was refused
   std::string Error_Status_Text;

@@ -49,7 +49,7 @@ bool Backup_Databases(session::Session& session) {
   bool complete = true;
   for (const Backup& backup : kBackups)
     complete = back_up(session, backup) && complete;
-  session.form1.StatusBar1.panel1 =
+  session.status.panel1 =
       complete ? "Databases Backed up ( *.BAK)..." : "Not all databases could be backed up.";
   return complete;
 }

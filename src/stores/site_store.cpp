@@ -126,7 +126,7 @@ bool is_taken(Form1& form1, std::string_view name) {
 void refuse_new_name(Session& session, std::string_view status) {
   Clear_Site(session);
   session.platform.dialogs.beep();
-  session.form1.StatusBar1.panel1 = std::string(status);
+  session.status.panel1 = std::string(status);
 }
 
 void warn(Session& session, std::string_view text, std::string_view title) {
@@ -302,7 +302,7 @@ void ListView2_Click(Session& session) {
   show_browsing(session);
   Loadsite(session, row->text);
   if (session.ActiveSite.Deleted)
-    form1.StatusBar1.panel1 = "These are the values of a deleted site of this name. Compact the database.";
+    session.status.panel1 = "These are the values of a deleted site of this name. Compact the database.";
   form1.Find_Store.enabled = is_exchange_2000(form1);
 }
 
@@ -349,7 +349,7 @@ void Edit_Site(Session& session) {
     report_file_error(session, kSiteFile, failure);
     return;
   }
-  session.form1.StatusBar1.panel1 = "Edit Site...";
+  session.status.panel1 = "Edit Site...";
   session.EditingSite = true;
   unlock_fields(session.form1);
 }
@@ -370,7 +370,7 @@ void Save_Site(Session& session) {
   }
   if (!session.EditingSite)
     list_new_site(session, name);
-  form1.StatusBar1.panel1 = "Site Saved.";
+  session.status.panel1 = "Site Saved.";
   show_browsing(session);
   form1.NUsitename.locked = false;
 }
@@ -396,7 +396,7 @@ void Delete_site(Session& session) {
   session.multi_user.Multi_Site.remove_item(name);
   form1.ListView2.remove(*form1.ListView2.selected());
   Clear_Site(session);
-  form1.StatusBar1.panel1 = "Site Deleted.";
+  session.status.panel1 = "Site Deleted.";
 }
 
 void Site_Cancel(Session& session) {

@@ -7,6 +7,7 @@
 #include "directory/load_options.hpp"
 #include "records/record_file.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -48,14 +49,14 @@ void show_variables(Session& session) {
 
 /// Moves the domain's groups of exactly that name, the last first; without one, those of the name in another
 /// case. False when there is none.
-bool take_group(Form1& form1, std::string_view name) {
-  std::vector<const controls::ListRow*> rows = form1.ListView5.find_text(name);
+bool take_group(Session& session, std::string_view name) {
+  std::vector<const controls::ListRow*> rows = session.domain.template_choice.find_text(name);
   const auto others = std::stable_partition(
       rows.begin(), rows.end(), [name](const auto* row) { return base::trim(row->text) == name; });
   if (others != rows.begin())
     rows.erase(others, rows.end());
   for (auto row = rows.rbegin(); row != rows.rend(); ++row)
-    controls::move_row(form1.ListView5, **row, form1.ListView6);
+    controls::move_row(session.domain.template_choice, **row, session.form1.ListView6);
   return !rows.empty();
 }
 
@@ -65,11 +66,11 @@ void show_groups(Session& session) {
   if (record.GroupCount == 0)
     return;
   const bool loaded = groups_are_loaded(session);
-  const controls::DrawingOff groups_off(session.form1.ListView5);
+  const controls::DrawingOff groups_off(session.domain.template_choice);
   const controls::DrawingOff chosen_off(session.form1.ListView6);
   for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i) {
     const std::string_view name = base::trim(record.Groups.at(i));
-    if (!take_group(session.form1, name) && !loaded)
+    if (!take_group(session, name) && !loaded)
       session.UnshownGroups.emplace_back(name);
   }
 }
@@ -128,7 +129,7 @@ bool groups_are_loaded(Session& session) {
   const directory::LoadOptions options = directory::read_load_options(session);
   const bool skipped =
       session.DirectoryMode != session::kWinNtMode && options.SkipGroups && !options.TemplateGroupsOnly;
-  return !skipped && !(session.form1.ListView5.empty() && session.form1.ListView6.empty());
+  return !skipped && !(session.domain.template_choice.empty() && session.form1.ListView6.empty());
 }
 
 std::string share_point(std::string_view typed) {
@@ -180,13 +181,13 @@ void Template_Group_Sort(Session& session) {
   Form1& form1 = session.form1;
   if (form1.ListView6.empty())
     return;
-  const controls::DrawingOff groups_off(form1.ListView5);
+  const controls::DrawingOff groups_off(session.domain.template_choice);
   const controls::DrawingOff chosen_off(form1.ListView6);
   for (std::size_t i = 0; i < form1.ListView6.size(); ++i) {
     const controls::ListRow& row = form1.ListView6.at(i);
     // The domain may have been reloaded since the group was moved.
-    if (row.key.empty() || form1.ListView5.find_key(row.key) == nullptr)
-      form1.ListView5.add(row.key, row.text, row.icon);
+    if (row.key.empty() || session.domain.template_choice.find_key(row.key) == nullptr)
+      session.domain.template_choice.add(row.key, row.text, row.icon);
   }
   form1.ListView6.clear();
 }

@@ -7,6 +7,7 @@
 #include "records/record_file.hpp"
 #include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
@@ -66,7 +67,7 @@ void warn(Session& session, std::string_view text, std::string_view title) {
 }
 
 void set_status(Session& session, std::string_view text) {
-  session.form1.StatusBar1.panel1 = std::string(text);
+  session.status.panel1 = std::string(text);
 }
 
 bool is_drive(std::string_view text) {
@@ -252,7 +253,7 @@ void savetemplate(Session& session) {
   Form1& form1 = session.form1;
   if (!can_save(session))
     return;
-  form1.ListView5.select(nullptr);
+  session.domain.template_choice.select(nullptr);
   const session::WorkingStatus saving(form1, "Saving Template...");
   // A drive without a home directory means nothing.
   if (form1.homedir.text.get().empty())
@@ -311,7 +312,7 @@ void paste(Session& session) {
 }
 
 void Template_Cancel(Session& session) {
-  session.form1.ListView5.select(nullptr);
+  session.domain.template_choice.select(nullptr);
   Template_Group_Sort(session);
   Clear_TT(session);
 }
@@ -320,7 +321,7 @@ void add_Click(Session& session) {
   Form1& form1 = session.form1;
   if (!form1.savetemplate.enabled.get())
     return;
-  for (const controls::ListRow* const row : selected_rows(form1.ListView5)) {
+  for (const controls::ListRow* const row : selected_rows(session.domain.template_choice)) {
     if (const std::string refusal = group_refusal(row->text); !refusal.empty()) {
       warn(session, refusal, "Group Not Added");
       continue;
@@ -329,7 +330,7 @@ void add_Click(Session& session) {
       warn(session, "Templates Limited to 75 Groups", "Max Groups Reached");
       return;
     }
-    controls::move_row(form1.ListView5, *row, form1.ListView6);
+    controls::move_row(session.domain.template_choice, *row, form1.ListView6);
   }
 }
 
@@ -338,7 +339,7 @@ void remove_Click(Session& session) {
   if (!form1.savetemplate.enabled.get())
     return;
   for (const controls::ListRow* const row : selected_rows(form1.ListView6))
-    controls::move_row(form1.ListView6, *row, form1.ListView5);
+    controls::move_row(form1.ListView6, *row, session.domain.template_choice);
 }
 
 void ListView5_DblClick(Session& session) {

@@ -36,7 +36,7 @@ bool refuses(session::Session& session, std::string (*refusal_of)(std::string_vi
     if (refusal.empty())
       continue;
     session.platform.dialogs.beep();
-    session.form1.StatusBar1.panel1 = refusal;
+    session.status.panel1 = refusal;
     return true;
   }
   return false;

@@ -12,6 +12,7 @@
 #include "platform/group_type.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -64,7 +65,7 @@ void begin_log(Load& load) {
 void add_dummy(Session& session, TreeNode& node) {
   if (session.LoadAllUsersFlag)
     return;
-  session.form1.TreeView1.add(&node, {}, std::string(kDummyNode), {});
+  session.domain.tree.add(&node, {}, std::string(kDummyNode), {});
 }
 
 /// A limit may have been typed with other escapes and blanks than in its users' paths.
@@ -79,7 +80,7 @@ std::string spelled_by_directory(Session& session, const std::string& name) {
 
 void add_root(Load& load) {
   Session& session = load.session;
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   load.base = load.options.Search + session.DomainName;
   if (!session.ManagedOU.empty()) {
     session.form1.DomName.enabled = false;
@@ -105,7 +106,7 @@ void choose_scopes(Load& load) {
 }
 
 TreeNode& add_ou(Session& session, std::string_view parent, const std::string& key, const std::string& name) {
-  TreeNode& node = session.form1.TreeView1.add_under(parent, key, name, "OU");
+  TreeNode& node = session.domain.tree.add_under(parent, key, name, "OU");
   add_dummy(session, node);
   return node;
 }
@@ -116,7 +117,7 @@ void take_ou(Load& load, OrphanTable& orphans, const std::string& key, const std
     return;
   const std::string parent = parent_of_ou(key);
   if (load.one_level_ous) {
-    load.trap([&] { session.multi_user.ListView4.add(key, name, "OU"); });
+    load.trap([&] { session.domain.units.add(key, name, "OU"); });
     if (base::equals_fold(parent, load.domain_name))
       load.trap([&] { add_ou(session, parent, key, name); });
     return;
@@ -170,7 +171,7 @@ void load_users(Load& load) {
   load.trap([&] { Load_AD_Users(session, load.base, false, load.user_scope, load.options.Search, false); });
 }
 
-std::string group_type_text(std::uint32_t type, std::string_view path) {
+std::string group_type_text(std::int32_t type, std::string_view path) {
   std::string text = (type & platform::group_type::kSecurity) != 0 ? "Security Group" : "Distribution Group";
   if ((type & platform::group_type::kGlobal) != 0)
     text += " - Global";
@@ -182,19 +183,19 @@ std::string group_type_text(std::uint32_t type, std::string_view path) {
   return text;
 }
 
-void take_group(Load& load, const std::string& path, const std::string& name, std::uint32_t type) {
+void take_group(Load& load, const std::string& path, const std::string& name, std::int32_t type) {
   constexpr std::string_view kIcon = "W2KGRP";
   Session& session = load.session;
   const auto add = [&](controls::ListView& list, std::vector<std::string> columns = {}) {
     load.trap([&] { list.add(path, name, std::string(kIcon), std::move(columns)); });
   };
   if (!load.options.TemplateGroupsOnly) {
-    add(session.form1.ListView3);
-    add(session.groups.ListView1, {group_type_text(type, path)});
+    add(session.domain.other_groups);
+    add(session.domain.all_groups, {group_type_text(type, path)});
     if ((type & platform::group_type::kGlobal) != 0)
-      add(session.multi_user.ListView3);
+      add(session.domain.groups);
   }
-  add(session.form1.ListView5);
+  add(session.domain.template_choice);
 }
 
 void count_group(Session& session) {
@@ -217,9 +218,9 @@ void load_groups(Load& load) {
   }
   if (session.splash.visible)
     session.splash.Splash_TxT.caption = "Retrieving Groups Please wait";
-  session.form1.ListView5.clear();
-  session.form1.ListView3.clear();
-  session.form1.StatusBar1.panel1 = "Retrieving Groups...";
+  session.domain.template_choice.clear();
+  session.domain.other_groups.clear();
+  session.status.panel1 = "Retrieving Groups...";
   session.Error_Status_Text = "Error Getting Groups " + base::to_text(session.GroupCount);
   session.GroupCount = 0;
   load.trap([&] {
@@ -234,7 +235,7 @@ void load_groups(Load& load) {
       const std::string path = rewrite_path(load.options.Search, rows->field(0).text());
       const platform::Value type = rows->field(2);
       take_group(load, path, rows->field(1).text(),
-                 type.is_empty() ? 0U : static_cast<std::uint32_t>(type.integer()));
+                 type.is_empty() ? 0 : type.integer());
     }
   });
 }
@@ -250,19 +251,19 @@ bool Load_AD_Domain(Session& session) {
   session.LoadAllUsersFlag = read_load_options(session).LoadAllUsers;
   Load load(session);
   session.form1.UM_W2KDomain_Name.text = "@" + session.DomainName;
-  session.form1.TreeView1.clear();
-  session.multi_user.ListView2.clear();
-  session.multi_user.ListView3.clear();
-  session.multi_user.ListView4.clear();
-  session.groups.ListView1.clear();
-  session.groups.Members.clear();
-  session.groups.NotMembers.clear();
+  session.domain.tree.clear();
+  session.domain.users.clear();
+  session.domain.groups.clear();
+  session.domain.units.clear();
+  session.domain.all_groups.clear();
+  session.domain.Members.clear();
+  session.domain.NotMembers.clear();
   begin_log(load);
-  const controls::DrawingOff tree_off(session.form1.TreeView1);
-  const controls::DrawingOff user_groups_off(session.form1.ListView3);
-  const controls::DrawingOff template_groups_off(session.form1.ListView5);
-  const controls::DrawingOff all_groups_off(session.groups.ListView1);
-  const controls::DrawingOff selection_off(session.multi_user.ListView3);
+  const controls::DrawingOff tree_off(session.domain.tree);
+  const controls::DrawingOff user_groups_off(session.domain.other_groups);
+  const controls::DrawingOff template_groups_off(session.domain.template_choice);
+  const controls::DrawingOff all_groups_off(session.domain.all_groups);
+  const controls::DrawingOff selection_off(session.domain.groups);
   add_root(load);
   choose_scopes(load);
   const bool read = load_ous(load);
@@ -270,10 +271,10 @@ bool Load_AD_Domain(Session& session) {
     load_users(load);
     load_groups(load);
   }
-  deselect_first(session.multi_user.ListView2);
-  deselect_first(session.multi_user.ListView3);
-  deselect_first(session.multi_user.ListView4);
-  controls::TreeView& tree = session.form1.TreeView1;
+  deselect_first(session.domain.users);
+  deselect_first(session.domain.groups);
+  deselect_first(session.domain.units);
+  controls::TreeView& tree = session.domain.tree;
   tree.select(tree.first());
   if (tree.first() != nullptr)
     tree.set_expanded(*tree.first(), true);

@@ -7,6 +7,7 @@
 #include "directory/operations.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
@@ -32,7 +33,7 @@ void show_progress(Session& session) {
         "Retrieving Users Please wait";
   }
   if (session.UserCount % kUsersPerCount == 0) {
-    session.form1.StatusBar1.panel1 = base::to_text(session.UserCount) + " Users.";
+    session.status.panel1 = base::to_text(session.UserCount) + " Users.";
     session.platform.dialogs.DoEvents();
   }
 }
@@ -43,12 +44,12 @@ void show_all_users(Session& session, controls::ListView& list, bool to_multi_us
       platform::Buttons::kYesNo, platform::Icon::kQuestion, "Show all users");
   if (answer != platform::Answer::kYes)
     return;
-  controls::StatusBar& status = to_multi_user ? session.form1.StatusBar1 : session.groups.StatusBar1;
+  controls::StatusBar& status = to_multi_user ? session.status : session.groups.StatusBar1;
   status.panel1 = "Retrieving users please wait...";
   session.log.open();
   list.clear();
   if (!to_multi_user)
-    session.groups.Members.clear();
+    session.domain.Members.clear();
   base::Trap trap;
   trap([&] { Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "", to_multi_user); });
   if (trap.number() == 0) {
@@ -69,13 +70,13 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
   properties.cache_results = false;
   properties.page_size = 1000;
   session.UserCount = 0;
-  form.StatusBar1.panel1 = "Retrieving Users...";
+  session.status.panel1 = "Retrieving Users...";
   if (session::logs_load(session)) {
     session.log.line("DNName: " + std::string(form.DNName.value ? "True" : "False"));
     session.log.line("Running command to get users for " + session.DomainName);
   }
   base::Trap trap;
-  controls::ListView& list = to_multi_user ? session.multi_user.ListView2 : session.groups.NotMembers;
+  controls::ListView& list = to_multi_user ? session.domain.users : session.domain.NotMembers;
   const auto rows = run_query(session, users_query(session, base, scope), properties);
   const controls::DrawingOff off(list);
   for (; !rows->at_eof(); rows->MoveNext()) {
@@ -86,7 +87,7 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
     const std::string shown = rows->field(1).is_empty() ? name : rows->field(1).text();
     const bool in_tree = session.LoadAllUsersFlag || (parent == session.ManagedOU && session.ManageSubOUs);
     if (!skip_tree && in_tree) {
-      trap([&] { form.TreeView1.add_under(parent, path, shown, "USER"); });
+      trap([&] { session.domain.tree.add_under(parent, path, shown, "USER"); });
       if (trap.number() != 0 && session::logs_load(session)) {
         session.log.line("Error Number:" + base::to_text(trap.number()));
         session.log.line("Adding:  " + path);
@@ -97,16 +98,16 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
     ++session.UserCount;
     show_progress(session);
   }
-  form.StatusBar1.panel1 = "Ready.";
+  session.status.panel1 = "Ready.";
   return true;
 }
 
 void btn_showGrpusers_Click(Session& session) {
-  show_all_users(session, session.groups.NotMembers, false);
+  show_all_users(session, session.domain.NotMembers, false);
 }
 
 void btn_Showusers_Click(Session& session) {
-  show_all_users(session, session.multi_user.ListView2, true);
+  show_all_users(session, session.domain.users, true);
 }
 
 }  // namespace twk::directory

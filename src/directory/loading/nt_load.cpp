@@ -10,6 +10,7 @@
 #include "platform/group_type.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 
@@ -21,9 +22,9 @@ using session::Session;
 
 void take_user(Session& session, base::Trap& trap, controls::TreeNode& root, const std::string& name) {
   ++session.UserCount;
-  trap([&] { session.form1.TreeView1.add(&root, nt_user_key(name), name, "USER"); });
-  trap([&] { session.multi_user.ListView2.add(name, name, "USER"); });
-  trap([&] { session.groups.NotMembers.add(name, name, "USER"); });
+  trap([&] { session.domain.tree.add(&root, nt_user_key(name), name, "USER"); });
+  trap([&] { session.domain.users.add(name, name, "USER"); });
+  trap([&] { session.domain.NotMembers.add(name, name, "USER"); });
 }
 
 void take_group(Session& session, base::Trap& trap, const ObjectPtr& group) {
@@ -38,17 +39,17 @@ void take_group(Session& session, base::Trap& trap, const ObjectPtr& group) {
   });
   trap([&] { type = group->Get("groupType").integer(); });
   const bool global = type == platform::group_type::kGlobal;
-  trap([&] { session.groups.ListView1.add(name, name, kIcon, {global ? "Global" : "Local"}); });
+  trap([&] { session.domain.all_groups.add(name, name, kIcon, {global ? "Global" : "Local"}); });
   const std::string icon = global ? kIcon : "Local";
-  trap([&] { session.form1.ListView3.add(name, name, icon); });
-  trap([&] { session.form1.ListView5.add(name, name, icon); });
-  trap([&] { session.multi_user.ListView3.add(name, name, global ? "Global" : "Local"); });
+  trap([&] { session.domain.other_groups.add(name, name, icon); });
+  trap([&] { session.domain.template_choice.add(name, name, icon); });
+  trap([&] { session.domain.groups.add(name, name, global ? "Global" : "Local"); });
 }
 
 }  // namespace
 
 void show_nt_users(Session& session) {
-  controls::ListView& list = session.multi_user.ListView2;
+  controls::ListView& list = session.domain.users;
   list.clear();
   base::Trap trap;
   base::Trap adding;
@@ -62,29 +63,29 @@ void show_nt_users(Session& session) {
     });
   });
   if (trap.number() != 0)
-    session.form1.StatusBar1.panel1 = "Error Getting Users. " + trap.description();
+    session.status.panel1 = "Error Getting Users. " + trap.description();
 }
 
 bool Load_NT_Domain(Session& session) {
   base::Trap trap(session::is_debug(session));
-  session::Form1& form = session.form1;
-  form.TreeView1.clear();
-  session.multi_user.ListView2.clear();
-  session.groups.Members.clear();
-  session.groups.NotMembers.clear();
-  session.groups.ListView1.clear();
+  session.domain.tree.clear();
+  session.domain.users.clear();
+  session.domain.Members.clear();
+  session.domain.NotMembers.clear();
+  session.domain.all_groups.clear();
   trap([&] { session.DomainContainer = session.platform.directory.GetObject(winnt_path(session)); });
   if (trap.number() != 0)
     return false;
 
-  controls::TreeNode& root = form.TreeView1.add(nullptr, std::string(kNtRoot), session.DomainName, "DOMAIN");
-  form.TreeView1.select(&root);
-  session.form1.TreeView1.set_expanded(root, true);
-  form.StatusBar1.panel1 = "Retrieving Users...";
+  controls::TreeNode& root =
+      session.domain.tree.add(nullptr, std::string(kNtRoot), session.DomainName, "DOMAIN");
+  session.domain.tree.select(&root);
+  session.domain.tree.set_expanded(root, true);
+  session.status.panel1 = "Retrieving Users...";
   session.Error_Status_Text = "Error Getting Users. " + base::to_text(session.UserCount);
   base::Trap walk(session::is_debug(session));
   walk([&] {
-    const controls::DrawingOff off(form.TreeView1);
+    const controls::DrawingOff off(session.domain.tree);
     const std::vector<std::string> users{"User"};
     session.DomainContainer->enumerate(users, [&](const ObjectPtr& user) {
       take_user(session, trap, root, user->Name());
@@ -92,11 +93,11 @@ bool Load_NT_Domain(Session& session) {
     });
   });
 
-  form.ListView5.clear();
-  form.ListView3.clear();
-  session.multi_user.ListView1.clear();
-  session.multi_user.ListView3.clear();
-  form.StatusBar1.panel1 = "Retrieving Groups...";
+  session.domain.template_choice.clear();
+  session.domain.other_groups.clear();
+  session.domain.selection.clear();
+  session.domain.groups.clear();
+  session.status.panel1 = "Retrieving Groups...";
   session.Error_Status_Text = "Error Getting Groups " + base::to_text(session.GroupCount);
   walk([&] {
     const std::vector<std::string> groups{"Group"};

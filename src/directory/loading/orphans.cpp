@@ -4,6 +4,7 @@
 #include "base/text.hpp"
 #include "directory/names.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -17,7 +18,7 @@ void OrphanTable::store(std::string_view distinguished_name, std::string_view na
 
 int OrphanTable::attach_once(session::Session& session, std::size_t last) {
   int failures = 0;
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   for (std::size_t slot = last; slot > 0; --slot) {
     Orphan& orphan = orphans_.at(slot);
     if (orphan.distinguished_name.empty())

@@ -43,7 +43,7 @@ bool load_domain(Session& session) {
   session::Form1& form = session.form1;
   session.DirectoryMode = Determine_Mode(session, session.DomainName);
   const bool active_directory = session::is_active_directory(session);
-  form.StatusBar1.panel2 = mode_text(session.DirectoryMode);
+  session.status.panel2 = mode_text(session.DirectoryMode);
   show_directory_fields(session, active_directory);
   session.Error_Status_Text = "Can't Find " + form.DomName.text.get() + " Domain";
   if (!active_directory)
@@ -72,11 +72,11 @@ bool Select_Domain(Session& session, std::string_view name) {
   session.CurrentGroup.reset();
   if (!loaded) {
     if (trap.number() != 0)
-      form.StatusBar1.panel1 = session.Error_Status_Text;
+      session.status.panel1 = session.Error_Status_Text;
     return false;
   }
-  form.StatusBar1.panel1 = "Number of Users:" + base::to_text(session.UserCount) +
-                           "  Number of Groups:" + base::to_text(session.GroupCount);
+  session.status.panel1 = "Number of Users:" + base::to_text(session.UserCount) +
+                          "  Number of Groups:" + base::to_text(session.GroupCount);
   return true;
 }
 

@@ -8,6 +8,7 @@
 #include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -60,7 +61,7 @@ std::string make_unit(Session& session, const TreeNode& above, std::string_view 
 }
 
 void show_unit(Session& session, TreeNode& above, const std::string& key, const std::string& name) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   base::Trap trap;
   if (is_read(tree, above))
     trap([&] {
@@ -75,13 +76,13 @@ void show_unit(Session& session, TreeNode& above, const std::string& key, const 
     tree.ensure_visible(*node);
   }
   if (!session.LoadAllUsersFlag)
-    trap([&] { session.multi_user.ListView4.add(key, name, "OU"); });
+    trap([&] { session.domain.units.add(key, name, "OU"); });
 }
 
 }  // namespace
 
 void Create_OU(Session& session) {
-  TreeNode* const above = session.form1.TreeView1.selected();
+  TreeNode* const above = session.domain.tree.selected();
   if (above == nullptr)
     return;
   const std::string typed = session.platform.dialogs.InputBox("Enter New OU Name", kTitle);

@@ -15,6 +15,7 @@
 #include "session/directory_windows.hpp"
 #include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -38,8 +39,8 @@ std::string filter_text(std::string_view typed) {
 }
 
 void select_node(Session& session, TreeNode& node) {
-  session.form1.TreeView1.select(&node);
-  session.form1.TreeView1.ensure_visible(node);
+  session.domain.tree.select(&node);
+  session.domain.tree.ensure_visible(node);
 }
 
 void tell_not_found(Session& session) {
@@ -48,7 +49,7 @@ void tell_not_found(Session& session) {
 
 /// Ordered by name, so that the first is also shown first.
 void add_found_users(Session& session, std::string_view text) {
-  const TreeNode* const root = session.form1.TreeView1.first();
+  const TreeNode* const root = session.domain.tree.first();
   const auto rows = run_query(session, "<LDAP://" + session.DomainName + "/" + root->key +
                                            ">;(&(objectCategory=Person)(objectClass=User)(cn=*" +
                                            filter_text(text) + "*));adsPath,name;subtree");
@@ -75,7 +76,7 @@ void Find_User(Session& session) {
 }
 
 TreeNode* next_user_with(Session& session, const TreeNode* node, std::string_view text) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   const std::string wanted = base::upper(text);
   for (TreeNode* next = node == nullptr ? tree.first() : tree.next(*node); next != nullptr;
        next = tree.next(*next)) {
@@ -101,7 +102,7 @@ void Find_NT_User(Session& session) {
         Answer::kYes)
       return;
   }
-  session.form1.StatusBar1.panel1 = "No more users found.";
+  session.status.panel1 = "No more users found.";
 }
 
 void frmFindW2KUser_Load(Session& session) {
@@ -134,7 +135,7 @@ void btnGo_Click(Session& session) {
 }
 
 bool Find_AD_Users(Session& session, std::string_view text, std::string* reason) {
-  if (session.form1.TreeView1.first() == nullptr)
+  if (session.domain.tree.first() == nullptr)
     return false;
   controls::ListView& list = session.find_user.ListView1;
   const controls::DrawingOff off(list);
@@ -152,11 +153,11 @@ bool btnSelectuser_Click(Session& session) {
   if (row == nullptr)
     return false;
   window.Label2.caption = "Locating user in treeview please wait.";
-  session.form1.StatusBar1.panel1 = "Retrieving User data...";
+  session.status.panel1 = "Retrieving User data...";
   session.platform.dialogs.DoEvents();
   TreeNode* const node = reach_user(session, row->key);
   window.Label2.caption = std::string();
-  session.form1.StatusBar1.panel1 = "Ready.";
+  session.status.panel1 = "Ready.";
   if (node == nullptr) {
     tell_not_found(session);
     return false;

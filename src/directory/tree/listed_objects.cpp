@@ -6,6 +6,7 @@
 #include "directory/tree/tree.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 
@@ -18,27 +19,27 @@ void add_to_lists(Session& session, const NewUser& user) {
   if (read_load_options(session).SkipUsers)
     return;
   base::Trap trap;
-  trap([&] { session.multi_user.ListView2.add(user.list_key, user.shown, "USER"); });
-  trap([&] { session.groups.NotMembers.add(user.list_key, user.user_id, "USER"); });
+  trap([&] { session.domain.users.add(user.list_key, user.shown, "USER"); });
+  trap([&] { session.domain.NotMembers.add(user.list_key, user.user_id, "USER"); });
 }
 
 void add_to_tree(Session& session, const NewUser& user) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   base::Trap trap;
   trap([&] { tree.ensure_visible(tree.add_under(user.container, user.node_key, user.shown, "USER")); });
 }
 
 /// False for a container whose users were not read yet: they come with its first expansion.
 bool container_is_read(Session& session) {
-  const controls::TreeNode* const selected = session.form1.TreeView1.selected();
-  return selected == nullptr || is_read(session.form1.TreeView1, *selected);
+  const controls::TreeNode* const selected = session.domain.tree.selected();
+  return selected == nullptr || is_read(session.domain.tree, *selected);
 }
 
 }  // namespace
 
 std::vector<ListedGroup> find_groups(const Session& session, std::string_view name) {
   std::vector<ListedGroup> groups;
-  for (const controls::ListRow* row : session.groups.ListView1.find_text(name))
+  for (const controls::ListRow* row : session.domain.all_groups.find_text(name))
     groups.push_back({row->text, row->key});
   return groups;
 }

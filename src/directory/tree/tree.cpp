@@ -9,6 +9,7 @@
 #include "directory/operations.hpp"
 #include "session/form1.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
 
@@ -38,7 +39,7 @@ bool add_ous(Session& session, const std::string& base, const platform::QueryOpt
                                     Buttons::kOk, Icon::kNone, "");
     return false;
   }
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string key = rows->field(0).text();
     TreeNode& node = tree.add_under(parent_of_ou(key), key, rows->field(1).text(), "OU");
@@ -51,7 +52,7 @@ void add_user(Session& session, const std::string& found_path, const std::string
               const std::string& shown) {
   const std::string parent = parent_of_user(found_path);
   base::Trap trap;
-  if (trap([&] { session.form1.TreeView1.add_under(parent, path, shown, "USER"); }))
+  if (trap([&] { session.domain.tree.add_under(parent, path, shown, "USER"); }))
     return;
   session.platform.dialogs.MsgBox("error adding user to tree", Buttons::kOk, Icon::kNone, "");
   if (!session::logs_load(session))
@@ -70,7 +71,7 @@ void add_users(Session& session, const std::string& base, const LoadOptions& opt
                               base + ">;(&(objectCategory=Person)(objectClass=User));adsPath," +
                                   (by_name ? "name" : "DisplayName") + ",name;onelevel",
                               properties);
-  session.form1.StatusBar1.panel1 = "Retrieving Users...";
+  session.status.panel1 = "Retrieving Users...";
   session.Error_Status_Text = "Error refeshing Treeview";
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string found_path = rows->field(0).text();
@@ -79,7 +80,7 @@ void add_users(Session& session, const std::string& base, const LoadOptions& opt
              shown.is_empty() ? rows->field(2).text() : shown.text());
     ++session.UserCount;
     if (session.UserCount % kUsersPerCount == 0) {
-      session.form1.StatusBar1.panel1 = base::to_text(session.UserCount) + " Users.";
+      session.status.panel1 = base::to_text(session.UserCount) + " Users.";
       session.platform.dialogs.DoEvents();
     }
     if (session.UserCount == options.UserLimit) {
@@ -90,7 +91,7 @@ void add_users(Session& session, const std::string& base, const LoadOptions& opt
           Buttons::kOk, Icon::kInformation, "Limit Reached");
     }
   }
-  session.form1.StatusBar1.panel1 = base::to_text(session.UserCount) + " Users.";
+  session.status.panel1 = base::to_text(session.UserCount) + " Users.";
 }
 
 }  // namespace
@@ -101,7 +102,7 @@ bool is_read(controls::TreeView& tree, const TreeNode& node) {
 }
 
 void TreeView1_Expand(Session& session, TreeNode& node) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   tree.set_expanded(node, true);
   if (&node == tree.first() || session.LoadAllUsersFlag)
     return;
@@ -110,7 +111,7 @@ void TreeView1_Expand(Session& session, TreeNode& node) {
 }
 
 bool Expand_OU(Session& session, TreeNode& node) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   session.Error_Status_Text = "Error with Treeview";
   if (is_read(tree, node))
     return false;
@@ -137,7 +138,7 @@ bool Expand_OU(Session& session, TreeNode& node) {
 }
 
 bool User_Exist(Session& session, std::string_view name) {
-  const controls::TreeView& tree = session.form1.TreeView1;
+  const controls::TreeView& tree = session.domain.tree;
   const bool taken =
       session::is_active_directory(session)
           ? tree.has_key_with_prefix("LDAP://" + session.DomainName + "/CN=" + std::string(name))

@@ -6,6 +6,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -26,15 +27,15 @@ void set_row_key(controls::ListView& list, std::string_view old_key, const std::
 
 /// Everything that refers to the user by its path gets the new one.
 void follow_user(Session& session, std::string_view old_key, const std::string& key) {
-  set_row_key(session.multi_user.ListView2, old_key, key);
-  set_row_key(session.groups.NotMembers, old_key, key);
+  set_row_key(session.domain.users, old_key, key);
+  set_row_key(session.domain.NotMembers, old_key, key);
   if (session.form1.USERID_W2K.text.get() == old_key)
     session.form1.USERID_W2K.text = key;
 }
 
 /// The node under its new OU; an OU that could not be read now shows the user once it is read.
 void move_node(Session& session, TreeNode& node, TreeNode& target, const std::string& key) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   const std::string text = node.text;
   tree.remove(node);
   TreeNode* moved = tree.find(key);
@@ -90,14 +91,14 @@ void cancel_drag(Session& session) {
 }
 
 bool drop(Session& session) {
-  const controls::TreeView& tree = session.form1.TreeView1;
+  const controls::TreeView& tree = session.domain.tree;
   TreeNode* const node = tree.find(session.form1.DragNode);
   TreeNode* const target = tree.find(session.form1.DropHighlight.get());
   cancel_drag(session);
   if (node == nullptr || target == nullptr)
     return false;
   if (target->text == node->text || target == node->parent) {
-    session.form1.StatusBar1.panel1 = node->text + " was not moved.";
+    session.status.panel1 = node->text + " was not moved.";
     return false;
   }
   return move_user(session, *node, *target);

@@ -9,6 +9,7 @@
 #include "directory/tree/tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -33,7 +34,7 @@ TreeNode* add_hidden_user(session::Session& session, TreeNode& above, std::strin
     const platform::User user(session.platform.directory.GetObject(key));
     const std::string name = ou_name(user.Name());
     const std::string shown = session.form1.DNName.value ? name : user.FullName();
-    added = &session.form1.TreeView1.add(&above, std::string(key), shown.empty() ? name : shown, "USER");
+    added = &session.domain.tree.add(&above, std::string(key), shown.empty() ? name : shown, "USER");
   });
   return added;
 }
@@ -41,7 +42,7 @@ TreeNode* add_hidden_user(session::Session& session, TreeNode& above, std::strin
 }  // namespace
 
 TreeNode* reach_node(session::Session& session, std::string_view distinguished_name) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   TreeNode* reached = tree.first();
   if (reached == nullptr)
     return nullptr;
@@ -62,7 +63,7 @@ TreeNode* reach_node(session::Session& session, std::string_view distinguished_n
 }
 
 TreeNode* reach_user(session::Session& session, std::string_view key) {
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   if (!session::is_active_directory(session))
     return tree.find(nt_user_key(key));
   TreeNode* const above = reach_node(session, name_above(name_in_path(key)));

@@ -3,13 +3,14 @@
 #include "controls/tree_view.hpp"
 #include "directory/tree/create_ou.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
 
 void POPUP(session::Session& session, controls::TreeNode& node) {
   session::Form1& form = session.form1;
-  form.TreeView1.select(&node);
+  session.domain.tree.select(&node);
   const bool user = node.image == "USER";
   for (const int index : {0, 2, 4, 5, 6, 8, 9, 13, 14})
     form.mnupopup.at(static_cast<std::size_t>(index)).enabled = user;

@@ -8,6 +8,7 @@
 #include "creation/shell.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -47,7 +48,7 @@ void report_stopped(Session& session, const base::RuntimeError& failure) {
 
 void remove_from_views(Session& session, std::string_view key) {
   const bool by_key = session::is_active_directory(session);
-  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeView& tree = session.domain.tree;
   if (by_key) {
     if (controls::TreeNode* const node = tree.find(key))
       tree.remove(*node);
@@ -59,8 +60,8 @@ void remove_from_views(Session& session, std::string_view key) {
       }
     }
   }
-  remove_row(session.multi_user.ListView2, by_key, key);
-  remove_row(session.groups.NotMembers, by_key, key);
+  remove_row(session.domain.users, by_key, key);
+  remove_row(session.domain.NotMembers, by_key, key);
 }
 
 bool run_account_command(Session& session, std::string_view label, const std::vector<std::string>& words,

@@ -101,7 +101,7 @@ bool copy_contents(MoveRun& run, Part& part, OwnerKeeper& owners) {
       .made = [&owners](const std::string& from, const std::string& to) { owners.keep(from, to); }};
   base::Trap trap;
   trap([&] { make_way(run, folder); });
-  run.session.form1.StatusBar1.panel1 = trap.description();
+  run.session.status.panel1 = trap.description();
   if (trap.number() != 0)
     run.session.log.reason(base::in_words(trap.number(), trap.description()));
   return trap.number() == 0 &&
@@ -111,7 +111,7 @@ bool copy_contents(MoveRun& run, Part& part, OwnerKeeper& owners) {
 
 /// After a stopped copy nothing is asked: nothing more happens to the user.
 MoveStep fail_copy(MoveRun& run, const Part& part) {
-  const std::string& why = run.session.form1.StatusBar1.panel1.get();
+  const std::string& why = run.session.status.panel1.get();
   const std::string what =
       std::string(part.texts.failed) + part.folder.old_path + (why.empty() ? why : ": " + why);
   if (run.session.import.ImportStopped) {

@@ -11,6 +11,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -40,10 +41,10 @@ std::string find_refused(Session& session, std::string_view name) {
 /// The tree and the lists follow.
 void show_new_name(Session& session, controls::TreeNode& node, const std::string& old_name,
                    const std::string& new_name) {
-  session.form1.TreeView1.set_text(node, new_name);
+  session.domain.tree.set_text(node, new_name);
   base::Trap taken;
-  taken([&] { session.form1.TreeView1.set_key(node, new_name); });
-  for (controls::ListView* const list : {&session.multi_user.ListView2, &session.groups.NotMembers}) {
+  taken([&] { session.domain.tree.set_key(node, new_name); });
+  for (controls::ListView* const list : {&session.domain.users, &session.domain.NotMembers}) {
     if (const controls::ListRow* const row = list->find_key(old_name)) {
       controls::ListRow& found = list->at(list->place_of(*row));
       taken([&] { list->set_key(found, new_name); });
@@ -60,7 +61,7 @@ void rename_account(Session& session, controls::TreeNode& node, PreparedRename& 
     prepared.user.object = session.platform.directory.GetObject(directory::winnt_path(session))
                                ->MoveHere(directory::winnt_path(session) + "/" + old_name, new_name);
   }
-  session.form1.StatusBar1.panel1 = old_name + " Renamed to " + new_name;
+  session.status.panel1 = old_name + " Renamed to " + new_name;
   show_new_name(session, node, old_name, new_name);
   session.rename_nt.OldName = new_name;
   session::LOG_TAB(session, session::kGreen, " " + old_name + " renamed to " + new_name);
@@ -88,7 +89,7 @@ bool accepts_logon_name(Session& session) {
     return true;
   session.log.reason("no account name has the character " + refused);
   session::LOG_TAB(session, session::kRed, " Error Renaming " + session.rename_nt.OldName);
-  session.form1.StatusBar1.panel1 = "Invalid Character in User Name: " + refused;
+  session.status.panel1 = "Invalid Character in User Name: " + refused;
   return false;
 }
 
@@ -96,7 +97,7 @@ bool accepts_logon_name(Session& session) {
 bool rename_directories(Session& session, const PreparedRename& prepared) {
   if (!session.rename_nt.RenameDir.on())
     return true;
-  session.form1.StatusBar1.panel1 = "Renaming User Share(s)/Directory(s)";
+  session.status.panel1 = "Renaming User Share(s)/Directory(s)";
   return rename_folders_of(session, prepared,
                            {"Renamed Profile Dir: ", "Failed to Rename Profile Directory: "});
 }
@@ -145,11 +146,11 @@ void show_rename_nt(Session& session) {
   base::Trap trap;
   if (trap([&] { Rename_NT_Load(session); }))
     return session.platform.dialogs.show_modal("Rename_NT");
-  session.form1.StatusBar1.panel1 = "Unable to read the user: " + trap.description();
+  session.status.panel1 = "Unable to read the user: " + trap.description();
 }
 
 void Rename_NT_Load(Session& session) {
-  const controls::TreeNode* const node = session.form1.TreeView1.selected();
+  const controls::TreeNode* const node = session.domain.tree.selected();
   if (node == nullptr)
     base::raise(base::error::kOutOfBounds, "no user is selected");
   const platform::User user(
@@ -173,7 +174,7 @@ void Rename_NT_Full_Name_Change(Session& session) {
 
 bool Rename_NT_OKButton_Click(Session& session) {
   session::Rename_NT& window = session.rename_nt;
-  controls::TreeNode* const node = session.form1.TreeView1.selected();
+  controls::TreeNode* const node = session.domain.tree.selected();
   if (!window.Logon_Changed && !window.Name_Changed)
     return true;
   if (node == nullptr || base::trim(window.User_Logon.text.get()).empty() ||
@@ -192,7 +193,7 @@ bool Rename_NT_OKButton_Click(Session& session) {
     session.log.line("Error Number: " + base::to_text(trap.number()));
     session.log.reason(base::in_words(trap.number(), trap.description()));
     session::LOG_TAB(session, session::kRed, " Error Renaming " + window.OldName);
-    session.form1.StatusBar1.panel1 = trap.description();
+    session.status.panel1 = trap.description();
   }
   session.log.close();
   return true;

@@ -13,6 +13,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
@@ -139,7 +140,7 @@ void show_new_text(RenameRun& run) {
   const std::string& text =
       session.form1.DisplayName.value ? window.Display_Name.text : window.Full_Name.text;
   if (!text.empty())
-    session.form1.TreeView1.set_text(run.node, text);
+    session.domain.tree.set_text(run.node, text);
 }
 
 void rename_object(RenameRun& run) {
@@ -155,11 +156,11 @@ void rename_object(RenameRun& run) {
   // The container by the server in the key; its own node may be hidden by a limit to one OU.
   run.user = session.platform.directory.GetObject(run.user->Parent())->MoveHere(old_path, "CN=" + name);
   const std::string old_key = run.node.key;
-  session.form1.TreeView1.set_key(run.node, "LDAP://" + session.DomainName + "/" +
-                                                std::string(directory::name_in_path(run.user->ADsPath())));
+  session.domain.tree.set_key(run.node, "LDAP://" + session.DomainName + "/" +
+                                            std::string(directory::name_in_path(run.user->ADsPath())));
   show_new_text(run);
-  set_row(session.multi_user.ListView2, old_key, run.node);
-  set_row(session.groups.NotMembers, old_key, run.node);
+  set_row(session.domain.users, old_key, run.node);
+  set_row(session.domain.NotMembers, old_key, run.node);
 }
 
 /// False when a folder could not be renamed that should have been.
@@ -223,11 +224,11 @@ void show_rename_user(Session& session) {
   base::Trap trap;
   if (trap([&] { RenameUser_Load(session); }))
     return session.platform.dialogs.show_modal("RenameUser");
-  session.form1.StatusBar1.panel1 = "Unable to read the user: " + trap.description();
+  session.status.panel1 = "Unable to read the user: " + trap.description();
 }
 
 void RenameUser_Load(Session& session) {
-  const controls::TreeNode* const node = session.form1.TreeView1.selected();
+  const controls::TreeNode* const node = session.domain.tree.selected();
   if (node == nullptr)
     base::raise(base::error::kOutOfBounds, "no user is selected");
   const ObjectPtr object = session.platform.directory.GetObject(node->key);
@@ -254,7 +255,7 @@ void RenameUser_Logon_Name_pre2000_Change(Session& session) {
 }
 
 bool RenameUser_Command2_Click(Session& session) {
-  controls::TreeNode* const node = session.form1.TreeView1.selected();
+  controls::TreeNode* const node = session.domain.tree.selected();
   if (node == nullptr || has_refused_text(session))
     return false;
   session.log.begin_block();

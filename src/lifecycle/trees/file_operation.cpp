@@ -151,7 +151,7 @@ bool File_Operation(Session& session, std::string_view from, std::string_view to
   });
   if (trap.number() != 0) {
     session.log.reason("File operation failed: " + base::in_words(trap.number(), trap.description()));
-    session.form1.StatusBar1.panel1 = trap.description();
+    session.status.panel1 = trap.description();
     if (session.runs.rehearse)
       session.runs.rehearse("Refused: " + base::in_words(trap.number(), trap.description()));
   }

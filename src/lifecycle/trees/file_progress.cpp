@@ -86,7 +86,7 @@ bool Turns::operator()(const TreeProgress& done) {
   session_.file_progress.text.caption = text;
   session_.file_progress.done.value = percent(done, tree_);
   if (!is_running(session_))
-    session_.form1.StatusBar1.panel1 = text;
+    session_.status.panel1 = text;
   session_.platform.dialogs.DoEvents();
   return !session_.import.ImportStopped;
 }

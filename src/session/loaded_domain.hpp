@@ -1,0 +1,25 @@
+#pragma once
+
+#include "controls/list_view.hpp"
+#include "controls/tree_view.hpp"
+
+namespace twk::session {
+
+/// The domain as it was loaded and as the runs have changed it since: its tree and the lists that the windows
+/// show. Keys are ADsPaths, in a WinNT domain names.
+struct LoadedDomain {
+  controls::TreeView tree;
+  controls::ListView users;
+  controls::ListView groups;           ///< without those that a selection cannot hold
+  controls::ListView units;            ///< organizational units
+  controls::ListView selection;        ///< users, groups and organizational units chosen for a run over many
+  controls::ListView all_groups;       ///< sub-item 1 is the type
+  controls::ListView template_choice;  ///< groups that a template can name
+  // Between the lists of each pair, rows are only moved.
+  controls::ListView Members;       ///< users in the group that is shown; sub-item 1 marks the primary group
+  controls::ListView NotMembers;    ///< all other users
+  controls::ListView own_groups;    ///< groups of the user on the details tab
+  controls::ListView other_groups;  ///< all others
+};
+
+}  // namespace twk::session
