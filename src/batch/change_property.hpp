@@ -1,33 +1,55 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <string>
 #include <string_view>
 
+#include "batch/schema_properties.hpp"
 #include "batch/selection_walk.hpp"
 
 namespace twk::session {
+class RunView;
 struct Session;
-}
+}  // namespace twk::session
 
-/// The tab "AD Properties": one property of many users.
+/// One property of many users.
 namespace twk::batch {
 
-/// Sets the property of `AD_Properties` to that value, as `Syntax` and the frame "Multi Value" say: bytes
-/// from comma-separated numbers, one more value, or the value in place of all others. "%UserName%" in it
-/// is the user's name in its container; in a terminal-server setting it is the account name. Writes the
-/// outcome to the log, `Label3` and `user_done`, and counts; messages about a failure of a member of a group
-/// have no quotes. False when the user was not changed.
-bool Change_AD_One(session::Session& session, const SelectedUser& user, std::string_view value);
+/// The outcome for one user whose property was to change, or for one line of a file that named no user.
+struct PropertyOutcome {
+  std::int32_t line = 0;  ///< of the file, counted from 1; 0 for a user of the selection
+  std::string user;       ///< its name in its container, or its name in the line
+  std::string path;       ///< its ADsPath; empty for one that could not be read
+  std::string value;      ///< as written, or as it would have been
+  bool changed = false;
+  bool skipped = false;  ///< the line names nobody in the list
+  std::string reason;    ///< why not; empty when it was changed
+};
 
-/// Changes the users of the selection by the text of `AD_CHANGE`, until Cancel is pressed. A row that cannot
-/// be read counts as an error; raises only when no server answers.
-void change_selection(session::Session& session);
-/// The same for one user, called `name` in messages until it is read.
-void change_user_at(session::Session& session, const std::string& path, const std::string& name);
+/// What is asked of a change; bytes are comma-separated numbers, and "%UserName%" in a value is the user's
+/// name in its container, in a terminal-server setting the account name.
+struct PropertyOrder {
+  PropertySchema property;
+  bool append =
+      false;  ///< one more value, of a property that takes several; otherwise in place of all others
+  /// Called after each user and each skipped line; may be empty.
+  std::function<void(const PropertyOutcome&)> user_done = {};
+};
 
-/// The button, whose caption says what it does: runs over the selection with the text of `AD_CHANGE`, or
-/// ends a run after the current user. With an empty selection it does nothing; a property that the schema
-/// does not know ends it before anything is changed, as `Label3` reports. A user who cannot be changed is
-/// counted, and the run continues.
-void CHANGE_AD_Click(session::Session& session);
+/// What came of a change.
+struct PropertyCounts {
+  std::int32_t users = 0;  ///< changed
+  std::int32_t errors = 0;
+  std::int32_t skipped = 0;  ///< lines that named nobody in the list
+  bool stopped = false;
+  std::string failure;  ///< why it ended early; empty when it did not
+};
+
+/// Changes the users of the selection, each reported in the log and to the view, until the run is stopped. A
+/// user who cannot be changed and a row that cannot be read are counted, and the run goes on; only a server
+/// that does not answer ends it.
+PropertyCounts change_selection(session::Session& session, const PropertyOrder& order,
+                                const std::string& value, session::RunView& view);
 
 }  // namespace twk::batch

@@ -5,20 +5,15 @@
 #include <string>
 #include <string_view>
 
-namespace twk::session {
-struct Session;
-}
+#include "batch/change_property.hpp"
 
 /// A property of many users from a file of lines "Username,ADValue", with a separate value for each user.
 namespace twk::batch {
 
-/// The button: asks for the file and runs over it.
-void DELIMPORT_Click(session::Session& session);
-
 /// How strict a run is about what the window accepts.
 struct FileRules {
   /// Returns the path of the user named by a line; none skips the line. Raises for a name that fits several
-  /// users. Without it, `ListView2` is searched: by text, or by the logon name when the text does not
+  /// users. Without it, the list of users is searched: by text, or by the logon name when the text does not
   /// identify one row.
   std::function<std::optional<std::string>(const std::string& name)> find;
   /// A line without a comma is refused, and the run continues; otherwise its user gets the empty text and the
@@ -33,11 +28,10 @@ struct FileRules {
 /// file's name in messages.
 ///
 /// An unknown user is skipped, which only the log and `user_done` report. A failed line is reported with the
-/// file and its number, and the run continues.
-///
-/// False when the run ended before the end of the file: at a line without a comma, by Cancel (`stopped`), or
-/// for the reason in `failure`.
-bool change_from_file(session::Session& session, const std::string& title, std::string_view bytes,
-                      const FileRules& rules = {});
+/// file and its number, and the run continues; it ends before the end of the file at a line without a comma,
+/// when it is stopped, or for the reason in `failure`.
+PropertyCounts change_from_file(session::Session& session, const PropertyOrder& order,
+                                const std::string& title, std::string_view bytes, session::RunView& view,
+                                const FileRules& rules = {});
 
 }  // namespace twk::batch

@@ -2,117 +2,199 @@
 
 #include <algorithm>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "batch/schema_properties.hpp"
+#include "batch/run_controls.hpp"
 #include "directory/operations.hpp"
-#include "session/ad_properties.hpp"
+#include "format/replace.hpp"
+#include "platform/ldap_text.hpp"
+#include "resources/WTS.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {
 namespace {
 
-using session::ADProperties;
 using session::Session;
 
-/// A terminal-server setting needs a controller; without this check each user's routine would report its
-/// absence in a box.
-void require_controller(Session& session) {
-  if (!terminal_server_number(session.ad_properties.AD_Properties.text.get()))
-    return;
-  static_cast<void>(session.platform.network.NetGetDCName("", directory::winnt_domain(session)));
+/// Control code of `PutEx`.
+constexpr int ADS_PROPERTY_APPEND = 3;
+
+/// One user and the new value.
+struct Step {
+  PropertyRun& run;
+  const SelectedUser& user;
+  std::string logon_name = {};
+  std::string display_name = {};  ///< the user's name in its container
+  std::string NewValue = {};
+};
+
+/// "1,2,255" as three bytes.
+base::Bytes parse_bytes(std::string_view text) {
+  constexpr std::int32_t kGreatest = 255;
+  base::Bytes bytes;
+  for (const std::string& part : base::split(text, ',')) {
+    const auto number = base::to_number(part);
+    if (!number || *number < 0 || *number > kGreatest) {
+      base::raise(base::error::kTypeMismatch,
+                  "\"" + part + "\" is not a byte: bytes are numbers from 0 to 255, separated by commas");
+    }
+    bytes.push_back(static_cast<std::uint8_t>(*number));
+  }
+  return bytes;
 }
 
-void begin_log(Session& session) {
-  session.log.begin_block();
-  if (!session::is_debug(session))
-    return;
-  session.log.line("AD_property = " + session.ad_properties.AD_Properties.text.get());
-  session.log.line("Change Text = " + session.multi_user.AD_CHANGE.text.get());
-}
-
-void tell_end(Session& session) {
-  const ADProperties& tab = session.ad_properties;
-  const std::string users = base::to_text(tab.users);
-  controls::Label& status = session.multi_user.Label3;
-  if (tab.errors > 0) {
-    session::LOG_TAB(session, session::kYellow, " AD Property changed for " + users + " users. - had errors");
-    status.caption = "Properties changed for " + users + " users. - errors detected check log file.";
-  } else if (tab.stopped) {
-    session::LOG_TAB(session, session::kYellow, " AD Property changed for " + users + " users. - canceled");
-    status.caption = "Change Canceled. Properties changed for " + users + " users.";
-  } else {
-    session::LOG_TAB(session, session::kGreen, " AD Property changed for " + users + " users.");
-    status.caption = "Properties changed for " + users + " users.";
+void set_terminal_server(const Step& step, std::int16_t number) {
+  Session& session = step.run.session;
+  session.Error_Log_Text.clear();
+  if (!resources::ApplyTerminalSettings(session, step.logon_name, directory::winnt_domain(session), true,
+                                        number, step.NewValue)) {
+    base::raise(platform::ads_error::kUnwilling,
+                "The terminal-server setting was refused. " + session.Error_Log_Text);
   }
 }
 
-bool refuse(Session& session, const std::string& reason) {
-  session.ad_properties.failure = reason;
-  session.multi_user.Label3.caption = reason;
-  return false;
+void set_attribute(const Step& step) {
+  const PropertyOrder& order = step.run.order;
+  const platform::Value value = order.property.takes_bytes() ? platform::Value(parse_bytes(step.NewValue))
+                                                             : platform::Value(step.NewValue);
+  if (order.append && order.property.multi_valued)
+    step.user.object->PutEx(ADS_PROPERTY_APPEND, order.property.name, platform::ValueList{value});
+  else
+    step.user.object->Put(order.property.name, value);
+  step.user.object->SetInfo();
+}
+
+void change(Step& step, std::string_view value) {
+  const auto number = terminal_server_number(step.run.order.property.name);
+  step.display_name = platform::plain_name(step.user.object->Name());
+  step.NewValue = value;
+  step.logon_name = step.user.object->Get("samAccountName").text();
+  step.NewValue = format::FRString(value, "%UserName%", number ? step.logon_name : step.display_name);
+  if (number)
+    set_terminal_server(step, *number);
+  else
+    set_attribute(step);
+}
+
+void tell(PropertyRun& run, const std::string& text) {
+  run.view.step(text);
+  run.session.log.line(text);
+}
+
+/// `number` is 0 for a user who was changed.
+void tell_outcome(const Step& step, std::uint32_t number, const std::string& description) {
+  PropertyRun& run = step.run;
+  const std::string& property = run.order.property.name;
+  run.reason = number == 0 ? std::string() : base::in_words(number, description);
+  const std::string words = property + "' to '" + step.NewValue + "' for " + step.display_name;
+  if (number == 0)
+    tell(run, "Change property:'" + words);
+  else if (step.user.as_member)
+    tell(run, "Error changing property:" + property + " to " + step.NewValue + " for " + step.display_name);
+  else
+    tell(run, "Error changing property:'" + words);
+  const std::string failure = "Error Number: " + base::to_text(number) + " " + run.reason;
+  // When thousands fail the same way, the first is enough for the light's reason.
+  if (number != 0 && run.counts.errors == 1)
+    run.session.log.reason(failure);
+  else if (number != 0)
+    run.session.log.line(failure);
+  if (run.order.user_done) {
+    run.order.user_done({.line = run.line,
+                         .user = step.display_name,
+                         .path = step.user.path,
+                         .value = step.NewValue,
+                         .changed = number == 0,
+                         .reason = run.reason});
+  }
+}
+
+/// A terminal-server setting needs a controller; without this check each user's routine would report its
+/// absence in a box.
+void require_controller(PropertyRun& run) {
+  if (terminal_server_number(run.order.property.name))
+    static_cast<void>(run.session.platform.network.NetGetDCName("", directory::winnt_domain(run.session)));
+}
+
+void begin_log(PropertyRun& run, const std::string& value) {
+  run.session.log.begin_block();
+  if (!session::is_debug(run.session))
+    return;
+  run.session.log.line("AD_property = " + run.order.property.name);
+  run.session.log.line("Change Text = " + value);
+}
+
+void tell_end(PropertyRun& run) {
+  Session& session = run.session;
+  const std::string users = base::to_text(run.counts.users);
+  if (run.counts.errors > 0) {
+    session::LOG_TAB(session, session::kYellow, " AD Property changed for " + users + " users. - had errors");
+    run.view.step("Properties changed for " + users + " users. - errors detected check log file.");
+  } else if (run.counts.stopped) {
+    session::LOG_TAB(session, session::kYellow, " AD Property changed for " + users + " users. - canceled");
+    run.view.step("Change Canceled. Properties changed for " + users + " users.");
+  } else {
+    session::LOG_TAB(session, session::kGreen, " AD Property changed for " + users + " users.");
+    run.view.step("Properties changed for " + users + " users.");
+  }
 }
 
 }  // namespace
 
-bool begin_run(Session& session) {
-  ADProperties& tab = session.ad_properties;
-  tab.users = tab.errors = tab.skipped = 0;
-  tab.stopped = false;
-  tab.failure.clear();
-  const std::string property(base::trim(tab.AD_Properties.text.get()));
-  if (property.empty())
-    return refuse(session, "Select the property to change first.");
-  if (tab.looked_up != property)
-    AD_Properties_Click(session);
-  if (tab.Syntax.caption.get().empty())
-    return refuse(session, session.multi_user.Label3.caption);
-  session.import.ImportStopped = false;
+void show_progress(PropertyRun& run, std::size_t done, std::size_t all) {
+  constexpr std::size_t kWhole = 100;
+  run.view.progress(static_cast<int>(done * kWhole / std::max<std::size_t>(all, 1)));
+}
+
+bool is_cancelled(PropertyRun& run) {
+  run.counts.stopped = !run.session.run.goes_on();
+  return run.counts.stopped;
+}
+
+void change_one(PropertyRun& run, const SelectedUser& user, const std::string& value) {
+  Step step{run, user};
+  base::Trap trap;
+  const bool changed = trap([&] { change(step, value); });
+  ++(changed ? run.counts.users : run.counts.errors);
+  tell_outcome(step, trap.number(), trap.description());
+}
+
+bool tell_unread(PropertyRun& run, const std::string& what, const std::string& value,
+                 const base::RuntimeError& failure) {
+  if (failure.number() == platform::ads_error::kServerDown)
+    return false;
+  const SelectedUser nobody;
+  const Step step{run, nobody, {}, what, value};
+  ++run.counts.errors;
+  tell_outcome(step, failure.number(), failure.description());
   return true;
 }
 
-PropertyRun::PropertyRun(Session& session)
-    : window_(session, session.ad_properties.CHANGE_AD,
-              {&session.multi_user.Command7.enabled, &session.multi_user.DELIMPORT.enabled,
-               &session.multi_user.Command1.enabled, &session.multi_user.Command2.enabled,
-               &session.multi_user.AD_CHANGE.enabled, &session.ad_properties.AD_Properties.enabled,
-               &session.ad_properties.AD_Append.enabled, &session.ad_properties.AD_Replace.enabled}),
-      bar_(session.ad_properties.progress_visible) {
-  session.ad_properties.progress.value = 0;
-  bar_ = true;
-}
-
-PropertyRun::~PropertyRun() {
-  bar_ = false;
-}
-
-void show_progress(Session& session, std::size_t done, std::size_t all) {
-  constexpr std::size_t kWhole = 100;
-  session.ad_properties.progress.value = static_cast<int>(done * kWhole / std::max<std::size_t>(all, 1));
-}
-
-bool is_cancelled(Session& session) {
-  session.platform.dialogs.DoEvents();
-  session.ad_properties.stopped = session.import.ImportStopped;
-  return session.ad_properties.stopped;
-}
-
-bool in_change_block(Session& session, const std::function<void()>& changes) {
-  ADProperties& tab = session.ad_properties;
-  tab.users = tab.errors = 0;
-  begin_log(session);
+void change_user_at(PropertyRun& run, const std::string& path, const std::string& name,
+                    const std::string& value) {
   try {
-    require_controller(session);
+    change_one(run, {path, name, nullptr, run.session.platform.directory.GetObject(path)}, value);
+  } catch (const base::RuntimeError& failure) {
+    if (!tell_unread(run, name, value, failure))
+      throw;
+  }
+}
+
+bool in_change_block(PropertyRun& run, const std::string& value, const std::function<void()>& changes) {
+  run.counts.users = run.counts.errors = 0;
+  begin_log(run, value);
+  try {
+    require_controller(run);
     changes();
   } catch (const base::RuntimeError& failure) {
-    tab.failure = failure.description();
-    tell_run_failure(session, "Error Retrieving Domain Info.", failure);
+    run.counts.failure = failure.description();
+    tell_run_failure(run.session, "Error Retrieving Domain Info.", failure);
     return false;
   }
-  session.log.close();
-  tell_end(session);
+  run.session.log.close();
+  tell_end(run);
   return true;
 }
 

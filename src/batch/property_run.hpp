@@ -1,34 +1,39 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
-#include "batch/run_controls.hpp"
+#include "batch/change_property.hpp"
+#include "session/current_run.hpp"
 
 /// What the run over the selection and the run over a file share.
 namespace twk::batch {
 
-/// Looks the property up and clears the counts. False when no property is chosen, or one that the schema does
-/// not know; `Label3` and `failure` say so.
-bool begin_run(session::Session& session);
-/// The window during such a run: `CHANGE_AD` stops it, and the bar shows its
-/// progress.
-class PropertyRun {
- public:
-  explicit PropertyRun(session::Session& session);
-  PropertyRun(const PropertyRun&) = delete;
-  PropertyRun& operator=(const PropertyRun&) = delete;
-  ~PropertyRun();
-
- private:
-  RunningWindow window_;
-  controls::Observable<bool>& bar_;
+struct PropertyRun {
+  session::Session& session;
+  const PropertyOrder& order;
+  session::RunView& view;
+  PropertyCounts counts = {};
+  std::int32_t line = 0;    ///< of the file; 0 for a run over the selection
+  std::string reason = {};  ///< why the last user was not changed
 };
-void show_progress(session::Session& session, std::size_t done, std::size_t all);
-/// Lets Cancel be pressed; true when it was.
-bool is_cancelled(session::Session& session);
+
+void show_progress(PropertyRun& run, std::size_t done, std::size_t all);
+/// A turn for events; true when the run should end.
+bool is_cancelled(PropertyRun& run);
+
+/// Sets the property of one user and counts. Messages about a failure of a member of a group have no quotes.
+void change_one(PropertyRun& run, const SelectedUser& user, const std::string& value);
+/// The same for one who has to be read first, called `name` in messages until then. Raises when no server
+/// answers.
+void change_user_at(PropertyRun& run, const std::string& path, const std::string& name,
+                    const std::string& value);
+/// A row or a user that could not be read. False when no server answers.
+bool tell_unread(PropertyRun& run, const std::string& what, const std::string& value,
+                 const base::RuntimeError& failure);
 
 /// One block of the log: the head, what `changes` does, and the closing texts with the counts since it began.
-/// A failure of `changes` is logged, put into `failure` and on the log tab, and returns False.
-bool in_change_block(session::Session& session, const std::function<void()>& changes);
+/// A failure of `changes` is logged, counted as the run's and on the log tab, and returns False.
+bool in_change_block(PropertyRun& run, const std::string& value, const std::function<void()>& changes);
 
 }  // namespace twk::batch

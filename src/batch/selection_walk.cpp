@@ -7,7 +7,6 @@
 #include "directory/operations.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {

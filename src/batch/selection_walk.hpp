@@ -36,7 +36,7 @@ struct WalkRules {
   std::function<bool(const std::string& what, const base::RuntimeError& failure)> failed;
 };
 
-/// Visits the users of the selection (`MultiUser::ListView1`), in its order: a user's row means that user
+/// Visits the users of the selection (`LoadedDomain::selection`), in its order: a user's row means that user
 /// and is skipped once it is a ghost, a group's its members of class "user", a unit's the users directly in
 /// it. Groups and units are read completely when the walk reaches them, so that changes made by the visits,
 /// or a reopened connection, cannot disturb the reading. A user included by several rows is visited for each.

@@ -3,7 +3,6 @@
 #include "batch/bind_account.hpp"
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::batch {
 namespace {
@@ -22,21 +21,24 @@ void reset_password(Session& session, const ObjectPtr& user, const ObjectPtr& ac
   }
 }
 
-void unlock_one(Session& session, const SelectedUser& user) {
+void unlock_one(Session& session, bool reset, const SelectedUser& user) {
   const ObjectPtr account = bind_account(session, user.object);
   platform::User(account).put_IsAccountLocked(false);
-  if (session.multi_user.Unlock_Reset.on())
+  if (reset)
     reset_password(session, user.object, account);
   account->SetInfo();
 }
 
 }  // namespace
 
-bool unlock_accounts(Session& session, const std::function<bool()>& goes_on, const RunHooks& hooks) {
-  return walk_selection(session, rules_of(session, hooks, true, goes_on), [&](SelectedUser& user) {
-    unlock_one(session, user);
+bool unlock_accounts(Session& session, bool reset, session::RunView& view, const RunHooks& hooks) {
+  const session::RunScope scope(session, view);
+  return walk_selection(session, rules_of(session, hooks, true), [&](SelectedUser& user) {
+    unlock_one(session, reset, user);
     if (hooks.done)
-      hooks.done({user.name, user.path, session::kGreen, "Account Unlocked for " + user.name});
+      hooks.done({{std::string(session::kGreen), "Account Unlocked for " + user.name, true, {}},
+                  user.name,
+                  user.path});
   });
 }
 

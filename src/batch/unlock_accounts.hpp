@@ -1,15 +1,12 @@
 #pragma once
 
-#include <functional>
-
 #include "batch/run_controls.hpp"
 
 namespace twk::batch {
 
-/// Unlocks the users of the selection, and with `Unlock_Reset` ticked sets the default password, to be
-/// changed at the next logon. False when `goes_on`, called before each user, ended it. Raises the first
-/// failure, unless the hooks let it go on.
-bool unlock_accounts(session::Session& session, const std::function<bool()>& goes_on,
+/// Unlocks the users of the selection, and with `reset` sets the default password, to be changed at the next
+/// logon. False when the run was stopped. Raises the first failure, unless the hooks let it go on.
+bool unlock_accounts(session::Session& session, bool reset, session::RunView& view,
                      const RunHooks& hooks = {});
 
 }  // namespace twk::batch

@@ -63,7 +63,7 @@ void take_account(CreationRun& run, const platform::ObjectPtr& user) {
 }  // namespace
 
 bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
-                      const MailAdministrator& administrator, CreationView& view) {
+                      const session::MailAdministrator& administrator, CreationView& view) {
   session.log.begin_block();
   NewUserRequest request;
   request.mail_administrator = administrator;

@@ -20,6 +20,6 @@ Mailbox CreateMailbox(CreationRun& run);
 /// The same for an account that is there already, with the site and the template that are loaded. The names
 /// come from the account. The outcome is told in the logs; True when there is a mailbox.
 bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
-                      const MailAdministrator& administrator, CreationView& view);
+                      const session::MailAdministrator& administrator, CreationView& view);
 
 }  // namespace twk::creation

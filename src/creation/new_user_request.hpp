@@ -3,6 +3,7 @@
 #include <string>
 
 #include "format/passwords.hpp"
+#include "session/preferences.hpp"
 
 namespace twk::creation {
 
@@ -30,19 +31,6 @@ struct AccountFlags {
   bool disabled = false;
 };
 
-/// The administrator's command after a creation.
-struct CreationCommand {
-  std::string text;
-  bool hidden = false;
-  bool wait = false;
-};
-
-/// Who logs on to an Exchange 5.5 server.
-struct MailAdministrator {
-  std::string name;
-  std::string password;
-};
-
 /// All that is asked of one creation, by the New User tab, a command or a line of an import.
 struct NewUserRequest {
   std::string TemplateName;  ///< as the list holds it, padded
@@ -63,8 +51,8 @@ struct NewUserRequest {
   NameFormats formats;
   format::PasswordFields password;
   AccountFlags flags;
-  CreationCommand command;
-  MailAdministrator mail_administrator;
+  session::CommandSetting command;
+  session::MailAdministrator mail_administrator;
   bool named_by_logon = false;        ///< the entry is called by the logon name, not by the full name
   bool tree_shows_full_name = false;  ///< as the directory has it, not as the run formed it
   bool skip_prompts = false;          ///< rows that ask for a value are passed over in an import

@@ -11,7 +11,6 @@
 #include "mail/search_mail.hpp"
 #include "session/directory_windows.hpp"
 #include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -37,7 +36,7 @@ bool wants_search(Session& session) {
 }
 
 bool is_sure(Session& session, const Recipient& mailbox) {
-  if (!session.form1.Confirm_Deletes.on() || session.multi_user.No_Prompting.on())
+  if (!session.form1.Confirm_Deletes.on() || session.run.terms.silent)
     return true;
   return session.platform.dialogs.MsgBox(
              "Sure to Delete Mailbox\r\n" + mailbox.container + "\r\ncn=" + mailbox.name, Buttons::kYesNo,
@@ -139,7 +138,7 @@ Recipient find_mailbox_to_delete(Session& session, const MailboxDeletion& reques
   const std::string row = container_row(session);
   if (!row.empty() && !has_variable(row))
     return in_container(session, request, container_name(row));
-  if (session.multi_user.No_Prompting.on())
+  if (session.run.terms.silent)
     return only_one(session, request);
   return chosen(session, request, !row.empty());
 }

@@ -7,7 +7,6 @@
 #include "format/replace.hpp"
 #include "records/terminal_server_rows.hpp"
 #include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::resources {
@@ -95,18 +94,17 @@ bool send_rows(Session& session, const Target& target) {
 }
 
 /// `number` is a row's, or the next one, which means the first row.
-bool send_one(Session& session, const Target& target, std::size_t number) {
+bool send_one(Session& session, const Target& target, std::size_t number, std::string_view text) {
   const TerminalServerRow& row =
       kTerminalServerRows.at(number <= kTerminalServerRows.size() ? number - 1 : 0);
-  const std::string value =
-      format::FRString(session.multi_user.AD_CHANGE.text.get(), "%UserName%", target.user);
+  const std::string value = format::FRString(text, "%UserName%", target.user);
   return send(session, target, row.setting, value_of_setting(row, value));
 }
 
 }  // namespace
 
 bool ApplyTerminalSettings(Session& session, std::string_view userName, std::string_view domain,
-                           bool singleProperty, std::int16_t propertyNumber) {
+                           bool singleProperty, std::int16_t propertyNumber, std::string_view value) {
   const Target target{controller_of(session, domain), std::string(userName)};
   if (target.controller.empty())
     return false;
@@ -115,7 +113,7 @@ bool ApplyTerminalSettings(Session& session, std::string_view userName, std::str
     return send_rows(session, target);
   if (propertyNumber <= 0 || number > kTerminalServerRows.size() + 1)
     return false;
-  return send_one(session, target, number);
+  return send_one(session, target, number, value);
 }
 
 }  // namespace twk::resources

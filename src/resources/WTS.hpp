@@ -15,14 +15,14 @@ namespace twk::resources {
 /// name on the New User tab. Row 5 asks whether to start a program, while the setting says whether the person
 /// may choose, so its number is inverted.
 ///
-/// With it only the setting `propertyNumber`, a row's number, from the text of the multi-user window's
-/// `AD_CHANGE`, with "%UserName%" filled in by `userName`; 14 is the profile path, too. Here 5 has the
-/// setting's own name and is not inverted. Any other number does nothing.
+/// With it only the setting `propertyNumber`, a row's number, to `value` with "%UserName%" filled in by
+/// `userName`; 14 is the profile path, too. Here 5 has the setting's own name and is not inverted. Any other
+/// number does nothing.
 ///
 /// False when something was not set. Nothing is raised. A domain without a controller shows a box; a refused
 /// setting beeps, is logged, and leaves the reason in `Error_Log_Text`. The run's light and
 /// `RunWarning` stay.
 bool ApplyTerminalSettings(session::Session& session, std::string_view userName, std::string_view domain,
-                           bool singleProperty, std::int16_t propertyNumber);
+                           bool singleProperty, std::int16_t propertyNumber, std::string_view value = {});
 
 }  // namespace twk::resources

@@ -5,7 +5,6 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::resources {
@@ -109,12 +108,11 @@ void take_over(TreeWalk& walk, const std::string& folder, const std::string& nam
   const bool written = write(walk, folder + name);
   if (counts)
     ++(written ? walk.outcome.written : walk.outcome.refused);
-  walk.session.multi_user.progress.caption = name;
+  walk.session.run.view().files(name, 0);
 }
 
 void walk_folder(TreeWalk& walk, std::string path) {
-  walk.session.platform.dialogs.DoEvents();
-  walk.outcome.stopped = walk.session.import.ImportStopped;
+  walk.outcome.stopped = !walk.session.run.goes_on();
   if (walk.outcome.stopped)
     return;
   if (!path.ends_with('\\'))

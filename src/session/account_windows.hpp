@@ -1,16 +1,10 @@
 #pragma once
 
-#include <functional>
-#include <memory>
 #include <string>
 
 #include "controls/basic.hpp"
 
-namespace twk::lifecycle {
-class FolderUse;
-}
-
-/// State of the windows that change existing accounts, and of the runs that do. Fields have the names of the
+/// State of the windows that change existing accounts. Fields have the names of the
 /// windows' controls.
 namespace twk::session {
 
@@ -45,6 +39,8 @@ struct WKS_PROFILE {
   controls::TextBox WKS_NAME1;
   controls::OptionButton W2K;
   controls::OptionButton NT40;
+  std::string WKS_Name;  ///< as confirmed; empty when it was cancelled
+  bool WKS_Is_NT40 = false;
 };
 
 /// Shown during work on a folder when no run's own window shows progress.
@@ -53,30 +49,6 @@ struct FileProgress {
   controls::Label text;
   controls::ProgressBar done;
   controls::Button CancelButton;
-};
-
-/// A person's answer to a step that a run does not take on its own.
-enum class Consent {
-  kAsk,  ///< asked when the step is reached, in a box that defaults to No
-  kNo,
-  kYes
-};
-
-/// Flags of the runs that delete and move users, set by their callers.
-struct AccountRuns {
-  bool Delete_Running = false;
-  bool Move_Running = false;
-  bool Delete_Mail_Flag = false;
-  bool Delete_Data_Flag = false;
-  bool Run_Command_Flag = false;
-  std::string WKS_Name;  ///< of the last `WKS_PROFILE`; empty when it was cancelled
-  bool WKS_Is_NT40 = false;
-  Consent even_if_shared = Consent::kAsk;  ///< folders and shares that others also use are changed
-  Consent new_paths_anyway =
-      Consent::kAsk;  ///< an account gets its new paths although its data was not copied
-  std::shared_ptr<lifecycle::FolderUse> folders;  ///< see `lifecycle::KnownFolders`
-  /// Set for a rehearsal: called with what would be done to a tree, instead of doing it.
-  std::function<void(const std::string&)> rehearse;
 };
 
 }  // namespace twk::session

@@ -76,6 +76,10 @@ std::vector<std::string> ActivityLog::take_told() {
   return std::exchange(told_, {});
 }
 
+std::vector<LogRow> ActivityLog::take_rows() {
+  return std::exchange(added_, {});
+}
+
 std::string ActivityLog::concealed(std::string_view text) const {
   constexpr std::size_t kShortest = 6;
   std::string shown(text);
@@ -103,6 +107,7 @@ std::string ActivityLog::add_row(std::string_view severity, std::string_view mes
     services_.dialogs.beep();
   const std::vector<std::string> reasons = take_reasons(severity != kGreen);
   std::string text = concealed(severity == kGreen ? std::string(message) : with_reasons(message, reasons));
+  added_.push_back({std::string(severity), text});
   rows_.add({}, text, std::string(severity), {date_and_time(services_.clock)});
   return text;
 }

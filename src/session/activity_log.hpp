@@ -19,6 +19,12 @@ inline constexpr std::string_view kRed = "RED";
 /// The row of asterisks that begins each block of a log.
 inline constexpr std::string_view kAsterisks = "*****************************************";
 
+/// A row of the log tab.
+struct LogRow {
+  std::string light;
+  std::string text;
+};
+
 /// "Log.txt" in the database directory, open for the block of one operation; one write a line.
 ///
 /// A log that cannot be opened or written does not stop the operation: the first failure adds a "YELLOW" row
@@ -47,6 +53,8 @@ class ActivityLog {
   std::vector<std::string> take_reasons(bool told = false);
   /// The reasons in rows of the log tab, one by one, since they were last taken.
   std::vector<std::string> take_told();
+  /// The rows of the log tab since they were last taken.
+  std::vector<LogRow> take_rows();
   /// From here on lines, reasons and rows of the log tab show stars in place of a secret; none for the empty
   /// text. One of fewer than six characters could be part of any text and is not searched for.
   void conceal(std::string secret) { secret_ = std::move(secret); }
@@ -71,6 +79,7 @@ class ActivityLog {
   std::unique_ptr<platform::AppendFile> file_;
   std::vector<std::string> reasons_;
   std::vector<std::string> told_;
+  std::vector<LogRow> added_;
   std::string secret_;
 };
 

@@ -18,6 +18,13 @@ class RunView {
   virtual void step(std::string_view caption) = 0;
   /// From 0 to 100.
   virtual void progress(int percent) = 0;
+  /// Work on a tree of files begins and ends.
+  virtual void begin_files() {}
+  virtual void end_files() {}
+  /// How far it is: "Copying \\FS1\\Users\\jo: 3 of 5 files, 1.2 MB of 2.0 MB", and from 0 to 100.
+  virtual void files(std::string_view /*text*/, int /*percent*/) {}
+  /// A turn for events; False when the run should end.
+  virtual bool going_on() { return true; }
 };
 
 }  // namespace twk::session

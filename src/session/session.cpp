@@ -47,7 +47,6 @@ struct Session::Windows {
   Rename_NT rename_nt;
   WKS_PROFILE wks_profile;
   FileProgress file_progress;
-  AccountRuns runs;
   CSV_Import csv_import;
   ImportGrps import_grps;
   CancelImport cancel_import;
@@ -82,7 +81,6 @@ Session::Session(const platform::Platform& services, std::string_view command_li
       rename_nt(windows_->rename_nt),
       wks_profile(windows_->wks_profile),
       file_progress(windows_->file_progress),
-      runs(windows_->runs),
       csv_import(windows_->csv_import),
       import_grps(windows_->import_grps),
       cancel_import(windows_->cancel_import),

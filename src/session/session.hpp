@@ -9,22 +9,19 @@
 #include <vector>
 
 #include "base/bytes.hpp"
+#include "controls/basic.hpp"
 #include "platform/logon_hours.hpp"
 #include "platform/platform.hpp"
 #include "records/records.hpp"
 #include "session/activity_log.hpp"
 #include "session/creation_outcome.hpp"
+#include "session/current_run.hpp"
 #include "session/details_changes.hpp"
 #include "session/text_file.hpp"
-
-namespace twk::controls {
-struct StatusBar;
-}
 
 namespace twk::session {
 
 struct ADProperties;
-struct AccountRuns;
 struct CSV_Import;
 struct CancelImport;
 struct Custom;
@@ -147,6 +144,7 @@ struct Session {
   bool AltIdTried = false;
   std::int16_t SerialCounter = 0;
 
+  CurrentRun run;
   controls::StatusBar& status;  ///< what is being done, and what came of it, in a sentence
   bool LastRegResult = false;
   bool MailWarning = false;  ///< a row of a new mailbox was refused
@@ -169,7 +167,6 @@ struct Session {
   Rename_NT& rename_nt;
   WKS_PROFILE& wks_profile;
   FileProgress& file_progress;
-  AccountRuns& runs;
   CSV_Import& csv_import;
   ImportGrps& import_grps;
   CancelImport& cancel_import;

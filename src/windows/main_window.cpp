@@ -3,24 +3,24 @@
 #include <algorithm>
 #include <array>
 
-#include "batch/multi_user_window.hpp"
 #include "directory/loading/ad_options.hpp"
 #include "directory/tree/create_ou.hpp"
 #include "directory/tree/find_user.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
 #include "groups/groups_window.hpp"
-#include "lifecycle/popup_commands.hpp"
 #include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "stores/backup.hpp"
+#include "windows/account/popup_commands.hpp"
 #include "windows/compact_database.hpp"
 #include "windows/custom_commands.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/import.hpp"
 #include "windows/manage_ou.hpp"
+#include "windows/multi_user/multi_user_window.hpp"
 #include "windows/refresh.hpp"
 
 namespace twk::windows {
@@ -78,7 +78,7 @@ void mnuOption_Click(session::Session& session, int index) {
       windows::show_custom(session);
       break;
     case 1:
-      batch::show_multi_user(session);
+      windows::show_multi_user(session);
       break;
     case 4:
       groups::Groupsfrm_Show(session);
@@ -100,22 +100,22 @@ void mnupopup_Click(session::Session& session, int index) {
       directory::show_user_details(session, *node);
       break;
     case 2:
-      lifecycle::Reset_Password(session, *node);
+      windows::Reset_Password(session, *node);
       break;
     case 4:
-      batch::show_for_user(session, *node, session::multi_tab::kDelete);
+      windows::show_for_user(session, *node, session::multi_tab::kDelete);
       break;
     case 5:
-      batch::show_for_user(session, *node, session::multi_tab::kMove);
+      windows::show_for_user(session, *node, session::multi_tab::kMove);
       break;
     case 6:
-      lifecycle::Rename_User(session);
+      windows::Rename_User(session);
       break;
     case 8:
-      lifecycle::Delete_Server_Profile(session, *node);
+      windows::Delete_Server_Profile(session, *node);
       break;
     case 9:
-      lifecycle::Delete_WKS_Profile(session, *node);
+      windows::Delete_WKS_Profile(session, *node);
       break;
     case 10:
       directory::Create_OU(session);

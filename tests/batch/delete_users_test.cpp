@@ -1,12 +1,12 @@
 #include "batch/delete_users.hpp"
 
 #include "base/errors.hpp"
-#include "batch/delete_options.hpp"
 #include "batch/multi_user_world.hpp"
 #include "session/account_windows.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
 #include "session/settings.hpp"
+#include "windows/multi_user/delete_options.hpp"
 
 namespace twk::batch {
 namespace {

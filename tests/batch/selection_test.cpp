@@ -1,11 +1,11 @@
 #include "base/errors.hpp"
-#include "batch/multi_user_window.hpp"
 #include "batch/multi_user_world.hpp"
 #include "batch/selection_walk.hpp"
 #include "controls/tree_view.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
 #include "windows/main_window.hpp"
+#include "windows/multi_user/multi_user_window.hpp"
 
 namespace twk::batch {
 namespace {

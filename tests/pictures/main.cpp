@@ -6,8 +6,6 @@
 #include "app/start_window.hpp"
 #include "batch/csv_layout.hpp"
 #include "batch/import_options.hpp"
-#include "batch/multi_user_window.hpp"
-#include "batch/schema_properties.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/loading/ad_options.hpp"
@@ -16,7 +14,6 @@
 #include "directory/user_details.hpp"
 #include "groups/copy_group.hpp"
 #include "groups/groups_window.hpp"
-#include "lifecycle/popup_commands.hpp"
 #include "mail/search_mail.hpp"
 #include "records/records.hpp"
 #include "screens/help/help_topics.hpp"
@@ -35,6 +32,7 @@
 #include "stores/site_store.hpp"
 #include "stores/template_tab.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/account/popup_commands.hpp"
 #include "windows/create_user.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/editors/edit_properties.hpp"
@@ -42,6 +40,8 @@
 #include "windows/editors/permissions_window.hpp"
 #include "windows/main_window.hpp"
 #include "windows/manage_ou.hpp"
+#include "windows/multi_user/multi_user_window.hpp"
+#include "windows/multi_user/properties_tab.hpp"
 #include "windows/share_points_form.hpp"
 #include "windows/start_up.hpp"
 #include "world/sample_lab.hpp"
@@ -137,16 +137,16 @@ std::function<void(session::Session&)> multi_user(int tab) {
       window.Label3.caption = std::string("Delete Completed, Check log for errors");
     }
     window.SSTab1 = tab;
-    batch::show_multi_user(session);
+    windows::show_multi_user(session);
   };
 }
 
 /// The tab of properties with one that is chosen.
 std::function<void(session::Session&)> with_property(const char* name) {
   return [name](session::Session& session) {
-    batch::prepare_properties(session);
+    windows::prepare_properties(session);
     session.ad_properties.AD_Properties.text = std::string(name);
-    batch::AD_Properties_Click(session);
+    windows::AD_Properties_Click(session);
     multi_user(session::multi_tab::kProperties)(session);
   };
 }
@@ -175,7 +175,7 @@ std::vector<Window> windows() {
           {"group-add", by(groups::Groupsfrm_Add_Group_Click)},
           {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
           {"logon-hours", by(windows::LogonHours_Click)},
-          {"multi-user", by(batch::show_multi_user)},
+          {"multi-user", by(windows::show_multi_user)},
           {"multi-user-delete", multi_user(session::multi_tab::kDelete)},
           {"multi-user-move", multi_user(session::multi_tab::kMove)},
           {"multi-user-accounts", multi_user(session::multi_tab::kAccounts)},
@@ -186,7 +186,7 @@ std::vector<Window> windows() {
           {"rename-user",
            [](session::Session& session) {
              session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters)->children.front());
-             lifecycle::Rename_User(session);
+             windows::Rename_User(session);
            }},
           {"rename-nt",
            [](session::Session& session) {
@@ -196,7 +196,7 @@ std::vector<Window> windows() {
            }},
           {"wks-profile",
            [](session::Session& session) {
-             lifecycle::Delete_WKS_Profile(session, *session.form1.TreeView1.selected());
+             windows::Delete_WKS_Profile(session, *session.form1.TreeView1.selected());
              session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters));
            }},
           {"search-mailbox",

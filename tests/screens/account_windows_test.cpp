@@ -1,10 +1,10 @@
 #include "session/account_windows.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/tree/tree.hpp"
-#include "lifecycle/popup_commands.hpp"
 #include "screens/screen_test.hpp"
 #include "session/form1.hpp"
 #include "support/details_world.hpp"
+#include "windows/account/popup_commands.hpp"
 #include "windows/main_window.hpp"
 
 namespace twk::test {

@@ -10,7 +10,7 @@
 #include "directory/names.hpp"
 #include "platform/directory.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/multi_user.hpp"
+#include "session/loaded_domain.hpp"
 
 namespace twk::cli {
 namespace {
@@ -118,7 +118,7 @@ void add_selection_options(Command& command, SelectionArguments& arguments) {
 Found fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments) {
   if (arguments.names.empty() && arguments.groups.empty() && arguments.ous.empty() && arguments.files.empty())
     throw UsageError("say which users: give a NAME, --group, --ou or --from-file");
-  Selector selector(context.domain(), session.multi_user.ListView1);
+  Selector selector(context.domain(), session.domain.selection);
   for (const std::string& name : arguments.names)
     selector.take_user(name, {});
   for (const std::string& group : arguments.groups)

@@ -6,9 +6,6 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {
@@ -33,11 +30,11 @@ void print(Context& context, const Session& session, const batch::UserOutcome& o
 
 /// After a run the status bar only has failures on files.
 void add_failure_on_files(Session& session, batch::UserOutcome& outcome) {
-  const std::string failure = session.form1.StatusBar1.panel1;
+  const std::string failure = session.status.panel1;
   if (failure.empty())
     return;
   complain(failure);
-  session.form1.StatusBar1.panel1 = std::string();
+  session.status.panel1 = std::string();
   if (outcome.light == session::kGreen)
     outcome.light = session::kYellow;
 }
@@ -45,7 +42,7 @@ void add_failure_on_files(Session& session, batch::UserOutcome& outcome) {
 }  // namespace
 
 std::string_view light_of(const batch::UserOutcome& outcome) {
-  return outcome.light.empty() ? session::kYellow : outcome.light;
+  return outcome.light.empty() ? session::kYellow : std::string_view(outcome.light);
 }
 
 void RunCounts::add(std::string_view light, bool is_done) {
@@ -87,56 +84,50 @@ int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {
   return exit_code_of_light(counts.light());
 }
 
-RunProgress::RunProgress(Context& context, Session& session) : context_(context) {
+ConsoleView::ConsoleView(Context& context, Session& session) : context_(context), session_(session) {
   context.dialogs().before_text([this] { progress_.clear(); });
-  context.dialogs().on_events([&session] { session.import.ImportStopped = interrupted(); });
-  const auto show = [this](const controls::Label& label) {
-    return label.caption.watch([this, &label] { progress_.show(label.caption.get()); });
-  };
-  step_ = show(session.multi_user.Label3);
-  file_ = show(session.multi_user.progress);
 }
 
-RunProgress::~RunProgress() {
+ConsoleView::~ConsoleView() {
   progress_.clear();
   context_.dialogs().before_text({});
-  context_.dialogs().on_events({});
 }
 
-std::function<bool()> until_interrupted(Session& session) {
-  return [&session] {
-    session.platform.dialogs.DoEvents();
-    return !session.import.ImportStopped;
-  };
+void ConsoleView::status(std::string_view text) {
+  session_.status.panel1 = std::string(text);
 }
 
-RunCounts run_counted(Context& context, Session& session, RunCounts counts,
-                      const std::function<void(const batch::RunHooks& hooks)>& run,
+bool ConsoleView::going_on() {
+  session_.platform.dialogs.DoEvents();
+  return !interrupted();
+}
+
+RunCounts run_counted(Context& context, Session& session, RunCounts counts, bool rehearsed,
+                      const SelectionRun& run,
                       const std::function<void(const batch::UserOutcome& outcome)>& print) {
-  RunProgress progress(context, session);
+  ConsoleView view(context, session);
   batch::RunHooks hooks;
   hooks.goes_on_after_failure = true;
   hooks.done = [&](batch::UserOutcome outcome) {
-    progress.clear();
+    view.clear();
     add_failure_on_files(session, outcome);
     counts.add(outcome.light, outcome.done);
     // A rehearsal has already printed its steps.
-    if (!session.runs.rehearse || !outcome.done || outcome.light != session::kGreen)
+    if (!rehearsed || !outcome.done || outcome.light != session::kGreen)
       print(outcome);
   };
-  session.form1.StatusBar1.panel1 = std::string();
-  session.import.ImportStopped = interrupted();
-  run(hooks);
+  session.status.panel1 = std::string();
+  run(view, hooks);
   return counts;
 }
 
 int run_over_selection(Context& context, Session& session, const SelectionArguments& arguments,
-                       const std::function<void(const batch::RunHooks& hooks)>& run) {
+                       bool rehearsed, const SelectionRun& run) {
   const Found found = fill_selection(context, session, arguments);
   const RunCounts counts =
-      run_counted(context, session, {.unknown = found.unknown, .whole = found.whole}, run,
+      run_counted(context, session, {.unknown = found.unknown, .whole = found.whole}, rehearsed, run,
                   [&](const batch::UserOutcome& outcome) { print(context, session, outcome); });
-  return tell_counts(context, counts, static_cast<bool>(session.runs.rehearse));
+  return tell_counts(context, counts, rehearsed);
 }
 
 }  // namespace twk::cli

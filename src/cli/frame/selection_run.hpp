@@ -29,41 +29,48 @@ struct RunCounts {
 std::string dn_of_user(const session::Session& session, const std::string& path);
 /// The counts as the last result, { light, done, warned, failed, unknown, message }; returns the exit code.
 int tell_counts(Context& context, const RunCounts& counts, bool rehearsed = false);
-/// For a scope, shows a run's progress on a terminal and lets Ctrl-C stop the run.
-class RunProgress {
+
+/// A run on a terminal: a line that shows its progress. Ctrl-C stops the run.
+class ConsoleView : public session::RunView {
  public:
-  RunProgress(Context& context, session::Session& session);
-  RunProgress(const RunProgress&) = delete;
-  RunProgress& operator=(const RunProgress&) = delete;
-  ~RunProgress();
+  ConsoleView(Context& context, session::Session& session);
+  ConsoleView(const ConsoleView&) = delete;
+  ConsoleView& operator=(const ConsoleView&) = delete;
+  ~ConsoleView() override;
+
+  void status(std::string_view text) override;
+  void step(std::string_view caption) override { progress_.show(caption); }
+  void progress(int /*percent*/) override {}
+  void files(std::string_view text, int /*percent*/) override { progress_.show(text); }
+  bool going_on() override;
+
   /// Removes the line, so that a result can be written.
   void clear() { progress_.clear(); }
 
  private:
   Context& context_;
+  session::Session& session_;
   Progress progress_;
-  controls::Watch step_;
-  controls::Watch file_;
 };
+
+/// A run over the selection, with the view that it reports to and the hooks that let it go on after a
+/// failure.
+using SelectionRun = std::function<void(session::RunView& view, const batch::RunHooks& hooks)>;
 
 /// The light of a user about whom nothing was done is YELLOW.
 std::string_view light_of(const batch::UserOutcome& outcome);
-/// Runs a function of the multi-user window over the selection, passes it the hooks, and prints the outcome
-/// of each user; for a rehearsal only what would fail. Returns `counts` with those users added.
-RunCounts run_counted(Context& context, session::Session& session, RunCounts counts,
-                      const std::function<void(const batch::RunHooks& hooks)>& run,
+/// Runs over the selection and prints the outcome of each user; for a rehearsal only what would fail. Returns
+/// `counts` with those users added.
+RunCounts run_counted(Context& context, session::Session& session, RunCounts counts, bool rehearsed,
+                      const SelectionRun& run,
                       const std::function<void(const batch::UserOutcome& outcome)>& print);
 
-/// Fills the selection and runs a function of the multi-user window over it: passes it the hooks, which let
-/// it continue after a user who failed. Each user's outcome is a result, { user, dn, light, message
+/// Fills the selection and runs over it. Each user's outcome is a result, { user, dn, light, message
 /// }, and the counts are the last one, see `tell_counts`. A terminal shows the progress; Ctrl-C
 /// stops after the current user, and the counts say so.
 ///
 /// The exit code is that of the counts.
 int run_over_selection(Context& context, session::Session& session, const SelectionArguments& arguments,
-                       const std::function<void(const batch::RunHooks& hooks)>& run);
-
-/// Checks for Ctrl-C and returns whether to continue, for functions that ask before each user.
-std::function<bool()> until_interrupted(session::Session& session);
+                       bool rehearsed, const SelectionRun& run);
 
 }  // namespace twk::cli

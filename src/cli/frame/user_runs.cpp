@@ -1,12 +1,10 @@
 #include "cli/frame/user_runs.hpp"
 
-#include "cli/frame/selection_run.hpp"
 #include "cli/terminal/display.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
-#include "session/account_windows.hpp"
-#include "session/multi_user.hpp"
+#include "session/loaded_domain.hpp"
 
 namespace twk::cli {
 namespace {
@@ -36,9 +34,9 @@ std::string key_of_user(Context& context, const std::string& name) {
   return domain.active_directory ? "LDAP://" + domain.name + "/" + found : found;
 }
 
-int run_for_users(Context& context, Session& session, const std::vector<std::string>& names,
-                  const std::function<void(const batch::RunHooks& hooks)>& run) {
-  controls::ListView& selection = session.multi_user.ListView1;
+int run_for_users(Context& context, Session& session, const std::vector<std::string>& names, bool rehearsed,
+                  const SelectionRun& run) {
+  controls::ListView& selection = session.domain.selection;
   selection.clear();
   for (const std::string& name : names) {
     const std::string key = key_of_user(context, name);
@@ -46,10 +44,11 @@ int run_for_users(Context& context, Session& session, const std::vector<std::str
       selection.add(key, context.domain().active_directory ? name : key, "USER");
   }
   const bool several = selection.size() > 1;
-  const RunCounts counts = run_counted(
-      context, session, {}, run, [&context](const batch::UserOutcome& outcome) { print(context, outcome); });
+  const RunCounts counts =
+      run_counted(context, session, {}, rehearsed, run,
+                  [&context](const batch::UserOutcome& outcome) { print(context, outcome); });
   if (several)
-    return tell_counts(context, counts, static_cast<bool>(session.runs.rehearse));
+    return tell_counts(context, counts, rehearsed);
   if (interrupted())
     complain("stopped");
   return exit_code_of_light(counts.light());
@@ -68,8 +67,8 @@ void print_steps(Context& context) {
   context.rehearse([&context](const std::string& step) { print_step(context, step); });
 }
 
-void tell_trees(Context& context, Session& session) {
-  session.runs.rehearse = [&context](const std::string& step) { print_step(context, step); };
+void tell_trees(Context& context, session::RunTerms& terms) {
+  terms.rehearse = [&context](const std::string& step) { print_step(context, step); };
 }
 
 }  // namespace twk::cli

@@ -3,12 +3,8 @@
 #include "cli/frame/user_runs.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "cli/terminal/interrupt.hpp"
-#include "cli/terminal/progress.hpp"
 #include "cli/user/user_commands.hpp"
-#include "lifecycle/popup_commands.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
+#include "lifecycle/deletion/delete_profile.hpp"
 
 namespace twk::cli {
 namespace {
@@ -21,30 +17,40 @@ struct ProfileArguments {
   bool dry_run = false;
 };
 
+/// The progress line follows the status line, which work on files does not write.
+class StatusView final : public ConsoleView {
+ public:
+  StatusView(Context& context, session::Session& session)
+      : ConsoleView(context, session),
+        watch_(session.status.panel1.watch([this, &session] { step(session.status.panel1.get()); })) {}
+
+ private:
+  controls::Watch watch_;
+};
+
+bool delete_it(Context& context, session::Session& session, const lifecycle::ProfileOrder& order,
+               const ProfileArguments& arguments) {
+  StatusView view(context, session);
+  if (arguments.workstation.empty())
+    return lifecycle::delete_server_profile(session, order, view);
+  return lifecycle::delete_workstation_profile(session, order,
+                                               {arguments.workstation, arguments.kind == "nt40"}, view);
+}
+
 int delete_profile(Context& context, const ProfileArguments& arguments) {
   if (arguments.workstation.empty() != arguments.kind.empty())
     throw UsageError("--workstation and --kind belong together");
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
-  if (arguments.dry_run)
-    tell_trees(context, session);
-  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
   const controls::TreeNode& node = reach_user(context, session, arguments.name);
-  session.runs.WKS_Name = arguments.workstation;
-  session.runs.WKS_Is_NT40 = arguments.kind == "nt40";
-  Progress progress;
-  context.dialogs().before_text([&] { progress.clear(); });
-  context.dialogs().on_events([&] { session.import.ImportStopped = interrupted(); });
-  const auto& status = session.form1.StatusBar1.panel1;
-  const auto watch = status.watch([&] { progress.show(status.get()); });
-  const bool deleted = arguments.workstation.empty() ? lifecycle::Delete_Server_Profile(session, node)
-                                                     : lifecycle::delete_wks_profile(session, node);
-  progress.clear();
-  context.dialogs().before_text({});
-  context.dialogs().on_events({});
+  lifecycle::ProfileOrder order{node.text, node.key, {}};
+  order.terms.even_if_shared = consent_of(arguments.even_if_shared);
+  if (arguments.dry_run)
+    tell_trees(context, order.terms);
+  const bool deleted = delete_it(context, session, order, arguments);
   if (!deleted)
-    throw Refused(status.get());
+    throw Refused(session.status.panel1.get());
   if (arguments.dry_run)
     return kExitGreen;
   context.output().result({{"light", session::kGreen}, {"user", arguments.name}},

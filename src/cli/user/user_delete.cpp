@@ -1,5 +1,4 @@
 #include "batch/delete_users.hpp"
-#include "batch/multi_user_window.hpp"
 #include "cli/frame/mailbox_reader.hpp"
 #include "cli/frame/resource_session.hpp"
 #include "cli/frame/selection_run.hpp"
@@ -8,10 +7,8 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "cli/users/users_commands.hpp"
-#include "session/account_windows.hpp"
-#include "session/directory_windows.hpp"
+#include "lifecycle/deletion/delete_user.hpp"
 #include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "stores/template_store.hpp"
 
 namespace twk::cli {
@@ -46,30 +43,30 @@ void check(const DeleteArguments& arguments) {
     throw UsageError("--template and --path say which mailbox to delete: give --mail as well");
 }
 
-/// As spelled in the window's list. Raises `Refused` for a server that no site has.
+/// As a site spells it. Raises `Refused` for a server that no site has.
 std::string known_exchange_server(session::Session& session, const std::string& server) {
   if (server.empty())
     return server;
-  batch::MultiUser_Load(session);
-  return find_name("Exchange server of a site", server, session.multi_user.EX_Server.items());
+  return find_name("Exchange server of a site", server, lifecycle::mailbox_servers(session));
 }
 
-/// Ticks the boxes of the window's tab; the folders are found only through the shares.
-void tick(session::Session& session, const DeleteArguments& arguments) {
-  session::MultiUser& window = session.multi_user;
-  window.EX_Server.text = known_exchange_server(session, arguments.exchange_server);
-  const auto set = [](controls::CheckBox& box, bool on) { box.value = on ? 1 : 0; };
-  set(window.Del_Shares, arguments.shares || arguments.data);
-  set(window.Del_Permissions, arguments.take_ownership);
-  set(window.Delete_NT_Account, arguments.account);
-  set(window.Delete_Data, arguments.data);
-  set(window.Delete_Mail, arguments.mail);
-  set(window.Run_command, arguments.run_command);
-  set(window.No_Prompting, arguments.no_prompting || arguments.dry_run);
-  session.runs.Delete_Mail_Flag = arguments.mail;
-  session.runs.Delete_Data_Flag = arguments.data;
-  session.runs.Run_Command_Flag = arguments.run_command;
-  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
+/// The folders are found only through the shares.
+lifecycle::DeleteOrder order_of(Context& context, session::Session& session,
+                                const DeleteArguments& arguments) {
+  lifecycle::DeleteOrder order = lifecycle::delete_order(session::read_preferences(session));
+  order.shares = arguments.shares || arguments.data;
+  order.take_ownership = arguments.take_ownership;
+  order.account = arguments.account;
+  order.data = arguments.data;
+  order.mailbox = arguments.mail;
+  order.command = arguments.run_command;
+  order.mail.server = known_exchange_server(session, arguments.exchange_server);
+  order.mail.path = arguments.mail_path;
+  order.terms.silent = arguments.no_prompting || arguments.dry_run;
+  order.terms.even_if_shared = consent_of(arguments.even_if_shared);
+  if (arguments.dry_run)
+    tell_trees(context, order.terms);
+  return order;
 }
 
 /// What decides which mailbox to delete when the mail table alone does not.
@@ -78,35 +75,41 @@ void give_mail_options(Context& context, session::Session& session, const Delete
     stores::LoadTemplate(session,
                          find_name("template", arguments.mail_template, session.form1.nutemplate.items()));
   }
-  session.serach_mail.Path = arguments.mail_path;
   take_only_mailbox(context, session);
 }
 
-session::Session& prepare(Context& context, const DeleteArguments& arguments) {
+/// The session that the users are deleted in, and what is asked.
+struct Prepared {
+  session::Session& session;
+  lifecycle::DeleteOrder order;
+};
+
+Prepared prepare(Context& context, const DeleteArguments& arguments) {
   check(arguments);
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = resource_session(context);
-  tick(session, arguments);
+  lifecycle::DeleteOrder order = order_of(context, session, arguments);
   give_mail_options(context, session, arguments);
-  if (arguments.dry_run)
-    tell_trees(context, session);
-  session.runs.Delete_Running = true;
-  return session;
+  return {session, std::move(order)};
 }
 
 int delete_named(Context& context, const DeleteArguments& arguments) {
   if (!arguments.mail_path.empty() && arguments.selection.names.size() > 1)
     throw UsageError("--path is the mailbox of one user: give one name with it");
-  session::Session& session = prepare(context, arguments);
-  return run_for_users(context, session, arguments.selection.names,
-                       [&](const batch::RunHooks& hooks) { batch::delete_selection(session, hooks); });
+  const Prepared run = prepare(context, arguments);
+  return run_for_users(context, run.session, arguments.selection.names, arguments.dry_run,
+                       [&](session::RunView& view, const batch::RunHooks& hooks) {
+                         batch::delete_selection(run.session, run.order, view, hooks);
+                       });
 }
 
 int delete_selected(Context& context, const DeleteArguments& arguments) {
-  session::Session& session = prepare(context, arguments);
-  return run_over_selection(context, session, arguments.selection,
-                            [&](const batch::RunHooks& hooks) { batch::delete_selection(session, hooks); });
+  const Prepared run = prepare(context, arguments);
+  return run_over_selection(context, run.session, arguments.selection, arguments.dry_run,
+                            [&](session::RunView& view, const batch::RunHooks& hooks) {
+                              batch::delete_selection(run.session, run.order, view, hooks);
+                            });
 }
 
 void add_options(Command& command, DeleteArguments& arguments) {

@@ -7,9 +7,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "cli/users/users_commands.hpp"
-#include "session/account_windows.hpp"
 #include "session/form1.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {
@@ -28,45 +26,53 @@ struct MoveArguments {
   bool new_paths_anyway = false;
 };
 
-const std::map<std::string, int> kData = {{"move", 0}, {"copy", 1}, {"nothing", 2}};
+const std::map<std::string, lifecycle::MovedData> kData = {{"move", lifecycle::MovedData::kMove},
+                                                           {"copy", lifecycle::MovedData::kCopy},
+                                                           {"nothing", lifecycle::MovedData::kStays}};
 
-void fill(session::Session& session, const MoveArguments& arguments) {
-  session::MultiUser& window = session.multi_user;
-  const auto set = [](controls::CheckBox& box, bool on) { box.value = on ? 1 : 0; };
-  window.Multi_Site.text = find_name("site", arguments.site, session.form1.NUsitename.items());
-  window.Multi_Template.text =
-      find_name("template", arguments.template_name, session.form1.nutemplate.items());
-  window.UserData.index = kData.at(arguments.data);
-  set(window.Add_to_Groups, arguments.add_to_groups);
-  set(window.Change_Logon, arguments.change_logon);
-  set(window.Run_CMD, arguments.run_command);
-  set(window.No_Prompt, arguments.no_prompt || arguments.dry_run);
+lifecycle::MoveOrder order_of(Context& context, session::Session& session, const MoveArguments& arguments) {
+  lifecycle::MoveOrder order = lifecycle::move_order(session::read_preferences(session));
+  order.site = find_name("site", arguments.site, session.form1.NUsitename.items());
+  order.template_name = find_name("template", arguments.template_name, session.form1.nutemplate.items());
+  order.data = kData.at(arguments.data);
+  order.add_to_groups = arguments.add_to_groups;
+  order.change_logon = arguments.change_logon;
+  order.command = arguments.run_command;
+  order.terms.silent = arguments.no_prompt || arguments.dry_run;
+  order.terms.even_if_shared = consent_of(arguments.even_if_shared);
+  order.terms.new_paths_anyway = consent_of(arguments.new_paths_anyway);
+  if (arguments.dry_run)
+    tell_trees(context, order.terms);
+  return order;
 }
 
-session::Session& prepare(Context& context, const MoveArguments& arguments) {
+/// The session that the users are moved in, and what is asked.
+struct Prepared {
+  session::Session& session;
+  lifecycle::MoveOrder order;
+};
+
+Prepared prepare(Context& context, const MoveArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
-  fill(session, arguments);
-  if (arguments.dry_run)
-    tell_trees(context, session);
-  session.runs.Run_Command_Flag = arguments.run_command;
-  session.runs.Move_Running = true;
-  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
-  session.runs.new_paths_anyway = consent_of(arguments.new_paths_anyway);
-  return session;
+  return {session, order_of(context, session, arguments)};
 }
 
 int move_named(Context& context, const MoveArguments& arguments) {
-  session::Session& session = prepare(context, arguments);
-  return run_for_users(context, session, arguments.selection.names,
-                       [&](const batch::RunHooks& hooks) { batch::move_selection(session, hooks); });
+  const Prepared run = prepare(context, arguments);
+  return run_for_users(context, run.session, arguments.selection.names, arguments.dry_run,
+                       [&](session::RunView& view, const batch::RunHooks& hooks) {
+                         batch::move_selection(run.session, run.order, view, hooks);
+                       });
 }
 
 int move_selected(Context& context, const MoveArguments& arguments) {
-  session::Session& session = prepare(context, arguments);
-  return run_over_selection(context, session, arguments.selection,
-                            [&](const batch::RunHooks& hooks) { batch::move_selection(session, hooks); });
+  const Prepared run = prepare(context, arguments);
+  return run_over_selection(context, run.session, arguments.selection, arguments.dry_run,
+                            [&](session::RunView& view, const batch::RunHooks& hooks) {
+                              batch::move_selection(run.session, run.order, view, hooks);
+                            });
 }
 
 void add_options(Command& move, MoveArguments& arguments) {

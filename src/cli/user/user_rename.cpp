@@ -9,8 +9,6 @@
 #include "lifecycle/rename/rename_principal.hpp"
 #include "lifecycle/rename/rename_record.hpp"
 #include "lifecycle/rename/rename_user.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {
@@ -28,70 +26,66 @@ struct RenameArguments {
   bool dry_run = false;
 };
 
-/// Enters a given value into a field; the rest stays as the window shows it.
-void type(controls::TextBox& field, const std::optional<std::string>& text) {
+void set(std::string& name, const std::optional<std::string>& text) {
   if (text)
-    field.text = *text;
+    name = *text;
 }
 
-/// A name without a suffix keeps the account's own.
-void type_principal(session::RenameUser& window, const std::string& name) {
+/// A name without a suffix keeps the account's own, or gets the domain's.
+std::string principal_of(session::Session& session, const std::string& name, const std::string& before) {
   const lifecycle::PrincipalName principal = lifecycle::split_principal(name);
-  window.User_logon_name.text = principal.prefix;
-  if (principal.suffix.empty())
-    return;
-  const std::string suffix = lifecycle::find_suffix(window.AD_Domain.items(), principal.suffix);
-  if (suffix.empty()) {
-    std::string known;
-    for (const std::string& one : window.AD_Domain.items())
-      known += (known.empty() ? "" : ", ") + one;
-    throw UsageError("--upn: the forest has no suffix " + principal.suffix + "; it has " + known);
+  const std::string own = lifecycle::split_principal(before).suffix;
+  std::vector<std::string> suffixes = lifecycle::principal_suffixes(session);
+  if (!own.empty() && lifecycle::find_suffix(suffixes, own).empty())
+    suffixes.push_back(own);
+  std::string suffix = own.empty() ? suffixes.front() : own;
+  if (!principal.suffix.empty()) {
+    suffix = lifecycle::find_suffix(suffixes, principal.suffix);
+    if (suffix.empty()) {
+      std::string known;
+      for (const std::string& one : suffixes)
+        known += (known.empty() ? "" : ", ") + one;
+      throw UsageError("--upn: the forest has no suffix " + principal.suffix + "; it has " + known);
+    }
   }
-  window.AD_Domain.text = suffix;
+  return principal.prefix.empty() ? std::string() : principal.prefix + suffix;
 }
 
-bool rename_in_directory(session::Session& session, const RenameArguments& arguments) {
-  lifecycle::RenameUser_Load(session);
-  session::RenameUser& window = session.rename_user;
-  type(window.Logon_Name_pre2000, arguments.logon);
+session::RunOutcome rename_in_directory(session::Session& session, controls::TreeNode& node,
+                                        const RenameArguments& arguments, const session::RunTerms& terms,
+                                        session::RunView& view) {
+  lifecycle::RenameUserOrder order = lifecycle::rename_order(session, node);
+  set(order.names.logon, arguments.logon);
   if (arguments.upn)
-    type_principal(window, *arguments.upn);
-  type(window.Full_Name, arguments.full_name);
-  type(window.First_Name, arguments.first);
-  type(window.Last_Name, arguments.last);
-  type(window.Display_Name, arguments.display);
-  window.ReNameSD.value = arguments.rename_dirs ? 1 : 0;
-  if (arguments.full_name)
-    lifecycle::RenameUser_Full_Name_Change(session);
-  if (arguments.logon)
-    lifecycle::RenameUser_Logon_Name_pre2000_Change(session);
-  return lifecycle::RenameUser_Command2_Click(session);
+    order.names.principal = principal_of(session, *arguments.upn, order.principal_before);
+  set(order.names.full_name, arguments.full_name);
+  set(order.names.first, arguments.first);
+  set(order.names.last, arguments.last);
+  set(order.names.display, arguments.display);
+  order.full_name_changed = arguments.full_name.has_value();
+  order.logon_changed = arguments.logon.has_value();
+  order.folders = arguments.rename_dirs;
+  order.terms = terms;
+  if (lifecycle::has_refused_text(session, order.names))
+    return {};
+  return lifecycle::rename_user(session, node, order, view);
 }
 
-bool rename_in_nt(session::Session& session, const RenameArguments& arguments) {
+session::RunOutcome rename_in_nt(session::Session& session, controls::TreeNode& node,
+                                 const RenameArguments& arguments, const session::RunTerms& terms,
+                                 session::RunView& view) {
   if (arguments.upn || arguments.first || arguments.last || arguments.display)
     throw UsageError("an account of this domain has only a logon name and a full name");
-  lifecycle::Rename_NT_Load(session);
-  session::Rename_NT& window = session.rename_nt;
-  type(window.User_Logon, arguments.logon);
-  type(window.Full_Name, arguments.full_name);
-  window.RenameDir.value = arguments.rename_dirs ? 1 : 0;
-  if (arguments.logon)
-    lifecycle::Rename_NT_User_Logon_Change(session);
-  if (arguments.full_name)
-    lifecycle::Rename_NT_Full_Name_Change(session);
-  return lifecycle::Rename_NT_OKButton_Click(session);
-}
-
-/// The first row of the worst light that the operation added to the log tab.
-const controls::ListRow* worst_row(const session::Session& session, std::size_t rows) {
-  const controls::ListView& log = session.form1.ListView1;
-  const controls::ListRow* worst = nullptr;
-  for (std::size_t i = rows; i < log.size(); ++i) {
-    if (worst == nullptr || exit_code_of_light(log.at(i).icon) > exit_code_of_light(worst->icon))
-      worst = &log.at(i);
-  }
-  return worst;
+  lifecycle::RenameNtOrder order = lifecycle::rename_order_nt(session, node);
+  set(order.logon, arguments.logon);
+  set(order.full_name, arguments.full_name);
+  order.logon_changed = arguments.logon.has_value();
+  order.full_name_changed = arguments.full_name.has_value();
+  order.folders = arguments.rename_dirs;
+  order.terms = terms;
+  if (lifecycle::has_refused_text(session, order))
+    return {};
+  return lifecycle::rename_nt(session, node, order, view);
 }
 
 /// The user of that name, or the one who had it before an interrupted renaming.
@@ -110,39 +104,31 @@ controls::TreeNode& reach_renamed_user(Context& context, session::Session& sessi
   }
 }
 
-session::Session& open_session(Context& context, const RenameArguments& arguments) {
-  if (arguments.dry_run)
-    print_steps(context);
-  session::Session& session = context.session(Depth::kDomain);
-  if (arguments.dry_run)
-    tell_trees(context, session);
-  session.runs.even_if_shared = consent_of(arguments.even_if_shared);
-  return session;
-}
-
 int rename_user(Context& context, const RenameArguments& arguments) {
   if (!arguments.logon && !arguments.upn && !arguments.full_name && !arguments.first && !arguments.last &&
       !arguments.display)
     throw UsageError("say what to change: --logon, --upn, --full-name, --first, --last or --display");
-  session::Session& session = open_session(context, arguments);
+  if (arguments.dry_run)
+    print_steps(context);
+  session::Session& session = context.session(Depth::kDomain);
+  session::RunTerms terms{.even_if_shared = consent_of(arguments.even_if_shared)};
+  if (arguments.dry_run)
+    tell_trees(context, terms);
   controls::TreeNode& node = reach_renamed_user(context, session, arguments.name);
-  session.form1.TreeView1.select(&node);
   const std::string old_text = node.text;
-  const std::size_t rows = session.form1.ListView1.size();
-  bool renamed = false;
+  session::RunOutcome outcome;
   act(session, [&] {
-    renamed = context.domain().active_directory ? rename_in_directory(session, arguments)
-                                                : rename_in_nt(session, arguments);
+    ConsoleView view(context, session);
+    outcome = context.domain().active_directory ? rename_in_directory(session, node, arguments, terms, view)
+                                                : rename_in_nt(session, node, arguments, terms, view);
   });
-  const controls::ListRow* const row = worst_row(session, rows);
-  if (!renamed && row == nullptr)
+  if (!outcome.done && outcome.light.empty())
     throw Refused(old_text + " was not renamed.");
-  const std::string_view light = row == nullptr ? session::kGreen : std::string_view(row->icon);
+  const std::string_view light = outcome.light.empty() ? session::kGreen : std::string_view(outcome.light);
   const bool green = light == session::kGreen;
   if (green && arguments.dry_run)
     return kExitGreen;
-  const std::string message =
-      green ? old_text + " is " + node.text + " now" : std::string(base::trim(row->text));
+  const std::string message = green ? old_text + " is " + node.text + " now" : outcome.message;
   context.output().result({{"light", light}, {"message", message}, {"user", node.text}, {"was", old_text}},
                           context.output().light(light) + "  " + message);
   return exit_code_of_light(light);

@@ -5,8 +5,9 @@
 #include "cli/terminal/input.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "cli/user/user_commands.hpp"
-#include "lifecycle/popup_commands.hpp"
+#include "lifecycle/account/password_reset.hpp"
 #include "session/form1.hpp"
+#include "session/preferences.hpp"
 
 namespace twk::cli {
 namespace {
@@ -19,16 +20,16 @@ struct ResetArguments {
 
 int reset_one(Context& context, session::Session& session, const std::string& name) {
   const controls::TreeNode& node = reach_user(context, session, name);
-  const bool done = lifecycle::Reset_Password(session, node);
-  const std::vector<std::string> reasons = session.log.take_reasons();
-  const bool asked_no = !done && reasons.empty();
-  const std::string_view light = done ? session::kGreen : asked_no ? session::kYellow : session::kRed;
-  const std::string message = done       ? "Password Reset For " + node.text
-                              : asked_no ? "Password not reset for " + node.text
-                                         : reasons.front();
+  const session::RunOutcome outcome = lifecycle::reset_password(
+      session, {node.text, node.key, session::read_preferences(session).confirm_resets});
+  const bool asked_no = outcome.light.empty();
+  const std::string_view light = asked_no ? session::kYellow : std::string_view(outcome.light);
+  const std::string message = outcome.done ? outcome.message
+                              : asked_no   ? "Password not reset for " + node.text
+                                           : outcome.warnings.front();
   context.output().result({{"user", name}, {"light", light}, {"message", message}},
                           context.output().light(light) + "  " + message);
-  session.form1.StatusBar1.panel1 = "Ready.";
+  session.status.panel1 = "Ready.";
   return exit_code_of_light(light);
 }
 

@@ -6,7 +6,6 @@
 #include "cli/terminal/input.hpp"
 #include "cli/users/users_commands.hpp"
 #include "session/form1.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::cli {
 namespace {
@@ -46,10 +45,11 @@ void take_password(Context& context, session::Session& session, const PasswordSo
 int change(Context& context, const Arguments& arguments, AccountFunction function) {
   session::Session& session = resource_session(context);
   take_password(context, session, arguments.password);
-  session.multi_user.ctrChangePswd.value = arguments.change_at_logon ? 1 : 0;
-  return run_over_selection(context, session, arguments.selection, [&](const batch::RunHooks& hooks) {
-    batch::change_accounts(session, function, until_interrupted(session), hooks);
-  });
+  return run_over_selection(
+      context, session, arguments.selection, false,
+      [&](session::RunView& view, const batch::RunHooks& hooks) {
+        batch::change_accounts(session, {function, arguments.change_at_logon}, view, hooks);
+      });
 }
 
 int unlock(Context& context, const Arguments& arguments) {
@@ -57,10 +57,10 @@ int unlock(Context& context, const Arguments& arguments) {
     throw UsageError("a password is for --reset-passwords: give that as well");
   session::Session& session = resource_session(context);
   take_password(context, session, arguments.password);
-  session.multi_user.Unlock_Reset.value = arguments.reset ? 1 : 0;
-  return run_over_selection(context, session, arguments.selection, [&](const batch::RunHooks& hooks) {
-    batch::unlock_accounts(session, until_interrupted(session), hooks);
-  });
+  return run_over_selection(context, session, arguments.selection, false,
+                            [&](session::RunView& view, const batch::RunHooks& hooks) {
+                              batch::unlock_accounts(session, arguments.reset, view, hooks);
+                            });
 }
 
 Command* add_function(Command& users, Context& context, const char* name, const char* what,

@@ -4,13 +4,11 @@
 #include "cli/frame/selection_run.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "cli/terminal/interrupt.hpp"
-#include "cli/terminal/progress.hpp"
 #include "cli/users/users_commands.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/loading/nt_load.hpp"
 #include "platform/adsi.hpp"
-#include "session/multi_user.hpp"
+#include "session/loaded_domain.hpp"
 
 namespace twk::cli {
 namespace {
@@ -29,7 +27,7 @@ void load_users(Session& session) {
 
 /// The hits in list order.
 std::vector<Json> hits(const Session& session) {
-  const controls::ListView& list = session.multi_user.ListView1;
+  const controls::ListView& list = session.domain.selection;
   const std::string prefix = "LDAP://" + session.DomainName + "/";
   std::vector<Json> rows;
   rows.reserve(list.size());
@@ -41,22 +39,28 @@ std::vector<Json> hits(const Session& session) {
   return rows;
 }
 
+class SearchView final : public ConsoleView {
+ public:
+  SearchView(Context& context, Session& session, std::size_t all)
+      : ConsoleView(context, session), all_(all) {}
+
+  void progress(int percent) override {
+    step("Looking at " + std::to_string(all_) + " users: " + std::to_string(percent) + " %");
+  }
+
+ private:
+  std::size_t all_;
+};
+
 int find(Context& context, const std::function<bool(Session& session, const ObjectPtr&)>& is_hit) {
   Session& session = resource_session(context);
   load_users(session);
-  const std::size_t all = session.multi_user.ListView2.size();
-  Progress progress;
-  context.dialogs().on_events([&] { session.import.ImportStopped = interrupted(); });
-  const auto watch = session.multi_user.ProgressBar1.value.watch([&] {
-    progress.show("Looking at " + std::to_string(all) +
-                  " users: " + std::to_string(session.multi_user.ProgressBar1.value) + " %");
-  });
+  const std::size_t all = session.domain.users.size();
+  SearchView view(context, session, all);
   std::size_t found = 0;
   const bool whole = batch::find_accounts(
-      session, [&](const ObjectPtr& account) { return is_hit(session, account); }, until_interrupted(session),
-      found);
-  progress.clear();
-  context.dialogs().on_events({});
+      session, [&](const ObjectPtr& account) { return is_hit(session, account); }, view, found);
+  view.clear();
   if (found > 0)
     context.output().table(kColumns, hits(session));
   complain(std::to_string(found) + " of " + std::to_string(all) + " users found" +

@@ -6,8 +6,7 @@
 #include "batch/property_file.hpp"
 #include "batch/schema_properties.hpp"
 #include "cli/terminal/display.hpp"
-#include "session/ad_properties.hpp"
-#include "session/multi_user.hpp"
+#include "session/loaded_domain.hpp"
 
 #include <utility>
 #include "cli/frame/resource_session.hpp"
@@ -21,7 +20,7 @@
 namespace twk::cli {
 namespace {
 
-using session::PropertyOutcome;
+using batch::PropertyOutcome;
 using session::Session;
 
 struct Arguments {
@@ -44,30 +43,28 @@ bool takes_values_from_file(const Arguments& arguments) {
   return true;
 }
 
-/// Sets property and mode in the window's tab, as spelled there for this domain.
-void choose_property(Session& session, const Arguments& arguments) {
+/// The property as spelled for this domain, and the mode.
+batch::PropertyOrder order_of(Session& session, const Arguments& arguments) {
   if (!session::is_active_directory(session))
     throw Refused(session.DomainName +
                   " is not an Active Directory domain: its users have no such properties.");
-  session::ADProperties& tab = session.ad_properties;
-  batch::fill_properties(session);
-  std::vector<std::string> names = tab.AD_Properties.items();
-  if (const auto number = batch::terminal_server_number(arguments.property))
-    tab.AD_Properties.text = names.at(static_cast<std::size_t>(*number) - 1);
-  else
-    tab.AD_Properties.text = find_name("property of users", arguments.property, names);
-  batch::AD_Properties_Click(session);
-  if (tab.Syntax.caption.get().empty())
-    throw Refused(session.multi_user.Label3.caption);
-  if (arguments.append && !tab.multi_value)
-    throw UsageError(tab.AD_Properties.text.get() +
-                     " has a single value: --append is for those with several");
-  controls::choose(tab.AD_Append, tab.AD_Replace, arguments.append);
+  std::vector<std::string> names;
+  batch::read_property_names(session, [&names](std::string name) { names.push_back(std::move(name)); });
+  const auto number = batch::terminal_server_number(arguments.property);
+  const std::string name = number ? names.at(static_cast<std::size_t>(*number) - 1)
+                                  : find_name("property of users", arguments.property, names);
+  batch::PropertyOrder order;
+  base::Trap trap;
+  if (!trap([&] { order.property = batch::look_up_property(session, name); }))
+    throw Refused("\"" + name + "\" is not a property: " + trap.description());
+  if (arguments.append && !order.property.multi_valued)
+    throw UsageError(name + " has a single value: --append is for those with several");
+  order.append = arguments.append;
+  return order;
 }
 
-void check_value(const Session& session, const std::string& value) {
-  const std::string& property = session.ad_properties.AD_Properties.text;
-  const std::string fault = batch::value_fault(session, value);
+void check_value(const std::string& property, const std::string& value) {
+  const std::string fault = batch::value_fault(property, value);
   if (!fault.empty())
     throw UsageError(property + ": " + fault);
   if (value.empty() && !batch::terminal_server_number(property))
@@ -78,34 +75,38 @@ std::string_view light_of(const PropertyOutcome& outcome) {
   return outcome.changed ? session::kGreen : session::kRed;
 }
 
-std::string message_of(const Session& session, const PropertyOutcome& outcome) {
+std::string message_of(const std::string& property, const PropertyOutcome& outcome) {
   if (outcome.skipped)
     return "There is no user \"" + outcome.user + "\".";
-  return outcome.changed ? session.ad_properties.AD_Properties.text.get() + " is \"" + outcome.value + "\""
-                         : outcome.reason;
+  return outcome.changed ? property + " is \"" + outcome.value + "\"" : outcome.reason;
 }
 
 /// A run that could not continue is not a success, however it began.
-int exit_code_of(const Session& session, int exit_code) {
-  if (session.ad_properties.failure.empty())
+int exit_code_of(const batch::PropertyCounts& run, int exit_code) {
+  if (run.failure.empty())
     return exit_code;
-  complain(session.ad_properties.failure);
+  complain(run.failure);
   return kExitRed;
 }
 
-int change_selected(Context& context, Session& session, const Arguments& arguments) {
-  check_value(session, *arguments.value);
-  session.multi_user.AD_CHANGE.text = *arguments.value;
-  const int exit_code =
-      run_over_selection(context, session, arguments.selection, [&](const batch::RunHooks& hooks) {
-        session.ad_properties.user_done = [&](const PropertyOutcome& outcome) {
-          hooks.done(
-              {outcome.user, outcome.path, light_of(outcome), message_of(session, outcome), outcome.changed});
+int change_selected(Context& context, Session& session, batch::PropertyOrder order,
+                    const Arguments& arguments) {
+  const std::string& property = order.property.name;
+  check_value(property, *arguments.value);
+  batch::PropertyCounts counts;
+  const int exit_code = run_over_selection(
+      context, session, arguments.selection, false,
+      [&](session::RunView& view, const batch::RunHooks& hooks) {
+        if (session.domain.selection.empty())
+          return;
+        order.user_done = [&](const PropertyOutcome& outcome) {
+          hooks.done({{std::string(light_of(outcome)), message_of(property, outcome), outcome.changed, {}},
+                      outcome.user,
+                      outcome.path});
         };
-        batch::CHANGE_AD_Click(session);
-        session.ad_properties.user_done = {};
+        counts = batch::change_selection(session, order, *arguments.value, view);
       });
-  return exit_code_of(session, exit_code);
+  return exit_code_of(counts, exit_code);
 }
 
 /// Finds users by any of their names, each name once.
@@ -134,9 +135,10 @@ class Finder {
   std::map<std::string, std::optional<std::string>> found_;  ///< by name in capitals
 };
 
-void print_line(Context& context, const Session& session, const PropertyOutcome& outcome) {
+void print_line(Context& context, const Session& session, const std::string& property,
+                const PropertyOutcome& outcome) {
   const std::string_view light = light_of(outcome);
-  const std::string message = message_of(session, outcome);
+  const std::string message = message_of(property, outcome);
   context.output().result({{"line", outcome.line},
                            {"user", outcome.user},
                            {"dn", dn_of_user(session, outcome.path)},
@@ -148,31 +150,32 @@ void print_line(Context& context, const Session& session, const PropertyOutcome&
                               printable(message));
 }
 
-int change_from_file(Context& context, Session& session, const std::string& file) {
+int change_from_file(Context& context, Session& session, batch::PropertyOrder order,
+                     const std::string& file) {
   const std::string bytes = read_input(file);
   const std::string title = file == "-" ? "standard input" : file;
   RunCounts counts;
-  RunProgress progress(context, session);
-  session.ad_properties.user_done = [&](const PropertyOutcome& outcome) {
-    progress.clear();
+  ConsoleView view(context, session);
+  order.user_done = [&](const PropertyOutcome& outcome) {
+    view.clear();
     if (outcome.skipped)
       ++counts.unknown;
     else
       counts.add(light_of(outcome), outcome.changed);
-    print_line(context, session, outcome);
+    print_line(context, session, order.property.name, outcome);
   };
-  batch::change_from_file(session, title, bytes, {.find = Finder(context.domain()), .strict = true});
-  session.ad_properties.user_done = {};
-  progress.clear();
-  return exit_code_of(session, tell_counts(context, counts));
+  const batch::PropertyCounts run = batch::change_from_file(
+      session, order, title, bytes, view, {.find = Finder(context.domain()), .strict = true});
+  view.clear();
+  return exit_code_of(run, tell_counts(context, counts));
 }
 
 int set_attribute(Context& context, const Arguments& arguments) {
   const bool from_file = takes_values_from_file(arguments);
   Session& session = resource_session(context);
-  choose_property(session, arguments);
-  return from_file ? change_from_file(context, session, arguments.selection.files.front())
-                   : change_selected(context, session, arguments);
+  const batch::PropertyOrder order = order_of(session, arguments);
+  return from_file ? change_from_file(context, session, order, arguments.selection.files.front())
+                   : change_selected(context, session, order, arguments);
 }
 
 }  // namespace

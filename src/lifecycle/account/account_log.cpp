@@ -11,6 +11,7 @@
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
+#include "session/preferences.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {
@@ -38,7 +39,7 @@ void prepare_failure(Session& session, std::string_view status, std::string_view
 }
 
 void report_stopped(Session& session, const base::RuntimeError& failure) {
-  session.multi_user.Label3.caption = session.Error_Status_Text;
+  session.run.view().step(session.Error_Status_Text);
   session.log.line(session.Error_Log_Text);
   session.log.line("Error Number: " + base::to_text(failure.number()));
   session.log.reason(base::in_words(failure));
@@ -65,12 +66,11 @@ void remove_from_views(Session& session, std::string_view key) {
 }
 
 bool run_account_command(Session& session, std::string_view label, const std::vector<std::string>& words,
-                         std::size_t which, std::string_view failure) {
-  const session::Form1& form = session.form1;
+                         const session::CommandSetting& command, std::string_view failure) {
   session.log.line(std::string(label) + creation::shown_command(words));
-  const std::int16_t window_style = form.Run_Hidden.at(which).on() ? 0 : 1;
+  const std::int16_t window_style = command.hidden ? 0 : 1;
   const creation::clsShell shell(session.platform.process);
-  const platform::ProgramResult result = shell.Spawn(words, form.Wait_NEW.at(which).on(), window_style);
+  const platform::ProgramResult result = shell.Spawn(words, command.wait, window_style);
   if (result.failure.empty())
     return true;
   session.log.reason(failure, result.failure);

@@ -9,8 +9,9 @@ namespace twk::base {
 class RuntimeError;
 }
 namespace twk::session {
+struct CommandSetting;
 struct Session;
-}
+}  // namespace twk::session
 
 namespace twk::lifecycle {
 
@@ -24,9 +25,10 @@ void prepare_failure(session::Session& session, std::string_view status, std::st
 /// Removes a user from the tree and the two lists of users: by key in Active Directory, otherwise by text.
 void remove_from_views(session::Session& session, std::string_view key);
 
-/// Runs the command and logs it. False, with the reason in the log and a beep, when it could not be started
-/// or failed.
+/// Runs the words of a command and logs them. False, with the reason in the log and a beep, when it could not
+/// be started or failed.
 bool run_account_command(session::Session& session, std::string_view label,
-                         const std::vector<std::string>& words, std::size_t which, std::string_view failure);
+                         const std::vector<std::string>& words, const session::CommandSetting& command,
+                         std::string_view failure);
 
 }  // namespace twk::lifecycle

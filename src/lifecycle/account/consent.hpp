@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "session/account_windows.hpp"
+#include "session/current_run.hpp"
 
 namespace twk::session {
 struct Session;

@@ -4,8 +4,6 @@
 #include "lifecycle/trees/file_operation.hpp"
 #include "resources/account_lookup.hpp"
 #include "resources/file_permission.hpp"
-#include "session/account_windows.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -19,8 +17,8 @@ void take_tree(DeleteRun& run, const UserFolder& folder) {
   base::Trap trap;
   trap([&] {
     const TreePath own = require_own_tree(session, folder.data, owner_of(run, folder));
-    if (session.runs.rehearse)
-      return session.runs.rehearse("Take ownership of " + own.text() + " and all below it");
+    if (session.run.terms.rehearse)
+      return session.run.terms.rehearse("Take ownership of " + own.text() + " and all below it");
     std::string server = own.server;
     const resources::TreeOutcome outcome = resources::take_tree(session, server, own.text(), kAdministrators);
     if (outcome.refused != 0)
@@ -33,12 +31,12 @@ void take_tree(DeleteRun& run, const UserFolder& folder) {
 void take_ownership(DeleteRun& run, const UserFolder& folder, std::string_view question) {
   Session& session = run.session;
   const auto wanted = [&] {
-    return session.multi_user.No_Prompting.on() ||
+    return session.run.terms.silent ||
            session.platform.dialogs.MsgBox(std::string(question) + "\r\n" + folder.data,
                                            platform::Buttons::kYesNo, platform::Icon::kQuestion,
                                            "Taking Ownership:") == platform::Answer::kYes;
   };
-  if (!session.multi_user.Del_Permissions.on() || !wanted())
+  if (!run.order.take_ownership || !wanted())
     return;
   session.log.line("Setting Administrators permissions on " + folder.data + " and all sub directories");
   take_tree(run, folder);
@@ -53,7 +51,7 @@ void delete_folder(DeleteRun& run, const UserFolder& folder, std::string_view qu
     return session.log.reason("Error Deleting: " + folder.data + ", which does not exist");
   }
   take_ownership(run, folder, question);
-  session.multi_user.Label3.caption = "Deleting " + folder.data;
+  session.run.view().step("Deleting " + folder.data);
   if (File_Operation(session, folder.data, {}, FileWork::kDelete, owner_of(run, folder)))
     return session.log.line("Deleted Dir: " + folder.data);
   session.log.reason("Error Deleting: " + folder.data);

@@ -1,13 +1,13 @@
+#include "lifecycle/deletion/delete_user.hpp"
+
+#include <algorithm>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "lifecycle/account/account_log.hpp"
 #include "lifecycle/deletion/delete_run.hpp"
 #include "records/record_file.hpp"
-#include "session/account_windows.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
 #include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 
@@ -27,27 +27,27 @@ std::optional<records::SiteRecord> find_exchange_site(Session& session, std::str
   return search.found ? std::optional(records::decode_site(search.bytes)) : std::nullopt;
 }
 
-bool is_in_store(const Session& session) {
-  return base::equals_fold(session.multi_user.EX_Server.text.get(), "Exchange 2000");
+bool is_in_store(const DeleteRun& run) {
+  return base::equals_fold(run.order.mail.server, kStoreOfTheAccount);
 }
 
 mail::MailboxDeletion mailbox_request(const DeleteRun& run) {
   Session& session = run.session;
-  const std::string& server = session.multi_user.EX_Server.text;
+  const std::string& server = run.order.mail.server;
   const auto site = find_exchange_site(session, server);
   if (!site)
     base::raise(base::error::kOutOfBounds, "No site has the Exchange server " + server);
   mail::MailboxDeletion request;
   request.SamName = run.logon_name;
-  request.AdminName = session.form1.txtAdmin.text.get();
-  request.AdminPassword = session.form1.txtPassword.text.get();
+  request.AdminName = run.order.mail.administrator.name;
+  request.AdminPassword = run.order.mail.administrator.password;
   request.place = {.Server = site->ExchangeServer, .Site = site->ExchangeSite, .Org = site->ExchangeOrg};
-  request.path = session.serach_mail.Path;
+  request.path = run.order.mail.path;
   return request;
 }
 
 bool delete_mailbox(DeleteRun& run) {
-  if (is_in_store(run.session))
+  if (is_in_store(run))
     return mail::DeleteMailbox2000(run.session, run.user);
   return mail::delete_found_mailbox(run.session, run.mail_request, run.mailbox);
 }
@@ -55,20 +55,34 @@ bool delete_mailbox(DeleteRun& run) {
 /// What a rehearsal says instead of deleting; false for a missing mailbox, which would fail.
 bool rehearse(DeleteRun& run) {
   Session& session = run.session;
-  const bool stored = is_in_store(session);
-  if (!session.runs.rehearse || !(stored ? mail::has_stored_mailbox(*run.user) : run.mailbox.there))
+  const bool stored = is_in_store(run);
+  if (!session.run.terms.rehearse || !(stored ? mail::has_stored_mailbox(*run.user) : run.mailbox.there))
     return false;
-  session.runs.rehearse("Delete the mailbox of " + run.logon_name + " on " +
-                        session.multi_user.EX_Server.text.get() +
-                        (stored ? std::string() : ": " + path_of(run.mailbox)));
+  session.run.terms.rehearse("Delete the mailbox of " + run.logon_name + " on " + run.order.mail.server +
+                             (stored ? std::string() : ": " + path_of(run.mailbox)));
   return true;
 }
 
 }  // namespace
 
+std::vector<std::string> mailbox_servers(Session& session) {
+  std::vector<std::string> servers{std::string(kStoreOfTheAccount)};
+  records::RecordFile::open_read(session.platform.files, stores::database_path(session, stores::kSiteFile),
+                                 records::kSiteRecordSize)
+      .search([&](std::string_view bytes) {
+        std::string server;
+        if (!records::is_deleted(bytes))
+          server = base::trim(records::decode_site(bytes).ExchangeServer);
+        if (!server.empty() && std::find(servers.begin(), servers.end(), server) == servers.end())
+          servers.push_back(std::move(server));
+        return false;
+      });
+  return servers;
+}
+
 void decide_mailbox(DeleteRun& run) {
   Session& session = run.session;
-  if (!session.runs.Delete_Mail_Flag || is_in_store(session))
+  if (!run.order.mailbox || is_in_store(run))
     return;
   const std::string failure =
       "Nothing Deleted of " + run.display_name + ": Unable to decide which mailbox to delete";

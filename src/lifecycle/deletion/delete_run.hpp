@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lifecycle/deletion/delete_order.hpp"
 #include "lifecycle/trees/own_tree.hpp"
 #include "mail/delete_mailbox.hpp"
 #include "platform/directory.hpp"
@@ -36,6 +37,7 @@ struct GoingShare {
 
 struct DeleteRun {
   session::Session& session;
+  const DeleteOrder& order;
   std::string key;
   platform::ObjectPtr user = {};
   std::string logon_name = {};

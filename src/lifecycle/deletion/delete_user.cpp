@@ -8,20 +8,17 @@
 #include "lifecycle/deletion/delete_run.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {
 
 using session::Session;
 
-bool is_wanted(Session& session, std::string_view key) {
-  if (!session.form1.Confirm_Deletes.on() || session.multi_user.No_Prompting.on())
+bool is_wanted(Session& session, const DeleteOrder& order, std::string_view key) {
+  if (!order.confirm || order.terms.silent)
     return true;
-  session.multi_user.Label3.caption = std::string("Delete User ?");
+  session.run.view().step("Delete User ?");
   return session.platform.dialogs.MsgBox("Delete User " + std::string(key), platform::Buttons::kYesNo,
                                          platform::Icon::kQuestion, "Delete User") == platform::Answer::kYes;
 }
@@ -46,7 +43,7 @@ void bind_user(DeleteRun& run) {
 
 void delete_account(DeleteRun& run) {
   Session& session = run.session;
-  if (!session.multi_user.Delete_NT_Account.on())
+  if (!run.order.account)
     return session.log.line("Not Deleting User NT account");
   const std::string failure = "Unable to Delete User " + run.display_name;
   prepare_failure(session, failure, failure);
@@ -59,17 +56,17 @@ void delete_account(DeleteRun& run) {
   run.deleted = true;
   run.DeletedName = run.key;
   folder_use(session)->forget_account(run.logon_name);
-  if (!session.runs.rehearse)
+  if (!session.run.terms.rehearse)
     remove_from_views(session, run.key);
 }
 
 void run_script(DeleteRun& run) {
   Session& session = run.session;
-  const std::string& script = session.form1.Delete_Script.text;
-  if (!session.runs.Run_Command_Flag || script.empty())
+  const std::string& script = run.order.script.text;
+  if (!run.order.command || script.empty())
     return;
   prepare_failure(session, "Error Running Command...", "Error Running Command ");
-  session.multi_user.Label3.caption = std::string("Running Script...");
+  session.run.view().step("Running Script...");
   const std::vector<std::string> words = creation::fill_words(session, script, [&](std::string word) {
     return format::Filling(session, std::move(word))
         .tag("%Domain%", session.DomainName)
@@ -77,55 +74,75 @@ void run_script(DeleteRun& run) {
         .take();
   });
   const std::string failure = "Error Running: " + creation::shown_command(words);
-  run.Success &= run_account_command(session, "Running Script: ", words, 2, failure);
+  run.Success &= run_account_command(session, "Running Script: ", words, run.order.script, failure);
 }
 
 void tell_end(DeleteRun& run) {
   Session& session = run.session;
-  const bool account = session.multi_user.Delete_NT_Account.on();
+  const bool account = run.order.account;
   session.log.line(account ? "User Deleted." : "Delete Function Completed.");
   session.log.close();
   const std::string_view light = run.Success ? session::kGreen : session::kYellow;
   const bool active_directory = session::is_active_directory(session);
   if (account && !active_directory)
-    session.multi_user.Label3.caption = "User " + run.display_name + " Deleted.";
+    session.run.view().step("User " + run.display_name + " Deleted.");
   session::LOG_TAB(session, light,
                    " User " + run.display_name +
                        (active_directory && !account ? " delete function completed." : " deleted."));
 }
 
+void delete_steps(DeleteRun& run) {
+  bind_user(run);
+  if (run.order.shares)
+    find_folders(run);
+  decide_mailbox(run);
+  if (run.order.shares)
+    delete_shares(run);
+  if (run.order.mailbox)
+    delete_mail(run);
+  delete_account(run);
+  if (run.order.data)
+    delete_folders(run);
+  run_script(run);
+  run.user.reset();
+  tell_end(run);
+}
+
 }  // namespace
 
-bool Delete_One_User(Session& session, std::string_view UserKey) {
-  if (!session.runs.Delete_Running || !is_wanted(session, UserKey))
-    return false;
+DeleteOrder delete_order(const session::Preferences& preferences) {
+  DeleteOrder order;
+  order.confirm = preferences.confirm_deletes;
+  order.through_drive_shares = preferences.through_drive_shares;
+  order.profile_named_by_user = preferences.profile_named_by_user;
+  order.mail.administrator = preferences.mail_administrator;
+  order.script = preferences.delete_command;
+  return order;
+}
+
+session::RunOutcome Delete_One_User(Session& session, std::string_view UserKey, const DeleteOrder& order,
+                                    session::RunView& view) {
+  const session::RunScope scope(session, order.terms, view);
+  session.log.take_rows();
+  session.log.take_told();
+  if (!is_wanted(session, order, UserKey))
+    return {};
   const KnownFolders known(session);
-  DeleteRun run{.session = session, .key = std::string(UserKey)};
-  session.multi_user.Label3.caption = std::string("Deleting User(s)");
+  DeleteRun run{.session = session, .order = order, .key = std::string(UserKey)};
+  view.step("Deleting User(s)");
   session.log.begin_block();
   session.log.line("Delete User: " + run.key);
   prepare_failure(session, "Unable to get Domain Data...",
                   "Unable to get user info from Domain, User:" + run.key);
   try {
-    bind_user(run);
-    const bool shares = session.multi_user.Del_Shares.on();
-    if (shares)
-      find_folders(run);
-    decide_mailbox(run);
-    if (shares)
-      delete_shares(run);
-    if (session.runs.Delete_Mail_Flag)
-      delete_mail(run);
-    delete_account(run);
-    if (session.runs.Delete_Data_Flag)
-      delete_folders(run);
-    run_script(run);
-    run.user.reset();
-    tell_end(run);
+    delete_steps(run);
   } catch (const base::RuntimeError& failure) {
     report_stopped(session, failure);
   }
-  return run.deleted;
+  session::RunOutcome outcome = session::take_outcome(session.log);
+  outcome.done = run.deleted ||
+                 (!order.account && (outcome.light == session::kGreen || outcome.light == session::kYellow));
+  return outcome;
 }
 
 }  // namespace twk::lifecycle

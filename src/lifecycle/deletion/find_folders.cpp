@@ -9,9 +9,6 @@
 #include "lifecycle/rename/dir_shr_rename.hpp"
 #include "lifecycle/trees/file_operation.hpp"
 #include "lifecycle/trees/folder_use.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -50,10 +47,10 @@ void locate(DeleteRun& run, UserFolder& folder, const FolderTexts& texts) {
   prepare_failure(session, std::string(texts.status) + run.display_name,
                   std::string(texts.failure) + folder.share);
   base::Trap unknown;
-  if (session.form1.chkAdmin_Shares.on()) {
+  if (run.order.through_drive_shares) {
     unknown([&] { folder.unc = Admin_Path_Of(session, folder.path, false); });
   } else {
-    session.multi_user.Label3.caption = std::string(texts.waiting);
+    session.run.view().step(texts.waiting);
     unknown([&] { folder.unc = Locate_Share_Point(session, folder.server, folder.share); });
   }
   if (folder.unc.empty()) {
@@ -171,7 +168,7 @@ void choose_way(DeleteRun& run, UserFolder& folder, const std::string& below_sha
     session.log.line("Reachable only through its share: " + folder.path + " (" + why + ")");
   } else if (is_missing(number)) {
     folder.missing = true;
-  } else if (!session.multi_user.Del_Permissions.on()) {
+  } else if (!run.order.take_ownership) {
     base::raise(number, folder.data + " cannot be opened, so it could not be deleted: " + why +
                             ". Taking ownership may help");
   }
@@ -188,9 +185,9 @@ void check_data(DeleteRun& run, UserFolder& folder, const std::string& below_sha
 /// none.
 std::optional<std::string> profile_below_share(const DeleteRun& run) {
   const std::string path = "\\\\" + run.profile.server + "\\" + run.profile.share + tail_of(run.profile.path);
-  if (session::is_active_directory(run.session) || !run.session.form1.Profile_Delete_Name.on())
+  if (session::is_active_directory(run.session) || !run.order.profile_named_by_user)
     return tail_of(path);
-  if (!run.session.multi_user.Delete_NT_Account.on())
+  if (!run.order.account)
     return std::nullopt;
   return tail_of(cut_at_folder_of(path, run.logon_name));
 }
@@ -237,7 +234,7 @@ void find_folders(DeleteRun& run) {
       require_own_share(run.session, share.server, share.share, {.account = run.logon_name});
   }
   keep_common_share(run);
-  if (run.session.runs.Delete_Data_Flag)
+  if (run.order.data)
     choose_data(run);
 }
 

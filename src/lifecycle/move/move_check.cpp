@@ -10,8 +10,6 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "resources/share502.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -177,7 +175,7 @@ OldFolder look_at_old(MoveRun& run, const MovedFolder& folder) {
 
 /// For a profile in a WinNT domain, the folder named after the user is moved.
 void cut_profile(MoveRun& run) {
-  if (session::is_active_directory(run.session) || !run.session.form1.Profile_Delete_Name.on())
+  if (session::is_active_directory(run.session) || !run.order.profile_named_by_user)
     return;
   run.profile.old_path = cut_at_folder_of(run.profile.old_path, run.key);
   run.profile.full_path = run.profile.new_unc;
@@ -228,7 +226,7 @@ void check_new(MoveRun& run, MovedFolder& folder) {
 /// written again.
 void require_writable_account(MoveRun& run) {
   const bool home = run.home.old == OldFolder::kThere;
-  if (run.session.runs.rehearse || run.DataMode != static_cast<int>(FileWork::kMove) ||
+  if (run.session.run.terms.rehearse || run.DataMode != static_cast<int>(FileWork::kMove) ||
       (!home && run.profile.old != OldFolder::kThere))
     return;
   prepare_failure(run.session, "Error Setting User Details, Can't find Domain PDC..",

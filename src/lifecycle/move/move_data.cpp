@@ -1,6 +1,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/basic.hpp"
 #include "creation/paths.hpp"
 #include "lifecycle/move/move_run.hpp"
 #include "lifecycle/move/unfinished_move.hpp"
@@ -9,9 +10,6 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/own_tree.hpp"
 #include "resources/share502.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -114,7 +112,7 @@ MoveStep fail_copy(MoveRun& run, const Part& part) {
   const std::string& why = run.session.status.panel1.get();
   const std::string what =
       std::string(part.texts.failed) + part.folder.old_path + (why.empty() ? why : ": " + why);
-  if (run.session.import.ImportStopped) {
+  if (run.session.run.stopped) {
     run.session.log.reason("The copying was stopped");
     return MoveStep::kFailed;
   }
@@ -164,10 +162,10 @@ std::string old_way(MoveRun& run, const Part& part) {
   const std::string& path = part.folder.old_path;
   std::string way;
   base::Trap unknown;
-  if (session.form1.chkAdmin_Shares.on()) {
+  if (run.order.through_drive_shares) {
     unknown([&] { way = Admin_Path_Of(session, path, Has_Sub_Path(path)); });
   } else {
-    session.multi_user.Label3.caption = std::string(part.texts.waiting);
+    session.run.view().step(part.texts.waiting);
     unknown([&] {
       way = Locate_Share_Point(session, creation::Get_Server_Name(path), creation::Get_Share_Name(path));
     });
@@ -230,8 +228,8 @@ void remove_old_folder(MoveRun& run, const Part& part, const std::string& way) {
 /// copied first.
 bool remove_contents(MoveRun& run, const Part& part) {
   const MovedFolder& folder = part.folder;
-  if (run.session.runs.rehearse) {
-    run.session.runs.rehearse("Remove what " + folder.old_path + " holds");
+  if (run.session.run.terms.rehearse) {
+    run.session.run.terms.rehearse("Remove what " + folder.old_path + " holds");
     return true;
   }
   return File_Operation(run.session, folder.old_path + "\\*.*", folder.new_unc, FileWork::kMove,
@@ -306,7 +304,7 @@ std::vector<std::string_view> reasons_to_leave_profile(const std::string& path) 
 
 MoveStep move_data(MoveRun& run) {
   Session& session = run.session;
-  session.multi_user.Label3.caption = std::string(run.DataMode == kCopy ? "Copying Data" : "Moving Data");
+  session.run.view().step(run.DataMode == kCopy ? "Copying Data" : "Moving Data");
   tell_profile_left(run);
   if (run.DataMode == kMove)
     look_up_temp(session);

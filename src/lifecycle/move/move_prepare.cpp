@@ -9,9 +9,6 @@
 #include "resources/account_lookup.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
-#include "session/windows.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -20,7 +17,7 @@ using platform::Answer;
 using session::Session;
 
 bool is_yes(Session& session, const std::string& text, std::string_view title) {
-  return session.multi_user.No_Prompt.on() ||
+  return session.run.terms.silent ||
          session.platform.dialogs.MsgBox(text, platform::Buttons::kYesNo, platform::Icon::kQuestion, title) ==
              Answer::kYes;
 }
@@ -39,7 +36,7 @@ MoveStep check_old_folder(MoveRun& run, const std::string& path, const OldFolder
              "Warning..."))
     return MoveStep::kGoOn;
   session.log.line("Move Cancelled");
-  session.multi_user.Label3.caption = std::string("Move Cancelled");
+  session.run.view().step("Move Cancelled");
   return MoveStep::kDeclined;
 }
 
@@ -57,16 +54,15 @@ std::string reachable(const MoveRun& run, const std::string& local, std::string_
   return creation::reachable_path(run.server, local, point);
 }
 
-void resolve(MoveRun& run, MovedFolder& folder, const controls::TextBox& local,
-             const controls::TextBox& account_path, const controls::TextBox& share_name,
-             std::string_view share_point) {
-  if (!base::trim(local.text.get()).empty()) {
-    folder.new_local = expand(run, local.text.get());
+void resolve(MoveRun& run, MovedFolder& folder, const std::string& local, const std::string& account_path,
+             const std::string& share_name, std::string_view share_point) {
+  if (!local.empty()) {
+    folder.new_local = expand(run, local);
     folder.new_admin = reachable(run, folder.new_local, share_point);
     folder.wanted = true;
   }
-  folder.new_unc = expand(run, account_path.text.get());
-  folder.new_share = format::FRString(base::trim(share_name.text.get()), "%UserName%", run.key);
+  folder.new_unc = expand(run, account_path);
+  folder.new_share = format::FRString(share_name, "%UserName%", run.key);
 }
 
 struct NewFolderTexts {
@@ -106,7 +102,7 @@ MoveStep make_new_folder(MoveRun& run, MovedFolder& folder, const NewFolderTexts
   if (is_yes(session, std::string(texts.question) + path + " Already Exist \r\nContinue ?",
              "Error Creating Dir"))
     return MoveStep::kGoOn;
-  session.multi_user.Label3.caption = std::string("Process Cancelled...");
+  session.run.view().step("Process Cancelled...");
   session.log.line(std::string(texts.exists) + path + " Already Exist ");
   session.log.line(texts.cancelled);
   return MoveStep::kDeclined;
@@ -175,14 +171,14 @@ MoveStep check_old_folders(MoveRun& run) {
 }
 
 void resolve_new_folders(MoveRun& run) {
-  const session::Form1& form = run.session.form1;
-  const session::frmSharePoints& points = run.session.share_points;
-  resolve(run, run.profile, form.Profilepath, form.propath, form.sharenameprofile, points.ProfileSharePoint);
-  resolve(run, run.home, form.Homedirpath, form.homedir, form.Sharenamehomedir, points.HomeSharePoint);
+  const creation::TemplateValues& target = run.target;
+  resolve(run, run.profile, target.ProfileDir, target.ProfilePath, target.ProfileShare,
+          target.ProfileSharePoint);
+  resolve(run, run.home, target.HomeDir, target.HomePath, target.HomeShare, target.HomeSharePoint);
 }
 
 MoveStep make_new_folders(MoveRun& run) {
-  run.session.multi_user.Label3.caption = std::string("Creating Dirs...");
+  run.session.run.view().step("Creating Dirs...");
   const MoveStep home = make_new_folder(run, run.home, kHome);
   return home != MoveStep::kGoOn ? home : make_new_folder(run, run.profile, kProfile);
 }
@@ -199,7 +195,7 @@ MoveStep make_new_shares(MoveRun& run) {
 }
 
 void set_new_permissions(MoveRun& run) {
-  run.session.multi_user.Label3.caption = std::string("Setting Dir Permisions");
+  run.session.run.view().step("Setting Dir Permisions");
   set_permissions(run, run.home);
   set_permissions(run, run.profile);
 }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "creation/creation_run.hpp"
+#include "lifecycle/move/move_order.hpp"
 #include "lifecycle/trees/file_operation.hpp"
 #include "platform/directory.hpp"
 #include "session/session.hpp"
@@ -50,11 +52,14 @@ struct MovedFolder {
 
 struct MoveRun {
   session::Session& session;
+  const MoveOrder& order;
   std::string key;  ///< the account name, once it is known
   platform::ObjectPtr user;
-  std::string path;    ///< of the user in the directory
-  std::string server;  ///< the new one
-  int DataMode = 0;    ///< 0 nothing, 1 move, 2 copy; the number of the file operation
+  std::string path;                      ///< of the user in the directory
+  std::string server;                    ///< the new one
+  creation::TemplateValues target = {};  ///< the template's
+  creation::SiteValues site = {};
+  int DataMode = 0;  ///< the `MovedData` of the order, until a share could not be made
   MovedFolder home;
   MovedFolder profile;
   bool warned = false;                        ///< something went wrong, and the reason is in the log

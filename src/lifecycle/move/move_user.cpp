@@ -12,36 +12,23 @@
 #include "lifecycle/move/move_run.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
-#include "stores/template_tab.hpp"
 
 namespace twk::lifecycle {
 namespace {
 
 using session::Session;
 
-int chosen_data_mode(const Session& session) {
-  switch (session.multi_user.UserData.index) {
-    case 0:
-      return static_cast<int>(FileWork::kMove);
-    case 1:
-      return static_cast<int>(FileWork::kCopy);
-    default:
-      return 0;
-  }
-}
-
 void load_records(MoveRun& run) {
   Session& session = run.session;
   prepare_failure(session, "Error Moving User...", "Error reading the template and the site");
-  stores::require_template(session, session.multi_user.Multi_Template.text.get());
-  stores::require_site(session, session.multi_user.Multi_Site.text.get());
-  run.server = base::trim(session.form1.NTSERVER.text.get());
+  stores::require_template(session, run.order.template_name);
+  stores::require_site(session, run.order.site);
+  run.target = creation::values_of(session.ActiveTemplate);
+  run.site = creation::values_of(session.ActiveSite);
+  run.server = run.site.server;
 }
 
 void bind_user(MoveRun& run) {
@@ -70,20 +57,18 @@ void take_account_name(MoveRun& run) {
 
 void change_account(MoveRun& run) {
   Session& session = run.session;
-  const session::Form1& form = session.form1;
-  session.multi_user.Label3.caption = std::string("Changing User Settings");
+  session.run.view().step("Changing User Settings");
   prepare_failure(session, "Error Setting User Details, Can't find Domain PDC..",
                   "Error Setting User Details, Can't find Domain PDC..");
   platform::User user(run.user);
   if (!run.home.new_unc.empty())
     user.put_HomeDirectory(run.home.new_unc);
-  const std::string drive(base::trim(form.Home_Drive_letter.text.get()));
+  const std::string& drive = run.target.HomeDrive;
   if (!drive.empty())
     user.Put(session::is_active_directory(session) ? "HomeDrive" : "HomeDirDrive", drive);
-  if (session.multi_user.Change_Logon.on()) {
-    const std::string script(base::trim(form.logon.text.get()));
-    if (!script.empty())
-      user.put_LoginScript(script);
+  if (run.order.change_logon) {
+    if (!run.target.LogonScript.empty())
+      user.put_LoginScript(run.target.LogonScript);
     session.log.line("Changed Logon Script");
   }
   if (!run.profile.new_unc.empty())
@@ -108,16 +93,12 @@ void join_group(MoveRun& run, const std::string& group, std::string_view name) {
 
 void join_groups(MoveRun& run) {
   Session& session = run.session;
-  session.multi_user.Label3.caption = std::string("Adding User to Groups");
-  if (session.multi_user.Add_to_Groups.on()) {
+  session.run.view().step("Adding User to Groups");
+  if (run.order.add_to_groups) {
     const bool active_directory = session::is_active_directory(session);
-    const controls::ListView& groups = session.form1.ListView6;
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-      const controls::ListRow& row = groups.at(i);
-      const std::string group =
-          active_directory ? row.key : directory::winnt_path(session, base::trim(row.text));
-      join_group(run, group, row.text);
-    }
+    for (const stores::TemplateGroup& group : stores::template_groups(session))
+      join_group(run, active_directory ? group.key : directory::winnt_path(session, base::trim(group.name)),
+                 group.name);
     session.log.line("Added user to Groups");
   }
   session.log.line("Change User Manager Settings");
@@ -125,52 +106,49 @@ void join_groups(MoveRun& run) {
 
 std::vector<std::string> move_command(MoveRun& run) {
   Session& session = run.session;
-  const session::Form1& form = session.form1;
-  const std::pair<std::string_view, std::string> tags[] = {
-      {"%Domain%", session.DomainName}, {"%NTServer%", form.NTSERVER.text}, {"%UserName%", run.key},
-      {"%Server%", form.NTSERVER.text}, {"%EXServer%", form.EXSERVER.text}, {"%EXSite%", form.EXSite.text},
-      {"%EXorg%", form.EXorg.text}};
-  return creation::fill_words(session, form.Move_Script.text.get(), [&](std::string word) {
+  const creation::SiteValues& site = run.site;
+  const std::pair<std::string_view, std::string_view> tags[] = {
+      {"%Domain%", session.DomainName},   {"%NTServer%", site.server},      {"%UserName%", run.key},
+      {"%Server%", site.server},          {"%EXServer%", site.mail_server}, {"%EXSite%", site.mail_site},
+      {"%EXorg%", site.mail_organization}};
+  return creation::fill_words(session, run.order.script.text, [&](std::string word) {
     format::Filling text(session, std::move(word));
     for (const auto& [tag, value] : tags)
       text.tag(tag, base::trim(value));
-    return text.names(form.strFirst.text.get(), form.StrMiddle.text.get(), form.strLast.text.get())
-        .variables()
-        .take();
+    const creation::CommandUser& names = run.order.names;
+    return text.names(names.first, names.middle, names.last).variables().take();
   });
 }
 
 void run_script(MoveRun& run) {
   Session& session = run.session;
-  const std::string& script = session.form1.Move_Script.text;
-  if (!session.multi_user.Run_CMD.on() || base::trim(script).empty())
+  const std::string& script = run.order.script.text;
+  if (!run.order.command || base::trim(script).empty())
     return;
   prepare_failure(session, "Error Running File: " + script, "Error Running File: " + script);
-  session.multi_user.Label3.caption = std::string("Running Command");
-  run.warned |= !run_account_command(session, "Running Script (Hidden Mode): ", move_command(run), 1,
-                                     session.Error_Status_Text);
+  session.run.view().step("Running Command");
+  run.warned |= !run_account_command(session, "Running Script (Hidden Mode): ", move_command(run),
+                                     run.order.script, session.Error_Status_Text);
 }
 
-MoveOutcome tell_moved(MoveRun& run) {
+void tell_moved(MoveRun& run) {
   Session& session = run.session;
   session.log.line("User Moved Completed");
   session.log.close();
   session::LOG_TAB(session, run.warned ? session::kYellow : session::kGreen, " " + run.key + " Moved");
-  session.multi_user.Label3.caption = "User " + run.key + " has been moved.";
-  return run.warned ? MoveOutcome::kMovedWithWarnings : MoveOutcome::kMoved;
+  session.run.view().step("User " + run.key + " has been moved.");
 }
 
 /// A person who said No knows that the user was not moved.
-MoveOutcome tell_not_moved(MoveRun& run, MoveStep why) {
+void tell_not_moved(MoveRun& run, MoveStep why) {
   Session& session = run.session;
   if (why == MoveStep::kFailed) {
     const std::string text = "User " + run.key + " was not moved";
     session.log.line(text);
     session::LOG_TAB(session, session::kRed, " " + text);
-    session.multi_user.Label3.caption = text;
+    session.run.view().step(text);
   }
   session.log.close();
-  return MoveOutcome::kNotMoved;
 }
 
 /// The steps until the account has its new paths.
@@ -194,13 +172,17 @@ MoveStep place_user(MoveRun& run) {
   return step;
 }
 
-MoveOutcome move_steps(MoveRun& run) {
+/// True when the account has its new paths.
+bool move_steps(MoveRun& run) {
   const MoveStep step = place_user(run);
-  if (step != MoveStep::kGoOn)
-    return tell_not_moved(run, step);
+  if (step != MoveStep::kGoOn) {
+    tell_not_moved(run, step);
+    return false;
+  }
   join_groups(run);
   run_script(run);
-  return tell_moved(run);
+  tell_moved(run);
+  return true;
 }
 
 }  // namespace
@@ -212,8 +194,8 @@ void warn(MoveRun& run, std::string_view text) {
 
 MoveStep refuse(MoveRun& run, const std::string& why) {
   run.session.log.reason(why);
-  if (run.session.runs.rehearse)
-    run.session.runs.rehearse("Refused: " + why);
+  if (run.session.run.terms.rehearse)
+    run.session.run.terms.rehearse("Refused: " + why);
   return MoveStep::kFailed;
 }
 
@@ -221,7 +203,7 @@ bool wants_new_paths(MoveRun& run, const std::string& why) {
   Session& session = run.session;
   if (!run.new_paths_anyway) {
     run.new_paths_anyway = has_consent(
-        session, session.runs.new_paths_anyway,
+        session, session.run.terms.new_paths_anyway,
         why + "\r\n\r\nGive " + run.key + " the new paths anyway? The data stays where it is.", "Move Users");
   }
   run.warned |= *run.new_paths_anyway;
@@ -235,33 +217,44 @@ MoveStep refuse_unless_wanted(MoveRun& run, const std::string& why) {
   return MoveStep::kGoOn;
 }
 
-MoveOutcome Move_One_User(Session& session, std::string_view UserKey) {
-  session.multi_user.Label3.caption = std::string("Moving User...");
+MoveOrder move_order(const session::Preferences& preferences) {
+  MoveOrder order;
+  order.through_drive_shares = preferences.through_drive_shares;
+  order.profile_named_by_user = preferences.profile_named_by_user;
+  order.script = preferences.move_command;
+  return order;
+}
+
+session::RunOutcome Move_One_User(Session& session, std::string_view UserKey, const MoveOrder& order,
+                                  session::RunView& view) {
+  const session::RunScope scope(session, order.terms, view);
+  session.log.take_rows();
+  session.log.take_told();
+  view.step("Moving User...");
   const KnownFolders known(session);
   MoveRun run{.session = session,
+              .order = order,
               .key = std::string(UserKey),
               .user = {},
               .path = {},
               .server = {},
-              .DataMode = chosen_data_mode(session),
+              .DataMode = static_cast<int>(order.data),
               .home = {.what = kHomePath},
               .profile = {.what = kProfilePath}};
   if (session::is_active_directory(session) && !base::starts_with_fold(run.key, "LDAP://"))
     run.key = "LDAP://" + run.key;
   session.log.begin_block();
   session.log.line("Moving User: " + run.key);
-  MoveOutcome outcome = MoveOutcome::kNotMoved;
+  bool moved = false;
   try {
     load_records(run);
-    outcome = move_steps(run);
+    moved = move_steps(run);
   } catch (const base::RuntimeError& failure) {
     report_stopped(session, failure);
   }
   claim_new_places(run, false);
-  if (outcome != MoveOutcome::kNotMoved) {
-    stores::Clear_TT(session);
-    stores::Clear_Site(session);
-  }
+  session::RunOutcome outcome = session::take_outcome(session.log);
+  outcome.done = moved;
   return outcome;
 }
 

@@ -3,7 +3,6 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/paths.hpp"
-#include "session/account_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {
@@ -21,7 +20,7 @@ std::string memory_path(const Session& session, std::string_view account, const 
 
 void remember_old_folder(Session& session, std::string_view account, const std::string& old_path,
                          const std::string& way) {
-  if (session.runs.rehearse)
+  if (session.run.terms.rehearse)
     return;
   // A single write, without a temporary file that a killed program would leave: the share is removed only
   // after it.
@@ -38,7 +37,7 @@ std::string remembered_old_folder(Session& session, std::string_view account, co
 }
 
 void forget_old_folder(Session& session, std::string_view account, const std::string& old_path) {
-  if (session.runs.rehearse)
+  if (session.run.terms.rehearse)
     return;
   base::Trap none;
   none([&] { session.platform.files.remove(memory_path(session, account, old_path)); });

@@ -1,24 +1,35 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
+#include <string>
+
+#include "session/current_run.hpp"
+#include "session/run_outcome.hpp"
+
+namespace twk::controls {
+struct TreeNode;
 }
 
-/// The window `Rename_NT`: account name and full name of a user of a WinNT domain, who is the selected node
-/// of the tree.
 namespace twk::lifecycle {
 
-/// Opens the window on the selected node; a user who cannot be read is reported in the status bar.
-void show_rename_nt(session::Session& session);
-/// Fills the window. Raises what the directory raises.
-void Rename_NT_Load(session::Session& session);
+/// What is asked of the renaming of a user of a WinNT domain.
+struct RenameNtOrder {
+  std::string old_name;
+  std::string logon;
+  std::string full_name;
+  bool logon_changed = false;
+  bool full_name_changed = false;
+  bool folders = false;  ///< shares and folders too
+  session::RunTerms terms;
+};
 
-/// The text fields were typed in.
-void Rename_NT_User_Logon_Change(session::Session& session);
-void Rename_NT_Full_Name_Change(session::Session& session);
+/// The names that the user of a node has, to be changed as asked. Raises what the directory raises.
+RenameNtOrder rename_order_nt(session::Session& session, const controls::TreeNode& node);
+/// True when there is no name, or one that holds what no name may hold; the status line says what.
+bool has_refused_text(session::Session& session, const RenameNtOrder& order);
 
-/// OK: the account, its shares and folders if ticked, then the full name. True when the window
-/// closes.
-bool Rename_NT_OKButton_Click(session::Session& session);
+/// Renames the account, its shares and folders, then writes the full name; tree and lists follow. The outcome
+/// has the worst row of the log tab.
+session::RunOutcome rename_nt(session::Session& session, controls::TreeNode& node, const RenameNtOrder& order,
+                              session::RunView& view);
 
 }  // namespace twk::lifecycle

@@ -220,13 +220,13 @@ std::optional<RenameRecord> read_rename_record(Session& session, std::string_vie
 }
 
 void write_rename_record(Session& session, const RenameRecord& record) {
-  if (!record.identifier.empty() && !session.runs.rehearse)
+  if (!record.identifier.empty() && !session.run.terms.rehearse)
     session.platform.files.write(file_of(session, record.identifier), text_of(record));
 }
 
 void remove_rename_record(Session& session, std::string_view identifier) {
   const std::string file = file_of(session, identifier);
-  if (identifier.empty() || session.runs.rehearse || !session.platform.files.exists(file))
+  if (identifier.empty() || session.run.terms.rehearse || !session.platform.files.exists(file))
     return;
   base::Trap trap;
   if (!trap([&] { session.platform.files.remove(file); }))

@@ -4,18 +4,13 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
-#include "lifecycle/rename/rename_principal.hpp"
 #include "lifecycle/rename/rename_shr_dir.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/hourglass.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
+#include "session/preferences.hpp"
 #include "session/session.hpp"
 #include "stores/typed_text.hpp"
 
@@ -29,6 +24,7 @@ using session::Session;
 
 struct RenameRun {
   Session& session;
+  const RenameUserOrder& order;
   controls::TreeNode& node;
   ObjectPtr user{};
   PreparedRename prepared{};
@@ -47,26 +43,15 @@ void put_or_clear(const ObjectPtr& user, std::string_view attribute, const std::
     user->Put(attribute, value);
 }
 
-std::string principal_name(const session::RenameUser& window) {
-  const std::string& prefix = window.User_logon_name.text;
-  return prefix.empty() ? prefix : prefix + window.AD_Domain.text.get();
-}
-
-std::string typed(const controls::TextBox& field) {
-  return std::string(base::trim(field.text.get()));
-}
-
 /// True when the name that folders contain changes.
-bool is_folder_name_changed(const Session& session) {
-  const session::RenameUser& window = session.rename_user;
-  return session.form1.CNName.value ? window.Full_Name_Changed : window.Logon_Name_Changed;
+bool is_folder_name_changed(const RenameUserOrder& order) {
+  return order.by_full_name ? order.full_name_changed : order.logon_changed;
 }
 
 /// The account's current names, when one of them changes.
 std::vector<std::string> names_now(const RenameRun& run) {
-  const session::RenameUser& window = run.session.rename_user;
-  if (!window.Full_Name_Changed && !window.Logon_Name_Changed &&
-      principal_name(window) == window.PrincipalShown)
+  const RenameUserOrder& order = run.order;
+  if (!order.full_name_changed && !order.logon_changed && order.names.principal == order.principal_before)
     return {};
   std::vector<std::string> names;
   for (std::string name : {readable_text(run.user, "samAccountName"), plain_name(run.user->Name()),
@@ -81,47 +66,45 @@ std::vector<std::string> names_now(const RenameRun& run) {
 /// Every obstacle to renaming the folders is found before the first name is written.
 void prepare(RenameRun& run) {
   Session& session = run.session;
-  const session::RenameUser& window = session.rename_user;
+  const UserNames& names = run.order.names;
   run.text =
       "Error renaming user account\r\n\r\nCheck user logon name and pre windows 2000 names are Unique.";
   run.title = "Error renaming users logon names";
   run.user = session.platform.directory.GetObject(run.node.key);
   run.text = "Nothing was renamed.";
   run.title = "Error renaming directories";
-  const bool by_common_name = session.form1.CNName.value;
   const std::string account = readable_text(run.user, "samAccountName");
-  const std::string logon = typed(window.Logon_Name_pre2000);
+  const std::string logon(base::trim(names.logon));
   RenameOrder order;
   order.object = run.user;
   order.account = account;
   order.new_account = logon.empty() ? account : logon;
   order.names = names_now(run);
-  order.folders = window.ReNameSD.on() && is_folder_name_changed(session);
-  order.old_name = by_common_name ? plain_name(run.user->Name()) : account;
-  order.new_name = typed(by_common_name ? window.Full_Name : window.Logon_Name_pre2000);
+  order.folders = run.order.folders && is_folder_name_changed(run.order);
+  order.old_name = run.order.by_full_name ? plain_name(run.user->Name()) : account;
+  order.new_name = base::trim(run.order.by_full_name ? names.full_name : names.logon);
   run.prepared = prepare_rename(session, order);
 }
 
 void save_logon_names(RenameRun& run) {
-  const session::RenameUser& window = run.session.rename_user;
   run.text =
       "Error renaming user account\r\n\r\nCheck user logon name and pre windows 2000 names are Unique.";
   run.title = "Error renaming users logon names";
-  const std::string logon = typed(window.Logon_Name_pre2000);
+  const std::string logon(base::trim(run.order.names.logon));
   if (!logon.empty())
     put_or_clear(run.user, "samAccountName", logon);
-  const std::string principal = principal_name(window);
-  if (principal != window.PrincipalShown)
+  const std::string& principal = run.order.names.principal;
+  if (principal != run.order.principal_before)
     put_or_clear(run.user, "userPrincipalName", principal);
   run.user->SetInfo();
 }
 
 void save_display_names(RenameRun& run) {
-  const session::RenameUser& window = run.session.rename_user;
+  const UserNames& names = run.order.names;
   run.title = "Error renaming user names";
-  put_or_clear(run.user, "FullName", window.Display_Name.text);
-  put_or_clear(run.user, "FirstName", window.First_Name.text);
-  put_or_clear(run.user, "LastName", window.Last_Name.text);
+  put_or_clear(run.user, "FullName", names.display);
+  put_or_clear(run.user, "FirstName", names.first);
+  put_or_clear(run.user, "LastName", names.last);
   run.user->SetInfo();
 }
 
@@ -135,20 +118,18 @@ void set_row(controls::ListView& list, const std::string& old_key, const control
 }
 
 void show_new_text(RenameRun& run) {
-  Session& session = run.session;
-  const session::RenameUser& window = session.rename_user;
-  const std::string& text =
-      session.form1.DisplayName.value ? window.Display_Name.text : window.Full_Name.text;
+  const UserNames& names = run.order.names;
+  const std::string& text = run.order.tree_shows_display ? names.display : names.full_name;
   if (!text.empty())
-    session.domain.tree.set_text(run.node, text);
+    run.session.domain.tree.set_text(run.node, text);
 }
 
 void rename_object(RenameRun& run) {
   Session& session = run.session;
   run.text = "Error renaming user in AD\r\nCheck the names does not exist in the current OU";
   run.title = "Error renaming user object in AD";
-  const std::string full_name = typed(session.rename_user.Full_Name);
-  if (!session.rename_user.Full_Name_Changed || full_name == plain_name(run.user->Name()))
+  const std::string full_name(base::trim(run.order.names.full_name));
+  if (!run.order.full_name_changed || full_name == plain_name(run.user->Name()))
     return;
   // A comma of the name, and whatever else must be escaped in a path.
   const std::string name = platform::escape_dn_value(full_name);
@@ -166,10 +147,10 @@ void rename_object(RenameRun& run) {
 /// False when a folder could not be renamed that should have been.
 bool rename_directories(RenameRun& run) {
   Session& session = run.session;
-  if (!session.rename_user.ReNameSD.on())
+  if (!run.order.folders)
     return true;
-  if (!is_folder_name_changed(session)) {
-    tell_folders_stay(session, session.form1.CNName.value ? "full name" : "logon name",
+  if (!is_folder_name_changed(run.order)) {
+    tell_folders_stay(session, run.order.by_full_name ? "full name" : "logon name",
                       readable_text(run.user, "samAccountName"));
     return true;
   }
@@ -194,88 +175,52 @@ void rename(RenameRun& run) {
   show_new_text(run);
 }
 
-/// Shows the account's own suffix over those of the forest.
-void show_principal_name(Session& session, const std::string& name) {
-  session::RenameUser& window = session.rename_user;
-  const PrincipalName principal = split_principal(name);
-  std::vector<std::string> suffixes = principal_suffixes(session);
-  if (!principal.suffix.empty() && find_suffix(suffixes, principal.suffix).empty())
-    suffixes.push_back(principal.suffix);
-  window.AD_Domain.clear_items();
-  for (const std::string& suffix : suffixes)
-    window.AD_Domain.add_item(suffix);
-  window.User_logon_name.text = principal.prefix;
-  window.AD_Domain.text = principal.suffix.empty() ? suffixes.front() : principal.suffix;
-  window.PrincipalShown = principal_name(window);
-}
-
-bool has_refused_text(Session& session) {
-  const session::RenameUser& window = session.rename_user;
-  return stores::refuses(session, stores::control_refusal,
-                         {window.Full_Name.text.get(), window.First_Name.text.get(),
-                          window.Last_Name.text.get(), window.Display_Name.text.get()}) ||
-         stores::refuses(session, stores::name_refusal,
-                         {window.User_logon_name.text.get(), window.Logon_Name_pre2000.text.get()});
-}
-
 }  // namespace
 
-void show_rename_user(Session& session) {
-  base::Trap trap;
-  if (trap([&] { RenameUser_Load(session); }))
-    return session.platform.dialogs.show_modal("RenameUser");
-  session.status.panel1 = "Unable to read the user: " + trap.description();
-}
-
-void RenameUser_Load(Session& session) {
-  const controls::TreeNode* const node = session.domain.tree.selected();
-  if (node == nullptr)
-    base::raise(base::error::kOutOfBounds, "no user is selected");
-  const ObjectPtr object = session.platform.directory.GetObject(node->key);
+RenameUserOrder rename_order(Session& session, const controls::TreeNode& node) {
+  const ObjectPtr object = session.platform.directory.GetObject(node.key);
   const platform::User user(object);
-  session::RenameUser& window = session.rename_user;
-  window.Full_Name.text = plain_name(object->Name());
-  window.First_Name.text = user.FirstName();
-  window.Last_Name.text = user.LastName();
-  window.Display_Name.text = user.FullName();
-  window.WINNT_Domain.caption = session.NTDomainName + "\\";
-  window.Logon_Name_pre2000.text = readable_text(object, "samAccountName");
-  show_principal_name(session, readable_text(object, "userPrincipalName"));
-  window.ReNameSD.value = 0;
-  window.Full_Name_Changed = false;
-  window.Logon_Name_Changed = false;
+  const session::Preferences preferences = session::read_preferences(session);
+  RenameUserOrder order;
+  order.principal_before = readable_text(object, "userPrincipalName");
+  order.names = {.full_name = plain_name(object->Name()),
+                 .first = user.FirstName(),
+                 .last = user.LastName(),
+                 .display = user.FullName(),
+                 .principal = order.principal_before,
+                 .logon = readable_text(object, "samAccountName")};
+  order.by_full_name = preferences.named_by_full_name;
+  order.tree_shows_display = preferences.tree_shows_display_name;
+  return order;
 }
 
-void RenameUser_Full_Name_Change(Session& session) {
-  session.rename_user.Full_Name_Changed = true;
+bool has_refused_text(Session& session, const UserNames& names) {
+  return stores::refuses(session, stores::control_refusal,
+                         {names.full_name, names.first, names.last, names.display}) ||
+         stores::refuses(session, stores::name_refusal, {names.principal, names.logon});
 }
 
-void RenameUser_Logon_Name_pre2000_Change(Session& session) {
-  session.rename_user.Logon_Name_Changed = true;
-}
-
-bool RenameUser_Command2_Click(Session& session) {
-  controls::TreeNode* const node = session.domain.tree.selected();
-  if (node == nullptr || has_refused_text(session))
-    return false;
+session::RunOutcome rename_user(Session& session, controls::TreeNode& node, const RenameUserOrder& order,
+                                session::RunView& view) {
+  const session::RunScope scope(session, order.terms, view);
+  session.log.take_rows();
   session.log.begin_block();
-  session.log.line("Renaming user:" + node->text);
-  RenameRun run{session, *node};
+  session.log.line("Renaming user:" + node.text);
+  RenameRun run{session, order, node};
   base::Trap trap;
-  const bool renamed = trap([&] {
-    const session::Hourglass hourglass(session.form1);
-    rename(run);
-  });
+  const bool renamed = trap([&] { rename(run); });
   if (!renamed) {
     session.log.reason(run.title + ": " + base::in_words(trap.number(), trap.description()));
-    session::LOG_TAB(session, session::kRed, "Error Renaming " + node->text);
+    session::LOG_TAB(session, session::kRed, "Error Renaming " + node.text);
   }
   session.log.close();
   if (!renamed) {
     session.platform.dialogs.MsgBox(run.text + "\r\n\r\n" + trap.description(), platform::Buttons::kOk,
                                     platform::Icon::kCritical, run.title);
   }
-  return renamed;
+  session::RunOutcome outcome = session::take_worst(session.log);
+  outcome.done = renamed;
+  return outcome;
 }
 
 }  // namespace twk::lifecycle

@@ -1,25 +1,48 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
+#include <string>
+
+#include "session/current_run.hpp"
+#include "session/run_outcome.hpp"
+
+namespace twk::controls {
+struct TreeNode;
 }
 
-/// The window `RenameUser`: the names of an Active Directory user, who is the selected node of the tree.
 namespace twk::lifecycle {
 
-/// Opens the window on the selected node; a user who cannot be read is reported in the status bar.
-void show_rename_user(session::Session& session);
-/// Fills the window. Raises what the directory raises.
-void RenameUser_Load(session::Session& session);
+/// The names of a user of an Active Directory domain.
+struct UserNames {
+  std::string full_name;  ///< the name of the object
+  std::string first;
+  std::string last;
+  std::string display;
+  std::string principal;  ///< "jo@twk.test"; empty for none
+  std::string logon;      ///< before Windows 2000
+};
 
-/// The text fields were typed in.
-void RenameUser_Full_Name_Change(session::Session& session);
-void RenameUser_Logon_Name_pre2000_Change(session::Session& session);
+/// What is asked of a renaming: all names as they are to be.
+struct RenameUserOrder {
+  UserNames names;
+  std::string principal_before;
+  bool full_name_changed = false;
+  bool logon_changed = false;
+  bool folders = false;             ///< shares and folders too, if the name that they contain has changed
+  bool by_full_name = false;        ///< that name is the full name, otherwise the logon name
+  bool tree_shows_display = false;  ///< otherwise the full name
+  session::RunTerms terms;
+};
 
-/// OK: writes the logon names, then the others, then renames the object and updates the node's key; then
-/// shares and folders if ticked and if the name that they contain has changed. True when the window closes;
-/// False when it stays because a name was refused, which a box reports. What was saved until then stays
-/// saved.
-bool RenameUser_Command2_Click(session::Session& session);
+/// The names that the user of a node has, to be changed as asked, and what the preferences say. Raises what
+/// the directory raises.
+RenameUserOrder rename_order(session::Session& session, const controls::TreeNode& node);
+/// True when a name holds what no name may hold; the status line says what.
+bool has_refused_text(session::Session& session, const UserNames& names);
+
+/// Writes the logon names, then the others, then renames the object and updates the node and the rows of the
+/// user; then shares and folders. What was saved until a refusal stays saved; a box reports it. The outcome
+/// has the worst row of the log tab.
+session::RunOutcome rename_user(session::Session& session, controls::TreeNode& node,
+                                const RenameUserOrder& order, session::RunView& view);
 
 }  // namespace twk::lifecycle

@@ -37,10 +37,10 @@ bool rehearse_deletion(Session& session, const std::string& path) {
   Tree tree;
   base::Trap closed;
   if (closed([&] { tree = read_tree(session.platform.files, path); })) {
-    session.runs.rehearse("Delete the folder " + path + " with " + contents_text(tree));
+    session.run.terms.rehearse("Delete the folder " + path + " with " + contents_text(tree));
   } else {
-    session.runs.rehearse("Delete the folder " + path +
-                          ", which cannot be read now: " + closed.description());
+    session.run.terms.rehearse("Delete the folder " + path +
+                               ", which cannot be read now: " + closed.description());
   }
   return true;
 }
@@ -48,7 +48,7 @@ bool rehearse_deletion(Session& session, const std::string& path) {
 /// True when everything was deleted; the folder of a share itself stays, because it is shared.
 bool delete_tree(Session& session, std::string_view path, const Owner& owner) {
   const TreePath own = require_own_tree(session, path, owner);
-  if (session.runs.rehearse)
+  if (session.run.terms.rehearse)
     return rehearse_deletion(session, own.text());
   platform::Files& files = session.platform.files;
   const Tree tree = read_tree(files, own.text());
@@ -58,7 +58,7 @@ bool delete_tree(Session& session, std::string_view path, const Owner& owner) {
                   own.text() + "\r\n" + contents_text(tree),
               "Confirm Folder Delete"))
     return false;
-  const ShownProgress shown(session);
+  const ShownProgress shown(session.run.view());
   if (!remove_tree(files, tree, {.going_on = Turns(session, tree, "Deleting " + own.text())}))
     return false;
   if (!own.parts.empty())
@@ -101,9 +101,9 @@ void rehearse_copy(Session& session, const CopyWork& work, const Tree& tree, con
   if (!plan.replaced.empty() && !rules.replaces)
     base::raise(base::error::kFileExists, plan.replaced + " already exists and is a different file");
   const auto replaced = std::count(plan.steps.begin(), plan.steps.end(), CopyStep::kReplace);
-  session.runs.rehearse((work.moves ? "Move what " : "Copy what ") + work.source.text() + " holds to " +
-                        work.target.text() + ": " + contents_text(tree) +
-                        (replaced == 0 ? "" : ", replacing " + base::to_text(replaced)));
+  session.run.terms.rehearse((work.moves ? "Move what " : "Copy what ") + work.source.text() + " holds to " +
+                             work.target.text() + ": " + contents_text(tree) +
+                             (replaced == 0 ? "" : ", replacing " + base::to_text(replaced)));
 }
 
 bool copy_or_move(Session& session, const CopyWork& work, const CopyRules& rules) {
@@ -113,7 +113,7 @@ bool copy_or_move(Session& session, const CopyWork& work, const CopyRules& rules
   if (!rules.except.empty())
     leave_out(tree, rules.except);
   const CopyPlan plan = plan_copy(files, tree, target);
-  if (session.runs.rehearse) {
+  if (session.run.terms.rehearse) {
     rehearse_copy(session, work, tree, plan, rules);
     return true;
   }
@@ -128,7 +128,7 @@ bool copy_or_move(Session& session, const CopyWork& work, const CopyRules& rules
                                           "Confirm File Replace");
     };
   }
-  const ShownProgress shown(session);
+  const ShownProgress shown(session.run.view());
   if (!rules.apart)
     require_other_folder(files, tree.top, target);
   if (!copy_tree(files, tree, target, plan, hooks))
@@ -152,15 +152,10 @@ bool File_Operation(Session& session, std::string_view from, std::string_view to
   if (trap.number() != 0) {
     session.log.reason("File operation failed: " + base::in_words(trap.number(), trap.description()));
     session.status.panel1 = trap.description();
-    if (session.runs.rehearse)
-      session.runs.rehearse("Refused: " + base::in_words(trap.number(), trap.description()));
+    if (session.run.terms.rehearse)
+      session.run.terms.rehearse("Refused: " + base::in_words(trap.number(), trap.description()));
   }
   return done;
-}
-
-void FileProgress_CancelButton_Click(Session& session) {
-  session.import.ImportStopped = true;
-  session.file_progress.text.caption = std::string("Stopping...");
 }
 
 bool Check_Path_Word(Session& session, std::string_view path, std::string_view word,

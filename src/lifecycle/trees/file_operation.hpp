@@ -36,9 +36,6 @@ struct CopyRules {
 bool File_Operation(session::Session& session, std::string_view from, std::string_view to, FileWork work,
                     const Owner& owner = {}, const CopyRules& rules = {});
 
-/// The button of `FileProgress`, the window that shows such work outside a run.
-void FileProgress_CancelButton_Click(session::Session& session);
-
 /// Searches a path for a word, in any case; beeps and logs the message when found.
 bool Check_Path_Word(session::Session& session, std::string_view path, std::string_view word,
                      std::string_view message);

@@ -4,9 +4,6 @@
 #include <array>
 
 #include "base/text.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {
@@ -19,10 +16,6 @@ constexpr std::uint64_t kBytesATurn = 8U << 20U;
 
 std::string number_text(std::uint64_t number) {
   return base::to_text(static_cast<std::int64_t>(number));
-}
-
-bool is_running(const Session& session) {
-  return session.runs.Delete_Running || session.runs.Move_Running;
 }
 
 /// Of the bytes, or of the files when they are empty.
@@ -57,23 +50,6 @@ std::string contents_text(const Tree& tree) {
   return files_text(tree.files) + size_text(tree.bytes);
 }
 
-ShownProgress::ShownProgress(Session& session)
-    : session_(session), shows_(!is_running(session)), was_enabled_(session.form1.enabled) {
-  if (!shows_)
-    return;
-  session_.file_progress.text.caption = std::string("Starting...");
-  session_.file_progress.done.value = 0;
-  session_.form1.enabled = false;
-  session_.file_progress.visible = true;
-}
-
-ShownProgress::~ShownProgress() {
-  if (!shows_)
-    return;
-  session_.file_progress.visible = false;
-  session_.form1.enabled = was_enabled_;
-}
-
 bool Turns::operator()(const TreeProgress& done) {
   const bool due = done.files >= told_.files + kFilesATurn || done.bytes >= told_.bytes + kBytesATurn ||
                    done.files == tree_.files;
@@ -82,13 +58,8 @@ bool Turns::operator()(const TreeProgress& done) {
   told_ = done;
   const std::string text = verb_ + ": " + number_text(done.files) + " of " + files_text(tree_.files) +
                            size_text(done.bytes) + " of " + size_text(tree_.bytes);
-  session_.multi_user.progress.caption = text;
-  session_.file_progress.text.caption = text;
-  session_.file_progress.done.value = percent(done, tree_);
-  if (!is_running(session_))
-    session_.status.panel1 = text;
-  session_.platform.dialogs.DoEvents();
-  return !session_.import.ImportStopped;
+  session_.run.view().files(text, percent(done, tree_));
+  return session_.run.goes_on();
 }
 
 }  // namespace twk::lifecycle

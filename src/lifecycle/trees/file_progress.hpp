@@ -5,12 +5,13 @@
 #include <string_view>
 
 #include "lifecycle/trees/tree_copy.hpp"
+#include "session/run_view.hpp"
 
 namespace twk::session {
 struct Session;
 }
 
-/// Shows a person the progress of work on a folder.
+/// The progress of work on a folder, as a run reports it.
 namespace twk::lifecycle {
 
 /// "1.4 GB"; from 1024 on with one digit after the point.
@@ -18,21 +19,19 @@ std::string size_text(std::uint64_t bytes);
 /// "3 files, 1.4 GB".
 std::string contents_text(const Tree& tree);
 
-/// Shows the window with the Cancel button for a scope, unless a run has its own window.
+/// Lets the run's view show work on files for a scope.
 class ShownProgress {
  public:
-  explicit ShownProgress(session::Session& session);
+  explicit ShownProgress(session::RunView& view) : view_(view) { view_.begin_files(); }
   ShownProgress(const ShownProgress&) = delete;
   ShownProgress& operator=(const ShownProgress&) = delete;
-  ~ShownProgress();
+  ~ShownProgress() { view_.end_files(); }
 
  private:
-  session::Session& session_;
-  bool shows_;
-  bool was_enabled_;
+  session::RunView& view_;
 };
 
-/// Shows every few files how far the work is, and lets Cancel be pressed; False after that.
+/// Reports every few files how far the work is; False once the run should end.
 class Turns {
  public:
   Turns(session::Session& session, const Tree& tree, std::string_view verb)

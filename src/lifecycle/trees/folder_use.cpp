@@ -365,19 +365,18 @@ void FolderUse::add_share(const std::string& server_name, const std::string& sha
     known->second->add_share(share, folder);
 }
 
-KnownFolders::KnownFolders(Session& session)
-    : session_(session), outermost_(session.runs.folders == nullptr) {
+KnownFolders::KnownFolders(Session& session) : session_(session), outermost_(session.run.folders == nullptr) {
   if (outermost_)
-    session.runs.folders = std::make_shared<FolderUse>(session);
+    session.run.folders = std::make_shared<FolderUse>(session);
 }
 
 KnownFolders::~KnownFolders() {
   if (outermost_)
-    session_.runs.folders.reset();
+    session_.run.folders.reset();
 }
 
 std::shared_ptr<FolderUse> folder_use(Session& session) {
-  return session.runs.folders ? session.runs.folders : std::make_shared<FolderUse>(session);
+  return session.run.folders ? session.run.folders : std::make_shared<FolderUse>(session);
 }
 
 }  // namespace twk::lifecycle

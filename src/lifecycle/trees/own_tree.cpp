@@ -70,9 +70,9 @@ void require_consent(Session& session, FolderUse& use, const std::string& what, 
   if (use.is_agreed(others))
     return;
   const std::string text = what + " " + others;
-  if (!has_consent(session, session.runs.even_if_shared, text + ".\r\n\r\nContinue anyway?",
+  if (!has_consent(session, session.run.terms.even_if_shared, text + ".\r\n\r\nContinue anyway?",
                    "Used by Others")) {
-    refuse(text + (session.runs.even_if_shared == session::Consent::kNo
+    refuse(text + (session.run.terms.even_if_shared == session::Consent::kNo
                        ? "; --even-if-shared continues anyway"
                        : "; it is left as it is"));
   }

@@ -24,8 +24,8 @@ struct Owner {
 /// a link on the way, and when the server or the domain does not say who uses it.
 ///
 /// A folder that is, contains or is inside the home or profile of another account, or that is or contains
-/// the folder of another share, raises 75 with a text that names them, unless `runs.even_if_shared` permits
-/// it; if that asks, a box names what else is affected and defaults to No.
+/// the folder of another share, raises 75 with a text that names them, unless `RunTerms::even_if_shared`
+/// permits it; if that asks, a box names what else is affected and defaults to No.
 TreePath require_own_tree(session::Session& session, std::string_view path, const Owner& owner);
 
 /// The same for a share that is about to be removed or renamed: it raises for a drive's share and an

@@ -2,7 +2,7 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "lifecycle/trees/file_operation.hpp"
+#include "windows/account/account_view.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/account_windows.hpp"
@@ -32,7 +32,7 @@ std::unique_ptr<QDialog> make_file_progress(session::Session& session, QWidget* 
   column->addLayout(row);
   row->addStretch();
   // The work ends at its next turn, and then hides the window. Esc and the window's cross also stop it.
-  const auto cancel = [&session] { lifecycle::FileProgress_CancelButton_Click(session); };
+  const auto cancel = [&session] { windows::FileProgress_CancelButton_Click(session); };
   add_button(*row, "&Cancel", "CancelButton", state.CancelButton, cancel)->setDefault(true);
   row->addStretch();
   QObject::connect(dialog, &QDialog::rejected, dialog, cancel);

@@ -1,10 +1,10 @@
 #include <QVBoxLayout>
 
-#include "lifecycle/rename/rename_nt.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/account_windows.hpp"
+#include "windows/account/rename_nt.hpp"
 
 namespace twk::screens {
 
@@ -17,14 +17,14 @@ std::unique_ptr<QDialog> make_rename_nt(session::Session& session, QWidget* pare
   auto* const form = new QFormLayout;
   box->addLayout(form);
   QLineEdit* const logon = add_text(*form, "&User name:", "User_Logon", window.User_Logon,
-                                    [&session] { lifecycle::Rename_NT_User_Logon_Change(session); });
+                                    [&session] { windows::Rename_NT_User_Logon_Change(session); });
   logon->setMinimumWidth(logon->fontMetrics().averageCharWidth() * 36);
   add_text(*form, "&Full name:", "Full_Name", window.Full_Name,
-           [&session] { lifecycle::Rename_NT_Full_Name_Change(session); });
+           [&session] { windows::Rename_NT_Full_Name_Change(session); });
   add_check(*box, "Rename &shares and directories", "RenameDir", window.RenameDir);
   box->addStretch(1);
   QDialogButtonBox* const buttons = add_ok_cancel(
-      *dialog, *box, "OKButton", [&session] { return lifecycle::Rename_NT_OKButton_Click(session); });
+      *dialog, *box, "OKButton", [&session] { return windows::Rename_NT_OKButton_Click(session); });
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("CancelButton");
   return dialog;
 }

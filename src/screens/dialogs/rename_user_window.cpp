@@ -1,11 +1,11 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "lifecycle/rename/rename_user.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/account_windows.hpp"
+#include "windows/account/rename_user.hpp"
 
 namespace twk::screens {
 namespace {
@@ -56,7 +56,7 @@ std::unique_ptr<QDialog> make_rename_user(session::Session& session, QWidget* pa
   auto* const form = new QFormLayout;
   box->addLayout(form);
   QLineEdit* const full = add_text(*form, "F&ull name:", "Full_Name", window.Full_Name,
-                                   [&session] { lifecycle::RenameUser_Full_Name_Change(session); });
+                                   [&session] { windows::RenameUser_Full_Name_Change(session); });
   full->setMinimumWidth(full->fontMetrics().averageCharWidth() * 40);
   add_text(*form, "&First name:", "First_Name", window.First_Name);
   add_text(*form, "&Last name:", "Last_Name", window.Last_Name);
@@ -65,11 +65,11 @@ std::unique_ptr<QDialog> make_rename_user(session::Session& session, QWidget* pa
            make_suffixes(window.AD_Domain, dialog.get()), false, {});
   add_with(*form, "Logon name (&pre-Windows 2000):", "Logon_Name_pre2000", window.Logon_Name_pre2000,
            make_grey("WINNT_Domain", window.WINNT_Domain, dialog.get()), true,
-           [&session] { lifecycle::RenameUser_Logon_Name_pre2000_Change(session); });
+           [&session] { windows::RenameUser_Logon_Name_pre2000_Change(session); });
   add_check(*box, "Rename &shares and directories", "ReNameSD", window.ReNameSD);
   box->addStretch(1);
   QDialogButtonBox* const buttons = add_ok_cancel(
-      *dialog, *box, "Command2", [&session] { return lifecycle::RenameUser_Command2_Click(session); });
+      *dialog, *box, "Command2", [&session] { return windows::RenameUser_Command2_Click(session); });
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("Command1");
   return dialog;
 }

@@ -1,10 +1,10 @@
 #include <QVBoxLayout>
 
-#include "lifecycle/popup_commands.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/account_windows.hpp"
+#include "windows/account/popup_commands.hpp"
 
 namespace twk::screens {
 namespace {
@@ -47,10 +47,10 @@ std::unique_ptr<QDialog> make_wks_profile(session::Session& session, QWidget* pa
   QDialogButtonBox* const buttons = add_ok_cancel(
       *dialog, *box, "OKButton",
       [&session] {
-        lifecycle::WKS_PROFILE_OKButton_Click(session);
+        windows::WKS_PROFILE_OKButton_Click(session);
         return true;
       },
-      [&session] { lifecycle::WKS_PROFILE_CancelButton_Click(session); });
+      [&session] { windows::WKS_PROFILE_CancelButton_Click(session); });
   buttons->button(QDialogButtonBox::Cancel)->setObjectName("CancelButton");
   return dialog;
 }

@@ -6,10 +6,10 @@
 #include <array>
 #include <vector>
 
-#include "batch/account_functions.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/multi_user.hpp"
+#include "windows/multi_user/accounts_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -95,7 +95,7 @@ QWidget* make_multi_accounts_tab(Session& session, QWidget* parent) {
   grid->setColumnStretch(5, 1);
   auto* const foot = new QHBoxLayout;
   rows->addLayout(foot);
-  add_button(*foot, "&Go", "btnGo", window.btnGo, [&session] { batch::btnGo_Click(session); });
+  add_button(*foot, "&Go", "btnGo", window.btnGo, [&session] { windows::btnGo_Click(session); });
   foot->addWidget(make_progress(window, page), 1);
   rows->addStretch(1);
   return page;

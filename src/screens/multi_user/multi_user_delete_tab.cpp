@@ -2,11 +2,11 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "batch/delete_options.hpp"
-#include "batch/delete_users.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/multi_user.hpp"
+#include "windows/multi_user/delete_options.hpp"
+#include "windows/multi_user/delete_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -26,14 +26,14 @@ void add_what_goes(QBoxLayout& columns, Session& session) {
   auto* const column = new QVBoxLayout;
   columns.addLayout(column);
   add_box(*column, session, "Delete Users NT &Account", "Delete_NT_Account", "Will remove NT Account",
-          window.Delete_NT_Account, batch::Delete_NT_Account_Click);
+          window.Delete_NT_Account, windows::Delete_NT_Account_Click);
   add_box(*column, session, "Delete S&hares", "Del_Shares", "Remove users home/profile shares",
-          window.Del_Shares, batch::Del_Shares_Click);
+          window.Del_Shares, windows::Del_Shares_Click);
   add_box(*column, session, "Delete Users D&irectories", "Delete_Data",
-          "Will remove home/profile directories", window.Delete_Data, batch::Delete_Data_Click);
+          "Will remove home/profile directories", window.Delete_Data, windows::Delete_Data_Click);
   add_box(*column, session, "Ta&ke Ownership", "Del_Permissions",
           "Will take ownership of directories first before deleting", window.Del_Permissions,
-          batch::Del_Permissions_Click);
+          windows::Del_Permissions_Click);
   column->addStretch();
 }
 
@@ -42,7 +42,7 @@ void add_how(QBoxLayout& columns, Session& session) {
   auto* const column = new QVBoxLayout;
   columns.addLayout(column);
   add_box(*column, session, "Delete &Mail Account", "Delete_Mail", "Will delete mail account",
-          window.Delete_Mail, batch::Delete_Mail_Click);
+          window.Delete_Mail, windows::Delete_Mail_Click);
   auto* const server = new QFormLayout;
   column->addLayout(server);
   QComboBox* const box = add_combo(*server, "E&xchange server:", "EX_Server", window.EX_Server);
@@ -50,9 +50,9 @@ void add_how(QBoxLayout& columns, Session& session) {
   box->setMinimumContentsLength(18);
   add_box(*column, session, "Run Command", "Run_command",
           "Will run command after user has been deleted (Setup TAB)", window.Run_command,
-          batch::Run_command_Click);
+          windows::Run_command_Click);
   add_box(*column, session, "&No Prompting", "No_Prompting", "Will do silent delete", window.No_Prompting,
-          batch::No_Prompting_Click);
+          windows::No_Prompting_Click);
   column->addStretch();
 }
 
@@ -71,7 +71,7 @@ QWidget* make_multi_delete_tab(Session& session, QWidget* parent) {
   auto* const foot = new QHBoxLayout;
   rows->addLayout(foot);
   add_button(*foot, "&Delete Users", "Del_User", session.multi_user.Del_User, [&session] {
-    batch::Del_User_Click(session);
+    windows::Del_User_Click(session);
   })->setToolTip("Start deleting selected users");
   foot->addStretch(1);
   rows->addStretch(1);

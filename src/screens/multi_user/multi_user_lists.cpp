@@ -3,12 +3,12 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "batch/multi_user_window.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "session/multi_user.hpp"
+#include "windows/multi_user/multi_user_window.hpp"
 
 namespace twk::screens {
 namespace {
@@ -63,7 +63,7 @@ QWidget* make_sources(Session& session, QWidget* parent) {
   auto* const columns = new QHBoxLayout;
   rows->addLayout(columns, 1);
   const auto from = [&session](controls::ListView& list) {
-    return [&session, &list] { batch::select_from(session, list); };
+    return [&session, &list] { windows::select_from(session, list); };
   };
   add_side(*columns,
            {window.ListView2, "ListView2", "&Users", "Filter users",
@@ -80,7 +80,7 @@ QWidget* make_sources(Session& session, QWidget* parent) {
   auto* const foot = new QHBoxLayout;
   rows->addLayout(foot);
   add_button(*foot, "&Show users", "btn_Showusers", window.btn_Showusers,
-             [&session] { batch::btn_Showusers_Click(session); });
+             [&session] { windows::btn_Showusers_Click(session); });
   foot->addStretch(1);
   return frame;
 }
@@ -94,12 +94,12 @@ QWidget* make_selection(Session& session, QWidget* parent) {
                                    {},
                                    "Filter the selection",
                                    "Nothing is selected. Choose users, groups or OU's and press the arrow.",
-                                   [&session] { batch::Command2_Click(session); }},
+                                   [&session] { windows::Command2_Click(session); }},
                                   1, frame);
   pane->setAccessibleName(frame->title().remove('&'));
   // The title's mnemonic leads here.
   frame->setFocusProxy(pane);
-  pane->on_delete = [&session] { batch::Command2_Click(session); };
+  pane->on_delete = [&session] { windows::Command2_Click(session); };
   return frame;
 }
 
@@ -114,9 +114,9 @@ QWidget* make_multi_lists(Session& session, QWidget* parent) {
   row->addLayout(movers);
   movers->addStretch();
   add_mover(*movers, "Command1", "add", "Add to the selection", session.multi_user.Command1,
-            [&session] { batch::Command1_Click(session); });
+            [&session] { windows::Command1_Click(session); });
   add_mover(*movers, "Command2", "remove", "Remove from the selection", session.multi_user.Command2,
-            [&session] { batch::Command2_Click(session); });
+            [&session] { windows::Command2_Click(session); });
   movers->addStretch();
   row->addWidget(make_selection(session, lists), 3);
   return lists;

@@ -3,11 +3,11 @@
 #include <QVBoxLayout>
 #include <array>
 
-#include "batch/delete_options.hpp"
-#include "batch/move_users.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/multi_user.hpp"
+#include "windows/multi_user/delete_options.hpp"
+#include "windows/multi_user/move_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -31,7 +31,7 @@ void add_options(QBoxLayout& columns, Session& session) {
   add_check(*column, "Chan&ge Logon Script", "Change_Logon", window.Change_Logon);
   add_check(*column, "Run Comman&d", "Run_CMD", window.Run_CMD);
   add_check(*column, "&No Prompting", "No_Prompt", window.No_Prompt,
-            [&session] { batch::No_Prompt_Click(session); });
+            [&session] { windows::No_Prompt_Click(session); });
   column->addStretch();
 }
 
@@ -54,7 +54,7 @@ QWidget* make_multi_move_tab(Session& session, QWidget* parent) {
   auto* const foot = new QHBoxLayout;
   rows->addLayout(foot);
   add_button(*foot, "&Move Users", "btn_MoveUser", session.multi_user.btn_MoveUser,
-             [&session] { batch::btn_MoveUser_Click(session); });
+             [&session] { windows::btn_MoveUser_Click(session); });
   foot->addStretch(1);
   rows->addStretch(1);
   return page;

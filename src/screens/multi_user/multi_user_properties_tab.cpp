@@ -4,13 +4,11 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "batch/change_property.hpp"
-#include "batch/property_file.hpp"
-#include "batch/schema_properties.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/ad_properties.hpp"
 #include "session/multi_user.hpp"
+#include "windows/multi_user/properties_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -35,11 +33,11 @@ void add_fields(QBoxLayout& columns, Session& session, QWidget* parent) {
   columns.addLayout(fields, 1);
   QComboBox* const property = add_combo(
       *fields, "P&roperty:", "AD_Properties", tab.AD_Properties,
-      [&session] { batch::AD_Properties_Change(session); }, true);
+      [&session] { windows::AD_Properties_Change(session); }, true);
   property->setMinimumContentsLength(28);
   offer_matches(*property);
   QObject::connect(property->lineEdit(), &QLineEdit::editingFinished, property,
-                   [&session] { batch::AD_Properties_Leave(session); });
+                   [&session] { windows::AD_Properties_Leave(session); });
   add_text(*fields, "Chan&ge to:", "AD_CHANGE", session.multi_user.AD_CHANGE)
       ->setToolTip("%UserName% is replaced by the name of the user");
   auto* const syntax = new QLabel(parent);
@@ -89,9 +87,9 @@ QWidget* make_multi_properties_tab(Session& session, QWidget* parent) {
   add_multi_value(*columns, tab, frame);
   auto* const foot = new QHBoxLayout;
   rows->addLayout(foot);
-  add_button(*foot, "C&hange", "CHANGE_AD", tab.CHANGE_AD, [&session] { batch::CHANGE_AD_Click(session); });
+  add_button(*foot, "C&hange", "CHANGE_AD", tab.CHANGE_AD, [&session] { windows::CHANGE_AD_Click(session); });
   add_button(*foot, "&Import File", "DELIMPORT", session.multi_user.DELIMPORT, [&session] {
-    batch::DELIMPORT_Click(session);
+    windows::DELIMPORT_Click(session);
   })->setToolTip("Import file of user names");
   foot->addWidget(make_progress(tab, page), 1);
   rows->addStretch(1);

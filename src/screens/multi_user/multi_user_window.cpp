@@ -4,12 +4,12 @@
 #include <QVBoxLayout>
 #include <memory>
 
-#include "batch/multi_user_window.hpp"
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/multi_user.hpp"
+#include "windows/multi_user/multi_user_window.hpp"
 
 namespace twk::screens {
 namespace {
@@ -23,7 +23,7 @@ class MultiUserDialog final : public QDialog {
   MultiUserDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {}
 
   void reject() override {
-    if (batch::Command7_Click(session_))
+    if (windows::Command7_Click(session_))
       QDialog::reject();
   }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "session/account_windows.hpp"
-
 namespace twk::controls {
 struct TreeNode;
 }
@@ -10,7 +8,7 @@ struct Session;
 }
 
 /// The entries of the tree's popup that act on one user at once. The status bar shows the outcome.
-namespace twk::lifecycle {
+namespace twk::windows {
 
 /// Sets the default password, to be changed at the next logon; asks first when `Confirm_Resets` is ticked.
 /// True when it was set.
@@ -24,11 +22,9 @@ bool Delete_Server_Profile(session::Session& session, const controls::TreeNode& 
 
 /// Asks for the workstation in `WKS_PROFILE` and deletes the user's profile there. True when it is gone.
 bool Delete_WKS_Profile(session::Session& session, const controls::TreeNode& node);
-/// The same for the workstation in `session.runs`, without the window.
-bool delete_wks_profile(session::Session& session, const controls::TreeNode& node);
 
 /// The buttons of `WKS_PROFILE`.
 void WKS_PROFILE_OKButton_Click(session::Session& session);
 void WKS_PROFILE_CancelButton_Click(session::Session& session);
 
-}  // namespace twk::lifecycle
+}  // namespace twk::windows

@@ -1,11 +1,11 @@
-#include "batch/delete_options.hpp"
+#include "windows/multi_user/delete_options.hpp"
 
 #include "base/text.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 
-namespace twk::batch {
+namespace twk::windows {
 namespace {
 
 using session::MultiUser;
@@ -88,4 +88,4 @@ void No_Prompt_Click(Session& session) {
   warn(session, session.multi_user.No_Prompt);
 }
 
-}  // namespace twk::batch
+}  // namespace twk::windows

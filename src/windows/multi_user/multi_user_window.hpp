@@ -9,7 +9,7 @@ struct Session;
 }
 
 /// The window that works on many users at once: its selection, and what its tabs share.
-namespace twk::batch {
+namespace twk::windows {
 
 /// Sets the boxes of the "Delete Users" tab from the settings. Once a session.
 void MultiUser_Initialize(session::Session& session);
@@ -34,4 +34,4 @@ void btn_Showusers_Click(session::Session& session);
 /// Closes the window. False while a function runs.
 bool Command7_Click(session::Session& session);
 
-}  // namespace twk::batch
+}  // namespace twk::windows

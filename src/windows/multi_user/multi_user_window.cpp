@@ -1,4 +1,4 @@
-#include "batch/multi_user_window.hpp"
+#include "windows/multi_user/multi_user_window.hpp"
 
 #include <algorithm>
 #include <string>
@@ -6,8 +6,6 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "batch/delete_options.hpp"
-#include "batch/schema_properties.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/loading/nt_load.hpp"
@@ -19,8 +17,10 @@
 #include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
+#include "windows/multi_user/delete_options.hpp"
+#include "windows/multi_user/properties_tab.hpp"
 
-namespace twk::batch {
+namespace twk::windows {
 namespace {
 
 using controls::ListRow;
@@ -185,4 +185,4 @@ bool Command7_Click(Session& session) {
   return true;
 }
 
-}  // namespace twk::batch
+}  // namespace twk::windows

@@ -6,7 +6,7 @@ struct Session;
 
 /// The boxes of the tabs "Delete Users" and "Move Users". A click stores those that are settings, below
 /// `\DU`.
-namespace twk::batch {
+namespace twk::windows {
 
 /// Sets the boxes of the "Delete Users" tab as stored.
 void read_delete_options(session::Session& session);
@@ -25,4 +25,4 @@ void No_Prompt_Click(session::Session& session);
 /// Which boxes can be ticked together with those that are.
 void show_delete_options(session::Session& session);
 
-}  // namespace twk::batch
+}  // namespace twk::windows

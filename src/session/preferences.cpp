@@ -1,0 +1,26 @@
+#include "session/preferences.hpp"
+
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
+
+namespace twk::session {
+
+Preferences read_preferences(Session& session) {
+  const auto preferred = [&](std::string_view name) { return read_switch(session, kPreferences, name); };
+  const auto command = [&](std::string_view text, std::string_view hidden, std::string_view wait) {
+    return CommandSetting{read_setting(session, kSetup, text), read_switch(session, kSetup, hidden),
+                          read_switch(session, kSetup, wait)};
+  };
+  return {.confirm_deletes = preferred("ConfirmDeletes"),
+          .confirm_resets = preferred("ConfirmResets"),
+          .through_drive_shares = preferred("AdminShares"),
+          .profile_named_by_user = preferred("ProfileDeleteUsername"),
+          .named_by_full_name = preferred("CNName"),
+          .tree_shows_display_name = preferred("DisplayName"),
+          .move_command = command("BatchFileMove", "MoveHidden", "WaitMove"),
+          .delete_command = command("BatchFileDelete", "DeleteHidden", "WaitDelete"),
+          .mail_administrator = {read_setting(session, kMail, "Admin_Account"),
+                                 read_setting(session, kMail, "Mail_Password")}};
+}
+
+}  // namespace twk::session

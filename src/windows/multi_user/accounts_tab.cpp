@@ -1,0 +1,140 @@
+#include "windows/multi_user/accounts_tab.hpp"
+
+#include <array>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "batch/account_functions.hpp"
+#include "batch/find_accounts.hpp"
+#include "batch/unlock_accounts.hpp"
+#include "platform/adsi.hpp"
+#include "session/hourglass.hpp"
+#include "windows/multi_user/run_window.hpp"
+
+namespace twk::windows {
+namespace {
+
+using batch::AccountFunction;
+using platform::ObjectPtr;
+using session::MultiUser;
+using session::Session;
+
+/// The entries of `LockAcc`: the functions that change accounts, then two searches.
+constexpr int kFindExpired = 5;
+constexpr int kFindLocked = 6;
+
+constexpr std::array<std::string_view, 5> kConfirmations = {
+    "This will enable all selected accounts", "This will disable all selected accounts",
+    "This will set the password to expire on all selected accounts",
+    "This will set the password not to expire on all selected accounts",
+    "This will reset the passwords on the selected accounts"};
+
+bool is_confirmed(Session& session, AccountFunction function) {
+  return session.platform.dialogs.MsgBox(std::string(kConfirmations.at(static_cast<std::size_t>(function))) +
+                                             "\r\nPress 'OK' to continue",
+                                         platform::Buttons::kOkCancel, platform::Icon::kQuestion,
+                                         "Modify Accounts") == platform::Answer::kOk;
+}
+
+void change(Session& session, AccountFunction function) {
+  MultiUser& window = session.multi_user;
+  window.Unlock_Stage = false;
+  if (window.ListView1.empty())
+    return;
+  session.log.begin_block();
+  if (!is_confirmed(session, function))
+    return session.log.close();
+  const session::Hourglass hourglass(window.mouse_pointer);
+  const RunningWindow running(session, window.btnGo,
+                              {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Command1.enabled,
+                               &window.Command2.enabled, &window.LockAcc.enabled});
+  MultiUserView view(session, window.btnGo);
+  const session::RunScope scope(session, {}, view);
+  session.run.stopped = false;
+  try {
+    const bool whole = batch::change_accounts(session, {function, window.ctrChangePswd.on()}, view);
+    view.step(whole ? " Completed" : "Canceled by user.");
+  } catch (const base::RuntimeError& failure) {
+    batch::tell_run_failure(session, "Error Retrieving Domain Info.", failure);
+  }
+}
+
+RunningWindow begin_search(Session& session) {
+  MultiUser& window = session.multi_user;
+  window.Label3.caption = std::string("Please wait searching accounts.... ");
+  window.ProgressBar1.value = 0;
+  return RunningWindow(session, window.btnGo,
+                       {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Command1.enabled,
+                        &window.Command2.enabled, &window.btn_Showusers.enabled, &window.LockAcc.enabled});
+}
+
+void find_expired(Session& session, session::RunView& view) {
+  const auto limit = base::parse_date(base::trim(session.multi_user.Expiredate.text.get()));
+  const RunningWindow running = begin_search(session);
+  std::size_t found = 0;
+  const bool whole = batch::find_accounts(
+      session,
+      [&](const ObjectPtr& account) { return limit && batch::expires_before(session, account, *limit); },
+      view, found);
+  view.step(whole ? "Total Expired Accounts: " + std::to_string(found) : "Find canceled by user.");
+}
+
+void search_locked(Session& session, session::RunView& view) {
+  std::size_t found = 0;
+  const bool whole = batch::find_accounts(
+      session, [](const ObjectPtr& account) { return platform::User(account).IsAccountLocked(); }, view,
+      found);
+  if (whole)
+    session.multi_user.Unlock_Stage = true;
+  view.step(whole ? "Press 'G0' again to unlock selected accounts."
+                  : "Find canceled by user. Press 'G0' again to unlock selected accounts.");
+}
+
+void unlock_selection(Session& session, session::RunView& view) {
+  MultiUser& window = session.multi_user;
+  view.step("Unlocking accounts...");
+  const bool whole = batch::unlock_accounts(session, window.Unlock_Reset.on(), view);
+  view.step(whole ? "Accounts Unlocked." : "Canceled by user.");
+  window.Unlock_Stage = !whole;
+}
+
+void find_locked(Session& session, session::RunView& view) {
+  MultiUser& window = session.multi_user;
+  if (window.Unlock_Stage && window.ListView1.empty()) {
+    window.Unlock_Stage = false;
+    return;
+  }
+  const RunningWindow running = begin_search(session);
+  window.Unlock_Stage ? unlock_selection(session, view) : search_locked(session, view);
+}
+
+void search(Session& session, int function) {
+  MultiUser& window = session.multi_user;
+  MultiUserView view(session, window.btnGo);
+  const session::RunScope scope(session, {}, view);
+  session.run.stopped = false;
+  window.ProgressBar1_visible = true;
+  try {
+    function == kFindExpired ? find_expired(session, view) : find_locked(session, view);
+  } catch (const base::RuntimeError& failure) {
+    batch::tell_run_failure(session, "Error Retrieving Domain Info.", failure);
+  }
+  window.ProgressBar1_visible = false;
+}
+
+}  // namespace
+
+void btnGo_Click(Session& session) {
+  MultiUser& window = session.multi_user;
+  const int chosen = window.LockAcc.index;
+  const int function = chosen < 0 || chosen > kFindLocked ? 0 : chosen;
+  if (window.btnGo.caption == std::string(session::kCancelCaption)) {
+    window.btnGo.caption = std::string("&Go");
+    window.Unlock_Stage = window.Unlock_Stage || function == kFindLocked;
+  } else if (!session::is_running(window)) {
+    function >= kFindExpired ? search(session, function)
+                             : change(session, static_cast<AccountFunction>(function));
+  }
+}
+
+}  // namespace twk::windows

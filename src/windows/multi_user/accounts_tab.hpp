@@ -1,0 +1,15 @@
+#pragma once
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::windows {
+
+/// The button `btnGo` of the "Accounts" tab: starts the chosen function, after one confirmation if it changes
+/// accounts at once, and while it is running stops it after the current account. "Find Locked Accounts" has
+/// two stages: the first moves the accounts that are locked out into the selection, the next Go unlocks the
+/// selection.
+void btnGo_Click(session::Session& session);
+
+}  // namespace twk::windows

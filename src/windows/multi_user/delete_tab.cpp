@@ -1,0 +1,68 @@
+#include "windows/multi_user/delete_tab.hpp"
+
+#include "base/text.hpp"
+#include "batch/delete_users.hpp"
+#include "session/directory_windows.hpp"
+#include "session/form1.hpp"
+#include "windows/multi_user/run_window.hpp"
+
+namespace twk::windows {
+namespace {
+
+using session::MultiUser;
+using session::Session;
+
+bool lacks_server(Session& session) {
+  const MultiUser& window = session.multi_user;
+  if (!window.Delete_Mail.on() || !base::trim(window.EX_Server.text.get()).empty())
+    return false;
+  session.platform.dialogs.MsgBox("Must Select Users Exchange Server to \r\nDelete Mail Account",
+                                  platform::Buttons::kOk, platform::Icon::kExclamation,
+                                  "Delete Mail Account");
+  return true;
+}
+
+void run(Session& session) {
+  MultiUser& window = session.multi_user;
+  const RunningWindow running(
+      session, window.Del_User,
+      {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Run_command.enabled,
+       &window.No_Prompting.enabled, &window.EX_Server.enabled, &window.Command1.enabled,
+       &window.Command2.enabled, &window.Del_Permissions.enabled, &window.Delete_Mail.enabled,
+       &window.Delete_Data.enabled, &window.Delete_NT_Account.enabled, &window.Del_Shares.enabled});
+  run_over_selection(
+      session, window.Del_User, "Delete Completed, Check log for errors",
+      [&](session::RunView& view) { return batch::delete_selection(session, delete_order(session), view); });
+}
+
+}  // namespace
+
+lifecycle::DeleteOrder delete_order(const Session& session) {
+  const MultiUser& window = session.multi_user;
+  const session::Form1& form = session.form1;
+  lifecycle::DeleteOrder order;
+  order.shares = window.Del_Shares.on();
+  order.take_ownership = window.Del_Permissions.on();
+  order.account = window.Delete_NT_Account.on();
+  order.data = window.Delete_Data.on();
+  order.mailbox = window.Delete_Mail.on();
+  order.command = window.Run_command.on();
+  order.confirm = form.Confirm_Deletes.on();
+  order.through_drive_shares = form.chkAdmin_Shares.on();
+  order.profile_named_by_user = form.Profile_Delete_Name.on();
+  order.mail = {window.EX_Server.text, session.serach_mail.Path, {form.txtAdmin.text, form.txtPassword.text}};
+  order.script = {form.Delete_Script.text, form.Run_Hidden[2].on(), form.Wait_NEW[2].on()};
+  order.terms.silent = window.No_Prompting.on();
+  return order;
+}
+
+void Del_User_Click(Session& session) {
+  MultiUser& window = session.multi_user;
+  if (window.Del_User.caption == std::string(session::kCancelCaption))
+    return stop_over_selection(session, window.Del_User, "&Delete Users", "Delete Canceled");
+  if (session::is_running(window) || window.ListView1.empty() || lacks_server(session))
+    return;
+  run(session);
+}
+
+}  // namespace twk::windows

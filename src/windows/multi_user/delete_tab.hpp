@@ -1,0 +1,18 @@
+#pragma once
+
+#include "lifecycle/deletion/delete_order.hpp"
+
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::windows {
+
+/// What the boxes of the "Delete Users" tab and the preferences ask for.
+lifecycle::DeleteOrder delete_order(const session::Session& session);
+
+/// The button of the tab: starts the run over the selection, and while it is running stops it after the
+/// current user.
+void Del_User_Click(session::Session& session);
+
+}  // namespace twk::windows

@@ -1,0 +1,89 @@
+#include "windows/multi_user/move_tab.hpp"
+
+#include "base/text.hpp"
+#include "batch/move_users.hpp"
+#include "session/form1.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_tab.hpp"
+#include "windows/multi_user/run_window.hpp"
+
+namespace twk::windows {
+namespace {
+
+using lifecycle::MovedData;
+using session::MultiUser;
+using session::Session;
+
+MovedData chosen_data(const MultiUser& window) {
+  switch (window.UserData.index) {
+    case 0:
+      return MovedData::kMove;
+    case 1:
+      return MovedData::kCopy;
+    default:
+      return MovedData::kStays;
+  }
+}
+
+bool lacks_target(Session& session) {
+  const MultiUser& window = session.multi_user;
+  if (!base::trim(window.Multi_Site.text.get()).empty() &&
+      !base::trim(window.Multi_Template.text.get()).empty())
+    return false;
+  session.platform.dialogs.MsgBox("A Site and Template must be selected before moving users",
+                                  platform::Buttons::kOk, platform::Icon::kExclamation, "Move users");
+  return true;
+}
+
+void run(Session& session) {
+  MultiUser& window = session.multi_user;
+  const RunningWindow running(
+      session, window.btn_MoveUser,
+      {&window.Run_CMD.enabled, &window.Command7.enabled, &window.DELIMPORT.enabled,
+       &window.No_Prompt.enabled, &window.Multi_Site.enabled, &window.Multi_Template.enabled,
+       &window.Add_to_Groups.enabled, &window.Change_Logon.enabled, &window.UserData.enabled,
+       &window.Command1.enabled, &window.Command2.enabled});
+  batch::RunHooks hooks;
+  // Its template and site were loaded for the move.
+  hooks.done = [&session](const batch::UserOutcome& outcome) {
+    if (!outcome.done)
+      return;
+    stores::Clear_TT(session);
+    stores::Clear_Site(session);
+  };
+  run_over_selection(session, window.btn_MoveUser, "Move Complete, Check Log for Errors",
+                     [&](session::RunView& view) {
+                       return batch::move_selection(session, move_order(session), view, hooks);
+                     });
+}
+
+}  // namespace
+
+lifecycle::MoveOrder move_order(const Session& session) {
+  const MultiUser& window = session.multi_user;
+  const session::Form1& form = session.form1;
+  lifecycle::MoveOrder order;
+  order.site = window.Multi_Site.text;
+  order.template_name = window.Multi_Template.text;
+  order.data = chosen_data(window);
+  order.add_to_groups = window.Add_to_Groups.on();
+  order.change_logon = window.Change_Logon.on();
+  order.command = window.Run_CMD.on();
+  order.through_drive_shares = form.chkAdmin_Shares.on();
+  order.profile_named_by_user = form.Profile_Delete_Name.on();
+  order.script = {form.Move_Script.text, form.Run_Hidden[1].on(), form.Wait_NEW[1].on()};
+  order.names = {{}, form.strFirst.text, form.StrMiddle.text, form.strLast.text};
+  order.terms.silent = window.No_Prompt.on();
+  return order;
+}
+
+void btn_MoveUser_Click(Session& session) {
+  MultiUser& window = session.multi_user;
+  if (window.btn_MoveUser.caption == std::string(session::kCancelCaption))
+    return stop_over_selection(session, window.btn_MoveUser, "&Move Users", "Move Canceled");
+  if (session::is_running(window) || window.ListView1.empty() || lacks_target(session))
+    return;
+  run(session);
+}
+
+}  // namespace twk::windows
