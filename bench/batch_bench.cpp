@@ -14,7 +14,7 @@
 #include "lifecycle/trees/own_tree.hpp"
 #include "platform/adsi.hpp"
 #include "session/account_windows.hpp"
-#include "session/multi_user.hpp"
+#include "session/loaded_domain.hpp"
 #include "windows/start_up.hpp"
 
 namespace {
@@ -48,19 +48,18 @@ struct World {
     session.emplace(services, "", database);
     windows::start_session(*session);
     directory::Load_AD_Users(*session, "LDAP://twk.test", true, "subtree", "", true);
-    session->multi_user.Delete_NT_Account.value = 1;
-    session->multi_user.No_Prompting.value = 1;
-    session->runs.Delete_Running = true;
+    order.account = true;
+    order.terms.silent = true;
   }
 
   void select_people() {
     std::vector<const controls::ListRow*> all;
-    for (std::size_t i = 0; i < session->multi_user.ListView2.size(); ++i) {
-      const controls::ListRow& row = session->multi_user.ListView2.at(i);
+    for (std::size_t i = 0; i < session->domain.users.size(); ++i) {
+      const controls::ListRow& row = session->domain.users.at(i);
       if (row.text != "Administrator" && row.text != "Guest" && row.text != "krbtgt")
         all.push_back(&row);
     }
-    controls::move_rows(session->multi_user.ListView2, all, session->multi_user.ListView1);
+    controls::move_rows(session->domain.users, all, session->domain.selection);
   }
 
   static lab::Lab make_lab(const std::filesystem::path& path, int users) {
@@ -75,12 +74,20 @@ struct World {
   lab::Lab lab;
   platform::Platform services;
   std::optional<session::Session> session;
+  lifecycle::DeleteOrder order;
+};
+
+class NobodyWatches final : public session::RunView {
+ public:
+  void status(std::string_view /*text*/) override {}
+  void step(std::string_view /*caption*/) override {}
+  void progress(int /*percent*/) override {}
 };
 
 bool find(session::Session& session, const std::function<bool(const platform::ObjectPtr&)>& is_hit) {
   std::size_t found = 0;
-  return batch::find_accounts(
-      session, is_hit, [] { return true; }, found);
+  NobodyWatches view;
+  return batch::find_accounts(session, is_hit, view, found);
 }
 
 struct Home {
@@ -91,7 +98,7 @@ struct Home {
 /// Gives each of the selection a home that is a separate share, with a file in it.
 std::vector<Home> make_homes(World& world) {
   std::vector<Home> homes;
-  for (std::size_t i = 0; i < world.session->multi_user.ListView1.size(); ++i) {
+  for (std::size_t i = 0; i < world.session->domain.selection.size(); ++i) {
     const std::string name = "u" + std::to_string(i);
     const std::filesystem::path home = world.folder.path() / "lab/servers/FS1/D/Users" / name;
     std::filesystem::create_directories(home);
@@ -100,7 +107,7 @@ std::vector<Home> make_homes(World& world) {
     share.shi502_netname = name + "$";
     share.shi502_path = "D:\\Users\\" + name;
     world.services.network.NetShareAdd("FS1", share);
-    const auto user = world.services.directory.GetObject(world.session->multi_user.ListView1.at(i).key);
+    const auto user = world.services.directory.GetObject(world.session->domain.selection.at(i).key);
     user->Put("HomeDirectory", "\\\\FS1\\" + share.shi502_netname);
     user->SetInfo();
     homes.push_back({user->Get("samAccountName").text(), share.shi502_netname});
@@ -123,6 +130,7 @@ Figures run(int users) {
   {
     World world(users);
     session::Session& session = *world.session;
+    NobodyWatches view;
     figures[1] = measure([&] {
       find(session,
            [](const platform::ObjectPtr& account) { return platform::User(account).IsAccountLocked(); });
@@ -133,16 +141,16 @@ Figures run(int users) {
       });
     });
     world.select_people();
-    figures[0] = measure([&] { batch::change_accounts(session, batch::AccountFunction::kDisable, {}); });
-    figures[3] = measure([&] { batch::delete_selection(session); });
+    figures[0] = measure([&] { batch::change_accounts(session, {batch::AccountFunction::kDisable}, view); });
+    figures[3] = measure([&] { batch::delete_selection(session, world.order, view); });
   }
   World world(users);
   world.select_people();
   const std::vector<Home> homes = make_homes(world);
   figures[5] = measure([&] { check(*world.session, homes); });
-  world.session->runs.Delete_Data_Flag = true;
-  world.session->multi_user.Del_Shares.value = 1;
-  figures[4] = measure([&] { batch::delete_selection(*world.session); });
+  world.order.data = world.order.shares = true;
+  NobodyWatches view;
+  figures[4] = measure([&] { batch::delete_selection(*world.session, world.order, view); });
   if (std::filesystem::exists(world.folder.path() / "lab/servers/FS1/D/Users/u0"))
     std::abort();  // what was measured was not a deletion
   return figures;

@@ -24,6 +24,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/multi_user.hpp"
+#include "windows/account/account_view.hpp"
 #include "windows/import.hpp"
 #include "windows/start_up.hpp"
 
@@ -309,7 +310,8 @@ void measure_load(Bench& bench) {
 
 void measure_search(Bench& bench) {
   session::Session& session = bench.session();
-  session.multi_user.Expiredate.text = std::string("1/1/80");
+  const base::Date limit = base::make_date({1980, 1, 1});
+  windows::AccountView view(session);
   Effort ours;
   Effort raw;
   double calls_an_account = 0;
@@ -318,7 +320,13 @@ void measure_search(Bench& bench) {
     directory::Load_AD_Users(session, "LDAP://OU=Unit 000,DC=twk,DC=test", true, "subtree", "", true);
     const auto accounts = static_cast<int>(session.multi_user.ListView2.size());
     bench::start_recording();
-    ours.add(effort(accounts, [&] { batch::Find_Expired_Accounts(session); }));
+    ours.add(effort(accounts, [&] {
+      std::size_t found = 0;
+      batch::find_accounts(
+          session,
+          [&](const platform::ObjectPtr& account) { return batch::expires_before(session, account, limit); },
+          view, found);
+    }));
     const std::vector<bench::RecordedCall> calls = bench::stop_recording();
     raw.add(effort(accounts, [&] {
       for (const bench::RecordedCall& call : calls) {

@@ -20,6 +20,17 @@ inline constexpr int kAccounts = 2;
 inline constexpr int kProperties = 3;
 }  // namespace multi_tab
 
+/// Entries of `LockAcc`: functions that change accounts at once, then two searches.
+namespace lock_acc {
+inline constexpr int kEnable = 0;
+inline constexpr int kDisable = 1;
+inline constexpr int kPasswordExpires = 2;
+inline constexpr int kPasswordNeverExpires = 3;
+inline constexpr int kResetPassword = 4;
+inline constexpr int kFindExpired = 5;
+inline constexpr int kFindLocked = 6;
+}  // namespace lock_acc
+
 /// What a start button shows while its run is in progress: it then stops the run.
 inline constexpr std::string_view kCancelCaption = "&Cancel";
 
@@ -72,7 +83,7 @@ struct MultiUser {
   controls::Button btn_MoveUser = button("&Move Users");
 
   // Accounts tab.
-  controls::OptionGroup LockAcc;     ///< see `batch::AccountFunction`
+  controls::OptionGroup LockAcc;     ///< see `lock_acc`
   controls::CheckBox ctrChangePswd;  ///< password must change at the next logon
   controls::TextBox Expiredate;      ///< "31/12/26"
   controls::CheckBox Unlock_Reset;   ///< new passwords for the accounts that are unlocked

@@ -4,10 +4,13 @@
 #include "base/errors.hpp"
 #include "batch/multi_user_world.hpp"
 #include "batch/unlock_accounts.hpp"
+#include "support/kept_view.hpp"
+#include "windows/multi_user/accounts_tab.hpp"
 
 namespace twk::batch {
 namespace {
 
+namespace lock_acc = session::lock_acc;
 using lab::DomainKind;
 using test::InEveryKindOfDomain;
 using test::MultiUserWorld;
@@ -18,13 +21,12 @@ class AccountFunctions : public InEveryKindOfDomain {};
 INSTANTIATE_TEST_SUITE_P(Kinds, AccountFunctions, test::kKinds, test::kind_name);
 
 /// Presses Go for a function and answers its question.
-void go(MultiUserWorld& world, AccountFunction function,
-        const std::string& confirmation = "selected accounts",
+void go(MultiUserWorld& world, int function, const std::string& confirmation = "selected accounts",
         platform::Answer answer = platform::Answer::kOk) {
-  world.window.LockAcc.index = static_cast<int>(function);
+  world.window.LockAcc.index = function;
   if (!confirmation.empty())
     world.dialogs.expect(confirmation, answer);
-  btnGo_Click(world.session);
+  windows::btnGo_Click(world.session);
 }
 
 const std::string kHeading = "*****************************************\n31/12/2026 09:05:00\nUser:admin\n";
@@ -35,7 +37,7 @@ TEST_P(AccountFunctions, AccountsAreDisabledAndEnabledByUserGroupAndUnit) {
   world.open();
   world.select_readers();
   world.select_users({"cas"});
-  go(world, AccountFunction::kDisable, "This will disable all selected accounts\r\nPress 'OK' to continue");
+  go(world, lock_acc::kDisable, "This will disable all selected accounts\r\nPress 'OK' to continue");
   EXPECT_EQ(world.dialogs.last_title, "Modify Accounts");
   EXPECT_EQ(world.disabled(), (Names{"ann", "ben", "cas"}));
   EXPECT_EQ(world.window.Label3.caption.get(), " Completed");
@@ -48,7 +50,7 @@ TEST_P(AccountFunctions, AccountsAreDisabledAndEnabledByUserGroupAndUnit) {
     world.window.ListView1.clear();
     world.select_unit();
   }
-  go(world, AccountFunction::kEnable, "This will enable all selected accounts");
+  go(world, lock_acc::kEnable, "This will enable all selected accounts");
   EXPECT_EQ(world.disabled(), Names());
   EXPECT_EQ(world.log_tab(), std::vector<std::string>());
 }
@@ -63,7 +65,7 @@ TEST_P(AccountFunctions, AUserInTwoSelectedGroupsIsDoneTwiceWithTwoLines) {
   world.select_readers();
   world.window.ListView1.add(world.is_nt() ? "Staff" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test", "Staff",
                              world.is_nt() ? "Global" : "W2KGRP");
-  go(world, AccountFunction::kDisable);
+  go(world, lock_acc::kDisable);
   EXPECT_EQ(world.log(), kHeading + "Account Disabled for ann\nAccount Disabled for ann\n");
 }
 
@@ -72,7 +74,7 @@ TEST_P(AccountFunctions, PasswordsAreSetToExpireAndNotTo) {
   world.open();
   world.select_users({"ann", "ben"});
   world.window.ctrChangePswd.value = 1;
-  go(world, AccountFunction::kPasswordNeverExpires,
+  go(world, lock_acc::kPasswordNeverExpires,
      "This will set the password not to expire on all selected accounts");
   EXPECT_EQ(world.with_lasting_password(), (Names{"ann", "ben"}));
   EXPECT_TRUE(world.must_change("ann"));
@@ -82,8 +84,7 @@ TEST_P(AccountFunctions, PasswordsAreSetToExpireAndNotTo) {
     writes += operation == "SetInfo" ? 1 : 0;
   };
   world.select_users({"cas"});
-  go(world, AccountFunction::kPasswordExpires,
-     "This will set the password to expire on all selected accounts");
+  go(world, lock_acc::kPasswordExpires, "This will set the password to expire on all selected accounts");
   EXPECT_EQ(world.with_lasting_password(), Names());
   EXPECT_EQ(writes, 2) << "whose password expires already is not written";
   EXPECT_THAT(world.log(), HasSubstr("Password now set to expire: cas\n"));
@@ -95,7 +96,7 @@ TEST_P(AccountFunctions, PasswordsAreResetToTheDefaultWithTheName) {
   world.open();
   world.add_user("bo");
   world.select_users({"bo"});
-  go(world, AccountFunction::kResetPassword, "This will reset the passwords on the selected accounts");
+  go(world, lock_acc::kResetPassword, "This will reset the passwords on the selected accounts");
   EXPECT_TRUE(world.must_change("bo"));
   EXPECT_EQ(world.log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: bo"}));
   EXPECT_TRUE(world.takes("bo", "New-bo-2026"));
@@ -106,11 +107,11 @@ TEST_P(AccountFunctions, ARefusedPasswordBeepsAndTheNextOneIsSet) {
   world.set("Setup", "Password", "PROMPT");
   world.open();
   world.select_users({"ann", "ben"});
-  world.window.LockAcc.index = static_cast<int>(AccountFunction::kResetPassword);
+  world.window.LockAcc.index = lock_acc::kResetPassword;
   world.dialogs.expect("reset the passwords");
   world.dialogs.expect_input("Enter User Password:", "short");
   world.dialogs.expect_input("Enter User Password:", "Long-enough-1");
-  btnGo_Click(world.session);
+  windows::btnGo_Click(world.session);
   EXPECT_EQ(world.dialogs.beeps, 1);
   EXPECT_EQ(world.log(), kHeading + "Resetting Password for: ben\n");
   EXPECT_EQ(world.log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: ben"}));
@@ -121,11 +122,11 @@ TEST_P(AccountFunctions, NothingIsDoneForNobodyOrWithoutAnOk) {
   MultiUserWorld world(GetParam());
   world.open();
   world.window.Unlock_Stage = true;
-  go(world, AccountFunction::kDisable, {});
+  go(world, lock_acc::kDisable, {});
   EXPECT_EQ(world.log(), "");
   EXPECT_FALSE(world.window.Unlock_Stage);
   world.select_users({"ann"});
-  go(world, AccountFunction::kDisable, "disable", platform::Answer::kCancel);
+  go(world, lock_acc::kDisable, "disable", platform::Answer::kCancel);
   EXPECT_EQ(world.disabled(), Names());
   EXPECT_EQ(world.log(), kHeading);
   EXPECT_EQ(world.window.mouse_pointer, 0);
@@ -140,9 +141,9 @@ TEST_P(AccountFunctions, CancelStopsAfterTheCurrentAccount) {
     EXPECT_FALSE(world.window.Command7.enabled);
     EXPECT_FALSE(world.window.Del_User.enabled);
     if (world.disabled().size() == 2)
-      btnGo_Click(world.session);
+      windows::btnGo_Click(world.session);
   };
-  go(world, AccountFunction::kDisable);
+  go(world, lock_acc::kDisable);
   EXPECT_EQ(world.disabled(), (Names{"ann", "ben"}));
   EXPECT_EQ(world.window.Label3.caption.get(), "Canceled by user.");
   EXPECT_TRUE(world.window.Del_User.enabled);
@@ -153,7 +154,7 @@ TEST_P(AccountFunctions, AFailureEndsTheWindowsRunAndIsReported) {
   world.open();
   world.select_users({"ann", "ben", "cas"});
   world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
-  go(world, AccountFunction::kDisable);
+  go(world, lock_acc::kDisable);
   EXPECT_EQ(world.disabled(), Names{"ann"});
   EXPECT_EQ(world.window.Label3.caption.get(), "Error Retrieving Domain Info.");
   EXPECT_THAT(world.log(),
@@ -175,7 +176,8 @@ TEST_P(AccountFunctions, WithHooksARefusedRowIsAnOutcomeAndTheRestContinues) {
   hooks.done = [&](const UserOutcome& outcome) {
     told.push_back(std::string(outcome.light) + " " + outcome.message);
   };
-  EXPECT_TRUE(change_accounts(world.session, AccountFunction::kDisable, {}, hooks));
+  test::KeptView view(world.session);
+  EXPECT_TRUE(change_accounts(world.session, {AccountFunction::kDisable}, view, hooks));
   EXPECT_EQ(world.disabled(), (Names{"ann", "cas"}));
   ASSERT_EQ(told.size(), 3U);
   EXPECT_EQ(told[0], "GREEN Account Disabled for ann");
@@ -188,13 +190,13 @@ TEST_P(AccountFunctions, LockedAccountsAreFoundFirstAndUnlockedByTheNextGo) {
   world.lock({"ann", "cas"});
   world.open();
   ASSERT_EQ(world.locked(), (Names{"ann", "cas"}));
-  go(world, AccountFunction::kFindLocked, {});
+  go(world, lock_acc::kFindLocked, {});
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann", "cas"}));
   EXPECT_EQ(world.texts(world.window.ListView2), (Names{"ben", "dee"}));
   EXPECT_EQ(world.window.Label3.caption.get(), "Press 'G0' again to unlock selected accounts.");
   EXPECT_TRUE(world.window.Unlock_Stage);
   EXPECT_EQ(world.locked().size(), 2U);
-  go(world, AccountFunction::kFindLocked, {});
+  go(world, lock_acc::kFindLocked, {});
   EXPECT_EQ(world.locked(), Names());
   EXPECT_EQ(world.window.Label3.caption.get(), "Accounts Unlocked.");
   EXPECT_FALSE(world.window.Unlock_Stage);
@@ -220,7 +222,7 @@ TEST_P(AccountFunctions, UnlockingCanSetNewPasswordsToo) {
     world.window.Unlock_Reset.value = 1;
     if (!one.typed.empty())
       world.dialogs.expect_input("Enter User Password:", one.typed);
-    go(world, AccountFunction::kFindLocked, {});
+    go(world, lock_acc::kFindLocked, {});
     EXPECT_EQ(world.window.Label3.caption.get(), "Accounts Unlocked.");
     EXPECT_TRUE(world.must_change(one.name)) << one.setting;
     EXPECT_TRUE(world.takes(one.name, one.password)) << one.setting;
@@ -231,11 +233,11 @@ TEST(UnlockStage, IsClearedByADirectFunctionAndByAnEmptySelection) {
   MultiUserWorld world;
   world.open();
   world.window.Unlock_Stage = true;
-  go(world, AccountFunction::kFindLocked, {});
+  go(world, lock_acc::kFindLocked, {});
   EXPECT_FALSE(world.window.Unlock_Stage);
   world.window.Unlock_Stage = true;
   world.select_users({"ann"});
-  go(world, AccountFunction::kEnable);
+  go(world, lock_acc::kEnable);
   EXPECT_FALSE(world.window.Unlock_Stage);
 }
 

@@ -67,7 +67,7 @@ TEST(ChangeProperty, AppendDoesNotApplyToAPropertyOfOneValue) {
   world.change({"jo"}, "title", "Clerk");
   world.change({"jo"}, "title", "Head");
   EXPECT_EQ(world.property("jo", "title"), "Head");
-  EXPECT_EQ(world.session.ad_properties.errors, 0);
+  EXPECT_EQ(world.counts.errors, 0);
 }
 
 TEST(ChangeProperty, NumbersBecomeTheBytesOfAnOctetString) {
@@ -135,7 +135,7 @@ TEST(ChangeProperty, MissingUserIsCountedAndTheRunContinues) {
   world.services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters))
       ->Delete("user", "CN=jo Lee");
   world.choose("title", "Clerk");
-  CHANGE_AD_Click(world.session);
+  world.press_change();
   EXPECT_THAT(world.outcomes, ElementsAre("not jo", "ann"));
   EXPECT_THAT(world.log(), HasSubstr("Error changing property:'title' to 'Clerk' for jo\n"));
 }
@@ -148,11 +148,11 @@ TEST(ChangeProperty, ServerThatIsGoneEndsTheRun) {
     if (operation == "GetObject" && path.find("CN=") != base::npos)
       base::raise(platform::ads_error::kServerDown, "no server answers");
   };
-  CHANGE_AD_Click(world.session);
+  world.press_change();
   EXPECT_THAT(world.outcomes, IsEmpty());
   EXPECT_EQ(world.status(), "Error Retrieving Domain Info.");
   EXPECT_THAT(world.log(), HasSubstr("no server answers"));
-  EXPECT_EQ(world.session.ad_properties.failure, "no server answers");
+  EXPECT_EQ(world.counts.failure, "no server answers");
   EXPECT_FALSE(session::is_running(world.session.multi_user));
   EXPECT_EQ(world.session.ad_properties.CHANGE_AD.caption, std::string("C&hange"));
 }
@@ -166,7 +166,7 @@ TEST(ChangeProperty, GroupMeansItsMembersThatAreUsers) {
   world.session.multi_user.ListView1.add(world.path_of("Staff"), "Staff", "W2KGRP");
   world.choose("title", "Clerk of %UserName%");
   world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
-  CHANGE_AD_Click(world.session);
+  world.press_change();
   EXPECT_EQ(world.outcomes.size(), 2U);
   EXPECT_THAT(world.outcomes, Contains(HasSubstr("not ")));
   EXPECT_EQ(world.property("kim", "title"), "");
@@ -184,7 +184,7 @@ TEST(ChangeProperty, UnitMeansTheUsersDirectlyInIt) {
   below->MoveHere(world.path_of("kim"), std::nullopt);
   world.session.multi_user.ListView1.add(std::string(test::kNewStarters), "New Starters", "OU");
   world.choose("title", "Clerk");
-  CHANGE_AD_Click(world.session);
+  world.press_change();
   EXPECT_THAT(world.outcomes, UnorderedElementsAre("jo", "ann"));
   EXPECT_EQ(world.property("kim", "title"), "") << "is in a unit below";
 }

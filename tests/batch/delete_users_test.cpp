@@ -2,11 +2,11 @@
 
 #include "base/errors.hpp"
 #include "batch/multi_user_world.hpp"
-#include "session/account_windows.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
 #include "session/settings.hpp"
 #include "windows/multi_user/delete_options.hpp"
+#include "windows/multi_user/delete_tab.hpp"
 
 namespace twk::batch {
 namespace {
@@ -41,13 +41,12 @@ TEST_P(DeleteUsers, UsersAndMembersGoAndTheirRowsBecomeGhosts) {
   open_to_delete(world);
   world.select_readers();
   world.select_users({"ben", "cas"});
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_EQ(there(world), Names{"dee"});
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"Readers", "ben (gone)", "cas (gone)"}));
   EXPECT_EQ(world.texts(world.window.ListView2), Names{"dee"});
   EXPECT_EQ(world.window.Label3.caption.get(), "Delete Completed, Check log for errors");
   EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
-  EXPECT_FALSE(world.session.runs.Delete_Running);
   EXPECT_TRUE(world.window.Command7.enabled);
 }
 
@@ -57,10 +56,10 @@ TEST_P(DeleteUsers, ASecondRunSkipsGhostsAndReadsTheGroupAgain) {
   open_to_delete(world);
   world.select_users({"cas"});
   world.select_readers();
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   world.join_readers({"dee"});
   world.add_user("cas");
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_EQ(there(world), (Names{"ben", "cas"}));
 }
 
@@ -69,7 +68,7 @@ TEST(DeleteUsersOfADirectory, AUnitMeansItsUsersAndGhostsTheirRows) {
   open_to_delete(world);
   world.select_unit();
   world.select_users({"cas"});
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_EQ(there(world), Names());
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"New Starters", "cas (gone)"}));
 }
@@ -82,7 +81,7 @@ TEST_P(DeleteUsers, EachIsAskedAboutAndANoKeepsTheRow) {
   world.select_users({"ann", "ben"});
   world.dialogs.expect("Delete User " + world.key("ann"), platform::Answer::kNo);
   world.dialogs.expect("Delete User " + world.key("ben"), platform::Answer::kYes);
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann", "ben (gone)"}));
   EXPECT_TRUE(world.has("ann"));
 }
@@ -102,9 +101,9 @@ TEST_P(DeleteUsers, CancelStopsAfterTheCurrentUserEvenWithinAGroup) {
                                         &world.window.Delete_NT_Account.enabled, &world.window.btnGo.enabled})
         EXPECT_FALSE(*enabled);
       if (there(world).size() == 2)
-        Del_User_Click(world.session);
+        windows::Del_User_Click(world.session);
     };
-    Del_User_Click(world.session);
+    windows::Del_User_Click(world.session);
     EXPECT_EQ(there(world).size(), 2U);
     EXPECT_EQ(world.window.Label3.caption.get(), "Delete Canceled");
     EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
@@ -119,7 +118,7 @@ TEST_P(DeleteUsers, ARefusedUserStaysAndTheRestGoes) {
   open_to_delete(world);
   world.select_users({"ann", "ben", "cas"});
   world.directory.before = test::fail_at("Delete", 2, platform::ads_error::kAccessDenied);
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann (gone)", "ben", "cas (gone)"}));
   EXPECT_TRUE(world.has("ben"));
   EXPECT_THAT(world.log_tab(),
@@ -132,27 +131,25 @@ TEST_P(DeleteUsers, AGroupThatCannotBeReadEndsTheRunAndIsReported) {
   world.window.ListView1.add("LDAP://twk.test/CN=No,DC=twk,DC=test", "No",
                              world.is_nt() ? "Local" : "W2KGRP");
   world.select_users({"ann"});
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_TRUE(world.has("ann"));
   EXPECT_EQ(world.window.Label3.caption.get(), "Error Retrieving Domain Info.");
   EXPECT_THAT(world.log(), HasSubstr("Error Retrieving Domain Info.\nError Number: "));
   EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
-  EXPECT_FALSE(world.session.runs.Delete_Running);
 }
 
 TEST(DeleteUsersOfADirectory, MailNeedsAServerBeforeAnythingStarts) {
   MultiUserWorld world;
   open_to_delete(world);
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_EQ(world.log(), "") << "nobody is selected";
   world.select_users({"ann"});
   world.window.Delete_Mail.value = 1;
   world.window.EX_Server.text = std::string(" ");
   world.dialogs.expect("Must Select Users Exchange Server to \r\nDelete Mail Account");
-  Del_User_Click(world.session);
+  windows::Del_User_Click(world.session);
   EXPECT_EQ(world.dialogs.last_title, "Delete Mail Account");
   EXPECT_TRUE(world.has("ann"));
-  EXPECT_FALSE(world.session.runs.Delete_Running);
 }
 
 TEST(DeleteOptions, AreReadOnceAndStoredByEachClick) {
@@ -169,18 +166,18 @@ TEST(DeleteOptions, AreReadOnceAndStoredByEachClick) {
   EXPECT_FALSE(window.EX_Server.enabled);
 
   window.Delete_Data.value = 0;
-  Delete_Data_Click(world.session);
+  windows::Delete_Data_Click(world.session);
   EXPECT_FALSE(window.Del_Permissions.on());
   EXPECT_FALSE(window.Del_Permissions.enabled);
   EXPECT_TRUE(window.Del_Shares.enabled);
   window.Delete_Mail.value = 1;
-  Delete_Mail_Click(world.session);
+  windows::Delete_Mail_Click(world.session);
   EXPECT_TRUE(window.EX_Server.enabled);
   window.Delete_NT_Account.value = 0;
-  Delete_NT_Account_Click(world.session);
-  Run_command_Click(world.session);
-  Del_Shares_Click(world.session);
-  Del_Permissions_Click(world.session);
+  windows::Delete_NT_Account_Click(world.session);
+  windows::Run_command_Click(world.session);
+  windows::Del_Shares_Click(world.session);
+  windows::Del_Permissions_Click(world.session);
   const auto stored = [&](std::string_view name) {
     return session::read_setting(world.session, session::kDU, name);
   };
@@ -195,7 +192,7 @@ TEST(DeleteOptions, AreReadOnceAndStoredByEachClick) {
 TEST(DeleteOptions, SilenceIsWarnedOfWhenItIsTicked) {
   MultiUserWorld world;
   world.open();
-  No_Prompting_Click(world.session);
+  windows::No_Prompting_Click(world.session);
   world.window.No_Prompting.value = 1;
   world.window.No_Prompt.value = 1;
   const std::string text =
@@ -203,10 +200,10 @@ TEST(DeleteOptions, SilenceIsWarnedOfWhenItIsTicked) {
       "deleting user directories.\r\n\r\nOnly use this setting if you are sure the Usermanger settings are "
       "correct for all users.\r\nMake sure you have a current backup.";
   world.dialogs.expect(text);
-  No_Prompting_Click(world.session);
+  windows::No_Prompting_Click(world.session);
   EXPECT_EQ(world.dialogs.last_title, "Warning");
   world.dialogs.expect(text);
-  No_Prompt_Click(world.session);
+  windows::No_Prompt_Click(world.session);
 }
 
 }  // namespace

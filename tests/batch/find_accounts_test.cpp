@@ -2,10 +2,12 @@
 
 #include "batch/account_functions.hpp"
 #include "batch/multi_user_world.hpp"
+#include "windows/multi_user/accounts_tab.hpp"
 
 namespace twk::batch {
 namespace {
 
+namespace lock_acc = session::lock_acc;
 using test::InEveryKindOfDomain;
 using test::MultiUserWorld;
 using Names = std::set<std::string>;
@@ -20,9 +22,9 @@ void expire(MultiUserWorld& world, const char* name, int year, int month, int da
   user.SetInfo();
 }
 
-void go(MultiUserWorld& world, AccountFunction function) {
-  world.window.LockAcc.index = static_cast<int>(function);
-  btnGo_Click(world.session);
+void go(MultiUserWorld& world, int function) {
+  world.window.LockAcc.index = function;
+  windows::btnGo_Click(world.session);
 }
 
 TEST_P(FindAccounts, ExpiredBeforeTheDayComeToTheSelectionWithWhatIsThere) {
@@ -33,7 +35,7 @@ TEST_P(FindAccounts, ExpiredBeforeTheDayComeToTheSelectionWithWhatIsThere) {
   world.open();
   world.select_users({"eve"});
   world.window.Expiredate.text = std::string("1/3/26");
-  go(world, AccountFunction::kFindExpired);
+  go(world, lock_acc::kFindExpired);
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"eve", "ben", "cas"}));
   EXPECT_EQ(world.texts(world.window.ListView2), (Names{"ann", "dee"}));
   EXPECT_EQ(world.window.ListView1.find_key(world.key("ben"))->icon, "USER");
@@ -49,7 +51,7 @@ TEST_P(FindAccounts, WithoutADateNobodyIsFound) {
     expire(world, "ann", 2020, 1, 1);
     world.open();
     world.window.Expiredate.text = std::string(text);
-    go(world, AccountFunction::kFindExpired);
+    go(world, lock_acc::kFindExpired);
     EXPECT_TRUE(world.window.ListView1.empty()) << text;
     EXPECT_EQ(world.window.Label3.caption.get(), "Total Expired Accounts: 0") << text;
   }
@@ -61,7 +63,7 @@ TEST_P(FindAccounts, ARowThatCannotBeReadIsNotAHit) {
   world.open();
   world.window.ListView2.add(world.key("nobody"), "nobody", "USER");
   world.window.Expiredate.text = std::string("1/1/2026");
-  go(world, AccountFunction::kFindExpired);
+  go(world, lock_acc::kFindExpired);
   EXPECT_EQ(world.texts(world.window.ListView1), Names{"ann"});
   EXPECT_NE(world.window.ListView2.find_key(world.key("nobody")), nullptr);
 }
@@ -77,9 +79,9 @@ TEST_P(FindAccounts, CancelEndsTheSearchAndKeepsWhatWasFound) {
     EXPECT_TRUE(world.window.ProgressBar1_visible);
     EXPECT_FALSE(world.window.Command7.enabled);
     if (++turns == 2)
-      btnGo_Click(world.session);
+      windows::btnGo_Click(world.session);
   };
-  go(world, AccountFunction::kFindExpired);
+  go(world, lock_acc::kFindExpired);
   EXPECT_EQ(turns, 2);
   EXPECT_EQ(world.texts(world.window.ListView1), Names{"dee"}) << "the list is read from its end";
   EXPECT_EQ(world.window.Label3.caption.get(), "Find canceled by user.");
@@ -94,13 +96,13 @@ TEST_P(FindAccounts, ACancelledSearchForLockedAccountsLeavesThemToBeUnlocked) {
   int turns = 0;
   world.dialogs.on_events = [&] {
     if (++turns == 1)
-      btnGo_Click(world.session);
+      windows::btnGo_Click(world.session);
   };
-  go(world, AccountFunction::kFindLocked);
+  go(world, lock_acc::kFindLocked);
   EXPECT_EQ(world.window.Label3.caption.get(),
             "Find canceled by user. Press 'G0' again to unlock selected accounts.");
   EXPECT_TRUE(world.window.Unlock_Stage);
-  go(world, AccountFunction::kFindLocked);
+  go(world, lock_acc::kFindLocked);
   EXPECT_EQ(world.locked(), Names{"ann"});
 }
 
@@ -113,7 +115,7 @@ TEST(FindAccountsInALongList, TheBarMovesInFiftieths) {
   std::vector<int> values;
   const auto watch =
       world.window.ProgressBar1.value.watch([&] { values.push_back(world.window.ProgressBar1.value); });
-  go(world, AccountFunction::kFindLocked);
+  go(world, lock_acc::kFindLocked);
   ASSERT_EQ(values.size(), 50U);
   EXPECT_EQ(values.front(), 2);
   EXPECT_EQ(values.back(), 100);

@@ -1,7 +1,7 @@
 #include "batch/move_users.hpp"
 
 #include "batch/multi_user_world.hpp"
-#include "session/account_windows.hpp"
+#include "windows/multi_user/move_tab.hpp"
 
 namespace twk::batch {
 namespace {
@@ -44,15 +44,14 @@ TEST_P(MoveUsers, UsersAndMembersGetTheNewPlaceAndAreNotMovedTwice) {
   open_to_move(world);
   world.select_readers();
   world.select_users({"ben", "cas"});
-  btn_MoveUser_Click(world.session);
+  windows::btn_MoveUser_Click(world.session);
   EXPECT_EQ(moved(world), (Names{"ann", "ben", "cas"}));
   EXPECT_EQ(world.window.Label3.caption.get(), "Move Complete, Check Log for Errors");
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"Readers", "ben (gone)", "cas (gone)"}));
-  EXPECT_FALSE(world.session.runs.Move_Running);
   EXPECT_TRUE(world.window.UserData.enabled);
   world.window.ListView1.remove(world.window.ListView1.at(0));
   const std::size_t told = world.log_tab().size();
-  btn_MoveUser_Click(world.session);
+  windows::btn_MoveUser_Click(world.session);
   EXPECT_EQ(world.log_tab().size(), told);
 }
 
@@ -64,9 +63,9 @@ TEST_P(MoveUsers, CancelStopsAfterTheCurrentUser) {
     EXPECT_EQ(world.window.btn_MoveUser.caption.get(), "&Cancel");
     EXPECT_FALSE(world.window.Multi_Site.enabled);
     if (moved(world).size() == 1)
-      btn_MoveUser_Click(world.session);
+      windows::btn_MoveUser_Click(world.session);
   };
-  btn_MoveUser_Click(world.session);
+  windows::btn_MoveUser_Click(world.session);
   EXPECT_EQ(moved(world), Names{"ann"});
   EXPECT_EQ(world.window.Label3.caption.get(), "Move Canceled");
   EXPECT_EQ(world.window.btn_MoveUser.caption.get(), "&Move Users");
@@ -78,7 +77,7 @@ TEST_P(MoveUsers, ARefusedUserIsReportedAndTheRestMoves) {
   open_to_move(world);
   world.select_users({"ann", "ben"});
   world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
-  btn_MoveUser_Click(world.session);
+  windows::btn_MoveUser_Click(world.session);
   EXPECT_EQ(moved(world), Names{"ben"});
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann", "ben (gone)"}));
   EXPECT_EQ(world.log_tab().size(), 2U);
@@ -89,20 +88,20 @@ TEST(MoveUsersOfADirectory, AUnitMeansItsUsers) {
   MultiUserWorld world;
   open_to_move(world);
   world.select_unit();
-  btn_MoveUser_Click(world.session);
+  windows::btn_MoveUser_Click(world.session);
   EXPECT_EQ(moved(world), (Names{"ann", "ben", "cas", "dee"}));
 }
 
 TEST(MoveUsersOfADirectory, SiteAndTemplateMustBeChosen) {
   MultiUserWorld world;
   open_to_move(world);
-  btn_MoveUser_Click(world.session);
+  windows::btn_MoveUser_Click(world.session);
   world.select_users({"ann"});
   for (controls::ComboBox* const box : {&world.window.Multi_Site, &world.window.Multi_Template}) {
     const std::string chosen = box->text;
     box->text = std::string();
     world.dialogs.expect("A Site and Template must be selected before moving users");
-    btn_MoveUser_Click(world.session);
+    windows::btn_MoveUser_Click(world.session);
     EXPECT_EQ(world.dialogs.last_title, "Move users");
     box->text = chosen;
   }

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "batch/change_property.hpp"
-#include "batch/schema_properties.hpp"
 #include "directory/operations.hpp"
 #include "session/ad_properties.hpp"
 #include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
+#include "windows/multi_user/properties_tab.hpp"
 
 namespace twk::batch {
 
@@ -23,15 +23,7 @@ class PropertyWorld : public test::LabSession {
     for (const std::string name : {"jo", "ann", "kim"})
       add_user("CN=" + name + " Lee", name);
     start();
-    fill_properties(session);
-    session.ad_properties.user_done = [this](const session::PropertyOutcome& outcome) {
-      const std::string line = outcome.line == 0 ? "" : base::to_text(outcome.line) + " ";
-      outcomes.push_back(line +
-                         (outcome.changed   ? ""
-                          : outcome.skipped ? "no "
-                                            : "not ") +
-                         short_name(outcome.user));
-    };
+    windows::fill_properties(session);
   }
 
   /// In the unit for new accounts.
@@ -45,7 +37,7 @@ class PropertyWorld : public test::LabSession {
   }
   void choose(const std::string& property, const std::string& value = {}) {
     session.ad_properties.AD_Properties.text = property;
-    AD_Properties_Click(session);
+    windows::AD_Properties_Click(session);
     session.multi_user.AD_CHANGE.text = value;
   }
   void select_users(const std::vector<std::string>& names) {
@@ -57,7 +49,18 @@ class PropertyWorld : public test::LabSession {
     session.multi_user.ListView1.clear();
     select_users(names);
     choose(property, value);
-    CHANGE_AD_Click(session);
+    press_change();
+  }
+  void press_change() { counts = windows::CHANGE_AD_Click(session, take_outcome()); }
+  std::function<void(const PropertyOutcome&)> take_outcome() {
+    return [this](const PropertyOutcome& outcome) {
+      const std::string line = outcome.line == 0 ? "" : base::to_text(outcome.line) + " ";
+      outcomes.push_back(line +
+                         (outcome.changed   ? ""
+                          : outcome.skipped ? "no "
+                                            : "not ") +
+                         short_name(outcome.user));
+    };
   }
   /// All values of an attribute, in the order of the directory.
   std::vector<std::string> values(std::string_view name, std::string_view attribute) {
@@ -75,6 +78,7 @@ class PropertyWorld : public test::LabSession {
   }
   [[nodiscard]] std::string status() const { return session.multi_user.Label3.caption; }
 
+  PropertyCounts counts;              ///< of the last run
   std::vector<std::string> outcomes;  ///< "jo", "not ann", "3 no nobody"
 };
 

@@ -68,7 +68,7 @@ TEST(SchemaProperties, DirectoryThatDoesNotAnswerIsReported) {
   EXPECT_EQ(world.session.ad_properties.Syntax.caption, std::string());
   EXPECT_THAT(world.status(), HasSubstr("\"title\" is not a property: "));
   world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
-  EXPECT_THROW(fill_properties(world.session), base::RuntimeError);
+  EXPECT_THROW(windows::fill_properties(world.session), base::RuntimeError);
 }
 
 TEST(SchemaProperties, ListIsFilledOnceForADomain) {
@@ -77,15 +77,15 @@ TEST(SchemaProperties, ListIsFilledOnceForADomain) {
   tab.AD_Properties.clear();
   world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
   world.dialogs.expect("Error Setting AD Properties in mutliuser form");
-  prepare_properties(world.session);
+  windows::prepare_properties(world.session);
   EXPECT_EQ(tab.AD_Properties.items().size(), records::kTerminalServerRows.size());
-  prepare_properties(world.session);
+  windows::prepare_properties(world.session);
   EXPECT_GT(tab.AD_Properties.items().size(), 200U);
   tab.AD_Properties.text = "title";
-  prepare_properties(world.session);
+  windows::prepare_properties(world.session);
   EXPECT_EQ(tab.AD_Properties.text, std::string("title")) << "stays from window to window";
   world.session.DirectoryMode = session::kWinNtMode;
-  prepare_properties(world.session);
+  windows::prepare_properties(world.session);
   EXPECT_EQ(tab.AD_Properties.items().size(), 0U);
 }
 
@@ -121,7 +121,7 @@ TEST(TerminalServerProperty, ReachesTheControllerInItsForm) {
   for (const auto& one : cases) {
     world.change({"jo"}, one.property, one.value);
     EXPECT_EQ(setting_of(world, "jo", one.setting), one.stored) << one.property << " " << one.value;
-    EXPECT_EQ(world.session.ad_properties.errors, 0) << world.log();
+    EXPECT_EQ(world.counts.errors, 0) << world.log();
   }
   EXPECT_THAT(world.log(),
               HasSubstr("Change property:'WTSTerminalServerProfilePath' to '\\\\FS1\\ts\\jo' for "

@@ -108,13 +108,13 @@ TEST_P(Selection, RowsAreTakenAndReturnedToTheListTheyCameFrom) {
   for (controls::ListView* const list : {&window.ListView2, &window.ListView3, &window.ListView4})
     list->set_selected(list->at(0), true);
   window.ListView2.set_selected(window.ListView2.at(2), true);
-  Command1_Click(world.session);
+  windows::Command1_Click(world.session);
   EXPECT_EQ(world.texts(window.ListView1), (Names{"ann", "cas", "Readers", "X"}));
   EXPECT_EQ(world.texts(window.ListView2), (Names{"ben", "dee"}));
   window.ListView1.set_ghosted(window.ListView1.at(0), true);
   for (std::size_t i = 0; i < window.ListView1.size(); ++i)
     window.ListView1.set_selected(window.ListView1.at(i), true);
-  Command2_Click(world.session);
+  windows::Command2_Click(world.session);
   EXPECT_TRUE(window.ListView1.empty());
   EXPECT_EQ(world.texts(window.ListView2), (Names{"ben", "cas", "dee"}));
   EXPECT_EQ(world.texts(window.ListView3), Names{"Readers"});
@@ -126,13 +126,13 @@ TEST(SelectionWindow, RefusesChangesWhileAFunctionRuns) {
   world.open();
   world.window.working = true;
   world.window.ListView2.set_selected(world.window.ListView2.at(0), true);
-  Command1_Click(world.session);
-  select_from(world.session, world.window.ListView2);
-  btn_Showusers_Click(world.session);
+  windows::Command1_Click(world.session);
+  windows::select_from(world.session, world.window.ListView2);
+  windows::btn_Showusers_Click(world.session);
   EXPECT_TRUE(world.window.ListView1.empty());
-  EXPECT_FALSE(Command7_Click(world.session));
+  EXPECT_FALSE(windows::Command7_Click(world.session));
   world.window.working = false;
-  EXPECT_TRUE(Command7_Click(world.session));
+  EXPECT_TRUE(windows::Command7_Click(world.session));
   EXPECT_EQ(world.window.ListView2.size(), 4U);
 }
 
@@ -141,16 +141,16 @@ TEST_P(Selection, ShowUsersReadsThemWhenThePersonAgreesAndClosingForgetsThemWher
   world.set("ADO", "SkipUsers", "TRUE");
   world.open();
   EXPECT_TRUE(world.window.btn_Showusers.visible);
-  EXPECT_TRUE(Command7_Click(world.session));
+  EXPECT_TRUE(windows::Command7_Click(world.session));
   EXPECT_TRUE(world.window.ListView2.empty());
   if (!world.is_nt()) {
     world.dialogs.expect("This could take some time if there are 000's of users\r\n\r\n",
                          platform::Answer::kNo);
-    btn_Showusers_Click(world.session);
+    windows::btn_Showusers_Click(world.session);
     EXPECT_TRUE(world.window.ListView2.empty());
     world.dialogs.expect("Continue ?", platform::Answer::kYes);
   }
-  btn_Showusers_Click(world.session);
+  windows::btn_Showusers_Click(world.session);
   EXPECT_THAT(world.texts(world.window.ListView2), testing::IsSupersetOf({"ann", "ben", "cas", "dee"}));
 }
 
@@ -163,7 +163,7 @@ TEST(SelectionWindow, ListsSitesTemplatesAndExchangeServersOnce) {
   EXPECT_THAT(world.window.EX_Server.items(), ElementsAre("Exchange 2000", "EX55"));
   world.files.fail_from(1, base::error::kPermissionDenied);
   world.dialogs.expect("Error Opening site file, In multiuser form\r\nCheck 'Path to Database' in setup tab");
-  MultiUser_Load(world.session);
+  windows::MultiUser_Load(world.session);
   EXPECT_THAT(world.window.EX_Server.items(), ElementsAre("Exchange 2000"));
 }
 

@@ -3,7 +3,6 @@
 #include "lifecycle/lifecycle_world.hpp"
 #include "platform/acl.hpp"
 #include "records/records.hpp"
-#include "session/account_windows.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
 
@@ -21,8 +20,6 @@ void tick_all(LifecycleWorld& world) {
   session::MultiUser& window = world.session.multi_user;
   for (controls::CheckBox* const box : {&window.Del_Shares, &window.Delete_NT_Account, &window.Delete_Data})
     box->value = 1;
-  world.session.runs.Delete_Running = true;
-  world.session.runs.Delete_Data_Flag = true;
 }
 
 class DeleteUser : public testing::TestWithParam<DomainKind> {};
@@ -48,7 +45,7 @@ TEST_P(DeleteUser, SharesAccountAndFoldersGoInThisOrder) {
   world.start_with("\\\\FS1\\jo$", "\\\\FS1\\jo.prf$");
   world.node();
   tick_all(world);
-  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_TRUE(world.delete_jo());
   EXPECT_FALSE(world.has_jo());
   EXPECT_EQ(world.shares("FS1"), Names());
   EXPECT_EQ(world.tree("FS1/D"), kWithoutJo);
@@ -74,7 +71,7 @@ TEST_P(DeleteUser, WithoutAdministrativeSharesTheFolderIsReachedThroughAShareAbo
   world.set("Preferences", "AdminShares", "No");
   world.start_with("\\\\FS1\\jo$", "");
   tick_all(world);
-  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_TRUE(world.delete_jo());
   EXPECT_THAT(world.log(), HasSubstr("Home Dir Path :\\\\FS1\\"));
   EXPECT_FALSE(world.there("FS1/D/Users/jo"));
   EXPECT_TRUE(world.there("FS1/D/Users/ann/c.txt"));
@@ -269,7 +266,7 @@ TEST_P(DeleteUser, WhatFailsOrIsProtectedStaysAndIsReported) {
     tick_all(world);
     if (one.prepare)
       one.prepare(world);
-    EXPECT_EQ(Delete_One_User(world.session, world.key()), one.account_gone);
+    EXPECT_EQ(world.delete_jo(), one.account_gone);
     world.directory.before = {};
     EXPECT_EQ(world.has_jo(), !one.account_gone);
     EXPECT_EQ(world.tree("FS1/D"), one.tree);
@@ -330,7 +327,7 @@ TEST_P(DeleteUser, NothingIsDeletedWhenAnyOfItIsNotTheUsersAlone) {
     SCOPED_TRACE(attack.home);
     world.set_home("jo", attack.home);
     world.set_home("bob", attack.others);
-    EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+    EXPECT_FALSE(world.delete_jo());
     EXPECT_TRUE(world.has_jo());
     EXPECT_EQ(world.tree("FS1/D"), before);
     EXPECT_EQ(world.shares("FS1"), shares);
@@ -351,7 +348,7 @@ TEST_P(DeleteUser, FolderThatOthersUseGoesWhenThePersonSaysSoInThatVeryQuestion)
     world.dialogs.expect("the home of ann (\\\\FS1\\jo$\\ann).\r\n\r\nContinue anyway?", answer);
     if (answer == platform::Answer::kYes)
       world.dialogs.expect("remove the folder 'jo' and all its contents?", platform::Answer::kYes);
-    EXPECT_EQ(Delete_One_User(world.session, world.key()), answer == platform::Answer::kYes);
+    EXPECT_EQ(world.delete_jo(), answer == platform::Answer::kYes);
     EXPECT_EQ(world.there("FS1/D/Users/jo"), answer == platform::Answer::kNo);
   }
 }
@@ -366,7 +363,7 @@ TEST_P(DeleteUser, LinkInTheTreeGoesAndWhatItLeadsToStays) {
                                   world.server_folder("FS1/D/Users/jo/file"));
   world.start_with("\\\\FS1\\jo$", "");
   tick_all(world);
-  Delete_One_User(world.session, world.key());
+  world.delete_jo();
   EXPECT_FALSE(world.there("FS1/D/Users/jo"));
   EXPECT_TRUE(world.there("FS2/D/Users/outside.txt"));
   EXPECT_TRUE(world.there("FS1/D/Users/ann/c.txt"));
@@ -381,7 +378,7 @@ TEST_P(DeleteUser, EachShareIsDeletedOnItsOwnServer) {
   world.share("FS2", "jo$", "D:\\Dept");
   world.start_with("\\\\FS1\\jo$", "\\\\FS2\\jo.prf$");
   tick_all(world);
-  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_TRUE(world.delete_jo());
   EXPECT_EQ(world.shares("FS1"), Names{"jo.prf$"});
   EXPECT_EQ(world.shares("FS2"), Names{"jo$"});
   EXPECT_FALSE(world.there("FS1/D/Users/jo"));
@@ -401,25 +398,22 @@ TEST_P(DeleteUser, FolderThatIsClosedToAdministratorsIsDeletedOnceOwnershipIsTak
                                             closed);
     tick_all(world);
     world.session.multi_user.Del_Permissions.value = take ? 1 : 0;
-    EXPECT_EQ(Delete_One_User(world.session, world.key()), take);
+    EXPECT_EQ(world.delete_jo(), take);
     EXPECT_EQ(world.has_jo(), !take);
     EXPECT_EQ(world.there("FS1/D/Users/jo/a.txt"), !take) << world.log();
     EXPECT_THAT(world.log(), HasSubstr(take ? "Deleted Dir: " : "cannot be opened"));
   }
 }
 
-TEST_P(DeleteUser, NothingHappensWithoutARunOrWithAnAnswerOfNo) {
+TEST_P(DeleteUser, NothingHappensAfterAnAnswerOfNo) {
   LifecycleWorld world(GetParam());
   give_own_shares(world);
   world.start_with("\\\\FS1\\jo$", "");
   tick_all(world);
-  world.session.runs.Delete_Running = false;
-  EXPECT_FALSE(Delete_One_User(world.session, world.key()));
-  world.session.runs.Delete_Running = true;
   world.session.form1.Confirm_Deletes.value = 1;
   world.session.multi_user.No_Prompting.value = 0;
   world.dialogs.expect("Delete User " + world.key(), platform::Answer::kNo);
-  EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+  EXPECT_FALSE(world.delete_jo());
   EXPECT_EQ(world.log(), "");
   EXPECT_EQ(world.tree("FS1/D"), kAll);
   EXPECT_TRUE(world.has_jo());
@@ -437,7 +431,7 @@ TEST_P(DeleteUser, QuestionsBeforeFoldersMayBeDeclined) {
   world.dialogs.expect("remove the folder 'jo' and all its contents?", platform::Answer::kNo);
   world.dialogs.expect("Taking Ownership and changing Permissions on: ", platform::Answer::kYes);
   world.dialogs.expect("\\\\FS1\\D$\\Profiles\\jo\r\n1 file, 4 bytes", platform::Answer::kYes);
-  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_TRUE(world.delete_jo());
   EXPECT_EQ(world.tree("FS1/D"), kWithoutProfile);
   EXPECT_THAT(world.log(), HasSubstr("Error Deleting: \\\\FS1\\D$\\Users\\jo\n"));
 }
@@ -447,10 +441,9 @@ TEST_P(DeleteUser, AccountMayBeKeptAndOnlyTheCommandRun) {
   give_own_shares(world);
   world.set("Setup", "BatchFileDelete", "gone.cmd %Domain% %UserName%");
   world.start_with("\\\\FS1\\jo$", "");
-  world.session.runs.Delete_Running = true;
-  world.session.runs.Run_Command_Flag = true;
+  world.session.multi_user.Run_command.value = 1;
   world.process.result = {0, "nothing there"};
-  EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+  EXPECT_TRUE(world.delete_jo());
   EXPECT_EQ(world.tree("FS1/D"), kAll);
   EXPECT_THAT(world.process.commands,
               testing::ElementsAre(testing::ElementsAre("gone.cmd", world.is_nt() ? "TWK" : "twk.test", "")));
@@ -470,11 +463,11 @@ TEST_P(DeleteUser, UndecidedMailboxKeepsTheAccountEvenInARehearsal) {
       world.site.ExchangeServer = "EX98";
       world.start_with("", "");
       tick_all(world);
-      world.session.runs.Delete_Mail_Flag = true;
+      world.session.multi_user.Delete_Mail.value = 1;
       world.session.multi_user.EX_Server.text = std::string(server);
       if (rehearsed)
-        world.session.runs.rehearse = [](const std::string& step) { ADD_FAILURE() << step; };
-      EXPECT_FALSE(Delete_One_User(world.session, world.key()));
+        world.terms.rehearse = [](const std::string& step) { ADD_FAILURE() << step; };
+      EXPECT_FALSE(world.delete_jo());
       EXPECT_TRUE(world.has_jo());
       EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("RED  Nothing Deleted of ")));
     }
@@ -485,9 +478,9 @@ TEST_P(DeleteUser, RefusedMailboxIsReportedAndTheAccountDeleted) {
   LifecycleWorld world(GetParam());
   world.start_with("", "");
   tick_all(world);
-  world.session.runs.Delete_Mail_Flag = true;
+  world.session.multi_user.Delete_Mail.value = 1;
   world.session.multi_user.EX_Server.text = std::string("exchange 2000");
-  EXPECT_TRUE(Delete_One_User(world.session, world.key()));
+  EXPECT_TRUE(world.delete_jo());
   EXPECT_THAT(world.log(), HasSubstr("Failed to delete mail account\n"));
   EXPECT_THAT(world.log_tab().at(0),
               testing::StartsWith("RED Failed to delete mail account for jo: No mailbox"));
@@ -514,7 +507,7 @@ TEST(DeleteNtUser, ProfileIsCutAtTheFolderOfTheUserAndOfNoOther) {
     world.set("Preferences", "ProfileDeleteUsername", "Yes");
     world.start_with("", one.profile);
     tick_all(world);
-    EXPECT_TRUE(Delete_One_User(world.session, "jo"));
+    EXPECT_TRUE(world.delete_jo());
     Names left = world.tree("FS1/D");
     left.erase("Users/");
     EXPECT_EQ(left, one.left) << world.log();
@@ -529,7 +522,7 @@ TEST(DeleteNtUser, ProfileOfAnAccountThatIsKeptIsCutToNothing) {
   world.start_with("", "\\\\FS1\\Profiles\\jo");
   tick_all(world);
   world.session.multi_user.Delete_NT_Account.value = 0;
-  EXPECT_FALSE(Delete_One_User(world.session, "jo"));
+  EXPECT_TRUE(world.delete_jo());
   EXPECT_TRUE(world.there("FS1/D/Profiles/jo/f"));
   EXPECT_THAT(world.log(), HasSubstr("Error Deleting: \n"));
 }

@@ -6,10 +6,13 @@
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/tree/tree.hpp"
+#include "lifecycle/deletion/delete_user.hpp"
 #include "platform/network.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
+#include "support/kept_view.hpp"
 #include "support/lab_session.hpp"
+#include "windows/multi_user/delete_tab.hpp"
 
 namespace twk::test {
 
@@ -99,6 +102,18 @@ class LifecycleWorld : public LabSession {
     return names;
   }
 
+  /// Deletes "jo" as the boxes and `terms` say. True when it was done.
+  bool delete_jo() {
+    lifecycle::DeleteOrder order = windows::delete_order(session);
+    order.terms = with_silence(order.terms.silent);
+    return lifecycle::Delete_One_User(session, key(), order, view).done;
+  }
+  [[nodiscard]] session::RunTerms with_silence(bool silent) const {
+    session::RunTerms all = terms;
+    all.silent = silent;
+    return all;
+  }
+
   [[nodiscard]] std::string key() {
     return is_nt() ? "jo" : "LDAP://twk.test/CN=Jo Smith," + std::string(kNewStarters);
   }
@@ -124,6 +139,9 @@ class LifecycleWorld : public LabSession {
       directory::TreeView1_Expand(session, *tree.find(kNewStarters));
     return *tree.find(key());
   }
+
+  session::RunTerms terms;
+  KeptView view{session};
 };
 
 }  // namespace twk::test

@@ -8,6 +8,7 @@
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
 #include "stores/side_tables.hpp"
+#include "windows/multi_user/move_tab.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -18,6 +19,14 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 using Names = std::set<std::string>;
+
+enum class Moved { kNot, kWithWarnings, kWholly };
+
+Moved moved(const session::RunOutcome& outcome) {
+  if (!outcome.done)
+    return Moved::kNot;
+  return outcome.light == session::kGreen ? Moved::kWholly : Moved::kWithWarnings;
+}
 
 /// jo moves from her own shares on FS1 to the site's server FS2, where the template also makes shares.
 class MoveWorld : public LifecycleWorld {
@@ -61,12 +70,16 @@ class MoveWorld : public LifecycleWorld {
     window.Multi_Site.text = std::string("Head Office");
     window.Multi_Template.text = records::padded_template_name("Staff");
     window.UserData.index = data;
-    session.runs.Move_Running = true;
   }
   void start_at_own_shares(int data) { start_at("\\\\FS1\\jo$", "\\\\FS1\\jo.prf$", data); }
-  MoveOutcome move() { return Move_One_User(session, key()); }
+  Moved move() { return move_of(key()); }
+  Moved move_of(const std::string& who) {
+    MoveOrder order = windows::move_order(session);
+    order.terms = with_silence(order.terms.silent);
+    return moved(Move_One_User(session, who, order, view));
+  }
   /// Steps and outcome of the same move rehearsed.
-  std::pair<std::vector<std::string>, MoveOutcome> rehearse() {
+  std::pair<std::vector<std::string>, Moved> rehearse() {
     std::vector<std::string> steps;
     const auto tell = [&](const std::string& step) { steps.push_back(step); };
     Rehearsal rehearsal(session.platform, tell);
@@ -75,17 +88,11 @@ class MoveWorld : public LifecycleWorld {
     rehearsed.DomainName = session.DomainName;
     rehearsed.NTDomainName = session.NTDomainName;
     rehearsed.dbpath = session.dbpath;
-    rehearsed.form1.chkAdmin_Shares.value = 1;
-    rehearsed.multi_user.Multi_Site.text = session.multi_user.Multi_Site.text.get();
-    rehearsed.multi_user.Multi_Template.text = session.multi_user.Multi_Template.text.get();
-    rehearsed.multi_user.UserData.index = session.multi_user.UserData.index.get();
-    rehearsed.multi_user.No_Prompt.value = 1;
-    rehearsed.multi_user.Run_CMD.value = session.multi_user.Run_CMD.value.get();
-    rehearsed.form1.Move_Script.text = session.form1.Move_Script.text.get();
-    rehearsed.runs = session.runs;
-    rehearsed.runs.rehearse = tell;
-    const MoveOutcome outcome = Move_One_User(rehearsed, key());
-    EXPECT_EQ(outcome == MoveOutcome::kNotMoved, steps.empty() || steps.back().starts_with("Refused: "));
+    MoveOrder order = windows::move_order(session);
+    order.terms = with_silence(true);
+    order.terms.rehearse = tell;
+    const Moved outcome = moved(Move_One_User(rehearsed, key(), order, view));
+    EXPECT_EQ(outcome == Moved::kNot, steps.empty() || steps.back().starts_with("Refused: "));
     return {steps, outcome};
   }
   /// Whether a rehearsal can know how the move ends.
@@ -131,7 +138,7 @@ TEST_P(MoveUser, DataSharesAndAccountGoToTheNewServer) {
   world.session.multi_user.Add_to_Groups.value = 1;
   world.session.multi_user.Change_Logon.value = 1;
   world.session.multi_user.Run_CMD.value = 1;
-  EXPECT_EQ(world.move(), MoveOutcome::kMoved);
+  EXPECT_EQ(world.move(), Moved::kWholly);
   EXPECT_EQ(world.tree("FS1/D"), kEmpty);
   EXPECT_EQ(world.tree("FS2/D"), kWhole);
   EXPECT_EQ(world.shares("FS1"), Names());
@@ -146,15 +153,15 @@ TEST_P(MoveUser, DataSharesAndAccountGoToTheNewServer) {
   EXPECT_THAT(world.log_tab(), testing::ElementsAre("GREEN  jo Moved"));
 }
 
-constexpr MoveOutcome kNotMoved = MoveOutcome::kNotMoved;
-constexpr MoveOutcome kWarned = MoveOutcome::kMovedWithWarnings;
-constexpr MoveOutcome kMoved = MoveOutcome::kMoved;
+constexpr Moved kNotMoved = Moved::kNot;
+constexpr Moved kWarned = Moved::kWithWarnings;
+constexpr Moved kMoved = Moved::kWholly;
 
 /// A move, what it leaves on both servers, and what it reports.
 struct Case {
   const char* name;
   int data;
-  MoveOutcome outcome;
+  Moved outcome;
   Names old_tree;
   Names new_tree;
   Names old_shares;
@@ -186,7 +193,7 @@ void link_in_home(MoveWorld& world) {
 }
 
 void with_new_paths(MoveWorld& world) {
-  world.session.runs.new_paths_anyway = session::Consent::kYes;
+  world.terms.new_paths_anyway = session::Consent::kYes;
 }
 
 const Case kCases[] = {
@@ -434,7 +441,7 @@ const Case kCases[] = {
      "RED  User jo was not moved: The copying was stopped",
      {"Error Copying Profile Dir "},
      [](MoveWorld& world) {
-       world.dialogs.on_events = [&world] { world.session.import.ImportStopped = true; };
+       world.dialogs.on_events = [&world] { world.session.run.stopped = true; };
        with_new_paths(world);
      }},
     {"the account cannot be written when the data has moved",
@@ -533,7 +540,7 @@ TEST_P(MoveEnds, WhatCanBeFoundOutIsRefusedBeforeTheFirstChange) {
     SCOPED_TRACE(one.row);
     MoveWorld world(GetParam());
     world.start_at_own_shares(kMove);
-    world.session.runs.even_if_shared = world.session.runs.new_paths_anyway = session::Consent::kNo;
+    world.terms.even_if_shared = world.terms.new_paths_anyway = session::Consent::kNo;
     one.prepare(world);
     const std::string home = world.property("jo", "HomeDirectory");
     const Names fresh = world.tree("FS2/D");
@@ -657,12 +664,11 @@ TEST_P(MoveUser, FilesOfAnotherUserInOneFolderAreNeverReplaced) {
     world.share("FS1", "ann$", "D:\\Users\\ann");
     world.add_user("ann", "\\\\FS1\\ann$");
     world.start_at(kOldHome, "", kMove);
-    world.session.runs.even_if_shared = consent;
+    world.terms.even_if_shared = consent;
     const KnownFolders known(world.session);
     EXPECT_EQ(world.move(), kMoved);
     EXPECT_EQ(
-        Move_One_User(world.session,
-                      world.is_nt() ? "ann" : "LDAP://twk.test/CN=ann," + std::string(test::kNewStarters)),
+        world.move_of(world.is_nt() ? "ann" : "LDAP://twk.test/CN=ann," + std::string(test::kNewStarters)),
         kNotMoved);
     EXPECT_THAT(world.log_tab().back(),
                 HasSubstr(consent == session::Consent::kNo ? "is not one account's own"
@@ -710,7 +716,7 @@ TEST(MoveFaults, NothingIsLostAndASecondTryEndsTheWork) {
         step(path);
     };
     world.directory.before = [&](std::string_view operation, std::string_view) { step(operation); };
-    const MoveOutcome outcome = world.move();
+    const Moved outcome = world.move();
     world.files.before = {};
     world.directory.before = {};
     Names kept = world.tree("FS1/D");
@@ -760,16 +766,14 @@ TEST(MoveManyFiles, CancelBetweenFilesLeavesTheSourceWhole) {
   for (int i = 0; i < 200; ++i)
     test::put_file((users / "jo" / std::to_string(i)).string(), "text");
   world.start();
-  std::vector<std::string> told;
-  const auto& text = world.session.multi_user.progress.caption;
-  const auto watch = text.watch([&] { told.push_back(text.get()); });
-  dialogs.on_events = [&] { world.session.import.ImportStopped = told.size() >= 2; };
-  world.session.runs.Move_Running = true;
+  test::KeptView view(world.session);
+  const session::RunScope scope(world.session, {.silent = true}, view);
+  dialogs.on_events = [&] { world.session.run.stopped = view.told.size() >= 2; };
   EXPECT_FALSE(File_Operation(world.session, "\\\\FS1\\D$\\Users\\jo\\*.*", "\\\\FS1\\D$\\Users\\new",
                               FileWork::kMove));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(users / "jo"), {}), 200);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(users / "new"), {}), 64);
-  EXPECT_EQ(told.back(), "Moving \\\\FS1\\D$\\Users\\jo: 64 of 200 files, 256 bytes of 800 bytes");
+  EXPECT_EQ(view.told.back(), "Moving \\\\FS1\\D$\\Users\\jo: 64 of 200 files, 256 bytes of 800 bytes");
 }
 
 TEST_P(MoveUser, RehearsalReportsTheStepsInOrderAndChangesNothing) {

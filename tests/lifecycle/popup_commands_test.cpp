@@ -1,11 +1,12 @@
-#include "lifecycle/popup_commands.hpp"
+#include "windows/account/popup_commands.hpp"
 
+#include "lifecycle/deletion/delete_profile.hpp"
 #include "lifecycle/lifecycle_world.hpp"
 #include "session/account_windows.hpp"
 #include "session/form1.hpp"
 #include "support/details_world.hpp"
 
-namespace twk::lifecycle {
+namespace twk::windows {
 namespace {
 
 using lab::DomainKind;
@@ -133,16 +134,14 @@ TEST_P(PopupCommands, WorkstationThatIsCancelledOrNoNameDoesNothing) {
   world.start_with("", "");
   world.dialogs.on_modal = [&](std::string_view) { WKS_PROFILE_CancelButton_Click(world.session); };
   EXPECT_FALSE(Delete_WKS_Profile(world.session, world.node()));
+  const lifecycle::ProfileOrder order{world.node().text, world.node().key, {}};
   for (const char* const name : {"..", "PC7\\c$", "a b*"}) {
-    world.session.runs.WKS_Name = name;
-    EXPECT_FALSE(delete_wks_profile(world.session, world.node()));
+    EXPECT_FALSE(lifecycle::delete_workstation_profile(world.session, order, {name}, world.view));
     EXPECT_THAT(panel(world), HasSubstr("do not make the path of a profile")) << name;
   }
-  world.session.runs.WKS_Name = "\\\\PC7";
-  world.session.runs.WKS_Is_NT40 = true;
-  EXPECT_FALSE(delete_wks_profile(world.session, world.node()));
+  EXPECT_FALSE(lifecycle::delete_workstation_profile(world.session, order, {"\\\\PC7", true}, world.view));
   EXPECT_EQ(panel(world), "Unable to find \\\\PC7\\admin$\\profiles\\" + world.node().text + " ...");
 }
 
 }  // namespace
-}  // namespace twk::lifecycle
+}  // namespace twk::windows

@@ -1,10 +1,11 @@
 #include "lifecycle/lifecycle_world.hpp"
 #include "lifecycle/rename/rename_names.hpp"
 #include "lifecycle/rename/rename_nt.hpp"
-#include "lifecycle/rename/rename_user.hpp"
 #include "session/account_windows.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
+#include "windows/account/rename_nt.hpp"
+#include "windows/account/rename_user.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -328,13 +329,13 @@ class NtRename {
     world.share("FS1", "jo$", "D:\\Users\\jo");
   }
   void order(const std::string& name) {
-    world.session.runs.even_if_shared = session::Consent::kNo;
-    world.session.form1.TreeView1.select(&world.node_of("jo", "ann"));
-    Rename_NT_Load(world.session);
-    world.session.rename_nt.User_Logon.text = name;
-    Rename_NT_User_Logon_Change(world.session);
-    world.session.rename_nt.RenameDir.value = 1;
-    EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
+    controls::TreeNode& node = world.node_of("jo", "ann");
+    RenameNtOrder order = rename_order_nt(world.session, node);
+    order.logon = name;
+    order.logon_changed = true;
+    order.folders = true;
+    order.terms.even_if_shared = session::Consent::kNo;
+    rename_nt(world.session, node, order, world.view);
   }
   [[nodiscard]] Names folders() const {
     Names all = world.tree("FS1/D");
@@ -438,15 +439,15 @@ class RenameInDirectory : public testing::Test {
   void start(const std::string& home = "", const std::string& profile = "") {
     world.start_with(home, profile);
     world.session.form1.TreeView1.select(&world.node());
-    RenameUser_Load(world.session);
+    windows::RenameUser_Load(world.session);
   }
   void type_full_name(const std::string& name) {
     window.Full_Name.text = name;
-    RenameUser_Full_Name_Change(world.session);
+    windows::RenameUser_Full_Name_Change(world.session);
   }
   void type_logon_name(const std::string& name) {
     window.Logon_Name_pre2000.text = name;
-    RenameUser_Logon_Name_pre2000_Change(world.session);
+    windows::RenameUser_Logon_Name_pre2000_Change(world.session);
   }
   [[nodiscard]] std::string attribute(const std::string& cn, const char* name) {
     base::Trap trap;
@@ -481,7 +482,7 @@ TEST_F(RenameInDirectory, AllNamesChangeAndTreeAndListsFollow) {
   window.User_logon_name.text = std::string();
   window.First_Name.text = std::string("Ann");
   window.Display_Name.text = std::string();
-  EXPECT_TRUE(RenameUser_Command2_Click(world.session));
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
   const std::string key = "LDAP://twk.test/CN=Marsh\\, Ann," + std::string(kNewStarters);
   EXPECT_EQ(attribute("Marsh\\, Ann", "samAccountName"), "amarsh");
   EXPECT_EQ(attribute("Marsh\\, Ann", "userPrincipalName"), "");
@@ -491,7 +492,7 @@ TEST_F(RenameInDirectory, AllNamesChangeAndTreeAndListsFollow) {
   EXPECT_EQ(world.session.form1.TreeView1.find(key)->text, "Marsh, Ann");
   EXPECT_NE(world.session.multi_user.ListView2.find_key(key), nullptr);
   EXPECT_THAT(world.log(), HasSubstr("User:admin\nRenaming user:Jo Smith\nChanging Names for: amarsh\n"));
-  RenameUser_Load(world.session);
+  windows::RenameUser_Load(world.session);
   EXPECT_EQ(window.Full_Name.text.get(), "Marsh, Ann");
 }
 
@@ -507,7 +508,7 @@ TEST_F(RenameInDirectory, ClashOfTheObjectsNameLeavesTheLogonNamesChanged) {
   type_full_name("Ann Marsh");
   type_logon_name("amarsh");
   world.dialogs.expect("Error renaming user in AD\r\nCheck the names does not exist in the current OU");
-  EXPECT_FALSE(RenameUser_Command2_Click(world.session));
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_EQ(world.dialogs.last_title, "Error renaming user object in AD");
   EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "amarsh");
   EXPECT_NE(world.session.form1.TreeView1.find(world.key()), nullptr);
@@ -519,7 +520,7 @@ TEST_F(RenameInDirectory, LogonNameInUseChangesNothing) {
   type_logon_name("admin");
   type_full_name("Ann Marsh");
   world.dialogs.expect("Error renaming user account\r\n\r\nCheck user logon name");
-  EXPECT_FALSE(RenameUser_Command2_Click(world.session));
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "jo");
 }
 
@@ -527,7 +528,7 @@ TEST_F(RenameInDirectory, OtherNamesThatAreRefusedBearTheirOwnTitle) {
   start();
   world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kConstraint);
   world.dialogs.expect("Error renaming user account");
-  EXPECT_FALSE(RenameUser_Command2_Click(world.session));
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_EQ(world.dialogs.last_title, "Error renaming user names");
 }
 
@@ -545,13 +546,13 @@ TEST_F(RenameInDirectory, DirectoriesFollowTheNameThatTheyAreMadeOf) {
     own.start_with("\\\\FS1\\" + old + "$", "\\\\FS1\\" + old + "$\\profile");
     controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
     own.session.form1.TreeView1.select(&own.node());
-    RenameUser_Load(own.session);
+    windows::RenameUser_Load(own.session);
     session::RenameUser& names = own.session.rename_user;
     names.Full_Name.text = std::string("Ann Marsh");
     names.Logon_Name_pre2000.text = std::string("amarsh");
     names.Full_Name_Changed = names.Logon_Name_Changed = true;
     names.ReNameSD.value = 1;
-    EXPECT_TRUE(RenameUser_Command2_Click(own.session));
+    EXPECT_TRUE(windows::RenameUser_Command2_Click(own.session));
     EXPECT_TRUE(own.there("FS1/D/Users/" + std::string(one.folder) + "/a.txt")) << own.log();
     EXPECT_EQ(own.shares("FS1"), Names{one.share});
     EXPECT_EQ(own.property("amarsh", "Profile"), "\\\\FS1\\" + std::string(one.share) + "\\profile");
@@ -566,7 +567,7 @@ TEST_F(RenameInDirectory, MissingFoldersAreReportedInRed) {
   controls::choose(world.session.form1.SamAccountName, world.session.form1.CNName, true);
   type_logon_name("amarsh");
   window.ReNameSD.value = 1;
-  EXPECT_TRUE(RenameUser_Command2_Click(world.session));
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_THAT(world.log(), testing::AllOf(HasSubstr("Failed to find Home direcotry: \n"),
                                           HasSubstr("Failed to find Profile Directory: \n")));
   EXPECT_THAT(world.log_tab(),
@@ -589,12 +590,12 @@ TEST_F(RenameInDirectory, FoldersWithoutTheNameStayWhichIsReported) {
     own.start_with("\\\\FS1\\Users\\jo", "");
     controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
     own.session.form1.TreeView1.select(&own.node());
-    RenameUser_Load(own.session);
+    windows::RenameUser_Load(own.session);
     session::RenameUser& names = own.session.rename_user;
     (one.by_common_name ? names.Logon_Name_pre2000 : names.Full_Name).text = std::string("Ann");
     (one.by_common_name ? names.Logon_Name_Changed : names.Full_Name_Changed) = true;
     names.ReNameSD.value = 1;
-    EXPECT_TRUE(RenameUser_Command2_Click(own.session));
+    EXPECT_TRUE(windows::RenameUser_Command2_Click(own.session));
     EXPECT_TRUE(own.there("FS1/D/Users/jo/a.txt"));
     EXPECT_THAT(own.log_tab(), testing::ElementsAre(HasSubstr(one.told)));
   }
@@ -607,7 +608,7 @@ TEST_F(RenameInDirectory, NameThatNoFolderCanHaveRenamesNothing) {
   controls::choose(world.session.form1.CNName, world.session.form1.SamAccountName, true);
   window.ReNameSD.value = 1;
   world.dialogs.expect("Nothing was renamed.\r\n\r\nNo folder can be named \"Ann.Lee\\Jo\"");
-  EXPECT_FALSE(RenameUser_Command2_Click(world.session));
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "jo");
   EXPECT_THAT(world.log_tab(), testing::ElementsAre(HasSubstr("it holds the character \\")));
 }
@@ -620,12 +621,12 @@ TEST_F(RenameInDirectory, PrincipalNameKeepsItsSuffixAndTheForestOffersOthers) {
   start();
   EXPECT_EQ(window.AD_Domain.items(), (std::vector<std::string>{"@twk.test", "@north.example"}));
   window.AD_Domain.text = std::string("@north.example");
-  EXPECT_TRUE(RenameUser_Command2_Click(world.session));
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_EQ(attribute("Jo Smith", "userPrincipalName"), "jo@north.example");
-  RenameUser_Load(world.session);
+  windows::RenameUser_Load(world.session);
   EXPECT_EQ(window.AD_Domain.text.get(), "@north.example");
   type_logon_name("ann");
-  EXPECT_TRUE(RenameUser_Command2_Click(world.session));
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_EQ(attribute("Jo Smith", "userPrincipalName"), "jo@north.example");
 }
 
@@ -634,11 +635,11 @@ class RenameInNt : public testing::Test {
   void start(const std::string& home = "", const std::string& profile = "") {
     world.start_with(home, profile);
     world.session.form1.TreeView1.select(&world.node());
-    Rename_NT_Load(world.session);
+    windows::Rename_NT_Load(world.session);
   }
   void type_logon(const std::string& name) {
     window.User_Logon.text = name;
-    Rename_NT_User_Logon_Change(world.session);
+    windows::Rename_NT_User_Logon_Change(world.session);
   }
 
   LifecycleWorld world{DomainKind::kNt};
@@ -653,9 +654,9 @@ TEST_F(RenameInNt, AccountFoldersAndFullNameGetTheNewName) {
   start("\\\\FS1\\jo$", "\\\\FS1\\Profiles\\jo");
   type_logon("ann");
   window.Full_Name.text = std::string("Ann Marsh");
-  Rename_NT_Full_Name_Change(world.session);
+  windows::Rename_NT_Full_Name_Change(world.session);
   window.RenameDir.value = 1;
-  EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
+  EXPECT_TRUE(windows::Rename_NT_OKButton_Click(world.session));
   EXPECT_EQ(world.property("ann", "FullName"), "Ann Marsh");
   EXPECT_EQ(world.property("ann", "HomeDirectory"), "\\\\FS1\\ann$");
   EXPECT_EQ(world.property("ann", "Profile"), "\\\\FS1\\Profiles\\ann");
@@ -672,7 +673,7 @@ TEST_F(RenameInNt, AccountFoldersAndFullNameGetTheNewName) {
 TEST_F(RenameInNt, EachRefusedCharacterIsLoggedAndNothingIsRenamed) {
   start();
   type_logon("a*n/n");
-  EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
+  EXPECT_TRUE(windows::Rename_NT_OKButton_Click(world.session));
   EXPECT_THAT(world.log(),
               HasSubstr("Invalid Character in User Name: *\nInvalid Character in User Name: /\n"));
   EXPECT_THAT(world.log_tab(),
@@ -686,20 +687,20 @@ TEST_F(RenameInNt, OnlyTheFullNameRenamesNeitherAccountNorFolder) {
   world.share("FS1", "jo$", "D:\\Users\\jo");
   start("\\\\FS1\\jo$");
   window.RenameDir.value = 1;
-  EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
+  EXPECT_TRUE(windows::Rename_NT_OKButton_Click(world.session));
   window.Full_Name.text = std::string("Ann");
-  Rename_NT_Full_Name_Change(world.session);
-  EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
+  windows::Rename_NT_Full_Name_Change(world.session);
+  EXPECT_TRUE(windows::Rename_NT_OKButton_Click(world.session));
   EXPECT_EQ(world.property("jo", "FullName"), "Ann");
   EXPECT_TRUE(world.there("FS1/D/Users/jo/a.txt"));
   type_logon("");
-  EXPECT_FALSE(Rename_NT_OKButton_Click(world.session));
+  EXPECT_FALSE(windows::Rename_NT_OKButton_Click(world.session));
 }
 
 TEST_F(RenameInNt, NameInUseIsReportedAndNothingIsRenamed) {
   start();
   type_logon("admin");
-  EXPECT_TRUE(Rename_NT_OKButton_Click(world.session));
+  EXPECT_TRUE(windows::Rename_NT_OKButton_Click(world.session));
   EXPECT_TRUE(world.has_jo());
   EXPECT_THAT(
       world.log_tab(),

@@ -3,6 +3,7 @@
 #include "resources/file_permission.hpp"
 #include "resources/resources_world.hpp"
 #include "session/multi_user.hpp"
+#include "support/kept_view.hpp"
 
 namespace twk::resources {
 namespace {
@@ -105,7 +106,9 @@ TEST_F(OwnershipTest, ARefusedFileIsSkippedAndCounted) {
 
 TEST_F(OwnershipTest, APersonStopsItAfterTheCurrentFolder) {
   int turns = 0;
-  dialogs.on_events = [&] { session.import.ImportStopped = ++turns == 2; };
+  test::KeptView view(session);
+  const session::RunScope scope(session, view);
+  dialogs.on_events = [&] { session.run.stopped = ++turns == 2; };
   const TreeOutcome outcome = write_file_permission(session, server, top, tree);
   EXPECT_TRUE(outcome.stopped);
   EXPECT_EQ(outcome.written, 4U) << "the folder itself, a, b, c.txt";

@@ -81,7 +81,7 @@ TEST_F(AccountWindows, WorkstationIsAskedForAndCancelForgetsIt) {
     click("CancelButton", &shown);
   });
   windows::mnupopup_Click(lab.session, 9);
-  EXPECT_EQ(lab.session.runs.WKS_Name, "");
+  EXPECT_EQ(lab.session.wks_profile.WKS_Name, "");
 }
 
 TEST_F(AccountWindows, DeletionOfAProfileShowsItsProgressAndStopsAtCancel) {

@@ -2,15 +2,13 @@
 #include "cli/frame/access_text.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/resource_session.hpp"
+#include "cli/frame/selection_run.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "cli/terminal/interrupt.hpp"
-#include "cli/terminal/progress.hpp"
 #include "platform/access_check.hpp"
 #include "resources/account_lookup.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/file_permission.hpp"
-#include "session/multi_user.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::cli {
@@ -74,14 +72,11 @@ int check_acl(Context& context, const AclArguments& arguments) {
 /// recursion's current name; Ctrl-C ends it after the current folder.
 TreeOutcome write_logged(Context& context, Session& session, const std::string& account,
                          const std::function<TreeOutcome(std::string& server)>& work) {
-  Progress progress;
-  const auto& caption = session.multi_user.progress.caption;
-  const auto watch = caption.watch([&] { progress.show(caption.get()); });
-  context.dialogs().on_events([&] { session.import.ImportStopped = interrupted(); });
+  ConsoleView view(context, session);
+  const session::RunScope scope(session, view);
   std::string server = resources::server_for_accounts(session);
   TreeOutcome outcome;
   in_log_block(session, [&] { in_plain_words([&] { outcome = work(server); }, account); });
-  context.dialogs().on_events({});
   return outcome;
 }
 

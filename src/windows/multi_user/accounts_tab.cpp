@@ -19,10 +19,6 @@ using platform::ObjectPtr;
 using session::MultiUser;
 using session::Session;
 
-/// The entries of `LockAcc`: the functions that change accounts, then two searches.
-constexpr int kFindExpired = 5;
-constexpr int kFindLocked = 6;
-
 constexpr std::array<std::string_view, 5> kConfirmations = {
     "This will enable all selected accounts", "This will disable all selected accounts",
     "This will set the password to expire on all selected accounts",
@@ -115,7 +111,7 @@ void search(Session& session, int function) {
   session.run.stopped = false;
   window.ProgressBar1_visible = true;
   try {
-    function == kFindExpired ? find_expired(session, view) : find_locked(session, view);
+    function == session::lock_acc::kFindExpired ? find_expired(session, view) : find_locked(session, view);
   } catch (const base::RuntimeError& failure) {
     batch::tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
@@ -127,13 +123,13 @@ void search(Session& session, int function) {
 void btnGo_Click(Session& session) {
   MultiUser& window = session.multi_user;
   const int chosen = window.LockAcc.index;
-  const int function = chosen < 0 || chosen > kFindLocked ? 0 : chosen;
+  const int function = chosen < 0 || chosen > session::lock_acc::kFindLocked ? 0 : chosen;
   if (window.btnGo.caption == std::string(session::kCancelCaption)) {
     window.btnGo.caption = std::string("&Go");
-    window.Unlock_Stage = window.Unlock_Stage || function == kFindLocked;
+    window.Unlock_Stage = window.Unlock_Stage || function == session::lock_acc::kFindLocked;
   } else if (!session::is_running(window)) {
-    function >= kFindExpired ? search(session, function)
-                             : change(session, static_cast<AccountFunction>(function));
+    function >= session::lock_acc::kFindExpired ? search(session, function)
+                                                : change(session, static_cast<AccountFunction>(function));
   }
 }
 

@@ -36,26 +36,6 @@ std::string file_title(std::string_view path) {
   return std::string(slash == base::npos ? path : path.substr(slash + 1));
 }
 
-/// What the tab asks for; none, which `Label3` explains, for no property and for one that the schema does not
-/// know.
-std::optional<batch::PropertyOrder> property_order(Session& session) {
-  ADProperties& tab = session.ad_properties;
-  controls::Observable<std::string>& told = session.multi_user.Label3.caption;
-  const std::string property = chosen(session);
-  if (property.empty()) {
-    told = std::string("Select the property to change first.");
-    return std::nullopt;
-  }
-  if (tab.looked_up != property)
-    AD_Properties_Click(session);
-  std::string syntax = tab.Syntax.caption;
-  if (syntax.empty())
-    return std::nullopt;
-  if (tab.multi_value)
-    syntax.resize(syntax.size() - kMultiValue.size());
-  return batch::PropertyOrder{{property, syntax, tab.multi_value}, tab.AD_Append.value};
-}
-
 /// `CHANGE_AD` stops the run, and the tab's own bar shows its progress.
 class PropertiesView final : public session::RunView {
  public:
@@ -87,7 +67,7 @@ class PropertiesView final : public session::RunView {
   RunningWindow window_;
 };
 
-batch::PropertyCounts run_file(Session& session, const std::string& path) {
+batch::PropertyCounts run_file(Session& session, const std::string& path, const PropertyObserver& user_done) {
   batch::PropertyCounts counts;
   base::Trap trap;
   trap([&] {
@@ -97,8 +77,10 @@ batch::PropertyCounts run_file(Session& session, const std::string& path) {
       counts.failure = session.multi_user.Label3.caption;
       return;
     }
-    order->user_done = [&session](const batch::PropertyOutcome& outcome) {
+    order->user_done = [&](const batch::PropertyOutcome& outcome) {
       session.multi_user.AD_CHANGE.text = outcome.value;
+      if (user_done)
+        user_done(outcome);
     };
     PropertiesView view(session);
     counts = batch::change_from_file(session, *order, file_title(path), bytes, view);
@@ -172,40 +154,61 @@ void AD_Properties_Leave(Session& session) {
     AD_Properties_Click(session);
 }
 
-void CHANGE_AD_Click(Session& session) {
-  if (session.ad_properties.CHANGE_AD.caption == std::string(session::kCancelCaption)) {
-    session.run.stopped = true;
-    return;
+/// What the tab asks for; none, which `Label3` explains, for no property and for one that the schema does not
+/// know.
+std::optional<batch::PropertyOrder> property_order(Session& session) {
+  ADProperties& tab = session.ad_properties;
+  controls::Observable<std::string>& told = session.multi_user.Label3.caption;
+  const std::string property = chosen(session);
+  if (property.empty()) {
+    told = std::string("Select the property to change first.");
+    return std::nullopt;
   }
-  if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty())
-    return;
-  const auto order = property_order(session);
-  if (!order)
-    return;
-  PropertiesView view(session);
-  batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
+  if (tab.looked_up != property)
+    AD_Properties_Click(session);
+  std::string syntax = tab.Syntax.caption;
+  if (syntax.empty())
+    return std::nullopt;
+  if (tab.multi_value)
+    syntax.resize(syntax.size() - kMultiValue.size());
+  return batch::PropertyOrder{{property, syntax, tab.multi_value}, tab.AD_Append.value};
 }
 
-void DELIMPORT_Click(Session& session) {
+batch::PropertyCounts CHANGE_AD_Click(Session& session, const PropertyObserver& user_done) {
+  if (session.ad_properties.CHANGE_AD.caption == std::string(session::kCancelCaption)) {
+    session.run.stopped = true;
+    return {};
+  }
+  if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty())
+    return {};
+  auto order = property_order(session);
+  if (!order)
+    return {};
+  order->user_done = user_done;
+  PropertiesView view(session);
+  return batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
+}
+
+batch::PropertyCounts DELIMPORT_Click(Session& session, const PropertyObserver& user_done) {
   platform::Dialogs& dialogs = session.platform.dialogs;
   if (session::is_running(session.multi_user))
-    return;
+    return {};
   const std::string property = chosen(session);
   if (property.empty()) {
     dialogs.MsgBox("Select the AD Propery to change first, before importing the file.",
                    platform::Buttons::kOk, platform::Icon::kNone, kTitle);
-    return;
+    return {};
   }
   if (dialogs.MsgBox("This will import AD properties for the users in the csv file\r\n"
                      "Format must be Username,ADValue",
                      platform::Buttons::kOkCancel, platform::Icon::kNone, kTitle) != platform::Answer::kOk)
-    return;
+    return {};
   log(session, "Importing users to change AD value " + property);
   const auto path =
       dialogs.open_file("Open file to import", "CSV Files (*.csv)|*.csv|Text Files (*.txt)|*.txt|");
   if (!path || path->empty())
-    return;
-  const batch::PropertyCounts counts = run_file(session, *path);
+    return {};
+  const batch::PropertyCounts counts = run_file(session, *path, user_done);
   if (!counts.failure.empty()) {
     log(session, counts.failure);
     dialogs.MsgBox(counts.failure, platform::Buttons::kOk, platform::Icon::kExclamation, kTitle);
@@ -213,6 +216,7 @@ void DELIMPORT_Click(Session& session) {
   session.multi_user.Label3.caption =
       std::string(counts.stopped ? "Import of AD Properties canceled, check log for errors"
                                  : "Import of AD Properties has completed, check log for errors");
+  return counts;
 }
 
 }  // namespace twk::windows

@@ -1,8 +1,9 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
-}
+#include <functional>
+#include <optional>
+
+#include "batch/change_property.hpp"
 
 /// The tab "AD Properties": one property of many users, from the field `AD_CHANGE` or from a file of lines
 /// "Username,ADValue".
@@ -23,11 +24,17 @@ void AD_Properties_Change(session::Session& session);
 /// The field was left: what was typed is looked up.
 void AD_Properties_Leave(session::Session& session);
 
+/// What the tab asks for; none, which `Label3` explains, for no property and for one that the schema does not
+/// know.
+std::optional<batch::PropertyOrder> property_order(session::Session& session);
+
+using PropertyObserver = std::function<void(const batch::PropertyOutcome&)>;
+
 /// The button, whose caption says what it does: runs over the selection with the text of `AD_CHANGE`, or
 /// ends a run after the current user. With an empty selection it does nothing; a property that the schema
 /// does not know ends it before anything is changed, as `Label3` reports.
-void CHANGE_AD_Click(session::Session& session);
+batch::PropertyCounts CHANGE_AD_Click(session::Session& session, const PropertyObserver& user_done = {});
 /// The button: asks for a file and runs over it.
-void DELIMPORT_Click(session::Session& session);
+batch::PropertyCounts DELIMPORT_Click(session::Session& session, const PropertyObserver& user_done = {});
 
 }  // namespace twk::windows
