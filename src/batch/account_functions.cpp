@@ -7,6 +7,7 @@
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
 #include "session/log_tab.hpp"
+#include "session/run_scope.hpp"
 
 namespace twk::batch {
 namespace {

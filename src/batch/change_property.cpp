@@ -2,6 +2,7 @@
 
 #include "batch/property_run.hpp"
 #include "session/loaded_domain.hpp"
+#include "session/run_scope.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {

@@ -1,6 +1,7 @@
 #include "batch/delete_users.hpp"
 
 #include "lifecycle/deletion/delete_user.hpp"
+#include "session/run_scope.hpp"
 
 namespace twk::batch {
 

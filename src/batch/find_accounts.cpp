@@ -10,6 +10,7 @@
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
 #include "session/loaded_domain.hpp"
+#include "session/run_scope.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {

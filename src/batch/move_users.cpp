@@ -1,6 +1,7 @@
 #include "batch/move_users.hpp"
 
 #include "lifecycle/move/move_user.hpp"
+#include "session/run_scope.hpp"
 
 namespace twk::batch {
 

@@ -9,6 +9,7 @@
 #include "platform/ldap_text.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
+#include "session/run_scope.hpp"
 #include "session/session.hpp"
 
 namespace twk::batch {

@@ -5,7 +5,12 @@
 #include <string>
 #include <string_view>
 
-#include "batch/change_property.hpp"
+#include "batch/property_order.hpp"
+
+namespace twk::session {
+class RunView;
+struct Session;
+}  // namespace twk::session
 
 /// A property of many users from a file of lines "Username,ADValue", with a separate value for each user.
 namespace twk::batch {

@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <functional>
 
-#include "batch/change_property.hpp"
+#include "batch/property_order.hpp"
+#include "batch/selection_walk.hpp"
 #include "session/current_run.hpp"
 
 /// What the run over the selection and the run over a file share.

@@ -3,6 +3,7 @@
 #include "batch/bind_account.hpp"
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
+#include "session/run_scope.hpp"
 
 namespace twk::batch {
 namespace {

@@ -37,6 +37,21 @@ LoadOptions read_load_options(session::Session& session) {
   return options;
 }
 
+void store_load_options(session::Session& session, const LoadOptionTexts& options) {
+  const auto write = [&](std::string_view name, std::string_view value) {
+    session::write_setting(session, session::kADO, name, value);
+  };
+  const auto write_switch = [&](std::string_view name, bool value) { write(name, value ? "True" : "False"); };
+  write("PageSize", options.PageSize);
+  write("UserLimit", options.UserLimit);
+  write_switch("SkipUsers", options.SkipUsers);
+  write_switch("SkipGroups", options.SkipGroups);
+  write_switch("LoadAllUsers", options.LoadAllUsers);
+  write_switch("TemplateGroupsOnly", options.TemplateGroupsOnly);
+  write("Search", options.over_ldap ? "LDAP://" : "GC://");
+  write_switch("Sort", options.Sort);
+}
+
 platform::QueryOptions query_options(const LoadOptions& options) {
   platform::QueryOptions properties;
   properties.cache_results = false;

@@ -28,6 +28,21 @@ struct LoadOptions {
 /// An absent value, or an invalid number, leaves the default.
 LoadOptions read_load_options(session::Session& session);
 
+/// What is stored of them. An empty number means the default.
+struct LoadOptionTexts {
+  std::string PageSize;
+  std::string UserLimit;
+  bool SkipUsers = false;
+  bool SkipGroups = false;
+  bool LoadAllUsers = false;
+  bool TemplateGroupsOnly = false;
+  bool over_ldap = false;  ///< otherwise the global catalog
+  bool Sort = true;
+};
+
+/// The options that the next load reads.
+void store_load_options(session::Session& session, const LoadOptionTexts& options);
+
 /// Command properties of the queries for OUs and groups.
 platform::QueryOptions query_options(const LoadOptions& options);
 

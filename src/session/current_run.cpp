@@ -1,9 +1,5 @@
 #include "session/current_run.hpp"
 
-#include <utility>
-
-#include "session/session.hpp"
-
 namespace twk::session {
 namespace {
 
@@ -24,18 +20,6 @@ RunView& CurrentRun::view() const {
 bool CurrentRun::goes_on() {
   stopped = !view().going_on() || stopped;
   return !stopped;
-}
-
-RunScope::RunScope(Session& session, RunTerms terms, RunView& view)
-    : run_(session.run),
-      terms_before_(std::exchange(run_.terms, std::move(terms))),
-      view_before_(std::exchange(run_.watched_by, &view)) {}
-
-RunScope::RunScope(Session& session, RunView& view) : RunScope(session, RunTerms(session.run.terms), view) {}
-
-RunScope::~RunScope() {
-  run_.terms = std::move(terms_before_);
-  run_.watched_by = view_before_;
 }
 
 }  // namespace twk::session

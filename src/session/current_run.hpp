@@ -12,8 +12,6 @@ class FolderUse;
 
 namespace twk::session {
 
-struct Session;
-
 /// A person's answer to a step that a run does not take on its own.
 enum class Consent {
   kAsk,  ///< asked when the step is reached, in a box that defaults to No
@@ -42,23 +40,6 @@ struct CurrentRun {
   [[nodiscard]] RunView& view() const;
   /// A turn for events. False once the operation should end.
   bool goes_on();
-};
-
-/// Gives a session's operation its terms and its view for a scope. Inside another such scope that one's come
-/// back afterwards.
-class RunScope {
- public:
-  RunScope(Session& session, RunTerms terms, RunView& view);
-  /// With the terms that the session has.
-  RunScope(Session& session, RunView& view);
-  RunScope(const RunScope&) = delete;
-  RunScope& operator=(const RunScope&) = delete;
-  ~RunScope();
-
- private:
-  CurrentRun& run_;
-  RunTerms terms_before_;
-  RunView* view_before_;
 };
 
 }  // namespace twk::session

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "directory/loading/ad_options.hpp"
 #include "directory/tree/create_ou.hpp"
-#include "directory/tree/find_user.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
 #include "groups/groups_window.hpp"
@@ -22,6 +20,8 @@
 #include "windows/manage_ou.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/refresh.hpp"
+#include "windows/tree/ad_options.hpp"
+#include "windows/tree/find_user.hpp"
 
 namespace twk::windows {
 namespace {
@@ -65,7 +65,7 @@ void mnuFile_Click(session::Session& session, int index) {
 void mnuOption_Click(session::Session& session, int index) {
   switch (index) {
     case 2:
-      directory::frmADOptions_Load(session);
+      windows::frmADOptions_Load(session);
       session.platform.dialogs.show_modal("frmADOptions");
       break;
     case 5:
@@ -135,7 +135,7 @@ void Toolbar1_ButtonClick(session::Session& session, std::string_view key) {
   else if (key == "Refresh")
     Refresh(session);
   else if (key == "FIND")
-    directory::Find_User(session);
+    windows::Find_User(session);
   else if (key == "Help")
     session.form1.ShowHelp.emit("Main");
   else if (key == "Vlog")

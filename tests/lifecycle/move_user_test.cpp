@@ -7,6 +7,7 @@
 #include "session/account_windows.hpp"
 #include "session/form1.hpp"
 #include "session/multi_user.hpp"
+#include "session/run_scope.hpp"
 #include "stores/side_tables.hpp"
 #include "windows/multi_user/move_tab.hpp"
 

@@ -8,8 +8,6 @@
 #include "batch/import_options.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/loading/ad_load.hpp"
-#include "directory/loading/ad_options.hpp"
-#include "directory/tree/find_user.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
 #include "groups/copy_group.hpp"
@@ -44,6 +42,8 @@
 #include "windows/multi_user/properties_tab.hpp"
 #include "windows/share_points_form.hpp"
 #include "windows/start_up.hpp"
+#include "windows/tree/ad_options.hpp"
+#include "windows/tree/find_user.hpp"
 #include "world/sample_lab.hpp"
 
 /// Saves a picture of each tab and window of the program, over a sample lab: for looking at what was changed,
@@ -158,7 +158,7 @@ std::vector<Window> windows() {
       session.platform.dialogs.show_modal(name);
     };
   };
-  return {{"ad-options", shown("frmADOptions", directory::frmADOptions_Load)},
+  return {{"ad-options", shown("frmADOptions", windows::frmADOptions_Load)},
           {"csv-import",
            [](session::Session& session) {
              batch::load_csv_layout(session, TWK_SOURCE_DIR "/samples/new-starters.csv");
@@ -171,7 +171,7 @@ std::vector<Window> windows() {
              rows.select(&rows.at(0));
              windows::Listviewmnu_Edit(session, 0);
            }},
-          {"find-user", by(directory::Find_User)},
+          {"find-user", by(windows::Find_User)},
           {"group-add", by(groups::Groupsfrm_Add_Group_Click)},
           {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
           {"logon-hours", by(windows::LogonHours_Click)},

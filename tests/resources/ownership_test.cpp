@@ -3,6 +3,7 @@
 #include "resources/file_permission.hpp"
 #include "resources/resources_world.hpp"
 #include "session/multi_user.hpp"
+#include "session/run_scope.hpp"
 #include "support/kept_view.hpp"
 
 namespace twk::resources {

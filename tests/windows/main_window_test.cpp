@@ -1,7 +1,6 @@
 #include "windows/main_window.hpp"
 
 #include "directory/tree/tree.hpp"
-#include "directory/tree/tree_popup.hpp"
 #include "session/directory_windows.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
@@ -10,6 +9,7 @@
 #include "support/lab_session.hpp"
 #include "windows/refresh.hpp"
 #include "windows/start_up.hpp"
+#include "windows/tree/tree_popup.hpp"
 
 namespace twk::windows {
 namespace {
@@ -127,7 +127,7 @@ TEST(Popup, OffersWhatFitsTheNode) {
   lab.start();
   session::Form1& form = lab.session.form1;
   const auto entries = [&](controls::TreeNode& node) {
-    directory::POPUP(lab.session, node);
+    windows::POPUP(lab.session, node);
     EXPECT_EQ(form.TreeView1.selected(), &node);
     return enabled_entries(form);
   };
@@ -143,7 +143,7 @@ TEST(Popup, OffersWhatFitsTheNode) {
 TEST(Popup, CreatesNoOuInAWinNtDomain) {
   LabSession lab(lab::DomainKind::kNt);
   lab.start();
-  directory::POPUP(lab.session, *lab.session.form1.TreeView1.first());
+  windows::POPUP(lab.session, *lab.session.form1.TreeView1.first());
   EXPECT_FALSE(lab.session.form1.mnupopup[10].enabled);
 }
 

@@ -9,6 +9,7 @@
 #include "resources/account_lookup.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/file_permission.hpp"
+#include "session/run_scope.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::cli {

@@ -4,13 +4,10 @@
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "directory/loading/ad_options.hpp"
-#include "session/directory_windows.hpp"
+#include "directory/load_options.hpp"
 
 namespace twk::cli {
 namespace {
-
-using session::frmADOptions;
 
 const std::vector<Column> kFields = {{"pageSize", "PageSize"},
                                      {"userLimit", "UserLimit"},
@@ -21,26 +18,29 @@ const std::vector<Column> kFields = {{"pageSize", "PageSize"},
                                      {"search", "Search"},
                                      {"sort", "Sort"}};
 
-Json number_of(const controls::TextBox& field) {
-  return base::to_number(field.text.get()).value_or(0);
-}
-
-Json to_json(const frmADOptions& window) {
-  return {{"pageSize", number_of(window.PageSize)},
-          {"userLimit", number_of(window.UserLimit)},
-          {"skipUsers", window.SkipUsers.on()},
-          {"skipGroups", window.SkipGroups.on()},
-          {"loadAllUsers", window.LoadAllUsersoption.value.get()},
-          {"templateGroupsOnly", window.TemplateGroups.on()},
-          {"search", window.UseLDAP.value ? "LDAP://" : "GC://"},
-          {"sort", window.Sorton.value.get()}};
-}
-
-int show_options(Context& context) {
-  session::Session& session = context.session(Depth::kSettings);
-  directory::frmADOptions_Load(session);
-  context.output().details(kFields, to_json(session.ad_options));
+int show_options(Context& context, session::Session& session) {
+  const directory::LoadOptions options = directory::read_load_options(session);
+  context.output().details(kFields, {{"pageSize", options.PageSize},
+                                     {"userLimit", options.UserLimit},
+                                     {"skipUsers", options.SkipUsers},
+                                     {"skipGroups", options.SkipGroups},
+                                     {"loadAllUsers", options.LoadAllUsers},
+                                     {"templateGroupsOnly", options.TemplateGroupsOnly},
+                                     {"search", options.Search},
+                                     {"sort", options.Sort}});
   return kExitGreen;
+}
+
+/// As the window that shows them would store them.
+directory::LoadOptionTexts texts_of(const directory::LoadOptions& options) {
+  return {.PageSize = base::to_text(options.PageSize),
+          .UserLimit = base::to_text(options.UserLimit),
+          .SkipUsers = options.SkipUsers,
+          .SkipGroups = options.SkipGroups,
+          .LoadAllUsers = options.LoadAllUsers,
+          .TemplateGroupsOnly = options.TemplateGroupsOnly,
+          .over_ldap = options.Search == "LDAP://",
+          .Sort = options.Sort};
 }
 
 bool to_flag(const std::string& name, const std::string& value) {
@@ -62,35 +62,34 @@ bool is_ldap(const std::string& value) {
 }
 
 /// An empty number means the default.
-void set_number(controls::TextBox& field, const std::string& name, const std::string& value) {
+void set_number(std::string& number, const std::string& name, const std::string& value) {
   if (!value.empty() && base::to_number(value).value_or(0) < 1)
     throw UsageError(name + " takes a number from 1 up, not \"" + value + "\"");
-  field.text = value;
+  number = base::trim(value);
 }
 
-/// Sets the controls of one option as a person does.
-void set_option(frmADOptions& window, const std::string& name, const std::string& value) {
+void set_option(directory::LoadOptionTexts& options, const std::string& name, const std::string& value) {
   if (name == "PageSize")
-    set_number(window.PageSize, name, value);
+    set_number(options.PageSize, name, value);
   else if (name == "UserLimit")
-    set_number(window.UserLimit, name, value);
+    set_number(options.UserLimit, name, value);
   else if (name == "SkipUsers")
-    window.SkipUsers.value = to_flag(name, value) ? 1 : 0;
+    options.SkipUsers = to_flag(name, value);
   else if (name == "SkipGroups")
-    window.SkipGroups.value = to_flag(name, value) ? 1 : 0;
+    options.SkipGroups = to_flag(name, value);
   else if (name == "LoadAllUsers")
-    choose(window.LoadAllUsersoption, window.DontLoadAllUsers, to_flag(name, value));
+    options.LoadAllUsers = to_flag(name, value);
   else if (name == "TemplateGroupsOnly")
-    window.TemplateGroups.value = to_flag(name, value) ? 1 : 0;
+    options.TemplateGroupsOnly = to_flag(name, value);
   else if (name == "Search")
-    choose(window.UseLDAP, window.UseGC, is_ldap(value));
+    options.over_ldap = is_ldap(value);
   else if (name == "Sort")
-    choose(window.Sorton, window.Sortoff, to_flag(name, value));
+    options.Sort = to_flag(name, value);
 }
 
 int set_options(Context& context, const std::vector<std::string>& assignments) {
   session::Session& session = context.session(Depth::kSettings);
-  directory::frmADOptions_Load(session);
+  directory::LoadOptionTexts options = texts_of(directory::read_load_options(session));
   std::vector<std::string> names;
   names.reserve(kFields.size());
   for (const Column& field : kFields)
@@ -99,12 +98,11 @@ int set_options(Context& context, const std::vector<std::string>& assignments) {
     const std::size_t equals = assignment.find('=');
     if (equals == base::npos)
       throw UsageError("\"" + assignment + "\" is not NAME=VALUE");
-    set_option(session.ad_options, find_name("option", assignment.substr(0, equals), names),
+    set_option(options, find_name("option", assignment.substr(0, equals), names),
                assignment.substr(equals + 1));
   }
-  if (!directory::btnApply_Click(session))
-    throw Refused("The options were not stored.");
-  return show_options(context);
+  directory::store_load_options(session, options);
+  return show_options(context, session);
 }
 
 }  // namespace
@@ -113,7 +111,9 @@ void add_options_commands(Command& app, Context& context) {
   auto* options = app.add_subcommand("options", "How a directory is loaded");
   options->require_subcommand();
   auto* show = options->add_subcommand("show", "Show the options");
-  show->callback([&context] { context.set_action([&context] { return show_options(context); }); });
+  show->callback([&context] {
+    context.set_action([&context] { return show_options(context, context.session(Depth::kSettings)); });
+  });
 
   auto assignments = std::make_shared<std::vector<std::string>>();
   auto* set = options->add_subcommand("set", "Change options; others stay as they are");

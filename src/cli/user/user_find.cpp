@@ -1,9 +1,10 @@
+#include "base/error_words.hpp"
+#include "base/errors.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/tree/find_user.hpp"
-#include "session/directory_windows.hpp"
 
 namespace twk::cli {
 namespace {
@@ -11,15 +12,13 @@ namespace {
 const std::vector<Column> kColumns = {{"name", "Name"}, {"dn", "Location"}};
 
 std::vector<Json> found_in_directory(session::Session& session, const std::string& text) {
-  session.find_user.txtFind.text = text;
-  directory::btnGo_Click(session);
-  const controls::ListView& list = session.find_user.ListView1;
-  // A failed search said so in a box and counted nothing.
-  if (list.empty() && session.find_user.Label2.caption.get().empty())
-    throw Refused("Error Searching AD for users.");
+  std::vector<directory::FoundUser> found;
+  base::Trap trap;
+  if (!trap([&] { found = directory::find_users(session, text); }))
+    throw Refused("Error Searching AD for users. " + base::in_words(trap.number(), trap.description()));
   std::vector<Json> rows;
-  for (std::size_t i = 0; i < list.size(); ++i)
-    rows.push_back({{"name", list.at(i).text}, {"dn", list.at(i).sub_items.at(0)}});
+  for (const directory::FoundUser& user : found)
+    rows.push_back({{"name", user.name}, {"dn", user.place}});
   return rows;
 }
 

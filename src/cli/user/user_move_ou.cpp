@@ -2,9 +2,8 @@
 #include "cli/user/user_commands.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/names.hpp"
-#include "directory/tree/tree_drag.hpp"
+#include "directory/tree/change_ou.hpp"
 #include "directory/tree/tree_path.hpp"
-#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {
@@ -20,7 +19,6 @@ controls::TreeNode& shown(controls::TreeNode* node, const std::string& name) {
   return *node;
 }
 
-/// Drags the user's node onto the OU's, as a person does.
 int move_user(Context& context, const MoveArguments& arguments) {
   session::Session& session = context.session(Depth::kDomain);
   const Domain domain = context.domain();
@@ -29,17 +27,19 @@ int move_user(Context& context, const MoveArguments& arguments) {
   controls::TreeNode& node =
       shown(directory::reach_user(session, "LDAP://" + session.DomainName + "/" + user), user);
   controls::TreeNode& target = shown(directory::reach_node(session, ou), ou);
-  if (!directory::begin_drag(session, node))
+  if (!session::is_active_directory(session) || node.image != "USER")
     throw Refused(user + " cannot be moved.");
-  directory::drag_over(session, &target);
-  if (session.form1.DropHighlight.get().empty())
+  if (target.image != "OU")
     throw Refused(ou + " is not an organizational unit.");
+  std::optional<std::string> key;
   return act_and_tell(
-      context, session, [&] { return directory::drop(session); },
+      context, session,
       [&] {
-        const controls::TreeNode* const selected = session.form1.TreeView1.selected();
-        const std::string key = selected == nullptr ? std::string() : selected->key;
-        return Json{{"dn", directory::name_in_path(key)}};
+        key = directory::change_ou(session, node, target);
+        return key.has_value();
+      },
+      [&] {
+        return Json{{"dn", directory::name_in_path(key.value_or(std::string()))}};
       });
 }
 

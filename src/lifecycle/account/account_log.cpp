@@ -6,11 +6,8 @@
 #include "controls/list_view.hpp"
 #include "creation/command_text.hpp"
 #include "creation/shell.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
 #include "session/preferences.hpp"
 #include "session/session.hpp"
 

@@ -9,6 +9,7 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "session/run_scope.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

@@ -4,6 +4,10 @@
 
 #include "session/current_run.hpp"
 
+namespace twk::session {
+struct Session;
+}
+
 namespace twk::lifecycle {
 
 /// Whose profile is deleted.

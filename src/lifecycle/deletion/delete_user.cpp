@@ -9,6 +9,7 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "session/log_tab.hpp"
+#include "session/run_scope.hpp"
 
 namespace twk::lifecycle {
 namespace {

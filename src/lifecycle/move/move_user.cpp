@@ -13,6 +13,7 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/adsi.hpp"
 #include "session/log_tab.hpp"
+#include "session/run_scope.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 

@@ -4,7 +4,6 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "session/account_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

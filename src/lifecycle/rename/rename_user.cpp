@@ -11,6 +11,7 @@
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/preferences.hpp"
+#include "session/run_scope.hpp"
 #include "session/session.hpp"
 #include "stores/typed_text.hpp"
 

@@ -8,6 +8,9 @@
 namespace twk::controls {
 struct TreeNode;
 }
+namespace twk::session {
+struct Session;
+}
 
 namespace twk::lifecycle {
 

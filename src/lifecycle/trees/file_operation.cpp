@@ -11,8 +11,6 @@
 #include "lifecycle/trees/tree_copy.hpp"
 #include "lifecycle/trees/tree_path.hpp"
 #include "platform/adsi.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

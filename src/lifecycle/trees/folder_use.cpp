@@ -9,7 +9,6 @@
 #include "format/replace.hpp"
 #include "lifecycle/account/account_paths.hpp"
 #include "platform/adsi.hpp"
-#include "session/account_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

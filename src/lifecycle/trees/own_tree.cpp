@@ -8,7 +8,6 @@
 #include "base/text.hpp"
 #include "lifecycle/account/consent.hpp"
 #include "lifecycle/trees/folder_use.hpp"
-#include "session/account_windows.hpp"
 #include "session/session.hpp"
 
 namespace twk::lifecycle {

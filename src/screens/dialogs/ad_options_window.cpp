@@ -3,11 +3,11 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "directory/loading/ad_options.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/directory_windows.hpp"
+#include "windows/tree/ad_options.hpp"
 
 namespace twk::screens {
 namespace {
@@ -24,7 +24,7 @@ class HelpOnFocus final : public QObject {
 
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() == QEvent::FocusIn)
-      directory::show_option_help(session_, from_qt(watched->objectName()));
+      windows::show_option_help(session_, from_qt(watched->objectName()));
     return false;
   }
 
@@ -59,9 +59,9 @@ QGroupBox* make_numbers(session::Session& session, QWidget* parent) {
   auto* const form = new QFormLayout(box);
   frmADOptions& window = session.ad_options;
   add_text(*form, "&Page size:", "PageSize", window.PageSize,
-           [&session] { directory::PageSize_Change(session); });
+           [&session] { windows::PageSize_Change(session); });
   add_text(*form, "&User limit:", "UserLimit", window.UserLimit,
-           [&session] { directory::UserLimit_Change(session); });
+           [&session] { windows::UserLimit_Change(session); });
   return box;
 }
 
@@ -70,9 +70,9 @@ QGroupBox* make_skips(session::Session& session, QWidget* parent) {
   auto* const rows = new QVBoxLayout(box);
   frmADOptions& window = session.ad_options;
   add_check(*rows, "Skip us&ers", "SkipUsers", window.SkipUsers,
-            [&session] { directory::show_option_help(session, "SkipUsers"); });
+            [&session] { windows::show_option_help(session, "SkipUsers"); });
   add_check(*rows, "Skip g&roups", "SkipGroups", window.SkipGroups,
-            [&session] { directory::show_option_help(session, "SkipGroups"); });
+            [&session] { windows::show_option_help(session, "SkipGroups"); });
   add_check(*rows, "Groups for the &template tab only", "TemplateGroups", window.TemplateGroups);
   rows->addStretch();
   return box;
@@ -101,7 +101,7 @@ void add_buttons(QVBoxLayout& rows, session::Session& session, QDialog& dialog) 
   apply->setObjectName("btnApply");
   apply->setDefault(true);
   row->addWidget(apply);
-  on_click(*apply, [&session] { directory::btnApply_Click(session); });
+  on_click(*apply, [&session] { windows::btnApply_Click(session); });
   // The first text stays until a person goes to an option.
   apply->setFocus();
   auto* const close = new QPushButton("E&xit", &dialog);

@@ -2,11 +2,11 @@
 #include <QHeaderView>
 #include <QVBoxLayout>
 
-#include "directory/tree/find_user.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "session/directory_windows.hpp"
+#include "windows/tree/find_user.hpp"
 
 namespace twk::screens {
 namespace {
@@ -27,7 +27,7 @@ void add_search_row(QVBoxLayout& rows, session::Session& session, QDialog& dialo
   go->setObjectName("btnGo");
   go->setDefault(true);
   row->addWidget(go);
-  on_click(*go, [&session] { directory::btnGo_Click(session); });
+  on_click(*go, [&session] { windows::find_typed_user(session); });
   text->selectAll();
   text->setFocus();
 }
@@ -62,7 +62,7 @@ std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* pare
   bind_to(*told, session.find_user.Label2);
   bottom->addWidget(told, 1);
   const auto select = [&session, dialog] {
-    if (directory::btnSelectuser_Click(session))
+    if (windows::btnSelectuser_Click(session))
       dialog->accept();
   };
   list->on_activate = select;

@@ -2,11 +2,11 @@
 
 #include <QMenu>
 
-#include "directory/tree/tree_popup.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "session/form1.hpp"
 #include "windows/main_window.hpp"
+#include "windows/tree/tree_popup.hpp"
 
 namespace twk::screens {
 namespace {
@@ -55,7 +55,7 @@ void add_tree_popup(TreePane& tree, session::Session& session) {
                      controls::TreeNode* const node = tree.node(tree.indexAt(at));
                      if (node == nullptr)
                        return;
-                     run_guarded([&] { directory::POPUP(session, *node); });
+                     run_guarded([&] { windows::POPUP(session, *node); });
                      menu->popup(tree.viewport()->mapToGlobal(at));
                    });
 }

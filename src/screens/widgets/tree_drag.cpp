@@ -6,10 +6,10 @@
 #include <QScrollBar>
 #include <QTimer>
 
-#include "directory/tree/tree_drag.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "session/form1.hpp"
+#include "windows/tree/tree_drag.hpp"
 
 namespace twk::screens {
 namespace {
@@ -72,7 +72,7 @@ class TreeDrag final : public QObject {
   bool begin() {
     const controls::TreeNode* const node = tree_.node(held_);
     const bool far = (at_ - pressed_at_).manhattanLength() >= QApplication::startDragDistance();
-    if (node == nullptr || !far || !directory::begin_drag(session_, *node))
+    if (node == nullptr || !far || !windows::begin_drag(session_, *node))
       return false;
     dragging_ = true;
     const QPixmap picture = held_.data(Qt::DecorationRole).value<QIcon>().pixmap(24, 24);
@@ -80,7 +80,7 @@ class TreeDrag final : public QObject {
     return true;
   }
 
-  void show_target() { directory::drag_over(session_, tree_.node(tree_.indexAt(at_))); }
+  void show_target() { windows::drag_over(session_, tree_.node(tree_.indexAt(at_))); }
 
   bool takes_release(const QMouseEvent& event) {
     held_ = QPersistentModelIndex();
@@ -89,7 +89,7 @@ class TreeDrag final : public QObject {
     at_ = event.pos();
     show_target();
     end();
-    run_guarded([this] { directory::drop(session_); });
+    run_guarded([this] { windows::drop(session_); });
     return true;
   }
 
@@ -101,7 +101,7 @@ class TreeDrag final : public QObject {
     if (!escape && event.type() != QEvent::FocusOut && event.type() != QEvent::Hide)
       return false;
     end();
-    directory::cancel_drag(session_);
+    windows::cancel_drag(session_);
     return escape;
   }
 

@@ -9,6 +9,7 @@
 #include "batch/unlock_accounts.hpp"
 #include "platform/adsi.hpp"
 #include "session/hourglass.hpp"
+#include "session/run_scope.hpp"
 #include "windows/multi_user/run_window.hpp"
 
 namespace twk::windows {

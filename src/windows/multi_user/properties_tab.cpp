@@ -5,6 +5,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/change_property.hpp"
 #include "batch/property_file.hpp"
 #include "session/ad_properties.hpp"
 #include "windows/multi_user/run_window.hpp"

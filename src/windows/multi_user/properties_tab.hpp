@@ -3,7 +3,11 @@
 #include <functional>
 #include <optional>
 
-#include "batch/change_property.hpp"
+#include "batch/property_order.hpp"
+
+namespace twk::session {
+struct Session;
+}
 
 /// The tab "AD Properties": one property of many users, from the field `AD_CHANGE` or from a file of lines
 /// "Username,ADValue".

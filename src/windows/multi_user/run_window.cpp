@@ -2,6 +2,7 @@
 
 #include "base/errors.hpp"
 #include "batch/run_controls.hpp"
+#include "session/run_scope.hpp"
 
 namespace twk::windows {
 

@@ -7,7 +7,7 @@ struct Session;
 }
 
 /// The window `frmADOptions`: how a directory is loaded. A change takes effect at the next load.
-namespace twk::directory {
+namespace twk::windows {
 
 /// Shows what is stored, or the defaults.
 void frmADOptions_Load(session::Session& session);
@@ -22,4 +22,4 @@ void UserLimit_Change(session::Session& session);
 /// Describes the option of that control, if there is a text for it.
 void show_option_help(session::Session& session, std::string_view control);
 
-}  // namespace twk::directory
+}  // namespace twk::windows

@@ -1,4 +1,4 @@
-#include "directory/loading/ad_options.hpp"
+#include "windows/tree/ad_options.hpp"
 
 #include <array>
 #include <utility>
@@ -7,9 +7,8 @@
 #include "directory/load_options.hpp"
 #include "session/directory_windows.hpp"
 #include "session/session.hpp"
-#include "session/settings.hpp"
 
-namespace twk::directory {
+namespace twk::windows {
 namespace {
 
 using session::Session;
@@ -63,30 +62,22 @@ bool can_be_stored(const controls::TextBox& field) {
   return base::trim(field.text.get()).empty() || base::to_number(field.text.get()).value_or(0) > 0;
 }
 
-std::string true_or_false(bool value) {
-  return value ? "True" : "False";
-}
-
-void store(Session& session) {
-  const session::frmADOptions& window = session.ad_options;
-  const auto write = [&](std::string_view name, std::string_view value) {
-    session::write_setting(session, session::kADO, name, value);
-  };
-  write("PageSize", base::trim(window.PageSize.text.get()));
-  write("UserLimit", base::trim(window.UserLimit.text.get()));
-  write("SkipUsers", true_or_false(window.SkipUsers.on()));
-  write("SkipGroups", true_or_false(window.SkipGroups.on()));
-  write("LoadAllUsers", true_or_false(window.LoadAllUsersoption.value));
-  write("TemplateGroupsOnly", true_or_false(window.TemplateGroups.on()));
-  write("Search", window.UseLDAP.value ? "LDAP://" : "GC://");
-  write("Sort", true_or_false(window.Sorton.value));
+directory::LoadOptionTexts chosen(const session::frmADOptions& window) {
+  return {.PageSize = std::string(base::trim(window.PageSize.text.get())),
+          .UserLimit = std::string(base::trim(window.UserLimit.text.get())),
+          .SkipUsers = window.SkipUsers.on(),
+          .SkipGroups = window.SkipGroups.on(),
+          .LoadAllUsers = window.LoadAllUsersoption.value,
+          .TemplateGroupsOnly = window.TemplateGroups.on(),
+          .over_ldap = window.UseLDAP.value,
+          .Sort = window.Sorton.value};
 }
 
 }  // namespace
 
 void frmADOptions_Load(Session& session) {
   session::frmADOptions& window = session.ad_options;
-  const LoadOptions options = read_load_options(session);
+  const directory::LoadOptions options = directory::read_load_options(session);
   window.PageSize.text = base::to_text(options.PageSize);
   window.UserLimit.text = base::to_text(options.UserLimit);
   window.SkipUsers.value = options.SkipUsers ? 1 : 0;
@@ -110,7 +101,7 @@ bool btnApply_Click(Session& session) {
     refuse_user_limit(session);
     return false;
   }
-  store(session);
+  directory::store_load_options(session, chosen(window));
   window.txtDescription.caption = "Saved. The options take effect when the domain is loaded next (Refresh).";
   return true;
 }
@@ -138,4 +129,4 @@ void show_option_help(Session& session, std::string_view control) {
   }
 }
 
-}  // namespace twk::directory
+}  // namespace twk::windows

@@ -1,11 +1,11 @@
-#include "directory/loading/ad_options.hpp"
+#include "windows/tree/ad_options.hpp"
 
 #include "directory/load_options.hpp"
 #include "session/directory_windows.hpp"
 #include "session/settings.hpp"
 #include "support/world.hpp"
 
-namespace twk::directory {
+namespace twk::windows {
 namespace {
 
 class AdOptions : public test::TestWorld {
@@ -38,7 +38,7 @@ TEST_F(AdOptions, WhatIsAppliedIsWhatTheNextLoadReads) {
   window.UseLDAP.value = true;
   window.Sorton.value = false;
   ASSERT_TRUE(btnApply_Click(session));
-  const LoadOptions options = read_load_options(session);
+  const directory::LoadOptions options = directory::read_load_options(session);
   EXPECT_EQ(options.PageSize, 500);
   EXPECT_EQ(options.UserLimit, 10);
   EXPECT_TRUE(options.SkipUsers && options.SkipGroups && options.TemplateGroupsOnly && options.LoadAllUsers);
@@ -79,7 +79,7 @@ TEST_F(AdOptions, AnEmptyNumberMeansTheDefaultAndZeroIsRefused) {
   frmADOptions_Load(session);
   window.UserLimit.text = std::string();
   EXPECT_TRUE(btnApply_Click(session));
-  EXPECT_EQ(read_load_options(session).UserLimit, 99999);
+  EXPECT_EQ(directory::read_load_options(session).UserLimit, 99999);
   window.PageSize.text = std::string("0");
   window.SkipUsers.value = 1;
   dialogs.expect("PageSize must be a number.");
@@ -100,4 +100,4 @@ TEST_F(AdOptions, EachControlIsDescribed) {
 }
 
 }  // namespace
-}  // namespace twk::directory
+}  // namespace twk::windows

@@ -1,4 +1,4 @@
-#include "directory/tree/tree_popup.hpp"
+#include "windows/tree/tree_popup.hpp"
 
 #include "controls/tree_view.hpp"
 #include "directory/tree/create_ou.hpp"
@@ -6,7 +6,7 @@
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
-namespace twk::directory {
+namespace twk::windows {
 
 void POPUP(session::Session& session, controls::TreeNode& node) {
   session::Form1& form = session.form1;
@@ -14,7 +14,7 @@ void POPUP(session::Session& session, controls::TreeNode& node) {
   const bool user = node.image == "USER";
   for (const int index : {0, 2, 4, 5, 6, 8, 9, 13, 14})
     form.mnupopup.at(static_cast<std::size_t>(index)).enabled = user;
-  form.mnupopup[10].enabled = may_create_ou(session, node);
+  form.mnupopup[10].enabled = directory::may_create_ou(session, node);
 }
 
-}  // namespace twk::directory
+}  // namespace twk::windows

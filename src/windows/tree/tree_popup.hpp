@@ -7,10 +7,10 @@ namespace twk::session {
 struct Session;
 }
 
-namespace twk::directory {
+namespace twk::windows {
 
 /// The popup of the tree is about to be shown for a node: selects it and switches on or off the entries that
 /// depend on its kind.
 void POPUP(session::Session& session, controls::TreeNode& node);
 
-}  // namespace twk::directory
+}  // namespace twk::windows

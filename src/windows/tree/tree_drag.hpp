@@ -8,7 +8,7 @@ struct Session;
 }
 
 /// Moving a user to another OU by dragging its node, in Active Directory.
-namespace twk::directory {
+namespace twk::windows {
 
 /// True when the node is a user that can be moved; the drag then begins.
 bool begin_drag(session::Session& session, const controls::TreeNode& node);
@@ -21,4 +21,4 @@ void cancel_drag(session::Session& session);
 /// tree as it was; without a highlight nothing happens.
 bool drop(session::Session& session);
 
-}  // namespace twk::directory
+}  // namespace twk::windows

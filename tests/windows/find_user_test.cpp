@@ -1,5 +1,6 @@
-#include "directory/tree/find_user.hpp"
+#include "windows/tree/find_user.hpp"
 
+#include "directory/tree/find_user.hpp"
 #include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/directory_windows.hpp"
@@ -7,7 +8,7 @@
 #include "support/lab_session.hpp"
 #include "windows/start_up.hpp"
 
-namespace twk::directory {
+namespace twk::windows {
 namespace {
 
 using test::LabSession;
@@ -25,7 +26,7 @@ class FindUser : public testing::Test {
   }
   std::vector<std::string> found(const std::string& text) {
     lab.session.find_user.txtFind.text = text;
-    btnGo_Click(lab.session);
+    find_typed_user(lab.session);
     std::vector<std::string> names;
     for (std::size_t i = 0; i < lab.session.find_user.ListView1.size(); ++i)
       names.push_back(lab.session.find_user.ListView1.at(i).text);
@@ -125,7 +126,7 @@ TEST_F(FindUser, AnUnreachableDirectoryIsReported) {
 TEST_F(FindUser, ASecondExpansionReadsNothing) {
   lab.start();
   controls::TreeNode* const users = tree.find("CN=Users,DC=twk,DC=test");
-  TreeView1_Expand(lab.session, *users);
+  directory::TreeView1_Expand(lab.session, *users);
   const std::size_t before = users->children.size();
   add_user("Late", "CN=Users,DC=twk,DC=test");
   EXPECT_FALSE(Expand_OU(lab.session, *users));
@@ -152,4 +153,4 @@ TEST(FindNtUser, WalksTheUsersAsLongAsThePersonWants) {
 }
 
 }  // namespace
-}  // namespace twk::directory
+}  // namespace twk::windows

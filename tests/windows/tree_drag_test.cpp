@@ -1,4 +1,4 @@
-#include "directory/tree/tree_drag.hpp"
+#include "windows/tree/tree_drag.hpp"
 
 #include "directory/tree/tree.hpp"
 #include "directory/tree/tree_path.hpp"
@@ -7,7 +7,7 @@
 #include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 
-namespace twk::directory {
+namespace twk::windows {
 namespace {
 
 using test::kNewStarters;
@@ -156,4 +156,4 @@ TEST(TreeDragInNt, DoesNotExist) {
 }
 
 }  // namespace
-}  // namespace twk::directory
+}  // namespace twk::windows

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace twk::controls {
+struct TreeNode;
+}
+namespace twk::session {
+struct Session;
+}
+
+namespace twk::directory {
+
+/// Moves a user into another OU, in the directory and in tree and lists, selects its new node and logs it.
+/// Returns the user's new path, and then the node is gone. None when it was not moved: the status line says
+/// that the user is there already, a box what the directory refused.
+std::optional<std::string> change_ou(session::Session& session, controls::TreeNode& node,
+                                     controls::TreeNode& target);
+
+}  // namespace twk::directory
