@@ -129,7 +129,7 @@ TEST_F(FindUser, ASecondExpansionReadsNothing) {
   directory::TreeView1_Expand(lab.session, *users);
   const std::size_t before = users->children.size();
   add_user("Late", "CN=Users,DC=twk,DC=test");
-  EXPECT_FALSE(Expand_OU(lab.session, *users));
+  EXPECT_FALSE(directory::Expand_OU(lab.session, *users));
   EXPECT_EQ(users->children.size(), before);
 }
 
