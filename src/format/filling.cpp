@@ -7,8 +7,8 @@
 #include "format/name_tags.hpp"
 #include "format/replace.hpp"
 #include "format/tags.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::format {
 namespace {
@@ -107,7 +107,7 @@ void Filling::put_fields(std::size_t last, const Escape& escape) {
 }
 
 Filling& Filling::variables() {
-  const controls::ListView& rows = session_.variables.ListView1;
+  const controls::ListView& rows = session_.database.variables;
   if (rows.empty() || text_.find('%') == base::npos)
     return *this;
   FoldedText folded(std::move(text_));

@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "session/windows.hpp"
-
 namespace twk::session {
 struct Session;
 }

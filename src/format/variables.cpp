@@ -1,13 +1,13 @@
 #include "format/variables.hpp"
 
 #include "format/filling.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::format {
 
 std::vector<Variable> template_variables(const session::Session& session) {
-  const controls::ListView& rows = session.variables.ListView1;
+  const controls::ListView& rows = session.database.variables;
   std::vector<Variable> variables;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const controls::ListRow& row = rows.at(i);

@@ -5,7 +5,7 @@
 #include "base/text.hpp"
 #include "format/filling.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -59,7 +59,7 @@ void write_row(Session& session, ObjectPtr& user, const std::string& attribute, 
 }
 
 void write_rows(Session& session, ObjectPtr& user, const MailboxOwner& owner) {
-  const controls::ListView& rows = session.form1.ListView7;
+  const controls::ListView& rows = session.database.directory_rows;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const controls::ListRow& row = rows.at(i);
     if (row.icon != "MAIL")

@@ -15,7 +15,7 @@ std::string store_path(std::string_view exOrg, std::string_view exServer, std::s
                        std::string_view mailboxStore, std::string_view domainDn);
 
 /// Makes a mailbox for the user in the store of the owner's place (`Site` is the storage group) and writes
-/// the rows of `ListView7` that are of kind "MAIL". True once there is a mailbox; a refused row sets
+/// the directory rows that are of kind "MAIL". True once there is a mailbox; a refused row sets
 /// `MailWarning`. `user` may be bound again. With "/DEBUG" a failure raises.
 bool CreateMailbox2000(session::Session& session, platform::ObjectPtr& user, const MailboxOwner& owner,
                        std::string_view mailboxStore, std::string_view domainDn);

@@ -7,7 +7,7 @@
 #include "base/text.hpp"
 #include "mail/mailbox_descriptor.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -170,7 +170,7 @@ void write_row(Work& work, const controls::ListRow& row) {
 }
 
 void write_rows(Work& work) {
-  const controls::ListView& rows = work.session.form1.ListView8;
+  const controls::ListView& rows = work.session.database.mail_rows;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const RowUse use = use_of(rows.at(i));
     if (use == RowUse::kAttribute || use == RowUse::kMemberOf)

@@ -18,7 +18,7 @@ struct Mailbox55 {
 };
 
 /// Makes a mailbox in the Exchange 5.5 directory of the owner's place, links it to the account and writes the
-/// rows of `ListView8`. True once the mailbox is complete except for the rows; a refused row sets
+/// mail rows. True once the mailbox is complete except for the rows; a refused row sets
 /// `MailWarning`. A failure before that beeps and is logged; what was made until then stays.
 bool CreateMailbox55(session::Session& session, const Mailbox55& request);
 

@@ -8,6 +8,7 @@
 #include "format/variables.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
 
@@ -76,7 +77,7 @@ std::string ask_for_value(Session& session, const std::string& attribute) {
 }
 
 std::string container_row(Session& session) {
-  const controls::ListView& rows = session.form1.ListView8;
+  const controls::ListView& rows = session.database.mail_rows;
   std::string container;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (use_of(rows.at(i)) == RowUse::kContainer)
@@ -91,7 +92,7 @@ bool has_variable(std::string_view value) {
 
 LeadingRows read_leading_rows(Session& session, const MailboxOwner& owner, std::string address) {
   LeadingRows leading{std::move(address), {}, {}};
-  const controls::ListView& rows = session.form1.ListView8;
+  const controls::ListView& rows = session.database.mail_rows;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const controls::ListRow& row = rows.at(i);
     const RowUse use = use_of(row);

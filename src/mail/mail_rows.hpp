@@ -13,7 +13,7 @@ namespace twk::session {
 struct Session;
 }
 
-/// The rows of the mail table, `ListView8`, for the mailbox of one person.
+/// The rows of the mail table for the mailbox of one person.
 namespace twk::mail {
 
 /// Whose mailbox it is, and where.

@@ -7,7 +7,7 @@
 
 #include "platform/network.hpp"
 
-/// The thirteen terminal-server settings, as the list `ListView9` has them and as the multi-user window calls
+/// The thirteen terminal-server settings, as their table has them and as the multi-user window calls
 /// them.
 namespace twk::records {
 

@@ -7,6 +7,7 @@
 #include "format/replace.hpp"
 #include "records/terminal_server_rows.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
 
 namespace twk::resources {
@@ -58,7 +59,7 @@ std::string row_value(Session& session, const controls::ListRow& row) {
     return {};
   return format::Filling(session, row.sub_items.front())
       .variables()
-      .tag("%server%", base::trim(session.form1.NTSERVER.text.get()))
+      .tag("%server%", base::trim(session.ActiveSite.NTServer))
       .tag("%UserName%", session.form1.UserID_Box.text.get())
       .take();
 }
@@ -79,7 +80,7 @@ WtsConfigValue value_to_send(std::size_t number, const std::string& value) {
 
 bool send_rows(Session& session, const Target& target) {
   session.log.line("Setting WTS settings...");
-  const controls::ListView& list = session.form1.ListView9;
+  const controls::ListView& list = session.database.terminal_rows;
   for (std::size_t number = 1; number <= list.size() && number <= kTerminalServerRows.size(); ++number) {
     const std::string value = row_value(session, list.at(number - 1));
     if (value.empty())

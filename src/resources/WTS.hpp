@@ -10,7 +10,7 @@ struct Session;
 /// A user's terminal-server settings, written on the domain controller.
 namespace twk::resources {
 
-/// Without `singleProperty` the rows of `ListView9` that have a value, from the first to the last or to the
+/// Without `singleProperty` the terminal-server rows that have a value, from the first to the last or to the
 /// first refusal. Their variables are filled in, "%server%" by the site's server and "%UserName%" by the
 /// name on the New User tab. Row 5 asks whether to start a program, while the setting says whether the person
 /// may choose, so its number is inverted.

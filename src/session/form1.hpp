@@ -10,6 +10,7 @@
 
 namespace twk::session {
 
+struct LoadedDatabase;
 struct LoadedDomain;
 
 /// Tabs of the main window by their place in `SSTab1`.
@@ -37,7 +38,8 @@ inline constexpr std::array<std::string_view, 10> kToolbarKeys = {
 
 /// State of the main window `form1`, tab by tab. Fields have the names of the window's controls.
 struct Form1 {
-  Form1(LoadedDomain& domain, controls::StatusBar& status, controls::ListView& log_rows);
+  Form1(LoadedDomain& domain, LoadedDatabase& database, controls::StatusBar& status,
+        controls::ListView& log_rows);
 
   controls::Observable<bool> enabled{true};
   /// Set when the program should end.
@@ -158,7 +160,7 @@ struct Form1 {
   controls::ComboBox Home_Drive_letter;
   controls::Label PrimaryGrp;
   controls::ListView& ListView5;  ///< groups of the domain to choose from
-  controls::ListView ListView6;   ///< groups of the template
+  controls::ListView& ListView6;  ///< groups of the template
   controls::Button add;
   controls::Button remove;
   controls::Button SetPriGroup;
@@ -172,9 +174,9 @@ struct Form1 {
   controls::Button btnSharePoints;
 
   // Tables: directory rows, mailbox rows, terminal-server rows.
-  controls::ListView ListView7;
-  controls::ListView ListView8;
-  controls::ListView ListView9;
+  controls::ListView& ListView7;
+  controls::ListView& ListView8;
+  controls::ListView& ListView9;
 
   // Set-up tab.
   controls::ComboBox DomName;

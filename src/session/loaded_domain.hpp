@@ -10,12 +10,13 @@ namespace twk::session {
 struct LoadedDomain {
   controls::TreeView tree;
   controls::ListView users;
-  controls::ListView groups;           ///< without those that a selection cannot hold
-  controls::ListView units;            ///< organizational units
-  controls::ListView selection;        ///< users, groups and organizational units chosen for a run over many
-  controls::ListView all_groups;       ///< sub-item 1 is the type
-  controls::ListView template_choice;  ///< groups that a template can name
+  controls::ListView groups;      ///< without those that a selection cannot hold
+  controls::ListView units;       ///< organizational units
+  controls::ListView selection;   ///< users, groups and organizational units chosen for a run over many
+  controls::ListView all_groups;  ///< sub-item 1 is the type
   // Between the lists of each pair, rows are only moved.
+  controls::ListView template_choice;  ///< groups that a template can name
+  controls::ListView template_groups;  ///< groups of the loaded template
   controls::ListView Members;       ///< users in the group that is shown; sub-item 1 marks the primary group
   controls::ListView NotMembers;    ///< all other users
   controls::ListView own_groups;    ///< groups of the user on the details tab

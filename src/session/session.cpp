@@ -7,19 +7,27 @@
 #include "session/editor_windows.hpp"
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
+#include "session/loaded_database.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/multi_user.hpp"
 #include "session/windows.hpp"
 
 namespace twk::session {
 
-Form1::Form1(LoadedDomain& domain, controls::StatusBar& status, controls::ListView& log_rows)
+Form1::Form1(LoadedDomain& domain, LoadedDatabase& database, controls::StatusBar& status,
+             controls::ListView& log_rows)
     : StatusBar1(status),
       TreeView1(domain.tree),
       ListView3(domain.other_groups),
       ListView4(domain.own_groups),
       ListView1(log_rows),
-      ListView5(domain.template_choice) {}
+      ListView5(domain.template_choice),
+      ListView6(domain.template_groups),
+      ListView7(database.directory_rows),
+      ListView8(database.mail_rows),
+      ListView9(database.terminal_rows) {}
+
+Varibles_Form::Varibles_Form(LoadedDatabase& database) : ListView1(database.variables) {}
 
 MultiUser::MultiUser(LoadedDomain& domain)
     : ListView1(domain.selection),
@@ -32,11 +40,12 @@ Groupsfrm::Groupsfrm(LoadedDomain& domain)
 
 struct Session::Windows {
   LoadedDomain domain;
+  LoadedDatabase database;
   controls::StatusBar status;
   controls::ListView log_rows;
-  Form1 form1{domain, status, log_rows};
+  Form1 form1{domain, database, status, log_rows};
   frmSplash splash;
-  Varibles_Form variables;
+  Varibles_Form variables{database};
   frmSharePoints share_points;
   Groupsfrm groups{domain};
   GroupAdd group_add;
@@ -67,6 +76,7 @@ Session::Session(const platform::Platform& services, std::string_view command_li
       command_line(command_line_text),
       program_directory(program_directory_text),
       domain(windows_->domain),
+      database(windows_->database),
       status(windows_->status),
       form1(windows_->form1),
       splash(windows_->splash),

@@ -31,6 +31,7 @@ struct Form1;
 struct GroupAdd;
 struct Groupsfrm;
 struct ImportGrps;
+struct LoadedDatabase;
 struct LoadedDomain;
 struct Logon_Hours;
 struct MultiUser;
@@ -129,6 +130,7 @@ struct Session {
   LoadedDomain& domain;
 
   // Records and names.
+  LoadedDatabase& database;
   records::SiteRecord ActiveSite;
   records::TemplateRecord ActiveTemplate;
   std::int32_t LastRecordNo = 0;  ///< where the last search through the templates stopped

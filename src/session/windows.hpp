@@ -8,15 +8,19 @@
 /// State of the windows besides the main one. Fields have the names of the windows' controls.
 namespace twk::session {
 
+struct LoadedDatabase;
+
 struct frmSplash {
   controls::Observable<bool> visible{false};
   controls::Label Splash_TxT;
 };
 
-/// Variables of the loaded template: the name without percent signs, the value in sub-item 1.
+/// Variables of the loaded template.
 struct Varibles_Form {
+  explicit Varibles_Form(LoadedDatabase& database);
+
   controls::Observable<bool> visible{false};
-  controls::ListView ListView1;
+  controls::ListView& ListView1;
 };
 
 /// Share points of the loaded template, and the window that edits them.

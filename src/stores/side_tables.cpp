@@ -6,7 +6,7 @@
 #include "base/text.hpp"
 #include "records/record_file.hpp"
 #include "records/terminal_server_rows.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 
@@ -54,7 +54,7 @@ void load_mail_table(Session& session) {
   if (!read_lines(session, kMailFile, lines))
     return;
   lines.resize(std::min(lines.size(), kMostMailLines));
-  controls::ListView& list = session.form1.ListView8;
+  controls::ListView& list = session.database.mail_rows;
   list.clear();
   for (const std::string& line : lines) {
     const std::size_t comma = line.find(',');
@@ -67,7 +67,7 @@ void load_w2k_table(Session& session) {
   std::vector<std::string> lines;
   if (!read_lines(session, kW2kFile, lines))
     return;
-  controls::ListView& list = session.form1.ListView7;
+  controls::ListView& list = session.database.directory_rows;
   list.clear();
   for (const std::string& line : lines) {
     // The kind is one character, its comma another.
@@ -85,29 +85,29 @@ void load_wts_table(Session& session) {
   std::vector<std::string> lines;
   if (!read_lines(session, kWtsFile, lines))
     return;
-  controls::ListView& list = session.form1.ListView9;
+  controls::ListView& list = session.database.terminal_rows;
   for (std::size_t i = 0; i < std::min(list.size(), lines.size()); ++i)
     list.set_sub_item(list.at(i), 1, lines[i]);
 }
 
 void save_mail_table(Session& session) {
-  save_lines(session, kMailFile, session.form1.ListView8,
+  save_lines(session, kMailFile, session.database.mail_rows,
              [](const controls::ListRow& row) { return row.text + "," + std::string(value_of(row)); });
 }
 
 void save_w2k_table(Session& session) {
-  save_lines(session, kW2kFile, session.form1.ListView7, [](const controls::ListRow& row) {
+  save_lines(session, kW2kFile, session.database.directory_rows, [](const controls::ListRow& row) {
     return (row.icon == kUserIcon ? "p," : "m,") + row.text + "," + std::string(value_of(row));
   });
 }
 
 void save_wts_table(Session& session) {
-  save_lines(session, kWtsFile, session.form1.ListView9,
+  save_lines(session, kWtsFile, session.database.terminal_rows,
              [](const controls::ListRow& row) { return std::string(value_of(row)); });
 }
 
 std::vector<DirectoryRow> directory_rows(const session::Session& session) {
-  const controls::ListView& list = session.form1.ListView7;
+  const controls::ListView& list = session.database.directory_rows;
   std::vector<DirectoryRow> rows;
   rows.reserve(list.size());
   for (std::size_t i = 0; i < list.size(); ++i) {
@@ -119,9 +119,9 @@ std::vector<DirectoryRow> directory_rows(const session::Session& session) {
 }
 
 void fill_wts_rows(Session& session) {
-  session.form1.ListView9.clear();
+  session.database.terminal_rows.clear();
   for (const records::TerminalServerRow& row : records::kTerminalServerRows)
-    session.form1.ListView9.add(std::string(row.key), std::string(row.text), {}, {std::string()});
+    session.database.terminal_rows.add(std::string(row.key), std::string(row.text), {}, {std::string()});
 }
 
 std::vector<records::PermissionRecord> read_permissions(Session& session, std::string_view file) {

@@ -13,10 +13,10 @@ struct Session;
 
 /// The small tables next to the record files. Three are text, a row a line (see `session/text_file.hpp`):
 ///
-///     file       line               shown in
-///     Mail.dat   name,value         ListView8, icon "MAIL"; at most 49 lines are read
-///     W2K.dat    kind,name,value    ListView7, icon "USER" for kind "p", "MAIL" for any other (written as "m")
-///     WTS.dat    value              ListView9, whose thirteen rows are fixed, in their order
+///     file       line               kept in
+///     Mail.dat   name,value         mail_rows, icon "MAIL"; at most 49 lines are read
+///     W2K.dat    kind,name,value    directory_rows, icon "USER" for kind "p", "MAIL" for any other (written as "m")
+///     WTS.dat    value              terminal_rows, whose thirteen rows are fixed, in their order
 ///
 /// A value is sub-item 1. Two more are files of permission records. Each is rewritten as a whole, atomically.
 /// Every call raises the runtime error of the platform's files unless it says otherwise.

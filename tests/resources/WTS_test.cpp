@@ -123,7 +123,7 @@ TEST_F(TerminalServerSettings, AllWordsOfTimeAreKnownAndOthersAreNever) {
 }
 
 TEST_F(TerminalServerSettings, VariablesServerAndNameAreFilledIn) {
-  wts.form1.NTSERVER.text = std::string(" FS1 ");
+  wts.ActiveSite.NTServer = " FS1 ";
   wts.form1.UserID_Box.text = std::string("typed");
   wts.variables.ListView1.add({}, "site", {}, {"%SERVER%\\HQ"});
   put(1, "\\\\%site%\\%username%");
@@ -211,7 +211,7 @@ TEST_P(OnALab, TheRowsOfTheTableAreWhatTheUserThenHas) {
                                           0U,           1U, 0U,   300000U, 0U, 0U};
   for (std::size_t i = 0; i < kRows; ++i)
     world.session.form1.ListView9.set_sub_item(world.session.form1.ListView9.at(i), 1, values[i]);
-  world.session.form1.NTSERVER.text = std::string("FS1");
+  world.session.ActiveSite.NTServer = "FS1";
   ApplyTerminalSettings(world.session, "jo", "TWK", false, 0);
   for (std::size_t i = 0; i < kRows; ++i) {
     EXPECT_EQ(world.services.network.WTSQueryUserConfig("", "jo", records::kTerminalServerRows.at(i).setting),

@@ -105,14 +105,15 @@ void describe_new(Session& session, Json& row) {
 }  // namespace
 
 void load_mail_site(Session& session, const std::string& site) {
-  session::Form1& form = session.form1;
-  stores::Loadsite(session, find_name("site", site, form.NUsitename.items()));
-  if (form.EXSERVER.text.get().empty() || form.EXSite.text.get().empty() || form.EXorg.text.get().empty())
+  stores::Loadsite(session, find_name("site", site, session.form1.NUsitename.items()));
+  const records::SiteRecord& loaded = session.ActiveSite;
+  if (base::trim(loaded.ExchangeServer).empty() || base::trim(loaded.ExchangeSite).empty() ||
+      base::trim(loaded.ExchangeOrg).empty())
     throw Refused("The site \"" + site + "\" has no mail server.");
 }
 
 bool has_store(const Session& session) {
-  return session.form1.EXH5.index == 1;
+  return session.ActiveSite.Exchange2000;
 }
 
 mail::MailboxDeletion mailbox_request(Session& session, const std::string& name) {
@@ -121,7 +122,9 @@ mail::MailboxDeletion mailbox_request(Session& session, const std::string& name)
           form.txtAdmin.text,
           form.txtPassword.text,
           name,
-          {std::string(base::trim(form.EXSERVER.text.get())), form.EXSite.text, form.EXorg.text}};
+          {std::string(base::trim(session.ActiveSite.ExchangeServer)),
+           std::string(base::trim(session.ActiveSite.ExchangeSite)),
+           std::string(base::trim(session.ActiveSite.ExchangeOrg))}};
 }
 
 void take_only_mailbox(Context& context, Session& session) {

@@ -5,7 +5,7 @@
 
 #include "base/text.hpp"
 #include "cli/terminal/failures.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "stores/side_tables.hpp"
 
 namespace twk::cli {
@@ -45,7 +45,7 @@ std::vector<TableRow> rows_of(const controls::ListView& list,
 }
 
 std::vector<TableRow> read_mail(Session& session) {
-  return rows_of(session.form1.ListView8, [](const controls::ListRow& row) {
+  return rows_of(session.database.mail_rows, [](const controls::ListRow& row) {
     return TableRow{row.text + "," + value_of(row), {{"name", row.text}, {"value", value_of(row)}}};
   });
 }
@@ -58,7 +58,7 @@ std::size_t write_mail(Session& session, const Lines& lines) {
     if (lines[i].find(',') == base::npos)
       refuse(i + 1, "a row is NAME,VALUE");
   }
-  controls::ListView& list = session.form1.ListView8;
+  controls::ListView& list = session.database.mail_rows;
   list.clear();
   for (const std::string& line : lines) {
     const std::size_t comma = line.find(',');
@@ -69,7 +69,7 @@ std::size_t write_mail(Session& session, const Lines& lines) {
 }
 
 std::vector<TableRow> read_w2k(Session& session) {
-  return rows_of(session.form1.ListView7, [](const controls::ListRow& row) {
+  return rows_of(session.database.directory_rows, [](const controls::ListRow& row) {
     const std::string kind = row.icon == "USER" ? "p" : "m";
     return TableRow{kind + "," + row.text + "," + value_of(row),
                     {{"kind", kind}, {"name", row.text}, {"value", value_of(row)}}};
@@ -85,7 +85,7 @@ std::size_t write_w2k(Session& session, const Lines& lines) {
     if (comma == base::npos || comma == 2)
       refuse(i + 1, "a row is p,ATTRIBUTE,VALUE or m,ATTRIBUTE,VALUE");
   }
-  controls::ListView& list = session.form1.ListView7;
+  controls::ListView& list = session.database.directory_rows;
   list.clear();
   for (const std::string& line : lines) {
     const std::size_t comma = line.find(',', 2);
@@ -96,14 +96,14 @@ std::size_t write_w2k(Session& session, const Lines& lines) {
 }
 
 std::vector<TableRow> read_wts(Session& session) {
-  return rows_of(session.form1.ListView9, [](const controls::ListRow& row) {
+  return rows_of(session.database.terminal_rows, [](const controls::ListRow& row) {
     return TableRow{value_of(row), {{"name", row.text}, {"value", value_of(row)}}};
   });
 }
 
 std::size_t write_wts(Session& session, const Lines& lines) {
   refuse_controls(lines, false);
-  controls::ListView& list = session.form1.ListView9;
+  controls::ListView& list = session.database.terminal_rows;
   if (lines.size() > list.size()) {
     throw BadInput("the terminal-server table has " + std::to_string(list.size()) + " rows, these are " +
                    std::to_string(lines.size()));
