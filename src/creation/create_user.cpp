@@ -15,9 +15,7 @@
 #include "format/variables.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
-#include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
-#include "stores/template_tab.hpp"
 
 namespace twk::creation {
 namespace {
@@ -195,11 +193,8 @@ CreationOutcome finish(CreationRun& run) {
   run.view.status("User Created.");
   log(run, "User Created.");
   run.view.unlock();
-  if (!session.import.Importing) {
-    stores::Template_Group_Sort(session);
-    stores::Clear_TT(session);
-    stores::Clear_Site(session);
-  }
+  if (!session.import.Importing)
+    stores::release_template(session);
   session.log.close();
   const bool warned = run.RunWarning != 1;
   CreationOutcome outcome =
@@ -233,8 +228,7 @@ CreationOutcome fail(CreationRun& run, const base::RuntimeError& failure) {
   CreationOutcome outcome = told_outcome(run, session::kRed, session.Error_Status_Text + " ");
   run.view.step("Error");
   run.view.unlock();
-  stores::Clear_TT(session);
-  stores::Clear_Site(session);
+  stores::release_template(session);
   return outcome;
 }
 

@@ -42,6 +42,7 @@ struct Form1 {
         controls::ListView& log_rows);
 
   controls::Observable<bool> enabled{true};
+  controls::Watch records_taken;  ///< empties the Site and the Template tab, see `LoadedDatabase`
   /// Set when the program should end.
   controls::Observable<bool> ended{false};
   /// 0 the arrow, 11 the hourglass.

@@ -16,7 +16,8 @@ struct LoadedDatabase {
   controls::ListView mail_rows;
   controls::ListView terminal_rows;  ///< the thirteen of terminal servers
   controls::ListView variables;      ///< of the loaded template; names without percent signs
-  controls::Signal released;         ///< a run no longer needs the template and the site that it loaded
+  controls::Signal
+      taken;  ///< a run is about to load its template and its site: the tabs show none from here on
 };
 
 }  // namespace twk::session

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "session/form1.hpp"
+#include "controls/basic.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"

@@ -9,11 +9,6 @@ std::string database_path(const session::Session& session, std::string_view file
   return session.dbpath + std::string(file);
 }
 
-void report_file_error(session::Session& session, std::string_view file, const base::RuntimeError& failure) {
-  session.platform.dialogs.MsgBox("Error Opening " + std::string(file) + "\r\n" + failure.description(),
-                                  platform::Buttons::kOk, platform::Icon::kCritical, file);
-}
-
 void raise_no_record(const session::Session& session, std::string_view file, std::string_view kind,
                      std::string_view name) {
   base::raise(base::error::kOutOfBounds, database_path(session, file) + " is missing or holds no " +

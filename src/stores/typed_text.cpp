@@ -2,8 +2,7 @@
 
 #include "base/text.hpp"
 #include "records/records.hpp"
-#include "session/form1.hpp"
-#include "session/session.hpp"
+#include "stores/store_outcome.hpp"
 
 namespace twk::stores {
 
@@ -29,17 +28,22 @@ std::string record_name_refusal(std::string_view name) {
   return refusal.empty() ? records::code_page_refusal(name) : refusal;
 }
 
+std::string first_refusal(std::string (*refusal_of)(std::string_view),
+                          std::initializer_list<std::string_view> texts) {
+  for (const std::string_view text : texts) {
+    if (std::string refusal = refusal_of(text); !refusal.empty())
+      return refusal;
+  }
+  return {};
+}
+
 bool refuses(session::Session& session, std::string (*refusal_of)(std::string_view),
              std::initializer_list<std::string_view> texts) {
-  for (const std::string_view text : texts) {
-    const std::string refusal = refusal_of(text);
-    if (refusal.empty())
-      continue;
-    session.platform.dialogs.beep();
-    session.status.panel1 = refusal;
-    return true;
-  }
-  return false;
+  std::string refusal = first_refusal(refusal_of, texts);
+  if (refusal.empty())
+    return false;
+  tell(session, refused(std::move(refusal)));
+  return true;
 }
 
 std::string folded_name(std::string_view name) {

@@ -19,6 +19,9 @@ std::string record_refusal(std::string_view text);
 /// Why no record can have a name, for either reason.
 std::string record_name_refusal(std::string_view name);
 
+/// The first refusal among the texts; empty when there is none.
+std::string first_refusal(std::string (*refusal_of)(std::string_view),
+                          std::initializer_list<std::string_view> texts);
 /// Beeps and shows the first refusal among the texts in the status. False when there is none.
 bool refuses(session::Session& session, std::string (*refusal_of)(std::string_view),
              std::initializer_list<std::string_view> texts);

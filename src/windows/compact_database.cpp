@@ -7,8 +7,8 @@
 #include "session/session.hpp"
 #include "stores/compaction.hpp"
 #include "stores/template_store.hpp"
-#include "stores/template_tab.hpp"
 #include "windows/load_domain.hpp"
+#include "windows/template_tab.hpp"
 
 namespace twk::windows {
 namespace {
@@ -61,8 +61,7 @@ bool compact_database(Session& session, Pruning pruning) {
   const session::Hourglass hourglass(form);
   // Groups that a loaded template took from the domain's list are returned, and its record numbers are no
   // longer valid.
-  stores::Template_Group_Sort(session);
-  stores::Clear_TT(session);
+  Clear_TT(session);
   session.LastRecordNo = 0;
   bool done = false;
   if (!load_domain(session, session.DomainName)) {

@@ -5,16 +5,16 @@
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"
-#include "stores/site_store.hpp"
-#include "stores/template_store.hpp"
+#include "windows/site_tab.hpp"
+#include "windows/template_tab.hpp"
 
 namespace twk::windows {
 
 void Load_Databases(session::Session& session) {
   session.multi_user.Multi_Site.clear_items();
   session.multi_user.Multi_Template.clear_items();
-  stores::load_sites(session);
-  stores::load_templates(session);
+  load_sites(session);
+  load_templates(session);
   session.platform.dialogs.DoEvents();
   base::Trap trap;
   trap([&session] {

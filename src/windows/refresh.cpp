@@ -6,10 +6,10 @@
 #include "session/group_windows.hpp"
 #include "session/multi_user.hpp"
 #include "session/session.hpp"
-#include "stores/site_store.hpp"
-#include "stores/template_tab.hpp"
 #include "windows/load_databases.hpp"
 #include "windows/load_domain.hpp"
+#include "windows/site_tab.hpp"
+#include "windows/template_tab.hpp"
 
 namespace twk::windows {
 namespace {
@@ -17,8 +17,8 @@ namespace {
 void clear_domain(session::Session& session) {
   session::Form1& form = session.form1;
   directory::Clear_UM(session);
-  stores::Clear_TT(session);
-  stores::Clear_Site(session);
+  Clear_TT(session);
+  Clear_Site(session);
   form.TreeView1.clear();
   for (controls::ListView* const list :
        {&form.ListView3, &form.ListView4, &form.ListView5, &form.ListView6, &session.groups.ListView1,

@@ -3,7 +3,7 @@
 #include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
-#include "stores/template_store.hpp"
+#include "stores/template_changes.hpp"
 #include "stores/typed_text.hpp"
 
 namespace twk::windows {

@@ -5,18 +5,18 @@
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "session/windows.hpp"
 #include "stores/conversion.hpp"
-#include "stores/site_store.hpp"
-#include "stores/template_store.hpp"
-#include "stores/template_tab.hpp"
 #include "windows/controls_defaults.hpp"
 #include "windows/load_databases.hpp"
 #include "windows/load_domain.hpp"
 #include "windows/read_settings.hpp"
 #include "windows/refresh.hpp"
+#include "windows/site_tab.hpp"
+#include "windows/template_tab.hpp"
 
 namespace twk::windows {
 namespace {
@@ -69,13 +69,17 @@ void load_databases(session::Session& session) {
   stores::convert_old_database(session);
   session.splash.Splash_TxT.caption = "Loading Databases...";
   windows::Load_Databases(session);
-  stores::Clear_Site(session);
-  stores::Clear_TT(session);
+  const auto clear_tabs = [&session] {
+    Clear_Site(session);
+    Clear_TT(session);
+  };
+  session.form1.records_taken = session.database.taken.watch(clear_tabs);
+  clear_tabs();
   controls::ListView& sites = session.form1.ListView2;
   if (sites.empty())
     return;
   sites.select(&sites.at(0));
-  stores::ListView2_Click(session);
+  ListView2_Click(session);
 }
 
 }  // namespace

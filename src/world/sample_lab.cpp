@@ -8,12 +8,12 @@
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
 #include "platform/group_type.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/settings.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"
-#include "stores/template_store.hpp"
-#include "stores/template_tab.hpp"
+#include "stores/template_changes.hpp"
 #include "windows/start_up.hpp"
 
 namespace twk::world {
@@ -92,59 +92,47 @@ void create_share(World& world, const std::string& name, const std::string& path
 }
 
 void add_site(Session& session) {
-  stores::New_Site(session);
-  stores::site_name_edited(session, "Head Office");
-  session.form1.NTSERVER.text = kServer;
   const lab::ExchangePlan mail;
-  session.form1.EXSERVER.text = mail.old_server;
-  session.form1.EXorg.text = mail.organisation;
-  session.form1.EXSite.text = mail.site;
-  stores::Save_Site(session);
-  if (session.form1.Save_Site.enabled)
+  records::SiteRecord site;
+  site.Name = "Head Office";
+  site.NTServer = kServer;
+  site.ExchangeServer = mail.old_server;
+  site.ExchangeOrg = mail.organisation;
+  site.ExchangeSite = mail.site;
+  if (!stores::save_site(session, site, stores::SaveAs::kNew).done)
     refuse("The site \"Head Office\" was not saved.");
 }
 
 /// Moves a group of the domain into the template's list.
 void add_group(Session& session, const char* name) {
-  controls::ListView& groups = session.form1.ListView5;
+  controls::ListView& groups = session.domain.template_choice;
   const auto rows = groups.find_text(name);
   if (rows.empty())
     refuse(std::string("The domain has no group \"") + name + "\".");
   groups.select(&groups.at(groups.place_of(*rows.front())));
-  stores::add_Click(session);
-}
-
-void choose_primary_group(Session& session, const char* name) {
-  controls::ListView& chosen = session.form1.ListView6;
-  const auto rows = chosen.find_text(name);
-  if (rows.empty())
-    refuse(std::string("The group \"") + name + "\" was not added.");
-  chosen.select(&chosen.at(chosen.place_of(*rows.front())));
-  stores::SetPriGroup(session);
+  stores::add_selected_groups(session);
 }
 
 void add_template(Session& session) {
-  session::Form1& form = session.form1;
-  stores::NewTemplate(session);
-  form.New_Template_Name.text = "Staff";
-  form.homedir.text = "\\\\%Server%\\Users\\%UserName%";
-  form.Homedirpath.text = "D:\\Users\\%UserName%";
-  form.Home_Drive_letter.text = "H:";
-  form.propath.text = "\\\\%Server%\\Profiles\\%UserName%";
-  form.Profilepath.text = "D:\\Profiles\\%UserName%";
-  form.logon.text = "logon.cmd";
+  constexpr const char* kPrimary = "Domain Users";
   add_group(session, kGroup);
-  add_group(session, "Domain Users");
-  choose_primary_group(session, "Domain Users");
-  stores::savetemplate(session);
-  if (form.savetemplate.enabled)
+  add_group(session, kPrimary);
+  const stores::TemplateEdit staff{.Name = "Staff",
+                                   .ProfilePath = "\\\\%Server%\\Profiles\\%UserName%",
+                                   .HomeDir = "\\\\%Server%\\Users\\%UserName%",
+                                   .ProfileDirPath = "D:\\Profiles\\%UserName%",
+                                   .HomeDirPath = "D:\\Users\\%UserName%",
+                                   .LogonScript = "logon.cmd",
+                                   .HomeDrive = "H:",
+                                   .PrimaryGroup = kPrimary};
+  if (!stores::save_template(session, staff, stores::SaveAs::kNew).done)
     refuse("The template \"Staff\" was not saved.");
 }
 
 void fill_tables(Session& session) {
   if (session::is_active_directory(session)) {
-    session.form1.ListView7.clear();
-    session.form1.ListView7.add({}, "userPrincipalName", "USER", {"9%first%.9%last%@%Domain%"});
+    session.database.directory_rows.clear();
+    session.database.directory_rows.add({}, "userPrincipalName", "USER", {"9%first%.9%last%@%Domain%"});
     stores::save_w2k_table(session);
   }
   stores::save_wts_table(session);

@@ -21,8 +21,9 @@ void read_database(test::FuzzWorld& world) {
   session::Session& session = world.session;
   base::Trap trap;
   stores::fill_wts_rows(session);
-  for (void (*load)(session::Session&) : {stores::load_mail_table, stores::load_w2k_table,
-                                          stores::load_wts_table, stores::load_sites, stores::load_templates})
+  for (void (*load)(session::Session&) :
+       {stores::load_mail_table, stores::load_w2k_table, stores::load_wts_table, stores::load_site_names,
+        stores::load_template_names})
     trap([&] { load(session); });
   for (const std::string_view file : {stores::kPermissionFile, stores::kSharePermissionFile})
     trap([&] { stores::read_permissions(session, file); });

@@ -27,8 +27,6 @@
 #include "session/group_windows.hpp"
 #include "session/multi_user.hpp"
 #include "session/windows.hpp"
-#include "stores/site_store.hpp"
-#include "stores/template_tab.hpp"
 #include "support/temporary_directory.hpp"
 #include "windows/account/popup_commands.hpp"
 #include "windows/create_user.hpp"
@@ -41,7 +39,9 @@
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/multi_user/properties_tab.hpp"
 #include "windows/share_points_form.hpp"
+#include "windows/site_tab.hpp"
 #include "windows/start_up.hpp"
+#include "windows/template_tab.hpp"
 #include "windows/tree/ad_options.hpp"
 #include "windows/tree/find_user.hpp"
 #include "world/sample_lab.hpp"
@@ -104,11 +104,11 @@ void fill(session::Session& session) {
   directory::show_user_details(session, *form.TreeView1.find(kNewStarters)->children.back());
   form.SSTab1 = session::tab::kNewUser;
   form.ListView2.select(&form.ListView2.at(0));
-  stores::ListView2_Click(session);
+  windows::ListView2_Click(session);
   form.nutemplate.text = records::padded_template_name("Staff");
   form.NUsitename.text = std::string("Head Office");
   form.templatelst.text = records::padded_template_name("Staff");
-  stores::templatelst_Click(session);
+  windows::templatelst_Click(session);
 }
 
 struct Window {
@@ -208,7 +208,7 @@ std::vector<Window> windows() {
            }},
           {"select-ou", by(windows::Manage_OU)},
           {"share-points", by(windows::btnSharePoints_Click)},
-          {"variables", by(stores::Variables)}};
+          {"variables", by(windows::Variables)}};
 }
 
 class Album {
@@ -261,7 +261,7 @@ void save_tabs(Album& album, screens::MainWindow& window) {
 }
 
 void save_windows(Album& album, session::Session& session) {
-  stores::EditTemplate(session);
+  windows::EditTemplate(session);
   session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters));
   for (const Window& shown : windows())
     album.save_modal(QString("window-") + shown.name, [&] { shown.open(session); });

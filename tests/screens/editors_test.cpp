@@ -4,10 +4,10 @@
 #include "session/form1.hpp"
 #include "session/windows.hpp"
 #include "stores/side_tables.hpp"
-#include "stores/template_tab.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/editors/permissions_window.hpp"
 #include "windows/share_points_form.hpp"
+#include "windows/template_tab.hpp"
 
 namespace twk::test {
 namespace {
@@ -120,7 +120,7 @@ TEST_F(EditorsTest, ATerminalServerRowShowsTheControlOfItsKind) {
 TEST_F(EditorsTest, AVariableIsKeptInTheTemplateWhenItsWindowCloses) {
   open();
   form1.templatelst.text = form1.templatelst.items().at(0);
-  stores::templatelst_Click(session);
+  windows::templatelst_Click(session);
   expect_window([this](QWidget& shown) {
     expect_window([this](QWidget& row) {
       EXPECT_EQ(row.windowTitle(), "Edit Template Variables");
@@ -132,8 +132,8 @@ TEST_F(EditorsTest, AVariableIsKeptInTheTemplateWhenItsWindowCloses) {
     click("ListView1_New", &shown);
     press_escape(shown);
   });
-  stores::Variables(session);
-  stores::templatelst_Click(session);
+  windows::Variables(session);
+  windows::templatelst_Click(session);
   ASSERT_EQ(session.variables.ListView1.size(), 1U);
   EXPECT_EQ(session.variables.ListView1.at(0).text, "Dept");
   EXPECT_FALSE(session.variables.visible.get());

@@ -9,6 +9,7 @@
 #include "platform/ldap_text.hpp"
 #include "session/directory_windows.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "stores/site_store.hpp"
 
 namespace twk::cli {
@@ -105,7 +106,7 @@ void describe_new(Session& session, Json& row) {
 }  // namespace
 
 void load_mail_site(Session& session, const std::string& site) {
-  stores::Loadsite(session, find_name("site", site, session.form1.NUsitename.items()));
+  stores::tell(session, stores::load_site(session, find_name("site", site, session.database.sites)));
   const records::SiteRecord& loaded = session.ActiveSite;
   if (base::trim(loaded.ExchangeServer).empty() || base::trim(loaded.ExchangeSite).empty() ||
       base::trim(loaded.ExchangeOrg).empty())

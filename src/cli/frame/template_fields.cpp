@@ -4,10 +4,9 @@
 #include "cli/parser/field_checks.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
-#include "session/form1.hpp"
-#include "session/windows.hpp"
+#include "session/loaded_database.hpp"
+#include "session/loaded_domain.hpp"
 #include "stores/template_store.hpp"
-#include "stores/template_tab.hpp"
 
 namespace twk::cli {
 namespace {
@@ -34,7 +33,7 @@ controls::ListRow* row_of(controls::ListView& list, std::string_view name) {
     throw Refused("The groups of the domain are not loaded (SkipGroups), so \"" + std::string(name) +
                   "\" cannot be looked up.");
   }
-  const controls::ListView& groups = session.form1.ListView5;
+  const controls::ListView& groups = session.domain.template_choice;
   std::vector<std::string> names;
   for (std::size_t i = 0; i < groups.size(); ++i)
     names.push_back(groups.at(i).text);
@@ -42,40 +41,36 @@ controls::ListRow* row_of(controls::ListView& list, std::string_view name) {
 }
 
 void choose_groups(Session& session, const std::vector<std::string>& names) {
-  session::Form1& form = session.form1;
-  stores::Template_Group_Sort(session);
-  session.UnshownGroups.clear();
-  form.ListView5.select(nullptr);
+  controls::ListView& choice = session.domain.template_choice;
+  controls::ListView& groups = session.domain.template_groups;
+  stores::release_template(session);
   for (const std::string& name : names) {
-    if (name.empty() || row_of(form.ListView6, name) != nullptr)
+    if (name.empty() || row_of(groups, name) != nullptr)
       continue;
-    controls::ListRow* const row = row_of(form.ListView5, name);
+    controls::ListRow* const row = row_of(choice, name);
     if (row == nullptr)
       refuse_group(session, name);
-    const std::size_t before = form.ListView6.size();
-    form.ListView5.select(row);
-    stores::add_Click(session);
-    if (form.ListView6.size() == before)
+    const std::size_t before = groups.size();
+    choice.select(row);
+    stores::add_selected_groups(session);
+    if (groups.size() == before)
       throw Refused("The group \"" + name + "\" was not added.");
   }
 }
 
-void choose_primary_group(Session& session, const std::string& name) {
-  session::Form1& form = session.form1;
-  if (name.empty()) {
-    form.PrimaryGrp.caption = std::string();
-    return;
-  }
-  controls::ListRow* const row = row_of(form.ListView6, name);
-  if (row == nullptr && row_of(form.ListView5, name) == nullptr)
+/// The name as the template's list has it.
+std::string chosen_primary_group(Session& session, const std::string& name) {
+  if (name.empty())
+    return {};
+  const controls::ListRow* const row = row_of(session.domain.template_groups, name);
+  if (row == nullptr && row_of(session.domain.template_choice, name) == nullptr)
     refuse_group(session, name);
   if (row == nullptr)
     throw Refused("The primary group must be one of the template's groups: give --group \"" + name +
                   "\" too.");
-  form.ListView6.select(row);
-  stores::SetPriGroup(session);
-  if (form.PrimaryGrp.caption != row->text)
-    throw Refused(form.StatusBar1.panel1);
+  if (const std::string refusal = stores::primary_group_refusal(*row); !refusal.empty())
+    throw Refused(refusal);
+  return row->text;
 }
 
 base::Bytes hours_of(const std::string& digits) {
@@ -119,37 +114,35 @@ void add_template_options(Command& command, TemplateFields& fields) {
       ->type_name("NAME=VALUE");
 }
 
-void fill_template_tab(Session& session, const TemplateFields& fields) {
-  session::Form1& form = session.form1;
-  const std::initializer_list<std::pair<const OptionalText&, controls::Observable<std::string>&>> texts = {
-      {fields.profile_path, form.propath.text},
-      {fields.home_dir, form.homedir.text},
-      {fields.profile_dir_path, form.Profilepath.text},
-      {fields.home_dir_path, form.Homedirpath.text},
-      {fields.profile_share, form.sharenameprofile.text},
-      {fields.home_share, form.Sharenamehomedir.text},
-      {fields.logon_script, form.logon.text},
-      {fields.home_drive, form.Home_Drive_letter.text}};
-  for (const auto& [text, box] : texts) {
+std::string load_named_template(Session& session, std::string_view name) {
+  std::string found = find_name("template", name, session.database.templates);
+  stores::tell(session, stores::load_template(session, found));
+  return found;
+}
+
+void fill_template(Session& session, stores::TemplateEdit& edit, const TemplateFields& fields) {
+  const std::initializer_list<std::pair<const OptionalText&, std::string&>> texts = {
+      {fields.profile_path, edit.ProfilePath},        {fields.home_dir, edit.HomeDir},
+      {fields.profile_dir_path, edit.ProfileDirPath}, {fields.home_dir_path, edit.HomeDirPath},
+      {fields.profile_share, edit.ProfileShare},      {fields.home_share, edit.HomeShare},
+      {fields.home_share_point, edit.HomeSharePoint}, {fields.profile_share_point, edit.ProfileSharePoint},
+      {fields.logon_script, edit.LogonScript},        {fields.home_drive, edit.HomeDrive}};
+  for (const auto& [text, field] : texts) {
     if (text)
-      box = *text;
+      field = *text;
   }
-  if (fields.home_drive && !fields.home_drive->empty() && base::trim(form.homedir.text.get()).empty())
+  if (fields.home_drive && !fields.home_drive->empty() && base::trim(edit.HomeDir).empty())
     throw UsageError("--home-drive needs a home directory: give --home-dir, too");
-  if (fields.home_share_point)
-    session.share_points.HomeSharePoint = *fields.home_share_point;
-  if (fields.profile_share_point)
-    session.share_points.ProfileSharePoint = *fields.profile_share_point;
   if (fields.logon_hours)
     session.TemplateLogonHours = hours_of(*fields.logon_hours);
   if (!fields.groups.empty())
     choose_groups(session, fields.groups);
   if (fields.primary_group)
-    choose_primary_group(session, *fields.primary_group);
+    edit.PrimaryGroup = chosen_primary_group(session, *fields.primary_group);
 }
 
 void fill_variables(Session& session, const std::vector<std::string>& variables) {
-  controls::ListView& rows = session.variables.ListView1;
+  controls::ListView& rows = session.database.variables;
   rows.clear();
   if (variables.size() > records::kVariableSlots - 1)
     throw UsageError("a template holds at most 50 variables");

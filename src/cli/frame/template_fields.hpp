@@ -6,6 +6,7 @@
 
 #include "cli/parser/command.hpp"
 #include "session/session.hpp"
+#include "stores/template_changes.hpp"
 
 namespace twk::cli {
 
@@ -29,11 +30,15 @@ struct TemplateFields {
 
 void add_template_options(Command& command, TemplateFields& fields);
 
-/// Fills the Template tab, which is being edited. Raises `Refused` for a group that the domain does not have
-/// or that cannot be the primary group.
-void fill_template_tab(session::Session& session, const TemplateFields& fields);
+/// Loads the template of that name, and returns the name as the list has it. Raises `Refused` for an unknown
+/// one.
+std::string load_named_template(session::Session& session, std::string_view name);
 
-/// Puts the rows into the window of the variables. Raises `UsageError`.
+/// Changes what was given: the texts in `edit`, hours and groups in the session. Raises `Refused` for a group
+/// that the domain does not have or that cannot be the primary group.
+void fill_template(session::Session& session, stores::TemplateEdit& edit, const TemplateFields& fields);
+
+/// Makes these the variables that the session holds. Raises `UsageError`.
 void fill_variables(session::Session& session, const std::vector<std::string>& variables);
 
 }  // namespace twk::cli

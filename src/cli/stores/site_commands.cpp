@@ -1,11 +1,15 @@
 #include "stores/site_store.hpp"
 
+#include "base/errors.hpp"
+#include "base/text.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/parser/field_checks.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 
 namespace twk::cli {
 namespace {
@@ -31,18 +35,11 @@ const std::vector<Column> kColumns = {{"name", "Name"},
                                       {"exchangeSite", "Exchange site"},
                                       {"mailStore", "Mail store"}};
 
-/// Selects the site of that name as a click on its row does, which loads it.
-void select_site(Session& session, std::string_view name) {
-  controls::ListView& rows = session.form1.ListView2;
-  std::vector<std::string> names;
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    names.push_back(rows.at(i).text);
-  const std::string found = find_name("site", name, names);
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows.at(i).text == found)
-      rows.select(&rows.at(i));
-  }
-  act(session, [&] { stores::ListView2_Click(session); });
+/// Loads the site of that name, and returns the name as it is spelled.
+std::string select_site(Session& session, std::string_view name) {
+  std::string found = find_name("site", name, session.database.sites);
+  act(session, [&] { stores::tell(session, stores::load_site(session, found)); });
+  return found;
 }
 
 Json to_json(const records::SiteRecord& site) {
@@ -58,7 +55,7 @@ Json to_json(const records::SiteRecord& site) {
 int list_sites(Context& context) {
   Session& session = context.session(Depth::kDatabases);
   std::vector<Json> rows;
-  for (const std::string& name : session.form1.NUsitename.items()) {
+  for (const std::string& name : session.database.sites) {
     select_site(session, name);
     rows.push_back(to_json(session.ActiveSite));
   }
@@ -73,75 +70,69 @@ int show_site(Context& context, const SiteArguments& arguments) {
   return kExitGreen;
 }
 
-void fill_fields(Session& session, const SiteArguments& arguments) {
-  session::Form1& form = session.form1;
-  const std::initializer_list<std::pair<const OptionalText&, controls::Observable<std::string>&>> fields = {
-      {arguments.nt_server, form.NTSERVER.text},
-      {arguments.exchange_server, form.EXSERVER.text},
-      {arguments.exchange_org, form.EXorg.text},
-      {arguments.exchange_site, form.EXSite.text},
-      {arguments.mail_store, form.Mail_Store.text}};
-  for (const auto& [text, box] : fields) {
+/// Changes the fields that were given.
+void fill_fields(records::SiteRecord& site, const SiteArguments& arguments) {
+  const std::initializer_list<std::pair<const OptionalText&, std::string&>> fields = {
+      {arguments.nt_server, site.NTServer},
+      {arguments.exchange_server, site.ExchangeServer},
+      {arguments.exchange_org, site.ExchangeOrg},
+      {arguments.exchange_site, site.ExchangeSite},
+      {arguments.mail_store, site.MailStore}};
+  for (const auto& [text, field] : fields) {
     if (text)
-      box = *text;
+      field = *text;
   }
-  if (!arguments.exchange2000)
-    return;
-  form.EXH5.index = *arguments.exchange2000 ? 1 : 0;
-  stores::EXH5_Click(session);
+  site.Exchange2000 = arguments.exchange2000.value_or(site.Exchange2000);
+  if (!site.Exchange2000)
+    site.MailStore.clear();
 }
 
-/// The saved site from the fields, which still show it; the file may contain a deleted one of its name.
-records::SiteRecord saved_site(Session& session) {
-  session::Form1& form = session.form1;
-  const bool exchange_2000 = form.EXH5.index == 1;
-  return {.Exchange2000 = exchange_2000,
-          .Name = form.ListView2.selected()->text,
-          .NTServer = form.NTSERVER.text,
-          .ExchangeServer = form.EXSERVER.text,
-          .ExchangeOrg = form.EXorg.text,
-          .ExchangeSite = form.EXSite.text,
-          .MailStore = exchange_2000 ? form.Mail_Store.text.get() : std::string()};
-}
-
-/// Presses Save; the button stays enabled when the fields were refused.
-int save_site(Context& context, Session& session) {
-  act(session, [&] { stores::Save_Site(session); });
-  if (session.form1.Save_Site.enabled)
+int save_site(Context& context, Session& session, const records::SiteRecord& site, stores::SaveAs as) {
+  stores::StoreOutcome outcome;
+  act(session, [&] { stores::tell(session, outcome = stores::save_site(session, site, as)); });
+  if (!outcome.done)
     return kExitRed;
   if (context.output().json())
-    context.output().details(kColumns, to_json(saved_site(session)));
+    context.output().details(kColumns, to_json(site));
   return kExitGreen;
 }
 
 int add_site(Context& context, const SiteArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
-  act(session, [&] {
-    stores::New_Site(session);
-    stores::site_name_edited(session, arguments.name);
-  });
-  if (session.form1.New_Site_Name.text.get().empty())
+  if (const std::string refusal = stores::site_name_refusal(session, arguments.name); !refusal.empty()) {
+    act(session, [&] { stores::tell(session, stores::refused(refusal)); });
     return kExitRed;
-  fill_fields(session, arguments);
-  return save_site(context, session);
+  }
+  records::SiteRecord site;
+  site.Name = std::string(base::trim(arguments.name));
+  fill_fields(site, arguments);
+  return save_site(context, session, site, stores::SaveAs::kNew);
 }
 
 int edit_site(Context& context, const SiteArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
-  select_site(session, arguments.name);
-  stores::Edit_Site(session);
-  if (!session.form1.Save_Site.enabled)
+  const std::string name = select_site(session, arguments.name);
+  try {
+    // The values of a deleted site of this name are not the ones to change.
+    records::SiteRecord site = stores::live_site(session, name).value_or(session.ActiveSite);
+    site.Name = name;
+    fill_fields(site, arguments);
+    return save_site(context, session, site, stores::SaveAs::kLive);
+  } catch (const base::RuntimeError& failure) {
+    stores::tell(session, stores::file_failure(stores::kSiteFile, failure));
     return kExitRed;
-  fill_fields(session, arguments);
-  return save_site(context, session);
+  }
 }
 
 int delete_site(Context& context, const SiteArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
-  select_site(session, arguments.name);
-  const std::size_t before = session.form1.ListView2.size();
-  act(session, [&] { stores::Delete_site(session); });
-  return session.form1.ListView2.size() < before ? kExitGreen : kExitRed;
+  const std::string name = select_site(session, arguments.name);
+  const bool asks = session::read_switch(session, session::kPreferences, "ConfirmDeletes");
+  if (asks && !stores::agrees_to_delete_site(session))
+    return kExitRed;
+  stores::StoreOutcome outcome;
+  act(session, [&] { stores::tell(session, outcome = stores::delete_site(session, name)); });
+  return outcome.done ? kExitGreen : kExitRed;
 }
 
 void add_field_options(Command& command, SiteArguments& arguments) {

@@ -1,13 +1,12 @@
-#include "base/text.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/frame/template_fields.hpp"
 #include "cli/parser/field_checks.hpp"
-#include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "platform/value.hpp"
-#include "session/form1.hpp"
-#include "stores/template_tab.hpp"
+#include "session/loaded_database.hpp"
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 
 namespace twk::cli {
 namespace {
@@ -42,12 +41,6 @@ const std::vector<Column> kColumns = {{"name", "Name"},
                                       {"primaryGroup", "Primary group"},
                                       {"groups", "Groups"}};
 
-/// Chooses the template of that name in the tab's list, which loads it.
-void select_template(Session& session, std::string_view name) {
-  session.form1.templatelst.text = find_name("template", name, session.form1.templatelst.items());
-  stores::templatelst_Click(session);
-}
-
 Json to_json(const records::TemplateRecord& record) {
   Json groups = Json::array();
   for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
@@ -77,8 +70,8 @@ Json to_json(const records::TemplateRecord& record) {
 int list_templates(Context& context) {
   Session& session = context.session(Depth::kDatabases);
   std::vector<Json> rows;
-  for (const std::string& name : session.form1.templatelst.items()) {
-    select_template(session, name);
+  for (const std::string& name : session.database.templates) {
+    load_named_template(session, name);
     rows.push_back(to_json(session.ActiveTemplate));
   }
   context.output().table(kColumns, rows);
@@ -87,24 +80,21 @@ int list_templates(Context& context) {
 
 int show_template(Context& context, const TemplateArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
-  select_template(session, arguments.name);
+  load_named_template(session, arguments.name);
   context.output().details(kFields, to_json(session.ActiveTemplate));
   return kExitGreen;
 }
 
-/// Presses Save, which stays enabled when the fields were refused, then writes the variables when there are
-/// new ones.
-int save_template(Context& context, Session& session, bool with_variables) {
-  const std::string trouble = context.dialogs().last_trouble();
-  act(session, [&] { stores::savetemplate(session); });
-  if (session.form1.savetemplate.enabled)
+/// Saves the template, then the variables when there are new ones.
+int save_template(Context& context, Session& session, const stores::TemplateEdit& edit, stores::SaveAs as,
+                  bool with_variables) {
+  stores::StoreOutcome outcome;
+  act(session, [&] { stores::tell(session, outcome = stores::save_template(session, edit, as)); });
+  if (outcome.done && with_variables)
+    act(session, [&] { stores::tell(session, outcome = stores::save_variables(session, edit.Name)); });
+  if (!outcome.done)
     return kExitRed;
-  if (with_variables) {
-    act(session, [&] { stores::Varibles_Form_Unload(session); });
-    if (context.dialogs().last_trouble() != trouble)
-      return kExitRed;
-  }
-  select_template(session, session.ActiveTemplate.Name);
+  load_named_template(session, session.ActiveTemplate.Name);
   if (context.output().json())
     context.output().details(kFields, to_json(session.ActiveTemplate));
   return kExitGreen;
@@ -112,39 +102,41 @@ int save_template(Context& context, Session& session, bool with_variables) {
 
 int add_template(Context& context, const TemplateArguments& arguments) {
   Session& session = context.session(Depth::kDomain);
-  stores::NewTemplate(session);
-  session.form1.New_Template_Name.text = arguments.name;
-  fill_template_tab(session, arguments.fields);
+  stores::TemplateEdit edit{.Name = arguments.name};
+  fill_template(session, edit, arguments.fields);
   fill_variables(session, arguments.fields.variables);
-  return save_template(context, session, true);
+  return save_template(context, session, edit, stores::SaveAs::kNew, true);
 }
 
 int edit_template(Context& context, const TemplateArguments& arguments) {
   Session& session = context.session(Depth::kDomain);
-  select_template(session, arguments.name);
-  stores::EditTemplate(session);
-  fill_template_tab(session, arguments.fields);
+  const std::string name = load_named_template(session, arguments.name);
+  stores::TemplateEdit edit = stores::edit_of(session.ActiveTemplate);
+  edit.Name = name;
+  fill_template(session, edit, arguments.fields);
   const bool with_variables = !arguments.fields.variables.empty();
   if (with_variables)
     fill_variables(session, arguments.fields.variables);
-  return save_template(context, session, with_variables);
+  return save_template(context, session, edit, stores::SaveAs::kLive, with_variables);
 }
 
 int copy_template(Context& context, const TemplateArguments& arguments) {
   Session& session = context.session(Depth::kDomain);
-  select_template(session, arguments.name);
-  stores::NewTemplate(session);
-  session.form1.New_Template_Name.text = arguments.new_name;
-  stores::paste(session);
-  return save_template(context, session, true);
+  load_named_template(session, arguments.name);
+  stores::TemplateEdit edit = stores::edit_of(session.ActiveTemplate);
+  edit.Name = arguments.new_name;
+  return save_template(context, session, edit, stores::SaveAs::kNew, true);
 }
 
 int delete_template(Context& context, const TemplateArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
-  select_template(session, arguments.name);
-  const std::size_t before = session.form1.templatelst.items().size();
-  act(session, [&] { stores::DeleteTemplate(session); });
-  return session.form1.templatelst.items().size() < before ? kExitGreen : kExitRed;
+  const std::string name = load_named_template(session, arguments.name);
+  const bool asks = session::read_switch(session, session::kPreferences, "ConfirmDeletes");
+  if (asks && !stores::agrees_to_delete_template(session))
+    return kExitRed;
+  stores::StoreOutcome outcome;
+  act(session, [&] { stores::tell(session, outcome = stores::delete_template(session, name)); });
+  return outcome.done ? kExitGreen : kExitRed;
 }
 
 }  // namespace

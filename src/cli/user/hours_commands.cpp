@@ -1,5 +1,6 @@
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/template_fields.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -8,7 +9,6 @@
 #include "platform/logon_hours.hpp"
 #include "session/form1.hpp"
 #include "session/settings.hpp"
-#include "stores/template_tab.hpp"
 #include "windows/editors/hours_of_week.hpp"
 #include "windows/editors/hours_zone.hpp"
 #include "windows/editors/logon_hours.hpp"
@@ -90,27 +90,24 @@ int hours_zone(Context& context, const std::string& word) {
   return kExitGreen;
 }
 
-void select_template(Session& session, std::string_view name) {
-  session.form1.templatelst.text = find_name("template", name, session.form1.templatelst.items());
-  stores::templatelst_Click(session);
-}
-
 int show_template_hours(Context& context, const std::string& name) {
   Session& session = context.session(Depth::kDatabases);
-  select_template(session, name);
+  load_named_template(session, name);
   print_hours(context, "template", session.ActiveTemplate.Name, session.TemplateLogonHours);
   return kExitGreen;
 }
 
-/// Opens the template for an edit, sets the hours and presses Save. The domain must be loaded, because a save
-/// writes the groups that it has.
+/// The domain must be loaded, because a save writes the groups that it has.
 int set_template_hours(Context& context, const std::string& name, const base::Bytes& hours) {
   Session& session = context.session(Depth::kDomain);
-  select_template(session, name);
-  stores::EditTemplate(session);
+  const std::string found = load_named_template(session, name);
+  stores::TemplateEdit edit = stores::edit_of(session.ActiveTemplate);
+  edit.Name = found;
   session.TemplateLogonHours = hours;
-  act(session, [&] { stores::savetemplate(session); });
-  if (session.form1.savetemplate.enabled)
+  stores::StoreOutcome outcome;
+  act(session,
+      [&] { stores::tell(session, outcome = stores::save_template(session, edit, stores::SaveAs::kLive)); });
+  if (!outcome.done)
     return kExitRed;
   if (context.output().json())
     print_hours(context, "template", session.ActiveTemplate.Name, hours);

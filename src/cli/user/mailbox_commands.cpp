@@ -6,6 +6,7 @@
 #include "cli/terminal/failures.hpp"
 #include "creation/mailbox_stage.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/log_tab.hpp"
 #include "stores/template_store.hpp"
 #include "windows/create_user.hpp"
@@ -33,8 +34,8 @@ Session& open(Context& context, const MailboxArguments& arguments) {
   Session& session = context.session(Depth::kDomain);
   load_mail_site(session, arguments.site);
   if (!arguments.template_name.empty()) {
-    stores::LoadTemplate(session,
-                         find_name("template", arguments.template_name, session.form1.nutemplate.items()));
+    stores::tell(session, stores::load_template(session, find_name("template", arguments.template_name,
+                                                                   session.database.templates)));
     // The template must not clear the site's fields.
     load_mail_site(session, arguments.site);
   }

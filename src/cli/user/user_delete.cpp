@@ -8,7 +8,7 @@
 #include "cli/user/user_commands.hpp"
 #include "cli/users/users_commands.hpp"
 #include "lifecycle/deletion/delete_user.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "stores/template_store.hpp"
 
 namespace twk::cli {
@@ -72,8 +72,8 @@ lifecycle::DeleteOrder order_of(Context& context, session::Session& session,
 /// What decides which mailbox to delete when the mail table alone does not.
 void give_mail_options(Context& context, session::Session& session, const DeleteArguments& arguments) {
   if (!arguments.mail_template.empty()) {
-    stores::LoadTemplate(session,
-                         find_name("template", arguments.mail_template, session.form1.nutemplate.items()));
+    stores::tell(session, stores::load_template(session, find_name("template", arguments.mail_template,
+                                                                   session.database.templates)));
   }
   take_only_mailbox(context, session);
 }

@@ -254,6 +254,8 @@ session::RunOutcome Move_One_User(Session& session, std::string_view UserKey, co
     report_stopped(session, failure);
   }
   claim_new_places(run, false);
+  if (moved)
+    stores::release_template(session);
   session::RunOutcome outcome = session::take_outcome(session.log);
   outcome.done = moved;
   return outcome;

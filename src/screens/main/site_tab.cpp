@@ -11,7 +11,7 @@
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/form1.hpp"
-#include "stores/site_store.hpp"
+#include "windows/site_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -59,7 +59,7 @@ QWidget* make_kind(Session& session, QWidget* parent) {
   row->addWidget(old_kind);
   row->addWidget(new_kind);
   row->addStretch();
-  bind_to({old_kind, new_kind}, session.form1.EXH5, [&session] { stores::EXH5_Click(session); });
+  bind_to({old_kind, new_kind}, session.form1.EXH5, [&session] { windows::EXH5_Click(session); });
   return box;
 }
 
@@ -107,12 +107,12 @@ QWidget* make_site_tab(Session& session, QWidget* parent) {
       tab);
   list->setObjectName("ListView2");
   list->setAccessibleName("Sites");
-  list->on_click = [&session] { stores::ListView2_Click(session); };
-  list->on_activate = [&session] { stores::Edit_Site(session); };
-  list->on_delete = [&session] { stores::Delete_site(session); };
+  list->on_click = [&session] { windows::ListView2_Click(session); };
+  list->on_activate = [&session] { windows::Edit_Site(session); };
+  list->on_delete = [&session] { windows::Delete_site(session); };
   QWidget* const fields = make_fields(session, tab);
   list->set_edited([&session, fields](controls::ListRow&, const std::string& typed) {
-    stores::site_name_edited(session, typed);
+    windows::site_name_edited(session, typed);
     if (!session.form1.New_Site_Name.text.get().empty())
       fields->findChild<QLineEdit*>("NTSERVER")->setFocus();
   });
@@ -122,19 +122,19 @@ QWidget* make_site_tab(Session& session, QWidget* parent) {
   auto* const buttons = new QHBoxLayout();
   column->addLayout(buttons);
   add_button(*buttons, "&New", "New_Site", form.New_Site, [&session, list] {
-    stores::New_Site(session);
+    windows::New_Site(session);
     list->edit_selected();
   });
-  add_button(*buttons, "&Edit", "Edit_Site", form.Edit_Site, [&session] { stores::Edit_Site(session); });
-  add_button(*buttons, "&Save", "Save_Site", form.Save_Site, [&session] { stores::Save_Site(session); });
+  add_button(*buttons, "&Edit", "Edit_Site", form.Edit_Site, [&session] { windows::Edit_Site(session); });
+  add_button(*buttons, "&Save", "Save_Site", form.Save_Site, [&session] { windows::Save_Site(session); });
   add_button(*buttons, "&Delete", "Delete_site", form.Delete_site,
-             [&session] { stores::Delete_site(session); });
+             [&session] { windows::Delete_site(session); });
   buttons->addStretch();
   QPushButton* const cancel =
-      add_button(*buttons, "Cance&l", "Site_Cancel", [&session] { stores::Site_Cancel(session); });
+      add_button(*buttons, "Cance&l", "Site_Cancel", [&session] { windows::Site_Cancel(session); });
   for (QLineEdit* const field : fields->findChildren<QLineEdit*>()) {
     QObject::connect(field, &QLineEdit::returnPressed, field,
-                     [&session] { run_guarded([&] { stores::Save_Site(session); }); });
+                     [&session] { run_guarded([&] { windows::Save_Site(session); }); });
   }
   // Esc only cancels the edit.
   auto* const escape =

@@ -9,9 +9,9 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "session/form1.hpp"
-#include "stores/template_tab.hpp"
 #include "windows/editors/logon_hours.hpp"
 #include "windows/share_points_form.hpp"
+#include "windows/template_tab.hpp"
 
 namespace twk::screens {
 namespace {
@@ -35,7 +35,7 @@ QLayout* make_name(Session& session, QWidget* parent) {
   name->setMaxLength(kNameLength);
   place->addWidget(list);
   place->addWidget(name);
-  bind_to(*list, form.templatelst, [&session] { stores::templatelst_Click(session); });
+  bind_to(*list, form.templatelst, [&session] { windows::templatelst_Click(session); });
   follow(*list, form.templatelst.locked, [list](bool locked) { list->setEnabled(!locked); });
   bind_to(*name, form.New_Template_Name);
   follow(*place, form.New_Template_Name.visible, [place, list, name](bool making) {
@@ -99,9 +99,9 @@ QWidget* make_groups(Session& session, QWidget* parent) {
                                     .button = form.add,
                                     .button_name = "add",
                                     .button_caption = "&Add",
-                                    .move = [&session] { stores::add_Click(session); },
+                                    .move = [&session] { windows::add_Click(session); },
                                     .click = {},
-                                    .double_click = [&session] { stores::ListView5_DblClick(session); }},
+                                    .double_click = [&session] { windows::ListView5_DblClick(session); }},
                                    {.list = form.ListView6,
                                     .name = "ListView6",
                                     .caption = "Groups of the template",
@@ -110,15 +110,15 @@ QWidget* make_groups(Session& session, QWidget* parent) {
                                     .button = form.remove,
                                     .button_name = "remove",
                                     .button_caption = "&Remove",
-                                    .move = [&session] { stores::remove_Click(session); },
+                                    .move = [&session] { windows::remove_Click(session); },
                                     .click = {},
-                                    .double_click = [&session] { stores::ListView6_DblClick(session); }},
+                                    .double_click = [&session] { windows::ListView6_DblClick(session); }},
                                    group));
   auto* const primary = new QHBoxLayout();
   column->addLayout(primary);
   primary->addStretch();
   add_button(*primary, "Set &Primary Group", "SetPriGroup", form.SetPriGroup,
-             [&session] { stores::SetPriGroup(session); });
+             [&session] { windows::SetPriGroup(session); });
   return group;
 }
 
@@ -127,23 +127,24 @@ QLayout* make_buttons(Session& session, QWidget* tab) {
   auto* const buttons = new QHBoxLayout();
   // The layout gets its widget only once it is part of the tab's.
   static_cast<QVBoxLayout*>(tab->layout())->addLayout(buttons);
-  add_button(*buttons, "&New", "NewTemplate", form.NewTemplate, [&session] { stores::NewTemplate(session); });
+  add_button(*buttons, "&New", "NewTemplate", form.NewTemplate,
+             [&session] { windows::NewTemplate(session); });
   add_button(*buttons, "&Edit", "EditTemplate", form.EditTemplate,
-             [&session] { stores::EditTemplate(session); });
+             [&session] { windows::EditTemplate(session); });
   add_button(*buttons, "&Save", "savetemplate", form.savetemplate,
-             [&session] { stores::savetemplate(session); });
+             [&session] { windows::savetemplate(session); });
   add_button(*buttons, "&Delete", "DeleteTemplate", form.DeleteTemplate,
-             [&session] { stores::DeleteTemplate(session); });
+             [&session] { windows::DeleteTemplate(session); });
   add_button(*buttons, "Pas&te", "paste", form.paste, [&session] {
-    stores::paste(session);
+    windows::paste(session);
   })->setToolTip("Fill the new template from the one that was loaded last");
   buttons->addStretch();
   add_button(*buttons, "&Variables…", "Variables", form.Variables,
-             [&session] { stores::Variables(session); });
+             [&session] { windows::Variables(session); });
   add_button(*buttons, "L&ogon Hours…", "LogonHours", form.LogonHours,
              [&session] { windows::LogonHours_Click(session); });
   buttons->addStretch();
-  add_button(*buttons, "Cance&l", "Template_Cancel", [&session] { stores::Template_Cancel(session); });
+  add_button(*buttons, "Cance&l", "Template_Cancel", [&session] { windows::Template_Cancel(session); });
   return buttons;
 }
 

@@ -13,8 +13,8 @@
 #include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
-#include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"
+#include "stores/store_outcome.hpp"
 #include "stores/typed_text.hpp"
 #include "windows/editors/drive_letters.hpp"
 #include "windows/editors/editor_messages.hpp"
@@ -112,7 +112,7 @@ bool change_list(Session& session, std::int32_t list_mode, const std::function<v
     return true;
   } catch (const base::RuntimeError& failure) {
     before.restore();
-    stores::report_file_error(session, look_of(list_mode).file, failure);
+    stores::tell(session, stores::file_failure(look_of(list_mode).file, failure));
     return false;
   }
 }

@@ -4,8 +4,8 @@
 #include "base/text.hpp"
 #include "session/editor_windows.hpp"
 #include "session/session.hpp"
-#include "stores/database_files.hpp"
 #include "stores/side_tables.hpp"
+#include "stores/store_outcome.hpp"
 #include "stores/typed_text.hpp"
 #include "windows/editors/editor_messages.hpp"
 
@@ -53,7 +53,7 @@ void open_table(Session& session, bool share) {
   try {
     show_rows(session, stores::read_permissions(session, file_of(session)));
   } catch (const base::RuntimeError& failure) {
-    stores::report_file_error(session, file_of(session), failure);
+    stores::tell(session, stores::file_failure(file_of(session), failure));
     return;
   }
   if (!session.permissions.ListView1.empty())
@@ -156,7 +156,7 @@ bool Permissions_OK_Button_Click(Session& session) {
     stores::write_permissions(session, file_of(session), records_of(window));
     return true;
   } catch (const base::RuntimeError& failure) {
-    stores::report_file_error(session, file_of(session), failure);
+    stores::tell(session, stores::file_failure(file_of(session), failure));
     return false;
   }
 }

@@ -3,8 +3,6 @@
 #include "base/text.hpp"
 #include "batch/move_users.hpp"
 #include "session/form1.hpp"
-#include "stores/site_store.hpp"
-#include "stores/template_tab.hpp"
 #include "windows/multi_user/run_window.hpp"
 
 namespace twk::windows {
@@ -43,17 +41,9 @@ void run(Session& session) {
        &window.No_Prompt.enabled, &window.Multi_Site.enabled, &window.Multi_Template.enabled,
        &window.Add_to_Groups.enabled, &window.Change_Logon.enabled, &window.UserData.enabled,
        &window.Command1.enabled, &window.Command2.enabled});
-  batch::RunHooks hooks;
-  // Its template and site were loaded for the move.
-  hooks.done = [&session](const batch::UserOutcome& outcome) {
-    if (!outcome.done)
-      return;
-    stores::Clear_TT(session);
-    stores::Clear_Site(session);
-  };
   run_over_selection(session, window.btn_MoveUser, "Move Complete, Check Log for Errors",
                      [&](session::RunView& view) {
-                       return batch::move_selection(session, move_order(session), view, hooks);
+                       return batch::move_selection(session, move_order(session), view, {});
                      });
 }
 
