@@ -61,8 +61,9 @@ void keep_password(const Session& session, const platform::ObjectPtr& user, bool
 }
 
 /// Why it failed; none when the password was set.
-std::optional<std::string> reset_password(Session& session, const SelectedUser& user) {
-  const std::string password = format::reset_user_password_text(session, user.name);
+std::optional<std::string> reset_password(Session& session, const std::string& default_password,
+                                          const SelectedUser& user) {
+  const std::string password = format::reset_user_password_text(session, default_password, user.name);
   std::string reason;
   const bool set = session::is_active_directory(session)
                        ? directory::Reset_AD_Password(session, password, user.path, &reason)
@@ -83,7 +84,7 @@ std::optional<std::string> apply(Session& session, const AccountOrder& order, co
       keep_password(session, user.object, order.change_at_logon);
       break;
     default:
-      return reset_password(session, user);
+      return reset_password(session, order.default_password, user);
   }
   return std::nullopt;
 }

@@ -15,7 +15,8 @@ enum class AccountFunction {
 
 struct AccountOrder {
   AccountFunction function = AccountFunction::kEnable;
-  bool change_at_logon = false;  ///< of a password that never expires: a new one at the next logon
+  bool change_at_logon = false;       ///< of a password that never expires: a new one at the next logon
+  std::string default_password = {};  ///< that is reset to, see `format::reset_user_password_text`
 };
 
 /// Applies the function to the users of the selection, each reported in "Log.txt" and to the view. False when

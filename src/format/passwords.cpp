@@ -4,16 +4,10 @@
 #include "format/filling.hpp"
 #include "format/replace.hpp"
 #include "format/tags.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
-#include "session/settings.hpp"
 
 namespace twk::format {
 namespace {
-
-/// Widths of the frame around the passwords, in twips.
-constexpr int kFrameWidth = 2775;
-constexpr int kWideFrameWidth = 5535;
 
 constexpr std::string_view kAccountTag = "%UserName%";
 
@@ -62,23 +56,9 @@ std::string password_of_text(session::Session& session, std::string text, std::s
   return text;
 }
 
-std::string reset_user_password_text(session::Session& session, std::string_view name) {
-  return password_of_text(
-      session, FRString(session.form1.defaultpassword.text.get(), kAccountTag, base::trim(name)), name);
-}
-
-void show_password_frame(session::Session& session) {
-  const bool formatted = session.form1.FmtPass.on();
-  session.form1.Frame4.width = formatted ? kWideFrameWidth : kFrameWidth;
-  session.form1.Frame4.caption = formatted ? "Default Passwords" : "Default Password";
-  session.form1.Formatted_Password.visible = formatted;
-  session.form1.Formatted_Password.enabled = formatted;
-}
-
-void FmtPass_Click(session::Session& session) {
-  show_password_frame(session);
-  session::write_setting(session, session::kPreferences, "UseFormattedPassword",
-                         session.form1.FmtPass.on() ? "YES" : "No");
+std::string reset_user_password_text(session::Session& session, std::string_view default_password,
+                                     std::string_view name) {
+  return password_of_text(session, FRString(default_password, kAccountTag, base::trim(name)), name);
 }
 
 }  // namespace twk::format

@@ -34,12 +34,9 @@ NewPasswordText new_password_text(session::Session& session, const PasswordField
 /// blank around it, asks. An empty answer is an empty password.
 std::string password_of_text(session::Session& session, std::string text, std::string_view user_id);
 
-/// The password that an existing user is reset to: `defaultpassword`, with the same two words.
-std::string reset_user_password_text(session::Session& session, std::string_view name);
-
-/// Stores the choice and shows or hides the format of the password.
-void FmtPass_Click(session::Session& session);
-/// The frame around the default passwords, as `FmtPass` has it.
-void show_password_frame(session::Session& session);
+/// The password that an existing user is reset to, from the default password: with "%UserName%" and the same
+/// two words.
+std::string reset_user_password_text(session::Session& session, std::string_view default_password,
+                                     std::string_view name);
 
 }  // namespace twk::format

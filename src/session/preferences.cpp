@@ -1,5 +1,6 @@
 #include "session/preferences.hpp"
 
+#include "base/text.hpp"
 #include "session/settings.hpp"
 #include "session/settings_schema.hpp"
 
@@ -20,7 +21,8 @@ Preferences read_preferences(Session& session) {
           .move_command = command("BatchFileMove", "MoveHidden", "WaitMove"),
           .delete_command = command("BatchFileDelete", "DeleteHidden", "WaitDelete"),
           .mail_administrator = {read_setting(session, kMail, "Admin_Account"),
-                                 read_setting(session, kMail, "Mail_Password")}};
+                                 read_setting(session, kMail, "Mail_Password")},
+          .default_password = std::string(base::trim(read_setting(session, kSetup, "Password")))};
 }
 
 }  // namespace twk::session

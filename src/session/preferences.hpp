@@ -30,6 +30,7 @@ struct Preferences {
   CommandSetting move_command;
   CommandSetting delete_command;
   MailAdministrator mail_administrator;
+  std::string default_password;
 };
 
 Preferences read_preferences(Session& session);

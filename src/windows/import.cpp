@@ -2,7 +2,6 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "batch/csv_layout.hpp"
 #include "batch/import.hpp"
 #include "batch/import_options.hpp"
 #include "controls/tree_view.hpp"
@@ -11,6 +10,7 @@
 #include "session/session.hpp"
 #include "session/windows.hpp"
 #include "windows/create_user.hpp"
+#include "windows/csv_layout.hpp"
 
 namespace twk::windows {
 namespace {
@@ -80,7 +80,7 @@ void Import_Command(Session& session) {
     return;
   session.import.ImportAccepted = false;
   base::Trap trap;
-  if (!trap([&] { batch::load_csv_layout(session, *path); })) {
+  if (!trap([&] { load_csv_layout(session, *path); })) {
     session.platform.dialogs.MsgBox(trap.description(), platform::Buttons::kOk, platform::Icon::kCritical,
                                     "Import error");
     return;

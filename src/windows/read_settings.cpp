@@ -2,12 +2,12 @@
 
 #include "base/text.hpp"
 #include "directory/custom_fields.hpp"
-#include "format/passwords.hpp"
 #include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "session/settings_schema.hpp"
 #include "session/windows.hpp"
 #include "windows/formats_tab.hpp"
+#include "windows/password_fields.hpp"
 #include "windows/setting_controls.hpp"
 
 namespace twk::windows {
@@ -136,7 +136,7 @@ void read_settings(session::Session& session) {
   form1.Import_Text.paint = controls::Paint::kDefault;
   show_mail_credentials(session);
   show_custom_commands(session);
-  format::show_password_frame(session);
+  show_password_frame(session);
   directory::show_custom_fields(session);
   Check_Name_Format_Click(session);
 }

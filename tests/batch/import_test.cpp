@@ -2,13 +2,13 @@
 
 #include <fstream>
 
-#include "batch/csv_layout.hpp"
 #include "batch/import_file.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/account_expiry.hpp"
 #include "session/form1.hpp"
 #include "session/windows.hpp"
 #include "support/lab_session.hpp"
+#include "windows/csv_layout.hpp"
 
 namespace twk::batch {
 namespace {
@@ -20,6 +20,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
 using testing::Not;
+using windows::chkImport_Click;
+using windows::csv_layout_ok;
+using windows::load_csv_layout;
 
 constexpr std::string_view kErrorHeading =
     "*****************************************\n31/12/2026 09:05:00\n"

@@ -1,10 +1,10 @@
+#include "windows/csv_layout.hpp"
 #include "windows/import.hpp"
 
 #include <cstdint>
 #include <cstdlib>
 #include <utility>
 
-#include "batch/csv_layout.hpp"
 #include "fuzz/fuzz_world.hpp"
 #include "records/records.hpp"
 #include "session/form1.hpp"
@@ -29,8 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   session.form1.FN_Format.text = std::string("%First% %Middle% %Last%");
   session.form1.Description.text = std::string("%IMPORT5% %IMPORT99%");
   session.form1.Create_User_Account.value = 1;
-  twk::batch::load_csv_layout(session, "starters.csv");
-  twk::batch::csv_layout_ok(session);
+  twk::windows::load_csv_layout(session, "starters.csv");
+  twk::windows::csv_layout_ok(session);
   std::int32_t rows = 0;
   session.import.row_done = [&rows](const twk::session::ImportRow& row) {
     if (row.line <= std::exchange(rows, row.line))

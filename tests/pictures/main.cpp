@@ -4,7 +4,6 @@
 
 #include "app/connection_window.hpp"
 #include "app/start_window.hpp"
-#include "batch/csv_layout.hpp"
 #include "batch/import_options.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/loading/ad_load.hpp"
@@ -30,6 +29,7 @@
 #include "support/temporary_directory.hpp"
 #include "windows/account/popup_commands.hpp"
 #include "windows/create_user.hpp"
+#include "windows/csv_layout.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/editors/edit_properties.hpp"
 #include "windows/editors/logon_hours.hpp"
@@ -161,7 +161,7 @@ std::vector<Window> windows() {
   return {{"ad-options", shown("frmADOptions", windows::frmADOptions_Load)},
           {"csv-import",
            [](session::Session& session) {
-             batch::load_csv_layout(session, TWK_SOURCE_DIR "/samples/new-starters.csv");
+             windows::load_csv_layout(session, TWK_SOURCE_DIR "/samples/new-starters.csv");
              session.platform.dialogs.show_modal("CSV_Import");
            }},
           {"custom", by(windows::show_custom)},

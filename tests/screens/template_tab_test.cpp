@@ -90,45 +90,6 @@ TEST_F(TemplateTabTest, ATakenOrBlankNameIsRefusedAndCanBeCorrected) {
   EXPECT_EQ(find<QComboBox>("templatelst")->count(), 2);
 }
 
-TEST_F(TemplateTabTest, AnInvalidDriveIsRefused) {
-  open_tab();
-  choose("templatelst", "Staff");
-  click("EditTemplate");
-  auto* const drive = find<QComboBox>("Home_Drive_letter");
-  drive->lineEdit()->setFocus();
-  drive->lineEdit()->selectAll();
-  QTest::keyClicks(drive->lineEdit(), "1:");
-  click("savetemplate");
-  EXPECT_EQ(status(), "Home Drive Format Incorrect");
-  EXPECT_FALSE(is_browsing());
-}
-
-TEST_F(TemplateTabTest, ALocalGroupIsNotAPrimaryGroup) {
-  open_tab();
-  choose("templatelst", "Staff");
-  click("EditTemplate");
-  form1.ListView6.set_icon(form1.ListView6.at(0), "Local");
-  click_group("ListView6", "Staff");
-  click("SetPriGroup");
-  EXPECT_EQ(status(), "A local group cannot be the primary group");
-  EXPECT_EQ(find<QLabel>("PrimaryGrp")->text(), "Domain Users");
-}
-
-TEST_F(TemplateTabTest, TakesNoMoreThan75Groups) {
-  open_tab();
-  start_new("Many");
-  for (int i = 0; i < 80; ++i)
-    form1.ListView5.add({}, "Group " + std::to_string(i), "Global");
-  const std::size_t all = form1.ListView5.size() + form1.ListView6.size();
-  screens::ListPane* const groups = pane("ListView5");
-  groups->setFocus();
-  QTest::keyClick(groups, Qt::Key_A, Qt::ControlModifier);
-  expect_box("Templates Limited to 75 Groups");
-  click("add");
-  EXPECT_EQ(form1.ListView6.size(), 75U);
-  EXPECT_EQ(form1.ListView5.size() + form1.ListView6.size(), all);
-}
-
 TEST_F(TemplateTabTest, AnEditIsSavedOrCancelledWithEsc) {
   open_tab();
   choose("templatelst", "Staff");
@@ -183,19 +144,6 @@ TEST_F(TemplateTabTest, PasteFillsANewTemplateFromTheOneLoadedLast) {
   choose("templatelst", "Staff");
   choose("templatelst", "Copy");
   EXPECT_EQ(find<QLineEdit>("logon")->text(), "staff.cmd");
-}
-
-TEST_F(TemplateTabTest, ARefusedWriteIsReportedAndTheTemplateStaysToBeSaved) {
-  open_tab();
-  start_new("Sales");
-  type("logon", "sales.cmd");
-  lab.files.fail_from(1, base::error::kDiskFull);
-  expect_box("Error Opening Template.dat");
-  click("savetemplate");
-  EXPECT_EQ(find<QLineEdit>("logon")->text(), "sales.cmd");
-  lab.files.fail_from(0, 0);
-  click("savetemplate");
-  EXPECT_EQ(status(), "Template Saved...");
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "batch/csv_layout.hpp"
 #include "batch/import_file.hpp"
 #include "batch/import_options.hpp"
 #include "cli/frame/import_preview.hpp"
@@ -16,6 +15,7 @@
 #include "session/form1.hpp"
 #include "session/group_windows.hpp"
 #include "session/windows.hpp"
+#include "windows/csv_layout.hpp"
 #include "windows/import.hpp"
 
 namespace twk::cli {
@@ -103,7 +103,7 @@ void choose(controls::ComboBox& box, const std::optional<int>& column, int stand
   }
   const int chosen = column.value_or(standard);
   if (chosen <= widest)
-    batch::offer_column(box, chosen);
+    windows::offer_column(box, chosen);
   box.select(chosen <= widest ? chosen : 0);
 }
 
@@ -111,7 +111,7 @@ void choose(controls::ComboBox& box, const std::optional<int>& column, int stand
 void choose_columns(session::Session& session, const ImportColumns& columns) {
   session::CSV_Import& window = session.csv_import;
   window.chkImport.value = columns.any() ? 0 : 1;
-  batch::chkImport_Click(session);
+  windows::chkImport_Click(session);
   if (columns.any()) {
     choose(window.ImportFirst, columns.first, 1, window.widest);
     choose(window.ImportMiddle, columns.middle, 2, window.widest);
@@ -119,7 +119,7 @@ void choose_columns(session::Session& session, const ImportColumns& columns) {
     choose(window.ImportUserID, columns.id, 0, window.widest);
     choose(window.ImportPassword, columns.password, 0, window.widest);
   }
-  batch::csv_layout_ok(session);
+  windows::csv_layout_ok(session);
 }
 
 std::string_view light_of(const session::ImportRow& row) {

@@ -6,7 +6,6 @@
 #include "cli/terminal/interrupt.hpp"
 #include "cli/user/user_commands.hpp"
 #include "lifecycle/account/password_reset.hpp"
-#include "session/form1.hpp"
 #include "session/preferences.hpp"
 
 namespace twk::cli {
@@ -18,10 +17,11 @@ struct ResetArguments {
   std::string password_file;
 };
 
-int reset_one(Context& context, session::Session& session, const std::string& name) {
+int reset_one(Context& context, session::Session& session, const session::Preferences& preferences,
+              const std::string& name) {
   const controls::TreeNode& node = reach_user(context, session, name);
   const session::RunOutcome outcome = lifecycle::reset_password(
-      session, {node.text, node.key, session::read_preferences(session).confirm_resets});
+      session, {node.text, node.key, preferences.confirm_resets, preferences.default_password});
   const bool asked_no = outcome.light.empty();
   const std::string_view light = asked_no ? session::kYellow : std::string_view(outcome.light);
   const std::string message = outcome.done ? outcome.message
@@ -35,15 +35,16 @@ int reset_one(Context& context, session::Session& session, const std::string& na
 
 int reset_passwords(Context& context, const ResetArguments& arguments) {
   session::Session& session = context.session(Depth::kDomain);
+  session::Preferences preferences = session::read_preferences(session);
   if (arguments.password_stdin || !arguments.password_file.empty()) {
     context.dialogs().set_password(read_password(arguments.password_stdin ? "-" : arguments.password_file));
-    session.form1.defaultpassword.text = "PROMPT";
+    preferences.default_password = "PROMPT";
   }
   int exit_code = kExitGreen;
   for (const std::string& name : arguments.names) {
     if (interrupted())
       break;
-    exit_code = std::max(exit_code, reset_one(context, session, name));
+    exit_code = std::max(exit_code, reset_one(context, session, preferences, name));
   }
   return exit_code;
 }

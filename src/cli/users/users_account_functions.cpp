@@ -5,7 +5,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
 #include "cli/users/users_commands.hpp"
-#include "session/form1.hpp"
+#include "session/preferences.hpp"
 
 namespace twk::cli {
 namespace {
@@ -35,31 +35,31 @@ void add_password_options(Command& command, PasswordSource& source) {
       ->excludes(from_input);
 }
 
-void take_password(Context& context, session::Session& session, const PasswordSource& source) {
+std::string default_password(Context& context, session::Session& session, const PasswordSource& source) {
   if (!source.given())
-    return;
+    return session::read_preferences(session).default_password;
   context.dialogs().set_password(read_password(source.from_stdin ? "-" : source.file));
-  session.form1.defaultpassword.text = "PROMPT";
+  return "PROMPT";
 }
 
 int change(Context& context, const Arguments& arguments, AccountFunction function) {
   session::Session& session = resource_session(context);
-  take_password(context, session, arguments.password);
-  return run_over_selection(
-      context, session, arguments.selection, false,
-      [&](session::RunView& view, const batch::RunHooks& hooks) {
-        batch::change_accounts(session, {function, arguments.change_at_logon}, view, hooks);
-      });
+  const batch::AccountOrder order{function, arguments.change_at_logon,
+                                  default_password(context, session, arguments.password)};
+  return run_over_selection(context, session, arguments.selection, false,
+                            [&](session::RunView& view, const batch::RunHooks& hooks) {
+                              batch::change_accounts(session, order, view, hooks);
+                            });
 }
 
 int unlock(Context& context, const Arguments& arguments) {
   if (arguments.password.given() && !arguments.reset)
     throw UsageError("a password is for --reset-passwords: give that as well");
   session::Session& session = resource_session(context);
-  take_password(context, session, arguments.password);
+  const batch::UnlockOrder order{arguments.reset, default_password(context, session, arguments.password)};
   return run_over_selection(context, session, arguments.selection, false,
                             [&](session::RunView& view, const batch::RunHooks& hooks) {
-                              batch::unlock_accounts(session, arguments.reset, view, hooks);
+                              batch::unlock_accounts(session, order, view, hooks);
                             });
 }
 

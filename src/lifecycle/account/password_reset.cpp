@@ -30,7 +30,7 @@ session::RunOutcome reset_password(Session& session, const PasswordReset& order)
   if (!is_wanted(session, order))
     return outcome;
   session.log.begin_block();
-  const std::string password = format::reset_user_password_text(session, order.name);
+  const std::string password = format::reset_user_password_text(session, order.default_password, order.name);
   std::string reason;
   outcome.done = set_password(session, order, password, reason);
   if (outcome.done) {

@@ -12,9 +12,10 @@ namespace twk::lifecycle {
 
 /// Whose password is reset.
 struct PasswordReset {
-  std::string name;      ///< as the tree shows it
-  std::string key;       ///< the LDAP path; in a WinNT domain the name counts
-  bool confirm = false;  ///< the person is asked first
+  std::string name;                   ///< as the tree shows it
+  std::string key;                    ///< the LDAP path; in a WinNT domain the name counts
+  bool confirm = false;               ///< the person is asked first
+  std::string default_password = {};  ///< see `format::reset_user_password_text`
 };
 
 /// Sets the default password, to be changed at the next logon. Log, log tab and the status line report it. No

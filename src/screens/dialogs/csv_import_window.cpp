@@ -4,12 +4,12 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "batch/csv_layout.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "session/windows.hpp"
+#include "windows/csv_layout.hpp"
 
 namespace twk::screens {
 namespace {
@@ -82,7 +82,7 @@ std::unique_ptr<QDialog> make_csv_import(session::Session& session, QWidget* par
   bind_to(*file, window.File_Name);
   column->addWidget(make_preview(window, dialog.get()), 1);
   add_check(*column, "Use &Default settings, First 3 fields: First,Middle,Last", "chkImport",
-            window.chkImport, [&session] { batch::chkImport_Click(session); });
+            window.chkImport, [&session] { windows::chkImport_Click(session); });
   add_choices(*column, window);
   auto* const advice =
       new QLabel("Make sure you have selected the correct Template & Site. Press \"OK\" to start the Import.",
@@ -93,10 +93,10 @@ std::unique_ptr<QDialog> make_csv_import(session::Session& session, QWidget* par
   QDialogButtonBox* const buttons = add_ok_cancel(
       *dialog, *column, "Command1",
       [&session] {
-        batch::csv_layout_ok(session);
+        windows::csv_layout_ok(session);
         return true;
       },
-      [&session] { batch::csv_layout_cancel(session); });
+      [&session] { windows::csv_layout_cancel(session); });
   QPushButton* const cancel = buttons->button(QDialogButtonBox::Cancel);
   cancel->setObjectName("Command2");
   cancel->setText("&Cancel");

@@ -3,12 +3,12 @@
 #include <QRadioButton>
 
 #include "batch/import_options.hpp"
-#include "format/passwords.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/form1.hpp"
 #include "windows/formats_tab.hpp"
+#include "windows/password_fields.hpp"
 #include "windows/preferences_tab.hpp"
 #include "windows/setting_controls.hpp"
 
@@ -123,7 +123,7 @@ QWidget* make_preferences_tab(Session& session, QWidget* parent) {
                    windows::USR_Cant_Change_Click},
                   {"Password &never expires", "PWD_NVR_EXPIRE", form.PWD_NVR_EXPIRE},
                   {"Account disa&bled", "New_Disabled", form.New_Disabled},
-                  {"Use &formatted password", "FmtPass", form.FmtPass, format::FmtPass_Click}}),
+                  {"Use &formatted password", "FmtPass", form.FmtPass, windows::FmtPass_Click}}),
       0, 0);
   grid->addWidget(
       make_ticks(session, page, "Safety",

@@ -3,7 +3,6 @@
 #include <QGroupBox>
 #include <QLabel>
 
-#include "format/passwords.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"

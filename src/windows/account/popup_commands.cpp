@@ -14,7 +14,9 @@ namespace twk::windows {
 using session::Session;
 
 bool Reset_Password(Session& session, const controls::TreeNode& node) {
-  return lifecycle::reset_password(session, {node.text, node.key, session.form1.Confirm_Resets.on()}).done;
+  return lifecycle::reset_password(session, {node.text, node.key, session.form1.Confirm_Resets.on(),
+                                             session.form1.defaultpassword.text})
+      .done;
 }
 
 void Rename_User(Session& session) {

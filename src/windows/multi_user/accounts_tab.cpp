@@ -8,6 +8,7 @@
 #include "batch/find_accounts.hpp"
 #include "batch/unlock_accounts.hpp"
 #include "platform/adsi.hpp"
+#include "session/form1.hpp"
 #include "session/hourglass.hpp"
 #include "session/run_scope.hpp"
 #include "windows/multi_user/run_window.hpp"
@@ -49,7 +50,8 @@ void change(Session& session, AccountFunction function) {
   const session::RunScope scope(session, {}, view);
   session.run.stopped = false;
   try {
-    const bool whole = batch::change_accounts(session, {function, window.ctrChangePswd.on()}, view);
+    const bool whole = batch::change_accounts(
+        session, {function, window.ctrChangePswd.on(), session.form1.defaultpassword.text}, view);
     view.step(whole ? " Completed" : "Canceled by user.");
   } catch (const base::RuntimeError& failure) {
     batch::tell_run_failure(session, "Error Retrieving Domain Info.", failure);
@@ -90,7 +92,8 @@ void search_locked(Session& session, session::RunView& view) {
 void unlock_selection(Session& session, session::RunView& view) {
   MultiUser& window = session.multi_user;
   view.step("Unlocking accounts...");
-  const bool whole = batch::unlock_accounts(session, window.Unlock_Reset.on(), view);
+  const bool whole =
+      batch::unlock_accounts(session, {window.Unlock_Reset.on(), session.form1.defaultpassword.text}, view);
   view.step(whole ? "Accounts Unlocked." : "Canceled by user.");
   window.Unlock_Stage = !whole;
 }

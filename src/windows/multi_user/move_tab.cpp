@@ -41,10 +41,9 @@ void run(Session& session) {
        &window.No_Prompt.enabled, &window.Multi_Site.enabled, &window.Multi_Template.enabled,
        &window.Add_to_Groups.enabled, &window.Change_Logon.enabled, &window.UserData.enabled,
        &window.Command1.enabled, &window.Command2.enabled});
-  run_over_selection(session, window.btn_MoveUser, "Move Complete, Check Log for Errors",
-                     [&](session::RunView& view) {
-                       return batch::move_selection(session, move_order(session), view, {});
-                     });
+  run_over_selection(
+      session, window.btn_MoveUser, "Move Complete, Check Log for Errors",
+      [&](session::RunView& view) { return batch::move_selection(session, move_order(session), view); });
 }
 
 }  // namespace

@@ -1,15 +1,15 @@
-#include "batch/csv_layout.hpp"
+#include "windows/csv_layout.hpp"
 
 #include <algorithm>
 
 #include "base/text.hpp"
 #include "batch/import_file.hpp"
-#include "format/passwords.hpp"
 #include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
+#include "windows/password_fields.hpp"
 
-namespace twk::batch {
+namespace twk::windows {
 namespace {
 
 using session::CSV_Import;
@@ -62,7 +62,7 @@ void offer_column(controls::ComboBox& box, int column) {
 void load_csv_layout(Session& session, std::string_view path) {
   CSV_Import& window = session.csv_import;
   window.File_Name.caption = shown_path(path);
-  ImportLines lines(session.platform.files.read(path));
+  batch::ImportLines lines(session.platform.files.read(path));
   window.ListView1.clear();
   window.columns = 0;
   window.chkImport.value = 1;
@@ -106,7 +106,7 @@ void csv_layout_ok(Session& session) {
   if (!window.ImportPassword.text.get().empty()) {
     form.FmtPass.value = 1;
     form.Formatted_Password.text = window.ImportPassword.text.get();
-    format::show_password_frame(session);
+    show_password_frame(session);
   }
   if (!window.ImportUserID.text.get().empty()) {
     form.Option1.index = 4;
@@ -119,4 +119,4 @@ void csv_layout_cancel(Session& session) {
   session.import.ImportAccepted = false;
 }
 
-}  // namespace twk::batch
+}  // namespace twk::windows

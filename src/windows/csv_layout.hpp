@@ -10,7 +10,7 @@ struct Session;
 }
 
 /// The window `CSV_Import`: what the columns of the file contain.
-namespace twk::batch {
+namespace twk::windows {
 
 /// Adds the columns up to that one to a choice, whose first entry means none.
 void offer_column(controls::ComboBox& box, int column);
@@ -25,4 +25,4 @@ void chkImport_Click(session::Session& session);
 void csv_layout_ok(session::Session& session);
 void csv_layout_cancel(session::Session& session);
 
-}  // namespace twk::batch
+}  // namespace twk::windows
