@@ -59,7 +59,7 @@ std::string_view RunCounts::light() const {
   if (unknown > 0 && unknown == all())
     return session::kRed;
   const bool lacks_something = unknown > 0 || all() == 0 || !whole || interrupted();
-  return worst == session::kGreen && lacks_something ? session::kYellow : worst;
+  return worst == session::kGreen && lacks_something ? session::kYellow : std::string_view(worst);
 }
 
 std::string dn_of_user(const Session& session, const std::string& path) {

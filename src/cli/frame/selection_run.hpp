@@ -16,7 +16,7 @@ struct RunCounts {
   std::size_t unknown = 0;  ///< unknown names
   bool whole = true;        ///< no file of names was empty
 
-  std::string_view worst = session::kGreen;
+  std::string worst{session::kGreen};
 
   void add(std::string_view light, bool is_done);
   [[nodiscard]] std::size_t all() const { return done + failed + unknown; }
