@@ -1,3 +1,5 @@
+#include "groups/change_members.hpp"
+
 #include <algorithm>
 #include <functional>
 
@@ -5,11 +7,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
-#include "groups/group_object.hpp"
-#include "groups/groups_window.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {
@@ -19,116 +17,126 @@ using controls::ListRow;
 using controls::ListView;
 using session::Session;
 
-/// After this many boxes in one run, the status bar reports the rest.
+/// After this many boxes in one run, the outcome alone reports the rest.
 constexpr std::size_t kMostBoxes = 10;
 
-/// Binds the chosen group and prepares the change. False when that failed, which a box reported.
-bool bind_chosen(Session& session, const char* failure, const std::function<void()>& bind) {
+std::string counted(std::size_t number) {
+  return base::to_text(static_cast<std::int64_t>(number));
+}
+
+/// One change of members.
+struct Change {
+  Session& session;
+  const GroupRow& group;
+  ListView& from;
+  ListView& to;
+  MembersOutcome outcome;
+};
+
+/// Binds the group and prepares the change. False when that failed, which a box reported.
+bool bind_chosen(Change& change, const char* failure, const std::function<void()>& bind) {
   base::Trap trap;
-  trap(bind);
-  if (trap.number() == 0)
+  change.outcome.bound = trap(bind);
+  if (change.outcome.bound)
     return true;
-  session.groups.StatusBar1.panel1 =
-      std::string(failure) + ": " + base::in_words(trap.number(), trap.description());
-  session.platform.dialogs.MsgBox(failure, platform::Buttons::kOk, platform::Icon::kExclamation, "");
+  change.outcome.text = std::string(failure) + ": " + base::in_words(trap.number(), trap.description());
+  change.session.platform.dialogs.MsgBox(failure, platform::Buttons::kOk, platform::Icon::kExclamation, "");
   return false;
 }
 
-void tell_outcome(Session& session, const std::string& group) {
-  session::Groupsfrm& window = session.groups;
-  if (window.refused.empty()) {
-    window.StatusBar1.panel1 =
-        "Number of Members = " + base::to_text(static_cast<std::int64_t>(window.Members.size()));
-    return;
+/// Rows from the last to the first.
+std::vector<const ListRow*> rows_of(const ListView& list, std::span<const std::string> users) {
+  std::vector<const ListRow*> rows;
+  for (const std::string& user : users) {
+    if (const ListRow* const row = list.find_key(user))
+      rows.push_back(row);
   }
-  std::string text = group + ": " + window.refused.front().reason;
-  if (window.refused.size() > 1) {
-    text += " (and " + base::to_text(static_cast<std::int64_t>(window.refused.size() - 1)) + " more)";
-  }
-  window.StatusBar1.panel1 = text;
+  std::ranges::sort(rows, std::greater(), [&](const ListRow* row) { return list.place_of(*row); });
+  rows.erase(std::ranges::unique(rows).begin(), rows.end());
+  return rows;
 }
 
-/// Changes the selected rows from the last to the first and moves those for which `change` returns no reason
-/// against it.
-void change_selected(Session& session, const std::string& group, ListView& from, ListView& to,
-                     const std::function<std::string(const ListRow& row)>& change) {
-  session::Groupsfrm& window = session.groups;
-  std::vector<const ListRow*> selected = from.selected_rows();
-  std::reverse(selected.begin(), selected.end());
+void tell_outcome(Change& change) {
+  MembersOutcome& outcome = change.outcome;
+  const std::size_t reasons = outcome.refused.size() + (outcome.not_kept.empty() ? 0 : 1);
+  if (reasons == 0) {
+    outcome.text = "Number of Members = " + counted(change.session.domain.Members.size());
+    return;
+  }
+  outcome.text = change.group.name + ": " +
+                 (outcome.refused.empty() ? outcome.not_kept : outcome.refused.front().reason);
+  if (reasons > 1)
+    outcome.text += " (and " + counted(reasons - 1) + " more)";
+}
+
+/// Changes the users and moves the rows of those for whom `change_one` returns no reason against it.
+void change_users(Change& change, std::span<const std::string> users,
+                  const std::function<std::string(const ListRow& row)>& change_one) {
   std::vector<const ListRow*> moved;
   base::Trap trap;
-  platform::WriteBatch batch(session.platform.directory);
-  for (const ListRow* const row : selected) {
+  platform::WriteBatch batch(change.session.platform.directory);
+  for (const ListRow* const row : rows_of(change.from, users)) {
     std::string reason;
-    if (!trap([&] { reason = change(*row); }))
+    if (!trap([&] { reason = change_one(*row); }))
       reason = row->text + ": " + base::in_words(trap.number(), trap.description());
     if (reason.empty())
       moved.push_back(row);
     else
-      window.refused.push_back({row->key, trap.number(), std::move(reason)});
+      change.outcome.refused.push_back({row->key, trap.number(), std::move(reason)});
   }
   if (!trap([&] { batch.commit(); }))
-    window.refused.push_back({{}, trap.number(), base::in_words(trap.number(), trap.description())});
-  controls::move_rows(from, moved, to);
-  session.CurrentGroup.reset();
-  tell_outcome(session, group);
-  enable_buttons(session);
+    change.outcome.not_kept = base::in_words(trap.number(), trap.description());
+  controls::move_rows(change.from, moved, change.to);
+  tell_outcome(change);
 }
 
 /// Why not, when the group is the user's primary one.
-std::string check_primary_group(Session& session, const ListRow& row, const std::string& group,
-                                std::int32_t group_id) {
-  const std::int32_t primary = session.platform.directory.GetObject(row.key)->Get("PrimaryGroupID").integer();
-  if (primary != group_id)
+std::string check_primary_group(Change& change, const ListRow& row, std::int32_t group_id) {
+  platform::Platform& platform = change.session.platform;
+  if (platform.directory.GetObject(row.key)->Get("PrimaryGroupID").integer() != group_id)
     return {};
-  const std::string text =
-      "Can't remove user '" + row.text + "' from '" + group + "'\r\nas it is their primary Group.";
-  if (session.groups.refused.size() < kMostBoxes)
-    session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kNone, "");
+  if (change.outcome.refused.size() < kMostBoxes) {
+    platform.dialogs.MsgBox("Can't remove user '" + row.text + "' from '" + change.group.name +
+                                "'\r\nas it is their primary Group.",
+                            platform::Buttons::kOk, platform::Icon::kNone, "");
+  }
   return row.text + ": it is their primary Group";
 }
 
 }  // namespace
 
-void Groupsfrm_Command2_Click(Session& session) {
-  session::Groupsfrm& window = session.groups;
-  window.refused.clear();
-  const ListRow* const chosen = window.ListView1.selected();
-  if (chosen == nullptr)
-    return;
-  const session::Hourglass hourglass(session.form1);
-  if (!bind_chosen(session, "Error Connecting to Group",
-                   [&] { session.CurrentGroup = bind_group(session, *chosen); }))
-    return;
-  change_selected(session, chosen->text, window.NotMembers, window.Members, [&](const ListRow& row) {
-    session.CurrentGroup->Add(member_path(session, row));
-    return std::string();
-  });
+MembersOutcome add_members(Session& session, const GroupRow& group, std::span<const std::string> users) {
+  Change change{session, group, session.domain.NotMembers, session.domain.Members, {}};
+  platform::ObjectPtr bound;
+  if (bind_chosen(change, "Error Connecting to Group", [&] { bound = bind_group(session, group); })) {
+    change_users(change, users, [&](const ListRow& row) {
+      bound->Add(member_path(session, row));
+      return std::string();
+    });
+  }
+  return std::move(change.outcome);
 }
 
-void Groupsfrm_Command1_Click(Session& session) {
-  session::Groupsfrm& window = session.groups;
-  window.refused.clear();
-  const ListRow* const chosen = window.ListView1.selected();
-  if (chosen == nullptr)
-    return;
+MembersOutcome remove_members(Session& session, const GroupRow& group, std::span<const std::string> users) {
+  Change change{session, group, session.domain.Members, session.domain.NotMembers, {}};
   const bool active_directory = session::is_active_directory(session);
+  platform::ObjectPtr bound;
   std::int32_t group_id = 0;
-  const session::Hourglass hourglass(session.form1);
-  if (!bind_chosen(session, "Could not connect to Group", [&] {
-        session.CurrentGroup = bind_group(session, *chosen);
+  if (bind_chosen(change, "Could not connect to Group", [&] {
+        bound = bind_group(session, group);
         if (active_directory)
-          group_id = directory::Group_RID(session, chosen->key);
-      }))
-    return;
-  change_selected(session, chosen->text, window.Members, window.NotMembers, [&](const ListRow& row) {
-    std::string reason;
-    if (active_directory)
-      reason = check_primary_group(session, row, chosen->text, group_id);
-    if (reason.empty())
-      session.CurrentGroup->Remove(member_path(session, row));
-    return reason;
-  });
+          group_id = directory::Group_RID(session, group.key);
+      })) {
+    change_users(change, users, [&](const ListRow& row) {
+      std::string reason;
+      if (active_directory)
+        reason = check_primary_group(change, row, group_id);
+      if (reason.empty())
+        bound->Remove(member_path(session, row));
+      return reason;
+    });
+  }
+  return std::move(change.outcome);
 }
 
 }  // namespace twk::groups

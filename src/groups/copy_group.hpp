@@ -1,22 +1,45 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
-}
+#include <string>
+#include <string_view>
 
-/// The window `frmCopy_Group`, which copies the users of one group into another of the same domain.
+#include "groups/group_object.hpp"
+
 namespace twk::groups {
 
-/// Fills the two lists of groups; the group chosen in `Groupsfrm` is the one to copy from.
-void frmCopy_Group_Form_Load(session::Session& session);
-/// A group was chosen in one of the lists.
-void frmCopy_Group_ImageCombo_Click(session::Session& session);
-/// Asks, and adds each user among the source's members to the destination, a row in `ListView1` and a step of
-/// the bar for each: "GREEN" for one who was added, "YELLOW" for one who is a member already, "RED" for one
-/// who was refused. Groups and contacts are skipped, and so are users whose primary group is the source. True
-/// when the walk was completed; a group that cannot be read ends it, as `Label1` reports.
-bool frmCopy_Group_btnCopy_Group_Click(session::Session& session);
-/// True when the window may close; a running copy is instead stopped after the current user.
-bool frmCopy_Group_btnCancel_Click(session::Session& session);
+/// What became of one user of a copy.
+struct CopiedUser {
+  std::string path;
+  std::string text;        ///< "CN=jo Added user."
+  std::string_view light;  ///< GREEN for one who was added, YELLOW for a member already, RED for a refusal
+};
+
+/// What a copy reports while it works.
+class CopyView {
+ public:
+  CopyView() = default;
+  CopyView(const CopyView&) = delete;
+  CopyView& operator=(const CopyView&) = delete;
+  virtual ~CopyView() = default;
+
+  virtual void copied(const CopiedUser& user) = 0;
+  /// From 0 to 100.
+  virtual void progress(int percent) = 0;
+  /// Asked after each user: true ends the copy.
+  virtual bool stopped() = 0;
+};
+
+struct CopyOutcome {
+  bool complete = false;   ///< the walk went through to its end or to a stop
+  std::string_view light;  ///< the worst of all users; at least YELLOW when it was stopped
+  std::string text;        ///< "3 of 3 users: 2 added, …", or what ended it
+};
+
+/// Asks whether to copy.
+bool confirm_copy(session::Session& session, const GroupRow& from, const GroupRow& to);
+
+/// Adds each user among the source's members to the destination. Groups and contacts are skipped, and so are
+/// users whose primary group is the source. A group that cannot be read ends it.
+CopyOutcome copy_group(session::Session& session, const GroupRow& from, const GroupRow& to, CopyView& view);
 
 }  // namespace twk::groups

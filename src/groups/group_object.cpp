@@ -2,10 +2,7 @@
 
 #include "base/errors.hpp"
 #include "directory/operations.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::groups {
@@ -14,9 +11,13 @@ using controls::ListRow;
 using controls::ListView;
 using session::Session;
 
-platform::ObjectPtr bind_group(Session& session, const ListRow& row) {
+GroupRow group_of(const ListRow& row) {
+  return {row.key, row.text};
+}
+
+platform::ObjectPtr bind_group(Session& session, const GroupRow& group) {
   return session.platform.directory.GetObject(
-      session::is_active_directory(session) ? row.key : directory::winnt_path(session, row.text));
+      session::is_active_directory(session) ? group.key : directory::winnt_path(session, group.name));
 }
 
 std::string member_path(const Session& session, const ListRow& row) {
@@ -29,34 +30,19 @@ bool is_user(const platform::DirectoryObject& member) {
 }
 
 void give_members_back(Session& session) {
-  session::Groupsfrm& window = session.groups;
+  ListView& members = session.domain.Members;
   std::vector<const ListRow*> rows;
-  rows.reserve(window.Members.size());
-  for (std::size_t i = 0; i < window.Members.size(); ++i)
-    rows.push_back(&window.Members.at(i));
-  controls::move_rows(window.Members, rows, window.NotMembers);
-  window.Decsription_Text.text = std::string();
-  window.ShownGroup = std::string();
-  window.OtherMembers = 0;
+  rows.reserve(members.size());
+  for (std::size_t i = 0; i < members.size(); ++i)
+    rows.push_back(&members.at(i));
+  controls::move_rows(members, rows, session.domain.NotMembers);
 }
 
-void enable_buttons(Session& session) {
-  session::Groupsfrm& window = session.groups;
-  const bool chosen = window.ListView1.selected() != nullptr;
-  const bool shown = !window.ShownGroup.get().empty();
-  window.Group_Details.enabled = chosen;
-  window.Delete_Group.enabled = chosen;
-  window.COPY_GRP.enabled = !window.ListView1.empty();
-  window.Command1.enabled = shown && window.Members.selected() != nullptr;
-  window.Command2.enabled = shown && window.NotMembers.selected() != nullptr;
-}
-
-void add_group_rows(Session& session, const std::string& key, const std::string& name,
-                    const std::string& type, bool global) {
+void add_group_rows(Session& session, const GroupRow& group, const std::string& type, bool global) {
   const auto add = [&](ListView& list, std::vector<std::string> columns = {}) {
     // A list that already has the group shows it correctly.
     base::Trap trap;
-    trap([&] { list.add(key, name, "W2KGRP", std::move(columns)); });
+    trap([&] { list.add(group.key, group.name, "W2KGRP", std::move(columns)); });
   };
   add(session.domain.all_groups, {type});
   add(session.domain.other_groups);
@@ -66,8 +52,9 @@ void add_group_rows(Session& session, const std::string& key, const std::string&
 }
 
 void remove_group_rows(Session& session, const std::string& key) {
-  for (ListView* const list : {&session.domain.all_groups, &session.domain.other_groups,
-                               &session.domain.template_choice, &session.domain.groups}) {
+  for (ListView* const list :
+       {&session.domain.all_groups, &session.domain.own_groups, &session.domain.other_groups,
+        &session.domain.template_choice, &session.domain.groups}) {
     if (const ListRow* const row = list->find_key(key))
       list->remove(*row);
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/directory.hpp"
 
@@ -11,11 +12,25 @@ namespace twk::session {
 struct Session;
 }
 
-/// What the windows around groups share.
+/// What the operations on groups share.
 namespace twk::groups {
 
-/// Binds the group of a row of `Groupsfrm.ListView1`: by its name in a WinNT domain, otherwise by its key.
-platform::ObjectPtr bind_group(session::Session& session, const controls::ListRow& row);
+/// A group as the lists of the domain hold it.
+struct GroupRow {
+  std::string key;
+  std::string name;
+};
+/// The group of a row.
+GroupRow group_of(const controls::ListRow& row);
+
+/// What became of the making or the deletion of a group.
+struct GroupOutcome {
+  std::string_view light;  ///< empty when it was refused before anything was tried
+  std::string text;        ///< what was done, or why it was not; empty for a group without a name
+};
+
+/// Binds the group: by its name in a WinNT domain, otherwise by its key.
+platform::ObjectPtr bind_group(session::Session& session, const GroupRow& group);
 /// The path of a user's row, as required by a group's `Add` and `Remove`.
 std::string member_path(const session::Session& session, const controls::ListRow& row);
 /// True for a user; a group's members may also be groups, contacts and computers.
@@ -23,12 +38,9 @@ bool is_user(const platform::DirectoryObject& member);
 
 /// Moves all rows of `Members` back to `NotMembers`: no group is shown.
 void give_members_back(session::Session& session);
-/// Enables the buttons of `Groupsfrm` that have something to work on.
-void enable_buttons(session::Session& session);
 
-/// Adds or removes the group's row in each list of the program that shows groups.
-void add_group_rows(session::Session& session, const std::string& key, const std::string& name,
-                    const std::string& type, bool global);
+/// Adds or removes the group's row in each list of the domain that holds groups.
+void add_group_rows(session::Session& session, const GroupRow& group, const std::string& type, bool global);
 void remove_group_rows(session::Session& session, const std::string& key);
 
 }  // namespace twk::groups

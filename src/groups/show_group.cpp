@@ -1,4 +1,7 @@
+#include "groups/show_group.hpp"
+
 #include <unordered_set>
+#include <vector>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -6,13 +9,7 @@
 #include "directory/details_fields.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "directory/user_details.hpp"
-#include "groups/group_object.hpp"
-#include "groups/groups_window.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/hourglass.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
@@ -54,15 +51,16 @@ class FoundRows {
   std::unordered_set<const ListRow*> known_;
 };
 
-/// The keys of users whose primary group this is and who have a row: that membership is an attribute of
-/// the user, not of the group.
-std::vector<std::string> take_by_primary_group(Session& session, FoundRows& found) {
+/// Takes the users whose primary group this is, and returns the keys of those that have a row: that
+/// membership is an attribute of the user, not of the group.
+std::vector<std::string> take_by_primary_group(Session& session, std::int32_t group_id, FoundRows& found,
+                                               std::size_t& others) {
   platform::QueryOptions options;
   options.page_size = 1000;
   const auto rows = directory::run_query(session,
                                          "<LDAP://" + session.DomainName +
                                              ">;(&(objectCategory=Person)(objectClass=User)(PrimaryGroupID=" +
-                                             base::to_text(session.groups.Group_RID) + "));adsPath;SubTree",
+                                             base::to_text(group_id) + "));adsPath;SubTree",
                                          options);
   std::vector<std::string> keys;
   if (!rows->at_eof())
@@ -73,7 +71,7 @@ std::vector<std::string> take_by_primary_group(Session& session, FoundRows& foun
     if (found.take_key(key))
       keys.push_back(std::move(key));
     else
-      ++session.groups.OtherMembers;
+      ++others;
   }
   return keys;
 }
@@ -88,61 +86,39 @@ void mark_primary(controls::ListView& members, const std::vector<std::string>& k
   }
 }
 
-/// The number of members that have a row.
-std::size_t show_group(Session& session, const ListRow& row) {
-  session::Groupsfrm& window = session.groups;
+GroupDetails read_group(Session& session, const GroupRow& group) {
   const bool active_directory = session::is_active_directory(session);
-  session.CurrentGroup = bind_group(session, row);
-  window.Group_RID = active_directory ? directory::Group_RID(session, row.key) : 0;
-  const std::string comment = platform::text_or_empty(*session.CurrentGroup, "Description");
+  const platform::ObjectPtr bound = bind_group(session, group);
+  const std::int32_t id = active_directory ? directory::Group_RID(session, group.key) : 0;
+  GroupDetails details;
+  details.comment = platform::text_or_empty(*bound, "Description");
   FoundRows found(session);
   base::Trap trap;
-  for (const platform::ObjectPtr& member : session.CurrentGroup->Members()) {
+  for (const platform::ObjectPtr& member : bound->Members()) {
     bool taken = false;
     trap([&] { taken = is_user(*member) && found.take(*member); });
     if (!taken)
-      ++window.OtherMembers;
+      ++details.others;
   }
   std::vector<std::string> by_primary_group;
   if (active_directory)
-    by_primary_group = take_by_primary_group(session, found);
-  window.Decsription_Text.text = comment;
-  window.ShownGroup = row.key;
+    by_primary_group = take_by_primary_group(session, id, found, details.others);
   found.move();
-  mark_primary(window.Members, by_primary_group);
-  return found.count();
+  mark_primary(session.domain.Members, by_primary_group);
+  details.users = found.count();
+  return details;
 }
 
 }  // namespace
 
-void Groupsfrm_Group_Details_Click(Session& session) {
-  session::Groupsfrm& window = session.groups;
-  const ListRow* const row = window.ListView1.selected();
-  if (row == nullptr)
-    return;
-  window.StatusBar1.panel1 = "Please wait...";
-  window.StatusBar1.panel2 = std::string();
-  const session::Hourglass hourglass(session.form1);
+GroupDetails show_group(Session& session, const GroupRow& group) {
   give_members_back(session);
-  std::size_t count = 0;
+  GroupDetails details;
   base::Trap trap;
-  trap([&] { count = show_group(session, *row); });
-  session.CurrentGroup.reset();
-  if (trap.number() != 0) {
-    give_members_back(session);
-    window.StatusBar1.panel1 = "Error reading group " + row->text + ": " + trap.description();
-  } else {
-    window.StatusBar1.panel1 = "Number of Members = " + base::to_text(static_cast<std::int64_t>(count));
-    if (window.OtherMembers != 0) {
-      window.StatusBar1.panel2 =
-          "Not in the lists: " + base::to_text(static_cast<std::int64_t>(window.OtherMembers));
-    }
-  }
-  enable_buttons(session);
-}
-
-void Groupsfrm_ListView1_DblClick(Session& session) {
-  Groupsfrm_Group_Details_Click(session);
+  if (trap([&] { details = read_group(session, group); }))
+    return details;
+  give_members_back(session);
+  return {.failure = "Error reading group " + group.name + ": " + trap.description()};
 }
 
 }  // namespace twk::groups

@@ -1,10 +1,7 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
-#include <cstdint>
 #include <string>
-#include <vector>
 
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
@@ -13,13 +10,6 @@
 namespace twk::session {
 
 struct LoadedDomain;
-
-/// A user whom the last change of members could not move, and why.
-struct RefusedMember {
-  std::string key;           ///< of the row
-  std::uint32_t number = 0;  ///< of the runtime error; 0 for the primary group, which cannot be left
-  std::string reason;
-};
 
 /// The groups of the domain and who is in them. The lists are filled by the load of the domain; between
 /// `Members` and `NotMembers` rows are only moved.
@@ -45,9 +35,6 @@ struct Groupsfrm {
   controls::Observable<bool> SortDescending{false};
   /// Key of the group whose members are in `Members`; empty for none.
   controls::Observable<std::string> ShownGroup;
-  std::int32_t Group_RID = 0;    ///< relative identifier of that group, in an Active Directory domain
-  std::size_t OtherMembers = 0;  ///< members of that group with no row: groups, contacts, users not loaded
-  std::vector<RefusedMember> refused;  ///< of the last change of members
 };
 
 /// Makes a group.

@@ -6,7 +6,6 @@
 #include "directory/tree/create_ou.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
-#include "groups/groups_window.hpp"
 #include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "session/multi_user.hpp"
@@ -16,6 +15,7 @@
 #include "windows/compact_database.hpp"
 #include "windows/custom_commands.hpp"
 #include "windows/editors/custom_properties.hpp"
+#include "windows/groups/groups_window.hpp"
 #include "windows/import.hpp"
 #include "windows/manage_ou.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
@@ -81,7 +81,7 @@ void mnuOption_Click(session::Session& session, int index) {
       windows::show_multi_user(session);
       break;
     case 4:
-      groups::Groupsfrm_Show(session);
+      windows::Groupsfrm_Show(session);
       break;
     default:
       break;

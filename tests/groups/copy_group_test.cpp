@@ -1,9 +1,9 @@
-#include "groups/copy_group.hpp"
+#include "windows/groups/copy_group.hpp"
 
 #include "groups/groups_world.hpp"
 #include "session/group_windows.hpp"
 
-namespace twk::groups {
+namespace twk::windows {
 namespace {
 
 using lab::DomainKind;
@@ -160,4 +160,4 @@ TEST(GroupCopyInADirectory, ShowsTheMembersAgainWhenItsWindowCloses) {
 }
 
 }  // namespace
-}  // namespace twk::groups
+}  // namespace twk::windows

@@ -1,4 +1,4 @@
-#include "groups/group_add.hpp"
+#include "windows/groups/group_add.hpp"
 
 #include "groups/groups_world.hpp"
 #include "session/form1.hpp"
@@ -6,7 +6,7 @@
 #include "session/multi_user.hpp"
 #include "windows/manage_ou.hpp"
 
-namespace twk::groups {
+namespace twk::windows {
 namespace {
 
 using lab::DomainKind;
@@ -187,4 +187,4 @@ TEST(NewGroupOfADirectory, OpensTheDialog) {
 }
 
 }  // namespace
-}  // namespace twk::groups
+}  // namespace twk::windows

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "groups/groups_window.hpp"
 #include "session/group_windows.hpp"
 #include "support/details_world.hpp"
 #include "support/world.hpp"
+#include "windows/groups/groups_window.hpp"
 
 namespace twk::test {
 
@@ -54,7 +54,7 @@ class GroupsWorld {
   }
   void show(const std::string& name) {
     choose(name);
-    groups::Groupsfrm_Group_Details_Click(session);
+    windows::Groupsfrm_Group_Details_Click(session);
   }
   /// Selects a user's row besides those that are selected.
   void select(controls::ListView& list, const std::string& name) {

@@ -9,8 +9,6 @@
 #include "directory/loading/ad_load.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
-#include "groups/copy_group.hpp"
-#include "groups/groups_window.hpp"
 #include "mail/search_mail.hpp"
 #include "records/records.hpp"
 #include "screens/help/help_topics.hpp"
@@ -34,6 +32,8 @@
 #include "windows/editors/edit_properties.hpp"
 #include "windows/editors/logon_hours.hpp"
 #include "windows/editors/permissions_window.hpp"
+#include "windows/groups/copy_group.hpp"
+#include "windows/groups/groups_window.hpp"
 #include "windows/main_window.hpp"
 #include "windows/manage_ou.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
@@ -172,7 +172,7 @@ std::vector<Window> windows() {
              windows::Listviewmnu_Edit(session, 0);
            }},
           {"find-user", by(windows::Find_User)},
-          {"group-add", by(groups::Groupsfrm_Add_Group_Click)},
+          {"group-add", by(windows::Groupsfrm_Add_Group_Click)},
           {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
           {"logon-hours", by(windows::LogonHours_Click)},
           {"multi-user", by(windows::show_multi_user)},
@@ -289,23 +289,23 @@ void save_groups(Album& album, screens::MainWindow& window, session::Session& se
   auto* const shown = window.findChild<QDialog*>("Groupsfrm");
   album.save(*shown, "window-groups-first");
   choose_row(state.ListView1, "Staff");
-  groups::Groupsfrm_Group_Details_Click(session);
+  windows::Groupsfrm_Group_Details_Click(session);
   for (const std::size_t place : {std::size_t{1}, std::size_t{3}})
     state.NotMembers.set_selected(state.NotMembers.at(place), true);
-  groups::Groupsfrm_NotMembers_Click(session);
+  windows::Groupsfrm_NotMembers_Click(session);
   album.save(*shown, "window-groups");
   album.save_modal("window-copy-group", [&] {
-    groups::frmCopy_Group_Form_Load(session);
+    windows::frmCopy_Group_Form_Load(session);
     choose_row(session.copy_group.ImageCombo1, "Staff");
     choose_row(session.copy_group.ImageCombo2, "Domain Guests");
     QTimer::singleShot(0, [] {
       if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
         box->button(QMessageBox::Yes)->click();
     });
-    groups::frmCopy_Group_btnCopy_Group_Click(session);
+    windows::frmCopy_Group_btnCopy_Group_Click(session);
     session.platform.dialogs.show_modal("frmCopy_Group");
   });
-  groups::Groupsfrm_ExitButton_Click(session);
+  windows::Groupsfrm_ExitButton_Click(session);
 }
 
 /// A connection that was tried and refused.

@@ -4,6 +4,7 @@
 #include "cli/frame/context.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/settings.hpp"
 
 namespace twk::cli {
@@ -37,15 +38,14 @@ session::Session& groups_session(Context& context, bool with_users) {
   return context.session(Depth::kDomain);
 }
 
-const controls::ListRow& choose_group(Context& context, controls::ListView& list, const std::string& name) {
+groups::GroupRow find_group(Context& context, const session::Session& session, const std::string& name) {
   const Domain domain = context.domain();
   const std::string found = locate_group(domain, name);
-  const controls::ListRow* const row =
-      list.find_key(domain.active_directory ? "LDAP://" + domain.name + "/" + found : found);
+  const controls::ListRow* const row = session.domain.all_groups.find_key(
+      domain.active_directory ? "LDAP://" + domain.name + "/" + found : found);
   if (row == nullptr)
     throw Refused("The list of groups does not contain " + found + ".");
-  list.select(&list.at(list.place_of(*row)));
-  return *row;
+  return groups::group_of(*row);
 }
 
 int tell_group(Context& context, const std::string& group, std::string_view light,

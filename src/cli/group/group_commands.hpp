@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "cli/parser/command.hpp"
-#include "controls/list_view.hpp"
+#include "groups/group_object.hpp"
 
 namespace twk::session {
 struct Session;
@@ -24,9 +24,8 @@ void add_group_members(Command& group, Context& context);
 /// A session whose lists contain all groups, and either all users or none, whatever the load options
 /// say.
 session::Session& groups_session(Context& context, bool with_users);
-/// Makes the group of that account name, common name or distinguished name the selected row of a list of
-/// groups. Raises `Refused`.
-const controls::ListRow& choose_group(Context& context, controls::ListView& list, const std::string& name);
+/// The group of that account name, common name or distinguished name. Raises `Refused`.
+groups::GroupRow find_group(Context& context, const session::Session& session, const std::string& name);
 /// Prints the outcome of an operation on a group; returns the exit code of its light.
 int tell_group(Context& context, const std::string& group, std::string_view light,
                const std::string& message);

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "cli/frame/context.hpp"
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
@@ -7,51 +5,43 @@
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
 #include "groups/copy_group.hpp"
-#include "session/group_windows.hpp"
 
 namespace twk::cli {
 namespace {
 
-/// The worst light among the rows; at least YELLOW for a stopped run.
-std::string_view worst_light(const session::frmCopy_Group& window) {
-  int worst = window.Stopped ? kExitYellow : kExitGreen;
-  for (std::size_t i = 0; i < window.ListView1.size(); ++i)
-    worst = std::max(worst, exit_code_of_light(window.ListView1.at(i).icon));
-  if (worst == kExitGreen)
-    return session::kGreen;
-  return worst == kExitYellow ? session::kYellow : session::kRed;
-}
+/// Prints the result for each user, and the percentage.
+class CopyPrinter final : public groups::CopyView {
+ public:
+  explicit CopyPrinter(Context& context) : context_(context) {}
+
+  void copied(const groups::CopiedUser& user) override {
+    progress_.clear();
+    const std::string light(user.light);
+    context_.output().result({{"path", user.path}, {"light", light}, {"message", user.text}},
+                             context_.output().light(light) + "  " + user.text);
+  }
+  void progress(int percent) override { progress_.show(std::to_string(percent) + " %"); }
+  bool stopped() override { return interrupted(); }
+
+ private:
+  Context& context_;
+  Progress progress_;
+};
 
 int copy_group(Context& context, const std::string& from, const std::string& to) {
   session::Session& session = groups_session(context, false);
-  session::frmCopy_Group& window = session.copy_group;
-  groups::frmCopy_Group_Form_Load(session);
-  choose_group(context, window.ImageCombo1, from);
-  const std::string destination = choose_group(context, window.ImageCombo2, to).text;
-  Progress progress;
-  context.dialogs().before_text([&] { progress.clear(); });
-  context.dialogs().on_events([&] {
-    window.Stopped = interrupted();
-    progress.show(std::to_string(window.ProgressBar1.value.get()) + " %");
-  });
-  const auto rows = window.ListView1.watch([&](const controls::ListChange& change) {
-    if (change.kind != controls::ListChange::Kind::kInserted)
-      return;
-    const controls::ListRow& row = window.ListView1.at(change.place);
-    progress.clear();
-    context.output().result({{"path", row.key}, {"light", row.icon}, {"message", row.text}},
-                            context.output().light(row.icon) + "  " + row.text);
-  });
-  const bool copied = groups::frmCopy_Group_btnCopy_Group_Click(session);
-  context.dialogs().before_text({});
-  context.dialogs().on_events({});
-  progress.clear();
-  if (window.Label1.caption.get().empty()) {
-    complain(destination + ": nothing was done.");
+  const groups::GroupRow source = find_group(context, session, from);
+  const groups::GroupRow destination = find_group(context, session, to);
+  if (!groups::confirm_copy(session, source, destination)) {
+    complain(destination.name + ": nothing was done.");
     return kExitYellow;
   }
-  return tell_group(context, destination, copied ? worst_light(window) : session::kRed,
-                    window.Label1.caption.get());
+  groups::CopyOutcome outcome;
+  {
+    CopyPrinter printer(context);
+    outcome = groups::copy_group(session, source, destination, printer);
+  }
+  return tell_group(context, destination.name, outcome.light, outcome.text);
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include <algorithm>
+#include <array>
 
 #include "base/text.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/failures.hpp"
-#include "groups/group_add.hpp"
-#include "session/group_windows.hpp"
+#include "groups/new_group.hpp"
 
 namespace twk::cli {
 namespace {
@@ -20,32 +20,31 @@ struct CreateArguments {
   std::string kind{kKinds[0]};
 };
 
-/// Chooses one of the window's options. Raises `Refused` for one that this kind of domain lacks.
 template <std::size_t size>
-void choose(std::array<controls::OptionButton, size>& options,
-            const std::array<std::string_view, size>& words, const std::string& word) {
-  const auto place = static_cast<std::size_t>(std::find(words.begin(), words.end(), word) - words.begin());
-  if (!options.at(place).value.get() && !options.at(place).enabled.get())
-    throw Refused("This kind of domain has no " + word + " groups.");
-  for (std::size_t i = 0; i < size; ++i)
-    options.at(i).value = i == place;
+std::size_t place_of(const std::array<std::string_view, size>& words, const std::string& word) {
+  return static_cast<std::size_t>(std::find(words.begin(), words.end(), word) - words.begin());
+}
+
+/// Raises `Refused` for a kind or a scope that this kind of domain lacks.
+groups::NewGroup order_of(const session::Session& session, const CreateArguments& arguments) {
+  const groups::NewGroup order{arguments.name, arguments.description,
+                               static_cast<groups::GroupKind>(place_of(kKinds, arguments.kind)),
+                               static_cast<groups::GroupScope>(place_of(kScopes, arguments.scope))};
+  const bool has_scope = groups::has_scope(session, order.scope);
+  if (!has_scope || !groups::has_kind(session, order.kind)) {
+    throw Refused("This kind of domain has no " + (has_scope ? arguments.kind : arguments.scope) +
+                  " groups.");
+  }
+  if (base::trim(arguments.name).empty())
+    throw Refused("The name of a group cannot be blank.");
+  return order;
 }
 
 int create_group(Context& context, const CreateArguments& arguments) {
   session::Session& session = groups_session(context, false);
-  groups::GroupAdd_Form_Load(session);
-  session::GroupAdd& window = session.group_add;
-  window.GRP_Name.text = arguments.name;
-  window.GRP_DESCRIPTION.text = arguments.description;
-  choose(window.Option1, kScopes, arguments.scope);
-  choose(window.Option2, kKinds, arguments.kind);
-  if (base::trim(arguments.name).empty())
-    throw Refused("The name of a group cannot be blank.");
-  context.dialogs().forget_trouble();
-  const bool made = groups::GroupAdd_OKButton_Click(session);
-  const std::string& trouble = context.dialogs().last_trouble();
-  return tell_group(context, arguments.name, made ? session::kGreen : session::kRed,
-                    made || trouble.empty() ? session.groups.StatusBar1.panel1.get() : trouble);
+  const groups::GroupOutcome outcome = groups::create_group(session, order_of(session, arguments));
+  return tell_group(context, arguments.name, outcome.light.empty() ? session::kRed : outcome.light,
+                    outcome.text);
 }
 
 template <std::size_t size>

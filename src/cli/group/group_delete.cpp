@@ -2,23 +2,20 @@
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "groups/groups_window.hpp"
-#include "session/group_windows.hpp"
+#include "groups/delete_group.hpp"
 
 namespace twk::cli {
 namespace {
 
 int delete_group(Context& context, const std::string& name) {
   session::Session& session = groups_session(context, false);
-  const std::string text = choose_group(context, session.groups.ListView1, name).text;
-  context.dialogs().forget_trouble();
-  const bool deleted = groups::Groupsfrm_Delete_Group_Click(session);
-  if (!deleted && context.dialogs().last_trouble().empty()) {
-    complain(text + ": nothing was done.");
+  const groups::GroupRow group = find_group(context, session, name);
+  if (!groups::confirm_deletion(session, group.name)) {
+    complain(group.name + ": nothing was done.");
     return kExitYellow;
   }
-  return tell_group(context, text, deleted ? session::kGreen : session::kRed,
-                    session.groups.StatusBar1.panel1.get());
+  const groups::GroupOutcome outcome = groups::delete_group(session, group);
+  return tell_group(context, group.name, outcome.light, outcome.text);
 }
 
 }  // namespace

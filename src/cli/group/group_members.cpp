@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <unordered_map>
 
 #include "base/text.hpp"
 #include "cli/frame/context.hpp"
@@ -7,8 +6,9 @@
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "groups/groups_window.hpp"
-#include "session/group_windows.hpp"
+#include "groups/change_members.hpp"
+#include "groups/show_group.hpp"
+#include "session/loaded_domain.hpp"
 
 namespace twk::cli {
 namespace {
@@ -28,7 +28,7 @@ struct MemberArguments {
 struct Change {
   ListView& from;
   ListView& to;
-  void (*press)(Session& session);
+  decltype(groups::add_members)& run;
   const char* done;        ///< "added to"
   const char* already_so;  ///< "a member already"
 };
@@ -39,22 +39,30 @@ std::string dn_of_key(const Domain& domain, const std::string& key) {
   return domain.active_directory && base::starts_with_fold(key, prefix) ? key.substr(prefix.size()) : "";
 }
 
-/// Shows the group as the window does. Raises `Refused` when it cannot be read.
-Session& show_group(Context& context, const std::string& name) {
+/// A group whose users are in the list `Members`.
+struct Shown {
+  Session& session;
+  groups::GroupRow group;
+  groups::GroupDetails details;
+};
+
+/// Raises `Refused` for a group that cannot be read.
+Shown show_group(Context& context, const std::string& name) {
   Session& session = groups_session(context, true);
-  choose_group(context, session.groups.ListView1, name);
-  groups::Groupsfrm_Group_Details_Click(session);
-  if (session.groups.ShownGroup.get().empty())
-    throw Refused(session.groups.StatusBar1.panel1);
-  return session;
+  Shown shown{session, find_group(context, session, name), {}};
+  shown.details = groups::show_group(session, shown.group);
+  if (!shown.details.failure.empty())
+    throw Refused(shown.details.failure);
+  return shown;
 }
 
 int list_members(Context& context, const std::string& name) {
-  const session::Groupsfrm& window = show_group(context, name).groups;
+  const Shown shown = show_group(context, name);
+  const ListView& members = shown.session.domain.Members;
   const Domain domain = context.domain();
   std::vector<Json> rows;
-  for (std::size_t i = 0; i < window.Members.size(); ++i) {
-    const ListRow& row = window.Members.at(i);
+  for (std::size_t i = 0; i < members.size(); ++i) {
+    const ListRow& row = members.at(i);
     // An NT group lists its members without saying whose primary group it is.
     const Json primary = domain.active_directory ? Json(!row.sub_items.empty()) : Json(nullptr);
     rows.push_back({{"name", row.text}, {"primary", primary}, {"dn", dn_of_key(domain, row.key)}});
@@ -63,8 +71,8 @@ int list_members(Context& context, const std::string& name) {
     return base::upper(a.text_at("name")) < base::upper(b.text_at("name"));
   });
   context.output().table(kColumns, rows);
-  if (window.OtherMembers != 0) {
-    complain(std::to_string(window.OtherMembers) +
+  if (shown.details.others != 0) {
+    complain(std::to_string(shown.details.others) +
              " more members are groups, contacts or users that are not managed here; `twk group show` "
              "lists them.");
   }
@@ -95,8 +103,8 @@ struct Chosen {
   std::string name;
 };
 
-/// Selects the rows to move. What cannot be done is reported at once.
-std::vector<Chosen> select_users(Context& context, const Change& change,
+/// The users who can be changed, each once. What cannot be done is reported at once.
+std::vector<Chosen> choose_users(Context& context, const Change& change,
                                  const std::vector<std::string>& users, Teller& teller) {
   std::vector<Chosen> chosen;
   for (const std::string& user : users) {
@@ -108,9 +116,8 @@ std::vector<Chosen> select_users(Context& context, const Change& change,
       continue;
     }
     if (const ListRow* const row = change.from.find_key(key)) {
-      if (!row->selected)
-        chosen.push_back({key, user});
-      change.from.set_selected(change.from.at(change.from.place_of(*row)), true);
+      if (std::ranges::find(chosen, row->key, &Chosen::key) == chosen.end())
+        chosen.push_back({row->key, user});
     } else if (change.to.find_key(key) != nullptr) {
       teller.tell(user, session::kYellow, user + " is " + change.already_so + ".");
     } else {
@@ -120,35 +127,35 @@ std::vector<Chosen> select_users(Context& context, const Change& change,
   return chosen;
 }
 
+void tell_user(Teller& teller, const groups::MembersOutcome& outcome, const Chosen& user,
+               const std::string& done) {
+  if (!outcome.bound)
+    return teller.tell(user.name, session::kRed, outcome.text);
+  const auto refused = std::ranges::find(outcome.refused, user.key, &groups::RefusedMember::key);
+  if (refused == outcome.refused.end())
+    return teller.tell(user.name, session::kGreen, user.name + " " + done + ".");
+  teller.tell(user.name, refused->number == 0 ? session::kYellow : session::kRed, refused->reason);
+}
+
 int change_members(Context& context, const MemberArguments& arguments, bool add) {
-  Session& session = show_group(context, arguments.group);
-  session::Groupsfrm& window = session.groups;
-  const Change change = add ? Change{window.NotMembers, window.Members, groups::Groupsfrm_Command2_Click,
-                                     "added to", "a member already"}
-                            : Change{window.Members, window.NotMembers, groups::Groupsfrm_Command1_Click,
-                                     "removed from", "no member"};
+  const Shown shown = show_group(context, arguments.group);
+  session::LoadedDomain& lists = shown.session.domain;
+  const Change change =
+      add ? Change{lists.NotMembers, lists.Members, groups::add_members, "added to", "a member already"}
+          : Change{lists.Members, lists.NotMembers, groups::remove_members, "removed from", "no member"};
   Teller teller(context, arguments.group);
-  const std::vector<Chosen> chosen = select_users(context, change, arguments.users, teller);
+  const std::vector<Chosen> chosen = choose_users(context, change, arguments.users, teller);
   if (chosen.empty())
     return teller.exit_code();
-  change.press(session);
-  std::unordered_map<std::string, const session::RefusedMember*> refused;
-  for (const session::RefusedMember& one : window.refused)
-    refused.emplace(base::upper(one.key), &one);
-  for (const Chosen& user : chosen) {
-    const auto found = refused.find(base::upper(user.key));
-    if (change.from.find_key(user.key) == nullptr)
-      teller.tell(user.name, session::kGreen, user.name + " " + change.done + " " + arguments.group + ".");
-    else if (found == refused.end())  // the group itself could not be bound
-      teller.tell(user.name, session::kRed, window.StatusBar1.panel1.get());
-    else
-      teller.tell(user.name, found->second->number == 0 ? session::kYellow : session::kRed,
-                  found->second->reason);
-  }
-  const auto lost = refused.find(std::string());
-  if (lost == refused.end())
+  std::vector<std::string> keys;
+  for (const Chosen& user : chosen)
+    keys.push_back(user.key);
+  const groups::MembersOutcome outcome = change.run(shown.session, shown.group, keys);
+  for (const Chosen& user : chosen)
+    tell_user(teller, outcome, user, change.done + (" " + arguments.group));
+  if (outcome.not_kept.empty())
     return teller.exit_code();
-  complain(lost->second->reason);
+  complain(outcome.not_kept);
   return kExitRed;
 }
 

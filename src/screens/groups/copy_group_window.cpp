@@ -1,12 +1,12 @@
 #include <QCompleter>
 #include <QVBoxLayout>
 
-#include "groups/copy_group.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "session/group_windows.hpp"
+#include "windows/groups/copy_group.hpp"
 
 namespace twk::screens {
 namespace {
@@ -68,7 +68,7 @@ void add_groups(QFormLayout& form, Session& session, const QString& caption, con
                 controls::ListView& groups) {
   auto* const box = new GroupBox(groups, form.parentWidget());
   box->setObjectName(name);
-  box->chosen = [&session] { groups::frmCopy_Group_ImageCombo_Click(session); };
+  box->chosen = [&session] { windows::frmCopy_Group_ImageCombo_Click(session); };
   form.addRow(caption, box);
 }
 
@@ -101,7 +101,7 @@ class CopyWindow final : public QDialog {
  public:
   CopyWindow(Session& session, QWidget* parent) : QDialog(parent), session_(session) {}
   void reject() override {
-    if (groups::frmCopy_Group_btnCancel_Click(session_))
+    if (windows::frmCopy_Group_btnCancel_Click(session_))
       QDialog::reject();
   }
 
@@ -134,7 +134,7 @@ std::unique_ptr<QDialog> make_copy_group(Session& session, QWidget* parent) {
   bind_to(*told, state.Label1);
   bottom->addWidget(told, 1);
   add_button(*bottom, "&Copy", "btnCopy_Group", state.btnCopy_Group, [&session] {
-    groups::frmCopy_Group_btnCopy_Group_Click(session);
+    windows::frmCopy_Group_btnCopy_Group_Click(session);
   })->setDefault(true);
   add_button(*bottom, "C&lose", "btnCancel", state.btnCancel, [dialog] { dialog->reject(); });
   dialog->resize(640, 440);

@@ -1,10 +1,10 @@
 #include <QVBoxLayout>
 
-#include "groups/group_add.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/group_windows.hpp"
+#include "windows/groups/group_add.hpp"
 
 namespace twk::screens {
 namespace {
@@ -50,7 +50,7 @@ std::unique_ptr<QDialog> make_group_add(session::Session& session, QWidget* pare
   choices->addWidget(
       make_choice<2>("Kind", "Option2", state.Option2, {"&Security", "&Distribution"}, dialog));
   rows->addStretch();
-  add_ok_cancel(*dialog, *rows, "OKButton", [&session] { return groups::GroupAdd_OKButton_Click(session); });
+  add_ok_cancel(*dialog, *rows, "OKButton", [&session] { return windows::GroupAdd_OKButton_Click(session); });
   dialog->resize(420, dialog->sizeHint().height());
   return window;
 }

@@ -4,7 +4,6 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
-#include "groups/groups_window.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/form.hpp"
@@ -12,6 +11,7 @@
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/group_windows.hpp"
+#include "windows/groups/groups_window.hpp"
 
 namespace twk::screens {
 namespace {
@@ -27,7 +27,7 @@ class GroupsWindow final : public QDialog {
     setWindowFlag(Qt::WindowMaximizeButtonHint);
   }
   void reject() override {
-    run_guarded([this] { groups::Groupsfrm_ExitButton_Click(session_); });
+    run_guarded([this] { windows::Groupsfrm_ExitButton_Click(session_); });
   }
 
  protected:
@@ -82,7 +82,7 @@ void follow_order(ListPane& pane, Session& session) {
   follow(pane, state.SortKey, [show](int) { show(); });
   follow(pane, state.SortDescending, [show](bool) { show(); });
   QObject::connect(pane.header(), &QHeaderView::sectionClicked, &pane, [&session, show](int column) {
-    run_guarded([&] { groups::Groupsfrm_ListView1_ColumnClick(session, column); });
+    run_guarded([&] { windows::Groupsfrm_ListView1_ColumnClick(session, column); });
     show();  // the heading has turned its arrow meanwhile
   });
 }
@@ -104,19 +104,19 @@ QWidget* make_groups_side(Session& session, QWidget* parent) {
                side);
   pane->header()->resizeSection(0, 160);
   follow_order(*pane, session);
-  pane->on_click = [&session] { groups::Groupsfrm_ListView1_Click(session); };
-  pane->on_activate = [&session] { groups::Groupsfrm_ListView1_DblClick(session); };
-  pane->on_delete = [&session] { groups::Groupsfrm_Delete_Group_Click(session); };
+  pane->on_click = [&session] { windows::Groupsfrm_ListView1_Click(session); };
+  pane->on_activate = [&session] { windows::Groupsfrm_ListView1_DblClick(session); };
+  pane->on_delete = [&session] { windows::Groupsfrm_Delete_Group_Click(session); };
   auto* const buttons = new QHBoxLayout;
   column->addLayout(buttons);
   add_picture_button(*buttons, "S&how", "find", "Group_Details", state.Group_Details,
-                     [&session] { groups::Groupsfrm_Group_Details_Click(session); });
+                     [&session] { windows::Groupsfrm_Group_Details_Click(session); });
   add_picture_button(*buttons, "&New…", "new", "Add_Group", state.Add_Group,
-                     [&session] { groups::Groupsfrm_Add_Group_Click(session); });
+                     [&session] { windows::Groupsfrm_Add_Group_Click(session); });
   add_picture_button(*buttons, "&Delete", "delete", "Delete_Group", state.Delete_Group,
-                     [&session] { groups::Groupsfrm_Delete_Group_Click(session); });
+                     [&session] { windows::Groupsfrm_Delete_Group_Click(session); });
   add_button(*buttons, "&Copy…", "COPY_GRP", state.COPY_GRP,
-             [&session] { groups::Groupsfrm_COPY_GRP_Click(session); });
+             [&session] { windows::Groupsfrm_COPY_GRP_Click(session); });
   buttons->addStretch();
   return side;
 }
@@ -155,9 +155,9 @@ QWidget* make_users_side(Session& session, QWidget* parent) {
   members->header()->setStretchLastSection(false);
   members->header()->setSectionResizeMode(0, QHeaderView::Stretch);
   members->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-  members->on_click = [&session] { groups::Groupsfrm_Members_Click(session); };
-  members->on_activate = [&session] { groups::Groupsfrm_Members_DblClick(session); };
-  members->on_delete = [&session] { groups::Groupsfrm_Command1_Click(session); };
+  members->on_click = [&session] { windows::Groupsfrm_Members_Click(session); };
+  members->on_activate = [&session] { windows::Groupsfrm_Members_DblClick(session); };
+  members->on_delete = [&session] { windows::Groupsfrm_Command1_Click(session); };
   follow(*members, state.ShownGroup, [members](const std::string& key) {
     members->set_empty_text(key.empty() ? "Show a group to see its members." : "No users are in this group.");
   });
@@ -165,9 +165,9 @@ QWidget* make_users_side(Session& session, QWidget* parent) {
   lists->addLayout(buttons);
   buttons->addStretch();
   add_picture_button(*buttons, "&Add", "add", "Command2", state.Command2,
-                     [&session] { groups::Groupsfrm_Command2_Click(session); });
+                     [&session] { windows::Groupsfrm_Command2_Click(session); });
   add_picture_button(*buttons, "&Remove", "remove", "Command1", state.Command1,
-                     [&session] { groups::Groupsfrm_Command1_Click(session); });
+                     [&session] { windows::Groupsfrm_Command1_Click(session); });
   buttons->addStretch();
   auto* const right = new QVBoxLayout;
   lists->addLayout(right, 1);
@@ -182,7 +182,7 @@ QWidget* make_users_side(Session& session, QWidget* parent) {
                  .sorted = true,
                  .empty_text = "No users. \"Show all users\" reads those of the domain."}},
                side);
-  others->on_click = [&session] { groups::Groupsfrm_NotMembers_Click(session); };
+  others->on_click = [&session] { windows::Groupsfrm_NotMembers_Click(session); };
   return side;
 }
 
@@ -225,7 +225,7 @@ std::unique_ptr<QDialog> make_groups(Session& session, QWidget* parent) {
   add_panel(*bottom, "panel2", session.groups.StatusBar1.panel2, dialog)
       ->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   add_button(*bottom, "Show all &users", "btn_showGrpusers", session.groups.btn_showGrpusers,
-             [&session] { groups::Groupsfrm_btn_showGrpusers_Click(session); });
+             [&session] { windows::Groupsfrm_btn_showGrpusers_Click(session); });
   add_button(*bottom, "E&xit", "ExitButton", session.groups.ExitButton, [dialog] { dialog->reject(); });
   dialog->resize(980, 580);
   return window;

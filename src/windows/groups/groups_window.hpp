@@ -1,14 +1,10 @@
 #pragma once
 
-#include <string>
-
-namespace twk::session {
-struct Session;
-}
+#include "groups/change_members.hpp"
 
 /// The window `Groupsfrm`: every group of the domain, and the members of the one shown. Closing only hides
 /// it, so that its lists stay; the main window is locked meanwhile.
-namespace twk::groups {
+namespace twk::windows {
 
 /// The entry "Groups" of the options menu and the toolbar.
 void Groupsfrm_Show(session::Session& session);
@@ -27,18 +23,16 @@ void Groupsfrm_ListView1_Click(session::Session& session);
 /// Sorts by a column, counted from 0; clicking the same heading again reverses the order.
 void Groupsfrm_ListView1_ColumnClick(session::Session& session, int column);
 
-/// Add the selected users of `NotMembers` to the chosen group, and remove those of `Members` from it, from
-/// the last row to the first. A group that cannot be bound is reported in a box. A refused user keeps row and
-/// selection; `refused` holds the reasons, and panel 1 the first of them. A user's primary group cannot be
-/// left, as a box reports. Do nothing without a chosen group.
-void Groupsfrm_Command2_Click(session::Session& session);
-void Groupsfrm_Command1_Click(session::Session& session);
+/// Add the selected users of `NotMembers` to the chosen group, and remove those of `Members` from it; panel 1
+/// shows what came of it. A refused user keeps the selection. Do nothing without a chosen group.
+groups::MembersOutcome Groupsfrm_Command2_Click(session::Session& session);
+groups::MembersOutcome Groupsfrm_Command1_Click(session::Session& session);
 /// A user was selected in one of the lists, which deselects the other.
 void Groupsfrm_Members_Click(session::Session& session);
 void Groupsfrm_NotMembers_Click(session::Session& session);
 void Groupsfrm_Members_DblClick(session::Session& session);
 
-/// Asks, and deletes the chosen group. True when it is gone; a failure is reported in a box.
+/// Asks, and deletes the chosen group; the details tab is emptied. True when it is gone.
 bool Groupsfrm_Delete_Group_Click(session::Session& session);
 
 /// Opens `GroupAdd`; in a WinNT domain asks for the name of a new global group and makes it.
@@ -48,4 +42,4 @@ void Groupsfrm_COPY_GRP_Click(session::Session& session);
 /// "Show all users": reads them after a question, then shows the current group again.
 void Groupsfrm_btn_showGrpusers_Click(session::Session& session);
 
-}  // namespace twk::groups
+}  // namespace twk::windows

@@ -1,0 +1,208 @@
+#include "windows/groups/groups_window.hpp"
+
+#include "base/text.hpp"
+#include "directory/loading/ad_load.hpp"
+#include "directory/user_details.hpp"
+#include "groups/delete_group.hpp"
+#include "groups/show_group.hpp"
+#include "session/form1.hpp"
+#include "session/group_windows.hpp"
+#include "session/hourglass.hpp"
+#include "session/loaded_domain.hpp"
+#include "session/session.hpp"
+#include "windows/groups/copy_group.hpp"
+#include "windows/groups/group_add.hpp"
+
+namespace twk::windows {
+
+using controls::ListRow;
+using groups::MembersOutcome;
+using session::Session;
+
+namespace {
+
+void tell(Session& session, std::string panel1, std::string panel2 = {}) {
+  session.groups.StatusBar1.panel1 = std::move(panel1);
+  session.groups.StatusBar1.panel2 = std::move(panel2);
+}
+
+/// No group is shown.
+void clear_group(Session& session) {
+  session.groups.Decsription_Text.text = std::string();
+  session.groups.ShownGroup = std::string();
+}
+
+/// Enables the buttons that have something to work on.
+void enable_buttons(Session& session) {
+  session::Groupsfrm& window = session.groups;
+  const bool chosen = window.ListView1.selected() != nullptr;
+  const bool shown = !window.ShownGroup.get().empty();
+  window.Group_Details.enabled = chosen;
+  window.Delete_Group.enabled = chosen;
+  window.COPY_GRP.enabled = !window.ListView1.empty();
+  window.Command1.enabled = shown && window.Members.selected() != nullptr;
+  window.Command2.enabled = shown && window.NotMembers.selected() != nullptr;
+}
+
+std::vector<std::string> selected_keys(const controls::ListView& list) {
+  std::vector<std::string> keys;
+  for (const ListRow* const row : list.selected_rows())
+    keys.push_back(row->key);
+  return keys;
+}
+
+/// Changes the members of the chosen group by the selected users of a list.
+MembersOutcome change_members(Session& session, const controls::ListView& list,
+                              decltype(groups::add_members)& change) {
+  const ListRow* const chosen = session.groups.ListView1.selected();
+  if (chosen == nullptr)
+    return {};
+  const session::Hourglass hourglass(session.form1);
+  MembersOutcome outcome = change(session, groups::group_of(*chosen), selected_keys(list));
+  session.groups.StatusBar1.panel1 = outcome.text;
+  enable_buttons(session);
+  return outcome;
+}
+
+}  // namespace
+
+void Groupsfrm_Show(Session& session) {
+  session::Groupsfrm& window = session.groups;
+  Groupsfrm_Form_Load(session);
+  session.form1.enabled = false;
+  window.visible = true;
+}
+
+void Groupsfrm_Form_Load(Session& session) {
+  session::Groupsfrm& window = session.groups;
+  window.Decsription_Text.locked = true;
+  // All users of a WinNT domain are read when it is loaded.
+  window.btn_showGrpusers.visible = session::is_active_directory(session);
+  tell(session, {});
+  enable_buttons(session);
+}
+
+void Groupsfrm_ExitButton_Click(Session& session) {
+  groups::give_members_back(session);
+  clear_group(session);
+  session.form1.enabled = true;
+  session.groups.visible = false;
+}
+
+void Groupsfrm_Group_Details_Click(Session& session) {
+  const ListRow* const row = session.groups.ListView1.selected();
+  if (row == nullptr)
+    return;
+  tell(session, "Please wait...");
+  clear_group(session);
+  const session::Hourglass hourglass(session.form1);
+  const groups::GroupDetails details = groups::show_group(session, groups::group_of(*row));
+  if (details.failure.empty()) {
+    session.groups.Decsription_Text.text = details.comment;
+    session.groups.ShownGroup = row->key;
+    tell(session, "Number of Members = " + base::to_text(static_cast<std::int64_t>(details.users)),
+         details.others == 0
+             ? std::string()
+             : "Not in the lists: " + base::to_text(static_cast<std::int64_t>(details.others)));
+  } else {
+    tell(session, details.failure);
+  }
+  enable_buttons(session);
+}
+
+void Groupsfrm_ListView1_DblClick(Session& session) {
+  Groupsfrm_Group_Details_Click(session);
+}
+
+void Groupsfrm_ListView1_Click(Session& session) {
+  session::Groupsfrm& window = session.groups;
+  const controls::ListRow* const row = window.ListView1.selected();
+  const std::string& shown = window.ShownGroup;
+  if (!shown.empty() && (row == nullptr || row->key != shown)) {
+    groups::give_members_back(session);
+    clear_group(session);
+    tell(session, {});
+  }
+  enable_buttons(session);
+}
+
+void Groupsfrm_ListView1_ColumnClick(Session& session, int column) {
+  session::Groupsfrm& window = session.groups;
+  if (window.SortKey == column) {
+    window.SortDescending = !window.SortDescending.get();
+    return;
+  }
+  window.SortDescending = false;
+  window.SortKey = column;
+}
+
+MembersOutcome Groupsfrm_Command2_Click(Session& session) {
+  return change_members(session, session.domain.NotMembers, groups::add_members);
+}
+
+MembersOutcome Groupsfrm_Command1_Click(Session& session) {
+  return change_members(session, session.domain.Members, groups::remove_members);
+}
+
+void Groupsfrm_Members_Click(Session& session) {
+  if (session.domain.NotMembers.selected() != nullptr)
+    session.domain.NotMembers.select(nullptr);
+  enable_buttons(session);
+}
+
+void Groupsfrm_NotMembers_Click(Session& session) {
+  if (session.domain.Members.selected() != nullptr)
+    session.domain.Members.select(nullptr);
+  enable_buttons(session);
+}
+
+void Groupsfrm_Members_DblClick(Session& session) {
+  Groupsfrm_Command1_Click(session);
+}
+
+bool Groupsfrm_Delete_Group_Click(Session& session) {
+  const ListRow* const chosen = session.groups.ListView1.selected();
+  if (chosen == nullptr || !groups::confirm_deletion(session, chosen->text))
+    return false;
+  const session::Hourglass hourglass(session.form1);
+  const groups::GroupOutcome outcome = groups::delete_group(session, groups::group_of(*chosen));
+  if (outcome.light != session::kGreen) {
+    session.groups.StatusBar1.panel1 = outcome.text;
+    return false;
+  }
+  clear_group(session);
+  directory::Clear_UM(session);
+  tell(session, outcome.text);
+  enable_buttons(session);
+  return true;
+}
+
+void Groupsfrm_Add_Group_Click(Session& session) {
+  if (session::is_active_directory(session)) {
+    GroupAdd_Form_Load(session);
+    session.platform.dialogs.show_modal("GroupAdd");
+  } else {
+    ask_for_nt_group(session);
+  }
+  enable_buttons(session);
+}
+
+void Groupsfrm_COPY_GRP_Click(Session& session) {
+  frmCopy_Group_Form_Load(session);
+  session.platform.dialogs.show_modal("frmCopy_Group");
+  // There may now be more members to show.
+  if (!session.groups.ShownGroup.get().empty())
+    Groupsfrm_Group_Details_Click(session);
+}
+
+void Groupsfrm_btn_showGrpusers_Click(Session& session) {
+  const bool shown = !session.groups.ShownGroup.get().empty();
+  directory::btn_showGrpusers_Click(session);
+  // All users that were read are in one list again.
+  if (shown && session.domain.Members.empty())
+    Groupsfrm_Group_Details_Click(session);
+  else
+    enable_buttons(session);
+}
+
+}  // namespace twk::windows
