@@ -20,7 +20,8 @@ mail::MailboxOwner owner_of(const CreationRun& run) {
           run.request.MiddleName,
           run.request.LastName,
           run.SamName,
-          {site.mail_server, site.mail_site, site.mail_organization}};
+          {site.mail_server, site.mail_site, site.mail_organization},
+          run.session.import.Importing && run.request.skip_prompts};
 }
 
 bool create_55(CreationRun& run) {
@@ -28,8 +29,7 @@ bool create_55(CreationRun& run) {
   mail::Mailbox55 request;
   request.LookupServer = session::is_active_directory(session) ? session.DnsServerName : run.PdcName;
   request.Domain = directory::winnt_domain(session);
-  request.AdminName = run.request.mail_administrator.name;
-  request.AdminPassword = run.request.mail_administrator.password;
+  request.administrator = run.request.mail_administrator;
   request.owner = owner_of(run);
   return mail::CreateMailbox55(run.session, request);
 }
@@ -47,6 +47,20 @@ void split_full_name(NewUserRequest& request, const std::string& full_name) {
     request.LastName = base::trim(std::string_view(full_name).substr(blank));
 }
 
+/// The mailbox alone is no creation to look at.
+class NobodyWatches final : public CreationView {
+ public:
+  void status(std::string_view /*text*/) override {}
+  void step(std::string_view /*caption*/) override {}
+  void progress(int /*percent*/) override {}
+  void begin() override {}
+  void start_work() override {}
+  void names(const NewUserRequest& /*request*/) override {}
+  void lock() override {}
+  void unlock() override {}
+  void stage(Stage /*stage*/, StageState /*state*/) override {}
+};
+
 /// A run that is past its account stage.
 void take_account(CreationRun& run, const platform::ObjectPtr& user) {
   run.CurrentUserObject = user;
@@ -62,11 +76,12 @@ void take_account(CreationRun& run, const platform::ObjectPtr& user) {
 
 }  // namespace
 
-bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
-                      const session::MailAdministrator& administrator, CreationView& view) {
+session::CreationOutcome CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
+                                          const session::MailAdministrator& administrator) {
   session.log.begin_block();
   NewUserRequest request;
   request.mail_administrator = administrator;
+  NobodyWatches view;
   CreationRun run(session, std::move(request), view);
   run.site = values_of(session.ActiveSite);
   take_account(run, user);
@@ -78,9 +93,13 @@ bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user
   const std::string_view light = !made                          ? session::kRed
                                  : mailbox == Mailbox::kCreated ? session::kGreen
                                                                 : session::kYellow;
-  session::LOG_TAB(session, light,
-                   (made ? "Created Mail Account for " : "Failed to create Mail Account for ") + run.SamName);
-  return made;
+  session::CreationOutcome outcome;
+  outcome.user = run.SamName;
+  outcome.light = light;
+  outcome.message = session::LOG_TAB(
+      session, light,
+      (made ? "Created Mail Account for " : "Failed to create Mail Account for ") + run.SamName);
+  return outcome;
 }
 
 Mailbox CreateMailbox(CreationRun& run) {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "creation/creation_view.hpp"
 #include "platform/directory.hpp"
+#include "session/creation_outcome.hpp"
+#include "session/preferences.hpp"
 
 namespace twk::session {
 struct Session;
@@ -18,8 +19,8 @@ enum class Mailbox { kCreated, kCreatedWithWarnings, kFailed };
 Mailbox CreateMailbox(CreationRun& run);
 
 /// The same for an account that is there already, with the site and the template that are loaded. The names
-/// come from the account. The outcome is told in the logs; True when there is a mailbox.
-bool CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
-                      const session::MailAdministrator& administrator, CreationView& view);
+/// come from the account. The outcome is also told in the logs.
+session::CreationOutcome CreateMailboxFor(session::Session& session, const platform::ObjectPtr& user,
+                                          const session::MailAdministrator& administrator);
 
 }  // namespace twk::creation

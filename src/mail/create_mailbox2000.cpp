@@ -32,7 +32,7 @@ std::string expand(Session& session, const MailboxOwner& owner, std::string valu
 std::string value_to_write(Session& session, const MailboxOwner& owner, const controls::ListRow& row) {
   const std::string value = value_of(row);
   if (base::equals_fold(value, "PROMPT"))
-    return ask_for_value(session, row.text);
+    return ask_for_value(session, owner, row.text);
   std::string expanded = expand(session, owner, value);
   return expanded.find('%') == base::npos ? expanded : std::string();
 }

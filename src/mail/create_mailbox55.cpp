@@ -64,14 +64,15 @@ void tell_failure(Session& session, std::uint32_t number, const std::string& des
 }
 
 void connect(Work& work) {
-  const std::string path = container_path(work.session, work.owner().place, work.rows.Container);
+  const std::string path =
+      container_path(work.owner().place, work.request.administrator.port, work.rows.Container);
   if (session::is_debug(work.session)) {
     work.log(path);
     work.log("EmailAddress: " + work.rows.TargetAddress);
   }
   work.log("Connect to Object:" + path);
   work.session.Error_Log_Text = "Failed to Connect to: " + path;
-  work.container = bind_exchange(work.session, path, work.request.AdminName, work.request.AdminPassword);
+  work.container = bind_exchange(work.session, path, work.request.administrator);
 }
 
 void create_object(Work& work) {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "mail/mail_rows.hpp"
+#include "session/preferences.hpp"
 
 namespace twk::mail {
 
@@ -11,8 +12,7 @@ struct Mailbox55 {
   bool CustomRecipient = false;  ///< an address elsewhere instead of a mailbox
   std::string LookupServer;      ///< where to look up accounts; empty for the default controller
   std::string Domain;            ///< NetBIOS name
-  std::string AdminName;
-  std::string AdminPassword;
+  session::MailAdministrator administrator;
   std::string TargetAddress;  ///< for a table without a "TARGET-ADDRESS" row
   MailboxOwner owner;
 };

@@ -9,8 +9,6 @@
 #include "base/text.hpp"
 #include "mail/mail_rows.hpp"
 #include "mail/search_mail.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -35,12 +33,9 @@ bool wants_search(Session& session) {
              Buttons::kYesNo, Icon::kQuestion, "Can't Find Mailox to Delete") == Answer::kYes;
 }
 
-bool is_sure(Session& session, const Recipient& mailbox) {
-  if (!session.form1.Confirm_Deletes.on() || session.run.terms.silent)
-    return true;
-  return session.platform.dialogs.MsgBox(
-             "Sure to Delete Mailbox\r\n" + mailbox.container + "\r\ncn=" + mailbox.name, Buttons::kYesNo,
-             Icon::kQuestion, "Delete Mailbox") == Answer::kYes;
+bool is_sure(Session& session, const MailboxDeletion& request, const Recipient& mailbox) {
+  return !request.confirm || request.silent ||
+         confirm_mailbox_deletion(session, mailbox.container + "\r\ncn=" + mailbox.name);
 }
 
 bool has_value(platform::DirectoryObject& object, std::string_view attribute) {
@@ -49,7 +44,8 @@ bool has_value(platform::DirectoryObject& object, std::string_view attribute) {
 }
 
 /// "There is no mailbox called "jo" in Head Office on EX55.", or which ones exist.
-std::string found_text(const MailboxDeletion& request, const std::vector<std::string>& paths) {
+std::string found_text(const MailboxDeletion& request, const SiteSearch& search) {
+  const std::vector<std::string> paths = paths_of(search);
   const std::string named =
       " called \"" + request.SamName + "\" in " + request.place.Site + " on " + request.place.Server;
   if (paths.empty())
@@ -65,9 +61,9 @@ std::string found_text(const MailboxDeletion& request, const std::vector<std::st
   base::raise(platform::ads_error::kNoSuchObject, reason);
 }
 
-std::vector<std::string> search(Session& session, const MailboxDeletion& request) {
+SiteSearch search(Session& session, const MailboxDeletion& request) {
   try {
-    return find_mailboxes(session, request);
+    return search_site(session, search_of(request));
   } catch (const base::RuntimeError& failure) {
     base::raise(failure.number(), "Unable to connect to Exchange Server " + request.place.Server + ": " +
                                       failure.description());
@@ -75,32 +71,30 @@ std::vector<std::string> search(Session& session, const MailboxDeletion& request
 }
 
 Recipient with_path(Session& session, const MailboxDeletion& request) {
-  const std::vector<std::string> paths = search(session, request);
-  const auto named = std::find_if(paths.begin(), paths.end(), [&](const std::string& path) {
-    return base::equals_fold(path, base::trim(request.path));
+  const SiteSearch found = search(session, request);
+  const auto named = std::ranges::find_if(found.nodes, [&](const SearchNode& node) {
+    return node.recipient && base::equals_fold(node.path, base::trim(request.path));
   });
-  if (named == paths.end())
+  if (named == found.nodes.end())
     raise_undecided("No mailbox of that name has the path " + request.path + ". " +
-                    found_text(request, paths));
-  controls::TreeView& tree = session.serach_mail.TreeView1;
-  tree.select(tree.find(*named));
-  return selected_recipient(session);
+                    found_text(request, found));
+  return read_recipient(session, search_of(request), *named);
 }
 
 /// The one in the container of the mail table; refused when that would leave one behind in another container.
 Recipient in_container(Session& session, const MailboxDeletion& request, const std::string& container) {
-  Recipient mailbox{container_path(session, request.place, container), request.SamName,
+  Recipient mailbox{container_path(request.place, request.administrator.port, container), request.SamName,
                     request.CustomRecipient};
   base::Trap trap;
   if (trap([&] {
-        bind_exchange(session, mailbox.container, request.AdminName, request.AdminPassword)
+        bind_exchange(session, mailbox.container, request.administrator)
             ->GetObject(class_of(request.CustomRecipient), relative_name(request.SamName));
       }))
     return mailbox;
   if (trap.number() != platform::ads_error::kNoSuchObject)
     base::raise(trap.number(), "Unable to read " + mailbox.container + ": " + trap.description());
-  const std::vector<std::string> elsewhere = search(session, request);
-  if (!elsewhere.empty())
+  const SiteSearch elsewhere = search(session, request);
+  if (!paths_of(elsewhere).empty())
     raise_undecided("There is none in " + mailbox.container + ", which the mail table names. " +
                     found_text(request, elsewhere));
   mailbox.there = false;
@@ -108,18 +102,19 @@ Recipient in_container(Session& session, const MailboxDeletion& request, const s
 }
 
 Recipient only_one(Session& session, const MailboxDeletion& request) {
-  const std::vector<std::string> paths = search(session, request);
-  if (paths.size() != 1)
-    raise_undecided(found_text(request, paths));
-  return selected_recipient(session);
+  const SiteSearch found = search(session, request);
+  const SearchNode* const only = only_recipient(found);
+  if (only == nullptr)
+    raise_undecided(found_text(request, found));
+  return read_recipient(session, search_of(request), *only);
 }
 
 Recipient chosen(Session& session, const MailboxDeletion& request, bool for_variable) {
   if (for_variable && !wants_search(session))
     raise_undecided(
         "It was not searched for, and a variable in the 'Container' field leaves its place open.");
-  if (search_mailbox(session, request))
-    return selected_recipient(session);
+  if (const auto mailbox = request.choose ? request.choose(request) : std::nullopt)
+    return *mailbox;
   raise_undecided("None was chosen. " + found_text(request, search(session, request)));
 }
 
@@ -132,13 +127,18 @@ void log_failure(Session& session, const base::RuntimeError& failure) {
 
 }  // namespace
 
+bool confirm_mailbox_deletion(Session& session, const std::string& mailbox) {
+  return session.platform.dialogs.MsgBox("Sure to Delete Mailbox\r\n" + mailbox, Buttons::kYesNo,
+                                         Icon::kQuestion, "Delete Mailbox") == Answer::kYes;
+}
+
 Recipient find_mailbox_to_delete(Session& session, const MailboxDeletion& request) {
   if (!request.path.empty())
     return with_path(session, request);
   const std::string row = container_row(session);
   if (!row.empty() && !has_variable(row))
     return in_container(session, request, container_name(row));
-  if (session.run.terms.silent)
+  if (request.silent)
     return only_one(session, request);
   return chosen(session, request, !row.empty());
 }
@@ -148,16 +148,15 @@ bool delete_found_mailbox(Session& session, const MailboxDeletion& request, cons
     session.log.reason(found_text(request, {}));
     return false;
   }
-  if (!is_sure(session, mailbox)) {
+  if (!is_sure(session, request, mailbox)) {
     session.log.reason("Not agreed to: " + path_of(mailbox));
     return false;
   }
   try {
     session.log.line("Connect Object:" + mailbox.container + ".");
-    if (session::is_debug(session) && !session.form1.Mail_Logon.on())
-      session.log.line("Connecting as " + request.AdminName);
-    const ObjectPtr container =
-        bind_exchange(session, mailbox.container, request.AdminName, request.AdminPassword);
+    if (session::is_debug(session) && !request.administrator.own_logon)
+      session.log.line("Connecting as " + request.administrator.name);
+    const ObjectPtr container = bind_exchange(session, mailbox.container, request.administrator);
     delete_recipient(session, *container, mailbox.CustomRecipient, mailbox.name);
     return true;
   } catch (const base::RuntimeError& failure) {

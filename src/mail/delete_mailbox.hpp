@@ -7,17 +7,18 @@
 namespace twk::mail {
 
 /// Decides which mailbox to delete, without changing anything: the one with the request's path, or the one in
-/// the container that the mail table names. If a variable leaves the container open, the person chooses in
-/// the window `Serach_Mail`; with `No_Prompting` ticked nobody is asked, and the only one of that name in the
-/// site is taken.
+/// the container that the mail table names. If a variable leaves the container open, the person chooses; when
+/// the request is silent nobody is asked, and the only one of that name in the site is taken.
 ///
 /// Raises with the reason when it cannot be decided: with an open container several or none have the name,
 /// nothing was chosen, the mailbox is in another container than the table names, or the server does not
 /// answer. If neither the table's container nor any other has one, that is a decision: there is none.
 Recipient find_mailbox_to_delete(session::Session& session, const MailboxDeletion& request);
 
-/// Deletes what was found; asks first when `Confirm_Deletes` is ticked and `No_Prompting` is not. True when a
-/// mailbox was deleted; otherwise the log says why.
+/// Asks whether to delete a mailbox, which is named by its path or by container and name.
+bool confirm_mailbox_deletion(session::Session& session, const std::string& mailbox);
+/// Deletes what was found; asks first when the request wants that and is not silent. True when a mailbox was
+/// deleted; otherwise the log says why.
 bool delete_found_mailbox(session::Session& session, const MailboxDeletion& request,
                           const Recipient& mailbox);
 

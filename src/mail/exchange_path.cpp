@@ -4,7 +4,7 @@
 
 #include "base/text.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
+#include "session/preferences.hpp"
 #include "session/session.hpp"
 
 namespace twk::mail {
@@ -49,9 +49,8 @@ std::string below_site(const ExchangePlace& place) {
   return ",OU=" + escaped_name(place.Site) + ",O=" + escaped_name(place.Org);
 }
 
-std::string server_path(const Session& session, const ExchangePlace& place) {
-  const std::string& port = session.form1.PORT.text;
-  return "LDAP://" + place.Server + (port.empty() ? "" : ":" + port);
+std::string server_path(const ExchangePlace& place, std::string_view port) {
+  return "LDAP://" + place.Server + (port.empty() ? "" : ":" + std::string(port));
 }
 
 }  // namespace
@@ -70,8 +69,8 @@ std::string relative_name(std::string_view name) {
   return "CN=" + escape_dn_value(name);
 }
 
-std::string container_path(const Session& session, const ExchangePlace& place, std::string_view container) {
-  return server_path(session, place) + "/CN=" + std::string(container) + below_site(place);
+std::string container_path(const ExchangePlace& place, std::string_view port, std::string_view container) {
+  return server_path(place, port) + "/CN=" + std::string(container) + below_site(place);
 }
 
 std::string mailbox_path(const ExchangePlace& place, std::string_view name, std::string_view container) {
@@ -79,16 +78,16 @@ std::string mailbox_path(const ExchangePlace& place, std::string_view name, std:
          below_site(place);
 }
 
-std::string site_path(const Session& session, const ExchangePlace& place) {
-  return server_path(session, place) + "/O=" + escaped_name(place.Org) + "/OU=" + escaped_name(place.Site);
+std::string site_path(const ExchangePlace& place, std::string_view port) {
+  return server_path(place, port) + "/O=" + escaped_name(place.Org) + "/OU=" + escaped_name(place.Site);
 }
 
-platform::ObjectPtr bind_exchange(Session& session, const std::string& path, std::string_view AdminName,
-                                  std::string_view AdminPassword) {
+platform::ObjectPtr bind_exchange(Session& session, const std::string& path,
+                                  const session::MailAdministrator& administrator) {
   platform::DirectoryService& directory = session.platform.directory;
-  if (session.form1.Mail_Logon.on())
+  if (administrator.own_logon)
     return directory.GetObject(path);
-  return directory.OpenDSObject(path, AdminName, AdminPassword);
+  return directory.OpenDSObject(path, administrator.name, administrator.password);
 }
 
 std::string hex_number(std::uint32_t number) {

@@ -6,8 +6,9 @@
 #include "platform/directory.hpp"
 
 namespace twk::session {
+struct MailAdministrator;
 struct Session;
-}
+}  // namespace twk::session
 
 /// Names and paths of an Exchange 5.5 directory. Their parts are escaped.
 namespace twk::mail {
@@ -29,17 +30,15 @@ std::string escaped_name(std::string_view text);
 std::string relative_name(std::string_view name);
 
 /// "LDAP://EX55:390/CN=Recipients,OU=London,O=Org"; `container` as from `container_name`.
-std::string container_path(const session::Session& session, const ExchangePlace& place,
-                           std::string_view container);
+std::string container_path(const ExchangePlace& place, std::string_view port, std::string_view container);
 /// "LDAP://EX55/CN=jo,CN=Recipients,OU=London,O=Org", without the port.
 std::string mailbox_path(const ExchangePlace& place, std::string_view name, std::string_view container);
 /// "LDAP://EX55:390/O=Org/OU=London".
-std::string site_path(const session::Session& session, const ExchangePlace& place);
+std::string site_path(const ExchangePlace& place, std::string_view port);
 
-/// Binds an object of the directory: with `Mail_Logon` ticked under the program's own logon, otherwise with
-/// these credentials. Raises what the directory raises.
+/// Binds an object of the directory. Raises what the directory raises.
 platform::ObjectPtr bind_exchange(session::Session& session, const std::string& path,
-                                  std::string_view AdminName, std::string_view AdminPassword);
+                                  const session::MailAdministrator& administrator);
 
 /// "8007052E".
 std::string hex_number(std::uint32_t number);

@@ -1,20 +1,27 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace twk::session {
 struct Session;
 }
 
-/// The choice of an Exchange 2000 store on the Site tab.
+/// The stores of Exchange 2000 servers in the configuration of the domain.
 namespace twk::mail {
 
-/// Fills `EXSite` with the storage groups of the server in `EXSERVER` and `Mail_Store` with the stores of the
-/// first one, and chooses the first of each. An organisation that was not typed is searched for. Active
-/// Directory only; missing input, and a server that is not found, are reported in a box. The fields of a site
-/// that is not being edited stay.
-void Find_Store_Click(session::Session& session);
+struct StorageGroups {
+  std::string organisation;  ///< the one that has the server; empty when there is no organisation
+  std::vector<std::string> names;
+};
 
-/// Fills `Mail_Store` with the stores of the storage group that was chosen from the list; a name that is not
-/// in the list leaves it as it is.
-void storage_group_chosen(session::Session& session);
+/// The storage groups of the server in that organisation, or in the first one that has it when none is given.
+/// Raises the last failure when none has.
+StorageGroups find_storage_groups(session::Session& session, const std::string& server,
+                                  const std::string& organisation);
+
+/// The stores in a storage group. Raises what the directory raises.
+std::vector<std::string> find_stores(session::Session& session, const std::string& server,
+                                     const std::string& organisation, const std::string& storage_group);
 
 }  // namespace twk::mail

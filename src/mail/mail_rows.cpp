@@ -7,10 +7,8 @@
 #include "format/filling.hpp"
 #include "format/variables.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_database.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::mail {
 namespace {
@@ -41,7 +39,7 @@ Filling& put_built_ins(Filling& text, const Session& session, const MailboxOwner
 std::string leading_value(Session& session, const MailboxOwner& owner, const controls::ListRow& row) {
   std::string value = value_of(row);
   if (base::equals_fold(value, "PROMPT"))
-    value = ask_for_value(session, row.text);
+    value = ask_for_value(session, owner, row.text);
   Filling text(session, std::move(value));
   put_names(text.variables(), owner);
   return put_built_ins(text, session, owner).take();
@@ -70,8 +68,8 @@ std::string value_of(const controls::ListRow& row) {
   return row.sub_items.empty() ? std::string() : row.sub_items.front();
 }
 
-std::string ask_for_value(Session& session, const std::string& attribute) {
-  if (session.import.Importing && session.form1.STOP_ON_RED[2].on())
+std::string ask_for_value(Session& session, const MailboxOwner& owner, const std::string& attribute) {
+  if (owner.skip_prompts)
     return {};
   return session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value");
 }
@@ -114,7 +112,7 @@ std::string attribute_row(Session& session, const MailboxOwner& owner, const con
   const bool is_path = use_of(row) == RowUse::kMemberOf;
   std::string value = value_of(row);
   if (base::equals_fold(value, "PROMPT"))
-    value = ask_for_value(session, row.text);
+    value = ask_for_value(session, owner, row.text);
   Filling text(session, std::move(value));
   if (is_path)
     text.import_fields([](std::string_view field) { return platform::escape_dn_value(field); });

@@ -23,6 +23,7 @@ struct MailboxOwner {
   std::string LastName;
   std::string SamName;
   ExchangePlace place;
+  bool skip_prompts = false;  ///< nobody is asked for the value of a row
 };
 
 /// The attribute of a row.
@@ -49,7 +50,7 @@ bool has_variable(std::string_view value);
 /// path of a distribution list, tag values are escaped, so that they stay within their names.
 std::string attribute_row(session::Session& session, const MailboxOwner& owner, const controls::ListRow& row);
 
-/// Asks for the value of an attribute if someone is there to answer; otherwise empty.
-std::string ask_for_value(session::Session& session, const std::string& attribute);
+/// Asks for the value of an attribute, unless the owner's prompts are skipped: then it is empty.
+std::string ask_for_value(session::Session& session, const MailboxOwner& owner, const std::string& attribute);
 
 }  // namespace twk::mail

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "mail/exchange_path.hpp"
 #include "platform/directory.hpp"
+#include "session/preferences.hpp"
 
 namespace twk::session {
 struct Session;
@@ -16,16 +19,6 @@ namespace twk::mail {
 inline constexpr const char* kRecipientClass = "Remote-Address";
 inline constexpr const char* kMailboxClass = "OrganizationalPerson";
 
-/// Which mailbox to delete.
-struct MailboxDeletion {
-  bool CustomRecipient = false;
-  std::string AdminName;
-  std::string AdminPassword;
-  std::string SamName;
-  ExchangePlace place;
-  std::string path = {};  ///< of the mailbox, from the search; empty if the container decides
-};
-
 /// A mailbox or custom recipient of an Exchange 5.5 directory.
 struct Recipient {
   std::string container;  ///< path of its container
@@ -35,6 +28,22 @@ struct Recipient {
 };
 /// "LDAP://EX55/CN=jo,CN=Recipients,OU=London,O=Org".
 std::string path_of(const Recipient& recipient);
+
+struct MailboxDeletion;
+/// Lets a person choose the mailbox; none when nothing was chosen.
+using MailboxChooser = std::function<std::optional<Recipient>(const MailboxDeletion& request)>;
+
+/// Which mailbox to delete.
+struct MailboxDeletion {
+  bool CustomRecipient = false;
+  session::MailAdministrator administrator;
+  std::string SamName;
+  ExchangePlace place;
+  std::string path = {};  ///< of the mailbox, from the search; empty if the container decides
+  bool confirm = false;   ///< asks before the deletion
+  bool silent = false;    ///< nobody is asked, and the only mailbox of the name is taken
+  MailboxChooser choose = {};
+};
 
 /// The class of a custom recipient or a mailbox.
 const char* class_of(bool CustomRecipient);

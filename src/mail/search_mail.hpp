@@ -1,35 +1,53 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/errors.hpp"
 #include "mail/recipients.hpp"
+#include "session/preferences.hpp"
 
-/// The window `Serach_Mail`: searches all containers of an Exchange 5.5 site for a mailbox and lets the
-/// person choose the one to delete.
+/// The search through all containers of an Exchange 5.5 site.
 namespace twk::mail {
 
-/// Opens the window for the request and searches for its name. True when a mailbox was chosen in it.
-bool search_mailbox(session::Session& session, const MailboxDeletion& request);
-/// The same without showing it.
-void prepare_search(session::Session& session, const MailboxDeletion& request);
-/// The same without a box for a server that cannot be reached: raises what the directory raises. Returns the
-/// paths found.
-std::vector<std::string> find_mailboxes(session::Session& session, const MailboxDeletion& request);
+/// What to search for, and where.
+struct MailSearch {
+  session::MailAdministrator administrator;
+  ExchangePlace place;
+  std::string name;  ///< in any case
+};
+/// The search for the mailbox of a request.
+MailSearch search_of(const MailboxDeletion& request);
 
-/// Fills the window's tree with the site's containers and, below each, the mailboxes and custom recipients of
-/// that name, in any case. The window's title says how many there are. A server that cannot be reached is
-/// reported in a box.
-void Find_Mail_User(session::Session& session, std::string_view name);
+inline constexpr std::size_t kSite = static_cast<std::size_t>(-1);
 
-/// Searches for the text of `Text1` on the server in `Text2`.
-void search_again(session::Session& session);
+/// A container of the site, or a mailbox or custom recipient of the name.
+struct SearchNode {
+  std::string path;
+  std::string name;
+  std::string container;  ///< as for `container_path`: what the node itself is, or what a recipient is in
+  std::size_t parent = kSite;  ///< the place of its container
+  bool recipient = false;
+};
 
-/// Marks the selected mailbox as the one to delete. False, with a box, when none is selected.
-bool Delete_Mail(session::Session& session);
+/// In the order they were found, each after its container.
+struct SiteSearch {
+  std::vector<SearchNode> nodes;
+};
 
-/// The selected mailbox, read from the directory. Raises what the directory raises.
-Recipient selected_recipient(session::Session& session);
+/// Raises what the directory raises.
+SiteSearch search_site(session::Session& session, const MailSearch& search);
+/// The paths of the mailboxes that were found.
+std::vector<std::string> paths_of(const SiteSearch& search);
+/// The only mailbox that was found; null for none or several.
+const SearchNode* only_recipient(const SiteSearch& search);
+/// One that was found, read from the directory. Raises what the directory raises.
+Recipient read_recipient(session::Session& session, const MailSearch& search, const SearchNode& node);
+
+inline constexpr std::string_view kNoConnection = "Unable to connect to Exchange Server";
+/// Logs why a search failed, and reports it in a box.
+void report_failed_search(session::Session& session, const base::RuntimeError& failure);
 
 }  // namespace twk::mail

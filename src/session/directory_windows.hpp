@@ -1,10 +1,16 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
 #include "controls/tree_view.hpp"
+
+namespace twk::mail {
+struct MailSearch;
+struct SiteSearch;
+}  // namespace twk::mail
 
 /// State of the windows around the tree. Fields have the names of the windows' controls.
 namespace twk::session {
@@ -47,12 +53,9 @@ struct Serach_Mail {
   controls::TextBox Text2;                                      ///< Exchange server
   controls::TreeView TreeView1;  ///< containers, and in them the mailboxes found by their paths
   controls::Button Delete_Mail;
-  std::string ExSite;
-  std::string ExOrg;
-  std::string AdminName;
-  std::string AdminPassword;
-  std::string Path;     ///< the mailbox that was named in advance; empty for none
-  bool Chosen = false;  ///< the selected mailbox is the one to delete
+  std::shared_ptr<const mail::MailSearch> asked;
+  std::shared_ptr<const mail::SiteSearch> found;  ///< what the tree shows; none after a failure
+  bool Chosen = false;                            ///< the selected mailbox is the one to delete
 };
 
 }  // namespace twk::session

@@ -12,6 +12,9 @@ Preferences read_preferences(Session& session) {
     return CommandSetting{read_setting(session, kSetup, text), read_switch(session, kSetup, hidden),
                           read_switch(session, kSetup, wait)};
   };
+  const auto mail = [&](std::string_view name) {
+    return std::string(base::trim(read_setting(session, kMail, name)));
+  };
   return {.confirm_deletes = preferred("ConfirmDeletes"),
           .confirm_resets = preferred("ConfirmResets"),
           .through_drive_shares = preferred("AdminShares"),
@@ -20,8 +23,8 @@ Preferences read_preferences(Session& session) {
           .tree_shows_display_name = preferred("DisplayName"),
           .move_command = command("BatchFileMove", "MoveHidden", "WaitMove"),
           .delete_command = command("BatchFileDelete", "DeleteHidden", "WaitDelete"),
-          .mail_administrator = {read_setting(session, kMail, "Admin_Account"),
-                                 read_setting(session, kMail, "Mail_Password")},
+          .mail_administrator = {mail("Admin_Account"), mail("Mail_Password"), mail("LDAP_PORT"),
+                                 read_switch(session, kMail, "MailCredentials")},
           .default_password = std::string(base::trim(read_setting(session, kSetup, "Password")))};
 }
 

@@ -13,10 +13,12 @@ struct CommandSetting {
   bool wait = false;
 };
 
-/// Who logs on to an Exchange 5.5 server.
+/// How to log on to an Exchange 5.5 server.
 struct MailAdministrator {
   std::string name;
   std::string password;
+  std::string port = {};  ///< of the server; empty for the usual one
+  bool own_logon = true;  ///< the program's own logon counts, instead of name and password
 };
 
 /// The stored settings that operations on accounts depend on.

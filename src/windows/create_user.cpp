@@ -5,6 +5,7 @@
 #include "session/form1.hpp"
 #include "session/session.hpp"
 #include "session/windows.hpp"
+#include "windows/mail/mail_tab.hpp"
 
 namespace twk::windows {
 namespace {
@@ -115,7 +116,7 @@ NewUserRequest new_user_request(const session::Session& session) {
   request.flags = {form.Password_Change.on(), form.USR_Cant_Change.on(), form.PWD_NVR_EXPIRE.on(),
                    form.New_Disabled.on()};
   request.command = {form.Create_Script.text, form.Run_Hidden[0].on(), form.Wait_NEW[0].on()};
-  request.mail_administrator = {form.txtAdmin.text, form.txtPassword.text};
+  request.mail_administrator = mail_administrator(form);
   request.named_by_logon = form.SamAccountName.value;
   request.tree_shows_full_name = form.DNName.value;
   request.skip_prompts = form.STOP_ON_RED[2].on();

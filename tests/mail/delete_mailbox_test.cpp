@@ -1,10 +1,8 @@
 #include "mail/delete_mailbox.hpp"
 
-#include "mail/search_mail.hpp"
 #include "mail_session.hpp"
 #include "session/directory_windows.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
+#include "windows/mail/search_mail.hpp"
 
 namespace twk::mail {
 namespace {
@@ -16,8 +14,6 @@ using test::MailSession;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-const MailboxDeletion kJo{false, "", "", "jo", {"EX55", "Head Office", "Tarnwick"}};
-
 /// A site with the mailboxes "jo" and "al" and the custom recipient "remote" in "Recipients".
 class MailboxDeletionTest : public testing::Test {
  protected:
@@ -28,7 +24,6 @@ class MailboxDeletionTest : public testing::Test {
     const ObjectPtr remote = world.object("CN=Recipients")->Create("Remote-Address", "CN=remote");
     remote->Put("Target-Address", "a@b");
     remote->SetInfo();
-    world.session.form1.Confirm_Deletes.value = 0;
     world.session.log.open();
   }
   void make(const std::string& container, const std::string& name,
@@ -61,12 +56,18 @@ class MailboxDeletionTest : public testing::Test {
     return names;
   }
   void search(const std::string& name) {
-    prepare_search(world.session, kJo);
+    windows::prepare_search(world.session, jo);
     world.session.serach_mail.Text1.text = name;
-    search_again(world.session);
+    windows::search_again(world.session);
   }
 
   MailSession world;
+  MailboxDeletion jo = {.administrator = {},
+                        .SamName = "jo",
+                        .place = {"EX55", "Head Office", "Tarnwick"},
+                        .choose = [this](const MailboxDeletion& request) {
+                          return windows::choose_mailbox(world.session, request);
+                        }};
 };
 
 TEST_F(MailboxDeletionTest, IsDecidedBeforehandOrRefusedWithTheReason) {
@@ -95,15 +96,15 @@ TEST_F(MailboxDeletionTest, IsDecidedBeforehandOrRefusedWithTheReason) {
       {"x%Where%", "jo", "", "EX99", "Unable to connect to Exchange Server EX99: "},
       {"Recipients", "jo", "", "EX99", "Unable to read LDAP://EX99/"},
   };
-  world.session.multi_user.No_Prompting.value = 1;
+  jo.silent = true;
   for (const auto& one : cases) {
+    jo.SamName = one.name;
+    jo.place.Server = one.server;
+    jo.path = one.path;
     put_container(one.row);
     std::string told;
     base::Trap trap;
-    if (!trap([&] {
-          told = path_of(find_mailbox_to_delete(
-              world.session, {false, "", "", one.name, {one.server, "Head Office", "Tarnwick"}, one.path}));
-        }))
+    if (!trap([&] { told = path_of(find_mailbox_to_delete(world.session, jo)); }))
       told = trap.description();
     EXPECT_THAT(told, HasSubstr(one.expected)) << one.row << " " << one.name;
   }
@@ -111,16 +112,14 @@ TEST_F(MailboxDeletionTest, IsDecidedBeforehandOrRefusedWithTheReason) {
 }
 
 TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOneAndFailuresAreReported) {
-  MailboxDeletion request = kJo;
-  request.SamName = "remote";
-  request.CustomRecipient = true;
-  EXPECT_TRUE(DeleteMailbox(world.session, request));
+  jo.SamName = "remote";
+  jo.CustomRecipient = true;
+  EXPECT_TRUE(DeleteMailbox(world.session, jo));
   EXPECT_THAT(world.log(),
               HasSubstr("Connect Object:LDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick.\n"));
-  EXPECT_FALSE(DeleteMailbox(world.session, request)) << "it is gone";
-  world.session.form1.Mail_Logon.value = 0;
-  request.AdminName = "nobody";
-  EXPECT_FALSE(DeleteMailbox(world.session, request));
+  EXPECT_FALSE(DeleteMailbox(world.session, jo)) << "it is gone";
+  jo.administrator = {.name = "nobody", .password = {}, .own_logon = false};
+  EXPECT_FALSE(DeleteMailbox(world.session, jo));
   EXPECT_THAT(world.log(), HasSubstr("8007052E\n"));
   EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=jo", "CN=al"));
   EXPECT_THAT(world.session.log.take_reasons(),
@@ -128,33 +127,33 @@ TEST_F(MailboxDeletionTest, ACustomRecipientIsDeletedAsOneAndFailuresAreReported
 }
 
 TEST_F(MailboxDeletionTest, IsAskedForUnlessPromptsAreOff) {
-  world.session.form1.Confirm_Deletes.value = 1;
+  jo.confirm = true;
   world.dialogs.expect(
       "Sure to Delete Mailbox\r\nLDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick\r\ncn=jo", Answer::kNo);
-  EXPECT_FALSE(DeleteMailbox(world.session, kJo));
+  EXPECT_FALSE(DeleteMailbox(world.session, jo));
   EXPECT_EQ(world.dialogs.last_title, "Delete Mailbox");
   EXPECT_EQ(left().size(), 4U);
-  world.session.multi_user.No_Prompting.value = 1;
-  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
+  jo.silent = true;
+  EXPECT_TRUE(DeleteMailbox(world.session, jo));
 }
 
 TEST_F(MailboxDeletionTest, AVariableInTheContainerHandsOverToTheSearch) {
   put_container("%Where%");
   world.dialogs.expect("Do you wish to Search the Exchange server for the\r\nMailbox to delete ?",
                        Answer::kNo);
-  EXPECT_FALSE(DeleteMailbox(world.session, kJo));
+  EXPECT_FALSE(DeleteMailbox(world.session, jo));
   EXPECT_EQ(world.dialogs.last_title, "Can't Find Mailox to Delete");
   world.dialogs.on_modal = [](std::string_view) {};
   world.dialogs.expect("A Variable was used", Answer::kYes);
-  EXPECT_FALSE(DeleteMailbox(world.session, kJo)) << "the window was closed";
+  EXPECT_FALSE(DeleteMailbox(world.session, jo)) << "the window was closed";
   EXPECT_EQ(left().size(), 4U);
   world.dialogs.expect("A Variable was used in the 'Container' field", Answer::kYes);
   world.dialogs.on_modal = [&](std::string_view name) {
     EXPECT_EQ(name, "Serach_Mail");
     EXPECT_EQ(title(), "Select The Mailbox to Delete");
-    EXPECT_TRUE(Delete_Mail(world.session));
+    EXPECT_TRUE(windows::Delete_Mail(world.session));
   };
-  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
+  EXPECT_TRUE(DeleteMailbox(world.session, jo));
   EXPECT_THAT(left(), ElementsAre("CN=All Staff", "CN=al", "CN=remote"));
 }
 
@@ -168,12 +167,12 @@ TEST_F(MailboxDeletionTest, OfSeveralOfANameOnlyTheSelectedOneIsDeleted) {
   world.dialogs.on_modal = [&](std::string_view) {
     EXPECT_THAT(title(), HasSubstr("Warning: Multiple mailboxs with the same Name Found."));
     EXPECT_THAT(found(), ElementsAre("Recipients/jo", "Inner/JO"));
-    EXPECT_FALSE(Delete_Mail(world.session));
+    EXPECT_FALSE(windows::Delete_Mail(world.session));
     controls::TreeView& tree = world.session.serach_mail.TreeView1;
     tree.select(tree.find("LDAP://EX55/CN=JO,CN=Inner,CN=Other,OU=Head Office,O=Tarnwick"));
-    EXPECT_TRUE(Delete_Mail(world.session));
+    EXPECT_TRUE(windows::Delete_Mail(world.session));
   };
-  EXPECT_TRUE(DeleteMailbox(world.session, kJo));
+  EXPECT_TRUE(DeleteMailbox(world.session, jo));
   EXPECT_TRUE(left("CN=Inner,CN=Other").empty());
   EXPECT_EQ(left().size(), 4U);
 }
@@ -182,7 +181,7 @@ TEST_F(MailboxDeletionTest, TheSearchTakesNamesAsTheyAreAndRecipientsOnly) {
   make("CN=Recipients", "CN=Smith\\, Jo (a/b)");
   search(" Smith, Jo (a/b) ");
   EXPECT_THAT(found(), ElementsAre("Recipients/Smith, Jo (a/b)"));
-  EXPECT_TRUE(Delete_Mail(world.session));
+  EXPECT_TRUE(windows::Delete_Mail(world.session));
   for (const char* const nobody : {"", "*", "All Staff", "Servers", "Recipients"}) {
     search(nobody);
     EXPECT_EQ(title(), "User Not Found") << nobody;
@@ -194,7 +193,7 @@ TEST_F(MailboxDeletionTest, AServerThatIsDownIsReported) {
   search("remote");
   world.session.serach_mail.Text2.text = std::string("EX99");
   world.dialogs.expect("Unable to connect to Exchange Server");
-  search_again(world.session);
+  windows::search_again(world.session);
   EXPECT_EQ(title(), "Unable to connect to Exchange Server");
   EXPECT_EQ(window().TreeView1.size(), 0U);
 }
@@ -202,7 +201,7 @@ TEST_F(MailboxDeletionTest, AServerThatIsDownIsReported) {
 TEST_F(MailboxDeletionTest, ALineThatDropsInTheMiddleOfTheSearchLeavesNoHalfTree) {
   world.directory.before = test::fail_at("enumerate", 2, platform::ads_error::kServerDown);
   world.dialogs.expect("Unable to connect to Exchange Server");
-  prepare_search(world.session, kJo);
+  windows::prepare_search(world.session, jo);
   EXPECT_EQ(window().TreeView1.size(), 0U);
 }
 

@@ -9,7 +9,6 @@
 #include "directory/loading/ad_load.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/user_details.hpp"
-#include "mail/search_mail.hpp"
 #include "records/records.hpp"
 #include "screens/help/help_topics.hpp"
 #include "screens/main/main_window.hpp"
@@ -34,6 +33,7 @@
 #include "windows/editors/permissions_window.hpp"
 #include "windows/groups/copy_group.hpp"
 #include "windows/groups/groups_window.hpp"
+#include "windows/mail/search_mail.hpp"
 #include "windows/main_window.hpp"
 #include "windows/manage_ou.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
@@ -204,7 +204,7 @@ std::vector<Window> windows() {
              mail::MailboxDeletion request;
              request.SamName = "Ada.Marsh";
              request.place = {"EX55", "Head Office", "Tarnwick"};
-             mail::search_mailbox(session, request);
+             windows::choose_mailbox(session, request);
            }},
           {"select-ou", by(windows::Manage_OU)},
           {"share-points", by(windows::btnSharePoints_Click)},

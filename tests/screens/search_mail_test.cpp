@@ -1,4 +1,4 @@
-#include "mail/search_mail.hpp"
+#include "windows/mail/search_mail.hpp"
 #include "screens/screen_test.hpp"
 
 namespace twk::test {
@@ -13,7 +13,10 @@ class SearchMailTest : public ScreenTest {
   }
   bool search(std::function<void(QWidget&)> person) {
     expect_window(std::move(person));
-    return mail::search_mailbox(lab.session, {false, "", "", "jo", {"EX55", "Head Office", "Tarnwick"}});
+    return windows::choose_mailbox(
+               lab.session,
+               {.administrator = {}, .SamName = "jo", .place = {"EX55", "Head Office", "Tarnwick"}})
+        .has_value();
   }
 };
 

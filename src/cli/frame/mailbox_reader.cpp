@@ -7,9 +7,8 @@
 #include "directory/operations.hpp"
 #include "mail/search_mail.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_database.hpp"
+#include "session/preferences.hpp"
 #include "stores/site_store.hpp"
 
 namespace twk::cli {
@@ -53,15 +52,27 @@ std::string account_of(Session& session, platform::DirectoryObject& mailbox) {
   return account;
 }
 
-std::vector<Json> found_in_tree(Session& session, const std::string& name) {
-  mail::prepare_search(session, mailbox_request(session, name));
-  controls::TreeView& tree = session.serach_mail.TreeView1;
-  if (tree.first() == nullptr)
-    throw Refused("The Exchange server " + session.serach_mail.Text2.text.get() + " cannot be queried.");
+/// None when the server cannot be reached, which is reported.
+std::optional<mail::SiteSearch> search_or_report(Session& session, const mail::MailSearch& search) {
+  try {
+    return mail::search_site(session, search);
+  } catch (const base::RuntimeError& failure) {
+    mail::report_failed_search(session, failure);
+    return std::nullopt;
+  }
+}
+
+std::vector<Json> found_in_site(Session& session, const std::string& name) {
+  const mail::MailSearch asked = mail::search_of(mailbox_request(session, name));
+  const std::optional<mail::SiteSearch> search = search_or_report(session, asked);
+  if (!search)
+    throw Refused("The Exchange server " + asked.place.Server + " cannot be queried.");
   std::vector<Json> rows;
-  for (const controls::TreeNode* node = tree.first(); node != nullptr; node = tree.next(*node)) {
-    if (node->image == "MAIL")
-      rows.push_back({{"mailbox", node->text}, {"place", node->parent->text}, {"path", node->key}});
+  for (const mail::SearchNode& node : search->nodes) {
+    if (node.recipient) {
+      const std::string& place = search->nodes.at(node.parent).name;
+      rows.push_back({{"mailbox", node.name}, {"place", place}, {"path", node.path}});
+    }
   }
   return rows;
 }
@@ -84,9 +95,8 @@ std::vector<Json> found_in_domain(Session& session, const std::string& name) {
 }
 
 void describe_old(Session& session, Json& row) {
-  const mail::MailboxDeletion request = mailbox_request(session, "");
-  const ObjectPtr mailbox =
-      mail::bind_exchange(session, row.text_at("path"), request.AdminName, request.AdminPassword);
+  const ObjectPtr mailbox = mail::bind_exchange(session, row.text_at("path"),
+                                                session::read_preferences(session).mail_administrator);
   row["kind"] = mailbox->Class();
   row["name"] = text_of_attribute(*mailbox, "cn");
   row["address"] = text_of_attribute(*mailbox, "Mail");
@@ -118,25 +128,29 @@ bool has_store(const Session& session) {
 }
 
 mail::MailboxDeletion mailbox_request(Session& session, const std::string& name) {
-  const session::Form1& form = session.form1;
-  return {false,
-          form.txtAdmin.text,
-          form.txtPassword.text,
-          name,
-          {std::string(base::trim(session.ActiveSite.ExchangeServer)),
-           std::string(base::trim(session.ActiveSite.ExchangeSite)),
-           std::string(base::trim(session.ActiveSite.ExchangeOrg))}};
+  const records::SiteRecord& site = session.ActiveSite;
+  mail::MailboxDeletion request;
+  const session::Preferences preferences = session::read_preferences(session);
+  request.administrator = preferences.mail_administrator;
+  request.confirm = preferences.confirm_deletes;
+  request.SamName = name;
+  request.place = {std::string(base::trim(site.ExchangeServer)), std::string(base::trim(site.ExchangeSite)),
+                   std::string(base::trim(site.ExchangeOrg))};
+  request.choose = only_mailbox(session);
+  return request;
 }
 
-void take_only_mailbox(Context& context, Session& session) {
-  context.dialogs().on_modal([&session](std::string_view window) {
-    if (window == "Serach_Mail" && session.serach_mail.TreeView1.selected() != nullptr)
-      mail::Delete_Mail(session);
-  });
+mail::MailboxChooser only_mailbox(Session& session) {
+  return [&session](const mail::MailboxDeletion& request) -> std::optional<mail::Recipient> {
+    const mail::MailSearch asked = mail::search_of(request);
+    const std::optional<mail::SiteSearch> search = search_or_report(session, asked);
+    const mail::SearchNode* const only = search ? mail::only_recipient(*search) : nullptr;
+    return only == nullptr ? std::nullopt : std::optional(mail::read_recipient(session, asked, *only));
+  };
 }
 
 std::vector<Json> find_mailboxes(Session& session, const std::string& name) {
-  return has_store(session) ? found_in_domain(session, name) : found_in_tree(session, name);
+  return has_store(session) ? found_in_domain(session, name) : found_in_site(session, name);
 }
 
 std::vector<Json> describe_mailboxes(Session& session, const std::string& name) {

@@ -15,11 +15,11 @@ void load_mail_site(session::Session& session, const std::string& site);
 /// True for a site that has Exchange 2000.
 bool has_store(const session::Session& session);
 
-/// The mailbox of that name in the loaded site, with the credentials of the Mail tab.
+/// The mailbox of that name in the loaded site, with the stored credentials.
 mail::MailboxDeletion mailbox_request(session::Session& session, const std::string& name);
 
-/// Acts as the person in the search window from here on: chooses the mailbox if it is the only one.
-void take_only_mailbox(Context& context, session::Session& session);
+/// Chooses the mailbox if it is the only one.
+mail::MailboxChooser only_mailbox(session::Session& session);
 
 /// The mailboxes and custom recipients of that name in all containers of the loaded site's Exchange 5.5
 /// server; in Exchange 2000 the users who have a mailbox by that name. Each with mailbox, place and path.

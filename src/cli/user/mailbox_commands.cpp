@@ -5,11 +5,10 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "creation/mailbox_stage.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_database.hpp"
 #include "session/log_tab.hpp"
+#include "session/preferences.hpp"
 #include "stores/template_store.hpp"
-#include "windows/create_user.hpp"
 
 namespace twk::cli {
 namespace {
@@ -62,58 +61,47 @@ int show(Context& context, const MailboxArguments& arguments) {
   return kExitGreen;
 }
 
+/// Prints the outcome with what it is about.
+int tell(Context& context, std::string_view light, const std::string& message, const Json& about) {
+  Json result = {{"light", std::string(light)}, {"message", message}};
+  result.update(about);
+  context.output().result(result, context.output().light(light) + "  " + message);
+  return exit_code_of_light(light);
+}
+
 int create(Context& context, const MailboxArguments& arguments) {
   Session& session = open(context, arguments);
   const platform::ObjectPtr user = bind_user(context.domain(), arguments.name);
-  return act_and_tell(
-      context, session,
-      [&] {
-        windows::NewUserView view(session.form1);
-        return creation::CreateMailboxFor(session, user,
-                                          windows::new_user_request(session).mail_administrator, view);
-      },
-      [&] {
-        return Json{{"user", arguments.name}};
-      });
+  const session::CreationOutcome outcome =
+      creation::CreateMailboxFor(session, user, session::read_preferences(session).mail_administrator);
+  return tell(context, outcome.light, outcome.message, {{"user", arguments.name}});
 }
 
-bool is_sure(Session& session, const std::string& what) {
-  using namespace platform;
-  return !session.form1.Confirm_Deletes.on() ||
-         session.platform.dialogs.MsgBox("Sure to Delete Mailbox\r\n" + what, Buttons::kYesNo,
-                                         Icon::kQuestion, "Delete Mailbox") == Answer::kYes;
-}
-
-bool delete_old(Context& context, Session& session, const MailboxArguments& arguments) {
+bool delete_old(Session& session, const MailboxArguments& arguments) {
   mail::MailboxDeletion request = mailbox_request(session, arguments.name);
   request.CustomRecipient = arguments.custom_recipient;
   request.path = arguments.path;
-  take_only_mailbox(context, session);
   return mail::DeleteMailbox(session, request);
 }
 
 bool delete_new(Context& context, Session& session, const std::string& name) {
   const platform::ObjectPtr user = bind_user(context.domain(), name);
-  return is_sure(session, user->ADsPath()) && mail::DeleteMailbox2000(session, user);
+  const bool sure = !session::read_preferences(session).confirm_deletes ||
+                    mail::confirm_mailbox_deletion(session, user->ADsPath());
+  return sure && mail::DeleteMailbox2000(session, user);
 }
 
 int remove(Context& context, const MailboxArguments& arguments) {
   Session& session = open(context, arguments);
-  return act_and_tell(
-      context, session,
-      [&] {
-        session.log.begin_block();
-        const bool deleted = has_store(session) ? delete_new(context, session, arguments.name)
-                                                : delete_old(context, session, arguments);
-        session.log.close();
-        session::LOG_TAB(
-            session, deleted ? session::kGreen : session::kRed,
-            (deleted ? "Deleted mail account for " : "Mail account not deleted for ") + arguments.name);
-        return deleted;
-      },
-      [&] {
-        return Json{{"mailbox", arguments.name}};
-      });
+  session.log.begin_block();
+  const bool deleted =
+      has_store(session) ? delete_new(context, session, arguments.name) : delete_old(session, arguments);
+  session.log.close();
+  const std::string_view light = deleted ? session::kGreen : session::kRed;
+  const std::string message = session::LOG_TAB(
+      session, light,
+      (deleted ? "Deleted mail account for " : "Mail account not deleted for ") + arguments.name);
+  return tell(context, light, message, {{"mailbox", arguments.name}});
 }
 
 }  // namespace

@@ -62,6 +62,7 @@ lifecycle::DeleteOrder order_of(Context& context, session::Session& session,
   order.command = arguments.run_command;
   order.mail.server = known_exchange_server(session, arguments.exchange_server);
   order.mail.path = arguments.mail_path;
+  order.mail.choose = only_mailbox(session);
   order.terms.silent = arguments.no_prompting || arguments.dry_run;
   order.terms.even_if_shared = consent_of(arguments.even_if_shared);
   if (arguments.dry_run)
@@ -70,12 +71,11 @@ lifecycle::DeleteOrder order_of(Context& context, session::Session& session,
 }
 
 /// What decides which mailbox to delete when the mail table alone does not.
-void give_mail_options(Context& context, session::Session& session, const DeleteArguments& arguments) {
+void give_mail_options(session::Session& session, const DeleteArguments& arguments) {
   if (!arguments.mail_template.empty()) {
     stores::tell(session, stores::load_template(session, find_name("template", arguments.mail_template,
                                                                    session.database.templates)));
   }
-  take_only_mailbox(context, session);
 }
 
 /// The session that the users are deleted in, and what is asked.
@@ -90,7 +90,7 @@ Prepared prepare(Context& context, const DeleteArguments& arguments) {
     print_steps(context);
   session::Session& session = resource_session(context);
   lifecycle::DeleteOrder order = order_of(context, session, arguments);
-  give_mail_options(context, session, arguments);
+  give_mail_options(session, arguments);
   return {session, std::move(order)};
 }
 

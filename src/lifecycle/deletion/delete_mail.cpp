@@ -39,8 +39,10 @@ mail::MailboxDeletion mailbox_request(const DeleteRun& run) {
     base::raise(base::error::kOutOfBounds, "No site has the Exchange server " + server);
   mail::MailboxDeletion request;
   request.SamName = run.logon_name;
-  request.AdminName = run.order.mail.administrator.name;
-  request.AdminPassword = run.order.mail.administrator.password;
+  request.administrator = run.order.mail.administrator;
+  request.confirm = run.order.confirm;
+  request.silent = run.order.terms.silent;
+  request.choose = run.order.mail.choose;
   request.place = {.Server = site->ExchangeServer, .Site = site->ExchangeSite, .Org = site->ExchangeOrg};
   request.path = run.order.mail.path;
   return request;

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "mail/recipients.hpp"
 #include "session/current_run.hpp"
 #include "session/preferences.hpp"
 
@@ -16,6 +17,7 @@ struct MailboxOrder {
   std::string server;  ///< `kStoreOfTheAccount`, or the Exchange 5.5 server of a site
   std::string path;    ///< the mailbox, when that is known in advance; otherwise empty
   session::MailAdministrator administrator;
+  mail::MailboxChooser choose = {};
 };
 
 /// What is asked of the deletion of users. Folders and shares are looked up for `shares` alone.

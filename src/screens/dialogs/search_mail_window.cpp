@@ -3,12 +3,12 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "mail/search_mail.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_pane.hpp"
 #include "session/directory_windows.hpp"
+#include "windows/mail/search_mail.hpp"
 
 namespace twk::screens {
 namespace {
@@ -41,7 +41,7 @@ void add_search_row(QDialog& dialog, QVBoxLayout& rows, Session& session) {
   auto* const search = new QPushButton("&Search", &dialog);
   search->setObjectName("Search");
   search->setDefault(true);
-  on_click(*search, [&session] { mail::search_again(session); });
+  on_click(*search, [&session] { windows::search_again(session); });
   row->addWidget(search, 0, Qt::AlignBottom);
   name->selectAll();
   name->setFocus();
@@ -64,7 +64,7 @@ std::unique_ptr<QDialog> make_search_mail(Session& session, QWidget* parent) {
   rows->addLayout(buttons);
   buttons->addStretch();
   add_button(*buttons, "&Delete Mailbox", "Delete_Mail", session.serach_mail.Delete_Mail, [&session, dialog] {
-    if (mail::Delete_Mail(session))
+    if (windows::Delete_Mail(session))
       dialog->accept();
   });
   auto* const close = new QPushButton("&Close", dialog);

@@ -3,7 +3,6 @@
 #include <QRadioButton>
 #include <QShortcut>
 
-#include "mail/find_store.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
@@ -11,6 +10,7 @@
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/form1.hpp"
+#include "windows/mail/find_store.hpp"
 #include "windows/site_tab.hpp"
 
 namespace twk::screens {
@@ -79,7 +79,7 @@ QWidget* make_fields(Session& session, QWidget* parent) {
   add_named(*mail_rows, form.Label14, "Exchange Org", make_text("EXorg", form.EXorg, mail_box));
   add_named(
       *mail_rows, form.Label13, "Exchange Site",
-      make_choice("EXSite", form.EXSite, mail_box, [&session] { mail::storage_group_chosen(session); }));
+      make_choice("EXSite", form.EXSite, mail_box, [&session] { windows::storage_group_chosen(session); }));
   QComboBox* const store = make_choice("Mail_Store", form.Mail_Store, mail_box);
   mail_rows->addRow("Mailbox Store:", store);
   // The field was hidden before it had its label.
@@ -88,7 +88,7 @@ QWidget* make_fields(Session& session, QWidget* parent) {
   mail_rows->addRow(find);
   find->addStretch();
   add_button(*find, "&Find Store", "Find_Store", form.Find_Store,
-             [&session] { mail::Find_Store_Click(session); });
+             [&session] { windows::Find_Store_Click(session); });
   column->addWidget(mail_box);
   column->addStretch();
   return fields;

@@ -2,8 +2,9 @@
 
 #include "base/text.hpp"
 #include "batch/delete_users.hpp"
-#include "session/directory_windows.hpp"
 #include "session/form1.hpp"
+#include "windows/mail/mail_tab.hpp"
+#include "windows/mail/search_mail.hpp"
 #include "windows/multi_user/run_window.hpp"
 
 namespace twk::windows {
@@ -37,7 +38,7 @@ void run(Session& session) {
 
 }  // namespace
 
-lifecycle::DeleteOrder delete_order(const Session& session) {
+lifecycle::DeleteOrder delete_order(Session& session) {
   const MultiUser& window = session.multi_user;
   const session::Form1& form = session.form1;
   lifecycle::DeleteOrder order;
@@ -50,7 +51,10 @@ lifecycle::DeleteOrder delete_order(const Session& session) {
   order.confirm = form.Confirm_Deletes.on();
   order.through_drive_shares = form.chkAdmin_Shares.on();
   order.profile_named_by_user = form.Profile_Delete_Name.on();
-  order.mail = {window.EX_Server.text, session.serach_mail.Path, {form.txtAdmin.text, form.txtPassword.text}};
+  order.mail = {
+      window.EX_Server.text, {}, mail_administrator(form), [&session](const mail::MailboxDeletion& request) {
+        return choose_mailbox(session, request);
+      }};
   order.script = {form.Delete_Script.text, form.Run_Hidden[2].on(), form.Wait_NEW[2].on()};
   order.terms.silent = window.No_Prompting.on();
   return order;

@@ -9,7 +9,7 @@ struct Session;
 namespace twk::windows {
 
 /// What the boxes of the "Delete Users" tab and the preferences ask for.
-lifecycle::DeleteOrder delete_order(const session::Session& session);
+lifecycle::DeleteOrder delete_order(session::Session& session);
 
 /// The button of the tab: starts the run over the selection, and while it is running stops it after the
 /// current user.
