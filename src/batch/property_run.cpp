@@ -48,8 +48,8 @@ base::Bytes parse_bytes(std::string_view text) {
 void set_terminal_server(const Step& step, std::int16_t number) {
   Session& session = step.run.session;
   session.Error_Log_Text.clear();
-  if (!resources::ApplyTerminalSettings(session, step.logon_name, directory::winnt_domain(session), true,
-                                        number, step.NewValue)) {
+  if (!resources::ApplyTerminalSetting(session, step.logon_name, directory::winnt_domain(session), number,
+                                       step.NewValue)) {
     base::raise(platform::ads_error::kUnwilling,
                 "The terminal-server setting was refused. " + session.Error_Log_Text);
   }

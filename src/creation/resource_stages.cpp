@@ -98,7 +98,7 @@ void CreateUserShares(CreationRun& run) {
 }
 void ApplyTerminalSettings(CreationRun& run) {
   session::Session& session = run.session;
-  resources::ApplyTerminalSettings(session, run.SamName, directory::winnt_domain(session), false, 0);
+  resources::ApplyTerminalRows(session, run.SamName, directory::winnt_domain(session), run.request.UserId);
 }
 void ApplyDirPermissions(CreationRun& run) {
   const ResolvedPaths& paths = run.paths;

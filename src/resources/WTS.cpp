@@ -6,7 +6,6 @@
 #include "format/filling.hpp"
 #include "format/replace.hpp"
 #include "records/terminal_server_rows.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_database.hpp"
 #include "session/session.hpp"
 
@@ -54,13 +53,13 @@ bool send(Session& session, const Target& target, WtsConfigClass setting, const 
   return false;
 }
 
-std::string row_value(Session& session, const controls::ListRow& row) {
+std::string row_value(Session& session, const controls::ListRow& row, std::string_view shown_name) {
   if (row.sub_items.empty())
     return {};
   return format::Filling(session, row.sub_items.front())
       .variables()
       .tag("%server%", base::trim(session.ActiveSite.NTServer))
-      .tag("%UserName%", session.form1.UserID_Box.text.get())
+      .tag("%UserName%", shown_name)
       .take();
 }
 
@@ -78,11 +77,11 @@ WtsConfigValue value_to_send(std::size_t number, const std::string& value) {
   return value_of_setting(kTerminalServerRows.at(number - 1), value);
 }
 
-bool send_rows(Session& session, const Target& target) {
+bool send_rows(Session& session, const Target& target, std::string_view shown_name) {
   session.log.line("Setting WTS settings...");
   const controls::ListView& list = session.database.terminal_rows;
   for (std::size_t number = 1; number <= list.size() && number <= kTerminalServerRows.size(); ++number) {
-    const std::string value = row_value(session, list.at(number - 1));
+    const std::string value = row_value(session, list.at(number - 1), shown_name);
     if (value.empty())
       continue;
     const WtsConfigClass setting = kTerminalServerRows.at(number - 1).setting;
@@ -104,17 +103,19 @@ bool send_one(Session& session, const Target& target, std::size_t number, std::s
 
 }  // namespace
 
-bool ApplyTerminalSettings(Session& session, std::string_view userName, std::string_view domain,
-                           bool singleProperty, std::int16_t propertyNumber, std::string_view value) {
+bool ApplyTerminalRows(Session& session, std::string_view userName, std::string_view domain,
+                       std::string_view shown_name) {
   const Target target{controller_of(session, domain), std::string(userName)};
-  if (target.controller.empty())
+  return !target.controller.empty() && send_rows(session, target, shown_name);
+}
+
+bool ApplyTerminalSetting(Session& session, std::string_view userName, std::string_view domain,
+                          std::int16_t number, std::string_view value) {
+  const Target target{controller_of(session, domain), std::string(userName)};
+  if (target.controller.empty() || number <= 0)
     return false;
-  const auto number = static_cast<std::size_t>(propertyNumber);
-  if (!singleProperty)
-    return send_rows(session, target);
-  if (propertyNumber <= 0 || number > kTerminalServerRows.size() + 1)
-    return false;
-  return send_one(session, target, number, value);
+  const auto place = static_cast<std::size_t>(number);
+  return place <= kTerminalServerRows.size() + 1 && send_one(session, target, place, value);
 }
 
 }  // namespace twk::resources

@@ -2,7 +2,6 @@
 
 #include "records/terminal_server_rows.hpp"
 #include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "support/lab_session.hpp"
@@ -57,13 +56,12 @@ class TerminalServerSettings : public test::TestWorld {
   }
   const std::vector<Call>& apply() {
     noting.calls.clear();
-    ApplyTerminalSettings(wts, "jo", "TWK", false, 0);
+    ApplyTerminalRows(wts, "jo", "TWK", "typed");
     return noting.calls;
   }
   const std::vector<Call>& apply_one(int number, std::string_view value) {
     noting.calls.clear();
-    wts.multi_user.AD_CHANGE.text = std::string(value);
-    ApplyTerminalSettings(wts, "jo", "TWK", true, static_cast<std::int16_t>(number));
+    ApplyTerminalSetting(wts, "jo", "TWK", static_cast<std::int16_t>(number), value);
     return noting.calls;
   }
   std::string log() { return test::get_file(database / "Log.txt"); }
@@ -124,7 +122,6 @@ TEST_F(TerminalServerSettings, AllWordsOfTimeAreKnownAndOthersAreNever) {
 
 TEST_F(TerminalServerSettings, VariablesServerAndNameAreFilledIn) {
   wts.ActiveSite.NTServer = " FS1 ";
-  wts.form1.UserID_Box.text = std::string("typed");
   wts.variables.ListView1.add({}, "site", {}, {"%SERVER%\\HQ"});
   put(1, "\\\\%site%\\%username%");
   EXPECT_THAT(apply(), ElementsAre(Call(15, "\\\\FS1\\HQ\\typed")));
@@ -152,14 +149,15 @@ TEST_F(TerminalServerSettings, ADomainWithoutAControllerShowsABox) {
   put(3, "W:");
   for (const bool single : {false, true}) {
     dialogs.expect("NetGetDCName failed with error 2453");
-    ApplyTerminalSettings(wts, "jo", "ELSEWHERE", single, 3);
+    single ? ApplyTerminalSetting(wts, "jo", "ELSEWHERE", 3, "W:")
+           : ApplyTerminalRows(wts, "jo", "ELSEWHERE", "");
     EXPECT_EQ(dialogs.last_icon, platform::Icon::kExclamation);
   }
   EXPECT_THAT(noting.calls, IsEmpty());
   EXPECT_EQ(log(), "");
 }
 
-TEST_F(TerminalServerSettings, ASinglePropertyTakesItsValueFromTheMultiUserWindow) {
+TEST_F(TerminalServerSettings, ASingleSettingTakesItsValueAsItIs) {
   const struct {
     int number;
     const char* value;
@@ -212,7 +210,7 @@ TEST_P(OnALab, TheRowsOfTheTableAreWhatTheUserThenHas) {
   for (std::size_t i = 0; i < kRows; ++i)
     world.session.form1.ListView9.set_sub_item(world.session.form1.ListView9.at(i), 1, values[i]);
   world.session.ActiveSite.NTServer = "FS1";
-  ApplyTerminalSettings(world.session, "jo", "TWK", false, 0);
+  ApplyTerminalRows(world.session, "jo", "TWK", "jo");
   for (std::size_t i = 0; i < kRows; ++i) {
     EXPECT_EQ(world.services.network.WTSQueryUserConfig("", "jo", records::kTerminalServerRows.at(i).setting),
               expected[i])
