@@ -2,7 +2,6 @@
 
 #include "resources/file_permission.hpp"
 #include "resources/resources_world.hpp"
-#include "session/multi_user.hpp"
 #include "session/run_scope.hpp"
 #include "support/kept_view.hpp"
 
@@ -78,6 +77,8 @@ TEST_F(OwnershipTest, ARefusedOwnerIsAFailureAndThePrivilegeIsStillDropped) {
 }
 
 TEST_F(OwnershipTest, ATreeIsTakenOverDepthFirstOwnerBeforeList) {
+  test::KeptView view(session);
+  const session::RunScope scope(session, view);
   EXPECT_TRUE(take(tree));
   EXPECT_THAT(writes(), ElementsAre("1 ", "4 ",                                                    //
                                     "1 \\a", "4 \\a", "1 \\b", "4 \\b",                            //
@@ -87,7 +88,7 @@ TEST_F(OwnershipTest, ATreeIsTakenOverDepthFirstOwnerBeforeList) {
   const platform::SecurityDescriptor& file = security.descriptors[top + "\\a\\deep\\f.txt"];
   EXPECT_EQ(file.owner, platform::well_known::administrators());
   EXPECT_EQ(file.dacl, security.descriptors[top].dacl);
-  EXPECT_EQ(session.multi_user.progress.caption.get(), "f.txt");
+  EXPECT_EQ(view.told.back(), "f.txt");
   EXPECT_THAT(calls("Lookup"), ElementsAre("LookupAccountName  System", "LookupAccountName  Administrators",
                                            "LookupPrivilegeValue SeRestorePrivilege",
                                            "LookupPrivilegeValue SeRestorePrivilege"));
