@@ -12,6 +12,7 @@
 #include "cli/terminal/progress.hpp"
 #include "lifecycle/rehearsal/rehearsal.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/settings.hpp"
 #include "session/windows.hpp"
 #include "windows/read_settings.hpp"
@@ -199,17 +200,17 @@ session::Session& Context::session(Depth depth) {
   tell_log_rows(session, 0);
   if (result == windows::StartUp::kNotPermitted)
     throw base::RuntimeError(platform::ads_error::kAccessDenied, "You may not run this program.");
-  if (depth == Depth::kDomain && session.form1.TreeView1.first() == nullptr)
-    throw Refused(session.form1.StatusBar1.panel1);
+  if (depth == Depth::kDomain && session.domain.tree.first() == nullptr)
+    throw Refused(session.status.panel1);
   return session;
 }
 
 void act(session::Session& session, const std::function<void()>& operation) {
-  const std::string before = session.form1.StatusBar1.panel1;
+  const std::string before = session.status.panel1;
   const std::size_t rows = session.form1.ListView1.size();
   operation();
   tell_log_rows(session, rows);
-  const std::string& after = session.form1.StatusBar1.panel1;
+  const std::string& after = session.status.panel1;
   if (after != before && !after.empty() && after != "Ready.")
     complain(after);
 }
@@ -220,7 +221,7 @@ int act_and_tell(Context& context, session::Session& session, const std::functio
   const std::size_t rows = log.size();
   const bool done = operation();
   if (log.size() == rows)
-    throw Refused(session.form1.StatusBar1.panel1);
+    throw Refused(session.status.panel1);
   const controls::ListRow& told = log.at(log.size() - 1);
   Json result = {{"light", told.icon}, {"message", told.text}};
   result.update(further());

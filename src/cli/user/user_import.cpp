@@ -158,7 +158,7 @@ std::string end_of_run(const session::Session& session) {
     return state.failure;
   if (state.ImportHalt)
     return "Import Halted because errors were detected";
-  return state.ImportStopped ? "Import Halted by User" : session.form1.StatusBar1.panel1.get();
+  return state.ImportStopped ? "Import Halted by User" : session.status.panel1.get();
 }
 
 void print_end(Output& output, const session::ImportState& state, const Counts& counts,

@@ -7,7 +7,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "cli/users/users_commands.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 
 namespace twk::cli {
 namespace {
@@ -32,8 +32,8 @@ const std::map<std::string, lifecycle::MovedData> kData = {{"move", lifecycle::M
 
 lifecycle::MoveOrder order_of(Context& context, session::Session& session, const MoveArguments& arguments) {
   lifecycle::MoveOrder order = lifecycle::move_order(session::read_preferences(session));
-  order.site = find_name("site", arguments.site, session.form1.NUsitename.items());
-  order.template_name = find_name("template", arguments.template_name, session.form1.nutemplate.items());
+  order.site = find_name("site", arguments.site, session.database.sites);
+  order.template_name = find_name("template", arguments.template_name, session.database.templates);
   order.data = kData.at(arguments.data);
   order.add_to_groups = arguments.add_to_groups;
   order.change_logon = arguments.change_logon;

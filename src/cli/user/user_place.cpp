@@ -5,6 +5,7 @@
 #include "directory/tree/tree.hpp"
 #include "directory/tree/tree_path.hpp"
 #include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 
 namespace twk::cli {
 namespace {
@@ -16,11 +17,11 @@ void select_ou(Context& context, session::Session& session, const std::string& o
   if (node == nullptr)
     throw Refused("The tree does not show " + dn + ": it cannot contain users, or is not in the managed OU.");
   directory::TreeView1_Expand(session, *node);
-  session.form1.TreeView1.select(node);
+  session.domain.tree.select(node);
 }
 
 void select_user(Context& context, session::Session& session, const std::string& name) {
-  session.form1.TreeView1.select(&reach_user(context, session, name));
+  session.domain.tree.select(&reach_user(context, session, name));
   session.form1.Copy_User.value = 1;
 }
 

@@ -8,7 +8,7 @@
 #include "directory/tree/create_ou.hpp"
 #include "directory/tree/tree_path.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 #include "windows/manage_ou.hpp"
 
 namespace twk::cli {
@@ -34,7 +34,7 @@ int create_ou(Context& context, const OuArguments& given) {
   const OuArguments arguments = taken_apart(given);
   session::Session& session = context.session(Depth::kDomain);
   const Domain domain = context.domain();
-  controls::TreeNode* above = session.form1.TreeView1.first();
+  controls::TreeNode* above = session.domain.tree.first();
   if (!arguments.under.empty())
     above = directory::reach_node(session, locate_ou(domain, arguments.under));
   if (above == nullptr)
