@@ -21,9 +21,9 @@ using session::Session;
 
 namespace {
 
-void tell(Session& session, std::string panel1, std::string panel2 = {}) {
-  session.groups.StatusBar1.panel1 = std::move(panel1);
-  session.groups.StatusBar1.panel2 = std::move(panel2);
+void tell(Session& session, const std::string& panel1, const std::string& panel2 = {}) {
+  session.groups.StatusBar1.panel1 = panel1;
+  session.groups.StatusBar1.panel2 = panel2;
 }
 
 /// No group is shown.
