@@ -1,7 +1,6 @@
 // The lists of the multi-user window over 100,000 users: what a person waits for.
 #include <QPushButton>
 
-#include "batch/account_functions.hpp"
 #include "bench_world.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "screens/program/qt_dialogs.hpp"
@@ -58,7 +57,7 @@ void measure(session::Session& session) {
   print(*window, "select all of the selection", [&] { selection.selectAll(); });
   print(*window, "give all back", [&] { window->findChild<QPushButton*>("Command2")->click(); });
   state.SSTab1 = session::multi_tab::kAccounts;
-  state.LockAcc.index = static_cast<int>(batch::AccountFunction::kFindLocked);
+  state.LockAcc.index = session::lock_acc::kFindLocked;
   print(*window, "search all users for locked accounts",
         [&] { window->findChild<QPushButton*>("btnGo")->click(); });
   print(*window, "take one into the selection", [&] {
