@@ -77,17 +77,9 @@ struct World {
   lifecycle::DeleteOrder order;
 };
 
-class NobodyWatches final : public session::RunView {
- public:
-  void status(std::string_view /*text*/) override {}
-  void step(std::string_view /*caption*/) override {}
-  void progress(int /*percent*/) override {}
-};
-
 bool find(session::Session& session, const std::function<bool(const platform::ObjectPtr&)>& is_hit) {
   std::size_t found = 0;
-  NobodyWatches view;
-  return batch::find_accounts(session, is_hit, view, found);
+  return batch::find_accounts(session, is_hit, session.run.view(), found);
 }
 
 struct Home {
@@ -130,7 +122,7 @@ Figures run(int users) {
   {
     World world(users);
     session::Session& session = *world.session;
-    NobodyWatches view;
+    session::RunView& view = session.run.view();
     figures[1] = measure([&] {
       find(session,
            [](const platform::ObjectPtr& account) { return platform::User(account).IsAccountLocked(); });
@@ -149,7 +141,7 @@ Figures run(int users) {
   const std::vector<Home> homes = make_homes(world);
   figures[5] = measure([&] { check(*world.session, homes); });
   world.order.data = world.order.shares = true;
-  NobodyWatches view;
+  session::RunView& view = world.session->run.view();
   figures[4] = measure([&] { batch::delete_selection(*world.session, world.order, view); });
   if (std::filesystem::exists(world.folder.path() / "lab/servers/FS1/D/Users/u0"))
     std::abort();  // what was measured was not a deletion

@@ -5,6 +5,11 @@
 
 namespace twk::session {
 
+void begin_outcome(ActivityLog& log) {
+  log.take_rows();
+  log.take_told();
+}
+
 RunOutcome take_outcome(ActivityLog& log) {
   RunOutcome outcome;
   const std::vector<LogRow> rows = log.take_rows();

@@ -16,7 +16,9 @@ struct RunOutcome {
   std::vector<std::string> warnings;  ///< why the light is not GREEN, each reason for itself
 };
 
-/// The outcome by what the log was told since it was last taken: the last row is the result, followed by the
+/// What the log is told from here on counts for the next outcome.
+void begin_outcome(ActivityLog& log);
+/// The outcome by what the log was told since then: the last row is the result, followed by the
 /// earlier ones that are not GREEN.
 RunOutcome take_outcome(ActivityLog& log);
 /// The same by the first row of the worst light.

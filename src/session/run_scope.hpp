@@ -7,7 +7,8 @@ namespace twk::session {
 struct Session;
 
 /// Gives a session's operation its terms and its view for a scope. Inside another such scope that one's come
-/// back afterwards.
+/// back afterwards. A wish to
+/// stop counts until the outermost one ends.
 class RunScope {
  public:
   RunScope(Session& session, RunTerms terms, RunView& view);

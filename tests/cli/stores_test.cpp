@@ -89,6 +89,7 @@ TEST_F(Stores, ATemplateIsAddedCopiedAndChanged) {
   EXPECT_EQ(changed["groups"], nlohmann::json::array());
   EXPECT_EQ(changed["variables"], nlohmann::json{"A=B"});
   EXPECT_EQ(changed["homeDir"], copy["homeDir"]);
+  EXPECT_EQ(result_of({"template", "edit", "Sales 2", "--variable="})["variables"], nlohmann::json::array());
 }
 
 struct TableCase {

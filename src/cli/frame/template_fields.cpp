@@ -111,7 +111,8 @@ void add_template_options(Command& command, TemplateFields& fields) {
   command
       .add_option("--variable", fields.variables,
                   "A variable of the template; repeat it for each. Together they replace all that it has")
-      ->type_name("NAME=VALUE");
+      ->type_name("NAME=VALUE")
+      ->may_be_empty();
 }
 
 std::string load_named_template(Session& session, std::string_view name) {

@@ -124,8 +124,7 @@ DeleteOrder delete_order(const session::Preferences& preferences) {
 session::RunOutcome Delete_One_User(Session& session, std::string_view UserKey, const DeleteOrder& order,
                                     session::RunView& view) {
   const session::RunScope scope(session, order.terms, view);
-  session.log.take_rows();
-  session.log.take_told();
+  session::begin_outcome(session.log);
   if (!is_wanted(session, order, UserKey))
     return {};
   const KnownFolders known(session);

@@ -229,8 +229,7 @@ MoveOrder move_order(const session::Preferences& preferences) {
 session::RunOutcome Move_One_User(Session& session, std::string_view UserKey, const MoveOrder& order,
                                   session::RunView& view) {
   const session::RunScope scope(session, order.terms, view);
-  session.log.take_rows();
-  session.log.take_told();
+  session::begin_outcome(session.log);
   view.step("Moving User...");
   const KnownFolders known(session);
   MoveRun run{.session = session,

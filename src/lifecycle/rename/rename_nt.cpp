@@ -162,7 +162,7 @@ bool has_refused_text(Session& session, const RenameNtOrder& order) {
 session::RunOutcome rename_nt(Session& session, controls::TreeNode& node, const RenameNtOrder& order,
                               session::RunView& view) {
   const session::RunScope scope(session, order.terms, view);
-  session.log.take_rows();
+  session::begin_outcome(session.log);
   RenameRun run{session, order, node, order.old_name};
   base::Trap trap;
   trap([&] { order.logon_changed ? change_names(run) : change_full_name(run); });

@@ -204,7 +204,7 @@ bool has_refused_text(Session& session, const UserNames& names) {
 session::RunOutcome rename_user(Session& session, controls::TreeNode& node, const RenameUserOrder& order,
                                 session::RunView& view) {
   const session::RunScope scope(session, order.terms, view);
-  session.log.take_rows();
+  session::begin_outcome(session.log);
   session.log.begin_block();
   session.log.line("Renaming user:" + node.text);
   RenameRun run{session, order, node};

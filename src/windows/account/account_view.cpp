@@ -8,10 +8,6 @@ namespace twk::windows {
 
 using session::Session;
 
-AccountView::AccountView(Session& session) : session_(session) {
-  session.run.stopped = false;
-}
-
 void AccountView::status(std::string_view text) {
   session_.status.panel1 = std::string(text);
 }

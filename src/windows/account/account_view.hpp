@@ -13,7 +13,7 @@ namespace twk::windows {
 /// Cancel button.
 class AccountView final : public session::RunView {
  public:
-  explicit AccountView(session::Session& session);
+  explicit AccountView(session::Session& session) : session_(session) {}
 
   void status(std::string_view text) override;
   void step(std::string_view caption) override;

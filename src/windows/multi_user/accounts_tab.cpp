@@ -48,7 +48,6 @@ void change(Session& session, AccountFunction function) {
                                &window.Command2.enabled, &window.LockAcc.enabled});
   MultiUserView view(session, window.btnGo);
   const session::RunScope scope(session, {}, view);
-  session.run.stopped = false;
   try {
     const bool whole = batch::change_accounts(
         session, {function, window.ctrChangePswd.on(), session.form1.defaultpassword.text}, view);
@@ -112,7 +111,6 @@ void search(Session& session, int function) {
   MultiUser& window = session.multi_user;
   MultiUserView view(session, window.btnGo);
   const session::RunScope scope(session, {}, view);
-  session.run.stopped = false;
   window.ProgressBar1_visible = true;
   try {
     function == session::lock_acc::kFindExpired ? find_expired(session, view) : find_locked(session, view);

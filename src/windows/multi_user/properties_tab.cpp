@@ -47,7 +47,6 @@ class PropertiesView final : public session::RunView {
                  &session.multi_user.Command1.enabled, &session.multi_user.Command2.enabled,
                  &session.multi_user.AD_CHANGE.enabled, &session.ad_properties.AD_Properties.enabled,
                  &session.ad_properties.AD_Append.enabled, &session.ad_properties.AD_Replace.enabled}) {
-    session.run.stopped = false;
     session.ad_properties.progress.value = 0;
     session.ad_properties.progress_visible = true;
   }

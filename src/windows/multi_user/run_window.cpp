@@ -58,14 +58,12 @@ void run_over_selection(Session& session, const controls::Button& start, std::st
                         const std::function<bool(session::RunView& view)>& run) {
   MultiUserView view(session, start);
   const session::RunScope scope(session, {}, view);
-  session.run.stopped = false;
   try {
     if (run(view))
       view.step(completed);
   } catch (const base::RuntimeError& failure) {
     batch::tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
-  session.run.stopped = false;
 }
 
 void stop_over_selection(Session& session, controls::Button& start, std::string_view caption,
