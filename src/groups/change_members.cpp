@@ -52,7 +52,7 @@ std::vector<const ListRow*> rows_of(const ListView& list, std::span<const std::s
       rows.push_back(row);
   }
   std::ranges::sort(rows, std::greater(), [&](const ListRow* row) { return list.place_of(*row); });
-  rows.erase(std::ranges::unique(rows).begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   return rows;
 }
 
