@@ -234,8 +234,7 @@ void load_groups(Load& load) {
       counting([&] { count_group(session); });
       const std::string path = rewrite_path(load.options.Search, rows->field(0).text());
       const platform::Value type = rows->field(2);
-      take_group(load, path, rows->field(1).text(),
-                 type.is_empty() ? 0 : type.integer());
+      take_group(load, path, rows->field(1).text(), type.is_empty() ? 0 : type.integer());
     }
   });
 }

@@ -2,10 +2,10 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-#include "windows/account/account_view.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "session/account_windows.hpp"
+#include "windows/account/account_view.hpp"
 
 namespace twk::screens {
 
