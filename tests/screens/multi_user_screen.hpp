@@ -1,15 +1,10 @@
 #pragma once
 
-#include <set>
-
 #include "platform/adsi.hpp"
 #include "screens/screen_test.hpp"
-#include "screens/widgets/list_pane.hpp"
 #include "session/multi_user.hpp"
 
 namespace twk::test {
-
-using Names = std::set<std::string>;
 
 /// The multi-user window over "ann", "ben" and "cas" of the unit for new accounts, its users listed.
 class MultiUserWindow : public ScreenTest {
@@ -36,32 +31,30 @@ class MultiUserWindow : public ScreenTest {
     });
     find<QAction>("mnuOption1")->trigger();
   }
-  static screens::ListPane& list(QWidget& shown, const char* name) {
-    auto* const pane = shown.findChild<screens::ListPane*>(name);
-    if (pane == nullptr)
-      throw std::logic_error(std::string("no list ") + name);
-    return *pane;
-  }
   void show_tab(QWidget& shown, int tab) { find<QTabWidget>("SSTab1", &shown)->setCurrentIndex(tab); }
   void take_all(QWidget& shown) {
-    screens::ListPane& users = list(shown, "ListView2");
+    screens::ListPane& users = pane("ListView2", &shown);
     users.setFocus();
     QTest::keySequence(&users, QKeySequence::SelectAll);
     click("Command1", &shown);
   }
-  static Names shown_in(const screens::ListPane& pane) {
-    Names names;
-    for (int row = 0; row < pane.model()->rowCount(); ++row)
-      names.insert(pane.model()->index(row, 0).data().toString().toStdString());
-    return names;
-  }
-  Names disabled() {
-    Names names;
-    for (const char* const name : {"ann", "ben", "cas"}) {
-      if (platform::User(lab.account(name)).AccountDisabled())
-        names.insert(name);
-    }
-    return names;
+  QString text(QWidget& shown, const char* label) { return find<QLabel>(label, &shown)->text(); }
+  /// Starts a run over all users and presses its button again after the first of them.
+  void cancel_a_run(QWidget& shown, const char* button_name) {
+    auto* const button = find<QPushButton>(button_name, &shown);
+    const QString caption = button->text();
+    bool pressed = false;
+    const auto watch = lab.session.multi_user.Label3.caption.watch([&] {
+      if (std::exchange(pressed, true))
+        return;
+      EXPECT_EQ(button->text(), "&Cancel");
+      // Esc must not close the window during a run.
+      QTest::keyClick(&shown, Qt::Key_Escape);
+      EXPECT_TRUE(shown.isVisible());
+      QTimer::singleShot(0, button, [this, &shown, button_name] { click(button_name, &shown); });
+    });
+    click(button_name, &shown);
+    EXPECT_EQ(button->text(), caption);
   }
 };
 

@@ -7,6 +7,7 @@
 
 #include "screens/main/main_window.hpp"
 #include "screens/program/qt_dialogs.hpp"
+#include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/form1.hpp"
 #include "support/lab_session.hpp"
@@ -65,6 +66,29 @@ class ScreenTest : public testing::Test {
       QTest::keyClick(box, Qt::Key_Down);
   }
 
+  void press(const char* name, Qt::Key key, QWidget* in = nullptr) {
+    QTest::keyClick(find<QWidget>(name, in), key);
+  }
+  screens::ListPane& pane(const char* name, QWidget* in = nullptr) {
+    return *find<screens::ListPane>(name, in);
+  }
+  void click_row(const char* list, const QString& text, QWidget* in = nullptr,
+                 Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(pane(list, in).viewport(), Qt::LeftButton, keys, place_of(pane(list, in), text));
+  }
+  void double_click_row(const char* list, const QString& text, QWidget* in = nullptr) {
+    click_row(list, text, in);
+    QTest::mouseDClick(pane(list, in).viewport(), Qt::LeftButton, {}, place_of(pane(list, in), text));
+  }
+  /// The texts of a list as shown.
+  std::vector<std::string> shown_in(const char* list, QWidget* in = nullptr) {
+    std::vector<std::string> texts;
+    const QAbstractItemModel* const model = pane(list, in).model();
+    for (int row = 0; row < model->rowCount(); ++row)
+      texts.push_back(model->index(row, 0).data().toString().toStdString());
+    return texts;
+  }
+
   /// When the next modal window is up, calls `person` with it. Windows must come in the expected order.
   void expect_window(std::function<void(QWidget& window)> person) {
     ++expected_;
@@ -85,6 +109,15 @@ class ScreenTest : public testing::Test {
       QTest::mouseClick(box->button(button), Qt::LeftButton);
     });
   }
+  /// The next modal window chooses a file to import; takes that one.
+  void expect_file(const std::string& path) {
+    expect_window([this, path](QWidget& shown) {
+      EXPECT_EQ(shown.windowTitle(), "Open file to import");
+      find<QLineEdit>("fileNameEdit", &shown)->setText(screens::to_qt(path));
+      QTest::mouseClick(find<QDialogButtonBox>("buttonBox", &shown)->button(QDialogButtonBox::Open),
+                        Qt::LeftButton);
+    });
+  }
   [[nodiscard]] std::string status() const { return lab.session.form1.StatusBar1.panel1; }
   /// Lets queued work run.
   static void settle() { QCoreApplication::processEvents(); }
@@ -94,6 +127,16 @@ class ScreenTest : public testing::Test {
   std::unique_ptr<screens::MainWindow> window;
 
  private:
+  /// Of the row of that text, which is brought into view.
+  static QPoint place_of(screens::ListPane& list, const QString& text) {
+    const QAbstractItemModel* const model = list.model();
+    const QModelIndexList found =
+        model->match(model->index(0, 0), Qt::DisplayRole, text, 1, Qt::MatchExactly);
+    if (found.isEmpty())
+      throw std::logic_error("no row " + text.toStdString());
+    list.scrollTo(found.first());
+    return list.visualRect(found.first()).center();
+  }
   void wait_for_modal() {
     QTimer::singleShot(5, window.get(), [this] {
       QWidget* const modal = QApplication::activeModalWidget();

@@ -11,7 +11,7 @@ constexpr std::string_view kSales = "OU=Sales,DC=twk,DC=test";
 class TreeCommands : public ScreenTest {
  protected:
   TreeCommands() {
-    lab.services.directory.GetObject("LDAP://twk.test")->Create("organizationalUnit", "OU=Sales")->SetInfo();
+    add_unit("Sales");
     const platform::ObjectPtr user =
         lab.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
             ->Create("user", "CN=Smith\\, John");
@@ -19,15 +19,21 @@ class TreeCommands : public ScreenTest {
     user->SetInfo();
   }
 
+  void add_unit(const std::string& name) {
+    lab.services.directory.GetObject("LDAP://twk.test")
+        ->Create("organizationalUnit", "OU=" + name)
+        ->SetInfo();
+  }
   [[nodiscard]] controls::TreeNode* node(std::string_view key) const {
     return lab.session.form1.TreeView1.find(key);
   }
-  QPoint place(std::string_view key) {
+  QModelIndex index(std::string_view key) {
     const controls::TreeNode* const found = node(key);
     if (found == nullptr)
       throw std::logic_error("no node " + std::string(key));
-    return window->tree().visualRect(window->tree().index_of(*found)).center();
+    return window->tree().index_of(*found);
   }
+  QPoint place(std::string_view key) { return window->tree().visualRect(index(key)).center(); }
   void mouse(QEvent::Type type, const QPoint& at) {
     QWidget* const viewport = window->tree().viewport();
     const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
@@ -35,12 +41,19 @@ class TreeCommands : public ScreenTest {
     QMouseEvent event(type, at, viewport->mapToGlobal(at), button, buttons, Qt::ShiftModifier);
     QApplication::sendEvent(viewport, &event);
   }
-  void drag_over(std::string_view from, std::string_view to) {
+  void drag_over(std::string_view from, const QPoint& to) {
     window->tree().setFocus();
     const QPoint start = place(from);
     mouse(QEvent::MouseButtonPress, start);
     mouse(QEvent::MouseMove, start + QPoint(QApplication::startDragDistance(), 2));
-    mouse(QEvent::MouseMove, place(to));
+    mouse(QEvent::MouseMove, to);
+  }
+  void show_menu_at(std::string_view key, QContextMenuEvent::Reason reason) {
+    const QPoint at = place(key);
+    QContextMenuEvent event(reason, at, window->tree().viewport()->mapToGlobal(at));
+    QApplication::sendEvent(window->tree().viewport(), &event);
+    EXPECT_TRUE(find<QMenu>("mnupopup")->isVisible());
+    find<QMenu>("mnupopup")->close();
   }
   QAction* action(const char* name) { return find<QAction>(name); }
 
@@ -48,65 +61,54 @@ class TreeCommands : public ScreenTest {
   const std::string moved_john = "LDAP://twk.test/CN=Smith\\, John," + std::string(kSales);
 };
 
+TEST_F(TreeCommands, OpeningANodeWithTheKeyboardShowsItsUsers) {
+  open();
+  const controls::TreeNode& users = *node("CN=Users,DC=twk,DC=test");
+  screens::TreePane& tree = window->tree();
+  tree.setFocus();
+  tree.setCurrentIndex(index(users.key));
+  QTest::keyClick(&tree, Qt::Key_Right);
+  settle();
+  EXPECT_TRUE(tree.isExpanded(index(users.key)));
+  EXPECT_EQ(tree.model()->rowCount(index(users.key)), static_cast<int>(users.children.size()));
+  EXPECT_EQ(users.children.front()->image, "USER");
+}
+
 TEST_F(TreeCommands, AUserIsDraggedToAnotherOuWithShift) {
   open();
-  drag_over(john, kSales);
+  drag_over(john, place(kSales));
   EXPECT_EQ(lab.session.form1.DropHighlight.get(), kSales);
   mouse(QEvent::MouseButtonRelease, place(kSales));
   settle();
   EXPECT_EQ(lab.path_of("jsmith"), moved_john);
-  ASSERT_NE(node(moved_john), nullptr);
-  EXPECT_EQ(window->tree().currentIndex(), window->tree().index_of(*node(moved_john)));
-  EXPECT_TRUE(window->tree().isExpanded(window->tree().index_of(*node(kSales))));
+  EXPECT_EQ(window->tree().currentIndex(), index(moved_john));
+  EXPECT_TRUE(window->tree().isExpanded(index(kSales)));
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(TreeCommands, EscCancelsTheDrag) {
+TEST_F(TreeCommands, EscAndADropOutsideTheTreeMoveNobody) {
   open();
-  drag_over(john, kSales);
-  ASSERT_NE(QApplication::overrideCursor(), nullptr);
-  QTest::keyClick(&window->tree(), Qt::Key_Escape);
-  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-  EXPECT_EQ(lab.session.form1.DropHighlight.get(), "");
-  mouse(QEvent::MouseButtonRelease, place(kSales));
-  EXPECT_EQ(lab.path_of("jsmith"), john);
-}
-
-TEST_F(TreeCommands, ADropOnAUserOrOutsideTheTreeMovesNobody) {
-  open();
-  drag_over(john, kSales);
-  mouse(QEvent::MouseButtonRelease, QPoint(-50, -50));
-  EXPECT_EQ(lab.path_of("jsmith"), john);
-  drag_over(john, john);
-  mouse(QEvent::MouseButtonRelease, place(john));
-  EXPECT_EQ(lab.path_of("jsmith"), john);
-}
-
-TEST_F(TreeCommands, ARefusedMoveIsReportedInABox) {
-  open();
-  lab.directory.before = fail_at("MoveHere", 1, platform::ads_error::kAccessDenied);
-  drag_over(john, kSales);
-  expect_box("Cannot move Smith, John to Sales");
-  mouse(QEvent::MouseButtonRelease, place(kSales));
-  EXPECT_NE(node(john), nullptr);
+  for (const bool escape : {true, false}) {
+    drag_over(john, place(kSales));
+    ASSERT_NE(QApplication::overrideCursor(), nullptr);
+    if (escape)
+      QTest::keyClick(&window->tree(), Qt::Key_Escape);
+    mouse(QEvent::MouseButtonRelease, escape ? place(kSales) : QPoint(-50, -50));
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(lab.session.form1.DropHighlight.get(), "");
+    EXPECT_EQ(lab.path_of("jsmith"), john);
+  }
 }
 
 TEST_F(TreeCommands, TheTreeScrollsWhileTheDragIsAtItsEdge) {
-  for (int i = 0; i < 60; ++i) {
-    lab.services.directory.GetObject("LDAP://twk.test")
-        ->Create("organizationalUnit", "OU=Unit " + std::to_string(100 + i))
-        ->SetInfo();
-  }
+  for (int i = 0; i < 60; ++i)
+    add_unit("Unit " + std::to_string(100 + i));
   open();
   QScrollBar* const bar = window->tree().verticalScrollBar();
-  ASSERT_GT(bar->maximum(), 0);
-  window->tree().scrollTo(window->tree().index_of(*node(john)));
-  window->tree().setFocus();
-  const QPoint start = place(john);
-  mouse(QEvent::MouseButtonPress, start);
+  window->tree().scrollTo(index(john));
   const int before = bar->value();
   ASSERT_LT(before, bar->maximum());
-  mouse(QEvent::MouseMove, QPoint(start.x(), window->tree().viewport()->height() - 5));
+  drag_over(john, QPoint(20, window->tree().viewport()->height() - 5));
   EXPECT_TRUE(QTest::qWaitFor([&] { return bar->value() >= before + 2; }, 3000));
   QTest::keyClick(&window->tree(), Qt::Key_Escape);
   const int stopped = bar->value();
@@ -116,27 +118,22 @@ TEST_F(TreeCommands, TheTreeScrollsWhileTheDragIsAtItsEdge) {
 
 TEST_F(TreeCommands, F5ReadsTheDomainAgain) {
   open();
-  lab.services.directory.GetObject("LDAP://twk.test")->Create("organizationalUnit", "OU=Late")->SetInfo();
+  add_unit("Late");
   window->tree().setFocus();
   QTest::keyClick(&window->tree(), Qt::Key_F5);
   settle();
   EXPECT_NE(node("OU=Late,DC=twk,DC=test"), nullptr);
-  EXPECT_EQ(window->tree().currentIndex(), window->tree().index_of(*lab.session.form1.TreeView1.first()));
+  EXPECT_EQ(window->tree().currentIndex(), index(lab.session.form1.TreeView1.first()->key));
 }
 
-TEST_F(TreeCommands, ThePopupFitsTheNodeUnderThePointer) {
+TEST_F(TreeCommands, ThePopupFitsTheNodeUnderThePointerAndOfTheMenuKey) {
   open();
-  auto* const menu = find<QMenu>("mnupopup");
-  const auto popup_at = [&](std::string_view key) {
-    Q_EMIT window->tree().customContextMenuRequested(place(key));
-    EXPECT_TRUE(menu->isVisible());
-    menu->close();
-  };
-  popup_at(john);
+  show_menu_at(john, QContextMenuEvent::Mouse);
   EXPECT_EQ(lab.session.form1.TreeView1.selected(), node(john));
   EXPECT_FALSE(action("mnupopup10")->isEnabled());
   EXPECT_FALSE(action("mnupopup13")->isVisible());
-  popup_at(kSales);
+  lab.session.form1.TreeView1.select(node(kSales));
+  show_menu_at(kSales, QContextMenuEvent::Keyboard);
   EXPECT_TRUE(action("mnupopup10")->isEnabled());
   EXPECT_FALSE(action("mnupopup4")->isEnabled());
   expect_window([](QWidget& shown) {
@@ -146,7 +143,7 @@ TEST_F(TreeCommands, ThePopupFitsTheNodeUnderThePointer) {
   });
   action("mnupopup10")->trigger();
   settle();
-  ASSERT_NE(node("OU=North\\, \\\"cold\\\"," + std::string(kSales)), nullptr);
+  EXPECT_NE(node("OU=North\\, \\\"cold\\\"," + std::string(kSales)), nullptr);
 }
 
 TEST_F(TreeCommands, FindOpensTheTreeAtTheUser) {
@@ -164,59 +161,51 @@ TEST_F(TreeCommands, FindOpensTheTreeAtTheUser) {
   });
   action("FIND")->trigger();
   settle();
-  EXPECT_EQ(window->tree().currentIndex(), window->tree().index_of(*node(john)));
+  EXPECT_EQ(window->tree().currentIndex(), index(john));
 }
 
 TEST_F(TreeCommands, OptionsAreDescribedCheckedAndStored) {
   open();
   expect_window([this](QWidget& shown) {
     auto* const text = find<QLabel>("txtDescription", &shown);
-    EXPECT_TRUE(text->text().startsWith("These options can be configured"));
     find<QRadioButton>("UseLDAP", &shown)->setFocus();
     EXPECT_TRUE(text->text().startsWith("Tells TWK to use a Global catalog server"));
-    QTest::mouseClick(find<QRadioButton>("UseLDAP", &shown), Qt::LeftButton, {}, QPoint(8, 8));
-    QTest::mouseClick(find<QCheckBox>("SkipUsers", &shown), Qt::LeftButton, {}, QPoint(8, 8));
-    EXPECT_TRUE(text->text().startsWith("No users will be loaded"));
+    for (const char* const option :
+         {"UseLDAP", "LoadAllUsersoption", "Sortoff", "SkipUsers", "SkipGroups", "TemplateGroups"})
+      click(option, &shown);
+    expect_box("PageSize must be a number.");
+    QTest::keyClicks(find<QLineEdit>("PageSize", &shown), "x");
     type("PageSize", "250", &shown);
+    type("UserLimit", "77", &shown);
     click("btnApply", &shown);
     EXPECT_TRUE(text->text().startsWith("Saved."));
     QTest::keyClick(&shown, Qt::Key_Escape);
   });
   action("mnuOption2")->trigger();
-  EXPECT_EQ(session::read_setting(lab.session, session::kADO, "PageSize"), "250");
-  EXPECT_EQ(session::read_setting(lab.session, session::kADO, "Search"), "LDAP://");
-  EXPECT_EQ(session::read_setting(lab.session, session::kADO, "SkipUsers"), "True");
-}
-
-TEST_F(TreeCommands, ALetterInANumberIsReportedInABox) {
-  open();
-  expect_window([this](QWidget& shown) {
-    expect_box("PageSize must be a number.");
-    QTest::keyClicks(find<QLineEdit>("PageSize", &shown), "x");
-    EXPECT_EQ(find<QLineEdit>("PageSize", &shown)->text(), "1000");
-    shown.close();
-  });
-  action("mnuOption2")->trigger();
+  for (const auto& [name, value] : {std::pair("PageSize", "250"),
+                                    {"UserLimit", "77"},
+                                    {"Search", "LDAP://"},
+                                    {"LoadAllUsers", "True"},
+                                    {"Sort", "False"},
+                                    {"SkipUsers", "True"},
+                                    {"SkipGroups", "True"},
+                                    {"TemplateGroupsOnly", "True"}})
+    EXPECT_EQ(session::read_setting(lab.session, session::kADO, name), value) << name;
 }
 
 TEST_F(TreeCommands, ManageOuKeepsTheChoiceAndEscDoesNot) {
   open();
-  EXPECT_EQ(lab.session.form1.TreeView1.selected(), node(kNewStarters));
-  expect_window([](QWidget& shown) {
-    EXPECT_EQ(shown.objectName().toStdString(), "Select_OU");
-    QTest::keyClick(&shown, Qt::Key_Escape);
-  });
-  action("mnuOption5")->trigger();
-  EXPECT_EQ(lab.session.ManagedOU, "");
-  expect_window([this](QWidget& shown) {
-    EXPECT_EQ(find<QLabel>("OU", &shown)->text(), "Manage this OU: New Starters");
-    QTest::mouseClick(find<QCheckBox>("SUBOU", &shown), Qt::LeftButton, {}, QPoint(8, 8));
-    QTest::keyClick(&shown, Qt::Key_Return);
-  });
-  action("mnuOption5")->trigger();
-  EXPECT_EQ(lab.session.ManagedOU, kNewStarters);
+  for (const bool kept : {false, true}) {
+    expect_window([this, kept](QWidget& shown) {
+      EXPECT_EQ(find<QLabel>("OU", &shown)->text(), "Manage this OU: New Starters");
+      click("SUBOU", &shown);
+      QTest::keyClick(&shown, kept ? Qt::Key_Return : Qt::Key_Escape);
+    });
+    action("mnuOption5")->trigger();
+    EXPECT_EQ(lab.session.ManagedOU, kept ? kNewStarters : "");
+    EXPECT_NE(action("mnuOption5")->isEnabled(), kept);
+  }
   EXPECT_FALSE(lab.session.ManageSubOUs);
-  EXPECT_FALSE(action("mnuOption5")->isEnabled());
 }
 
 TEST_F(TreeCommands, MenusAndToolbarAreOffWhileARunIsOn) {
@@ -232,19 +221,25 @@ TEST_F(TreeCommands, MenusAndToolbarAreOffWhileARunIsOn) {
   EXPECT_FALSE(window->isVisible());
 }
 
-TEST_F(TreeCommands, ClosingTheWindowEndsTheSession) {
-  open();
-  window->close();
-  EXPECT_TRUE(lab.session.form1.ended);
-}
-
-TEST_F(TreeCommands, NewUserTakesThePersonToTheFirstName) {
+TEST_F(TreeCommands, NewUserTakesThePersonToTheFirstNameAndClosingEndsTheSession) {
   open();
   window->tabs().setCurrentIndex(session::tab::kSite);
   EXPECT_EQ(status(), "Click on a site to edit");
   action("NewUser")->trigger();
   EXPECT_EQ(window->tabs().currentIndex(), session::tab::kNewUser);
-  EXPECT_EQ(status(), "Ready.");
+  EXPECT_EQ(window->focusWidget(), find<QLineEdit>("strFirst"));
+  window->close();
+  EXPECT_TRUE(lab.session.form1.ended);
+}
+
+TEST_F(TreeCommands, CompactionAndBackupAreCommandsOfTheMenus) {
+  open();
+  expect_box("Are you sure you want to continue ?", QMessageBox::Yes);
+  expect_box("Do you want to remove groups from the templates that no longer exist ?", QMessageBox::No);
+  action("mnuOption6")->trigger();
+  EXPECT_EQ(status(), "Completed.");
+  action("mnuFile3")->trigger();
+  EXPECT_EQ(status(), "Databases Backed up ( *.BAK)...");
 }
 
 TEST_F(TreeCommands, MnemonicsAndShortcutsAreUnique) {
@@ -267,21 +262,7 @@ TEST_F(TreeCommands, MnemonicsAndShortcutsAreUnique) {
   }
 }
 
-TEST_F(TreeCommands, TheMenuKeyOffersThePopupOfTheSelectedNode) {
-  open();
-  lab.session.form1.TreeView1.select(node(kSales));
-  window->tree().setFocus();
-  const QPoint at = place(kSales);
-  QContextMenuEvent key(QContextMenuEvent::Keyboard, at, window->tree().viewport()->mapToGlobal(at));
-  QApplication::sendEvent(window->tree().viewport(), &key);
-  EXPECT_TRUE(find<QMenu>("mnupopup")->isVisible());
-  EXPECT_TRUE(action("mnupopup10")->isEnabled());
-  find<QMenu>("mnupopup")->close();
-}
-
-class WindowsAndSplitters : public ScreenTest {};
-
-TEST_F(WindowsAndSplitters, AreAsTheyWereLeft) {
+TEST_F(TreeCommands, WindowsAndSplittersAreAsTheyWereLeft) {
   open();
   auto* const panes = find<QSplitter>("panes");
   panes->setSizes({400, 600});
