@@ -4,8 +4,6 @@
 #include "screens/screen_test.hpp"
 #include "session/form1.hpp"
 #include "support/details_world.hpp"
-#include "windows/account/popup_commands.hpp"
-#include "windows/main_window.hpp"
 
 namespace twk::test {
 namespace {
@@ -43,7 +41,7 @@ TEST_F(AccountWindows, RenameStaysOpenWhileANameIsRefusedAndOkSetsTheNewOnes) {
     type("Logon_Name_pre2000", "amarsh", &shown);
     click("Command2", &shown);
   });
-  windows::mnupopup_Click(lab.session, 6);
+  find<QAction>("mnupopup6")->trigger();
   EXPECT_EQ(lab.session.form1.TreeView1.selected()->text, "Marsh, Ann");
   for (const auto& [name, value] : {std::pair("cn", "Marsh, Ann"),
                                     {"givenName", "Ann"},
@@ -61,7 +59,7 @@ TEST_F(NtAccountWindows, RenameOfAFlatDomainTakesNameAndFullName) {
     type("Full_Name", "Ann Marsh", &shown);
     click("OKButton", &shown);
   });
-  windows::mnupopup_Click(lab.session, 6);
+  find<QAction>("mnupopup6")->trigger();
   EXPECT_EQ(lab.property("ann", "FullName"), "Ann Marsh");
 }
 
@@ -74,7 +72,7 @@ TEST_F(AccountWindows, WorkstationIsAskedForAndCancelForgetsIt) {
       click("NT40", &shown);
       click(button, &shown);
     });
-    windows::mnupopup_Click(lab.session, 9);
+    find<QAction>("mnupopup9")->trigger();
     EXPECT_EQ(status(), "Unable to find \\\\PC7\\admin$\\profiles\\Jo Smith ...");
   }
   EXPECT_EQ(lab.session.wks_profile.WKS_Name, "");
@@ -107,13 +105,20 @@ TEST_F(AccountWindows, DeletionOfAProfileShowsItsProgressAndStopsAtCancel) {
     click("OKButton", &shown);
   });
   expect_box("500 files", QMessageBox::Yes);
-  windows::mnupopup_Click(lab.session, 9);
+  find<QAction>("mnupopup9")->trigger();
   EXPECT_TRUE(told.contains("of 500 files")) << told.toStdString();
   EXPECT_GT(left(), 0);
   EXPECT_LT(left(), kFiles);
   EXPECT_FALSE(progress->isVisible());
   EXPECT_TRUE(window->centralWidget()->isEnabled());
   EXPECT_EQ(status(), "Ready.");
+}
+
+TEST_F(AccountWindows, ResetOfThePasswordAsksFirst) {
+  open_with_jo();
+  expect_box("Reset Password for Jo Smith", QMessageBox::Yes);
+  find<QAction>("mnupopup2")->trigger();
+  EXPECT_EQ(status(), "Password for Jo Smith has Been Reset.");
 }
 
 }  // namespace

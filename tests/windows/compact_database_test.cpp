@@ -98,17 +98,14 @@ TEST_F(CompactionTest, FilesKeepAccessAndLinksAndWhatIsReadOnlyIsRefused) {
   EXPECT_EQ(get("Template.dat"), old_templates);
 }
 
-TEST_F(CompactionTest, AnswerNoToPruningKeepsGroupsOfOtherDomains) {
+TEST_F(CompactionTest, AnswerNoTouchesNothingOrKeepsGroupsOfOtherDomains) {
+  world.dialogs.expect(kSure, Answer::kNo);
+  EXPECT_FALSE(Compact_Database(world.session));
+  expect_untouched();
   world.dialogs.expect(kSure, Answer::kYes);
   world.dialogs.expect(kPrune, Answer::kNo);
   EXPECT_TRUE(Compact_Database(world.session));
   EXPECT_EQ(get("Template.dat"), kept_templates);
-}
-
-TEST_F(CompactionTest, AnswerNoAtFirstTouchesNothing) {
-  world.dialogs.expect(kSure, Answer::kNo);
-  EXPECT_FALSE(Compact_Database(world.session));
-  expect_untouched();
 }
 
 TEST_F(CompactionTest, DomainThatIsNotReachedLeavesBothFiles) {

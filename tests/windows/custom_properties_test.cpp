@@ -35,18 +35,6 @@ TEST_F(CustomPropertiesTest, FourRowsComeFromTheSettingsAndGoBack) {
   EXPECT_FALSE(form1.Custom_Value[0].visible.get()) << "an absent pair stays hidden";
 }
 
-TEST_F(CustomPropertiesTest, AnEmptiedRowHidesItsField) {
-  set("Custom", "Custom1", "Room");
-  set("Custom", "Property1", "roomNumber");
-  Custom_Load(session);
-  EXPECT_TRUE(Custom_OK(session));
-  EXPECT_TRUE(form1.Custom_Value[0].visible.get());
-  put_row(0, "", "");
-  EXPECT_TRUE(Custom_OK(session));
-  EXPECT_FALSE(form1.Custom_Value[0].visible.get());
-  EXPECT_FALSE(form1.Custom_Label[0].visible.get());
-}
-
 TEST_F(CustomPropertiesTest, ANameWithoutAnAttributeIsRefusedAndNothingIsWritten) {
   Custom_Load(session);
   put_row(1, "Room", "");

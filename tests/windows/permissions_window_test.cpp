@@ -99,22 +99,18 @@ TEST_F(PermissionsWindowTest, AnAccountThatCannotBeStoredLeavesNoRow) {
   EXPECT_EQ(table("Permissions.dat"), (std::vector<PermissionRecord>{{false, "Staff", "Read", ""}}));
 }
 
-TEST_F(PermissionsWindowTest, AnOwnerWithoutARowIsReportedBeforeItIsLost) {
-  person([&] { window.ctrOwner.text = std::string("Administrators"); });
-  dialogs.expect("add at least one");
+TEST_F(PermissionsWindowTest, AnOwnerThatWouldBeLostOrCutIsRefused) {
+  person([&] {
+    window.ctrOwner.text = std::string("Administrators");
+    dialogs.expect("add at least one");
+    EXPECT_FALSE(Permissions_OK_Button_Click(session));
+    add("Staff");
+    window.ctrOwner.text = std::string(51, 'a');
+    dialogs.expect("Owner: An account has at most 50 characters.");
+  });
   Set_Security_Click(session);
   EXPECT_FALSE(closed);
   EXPECT_FALSE(files.exists(database / "Permissions.dat"));
-}
-
-TEST_F(PermissionsWindowTest, AnOwnerThatWouldBeCutIsRefused) {
-  person([&] {
-    add("Staff");
-    window.ctrOwner.text = std::string(51, 'a');
-  });
-  dialogs.expect("Owner: An account has at most 50 characters.");
-  Set_Security_Click(session);
-  EXPECT_FALSE(closed);
 }
 
 TEST_F(PermissionsWindowTest, ATableThatCannotBeReadIsReportedAndNothingOpens) {

@@ -31,19 +31,6 @@ TEST_F(SharePointsTest, SharePointsEndInABackslashAndLoseALeadingOne) {
   }
 }
 
-TEST_F(SharePointsTest, TheWindowCanBeChangedWhileTheTemplateIsEdited) {
-  window.HomeSharePoint = "homes\\";
-  for (const bool editing : {true, false}) {
-    session.form1.savetemplate.enabled = editing;
-    window.HomeShareName.text = "typed";
-    frmSharePoints_Load(session);
-    EXPECT_EQ(window.HomeShareName.text.get(), "homes\\");
-    EXPECT_EQ(window.HomeShareName.enabled.get(), editing);
-    EXPECT_EQ(window.ProfileShareName.enabled.get(), editing);
-    EXPECT_EQ(window.btnOK.enabled.get(), editing);
-  }
-}
-
 TEST_F(SharePointsTest, CancelAndControlCharactersKeepTheOldValues) {
   window.HomeSharePoint = "homes\\";
   window.HomeShareName.text = "other\n";

@@ -55,18 +55,6 @@ TEST_F(StartUpWithoutADomain, FilesThatCannotBeConvertedAreNotRead) {
   EXPECT_EQ(setting("Version", "DBVersion"), "2.3");
 }
 
-TEST_F(StartUpWithoutADomain, StagesOfACreationAreOnAsTheSettingsSay) {
-  set("UM", "MailAccount", "Yes");
-  set("UM", "CreateShares", "No");
-  start_session(session);
-  EXPECT_TRUE(session.form1.Create_Mail_Account.on());
-  EXPECT_FALSE(session.form1.Create_Shares.on());
-  for (const controls::CheckBox* gate :
-       {&session.form1.Create_Mail_Account, &session.form1.Create_Shares, &session.form1.Dir_Security}) {
-    EXPECT_TRUE(gate->enabled);
-  }
-}
-
 TEST(StartUp, LoadsTheDomainAndTheFirstSite) {
   test::LabSession world;
   world.start();
