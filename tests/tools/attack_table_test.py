@@ -9,12 +9,13 @@ import functools
 import os
 import re
 import shutil
-import subprocess
 import sys
 import tempfile
 from concurrent.futures import ThreadPoolExecutor
 
-TWK = sys.argv[1]
+import lab_tools
+from lab_tools import CREATE
+
 OWN, ALL_THE_SAME = None, "--even-if-shared"
 
 # What Jo's account is given, and what a refusal to delete names: OWN where the folder is Jo's and goes. With
@@ -108,15 +109,11 @@ WAYS = {
 
 
 def run(lab, *arguments, codes=(0,)):
-    done = subprocess.run([TWK, "--lab", lab, "--json", "--yes", *arguments], capture_output=True, text=True, check=False)
-    if done.returncode not in codes:
-        raise SystemExit(f"{arguments}: {done.returncode}\n{done.stdout}{done.stderr}")
-    return done
+    return lab_tools.twk(lab, "--json", *arguments, codes=codes)
 
 
 def make_world(lab, kind):
-    run(lab, "lab", "init", lab, "--kind", kind, "--sample", "--users", "0")
-    place = () if kind == "nt" else ("--ou", "OU=New Starters,DC=twk,DC=test")
+    lab_tools.make_lab(lab, "--kind", kind, "--users", "0")
     for folder in ("FS1/C/Kept", "FS1/D/Data/Homes/Bob.Ray", "FS1/D/Data/Jo.Fox/Jo.Fox", "FS1/D/Data/Jo.Fox/Minutes",
                    "FS1/D/Data/TS/Bob.Ray/sub", "FS1/D/Dept", "FS1/D/Jos/Jo.Fox", "FS1/D/Profiles/Bob.TS",
                    "FS1/D/Profiles/Staff.man", "FS1/D/Users/Big/in", "FS1/D/Users/Jo.Foxton",
@@ -124,7 +121,7 @@ def make_world(lab, kind):
                    "FS2/D/Users"):
         os.makedirs(f"{lab}/servers/{folder}")
     for first, last in (("Jo", "Fox"), ("Ann", "Lee"), ("Bob", "Ray")):
-        run(lab, "user", "create", "--template", "Staff", "--site", "Head Office", *place, first, last)
+        run(lab, "user", "create", *(CREATE[:4] if kind == "nt" else CREATE), first, last)
         os.makedirs(f"{lab}/servers/FS1/D/Users/{first}.{last}/sub")
         os.makedirs(f"{lab}/servers/FS1/D/Profiles/{first}.{last}/sub")
     for link, target in (("Users/Hop", "Ann.Lee"), ("Users/Mid", "Mid.target"), ("Profiles/Hop", "Ann.Lee"),

@@ -8,13 +8,13 @@ import datetime
 import json
 import os
 import pathlib
-import re
-import subprocess
 import sys
 import tempfile
 import zoneinfo
 
-TWK = sys.argv[1]
+import lab_tools
+from lab_tools import CREATE, check
+
 ZONES = ("UTC", "America/Los_Angeles", "Europe/Berlin", "Pacific/Auckland", "Asia/Kolkata")
 # Winter and summer, and the days around which clocks are changed in these zones.
 DAYS = [datetime.date.fromisoformat(day) for day in (
@@ -23,11 +23,6 @@ DAYS = [datetime.date.fromisoformat(day) for day in (
 EPOCH = datetime.datetime(1601, 1, 1, tzinfo=datetime.timezone.utc)
 NEVER = (0, 0x7FFFFFFFFFFFFFFF)
 ONE_DAY = datetime.timedelta(days=1)
-
-
-def check(what, got, wanted):
-    if got != wanted:
-        sys.exit(f"{what}: {got!r}\nis not {wanted!r}")
 
 
 def filetime(moment):
@@ -56,24 +51,18 @@ class Lab:
         self.names = {row["dn"] or row["name"]: row["name"] for row in rows}
 
     def twk(self, zone, *words):
-        done = subprocess.run([TWK, "--lab", self.folder, "--yes", *words], capture_output=True, text=True, check=False,
-                              env={**os.environ, "TZ": zone})
-        if done.returncode != 0:
-            sys.exit(f"{self.kind}, {zone}: {words} ended with {done.returncode}\n{done.stdout}{done.stderr}")
-        return done.stdout
+        return lab_tools.twk(self.folder, *words, env={**os.environ, "TZ": zone}).stdout
 
     def read(self, zone, *words):
         return [json.loads(line) for line in self.twk(zone, "--json", *words).splitlines()]
 
     def entries(self):
-        """Account name -> the lines of its entry."""
-        blocks = re.split(r"\n\s*\n", self.twk("UTC", "lab", "export"))
-        names = {re.search(r"^sAMAccountName: (.*)$", block, re.MULTILINE): block for block in blocks}
-        return {match[1]: block for match, block in names.items() if match}
+        """Account name -> what its entry holds, one value of each attribute."""
+        return {entry["sAMAccountName"][0].decode(): {name: values[0].decode(errors="replace") for name, values in entry.items()}
+                for entry in lab_tools.exported(self.folder).values() if "sAMAccountName" in entry}
 
     def stored(self):
-        return {name: int(number[1]) for name, block in self.entries().items()
-                if (number := re.search(r"^accountExpires: (\d+)$", block, re.MULTILINE))}
+        return {name: int(entry["accountExpires"]) for name, entry in self.entries().items() if "accountExpires" in entry}
 
     def expired(self, zone, before):
         hits = self.read(zone, "users", "find-expired", "--before", before)
@@ -106,21 +95,18 @@ def never_is_never(lab, forms):
 
 
 def new_accounts_are_of_now(lab, zone, number):
-    place = () if lab.kind == "nt" else ("--ou", "OU=New Starters,DC=twk,DC=test")
+    place = CREATE[:4] if lab.kind == "nt" else CREATE
     file = pathlib.Path(lab.folder, "new.csv")
     file.write_text(f"Jo,,Doe{number},31/12/2026\nAl,,Doe{number},\nCy,,Doe{number},never\n")
     before = filetime(datetime.datetime.now(datetime.timezone.utc)) - 10**7
-    lab.twk(zone, "user", "import", str(file), "--template", "Staff", "--site", "Head Office", *place,
-            "--expires-after", "%IMPORT4%")
+    lab.twk(zone, "user", "import", str(file), *place, "--expires-after", "%IMPORT4%")
     after = filetime(datetime.datetime.now(datetime.timezone.utc)) + 10**7
     stored, entries = lab.stored(), lab.entries()
     check(f"{lab.kind}, {zone}, import", stored[f"Jo.Doe{number}"], midnight(datetime.date(2027, 1, 1), zone))
     check(f"{lab.kind}, {zone}, import", stored[f"Al.Doe{number}"] in NEVER, True)
-    block = entries[f"Jo.Doe{number}"]
-    set_at = int(re.search(r"^pwdLastSet: (\d+)$", block, re.MULTILINE)[1])
-    created = re.search(r"^whenCreated: (\d{14})", block, re.MULTILINE)[1]
-    created_at = filetime(datetime.datetime.strptime(created + "+0000", "%Y%m%d%H%M%S%z"))
-    for what, moment in (("pwdLastSet", set_at), ("whenCreated", created_at)):
+    entry = entries[f"Jo.Doe{number}"]
+    created_at = filetime(datetime.datetime.strptime(entry["whenCreated"][:14] + "+0000", "%Y%m%d%H%M%S%z"))
+    for what, moment in (("pwdLastSet", int(entry["pwdLastSet"])), ("whenCreated", created_at)):
         if moment != 0 and not before <= moment <= after:
             sys.exit(f"{lab.kind}, {zone}: {what} is {moment}, and it is {before} to {after}")
 
@@ -136,7 +122,7 @@ def main():
                 lab.twk("Asia/Kolkata", "user", "set", name, "expires=never")
             never_is_never(lab, (NEVER[1],))
             name = lab.users[1]
-            dn = re.search(r"^dn: (.*)$", lab.entries()[name], re.MULTILINE)[1]
+            dn = lab.entries()[name]["dn"]
             change = pathlib.Path(folder, "change.ldif")
             change.write_text(f"dn: {dn}\nchangetype: modify\nreplace: accountExpires\naccountExpires: 0\n-\n")
             lab.twk("UTC", "lab", "import", str(change))

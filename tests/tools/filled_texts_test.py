@@ -5,17 +5,16 @@ them with what this script makes of the same rows: tags of the administrator cou
     filled_texts_test.py PATH-OF-TWK
 """
 
-import base64
 import os
 import pathlib
 import random
 import re
-import subprocess
 import sys
 import tempfile
 from itertools import zip_longest
 
-TWK = sys.argv[1]
+import lab_tools
+
 USERS, FIELDS, SEED = 420, 6, 20
 ATTRIBUTES = ("description", "title", "department", "company", "info", "physicalDeliveryOfficeName", "street", "l", "st",
               "postalCode", "telephoneNumber", "mobile")
@@ -111,11 +110,8 @@ def filled_word(word, names, fields, account):
     return word[:len(word) - len(word.lstrip(" "))] + unmarked(text) + word[len(word.rstrip(" ")):]
 
 
-def twk(*arguments, text=None, codes=(0,)):
-    done = subprocess.run([TWK, "--lab", "lab", *arguments], input=text, capture_output=True, text=True, timeout=280)
-    if done.returncode not in codes:
-        sys.exit(f"twk {arguments}: {done.returncode}\n{done.stdout[-2000:]}{done.stderr[-2000:]}")
-    return done.stdout
+def twk(*arguments, **options):
+    return lab_tools.twk("lab", *arguments, **options)
 
 
 def format_of(chance):
@@ -137,7 +133,7 @@ def commands_ran(path):
 
 def main():
     chance = random.Random(SEED)
-    twk("lab", "init", "lab", "--sample", "--users", "0")
+    lab_tools.make_lab("lab", "--users", "0")
     rows = [format_of(chance) for _ in ATTRIBUTES]
     words = [format_of(chance) for _ in range(12)]
     twk("table", "set", "w2k", text="".join(f"p,{name},{row}\n" for name, row in zip(ATTRIBUTES, rows)))
@@ -150,13 +146,9 @@ def main():
     twk("settings", "set", "UM", "RunCmd", "Yes")
     them = list(people(chance))
     pathlib.Path("new.csv").write_text("".join(",".join(one) + "\n" for one in them))
-    twk("user", "import", "new.csv", "--template", "Staff", "--site", "Head Office", "--ou", "OU=New Starters,DC=twk,DC=test", "--id", "4",
-        codes=(0, 1))
-    found = {}
-    for entry in twk("lab", "export").split("\n\n"):
-        attributes = {name.rstrip(":"): base64.b64decode(value).decode(errors="replace") if name.endswith(":") else value
-                      for name, _, value in (line.partition(": ") for line in entry.replace("\n ", "").splitlines())}
-        found[attributes.get("sAMAccountName")] = attributes
+    twk("user", "import", "new.csv", *lab_tools.CREATE, "--id", "4", codes=(0, 1))
+    found = {entry["sAMAccountName"][0].decode(): {name: values[0].decode(errors="replace") for name, values in entry.items()}
+             for entry in lab_tools.exported("lab").values() if "sAMAccountName" in entry}
     ran = commands_ran(pathlib.Path("ran"))
     faults, compared = [], 0
     for first, middle, last, account, *more in them:

@@ -10,13 +10,12 @@ import base64
 import os
 import pathlib
 import re
-import subprocess
 import sys
 import tempfile
 
-TWK = sys.argv[1]
-OU = "OU=New Starters,DC=twk,DC=test"
-CREATE = ("--template", "Staff", "--site", "Head Office", "--ou", OU)
+import lab_tools
+from lab_tools import CREATE, OU
+
 VALUES = [
     'Ann" --role admin --x "', '"', '""', "'", "\\\"", "-rf", "--", "--lab=/", "-", "%IMPORT4%", "%first%", "%UserName%", "%Domain%", "%n%", "%%",
     "%", "#U", "#", "7", "1%last%", "a\0b", "a\x01b", "a\x7fb", "a\nFORGED b", "a\r\nFORGED b", "a\rb", "\x1b[2J\x1b]0;x\x07", "\u009b2J",
@@ -44,8 +43,7 @@ def look_at_lines(what, data, shown=CONTROL):
 
 
 def twk(*arguments, text=b"", codes=(0, 1, 2, 64, 65)):
-    done = subprocess.run([TWK, "--lab", "lab", "--yes", *(os.fsencode(one) for one in arguments)], input=text, capture_output=True, timeout=60,
-                          check=False)
+    done = lab_tools.twk("lab", *(os.fsencode(one) for one in arguments), text=text, codes=None, timeout=60)
     expect(done.returncode in codes, arguments, "ends with", done.returncode, done.stderr[-300:])
     look_at_lines(arguments, done.stdout + done.stderr)
     return done
@@ -53,20 +51,6 @@ def twk(*arguments, text=b"", codes=(0, 1, 2, 64, 65)):
 
 def bytes_of(value):
     return value.encode("utf-8", "surrogateescape")
-
-
-def entries():
-    """The lab's entries by their name, each a table of values."""
-    found = {}
-    for block in subprocess.run([TWK, "--lab", "lab", "lab", "export"], capture_output=True, check=True).stdout.decode().replace("\n ", "").split("\n\n"):
-        entry = {}
-        for line in block.splitlines():
-            name, _, value = line.partition(":")
-            raw = base64.b64decode(value[2:]) if value.startswith(": ") else value[1:].encode()
-            entry.setdefault(name, []).append(raw)
-        if "dn" in entry:
-            found[entry["dn"][0].decode()] = entry
-    return found
 
 
 def others(found):
@@ -114,13 +98,13 @@ def import_lines():
 
 
 def check_import():
-    before, there = others(entries()), files()
+    before, there = others(lab_tools.exported("lab")), files()
     pathlib.Path("new.csv").write_bytes(b"\xef\xbb\xbf" + b"".join(b",".join(map(bytes_of, (first, "", *rest))) + b"\n" for first, *rest in import_lines()))
     users = {folded(account): (first, last, field) for first, last, account, field in import_lines()}
     # An account name that is none gives way to the format.
     users.update({folded(f"{first}.{last}1"): (first, last, field) for first, last, _, field in import_lines()})
     twk("user", "import", "new.csv", *CREATE, "--id", "4")
-    found = entries()
+    found = lab_tools.exported("lab")
     expect(others(found) == before, "the import changed", [dn for dn, entry in others(found).items() if before.get(dn) != entry][:3])
     made = {dn: entry for dn, entry in found.items() if dn.endswith("," + OU) and dn != "CN=Staff," + OU}
     for dn, entry in made.items():
@@ -157,7 +141,7 @@ def check_directory():
                           "displayName", "description", "givenName", "sn", "homeDirectory", "profilePath", "scriptPath")), ""]
     pathlib.Path("others.ldif").write_text("dn: OU=Others,DC=twk,DC=test\nobjectClass: organizationalUnit\nou: Others\n\n" + "\n".join(lines))
     twk("lab", "import", "others.ldif", codes=(0,))
-    there, before = files(), entries()
+    there, before = files(), lab_tools.exported("lab")
     twk("user", "list")
     for place, value in enumerate(VALUES):
         expect(twk("user", "show", f"d{place}", codes=(0, 1)).stdout, "nothing is shown of", value)
@@ -166,9 +150,9 @@ def check_directory():
             hit = any(folded(entry.get("sAMAccountName", [b""])[0].decode("utf-8", "surrogateescape")) == folded(value) or folded(entry["dn"][0].decode().split(",")[0][3:]) == folded(value)
                       for entry in before.values())
             expect(named.returncode != 0 or hit, value, "is the name of somebody:", named.stdout[:200])
-    expect(entries() == before, "looking changed something")
+    expect(lab_tools.exported("lab") == before, "looking changed something")
     done = twk("users", "delete", "--ou", "OU=Others,DC=twk,DC=test", "--account", "--data", "--shares", "--no-prompting", "--run-command")
-    after = entries()
+    after = lab_tools.exported("lab")
     ran = commands()
     expect(len(ran) > len(VALUES), "too few deletions ran a command:", len(ran))
     for words in ran:
@@ -179,7 +163,7 @@ def check_directory():
 
 def check_tables():
     """Rows of a fellow lead nowhere but to what they name: an attribute, an account or a path of their own text."""
-    there, before, database = files(), others(entries()), pathlib.Path("lab/db")
+    there, before, database = files(), others(lab_tools.exported("lab")), pathlib.Path("lab/db")
     raws = [re.sub(rb"[\r\n]", b" ", bytes_of(value)) for value in VALUES]
     records = [b"\0\0" + raw[:50].ljust(50) + (raw[:12] if place % 2 else b"Full Control").ljust(12) + raw[:50].ljust(50)
                for place, raw in enumerate(raws)]
@@ -195,7 +179,7 @@ def check_tables():
         expect(done.returncode in (1, 2), "rows of nobody were set without a word:", done.stderr)
         listed = twk("--json", "acl", "show", "\\\\FS1\\Users\\" + account, codes=(0,)).stdout.decode()
         expect("Everyone" not in listed and "Ann Lee" not in listed, "a row that names nobody gave rights:", listed)
-    found = others(entries())
+    found = others(lab_tools.exported("lab"))
     expect(found == before, "a row changed", [dn for dn, entry in found.items() if before.get(dn) != entry][:3])
     expect(files() <= there, "a row made", sorted(files() - there)[:4])
 

@@ -4,12 +4,11 @@ letter: read here with nothing but the descriptions of the files. What a record 
 
 usage: text_round_trip_test.py TWK
 """
-import base64
 import pathlib
 import random
-import subprocess
-import sys
 import tempfile
+
+from lab_tools import CREATE, check, exported, make_lab, twk
 
 NAMES = 2000
 TEMPLATE = 4524
@@ -40,11 +39,6 @@ def sample():
         yield word + str(number)
 
 
-def check(what, got, wanted):
-    if got != wanted:
-        sys.exit(f"{what}: {got!r}\nis not {wanted!r}")
-
-
 def text_of(path):
     """The text of a table or a run's file, by its first bytes alone."""
     data = path.read_bytes()
@@ -52,27 +46,25 @@ def text_of(path):
 
 
 class Lab:
-    def __init__(self, twk, folder):
-        self.twk, self.folder, self.database = twk, folder, folder / "db"
-        subprocess.run([twk, "lab", "init", folder, "--sample", "--users", "1"], check=True, capture_output=True)
+    def __init__(self, folder):
+        self.folder, self.database = folder, folder / "db"
+        make_lab(folder, "--users", "1")
         for name in ("CreateDirs", "CreateShares", "SetPermissions", "MailAccount"):
             self.run("settings", "set", "UM", name, "No")
         self.run("settings", "set", "Setup", "SetupID", "%IMPORT4%")
         self.run("settings", "set", "Setup", "AltSetupID", "")
 
     def run(self, *arguments, text="", code=0):
-        done = subprocess.run([self.twk, "--lab", self.folder, *arguments], input=text.encode(), capture_output=True,
-                              check=False)
-        if done.returncode != code:
-            sys.exit(f"{arguments[:4]} ended with {done.returncode}\n{done.stdout.decode()[-500:]}{done.stderr.decode()[-500:]}")
-        return done.stdout.decode()
+        return twk(self.folder, *arguments, text=text.encode(), codes=(code,)).stdout.decode()
 
     def bring_in(self, file, code=0):
         for old in self.database.glob("Import Summary*"):
             old.unlink()
-        self.run("user", "import", str(file), "--template", "Staff", "--site", "Head Office", "--ou",
-                 "OU=New Starters,DC=twk,DC=test", "--id", "4", code=code)
+        self.run("user", "import", str(file), *CREATE, "--id", "4", code=code)
         return next(self.database.glob("Import Summary*"))
+
+    def first_names(self):
+        return {entry["givenName"][0].decode() for entry in exported(self.folder).values() if "givenName" in entry}
 
 
 def templates(lab, names):
@@ -111,24 +103,12 @@ def tables(lab, names, held):
     check("Permissions.dat", [data[at + 2:at + 52].decode("cp1252").rstrip() for at in range(0, len(data), 114)], held)
 
 
-def common_values(lab, attribute):
-    """The values in the lab's LDIF, whose lines are unfolded first."""
-    text = "".join((lab.folder / name).read_text("utf-8") for name in ("domain.ldif", "domain.journal.ldif")
-                   if (lab.folder / name).exists())
-    values = set()
-    for line in text.replace("\r\n", "\n").replace("\n ", "").split("\n"):
-        name, _, value = line.partition(":")
-        if name == attribute:
-            values.add(base64.b64decode(value[1:].strip()).decode() if value.startswith(":") else value.strip())
-    return values
-
-
-def imports(twk, folder, lab, names, mark):
+def imports(folder, lab, names, mark):
     lines = [f"{name},,{name},u{number:05}" for number, name in enumerate(names)]
     source = folder / "new.csv"
     source.write_bytes("".join(line + "\n" for line in lines).encode())
     summary = lab.bring_in(source)
-    missing = set(names) - common_values(lab, "givenName")
+    missing = set(names) - lab.first_names()
     check("names that did not reach the directory", sorted(missing)[:5], [])
     rows = text_of(summary).split("\r\n")
     check("mark of the summary", summary.read_bytes().startswith(MARK), mark)
@@ -145,24 +125,23 @@ def imports(twk, folder, lab, names, mark):
     data = errors.read_bytes()
     again = folder / "again.csv"
     again.write_bytes(data[:3 * mark] + b"".join(line for line in data.splitlines(True) if b"," in line))
-    other = Lab(twk, folder / "other")
+    other = Lab(folder / "other")
     other.bring_in(again)
-    check("names out of Import.err", set(names) <= common_values(other, "givenName"), True)
+    check("names out of Import.err", set(names) <= other.first_names(), True)
     check("question marks in Log.txt", b"?" in (other.database / "Log.txt").read_bytes(), False)
 
 
 def main():
-    twk = str(pathlib.Path(sys.argv[1]).resolve())
     names = list(sample())
     check("names", len(set(names)), NAMES)
     with tempfile.TemporaryDirectory() as folder:
-        lab = Lab(twk, pathlib.Path(folder) / "lab")
+        lab = Lab(pathlib.Path(folder) / "lab")
         held = templates(lab, names)
         tables(lab, names, held)
-        imports(twk, pathlib.Path(folder), lab, names, True)
+        imports(pathlib.Path(folder), lab, names, True)
     with tempfile.TemporaryDirectory() as folder:
         held = [name for name in held if not name.isascii()]
-        imports(twk, pathlib.Path(folder), Lab(twk, pathlib.Path(folder) / "lab"), held[:50], False)
+        imports(pathlib.Path(folder), Lab(pathlib.Path(folder) / "lab"), held[:50], False)
 
 
 main()
