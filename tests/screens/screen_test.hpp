@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QTest>
-#include <QTimer>
-#include <QtWidgets>
 #include <string>
 
 #include "screens/main/main_window.hpp"
@@ -11,16 +8,16 @@
 #include "screens/widgets/text.hpp"
 #include "session/form1.hpp"
 #include "support/lab_session.hpp"
+#include "support/modal_windows.hpp"
 
 namespace twk::test {
 
 /// The main window over a small lab (see `LabSession`), with the boxes and windows of the desktop program.
-class ScreenTest : public testing::Test {
+class ScreenTest : public testing::Test, protected ModalWindows {
  protected:
   explicit ScreenTest(lab::DomainKind kind = lab::DomainKind::kNative) : lab(kind, "", &dialogs) {
     dialogs.set_session(lab.session);
   }
-  ~ScreenTest() override { EXPECT_EQ(expected_, 0) << "boxes or windows that never came"; }
 
   /// Starts the session and shows the main window.
   void open() {
@@ -89,26 +86,6 @@ class ScreenTest : public testing::Test {
     return texts;
   }
 
-  /// When the next modal window is up, calls `person` with it. Windows must come in the expected order.
-  void expect_window(std::function<void(QWidget& window)> person) {
-    ++expected_;
-    queue_.push_back(std::move(person));
-    if (queue_.size() == 1)
-      wait_for_modal();
-  }
-  /// The next modal window is a box whose text contains `text`; presses the button.
-  void expect_box(const QString& text, QMessageBox::StandardButton button = QMessageBox::Ok) {
-    expect_window([text, button](QWidget& shown) {
-      auto* const box = qobject_cast<QMessageBox*>(&shown);
-      if (box == nullptr) {
-        ADD_FAILURE() << "not a box: " << shown.windowTitle().toStdString();
-        shown.close();
-        return;
-      }
-      EXPECT_TRUE(box->text().contains(text)) << box->text().toStdString();
-      QTest::mouseClick(box->button(button), Qt::LeftButton);
-    });
-  }
   /// The next modal window chooses a file to import; takes that one.
   void expect_file(const std::string& path) {
     expect_window([this, path](QWidget& shown) {
@@ -137,34 +114,6 @@ class ScreenTest : public testing::Test {
     list.scrollTo(found.first());
     return list.visualRect(found.first()).center();
   }
-  void wait_for_modal() {
-    QTimer::singleShot(5, window.get(), [this] {
-      QWidget* const modal = QApplication::activeModalWidget();
-      if (modal == nullptr || modal == last_ || !modal->isVisible()) {
-        wait_for_modal();
-        return;
-      }
-      // It is visible; the focus comes a moment later.
-      if (modal->focusWidget() == nullptr && ++focus_waits_ < 40) {
-        wait_for_modal();
-        return;
-      }
-      focus_waits_ = 0;
-      last_ = modal;
-      const auto person = queue_.front();
-      queue_.pop_front();
-      --expected_;
-      if (!queue_.empty())
-        wait_for_modal();
-      person(*modal);
-      last_ = nullptr;
-    });
-  }
-
-  int expected_ = 0;
-  int focus_waits_ = 0;
-  QWidget* last_ = nullptr;
-  std::deque<std::function<void(QWidget&)>> queue_;
 };
 
 }  // namespace twk::test

@@ -7,9 +7,10 @@ usage: old_generations_test.py TWK
 """
 import pathlib
 import struct
-import subprocess
 import sys
 import tempfile
+
+from lab_tools import check, make_lab, twk
 
 # A template's fields that every generation has, in two runs; what comes between and after differs.
 HEAD = "25s75s75s75s75s20s20s"
@@ -41,11 +42,6 @@ class Texts:
     def short(self, length):
         self.count += 1
         return str(self.count).encode()[:length].ljust(length)
-
-
-def check(what, got, wanted):
-    if got != wanted:
-        sys.exit(f"{what}: {got!r}\nis not {wanted!r}")
 
 
 def lengths(layout):
@@ -121,16 +117,13 @@ def records(path, layout):
     return list(struct.iter_unpack(layout, data))
 
 
-def convert(twk, folder, generation, version):
+def convert(folder, generation, version):
     lab = folder / "lab"
 
     def run(*arguments):
-        done = subprocess.run([twk, "--lab", lab, *arguments], cwd=folder, capture_output=True, text=True, check=False)
-        if done.returncode:
-            sys.exit(f"{version}: {arguments} ended with {done.returncode}\n{done.stdout}{done.stderr}")
-        return done.stdout.strip()
+        return twk(lab, *arguments, cwd=folder).stdout.strip()
 
-    subprocess.run([twk, "lab", "init", lab, "--sample", "--users", "2"], check=True, capture_output=True)
+    make_lab(lab, "--users", "2")
     database = lab / "db"
     files = put_files(database, generation, Texts())
     untouched = {name: (database / name).read_bytes() for name in ("Site.dat", "Template.dat")
@@ -159,13 +152,12 @@ def main():
     if sys.argv[1] == "--put":
         put_files(pathlib.Path(sys.argv[3]), sys.argv[2], Texts())
         return
-    twk = str(pathlib.Path(sys.argv[1]).resolve())
     check("length of a template of today", struct.calcsize(NEW_TEMPLATE), 4524)
     check("length of an old site", struct.calcsize(OLD_SITE), 102)
     check("length of a site of today", struct.calcsize(NEW_SITE), 154)
     for generation, version in (("1", "1.3"), ("2.0", "2.0"), ("2.1", "2.1"), ("2.2", "2.2"), ("2.3", "2.3")):
         with tempfile.TemporaryDirectory() as folder:
-            convert(twk, pathlib.Path(folder), generation, version)
+            convert(pathlib.Path(folder), generation, version)
 
 
 main()

@@ -17,6 +17,15 @@ namespace {
 using test::kNewStarters;
 using test::LabSession;
 
+/// The main window of a session that has started.
+class MainWindow : public testing::Test {
+ protected:
+  MainWindow() { lab.start(); }
+  [[nodiscard]] std::string status() const { return form.StatusBar1.panel1; }
+  LabSession lab;
+  session::Form1& form = lab.session.form1;
+};
+
 std::vector<int> enabled_entries(const session::Form1& form) {
   std::vector<int> entries;
   for (std::size_t i = 0; i < form.mnupopup.size(); ++i) {
@@ -37,10 +46,7 @@ controls::TreeNode& first_user(LabSession& lab) {
   throw std::logic_error("no user");
 }
 
-TEST(MainWindow, NewUserEmptiesItsTabAndPutsTheFocusIntoIt) {
-  LabSession lab;
-  lab.start();
-  session::Form1& form = lab.session.form1;
+TEST_F(MainWindow, NewUserEmptiesItsTabAndPutsTheFocusIntoIt) {
   lab.type_names("John", "Fred", "Smith");
   form.run.caption = "Completed";
   form.Createdirs.colour = controls::kRed;
@@ -54,48 +60,43 @@ TEST(MainWindow, NewUserEmptiesItsTabAndPutsTheFocusIntoIt) {
   EXPECT_EQ(form.run.caption.get() + form.progress.caption.get(), "");
   EXPECT_EQ(form.Createdirs.colour, 0);
   EXPECT_EQ(form.ProgressBar1.value, 0);
-  EXPECT_EQ(form.StatusBar1.panel1.get(), "Ready.");
+  EXPECT_EQ(status(), "Ready.");
   EXPECT_EQ(form.SSTab1, session::tab::kNewUser);
   EXPECT_EQ(focus, "strFirst");
 }
 
-TEST(MainWindow, AShownTabSaysWhatToDo) {
-  LabSession lab;
-  lab.session.form1.SSTab1 = session::tab::kSite;
-  SSTab1_Click(lab.session);
-  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), "Click on a site to edit");
-  lab.session.form1.SSTab1 = session::tab::kLog;
-  SSTab1_Click(lab.session);
-  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), "Ready.");
+TEST_F(MainWindow, AShownTabSaysWhatToDo) {
+  for (const auto& [tab, text] :
+       {std::pair(session::tab::kSite, "Click on a site to edit"), {session::tab::kLog, "Ready."}}) {
+    form.SSTab1 = tab;
+    SSTab1_Click(lab.session);
+    EXPECT_EQ(status(), text);
+  }
 }
 
-TEST(MainWindow, EachWayOutEndsAtOnce) {
+TEST_F(MainWindow, EachWayOutEndsAtOnce) {
   const std::vector<std::function<void(session::Session&)>> ways = {
       [](session::Session& session) { Toolbar1_ButtonClick(session, "Exit1"); },
       [](session::Session& session) { mnuFile_Click(session, 5); },
       [](session::Session& session) { Form_Unload(session); }};
   for (const auto& way : ways) {
-    LabSession lab;
+    form.ended = false;
     way(lab.session);
-    EXPECT_TRUE(lab.session.form1.ended);
+    EXPECT_TRUE(form.ended);
   }
 }
 
-TEST(MainWindow, AnUnknownKeyOrIndexDoesNothing) {
-  LabSession lab;
-  lab.start();
-  const std::string before = lab.session.form1.StatusBar1.panel1;
+TEST_F(MainWindow, AnUnknownKeyOrIndexDoesNothing) {
+  const std::string before = status();
   Toolbar1_ButtonClick(lab.session, "newuser");
   mnuFile_Click(lab.session, 4);
   mnuOption_Click(lab.session, 3);
   mnupopup_Click(lab.session, 12);
-  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), before);
-  EXPECT_FALSE(lab.session.form1.ended);
+  EXPECT_EQ(status(), before);
+  EXPECT_FALSE(form.ended);
 }
 
-TEST(MainWindow, WindowsAreFilledBeforeTheyAreShown) {
-  LabSession lab;
-  lab.start();
+TEST_F(MainWindow, WindowsAreFilledBeforeTheyAreShown) {
   std::vector<std::string> shown;
   lab.dialogs.on_modal = [&](std::string_view name) {
     shown.emplace_back(name);
@@ -108,9 +109,7 @@ TEST(MainWindow, WindowsAreFilledBeforeTheyAreShown) {
   EXPECT_FALSE(lab.session.find_user.btnSelectuser.enabled);
 }
 
-TEST(MainWindow, TheToolbarOpensTheWindowsOfManyUsersAndOfGroups) {
-  LabSession lab;
-  lab.start();
+TEST_F(MainWindow, TheToolbarOpensTheWindowsOfManyUsersAndOfGroups) {
   std::vector<std::string> shown;
   lab.dialogs.on_modal = [&](std::string_view name) { shown.emplace_back(name); };
   Toolbar1_ButtonClick(lab.session, "MultiUser");
@@ -147,10 +146,7 @@ TEST(Popup, CreatesNoOuInAWinNtDomain) {
   EXPECT_FALSE(lab.session.form1.mnupopup[10].enabled);
 }
 
-TEST(Refresh, ReadsTheDomainAndTheDatabasesAgain) {
-  LabSession lab;
-  lab.start();
-  session::Form1& form = lab.session.form1;
+TEST_F(MainWindow, RefreshReadsTheDomainAndTheDatabasesAgain) {
   lab.services.directory.GetObject("LDAP://twk.test")->Create("organizationalUnit", "OU=Late")->SetInfo();
   lab.type_names("John", "", "Smith");
   Toolbar1_ButtonClick(lab.session, "Refresh");
@@ -163,10 +159,7 @@ TEST(Refresh, ReadsTheDomainAndTheDatabasesAgain) {
   EXPECT_EQ(form.strLast.text.get(), "Smith") << "what was typed is nobody's to clear";
 }
 
-TEST(Refresh, WithoutAControllerLeavesTheTreeEmptyAndReadsTheSites) {
-  LabSession lab;
-  lab.start();
-  session::Form1& form = lab.session.form1;
+TEST_F(MainWindow, RefreshWithoutAControllerLeavesTheTreeEmptyAndReadsTheSites) {
   lab.directory.before = [](std::string_view, std::string_view) {
     throw base::RuntimeError(platform::ads_error::kServerDown, "The server is not operational.");
   };
@@ -175,7 +168,7 @@ TEST(Refresh, WithoutAControllerLeavesTheTreeEmptyAndReadsTheSites) {
   EXPECT_TRUE(form.ListView5.empty());
   EXPECT_EQ(form.ListView2.size(), 1U);
   EXPECT_EQ(form.nutemplate.items().size(), 1U);
-  EXPECT_EQ(form.StatusBar1.panel1.get(), "Can't Find Domain Controller.");
+  EXPECT_EQ(status(), "Can't Find Domain Controller.");
   lab.directory.before = {};
   Refresh(lab.session);
   EXPECT_GT(form.TreeView1.size(), 1U);
@@ -217,11 +210,9 @@ TEST_P(CustomCommands, RunForTheSelectedUser) {
   EXPECT_EQ(lab.log_tab().back(), "YELLOW jo Error Running Command: " + command + ": nothing there");
 }
 
-TEST(CustomCommandsOfNobody, StartNothing) {
-  LabSession lab;
-  lab.start();
+TEST_F(MainWindow, CustomCommandsOfNobodyStartNothing) {
   mnupopup_Click(lab.session, 13);
-  EXPECT_EQ(lab.session.form1.StatusBar1.panel1.get(), "Select a user first.");
+  EXPECT_EQ(status(), "Select a user first.");
   controls::TreeNode& user = first_user(lab);
   lab.session.form1.TreeView1.select(&user);
   lab.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kNoSuchObject);
@@ -230,9 +221,7 @@ TEST(CustomCommandsOfNobody, StartNothing) {
   EXPECT_THAT(lab.log_tab(), testing::ElementsAre(testing::StartsWith("RED Error reading user")));
 }
 
-TEST(TreeClicks, ADoubleClickOpensAndClosesAnOu) {
-  LabSession lab;
-  lab.start();
+TEST_F(MainWindow, ADoubleClickOpensAndClosesAnOu) {
   controls::TreeNode* const users = lab.session.form1.TreeView1.find("CN=Users,DC=twk,DC=test");
   TreeView1_DblClick(lab.session, *users);
   EXPECT_TRUE(users->expanded);

@@ -47,13 +47,8 @@ TEST_F(SettingsTest, AnEmptyRegistryMeansTheDefaultsOfAFreshInstallation) {
   EXPECT_EQ(form1.Frame4.caption.get(), "Default Password");
 }
 
-TEST_F(SettingsTest, AVersionThatIsThereStays) {
-  set("Version", "DBVersion", "");
-  read_settings(session);
-  EXPECT_EQ(setting("Version", "DBVersion"), "");
-}
-
 TEST_F(SettingsTest, TextsAreReadWithoutTheBlanksAroundThem) {
+  set("Version", "DBVersion", "");
   set("Setup", "Domain", "twk.test");
   set("Setup", "Password", " pw ");
   set("Setup", "DataBasePath", " /srv/db\\ ");
@@ -73,6 +68,7 @@ TEST_F(SettingsTest, TextsAreReadWithoutTheBlanksAroundThem) {
   EXPECT_EQ(form1.testuserid.text.get(), "Smith");
   EXPECT_EQ(form1.TESTUSERALTID.text.get(), "John0");
   EXPECT_EQ(form1.PORT.text.get(), "390");
+  EXPECT_EQ(setting("Version", "DBVersion"), "") << "what is there stays";
 }
 
 TEST_F(SettingsTest, AScriptThatWasNeverSavedStaysAsDesigned) {
@@ -233,20 +229,20 @@ TEST_F(SettingsTest, SavingTheSetUpTabStoresItsFieldsInOrderAndThePathWithItsEnd
 }
 
 TEST_F(SettingsTest, PresetFormatsFillTheFieldAndCustomOnesLeaveIt) {
-  const std::string_view accounts[] = {"SmithJ", "JohnS", "JSmith", "JohnSmith", "custom"};
-  const std::string_view full_names[] = {"John Fred Smith", "John Smith", "Smith John", "custom"};
+  const char* const accounts[] = {"SmithJ", "JohnS", "JSmith", "JohnSmith", "custom"};
   for (int i = 0; i < 5; ++i) {
-    if (i == 4)
-      form1.setupid.text = "custom", form1.testuserid.text = "custom";
+    form1.setupid.text = "custom";
+    form1.testuserid.text = "custom";
     form1.Option1.index = i;
     Option1_Click(session);
     EXPECT_EQ(form1.testuserid.text.get(), accounts[i]);
     EXPECT_EQ(setting("Setup", "UserFormat"), base::to_text(i + 1));
   }
   EXPECT_EQ(form1.setupid.text.get(), "custom");
+  const char* const full_names[] = {"John Fred Smith", "John Smith", "Smith John", "custom"};
   for (int i = 0; i < 4; ++i) {
-    if (i == 3)
-      form1.FN_Format.text = "custom", form1.FN_Format_Check.text = "custom";
+    form1.FN_Format.text = "custom";
+    form1.FN_Format_Check.text = "custom";
     form1.FullName_Format.index = i;
     FullName_Format_Click(session);
     EXPECT_EQ(form1.FN_Format_Check.text.get(), full_names[i]);
@@ -294,37 +290,30 @@ TEST_F(SettingsTest, AnOptionButtonIsStoredWhenItIsChosen) {
 }
 
 TEST_F(SettingsTest, HaltingOnWarningsCarriesHaltingOnErrors) {
-  form1.STOP_ON_RED[1].value = 1;
-  STOP_ON_RED_Click(session);
-  EXPECT_TRUE(form1.STOP_ON_RED[0].on());
-  EXPECT_FALSE(form1.STOP_ON_RED[0].enabled.get());
-  EXPECT_EQ(setting("Preferences", "StopOnError"), "Yes");
-  EXPECT_EQ(setting("Preferences", "StopOnWarning"), "Yes");
-  form1.STOP_ON_RED[1].value = 0;
-  STOP_ON_RED_Click(session);
-  EXPECT_TRUE(form1.STOP_ON_RED[0].enabled.get());
-  EXPECT_EQ(setting("Preferences", "StopOnError"), "Yes");
-  EXPECT_EQ(setting("Preferences", "StopOnWarning"), "No");
+  for (const bool on : {true, false}) {
+    form1.STOP_ON_RED[1].value = on ? 1 : 0;
+    STOP_ON_RED_Click(session);
+    EXPECT_TRUE(form1.STOP_ON_RED[0].on());
+    EXPECT_NE(form1.STOP_ON_RED[0].enabled.get(), on);
+    EXPECT_EQ(setting("Preferences", "StopOnError"), "Yes");
+    EXPECT_EQ(setting("Preferences", "StopOnWarning"), on ? "Yes" : "No");
+  }
 }
 
 TEST_F(SettingsTest, MailCredentialsAreStoredOnlyWhenTheyAreUsed) {
   form1.PORT.text = "389";
   form1.txtAdmin.text = "admin";
   form1.txtPassword.text = "secret";
-  form1.Mail_Logon.value = 1;
-  Mail_Logon_Click(session);
-  savemail_Click(session);
-  EXPECT_EQ(setting("Mail", "LDAP_PORT"), "389");
-  EXPECT_EQ(setting("Mail", "MailCredentials"), "True");
-  EXPECT_EQ(setting("Mail", "Mail_Password"), "(none)");
-  EXPECT_FALSE(form1.txtPassword.enabled.get());
-  form1.Mail_Logon.value = 0;
-  Mail_Logon_Click(session);
-  savemail_Click(session);
-  EXPECT_EQ(setting("Mail", "MailCredentials"), "False");
-  EXPECT_EQ(setting("Mail", "Admin_Account"), "admin");
-  EXPECT_EQ(setting("Mail", "Mail_Password"), "secret");
-  EXPECT_TRUE(form1.txtPassword.enabled.get());
+  for (const bool used : {false, true}) {
+    form1.Mail_Logon.value = used ? 0 : 1;
+    Mail_Logon_Click(session);
+    savemail_Click(session);
+    EXPECT_EQ(setting("Mail", "LDAP_PORT"), "389");
+    EXPECT_EQ(setting("Mail", "MailCredentials"), used ? "False" : "True");
+    EXPECT_EQ(setting("Mail", "Admin_Account"), used ? "admin" : "(none)");
+    EXPECT_EQ(setting("Mail", "Mail_Password"), used ? "secret" : "(none)");
+    EXPECT_EQ(form1.txtPassword.enabled.get(), used);
+  }
 }
 
 TEST_F(SettingsTest, DriveLettersBeginWithNone) {
