@@ -10,63 +10,47 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 
-struct UsageCase {
-  const char* what;
-  Arguments arguments;
-  const char* message;
-};
-
-class RefusedCommandLine : public testing::TestWithParam<UsageCase> {};
-
-TEST_P(RefusedCommandLine, EndsWith64AndSaysWhyOnStandardError) {
-  const ProgramResult result = twk(GetParam().arguments);
-  EXPECT_EQ(result.exit_code, 64);
-  EXPECT_EQ(result.out, "");
-  EXPECT_THAT(result.err, AllOf(StartsWith("twk: "), HasSubstr(GetParam().message)));
+/// Plays a transcript without a lab.
+void play_without_lab(std::string_view transcript, const Meanings& meanings = {}) {
+  play(
+      transcript, [](const Arguments& words, const std::string& input) { return twk(words, input); },
+      meanings);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    CommandLine, RefusedCommandLine,
-    testing::Values(
-        UsageCase{"NoCommand", {}, "subcommand is required"},
-        UsageCase{"UnknownCommand", {"bogus"}, "unknown command or option bogus"},
-        UsageCase{"UnknownOption", {"site", "list", "--colour"}, "--colour"},
-        UsageCase{"NoWorld", {"user", "list"}, "--domain NAME or --lab DIR"},
-        UsageCase{"NoLab", {"lab", "info"}, "needs a lab"},
-        UsageCase{"NoDomain", {"doctor"}, "no domain is named"},
-        UsageCase{"TwoWorlds", {"--lab", "x", "--domain", "twk.test", "user", "list"}, "exclude each other"},
-        UsageCase{"LabAndLive", {"--lab", "x", "--live", "user", "list"}, "exclude each other"},
-        UsageCase{"BadPort", {"--domain", "twk.test", "--port", "x", "user", "list"}, "65535"},
-        UsageCase{"BadMethod", {"--domain", "twk.test", "--method", "x", "user", "list"}, "ticket, ldaps"},
-        UsageCase{"NoUser", {"--domain", "twk.test", "--method", "ldaps", "user", "list"}, "needs a user"},
-        UsageCase{"ImportOfNothing", {"lab", "import"}, "--live DIR. Try `twk lab import --help`."},
-        UsageCase{"OptionForAValue",
-                  {"template", "edit", "Staff", "--home-share", "--profile-share=P1"},
-                  "--home-share needs a value"},
-        UsageCase{
-            "LastOptionWithoutAValue", {"user", "list", "--ou"}, "--ou needs a value. Try `twk user list"},
-        UsageCase{"FlagWithAnEmptyValue", {"--yes=", "site", "list"}, "--yes takes no value"},
-        UsageCase{"EmptyLab", {"--lab=", "user", "delete", "Jo", "--account"}, "--lab: an empty value"},
-        UsageCase{
-            "EmptyGroup", {"users", "delete", "Jo", "--account", "--group="}, "--group: an empty value"},
-        UsageCase{"EmptyServer",
-                  {"user", "delete", "Jo", "--account", "--exchange-server=", "--dry-run"},
-                  "--exchange-server: an empty value"},
-        UsageCase{"ServerWithoutMail",
-                  {"--lab", "/", "user", "delete", "Jo", "--account", "--exchange-server", "EX55"},
-                  "give --mail as well"},
-        UsageCase{"EmptyNumber", {"log", "show", "--tail="}, "--tail takes a whole number"},
-        UsageCase{"YesAndNoInput", {"--yes", "--no-input", "site", "list"}, "excludes"},
-        UsageCase{"BadUtf8", {"user", "show", "a\xff"}, "argument 3 is not valid UTF-8"},
-        UsageCase{"ControlCharacter", {"user", "show", "a\nb"}, "control character U+000A"},
-        UsageCase{"LongField", {"site", "add", "X", "--nt-server", "123456789012345678901"}, "20 characters"},
-        UsageCase{"BadHours", {"template", "add", "X", "--logon-hours", "FF"}, "42 hexadecimal digits"},
-        UsageCase{"BadRange",
-                  {"--lab", "/", "user", "import", "x", "--template", "T", "--site", "S", "--groups", "9-3"},
-                  "--groups takes"}),
-    [](const auto& named) { return named.param.what; });
+TEST(CommandLine, WhatIsRefusedEndsWith64AndSaysWhyOnStandardError) {
+  play_without_lab(R"(
+$ => 64 twk: 
+! subcommand is required
+>
+$ bogus => 64 unknown command or option bogus
+$ site list --colour => 64 --colour
+$ user list => 64 --domain NAME or --lab DIR
+$ lab info => 64 needs a lab
+$ doctor => 64 no domain is named
+$ --lab x --domain twk.test user list => 64 exclude each other
+$ --lab x --live user list => 64 exclude each other
+$ --domain twk.test --port x user list => 64 65535
+$ --domain twk.test --method x user list => 64 ticket, ldaps
+$ --domain twk.test --method ldaps user list => 64 needs a user
+$ lab import => 64 --live DIR. Try `twk lab import --help`.
+$ template edit Staff --home-share --profile-share=P1 => 64 --home-share needs a value
+$ user list --ou => 64 --ou needs a value. Try `twk user list
+$ --yes= site list => 64 --yes takes no value
+$ --lab= user delete Jo --account => 64 --lab: an empty value
+$ users delete Jo --account --group= => 64 --group: an empty value
+$ user delete Jo --account --exchange-server= --dry-run => 64 --exchange-server: an empty value
+$ --lab / user delete Jo --account --exchange-server EX55 => 64 give --mail as well
+$ log show --tail= => 64 --tail takes a whole number
+$ --yes --no-input site list => 64 excludes
+$ user show $BYTES => 64 argument 3 is not valid UTF-8
+$ user show $LINES => 64 control character U+000A
+$ site add X --nt-server 123456789012345678901 => 64 20 characters
+$ template add X --logon-hours FF => 64 42 hexadecimal digits
+$ --lab / user import x --template T --site S --groups 9-3 => 64 --groups takes
+)",
+                   {{"$BYTES", {"a\xff"}}, {"$LINES", {"a\nb"}}});
+}
 
 /// What the program says on standard error, or to `--help`; run in this process, as there are many.
 std::string said(Arguments words) {
@@ -117,18 +101,16 @@ TEST(CommandLine, NoOptionOfAnyCommandTakesAWordForAnEmptyValue) {
   EXPECT_GT(try_empty_values({}), 300U);
 }
 
-TEST(CommandLine, HelpNamesTheCommandsButNotWhatIsNotBuilt) {
-  const ProgramResult result = twk({"--help"});
-  EXPECT_EQ(result.exit_code, 0);
-  EXPECT_THAT(result.out, AllOf(HasSubstr("--lab"), HasSubstr("template"), HasSubstr("--domain")));
-  EXPECT_EQ(result.err, "");
-}
-
-TEST(CommandLine, AFolderWithoutALabIsBadInput) {
+TEST(CommandLine, HelpNamesTheCommandsAndAFolderWithoutALabIsBadInput) {
   const TemporaryDirectory folder;
-  const ProgramResult result = twk({"--lab", folder.path().string(), "lab", "info"});
-  EXPECT_EQ(result.exit_code, 65);
-  EXPECT_THAT(result.err, HasSubstr("is not a lab"));
+  play_without_lab(R"(
+$ --help
+| --lab
+| template
+| --domain
+$ --lab $FOLDER lab info => 65 is not a lab
+)",
+                   {{"$FOLDER", {folder.path().string()}}});
 }
 
 using CommandsOnALab = TwkLab;
@@ -152,10 +134,14 @@ TEST_F(CommandsOnALab, AMovedLabKeepsItsDatabase) {
 
 TEST_F(CommandsOnALab, TheDatabaseOfOneRunIsNotStored) {
   const TemporaryDirectory other;
-  EXPECT_EQ(run({"--db", other.path().string(), "site", "add", "Elsewhere", "--nt-server", "S"}).exit_code,
-            0);
-  EXPECT_TRUE(std::filesystem::exists(other / "Site.dat"));
-  EXPECT_THAT(run({"site", "list"}).out, Not(HasSubstr("Elsewhere")));
+  play(R"(
+$ --db $OTHER site add Elsewhere --nt-server S
+$ --db $OTHER site list
+| Elsewhere
+$ site list
+- Elsewhere
+)",
+       {{"$OTHER", {other.path().string()}}});
 }
 
 TEST_F(CommandsOnALab, ColourIsForTerminalsWithoutNoColor) {
@@ -186,9 +172,7 @@ TEST_F(CommandsOnALab, AFullDiskUnderTheOutputIsAFault) {
 
 TEST_F(CommandsOnALab, ALabThatCannotBeReadSaysWhere) {
   put_file(lab() + "/domain.ldif", "dn: DC=twk,DC=test\nnonsense\n");
-  const ProgramResult result = run({"user", "list"});
-  EXPECT_EQ(result.exit_code, 65);
-  EXPECT_THAT(result.err, AllOf(HasSubstr("domain.ldif"), HasSubstr("2")));
+  play("$ user list => 65 domain.ldif\n! 2");
 }
 
 }  // namespace

@@ -17,29 +17,21 @@ std::string week(const std::string& monday) {
   return text;
 }
 
-TEST_F(Editors, HoursOfATemplateGoInAndComeBack) {
-  ASSERT_EQ(run({"hours", "set", "staff"}, week("Mon: " + kNights)).exit_code, 0);
-  const nlohmann::json hours = result_of({"hours", "show", "Staff"});
-  EXPECT_EQ(hours["template"], "Staff");
-  EXPECT_EQ(hours["hours"][1], kNights);
-  const std::string shown = run({"hours", "show", "Staff"}).out;
-  EXPECT_THAT(shown, HasSubstr("Monday    " + kNights + "\n"));
-  ASSERT_EQ(run({"hours", "set", "Staff", file("all.txt", week(std::string(24, '1')))}).exit_code, 0);
-  EXPECT_EQ(result_of({"template", "show", "Staff"})["logonHours"], std::string(42, 'F'));
-  ASSERT_EQ(run({"hours", "set", "Staff"}, shown).exit_code, 0);
-  EXPECT_EQ(run({"hours", "show", "Staff"}).out, shown);
-}
-
-TEST_F(Editors, HoursOfAnAccountGoInAndComeBack) {
-  const ProgramResult made = create({"--ou", kNewStarters, "John", "Smith"});
-  ASSERT_EQ(made.exit_code, 0) << made.err;
-  ASSERT_EQ(run({"hours", "set", "--user", "john.smith"}, week(kNights)).exit_code, 0);
-  EXPECT_EQ(result_of({"hours", "show", "--user", "John.Smith"})["hours"][1], kNights);
-  ASSERT_EQ(
-      run({"hours", "set", "--user", "john.smith", file("all.txt", week(std::string(24, 'X')))}).exit_code,
-      0);
-  EXPECT_EQ(result_of({"user", "show", "john.smith"})["logonHours"], std::string(42, 'F'));
-  EXPECT_EQ(run({"hours", "show", "--user", "nobody"}).exit_code, 2);
+TEST_F(Editors, HoursOfATemplateAndOfAnAccountGoInAndComeBack) {
+  play("$ user create $STAFF John Smith");
+  for (const auto& [owner, record] : std::map<std::string, std::string>{
+           {"staff", "template show Staff"}, {"--user=john.smith", "user show john.smith"}}) {
+    const Meanings meanings = {{"$OWNER", {owner}},
+                               {"$NIGHTS", {file("nights.txt", week("Mon: " + kNights))}},
+                               {"$ALL", {file("all.txt", week(std::string(24, '1')))}}};
+    play("$ hours set $OWNER $NIGHTS", meanings);
+    const std::string shown = run({"hours", "show", owner}).out;
+    EXPECT_THAT(shown, HasSubstr("Monday    " + kNights + "\n"));
+    play("$ hours set $OWNER $ALL\n$ " + record + "\n{\"logonHours\": \"" + std::string(42, 'F') + "\"}",
+         meanings);
+    EXPECT_EQ(run({"hours", "set", owner}, shown).exit_code, 0);
+    EXPECT_EQ(run({"hours", "show", owner}).out, shown);
+  }
 }
 
 TEST_F(Editors, HoursAreThoseOfTheZoneThatWasChosen) {
@@ -76,26 +68,30 @@ TEST_F(Editors, HoursAreThoseOfTheZoneThatWasChosen) {
 
 TEST_F(Editors, InvalidHoursAreNamedAndNothingIsChanged) {
   const std::string before = run({"hours", "show", "Staff"}).out;
-  const ProgramResult result = run({"hours", "set", "Staff"}, week("####?" + std::string(19, '#')));
-  EXPECT_EQ(result.exit_code, 65);
-  EXPECT_THAT(result.err, HasSubstr("line 2, column 5"));
+  play(R"(
+$ hours set Staff $HOURS => 65 line 2, column 5
+$ hours show => 64
+$ hours show Staff --user x => 64
+$ hours show Stuff => 2
+$ hours show --user nobody => 2
+)",
+       {{"$HOURS", {file("hours.txt", week("####?" + std::string(19, '#')))}}});
   EXPECT_EQ(run({"hours", "show", "Staff"}).out, before);
-  EXPECT_EQ(run({"hours", "show"}).exit_code, 64);
-  EXPECT_EQ(run({"hours", "show", "Staff", "--user", "x"}).exit_code, 64);
-  EXPECT_EQ(run({"hours", "show", "Stuff"}).exit_code, 2);
 }
 
 TEST_F(Editors, ACustomFieldIsSetAndCleared) {
-  EXPECT_EQ(run({"--json", "custom", "show"}).out, "");
-  ASSERT_EQ(run({"custom", "set", "2", "Badge", "employeeNumber"}).exit_code, 0);
-  EXPECT_EQ(result_of({"custom", "show"}),
-            nlohmann::json({{"number", 2}, {"name", "Badge"}, {"attribute", "employeeNumber"}}));
-  EXPECT_EQ(run({"custom", "set", "5", "Badge", "x"}).exit_code, 64);
-  const ProgramResult without = run({"custom", "set", "1", "Room", " "});
-  EXPECT_EQ(without.exit_code, 2);
-  EXPECT_THAT(without.err, HasSubstr("has no attribute"));
-  ASSERT_EQ(run({"custom", "clear", "2"}).exit_code, 0);
-  EXPECT_EQ(run({"--json", "custom", "show"}).out, "");
+  play(R"(
+$ --json custom show
+>
+$ custom set 2 Badge employeeNumber
+$ custom show
+{"number": 2, "name": "Badge", "attribute": "employeeNumber"}
+$ custom set 5 Badge x => 64
+$ custom set 1 Room " " => 2 has no attribute
+$ custom clear 2
+$ --json custom show
+>
+)");
 }
 
 }  // namespace

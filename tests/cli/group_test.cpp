@@ -3,170 +3,140 @@
 namespace twk::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
-/// What a line of JSON says of a user or a group.
-std::vector<std::string> values(const std::string& out, const char* key) {
-  std::vector<std::string> all;
-  for (const nlohmann::json& line : json_lines(out))
-    all.push_back(line.value(key, ""));
-  return all;
-}
-
 class GroupCommands : public TwkLab {
  protected:
-  explicit GroupCommands(const Arguments& place = {"--ou", kNewStarters}) {
-    for (const char* const name : {"Ann", "Bob"}) {
-      Arguments arguments = place;
-      arguments.insert(arguments.end(), {name, "", "Marsh"});
-      EXPECT_EQ(create(arguments).exit_code, 0);
-    }
-    EXPECT_EQ(run({"group", "create", "Drivers", "--description", "Who drive"}).exit_code, 0);
-  }
-  ProgramResult json(Arguments arguments) const {
-    arguments.insert(arguments.begin(), {"--json", "group"});
-    return run(arguments);
-  }
-  std::vector<std::string> members(const std::string& group) const {
-    return values(json({"members", group}).out, "name");
+  GroupCommands() {
+    play(R"(
+$ user create $STAFF Ann "" Marsh
+$ user create $STAFF Bob "" Marsh
+$ group create Drivers --description "Who drive"
+> GREEN  Added group Drivers
+)");
   }
 };
 
 TEST_F(GroupCommands, CreateMakesAGroupOfTheKindAndScope) {
-  const nlohmann::json made = result_of({"group", "show", "Drivers"});
-  EXPECT_EQ(made["kind"], "security");
-  EXPECT_EQ(made["scope"], "global");
-  EXPECT_EQ(made["description"], "Who drive");
-  EXPECT_EQ(made["dn"], "CN=Drivers,CN=Users,DC=twk,DC=test");
-  const ProgramResult other =
-      run({"group", "create", "R&D (x)", "--scope", "domain-local", "--kind", "distribution"});
-  EXPECT_EQ(other.exit_code, 0) << other.err;
-  EXPECT_EQ(other.out, "GREEN  Added group R&D (x)\n");
-  EXPECT_EQ(result_of({"group", "show", "R&D (x)"})["scope"], "domain local");
-  EXPECT_EQ(result_of({"group", "show", "R&D (x)"})["kind"], "distribution");
+  play(R"(
+$ group show Drivers
+{"kind": "security", "scope": "global", "description": "Who drive", "dn": "CN=Drivers,CN=Users,DC=twk,DC=test"}
+$ group create 'R&D (x)' --scope domain-local --kind distribution
+$ group show 'R&D (x)'
+{"kind": "distribution", "scope": "domain local"}
+)");
 }
 
 TEST_F(GroupCommands, CreateReportsRefusals) {
-  const ProgramResult again = json({"create", "Drivers"});
-  EXPECT_EQ(again.exit_code, 2);
-  EXPECT_THAT(values(again.out, "light"), ElementsAre("RED"));
-  EXPECT_THAT(again.err, HasSubstr("Error Adding Group:"));
-  EXPECT_EQ(run({"group", "create", "  "}).exit_code, 2);
-  EXPECT_EQ(run({"group", "create", "a=b"}).exit_code, 2);
-  EXPECT_EQ(run({"group", "create", "Late", "--scope", "world"}).exit_code, 64);
-  EXPECT_EQ(run({"group", "create"}).exit_code, 64);
+  play(R"(
+$ group create Drivers => 2 Error Adding Group:
+| RED
+$ group create "  " => 2
+$ group create a=b => 2
+$ group create Late --scope world => 64
+$ group create => 64
+)");
 }
 
 TEST_F(GroupCommands, MembersMarksThoseByPrimaryGroup) {
-  const ProgramResult everybody = json({"members", "domain users"});
-  EXPECT_EQ(everybody.exit_code, 0) << everybody.err;
-  bool found = false;
-  for (const nlohmann::json& user : json_lines(everybody.out)) {
-    found = found || user["name"] == "Ann.Marsh";
-    EXPECT_EQ(user["primary"], true) << user;
-  }
-  EXPECT_TRUE(found) << everybody.out;
-  EXPECT_EQ(run({"group", "add-member", "Drivers", "Ann.Marsh"}).exit_code, 0);
-  const ProgramResult drivers = json({"members", "Drivers"});
-  EXPECT_EQ(drivers.out,
-            "{\"name\":\"Ann.Marsh\",\"primary\":false,\"dn\":\"CN=Ann.Marsh," + kNewStarters + "\"}\n");
-  EXPECT_EQ(run({"group", "members", "Nothing"}).exit_code, 2);
-  EXPECT_THAT(run({"group", "members", "Driver"}).err, HasSubstr("Near: \"Drivers\""));
+  play(R"(
+$ --json group members "domain users"
+| {"name":"Ann.Marsh","primary":true,
+- "primary":false
+$ group add-member Drivers Ann.Marsh
+$ --json group members Drivers
+> {"name":"Ann.Marsh","primary":false,"dn":"CN=Ann.Marsh,$NEW"}
+$ group members Driver => 2 Near: "Drivers"
+)");
 }
 
 TEST_F(GroupCommands, MembersAreListedWhateverTheLoadLeavesOut) {
-  ASSERT_EQ(run({"settings", "set", "ADO", "SkipUsers", "TRUE"}).exit_code, 0);
-  ASSERT_EQ(run({"settings", "set", "ADO", "SkipGroups", "TRUE"}).exit_code, 0);
-  EXPECT_EQ(run({"group", "add-member", "Drivers", "Ann.Marsh"}).exit_code, 0);
-  EXPECT_THAT(members("Drivers"), ElementsAre("Ann.Marsh"));
-  EXPECT_EQ(run({"settings", "get", "ADO", "SkipUsers"}).out, "TRUE\n") << "the setting itself stays";
+  play(R"(
+$ settings set ADO SkipUsers TRUE
+$ settings set ADO SkipGroups TRUE
+$ group add-member Drivers Ann.Marsh
+$ group members Drivers
+{"name": "Ann.Marsh"}
+$ settings get ADO SkipUsers
+> TRUE
+)");
 }
 
 TEST_F(GroupCommands, AUserWhoCannotBeAddedStopsNobodyElse) {
-  const ProgramResult result =
-      json({"add-member", "Drivers", "Nobody", "Ann.Marsh", "bob.marsh", "Ann.Marsh"});
-  EXPECT_EQ(result.exit_code, 2);
-  EXPECT_THAT(values(result.out, "light"), ElementsAre("RED", "GREEN", "GREEN"));
-  EXPECT_THAT(values(result.out, "user"), ElementsAre("Nobody", "Ann.Marsh", "bob.marsh"));
-  EXPECT_THAT(members("Drivers"), ElementsAre("Ann.Marsh", "Bob.Marsh"));
-  const ProgramResult again = json({"add-member", "Drivers", "Ann.Marsh"});
-  EXPECT_EQ(again.exit_code, 1);
-  EXPECT_THAT(values(again.out, "message"), ElementsAre("Ann.Marsh is a member already."));
-
-  EXPECT_EQ(run({"group", "remove-member", "Drivers", "Ann.Marsh"}).out,
-            "GREEN  Ann.Marsh removed from Drivers.\n");
-  const ProgramResult gone = json({"remove-member", "Drivers", "Ann.Marsh", "Bob.Marsh"});
-  EXPECT_EQ(gone.exit_code, 1);
-  EXPECT_THAT(values(gone.out, "light"), ElementsAre("YELLOW", "GREEN"));
-  EXPECT_THAT(members("Drivers"), IsEmpty());
+  play(R"(
+$ group add-member Drivers Nobody Ann.Marsh bob.marsh Ann.Marsh => 2
+{"light": "RED", "user": "Nobody"}
+{"light": "GREEN", "user": "Ann.Marsh"}
+{"light": "GREEN", "user": "bob.marsh"}
+$ group members Drivers
+{"name": "Ann.Marsh"}
+{"name": "Bob.Marsh"}
+$ group add-member Drivers Ann.Marsh => 1
+{"message": "Ann.Marsh is a member already."}
+$ group remove-member Drivers Ann.Marsh
+> GREEN  Ann.Marsh removed from Drivers.
+$ group remove-member Drivers Ann.Marsh Bob.Marsh => 1
+{"light": "YELLOW"}
+{"light": "GREEN"}
+$ --json group members Drivers
+>
+)");
 }
 
 TEST_F(GroupCommands, APrimaryGroupIsNotLeft) {
-  const ProgramResult result = run({"group", "remove-member", "Domain Users", "Ann.Marsh"});
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.out, "YELLOW  Ann.Marsh: it is their primary Group\n");
-  EXPECT_THAT(result.err, HasSubstr("Can't remove user 'Ann.Marsh' from 'Domain Users'"));
+  play(R"(
+$ group remove-member "Domain Users" Ann.Marsh => 1 Can't remove user 'Ann.Marsh' from 'Domain Users'
+> YELLOW  Ann.Marsh: it is their primary Group
+)");
 }
 
 TEST_F(GroupCommands, DeleteAsksFirst) {
-  const ProgramResult unasked = run({"group", "delete", "Drivers"});
-  EXPECT_EQ(unasked.exit_code, 1);
-  EXPECT_THAT(unasked.err, HasSubstr("Sure to Delete Global Group Drivers"));
-  EXPECT_EQ(run({"group", "show", "Drivers"}).exit_code, 0);
-  const ProgramResult deleted = run({"--yes", "group", "delete", "drivers"});
-  EXPECT_EQ(deleted.exit_code, 0) << deleted.err;
-  EXPECT_EQ(deleted.out, "GREEN  Deleted group Drivers\n");
-  EXPECT_EQ(run({"group", "show", "Drivers"}).exit_code, 2);
-  const ProgramResult refused = run({"--yes", "group", "delete", "Domain Users"});
-  EXPECT_EQ(refused.exit_code, 2);
-  EXPECT_THAT(refused.err, HasSubstr("Error Deleting Group"));
-  EXPECT_THAT(refused.out, HasSubstr("RED  Error Deleting Group Domain Users: "));
+  play(R"(
+$ group delete Drivers => 1 Sure to Delete Global Group Drivers
+$ group show Drivers
+$ --yes group delete drivers
+> GREEN  Deleted group Drivers
+$ group show Drivers => 2
+$ --yes group delete "Domain Users" => 2 Error Deleting Group
+| RED  Error Deleting Group Domain Users:
+)");
 }
 
 TEST_F(GroupCommands, CopyReportsEachUserAndTheSum) {
-  ASSERT_EQ(run({"group", "add-member", "Drivers", "Ann.Marsh", "Bob.Marsh"}).exit_code, 0);
-  ASSERT_EQ(run({"group", "create", "Pilots"}).exit_code, 0);
-  ASSERT_EQ(run({"group", "add-member", "Pilots", "Bob.Marsh"}).exit_code, 0);
-  EXPECT_EQ(run({"group", "copy", "Drivers", "Pilots"}).exit_code, 1) << "nobody agreed";
-  EXPECT_THAT(members("Pilots"), ElementsAre("Bob.Marsh"));
-  const ProgramResult copied = run({"--yes", "--json", "group", "copy", "Drivers", "Pilots"});
-  EXPECT_EQ(copied.exit_code, 1) << copied.err;
-  const auto lines = json_lines(copied.out);
-  ASSERT_EQ(lines.size(), 3U) << copied.out;
-  EXPECT_EQ(lines[2]["message"], "2 of 2 users: 1 added, 1 already members, 0 refused.");
-  EXPECT_EQ(lines[2]["light"], "YELLOW");
-  EXPECT_THAT(members("Pilots"), ElementsAre("Ann.Marsh", "Bob.Marsh"));
-  EXPECT_EQ(run({"--yes", "group", "copy", "Drivers", "Nothing"}).exit_code, 2);
+  play(R"(
+$ group add-member Drivers Ann.Marsh Bob.Marsh
+$ group create Pilots
+$ group add-member Pilots Bob.Marsh
+$ group copy Drivers Pilots => 1
+$ group members Pilots
+{"name": "Bob.Marsh"}
+$ --yes group copy Drivers Pilots => 1
+{"light": "YELLOW"}
+{"light": "GREEN"}
+{"light": "YELLOW", "message": "2 of 2 users: 1 added, 1 already members, 0 refused."}
+$ group members Pilots
+{"name": "Ann.Marsh"}
+{"name": "Bob.Marsh"}
+$ --yes group copy Drivers Nothing => 2
+)");
 }
 
 class GroupCommandsOfAnNtDomain : public GroupCommands {
  protected:
-  GroupCommandsOfAnNtDomain() : GroupCommands(Arguments{}) {}
   static void SetUpTestSuite() { make("nt"); }
 };
 
-TEST_F(GroupCommandsOfAnNtDomain, HaveOnlyGlobalGroups) {
-  EXPECT_EQ(result_of({"group", "show", "Drivers"})["scope"], "global");
-  EXPECT_EQ(run({"group", "create", std::string(20, 'a')}).exit_code, 0);
-  const ProgramResult longer = run({"group", "create", std::string(21, 'b')});
-  EXPECT_EQ(longer.exit_code, 2);
-  EXPECT_THAT(longer.err, HasSubstr("max 20 Chrs"));
-  const ProgramResult local = run({"group", "create", "Locals", "--scope", "domain-local"});
-  EXPECT_EQ(local.exit_code, 2);
-  EXPECT_THAT(local.err, HasSubstr("has no domain-local groups"));
-}
-
-TEST_F(GroupCommandsOfAnNtDomain, ChangeMembersByTheirNames) {
-  EXPECT_EQ(run({"group", "add-member", "Drivers", "Ann.Marsh", "Bob.Marsh"}).exit_code, 0);
-  const ProgramResult listed = json({"members", "Drivers"});
-  EXPECT_EQ(json_lines(listed.out).at(0),
-            nlohmann::json({{"name", "Ann.Marsh"}, {"primary", nullptr}, {"dn", ""}}));
-  const ProgramResult onto_itself = run({"--yes", "group", "copy", "Drivers", "Drivers"});
-  EXPECT_EQ(onto_itself.exit_code, 1);
-  EXPECT_THAT(onto_itself.out, HasSubstr("YELLOW  Ann.Marsh User already a member.\n"));
-  EXPECT_EQ(run({"--yes", "group", "delete", "Drivers"}).exit_code, 0);
+TEST_F(GroupCommandsOfAnNtDomain, HaveOnlyGlobalGroupsAndMembersByName) {
+  play(R"(
+$ group show Drivers
+{"scope": "global"}
+$ group create aaaaaaaaaabbbbbbbbbbc => 2 max 20 Chrs
+$ group create Locals --scope domain-local => 2 has no domain-local groups
+$ group add-member Drivers Ann.Marsh
+$ --json group members Drivers
+> {"name":"Ann.Marsh","primary":null,"dn":""}
+$ --yes group copy Drivers Drivers => 1
+| YELLOW  Ann.Marsh User already a member.
+$ --yes group delete Drivers
+)");
 }
 
 }  // namespace

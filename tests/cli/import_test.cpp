@@ -37,39 +37,48 @@ TEST_F(ImportingUsers, PrintsARowForEachLineAndTheCounts) {
   EXPECT_THAT(get_file(lines[4]["summary"]), HasSubstr("John Smith,John.Smith,John.Smith@twk.test,No\r\n"));
 }
 
+// The template's group was given by the line already.
 TEST_F(ImportingUsers, TakesColumnsGroupsAndExpiryAsChosen) {
-  const ProgramResult result =
-      import("x1,Secret-Word-9,Al,Bo,staff,31/12/2027\n",
-             {"--first", "3", "--middle", "0", "--last", "4", "--id", "1", "--password", "2", "--groups",
-              "5-5", "--expires", "%IMPORT6%", "--description", "of %IMPORT5%"});
-  EXPECT_EQ(json_lines(result.out).at(0)["user"], "x1") << result.err;
-  EXPECT_EQ(result.exit_code, 0) << "the template's group was given by the line already";
-  const nlohmann::json user = result_of({"user", "show", "x1"});
-  EXPECT_EQ(user["fullName"], "Al Bo");
-  EXPECT_EQ(user["expires"], "2027-12-31");
-  EXPECT_EQ(user["description"], "of staff");
-  EXPECT_EQ(run({"settings", "get", "Setup", "ImportGroupsFinish"}).exit_code, 2) << "a choice for one run";
+  play(R"(
+$ user import $FILE $STAFF --first 3 --middle 0 --last 4 --id 1 --password 2 --groups 5-5
+  --expires %IMPORT6% --description "of %IMPORT5%"
+{"user": "x1"}
+{"created": 1}
+$ user show x1
+{"fullName": "Al Bo", "expires": "2027-12-31", "description": "of staff"}
+$ settings get Setup ImportGroupsFinish => 2
+)",
+       {{"$FILE", {file("new.csv", "x1,Secret-Word-9,Al,Bo,staff,31/12/2027\n")}}});
 }
 
 TEST_F(ImportingUsers, ShowsNobodysPassword) {
-  ASSERT_EQ(run({"settings", "set", "Setup", "BatchFileCreate", "/nowhere %IMPORT4%"}).exit_code, 0);
-  ASSERT_EQ(run({"settings", "set", "UM", "RunCmd", "Yes"}).exit_code, 0);
-  const ProgramResult result = import("Al,,Bo,Secret-Word-9\n", {"--password", "4"});
-  EXPECT_THAT(result.out, HasSubstr("/nowhere ********"));
-  EXPECT_THAT(result.out + result.err + run({"log", "show"}).out, Not(HasSubstr("Secret-Word-9")));
+  play(R"(
+$ settings set Setup BatchFileCreate "/nowhere %IMPORT4%"
+$ settings set UM RunCmd Yes
+$ user import $FILE $STAFF --password 4 => 1
+| /nowhere ********
+- Secret-Word-9
+$ log show
+- Secret-Word-9
+)",
+       {{"$FILE", {file("new.csv", "Al,,Bo,Secret-Word-9\n")}}});
 }
 
 TEST_F(ImportingUsers, HaltsAtTheFirstWarningWhenAsked) {
-  const ProgramResult result = import("John,,Smith\nJohn,,Smith\nAl,,Bo\n", {"--halt-on-warnings"});
-  EXPECT_EQ(result.exit_code, 2);
-  EXPECT_THAT(result.err, HasSubstr("Errors during Import"));
-  EXPECT_THAT(result.out, AllOf(HasSubstr("John.Smith1"), Not(HasSubstr("Al.Bo"))));
+  play(R"(
+$ user import $FILE $STAFF --halt-on-warnings => 2 Errors during Import
+| John.Smith1
+- Al.Bo
+)",
+       {{"$FILE", {file("new.csv", "John,,Smith\nJohn,,Smith\nAl,,Bo\n")}}});
 }
 
 TEST_F(ImportingUsers, ShowsInAPreviewWhatTheImportReportsAndWritesNothing) {
   for (const std::string stage : {"CreateDirs", "CreateShares", "SetPermissions", "MailAccount"})
     ASSERT_EQ(run({"settings", "set", "UM", stage, "No"}).exit_code, 0);
-  ASSERT_EQ(create({"--ou", "OU=London,DC=twk,DC=test", "--id", "elsewhere", "El", "Se"}).exit_code, 0);
+  play(
+      "$ user create --template Staff --site 'Head Office' --ou OU=London,DC=twk,DC=test --id elsewhere El "
+      "Se");
   const std::string log = get_file(database_file("Log.txt"));
   const std::string csv =
       "ann,,lee,annlee,Secret-Word-1,Staff,31/12/2030\n"
@@ -103,23 +112,15 @@ TEST_F(ImportingUsers, ShowsInAPreviewWhatTheImportReportsAndWritesNothing) {
 }
 
 TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
-  struct Case {
-    std::string file;
-    std::string column;
-    int exit_code;
-    std::string text;
-  };
   ASSERT_EQ(import("John,,Smith\nalone\nJohn,,Smith,4\n").exit_code, 1);
   const std::string errors = database_file("Import.err");
-  for (const Case& one : {Case{"/dev/null", "3", 65, "/dev/null is not an ordinary file"},
-                          Case{file("empty.csv", ""), "3", 65, "contains no user"},
-                          Case{"gone.csv", "3", 65, "There is no file gone.csv"},
-                          Case{errors, "5", 64, "no column 5: the longest line has 1"}}) {
-    const ProgramResult result = run({"user", "import", one.file, "--template", "Staff", "--site",
-                                      "Head Office", "--ou", kNewStarters, "--last", one.column});
-    EXPECT_EQ(result.exit_code, one.exit_code) << one.file;
-    EXPECT_THAT(result.err, HasSubstr(one.text));
-  }
+  play(R"(
+$ user import /dev/null $STAFF => 65 /dev/null is not an ordinary file
+$ user import $EMPTY $STAFF => 65 contains no user
+$ user import gone.csv $STAFF => 65 There is no file gone.csv
+$ user import $ERRORS $STAFF --last 5 => 64 no column 5: the longest line has 1
+)",
+       {{"$EMPTY", {file("empty.csv", "")}}, {"$ERRORS", {errors}}});
   EXPECT_THAT(get_file(errors), testing::EndsWith("alone\r\n"));
 }
 

@@ -3,7 +3,6 @@
 namespace twk::test {
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 
 TEST(Lab, IsMadeAsAskedAndTheSameForTheSameSeed) {
@@ -52,22 +51,19 @@ TEST_F(SampleLab, GoesOutAsLdifAndComesBackAsAnotherLab) {
   EXPECT_EQ(twk({"--lab", lab() + "2", "user", "list"}).out, run({"user", "list"}).out);
 }
 
-TEST_F(SampleLab, ImportsFurtherEntriesAndSkipsExistingOnes) {
-  const nlohmann::json result = result_of(
-      {"lab", "import",
-       file("more.ldif",
-            "dn: OU=Added,DC=twk,DC=test\nobjectClass: organizationalUnit\nou: Added\nname: Added\n\n"
-            "dn: " +
-                kNewStarters + "\nobjectClass: organizationalUnit\n")});
-  EXPECT_EQ(result["added"], 1);
-  EXPECT_EQ(result["skipped"], 1);
-}
-
-TEST_F(SampleLab, NamesTheLineOfARecordThatDoesNotFit) {
-  const ProgramResult result =
-      run({"lab", "import", file("bad.ldif", "\n\ndn: OU=x,OU=Nowhere,DC=twk,DC=test\nobjectClass: top\n")});
-  EXPECT_EQ(result.exit_code, 65);
-  EXPECT_THAT(result.err, AllOf(HasSubstr("Line 3"), HasSubstr("OU=Nowhere")));
+TEST_F(SampleLab, ImportsFurtherEntriesSkipsExistingOnesAndNamesTheLineOfOneThatDoesNotFit) {
+  play(R"(
+$ lab import $MORE
+{"added": 1, "skipped": 1}
+$ lab import $BAD => 65 Line 3
+! OU=Nowhere
+)",
+       {{"$MORE",
+         {file("more.ldif",
+               "dn: OU=Added,DC=twk,DC=test\nobjectClass: organizationalUnit\nou: Added\nname: Added\n\n"
+               "dn: " +
+                   kNewStarters + "\nobjectClass: organizationalUnit\n")}},
+        {"$BAD", {file("bad.ldif", "\n\ndn: OU=x,OU=Nowhere,DC=twk,DC=test\nobjectClass: top\n")}}});
 }
 
 TEST_F(SampleLab, LeavesNoLabBehindAnImportThatFails) {
@@ -77,29 +73,20 @@ TEST_F(SampleLab, LeavesNoLabBehindAnImportThatFails) {
   EXPECT_FALSE(std::filesystem::exists(lab() + "2"));
 }
 
-struct FormatCase {
-  const char* what;
-  Arguments arguments;
-  const char* name;
-};
-
-class Formats : public TwkLab, public testing::WithParamInterface<FormatCase> {};
-
-TEST_P(Formats, ReturnWhatTheSystemReturns) {
-  Arguments arguments = {"format"};
-  arguments.insert(arguments.end(), GetParam().arguments.begin(), GetParam().arguments.end());
-  EXPECT_EQ(run(arguments).out, std::string(GetParam().name) + "\n");
+TEST_F(SampleLab, FormatsNamesAsTheSystemDoes) {
+  play(R"(
+$ format %first%.%last% John Fred Smith
+> John.Smith
+$ format --serial 7 %last%%nnn% John "" Smith
+> Smith007
+$ format %last%%n% John "" Smith
+> Smith1
+$ format --import a,,c %IMPORT3%%import1% J "" S
+> ca
+$ format -- -1%first% John "" Smith
+> -J
+)");
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Lab, Formats,
-    testing::Values(FormatCase{"Plain", {"%first%.%last%", "John", "Fred", "Smith"}, "John.Smith"},
-                    FormatCase{"Serial", {"--serial", "7", "%last%%nnn%", "John", "", "Smith"}, "Smith007"},
-                    FormatCase{"StoredSerial", {"%last%%n%", "John", "", "Smith"}, "Smith1"},
-                    FormatCase{
-                        "ImportFields", {"--import", "a,,c", "%IMPORT3%%import1%", "J", "", "S"}, "ca"},
-                    FormatCase{"LeadingDash", {"--", "-1%first%", "John", "", "Smith"}, "-J"}),
-    [](const auto& named) { return named.param.what; });
 
 }  // namespace
 }  // namespace twk::test

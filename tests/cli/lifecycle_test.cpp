@@ -1,120 +1,99 @@
-#include <gmock/gmock.h>
-
-#include <filesystem>
-
 #include "cli/twk_fixture.hpp"
 
 namespace twk::test {
 namespace {
 
-using testing::HasSubstr;
-
 /// Jo Smith with a file in her home.
 class ExistingUsers : public TwkLab {
  protected:
   ExistingUsers() {
-    EXPECT_EQ(create({"--ou", kNewStarters, "Jo", "Smith"}).exit_code, 0);
+    play("$ user create $STAFF Jo Smith");
     put_file(home() + "/a.txt", "text");
   }
   [[nodiscard]] std::string home() const { return lab() + "/servers/FS1/D/Users/Jo.Smith"; }
 };
 
-TEST_F(ExistingUsers, DryRunOfADeletionPrintsTheStepsAndDoesNothing) {
-  const ProgramResult result = run({"user", "delete", "Jo.Smith", "--account", "--data", "--dry-run"});
-  EXPECT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_EQ(result.out, "Delete the account LDAP://twk.test/CN=Jo.Smith," + kNewStarters +
-                            "\n"
-                            "Delete the folder \\\\FS1\\D$\\Users\\Jo.Smith with 1 file, 4 bytes\n"
-                            "Delete the folder \\\\FS1\\D$\\Profiles\\Jo.Smith with 0 files, 0 bytes\n");
+TEST_F(ExistingUsers, AreDeletedWithTheirFoldersAfterTheQuestionButNotByADryRun) {
+  play(R"(
+$ user delete Jo.Smith --account --data --dry-run
+> Delete the account LDAP://twk.test/CN=Jo.Smith,$NEW
+> Delete the folder \\FS1\D$\Users\Jo.Smith with 1 file, 4 bytes
+> Delete the folder \\FS1\D$\Profiles\Jo.Smith with 0 files, 0 bytes
+$ user delete Jo.Smith --account --data => 1
+> YELLOW  Jo.Smith: nothing was done
+$ user show Jo.Smith
+)");
   EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
-  EXPECT_EQ(run({"user", "show", "Jo.Smith"}).exit_code, 0);
-}
-
-TEST_F(ExistingUsers, AreDeletedWithTheirFolders) {
-  const ProgramResult result =
-      run({"--json", "user", "delete", "Jo.Smith", "--account", "--data", "--no-prompting"});
-  EXPECT_EQ(result.exit_code, 0) << result.err;
-  EXPECT_EQ(json_lines(result.out).at(0)["light"], "GREEN");
+  play(R"(
+$ user delete Jo.Smith --account --data --no-prompting
+{"light": "GREEN"}
+$ user show Jo.Smith => 2
+)");
   EXPECT_FALSE(std::filesystem::exists(home()));
-  EXPECT_EQ(run({"user", "show", "Jo.Smith"}).exit_code, 2);
 }
 
-TEST_F(ExistingUsers, StayWhenNobodyCanAnswer) {
-  const ProgramResult result = run({"user", "delete", "Jo.Smith", "--account", "--data"});
-  EXPECT_EQ(result.exit_code, 1);
-  EXPECT_EQ(result.out, "YELLOW  Jo.Smith: nothing was done\n");
-  EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
-}
-
-TEST_F(ExistingUsers, WhatToDeleteMustBeSaid) {
-  for (const Arguments& arguments :
-       {Arguments{"user", "delete", "Jo.Smith"},
-        {"user", "delete", "Jo.Smith", "--account", "--take-ownership"},
-        {"user", "delete", "Jo.Smith", "--mail"},
-        {"user", "rename", "Jo.Smith"},
-        {"profile", "delete", "Jo.Smith", "--workstation", "PC7"},
-        {"user", "move", "Jo.Smith", "--site", "Head Office", "--template", "Staff", "--data", "all"}})
-    EXPECT_EQ(run(arguments).exit_code, 64) << arguments.back();
-  EXPECT_EQ(run({"user", "delete", "Nobody", "--account"}).exit_code, 2);
+TEST_F(ExistingUsers, WhatIsToBeDoneMustBeSaid) {
+  play(R"(
+$ user delete Jo.Smith => 64
+$ user delete Jo.Smith --account --take-ownership => 64
+$ user delete Jo.Smith --mail => 64
+$ user rename Jo.Smith => 64
+$ profile delete Jo.Smith --workstation PC7 => 64
+$ user move Jo.Smith --site "Head Office" --template Staff --data all => 64
+$ user delete Nobody --account => 2
+)");
 }
 
 TEST_F(ExistingUsers, MoveToAnotherServer) {
   for (const char* const name : {"Users", "Profiles"})
     std::filesystem::create_directories(lab() + "/servers/FS2/D/" + name);
-  ASSERT_EQ(run({"site", "add", "Branch", "--nt-server", "FS2"}).exit_code, 0);
-  const Arguments move = {"user",       "move",  "Jo.Smith", "--site", "Branch",
-                          "--template", "Staff", "--data",   "move",   "--no-prompt"};
-  Arguments dry = move;
-  dry.push_back("--dry-run");
-  for (const Arguments& arguments : {dry, move}) {
-    const ProgramResult refused = run(arguments);
-    EXPECT_EQ(refused.exit_code, 2);
-    EXPECT_THAT(refused.out,
-                HasSubstr("RED  User Jo.Smith was not moved: FS2 has no share Profiles, to which "));
-  }
-  for (const char* const name : {"Users", "Profiles"})
-    ASSERT_EQ(run({"share", "add", "FS2", name, std::string("D:\\") + name}).exit_code, 0);
-  // The second one finds everything in place.
-  for (int i = 0; i < 2; ++i) {
-    const ProgramResult result = run(move);
-    EXPECT_EQ(result.exit_code, 0) << result.err;
-    EXPECT_TRUE(std::filesystem::exists(lab() + "/servers/FS2/D/Users/Jo.Smith/a.txt"));
-    EXPECT_FALSE(std::filesystem::exists(home()));
-  }
+  // The second move finds everything in place.
+  play(R"(
+$ site add Branch --nt-server FS2
+$ $MOVE --dry-run => 2
+| RED  User Jo.Smith was not moved: FS2 has no share Profiles, to which
+$ $MOVE => 2
+| RED  User Jo.Smith was not moved: FS2 has no share Profiles, to which
+$ share add FS2 Users D:\Users
+$ share add FS2 Profiles D:\Profiles
+$ $MOVE
+$ $MOVE
+)",
+       {{"$MOVE",
+         {"user", "move", "Jo.Smith", "--site", "Branch", "--template", "Staff", "--data", "move",
+          "--no-prompt"}}});
+  EXPECT_TRUE(std::filesystem::exists(lab() + "/servers/FS2/D/Users/Jo.Smith/a.txt"));
+  EXPECT_FALSE(std::filesystem::exists(home()));
 }
 
 TEST_F(ExistingUsers, ARenamingIsRehearsedOrRefusedAsAWhole) {
-  const ProgramResult steps = run({"user", "rename", "Jo.Smith", "--logon", "ann", "--full-name", "Ann West",
-                                   "--rename-dirs", "--dry-run"});
-  EXPECT_EQ(steps.exit_code, 0) << steps.err;
-  EXPECT_THAT(steps.out, HasSubstr("samAccountName = ann"));
-  EXPECT_THAT(steps.out, HasSubstr("Rename \\\\FS1\\D$\\Users\\Jo.Smith to \\\\FS1\\D$\\Users\\"));
-  for (const char* const dry : {"--dry-run", "--rename-dirs"}) {
-    const ProgramResult refused = run({"--json", "user", "rename", "Jo.Smith", "--logon", "a*b",
-                                       "--full-name", "a*b", "--rename-dirs", dry});
-    EXPECT_EQ(refused.exit_code, 2);
-    EXPECT_THAT(json_lines(refused.out).at(0)["message"], HasSubstr("it holds the character *"));
-  }
-  const ProgramResult suffix = run({"user", "rename", "Jo.Smith", "--upn", "ann@nowhere.example"});
-  EXPECT_EQ(suffix.exit_code, 64);
-  EXPECT_THAT(suffix.err, HasSubstr("it has @twk.test"));
-  EXPECT_EQ(result_of({"user", "show", "Jo.Smith"})["userPrincipalName"], "Jo.Smith@twk.test");
+  play(R"(
+$ user rename Jo.Smith --logon ann --full-name "Ann West" --rename-dirs --dry-run
+| samAccountName = ann
+| Rename \\FS1\D$\Users\Jo.Smith to \\FS1\D$\Users\
+$ user rename Jo.Smith --logon a*b --full-name a*b --rename-dirs --dry-run => 2
+| it holds the character *
+$ user rename Jo.Smith --logon a*b --full-name a*b --rename-dirs => 2
+| it holds the character *
+$ user rename Jo.Smith --upn ann@nowhere.example => 64 it has @twk.test
+$ user show Jo.Smith
+{"userPrincipalName": "Jo.Smith@twk.test"}
+)");
   EXPECT_TRUE(std::filesystem::exists(home() + "/a.txt"));
 }
 
 TEST_F(ExistingUsers, GetOtherNamesAndAnotherPassword) {
-  const ProgramResult result = run({"user", "rename", "Jo.Smith", "--logon", "ann", "--full-name",
-                                    "West, Ann", "--display", "", "--rename-dirs"});
-  EXPECT_EQ(result.exit_code, 0) << result.err;
-  const auto user = result_of({"user", "show", "ann"});
-  EXPECT_EQ(user["dn"], "CN=West\\, Ann," + kNewStarters);
-  EXPECT_EQ(user["fullName"], "");
-  EXPECT_EQ(run({"--yes", "user", "reset-password", "ann"}).exit_code, 0);
-  const ProgramResult refused = run({"--yes", "user", "reset-password", "ann", "--password-stdin"}, "x\n");
-  EXPECT_EQ(refused.exit_code, 2);
-  EXPECT_THAT(refused.out, HasSubstr("the password does not meet the domain's policy; choose a longer one"));
-  EXPECT_EQ(run({"--yes", "profile", "delete", "ann"}).exit_code, 0);
-  EXPECT_EQ(run({"--yes", "profile", "delete", "ann"}).exit_code, 2);
+  play(R"(
+$ user rename Jo.Smith --logon ann --full-name "West, Ann" --display "" --rename-dirs
+$ user show ann
+{"dn": "CN=West\\, Ann,$NEW", "fullName": ""}
+$ --yes user reset-password ann
+$ --yes user reset-password ann --password-stdin => 2
+< x
+| the password does not meet the domain's policy; choose a longer one
+$ --yes profile delete ann
+$ --yes profile delete ann => 2
+)");
 }
 
 }  // namespace

@@ -41,16 +41,14 @@ INSTANTIATE_TEST_SUITE_P(Questions, DeletingASite,
 using Passwords = TwkLab;
 
 TEST_F(Passwords, FromStandardInputAreUsedExactlyAsTheyAre) {
-  const ProgramResult refused = create({"--ou", kNewStarters, "--password-stdin", "Al", "Bo"}, "short\n");
-  EXPECT_EQ(refused.exit_code, 1) << refused.err;
-  const ProgramResult taken =
-      create({"--ou", kNewStarters, "--password-stdin", "Cy", "Day"}, "%first%-Prompt-1\n");
-  EXPECT_EQ(taken.exit_code, 0) << taken.err;
-}
-
-TEST_F(Passwords, ThatAreMissingOnStandardInputCreateNobody) {
-  EXPECT_EQ(create({"--ou", kNewStarters, "--password-stdin", "Al", "Bo"}, "").exit_code, 65);
-  EXPECT_EQ(run({"user", "show", "Al.Bo"}).exit_code, 2);
+  play(R"(
+$ user create $STAFF --password-stdin Al Bo => 1
+< short
+$ user create $STAFF --password-stdin Cy Day
+< %first%-Prompt-1
+$ user create $STAFF --password-stdin Ed Fox => 65
+$ user show Ed.Fox => 2
+)");
 }
 
 TEST_F(Passwords, ThatAreTypedDoNotShow) {
@@ -66,17 +64,14 @@ TEST_F(Passwords, ThatAreTypedDoNotShow) {
 }
 
 TEST_F(Passwords, AreNeitherTakenFromTheCommandLineNorShownUnasked) {
-  const ProgramResult refused = run({"settings", "set", "Setup", "Password", "Sesame-Open-1"});
-  EXPECT_EQ(refused.exit_code, 64);
-  EXPECT_EQ(run({"settings", "set", "Setup", "Password"}, "Sesame-Open-1\n").exit_code, 0);
-  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
-           {"settings", "get", "setup", "password"}, {"settings", "list"}, {"settings", "export"}}) {
-    const ProgramResult hidden = run(command);
-    EXPECT_EQ(hidden.exit_code, 0);
-    EXPECT_THAT(hidden.out + hidden.err, Not(HasSubstr("Sesame"))) << command[1];
-    std::vector<std::string> shown = command;
-    shown.emplace_back("--show-secrets");
-    EXPECT_THAT(run(shown).out, HasSubstr("Sesame-Open-1")) << command[1];
+  play(R"(
+$ settings set Setup Password Sesame-Open-1 => 64
+$ settings set Setup Password
+< Sesame-Open-1
+)");
+  for (const Arguments& command : {Arguments{"get", "setup", "password"}, {"list"}, {"export"}}) {
+    play("$ settings $COMMAND\n- Sesame\n$ settings $COMMAND --show-secrets\n| Sesame-Open-1\n",
+         {{"$COMMAND", command}});
   }
 }
 

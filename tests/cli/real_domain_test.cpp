@@ -4,7 +4,6 @@
 namespace twk::test {
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -12,52 +11,65 @@ using testing::Not;
 class RealDomain : public testing::Test {
  protected:
   ~RealDomain() override { std::filesystem::remove_all(home()); }
+  static void play(std::string_view transcript, const Meanings& meanings = {}) {
+    test::play(
+        transcript, [](const Arguments& words, const std::string& input) { return twk(words, input); },
+        meanings);
+  }
 };
 
 TEST_F(RealDomain, SettingsAndDatabaseAreThePersonsOwnAndNeedNoDomain) {
-  ASSERT_EQ(twk({"settings", "set", "Live", "Method", "starttls"}).exit_code, 0);
-  EXPECT_EQ(twk({"settings", "get", "Live", "Method"}).out, "starttls\n");
+  play(R"(
+$ settings set Live Method starttls
+$ settings get Live Method
+> starttls
+$ site add London --nt-server LON1
+$ site list
+| London
+)");
   EXPECT_TRUE(std::filesystem::exists(home() + "/config/tarnwick/settings/HKEY_LOCAL_MACHINE.reg"));
-  ASSERT_EQ(twk({"site", "add", "London", "--nt-server", "LON1"}).exit_code, 0);
-  EXPECT_THAT(twk({"site", "list"}).out, HasSubstr("London"));
   const std::string database = home() + "/data/tarnwick/db";
   EXPECT_TRUE(std::filesystem::exists(database + "/Site.dat"));
   EXPECT_EQ(std::filesystem::status(database).permissions(), std::filesystem::perms::owner_all);
 }
 
 TEST_F(RealDomain, InvalidSettingsAreReportedByWhatNeedsThemAndCanBeCorrected) {
-  ASSERT_EQ(twk({"settings", "set", "Setup", "Domain", "twk.test"}).exit_code, 0);
-  ASSERT_EQ(twk({"settings", "set", "Live", "Method", "ldaps"}).exit_code, 0);
-  const ProgramResult result = twk({"user", "list"});
-  EXPECT_EQ(result.exit_code, 64);
-  EXPECT_THAT(result.err, AllOf(HasSubstr("below Live"), HasSubstr("needs a user")));
-  EXPECT_EQ(twk({"settings", "set", "Live", "User", "jo"}).exit_code, 0);
+  play(R"(
+$ settings set Setup Domain twk.test
+$ settings set Live Method ldaps
+$ user list => 64 below Live
+! needs a user
+$ settings set Live User jo
+)");
 }
 
 TEST_F(RealDomain, IsTheOneOfTheSettingsAndItsFailureNamesTheReason) {
-  ASSERT_EQ(twk({"settings", "set", "Setup", "Domain", "twk.test"}).exit_code, 0);
-  ASSERT_EQ(twk({"settings", "set", "Live", "Server", "127.0.0.1"}).exit_code, 0);
-  ASSERT_EQ(twk({"settings", "set", "Live", "Port", "1"}).exit_code, 0);
-  const ProgramResult result = twk({"user", "list"});
-  EXPECT_EQ(result.exit_code, 2);
-  EXPECT_THAT(result.err, AllOf(HasSubstr("127.0.0.1 on port 1"), HasSubstr("Connection refused")));
-  EXPECT_EQ(result.out, "");
+  play(R"(
+$ settings set Setup Domain twk.test
+$ settings set Live Server 127.0.0.1
+$ settings set Live Port 1
+$ user list => 2 127.0.0.1 on port 1
+! Connection refused
+>
+)");
 }
 
 TEST_F(RealDomain, DoctorPrintsEveryStepAndEndsWithTheWorst) {
-  const ProgramResult result =
-      twk({"--json", "--domain", "twk.test", "--server", "127.0.0.1", "--port", "1", "doctor"});
-  EXPECT_EQ(result.exit_code, 2);
-  const auto steps = json_lines(result.out);
-  ASSERT_EQ(steps.size(), 6U);
-  EXPECT_EQ(steps[0]["step"], "name look-up");
-  EXPECT_EQ(steps[0]["outcome"], "passed");
-  EXPECT_EQ(steps[1]["outcome"], "failed");
-  EXPECT_EQ(steps[3]["outcome"], "failed");
-  EXPECT_EQ(steps[5]["outcome"], "skipped");
-  EXPECT_THAT(
-      twk({"--domain", "twk.test", "--server", "127.0.0.1", "--port", "1", "doctor"}).out,
-      AllOf(HasSubstr("GREEN    name look-up"), HasSubstr("RED      port"), HasSubstr("SKIPPED  TLS")));
+  play(R"(
+$ --domain twk.test --server 127.0.0.1 --port 1 doctor => 2
+{"step": "name look-up", "outcome": "passed"}
+{"outcome": "failed"}
+{}
+{"outcome": "failed"}
+{}
+{"outcome": "skipped"}
+$ --domain twk.test --server 127.0.0.1 --port 1 doctor => 2
+| GREEN    name look-up
+| RED      port
+| SKIPPED  TLS
+$ --domain twk.test --server 127.0.0.1 --user jo --logon-password-file /nonexistent/password doctor
+  => 65 /nonexistent/password
+)");
 }
 
 TEST_F(RealDomain, IsUsedByItsNameAlthoughTheEnvironmentNamesALab) {
@@ -65,13 +77,6 @@ TEST_F(RealDomain, IsUsedByItsNameAlthoughTheEnvironmentNamesALab) {
   run.environment = {{"TWK_LAB", "/nonexistent"}};
   const ProgramResult result = twk({"--domain", "twk.test", "--server", "127.0.0.1", "doctor"}, {}, run);
   EXPECT_THAT(result.out, HasSubstr("There is no Kerberos ticket"));
-}
-
-TEST_F(RealDomain, AMissingPasswordFileIsBadInput) {
-  const ProgramResult result = twk({"--domain", "twk.test", "--server", "127.0.0.1", "--user", "jo",
-                                    "--logon-password-file", "/nonexistent/password", "doctor"});
-  EXPECT_EQ(result.exit_code, 65);
-  EXPECT_THAT(result.err, HasSubstr("/nonexistent/password"));
 }
 
 TEST_F(RealDomain, ThePasswordOfTheEnvironmentIsNotShown) {
@@ -86,10 +91,8 @@ TEST_F(RealDomain, ThePasswordOfTheEnvironmentIsNotShown) {
 TEST_F(RealDomain, ACopyIsNotMadeOverSomethingElse) {
   const TemporaryDirectory folder;
   put_file(folder / "precious", "x");
-  const ProgramResult result =
-      twk({"--domain", "twk.test", "lab", "import", "--live", folder.path().string()});
-  EXPECT_EQ(result.exit_code, 2);
-  EXPECT_THAT(result.err, HasSubstr("is not an empty folder"));
+  play("$ --domain twk.test lab import --live $FOLDER => 2 is not an empty folder",
+       {{"$FOLDER", {folder.path().string()}}});
 }
 
 }  // namespace

@@ -1,16 +1,11 @@
 #pragma once
 
 #include <cstdlib>
-#include <nlohmann/json.hpp>
-#include <string>
-#include <vector>
 
-#include "support/run_program.hpp"
+#include "cli/transcript.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace twk::test {
-
-using Arguments = std::vector<std::string>;
 
 inline const std::string kNewStarters = "OU=New Starters,DC=twk,DC=test";
 
@@ -37,15 +32,6 @@ inline ProgramResult twk(const Arguments& arguments, const std::string& input = 
   return run_program(run);
 }
 
-/// The objects of a result in JSON lines.
-inline std::vector<nlohmann::json> json_lines(const std::string& text) {
-  std::vector<nlohmann::json> lines;
-  std::size_t start = 0;
-  for (std::size_t end = 0; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
-    lines.push_back(nlohmann::json::parse(text.substr(start, end - start)));
-  return lines;
-}
-
 /// A sample lab, made once for the suite and copied for each test.
 class TwkLab : public testing::Test {
  protected:
@@ -54,6 +40,9 @@ class TwkLab : public testing::Test {
 
   static void make(const std::string& kind) {
     delete std::exchange(master_, new TemporaryDirectory);
+    place_ = {"--template", "Staff", "--site", "Head Office"};
+    if (kind != "nt")
+      place_.insert(place_.end(), {"--ou", kNewStarters});
     const ProgramResult made =
         twk({"lab", "init", *master_ / "lab", "--sample", "--kind", kind, "--users", "5"});
     ASSERT_EQ(made.exit_code, 0) << made.err;
@@ -83,13 +72,17 @@ class TwkLab : public testing::Test {
     EXPECT_EQ(lines.size(), 1U) << result.out;
     return lines.empty() ? nlohmann::json() : lines.front();
   }
-  [[nodiscard]] ProgramResult create(const Arguments& further, const std::string& input = {}) const {
-    Arguments arguments = {"user", "create", "--template", "Staff", "--site", "Head Office"};
-    arguments.insert(arguments.end(), further.begin(), further.end());
-    return run(arguments, input);
+  /// Plays a transcript on the lab: $LAB is its folder, $NEW the OU of new starters, $STAFF the template,
+  /// the site and the OU that a new user needs.
+  void play(std::string_view transcript, Meanings further = {}) const {
+    further.merge(Meanings{{"$LAB", {lab()}}, {"$NEW", {kNewStarters}}, {"$STAFF", place_}});
+    test::play(
+        transcript, [this](const Arguments& words, const std::string& input) { return run(words, input); },
+        further);
   }
 
  private:
+  static inline Arguments place_;
   static inline TemporaryDirectory* master_ = nullptr;
   TemporaryDirectory folder_;
 };
