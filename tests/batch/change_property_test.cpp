@@ -176,19 +176,6 @@ TEST(ChangeProperty, GroupMeansItsMembersThatAreUsers) {
   EXPECT_THAT(world.log(), HasSubstr("Change property:'title' to 'Clerk of "));
 }
 
-TEST(ChangeProperty, UnitMeansTheUsersDirectlyInIt) {
-  PropertyWorld world;
-  const std::string unit = "LDAP://twk.test/" + std::string(test::kNewStarters);
-  const auto below = world.services.directory.GetObject(unit)->Create("organizationalUnit", "OU=Below");
-  below->SetInfo();
-  below->MoveHere(world.path_of("kim"), std::nullopt);
-  world.session.multi_user.ListView1.add(std::string(test::kNewStarters), "New Starters", "OU");
-  world.choose("title", "Clerk");
-  world.press_change();
-  EXPECT_THAT(world.outcomes, UnorderedElementsAre("jo", "ann"));
-  EXPECT_EQ(world.property("kim", "title"), "") << "is in a unit below";
-}
-
 TEST(ChangeProperty, NothingIsDoneWithoutASelectionOrAKnownProperty) {
   PropertyWorld world;
   const std::string before = world.log();

@@ -26,53 +26,6 @@ void open_to_delete(MultiUserWorld& world) {
   world.window.No_Prompting.value = 1;
 }
 
-Names there(MultiUserWorld& world) {
-  Names names;
-  for (const char* const name : MultiUserWorld::kNames) {
-    if (world.has(name))
-      names.insert(name);
-  }
-  return names;
-}
-
-TEST_P(DeleteUsers, UsersAndMembersGoAndTheirRowsBecomeGhosts) {
-  MultiUserWorld world(GetParam());
-  world.join_readers({"ann", "ben"});
-  open_to_delete(world);
-  world.select_readers();
-  world.select_users({"ben", "cas"});
-  windows::Del_User_Click(world.session);
-  EXPECT_EQ(there(world), Names{"dee"});
-  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"Readers", "ben (gone)", "cas (gone)"}));
-  EXPECT_EQ(world.texts(world.window.ListView2), Names{"dee"});
-  EXPECT_EQ(world.window.Label3.caption.get(), "Delete Completed, Check log for errors");
-  EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
-  EXPECT_TRUE(world.window.Command7.enabled);
-}
-
-TEST_P(DeleteUsers, ASecondRunSkipsGhostsAndReadsTheGroupAgain) {
-  MultiUserWorld world(GetParam());
-  world.join_readers({"ann"});
-  open_to_delete(world);
-  world.select_users({"cas"});
-  world.select_readers();
-  windows::Del_User_Click(world.session);
-  world.join_readers({"dee"});
-  world.add_user("cas");
-  windows::Del_User_Click(world.session);
-  EXPECT_EQ(there(world), (Names{"ben", "cas"}));
-}
-
-TEST(DeleteUsersOfADirectory, AUnitMeansItsUsersAndGhostsTheirRows) {
-  MultiUserWorld world;
-  open_to_delete(world);
-  world.select_unit();
-  world.select_users({"cas"});
-  windows::Del_User_Click(world.session);
-  EXPECT_EQ(there(world), Names());
-  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"New Starters", "cas (gone)"}));
-}
-
 TEST_P(DeleteUsers, EachIsAskedAboutAndANoKeepsTheRow) {
   MultiUserWorld world(GetParam());
   open_to_delete(world);
@@ -84,58 +37,6 @@ TEST_P(DeleteUsers, EachIsAskedAboutAndANoKeepsTheRow) {
   windows::Del_User_Click(world.session);
   EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann", "ben (gone)"}));
   EXPECT_TRUE(world.has("ann"));
-}
-
-TEST_P(DeleteUsers, CancelStopsAfterTheCurrentUserEvenWithinAGroup) {
-  for (const bool by_group : {false, true}) {
-    MultiUserWorld world(GetParam());
-    world.join_readers({"ann", "ben", "cas", "dee"});
-    open_to_delete(world);
-    if (by_group)
-      world.select_readers();
-    else
-      world.select_users({"ann", "ben", "cas", "dee"});
-    world.dialogs.on_events = [&] {
-      EXPECT_EQ(world.window.Del_User.caption.get(), "&Cancel");
-      for (const auto* const enabled : {&world.window.Command1.enabled, &world.window.Command7.enabled,
-                                        &world.window.Delete_NT_Account.enabled, &world.window.btnGo.enabled})
-        EXPECT_FALSE(*enabled);
-      if (there(world).size() == 2)
-        windows::Del_User_Click(world.session);
-    };
-    windows::Del_User_Click(world.session);
-    EXPECT_EQ(there(world).size(), 2U);
-    EXPECT_EQ(world.window.Label3.caption.get(), "Delete Canceled");
-    EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
-    EXPECT_TRUE(world.window.Command1.enabled);
-    EXPECT_FALSE(session::is_running(world.window));
-    EXPECT_FALSE(world.session.import.ImportStopped) << "what works on files next must not stop";
-  }
-}
-
-TEST_P(DeleteUsers, ARefusedUserStaysAndTheRestGoes) {
-  MultiUserWorld world(GetParam());
-  open_to_delete(world);
-  world.select_users({"ann", "ben", "cas"});
-  world.directory.before = test::fail_at("Delete", 2, platform::ads_error::kAccessDenied);
-  windows::Del_User_Click(world.session);
-  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann (gone)", "ben", "cas (gone)"}));
-  EXPECT_TRUE(world.has("ben"));
-  EXPECT_THAT(world.log_tab(),
-              testing::Contains(testing::AllOf(HasSubstr("RED  Unable to Delete User"), HasSubstr("ben"))));
-}
-
-TEST_P(DeleteUsers, AGroupThatCannotBeReadEndsTheRunAndIsReported) {
-  MultiUserWorld world(GetParam());
-  open_to_delete(world);
-  world.window.ListView1.add("LDAP://twk.test/CN=No,DC=twk,DC=test", "No",
-                             world.is_nt() ? "Local" : "W2KGRP");
-  world.select_users({"ann"});
-  windows::Del_User_Click(world.session);
-  EXPECT_TRUE(world.has("ann"));
-  EXPECT_EQ(world.window.Label3.caption.get(), "Error Retrieving Domain Info.");
-  EXPECT_THAT(world.log(), HasSubstr("Error Retrieving Domain Info.\nError Number: "));
-  EXPECT_EQ(world.window.Del_User.caption.get(), "&Delete Users");
 }
 
 TEST(DeleteUsersOfADirectory, MailNeedsAServerBeforeAnythingStarts) {
