@@ -1,0 +1,212 @@
+#include "lifecycle/lifecycle_world.hpp"
+#include "session/account_windows.hpp"
+#include "session/form1.hpp"
+#include "session/multi_user.hpp"
+#include "windows/account/rename_user.hpp"
+
+namespace twk::lifecycle {
+namespace {
+
+using test::kNewStarters;
+using test::LifecycleWorld;
+using testing::HasSubstr;
+using Names = std::set<std::string>;
+
+class RenameInDirectory : public testing::Test {
+ protected:
+  void start(const std::string& home = "", const std::string& profile = "") {
+    world.start_with(home, profile);
+    world.session.form1.TreeView1.select(&world.node());
+    windows::RenameUser_Load(world.session);
+  }
+  void type_full_name(const std::string& name) {
+    window.Full_Name.text = name;
+    windows::RenameUser_Full_Name_Change(world.session);
+  }
+  void type_logon_name(const std::string& name) {
+    window.Logon_Name_pre2000.text = name;
+    windows::RenameUser_Logon_Name_pre2000_Change(world.session);
+  }
+  [[nodiscard]] std::string attribute(const std::string& cn, const char* name) {
+    base::Trap trap;
+    std::string text;
+    trap([&] {
+      text = world.services.directory.GetObject("LDAP://twk.test/CN=" + cn + "," + std::string(kNewStarters))
+                 ->Get(name)
+                 .text();
+    });
+    return text;
+  }
+
+  LifecycleWorld world;
+  session::RenameUser& window = world.session.rename_user;
+};
+
+TEST_F(RenameInDirectory, WindowShowsTheNamesThatTheUserHas) {
+  start();
+  EXPECT_EQ(window.Full_Name.text.get(), "Jo Smith");
+  EXPECT_EQ(window.Display_Name.text.get(), "Jo Smith");
+  EXPECT_EQ(window.User_logon_name.text.get(), "jo");
+  EXPECT_EQ(window.AD_Domain.text.get(), "@twk.test");
+  EXPECT_EQ(window.Logon_Name_pre2000.text.get(), "jo");
+  EXPECT_EQ(window.WINNT_Domain.caption.get(), "TWK\\");
+}
+
+TEST_F(RenameInDirectory, AllNamesChangeAndTreeAndListsFollow) {
+  start();
+  world.session.multi_user.ListView2.add(world.key(), "Jo Smith", "USER");
+  type_full_name("Marsh, Ann");
+  type_logon_name("amarsh");
+  window.User_logon_name.text = std::string();
+  window.First_Name.text = std::string("Ann");
+  window.Display_Name.text = std::string();
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
+  const std::string key = "LDAP://twk.test/CN=Marsh\\, Ann," + std::string(kNewStarters);
+  EXPECT_EQ(attribute("Marsh\\, Ann", "samAccountName"), "amarsh");
+  EXPECT_EQ(attribute("Marsh\\, Ann", "userPrincipalName"), "");
+  EXPECT_EQ(attribute("Marsh\\, Ann", "givenName"), "Ann");
+  EXPECT_EQ(attribute("Marsh\\, Ann", "displayName"), "");
+  ASSERT_NE(world.session.form1.TreeView1.find(key), nullptr);
+  EXPECT_EQ(world.session.form1.TreeView1.find(key)->text, "Marsh, Ann");
+  EXPECT_NE(world.session.multi_user.ListView2.find_key(key), nullptr);
+  EXPECT_THAT(world.log(), HasSubstr("User:admin\nRenaming user:Jo Smith\nChanging Names for: amarsh\n"));
+  windows::RenameUser_Load(world.session);
+  EXPECT_EQ(window.Full_Name.text.get(), "Marsh, Ann");
+}
+
+TEST_F(RenameInDirectory, ClashOfTheObjectsNameLeavesTheLogonNamesChanged) {
+  start();
+  world.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
+      ->Create("organizationalUnit", "OU=x");
+  const platform::ObjectPtr other =
+      world.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
+          ->Create("user", "CN=Ann Marsh");
+  other->Put("samAccountName", "other");
+  other->SetInfo();
+  type_full_name("Ann Marsh");
+  type_logon_name("amarsh");
+  world.dialogs.expect("Error renaming user in AD\r\nCheck the names does not exist in the current OU");
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(world.dialogs.last_title, "Error renaming user object in AD");
+  EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "amarsh");
+  EXPECT_NE(world.session.form1.TreeView1.find(world.key()), nullptr);
+  EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
+}
+
+TEST_F(RenameInDirectory, LogonNameInUseChangesNothing) {
+  start();
+  type_logon_name("admin");
+  type_full_name("Ann Marsh");
+  world.dialogs.expect("Error renaming user account\r\n\r\nCheck user logon name");
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "jo");
+}
+
+TEST_F(RenameInDirectory, OtherNamesThatAreRefusedBearTheirOwnTitle) {
+  start();
+  world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kConstraint);
+  world.dialogs.expect("Error renaming user account");
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(world.dialogs.last_title, "Error renaming user names");
+}
+
+TEST_F(RenameInDirectory, DirectoriesFollowTheNameThatTheyAreMadeOf) {
+  const struct {
+    bool by_common_name;
+    const char* folder;
+    const char* share;
+  } cases[] = {{true, "Ann Marsh", "Ann Marsh$"}, {false, "amarsh", "amarsh$"}};
+  for (const auto& one : cases) {
+    LifecycleWorld own;
+    const std::string old = one.by_common_name ? "Jo Smith" : "jo";
+    own.put("FS1/D/Users/" + old + "/a.txt");
+    own.share("FS1", old + "$", "D:\\Users\\" + old);
+    own.start_with("\\\\FS1\\" + old + "$", "\\\\FS1\\" + old + "$\\profile");
+    controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
+    own.session.form1.TreeView1.select(&own.node());
+    windows::RenameUser_Load(own.session);
+    session::RenameUser& names = own.session.rename_user;
+    names.Full_Name.text = std::string("Ann Marsh");
+    names.Logon_Name_pre2000.text = std::string("amarsh");
+    names.Full_Name_Changed = names.Logon_Name_Changed = true;
+    names.ReNameSD.value = 1;
+    EXPECT_TRUE(windows::RenameUser_Command2_Click(own.session));
+    EXPECT_TRUE(own.there("FS1/D/Users/" + std::string(one.folder) + "/a.txt")) << own.log();
+    EXPECT_EQ(own.shares("FS1"), Names{one.share});
+    EXPECT_EQ(own.property("amarsh", "Profile"), "\\\\FS1\\" + std::string(one.share) + "\\profile");
+    EXPECT_THAT(own.log_tab(),
+                testing::ElementsAre("GREEN  Home Directory and Share renamed for " + std::string(one.folder),
+                                     "GREEN " + old + " to " + one.folder + " has been renamed"));
+  }
+}
+
+TEST_F(RenameInDirectory, MissingFoldersAreReportedInRed) {
+  start("\\\\FS1\\Users\\jo", "\\\\FS1\\Profiles\\jo");
+  controls::choose(world.session.form1.SamAccountName, world.session.form1.CNName, true);
+  type_logon_name("amarsh");
+  window.ReNameSD.value = 1;
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
+  EXPECT_THAT(world.log(), testing::AllOf(HasSubstr("Failed to find Home direcotry: \n"),
+                                          HasSubstr("Failed to find Profile Directory: \n")));
+  EXPECT_THAT(world.log_tab(),
+              testing::ElementsAre("RED  Failed to find Home Dir: \\\\FS1\\Users\\jo is not there",
+                                   "RED  Failed to find profile Dir: \\\\FS1\\Profiles\\jo is not there",
+                                   "GREEN jo to amarsh has been renamed"));
+  EXPECT_EQ(world.property("amarsh", "HomeDirectory"), "\\\\FS1\\Users\\jo");
+}
+
+TEST_F(RenameInDirectory, FoldersWithoutTheNameStayWhichIsReported) {
+  const struct {
+    bool by_common_name;
+    const char* told;
+  } cases[] = {{true, "named after the full name, which does not change"},
+               {false, "named after the logon name, which does not change"}};
+  for (const auto& one : cases) {
+    LifecycleWorld own;
+    own.put("FS1/D/Users/jo/a.txt");
+    own.share("FS1", "Users", "D:\\Users");
+    own.start_with("\\\\FS1\\Users\\jo", "");
+    controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
+    own.session.form1.TreeView1.select(&own.node());
+    windows::RenameUser_Load(own.session);
+    session::RenameUser& names = own.session.rename_user;
+    (one.by_common_name ? names.Logon_Name_pre2000 : names.Full_Name).text = std::string("Ann");
+    (one.by_common_name ? names.Logon_Name_Changed : names.Full_Name_Changed) = true;
+    names.ReNameSD.value = 1;
+    EXPECT_TRUE(windows::RenameUser_Command2_Click(own.session));
+    EXPECT_TRUE(own.there("FS1/D/Users/jo/a.txt"));
+    EXPECT_THAT(own.log_tab(), testing::ElementsAre(HasSubstr(one.told)));
+  }
+}
+
+TEST_F(RenameInDirectory, NameThatNoFolderCanHaveRenamesNothing) {
+  start("\\\\FS1\\Users\\jo");
+  type_logon_name("amarsh");
+  type_full_name("Ann.Lee\\Jo");
+  controls::choose(world.session.form1.CNName, world.session.form1.SamAccountName, true);
+  window.ReNameSD.value = 1;
+  world.dialogs.expect("Nothing was renamed.\r\n\r\nNo folder can be named \"Ann.Lee\\Jo\"");
+  EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "jo");
+  EXPECT_THAT(world.log_tab(), testing::ElementsAre(HasSubstr("it holds the character \\")));
+}
+
+TEST_F(RenameInDirectory, PrincipalNameKeepsItsSuffixAndTheForestOffersOthers) {
+  const platform::ObjectPtr partitions =
+      world.services.directory.GetObject("LDAP://twk.test/CN=Partitions,CN=Configuration,DC=twk,DC=test");
+  partitions->PutEx(2, "uPNSuffixes", platform::ValueList{"north.example", "TWK.test"});
+  partitions->SetInfo();
+  start();
+  EXPECT_EQ(window.AD_Domain.items(), (std::vector<std::string>{"@twk.test", "@north.example"}));
+  window.AD_Domain.text = std::string("@north.example");
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(attribute("Jo Smith", "userPrincipalName"), "jo@north.example");
+  windows::RenameUser_Load(world.session);
+  EXPECT_EQ(window.AD_Domain.text.get(), "@north.example");
+  type_logon_name("ann");
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
+  EXPECT_EQ(attribute("Jo Smith", "userPrincipalName"), "jo@north.example");
+}
+
+}  // namespace
+}  // namespace twk::lifecycle
