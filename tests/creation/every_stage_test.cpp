@@ -80,11 +80,6 @@ TEST_P(AllStages, AFailedStageShowsItsLightAndItsWordsAndTheOthersContinue) {
     const char* log;
     std::function<void(EveryStage&)> fault;
   } cases[] = {
-      {"blue blue yellow blue blue blue", "YELLOW Jo.Smith Created User ",
-       "Check Security permissions for Shares for invaild name\n",
-       [](EveryStage& world) {
-         world.session.platform.files.remove(world.session.dbpath + "SharePerm.dat");
-       }},
       {"blue blue red blue blue blue", "YELLOW Jo.Smith Created User ",
        "NetShareSetInfo failed with error code : 2118\n",
        [](EveryStage& world) {
@@ -92,11 +87,6 @@ TEST_P(AllStages, AFailedStageShowsItsLightAndItsWordsAndTheOthersContinue) {
          taken.shi502_netname = "Jo.Smith$";
          taken.shi502_path = "D:\\Users";
          world.services.network.NetShareAdd("FS1", taken);
-       }},
-      {"blue blue blue red blue blue", "Jo.Smith Created User - Security Failed for D:\\Users\\Jo.Smith",
-       "Security Failed for D:\\Users\\Jo.Smith\n",
-       [](EveryStage& world) {
-         world.session.platform.files.remove(world.session.dbpath + "Permissions.dat");
        }},
       {"blue blue blue blue red blue", "YELLOW Jo.Smith Created User ", "Failed to create Mail Account\n",
        [](EveryStage& world) { world.session.form1.PORT.text = "390"; }},

@@ -208,15 +208,5 @@ TEST_P(ResourceStages, AnAccountThatIsNotMadeStillGetsTheStagesForTheTypedName) 
   EXPECT_THAT(world.log(), HasSubstr("Setting Owner failed\n"));
 }
 
-TEST_P(ResourceStages, SwitchedOffTheyDoNothing) {
-  world.set("UM", "CreateShares", "No");
-  world.set("UM", "SetPermissions", "No");
-  create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
-  EXPECT_EQ(world.session.form1.Sharedirs.caption.get(), "");
-  EXPECT_EQ(world.session.form1.Security.caption.get(), "");
-  EXPECT_THAT(world.log(), Not(HasSubstr("Permissions")));
-}
-
 }  // namespace
 }  // namespace twk::creation

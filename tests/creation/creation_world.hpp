@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/adsi.hpp"
+#include "session/form1.hpp"
+#include "session/windows.hpp"
+#include "support/lab_session.hpp"
+#include "windows/create_user.hpp"
+
+namespace twk::creation {
+
+using lab::DomainKind;
+
+/// A lab session in which a user, Jo Smith, is created by the button.
+class CreationWorld : public test::LabSession {
+ public:
+  using LabSession::LabSession;
+
+  void create() {
+    type_names("Jo", "", "Smith");
+    windows::CreateUser_Click(session);
+  }
+  void start_and_create() {
+    start();
+    create();
+  }
+};
+
+inline std::string caption(const controls::Label& light) {
+  return light.caption;
+}
+
+class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {
+ protected:
+  CreationWorld world = CreationWorld(GetParam());
+};
+
+inline const auto kKinds = testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt);
+
+}  // namespace twk::creation
