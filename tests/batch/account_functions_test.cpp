@@ -17,139 +17,131 @@ using test::MultiUserWorld;
 using testing::HasSubstr;
 using Names = std::set<std::string>;
 
-class AccountFunctions : public InEveryKindOfDomain {};
+class AccountFunctions : public InEveryKindOfDomain, public MultiUserWorld {
+ protected:
+  AccountFunctions() : MultiUserWorld(GetParam()) {}
+  /// Presses Go for a function and answers its question.
+  void go(int function, const std::string& confirmation = "selected accounts",
+          platform::Answer answer = platform::Answer::kOk) {
+    window.LockAcc.index = function;
+    if (!confirmation.empty())
+      dialogs.expect(confirmation, answer);
+    windows::btnGo_Click(session);
+  }
+};
 INSTANTIATE_TEST_SUITE_P(Kinds, AccountFunctions, test::kKinds, test::kind_name);
-
-/// Presses Go for a function and answers its question.
-void go(MultiUserWorld& world, int function, const std::string& confirmation = "selected accounts",
-        platform::Answer answer = platform::Answer::kOk) {
-  world.window.LockAcc.index = function;
-  if (!confirmation.empty())
-    world.dialogs.expect(confirmation, answer);
-  windows::btnGo_Click(world.session);
-}
 
 const std::string kHeading = "*****************************************\n31/12/2026 09:05:00\nUser:admin\n";
 
 TEST_P(AccountFunctions, AccountsAreDisabledAndEnabled) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  world.select_users({"ann", "cas"});
-  go(world, lock_acc::kDisable, "This will disable all selected accounts\r\nPress 'OK' to continue");
-  EXPECT_EQ(world.dialogs.last_title, "Modify Accounts");
-  EXPECT_EQ(world.log(), kHeading + "Account Disabled for ann\nAccount Disabled for cas\n");
-  go(world, lock_acc::kEnable, "This will enable all selected accounts");
-  EXPECT_EQ(world.disabled(), Names());
-  EXPECT_EQ(world.log_tab(), std::vector<std::string>());
+  open();
+  select_users({"ann", "cas"});
+  go(lock_acc::kDisable, "This will disable all selected accounts\r\nPress 'OK' to continue");
+  EXPECT_EQ(dialogs.last_title, "Modify Accounts");
+  EXPECT_EQ(log(), kHeading + "Account Disabled for ann\nAccount Disabled for cas\n");
+  go(lock_acc::kEnable, "This will enable all selected accounts");
+  EXPECT_EQ(disabled(), Names());
+  EXPECT_EQ(log_tab(), std::vector<std::string>());
 }
 
 TEST_P(AccountFunctions, AUserInTwoSelectedGroupsIsDoneTwiceWithTwoLines) {
-  MultiUserWorld world(GetParam());
-  world.join_readers({"ann"});
-  world.services.directory
-      .GetObject(world.is_nt() ? "WinNT://TWK/Staff,group" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test")
-      ->Add(world.is_nt() ? "WinNT://TWK/ann" : world.key("ann"));
-  world.open();
-  world.select_readers();
-  world.window.ListView1.add(world.is_nt() ? "Staff" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test", "Staff",
-                             world.is_nt() ? "Global" : "W2KGRP");
-  go(world, lock_acc::kDisable);
-  EXPECT_EQ(world.log(), kHeading + "Account Disabled for ann\nAccount Disabled for ann\n");
+  join_readers({"ann"});
+  services.directory
+      .GetObject(is_nt() ? "WinNT://TWK/Staff,group" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test")
+      ->Add(is_nt() ? "WinNT://TWK/ann" : key("ann"));
+  open();
+  select_readers();
+  window.ListView1.add(is_nt() ? "Staff" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test", "Staff",
+                       is_nt() ? "Global" : "W2KGRP");
+  go(lock_acc::kDisable);
+  EXPECT_EQ(log(), kHeading + "Account Disabled for ann\nAccount Disabled for ann\n");
 }
 
 TEST_P(AccountFunctions, PasswordsAreSetToExpireAndNotTo) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  world.select_users({"ann", "ben"});
-  world.window.ctrChangePswd.value = 1;
-  go(world, lock_acc::kPasswordNeverExpires,
-     "This will set the password not to expire on all selected accounts");
-  EXPECT_EQ(world.with_lasting_password(), (Names{"ann", "ben"}));
-  EXPECT_TRUE(world.must_change("ann"));
-  EXPECT_FALSE(world.must_change("cas"));
+  open();
+  select_users({"ann", "ben"});
+  window.ctrChangePswd.value = 1;
+  go(lock_acc::kPasswordNeverExpires, "This will set the password not to expire on all selected accounts");
+  EXPECT_EQ(with_lasting_password(), (Names{"ann", "ben"}));
+  EXPECT_TRUE(must_change("ann"));
+  EXPECT_FALSE(must_change("cas"));
   int writes = 0;
-  world.directory.before = [&](std::string_view operation, std::string_view) {
+  directory.before = [&](std::string_view operation, std::string_view) {
     writes += operation == "SetInfo" ? 1 : 0;
   };
-  world.select_users({"cas"});
-  go(world, lock_acc::kPasswordExpires, "This will set the password to expire on all selected accounts");
-  EXPECT_EQ(world.with_lasting_password(), Names());
+  select_users({"cas"});
+  go(lock_acc::kPasswordExpires, "This will set the password to expire on all selected accounts");
+  EXPECT_EQ(with_lasting_password(), Names());
   EXPECT_EQ(writes, 2) << "whose password expires already is not written";
-  EXPECT_THAT(world.log(), HasSubstr("Password now set to expire: cas\n"));
+  EXPECT_THAT(log(), HasSubstr("Password now set to expire: cas\n"));
 }
 
 TEST_P(AccountFunctions, PasswordsAreResetToTheDefaultWithTheName) {
-  MultiUserWorld world(GetParam());
-  world.set("Setup", "Password", "New-%UserName%-2026");
-  world.open();
-  world.add_user("bo");
-  world.select_users({"bo"});
-  go(world, lock_acc::kResetPassword, "This will reset the passwords on the selected accounts");
-  EXPECT_TRUE(world.must_change("bo"));
-  EXPECT_EQ(world.log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: bo"}));
-  EXPECT_TRUE(world.takes("bo", "New-bo-2026"));
+  set("Setup", "Password", "New-%UserName%-2026");
+  open();
+  add_user("bo");
+  select_users({"bo"});
+  go(lock_acc::kResetPassword, "This will reset the passwords on the selected accounts");
+  EXPECT_TRUE(must_change("bo"));
+  EXPECT_EQ(log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: bo"}));
+  EXPECT_TRUE(takes("bo", "New-bo-2026"));
 }
 
 TEST_P(AccountFunctions, ARefusedPasswordBeepsAndTheNextOneIsSet) {
-  MultiUserWorld world(GetParam());
-  world.set("Setup", "Password", "PROMPT");
-  world.open();
-  world.select_users({"ann", "ben"});
-  world.window.LockAcc.index = lock_acc::kResetPassword;
-  world.dialogs.expect("reset the passwords");
-  world.dialogs.expect_input("Enter User Password:", "short");
-  world.dialogs.expect_input("Enter User Password:", "Long-enough-1");
-  windows::btnGo_Click(world.session);
-  EXPECT_EQ(world.dialogs.beeps, 1);
-  EXPECT_EQ(world.log(), kHeading + "Resetting Password for: ben\n");
-  EXPECT_EQ(world.log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: ben"}));
-  EXPECT_EQ(world.window.Label3.caption.get(), " Completed");
+  set("Setup", "Password", "PROMPT");
+  open();
+  select_users({"ann", "ben"});
+  window.LockAcc.index = lock_acc::kResetPassword;
+  dialogs.expect("reset the passwords");
+  dialogs.expect_input("Enter User Password:", "short");
+  dialogs.expect_input("Enter User Password:", "Long-enough-1");
+  windows::btnGo_Click(session);
+  EXPECT_EQ(dialogs.beeps, 1);
+  EXPECT_EQ(log(), kHeading + "Resetting Password for: ben\n");
+  EXPECT_EQ(log_tab(), (std::vector<std::string>{"GREEN  Resetting Password for: ben"}));
+  EXPECT_EQ(window.Label3.caption.get(), " Completed");
 }
 
 TEST_P(AccountFunctions, NothingIsDoneForNobodyOrWithoutAnOk) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  world.window.Unlock_Stage = true;
-  go(world, lock_acc::kDisable, {});
-  EXPECT_EQ(world.log(), "");
-  EXPECT_FALSE(world.window.Unlock_Stage);
-  world.select_users({"ann"});
-  go(world, lock_acc::kDisable, "disable", platform::Answer::kCancel);
-  EXPECT_EQ(world.disabled(), Names());
-  EXPECT_EQ(world.log(), kHeading);
-  EXPECT_EQ(world.window.mouse_pointer, 0);
+  open();
+  window.Unlock_Stage = true;
+  go(lock_acc::kDisable, {});
+  EXPECT_EQ(log(), "");
+  EXPECT_FALSE(window.Unlock_Stage);
+  select_users({"ann"});
+  go(lock_acc::kDisable, "disable", platform::Answer::kCancel);
+  EXPECT_EQ(disabled(), Names());
+  EXPECT_EQ(log(), kHeading);
+  EXPECT_EQ(window.mouse_pointer, 0);
 }
 
 TEST_P(AccountFunctions, AFailureEndsTheWindowsRunAndIsReported) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  world.select_users({"ann", "ben", "cas"});
-  world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
-  go(world, lock_acc::kDisable);
-  EXPECT_EQ(world.disabled(), Names{"ann"});
-  EXPECT_EQ(world.window.Label3.caption.get(), "Error Retrieving Domain Info.");
-  EXPECT_THAT(world.log(),
-              HasSubstr("Account Disabled for ann\nError Retrieving Domain Info.\nError Number: "));
-  EXPECT_THAT(world.log_tab(), testing::ElementsAre(testing::StartsWith(
-                                   "RED  Error Retrieving Domain Info.: refused by the test: SetInfo")));
-  EXPECT_EQ(world.window.btnGo.caption.get(), "&Go");
-  EXPECT_FALSE(session::is_running(world.window));
+  open();
+  select_users({"ann", "ben", "cas"});
+  directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
+  go(lock_acc::kDisable);
+  EXPECT_EQ(disabled(), Names{"ann"});
+  EXPECT_EQ(window.Label3.caption.get(), "Error Retrieving Domain Info.");
+  EXPECT_THAT(log(), HasSubstr("Account Disabled for ann\nError Retrieving Domain Info.\nError Number: "));
+  EXPECT_THAT(log_tab(), testing::ElementsAre(testing::StartsWith(
+                             "RED  Error Retrieving Domain Info.: refused by the test: SetInfo")));
+  EXPECT_EQ(window.btnGo.caption.get(), "&Go");
+  EXPECT_FALSE(session::is_running(window));
 }
 
 TEST_P(AccountFunctions, WithHooksARefusedRowIsAnOutcomeAndTheRestContinues) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  world.select_users({"ann", "ben", "cas"});
-  world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
+  open();
+  select_users({"ann", "ben", "cas"});
+  directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kAccessDenied);
   std::vector<std::string> told;
   RunHooks hooks;
   hooks.goes_on_after_failure = true;
   hooks.done = [&](const UserOutcome& outcome) {
     told.push_back(std::string(outcome.light) + " " + outcome.message);
   };
-  test::KeptView view(world.session);
-  EXPECT_TRUE(change_accounts(world.session, {AccountFunction::kDisable}, view, hooks));
-  EXPECT_EQ(world.disabled(), (Names{"ann", "cas"}));
+  test::KeptView view(session);
+  EXPECT_TRUE(change_accounts(session, {AccountFunction::kDisable}, view, hooks));
+  EXPECT_EQ(disabled(), (Names{"ann", "cas"}));
   ASSERT_EQ(told.size(), 3U);
   EXPECT_EQ(told[0], "GREEN Account Disabled for ann");
   EXPECT_THAT(told[1], testing::StartsWith("RED "));
@@ -157,21 +149,20 @@ TEST_P(AccountFunctions, WithHooksARefusedRowIsAnOutcomeAndTheRestContinues) {
 }
 
 TEST_P(AccountFunctions, LockedAccountsAreFoundFirstAndUnlockedByTheNextGo) {
-  MultiUserWorld world(GetParam());
-  world.lock({"ann", "cas"});
-  world.open();
-  ASSERT_EQ(world.locked(), (Names{"ann", "cas"}));
-  go(world, lock_acc::kFindLocked, {});
-  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"ann", "cas"}));
-  EXPECT_EQ(world.texts(world.window.ListView2), (Names{"ben", "dee"}));
-  EXPECT_EQ(world.window.Label3.caption.get(), "Press 'G0' again to unlock selected accounts.");
-  EXPECT_TRUE(world.window.Unlock_Stage);
-  EXPECT_EQ(world.locked().size(), 2U);
-  go(world, lock_acc::kFindLocked, {});
-  EXPECT_EQ(world.locked(), Names());
-  EXPECT_EQ(world.window.Label3.caption.get(), "Accounts Unlocked.");
-  EXPECT_FALSE(world.window.Unlock_Stage);
-  EXPECT_FALSE(world.must_change("ann"));
+  lock({"ann", "cas"});
+  open();
+  ASSERT_EQ(locked(), (Names{"ann", "cas"}));
+  go(lock_acc::kFindLocked, {});
+  EXPECT_EQ(texts(window.ListView1), (Names{"ann", "cas"}));
+  EXPECT_EQ(texts(window.ListView2), (Names{"ben", "dee"}));
+  EXPECT_EQ(window.Label3.caption.get(), "Press 'G0' again to unlock selected accounts.");
+  EXPECT_TRUE(window.Unlock_Stage);
+  EXPECT_EQ(locked().size(), 2U);
+  go(lock_acc::kFindLocked, {});
+  EXPECT_EQ(locked(), Names());
+  EXPECT_EQ(window.Label3.caption.get(), "Accounts Unlocked.");
+  EXPECT_FALSE(window.Unlock_Stage);
+  EXPECT_FALSE(must_change("ann"));
 }
 
 TEST_P(AccountFunctions, UnlockingCanSetNewPasswordsToo) {
@@ -193,23 +184,23 @@ TEST_P(AccountFunctions, UnlockingCanSetNewPasswordsToo) {
     world.window.Unlock_Reset.value = 1;
     if (!one.typed.empty())
       world.dialogs.expect_input("Enter User Password:", one.typed);
-    go(world, lock_acc::kFindLocked, {});
+    world.window.LockAcc.index = lock_acc::kFindLocked;
+    windows::btnGo_Click(world.session);
     EXPECT_EQ(world.window.Label3.caption.get(), "Accounts Unlocked.");
     EXPECT_TRUE(world.must_change(one.name)) << one.setting;
     EXPECT_TRUE(world.takes(one.name, one.password)) << one.setting;
   }
 }
 
-TEST(UnlockStage, IsClearedByADirectFunctionAndByAnEmptySelection) {
-  MultiUserWorld world;
-  world.open();
-  world.window.Unlock_Stage = true;
-  go(world, lock_acc::kFindLocked, {});
-  EXPECT_FALSE(world.window.Unlock_Stage);
-  world.window.Unlock_Stage = true;
-  world.select_users({"ann"});
-  go(world, lock_acc::kEnable);
-  EXPECT_FALSE(world.window.Unlock_Stage);
+TEST_P(AccountFunctions, AnotherFunctionAndAnEmptySelectionEndTheStageOfUnlocking) {
+  open();
+  window.Unlock_Stage = true;
+  go(lock_acc::kFindLocked, {});
+  EXPECT_FALSE(window.Unlock_Stage);
+  window.Unlock_Stage = true;
+  select_users({"ann"});
+  go(lock_acc::kEnable);
+  EXPECT_FALSE(window.Unlock_Stage);
 }
 
 }  // namespace

@@ -12,7 +12,10 @@ using test::InEveryKindOfDomain;
 using test::MultiUserWorld;
 using Names = std::set<std::string>;
 
-class FindAccounts : public InEveryKindOfDomain {};
+class FindAccounts : public InEveryKindOfDomain, public MultiUserWorld {
+ protected:
+  FindAccounts() : MultiUserWorld(GetParam()) {}
+};
 INSTANTIATE_TEST_SUITE_P(Kinds, FindAccounts, test::kKinds, test::kind_name);
 
 void expire(MultiUserWorld& world, const char* name, int year, int month, int day, int hour = 0) {
@@ -28,82 +31,77 @@ void go(MultiUserWorld& world, int function) {
 }
 
 TEST_P(FindAccounts, ExpiredBeforeTheDayComeToTheSelectionWithWhatIsThere) {
-  MultiUserWorld world(GetParam());
-  expire(world, "ann", 2026, 3, 1);
-  expire(world, "ben", 2026, 2, 28, 12);
-  expire(world, "cas", 2025, 12, 31);
-  world.open();
-  world.select_users({"eve"});
-  world.window.Expiredate.text = std::string("1/3/26");
-  go(world, lock_acc::kFindExpired);
-  EXPECT_EQ(world.texts(world.window.ListView1), (Names{"eve", "ben", "cas"}));
-  EXPECT_EQ(world.texts(world.window.ListView2), (Names{"ann", "dee"}));
-  EXPECT_EQ(world.window.ListView1.find_key(world.key("ben"))->icon, "USER");
-  EXPECT_EQ(world.window.Label3.caption.get(), "Total Expired Accounts: 2");
-  EXPECT_EQ(world.window.btnGo.caption.get(), "&Go");
-  EXPECT_FALSE(world.window.ProgressBar1_visible);
-  EXPECT_FALSE(world.window.Unlock_Stage);
+  expire(*this, "ann", 2026, 3, 1);
+  expire(*this, "ben", 2026, 2, 28, 12);
+  expire(*this, "cas", 2025, 12, 31);
+  open();
+  select_users({"eve"});
+  window.Expiredate.text = std::string("1/3/26");
+  go(*this, lock_acc::kFindExpired);
+  EXPECT_EQ(texts(window.ListView1), (Names{"eve", "ben", "cas"}));
+  EXPECT_EQ(texts(window.ListView2), (Names{"ann", "dee"}));
+  EXPECT_EQ(window.ListView1.find_key(key("ben"))->icon, "USER");
+  EXPECT_EQ(window.Label3.caption.get(), "Total Expired Accounts: 2");
+  EXPECT_EQ(window.btnGo.caption.get(), "&Go");
+  EXPECT_FALSE(window.ProgressBar1_visible);
+  EXPECT_FALSE(window.Unlock_Stage);
 }
 
 TEST_P(FindAccounts, WithoutADateNobodyIsFound) {
+  expire(*this, "ann", 2020, 1, 1);
+  open();
   for (const char* const text : {"", "soon", "31/31/26"}) {
-    MultiUserWorld world(GetParam());
-    expire(world, "ann", 2020, 1, 1);
-    world.open();
-    world.window.Expiredate.text = std::string(text);
-    go(world, lock_acc::kFindExpired);
-    EXPECT_TRUE(world.window.ListView1.empty()) << text;
-    EXPECT_EQ(world.window.Label3.caption.get(), "Total Expired Accounts: 0") << text;
+    window.Expiredate.text = std::string(text);
+    go(*this, lock_acc::kFindExpired);
+    EXPECT_TRUE(window.ListView1.empty()) << text;
+    EXPECT_EQ(window.Label3.caption.get(), "Total Expired Accounts: 0") << text;
   }
 }
 
 TEST_P(FindAccounts, ARowThatCannotBeReadIsNotAHit) {
-  MultiUserWorld world(GetParam());
-  expire(world, "ann", 2020, 1, 1);
-  world.open();
-  world.window.ListView2.add(world.key("nobody"), "nobody", "USER");
-  world.window.Expiredate.text = std::string("1/1/2026");
-  go(world, lock_acc::kFindExpired);
-  EXPECT_EQ(world.texts(world.window.ListView1), Names{"ann"});
-  EXPECT_NE(world.window.ListView2.find_key(world.key("nobody")), nullptr);
+  expire(*this, "ann", 2020, 1, 1);
+  open();
+  window.ListView2.add(key("nobody"), "nobody", "USER");
+  window.Expiredate.text = std::string("1/1/2026");
+  go(*this, lock_acc::kFindExpired);
+  EXPECT_EQ(texts(window.ListView1), Names{"ann"});
+  EXPECT_NE(window.ListView2.find_key(key("nobody")), nullptr);
 }
 
 TEST_P(FindAccounts, CancelEndsTheSearchAndKeepsWhatWasFound) {
-  MultiUserWorld world(GetParam());
-  expire(world, "dee", 2020, 1, 1);
-  expire(world, "ann", 2020, 1, 1);
-  world.open();
-  world.window.Expiredate.text = std::string("1/1/2026");
+  expire(*this, "dee", 2020, 1, 1);
+  expire(*this, "ann", 2020, 1, 1);
+  open();
+  window.Expiredate.text = std::string("1/1/2026");
   int turns = 0;
-  world.dialogs.on_events = [&] {
-    EXPECT_TRUE(world.window.ProgressBar1_visible);
-    EXPECT_FALSE(world.window.Command7.enabled);
+  dialogs.on_events = [&] {
+    EXPECT_TRUE(window.ProgressBar1_visible);
+    EXPECT_FALSE(window.Command7.enabled);
     if (++turns == 2)
-      windows::btnGo_Click(world.session);
+      windows::btnGo_Click(session);
   };
-  go(world, lock_acc::kFindExpired);
+  go(*this, lock_acc::kFindExpired);
   EXPECT_EQ(turns, 2);
-  EXPECT_EQ(world.texts(world.window.ListView1), Names{"dee"}) << "the list is read from its end";
-  EXPECT_EQ(world.window.Label3.caption.get(), "Find canceled by user.");
-  EXPECT_TRUE(world.window.Command7.enabled);
-  EXPECT_FALSE(world.window.Unlock_Stage);
+  EXPECT_EQ(texts(window.ListView1), Names{"dee"}) << "the list is read from its end";
+  EXPECT_EQ(window.Label3.caption.get(), "Find canceled by user.");
+  EXPECT_TRUE(window.Command7.enabled);
+  EXPECT_FALSE(window.Unlock_Stage);
 }
 
 TEST_P(FindAccounts, ACancelledSearchForLockedAccountsLeavesThemToBeUnlocked) {
-  MultiUserWorld world(GetParam());
-  world.lock({"ann", "dee"});
-  world.open();
+  lock({"ann", "dee"});
+  open();
   int turns = 0;
-  world.dialogs.on_events = [&] {
+  dialogs.on_events = [&] {
     if (++turns == 1)
-      windows::btnGo_Click(world.session);
+      windows::btnGo_Click(session);
   };
-  go(world, lock_acc::kFindLocked);
-  EXPECT_EQ(world.window.Label3.caption.get(),
+  go(*this, lock_acc::kFindLocked);
+  EXPECT_EQ(window.Label3.caption.get(),
             "Find canceled by user. Press 'G0' again to unlock selected accounts.");
-  EXPECT_TRUE(world.window.Unlock_Stage);
-  go(world, lock_acc::kFindLocked);
-  EXPECT_EQ(world.locked(), Names{"ann"});
+  EXPECT_TRUE(window.Unlock_Stage);
+  go(*this, lock_acc::kFindLocked);
+  EXPECT_EQ(locked(), Names{"ann"});
 }
 
 TEST(FindAccountsInALongList, TheBarMovesInFiftieths) {

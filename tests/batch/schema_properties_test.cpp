@@ -14,9 +14,10 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;
 
-TEST(SchemaProperties, TerminalServerSettingsComeBeforeTheSchemasPropertiesOfUsers) {
-  const PropertyWorld world;
-  const std::vector<std::string>& names = world.session.ad_properties.AD_Properties.items();
+class SchemaProperties : public testing::Test, public PropertyWorld {};
+
+TEST_F(SchemaProperties, TerminalServerSettingsComeBeforeTheSchemasPropertiesOfUsers) {
+  const std::vector<std::string>& names = session.ad_properties.AD_Properties.items();
   ASSERT_GT(names.size(), 200U);
   EXPECT_THAT(std::vector<std::string>(names.begin(), names.begin() + 14),
               ElementsAre("WTSTerminalServerProfilePath", "WTSTerminalServerHomeDir",
@@ -29,9 +30,8 @@ TEST(SchemaProperties, TerminalServerSettingsComeBeforeTheSchemasPropertiesOfUse
   EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size());
 }
 
-TEST(SchemaProperties, SyntaxAndFrameFollowTheChosenProperty) {
-  PropertyWorld world;
-  const session::ADProperties& tab = world.session.ad_properties;
+TEST_F(SchemaProperties, SyntaxAndFrameFollowTheChosenProperty) {
+  const session::ADProperties& tab = session.ad_properties;
   const struct {
     const char* property;
     const char* syntax;
@@ -52,8 +52,8 @@ TEST(SchemaProperties, SyntaxAndFrameFollowTheChosenProperty) {
                {"WTSTimeoutOther", "", false},
                {"*)(objectClass=*", "", false}};
   for (const auto& one : cases) {
-    world.choose("otherTelephone");
-    world.choose(one.property);
+    choose("otherTelephone");
+    choose(one.property);
     EXPECT_EQ(tab.Syntax.caption, std::string(one.syntax)) << one.property;
     EXPECT_EQ(tab.multi_value, one.multi_valued) << one.property;
     EXPECT_EQ(tab.AD_Append.enabled, one.multi_valued) << one.property;
@@ -61,41 +61,35 @@ TEST(SchemaProperties, SyntaxAndFrameFollowTheChosenProperty) {
   }
 }
 
-TEST(SchemaProperties, DirectoryThatDoesNotAnswerIsReported) {
-  PropertyWorld world;
-  world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
-  world.choose("title");
-  EXPECT_EQ(world.session.ad_properties.Syntax.caption, std::string());
-  EXPECT_THAT(world.status(), HasSubstr("\"title\" is not a property: "));
-  world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
-  EXPECT_THROW(windows::fill_properties(world.session), base::RuntimeError);
+TEST_F(SchemaProperties, DirectoryThatDoesNotAnswerIsReported) {
+  directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
+  choose("title");
+  EXPECT_EQ(session.ad_properties.Syntax.caption, std::string());
+  EXPECT_THAT(status(), HasSubstr("\"title\" is not a property: "));
+  directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
+  EXPECT_THROW(windows::fill_properties(session), base::RuntimeError);
 }
 
-TEST(SchemaProperties, ListIsFilledOnceForADomain) {
-  PropertyWorld world;
-  session::ADProperties& tab = world.session.ad_properties;
+TEST_F(SchemaProperties, ListIsFilledOnceForADomain) {
+  session::ADProperties& tab = session.ad_properties;
   tab.AD_Properties.clear();
-  world.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
-  world.dialogs.expect("Error Setting AD Properties in mutliuser form");
-  windows::prepare_properties(world.session);
+  directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
+  dialogs.expect("Error Setting AD Properties in mutliuser form");
+  windows::prepare_properties(session);
   EXPECT_EQ(tab.AD_Properties.items().size(), records::kTerminalServerRows.size());
-  windows::prepare_properties(world.session);
+  windows::prepare_properties(session);
   EXPECT_GT(tab.AD_Properties.items().size(), 200U);
   tab.AD_Properties.text = "title";
-  windows::prepare_properties(world.session);
+  windows::prepare_properties(session);
   EXPECT_EQ(tab.AD_Properties.text, std::string("title")) << "stays from window to window";
-  world.session.DirectoryMode = session::kWinNtMode;
-  windows::prepare_properties(world.session);
+  session.DirectoryMode = session::kWinNtMode;
+  windows::prepare_properties(session);
   EXPECT_EQ(tab.AD_Properties.items().size(), 0U);
 }
 
-/// What the controller stores for a setting.
-platform::WtsConfigValue setting_of(PropertyWorld& world, const std::string& user, WtsConfigClass setting) {
-  return world.services.network.WTSQueryUserConfig("", user, setting);
-}
+class TerminalServerProperty : public testing::Test, public PropertyWorld {};
 
-TEST(TerminalServerProperty, ReachesTheControllerInItsForm) {
-  PropertyWorld world;
+TEST_F(TerminalServerProperty, ReachesTheControllerInItsForm) {
   const struct {
     const char* property;
     const char* value;
@@ -119,31 +113,29 @@ TEST(TerminalServerProperty, ReachesTheControllerInItsForm) {
       {"WTSTimeoutIdle", "Never", WtsConfigClass::kTimeoutSettingsIdle, 0U},
       {"WTSWorkingDirectory", "", WtsConfigClass::kWorkingDirectory, ""}};
   for (const auto& one : cases) {
-    world.change({"jo"}, one.property, one.value);
-    EXPECT_EQ(setting_of(world, "jo", one.setting), one.stored) << one.property << " " << one.value;
-    EXPECT_EQ(world.counts.errors, 0) << world.log();
+    change({"jo"}, one.property, one.value);
+    EXPECT_EQ(services.network.WTSQueryUserConfig("", "jo", one.setting), one.stored)
+        << one.property << " " << one.value;
+    EXPECT_EQ(counts.errors, 0) << log();
   }
-  EXPECT_THAT(world.log(),
-              HasSubstr("Change property:'WTSTerminalServerProfilePath' to '\\\\FS1\\ts\\jo' for "
-                        "jo Lee\n"));
+  EXPECT_THAT(log(), HasSubstr("Change property:'WTSTerminalServerProfilePath' to '\\\\FS1\\ts\\jo' for "
+                               "jo Lee\n"));
 }
 
-TEST(TerminalServerProperty, RefusalCountsAsAnError) {
-  PropertyWorld world;
-  world.change({"jo", "ann"}, "WTSInitialProgram", std::string(300, 'x'));
-  EXPECT_THAT(world.outcomes, ElementsAre("not jo", "not ann"));
-  EXPECT_THAT(world.log(), HasSubstr("WTSSetUserConfigString failed with error "));
-  EXPECT_THAT(world.log_tab(), ElementsAre(testing::MatchesRegex(
-                                   "YELLOW  AD Property changed for 0 users. - had errors: "
-                                   "Error Number: .* The terminal-server setting was refused. .+")));
+TEST_F(TerminalServerProperty, RefusalCountsAsAnError) {
+  change({"jo", "ann"}, "WTSInitialProgram", std::string(300, 'x'));
+  EXPECT_THAT(outcomes, ElementsAre("not jo", "not ann"));
+  EXPECT_THAT(log(), HasSubstr("WTSSetUserConfigString failed with error "));
+  EXPECT_THAT(log_tab(), ElementsAre(testing::MatchesRegex(
+                             "YELLOW  AD Property changed for 0 users. - had errors: "
+                             "Error Number: .* The terminal-server setting was refused. .+")));
 }
 
-TEST(TerminalServerProperty, DomainWithoutAControllerEndsTheRunWithoutABoxAUser) {
-  PropertyWorld world;
-  world.session.NTDomainName = "ELSEWHERE";
-  world.change({"jo", "ann"}, "WTSInitialProgram", "calc.exe");
-  EXPECT_THAT(world.outcomes, testing::IsEmpty());
-  EXPECT_EQ(world.status(), "Error Retrieving Domain Info.");
+TEST_F(TerminalServerProperty, DomainWithoutAControllerEndsTheRunWithoutABoxAUser) {
+  session.NTDomainName = "ELSEWHERE";
+  change({"jo", "ann"}, "WTSInitialProgram", "calc.exe");
+  EXPECT_THAT(outcomes, testing::IsEmpty());
+  EXPECT_EQ(status(), "Error Retrieving Domain Info.");
 }
 
 }  // namespace

@@ -17,7 +17,10 @@ using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 using Names = std::set<std::string>;
 
-class Selection : public InEveryKindOfDomain {};
+class Selection : public InEveryKindOfDomain, public MultiUserWorld {
+ protected:
+  Selection() : MultiUserWorld(GetParam()) {}
+};
 INSTANTIATE_TEST_SUITE_P(Kinds, Selection, test::kKinds, test::kind_name);
 
 std::vector<std::string> walked(MultiUserWorld& world, const WalkRules& rules = {}) {
@@ -31,14 +34,13 @@ std::vector<std::string> walked(MultiUserWorld& world, const WalkRules& rules = 
 }
 
 TEST_P(Selection, AGroupMeansItsUsersAndAUserHimself) {
-  MultiUserWorld world(GetParam());
-  world.join_readers({"ann", "ben"});
-  world.open();
-  world.select_users({"cas", "ann"});
-  world.select_readers();
-  EXPECT_THAT(walked(world), UnorderedElementsAre("cas (row)", "ann (row)", "ann (row)", "ben"));
-  world.window.ListView1.set_ghosted(world.window.ListView1.at(0), true);
-  EXPECT_THAT(walked(world, {.binds = false, .goes_on = {}, .failed = {}}),
+  join_readers({"ann", "ben"});
+  open();
+  select_users({"cas", "ann"});
+  select_readers();
+  EXPECT_THAT(walked(*this), UnorderedElementsAre("cas (row)", "ann (row)", "ann (row)", "ben"));
+  window.ListView1.set_ghosted(window.ListView1.at(0), true);
+  EXPECT_THAT(walked(*this, {.binds = false, .goes_on = {}, .failed = {}}),
               UnorderedElementsAre("ann (row)", "ann (row)", "ben"));
 }
 
@@ -70,55 +72,51 @@ TEST(SelectionOfADirectory, AMemberThatIsNotAUserIsSkippedAndLogged) {
 }
 
 TEST_P(Selection, AFailureEndsTheWalkUnlessTheRulesLetItContinue) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  world.window.ListView1.add(world.key("nobody"), "nobody", "USER");
-  world.select_users({"ann"});
-  EXPECT_THROW(walked(world), base::RuntimeError);
+  open();
+  window.ListView1.add(key("nobody"), "nobody", "USER");
+  select_users({"ann"});
+  EXPECT_THROW(walked(*this), base::RuntimeError);
   WalkRules rules;
   std::vector<std::string> failed;
   rules.failed = [&](const std::string& what, const base::RuntimeError&) {
     failed.push_back(what);
     return true;
   };
-  EXPECT_THAT(walked(world, rules), ElementsAre("ann (row)"));
+  EXPECT_THAT(walked(*this, rules), ElementsAre("ann (row)"));
   EXPECT_THAT(failed, ElementsAre("nobody"));
 }
 
 TEST_P(Selection, AStopTakesEffectBeforeTheNextUserEvenWithinAGroup) {
-  MultiUserWorld world(GetParam());
-  world.join_readers({"ann", "ben", "cas"});
-  world.open();
-  world.select_readers();
+  join_readers({"ann", "ben", "cas"});
+  open();
+  select_readers();
   WalkRules rules;
   std::size_t visited = 0;
   rules.goes_on = [&] { return visited < 2; };
-  EXPECT_FALSE(walk_selection(world.session, rules, [&](SelectedUser&) { ++visited; }));
+  EXPECT_FALSE(walk_selection(session, rules, [&](SelectedUser&) { ++visited; }));
   EXPECT_EQ(visited, 2U);
 }
 
 TEST_P(Selection, RowsAreTakenAndReturnedToTheListTheyCameFrom) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  session::MultiUser& window = world.window;
+  open();
   window.ListView3.clear();
-  window.ListView3.add(world.key("Readers"), "Readers", world.is_nt() ? "Global" : "W2KGRP");
+  window.ListView3.add(key("Readers"), "Readers", is_nt() ? "Global" : "W2KGRP");
   window.ListView4.clear();
   window.ListView4.add("OU=X", "X", "OU");
   for (controls::ListView* const list : {&window.ListView2, &window.ListView3, &window.ListView4})
     list->set_selected(list->at(0), true);
   window.ListView2.set_selected(window.ListView2.at(2), true);
-  windows::Command1_Click(world.session);
-  EXPECT_EQ(world.texts(window.ListView1), (Names{"ann", "cas", "Readers", "X"}));
-  EXPECT_EQ(world.texts(window.ListView2), (Names{"ben", "dee"}));
+  windows::Command1_Click(session);
+  EXPECT_EQ(texts(window.ListView1), (Names{"ann", "cas", "Readers", "X"}));
+  EXPECT_EQ(texts(window.ListView2), (Names{"ben", "dee"}));
   window.ListView1.set_ghosted(window.ListView1.at(0), true);
   for (std::size_t i = 0; i < window.ListView1.size(); ++i)
     window.ListView1.set_selected(window.ListView1.at(i), true);
-  windows::Command2_Click(world.session);
+  windows::Command2_Click(session);
   EXPECT_TRUE(window.ListView1.empty());
-  EXPECT_EQ(world.texts(window.ListView2), (Names{"ben", "cas", "dee"}));
-  EXPECT_EQ(world.texts(window.ListView3), Names{"Readers"});
-  EXPECT_EQ(world.texts(window.ListView4), Names{"X"});
+  EXPECT_EQ(texts(window.ListView2), (Names{"ben", "cas", "dee"}));
+  EXPECT_EQ(texts(window.ListView3), Names{"Readers"});
+  EXPECT_EQ(texts(window.ListView4), Names{"X"});
 }
 
 TEST(SelectionWindow, RefusesChangesWhileAFunctionRuns) {
@@ -137,21 +135,19 @@ TEST(SelectionWindow, RefusesChangesWhileAFunctionRuns) {
 }
 
 TEST_P(Selection, ShowUsersReadsThemWhenThePersonAgreesAndClosingForgetsThemWhereTheyAreSkipped) {
-  MultiUserWorld world(GetParam());
-  world.set("ADO", "SkipUsers", "TRUE");
-  world.open();
-  EXPECT_TRUE(world.window.btn_Showusers.visible);
-  EXPECT_TRUE(windows::Command7_Click(world.session));
-  EXPECT_TRUE(world.window.ListView2.empty());
-  if (!world.is_nt()) {
-    world.dialogs.expect("This could take some time if there are 000's of users\r\n\r\n",
-                         platform::Answer::kNo);
-    windows::btn_Showusers_Click(world.session);
-    EXPECT_TRUE(world.window.ListView2.empty());
-    world.dialogs.expect("Continue ?", platform::Answer::kYes);
+  set("ADO", "SkipUsers", "TRUE");
+  open();
+  EXPECT_TRUE(window.btn_Showusers.visible);
+  EXPECT_TRUE(windows::Command7_Click(session));
+  EXPECT_TRUE(window.ListView2.empty());
+  if (!is_nt()) {
+    dialogs.expect("This could take some time if there are 000's of users\r\n\r\n", platform::Answer::kNo);
+    windows::btn_Showusers_Click(session);
+    EXPECT_TRUE(window.ListView2.empty());
+    dialogs.expect("Continue ?", platform::Answer::kYes);
   }
-  windows::btn_Showusers_Click(world.session);
-  EXPECT_THAT(world.texts(world.window.ListView2), testing::IsSupersetOf({"ann", "ben", "cas", "dee"}));
+  windows::btn_Showusers_Click(session);
+  EXPECT_THAT(texts(window.ListView2), testing::IsSupersetOf({"ann", "ben", "cas", "dee"}));
 }
 
 TEST(SelectionWindow, ListsSitesTemplatesAndExchangeServersOnce) {
@@ -168,23 +164,22 @@ TEST(SelectionWindow, ListsSitesTemplatesAndExchangeServersOnce) {
 }
 
 TEST_P(Selection, ThePopupTakesTheUserOfTheTreeIntoTheWindow) {
-  MultiUserWorld world(GetParam());
-  world.open();
-  controls::TreeNode* const node = world.session.form1.TreeView1.find(world.key("ben"));
+  open();
+  controls::TreeNode* const node = session.form1.TreeView1.find(key("ben"));
   ASSERT_NE(node, nullptr);
-  world.session.form1.TreeView1.select(node);
+  session.form1.TreeView1.select(node);
   std::vector<std::string> shown;
-  world.dialogs.on_modal = [&](std::string_view name) {
-    shown.push_back(std::string(name) + " " + std::to_string(world.window.SSTab1));
+  dialogs.on_modal = [&](std::string_view name) {
+    shown.push_back(std::string(name) + " " + std::to_string(window.SSTab1));
   };
-  windows::mnupopup_Click(world.session, 4);
-  world.window.ListView1.set_ghosted(world.window.ListView1.at(0), true);
-  windows::mnupopup_Click(world.session, 5);
-  windows::Toolbar1_ButtonClick(world.session, "MultiUser");
+  windows::mnupopup_Click(session, 4);
+  window.ListView1.set_ghosted(window.ListView1.at(0), true);
+  windows::mnupopup_Click(session, 5);
+  windows::Toolbar1_ButtonClick(session, "MultiUser");
   EXPECT_THAT(shown, ElementsAre("MultiUser 0", "MultiUser 1", "MultiUser 1"));
-  EXPECT_EQ(world.texts(world.window.ListView1), Names{"ben"});
-  EXPECT_EQ(world.window.ListView1.at(0).key, world.key("ben"));
-  EXPECT_EQ(world.texts(world.window.ListView2), (Names{"ann", "cas", "dee"}));
+  EXPECT_EQ(texts(window.ListView1), Names{"ben"});
+  EXPECT_EQ(window.ListView1.at(0).key, key("ben"));
+  EXPECT_EQ(texts(window.ListView2), (Names{"ann", "cas", "dee"}));
 }
 
 }  // namespace

@@ -12,38 +12,38 @@ class CreateUser : public InEveryKindOfDomain {};
 INSTANTIATE_TEST_SUITE_P(Kinds, CreateUser, kKinds, test::kind_name);
 
 TEST_P(CreateUser, ANameBecomesAnAccountWithItsDirectories) {
-  world.start();
-  world.session.form1.Description.text = std::string("new starter");
-  world.type_names("josé", "q.", "núñez");
-  windows::CreateUser_Click(world.session);
+  start();
+  session.form1.Description.text = std::string("new starter");
+  type_names("josé", "q.", "núñez");
+  windows::CreateUser_Click(session);
 
-  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN José.Núñez Created User "));
-  EXPECT_EQ(caption(world.session.form1.UserAccount), "Completed");
-  EXPECT_EQ(world.session.form1.UserAccount.colour.get(), controls::kBlue);
-  EXPECT_EQ(caption(world.session.form1.Createdirs), "Completed");
-  EXPECT_EQ(caption(world.session.form1.Sharedirs), "");
-  EXPECT_EQ(world.session.form1.ProgressBar1.value.get(), 100);
-  EXPECT_TRUE(world.session.form1.enabled);
-  EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
+  EXPECT_THAT(log_tab(), ElementsAre("GREEN José.Núñez Created User "));
+  EXPECT_EQ(caption(session.form1.UserAccount), "Completed");
+  EXPECT_EQ(session.form1.UserAccount.colour.get(), controls::kBlue);
+  EXPECT_EQ(caption(session.form1.Createdirs), "Completed");
+  EXPECT_EQ(caption(session.form1.Sharedirs), "");
+  EXPECT_EQ(session.form1.ProgressBar1.value.get(), 100);
+  EXPECT_TRUE(session.form1.enabled);
+  EXPECT_EQ(session.form1.mouse_pointer.get(), 0);
 
   const std::string user = "José.Núñez";
-  EXPECT_EQ(world.property(user, "FullName"), "José Q. Núñez");
-  EXPECT_EQ(world.property(user, "Description"), "new starter");
-  EXPECT_EQ(world.property(user, "HomeDirectory"), "\\\\FS1\\Users\\José.Núñez");
-  EXPECT_EQ(world.property(user, "Profile"), "\\\\FS1\\Profiles\\José.Núñez");
-  EXPECT_EQ(world.property(user, "LoginScript"), "staff.cmd");
-  EXPECT_EQ(world.property(user, world.is_nt() ? "HomeDirDrive" : "HomeDrive"), "H:");
-  EXPECT_THAT(world.groups_of(user), testing::Contains(world.is_nt() ? "Staff" : "CN=Staff"));
-  EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\José.Núñez"));
-  EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Profiles\\José.Núñez"));
-  EXPECT_TRUE(world.session.form1.TreeView1.has_text(world.is_nt() ? user : "José Q. Núñez"));
+  EXPECT_EQ(property(user, "FullName"), "José Q. Núñez");
+  EXPECT_EQ(property(user, "Description"), "new starter");
+  EXPECT_EQ(property(user, "HomeDirectory"), "\\\\FS1\\Users\\José.Núñez");
+  EXPECT_EQ(property(user, "Profile"), "\\\\FS1\\Profiles\\José.Núñez");
+  EXPECT_EQ(property(user, "LoginScript"), "staff.cmd");
+  EXPECT_EQ(property(user, is_nt() ? "HomeDirDrive" : "HomeDrive"), "H:");
+  EXPECT_THAT(groups_of(user), testing::Contains(is_nt() ? "Staff" : "CN=Staff"));
+  EXPECT_TRUE(services.files.is_directory("\\\\FS1\\D$\\Users\\José.Núñez"));
+  EXPECT_TRUE(services.files.is_directory("\\\\FS1\\D$\\Profiles\\José.Núñez"));
+  EXPECT_TRUE(session.form1.TreeView1.has_text(is_nt() ? user : "José Q. Núñez"));
 }
 
 TEST_P(CreateUser, TheLogHasEachStepInOrder) {
-  world.start();
-  std::filesystem::remove(world.folder.path() / "db/Log.txt");
-  world.create();
-  EXPECT_EQ(world.log(),
+  start();
+  std::filesystem::remove(folder.path() / "db/Log.txt");
+  create();
+  EXPECT_EQ(log(),
             "*****************************************\n"
             "31/12/2026 09:05:00\n"
             "User:admin\n"
@@ -55,73 +55,72 @@ TEST_P(CreateUser, TheLogHasEachStepInOrder) {
             "Created Profile Directory: \\\\FS1\\D$\\Profiles\\Jo.Smith\n"
             "NT User Account Created\n"
             "Adding User to Groups\n" +
-                std::string(world.is_nt() ? "" : "Setting W2K Properties\n") + "User Created.\n");
+                std::string(is_nt() ? "" : "Setting W2K Properties\n") + "User Created.\n");
 }
 
 TEST_P(CreateUser, TheFlagsOfThePreferencesReachTheAccount) {
-  world.set("Preferences", "AccountDisabled", "Yes");
-  world.set("Preferences", "PasswdNVRExpire", "yes");
-  world.set("Preferences", "CantChangePWD", "yes");
-  world.start_and_create();
-  const platform::User user(world.account("Jo.Smith"));
+  set("Preferences", "AccountDisabled", "Yes");
+  set("Preferences", "PasswdNVRExpire", "yes");
+  set("Preferences", "CantChangePWD", "yes");
+  start_and_create();
+  const platform::User user(account("Jo.Smith"));
   EXPECT_TRUE(user.AccountDisabled());
-  const auto flags = world.services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("UserFlags").integer();
+  const auto flags = services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("UserFlags").integer();
   EXPECT_NE(flags & platform::kFlagPasswordNeverExpires, 0);
   EXPECT_NE(flags & platform::kFlagCannotChangePassword, 0);
 }
 
 TEST_P(CreateUser, AMustChangePasswordIsMarkedSo) {
-  world.set("Preferences", "ForcePasswdChange", "Yes");
-  world.start_and_create();
-  EXPECT_EQ(world.services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("PasswordExpired").integer(), 1);
+  set("Preferences", "ForcePasswdChange", "Yes");
+  start_and_create();
+  EXPECT_EQ(services.directory.GetObject("WinNT://TWK/Jo.Smith")->Get("PasswordExpired").integer(), 1);
 }
 
 TEST_P(CreateUser, ATakenNameWithoutAnotherFormatIsRefused) {
-  world.start_and_create();
-  world.session.form1.ListView1.clear();
-  world.session.form1.UserID_Box.text = std::string("jo.smith");
-  world.dialogs.expect("User jo.smith Already Exist \r\nChange the UserID and Continue.");
-  windows::CreateUser_Click(world.session);
-  EXPECT_EQ(world.dialogs.last_title, "User Exist");
-  EXPECT_THAT(world.log_tab(), ElementsAre("RED  User Name jo.smith already exist"));
-  EXPECT_THAT(world.log(), HasSubstr("User : jo.smith  Already Exist \n"));
-  EXPECT_TRUE(world.session.form1.enabled);
+  start_and_create();
+  session.form1.ListView1.clear();
+  session.form1.UserID_Box.text = std::string("jo.smith");
+  dialogs.expect("User jo.smith Already Exist \r\nChange the UserID and Continue.");
+  windows::CreateUser_Click(session);
+  EXPECT_EQ(dialogs.last_title, "User Exist");
+  EXPECT_THAT(log_tab(), ElementsAre("RED  User Name jo.smith already exist"));
+  EXPECT_THAT(log(), HasSubstr("User : jo.smith  Already Exist \n"));
+  EXPECT_TRUE(session.form1.enabled);
 }
 
 TEST_P(CreateUser, TheSecondFormatAndThenItsSerialNumberFindAFreeName) {
-  world.set("Setup", "AltSetupID", "%first%.%last%%n%");
-  world.set("Setup", "IncNumber", "7");
-  world.start();
+  set("Setup", "AltSetupID", "%first%.%last%%n%");
+  set("Setup", "IncNumber", "7");
+  start();
   for (int i = 0; i < 3; ++i) {
-    world.session.share_points.HomeSharePoint.clear();
-    world.create();
-    world.session.form1.nutemplate.text = records::padded_template_name("Staff");
+    session.share_points.HomeSharePoint.clear();
+    create();
+    session.form1.nutemplate.text = records::padded_template_name("Staff");
   }
-  EXPECT_THAT(world.log_tab(),
+  EXPECT_THAT(log_tab(),
               testing::IsSupersetOf({"GREEN Jo.Smith Created User ", "GREEN Jo.Smith7 Created User ",
                                      "GREEN Jo.Smith8 Created User "}));
-  EXPECT_THAT(world.log(), HasSubstr("User ID Jo.Smith7 already exists\nChanging User ID to Jo.Smith8\n"));
+  EXPECT_THAT(log(), HasSubstr("User ID Jo.Smith7 already exists\nChanging User ID to Jo.Smith8\n"));
 }
 
 TEST_P(CreateUser, ACopiedUsersGroupsAreCopiedToo) {
-  world.start_and_create();
-  world.services.directory
-      .GetObject(world.is_nt() ? "WinNT://TWK/Readers" : "LDAP://twk.test/CN=Readers,DC=twk,DC=test")
-      ->Add(world.path_of("Jo.Smith"));
-  world.select(world.is_nt() ? "Jo.Smith" : "LDAP://twk.test/CN=Jo.Smith," + std::string(test::kNewStarters));
-  world.session.form1.Copy_User.value = 1;
-  world.type_names("Ann", "", "Lee");
-  windows::CreateUser_Click(world.session);
-  EXPECT_THAT(world.log(), HasSubstr("Copy User groups from user: "));
-  EXPECT_THAT(world.groups_of("Ann.Lee"), testing::IsSupersetOf(world.groups_of("Jo.Smith")));
+  start_and_create();
+  services.directory.GetObject(is_nt() ? "WinNT://TWK/Readers" : "LDAP://twk.test/CN=Readers,DC=twk,DC=test")
+      ->Add(path_of("Jo.Smith"));
+  select(is_nt() ? "Jo.Smith" : "LDAP://twk.test/CN=Jo.Smith," + std::string(test::kNewStarters));
+  session.form1.Copy_User.value = 1;
+  type_names("Ann", "", "Lee");
+  windows::CreateUser_Click(session);
+  EXPECT_THAT(log(), HasSubstr("Copy User groups from user: "));
+  EXPECT_THAT(groups_of("Ann.Lee"), testing::IsSupersetOf(groups_of("Jo.Smith")));
 }
 
 TEST_P(CreateUser, APrimaryGroupIsSetOnceTheAccountIsItsMember) {
-  world.staff.PrimaryGroup = "Staff";
-  world.start_and_create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
-  EXPECT_THAT(world.log(), HasSubstr("Setting Primary Group: Staff.\n"));
-  EXPECT_NE(world.property("Jo.Smith", "primaryGroupID"), "513");
+  staff.PrimaryGroup = "Staff";
+  start_and_create();
+  EXPECT_THAT(log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+  EXPECT_THAT(log(), HasSubstr("Setting Primary Group: Staff.\n"));
+  EXPECT_NE(property("Jo.Smith", "primaryGroupID"), "513");
 }
 
 TEST_P(CreateUser, ADirectoryThatIsThereIsUsedOnYesAndEndsTheRunOnNo) {
@@ -143,12 +142,12 @@ TEST_P(CreateUser, ADirectoryThatIsThereIsUsedOnYesAndEndsTheRunOnNo) {
 }
 
 TEST_P(CreateUser, TheCommandRunsWithItsTagsFilled) {
-  world.set("UM", "RunCmd", "Yes");
-  world.set("Setup", "BatchFileCreate", "notify %Domain% %Server% %UserName% %first%");
-  world.start_and_create();
-  EXPECT_THAT(world.process.commands,
-              ElementsAre(ElementsAre("notify", world.session.DomainName, "FS1", "Jo.Smith", "Jo")));
-  EXPECT_EQ(caption(world.session.form1.run), "Completed");
+  set("UM", "RunCmd", "Yes");
+  set("Setup", "BatchFileCreate", "notify %Domain% %Server% %UserName% %first%");
+  start_and_create();
+  EXPECT_THAT(process.commands,
+              ElementsAre(ElementsAre("notify", session.DomainName, "FS1", "Jo.Smith", "Jo")));
+  EXPECT_EQ(caption(session.form1.run), "Completed");
 }
 
 TEST_P(CreateUser, ATemplateMayAskForTerminalServerSettings) {
@@ -169,11 +168,11 @@ TEST_P(CreateUser, ATemplateMayAskForTerminalServerSettings) {
     EXPECT_EQ(own.log().find("Setting WTS settings...\n") != std::string::npos, asks);
     using platform::WtsConfigClass;
     using platform::WtsConfigValue;
-    platform::Network& network = own.services.network;
-    EXPECT_EQ(network.WTSQueryUserConfig("", "Jo.Smith", WtsConfigClass::kTerminalServerHomeDir),
+    EXPECT_EQ(own.services.network.WTSQueryUserConfig("", "Jo.Smith", WtsConfigClass::kTerminalServerHomeDir),
               WtsConfigValue(asks ? "\\\\FS1\\Jo.Smith" : ""));
-    EXPECT_EQ(network.WTSQueryUserConfig("", "Jo.Smith", WtsConfigClass::kAllowLogonTerminalServer),
-              WtsConfigValue(asks ? 0U : 1U));
+    EXPECT_EQ(
+        own.services.network.WTSQueryUserConfig("", "Jo.Smith", WtsConfigClass::kAllowLogonTerminalServer),
+        WtsConfigValue(asks ? 0U : 1U));
   }
 }
 

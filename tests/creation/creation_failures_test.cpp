@@ -54,18 +54,18 @@ TEST_P(CreationFailures, AreReportedAndWarnWhenTheAccountIsThere) {
 }
 
 TEST_P(CreationFailures, AnAccountThatCannotBeCreatedEndsRed) {
-  world.start();
-  world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
-  if (!world.is_nt())
-    world.dialogs.expect("error: 2147942405");
-  world.create();
-  EXPECT_THAT(world.log_tab(), ElementsAre(StartsWith("RED Error Creating Users Account... - ")));
-  EXPECT_EQ(caption(world.session.form1.UserAccount), "Error");
-  EXPECT_EQ(world.session.form1.UserAccount.colour.get(), controls::kRed);
-  EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "Error Creating Users Account...");
-  EXPECT_THAT(world.log(), HasSubstr("Error Creating Users Account: Jo.Smith\nError Number: 2147942405\n"));
-  EXPECT_TRUE(world.session.form1.enabled);
-  EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\Jo.Smith")) << "nothing is undone";
+  start();
+  directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
+  if (!is_nt())
+    dialogs.expect("error: 2147942405");
+  create();
+  EXPECT_THAT(log_tab(), ElementsAre(StartsWith("RED Error Creating Users Account... - ")));
+  EXPECT_EQ(caption(session.form1.UserAccount), "Error");
+  EXPECT_EQ(session.form1.UserAccount.colour.get(), controls::kRed);
+  EXPECT_EQ(session.form1.StatusBar1.panel1.get(), "Error Creating Users Account...");
+  EXPECT_THAT(log(), HasSubstr("Error Creating Users Account: Jo.Smith\nError Number: 2147942405\n"));
+  EXPECT_TRUE(session.form1.enabled);
+  EXPECT_TRUE(services.files.is_directory("\\\\FS1\\D$\\Users\\Jo.Smith")) << "nothing is undone";
 }
 
 TEST_P(CreationFailures, ADirectoryThatCannotBeMadeEndsRed) {
@@ -104,11 +104,11 @@ TEST_P(CreationFailures, ACommandThatFailsWarnsWithTheReason) {
 
 TEST_P(CreationFailures, WithoutItsTemplateOrSiteNoAccountIsMade) {
   for (const std::string file : {"Template.dat", "Site.dat"}) {
-    for (const bool folder : {false, true}) {
+    for (const bool as_folder : {false, true}) {
       CreationWorld own(GetParam());
       own.start();
       std::filesystem::remove(own.folder.path() / "db" / file);
-      if (folder)
+      if (as_folder)
         std::filesystem::create_directory(own.folder.path() / "db" / file);
       own.create();
       EXPECT_THAT(own.log_tab(),

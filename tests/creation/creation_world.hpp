@@ -29,9 +29,9 @@ inline std::string caption(const controls::Label& light) {
   return light.caption;
 }
 
-class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {
+class InEveryKindOfDomain : public testing::TestWithParam<DomainKind>, public CreationWorld {
  protected:
-  CreationWorld world = CreationWorld(GetParam());
+  InEveryKindOfDomain() : CreationWorld(GetParam()) {}
 };
 
 inline const auto kKinds = testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt);

@@ -6,37 +6,38 @@ namespace {
 
 using testing::HasSubstr;
 
-class MoveUser : public testing::TestWithParam<DomainKind> {};
+class MoveUser : public testing::TestWithParam<DomainKind>, public MoveWorld {
+ protected:
+  MoveUser() : MoveWorld(GetParam()) {}
+};
 INSTANTIATE_TEST_SUITE_P(Kinds, MoveUser,
                          testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
                          test::kind_name);
 
 TEST_P(MoveUser, DataSharesAndAccountGoToTheNewServer) {
-  MoveWorld world(GetParam());
-  world.start_at_own_shares(kMoveData);
-  world.session.multi_user.Add_to_Groups.value = 1;
-  world.session.multi_user.Change_Logon.value = 1;
-  world.session.multi_user.Run_CMD.value = 1;
-  EXPECT_EQ(world.move(), Moved::kWholly);
-  EXPECT_EQ(world.tree("FS1/D"), kEmpty);
-  EXPECT_EQ(world.tree("FS2/D"), kWhole);
-  EXPECT_EQ(world.shares("FS1"), Names());
-  EXPECT_EQ(world.shares("FS2"), (Names{"jo$", "jo.prf$"}));
-  EXPECT_EQ(world.property("jo", "HomeDirectory"), "\\\\FS2\\jo$");
-  EXPECT_EQ(world.property("jo", "Profile"), "\\\\FS2\\jo.prf$");
-  EXPECT_EQ(world.property("jo", world.is_nt() ? "HomeDirDrive" : "HomeDrive"), "H:");
-  EXPECT_EQ(world.property("jo", "LoginScript"), "staff.cmd");
-  EXPECT_THAT(world.groups_of("jo"), testing::Contains(world.is_nt() ? "Staff" : "CN=Staff"));
-  EXPECT_THAT(world.process.commands,
-              testing::ElementsAre(testing::ElementsAre("moved.cmd", world.session.DomainName, "FS2", "jo")));
-  EXPECT_THAT(world.log_tab(), testing::ElementsAre("GREEN  jo Moved"));
+  start_at_own_shares(kMoveData);
+  session.multi_user.Add_to_Groups.value = 1;
+  session.multi_user.Change_Logon.value = 1;
+  session.multi_user.Run_CMD.value = 1;
+  EXPECT_EQ(move(), Moved::kWholly);
+  EXPECT_EQ(tree("FS1/D"), kEmpty);
+  EXPECT_EQ(tree("FS2/D"), kWhole);
+  EXPECT_EQ(shares("FS1"), Names());
+  EXPECT_EQ(shares("FS2"), (Names{"jo$", "jo.prf$"}));
+  EXPECT_EQ(property("jo", "HomeDirectory"), "\\\\FS2\\jo$");
+  EXPECT_EQ(property("jo", "Profile"), "\\\\FS2\\jo.prf$");
+  EXPECT_EQ(property("jo", is_nt() ? "HomeDirDrive" : "HomeDrive"), "H:");
+  EXPECT_EQ(property("jo", "LoginScript"), "staff.cmd");
+  EXPECT_THAT(groups_of("jo"), testing::Contains(is_nt() ? "Staff" : "CN=Staff"));
+  EXPECT_THAT(process.commands,
+              testing::ElementsAre(testing::ElementsAre("moved.cmd", session.DomainName, "FS2", "jo")));
+  EXPECT_THAT(log_tab(), testing::ElementsAre("GREEN  jo Moved"));
 }
 
 TEST_P(MoveUser, WithoutDataIsReportedInYellow) {
-  MoveWorld world(GetParam());
-  world.start_at("", "", kMoveData);
-  EXPECT_EQ(world.move(), kWarned);
-  EXPECT_THAT(world.log_tab(),
+  start_at("", "", kMoveData);
+  EXPECT_EQ(move(), kWarned);
+  EXPECT_THAT(log_tab(),
               testing::ElementsAre(
                   "YELLOW  jo Moved: No data was moved: the account has neither a home nor a profile"));
 }
@@ -148,10 +149,9 @@ TEST(MoveOwners, FilesKeepTheirOwners) {
 }
 
 TEST_P(MoveUser, RehearsalReportsTheStepsInOrderAndChangesNothing) {
-  MoveWorld world(GetParam());
-  world.put("FS2/D/Users/jo/a.txt", "older");
-  world.start_at_own_shares(kMoveData);
-  const auto [steps, outcome] = world.rehearse();
+  put("FS2/D/Users/jo/a.txt", "older");
+  start_at_own_shares(kMoveData);
+  const auto [steps, outcome] = rehearse();
   EXPECT_EQ(outcome, kMoved);
   std::size_t next = 0;
   for (const char* const text :
@@ -165,10 +165,10 @@ TEST_P(MoveUser, RehearsalReportsTheStepsInOrderAndChangesNothing) {
       ++next;
     EXPECT_LT(next, steps.size()) << text << " in " << testing::PrintToString(steps);
   }
-  EXPECT_EQ(world.tree("FS1/D"), kWhole);
-  EXPECT_EQ(world.tree("FS2/D"), (Names{"Users/", "Users/jo/", "Users/jo/a.txt", "Profiles/"}));
-  EXPECT_EQ(world.shares("FS1"), kOldShares);
-  EXPECT_EQ(world.property("jo", "HomeDirectory"), kOldHome);
+  EXPECT_EQ(tree("FS1/D"), kWhole);
+  EXPECT_EQ(tree("FS2/D"), (Names{"Users/", "Users/jo/", "Users/jo/a.txt", "Profiles/"}));
+  EXPECT_EQ(shares("FS1"), kOldShares);
+  EXPECT_EQ(property("jo", "HomeDirectory"), kOldHome);
 }
 
 }  // namespace

@@ -14,7 +14,10 @@ using test::LifecycleWorld;
 using testing::HasSubstr;
 using testing::Not;
 
-class PopupCommands : public testing::TestWithParam<DomainKind> {};
+class PopupCommands : public testing::TestWithParam<DomainKind>, public LifecycleWorld {
+ protected:
+  PopupCommands() : LifecycleWorld(GetParam()) {}
+};
 INSTANTIATE_TEST_SUITE_P(Kinds, PopupCommands,
                          testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
                          test::kind_name);
@@ -24,17 +27,16 @@ std::string panel(LifecycleWorld& world) {
 }
 
 TEST_P(PopupCommands, PasswordIsResetAndTheAccountUnlocked) {
-  LifecycleWorld world(GetParam());
-  world.set("Setup", "Password", "Start-%username%-26");
-  world.start_with("", "");
-  test::lock_jo(world);
-  const std::string name = world.node().text;
-  EXPECT_TRUE(Reset_Password(world.session, world.node()));
-  EXPECT_EQ(panel(world), "Password for " + name + " has Been Reset.");
-  EXPECT_THAT(world.log_tab(), testing::ElementsAre("GREEN  Password Reset For " + name));
-  EXPECT_THAT(world.log(), HasSubstr("User:admin\nPassword Reset for: " + name + "\n"));
-  EXPECT_THAT(world.log(), Not(HasSubstr("Start-")));
-  EXPECT_FALSE(platform::User(world.account("jo")).IsAccountLocked());
+  set("Setup", "Password", "Start-%username%-26");
+  start_with("", "");
+  test::lock_jo(*this);
+  const std::string name = node().text;
+  EXPECT_TRUE(Reset_Password(session, node()));
+  EXPECT_EQ(panel(*this), "Password for " + name + " has Been Reset.");
+  EXPECT_THAT(log_tab(), testing::ElementsAre("GREEN  Password Reset For " + name));
+  EXPECT_THAT(log(), HasSubstr("User:admin\nPassword Reset for: " + name + "\n"));
+  EXPECT_THAT(log(), Not(HasSubstr("Start-")));
+  EXPECT_FALSE(platform::User(account("jo")).IsAccountLocked());
 }
 
 TEST_P(PopupCommands, DebuggedSessionLogsThePassword) {
@@ -45,29 +47,27 @@ TEST_P(PopupCommands, DebuggedSessionLogsThePassword) {
 }
 
 TEST_P(PopupCommands, ResetAsksFirstAndAsksForThePassword) {
-  LifecycleWorld world(GetParam());
-  world.set("Setup", "Password", "PROMPT");
-  world.start_with("", "");
-  world.session.form1.Confirm_Resets.value = 1;
-  world.dialogs.expect("Reset Password for ", platform::Answer::kNo);
-  EXPECT_FALSE(Reset_Password(world.session, world.node()));
-  EXPECT_EQ(world.log(), "");
-  world.dialogs.expect("Reset Password for ", platform::Answer::kYes);
-  world.dialogs.expect_input("Enter User Password:", "Another-2026");
-  EXPECT_TRUE(Reset_Password(world.session, world.node()));
-  EXPECT_TRUE(world.dialogs.last_secret);
+  set("Setup", "Password", "PROMPT");
+  start_with("", "");
+  session.form1.Confirm_Resets.value = 1;
+  dialogs.expect("Reset Password for ", platform::Answer::kNo);
+  EXPECT_FALSE(Reset_Password(session, node()));
+  EXPECT_EQ(log(), "");
+  dialogs.expect("Reset Password for ", platform::Answer::kYes);
+  dialogs.expect_input("Enter User Password:", "Another-2026");
+  EXPECT_TRUE(Reset_Password(session, node()));
+  EXPECT_TRUE(dialogs.last_secret);
 }
 
 TEST_P(PopupCommands, PasswordThatTheDomainRefusesIsReported) {
-  LifecycleWorld world(GetParam());
-  world.set("Setup", "Password", "x");
-  world.start_with("", "");
-  world.dialogs.beeps = 0;
-  EXPECT_FALSE(Reset_Password(world.session, world.node()));
-  EXPECT_THAT(panel(world), testing::StartsWith("Error ReSetting Password... The password"));
-  EXPECT_THAT(world.log(), HasSubstr("Error ReSetting Password for: "));
-  EXPECT_EQ(world.dialogs.beeps, 1);
-  EXPECT_TRUE(world.log_tab().empty());
+  set("Setup", "Password", "x");
+  start_with("", "");
+  dialogs.beeps = 0;
+  EXPECT_FALSE(Reset_Password(session, node()));
+  EXPECT_THAT(panel(*this), testing::StartsWith("Error ReSetting Password... The password"));
+  EXPECT_THAT(log(), HasSubstr("Error ReSetting Password for: "));
+  EXPECT_EQ(dialogs.beeps, 1);
+  EXPECT_TRUE(log_tab().empty());
 }
 
 TEST_P(PopupCommands, ProfileOnTheServerIsDeletedOrTheReasonShown) {
@@ -112,35 +112,33 @@ TEST_P(PopupCommands, ProfileOnTheServerIsDeletedOrTheReasonShown) {
 }
 
 TEST_P(PopupCommands, ProfileOnAWorkstationIsFoundByItsKind) {
-  LifecycleWorld world(GetParam());
-  const std::string folder = world.is_nt() ? "jo" : "Jo Smith";
-  world.put("PC7/C/Documents and Settings/" + folder + "/f");
-  world.start_with("", "");
-  world.dialogs.on_modal = [&](std::string_view window) {
+  const std::string profile = is_nt() ? "jo" : "Jo Smith";
+  put("PC7/C/Documents and Settings/" + profile + "/f");
+  start_with("", "");
+  dialogs.on_modal = [&](std::string_view window) {
     EXPECT_EQ(window, "WKS_PROFILE");
-    world.session.wks_profile.WKS_NAME1.text = std::string("PC7");
-    WKS_PROFILE_OKButton_Click(world.session);
+    session.wks_profile.WKS_NAME1.text = std::string("PC7");
+    WKS_PROFILE_OKButton_Click(session);
   };
-  world.dialogs.expect("remove the folder '" + folder + "'", platform::Answer::kYes);
-  EXPECT_TRUE(Delete_WKS_Profile(world.session, world.node()));
-  EXPECT_EQ(panel(world), "Ready.");
-  EXPECT_FALSE(world.there("PC7/C/Documents and Settings/" + folder));
-  EXPECT_FALSE(Delete_WKS_Profile(world.session, world.node()));
-  EXPECT_EQ(panel(world), "Unable to find \\\\PC7\\c$\\Documents and Settings\\" + folder + " ...");
+  dialogs.expect("remove the folder '" + profile + "'", platform::Answer::kYes);
+  EXPECT_TRUE(Delete_WKS_Profile(session, node()));
+  EXPECT_EQ(panel(*this), "Ready.");
+  EXPECT_FALSE(there("PC7/C/Documents and Settings/" + profile));
+  EXPECT_FALSE(Delete_WKS_Profile(session, node()));
+  EXPECT_EQ(panel(*this), "Unable to find \\\\PC7\\c$\\Documents and Settings\\" + profile + " ...");
 }
 
 TEST_P(PopupCommands, WorkstationThatIsCancelledOrNoNameDoesNothing) {
-  LifecycleWorld world(GetParam());
-  world.start_with("", "");
-  world.dialogs.on_modal = [&](std::string_view) { WKS_PROFILE_CancelButton_Click(world.session); };
-  EXPECT_FALSE(Delete_WKS_Profile(world.session, world.node()));
-  const lifecycle::ProfileOrder order{world.node().text, world.node().key, {}};
+  start_with("", "");
+  dialogs.on_modal = [&](std::string_view) { WKS_PROFILE_CancelButton_Click(session); };
+  EXPECT_FALSE(Delete_WKS_Profile(session, node()));
+  const lifecycle::ProfileOrder order{node().text, node().key, {}};
   for (const char* const name : {"..", "PC7\\c$", "a b*"}) {
-    EXPECT_FALSE(lifecycle::delete_workstation_profile(world.session, order, {name}, world.view));
-    EXPECT_THAT(panel(world), HasSubstr("do not make the path of a profile")) << name;
+    EXPECT_FALSE(lifecycle::delete_workstation_profile(session, order, {name}, view));
+    EXPECT_THAT(panel(*this), HasSubstr("do not make the path of a profile")) << name;
   }
-  EXPECT_FALSE(lifecycle::delete_workstation_profile(world.session, order, {"\\\\PC7", true}, world.view));
-  EXPECT_EQ(panel(world), "Unable to find \\\\PC7\\admin$\\profiles\\" + world.node().text + " ...");
+  EXPECT_FALSE(lifecycle::delete_workstation_profile(session, order, {"\\\\PC7", true}, view));
+  EXPECT_EQ(panel(*this), "Unable to find \\\\PC7\\admin$\\profiles\\" + node().text + " ...");
 }
 
 }  // namespace

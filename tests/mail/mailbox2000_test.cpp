@@ -43,47 +43,45 @@ TEST(StorePath, NamesTheStoreBelowTheFirstAdministrativeGroup) {
   EXPECT_THAT(store_path("O", "E", "G", "S,CN=x", "DC=a"), testing::StartsWith("CN=S\\,CN\\=x,CN=G,"));
 }
 
-TEST(Mailbox2000, ACreatedUserGetsAMailboxInTheStoreOfTheSite) {
-  StoreSession world;
-  world.start();
-  world.create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
-  EXPECT_EQ(world.colour(), controls::kBlue);
-  EXPECT_THAT(world.property("Jo.Smith", "homeMDB"),
-              testing::StartsWith("CN=Mailbox Store,CN=First Storage"));
-  EXPECT_EQ(world.property("Jo.Smith", "msExchUserAccountControl"), "2");
+class Mailbox2000 : public testing::Test, public StoreSession {};
+
+TEST_F(Mailbox2000, ACreatedUserGetsAMailboxInTheStoreOfTheSite) {
+  start();
+  create();
+  EXPECT_THAT(log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+  EXPECT_EQ(colour(), controls::kBlue);
+  EXPECT_THAT(property("Jo.Smith", "homeMDB"), testing::StartsWith("CN=Mailbox Store,CN=First Storage"));
+  EXPECT_EQ(property("Jo.Smith", "msExchUserAccountControl"), "2");
 }
 
-TEST(Mailbox2000, RowsOfItsKindAreWrittenAndNoOthers) {
-  StoreSession world;
-  world.start();
-  world.add_row("extensionAttribute1", "%first%.%last%%domain%");
-  world.add_row("extensionAttribute2", "%first%@%Domain%");
-  world.add_row("extensionAttribute3", "100%");
-  world.add_row("extensionAttribute4", "PROMPT");
-  world.add_row("company", "of the account", "USER");
-  world.dialogs.expect_input("Enter Value for extensionAttribute4", "typed %");
-  world.create();
-  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute1"), "Jo.Smith@twk.test");
-  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute2"), "Jo@twk.test");
-  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute3"), "");
-  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute4"), "typed %");
-  EXPECT_EQ(world.property("Jo.Smith", "company"), "of the account");
-  EXPECT_EQ(world.colour(), controls::kBlue);
+TEST_F(Mailbox2000, RowsOfItsKindAreWrittenAndNoOthers) {
+  start();
+  add_row("extensionAttribute1", "%first%.%last%%domain%");
+  add_row("extensionAttribute2", "%first%@%Domain%");
+  add_row("extensionAttribute3", "100%");
+  add_row("extensionAttribute4", "PROMPT");
+  add_row("company", "of the account", "USER");
+  dialogs.expect_input("Enter Value for extensionAttribute4", "typed %");
+  create();
+  EXPECT_EQ(property("Jo.Smith", "extensionAttribute1"), "Jo.Smith@twk.test");
+  EXPECT_EQ(property("Jo.Smith", "extensionAttribute2"), "Jo@twk.test");
+  EXPECT_EQ(property("Jo.Smith", "extensionAttribute3"), "");
+  EXPECT_EQ(property("Jo.Smith", "extensionAttribute4"), "typed %");
+  EXPECT_EQ(property("Jo.Smith", "company"), "of the account");
+  EXPECT_EQ(colour(), controls::kBlue);
 }
 
-TEST(Mailbox2000, ARefusedRowWarnsAndTheNextIsWritten) {
-  StoreSession world;
-  world.start();
-  world.add_row("noSuchAttribute", "x");
-  world.add_row("extensionAttribute1", "written");
-  world.create();
-  EXPECT_EQ(world.colour(), controls::kYellow);
-  EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User - ")));
-  EXPECT_EQ(world.property("Jo.Smith", "extensionAttribute1"), "written");
+TEST_F(Mailbox2000, ARefusedRowWarnsAndTheNextIsWritten) {
+  start();
+  add_row("noSuchAttribute", "x");
+  add_row("extensionAttribute1", "written");
+  create();
+  EXPECT_EQ(colour(), controls::kYellow);
+  EXPECT_THAT(log_tab(), ElementsAre(testing::StartsWith("YELLOW Jo.Smith Created User - ")));
+  EXPECT_EQ(property("Jo.Smith", "extensionAttribute1"), "written");
 }
 
-TEST(Mailbox2000, WithoutTheStoreOrInAWinNtDomainThereIsNone) {
+TEST_F(Mailbox2000, WithoutTheStoreOrInAWinNtDomainThereIsNone) {
   for (const DomainKind kind : {DomainKind::kNative, DomainKind::kNt}) {
     StoreSession world(kind);
     world.site.MailStore = "No Store";
@@ -96,7 +94,7 @@ TEST(Mailbox2000, WithoutTheStoreOrInAWinNtDomainThereIsNone) {
   }
 }
 
-TEST(Mailbox2000, AFailureStopsTheProgramThatIsDebugged) {
+TEST_F(Mailbox2000, AFailureStopsTheProgramThatIsDebugged) {
   StoreSession world(DomainKind::kNative, "/DEBUG");
   world.site.MailStore = "No Store";
   world.start();
@@ -104,28 +102,26 @@ TEST(Mailbox2000, AFailureStopsTheProgramThatIsDebugged) {
   EXPECT_THAT(world.log(), HasSubstr("CN=No Store,CN=First Storage Group,CN=InformationStore,CN=EX2K"));
 }
 
-TEST(Mailbox2000, WithoutAnAccountOfThisRunThereIsNone) {
-  StoreSession world;
-  world.start();
-  world.session.form1.Create_User_Account.value = 0;
-  world.create();
-  EXPECT_EQ(world.light(), "Error");
+TEST_F(Mailbox2000, WithoutAnAccountOfThisRunThereIsNone) {
+  start();
+  session.form1.Create_User_Account.value = 0;
+  create();
+  EXPECT_EQ(light(), "Error");
 }
 
-TEST(Mailbox2000, IsTakenFromItsUserOnce) {
-  StoreSession world;
-  world.start();
-  world.create();
-  EXPECT_TRUE(DeleteMailbox2000(world.session, world.account("Jo.Smith")));
+TEST_F(Mailbox2000, IsTakenFromItsUserOnce) {
+  start();
+  create();
+  EXPECT_TRUE(DeleteMailbox2000(session, account("Jo.Smith")));
   for (const char* const attribute : {"homeMDB", "mail", "proxyAddresses", "msExchMailboxGuid"})
-    EXPECT_EQ(world.property("Jo.Smith", attribute), "") << attribute;
-  EXPECT_FALSE(DeleteMailbox2000(world.session, world.account("Jo.Smith")));
-  world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
-  auto user = world.directory.wrap(world.account("Jo.Smith"));
+    EXPECT_EQ(property("Jo.Smith", attribute), "") << attribute;
+  EXPECT_FALSE(DeleteMailbox2000(session, account("Jo.Smith")));
+  directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
+  auto user = directory.wrap(account("Jo.Smith"));
   const MailboxOwner owner{"Jo", "", "Smith", "Jo.Smith", {"EX2K", "First Storage Group", "Tarnwick"}};
-  EXPECT_FALSE(CreateMailbox2000(world.session, user, owner, "Mailbox Store", "DC=twk,DC=test"));
-  EXPECT_EQ(world.property("Jo.Smith", "homeMDB"), "");
-  EXPECT_TRUE(CreateMailbox2000(world.session, user, owner, "Mailbox Store", "DC=twk,DC=test"));
+  EXPECT_FALSE(CreateMailbox2000(session, user, owner, "Mailbox Store", "DC=twk,DC=test"));
+  EXPECT_EQ(property("Jo.Smith", "homeMDB"), "");
+  EXPECT_TRUE(CreateMailbox2000(session, user, owner, "Mailbox Store", "DC=twk,DC=test"));
 }
 
 }  // namespace

@@ -17,20 +17,22 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
+class InEveryKindOfDomain : public testing::TestWithParam<DomainKind>, public MailSession {
+ protected:
+  InEveryKindOfDomain() : MailSession(GetParam()) {}
+};
 INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
                          testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
                          test::kind_name);
 
 TEST_P(InEveryKindOfDomain, ACreatedUserGetsAMailboxThatIsTiedToTheAccount) {
-  MailSession world(GetParam());
-  world.start_with(kRows);
-  world.create();
-  EXPECT_THAT(world.log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
-  EXPECT_EQ(world.light(), "Completed");
-  EXPECT_EQ(world.colour(), controls::kBlue);
-  const ObjectPtr mailbox = world.mailbox("Jo.Smith");
-  EXPECT_EQ(mailbox->Class(), "OrganizationalPerson");
+  start_with(kRows);
+  create();
+  EXPECT_THAT(log_tab(), ElementsAre("GREEN Jo.Smith Created User "));
+  EXPECT_EQ(light(), "Completed");
+  EXPECT_EQ(colour(), controls::kBlue);
+  const ObjectPtr made = mailbox("Jo.Smith");
+  EXPECT_EQ(made->Class(), "OrganizationalPerson");
   const std::vector<std::pair<std::string, std::string>> expected = {
       {"Mail", "Jo.Smith@mail.test"},
       {"Home-MTA", "cn=Microsoft MTA,cn=EX55,cn=Servers,cn=Configuration,ou=Head Office, o = Tarnwick"},
@@ -44,31 +46,30 @@ TEST_P(InEveryKindOfDomain, ACreatedUserGetsAMailboxThatIsTiedToTheAccount) {
       {"mailPreferenceOption", "0"},
       {"Replication-Sensitivity", "20"}};
   for (const auto& [attribute, value] : expected)
-    EXPECT_EQ(mailbox->Get(attribute).text(), value) << attribute;
-  EXPECT_TRUE(mailbox->Get("MAPI-Recipient").boolean());
-  const base::Bytes sid = world.account("Jo.Smith")->Get("objectSID").bytes();
-  EXPECT_EQ(mailbox->Get("Assoc-NT-Account").bytes(), hex_text(sid));
+    EXPECT_EQ(made->Get(attribute).text(), value) << attribute;
+  EXPECT_TRUE(made->Get("MAPI-Recipient").boolean());
+  const base::Bytes sid = account("Jo.Smith")->Get("objectSID").bytes();
+  EXPECT_EQ(made->Get("Assoc-NT-Account").bytes(), hex_text(sid));
   // The owner is at the place that the descriptor's header names, after the list of one entry.
-  const base::Bytes descriptor = mailbox->Get("NT-Security-Descriptor").bytes();
+  const base::Bytes descriptor = made->Get("NT-Security-Descriptor").bytes();
   const base::Bytes owner(descriptor.end() - static_cast<std::ptrdiff_t>(sid.size() * 2), descriptor.end());
   EXPECT_EQ(descriptor.size(), 2 * (20 + 8 + 8 + 3 * sid.size()));
   EXPECT_EQ(owner, hex_text(sid));
 }
 
 TEST_P(InEveryKindOfDomain, TheLogHasTheStepsOfTheMailbox) {
-  MailSession world(GetParam());
-  world.start_with(with_row("OtherMailbox", "SMTP:%UserName%@old.test"));
-  world.create();
-  EXPECT_THAT(world.log(), HasSubstr("Connect to Object:LDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick\n"
-                                     "Assoc NT Account\n"
-                                     "Home MTA done\n"
-                                     "Home MDB done\n"
-                                     "NT-Security-Descriptor\n"
-                                     "Set OtherMailBoxs\n"
-                                     "Set Mail Address :Jo.Smith@mail.test\n"
-                                     "Replication-Sensitivity: 20\n"
-                                     "Created Mail Account\n"));
-  EXPECT_EQ(world.of("Jo.Smith", "otherMailbox"), "SMTP:Jo.Smith@old.test");
+  start_with(with_row("OtherMailbox", "SMTP:%UserName%@old.test"));
+  create();
+  EXPECT_THAT(log(), HasSubstr("Connect to Object:LDAP://EX55/CN=Recipients,OU=Head Office,O=Tarnwick\n"
+                               "Assoc NT Account\n"
+                               "Home MTA done\n"
+                               "Home MDB done\n"
+                               "NT-Security-Descriptor\n"
+                               "Set OtherMailBoxs\n"
+                               "Set Mail Address :Jo.Smith@mail.test\n"
+                               "Replication-Sensitivity: 20\n"
+                               "Created Mail Account\n"));
+  EXPECT_EQ(of("Jo.Smith", "otherMailbox"), "SMTP:Jo.Smith@old.test");
 }
 
 struct RowCase {
@@ -104,7 +105,9 @@ TEST(MailboxRows, AreFilledInAndThoseThatCannotBeAreLeftOutOrWarn) {
   }
 }
 
-TEST(Mailbox55, WithoutAddressOrContainerNothingIsMade) {
+class Mailbox55Creation : public testing::Test, public MailSession {};
+
+TEST_F(Mailbox55Creation, WithoutAddressOrContainerNothingIsMade) {
   for (const char* const missing : {"Target-Address", "Container"}) {
     MailSession world;
     auto rows = kRows;
@@ -124,100 +127,92 @@ TEST(Mailbox55, WithoutAddressOrContainerNothingIsMade) {
   }
 }
 
-TEST(Mailbox55, IsMadeInTheContainerThatItsRowNames) {
-  MailSession world;
-  world.object("CN=Recipients")->Create("Container", "CN=Sales\\, North/South")->SetInfo();
+TEST_F(Mailbox55Creation, IsMadeInTheContainerThatItsRowNames) {
+  object("CN=Recipients")->Create("Container", "CN=Sales\\, North/South")->SetInfo();
   const std::string nested = "CN=Sales\\, North/South,CN=Recipients";
-  world.object(nested)->Create("Container", "CN=Inner")->SetInfo();
-  world.start_with(kRows);
-  world.session.form1.ListView8.at(0).sub_items = {"cn=Inner," + nested};
-  world.create();
-  EXPECT_EQ(world.object("CN=Jo.Smith,CN=Inner," + nested)->Get("uid").text(), "Jo.Smith");
+  object(nested)->Create("Container", "CN=Inner")->SetInfo();
+  start_with(kRows);
+  session.form1.ListView8.at(0).sub_items = {"cn=Inner," + nested};
+  create();
+  EXPECT_EQ(object("CN=Jo.Smith,CN=Inner," + nested)->Get("uid").text(), "Jo.Smith");
 }
 
-TEST(Mailbox55, ANameCannotLeaveItsPlace) {
-  MailSession world;
-  world.set("Setup", "SetupID", "%last%");
-  world.start_with({{"Container", "Recipients,OU"},
-                    {"Target-Address", "x@y"},
-                    {"MemberOf", "LDAP://EX55/CN=%first%,CN=Recipients,OU=Head Office,O=Tarnwick"}});
-  world.object("CN=Recipients")->Create("Container", "CN=a")->SetInfo();
-  world.create("All Staff,CN=Recipients", "Smith");
-  EXPECT_EQ(world.light(), "Error") << "a container of that name is not there";
-  EXPECT_THAT(world.log(), HasSubstr("CN=Recipients\\,OU,OU=Head Office"));
-  world.session.form1.ListView8.at(0).sub_items = {"Recipients"};
-  world.create("All Staff,CN=Recipients", "Jones");
-  EXPECT_EQ(world.colour(), controls::kYellow);
-  EXPECT_TRUE(world.object("CN=All Staff,CN=Recipients")->Members().empty());
+TEST_F(Mailbox55Creation, ANameCannotLeaveItsPlace) {
+  set("Setup", "SetupID", "%last%");
+  start_with({{"Container", "Recipients,OU"},
+              {"Target-Address", "x@y"},
+              {"MemberOf", "LDAP://EX55/CN=%first%,CN=Recipients,OU=Head Office,O=Tarnwick"}});
+  object("CN=Recipients")->Create("Container", "CN=a")->SetInfo();
+  create("All Staff,CN=Recipients", "Smith");
+  EXPECT_EQ(light(), "Error") << "a container of that name is not there";
+  EXPECT_THAT(log(), HasSubstr("CN=Recipients\\,OU,OU=Head Office"));
+  session.form1.ListView8.at(0).sub_items = {"Recipients"};
+  create("All Staff,CN=Recipients", "Jones");
+  EXPECT_EQ(colour(), controls::kYellow);
+  EXPECT_TRUE(object("CN=All Staff,CN=Recipients")->Members().empty());
 }
 
-TEST(Mailbox55, JoinsTheDistributionListsOfItsRows) {
-  MailSession world;
+TEST_F(Mailbox55Creation, JoinsTheDistributionListsOfItsRows) {
   const std::string list = "LDAP://%EXServer%/CN=All Staff,CN=Recipients,OU=%EXSite%,O=%EXOrg%";
   auto rows = with_row("MemberOf", list);
   rows.emplace_back("memberof", "LDAP://EX55/CN=None,CN=Recipients," + kPlace);
-  world.start_with(rows);
-  world.create();
-  EXPECT_EQ(world.colour(), controls::kYellow);
-  const auto members = world.object("CN=All Staff,CN=Recipients")->Members();
+  start_with(rows);
+  create();
+  EXPECT_EQ(colour(), controls::kYellow);
+  const auto members = object("CN=All Staff,CN=Recipients")->Members();
   ASSERT_EQ(members.size(), 1U);
   EXPECT_EQ(members.front()->Name(), "CN=Jo.Smith");
-  EXPECT_THAT(world.log(), HasSubstr("Adding to Distribution List\nMemberOf: LDAP://EX55/CN=All Staff,"));
+  EXPECT_THAT(log(), HasSubstr("Adding to Distribution List\nMemberOf: LDAP://EX55/CN=All Staff,"));
 }
 
-TEST(Mailbox55, AnExistingMailboxStaysAsItIs) {
-  MailSession world;
-  world.start_with(kRows);
-  const ObjectPtr old = world.object("CN=Recipients")->Create("OrganizationalPerson", "CN=jo.smith");
+TEST_F(Mailbox55Creation, AnExistingMailboxStaysAsItIs) {
+  start_with(kRows);
+  const ObjectPtr old = object("CN=Recipients")->Create("OrganizationalPerson", "CN=jo.smith");
   old->Put("info", "old");
   old->SetInfo();
-  world.create();
-  EXPECT_EQ(world.light(), "Error");
-  EXPECT_THAT(world.log(), HasSubstr("Error Number: 80071392\nFailed to set Target-Mail Address\n"));
-  EXPECT_EQ(world.of("jo.smith", "info"), "old");
-  EXPECT_EQ(world.of("jo.smith", "uid"), "");
+  create();
+  EXPECT_EQ(light(), "Error");
+  EXPECT_THAT(log(), HasSubstr("Error Number: 80071392\nFailed to set Target-Mail Address\n"));
+  EXPECT_EQ(of("jo.smith", "info"), "old");
+  EXPECT_EQ(of("jo.smith", "uid"), "");
 }
 
-TEST(Mailbox55, WithOwnCredentialsARefusedLogonIsReported) {
-  MailSession world;
-  world.start_with(kRows);
-  world.session.form1.Mail_Logon.value = 0;
-  world.session.form1.txtAdmin.text = std::string("TWK\\admin");
-  world.session.form1.txtPassword.text = std::string("not it");
-  world.create();
-  EXPECT_THAT(world.log(), HasSubstr("\nExchange Logon Error...\nFailed to create Mail Account\n"));
-  EXPECT_THAT(world.log(), Not(HasSubstr("Failed to Connect to")));
-  world.account("admin")->SetPassword("Right-2026");
-  world.session.form1.txtPassword.text = std::string("Right-2026");
-  world.create("Al");
-  EXPECT_EQ(world.of("Al.Smith", "uid"), "Al.Smith");
+TEST_F(Mailbox55Creation, WithOwnCredentialsARefusedLogonIsReported) {
+  start_with(kRows);
+  session.form1.Mail_Logon.value = 0;
+  session.form1.txtAdmin.text = std::string("TWK\\admin");
+  session.form1.txtPassword.text = std::string("not it");
+  create();
+  EXPECT_THAT(log(), HasSubstr("\nExchange Logon Error...\nFailed to create Mail Account\n"));
+  EXPECT_THAT(log(), Not(HasSubstr("Failed to Connect to")));
+  account("admin")->SetPassword("Right-2026");
+  session.form1.txtPassword.text = std::string("Right-2026");
+  create("Al");
+  EXPECT_EQ(of("Al.Smith", "uid"), "Al.Smith");
 }
 
-TEST(Mailbox55, TheProgramsOwnLogonDoesNotReadTheCredentials) {
-  MailSession world;
-  world.start_with(kRows);
-  world.session.form1.txtAdmin.text = std::string("nobody");
-  world.create();
-  EXPECT_EQ(world.of("Jo.Smith", "uid"), "Jo.Smith");
+TEST_F(Mailbox55Creation, TheProgramsOwnLogonDoesNotReadTheCredentials) {
+  start_with(kRows);
+  session.form1.txtAdmin.text = std::string("nobody");
+  create();
+  EXPECT_EQ(of("Jo.Smith", "uid"), "Jo.Smith");
 }
 
-TEST(Mailbox55, IsReachedAtThePortOfTheMailTab) {
-  MailSession world;
-  const ObjectPtr root = world.services.directory.GetObject("LDAP://EX55/O=Tarnwick");
+TEST_F(Mailbox55Creation, IsReachedAtThePortOfTheMailTab) {
+  const ObjectPtr root = services.directory.GetObject("LDAP://EX55/O=Tarnwick");
   root->Put("ldapPort", 390);
   root->SetInfo();
-  world.set("Mail", "LDAP_PORT", "390");
-  world.start_with(with_row("MemberOf", "LDAP://EX55:390/CN=All Staff,CN=Recipients," + kPlace));
-  world.create();
-  EXPECT_EQ(world.colour(), controls::kBlue) << world.log();
-  world.session.form1.PORT.text = std::string();
-  world.create("Al");
-  EXPECT_THAT(world.log(),
-              HasSubstr("Error Number: 8007203A\nFailed to Connect to: LDAP://EX55/CN=Recipients"));
+  set("Mail", "LDAP_PORT", "390");
+  start_with(with_row("MemberOf", "LDAP://EX55:390/CN=All Staff,CN=Recipients," + kPlace));
+  create();
+  EXPECT_EQ(colour(), controls::kBlue) << log();
+  session.form1.PORT.text = std::string();
+  create("Al");
+  EXPECT_THAT(log(), HasSubstr("Error Number: 8007203A\nFailed to Connect to: LDAP://EX55/CN=Recipients"));
 }
 
 /// The connection drops at the n-th write to the mail server.
-TEST(Mailbox55, ADroppedConnectionIsReportedWithTheStepItBroke) {
+TEST_F(Mailbox55Creation, ADroppedConnectionIsReportedWithTheStepItBroke) {
   const std::vector<std::pair<int, std::string>> steps = {{1, "Failed to set Target-Mail Address"},
                                                           {2, "Error setting default Settings"},
                                                           {3, "Error setting Security-Descriptor"},
@@ -267,7 +262,7 @@ TEST(MailboxPrompts, AreSkippedByAnImportThatSkipsThem) {
   }
 }
 
-TEST(Mailbox55, WithDebugTheLogAlsoHasAddressAndDescriptor) {
+TEST_F(Mailbox55Creation, WithDebugTheLogAlsoHasAddressAndDescriptor) {
   MailSession world(DomainKind::kNative, "/DEBUG");
   world.start_with(kRows);
   world.create();
