@@ -95,23 +95,13 @@ TEST_F(TerminalServerProperty, ReachesTheControllerInItsForm) {
     const char* value;
     WtsConfigClass setting;
     platform::WtsConfigValue stored;
-  } cases[] = {
-      {"WTSTerminalServerProfilePath", "\\\\FS1\\ts\\%UserName%", WtsConfigClass::kTerminalServerProfilePath,
-       "\\\\FS1\\ts\\jo"},
-      {"WTSTerminalServerHomeDir", "D:\\%username%", WtsConfigClass::kTerminalServerHomeDir, "D:\\jo"},
-      {"WTSTerminalServerHomeDirDrive", "W:", WtsConfigClass::kTerminalServerHomeDirDrive, "W:"},
-      {"WTSAllowLogonTerminalServer", "yes", WtsConfigClass::kAllowLogonTerminalServer, 1U},
-      {"WTSInheritInitialProgram", "TRUE", WtsConfigClass::kInheritInitialProgram, 1U},
-      {"WTSInitialProgram", "calc.exe", WtsConfigClass::kInitialProgram, "calc.exe"},
-      {"WTSWorkingDirectory", "C:\\, D:\\", WtsConfigClass::kWorkingDirectory, "C:\\, D:\\"},
-      {"WTSDeviceClientDrives", "No", WtsConfigClass::kDeviceClientDrives, 0U},
-      {"WTSDeviceClientPrinters", "false", WtsConfigClass::kDeviceClientPrinters, 0U},
-      {"WTSDeviceClientDefaultPrinter", "NO", WtsConfigClass::kDeviceClientDefaultPrinter, 0U},
-      {"WTSTimeoutConnections", "5 mins", WtsConfigClass::kTimeoutSettingsConnections, 300000U},
-      {"WTSTimeoutDisconnections", "1 HOUR", WtsConfigClass::kTimeoutSettingsDisconnections, 3600000U},
-      {"WTSTimeoutIdle", "2 days", WtsConfigClass::kTimeoutSettingsIdle, 172800000U},
-      {"WTSTimeoutIdle", "Never", WtsConfigClass::kTimeoutSettingsIdle, 0U},
-      {"WTSWorkingDirectory", "", WtsConfigClass::kWorkingDirectory, ""}};
+  } cases[] = {{"WTSTerminalServerProfilePath", "\\\\FS1\\ts\\%UserName%",
+                WtsConfigClass::kTerminalServerProfilePath, "\\\\FS1\\ts\\jo"},
+               {"WTSAllowLogonTerminalServer", "yes", WtsConfigClass::kAllowLogonTerminalServer, 1U},
+               {"WTSInheritInitialProgram", "TRUE", WtsConfigClass::kInheritInitialProgram, 1U},
+               {"WTSTimeoutConnections", "5 mins", WtsConfigClass::kTimeoutSettingsConnections, 300000U},
+               {"WTSTimeoutIdle", "Never", WtsConfigClass::kTimeoutSettingsIdle, 0U},
+               {"WTSWorkingDirectory", "", WtsConfigClass::kWorkingDirectory, ""}};
   for (const auto& one : cases) {
     change({"jo"}, one.property, one.value);
     EXPECT_EQ(services.network.WTSQueryUserConfig("", "jo", one.setting), one.stored)

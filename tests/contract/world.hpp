@@ -4,13 +4,13 @@
 #include <memory>
 #include <string>
 
-#include "base/errors.hpp"
 #include "platform/adsi.hpp"
 #include "platform/directory.hpp"
 #include "platform/files.hpp"
 #include "platform/network.hpp"
 #include "platform/query.hpp"
 #include "platform/security.hpp"
+#include "support/number_of.hpp"
 
 /// The contract suites run against any implementation of the seam: each asks a `World` for a domain.
 namespace twk::contract {
@@ -40,13 +40,7 @@ class World {
 
 using MakeWorld = std::unique_ptr<World> (*)();
 
-/// The number that `step` raises; 0 when it succeeds.
-template <typename Step>
-std::uint32_t number_of(Step&& step) {
-  base::Trap trap;
-  trap(std::forward<Step>(step));
-  return trap.number();
-}
+using test::number_of;
 
 inline platform::ObjectPtr get_entry(World& world, const std::string& dn) {
   return world.directory().GetObject("LDAP://" + world.domain() + "/" + dn);

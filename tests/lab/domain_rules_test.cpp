@@ -246,16 +246,6 @@ TEST_F(LabRules, BatchIsSeenByOtherProgramsBeforeItEnds) {
   batch.commit();
 }
 
-TEST_F(LabRules, SharedFolderIsNotRemoved) {
-  auto& files = w_.files();
-  const auto share = w_.directory().GetObject("WinNT://FS1/lanmanserver")->Create("fileshare", "Homes");
-  share->Put("Path", "D:\\Users");
-  share->SetInfo();
-  EXPECT_EQ(number_of([&] { files.remove("\\\\FS1\\D$\\users"); }), base::error::kPathFileAccess);
-  const std::string record = test::get_file((w_.folder() / "servers/FS1/server.journal.ldif").string());
-  EXPECT_NE(record.find("path: D:\\Users"), std::string::npos) << record;
-}
-
 TEST_F(LabRules, ShareNeedsAFolderAndAName) {
   const auto server = w_.directory().GetObject("WinNT://FS1/lanmanserver");
   const struct {

@@ -7,16 +7,20 @@
 #include <filesystem>
 #include <fstream>
 
-#include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/directory.hpp"
 #include "session/editor_windows.hpp"
+#include "support/number_of.hpp"
+#include "support/temporary_directory.hpp"
 
 namespace twk::lab {
 namespace {
 
 namespace fs = std::filesystem;
 namespace ads_error = platform::ads_error;
+using test::get_file;
+using test::number_of;
+using test::put_file;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -28,21 +32,6 @@ constexpr const char* kWorld =
     "dn: OU=West,DC=twk,DC=test\nobjectClass: organizationalUnit\nou: West\n\n"
     "dn: CN=Ann,OU=West,DC=twk,DC=test\nobjectClass: top\nobjectClass: user\ncn: Ann\nname: Ann\n"
     "sAMAccountName: ann\nuserPrincipalName: ann@twk.test\nobjectSid:: AQID\nprimaryGroupID: 513\n\n";
-
-std::string read_file(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void write_file(const fs::path& path, std::string_view text) {
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
-}
-
-std::uint32_t error_of(const std::function<void()>& step) {
-  base::Trap trap;
-  trap(step);
-  return trap.number();
-}
 
 /// Permissions do not bind root, so a test run by root becomes another user for a scope.
 class OrdinaryUser {
@@ -63,19 +52,10 @@ class OrdinaryUser {
 
 class EntryStoreTest : public testing::Test {
  protected:
-  EntryStoreTest() {
-    std::string pattern = (fs::temp_directory_path() / "twk-store-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-    write_file(folder_ / "domain.ldif", kWorld);
-  }
-  ~EntryStoreTest() override {
-    std::error_code ignored;
-    fs::permissions(folder_, fs::perms::owner_all, ignored);
-    fs::remove_all(folder_, ignored);
-  }
+  EntryStoreTest() { put_file(folder_ / "domain.ldif", kWorld); }
 
   std::unique_ptr<EntryStore> open() {
-    return open_entry_store(folder_, "domain",
+    return open_entry_store(folder_.path(), "domain",
                             [this](const std::string& text) { warnings_.push_back(text); });
   }
   static void add_user(EntryStore& store, const std::string& name, const std::string& parent) {
@@ -94,9 +74,9 @@ class EntryStoreTest : public testing::Test {
     });
     return names;
   }
-  [[nodiscard]] fs::path journal() const { return folder_ / "domain.journal.ldif"; }
+  [[nodiscard]] std::string journal() const { return folder_ / "domain.journal.ldif"; }
 
-  fs::path folder_;
+  test::TemporaryDirectory folder_;
   std::vector<std::string> warnings_;
   const std::string domain_ = "DC=twk,DC=test";
   const std::string west_ = "OU=West,DC=twk,DC=test";
@@ -113,7 +93,7 @@ TEST_F(EntryStoreTest, EntriesAreFoundByEveryKeyInAnySpelling) {
   EXPECT_EQ(store->find_sid("\1\2\3"), ann);
   EXPECT_THAT(store->with_primary_group("513"), ElementsAre(ann));
   EXPECT_EQ(store->find("CN=Bob," + west_), nullptr);
-  EXPECT_EQ(error_of([&] { (void)store->find("no name"); }), ads_error::kInvalidDn);
+  EXPECT_EQ(number_of([&] { (void)store->find("no name"); }), ads_error::kInvalidDn);
   EXPECT_EQ(store->size(), 4U);
 }
 
@@ -149,25 +129,25 @@ TEST_F(EntryStoreTest, WhatBreaksTheStructureIsRefusedWithItsNumber) {
   const std::string before = exported(*store);
   const auto modify = [&](const std::string& dn, ModifyKind kind, const std::string& name,
                           const std::string& value) {
-    return error_of([&] { store->modify(dn, {{kind, name, {value}}}, nullptr); });
+    return number_of([&] { store->modify(dn, {{kind, name, {value}}}, nullptr); });
   };
-  EXPECT_EQ(error_of([&] { store->add("CN=x,OU=None," + domain_, {}, nullptr); }), ads_error::kNoSuchObject);
-  EXPECT_EQ(error_of([&] { store->add("cn=ANN, ou=west," + domain_, {}, nullptr); }),
+  EXPECT_EQ(number_of([&] { store->add("CN=x,OU=None," + domain_, {}, nullptr); }), ads_error::kNoSuchObject);
+  EXPECT_EQ(number_of([&] { store->add("cn=ANN, ou=west," + domain_, {}, nullptr); }),
             ads_error::kObjectExists);
-  EXPECT_EQ(error_of([&] { store->add("Ann", {}, nullptr); }), ads_error::kInvalidDn);
-  EXPECT_EQ(error_of([&] {
+  EXPECT_EQ(number_of([&] { store->add("Ann", {}, nullptr); }), ads_error::kInvalidDn);
+  EXPECT_EQ(number_of([&] {
               store->add("CN=x," + west_, {{"a:b", {"c"}}}, nullptr);
             }),
             ads_error::kNoSuchAttribute);
-  EXPECT_EQ(error_of([&] {
+  EXPECT_EQ(number_of([&] {
               store->add("CN=x," + west_, {{"member", {"CN=No," + west_}}}, nullptr);
             }),
             ads_error::kNoSuchObject);
-  EXPECT_EQ(error_of([&] { store->remove(west_, nullptr); }), ads_error::kNotOnNonLeaf);
-  EXPECT_EQ(error_of([&] { store->remove("CN=No," + west_, nullptr); }), ads_error::kNoSuchObject);
-  EXPECT_EQ(error_of([&] { store->rename(ann_, "CN=Staff", domain_, nullptr); }), ads_error::kObjectExists);
-  EXPECT_EQ(error_of([&] { store->rename(ann_, "CN=a,CN=b", "", nullptr); }), ads_error::kInvalidDn);
-  EXPECT_EQ(error_of([&] { store->rename(west_, "OU=West", ann_, nullptr); }), ads_error::kUnwilling);
+  EXPECT_EQ(number_of([&] { store->remove(west_, nullptr); }), ads_error::kNotOnNonLeaf);
+  EXPECT_EQ(number_of([&] { store->remove("CN=No," + west_, nullptr); }), ads_error::kNoSuchObject);
+  EXPECT_EQ(number_of([&] { store->rename(ann_, "CN=Staff", domain_, nullptr); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { store->rename(ann_, "CN=a,CN=b", "", nullptr); }), ads_error::kInvalidDn);
+  EXPECT_EQ(number_of([&] { store->rename(west_, "OU=West", ann_, nullptr); }), ads_error::kUnwilling);
   EXPECT_EQ(modify(staff_, ModifyKind::kAdd, "member", "cn=ann," + west_), ads_error::kObjectExists);
   EXPECT_EQ(modify(staff_, ModifyKind::kDelete, "member", west_), ads_error::kMemberNotInGroup);
   EXPECT_EQ(modify(ann_, ModifyKind::kAdd, "objectClass", "USER"), ads_error::kConstraint);
@@ -184,7 +164,7 @@ TEST_F(EntryStoreTest, LaterModificationsSeeEarlierOnesAndAllOrNoneAreMade) {
   EXPECT_THAT(store->find(ann_)->values("mail"), ElementsAre("b"));
   store->modify(staff_, {{ModifyKind::kDelete, "member", {}}, {ModifyKind::kAdd, "member", {ann_}}}, nullptr);
   EXPECT_THAT(store->find(staff_)->values("member"), ElementsAre(ann_));
-  EXPECT_EQ(error_of([&] {
+  EXPECT_EQ(number_of([&] {
               store->modify(ann_, {{ModifyKind::kReplace, "mail", {"c"}}, {ModifyKind::kDelete, "fax", {}}},
                             nullptr);
             }),
@@ -195,7 +175,7 @@ TEST_F(EntryStoreTest, LaterModificationsSeeEarlierOnesAndAllOrNoneAreMade) {
 TEST_F(EntryStoreTest, AGuardThatRefusesLeavesAllAsItWas) {
   const auto store = open();
   const auto refuse = [] { throw base::RuntimeError(ads_error::kObjectExists, "in use"); };
-  EXPECT_EQ(error_of([&] { store->add("CN=x," + west_, {}, refuse); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { store->add("CN=x," + west_, {}, refuse); }), ads_error::kObjectExists);
   EXPECT_EQ(store->size(), 4U);
   EXPECT_EQ(exported(*open()), exported(*store));
 }
@@ -257,9 +237,8 @@ TEST_F(EntryStoreTest, MembershipsVanishWithEitherSide) {
 }
 
 TEST_F(EntryStoreTest, ALinkToNothingIsTextUntilAnEntryGetsThatName) {
-  write_file(folder_ / "domain.ldif", std::string(kWorld) + "dn: CN=Lone," + domain_ +
-                                          "\nmemberOf: CN=Late," + domain_ +
-                                          "\nmember;range=0-1499: not a name\n\n");
+  put_file(folder_ / "domain.ldif", std::string(kWorld) + "dn: CN=Lone," + domain_ + "\nmemberOf: CN=Late," +
+                                        domain_ + "\nmember;range=0-1499: not a name\n\n");
   const auto store = open();
   EXPECT_THAT(store->find("CN=Lone," + domain_)->values("memberOf"), ElementsAre("CN=Late," + domain_));
   EXPECT_THAT(store->find("CN=Lone," + domain_)->values("member"), ElementsAre("not a name"));
@@ -271,8 +250,8 @@ TEST_F(EntryStoreTest, ALinkToNothingIsTextUntilAnEntryGetsThatName) {
 }
 
 TEST_F(EntryStoreTest, ChildrenBeforeTheirParentInAFileAreAccepted) {
-  write_file(folder_ / "domain.ldif",
-             "dn: CN=a,OU=x,DC=t\ncn: a\n\ndn: OU=x,DC=t\nou: x\n\ndn: DC=t\ndc: t\n\n");
+  put_file(folder_ / "domain.ldif",
+           "dn: CN=a,OU=x,DC=t\ncn: a\n\ndn: OU=x,DC=t\nou: x\n\ndn: DC=t\ndc: t\n\n");
   const auto store = open();
   EXPECT_THAT(store->roots(), ElementsAre(store->find("DC=t")));
   std::vector<std::string> names;
@@ -295,26 +274,26 @@ TEST_F(EntryStoreTest, TwoStoresOnOneFolderSeeEachOthersChanges) {
     if (one->find_account("cid") != nullptr)
       throw base::RuntimeError(ads_error::kObjectExists, "in use");
   };
-  EXPECT_EQ(error_of([&] { one->add("CN=other," + west_, {}, unique); }), ads_error::kObjectExists);
-  EXPECT_EQ(error_of([&] { add_user(*one, "cid", west_); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { one->add("CN=other," + west_, {}, unique); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { add_user(*one, "cid", west_); }), ads_error::kObjectExists);
   EXPECT_EQ(exported(*one), exported(*two));
 }
 
 TEST_F(EntryStoreTest, ATornTailIsDroppedWithAWarningWhereverItsCutIs) {
   const auto store = open();
   add_user(*store, "bob", west_);
-  const std::string whole = read_file(journal());
+  const std::string whole = get_file(journal());
   const std::string state = exported(*store);
   store->modify(ann_, {{ModifyKind::kReplace, "mail", {"a", "b"}}, {ModifyKind::kReplace, "title", {"x"}}},
                 nullptr);
-  const std::string longer = read_file(journal());
+  const std::string longer = get_file(journal());
   for (std::size_t size = whole.size() + 1; size < longer.size(); ++size) {
-    write_file(journal(), longer.substr(0, size));
+    put_file(journal(), longer.substr(0, size));
     warnings_.clear();
     const auto again = open();
     ASSERT_EQ(exported(*again), state) << size;
     ASSERT_THAT(warnings_, ElementsAre(HasSubstr("domain.journal.ldif"))) << size;
-    ASSERT_EQ(read_file(journal()), whole) << size;
+    ASSERT_EQ(get_file(journal()), whole) << size;
   }
 }
 
@@ -331,16 +310,16 @@ TEST_F(EntryStoreTest, DamageInTheMidstOfTheJournalIsAnErrorWithItsLine) {
   const auto store = open();
   add_user(*store, "bob", west_);
   add_user(*store, "cid", west_);
-  std::string text = read_file(journal());
+  std::string text = get_file(journal());
   text[text.find("bob")] = 'B';
-  write_file(journal(), text);
+  put_file(journal(), text);
   try {
     (void)open();
     FAIL() << "no error";
   } catch (const base::RuntimeError& failure) {
     EXPECT_THAT(failure.description(), HasSubstr("domain.journal.ldif: Line 3:"));
   }
-  EXPECT_EQ(read_file(journal()), text);
+  EXPECT_EQ(get_file(journal()), text);
 }
 
 TEST_F(EntryStoreTest, FaultsInAFileNameItAndTheLine) {
@@ -349,7 +328,7 @@ TEST_F(EntryStoreTest, FaultsInAFileNameItAndTheLine) {
       {"dn: DC=t\nnonsense\n", "domain.ldif: Line 2: A line without a colon"},
       {"dn: nothing\n", "domain.ldif: Line 1: Not a distinguished name"}};
   for (const auto& [text, message] : cases) {
-    write_file(folder_ / "domain.ldif", text);
+    put_file(folder_ / "domain.ldif", text);
     base::Trap trap;
     trap([&] { (void)open(); });
     EXPECT_THAT(trap.description(), HasSubstr(message));
@@ -376,7 +355,7 @@ TEST_F(LargeJournalTest, IsFoldedInAtOpenAndOtherStoresNotice) {
   const auto second = open();
   EXPECT_LT(fs::file_size(journal()), 100U);
   EXPECT_EQ(exported(*second), state);
-  EXPECT_THAT(read_file(folder_ / "domain.ldif"),
+  EXPECT_THAT(get_file(folder_ / "domain.ldif"),
               testing::StartsWith("# generation 1\n\ndn: DC=twk,DC=test\n"));
   add_user(*first, "bob", west_);
   second->refresh();
@@ -391,11 +370,11 @@ TEST_F(LargeJournalTest, IsNotAppliedTwiceAfterACrashBetweenFoldingAndEmptying) 
   fill(*early);
   const auto late = open();
   const std::string old_journal = "# generation 0\n\ndn: CN=bob," + west_ + "\nchangetype: add\n# end\n\n";
-  write_file(journal(), old_journal);
+  put_file(journal(), old_journal);
   const auto store = open();
   EXPECT_EQ(exported(*store), exported(*late));
   add_user(*store, "cid", west_);
-  EXPECT_THAT(read_file(journal()), HasSubstr("# generation 1\n\ndn: CN=cid"));
+  EXPECT_THAT(get_file(journal()), HasSubstr("# generation 1\n\ndn: CN=cid"));
   add_user(*early, "dan", west_);
   store->refresh();
   EXPECT_EQ(exported(*early), exported(*store));
@@ -404,7 +383,7 @@ TEST_F(LargeJournalTest, IsNotAppliedTwiceAfterACrashBetweenFoldingAndEmptying) 
 
 TEST_F(EntryStoreTest, AJournalWithTornFirstLinesIsAccepted) {
   for (const std::string_view torn : {"", "# gen", "# generation 0\n"}) {
-    write_file(journal(), torn);
+    put_file(journal(), torn);
     const auto store = open();
     add_user(*store, "bob", west_);
     EXPECT_EQ(exported(*open()), exported(*store)) << torn;
@@ -412,20 +391,20 @@ TEST_F(EntryStoreTest, AJournalWithTornFirstLinesIsAccepted) {
 }
 
 TEST_F(EntryStoreTest, AMissingFolderIsNotOpened) {
-  EXPECT_EQ(error_of([] { (void)open_entry_store("/no/such/folder", "domain", nullptr); }),
+  EXPECT_EQ(number_of([] { (void)open_entry_store("/no/such/folder", "domain", nullptr); }),
             base::error::kPathNotFound);
 }
 
 TEST_F(EntryStoreTest, AJournalOfAnotherDirectoryIsRefused) {
-  write_file(journal(), "# generation 7\n\n");
-  EXPECT_EQ(error_of([&] { (void)open(); }), base::error::kPathFileAccess);
+  put_file(journal(), "# generation 7\n\n");
+  EXPECT_EQ(number_of([&] { (void)open(); }), base::error::kPathFileAccess);
 }
 
 TEST_F(EntryStoreTest, AFullDiskLeavesFileAndMemoryAsTheyWere) {
   const auto store = open();
   add_user(*store, "bob", west_);
   const std::string state = exported(*store);
-  const std::string before = read_file(journal());
+  const std::string before = get_file(journal());
   rlimit old_limit{};
   getrlimit(RLIMIT_FSIZE, &old_limit);
   const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
@@ -438,7 +417,7 @@ TEST_F(EntryStoreTest, AFullDiskLeavesFileAndMemoryAsTheyWere) {
   EXPECT_EQ(trap.number(), base::error::kDiskFull);
   EXPECT_THAT(trap.description(), HasSubstr("domain.journal.ldif"));
   EXPECT_EQ(exported(*store), state);
-  EXPECT_EQ(read_file(journal()), before);
+  EXPECT_EQ(get_file(journal()), before);
   add_user(*store, "cid", west_);
   EXPECT_EQ(exported(*open()), exported(*store));
 }
@@ -451,12 +430,12 @@ TEST_F(EntryStoreTest, TheJournalIsForItsOwnerOnly) {
 }
 
 TEST_F(EntryStoreTest, AReadOnlyFolderIsReadAndWritesAreRefused) {
-  fs::permissions(
-      folder_, fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write));
+  fs::permissions(folder_.path(), fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write |
+                                                     fs::perms::others_write));
   const OrdinaryUser user;
   const auto store = open();
   EXPECT_NE(store->find_account("ann"), nullptr);
-  EXPECT_EQ(error_of([&] { add_user(*store, "bob", west_); }), base::error::kPermissionDenied);
+  EXPECT_EQ(number_of([&] { add_user(*store, "bob", west_); }), base::error::kPermissionDenied);
   EXPECT_EQ(store->size(), 4U);
 }
 

@@ -1,15 +1,6 @@
 #include <fstream>
 
-#include "contract/network_contract.hpp"
-#include "contract/security_contract.hpp"
 #include "lab_world.hpp"
-
-namespace twk::contract {
-
-INSTANTIATE_TEST_SUITE_P(Lab, SecurityContract, testing::Values(&test::make_lab_world));
-INSTANTIATE_TEST_SUITE_P(Lab, NetworkContract, testing::Values(&test::make_lab_world));
-
-}  // namespace twk::contract
 
 namespace twk::lab {
 namespace {

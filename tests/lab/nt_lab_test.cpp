@@ -65,15 +65,5 @@ TEST_F(NtLab, DomainUsersHoldsThoseWhosePrimaryGroupItIs) {
   EXPECT_TRUE(get_account(w_, "Domain Users")->IsMember("WinNT://TWK/tester"));
 }
 
-TEST_F(NtLab, RenamedAccountIsKnownOnlyByItsNewName) {
-  const auto domain = w_.directory().GetObject("WinNT://TWK");
-  domain->Create("User", "old")->SetInfo();
-  domain->MoveHere("WinNT://TWK/old", "new");
-  EXPECT_EQ(number_of([&] { get_account(w_, "old"); }), ads_error::kUserNotFound);
-  domain->Create("User", "old")->SetInfo();
-  EXPECT_EQ(number_of([&] { domain->MoveHere("WinNT://TWK/new", "old"); }), ads_error::kUserExists);
-  EXPECT_EQ(get_account(w_, "new")->Name(), "new");
-}
-
 }  // namespace
 }  // namespace twk::lab

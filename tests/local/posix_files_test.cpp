@@ -6,7 +6,7 @@
 #include <chrono>
 #include <thread>
 
-#include "base/errors.hpp"
+#include "support/number_of.hpp"
 #include "support/other_process.hpp"
 #include "support/temporary_directory.hpp"
 
@@ -14,16 +14,9 @@ namespace twk::local {
 namespace {
 
 using test::get_file;
+using test::number_of;
 using test::OtherProcess;
 using test::put_file;
-
-/// The number that `step` raises; 0 when it succeeds.
-template <typename Step>
-std::uint32_t number_of(Step step) {
-  base::Trap trap;
-  trap(step);
-  return trap.number();
-}
 
 mode_t mode_of(const std::string& path) {
   struct stat status {};

@@ -1,38 +1,28 @@
 #include "mail/create_mailbox2000.hpp"
 
 #include "mail/delete_mailbox.hpp"
-#include "session/form1.hpp"
-#include "support/lab_session.hpp"
-#include "windows/create_user.hpp"
+#include "mail_session.hpp"
 
 namespace twk::mail {
 namespace {
 
 using lab::DomainKind;
-using test::LabSession;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 /// A lab session whose site has the lab's Exchange 2000 server.
-class StoreSession : public LabSession {
+class StoreSession : public test::MailSession {
  public:
   explicit StoreSession(DomainKind kind = DomainKind::kNative, std::string_view command_line = "")
-      : LabSession(kind, command_line) {
+      : MailSession(kind, command_line) {
     site.Exchange2000 = true;
     site.ExchangeServer = "EX2K";
-    site.ExchangeOrg = "Tarnwick";
     site.ExchangeSite = "First Storage Group";
     site.MailStore = "Mailbox Store";
   }
   void add_row(const std::string& name, const std::string& value, const std::string& kind = "MAIL") {
     session.form1.ListView7.add({}, name, kind, {value});
   }
-  void create() {
-    type_names("Jo", "", "Smith");
-    windows::CreateUser_Click(session);
-  }
-  [[nodiscard]] std::string light() const { return session.form1.MailAccount.caption; }
-  [[nodiscard]] std::int32_t colour() const { return session.form1.MailAccount.colour; }
 };
 
 TEST(StorePath, NamesTheStoreBelowTheFirstAdministrativeGroup) {

@@ -2,20 +2,14 @@
 
 #include <gmock/gmock.h>
 
-#include "base/errors.hpp"
+#include "support/number_of.hpp"
 
 namespace twk::platform {
 namespace {
 
 using base::Bytes;
+using test::number_of;
 using testing::ElementsAre;
-
-template <typename Step>
-std::uint32_t number_of_failure(Step step) {
-  base::Trap trap;
-  trap(step);
-  return trap.number();
-}
 
 /// Two entries of 20 and 24 bytes, and 4 bytes of room.
 const Bytes kList = {2, 0, 56, 0, 2, 0, 0,  0, /**/ 0, 3,      20,   0,  0x89, 0, 0x12, 0, 1, 1, 0,
@@ -38,7 +32,7 @@ TEST(Acl, AListIsReadAndWrittenByteByByte) {
 TEST(Acl, NoBeginningOfAListIsReadBeyondItsEnd) {
   for (std::size_t size = 0; size < kList.size(); ++size) {
     const Bytes part(kList.begin(), kList.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_EQ(number_of_failure([&] { Acl::decode(part); }), security_error::kInvalidAcl) << size;
+    EXPECT_EQ(number_of([&] { Acl::decode(part); }), security_error::kInvalidAcl) << size;
   }
   Bytes longer = kList;
   longer.insert(longer.end(), 8, 0xFF);
@@ -58,7 +52,7 @@ TEST(Acl, ASizeOrCountThatDoesNotFitIsRefused) {
   for (const auto& [at, byte, what] : cases) {
     Bytes bytes = kList;
     bytes[at] = byte;
-    EXPECT_EQ(number_of_failure([&] { Acl::decode(bytes); }), security_error::kInvalidAcl)
+    EXPECT_EQ(number_of([&] { Acl::decode(bytes); }), security_error::kInvalidAcl)
         << what << " " << at << " " << static_cast<int>(byte);
   }
 }
@@ -68,8 +62,8 @@ TEST(Acl, AListHasTheSizeAndRevisionThatItIsMadeWith) {
   EXPECT_EQ(Acl(12, 4).encode(), Bytes({4, 0, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
   EXPECT_EQ(Acl(65535).encode().size(), 65535U);
   for (const std::size_t size : {std::size_t{0}, std::size_t{7}, std::size_t{65536}})
-    EXPECT_EQ(number_of_failure([&] { Acl list(size); }), security_error::kInvalidAcl) << size;
-  EXPECT_EQ(number_of_failure([] { Acl list(8, 1); }), security_error::kInvalidAcl);
+    EXPECT_EQ(number_of([&] { Acl list(size); }), security_error::kInvalidAcl) << size;
+  EXPECT_EQ(number_of([] { Acl list(8, 1); }), security_error::kInvalidAcl);
 }
 
 TEST(Acl, AnEntryIsPutBeforeTheOneAtItsPlaceAndOnlyIfThereIsRoom) {
@@ -79,11 +73,11 @@ TEST(Acl, AnEntryIsPutBeforeTheOneAtItsPlaceAndOnlyIfThereIsRoom) {
   list.add(0, entry(2));
   list.add(7, entry(3));
   EXPECT_THAT(list.entries(), ElementsAre(entry(2), entry(1), entry(3)));
-  EXPECT_EQ(number_of_failure([&] { list.add(0, entry(4)); }), security_error::kAllottedSpaceExceeded);
+  EXPECT_EQ(number_of([&] { list.add(0, entry(4)); }), security_error::kAllottedSpaceExceeded);
   EXPECT_EQ(list.entries().size(), 3U);
   EXPECT_EQ(Acl::decode(list.encode()), list);
   Acl narrow(8 + 19);
-  EXPECT_EQ(number_of_failure([&] { narrow.add(0, entry(1)); }), security_error::kAllottedSpaceExceeded);
+  EXPECT_EQ(number_of([&] { narrow.add(0, entry(1)); }), security_error::kAllottedSpaceExceeded);
 }
 
 /// An entry of the type: mask 0x0201, what precedes the account, the account "Everyone", a tail.
@@ -134,7 +128,7 @@ TEST(Ace, AnEntryThatIsTooShortHasNoAccount) {
 TEST(Ace, BytesThatDoNotHoldTheEntryAreRefused) {
   for (const Bytes& bytes : {Bytes{}, Bytes{0, 0, 4}, Bytes{0, 0, 3, 0}, Bytes{0, 0, 0, 0, 0, 0},
                              Bytes{0, 0, 8, 0, 1, 0, 0}, Bytes{0, 0, 4, 1}})
-    EXPECT_EQ(number_of_failure([&] { Ace::decode(bytes); }), security_error::kInvalidAcl);
+    EXPECT_EQ(number_of([&] { Ace::decode(bytes); }), security_error::kInvalidAcl);
 }
 
 }  // namespace

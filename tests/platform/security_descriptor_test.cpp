@@ -2,13 +2,14 @@
 
 #include <gmock/gmock.h>
 
-#include "base/errors.hpp"
 #include "base/text.hpp"
+#include "support/number_of.hpp"
 
 namespace twk::platform {
 namespace {
 
 using base::Bytes;
+using test::number_of;
 using testing::ElementsAre;
 
 /// The example of [MS-DTYP] 2.5.1.4: "O:BAG:BAD:P(A;CIOI;GRGX;;;BU)(A;CIOI;GA;;;BA)(A;CIOI;GA;;;SY)
@@ -39,13 +40,6 @@ Bytes from_hex(std::string_view text) {
       bytes.back() = static_cast<std::uint8_t>(bytes.back() | *digit);
   }
   return bytes;
-}
-
-template <typename Step>
-std::uint32_t number_of_failure(Step step) {
-  base::Trap trap;
-  trap(step);
-  return trap.number();
 }
 
 TEST(SecurityDescriptor, ThePublishedExampleIsReadAndWrittenByteByByte) {
@@ -102,7 +96,7 @@ TEST(SecurityDescriptor, NoBeginningIsReadBeyondItsEnd) {
   const Bytes example = from_hex(kExample);
   for (std::size_t size = 0; size < example.size(); ++size) {
     const Bytes part(example.begin(), example.begin() + static_cast<std::ptrdiff_t>(size));
-    const std::uint32_t failure = number_of_failure([&] { SecurityDescriptor::decode(part); });
+    const std::uint32_t failure = number_of([&] { SecurityDescriptor::decode(part); });
     EXPECT_TRUE(failure >= security_error::kInvalidAcl && failure <= security_error::kInvalidDescriptor)
         << size;
   }
@@ -125,7 +119,7 @@ TEST(SecurityDescriptor, APartOutsideOrOfAnotherFormIsRefusedByItsNumber) {
   for (const auto& [at, byte, number] : cases) {
     Bytes bytes = from_hex(kExample);
     bytes[at] = byte;
-    EXPECT_EQ(number_of_failure([&] { SecurityDescriptor::decode(bytes); }), number)
+    EXPECT_EQ(number_of([&] { SecurityDescriptor::decode(bytes); }), number)
         << at << " " << static_cast<int>(byte);
   }
 }

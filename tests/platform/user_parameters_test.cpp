@@ -4,12 +4,13 @@
 
 #include <fstream>
 
-#include "base/errors.hpp"
+#include "support/number_of.hpp"
 
 namespace twk::platform {
 namespace {
 
 using base::Bytes;
+using test::number_of;
 using enum WtsConfigClass;
 
 /// A value that tests/tools/user_parameters.py has made.
@@ -18,13 +19,6 @@ Bytes made(const std::string& name) {
                      std::ios::binary);
   EXPECT_TRUE(file) << name;
   return {std::istreambuf_iterator<char>(file), {}};
-}
-
-template <typename Step>
-std::uint32_t number_of_failure(Step step) {
-  base::Trap trap;
-  trap(step);
-  return trap.number();
 }
 
 WtsConfigValue text(std::string_view words) {
@@ -125,7 +119,7 @@ TEST(UserParameters, SettingsWithoutTheMarkerDoNotCountEvenAfterAChange) {
 TEST(UserParameters, AnotherProgramsAttributeIsLeftAlone) {
   UserParameters parameters = UserParameters::decode(made("foreign"));
   EXPECT_EQ(wts_setting(parameters, kDeviceClientDrives), number(1));
-  EXPECT_EQ(number_of_failure([&] { set_wts_setting(parameters, kDeviceClientDrives, 0U); }), 13U);
+  EXPECT_EQ(number_of([&] { set_wts_setting(parameters, kDeviceClientDrives, 0U); }), 13U);
   EXPECT_EQ(parameters.encode(), made("foreign"));
 }
 
@@ -140,23 +134,23 @@ TEST(UserParameters, NoBeginningOfTheAttributeIsReadBeyondItsEnd) {
   for (std::size_t size = 0; size < complete.size(); ++size) {
     // A copy of exactly this size lets the sanitizers detect a read past its end.
     const Bytes part(complete.begin(), complete.begin() + static_cast<std::ptrdiff_t>(size));
-    const std::uint32_t failure = number_of_failure([&] { UserParameters::decode(part); });
+    const std::uint32_t failure = number_of([&] { UserParameters::decode(part); });
     EXPECT_TRUE(failure == 0 || failure == user_parameters_error::kInvalidData) << size;
     refused += failure == 0 ? 0U : 1U;
   }
   EXPECT_GT(refused, complete.size() / 2);
   for (const char* const name : {"count-too-large", "value-beyond-the-end"})
-    EXPECT_EQ(number_of_failure([&] { UserParameters::decode(made(name)); }), 13U) << name;
+    EXPECT_EQ(number_of([&] { UserParameters::decode(made(name)); }), 13U) << name;
 }
 
 TEST(UserParameters, AStoredValueThatIsNotANumberIsRefusedAndCanBeReplaced) {
   UserParameters parameters = UserParameters::decode(made("complete"));
   parameters.TSPropertyArray.at(6).PropValue = {'0', 'x'};
-  EXPECT_EQ(number_of_failure([&] { wts_setting(parameters, kTimeoutSettingsConnections); }), 13U);
+  EXPECT_EQ(number_of([&] { wts_setting(parameters, kTimeoutSettingsConnections); }), 13U);
   set_wts_setting(parameters, kTimeoutSettingsConnections, 5U);
   EXPECT_EQ(wts_setting(parameters, kTimeoutSettingsConnections), number(5));
   UserParameters flags = UserParameters::decode(made("no-digits"));
-  EXPECT_EQ(number_of_failure([&] { set_wts_setting(flags, kDeviceClientDrives, 0U); }), 13U);
+  EXPECT_EQ(number_of([&] { set_wts_setting(flags, kDeviceClientDrives, 0U); }), 13U);
 }
 
 TEST(UserParameters, AValueOfTheWrongKindIsRefusedAndChangesNothing) {
@@ -177,11 +171,11 @@ TEST(UserParameters, AValueOfTheWrongKindIsRefusedAndChangesNothing) {
                {static_cast<WtsConfigClass>(-1), text("x")}};
   for (const auto& [setting, value] : cases) {
     UserParameters parameters;
-    EXPECT_EQ(number_of_failure([&] { set_wts_setting(parameters, setting, value); }), 87U)
+    EXPECT_EQ(number_of([&] { set_wts_setting(parameters, setting, value); }), 87U)
         << static_cast<int>(setting);
     EXPECT_EQ(parameters, UserParameters());
   }
-  EXPECT_EQ(number_of_failure([] { wts_setting({}, static_cast<WtsConfigClass>(19)); }), 87U);
+  EXPECT_EQ(number_of([] { wts_setting({}, static_cast<WtsConfigClass>(19)); }), 87U);
 }
 
 TEST(UserParameters, MoreThanTheAttributeHoldsIsRefused) {
@@ -189,7 +183,7 @@ TEST(UserParameters, MoreThanTheAttributeHoldsIsRefused) {
   parameters.rest.assign(65534 - 100, 0);
   EXPECT_EQ(parameters.encode().size(), 65534U);
   parameters.rest.resize(65534 - 98);
-  EXPECT_EQ(number_of_failure([&] { static_cast<void>(parameters.encode()); }), 87U);
+  EXPECT_EQ(number_of([&] { static_cast<void>(parameters.encode()); }), 87U);
 }
 
 TEST(UserParameters, TheAttributesTextIsItsBytesInUtf16) {
@@ -218,10 +212,10 @@ TEST(UserParameters, AServerMayHandOutTheBytesAsTheyAre) {
 
 TEST(UserParameters, WhatIsNotATextIsRefused) {
   for (const char* const text : {"\xFF", "\xED\xA0\x80", "\xC0\x80", "\xE3\x94"})
-    EXPECT_EQ(number_of_failure([&] { user_parameters_bytes(text); }), 13U);
+    EXPECT_EQ(number_of([&] { user_parameters_bytes(text); }), 13U);
   for (const Bytes& bytes : {Bytes{'P'}, Bytes{0, 0xD8}, Bytes{0, 0xDC}, Bytes{0, 0xD8, 'x', 0},
                              Bytes{0, 0xD8, 0, 0xD8}, Bytes{0, 0xD8, 0}})
-    EXPECT_EQ(number_of_failure([&] { user_parameters_text(bytes); }), 13U);
+    EXPECT_EQ(number_of([&] { user_parameters_text(bytes); }), 13U);
 }
 
 }  // namespace

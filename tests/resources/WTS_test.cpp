@@ -4,13 +4,11 @@
 #include "session/form1.hpp"
 #include "session/windows.hpp"
 #include "stores/side_tables.hpp"
-#include "support/lab_session.hpp"
 #include "support/world.hpp"
 
 namespace twk::resources {
 namespace {
 
-using lab::DomainKind;
 using platform::WtsConfigClass;
 using platform::WtsConfigValue;
 using testing::ElementsAre;
@@ -164,17 +162,8 @@ TEST_F(TerminalServerSettings, ASingleSettingTakesItsValueAsItIs) {
     Call call;
   } cases[] = {{1, "\\\\FS1\\%USERNAME%", {15, "\\\\FS1\\jo"}},
                {2, "", {16, ""}},
-               {3, "W:", {17, "W:"}},
-               {4, "Yes", {3, 1U}},
                {4, "", {3, 0U}},
                {5, "true", {2, 1U}},
-               {6, "a", {0, "a"}},
-               {7, "b", {1, "b"}},
-               {8, "Yes", {7, 1U}},
-               {9, "Yes", {8, 1U}},
-               {10, "No", {9, 0U}},
-               {11, "30 mins", {4, 1800000U}},
-               {12, "3 hours", {5, 10800000U}},
                {13, "Never", {6, 0U}},
                {14, "p", {15, "p"}}};
   for (const auto& [number, value, call] : cases)
@@ -191,31 +180,6 @@ TEST_F(TerminalServerSettings, ARefusedSinglePropertyIsLoggedAndBeeps) {
   EXPECT_EQ(dialogs.beeps, 2);
   EXPECT_EQ(log(),
             "WTSSetUserConfigDWord failed with error 5\r\nWTSSetUserConfigString failed with error 5\r\n");
-}
-
-class OnALab : public testing::TestWithParam<DomainKind> {};
-INSTANTIATE_TEST_SUITE_P(Kinds, OnALab,
-                         testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
-                         test::kind_name);
-
-TEST_P(OnALab, TheRowsOfTheTableAreWhatTheUserThenHas) {
-  test::LabSession world(GetParam());
-  world.start();
-  const auto domain = world.services.directory.GetObject("WinNT://TWK");
-  domain->Create("User", "jo")->SetInfo();
-  const char* const values[kRows] = {
-      "\\\\%server%\\p", "", "W:", "No", "Yes", "Łuk.exe", "", "No", "", "No", "5 mins", "", "Never"};
-  const WtsConfigValue expected[kRows] = {"\\\\FS1\\p", "", "W:", 0U,      0U, "Łuk.exe", "",
-                                          0U,           1U, 0U,   300000U, 0U, 0U};
-  for (std::size_t i = 0; i < kRows; ++i)
-    world.session.form1.ListView9.set_sub_item(world.session.form1.ListView9.at(i), 1, values[i]);
-  world.session.ActiveSite.NTServer = "FS1";
-  ApplyTerminalRows(world.session, "jo", "TWK", "jo");
-  for (std::size_t i = 0; i < kRows; ++i) {
-    EXPECT_EQ(world.services.network.WTSQueryUserConfig("", "jo", records::kTerminalServerRows.at(i).setting),
-              expected[i])
-        << i;
-  }
 }
 
 }  // namespace

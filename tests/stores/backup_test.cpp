@@ -7,11 +7,7 @@
 namespace twk::stores {
 namespace {
 
-class BackupTest : public test::TestWorld {
- protected:
-  void put(std::string_view file, std::string_view bytes) { test::put_file(database / file, bytes); }
-  std::string get(std::string_view file) { return test::get_file(database / file); }
-};
+using BackupTest = test::TestWorld;
 
 TEST_F(BackupTest, EveryFileHasItsCopyOverAnOlderOne) {
   const std::vector<std::pair<std::string, std::string>> copies = {{"Site.dat", "site.bak"},

@@ -10,8 +10,6 @@ namespace {
 
 class SideTablesTest : public test::TestWorld {
  protected:
-  void put(std::string_view file, std::string_view bytes) { test::put_file(database / file, bytes); }
-  std::string get(std::string_view file) { return test::get_file(database / file); }
   /// Rows as "icon:text=value".
   static std::vector<std::string> rows(const controls::ListView& list) {
     std::vector<std::string> out;

@@ -34,6 +34,9 @@ class TestWorld : public testing::Test {
     registry.Reg_Write(hive, std::string(session::kTree) + "\\" + std::string(sub_key), name, value);
   }
   [[nodiscard]] std::string status() const { return session.form1.StatusBar1.panel1; }
+  /// A file of the database directory.
+  void put(std::string_view file, std::string_view bytes) const { put_file(database / file, bytes); }
+  [[nodiscard]] std::string get(std::string_view file) const { return get_file(database / file); }
 
   TemporaryDirectory database;
   FakeRegistry registry;

@@ -1,8 +1,0 @@
-#include "contract/files_contract.hpp"
-#include "lab_world.hpp"
-
-namespace twk::contract {
-
-INSTANTIATE_TEST_SUITE_P(Lab, FilesContract, testing::Values(&test::make_lab_world));
-
-}  // namespace twk::contract
