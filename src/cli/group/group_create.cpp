@@ -27,7 +27,7 @@ std::size_t place_of(const std::array<std::string_view, size>& words, const std:
 
 /// Raises `Refused` for a kind or a scope that this kind of domain lacks.
 groups::NewGroup order_of(const session::Session& session, const CreateArguments& arguments) {
-  const groups::NewGroup order{arguments.name, arguments.description,
+  groups::NewGroup order{arguments.name, arguments.description,
                                static_cast<groups::GroupKind>(place_of(kKinds, arguments.kind)),
                                static_cast<groups::GroupScope>(place_of(kScopes, arguments.scope))};
   const bool has_scope = groups::has_scope(session, order.scope);

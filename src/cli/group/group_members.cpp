@@ -148,6 +148,7 @@ int change_members(Context& context, const MemberArguments& arguments, bool add)
   if (chosen.empty())
     return teller.exit_code();
   std::vector<std::string> keys;
+  keys.reserve(chosen.size());
   for (const Chosen& user : chosen)
     keys.push_back(user.key);
   const groups::MembersOutcome outcome = change.run(shown.session, shown.group, keys);

@@ -17,7 +17,7 @@ using Words = std::vector<std::string>;
 /// contain, it leaves the word whole.
 constexpr char kWhole = '\x01';
 
-std::string without_mark(std::string word) {
+std::string without_mark(const std::string& word) {
   return word.starts_with(kWhole) ? word.substr(1) : word;
 }
 

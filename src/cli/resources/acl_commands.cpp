@@ -156,7 +156,7 @@ int set_acl(Context& context, const AclArguments& arguments) {
       log_tree(session, arguments.path, arguments.account);
     else
       session.log.line("Setting Permissions on " + arguments.path);
-    const TreeOutcome written = resources::write_file_permission(session, server, arguments.path, permission);
+    TreeOutcome written = resources::write_file_permission(session, server, arguments.path, permission);
     session.log.line("Set Permissions for " + arguments.account);
     return written;
   });

@@ -17,6 +17,7 @@ std::vector<Json> found_in_directory(session::Session& session, const std::strin
   if (!trap([&] { found = directory::find_users(session, text); }))
     throw Refused("Error Searching AD for users. " + base::in_words(trap.number(), trap.description()));
   std::vector<Json> rows;
+  rows.reserve(found.size());
   for (const directory::FoundUser& user : found)
     rows.push_back({{"name", user.name}, {"dn", user.place}});
   return rows;

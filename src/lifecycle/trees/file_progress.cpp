@@ -9,8 +9,6 @@
 namespace twk::lifecycle {
 namespace {
 
-using session::Session;
-
 constexpr std::uint64_t kFilesATurn = 32;
 constexpr std::uint64_t kBytesATurn = 8U << 20U;
 

@@ -51,6 +51,7 @@ auto answer(const std::string& about, Question&& question) {
 std::string named(const std::vector<FolderClaim>& claims, const std::vector<SharedFolder>& shares) {
   constexpr std::size_t kMostShown = 3;
   std::vector<std::string> texts;
+  texts.reserve(claims.size() + shares.size());
   for (const FolderClaim& claim : claims)
     texts.push_back("the " + claim.what + " of " + claim.account + " (" + claim.path + ")");
   for (const SharedFolder& share : shares)

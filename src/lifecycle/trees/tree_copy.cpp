@@ -278,6 +278,13 @@ class Copier {
   TreeProgress done_;
 };
 
+[[noreturn]] void raise_kept(const std::string& path, const std::string& why) {
+  std::string text = path;
+  text += why;
+  text += ", and is kept";
+  base::raise(base::error::kPathFileAccess, text);
+}
+
 /// Every file must be on both sides as it was read: the source unchanged since then, the copy
 /// complete.
 void require_copied(Files& files, const Tree& tree, const std::string& target) {
@@ -289,11 +296,11 @@ void require_copied(Files& files, const Tree& tree, const std::string& target) {
       continue;
     const std::string path = joined(tree.top, entry.path);
     if (now->link || now->directory || now->size != entry.size || now->modified != entry.modified)
-      base::raise(base::error::kPathFileAccess, path + " changed after it was copied, and is kept");
+      raise_kept(path, " changed after it was copied");
     const FileEntry* const copy = copies.find(entry.path);
     if (copy == nullptr || copy->link || copy->directory || copy->size != entry.size ||
         !is_near(copy->modified, entry.modified, kCoarseTime))
-      base::raise(base::error::kPathFileAccess, path + " is not complete in " + target + ", and is kept");
+      raise_kept(path, " is not complete in " + target);
   }
 }
 
