@@ -4,11 +4,9 @@
 
 #include "app/connection_window.hpp"
 #include "app/start_window.hpp"
-#include "batch/import_options.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/tree/tree.hpp"
-#include "directory/user_details.hpp"
 #include "records/records.hpp"
 #include "screens/help/help_topics.hpp"
 #include "screens/main/main_window.hpp"
@@ -17,13 +15,8 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/account_windows.hpp"
-#include "session/ad_properties.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
-#include "session/windows.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/account/details_tab.hpp"
 #include "windows/account/popup_commands.hpp"
 #include "windows/create_user.hpp"
 #include "windows/csv_layout.hpp"
@@ -33,6 +26,7 @@
 #include "windows/editors/permissions_window.hpp"
 #include "windows/groups/copy_group.hpp"
 #include "windows/groups/groups_window.hpp"
+#include "windows/import_options.hpp"
 #include "windows/mail/search_mail.hpp"
 #include "windows/main_window.hpp"
 #include "windows/manage_ou.hpp"
@@ -41,6 +35,12 @@
 #include "windows/share_points_form.hpp"
 #include "windows/site_tab.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/ad_properties.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/import_windows.hpp"
+#include "windows/state/multi_user.hpp"
 #include "windows/template_tab.hpp"
 #include "windows/tree/ad_options.hpp"
 #include "windows/tree/find_user.hpp"
@@ -88,8 +88,8 @@ void use_dark_colours() {
 }
 
 /// Opens what the pictures show: an OU with users in it, a template, a log with rows.
-void fill(session::Session& session) {
-  session::Form1& form = session.form1;
+void fill(windows::Desktop& session) {
+  windows::Form1& form = session.form1;
   for (const Person& person : kPeople) {
     controls::TreeNode* const unit = form.TreeView1.find(kNewStarters);
     form.TreeView1.select(unit);
@@ -101,8 +101,8 @@ void fill(session::Session& session) {
     form.UserID_Box.text = std::string();
     windows::CreateUser_Click(session);
   }
-  directory::show_user_details(session, *form.TreeView1.find(kNewStarters)->children.back());
-  form.SSTab1 = session::tab::kNewUser;
+  windows::show_user_details(session, *form.TreeView1.find(kNewStarters)->children.back());
+  form.SSTab1 = windows::tab::kNewUser;
   form.ListView2.select(&form.ListView2.at(0));
   windows::ListView2_Click(session);
   form.nutemplate.text = records::padded_template_name("Staff");
@@ -113,22 +113,23 @@ void fill(session::Session& session) {
 
 struct Window {
   const char* name;
-  std::function<void(session::Session& session)> open;
+  std::function<void(windows::Desktop& session)> open;
 };
 
 /// Opens a window as its button does.
 template <typename Routine>
-std::function<void(session::Session&)> by(Routine routine) {
-  return [routine](session::Session& session) { routine(session); };
+std::function<void(windows::Desktop&)> by(Routine routine) {
+  return [routine](windows::Desktop& session) { routine(session); };
 }
 
 /// The window for many users at a tab, with users to choose from and a selection of which one was deleted.
-std::function<void(session::Session&)> multi_user(int tab) {
-  return [tab](session::Session& session) {
-    session::MultiUser& window = session.multi_user;
+std::function<void(windows::Desktop&)> multi_user(int tab) {
+  return [tab](windows::Desktop& session) {
+    windows::MultiUser& window = session.multi_user;
     if (window.ListView1.empty()) {
       window.ListView2.clear();
-      directory::Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "", true);
+      directory::Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "",
+                               directory::UserList::kSelection);
       for (int i = 0; i < 3; ++i)
         controls::move_row(window.ListView2, window.ListView2.at(0), window.ListView1);
       controls::move_row(window.ListView3, window.ListView3.at(0), window.ListView1);
@@ -142,65 +143,65 @@ std::function<void(session::Session&)> multi_user(int tab) {
 }
 
 /// The tab of properties with one that is chosen.
-std::function<void(session::Session&)> with_property(const char* name) {
-  return [name](session::Session& session) {
+std::function<void(windows::Desktop&)> with_property(const char* name) {
+  return [name](windows::Desktop& session) {
     windows::prepare_properties(session);
     session.ad_properties.AD_Properties.text = std::string(name);
     windows::AD_Properties_Click(session);
-    multi_user(session::multi_tab::kProperties)(session);
+    multi_user(windows::multi_tab::kProperties)(session);
   };
 }
 
 std::vector<Window> windows() {
-  const auto shown = [](const char* name, void (*load)(session::Session&)) {
-    return [name, load](session::Session& session) {
+  const auto shown = [](const char* name, void (*load)(windows::Desktop&)) {
+    return [name, load](windows::Desktop& session) {
       load(session);
       session.platform.dialogs.show_modal(name);
     };
   };
   return {{"ad-options", shown("frmADOptions", windows::frmADOptions_Load)},
           {"csv-import",
-           [](session::Session& session) {
+           [](windows::Desktop& session) {
              windows::load_csv_layout(session, TWK_SOURCE_DIR "/samples/new-starters.csv");
              session.platform.dialogs.show_modal("CSV_Import");
            }},
           {"custom", by(windows::show_custom)},
           {"edit-properties",
-           [](session::Session& session) {
+           [](windows::Desktop& session) {
              controls::ListView& rows = session.form1.ListView7;
              rows.select(&rows.at(0));
              windows::Listviewmnu_Edit(session, 0);
            }},
           {"find-user", by(windows::Find_User)},
           {"group-add", by(windows::Groupsfrm_Add_Group_Click)},
-          {"import-options", shown("ImportGrps", batch::ImportGrps_Load)},
+          {"import-options", shown("ImportGrps", windows::ImportGrps_Load)},
           {"logon-hours", by(windows::LogonHours_Click)},
           {"multi-user", by(windows::show_multi_user)},
-          {"multi-user-delete", multi_user(session::multi_tab::kDelete)},
-          {"multi-user-move", multi_user(session::multi_tab::kMove)},
-          {"multi-user-accounts", multi_user(session::multi_tab::kAccounts)},
+          {"multi-user-delete", multi_user(windows::multi_tab::kDelete)},
+          {"multi-user-move", multi_user(windows::multi_tab::kMove)},
+          {"multi-user-accounts", multi_user(windows::multi_tab::kAccounts)},
           {"multi-user-properties", with_property("otherTelephone")},
           {"multi-user-property-time", with_property("WTSTimeoutIdle")},
           {"permissions", by(windows::Set_Security_Click)},
           {"share-permissions", by(windows::Sharepermissions_Click)},
           {"rename-user",
-           [](session::Session& session) {
+           [](windows::Desktop& session) {
              session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters)->children.front());
              windows::Rename_User(session);
            }},
           {"rename-nt",
-           [](session::Session& session) {
+           [](windows::Desktop& session) {
              session.rename_nt.User_Logon.text = std::string("Ada.Marsh");
              session.rename_nt.Full_Name.text = std::string("Ada Marsh");
              session.platform.dialogs.show_modal("Rename_NT");
            }},
           {"wks-profile",
-           [](session::Session& session) {
+           [](windows::Desktop& session) {
              windows::Delete_WKS_Profile(session, *session.form1.TreeView1.selected());
              session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters));
            }},
           {"search-mailbox",
-           [](session::Session& session) {
+           [](windows::Desktop& session) {
              mail::MailboxDeletion request;
              request.SamName = "Ada.Marsh";
              request.place = {"EX55", "Head Office", "Tarnwick"};
@@ -249,18 +250,18 @@ class Album {
 void save_tabs(Album& album, screens::MainWindow& window) {
   for (int tab = 0; tab < window.tabs().count(); ++tab) {
     window.tabs().setCurrentIndex(tab);
-    if (tab == session::tab::kSetup)
+    if (tab == windows::tab::kSetup)
       continue;
     album.save(window, "tab-" + screens::help_topic(tab, 0));
   }
   for (int inner = 0; inner < window.setup_tabs().count(); ++inner) {
     window.setup_tabs().setCurrentIndex(inner);
-    album.save(window, "tab-" + screens::help_topic(session::tab::kSetup, inner));
+    album.save(window, "tab-" + screens::help_topic(windows::tab::kSetup, inner));
   }
   window.tabs().setCurrentIndex(0);
 }
 
-void save_windows(Album& album, session::Session& session) {
+void save_windows(Album& album, windows::Desktop& session) {
   windows::EditTemplate(session);
   session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters));
   for (const Window& shown : windows())
@@ -268,8 +269,8 @@ void save_windows(Album& album, session::Session& session) {
 }
 
 /// In the middle of a deletion.
-void save_progress(Album& album, screens::MainWindow& window, session::Session& session) {
-  session::FileProgress& state = session.file_progress;
+void save_progress(Album& album, screens::MainWindow& window, windows::Desktop& session) {
+  windows::FileProgress& state = session.file_progress;
   state.text.caption =
       std::string("Deleting \\\\FS1\\D$\\Profiles\\Ada.Marsh: 1312 of 4711 files, 46.2 MB of 160.4 MB");
   state.done.value = 28;
@@ -283,8 +284,8 @@ void choose_row(controls::ListView& list, const char* name) {
 }
 
 /// The groups window before a group is shown and with one, and a copy that has ended.
-void save_groups(Album& album, screens::MainWindow& window, session::Session& session) {
-  session::Groupsfrm& state = session.groups;
+void save_groups(Album& album, screens::MainWindow& window, windows::Desktop& session) {
+  windows::Groupsfrm& state = session.groups;
   windows::Toolbar1_ButtonClick(session, "Groups");
   auto* const shown = window.findChild<QDialog*>("Groupsfrm");
   album.save(*shown, "window-groups-first");
@@ -333,7 +334,7 @@ void show_connection() {
       });
 }
 
-void save_program_windows(Album& album, screens::MainWindow& window, session::Session& session,
+void save_program_windows(Album& album, screens::MainWindow& window, windows::Desktop& session,
                           platform::Dialogs& dialogs) {
   album.save_modal("start", [&] { app::choose_start(dialogs); });
   album.save_modal("connection", show_connection);
@@ -355,7 +356,7 @@ void take(const QString& folder) {
   world::make_sample_lab(home / "lab", {}, dialogs);
   app::remember_lab(screens::to_qt(home / "lab"));
   world::World world(home / "lab", dialogs, [](const std::string&) {});
-  session::Session session(world.services(), "", world.program_directory());
+  windows::Desktop session(world.services(), "", world.program_directory());
   dialogs.set_session(session);
   windows::start_session(session);
   fill(session);
