@@ -13,9 +13,9 @@
 #include "lifecycle/trees/folder_use.hpp"
 #include "lifecycle/trees/own_tree.hpp"
 #include "platform/adsi.hpp"
-#include "session/account_windows.hpp"
 #include "session/loaded_domain.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/account_windows.hpp"
 
 namespace {
 
@@ -47,7 +47,8 @@ struct World {
     database.pop_back();
     session.emplace(services, "", database);
     windows::start_session(*session);
-    directory::Load_AD_Users(*session, "LDAP://twk.test", true, "subtree", "", true);
+    directory::Load_AD_Users(*session, "LDAP://twk.test", true, "subtree", "",
+                             directory::UserList::kSelection);
     order.account = true;
     order.terms.silent = true;
   }
@@ -73,11 +74,11 @@ struct World {
   bench::NobodyThere dialogs;
   lab::Lab lab;
   platform::Platform services;
-  std::optional<session::Session> session;
+  std::optional<windows::Desktop> session;
   lifecycle::DeleteOrder order;
 };
 
-bool find(session::Session& session, const std::function<bool(const platform::ObjectPtr&)>& is_hit) {
+bool find(windows::Desktop& session, const std::function<bool(const platform::ObjectPtr&)>& is_hit) {
   std::size_t found = 0;
   return batch::find_accounts(session, is_hit, session.run.view(), found);
 }
@@ -108,7 +109,7 @@ std::vector<Home> make_homes(World& world) {
 }
 
 /// What a deletion asks about its folder and its share, and nothing else.
-void check(session::Session& session, const std::vector<Home>& homes) {
+void check(windows::Desktop& session, const std::vector<Home>& homes) {
   const lifecycle::KnownFolders known(session);
   for (const Home& home : homes) {
     const lifecycle::Owner owner{.account = home.account, .own_share = home.share};
@@ -121,7 +122,7 @@ Figures run(int users) {
   Figures figures;
   {
     World world(users);
-    session::Session& session = *world.session;
+    windows::Desktop& session = *world.session;
     session::RunView& view = session.run.view();
     figures[1] = measure([&] {
       find(session,

@@ -11,8 +11,8 @@
 
 #include "lab/making/lab_create.hpp"
 #include "lab/services/lab.hpp"
-#include "session/session.hpp"
 #include "session/settings.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::bench {
 

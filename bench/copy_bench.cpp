@@ -47,7 +47,7 @@ void run(const std::string& command) {
 /// True when the copy is within the bound. The best of the rounds of each counts, and who begins takes turns:
 /// the disk is shared. One round goes before, uncounted: a disk that has rested is fast for a while. All
 /// copies go at the end: a file system may be slow in making files just after it lost many.
-bool compare(const char* what, session::Session& session, const fs::path& drive, const std::string& from) {
+bool compare(const char* what, windows::Desktop& session, const fs::path& drive, const std::string& from) {
   double ours = 1e9;
   double theirs = 1e9;
   const auto settle = [&drive] { run("sync -f '" + drive.string() + "'"); };
@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
   make_large_file(drive / "Large", mebibytes);
   lab::Lab lab(folder.path() / "lab", [](const std::string&) {});
   bench::NobodyThere dialogs;
-  session::Session session(lab.platform(dialogs), "", lab.database_path());
+  windows::Desktop session(lab.platform(dialogs), "", lab.database_path());
   std::printf("%-24s %10s %10s %6s\n", "copy of a home", "twk", "cp -a", "ratio");
   const bool small = compare("small files", session, drive, "Small");
   const bool large = compare("one large file", session, drive, "Large");

@@ -4,9 +4,9 @@
 #include "controls/tree_view.hpp"
 #include "directory/tree/tree.hpp"
 #include "records/records.hpp"
-#include "session/form1.hpp"
 #include "windows/import.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/form1.hpp"
 
 namespace {
 
@@ -78,7 +78,7 @@ int main() {
   bench::set(services, "UM", "RunCmd", "No");
   std::string database = lab.database_path();
   database.pop_back();
-  session::Session session(services, "", database);
+  windows::Desktop session(services, "", database);
   windows::start_session(session);
   controls::TreeView& tree = session.form1.TreeView1;
   controls::TreeNode* const unit = tree.find("OU=New Starters,DC=twk,DC=test");

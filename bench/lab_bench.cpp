@@ -92,7 +92,7 @@ Figures measure(std::size_t users) {
       rows->field(0);
   });
 
-  session::Session session(services, "", lab->database_path());
+  windows::Desktop session(services, "", lab->database_path());
   bench::set(services, "Setup", "Domain", "twk.test");
   bench::set(services, "ADO", "LoadAllUsers", "True");
   const double unloaded = bench::heap_bytes();

@@ -7,8 +7,8 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/multi_user.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace {
 
@@ -31,10 +31,10 @@ void print(QWidget& widget, const char* what, const std::function<void()>& act) 
   std::fflush(stdout);
 }
 
-void measure(session::Session& session) {
-  session::MultiUser& state = session.multi_user;
+void measure(windows::Desktop& session) {
+  windows::MultiUser& state = session.multi_user;
   windows::start_session(session);
-  directory::Load_AD_Users(session, "LDAP://twk.test", true, "subtree", "", true);
+  directory::Load_AD_Users(session, "LDAP://twk.test", true, "subtree", "", directory::UserList::kSelection);
   std::unique_ptr<QDialog> window;
   const double opened = bench::seconds([&] {
     window = screens::make_window("MultiUser", session, nullptr);
@@ -56,8 +56,8 @@ void measure(session::Session& session) {
         [&] { window->findChild<QPushButton*>("Command1")->click(); });
   print(*window, "select all of the selection", [&] { selection.selectAll(); });
   print(*window, "give all back", [&] { window->findChild<QPushButton*>("Command2")->click(); });
-  state.SSTab1 = session::multi_tab::kAccounts;
-  state.LockAcc.index = session::lock_acc::kFindLocked;
+  state.SSTab1 = windows::multi_tab::kAccounts;
+  state.LockAcc.index = windows::lock_acc::kFindLocked;
   print(*window, "search all users for locked accounts",
         [&] { window->findChild<QPushButton*>("btnGo")->click(); });
   print(*window, "take one into the selection", [&] {
@@ -79,7 +79,7 @@ int main(int argc, char** argv) {
   screens::QtDialogs dialogs;
   const platform::Platform services = lab.platform(dialogs);
   bench::set(services, "Setup", "Domain", "twk.test");
-  session::Session session(services, "", lab.database_path());
+  windows::Desktop session(services, "", lab.database_path());
   dialogs.set_session(session);
   std::printf("the lists of the multi-user window over %zu users\n", kUsers);
   measure(session);

@@ -36,7 +36,7 @@ Figures measure(int files) {
   make_tree(folder.path() / "lab/servers/FS1/D/Tree", files);
   lab::Lab lab(folder.path() / "lab", [](const std::string&) {});
   bench::NobodyThere dialogs;
-  session::Session session(lab.platform(dialogs), "", lab.database_path());
+  windows::Desktop session(lab.platform(dialogs), "", lab.database_path());
 
   std::string server;
   const std::string top = "\\\\FS1\\D$\\Tree";

@@ -15,7 +15,7 @@ void user_names(benchmark::State& state, const char* format) {
   lab::create_lab(folder.path() / "lab", plan);
   lab::Lab lab(folder.path() / "lab", [](const std::string&) {});
   bench::NobodyThere dialogs;
-  session::Session session(lab.platform(dialogs), "", lab.database_path());
+  windows::Desktop session(lab.platform(dialogs), "", lab.database_path());
   for (auto _ : state) {
     benchmark::DoNotOptimize(format::UserName(session, format, "Maximiliane", "Élise", "Großmann"));
   }

@@ -3,12 +3,12 @@
 #include <QScrollBar>
 
 #include "bench_world.hpp"
-#include "directory/user_details.hpp"
 #include "screens/main/main_window.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/form1.hpp"
+#include "windows/account/details_tab.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/form1.hpp"
 
 namespace {
 
@@ -52,7 +52,7 @@ void print(const char* what, const Longest& figures) {
   std::printf("%-64s %9.1f ms, longest %.1f ms\n", what, figures.mean * 1e3, figures.longest * 1e3);
 }
 
-controls::TreeNode* largest_unit(session::Session& session) {
+controls::TreeNode* largest_unit(windows::Desktop& session) {
   controls::TreeNode* const root = session.form1.TreeView1.first();
   for (controls::TreeNode* const node : root->children) {
     if (node->image == "OU" && node->text != "Users")
@@ -61,7 +61,7 @@ controls::TreeNode* largest_unit(session::Session& session) {
   return nullptr;
 }
 
-void measure(session::Session& session) {
+void measure(windows::Desktop& session) {
   print("load the domain", bench::seconds([&] { windows::start_session(session); }));
   std::unique_ptr<screens::MainWindow> window;
   print("from the load's end to the painted window", bench::seconds([&] {
@@ -80,13 +80,13 @@ void measure(session::Session& session) {
   print("scroll the tree by a page",
         each(*window, 200, [&](int i) { tree.verticalScrollBar()->setValue(i * 20); }));
 
-  session.form1.SSTab1 = session::tab::kNewUser;
+  session.form1.SSTab1 = windows::tab::kNewUser;
   auto* const first = window->findChild<QLineEdit*>("strFirst");
   print("type a letter into a name", each(*window, 50, [&](int) { first->insert("x"); }));
 
   controls::TreeNode& user = *unit->children.back();
   print("show the details of a user with its groups", bench::seconds([&] {
-          directory::show_user_details(session, user);
+          windows::show_user_details(session, user);
           paint(*window);
         }));
   auto* const groups = window->findChild<screens::ListPane*>("ListView3");
@@ -109,7 +109,7 @@ int main(int argc, char** argv) {
   bench::NobodyThere dialogs;
   const platform::Platform services = lab.platform(dialogs);
   bench::set(services, "Setup", "Domain", "twk.test");
-  session::Session session(services, "", lab.database_path());
+  windows::Desktop session(services, "", lab.database_path());
   std::printf("a window over %zu users and %zu groups\n", kUsers, kGroups);
   measure(session);
   return 0;

@@ -21,12 +21,12 @@
 #include "live/live.hpp"
 #include "recorded_calls.hpp"
 #include "records/records.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
 #include "windows/account/account_view.hpp"
 #include "windows/import.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace {
 
@@ -108,7 +108,7 @@ class Bench {
   [[nodiscard]] std::string unit() const { return "Bench " + run_; }
   /// Digits that are in every name of one batch and nowhere else.
   std::string next_tag() { return run_ + std::to_string(1000 + ++batches_); }
-  session::Session& session() { return *session_; }
+  windows::Desktop& session() { return *session_; }
 
   /// With a principal name, which `samba-tool user create` writes as well, and with a department or without.
   void use_department(bool on) {
@@ -177,7 +177,7 @@ class Bench {
     bench::set(services_, "ADO", "LoadAllUsers", "TRUE");
     std::string database = live_.database_path();
     database.pop_back();
-    session_ = std::make_unique<session::Session>(services_, "", database);
+    session_ = std::make_unique<windows::Desktop>(services_, "", database);
     windows::start_session(*session_);
     session_->form1.nutemplate.text = records::padded_template_name("Staff");
     session_->form1.NUsitename.text = std::string("Head Office");
@@ -189,7 +189,7 @@ class Bench {
   bench::NobodyThere dialogs_;
   live::Live live_;
   platform::Platform services_;
-  std::unique_ptr<session::Session> session_;
+  std::unique_ptr<windows::Desktop> session_;
 };
 
 /// The calls for other users. Each must return what it returned when recorded.
@@ -275,7 +275,7 @@ double median(std::vector<double> values) {
 }
 
 void measure_load(Bench& bench) {
-  session::Session& session = bench.session();
+  windows::Desktop& session = bench.session();
   const auto let_go = [&session] {
     session.form1.TreeView1.clear();
     session.groups.NotMembers.clear();
@@ -309,7 +309,7 @@ void measure_load(Bench& bench) {
 }
 
 void measure_search(Bench& bench) {
-  session::Session& session = bench.session();
+  windows::Desktop& session = bench.session();
   const base::Date limit = base::make_date({1980, 1, 1});
   windows::AccountView view(session);
   Effort ours;
@@ -317,7 +317,8 @@ void measure_search(Bench& bench) {
   double calls_an_account = 0;
   for (int round = 0; round < kRounds; ++round) {
     session.multi_user.ListView2.clear();
-    directory::Load_AD_Users(session, "LDAP://OU=Unit 000,DC=twk,DC=test", true, "subtree", "", true);
+    directory::Load_AD_Users(session, "LDAP://OU=Unit 000,DC=twk,DC=test", true, "subtree", "",
+                             directory::UserList::kSelection);
     const auto accounts = static_cast<int>(session.multi_user.ListView2.size());
     bench::start_recording();
     ours.add(effort(accounts, [&] {

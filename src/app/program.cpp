@@ -25,7 +25,7 @@
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 #include "session/log_tab.hpp"
 #include "windows/start_up.hpp"
 #include "world/live_ground.hpp"
@@ -62,7 +62,7 @@ class Workplace {
   Workplace(const Options& options, const MakeWorld& make_world)
       : world_(make_world(dialogs_, [this](const std::string& text) { tell(text); })) {
     world_->choose_domain_and_database(options.database);
-    session_ = std::make_unique<session::Session>(world_->services(), options.command_line,
+    session_ = std::make_unique<windows::Desktop>(world_->services(), options.command_line,
                                                   world_->program_directory());
     dialogs_.set_session(*session_);
     start();
@@ -127,7 +127,7 @@ class Workplace {
   std::vector<std::string> told_;
   bool started_ = false;
   std::unique_ptr<world::World> world_;
-  std::unique_ptr<session::Session> session_;
+  std::unique_ptr<windows::Desktop> session_;
   windows::StartUp outcome_ = windows::StartUp::kReady;
 };
 

@@ -6,8 +6,12 @@
 #include "base/text.hpp"
 #include "batch/import_file.hpp"
 #include "creation/create_user.hpp"
+#include "creation/stored_request.hpp"
+#include "directory/account_expiry.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 #include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
@@ -190,6 +194,16 @@ void begin_run(ImportState& state) {
   state.summary_path.clear();
 }
 
+void log_block(Session& session, std::string_view text, bool with_user) {
+  session.log.open();
+  session.log.line(session::kAsterisks);
+  session.log.line(session::date_and_time(session));
+  if (with_user)
+    session.log.line("User:" + session.platform.environment.variable("USERNAME"));
+  session.log.line(text);
+  session.log.close();
+}
+
 }  // namespace
 
 bool Import_Users(Session& session, std::string_view path, const ImportOrder& order, ImportView& view) {
@@ -218,6 +232,51 @@ bool Import_Users(Session& session, std::string_view path, const ImportOrder& or
   if (trap.number() != 0)
     state.failure = trap.description();
   return whole;
+}
+
+bool run_import(Session& session, std::string_view path, const ImportOrder& order, ImportView& view) {
+  log_block(session, "Starting Import from: " + std::string(path), true);
+  session.status.panel1 = std::string("Importing Users....");
+  const bool whole = Import_Users(session, path, order, view);
+  log_block(session, "Import Finished", false);
+  if (!whole) {
+    session.platform.dialogs.MsgBox("Errors during Import. Check log files for details.",
+                                    platform::Buttons::kOk, platform::Icon::kExclamation, "Import error");
+  } else {
+    session.status.panel1 = "Import Complete. " + base::to_text(session.import.ImportAddedCount) +
+                            " users Added. Check Import.err for errors.";
+  }
+  return whole;
+}
+
+ImportOrder stored_order(Session& session) {
+  return {creation::stored_request(session),
+          session::read_switch(session, session::kPreferences, "StopOnError"),
+          session::read_switch(session, session::kPreferences, "StopOnWarning")};
+}
+
+std::string refused_expiry(Session& session, std::string_view text) {
+  if (text.find('%') != base::npos || directory::is_open_expiry(text))
+    return {};
+  return directory::read_expiry(session.platform.clock, text).error;
+}
+
+std::string refused_place(const Session& session, const NewUserRequest& request) {
+  const std::string& kind = request.SelectedNodeKind;
+  const bool active_directory = session::is_active_directory(session);
+  const bool good = !active_directory || request.CopyUser || kind == "OU";
+  const bool named = !base::trim(request.TemplateName).empty() && !base::trim(request.SiteName).empty();
+  const bool lacks_user = request.CopyUser && kind != "USER";
+  if (named && good && !lacks_user)
+    return {};
+  if (!active_directory)
+    return "To Import Users you must select a Template and a Site.";
+  const std::string text = "To Import Users you must select a Template and a Site\r\n";
+  if (lacks_user) {
+    return text +
+           "and select an User from the treeview.\r\nor turn off 'copy user' function, and select an OU";
+  }
+  return text + "and select an OU from the treeview.";
 }
 
 }  // namespace twk::batch

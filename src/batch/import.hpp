@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "creation/creation_view.hpp"
@@ -19,6 +20,14 @@ struct ImportOrder {
   bool halt_on_warnings = false;
 };
 
+/// What the settings ask of every import.
+ImportOrder stored_order(session::Session& session);
+
+/// Why users cannot be imported to where the request says; empty when they can.
+std::string refused_place(const session::Session& session, const creation::NewUserRequest& request);
+/// Why an expiry text cannot be a date, whatever the lines contain; empty when it can.
+std::string refused_expiry(session::Session& session, std::string_view text);
+
 /// What an import reports while it works.
 class ImportView : public creation::CreationView {
  public:
@@ -34,5 +43,9 @@ class ImportView : public creation::CreationView {
 /// nothing is made or written.
 bool Import_Users(session::Session& session, std::string_view path, const ImportOrder& order,
                   ImportView& view);
+
+/// The same with what a person sees of it: blocks in "Log.txt" before and after, and the end in the status
+/// bar, or in a box when there were errors.
+bool run_import(session::Session& session, std::string_view path, const ImportOrder& order, ImportView& view);
 
 }  // namespace twk::batch

@@ -3,6 +3,7 @@
 #include "base/text.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 
 namespace twk::directory {
 namespace {
@@ -35,6 +36,10 @@ LoadOptions read_load_options(session::Session& session) {
   const std::string cache = setting(session, "UseCacheFiles");
   options.UseCacheFiles = cache.empty() || cache == "TRUE";
   return options;
+}
+
+bool shows_names(session::Session& session) {
+  return !session::read_switch(session, session::kPreferences, "DisplayName");
 }
 
 void store_load_options(session::Session& session, const LoadOptionTexts& options) {

@@ -28,6 +28,9 @@ struct LoadOptions {
 /// An absent value, or an invalid number, leaves the default.
 LoadOptions read_load_options(session::Session& session);
 
+/// Whether the tree and the lists show users by their names, not by their display names.
+bool shows_names(session::Session& session);
+
 /// What is stored of them. An empty number means the default.
 struct LoadOptionTexts {
   std::string PageSize;

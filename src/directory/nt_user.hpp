@@ -1,27 +1,20 @@
 #pragma once
 
-#include <cstddef>
-#include <string_view>
-
-#include "platform/directory.hpp"
+#include "directory/account_fields.hpp"
 
 namespace twk::session {
 struct Session;
 }
 
-/// The account of the user details tab in a WinNT domain.
+/// An account in a WinNT domain.
 namespace twk::directory {
 
-/// Fills the tab from the account. False, with the reason in panel 1, when that fails.
-bool Read_NT_User(session::Session& session, std::string_view name);
-/// Fills `ListView4` with the groups of the user and shows the primary one in panel 2. Raises what the
-/// directory raises.
-bool Read_NT_User_Groups(session::Session& session, const platform::ObjectPtr& user);
-/// Writes every field to the account named in `USERID`. False, with the reason in panel 1, for a wrong drive
-/// letter or expiry, when nothing is written, and for a refusal, when what was written before stays.
-bool Save_NT_User(session::Session& session);
-/// As in Active Directory, by the text of the row.
-bool Add_NT_User_Group(session::Session& session, std::size_t row);
-bool Remove_NT_User_Group(session::Session& session, std::size_t row);
+/// Fills `LoadedDomain::own_groups` with the groups of the user and shows the primary one in panel 2. Raises
+/// what the directory raises.
+void Read_NT_User_Groups(session::Session& session, const platform::ObjectPtr& user);
+
+/// Writes every field. False for a wrong drive letter; raises for a wrong expiry, when nothing is written,
+/// and what the directory raises, when what was written before stays.
+bool Save_NT_User(session::Session& session, const UserChange& change);
 
 }  // namespace twk::directory

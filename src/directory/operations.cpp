@@ -6,7 +6,6 @@
 #include "directory/names.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -14,21 +13,6 @@ namespace {
 
 using platform::ObjectPtr;
 using session::Session;
-
-void show_mode_captions(session::Form1& form, bool active_directory) {
-  form.mnuOption[4].visible = active_directory;
-  form.SSTab2[3].visible = active_directory;
-  if (active_directory) {
-    form.mnuOption[2].visible = true;
-    form.SSTab2[2].visible = true;
-  }
-  form.Frame3.caption = active_directory ? "CN and SamAccountName" : "User ID";
-  form.Frame3.tool_tip = active_directory
-                             ? "CN & SamAccountName are the same by default. This can be changed by "
-                               "adding 'SamAccountName' to W2K Tab"
-                             : "";
-  form.Frame13.caption = active_directory ? "Display Name" : "Full Name";
-}
 
 /// Reads the pre-2000 name from the partition of the domain.
 void read_partition_name(Session& session, std::string_view configuration) {
@@ -110,36 +94,36 @@ std::int32_t Determine_Mode(Session& session, std::string_view domain) {
     mode =
         session.platform.directory.GetObject("LDAP://" + std::string(domain))->Get("nTMixedDomain").integer();
   }
-  show_mode_captions(session.form1, mode != session::kWinNtMode);
   return mode;
 }
 
-void Load_Domain_List(Session& session) {
+std::vector<std::string> Load_Domain_List(Session& session) {
   base::Trap trap(session::is_debug(session));
-  controls::ComboBox& list = session.form1.DomName;
+  std::vector<std::string> found;
   trap([&] {
     const std::vector<std::string> domains{"domain"};
     session.platform.directory.GetObject("WinNT:")->enumerate(domains, [&](const ObjectPtr& domain) {
-      list.add_item(domain->Name());
+      found.push_back(domain->Name());
       return true;
     });
   });
   std::string forest;
   trap([&] { forest = forest_path(session); });
   if (forest.empty())
-    return;
+    return found;
   trap([&] {
     const auto rows = run_query(
         session, "<" + forest + ">;(&(objectCategory=Domain)(objectClass=Domain));distinguishedName;subTree");
     if (!rows->at_eof())
       rows->MoveFirst();
     for (; !rows->at_eof(); rows->MoveNext())
-      list.add_item(domain_dns_name(rows->field(0).text()));
+      found.push_back(domain_dns_name(rows->field(0).text()));
   });
   if (trap.number() != 0) {
     session.platform.dialogs.MsgBox("Error getting Domain Data: " + base::to_text(trap.number()),
                                     platform::Buttons::kOk, platform::Icon::kNone, "");
   }
+  return found;
 }
 
 bool Reset_AD_Password(Session& session, std::string_view password, std::string_view path,

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/query.hpp"
 
@@ -15,13 +16,12 @@ struct Session;
 namespace twk::directory {
 
 /// Determines the mode of a domain: 2 for a name without a dot, otherwise 0 or 1 as the domain reports. Sets
-/// `NTDomainName`, `DnsServerName` and the captions that differ between the modes. Raises what the directory
-/// raises.
+/// `NTDomainName` and `DnsServerName`. Raises what the directory raises.
 std::int32_t Determine_Mode(session::Session& session, std::string_view domain);
 
-/// Fills the list of domains. A failed search of the forest shows a box with the number; with "/DEBUG" it
-/// raises.
-void Load_Domain_List(session::Session& session);
+/// The names of the domains that can be reached. A failed search of the forest shows a box with the number;
+/// with "/DEBUG" it raises.
+std::vector<std::string> Load_Domain_List(session::Session& session);
 
 /// Sets a password and asks for a new one at the next logon; "PROMPT" in any case asks for it in a box first.
 /// True when the password was set; failing to lift a lock-out afterwards does not count. `reason` says why it

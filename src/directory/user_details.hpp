@@ -1,38 +1,42 @@
 #pragma once
 
-#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
 
-namespace twk::controls {
-struct ListRow;
-struct TreeNode;
-}  // namespace twk::controls
+#include "directory/account_fields.hpp"
+
 namespace twk::session {
 struct Session;
 }
 
-/// The user details tab: one account with its groups, in both kinds of domain.
+/// One account with its groups, as the user details tab and `twk user show` show it, in both kinds of domain.
 namespace twk::directory {
 
-/// "De&tails" of the tree's menu and a double click: brings the tab to the front and fills it with the user
-/// of the node. A node that is not a user empties the tab. True when the user was read; otherwise panel 1
-/// shows what went wrong, and the tab is empty.
-bool show_user_details(session::Session& session, const controls::TreeNode& node);
-/// A node of the tree was chosen: one that is not a user empties the tab.
-void node_chosen(session::Session& session, const controls::TreeNode& node);
-/// Empties the tab; the groups that the account was in go back to the list of the others.
-void Clear_UM(session::Session& session);
+AccountDomain account_domain(const session::Session& session);
 
-/// The tab's "Save". Refusals are shown in panel 1. Does nothing while no account is shown.
-void Userman_Save_Click(session::Session& session);
-/// Add the account to the selected groups of `ListView3`, and remove it from those of `ListView4`. A refused
-/// group stays where it is, and panel 1 says why. Do nothing while no account is shown.
-void UM_ADD_GROUP_Click(session::Session& session);
-void UM_REMOVE_GROUP_Click(session::Session& session);
-/// One of the two lists has the selection; only its button can be pressed.
-void ListView3_Click(session::Session& session);
-void ListView4_Click(session::Session& session);
-/// The button of the list.
-void ListView3_DblClick(session::Session& session);
-void ListView4_DblClick(session::Session& session);
+/// Reads the account with its custom attributes, and its groups into `LoadedDomain::own_groups`, which leave
+/// `other_groups`. Nothing, with the reason in panel 1, when it cannot be bound or its groups cannot be read.
+std::optional<UserDetails> read_user_details(session::Session& session, const std::string& key);
+
+struct SaveOutcome {
+  bool saved = false;                ///< something was written, or nothing needed to be
+  std::vector<std::string> refused;  ///< what the directory did not take, as "HomeDirectory: reason"
+  std::string message;               ///< what panel 1 shows
+};
+
+/// Writes the changed parts. Not saved, with the reason as the message, for a wrong drive letter, when
+/// nothing is written, and for a refusal by the directory, when what was written before stays. In Active
+/// Directory what is refused by itself is named, and the rest is saved; a refused expiry or custom attribute
+/// also shows a box.
+SaveOutcome save_user_details(session::Session& session, const UserChange& change);
+
+/// Add the account to the selected groups of `LoadedDomain::other_groups`, and remove it from those of
+/// `own_groups`. A refused group stays where it is, still selected, and panel 1 says why.
+void add_to_selected_groups(session::Session& session, const UserDetails& user);
+void remove_from_selected_groups(session::Session& session, const UserDetails& user);
+
+/// The groups of the account that was read go back to the others, while these are loaded.
+void return_own_groups(session::Session& session);
 
 }  // namespace twk::directory

@@ -6,7 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
-#include "directory/details_fields.hpp"
+#include "directory/details_parts.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string>
+
 #include "controls/list_view.hpp"
+#include "controls/observable.hpp"
 #include "controls/tree_view.hpp"
 
 namespace twk::session {
@@ -8,6 +11,8 @@ namespace twk::session {
 /// The domain as it was loaded and as the runs have changed it since: its tree and the lists that the windows
 /// show. Keys are ADsPaths, in a WinNT domain names.
 struct LoadedDomain {
+  controls::Signal mode_known;                ///< the mode of the domain that is being loaded was determined
+  controls::Observable<std::string> loading;  ///< what the load of the session is at, for the splash
   controls::TreeView tree;
   controls::ListView users;
   controls::ListView groups;      ///< without those that a selection cannot hold

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/errors.hpp"
-#include "session/form1.hpp"
 #include "session/session.hpp"
 
 namespace twk::session {
@@ -25,7 +24,7 @@ void write_run_file(Session& session, RunFile& file, std::string_view text) {
 }
 
 void Clear_log(Session& session) {
-  session.form1.ListView1.clear();
+  session.log_rows.clear();
 }
 
 void Log_Detail(Session& session) {

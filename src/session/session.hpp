@@ -16,37 +16,12 @@
 #include "session/activity_log.hpp"
 #include "session/creation_outcome.hpp"
 #include "session/current_run.hpp"
-#include "session/details_changes.hpp"
 #include "session/text_file.hpp"
 
 namespace twk::session {
 
-struct ADProperties;
-struct CSV_Import;
-struct CancelImport;
-struct Custom;
-struct Edit_Properties;
-struct FileProgress;
-struct Form1;
-struct GroupAdd;
-struct Groupsfrm;
-struct ImportGrps;
 struct LoadedDatabase;
 struct LoadedDomain;
-struct Logon_Hours;
-struct MultiUser;
-struct Permissions;
-struct RenameUser;
-struct Rename_NT;
-struct Select_OU;
-struct Serach_Mail;
-struct Varibles_Form;
-struct WKS_PROFILE;
-struct frmADOptions;
-struct frmCopy_Group;
-struct frmFindW2KUser;
-struct frmSharePoints;
-struct frmSplash;
 
 inline constexpr std::int32_t kNativeMode = 0;
 inline constexpr std::int32_t kMixedMode = 1;
@@ -90,8 +65,8 @@ struct ImportState {
   std::function<void(const ImportRow&)> row_done;  ///< called after each line; may be empty
 };
 
-/// One administrator's session: the services it works with, what is shared by its routines, and the state of
-/// its windows. Nothing here is shared between sessions.
+/// One administrator's session: the services it works with, the domain and the database files that are loaded,
+/// and what its routines share. Nothing here is shared between sessions.
 struct Session {
   /// `command_line` is everything after the program's name, as one line; `program_directory` is the fallback
   /// for the database directory, without a final backslash.
@@ -102,15 +77,14 @@ struct Session {
   Session& operator=(const Session&) = delete;
 
  private:
-  struct Windows;
-  std::unique_ptr<Windows> windows_;
+  struct Loaded;
+  std::unique_ptr<Loaded> loaded_;
 
  public:
   platform::Platform platform;
   std::string command_line;
   std::string program_directory;
-  /// The database directory, with a backslash at its end. `form1.dbpath` is what has been typed; it takes
-  /// effect here once saved.
+  /// The database directory, with a backslash at its end.
   std::string dbpath;
 
   // The directory.
@@ -140,8 +114,6 @@ struct Session {
   std::vector<std::string> UnshownGroups;
   std::set<std::string> told_shadows;  ///< sites already reported as hidden by a deleted one
   std::string ProfileTemplateFile = "NTUser.dat";
-  bool EditingSite = false;
-  bool EditingTemplate = false;
   bool SerialTokenUsed = false;
   bool AltIdTried = false;
   std::int16_t SerialCounter = 0;
@@ -155,32 +127,7 @@ struct Session {
   ImportState import;
   CreationOutcome LastCreation;
 
-  // Windows. The state of each has its own header, so that a change of it affects only the code that uses it.
-  Form1& form1;
-  frmSplash& splash;
-  Varibles_Form& variables;
-  frmSharePoints& share_points;
-  Groupsfrm& groups;
-  GroupAdd& group_add;
-  frmCopy_Group& copy_group;
-  MultiUser& multi_user;
-  ADProperties& ad_properties;
-  RenameUser& rename_user;
-  Rename_NT& rename_nt;
-  WKS_PROFILE& wks_profile;
-  FileProgress& file_progress;
-  CSV_Import& csv_import;
-  ImportGrps& import_grps;
-  CancelImport& cancel_import;
-  frmADOptions& ad_options;
-  frmFindW2KUser& find_user;
-  Select_OU& select_ou;
-  Serach_Mail& serach_mail;
-  Edit_Properties& edit_properties;
-  Custom& custom;
-  Logon_Hours& logon_hours;
-  Permissions& permissions;
-  DetailsChanges details;  ///< what was changed on the user details tab
+  controls::ListView& log_rows;  ///< the log tab: icon, message, date and time
   ActivityLog log;
 };
 

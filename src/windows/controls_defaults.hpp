@@ -1,11 +1,12 @@
 #pragma once
 
 #include "controls/basic.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::windows {
-/// State of the windows before the data files are read: the terminal-server rows, the drive letters, the
-/// group buttons, all logon hours allowed, nothing being edited.
-void prepare_controls(session::Session& session);
+
+/// State of the windows before the data files are read: the drive letters, the group buttons, nothing being
+/// edited.
+void prepare_controls(Desktop& session);
 
 }  // namespace twk::windows

@@ -2,10 +2,11 @@
 
 #include "controls/tree_view.hpp"
 #include "creation/create_user.hpp"
-#include "session/form1.hpp"
-#include "session/session.hpp"
-#include "session/windows.hpp"
+#include "creation/stored_request.hpp"
 #include "windows/mail/mail_tab.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::windows {
 namespace {
@@ -13,7 +14,6 @@ namespace {
 using creation::NewUserRequest;
 using creation::Stage;
 using creation::StageState;
-using session::Form1;
 
 controls::Label& light_of(Form1& form, Stage stage) {
   switch (stage) {
@@ -31,17 +31,6 @@ controls::Label& light_of(Form1& form, Stage stage) {
       break;
   }
   return form.run;
-}
-
-void take_selection(NewUserRequest& request, const Form1& form) {
-  const controls::TreeNode* const node = form.TreeView1.selected();
-  if (node == nullptr)
-    return;
-  request.SelectedNodeKind = node->image;
-  request.SelectedNodeKey = node->key;
-  request.SelectedNodeText = node->text;
-  if (node->parent != nullptr)
-    request.ParentNodeKey = node->parent->key;
 }
 
 }  // namespace
@@ -96,7 +85,7 @@ void NewUserView::counted(std::string_view text) {
   form_.Import_Text.caption = std::string(text);
 }
 
-NewUserRequest new_user_request(const session::Session& session) {
+NewUserRequest new_user_request(const Desktop& session) {
   const Form1& form = session.form1;
   NewUserRequest request;
   request.TemplateName = form.nutemplate.text;
@@ -108,7 +97,7 @@ NewUserRequest new_user_request(const session::Session& session) {
   request.Description = form.Description.text;
   request.Expiry = session.import_grps.Expiredate.text;
   request.CopyUser = form.Copy_User.on();
-  take_selection(request, form);
+  creation::take_place(request, form.TreeView1.selected());
   request.stages = {form.Create_Dirs.on(),         form.Create_Shares.on(),       form.Dir_Security.on(),
                     form.Create_User_Account.on(), form.Create_Mail_Account.on(), form.Run_script.on()};
   request.formats = {form.setupid.text, form.ALTID.text, form.FN_Format.text};
@@ -123,7 +112,7 @@ NewUserRequest new_user_request(const session::Session& session) {
   return request;
 }
 
-session::CreationOutcome CreateUser_Click(session::Session& session) {
+session::CreationOutcome CreateUser_Click(Desktop& session) {
   Form1& form = session.form1;
   if (form.TreeView1.selected() == nullptr)
     form.TreeView1.select(form.TreeView1.first());

@@ -4,12 +4,14 @@
 
 #include "batch/import.hpp"
 #include "session/creation_outcome.hpp"
-#include "session/hourglass.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::session {
 struct Form1;
-struct Session;
 }  // namespace twk::session
+namespace twk::windows {
+struct Desktop;
+}
 
 /// What stands behind "Create User".
 namespace twk::windows {
@@ -18,8 +20,7 @@ namespace twk::windows {
 /// window can be used again only when its maker says so, as after the last line of an import.
 class NewUserView final : public batch::ImportView {
  public:
-  explicit NewUserView(session::Form1& form, bool stays_locked = false)
-      : form_(form), stays_locked_(stays_locked) {}
+  explicit NewUserView(Form1& form, bool stays_locked = false) : form_(form), stays_locked_(stays_locked) {}
 
   void status(std::string_view text) override;
   void step(std::string_view caption) override;
@@ -33,15 +34,15 @@ class NewUserView final : public batch::ImportView {
   void counted(std::string_view text) override;
 
  private:
-  session::Form1& form_;
+  Form1& form_;
   bool stays_locked_;
-  std::optional<session::Hourglass> hourglass_;
+  std::optional<Hourglass> hourglass_;
 };
 
 /// What the New User tab, the tree and the preferences ask for.
-creation::NewUserRequest new_user_request(const session::Session& session);
+creation::NewUserRequest new_user_request(const Desktop& session);
 
 /// Creates the user and shows what came of it. Without a selected node the first one is taken.
-session::CreationOutcome CreateUser_Click(session::Session& session);
+session::CreationOutcome CreateUser_Click(Desktop& session);
 
 }  // namespace twk::windows

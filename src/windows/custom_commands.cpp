@@ -7,10 +7,10 @@
 #include "creation/shell.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
-#include "session/session.hpp"
 #include "session/settings.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -30,7 +30,7 @@ void split_full_name(std::string_view full_name, CommandUser& user) {
   user.middle = base::trim(full_name.substr(first, last - first));
 }
 
-CommandUser read_user(session::Session& session, const controls::TreeNode& node) {
+CommandUser read_user(Desktop& session, const controls::TreeNode& node) {
   const bool active_directory = session::is_active_directory(session);
   const platform::ObjectPtr object = session.platform.directory.GetObject(
       active_directory ? node.key : directory::winnt_path(session, node.key));
@@ -47,8 +47,8 @@ CommandUser read_user(session::Session& session, const controls::TreeNode& node)
 
 }  // namespace
 
-void run_custom_command(session::Session& session, int index, controls::TreeNode& node) {
-  const session::Form1& form = session.form1;
+void run_custom_command(Desktop& session, int index, controls::TreeNode& node) {
+  const Form1& form = session.form1;
   controls::StatusBar& status = session.form1.StatusBar1;
   if (node.image != "USER") {
     status.panel1 = "Select a user first.";

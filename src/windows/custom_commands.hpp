@@ -3,8 +3,8 @@
 namespace twk::controls {
 struct TreeNode;
 }
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::windows {
@@ -12,6 +12,6 @@ namespace twk::windows {
 /// Runs the administrator's own command of popup entry 13 or 14 for a user node, without waiting for its end.
 /// Its text has the same tags as the command after a creation, with the user's account name and names.
 /// The log tab shows whether it started.
-void run_custom_command(session::Session& session, int index, controls::TreeNode& node);
+void run_custom_command(Desktop& session, int index, controls::TreeNode& node);
 
 }  // namespace twk::windows

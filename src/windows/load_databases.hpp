@@ -1,13 +1,13 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
-}
-
 namespace twk::windows {
 
-/// Reads the files of the database directory into the lists of the windows; creates a missing "Mail.dat".
-/// Other missing files are skipped. A failure is reported on the log tab, and what was read stays.
-void Load_Databases(session::Session& session);
+struct Desktop;
+
+/// Reads the files of the database directory, see `stores::load_database`, and shows the sites and templates
+/// in the lists of the windows.
+void Load_Databases(Desktop& session);
+/// The same for files that were read already.
+void show_databases(Desktop& session);
 
 }  // namespace twk::windows

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::windows {
 
 /// Loads a domain into the session and into the window for several users. True when the domain
 /// was loaded.
-bool load_domain(session::Session& session, std::string_view name);
+bool load_domain(Desktop& session, const std::string& name);
 
 }  // namespace twk::windows

@@ -5,12 +5,9 @@
 
 #include "directory/tree/create_ou.hpp"
 #include "directory/tree/tree.hpp"
-#include "directory/user_details.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
-#include "session/session.hpp"
 #include "stores/backup.hpp"
+#include "windows/account/details_tab.hpp"
 #include "windows/account/popup_commands.hpp"
 #include "windows/compact_database.hpp"
 #include "windows/custom_commands.hpp"
@@ -20,14 +17,18 @@
 #include "windows/manage_ou.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/refresh.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
+#include "windows/state/multi_user.hpp"
 #include "windows/tree/ad_options.hpp"
 #include "windows/tree/find_user.hpp"
 
 namespace twk::windows {
 namespace {
 
-void clear_new_user(session::Session& session) {
-  session::Form1& form = session.form1;
+void clear_new_user(Desktop& session) {
+  Form1& form = session.form1;
   for (controls::TextBox* const name : {&form.strFirst, &form.StrMiddle, &form.strLast})
     name->text = std::string();
   for (controls::Label* const light : {&form.Createdirs, &form.Sharedirs, &form.Security, &form.UserAccount,
@@ -36,14 +37,14 @@ void clear_new_user(session::Session& session) {
     light->colour = 0;
   }
   form.ProgressBar1.value = 0;
-  form.SSTab1 = session::tab::kNewUser;
+  form.SSTab1 = tab::kNewUser;
   form.StatusBar1.panel1 = "Ready.";
   form.SetFocus.emit("strFirst");
 }
 
 }  // namespace
 
-void mnuFile_Click(session::Session& session, int index) {
+void mnuFile_Click(Desktop& session, int index) {
   switch (index) {
     case 1:
       Import_Command(session);
@@ -62,7 +63,7 @@ void mnuFile_Click(session::Session& session, int index) {
   }
 }
 
-void mnuOption_Click(session::Session& session, int index) {
+void mnuOption_Click(Desktop& session, int index) {
   switch (index) {
     case 2:
       windows::frmADOptions_Load(session);
@@ -88,7 +89,7 @@ void mnuOption_Click(session::Session& session, int index) {
   }
 }
 
-void mnupopup_Click(session::Session& session, int index) {
+void mnupopup_Click(Desktop& session, int index) {
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     return;
@@ -97,16 +98,16 @@ void mnupopup_Click(session::Session& session, int index) {
     return;
   switch (index) {
     case 0:
-      directory::show_user_details(session, *node);
+      show_user_details(session, *node);
       break;
     case 2:
       windows::Reset_Password(session, *node);
       break;
     case 4:
-      windows::show_for_user(session, *node, session::multi_tab::kDelete);
+      windows::show_for_user(session, *node, multi_tab::kDelete);
       break;
     case 5:
-      windows::show_for_user(session, *node, session::multi_tab::kMove);
+      windows::show_for_user(session, *node, multi_tab::kMove);
       break;
     case 6:
       windows::Rename_User(session);
@@ -129,7 +130,7 @@ void mnupopup_Click(session::Session& session, int index) {
   }
 }
 
-void Toolbar1_ButtonClick(session::Session& session, std::string_view key) {
+void Toolbar1_ButtonClick(Desktop& session, std::string_view key) {
   if (key == "NewUser")
     clear_new_user(session);
   else if (key == "Refresh")
@@ -152,26 +153,30 @@ void Toolbar1_ButtonClick(session::Session& session, std::string_view key) {
     mnupopup_Click(session, 4);
 }
 
-void SSTab1_Click(session::Session& session) {
-  session.form1.StatusBar1.panel1 =
-      session.form1.SSTab1 == session::tab::kSite ? "Click on a site to edit" : "Ready.";
+void SSTab1_Click(Desktop& session) {
+  session.form1.StatusBar1.panel1 = session.form1.SSTab1 == tab::kSite ? "Click on a site to edit" : "Ready.";
 }
 
-void TreeView1_NodeClick(session::Session& session, controls::TreeNode& node) {
-  directory::node_chosen(session, node);
+void TreeView1_NodeClick(Desktop& session, controls::TreeNode& node) {
+  node_chosen(session, node);
 }
 
-void TreeView1_DblClick(session::Session& session, controls::TreeNode& node) {
+void TreeView1_Expand(Desktop& session, controls::TreeNode& node) {
+  const Hourglass hourglass(session.form1);
+  directory::TreeView1_Expand(session, node);
+}
+
+void TreeView1_DblClick(Desktop& session, controls::TreeNode& node) {
   if (node.image == "USER") {
-    directory::show_user_details(session, node);
+    show_user_details(session, node);
   } else if (node.expanded) {
     session.form1.TreeView1.set_expanded(node, false);
   } else {
-    directory::TreeView1_Expand(session, node);
+    TreeView1_Expand(session, node);
   }
 }
 
-void Form_Unload(session::Session& session) {
+void Form_Unload(Desktop& session) {
   session.form1.ended = true;
 }
 

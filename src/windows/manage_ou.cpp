@@ -1,44 +1,14 @@
 #include "windows/manage_ou.hpp"
 
-#include "base/text.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
-#include "session/session.hpp"
-#include "session/settings.hpp"
+#include "directory/managed_ou.hpp"
 #include "windows/refresh.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/directory_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
-namespace {
 
-using session::Session;
-
-void store_limit(Session& session, std::uint32_t hive, std::string_view ou, std::string_view sub_ous) {
-  session::write_setting(session, session::kSetup, "OU", ou, hive);
-  session::write_setting(session, session::kSetup, "SUBOU", sub_ous, hive);
-}
-
-/// The limit may have been stored for the person, for the machine or for both.
-void lift_stored_limit(Session& session) {
-  if (!session::read_setting(session, session::kSetup, "OU").empty())
-    store_limit(session, platform::kHiveLocalMachine, {}, "Yes");
-  store_limit(session, platform::kHiveCurrentUser, {}, "Yes");
-}
-
-}  // namespace
-
-void limit_to_ou(Session& session, const std::string& distinguished_name, bool sub_ous, std::uint32_t hive) {
-  session.ManagedOU = distinguished_name;
-  session.ManageSubOUs = sub_ous;
-  store_limit(session, hive, distinguished_name, sub_ous ? "Yes" : "No");
-}
-
-void lift_limit(Session& session) {
-  lift_stored_limit(session);
-  session.ManagedOU.clear();
-  session.ManageSubOUs = true;
-}
-
-void Manage_OU(Session& session) {
+void Manage_OU(Desktop& session) {
   const controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr || node->image != "OU") {
     session.platform.dialogs.MsgBox(
@@ -48,10 +18,10 @@ void Manage_OU(Session& session) {
     return;
   }
   if (!session.ManagedOU.empty()) {
-    session::Form1& form = session.form1;
+    Form1& form = session.form1;
     form.DomName.enabled = false;
     form.mnuOption[5].enabled = false;
-    lift_limit(session);
+    directory::lift_limit(session);
     windows::Refresh(session);
     form.DomName.enabled = true;
     return;
@@ -61,7 +31,7 @@ void Manage_OU(Session& session) {
   session.platform.dialogs.show_modal("Select_OU");
 }
 
-void Select_OU_OK_Click(Session& session) {
+void Select_OU_OK_Click(Desktop& session) {
   const controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     return;
@@ -69,7 +39,7 @@ void Select_OU_OK_Click(Session& session) {
   session.form1.mnuOption[5].enabled = false;
   const std::uint32_t hive =
       session.select_ou.REG_KEY.index == 1 ? platform::kHiveLocalMachine : platform::kHiveCurrentUser;
-  limit_to_ou(session, node->key, session.select_ou.SUBOU.on(), hive);
+  directory::limit_to_ou(session, node->key, session.select_ou.SUBOU.on(), hive);
   session.form1.StatusBar1.panel1 = "The limit to " + node->text + " takes effect with the next Refresh.";
 }
 

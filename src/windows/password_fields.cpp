@@ -1,7 +1,8 @@
 #include "windows/password_fields.hpp"
 
-#include "session/form1.hpp"
 #include "session/settings.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -12,8 +13,8 @@ constexpr int kWideFrameWidth = 5535;
 
 }  // namespace
 
-void show_password_frame(session::Session& session) {
-  session::Form1& form = session.form1;
+void show_password_frame(Desktop& session) {
+  Form1& form = session.form1;
   const bool formatted = form.FmtPass.on();
   form.Frame4.width = formatted ? kWideFrameWidth : kFrameWidth;
   form.Frame4.caption = formatted ? "Default Passwords" : "Default Password";
@@ -21,7 +22,7 @@ void show_password_frame(session::Session& session) {
   form.Formatted_Password.enabled = formatted;
 }
 
-void FmtPass_Click(session::Session& session) {
+void FmtPass_Click(Desktop& session) {
   show_password_frame(session);
   session::write_setting(session, session::kPreferences, "UseFormattedPassword",
                          session.form1.FmtPass.on() ? "YES" : "No");

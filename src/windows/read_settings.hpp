@@ -1,7 +1,7 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::windows {
@@ -9,9 +9,9 @@ namespace twk::windows {
 /// Reads the settings into the session's values and the controls at start-up, in the order of their
 /// dependencies; writes `DBVersion` in a fresh installation. Shows the test fields of the name formats, the
 /// custom commands of the tree's popup menu and the custom attributes.
-void read_settings(session::Session& session);
+void read_settings(Desktop& session);
 
 /// Enables `txtAdmin` and `txtPassword` while `Mail_Logon` is unticked.
-void show_mail_credentials(session::Session& session);
+void show_mail_credentials(Desktop& session);
 
 }  // namespace twk::windows

@@ -1,22 +1,23 @@
 #include "windows/refresh.hpp"
 
 #include "base/text.hpp"
-#include "directory/user_details.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
-#include "session/session.hpp"
+#include "directory/loading/select_domain.hpp"
+#include "windows/account/details_tab.hpp"
 #include "windows/load_databases.hpp"
 #include "windows/load_domain.hpp"
 #include "windows/site_tab.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/multi_user.hpp"
 #include "windows/template_tab.hpp"
 
 namespace twk::windows {
 namespace {
 
-void clear_domain(session::Session& session) {
-  session::Form1& form = session.form1;
-  directory::Clear_UM(session);
+void clear_domain(Desktop& session) {
+  Form1& form = session.form1;
+  Clear_UM(session);
   Clear_TT(session);
   Clear_Site(session);
   form.TreeView1.clear();
@@ -28,14 +29,14 @@ void clear_domain(session::Session& session) {
   }
 }
 
-void load_typed_domain(session::Session& session) {
+void load_typed_domain(Desktop& session) {
   session.DomainName = base::trim(session.form1.DomName.text.get());
   if (!load_domain(session, session.DomainName))
-    session.form1.StatusBar1.panel1 = "Can't Find Domain Controller.";
+    session.form1.StatusBar1.panel1 = std::string(directory::kNoController);
 }
 
-void load_databases(session::Session& session) {
-  session::Form1& form = session.form1;
+void load_databases(Desktop& session) {
+  Form1& form = session.form1;
   for (controls::ComboBox* const box : {&form.NUsitename, &form.nutemplate, &form.templatelst,
                                         &session.multi_user.Multi_Site, &session.multi_user.Multi_Template}) {
     box->clear();
@@ -46,7 +47,7 @@ void load_databases(session::Session& session) {
 
 }  // namespace
 
-void Refresh(session::Session& session) {
+void Refresh(Desktop& session) {
   clear_domain(session);
   load_typed_domain(session);
   load_databases(session);
@@ -55,7 +56,7 @@ void Refresh(session::Session& session) {
   show_managed_ou(session);
 }
 
-void show_managed_ou(session::Session& session) {
+void show_managed_ou(Desktop& session) {
   controls::MenuItem& entry = session.form1.mnuOption[5];
   entry.enabled = true;
   entry.tool_tip = session.ManagedOU.empty()

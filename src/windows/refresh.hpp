@@ -1,7 +1,7 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::windows {
@@ -9,10 +9,10 @@ namespace twk::windows {
 /// Reads everything again: the domain named in `DomName` into emptied tree and lists, then the database
 /// files; selects the first node. A domain that does not answer leaves the tree empty and says so in the
 /// status bar; sites and templates are still read.
-void Refresh(session::Session& session);
+void Refresh(Desktop& session);
 
 /// Enables the entry that limits the session to one OU; while there is a limit, it names and lifts
 /// it.
-void show_managed_ou(session::Session& session);
+void show_managed_ou(Desktop& session);
 
 }  // namespace twk::windows

@@ -1,10 +1,10 @@
 #include "windows/setup_tab.hpp"
 
 #include "base/text.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/setting_controls.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -19,8 +19,8 @@ std::string completed_path(std::string_view typed) {
 
 }  // namespace
 
-void Command3_Click(session::Session& session) {
-  session::Form1& form1 = session.form1;
+void Command3_Click(Desktop& session) {
+  Form1& form1 = session.form1;
   form1.dbpath.text = completed_path(form1.dbpath.text.get());
   // An empty path falls back to the default at the next start.
   if (!form1.dbpath.text.get().empty())
@@ -46,7 +46,7 @@ void Command3_Click(session::Session& session) {
     session::write_yes_no(session, row.sub_key, row.name, row.box.on());
 }
 
-void Run_Hidden_Click(session::Session& session) {
+void Run_Hidden_Click(Desktop& session) {
   session::write_yes_no(session, session::kSetup, "RunHidden", session.form1.Run_Hidden[0].on());
 }
 

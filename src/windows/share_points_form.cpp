@@ -1,20 +1,20 @@
 #include "windows/share_points_form.hpp"
 
-#include "session/form1.hpp"
-#include "session/session.hpp"
-#include "session/windows.hpp"
 #include "stores/template_changes.hpp"
 #include "stores/typed_text.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::windows {
 
-void btnSharePoints_Click(session::Session& session) {
+void btnSharePoints_Click(Desktop& session) {
   frmSharePoints_Load(session);
   session.platform.dialogs.show_modal("frmSharePoints");
 }
 
-void frmSharePoints_Load(session::Session& session) {
-  session::frmSharePoints& window = session.share_points;
+void frmSharePoints_Load(Desktop& session) {
+  frmSharePoints& window = session.share_points;
   window.HomeShareName.text = window.HomeSharePoint;
   window.ProfileShareName.text = window.ProfileSharePoint;
   const bool editing = session.form1.savetemplate.enabled;
@@ -23,8 +23,8 @@ void frmSharePoints_Load(session::Session& session) {
   window.btnOK.enabled = editing;
 }
 
-bool frmSharePoints_btnOK_Click(session::Session& session) {
-  session::frmSharePoints& window = session.share_points;
+bool frmSharePoints_btnOK_Click(Desktop& session) {
+  frmSharePoints& window = session.share_points;
   if (stores::refuses(session, stores::record_refusal,
                       {window.HomeShareName.text.get(), window.ProfileShareName.text.get()}))
     return false;
@@ -33,8 +33,8 @@ bool frmSharePoints_btnOK_Click(session::Session& session) {
   return true;
 }
 
-void frmSharePoints_btnCancel_Click(session::Session& session) {
-  session::frmSharePoints& window = session.share_points;
+void frmSharePoints_btnCancel_Click(Desktop& session) {
+  frmSharePoints& window = session.share_points;
   window.HomeShareName.text = window.HomeSharePoint;
   window.ProfileShareName.text = window.ProfileSharePoint;
 }

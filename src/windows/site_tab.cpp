@@ -1,18 +1,15 @@
 #include "windows/site_tab.hpp"
 
 #include "base/text.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
 #include "session/loaded_database.hpp"
-#include "session/multi_user.hpp"
-#include "session/session.hpp"
 #include "stores/site_store.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {
-
-using session::Form1;
-using session::Session;
 
 /// Key of the row of a site that has not been saved yet: the last one. No other row has a key.
 constexpr std::string_view kNewRow = "NewSite";
@@ -73,7 +70,7 @@ void unlock_fields(Form1& form1) {
 }
 
 /// Locks the fields and sets the buttons for a tab on which nothing is edited.
-void show_browsing(Session& session) {
+void show_browsing(Desktop& session) {
   Form1& form1 = session.form1;
   for_each_field(form1, [](auto& field) {
     field.enabled = false;
@@ -125,7 +122,7 @@ records::SiteRecord site_of_fields(const Form1& form1) {
           .MailStore = form1.Mail_Store.text};
 }
 
-void list_new_site(Session& session, const std::string& name) {
+void list_new_site(Desktop& session, const std::string& name) {
   Form1& form1 = session.form1;
   controls::ListRow* row = new_row(form1);
   if (row == nullptr)
@@ -139,9 +136,8 @@ void list_new_site(Session& session, const std::string& name) {
 
 }  // namespace
 
-void load_sites(Session& session) {
+void list_sites(Desktop& session) {
   Form1& form1 = session.form1;
-  stores::load_site_names(session);
   for (const std::string& name : session.database.sites) {
     form1.NUsitename.locked = true;
     form1.ListView2.add({}, name, "SITE");
@@ -150,14 +146,14 @@ void load_sites(Session& session) {
   }
 }
 
-void Clear_Site(Session& session) {
+void Clear_Site(Desktop& session) {
   drop_new_row(session.form1);
   session.form1.ListView2.select(nullptr);
   empty_fields(session.form1);
   show_browsing(session);
 }
 
-void ListView2_Click(Session& session) {
+void ListView2_Click(Desktop& session) {
   Form1& form1 = session.form1;
   controls::ListRow* const row = form1.ListView2.selected();
   if (row == nullptr || row == new_row(form1) || base::trim(row->text).empty())
@@ -171,7 +167,7 @@ void ListView2_Click(Session& session) {
   form1.Find_Store.enabled = is_exchange_2000(form1);
 }
 
-void New_Site(Session& session) {
+void New_Site(Desktop& session) {
   Form1& form1 = session.form1;
   drop_new_row(form1);
   empty_fields(form1);
@@ -181,7 +177,7 @@ void New_Site(Session& session) {
   form1.ListView2.select(&form1.ListView2.add(std::string(kNewRow), {}, "SITE"));
 }
 
-void site_name_edited(Session& session, std::string_view typed) {
+void site_name_edited(Desktop& session, std::string_view typed) {
   Form1& form1 = session.form1;
   controls::ListRow* const row = new_row(form1);
   if (row == nullptr)
@@ -196,7 +192,7 @@ void site_name_edited(Session& session, std::string_view typed) {
   form1.New_Site_Name.text = name;
 }
 
-void Edit_Site(Session& session) {
+void Edit_Site(Desktop& session) {
   const std::string name = selected_name(session.form1);
   if (name.empty())
     return;
@@ -213,11 +209,11 @@ void Edit_Site(Session& session) {
   unlock_fields(session.form1);
 }
 
-void Save_Site(Session& session) {
+void Save_Site(Desktop& session) {
   Form1& form1 = session.form1;
   if (session.EditingSite)
     form1.New_Site_Name.text = selected_name(form1);
-  const session::WorkingStatus saving(form1, "Saving Site...");
+  const WorkingStatus saving(form1, "Saving Site...");
   const records::SiteRecord site = site_of_fields(form1);
   const stores::StoreOutcome outcome =
       stores::save_site(session, site, session.EditingSite ? stores::SaveAs::kLive : stores::SaveAs::kNew);
@@ -230,12 +226,12 @@ void Save_Site(Session& session) {
   form1.NUsitename.locked = false;
 }
 
-void Delete_site(Session& session) {
+void Delete_site(Desktop& session) {
   Form1& form1 = session.form1;
   const std::string name = selected_name(form1);
   if (name.empty() || (form1.Confirm_Deletes.on() && !stores::agrees_to_delete_site(session)))
     return;
-  const session::WorkingStatus deleting(form1, "Deleting Site...");
+  const WorkingStatus deleting(form1, "Deleting Site...");
   const stores::StoreOutcome outcome = stores::delete_site(session, name);
   if (outcome.done) {
     form1.NUsitename.remove_item(name);
@@ -246,12 +242,12 @@ void Delete_site(Session& session) {
   stores::tell(session, outcome);
 }
 
-void Site_Cancel(Session& session) {
+void Site_Cancel(Desktop& session) {
   session.EditingSite = false;
   Clear_Site(session);
 }
 
-void EXH5_Click(Session& session) {
+void EXH5_Click(Desktop& session) {
   Form1& form1 = session.form1;
   show_kind(form1, is_exchange_2000(form1));
   form1.Find_Store.enabled = is_exchange_2000(form1);

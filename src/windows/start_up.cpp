@@ -2,20 +2,22 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/loading/select_domain.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_database.hpp"
-#include "session/session.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/settings.hpp"
-#include "session/windows.hpp"
-#include "stores/conversion.hpp"
+#include "stores/open_database.hpp"
 #include "windows/controls_defaults.hpp"
 #include "windows/load_databases.hpp"
 #include "windows/load_domain.hpp"
 #include "windows/read_settings.hpp"
 #include "windows/refresh.hpp"
 #include "windows/site_tab.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 #include "windows/template_tab.hpp"
 
 namespace twk::windows {
@@ -23,21 +25,21 @@ namespace {
 
 constexpr int kLeastScreenWidth = 1024;
 
-void read_all_settings(session::Session& session) {
-  session.splash.Splash_TxT.caption = "Loading Registry Keys...";
+void read_all_settings(Desktop& session) {
+  session.domain.loading = std::string("Loading Registry Keys...");
   read_settings(session);
 }
 
-void show_first_run(session::Session& session) {
-  session.form1.SSTab1 = session::tab::kSetup;
+void show_first_run(Desktop& session) {
+  session.form1.SSTab1 = tab::kSetup;
   session.form1.StatusBar1.panel1 = "Must Enter Setup Details...";
   session.form1.TreeView1.clear();
   session.form1.TreeView1.add(nullptr, {}, session.DomainName, "Domain");
 }
 
 /// Also true when the group cannot be read.
-bool is_domain_admin(session::Session& session) {
-  session.splash.Splash_TxT.caption = "Checking Admin Rights...";
+bool is_domain_admin(Desktop& session) {
+  session.domain.loading = std::string("Checking Admin Rights...");
   const std::string user = session.platform.environment.variable("USERNAME");
   const platform::ObjectPtr admins =
       session.platform.directory.GetObject(platform::winnt_path(session.DomainName, "Domain Admins"));
@@ -52,23 +54,21 @@ bool is_domain_admin(session::Session& session) {
 }
 
 /// False when the person may not continue.
-bool open_domain(session::Session& session) {
+bool open_domain(Desktop& session) {
   session.DomainName = base::trim(session.DomainName);
-  session.splash.Splash_TxT.caption = "Retrieving Domain Data...";
+  session.domain.loading = std::string("Retrieving Domain Data...");
   if (!load_domain(session, session.DomainName)) {
-    session.form1.StatusBar1.panel1 = "Can't Find Domain Controller.";
+    session.form1.StatusBar1.panel1 = std::string(directory::kNoController);
     return true;
   }
   // A tick is 1 and never -1: the preference is kept and shown, and costs no directory call.
   return session.form1.Domain_Admin.value != -1 || is_domain_admin(session);
 }
 
-void load_databases(session::Session& session) {
+void load_databases(Desktop& session) {
   prepare_controls(session);
-  session.splash.Splash_TxT.caption = "Checking .dat versions...";
-  stores::convert_old_database(session);
-  session.splash.Splash_TxT.caption = "Loading Databases...";
-  windows::Load_Databases(session);
+  stores::open_database(session);
+  show_databases(session);
   const auto clear_tabs = [&session] {
     Clear_Site(session);
     Clear_TT(session);
@@ -92,11 +92,12 @@ bool screen_is_wide_enough(platform::Dialogs& dialogs, int width) {
   return false;
 }
 
-StartUp start_session(session::Session& session) {
+StartUp start_session(Desktop& session) {
   session.splash.visible = true;
   read_all_settings(session);
-  session.splash.Splash_TxT.caption = "Retrieving Domain Names...";
-  directory::Load_Domain_List(session);
+  session.domain.loading = std::string("Retrieving Domain Names...");
+  for (const std::string& domain : directory::Load_Domain_List(session))
+    session.form1.DomName.add_item(domain);
   if (session.DomainName == session::kNoDomain) {
     show_first_run(session);
   } else if (!open_domain(session)) {
@@ -110,7 +111,7 @@ StartUp start_session(session::Session& session) {
   return StartUp::kReady;
 }
 
-void start_session_without_domain(session::Session& session) {
+void start_session_without_domain(Desktop& session) {
   read_all_settings(session);
   load_databases(session);
 }

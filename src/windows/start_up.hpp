@@ -4,8 +4,8 @@ namespace twk::platform {
 class Dialogs;
 }
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::windows {
@@ -23,9 +23,9 @@ enum class StartUp {
 /// database files. A domain that cannot be reached leaves the tree empty and says so in the status bar.
 /// Database files of an older generation are converted, which boxes report. Raises a runtime error when that
 /// fails, before they are read.
-StartUp start_session(session::Session& session);
+StartUp start_session(Desktop& session);
 
 /// The same without the domain: settings, controls and database files.
-void start_session_without_domain(session::Session& session);
+void start_session_without_domain(Desktop& session);
 
 }  // namespace twk::windows

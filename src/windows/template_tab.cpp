@@ -4,21 +4,19 @@
 #include <utility>
 
 #include "base/text.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
 #include "session/loaded_database.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/multi_user.hpp"
-#include "session/session.hpp"
-#include "session/windows.hpp"
 #include "stores/template_changes.hpp"
 #include "stores/template_store.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
+#include "windows/state/import_windows.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {
 
-using session::Form1;
-using session::Session;
 using stores::StoreOutcome;
 using stores::TemplateEdit;
 
@@ -33,13 +31,13 @@ constexpr std::array<std::pair<controls::TextBox Form1::*, std::string TemplateE
     {&Form1::logon, &TemplateEdit::LogonScript},
 }};
 
-void show_edit(Session& session, const TemplateEdit& edit) {
+void show_edit(Desktop& session, const TemplateEdit& edit) {
   Form1& form1 = session.form1;
   for (const auto& [box, text] : kFields)
     (form1.*box).text = edit.*text;
   form1.Home_Drive_letter.text = edit.HomeDrive;
   form1.PrimaryGrp.caption = edit.PrimaryGroup;
-  session::frmSharePoints& points = session.share_points;
+  frmSharePoints& points = session.share_points;
   points.HomeSharePoint = edit.HomeSharePoint;
   points.ProfileSharePoint = edit.ProfileSharePoint;
   points.HomeShareName.text = points.HomeSharePoint;
@@ -47,7 +45,7 @@ void show_edit(Session& session, const TemplateEdit& edit) {
 }
 
 /// What the tab holds; a new template has its name in a box of its own.
-TemplateEdit edit_of_fields(const Session& session) {
+TemplateEdit edit_of_fields(const Desktop& session) {
   const Form1& form1 = session.form1;
   TemplateEdit edit;
   edit.Name = session.EditingTemplate ? form1.templatelst.text.get() : form1.New_Template_Name.text.get();
@@ -60,13 +58,13 @@ TemplateEdit edit_of_fields(const Session& session) {
   return edit;
 }
 
-void show_loaded(Session& session) {
+void show_loaded(Desktop& session) {
   show_edit(session, stores::edit_of(session.ActiveTemplate));
   session.form1.Variables.enabled = true;
   session.form1.btnSharePoints.enabled = true;
 }
 
-void empty_fields(Session& session) {
+void empty_fields(Desktop& session) {
   stores::release_template(session);
   show_edit(session, {});
 }
@@ -88,7 +86,7 @@ void show_editing(Form1& form1) {
     button->enabled = false;
 }
 
-void show_browsing(Session& session) {
+void show_browsing(Desktop& session) {
   Form1& form1 = session.form1;
   session.EditingTemplate = false;
   lock_fields(form1, true);
@@ -104,7 +102,7 @@ void show_browsing(Session& session) {
   form1.NewTemplate.enabled = true;
 }
 
-void list_new_template(Session& session) {
+void list_new_template(Desktop& session) {
   Form1& form1 = session.form1;
   const std::string name = records::padded_template_name(session.ActiveTemplate.Name);
   form1.templatelst.add_item(name);
@@ -114,7 +112,7 @@ void list_new_template(Session& session) {
 }
 
 /// Shows the person what keeps the fields from being saved.
-bool can_save(Session& session, const TemplateEdit& edit, stores::SaveAs as) {
+bool can_save(Desktop& session, const TemplateEdit& edit, stores::SaveAs as) {
   const StoreOutcome outcome = stores::check_template(session, edit, as);
   stores::tell(session, outcome);
   if (outcome.at_name)
@@ -124,9 +122,8 @@ bool can_save(Session& session, const TemplateEdit& edit, stores::SaveAs as) {
 
 }  // namespace
 
-void load_templates(Session& session) {
+void list_templates(Desktop& session) {
   Form1& form1 = session.form1;
-  stores::load_template_names(session);
   for (const std::string& name : session.database.templates) {
     form1.nutemplate.locked = true;
     form1.templatelst.add_item(name);
@@ -135,13 +132,13 @@ void load_templates(Session& session) {
   }
 }
 
-void Clear_TT(Session& session) {
+void Clear_TT(Desktop& session) {
   session.form1.templatelst.text = std::string();
   empty_fields(session);
   show_browsing(session);
 }
 
-void templatelst_Click(Session& session) {
+void templatelst_Click(Desktop& session) {
   const std::string name = session.form1.templatelst.text;
   if (base::trim(name).empty())
     return;
@@ -154,7 +151,7 @@ void templatelst_Click(Session& session) {
   stores::tell(session, loaded);
 }
 
-void NewTemplate(Session& session) {
+void NewTemplate(Desktop& session) {
   Form1& form1 = session.form1;
   session.EditingTemplate = false;
   form1.New_Template_Name.text = std::string();
@@ -164,7 +161,7 @@ void NewTemplate(Session& session) {
   form1.paste.enabled = true;
 }
 
-void EditTemplate(Session& session) {
+void EditTemplate(Desktop& session) {
   if (base::trim(session.form1.templatelst.text.get()).empty())
     return;
   session.status.panel1 = "Edit Template...";
@@ -173,14 +170,14 @@ void EditTemplate(Session& session) {
   session.form1.templatelst.locked = true;
 }
 
-void savetemplate(Session& session) {
+void savetemplate(Desktop& session) {
   Form1& form1 = session.form1;
   const TemplateEdit edit = edit_of_fields(session);
   const stores::SaveAs as = session.EditingTemplate ? stores::SaveAs::kLive : stores::SaveAs::kNew;
   if (!can_save(session, edit, as))
     return;
   session.domain.template_choice.select(nullptr);
-  const session::WorkingStatus saving(form1, "Saving Template...");
+  const WorkingStatus saving(form1, "Saving Template...");
   if (edit.HomeDir.empty())
     form1.Home_Drive_letter.text = std::string();
   const StoreOutcome outcome = stores::save_template(session, edit, as);
@@ -191,12 +188,12 @@ void savetemplate(Session& session) {
     show_browsing(session);
 }
 
-void DeleteTemplate(Session& session) {
+void DeleteTemplate(Desktop& session) {
   Form1& form1 = session.form1;
   const std::string name(base::trim(form1.templatelst.text.get()));
   if (name.empty() || (form1.Confirm_Deletes.on() && !stores::agrees_to_delete_template(session)))
     return;
-  const session::WorkingStatus deleting(form1, "Deleting Template...");
+  const WorkingStatus deleting(form1, "Deleting Template...");
   const StoreOutcome outcome = stores::delete_template(session, name);
   if (outcome.done) {
     form1.nutemplate.remove_item(name);
@@ -207,7 +204,7 @@ void DeleteTemplate(Session& session) {
   stores::tell(session, outcome);
 }
 
-void paste(Session& session) {
+void paste(Desktop& session) {
   if (!session.form1.New_Template_Name.visible.get())
     return;
   try {
@@ -220,17 +217,17 @@ void paste(Session& session) {
   }
 }
 
-void Template_Cancel(Session& session) {
+void Template_Cancel(Desktop& session) {
   session.domain.template_choice.select(nullptr);
   Clear_TT(session);
 }
 
-void add_Click(Session& session) {
+void add_Click(Desktop& session) {
   if (session.form1.savetemplate.enabled.get())
     stores::add_selected_groups(session);
 }
 
-void remove_Click(Session& session) {
+void remove_Click(Desktop& session) {
   if (!session.form1.savetemplate.enabled.get())
     return;
   controls::ListView& groups = session.domain.template_groups;
@@ -238,15 +235,15 @@ void remove_Click(Session& session) {
     controls::move_row(groups, *row, session.domain.template_choice);
 }
 
-void ListView5_DblClick(Session& session) {
+void ListView5_DblClick(Desktop& session) {
   add_Click(session);
 }
 
-void ListView6_DblClick(Session& session) {
+void ListView6_DblClick(Desktop& session) {
   remove_Click(session);
 }
 
-void SetPriGroup(Session& session) {
+void SetPriGroup(Desktop& session) {
   const controls::ListRow* const row = session.domain.template_groups.selected();
   if (row == nullptr)
     return;
@@ -255,7 +252,7 @@ void SetPriGroup(Session& session) {
   session.form1.PrimaryGrp.caption = row->text;
 }
 
-void Variables(Session& session) {
+void Variables(Desktop& session) {
   if (session.form1.New_Template_Name.visible.get()) {
     stores::tell(session,
                  stores::refused_in_box("Must Save Template before editing Variables...", "Warning"));
@@ -266,7 +263,7 @@ void Variables(Session& session) {
   Varibles_Form_Unload(session);
 }
 
-void Varibles_Form_Unload(Session& session) {
+void Varibles_Form_Unload(Desktop& session) {
   session.variables.visible = false;
   stores::tell(session, stores::save_variables(session, session.form1.templatelst.text.get()));
 }

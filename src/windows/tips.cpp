@@ -3,8 +3,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "base/text_file.hpp"
-#include "session/session.hpp"
 #include "stores/database_files.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::windows {
 namespace {
@@ -22,7 +22,7 @@ std::vector<std::string> lines_of(std::string_view text) {
 
 }  // namespace
 
-std::vector<std::string> read_tips(session::Session& session, std::string_view shipped) {
+std::vector<std::string> read_tips(Desktop& session, std::string_view shipped) {
   const std::string path = stores::database_path(session, kTipFile);
   if (!session.platform.files.exists(path))
     return lines_of(shipped);

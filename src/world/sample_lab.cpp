@@ -6,15 +6,17 @@
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/loading/select_domain.hpp"
 #include "platform/adsi.hpp"
 #include "platform/group_type.hpp"
 #include "session/loaded_database.hpp"
 #include "session/loaded_domain.hpp"
+#include "session/session_settings.hpp"
 #include "session/settings.hpp"
+#include "stores/open_database.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_changes.hpp"
-#include "windows/start_up.hpp"
 
 namespace twk::world {
 namespace {
@@ -202,8 +204,10 @@ void make_sample_lab(const std::filesystem::path& folder, const lab::LabPlan& pl
   record_domain(world);
   prepare_sample(world);
   Session session(world.services(), "", world.program_directory());
-  if (windows::start_session(session) != windows::StartUp::kReady)
-    refuse("The session on the new lab did not start.");
+  session::read_session_settings(session);
+  if (!directory::Select_Domain(session, session.DomainName))
+    refuse("The domain of the new lab did not load.");
+  stores::open_database(session);
   fill_sample_stores(session);
 }
 

@@ -16,7 +16,6 @@
 #include "platform/adsi.hpp"
 #include "platform/directory.hpp"
 #include "platform/security.hpp"
-#include "session/group_windows.hpp"
 
 namespace twk::world {
 namespace {

@@ -1,5 +1,5 @@
 #include "batch/account_functions.hpp"
-#include "session/multi_user.hpp"
+#include "windows/state/multi_user.hpp"
 
 #include "base/errors.hpp"
 #include "batch/multi_user_world.hpp"
@@ -10,7 +10,7 @@
 namespace twk::batch {
 namespace {
 
-namespace lock_acc = session::lock_acc;
+namespace lock_acc = windows::lock_acc;
 using lab::DomainKind;
 using test::InEveryKindOfDomain;
 using test::MultiUserWorld;
@@ -126,7 +126,7 @@ TEST_P(AccountFunctions, AFailureEndsTheWindowsRunAndIsReported) {
   EXPECT_THAT(log_tab(), testing::ElementsAre(testing::StartsWith(
                              "RED  Error Retrieving Domain Info.: refused by the test: SetInfo")));
   EXPECT_EQ(window.btnGo.caption.get(), "&Go");
-  EXPECT_FALSE(session::is_running(window));
+  EXPECT_FALSE(windows::is_running(window));
 }
 
 TEST_P(AccountFunctions, WithHooksARefusedRowIsAnOutcomeAndTheRestContinues) {

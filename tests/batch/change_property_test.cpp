@@ -1,8 +1,8 @@
 #include "batch/change_property.hpp"
 
 #include "batch/property_world.hpp"
-#include "session/ad_properties.hpp"
-#include "session/multi_user.hpp"
+#include "windows/state/ad_properties.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::batch {
 namespace {
@@ -143,7 +143,7 @@ TEST_F(ChangeProperty, ServerThatIsGoneEndsTheRun) {
   EXPECT_EQ(status(), "Error Retrieving Domain Info.");
   EXPECT_THAT(log(), HasSubstr("no server answers"));
   EXPECT_EQ(counts.failure, "no server answers");
-  EXPECT_FALSE(session::is_running(session.multi_user));
+  EXPECT_FALSE(windows::is_running(session.multi_user));
   EXPECT_EQ(session.ad_properties.CHANGE_AD.caption, std::string("C&hange"));
 }
 

@@ -2,11 +2,11 @@
 
 #include "base/errors.hpp"
 #include "batch/multi_user_world.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "session/settings.hpp"
 #include "windows/multi_user/delete_options.hpp"
 #include "windows/multi_user/delete_tab.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::batch {
 namespace {
@@ -60,7 +60,7 @@ TEST(DeleteOptions, AreReadOnceAndStoredByEachClick) {
   world.set("DU", "TakeOwnership", "Yes");
   world.set("DU", "DeleteMail", "No");
   world.open();
-  session::MultiUser& window = world.window;
+  windows::MultiUser& window = world.window;
   EXPECT_TRUE(window.Delete_NT_Account.on() && window.Delete_Data.on() && window.Del_Permissions.on());
   EXPECT_TRUE(window.Del_Shares.on()) << "the folders are found where the shares are looked at";
   EXPECT_FALSE(window.Del_Shares.enabled);

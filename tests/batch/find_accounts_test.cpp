@@ -7,7 +7,7 @@
 namespace twk::batch {
 namespace {
 
-namespace lock_acc = session::lock_acc;
+namespace lock_acc = windows::lock_acc;
 using test::InEveryKindOfDomain;
 using test::MultiUserWorld;
 using Names = std::set<std::string>;

@@ -15,16 +15,16 @@ using Names = std::set<std::string>;
 struct Function {
   const char* name;
   void (*choose)(MultiUserWorld& world);
-  void (*press)(session::Session& session);
+  void (*press)(windows::Desktop& session);
   bool (*is_done)(MultiUserWorld& world, const std::string& user);
-  controls::Button session::MultiUser::*button;
+  controls::Button windows::MultiUser::*button;
   const char* caption;
   const char* completed;
   const char* canceled;
 };
 
 void choose_disable(MultiUserWorld& world) {
-  world.window.LockAcc.index = session::lock_acc::kDisable;
+  world.window.LockAcc.index = windows::lock_acc::kDisable;
   world.dialogs.expect("This will disable all selected accounts\r\nPress 'OK' to continue");
 }
 
@@ -62,13 +62,13 @@ bool is_moved(MultiUserWorld& world, const std::string& user) {
 }
 
 const Function kDisable = {
-    "Disable", choose_disable, windows::btnGo_Click, is_disabled, &session::MultiUser::btnGo,
+    "Disable", choose_disable, windows::btnGo_Click, is_disabled, &windows::MultiUser::btnGo,
     "&Go",     " Completed",   "Canceled by user."};
 const Function kDelete = {"Delete",
                           choose_delete,
                           windows::Del_User_Click,
                           is_deleted,
-                          &session::MultiUser::Del_User,
+                          &windows::MultiUser::Del_User,
                           "&Delete Users",
                           "Delete Completed, Check log for errors",
                           "Delete Canceled"};
@@ -76,7 +76,7 @@ const Function kMove = {"Move",
                         choose_move,
                         windows::btn_MoveUser_Click,
                         is_moved,
-                        &session::MultiUser::btn_MoveUser,
+                        &windows::MultiUser::btn_MoveUser,
                         "&Move Users",
                         "Move Complete, Check Log for Errors",
                         "Move Canceled"};
@@ -100,7 +100,7 @@ class Functions : public testing::TestWithParam<std::tuple<Function, DomainKind>
     EXPECT_EQ(world_.window.Label3.caption.get(), told);
     EXPECT_EQ((world_.window.*function_.button).caption.get(), function_.caption);
     EXPECT_TRUE(world_.window.Command1.enabled && world_.window.Command7.enabled);
-    EXPECT_FALSE(session::is_running(world_.window));
+    EXPECT_FALSE(windows::is_running(world_.window));
   }
 
   const Function function_ = std::get<Function>(GetParam());

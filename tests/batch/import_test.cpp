@@ -5,10 +5,10 @@
 #include "batch/import_file.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/account_expiry.hpp"
-#include "session/form1.hpp"
-#include "session/windows.hpp"
 #include "support/lab_session.hpp"
 #include "windows/csv_layout.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::batch {
 namespace {
@@ -166,7 +166,7 @@ TEST(Import, ChosenColumnsFeedNamesAccountAndPassword) {
   ImportWorld world;
   world.start();
   load_csv_layout(world.session, world.file("x1,Smith,Jo,jsmith,Own-Pass-2026\n"));
-  session::CSV_Import& window = world.session.csv_import;
+  windows::CSV_Import& window = world.session.csv_import;
   EXPECT_EQ(window.columns.get(), 5);
   EXPECT_EQ(window.ImportFirst.text.get(), "%IMPORT1%");
   window.chkImport.value = 0;
@@ -414,7 +414,7 @@ TEST(CsvLayout, ShowsTheEndOfALongPathAndAPreviewOfTwoLines) {
   ImportWorld world;
   world.start();
   load_csv_layout(world.session, world.file("a,b\nc,d,e\nf\n"));
-  session::CSV_Import& window = world.session.csv_import;
+  windows::CSV_Import& window = world.session.csv_import;
   EXPECT_EQ(window.ListView1.size(), 2U);
   EXPECT_EQ(window.columns.get(), 3);
   EXPECT_THAT(window.ImportFirst.items(), ElementsAre("", "%IMPORT1%", "%IMPORT2%"));

@@ -6,8 +6,8 @@
 
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
-#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::test {
 
@@ -121,7 +121,7 @@ class MultiUserWorld : public LabSession {
     return names;
   }
 
-  session::MultiUser& window;
+  windows::MultiUser& window;
 
  private:
   platform::ObjectPtr unit() {

@@ -1,9 +1,9 @@
 #include "batch/property_file.hpp"
 
 #include "batch/property_world.hpp"
-#include "session/ad_properties.hpp"
-#include "session/multi_user.hpp"
 #include "support/kept_view.hpp"
+#include "windows/state/ad_properties.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::batch {
 namespace {
@@ -201,7 +201,7 @@ TEST_F(PropertyFile, NothingHappensWithoutConsentOrAFile) {
   dialogs.expect_input("Open file to import", "");
   windows::DELIMPORT_Click(session);
   EXPECT_THAT(outcomes, IsEmpty());
-  EXPECT_FALSE(session::is_running(session.multi_user));
+  EXPECT_FALSE(windows::is_running(session.multi_user));
 }
 
 TEST_F(PropertyFile, FileThatCannotBeReadIsNamed) {
@@ -210,7 +210,7 @@ TEST_F(PropertyFile, FileThatCannotBeReadIsNamed) {
   dialogs.expect("no.csv");
   windows::DELIMPORT_Click(session);
   EXPECT_THAT(log(), HasSubstr("no.csv"));
-  EXPECT_FALSE(session::is_running(session.multi_user));
+  EXPECT_FALSE(windows::is_running(session.multi_user));
 }
 
 /// Lets `press` happen at the second moment that a run lets events in.

@@ -8,10 +8,10 @@
 
 #include "batch/change_property.hpp"
 #include "directory/operations.hpp"
-#include "session/ad_properties.hpp"
-#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 #include "windows/multi_user/properties_tab.hpp"
+#include "windows/state/ad_properties.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::batch {
 

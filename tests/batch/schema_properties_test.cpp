@@ -4,7 +4,7 @@
 
 #include "batch/property_world.hpp"
 #include "records/terminal_server_rows.hpp"
-#include "session/ad_properties.hpp"
+#include "windows/state/ad_properties.hpp"
 
 namespace twk::batch {
 namespace {
@@ -31,7 +31,7 @@ TEST_F(SchemaProperties, TerminalServerSettingsComeBeforeTheSchemasPropertiesOfU
 }
 
 TEST_F(SchemaProperties, SyntaxAndFrameFollowTheChosenProperty) {
-  const session::ADProperties& tab = session.ad_properties;
+  const windows::ADProperties& tab = session.ad_properties;
   const struct {
     const char* property;
     const char* syntax;
@@ -71,7 +71,7 @@ TEST_F(SchemaProperties, DirectoryThatDoesNotAnswerIsReported) {
 }
 
 TEST_F(SchemaProperties, ListIsFilledOnceForADomain) {
-  session::ADProperties& tab = session.ad_properties;
+  windows::ADProperties& tab = session.ad_properties;
   tab.AD_Properties.clear();
   directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
   dialogs.expect("Error Setting AD Properties in mutliuser form");

@@ -2,10 +2,10 @@
 #include "batch/multi_user_world.hpp"
 #include "batch/selection_walk.hpp"
 #include "controls/tree_view.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "windows/main_window.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::batch {
 namespace {

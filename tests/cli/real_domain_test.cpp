@@ -1,5 +1,5 @@
 #include "cli/twk_fixture.hpp"
-#include "session/editor_windows.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::test {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include "session/windows.hpp"
 #include "support/lab_session.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::creation {
 namespace {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
-#include "session/windows.hpp"
 #include "support/lab_session.hpp"
 #include "windows/create_user.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::creation {
 

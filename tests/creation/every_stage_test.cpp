@@ -1,7 +1,7 @@
 #include "creation/create_user.hpp"
 #include "mail/mail_session.hpp"
-#include "session/form1.hpp"
 #include "stores/side_tables.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::creation {
 namespace {
@@ -12,12 +12,12 @@ using testing::HasSubstr;
 
 struct Light {
   const char* name;
-  controls::Label session::Form1::*label;
+  controls::Label windows::Form1::*label;
 };
 constexpr Light kLights[] = {
-    {"directories", &session::Form1::Createdirs}, {"account", &session::Form1::UserAccount},
-    {"shares", &session::Form1::Sharedirs},       {"security", &session::Form1::Security},
-    {"mailbox", &session::Form1::MailAccount},    {"command", &session::Form1::run}};
+    {"directories", &windows::Form1::Createdirs}, {"account", &windows::Form1::UserAccount},
+    {"shares", &windows::Form1::Sharedirs},       {"security", &windows::Form1::Security},
+    {"mailbox", &windows::Form1::MailAccount},    {"command", &windows::Form1::run}};
 
 /// Jo Smith is created with every stage on.
 class EveryStage : public test::MailSession {

@@ -1,8 +1,8 @@
 #include "creation/paths.hpp"
 
-#include "session/form1.hpp"
 #include "support/world.hpp"
 #include "windows/create_user.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::creation {
 namespace {

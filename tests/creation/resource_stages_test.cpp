@@ -1,8 +1,8 @@
 #include "resources/file_permission.hpp"
-#include "session/form1.hpp"
 #include "stores/side_tables.hpp"
 #include "support/lab_session.hpp"
 #include "windows/create_user.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::creation {
 namespace {

@@ -1,9 +1,9 @@
 #include "directory/operations.hpp"
 
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::directory {
 namespace {
@@ -28,7 +28,6 @@ using Unreachable = test::TestWorld;
 TEST_F(Unreachable, ANameWithoutADotIsAWinNtDomainWithoutAskingAnybody) {
   EXPECT_EQ(Determine_Mode(session, "OLDNT"), session::kWinNtMode);
   EXPECT_EQ(session.NTDomainName, "OLDNT");
-  EXPECT_FALSE(session.form1.mnuOption[4].visible);
   EXPECT_THROW(Determine_Mode(session, "twk.test"), base::RuntimeError);
 }
 
@@ -44,13 +43,11 @@ TEST(DetermineMode, APartitionInAnotherCaseDoesNotNameTheDomain) {
   world.session.DomainName = "twk.test";
   Determine_Mode(world.session, "twk.test");
   EXPECT_EQ(world.session.NTDomainName, "TWK");
-  EXPECT_EQ(world.session.form1.Frame3.caption.get(), "CN and SamAccountName");
 }
 
 TEST(DomainList, HoldsTheDomainsOfTheNetworkAndOfTheForest) {
   LabSession world;
-  Load_Domain_List(world.session);
-  EXPECT_THAT(world.session.form1.DomName.items(), testing::IsSupersetOf({"TWK", "twk.test"}));
+  EXPECT_THAT(Load_Domain_List(world.session), testing::IsSupersetOf({"TWK", "twk.test"}));
 }
 
 TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestHasThem) {

@@ -3,8 +3,8 @@
 
 #include "format/filling.hpp"
 #include "format/tags.hpp"
-#include "session/windows.hpp"
 #include "support/world.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::format {
 namespace {

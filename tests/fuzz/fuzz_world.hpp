@@ -4,9 +4,9 @@
 #include <functional>
 #include <map>
 
-#include "session/session.hpp"
 #include "support/fakes.hpp"
 #include "support/memory_security.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::test {
 
@@ -105,7 +105,7 @@ struct FuzzWorld {
   FakeEnvironment environment;
   FixedClock clock;
   NoDialogs dialogs;
-  session::Session session{{registry, directory, directory, files, network, security, mailboxes, process,
+  windows::Desktop session{{registry, directory, directory, files, network, security, mailboxes, process,
                             environment, clock, dialogs},
                            "",
                            "/"};

@@ -7,13 +7,13 @@
 
 #include "fuzz/fuzz_world.hpp"
 #include "records/records.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 /// The bytes of an import file, of which each line goes through layout, splitting, names and the checks of a
 /// creation, to the point where an account would be made.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   twk::test::FuzzWorld world;
-  twk::session::Session& session = world.session;
+  twk::windows::Desktop& session = world.session;
   world.files.contents.assign(reinterpret_cast<const char*>(data), size);
   twk::records::TemplateRecord staff;
   staff.Name = "Staff";

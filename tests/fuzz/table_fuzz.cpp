@@ -4,7 +4,7 @@
 #include "fuzz/fuzz_world.hpp"
 #include "local/regedit.hpp"
 #include "platform/registry.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_database.hpp"
 #include "session/settings.hpp"
 #include "session/text_file.hpp"
 #include "stores/side_tables.hpp"
@@ -29,7 +29,7 @@ void read_database(test::FuzzWorld& world) {
     trap([&] { stores::read_permissions(session, file); });
   trap([&] { stores::load_template_record(session, 1); });
   for (const controls::ListView* const list :
-       {&session.form1.ListView7, &session.form1.ListView8, &session.form1.ListView9}) {
+       {&session.database.directory_rows, &session.database.mail_rows, &session.database.terminal_rows}) {
     for (std::size_t i = 0; i < list->size(); ++i) {
       if (list->at(i).sub_items.size() != 1)
         std::abort();

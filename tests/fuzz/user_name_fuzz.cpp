@@ -7,8 +7,8 @@
 #include "format/tags.hpp"
 #include "format/variables.hpp"
 #include "fuzz/fuzz_world.hpp"
-#include "session/form1.hpp"
-#include "session/windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace {
 
@@ -26,7 +26,7 @@ std::string_view take_line(std::string_view& rest) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view rest(reinterpret_cast<const char*>(data), size);
   twk::test::FuzzWorld world;
-  twk::session::Session& session = world.session;
+  twk::windows::Desktop& session = world.session;
   const std::string format(take_line(rest));
   const std::string_view first = take_line(rest);
   const std::string_view middle = take_line(rest);

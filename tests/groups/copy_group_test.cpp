@@ -1,7 +1,7 @@
 #include "windows/groups/copy_group.hpp"
 
 #include "groups/groups_world.hpp"
-#include "session/group_windows.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::windows {
 namespace {
@@ -15,7 +15,7 @@ using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
 /// "GREEN CN=ann Added user."
-std::vector<std::string> results(const session::frmCopy_Group& window) {
+std::vector<std::string> results(const windows::frmCopy_Group& window) {
   std::vector<std::string> rows;
   for (std::size_t i = 0; i < window.ListView1.size(); ++i)
     rows.push_back(window.ListView1.at(i).icon + " " + window.ListView1.at(i).text);
@@ -47,7 +47,7 @@ class GroupCopy : public test::InBothDomains {
   }
 
   GroupsWorld world{GetParam()};
-  session::frmCopy_Group& window = world.session.copy_group;
+  windows::frmCopy_Group& window = world.session.copy_group;
 };
 INSTANTIATE_TEST_SUITE_P(Kinds, GroupCopy, testing::Values(DomainKind::kNative, DomainKind::kNt),
                          test::kind_name);
@@ -138,7 +138,7 @@ TEST(GroupCopyInADirectory, LeavesOutNestedGroupsAndThoseByPrimaryGroup) {
         ->Add("LDAP://CN=Readers,DC=twk,DC=test");
   });
   frmCopy_Group_Form_Load(world.session);
-  session::frmCopy_Group& window = world.session.copy_group;
+  windows::frmCopy_Group& window = world.session.copy_group;
   for (const auto& [combo, name] :
        {std::pair{&window.ImageCombo1, "Domain Users"}, std::pair{&window.ImageCombo2, "Staff"}})
     combo->select(&combo->at(combo->place_of(*combo->find_text(name).front())));

@@ -1,10 +1,10 @@
 #include "windows/groups/group_add.hpp"
 
 #include "groups/groups_world.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
 #include "windows/manage_ou.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {
@@ -20,7 +20,7 @@ using testing::Not;
 /// Fills the dialog and presses OK.
 bool make(GroupsWorld& world, const std::string& name, const std::string& description = {},
           std::size_t scope = 1, std::size_t kind = 0) {
-  session::GroupAdd& window = world.session.group_add;
+  windows::GroupAdd& window = world.session.group_add;
   GroupAdd_Form_Load(world.session);
   window.GRP_Name.text = name;
   window.GRP_DESCRIPTION.text = description;
@@ -46,7 +46,7 @@ TEST(NewGroup, OffersWhatTheKindOfDomainHas) {
   for (const auto& one : cases) {
     GroupsWorld world(one.kind);
     GroupAdd_Form_Load(world.session);
-    const session::GroupAdd& window = world.session.group_add;
+    const windows::GroupAdd& window = world.session.group_add;
     for (std::size_t i = 0; i < 3; ++i) {
       EXPECT_EQ(window.Option1.at(i).enabled.get(), one.scopes.at(i)) << i;
       EXPECT_EQ(window.Option1.at(i).value.get(), i == 1);

@@ -1,5 +1,5 @@
 #include "groups/groups_world.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -177,7 +177,7 @@ TEST_P(GroupsWindow, ADeletedGroupLeavesAllListsAndItsMembersStayUsers) {
   EXPECT_EQ(lab.dialogs.last_icon, platform::Icon::kQuestion);
   EXPECT_THAT(stored("Staff"), ElementsAre(jo()));
 
-  ASSERT_TRUE(directory::show_user_details(session, test::node_of_jo(lab)));
+  ASSERT_TRUE(windows::show_user_details(session, test::node_of_jo(lab)));
   lab.dialogs.expect("Sure to Delete Global Group Staff");
   EXPECT_TRUE(Groupsfrm_Delete_Group_Click(session));
   EXPECT_THROW(group("Staff"), base::RuntimeError);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "session/group_windows.hpp"
 #include "support/details_world.hpp"
 #include "support/world.hpp"
 #include "windows/groups/groups_window.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::test {
 
@@ -64,8 +64,8 @@ class GroupsWorld {
   [[nodiscard]] std::string panel() const { return window.StatusBar1.panel1; }
 
   LabSession lab;
-  session::Session& session = lab.session;
-  session::Groupsfrm& window = lab.session.groups;
+  windows::Desktop& session = lab.session;
+  windows::Groupsfrm& window = lab.session.groups;
 };
 
 /// For what applies to both kinds of domain.

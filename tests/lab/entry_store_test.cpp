@@ -9,9 +9,9 @@
 
 #include "base/text.hpp"
 #include "platform/directory.hpp"
-#include "session/editor_windows.hpp"
 #include "support/number_of.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::lab {
 namespace {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "contract/world.hpp"
-#include "session/editor_windows.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::lab {
 namespace {

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "lab_world.hpp"
-#include "session/editor_windows.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::lab {
 namespace {

@@ -12,7 +12,7 @@ inline const auto kKinds = testing::Values(DomainKind::kNative, DomainKind::kMix
 
 /// Everything but mail and command is ticked.
 inline void tick_all(LifecycleWorld& world) {
-  session::MultiUser& window = world.session.multi_user;
+  windows::MultiUser& window = world.session.multi_user;
   for (controls::CheckBox* const box : {&window.Del_Shares, &window.Delete_NT_Account, &window.Delete_Data})
     box->value = 1;
 }

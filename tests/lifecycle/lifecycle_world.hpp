@@ -8,11 +8,11 @@
 #include "directory/tree/tree.hpp"
 #include "lifecycle/deletion/delete_user.hpp"
 #include "platform/network.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "support/kept_view.hpp"
 #include "support/lab_session.hpp"
 #include "windows/multi_user/delete_tab.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::test {
 

@@ -57,7 +57,7 @@ class MoveWorld : public LifecycleWorld {
     start_with(home, profile);
     stores::write_permissions(session, "SharePerm.dat",
                               std::vector{records::PermissionRecord{false, "Everyone", "Full Control", ""}});
-    session::MultiUser& window = session.multi_user;
+    windows::MultiUser& window = session.multi_user;
     window.Multi_Site.text = std::string("Head Office");
     window.Multi_Template.text = records::padded_template_name("Staff");
     window.UserData.index = data;
@@ -74,7 +74,7 @@ class MoveWorld : public LifecycleWorld {
     std::vector<std::string> steps;
     const auto tell = [&](const std::string& step) { steps.push_back(step); };
     Rehearsal rehearsal(session.platform, tell);
-    session::Session rehearsed(rehearsal.services(), "", session.program_directory);
+    windows::Desktop rehearsed(rehearsal.services(), "", session.program_directory);
     rehearsed.DirectoryMode = session.DirectoryMode;
     rehearsed.DomainName = session.DomainName;
     rehearsed.NTDomainName = session.NTDomainName;

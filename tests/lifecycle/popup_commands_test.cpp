@@ -2,9 +2,9 @@
 
 #include "lifecycle/deletion/delete_profile.hpp"
 #include "lifecycle/lifecycle_world.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
 #include "support/details_world.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {

@@ -1,8 +1,8 @@
 #include "lifecycle/lifecycle_world.hpp"
 #include "lifecycle/rename/rename_names.hpp"
 #include "lifecycle/rename/rename_nt.hpp"
-#include "session/account_windows.hpp"
 #include "windows/account/rename_nt.hpp"
+#include "windows/state/account_windows.hpp"
 
 namespace twk::lifecycle {
 namespace {

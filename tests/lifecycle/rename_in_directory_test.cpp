@@ -1,8 +1,8 @@
 #include "lifecycle/lifecycle_world.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "windows/account/rename_user.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -39,7 +39,7 @@ class RenameInDirectory : public testing::Test {
   }
 
   LifecycleWorld world;
-  session::RenameUser& window = world.session.rename_user;
+  windows::RenameUser& window = world.session.rename_user;
 };
 
 TEST_F(RenameInDirectory, WindowShowsTheNamesThatTheUserHas) {
@@ -125,7 +125,7 @@ TEST_F(RenameInDirectory, DirectoriesFollowTheNameThatTheyAreMadeOf) {
     controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
     own.session.form1.TreeView1.select(&own.node());
     windows::RenameUser_Load(own.session);
-    session::RenameUser& names = own.session.rename_user;
+    windows::RenameUser& names = own.session.rename_user;
     names.Full_Name.text = std::string("Ann Marsh");
     names.Logon_Name_pre2000.text = std::string("amarsh");
     names.Full_Name_Changed = names.Logon_Name_Changed = true;
@@ -169,7 +169,7 @@ TEST_F(RenameInDirectory, FoldersWithoutTheNameStayWhichIsReported) {
     controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
     own.session.form1.TreeView1.select(&own.node());
     windows::RenameUser_Load(own.session);
-    session::RenameUser& names = own.session.rename_user;
+    windows::RenameUser& names = own.session.rename_user;
     (one.by_common_name ? names.Logon_Name_pre2000 : names.Full_Name).text = std::string("Ann");
     (one.by_common_name ? names.Logon_Name_Changed : names.Full_Name_Changed) = true;
     names.ReNameSD.value = 1;

@@ -1,7 +1,7 @@
 #include "windows/account/rename_nt.hpp"
 #include "lifecycle/lifecycle_world.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -22,7 +22,7 @@ class RenameInNt : public testing::Test {
   }
 
   LifecycleWorld world{lab::DomainKind::kNt};
-  session::Rename_NT& window = world.session.rename_nt;
+  windows::Rename_NT& window = world.session.rename_nt;
 };
 
 TEST_F(RenameInNt, AccountFoldersAndFullNameGetTheNewName) {

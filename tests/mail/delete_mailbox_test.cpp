@@ -1,8 +1,8 @@
 #include "mail/delete_mailbox.hpp"
 
 #include "mail_session.hpp"
-#include "session/directory_windows.hpp"
 #include "windows/mail/search_mail.hpp"
+#include "windows/state/directory_windows.hpp"
 
 namespace twk::mail {
 namespace {
@@ -44,7 +44,7 @@ class MailboxDeletionTest : public testing::Test {
   }
   void put_container(const std::string& value) { world.session.form1.ListView8.at(0).sub_items = {value}; }
   [[nodiscard]] std::string title() const { return window().caption; }
-  [[nodiscard]] const session::Serach_Mail& window() const { return world.session.serach_mail; }
+  [[nodiscard]] const windows::Serach_Mail& window() const { return world.session.serach_mail; }
   /// The mailboxes in the window's tree, each after its container's name.
   std::vector<std::string> found() {
     std::vector<std::string> names;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 #include "windows/create_user.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 

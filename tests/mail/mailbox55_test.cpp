@@ -2,7 +2,7 @@
 
 #include "mail/mailbox_descriptor.hpp"
 #include "mail_session.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::mail {
 namespace {

@@ -60,7 +60,7 @@ class MailboxDescriptor : public test::TestWorld {
   }
 
   OneAccount accounts;
-  session::Session mail_session;
+  windows::Desktop mail_session;
 };
 
 std::string as_text(const base::Bytes& bytes) {

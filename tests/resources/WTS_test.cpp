@@ -1,10 +1,10 @@
 #include "resources/WTS.hpp"
 
 #include "records/terminal_server_rows.hpp"
-#include "session/form1.hpp"
-#include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::resources {
 namespace {
@@ -44,7 +44,7 @@ class NotingNetwork final : public test::FakeNetwork {
 class TerminalServerSettings : public test::TestWorld {
  protected:
   TerminalServerSettings() {
-    windows::prepare_controls(wts);
+    stores::fill_wts_rows(wts);
     wts.dbpath = database.path().string() + "\\";
     wts.log.open();
   }
@@ -65,7 +65,7 @@ class TerminalServerSettings : public test::TestWorld {
   std::string log() { return test::get_file(database / "Log.txt"); }
 
   NotingNetwork noting;
-  session::Session wts{{registry, directory, directory, files, noting, security, mailboxes, process,
+  windows::Desktop wts{{registry, directory, directory, files, noting, security, mailboxes, process,
                         environment, clock, dialogs},
                        "",
                        "/opt/twk"};

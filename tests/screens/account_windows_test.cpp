@@ -1,9 +1,9 @@
-#include "session/account_windows.hpp"
+#include "windows/state/account_windows.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/tree/tree.hpp"
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
 #include "support/details_world.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {

@@ -1,7 +1,7 @@
-#include "directory/user_details.hpp"
+#include "windows/account/details_tab.hpp"
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
 #include "support/details_world.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -12,7 +12,7 @@ class DetailsTabTest : public ScreenTest, public testing::WithParamInterface<lab
 
   void show_jo() {
     open();
-    ASSERT_TRUE(directory::show_user_details(lab.session, node_of_jo(lab))) << status();
+    ASSERT_TRUE(windows::show_user_details(lab.session, node_of_jo(lab))) << status();
     settle();
   }
 };
@@ -21,12 +21,12 @@ INSTANTIATE_TEST_SUITE_P(Kinds, DetailsTabTest,
 
 TEST_P(DetailsTabTest, SaysWhatToDoWhileNoUserIsShown) {
   open();
-  window->tabs().setCurrentIndex(session::tab::kDetails);
+  window->tabs().setCurrentIndex(windows::tab::kDetails);
   for (const bool user_is_shown : {false, true, false}) {
     if (user_is_shown)
-      ASSERT_TRUE(directory::show_user_details(lab.session, node_of_jo(lab)));
+      ASSERT_TRUE(windows::show_user_details(lab.session, node_of_jo(lab)));
     else
-      directory::node_chosen(lab.session, *lab.session.form1.TreeView1.first());
+      windows::node_chosen(lab.session, *lab.session.form1.TreeView1.first());
     EXPECT_NE(find<QLabel>("no_user")->isVisible(), user_is_shown);
     EXPECT_EQ(find<QPushButton>("Userman_Save")->isVisible(), user_is_shown);
   }
@@ -34,7 +34,7 @@ TEST_P(DetailsTabTest, SaysWhatToDoWhileNoUserIsShown) {
 
 TEST_P(DetailsTabTest, SavesWhatIsTypedAndTicked) {
   show_jo();
-  EXPECT_EQ(window->tabs().currentIndex(), session::tab::kDetails);
+  EXPECT_EQ(window->tabs().currentIndex(), windows::tab::kDetails);
   EXPECT_EQ(find<QLineEdit>("UM_Description")->text(), "Clerk");
   type("UM_Description", "Manager");
   type("AccExpires", "31/12/2026");
@@ -47,7 +47,7 @@ TEST_P(DetailsTabTest, SavesWhatIsTypedAndTicked) {
   EXPECT_EQ(status(), "Saved...");
   EXPECT_EQ(lab.property("jo", "Description"), "Manager");
   EXPECT_EQ(lab.property("jo", "HomeDirDrive"), "H:");
-  ASSERT_TRUE(directory::show_user_details(lab.session, node_of_jo(lab)));
+  ASSERT_TRUE(windows::show_user_details(lab.session, node_of_jo(lab)));
   EXPECT_TRUE(find<QCheckBox>("chkPwdNever")->isChecked());
   EXPECT_FALSE(find<QCheckBox>("chkAcctLockedOut")->isEnabled());
   EXPECT_EQ(find<QLineEdit>("AccExpires")->text(), "31/12/2026");
@@ -83,7 +83,7 @@ TEST_P(DetailsTabTest, FitsNextToTheTreeWithoutCuttingAnything) {
   lab.set("Custom", "Custom1", "Licences");
   lab.set("Custom", "Property1", "carLicense");
   show_jo();
-  const QSize hint = window->tabs().widget(session::tab::kDetails)->minimumSizeHint();
+  const QSize hint = window->tabs().widget(windows::tab::kDetails)->minimumSizeHint();
   EXPECT_LE(hint.width(), 740);
   EXPECT_LE(hint.height(), 560);
 }

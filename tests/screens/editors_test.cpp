@@ -1,12 +1,12 @@
 #include "screens/screen_test.hpp"
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
-#include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/editors/permissions_window.hpp"
 #include "windows/share_points_form.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 #include "windows/template_tab.hpp"
 
 namespace twk::test {
@@ -16,7 +16,7 @@ class EditorsTest : public ScreenTest {
  protected:
   void open_tab(int setup_tab) {
     open();
-    window->tabs().setCurrentIndex(session::tab::kSetup);
+    window->tabs().setCurrentIndex(windows::tab::kSetup);
     window->setup_tabs().setCurrentIndex(setup_tab);
   }
   /// Selects a row with the keyboard, like a person who never touches the mouse.
@@ -41,12 +41,12 @@ class EditorsTest : public ScreenTest {
   static void press_ok(QWidget& shown) { QTest::keyClick(&shown, Qt::Key_Return); }
   static void press_escape(QWidget& shown) { QTest::keyClick(&shown, Qt::Key_Escape); }
 
-  session::Session& session = lab.session;
-  session::Form1& form1 = session.form1;
+  windows::Desktop& session = lab.session;
+  windows::Form1& form1 = session.form1;
 };
 
 TEST_F(EditorsTest, ADirectoryRowIsAddedByKeyboardEditedWithEnterAndDeleted) {
-  open_tab(session::setup_tab::kW2k);
+  open_tab(windows::setup_tab::kW2k);
   form1.ListView7.clear();
   pane("ListView7").setFocus();
   EXPECT_FALSE(find<QPushButton>("ListView7_Edit")->isEnabled());
@@ -72,7 +72,7 @@ TEST_F(EditorsTest, ADirectoryRowIsAddedByKeyboardEditedWithEnterAndDeleted) {
 }
 
 TEST_F(EditorsTest, AMailRowIsEditedByADoubleClickAndEscChangesNothing) {
-  open_tab(session::setup_tab::kMail);
+  open_tab(windows::setup_tab::kMail);
   const std::string before = lab.database_file("Mail.dat");
   expect_window([this](QWidget& shown) {
     EXPECT_EQ(shown.windowTitle(), "Edit Mail Properties");
@@ -89,7 +89,7 @@ TEST_F(EditorsTest, AMailRowIsEditedByADoubleClickAndEscChangesNothing) {
 }
 
 TEST_F(EditorsTest, ATerminalServerRowShowsTheControlOfItsKind) {
-  open_tab(session::setup_tab::kWts);
+  open_tab(windows::setup_tab::kWts);
   expect_window([this](QWidget& shown) {
     EXPECT_FALSE(find<QLineEdit>("W2K_Propertry", &shown)->isVisible());
     EXPECT_TRUE(find<QLineEdit>("W2K_Attribute", &shown)->isReadOnly());
@@ -192,7 +192,7 @@ TEST_F(EditorsTest, SharePointsAreTypedWhileTheTemplateIsEdited) {
 }
 
 TEST_F(EditorsTest, TheMailLogonIsSavedAndThePasswordIsNotShown) {
-  open_tab(session::setup_tab::kMail);
+  open_tab(windows::setup_tab::kMail);
   form1.Mail_Logon.value = 1;
   EXPECT_FALSE(find<QLineEdit>("txtPassword")->isEnabled());
   press("Mail_Logon", Qt::Key_Space);

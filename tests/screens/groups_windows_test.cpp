@@ -1,6 +1,6 @@
 #include "screens/screen_test.hpp"
-#include "session/group_windows.hpp"
 #include "support/details_world.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::test {
 namespace {

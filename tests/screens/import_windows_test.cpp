@@ -1,8 +1,8 @@
-#include "batch/import_options.hpp"
+#include "windows/state/import_windows.hpp"
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
-#include "session/windows.hpp"
+#include "windows/import_options.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -35,7 +35,7 @@ class ImportWindowsTest : public ScreenTest {
   }
   void open_log() {
     open();
-    window->tabs().setCurrentIndex(session::tab::kLog);
+    window->tabs().setCurrentIndex(windows::tab::kLog);
     lab.session.log.begin_block();
     lab.session.log.close();
   }
@@ -99,7 +99,7 @@ TEST_P(StopOfAnImport, EndsItBeforeTheNextLine) {
 
 TEST_F(ImportWindowsTest, ARangeThatRunsBackwardsIsReportedAndTheWindowStays) {
   open();
-  batch::ImportGrps_Load(lab.session);
+  windows::ImportGrps_Load(lab.session);
   expect_window([this](QWidget& shown) {
     EXPECT_FALSE(find<QLineEdit>("LowerRange", &shown)->isEnabled());
     click("Grp_Range_2", &shown);
@@ -118,7 +118,7 @@ TEST_F(ImportWindowsTest, ARangeThatRunsBackwardsIsReportedAndTheWindowStays) {
     click("OK", &shown);
   });
   lab.session.platform.dialogs.show_modal("ImportGrps");
-  const session::ImportGrps& stored = lab.session.import_grps;
+  const windows::ImportGrps& stored = lab.session.import_grps;
   EXPECT_EQ(stored.LowerRange.text.get() + stored.UpperRange.text.get() + stored.Expiredate.text.get(),
             "7931/12/2027");
 }

@@ -1,10 +1,10 @@
 #include "windows/editors/logon_hours.hpp"
-#include "windows/editors/hours_of_week.hpp"
+#include "directory/hours_of_week.hpp"
 
 #include "screens/screen_test.hpp"
 #include "screens/widgets/hours_grid.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -42,7 +42,7 @@ class LogonHoursWindowTest : public ScreenTest {
   }
   /// The stored hours as text.
   std::vector<std::string> stored() {
-    return windows::text_of_cells(windows::cells_of_bytes(lab.session.TemplateLogonHours));
+    return directory::text_of_cells(directory::cells_of_bytes(lab.session.TemplateLogonHours));
   }
   const std::string all = std::string(24, '#');
 };

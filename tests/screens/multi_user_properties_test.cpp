@@ -1,7 +1,7 @@
 #include <QCompleter>
 
 #include "screens/multi_user_screen.hpp"
-#include "session/multi_user.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::test {
 namespace {
@@ -10,7 +10,7 @@ class PropertiesTab : public MultiUserWindow {
  protected:
   void with_tab(const std::function<void(QWidget&)>& person) {
     with_window([&](QWidget& shown) {
-      show_tab(shown, session::multi_tab::kProperties);
+      show_tab(shown, windows::multi_tab::kProperties);
       person(shown);
     });
   }
@@ -95,7 +95,7 @@ class NtPropertiesTab : public ScreenTest {
 TEST_F(NtPropertiesTab, DoesNotExist) {
   open();
   expect_window([&](QWidget& shown) {
-    EXPECT_FALSE(find<QTabWidget>("SSTab1", &shown)->isTabVisible(session::multi_tab::kProperties));
+    EXPECT_FALSE(find<QTabWidget>("SSTab1", &shown)->isTabVisible(windows::multi_tab::kProperties));
     click("Command7", &shown);
   });
   find<QAction>("mnuOption1")->trigger();

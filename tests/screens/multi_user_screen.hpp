@@ -2,7 +2,7 @@
 
 #include "platform/adsi.hpp"
 #include "screens/screen_test.hpp"
-#include "session/multi_user.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::test {
 

@@ -1,6 +1,6 @@
-#include "session/multi_user.hpp"
+#include "windows/state/multi_user.hpp"
 #include "screens/multi_user_screen.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -52,7 +52,7 @@ TEST_F(MultiUserWindow, GoTurnsIntoCancelAndAPressOfItStops) {
 }
 
 TEST_F(MultiUserWindow, ItsFieldsWriteTheirControls) {
-  session::MultiUser& window_state = lab.session.multi_user;
+  windows::MultiUser& window_state = lab.session.multi_user;
   with_window([&](QWidget& shown) {
     const struct {
       int tab;

@@ -1,6 +1,6 @@
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -23,7 +23,7 @@ class NewUserTabTest : public ScreenTest {
 
 TEST_F(NewUserTabTest, EnterInAFieldMakesTheAccountOfTheTypedNames) {
   open_with_jo();
-  EXPECT_EQ(window->tabs().currentIndex(), session::tab::kNewUser);
+  EXPECT_EQ(window->tabs().currentIndex(), windows::tab::kNewUser);
   type("Description", "Clerk");
   press("Description", Qt::Key_Return);
   EXPECT_EQ(status(), "User Created.");
@@ -67,7 +67,7 @@ TEST_F(NewUserTabTest, AFailureShowsARedLightAndAnUsableWindow) {
 
 TEST_F(NewUserTabTest, EachStageHasItsSettingAndItsLight) {
   open();
-  session::Form1& form = lab.session.form1;
+  windows::Form1& form = lab.session.form1;
   const struct {
     const char* box;
     const char* setting;

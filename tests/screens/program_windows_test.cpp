@@ -1,12 +1,12 @@
 #include "screens/program/program_windows.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 #include <set>
 
 #include "screens/help/help_topics.hpp"
 #include "screens/screen_test.hpp"
 #include "screens/widgets/icons.hpp"
-#include "session/windows.hpp"
+#include "windows/state/import_windows.hpp"
 #include "windows/tips.hpp"
 
 namespace twk::test {
@@ -82,7 +82,7 @@ TEST_F(ProgramWindowsTest, F1OpensThePageOfTheCurrentTab) {
     EXPECT_FALSE(page(window.get()).toPlainText().isEmpty());
   }
   for (int inner = 0; inner < window->setup_tabs().count(); ++inner)
-    EXPECT_TRUE(QFile::exists(":/help/" + screens::help_topic(session::tab::kSetup, inner) + ".html"));
+    EXPECT_TRUE(QFile::exists(":/help/" + screens::help_topic(windows::tab::kSetup, inner) + ".html"));
 }
 
 TEST_F(ProgramWindowsTest, EveryHelpPageIsInTheContentsAndItsLinksLeadToPages) {

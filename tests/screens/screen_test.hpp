@@ -6,9 +6,9 @@
 #include "screens/program/qt_dialogs.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 #include "support/modal_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 

@@ -1,7 +1,7 @@
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -10,7 +10,7 @@ class SetupTabTest : public ScreenTest {
  protected:
   void open_tab(int setup_tab) {
     open();
-    window->tabs().setCurrentIndex(session::tab::kSetup);
+    window->tabs().setCurrentIndex(windows::tab::kSetup);
     window->setup_tabs().setCurrentIndex(setup_tab);
   }
   std::string setting(std::string_view sub_key, std::string_view name) {
@@ -24,7 +24,7 @@ TEST_F(SetupTabTest, AFirstRunBeginsThereWithAHint) {
   ASSERT_EQ(windows::start_session(lab.session), windows::StartUp::kReady);
   window = std::make_unique<screens::MainWindow>(lab.session);
   window->show();
-  EXPECT_EQ(window->tabs().currentIndex(), session::tab::kSetup);
+  EXPECT_EQ(window->tabs().currentIndex(), windows::tab::kSetup);
   EXPECT_EQ(status(), "Must Enter Setup Details...");
   EXPECT_TRUE(find<QLabel>("first_run")->isVisible());
   type("DomName", "twk.test");
@@ -33,7 +33,7 @@ TEST_F(SetupTabTest, AFirstRunBeginsThereWithAHint) {
 }
 
 TEST_F(SetupTabTest, SaveStoresEveryField) {
-  open_tab(session::setup_tab::kSetup);
+  open_tab(windows::setup_tab::kSetup);
   EXPECT_FALSE(find<QLabel>("first_run")->isVisible());
   tick("FmtPass");
   const std::tuple<const char*, const char*, const char*> fields[] = {
@@ -63,20 +63,20 @@ TEST_F(SetupTabTest, SaveStoresEveryField) {
 
 TEST_F(SetupTabTest, WhatKeepsNoPasswordInTheSettingsIsOfferedFirstWhileItIsUsed) {
   lab.set("Preferences", "UseFormattedPassword", "No");
-  open_tab(session::setup_tab::kSetup);
+  open_tab(windows::setup_tab::kSetup);
   EXPECT_LT(find<QLineEdit>("Formatted_Password")->y(), find<QLineEdit>("defaultpassword")->y());
   EXPECT_THAT(find<QLabel>("password_note")->text().toStdString(), testing::HasSubstr("readable text"));
   for (const bool used : {true, false}) {
-    window->setup_tabs().setCurrentIndex(session::setup_tab::kPreferences);
+    window->setup_tabs().setCurrentIndex(windows::setup_tab::kPreferences);
     tick("FmtPass");
-    window->setup_tabs().setCurrentIndex(session::setup_tab::kSetup);
+    window->setup_tabs().setCurrentIndex(windows::setup_tab::kSetup);
     EXPECT_EQ(find<QLineEdit>("Formatted_Password")->isVisible(), used);
     EXPECT_EQ(find<QGroupBox>("Frame4")->title(), used ? "Default Passwords" : "Default Password");
   }
 }
 
 TEST_F(SetupTabTest, APresetPutsItsFormatIntoTheField) {
-  open_tab(session::setup_tab::kSetup);
+  open_tab(windows::setup_tab::kSetup);
   for (const auto& [button, gives] : {std::pair("Option1_0", "SmithJ"),
                                       {"Option1_1", "JohnS"},
                                       {"Option1_2", "JSmith"},
@@ -86,7 +86,7 @@ TEST_F(SetupTabTest, APresetPutsItsFormatIntoTheField) {
     EXPECT_EQ(find<QLineEdit>("testuserid")->text(), gives) << button;
   }
   EXPECT_EQ(setting("Setup", "UserFormat"), "5");
-  window->setup_tabs().setCurrentIndex(session::setup_tab::kPreferences);
+  window->setup_tabs().setCurrentIndex(windows::setup_tab::kPreferences);
   click("FullName_Format_2");
   EXPECT_EQ(find<QLineEdit>("FN_Format_Check")->text(), "Smith John");
   type("FN_Format", "%Last%");
@@ -96,7 +96,7 @@ TEST_F(SetupTabTest, APresetPutsItsFormatIntoTheField) {
 TEST_F(SetupTabTest, APreferenceIsStoredAsSoonAsItIsChosen) {
   lab.set("Preferences", "StopOnError", "No");
   lab.set("Preferences", "StopOnWarning", "No");
-  open_tab(session::setup_tab::kPreferences);
+  open_tab(windows::setup_tab::kPreferences);
   for (const auto& [box, name] : {std::pair("Password_Change", "ForcePasswdChange"),
                                   {"USR_Cant_Change", "CantChangePWD"},
                                   {"PWD_NVR_EXPIRE", "PasswdNVRExpire"},
@@ -120,7 +120,7 @@ TEST_F(SetupTabTest, APreferenceIsStoredAsSoonAsItIsChosen) {
 }
 
 TEST_F(SetupTabTest, OnePreferenceRulesAnother) {
-  open_tab(session::setup_tab::kPreferences);
+  open_tab(windows::setup_tab::kPreferences);
   for (const auto& [ruling, ruled] :
        {std::pair("STOP_ON_RED_1", "STOP_ON_RED_0"), {"USR_Cant_Change", "Password_Change"}}) {
     ASSERT_FALSE(find<QCheckBox>(ruling)->isChecked());

@@ -1,7 +1,7 @@
 #include <QFormLayout>
 
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -10,7 +10,7 @@ class SiteTabTest : public ScreenTest {
  protected:
   void open_tab() {
     open();
-    window->tabs().setCurrentIndex(session::tab::kSite);
+    window->tabs().setCurrentIndex(windows::tab::kSite);
   }
   /// Begins to edit the one site, as an Exchange 2000 one.
   void edit_exchange_2000() {

@@ -1,5 +1,5 @@
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -11,7 +11,7 @@ class TemplateTabTest : public ScreenTest {
  protected:
   void open_tab() {
     open();
-    window->tabs().setCurrentIndex(session::tab::kTemplate);
+    window->tabs().setCurrentIndex(windows::tab::kTemplate);
   }
   void start_new(const QString& name) {
     click("NewTemplate");
@@ -28,7 +28,7 @@ class TemplateTabTest : public ScreenTest {
 TEST_F(TemplateTabTest, ANewTemplateIsTypedSavedAndChosenAgain) {
   open_tab();
   start_new("Sales");
-  session::Form1& form = lab.session.form1;
+  windows::Form1& form = lab.session.form1;
   const std::pair<const char*, controls::TextBox&> fields[] = {{"propath", form.propath},
                                                                {"homedir", form.homedir},
                                                                {"logon", form.logon},

@@ -1,7 +1,7 @@
 #include "platform/ldap_text.hpp"
 #include "screens/screen_test.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {
@@ -223,10 +223,10 @@ TEST_F(TreeCommands, MenusAndToolbarAreOffWhileARunIsOn) {
 
 TEST_F(TreeCommands, NewUserTakesThePersonToTheFirstNameAndClosingEndsTheSession) {
   open();
-  window->tabs().setCurrentIndex(session::tab::kSite);
+  window->tabs().setCurrentIndex(windows::tab::kSite);
   EXPECT_EQ(status(), "Click on a site to edit");
   action("NewUser")->trigger();
-  EXPECT_EQ(window->tabs().currentIndex(), session::tab::kNewUser);
+  EXPECT_EQ(window->tabs().currentIndex(), windows::tab::kNewUser);
   EXPECT_EQ(window->focusWidget(), find<QLineEdit>("strFirst"));
   window->close();
   EXPECT_TRUE(lab.session.form1.ended);

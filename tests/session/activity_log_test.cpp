@@ -1,7 +1,7 @@
 
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::session {
 namespace {

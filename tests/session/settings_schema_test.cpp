@@ -1,10 +1,10 @@
 #include "session/settings_schema.hpp"
 
-#include "batch/import_options.hpp"
+#include "directory/hours_zone.hpp"
 #include "directory/load_options.hpp"
 #include "support/world.hpp"
 #include "windows/editors/custom_properties.hpp"
-#include "windows/editors/hours_zone.hpp"
+#include "windows/import_options.hpp"
 #include "windows/read_settings.hpp"
 
 namespace twk::session {
@@ -15,9 +15,9 @@ class SettingsSchemaTest : public test::TestWorld {};
 TEST_F(SettingsSchemaTest, EverySettingThatIsReadIsKnown) {
   windows::read_settings(session);
   directory::read_load_options(session);
-  batch::ImportGrps_Load(session);
+  windows::ImportGrps_Load(session);
   windows::Custom_Load(session);
-  windows::chosen_zone(session.platform);
+  directory::chosen_zone(session.platform);
   ASSERT_GT(registry.asked.size(), 60U);
   for (const auto& [key, name] : registry.asked)
     EXPECT_NE(find_setting(key.substr(kTree.size() + 1), name), nullptr) << key << " " << name;

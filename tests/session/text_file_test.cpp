@@ -1,8 +1,8 @@
 #include "session/text_file.hpp"
 
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::session {
 namespace {

@@ -2,9 +2,9 @@
 
 #include "records/old_records.hpp"
 #include "records/records.hpp"
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
 #include "support/world.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::stores {
 namespace {

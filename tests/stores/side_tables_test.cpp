@@ -1,9 +1,9 @@
 #include "stores/side_tables.hpp"
 
 #include "records/layout.hpp"
-#include "session/form1.hpp"
 #include "support/world.hpp"
 #include "windows/load_databases.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::stores {
 namespace {
@@ -18,7 +18,7 @@ class SideTablesTest : public test::TestWorld {
     return out;
   }
 
-  session::Form1& form1 = session.form1;
+  windows::Form1& form1 = session.form1;
 };
 
 TEST_F(SideTablesTest, AFreshMailTableHasItsThreeRows) {

@@ -2,10 +2,10 @@
 
 #include "records/layout.hpp"
 #include "records/record_file.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_database.hpp"
 #include "support/other_process.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::stores {
 namespace {

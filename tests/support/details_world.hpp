@@ -5,10 +5,10 @@
 
 #include "controls/tree_view.hpp"
 #include "directory/tree/tree.hpp"
-#include "directory/user_details.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "support/lab_session.hpp"
+#include "windows/account/details_tab.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 

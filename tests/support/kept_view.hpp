@@ -4,14 +4,14 @@
 #include <vector>
 
 #include "session/run_view.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::test {
 
 /// Keeps what a run reports about files, and lets events in.
 class KeptView final : public session::RunView {
  public:
-  explicit KeptView(session::Session& session) : session_(session) {}
+  explicit KeptView(windows::Desktop& session) : session_(session) {}
 
   void status(std::string_view text) override { session_.status.panel1 = std::string(text); }
   void step(std::string_view caption) override { last_step = caption; }
@@ -26,7 +26,7 @@ class KeptView final : public session::RunView {
   std::vector<std::string> told;
 
  private:
-  session::Session& session_;
+  windows::Desktop& session_;
 };
 
 }  // namespace twk::test

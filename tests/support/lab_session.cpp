@@ -7,9 +7,9 @@
 #include "controls/tree_view.hpp"
 #include "directory/tree/tree.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 namespace {

@@ -8,12 +8,12 @@
 #include "lab/making/lab_create.hpp"
 #include "lab/services/lab.hpp"
 #include "records/records.hpp"
-#include "session/session.hpp"
 #include "support/failing_network.hpp"
 #include "support/fakes.hpp"
 #include "support/faulty_directory.hpp"
 #include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::test {
 
@@ -65,7 +65,7 @@ class LabSession {
   FaultyDirectory directory;
   FailingFiles files;
   FailingNetwork network;
-  session::Session session;
+  windows::Desktop session;
 };
 
 /// Distinguished name of the unit for new accounts.

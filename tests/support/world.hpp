@@ -3,14 +3,15 @@
 #include <optional>
 
 #include "local/posix_files.hpp"
-#include "session/form1.hpp"
-#include "session/session.hpp"
 #include "session/settings.hpp"
+#include "stores/side_tables.hpp"
 #include "support/fakes.hpp"
 #include "support/memory_security.hpp"
 #include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
 #include "windows/controls_defaults.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::test {
 
@@ -19,6 +20,7 @@ namespace twk::test {
 class TestWorld : public testing::Test {
  protected:
   TestWorld() {
+    stores::fill_wts_rows(session);
     windows::prepare_controls(session);
     session.dbpath = database.path().string() + "\\";
   }
@@ -50,7 +52,7 @@ class TestWorld : public testing::Test {
   UnreachableDirectory directory;
   local::PosixFiles posix_files;
   FailingFiles files{posix_files};
-  session::Session session{{registry, directory, directory, files, network, security, mailboxes, process,
+  windows::Desktop session{{registry, directory, directory, files, network, security, mailboxes, process,
                             environment, clock, dialogs},
                            "",
                            "/opt/twk"};

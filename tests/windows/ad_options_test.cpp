@@ -1,16 +1,16 @@
 #include "windows/tree/ad_options.hpp"
 
 #include "directory/load_options.hpp"
-#include "session/directory_windows.hpp"
 #include "session/settings.hpp"
 #include "support/world.hpp"
+#include "windows/state/directory_windows.hpp"
 
 namespace twk::windows {
 namespace {
 
 class AdOptions : public test::TestWorld {
  protected:
-  session::frmADOptions& window = session.ad_options;
+  windows::frmADOptions& window = session.ad_options;
   std::string stored(std::string_view name) { return session::read_setting(session, session::kADO, name); }
 };
 

@@ -1,10 +1,11 @@
 #include "windows/compact_database.hpp"
 
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
+#include "stores/compact_database.hpp"
+
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
-#include "windows/load_domain.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -91,7 +92,7 @@ TEST_F(CompactionTest, FilesKeepAccessAndLinksAndWhatIsReadOnlyIsRefused) {
   fs::permissions(path("real/Site.dat"), fs::perms(0640));
   fs::permissions(path("Template.dat"), fs::perms(0444));
   world.dialogs.expect("Error Compacting Database\r\n");
-  EXPECT_FALSE(compact_database(world.session, Pruning::kKeepGroups));
+  EXPECT_FALSE(stores::compact_database(world.session, stores::Pruning::kKeepGroups));
   EXPECT_TRUE(fs::is_symlink(path("Site.dat")));
   EXPECT_EQ(get("real/Site.dat"), new_sites);
   EXPECT_EQ(fs::status(path("real/Site.dat")).permissions(), fs::perms(0640));
@@ -111,7 +112,7 @@ TEST_F(CompactionTest, AnswerNoTouchesNothingOrKeepsGroupsOfOtherDomains) {
 TEST_F(CompactionTest, DomainThatIsNotReachedLeavesBothFiles) {
   world.session.DomainName = "nowhere.test";
   world.dialogs.expect("Can't find nowhere.test Domain.\r\nWill not compact Database.");
-  EXPECT_FALSE(compact_database(world.session, Pruning::kRemoveGroups));
+  EXPECT_FALSE(stores::compact_database(world.session, stores::Pruning::kRemoveGroups));
   EXPECT_EQ(world.dialogs.last_title, "Can't Find Domain Controller");
   EXPECT_EQ(world.session.form1.mouse_pointer, 0);
   expect_untouched();
@@ -120,7 +121,7 @@ TEST_F(CompactionTest, DomainThatIsNotReachedLeavesBothFiles) {
 TEST_F(CompactionTest, OnlyDeletedRecordsMakeAnEmptyFileAndAMissingFileIsNotMade) {
   put("Site.dat", records::encode_site(site("Gone", true)) + records::encode_site(site("Gone", true)));
   world.services.files.remove(path("Template.dat"));
-  EXPECT_TRUE(compact_database(world.session, Pruning::kKeepGroups));
+  EXPECT_TRUE(stores::compact_database(world.session, stores::Pruning::kKeepGroups));
   EXPECT_EQ(get("Site.dat"), "");
   EXPECT_FALSE(world.files.exists(path("Template.dat")));
 }
@@ -128,29 +129,22 @@ TEST_F(CompactionTest, OnlyDeletedRecordsMakeAnEmptyFileAndAMissingFileIsNotMade
 TEST_F(CompactionTest, GroupsThatWereNotLoadedAreNotPruned) {
   world.set(session::kADO, "SkipGroups", "TRUE");
   world.dialogs.expect("The groups of the domain are not loaded");
-  EXPECT_TRUE(compact_database(world.session, Pruning::kRemoveGroups));
+  EXPECT_TRUE(stores::compact_database(world.session, stores::Pruning::kRemoveGroups));
   EXPECT_EQ(get("Site.dat"), new_sites);
   EXPECT_EQ(get("Template.dat"), kept_templates);
 }
 
 TEST_F(CompactionTest, FailureAtAnyCallLeavesEachFileWhole) {
   world.files.fail_from(0, 0);
-  ASSERT_TRUE(compact_database(world.session, Pruning::kRemoveGroups));
+  ASSERT_TRUE(stores::compact_database(world.session, stores::Pruning::kRemoveGroups));
   const int calls = world.files.calls();
   ASSERT_GT(calls, 8);
-  // The domain is loaded first, and at its end the multi-user window reads Site.dat, then Template.dat.
-  world.files.fail_from(0, 0);
-  ASSERT_TRUE(load_domain(world.session, world.session.DomainName));
-  constexpr int kCallsForTemplates = 3;
-  const int sites_of_window = world.files.calls() - kCallsForTemplates;
   for (int call = 1; call <= calls; ++call) {
     put("Site.dat", old_sites);
     put("Template.dat", old_templates);
     world.files.fail_from(call, 61);
-    if (call <= sites_of_window)
-      world.dialogs.expect("Error Opening site file, In multiuser form");
     world.dialogs.expect("Error Compacting Database\r\nthe disk refuses");
-    const bool done = compact_database(world.session, Pruning::kRemoveGroups);
+    const bool done = stores::compact_database(world.session, stores::Pruning::kRemoveGroups);
     world.files.fail_from(0, 0);
     EXPECT_FALSE(done) << "call " << call;
     const std::string sites = get("Site.dat");

@@ -1,8 +1,8 @@
 #include "windows/editors/custom_properties.hpp"
 
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
 #include "support/world.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -14,7 +14,7 @@ class CustomPropertiesTest : public test::TestWorld {
     rows.set_text(rows.at(place), std::string(name));
     rows.set_sub_item(rows.at(place), 1, std::string(attribute));
   }
-  session::Form1& form1 = session.form1;
+  windows::Form1& form1 = session.form1;
 };
 
 TEST_F(CustomPropertiesTest, FourRowsComeFromTheSettingsAndGoBack) {

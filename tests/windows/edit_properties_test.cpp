@@ -1,10 +1,10 @@
 #include "windows/editors/edit_properties.hpp"
 
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
-#include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "support/world.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::windows {
 namespace {
@@ -29,8 +29,8 @@ class EditPropertiesTest : public test::TestWorld {
   }
   static void select(controls::ListView& list, std::size_t place) { list.select(&list.at(place)); }
 
-  session::Form1& form1 = session.form1;
-  session::Edit_Properties& window = session.edit_properties;
+  windows::Form1& form1 = session.form1;
+  windows::Edit_Properties& window = session.edit_properties;
   bool closed = false;
 };
 

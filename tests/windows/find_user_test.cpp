@@ -3,10 +3,10 @@
 #include "directory/tree/find_user.hpp"
 #include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
 #include "support/lab_session.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/directory_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -36,7 +36,7 @@ class FindUser : public testing::Test {
   LabSession lab;
   int accounts = 0;
   controls::TreeView& tree = lab.session.form1.TreeView1;
-  session::frmFindW2KUser& window = lab.session.find_user;
+  windows::frmFindW2KUser& window = lab.session.find_user;
 };
 
 TEST_F(FindUser, AnyPartOfTheNameFindsAndAStarMeansAnyText) {

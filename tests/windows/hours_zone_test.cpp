@@ -1,10 +1,10 @@
-#include "windows/editors/hours_zone.hpp"
-#include "windows/editors/hours_of_week.hpp"
+#include "directory/hours_zone.hpp"
+#include "directory/hours_of_week.hpp"
 
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
 #include "support/world.hpp"
 #include "windows/editors/logon_hours.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -24,14 +24,16 @@ class HoursZoneTest : public test::TestWorld {
     select_cells(session, 2, 8, 2, 18);
   }
   /// The hours of the stored week at which UTC permits.
-  [[nodiscard]] std::vector<bool> stored_utc() const { return cells_of_bytes(session.TemplateLogonHours, 0); }
+  [[nodiscard]] std::vector<bool> stored_utc() const {
+    return directory::cells_of_bytes(session.TemplateLogonHours, 0);
+  }
   static std::vector<bool> monday(int shift) {
     std::vector<bool> cells(168, false);
     for (int cell = 24 + 7; cell < 24 + 18; ++cell)
       cells[static_cast<std::size_t>((cell + shift + 168) % 168)] = true;
     return cells;
   }
-  session::Logon_Hours& window = session.logon_hours;
+  windows::Logon_Hours& window = session.logon_hours;
 };
 
 TEST_F(HoursZoneTest, EachZoneHasItsOffsetAndName) {
@@ -52,15 +54,18 @@ TEST_F(HoursZoneTest, EachZoneHasItsOffsetAndName) {
                {0, 0, "UTC+0, the", "Monday 7am to 6pm, as hours of UTC+12, is", ""}};
   for (const auto& one : cases) {
     clock.seconds_ahead = one.minutes * 60;
-    EXPECT_EQ(hours_ahead(session.platform, HoursZone::kWorkstation), one.ahead) << one.minutes;
-    EXPECT_THAT(zone_name(session.platform, HoursZone::kWorkstation), HasSubstr(one.name));
-    EXPECT_THAT(two_readings(session.platform, monday(0)), HasSubstr(one.readings));
-    EXPECT_EQ(two_readings(session.platform, monday(0)).empty(), one.ahead == 12);
-    EXPECT_THAT(zone_note(session.platform, HoursZone::kWorkstation), HasSubstr(one.note));
+    EXPECT_EQ(directory::hours_ahead(session.platform, directory::HoursZone::kWorkstation), one.ahead)
+        << one.minutes;
+    EXPECT_THAT(directory::zone_name(session.platform, directory::HoursZone::kWorkstation),
+                HasSubstr(one.name));
+    EXPECT_THAT(directory::two_readings(session.platform, monday(0)), HasSubstr(one.readings));
+    EXPECT_EQ(directory::two_readings(session.platform, monday(0)).empty(), one.ahead == 12);
+    EXPECT_THAT(directory::zone_note(session.platform, directory::HoursZone::kWorkstation),
+                HasSubstr(one.note));
     for (const bool all : {true, false})
-      EXPECT_EQ(two_readings(session.platform, std::vector<bool>(168, all)), "");
+      EXPECT_EQ(directory::two_readings(session.platform, std::vector<bool>(168, all)), "");
   }
-  EXPECT_EQ(hours_ahead(session.platform, HoursZone::kFixed), 12);
+  EXPECT_EQ(directory::hours_ahead(session.platform, directory::HoursZone::kFixed), 12);
 }
 
 TEST_F(HoursZoneTest, TheFirstOkAsksForTheZoneAndKeepsTheAnswer) {

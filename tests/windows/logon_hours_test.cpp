@@ -1,9 +1,9 @@
 #include "windows/editors/logon_hours.hpp"
-#include "windows/editors/hours_of_week.hpp"
+#include "directory/hours_of_week.hpp"
 
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
 #include "support/world.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -18,20 +18,22 @@ class LogonHoursTest : public test::TestWorld {
     window.Option1.index = 1;
     select_cells(session, from_row, from_col, to_row, to_col);
   }
-  [[nodiscard]] std::vector<std::string> shown() const { return text_of_cells(window.MSFlexGrid1); }
-  session::Logon_Hours& window = session.logon_hours;
+  [[nodiscard]] std::vector<std::string> shown() const {
+    return directory::text_of_cells(window.MSFlexGrid1);
+  }
+  windows::Logon_Hours& window = session.logon_hours;
 };
 
 TEST_F(LogonHoursTest, EachCellHasItsBit) {
-  for (int row = 1; row <= kDays; ++row) {
-    for (int col = 1; col <= kHours; ++col) {
+  for (int row = 1; row <= directory::kDays; ++row) {
+    for (int col = 1; col <= directory::kHours; ++col) {
       const int position = ((row - 1) * 24 + col - 13 + 168) % 168;
       base::Bytes bytes(21, 0);
       bytes[static_cast<std::size_t>(position / 8)] = static_cast<unsigned char>(1 << position % 8);
-      const std::vector<bool> cells = cells_of_bytes(bytes);
+      const std::vector<bool> cells = directory::cells_of_bytes(bytes);
       EXPECT_EQ(std::count(cells.begin(), cells.end(), true), 1);
       EXPECT_TRUE(cells[static_cast<std::size_t>((row - 1) * 24 + col - 1)]) << row << " " << col;
-      EXPECT_EQ(bytes_of_cells(cells), bytes);
+      EXPECT_EQ(directory::bytes_of_cells(cells), bytes);
     }
   }
 }
@@ -91,9 +93,10 @@ TEST_F(LogonHoursTest, TextReadsBackAsItWasWritten) {
   base::Bytes bytes(21, 0);
   for (std::size_t i = 0; i < bytes.size(); ++i)
     bytes[i] = static_cast<unsigned char>(i * 37 + 5);
-  const HoursText read = parse_hours(text_of_cells(cells_of_bytes(bytes)));
+  const directory::HoursText read =
+      directory::parse_hours(directory::text_of_cells(directory::cells_of_bytes(bytes)));
   EXPECT_EQ(read.error, "");
-  EXPECT_EQ(bytes_of_cells(read.cells), bytes);
+  EXPECT_EQ(directory::bytes_of_cells(read.cells), bytes);
 }
 
 TEST_F(LogonHoursTest, TextMayNameTheDaysAndUseOtherMarks) {
@@ -102,10 +105,10 @@ TEST_F(LogonHoursTest, TextMayNameTheDaysAndUseOtherMarks) {
   lines[1] = "Mon\t" + std::string(24, '0');
   lines[2] = std::string(24, 'X');
   lines.insert(lines.begin() + 2, "   ");
-  const HoursText read = parse_hours(lines);
+  const directory::HoursText read = directory::parse_hours(lines);
   EXPECT_EQ(read.error, "");
-  EXPECT_EQ(text_of_cells(read.cells)[0], "########........####....");
-  EXPECT_EQ(text_of_cells(read.cells)[2], std::string(24, '#'));
+  EXPECT_EQ(directory::text_of_cells(read.cells)[0], "########........####....");
+  EXPECT_EQ(directory::text_of_cells(read.cells)[2], std::string(24, '#'));
 }
 
 TEST_F(LogonHoursTest, WrongTextIsNamedByLineAndColumn) {
@@ -124,11 +127,11 @@ TEST_F(LogonHoursTest, WrongTextIsNamedByLineAndColumn) {
   for (const Case& one : cases) {
     std::vector<std::string> lines(7, hours);
     lines[one.line] = one.text;
-    const HoursText read = parse_hours(lines);
+    const directory::HoursText read = directory::parse_hours(lines);
     EXPECT_TRUE(read.cells.empty());
     EXPECT_EQ(read.error.substr(0, one.error.size()), one.error);
   }
-  EXPECT_EQ(parse_hours(std::vector<std::string>(8, hours)).error, "line 8: more than seven days");
+  EXPECT_EQ(directory::parse_hours(std::vector<std::string>(8, hours)).error, "line 8: more than seven days");
 }
 
 }  // namespace

@@ -1,14 +1,14 @@
 #include "windows/main_window.hpp"
 
 #include "directory/tree/tree.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
 #include "windows/refresh.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/directory_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/multi_user.hpp"
 #include "windows/tree/tree_popup.hpp"
 
 namespace twk::windows {
@@ -23,10 +23,10 @@ class MainWindow : public testing::Test {
   MainWindow() { lab.start(); }
   [[nodiscard]] std::string status() const { return form.StatusBar1.panel1; }
   LabSession lab;
-  session::Form1& form = lab.session.form1;
+  windows::Form1& form = lab.session.form1;
 };
 
-std::vector<int> enabled_entries(const session::Form1& form) {
+std::vector<int> enabled_entries(const windows::Form1& form) {
   std::vector<int> entries;
   for (std::size_t i = 0; i < form.mnupopup.size(); ++i) {
     if (form.mnupopup.at(i).visible && form.mnupopup.at(i).enabled && i != 1 && i != 3 && i != 7 && i != 11 &&
@@ -52,7 +52,7 @@ TEST_F(MainWindow, NewUserEmptiesItsTabAndPutsTheFocusIntoIt) {
   form.Createdirs.colour = controls::kRed;
   form.ProgressBar1.value = 70;
   form.progress.caption = "Done";
-  form.SSTab1 = session::tab::kSite;
+  form.SSTab1 = windows::tab::kSite;
   std::string focus;
   const auto watch = form.SetFocus.watch([&](std::string_view name) { focus = name; });
   Toolbar1_ButtonClick(lab.session, "NewUser");
@@ -61,13 +61,13 @@ TEST_F(MainWindow, NewUserEmptiesItsTabAndPutsTheFocusIntoIt) {
   EXPECT_EQ(form.Createdirs.colour, 0);
   EXPECT_EQ(form.ProgressBar1.value, 0);
   EXPECT_EQ(status(), "Ready.");
-  EXPECT_EQ(form.SSTab1, session::tab::kNewUser);
+  EXPECT_EQ(form.SSTab1, windows::tab::kNewUser);
   EXPECT_EQ(focus, "strFirst");
 }
 
 TEST_F(MainWindow, AShownTabSaysWhatToDo) {
   for (const auto& [tab, text] :
-       {std::pair(session::tab::kSite, "Click on a site to edit"), {session::tab::kLog, "Ready."}}) {
+       {std::pair(windows::tab::kSite, "Click on a site to edit"), {windows::tab::kLog, "Ready."}}) {
     form.SSTab1 = tab;
     SSTab1_Click(lab.session);
     EXPECT_EQ(status(), text);
@@ -75,10 +75,10 @@ TEST_F(MainWindow, AShownTabSaysWhatToDo) {
 }
 
 TEST_F(MainWindow, EachWayOutEndsAtOnce) {
-  const std::vector<std::function<void(session::Session&)>> ways = {
-      [](session::Session& session) { Toolbar1_ButtonClick(session, "Exit1"); },
-      [](session::Session& session) { mnuFile_Click(session, 5); },
-      [](session::Session& session) { Form_Unload(session); }};
+  const std::vector<std::function<void(windows::Desktop&)>> ways = {
+      [](windows::Desktop& session) { Toolbar1_ButtonClick(session, "Exit1"); },
+      [](windows::Desktop& session) { mnuFile_Click(session, 5); },
+      [](windows::Desktop& session) { Form_Unload(session); }};
   for (const auto& way : ways) {
     form.ended = false;
     way(lab.session);
@@ -124,7 +124,7 @@ TEST(Popup, OffersWhatFitsTheNode) {
   lab.set("Custom", "Script", "hello %UserName%");
   lab.set("Custom", "RUNHIDDEN", "No");
   lab.start();
-  session::Form1& form = lab.session.form1;
+  windows::Form1& form = lab.session.form1;
   const auto entries = [&](controls::TreeNode& node) {
     windows::POPUP(lab.session, node);
     EXPECT_EQ(form.TreeView1.selected(), &node);

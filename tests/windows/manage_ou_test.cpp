@@ -1,11 +1,11 @@
 #include "windows/manage_ou.hpp"
 
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "support/lab_session.hpp"
 #include "windows/refresh.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/directory_windows.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
@@ -19,8 +19,8 @@ class ManageOu : public testing::Test {
     return session::read_setting(lab.session, session::kSetup, name, hive);
   }
   LabSession lab;
-  session::Form1& form = lab.session.form1;
-  session::Select_OU& window = lab.session.select_ou;
+  windows::Form1& form = lab.session.form1;
+  windows::Select_OU& window = lab.session.select_ou;
 };
 
 class ManageOuInAHive : public ManageOu, public testing::WithParamInterface<int> {};
@@ -51,7 +51,7 @@ TEST_P(ManageOuInAHive, LimitsTheNextLoadAndTheNextStartUntilItIsLifted) {
   EXPECT_TRUE(form.mnuOption[5].enabled) << "the limit can be lifted";
   EXPECT_FALSE(form.DomName.enabled);
 
-  session::Session later(lab.session.platform, "", lab.session.program_directory);
+  windows::Desktop later(lab.session.platform, "", lab.session.program_directory);
   ASSERT_EQ(windows::start_session(later), windows::StartUp::kReady);
   EXPECT_EQ(later.form1.TreeView1.first()->key, kNewStarters);
   later.form1.TreeView1.select(later.form1.TreeView1.first());
@@ -60,7 +60,7 @@ TEST_P(ManageOuInAHive, LimitsTheNextLoadAndTheNextStartUntilItIsLifted) {
   EXPECT_TRUE(later.form1.DomName.enabled);
   EXPECT_TRUE(later.form1.mnuOption[5].enabled);
 
-  session::Session latest(lab.session.platform, "", lab.session.program_directory);
+  windows::Desktop latest(lab.session.platform, "", lab.session.program_directory);
   ASSERT_EQ(windows::start_session(latest), windows::StartUp::kReady);
   EXPECT_EQ(latest.form1.TreeView1.first()->image, "DOMAIN");
 }

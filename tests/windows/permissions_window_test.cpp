@@ -1,8 +1,8 @@
 #include "windows/editors/permissions_window.hpp"
 
-#include "session/editor_windows.hpp"
 #include "stores/side_tables.hpp"
 #include "support/world.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::windows {
 namespace {
@@ -31,7 +31,7 @@ class PermissionsWindowTest : public test::TestWorld {
     return stores::read_permissions(session, file);
   }
 
-  session::Permissions& window = session.permissions;
+  windows::Permissions& window = session.permissions;
   bool closed = false;
 };
 

@@ -1,19 +1,19 @@
 #include "session/settings.hpp"
 
-#include "session/form1.hpp"
 #include "support/world.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/preferences_tab.hpp"
 #include "windows/read_settings.hpp"
 #include "windows/setting_controls.hpp"
 #include "windows/setup_tab.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
 
 class SettingsTest : public test::TestWorld {
  protected:
-  session::Form1& form1 = session.form1;
+  windows::Form1& form1 = session.form1;
 };
 
 TEST_F(SettingsTest, AnEmptyRegistryMeansTheDefaultsOfAFreshInstallation) {

@@ -1,15 +1,15 @@
 #include "windows/share_points_form.hpp"
 
-#include "session/form1.hpp"
-#include "session/windows.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::windows {
 namespace {
 
 class SharePointsTest : public test::TestWorld {
  protected:
-  session::frmSharePoints& window = session.share_points;
+  windows::frmSharePoints& window = session.share_points;
 };
 
 TEST_F(SharePointsTest, SharePointsEndInABackslashAndLoseALeadingOne) {

@@ -1,9 +1,10 @@
 #include "windows/site_tab.hpp"
 
 #include "records/layout.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
+#include "stores/site_store.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {
@@ -14,7 +15,8 @@ class SiteTab : public test::TestWorld {
 
   void make(std::string_view lines) {
     ASSERT_TRUE(test::make_records("site", path_, lines));
-    load_sites(session);
+    stores::load_site_names(session);
+    list_sites(session);
   }
   std::string dump() { return test::dump_records("site", path_); }
 
@@ -29,7 +31,7 @@ class SiteTab : public test::TestWorld {
     ListView2_Click(session);
   }
 
-  session::Form1& form1 = session.form1;
+  windows::Form1& form1 = session.form1;
   std::string path_ = database / "Site.dat";
 };
 

@@ -1,10 +1,10 @@
 #include "windows/start_up.hpp"
 
-#include "session/form1.hpp"
 #include "session/settings.hpp"
-#include "session/windows.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::windows {
 namespace {
@@ -18,7 +18,7 @@ TEST_F(StartUpWithoutADomain, TheFirstRunSaysWhatToDo) {
   EXPECT_EQ(start_session(session), StartUp::kReady);
   EXPECT_EQ(status(), "Must Enter Setup Details...");
   EXPECT_EQ(session.form1.TreeView1.first()->text, "%Domain%");
-  EXPECT_EQ(session.form1.SSTab1, session::tab::kSetup);
+  EXPECT_EQ(session.form1.SSTab1, windows::tab::kSetup);
   EXPECT_EQ(setting("Version", "DBVersion"), "2.4");
   EXPECT_TRUE(posix_files.exists(session.dbpath + "Mail.dat"));
   EXPECT_EQ(session.form1.ListView9.size(), 13U);
@@ -53,6 +53,19 @@ TEST_F(StartUpWithoutADomain, FilesThatCannotBeConvertedAreNotRead) {
   EXPECT_THROW(start_session(session), base::RuntimeError);
   EXPECT_FALSE(posix_files.exists(session.dbpath + "Mail.dat"));
   EXPECT_EQ(setting("Version", "DBVersion"), "2.3");
+}
+
+TEST(StartUp, CaptionsAndFieldsAreThoseOfTheKindOfDomain) {
+  for (const lab::DomainKind kind : {lab::DomainKind::kNative, lab::DomainKind::kNt}) {
+    test::LabSession world(kind);
+    world.start();
+    const Form1& form = world.session.form1;
+    const bool nt = world.is_nt();
+    EXPECT_EQ(form.Frame3.caption.get(), nt ? "User ID" : "CN and SamAccountName");
+    EXPECT_EQ(form.mnuOption[4].visible.get(), !nt);
+    EXPECT_EQ(form.UM_Logon_Name.visible.get(), !nt);
+    EXPECT_THAT(form.DomName.items(), testing::Contains(world.session.DomainName));
+  }
 }
 
 TEST(StartUp, LoadsTheDomainAndTheFirstSite) {

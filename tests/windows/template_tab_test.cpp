@@ -1,10 +1,11 @@
 #include "windows/template_tab.hpp"
 
 #include "records/layout.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
-#include "session/windows.hpp"
+#include "stores/template_store.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {
@@ -15,7 +16,8 @@ class TemplateTab : public test::TestWorld {
 
   void make(std::string_view lines) {
     ASSERT_TRUE(test::make_records("template", path_, lines));
-    load_templates(session);
+    stores::load_template_names(session);
+    list_templates(session);
   }
   std::string dump() { return test::dump_records("template", path_); }
   void domain_groups(std::initializer_list<const char*> names) {
@@ -37,7 +39,7 @@ class TemplateTab : public test::TestWorld {
             &form1.logon.text,       &form1.Home_Drive_letter.text};
   }
 
-  session::Form1& form1 = session.form1;
+  windows::Form1& form1 = session.form1;
   std::string path_ = database / "Template.dat";
 };
 

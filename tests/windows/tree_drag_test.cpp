@@ -3,9 +3,9 @@
 #include "directory/tree/tree.hpp"
 #include "directory/tree/tree_path.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
-#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {

@@ -10,13 +10,11 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
+#include "directory/loading/select_domain.hpp"
 #include "lifecycle/rehearsal/rehearsal.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/settings.hpp"
-#include "session/windows.hpp"
-#include "windows/read_settings.hpp"
-#include "windows/start_up.hpp"
+#include "session/session_settings.hpp"
+#include "stores/open_database.hpp"
 
 namespace twk::cli {
 namespace {
@@ -27,7 +25,7 @@ constexpr std::uint32_t kInvalidArgument = 5;
 /// The rows of the log tab from `first` on that are not GREEN, each text once. The outcome of the last
 /// creation is a result and printed as one.
 void tell_log_rows(const session::Session& session, std::size_t first) {
-  const controls::ListView& rows = session.form1.ListView1;
+  const controls::ListView& rows = session.log_rows;
   std::set<std::string_view> told = {base::trim(session.LastCreation.message)};
   for (std::size_t i = first; i < rows.size(); ++i) {
     const std::string_view text = base::trim(rows.at(i).text);
@@ -38,7 +36,7 @@ void tell_log_rows(const session::Session& session, std::size_t first) {
 
 /// True when the log tab has a row that is not GREEN.
 bool met_trouble(const session::Session& session) {
-  const controls::ListView& rows = session.form1.ListView1;
+  const controls::ListView& rows = session.log_rows;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (rows.at(i).icon != session::kGreen)
       return true;
@@ -72,19 +70,16 @@ void connect_or_say_how(world::World& world) {
 }
 
 /// Starts the session as far as needed.
-windows::StartUp start(session::Session& session, Depth depth) {
-  if (depth == Depth::kSettings) {
-    windows::read_settings(session);
-    return windows::StartUp::kReady;
-  }
-  if (depth == Depth::kDatabases) {
-    windows::start_session_without_domain(session);
-    return windows::StartUp::kReady;
-  }
+void start(session::Session& session, Depth depth) {
+  session::read_session_settings(session);
+  if (depth == Depth::kSettings)
+    return;
   Progress progress;
-  const auto& text = session.splash.Splash_TxT.caption;
+  const auto& text = session.domain.loading;
   const auto watch = text.watch([&] { progress.show(text.get()); });
-  return windows::start_session(session);
+  if (depth == Depth::kDomain && !directory::Select_Domain(session, base::trim(session.DomainName)))
+    session.status.panel1 = std::string(directory::kNoController);
+  stores::open_database(session);
 }
 
 }  // namespace
@@ -189,17 +184,15 @@ void Context::rehearse(std::function<void(const std::string&)> tell) {
 session::Session& Context::session(Depth depth) {
   if (session_)
     return *session_;
-  // The windows' routines skip what they cannot reach; a command reports the reason at once.
+  // A load skips what they cannot reach; a command reports the reason at once.
   if (depth == Depth::kDomain)
     connect_or_say_how(world());
   const platform::Platform platform = rehearsal_ ? rehearsal_->services() : services();
   session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
                                                 world().program_directory());
   session::Session& session = *session_;
-  const windows::StartUp result = start(session, depth);
+  start(session, depth);
   tell_log_rows(session, 0);
-  if (result == windows::StartUp::kNotPermitted)
-    throw base::RuntimeError(platform::ads_error::kAccessDenied, "You may not run this program.");
   if (depth == Depth::kDomain && session.domain.tree.first() == nullptr)
     throw Refused(session.status.panel1);
   return session;
@@ -207,7 +200,7 @@ session::Session& Context::session(Depth depth) {
 
 void act(session::Session& session, const std::function<void()>& operation) {
   const std::string before = session.status.panel1;
-  const std::size_t rows = session.form1.ListView1.size();
+  const std::size_t rows = session.log_rows.size();
   operation();
   tell_log_rows(session, rows);
   const std::string& after = session.status.panel1;
@@ -217,7 +210,7 @@ void act(session::Session& session, const std::function<void()>& operation) {
 
 int act_and_tell(Context& context, session::Session& session, const std::function<bool()>& operation,
                  const std::function<Json()>& further) {
-  const controls::ListView& log = session.form1.ListView1;
+  const controls::ListView& log = session.log_rows;
   const std::size_t rows = log.size();
   const bool done = operation();
   if (log.size() == rows)

@@ -86,7 +86,7 @@ class Context {
   std::unique_ptr<session::Session> session_;
 };
 
-/// Runs an operation of the windows. What it leaves in the status bar goes to standard error, and so do
+/// Runs an operation. What it leaves in the status bar goes to standard error, and so do
 /// the faults that it adds to the log tab.
 void act(session::Session& session, const std::function<void()>& operation);
 

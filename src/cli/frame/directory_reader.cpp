@@ -9,11 +9,11 @@
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
 #include "directory/account_expiry.hpp"
+#include "directory/hours_of_week.hpp"
 #include "platform/adsi.hpp"
 #include "platform/group_type.hpp"
 #include "platform/ldap_text.hpp"
 #include "platform/logon_hours.hpp"
-#include "windows/editors/hours_of_week.hpp"
 
 namespace twk::cli {
 namespace {
@@ -158,8 +158,7 @@ std::string hex_digits(const base::Bytes& bytes) {
 }
 
 /// The day here on which an account ends; nothing for never.
-Json expiry(const Domain& domain, const platform::User& user) {
-  const auto ends = directory::expiry_of(user);
+Json expiry(const Domain& domain, std::optional<base::Date> ends) {
   return ends ? Json(directory::sortable_expiry(domain.services.clock, *ends)) : Json(nullptr);
 }
 
@@ -298,11 +297,10 @@ Json describe_user(const Domain& domain, std::string_view name) {
   const std::string located = locate_user(domain, name);
   const bool ad = domain.active_directory;
   const ObjectPtr object = bind_user(domain, located);
-  const std::string account = ad ? get(object, "samAccountName").text() : object->Name();
-  // The flags that only the WinNT object has, in every kind of domain.
-  const ObjectPtr flags_object =
-      ad ? domain.services.directory.GetObject(winnt_path(domain, account) + ",user") : object;
-  const std::int32_t flags = get_number(flags_object, "UserFlags");
+  std::optional<base::RuntimeError> unread;
+  const directory::UserDetails details = directory::read_account(domain, object, unread);
+  if (unread)
+    throw base::RuntimeError(*unread);
   const platform::User user(object);
 
   std::vector<std::string> groups;
@@ -316,22 +314,22 @@ Json describe_user(const Domain& domain, std::string_view name) {
   if (hours.empty())
     hours.assign(platform::kLogonHoursSize, 255);
 
-  return {{"name", platform::plain_name(user.Name())},
+  return {{"name", details.name},
           {"dn", ad ? located : std::string()},
-          {"samAccountName", account},
+          {"samAccountName", ad ? details.PreW2K : details.name},
           {"userPrincipalName", ad ? get(object, "userPrincipalName").text() : std::string()},
-          {"fullName", user.FullName()},
-          {"description", user.Description()},
-          {"homeDirectory", user.HomeDirectory()},
-          {"homeDrive", get(object, ad ? "HomeDrive" : "HomeDirDrive").text()},
-          {"profilePath", user.Profile()},
-          {"loginScript", user.LoginScript()},
-          {"disabled", user.AccountDisabled()},
-          {"locked", user.IsAccountLocked()},
-          {"passwordNeverExpires", (flags & platform::kFlagPasswordNeverExpires) != 0},
-          {"cannotChangePassword", (flags & platform::kFlagCannotChangePassword) != 0},
-          {"mustChangePassword", get_number(flags_object, "PasswordExpired") != 0},
-          {"expires", expiry(domain, user)},
+          {"fullName", details.FullName},
+          {"description", details.Description},
+          {"homeDirectory", details.HomeDirectory},
+          {"homeDrive", details.HomeDrive},
+          {"profilePath", details.Profile},
+          {"loginScript", details.LoginScript},
+          {"disabled", details.disabled},
+          {"locked", details.locked_out},
+          {"passwordNeverExpires", details.never_expires},
+          {"cannotChangePassword", details.cannot_change},
+          {"mustChangePassword", details.must_change},
+          {"expires", expiry(domain, details.ends)},
           {"primaryGroup", primary},
           {"groups", sorted_names(std::move(groups))},
           {"logonHours", hex_digits(hours)}};

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/terminal/output.hpp"
+#include "directory/account_fields.hpp"
 #include "platform/platform.hpp"
 
 /// Users and groups in the form the commands print, read through the directory services, in Active Directory
@@ -13,12 +14,7 @@
 namespace twk::cli {
 
 /// The domain to query.
-struct Domain {
-  const platform::Platform& services;
-  std::string name;     ///< DNS name, in a WinNT domain the NetBIOS name
-  std::string nt_name;  ///< the name in WinNT paths
-  bool active_directory = true;
-};
+using Domain = directory::AccountDomain;
 
 /// "DC=twk,DC=test".
 std::string domain_dn(const Domain& domain);

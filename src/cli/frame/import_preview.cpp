@@ -3,11 +3,10 @@
 #include <algorithm>
 
 #include "base/text.hpp"
+#include "cli/frame/creation_progress.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
-#include "session/form1.hpp"
-#include "windows/import.hpp"
 
 namespace twk::cli {
 namespace {
@@ -31,11 +30,12 @@ Json preview_row(const session::ImportRow& row) {
 
 }  // namespace
 
-int preview_import(Context& context, session::Session& session) {
+int preview_import(Context& context, session::Session& session, const std::string& path,
+                   batch::ImportOrder order) {
   session::ImportState& state = session.import;
   // Every line must be shown, even after a halt.
-  for (controls::CheckBox* const halt : {&session.form1.STOP_ON_RED[0], &session.form1.STOP_ON_RED[1]})
-    halt->value = 0;
+  order.halt_on_errors = false;
+  order.halt_on_warnings = false;
   // A run's questions are reported, and answered with Yes.
   if (context.dialogs().asks_person())
     context.dialogs().set_asking(Asking::kYes);
@@ -48,14 +48,15 @@ int preview_import(Context& context, session::Session& session) {
   };
   context.dialogs().on_events([&] {
     if (interrupted())
-      windows::CancelButton_Click(session);
+      state.ImportStopped = true;
   });
-  windows::Import_Command(session);
+  CreationProgress progress(session);
+  batch::run_import(session, path, order, progress);
   context.dialogs().on_events({});
   state.row_done = {};
   if (!state.failure.empty())
     complain(state.failure);
-  if (!state.failure.empty() || !state.ImportAccepted)
+  if (!state.failure.empty())
     return kExitRed;
   context.output().table(kColumns, rows);
   context.keep_exit_code();

@@ -1,39 +1,39 @@
 #include "cli/frame/user_fields.hpp"
 
 #include <array>
-#include <functional>
 
 #include "base/text.hpp"
 #include "cli/terminal/failures.hpp"
 #include "directory/account_expiry.hpp"
-#include "session/form1.hpp"
+#include "session/session.hpp"
 
 namespace twk::cli {
 namespace {
 
-using session::Form1;
+using directory::UserDetails;
 
 struct TextField {
   std::string_view name;
-  controls::TextBox Form1::*box;
+  std::string UserDetails::*text;
+  bool only_in_active_directory = false;
 };
 
 constexpr std::array kTexts = {
-    TextField{"fullName", &Form1::UM_Full_Name}, TextField{"description", &Form1::UM_Description},
-    TextField{"first", &Form1::UM_First},        TextField{"last", &Form1::UM_Last},
-    TextField{"initials", &Form1::UM_Initails},  TextField{"office", &Form1::UM_Office},
-    TextField{"mail", &Form1::UM_MailAddress},   TextField{"profile", &Form1::UM_Profile_Dir},
-    TextField{"home", &Form1::UM_Home_Dir},      TextField{"script", &Form1::UM_Logon_Script},
-    TextField{"preW2K", &Form1::UM_PreW2K}};
+    TextField{"fullName", &UserDetails::FullName},       TextField{"description", &UserDetails::Description},
+    TextField{"first", &UserDetails::FirstName, true},   TextField{"last", &UserDetails::LastName, true},
+    TextField{"initials", &UserDetails::Initials, true}, TextField{"office", &UserDetails::Office, true},
+    TextField{"mail", &UserDetails::Mail, true},         TextField{"profile", &UserDetails::Profile},
+    TextField{"home", &UserDetails::HomeDirectory},      TextField{"script", &UserDetails::LoginScript},
+    TextField{"preW2K", &UserDetails::PreW2K, true}};
 
 struct FlagField {
   std::string_view name;
-  controls::CheckBox Form1::*box;
+  bool UserDetails::*flag;
 };
 
 constexpr std::array kFlags = {
-    FlagField{"mustChange", &Form1::chkMustChange}, FlagField{"cantChange", &Form1::chkCantChange},
-    FlagField{"neverExpires", &Form1::chkPwdNever}, FlagField{"disabled", &Form1::chkAcctDisabled}};
+    FlagField{"mustChange", &UserDetails::must_change}, FlagField{"cantChange", &UserDetails::cannot_change},
+    FlagField{"neverExpires", &UserDetails::never_expires}, FlagField{"disabled", &UserDetails::disabled}};
 
 struct Assignment {
   std::string name;
@@ -69,86 +69,94 @@ bool yes_or_no(const Assignment& assignment) {
   throw UsageError(assignment.name + " takes yes or no, not \"" + assignment.value + "\".");
 }
 
-void write(controls::TextBox& box, const Assignment& assignment) {
-  if (!box.visible)
+void require_active_directory(const session::Session& session, const Assignment& assignment) {
+  if (!session::is_active_directory(session))
     throw Refused("An account of this domain has no " + assignment.name + ".");
-  box.text = assignment.value;
 }
 
 /// "jo" keeps the part after the "@" as it is, "jo@twk.test" sets both.
-void write_logon_name(Form1& form, const Assignment& assignment) {
+void write_logon_name(UserDetails& details, const Assignment& assignment) {
   const std::size_t at = assignment.value.find('@');
-  write(form.UM_Logon_Name, {assignment.name, assignment.value.substr(0, at)});
+  details.LogonName = assignment.value.substr(0, at);
   if (at != base::npos)
-    form.UM_W2KDomain_Name.text = assignment.value.substr(at);
+    details.LogonSuffix = assignment.value.substr(at);
 }
 
-void write_expiry(session::Session& session, const Assignment& assignment) {
+void write_expiry(session::Session& session, UserDetails& details, const Assignment& assignment) {
   const auto typed = directory::read_expiry(session.platform.clock, assignment.value);
   if (!typed.error.empty())
     throw UsageError("expires: " + typed.error + ".");
-  session.form1.AccExpires.text = assignment.value;
+  details.Expires = assignment.value;
 }
 
-void write_lock_out(Form1& form, const Assignment& assignment) {
+void write_lock_out(UserDetails& details, const Assignment& assignment) {
   if (yes_or_no(assignment))
     throw UsageError("lockedOut only takes no: an account cannot be locked out by hand.");
-  if (form.chkAcctLockedOut.enabled)
-    form.chkAcctLockedOut.value = 0;
+  details.locked_out = false;
 }
 
-bool write_custom(Form1& form, const Assignment& assignment) {
-  for (std::size_t i = 0; i < form.Custom_Value.size(); ++i) {
+bool write_custom(session::Session& session, UserDetails& details, const Assignment& assignment) {
+  const auto captions = session::is_active_directory(session)
+                            ? directory::custom_captions(session)
+                            : decltype(directory::custom_captions(session))();
+  for (std::size_t i = 0; i < captions.size(); ++i) {
+    const std::string& caption = captions.at(i);
     const bool numbered =
         base::equals_fold(assignment.name, "custom" + base::to_text(static_cast<std::int64_t>(i) + 1));
-    const std::string& caption = form.Custom_Label.at(i).caption;
-    const bool named = form.Custom_Label.at(i).visible && !caption.empty() &&
-                       base::equals_fold(base::trim(assignment.name), base::trim(caption));
+    const bool named =
+        !caption.empty() && base::equals_fold(base::trim(assignment.name), base::trim(caption));
     if (!numbered && !named)
       continue;
-    write(form.Custom_Value.at(i), assignment);
+    if (caption.empty())
+      throw Refused("An account of this domain has no " + assignment.name + ".");
+    details.Custom.at(i) = assignment.value;
     return true;
   }
   return false;
 }
 
-bool write_special(session::Session& session, const Assignment& assignment) {
-  Form1& form = session.form1;
+bool write_special(session::Session& session, UserDetails& details, const Assignment& assignment) {
   const std::string name = base::upper(assignment.name);
-  if (name == "DRIVE")
-    form.UM_Drive_Letter.text = assignment.value;
-  else if (name == "LOGONNAME")
-    write_logon_name(form, assignment);
-  else if (name == "EXPIRES")
-    write_expiry(session, assignment);
-  else if (name == "LOCKEDOUT")
-    write_lock_out(form, assignment);
-  else
+  if (name == "DRIVE") {
+    details.HomeDrive = assignment.value;
+  } else if (name == "LOGONNAME") {
+    require_active_directory(session, assignment);
+    write_logon_name(details, assignment);
+  } else if (name == "EXPIRES") {
+    write_expiry(session, details, assignment);
+  } else if (name == "LOCKEDOUT") {
+    write_lock_out(details, assignment);
+  } else {
     return false;
+  }
   return true;
 }
 
-void fill(session::Session& session, const Assignment& assignment) {
-  Form1& form = session.form1;
+void assign(session::Session& session, UserDetails& details, const Assignment& assignment) {
   for (const TextField& field : kTexts) {
-    if (base::equals_fold(field.name, assignment.name))
-      return write(form.*field.box, assignment);
+    if (!base::equals_fold(field.name, assignment.name))
+      continue;
+    if (field.only_in_active_directory)
+      require_active_directory(session, assignment);
+    details.*field.text = assignment.value;
+    return;
   }
   for (const FlagField& field : kFlags) {
     if (base::equals_fold(field.name, assignment.name)) {
-      (form.*field.box).value = yes_or_no(assignment) ? 1 : 0;
+      details.*field.flag = yes_or_no(assignment);
       return;
     }
   }
-  if (!write_special(session, assignment) && !write_custom(form, assignment))
+  if (!write_special(session, details, assignment) && !write_custom(session, details, assignment))
     throw UsageError("There is no field \"" + assignment.name + "\". Fields: " + known_fields());
 }
 
 }  // namespace
 
-void fill_details_tab(session::Session& session, const std::vector<std::string>& assignments) {
+void assign_fields(session::Session& session, UserDetails& details,
+                   const std::vector<std::string>& assignments) {
   for (const std::string& assignment : assignments)
-    fill(session, split(assignment));
+    assign(session, details, split(assignment));
 }
 
 }  // namespace twk::cli

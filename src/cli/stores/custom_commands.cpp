@@ -2,8 +2,8 @@
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/terminal/exit_codes.hpp"
-#include "session/editor_windows.hpp"
-#include "windows/editors/custom_properties.hpp"
+#include "cli/terminal/failures.hpp"
+#include "directory/custom_attributes.hpp"
 
 namespace twk::cli {
 namespace {
@@ -20,27 +20,28 @@ const std::vector<Column> kColumns = {
     {"number", "Number"}, {"name", "Display name"}, {"attribute", "Attribute"}};
 
 int show_custom_rows(Context& context) {
-  Session& session = context.session(Depth::kSettings);
-  windows::Custom_Load(session);
+  const directory::CustomFieldRows fields = directory::read_custom_fields(context.session(Depth::kSettings));
   std::vector<Json> rows;
-  for (std::size_t i = 0; i < session.custom.ListView1.size(); ++i) {
-    const controls::ListRow& row = session.custom.ListView1.at(i);
-    if (!row.text.empty())
-      rows.push_back({{"number", i + 1}, {"name", row.text}, {"attribute", row.sub_items.front()}});
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (!fields.at(i).caption.empty())
+      rows.push_back(
+          {{"number", i + 1}, {"name", fields.at(i).caption}, {"attribute", fields.at(i).attribute}});
   }
   context.output().table(kColumns, rows);
   return kExitGreen;
 }
 
-/// Fills one row of the window and presses OK.
 int put_custom_row(Context& context, const CustomArguments& arguments) {
   Session& session = context.session(Depth::kSettings);
-  windows::Custom_Load(session);
-  controls::ListView& rows = session.custom.ListView1;
-  controls::ListRow& row = rows.at(static_cast<std::size_t>(arguments.number - 1));
-  rows.set_text(row, std::string(base::trim(arguments.name)));
-  rows.set_sub_item(row, 1, std::string(base::trim(arguments.attribute)));
-  return windows::Custom_OK(session) ? kExitGreen : kExitRed;
+  directory::CustomFieldRows rows = directory::read_custom_fields(session);
+  rows.at(static_cast<std::size_t>(arguments.number - 1)) = {std::string(base::trim(arguments.name)),
+                                                             std::string(base::trim(arguments.attribute))};
+  if (const std::string refusal = directory::refused_custom_fields(rows); !refusal.empty())
+    throw Refused(refusal);
+  const std::string unwritten = directory::write_custom_fields(session, rows);
+  if (!unwritten.empty())
+    throw Refused("Cannot write the setting " + unwritten + ".");
+  return kExitGreen;
 }
 
 }  // namespace

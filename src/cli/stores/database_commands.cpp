@@ -3,8 +3,8 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "session/settings.hpp"
 #include "stores/backup.hpp"
+#include "stores/compact_database.hpp"
 #include "stores/conversion.hpp"
-#include "windows/compact_database.hpp"
 
 namespace twk::cli {
 namespace {
@@ -20,10 +20,11 @@ struct DatabaseArguments {
 const std::vector<std::string> kVersions = {"1", "2.0", "2.1", "2.2", "2.3"};
 
 bool compact(Session& session, const DatabaseArguments& arguments) {
-  if (!arguments.prune_groups && !arguments.keep_groups)
-    return windows::Compact_Database(session);
-  return windows::compact_database(
-      session, arguments.prune_groups ? windows::Pruning::kRemoveGroups : windows::Pruning::kKeepGroups);
+  if (arguments.prune_groups || arguments.keep_groups) {
+    return stores::compact_database(
+        session, arguments.prune_groups ? stores::Pruning::kRemoveGroups : stores::Pruning::kKeepGroups);
+  }
+  return stores::agrees_to_compact(session) && stores::compact_database(session, stores::Pruning::kAsk);
 }
 
 int compact_databases(Context& context, const DatabaseArguments& arguments) {

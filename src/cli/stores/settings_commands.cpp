@@ -11,7 +11,6 @@
 #include "cli/terminal/input.hpp"
 #include "local/regedit.hpp"
 #include "platform/registry.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
 #include "session/settings_schema.hpp"
 

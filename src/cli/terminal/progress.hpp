@@ -7,10 +7,10 @@
 namespace twk::cli {
 
 /// One line on a terminal's standard error that is overwritten repeatedly, and nothing at all in a pipe.
-/// Drive it from the windows' values:
+/// Drive it from a run's view, or from a value that is watched:
 ///
 ///     Progress progress;
-///     const auto watch = form1.Import_Text.caption.watch([&] { progress.show(form1.Import_Text.caption); });
+///     const auto watch = domain.loading.watch([&] { progress.show(domain.loading.get()); });
 class Progress {
  public:
   Progress();

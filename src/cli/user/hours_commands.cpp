@@ -5,13 +5,11 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
+#include "directory/hours_of_week.hpp"
+#include "directory/hours_zone.hpp"
 #include "platform/adsi.hpp"
 #include "platform/logon_hours.hpp"
-#include "session/form1.hpp"
 #include "session/settings.hpp"
-#include "windows/editors/hours_of_week.hpp"
-#include "windows/editors/hours_zone.hpp"
-#include "windows/editors/logon_hours.hpp"
 
 namespace twk::cli {
 namespace {
@@ -28,23 +26,23 @@ struct HoursArguments {
 /// A template, or an account, and its hours as lines of text.
 void print_hours(Context& context, const char* kind, std::string_view name, const base::Bytes& hours) {
   const platform::Platform& services = context.services();
-  const windows::HoursZone zone = windows::zone_in_force(services);
+  const directory::HoursZone zone = directory::zone_in_force(services);
   const std::vector<std::string> lines =
-      windows::text_of_cells(windows::cells_of_bytes(hours, windows::hours_ahead(services, zone)));
+      directory::text_of_cells(directory::cells_of_bytes(hours, directory::hours_ahead(services, zone)));
   std::string text;
   for (std::size_t i = 0; i < lines.size(); ++i) {
-    std::string day(windows::day_name(static_cast<int>(i) + 1));
+    std::string day(directory::day_name(static_cast<int>(i) + 1));
     day.resize(10, ' ');
     text += (i == 0 ? "" : "\n") + day + lines[i];
   }
   if (context.output().json())
-    context.output().result({{kind, name}, {"zone", windows::zone_word(zone)}, {"hours", lines}}, {});
+    context.output().result({{kind, name}, {"zone", directory::zone_word(zone)}, {"hours", lines}}, {});
   else
     context.output().raw(text + "\n");
 }
 
 std::vector<bool> read_hours(const std::string& file) {
-  windows::HoursText hours = windows::parse_hours(text_lines(read_input(file)));
+  directory::HoursText hours = directory::parse_hours(text_lines(read_input(file)));
   if (!hours.error.empty())
     throw BadInput(hours.error);
   return std::move(hours.cells);
@@ -52,8 +50,8 @@ std::vector<bool> read_hours(const std::string& file) {
 
 /// Reports what was stored while no zone has been chosen, if that makes a difference.
 void warn_of_zone(Context& context, const std::vector<bool>& cells) {
-  const std::string readings = windows::two_readings(context.services(), cells);
-  if (!readings.empty() && !windows::chosen_zone(context.services())) {
+  const std::string readings = directory::two_readings(context.services(), cells);
+  if (!readings.empty() && !directory::chosen_zone(context.services())) {
     complain(
         "warning: " + readings +
         ". They were stored as hours of UTC+12. To choose, and to end this warning, run \"twk hours zone "
@@ -61,8 +59,8 @@ void warn_of_zone(Context& context, const std::vector<bool>& cells) {
   }
 }
 
-windows::HoursZone read_zone(const std::string& word) {
-  if (const auto zone = windows::zone_of_word(word))
+directory::HoursZone read_zone(const std::string& word) {
+  if (const auto zone = directory::zone_of_word(word))
     return *zone;
   throw UsageError("a zone is utc+12 or workstation, not \"" + word + "\"");
 }
@@ -71,21 +69,21 @@ windows::HoursZone read_zone(const std::string& word) {
 void override_zone(Context& context, const std::string& word) {
   if (!word.empty())
     context.override_setting(session::kPreferences, "LogonHoursZone",
-                             std::string(windows::zone_word(read_zone(word))));
+                             std::string(directory::zone_word(read_zone(word))));
 }
 
 /// Shows the zone, or stores another one.
 int hours_zone(Context& context, const std::string& word) {
   const platform::Platform& services = context.services();
-  if (!word.empty() && !windows::choose_zone(services, read_zone(word)))
+  if (!word.empty() && !directory::choose_zone(services, read_zone(word)))
     throw Refused("The choice cannot be written in " + context.world().settings_folder());
-  const windows::HoursZone zone = windows::zone_in_force(services);
-  const bool chosen = windows::chosen_zone(services).has_value();
-  const std::string note = windows::zone_note(services, zone);
-  context.output().result({{"zone", windows::zone_word(zone)},
-                           {"hoursAhead", windows::hours_ahead(services, zone)},
+  const directory::HoursZone zone = directory::zone_in_force(services);
+  const bool chosen = directory::chosen_zone(services).has_value();
+  const std::string note = directory::zone_note(services, zone);
+  context.output().result({{"zone", directory::zone_word(zone)},
+                           {"hoursAhead", directory::hours_ahead(services, zone)},
                            {"chosen", chosen}},
-                          windows::zone_name(services, zone) + (chosen ? "" : " (not chosen yet)") +
+                          directory::zone_name(services, zone) + (chosen ? "" : " (not chosen yet)") +
                               (note.empty() ? "" : "\n" + note));
   return kExitGreen;
 }
@@ -153,7 +151,7 @@ int set_hours(Context& context, HoursArguments arguments, bool has_file) {
   const std::vector<bool> cells = read_hours(arguments.file);
   const platform::Platform& services = context.services();
   const base::Bytes hours =
-      windows::bytes_of_cells(cells, windows::hours_ahead(services, windows::zone_in_force(services)));
+      directory::bytes_of_cells(cells, directory::hours_ahead(services, directory::zone_in_force(services)));
   const int exit_code = arguments.user.empty() ? set_template_hours(context, arguments.template_name, hours)
                                                : set_user_hours(context, arguments.user, hours);
   if (exit_code == kExitGreen)

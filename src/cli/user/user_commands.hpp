@@ -5,6 +5,8 @@
 #include "cli/frame/context.hpp"
 #include "cli/parser/command.hpp"
 #include "controls/tree_view.hpp"
+#include "creation/new_user_request.hpp"
+#include "directory/account_fields.hpp"
 
 /// The parts of the command `user`, a file each, and what they share.
 namespace twk::cli {
@@ -23,6 +25,8 @@ void add_user_reset_password(Command& user, Context& context);
 /// The node of the user of that account name, common name, principal name or distinguished name, after
 /// opening what is above it. Raises `Refused` when there is none.
 controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name);
+/// The account itself, and its groups in the lists of the session. Raises `Refused` when it cannot be read.
+directory::UserDetails read_details(Context& context, session::Session& session, const std::string& name);
 
 /// The inputs for a new user.
 struct CreationPlace {
@@ -35,8 +39,9 @@ struct CreationPlace {
 /// --template, --site, and one of --ou and --like.
 void add_place_options(Command& command, CreationPlace& place);
 
-/// Fills the New User tab as a person would: chooses template and site, selects the OU in the tree and
-/// expands it, or selects the user to copy and ticks `Copy_User`. Raises `UsageError` or `Refused`.
-void choose_place(Context& context, session::Session& session, const CreationPlace& place);
+/// Puts template and site into the request, and where the user belongs: the OU, which is opened in the tree,
+/// or the place of the user to copy. Raises `UsageError` or `Refused`.
+void choose_place(Context& context, session::Session& session, const CreationPlace& place,
+                  creation::NewUserRequest& request);
 
 }  // namespace twk::cli

@@ -1,11 +1,11 @@
 #include "base/text.hpp"
+#include "cli/frame/creation_progress.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
-#include "cli/terminal/progress.hpp"
 #include "cli/user/user_commands.hpp"
-#include "session/form1.hpp"
-#include "windows/create_user.hpp"
+#include "creation/create_user.hpp"
+#include "creation/stored_request.hpp"
 
 namespace twk::cli {
 namespace {
@@ -19,45 +19,43 @@ struct CreateArguments {
   std::string password_file;
 };
 
-/// A given password replaces the default one, exactly as it is: the tab asks for it, and the answer is
-/// ready.
-void use_password(Context& context, session::Form1& form, const CreateArguments& arguments) {
+/// A given password replaces the default one, exactly as it is: the run asks for it, and the answer is ready.
+void use_password(Context& context, const CreateArguments& arguments, creation::NewUserRequest& request) {
   if (!arguments.password_stdin && arguments.password_file.empty())
     return;
   context.dialogs().set_password(read_password(arguments.password_stdin ? "-" : arguments.password_file));
-  form.FmtPass.value = 0;
-  form.defaultpassword.text = "PROMPT";
+  request.password = {.text = "PROMPT", .format = {}, .formatted = false};
 }
 
-void fill_names(session::Form1& form, const CreateArguments& arguments) {
+void take_names(const CreateArguments& arguments, creation::NewUserRequest& request) {
   const bool with_middle = arguments.names.size() == 3;
-  form.strFirst.text = arguments.names.front();
-  form.StrMiddle.text = with_middle ? arguments.names[1] : std::string();
-  form.strLast.text = arguments.names.back();
-  form.UserID_Box.text = arguments.id;
-  form.Description.text = arguments.description;
+  request.FirstName = arguments.names.front();
+  request.MiddleName = with_middle ? arguments.names[1] : std::string();
+  request.LastName = arguments.names.back();
+  request.UserId = arguments.id;
+  request.Description = arguments.description;
 }
 
 int create_user(Context& context, const CreateArguments& arguments) {
   session::Session& session = context.session(Depth::kDomain);
-  session::Form1& form = session.form1;
-  choose_place(context, session, arguments.place);
-  use_password(context, form, arguments);
-  fill_names(form, arguments);
-  session::CreationOutcome outcome;
+  creation::NewUserRequest request = creation::stored_request(session);
+  choose_place(context, session, arguments.place, request);
+  use_password(context, arguments, request);
+  take_names(arguments, request);
+  session::CreationOutcome& outcome = session.LastCreation;
+  outcome = {};
   {
-    Progress progress;
-    context.dialogs().before_text([&] { progress.clear(); });
-    const auto watch = form.progress.caption.watch([&] { progress.show(form.progress.caption.get()); });
+    CreationProgress view(session);
+    context.dialogs().before_text([&] { view.clear(); });
     act(session, [&] {
-      outcome = windows::CreateUser_Click(session);
-      progress.clear();
+      outcome = creation::create_user(session, request, view);
+      view.clear();
     });
     context.dialogs().before_text({});
   }
   const std::string light = outcome.light.empty() ? std::string(session::kRed) : outcome.light;
   const std::string message(
-      base::trim(outcome.message.empty() ? form.StatusBar1.panel1.get() : outcome.message));
+      base::trim(outcome.message.empty() ? session.status.panel1.get() : outcome.message));
   context.output().result({{"user", outcome.user},
                            {"light", light},
                            {"message", message},

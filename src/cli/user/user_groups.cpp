@@ -7,7 +7,7 @@
 #include "cli/user/user_commands.hpp"
 #include "directory/user_details.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
+#include "session/loaded_domain.hpp"
 
 namespace twk::cli {
 namespace {
@@ -39,18 +39,18 @@ ChosenGroup find_group(const Domain& domain, const std::string& name) {
 
 /// Selects the group in the list of those that the user is not in. A group that the session did not load
 /// is added to it.
-void select_to_add(session::Form1& form, const ChosenGroup& group) {
-  if (form.ListView4.find_key(group.key) != nullptr)
+void select_to_add(session::LoadedDomain& domain, const ChosenGroup& group) {
+  if (domain.own_groups.find_key(group.key) != nullptr)
     throw Refused("The user is already in the group \"" + group.name + "\".");
-  ListView& list = form.ListView3;
+  ListView& list = domain.other_groups;
   const ListRow* row = list.find_key(group.key);
   if (row == nullptr)
     row = &list.add(group.key, group.name, "W2KGRP");
   list.set_selected(list.at(list.place_of(*row)), true);
 }
 
-void select_to_remove(session::Form1& form, const ChosenGroup& group) {
-  ListView& list = form.ListView4;
+void select_to_remove(session::LoadedDomain& domain, const ChosenGroup& group) {
+  ListView& list = domain.own_groups;
   const ListRow* const row = list.find_key(group.key);
   if (row == nullptr)
     throw Refused("The user is not in the group \"" + group.name + "\".");
@@ -62,10 +62,11 @@ void select_to_remove(session::Form1& form, const ChosenGroup& group) {
 }
 
 /// True when every selected group left the list; the status bar shows refusals.
-bool press(session::Session& session, ListView& list, void (*button)(session::Session&)) {
+bool change(session::Session& session, ListView& list, const directory::UserDetails& user,
+            decltype(directory::add_to_selected_groups)* change_selected) {
   bool whole = true;
   if (list.selected() != nullptr)
-    act(session, [&] { button(session); });
+    act(session, [&] { change_selected(session, user); });
   while (ListRow* const refused = list.selected()) {
     list.set_selected(*refused, false);
     whole = false;
@@ -75,19 +76,18 @@ bool press(session::Session& session, ListView& list, void (*button)(session::Se
 
 int change_groups(Context& context, const GroupArguments& arguments) {
   session::Session& session = context.session(Depth::kDomain);
-  session::Form1& form = session.form1;
-  if (!directory::show_user_details(session, reach_user(context, session, arguments.name)))
-    throw Refused(form.StatusBar1.panel1);
+  const directory::UserDetails user = read_details(context, session, arguments.name);
+  session::LoadedDomain& loaded = session.domain;
   const Domain domain = context.domain();
   for (const std::string& group : arguments.add)
-    select_to_add(form, find_group(domain, group));
+    select_to_add(loaded, find_group(domain, group));
   for (const std::string& group : arguments.remove)
-    select_to_remove(form, find_group(domain, group));
-  bool whole = press(session, form.ListView4, directory::UM_REMOVE_GROUP_Click);
-  whole = press(session, form.ListView3, directory::UM_ADD_GROUP_Click) && whole;
+    select_to_remove(loaded, find_group(domain, group));
+  bool whole = change(session, loaded.own_groups, user, directory::remove_from_selected_groups);
+  whole = change(session, loaded.other_groups, user, directory::add_to_selected_groups) && whole;
   std::vector<Json> rows;
-  for (std::size_t i = 0; i < form.ListView4.size(); ++i) {
-    const ListRow& row = form.ListView4.at(i);
+  for (std::size_t i = 0; i < loaded.own_groups.size(); ++i) {
+    const ListRow& row = loaded.own_groups.at(i);
     rows.push_back({{"name", row.text}, {"primary", !row.sub_items.empty()}});
   }
   context.output().table(kColumns, rows);

@@ -2,27 +2,23 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/import.hpp"
+#include "batch/import_columns.hpp"
 #include "batch/import_file.hpp"
-#include "batch/import_options.hpp"
+#include "cli/frame/creation_progress.hpp"
 #include "cli/frame/import_preview.hpp"
 #include "cli/terminal/display.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
-#include "cli/terminal/progress.hpp"
 #include "cli/user/user_commands.hpp"
 #include "local/posix_files.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/windows.hpp"
-#include "windows/csv_layout.hpp"
-#include "windows/import.hpp"
 
 namespace twk::cli {
 namespace {
 
-/// Columns of an import file, counted from 1; 0 means none.
-struct ImportColumns {
+/// The columns that were given.
+struct GivenColumns {
   std::optional<int> first;
   std::optional<int> middle;
   std::optional<int> last;
@@ -35,7 +31,7 @@ struct ImportColumns {
 struct ImportArguments {
   std::string file;
   CreationPlace place;
-  ImportColumns columns;
+  GivenColumns columns;
   bool halt_on_errors = false;
   bool halt_on_warnings = false;
   bool skip_prompts = false;
@@ -52,13 +48,10 @@ struct Counts {
   std::size_t refused = 0;
 };
 
-void set_halts(session::Form1& form, const ImportArguments& arguments) {
-  if (arguments.halt_on_errors || arguments.halt_on_warnings)
-    form.STOP_ON_RED[0].value = 1;
-  if (arguments.halt_on_warnings)
-    form.STOP_ON_RED[1].value = 1;
-  if (arguments.skip_prompts)
-    form.STOP_ON_RED[2].value = 1;
+void set_halts(batch::ImportOrder& order, const ImportArguments& arguments) {
+  order.halt_on_errors = order.halt_on_errors || arguments.halt_on_errors || arguments.halt_on_warnings;
+  order.halt_on_warnings = order.halt_on_warnings || arguments.halt_on_warnings;
+  order.user.skip_prompts = order.user.skip_prompts || arguments.skip_prompts;
 }
 
 /// Sets the fields with groups for this run; the stored choice stays as it is.
@@ -80,46 +73,34 @@ void set_group_range(Context& context, const std::string& groups) {
   context.override_setting("Setup", "ImportGroupsFinish", finish);
 }
 
-void set_expiry(session::Session& session, const ImportArguments& arguments) {
+void set_expiry(session::Session& session, const ImportArguments& arguments, std::string& expiry) {
   if (arguments.expires && arguments.expires_after)
     throw UsageError("give either --expires or --expires-after");
-  controls::TextBox& field = session.import_grps.Expiredate;
   if (arguments.expires)
-    field.text = *arguments.expires;
+    expiry = *arguments.expires;
   if (arguments.expires_after && base::trim(*arguments.expires_after).empty())
     throw UsageError("--expires-after takes a day such as 31/12/2026 or 2026-12-31, or %IMPORTn%");
   if (arguments.expires_after)
-    field.text = "end of " + *arguments.expires_after;
-  const std::string refused = batch::refused_expiry(session, field.text.get());
+    expiry = "end of " + *arguments.expires_after;
+  const std::string refused = batch::refused_expiry(session, expiry);
   if (!refused.empty())
     throw UsageError("the expiry of the accounts: " + refused);
 }
 
-/// Chooses a column; some line must have a requested one.
-void choose(controls::ComboBox& box, const std::optional<int>& column, int standard, int widest) {
-  if (column.value_or(0) > widest) {
-    throw UsageError("there is no column " + std::to_string(*column) + ": the longest line has " +
-                     std::to_string(widest));
-  }
-  const int chosen = column.value_or(standard);
-  if (chosen <= widest)
-    windows::offer_column(box, chosen);
-  box.select(chosen <= widest ? chosen : 0);
-}
-
-/// What a person does in the window `CSV_Import`.
-void choose_columns(session::Session& session, const ImportColumns& columns) {
-  session::CSV_Import& window = session.csv_import;
-  window.chkImport.value = columns.any() ? 0 : 1;
-  windows::chkImport_Click(session);
-  if (columns.any()) {
-    choose(window.ImportFirst, columns.first, 1, window.widest);
-    choose(window.ImportMiddle, columns.middle, 2, window.widest);
-    choose(window.ImportLast, columns.last, 3, window.widest);
-    choose(window.ImportUserID, columns.id, 0, window.widest);
-    choose(window.ImportPassword, columns.password, 0, window.widest);
-  }
-  windows::csv_layout_ok(session);
+/// The columns of the file; some line must have each that was asked for.
+batch::ImportColumns choose_columns(const batch::FileColumns& file, const GivenColumns& given) {
+  const auto choose = [&](const std::optional<int>& column, int standard) {
+    if (column.value_or(0) > file.widest) {
+      throw UsageError("there is no column " + std::to_string(*column) + ": the longest line has " +
+                       std::to_string(file.widest));
+    }
+    const int chosen = column.value_or(standard);
+    return chosen <= file.widest ? chosen : 0;
+  };
+  if (!given.any())
+    return batch::standard_columns(file);
+  return {choose(given.first, 1), choose(given.middle, 2), choose(given.last, 3), choose(given.id, 0),
+          choose(given.password, 0)};
 }
 
 std::string_view light_of(const session::ImportRow& row) {
@@ -181,7 +162,7 @@ void print_end(Output& output, const session::ImportState& state, const Counts& 
 /// Prints what went wrong besides the creations, each text once: a log or a summary that could not be
 /// written. True when there was something.
 bool tell_faults(const session::Session& session, std::set<std::string> told) {
-  const controls::ListView& rows = session.form1.ListView1;
+  const controls::ListView& rows = session.log_rows;
   bool any = false;
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (rows.at(i).icon != session::kYellow || !told.insert(rows.at(i).text).second)
@@ -192,24 +173,23 @@ bool tell_faults(const session::Session& session, std::set<std::string> told) {
   return any;
 }
 
-int run_import(Context& context, session::Session& session) {
+int run_import(Context& context, session::Session& session, const std::string& path,
+               const batch::ImportOrder& order) {
   session::ImportState& state = session.import;
   Counts counts;
-  Progress progress;
+  CreationProgress progress(session);
   std::set<std::string> outcomes;
   context.dialogs().before_text([&] { progress.clear(); });
   context.dialogs().on_events([&] {
     if (interrupted())
-      windows::CancelButton_Click(session);
+      state.ImportStopped = true;
   });
   state.row_done = [&](const session::ImportRow& row) {
     progress.clear();
     print_row(context.output(), row, counts);
     outcomes.insert(row.outcome.message);
   };
-  const auto& caption = session.form1.Import_Text.caption;
-  const auto watch = caption.watch([&] { progress.show(caption.get()); });
-  windows::Import_Command(session);
+  batch::run_import(session, path, order, progress);
   progress.clear();
   context.dialogs().before_text({});
   context.dialogs().on_events({});
@@ -245,15 +225,19 @@ int import_users(Context& context, const ImportArguments& arguments) {
   if (arguments.preview)
     context.rehearse([](const std::string&) {});
   session::Session& session = context.session(Depth::kDomain);
-  choose_place(context, session, arguments.place);
-  set_halts(session.form1, arguments);
-  session.form1.Description.text = arguments.description;
-  set_expiry(session, arguments);
-  context.dialogs().set_file(path);
-  context.dialogs().on_modal([&](std::string_view) { choose_columns(session, arguments.columns); });
+  batch::ImportOrder order = batch::stored_order(session);
+  choose_place(context, session, arguments.place, order.user);
+  if (const std::string fault = batch::refused_place(session, order.user); !fault.empty())
+    throw Refused(fault);
+  set_halts(order, arguments);
+  order.user.Description = arguments.description;
+  set_expiry(session, arguments, order.user.Expiry);
+  const batch::FileColumns file = batch::survey_columns(session.platform.files.read(path));
+  batch::use_columns(session.import, order, choose_columns(file, arguments.columns),
+                     !arguments.columns.any());
   if (arguments.preview)
-    return preview_import(context, session);
-  return run_import(context, session);
+    return preview_import(context, session, path, std::move(order));
+  return run_import(context, session, path, order);
 }
 
 void add_column(Command& command, const char* name, std::optional<int>& column, const char* what) {

@@ -2,9 +2,11 @@
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
+#include "creation/stored_request.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/tree/tree_path.hpp"
-#include "session/form1.hpp"
+#include "directory/user_details.hpp"
+#include "session/loaded_database.hpp"
 #include "session/loaded_domain.hpp"
 
 namespace twk::cli {
@@ -22,7 +24,6 @@ void select_ou(Context& context, session::Session& session, const std::string& o
 
 void select_user(Context& context, session::Session& session, const std::string& name) {
   session.domain.tree.select(&reach_user(context, session, name));
-  session.form1.Copy_User.value = 1;
 }
 
 }  // namespace
@@ -37,6 +38,15 @@ controls::TreeNode& reach_user(Context& context, session::Session& session, cons
   return *node;
 }
 
+directory::UserDetails read_details(Context& context, session::Session& session, const std::string& name) {
+  const controls::TreeNode& node = reach_user(context, session, name);
+  auto details =
+      directory::read_user_details(session, session::is_active_directory(session) ? node.key : node.text);
+  if (!details)
+    throw Refused(session.status.panel1);
+  return std::move(*details);
+}
+
 void add_place_options(Command& command, CreationPlace& place) {
   command.add_option("--template", place.template_name, "Template to create with")
       ->required()
@@ -48,18 +58,19 @@ void add_place_options(Command& command, CreationPlace& place) {
       ->excludes(ou);
 }
 
-void choose_place(Context& context, session::Session& session, const CreationPlace& place) {
-  session::Form1& form = session.form1;
-  const std::string template_name = find_name("template", place.template_name, form.nutemplate.items());
-  const std::string site = find_name("site", place.site, form.NUsitename.items());
+void choose_place(Context& context, session::Session& session, const CreationPlace& place,
+                  creation::NewUserRequest& request) {
+  request.TemplateName = find_name("template", place.template_name, session.database.templates);
+  request.SiteName = find_name("site", place.site, session.database.sites);
   if (session::is_active_directory(session) && place.ou.empty() && place.like.empty())
     throw UsageError("--ou DN or --like USER is needed to say where the user belongs");
   if (!place.ou.empty())
     select_ou(context, session, place.ou);
   if (!place.like.empty())
     select_user(context, session, place.like);
-  form.nutemplate.text = template_name;
-  form.NUsitename.text = site;
+  request.CopyUser = !place.like.empty();
+  controls::TreeView& tree = session.domain.tree;
+  creation::take_place(request, tree.selected() != nullptr ? tree.selected() : tree.first());
 }
 
 }  // namespace twk::cli

@@ -4,7 +4,6 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "directory/user_details.hpp"
-#include "session/form1.hpp"
 
 namespace twk::cli {
 namespace {
@@ -33,21 +32,21 @@ std::vector<std::string> all_assignments(const SetArguments& arguments) {
 int set_user(Context& context, const SetArguments& arguments) {
   const std::vector<std::string> assignments = all_assignments(arguments);
   session::Session& session = context.session(Depth::kDomain);
-  const session::Form1& form = session.form1;
-  if (!directory::show_user_details(session, reach_user(context, session, arguments.name)))
-    throw Refused(form.StatusBar1.panel1);
-  const std::string user = form.USERID.text;
-  fill_details_tab(session, assignments);
-  directory::Userman_Save_Click(session);
-  const std::string message = form.StatusBar1.panel1;
-  const bool saved = message.starts_with("Saved");
-  const bool whole = saved && session.details.refused.empty();
-  const std::string light(whole ? session::kGreen : saved ? session::kYellow : session::kRed);
-  context.output().result({{"user", user},
+  const directory::UserDetails before = read_details(context, session, arguments.name);
+  directory::UserChange change{.details = before,
+                               .changed = {},
+                               .must_change_before = before.must_change,
+                               .was_locked_out = before.locked_out};
+  assign_fields(session, change.details, assignments);
+  change.changed = directory::parts_that_differ(before, change.details);
+  const directory::SaveOutcome outcome = directory::save_user_details(session, change);
+  const bool whole = outcome.saved && outcome.refused.empty();
+  const std::string light(whole ? session::kGreen : outcome.saved ? session::kYellow : session::kRed);
+  context.output().result({{"user", before.name},
                            {"light", light},
-                           {"message", message},
-                           {"warnings", warnings_of(light, message, session.details.refused)}},
-                          context.output().light(light) + "  " + user + ": " + message);
+                           {"message", outcome.message},
+                           {"warnings", warnings_of(light, outcome.message, outcome.refused)}},
+                          context.output().light(light) + "  " + before.name + ": " + outcome.message);
   return exit_code_of_light(light);
 }
 

@@ -20,7 +20,8 @@ const std::vector<Column> kColumns = {{"user", "User"}, {"dn", "Distinguished na
 
 void load_users(Session& session) {
   if (session::is_active_directory(session))
-    directory::Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "", true);
+    directory::Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "",
+                             directory::UserList::kSelection);
   else
     directory::show_nt_users(session);
 }

@@ -13,7 +13,6 @@
 #include "lab/store/entry_store.hpp"
 #include "live/live.hpp"
 #include "local/posix_files.hpp"
-#include "session/group_windows.hpp"
 #include "session/settings.hpp"
 #include "world/sample_lab.hpp"
 #include "world/snapshot.hpp"

@@ -9,7 +9,6 @@
 #include "lab/making/lab_create.hpp"
 #include "lab/store/entry_store.hpp"
 #include "local/replace_file.hpp"
-#include "session/group_windows.hpp"
 
 namespace twk::cli {
 namespace {

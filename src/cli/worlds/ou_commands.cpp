@@ -4,12 +4,12 @@
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "controls/tree_view.hpp"
+#include "directory/managed_ou.hpp"
 #include "directory/names.hpp"
 #include "directory/tree/create_ou.hpp"
 #include "directory/tree/tree_path.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/loaded_domain.hpp"
-#include "windows/manage_ou.hpp"
 
 namespace twk::cli {
 namespace {
@@ -69,10 +69,11 @@ int manage_ou(Context& context, const ManageArguments& arguments) {
     throw UsageError("--whole-domain and a unit exclude each other");
   session::Session& session = context.session(Depth::kSettings);
   if (arguments.whole_domain)
-    windows::lift_limit(session);
+    directory::lift_limit(session);
   if (!arguments.name.empty()) {
-    windows::limit_to_ou(session, locate_ou(context.domain(), arguments.name), !arguments.without_units_below,
-                         arguments.machine ? platform::kHiveLocalMachine : platform::kHiveCurrentUser);
+    directory::limit_to_ou(session, locate_ou(context.domain(), arguments.name),
+                           !arguments.without_units_below,
+                           arguments.machine ? platform::kHiveLocalMachine : platform::kHiveCurrentUser);
   }
   return tell_limit(context, session);
 }

@@ -10,13 +10,11 @@
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "platform/group_type.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 
 namespace twk::directory {
 namespace {
@@ -32,11 +30,13 @@ struct Load {
       : session(owner),
         options(read_load_options(owner)),
         domain_name(domain_distinguished_name(owner.DomainName)),
+        sorted(session::read_switch(owner, session::kPreferences, "Sorted")),
         trap(base::upper(owner.command_line) == "/DEBUG1") {}
 
   Session& session;
   LoadOptions options;
   std::string domain_name;  ///< distinguished name of the domain
+  bool sorted;              ///< units by their names, as the preferences say
   std::string base;
   std::string user_scope;
   bool one_level_ous = true;
@@ -83,8 +83,6 @@ void add_root(Load& load) {
   controls::TreeView& tree = session.domain.tree;
   load.base = load.options.Search + session.DomainName;
   if (!session.ManagedOU.empty()) {
-    session.form1.DomName.enabled = false;
-    session.form1.mnuOption[5].enabled = false;
     session.ManagedOU = spelled_by_directory(session, session.ManagedOU);
     tree.add(nullptr, session.ManagedOU, ou_name(session.ManagedOU), "OU");
     load.base += "/" + session.ManagedOU;
@@ -122,7 +120,7 @@ void take_ou(Load& load, OrphanTable& orphans, const std::string& key, const std
       load.trap([&] { add_ou(session, parent, key, name); });
     return;
   }
-  load.trap([&] { add_ou(session, parent, key, name).sorted = session.form1.Sorted_Yes.value; });
+  load.trap([&] { add_ou(session, parent, key, name).sorted = load.sorted; });
   if (load.trap.number() == 0)
     return;
   orphans.store(key, name);
@@ -166,9 +164,8 @@ void load_users(Load& load) {
     session.log.line("Users not loaded");
     return;
   }
-  if (session.splash.visible)
-    session.splash.Splash_TxT.caption = "Retrieving Users Please wait";
-  load.trap([&] { Load_AD_Users(session, load.base, false, load.user_scope, load.options.Search, false); });
+  session.domain.loading = std::string("Retrieving Users Please wait");
+  load.trap([&] { Load_AD_Users(session, load.base, false, load.user_scope, load.options.Search, UserList::kMembers); });
 }
 
 std::string group_type_text(std::int32_t type, std::string_view path) {
@@ -203,8 +200,8 @@ void count_group(Session& session) {
     throw base::RuntimeError(base::error::kOverflow, "Overflow: more groups than can be counted");
   }
   ++session.GroupCount;
-  if (session.GroupCount % kGroupsPerRefresh == 0 && session.splash.visible) {
-    session.splash.Splash_TxT.caption =
+  if (session.GroupCount % kGroupsPerRefresh == 0) {
+    session.domain.loading =
         std::string(static_cast<std::size_t>(session.UserCount / kGroupsPerRefresh), '.') +
         "Retrieving Groups Please wait";
   }
@@ -216,8 +213,7 @@ void load_groups(Load& load) {
     session.log.line("Skipping Loading Groups");
     return;
   }
-  if (session.splash.visible)
-    session.splash.Splash_TxT.caption = "Retrieving Groups Please wait";
+  session.domain.loading = std::string("Retrieving Groups Please wait");
   session.domain.template_choice.clear();
   session.domain.other_groups.clear();
   session.status.panel1 = "Retrieving Groups...";
@@ -249,7 +245,6 @@ void deselect_first(controls::ListView& list) {
 bool Load_AD_Domain(Session& session) {
   session.LoadAllUsersFlag = read_load_options(session).LoadAllUsers;
   Load load(session);
-  session.form1.UM_W2KDomain_Name.text = "@" + session.DomainName;
   session.domain.tree.clear();
   session.domain.users.clear();
   session.domain.groups.clear();

@@ -3,6 +3,9 @@
 #include <string>
 #include <string_view>
 
+namespace twk::controls {
+struct StatusBar;
+}
 namespace twk::session {
 struct Session;
 }
@@ -15,14 +18,19 @@ namespace twk::directory {
 /// requested. Writes its steps to "Log.txt".
 bool Load_AD_Domain(session::Session& session);
 
-/// Reads users below `base` ("GC://twk.test" …) with the given scope word. Unless `skip_tree`, users that the
-/// load options or the managed OU ask for get a node. Each goes to the list of the multi-user window or to
-/// that of the groups window. Raises what the query raises.
-bool Load_AD_Users(session::Session& session, std::string_view base, bool skip_tree, std::string_view scope,
-                   std::string_view search_prefix, bool to_multi_user);
+/// Which list a load of users fills.
+enum class UserList {
+  kSelection,  ///< `LoadedDomain::users`, of the window for several users
+  kMembers     ///< `LoadedDomain::NotMembers`, of the groups window
+};
 
-/// The "Show all users" buttons of the groups window and of the multi-user window; each asks first.
-void btn_showGrpusers_Click(session::Session& session);
-void btn_Showusers_Click(session::Session& session);
+/// Reads users below `base` ("GC://twk.test" …) with the given scope word. Unless `skip_tree`, users that the
+/// load options or the managed OU ask for get a node. Each goes to the list. Raises what the query raises.
+bool Load_AD_Users(session::Session& session, std::string_view base, bool skip_tree, std::string_view scope,
+                   std::string_view search_prefix, UserList which);
+
+/// "Show all users" of the groups window and of the window for several users: asks first, and shows in that
+/// window's status bar how it goes.
+void show_all_users(session::Session& session, UserList which, controls::StatusBar& status);
 
 }  // namespace twk::directory

@@ -5,12 +5,8 @@
 #include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
-#include "session/windows.hpp"
 
 namespace twk::directory {
 namespace {
@@ -20,15 +16,15 @@ using session::Session;
 constexpr std::int32_t kUsersPerDot = 1000;
 constexpr std::int32_t kUsersPerCount = 150;
 
-std::string users_query(const Session& session, std::string_view base, std::string_view scope) {
-  const std::string_view shown = session.form1.DNName.value ? "name" : "DisplayName";
-  return "<" + std::string(base) + ">;(&(objectCategory=Person)(objectClass=User));adsPath," +
-         std::string(shown) + ",name;" + std::string(scope);
+std::string users_query(bool by_name, std::string_view base, std::string_view scope) {
+  const std::string shown = by_name ? "name" : "DisplayName";
+  return "<" + std::string(base) + ">;(&(objectCategory=Person)(objectClass=User));adsPath," + shown +
+         ",name;" + std::string(scope);
 }
 
 void show_progress(Session& session) {
-  if (session.splash.visible && session.UserCount % kUsersPerDot == 0) {
-    session.splash.Splash_TxT.caption =
+  if (session.UserCount % kUsersPerDot == 0) {
+    session.domain.loading =
         std::string(static_cast<std::size_t>(session.UserCount / kUsersPerDot), '.') +
         "Retrieving Users Please wait";
   }
@@ -38,20 +34,25 @@ void show_progress(Session& session) {
   }
 }
 
-void show_all_users(Session& session, controls::ListView& list, bool to_multi_user) {
+}  // namespace
+
+void show_all_users(Session& session, UserList which, controls::StatusBar& status) {
   const platform::Answer answer = session.platform.dialogs.MsgBox(
       "This could take some time if there are 000's of users\r\n\r\n                      Continue ?",
       platform::Buttons::kYesNo, platform::Icon::kQuestion, "Show all users");
   if (answer != platform::Answer::kYes)
     return;
-  controls::StatusBar& status = to_multi_user ? session.status : session.groups.StatusBar1;
+  const bool to_multi_user = which == UserList::kSelection;
   status.panel1 = "Retrieving users please wait...";
   session.log.open();
-  list.clear();
-  if (!to_multi_user)
+  if (to_multi_user) {
+    session.domain.users.clear();
+  } else {
+    session.domain.NotMembers.clear();
     session.domain.Members.clear();
+  }
   base::Trap trap;
-  trap([&] { Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "", to_multi_user); });
+  trap([&] { Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "", which); });
   if (trap.number() == 0) {
     status.panel1 = "Ready.";
   } else {
@@ -61,23 +62,22 @@ void show_all_users(Session& session, controls::ListView& list, bool to_multi_us
   session.log.close();
 }
 
-}  // namespace
-
 bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std::string_view scope,
-                   std::string_view search_prefix, bool to_multi_user) {
-  session::Form1& form = session.form1;
+                   std::string_view search_prefix, UserList which) {
+  const bool by_name = shows_names(session);
   platform::QueryOptions properties;
   properties.cache_results = false;
   properties.page_size = 1000;
   session.UserCount = 0;
   session.status.panel1 = "Retrieving Users...";
   if (session::logs_load(session)) {
-    session.log.line("DNName: " + std::string(form.DNName.value ? "True" : "False"));
+    session.log.line("DNName: " + std::string(by_name ? "True" : "False"));
     session.log.line("Running command to get users for " + session.DomainName);
   }
   base::Trap trap;
+  const bool to_multi_user = which == UserList::kSelection;
   controls::ListView& list = to_multi_user ? session.domain.users : session.domain.NotMembers;
-  const auto rows = run_query(session, users_query(session, base, scope), properties);
+  const auto rows = run_query(session, users_query(by_name, base, scope), properties);
   const controls::DrawingOff off(list);
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string found_path = rows->field(0).text();
@@ -100,14 +100,6 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
   }
   session.status.panel1 = "Ready.";
   return true;
-}
-
-void btn_showGrpusers_Click(Session& session) {
-  show_all_users(session, session.domain.NotMembers, false);
-}
-
-void btn_Showusers_Click(Session& session) {
-  show_all_users(session, session.domain.users, true);
 }
 
 }  // namespace twk::directory

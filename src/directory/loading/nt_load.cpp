@@ -8,10 +8,7 @@
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "platform/group_type.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

@@ -3,7 +3,6 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 

@@ -14,4 +14,7 @@ namespace twk::directory {
 /// when the domain was loaded; False also for an empty name and for a domain of which no controller answers.
 bool Select_Domain(session::Session& session, std::string_view name);
 
+/// What the status bar shows when a domain could not be loaded.
+inline constexpr std::string_view kNoController = "Can't Find Domain Controller.";
+
 }  // namespace twk::directory

@@ -7,11 +7,11 @@
 #include "directory/refusal.hpp"
 #include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 
 namespace twk::directory {
 namespace {
@@ -66,7 +66,7 @@ void show_unit(Session& session, TreeNode& above, const std::string& key, const 
   if (is_read(tree, above))
     trap([&] {
       TreeNode& node = tree.add(&above, key, name, "OU");
-      node.sorted = session.form1.Sorted_Yes.value;
+      node.sorted = session::read_switch(session, session::kPreferences, "Sorted");
       if (!session.LoadAllUsersFlag)
         tree.add(&node, {}, std::string(kDummyNode), {});
     });

@@ -4,10 +4,7 @@
 #include "controls/tree_view.hpp"
 #include "directory/load_options.hpp"
 #include "directory/tree/tree.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/multi_user.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {

@@ -7,8 +7,6 @@
 #include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
@@ -63,7 +61,7 @@ void add_user(Session& session, const std::string& found_path, const std::string
 }
 
 void add_users(Session& session, const std::string& base, const LoadOptions& options) {
-  const bool by_name = session.form1.DNName.value;
+  const bool by_name = shows_names(session);
   platform::QueryOptions properties = query_options(options);
   if (!by_name && options.Sort)
     properties.sort_on = "DisplayName";
@@ -117,7 +115,6 @@ bool Expand_OU(Session& session, TreeNode& node) {
     return false;
   TreeNode* const dummy = tree.next(node);
   bool done = false;
-  const session::Hourglass hourglass(session.form1);
   base::Trap trap;
   trap([&] {
     session.Error_Status_Text = "Error with registry";

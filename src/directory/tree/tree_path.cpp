@@ -5,10 +5,10 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/load_options.hpp"
 #include "directory/names.hpp"
 #include "directory/tree/tree.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
@@ -33,7 +33,7 @@ TreeNode* add_hidden_user(session::Session& session, TreeNode& above, std::strin
   not_there([&] {
     const platform::User user(session.platform.directory.GetObject(key));
     const std::string name = ou_name(user.Name());
-    const std::string shown = session.form1.DNName.value ? name : user.FullName();
+    const std::string shown = shows_names(session) ? name : user.FullName();
     added = &session.domain.tree.add(&above, std::string(key), shown.empty() ? name : shown, "USER");
   });
   return added;

@@ -6,18 +6,18 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/directory_windows.hpp"
+#include "windows/state/directory_windows.hpp"
 #include "windows/tree/ad_options.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::frmADOptions;
+using windows::frmADOptions;
 
 /// Describes the control that gets the focus.
 class HelpOnFocus final : public QObject {
  public:
-  HelpOnFocus(QDialog& dialog, session::Session& session) : QObject(&dialog), session_(session) {
+  HelpOnFocus(QDialog& dialog, windows::Desktop& session) : QObject(&dialog), session_(session) {
     for (QWidget* const control : dialog.findChildren<QWidget*>())
       control->installEventFilter(this);
   }
@@ -29,7 +29,7 @@ class HelpOnFocus final : public QObject {
   }
 
  private:
-  session::Session& session_;
+  windows::Desktop& session_;
 };
 
 struct Choice {
@@ -54,7 +54,7 @@ QGroupBox* make_pair(const QString& title, const Choice& first, const Choice& se
   return box;
 }
 
-QGroupBox* make_numbers(session::Session& session, QWidget* parent) {
+QGroupBox* make_numbers(windows::Desktop& session, QWidget* parent) {
   auto* const box = new QGroupBox("Sizes", parent);
   auto* const form = new QFormLayout(box);
   frmADOptions& window = session.ad_options;
@@ -65,7 +65,7 @@ QGroupBox* make_numbers(session::Session& session, QWidget* parent) {
   return box;
 }
 
-QGroupBox* make_skips(session::Session& session, QWidget* parent) {
+QGroupBox* make_skips(windows::Desktop& session, QWidget* parent) {
   auto* const box = new QGroupBox("At the start", parent);
   auto* const rows = new QVBoxLayout(box);
   frmADOptions& window = session.ad_options;
@@ -79,7 +79,7 @@ QGroupBox* make_skips(session::Session& session, QWidget* parent) {
 }
 
 /// As high as the longest text, so that nothing moves when the text changes.
-QGroupBox* make_description(session::Session& session, QWidget* parent) {
+QGroupBox* make_description(windows::Desktop& session, QWidget* parent) {
   auto* const box = new QGroupBox("Description", parent);
   auto* const rows = new QVBoxLayout(box);
   auto* const text = new QLabel(box);
@@ -93,7 +93,7 @@ QGroupBox* make_description(session::Session& session, QWidget* parent) {
   return box;
 }
 
-void add_buttons(QVBoxLayout& rows, session::Session& session, QDialog& dialog) {
+void add_buttons(QVBoxLayout& rows, windows::Desktop& session, QDialog& dialog) {
   auto* const row = new QHBoxLayout;
   rows.addLayout(row);
   row->addStretch();
@@ -113,7 +113,7 @@ void add_buttons(QVBoxLayout& rows, session::Session& session, QDialog& dialog) 
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_ad_options(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_ad_options(windows::Desktop& session, QWidget* parent) {
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("frmADOptions");

@@ -4,9 +4,9 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/form1.hpp"
-#include "session/windows.hpp"
 #include "windows/import.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::screens {
 namespace {
@@ -24,12 +24,12 @@ void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_cancel_import(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_cancel_import(windows::Desktop& session, QWidget* parent) {
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("CancelImport");
   dialog->setWindowTitle("Cancel Import");
-  session::Form1& form = session.form1;
+  windows::Form1& form = session.form1;
   auto* const column = new QVBoxLayout(dialog);
   add_caption(*column, "Import_Text", form.Import_Text);
   auto* const bar = new QProgressBar(dialog);

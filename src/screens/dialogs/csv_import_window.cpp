@@ -8,13 +8,13 @@
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/windows.hpp"
 #include "windows/csv_layout.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::CSV_Import;
+using windows::CSV_Import;
 
 /// Columns that are not used are not shown.
 QStringList numbered_columns(int columns) {
@@ -69,7 +69,7 @@ void add_choices(QVBoxLayout& column, CSV_Import& window) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_csv_import(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_csv_import(windows::Desktop& session, QWidget* parent) {
   CSV_Import& window = session.csv_import;
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("CSV_Import");

@@ -4,13 +4,13 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/edited_list.hpp"
-#include "session/editor_windows.hpp"
 #include "windows/editors/custom_properties.hpp"
 #include "windows/editors/edit_properties.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::screens {
 
-std::unique_ptr<QDialog> make_custom(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_custom(windows::Desktop& session, QWidget* parent) {
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("Custom");
   dialog->setWindowTitle("Custom Properties");

@@ -7,12 +7,12 @@
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/editor_windows.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Edit_Properties;
+using windows::Edit_Properties;
 
 /// A field under a caption that comes from the window's state.
 template <typename Field>
@@ -20,7 +20,7 @@ void name_after(Field& field, const controls::Label& caption) {
   follow(field, caption.caption, [&field](const std::string& text) { field.setAccessibleName(to_qt(text)); });
 }
 
-void add_first_field(QFormLayout& form, session::Session& session) {
+void add_first_field(QFormLayout& form, windows::Desktop& session) {
   Edit_Properties& window = session.edit_properties;
   auto* const caption = new QLabel(form.parentWidget());
   auto* const field = new QLineEdit(form.parentWidget());
@@ -46,7 +46,7 @@ void add_choices(QBoxLayout& box, const char* name, controls::ComboBox& control,
 }
 
 /// One of the four controls for the value is shown.
-void add_second_field(QFormLayout& form, session::Session& session) {
+void add_second_field(QFormLayout& form, windows::Desktop& session) {
   Edit_Properties& window = session.edit_properties;
   auto* const caption = new QLabel(form.parentWidget());
   auto* const place = new QWidget(form.parentWidget());
@@ -83,7 +83,7 @@ void add_kind(QDialog& dialog, QBoxLayout& box, Edit_Properties& window) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_edit_properties(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_edit_properties(windows::Desktop& session, QWidget* parent) {
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("Edit_Properties");
   follow_title(*dialog, session.edit_properties.title);

@@ -4,17 +4,17 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/account_windows.hpp"
 #include "windows/account/account_view.hpp"
+#include "windows/state/account_windows.hpp"
 
 namespace twk::screens {
 
-std::unique_ptr<QDialog> make_file_progress(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_file_progress(windows::Desktop& session, QWidget* parent) {
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("FileProgress");
   dialog->setWindowTitle("Working on Files");
-  session::FileProgress& state = session.file_progress;
+  windows::FileProgress& state = session.file_progress;
   auto* const column = new QVBoxLayout(dialog);
   auto* const text = new QLabel(dialog);
   text->setObjectName("text");

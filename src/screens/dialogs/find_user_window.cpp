@@ -5,13 +5,13 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/directory_windows.hpp"
+#include "windows/state/directory_windows.hpp"
 #include "windows/tree/find_user.hpp"
 
 namespace twk::screens {
 namespace {
 
-void add_search_row(QVBoxLayout& rows, session::Session& session, QDialog& dialog) {
+void add_search_row(QVBoxLayout& rows, windows::Desktop& session, QDialog& dialog) {
   auto* const row = new QHBoxLayout;
   rows.addLayout(row);
   auto* const label = new QLabel("&Name:", &dialog);
@@ -32,7 +32,7 @@ void add_search_row(QVBoxLayout& rows, session::Session& session, QDialog& dialo
   text->setFocus();
 }
 
-ListPane* add_results(QVBoxLayout& rows, session::Session& session, QDialog& dialog) {
+ListPane* add_results(QVBoxLayout& rows, windows::Desktop& session, QDialog& dialog) {
   auto* const list =
       new ListPane(session.find_user.ListView1,
                    {.headings = {"Name", "Location"}, .sorted = true, .empty_text = {}}, &dialog);
@@ -45,7 +45,7 @@ ListPane* add_results(QVBoxLayout& rows, session::Session& session, QDialog& dia
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_find_user(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_find_user(windows::Desktop& session, QWidget* parent) {
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("frmFindW2KUser");

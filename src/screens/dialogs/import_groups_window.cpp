@@ -2,17 +2,17 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "batch/import_options.hpp"
+#include "windows/import_options.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/windows.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-QGroupBox* make_range(session::Session& session, QWidget* parent) {
-  session::ImportGrps& window = session.import_grps;
+QGroupBox* make_range(windows::Desktop& session, QWidget* parent) {
+  windows::ImportGrps& window = session.import_grps;
   auto* const group = new QGroupBox("Fields to search for groups", parent);
   auto* const rows = new QVBoxLayout(group);
   const auto add_option = [&](const char* caption, const char* name, const char* tool_tip) {
@@ -25,18 +25,18 @@ QGroupBox* make_range(session::Session& session, QWidget* parent) {
   bind_to({add_option("&None", "Grp_Range_0", "Will Not Import Any Groups"),
            add_option("&All", "Grp_Range_1", "Will Scan all Import Fields for Groups names"),
            add_option("Enter &Range", "Grp_Range_2", "User to specify Import Fields to check for Groups")},
-          window.Grp_Range, [&session] { batch::Grp_Range_Click(session); });
+          window.Grp_Range, [&session] { windows::Grp_Range_Click(session); });
   auto* const bounds = new QFormLayout;
   bounds->setContentsMargins(24, 0, 0, 0);
   rows->addLayout(bounds);
   add_text(*bounds, "&Start:", "LowerRange", window.LowerRange,
-           [&session] { batch::LowerRange_Change(session); });
+           [&session] { windows::LowerRange_Change(session); });
   add_text(*bounds, "&Finish:", "UpperRange", window.UpperRange,
-           [&session] { batch::UpperRange_Change(session); });
+           [&session] { windows::UpperRange_Change(session); });
   return group;
 }
 
-QGroupBox* make_account(session::Session& session, QWidget* parent) {
+QGroupBox* make_account(windows::Desktop& session, QWidget* parent) {
   auto* const group = new QGroupBox("Account Properties", parent);
   auto* const form = new QFormLayout(group);
   QLineEdit* const field = add_text(*form, "Account &Expires:", "Expiredate", session.import_grps.Expiredate);
@@ -52,7 +52,7 @@ QGroupBox* make_account(session::Session& session, QWidget* parent) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_import_groups(windows::Desktop& session, QWidget* parent) {
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("ImportGrps");
   dialog->setWindowTitle("Import Options");
@@ -61,8 +61,8 @@ std::unique_ptr<QDialog> make_import_groups(session::Session& session, QWidget* 
   column->addWidget(make_account(session, dialog.get()));
   column->addStretch(1);
   add_ok_cancel(
-      *dialog, *column, "OK", [&session] { return batch::ImportGrps_OK(session); },
-      [&session] { batch::ImportGrps_Cancel(session); });
+      *dialog, *column, "OK", [&session] { return windows::ImportGrps_OK(session); },
+      [&session] { windows::ImportGrps_Cancel(session); });
   return dialog;
 }
 

@@ -3,13 +3,13 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include "directory/hours_zone.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/hours_grid.hpp"
-#include "session/editor_windows.hpp"
-#include "windows/editors/hours_zone.hpp"
 #include "windows/editors/logon_hours.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::screens {
 namespace {
@@ -25,7 +25,7 @@ QIcon swatch(bool permitted, const QPalette& palette) {
   return picture;
 }
 
-QGroupBox* make_choice(session::Session& session, QWidget* parent) {
+QGroupBox* make_choice(windows::Desktop& session, QWidget* parent) {
   auto* const group = new QGroupBox("Painted hours become", parent);
   auto* const box = new QVBoxLayout(group);
   auto* const permitted = new QRadioButton("Logon &permitted", group);
@@ -40,13 +40,13 @@ QGroupBox* make_choice(session::Session& session, QWidget* parent) {
   return group;
 }
 
-QGroupBox* make_zone(session::Session& session, QWidget* parent) {
+QGroupBox* make_zone(windows::Desktop& session, QWidget* parent) {
   auto* const group = new QGroupBox("The hours shown are those of", parent);
   auto* const box = new QVBoxLayout(group);
   std::vector<QRadioButton*> buttons;
-  for (const windows::HoursZone zone : {windows::HoursZone::kFixed, windows::HoursZone::kWorkstation}) {
+  for (const directory::HoursZone zone : {directory::HoursZone::kFixed, directory::HoursZone::kWorkstation}) {
     auto* const button =
-        new QRadioButton(QString::fromStdString(windows::zone_name(session.platform, zone)), group);
+        new QRadioButton(QString::fromStdString(directory::zone_name(session.platform, zone)), group);
     button->setObjectName("Zone_" + QString::number(buttons.size()));
     box->addWidget(button);
     buttons.push_back(button);
@@ -59,8 +59,8 @@ QGroupBox* make_zone(session::Session& session, QWidget* parent) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_logon_hours(session::Session& session, QWidget* parent) {
-  session::Logon_Hours& window = session.logon_hours;
+std::unique_ptr<QDialog> make_logon_hours(windows::Desktop& session, QWidget* parent) {
+  windows::Logon_Hours& window = session.logon_hours;
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("Logon_Hours");
   dialog->setWindowTitle("Logon Hours");

@@ -8,12 +8,12 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/editor_windows.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-ListPane* add_rows(QDialog& dialog, QBoxLayout& box, session::Session& session) {
+ListPane* add_rows(QDialog& dialog, QBoxLayout& box, windows::Desktop& session) {
   ListLook look;
   look.headings = {"Account", "Access"};
   look.empty_text = "No accounts. Press Add for one.";
@@ -30,7 +30,7 @@ ListPane* add_rows(QDialog& dialog, QBoxLayout& box, session::Session& session) 
   return rows;
 }
 
-void add_row_controls(QDialog& dialog, QBoxLayout& box, session::Session& session, ListPane& rows) {
+void add_row_controls(QDialog& dialog, QBoxLayout& box, windows::Desktop& session, ListPane& rows) {
   auto* const line = new QHBoxLayout;
   box.addLayout(line);
   add_button(*line, "&Add", "Command4", [&session, &rows] {
@@ -48,7 +48,7 @@ void add_row_controls(QDialog& dialog, QBoxLayout& box, session::Session& sessio
   bind_to(*access, session.permissions.Access, [&session] { windows::Permissions_Access_Click(session); });
 }
 
-void add_table_controls(QDialog& dialog, QBoxLayout& box, session::Permissions& window) {
+void add_table_controls(QDialog& dialog, QBoxLayout& box, windows::Permissions& window) {
   add_check(box, "Re&place the permissions that a new directory has", "NEW_Security", window.NEW_Security);
   auto* const form = new QFormLayout;
   box.addLayout(form);
@@ -63,7 +63,7 @@ void add_table_controls(QDialog& dialog, QBoxLayout& box, session::Permissions& 
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_permissions(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_permissions(windows::Desktop& session, QWidget* parent) {
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("Permissions");
   dialog->resize(480, 380);

@@ -3,13 +3,13 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/account_windows.hpp"
 #include "windows/account/rename_nt.hpp"
+#include "windows/state/account_windows.hpp"
 
 namespace twk::screens {
 
-std::unique_ptr<QDialog> make_rename_nt(session::Session& session, QWidget* parent) {
-  session::Rename_NT& window = session.rename_nt;
+std::unique_ptr<QDialog> make_rename_nt(windows::Desktop& session, QWidget* parent) {
+  windows::Rename_NT& window = session.rename_nt;
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("Rename_NT");
   dialog->setWindowTitle("Rename User");

@@ -4,8 +4,8 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/account_windows.hpp"
 #include "windows/account/rename_user.hpp"
+#include "windows/state/account_windows.hpp"
 
 namespace twk::screens {
 namespace {
@@ -47,8 +47,8 @@ QComboBox* make_suffixes(controls::ComboBox& control, QWidget* parent) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_rename_user(session::Session& session, QWidget* parent) {
-  session::RenameUser& window = session.rename_user;
+std::unique_ptr<QDialog> make_rename_user(windows::Desktop& session, QWidget* parent) {
+  windows::RenameUser& window = session.rename_user;
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("RenameUser");
   dialog->setWindowTitle("Rename User");

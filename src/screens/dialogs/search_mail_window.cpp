@@ -7,14 +7,14 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_pane.hpp"
-#include "session/directory_windows.hpp"
 #include "windows/mail/search_mail.hpp"
+#include "windows/state/directory_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Serach_Mail;
-using session::Session;
+using windows::Desktop;
+using windows::Serach_Mail;
 
 constexpr std::size_t kLongestTitle = 40;
 
@@ -31,7 +31,7 @@ void follow_caption(QDialog& dialog, QVBoxLayout& rows, Serach_Mail& state) {
   });
 }
 
-void add_search_row(QDialog& dialog, QVBoxLayout& rows, Session& session) {
+void add_search_row(QDialog& dialog, QVBoxLayout& rows, Desktop& session) {
   auto* const row = new QHBoxLayout;
   rows.addLayout(row);
   auto* const fields = new QFormLayout;
@@ -49,7 +49,7 @@ void add_search_row(QDialog& dialog, QVBoxLayout& rows, Session& session) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_search_mail(Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_search_mail(Desktop& session, QWidget* parent) {
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("Serach_Mail");

@@ -3,13 +3,13 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/directory_windows.hpp"
 #include "windows/manage_ou.hpp"
+#include "windows/state/directory_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-QGroupBox* make_storage(session::Session& session, QWidget* parent) {
+QGroupBox* make_storage(windows::Desktop& session, QWidget* parent) {
   auto* const box = new QGroupBox("Keep this choice for", parent);
   box->setObjectName("REG_KEY");
   auto* const rows = new QVBoxLayout(box);
@@ -25,7 +25,7 @@ QGroupBox* make_storage(session::Session& session, QWidget* parent) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_select_ou(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_select_ou(windows::Desktop& session, QWidget* parent) {
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("Select_OU");

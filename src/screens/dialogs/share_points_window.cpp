@@ -4,13 +4,13 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/windows.hpp"
 #include "windows/share_points_form.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::screens {
 
-std::unique_ptr<QDialog> make_share_points(session::Session& session, QWidget* parent) {
-  session::frmSharePoints& window = session.share_points;
+std::unique_ptr<QDialog> make_share_points(windows::Desktop& session, QWidget* parent) {
+  windows::frmSharePoints& window = session.share_points;
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("frmSharePoints");
   dialog->setWindowTitle("Share Points");

@@ -4,12 +4,12 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/edited_list.hpp"
-#include "session/windows.hpp"
 #include "windows/editors/edit_properties.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::screens {
 
-std::unique_ptr<QDialog> make_variables(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_variables(windows::Desktop& session, QWidget* parent) {
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("Varibles_Form");
   dialog->setWindowTitle("Template Variables");

@@ -3,13 +3,13 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/account_windows.hpp"
 #include "windows/account/popup_commands.hpp"
+#include "windows/state/account_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-QGroupBox* make_name(session::WKS_PROFILE& window, QWidget* parent) {
+QGroupBox* make_name(windows::WKS_PROFILE& window, QWidget* parent) {
   auto* const box = new QGroupBox("Workstation Name", parent);
   auto* const rows = new QVBoxLayout(box);
   auto* const name = new QLineEdit(box);
@@ -21,7 +21,7 @@ QGroupBox* make_name(session::WKS_PROFILE& window, QWidget* parent) {
   return box;
 }
 
-QGroupBox* make_type(session::WKS_PROFILE& window, QWidget* parent) {
+QGroupBox* make_type(windows::WKS_PROFILE& window, QWidget* parent) {
   auto* const box = new QGroupBox("Workstation Type", parent);
   auto* const rows = new QVBoxLayout(box);
   auto* const w2k = new QRadioButton("&Windows 2000", box);
@@ -36,7 +36,7 @@ QGroupBox* make_type(session::WKS_PROFILE& window, QWidget* parent) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_wks_profile(session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_wks_profile(windows::Desktop& session, QWidget* parent) {
   auto dialog = std::make_unique<QDialog>(parent);
   dialog->setObjectName("WKS_PROFILE");
   dialog->setWindowTitle("Delete WKS Profile");

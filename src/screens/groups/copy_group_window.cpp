@@ -5,14 +5,14 @@
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/group_windows.hpp"
 #include "windows/groups/copy_group.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::frmCopy_Group;
-using session::Session;
+using windows::Desktop;
+using windows::frmCopy_Group;
 
 /// A box with the groups in alphabetical order; typing finds those that contain the text.
 class GroupBox final : public QComboBox {
@@ -64,7 +64,7 @@ class GroupBox final : public QComboBox {
   ListOrder* order_ = nullptr;
 };
 
-void add_groups(QFormLayout& form, Session& session, const QString& caption, const char* name,
+void add_groups(QFormLayout& form, Desktop& session, const QString& caption, const char* name,
                 controls::ListView& groups) {
   auto* const box = new GroupBox(groups, form.parentWidget());
   box->setObjectName(name);
@@ -72,7 +72,7 @@ void add_groups(QFormLayout& form, Session& session, const QString& caption, con
   form.addRow(caption, box);
 }
 
-QLayout* make_fields(Session& session, QWidget* parent) {
+QLayout* make_fields(Desktop& session, QWidget* parent) {
   frmCopy_Group& state = session.copy_group;
   auto* const both = new QHBoxLayout;
   const auto add_side = [&](const QString& title, const QString& caption, const char* domain_name,
@@ -99,19 +99,19 @@ QProgressBar* make_bar(frmCopy_Group& state, QWidget* parent) {
 /// Esc and the window's cross stop a running copy.
 class CopyWindow final : public QDialog {
  public:
-  CopyWindow(Session& session, QWidget* parent) : QDialog(parent), session_(session) {}
+  CopyWindow(Desktop& session, QWidget* parent) : QDialog(parent), session_(session) {}
   void reject() override {
     if (windows::frmCopy_Group_btnCancel_Click(session_))
       QDialog::reject();
   }
 
  private:
-  Session& session_;
+  Desktop& session_;
 };
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_copy_group(Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_copy_group(Desktop& session, QWidget* parent) {
   frmCopy_Group& state = session.copy_group;
   auto window = std::make_unique<CopyWindow>(session, parent);
   QDialog* const dialog = window.get();

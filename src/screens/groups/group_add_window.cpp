@@ -3,8 +3,8 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/group_windows.hpp"
 #include "windows/groups/group_add.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::screens {
 namespace {
@@ -32,8 +32,8 @@ QGroupBox* make_choice(const QString& title, const char* name,
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_group_add(session::Session& session, QWidget* parent) {
-  session::GroupAdd& state = session.group_add;
+std::unique_ptr<QDialog> make_group_add(windows::Desktop& session, QWidget* parent) {
+  windows::GroupAdd& state = session.group_add;
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("GroupAdd");

@@ -10,19 +10,19 @@
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/group_windows.hpp"
 #include "windows/groups/groups_window.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Groupsfrm;
-using session::Session;
+using windows::Desktop;
+using windows::Groupsfrm;
 
 /// Stays unchanged while hidden. Its cross and Esc act as "Exit".
 class GroupsWindow final : public QDialog {
  public:
-  GroupsWindow(Session& session, QWidget* parent) : QDialog(parent), session_(session) {
+  GroupsWindow(Desktop& session, QWidget* parent) : QDialog(parent), session_(session) {
     setWindowModality(Qt::WindowModal);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
   }
@@ -37,7 +37,7 @@ class GroupsWindow final : public QDialog {
   }
 
  private:
-  Session& session_;
+  Desktop& session_;
 };
 
 struct Pane {
@@ -71,7 +71,7 @@ QPushButton* add_picture_button(QBoxLayout& box, const QString& caption, const c
 }
 
 /// The heading of a column sorts through the routine, so that the order is the session's.
-void follow_order(ListPane& pane, Session& session) {
+void follow_order(ListPane& pane, Desktop& session) {
   Groupsfrm& state = session.groups;
   pane.setSortingEnabled(false);
   pane.header()->setSectionsClickable(true);
@@ -87,7 +87,7 @@ void follow_order(ListPane& pane, Session& session) {
   });
 }
 
-QWidget* make_groups_side(Session& session, QWidget* parent) {
+QWidget* make_groups_side(Desktop& session, QWidget* parent) {
   Groupsfrm& state = session.groups;
   auto* const side = new QWidget(parent);
   auto* const column = new QVBoxLayout(side);
@@ -121,7 +121,7 @@ QWidget* make_groups_side(Session& session, QWidget* parent) {
   return side;
 }
 
-void add_comment(QBoxLayout& column, Session& session, QWidget* parent) {
+void add_comment(QBoxLayout& column, Desktop& session, QWidget* parent) {
   auto* const row = new QHBoxLayout;
   column.addLayout(row);
   auto* const label = new QLabel("C&omment:", parent);
@@ -133,7 +133,7 @@ void add_comment(QBoxLayout& column, Session& session, QWidget* parent) {
   row->addWidget(field, 1);
 }
 
-QWidget* make_users_side(Session& session, QWidget* parent) {
+QWidget* make_users_side(Desktop& session, QWidget* parent) {
   Groupsfrm& state = session.groups;
   auto* const side = new QWidget(parent);
   auto* const rows = new QVBoxLayout(side);
@@ -204,7 +204,7 @@ QLabel* add_panel(QBoxLayout& box, const char* name, const controls::Observable<
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_groups(Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_groups(Desktop& session, QWidget* parent) {
   auto window = std::make_unique<GroupsWindow>(session, parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("Groupsfrm");

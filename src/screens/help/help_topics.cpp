@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "screens/program/program_windows.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
@@ -43,7 +43,7 @@ class HelpKey final : public QObject {
 }  // namespace
 
 QString help_topic(int tab, int setup_tab) {
-  if (tab == session::tab::kSetup)
+  if (tab == windows::tab::kSetup)
     return kSetupTabs.at(static_cast<std::size_t>(setup_tab));
   return kTabs.at(static_cast<std::size_t>(tab));
 }

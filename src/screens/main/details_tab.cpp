@@ -4,18 +4,18 @@
 #include <QStackedWidget>
 #include <QTabWidget>
 
-#include "directory/user_details.hpp"
 #include "screens/groups/group_lists.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/form1.hpp"
+#include "windows/account/details_tab.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Session;
+using windows::Desktop;
 
 /// Rows of a form whose fields take the available width.
 QFormLayout* add_box(QBoxLayout& column, const QString& title) {
@@ -26,7 +26,7 @@ QFormLayout* add_box(QBoxLayout& column, const QString& title) {
   return rows;
 }
 
-void add_general(QBoxLayout& column, session::Form1& form) {
+void add_general(QBoxLayout& column, windows::Form1& form) {
   QFormLayout& rows = *add_box(column, "General");
   add_text(rows, "&Full name:", "UM_Full_Name", form.UM_Full_Name);
   add_text(rows, "Descriptio&n:", "UM_Description", form.UM_Description);
@@ -36,7 +36,7 @@ void add_general(QBoxLayout& column, session::Form1& form) {
   add_text(rows, "&Office:", "UM_Office", form.UM_Office);
 }
 
-void add_profile(QBoxLayout& column, session::Form1& form) {
+void add_profile(QBoxLayout& column, windows::Form1& form) {
   QFormLayout& rows = *add_box(column, "Profile");
   add_text(rows, "Profile pat&h:", "UM_Profile_Dir", form.UM_Profile_Dir);
   add_text(rows, "Logon s&cript:", "UM_Logon_Script", form.UM_Logon_Script);
@@ -45,7 +45,7 @@ void add_profile(QBoxLayout& column, session::Form1& form) {
 }
 
 /// The logon name followed by the domain's part, in one row.
-void add_logon_name(QFormLayout& rows, session::Form1& form) {
+void add_logon_name(QFormLayout& rows, windows::Form1& form) {
   auto* const pair = new QWidget(rows.parentWidget());
   auto* const line = new QHBoxLayout(pair);
   line->setContentsMargins({});
@@ -63,7 +63,7 @@ void add_logon_name(QFormLayout& rows, session::Form1& form) {
   follow(*pair, form.UM_Logon_Name.visible, [pair](bool shown) { set_shown(*pair, shown); });
 }
 
-void add_account(QBoxLayout& column, session::Form1& form) {
+void add_account(QBoxLayout& column, windows::Form1& form) {
   QFormLayout& rows = *add_box(column, "Account");
   add_logon_name(rows, form);
   add_text(rows, "&Pre-2000 name:", "UM_PreW2K", form.UM_PreW2K);
@@ -75,7 +75,7 @@ void add_account(QBoxLayout& column, session::Form1& form) {
       "for the last day");
 }
 
-void add_flags(QBoxLayout& column, session::Form1& form) {
+void add_flags(QBoxLayout& column, windows::Form1& form) {
   auto* const box = new QGroupBox("Account options", column.parentWidget());
   auto& rows = *new QVBoxLayout(box);
   column.addWidget(box);
@@ -87,7 +87,7 @@ void add_flags(QBoxLayout& column, session::Form1& form) {
 }
 
 /// The administrator's own attributes; the box is visible when at least one is.
-void add_custom(QBoxLayout& column, session::Form1& form) {
+void add_custom(QBoxLayout& column, windows::Form1& form) {
   QFormLayout& rows = *add_box(column, "Custom attributes");
   QWidget& box = *rows.parentWidget();
   const auto show_box = [&form, &box] {
@@ -109,7 +109,7 @@ void add_custom(QBoxLayout& column, session::Form1& form) {
   }
 }
 
-QWidget* make_account_page(Session& session, QWidget* parent) {
+QWidget* make_account_page(Desktop& session, QWidget* parent) {
   auto* const page = new QWidget(parent);
   auto* const columns = new QHBoxLayout(page);
   auto* const left_side = new QWidget(page);
@@ -131,8 +131,8 @@ QWidget* make_account_page(Session& session, QWidget* parent) {
   return make_scrolled(*page, parent);
 }
 
-QWidget* make_groups_page(Session& session, QWidget* parent) {
-  session::Form1& form = session.form1;
+QWidget* make_groups_page(Desktop& session, QWidget* parent) {
+  windows::Form1& form = session.form1;
   auto* const page = new QWidget(parent);
   auto* const column = new QVBoxLayout(page);
   QWidget* const lists =
@@ -144,9 +144,9 @@ QWidget* make_groups_page(Session& session, QWidget* parent) {
                       .button = form.UM_ADD_GROUP,
                       .button_name = "UM_ADD_GROUP",
                       .button_caption = "&Add",
-                      .move = [&session] { directory::UM_ADD_GROUP_Click(session); },
-                      .click = [&session] { directory::ListView3_Click(session); },
-                      .double_click = [&session] { directory::ListView3_DblClick(session); }},
+                      .move = [&session] { windows::UM_ADD_GROUP_Click(session); },
+                      .click = [&session] { windows::ListView3_Click(session); },
+                      .double_click = [&session] { windows::ListView3_DblClick(session); }},
                      // The primary group comes first.
                      {.list = form.ListView4,
                       .name = "ListView4",
@@ -157,20 +157,20 @@ QWidget* make_groups_page(Session& session, QWidget* parent) {
                       .button = form.UM_REMOVE_GROUP,
                       .button_name = "UM_REMOVE_GROUP",
                       .button_caption = "&Remove",
-                      .move = [&session] { directory::UM_REMOVE_GROUP_Click(session); },
-                      .click = [&session] { directory::ListView4_Click(session); },
-                      .double_click = [&session] { directory::ListView4_DblClick(session); }},
+                      .move = [&session] { windows::UM_REMOVE_GROUP_Click(session); },
+                      .click = [&session] { windows::ListView4_Click(session); },
+                      .double_click = [&session] { windows::ListView4_DblClick(session); }},
                      page);
   lists->findChild<ListPane*>("ListView4")->on_delete = [&session] {
-    directory::UM_REMOVE_GROUP_Click(session);
+    windows::UM_REMOVE_GROUP_Click(session);
   };
   column->addWidget(lists);
   return page;
 }
 
 /// The account's name above the pages, "Save" below them.
-QWidget* make_user_page(Session& session, QWidget* parent) {
-  session::Form1& form = session.form1;
+QWidget* make_user_page(Desktop& session, QWidget* parent) {
+  windows::Form1& form = session.form1;
   auto* const page = new QWidget(parent);
   auto* const column = new QVBoxLayout(page);
   auto* const user = new QLabel(page);
@@ -197,7 +197,7 @@ QWidget* make_user_page(Session& session, QWidget* parent) {
   save->setAutoDefault(false);
   save->setToolTip("Save the changes to the account (Ctrl+S). Groups change at once.");
   line->addWidget(save);
-  bind_to(*save, form.Userman_Save, [&session] { directory::Userman_Save_Click(session); });
+  bind_to(*save, form.Userman_Save, [&session] { windows::Userman_Save_Click(session); });
   auto* const shortcut = new QShortcut(QKeySequence::Save, page);
   shortcut->setContext(Qt::WidgetWithChildrenShortcut);
   QObject::connect(shortcut, &QShortcut::activated, save, [save] { save->click(); });
@@ -206,7 +206,7 @@ QWidget* make_user_page(Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_details_tab(Session& session, QWidget* parent) {
+QWidget* make_details_tab(Desktop& session, QWidget* parent) {
   auto* const tab = new QStackedWidget(parent);
   auto* const nobody = new QLabel(
       "No user is shown.\n\nDouble-click a user in the tree, or choose Details from its menu.", tab);

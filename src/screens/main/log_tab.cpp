@@ -4,14 +4,14 @@
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/form1.hpp"
 #include "session/log_tab.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
 
-ListPane* make_list(session::Session& session, QWidget* parent) {
+ListPane* make_list(windows::Desktop& session, QWidget* parent) {
   auto* const list = new ListPane(
       session.form1.ListView1,
       {.headings = {"Message", "Date and time"}, .many_selected = true, .empty_text = "Nothing done yet."},
@@ -30,7 +30,7 @@ ListPane* make_list(session::Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_log_tab(session::Session& session, QWidget* parent) {
+QWidget* make_log_tab(windows::Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const column = new QVBoxLayout(tab);
   column->addWidget(make_list(session, tab), 1);

@@ -5,15 +5,15 @@
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/edited_list.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/form1.hpp"
 #include "windows/editors/edit_properties.hpp"
 #include "windows/preferences_tab.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
 
-QGroupBox* make_logon(session::Session& session, QWidget* parent) {
-  session::Form1& form1 = session.form1;
+QGroupBox* make_logon(windows::Desktop& session, QWidget* parent) {
+  windows::Form1& form1 = session.form1;
   auto* const group = new QGroupBox("Exchange 5.5 directory", parent);
   auto* const box = new QVBoxLayout(group);
   auto* const port = new QFormLayout;
@@ -35,7 +35,7 @@ QGroupBox* make_logon(session::Session& session, QWidget* parent) {
   return group;
 }
 
-QGroupBox* make_rows(session::Session& session, QWidget* parent) {
+QGroupBox* make_rows(windows::Desktop& session, QWidget* parent) {
   auto* const group = new QGroupBox("Properties of new mailboxes", parent);
   auto* const box = new QVBoxLayout(group);
   ListLook look;
@@ -49,7 +49,7 @@ QGroupBox* make_rows(session::Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_mail_tab(session::Session& session, QWidget* parent) {
+QWidget* make_mail_tab(windows::Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const box = new QVBoxLayout(tab);
   box->addWidget(make_logon(session, tab));

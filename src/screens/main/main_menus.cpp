@@ -5,8 +5,8 @@
 #include "screens/program/program_windows.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/icons.hpp"
-#include "session/form1.hpp"
 #include "windows/main_window.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
@@ -18,7 +18,7 @@ struct Entry {
   QKeySequence shortcut;
 };
 
-using Click = void (*)(session::Session& session, int index);
+using Click = void (*)(windows::Desktop& session, int index);
 
 QMenu* add_menu(QMainWindow& window, const QString& caption, const char* name) {
   QMenu* const menu = window.menuBar()->addMenu(caption);
@@ -28,7 +28,7 @@ QMenu* add_menu(QMainWindow& window, const QString& caption, const char* name) {
 }
 
 template <std::size_t size>
-void add_entry(QMenu& menu, session::Session& session, std::array<controls::MenuItem, size>& items,
+void add_entry(QMenu& menu, windows::Desktop& session, std::array<controls::MenuItem, size>& items,
                const Entry& entry, Click click) {
   QAction* const action = menu.addAction(icon(entry.icon), entry.caption);
   action->setObjectName(menu.objectName() + QString::number(entry.index));
@@ -37,7 +37,7 @@ void add_entry(QMenu& menu, session::Session& session, std::array<controls::Menu
           [&session, click, index = entry.index] { click(session, index); });
 }
 
-void make_file_menu(QMainWindow& window, session::Session& session) {
+void make_file_menu(QMainWindow& window, windows::Desktop& session) {
   QMenu* const menu = add_menu(window, "&File", "mnuFile");
   const auto add = [&](const Entry& entry) {
     add_entry(*menu, session, session.form1.mnuFile, entry, windows::mnuFile_Click);
@@ -49,7 +49,7 @@ void make_file_menu(QMainWindow& window, session::Session& session) {
   add({5, "E&xit", "Exit1", QKeySequence("Ctrl+Q")});
 }
 
-void make_options_menu(QMainWindow& window, session::Session& session) {
+void make_options_menu(QMainWindow& window, windows::Desktop& session) {
   QMenu* const menu = add_menu(window, "&Options", "mnuOption");
   const auto add = [&](const Entry& entry) {
     add_entry(*menu, session, session.form1.mnuOption, entry, windows::mnuOption_Click);
@@ -64,7 +64,7 @@ void make_options_menu(QMainWindow& window, session::Session& session) {
   add({windows::kCustomProperties, "Custom &Properties…", "", {}});
 }
 
-void make_help_menu(QMainWindow& window, session::Session& session) {
+void make_help_menu(QMainWindow& window, windows::Desktop& session) {
   QMenu* const menu = add_menu(window, "&Help", "mnuHelp");
   const auto add = [&](const char* name, const char* caption, const Action& action) {
     QAction* const entry = menu->addAction(caption);
@@ -82,7 +82,7 @@ void make_help_menu(QMainWindow& window, session::Session& session) {
 
 }  // namespace
 
-void make_menus(QMainWindow& window, session::Session& session) {
+void make_menus(QMainWindow& window, windows::Desktop& session) {
   make_file_menu(window, session);
   make_options_menu(window, session);
   make_help_menu(window, session);

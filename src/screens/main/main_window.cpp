@@ -18,15 +18,15 @@
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_drag.hpp"
 #include "screens/widgets/window_state.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/windows.hpp"
 #include "windows/main_window.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::screens {
 
-MainWindow::MainWindow(session::Session& session) : session_(session) {
+MainWindow::MainWindow(windows::Desktop& session) : session_(session) {
   setObjectName("form1");
   setWindowTitle("Tarnwick");
   make_panes();
@@ -47,7 +47,7 @@ void MainWindow::make_panes() {
   tree_ = new TreePane(session_.form1.TreeView1, panes);
   tree_->setObjectName("TreeView1");
   tree_->setAccessibleName("Domain");
-  tree_->on_expand = [this](controls::TreeNode& node) { directory::TreeView1_Expand(session_, node); };
+  tree_->on_expand = [this](controls::TreeNode& node) { windows::TreeView1_Expand(session_, node); };
   tree_->on_select = [this](controls::TreeNode& node) { windows::TreeView1_NodeClick(session_, node); };
   tree_->on_activate = [this](controls::TreeNode& node) { windows::TreeView1_DblClick(session_, node); };
   tabs_ = new QTabWidget(panes);
@@ -106,7 +106,7 @@ void MainWindow::make_commands() {
 }
 
 void MainWindow::follow_session() {
-  session::Form1& form = session_.form1;
+  windows::Form1& form = session_.form1;
   follow(*this, form.enabled, [this](bool on) {
     for (QWidget* const part :
          {centralWidget(), static_cast<QWidget*>(menuBar()), static_cast<QWidget*>(toolbar_)})

@@ -6,14 +6,14 @@
 #include <memory>
 
 #include "screens/widgets/tree_pane.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::screens {
 
 /// `form1`: the tree on the left, the tabs on the right, menus, toolbar and status bar around them.
 class MainWindow final : public QMainWindow {
  public:
-  explicit MainWindow(session::Session& session);
+  explicit MainWindow(windows::Desktop& session);
   ~MainWindow() override;
 
   [[nodiscard]] TreePane& tree() const { return *tree_; }
@@ -30,7 +30,7 @@ class MainWindow final : public QMainWindow {
   void make_commands();
   void follow_session();
 
-  session::Session& session_;
+  windows::Desktop& session_;
   TreePane* tree_ = nullptr;
   QTabWidget* tabs_ = nullptr;
   QTabWidget* setup_tabs_ = nullptr;

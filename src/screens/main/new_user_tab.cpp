@@ -10,17 +10,17 @@
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/light.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/form1.hpp"
 #include "windows/create_user.hpp"
 #include "windows/setting_controls.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Form1;
-using session::Session;
+using windows::Desktop;
+using windows::Form1;
 
-QWidget* make_person(Session& session, QWidget* parent) {
+QWidget* make_person(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Person", parent);
   auto* const rows = new QFormLayout(group);
@@ -52,7 +52,7 @@ struct Stage {
   controls::Label& light;
 };
 
-QWidget* make_stages(Session& session, QWidget* parent) {
+QWidget* make_stages(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Steps", parent);
   auto* const grid = new QGridLayout(group);
@@ -80,7 +80,7 @@ QWidget* make_stages(Session& session, QWidget* parent) {
 }
 
 /// Progress is painted as soon as it changes: a creation lets no event in before its end.
-QLayout* make_progress(Session& session, QWidget* parent) {
+QLayout* make_progress(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const column = new QVBoxLayout();
   auto* const caption = new QLabel(parent);
@@ -103,7 +103,7 @@ QLayout* make_progress(Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_new_user_tab(Session& session, QWidget* parent) {
+QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const column = new QVBoxLayout(tab);
   auto* const groups = new QHBoxLayout();

@@ -2,30 +2,30 @@
 #include <QLabel>
 #include <QRadioButton>
 
-#include "batch/import_options.hpp"
+#include "windows/import_options.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/form1.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/password_fields.hpp"
 #include "windows/preferences_tab.hpp"
 #include "windows/setting_controls.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Form1;
-using session::Session;
+using windows::Desktop;
+using windows::Form1;
 
 struct Tick {
   const char* caption;
   const char* name;
   controls::CheckBox& control;
-  void (*clicked)(Session&) = nullptr;  ///< instead of storing it
+  void (*clicked)(Desktop&) = nullptr;  ///< instead of storing it
 };
 
-QWidget* make_ticks(Session& session, QWidget* parent, const QString& title,
+QWidget* make_ticks(Desktop& session, QWidget* parent, const QString& title,
                     std::initializer_list<Tick> ticks) {
   auto* const group = new QGroupBox(title, parent);
   auto* const column = new QVBoxLayout(group);
@@ -44,7 +44,7 @@ struct Choice {
   controls::OptionButton& control;
 };
 
-void add_pair(QFormLayout& rows, const QString& caption, Session& session, const Choice& first,
+void add_pair(QFormLayout& rows, const QString& caption, Desktop& session, const Choice& first,
               const Choice& second) {
   auto* const line = new QHBoxLayout();
   rows.addRow(caption, line);
@@ -63,7 +63,7 @@ void add_pair(QFormLayout& rows, const QString& caption, Session& session, const
   bind_pair(*buttons[0], first.control, chosen(first), *buttons[1], second.control, chosen(second));
 }
 
-QWidget* make_full_names(Session& session, QWidget* parent) {
+QWidget* make_full_names(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Display Name", parent);
   group->setObjectName("Frame13");
@@ -80,7 +80,7 @@ QWidget* make_full_names(Session& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_names(Session& session, QWidget* parent) {
+QWidget* make_names(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Names in the directory and in the tree", parent);
   auto* const rows = new QFormLayout(group);
@@ -93,7 +93,7 @@ QWidget* make_names(Session& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_import(Session& session, QWidget* parent) {
+QWidget* make_import(Desktop& session, QWidget* parent) {
   auto& [on_errors, on_warnings, skip_prompt] = session.form1.STOP_ON_RED;
   auto* const group =
       make_ticks(session, parent, "File Import",
@@ -103,7 +103,7 @@ QWidget* make_import(Session& session, QWidget* parent) {
   auto* const options = new QHBoxLayout();
   static_cast<QVBoxLayout*>(group->layout())->addLayout(options);
   add_button(*options, "I&mport Options…", "IMPORT_GRP", [&session] {
-    batch::ImportGrps_Load(session);
+    windows::ImportGrps_Load(session);
     session.platform.dialogs.show_modal("ImportGrps");
   });
   options->addStretch();
@@ -112,7 +112,7 @@ QWidget* make_import(Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_preferences_tab(Session& session, QWidget* parent) {
+QWidget* make_preferences_tab(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const page = new QWidget(parent);
   auto* const grid = new QGridLayout(page);

@@ -8,19 +8,19 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/form1.hpp"
 #include "windows/editors/permissions_window.hpp"
 #include "windows/formats_tab.hpp"
 #include "windows/setup_tab.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Form1;
-using session::Session;
+using windows::Desktop;
+using windows::Form1;
 
 /// What to do in a new installation; visible only while no domain is configured.
-QWidget* make_first_run_hint(Session& session, QWidget* parent) {
+QWidget* make_first_run_hint(Desktop& session, QWidget* parent) {
   auto* const hint =
       new QLabel("Must Enter Setup Details...\nType or choose the domain, save, and press Refresh.", parent);
   hint->setObjectName("first_run");
@@ -44,7 +44,7 @@ void add_secret(QFormLayout& rows, const QString& caption, const char* name, con
   });
 }
 
-QWidget* make_domain(Session& session, QWidget* parent) {
+QWidget* make_domain(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Domain and files", parent);
   auto* const rows = new QFormLayout(group);
@@ -74,7 +74,7 @@ QWidget* make_domain(Session& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_passwords(Session& session, QWidget* parent) {
+QWidget* make_passwords(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Default Password", parent);
   group->setObjectName("Frame4");
@@ -94,7 +94,7 @@ QWidget* make_passwords(Session& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_account_names(Session& session, QWidget* parent) {
+QWidget* make_account_names(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("User ID", parent);
   group->setObjectName("Frame3");
@@ -114,7 +114,7 @@ QWidget* make_account_names(Session& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_commands(Session& session, QWidget* parent) {
+QWidget* make_commands(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Commands", parent);
   auto* const grid = new QGridLayout(group);
@@ -146,7 +146,7 @@ QWidget* make_commands(Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_setup_tab(Session& session, QWidget* parent) {
+QWidget* make_setup_tab(Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const outer = new QVBoxLayout(tab);
   outer->setContentsMargins(0, 0, 0, 0);

@@ -9,15 +9,15 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/form1.hpp"
 #include "windows/mail/find_store.hpp"
 #include "windows/site_tab.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Form1;
-using session::Session;
+using windows::Desktop;
+using windows::Form1;
 
 constexpr int kExchangeLength = 30;
 
@@ -48,7 +48,7 @@ QComboBox* make_choice(const char* name, controls::ComboBox& control, QWidget* p
   return field;
 }
 
-QWidget* make_kind(Session& session, QWidget* parent) {
+QWidget* make_kind(Desktop& session, QWidget* parent) {
   auto* const box = new QWidget(parent);
   auto* const row = new QHBoxLayout(box);
   row->setContentsMargins(0, 0, 0, 0);
@@ -63,7 +63,7 @@ QWidget* make_kind(Session& session, QWidget* parent) {
   return box;
 }
 
-QWidget* make_fields(Session& session, QWidget* parent) {
+QWidget* make_fields(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const fields = new QWidget(parent);
   auto* const column = new QVBoxLayout(fields);
@@ -96,7 +96,7 @@ QWidget* make_fields(Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_site_tab(Session& session, QWidget* parent) {
+QWidget* make_site_tab(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const tab = new QWidget(parent);
   auto* const column = new QVBoxLayout(tab);

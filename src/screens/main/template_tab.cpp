@@ -8,23 +8,23 @@
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
-#include "session/form1.hpp"
 #include "windows/editors/logon_hours.hpp"
 #include "windows/share_points_form.hpp"
+#include "windows/state/form1.hpp"
 #include "windows/template_tab.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::Form1;
-using session::Session;
+using windows::Desktop;
+using windows::Form1;
 
 constexpr int kPathLength = 75;
 constexpr int kShareLength = 20;
 constexpr int kNameLength = 25;
 
 /// The list of templates; a new template's name is typed in the same place.
-QLayout* make_name(Session& session, QWidget* parent) {
+QLayout* make_name(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const place = new QStackedWidget(parent);
   auto* const list = new QComboBox(place);
@@ -52,7 +52,7 @@ QLayout* make_name(Session& session, QWidget* parent) {
   return row;
 }
 
-QWidget* make_account(Session& session, QWidget* parent) {
+QWidget* make_account(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Account", parent);
   auto* const rows = new QFormLayout(group);
@@ -70,7 +70,7 @@ QWidget* make_account(Session& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_directories(Session& session, QWidget* parent) {
+QWidget* make_directories(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Directories and shares to create", parent);
   auto* const rows = new QFormLayout(group);
@@ -87,7 +87,7 @@ QWidget* make_directories(Session& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_groups(Session& session, QWidget* parent) {
+QWidget* make_groups(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Groups", parent);
   auto* const column = new QVBoxLayout(group);
@@ -122,7 +122,7 @@ QWidget* make_groups(Session& session, QWidget* parent) {
   return group;
 }
 
-QLayout* make_buttons(Session& session, QWidget* tab) {
+QLayout* make_buttons(Desktop& session, QWidget* tab) {
   Form1& form = session.form1;
   auto* const buttons = new QHBoxLayout();
   // The layout gets its widget only once it is part of the tab's.
@@ -150,7 +150,7 @@ QLayout* make_buttons(Session& session, QWidget* tab) {
 
 }  // namespace
 
-QWidget* make_template_tab(Session& session, QWidget* parent) {
+QWidget* make_template_tab(Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const column = new QVBoxLayout(tab);
   column->addLayout(make_name(session, tab));

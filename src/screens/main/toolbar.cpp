@@ -7,8 +7,8 @@
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/form1.hpp"
 #include "windows/main_window.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 namespace {
@@ -20,7 +20,7 @@ struct Look {
 };
 
 /// In the order of the keys.
-constexpr std::array<Look, session::kToolbarKeys.size()> kLooks = {{{"New User", "Ctrl+N"},
+constexpr std::array<Look, windows::kToolbarKeys.size()> kLooks = {{{"New User", "Ctrl+N"},
                                                                     {"Delete User", ""},
                                                                     {"Find", "Ctrl+F"},
                                                                     {"Refresh", "F5"},
@@ -64,12 +64,12 @@ void add_caption_switch(QToolBar& toolbar) {
 
 }  // namespace
 
-QToolBar* make_toolbar(QMainWindow& window, session::Session& session) {
+QToolBar* make_toolbar(QMainWindow& window, windows::Desktop& session) {
   QToolBar* const toolbar = window.addToolBar("Commands");
   toolbar->setObjectName("Toolbar1");
   toolbar->setMovable(false);
   for (std::size_t i = 0; i < kLooks.size(); ++i) {
-    const std::string_view key = session::kToolbarKeys.at(i);
+    const std::string_view key = windows::kToolbarKeys.at(i);
     const Look& look = kLooks.at(i);
     if (look.separated)
       toolbar->addSeparator();

@@ -3,12 +3,12 @@
 #include <QMainWindow>
 #include <QToolBar>
 
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::screens {
 
 /// `Toolbar1`: one action for each key, named by it. Its context menu hides the captions below the
 /// pictures.
-QToolBar* make_toolbar(QMainWindow& window, session::Session& session);
+QToolBar* make_toolbar(QMainWindow& window, windows::Desktop& session);
 
 }  // namespace twk::screens

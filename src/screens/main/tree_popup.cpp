@@ -4,28 +4,28 @@
 
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
-#include "session/form1.hpp"
 #include "windows/main_window.hpp"
+#include "windows/state/form1.hpp"
 #include "windows/tree/tree_popup.hpp"
 
 namespace twk::screens {
 namespace {
 
-void add_entry(QMenu& menu, session::Session& session, int index, const QString& caption) {
+void add_entry(QMenu& menu, windows::Desktop& session, int index, const QString& caption) {
   QAction* const action = menu.addAction(caption);
   action->setObjectName("mnupopup" + QString::number(index));
   bind_to(*action, session.form1.mnupopup.at(static_cast<std::size_t>(index)),
           [&session, index] { windows::mnupopup_Click(session, index); });
 }
 
-void add_custom_entries(QMenu& menu, session::Session& session) {
+void add_custom_entries(QMenu& menu, windows::Desktop& session) {
   QAction* const line = menu.addSeparator();
   follow(*line, session.form1.mnupopup[12].visible, [line](bool shown) { line->setVisible(shown); });
   add_entry(menu, session, 13, {});
   add_entry(menu, session, 14, {});
 }
 
-QMenu* make_popup(TreePane& tree, session::Session& session) {
+QMenu* make_popup(TreePane& tree, windows::Desktop& session) {
   auto* const menu = new QMenu(&tree);
   menu->setObjectName("mnupopup");
   menu->setToolTipsVisible(true);
@@ -47,7 +47,7 @@ QMenu* make_popup(TreePane& tree, session::Session& session) {
 
 }  // namespace
 
-void add_tree_popup(TreePane& tree, session::Session& session) {
+void add_tree_popup(TreePane& tree, windows::Desktop& session) {
   QMenu* const menu = make_popup(tree, session);
   tree.setContextMenuPolicy(Qt::CustomContextMenu);
   QObject::connect(&tree, &QWidget::customContextMenuRequested, menu,

@@ -3,12 +3,12 @@
 
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/edited_list.hpp"
-#include "session/form1.hpp"
 #include "windows/editors/edit_properties.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::screens {
 
-QWidget* make_w2k_tab(session::Session& session, QWidget* parent) {
+QWidget* make_w2k_tab(windows::Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
   auto* const box = new QVBoxLayout(tab);
   auto* const what = new QLabel(

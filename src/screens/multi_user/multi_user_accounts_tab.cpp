@@ -8,14 +8,14 @@
 
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/multi_user.hpp"
 #include "windows/multi_user/accounts_tab.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::MultiUser;
-using session::Session;
+using windows::Desktop;
+using windows::MultiUser;
 
 /// An option button of `LockAcc`, in the order of its numbers, and its position.
 struct Option {
@@ -82,7 +82,7 @@ QProgressBar* make_progress(MultiUser& window, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_multi_accounts_tab(Session& session, QWidget* parent) {
+QWidget* make_multi_accounts_tab(Desktop& session, QWidget* parent) {
   MultiUser& window = session.multi_user;
   auto* const page = new QWidget(parent);
   auto* const rows = new QVBoxLayout(page);

@@ -4,24 +4,24 @@
 
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/multi_user.hpp"
 #include "windows/multi_user/delete_options.hpp"
 #include "windows/multi_user/delete_tab.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::MultiUser;
-using session::Session;
+using windows::Desktop;
+using windows::MultiUser;
 
-using Clicked = void (*)(Session& session);
+using Clicked = void (*)(Desktop& session);
 
-void add_box(QBoxLayout& column, Session& session, const QString& caption, const char* name,
+void add_box(QBoxLayout& column, Desktop& session, const QString& caption, const char* name,
              const QString& tip, controls::CheckBox& box, Clicked clicked) {
   add_check(column, caption, name, box, [&session, clicked] { clicked(session); })->setToolTip(tip);
 }
 
-void add_what_goes(QBoxLayout& columns, Session& session) {
+void add_what_goes(QBoxLayout& columns, Desktop& session) {
   MultiUser& window = session.multi_user;
   auto* const column = new QVBoxLayout;
   columns.addLayout(column);
@@ -37,7 +37,7 @@ void add_what_goes(QBoxLayout& columns, Session& session) {
   column->addStretch();
 }
 
-void add_how(QBoxLayout& columns, Session& session) {
+void add_how(QBoxLayout& columns, Desktop& session) {
   MultiUser& window = session.multi_user;
   auto* const column = new QVBoxLayout;
   columns.addLayout(column);
@@ -58,7 +58,7 @@ void add_how(QBoxLayout& columns, Session& session) {
 
 }  // namespace
 
-QWidget* make_multi_delete_tab(Session& session, QWidget* parent) {
+QWidget* make_multi_delete_tab(Desktop& session, QWidget* parent) {
   auto* const page = new QWidget(parent);
   auto* const rows = new QVBoxLayout(page);
   auto* const frame = new QGroupBox("Delete User Options", page);

@@ -7,14 +7,14 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "session/multi_user.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::MultiUser;
-using session::Session;
+using windows::Desktop;
+using windows::MultiUser;
 
 struct Side {
   controls::ListView& list;
@@ -56,7 +56,7 @@ QPushButton* add_mover(QBoxLayout& column, const char* name, const char* picture
   return button;
 }
 
-QWidget* make_sources(Session& session, QWidget* parent) {
+QWidget* make_sources(Desktop& session, QWidget* parent) {
   MultiUser& window = session.multi_user;
   auto* const frame = new QGroupBox("Select Users/Groups/OU's", parent);
   auto* const rows = new QVBoxLayout(frame);
@@ -85,7 +85,7 @@ QWidget* make_sources(Session& session, QWidget* parent) {
   return frame;
 }
 
-QWidget* make_selection(Session& session, QWidget* parent) {
+QWidget* make_selection(Desktop& session, QWidget* parent) {
   auto* const frame = new QGroupBox("Selec&ted Users/Groups/OU's", parent);
   auto* const columns = new QHBoxLayout(frame);
   ListPane* const pane = add_side(*columns,
@@ -105,7 +105,7 @@ QWidget* make_selection(Session& session, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_multi_lists(Session& session, QWidget* parent) {
+QWidget* make_multi_lists(Desktop& session, QWidget* parent) {
   auto* const lists = new QWidget(parent);
   auto* const row = new QHBoxLayout(lists);
   row->setContentsMargins(0, 0, 0, 0);

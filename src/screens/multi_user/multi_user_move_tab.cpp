@@ -5,15 +5,15 @@
 
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/multi_user.hpp"
 #include "windows/multi_user/delete_options.hpp"
 #include "windows/multi_user/move_tab.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::MultiUser;
-using session::Session;
+using windows::Desktop;
+using windows::MultiUser;
 
 void add_target(QBoxLayout& columns, MultiUser& window) {
   auto* const fields = new QFormLayout;
@@ -23,7 +23,7 @@ void add_target(QBoxLayout& columns, MultiUser& window) {
     box->setMinimumContentsLength(25);
 }
 
-void add_options(QBoxLayout& columns, Session& session) {
+void add_options(QBoxLayout& columns, Desktop& session) {
   MultiUser& window = session.multi_user;
   auto* const column = new QVBoxLayout;
   columns.addLayout(column);
@@ -37,7 +37,7 @@ void add_options(QBoxLayout& columns, Session& session) {
 
 }  // namespace
 
-QWidget* make_multi_move_tab(Session& session, QWidget* parent) {
+QWidget* make_multi_move_tab(Desktop& session, QWidget* parent) {
   auto* const page = new QWidget(parent);
   auto* const rows = new QVBoxLayout(page);
   auto* const columns = new QHBoxLayout;

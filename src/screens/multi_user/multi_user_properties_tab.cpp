@@ -6,15 +6,15 @@
 
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/widgets/form.hpp"
-#include "session/ad_properties.hpp"
-#include "session/multi_user.hpp"
 #include "windows/multi_user/properties_tab.hpp"
+#include "windows/state/ad_properties.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::ADProperties;
-using session::Session;
+using windows::ADProperties;
+using windows::Desktop;
 
 /// There are hundreds of names: typed text is searched anywhere in them.
 void offer_matches(QComboBox& box) {
@@ -27,7 +27,7 @@ void offer_matches(QComboBox& box) {
   box.setMaxVisibleItems(20);
 }
 
-void add_fields(QBoxLayout& columns, Session& session, QWidget* parent) {
+void add_fields(QBoxLayout& columns, Desktop& session, QWidget* parent) {
   ADProperties& tab = session.ad_properties;
   auto* const fields = new QFormLayout;
   columns.addLayout(fields, 1);
@@ -76,7 +76,7 @@ QProgressBar* make_progress(ADProperties& tab, QWidget* parent) {
 
 }  // namespace
 
-QWidget* make_multi_properties_tab(Session& session, QWidget* parent) {
+QWidget* make_multi_properties_tab(Desktop& session, QWidget* parent) {
   ADProperties& tab = session.ad_properties;
   auto* const page = new QWidget(parent);
   auto* const rows = new QVBoxLayout(page);

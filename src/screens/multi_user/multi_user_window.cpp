@@ -8,19 +8,19 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/multi_user.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
 namespace {
 
-using session::MultiUser;
-using session::Session;
+using windows::Desktop;
+using windows::MultiUser;
 
 /// Closes only if the routine of its button lets it.
 class MultiUserDialog final : public QDialog {
  public:
-  MultiUserDialog(Session& session, QWidget* parent) : QDialog(parent), session_(session) {}
+  MultiUserDialog(Desktop& session, QWidget* parent) : QDialog(parent), session_(session) {}
 
   void reject() override {
     if (windows::Command7_Click(session_))
@@ -28,17 +28,17 @@ class MultiUserDialog final : public QDialog {
   }
 
  private:
-  Session& session_;
+  Desktop& session_;
 };
 
-QTabWidget* make_tabs(Session& session, QWidget* parent) {
+QTabWidget* make_tabs(Desktop& session, QWidget* parent) {
   auto* const tabs = new QTabWidget(parent);
   tabs->setObjectName("SSTab1");
   tabs->addTab(make_multi_delete_tab(session, tabs), "Delete Users");
   tabs->addTab(make_multi_move_tab(session, tabs), "Move Users");
   tabs->addTab(make_multi_accounts_tab(session, tabs), "Accounts");
   tabs->addTab(make_multi_properties_tab(session, tabs), "AD Properties");
-  tabs->setTabVisible(session::multi_tab::kProperties, session::is_active_directory(session));
+  tabs->setTabVisible(windows::multi_tab::kProperties, session::is_active_directory(session));
   follow(*tabs, session.multi_user.SSTab1, [tabs](int tab) { tabs->setCurrentIndex(tab); });
   QObject::connect(tabs, &QTabWidget::currentChanged, tabs,
                    [&session](int tab) { session.multi_user.SSTab1 = tab; });
@@ -66,7 +66,7 @@ QLabel* make_status(const char* name, controls::Label& control, QWidget* parent)
   return label;
 }
 
-QHBoxLayout* make_foot(Session& session, QWidget* parent) {
+QHBoxLayout* make_foot(Desktop& session, QWidget* parent) {
   MultiUser& window = session.multi_user;
   auto* const foot = new QHBoxLayout;
   foot->addWidget(make_status("Label3", window.Label3, parent), 2);
@@ -85,7 +85,7 @@ void follow_pointer(QDialog& dialog, const MultiUser& window) {
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_multi_user(Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_multi_user(Desktop& session, QWidget* parent) {
   auto window = std::make_unique<MultiUserDialog>(session, parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("MultiUser");

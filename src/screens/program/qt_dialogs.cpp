@@ -7,11 +7,11 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/account_windows.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
-#include "session/session.hpp"
-#include "session/windows.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/import_windows.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
 namespace {
@@ -134,7 +134,7 @@ void QtDialogs::beep() {
 void QtDialogs::DoEvents() {
   const bool can_stop =
       session_ != nullptr && (session_->cancel_import.visible || session_->file_progress.visible ||
-                              session_->copy_group.Running || session::is_running(session_->multi_user));
+                              session_->copy_group.Running || windows::is_running(session_->multi_user));
   QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }
 

@@ -2,8 +2,8 @@
 
 #include "platform/dialogs.hpp"
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::screens {
@@ -12,7 +12,7 @@ namespace twk::screens {
 class QtDialogs final : public platform::Dialogs {
  public:
   /// The session whose windows are shown by name. Set before the first routine runs.
-  void set_session(session::Session& session) { session_ = &session; }
+  void set_session(windows::Desktop& session) { session_ = &session; }
 
   platform::Answer MsgBox(std::string_view text, platform::Buttons buttons, platform::Icon icon,
                           std::string_view title) override;
@@ -25,7 +25,7 @@ class QtDialogs final : public platform::Dialogs {
   void DoEvents() override;
 
  private:
-  session::Session* session_ = nullptr;
+  windows::Desktop* session_ = nullptr;
 };
 
 }  // namespace twk::screens

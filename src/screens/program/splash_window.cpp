@@ -10,7 +10,7 @@
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/windows.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::screens {
 namespace {
@@ -41,7 +41,7 @@ void place_in_the_middle(QWidget& window) {
 
 }  // namespace
 
-std::unique_ptr<QWidget> make_splash(session::Session& session) {
+std::unique_ptr<QWidget> make_splash(windows::Desktop& session) {
   auto splash = std::make_unique<QFrame>(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint);
   splash->setObjectName("frmSplash");
   splash->setFrameStyle(QFrame::StyledPanel | QFrame::Plain);

@@ -101,7 +101,7 @@ class TipWindow final : public QDialog {
 
 }  // namespace
 
-void show_tip(QWidget* parent, session::Session& session) {
+void show_tip(QWidget* parent, windows::Desktop& session) {
   std::vector<std::string> tips = windows::read_tips(session, shipped_tips());
   if (tips.empty())
     return;
@@ -109,7 +109,7 @@ void show_tip(QWidget* parent, session::Session& session) {
   window.exec();
 }
 
-void show_tip_at_start(QWidget* parent, session::Session& session) {
+void show_tip_at_start(QWidget* parent, windows::Desktop& session) {
   if (wanted())
     show_tip(parent, session);
 }

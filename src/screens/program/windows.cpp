@@ -6,7 +6,7 @@
 namespace twk::screens {
 namespace {
 
-using Maker = std::unique_ptr<QDialog> (*)(session::Session&, QWidget*);
+using Maker = std::unique_ptr<QDialog> (*)(windows::Desktop&, QWidget*);
 
 constexpr std::array<std::pair<std::string_view, Maker>, 18> kMakers = {{
     {"frmADOptions", make_ad_options},
@@ -31,7 +31,7 @@ constexpr std::array<std::pair<std::string_view, Maker>, 18> kMakers = {{
 
 }  // namespace
 
-std::unique_ptr<QDialog> make_window(std::string_view name, session::Session& session, QWidget* parent) {
+std::unique_ptr<QDialog> make_window(std::string_view name, windows::Desktop& session, QWidget* parent) {
   for (const auto& [known, make] : kMakers) {
     if (known == name)
       return make(session, parent);

@@ -15,7 +15,7 @@ struct Entry {
   QString caption;
   const char* suffix;
   QKeySequence key;
-  void (*act)(session::Session& session, std::int32_t mode);
+  void (*act)(windows::Desktop& session, std::int32_t mode);
   bool wants_row;
 };
 
@@ -32,7 +32,7 @@ void follow_selection(QWidget& button, QAction& action, controls::ListView& list
   }));
 }
 
-void add_entry(QBoxLayout& buttons, session::Session& session, ListPane& pane, std::int32_t mode,
+void add_entry(QBoxLayout& buttons, windows::Desktop& session, ListPane& pane, std::int32_t mode,
                const Entry& entry) {
   const Action act = [&session, mode, run = entry.act] { run(session, mode); };
   auto* const action = new QAction(entry.caption, &pane);
@@ -51,7 +51,7 @@ void add_entry(QBoxLayout& buttons, session::Session& session, ListPane& pane, s
 
 }  // namespace
 
-ListPane* add_edited_list(QBoxLayout& box, session::Session& session, controls::ListView& list,
+ListPane* add_edited_list(QBoxLayout& box, windows::Desktop& session, controls::ListView& list,
                           const char* name, std::int32_t mode, const ListLook& look, const RowMenu& menu) {
   auto* const pane = new ListPane(list, look, box.parentWidget());
   pane->setObjectName(name);

@@ -5,31 +5,31 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include "directory/hours_of_week.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/editor_windows.hpp"
-#include "windows/editors/hours_of_week.hpp"
 #include "windows/editors/logon_hours.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::screens {
 namespace {
 
 class HoursModel final : public QAbstractTableModel {
  public:
-  HoursModel(const session::Logon_Hours& window, QObject* parent)
+  HoursModel(const windows::Logon_Hours& window, QObject* parent)
       : QAbstractTableModel(parent), window_(&window), watch_(window.MSFlexGrid1.watch([this] {
-          Q_EMIT dataChanged(index(0, 0), index(windows::kDays - 1, windows::kHours - 1));
+          Q_EMIT dataChanged(index(0, 0), index(directory::kDays - 1, directory::kHours - 1));
         })) {}
 
   int rowCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : windows::kDays;
+    return parent.isValid() ? 0 : directory::kDays;
   }
   int columnCount(const QModelIndex& parent = {}) const override {
-    return parent.isValid() ? 0 : windows::kHours;
+    return parent.isValid() ? 0 : directory::kHours;
   }
   [[nodiscard]] bool is_permitted(const QModelIndex& cell) const {
-    const int place = cell.row() * windows::kHours + cell.column();
+    const int place = cell.row() * directory::kHours + cell.column();
     return window_->MSFlexGrid1.get().at(static_cast<std::size_t>(place));
   }
   /// The painted cell says nothing to a person who cannot see it.
@@ -37,13 +37,13 @@ class HoursModel final : public QAbstractTableModel {
     if (!cell.isValid() || (role != Qt::AccessibleTextRole && role != Qt::ToolTipRole))
       return {};
     return QString("%1 %2, %3")
-        .arg(to_qt(windows::day_name(cell.row() + 1)), to_qt(windows::hour_name(cell.column())),
+        .arg(to_qt(directory::day_name(cell.row() + 1)), to_qt(directory::hour_name(cell.column())),
              is_permitted(cell) ? "permitted" : "denied");
   }
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
     if (orientation == Qt::Vertical)
-      return role == Qt::DisplayRole ? to_qt(windows::day_name(section + 1)) : QVariant();
-    const QString hour = to_qt(windows::hour_name(section));
+      return role == Qt::DisplayRole ? to_qt(directory::day_name(section + 1)) : QVariant();
+    const QString hour = to_qt(directory::hour_name(section));
     if (role == Qt::AccessibleTextRole || role == Qt::ToolTipRole)
       return hour;
     // In two lines, so that 24 columns fit.
@@ -51,13 +51,13 @@ class HoursModel final : public QAbstractTableModel {
   }
 
  private:
-  const session::Logon_Hours* window_;
+  const windows::Logon_Hours* window_;
   controls::Watch watch_;
 };
 
 class HourPainter final : public QStyledItemDelegate {
  public:
-  HourPainter(const session::Logon_Hours& window, const HoursModel& model, HoursGrid& grid)
+  HourPainter(const windows::Logon_Hours& window, const HoursModel& model, HoursGrid& grid)
       : QStyledItemDelegate(&grid), window_(&window), model_(&model), grid_(&grid) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& cell) const override {
@@ -78,7 +78,7 @@ class HourPainter final : public QStyledItemDelegate {
   }
 
  private:
-  const session::Logon_Hours* window_;
+  const windows::Logon_Hours* window_;
   const HoursModel* model_;
   const HoursGrid* grid_;
 };
@@ -92,7 +92,7 @@ void paint_hour(QPainter& painter, const QRect& area, bool permitted, const QPal
     painter.fillRect(area, QBrush(palette.color(QPalette::PlaceholderText), Qt::BDiagPattern));
 }
 
-HoursGrid::HoursGrid(session::Session& session, QWidget* parent)
+HoursGrid::HoursGrid(windows::Desktop& session, QWidget* parent)
     : QTableView(parent), session_(session), all_(new QToolButton(this)) {
   auto* const model = new HoursModel(session.logon_hours, this);
   setModel(model);

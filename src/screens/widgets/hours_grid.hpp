@@ -3,7 +3,7 @@
 #include <QTableView>
 #include <QToolButton>
 
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
 
 namespace twk::screens {
 
@@ -15,7 +15,7 @@ void paint_hour(QPainter& painter, const QRect& area, bool permitted, const QPal
 /// heading paints its row or column, one on "All" everything.
 class HoursGrid final : public QTableView {
  public:
-  HoursGrid(session::Session& session, QWidget* parent);
+  HoursGrid(windows::Desktop& session, QWidget* parent);
 
   QSize sizeHint() const override;
   /// A mouse button is down: the selection shows the new state.
@@ -36,7 +36,7 @@ class HoursGrid final : public QTableView {
   [[nodiscard]] QRect selected_cells() const;
   void paint_selected();
 
-  session::Session& session_;
+  windows::Desktop& session_;
   QToolButton* all_;
   bool dragging_ = false;
 };

@@ -8,7 +8,7 @@
 
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 #include "windows/tree/tree_drag.hpp"
 
 namespace twk::screens {
@@ -20,7 +20,7 @@ constexpr int kScrollEdge = 20;       ///< pixels
 /// The mouse and the Esc key of a drag, before the tree itself handles them.
 class TreeDrag final : public QObject {
  public:
-  TreeDrag(TreePane& tree, session::Session& session) : QObject(&tree), tree_(tree), session_(session) {
+  TreeDrag(TreePane& tree, windows::Desktop& session) : QObject(&tree), tree_(tree), session_(session) {
     setObjectName("TreeDrag");
     Timer2_.setInterval(kScrollInterval);
     connect(&Timer2_, &QTimer::timeout, this, [this] { scroll(); });
@@ -119,7 +119,7 @@ class TreeDrag final : public QObject {
   }
 
   TreePane& tree_;
-  session::Session& session_;
+  windows::Desktop& session_;
   QTimer Timer2_;
   QPersistentModelIndex held_;  ///< where Shift and the left button were pressed
   QPoint pressed_at_;
@@ -129,7 +129,7 @@ class TreeDrag final : public QObject {
 
 }  // namespace
 
-void add_tree_drag(TreePane& tree, session::Session& session) {
+void add_tree_drag(TreePane& tree, windows::Desktop& session) {
   new TreeDrag(tree, session);
 }
 

@@ -1,12 +1,10 @@
 #include "windows/account/account_view.hpp"
 
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/session.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
-
-using session::Session;
 
 void AccountView::status(std::string_view text) {
   session_.status.panel1 = std::string(text);
@@ -44,7 +42,7 @@ bool AccountView::going_on() {
   return true;
 }
 
-void FileProgress_CancelButton_Click(Session& session) {
+void FileProgress_CancelButton_Click(Desktop& session) {
   session.run.stopped = true;
   session.file_progress.text.caption = std::string("Stopping...");
 }

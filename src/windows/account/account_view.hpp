@@ -2,8 +2,8 @@
 
 #include "session/run_view.hpp"
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 /// What stands behind the windows and popup entries that change one account at a time.
@@ -13,7 +13,7 @@ namespace twk::windows {
 /// Cancel button.
 class AccountView final : public session::RunView {
  public:
-  explicit AccountView(session::Session& session) : session_(session) {}
+  explicit AccountView(Desktop& session) : session_(session) {}
 
   void status(std::string_view text) override;
   void step(std::string_view caption) override;
@@ -24,10 +24,10 @@ class AccountView final : public session::RunView {
   bool going_on() override;
 
  private:
-  session::Session& session_;
+  Desktop& session_;
   bool was_enabled_ = true;
 };
 
-void FileProgress_CancelButton_Click(session::Session& session);
+void FileProgress_CancelButton_Click(Desktop& session);
 
 }  // namespace twk::windows

@@ -2,29 +2,27 @@
 
 #include "base/errors.hpp"
 #include "lifecycle/rename/rename_nt.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
-#include "session/session.hpp"
 #include "windows/account/account_view.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 
-using session::Session;
-
-void show_rename_nt(Session& session) {
+void show_rename_nt(Desktop& session) {
   base::Trap trap;
   if (trap([&] { Rename_NT_Load(session); }))
     return session.platform.dialogs.show_modal("Rename_NT");
   session.status.panel1 = "Unable to read the user: " + trap.description();
 }
 
-void Rename_NT_Load(Session& session) {
+void Rename_NT_Load(Desktop& session) {
   const controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     base::raise(base::error::kOutOfBounds, "no user is selected");
   const lifecycle::RenameNtOrder shown = lifecycle::rename_order_nt(session, *node);
-  session::Rename_NT& window = session.rename_nt;
+  Rename_NT& window = session.rename_nt;
   window.OldName = shown.old_name;
   window.User_Logon.text = shown.logon;
   window.Full_Name.text = shown.full_name;
@@ -33,16 +31,16 @@ void Rename_NT_Load(Session& session) {
   window.Name_Changed = false;
 }
 
-void Rename_NT_User_Logon_Change(Session& session) {
+void Rename_NT_User_Logon_Change(Desktop& session) {
   session.rename_nt.Logon_Changed = true;
 }
 
-void Rename_NT_Full_Name_Change(Session& session) {
+void Rename_NT_Full_Name_Change(Desktop& session) {
   session.rename_nt.Name_Changed = true;
 }
 
-bool Rename_NT_OKButton_Click(Session& session) {
-  const session::Rename_NT& window = session.rename_nt;
+bool Rename_NT_OKButton_Click(Desktop& session) {
+  const Rename_NT& window = session.rename_nt;
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (!window.Logon_Changed && !window.Name_Changed)
     return true;
@@ -55,7 +53,7 @@ bool Rename_NT_OKButton_Click(Session& session) {
                                           .terms = {}};
   if (node == nullptr || lifecycle::has_refused_text(session, order))
     return false;
-  const session::Hourglass hourglass(session.form1);
+  const Hourglass hourglass(session.form1);
   AccountView view(session);
   lifecycle::rename_nt(session, *node, order, view);
   return true;

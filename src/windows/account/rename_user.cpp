@@ -3,25 +3,23 @@
 #include "base/errors.hpp"
 #include "lifecycle/rename/rename_principal.hpp"
 #include "lifecycle/rename/rename_user.hpp"
-#include "session/account_windows.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
-#include "session/session.hpp"
 #include "windows/account/account_view.hpp"
+#include "windows/state/account_windows.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 namespace {
 
-using session::Session;
-
-std::string principal_name(const session::RenameUser& window) {
+std::string principal_name(const RenameUser& window) {
   const std::string& prefix = window.User_logon_name.text;
   return prefix.empty() ? prefix : prefix + window.AD_Domain.text.get();
 }
 
 /// Shows the account's own suffix over those of the forest.
-void show_principal_name(Session& session, const std::string& name) {
-  session::RenameUser& window = session.rename_user;
+void show_principal_name(Desktop& session, const std::string& name) {
+  RenameUser& window = session.rename_user;
   const lifecycle::PrincipalName principal = lifecycle::split_principal(name);
   std::vector<std::string> suffixes = lifecycle::principal_suffixes(session);
   if (!principal.suffix.empty() && lifecycle::find_suffix(suffixes, principal.suffix).empty())
@@ -34,8 +32,8 @@ void show_principal_name(Session& session, const std::string& name) {
   window.PrincipalShown = principal_name(window);
 }
 
-lifecycle::RenameUserOrder order_of(const Session& session) {
-  const session::RenameUser& window = session.rename_user;
+lifecycle::RenameUserOrder order_of(const Desktop& session) {
+  const RenameUser& window = session.rename_user;
   lifecycle::RenameUserOrder order;
   order.names = {window.Full_Name.text,    window.First_Name.text, window.Last_Name.text,
                  window.Display_Name.text, principal_name(window), window.Logon_Name_pre2000.text};
@@ -50,19 +48,19 @@ lifecycle::RenameUserOrder order_of(const Session& session) {
 
 }  // namespace
 
-void show_rename_user(Session& session) {
+void show_rename_user(Desktop& session) {
   base::Trap trap;
   if (trap([&] { RenameUser_Load(session); }))
     return session.platform.dialogs.show_modal("RenameUser");
   session.status.panel1 = "Unable to read the user: " + trap.description();
 }
 
-void RenameUser_Load(Session& session) {
+void RenameUser_Load(Desktop& session) {
   const controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     base::raise(base::error::kOutOfBounds, "no user is selected");
   const lifecycle::RenameUserOrder shown = lifecycle::rename_order(session, *node);
-  session::RenameUser& window = session.rename_user;
+  RenameUser& window = session.rename_user;
   window.Full_Name.text = shown.names.full_name;
   window.First_Name.text = shown.names.first;
   window.Last_Name.text = shown.names.last;
@@ -75,20 +73,20 @@ void RenameUser_Load(Session& session) {
   window.Logon_Name_Changed = false;
 }
 
-void RenameUser_Full_Name_Change(Session& session) {
+void RenameUser_Full_Name_Change(Desktop& session) {
   session.rename_user.Full_Name_Changed = true;
 }
 
-void RenameUser_Logon_Name_pre2000_Change(Session& session) {
+void RenameUser_Logon_Name_pre2000_Change(Desktop& session) {
   session.rename_user.Logon_Name_Changed = true;
 }
 
-bool RenameUser_Command2_Click(Session& session) {
+bool RenameUser_Command2_Click(Desktop& session) {
   controls::TreeNode* const node = session.form1.TreeView1.selected();
   const lifecycle::RenameUserOrder order = order_of(session);
   if (node == nullptr || lifecycle::has_refused_text(session, order.names))
     return false;
-  const session::Hourglass hourglass(session.form1);
+  const Hourglass hourglass(session.form1);
   AccountView view(session);
   return lifecycle::rename_user(session, *node, order, view).done;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 /// The window `Custom`: which four custom attributes the user details tab shows. Settings hold a
@@ -10,13 +10,13 @@ struct Session;
 namespace twk::windows {
 
 /// The entry of the options menu: fills the window and shows it.
-void show_custom(session::Session& session);
+void show_custom(Desktop& session);
 
 /// Four rows from the settings.
-void Custom_Load(session::Session& session);
+void Custom_Load(Desktop& session);
 /// Stores the rows and shows the fields on the details tab. False leaves the window open, after a message: a
 /// display name without an attribute, or settings that cannot be written.
-bool Custom_OK(session::Session& session);
-void Custom_Cancel(session::Session& session);
+bool Custom_OK(Desktop& session);
+void Custom_Cancel(Desktop& session);
 
 }  // namespace twk::windows

@@ -9,22 +9,21 @@
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
 #include "records/terminal_server_rows.hpp"
-#include "session/editor_windows.hpp"
-#include "session/form1.hpp"
-#include "session/session.hpp"
-#include "session/windows.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/store_outcome.hpp"
 #include "stores/typed_text.hpp"
 #include "windows/editors/drive_letters.hpp"
 #include "windows/editors/editor_messages.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/editor_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
 
 namespace twk::windows {
 namespace {
 
 using controls::ListRow;
 using controls::ListView;
-using session::Session;
 
 /// How the window looks, and where the row is stored, in one mode.
 struct ModeLook {
@@ -55,7 +54,7 @@ const ModeLook& look_of(std::int32_t list_mode) {
   return kLooks.at(static_cast<std::size_t>(list_mode));
 }
 
-ListView& list_of(Session& session, std::int32_t list_mode) {
+ListView& list_of(Desktop& session, std::int32_t list_mode) {
   switch (list_mode) {
     case mode::kW2k:
       return session.form1.ListView7;
@@ -93,7 +92,7 @@ class ListCopy {
   std::vector<ListRow> rows_;
 };
 
-void save_list(Session& session, std::int32_t list_mode) {
+void save_list(Desktop& session, std::int32_t list_mode) {
   if (list_mode == mode::kW2k)
     stores::save_w2k_table(session);
   else if (list_mode == mode::kMail)
@@ -103,7 +102,7 @@ void save_list(Session& session, std::int32_t list_mode) {
 }
 
 /// Changes the list and rewrites its file. False when that failed, which was reported; nothing is changed.
-bool change_list(Session& session, std::int32_t list_mode, const std::function<void(ListView&)>& change) {
+bool change_list(Desktop& session, std::int32_t list_mode, const std::function<void(ListView&)>& change) {
   ListView& list = list_of(session, list_mode);
   const ListCopy before(list);
   change(list);
@@ -117,7 +116,7 @@ bool change_list(Session& session, std::int32_t list_mode, const std::function<v
   }
 }
 
-void open_window(Session& session, std::int32_t list_mode, bool is_new) {
+void open_window(Desktop& session, std::int32_t list_mode, bool is_new) {
   session.edit_properties.EditPropertiesMode = list_mode;
   session.edit_properties.EditPropertiesIsNew = is_new;
   Edit_Properties_Load(session);
@@ -132,7 +131,7 @@ void fill_choices(controls::ComboBox& box, std::initializer_list<std::string_vie
 }
 
 /// The control that holds the second field: by the last letter of the row's key in mode 4.
-controls::Observable<std::string>& second_field(session::Edit_Properties& window, const ListRow* row) {
+controls::Observable<std::string>& second_field(Edit_Properties& window, const ListRow* row) {
   const char kind =
       window.EditPropertiesMode == mode::kWts && row != nullptr && !row->key.empty() ? row->key.back() : ' ';
   if (kind == 'y')
@@ -142,7 +141,7 @@ controls::Observable<std::string>& second_field(session::Edit_Properties& window
   return kind == 't' ? window.WTS_TIME.text : window.W2K_Propertry.text;
 }
 
-void show_controls(session::Edit_Properties& window, const ListRow* row) {
+void show_controls(Edit_Properties& window, const ListRow* row) {
   const auto* const second = &second_field(window, row);
   window.W2K_Propertry.visible = second == &window.W2K_Propertry.text;
   window.WTS_YN.visible = second == &window.WTS_YN.text;
@@ -157,7 +156,7 @@ int limit(int length, std::string_view text) {
   return std::max(length, static_cast<int>(base::length(text)));
 }
 
-bool refuses_long_text(Session& session, std::string_view text, int most, std::string_view caption,
+bool refuses_long_text(Desktop& session, std::string_view text, int most, std::string_view caption,
                        std::string_view title) {
   if (base::length(text) <= static_cast<std::size_t>(most))
     return false;
@@ -169,7 +168,7 @@ std::string kept(std::int32_t list_mode, const std::string& text) {
   return list_mode == mode::kCustom ? std::string(base::trim(text)) : text;
 }
 
-void put_row(const session::Edit_Properties& window, ListView& list, ListRow& row, const std::string& value) {
+void put_row(const Edit_Properties& window, ListView& list, ListRow& row, const std::string& value) {
   const std::int32_t list_mode = window.EditPropertiesMode;
   if (list_mode != mode::kWts)
     list.set_text(row, kept(list_mode, window.W2K_Attribute.text));
@@ -182,12 +181,12 @@ void put_row(const session::Edit_Properties& window, ListView& list, ListRow& ro
 
 }  // namespace
 
-void Listviewmnu_Edit(Session& session, std::int32_t list_mode) {
+void Listviewmnu_Edit(Desktop& session, std::int32_t list_mode) {
   if (list_of(session, list_mode).selected() != nullptr)
     open_window(session, list_mode, false);
 }
 
-void Listviewmnu_New(Session& session, std::int32_t list_mode) {
+void Listviewmnu_New(Desktop& session, std::int32_t list_mode) {
   const ModeLook& look = look_of(list_mode);
   if (look.most_rows == 0)
     return;
@@ -200,7 +199,7 @@ void Listviewmnu_New(Session& session, std::int32_t list_mode) {
   open_window(session, list_mode, true);
 }
 
-void Listviewmnu_Delete(Session& session, std::int32_t list_mode) {
+void Listviewmnu_Delete(Desktop& session, std::int32_t list_mode) {
   ListRow* const row = list_of(session, list_mode).selected();
   if (row == nullptr || list_mode == mode::kWts)
     return;
@@ -220,8 +219,8 @@ void Listviewmnu_Delete(Session& session, std::int32_t list_mode) {
   });
 }
 
-void Edit_Properties_Load(Session& session) {
-  session::Edit_Properties& window = session.edit_properties;
+void Edit_Properties_Load(Desktop& session) {
+  Edit_Properties& window = session.edit_properties;
   const ModeLook& look = look_of(window.EditPropertiesMode);
   const ListRow* const row =
       window.EditPropertiesIsNew ? nullptr : list_of(session, window.EditPropertiesMode).selected();
@@ -245,8 +244,8 @@ void Edit_Properties_Load(Session& session) {
   W2K_Attribute_Change(session);
 }
 
-bool Edit_Properties_OK(Session& session) {
-  session::Edit_Properties& window = session.edit_properties;
+bool Edit_Properties_OK(Desktop& session) {
+  Edit_Properties& window = session.edit_properties;
   const std::int32_t list_mode = window.EditPropertiesMode;
   const ModeLook& look = look_of(list_mode);
   ListRow* const selected = window.EditPropertiesIsNew ? nullptr : list_of(session, list_mode).selected();
@@ -269,12 +268,12 @@ bool Edit_Properties_OK(Session& session) {
   return changed;
 }
 
-void Edit_Properties_Cancel(Session& session) {
+void Edit_Properties_Cancel(Desktop& session) {
   session.edit_properties.EditPropertiesIsNew = false;
 }
 
-void W2K_Attribute_Change(Session& session) {
-  session::Edit_Properties& window = session.edit_properties;
+void W2K_Attribute_Change(Desktop& session) {
+  Edit_Properties& window = session.edit_properties;
   const bool in_columns = window.EditPropertiesMode == mode::kW2k || window.EditPropertiesMode == mode::kMail;
   const bool breaks = in_columns && window.W2K_Attribute.text.get().find(',') != base::npos;
   window.hint.caption = breaks

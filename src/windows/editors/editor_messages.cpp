@@ -1,17 +1,17 @@
 #include "windows/editors/editor_messages.hpp"
 
-#include "session/form1.hpp"
-#include "session/session.hpp"
 #include "stores/typed_text.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 
-void warn(session::Session& session, std::string_view text, std::string_view title) {
+void warn(Desktop& session, std::string_view text, std::string_view title) {
   session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kExclamation, title);
 }
 
-bool refuses_typed(session::Session& session, std::initializer_list<std::string_view> texts,
-                   std::string_view title, std::string (*refusal_of)(std::string_view)) {
+bool refuses_typed(Desktop& session, std::initializer_list<std::string_view> texts, std::string_view title,
+                   std::string (*refusal_of)(std::string_view)) {
   if (!stores::refuses(session, refusal_of, texts))
     return false;
   warn(session, session.form1.StatusBar1.panel1.get(), title);

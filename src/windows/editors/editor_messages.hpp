@@ -4,19 +4,19 @@
 #include <string>
 #include <string_view>
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 /// Messages of the editing windows. They cover the status bar, so they use boxes.
 namespace twk::windows {
 
 /// A box with an exclamation mark.
-void warn(session::Session& session, std::string_view text, std::string_view title);
+void warn(Desktop& session, std::string_view text, std::string_view title);
 
 /// True when `refusal_of` refuses one of the typed texts (see `stores/typed_text.hpp`); a box and the status
 /// say why.
-bool refuses_typed(session::Session& session, std::initializer_list<std::string_view> texts,
-                   std::string_view title, std::string (*refusal_of)(std::string_view));
+bool refuses_typed(Desktop& session, std::initializer_list<std::string_view> texts, std::string_view title,
+                   std::string (*refusal_of)(std::string_view));
 
 }  // namespace twk::windows

@@ -2,28 +2,27 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
-#include "session/editor_windows.hpp"
-#include "session/session.hpp"
 #include "stores/side_tables.hpp"
 #include "stores/store_outcome.hpp"
 #include "stores/typed_text.hpp"
 #include "windows/editors/editor_messages.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/editor_windows.hpp"
 
 namespace twk::windows {
 namespace {
 
 using controls::ListRow;
-using session::Session;
 
 constexpr std::size_t kNameLength = 50;
 constexpr std::string_view kAccessOfNewRow = "Read";
 
-std::string_view file_of(const Session& session) {
+std::string_view file_of(const Desktop& session) {
   return session.permissions.share ? stores::kSharePermissionFile : stores::kPermissionFile;
 }
 
-void show_rows(Session& session, const std::vector<records::PermissionRecord>& records) {
-  session::Permissions& window = session.permissions;
+void show_rows(Desktop& session, const std::vector<records::PermissionRecord>& records) {
+  Permissions& window = session.permissions;
   window.ListView1.clear();
   for (const records::PermissionRecord& record : records)
     window.ListView1.add({}, std::string(base::trim(record.Account)), {},
@@ -33,7 +32,7 @@ void show_rows(Session& session, const std::vector<records::PermissionRecord>& r
   window.ctrOwner.text = records.empty() ? std::string() : std::string(base::trim(records.front().Owner));
 }
 
-void show_form(session::Permissions& window) {
+void show_form(Permissions& window) {
   window.title.caption = window.share ? "Share Permissions" : "Directory Permissions";
   window.NEW_Security.visible = !window.share;
   window.ctrOwner.visible = !window.share;
@@ -47,7 +46,7 @@ void show_form(session::Permissions& window) {
   window.Access.enabled = false;
 }
 
-void open_table(Session& session, bool share) {
+void open_table(Desktop& session, bool share) {
   session.permissions.share = share;
   show_form(session.permissions);
   try {
@@ -62,7 +61,7 @@ void open_table(Session& session, bool share) {
   session.platform.dialogs.show_modal("Permissions");
 }
 
-std::vector<records::PermissionRecord> records_of(const session::Permissions& window) {
+std::vector<records::PermissionRecord> records_of(const Permissions& window) {
   std::vector<records::PermissionRecord> records;
   for (std::size_t i = 0; i < window.ListView1.size(); ++i) {
     const ListRow& row = window.ListView1.at(i);
@@ -78,7 +77,7 @@ std::vector<records::PermissionRecord> records_of(const session::Permissions& wi
 }
 
 /// The owner and the box are stored in the rows: without rows they are lost.
-bool loses_owner(const session::Permissions& window) {
+bool loses_owner(const Permissions& window) {
   return !window.share && window.ListView1.empty() &&
          (window.NEW_Security.on() || !base::trim(window.ctrOwner.text.get()).empty());
 }
@@ -90,46 +89,46 @@ std::string refusal_of(std::string_view name) {
   return base::length(name) > kNameLength ? "An account has at most 50 characters." : std::string();
 }
 
-void remove_row(Session& session, const ListRow& row) {
+void remove_row(Desktop& session, const ListRow& row) {
   session.permissions.ListView1.remove(row);
   Permissions_ListView1_Click(session);
 }
 
 }  // namespace
 
-void Set_Security_Click(Session& session) {
+void Set_Security_Click(Desktop& session) {
   open_table(session, false);
 }
 
-void Sharepermissions_Click(Session& session) {
+void Sharepermissions_Click(Desktop& session) {
   open_table(session, true);
 }
 
-void Permissions_ListView1_Click(Session& session) {
-  session::Permissions& window = session.permissions;
+void Permissions_ListView1_Click(Desktop& session) {
+  Permissions& window = session.permissions;
   const ListRow* const row = window.ListView1.selected();
   window.Access.text = row == nullptr ? std::string() : row->sub_items.front();
   window.Access.enabled = row != nullptr;
 }
 
-void Permissions_Access_Click(Session& session) {
-  session::Permissions& window = session.permissions;
+void Permissions_Access_Click(Desktop& session) {
+  Permissions& window = session.permissions;
   if (ListRow* const row = window.ListView1.selected())
     window.ListView1.set_sub_item(*row, 1, window.Access.text);
 }
 
-void Permissions_Command3_Click(Session& session) {
+void Permissions_Command3_Click(Desktop& session) {
   if (const ListRow* const row = session.permissions.ListView1.selected())
     remove_row(session, *row);
 }
 
-void Permissions_Command4_Click(Session& session) {
+void Permissions_Command4_Click(Desktop& session) {
   controls::ListView& rows = session.permissions.ListView1;
   rows.select(&rows.add({}, {}, {}, {std::string(kAccessOfNewRow)}));
   Permissions_ListView1_Click(session);
 }
 
-void Permissions_AfterLabelEdit(Session& session, ListRow& row, const std::string& typed) {
+void Permissions_AfterLabelEdit(Desktop& session, ListRow& row, const std::string& typed) {
   const std::string name(base::trim(typed));
   const std::string refusal = refusal_of(name);
   session.permissions.hint.caption = refusal;
@@ -141,8 +140,8 @@ void Permissions_AfterLabelEdit(Session& session, ListRow& row, const std::strin
     remove_row(session, row);
 }
 
-bool Permissions_OK_Button_Click(Session& session) {
-  const session::Permissions& window = session.permissions;
+bool Permissions_OK_Button_Click(Desktop& session) {
+  const Permissions& window = session.permissions;
   const std::string refusal = refusal_of(base::trim(window.ctrOwner.text.get()));
   if (!window.share && !refusal.empty()) {
     warn(session, "Owner: " + refusal, window.title.caption.get());

@@ -2,16 +2,14 @@
 
 #include "controls/drawing_off.hpp"
 #include "groups/copy_group.hpp"
-#include "session/group_windows.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/group_windows.hpp"
 
 namespace twk::windows {
 namespace {
 
 using controls::ListRow;
-using session::frmCopy_Group;
-using session::Session;
 
 void clear_results(frmCopy_Group& window) {
   window.ListView1.clear();
@@ -22,7 +20,7 @@ void clear_results(frmCopy_Group& window) {
 /// The window during a copy: disables what must not be pressed, and shows the result for each user.
 class Run final : public groups::CopyView {
  public:
-  explicit Run(Session& session) : session_(session), window_(session.copy_group) {
+  explicit Run(Desktop& session) : session_(session), window_(session.copy_group) {
     window_.Running = true;
     window_.Stopped = false;
     window_.btnCopy_Group.enabled = false;
@@ -46,13 +44,13 @@ class Run final : public groups::CopyView {
   }
 
  private:
-  Session& session_;
+  Desktop& session_;
   frmCopy_Group& window_;
 };
 
 }  // namespace
 
-void frmCopy_Group_Form_Load(Session& session) {
+void frmCopy_Group_Form_Load(Desktop& session) {
   frmCopy_Group& window = session.copy_group;
   window.Domain_Source.text = session.DomainName;
   window.Domain_Destination.text = session.DomainName;
@@ -72,13 +70,13 @@ void frmCopy_Group_Form_Load(Session& session) {
   frmCopy_Group_ImageCombo_Click(session);
 }
 
-void frmCopy_Group_ImageCombo_Click(Session& session) {
+void frmCopy_Group_ImageCombo_Click(Desktop& session) {
   frmCopy_Group& window = session.copy_group;
   window.btnCopy_Group.enabled =
       window.ImageCombo1.selected() != nullptr && window.ImageCombo2.selected() != nullptr;
 }
 
-bool frmCopy_Group_btnCopy_Group_Click(Session& session) {
+bool frmCopy_Group_btnCopy_Group_Click(Desktop& session) {
   frmCopy_Group& window = session.copy_group;
   const ListRow* const source = window.ImageCombo1.selected();
   const ListRow* const destination = window.ImageCombo2.selected();
@@ -95,7 +93,7 @@ bool frmCopy_Group_btnCopy_Group_Click(Session& session) {
   return outcome.complete;
 }
 
-bool frmCopy_Group_btnCancel_Click(Session& session) {
+bool frmCopy_Group_btnCancel_Click(Desktop& session) {
   if (!session.copy_group.Running)
     return true;
   session.copy_group.Stopped = true;

@@ -1,17 +1,16 @@
 #include "windows/groups/group_add.hpp"
 
 #include "groups/new_group.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/hourglass.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 namespace {
 
 using groups::GroupKind;
 using groups::GroupScope;
-using session::Session;
 
 template <std::size_t size>
 std::size_t chosen(const std::array<controls::OptionButton, size>& options) {
@@ -21,8 +20,8 @@ std::size_t chosen(const std::array<controls::OptionButton, size>& options) {
   return place;
 }
 
-bool create(Session& session, const groups::NewGroup& order) {
-  const session::Hourglass hourglass(session.form1);
+bool create(Desktop& session, const groups::NewGroup& order) {
+  const Hourglass hourglass(session.form1);
   const groups::GroupOutcome outcome = groups::create_group(session, order);
   if (!outcome.light.empty())
     session.groups.StatusBar1.panel1 = outcome.text;
@@ -31,8 +30,8 @@ bool create(Session& session, const groups::NewGroup& order) {
 
 }  // namespace
 
-void GroupAdd_Form_Load(Session& session) {
-  session::GroupAdd& window = session.group_add;
+void GroupAdd_Form_Load(Desktop& session) {
+  GroupAdd& window = session.group_add;
   window.GRP_Name.text = std::string();
   window.GRP_DESCRIPTION.text = std::string();
   for (std::size_t i = 0; i < window.Option1.size(); ++i) {
@@ -46,14 +45,14 @@ void GroupAdd_Form_Load(Session& session) {
   }
 }
 
-bool GroupAdd_OKButton_Click(Session& session) {
-  const session::GroupAdd& window = session.group_add;
+bool GroupAdd_OKButton_Click(Desktop& session) {
+  const GroupAdd& window = session.group_add;
   return create(session, {window.GRP_Name.text, window.GRP_DESCRIPTION.text,
                           static_cast<GroupKind>(chosen(window.Option2)),
                           static_cast<GroupScope>(chosen(window.Option1))});
 }
 
-void ask_for_nt_group(Session& session) {
+void ask_for_nt_group(Desktop& session) {
   create(session,
          {.name = session.platform.dialogs.InputBox("Enter Name for New Global Group", "Add Group")});
 }

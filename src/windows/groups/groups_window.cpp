@@ -2,39 +2,38 @@
 
 #include "base/text.hpp"
 #include "directory/loading/ad_load.hpp"
-#include "directory/user_details.hpp"
+#include "windows/account/details_tab.hpp"
 #include "groups/delete_group.hpp"
 #include "groups/show_group.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/hourglass.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/session.hpp"
 #include "windows/groups/copy_group.hpp"
 #include "windows/groups/group_add.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 
 using controls::ListRow;
 using groups::MembersOutcome;
-using session::Session;
 
 namespace {
 
-void tell(Session& session, const std::string& panel1, const std::string& panel2 = {}) {
+void tell(Desktop& session, const std::string& panel1, const std::string& panel2 = {}) {
   session.groups.StatusBar1.panel1 = panel1;
   session.groups.StatusBar1.panel2 = panel2;
 }
 
 /// No group is shown.
-void clear_group(Session& session) {
+void clear_group(Desktop& session) {
   session.groups.Decsription_Text.text = std::string();
   session.groups.ShownGroup = std::string();
 }
 
 /// Enables the buttons that have something to work on.
-void enable_buttons(Session& session) {
-  session::Groupsfrm& window = session.groups;
+void enable_buttons(Desktop& session) {
+  Groupsfrm& window = session.groups;
   const bool chosen = window.ListView1.selected() != nullptr;
   const bool shown = !window.ShownGroup.get().empty();
   window.Group_Details.enabled = chosen;
@@ -52,12 +51,12 @@ std::vector<std::string> selected_keys(const controls::ListView& list) {
 }
 
 /// Changes the members of the chosen group by the selected users of a list.
-MembersOutcome change_members(Session& session, const controls::ListView& list,
+MembersOutcome change_members(Desktop& session, const controls::ListView& list,
                               decltype(groups::add_members)& change) {
   const ListRow* const chosen = session.groups.ListView1.selected();
   if (chosen == nullptr)
     return {};
-  const session::Hourglass hourglass(session.form1);
+  const Hourglass hourglass(session.form1);
   MembersOutcome outcome = change(session, groups::group_of(*chosen), selected_keys(list));
   session.groups.StatusBar1.panel1 = outcome.text;
   enable_buttons(session);
@@ -66,15 +65,15 @@ MembersOutcome change_members(Session& session, const controls::ListView& list,
 
 }  // namespace
 
-void Groupsfrm_Show(Session& session) {
-  session::Groupsfrm& window = session.groups;
+void Groupsfrm_Show(Desktop& session) {
+  Groupsfrm& window = session.groups;
   Groupsfrm_Form_Load(session);
   session.form1.enabled = false;
   window.visible = true;
 }
 
-void Groupsfrm_Form_Load(Session& session) {
-  session::Groupsfrm& window = session.groups;
+void Groupsfrm_Form_Load(Desktop& session) {
+  Groupsfrm& window = session.groups;
   window.Decsription_Text.locked = true;
   // All users of a WinNT domain are read when it is loaded.
   window.btn_showGrpusers.visible = session::is_active_directory(session);
@@ -82,20 +81,20 @@ void Groupsfrm_Form_Load(Session& session) {
   enable_buttons(session);
 }
 
-void Groupsfrm_ExitButton_Click(Session& session) {
+void Groupsfrm_ExitButton_Click(Desktop& session) {
   groups::give_members_back(session);
   clear_group(session);
   session.form1.enabled = true;
   session.groups.visible = false;
 }
 
-void Groupsfrm_Group_Details_Click(Session& session) {
+void Groupsfrm_Group_Details_Click(Desktop& session) {
   const ListRow* const row = session.groups.ListView1.selected();
   if (row == nullptr)
     return;
   tell(session, "Please wait...");
   clear_group(session);
-  const session::Hourglass hourglass(session.form1);
+  const Hourglass hourglass(session.form1);
   const groups::GroupDetails details = groups::show_group(session, groups::group_of(*row));
   if (details.failure.empty()) {
     session.groups.Decsription_Text.text = details.comment;
@@ -110,12 +109,12 @@ void Groupsfrm_Group_Details_Click(Session& session) {
   enable_buttons(session);
 }
 
-void Groupsfrm_ListView1_DblClick(Session& session) {
+void Groupsfrm_ListView1_DblClick(Desktop& session) {
   Groupsfrm_Group_Details_Click(session);
 }
 
-void Groupsfrm_ListView1_Click(Session& session) {
-  session::Groupsfrm& window = session.groups;
+void Groupsfrm_ListView1_Click(Desktop& session) {
+  Groupsfrm& window = session.groups;
   const controls::ListRow* const row = window.ListView1.selected();
   const std::string& shown = window.ShownGroup;
   if (!shown.empty() && (row == nullptr || row->key != shown)) {
@@ -126,8 +125,8 @@ void Groupsfrm_ListView1_Click(Session& session) {
   enable_buttons(session);
 }
 
-void Groupsfrm_ListView1_ColumnClick(Session& session, int column) {
-  session::Groupsfrm& window = session.groups;
+void Groupsfrm_ListView1_ColumnClick(Desktop& session, int column) {
+  Groupsfrm& window = session.groups;
   if (window.SortKey == column) {
     window.SortDescending = !window.SortDescending.get();
     return;
@@ -136,48 +135,48 @@ void Groupsfrm_ListView1_ColumnClick(Session& session, int column) {
   window.SortKey = column;
 }
 
-MembersOutcome Groupsfrm_Command2_Click(Session& session) {
+MembersOutcome Groupsfrm_Command2_Click(Desktop& session) {
   return change_members(session, session.domain.NotMembers, groups::add_members);
 }
 
-MembersOutcome Groupsfrm_Command1_Click(Session& session) {
+MembersOutcome Groupsfrm_Command1_Click(Desktop& session) {
   return change_members(session, session.domain.Members, groups::remove_members);
 }
 
-void Groupsfrm_Members_Click(Session& session) {
+void Groupsfrm_Members_Click(Desktop& session) {
   if (session.domain.NotMembers.selected() != nullptr)
     session.domain.NotMembers.select(nullptr);
   enable_buttons(session);
 }
 
-void Groupsfrm_NotMembers_Click(Session& session) {
+void Groupsfrm_NotMembers_Click(Desktop& session) {
   if (session.domain.Members.selected() != nullptr)
     session.domain.Members.select(nullptr);
   enable_buttons(session);
 }
 
-void Groupsfrm_Members_DblClick(Session& session) {
+void Groupsfrm_Members_DblClick(Desktop& session) {
   Groupsfrm_Command1_Click(session);
 }
 
-bool Groupsfrm_Delete_Group_Click(Session& session) {
+bool Groupsfrm_Delete_Group_Click(Desktop& session) {
   const ListRow* const chosen = session.groups.ListView1.selected();
   if (chosen == nullptr || !groups::confirm_deletion(session, chosen->text))
     return false;
-  const session::Hourglass hourglass(session.form1);
+  const Hourglass hourglass(session.form1);
   const groups::GroupOutcome outcome = groups::delete_group(session, groups::group_of(*chosen));
   if (outcome.light != session::kGreen) {
     session.groups.StatusBar1.panel1 = outcome.text;
     return false;
   }
   clear_group(session);
-  directory::Clear_UM(session);
+  Clear_UM(session);
   tell(session, outcome.text);
   enable_buttons(session);
   return true;
 }
 
-void Groupsfrm_Add_Group_Click(Session& session) {
+void Groupsfrm_Add_Group_Click(Desktop& session) {
   if (session::is_active_directory(session)) {
     GroupAdd_Form_Load(session);
     session.platform.dialogs.show_modal("GroupAdd");
@@ -187,7 +186,7 @@ void Groupsfrm_Add_Group_Click(Session& session) {
   enable_buttons(session);
 }
 
-void Groupsfrm_COPY_GRP_Click(Session& session) {
+void Groupsfrm_COPY_GRP_Click(Desktop& session) {
   frmCopy_Group_Form_Load(session);
   session.platform.dialogs.show_modal("frmCopy_Group");
   // There may now be more members to show.
@@ -195,9 +194,9 @@ void Groupsfrm_COPY_GRP_Click(Session& session) {
     Groupsfrm_Group_Details_Click(session);
 }
 
-void Groupsfrm_btn_showGrpusers_Click(Session& session) {
+void Groupsfrm_btn_showGrpusers_Click(Desktop& session) {
   const bool shown = !session.groups.ShownGroup.get().empty();
-  directory::btn_showGrpusers_Click(session);
+  directory::show_all_users(session, directory::UserList::kMembers, session.groups.StatusBar1);
   // All users that were read are in one list again.
   if (shown && session.domain.Members.empty())
     Groupsfrm_Group_Details_Click(session);

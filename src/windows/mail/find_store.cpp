@@ -3,22 +3,20 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "mail/find_store.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 namespace {
 
-using session::Session;
-
 constexpr const char* kTitle = "Find Store";
 
-void tell(Session& session, const std::string& text, const char* title) {
+void tell(Desktop& session, const std::string& text, const char* title) {
   session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kExclamation, title);
 }
 
-std::string server_of(const session::Form1& form) {
+std::string server_of(const Form1& form) {
   return std::string(base::trim(form.EXSERVER.text.get()));
 }
 
@@ -29,8 +27,8 @@ void fill(controls::ComboBox& list, const std::vector<std::string>& names) {
   list.select(names.empty() ? -1 : 0);
 }
 
-void fill_stores(Session& session) {
-  session::Form1& form = session.form1;
+void fill_stores(Desktop& session) {
+  Form1& form = session.form1;
   std::vector<std::string> stores;
   base::Trap trap;
   if (!form.EXSite.text.get().empty()) {
@@ -45,8 +43,8 @@ void fill_stores(Session& session) {
 
 }  // namespace
 
-void Find_Store_Click(Session& session) {
-  session::Form1& form = session.form1;
+void Find_Store_Click(Desktop& session) {
+  Form1& form = session.form1;
   if (!session::is_active_directory(session))
     return tell(session, "Not Available in WinNT mode. Windows 2000 only", "WIN2000 only");
   if (!form.EXSite.enabled) {
@@ -59,7 +57,7 @@ void Find_Store_Click(Session& session) {
   mail::StorageGroups found;
   base::Trap trap;
   trap([&] {
-    const session::Hourglass hourglass(form);
+    const Hourglass hourglass(form);
     found = mail::find_storage_groups(session, server, std::string(base::trim(form.EXorg.text.get())));
   });
   if (!found.organisation.empty())
@@ -74,8 +72,8 @@ void Find_Store_Click(Session& session) {
   fill_stores(session);
 }
 
-void storage_group_chosen(Session& session) {
-  const session::Form1& form = session.form1;
+void storage_group_chosen(Desktop& session) {
+  const Form1& form = session.form1;
   const bool newer = form.EXH5.index == 1 && session::is_active_directory(session);
   if (newer && form.EXSite.list_index() >= 0)
     fill_stores(session);

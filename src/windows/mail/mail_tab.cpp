@@ -1,10 +1,10 @@
 #include "windows/mail/mail_tab.hpp"
 
-#include "session/form1.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 
-session::MailAdministrator mail_administrator(const session::Form1& form) {
+session::MailAdministrator mail_administrator(const Form1& form) {
   return {form.txtAdmin.text, form.txtPassword.text, form.PORT.text, form.Mail_Logon.on()};
 }
 

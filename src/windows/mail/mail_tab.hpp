@@ -2,13 +2,11 @@
 
 #include "session/preferences.hpp"
 
-namespace twk::session {
-struct Form1;
-}
-
 namespace twk::windows {
 
+struct Form1;
+
 /// What the Mail tab of the set-up says about the logon to an Exchange 5.5 server.
-session::MailAdministrator mail_administrator(const session::Form1& form);
+session::MailAdministrator mail_administrator(const Form1& form);
 
 }  // namespace twk::windows

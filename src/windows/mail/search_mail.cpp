@@ -7,17 +7,15 @@
 #include "controls/drawing_off.hpp"
 #include "controls/tree_view.hpp"
 #include "mail/search_mail.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/directory_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 namespace {
 
 using controls::TreeNode;
-using session::Serach_Mail;
-using session::Session;
 
 constexpr const char* kMailbox = "MAIL";
 
@@ -48,7 +46,7 @@ void show_found(Serach_Mail& window, const mail::SiteSearch& search) {
   window.caption = title_for(found.size());
 }
 
-void find_and_show(Session& session, const std::string& name) {
+void find_and_show(Desktop& session, const std::string& name) {
   Serach_Mail& window = session.serach_mail;
   mail::MailSearch asked = *window.asked;
   asked.place.Server = base::trim(window.Text2.text.get());
@@ -60,7 +58,7 @@ void find_and_show(Session& session, const std::string& name) {
   base::Trap trap;
   {
     const controls::DrawingOff off(window.TreeView1);
-    const session::Hourglass hourglass(session.form1);
+    const Hourglass hourglass(session.form1);
     trap([&] {
       window.found = std::make_shared<const mail::SiteSearch>(search_site(session, *window.asked));
     });
@@ -71,7 +69,7 @@ void find_and_show(Session& session, const std::string& name) {
   mail::report_failed_search(session, {trap.number(), trap.description()});
 }
 
-void open_on(Session& session, const mail::MailboxDeletion& request) {
+void open_on(Desktop& session, const mail::MailboxDeletion& request) {
   Serach_Mail& window = session.serach_mail;
   window.caption = "Select Mailbox";
   window.Text1.text = request.SamName;
@@ -82,12 +80,12 @@ void open_on(Session& session, const mail::MailboxDeletion& request) {
 
 }  // namespace
 
-void prepare_search(Session& session, const mail::MailboxDeletion& request) {
+void prepare_search(Desktop& session, const mail::MailboxDeletion& request) {
   open_on(session, request);
   find_and_show(session, request.SamName);
 }
 
-std::optional<mail::Recipient> choose_mailbox(Session& session, const mail::MailboxDeletion& request) {
+std::optional<mail::Recipient> choose_mailbox(Desktop& session, const mail::MailboxDeletion& request) {
   prepare_search(session, request);
   session.platform.dialogs.show_modal("Serach_Mail");
   const Serach_Mail& window = session.serach_mail;
@@ -98,11 +96,11 @@ std::optional<mail::Recipient> choose_mailbox(Session& session, const mail::Mail
   return mail::read_recipient(session, *window.asked, *node);
 }
 
-void search_again(Session& session) {
+void search_again(Desktop& session) {
   find_and_show(session, std::string(base::trim(session.serach_mail.Text1.text.get())));
 }
 
-bool Delete_Mail(Session& session) {
+bool Delete_Mail(Desktop& session) {
   Serach_Mail& window = session.serach_mail;
   const TreeNode* const node = window.TreeView1.selected();
   window.Chosen = node != nullptr && node->image == kMailbox;

@@ -8,18 +8,16 @@
 #include "batch/find_accounts.hpp"
 #include "batch/unlock_accounts.hpp"
 #include "platform/adsi.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
 #include "session/run_scope.hpp"
 #include "windows/multi_user/run_window.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 namespace {
 
 using batch::AccountFunction;
 using platform::ObjectPtr;
-using session::MultiUser;
-using session::Session;
 
 constexpr std::array<std::string_view, 5> kConfirmations = {
     "This will enable all selected accounts", "This will disable all selected accounts",
@@ -27,14 +25,14 @@ constexpr std::array<std::string_view, 5> kConfirmations = {
     "This will set the password not to expire on all selected accounts",
     "This will reset the passwords on the selected accounts"};
 
-bool is_confirmed(Session& session, AccountFunction function) {
+bool is_confirmed(Desktop& session, AccountFunction function) {
   return session.platform.dialogs.MsgBox(std::string(kConfirmations.at(static_cast<std::size_t>(function))) +
                                              "\r\nPress 'OK' to continue",
                                          platform::Buttons::kOkCancel, platform::Icon::kQuestion,
                                          "Modify Accounts") == platform::Answer::kOk;
 }
 
-void change(Session& session, AccountFunction function) {
+void change(Desktop& session, AccountFunction function) {
   MultiUser& window = session.multi_user;
   window.Unlock_Stage = false;
   if (window.ListView1.empty())
@@ -42,7 +40,7 @@ void change(Session& session, AccountFunction function) {
   session.log.begin_block();
   if (!is_confirmed(session, function))
     return session.log.close();
-  const session::Hourglass hourglass(window.mouse_pointer);
+  const Hourglass hourglass(window.mouse_pointer);
   const RunningWindow running(session, window.btnGo,
                               {&window.Command7.enabled, &window.DELIMPORT.enabled, &window.Command1.enabled,
                                &window.Command2.enabled, &window.LockAcc.enabled});
@@ -57,7 +55,7 @@ void change(Session& session, AccountFunction function) {
   }
 }
 
-RunningWindow begin_search(Session& session) {
+RunningWindow begin_search(Desktop& session) {
   MultiUser& window = session.multi_user;
   window.Label3.caption = std::string("Please wait searching accounts.... ");
   window.ProgressBar1.value = 0;
@@ -66,7 +64,7 @@ RunningWindow begin_search(Session& session) {
                         &window.Command2.enabled, &window.btn_Showusers.enabled, &window.LockAcc.enabled});
 }
 
-void find_expired(Session& session, session::RunView& view) {
+void find_expired(Desktop& session, session::RunView& view) {
   const auto limit = base::parse_date(base::trim(session.multi_user.Expiredate.text.get()));
   const RunningWindow running = begin_search(session);
   std::size_t found = 0;
@@ -77,7 +75,7 @@ void find_expired(Session& session, session::RunView& view) {
   view.step(whole ? "Total Expired Accounts: " + std::to_string(found) : "Find canceled by user.");
 }
 
-void search_locked(Session& session, session::RunView& view) {
+void search_locked(Desktop& session, session::RunView& view) {
   std::size_t found = 0;
   const bool whole = batch::find_accounts(
       session, [](const ObjectPtr& account) { return platform::User(account).IsAccountLocked(); }, view,
@@ -88,7 +86,7 @@ void search_locked(Session& session, session::RunView& view) {
                   : "Find canceled by user. Press 'G0' again to unlock selected accounts.");
 }
 
-void unlock_selection(Session& session, session::RunView& view) {
+void unlock_selection(Desktop& session, session::RunView& view) {
   MultiUser& window = session.multi_user;
   view.step("Unlocking accounts...");
   const bool whole =
@@ -97,7 +95,7 @@ void unlock_selection(Session& session, session::RunView& view) {
   window.Unlock_Stage = !whole;
 }
 
-void find_locked(Session& session, session::RunView& view) {
+void find_locked(Desktop& session, session::RunView& view) {
   MultiUser& window = session.multi_user;
   if (window.Unlock_Stage && window.ListView1.empty()) {
     window.Unlock_Stage = false;
@@ -107,13 +105,13 @@ void find_locked(Session& session, session::RunView& view) {
   window.Unlock_Stage ? unlock_selection(session, view) : search_locked(session, view);
 }
 
-void search(Session& session, int function) {
+void search(Desktop& session, int function) {
   MultiUser& window = session.multi_user;
   MultiUserView view(session, window.btnGo);
   const session::RunScope scope(session, {}, view);
   window.ProgressBar1_visible = true;
   try {
-    function == session::lock_acc::kFindExpired ? find_expired(session, view) : find_locked(session, view);
+    function == lock_acc::kFindExpired ? find_expired(session, view) : find_locked(session, view);
   } catch (const base::RuntimeError& failure) {
     batch::tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
@@ -122,16 +120,16 @@ void search(Session& session, int function) {
 
 }  // namespace
 
-void btnGo_Click(Session& session) {
+void btnGo_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
   const int chosen = window.LockAcc.index;
-  const int function = chosen < 0 || chosen > session::lock_acc::kFindLocked ? 0 : chosen;
-  if (window.btnGo.caption == std::string(session::kCancelCaption)) {
+  const int function = chosen < 0 || chosen > lock_acc::kFindLocked ? 0 : chosen;
+  if (window.btnGo.caption == std::string(kCancelCaption)) {
     window.btnGo.caption = std::string("&Go");
-    window.Unlock_Stage = window.Unlock_Stage || function == session::lock_acc::kFindLocked;
-  } else if (!session::is_running(window)) {
-    function >= session::lock_acc::kFindExpired ? search(session, function)
-                                                : change(session, static_cast<AccountFunction>(function));
+    window.Unlock_Stage = window.Unlock_Stage || function == lock_acc::kFindLocked;
+  } else if (!is_running(window)) {
+    function >= lock_acc::kFindExpired ? search(session, function)
+                                       : change(session, static_cast<AccountFunction>(function));
   }
 }
 

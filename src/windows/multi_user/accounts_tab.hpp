@@ -1,7 +1,7 @@
 #pragma once
 
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::windows {
@@ -10,6 +10,6 @@ namespace twk::windows {
 /// accounts at once, and while it is running stops it after the current account. "Find Locked Accounts" has
 /// two stages: the first moves the accounts that are locked out into the selection, the next Go unlocks the
 /// selection.
-void btnGo_Click(session::Session& session);
+void btnGo_Click(Desktop& session);
 
 }  // namespace twk::windows

@@ -1,25 +1,22 @@
 #include "windows/multi_user/delete_options.hpp"
 
 #include "base/text.hpp"
-#include "session/multi_user.hpp"
-#include "session/session.hpp"
 #include "session/settings.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {
 
-using session::MultiUser;
-using session::Session;
-
-void read(Session& session, std::string_view name, controls::CheckBox& box) {
+void read(Desktop& session, std::string_view name, controls::CheckBox& box) {
   box.value = base::equals_fold(session::read_setting(session, session::kDU, name), "Yes") ? 1 : 0;
 }
 
-void store(Session& session, std::string_view name, const controls::CheckBox& box) {
+void store(Desktop& session, std::string_view name, const controls::CheckBox& box) {
   session::write_yes_no(session, session::kDU, name, box.on());
 }
 
-void warn(Session& session, const controls::CheckBox& box) {
+void warn(Desktop& session, const controls::CheckBox& box) {
   if (!box.on())
     return;
   session.platform.dialogs.MsgBox(
@@ -31,7 +28,7 @@ void warn(Session& session, const controls::CheckBox& box) {
 
 }  // namespace
 
-void show_delete_options(Session& session) {
+void show_delete_options(Desktop& session) {
   MultiUser& window = session.multi_user;
   const bool data = window.Delete_Data.on();
   window.Del_Permissions.enabled = data;
@@ -43,7 +40,7 @@ void show_delete_options(Session& session) {
   window.EX_Server.enabled = window.Delete_Mail.on();
 }
 
-void read_delete_options(Session& session) {
+void read_delete_options(Desktop& session) {
   MultiUser& window = session.multi_user;
   read(session, "DeleteNT", window.Delete_NT_Account);
   read(session, "DeleteData", window.Delete_Data);
@@ -54,37 +51,37 @@ void read_delete_options(Session& session) {
   show_delete_options(session);
 }
 
-void Del_Shares_Click(Session& session) {
+void Del_Shares_Click(Desktop& session) {
   store(session, "DeleteShares", session.multi_user.Del_Shares);
 }
 
-void Del_Permissions_Click(Session& session) {
+void Del_Permissions_Click(Desktop& session) {
   store(session, "TakeOwnership", session.multi_user.Del_Permissions);
 }
 
-void Delete_NT_Account_Click(Session& session) {
+void Delete_NT_Account_Click(Desktop& session) {
   store(session, "DeleteNT", session.multi_user.Delete_NT_Account);
 }
 
-void Delete_Data_Click(Session& session) {
+void Delete_Data_Click(Desktop& session) {
   show_delete_options(session);
   store(session, "DeleteData", session.multi_user.Delete_Data);
 }
 
-void Delete_Mail_Click(Session& session) {
+void Delete_Mail_Click(Desktop& session) {
   show_delete_options(session);
   store(session, "DeleteMail", session.multi_user.Delete_Mail);
 }
 
-void Run_command_Click(Session& session) {
+void Run_command_Click(Desktop& session) {
   store(session, "Runcmd", session.multi_user.Run_command);
 }
 
-void No_Prompting_Click(Session& session) {
+void No_Prompting_Click(Desktop& session) {
   warn(session, session.multi_user.No_Prompting);
 }
 
-void No_Prompt_Click(Session& session) {
+void No_Prompt_Click(Desktop& session) {
   warn(session, session.multi_user.No_Prompt);
 }
 

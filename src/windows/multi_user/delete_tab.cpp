@@ -2,18 +2,15 @@
 
 #include "base/text.hpp"
 #include "batch/delete_users.hpp"
-#include "session/form1.hpp"
 #include "windows/mail/mail_tab.hpp"
 #include "windows/mail/search_mail.hpp"
 #include "windows/multi_user/run_window.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
 
-using session::MultiUser;
-using session::Session;
-
-bool lacks_server(Session& session) {
+bool lacks_server(Desktop& session) {
   const MultiUser& window = session.multi_user;
   if (!window.Delete_Mail.on() || !base::trim(window.EX_Server.text.get()).empty())
     return false;
@@ -23,7 +20,7 @@ bool lacks_server(Session& session) {
   return true;
 }
 
-void run(Session& session) {
+void run(Desktop& session) {
   MultiUser& window = session.multi_user;
   const RunningWindow running(
       session, window.Del_User,
@@ -38,9 +35,9 @@ void run(Session& session) {
 
 }  // namespace
 
-lifecycle::DeleteOrder delete_order(Session& session) {
+lifecycle::DeleteOrder delete_order(Desktop& session) {
   const MultiUser& window = session.multi_user;
-  const session::Form1& form = session.form1;
+  const Form1& form = session.form1;
   lifecycle::DeleteOrder order;
   order.shares = window.Del_Shares.on();
   order.take_ownership = window.Del_Permissions.on();
@@ -60,11 +57,11 @@ lifecycle::DeleteOrder delete_order(Session& session) {
   return order;
 }
 
-void Del_User_Click(Session& session) {
+void Del_User_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
-  if (window.Del_User.caption == std::string(session::kCancelCaption))
+  if (window.Del_User.caption == std::string(kCancelCaption))
     return stop_over_selection(session, window.Del_User, "&Delete Users", "Delete Canceled");
-  if (session::is_running(window) || window.ListView1.empty() || lacks_server(session))
+  if (is_running(window) || window.ListView1.empty() || lacks_server(session))
     return;
   run(session);
 }

@@ -2,15 +2,13 @@
 
 #include "base/text.hpp"
 #include "batch/move_users.hpp"
-#include "session/form1.hpp"
 #include "windows/multi_user/run_window.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 namespace {
 
 using lifecycle::MovedData;
-using session::MultiUser;
-using session::Session;
 
 MovedData chosen_data(const MultiUser& window) {
   switch (window.UserData.index) {
@@ -23,7 +21,7 @@ MovedData chosen_data(const MultiUser& window) {
   }
 }
 
-bool lacks_target(Session& session) {
+bool lacks_target(Desktop& session) {
   const MultiUser& window = session.multi_user;
   if (!base::trim(window.Multi_Site.text.get()).empty() &&
       !base::trim(window.Multi_Template.text.get()).empty())
@@ -33,7 +31,7 @@ bool lacks_target(Session& session) {
   return true;
 }
 
-void run(Session& session) {
+void run(Desktop& session) {
   MultiUser& window = session.multi_user;
   const RunningWindow running(
       session, window.btn_MoveUser,
@@ -48,9 +46,9 @@ void run(Session& session) {
 
 }  // namespace
 
-lifecycle::MoveOrder move_order(const Session& session) {
+lifecycle::MoveOrder move_order(const Desktop& session) {
   const MultiUser& window = session.multi_user;
-  const session::Form1& form = session.form1;
+  const Form1& form = session.form1;
   lifecycle::MoveOrder order;
   order.site = window.Multi_Site.text;
   order.template_name = window.Multi_Template.text;
@@ -66,11 +64,11 @@ lifecycle::MoveOrder move_order(const Session& session) {
   return order;
 }
 
-void btn_MoveUser_Click(Session& session) {
+void btn_MoveUser_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
-  if (window.btn_MoveUser.caption == std::string(session::kCancelCaption))
+  if (window.btn_MoveUser.caption == std::string(kCancelCaption))
     return stop_over_selection(session, window.btn_MoveUser, "&Move Users", "Move Canceled");
-  if (session::is_running(window) || window.ListView1.empty() || lacks_target(session))
+  if (is_running(window) || window.ListView1.empty() || lacks_target(session))
     return;
   run(session);
 }

@@ -11,30 +11,28 @@
 #include "directory/loading/nt_load.hpp"
 #include "records/record_file.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/multi_user.hpp"
-#include "session/session.hpp"
 #include "session/settings.hpp"
 #include "stores/database_files.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 #include "windows/multi_user/delete_options.hpp"
 #include "windows/multi_user/properties_tab.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::windows {
 namespace {
 
 using controls::ListRow;
 using controls::ListView;
-using session::MultiUser;
-using session::Session;
 
-bool skips_users(Session& session) {
+bool skips_users(Desktop& session) {
   return base::equals_fold(session::read_setting(session, session::kADO, "SkipUsers"), "TRUE");
 }
 
 /// The live records of a file, all read before a list is touched. A missing file has
 /// none.
-std::vector<std::string> live_records(Session& session, std::string_view file, std::size_t size) {
+std::vector<std::string> live_records(Desktop& session, std::string_view file, std::size_t size) {
   std::vector<std::string> records;
   records::RecordFile::open_read(session.platform.files, stores::database_path(session, file), size)
       .search([&](std::string_view bytes) {
@@ -51,7 +49,7 @@ void add_once(controls::ComboBox& box, const std::string& item) {
     box.add_item(item);
 }
 
-void fill_sites(Session& session) {
+void fill_sites(Desktop& session) {
   MultiUser& window = session.multi_user;
   std::vector<std::string> records;
   base::Trap trap;
@@ -71,7 +69,7 @@ void fill_sites(Session& session) {
   }
 }
 
-void fill_templates(Session& session) {
+void fill_templates(Desktop& session) {
   controls::ComboBox& box = session.multi_user.Multi_Template;
   std::vector<std::string> records;
   base::Trap trap;
@@ -82,7 +80,7 @@ void fill_templates(Session& session) {
 }
 
 /// Adds what is not in the selection yet. An account that was created again is no longer a ghost.
-void take(Session& session, ListView& list, const std::vector<const ListRow*>& rows) {
+void take(Desktop& session, ListView& list, const std::vector<const ListRow*>& rows) {
   ListView& selection = session.domain.selection;
   for (const ListRow* const row : rows) {
     const ListRow* const there = selection.find_key(row->key);
@@ -100,12 +98,12 @@ ListView& home_of(MultiUser& window, const ListRow& row) {
 
 }  // namespace
 
-void MultiUser_Initialize(Session& session) {
+void MultiUser_Initialize(Desktop& session) {
   session.multi_user.initialized = true;
   read_delete_options(session);
 }
 
-void MultiUser_Load(Session& session) {
+void MultiUser_Load(Desktop& session) {
   if (!session.multi_user.initialized)
     MultiUser_Initialize(session);
   fill_sites(session);
@@ -114,14 +112,14 @@ void MultiUser_Load(Session& session) {
   session.multi_user.btn_Showusers.visible = session::is_active_directory(session) || skips_users(session);
 }
 
-void show_multi_user(Session& session) {
+void show_multi_user(Desktop& session) {
   if (!session.multi_user.initialized)
     MultiUser_Initialize(session);
   prepare_properties(session);
   session.platform.dialogs.show_modal("MultiUser");
 }
 
-void show_for_user(Session& session, const controls::TreeNode& node, int tab) {
+void show_for_user(Desktop& session, const controls::TreeNode& node, int tab) {
   MultiUser& window = session.multi_user;
   const bool by_key = session::is_active_directory(session);
   const std::string& key = by_key ? node.key : node.text;
@@ -135,20 +133,20 @@ void show_for_user(Session& session, const controls::TreeNode& node, int tab) {
   show_multi_user(session);
 }
 
-void select_from(Session& session, ListView& list) {
-  if (!session::is_running(session.multi_user))
+void select_from(Desktop& session, ListView& list) {
+  if (!is_running(session.multi_user))
     take(session, list, list.selected_rows());
 }
 
-void Command1_Click(Session& session) {
+void Command1_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
   for (ListView* const list : {&window.ListView2, &window.ListView3, &window.ListView4})
     select_from(session, *list);
 }
 
-void Command2_Click(Session& session) {
+void Command2_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
-  if (session::is_running(window))
+  if (is_running(window))
     return;
   std::vector<const ListRow*> users;
   std::vector<const ListRow*> groups;
@@ -168,17 +166,17 @@ void Command2_Click(Session& session) {
   controls::move_rows(window.ListView1, units, window.ListView4);
 }
 
-void btn_Showusers_Click(Session& session) {
-  if (session::is_running(session.multi_user))
+void btn_Showusers_Click(Desktop& session) {
+  if (is_running(session.multi_user))
     return;
   if (session::is_active_directory(session))
-    directory::btn_Showusers_Click(session);
+    directory::show_all_users(session, directory::UserList::kSelection, session.status);
   else
     directory::show_nt_users(session);
 }
 
-bool Command7_Click(Session& session) {
-  if (session::is_running(session.multi_user))
+bool Command7_Click(Desktop& session) {
+  if (is_running(session.multi_user))
     return false;
   if (skips_users(session))
     session.domain.users.clear();

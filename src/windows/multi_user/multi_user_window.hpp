@@ -4,34 +4,34 @@ namespace twk::controls {
 class ListView;
 struct TreeNode;
 }  // namespace twk::controls
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 /// The window that works on many users at once: its selection, and what its tabs share.
 namespace twk::windows {
 
 /// Sets the boxes of the "Delete Users" tab from the settings. Once a session.
-void MultiUser_Initialize(session::Session& session);
+void MultiUser_Initialize(Desktop& session);
 /// Fills the lists of sites, templates and Exchange servers, and sets which buttons are available, after a
 /// domain was loaded.
-void MultiUser_Load(session::Session& session);
+void MultiUser_Load(Desktop& session);
 /// Shows the window until the person closes it.
-void show_multi_user(session::Session& session);
+void show_multi_user(Desktop& session);
 /// Adds the user of a node of the tree to the selection and shows the window at a tab of
-/// `session::multi_tab`.
-void show_for_user(session::Session& session, const controls::TreeNode& node, int tab);
+/// `multi_tab`.
+void show_for_user(Desktop& session, const controls::TreeNode& node, int tab);
 
 /// Moves the selected rows of the lists of users, groups and units into the selection. This and the
 /// following do nothing while a function runs.
-void Command1_Click(session::Session& session);
+void Command1_Click(Desktop& session);
 /// Returns the selected rows of the selection to the lists they came from; a deleted user is dropped.
-void Command2_Click(session::Session& session);
+void Command2_Click(Desktop& session);
 /// The same for one list: a double click.
-void select_from(session::Session& session, controls::ListView& list);
+void select_from(Desktop& session, controls::ListView& list);
 /// Loads the list of users, when the person agrees.
-void btn_Showusers_Click(session::Session& session);
+void btn_Showusers_Click(Desktop& session);
 /// Closes the window. False while a function runs.
-bool Command7_Click(session::Session& session);
+bool Command7_Click(Desktop& session);
 
 }  // namespace twk::windows

@@ -7,15 +7,13 @@
 #include "base/text.hpp"
 #include "batch/change_property.hpp"
 #include "batch/property_file.hpp"
-#include "session/ad_properties.hpp"
 #include "windows/multi_user/run_window.hpp"
+#include "windows/state/ad_properties.hpp"
 
 namespace twk::windows {
 namespace {
 
 using batch::PropertySchema;
-using session::ADProperties;
-using session::Session;
 
 constexpr std::string_view kTitle = "AD Propeties Import";
 constexpr std::string_view kMultiValue = ":- Multi value";
@@ -28,7 +26,7 @@ void show(ADProperties& tab, const PropertySchema& property) {
   tab.AD_Replace.enabled = several;
 }
 
-std::string chosen(const Session& session) {
+std::string chosen(const Desktop& session) {
   return std::string(base::trim(session.ad_properties.AD_Properties.text.get()));
 }
 
@@ -40,7 +38,7 @@ std::string file_title(std::string_view path) {
 /// `CHANGE_AD` stops the run, and the tab's own bar shows its progress.
 class PropertiesView final : public session::RunView {
  public:
-  explicit PropertiesView(Session& session)
+  explicit PropertiesView(Desktop& session)
       : session_(session),
         window_(session, session.ad_properties.CHANGE_AD,
                 {&session.multi_user.Command7.enabled, &session.multi_user.DELIMPORT.enabled,
@@ -63,11 +61,11 @@ class PropertiesView final : public session::RunView {
   }
 
  private:
-  Session& session_;
+  Desktop& session_;
   RunningWindow window_;
 };
 
-batch::PropertyCounts run_file(Session& session, const std::string& path, const PropertyObserver& user_done) {
+batch::PropertyCounts run_file(Desktop& session, const std::string& path, const PropertyObserver& user_done) {
   batch::PropertyCounts counts;
   base::Trap trap;
   trap([&] {
@@ -90,7 +88,7 @@ batch::PropertyCounts run_file(Session& session, const std::string& path, const 
   return counts;
 }
 
-void log(Session& session, const std::string& text) {
+void log(Desktop& session, const std::string& text) {
   session.log.open();
   session.log.line(text);
   session.log.close();
@@ -98,7 +96,7 @@ void log(Session& session, const std::string& text) {
 
 }  // namespace
 
-void prepare_properties(Session& session) {
+void prepare_properties(Desktop& session) {
   ADProperties& tab = session.ad_properties;
   if (!session::is_active_directory(session)) {
     tab.AD_Properties.clear();
@@ -116,7 +114,7 @@ void prepare_properties(Session& session) {
                                   platform::Icon::kExclamation, "");
 }
 
-void fill_properties(Session& session) {
+void fill_properties(Desktop& session) {
   ADProperties& tab = session.ad_properties;
   tab.AD_Properties.clear();
   controls::choose(tab.AD_Append, tab.AD_Replace, true);
@@ -125,7 +123,7 @@ void fill_properties(Session& session) {
                              [&tab](std::string name) { tab.AD_Properties.add_item(std::move(name)); });
 }
 
-void AD_Properties_Click(Session& session) {
+void AD_Properties_Click(Desktop& session) {
   ADProperties& tab = session.ad_properties;
   const std::string property = chosen(session);
   tab.looked_up = property;
@@ -138,7 +136,7 @@ void AD_Properties_Click(Session& session) {
     session.multi_user.Label3.caption = "\"" + property + "\" is not a property: " + trap.description();
 }
 
-void AD_Properties_Change(Session& session) {
+void AD_Properties_Change(Desktop& session) {
   ADProperties& tab = session.ad_properties;
   const std::vector<std::string>& names = tab.AD_Properties.items();
   const std::string property = chosen(session);
@@ -149,14 +147,14 @@ void AD_Properties_Change(Session& session) {
   show(tab, {});
 }
 
-void AD_Properties_Leave(Session& session) {
+void AD_Properties_Leave(Desktop& session) {
   if (session.ad_properties.looked_up != chosen(session))
     AD_Properties_Click(session);
 }
 
 /// What the tab asks for; none, which `Label3` explains, for no property and for one that the schema does not
 /// know.
-std::optional<batch::PropertyOrder> property_order(Session& session) {
+std::optional<batch::PropertyOrder> property_order(Desktop& session) {
   ADProperties& tab = session.ad_properties;
   controls::Observable<std::string>& told = session.multi_user.Label3.caption;
   const std::string property = chosen(session);
@@ -174,12 +172,12 @@ std::optional<batch::PropertyOrder> property_order(Session& session) {
   return batch::PropertyOrder{{property, syntax, tab.multi_value}, tab.AD_Append.value};
 }
 
-batch::PropertyCounts CHANGE_AD_Click(Session& session, const PropertyObserver& user_done) {
-  if (session.ad_properties.CHANGE_AD.caption == std::string(session::kCancelCaption)) {
+batch::PropertyCounts CHANGE_AD_Click(Desktop& session, const PropertyObserver& user_done) {
+  if (session.ad_properties.CHANGE_AD.caption == std::string(kCancelCaption)) {
     session.run.stopped = true;
     return {};
   }
-  if (session::is_running(session.multi_user) || session.multi_user.ListView1.empty())
+  if (is_running(session.multi_user) || session.multi_user.ListView1.empty())
     return {};
   auto order = property_order(session);
   if (!order)
@@ -189,9 +187,9 @@ batch::PropertyCounts CHANGE_AD_Click(Session& session, const PropertyObserver& 
   return batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
 }
 
-batch::PropertyCounts DELIMPORT_Click(Session& session, const PropertyObserver& user_done) {
+batch::PropertyCounts DELIMPORT_Click(Desktop& session, const PropertyObserver& user_done) {
   platform::Dialogs& dialogs = session.platform.dialogs;
-  if (session::is_running(session.multi_user))
+  if (is_running(session.multi_user))
     return {};
   const std::string property = chosen(session);
   if (property.empty()) {
@@ -208,7 +206,7 @@ batch::PropertyCounts DELIMPORT_Click(Session& session, const PropertyObserver& 
       dialogs.open_file("Open file to import", "CSV Files (*.csv)|*.csv|Text Files (*.txt)|*.txt|");
   if (!path || path->empty())
     return {};
-  const batch::PropertyCounts counts = run_file(session, *path, user_done);
+  batch::PropertyCounts counts = run_file(session, *path, user_done);
   if (!counts.failure.empty()) {
     log(session, counts.failure);
     dialogs.MsgBox(counts.failure, platform::Buttons::kOk, platform::Icon::kExclamation, kTitle);

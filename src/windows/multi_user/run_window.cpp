@@ -6,8 +6,6 @@
 
 namespace twk::windows {
 
-using session::Session;
-
 void MultiUserView::status(std::string_view text) {
   session_.status.panel1 = std::string(text);
 }
@@ -26,10 +24,10 @@ void MultiUserView::files(std::string_view text, int /*percent*/) {
 
 bool MultiUserView::going_on() {
   session_.platform.dialogs.DoEvents();
-  return start_.caption == std::string(session::kCancelCaption);
+  return start_.caption == std::string(kCancelCaption);
 }
 
-RunningWindow::RunningWindow(Session& session, controls::Button& start,
+RunningWindow::RunningWindow(Desktop& session, controls::Button& start,
                              std::initializer_list<controls::Observable<bool>*> off)
     : window_(session.multi_user), start_(start), caption_(start.caption) {
   std::vector<controls::Observable<bool>*> wanted(off);
@@ -44,7 +42,7 @@ RunningWindow::RunningWindow(Session& session, controls::Button& start,
     off_.push_back(enabled);
   }
   window_.working = true;
-  start_.caption = std::string(session::kCancelCaption);
+  start_.caption = std::string(kCancelCaption);
 }
 
 RunningWindow::~RunningWindow() {
@@ -54,7 +52,7 @@ RunningWindow::~RunningWindow() {
     *enabled = true;
 }
 
-void run_over_selection(Session& session, const controls::Button& start, std::string_view completed,
+void run_over_selection(Desktop& session, const controls::Button& start, std::string_view completed,
                         const std::function<bool(session::RunView& view)>& run) {
   MultiUserView view(session, start);
   const session::RunScope scope(session, {}, view);
@@ -66,7 +64,7 @@ void run_over_selection(Session& session, const controls::Button& start, std::st
   }
 }
 
-void stop_over_selection(Session& session, controls::Button& start, std::string_view caption,
+void stop_over_selection(Desktop& session, controls::Button& start, std::string_view caption,
                          std::string_view text) {
   session.run.stopped = true;
   session.multi_user.Label3.caption = std::string(text);

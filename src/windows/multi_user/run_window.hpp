@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "controls/basic.hpp"
-#include "session/multi_user.hpp"
 #include "session/run_view.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/multi_user.hpp"
 
 /// The window that works on many users at once: what its runs share. Each tab has its own file.
 namespace twk::windows {
@@ -18,8 +18,7 @@ namespace twk::windows {
 /// on.
 class MultiUserView final : public session::RunView {
  public:
-  MultiUserView(session::Session& session, const controls::Button& start)
-      : session_(session), start_(start) {}
+  MultiUserView(Desktop& session, const controls::Button& start) : session_(session), start_(start) {}
 
   void status(std::string_view text) override;
   void step(std::string_view caption) override;
@@ -28,7 +27,7 @@ class MultiUserView final : public session::RunView {
   bool going_on() override;
 
  private:
-  session::Session& session_;
+  Desktop& session_;
   const controls::Button& start_;
 };
 
@@ -36,14 +35,14 @@ class MultiUserView final : public session::RunView {
 /// What was disabled before stays so.
 class RunningWindow {
  public:
-  RunningWindow(session::Session& session, controls::Button& start,
+  RunningWindow(Desktop& session, controls::Button& start,
                 std::initializer_list<controls::Observable<bool>*> off);
   RunningWindow(const RunningWindow&) = delete;
   RunningWindow& operator=(const RunningWindow&) = delete;
   ~RunningWindow();
 
  private:
-  session::MultiUser& window_;
+  MultiUser& window_;
   controls::Button& start_;
   std::string caption_;
   std::vector<controls::Observable<bool>*> off_;
@@ -51,10 +50,10 @@ class RunningWindow {
 
 /// A run of the window over its selection. It returns False when it was stopped, otherwise `completed` is
 /// shown. A failure is reported.
-void run_over_selection(session::Session& session, const controls::Button& start, std::string_view completed,
+void run_over_selection(Desktop& session, const controls::Button& start, std::string_view completed,
                         const std::function<bool(session::RunView& view)>& run);
 /// Stops such a run: shows `text` and gives the start button its caption back.
-void stop_over_selection(session::Session& session, controls::Button& start, std::string_view caption,
+void stop_over_selection(Desktop& session, controls::Button& start, std::string_view caption,
                          std::string_view text);
 
 }  // namespace twk::windows

@@ -5,13 +5,11 @@
 
 #include "base/text.hpp"
 #include "directory/load_options.hpp"
-#include "session/directory_windows.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/directory_windows.hpp"
 
 namespace twk::windows {
 namespace {
-
-using session::Session;
 
 constexpr std::string_view kSortHelp = "ADO will return users sorted/unsorted";
 constexpr std::string_view kSearchHelp =
@@ -42,16 +40,16 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 11> kHelp = 
      "Suitable if you have a large number of users, and TWK is taking a long time to start up."},
 }};
 
-void refuse(Session& session, controls::TextBox& field, std::string_view message, std::string_view instead) {
+void refuse(Desktop& session, controls::TextBox& field, std::string_view message, std::string_view instead) {
   session.platform.dialogs.MsgBox(message, platform::Buttons::kOk, platform::Icon::kExclamation,
                                   "Input Error");
   field.text = std::string(instead);
 }
 
-void refuse_page_size(Session& session) {
+void refuse_page_size(Desktop& session) {
   refuse(session, session.ad_options.PageSize, "PageSize must be a number.", "1000");
 }
-void refuse_user_limit(Session& session) {
+void refuse_user_limit(Desktop& session) {
   refuse(session, session.ad_options.UserLimit, "User Limit must be a number.", "2000");
 }
 
@@ -62,7 +60,7 @@ bool can_be_stored(const controls::TextBox& field) {
   return base::trim(field.text.get()).empty() || base::to_number(field.text.get()).value_or(0) > 0;
 }
 
-directory::LoadOptionTexts chosen(const session::frmADOptions& window) {
+directory::LoadOptionTexts chosen(const frmADOptions& window) {
   return {.PageSize = std::string(base::trim(window.PageSize.text.get())),
           .UserLimit = std::string(base::trim(window.UserLimit.text.get())),
           .SkipUsers = window.SkipUsers.on(),
@@ -75,8 +73,8 @@ directory::LoadOptionTexts chosen(const session::frmADOptions& window) {
 
 }  // namespace
 
-void frmADOptions_Load(Session& session) {
-  session::frmADOptions& window = session.ad_options;
+void frmADOptions_Load(Desktop& session) {
+  frmADOptions& window = session.ad_options;
   const directory::LoadOptions options = directory::read_load_options(session);
   window.PageSize.text = base::to_text(options.PageSize);
   window.UserLimit.text = base::to_text(options.UserLimit);
@@ -91,8 +89,8 @@ void frmADOptions_Load(Session& session) {
       "will pay to try different options that best suits your network.";
 }
 
-bool btnApply_Click(Session& session) {
-  session::frmADOptions& window = session.ad_options;
+bool btnApply_Click(Desktop& session) {
+  frmADOptions& window = session.ad_options;
   if (!can_be_stored(window.PageSize)) {
     refuse_page_size(session);
     return false;
@@ -106,8 +104,8 @@ bool btnApply_Click(Session& session) {
   return true;
 }
 
-void PageSize_Change(Session& session) {
-  session::frmADOptions& window = session.ad_options;
+void PageSize_Change(Desktop& session) {
+  frmADOptions& window = session.ad_options;
   if (window.PageSize.text.get().empty()) {
     window.txtDescription.caption =
         "The ADO page size used when doing quries, Default is 1000, AD servers max size by default is 1000";
@@ -116,13 +114,13 @@ void PageSize_Change(Session& session) {
   }
 }
 
-void UserLimit_Change(Session& session) {
+void UserLimit_Change(Desktop& session) {
   const controls::TextBox& limit = session.ad_options.UserLimit;
   if (!limit.text.get().empty() && !is_number(limit))
     refuse_user_limit(session);
 }
 
-void show_option_help(Session& session, std::string_view control) {
+void show_option_help(Desktop& session, std::string_view control) {
   for (const auto& [name, text] : kHelp) {
     if (name == control)
       session.ad_options.txtDescription.caption = std::string(text);

@@ -5,11 +5,11 @@
 #include "controls/drawing_off.hpp"
 #include "directory/tree/find_user.hpp"
 #include "directory/tree/tree_path.hpp"
-#include "directory/user_details.hpp"
-#include "session/directory_windows.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
-#include "session/session.hpp"
+#include "windows/account/details_tab.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/directory_windows.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 namespace {
@@ -18,21 +18,20 @@ using controls::TreeNode;
 using platform::Answer;
 using platform::Buttons;
 using platform::Icon;
-using session::Session;
 
-void select_node(Session& session, TreeNode& node) {
+void select_node(Desktop& session, TreeNode& node) {
   session.form1.TreeView1.select(&node);
   session.form1.TreeView1.ensure_visible(node);
 }
 
-void tell_not_found(Session& session) {
+void tell_not_found(Desktop& session) {
   session.platform.dialogs.MsgBox("User not found.", Buttons::kOk, Icon::kInformation, "Search");
 }
 
-void list_found(Session& session) {
+void list_found(Desktop& session) {
   controls::ListView& list = session.find_user.ListView1;
   const controls::DrawingOff off(list);
-  const session::Hourglass hourglass(session.form1);
+  const Hourglass hourglass(session.form1);
   for (const directory::FoundUser& user :
        directory::find_users(session, session.find_user.txtFind.text.get()))
     list.add(user.key, user.name, "USER", {user.place});
@@ -40,7 +39,7 @@ void list_found(Session& session) {
 
 }  // namespace
 
-void Find_User(Session& session) {
+void Find_User(Desktop& session) {
   if (!session::is_active_directory(session)) {
     Find_NT_User(session);
     return;
@@ -49,7 +48,7 @@ void Find_User(Session& session) {
   session.platform.dialogs.show_modal("frmFindW2KUser");
 }
 
-void Find_NT_User(Session& session) {
+void Find_NT_User(Desktop& session) {
   const std::string wanted = session.platform.dialogs.InputBox("Enter Name to find", "Find User");
   if (wanted.empty())
     return;
@@ -60,7 +59,7 @@ void Find_NT_User(Session& session) {
   }
   for (; found != nullptr; found = directory::next_user_with(session, found, wanted)) {
     select_node(session, *found);
-    directory::show_user_details(session, *found);
+    show_user_details(session, *found);
     if (session.platform.dialogs.MsgBox("Continue Search ?", Buttons::kYesNo, Icon::kQuestion, "Search") !=
         Answer::kYes)
       return;
@@ -68,14 +67,14 @@ void Find_NT_User(Session& session) {
   session.status.panel1 = "No more users found.";
 }
 
-void frmFindW2KUser_Load(Session& session) {
+void frmFindW2KUser_Load(Desktop& session) {
   session.find_user.ListView1.clear();
   session.find_user.Label2.caption = std::string();
   session.find_user.btnSelectuser.enabled = false;
 }
 
-void find_typed_user(Session& session) {
-  session::frmFindW2KUser& window = session.find_user;
+void find_typed_user(Desktop& session) {
+  frmFindW2KUser& window = session.find_user;
   frmFindW2KUser_Load(session);
   window.Label2.caption = "Searching for user...";
   session.platform.dialogs.DoEvents();
@@ -97,8 +96,8 @@ void find_typed_user(Session& session) {
   window.btnSelectuser.enabled = true;
 }
 
-bool btnSelectuser_Click(Session& session) {
-  session::frmFindW2KUser& window = session.find_user;
+bool btnSelectuser_Click(Desktop& session) {
+  frmFindW2KUser& window = session.find_user;
   const controls::ListRow* const row = window.ListView1.selected();
   if (row == nullptr)
     return false;

@@ -2,17 +2,15 @@
 
 #include "controls/tree_view.hpp"
 #include "directory/tree/change_ou.hpp"
-#include "session/form1.hpp"
-#include "session/hourglass.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 
 namespace twk::windows {
 
 using controls::TreeNode;
-using session::Form1;
-using session::Session;
 
-bool begin_drag(Session& session, const TreeNode& node) {
+bool begin_drag(Desktop& session, const TreeNode& node) {
   if (!session::is_active_directory(session) || node.image != "USER")
     return false;
   session.form1.DragNode = node.key;
@@ -20,19 +18,19 @@ bool begin_drag(Session& session, const TreeNode& node) {
   return true;
 }
 
-void drag_over(Session& session, const TreeNode* node) {
+void drag_over(Desktop& session, const TreeNode* node) {
   if (session.form1.DragNode.empty())
     return;
   const bool ou = node != nullptr && node->image == "OU";
   session.form1.DropHighlight = ou ? node->key : std::string();
 }
 
-void cancel_drag(Session& session) {
+void cancel_drag(Desktop& session) {
   session.form1.DragNode.clear();
   session.form1.DropHighlight = std::string();
 }
 
-bool drop(Session& session) {
+bool drop(Desktop& session) {
   Form1& form = session.form1;
   TreeNode* const node = form.TreeView1.find(form.DragNode);
   TreeNode* const target = form.TreeView1.find(form.DropHighlight.get());
@@ -40,7 +38,7 @@ bool drop(Session& session) {
   if (node == nullptr || target == nullptr)
     return false;
   const bool shown = form.USERID_W2K.text.get() == node->key;
-  const session::Hourglass hourglass(form);
+  const Hourglass hourglass(form);
   const auto key = directory::change_ou(session, *node, *target);
   // The details tab keeps showing the user.
   if (key && shown)

@@ -2,14 +2,14 @@
 
 #include "controls/tree_view.hpp"
 #include "directory/tree/create_ou.hpp"
-#include "session/form1.hpp"
 #include "session/loaded_domain.hpp"
-#include "session/session.hpp"
+#include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::windows {
 
-void POPUP(session::Session& session, controls::TreeNode& node) {
-  session::Form1& form = session.form1;
+void POPUP(Desktop& session, controls::TreeNode& node) {
+  Form1& form = session.form1;
   session.domain.tree.select(&node);
   const bool user = node.image == "USER";
   for (const int index : {0, 2, 4, 5, 6, 8, 9, 13, 14})

@@ -3,14 +3,14 @@
 namespace twk::controls {
 struct TreeNode;
 }
-namespace twk::session {
-struct Session;
+namespace twk::windows {
+struct Desktop;
 }
 
 namespace twk::windows {
 
 /// The popup of the tree is about to be shown for a node: selects it and switches on or off the entries that
 /// depend on its kind.
-void POPUP(session::Session& session, controls::TreeNode& node);
+void POPUP(Desktop& session, controls::TreeNode& node);
 
 }  // namespace twk::windows

@@ -5,11 +5,11 @@
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/tree/tree.hpp"
-#include "session/form1.hpp"
-#include "session/group_windows.hpp"
-#include "session/multi_user.hpp"
 #include "support/lab_session.hpp"
 #include "support/world.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/group_windows.hpp"
+#include "windows/state/multi_user.hpp"
 
 namespace twk::directory {
 namespace {
@@ -80,7 +80,7 @@ TEST(DirectoryLoad, AListShowsWhatCameBeforeItsSearchFailed) {
   add_user(world, test::kNewStarters, "ann", "Ann");
   BrokenOff query(world.services.query);
   platform::Platform services = world.session.platform;
-  session::Session session(
+  windows::Desktop session(
       {services.registry, services.directory, query, services.files, services.network, services.security,
        services.mailboxes, services.process, services.environment, services.clock, services.dialogs},
       "", world.session.program_directory);
@@ -88,7 +88,8 @@ TEST(DirectoryLoad, AListShowsWhatCameBeforeItsSearchFailed) {
   std::vector<controls::ListChange::Kind> told;
   const auto watch =
       session.multi_user.ListView2.watch([&](const auto& change) { told.push_back(change.kind); });
-  EXPECT_THROW(Load_AD_Users(session, "LDAP://twk.test", true, "subtree", "", true), base::RuntimeError);
+  EXPECT_THROW(Load_AD_Users(session, "LDAP://twk.test", true, "subtree", "", UserList::kSelection),
+               base::RuntimeError);
   using Kind = controls::ListChange::Kind;
   EXPECT_THAT(told, testing::ElementsAre(Kind::kResetting, Kind::kReset));
   EXPECT_EQ(session.multi_user.ListView2.size(), 1U);

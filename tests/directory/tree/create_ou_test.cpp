@@ -2,8 +2,8 @@
 
 #include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
-#include "session/form1.hpp"
 #include "support/lab_session.hpp"
+#include "windows/state/form1.hpp"
 
 namespace twk::directory {
 namespace {

@@ -1,0 +1,21 @@
+#include "cli/frame/creation_progress.hpp"
+
+#include "session/session.hpp"
+
+namespace twk::cli {
+
+void CreationProgress::status(std::string_view text) {
+  session_.status.panel1 = std::string(text);
+}
+
+void CreationProgress::step(std::string_view caption) {
+  // An import shows how many users it made instead.
+  if (!session_.import.Importing)
+    progress_.show(caption);
+}
+
+void CreationProgress::counted(std::string_view text) {
+  progress_.show(text);
+}
+
+}  // namespace twk::cli
