@@ -28,8 +28,8 @@ std::size_t place_of(const std::array<std::string_view, size>& words, const std:
 /// Raises `Refused` for a kind or a scope that this kind of domain lacks.
 groups::NewGroup order_of(const session::Session& session, const CreateArguments& arguments) {
   groups::NewGroup order{arguments.name, arguments.description,
-                               static_cast<groups::GroupKind>(place_of(kKinds, arguments.kind)),
-                               static_cast<groups::GroupScope>(place_of(kScopes, arguments.scope))};
+                         static_cast<groups::GroupKind>(place_of(kKinds, arguments.kind)),
+                         static_cast<groups::GroupScope>(place_of(kScopes, arguments.scope))};
   const bool has_scope = groups::has_scope(session, order.scope);
   if (!has_scope || !groups::has_kind(session, order.kind)) {
     throw Refused("This kind of domain has no " + (has_scope ? arguments.kind : arguments.scope) +
