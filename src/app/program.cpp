@@ -144,7 +144,9 @@ std::unique_ptr<world::World> make_lab_world(const std::string& folder, platform
                                              const std::function<void(const std::string&)>& tell) {
   if (!world::may_be_lab(folder))
     throw base::RuntimeError(base::error::kPathNotFound, folder + " is not a lab: it has no lab.conf");
-  return std::make_unique<world::World>(folder, dialogs, tell);
+  auto lab = std::make_unique<world::World>(folder, dialogs, tell);
+  lab->connect();
+  return lab;
 }
 
 /// None, with a box, for a lab that cannot be opened.

@@ -19,7 +19,7 @@ class LabGround final : public Ground {
   DomainNames names() override {
     return {domain_name(), lab_.config().netbios, lab_.config().kind != lab::DomainKind::kNt};
   }
-  void connect() override {}
+  void connect() override { lab_.open_directory(); }
   lab::Lab* lab() override { return &lab_; }
 
  private:

@@ -88,5 +88,21 @@ $ format -- -1%first% John "" Smith
 )");
 }
 
+using DirectoryThatCannotBeRead = TwkLab;
+
+TEST_F(DirectoryThatCannotBeRead, StopsOnlyTheCommandsThatNeedIt) {
+  put_file(lab() + "/domain.ldif", get_file(lab() + "/domain.ldif") + "no colon\n");
+  play(R"(
+$ settings get Setup Domain
+"twk.test"
+$ template list
+{"name": "Staff"}
+$ user list => 65 domain.ldif: Line
+$ user show jo => 65 A line without a colon
+$ lab info => 65 A line without a colon
+$ db compact --keep-groups => 65 A line without a colon
+)");
+}
+
 }  // namespace
 }  // namespace twk::test

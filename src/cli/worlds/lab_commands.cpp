@@ -126,7 +126,7 @@ int copy_domain(Context& context, const std::string& folder) {
 }
 
 int export_lab(Context& context) {
-  context.lab();
+  static_cast<void>(context.lab());
   const auto store =
       lab::open_entry_store(context.lab_folder(), "domain", [](const std::string& text) { complain(text); });
   context.output().raw("version: 1\n\n");

@@ -25,7 +25,7 @@ struct Lab::Services {
            const std::function<void(const std::string&)>& warn)
       : folder(root),
         servers(root / "servers", names, warn),
-        store(open_entry_store(root, "domain", warn)),
+        store(entry_store_opened_at_use(root, "domain", warn, [this] { add_missing_configuration(domain); })),
         environment(config.controller),
         domain{.config = config,
                .store = *store,
@@ -65,11 +65,13 @@ struct Lab::Services {
 
 Lab::Lab(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn)
     : services_(std::make_unique<Services>(std::filesystem::absolute(folder),
-                                           read_lab_config(folder / "lab.conf"), warn)) {
-  add_missing_configuration(services_->domain);
-}
+                                           read_lab_config(folder / "lab.conf"), warn)) {}
 
 Lab::~Lab() = default;
+
+void Lab::open_directory() {
+  services_->store->open();
+}
 
 const LabConfig& Lab::config() const {
   return services_->domain.config;

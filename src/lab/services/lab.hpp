@@ -22,14 +22,16 @@ namespace twk::lab {
 /// Processes, variables and the clock are the workstation's own.
 class Lab {
  public:
-  /// `warn` receives what was repaired. The part of the configuration that reads need ("CN=Partitions") is
-  /// added to a directory that lacks it. Raises runtime errors that name the file, and the line where there
+  /// `warn` receives what was repaired. Raises runtime errors that name the file, and the line where there
   /// is one.
   Lab(const std::filesystem::path& folder, const std::function<void(const std::string&)>& warn);
   Lab(const Lab&) = delete;
   Lab& operator=(const Lab&) = delete;
   ~Lab();
 
+  /// Opens the directory, which else happens when it is first used, and raises what is wrong with its files.
+  /// The part of the configuration that reads need ("CN=Partitions") is added to a directory that lacks it.
+  void open_directory();
   [[nodiscard]] const LabConfig& config() const;
   /// Path of the database directory, with a slash at the end.
   [[nodiscard]] std::string database_path() const;

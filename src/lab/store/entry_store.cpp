@@ -272,43 +272,69 @@ void EntryStore::Implementation::fold() {
   journal_.rewind(generation_);
 }
 
-EntryStore::EntryStore(std::unique_ptr<Implementation> implementation)
-    : implementation_(std::move(implementation)) {}
+EntryStore::EntryStore(std::unique_ptr<Implementation> implementation, std::function<void()> opened)
+    : implementation_(std::move(implementation)), opened_(std::move(opened)) {}
 EntryStore::~EntryStore() = default;
 
+void EntryStore::open() {
+  static_cast<void>(files());
+}
+
+EntryStore::Implementation& EntryStore::files() const {
+  if (!is_open_) {
+    if (fault_)
+      throw base::RuntimeError(*fault_);
+    is_open_ = true;  // for what is done at the opening
+    try {
+      implementation_->open();
+      if (opened_)
+        opened_();
+    } catch (const base::RuntimeError& failure) {
+      is_open_ = false;
+      fault_ = failure;
+      throw;
+    }
+  }
+  return *implementation_;
+}
+
 void EntryStore::refresh() {
-  implementation_->refresh();
+  // What opens it here is as fresh.
+  if (!is_open_)
+    open();
+  else
+    implementation_->refresh();
 }
 
 std::uint64_t EntryStore::readings() const {
-  return implementation_->readings();
+  return files().readings();
 }
 
 const Entry* EntryStore::find(std::string_view dn) const {
-  return entry_of(implementation_->tree().find(dn));
+  return entry_of(files().tree().find(dn));
 }
 
 const Entry* EntryStore::find_account(std::string_view sam_account_name) const {
-  return entry_of(implementation_->tree().find_account(sam_account_name));
+  return entry_of(files().tree().find_account(sam_account_name));
 }
 
 const Entry* EntryStore::find_principal(std::string_view user_principal_name) const {
-  return entry_of(implementation_->tree().find_principal(user_principal_name));
+  return entry_of(files().tree().find_principal(user_principal_name));
 }
 
 const Entry* EntryStore::find_sid(std::string_view sid_bytes) const {
-  return entry_of(implementation_->tree().find_sid(sid_bytes));
+  return entry_of(files().tree().find_sid(sid_bytes));
 }
 
 std::vector<const Entry*> EntryStore::with_primary_group(std::string_view rid) const {
   std::vector<const Entry*> entries;
-  for (const Node* node : implementation_->tree().with_primary_group(rid))
+  for (const Node* node : files().tree().with_primary_group(rid))
     entries.push_back(&node->entry);
   return entries;
 }
 
 bool EntryStore::is_member(const Entry& group, const Entry& user) const {
-  return implementation_->tree().find_link(Side::kGroup, *group.node_, *user.node_) != nullptr;
+  return files().tree().find_link(Side::kGroup, *group.node_, *user.node_) != nullptr;
 }
 
 void EntryStore::children(const Entry& parent, const std::function<bool(const Entry&)>& visit) const {
@@ -335,14 +361,14 @@ void EntryStore::subtree(const Entry& top, const std::function<bool(const Entry&
 
 std::vector<const Entry*> EntryStore::roots() const {
   std::vector<const Entry*> entries;
-  for (const Node* node = implementation_->tree().top().first_child; node != nullptr; node = node->next) {
+  for (const Node* node = files().tree().top().first_child; node != nullptr; node = node->next) {
     entries.push_back(&node->entry);
   }
   return entries;
 }
 
 std::size_t EntryStore::size() const {
-  return implementation_->tree().size();
+  return files().tree().size();
 }
 
 void EntryStore::add(const std::string& dn, std::vector<LdifAttribute> attributes, const Guard& guard) {
@@ -350,7 +376,7 @@ void EntryStore::add(const std::string& dn, std::vector<LdifAttribute> attribute
   record.type = ChangeType::kAdd;
   record.dn = dn;
   record.attributes = std::move(attributes);
-  implementation_->write(record, guard);
+  files().write(record, guard);
 }
 
 void EntryStore::modify(const std::string& dn, const std::vector<Modification>& changes, const Guard& guard) {
@@ -358,14 +384,14 @@ void EntryStore::modify(const std::string& dn, const std::vector<Modification>& 
   record.type = ChangeType::kModify;
   record.dn = dn;
   record.modifications = changes;
-  implementation_->write(record, guard);
+  files().write(record, guard);
 }
 
 void EntryStore::remove(const std::string& dn, const Guard& guard) {
   LdifRecord record;
   record.type = ChangeType::kDelete;
   record.dn = dn;
-  implementation_->write(record, guard);
+  files().write(record, guard);
 }
 
 void EntryStore::rename(const std::string& dn, const std::string& new_rdn, const std::string& new_parent,
@@ -376,27 +402,35 @@ void EntryStore::rename(const std::string& dn, const std::string& new_rdn, const
   record.new_rdn = new_rdn;
   if (!new_parent.empty())
     record.new_superior = new_parent;
-  implementation_->write(record, guard);
+  files().write(record, guard);
 }
 
 void EntryStore::begin_batch() {
-  implementation_->begin_batch();
+  files().begin_batch();
 }
 void EntryStore::end_batch() {
-  implementation_->end_batch();
+  files().end_batch();
 }
 
 void EntryStore::export_to(const std::function<void(std::string_view)>& write) const {
-  export_tree(implementation_->tree(), write);
+  export_tree(files().tree(), write);
 }
 
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder, const std::string& name,
                                              const std::function<void(const std::string&)>& warn) {
+  auto store = entry_store_opened_at_use(folder, name, warn, {});
+  store->open();
+  return store;
+}
+
+std::unique_ptr<EntryStore> entry_store_opened_at_use(const std::filesystem::path& folder,
+                                                      const std::string& name,
+                                                      const std::function<void(const std::string&)>& warn,
+                                                      std::function<void()> opened) {
   if (!status_of(folder))
     raise_file_error(ENOENT, folder);
-  auto implementation = std::make_unique<EntryStore::Implementation>(folder, name, warn);
-  implementation->open();
-  return std::make_unique<EntryStore>(std::move(implementation));
+  return std::make_unique<EntryStore>(std::make_unique<EntryStore::Implementation>(folder, name, warn),
+                                      std::move(opened));
 }
 
 }  // namespace twk::lab

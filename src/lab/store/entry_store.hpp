@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/errors.hpp"
 #include "lab/store/entry.hpp"
 #include "lab/store/ldif.hpp"
 
@@ -29,11 +30,15 @@ class EntryStore {
  public:
   class Implementation;
 
-  explicit EntryStore(std::unique_ptr<Implementation> implementation);
+  /// The files are read at the first use, after which `opened` is called. A failure of that is raised then,
+  /// and by every use that follows.
+  EntryStore(std::unique_ptr<Implementation> implementation, std::function<void()> opened);
   EntryStore(const EntryStore&) = delete;
   EntryStore& operator=(const EntryStore&) = delete;
   ~EntryStore();
 
+  /// Reads the files unless that is done.
+  void open();
   void refresh();
   /// How often changes were read from the files: an unchanged number means that no one else's came in
   /// between.
@@ -82,7 +87,12 @@ class EntryStore {
   void export_to(const std::function<void(std::string_view)>& write) const;
 
  private:
+  [[nodiscard]] Implementation& files() const;
+
   std::unique_ptr<Implementation> implementation_;
+  std::function<void()> opened_;
+  mutable bool is_open_ = false;
+  mutable std::optional<base::RuntimeError> fault_;
 };
 
 /// Opens the folder's "<name>.ldif" and "<name>.journal.ldif" (which may be missing). A journal whose last
@@ -93,5 +103,11 @@ class EntryStore {
 /// exist.
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder, const std::string& name,
                                              const std::function<void(const std::string&)>& warn);
+/// The same, but the files are opened and read at the first use, which raises what is wrong with them;
+/// `opened`, which may be empty, is called after that.
+std::unique_ptr<EntryStore> entry_store_opened_at_use(const std::filesystem::path& folder,
+                                                      const std::string& name,
+                                                      const std::function<void(const std::string&)>& warn,
+                                                      std::function<void()> opened);
 
 }  // namespace twk::lab
