@@ -1,6 +1,7 @@
 #include "stores/site_store.hpp"
 
 #include <algorithm>
+#include <map>
 
 #include "base/text.hpp"
 #include "records/record_file.hpp"
@@ -98,8 +99,8 @@ void mark_record_deleted(Session& session, std::string_view name) {
 }
 
 /// Reports once that a deleted site is loaded instead of the current one of that name.
-void tell_shadow(Session& session, RecordFile& file, std::string_view name) {
-  if (!find_live(file, name).found || !session.told_shadows.insert(folded_name(name)).second)
+void tell_shadow(Session& session, std::string_view name) {
+  if (!session.told_shadows.insert(folded_name(name)).second)
     return;
   session::LOG_TAB(session, session::kYellow,
                    "Site.dat holds a deleted site \"" + std::string(base::trim(name)) +
@@ -112,8 +113,8 @@ bool load(Session& session, std::string_view name) {
   RecordFile file = open_to_read(session);
   const records::RecordSearch found = file.search(
       [&](std::string_view bytes) { return base::trim(records::decode_site(bytes).Name) == wanted; });
-  if (found.found && records::is_deleted(found.bytes))
-    tell_shadow(session, file, wanted);
+  if (found.found && records::is_deleted(found.bytes) && find_live(file, wanted).found)
+    tell_shadow(session, wanted);
   if (found.number > 0)
     session.ActiveSite = records::decode_site(found.bytes);
   return found.found;
@@ -136,6 +137,27 @@ StoreOutcome load_site(Session& session, std::string_view name) {
 void require_site(Session& session, std::string_view name) {
   if (!load(session, name))
     raise_no_record(session, kSiteFile, "site", name);
+}
+
+std::vector<SiteRecord> read_sites(Session& session) {
+  std::map<std::string, SiteRecord> first_of_name;
+  std::vector<std::string> live;
+  open_to_read(session).search([&](std::string_view bytes) {
+    SiteRecord site = records::decode_site(bytes);
+    std::string name(base::trim(site.Name));
+    if (!site.Deleted)
+      live.push_back(name);
+    first_of_name.try_emplace(std::move(name), std::move(site));
+    return false;
+  });
+  std::vector<SiteRecord> sites;
+  sites.reserve(live.size());
+  for (const std::string& name : live) {
+    sites.push_back(first_of_name.at(name));
+    if (sites.back().Deleted)
+      tell_shadow(session, name);
+  }
+  return sites;
 }
 
 void load_site_names(Session& session) {

@@ -169,6 +169,16 @@ std::vector<TemplateGroup> template_groups(const Session& session) {
   return groups;
 }
 
+std::vector<records::TemplateRecord> read_templates(Session& session) {
+  std::vector<records::TemplateRecord> templates;
+  open_templates(session).search([&templates](std::string_view bytes) {
+    if (!records::is_deleted(bytes))
+      templates.push_back(records::decode_template(bytes));
+    return false;
+  });
+  return templates;
+}
+
 void load_template_names(Session& session) {
   std::vector<std::string>& templates = session.database.templates;
   templates.clear();

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "records/records.hpp"
 #include "stores/store_outcome.hpp"
 
 namespace twk::session {
@@ -52,6 +53,9 @@ struct TemplateGroup {
   std::string key;
 };
 std::vector<TemplateGroup> template_groups(const session::Session& session);
+
+/// The live templates in the order of the file, in one pass. Raises what the file raises.
+std::vector<records::TemplateRecord> read_templates(session::Session& session);
 
 /// Reads the names of the live templates into the session. A failure ends the reading and is reported on the
 /// log tab.

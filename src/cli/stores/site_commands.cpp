@@ -55,10 +55,10 @@ Json to_json(const records::SiteRecord& site) {
 int list_sites(Context& context) {
   Session& session = context.session(Depth::kDatabases);
   std::vector<Json> rows;
-  for (const std::string& name : session.database.sites) {
-    select_site(session, name);
-    rows.push_back(to_json(session.ActiveSite));
-  }
+  act(session, [&] {
+    for (const records::SiteRecord& site : stores::read_sites(session))
+      rows.push_back(to_json(site));
+  });
   context.output().table(kColumns, rows);
   return kExitGreen;
 }

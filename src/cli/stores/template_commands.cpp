@@ -7,6 +7,7 @@
 #include "session/loaded_database.hpp"
 #include "session/settings.hpp"
 #include "session/settings_schema.hpp"
+#include "stores/template_store.hpp"
 
 namespace twk::cli {
 namespace {
@@ -70,10 +71,8 @@ Json to_json(const records::TemplateRecord& record) {
 int list_templates(Context& context) {
   Session& session = context.session(Depth::kDatabases);
   std::vector<Json> rows;
-  for (const std::string& name : session.database.templates) {
-    load_named_template(session, name);
-    rows.push_back(to_json(session.ActiveTemplate));
-  }
+  for (const records::TemplateRecord& record : stores::read_templates(session))
+    rows.push_back(to_json(record));
   context.output().table(kColumns, rows);
   return kExitGreen;
 }
