@@ -101,6 +101,7 @@ TEST_F(SetupTabTest, APreferenceIsStoredAsSoonAsItIsChosen) {
                                   {"USR_Cant_Change", "CantChangePWD"},
                                   {"PWD_NVR_EXPIRE", "PasswdNVRExpire"},
                                   {"New_Disabled", "AccountDisabled"},
+                                  {"FmtPass", "UseFormattedPassword"},
                                   {"Confirm_Deletes", "ConfirmDeletes"},
                                   {"Confirm_Resets", "ConfirmResets"},
                                   {"Domain_Admin", "CheckAdminRights"},
