@@ -4,7 +4,7 @@ export TWK_LIVE_DOMAIN=twk.test TWK_LIVE_SERVER=dc1.twk.test
 export TWK_LIVE_EXCHANGE=ex55.twk.test
 # Not Administrator, whom the server takes for the superuser: no access list binds that one.
 export TWK_LIVE_ADMIN=twkadmin TWK_LIVE_PASSWORD=Adm1n-of-twk
-export TWK_LIVE_CONTROL="$here/ad-control"
+export TWK_LIVE_CONTROL="$here/controller-control"
 export KRB5_CONFIG="$state/krb5.conf" KRB5CCNAME="FILE:$state/ticket"
 export TWK_LIVE_SUPERUSER_TICKET="FILE:$state/superuser"
 export SASL_PATH="${SASL_PATH:-}"
@@ -16,28 +16,9 @@ provision() {
     --option="interfaces=lo" --option="bind interfaces only=yes" >"$state/provision.log" 2>&1 ||
     fail "the domain was not made: $(tail -3 "$state/provision.log")"
   local conf="$state/domain/etc/smb.conf"
-  sed -i '/dns forwarder/d' "$conf"
-  # Shares over RPC are kept by a script, in the server's registry.
-  sed -i "/^\[global\]/a\\
-	add share command = $here/share-command\\
-	change share command = $here/share-command\\
-	delete share command = $here/share-command\\
-	load printers = no\\
-	disable spoolss = yes\\
-	registry shares = yes\\
-	acl_xattr:ignore system acls = yes\\
-	acl_xattr:default acl style = windows\\
-	server services = -dns, -dnsupdate, -spoolss" "$conf"
-  cat >>"$conf" <<END
-
-[D\$]
-	path = $state/srv/d
-	read only = no
-
-[C\$]
-	path = /
-	read only = no
-END
+  { shares_conf; printf '\tserver services = -dns, -dnsupdate, -spoolss\n'; } >"$state/global.conf"
+  sed -i "/dns forwarder/d; /^\[global\]/r $state/global.conf" "$conf"
+  drives_conf "$state/srv/d" >>"$conf"
   samba-tool user create "$TWK_LIVE_ADMIN" "$TWK_LIVE_PASSWORD" -s "$conf" >>"$state/provision.log" 2>&1
   samba-tool group addmembers "Domain Admins" "$TWK_LIVE_ADMIN" -s "$conf" >>"$state/provision.log" 2>&1
   # The lists of the server alone are to count.

@@ -5,10 +5,8 @@
 """
 
 import json
-import sys
-import tempfile
 
-from live_tools import CONF, IS_AD, LIVE, admin_logon, at_home, expect, failures, run, twk
+from live_tools import CONF, IS_AD, LIVE, admin_logon, expect, expect_same as check, go_through, run, twk
 
 # A Samba controller of the NT4 kind takes no member whose name has a capital letter.
 USERS = ("gann", "gbob", "gcyd")
@@ -16,11 +14,6 @@ USERS = ("gann", "gbob", "gcyd")
 
 def rpc(*arguments, **options):
     return run("net", "rpc", *arguments, "-S", LIVE["SERVER"], "-U", admin_logon(), **options).stdout
-
-
-def check(found, wanted, what):
-    if found != wanted:
-        failures.append(f"{what}: {found!r} instead of {wanted!r}")
 
 
 def stored_members(group):
@@ -62,8 +55,6 @@ def make_groups():
     else:
         shown = run("rpcclient", "-U", admin_logon(), LIVE["SERVER"], "-c", "enumdomgroups").stdout
         expect("[gdrivers]", "groups of the domain", shown)
-        check(twk("--json", "group", "create", "a" * 21, codes=(2,)).stdout.count("RED"), 1, "a name that is too long")
-        twk("group", "create", "gmail", "--scope", "universal", codes=(2,))
 
 
 def change_members():
@@ -89,44 +80,18 @@ def look_at_primary_group():
 
 def copy_members():
     twk("group", "add-member", "gother", "gcyd")
-    twk("group", "copy", "gdrivers", "gother", codes=(1,))
-    check(stored_members("gother"), ["gcyd"], "members after a copy that nobody agreed to")
-    check(lights(copied("gdrivers", "gother", 0)), ["GREEN", "GREEN"], "a copy and its sum")
+    copied = twk("--yes", "--json", "group", "copy", "gdrivers", "gother").stdout.splitlines()
+    check([json.loads(line)["light"] for line in copied], ["GREEN", "GREEN"], "a copy and its sum")
     check(stored_members("gother"), ["gbob", "gcyd"], "members after a copy")
-    check(set(lights(copied("gother", "gother", 1))), {"YELLOW"}, "a copy onto itself")
-
-
-def copied(source, destination, code):
-    done = twk("--yes", "--json", "group", "copy", source, destination, codes=(code,))
-    return [json.loads(line) for line in done.stdout.splitlines()]
 
 
 def delete_groups():
-    twk("group", "delete", "gdrivers", codes=(1,))
-    if IS_AD:
-        expect("gdrivers", "a deletion that nobody agreed to", run("samba-tool", "group", "list", "-s", CONF).stdout)
     for group in ("gdrivers", "gother", *(["gmail"] if IS_AD else [])):
         twk("--yes", "group", "delete", group)
     left = run("samba-tool", "group", "list", "-s", CONF).stdout if IS_AD else rpc("group", "list")
     for group in ("gdrivers", "gother", "gmail"):
-        if group in left.split():
-            failures.append(f"the group {group} is still there")
+        check(group in left.split(), False, f"the group {group} is there")
     twk("group", "members", "gdrivers", codes=(2,))
 
 
-def main():
-    with tempfile.TemporaryDirectory() as home:
-        at_home(home)
-        prepare()
-        make_groups()
-        change_members()
-        if IS_AD:
-            look_at_primary_group()
-        copy_members()
-        delete_groups()
-    if failures:
-        sys.exit("\n\n".join(failures[:10]) + f"\n{len(failures)} failures")
-    print("Groups were made, filled, copied and deleted.")
-
-
-main()
+go_through(prepare, make_groups, change_members, *([look_at_primary_group] if IS_AD else []), copy_members, delete_groups)

@@ -5,12 +5,10 @@ is there with others' tools.
     tests/live/with-domain ad|nt -- tests/live/lifecycle_test.py TWK
 """
 
-import os
 import pathlib
 import sys
-import tempfile
 
-from live_tools import CONF, IS_AD, LIVE, at_home, expect, failures, run, twk
+from live_tools import CONF, IS_AD, LIVE, expect, failures, go_through, run, set_up, twk
 
 FIRST = "Welcome-2-Work"
 SECOND = "Other-Words-77"
@@ -18,12 +16,8 @@ DRIVE = pathlib.Path(LIVE["STATE"]) / "srv/d"
 
 
 def prepare():
-    for key, name, value in (
-            ("Setup", "UserFormat", "5"), ("Setup", "SetupID", "%first%"), ("Preferences", "ForcePasswdChange", "No"),
-            ("UM", "CreateShares", "Yes"), ("UM", "SetPermissions", "Yes"), ("UM", "RunCmd", "No"),
-            ("UM", "MailAccount", "No")):
-        twk("settings", "set", key, name, value)
-    twk("settings", "set", "Setup", "Password", text=FIRST)
+    set_up(FIRST, "%first%", ("UM", "CreateShares", "Yes"), ("UM", "SetPermissions", "Yes"), ("UM", "RunCmd", "No"),
+           ("UM", "MailAccount", "No"))
     twk("site", "add", "Head Office", "--nt-server", "DC1" if IS_AD else LIVE["SERVER"])
     if IS_AD:
         twk("ou", "create", "Movers")
@@ -106,16 +100,4 @@ def delete_profiles():
         failures.append(f"profiles: {desk.exists()} {local.exists()}")
 
 
-def main():
-    prepare()
-    rename_and_delete()
-    move()
-    delete_profiles()
-    if failures:
-        sys.exit("\n\n".join(failures))
-
-
-with tempfile.TemporaryDirectory() as folder:
-    at_home(folder)
-    os.chdir(folder)
-    main()
+go_through(prepare, rename_and_delete, move, delete_profiles)

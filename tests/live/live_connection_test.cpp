@@ -10,10 +10,8 @@
 #include "live/live_world.hpp"
 #include "local/refused_writes.hpp"
 #include "support/run_program.hpp"
-#include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
 #include "world/snapshot.hpp"
-#include "world/world.hpp"
 
 /// Logging on to the controller that `with-domain` started, and every way in which that fails.
 namespace twk::test {
@@ -69,13 +67,6 @@ void get_ticket(const std::string& cache, int seconds) {
                                  variable("TWK_LIVE_ADMIN") + "@TWK.TEST"},
                    .input = variable("TWK_LIVE_PASSWORD") + "\n",
                    .environment = {}});
-  ASSERT_EQ(result.exit_code, 0) << result.err;
-}
-
-/// Sends a command to the controller: stop, start, stall, resume.
-void control(const std::string& what) {
-  const ProgramResult result =
-      run_program({.arguments = {variable("TWK_LIVE_CONTROL"), what}, .input = {}, .environment = {}});
   ASSERT_EQ(result.exit_code, 0) << result.err;
 }
 
@@ -332,38 +323,6 @@ TEST(EndedTicket, IsReportedDuringTheWorkAndARenewedOneIsUsed) {
   get_ticket(folder / "ticket", 3600);
   EXPECT_EQ(domain.ldap().read("", {"dnsHostName"}).first("dnsHostName"), "dc1.twk.test");
   EXPECT_THAT(told.back(), HasSubstr("connected again"));
-}
-
-TEST(Snapshot, IsALabThatCanBeWorkedInAndHoldsNoSecret) {
-  LiveWorld world;
-  contract::make_user(world, "Ann Lee", "Ann.Lee");
-  const platform::ObjectPtr group = contract::make_group(world, "Copied");
-  group->Add("LDAP://twk.test/CN=Ann Lee," + world.unit());
-  const TemporaryDirectory folder;
-  std::size_t told = 0;
-  const auto copied = world::take_snapshot(world.live(), folder / "lab", [&](std::size_t entries) {
-    told = entries;
-    return true;
-  });
-  ASSERT_TRUE(copied);
-  EXPECT_GE(told, copied->entries);
-  EXPECT_GE(copied->users, 4U);
-  const std::string ldif = get_file(folder / "lab/domain.ldif");
-  for (const char* const secret : {"unicodePwd", "supplementalCredentials", "dBCSPwd", "ntPwdHistory"})
-    EXPECT_EQ(ldif.find(secret), std::string::npos) << secret;
-  ScriptedDialogs dialogs;
-  world::World lab(folder / "lab", dialogs, [](const std::string& text) { ADD_FAILURE() << text; });
-  EXPECT_EQ(lab.lab().config().netbios, "TWK");
-  EXPECT_EQ(lab.lab().config().controller, "DC1");
-  EXPECT_EQ(lab.lab().config().passwords.minimum_length, 7);
-  platform::DirectoryService& directory = lab.services().directory;
-  const auto ann = directory.GetObject("WinNT://TWK/Ann.Lee");
-  EXPECT_TRUE(directory.GetObject("LDAP://twk.test/CN=Copied," + world.unit())
-                  ->IsMember("LDAP://twk.test/CN=Ann Lee," + world.unit()));
-  const auto another = directory.GetObject("LDAP://twk.test/" + world.unit())->Create("user", "cn=Bob Lee");
-  another->Put("samAccountName", std::string("Bob.Lee"));
-  another->SetInfo();
-  EXPECT_EQ(directory.GetObject("WinNT://TWK/Bob.Lee")->Name(), "Bob.Lee");
 }
 
 TEST(Snapshot, ThatIsStoppedLeavesNothingBehind) {

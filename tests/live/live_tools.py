@@ -1,9 +1,11 @@
 """What the scripts have in common that run `twk` in the domain that with-domain started and look at it with others'
 tools. The first argument is the program."""
 
+import base64
 import os
 import subprocess
 import sys
+import tempfile
 
 TWK = sys.argv[1]
 LIVE = {name: os.environ.get(f"TWK_LIVE_{name}", "") for name in (
@@ -21,6 +23,17 @@ def at_home(home, superuser=True):
         os.environ["KRB5CCNAME"] = LIVE["SUPERUSER_TICKET"]
     elif not IS_AD:
         os.environ["TWK_LOGON_PASSWORD"] = LIVE["PASSWORD"]
+
+
+def go_through(*steps, superuser=True):
+    """Takes the steps one after the other, of a home of their own, and ends the program with what failed."""
+    with tempfile.TemporaryDirectory() as home:
+        at_home(home, superuser)
+        os.chdir(home)
+        for step in steps:
+            step()
+    if failures:
+        sys.exit("\n\n".join(failures[:10]) + f"\n{len(failures)} failures")
 
 
 def run(*command, text=None, codes=(0,), env=None):
@@ -41,6 +54,26 @@ def twk(*arguments, **options):
     return run(*twk_command(*arguments), **options)
 
 
+def set_up(password, account_names, *settings):
+    """What a creation goes by; each setting is a key, a name and a value."""
+    for setting in (("Setup", "UserFormat", "5"), ("Setup", "SetupID", account_names),
+                    ("Preferences", "ForcePasswdChange", "No"), *settings):
+        twk("settings", "set", *setting)
+    twk("settings", "set", "Setup", "Password", text=password)
+
+
+def ldap_values(filter_text, attribute, base="DC=twk,DC=test"):
+    """Values of an attribute, as bytes, of all entries of the domain that fit."""
+    done = run("ldapsearch", "-LLL", "-Q", "-N", "-Y", "GSSAPI", "-o", "ldif-wrap=no", "-E", "pr=1000/noprompt", "-H",
+               f"ldap://{LIVE['SERVER']}", "-b", base, filter_text, attribute)
+    found = []
+    for line in done.stdout.splitlines():
+        kind, _, value = line.partition(": ")
+        if kind in (attribute, attribute + ":"):
+            found.append(base64.b64decode(value) if kind.endswith(":") else value.encode())
+    return found
+
+
 def expect(what, found, text):
     """Text found with a tool that is not ours must hold what was asked for."""
     if what not in text:
@@ -55,3 +88,10 @@ def expect_same(found, wanted, what):
 def admin_logon():
     """The account that the server takes for its superuser, for tools that take a name."""
     return f"{'TWK' if IS_AD else 'OLDNT'}\\{'Administrator' if IS_AD else 'root'}%{LIVE['PASSWORD']}"
+
+
+def log_on(name, password, codes=None, folder="IPC$"):
+    """As that user, who needs nothing but the password."""
+    if IS_AD:
+        return run("kinit", "-c", f"FILE:{LIVE['STATE']}/of-a-user", f"{name}@TWK.TEST", text=password + "\n", codes=codes)
+    return run("smbclient", "-U", f"OLDNT\\{name}%{password}", f"//{LIVE['SERVER']}/{folder}", "-c", "exit", codes=codes)

@@ -52,7 +52,7 @@ inline live::LiveSettings live_settings() {
 }
 
 /// The real domain, with a separate unit that is deleted with it.
-class LiveWorld final : public contract::World {
+class LiveWorld : public contract::World {
  public:
   LiveWorld() {
     empty_drive();
@@ -141,38 +141,10 @@ class LiveWorld final : public contract::World {
   live::LiveNetwork network_{domain_};
 };
 
-/// The real domain as seen by the account that its server treats as the superuser.
-class SuperuserWorld final : public contract::World {
+/// The real domain as seen by the account that its server treats as the superuser, with that one's ticket.
+class SuperuserWorld final : private Variable, public LiveWorld {
  public:
-  platform::DirectoryService& directory() override { return world_.directory(); }
-  platform::QueryService& query() override { return world_.query(); }
-  platform::Files& files() override { return world_.files(); }
-  platform::Security& security() override { return world_.security(); }
-  platform::Network& network() override { return world_.network(); }
-  [[nodiscard]] std::string domain() const override { return world_.domain(); }
-  [[nodiscard]] std::string netbios() const override { return world_.netbios(); }
-  [[nodiscard]] std::string root() const override { return world_.root(); }
-  [[nodiscard]] std::string unit() const override { return world_.unit(); }
-  [[nodiscard]] std::string file_server() const override { return world_.file_server(); }
-  [[nodiscard]] std::string told_path(std::string path) const override {
-    return world_.told_path(std::move(path));
-  }
-
- private:
-  /// The ticket cache of this process while the object exists.
-  class Ticket {
-   public:
-    Ticket() { setenv("KRB5CCNAME", variable("TWK_LIVE_SUPERUSER_TICKET").c_str(), 1); }
-    Ticket(const Ticket&) = delete;
-    Ticket& operator=(const Ticket&) = delete;
-    ~Ticket() { setenv("KRB5CCNAME", before_.c_str(), 1); }
-
-   private:
-    std::string before_ = variable("KRB5CCNAME");
-  };
-
-  Ticket ticket_;
-  LiveWorld world_;
+  SuperuserWorld() : Variable("KRB5CCNAME", variable("TWK_LIVE_SUPERUSER_TICKET")) {}
 };
 
 inline std::unique_ptr<contract::World> make_superuser_world() {

@@ -28,21 +28,6 @@ hold() {
   until [[ "$(cat "/proc/$holder/comm")" == sleep ]]; do sleep 0.02; done
 }
 
-# The configuration of every file server, and of the controller.
-shares_conf() {
-  cat <<END
-	add share command = $here/share-command
-	change share command = $here/share-command
-	delete share command = $here/share-command
-	registry shares = yes
-	load printers = no
-	disable spoolss = yes
-	server signing = mandatory
-	acl_xattr:ignore system acls = yes
-	acl_xattr:default acl style = windows
-END
-}
-
 member_conf() {
   local folder="$state/$1"
   mkdir -p "$folder"/{private,state,lock,cache}
@@ -64,14 +49,8 @@ member_conf() {
 	cache directory = $folder/cache
 	vfs objects = acl_xattr
 $(shares_conf)
-
-[D\$]
-	path = $folder/srv/d
-	read only = no
-
-[C\$]
-	path = /
-	read only = no
+	server signing = mandatory
+$(drives_conf "$folder/srv/d")
 	# Of the machine nothing is to be seen there, and nothing to be lost.
 	veto files = $(printf '/%s' $(ls /))/
 END
@@ -83,6 +62,7 @@ provision() {
     --dns-backend=SAMBA_INTERNAL --adminpass="$TWK_LIVE_PASSWORD" --targetdir="$state/dc1/domain" --host-name=dc1 \
     --host-ip=192.0.2.10 --option="interfaces=lo eth0" --option="bind interfaces only=yes" || return
   sed "/dns forwarder/d; /^\[global\]/r /dev/stdin" "$state/dc1/domain/etc/smb.conf" >"$conf" <<<"$(shares_conf)
+	server signing = mandatory
 	ldap server require strong auth = yes"
   member_conf fs1
   member_conf fs2

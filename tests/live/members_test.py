@@ -9,11 +9,9 @@ import os
 import pathlib
 import signal
 import subprocess
-import sys
-import tempfile
 import time
 
-from live_tools import LIVE, TWK, at_home, expect, expect_same, failures, run
+from live_tools import LIVE, TWK, expect, expect_same, go_through, run, set_up
 
 STATE = pathlib.Path(LIVE["STATE"])
 DISKS = {server: STATE / server / "srv/d" for server in ("fs1", "fs2")}
@@ -39,12 +37,8 @@ def conf(server):
 
 
 def prepare():
-    for key, name, value in (
-            ("Setup", "UserFormat", "5"), ("Setup", "SetupID", "%first%"), ("Preferences", "ForcePasswdChange", "No"),
-            ("UM", "CreateShares", "Yes"), ("UM", "SetPermissions", "Yes"), ("UM", "RunCmd", "No"),
-            ("UM", "MailAccount", "No")):
-        twk("settings", "set", key, name, value)
-    twk("settings", "set", "Setup", "Password", text="Welcome-2-Work")
+    set_up("Welcome-2-Work", "%first%", ("UM", "CreateShares", "Yes"), ("UM", "SetPermissions", "Yes"),
+           ("UM", "RunCmd", "No"), ("UM", "MailAccount", "No"))
     twk("ou", "create", "Movers")
     for site, server in (("Head Office", "FS1"), ("Branch", "FS2")):
         twk("site", "add", site, "--nt-server", server)
@@ -185,17 +179,4 @@ def delete():
     expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
-def main():
-    prepare()
-    for step in (attack, rename, move, delete):
-        start = time.monotonic()
-        step()
-        print(f"{step.__name__}: {time.monotonic() - start:.1f} s")
-    if failures:
-        sys.exit("\n\n".join(failures))
-
-
-with tempfile.TemporaryDirectory() as folder:
-    at_home(folder)
-    os.chdir(folder)
-    main()
+go_through(prepare, attack, rename, move, delete)

@@ -2,7 +2,7 @@
 
 export TWK_LIVE_DOMAIN=OLDNT TWK_LIVE_SERVER=OLDPDC
 export TWK_LIVE_ADMIN=root TWK_LIVE_PASSWORD=Adm1n-of-oldnt
-export TWK_LIVE_CONTROL="$here/nt-control"
+export TWK_LIVE_CONTROL="$here/controller-control"
 
 # An account of the domain is one of the machine too: the servers have files of accounts of their own.
 own_accounts() {
@@ -39,8 +39,6 @@ provision() {
 	ncalrpc dir = $state/nt/ncalrpc
 	logon home =
 	logon path =
-	load printers = no
-	disable spoolss = yes
 	add user script = $here/account-command $state user %u
 	delete user script = $here/account-command $state delete %u
 	rename user script = $here/account-command $state rename %uold %unew
@@ -49,21 +47,9 @@ provision() {
 	add user to group script = $here/account-command $state join %u %g
 	delete user from group script = $here/account-command $state leave %u %g
 	set primary group script = $here/account-command $state primary %u %g
-	registry shares = yes
 	vfs objects = acl_xattr
-	acl_xattr:ignore system acls = yes
-	acl_xattr:default acl style = windows
-	add share command = $here/share-command
-	change share command = $here/share-command
-	delete share command = $here/share-command
-
-[D\$]
-	path = $state/srv/d
-	read only = no
-
-[C\$]
-	path = /
-	read only = no
+$(shares_conf)
+$(drives_conf "$state/srv/d")
 END
   printf '%s\n%s\n' "$TWK_LIVE_PASSWORD" "$TWK_LIVE_PASSWORD" | smbpasswd -c "$conf" -s -a root
   make_group ntadmins "Domain Admins" rid=512 domain

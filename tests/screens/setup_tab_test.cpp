@@ -69,6 +69,7 @@ TEST_F(SetupTabTest, WhatKeepsNoPasswordInTheSettingsIsOfferedFirstWhileItIsUsed
   for (const bool used : {true, false}) {
     window->setup_tabs().setCurrentIndex(windows::setup_tab::kPreferences);
     tick("FmtPass");
+    EXPECT_EQ(setting("Preferences", "UseFormattedPassword"), used ? "YES" : "No");
     window->setup_tabs().setCurrentIndex(windows::setup_tab::kSetup);
     EXPECT_EQ(find<QLineEdit>("Formatted_Password")->isVisible(), used);
     EXPECT_EQ(find<QGroupBox>("Frame4")->title(), used ? "Default Passwords" : "Default Password");
@@ -101,7 +102,6 @@ TEST_F(SetupTabTest, APreferenceIsStoredAsSoonAsItIsChosen) {
                                   {"USR_Cant_Change", "CantChangePWD"},
                                   {"PWD_NVR_EXPIRE", "PasswdNVRExpire"},
                                   {"New_Disabled", "AccountDisabled"},
-                                  {"FmtPass", "UseFormattedPassword"},
                                   {"Confirm_Deletes", "ConfirmDeletes"},
                                   {"Confirm_Resets", "ConfirmResets"},
                                   {"Domain_Admin", "CheckAdminRights"},

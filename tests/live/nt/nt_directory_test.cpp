@@ -34,15 +34,17 @@ TEST_F(NtDirectory, LdapDoesNotAnswer) {
 TEST_F(NtDirectory, AccountIsMadeFilledAndPutIntoGroups) {
   const auto domain = domain_object();
   User user(domain->Create("User", "jo"));
-  user.put_FullName("Jö Smith");
-  user.put_Description("Clerk");
-  user.put_HomeDirectory("\\\\OLDPDC\\Users\\jo");
-  user.put_Profile("\\\\OLDPDC\\Profiles\\jo");
-  user.put_LoginScript("logon.bat");
+  const std::pair<const char*, const char*> texts[] = {{"FullName", "Jö Smith"},
+                                                       {"Description", "Clerk"},
+                                                       {"HomeDirectory", "\\\\OLDPDC\\Users\\jo"},
+                                                       {"Profile", "\\\\OLDPDC\\Profiles\\jo"},
+                                                       {"LoginScript", "logon.bat"},
+                                                       {"HomeDirDrive", "H:"}};
+  for (const auto& [name, text] : texts)
+    user.Put(name, text);
   base::Bytes hours(21, 0xFF);
   hours[3] = 0x0F;
   user.put_LoginHours(hours);
-  user.Put("HomeDirDrive", "H:");
   user.SetInfo();
   user.SetPassword("Correct-Horse-7");
   user.Put("PasswordExpired", 1);
@@ -57,13 +59,9 @@ TEST_F(NtDirectory, AccountIsMadeFilledAndPutIntoGroups) {
   group->Add(user.ADsPath());
 
   const User read(account("jo"));
-  EXPECT_EQ(read.FullName(), "Jö Smith");
-  EXPECT_EQ(read.Description(), "Clerk");
-  EXPECT_EQ(read.HomeDirectory(), "\\\\OLDPDC\\Users\\jo");
-  EXPECT_EQ(read.Profile(), "\\\\OLDPDC\\Profiles\\jo");
-  EXPECT_EQ(read.LoginScript(), "logon.bat");
+  for (const auto& [name, text] : texts)
+    EXPECT_EQ(read.Get(name).text(), text);
   EXPECT_EQ(read.LoginHours(), hours);
-  EXPECT_EQ(read.Get("HomeDirDrive").text(), "H:");
   EXPECT_EQ(read.Get("UserFlags").integer(), 0x10242);
   EXPECT_TRUE(read.AccountDisabled());
   EXPECT_FALSE(read.IsAccountLocked());
