@@ -84,21 +84,6 @@ TEST_F(CompactionTest, DeletedRecordsGoAndGroupsThatAreNoMoreArePruned) {
       << log;
 }
 
-TEST_F(CompactionTest, FilesKeepAccessAndLinksAndWhatIsReadOnlyIsRefused) {
-  namespace fs = std::filesystem;
-  fs::create_directory(path("real"));
-  fs::rename(path("Site.dat"), path("real/Site.dat"));
-  fs::create_symlink("real/Site.dat", path("Site.dat"));
-  fs::permissions(path("real/Site.dat"), fs::perms(0640));
-  fs::permissions(path("Template.dat"), fs::perms(0444));
-  world.dialogs.expect("Error Compacting Database\r\n");
-  EXPECT_FALSE(stores::compact_database(world.session, stores::Pruning::kKeepGroups));
-  EXPECT_TRUE(fs::is_symlink(path("Site.dat")));
-  EXPECT_EQ(get("real/Site.dat"), new_sites);
-  EXPECT_EQ(fs::status(path("real/Site.dat")).permissions(), fs::perms(0640));
-  EXPECT_EQ(get("Template.dat"), old_templates);
-}
-
 TEST_F(CompactionTest, AnswerNoTouchesNothingOrKeepsGroupsOfOtherDomains) {
   world.dialogs.expect(kSure, Answer::kNo);
   EXPECT_FALSE(Compact_Database(world.session));
