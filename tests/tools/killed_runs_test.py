@@ -27,10 +27,11 @@ SERVERS = ("FS1", "FS2")
 # What is killed: the kind of domain, the words, the name of the folders after it, and the share of the points. One renaming
 # gives another name, one another case alone.
 STORIES = (
-    ("native", ("rename", "jo.smith", "--logon", "Ann", "--full-name", "Ann West", "--upn", "ann", "--rename-dirs"), "Ann West", 0.3),
+    ("native", ("rename", "jo.smith", "--logon", "Ann", "--full-name", "Ann West", "--upn", "ann", "--rename-dirs"),
+     "Ann West", 0.3),
     ("nt", ("rename", "Jo.Smith", "--logon", "JO.SMITH", "--full-name", "JO SMITH", "--rename-dirs"), "JO.SMITH", 0.3),
-    ("native", ("move", "jo.smith", "--site", "Branch", "--template", "Staff", "--data", "move", "--no-prompt", "--add-to-groups"),
-     "Jo.Smith", 0.4),
+    ("native", ("move", "jo.smith", "--site", "Branch", "--template", "Staff", "--data", "move", "--no-prompt",
+                "--add-to-groups"), "Jo.Smith", 0.4),
 )
 
 
@@ -61,8 +62,9 @@ def changes_of(command, folder):
 def is_killed_at(change, command):
     """Runs a command that is killed as it is about to make that change; False when it made it to its end."""
     call, number = change
-    done = subprocess.run(["strace", "-f", "-o", os.devnull, "-e", f"trace={call}", "-e", f"inject={call}:signal=KILL:when={number}",
-                           *command], capture_output=True, env=ENVIRONMENT, check=False)
+    done = subprocess.run(["strace", "-f", "-o", os.devnull, "-e", f"trace={call}",
+                           "-e", f"inject={call}:signal=KILL:when={number}", *command],
+                          capture_output=True, env=ENVIRONMENT, check=False)
     return done.returncode != 0
 
 
@@ -108,7 +110,8 @@ def contents(lab, server):
 def state(lab, command, name):
     """All that such a run is about. Of a renaming's record a temporary file may be left."""
     found = {"account": json.loads(run(lab, "user", "show", name).stdout),
-             "database": sorted(file for file in os.listdir(f"{lab}/db") if command == "move" or not file.endswith(".tmp"))}
+             "database": sorted(file for file in os.listdir(f"{lab}/db")
+                                if command == "move" or not file.endswith(".tmp"))}
     for server in SERVERS:
         shares = sorted(run(lab, "share", "list", server).stdout.splitlines())
         found["files of " + server] = files(lab, server)
@@ -134,7 +137,8 @@ def check(folder, kind, words, name, points):
         # A program that was killed as it said that it was done may have left nothing to do.
         again = run(lab, *order, codes=None)
         for what, found in state(lab, words[0], name).items():
-            assert found == wanted[what], f"{words}, {change}:\n{again.stdout}{again.stderr}\n{what} is\n{found}\nnot\n{wanted[what]}"
+            told = f"{words}, {change}:\n{again.stdout}{again.stderr}\n{what} is\n{found}\nnot\n{wanted[what]}"
+            assert found == wanted[what], told
         shutil.rmtree(lab)
     print(f"{' '.join(words[:2])} ({kind}): killed at {len(chosen)} of {len(changes)} changes")
 

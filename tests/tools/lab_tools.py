@@ -12,8 +12,8 @@ CREATE = ("--template", "Staff", "--site", "Head Office", "--ou", OU)
 
 def twk(lab, *arguments, text=None, codes=(0,), **options):
     """Runs a command on a lab; input and output are text, or bytes where the input is."""
-    done = subprocess.run([TWK, "--lab", lab, "--yes", *arguments], input=text, capture_output=True, text=not isinstance(text, bytes), check=False,
-                          **options)
+    done = subprocess.run([TWK, "--lab", lab, "--yes", *arguments], input=text, capture_output=True,
+                          text=not isinstance(text, bytes), check=False, **options)
     if codes and done.returncode not in codes:
         sys.exit(f"{arguments[:6]} ended with {done.returncode}\n{done.stdout[-2000:]}\n{done.stderr[-2000:]}")
     return done
@@ -31,7 +31,8 @@ def entries(ldif):
         for line in block.splitlines():
             name, separator, value = line.partition(":")
             if separator and not name.startswith("#"):
-                entry.setdefault(name, []).append(base64.b64decode(value[1:]) if value.startswith(":") else value[1:].encode())
+                raw = base64.b64decode(value[1:]) if value.startswith(":") else value[1:].encode()
+                entry.setdefault(name, []).append(raw)
         if "dn" in entry:
             found[entry["dn"][0].decode()] = entry
     return found

@@ -16,6 +16,8 @@ import tempfile
 import time
 import urllib.parse
 
+import lab_tools
+
 SLAPD = next((path for path in ("/usr/sbin/slapd", "/usr/local/libexec/slapd") if os.path.exists(path)), None)
 BASE = "DC=twk,DC=test"
 # Kept by the server itself, or computed by the lab.
@@ -82,20 +84,18 @@ def with_structural_class(ldif):
 
 
 def main():
-    twk = sys.argv[1]
     if SLAPD is None:
         sys.exit("slapd is not installed: scripts/setup installs it")
     with tempfile.TemporaryDirectory(prefix="twk-ldif-") as folder:
         folder = pathlib.Path(folder)
         lab, other = folder / "lab", folder / "other"
-        run(twk, "lab", "init", str(lab), "--sample", "--users", "40")
-        before = run(twk, "--lab", str(lab), "lab", "export")
+        lab_tools.make_lab(lab, "--users", "40")
+        before = lab_tools.twk(lab, "lab", "export").stdout
         journal = lab / "domain.journal.ldif"
         known = len(journal.read_bytes())
         for first, last in (("Zoë", "Núñez"), ("Jo", "Smith")):
-            run(twk, "--lab", str(lab), "user", "create", "--template", "Staff", "--site", "Head Office", "--ou",
-                f"OU=New Starters,{BASE}", first, last, codes=(0, 1))
-        after = run(twk, "--lab", str(lab), "lab", "export")
+            lab_tools.twk(lab, "user", "create", *lab_tools.CREATE, first, last, codes=(0, 1))
+        after = lab_tools.twk(lab, "lab", "export").stdout
         changes = journal.read_bytes()[known:].decode()
 
         (folder / "schema").write_text(schema(after), encoding="utf-8")
@@ -122,8 +122,8 @@ def main():
             server.wait()
         found = re.sub(r"(?m)^objectClass: anything\n", "", found)
         (folder / "found.ldif").write_text(found, encoding="utf-8")
-        run(twk, "--lab", str(other), "lab", "import", str(folder / "found.ldif"))
-        again = entries(run(twk, "--lab", str(other), "lab", "export"))
+        lab_tools.twk(other, "lab", "import", str(folder / "found.ldif"))
+        again = entries(lab_tools.twk(other, "lab", "export").stdout)
 
         wanted = entries(after)
         if len(wanted) <= len(entries(before)):

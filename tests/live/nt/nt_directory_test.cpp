@@ -100,19 +100,6 @@ TEST_F(NtDirectory, ExpiryIsADateOrNone) {
   EXPECT_NE(number_of([&] { static_cast<void>(User(account("jo")).AccountExpirationDate()); }), 0U);
 }
 
-TEST_F(NtDirectory, PasswordLetsInUntilTheNextOne) {
-  User user = make_user("jo");
-  user.SetPassword("Correct-Horse-7");
-  LiveSettings settings = test::nt_settings();
-  settings.user = "jo";
-  settings.password = "Correct-Horse-7";
-  LiveDomain own(settings);
-  EXPECT_TRUE(own.rpc().accounts(server_).find("jo"));
-  user.SetPassword("Another-Horse-8");
-  LiveDomain late(settings);
-  EXPECT_EQ(number_of([&] { late.rpc().accounts(server_).find("jo"); }), kRpcLogonFailure);
-}
-
 TEST_F(NtDirectory, NamesInUseAreRefusedByTheNumberOfTheirKind) {
   const auto domain = domain_object();
   make_user("jo");

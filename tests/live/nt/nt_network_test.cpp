@@ -23,19 +23,6 @@ TEST_F(NtNetwork, ControllerIsFoundByTheNameOfItsDomain) {
   EXPECT_EQ(number_of([&] { network_.NetGetDCName("", "NOSUCH"); }), network_error::kControllerNotFound);
 }
 
-TEST_F(NtNetwork, ShareIsMadeReadAndRemovedWithAPassword) {
-  platform::ShareInfo502 share;
-  share.shi502_netname = "Homes$";
-  share.shi502_path = "D:\\Users";
-  share.shi502_remark = "Users Home Share";
-  network_.NetShareAdd("\\\\OLDPDC", share);
-  EXPECT_EQ(network_.NetShareGetInfo("oldpdc", "homes$").shi502_path, "C:\\Users");
-  EXPECT_EQ(get("WinNT://OLDPDC/lanmanserver/Homes$")->Get("Description").text(), "Users Home Share");
-  EXPECT_EQ(number_of([&] { network_.NetShareAdd("OLDPDC", share); }), network_error::kDuplicateShare);
-  network_.NetShareDel("OLDPDC", "Homes$");
-  EXPECT_EQ(number_of([&] { network_.NetShareDel("OLDPDC", "Homes$"); }), network_error::kShareNotFound);
-}
-
 TEST_F(NtNetwork, TerminalSettingsAreKeptOneByOne) {
   make_user("jo");
   network_.WTSSetUserConfig("\\\\OLDPDC", "jo", WtsConfigClass::kTerminalServerProfilePath, "\\\\FS1\\P\\jö");
@@ -79,16 +66,6 @@ TEST_F(NtNetwork, LogonHasTheGroupsOfBothKinds) {
   EXPECT_EQ(number_of([&] { security_.LookupAccountName({}, "nobody"); }),
             platform::security_error::kNoneMapped);
   account("Helpers")->Remove("WinNT://OLDNT/Readers");
-}
-
-TEST_F(NtNetwork, FoldersOfItsServersAreReached) {
-  make_user("jo");
-  const std::string home = "\\\\OLDPDC\\D$\\Users\\jo";
-  files_.make_directory(home);
-  EXPECT_TRUE(files_.exists(home));
-  EXPECT_TRUE(security_.GetFileSecurity(home, platform::security_information::kDacl, 4096).dacl_present);
-  files_.remove_directory(home);
-  EXPECT_FALSE(files_.exists(home));
 }
 
 /// The server's list of its connections, without the heading.
