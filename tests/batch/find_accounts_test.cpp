@@ -31,8 +31,10 @@ void go(MultiUserWorld& world, int function) {
 }
 
 TEST_P(FindAccounts, ExpiredBeforeTheDayComeToTheSelectionWithWhatIsThere) {
-  expire(*this, "ann", 2026, 3, 1);
-  expire(*this, "ben", 2026, 2, 28, 12);
+  // The day begins eight hours after that of UTC.
+  clock.seconds_ahead = -8 * 3600;
+  expire(*this, "ann", 2026, 3, 1, 8);
+  expire(*this, "ben", 2026, 3, 1, 7);
   expire(*this, "cas", 2025, 12, 31);
   open();
   select_users({"eve"});

@@ -33,6 +33,7 @@ TEST_P(DetailsTabTest, SaysWhatToDoWhileNoUserIsShown) {
 }
 
 TEST_P(DetailsTabTest, SavesWhatIsTypedAndTicked) {
+  lab.clock.seconds_ahead = -8 * 3600;
   show_jo();
   EXPECT_EQ(window->tabs().currentIndex(), windows::tab::kDetails);
   EXPECT_EQ(find<QLineEdit>("UM_Description")->text(), "Clerk");
@@ -47,6 +48,7 @@ TEST_P(DetailsTabTest, SavesWhatIsTypedAndTicked) {
   EXPECT_EQ(status(), "Saved...");
   EXPECT_EQ(lab.property("jo", "Description"), "Manager");
   EXPECT_EQ(lab.property("jo", "HomeDirDrive"), "H:");
+  EXPECT_EQ(platform::User(lab.account("jo")).AccountExpirationDate(), base::make_date({2026, 12, 31, 8}));
   ASSERT_TRUE(windows::show_user_details(lab.session, node_of_jo(lab)));
   EXPECT_TRUE(find<QCheckBox>("chkPwdNever")->isChecked());
   EXPECT_FALSE(find<QCheckBox>("chkAcctLockedOut")->isEnabled());
