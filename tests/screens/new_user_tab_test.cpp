@@ -62,6 +62,7 @@ TEST_F(NewUserTabTest, AFailureShowsARedLightAndAnUsableWindow) {
   click("CreateUser");
   EXPECT_EQ(status(), "Error Creating Users Account...");
   EXPECT_EQ(light("Create_User_Account"), "Error");
+  EXPECT_EQ(find<QLineEdit>("UserID_Box")->text(), "Jo.Doe") << "it can be tried again";
   EXPECT_TRUE(window->isEnabled());
 }
 

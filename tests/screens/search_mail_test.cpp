@@ -33,7 +33,10 @@ TEST_F(SearchMailTest, TheOneFoundIsSelectedAndOfSeveralThePersonChoosesOrCancel
     EXPECT_FALSE(search([&](QWidget& shown) {
       EXPECT_TRUE(find<QLabel>("told", &shown)->text().startsWith("Warning: Multiple mailboxs"));
       EXPECT_FALSE(find<QTreeView>("TreeView1", &shown)->currentIndex().parent().parent().isValid());
-      by_key ? QTest::keyClick(&shown, Qt::Key_Escape) : click("Command2", &shown);
+      if (by_key)
+        QTest::keyClick(&shown, Qt::Key_Escape);
+      else
+        click("Command2", &shown);
     }));
   }
 }

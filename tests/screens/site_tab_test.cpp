@@ -77,7 +77,10 @@ TEST_F(SiteTabTest, EnterEditsTheChosenSiteAndEscCancelsTheEdit) {
     press("ListView2", Qt::Key_Return);
     EXPECT_EQ(status(), "Edit Site...");
     type("NTSERVER", "FS9");
-    saved ? click("Save_Site") : press("NTSERVER", Qt::Key_Escape);
+    if (saved)
+      click("Save_Site");
+    else
+      press("NTSERVER", Qt::Key_Escape);
     expect_browsing();
   }
   click_row("ListView2", "Head Office");

@@ -70,7 +70,10 @@ TEST_F(TemplateTabTest, AnEditIsSavedOrCancelledWithEsc) {
     EXPECT_EQ(status(), "Edit Template...");
     type("logon", "other.cmd");
     double_click_row("ListView6", "Staff");
-    saved ? click("savetemplate") : press("logon", Qt::Key_Escape);
+    if (saved)
+      click("savetemplate");
+    else
+      press("logon", Qt::Key_Escape);
     expect_browsing();
   }
   choose("templatelst", "Staff");
