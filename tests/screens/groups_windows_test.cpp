@@ -19,13 +19,8 @@ class GroupsWindows : public ScreenTest {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(groups));
   }
   void open_staff() {
-    for (const std::string name : {"ann", "bob"}) {
-      const platform::ObjectPtr user =
-          lab.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
-              ->Create("user", "CN=" + name);
-      user->Put("samAccountName", name);
-      user->SetInfo();
-    }
+    for (const std::string name : {"ann", "bob"})
+      add_user(lab, name, name);
     open_groups();
     double_click_row("ListView1", "Staff", groups);
   }

@@ -2,6 +2,7 @@
 
 #include "platform/adsi.hpp"
 #include "screens/screen_test.hpp"
+#include "support/details_world.hpp"
 #include "windows/state/multi_user.hpp"
 
 namespace twk::test {
@@ -10,13 +11,8 @@ namespace twk::test {
 class MultiUserWindow : public ScreenTest {
  protected:
   MultiUserWindow() {
-    for (const std::string name : {"ann", "ben", "cas"}) {
-      const platform::ObjectPtr user =
-          lab.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
-              ->Create("user", "CN=" + name);
-      user->Put("samAccountName", name);
-      user->SetInfo();
-    }
+    for (const std::string name : {"ann", "ben", "cas"})
+      add_user(lab, name, name);
   }
 
   /// Opens the window by its menu entry; `person` acts in it, then it is closed.

@@ -1,6 +1,6 @@
-#include "platform/ldap_text.hpp"
 #include "screens/screen_test.hpp"
 #include "session/settings.hpp"
+#include "support/details_world.hpp"
 #include "windows/state/form1.hpp"
 
 namespace twk::test {
@@ -11,19 +11,10 @@ constexpr std::string_view kSales = "OU=Sales,DC=twk,DC=test";
 class TreeCommands : public ScreenTest {
  protected:
   TreeCommands() {
-    add_unit("Sales");
-    const platform::ObjectPtr user =
-        lab.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
-            ->Create("user", "CN=Smith\\, John");
-    user->Put("samAccountName", "jsmith");
-    user->SetInfo();
+    add_unit(lab, "Sales");
+    add_user(lab, "Smith, John", "jsmith");
   }
 
-  void add_unit(const std::string& name) {
-    lab.services.directory.GetObject("LDAP://twk.test")
-        ->Create("organizationalUnit", "OU=" + name)
-        ->SetInfo();
-  }
   [[nodiscard]] controls::TreeNode* node(std::string_view key) const {
     return lab.session.form1.TreeView1.find(key);
   }
@@ -102,7 +93,7 @@ TEST_F(TreeCommands, EscAndADropOutsideTheTreeMoveNobody) {
 
 TEST_F(TreeCommands, TheTreeScrollsWhileTheDragIsAtItsEdge) {
   for (int i = 0; i < 60; ++i)
-    add_unit("Unit " + std::to_string(100 + i));
+    add_unit(lab, "Unit " + std::to_string(100 + i));
   open();
   QScrollBar* const bar = window->tree().verticalScrollBar();
   window->tree().scrollTo(index(john));
@@ -118,7 +109,7 @@ TEST_F(TreeCommands, TheTreeScrollsWhileTheDragIsAtItsEdge) {
 
 TEST_F(TreeCommands, F5ReadsTheDomainAgain) {
   open();
-  add_unit("Late");
+  add_unit(lab, "Late");
   window->tree().setFocus();
   QTest::keyClick(&window->tree(), Qt::Key_F5);
   settle();

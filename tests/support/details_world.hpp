@@ -6,11 +6,30 @@
 #include "controls/tree_view.hpp"
 #include "directory/tree/tree.hpp"
 #include "platform/adsi.hpp"
+#include "platform/ldap_text.hpp"
 #include "support/lab_session.hpp"
 #include "windows/account/details_tab.hpp"
 #include "windows/state/form1.hpp"
 
 namespace twk::test {
+
+/// Adds an organizational unit to a lab of Active Directory.
+inline void add_unit(LabSession& world, const std::string& name,
+                     const std::string& above = "DC=twk,DC=test") {
+  world.services.directory.GetObject("LDAP://twk.test/" + above)
+      ->Create("organizationalUnit", "OU=" + platform::escape_dn_value(name))
+      ->SetInfo();
+}
+
+/// Adds a user to a unit of such a lab.
+inline void add_user(LabSession& world, const std::string& name, const std::string& account,
+                     std::string_view above = kNewStarters) {
+  const platform::ObjectPtr user =
+      world.services.directory.GetObject("LDAP://twk.test/" + std::string(above))
+          ->Create("user", "CN=" + platform::escape_dn_value(name));
+  user->Put("samAccountName", account);
+  user->SetInfo();
+}
 
 /// Adds the account "jo" to a lab, a member of "Staff", before its session starts.
 inline void add_jo(LabSession& world) {

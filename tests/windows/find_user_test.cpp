@@ -3,7 +3,7 @@
 #include "directory/tree/find_user.hpp"
 #include "directory/tree/tree.hpp"
 #include "platform/ldap_text.hpp"
-#include "support/lab_session.hpp"
+#include "support/details_world.hpp"
 #include "windows/start_up.hpp"
 #include "windows/state/directory_windows.hpp"
 #include "windows/state/form1.hpp"
@@ -15,14 +15,8 @@ using test::LabSession;
 
 class FindUser : public testing::Test {
  protected:
-  void add_ou(const std::string& relative, const std::string& above) {
-    lab.services.directory.GetObject("LDAP://" + above)->Create("organizationalUnit", relative)->SetInfo();
-  }
-  void add_user(const std::string& name, const std::string& above) {
-    const platform::ObjectPtr user = lab.services.directory.GetObject("LDAP://" + above)
-                                         ->Create("user", "CN=" + platform::escape_dn_value(name));
-    user->Put("samAccountName", "acc" + std::to_string(++accounts));
-    user->SetInfo();
+  void add_user(const std::string& name, std::string_view above = "CN=Users,DC=twk,DC=test") {
+    test::add_user(lab, name, "acc" + std::to_string(++accounts), above);
   }
   std::vector<std::string> found(const std::string& text) {
     lab.session.find_user.txtFind.text = text;
@@ -41,7 +35,7 @@ class FindUser : public testing::Test {
 
 TEST_F(FindUser, AnyPartOfTheNameFindsAndAStarMeansAnyText) {
   for (const char* const name : {"Zed Alpha", "Zed (Beta)", "Zed * Gamma", "Zed\\Delta"})
-    add_user(name, "CN=Users,DC=twk,DC=test");
+    add_user(name);
   lab.start();
   using testing::UnorderedElementsAre;
   EXPECT_THAT(found("ed al"), UnorderedElementsAre("Zed Alpha"));
@@ -56,7 +50,7 @@ TEST_F(FindUser, AnyPartOfTheNameFindsAndAStarMeansAnyText) {
 }
 
 TEST_F(FindUser, TheWindowShowsHowManyWereFoundAndWhere) {
-  add_user("Zed Alpha", "CN=Users,DC=twk,DC=test");
+  add_user("Zed Alpha");
   lab.start();
   found("zed");
   EXPECT_EQ(window.Label2.caption.get(), "1 user found");
@@ -70,10 +64,10 @@ TEST_F(FindUser, TheWindowShowsHowManyWereFoundAndWhere) {
 }
 
 TEST_F(FindUser, OpensTheTreeDownToTheUser) {
-  add_ou("OU=Sales\\, North", "DC=twk,DC=test");
-  add_ou("OU=Team", "OU=Sales\\, North,DC=twk,DC=test");
+  test::add_unit(lab, "Sales, North");
+  test::add_unit(lab, "Team", "OU=Sales\\, North,DC=twk,DC=test");
   add_user("Smith, John", "OU=Team,OU=Sales\\, North,DC=twk,DC=test");
-  add_user("Jones, Jo\\", "CN=Users,DC=twk,DC=test");
+  add_user("Jones, Jo\\");
   lab.start();
   for (const char* const name : {"Smith, John", "Jones, Jo\\"}) {
     ASSERT_EQ(found(name).size(), 1U);
@@ -86,9 +80,9 @@ TEST_F(FindUser, OpensTheTreeDownToTheUser) {
 }
 
 TEST_F(FindUser, AUserOutsideTheManagedOuIsNotFound) {
-  add_ou("OU=Sales", "DC=twk,DC=test");
+  test::add_unit(lab, "Sales");
   add_user("Zed Inside", "OU=Sales,DC=twk,DC=test");
-  add_user("Zed Outside", "CN=Users,DC=twk,DC=test");
+  add_user("Zed Outside");
   lab.set("Setup", "OU", "OU=Sales,DC=twk,DC=test");
   ASSERT_EQ(windows::start_session(lab.session), windows::StartUp::kReady);
   EXPECT_THAT(found("zed"), testing::ElementsAre("Zed Inside"));
@@ -100,7 +94,7 @@ TEST_F(FindUser, AUserOutsideTheManagedOuIsNotFound) {
 }
 
 TEST_F(FindUser, AUserDeletedMeanwhileIsNotFound) {
-  add_user("Zed", "CN=Users,DC=twk,DC=test");
+  add_user("Zed");
   lab.start();
   ASSERT_EQ(found("zed").size(), 1U);
   lab.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Delete("user", "CN=Zed");

@@ -3,7 +3,7 @@
 #include "directory/tree/tree.hpp"
 #include "directory/tree/tree_path.hpp"
 #include "platform/ldap_text.hpp"
-#include "support/lab_session.hpp"
+#include "support/details_world.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/multi_user.hpp"
 
@@ -22,15 +22,8 @@ constexpr std::string_view kSales = "OU=Sales,DC=twk,DC=test";
 class TreeDrag : public testing::Test {
  protected:
   TreeDrag() {
-    lab.services.directory.GetObject("LDAP://twk.test")->Create("organizationalUnit", "OU=Sales")->SetInfo();
-    add_user(kNewStarters, "Ann", "ann");
-  }
-  void add_user(std::string_view above, const std::string& name, const std::string& account) {
-    const platform::ObjectPtr user =
-        lab.services.directory.GetObject("LDAP://twk.test/" + std::string(above))
-            ->Create("user", "CN=" + platform::escape_dn_value(name));
-    user->Put("samAccountName", account);
-    user->SetInfo();
+    test::add_unit(lab, "Sales");
+    test::add_user(lab, "Ann", "ann");
   }
   static std::string path(const std::string& name, std::string_view above) {
     return "LDAP://twk.test/CN=" + platform::escape_dn_value(name) + "," + std::string(above);
@@ -60,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(Names, DraggedNames,
 
 TEST_P(DraggedNames, MoveInTheDirectoryInTheTreeAndInTheLists) {
   const std::string name = GetParam();
-  add_user(kNewStarters, name, "named");
+  test::add_user(lab, name, "named");
   lab.start();
   const std::string old_key = path(name, kNewStarters);
   lab.session.multi_user.ListView2.clear();
@@ -109,7 +102,7 @@ TEST_F(TreeDrag, AUserDroppedWhereItIsStaysWithoutABox) {
 }
 
 TEST_F(TreeDrag, ARefusedMoveIsReportedAndTheTreeStays) {
-  add_user(kSales, "Ann", "ann2");
+  test::add_user(lab, "Ann", "ann2", kSales);
   lab.start();
   for (const std::string light : {"YELLOW", "RED"}) {
     if (light == "RED")
