@@ -13,7 +13,7 @@ using base::Bytes;
 using test::number_of;
 using enum WtsConfigClass;
 
-/// A value that tests/tools/user_parameters.py has made.
+/// A value that tools/user_parameters.py has made.
 Bytes made(const std::string& name) {
   std::ifstream file(std::string(TWK_SOURCE_DIR "/tests/fuzz/corpus/user_parameters/") + name,
                      std::ios::binary);
