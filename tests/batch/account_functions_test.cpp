@@ -46,9 +46,7 @@ TEST_P(AccountFunctions, AccountsAreDisabledAndEnabled) {
 
 TEST_P(AccountFunctions, AUserInTwoSelectedGroupsIsDoneTwiceWithTwoLines) {
   join_readers({"ann"});
-  services.directory
-      .GetObject(is_nt() ? "WinNT://TWK/Staff,group" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test")
-      ->Add(is_nt() ? "WinNT://TWK/ann" : key("ann"));
+  group("Staff")->Add(path_of("ann"));
   open();
   select_readers();
   window.ListView1.add(is_nt() ? "Staff" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test", "Staff",

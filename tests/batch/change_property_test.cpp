@@ -46,7 +46,7 @@ TEST_F(ChangeProperty, LogsPropertyAndTextWhenStartedForDebugging) {
 }
 
 TEST_F(ChangeProperty, NameWithEscapesIsFilledInAsItReads) {
-  add_user("CN=Lee\\, Jo", "jolee");
+  make_user("jolee", "Lee\\, Jo");
   change({"jolee"}, "title", "%UserName%");
   EXPECT_EQ(property("jolee", "title"), "Lee, Jo");
 }
@@ -123,8 +123,7 @@ TEST_F(ChangeProperty, RefusalInTheMiddleIsCountedAndTheRunContinues) {
 
 TEST_F(ChangeProperty, MissingUserIsCountedAndTheRunContinues) {
   select_users({"jo", "ann"});
-  services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters))
-      ->Delete("user", "CN=jo Lee");
+  place()->Delete("user", "CN=jo Lee");
   choose("title", "Clerk");
   press_change();
   EXPECT_THAT(outcomes, ElementsAre("not jo", "ann"));

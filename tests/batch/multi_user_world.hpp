@@ -24,19 +24,11 @@ class MultiUserWorld : public LabSession {
 
   static constexpr const char* kNames[] = {"ann", "ben", "cas", "dee"};
 
-  void add_user(const std::string& name) {
-    const platform::ObjectPtr user = unit()->Create("user", is_nt() ? name : "CN=" + name);
-    if (!is_nt())
-      user->Put("samAccountName", name);
-    user->SetInfo();
-    user->SetPassword("Start-2026!");
-  }
+  void add_user(const std::string& name) { make_user(name)->SetPassword("Start-2026!"); }
   /// Puts users into the group "Readers".
   void join_readers(std::initializer_list<const char*> names) {
-    const platform::ObjectPtr group =
-        services.directory.GetObject(is_nt() ? "WinNT://TWK/Readers,group" : key("Readers"));
     for (const std::string name : names)
-      group->Add(is_nt() ? "WinNT://TWK/" + name : key(name));
+      group("Readers")->Add(path_of(name));
   }
 
   /// Locks accounts out as a person does: by a wrong password, in a lab that allows none.
@@ -124,10 +116,6 @@ class MultiUserWorld : public LabSession {
   windows::MultiUser& window;
 
  private:
-  platform::ObjectPtr unit() {
-    return services.directory.GetObject(is_nt() ? "WinNT://TWK"
-                                                : "LDAP://twk.test/" + std::string(kNewStarters));
-  }
   template <typename Test>
   std::set<std::string> those(Test test) {
     std::set<std::string> names;

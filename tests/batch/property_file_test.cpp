@@ -76,7 +76,7 @@ TEST_F(PropertyFile, ValueIsEverythingAfterTheFirstComma) {
 }
 
 TEST_F(PropertyFile, UserWithAccentsIsFoundInEitherEncoding) {
-  add_user("CN=Zo\xC3\xAB", "zo\xC3\xAB");
+  make_user("zo\xC3\xAB", "Zo\xC3\xAB");
   session.multi_user.ListView2.add(path_of("zo\xC3\xAB"), "zo\xC3\xAB", "USER");
   EXPECT_TRUE(run("zo\xEB,Latin"));
   EXPECT_EQ(property("zo\xC3\xAB", "title"), "Latin");
@@ -85,7 +85,7 @@ TEST_F(PropertyFile, UserWithAccentsIsFoundInEitherEncoding) {
 }
 
 TEST_F(PropertyFile, UserWhoIsNotInTheListIsSilentlySkipped) {
-  add_user("CN=Elsewhere", "elsewhere");
+  make_user("elsewhere");
   press("nobody,Clerk\nelsewhere,Clerk\n*,Clerk\n,Clerk\njo)(cn=*,Clerk\njo,Clerk\n");
   EXPECT_THAT(outcomes,
               ElementsAre("1 no nobody", "2 no elsewhere", "3 no *", "4 no ", "5 no jo)(cn=*", "6 jo"));

@@ -21,20 +21,11 @@ class PropertyWorld : public test::LabSession {
   explicit PropertyWorld(std::string_view command_line = "")
       : LabSession(lab::DomainKind::kNative, command_line) {
     for (const std::string name : {"jo", "ann", "kim"})
-      add_user("CN=" + name + " Lee", name);
+      make_user(name, name + " Lee");
     start();
     windows::fill_properties(session);
   }
 
-  /// In the unit for new accounts.
-  void add_user(const std::string& rdn, const std::string& logon_name) { add("user", rdn, logon_name); }
-  void add(std::string_view object_class, const std::string& rdn, const std::string& logon_name) {
-    const platform::ObjectPtr object =
-        services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters))
-            ->Create(object_class, rdn);
-    object->Put("samAccountName", logon_name);
-    object->SetInfo();
-  }
   void choose(const std::string& property, const std::string& value = {}) {
     session.ad_properties.AD_Properties.text = property;
     windows::AD_Properties_Click(session);

@@ -46,14 +46,9 @@ TEST_P(Selection, AGroupMeansItsUsersAndAUserHimself) {
 
 TEST(SelectionOfADirectory, AUnitMeansTheUsersDirectlyInIt) {
   MultiUserWorld world;
-  const platform::ObjectPtr unit =
-      world.services.directory.GetObject("LDAP://twk.test/" + std::string(test::kNewStarters));
-  unit->Create("organizationalUnit", "OU=Below")->SetInfo();
-  const platform::ObjectPtr below =
-      world.services.directory.GetObject("LDAP://twk.test/OU=Below," + std::string(test::kNewStarters))
-          ->Create("user", "CN=eve");
-  below->Put("samAccountName", "eve");
+  const platform::ObjectPtr below = world.place()->Create("organizationalUnit", "OU=Below");
   below->SetInfo();
+  below->MoveHere(world.make_user("eve")->ADsPath(), std::nullopt);
   world.open();
   world.select_unit();
   world.select_users({"ben"});
@@ -63,7 +58,7 @@ TEST(SelectionOfADirectory, AUnitMeansTheUsersDirectlyInIt) {
 TEST(SelectionOfADirectory, AMemberThatIsNotAUserIsSkippedAndLogged) {
   MultiUserWorld world;
   world.join_readers({"ann"});
-  world.services.directory.GetObject(world.key("Readers"))->Add("LDAP://twk.test/CN=Staff,DC=twk,DC=test");
+  world.group("Readers")->Add("LDAP://twk.test/CN=Staff,DC=twk,DC=test");
   world.open();
   world.select_readers();
   world.session.log.open();

@@ -105,8 +105,7 @@ TEST_P(CreateUser, TheSecondFormatAndThenItsSerialNumberFindAFreeName) {
 
 TEST_P(CreateUser, ACopiedUsersGroupsAreCopiedToo) {
   start_and_create();
-  services.directory.GetObject(is_nt() ? "WinNT://TWK/Readers" : "LDAP://twk.test/CN=Readers,DC=twk,DC=test")
-      ->Add(path_of("Jo.Smith"));
+  group("Readers")->Add(path_of("Jo.Smith"));
   select(is_nt() ? "Jo.Smith" : "LDAP://twk.test/CN=Jo.Smith," + std::string(test::kNewStarters));
   session.form1.Copy_User.value = 1;
   type_names("Ann", "", "Lee");

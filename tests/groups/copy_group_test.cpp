@@ -25,9 +25,9 @@ std::vector<std::string> results(const windows::frmCopy_Group& window) {
 class GroupCopy : public test::InBothDomains {
  protected:
   GroupCopy() {
-    world.group("Staff")->Add(world.lab.path_of("ann"));
-    world.group("Staff")->Add(world.lab.path_of("bob"));
-    world.group("Readers")->Add(world.lab.path_of("bob"));
+    world.group("Staff")->Add(world.path_of("ann"));
+    world.group("Staff")->Add(world.path_of("bob"));
+    world.group("Readers")->Add(world.path_of("bob"));
     frmCopy_Group_Form_Load(world.session);
   }
   void choose(controls::ListView& combo, const std::string& name) {
@@ -37,13 +37,13 @@ class GroupCopy : public test::InBothDomains {
             platform::Answer answer = platform::Answer::kYes) {
     choose(window.ImageCombo1, from);
     choose(window.ImageCombo2, to);
-    world.lab.dialogs.expect("Are you sure you want to copy all users\r\nfrom: " + from + "\r\nto:     " + to,
-                             answer);
+    world.dialogs.expect("Are you sure you want to copy all users\r\nfrom: " + from + "\r\nto:     " + to,
+                         answer);
     return frmCopy_Group_btnCopy_Group_Click(world.session);
   }
   /// A user's name in the results.
   [[nodiscard]] std::string name(const std::string& bare) const {
-    return world.lab.is_nt() ? bare : "CN=" + bare;
+    return world.is_nt() ? bare : "CN=" + bare;
   }
 
   GroupsWorld world{GetParam()};
@@ -76,7 +76,7 @@ TEST_P(GroupCopy, AddsEachUserAndShowsTheResult) {
   EXPECT_THAT(world.stored("Readers"), UnorderedElementsAre(world.jo(), "ann", "bob"));
   EXPECT_EQ(window.ProgressBar1.value, 100);
   EXPECT_EQ(window.Label1.caption.get(), "3 of 3 users: 2 added, 1 already members, 0 refused.");
-  EXPECT_EQ(world.lab.dialogs.last_title, "Copy Group ?");
+  EXPECT_EQ(world.dialogs.last_title, "Copy Group ?");
   EXPECT_TRUE(window.btnCopy_Group.enabled);
 }
 
@@ -94,7 +94,7 @@ TEST_P(GroupCopy, ANoDoesNothing) {
 }
 
 TEST_P(GroupCopy, AUserWhoIsRefusedStopsNobodyElse) {
-  world.lab.directory.before = test::fail_at("Add", 1, platform::ads_error::kAccessDenied);
+  world.directory.before = test::fail_at("Add", 1, platform::ads_error::kAccessDenied);
   EXPECT_TRUE(copy("Staff", "Readers"));
   const std::vector<std::string> rows = results(window);
   ASSERT_EQ(rows.size(), 3U);
@@ -103,15 +103,15 @@ TEST_P(GroupCopy, AUserWhoIsRefusedStopsNobodyElse) {
 
 TEST_P(GroupCopy, TheOtherProvidersNumberIsAnError) {
   const std::uint32_t other =
-      world.lab.is_nt() ? platform::ads_error::kObjectExists : platform::ads_error::kMemberInGroup;
-  world.lab.directory.before = test::fail_at("Add", 1, other);
+      world.is_nt() ? platform::ads_error::kObjectExists : platform::ads_error::kMemberInGroup;
+  world.directory.before = test::fail_at("Add", 1, other);
   copy("Staff", "Readers");
   EXPECT_THAT(results(window).at(0), HasSubstr("RED "));
 }
 
 TEST_P(GroupCopy, AGroupThatCannotBeReadEndsItWithoutABox) {
   for (const char* const operation : {"GetObject", "Members"}) {
-    world.lab.directory.before = test::fail_at(operation, 1, platform::ads_error::kServerDown);
+    world.directory.before = test::fail_at(operation, 1, platform::ads_error::kServerDown);
     EXPECT_FALSE(copy("Staff", "Readers"));
     EXPECT_THAT(results(window), IsEmpty());
     EXPECT_THAT(window.Label1.caption.get(), testing::StartsWith("The copy ended: refused by the test"));
@@ -120,7 +120,7 @@ TEST_P(GroupCopy, AGroupThatCannotBeReadEndsItWithoutABox) {
 }
 
 TEST_P(GroupCopy, IsStoppedAfterTheCurrentUser) {
-  world.lab.directory.before = [this](std::string_view operation, std::string_view) {
+  world.directory.before = [this](std::string_view operation, std::string_view) {
     if (operation != "Add")
       return;
     EXPECT_FALSE(window.btnCopy_Group.enabled);
@@ -142,7 +142,7 @@ TEST(GroupCopyInADirectory, LeavesOutNestedGroupsAndThoseByPrimaryGroup) {
   for (const auto& [combo, name] :
        {std::pair{&window.ImageCombo1, "Domain Users"}, std::pair{&window.ImageCombo2, "Staff"}})
     combo->select(&combo->at(combo->place_of(*combo->find_text(name).front())));
-  world.lab.dialogs.expect("copy all users", platform::Answer::kYes);
+  world.dialogs.expect("copy all users", platform::Answer::kYes);
   EXPECT_TRUE(frmCopy_Group_btnCopy_Group_Click(world.session));
   EXPECT_THAT(results(window), IsEmpty());
   EXPECT_EQ(window.Label1.caption.get(), "0 of 0 users: 0 added, 0 already members, 0 refused.");
@@ -151,9 +151,9 @@ TEST(GroupCopyInADirectory, LeavesOutNestedGroupsAndThoseByPrimaryGroup) {
 TEST(GroupCopyInADirectory, ShowsTheMembersAgainWhenItsWindowCloses) {
   GroupsWorld world;
   world.show("Staff");
-  world.lab.dialogs.on_modal = [&](std::string_view shown) {
+  world.dialogs.on_modal = [&](std::string_view shown) {
     EXPECT_EQ(shown, "frmCopy_Group");
-    world.group("Staff")->Add(world.lab.path_of("ann"));
+    world.group("Staff")->Add(world.path_of("ann"));
   };
   Groupsfrm_COPY_GRP_Click(world.session);
   EXPECT_EQ(world.panel(), "Number of Members = 2");

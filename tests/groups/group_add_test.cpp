@@ -76,7 +76,7 @@ TEST(NewGroup, IsOfTheKindAndScopeThatWereChosen) {
     EXPECT_EQ(rows[0]->key, key);
     EXPECT_EQ(rows[0]->icon, "W2KGRP");
     EXPECT_THAT(rows[0]->sub_items, ElementsAre(one.text));
-    const platform::ObjectPtr group = world.lab.services.directory.GetObject(key);
+    const platform::ObjectPtr group = world.services.directory.GetObject(key);
     EXPECT_EQ(static_cast<std::uint32_t>(group->Get("groupType").integer()), one.type);
     EXPECT_EQ(group->Get("samAccountName").text(), name);
     EXPECT_EQ(group->Get("Description").text(), "why");
@@ -93,7 +93,7 @@ TEST(NewGroup, CanBeUsedAtOnce) {
   world.select(world.window.NotMembers, "ann");
   Groupsfrm_Command2_Click(world.session);
   EXPECT_EQ(world.panel(), "Number of Members = 1");
-  world.lab.dialogs.expect("Sure to Delete Global Group Drivers");
+  world.dialogs.expect("Sure to Delete Global Group Drivers");
   EXPECT_TRUE(Groupsfrm_Delete_Group_Click(world.session));
 }
 
@@ -116,23 +116,23 @@ TEST(NewGroup, ALongOrOddNamePassesInADirectoryAsFarAsItIsAccepted) {
   world.show(name);
   EXPECT_EQ(world.panel(), "Number of Members = 0");
   for (const char* const wrong : {"a,b", "a=b", "a\"b", "a\\b", "a*b", "a/b"}) {
-    world.lab.dialogs.expect("Error Adding Group:");
+    world.dialogs.expect("Error Adding Group:");
     EXPECT_FALSE(make(world, wrong)) << wrong;
     EXPECT_FALSE(has(world.window.ListView1, wrong));
   }
-  world.lab.dialogs.expect("cannot hold the character U+0009");
+  world.dialogs.expect("cannot hold the character U+0009");
   EXPECT_FALSE(make(world, "a\tb"));
-  world.lab.dialogs.expect("cannot hold the character U+000A");
+  world.dialogs.expect("cannot hold the character U+000A");
   EXPECT_FALSE(make(world, "ab", "c\nd"));
 }
 
 TEST(NewGroup, ABlankNameDoesNothing) {
   for (const DomainKind kind : {DomainKind::kNative, DomainKind::kNt}) {
     GroupsWorld world(kind);
-    world.lab.directory.before = [](std::string_view operation, std::string_view) { FAIL() << operation; };
+    world.directory.before = [](std::string_view operation, std::string_view) { FAIL() << operation; };
     EXPECT_FALSE(make(world, ""));
     EXPECT_FALSE(make(world, "   "));
-    world.lab.directory.before = {};
+    world.directory.before = {};
   }
 }
 
@@ -140,10 +140,10 @@ TEST(NewGroup, RefusalsOfTheDirectoryAreReported) {
   for (const DomainKind kind : {DomainKind::kNative, DomainKind::kNt}) {
     GroupsWorld world(kind);
     const std::size_t groups = world.window.ListView1.size();
-    world.lab.dialogs.expect("Error Adding Group:");
+    world.dialogs.expect("Error Adding Group:");
     EXPECT_FALSE(make(world, "Staff"));
-    world.lab.dialogs.expect("Error Adding Group:refused by the test");
-    world.lab.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
+    world.dialogs.expect("Error Adding Group:refused by the test");
+    world.directory.before = test::fail_at("SetInfo", 1, platform::ads_error::kAccessDenied);
     EXPECT_FALSE(make(world, "Drivers"));
     EXPECT_EQ(world.window.ListView1.size(), groups);
     EXPECT_EQ(world.session.form1.mouse_pointer, 0);
@@ -159,29 +159,29 @@ TEST(NewGroupOfAnNtDomain, HasAtMostTwentyCharacters) {
   for (const controls::ListView* const list :
        {&world.session.form1.ListView3, &world.session.form1.ListView5, &world.session.multi_user.ListView3})
     EXPECT_TRUE(has(*list, twenty));
-  world.lab.dialogs.expect("Name Length too long, max 20 Chrs");
+  world.dialogs.expect("Name Length too long, max 20 Chrs");
   EXPECT_FALSE(make(world, twenty + "b"));
-  EXPECT_EQ(world.lab.dialogs.last_title, "Name Too Long");
+  EXPECT_EQ(world.dialogs.last_title, "Name Too Long");
 }
 
 TEST(NewGroupOfAnNtDomain, IsAskedForByItsName) {
   GroupsWorld world(DomainKind::kNt);
-  world.lab.dialogs.expect_input("Enter Name for New Global Group", "Drivers");
+  world.dialogs.expect_input("Enter Name for New Global Group", "Drivers");
   Groupsfrm_Add_Group_Click(world.session);
-  EXPECT_EQ(world.lab.dialogs.last_title, "Add Group");
+  EXPECT_EQ(world.dialogs.last_title, "Add Group");
   EXPECT_EQ(world.group("Drivers")->Get("groupType").integer(), 2);
   EXPECT_TRUE(has(world.window.ListView1, "Drivers"));
-  world.lab.dialogs.expect_input("Enter Name for New Global Group", "");
+  world.dialogs.expect_input("Enter Name for New Global Group", "");
   Groupsfrm_Add_Group_Click(world.session);
-  world.lab.dialogs.expect_input("Enter Name for New Global Group", std::string(21, 'a'));
-  world.lab.dialogs.expect("Name Length too long, max 20 Chrs");
+  world.dialogs.expect_input("Enter Name for New Global Group", std::string(21, 'a'));
+  world.dialogs.expect("Name Length too long, max 20 Chrs");
   Groupsfrm_Add_Group_Click(world.session);
 }
 
 TEST(NewGroupOfADirectory, OpensTheDialog) {
   GroupsWorld world;
   std::vector<std::string> shown;
-  world.lab.dialogs.on_modal = [&](std::string_view window) { shown.emplace_back(window); };
+  world.dialogs.on_modal = [&](std::string_view window) { shown.emplace_back(window); };
   Groupsfrm_Add_Group_Click(world.session);
   EXPECT_THAT(shown, ElementsAre("GroupAdd"));
 }

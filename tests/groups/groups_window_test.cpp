@@ -28,7 +28,7 @@ TEST_P(GroupsWindow, LocksTheMainWindowWhileItIsOpen) {
   EXPECT_TRUE(window.visible);
   EXPECT_FALSE(session.form1.enabled);
   EXPECT_FALSE(window.Group_Details.enabled || window.Delete_Group.enabled);
-  EXPECT_EQ(window.btn_showGrpusers.visible.get(), !lab.is_nt());
+  EXPECT_EQ(window.btn_showGrpusers.visible.get(), !is_nt());
   show("Staff");
   const std::size_t users = window.NotMembers.size();
   Groupsfrm_ExitButton_Click(session);
@@ -40,9 +40,9 @@ TEST_P(GroupsWindow, LocksTheMainWindowWhileItIsOpen) {
 }
 
 TEST_P(GroupsWindow, ShowsTheUsersOfAGroupWithItsComment) {
-  const platform::ObjectPtr staff = group("Staff");
-  staff->Put("Description", "Everybody here");
-  staff->SetInfo();
+  const platform::ObjectPtr shown = group("Staff");
+  shown->Put("Description", "Everybody here");
+  shown->SetInfo();
   const std::size_t users = window.NotMembers.size();
   show("Staff");
   EXPECT_THAT(texts(window.Members), ElementsAre(jo()));
@@ -52,7 +52,7 @@ TEST_P(GroupsWindow, ShowsTheUsersOfAGroupWithItsComment) {
   EXPECT_EQ(session.form1.mouse_pointer, 0);
   const controls::ListRow& row = window.Members.at(0);
   EXPECT_EQ(row.icon, "USER");
-  EXPECT_EQ(row.key, lab.path_of("jo").substr(lab.is_nt() ? 12 : 0));
+  EXPECT_EQ(row.key, path_of("jo").substr(is_nt() ? 12 : 0));
 
   Groupsfrm_ListView1_DblClick(session);
   EXPECT_EQ(panel(), "Number of Members = 1") << "a second look counts nobody twice";
@@ -68,7 +68,7 @@ TEST_P(GroupsWindow, ThoseByPrimaryGroupAreShownToo) {
   EXPECT_THAT(texts(window.Members), AllOf(Contains(jo()), Contains("ann"), Contains("bob")));
   EXPECT_EQ(panel(), "Number of Members = " + std::to_string(window.Members.size()));
   EXPECT_THAT(window.Members.at(0).sub_items,
-              lab.is_nt() ? testing::Matcher<std::vector<std::string>>(IsEmpty()) : ElementsAre("Primary"));
+              is_nt() ? testing::Matcher<std::vector<std::string>>(IsEmpty()) : ElementsAre("Primary"));
 }
 
 TEST_P(GroupsWindow, ChoosingAnotherGroupReturnsTheMembers) {
@@ -85,8 +85,8 @@ TEST_P(GroupsWindow, ChoosingAnotherGroupReturnsTheMembers) {
 TEST_P(GroupsWindow, AGroupThatIsGoneIsReportedAndShowsNobody) {
   show("Staff");
   choose("Readers");
-  lab.services.directory.GetObject(lab.is_nt() ? "WinNT://TWK" : "LDAP://twk.test")
-      ->Delete("group", lab.is_nt() ? "Readers" : "CN=Readers");
+  services.directory.GetObject(is_nt() ? "WinNT://TWK" : "LDAP://twk.test")
+      ->Delete("group", is_nt() ? "Readers" : "CN=Readers");
   Groupsfrm_Group_Details_Click(session);
   EXPECT_THAT(panel(), HasSubstr("Error reading group Readers: "));
   EXPECT_TRUE(window.Members.empty());
@@ -100,7 +100,7 @@ TEST_P(GroupsWindow, UsersAreAddedAndRemovedAtOnce) {
   Groupsfrm_NotMembers_Click(session);
   EXPECT_TRUE(window.Command2.enabled && !window.Command1.enabled);
   std::vector<std::string> paths;
-  lab.directory.before = [&](std::string_view operation, std::string_view path) {
+  directory.before = [&](std::string_view operation, std::string_view path) {
     if (operation == "Add")
       paths.emplace_back(path);
   };
@@ -124,7 +124,7 @@ TEST_P(GroupsWindow, AUserWhoIsRefusedStaysAndStopsNobodyElse) {
   show("Staff");
   for (const char* const name : {"ann", "bob", "Guest"})
     select(window.NotMembers, name);
-  lab.directory.before = test::fail_at("Add", 2, platform::ads_error::kAccessDenied);
+  directory.before = test::fail_at("Add", 2, platform::ads_error::kAccessDenied);
   const auto refused = Groupsfrm_Command2_Click(session).refused;
   EXPECT_EQ(window.Members.size(), 3U);
   ASSERT_EQ(refused.size(), 1U);
@@ -136,7 +136,7 @@ TEST_P(GroupsWindow, AUserWhoIsRefusedStaysAndStopsNobodyElse) {
 
   window.NotMembers.select(nullptr);
   select(window.Members, jo());
-  lab.directory.before = test::fail_at("Remove", 1, platform::ads_error::kServerDown);
+  directory.before = test::fail_at("Remove", 1, platform::ads_error::kServerDown);
   Groupsfrm_Command1_Click(session);
   EXPECT_THAT(texts(window.Members), Contains(jo()));
   EXPECT_THAT(panel(), HasSubstr("refused by the test"));
@@ -145,14 +145,14 @@ TEST_P(GroupsWindow, AUserWhoIsRefusedStaysAndStopsNobodyElse) {
 TEST_P(GroupsWindow, AGroupThatCannotBeBoundIsReportedInABox) {
   show("Staff");
   select(window.NotMembers, "ann");
-  lab.dialogs.expect("Error Connecting to Group");
-  lab.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
+  dialogs.expect("Error Connecting to Group");
+  directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
   Groupsfrm_Command2_Click(session);
   EXPECT_THAT(panel(), testing::StartsWith("Error Connecting to Group: refused by the test"));
   window.NotMembers.select(nullptr);
   select(window.Members, jo());
-  lab.dialogs.expect("Could not connect to Group");
-  lab.directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
+  dialogs.expect("Could not connect to Group");
+  directory.before = test::fail_at("GetObject", 1, platform::ads_error::kServerDown);
   Groupsfrm_Command1_Click(session);
   EXPECT_THAT(stored("Staff"), ElementsAre(jo()));
   EXPECT_THAT(texts(window.Members), ElementsAre(jo()));
@@ -161,24 +161,24 @@ TEST_P(GroupsWindow, AGroupThatCannotBeBoundIsReportedInABox) {
 
 TEST_P(GroupsWindow, WithoutAChosenGroupNothingIsDone) {
   select(window.NotMembers, "ann");
-  lab.directory.before = [](std::string_view operation, std::string_view) { FAIL() << operation; };
+  directory.before = [](std::string_view operation, std::string_view) { FAIL() << operation; };
   Groupsfrm_Group_Details_Click(session);
   Groupsfrm_Command1_Click(session);
   Groupsfrm_Command2_Click(session);
   EXPECT_FALSE(Groupsfrm_Delete_Group_Click(session));
-  lab.directory.before = {};
+  directory.before = {};
 }
 
 TEST_P(GroupsWindow, ADeletedGroupLeavesAllListsAndItsMembersStayUsers) {
   show("Staff");
-  lab.dialogs.expect("Sure to Delete Global Group Staff", platform::Answer::kCancel);
+  dialogs.expect("Sure to Delete Global Group Staff", platform::Answer::kCancel);
   EXPECT_FALSE(Groupsfrm_Delete_Group_Click(session));
-  EXPECT_EQ(lab.dialogs.last_title, "Delete Group");
-  EXPECT_EQ(lab.dialogs.last_icon, platform::Icon::kQuestion);
+  EXPECT_EQ(dialogs.last_title, "Delete Group");
+  EXPECT_EQ(dialogs.last_icon, platform::Icon::kQuestion);
   EXPECT_THAT(stored("Staff"), ElementsAre(jo()));
 
-  ASSERT_TRUE(windows::show_user_details(session, test::node_of_jo(lab)));
-  lab.dialogs.expect("Sure to Delete Global Group Staff");
+  ASSERT_TRUE(windows::show_user_details(session, test::node_of_jo(*this)));
+  dialogs.expect("Sure to Delete Global Group Staff");
   EXPECT_TRUE(Groupsfrm_Delete_Group_Click(session));
   EXPECT_THROW(group("Staff"), base::RuntimeError);
   for (const controls::ListView* const list :
@@ -191,9 +191,9 @@ TEST_P(GroupsWindow, ADeletedGroupLeavesAllListsAndItsMembersStayUsers) {
 
 TEST_P(GroupsWindow, ARefusedDeletionIsReportedAndLeavesTheGroup) {
   show("Staff");
-  lab.dialogs.expect("Sure to Delete Global Group Staff");
-  lab.dialogs.expect("Error Deleting Group");
-  lab.directory.before = test::fail_at("Delete", 1, platform::ads_error::kAccessDenied);
+  dialogs.expect("Sure to Delete Global Group Staff");
+  dialogs.expect("Error Deleting Group");
+  directory.before = test::fail_at("Delete", 1, platform::ads_error::kAccessDenied);
   EXPECT_FALSE(Groupsfrm_Delete_Group_Click(session));
   EXPECT_THAT(texts(window.ListView1), Contains("Staff"));
   EXPECT_THAT(texts(window.Members), ElementsAre(jo()));
@@ -202,15 +202,14 @@ TEST_P(GroupsWindow, ARefusedDeletionIsReportedAndLeavesTheGroup) {
 
 TEST(GroupsOfAPreparedDirectory, ContactsNestedGroupsAndUsersWithoutARowAreSkipped) {
   GroupsWorld world(DomainKind::kNative, [](LabSession& lab) {
-    const std::string ou = "LDAP://" + std::string(test::kNewStarters);
-    const platform::ObjectPtr contact = lab.services.directory.GetObject(ou)->Create("contact", "CN=Pat");
+    const platform::ObjectPtr contact = lab.place()->Create("contact", "CN=Pat");
     contact->SetInfo();
-    const platform::ObjectPtr staff = lab.services.directory.GetObject("LDAP://CN=Staff,DC=twk,DC=test");
+    const platform::ObjectPtr staff = lab.group("Staff");
     staff->Add(contact->ADsPath());
     staff->Add("LDAP://CN=Readers,DC=twk,DC=test");
   });
   world.make_user("late");
-  world.group("Staff")->Add(world.lab.path_of("late"));
+  world.group("Staff")->Add(world.path_of("late"));
   world.show("Staff");
   EXPECT_THAT(texts(world.window.Members), ElementsAre("Jo Smith"));
   EXPECT_EQ(world.panel(), "Number of Members = 1");
@@ -221,10 +220,10 @@ TEST(GroupsOfAPreparedDirectory, AnUnloadedUserIsShownOnceAllUsersAreRead) {
   GroupsWorld world(DomainKind::kNative, [](LabSession& lab) { lab.set("ADO", "SkipUsers", "TRUE"); });
   world.show("Staff");
   EXPECT_EQ(world.panel(), "Number of Members = 0");
-  world.lab.dialogs.expect("000's of users", platform::Answer::kNo);
+  world.dialogs.expect("000's of users", platform::Answer::kNo);
   Groupsfrm_btn_showGrpusers_Click(world.session);
   EXPECT_TRUE(world.window.NotMembers.empty());
-  world.lab.dialogs.expect("000's of users", platform::Answer::kYes);
+  world.dialogs.expect("000's of users", platform::Answer::kYes);
   Groupsfrm_btn_showGrpusers_Click(world.session);
   EXPECT_THAT(texts(world.window.Members), ElementsAre("Jo Smith"));
   EXPECT_THAT(texts(world.window.NotMembers), Not(Contains("Jo Smith")));
@@ -232,12 +231,7 @@ TEST(GroupsOfAPreparedDirectory, AnUnloadedUserIsShownOnceAllUsersAreRead) {
 
 TEST(GroupsOfAPreparedDirectory, MembersWithOtherNamesAreFound) {
   GroupsWorld world(DomainKind::kNative, [](LabSession& lab) {
-    const platform::ObjectPtr user =
-        lab.services.directory.GetObject("LDAP://" + std::string(test::kNewStarters))
-            ->Create("user", "CN=Smith\\, Zoë \\#1 \\+ (x)*");
-    user->Put("samAccountName", "zoe");
-    user->SetInfo();
-    lab.services.directory.GetObject("LDAP://CN=Readers,DC=twk,DC=test")->Add(user->ADsPath());
+    lab.group("Readers")->Add(lab.make_user("zoe", "Smith\\, Zoë \\#1 \\+ (x)*")->ADsPath());
   });
   world.show("Readers");
   EXPECT_THAT(texts(world.window.Members), ElementsAre("Smith, Zoë #1 + (x)*"));
@@ -249,7 +243,7 @@ TEST(GroupsOfAPreparedDirectory, MembersWithOtherNamesAreFound) {
 TEST(GroupsOfAPreparedDirectory, APrimaryGroupCannotBeLeft) {
   GroupsWorld world(DomainKind::kNative, [](LabSession& lab) {
     const platform::ObjectPtr jo = lab.account("jo");
-    const platform::ObjectPtr staff = lab.services.directory.GetObject("LDAP://CN=Staff,DC=twk,DC=test");
+    const platform::ObjectPtr staff = lab.group("Staff");
     jo->Put("primaryGroupID", staff->Get("primaryGroupToken"));
     jo->SetInfo();
     staff->Add(lab.path_of("ann"));
@@ -258,12 +252,11 @@ TEST(GroupsOfAPreparedDirectory, APrimaryGroupCannotBeLeft) {
   EXPECT_THAT(texts(world.window.Members), ElementsAre("ann", "Jo Smith"));
   world.select(world.window.Members, "Jo Smith");
   world.select(world.window.Members, "ann");
-  world.lab.dialogs.expect("Can't remove user 'Jo Smith' from 'Staff'\r\nas it is their primary Group.");
+  world.dialogs.expect("Can't remove user 'Jo Smith' from 'Staff'\r\nas it is their primary Group.");
   Groupsfrm_Command1_Click(world.session);
   EXPECT_THAT(texts(world.window.Members), ElementsAre("Jo Smith"));
   EXPECT_THAT(world.stored("Staff"), IsEmpty());
-  EXPECT_EQ(world.lab.property("jo", "primaryGroupID"),
-            world.group("Staff")->Get("primaryGroupToken").text());
+  EXPECT_EQ(world.property("jo", "primaryGroupID"), world.group("Staff")->Get("primaryGroupToken").text());
 }
 
 class GroupsOfADirectory : public testing::Test, public GroupsWorld {};
@@ -271,7 +264,7 @@ class GroupsOfADirectory : public testing::Test, public GroupsWorld {};
 TEST_F(GroupsOfADirectory, ManyPrimaryMembersAreReportedInAFewBoxes) {
   for (int i = 0; i < 12; ++i)
     make_user("more" + std::to_string(i));
-  lab.dialogs.expect("000's of users", platform::Answer::kYes);
+  dialogs.expect("000's of users", platform::Answer::kYes);
   Groupsfrm_btn_showGrpusers_Click(session);
   show("Domain Users");
   const std::size_t members = window.Members.size();
@@ -279,7 +272,7 @@ TEST_F(GroupsOfADirectory, ManyPrimaryMembersAreReportedInAFewBoxes) {
   for (std::size_t i = 0; i < members; ++i)
     window.Members.set_selected(window.Members.at(i), true);
   for (int i = 0; i < 10; ++i)
-    lab.dialogs.expect("as it is their primary Group.");
+    dialogs.expect("as it is their primary Group.");
   EXPECT_EQ(Groupsfrm_Command1_Click(session).refused.size(), members);
   EXPECT_THAT(panel(), HasSubstr("(and " + std::to_string(members - 1) + " more)"));
 }
@@ -300,8 +293,8 @@ TEST_F(GroupsOfADirectory, AHeadingSortsAndTheSameHeadingReversesTheOrder) {
 }
 
 TEST_F(GroupsOfADirectory, AMemberThatCannotBeReadIsSkipped) {
-  group("Staff")->Add(lab.path_of("ann"));
-  lab.directory.before = test::fail_at("Members", 1, platform::ads_error::kServerDown);
+  group("Staff")->Add(path_of("ann"));
+  directory.before = test::fail_at("Members", 1, platform::ads_error::kServerDown);
   show("Staff");
   EXPECT_THAT(panel(), testing::StartsWith("Error reading group Staff: refused by the test"));
   EXPECT_TRUE(window.Members.empty());
@@ -312,7 +305,7 @@ TEST_F(GroupsOfADirectory, AMemberThatCannotBeReadIsSkipped) {
 TEST_F(GroupsOfADirectory, AFailureToMakeWritesDurableIsReported) {
   show("Staff");
   select(window.NotMembers, "ann");
-  lab.directory.before = test::fail_at("end_batch", 1, base::error::kDiskFull);
+  directory.before = test::fail_at("end_batch", 1, base::error::kDiskFull);
   Groupsfrm_Command2_Click(session);
   EXPECT_THAT(panel(), testing::StartsWith("Staff: refused by the test"));
 }

@@ -8,44 +8,29 @@
 namespace twk::test {
 
 /// A session with the groups "Staff" and "Readers" and the users "jo", who is in "Staff", "ann" and "bob".
-class GroupsWorld {
+class GroupsWorld : public LabSession {
  public:
   explicit GroupsWorld(lab::DomainKind kind = lab::DomainKind::kNative,
                        const std::function<void(LabSession&)>& before = {})
-      : lab(kind) {
-    add_jo(lab);
+      : LabSession(kind) {
+    add_jo(*this);
     make_user("ann");
     make_user("bob");
     if (before)
-      before(lab);
-    lab.start();
+      before(*this);
+    start();
   }
 
-  void make_user(const std::string& name) {
-    const platform::ObjectPtr user = place()->Create("user", lab.is_nt() ? name : "CN=" + name);
-    if (!lab.is_nt())
-      user->Put("samAccountName", name);
-    user->SetInfo();
-  }
-  /// The container for accounts.
-  [[nodiscard]] platform::ObjectPtr place() {
-    return lab.services.directory.GetObject(lab.is_nt() ? "WinNT://TWK"
-                                                        : "LDAP://twk.test/" + std::string(kNewStarters));
-  }
-  [[nodiscard]] platform::ObjectPtr group(const std::string& name) {
-    return lab.services.directory.GetObject(lab.is_nt() ? "WinNT://TWK/" + name
-                                                        : "LDAP://twk.test/CN=" + name + ",DC=twk,DC=test");
-  }
   /// Names of the members in the directory, bare and sorted.
   [[nodiscard]] std::vector<std::string> stored(const std::string& name) {
     std::vector<std::string> names;
     for (const platform::ObjectPtr& member : group(name)->Members())
-      names.push_back(lab.is_nt() ? member->Name() : member->Name().substr(3));
+      names.push_back(is_nt() ? member->Name() : member->Name().substr(3));
     std::sort(names.begin(), names.end());
     return names;
   }
   /// The text of the row of "jo".
-  [[nodiscard]] std::string jo() const { return lab.is_nt() ? "jo" : "Jo Smith"; }
+  [[nodiscard]] std::string jo() const { return is_nt() ? "jo" : "Jo Smith"; }
 
   void choose(const std::string& name) {
     controls::ListView& list = window.ListView1;
@@ -63,9 +48,7 @@ class GroupsWorld {
   }
   [[nodiscard]] std::string panel() const { return window.StatusBar1.panel1; }
 
-  LabSession lab;
-  windows::Desktop& session = lab.session;
-  windows::Groupsfrm& window = lab.session.groups;
+  windows::Groupsfrm& window = session.groups;
 };
 
 /// For what applies to both kinds of domain.

@@ -29,15 +29,10 @@ class LifecycleWorld : public LabSession {
 
   platform::ObjectPtr add_user(const std::string& name, const std::string& home,
                                const std::string& display_name = {}, const std::string& profile = {}) {
-    const std::string common_name = display_name.empty() ? name : display_name;
-    const std::string domain = is_nt() ? "WinNT://TWK" : "LDAP://twk.test/" + std::string(kNewStarters);
-    const platform::ObjectPtr user =
-        services.directory.GetObject(domain)->Create("user", is_nt() ? name : "CN=" + common_name);
-    if (!is_nt()) {
-      user->Put("samAccountName", name);
+    platform::ObjectPtr user = make_user(name, display_name);
+    if (!is_nt())
       user->Put("userPrincipalName", name + "@twk.test");
-    }
-    user->Put("FullName", common_name);
+    user->Put("FullName", display_name.empty() ? name : display_name);
     if (!home.empty())
       user->Put("HomeDirectory", home);
     if (!profile.empty())

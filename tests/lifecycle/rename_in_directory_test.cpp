@@ -76,13 +76,7 @@ TEST_F(RenameInDirectory, AllNamesChangeAndTreeAndListsFollow) {
 
 TEST_F(RenameInDirectory, ClashOfTheObjectsNameLeavesTheLogonNamesChanged) {
   start();
-  world.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
-      ->Create("organizationalUnit", "OU=x");
-  const platform::ObjectPtr other =
-      world.services.directory.GetObject("LDAP://twk.test/" + std::string(kNewStarters))
-          ->Create("user", "CN=Ann Marsh");
-  other->Put("samAccountName", "other");
-  other->SetInfo();
+  world.make_user("other", "Ann Marsh");
   type_full_name("Ann Marsh");
   type_logon_name("amarsh");
   world.dialogs.expect("Error renaming user in AD\r\nCheck the names does not exist in the current OU");

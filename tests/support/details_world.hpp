@@ -33,19 +33,15 @@ inline void add_user(LabSession& world, const std::string& name, const std::stri
 
 /// Adds the account "jo" to a lab, a member of "Staff", before its session starts.
 inline void add_jo(LabSession& world) {
-  const std::string domain = world.is_nt() ? "WinNT://TWK" : "LDAP://twk.test/" + std::string(kNewStarters);
-  const platform::ObjectPtr user =
-      world.services.directory.GetObject(domain)->Create("user", world.is_nt() ? "jo" : "CN=Jo Smith");
+  const platform::ObjectPtr user = world.make_user("jo", "Jo Smith");
   if (!world.is_nt()) {
-    user->Put("samAccountName", "jo");
     user->Put("userPrincipalName", "jo@twk.test");
     user->Put("FirstName", "Jo");
   }
   user->Put("FullName", "Jo Smith");
   user->Put("Description", "Clerk");
   user->SetInfo();
-  const std::string group = world.is_nt() ? "WinNT://TWK/Staff" : "LDAP://twk.test/CN=Staff,DC=twk,DC=test";
-  world.services.directory.GetObject(group)->Add(user->ADsPath());
+  world.group("Staff")->Add(user->ADsPath());
 }
 
 inline controls::TreeNode& node_of_jo(LabSession& world) {

@@ -122,6 +122,24 @@ void LabSession::select(std::string_view key) {
     directory::TreeView1_Expand(session, *node);
 }
 
+platform::ObjectPtr LabSession::place() {
+  return services.directory.GetObject(is_nt() ? "WinNT://TWK"
+                                              : "LDAP://twk.test/" + std::string(kNewStarters));
+}
+
+platform::ObjectPtr LabSession::make_user(const std::string& name, const std::string& cn) {
+  platform::ObjectPtr user = place()->Create("user", is_nt() ? name : "CN=" + (cn.empty() ? name : cn));
+  if (!is_nt())
+    user->Put("samAccountName", name);
+  user->SetInfo();
+  return user;
+}
+
+platform::ObjectPtr LabSession::group(const std::string& name) {
+  return services.directory.GetObject(is_nt() ? "WinNT://TWK/" + name + ",group"
+                                              : "LDAP://twk.test/CN=" + name + ",DC=twk,DC=test");
+}
+
 std::string LabSession::path_of(std::string_view name) {
   if (is_nt())
     return "WinNT://TWK/" + std::string(name);

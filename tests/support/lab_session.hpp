@@ -36,6 +36,11 @@ class LabSession {
   void select(std::string_view key);
 
   [[nodiscard]] bool is_nt() const { return kind_ == lab::DomainKind::kNt; }
+  /// Where new accounts go: the unit, or a domain without a directory itself.
+  [[nodiscard]] platform::ObjectPtr place();
+  /// A new user there, called `cn` in a directory; stored.
+  platform::ObjectPtr make_user(const std::string& name, const std::string& cn = {});
+  [[nodiscard]] platform::ObjectPtr group(const std::string& name);
   [[nodiscard]] std::string path_of(std::string_view account);
   /// An account by its name, through the provider of the lab's kind.
   [[nodiscard]] platform::ObjectPtr account(std::string_view name);
