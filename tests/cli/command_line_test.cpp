@@ -11,13 +11,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-/// Plays a transcript without a lab.
-void play_without_lab(std::string_view transcript, const Meanings& meanings = {}) {
-  play(
-      transcript, [](const Arguments& words, const std::string& input) { return twk(words, input); },
-      meanings);
-}
-
 TEST(CommandLine, WhatIsRefusedEndsWith64AndSaysWhyOnStandardError) {
   play_without_lab(R"(
 $ => 64 twk: 

@@ -5,40 +5,22 @@ namespace {
 
 using testing::HasSubstr;
 
-TEST(Lab, IsMadeAsAskedAndTheSameForTheSameSeed) {
-  const TemporaryDirectory folder;
-  const Arguments plan = {"--domain", "Corp.Test", "--users", "7",      "--groups",
-                          "2",        "--ous",     "3",       "--seed", "9"};
-  std::vector<std::string> exports;
-  for (const char* name : {"a", "b"}) {
-    Arguments arguments = {"--json", "lab", "init", folder / name};
-    arguments.insert(arguments.end(), plan.begin(), plan.end());
-    const ProgramResult made = twk(arguments);
-    ASSERT_EQ(made.exit_code, 0) << made.err;
-    EXPECT_EQ(json_lines(made.out).at(0)["domain"], "corp.test");
-    exports.push_back(twk({"--lab", folder / name, "user", "list"}).out);
-  }
-  EXPECT_EQ(exports[0], exports[1]);
-}
-
-TEST(Lab, IsNotMadeOverSomethingElse) {
+TEST(Lab, IsMadeAsAskedButNotOverSomethingElseOrWithInvalidNames) {
   const TemporaryDirectory folder;
   put_file(folder / "precious", "x");
-  const ProgramResult result = twk({"lab", "init", folder.path().string()});
-  EXPECT_EQ(result.exit_code, 2);
-  EXPECT_THAT(result.err, HasSubstr("is not an empty folder"));
-}
-
-TEST(Lab, IsNotMadeWithInvalidNames) {
-  const TemporaryDirectory folder;
-  for (const Arguments& names :
-       {Arguments{"--kind", "nt", "--domain", "old.nt"}, Arguments{"--domain", "flat"},
-        Arguments{"--domain", "a b.test"}, Arguments{"--kind", "modern"}}) {
-    Arguments arguments = {"lab", "init", folder / "lab"};
-    arguments.insert(arguments.end(), names.begin(), names.end());
-    EXPECT_EQ(twk(arguments).exit_code, 64) << names.back();
-    EXPECT_FALSE(std::filesystem::exists(folder / "lab"));
-  }
+  play_without_lab(R"(
+$ lab init $FOLDER/a --domain Corp.Test --users 7 --groups 2 --ous 3 --seed 9
+{"domain": "corp.test"}
+$ --lab $FOLDER/a user list
+| Administrator
+$ lab init $FOLDER => 2 is not an empty folder
+$ lab init $FOLDER/lab --kind nt --domain old.nt => 64
+$ lab init $FOLDER/lab --domain flat => 64
+$ lab init $FOLDER/lab --domain "a b.test" => 64
+$ lab init $FOLDER/lab --kind modern => 64
+)",
+                   {{"$FOLDER", {folder.path().string()}}});
+  EXPECT_FALSE(std::filesystem::exists(folder / "lab"));
 }
 
 using SampleLab = TwkLab;

@@ -11,15 +11,10 @@ using testing::Not;
 class RealDomain : public testing::Test {
  protected:
   ~RealDomain() override { std::filesystem::remove_all(home()); }
-  static void play(std::string_view transcript, const Meanings& meanings = {}) {
-    test::play(
-        transcript, [](const Arguments& words, const std::string& input) { return twk(words, input); },
-        meanings);
-  }
 };
 
 TEST_F(RealDomain, SettingsAndDatabaseAreThePersonsOwnAndNeedNoDomain) {
-  play(R"(
+  play_without_lab(R"(
 $ settings set Live Method starttls
 $ settings get Live Method
 > starttls
@@ -34,7 +29,7 @@ $ site list
 }
 
 TEST_F(RealDomain, InvalidSettingsAreReportedByWhatNeedsThemAndCanBeCorrected) {
-  play(R"(
+  play_without_lab(R"(
 $ settings set Setup Domain twk.test
 $ settings set Live Method ldaps
 $ user list => 64 below Live
@@ -44,7 +39,7 @@ $ settings set Live User jo
 }
 
 TEST_F(RealDomain, IsTheOneOfTheSettingsAndItsFailureNamesTheReason) {
-  play(R"(
+  play_without_lab(R"(
 $ settings set Setup Domain twk.test
 $ settings set Live Server 127.0.0.1
 $ settings set Live Port 1
@@ -55,7 +50,7 @@ $ user list => 2 127.0.0.1 on port 1
 }
 
 TEST_F(RealDomain, DoctorPrintsEveryStepAndEndsWithTheWorst) {
-  play(R"(
+  play_without_lab(R"(
 $ --domain twk.test --server 127.0.0.1 --port 1 doctor => 2
 {"step": "name look-up", "outcome": "passed"}
 {"outcome": "failed"}
@@ -91,8 +86,8 @@ TEST_F(RealDomain, ThePasswordOfTheEnvironmentIsNotShown) {
 TEST_F(RealDomain, ACopyIsNotMadeOverSomethingElse) {
   const TemporaryDirectory folder;
   put_file(folder / "precious", "x");
-  play("$ --domain twk.test lab import --live $FOLDER => 2 is not an empty folder",
-       {{"$FOLDER", {folder.path().string()}}});
+  play_without_lab("$ --domain twk.test lab import --live $FOLDER => 2 is not an empty folder",
+                   {{"$FOLDER", {folder.path().string()}}});
 }
 
 }  // namespace

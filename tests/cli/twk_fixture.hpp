@@ -32,6 +32,13 @@ inline ProgramResult twk(const Arguments& arguments, const std::string& input = 
   return run_program(run);
 }
 
+/// Plays a transcript without a lab.
+inline void play_without_lab(std::string_view transcript, const Meanings& meanings = {}) {
+  play(
+      transcript, [](const Arguments& words, const std::string& input) { return twk(words, input); },
+      meanings);
+}
+
 /// A sample lab, made once for the suite and copied for each test.
 class TwkLab : public testing::Test {
  protected:

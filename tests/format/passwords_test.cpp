@@ -16,21 +16,17 @@ class PasswordTest : public test::TestWorld {
 };
 
 TEST_F(PasswordTest, DefaultPasswordIsTakenWithItsWords) {
-  struct Case {
-    std::string_view field;
-    std::string_view result;
-  };
-  const Case cases[] = {{"", ""},
-                        {"Secret1", "Secret1"},
-                        {"%username%-1", "jsmith-1"},
-                        {"%usernameb%", "htimsj"},
-                        {" %UserNameB% ", "htimsj"},
-                        {" PROMPT ", " PROMPT "},
-                        {"%first%", "%first%"}};
-  for (const Case& one : cases) {
-    fields.text = std::string(one.field);
-    EXPECT_EQ(password(), one.result) << one.field;
-    EXPECT_EQ(reset_user_password_text(session, fields.text, "jsmith"), one.result) << one.field;
+  const std::pair<std::string, std::string> cases[] = {{"", ""},
+                                                       {"Secret1", "Secret1"},
+                                                       {"%username%-1", "jsmith-1"},
+                                                       {"%usernameb%", "htimsj"},
+                                                       {" %UserNameB% ", "htimsj"},
+                                                       {" PROMPT ", " PROMPT "},
+                                                       {"%first%", "%first%"}};
+  for (const auto& [field, result] : cases) {
+    fields.text = field;
+    EXPECT_EQ(password(), result) << field;
+    EXPECT_EQ(reset_user_password_text(session, fields.text, "jsmith"), result) << field;
   }
 }
 

@@ -15,13 +15,8 @@ class UserNameTest : public test::TestWorld {
   }
 };
 
-struct Example {
-  std::string_view format;
-  std::string_view result;
-};
-
 TEST_F(UserNameTest, FormatsGiveWhatTheirModifiersAskFor) {
-  const Example examples[] = {
+  const std::pair<std::string_view, std::string_view> examples[] = {
       {"%first%.%last%", "John.Smith"},
       {"%FIRST% %Middle% %lAsT%", "John Fred Smith"},
       {"1%first%", "J"},
@@ -55,8 +50,8 @@ TEST_F(UserNameTest, FormatsGiveWhatTheirModifiersAskFor) {
       {"%first%%first%%first%", "JohnJohnJohn"},
       {"#Ux%first%", "UJOHN"},
   };
-  for (const Example& example : examples)
-    EXPECT_EQ(name(example.format), example.result) << example.format;
+  for (const auto& [format, result] : examples)
+    EXPECT_EQ(name(format), result) << format;
 }
 
 TEST_F(UserNameTest, LettersAreCharactersAndNotBytes) {

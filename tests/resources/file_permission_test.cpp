@@ -26,11 +26,7 @@ class FilePermissionTest : public ResourcesWorld {
 };
 
 TEST_F(FilePermissionTest, EachModeMakesItsListByteForByte) {
-  struct Case {
-    FilePermission permission;
-    std::string list;
-  };
-  const std::vector<Case> cases = {
+  const std::vector<std::pair<FilePermission, std::string>> cases = {
       {{.account = "jo", .mode = access_mode::kFullControl}, "full"},
       {{.account = "jo", .mode = access_mode::kChange}, "change"},
       {{.account = "jo", .mode = access_mode::kRead}, "read"},
@@ -39,10 +35,10 @@ TEST_F(FilePermissionTest, EachModeMakesItsListByteForByte) {
       {{.account = "jo", .mode = 77}, "full"},
       {{.account = "jo", .replaceAll = true}, "System alone kept"},
   };
-  for (const Case& one : cases) {
+  for (const auto& [permission, wanted] : cases) {
     have(list_named("old"));
-    EXPECT_TRUE(set(one.permission));
-    EXPECT_EQ(list(), list_named(one.list)) << one.list;
+    EXPECT_TRUE(set(permission));
+    EXPECT_EQ(list(), list_named(wanted)) << wanted;
   }
 }
 
@@ -123,21 +119,17 @@ TEST_F(FilePermissionTest, AListThatCannotBeReadDoesNotPreventAReplacement) {
 }
 
 TEST_F(FilePermissionTest, AnAccountThatTheServerDoesNotKnowIsAskedForElsewhere) {
-  struct Case {
-    std::int32_t mode;
-    std::string server;
-  };
-  for (const Case& one : {Case{session::kWinNtMode, "DC2"}, Case{session::kNativeMode, "dc1.twk.test"},
-                          Case{session::kMixedMode, "dc1.twk.test"}}) {
-    session.DirectoryMode = one.mode;
+  for (const std::int32_t mode : {session::kWinNtMode, session::kNativeMode, session::kMixedMode}) {
+    const std::string other = mode == session::kWinNtMode ? "DC2" : "dc1.twk.test";
+    session.DirectoryMode = mode;
     security.calls.clear();
     server = "PDC";
     fail_at("LookupAccountName", 2, platform::security_error::kNoneMapped);
     EXPECT_TRUE(set({.account = "jo"}));
-    EXPECT_EQ(server, one.server);
+    EXPECT_EQ(server, other);
     EXPECT_THAT(calls("LookupAccountName"),
                 ElementsAre("LookupAccountName PDC System", "LookupAccountName PDC jo",
-                            "LookupAccountName " + one.server + " jo"));
+                            "LookupAccountName " + other + " jo"));
   }
 }
 

@@ -144,39 +144,33 @@ TEST_F(OwnershipTest, AFolderThatCannotBeReadEndsItsPass) {
 }
 
 TEST_F(OwnershipTest, TheMaskChoosesNamesButEveryFolderIsEntered) {
-  struct Case {
-    std::string mask;
-    std::vector<std::string> files;
-  };
-  for (const Case& one : {Case{"*.TXT", {"c.txt", "f.txt"}}, Case{"?.txt", {"c.txt", "f.txt"}},
-                          Case{"c*", {"c.txt"}}, Case{"*t", {"c.txt", "f.txt"}}, Case{"", {}},
-                          Case{"*.*", {"c.txt", "f.txt"}}, Case{"c.tx", {}}, Case{"c.txt?", {}}}) {
+  const std::vector<std::string> both = {"c.txt", "f.txt"};
+  for (const auto& [mask, wanted] : std::multimap<std::string, std::vector<std::string>>{{"*.TXT", both},
+                                                                                         {"?.txt", both},
+                                                                                         {"c*", {"c.txt"}},
+                                                                                         {"*t", both},
+                                                                                         {"", {}},
+                                                                                         {"*.*", both},
+                                                                                         {"c.tx", {}},
+                                                                                         {"c.txt?", {}}}) {
     security.calls.clear();
-    SetTreeSecurity(session, top, one.mask, {}, {});
+    SetTreeSecurity(session, top, mask, {}, {});
     std::vector<std::string> names;
     for (const std::string& call : calls("SetFileSecurity 1")) {
       if (call.ends_with(".txt"))
         names.push_back(call.substr(call.rfind('\\') + 1));
     }
-    EXPECT_EQ(names, one.files) << one.mask;
-    EXPECT_THAT(writes(), Contains("4 \\a\\deep")) << one.mask;
+    EXPECT_EQ(names, wanted) << mask;
+    EXPECT_THAT(writes(), Contains("4 \\a\\deep")) << mask;
   }
 }
 
 TEST_F(OwnershipTest, AMissingPrivilegeIsReportedAndTheWriteStillTried) {
-  struct Case {
-    std::string operation;
-    std::string text;
-  };
-  for (const Case& one :
-       {Case{"OpenProcessToken", "OpenProcessToken failed with error code 1300"},
-        Case{"LookupPrivilegeValue", "LookupPrivilegeValue failed with error code 1300"},
-        Case{"AdjustTokenPrivileges", "AdjustTokenPrivileges failed with error code 1300"}}) {
+  for (const std::string operation : {"OpenProcessToken", "LookupPrivilegeValue", "AdjustTokenPrivileges"}) {
     security.calls.clear();
-    fail_at(one.operation, 1, error::kNotAllAssigned);
-    dialogs.expect(one.text);
-    EXPECT_TRUE(take({.account = "jo", .ownerOnly = true})) << one.operation;
-    EXPECT_EQ(dialogs.last_text, one.text);
+    fail_at(operation, 1, error::kNotAllAssigned);
+    dialogs.expect(operation + " failed with error code 1300");
+    EXPECT_TRUE(take({.account = "jo", .ownerOnly = true})) << operation;
     EXPECT_THAT(writes(), ElementsAre("1 "));
     EXPECT_THAT(calls("AdjustTokenPrivileges off"), IsEmpty());
   }

@@ -72,19 +72,16 @@ TEST_F(SiteStoreTest, ANewSiteIsWrittenAfterTheOthers) {
 }
 
 TEST_F(SiteStoreTest, NamesThatNoNewSiteCanHaveAreRefused) {
-  struct Case {
-    std::string_view name;
-    std::string_view refusal;
-  };
-  const Case cases[] = {{"  ", "Site Name cannot be Blank"},
-                        {" BERLIN ", "Site name already used"},
-                        {"123456789012345678901", "Site name too long (20 chrs max)"},
-                        {"äöüäöüäöüäöüäöüäöüäöü", "Site name too long (20 chrs max)"},
-                        {"a\tb", "Control character U+0009 not allowed"},
-                        {"äöü45678901234567890", ""}};
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"  ", "Site Name cannot be Blank"},
+      {" BERLIN ", "Site name already used"},
+      {"123456789012345678901", "Site name too long (20 chrs max)"},
+      {"äöüäöüäöüäöüäöüäöüäöü", "Site name too long (20 chrs max)"},
+      {"a\tb", "Control character U+0009 not allowed"},
+      {"äöü45678901234567890", ""}};
   names = {"Berlin"};
-  for (const Case& one : cases)
-    EXPECT_EQ(site_name_refusal(session, one.name), one.refusal);
+  for (const auto& [name, refusal] : cases)
+    EXPECT_EQ(site_name_refusal(session, name), refusal);
 }
 
 TEST_F(SiteStoreTest, SitesThatCannotBeAreRefused) {

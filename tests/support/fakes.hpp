@@ -175,54 +175,28 @@ class FailingFiles final : public platform::Files {
 
   bool exists(std::string_view path) override { return files_.exists(path); }
   bool is_directory(std::string_view path) override { return files_.is_directory(path); }
-  void make_directory(std::string_view path) override {
-    count(path);
-    files_.make_directory(path);
-  }
-  std::vector<platform::FileEntry> list(std::string_view path) override {
-    count(path);
-    return files_.list(path);
-  }
-  platform::FileEntry status(std::string_view path) override {
-    count(path);
-    return files_.status(path);
-  }
-  void remove_directory(std::string_view path) override {
-    count(path);
-    files_.remove_directory(path);
-  }
-  std::string read(std::string_view path) override {
-    count(path);
-    return files_.read(path);
-  }
-  void write(std::string_view path, std::string_view bytes) override {
-    count(path);
-    files_.write(path, bytes);
-  }
-  void remove(std::string_view path) override {
-    count(path);
-    files_.remove(path);
-  }
+  void make_directory(std::string_view path) override { at(path).make_directory(path); }
+  std::vector<platform::FileEntry> list(std::string_view path) override { return at(path).list(path); }
+  platform::FileEntry status(std::string_view path) override { return at(path).status(path); }
+  void remove_directory(std::string_view path) override { at(path).remove_directory(path); }
+  std::string read(std::string_view path) override { return at(path).read(path); }
+  void write(std::string_view path, std::string_view bytes) override { at(path).write(path, bytes); }
+  void remove(std::string_view path) override { at(path).remove(path); }
   bool copy_file(std::string_view from, std::string_view to, bool replace,
                  const platform::CopyProgress& progress) override {
-    count(from);
-    return files_.copy_file(from, to, replace, progress);
+    return at(from).copy_file(from, to, replace, progress);
   }
   void rename(std::string_view from, std::string_view to, bool replace) override {
-    count(from);
-    files_.rename(from, to, replace);
+    at(from).rename(from, to, replace);
   }
   std::unique_ptr<platform::AppendFile> open_append(std::string_view path, bool truncate) override {
-    count(path);
-    return files_.open_append(path, truncate);
+    return at(path).open_append(path, truncate);
   }
   std::unique_ptr<platform::RandomFile> open_random(std::string_view path) override {
-    count(path);
-    return std::make_unique<FailingRandomFile>(*this, files_.open_random(path), path);
+    return std::make_unique<FailingRandomFile>(*this, at(path).open_random(path), path);
   }
   std::unique_ptr<platform::RandomFile> open_random_read(std::string_view path) override {
-    count(path);
-    return std::make_unique<FailingRandomFile>(*this, files_.open_random_read(path), path);
+    return std::make_unique<FailingRandomFile>(*this, at(path).open_random_read(path), path);
   }
 
  private:
@@ -230,30 +204,30 @@ class FailingFiles final : public platform::Files {
    public:
     FailingRandomFile(FailingFiles& owner, std::unique_ptr<platform::RandomFile> file, std::string_view path)
         : owner_(owner), file_(std::move(file)), path_(path) {}
-    std::uint64_t size() override {
-      owner_.count(path_);
-      return file_->size();
-    }
+    std::uint64_t size() override { return counted().size(); }
     std::string read(std::uint64_t offset, std::size_t count) override {
-      owner_.count(path_);
-      return file_->read(offset, count);
+      return counted().read(offset, count);
     }
-    void write(std::uint64_t offset, std::string_view bytes) override {
-      owner_.count(path_);
-      file_->write(offset, bytes);
-    }
-    void lock(std::uint64_t offset, std::uint64_t count) override {
-      owner_.count(path_);
-      file_->lock(offset, count);
-    }
+    void write(std::uint64_t offset, std::string_view bytes) override { counted().write(offset, bytes); }
+    void lock(std::uint64_t offset, std::uint64_t count) override { counted().lock(offset, count); }
     void unlock(std::uint64_t offset, std::uint64_t count) override { file_->unlock(offset, count); }
     bool is_current() override { return file_->is_current(); }
 
    private:
+    platform::RandomFile& counted() {
+      owner_.count(path_);
+      return *file_;
+    }
+
     FailingFiles& owner_;
     std::unique_ptr<platform::RandomFile> file_;
     std::string path_;
   };
+
+  platform::Files& at(std::string_view path) {
+    count(path);
+    return files_;
+  }
 
   platform::Files& files_;
   int fail_at_ = 0;
