@@ -34,27 +34,25 @@ TEST_P(NamesContract, HostileNamesAreMadeFoundRenamedAndDeleted) {
   const std::string names[] = {
       "*)(objectClass=*", "cn=a,ou=b", "# leading", "\"quoted\" \\ back", "a+b;c<d>e", "slash/in/it",
       "Жанна Дарк",       "smile 😀",   "(((",       "%SamName%",          longest};
-  const struct {
-    const char* object_class;
-    const char* type;
-  } kinds[] = {{"user", "CN="}, {"group", "CN="}, {"organizationalUnit", "OU="}};
+  const std::pair<const char*, const char*> kinds[] = {
+      {"user", "CN="}, {"group", "CN="}, {"organizationalUnit", "OU="}};
   const platform::ObjectPtr unit = get_entry(w_, w_.unit());
   int number = 0;
-  for (const auto& kind : kinds) {
+  for (const auto& [object_class, type] : kinds) {
     for (const std::string& name : names) {
-      SCOPED_TRACE(std::string(kind.object_class) + " " + name);
-      const std::string rdn = kind.type + platform::escape_dn_value(name);
-      const auto object = unit->Create(kind.object_class, rdn);
-      if (std::string_view(kind.object_class) != "organizationalUnit")
+      SCOPED_TRACE(std::string(object_class) + " " + name);
+      const std::string rdn = type + platform::escape_dn_value(name);
+      const auto object = unit->Create(object_class, rdn);
+      if (std::string_view(object_class) != "organizationalUnit")
         object->Put("samAccountName", "hostile" + std::to_string(++number));
       object->SetInfo();
-      EXPECT_EQ(found(kind.object_class, name), name);
+      EXPECT_EQ(found(object_class, name), name);
       EXPECT_EQ(w_.directory().GetObject(object->ADsPath())->Get("name").text(), name);
-      const auto renamed = unit->MoveHere(object->ADsPath(), kind.type + std::string("Tame"));
-      EXPECT_EQ(found(kind.object_class, name), "");
+      const auto renamed = unit->MoveHere(object->ADsPath(), type + std::string("Tame"));
+      EXPECT_EQ(found(object_class, name), "");
       const auto back = unit->MoveHere(renamed->ADsPath(), rdn);
       EXPECT_EQ(back->ADsPath(), object->ADsPath());
-      unit->Delete(kind.object_class, rdn);
+      unit->Delete(object_class, rdn);
       EXPECT_EQ(found("*", name), "");
     }
   }

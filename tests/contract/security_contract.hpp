@@ -49,17 +49,14 @@ class SecurityContract : public testing::TestWithParam<MakeWorld> {
 };
 
 TEST_P(SecurityContract, NamesThatEveryServerKnowsHaveTheirIdentifiers) {
-  const struct {
-    const char* name;
-    const char* sid;
-  } cases[] = {{"System", "S-1-5-18"},
-               {"everyone", "S-1-1-0"},
-               {"Administrators", "S-1-5-32-544"},
-               {"BUILTIN\\Users", "S-1-5-32-545"},
-               {"NT AUTHORITY\\SYSTEM", "S-1-5-18"}};
+  const std::pair<const char*, const char*> cases[] = {{"System", "S-1-5-18"},
+                                                       {"everyone", "S-1-1-0"},
+                                                       {"Administrators", "S-1-5-32-544"},
+                                                       {"BUILTIN\\Users", "S-1-5-32-545"},
+                                                       {"NT AUTHORITY\\SYSTEM", "S-1-5-18"}};
   for (const std::string& server : {std::string(), world_->file_server()}) {
-    for (const auto& one : cases)
-      EXPECT_EQ(security_.LookupAccountName(server, one.name).sid.text(), one.sid) << one.name << server;
+    for (const auto& [name, sid] : cases)
+      EXPECT_EQ(security_.LookupAccountName(server, name).sid.text(), sid) << name << server;
   }
 }
 

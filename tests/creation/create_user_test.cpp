@@ -150,10 +150,8 @@ TEST_P(CreateUser, TheCommandRunsWithItsTagsFilled) {
 }
 
 TEST_P(CreateUser, ATemplateMayAskForTerminalServerSettings) {
-  const struct {
-    const char* value;
-    bool asks;
-  } cases[] = {{"Enabled", true}, {"enabled", true}, {"Disabled", false}, {"Yes", false}};
+  const std::pair<const char*, bool> cases[] = {
+      {"Enabled", true}, {"enabled", true}, {"Disabled", false}, {"Yes", false}};
   for (const auto& [value, asks] : cases) {
     CreationWorld own(GetParam());
     own.staff.VariableNames[1] = "wts";

@@ -248,16 +248,13 @@ TEST_F(LabRules, BatchIsSeenByOtherProgramsBeforeItEnds) {
 
 TEST_F(LabRules, ShareNeedsAFolderAndAName) {
   const auto server = w_.directory().GetObject("WinNT://FS1/lanmanserver");
-  const struct {
-    const char* name;
-    const char* path;
-  } cases[] = {{"Homes", "D:\\Missing"}, {"Homes", "Q:\\"}, {"Homes", "D:\\..\\..\\db"},
-               {"Ho/mes", "D:\\Users"},  {"", "D:\\Users"}, {"Homes", ""},
-               {"D$", "D:\\Users"}};
-  for (const auto& one : cases) {
-    const auto share = server->Create("fileshare", one.name);
-    share->Put("Path", one.path);
-    EXPECT_NE(number_of([&] { share->SetInfo(); }), 0U) << one.name << " " << one.path;
+  const std::pair<const char*, const char*> cases[] = {
+      {"Homes", "D:\\Missing"}, {"Homes", "Q:\\"}, {"Homes", "D:\\..\\..\\db"}, {"Ho/mes", "D:\\Users"},
+      {"", "D:\\Users"},        {"Homes", ""},     {"D$", "D:\\Users"}};
+  for (const auto& [name, path] : cases) {
+    const auto share = server->Create("fileshare", name);
+    share->Put("Path", path);
+    EXPECT_NE(number_of([&] { share->SetInfo(); }), 0U) << name << " " << path;
   }
   EXPECT_EQ(number_of([&] { w_.directory().GetObject("WinNT://NOWHERE/lanmanserver"); }), 0x80070035U);
 }

@@ -43,23 +43,21 @@ TEST_P(MoveUser, WithoutDataIsReportedInYellow) {
 }
 
 TEST_P(MoveUser, ProfilesThatAreNotTheUsersStayWhereTheyAre) {
-  const struct {
-    const char* profile;
-    const char* log;
-  } cases[] = {{"\\\\FS1\\jo.prf$\\nt.man", "Unable to Move Mandatory Profiles.\n"},
-               {"\\\\FS1\\jo.prf$\\nt.MAN\\ ", "Unable to Move Mandatory Profiles.\n"},
-               {"\\\\FS1\\NetLogon\\jo", "Unable to Move Profile From NETLOGON directory.\n"},
-               {"%LOGONSERVER%\\jo", "Unable to Move Profile From %LOGONSERVER%.\n"}};
-  for (const auto& one : cases) {
-    SCOPED_TRACE(one.profile);
+  const std::pair<const char*, const char*> cases[] = {
+      {"\\\\FS1\\jo.prf$\\nt.man", "Unable to Move Mandatory Profiles.\n"},
+      {"\\\\FS1\\jo.prf$\\nt.MAN\\ ", "Unable to Move Mandatory Profiles.\n"},
+      {"\\\\FS1\\NetLogon\\jo", "Unable to Move Profile From NETLOGON directory.\n"},
+      {"%LOGONSERVER%\\jo", "Unable to Move Profile From %LOGONSERVER%.\n"}};
+  for (const auto& [profile, log] : cases) {
+    SCOPED_TRACE(profile);
     MoveWorld world(GetParam());
     world.put("FS1/D/Profiles/jo/nt.man/f");
-    world.start_at(kOldHome, one.profile, kMoveData);
+    world.start_at(kOldHome, profile, kMoveData);
     EXPECT_EQ(world.move(), kWarned);
     EXPECT_TRUE(world.there("FS1/D/Profiles/jo/nt.man/f"));
     EXPECT_FALSE(world.there("FS1/D/Users/jo"));
     EXPECT_EQ(world.property("jo", "Profile"), "\\\\FS2\\jo.prf$");
-    EXPECT_THAT(world.log(), HasSubstr(one.log));
+    EXPECT_THAT(world.log(), HasSubstr(log));
   }
 }
 

@@ -12,12 +12,19 @@ using test::LifecycleWorld;
 using testing::HasSubstr;
 using Names = std::set<std::string>;
 
+/// Opens the window on "jo", whose folders are named by the full or by the logon name.
+windows::RenameUser& open_window(LifecycleWorld& world, bool by_full_name) {
+  controls::choose(world.session.form1.CNName, world.session.form1.SamAccountName, by_full_name);
+  world.session.form1.TreeView1.select(&world.node());
+  windows::RenameUser_Load(world.session);
+  return world.session.rename_user;
+}
+
 class RenameInDirectory : public testing::Test {
  protected:
-  void start(const std::string& home = "", const std::string& profile = "") {
+  void start(const std::string& home = "", const std::string& profile = "", bool by_full_name = false) {
     world.start_with(home, profile);
-    world.session.form1.TreeView1.select(&world.node());
-    windows::RenameUser_Load(world.session);
+    open_window(world, by_full_name);
   }
   void type_full_name(const std::string& name) {
     window.Full_Name.text = name;
@@ -105,38 +112,29 @@ TEST_F(RenameInDirectory, OtherNamesThatAreRefusedBearTheirOwnTitle) {
 }
 
 TEST_F(RenameInDirectory, DirectoriesFollowTheNameThatTheyAreMadeOf) {
-  const struct {
-    bool by_common_name;
-    const char* folder;
-    const char* share;
-  } cases[] = {{true, "Ann Marsh", "Ann Marsh$"}, {false, "amarsh", "amarsh$"}};
-  for (const auto& one : cases) {
+  for (const bool by_full_name : {true, false}) {
     LifecycleWorld own;
-    const std::string old = one.by_common_name ? "Jo Smith" : "jo";
+    const std::string old = by_full_name ? "Jo Smith" : "jo";
+    const std::string fresh = by_full_name ? "Ann Marsh" : "amarsh";
     own.put("FS1/D/Users/" + old + "/a.txt");
     own.share("FS1", old + "$", "D:\\Users\\" + old);
     own.start_with("\\\\FS1\\" + old + "$", "\\\\FS1\\" + old + "$\\profile");
-    controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
-    own.session.form1.TreeView1.select(&own.node());
-    windows::RenameUser_Load(own.session);
-    windows::RenameUser& names = own.session.rename_user;
+    windows::RenameUser& names = open_window(own, by_full_name);
     names.Full_Name.text = std::string("Ann Marsh");
     names.Logon_Name_pre2000.text = std::string("amarsh");
     names.Full_Name_Changed = names.Logon_Name_Changed = true;
     names.ReNameSD.value = 1;
     EXPECT_TRUE(windows::RenameUser_Command2_Click(own.session));
-    EXPECT_TRUE(own.there("FS1/D/Users/" + std::string(one.folder) + "/a.txt")) << own.log();
-    EXPECT_EQ(own.shares("FS1"), Names{one.share});
-    EXPECT_EQ(own.property("amarsh", "Profile"), "\\\\FS1\\" + std::string(one.share) + "\\profile");
-    EXPECT_THAT(own.log_tab(),
-                testing::ElementsAre("GREEN  Home Directory and Share renamed for " + std::string(one.folder),
-                                     "GREEN " + old + " to " + one.folder + " has been renamed"));
+    EXPECT_TRUE(own.there("FS1/D/Users/" + fresh + "/a.txt")) << own.log();
+    EXPECT_EQ(own.shares("FS1"), Names{fresh + "$"});
+    EXPECT_EQ(own.property("amarsh", "Profile"), "\\\\FS1\\" + fresh + "$\\profile");
+    EXPECT_THAT(own.log_tab(), testing::ElementsAre("GREEN  Home Directory and Share renamed for " + fresh,
+                                                    "GREEN " + old + " to " + fresh + " has been renamed"));
   }
 }
 
 TEST_F(RenameInDirectory, MissingFoldersAreReportedInRed) {
   start("\\\\FS1\\Users\\jo", "\\\\FS1\\Profiles\\jo");
-  controls::choose(world.session.form1.SamAccountName, world.session.form1.CNName, true);
   type_logon_name("amarsh");
   window.ReNameSD.value = 1;
   EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
@@ -150,34 +148,28 @@ TEST_F(RenameInDirectory, MissingFoldersAreReportedInRed) {
 }
 
 TEST_F(RenameInDirectory, FoldersWithoutTheNameStayWhichIsReported) {
-  const struct {
-    bool by_common_name;
-    const char* told;
-  } cases[] = {{true, "named after the full name, which does not change"},
-               {false, "named after the logon name, which does not change"}};
-  for (const auto& one : cases) {
+  for (const bool by_full_name : {true, false}) {
     LifecycleWorld own;
     own.put("FS1/D/Users/jo/a.txt");
     own.share("FS1", "Users", "D:\\Users");
     own.start_with("\\\\FS1\\Users\\jo", "");
-    controls::choose(own.session.form1.CNName, own.session.form1.SamAccountName, one.by_common_name);
-    own.session.form1.TreeView1.select(&own.node());
-    windows::RenameUser_Load(own.session);
-    windows::RenameUser& names = own.session.rename_user;
-    (one.by_common_name ? names.Logon_Name_pre2000 : names.Full_Name).text = std::string("Ann");
-    (one.by_common_name ? names.Logon_Name_Changed : names.Full_Name_Changed) = true;
+    windows::RenameUser& names = open_window(own, by_full_name);
+    (by_full_name ? names.Logon_Name_pre2000 : names.Full_Name).text = std::string("Ann");
+    (by_full_name ? names.Logon_Name_Changed : names.Full_Name_Changed) = true;
     names.ReNameSD.value = 1;
     EXPECT_TRUE(windows::RenameUser_Command2_Click(own.session));
     EXPECT_TRUE(own.there("FS1/D/Users/jo/a.txt"));
-    EXPECT_THAT(own.log_tab(), testing::ElementsAre(HasSubstr(one.told)));
+    EXPECT_THAT(
+        own.log_tab(),
+        testing::ElementsAre(HasSubstr(by_full_name ? "named after the full name, which does not change"
+                                                    : "named after the logon name, which does not change")));
   }
 }
 
 TEST_F(RenameInDirectory, NameThatNoFolderCanHaveRenamesNothing) {
-  start("\\\\FS1\\Users\\jo");
+  start("\\\\FS1\\Users\\jo", "", true);
   type_logon_name("amarsh");
   type_full_name("Ann.Lee\\Jo");
-  controls::choose(world.session.form1.CNName, world.session.form1.SamAccountName, true);
   window.ReNameSD.value = 1;
   world.dialogs.expect("Nothing was renamed.\r\n\r\nNo folder can be named \"Ann.Lee\\Jo\"");
   EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));

@@ -18,10 +18,7 @@ RegistryValue only_value(const RegistryTree& tree) {
 }
 
 TEST(RegeditTest, EveryTextSurvivesAndReadsAsItsLine) {
-  const struct {
-    std::string text;
-    std::string right_side;
-  } cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"", "\"\""},
       {"plain words", "\"plain words\""},
       {"\\\\FS1\\D$\\", "\"\\\\\\\\FS1\\\\D$\\\\\""},
@@ -32,12 +29,12 @@ TEST(RegeditTest, EveryTextSurvivesAndReadsAsItsLine) {
       {std::string("a\0b\0", 4), "hex(1):61,00,62,00,00"},
       {"\xFF", "hex(1):ff,00"},
   };
-  for (const auto& one : cases) {
+  for (const auto& [text, right_side] : cases) {
     RegistryTree tree;
-    set_registry_value(registry_key(tree, kKey), {"Value", one.text, {}});
+    set_registry_value(registry_key(tree, kKey), {"Value", text, {}});
     const std::string formatted = format_regedit(tree);
-    EXPECT_EQ(formatted, with_key("\"Value\"=" + one.right_side));
-    EXPECT_EQ(only_value(parse_regedit(formatted)).text, one.text) << one.right_side;
+    EXPECT_EQ(formatted, with_key("\"Value\"=" + right_side));
+    EXPECT_EQ(only_value(parse_regedit(formatted)).text, text) << right_side;
   }
 }
 

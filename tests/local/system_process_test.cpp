@@ -57,20 +57,18 @@ TEST_F(SystemProcessTest, WordsArriveUnchanged) {
 
 TEST_F(SystemProcessTest, WhatCannotBeStartedSaysWhy) {
   using Words = std::vector<std::string>;
-  const struct {
-    Words words;
-    const char* why;
-  } cases[] = {{{}, "it has no name"},
-               {{"", "x"}, "it has no name"},
-               {{"true", std::string("a\0b", 3)}, "a word of it holds the character <U+0000>"},
-               {{"/nowhere/program"}, "No such file or directory"},
-               {{folder_.path().string()}, "Permission denied"}};
-  for (const auto& one : cases) {
+  const std::pair<Words, const char*> cases[] = {
+      {{}, "it has no name"},
+      {{"", "x"}, "it has no name"},
+      {{"true", std::string("a\0b", 3)}, "a word of it holds the character <U+0000>"},
+      {{"/nowhere/program"}, "No such file or directory"},
+      {{folder_.path().string()}, "Permission denied"}};
+  for (const auto& [words, why] : cases) {
     for (const bool wait : {true, false}) {
-      const platform::ProgramResult result = process_.run(one.words, wait, kNormal);
+      const platform::ProgramResult result = process_.run(words, wait, kNormal);
       EXPECT_EQ(result.number, 0);
-      EXPECT_EQ(result.failure, std::string("it could not be started: ") + one.why);
-      EXPECT_EQ(process_.cannot_start(one.words), result.failure);
+      EXPECT_EQ(result.failure, std::string("it could not be started: ") + why);
+      EXPECT_EQ(process_.cannot_start(words), result.failure);
     }
   }
   EXPECT_FALSE(has_children());

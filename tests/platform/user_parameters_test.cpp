@@ -154,21 +154,18 @@ TEST(UserParameters, AStoredValueThatIsNotANumberIsRefusedAndCanBeReplaced) {
 }
 
 TEST(UserParameters, AValueOfTheWrongKindIsRefusedAndChangesNothing) {
-  const struct {
-    WtsConfigClass setting;
-    WtsConfigValue value;
-  } cases[] = {{kInitialProgram, number(1)},
-               {kAllowLogonTerminalServer, text("Yes")},
-               {kAllowLogonTerminalServer, number(2)},
-               {kTimeoutSettingsIdle, text("1 min")},
-               {kShadowingSettings, number(5)},
-               {kTerminalServerHomeDirDrive, text("WXYZ")},
-               {kInitialProgram, text(std::string(257, 'x'))},
-               {kInitialProgram, text(std::string("a\0b", 3))},
-               {kInitialProgram, text("\xFF")},
-               {kTerminalServerRemoteHomeDir, number(1)},
-               {static_cast<WtsConfigClass>(19), number(1)},
-               {static_cast<WtsConfigClass>(-1), text("x")}};
+  const std::pair<WtsConfigClass, WtsConfigValue> cases[] = {{kInitialProgram, number(1)},
+                                                             {kAllowLogonTerminalServer, text("Yes")},
+                                                             {kAllowLogonTerminalServer, number(2)},
+                                                             {kTimeoutSettingsIdle, text("1 min")},
+                                                             {kShadowingSettings, number(5)},
+                                                             {kTerminalServerHomeDirDrive, text("WXYZ")},
+                                                             {kInitialProgram, text(std::string(257, 'x'))},
+                                                             {kInitialProgram, text(std::string("a\0b", 3))},
+                                                             {kInitialProgram, text("\xFF")},
+                                                             {kTerminalServerRemoteHomeDir, number(1)},
+                                                             {static_cast<WtsConfigClass>(19), number(1)},
+                                                             {static_cast<WtsConfigClass>(-1), text("x")}};
   for (const auto& [setting, value] : cases) {
     UserParameters parameters;
     EXPECT_EQ(number_of([&] { set_wts_setting(parameters, setting, value); }), 87U)
@@ -187,15 +184,13 @@ TEST(UserParameters, MoreThanTheAttributeHoldsIsRefused) {
 }
 
 TEST(UserParameters, TheAttributesTextIsItsBytesInUtf16) {
-  const struct {
-    std::string text;
-    Bytes bytes;
-  } cases[] = {{"", {}},
-               {"P", {'P', 0}},
-               {std::string("\0\1", 2), {0, 0, 1, 0}},
-               {"\xE3\x94\xB5", {0x35, 0x35}},
-               {"\U0001F600", {0x3D, 0xD8, 0x00, 0xDE}},
-               {"\U0010FFFF\U00010000", {0xFF, 0xDB, 0xFF, 0xDF, 0x00, 0xD8, 0x00, 0xDC}}};
+  const std::pair<std::string, Bytes> cases[] = {
+      {"", {}},
+      {"P", {'P', 0}},
+      {std::string("\0\1", 2), {0, 0, 1, 0}},
+      {"\xE3\x94\xB5", {0x35, 0x35}},
+      {"\U0001F600", {0x3D, 0xD8, 0x00, 0xDE}},
+      {"\U0010FFFF\U00010000", {0xFF, 0xDB, 0xFF, 0xDF, 0x00, 0xD8, 0x00, 0xDC}}};
   for (const auto& [text, bytes] : cases) {
     EXPECT_EQ(user_parameters_bytes(text), bytes);
     EXPECT_EQ(user_parameters_text(bytes), text);

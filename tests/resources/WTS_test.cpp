@@ -126,11 +126,8 @@ TEST_F(TerminalServerSettings, VariablesServerAndNameAreFilledIn) {
 }
 
 TEST_F(TerminalServerSettings, ARefusedRowIsLoggedAndEndsTheRows) {
-  const struct {
-    std::size_t fail_at;
-    const char* says;
-  } cases[] = {{1, "WTSSetUserConfigString failed with error 5\r\n"},
-               {2, "WTSSetUserConfigDWord failed with error 5\r\n"}};
+  const std::pair<std::size_t, const char*> cases[] = {{1, "WTSSetUserConfigString failed with error 5\r\n"},
+                                                       {2, "WTSSetUserConfigDWord failed with error 5\r\n"}};
   put(3, "W:");
   put(8, "Yes");
   put(9, "Yes");
