@@ -66,9 +66,6 @@ $ group add-member Drivers Nobody Ann.Marsh bob.marsh Ann.Marsh => 2
 {"light": "RED", "user": "Nobody"}
 {"light": "GREEN", "user": "Ann.Marsh"}
 {"light": "GREEN", "user": "bob.marsh"}
-$ group members Drivers
-{"name": "Ann.Marsh"}
-{"name": "Bob.Marsh"}
 $ group add-member Drivers Ann.Marsh => 1
 {"message": "Ann.Marsh is a member already."}
 $ group remove-member Drivers Ann.Marsh
@@ -76,8 +73,6 @@ $ group remove-member Drivers Ann.Marsh
 $ group remove-member Drivers Ann.Marsh Bob.Marsh => 1
 {"light": "YELLOW"}
 {"light": "GREEN"}
-$ --json group members Drivers
->
 )");
 }
 

@@ -62,11 +62,6 @@ $ table set permissions
 < nobody,Read
 $ acl set $HOME --from-table John.Smith => 1
 | YELLOW  The table was refused in part: nobody on $HOME: No mapping
-$ log show
-| Failed to set Permissions for nobody
-$ table set permissions
-< Staff,Read,nobody
-$ acl set $HOME --from-table John.Smith => 1
 $ table set permissions
 $ acl set $HOME --from-table John.Smith => 2 has no rows
 )");

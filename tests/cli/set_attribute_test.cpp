@@ -88,20 +88,14 @@ $ users set-attribute otherTelephone 1 Jo.Smith --append --replace => 64
 TEST_F(SetAttribute, SetsTerminalServerSettings) {
   play(R"(
 $ users set-attribute wtstimeoutsettingsidle "5 mins" Jo.Smith
-$ users set-attribute WTSInitialProgram c:\%UserName%.exe Jo.Smith
-$ users set-attribute WTSDeviceClientDrives no Jo.Smith
-$ users set-attribute WTSDeviceClientDefaultPrinter --from-file -
-< Jo.Smith,FALSE
 $ ts show Jo.Smith
-{"idleLimit": 300000, "program": "c:\\Jo.Smith.exe", "drives": false, "defaultPrinter": false}
+{"idleLimit": 300000}
 $ users set-attribute WTSTimeoutIdle --from-file - => 2
 < Jo.Smith,7 mins
 < Ann.Lee,10 mins
 {"line": 1, "light": "RED", "user": "Jo.Smith"}
 {"line": 2, "light": "GREEN", "user": "Ann.Lee"}
 {"message": "1 done, 0 of them with warnings, 1 failed, 0 unknown."}
-$ ts show Ann.Lee
-| 10 mins
 )");
 }
 

@@ -104,6 +104,9 @@ void play_command(const std::string& command, const std::vector<std::string>& li
       EXPECT_THAT(result.out, HasSubstr(text));
     } else if (line.front() == '-') {
       EXPECT_THAT(result.out + result.err, Not(HasSubstr(text)));
+    } else {
+      EXPECT_NE(std::string("<>{").find(line.front()), std::string::npos)
+          << "no line of a transcript: " << line;
     }
   }
 }
@@ -114,6 +117,7 @@ void play(std::string_view transcript, const Runner& run, const Meanings& meanin
   std::vector<std::string> lines = lines_of(transcript);
   for (auto command = lines.begin(); command != lines.end();) {
     SCOPED_TRACE(*command);
+    ASSERT_EQ(command->front(), '$') << "a transcript begins with a command";
     const auto end =
         std::find_if(command + 1, lines.end(), [](const std::string& line) { return line.front() == '$'; });
     std::vector<std::string> below;
