@@ -57,17 +57,6 @@ TEST_F(RegistryFileTest, AbsentValueLeavesTheBufferAsItWas) {
   EXPECT_FALSE(std::filesystem::exists(settings_ + "/HKEY_CURRENT_USER.reg"));
 }
 
-TEST_F(RegistryFileTest, EveryTextIsThereForTheNextProgram) {
-  const std::string texts[] = {
-      "", "C:\\db\\", "say \"hi\"", "two\r\nlines", std::string("n\0l", 3), "\xC3\xA9\xFF"};
-  for (const std::string& text : texts) {
-    EXPECT_TRUE(write("Value", text));
-    std::string value = "(absent)";
-    EXPECT_TRUE(RegistryFile(settings_).Reg_Read(kHiveLocalMachine, kSetup, "Value", value));
-    EXPECT_EQ(value, text);
-  }
-}
-
 TEST_F(RegistryFileTest, FilesAreOnlyForTheOwner) {
   const mode_t before = umask(0);
   write("Password", "secret");
