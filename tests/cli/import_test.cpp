@@ -18,23 +18,16 @@ class ImportingUsers : public TwkLab {
 };
 
 TEST_F(ImportingUsers, PrintsARowForEachLineAndTheCounts) {
-  const ProgramResult result = import("John,Fred,Smith\r\n\r\nJ\xFCrgen,,M\xFCller\r\nAl,*,B*\r\n");
-  EXPECT_EQ(result.exit_code, 1) << result.err;
-  const auto lines = json_lines(result.out);
-  ASSERT_EQ(lines.size(), 5U);
-  EXPECT_EQ(lines[0], nlohmann::json({{"line", 1},
-                                      {"user", "John.Smith"},
-                                      {"light", "GREEN"},
-                                      {"message", "John.Smith Created User"},
-                                      {"warnings", nlohmann::json::array()}}));
-  EXPECT_EQ(lines[1]["message"], "The line has fewer than two fields");
-  EXPECT_EQ(lines[1]["warnings"], nlohmann::json({lines[1]["message"]}));
-  EXPECT_EQ(lines[2]["user"], "Jürgen.Müller");
-  EXPECT_EQ(lines[3]["light"], "RED");
-  EXPECT_EQ(lines[4]["created"], 2);
-  EXPECT_EQ(lines[4]["refused"], 2);
-  EXPECT_THAT(get_file(lines[4]["importErr"]), HasSubstr("The following users were not created."));
-  EXPECT_THAT(get_file(lines[4]["summary"]), HasSubstr("John Smith,John.Smith,John.Smith@twk.test,No\r\n"));
+  play(R"(
+$ user import $FILE $STAFF => 1
+{"line": 1, "user": "John.Smith", "light": "GREEN", "message": "John.Smith Created User", "warnings": []}
+{"message": "The line has fewer than two fields", "warnings": ["The line has fewer than two fields"]}
+{"user": "Jürgen.Müller"}
+{"light": "RED"}
+{"created": 2, "refused": 2, "importErr": "$LAB/db/Import.err"}
+)",
+       {{"$FILE", {file("new.csv", "John,Fred,Smith\r\n\r\nJ\xFCrgen,,M\xFCller\r\nAl,*,B*\r\n")}}});
+  EXPECT_THAT(get_file(database_file("Import.err")), HasSubstr("The following users were not created."));
 }
 
 // The template's group was given by the line already.
@@ -125,15 +118,9 @@ $ user import $ERRORS $STAFF --last 5 => 64 no column 5: the longest line has 1
 }
 
 TEST_F(ImportingUsers, StopsAfterTheCurrentUserAtCtrlC) {
-  std::string csv;
-  for (int i = 0; i < 200; ++i)
-    csv += "First,,Last" + std::to_string(i) + "\n";
-  ProgramRun how;
-  how.terminal = true;
-  how.environment = {{"TERM", "dumb"}};
-  const ProgramResult result = run({"user", "import", file("many.csv", csv), "--template", "Staff", "--site",
-                                    "Head Office", "--ou", kNewStarters},
-                                   "\x03", how);
+  const ProgramResult result = run({"user", "import", file("many.csv", new_people(200)), "--template",
+                                    "Staff", "--site", "Head Office", "--ou", kNewStarters},
+                                   "\x03", at_terminal());
   EXPECT_EQ(result.exit_code, 1) << result.out;
   EXPECT_THAT(result.out,
               AllOf(HasSubstr("1     GREEN"), HasSubstr(" not created, stopped."), Not(HasSubstr("\n200 "))));

@@ -53,12 +53,9 @@ $ user show Ed.Fox => 2
 
 TEST_F(Passwords, ThatAreTypedDoNotShow) {
   ASSERT_EQ(run({"settings", "set", "Setup", "Password", "PROMPT"}).exit_code, 0);
-  ProgramRun how;
-  how.terminal = true;
-  how.environment = {{"TERM", "dumb"}};
   const ProgramResult result = run(
       {"user", "create", "--template", "Staff", "--site", "Head Office", "--ou", kNewStarters, "Al", "Bo"},
-      "Sesame-Open-1\n", how);
+      "Sesame-Open-1\n", at_terminal());
   EXPECT_EQ(result.exit_code, 0) << result.out;
   EXPECT_THAT(result.out, AllOf(HasSubstr("Enter User Password:"), Not(HasSubstr("Sesame"))));
 }

@@ -32,6 +32,22 @@ inline ProgramResult twk(const Arguments& arguments, const std::string& input = 
   return run_program(run);
 }
 
+/// A person at a terminal without colours.
+inline ProgramRun at_terminal() {
+  ProgramRun how;
+  how.terminal = true;
+  how.environment = {{"TERM", "dumb"}};
+  return how;
+}
+
+/// So many lines of a file to import.
+inline std::string new_people(int count) {
+  std::string csv;
+  for (int i = 0; i < count; ++i)
+    csv += "First,,Last" + std::to_string(i) + "\n";
+  return csv;
+}
+
 /// Plays a transcript without a lab.
 inline void play_without_lab(std::string_view transcript, const Meanings& meanings = {}) {
   play(

@@ -152,14 +152,8 @@ $ users move --ou $NEW --site Branch --template Staff --data nothing --no-prompt
 }
 
 TEST_F(ManyUsers, CtrlCStopsAfterTheCurrentUser) {
-  std::string csv;
-  for (int i = 0; i < 150; ++i)
-    csv += "First,,Last" + std::to_string(i) + "\n";
-  play("$ user import $FILE $STAFF", {{"$FILE", {file("many.csv", csv)}}});
-  ProgramRun how;
-  how.terminal = true;
-  how.environment = {{"TERM", "dumb"}};
-  const ProgramResult result = run({"users", "disable", "--ou", kNewStarters}, "\x03", how);
+  play("$ user import $FILE $STAFF", {{"$FILE", {file("many.csv", new_people(150))}}});
+  const ProgramResult result = run({"users", "disable", "--ou", kNewStarters}, "\x03", at_terminal());
   EXPECT_EQ(result.exit_code, 1) << result.out;
   EXPECT_THAT(result.out, testing::AllOf(HasSubstr("GREEN"), HasSubstr(" 0 failed, 0 unknown, stopped."),
                                          testing::Not(HasSubstr("153 done"))));
