@@ -189,7 +189,7 @@ def main():
     pathlib.Path("script").write_text(SCRIPT)
     pathlib.Path("script").chmod(0o755)
     words = f'{pathlib.Path("script").resolve()} %UserName% -- "%first%" %last% %IMPORT5% "a %IMPORT5% b" x%IMPORT5%y %'
-    for key, name, value in (("Setup", "BatchFileCreate", words), ("Setup", "WaitNew", "Yes"), ("UM", "RunCmd", "Yes"), ("UM", "MailAccount", "No")):
+    for key, name, value in (("Setup", "BatchFileCreate", words), ("Setup", "WaitNew", "Yes"), ("Setup", "WaitDelete", "Yes"), ("UM", "RunCmd", "Yes"), ("UM", "MailAccount", "No")):
         twk("settings", "set", key, name, value, codes=(0,))
     twk("table", "set", "w2k", text=b"p,info,%IMPORT5%\n", codes=(0,))
     check_import()
