@@ -76,7 +76,7 @@ TEST_F(DirectoryThatCannotBeRead, StopsOnlyTheCommandsThatNeedIt) {
   put_file(lab() + "/domain.ldif", get_file(lab() + "/domain.ldif") + "no colon\n");
   play(R"(
 $ settings get Setup Domain
-"twk.test"
+| twk.test
 $ template list
 {"name": "Staff"}
 $ user list => 65 domain.ldif: Line
