@@ -34,7 +34,7 @@ int entry_of(int number, int entries, int otherwise) {
   return number >= 1 && number <= entries ? number - 1 : otherwise;
 }
 
-std::string format_in_force(std::string stored, bool chosen, std::string_view preset) {
+std::string format_in_force(const std::string& stored, bool chosen, std::string_view preset) {
   return (stored.empty() || chosen) && !preset.empty() ? std::string(preset) : stored;
 }
 

@@ -6,9 +6,6 @@
 #include "session/creation_outcome.hpp"
 #include "windows/state/hourglass.hpp"
 
-namespace twk::session {
-struct Form1;
-}  // namespace twk::session
 namespace twk::windows {
 struct Desktop;
 }

@@ -23,28 +23,28 @@ std::array<SettingBox, 19> setting_boxes(Form1& form) {
            {kUM, "UserAccount", form.Create_User_Account},
            {kUM, "MailAccount", form.Create_Mail_Account},
            {kUM, "RunCmd", form.Run_script},
-           {session::kPreferences, "UseFormattedPassword", form.FmtPass},
-           {session::kPreferences, "CantChangePWD", form.USR_Cant_Change},
-           {session::kPreferences, "PasswdNVRExpire", form.PWD_NVR_EXPIRE},
-           {session::kPreferences, "ProfileDeleteUsername", form.Profile_Delete_Name},
-           {session::kPreferences, "ConfirmDeletes", form.Confirm_Deletes},
-           {session::kPreferences, "AdminShares", form.chkAdmin_Shares},
-           {session::kPreferences, "ConfirmResets", form.Confirm_Resets},
-           {session::kPreferences, "CheckAdminRights", form.Domain_Admin},
-           {session::kPreferences, "AccountDisabled", form.New_Disabled},
-           {session::kPreferences, "ForcePasswdChange", form.Password_Change},
-           {session::kPreferences, "StopOnError", on_errors},
-           {session::kPreferences, "StopOnWarning", on_warnings},
-           {session::kPreferences, "SkipPrompt", skip_prompt}}};
+           {kPreferences, "UseFormattedPassword", form.FmtPass},
+           {kPreferences, "CantChangePWD", form.USR_Cant_Change},
+           {kPreferences, "PasswdNVRExpire", form.PWD_NVR_EXPIRE},
+           {kPreferences, "ProfileDeleteUsername", form.Profile_Delete_Name},
+           {kPreferences, "ConfirmDeletes", form.Confirm_Deletes},
+           {kPreferences, "AdminShares", form.chkAdmin_Shares},
+           {kPreferences, "ConfirmResets", form.Confirm_Resets},
+           {kPreferences, "CheckAdminRights", form.Domain_Admin},
+           {kPreferences, "AccountDisabled", form.New_Disabled},
+           {kPreferences, "ForcePasswdChange", form.Password_Change},
+           {kPreferences, "StopOnError", on_errors},
+           {kPreferences, "StopOnWarning", on_warnings},
+           {kPreferences, "SkipPrompt", skip_prompt}}};
 }
 
 std::array<SettingBox, 6> command_boxes(Form1& form) {
-  return {{{session::kSetup, "CreateHidden", form.Run_Hidden[0]},
-           {session::kSetup, "MoveHidden", form.Run_Hidden[1]},
-           {session::kSetup, "DeleteHidden", form.Run_Hidden[2]},
-           {session::kSetup, "WaitNew", form.Wait_NEW[0]},
-           {session::kSetup, "WaitMove", form.Wait_NEW[1]},
-           {session::kSetup, "WaitDelete", form.Wait_NEW[2]}}};
+  return {{{kSetup, "CreateHidden", form.Run_Hidden[0]},
+           {kSetup, "MoveHidden", form.Run_Hidden[1]},
+           {kSetup, "DeleteHidden", form.Run_Hidden[2]},
+           {kSetup, "WaitNew", form.Wait_NEW[0]},
+           {kSetup, "WaitMove", form.Wait_NEW[1]},
+           {kSetup, "WaitDelete", form.Wait_NEW[2]}}};
 }
 
 std::array<SettingPair, 3> setting_pairs(Form1& form) {
@@ -54,13 +54,13 @@ std::array<SettingPair, 3> setting_pairs(Form1& form) {
 }
 
 std::array<SettingField, 7> setting_fields(Form1& form) {
-  return {{{session::kSetup, "Password", form.defaultpassword},
-           {session::kSetup, "BatchFileCreate", form.Create_Script, Absent::kLeaves},
-           {session::kSetup, "BatchFileMove", form.Move_Script},
-           {session::kSetup, "BatchFileDelete", form.Delete_Script},
-           {session::kMail, "LDAP_PORT", form.PORT, Absent::kLeaves},
-           {session::kMail, "Admin_Account", form.txtAdmin, Absent::kLeaves},
-           {session::kMail, "Mail_Password", form.txtPassword, Absent::kLeaves}}};
+  return {{{kSetup, "Password", form.defaultpassword},
+           {kSetup, "BatchFileCreate", form.Create_Script, Absent::kLeaves},
+           {kSetup, "BatchFileMove", form.Move_Script},
+           {kSetup, "BatchFileDelete", form.Delete_Script},
+           {kMail, "LDAP_PORT", form.PORT, Absent::kLeaves},
+           {kMail, "Admin_Account", form.txtAdmin, Absent::kLeaves},
+           {kMail, "Mail_Password", form.txtPassword, Absent::kLeaves}}};
 }
 
 void read_setting_controls(Desktop& session) {
@@ -70,7 +70,7 @@ void read_setting_controls(Desktop& session) {
   std::ranges::for_each(setting_boxes(session.form1), read);
   std::ranges::for_each(command_boxes(session.form1), read);
   for (const SettingPair& pair : setting_pairs(session.form1))
-    controls::choose(pair.on, pair.off, session::read_switch(session, session::kPreferences, pair.name));
+    controls::choose(pair.on, pair.off, session::read_switch(session, kPreferences, pair.name));
   for (const SettingField& row : setting_fields(session.form1)) {
     const std::string text = session::read_setting(session, row.sub_key, row.name);
     if (session.LastRegResult || row.absent == Absent::kEmpties)
@@ -90,7 +90,7 @@ void choose_option(Desktop& session, const controls::OptionButton& button) {
     if (&pair.on != &button && &pair.off != &button)
       continue;
     controls::choose(pair.on, pair.off, &pair.on == &button);
-    session::write_yes_no(session, session::kPreferences, pair.name, pair.on.value);
+    session::write_yes_no(session, kPreferences, pair.name, pair.on.value);
   }
 }
 

@@ -6,9 +6,6 @@
 #include "controls/basic.hpp"
 #include "windows/state/form1.hpp"
 
-namespace twk::session {
-struct Form1;
-}  // namespace twk::session
 namespace twk::windows {
 struct Desktop;
 }
