@@ -25,9 +25,9 @@
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
-#include "windows/state/form1.hpp"
 #include "session/log_tab.hpp"
 #include "windows/start_up.hpp"
+#include "windows/state/form1.hpp"
 #include "world/live_ground.hpp"
 #include "world/world.hpp"
 

@@ -65,8 +65,8 @@ struct ImportState {
   std::function<void(const ImportRow&)> row_done;  ///< called after each line; may be empty
 };
 
-/// One administrator's session: the services it works with, the domain and the database files that are loaded,
-/// and what its routines share. Nothing here is shared between sessions.
+/// One administrator's session: the services it works with, the domain and the database files that are
+/// loaded, and what its routines share. Nothing here is shared between sessions.
 struct Session {
   /// `command_line` is everything after the program's name, as one line; `program_directory` is the fallback
   /// for the database directory, without a final backslash.

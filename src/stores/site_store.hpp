@@ -26,8 +26,8 @@ StoreOutcome load_site(session::Session& session, std::string_view name);
 /// read or holds no such site.
 void require_site(session::Session& session, std::string_view name);
 
-/// The live sites in the order of the file, each as `load_site` would load it, in one pass. A site hidden by a
-/// deleted one is reported on the log tab. Raises what the file raises.
+/// The live sites in the order of the file, each as `load_site` would load it, in one pass. A site hidden by
+/// a deleted one is reported on the log tab. Raises what the file raises.
 std::vector<records::SiteRecord> read_sites(session::Session& session);
 
 /// Reads the names of the live sites into the session. A failure ends the reading and is reported on the log

@@ -165,7 +165,9 @@ void load_users(Load& load) {
     return;
   }
   session.domain.loading = std::string("Retrieving Users Please wait");
-  load.trap([&] { Load_AD_Users(session, load.base, false, load.user_scope, load.options.Search, UserList::kMembers); });
+  load.trap([&] {
+    Load_AD_Users(session, load.base, false, load.user_scope, load.options.Search, UserList::kMembers);
+  });
 }
 
 std::string group_type_text(std::int32_t type, std::string_view path) {

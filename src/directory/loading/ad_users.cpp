@@ -24,9 +24,8 @@ std::string users_query(bool by_name, std::string_view base, std::string_view sc
 
 void show_progress(Session& session) {
   if (session.UserCount % kUsersPerDot == 0) {
-    session.domain.loading =
-        std::string(static_cast<std::size_t>(session.UserCount / kUsersPerDot), '.') +
-        "Retrieving Users Please wait";
+    session.domain.loading = std::string(static_cast<std::size_t>(session.UserCount / kUsersPerDot), '.') +
+                             "Retrieving Users Please wait";
   }
   if (session.UserCount % kUsersPerCount == 0) {
     session.status.panel1 = base::to_text(session.UserCount) + " Users.";

@@ -2,10 +2,10 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "windows/import_options.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/dialog_buttons.hpp"
 #include "screens/widgets/form.hpp"
+#include "windows/import_options.hpp"
 #include "windows/state/import_windows.hpp"
 
 namespace twk::screens {

@@ -2,11 +2,11 @@
 #include <QLabel>
 #include <QRadioButton>
 
-#include "windows/import_options.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"
 #include "windows/formats_tab.hpp"
+#include "windows/import_options.hpp"
 #include "windows/password_fields.hpp"
 #include "windows/preferences_tab.hpp"
 #include "windows/setting_controls.hpp"

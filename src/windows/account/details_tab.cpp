@@ -5,12 +5,11 @@
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/user_details.hpp"
-#include "windows/state/form1.hpp"
+#include "session/loaded_domain.hpp"
+#include "windows/state/desktop.hpp"
 #include "windows/state/details_changes.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/hourglass.hpp"
-#include "session/loaded_domain.hpp"
-#include "windows/state/desktop.hpp"
 
 namespace twk::windows {
 namespace {

@@ -2,10 +2,10 @@
 
 #include "base/text.hpp"
 #include "directory/loading/ad_load.hpp"
-#include "windows/account/details_tab.hpp"
 #include "groups/delete_group.hpp"
 #include "groups/show_group.hpp"
 #include "session/loaded_domain.hpp"
+#include "windows/account/details_tab.hpp"
 #include "windows/groups/copy_group.hpp"
 #include "windows/groups/group_add.hpp"
 #include "windows/state/desktop.hpp"
