@@ -15,14 +15,30 @@ std::string log_path(Context& context) {
   return context.session(Depth::kSettings).dbpath + "Log.txt";
 }
 
+/// Where the last lines of a text begin: that many, or all there are.
+std::size_t start_of_tail(std::string_view text, std::size_t lines) {
+  // The end of the last line begins no further one.
+  std::size_t before = text.ends_with('\n') ? text.size() - 1 : text.size();
+  for (; lines > 0; --lines) {
+    const std::size_t line_end = before == 0 ? base::npos : text.rfind('\n', before - 1);
+    if (line_end == base::npos)
+      return 0;
+    before = line_end;
+  }
+  return std::min(before + 1, text.size());
+}
+
 int show_log(Context& context, std::size_t tail) {
   const std::string path = log_path(context);
   if (!context.services().files.exists(path))
     return kExitGreen;
-  const std::vector<std::string> lines = text_lines(base::from_ansi(context.services().files.read(path)));
-  const std::size_t first = tail < lines.size() ? lines.size() - tail : 0;
-  for (std::size_t i = first; i < lines.size(); ++i)
-    context.output().result({{"line", i + 1}, {"text", lines[i]}}, lines[i]);
+  const std::string bytes = context.services().files.read(path);
+  const std::size_t start = start_of_tail(bytes, tail);
+  auto number = 1 + std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(start), '\n');
+  for (const std::string& line : text_lines(base::from_ansi(std::string_view(bytes).substr(start)))) {
+    context.output().result({{"line", number}, {"text", line}}, line);
+    ++number;
+  }
   return kExitGreen;
 }
 
