@@ -1,18 +1,15 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <iterator>
 
 #include "contract/world.hpp"
 
 namespace twk::contract {
 
-class FilesContract : public testing::TestWithParam<MakeWorld> {
+class FilesContract : public Contract {
  protected:
   std::string drive() const { return "\\\\" + world_->file_server() + "\\D$"; }
 
-  std::unique_ptr<World> world_ = GetParam()();
   platform::Files& files_ = world_->files();
 };
 

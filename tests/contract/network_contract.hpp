@@ -1,13 +1,11 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include "contract/world.hpp"
 #include "platform/access_check.hpp"
 
 namespace twk::contract {
 
-class NetworkContract : public testing::TestWithParam<MakeWorld> {
+class NetworkContract : public Contract {
  protected:
   platform::ShareInfo502 share(std::string name, std::string path = "D:\\Users") const {
     platform::ShareInfo502 info;
@@ -17,7 +15,6 @@ class NetworkContract : public testing::TestWithParam<MakeWorld> {
     return info;
   }
 
-  std::unique_ptr<World> world_ = GetParam()();
   platform::Network& network_ = world_->network();
 };
 
@@ -61,6 +58,33 @@ TEST_P(NetworkContract, WhatCannotBeSharedIsRefusedByNumber) {
   EXPECT_EQ(number_of([&] { network_.NetShareAdd("NOWHERE", share("New")); }), network_error::kBadNetPath);
   EXPECT_EQ(number_of([&] { network_.NetShareEnum("NOWHERE"); }), network_error::kBadNetPath);
   EXPECT_EQ(number_of([&] { network_.NetShareDel(server, "None"); }), network_error::kShareNotFound);
+}
+
+TEST_P(NetworkContract, ControllerIsFoundByEachNameOfItsDomain) {
+  for (const std::string& name : {std::string(), world_->netbios(), world_->domain()})
+    EXPECT_EQ(network_.NetGetDCName("", name), "\\\\DC1") << name;
+  EXPECT_EQ(number_of([&] { network_.NetGetDCName("", "NOSUCH"); }),
+            platform::network_error::kControllerNotFound);
+}
+
+TEST_P(NetworkContract, TerminalSettingsAreKeptOneByOne) {
+  using enum platform::WtsConfigClass;
+  using platform::WtsConfigValue;
+  make_user(w_, "Jo", "jo");
+  const std::string dc = network_.NetGetDCName("", world_->netbios());
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "jo", kAllowLogonTerminalServer), WtsConfigValue(1U));
+  network_.WTSSetUserConfig(dc, "jo", kTerminalServerHomeDir, "\\\\FS1\\Users\\jö");
+  network_.WTSSetUserConfig(dc, "jo", kAllowLogonTerminalServer, 0U);
+  network_.WTSSetUserConfig(dc, "jo", kTimeoutSettingsIdle, 600000U);
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "JO", kTerminalServerHomeDir),
+            WtsConfigValue("\\\\FS1\\Users\\jö"));
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "jo", kAllowLogonTerminalServer), WtsConfigValue(0U));
+  EXPECT_EQ(network_.WTSQueryUserConfig(dc, "jo", kTimeoutSettingsIdle), WtsConfigValue(600000U));
+  EXPECT_EQ(number_of([&] { network_.WTSSetUserConfig(dc, "nobody", kInitialProgram, "x"); }),
+            platform::network_error::kUserNotFound);
+  EXPECT_EQ(number_of([&] { network_.WTSSetUserConfig(dc, "jo", kTimeoutSettingsIdle, "x"); }), 87U);
+  EXPECT_EQ(number_of([&] { network_.WTSQueryUserConfig("\\\\NOWHERE", "jo", kInitialProgram); }),
+            platform::network_error::kBadNetPath);
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(NetworkContract);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
 #include "contract/world.hpp"
 #include "platform/access_check.hpp"
 
@@ -10,7 +8,7 @@ namespace twk::contract {
 namespace security_error = platform::security_error;
 namespace information = platform::security_information;
 
-class SecurityContract : public testing::TestWithParam<MakeWorld> {
+class SecurityContract : public Contract {
  protected:
   static constexpr std::size_t kBuffer = 4000;
 
@@ -44,7 +42,6 @@ class SecurityContract : public testing::TestWithParam<MakeWorld> {
     security_.OpenProcessToken()->AdjustTokenPrivileges(security_.LookupPrivilegeValue(privilege), on);
   }
 
-  std::unique_ptr<World> world_ = GetParam()();
   platform::Security& security_ = world_->security();
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gmock/gmock.h>
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -40,6 +42,13 @@ class World {
 
 using MakeWorld = std::unique_ptr<World> (*)();
 
+/// Each test of a contract has its own world.
+class Contract : public testing::TestWithParam<MakeWorld> {
+ protected:
+  std::unique_ptr<World> world_ = GetParam()();
+  World& w_ = *world_;
+};
+
 using test::number_of;
 
 inline platform::ObjectPtr get_entry(World& world, const std::string& dn) {
@@ -67,11 +76,32 @@ inline platform::ObjectPtr make_group(World& world, const std::string& name) {
   return group;
 }
 
-inline std::string names_of(const std::vector<platform::ObjectPtr>& objects) {
-  std::string names;
+inline std::vector<std::string> names_of(const std::vector<platform::ObjectPtr>& objects) {
+  std::vector<std::string> names;
   for (const platform::ObjectPtr& object : objects)
-    names += (names.empty() ? "" : ";") + object->Name();
+    names.push_back(object->Name());
   return names;
+}
+
+/// What a container holds of these classes; of all classes when none is named.
+inline std::vector<platform::ObjectPtr> children_of(const platform::ObjectPtr& container,
+                                                    const std::vector<std::string>& classes = {}) {
+  std::vector<platform::ObjectPtr> children;
+  container->enumerate(classes, [&](const platform::ObjectPtr& child) {
+    children.push_back(child);
+    return true;
+  });
+  return children;
+}
+
+/// Field `index` of all rows that a query finds.
+inline std::vector<std::string> column_of(World& world, const std::string& query, std::size_t index = 0,
+                                          const platform::QueryOptions& options = {}) {
+  std::vector<std::string> fields;
+  const auto rows = world.query().execute(platform::parse_query_text(query), options);
+  for (; !rows->at_eof(); rows->MoveNext())
+    fields.push_back(rows->field(index).text());
+  return fields;
 }
 
 }  // namespace twk::contract

@@ -20,12 +20,7 @@ LabPlan full_plan() {
 }
 
 std::size_t count(test::LabWorld& world, const std::string& filter) {
-  std::size_t rows = 0;
-  const auto found =
-      world.query().execute(platform::parse_query_text("<LDAP://twk.test>;" + filter + ";name;subtree"), {});
-  for (; !found->at_eof(); found->MoveNext())
-    ++rows;
-  return rows;
+  return contract::column_of(world, "<LDAP://twk.test>;" + filter + ";name;subtree").size();
 }
 
 TEST(NewLab, HoldsWhatThePlanAsksFor) {
@@ -42,13 +37,12 @@ TEST(NewLab, AccountNamesAndIdentifiersAreUnique) {
   test::LabWorld world(full_plan());
   std::set<std::string> names;
   std::set<base::Bytes> sids;
-  const std::vector<std::string> users = {"User"};
-  world.directory().GetObject("WinNT://TWK")->enumerate(users, [&](const platform::ObjectPtr& user) {
+  const auto domain = world.directory().GetObject("WinNT://TWK");
+  for (const platform::ObjectPtr& user : contract::children_of(domain, {"User"})) {
     EXPECT_TRUE(names.insert(user->Name()).second) << user->Name();
     EXPECT_LE(user->Name().size(), 20U);
     EXPECT_TRUE(sids.insert(user->Get("objectSID").bytes()).second) << user->Name();
-    return true;
-  });
+  }
   EXPECT_EQ(names.size(), 303U);
   const auto fresh = contract::make_user(world, "Fresh", "fresh");
   EXPECT_TRUE(sids.insert(fresh->Get("objectSid").bytes()).second);
@@ -109,7 +103,7 @@ TEST(ImportedLab, DomainFromAnExportGetsItsConfigurationAndContinuesWithItsIds) 
                  "objectClass: organizationalPerson\nobjectClass: user\nsAMAccountName: jo\n"
                  "objectSid:: AQUAAAAAAAUVAAAAAQAAAAIAAAADAAAA0gQAAA==\n\n");
   Lab lab(folder.path(), [](const std::string& warning) { ADD_FAILURE() << warning; });
-  test::NoDialogs dialogs;
+  test::ScriptedDialogs dialogs;
   auto& directory = lab.platform(dialogs).directory;
   EXPECT_EQ(directory.GetObject("LDAP://corp.example")->Get("nTMixedDomain").integer(), 0);
   EXPECT_EQ(directory.GetObject("LDAP://CN=CORP,CN=Partitions,CN=Configuration,DC=corp,DC=example")

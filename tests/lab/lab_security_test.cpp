@@ -121,11 +121,10 @@ TEST_F(LabSecurityTest, DescriptorGoesWithItsFileAndNotToItsSuccessor) {
 }
 
 TEST_F(LabSecurityTest, DescriptorsAreSeenByOtherProgramsAndTheNextRun) {
-  const auto other = w_.open_again();
-  test::NoDialogs dialogs;
+  test::OtherProgram other(w_);
   write_list(kUsers, users_read_);
   share("Homes", "D:\\Users");
-  const auto there = other->platform(dialogs);
+  const auto there = other.platform();
   EXPECT_EQ(there.security.GetFileSecurity(kUsers, information::kDacl, 4000).dacl->entries(),
             std::vector{users_read_});
   EXPECT_EQ(there.network.NetShareGetInfo("FS1", "Homes").shi502_path, "D:\\Users");

@@ -7,29 +7,10 @@
 #include "contract/world.hpp"
 #include "lab/making/lab_create.hpp"
 #include "lab/services/lab.hpp"
+#include "support/scripted_dialogs.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace twk::test {
-
-/// A question that nobody expects is a failure.
-class NoDialogs final : public platform::Dialogs {
- public:
-  platform::Answer MsgBox(std::string_view text, platform::Buttons, platform::Icon,
-                          std::string_view) override {
-    ADD_FAILURE() << "asked: " << text;
-    return platform::Answer::kCancel;
-  }
-  std::string InputBox(std::string_view prompt, std::string_view, bool) override {
-    ADD_FAILURE() << "asked: " << prompt;
-    return {};
-  }
-  std::optional<std::string> open_file(std::string_view title, std::string_view) override {
-    ADD_FAILURE() << "asked: " << title;
-    return std::nullopt;
-  }
-  void beep() override {}
-  void DoEvents() override {}
-};
 
 inline lab::LabPlan small_plan() {
   lab::LabPlan plan;
@@ -65,7 +46,6 @@ class LabWorld final : public contract::World {
   [[nodiscard]] std::filesystem::path folder() const { return directory_.path() / "lab"; }
   [[nodiscard]] lab::Lab& lab() { return *lab_; }
   [[nodiscard]] platform::Platform platform() { return lab_->platform(dialogs_); }
-  /// A second program that has the lab open.
   [[nodiscard]] std::unique_ptr<lab::Lab> open_again() const {
     return std::make_unique<lab::Lab>(folder(), [](const std::string& warning) { ADD_FAILURE() << warning; });
   }
@@ -81,7 +61,18 @@ class LabWorld final : public contract::World {
 
  private:
   TemporaryDirectory directory_;
-  NoDialogs dialogs_;
+  ScriptedDialogs dialogs_;
+  std::unique_ptr<lab::Lab> lab_;
+};
+
+/// A second program that has the lab of a world open.
+class OtherProgram {
+ public:
+  explicit OtherProgram(const LabWorld& world) : lab_(world.open_again()) {}
+  [[nodiscard]] platform::Platform platform() { return lab_->platform(dialogs_); }
+
+ private:
+  ScriptedDialogs dialogs_;
   std::unique_ptr<lab::Lab> lab_;
 };
 

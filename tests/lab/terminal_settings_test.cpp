@@ -45,23 +45,14 @@ TEST_P(TerminalSettings, ASettingIsKeptInTheUsersEntry) {
   EXPECT_EQ(platform::wts_setting(parameters, kTerminalServerHomeDir), WtsConfigValue("\\\\FS1\\Łuk"));
 }
 
-TEST_P(TerminalSettings, WhatDoesNotExistIsRefusedByNumber) {
-  auto& net = network();
-  using namespace platform;
-  EXPECT_EQ(number_of([&] { net.WTSSetUserConfig("", "nobody", kTimeoutSettingsIdle, 0U); }),
-            network_error::kUserNotFound);
-  EXPECT_EQ(number_of([&] { net.WTSSetUserConfig("", "Readers", kTimeoutSettingsIdle, 0U); }),
-            network_error::kUserNotFound);
-  EXPECT_EQ(number_of([&] { net.WTSQueryUserConfig("", "", kTimeoutSettingsIdle); }),
-            network_error::kUserNotFound);
-  for (const char* const server : {"\\\\FS1", "\\\\", "\\\\other", "\\"}) {
-    const std::uint32_t expected = std::string_view(server) == "\\\\" ? 0U : network_error::kBadNetPath;
-    EXPECT_EQ(number_of([&] { net.WTSQueryUserConfig(server, "jo", kTimeoutSettingsIdle); }), expected)
-        << server;
-  }
-  EXPECT_EQ(number_of([&] { net.WTSSetUserConfig("", "jo", kInitialProgram, 1U); }), 87U);
+TEST_P(TerminalSettings, WhatIsRefusedLeavesNoSettings) {
+  EXPECT_EQ(number_of([&] { network().WTSSetUserConfig("", "Readers", kTimeoutSettingsIdle, 0U); }),
+            platform::network_error::kUserNotFound);
+  EXPECT_EQ(number_of([&] { network().WTSQueryUserConfig("\\\\FS1", "jo", kTimeoutSettingsIdle); }),
+            platform::network_error::kBadNetPath);
+  EXPECT_EQ(number_of([&] { network().WTSSetUserConfig("", "jo", kInitialProgram, 1U); }), 87U);
   EXPECT_EQ(number_of([&] { contract::get_account(w_, "jo")->Get("Parameters"); }),
-            ads_error::kPropertyNotFound);
+            platform::ads_error::kPropertyNotFound);
 }
 
 TEST_P(TerminalSettings, AnAttributeOfAnotherProgramIsNotOverwritten) {
@@ -75,9 +66,8 @@ TEST_P(TerminalSettings, AnAttributeOfAnotherProgramIsNotOverwritten) {
 
 TEST_P(TerminalSettings, TwoProgramsDoNotLoseEachOthersSettings) {
   const auto change = [this](platform::WtsConfigClass setting) {
-    const auto other = w_.open_again();
-    test::NoDialogs dialogs;
-    platform::Network& net = other->platform(dialogs).network;
+    test::OtherProgram other(w_);
+    platform::Network& net = other.platform().network;
     for (std::uint32_t i = 0; i < 60; ++i) {
       net.WTSSetUserConfig("", "jo", setting, i);
       EXPECT_EQ(net.WTSQueryUserConfig("", "jo", setting), WtsConfigValue(i));

@@ -51,10 +51,41 @@ inline live::LiveSettings live_settings() {
   return settings;
 }
 
+/// What an earlier test left on the file server is removed, whoever owns it.
+inline void empty_drive() {
+  namespace fs = std::filesystem;
+  for (const auto& left : fs::directory_iterator(fs::path(variable("TWK_LIVE_STATE")) / "srv/d/Users"))
+    fs::remove_all(left.path());
+}
+
+/// The services of a domain, and what the tests need of its file server.
+class LiveServices {
+ protected:
+  explicit LiveServices(const live::LiveSettings& settings) : domain_(settings), smb_(settings) {}
+
+  /// Those of the folders that a drive shows.
+  void remove_shares() {
+    const std::string server = variable("TWK_LIVE_SERVER");
+    for (const platform::ShareInfo502& share : network_.NetShareEnum(server)) {
+      if (share.shi502_path.starts_with("C:\\Users"))
+        network_.NetShareDel(server, share.shi502_netname);
+    }
+  }
+
+  live::LiveDomain domain_;
+  live::LiveDirectory directory_{domain_};
+  live::LiveQuery query_{domain_};
+  live::SmbClient smb_;
+  local::PosixFiles workstation_;
+  live::LiveFiles files_{smb_, workstation_};
+  live::LiveSecurity security_{domain_, smb_};
+  live::LiveNetwork network_{domain_};
+};
+
 /// The real domain, with a separate unit that is deleted with it.
-class LiveWorld : public contract::World {
+class LiveWorld : public contract::World, private LiveServices {
  public:
-  LiveWorld() {
+  LiveWorld() : LiveServices(live_settings()) {
     empty_drive();
     const auto top = directory_.GetObject("LDAP://" + domain() + "/" + root());
     top->Create("organizationalUnit", unit_name())->SetInfo();
@@ -92,13 +123,6 @@ class LiveWorld : public contract::World {
 
  private:
   [[nodiscard]] std::string unit_name() const { return "OU=Tests " + std::to_string(number_); }
-  /// Those of the folders that a drive shows.
-  void remove_shares() {
-    for (const platform::ShareInfo502& share : network_.NetShareEnum(file_server())) {
-      if (share.shi502_path.starts_with("C:\\Users"))
-        network_.NetShareDel(file_server(), share.shi502_netname);
-    }
-  }
   void remove_below(const std::string& dn) {
     // A group that is someone's primary one stays as long as that user.
     for (const char* const filter : {"(objectClass=user)", "(objectClass=*)"}) {
@@ -117,28 +141,12 @@ class LiveWorld : public contract::World {
     }
   }
 
-  /// What an earlier test left on the file server is removed, whoever owns it.
-  static void empty_drive() {
-    namespace fs = std::filesystem;
-    const fs::path users = fs::path(variable("TWK_LIVE_STATE")) / "srv/d/Users";
-    for (const fs::directory_entry& left : fs::directory_iterator(users))
-      fs::remove_all(left.path());
-  }
-
   static int next_number() {
     static int last = 0;
     return ++last;
   }
 
   int number_ = next_number();
-  live::LiveDomain domain_{live_settings()};
-  live::LiveDirectory directory_{domain_};
-  live::LiveQuery query_{domain_};
-  live::SmbClient smb_{live_settings()};
-  local::PosixFiles workstation_;
-  live::LiveFiles files_{smb_, workstation_};
-  live::LiveSecurity security_{domain_, smb_};
-  live::LiveNetwork network_{domain_};
 };
 
 /// The real domain as seen by the account that its server treats as the superuser, with that one's ticket.

@@ -17,14 +17,9 @@ inline live::LiveSettings nt_settings() {
 }
 
 /// The domain without a directory; what a test made there is deleted with its fixture.
-class NtDomainTest : public testing::Test {
+class NtDomainTest : public testing::Test, protected LiveServices {
  protected:
-  NtDomainTest() {
-    // What an interrupted run left on the file server.
-    for (const auto& left : std::filesystem::directory_iterator(
-             std::filesystem::path(variable("TWK_LIVE_STATE")) / "srv/d/Users"))
-      std::filesystem::remove_all(left.path());
-  }
+  NtDomainTest() : LiveServices(nt_settings()) { empty_drive(); }
   ~NtDomainTest() override {
     static const std::vector<std::string> kept = {"root", "Domain Admins", "Domain Users", "Helpers",
                                                   "Administrators"};
@@ -36,10 +31,7 @@ class NtDomainTest : public testing::Test {
     });
     for (const live::SamAccount& account : made)
       accounts().remove(account);
-    for (const platform::ShareInfo502& share : network_.NetShareEnum(server_)) {
-      if (share.shi502_path.starts_with("C:\\Users"))
-        network_.NetShareDel(server_, share.shi502_netname);
-    }
+    remove_shares();
   }
 
   platform::ObjectPtr get(const std::string& path) { return directory_.GetObject(path); }
@@ -52,14 +44,6 @@ class NtDomainTest : public testing::Test {
   }
   live::AccountService& accounts() { return domain_.rpc().accounts(server_); }
 
-  live::LiveDomain domain_{nt_settings()};
-  live::LiveDirectory directory_{domain_};
-  live::LiveQuery query_{domain_};
-  live::LiveNetwork network_{domain_};
-  live::SmbClient smb_{nt_settings()};
-  local::PosixFiles workstation_;
-  live::LiveFiles files_{smb_, workstation_};
-  live::LiveSecurity security_{domain_, smb_};
   std::string server_ = variable("TWK_LIVE_SERVER");
 };
 
