@@ -7,6 +7,7 @@
 #include "live/domain/live_environment.hpp"
 #include "live/logon/network_probe.hpp"
 #include "platform/directory.hpp"
+#include "support/variable.hpp"
 
 namespace twk::live {
 namespace {
@@ -47,10 +48,8 @@ class SilentServer {
 /// No ticket of the person who runs the tests is seen.
 class WithoutTicket : public testing::Test {
  protected:
-  WithoutTicket() {
-    setenv("KRB5CCNAME", "FILE:/nonexistent/ticket", 1);
-    setenv("KRB5_CONFIG", "/dev/null", 1);
-  }
+  const test::Variable ticket_{"KRB5CCNAME", "FILE:/nonexistent/ticket"};
+  const test::Variable kerberos_{"KRB5_CONFIG", "/dev/null"};
   static LiveSettings settings(std::uint16_t port, LiveSettings::Logon logon = LiveSettings::Logon::kTicket) {
     LiveSettings settings;
     settings.domain = "twk.test";

@@ -37,10 +37,8 @@ TEST_P(DirectoryContract, NewUserIsMadeFilledEnabledAndPutIntoAGroup) {
   user.Put("HomeDrive", "H:");
   user.SetInfo();
   const ObjectPtr account = get_account(w_, "jsmith");
-  account->Put("UserFlags", account->Get("UserFlags").integer() | 64);
-  account->SetInfo();
-  account->Put("UserFlags", account->Get("UserFlags").integer() | 0x10000);
-  account->SetInfo();
+  store(account, {{"UserFlags", account->Get("UserFlags").integer() | 64}});
+  store(account, {{"UserFlags", account->Get("UserFlags").integer() | 0x10000}});
   group->Add("LDAP://CN=Jo Smith," + w_.unit());
 
   const User read(get_entry(w_, "CN=Jo Smith," + w_.unit()));
@@ -67,12 +65,10 @@ TEST_P(DirectoryContract, StagedValuesReachTheDirectoryOnlyAtSetInfo) {
 
 TEST_P(DirectoryContract, AnObjectKeepsWhatItReadFirstUntilItIsBoundAgain) {
   const ObjectPtr first = make_user(w_, "Jo", "jo");
-  first->Put("description", "old");
-  first->SetInfo();
+  store(first, {{"description", "old"}});
   const ObjectPtr second = get_entry(w_, "CN=Jo," + w_.unit());
   EXPECT_EQ(second->Get("description").text(), "old");
-  first->Put("description", "new");
-  first->SetInfo();
+  store(first, {{"description", "new"}});
   EXPECT_EQ(second->Get("description").text(), "old");
 }
 
@@ -125,9 +121,7 @@ TEST_P(DirectoryContract, PathsThatLeadNowhereTellWhy) {
 TEST_P(DirectoryContract, ValuesOfSeveralKindsComeBackAsTheirSyntaxSays) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   user->PutEx(2, "otherTelephone", ValueList{"1", "2"});
-  user->Put("adminCount", 44);
-  user->Put("accountExpires", "133000000000000000");
-  user->SetInfo();
+  store(user, {{"adminCount", 44}, {"accountExpires", "133000000000000000"}});
   user->PutEx(3, "otherTelephone", ValueList{"3"});
   user->PutEx(1, "adminCount", 0);
   user->SetInfo();
@@ -255,10 +249,7 @@ TEST_P(DirectoryContract, NamesThatBreakTheSyntaxAreRefused) {
 TEST_P(DirectoryContract, WhetherAPasswordMustBeChangedIsWrittenAndReadOnEitherSide) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   const auto is_expired = [&] { return get_account(w_, "jo")->Get("PasswordExpired").integer(); };
-  const auto write = [&](int last_set) {
-    user->Put("pwdLastSet", last_set);
-    user->SetInfo();
-  };
+  const auto write = [&](int last_set) { store(user, {{"pwdLastSet", last_set}}); };
   user->SetPassword("Correct-Horse-7");
   EXPECT_EQ(is_expired(), 0);
   write(-1);
@@ -268,9 +259,7 @@ TEST_P(DirectoryContract, WhetherAPasswordMustBeChangedIsWrittenAndReadOnEitherS
   write(-1);
   EXPECT_EQ(is_expired(), 0) << "also without a new password";
   write(0);
-  const ObjectPtr account = get_account(w_, "jo");
-  account->Put("PasswordExpired", 0);
-  account->SetInfo();
+  store(get_account(w_, "jo"), {{"PasswordExpired", 0}});
   EXPECT_NE(get_entry(w_, "CN=Jo," + w_.unit())->Get("pwdLastSet").text(), "0");
 }
 
@@ -417,19 +406,11 @@ TEST_P(DirectoryContract, SchemaTellsSyntaxAndWhetherSeveralValuesFit) {
 TEST_P(DirectoryContract, FileSharesAreMadeReadEnumeratedAndDeleted) {
   const std::string path = "WinNT://" + w_.file_server() + "/lanmanserver";
   const ObjectPtr server = get(path);
-  const ObjectPtr share = server->Create("fileshare", "Homes$");
-  share->Put("Path", "D:\\Users");
-  share->Put("Description", "Home directories");
-  share->Put("MaxUserCount", -1);
-  share->SetInfo();
+  store(server->Create("fileshare", "Homes$"),
+        {{"Path", "D:\\Users"}, {"Description", "Home directories"}, {"MaxUserCount", -1}});
   EXPECT_EQ(get(path + "/homes$")->Get("Path").text(), w_.told_path("D:\\Users"));
   EXPECT_THAT(names_of(children_of(server, {"FileShare"})), testing::IsSupersetOf({"Homes$", "D$"}));
-  EXPECT_NE(number_of([&] {
-              const ObjectPtr twice = server->Create("fileshare", "HOMES$");
-              twice->Put("Path", "D:\\Users");
-              twice->SetInfo();
-            }),
-            0U);
+  EXPECT_NE(number_of([&] { store(server->Create("fileshare", "HOMES$"), {{"Path", "D:\\Users"}}); }), 0U);
   server->Delete("fileshare", "Homes$");
   EXPECT_NE(number_of([&] { get(path + "/Homes$"); }), 0U);
 }

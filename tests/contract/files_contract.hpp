@@ -35,9 +35,7 @@ TEST_P(FilesContract, EveryPartOfAPathFoldsCase) {
 TEST_P(FilesContract, ShareStandsForItsFolder) {
   const platform::ObjectPtr server =
       world_->directory().GetObject("WinNT://" + world_->file_server() + "/lanmanserver");
-  const platform::ObjectPtr share = server->Create("fileshare", "Common");
-  share->Put("Path", "D:\\Users");
-  share->SetInfo();
+  store(server->Create("fileshare", "Common"), {{"Path", "D:\\Users"}});
   files_.make_directory("\\\\" + world_->file_server() + "\\common\\jo");
   EXPECT_TRUE(files_.is_directory(drive() + "\\Users\\jo"));
 }
@@ -111,11 +109,10 @@ TEST_P(FilesContract, OnlyAnEmptyDirectoryIsTakenAway) {
 TEST_P(FilesContract, DirectoryThatAShareHoldsIsNeitherRenamedNorTakenAway) {
   const std::string home = drive() + "\\Users\\jo";
   files_.make_directory(home);
-  const platform::ObjectPtr share = world_->directory()
-                                        .GetObject("WinNT://" + world_->file_server() + "/lanmanserver")
-                                        ->Create("fileshare", "jo$");
-  share->Put("Path", "D:\\Users\\jo");
-  share->SetInfo();
+  store(world_->directory()
+            .GetObject("WinNT://" + world_->file_server() + "/lanmanserver")
+            ->Create("fileshare", "jo$"),
+        {{"Path", "D:\\Users\\jo"}});
   if (!world_->server_guards_shared_folders())
     return;
   EXPECT_EQ(number_of([&] { files_.remove_directory(home); }), base::error::kPathFileAccess);

@@ -7,23 +7,13 @@ namespace twk::contract {
 
 class NetworkContract : public Contract {
  protected:
-  platform::ShareInfo502 share(std::string name, std::string path = "D:\\Users") const {
-    platform::ShareInfo502 info;
-    info.shi502_netname = std::move(name);
-    info.shi502_path = std::move(path);
-    info.shi502_remark = "Users Home Share";
-    return info;
-  }
-
   platform::Network& network_ = world_->network();
 };
 
 TEST_P(NetworkContract, ShareIsMadeReadListedAndTakenAway) {
-  platform::SecurityDescriptor descriptor;
-  platform::Acl list(100);
-  list.add(0, {platform::ace_type::kAllow, 0, 0xA0000000, platform::well_known::everyone()});
-  descriptor.set_dacl(list);
-  platform::ShareInfo502 wanted = share("Homes$");
+  const platform::SecurityDescriptor descriptor =
+      test::with_list({{platform::ace_type::kAllow, 0, 0xA0000000, platform::well_known::everyone()}});
+  platform::ShareInfo502 wanted = share_of("Homes$");
   wanted.shi502_security_descriptor = descriptor;
   network_.NetShareAdd("\\\\" + world_->file_server(), wanted);
 
@@ -50,12 +40,13 @@ TEST_P(NetworkContract, ShareIsMadeReadListedAndTakenAway) {
 TEST_P(NetworkContract, WhatCannotBeSharedIsRefusedByNumber) {
   namespace network_error = platform::network_error;
   const std::string server = world_->file_server();
-  network_.NetShareAdd(server, share("Homes"));
-  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("HOMES")); }), network_error::kDuplicateShare);
-  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("New", "D:\\None")); }),
+  network_.NetShareAdd(server, share_of("Homes"));
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share_of("HOMES")); }),
+            network_error::kDuplicateShare);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share_of("New", "D:\\None")); }),
             network_error::kUnknownDirectory);
-  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share("a/b")); }), network_error::kInvalidName);
-  EXPECT_EQ(number_of([&] { network_.NetShareAdd("NOWHERE", share("New")); }), network_error::kBadNetPath);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd(server, share_of("a/b")); }), network_error::kInvalidName);
+  EXPECT_EQ(number_of([&] { network_.NetShareAdd("NOWHERE", share_of("New")); }), network_error::kBadNetPath);
   EXPECT_EQ(number_of([&] { network_.NetShareEnum("NOWHERE"); }), network_error::kBadNetPath);
   EXPECT_EQ(number_of([&] { network_.NetShareDel(server, "None"); }), network_error::kShareNotFound);
 }
@@ -86,7 +77,5 @@ TEST_P(NetworkContract, TerminalSettingsAreKeptOneByOne) {
   EXPECT_EQ(number_of([&] { network_.WTSQueryUserConfig("\\\\NOWHERE", "jo", kInitialProgram); }),
             platform::network_error::kBadNetPath);
 }
-
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(NetworkContract);
 
 }  // namespace twk::contract

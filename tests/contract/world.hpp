@@ -12,7 +12,9 @@
 #include "platform/network.hpp"
 #include "platform/query.hpp"
 #include "platform/security.hpp"
+#include "support/access_list.hpp"
 #include "support/number_of.hpp"
+#include "support/store.hpp"
 
 /// The contract suites run against any implementation of the seam: each asks a `World` for a domain.
 namespace twk::contract {
@@ -27,9 +29,9 @@ class World {
   virtual platform::Files& files() = 0;
   virtual platform::Security& security() = 0;
   virtual platform::Network& network() = 0;
-  [[nodiscard]] virtual std::string domain() const = 0;       ///< "twk.test"
-  [[nodiscard]] virtual std::string netbios() const = 0;      ///< "TWK"
-  [[nodiscard]] virtual std::string root() const = 0;         ///< "DC=twk,DC=test"
+  [[nodiscard]] static std::string domain() { return "twk.test"; }
+  [[nodiscard]] static std::string netbios() { return "TWK"; }
+  [[nodiscard]] static std::string root() { return "DC=twk,DC=test"; }
   [[nodiscard]] virtual std::string unit() const = 0;         ///< DN of the empty unit
   [[nodiscard]] virtual std::string file_server() const = 0;  ///< "FS1"
   /// True if a server prevents a shared folder from being renamed and removed.
@@ -50,6 +52,7 @@ class Contract : public testing::TestWithParam<MakeWorld> {
 };
 
 using test::number_of;
+using test::store;
 
 inline platform::ObjectPtr get_entry(World& world, const std::string& dn) {
   return world.directory().GetObject("LDAP://" + world.domain() + "/" + dn);
@@ -61,19 +64,13 @@ inline platform::ObjectPtr get_account(World& world, const std::string& name) {
 
 /// A stored user "CN=<cn>" of the unit.
 inline platform::ObjectPtr make_user(World& world, const std::string& cn, const std::string& account) {
-  platform::ObjectPtr user = get_entry(world, world.unit())->Create("user", "cn=" + cn);
-  user->Put("samAccountName", account);
-  user->SetInfo();
-  return user;
+  return store(get_entry(world, world.unit())->Create("user", "cn=" + cn), {{"samAccountName", account}});
 }
 
 /// A stored global security group "CN=<name>" of the unit.
 inline platform::ObjectPtr make_group(World& world, const std::string& name) {
-  platform::ObjectPtr group = get_entry(world, world.unit())->Create("group", "cn=" + name);
-  group->Put("samAccountName", name);
-  group->Put("groupType", static_cast<std::int32_t>(0x80000002U));
-  group->SetInfo();
-  return group;
+  return store(get_entry(world, world.unit())->Create("group", "cn=" + name),
+               {{"samAccountName", name}, {"groupType", static_cast<std::int32_t>(0x80000002U)}});
 }
 
 inline std::vector<std::string> names_of(const std::vector<platform::ObjectPtr>& objects) {
@@ -81,6 +78,14 @@ inline std::vector<std::string> names_of(const std::vector<platform::ObjectPtr>&
   for (const platform::ObjectPtr& object : objects)
     names.push_back(object->Name());
   return names;
+}
+
+inline platform::ShareInfo502 share_of(std::string name, std::string path = "D:\\Users") {
+  platform::ShareInfo502 info;
+  info.shi502_netname = std::move(name);
+  info.shi502_path = std::move(path);
+  info.shi502_remark = "Users Home Share";
+  return info;
 }
 
 /// What a container holds of these classes; of all classes when none is named.

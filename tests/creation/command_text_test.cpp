@@ -33,8 +33,7 @@ TEST(CommandText, QuotesHoldWordsTogether) {
 }
 
 TEST(CommandText, AValueNeverMakesOrEndsAWord) {
-  test::LabSession world;
-  world.start();
+  test::StartedLab world;
   const controls::ListView& variables = world.session.variables.ListView1;
   const_cast<controls::ListView&>(variables).add({}, "Home Town", {}, {"x\" y"});
   const std::string values[] = {"Ann\" --role admin --x \"",

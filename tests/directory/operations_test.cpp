@@ -2,6 +2,7 @@
 
 #include "platform/adsi.hpp"
 #include "support/lab_session.hpp"
+#include "support/store.hpp"
 #include "support/world.hpp"
 #include "windows/state/form1.hpp"
 
@@ -10,18 +11,6 @@ namespace {
 
 using lab::DomainKind;
 using test::LabSession;
-
-void add_user(LabSession& world, const std::string& name) {
-  const platform::ObjectPtr user =
-      world.is_nt() ? world.services.directory.GetObject("WinNT://TWK")->Create("user", name)
-                    : world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")
-                          ->Create("user", "CN=" + name);
-  if (!world.is_nt()) {
-    user->Put("samAccountName", name);
-    user->Put("userPrincipalName", name + "@twk.test");
-  }
-  user->SetInfo();
-}
 
 using Unreachable = test::TestWorld;
 
@@ -52,7 +41,8 @@ TEST(DomainList, HoldsTheDomainsOfTheNetworkAndOfTheForest) {
 
 TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestHasThem) {
   LabSession world;
-  add_user(world, "jo");
+  const platform::ObjectPtr user = world.make_user("jo");
+  test::store(user, {{"userPrincipalName", "jo@twk.test"}});
   EXPECT_TRUE(Is_Name_Used_In_Forest(world.session, "JO@twk.test"));
   EXPECT_FALSE(Is_Name_Used_In_Forest(world.session, "*"));
   EXPECT_FALSE(Is_Name_Used_In_Forest(world.session, "jo@twk.test)(cn=*"));
@@ -63,9 +53,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, PasswordReset, testing::Values(DomainKind::kNati
                          test::kind_name);
 
 TEST_P(PasswordReset, SetsThePasswordAndAsksForAnotherAtTheNextLogon) {
-  LabSession world(GetParam());
-  world.start();
-  add_user(world, "jo");
+  test::StartedLab world(GetParam());
+  world.make_user("jo");
   const auto reset = [&](std::string_view password) {
     return world.is_nt() ? Reset_NT_Password(world.session, password, "jo")
                          : Reset_AD_Password(world.session, password, world.path_of("jo").substr(7));
@@ -81,14 +70,12 @@ TEST_P(PasswordReset, SetsThePasswordAndAsksForAnotherAtTheNextLogon) {
 }
 
 TEST(GroupIdentifier, IsTheLastPartOfItsSid) {
-  LabSession world;
-  world.start();
+  test::StartedLab world;
   const std::string key = world.session.form1.ListView5.find_text("Domain Users").front()->key;
   EXPECT_EQ(Group_RID(world.session, key), 513);
   EXPECT_EQ(Group_RID_by_name(world.session, "Domain Users"), 513);
   EXPECT_THROW(Group_RID_by_name(world.session, "nobody"), base::RuntimeError);
-  LabSession winnt(DomainKind::kNt);
-  winnt.start();
+  test::StartedLab winnt(DomainKind::kNt);
   EXPECT_EQ(Group_RID(winnt.session, "Domain Users"), 513);
 }
 

@@ -4,13 +4,15 @@
 
 #include "base/errors.hpp"
 #include "fuzz/rpc_answers.hpp"
-#include "live/rpc/account_service.hpp"
 #include "live/rpc/logon_service.hpp"
 #include "live/rpc/server_service.hpp"
 
 namespace {
 
 using namespace twk::live;
+using twk::test::kGroup;
+using twk::test::kLocal;
+using twk::test::kUser;
 using twk::test::RpcAnswers;
 
 constexpr std::uint8_t kOpened =
@@ -34,28 +36,25 @@ void run(const std::function<void()>& call) {
 
 void call_accounts(RpcAnswers answers, std::uint8_t which) {
   AccountService service(twk::test::pipe_of(answers, RpcInterface::kAccounts));
-  const SamAccount user{.name = "u", .kind = SamAccount::Kind::kUser, .builtin = false, .rid = 1001};
-  const SamAccount group{.name = "g", .kind = SamAccount::Kind::kGlobalGroup, .builtin = false, .rid = 513};
-  const SamAccount local{.name = "l", .kind = SamAccount::Kind::kLocalGroup, .builtin = true, .rid = 544};
   const std::function<void()> calls[] = {
-      [&] { service.sid_of(user); },
+      [&] { service.sid_of(kUser); },
       [&] { service.find("Jo"); },
       [&] {
         service.find(twk::platform::Sid(5, {21, 7, 1001}));
       },
       [&] { service.enumerate(true, true, [](const SamAccount&) { return true; }); },
-      [&] { service.read_user(user.rid); },
-      [&] { service.cannot_change_password(user.rid); },
-      [&] { service.set_cannot_change_password(user.rid, true); },
+      [&] { service.read_user(kUser.rid); },
+      [&] { service.cannot_change_password(kUser.rid); },
+      [&] { service.set_cannot_change_password(kUser.rid, true); },
       [&] { service.create("Jo", SamAccount::Kind::kUser); },
-      [&] { service.remove(group); },
-      [&] { service.group_description(group); },
-      [&] { service.group_description(local); },
-      [&] { service.members(group); },
-      [&] { service.members(local); },
-      [&] { service.groups_of(user); },
-      [&] { service.identifiers_of(user); },
-      [&] { service.add_member(local, user); }};
+      [&] { service.remove(kGroup); },
+      [&] { service.group_description(kGroup); },
+      [&] { service.group_description(kLocal); },
+      [&] { service.members(kGroup); },
+      [&] { service.members(kLocal); },
+      [&] { service.groups_of(kUser); },
+      [&] { service.identifiers_of(kUser); },
+      [&] { service.add_member(kLocal, kUser); }};
   run(calls[which % std::size(calls)]);
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/bytes.hpp"
+#include "live/rpc/account_service.hpp"
 #include "live/rpc/rpc_pipe.hpp"
 #include "live/rpc/samba_headers.hpp"
 #include "platform/little_endian.hpp"
@@ -103,6 +104,13 @@ inline base::Bytes words(std::initializer_list<std::uint32_t> numbers) {
     platform::append_u32(bytes, number);
   return bytes;
 }
+
+inline const live::SamAccount kUser{
+    .name = "u", .kind = live::SamAccount::Kind::kUser, .builtin = false, .rid = 1001};
+inline const live::SamAccount kGroup{
+    .name = "g", .kind = live::SamAccount::Kind::kGlobalGroup, .builtin = false, .rid = 513};
+inline const live::SamAccount kLocal{
+    .name = "l", .kind = live::SamAccount::Kind::kLocalGroup, .builtin = true, .rid = 544};
 
 /// What an account service answers while its session is opened: its domain TW (S-1-5-21-7) and Builtin.
 inline RpcAnswers open_session() {

@@ -60,8 +60,7 @@ TEST_F(LabRules, PolicyDecidesWhichPasswordsPass) {
 
 TEST_F(LabRules, LogonKnowsTheUserByEveryName) {
   const auto user = make_user(w_, "Jo", "jsmith");
-  user->Put("userPrincipalName", "jo@twk.test");
-  user->SetInfo();
+  test::store(user, {{"userPrincipalName", "jo@twk.test"}});
   user->SetPassword("Correct-Horse-7");
   for (const char* const name :
        {"jsmith", "TWK\\jsmith", "twk.test\\JSMITH", "jo@twk.test", "CN=Jo,OU=Tests,DC=twk,DC=test"}) {
@@ -97,8 +96,7 @@ TEST_F(LabRules, AnAccountEndsAndIsMadeInUtcWhateverTheZone) {
       EXPECT_LT(std::abs(at - utc_now()), kMinute) << zone << " " << made;
     }
     for (const int minutes : {-5, 5}) {
-      user->Put("accountExpires", base::to_text(utc_now() + minutes * kMinute));
-      user->SetInfo();
+      test::store(user, {{"accountExpires", base::to_text(utc_now() + minutes * kMinute)}});
       EXPECT_EQ(log_on(name, "Correct-Horse-7") == 0, minutes > 0) << zone << " " << minutes;
     }
   }
@@ -154,10 +152,9 @@ TEST_F(LabRules, RelativeIdsAreNeverReused) {
   make_user(w_, "later", "later");
   remember("later");
   test::OtherProgram other(w_);
-  const auto user =
-      other.platform().directory.GetObject("LDAP://OU=Tests,DC=twk,DC=test")->Create("user", "cn=theirs");
-  user->Put("samAccountName", "theirs");
-  user->SetInfo();
+  const auto user = test::store(
+      other.platform().directory.GetObject("LDAP://OU=Tests,DC=twk,DC=test")->Create("user", "cn=theirs"),
+      {{"samAccountName", "theirs"}});
   remember("theirs");
 }
 
@@ -175,8 +172,7 @@ TEST_F(LabRules, CannotChangePasswordOutlivesFlagsWrittenThroughLdap) {
   User user(make_user(w_, "Jo", "jsmith"));
   user.put_AccountDisabled(true);
   const auto account = get_account(w_, "jsmith");
-  account->Put("UserFlags", account->Get("UserFlags").integer() | 64);
-  account->SetInfo();
+  test::store(account, {{"UserFlags", account->Get("UserFlags").integer() | 64}});
   user.SetInfo();
   EXPECT_EQ(get_account(w_, "jsmith")->Get("UserFlags").integer() & 66, 66);
 }
@@ -197,8 +193,7 @@ TEST_F(LabRules, PrimaryGroupOfAUserIsNotDeleted) {
   const auto user = make_user(w_, "Jo", "jsmith");
   const auto group = make_group(w_, "Readers");
   group->Add(user->ADsPath());
-  user->Put("primaryGroupID", group->Get("primaryGroupToken"));
-  user->SetInfo();
+  test::store(user, {{"primaryGroupID", group->Get("primaryGroupToken")}});
   const auto unit = get_entry(w_, w_.unit());
   EXPECT_EQ(number_of([&] { unit->Delete("group", "CN=Readers"); }), ads_error::kUnwilling);
   EXPECT_EQ(number_of([&] { group->Add(user->ADsPath()); }), ads_error::kObjectExists);

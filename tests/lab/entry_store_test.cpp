@@ -1,15 +1,12 @@
 #include "lab/store/entry_store.hpp"
 
-#include <sys/resource.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 
 #include "base/text.hpp"
 #include "platform/directory.hpp"
 #include "support/number_of.hpp"
+#include "support/other_process.hpp"
 #include "support/temporary_directory.hpp"
 #include "windows/state/editor_windows.hpp"
 
@@ -18,8 +15,10 @@ namespace {
 
 namespace fs = std::filesystem;
 namespace ads_error = platform::ads_error;
+using test::complaint_of;
 using test::get_file;
 using test::number_of;
+using test::OtherProcess;
 using test::put_file;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -32,23 +31,6 @@ constexpr const char* kWorld =
     "dn: OU=West,DC=twk,DC=test\nobjectClass: organizationalUnit\nou: West\n\n"
     "dn: CN=Ann,OU=West,DC=twk,DC=test\nobjectClass: top\nobjectClass: user\ncn: Ann\nname: Ann\n"
     "sAMAccountName: ann\nuserPrincipalName: ann@twk.test\nobjectSid:: AQID\nprimaryGroupID: 513\n\n";
-
-/// Permissions do not bind root, so a test run by root becomes another user for a scope.
-class OrdinaryUser {
- public:
-  OrdinaryUser() {
-    if (was_root_ && seteuid(kNobody) != 0)
-      ADD_FAILURE() << "cannot become another user";
-  }
-  ~OrdinaryUser() {
-    if (was_root_ && seteuid(0) != 0)
-      ADD_FAILURE() << "cannot become root again";
-  }
-
- private:
-  static constexpr uid_t kNobody = 65534;
-  bool was_root_ = geteuid() == 0;
-};
 
 class EntryStoreTest : public testing::Test {
  protected:
@@ -131,18 +113,14 @@ TEST_F(EntryStoreTest, WhatBreaksTheStructureIsRefusedWithItsNumber) {
                           const std::string& value) {
     return number_of([&] { store->modify(dn, {{kind, name, {value}}}, nullptr); });
   };
-  EXPECT_EQ(number_of([&] { store->add("CN=x,OU=None," + domain_, {}, nullptr); }), ads_error::kNoSuchObject);
-  EXPECT_EQ(number_of([&] { store->add("cn=ANN, ou=west," + domain_, {}, nullptr); }),
-            ads_error::kObjectExists);
-  EXPECT_EQ(number_of([&] { store->add("Ann", {}, nullptr); }), ads_error::kInvalidDn);
-  EXPECT_EQ(number_of([&] {
-              store->add("CN=x," + west_, {{"a:b", {"c"}}}, nullptr);
-            }),
-            ads_error::kNoSuchAttribute);
-  EXPECT_EQ(number_of([&] {
-              store->add("CN=x," + west_, {{"member", {"CN=No," + west_}}}, nullptr);
-            }),
-            ads_error::kNoSuchObject);
+  const auto add = [&](const std::string& dn, const std::vector<LdifAttribute>& attributes = {}) {
+    return number_of([&] { store->add(dn, attributes, nullptr); });
+  };
+  EXPECT_EQ(add("CN=x,OU=None," + domain_), ads_error::kNoSuchObject);
+  EXPECT_EQ(add("cn=ANN, ou=west," + domain_), ads_error::kObjectExists);
+  EXPECT_EQ(add("Ann"), ads_error::kInvalidDn);
+  EXPECT_EQ(add("CN=x," + west_, {{"a:b", {"c"}}}), ads_error::kNoSuchAttribute);
+  EXPECT_EQ(add("CN=x," + west_, {{"member", {"CN=No," + west_}}}), ads_error::kNoSuchObject);
   EXPECT_EQ(number_of([&] { store->remove(west_, nullptr); }), ads_error::kNotOnNonLeaf);
   EXPECT_EQ(number_of([&] { store->remove("CN=No," + west_, nullptr); }), ads_error::kNoSuchObject);
   EXPECT_EQ(number_of([&] { store->rename(ann_, "CN=Staff", domain_, nullptr); }), ads_error::kObjectExists);
@@ -313,12 +291,7 @@ TEST_F(EntryStoreTest, DamageInTheMidstOfTheJournalIsAnErrorWithItsLine) {
   std::string text = get_file(journal());
   text[text.find("bob")] = 'B';
   put_file(journal(), text);
-  try {
-    (void)open();
-    FAIL() << "no error";
-  } catch (const base::RuntimeError& failure) {
-    EXPECT_THAT(failure.description(), HasSubstr("domain.journal.ldif: Line 3:"));
-  }
+  EXPECT_THAT(complaint_of([&] { (void)open(); }), HasSubstr("domain.journal.ldif: Line 3:"));
   EXPECT_EQ(get_file(journal()), text);
 }
 
@@ -329,9 +302,7 @@ TEST_F(EntryStoreTest, FaultsInAFileNameItAndTheLine) {
       {"dn: nothing\n", "domain.ldif: Line 1: Not a distinguished name"}};
   for (const auto& [text, message] : cases) {
     put_file(folder_ / "domain.ldif", text);
-    base::Trap trap;
-    trap([&] { (void)open(); });
-    EXPECT_THAT(trap.description(), HasSubstr(message));
+    EXPECT_THAT(complaint_of([&] { (void)open(); }), HasSubstr(message));
   }
 }
 
@@ -405,18 +376,16 @@ TEST_F(EntryStoreTest, AFullDiskLeavesFileAndMemoryAsTheyWere) {
   add_user(*store, "bob", west_);
   const std::string state = exported(*store);
   const std::string before = get_file(journal());
-  rlimit old_limit{};
-  getrlimit(RLIMIT_FSIZE, &old_limit);
-  const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit tight{before.size() + 20, old_limit.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &tight);
-  base::Trap trap;
-  trap([&] { add_user(*store, "cid", west_); });
-  setrlimit(RLIMIT_FSIZE, &old_limit);
-  std::signal(SIGXFSZ, old_handler);
-  EXPECT_EQ(trap.number(), base::error::kDiskFull);
-  EXPECT_THAT(trap.description(), HasSubstr("domain.journal.ldif"));
-  EXPECT_EQ(exported(*store), state);
+  OtherProcess limited([&] {
+    test::limit_file_size(before.size() + 20);
+    base::Trap trap;
+    trap([&] { add_user(*store, "cid", west_); });
+    EXPECT_EQ(trap.number(), base::error::kDiskFull);
+    EXPECT_THAT(trap.description(), HasSubstr("domain.journal.ldif"));
+    EXPECT_EQ(exported(*store), state);
+    return HasFailure() ? 2 : 0;
+  });
+  EXPECT_EQ(limited.exit_code(), 0);
   EXPECT_EQ(get_file(journal()), before);
   add_user(*store, "cid", west_);
   EXPECT_EQ(exported(*open()), exported(*store));
@@ -432,11 +401,13 @@ TEST_F(EntryStoreTest, TheJournalIsForItsOwnerOnly) {
 TEST_F(EntryStoreTest, AReadOnlyFolderIsReadAndWritesAreRefused) {
   fs::permissions(folder_.path(), fs::perms::all & ~(fs::perms::owner_write | fs::perms::group_write |
                                                      fs::perms::others_write));
-  const OrdinaryUser user;
-  const auto store = open();
-  EXPECT_NE(store->find_account("ann"), nullptr);
-  EXPECT_EQ(number_of([&] { add_user(*store, "bob", west_); }), base::error::kPermissionDenied);
-  EXPECT_EQ(store->size(), 4U);
+  OtherProcess reader([&] {
+    test::become_ordinary_user();
+    const auto store = open();
+    const bool refused = number_of([&] { add_user(*store, "bob", west_); }) == base::error::kPermissionDenied;
+    return refused && store->find_account("ann") != nullptr && store->size() == 4U ? 0 : 2;
+  });
+  EXPECT_EQ(reader.exit_code(), 0);
 }
 
 TEST_F(EntryStoreTest, ManyMembersAndChildrenAreAddedAndRemovedQuickly) {

@@ -38,9 +38,7 @@ TEST_F(Exchange55, AMailboxIsMadeReadAndDeletedAndOthersSeeIt) {
   const ObjectPtr made = make("jsmith");
   made->Put("Cn", "Jo Smith");
   made->PutEx(2, "otherMailBox", ValueList{"a@b", "c@d"});
-  made->Put("Replication-Sensitivity", "20");
-  made->Put("MAPI-Recipient", true);
-  made->SetInfo();
+  test::store(made, {{"Replication-Sensitivity", "20"}, {"MAPI-Recipient", true}});
   test::OtherProgram other(world);
   const ObjectPtr seen = other.platform().directory.GetObject(
       "LDAP://ex55.twk.test:389/cn=jsmith,cn=recipients,ou=head office, o = tarnwick");
@@ -120,9 +118,7 @@ TEST_F(Exchange55, ValuesThatDoNotFitAreRefusedAndNothingIsWritten) {
   mailbox->Put("Shoe-Size", "44");
   EXPECT_EQ(number_of([&] { mailbox->SetInfo(); }), ads_error::kNoSuchAttribute);
   EXPECT_EQ(number_of([&] { bind(mailbox->ADsPath())->Get("info"); }), ads_error::kPropertyNotFound);
-  const ObjectPtr fine = bind(mailbox->ADsPath());
-  fine->Put("Assoc-NT-Account", bytes("010100000000000100000000"));
-  fine->SetInfo();
+  test::store(bind(mailbox->ADsPath()), {{"Assoc-NT-Account", bytes("010100000000000100000000")}});
   EXPECT_EQ(bind(mailbox->ADsPath())->Get("assoc-nt-account"), bytes("010100000000000100000000"));
 }
 
@@ -157,8 +153,7 @@ TEST_F(Exchange55, CredentialsAreThoseOfTheDomain) {
 TEST_F(Exchange55, AServerIsFoundAtItsOwnPortOnly) {
   const auto port = [&](const std::string& text) {
     const auto root = bind("LDAP://EX55/O=Tarnwick");
-    root->Put("ldapPort", text);
-    root->SetInfo();
+    test::store(root, {{"ldapPort", text}});
   };
   port("390");
   EXPECT_EQ(bind("LDAP://ex55:390/" + kSite)->Class(), "organizationalUnit");

@@ -110,9 +110,9 @@ TEST(ImportedLab, DomainFromAnExportGetsItsConfigurationAndContinuesWithItsIds) 
                 ->Get("dnsRoot")
                 .text(),
             "corp.example");
-  const auto user = directory.GetObject("LDAP://CN=Users,DC=corp,DC=example")->Create("user", "cn=New");
-  user->Put("samAccountName", "new");
-  user->SetInfo();
+  const auto user =
+      test::store(directory.GetObject("LDAP://CN=Users,DC=corp,DC=example")->Create("user", "cn=New"),
+                  {{"samAccountName", "new"}});
   const base::Bytes sid = user->Get("objectSid").bytes();
   EXPECT_EQ(sid[24] | sid[25] << 8, 1235);
 }

@@ -20,20 +20,13 @@ class LabSecurityTest : public testing::Test {
     w_.reopen();
   }
   void write_list(const std::string& path, const platform::Ace& ace) {
-    platform::SecurityDescriptor descriptor;
-    platform::Acl list(200);
-    list.add(0, ace);
-    descriptor.set_dacl(list);
-    w_.security().SetFileSecurity(path, information::kDacl, descriptor);
+    w_.security().SetFileSecurity(path, information::kDacl, test::with_list({ace}));
   }
   platform::SecurityDescriptor descriptor_of(const std::string& path) {
     return w_.security().GetFileSecurity(path, information::kOwner | information::kDacl, 4000);
   }
   void share(const std::string& name, const std::string& path) {
-    platform::ShareInfo502 info;
-    info.shi502_netname = name;
-    info.shi502_path = path;
-    w_.network().NetShareAdd("FS1", info);
+    w_.network().NetShareAdd("FS1", contract::share_of(name, path));
   }
 
   test::LabWorld w_;
@@ -86,10 +79,9 @@ TEST_F(LabSecurityTest, OrdinaryLogonMayDoWhatTheListsSay) {
 
 TEST_F(LabSecurityTest, LogonWithoutAnAccountIsReportedWhenFirstNeeded) {
   w_.configure("logon = nobody\n");
-  base::Trap trap;
-  trap([&] { w_.files().list(kUsers); });
-  EXPECT_EQ(trap.number(), security_error::kNoneMapped);
-  EXPECT_NE(trap.description().find("lab.conf: \"logon\""), std::string::npos) << trap.description();
+  const auto list = [&] { w_.files().list(kUsers); };
+  EXPECT_EQ(number_of(list), security_error::kNoneMapped);
+  EXPECT_THAT(test::complaint_of(list), testing::HasSubstr("lab.conf: \"logon\""));
 }
 
 TEST_F(LabSecurityTest, LockedFileIsNeitherWrittenNorRemovedNorSecured) {
@@ -134,14 +126,9 @@ TEST_F(LabSecurityTest, DescriptorsAreSeenByOtherProgramsAndTheNextRun) {
 }
 
 TEST_F(LabSecurityTest, ListOfAShareHoldsForWhatGoesThroughIt) {
-  platform::ShareInfo502 info;
-  info.shi502_netname = "Readable";
-  info.shi502_path = "D:\\Users";
-  platform::SecurityDescriptor descriptor;
-  platform::Acl list(100);
-  list.add(0, {platform::ace_type::kAllow, 0, 0xA0000000, platform::well_known::everyone()});
-  descriptor.set_dacl(list);
-  info.shi502_security_descriptor = descriptor;
+  platform::ShareInfo502 info = contract::share_of("Readable");
+  info.shi502_security_descriptor =
+      test::with_list({{platform::ace_type::kAllow, 0, 0xA0000000, platform::well_known::everyone()}});
   w_.network().NetShareAdd("FS1", info);
   EXPECT_EQ(number_of([&] { w_.files().make_directory("\\\\FS1\\Readable\\jo"); }),
             base::error::kPermissionDenied);

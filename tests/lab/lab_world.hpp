@@ -37,9 +37,6 @@ class LabWorld final : public contract::World {
   platform::Files& files() override { return platform().files; }
   platform::Security& security() override { return platform().security; }
   platform::Network& network() override { return platform().network; }
-  [[nodiscard]] std::string domain() const override { return "twk.test"; }
-  [[nodiscard]] std::string netbios() const override { return "TWK"; }
-  [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
   [[nodiscard]] std::string unit() const override { return "OU=Tests,DC=twk,DC=test"; }
   [[nodiscard]] std::string file_server() const override { return "FS1"; }
 

@@ -58,8 +58,7 @@ TEST_P(TerminalSettings, WhatIsRefusedLeavesNoSettings) {
 TEST_P(TerminalSettings, AnAttributeOfAnotherProgramIsNotOverwritten) {
   const auto user = contract::get_account(w_, "jo");
   const std::string theirs(60, '#');
-  user->Put("Parameters", theirs);
-  user->SetInfo();
+  test::store(user, {{"Parameters", theirs}});
   EXPECT_EQ(number_of([&] { network().WTSSetUserConfig("", "jo", kInitialProgram, "x"); }), 13U);
   EXPECT_EQ(contract::get_account(w_, "jo")->Get("Parameters").text(), theirs);
 }

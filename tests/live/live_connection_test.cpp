@@ -24,17 +24,10 @@ using live::StepOutcome;
 using testing::HasSubstr;
 namespace ads_error = platform::ads_error;
 
-std::string ca_file() {
-  return variable("TWK_LIVE_STATE") + "/domain/private/tls/ca.pem";
-}
-
 LiveSettings by_password(LiveSettings::Tls tls) {
-  LiveSettings settings = live_settings();
-  settings.logon = LiveSettings::Logon::kPassword;
+  LiveSettings settings = password_settings();
   settings.tls = tls;
-  settings.user = variable("TWK_LIVE_ADMIN");
-  settings.password = variable("TWK_LIVE_PASSWORD");
-  settings.ca_file = ca_file();
+  settings.ca_file = variable("TWK_LIVE_STATE") + "/domain/private/tls/ca.pem";
   return settings;
 }
 
@@ -200,8 +193,7 @@ class Reader : public testing::Test {
  protected:
   Reader() {
     user_ = contract::get_entry(world_, world_.unit())->Create("user", "cn=Reader");
-    user_->Put("samAccountName", std::string("reader"));
-    user_->SetInfo();
+    store(user_, {{"samAccountName", "reader"}});
     user_->SetPassword("Read-0nly-pls");
     settings_.user = "reader";
     settings_.password = "Read-0nly-pls";
@@ -219,18 +211,13 @@ TEST_F(Reader, IsWarnedOfTooFewRightsAndRefusedWhatItMayNotDo) {
   live::LiveDirectory directory(domain);
   const auto unit = directory.GetObject("LDAP://twk.test/" + world_.unit());
   base::Trap trap;
-  trap([&] {
-    const auto user = unit->Create("user", "cn=Another");
-    user->Put("samAccountName", std::string("another"));
-    user->SetInfo();
-  });
+  trap([&] { store(unit->Create("user", "cn=Another"), {{"samAccountName", "another"}}); });
   EXPECT_EQ(trap.number(), ads_error::kAccessDenied);
   EXPECT_THAT(trap.description(), HasSubstr("too few rights"));
 }
 
 TEST_F(Reader, IsToldThatItsAccountIsDisabled) {
-  user_->Put("userAccountControl", 514);
-  user_->SetInfo();
+  store(user_, {{"userAccountControl", 514}});
   EXPECT_THAT(step_of(settings_, "bind").detail, HasSubstr("disabled"));
   settings_.logon = LiveSettings::Logon::kTicket;
   EXPECT_THAT(step_of(settings_, "ticket").detail, HasSubstr("disabled"));

@@ -25,17 +25,16 @@ class ForeignDirectory : public testing::Test {
   ObjectPtr make_mailbox(const std::string& account) {
     base::Trap absent;
     absent([&] { bind(kContainer)->Delete("OrganizationalPerson", "CN=" + account); });
-    const ObjectPtr mailbox = bind(kContainer)->Create("OrganizationalPerson", "CN=" + account);
-    mailbox->Put("MailPreferenceOption", 0);
-    mailbox->SetInfo();
-    mailbox->Put("Assoc-NT-Account", base::Bytes{1, 0, 255});
-    mailbox->Put("Home-MDB",
-                 "cn=Microsoft Private MDB,cn=EX55,cn=Servers,cn=Configuration,ou=Head Office,o=Tarnwick");
-    mailbox->Put("uid", account);
-    mailbox->Put("Sn", "Smith");
-    mailbox->Put("Cn", "Jo Smith");
-    mailbox->Put("MAPI-Recipient", true);
-    mailbox->SetInfo();
+    const ObjectPtr mailbox = test::store(bind(kContainer)->Create("OrganizationalPerson", "CN=" + account),
+                                          {{"MailPreferenceOption", 0}});
+    test::store(mailbox,
+                {{"Assoc-NT-Account", base::Bytes{1, 0, 255}},
+                 {"Home-MDB",
+                  "cn=Microsoft Private MDB,cn=EX55,cn=Servers,cn=Configuration,ou=Head Office,o=Tarnwick"},
+                 {"uid", account},
+                 {"Sn", "Smith"},
+                 {"Cn", "Jo Smith"},
+                 {"MAPI-Recipient", true}});
     return mailbox;
   }
 
@@ -45,8 +44,7 @@ class ForeignDirectory : public testing::Test {
 TEST_F(ForeignDirectory, MailboxIsMadeFilledListedAndDeleted) {
   const ObjectPtr mailbox = make_mailbox("jsmith");
   mailbox->PutEx(2, "otherMailBox", platform::ValueList{"jo@a.test", "js@a.test"});
-  mailbox->Put("Mail", "Jo.Smith@a.test");
-  mailbox->SetInfo();
+  test::store(mailbox, {{"Mail", "Jo.Smith@a.test"}});
   const ObjectPtr read = bind("CN=jsmith," + kContainer);
   EXPECT_EQ(read->Class(), "OrganizationalPerson");
   EXPECT_EQ(read->Get("MAPI-Recipient").integer(), -1);

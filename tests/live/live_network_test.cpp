@@ -1,14 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "contract/network_contract.hpp"
 #include "live/live_world.hpp"
-
-namespace twk::contract {
-
-// The server stores access lists of shares only for its superuser.
-INSTANTIATE_TEST_SUITE_P(Live, NetworkContract, testing::Values(&test::make_superuser_world));
-
-}  // namespace twk::contract
 
 namespace twk::live {
 namespace {
@@ -23,11 +15,8 @@ class LiveNetworkTest : public testing::Test {
 };
 
 TEST_F(LiveNetworkTest, ShareWhoseListTheServerDoesNotStoreIsRemovedAgain) {
-  platform::ShareInfo502 share;
-  share.shi502_netname = "NoList";
-  share.shi502_path = "D:\\Users";
-  share.shi502_security_descriptor = platform::SecurityDescriptor{};
-  share.shi502_security_descriptor->set_dacl(platform::Acl(100));
+  platform::ShareInfo502 share = contract::share_of("NoList");
+  share.shi502_security_descriptor = test::with_list({});
   EXPECT_EQ(number_of([&] { network_.NetShareAdd(w_.file_server(), share); }),
             platform::security_error::kAccessDenied);
   EXPECT_EQ(number_of([&] { network_.NetShareGetInfo(w_.file_server(), "NoList"); }),
@@ -63,9 +52,7 @@ TEST_F(LiveNetworkTest, ServerThatDoesNotAnswerIsAbandoned) {
 }
 
 TEST_F(LiveNetworkTest, WrongPasswordIsReported) {
-  LiveSettings settings = test::live_settings();
-  settings.logon = LiveSettings::Logon::kPassword;
-  settings.user = test::variable("TWK_LIVE_ADMIN");
+  LiveSettings settings = test::password_settings();
   settings.password = "wrong";
   LiveDomain domain(settings);
   LiveNetwork network(domain);
@@ -80,9 +67,8 @@ TEST_F(LiveNetworkTest, WrongPasswordIsReported) {
 }
 
 TEST_F(LiveNetworkTest, RefusedPasswordIsNotSentAgain) {
-  LiveSettings settings = test::live_settings();
-  settings.logon = LiveSettings::Logon::kPassword;
-  settings.user = test::variable("TWK_LIVE_ADMIN");
+  LiveSettings settings = test::password_settings();
+  settings.password.clear();
   int asked = 0;
   LiveDomain domain(settings, {.password =
                                    [&](const std::string&) {

@@ -12,9 +12,7 @@ class LiveSharesTest : public testing::Test {
  protected:
   platform::ObjectPtr server() { return w_.directory().GetObject(path_); }
   void make(const std::string& name) {
-    const auto share = server()->Create("fileshare", name);
-    share->Put("Path", "D:\\Users");
-    share->SetInfo();
+    test::store(server()->Create("fileshare", name), {{"Path", "D:\\Users"}});
   }
 
   test::LiveWorld w_;
@@ -25,8 +23,7 @@ TEST_F(LiveSharesTest, CommentOfAShareIsChangedAndItsFolderStays) {
   make("Homes");
   const auto share = w_.directory().GetObject(path_ + "/homes");
   EXPECT_EQ(share->Name(), "Homes");
-  share->Put("Description", "Häuser A");
-  share->SetInfo();
+  test::store(share, {{"Description", "Häuser A"}});
   const auto read = w_.directory().GetObject(path_ + "/Homes");
   EXPECT_EQ(read->Get("Description").text(), "Häuser A");
   EXPECT_EQ(read->Get("Path").text(), w_.told_path("D:\\Users"));

@@ -12,6 +12,7 @@
 #include "live/files/live_files.hpp"
 #include "live/files/live_security.hpp"
 #include "local/posix_files.hpp"
+#include "support/variable.hpp"
 
 namespace twk::test {
 
@@ -19,22 +20,6 @@ inline std::string variable(const char* name) {
   const char* const value = std::getenv(name);
   return value == nullptr ? std::string() : value;
 }
-
-/// Changes a variable of the environment until the end of the scope.
-class Variable {
- public:
-  Variable(std::string name, const std::string& value)
-      : name_(std::move(name)), before_(variable(name_.c_str())) {
-    setenv(name_.c_str(), value.c_str(), 1);
-  }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  ~Variable() { setenv(name_.c_str(), before_.c_str(), 1); }
-
- private:
-  std::string name_;
-  std::string before_;
-};
 
 /// "stop", "start", "stall", "resume" of the controller.
 inline void control(const std::string& what) {
@@ -48,6 +33,15 @@ inline live::LiveSettings live_settings() {
   live::LiveSettings settings;
   settings.domain = variable("TWK_LIVE_DOMAIN");
   settings.server = variable("TWK_LIVE_SERVER");
+  return settings;
+}
+
+/// The same with the administrator's password.
+inline live::LiveSettings password_settings() {
+  live::LiveSettings settings = live_settings();
+  settings.logon = live::LiveSettings::Logon::kPassword;
+  settings.user = variable("TWK_LIVE_ADMIN");
+  settings.password = variable("TWK_LIVE_PASSWORD");
   return settings;
 }
 
@@ -105,9 +99,6 @@ class LiveWorld : public contract::World, private LiveServices {
   platform::Files& files() override { return files_; }
   platform::Security& security() override { return security_; }
   platform::Network& network() override { return network_; }
-  [[nodiscard]] std::string domain() const override { return "twk.test"; }
-  [[nodiscard]] std::string netbios() const override { return "TWK"; }
-  [[nodiscard]] std::string root() const override { return "DC=twk,DC=test"; }
   [[nodiscard]] std::string unit() const override { return unit_name() + "," + root(); }
   [[nodiscard]] std::string file_server() const override { return variable("TWK_LIVE_SERVER"); }
 

@@ -114,9 +114,8 @@ TEST_F(PosixFilesTest, EachFailureHasItsNumber) {
 }
 
 TEST_F(PosixFilesTest, MessageSaysWhatWasTriedOnWhat) {
-  base::Trap trap;
-  trap([&] { files_.read(at("None.dat")); });
-  EXPECT_EQ(trap.description(), "cannot open " + at("None.dat") + ": No such file or directory");
+  EXPECT_EQ(test::complaint_of([&] { files_.read(at("None.dat")); }),
+            "cannot open " + at("None.dat") + ": No such file or directory");
 }
 
 TEST_F(PosixFilesTest, WhatCannotBeReadDoesNotExist) {
@@ -257,8 +256,7 @@ TEST_F(PosixFilesTest, AnotherUserMayNotWriteWhatIsNotOpenToHim) {
   chmod(at("owned").c_str(), 0644);
   chmod(folder_.path().c_str(), 0755);
   OtherProcess stranger([&] {
-    if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0))
-      return 2;
+    test::become_ordinary_user();
     chmod(folder_.path().c_str(), 0555);  // takes effect where the tests run without privileges
     const bool refused = number_of([&] { files_.write(at("new"), "x"); }) == 70 &&
                          number_of([&] { files_.make_directory(at("sub")); }) == 70 &&

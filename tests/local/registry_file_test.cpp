@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "base/errors.hpp"
+#include "support/number_of.hpp"
 #include "support/other_process.hpp"
 #include "support/temporary_directory.hpp"
 
@@ -110,9 +111,8 @@ TEST_F(RegistryFileTest, MalformedFileIsNotWrittenOverAndWhatWasUnderstoodCounts
   write("Domain", "TWK");
   const std::string broken = get_file(machine_) + "\"half a";
   put_file(machine_, broken);
-  base::Trap trap;
-  trap([this] { RegistryFile(settings_).require_readable(); });
-  EXPECT_EQ(trap.description(), machine_ + ", line 5: a quote is not closed");
+  EXPECT_EQ(test::complaint_of([this] { RegistryFile(settings_).require_readable(); }),
+            machine_ + ", line 5: a quote is not closed");
   EXPECT_FALSE(write("Domain", "other"));
   EXPECT_EQ(get_file(machine_), broken);
   EXPECT_EQ(registry_.problem(kHiveLocalMachine), machine_ + ", line 5: a quote is not closed");

@@ -2,10 +2,13 @@
 
 #include <gmock/gmock.h>
 
+#include "support/access_list.hpp"
+
 namespace twk::platform {
 namespace {
 
 using namespace ace_flag;
+using test::with_list;
 
 const Sid kJo(5, {21, 1, 2, 3, 1001});
 const Sid kStaff(5, {21, 1, 2, 3, 1100});
@@ -20,17 +23,6 @@ Ace allow(std::uint32_t mask, const Sid& sid, std::uint8_t flags = 0) {
 }
 Ace deny(std::uint32_t mask, const Sid& sid, std::uint8_t flags = 0) {
   return {ace_type::kDeny, flags, mask, sid};
-}
-
-SecurityDescriptor with_list(const std::vector<Ace>& entries,
-                             const std::optional<Sid>& owner = std::nullopt) {
-  Acl list(4096);
-  for (const Ace& ace : entries)
-    list.add(Acl::kAtEnd, ace);
-  SecurityDescriptor descriptor;
-  descriptor.owner = owner;
-  descriptor.set_dacl(list.trimmed());
-  return descriptor;
 }
 
 TEST(AccessCheck, GenericBitsAreTheRightsOfFiles) {
@@ -51,46 +43,36 @@ TEST(AccessCheck, TheFirstEntryThatSpeaksOfARightCounts) {
   const struct {
     const char* what;
     std::vector<Ace> entries;
-    std::optional<Sid> owner;
     std::uint32_t granted;
+    std::optional<Sid> owner = std::nullopt;
   } cases[] = {
-      {"an empty list", {}, std::nullopt, 0},
-      {"allowed", {allow(kRead, kJo)}, std::nullopt, kRead},
-      {"by a group",
-       {allow(kRead, kStaff), allow(kWrite, well_known::everyone())},
-       std::nullopt,
-       kRead | kWrite},
-      {"somebody else", {allow(kRead, kOther)}, std::nullopt, 0},
-      {"deny first", {deny(kRead, kStaff), allow(kRead | kWrite, kJo)}, std::nullopt, kWrite},
-      {"allow first", {allow(kRead | kWrite, kJo), deny(kRead, kStaff)}, std::nullopt, kRead | kWrite},
-      {"allow between",
-       {deny(kRead, kJo), allow(kRead, kJo), allow(kWrite, kJo), deny(kWrite, kJo)},
-       std::nullopt,
-       kWrite},
+      {"an empty list", {}, 0},
+      {"allowed", {allow(kRead, kJo)}, kRead},
+      {"by a group", {allow(kRead, kStaff), allow(kWrite, well_known::everyone())}, kRead | kWrite},
+      {"somebody else", {allow(kRead, kOther)}, 0},
+      {"deny first", {deny(kRead, kStaff), allow(kRead | kWrite, kJo)}, kWrite},
+      {"allow first", {allow(kRead | kWrite, kJo), deny(kRead, kStaff)}, kRead | kWrite},
+      {"allow between", {deny(kRead, kJo), allow(kRead, kJo), allow(kWrite, kJo), deny(kWrite, kJo)}, kWrite},
       {"deny of a generic right",
        {deny(access::kGenericRead, kJo), allow(access::kGenericAll, kJo)},
-       std::nullopt,
        access::kFileAll & ~access::kFileGenericRead},
-      {"inherit only",
-       {allow(kRead, kJo, kInheritOnly | kObjectInherit), allow(kWrite, kJo)},
-       std::nullopt,
-       kWrite},
-      {"inherit-only deny", {deny(kRead, kJo, kInheritOnly), allow(kRead, kJo)}, std::nullopt, kRead},
-      {"inherited", {allow(kRead, kJo, kInherited | kObjectInherit)}, std::nullopt, kRead},
-      {"creator owner stands for nobody", {allow(kRead, well_known::creator_owner())}, kJo, kOwners},
-      {"audit entry", {Ace(2, 0, kRead, kJo)}, std::nullopt, 0},
-      {"the owner", {allow(kRead, kOther)}, kJo, kOwners},
-      {"another owner", {allow(kRead, kOther)}, kOther, 0},
-      {"an owner by group", {}, kStaff, kOwners},
-      {"an owner who is denied", {deny(access::kFileAll, kJo)}, kJo, kOwners},
-      {"owner rights in place of the owner's", {allow(kRead, well_known::owner_rights())}, kJo, kRead},
+      {"inherit only", {allow(kRead, kJo, kInheritOnly | kObjectInherit), allow(kWrite, kJo)}, kWrite},
+      {"inherit-only deny", {deny(kRead, kJo, kInheritOnly), allow(kRead, kJo)}, kRead},
+      {"inherited", {allow(kRead, kJo, kInherited | kObjectInherit)}, kRead},
+      {"creator owner stands for nobody", {allow(kRead, well_known::creator_owner())}, kOwners, kJo},
+      {"audit entry", {Ace(2, 0, kRead, kJo)}, 0},
+      {"the owner", {allow(kRead, kOther)}, kOwners, kJo},
+      {"another owner", {allow(kRead, kOther)}, 0, kOther},
+      {"an owner by group", {}, kOwners, kStaff},
+      {"an owner who is denied", {deny(access::kFileAll, kJo)}, kOwners, kJo},
+      {"owner rights in place of the owner's", {allow(kRead, well_known::owner_rights())}, kRead, kJo},
       {"owner rights denied",
        {deny(kOwners, well_known::owner_rights()), allow(access::kFileAll, kJo)},
-       kJo,
-       access::kFileAll & ~kOwners},
-      {"owner rights of another", {allow(kRead, well_known::owner_rights())}, kOther, 0},
-      {"inherit-only owner rights", {allow(kRead, well_known::owner_rights(), kInheritOnly)}, kJo, kOwners}};
-  for (const auto& [what, entries, owner, granted] : cases)
+       access::kFileAll & ~kOwners,
+       kJo},
+      {"owner rights of another", {allow(kRead, well_known::owner_rights())}, 0, kOther},
+      {"inherit-only owner rights", {allow(kRead, well_known::owner_rights(), kInheritOnly)}, kOwners, kJo}};
+  for (const auto& [what, entries, granted, owner] : cases)
     EXPECT_EQ(granted_access(with_list(entries, owner), jo), granted) << what;
 }
 
@@ -107,57 +89,43 @@ TEST(Inheritance, FilesAndFoldersGetWhatTheFlagsSay) {
   constexpr std::uint8_t kBoth = kObjectInherit | kContainerInherit;
   const std::uint32_t mask = access::kGenericRead;
   const std::uint32_t mapped = access::kFileGenericRead;
+  const std::vector<Ace> for_files = {allow(mapped, kJo, kInherited)};
   const struct {
     std::uint8_t flags;
     std::vector<Ace> file;
     std::vector<Ace> folder;
-    std::vector<Ace> file_of_creator;
     std::vector<Ace> folder_of_creator;
-  } cases[] = {{0, {}, {}, {}, {}},
-               {kInheritOnly, {}, {}, {}, {}},
-               {kNoPropagate, {}, {}, {}, {}},
-               {kObjectInherit,
-                {allow(mapped, kJo, kInherited)},
-                {allow(mask, kJo, kObjectInherit | kInheritOnly | kInherited)},
-                {allow(mapped, kOther, kInherited)},
-                {allow(mask, owner, kObjectInherit | kInheritOnly | kInherited)}},
-               {kContainerInherit,
-                {},
-                {allow(mapped, kJo, kContainerInherit | kInherited)},
-                {},
-                {allow(mapped, kOther, kInherited),
-                 allow(mask, owner, kContainerInherit | kInheritOnly | kInherited)}},
-               {kBoth,
-                {allow(mapped, kJo, kInherited)},
-                {allow(mapped, kJo, kBoth | kInherited)},
-                {allow(mapped, kOther, kInherited)},
-                {allow(mapped, kOther, kInherited), allow(mask, owner, kBoth | kInheritOnly | kInherited)}},
-               {kBoth | kInheritOnly,
-                {allow(mapped, kJo, kInherited)},
-                {allow(mapped, kJo, kBoth | kInherited)},
-                {allow(mapped, kOther, kInherited)},
-                {allow(mapped, kOther, kInherited), allow(mask, owner, kBoth | kInheritOnly | kInherited)}},
-               {kBoth | kNoPropagate,
-                {allow(mapped, kJo, kInherited)},
-                {allow(mapped, kJo, kInherited)},
-                {allow(mapped, kOther, kInherited)},
-                {allow(mapped, kOther, kInherited)}},
-               {kObjectInherit | kNoPropagate,
-                {allow(mapped, kJo, kInherited)},
-                {},
-                {allow(mapped, kOther, kInherited)},
-                {}},
-               {kContainerInherit | kNoPropagate | kInherited,
-                {},
-                {allow(mapped, kJo, kInherited)},
-                {},
-                {allow(mapped, kOther, kInherited)}}};
-  for (const auto& [flags, file, folder, file_of_creator, folder_of_creator] : cases) {
+  } cases[] = {
+      {0, {}, {}, {}},
+      {kInheritOnly, {}, {}, {}},
+      {kNoPropagate, {}, {}, {}},
+      {kObjectInherit,
+       for_files,
+       {allow(mask, kJo, kObjectInherit | kInheritOnly | kInherited)},
+       {allow(mask, owner, kObjectInherit | kInheritOnly | kInherited)}},
+      {kContainerInherit,
+       {},
+       {allow(mapped, kJo, kContainerInherit | kInherited)},
+       {allow(mapped, kOther, kInherited),
+        allow(mask, owner, kContainerInherit | kInheritOnly | kInherited)}},
+      {kBoth,
+       for_files,
+       {allow(mapped, kJo, kBoth | kInherited)},
+       {allow(mapped, kOther, kInherited), allow(mask, owner, kBoth | kInheritOnly | kInherited)}},
+      {kBoth | kInheritOnly,
+       for_files,
+       {allow(mapped, kJo, kBoth | kInherited)},
+       {allow(mapped, kOther, kInherited), allow(mask, owner, kBoth | kInheritOnly | kInherited)}},
+      {kBoth | kNoPropagate, for_files, for_files, {allow(mapped, kOther, kInherited)}},
+      {kObjectInherit | kNoPropagate, for_files, {}, {}},
+      {kContainerInherit | kNoPropagate | kInherited, {}, for_files, {allow(mapped, kOther, kInherited)}}};
+  for (const auto& [flags, file, folder, folder_of_creator] : cases) {
     const auto inherited = [&](const Sid& sid, bool is_folder) {
       return inherited_list(with_list({allow(mask, sid, flags)}), is_folder, kOther).value().entries();
     };
     EXPECT_EQ(inherited(kJo, false), file) << static_cast<int>(flags);
     EXPECT_EQ(inherited(kJo, true), folder) << static_cast<int>(flags);
+    const std::vector<Ace> file_of_creator(file.size(), allow(mapped, kOther, kInherited));
     EXPECT_EQ(inherited(owner, false), file_of_creator) << static_cast<int>(flags);
     EXPECT_EQ(inherited(owner, true), folder_of_creator) << static_cast<int>(flags);
   }

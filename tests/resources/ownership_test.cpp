@@ -176,11 +176,5 @@ TEST_F(OwnershipTest, AMissingPrivilegeIsReportedAndTheWriteStillTried) {
   }
 }
 
-TEST_F(OwnershipTest, PrivilegesAreSwitchedOnAndOff) {
-  EXPECT_TRUE(EnablePrivilege(session, platform::privilege::kRestore));
-  EXPECT_TRUE(DisablePrivilege(session, platform::privilege::kRestore));
-  EXPECT_THAT(calls("Adjust"), ElementsAre("AdjustTokenPrivileges on", "AdjustTokenPrivileges off"));
-}
-
 }  // namespace
 }  // namespace twk::resources

@@ -8,6 +8,7 @@
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
 #include "support/lab_session.hpp"
+#include "support/store.hpp"
 #include "windows/account/details_tab.hpp"
 #include "windows/state/form1.hpp"
 
@@ -25,10 +26,9 @@ inline void add_unit(LabSession& world, const std::string& name,
 inline void add_user(LabSession& world, const std::string& name, const std::string& account,
                      std::string_view above = kNewStarters) {
   const platform::ObjectPtr user =
-      world.services.directory.GetObject("LDAP://twk.test/" + std::string(above))
-          ->Create("user", "CN=" + platform::escape_dn_value(name));
-  user->Put("samAccountName", account);
-  user->SetInfo();
+      store(world.services.directory.GetObject("LDAP://twk.test/" + std::string(above))
+                ->Create("user", "CN=" + platform::escape_dn_value(name)),
+            {{"samAccountName", account}});
 }
 
 /// Adds the account "jo" to a lab, a member of "Staff", before its session starts.
@@ -38,9 +38,7 @@ inline void add_jo(LabSession& world) {
     user->Put("userPrincipalName", "jo@twk.test");
     user->Put("FirstName", "Jo");
   }
-  user->Put("FullName", "Jo Smith");
-  user->Put("Description", "Clerk");
-  user->SetInfo();
+  store(user, {{"FullName", "Jo Smith"}, {"Description", "Clerk"}});
   world.group("Staff")->Add(user->ADsPath());
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -71,6 +72,19 @@ class LabSession {
   FailingFiles files;
   FailingNetwork network;
   windows::Desktop session;
+};
+
+/// One whose session has started with the settings that are given.
+class StartedLab : public LabSession {
+ public:
+  using Setting = std::array<std::string_view, 3>;
+  explicit StartedLab(lab::DomainKind kind = lab::DomainKind::kNative,
+                      std::initializer_list<Setting> settings = {})
+      : LabSession(kind) {
+    for (const auto& [sub_key, name, value] : settings)
+      set(sub_key, name, value);
+    start();
+  }
 };
 
 /// Distinguished name of the unit for new accounts.

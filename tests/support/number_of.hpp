@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <utility>
 
 #include "base/errors.hpp"
@@ -13,6 +14,14 @@ std::uint32_t number_of(Step&& step) {
   base::Trap trap;
   trap(std::forward<Step>(step));
   return trap.number();
+}
+
+/// What the error that `step` raises says; empty when it succeeds.
+template <typename Step>
+std::string complaint_of(Step&& step) {
+  base::Trap trap;
+  trap(std::forward<Step>(step));
+  return trap.description();
 }
 
 }  // namespace twk::test

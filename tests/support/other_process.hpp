@@ -47,6 +47,13 @@ class OtherProcess {
   bool waited_ = false;
 };
 
+/// Permissions do not bind root, so a test that root runs becomes another user. Only for an `OtherProcess`.
+inline void become_ordinary_user() {
+  constexpr uid_t kNobody = 65534;
+  if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0))
+    throw std::runtime_error("cannot become another user");
+}
+
 /// Lets no file of this process grow beyond `bytes`, as if the disk were then full. Only for an
 /// `OtherProcess`.
 inline void limit_file_size(rlim_t bytes) {

@@ -1,5 +1,6 @@
 #include "directory/details_parts.hpp"
 #include "support/details_world.hpp"
+#include "support/store.hpp"
 #include "support/world.hpp"
 #include "windows/state/form1.hpp"
 
@@ -31,17 +32,13 @@ struct Shown {
   [[nodiscard]] std::string stored(std::string_view name) { return world.property("jo", name); }
   /// Staged values of the account reach the directory from another place.
   void put(std::string_view name, const platform::Value& value) {
-    const platform::ObjectPtr account = world.account("jo");
-    account->Put(name, value);
-    account->SetInfo();
+    test::store(world.account("jo"), {{name, value}});
   }
   [[nodiscard]] std::int32_t flags() {
     return world.services.directory.GetObject("WinNT://TWK/jo")->Get("UserFlags").integer();
   }
   void put_flags(std::int32_t flags) {
-    const platform::ObjectPtr account = world.services.directory.GetObject("WinNT://TWK/jo");
-    account->Put("UserFlags", flags);
-    account->SetInfo();
+    test::store(world.services.directory.GetObject("WinNT://TWK/jo"), {{"UserFlags", flags}});
   }
   /// Presses "Save" and counts what is written.
   int save() {
@@ -324,10 +321,7 @@ TEST(AdUserDetails, CustomValuesAreJoinedWhenReadAndThoseThatChangedAreWrittenAs
     world.set("Custom", "Property1", "carLicense");
     world.set("Custom", "Custom2", "Number");
     world.set("Custom", "Property2", "employeeID");
-    const platform::ObjectPtr account = world.account("jo");
-    account->Put("carLicense", platform::ValueList{"A1", "B2"});
-    account->Put("employeeID", "7");
-    account->SetInfo();
+    test::store(world.account("jo"), {{"carLicense", platform::ValueList{"A1", "B2"}}, {"employeeID", "7"}});
   };
   Shown jo(DomainKind::kNative, add_fields);
   EXPECT_THAT(jo.form.Custom_Value[0].text.get(), testing::AnyOf("A1,B2", "B2,A1"));
@@ -359,11 +353,9 @@ TEST(AdUserDetails, WithoutLoadedGroupsNoneIsReturned) {
 
 TEST(AdUserDetails, AGroupWithACommaInItsNameIsShownAsItIs) {
   Shown jo(DomainKind::kNative, [](LabSession& world) {
-    const platform::ObjectPtr group =
-        world.services.directory.GetObject("LDAP://twk.test")->Create("group", "CN=Sales\\, North");
-    group->Put("samAccountName", "Sales North");
-    group->Put("groupType", -2147483646);
-    group->SetInfo();
+    const platform::ObjectPtr group = test::store(
+        world.services.directory.GetObject("LDAP://twk.test")->Create("group", "CN=Sales\\, North"),
+        {{"samAccountName", "Sales North"}, {"groupType", -2147483646}});
     group->Add(kJo);
   });
   EXPECT_THAT(texts(jo.form.ListView4), Contains("Sales, North"));

@@ -140,8 +140,7 @@ TEST(Popup, OffersWhatFitsTheNode) {
 }
 
 TEST(Popup, CreatesNoOuInAWinNtDomain) {
-  LabSession lab(lab::DomainKind::kNt);
-  lab.start();
+  test::StartedLab lab(lab::DomainKind::kNt);
   windows::POPUP(lab.session, *lab.session.form1.TreeView1.first());
   EXPECT_FALSE(lab.session.form1.mnupopup[10].enabled);
 }

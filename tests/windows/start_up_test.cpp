@@ -57,8 +57,7 @@ TEST_F(StartUpWithoutADomain, FilesThatCannotBeConvertedAreNotRead) {
 
 TEST(StartUp, CaptionsAndFieldsAreThoseOfTheKindOfDomain) {
   for (const lab::DomainKind kind : {lab::DomainKind::kNative, lab::DomainKind::kNt}) {
-    test::LabSession world(kind);
-    world.start();
+    test::StartedLab world(kind);
     const Form1& form = world.session.form1;
     const bool nt = world.is_nt();
     EXPECT_EQ(form.Frame3.caption.get(), nt ? "User ID" : "CN and SamAccountName");
@@ -69,8 +68,7 @@ TEST(StartUp, CaptionsAndFieldsAreThoseOfTheKindOfDomain) {
 }
 
 TEST(StartUp, LoadsTheDomainAndTheFirstSite) {
-  test::LabSession world;
-  world.start();
+  test::StartedLab world;
   EXPECT_EQ(world.session.form1.NTSERVER.text.get(), "FS1");
   EXPECT_THAT(world.session.form1.nutemplate.items(),
               testing::ElementsAre(records::padded_template_name("Staff")));

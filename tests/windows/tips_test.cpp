@@ -12,8 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(TipsOfTheDay, AreTheLinesOfTheFileInTheDatabaseDirectoryOrTheShippedOnes) {
-  LabSession lab;
-  lab.start();
+  test::StartedLab lab;
   const std::string path = lab.session.dbpath + std::string(windows::kTipFile);
   EXPECT_THAT(windows::read_tips(lab.session, "One.\n\nTwo.\n"), ElementsAre("One.", "Two."));
   for (const auto& [bytes, tips] : std::vector<std::pair<std::string, std::vector<std::string>>>{

@@ -126,8 +126,7 @@ TEST_F(TreeDrag, AnOuThatIsGoneIsReported) {
 }
 
 TEST(TreeDragInNt, DoesNotExist) {
-  LabSession lab(lab::DomainKind::kNt);
-  lab.start();
+  test::StartedLab lab(lab::DomainKind::kNt);
   const controls::TreeNode* const user = lab.session.form1.TreeView1.first()->children.front();
   ASSERT_EQ(user->image, "USER");
   EXPECT_FALSE(begin_drag(lab.session, *user));

@@ -2,24 +2,24 @@
 
 #include <functional>
 
-#include "base/errors.hpp"
 #include "fuzz/rpc_answers.hpp"
 #include "live/ldap/ldap_errors.hpp"
-#include "live/rpc/account_service.hpp"
 #include "live/rpc/ndr.hpp"
 #include "live/rpc/server_service.hpp"
+#include "support/number_of.hpp"
 
 namespace twk::live {
 namespace {
 
+using test::kGroup;
+using test::kLocal;
+using test::kUser;
+using test::number_of;
 using test::open_session;
 using test::RpcAnswers;
 using test::words;
 
 const base::Bytes kHandle = words({0, 1, 2, 3, 4, 0});
-const SamAccount kUser{.name = "u", .kind = SamAccount::Kind::kUser, .builtin = false, .rid = 1001};
-const SamAccount kGroup{.name = "g", .kind = SamAccount::Kind::kGlobalGroup, .builtin = false, .rid = 513};
-const SamAccount kLocal{.name = "l", .kind = SamAccount::Kind::kLocalGroup, .builtin = true, .rid = 544};
 
 RpcAnswers with_session(RpcAnswers more) {
   RpcAnswers answers = open_session();
@@ -31,12 +31,6 @@ RpcAnswers with_domain(const base::Bytes& identifier) {
   RpcAnswers answers = open_session();
   answers[2] = identifier;
   return answers;
-}
-
-std::uint32_t number_of(const std::function<void()>& step) {
-  base::Trap trap;
-  trap(step);
-  return trap.number();
 }
 
 /// Each answer has the form that the protocol's description allows, but announces what it does not contain.

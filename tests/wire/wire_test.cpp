@@ -3,7 +3,6 @@
 #include <cstring>
 #include <string>
 
-#include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/ldap/ldap_connection.hpp"
 #include "live/ldap/subschema.hpp"
@@ -12,9 +11,12 @@
 #include "live/rpc/password_buffer.hpp"
 #include "live/rpc/rpc_pipe.hpp"
 #include "platform/utf16.hpp"
+#include "support/number_of.hpp"
 
 namespace twk::live {
 namespace {
+
+using test::number_of;
 
 base::Bytes bytes_of(std::string_view text) {
   return {text.begin(), text.end()};
@@ -25,12 +27,6 @@ std::string hex(std::span<const std::uint8_t> bytes) {
   for (const std::uint8_t byte : bytes)
     text += base::hex_byte(byte);
   return base::lower(text);
-}
-
-std::uint32_t number_of(const std::function<void()>& step) {
-  base::Trap trap;
-  trap(step);
-  return trap.number();
 }
 
 TEST(Ndr, ArgumentsHaveTheirPlaces) {

@@ -5,7 +5,8 @@
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "directory/tree/tree.hpp"
-#include "support/lab_session.hpp"
+#include "support/details_world.hpp"
+#include "support/store.hpp"
 #include "support/world.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/group_windows.hpp"
@@ -24,22 +25,6 @@ std::vector<std::string> children(const controls::TreeNode& node) {
   for (const controls::TreeNode* child : node.children)
     texts.push_back(child->text);
   return texts;
-}
-
-void add_unit(LabSession& world, std::string_view parent, const std::string& name) {
-  world.services.directory.GetObject("LDAP://" + std::string(parent))
-      ->Create("organizationalUnit", "OU=" + name)
-      ->SetInfo();
-}
-
-void add_user(LabSession& world, std::string_view parent, const std::string& name,
-              const std::string& display) {
-  const platform::ObjectPtr user =
-      world.services.directory.GetObject("LDAP://" + std::string(parent))->Create("user", "CN=" + name);
-  user->Put("samAccountName", name);
-  if (!display.empty())
-    user->Put("displayName", display);
-  user->SetInfo();
 }
 
 std::string group_type(const LabSession& world, std::string_view name) {
@@ -77,7 +62,7 @@ class BrokenOff final : public platform::QueryService {
 
 TEST(DirectoryLoad, AListShowsWhatCameBeforeItsSearchFailed) {
   LabSession world;
-  add_user(world, test::kNewStarters, "ann", "Ann");
+  world.make_user("ann");
   BrokenOff query(world.services.query);
   platform::Platform services = world.session.platform;
   windows::Desktop session(
@@ -97,7 +82,7 @@ TEST(DirectoryLoad, AListShowsWhatCameBeforeItsSearchFailed) {
 
 TEST(DirectoryLoad, ShowsUnitsThatAreReadWhenTheyAreOpened) {
   LabSession world;
-  add_unit(world, test::kNewStarters, "Below");
+  test::add_unit(world, "Below", std::string(test::kNewStarters));
   world.start();
   controls::TreeView& tree = world.session.form1.TreeView1;
   EXPECT_EQ(tree.first()->key, "DC=twk,DC=test");
@@ -114,8 +99,7 @@ TEST(DirectoryLoad, ShowsUnitsThatAreReadWhenTheyAreOpened) {
 }
 
 TEST(DirectoryLoad, GroupsGoToTheListsWithTheirTypes) {
-  LabSession world(DomainKind::kMixed);
-  world.start();
+  test::StartedLab world(DomainKind::kMixed);
   EXPECT_EQ(world.session.form1.StatusBar1.panel2.get(), "2000-Mixed Mode");
   EXPECT_EQ(group_type(world, "Staff"), "Security Group - Global");
   EXPECT_EQ(group_type(world, "Administrators"), "Security Group - builtin Local");
@@ -126,8 +110,7 @@ TEST(DirectoryLoad, GroupsGoToTheListsWithTheirTypes) {
 }
 
 TEST(WinNtLoad, ShowsAFlatTreeAndDistinguishesGlobalFromLocalGroups) {
-  LabSession world(DomainKind::kNt);
-  world.start();
+  test::StartedLab world(DomainKind::kNt);
   controls::TreeView& tree = world.session.form1.TreeView1;
   EXPECT_EQ(tree.first()->key, "root");
   EXPECT_EQ(tree.first()->text, "TWK");
@@ -158,7 +141,7 @@ TEST(DirectoryLoad, TheLoadOptionsDecideWhatIsRead) {
   };
   for (const Case& one : cases) {
     LabSession world;
-    add_user(world, test::kNewStarters, "jo", "Jo Smith");
+    world.make_user("jo");
     for (const auto& [name, value] : one.options)
       world.set("ADO", name, value);
     world.start();
@@ -173,7 +156,7 @@ TEST(DirectoryLoad, TheLoadOptionsDecideWhatIsRead) {
 
 TEST(DirectoryLoad, AManagedUnitBecomesTheRoot) {
   LabSession world;
-  add_user(world, test::kNewStarters, "jo", "Jo Smith");
+  world.make_user("jo");
   world.start();
   world.session.ManagedOU = test::kNewStarters;
   ASSERT_TRUE(Select_Domain(world.session, "twk.test"));
@@ -187,8 +170,7 @@ TEST(DirectoryLoad, AManagedUnitBecomesTheRoot) {
 }
 
 TEST(SelectDomain, ADomainThatDoesNotAnswerIsReportedAndLeavesTheRest) {
-  LabSession world;
-  world.start();
+  test::StartedLab world;
   EXPECT_FALSE(Select_Domain(world.session, ""));
   EXPECT_FALSE(Select_Domain(world.session, "nowhere.test"));
   EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
@@ -196,8 +178,7 @@ TEST(SelectDomain, ADomainThatDoesNotAnswerIsReportedAndLeavesTheRest) {
 }
 
 TEST(SelectDomain, AFailedSearchForUnitsShowsItsNumber) {
-  LabSession world;
-  world.start();
+  test::StartedLab world;
   world.session.ManagedOU = "OU=Gone,DC=twk,DC=test";
   world.dialogs.expect("Error getting Domain Data: ");
   EXPECT_FALSE(Select_Domain(world.session, "twk.test"));
@@ -206,15 +187,18 @@ TEST(SelectDomain, AFailedSearchForUnitsShowsItsNumber) {
 
 TEST(Tree, AnOpenedUnitIsReadOnce) {
   LabSession world;
-  add_user(world, "CN=Users,DC=twk,DC=test", "plain", "");
-  add_user(world, "CN=Users,DC=twk,DC=test", "shown", "A Display Name");
+  const std::string_view place = "CN=Users,DC=twk,DC=test";
+  test::add_user(world, "plain", "plain", place);
+  test::add_user(world, "shown", "shown", place);
+  const platform::ObjectPtr shown = world.account("shown");
+  test::store(shown, {{"displayName", "A Display Name"}});
   world.set("Preferences", "DisplayName", "Yes");
   world.start();
-  controls::TreeNode& users = *world.session.form1.TreeView1.find("CN=Users,DC=twk,DC=test");
+  controls::TreeNode& users = *world.session.form1.TreeView1.find(place);
   TreeView1_Expand(world.session, users);
   EXPECT_THAT(children(users), testing::IsSupersetOf({"plain", "A Display Name"}));
   const std::size_t nodes = world.session.form1.TreeView1.size();
-  add_user(world, "CN=Users,DC=twk,DC=test", "late", "");
+  test::add_user(world, "late", "late", place);
   EXPECT_FALSE(Expand_OU(world.session, users));
   EXPECT_EQ(world.session.form1.TreeView1.size(), nodes);
 }
@@ -222,7 +206,7 @@ TEST(Tree, AnOpenedUnitIsReadOnce) {
 TEST(Tree, ShowsAsManyUsersOfAUnitAsTheLimitAllows) {
   LabSession world;
   for (const char* name : {"a", "b", "c"})
-    add_user(world, test::kNewStarters, name, "");
+    world.make_user(name);
   world.set("ADO", "UserLimit", "2");
   world.dialogs.expect("TWK is not returning all users, The limit is set at 2\r\n");
   world.start();
@@ -232,7 +216,7 @@ TEST(Tree, ShowsAsManyUsersOfAUnitAsTheLimitAllows) {
 
 TEST(Tree, AUnitThatIsGoneIsReportedInABox) {
   LabSession world;
-  add_unit(world, "DC=twk,DC=test", "Doomed");
+  test::add_unit(world, "Doomed");
   world.start();
   controls::TreeNode& doomed = *world.session.form1.TreeView1.find("OU=Doomed,DC=twk,DC=test");
   world.services.directory.GetObject("LDAP://DC=twk,DC=test")->Delete("organizationalUnit", "OU=Doomed");
@@ -250,11 +234,10 @@ TEST(UserExist, ComparesTheBeginningOfCommonNamesInADirectoryAndWholeNamesElsewh
   const std::vector<Case> cases = {
       {"jo", true, true}, {"JO", true, true}, {"j", true, false}, {"jo2", false, false}};
   LabSession active;
-  add_user(active, test::kNewStarters, "jo", "");
+  active.make_user("jo");
   active.start();
   LabSession winnt(DomainKind::kNt);
-  const platform::ObjectPtr user = winnt.services.directory.GetObject("WinNT://TWK")->Create("user", "jo");
-  user->SetInfo();
+  winnt.make_user("jo");
   winnt.start();
   for (const Case& one : cases) {
     EXPECT_EQ(User_Exist(active.session, one.name), one.directory) << one.name;

@@ -26,8 +26,7 @@ INSTANTIATE_TEST_SUITE_P(Names, CreatedOus,
                                          OuName{"#1 <x>; y=z", "#1 <x>; y=z"}));
 
 TEST_P(CreatedOus, AreInTheDirectoryAndUnderTheSelectedNode) {
-  LabSession lab;
-  lab.start();
+  test::StartedLab lab;
   controls::TreeView& tree = lab.session.form1.TreeView1;
   lab.dialogs.expect_input("Enter New OU Name", GetParam().typed);
   Create_OU(lab.session);
@@ -61,9 +60,7 @@ TEST(CreateOu, UnderTheDomainOrAnOuThatWasNotReadComesOnce) {
 }
 
 TEST(CreateOu, WithAllUsersLoadedHasNothingLeftToRead) {
-  LabSession lab;
-  lab.set("ADO", "LoadAllUsers", "True");
-  lab.start();
+  test::StartedLab lab(lab::DomainKind::kNative, {{"ADO", "LoadAllUsers", "True"}});
   controls::TreeView& tree = lab.session.form1.TreeView1;
   ASSERT_TRUE(create_ou(lab.session, *tree.first(), "Top"));
   EXPECT_TRUE(tree.selected()->children.empty());
@@ -87,8 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& bad) { return bad.param.what; });
 
 TEST_P(RefusedOus, SayWhyAndLeaveTheTree) {
-  LabSession lab;
-  lab.start();
+  test::StartedLab lab;
   controls::TreeView& tree = lab.session.form1.TreeView1;
   controls::TreeNode* const above = tree.find(GetParam().above);
   ASSERT_NE(above, nullptr);
@@ -101,8 +97,7 @@ TEST_P(RefusedOus, SayWhyAndLeaveTheTree) {
 }
 
 TEST(CreateOu, ACancelledBoxOrAnUnwillingServerMakesNothing) {
-  LabSession lab;
-  lab.start();
+  test::StartedLab lab;
   lab.dialogs.expect_input("Enter New OU Name", "");
   Create_OU(lab.session);
   EXPECT_TRUE(lab.log_tab().empty());

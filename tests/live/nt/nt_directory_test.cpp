@@ -122,9 +122,7 @@ TEST_F(NtDirectory, RenamedAccountIsKnownOnlyByItsNewName) {
 
 TEST_F(NtDirectory, MembershipActsAtOnceAndReportsWhatWasAlreadySo) {
   const User user = make_user("jo");
-  const auto group = domain_object()->Create("Group", "Readers");
-  group->Put("Description", "who reads");
-  group->SetInfo();
+  test::store(domain_object()->Create("Group", "Readers"), {{"Description", "who reads"}});
   const std::string path = user.ADsPath();
   for (const std::string name : {"Readers", "Helpers"}) {
     SCOPED_TRACE(name);
@@ -182,7 +180,7 @@ TEST_F(NtDirectory, ValuesThatBreakTheirPropertyAreRefusedAndChangeNothing) {
 }
 
 TEST_F(NtDirectory, WrongPasswordAndMissingServerAreDistinguished) {
-  LiveSettings settings = test::nt_settings();
+  LiveSettings settings = test::password_settings();
   settings.password = "wrong";
   LiveDomain wrong(settings);
   EXPECT_EQ(number_of([&] { LiveDirectory(wrong).GetObject("WinNT://OLDNT"); }), ads_error::kLogonFailure);

@@ -89,12 +89,12 @@ TEST_F(NtNetwork, ConnectionsAreSignedAndEncryptedWhereTheServerCan) {
     ASSERT_EQ(std::system((change + one.setting + "' " + conf).c_str()), 0);
     test::control("stop");
     test::control("start");
-    SmbClient files(test::nt_settings());
+    SmbClient files(test::password_settings());
     testing::internal::CaptureStdout();
     EXPECT_FALSE(files.list(*parse_smb_path("\\\\OLDPDC\\D$")).empty());
     std::fflush(stdout);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << one.setting;
-    AccountService service(std::make_shared<Credentials>(test::nt_settings(), Prompts{}), "OLDPDC");
+    AccountService service(std::make_shared<Credentials>(test::password_settings(), Prompts{}), "OLDPDC");
     EXPECT_EQ(service.domain_name(), "OLDNT");
     const std::string shown = connections();
     EXPECT_EQ(std::ranges::count(shown, '\n'), 2) << shown;

@@ -8,18 +8,10 @@
 
 namespace twk::test {
 
-inline live::LiveSettings nt_settings() {
-  live::LiveSettings settings = live_settings();
-  settings.logon = live::LiveSettings::Logon::kPassword;
-  settings.user = variable("TWK_LIVE_ADMIN");
-  settings.password = variable("TWK_LIVE_PASSWORD");
-  return settings;
-}
-
 /// The domain without a directory; what a test made there is deleted with its fixture.
 class NtDomainTest : public testing::Test, protected LiveServices {
  protected:
-  NtDomainTest() : LiveServices(nt_settings()) { empty_drive(); }
+  NtDomainTest() : LiveServices(password_settings()) { empty_drive(); }
   ~NtDomainTest() override {
     static const std::vector<std::string> kept = {"root", "Domain Admins", "Domain Users", "Helpers",
                                                   "Administrators"};
