@@ -124,8 +124,7 @@ TEST_P(CreateUser, APrimaryGroupIsSetOnceTheAccountIsItsMember) {
 
 TEST_P(CreateUser, ADirectoryThatIsThereIsUsedOnYesAndEndsTheRunOnNo) {
   for (const platform::Answer answer : {platform::Answer::kYes, platform::Answer::kNo}) {
-    CreationWorld own(GetParam());
-    own.start();
+    StartedCreation own(GetParam());
     own.services.files.make_directory("\\\\FS1\\D$\\Users\\Jo.Smith");
     own.dialogs.expect("Home Dir  Already Exist \r\nContinue ?", answer);
     own.create();

@@ -79,8 +79,7 @@ TEST_P(CreationFailures, ADirectoryThatCannotBeMadeEndsRed) {
       {"Profiles", "Error Creating Users Profile Dir....", "Error"},
   };
   for (const Case& one : cases) {
-    CreationWorld own(GetParam());
-    own.start();
+    StartedCreation own(GetParam());
     std::filesystem::remove_all(own.folder.path() / "servers/FS1/D" / one.missing);
     own.create();
     EXPECT_THAT(own.log_tab(), ElementsAre(StartsWith("RED " + one.status + " - ")));
@@ -105,8 +104,7 @@ TEST_P(CreationFailures, ACommandThatFailsWarnsWithTheReason) {
 TEST_P(CreationFailures, WithoutItsTemplateOrSiteNoAccountIsMade) {
   for (const std::string file : {"Template.dat", "Site.dat"}) {
     for (const bool as_folder : {false, true}) {
-      CreationWorld own(GetParam());
-      own.start();
+      StartedCreation own(GetParam());
       std::filesystem::remove(own.folder.path() / "db" / file);
       if (as_folder)
         std::filesystem::create_directory(own.folder.path() / "db" / file);
@@ -143,8 +141,7 @@ TEST(Creation, NamesThatADomainRefusesAreRefusedBeforeAnythingIsDone) {
       {DomainKind::kNt, "jo.", "Invalid Character in SAMAccountName: the dot at the end of jo.\n"},
   };
   for (const Case& one : cases) {
-    CreationWorld world(one.kind);
-    world.start();
+    StartedCreation world(one.kind);
     world.session.form1.UserID_Box.text = one.id;
     world.create();
     EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(), "User Name Invalid...") << one.id;
@@ -156,8 +153,7 @@ TEST(Creation, NamesThatADomainRefusesAreRefusedBeforeAnythingIsDone) {
 }
 
 TEST(Creation, AnAccountNameHasOneToTwentyCharacters) {
-  CreationWorld world;
-  world.start();
+  StartedCreation world;
   const std::string log_before = world.log();
   world.type_names("Maximiliane", "", "Oberhuber-Lindner");
   windows::CreateUser_Click(world.session);
@@ -186,8 +182,7 @@ TEST(Creation, AnUnsuitableSelectionIsReportedInABox) {
       {DomainKind::kNt, "root", true, "Head Office", "You must select a User in the treeview"},
   };
   for (const Case& one : cases) {
-    CreationWorld world(one.kind);
-    world.start();
+    StartedCreation world(one.kind);
     world.select(one.key);
     world.session.form1.Copy_User.value = one.copy ? 1 : 0;
     world.session.form1.NUsitename.text = one.site;
@@ -199,8 +194,7 @@ TEST(Creation, AnUnsuitableSelectionIsReportedInABox) {
 }
 
 TEST(Creation, AFullDiskUnderTheLogIsReportedAndStopsNothing) {
-  CreationWorld world;
-  world.start();
+  StartedCreation world;
   std::filesystem::remove(world.folder.path() / "db/Log.txt");
   std::filesystem::create_directory(world.folder.path() / "db/Log.txt");
   world.create();

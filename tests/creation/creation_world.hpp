@@ -25,6 +25,12 @@ class CreationWorld : public test::LabSession {
   }
 };
 
+/// One that has started.
+class StartedCreation : public CreationWorld {
+ public:
+  explicit StartedCreation(DomainKind kind = DomainKind::kNative) : CreationWorld(kind) { start(); }
+};
+
 inline std::string caption(const controls::Label& light) {
   return light.caption;
 }

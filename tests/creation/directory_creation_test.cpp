@@ -26,11 +26,9 @@ TEST(DirectoryCreation, APasswordThatThePolicyRefusesOnlyWarns) {
 
 /// Another account with these names.
 void add_somebody(CreationWorld& world, const std::string& account, const std::string& principal) {
-  const platform::ObjectPtr other =
-      world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody");
-  other->Put("samAccountName", account);
-  other->Put("userPrincipalName", principal);
-  other->SetInfo();
+  test::store(
+      world.services.directory.GetObject("LDAP://CN=Users,DC=twk,DC=test")->Create("user", "cn=Somebody"),
+      {{"samAccountName", account}, {"userPrincipalName", principal}});
 }
 
 TEST(DirectoryCreation, AnAccountMadeInOneRequestEqualsOneMadeInStepsAndReportsTheSame) {
@@ -128,8 +126,7 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestEqualsOneMadeInStepsAndReportsT
 }
 
 TEST(DirectoryCreation, AnAccountNameInUseElsewhereIsReportedSeparately) {
-  CreationWorld world;
-  world.start();
+  StartedCreation world;
   add_somebody(world, "Jo.Smith", "somebody@twk.test");
   world.dialogs.expect("User name already exists.\r\nChange the userID and try again");
   world.create();

@@ -2,7 +2,6 @@
 
 #include "platform/adsi.hpp"
 #include "support/lab_session.hpp"
-#include "support/store.hpp"
 #include "support/world.hpp"
 #include "windows/state/form1.hpp"
 
@@ -41,8 +40,7 @@ TEST(DomainList, HoldsTheDomainsOfTheNetworkAndOfTheForest) {
 
 TEST(PrincipalNames, AreUsedWhenAnyUserOfTheForestHasThem) {
   LabSession world;
-  const platform::ObjectPtr user = world.make_user("jo");
-  test::store(user, {{"userPrincipalName", "jo@twk.test"}});
+  test::store(world.make_user("jo"), {{"userPrincipalName", "jo@twk.test"}});
   EXPECT_TRUE(Is_Name_Used_In_Forest(world.session, "JO@twk.test"));
   EXPECT_FALSE(Is_Name_Used_In_Forest(world.session, "*"));
   EXPECT_FALSE(Is_Name_Used_In_Forest(world.session, "jo@twk.test)(cn=*"));

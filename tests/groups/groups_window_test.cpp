@@ -40,9 +40,7 @@ TEST_P(GroupsWindow, LocksTheMainWindowWhileItIsOpen) {
 }
 
 TEST_P(GroupsWindow, ShowsTheUsersOfAGroupWithItsComment) {
-  const platform::ObjectPtr shown = group("Staff");
-  shown->Put("Description", "Everybody here");
-  shown->SetInfo();
+  test::store(group("Staff"), {{"Description", "Everybody here"}});
   const std::size_t users = window.NotMembers.size();
   show("Staff");
   EXPECT_THAT(texts(window.Members), ElementsAre(jo()));
@@ -244,8 +242,7 @@ TEST(GroupsOfAPreparedDirectory, APrimaryGroupCannotBeLeft) {
   GroupsWorld world(DomainKind::kNative, [](LabSession& lab) {
     const platform::ObjectPtr jo = lab.account("jo");
     const platform::ObjectPtr staff = lab.group("Staff");
-    jo->Put("primaryGroupID", staff->Get("primaryGroupToken"));
-    jo->SetInfo();
+    test::store(jo, {{"primaryGroupID", staff->Get("primaryGroupToken")}});
     staff->Add(lab.path_of("ann"));
   });
   world.show("Staff");

@@ -46,10 +46,7 @@ class MoveWorld : public LifecycleWorld {
         std::filesystem::remove_all(server_folder(server + name));
     }
     fill();
-    const platform::ObjectPtr jo = account("jo");
-    jo->Put("HomeDirectory", "\\\\FS1\\jo$");
-    jo->Put("Profile", "\\\\FS1\\jo.prf$");
-    jo->SetInfo();
+    test::store(account("jo"), {{"HomeDirectory", "\\\\FS1\\jo$"}, {"Profile", "\\\\FS1\\jo.prf$"}});
     session.form1.ListView1.clear();
   }
   void start_at(const std::string& home, const std::string& profile, int data) {
@@ -94,11 +91,7 @@ class MoveWorld : public LifecycleWorld {
   void write_template() {
     test::put_file((folder.path() / "db/Template.dat").string(), records::encode_template(staff));
   }
-  void set_profile(const std::string& path) {
-    const platform::ObjectPtr jo = account("jo");
-    jo->Put("Profile", path);
-    jo->SetInfo();
-  }
+  void set_profile(const std::string& path) { test::store(account("jo"), {{"Profile", path}}); }
   /// As if "jo" no longer had folders on FS1.
   void lose_old_folders() {
     for (const std::string name : {"Users/jo", "Profiles/jo"})

@@ -21,9 +21,8 @@ class MailboxDeletionTest : public testing::Test {
     world.start_with(kRows);
     make("CN=Recipients", "CN=jo");
     make("CN=Recipients", "CN=al");
-    const ObjectPtr remote = world.object("CN=Recipients")->Create("Remote-Address", "CN=remote");
-    remote->Put("Target-Address", "a@b");
-    remote->SetInfo();
+    const ObjectPtr remote = test::store(world.object("CN=Recipients")->Create("Remote-Address", "CN=remote"),
+                                         {{"Target-Address", "a@b"}});
     world.session.log.open();
   }
   void make(const std::string& container, const std::string& name,

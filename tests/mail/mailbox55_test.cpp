@@ -167,9 +167,8 @@ TEST_F(Mailbox55Creation, JoinsTheDistributionListsOfItsRows) {
 
 TEST_F(Mailbox55Creation, AnExistingMailboxStaysAsItIs) {
   start_with(kRows);
-  const ObjectPtr old = object("CN=Recipients")->Create("OrganizationalPerson", "CN=jo.smith");
-  old->Put("info", "old");
-  old->SetInfo();
+  const ObjectPtr old =
+      test::store(object("CN=Recipients")->Create("OrganizationalPerson", "CN=jo.smith"), {{"info", "old"}});
   create();
   EXPECT_EQ(light(), "Error");
   EXPECT_THAT(log(), HasSubstr("Error Number: 80071392\nFailed to set Target-Mail Address\n"));
@@ -200,8 +199,7 @@ TEST_F(Mailbox55Creation, TheProgramsOwnLogonDoesNotReadTheCredentials) {
 
 TEST_F(Mailbox55Creation, IsReachedAtThePortOfTheMailTab) {
   const ObjectPtr root = services.directory.GetObject("LDAP://EX55/O=Tarnwick");
-  root->Put("ldapPort", 390);
-  root->SetInfo();
+  test::store(root, {{"ldapPort", 390}});
   set("Mail", "LDAP_PORT", "390");
   start_with(with_row("MemberOf", "LDAP://EX55:390/CN=All Staff,CN=Recipients," + kPlace));
   create();

@@ -8,7 +8,6 @@
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
 #include "support/lab_session.hpp"
-#include "support/store.hpp"
 #include "windows/account/details_tab.hpp"
 #include "windows/state/form1.hpp"
 

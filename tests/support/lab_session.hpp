@@ -13,6 +13,7 @@
 #include "support/fakes.hpp"
 #include "support/faulty_directory.hpp"
 #include "support/scripted_dialogs.hpp"
+#include "support/store.hpp"
 #include "support/temporary_directory.hpp"
 #include "windows/state/desktop.hpp"
 

@@ -1,6 +1,5 @@
 #include "directory/details_parts.hpp"
 #include "support/details_world.hpp"
-#include "support/store.hpp"
 #include "support/world.hpp"
 #include "windows/state/form1.hpp"
 

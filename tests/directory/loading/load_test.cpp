@@ -6,7 +6,6 @@
 #include "directory/operations.hpp"
 #include "directory/tree/tree.hpp"
 #include "support/details_world.hpp"
-#include "support/store.hpp"
 #include "support/world.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/group_windows.hpp"
@@ -190,8 +189,7 @@ TEST(Tree, AnOpenedUnitIsReadOnce) {
   const std::string_view place = "CN=Users,DC=twk,DC=test";
   test::add_user(world, "plain", "plain", place);
   test::add_user(world, "shown", "shown", place);
-  const platform::ObjectPtr shown = world.account("shown");
-  test::store(shown, {{"displayName", "A Display Name"}});
+  test::store(world.account("shown"), {{"displayName", "A Display Name"}});
   world.set("Preferences", "DisplayName", "Yes");
   world.start();
   controls::TreeNode& users = *world.session.form1.TreeView1.find(place);
