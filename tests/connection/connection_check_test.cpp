@@ -7,6 +7,7 @@
 #include "live/domain/live_environment.hpp"
 #include "live/logon/network_probe.hpp"
 #include "platform/directory.hpp"
+#include "support/number_of.hpp"
 #include "support/variable.hpp"
 
 namespace twk::live {
@@ -122,17 +123,13 @@ TEST_F(WithoutTicket, ThePasswordIsAskedForOnceAndARefusedOneNotTriedAgain) {
   EXPECT_EQ(credentials.password(), "secret");
   EXPECT_EQ(asked, 1);
   credentials.refuse_password(base::RuntimeError(ads_error::kLogonFailure, "wrong"));
-  base::Trap trap;
-  trap([&] { credentials.password(); });
-  EXPECT_EQ(trap.description(), "wrong");
+  EXPECT_EQ(test::complaint_of([&] { credentials.password(); }), "wrong");
 }
 
 TEST_F(WithoutTicket, NoPasswordIsALogonThatFails) {
   Credentials credentials(settings(389, LiveSettings::Logon::kPassword),
                           {.password = [](const std::string&) { return std::nullopt; }, .tell = {}});
-  base::Trap trap;
-  trap([&] { credentials.password(); });
-  EXPECT_EQ(trap.number(), ads_error::kLogonFailure);
+  EXPECT_EQ(test::number_of([&] { credentials.password(); }), ads_error::kLogonFailure);
 }
 
 TEST_F(WithoutTicket, AFailureIsReportedOnceUntilThereIsAConnectionAgain) {

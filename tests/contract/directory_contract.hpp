@@ -75,8 +75,7 @@ TEST_P(DirectoryContract, AnObjectKeepsWhatItReadFirstUntilItIsBoundAgain) {
 TEST_P(DirectoryContract, FailedSetInfoWritesNoneOfTheStagedValues) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   user->Put("description", "never written");
-  user->Put("noSuchAttribute", "x");
-  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kNoSuchAttribute);
+  EXPECT_EQ(number_of([&] { store(user, {{"noSuchAttribute", "x"}}); }), ads_error::kNoSuchAttribute);
   const ObjectPtr again = get_entry(w_, "CN=Jo," + w_.unit());
   EXPECT_EQ(number_of([&] { again->Get("description"); }), ads_error::kPropertyNotFound);
 }
@@ -95,12 +94,10 @@ TEST_P(DirectoryContract, NamesInUseAreRefusedWithTheNumberThatCreationTests) {
   for (const auto& one : cases) {
     SCOPED_TRACE(one.what);
     const ObjectPtr user = get_entry(w_, one.parent)->Create("user", one.cn);
-    user->Put("samAccountName", one.account);
-    EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kObjectExists);
+    EXPECT_EQ(number_of([&] { store(user, {{"samAccountName", one.account}}); }), ads_error::kObjectExists);
   }
   const ObjectPtr second = make_user(w_, "Second", "second");
-  second->Put("samAccountName", "jo");
-  EXPECT_EQ(number_of([&] { second->SetInfo(); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { store(second, {{"samAccountName", "jo"}}); }), ads_error::kObjectExists);
 }
 
 TEST_P(DirectoryContract, PathsThatLeadNowhereTellWhy) {
@@ -148,8 +145,7 @@ TEST_P(DirectoryContract, ValuesThatBreakTheirAttributeAreRefused) {
                                                  {"accountExpires", "never"}};
   for (const auto& [attribute, value] : cases) {
     const ObjectPtr again = get_entry(w_, "CN=Jo," + w_.unit());
-    again->Put(attribute, value);
-    EXPECT_EQ(number_of([&] { again->SetInfo(); }), ads_error::kConstraint) << attribute;
+    EXPECT_EQ(number_of([&] { store(again, {{attribute, value}}); }), ads_error::kConstraint) << attribute;
   }
 }
 
@@ -189,8 +185,7 @@ TEST_P(DirectoryContract, PrimaryGroupMustBeOneOfTheUsersAndTakesTheOldOnesPlace
   const ObjectPtr group = make_group(w_, "Readers");
   const auto sid = get("WinNT://" + w_.netbios() + "/Readers,group")->Get("objectSID").bytes();
   const std::int32_t rid = sid[24] | sid[25] << 8 | sid[26] << 16;
-  user->Put("PrimaryGroupID", rid);
-  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kUnwilling);
+  EXPECT_EQ(number_of([&] { store(user, {{"PrimaryGroupID", rid}}); }), ads_error::kUnwilling);
   group->Add(user->ADsPath());
   user->SetInfo();
   const ObjectPtr read = get_entry(w_, "CN=Jo," + w_.unit());

@@ -1,10 +1,9 @@
-#include <cstdlib>
-#include <ctime>
 #include <set>
 
 #include "base/text.hpp"
 #include "lab_world.hpp"
 #include "local/system_clock.hpp"
+#include "support/variable.hpp"
 
 namespace twk::lab {
 namespace {
@@ -85,8 +84,7 @@ TEST_F(LabRules, AnAccountEndsAndIsMadeInUtcWhateverTheZone) {
   const auto utc_now = [] { return base::to_filetime(local::SystemClock().utc_now()); };
   constexpr std::int64_t kMinute = 600'000'000;
   for (const char* const zone : {"XXX+11", "XXX-11"}) {
-    setenv("TZ", zone, 1);
-    tzset();
+    const test::TimeZone here(zone);
     const std::string name = zone[3] == '+' ? "west" : "east";
     const auto user = make_user(w_, name, name);
     user->SetPassword("Correct-Horse-7");
@@ -100,8 +98,6 @@ TEST_F(LabRules, AnAccountEndsAndIsMadeInUtcWhateverTheZone) {
       EXPECT_EQ(log_on(name, "Correct-Horse-7") == 0, minutes > 0) << zone << " " << minutes;
     }
   }
-  unsetenv("TZ");
-  tzset();
 }
 
 TEST_F(LabRules, WrongPasswordsLockTheAccountUntilItIsUnlocked) {
@@ -128,9 +124,8 @@ TEST_F(LabRules, WhatIsKeptOfAPasswordIsNeitherReadNorTheWord) {
   const auto user = make_user(w_, "Jo", "jsmith");
   user->SetPassword("Correct-Horse-7");
   EXPECT_EQ(number_of([&] { user->Get("supplementalCredentials"); }), ads_error::kPropertyNotFound);
-  const auto rows = w_.query().execute(
-      platform::parse_query_text("<LDAP://twk.test>;(supplementalCredentials=*);name;subtree"), {});
-  EXPECT_TRUE(rows->at_eof());
+  EXPECT_THAT(contract::column_of(w_, "<LDAP://twk.test>;(supplementalCredentials=*);name;subtree"),
+              testing::IsEmpty());
   const std::string journal = test::get_file((w_.folder() / "domain.journal.ldif").string());
   EXPECT_NE(journal.find("supplementalCredentials"), std::string::npos);
   EXPECT_EQ(journal.find("Correct-Horse-7"), std::string::npos);
@@ -163,8 +158,7 @@ TEST_F(LabRules, TwoProgramsCannotGiveOneAccountNameTwice) {
   make_user(w_, "Jo", "jsmith");
   auto& directory = other.platform().directory;
   const auto user = directory.GetObject("LDAP://OU=Tests,DC=twk,DC=test")->Create("user", "cn=Other");
-  user->Put("samAccountName", "jsmith");
-  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kObjectExists);
+  EXPECT_EQ(number_of([&] { test::store(user, {{"samAccountName", "jsmith"}}); }), ads_error::kObjectExists);
   EXPECT_EQ(directory.GetObject("WinNT://TWK/jsmith")->Name(), "jsmith");
 }
 
@@ -205,8 +199,7 @@ TEST_F(LabRules, OnlyTheDirectoryWritesWhatItComputes) {
   for (const char* const attribute :
        {"objectSid", "memberOf", "cn", "name", "distinguishedName", "whenCreated"}) {
     const auto entry = get_entry(w_, "CN=Jo,OU=Tests,DC=twk,DC=test");
-    entry->Put(attribute, "x");
-    EXPECT_EQ(number_of([&] { entry->SetInfo(); }), ads_error::kUnwilling) << attribute;
+    EXPECT_EQ(number_of([&] { test::store(entry, {{attribute, "x"}}); }), ads_error::kUnwilling) << attribute;
   }
 }
 
@@ -225,8 +218,7 @@ TEST_F(LabRules, CatalogueIsForReading) {
   make_user(w_, "Jo", "jsmith");
   const auto user = w_.directory().GetObject("GC://twk.test/CN=Jo,OU=Tests,DC=twk,DC=test");
   EXPECT_EQ(user->Get("samAccountName").text(), "jsmith");
-  user->Put("description", "x");
-  EXPECT_EQ(number_of([&] { user->SetInfo(); }), ads_error::kUnwilling);
+  EXPECT_EQ(number_of([&] { test::store(user, {{"description", "x"}}); }), ads_error::kUnwilling);
 }
 
 TEST_F(LabRules, BatchIsSeenByOtherProgramsBeforeItEnds) {

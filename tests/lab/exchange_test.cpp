@@ -115,8 +115,7 @@ TEST_F(Exchange55, ValuesThatDoNotFitAreRefusedAndNothingIsWritten) {
     again->Put(attribute, value);
     EXPECT_EQ(number_of([&] { again->SetInfo(); }), ads_error::kConstraint) << attribute;
   }
-  mailbox->Put("Shoe-Size", "44");
-  EXPECT_EQ(number_of([&] { mailbox->SetInfo(); }), ads_error::kNoSuchAttribute);
+  EXPECT_EQ(number_of([&] { test::store(mailbox, {{"Shoe-Size", "44"}}); }), ads_error::kNoSuchAttribute);
   EXPECT_EQ(number_of([&] { bind(mailbox->ADsPath())->Get("info"); }), ads_error::kPropertyNotFound);
   test::store(bind(mailbox->ADsPath()), {{"Assoc-NT-Account", bytes("010100000000000100000000")}});
   EXPECT_EQ(bind(mailbox->ADsPath())->Get("assoc-nt-account"), bytes("010100000000000100000000"));
@@ -190,10 +189,7 @@ TEST(LabWithoutExchange, HasNoMailServer) {
 }
 
 TEST(MailServerOfAnNtLab, AnswersWhereTheDomainHasNoLdap) {
-  LabPlan plan = test::small_plan();
-  plan.kind = DomainKind::kNt;
-  plan.netbios = "TWK";
-  test::LabWorld world(plan);
+  test::LabWorld world(test::plan_of(DomainKind::kNt));
   EXPECT_EQ(world.directory().GetObject(kRecipients)->Name(), "CN=Recipients");
 }
 

@@ -14,9 +14,7 @@ class LabConfigFile : public testing::Test {
   /// What reading this text raises; empty when it is read.
   std::string complaint(std::string_view text) {
     test::put_file(file_, text);
-    base::Trap trap;
-    trap([&] { static_cast<void>(read_lab_config(file_)); });
-    return trap.description();
+    return test::complaint_of([&] { static_cast<void>(read_lab_config(file_)); });
   }
 
   test::TemporaryDirectory folder_;

@@ -21,6 +21,13 @@ inline lab::LabPlan small_plan() {
   return plan;
 }
 
+inline lab::LabPlan plan_of(lab::DomainKind kind) {
+  lab::LabPlan plan = small_plan();
+  plan.kind = kind;
+  plan.netbios = "TWK";
+  return plan;
+}
+
 /// A new lab, open, with an empty unit "Tests".
 class LabWorld final : public contract::World {
  public:

@@ -8,19 +8,9 @@ using contract::names_of;
 using contract::number_of;
 namespace ads_error = platform::ads_error;
 
-LabPlan nt_plan() {
-  LabPlan plan = test::small_plan();
-  plan.kind = DomainKind::kNt;
-  plan.netbios = "TWK";
-  plan.users = 3;
-  plan.groups = 2;
-  plan.ous = 4;
-  return plan;
-}
-
 class NtLab : public testing::Test {
  protected:
-  test::LabWorld w_{nt_plan()};
+  test::LabWorld w_{test::plan_of(DomainKind::kNt)};
 };
 
 TEST_F(NtLab, LdapDoesNotAnswer) {

@@ -10,13 +10,6 @@ using contract::number_of;
 using platform::WtsConfigValue;
 using enum platform::WtsConfigClass;
 
-LabPlan plan_of(DomainKind kind) {
-  LabPlan plan = test::small_plan();
-  plan.kind = kind;
-  plan.netbios = "TWK";
-  return plan;
-}
-
 class TerminalSettings : public testing::TestWithParam<DomainKind> {
  protected:
   TerminalSettings() {
@@ -27,7 +20,7 @@ class TerminalSettings : public testing::TestWithParam<DomainKind> {
   [[nodiscard]] platform::Network& network() { return w_.platform().network; }
   [[nodiscard]] std::string controller() { return network().NetGetDCName("", "TWK"); }
 
-  test::LabWorld w_{plan_of(GetParam())};
+  test::LabWorld w_{test::plan_of(GetParam())};
 };
 INSTANTIATE_TEST_SUITE_P(Kinds, TerminalSettings, testing::Values(DomainKind::kNative, DomainKind::kNt),
                          [](const auto& kind) { return kind.param == DomainKind::kNt ? "Nt" : "Native"; });

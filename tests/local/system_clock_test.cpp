@@ -1,36 +1,15 @@
 #include "local/system_clock.hpp"
 
-#include <cstdlib>
 #include <ctime>
+
+#include "support/variable.hpp"
 
 namespace twk::local {
 namespace {
 
 using base::make_date;
 
-/// In another zone; the previous one is restored at the end.
-class SystemClockTest : public testing::Test {
- protected:
-  ~SystemClockTest() override {
-    if (before_)
-      setenv("TZ", before_->c_str(), 1);
-    else
-      unsetenv("TZ");
-    tzset();
-  }
-  static void move_to(const char* zone) {
-    setenv("TZ", zone, 1);
-    tzset();
-  }
-
-  SystemClock clock_;
-
- private:
-  std::optional<std::string> before_ =
-      std::getenv("TZ") == nullptr ? std::nullopt : std::optional<std::string>(std::getenv("TZ"));
-};
-
-TEST_F(SystemClockTest, MidnightIsWhereItsDayBegins) {
+TEST(SystemClockTest, MidnightIsWhereItsDayBegins) {
   // Zones by their rules, so that the workstation needs no table of them.
   constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
   constexpr const char* kAuckland = "NZST-12NZDT,M9.5.0,M4.1.0/3";
@@ -58,21 +37,23 @@ TEST_F(SystemClockTest, MidnightIsWhereItsDayBegins) {
       {kBerlin, {2026, 3, 29, 2, 30}, {2026, 3, 29, 1, 30}, "03:30:00"},
       {kBerlin, {2026, 10, 25, 2, 30}, {2026, 10, 25, 0, 30}, "02:30:00"},
   };
+  SystemClock clock;
   for (const auto& one : cases) {
-    move_to(one.zone);
-    const base::Date utc = clock_.to_utc(make_date(one.local));
+    const test::TimeZone zone(one.zone);
+    const base::Date utc = clock.to_utc(make_date(one.local));
     EXPECT_EQ(base::to_filetime(utc), base::to_filetime(make_date(one.utc)))
         << one.zone << base::format_date(utc);
-    EXPECT_EQ(base::format_time(clock_.to_local(utc)), one.shown) << one.zone;
-    EXPECT_EQ(base::format_date(clock_.to_local(utc)), base::format_date(make_date(one.local))) << one.zone;
+    EXPECT_EQ(base::format_time(clock.to_local(utc)), one.shown) << one.zone;
+    EXPECT_EQ(base::format_date(clock.to_local(utc)), base::format_date(make_date(one.local))) << one.zone;
   }
 }
 
-TEST_F(SystemClockTest, NowIsTheSameMomentInBothForms) {
-  move_to("XXX-3");
-  const std::int64_t ahead = base::to_filetime(clock_.now()) - base::to_filetime(clock_.utc_now());
+TEST(SystemClockTest, NowIsTheSameMomentInBothForms) {
+  SystemClock clock;
+  const test::TimeZone zone("XXX-3");
+  const std::int64_t ahead = base::to_filetime(clock.now()) - base::to_filetime(clock.utc_now());
   EXPECT_NEAR(static_cast<double>(ahead) / 1e7, 3 * 3600, 5);
-  EXPECT_NEAR(static_cast<double>(base::to_filetime(clock_.utc_now())) / 1e7 - 11644473600.0,
+  EXPECT_NEAR(static_cast<double>(base::to_filetime(clock.utc_now())) / 1e7 - 11644473600.0,
               static_cast<double>(std::time(nullptr)), 5);
 }
 

@@ -155,17 +155,14 @@ TEST(Inheritance, AListThatGoesThroughTwoFoldersIsTheSameInBoth) {
       with_list({allow(access::kGenericAll, well_known::administrators(), kObjectInherit | kContainerInherit),
                  allow(access::kGenericAll, well_known::creator_owner(),
                        kObjectInherit | kContainerInherit | kInheritOnly)});
-  SecurityDescriptor child;
-  child.set_dacl(inherited_list(top, true, kJo).value());
-  const Acl grandchild = inherited_list(child, true, kOther).value();
+  const SecurityDescriptor child = with_list(inherited_list(top, true, kJo).value().entries());
+  const SecurityDescriptor last = with_list(inherited_list(child, true, kOther).value().entries());
   const Sid jo[] = {kJo};
   const Sid other[] = {kOther};
-  SecurityDescriptor last;
-  last.set_dacl(grandchild);
   EXPECT_EQ(granted_access(child, jo), access::kFileAll);
   EXPECT_EQ(granted_access(last, jo), 0U);
   EXPECT_EQ(granted_access(last, other), access::kFileAll);
-  EXPECT_EQ(grandchild.entries().size(), child.dacl->entries().size());
+  EXPECT_EQ(last.dacl->entries().size(), child.dacl->entries().size());
 }
 
 }  // namespace

@@ -93,9 +93,10 @@ TEST_F(DirectoryPermissionsTest, AnOwnerThatIsRefusedBeepsAndWarns) {
   EXPECT_TRUE(apply());
   EXPECT_EQ(dialogs.beeps, 1);
   EXPECT_EQ(RunWarning, 2);
-  EXPECT_THAT(session.log.take_reasons(),
-              ElementsAre(testing::StartsWith("staff on " + kFolder + ": refused: " + kFolder +
-                                              " (that account cannot")));
+  EXPECT_THAT(
+      session.log.take_reasons(),
+      ElementsAre(testing::StartsWith("staff on " + kFolder + ": refused by the test: SetFileSecurity of " +
+                                      kFolder + " (that account cannot")));
   EXPECT_THAT(log(), testing::EndsWith("Setting Owner failed\n"));
   EXPECT_EQ(list(), list_named("read"));
 }

@@ -168,7 +168,7 @@ TEST_F(FilePermissionInDebug, AFailureIsLoggedWithItsStepNumberAndText) {
         Case{"SetFileSecurity", 1, "SetFileSecurity"}}) {
     fail_at(one.operation, one.call, platform::security_error::kAccessDenied);
     EXPECT_FALSE(set({.account = "jo"})) << one.operation;
-    EXPECT_THAT(log(), HasSubstr("Error: " + one.step + "\nCode: 5\nDesc: refused: "));
+    EXPECT_THAT(log(), HasSubstr("Error: " + one.step + "\nCode: 5\nDesc: refused by the test: "));
   }
   EXPECT_EQ(list(), list_named("old"));
   security.before = nullptr;

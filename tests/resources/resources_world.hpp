@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "stores/side_tables.hpp"
+#include "support/faulty_directory.hpp"
 #include "support/world.hpp"
 
 namespace twk::resources {
@@ -45,11 +46,7 @@ class ResourcesWorld : public test::TestWorld {
   }
   /// Raises at the n-th call (from 1) of an operation.
   void fail_at(std::string operation, int n, std::uint32_t number) {
-    security.before = [operation = std::move(operation), n, number](std::string_view name,
-                                                                    std::string_view what) mutable {
-      if (name == operation && --n == 0)
-        throw base::RuntimeError(number, "refused: " + std::string(what));
-    };
+    security.before = test::fail_at(std::move(operation), n, number);
   }
 };
 

@@ -2,12 +2,12 @@
 
 #include "resources/resources_world.hpp"
 #include "resources/share_descriptor.hpp"
+#include "support/access_list.hpp"
 
 namespace twk::resources {
 namespace {
 
 using platform::Ace;
-using platform::Acl;
 using platform::SecurityDescriptor;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -131,13 +131,9 @@ TEST_F(ShareTest, ARefusedShareIsLoggedWithItsNumber) {
 
 TEST_F(ShareTest, DenyComesFirstAndAnOldListIsMergedAfterIt) {
   const platform::Sid jo = security.accounts.at("JO");
-  Acl old(1000);
-  for (const Ace& ace :
-       {Ace(0, 0, 0xA0000000, platform::well_known::administrators()),
-        Ace(0, platform::ace_flag::kInherited, 1, platform::well_known::users()), Ace(0, 0, 0x10000000, jo)})
-    old.add(Acl::kAtEnd, ace);
-  SecurityDescriptor before;
-  before.set_dacl(old);
+  const SecurityDescriptor before = test::with_list(
+      {Ace(0, 0, 0xA0000000, platform::well_known::administrators()),
+       Ace(0, platform::ace_flag::kInherited, 1, platform::well_known::users()), Ace(0, 0, 0x10000000, jo)});
   AccessEntry allow;
   allow.account = "jo";
   allow.mask = 0xE0010000;

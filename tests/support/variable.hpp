@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <ctime>
 #include <optional>
 #include <string>
 #include <utility>
@@ -30,6 +31,21 @@ class Variable {
  private:
   std::string name_;
   std::optional<std::string> before_;
+};
+
+/// The program is in another time zone until the end of the scope.
+class TimeZone {
+ public:
+  explicit TimeZone(const std::string& zone) : variable_(std::in_place, "TZ", zone) { tzset(); }
+  TimeZone(const TimeZone&) = delete;
+  TimeZone& operator=(const TimeZone&) = delete;
+  ~TimeZone() {
+    variable_.reset();
+    tzset();
+  }
+
+ private:
+  std::optional<Variable> variable_;
 };
 
 }  // namespace twk::test

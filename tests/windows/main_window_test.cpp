@@ -20,9 +20,8 @@ using test::LabSession;
 /// The main window of a session that has started.
 class MainWindow : public testing::Test {
  protected:
-  MainWindow() { lab.start(); }
   [[nodiscard]] std::string status() const { return form.StatusBar1.panel1; }
-  LabSession lab;
+  test::StartedLab lab;
   windows::Form1& form = lab.session.form1;
 };
 
