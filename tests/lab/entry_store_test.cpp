@@ -8,7 +8,6 @@
 #include "support/number_of.hpp"
 #include "support/other_process.hpp"
 #include "support/temporary_directory.hpp"
-#include "windows/state/editor_windows.hpp"
 
 namespace twk::lab {
 namespace {

@@ -4,7 +4,6 @@
 
 #include "contract/world.hpp"
 #include "support/temporary_directory.hpp"
-#include "windows/state/editor_windows.hpp"
 
 namespace twk::lab {
 namespace {

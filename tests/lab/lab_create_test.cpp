@@ -3,7 +3,6 @@
 #include <set>
 
 #include "lab_world.hpp"
-#include "windows/state/editor_windows.hpp"
 
 namespace twk::lab {
 namespace {
