@@ -6,12 +6,10 @@
 #include "session/creation_outcome.hpp"
 #include "windows/state/hourglass.hpp"
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// What stands behind "Create User".
 namespace twk::windows {
+
+struct Desktop;
 
 /// The New User tab and the status bar, painted as a creation or an import goes on. With `stays_locked` the
 /// window can be used again only when its maker says so, as after the last line of an import.

@@ -2,12 +2,10 @@
 
 #include <string_view>
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `CSV_Import`: what the columns of the file contain.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Shows the path, the first two lines and the columns of the first line that can be a user. Raises what
 /// reading the file raises.

@@ -3,8 +3,6 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/import.hpp"
-#include "controls/tree_view.hpp"
-#include "session/log_tab.hpp"
 #include "windows/create_user.hpp"
 #include "windows/csv_layout.hpp"
 #include "windows/state/desktop.hpp"

@@ -2,12 +2,10 @@
 
 #include <string_view>
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// What stands behind the import: the menu's entry, the run over a file, the Stop button.
 namespace twk::windows {
+
+struct Desktop;
 
 /// The whole command: checks the selection, asks for the file, shows the window `CSV_Import` for its layout,
 /// runs, shows the result.

@@ -3,10 +3,8 @@
 #include <string>
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// Loads a domain into the session and into the window for several users. True when the domain
 /// was loaded.

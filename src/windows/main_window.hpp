@@ -7,11 +7,10 @@ struct TreeNode;
 }
 
 /// The commands of the main window. An unknown index or key does nothing.
-namespace twk::windows {
-struct Desktop;
-}
 
 namespace twk::windows {
+
+struct Desktop;
 
 /// Menu "File": 1 import, 2 log file, 3 back-up, 5 end.
 void mnuFile_Click(Desktop& session, int index);

@@ -1,11 +1,9 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// Limiting the session to one OU.
 namespace twk::windows {
+
+struct Desktop;
 
 /// The command of the menu, on a selected OU: opens the window `Select_OU` for it, or lifts the limit while
 /// there is one and loads the whole domain.

@@ -1,10 +1,8 @@
 #pragma once
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// Stores the choice and shows or hides the format of the password.
 void FmtPass_Click(Desktop& session);

@@ -1,10 +1,8 @@
 #pragma once
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// Reads the settings into the session's values and the controls at start-up, in the order of their
 /// dependencies; writes `DBVersion` in a fresh installation. Shows the test fields of the name formats, the

@@ -1,10 +1,8 @@
 #pragma once
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// Reads everything again: the domain named in `DomName` into emptied tree and lists, then the database
 /// files; selects the first node. A domain that does not answer leaves the tree empty and says so in the

@@ -6,13 +6,11 @@
 #include "controls/basic.hpp"
 #include "windows/state/form1.hpp"
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// Which control of the main window shows which setting: a row each, read at the start, written when a person
 /// changes it. The words and defaults of the settings are in `session/settings_schema.hpp`.
 namespace twk::windows {
+
+struct Desktop;
 
 /// A box that is ticked while its switch is on.
 struct SettingBox {

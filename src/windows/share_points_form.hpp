@@ -1,11 +1,9 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `frmSharePoints`: shares through which the template's home and profile directories are reached.
 namespace twk::windows {
+
+struct Desktop;
 
 /// The button of the template tab: fills the window and shows it.
 void btnSharePoints_Click(Desktop& session);

@@ -2,13 +2,11 @@
 
 #include <string_view>
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The Site tab: its list, its fields and its buttons. When a file cannot be opened or written, which is
 /// shown in a box, the tab stays as it was.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Adds the sites that were read to the lists that offer them.
 void list_sites(Desktop& session);

@@ -5,10 +5,8 @@ class Dialogs;
 }
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// False, with a box, for a screen that is narrower than the program's windows need. The width is in device
 /// pixels, and the height does not matter.

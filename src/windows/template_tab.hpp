@@ -1,12 +1,10 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The Template tab: its list, its fields and buttons, and the window of the variables. When a file cannot be
 /// opened or written, which is shown in a box, the tab stays as it was.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Adds the templates that were read to the lists that offer them.
 void list_templates(Desktop& session);

@@ -5,10 +5,8 @@
 #include <vector>
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 inline constexpr std::string_view kTipFile = "TIPOFDAY.TXT";
 

@@ -2,12 +2,10 @@
 
 #include "session/run_view.hpp"
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// What stands behind the windows and popup entries that change one account at a time.
 namespace twk::windows {
+
+struct Desktop;
 
 /// The main window during such an operation. Work on files has a window of its own, `FileProgress`, with a
 /// Cancel button.

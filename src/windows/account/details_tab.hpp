@@ -3,12 +3,11 @@
 namespace twk::controls {
 struct TreeNode;
 }
-namespace twk::windows {
-struct Desktop;
-}
 
 /// The user details tab: one account with its groups, in both kinds of domain.
 namespace twk::windows {
+
+struct Desktop;
 
 /// "De&tails" of the tree's menu and a double click: brings the tab to the front and fills it with the user
 /// of the node. A node that is not a user empties the tab. True when the user was read; otherwise panel 1

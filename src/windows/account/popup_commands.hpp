@@ -3,12 +3,11 @@
 namespace twk::controls {
 struct TreeNode;
 }
-namespace twk::windows {
-struct Desktop;
-}
 
 /// The entries of the tree's popup that act on one user at once. The status bar shows the outcome.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Sets the default password, to be changed at the next logon; asks first when `Confirm_Resets` is ticked.
 /// True when it was set.

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `Rename_NT`: account name and full name of a user of a WinNT domain, who is the selected node
 /// of the tree.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Opens the window on the selected node; a user who cannot be read is reported in the status bar.
 void show_rename_nt(Desktop& session);

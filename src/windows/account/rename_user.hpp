@@ -1,11 +1,9 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `RenameUser`: the names of an Active Directory user, who is the selected node of the tree.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Opens the window on the selected node; a user who cannot be read is reported in the status bar.
 void show_rename_user(Desktop& session);

@@ -2,16 +2,14 @@
 
 #include <cstdint>
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `Edit_Properties`, which edits one row of five lists, and the menu `Listviewmnu` of those
 /// lists. `EditPropertiesMode` says which list.
 ///
 /// A list and its file change together: a file that cannot be written is reported, and the list stays as it
 /// was.
 namespace twk::windows {
+
+struct Desktop;
 
 namespace mode {
 inline constexpr std::int32_t kW2k = 0;        ///< `ListView7`, "W2K.dat"

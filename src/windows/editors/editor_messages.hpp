@@ -4,12 +4,10 @@
 #include <string>
 #include <string_view>
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// Messages of the editing windows. They cover the status bar, so they use boxes.
 namespace twk::windows {
+
+struct Desktop;
 
 /// A box with an exclamation mark.
 void warn(Desktop& session, std::string_view text, std::string_view title);

@@ -1,11 +1,9 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `Logon_Hours`, which edits the hours of the template.
 namespace twk::windows {
+
+struct Desktop;
 
 /// The button `LogonHours` of the template tab: fills the window and shows it.
 void LogonHours_Click(Desktop& session);

@@ -4,13 +4,11 @@
 
 #include "controls/list_view.hpp"
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `Permissions`, which edits the permissions of new directories ("Permissions.dat") or those of
 /// new shares ("SharePerm.dat").
 namespace twk::windows {
+
+struct Desktop;
 
 /// Open the window on one of the two tables. A table that cannot be read is reported, and nothing opens: OK
 /// would overwrite it.

@@ -1,11 +1,9 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `frmCopy_Group`, which copies the users of one group into another of the same domain.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Fills the two lists of groups; the group chosen in `Groupsfrm` is the one to copy from.
 void frmCopy_Group_Form_Load(Desktop& session);

@@ -1,11 +1,9 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `GroupAdd`, which makes one group.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Empties the fields, chooses a global security group, and offers only what this kind of domain has.
 void GroupAdd_Form_Load(Desktop& session);

@@ -1,11 +1,9 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The choice of an Exchange 2000 store on the Site tab.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Fills `EXSite` with the storage groups of the server in `EXSERVER` and `Mail_Store` with the stores of the
 /// first one, and chooses the first of each. An organisation that was not typed is searched for. Active

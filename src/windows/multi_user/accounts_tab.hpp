@@ -1,10 +1,8 @@
 #pragma once
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// The button `btnGo` of the "Accounts" tab: starts the chosen function, after one confirmation if it changes
 /// accounts at once, and while it is running stops it after the current account. "Find Locked Accounts" has

@@ -1,12 +1,10 @@
 #pragma once
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The boxes of the tabs "Delete Users" and "Move Users". A click stores those that are settings, below
 /// `\DU`.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Sets the boxes of the "Delete Users" tab as stored.
 void read_delete_options(Desktop& session);

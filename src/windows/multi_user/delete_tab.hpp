@@ -3,10 +3,8 @@
 #include "lifecycle/deletion/delete_order.hpp"
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// What the boxes of the "Delete Users" tab and the preferences ask for.
 lifecycle::DeleteOrder delete_order(Desktop& session);

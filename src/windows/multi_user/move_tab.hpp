@@ -3,10 +3,8 @@
 #include "lifecycle/move/move_order.hpp"
 
 namespace twk::windows {
-struct Desktop;
-}
 
-namespace twk::windows {
+struct Desktop;
 
 /// What the "Move Users" tab and the preferences ask for.
 lifecycle::MoveOrder move_order(const Desktop& session);

@@ -4,12 +4,11 @@ namespace twk::controls {
 class ListView;
 struct TreeNode;
 }  // namespace twk::controls
-namespace twk::windows {
-struct Desktop;
-}
 
 /// The window that works on many users at once: its selection, and what its tabs share.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Sets the boxes of the "Delete Users" tab from the settings. Once a session.
 void MultiUser_Initialize(Desktop& session);

@@ -5,13 +5,11 @@
 
 #include "batch/property_order.hpp"
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The tab "AD Properties": one property of many users, from the field `AD_CHANGE` or from a file of lines
 /// "Username,ADValue".
 namespace twk::windows {
+
+struct Desktop;
 
 /// Makes `AD_Properties` ready for the session's domain: filled once for a directory, empty in a WinNT
 /// domain. A schema that cannot be read is reported in a box, and what was read stays.

@@ -2,12 +2,10 @@
 
 #include <string_view>
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// The window `frmADOptions`: how a directory is loaded. A change takes effect at the next load.
 namespace twk::windows {
+
+struct Desktop;
 
 /// Shows what is stored, or the defaults.
 void frmADOptions_Load(Desktop& session);

@@ -2,12 +2,10 @@
 
 #include <string_view>
 
-namespace twk::windows {
-struct Desktop;
-}
-
 /// Finding a user: in Active Directory through the window `frmFindW2KUser`, in a WinNT domain in the tree.
 namespace twk::windows {
+
+struct Desktop;
 
 /// The command of the toolbar.
 void Find_User(Desktop& session);

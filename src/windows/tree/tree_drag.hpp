@@ -3,12 +3,11 @@
 namespace twk::controls {
 struct TreeNode;
 }
-namespace twk::windows {
-struct Desktop;
-}
 
 /// Moving a user to another OU by dragging its node, in Active Directory.
 namespace twk::windows {
+
+struct Desktop;
 
 /// True when the node is a user that can be moved; the drag then begins.
 bool begin_drag(Desktop& session, const controls::TreeNode& node);
