@@ -227,8 +227,11 @@ int import_users(Context& context, const ImportArguments& arguments) {
   session::Session& session = context.session(Depth::kDomain);
   batch::ImportOrder order = batch::stored_order(session);
   choose_place(context, session, arguments.place, order.user);
-  if (const std::string fault = batch::refused_place(session, order.user); !fault.empty())
-    throw Refused(fault);
+  if (const std::string fault = batch::refused_place(session, order.user); !fault.empty()) {
+    session.platform.dialogs.MsgBox(fault, platform::Buttons::kOk, platform::Icon::kCritical,
+                                    "Can't Import Users");
+    return kExitRed;
+  }
   set_halts(order, arguments);
   order.user.Description = arguments.description;
   set_expiry(session, arguments, order.user.Expiry);
