@@ -14,12 +14,12 @@
 #include <memory>
 #include <vector>
 
-#include "live/domain/discover_domains.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/activity_log.hpp"
-#include "world/live_ground.hpp"
+#include "world/real_domains.hpp"
+#include "world/stored_connection.hpp"
 
 namespace twk::app {
 namespace {
@@ -172,7 +172,7 @@ class ConnectionWindow final : public QDialog {
   }
 
   void fill(const world::ConnectionOptions& options) {
-    for (const std::string& domain : live::discover_domains())
+    for (const std::string& domain : world::real_domains().discover())
       domain_->addItem(screens::to_qt(domain));
     if (!options.domain.empty())
       domain_->setEditText(screens::to_qt(options.domain));
@@ -293,7 +293,8 @@ std::optional<ChosenConnection> choose_connection(const world::ConnectionOptions
                                                   const ConnectionTest& test) {
   const auto usual = [](const live::LiveSettings& settings, const live::Prompts& prompts,
                         const std::function<void(const CheckStep&)>& tell) {
-    return live::check_connection(settings, prompts, world::stored_unit(live::user_folders()), tell);
+    return world::real_domains().check_connection(settings, prompts, world::stored_unit(live::user_folders()),
+                                                  tell);
   };
   ConnectionWindow window(options, problem, parent, test ? test : ConnectionTest(usual));
   if (window.exec() != QDialog::Accepted)

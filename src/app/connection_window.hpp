@@ -5,7 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "live/domain/connection_check.hpp"
+#include "live/terms/check_step.hpp"
+#include "live/terms/prompts.hpp"
 #include "world/connection_options.hpp"
 
 class QWidget;
@@ -19,7 +20,7 @@ struct ChosenConnection {
   bool without_domain = false;  ///< continue although the domain does not answer
 };
 
-/// Tests a connection as `live::check_connection` does; replaced in tests.
+/// Tests a connection as `RealDomains::check_connection` does; replaced in tests.
 using ConnectionTest = std::function<std::vector<live::CheckStep>(
     const live::LiveSettings& settings, const live::Prompts& prompts,
     const std::function<void(const live::CheckStep&)>& tell)>;

@@ -28,7 +28,7 @@
 #include "session/log_tab.hpp"
 #include "windows/start_up.hpp"
 #include "windows/state/form1.hpp"
-#include "world/live_ground.hpp"
+#include "world/stored_connection.hpp"
 #include "world/world.hpp"
 
 namespace twk::app {

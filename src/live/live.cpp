@@ -11,17 +11,8 @@
 #include "local/registry_file.hpp"
 #include "local/system_clock.hpp"
 #include "local/system_process.hpp"
-#include "local/user_folders.hpp"
 
 namespace twk::live {
-
-Folders user_folders() {
-  return {local::user_config_folder(), local::user_data_folder()};
-}
-
-std::string registry_folder(const Folders& folders) {
-  return folders.config + "/settings";
-}
 
 struct Live::Services {
   Services(LiveSettings settings, Prompts prompts, const Folders& folders)

@@ -24,6 +24,14 @@ std::string escape_filter_value(std::string_view text) {
   return out;
 }
 
+std::string escape_filter_bytes(const base::Bytes& bytes) {
+  std::string out;
+  out.reserve(bytes.size() * 3);
+  for (const std::uint8_t byte : bytes)
+    append_hex(out, static_cast<char>(byte));
+  return out;
+}
+
 std::string escape_dn_value(std::string_view text) {
   static constexpr std::string_view kSpecial = ",+\"\\<>;=";
   std::string out;

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "live/logon/live_settings.hpp"
+#include "live/terms/live_settings.hpp"
 #include "platform/registry.hpp"
 
 /// How to reach a real domain, as a person writes it: options of the command line, fields of a window, and

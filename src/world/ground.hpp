@@ -8,11 +8,10 @@
 namespace twk::lab {
 class Lab;
 }
-namespace twk::live {
-class Live;
-}
 
 namespace twk::world {
+
+class RealDomain;
 
 /// The names of a world's domain.
 struct DomainNames {
@@ -44,7 +43,7 @@ class Ground {
 
   /// None for another kind.
   [[nodiscard]] virtual lab::Lab* lab() { return nullptr; }
-  [[nodiscard]] virtual live::Live* live() { return nullptr; }
+  [[nodiscard]] virtual RealDomain* real() { return nullptr; }
 };
 
 }  // namespace twk::world

@@ -11,11 +11,7 @@
 #include "base/text.hpp"
 #include "lab/making/lab_create.hpp"
 #include "lab/store/ldif.hpp"
-#include "live/domain/change_password_right.hpp"
 #include "local/replace_file.hpp"
-#include "platform/adsi.hpp"
-#include "platform/directory.hpp"
-#include "platform/security.hpp"
 
 namespace twk::world {
 namespace {
@@ -54,8 +50,7 @@ constexpr std::size_t kMostServers = 50;
 constexpr std::size_t kLongestServer = 15;  // of a NetBIOS name, which a server of a lab has
 
 std::vector<std::string> wanted_attributes() {
-  std::vector<std::string> names = {"minPwdLength", "pwdProperties", "lockoutThreshold",
-                                    live::kDescriptorAttribute};
+  std::vector<std::string> names = {"minPwdLength", "pwdProperties", "lockoutThreshold"};
   for (const ads::AttributeSchema& attribute : ads::all_attributes()) {
     if (std::find(kLeftOut.begin(), kLeftOut.end(), attribute.name) == kLeftOut.end())
       names.emplace_back(attribute.name);
@@ -65,19 +60,14 @@ std::vector<std::string> wanted_attributes() {
 
 class Copy {
  public:
-  explicit Copy(live::LiveDomain& domain) : domain_(domain) {}
+  explicit Copy(RealDomain& domain) : domain_(domain), names_(domain.directory_names()) {}
 
   /// False when `progress` asks to stop.
   bool read(const std::function<bool(std::size_t)>& progress) {
-    live::LdapSearch search;
-    search.base = domain_.root_dn();
-    search.filter = kWanted;
-    search.attributes = wanted_attributes();
-    search.descriptor_parts = platform::security_information::kDacl;
-    const std::string system = "," + ads::normalize_dn("CN=System," + domain_.root_dn());
+    const std::string system = "," + ads::normalize_dn("CN=System," + names_.root_dn);
     bool going_on = true;
     std::size_t count = 0;
-    domain_.ldap().search(search, [&](live::LdapEntry&& entry) {
+    domain_.read(std::string(kWanted), wanted_attributes(), [&](RealDomain::Entry&& entry) {
       if (!(ads::normalize_dn(entry.dn)).ends_with(system))
         take(std::move(entry));
       going_on = progress(++count);
@@ -99,8 +89,8 @@ class Copy {
 
   [[nodiscard]] lab::LabPlan plan() {
     lab::LabPlan plan;
-    plan.domain = base::lower(domain_.settings().domain);
-    plan.netbios = domain_.netbios();
+    plan.domain = base::lower(names_.domain);
+    plan.netbios = names_.netbios;
     plan.kind = value_of_domain("nTMixedDomain") == 1 ? lab::DomainKind::kMixed : lab::DomainKind::kNative;
     plan.users = plan.groups = plan.ous = 0;
     plan.exchange.reset();
@@ -112,7 +102,7 @@ class Copy {
 
   [[nodiscard]] lab::LabConfig configuration(const lab::LabConfig& made) {
     lab::LabConfig config = made;
-    const std::string& host = domain_.controller();
+    const std::string& host = names_.controller;
     config.controller = base::upper(host.substr(0, host.find('.')));
     config.passwords.minimum_length = value_of_domain("minPwdLength");
     config.passwords.complexity = (value_of_domain("pwdProperties") & kComplexPasswords) != 0;
@@ -128,38 +118,18 @@ class Copy {
     lab::LdifRecord record;
   };
 
-  void take(live::LdapEntry&& entry) {
+  void take(RealDomain::Entry&& entry) {
     Item item;
     item.key = ads::normalize_dn(entry.dn);
     item.depth = ads::split_dn(entry.dn).size();
-    note_change_of_password(entry);
-    for (live::LdapAttribute& attribute : entry.attributes) {
-      // A long list comes in ranges: "member;range=0-1499".
-      if (base::starts_with_fold(attribute.name, "member;range="))
-        attribute = {"member", live::read_links(domain_.ldap(), entry.dn, "member")};
+    for (lab::LdifAttribute& attribute : entry.attributes) {
       if (!attribute.values.empty() && attribute.name.find(';') == base::npos) {
-        note_server({attribute.name, attribute.values});
-        item.record.attributes.push_back({std::move(attribute.name), std::move(attribute.values)});
+        note_server(attribute);
+        item.record.attributes.push_back(std::move(attribute));
       }
     }
     item.record.dn = std::move(entry.dn);
     items_.push_back(std::move(item));
-  }
-
-  /// In a lab, "cannot change password" is a flag and not an access list.
-  static void note_change_of_password(live::LdapEntry& entry) {
-    bool denied = false;
-    base::Trap not_a_descriptor;
-    not_a_descriptor(
-        [&] { denied = live::denies_change_of_password(entry.first(live::kDescriptorAttribute)); });
-    for (live::LdapAttribute& attribute : entry.attributes) {
-      if (denied && base::equals_fold(attribute.name, "userAccountControl"))
-        attribute.values = {
-            base::to_text(base::val(attribute.values.front()) | platform::kFlagCannotChangePassword)};
-    }
-    std::erase_if(entry.attributes, [](const live::LdapAttribute& attribute) {
-      return base::equals_fold(attribute.name, live::kDescriptorAttribute);
-    });
   }
 
   /// A rehearsal makes folders where the real ones are: "FS1" of "\\FS1\Users\jo". A lab's server cannot
@@ -183,7 +153,7 @@ class Copy {
   void put_into_order() {
     std::stable_sort(items_.begin(), items_.end(),
                      [](const Item& a, const Item& b) { return a.depth < b.depth; });
-    const std::string root = ads::normalize_dn(domain_.root_dn());
+    const std::string root = ads::normalize_dn(names_.root_dn);
     std::unordered_set<std::string> there;
     std::erase_if(items_, [&](const Item& item) {
       const bool fits =
@@ -218,7 +188,8 @@ class Copy {
     return 0;
   }
 
-  live::LiveDomain& domain_;
+  RealDomain& domain_;
+  RealDomain::Names names_;
   std::vector<Item> items_;
   Snapshot counts_;
   std::set<std::string> servers_ = {"FS1"};
@@ -226,10 +197,8 @@ class Copy {
 
 }  // namespace
 
-std::optional<Snapshot> take_snapshot(live::LiveDomain& domain, const std::filesystem::path& folder,
+std::optional<Snapshot> take_snapshot(RealDomain& domain, const std::filesystem::path& folder,
                                       const std::function<bool(std::size_t entries)>& progress) {
-  if (!domain.has_directory())
-    base::raise(platform::ads_error::kNotImplementedByProvider, "An NT domain has no directory to copy");
   Copy copy(domain);
   if (!copy.read(progress))
     return std::nullopt;

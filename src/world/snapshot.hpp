@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "live/domain/live_domain.hpp"
+#include "world/real_domains.hpp"
 
 namespace twk::world {
 
@@ -25,7 +25,7 @@ struct Snapshot {
 ///
 /// `progress` gets the number of entries read so far, and says whether to continue; None when it does not.
 /// Raises what the directory and `lab::create_lab` raise; no lab is left behind then.
-std::optional<Snapshot> take_snapshot(live::LiveDomain& domain, const std::filesystem::path& folder,
+std::optional<Snapshot> take_snapshot(RealDomain& domain, const std::filesystem::path& folder,
                                       const std::function<bool(std::size_t entries)>& progress);
 
 }  // namespace twk::world

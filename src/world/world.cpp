@@ -4,11 +4,29 @@
 #include "platform/directory.hpp"
 #include "session/settings.hpp"
 #include "world/lab_ground.hpp"
-#include "world/live_ground.hpp"
+#include "world/real_domains.hpp"
 #include "world/run_registry.hpp"
+#include "world/stored_connection.hpp"
 
 namespace twk::world {
 namespace {
+
+/// Options that `live_settings` refuses make a world that cannot be connected, in which settings can be
+/// corrected.
+std::unique_ptr<Ground> make_real_ground(const ConnectionOptions& options, live::Prompts prompts,
+                                         const live::Folders& folders) {
+  live::LiveSettings settings;
+  std::optional<base::RuntimeError> refusal;
+  try {
+    settings = live_settings(options);
+  } catch (const base::RuntimeError& failure) {
+    refusal = failure;
+    settings.domain = options.domain;
+    // Nobody logs on in another way than intended.
+    settings.logon = live::LiveSettings::Logon::kPassword;
+  }
+  return real_domains().make_ground(std::move(settings), std::move(prompts), folders, std::move(refusal));
+}
 
 std::string root_key(std::string_view sub_key) {
   return std::string(session::kTree) + "\\" + std::string(sub_key);
@@ -46,9 +64,9 @@ lab::Lab& World::lab() {
   base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a lab, not a real domain");
 }
 
-live::Live& World::live() {
-  if (live::Live* const live = ground_->live())
-    return *live;
+RealDomain& World::real() {
+  if (RealDomain* const real = ground_->real())
+    return *real;
   base::raise(platform::ads_error::kNotImplementedByProvider, "This needs a real domain, not a lab");
 }
 
@@ -80,7 +98,7 @@ std::unique_ptr<World> make_live_world(const ConnectionOptions& given, live::Pro
   const ConnectionOptions wanted = wanted_connection(folders, given);
   if (says_anything(given))
     live_settings(wanted);
-  return std::make_unique<World>(make_live_ground(wanted, std::move(prompts), folders), dialogs);
+  return std::make_unique<World>(make_real_ground(wanted, std::move(prompts), folders), dialogs);
 }
 
 bool may_be_lab(const std::filesystem::path& folder) {

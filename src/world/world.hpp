@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "lab/services/lab.hpp"
-#include "live/live.hpp"
+#include "live/terms/prompts.hpp"
 #include "platform/platform.hpp"
 #include "world/connection_options.hpp"
 #include "world/ground.hpp"
@@ -32,7 +32,8 @@ class World {
   [[nodiscard]] bool is_lab() { return ground_->lab() != nullptr; }
   /// Raises kNotImplementedByProvider in a world that is not a lab.
   lab::Lab& lab();
-  live::Live& live();
+  /// Raises the same in a lab.
+  RealDomain& real();
   /// The services of the world, valid as long as it is.
   [[nodiscard]] const platform::Platform& services() const { return services_; }
   /// The registry as stored.

@@ -3,7 +3,7 @@
 #include "app/app_test.hpp"
 #include "app/program.hpp"
 #include "screens/main/main_window.hpp"
-#include "world/live_ground.hpp"
+#include "world/stored_connection.hpp"
 
 namespace twk::test {
 namespace {

@@ -11,6 +11,7 @@
 #include "local/refused_writes.hpp"
 #include "support/run_program.hpp"
 #include "support/temporary_directory.hpp"
+#include "world/real_domains.hpp"
 #include "world/snapshot.hpp"
 
 /// Logging on to the controller that `with-domain` started, and every way in which that fails.
@@ -310,9 +311,11 @@ TEST(EndedTicket, IsReportedDuringTheWorkAndARenewedOneIsUsed) {
 }
 
 TEST(Snapshot, ThatIsStoppedLeavesNothingBehind) {
-  LiveDomain domain(live_settings());
   const TemporaryDirectory folder;
-  EXPECT_FALSE(world::take_snapshot(domain, folder / "lab", [](std::size_t entries) { return entries < 5; }));
+  const auto ground =
+      world::real_domains().make_ground(live_settings(), {}, {folder / "config", folder / "data"}, {});
+  EXPECT_FALSE(
+      world::take_snapshot(*ground->real(), folder / "lab", [](std::size_t entries) { return entries < 5; }));
   EXPECT_FALSE(std::filesystem::exists(folder / "lab"));
 }
 

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Reads from both programs how they were built: what makes a fault hard to use has to be in them, and no copy of a
-variable of Qt, which Qt itself does not look at.
+"""Reads from both programs and their module how they were built: what makes a fault hard to use has to be in them, and no
+copy of a variable of Qt, which Qt itself does not look at.
 
     hardening_test.py PATH-OF-TWK
 """
@@ -17,7 +17,7 @@ def missing_in(program):
     header, segments, dynamic, symbols, relocations = (
         read(option) for option in ("--file-header", "--segments", "--dynamic", "--dyn-syms", "--relocs"))
     wanted = {
-        "position-independent": re.search(r"Type:\s+DYN", header) and "INTERP" in segments,
+        "position-independent": re.search(r"Type:\s+DYN", header) and ("INTERP" in segments or program.endswith(".so")),
         "relocations read-only, all bound at the start": "GNU_RELRO" in segments and re.search(r"BIND_NOW|Flags:.* NOW", dynamic),
         "no executable stack": re.search(r"GNU_STACK.* RW ", segments),
         "stack protector": "__stack_chk_fail" in symbols,
@@ -31,6 +31,7 @@ def missing_in(program):
 
 twk = sys.argv[1]
 tarnwick = re.sub("twk$", "tarnwick", twk)
-faults = [f"{program} lacks: {'; '.join(missing)}" for program in (twk, tarnwick) if (missing := missing_in(program))]
+module = re.sub("bin/twk$", "lib/tarnwick/real_domains.so", twk)
+faults = [f"{program} lacks: {'; '.join(missing)}" for program in (twk, tarnwick, module) if (missing := missing_in(program))]
 if faults:
     sys.exit("\n".join(faults))

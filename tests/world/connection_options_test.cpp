@@ -4,7 +4,7 @@
 #include "local/registry_file.hpp"
 #include "session/settings.hpp"
 #include "support/temporary_directory.hpp"
-#include "world/live_ground.hpp"
+#include "world/stored_connection.hpp"
 
 namespace twk::test {
 namespace {

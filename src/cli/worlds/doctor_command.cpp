@@ -3,9 +3,9 @@
 #include "cli/frame/context.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "live/domain/connection_check.hpp"
 #include "session/settings.hpp"
-#include "world/live_ground.hpp"
+#include "world/real_domains.hpp"
+#include "world/stored_connection.hpp"
 
 namespace twk::cli {
 namespace {
@@ -37,7 +37,7 @@ int examine(Context& context) {
     throw UsageError(failure.description());
   }
   Output& output = context.output();
-  const auto steps = live::check_connection(
+  const auto steps = world::real_domains().check_connection(
       settings, context.prompts(), world::stored_unit(folders), [&](const CheckStep& step) {
         output.result(
             {{"step", step.name}, {"outcome", live::outcome_word(step.outcome)}, {"detail", step.detail}},

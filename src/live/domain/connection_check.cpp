@@ -137,38 +137,10 @@ class Check {
 
 }  // namespace
 
-std::string_view outcome_word(StepOutcome outcome) {
-  switch (outcome) {
-    case StepOutcome::kPassed:
-      return "passed";
-    case StepOutcome::kWarning:
-      return "warning";
-    case StepOutcome::kFailed:
-      return "failed";
-    case StepOutcome::kSkipped:
-      break;
-  }
-  return "skipped";
-}
-
-const std::vector<std::string>& check_step_names() {
-  static const std::vector<std::string> names = {"name look-up", "port", "TLS", "ticket", "bind", "rights"};
-  return names;
-}
-
 std::vector<CheckStep> check_connection(const LiveSettings& settings, const Prompts& prompts,
                                         const std::string& place,
                                         const std::function<void(const CheckStep&)>& tell) {
   return Check(settings, prompts, place, tell).run();
-}
-
-StepOutcome worst_outcome(const std::vector<CheckStep>& steps) {
-  StepOutcome worst = StepOutcome::kPassed;
-  for (const CheckStep& step : steps) {
-    if (step.outcome != StepOutcome::kSkipped && step.outcome > worst)
-      worst = step.outcome;
-  }
-  return worst;
 }
 
 }  // namespace twk::live

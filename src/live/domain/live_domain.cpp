@@ -40,14 +40,6 @@ std::string dns_name(std::string_view dn) {
   return name;
 }
 
-/// "\01\05…": every byte of a filter's value as RFC 4515 escapes it.
-std::string escape_bytes(const base::Bytes& bytes) {
-  std::string text;
-  for (const std::uint8_t byte : bytes)
-    text += "\\" + base::hex_byte(byte);
-  return text;
-}
-
 }  // namespace
 
 LiveDomain::LiveDomain(LiveSettings settings, Prompts prompts)
@@ -192,7 +184,7 @@ std::optional<LdapEntry> LiveDomain::find_sid(const platform::Sid& sid,
                                               const std::vector<std::string>& attributes) {
   LdapSearch search;
   search.base = root_dn();
-  search.filter = "(objectSid=" + escape_bytes(sid.bytes()) + ")";
+  search.filter = "(objectSid=" + platform::escape_filter_bytes(sid.bytes()) + ")";
   search.attributes = attributes;
   std::optional<LdapEntry> found;
   ldap().search(search, [&](LdapEntry&& entry) {

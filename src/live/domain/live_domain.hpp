@@ -10,8 +10,8 @@
 #include "live/ldap/ldap_connection.hpp"
 #include "live/ldap/live_schema.hpp"
 #include "live/ldap/subschema.hpp"
-#include "live/logon/live_settings.hpp"
 #include "live/rpc/live_rpc.hpp"
+#include "live/terms/live_settings.hpp"
 #include "platform/sid.hpp"
 
 namespace twk::live {

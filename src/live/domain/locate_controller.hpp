@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "live/logon/live_settings.hpp"
+#include "live/terms/live_settings.hpp"
 
 namespace twk::live {
 

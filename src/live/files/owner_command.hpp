@@ -1,7 +1,7 @@
 #pragma once
 
 #include "live/files/smb_path.hpp"
-#include "live/logon/live_settings.hpp"
+#include "live/terms/live_settings.hpp"
 #include "platform/sid.hpp"
 
 namespace twk::live {

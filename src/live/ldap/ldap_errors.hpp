@@ -4,13 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "live/terms/error_numbers.hpp"
+
 struct ldap;
 
 namespace twk::live {
-
-/// For a request that was abandoned because the person asked to stop; the classic runtime's number of an
-/// interrupt by the user.
-inline constexpr std::uint32_t kStopped = 18;
 
 /// For invalid answers: ERROR_DS_PROTOCOL_ERROR of [MS-ERREF] 2.2.
 inline constexpr std::uint32_t kProtocolError = 0x80072021;

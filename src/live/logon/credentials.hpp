@@ -1,27 +1,16 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "base/errors.hpp"
 #include "base/secret.hpp"
-#include "live/logon/live_settings.hpp"
 #include "live/logon/ticket.hpp"
+#include "live/terms/live_settings.hpp"
+#include "live/terms/prompts.hpp"
 
 namespace twk::live {
-
-/// Callbacks for the connections of a domain. All may be empty.
-struct Prompts {
-  /// Asks for the password of that user; none when nobody entered one.
-  std::function<std::optional<std::string>(const std::string& user)> password;
-  /// Receives what happened to the logon during the work: a ticket that expired or was renewed, a server that
-  /// went away.
-  std::function<void(const std::string& text)> tell;
-  /// True when the person asks to stop.
-  std::function<bool()> is_stopped = {};
-};
 
 /// How one person logs on to the servers of a domain. All connections share it, so that a password is
 /// asked for once and a ticket is got once.

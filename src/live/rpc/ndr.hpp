@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/bytes.hpp"
+#include "live/terms/error_numbers.hpp"
 
 /// Arguments of remote calls as bytes, NDR of [C706] chapter 14, little-endian: numbers of 4 bytes at a
 /// multiple of 4; a text as three numbers (room, offset 0, length, both in characters including the final
@@ -49,8 +50,5 @@ class NdrReader {
   std::span<const std::uint8_t> bytes_;
   std::size_t at_ = 0;
 };
-
-/// RPC_X_BAD_STUB_DATA, [MS-ERREF] 2.2.
-inline constexpr std::uint32_t kBadStub = 1783;
 
 }  // namespace twk::live

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "live/live.hpp"
-#include "live/logon/credentials.hpp"
+#include <string>
+
+#include "live/terms/user_folders.hpp"
 #include "world/connection_options.hpp"
-#include "world/ground.hpp"
 
 namespace twk::world {
 
@@ -18,10 +18,5 @@ ConnectionOptions wanted_connection(const live::Folders& folders, const Connecti
 
 /// The unit that the person's work is limited to, where new accounts go; empty for the whole domain.
 std::string stored_unit(const live::Folders& folders);
-
-/// The domain is not queried yet. Options that `live_settings` refuses make a world that cannot be connected,
-/// in which settings can be corrected.
-std::unique_ptr<Ground> make_live_ground(const ConnectionOptions& options, live::Prompts prompts,
-                                         const live::Folders& folders);
 
 }  // namespace twk::world
