@@ -160,7 +160,8 @@ TEST_F(TreeCommands, OptionsAreDescribedCheckedAndStored) {
   expect_window([this](QWidget& shown) {
     auto* const text = find<QLabel>("txtDescription", &shown);
     find<QRadioButton>("UseLDAP", &shown)->setFocus();
-    EXPECT_TRUE(text->text().startsWith("Tells TWK to use a Global catalog server"));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return text->text().startsWith("Tells TWK to use a Global catalog server"); }));
     for (const char* const option :
          {"UseLDAP", "LoadAllUsersoption", "Sortoff", "SkipUsers", "SkipGroups", "TemplateGroups"})
       click(option, &shown);
