@@ -134,6 +134,10 @@ std::string map_codes(std::string_view text, Map map) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
+    if (static_cast<unsigned char>(text[at]) < 0x80) {
+      out.push_back(static_cast<char>(map(static_cast<unsigned char>(text[at++]))));
+      continue;
+    }
     const Decoded one = decode_at(text, at);
     if (one.valid) {
       append_utf8(out, map(one.code));

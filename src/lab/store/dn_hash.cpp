@@ -30,6 +30,10 @@ std::string folded_key(std::string_view text) {
   return key;
 }
 
+bool is_simple_name(std::string_view name) {
+  return std::none_of(name.begin(), name.end(), [](char c) { return c == '\\' || c == '"'; });
+}
+
 std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed) {
   for (const char c : bytes)
     seed = (seed ^ static_cast<unsigned char>(c)) * kPrime;
@@ -53,7 +57,7 @@ std::uint64_t mix_hash(std::uint64_t a, std::uint64_t b) {
 }
 
 std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
-  if (rdn.find_first_of("\\\"") != base::npos) {
+  if (!is_simple_name(rdn)) {
     const ads::Rdn parts = ads::parse_rdn(rdn);
     return mix_hash(parent, hash_folded(parts.value, hash_folded(parts.type)));
   }
@@ -65,6 +69,19 @@ std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
 }
 
 std::uint64_t hash_dn(std::string_view dn) {
+  if (is_simple_name(dn)) {
+    std::uint64_t hash = kHashSeed;
+    for (std::string_view rest = dn; !rest.empty();) {
+      const std::size_t comma = rest.rfind(',');
+      const std::string_view part = base::trim(comma == base::npos ? rest : rest.substr(comma + 1));
+      if (part.find('=') == base::npos || part.front() == '=' || comma == 0)
+        break;
+      hash = hash_below(hash, part);
+      if (comma == base::npos)
+        return hash;
+      rest = rest.substr(0, comma);
+    }
+  }
   const std::vector<std::string_view> parts = ads::split_dn(dn);
   std::uint64_t hash = kHashSeed;
   for (auto part = parts.rbegin(); part != parts.rend(); ++part)

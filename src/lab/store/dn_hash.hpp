@@ -17,6 +17,8 @@ std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed = kHashSeed)
 std::uint64_t hash_folded(std::string_view text, std::uint64_t seed = kHashSeed);
 std::uint64_t mix_hash(std::uint64_t a, std::uint64_t b);
 
+/// Without escapes and quotes, so that every comma parts it.
+bool is_simple_name(std::string_view name);
 /// The hash of the name "<rdn>,<parent>". Raises kInvalidDn.
 std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn);
 /// The hash of a whole name, from the root down; kHashSeed for the empty name. Raises kInvalidDn.

@@ -60,10 +60,6 @@ struct Node {
   std::array<Link*, 2> last_link{};
 
   HashHook<Node> by_dn;
-  HashHook<Node> by_account;
-  HashHook<Node> by_principal;
-  HashHook<Node> by_sid;
-  HashHook<Node> by_primary_group;
   std::size_t slot = 0;        ///< position in the tree's list of nodes
   std::uint64_t sequence = 0;  ///< grows with each entry added
 };

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
+#include "lab/store/content_loader.hpp"
 #include "lab/store/entry_tree.hpp"
 #include "lab/store/journal.hpp"
 #include "lab/store/posix_file.hpp"
@@ -16,6 +18,7 @@ namespace twk::lab {
 namespace {
 
 constexpr std::uint64_t kFoldSize = 16U << 20U;
+constexpr std::size_t kReadSize = 1U << 20U;
 
 bool same_file(const std::optional<struct stat>& a, const std::optional<struct stat>& b) {
   if (!a || !b)
@@ -61,6 +64,7 @@ class EntryStore::Implementation {
 
   [[nodiscard]] const EntryTree& tree() const { return *tree_; }
   [[nodiscard]] std::uint64_t readings() const { return readings_; }
+  [[nodiscard]] std::uint64_t version() const { return readings_ + writings_; }
 
  private:
   class Lock;
@@ -87,6 +91,7 @@ class EntryStore::Implementation {
   bool is_writing_ = false;
   int batches_ = 0;
   std::uint64_t readings_ = 0;
+  std::uint64_t writings_ = 0;
 };
 
 /// Sets a flag for a scope.
@@ -193,11 +198,25 @@ void EntryStore::Implementation::read_ldif_file() {
   ldif_status_ = status_of(ldif_path_);
   if (!ldif_status_)
     return;
+  ++readings_;
   const PosixFile file(ldif_path_, O_RDONLY);
   ldif_status_ = file.status();
-  const std::string text = file.read_from(0);
-  generation_ = generation_of(text);
-  replay(text, 1, ldif_path_);
+  ContentLoader loader(*tree_);
+  std::string text;
+  std::uint64_t offset = 0;
+  bool is_last = false;
+  while (!is_last) {
+    // Twice as much of a record that is longer than that.
+    const std::string more = file.read(offset, std::max(kReadSize, text.size()));
+    is_last = more.empty();
+    if (offset == 0)
+      generation_ = generation_of(more);
+    offset += more.size();
+    text += more;
+    text.erase(0, loader.take(text, is_last));
+    if (loader.is_stuck())
+      return replay(text + file.read_from(offset), loader.line(), ldif_path_);
+  }
 }
 
 void EntryStore::Implementation::read_journal() {
@@ -242,6 +261,7 @@ void EntryStore::Implementation::write(const LdifRecord& record, const Guard& gu
   append_ldif(text, record);
   text.pop_back();
   journal_.append(text, batches_ == 0);
+  ++writings_;
   tree_->apply(std::move(change));
 }
 
@@ -308,6 +328,10 @@ void EntryStore::refresh() {
 
 std::uint64_t EntryStore::readings() const {
   return files().readings();
+}
+
+std::uint64_t EntryStore::version() const {
+  return files().version();
 }
 
 const Entry* EntryStore::find(std::string_view dn) const {

@@ -44,6 +44,9 @@ class EntryStore {
   /// between.
   [[nodiscard]] std::uint64_t readings() const;
 
+  /// A number that is another one after each change of the entries, by this session or others.
+  [[nodiscard]] std::uint64_t version() const;
+
   // Look-up, without a search through all entries. `find` raises kInvalidDn for text that is no name; of
   // several entries with the same key, any is found.
 

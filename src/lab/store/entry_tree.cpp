@@ -13,6 +13,14 @@ std::uint64_t pair_hash(const Node& group, const Node& member) {
   return mix_hash(group.sequence, member.sequence);
 }
 
+std::uint64_t folded_hash(std::string_view value) {
+  return hash_folded(value);
+}
+
+std::uint64_t byte_hash(std::string_view value) {
+  return hash_bytes(value);
+}
+
 }  // namespace
 
 const Node* next_below(const Node& node, const Node& top) {
@@ -25,11 +33,11 @@ const Node* next_below(const Node& node, const Node& top) {
 }
 
 EntryTree::EntryTree()
-    : account_id_(pool_.intern("sAMAccountName")),
-      principal_id_(pool_.intern("userPrincipalName")),
-      sid_id_(pool_.intern("objectSid")),
-      primary_group_id_(pool_.intern("primaryGroupID")),
-      top_(pool_) {
+    : top_(pool_),
+      by_account_{pool_.intern("sAMAccountName"), folded_hash},
+      by_principal_{pool_.intern("userPrincipalName"), folded_hash},
+      by_sid_{pool_.intern("objectSid"), byte_hash},
+      by_primary_group_{pool_.intern("primaryGroupID"), byte_hash} {
   top_.by_dn.hash = kHashSeed;
 }
 
@@ -49,32 +57,51 @@ std::string_view EntryTree::first_value(const Node& node, AttributeId id) const 
   return found;
 }
 
+void EntryTree::build(ValueIndex& index) const {
+  index.is_built = true;
+  std::vector<std::pair<std::pair<std::uint64_t, std::uint64_t>, Node*>> found;
+  for (const std::unique_ptr<Node>& node : nodes_) {
+    if (const auto value = first_value(*node, index.id); value.data() != nullptr)
+      found.emplace_back(std::pair(index.hash(value), node->sequence), node.get());
+  }
+  std::sort(found.begin(), found.end());
+  index.nodes = {found.begin(), found.end()};
+}
+
+template <typename Visit>
+Node* EntryTree::find_value(ValueIndex& index, std::string_view value, Visit visit) const {
+  if (!index.is_built)
+    build(index);
+  const std::uint64_t hash = index.hash(value);
+  for (auto at_hash = index.nodes.lower_bound({hash, 0});
+       at_hash != index.nodes.end() && at_hash->first.first == hash; ++at_hash) {
+    if (visit(*at_hash->second, first_value(*at_hash->second, index.id)))
+      return at_hash->second;
+  }
+  return nullptr;
+}
+
 Node* EntryTree::find_account(std::string_view name) const {
-  return by_account_.find(hash_folded(name), [&](const Node& node) {
-    return base::equals_fold(first_value(node, account_id_), name);
-  });
+  return find_value(by_account_, name,
+                    [&](const Node&, std::string_view value) { return base::equals_fold(value, name); });
 }
 
 Node* EntryTree::find_principal(std::string_view name) const {
-  return by_principal_.find(hash_folded(name), [&](const Node& node) {
-    return base::equals_fold(first_value(node, principal_id_), name);
-  });
+  return find_value(by_principal_, name,
+                    [&](const Node&, std::string_view value) { return base::equals_fold(value, name); });
 }
 
 Node* EntryTree::find_sid(std::string_view bytes) const {
-  return by_sid_.find(hash_bytes(bytes),
-                      [&](const Node& node) { return first_value(node, sid_id_) == bytes; });
+  return find_value(by_sid_, bytes, [&](const Node&, std::string_view value) { return value == bytes; });
 }
 
 std::vector<const Node*> EntryTree::with_primary_group(std::string_view rid) const {
   std::vector<const Node*> found;
-  by_primary_group_.find(hash_bytes(rid), [&](const Node& node) {
-    if (first_value(node, primary_group_id_) == rid)
+  find_value(by_primary_group_, rid, [&](const Node& node, std::string_view value) {
+    if (value == rid)
       found.push_back(&node);
     return false;
   });
-  std::sort(found.begin(), found.end(),
-            [](const Node* a, const Node* b) { return a->sequence < b->sequence; });
   return found;
 }
 
@@ -104,6 +131,7 @@ void EntryTree::apply(Change change) {
       remove(*change.node);
       break;
     case ChangeType::kModify:
+      forget_keys(*change.node);
       change.node->block = std::move(change.block);
       index_keys(*change.node);
       apply_links(*change.node, change.links);
@@ -116,17 +144,36 @@ void EntryTree::apply(Change change) {
 
 void EntryTree::add(Change& change) {
   Node& node = *change.fresh;
-  node.slot = nodes_.size();
-  node.sequence = ++last_sequence_;
-  nodes_.push_back(std::move(change.fresh));
-  hang_in(node, change.parent != nullptr ? *change.parent : top_);
   const std::uint64_t hash = change.parent != nullptr
                                  ? hash_below(change.parent->by_dn.hash, ads::first_rdn(node.dn))
                                  : hash_dn(node.dn);
-  by_dn_.insert(node, hash);
-  index_keys(node);
+  put_in(std::move(change.fresh), change.parent != nullptr ? *change.parent : top_, hash);
   apply_links(node, change.links);
   settle(node);
+}
+
+bool EntryTree::add_packed(Node& parent, std::string_view rdn, std::string_view block) {
+  auto fresh = std::make_unique<Node>(pool_);
+  Node& node = *fresh;
+  node.dn.reserve(rdn.size() + 1 + parent.dn.size());
+  node.dn.append(rdn).append(1, ',').append(parent.dn);
+  const std::uint64_t hash = hash_below(parent.by_dn.hash, rdn);
+  if (by_dn_.find(hash, [&](const Node& other) { return same_dn(other.dn, node.dn); }) != nullptr)
+    return false;
+  node.block = block;
+  put_in(std::move(fresh), parent, hash);
+  settle(node);
+  return true;
+}
+
+void EntryTree::put_in(std::unique_ptr<Node> fresh, Node& parent, std::uint64_t hash) {
+  Node& node = *fresh;
+  node.slot = nodes_.size();
+  node.sequence = ++last_sequence_;
+  nodes_.push_back(std::move(fresh));
+  hang_in(node, parent);
+  by_dn_.insert(node, hash);
+  index_keys(node);
 }
 
 void EntryTree::remove(Node& node) {
@@ -150,6 +197,7 @@ void EntryTree::rename(Node& node, Change& change) {
     hang_in(node, parent);
   }
   node.dn = std::move(change.dn);
+  forget_keys(node);
   node.block = std::move(change.block);
   index_keys(node);
   for (const Node* below = &node; below != nullptr; below = next_below(*below, node)) {
@@ -227,26 +275,22 @@ void EntryTree::resolve_links(Node& node) {
 }
 
 void EntryTree::index_keys(Node& node) {
-  forget_keys(node);
-  pool_.each(node.block, [&](AttributeId id, std::string_view value) {
-    if (id == account_id_ && node.by_account.back == nullptr)
-      by_account_.insert(node, hash_folded(value));
-    if (id == principal_id_ && node.by_principal.back == nullptr)
-      by_principal_.insert(node, hash_folded(value));
-    if (id == sid_id_ && node.by_sid.back == nullptr)
-      by_sid_.insert(node, hash_bytes(value));
-    if (id == primary_group_id_ && node.by_primary_group.back == nullptr) {
-      by_primary_group_.insert(node, hash_bytes(value));
-    }
-    return true;
-  });
+  for (ValueIndex* const index : {&by_account_, &by_principal_, &by_sid_, &by_primary_group_}) {
+    if (!index->is_built)
+      continue;
+    if (const auto value = first_value(node, index->id); value.data() != nullptr)
+      index->nodes.emplace(std::pair(index->hash(value), node.sequence), &node);
+  }
 }
 
+/// Before its attributes change.
 void EntryTree::forget_keys(Node& node) {
-  by_account_.erase(node);
-  by_principal_.erase(node);
-  by_sid_.erase(node);
-  by_primary_group_.erase(node);
+  for (ValueIndex* const index : {&by_account_, &by_principal_, &by_sid_, &by_primary_group_}) {
+    if (!index->is_built)
+      continue;
+    if (const auto value = first_value(node, index->id); value.data() != nullptr)
+      index->nodes.erase({index->hash(value), node.sequence});
+  }
 }
 
 // Memberships.

@@ -61,6 +61,8 @@ class EntryTree {
   [[nodiscard]] AttributePool& pool() { return pool_; }
 
   void apply(Change change);
+  /// Adds an entry whose attributes are packed already. False when its name is in use.
+  bool add_packed(Node& parent, std::string_view rdn, std::string_view block);
 
  private:
   void add(Change& change);
@@ -73,6 +75,7 @@ class EntryTree {
   void settle(Node& node);
   void adopt_orphans(Node& node);
   void resolve_links(Node& node);
+  void put_in(std::unique_ptr<Node> node, Node& parent, std::uint64_t hash);
   void index_keys(Node& node);
   void forget_keys(Node& node);
   [[nodiscard]] std::string_view first_value(const Node& node, AttributeId id) const;
@@ -83,10 +86,19 @@ class EntryTree {
   void destroy(Link& link);
 
   AttributePool pool_;
-  AttributeId account_id_;
-  AttributeId principal_id_;
-  AttributeId sid_id_;
-  AttributeId primary_group_id_;
+  /// The entries by the first value of an attribute, from the first question on: by its hash, then in the
+  /// order they were added.
+  struct ValueIndex {
+    AttributeId id;
+    std::uint64_t (*hash)(std::string_view value);
+    bool is_built = false;
+    std::map<std::pair<std::uint64_t, std::uint64_t>, Node*> nodes = {};
+  };
+  void build(ValueIndex& index) const;
+  /// Calls `visit(node, value)` for the entries with that hash of the attribute's value until it returns
+  /// true; that entry, or null.
+  template <typename Visit>
+  Node* find_value(ValueIndex& index, std::string_view value, Visit visit) const;
 
   std::vector<std::unique_ptr<Node>> nodes_;
   std::uint64_t last_sequence_ = 0;
@@ -98,10 +110,10 @@ class EntryTree {
   std::vector<Link*> free_links_;
 
   HashTable<Node, &Node::by_dn> by_dn_;
-  HashTable<Node, &Node::by_account> by_account_;
-  HashTable<Node, &Node::by_principal> by_principal_;
-  HashTable<Node, &Node::by_sid> by_sid_;
-  HashTable<Node, &Node::by_primary_group> by_primary_group_;
+  mutable ValueIndex by_account_;
+  mutable ValueIndex by_principal_;
+  mutable ValueIndex by_sid_;
+  mutable ValueIndex by_primary_group_;
   HashTable<Link, &Link::hook> links_;       ///< both ends stored, by both
   HashTable<Link, &Link::hook> text_links_;  ///< one end stored, by the other's name
 };

@@ -59,9 +59,26 @@ bool is_same_name(std::string_view stored, std::string_view wanted) {
   }
 }
 
+/// ASCII of which `folded_whole` changes letters alone.
+bool is_simple(std::string_view text) {
+  bool after_blank = true;
+  for (const char c : text) {
+    if (static_cast<unsigned char>(c) >= 0x80 || (c == ' ' && after_blank))
+      return false;
+    after_blank = c == ' ';
+  }
+  return !text.ends_with(' ');
+}
+
+bool is_same_text(std::string_view stored, std::string_view wanted) {
+  if (is_simple(stored) && is_simple(wanted))
+    return base::equals_fold(stored, wanted);
+  return folded_whole(stored) == folded_whole(wanted);
+}
+
 bool is_equal(std::string_view stored, std::string_view wanted) {
-  return stored == wanted || folded_whole(stored) == folded_whole(wanted) ||
-         is_same_integer(stored, wanted) || is_same_name(stored, wanted);
+  return stored == wanted || is_same_text(stored, wanted) || is_same_integer(stored, wanted) ||
+         is_same_name(stored, wanted);
 }
 
 /// "organizationalUnit" names the category "CN=Organizational-Unit,CN=Schema,…", "user" the one of persons.

@@ -347,7 +347,7 @@ bool is_attribute_name(std::string_view name) {
 void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit,
                std::size_t first_line) {
   LineReader reader(text, first_line);
-  bool may_be_version = true;
+  bool may_be_version = first_line == 1;
   while (reader.next()) {
     if (reader.line().empty())
       continue;

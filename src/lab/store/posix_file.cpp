@@ -77,7 +77,11 @@ void PosixFile::unlock() const {
 
 std::string PosixFile::read_from(std::uint64_t offset) const {
   const auto size = static_cast<std::uint64_t>(status().st_size);
-  std::string bytes(size > offset ? size - offset : 0, '\0');
+  return read(offset, size > offset ? size - offset : 0);
+}
+
+std::string PosixFile::read(std::uint64_t offset, std::size_t size) const {
+  std::string bytes(size, '\0');
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t count = retry([&] {

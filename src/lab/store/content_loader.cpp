@@ -1,0 +1,265 @@
+#include "lab/store/content_loader.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "ads/dn.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "lab/store/base64.hpp"
+#include "lab/store/dn_hash.hpp"
+
+namespace twk::lab {
+namespace {
+
+constexpr std::string_view kVersion = "version: 1";
+/// More values of one attribute are compared in the usual way.
+constexpr std::size_t kFewValues = 16;
+
+bool is_ascii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+std::string_view without_end(std::string_view line) {
+  if (line.ends_with('\n'))
+    line.remove_suffix(1);
+  if (line.ends_with('\r'))
+    line.remove_suffix(1);
+  return line;
+}
+
+}  // namespace
+
+ContentLoader::ContentLoader(EntryTree& tree)
+    : tree_(tree),
+      member_(tree.pool().intern(link_attribute(Side::kGroup))),
+      member_of_(tree.pool().intern(link_attribute(Side::kMember))),
+      own_name_(tree.pool().intern(kDistinguishedName)) {}
+
+std::size_t ContentLoader::take(std::string_view text, bool is_last) {
+  // What they point to is gone.
+  for (Line& line : previous_)
+    line.raw = {};
+  Text rest{text, is_last};
+  std::size_t taken = 0;
+  if (records_ == 0 && text.starts_with(base::kByteOrderMark))
+    rest.at = base::kByteOrderMark.size();
+  for (;;) {
+    const Found found = read_record(rest);
+    if (found == Found::kOther ||
+        (found == Found::kRecord && !add(text.substr(record_at_, rest.at - record_at_)))) {
+      stuck_ = true;
+      return taken;
+    }
+    if (found == Found::kNothing)
+      return taken;
+    taken = rest.at;
+    line_ += std::exchange(rest.lines, 0);
+  }
+}
+
+/// The next line, its continuations joined. Nothing when its end is not there yet.
+ContentLoader::Found ContentLoader::read_line(Text& text, std::string_view& raw, std::string_view& line) {
+  std::size_t end = text.all.find('\n', text.at);
+  if (end == base::npos && (!text.is_last || text.at == text.all.size()))
+    return Found::kNothing;
+  end = std::min(end, text.all.size() - 1) + 1;
+  if (end == text.all.size() && !text.is_last)
+    return Found::kNothing;
+  ++text.lines;
+  line = without_end(text.all.substr(text.at, end - text.at));
+  if (line.starts_with(' '))
+    return Found::kOther;
+  if (!line.empty() && end < text.all.size() && text.all[end] == ' ') {
+    joined_.assign(line);
+    while (end < text.all.size() && text.all[end] == ' ') {
+      const std::size_t from = end + 1;
+      end = text.all.find('\n', from);
+      if (end == base::npos && !text.is_last)
+        return Found::kNothing;
+      end = std::min(end, text.all.size() - 1) + 1;
+      ++text.lines;
+      joined_ += without_end(text.all.substr(from, end - from));
+    }
+    if (end == text.all.size() && !text.is_last)
+      return Found::kNothing;
+    line = joined_;
+  }
+  raw = text.all.substr(text.at, end - text.at);
+  text.at = end;
+  return Found::kRecord;
+}
+
+/// Leaves the record in `dn_` and `lines_`.
+ContentLoader::Found ContentLoader::read_record(Text& text) {
+  lines_.clear();
+  block_.clear();
+  std::string_view raw;
+  std::string_view line;
+  bool may_be_version = records_ == 0;
+  for (;;) {
+    record_at_ = text.at;
+    if (const Found found = read_line(text, raw, line); found != Found::kRecord)
+      return found;
+    if (line.empty() || line.starts_with('#'))
+      continue;
+    if (!may_be_version || line != kVersion)
+      break;
+    may_be_version = false;
+  }
+  std::string_view dn;
+  if (!line.starts_with("dn:") || !decode(line.substr(3), dn))
+    return Found::kOther;
+  dn_.assign(dn);
+  for (;;) {
+    const Found found = read_line(text, raw, line);
+    if (found == Found::kNothing && text.is_last)
+      return Found::kRecord;
+    if (found != Found::kRecord)
+      return found;
+    if (line.empty())
+      return Found::kRecord;
+    if (!read_value(raw, line))
+      return Found::kOther;
+  }
+}
+
+/// True when the line at this place was the same in the record before.
+bool ContentLoader::repeats_line(std::string_view raw) const {
+  return lines_.size() < previous_.size() && previous_[lines_.size()].raw == raw;
+}
+
+bool ContentLoader::repeats_name(std::string_view line) const {
+  if (lines_.size() >= previous_.size())
+    return false;
+  const std::string_view name = tree_.pool().name(previous_[lines_.size()].id);
+  return line.size() > name.size() && line[name.size()] == ':' && line.starts_with(name);
+}
+
+bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
+  Line next;
+  if (repeats_line(raw)) {
+    next = previous_[lines_.size()];
+    next.raw = raw;
+    next.packed_at = static_cast<std::uint32_t>(block_.size());
+    block_.append(previous_block_, previous_[lines_.size()].packed_at, next.packed_size);
+    lines_.push_back(next);
+    return true;
+  }
+  next.raw = raw;
+  std::size_t colon = 0;
+  if (repeats_name(line)) {
+    next.id = previous_[lines_.size()].id;
+    colon = tree_.pool().name(next.id).size();
+  } else {
+    colon = line.find(':');
+    if (colon == base::npos || !is_attribute_name(line.substr(0, colon)))
+      return false;
+    next.id = tree_.pool().intern(line.substr(0, colon));
+  }
+  std::string_view value;
+  if (!decode(line.substr(colon + 1), value))
+    return false;
+  next.is_plain = line.data() == raw.data() && value.data() >= raw.data() &&
+                  value.data() <= raw.data() + raw.size() && is_ascii(value);
+  if (next.is_plain) {
+    next.value_at = static_cast<std::uint32_t>(value.data() - raw.data());
+    next.value_size = static_cast<std::uint32_t>(value.size());
+  }
+  next.packed_at = static_cast<std::uint32_t>(block_.size());
+  if (!is_link(next.id))
+    tree_.pool().append(block_, next.id, value);
+  next.packed_size = static_cast<std::uint32_t>(block_.size()) - next.packed_at;
+  lines_.push_back(next);
+  return true;
+}
+
+/// What follows "name:".
+bool ContentLoader::decode(std::string_view rest, std::string_view& value) {
+  const bool encoded = rest.starts_with(':');
+  if (rest.starts_with('<'))
+    return false;
+  if (encoded)
+    rest.remove_prefix(1);
+  rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+  value = rest;
+  if (!encoded)
+    return true;
+  bytes_.clear();
+  value = bytes_;
+  const bool reads = append_decoded(bytes_, rest);
+  value = bytes_;
+  return reads;
+}
+
+/// Puts the record in; false when the usual way is to say why not.
+bool ContentLoader::add(std::string_view record) {
+  ++records_;
+  if (has_plain_attributes() && add_plain()) {
+    std::swap(lines_, previous_);
+    std::swap(block_, previous_block_);
+    return true;
+  }
+  return add_as_usual(record);
+}
+
+/// True when the lines of an attribute follow each other with different values, and none is a link or ranged.
+bool ContentLoader::has_plain_attributes() {
+  std::size_t run = 0;
+  for (std::size_t i = 0; i < lines_.size(); ++i) {
+    const Line& line = lines_[i];
+    if (is_link(line.id) || line.id == own_name_ || is_ranged(line.id))
+      return false;
+    if (line.id >= seen_.size())
+      seen_.resize(line.id + 1);
+    if (i > 0 && line.id == lines_[i - 1].id) {
+      if (i - run > kFewValues || !line.is_plain || !lines_[run].is_plain)
+        return false;
+      for (std::size_t k = run; k < i; ++k) {
+        if (is_same_attribute(lines_[k].value(), line.value()))
+          return false;
+      }
+      continue;
+    }
+    run = i;
+    if (std::exchange(seen_[line.id], records_) == records_)
+      return false;
+  }
+  return true;
+}
+
+Node* ContentLoader::find_parent(std::string_view name) {
+  if (parent_ == nullptr || parent_name_ != name) {
+    parent_ = tree_.find(name);
+    parent_name_ = name;
+  }
+  return parent_;
+}
+
+bool ContentLoader::add_plain() {
+  const std::string_view dn = dn_;
+  const std::size_t comma = dn.find(',');
+  const std::string_view rdn = dn.substr(0, comma);
+  const bool is_plain = comma != base::npos && comma + 1 < dn.size() && is_simple_name(rdn) &&
+                        rdn.find('=') != base::npos && !rdn.starts_with('=') && !rdn.starts_with(' ') &&
+                        !rdn.ends_with(' ') && dn[comma + 1] != ' ';
+  if (!is_plain)
+    return false;
+  try {
+    Node* const parent = find_parent(dn.substr(comma + 1));
+    return parent != nullptr && tree_.add_packed(*parent, rdn, block_);
+  } catch (const base::RuntimeError&) {  // of a name: the usual way says it
+    return false;
+  }
+}
+
+bool ContentLoader::add_as_usual(std::string_view record) {
+  try {
+    read_ldif(record, [&](LdifRecord&& read) { tree_.apply(prepare(tree_, read, Origin::kFile)); });
+    return true;
+  } catch (const base::RuntimeError&) {
+    return false;
+  }
+}
+
+}  // namespace twk::lab
