@@ -1,7 +1,7 @@
 #include "lab/domain/entry_search.hpp"
 
 #include <algorithm>
-#include <deque>
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -27,13 +27,51 @@ void resolve_categories(const LabDomain& domain, Filter& filter) {
 }
 
 bool holds(const LabDomain& domain, const Filter& filter, const Entry& entry) {
-  // The evaluator's views point into these; a deque does not move what it holds.
-  std::deque<std::vector<std::string>> kept;
-  return matches(filter, [&](std::string_view attribute) {
-    const std::vector<std::string>& values = kept.emplace_back(read_attribute(domain, entry, attribute));
-    return std::vector<std::string_view>(values.begin(), values.end());
-  });
+  AttributeViews views(domain, entry);
+  return matches(filter, [&](std::string_view attribute) { return views(attribute); });
 }
+
+/// The conditions of a filter on what kind of object it wants. Few values of theirs are stored, each once, so
+/// the verdict on one is remembered by where it is.
+class KindTest {
+ public:
+  /// Takes its conditions out of the filter.
+  explicit KindTest(Filter& filter) {
+    if (filter.kind != Filter::Kind::kAnd)
+      filter = {.kind = Filter::Kind::kAnd, .children = {std::move(filter)}};
+    std::erase_if(filter.children, [&](Filter& child) {
+      const bool is_kind =
+          child.kind == Filter::Kind::kEqual && (base::equals_fold(child.attribute, "objectCategory") ||
+                                                 base::equals_fold(child.attribute, "objectClass"));
+      if (is_kind)
+        conditions_.push_back({std::move(child), {}});
+      return is_kind;
+    });
+  }
+
+  bool passes(const Entry& entry) {
+    return std::all_of(conditions_.begin(), conditions_.end(), [&](Condition& condition) {
+      const std::vector<std::string_view> values = entry.views(condition.filter.attribute);
+      return std::any_of(values.begin(), values.end(),
+                         [&](std::string_view value) { return condition.holds(value); });
+    });
+  }
+
+ private:
+  struct Condition {
+    bool holds(std::string_view value) {
+      const auto [known, fresh] = verdicts.try_emplace({value.data(), value.size()}, false);
+      if (fresh)
+        known->second = matches(filter, [&](std::string_view) { return std::vector{value}; });
+      return known->second;
+    }
+
+    Filter filter;
+    std::map<std::pair<const char*, std::size_t>, bool> verdicts;
+  };
+
+  std::vector<Condition> conditions_;
+};
 
 /// Checks whether entries are in a scope.
 class ScopeTest {
@@ -105,22 +143,28 @@ std::optional<std::vector<const Entry*>> candidates(const LabDomain& domain, con
 
 }  // namespace
 
-std::vector<std::string> search_entries(const LabDomain& domain, const std::string& base_dn, Scope scope,
-                                        Filter filter) {
+std::vector<FoundEntry> search_entries(const LabDomain& domain, const std::string& base_dn, Scope scope,
+                                       Filter filter) {
   resolve_categories(domain, filter);
   const Entry& top = require_entry(domain, base_dn);
   const ScopeTest test(domain, top.dn(), scope);
-  std::vector<std::string> found;
-  if (const auto few = candidates(domain, filter)) {
+  const auto few = candidates(domain, filter);
+  KindTest kind(filter);
+  std::vector<FoundEntry> found;
+  const auto take = [&](const Entry& entry) {
+    if (kind.passes(entry) && (filter.children.empty() || holds(domain, filter, entry)))
+      found.push_back({&entry, entry.dn()});
+  };
+  if (few) {
     for (const Entry* const entry : *few) {
-      if (test.contains(*entry) && holds(domain, filter, *entry))
-        found.push_back(entry->dn());
+      if (test.contains(*entry))
+        take(*entry);
     }
     return found;
   }
   const auto visit = [&](const Entry& entry) {
-    if (!test.is_outside_context(entry) && holds(domain, filter, entry))
-      found.push_back(entry.dn());
+    if (!test.is_outside_context(entry))
+      take(entry);
     return true;
   };
   if (scope == Scope::kBase) {
@@ -133,17 +177,18 @@ std::vector<std::string> search_entries(const LabDomain& domain, const std::stri
   return found;
 }
 
-void sort_by_attribute(const LabDomain& domain, std::vector<std::string>& dns, std::string_view attribute) {
-  std::vector<std::pair<std::string, std::string>> keyed;
-  keyed.reserve(dns.size());
-  for (std::string& dn : dns) {
-    const std::vector<std::string> values = read_attribute(domain, require_entry(domain, dn), attribute);
-    keyed.emplace_back(values.empty() ? std::string() : base::upper(values.front()), std::move(dn));
+void sort_by_attribute(const LabDomain& domain, std::vector<FoundEntry>& found, std::string_view attribute) {
+  std::vector<std::pair<std::string, FoundEntry>> keyed;
+  keyed.reserve(found.size());
+  for (FoundEntry& one : found) {
+    AttributeViews views(domain, *one.entry);
+    const std::vector<std::string_view> values = views(attribute);
+    keyed.emplace_back(values.empty() ? std::string() : base::upper(values.front()), std::move(one));
   }
   std::stable_sort(keyed.begin(), keyed.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
-  for (std::size_t i = 0; i < dns.size(); ++i)
-    dns[i] = std::move(keyed[i].second);
+  std::transform(keyed.begin(), keyed.end(), found.begin(),
+                 [](auto& pair) { return std::move(pair.second); });
 }
 
 }  // namespace twk::lab

@@ -9,12 +9,18 @@
 
 namespace twk::lab {
 
-/// The DNs of the entries in the scope below `base_dn` for which the filter holds, in the directory's order.
-/// A short class name as the value of "objectCategory" means its category ("organizationalUnit", "domain").
-std::vector<std::string> search_entries(const LabDomain& domain, const std::string& base_dn,
-                                        platform::Scope scope, Filter filter);
+/// An entry that a search found. `entry` is valid until the store is written or refreshed.
+struct FoundEntry {
+  const Entry* entry = nullptr;
+  std::string dn;
+};
 
-/// Orders DNs by the first value of an attribute, without regard to case; those without one come first.
-void sort_by_attribute(const LabDomain& domain, std::vector<std::string>& dns, std::string_view attribute);
+/// The entries in the scope below `base_dn` for which the filter holds, in the directory's order. A short
+/// class name as the value of "objectCategory" means its category ("organizationalUnit", "domain").
+std::vector<FoundEntry> search_entries(const LabDomain& domain, const std::string& base_dn,
+                                       platform::Scope scope, Filter filter);
+
+/// Orders them by the first value of an attribute, without regard to case; those without one come first.
+void sort_by_attribute(const LabDomain& domain, std::vector<FoundEntry>& found, std::string_view attribute);
 
 }  // namespace twk::lab

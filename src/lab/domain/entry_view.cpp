@@ -25,6 +25,15 @@ std::vector<std::string> primary_group_token(const Entry& entry) {
   return rid ? std::vector{base::to_text(static_cast<std::int32_t>(*rid))} : std::vector<std::string>{};
 }
 
+/// True for what `read_attribute` may answer otherwise than it is stored.
+bool is_computed(std::string_view attribute) {
+  static constexpr std::string_view kNames[] = {"distinguishedName", "name",         "cn", "ou",
+                                                "primaryGroupToken", "nTMixedDomain"};
+  return is_secret(attribute) ||
+         std::any_of(std::begin(kNames), std::end(kNames),
+                     [&](std::string_view name) { return base::equals_fold(name, attribute); });
+}
+
 }  // namespace
 
 std::string entry_class(const Entry& entry) {
@@ -62,6 +71,14 @@ std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& en
     return {domain.config.kind == DomainKind::kMixed ? "1" : "0"};
   }
   return values;
+}
+
+std::vector<std::string_view> AttributeViews::operator()(std::string_view attribute) {
+  if (!is_computed(attribute))
+    return entry_.views(attribute);
+  const std::vector<std::string>& values =
+      computed_.emplace_front(read_attribute(domain_, entry_, attribute));
+  return {values.begin(), values.end()};
 }
 
 std::int64_t read_number(const Entry& entry, std::string_view attribute, std::int64_t fallback) {

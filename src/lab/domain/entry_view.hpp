@@ -1,5 +1,6 @@
 #pragma once
 
+#include <forward_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,19 @@ bool is_user(const Entry& entry);
 /// "primaryGroupToken") are made here. Stored password digests are never returned.
 std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry,
                                         std::string_view attribute);
+
+/// The same as views, which are valid as long as this and the entry: what is stored is not copied.
+class AttributeViews {
+ public:
+  AttributeViews(const LabDomain& domain, const Entry& entry) : domain_(domain), entry_(entry) {}
+
+  std::vector<std::string_view> operator()(std::string_view attribute);
+
+ private:
+  const LabDomain& domain_;
+  const Entry& entry_;
+  std::forward_list<std::vector<std::string>> computed_;
+};
 
 /// The first value of an attribute as a number; `fallback` when it has none.
 std::int64_t read_number(const Entry& entry, std::string_view attribute, std::int64_t fallback = 0);

@@ -24,8 +24,12 @@ namespace recordset_error = ads::recordset_error;
 class LabRecordset final : public platform::Recordset {
  public:
   LabRecordset(const LabDomain& domain, std::string prefix, std::vector<Column> columns,
-               std::vector<std::string> rows)
-      : domain_(domain), prefix_(std::move(prefix)), columns_(std::move(columns)), rows_(std::move(rows)) {}
+               std::vector<FoundEntry> rows)
+      : domain_(domain),
+        prefix_(std::move(prefix)),
+        columns_(std::move(columns)),
+        rows_(std::move(rows)),
+        version_(domain.store.version()) {}
 
   [[nodiscard]] bool at_eof() const override {
     require_open();
@@ -40,12 +44,11 @@ class LabRecordset final : public platform::Recordset {
     require_row();
     if (index >= columns_.size())
       raise(recordset_error::kNoSuchField, "The query has no field " + std::to_string(index));
-    const std::string& dn = rows_[current_];
+    const std::string& dn = rows_[current_].dn;
     const Column& column = columns_[index];
     if (column.is_path)
       return prefix_ + dn;
-    const Entry* const entry = domain_.store.find(dn);
-    if (entry != nullptr)
+    if (const Entry* const entry = current_entry())
       return ads::to_value(column.schema, read_attribute(domain_, *entry, column.attribute));
     return from_name(dn, column.attribute);
   }
@@ -77,6 +80,11 @@ class LabRecordset final : public platform::Recordset {
     if (at_eof())
       raise(recordset_error::kNoCurrentRow, "The result of the query has no current row");
   }
+  /// As it is now; none when it was removed meanwhile.
+  [[nodiscard]] const Entry* current_entry() const {
+    const FoundEntry& row = rows_[current_];
+    return domain_.store.version() == version_ ? row.entry : domain_.store.find(row.dn);
+  }
   static Value from_name(const std::string& dn, std::string_view attribute) {
     if (base::equals_fold(attribute, "distinguishedName"))
       return dn;
@@ -88,7 +96,8 @@ class LabRecordset final : public platform::Recordset {
   const LabDomain& domain_;
   std::string prefix_;
   std::vector<Column> columns_;
-  std::vector<std::string> rows_;
+  std::vector<FoundEntry> rows_;
+  std::uint64_t version_;  ///< of the store, when the rows were found
   std::size_t current_ = 0;
   bool closed_ = false;
 };
@@ -103,7 +112,7 @@ std::unique_ptr<platform::Recordset> LabQuery::execute(const platform::QueryText
   }
   domain_.store.refresh();
   const std::string base_dn = resolve_entry(domain_, base);
-  std::vector<std::string> rows = search_entries(domain_, base_dn, query.scope, parse_filter(query.filter));
+  std::vector<FoundEntry> rows = search_entries(domain_, base_dn, query.scope, parse_filter(query.filter));
   if (!options.sort_on.empty())
     sort_by_attribute(domain_, rows, platform::ldap_attribute(options.sort_on));
   return std::make_unique<LabRecordset>(domain_, ads::path_prefix(base.provider, base.server),
