@@ -10,10 +10,13 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "cli/terminal/progress.hpp"
+#include "directory/load_options.hpp"
 #include "directory/loading/select_domain.hpp"
 #include "lifecycle/rehearsal/rehearsal.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session_settings.hpp"
+#include "session/settings.hpp"
+#include "session/settings_schema.hpp"
 #include "stores/open_database.hpp"
 
 namespace twk::cli {
@@ -71,15 +74,19 @@ void connect_or_say_how(world::World& world) {
   }
 }
 
+/// True when a load puts users into the tree, where names in use are looked for.
+bool shows_users_in_tree(session::Session& session) {
+  return !session.ManagedOU.empty() || directory::read_load_options(session).LoadAllUsers;
+}
+
 /// Starts the session as far as needed.
 void start(session::Session& session, Depth depth) {
-  session::read_session_settings(session);
   if (depth == Depth::kSettings)
     return;
   Progress progress;
   const auto& text = session.domain.loading;
   const auto watch = text.watch([&] { progress.show(text.get()); });
-  if (depth == Depth::kDomain && !directory::Select_Domain(session, base::trim(session.DomainName)))
+  if (depth >= Depth::kDomain && !directory::Select_Domain(session, base::trim(session.DomainName)))
     session.status.panel1 = std::string(directory::kNoController);
   stores::open_database(session);
 }
@@ -143,9 +150,9 @@ lab::Lab& Context::lab() {
   return world().lab();
 }
 
-live::LiveDomain& Context::connected_domain() {
+world::RealDomain& Context::connected_domain() {
   connect_or_say_how(world());
-  return world().live().domain();
+  return world().real();
 }
 
 live::Prompts Context::prompts() {
@@ -187,15 +194,20 @@ session::Session& Context::session(Depth depth) {
   if (session_)
     return *session_;
   // A load skips what they cannot reach; a command reports the reason at once.
-  if (depth == Depth::kDomain)
+  if (depth >= Depth::kDomain)
     connect_or_say_how(world());
   const platform::Platform platform = rehearsal_ ? rehearsal_->services() : services();
   session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
                                                 world().program_directory());
   session::Session& session = *session_;
+  session::read_session_settings(session);
+  // A command for one user asks for that one; the users of a large domain take longer to load than all it
+  // does.
+  if (depth == Depth::kDomain && !shows_users_in_tree(session))
+    override_setting(session::kADO, "SkipUsers", "TRUE");
   start(session, depth);
   tell_log_rows(session, 0);
-  if (depth == Depth::kDomain && session.domain.tree.first() == nullptr)
+  if (depth >= Depth::kDomain && session.domain.tree.first() == nullptr)
     throw Refused(session.status.panel1);
   return session;
 }

@@ -23,7 +23,8 @@ namespace twk::cli {
 enum class Depth {
   kSettings,   ///< the settings are read
   kDatabases,  ///< the database directory is read, too
-  kDomain,     ///< the whole start-up: the tree and the lists contain the domain, too
+  kDomain,     ///< the tree and the lists of groups contain the domain, too
+  kUserLists,  ///< the whole start-up: so do the lists of users
 };
 
 /// What one run of the program works with. The lab or the domain and the session are opened on first
@@ -52,7 +53,7 @@ class Context {
   /// Raises `UsageError` when the world is not a lab.
   lab::Lab& lab();
   /// The real domain, after checking that it answers. Raises what is wrong with the connection.
-  live::LiveDomain& connected_domain();
+  world::RealDomain& connected_domain();
   /// What a connection to a real domain asks and reports: the password of the logon, from where the options
   /// say or from the terminal.
   live::Prompts prompts();

@@ -66,6 +66,18 @@ std::vector<Row> query(const Domain& domain, std::string_view base_dn, const std
   return rows;
 }
 
+/// The entries that a query would find, none of which is read.
+std::size_t count(const Domain& domain, const std::string& filter) {
+  platform::QueryOptions options;
+  options.page_size = 1000;
+  const auto records = domain.services.query.execute(
+      {ldap_path(domain, {}), filter, {"distinguishedName"}, platform::Scope::kSubtree}, options);
+  std::size_t found = 0;
+  for (; !records->at_eof(); records->MoveNext())
+    ++found;
+  return found;
+}
+
 std::string conjunction(std::string_view conditions, const std::string& further = {}) {
   return "(&" + std::string(conditions) + further + ")";
 }
@@ -108,23 +120,22 @@ std::string look_up(const Domain& domain, std::string_view kind, std::string_vie
                     std::string_view name) {
   const std::string value = platform::escape_filter_value(name);
   auto rows = query(domain, {}, conjunction(conditions, "(sAMAccountName=" + value + ")"), {"ADsPath"});
-  if (rows.empty()) {
-    rows = query(domain, {},
-                 conjunction(conditions, "(|(cn=" + value + ")(userPrincipalName=" + value +
-                                             ")(distinguishedName=" + value + "))"),
-                 {"ADsPath"});
-  }
   if (rows.empty() && name.find('=') != base::npos) {
-    // A distinguished name spelled differently than in the directory.
+    // A distinguished name, which may be spelled differently than in the directory.
     base::Trap missing;
     std::string dn;
     missing([&] {
       dn = domain.services.directory.GetObject(ldap_path(domain, name))->Get("distinguishedName").text();
     });
     if (!dn.empty())
-      rows = query(domain, {},
+      rows = query(domain, dn,
                    conjunction(conditions, "(distinguishedName=" + platform::escape_filter_value(dn) + ")"),
                    {"ADsPath"});
+  }
+  if (rows.empty()) {
+    rows =
+        query(domain, {}, conjunction(conditions, "(|(cn=" + value + ")(userPrincipalName=" + value + "))"),
+              {"ADsPath"});
   }
   if (rows.size() > 1)
     throw Refused("More than one " + std::string(kind) + " is called \"" + std::string(name) + "\".");
@@ -168,8 +179,22 @@ Json sorted_names(std::vector<std::string> names) {
   return names;
 }
 
-/// The name of the group whose token is `rid`.
-std::string group_of_token(const Domain& domain, std::int32_t rid) {
+/// The name of the group of that relative identifier in the user's domain, which the user's own identifier
+/// names.
+std::string primary_group_in_ad(const Domain& domain, const ObjectPtr& user) {
+  constexpr std::size_t kRidSize = 4;  // the last sub-authority, little-endian, [MS-DTYP] 2.4.2.2
+  const std::int32_t rid = get_number(user, "primaryGroupID");
+  const Value sid = get(user, "objectSid");
+  if (base::Bytes bytes = sid.is_empty() ? base::Bytes{} : sid.bytes(); bytes.size() > kRidSize) {
+    for (std::size_t i = 0; i < kRidSize; ++i)
+      bytes[bytes.size() - kRidSize + i] =
+          static_cast<std::uint8_t>(static_cast<std::uint32_t>(rid) >> (8 * i));
+    const std::vector<Row> rows =
+        query(domain, {}, conjunction(kGroups, "(objectSid=" + platform::escape_filter_bytes(bytes) + ")"),
+              {"Name"});
+    return rows.empty() ? std::string() : rows.front()[0].text();
+  }
+  // An entry of a lab that came without an identifier.
   for (const Row& row : query(domain, {}, conjunction(kGroups), {"Name", "primaryGroupToken"})) {
     if (!row[1].is_empty() && row[1].integer() == rid)
       return row[0].text();
@@ -233,6 +258,12 @@ std::string spelled_ou(const Domain& domain, std::string_view dn) {
   return spelled;
 }
 
+/// The object of a user in the form that `locate_user` returns.
+ObjectPtr bind_located(const Domain& domain, const std::string& located) {
+  return domain.services.directory.GetObject(domain.active_directory ? ldap_path(domain, located)
+                                                                     : winnt_path(domain, located) + ",user");
+}
+
 }  // namespace
 
 std::string domain_dn(const Domain& domain) {
@@ -264,6 +295,10 @@ std::vector<Json> list_users(const Domain& domain, std::string_view ou) {
   return out;
 }
 
+std::size_t count_users(const Domain& domain) {
+  return domain.active_directory ? count(domain, conjunction(kUsers)) : winnt_children(domain, "User").size();
+}
+
 std::string locate_user(const Domain& domain, std::string_view name) {
   const auto all = [&] { return list_users(domain, {}); };
   if (domain.active_directory)
@@ -288,15 +323,13 @@ std::optional<std::string> find_user(const Domain& domain, std::string_view name
 }
 
 ObjectPtr bind_user(const Domain& domain, std::string_view name) {
-  const std::string located = locate_user(domain, name);
-  return domain.services.directory.GetObject(domain.active_directory ? ldap_path(domain, located)
-                                                                     : winnt_path(domain, located) + ",user");
+  return bind_located(domain, locate_user(domain, name));
 }
 
 Json describe_user(const Domain& domain, std::string_view name) {
   const std::string located = locate_user(domain, name);
   const bool ad = domain.active_directory;
-  const ObjectPtr object = bind_user(domain, located);
+  const ObjectPtr object = bind_located(domain, located);
   std::optional<base::RuntimeError> unread;
   const directory::UserDetails details = directory::read_account(domain, object, unread);
   if (unread)
@@ -306,8 +339,7 @@ Json describe_user(const Domain& domain, std::string_view name) {
   std::vector<std::string> groups;
   for (const ObjectPtr& group : user.Groups())
     groups.push_back(platform::plain_name(group->Name()));
-  const std::string primary =
-      ad ? group_of_token(domain, get_number(object, "primaryGroupID")) : primary_group_in_nt(domain, object);
+  const std::string primary = ad ? primary_group_in_ad(domain, object) : primary_group_in_nt(domain, object);
   if (!primary.empty() && std::find(groups.begin(), groups.end(), primary) == groups.end())
     groups.push_back(primary);
   base::Bytes hours = user.LoginHours();
@@ -351,6 +383,11 @@ std::vector<Json> list_groups(const Domain& domain) {
   }
   sort_by_name(out);
   return out;
+}
+
+std::size_t count_groups(const Domain& domain) {
+  return domain.active_directory ? count(domain, conjunction(kGroups))
+                                 : winnt_children(domain, "Group").size();
 }
 
 std::string locate_group(const Domain& domain, std::string_view name) {

@@ -22,6 +22,8 @@ std::string domain_dn(const Domain& domain);
 /// Users with name, fullName, description, disabled, dn, sorted by name; those of one OU and below it when
 /// `ou` is a distinguished name. Raises `Refused` when there is no such OU.
 std::vector<Json> list_users(const Domain& domain, std::string_view ou);
+/// How many there are.
+std::size_t count_users(const Domain& domain);
 /// Everything `user show` prints about the user of that account name, common name, principal name or
 /// distinguished name. Raises `Refused` when there is none, or more than one.
 Json describe_user(const Domain& domain, std::string_view name);
@@ -38,6 +40,7 @@ platform::ObjectPtr bind_user(const Domain& domain, std::string_view name);
 std::string locate_group(const Domain& domain, std::string_view name);
 /// Groups with name, kind, scope, description, dn, sorted by name.
 std::vector<Json> list_groups(const Domain& domain);
+std::size_t count_groups(const Domain& domain);
 /// The same for one group with its members, including those by primary group.
 Json describe_group(const Domain& domain, std::string_view name);
 

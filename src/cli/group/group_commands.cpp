@@ -35,7 +35,7 @@ session::Session& groups_session(Context& context, bool with_users) {
   context.override_setting(sub_key, "SkipUsers", with_users ? "FALSE" : "TRUE");
   context.override_setting(sub_key, "SkipGroups", "FALSE");
   context.override_setting(sub_key, "TemplateGroupsOnly", "FALSE");
-  return context.session(Depth::kDomain);
+  return context.session(with_users ? Depth::kUserLists : Depth::kDomain);
 }
 
 groups::GroupRow find_group(Context& context, const session::Session& session, const std::string& name) {

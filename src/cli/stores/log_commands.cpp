@@ -15,27 +15,48 @@ std::string log_path(Context& context) {
   return context.session(Depth::kSettings).dbpath + "Log.txt";
 }
 
-/// Where the last lines of a text begin: that many, or all there are.
-std::size_t start_of_tail(std::string_view text, std::size_t lines) {
+/// Where the last lines of a file begin: that many, or all there are. Reads from the end.
+std::uint64_t start_of_tail(platform::RandomFile& file, std::size_t lines) {
+  constexpr std::uint64_t kPiece = 64U << 10U;
+  const std::uint64_t size = file.size();
   // The end of the last line begins no further one.
-  std::size_t before = text.ends_with('\n') ? text.size() - 1 : text.size();
-  for (; lines > 0; --lines) {
-    const std::size_t line_end = before == 0 ? base::npos : text.rfind('\n', before - 1);
-    if (line_end == base::npos)
-      return 0;
-    before = line_end;
+  std::uint64_t end = size == 0 || file.read(size - 1, 1) != "\n" ? size : size - 1;
+  while (lines > 0 && end > 0) {
+    const std::uint64_t from = end - std::min(end, kPiece);
+    const std::string piece = file.read(from, end - from);
+    std::size_t before = piece.size();
+    for (; lines > 0; --lines) {
+      const std::size_t line_end = before == 0 ? base::npos : piece.rfind('\n', before - 1);
+      if (line_end == base::npos)
+        break;
+      before = line_end;
+      if (lines == 1)
+        return from + line_end + 1;
+    }
+    end = from;
   }
-  return std::min(before + 1, text.size());
+  return lines > 0 ? 0 : size;
+}
+
+/// The number of the line that begins there.
+std::size_t line_at(platform::RandomFile& file, std::uint64_t start) {
+  constexpr std::uint64_t kPiece = 1U << 20U;
+  std::size_t number = 1;
+  for (std::uint64_t at = 0; at < start; at += kPiece) {
+    const std::string piece = file.read(at, std::min(kPiece, start - at));
+    number += static_cast<std::size_t>(std::count(piece.begin(), piece.end(), '\n'));
+  }
+  return number;
 }
 
 int show_log(Context& context, std::size_t tail) {
   const std::string path = log_path(context);
   if (!context.services().files.exists(path))
     return kExitGreen;
-  const std::string bytes = context.services().files.read(path);
-  const std::size_t start = start_of_tail(bytes, tail);
-  auto number = 1 + std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(start), '\n');
-  for (const std::string& line : text_lines(base::from_ansi(std::string_view(bytes).substr(start)))) {
+  const std::unique_ptr<platform::RandomFile> file = context.services().files.open_random_read(path);
+  const std::uint64_t start = tail == base::npos ? 0 : start_of_tail(*file, tail);
+  std::size_t number = context.options().json ? line_at(*file, start) : 0;
+  for (const std::string& line : text_lines(base::from_ansi(file->read(start, file->size() - start)))) {
     context.output().result({{"line", number}, {"text", line}}, line);
     ++number;
   }

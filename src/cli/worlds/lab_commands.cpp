@@ -11,7 +11,6 @@
 #include "lab/making/lab_create.hpp"
 #include "lab/services/lab.hpp"
 #include "lab/store/entry_store.hpp"
-#include "live/live.hpp"
 #include "local/posix_files.hpp"
 #include "session/settings.hpp"
 #include "world/sample_lab.hpp"
@@ -41,8 +40,8 @@ int show_info(Context& context) {
                             {"domain", lab::domain_name(config)},
                             {"netbios", config.netbios},
                             {"kind", world::kind_text(config.kind)},
-                            {"users", list_users(domain, {}).size()},
-                            {"groups", list_groups(domain).size()},
+                            {"users", count_users(domain)},
+                            {"groups", count_groups(domain)},
                             {"ous", list_ous(domain).size()},
                             {"controller", config.controller},
                             {"database", local::to_local_path(context.session(Depth::kSettings).dbpath)}});
@@ -100,12 +99,13 @@ int copy_domain(Context& context, const std::string& folder) {
   if (!context.options().lab.empty())
     throw UsageError("with --live the lab is named after it: leave --lab out");
   context.options().live = true;
-  live::LiveDomain& domain = context.connected_domain();
+  world::RealDomain& domain = context.connected_domain();
+  const std::string name = domain.directory_names().domain;
   std::optional<world::Snapshot> copied;
   {
     Progress progress;
     copied = world::take_snapshot(domain, lab, [&](std::size_t entries) {
-      progress.show("Copying " + domain.settings().domain + ": " + std::to_string(entries) + " entries");
+      progress.show("Copying " + name + ": " + std::to_string(entries) + " entries");
       return !interrupted();
     });
   }
@@ -114,14 +114,14 @@ int copy_domain(Context& context, const std::string& folder) {
   world::World made(lab, context.dialogs(), [](const std::string& text) { complain(text); });
   world::record_domain(made);
   context.output().result({{"lab", std::filesystem::absolute(lab).string()},
-                           {"domain", domain.settings().domain},
+                           {"domain", name},
                            {"users", copied->users},
                            {"groups", copied->groups},
                            {"ous", copied->ous},
                            {"entries", copied->entries}},
-                          domain.settings().domain + " copied into " + folder + ": " +
-                              std::to_string(copied->users) + " users, " + std::to_string(copied->groups) +
-                              " groups, " + std::to_string(copied->ous) + " OUs.");
+                          name + " copied into " + folder + ": " + std::to_string(copied->users) +
+                              " users, " + std::to_string(copied->groups) + " groups, " +
+                              std::to_string(copied->ous) + " OUs.");
   return kExitGreen;
 }
 
