@@ -5,6 +5,12 @@ if(TWK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${TWK_CCACHE})
 endif()
 
+# Thirty test programs are linked in seconds instead of minutes.
+find_program(TWK_MOLD mold)
+if(TWK_MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
+
 # Libraries come from where the system looks for them. A run path of the build may hold an empty entry, which means the
 # current folder.
 set(CMAKE_SKIP_RPATH ON)

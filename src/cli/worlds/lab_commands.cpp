@@ -32,24 +32,28 @@ struct InitArguments {
   bool sample = false;
 };
 
-int show_info(Context& context) {
+int show_info(Context& context, const lab::LabContents& contents) {
   const lab::LabConfig& config = context.lab().config();
-  const Domain domain = context.domain();
   context.output().details(kFields,
                            {{"lab", std::filesystem::absolute(context.lab_folder()).string()},
                             {"domain", lab::domain_name(config)},
                             {"netbios", config.netbios},
                             {"kind", world::kind_text(config.kind)},
-                            {"users", count_users(domain)},
-                            {"groups", count_groups(domain)},
-                            {"ous", list_ous(domain).size()},
+                            {"users", contents.users},
+                            {"groups", contents.groups},
+                            {"ous", contents.ous},
                             {"controller", config.controller},
                             {"database", local::to_local_path(context.session(Depth::kSettings).dbpath)}});
   return kExitGreen;
 }
 
+int show_info(Context& context) {
+  const Domain domain = context.domain();
+  return show_info(context, {count_users(domain), count_groups(domain), list_ous(domain).size()});
+}
+
 /// When the command line is the reason, the failure is reported as a usage error.
-void create_lab(InitArguments& arguments) {
+lab::LabContents create_lab(InitArguments& arguments) {
   std::error_code unreadable;
   if (std::filesystem::exists(std::filesystem::path(arguments.folder) / "lab.conf", unreadable))
     throw Refused(arguments.folder + " is already a lab.");
@@ -59,7 +63,7 @@ void create_lab(InitArguments& arguments) {
   try {
     arguments.plan.kind = world::kind_named(arguments.kind);
     world::name_domain(arguments.plan, arguments.domain);
-    lab::create_lab(arguments.folder, arguments.plan);
+    return lab::create_lab(arguments.folder, arguments.plan);
   } catch (const base::RuntimeError& failure) {
     constexpr std::uint32_t kInvalidArgument = 5;
     if (failure.number() == kInvalidArgument || failure.number() == platform::ads_error::kConstraint)
@@ -69,14 +73,15 @@ void create_lab(InitArguments& arguments) {
 }
 
 int init_lab(Context& context, InitArguments& arguments) {
-  create_lab(arguments);
+  const lab::LabContents contents = create_lab(arguments);
   context.options().lab = arguments.folder;
   world::record_domain(context.world());
   if (arguments.sample) {
     world::prepare_sample(context.world());
     world::fill_sample_stores(context.session(Depth::kDomain));
+    return show_info(context);
   }
-  return show_info(context);
+  return show_info(context, contents);
 }
 
 int import_lab(Context& context, const std::string& file) {

@@ -151,20 +151,20 @@ std::vector<FoundEntry> search_entries(const LabDomain& domain, const std::strin
   const auto few = candidates(domain, filter);
   KindTest kind(filter);
   std::vector<FoundEntry> found;
-  const auto take = [&](const Entry& entry) {
-    if (kind.passes(entry) && (filter.children.empty() || holds(domain, filter, entry)))
-      found.push_back({&entry, entry.dn()});
+  // The name, the longest way into memory, is looked at last.
+  const auto passes = [&](const Entry& entry) {
+    return kind.passes(entry) && (filter.children.empty() || holds(domain, filter, entry));
   };
   if (few) {
     for (const Entry* const entry : *few) {
-      if (test.contains(*entry))
-        take(*entry);
+      if (passes(*entry) && test.contains(*entry))
+        found.push_back({entry, entry->dn()});
     }
     return found;
   }
   const auto visit = [&](const Entry& entry) {
-    if (!test.is_outside_context(entry))
-      take(entry);
+    if (passes(entry) && !test.is_outside_context(entry))
+      found.push_back({&entry, entry.dn()});
     return true;
   };
   if (scope == Scope::kBase) {

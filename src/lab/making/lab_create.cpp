@@ -86,15 +86,34 @@ void write_records(const fs::path& file,
   local::sync(output, path);
 }
 
-void write_directory(const fs::path& file, const LabConfig& config, const LabPlan& plan,
-                     const std::string& administrator) {
+void count(const LdifRecord& record, LabContents& contents) {
+  const auto classes = std::ranges::find(record.attributes, "objectClass", &LdifAttribute::name);
+  if (classes == record.attributes.end())
+    return;
+  const std::string& kind = classes->values.back();
+  contents.users += kind == "user" ? 1 : 0;
+  contents.groups += kind == "group" ? 1 : 0;
+  contents.ous += kind == "organizationalUnit" ? 1 : 0;
+}
+
+LabContents write_directory(const fs::path& file, const LabConfig& config, const LabPlan& plan,
+                            const std::string& administrator) {
+  LabContents contents;
   write_records(file, [&](const std::function<void(const LdifRecord&)>& write) {
-    invent_domain(config, {plan.users, plan.groups, plan.ous, plan.seed, administrator}, write);
+    invent_domain(config, {plan.users, plan.groups, plan.ous, plan.seed, administrator},
+                  [&](const LdifRecord& record) {
+                    count(record, contents);
+                    write(record);
+                  });
     if (plan.exchange) {
       for (const LdifRecord& record : exchange2000_entries(config, *plan.exchange))
         write(record);
     }
   });
+  // An NT domain knows of none.
+  if (config.kind == DomainKind::kNt)
+    contents.ous = 0;
+  return contents;
 }
 
 void make_exchange(const fs::path& folder, const ExchangePlan& plan) {
@@ -129,7 +148,7 @@ LabConfig make_config(const LabPlan& plan) {
 
 }  // namespace
 
-void create_lab(const fs::path& folder, const LabPlan& plan) {
+LabContents create_lab(const fs::path& folder, const LabPlan& plan) {
   require_empty(folder);
   const LabConfig config = make_config(plan);
   check_lab_config(config);
@@ -143,8 +162,10 @@ void create_lab(const fs::path& folder, const LabPlan& plan) {
     make_server(folder / "servers", server);
   if (plan.exchange)
     make_exchange(folder / "exchange", *plan.exchange);
-  write_directory(folder / "domain.ldif", config, plan, administrator_name(plan));
+  const LabContents contents =
+      write_directory(folder / "domain.ldif", config, plan, administrator_name(plan));
   write_lab_config(folder / "lab.conf", config);
+  return contents;
 }
 
 }  // namespace twk::lab

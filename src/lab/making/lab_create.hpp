@@ -30,6 +30,13 @@ struct LabPlan {
   std::optional<ExchangePlan> exchange = ExchangePlan{};  ///< none: a lab without mail
 };
 
+/// What a new lab holds.
+struct LabContents {
+  std::size_t users = 0;
+  std::size_t groups = 0;
+  std::size_t ous = 0;
+};
+
 /// Makes a lab in a folder that does not exist or is empty: the domain with its built-in accounts and its
 /// controller, units, people and groups by invented names, the file servers, whose last drives get the
 /// folders "Users" and "Profiles", the mail systems, settings and the database directory. Only the owner
@@ -38,6 +45,6 @@ struct LabPlan {
 /// "lab.conf" is written last, so that a half-made folder is not taken for a lab. Raises 75 for a
 /// folder that is not empty, 5 and kConstraint for names in the plan that cannot be used, and the runtime's
 /// file numbers. An administrator whose name cannot be an account name is left out.
-void create_lab(const std::filesystem::path& folder, const LabPlan& plan);
+LabContents create_lab(const std::filesystem::path& folder, const LabPlan& plan);
 
 }  // namespace twk::lab

@@ -47,7 +47,8 @@ struct Node {
 
   Entry entry;
   std::string dn;
-  std::string block;  ///< packed attributes, without the memberships
+  HashHook<Node> by_dn;  ///< beside the name: a look-up by it reads both
+  std::string block;     ///< packed attributes, without the memberships
   const AttributePool* pool;
 
   Node* parent = nullptr;
@@ -59,7 +60,6 @@ struct Node {
   std::array<Link*, 2> first_link{};  ///< by the Side this node is at
   std::array<Link*, 2> last_link{};
 
-  HashHook<Node> by_dn;
   std::size_t slot = 0;        ///< position in the tree's list of nodes
   std::uint64_t sequence = 0;  ///< grows with each entry added
 };

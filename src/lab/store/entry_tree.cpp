@@ -1,6 +1,7 @@
 #include "lab/store/entry_tree.hpp"
 
 #include <algorithm>
+#include <array>
 
 #include "ads/dn.hpp"
 #include "base/text.hpp"
@@ -47,6 +48,29 @@ Node* EntryTree::find(std::string_view dn) const {
   return by_dn_.find(hash_dn(dn), [&](const Node& node) { return same_dn(node.dn, dn); });
 }
 
+void EntryTree::find_each(const std::vector<std::string>& names,
+                          const std::function<void(std::size_t i, Node* node)>& visit) const {
+  constexpr std::size_t kTogether = 32;
+  std::array<std::uint64_t, kTogether> hashes{};
+  for (std::size_t start = 0; start < names.size(); start += kTogether) {
+    const std::size_t count = std::min(kTogether, names.size() - start);
+    for (std::size_t i = 0; i < count; ++i) {
+      hashes[i] = hash_dn_or_text(names[start + i]);
+      by_dn_.fetch(hashes[i]);
+    }
+    for (std::size_t i = 0; i < count; ++i)
+      __builtin_prefetch(by_dn_.first(hashes[i]));
+    for (std::size_t i = 0; i < count; ++i) {
+      if (const Node* const first = by_dn_.first(hashes[i]))
+        __builtin_prefetch(first->dn.data());
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::string& name = names[start + i];
+      visit(start + i, by_dn_.find(hashes[i], [&](const Node& node) { return same_dn(node.dn, name); }));
+    }
+  }
+}
+
 std::string_view EntryTree::first_value(const Node& node, AttributeId id) const {
   std::string_view found;
   pool_.each(node.block, [&](AttributeId each_id, std::string_view value) {
@@ -59,13 +83,11 @@ std::string_view EntryTree::first_value(const Node& node, AttributeId id) const 
 
 void EntryTree::build(ValueIndex& index) const {
   index.is_built = true;
-  std::vector<std::pair<std::pair<std::uint64_t, std::uint64_t>, Node*>> found;
   for (const std::unique_ptr<Node>& node : nodes_) {
     if (const auto value = first_value(*node, index.id); value.data() != nullptr)
-      found.emplace_back(std::pair(index.hash(value), node->sequence), node.get());
+      index.sorted.emplace_back(ValueIndex::Key(index.hash(value), node->sequence), node.get());
   }
-  std::sort(found.begin(), found.end());
-  index.nodes = {found.begin(), found.end()};
+  std::sort(index.sorted.begin(), index.sorted.end());
 }
 
 template <typename Visit>
@@ -73,12 +95,18 @@ Node* EntryTree::find_value(ValueIndex& index, std::string_view value, Visit vis
   if (!index.is_built)
     build(index);
   const std::uint64_t hash = index.hash(value);
-  for (auto at_hash = index.nodes.lower_bound({hash, 0});
-       at_hash != index.nodes.end() && at_hash->first.first == hash; ++at_hash) {
-    if (visit(*at_hash->second, first_value(*at_hash->second, index.id)))
-      return at_hash->second;
-  }
-  return nullptr;
+  const auto search = [&](auto entry, auto end) -> Node* {
+    for (; entry != end && entry->first.first == hash; ++entry) {
+      Node* const node = entry->second;
+      if (node != nullptr && visit(*node, first_value(*node, index.id)))
+        return node;
+    }
+    return nullptr;
+  };
+  const std::pair<ValueIndex::Key, Node*> start({hash, 0}, nullptr);
+  Node* const found =
+      search(std::lower_bound(index.sorted.begin(), index.sorted.end(), start), index.sorted.end());
+  return found != nullptr ? found : search(index.later.lower_bound(start.first), index.later.end());
 }
 
 Node* EntryTree::find_account(std::string_view name) const {
@@ -102,6 +130,8 @@ std::vector<const Node*> EntryTree::with_primary_group(std::string_view rid) con
       found.push_back(&node);
     return false;
   });
+  std::sort(found.begin(), found.end(),
+            [](const Node* a, const Node* b) { return a->sequence < b->sequence; });
   return found;
 }
 
@@ -279,7 +309,7 @@ void EntryTree::index_keys(Node& node) {
     if (!index->is_built)
       continue;
     if (const auto value = first_value(node, index->id); value.data() != nullptr)
-      index->nodes.emplace(std::pair(index->hash(value), node.sequence), &node);
+      index->later.insert_or_assign({index->hash(value), node.sequence}, &node);
   }
 }
 
@@ -288,8 +318,14 @@ void EntryTree::forget_keys(Node& node) {
   for (ValueIndex* const index : {&by_account_, &by_principal_, &by_sid_, &by_primary_group_}) {
     if (!index->is_built)
       continue;
-    if (const auto value = first_value(node, index->id); value.data() != nullptr)
-      index->nodes.erase({index->hash(value), node.sequence});
+    const auto value = first_value(node, index->id);
+    if (value.data() == nullptr)
+      continue;
+    const ValueIndex::Key key(index->hash(value), node.sequence);
+    const auto sorted = std::lower_bound(index->sorted.begin(), index->sorted.end(),
+                                         std::pair<ValueIndex::Key, Node*>(key, nullptr));
+    if (index->later.erase(key) == 0 && sorted != index->sorted.end() && sorted->first == key)
+      sorted->second = nullptr;
   }
 }
 

@@ -294,8 +294,13 @@ bool is_safe(std::string_view value) {
 }
 
 void append_line(std::string& out, std::string_view name, std::string_view value) {
+  const bool safe = is_safe(value);
+  if (safe && !value.empty() && name.size() + 2 + value.size() <= kLineWidth) {
+    out.append(name).append(": ").append(value).push_back('\n');
+    return;
+  }
   std::string line(name);
-  if (is_safe(value)) {
+  if (safe) {
     line += value.empty() ? ":" : ": ";
     line += value;
   } else {

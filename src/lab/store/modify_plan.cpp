@@ -46,10 +46,9 @@ void LinkPlan::modify(Side side, const Modification& change) {
 }
 
 void LinkPlan::add_unchecked(Side side, const std::vector<std::string>& values) {
-  for (const std::string& value : values) {
-    Node* const end = find_if_name(tree_, value);
-    steps_.push_back({LinkStep::Kind::kAdd, side, end, end == nullptr ? value : std::string()});
-  }
+  tree_.find_each(values, [&](std::size_t i, Node* end) {
+    steps_.push_back({LinkStep::Kind::kAdd, side, end, end == nullptr ? values[i] : std::string()});
+  });
 }
 
 std::string LinkPlan::key_of(std::string_view text) {
