@@ -48,6 +48,7 @@ int show_info(Context& context, const lab::LabContents& contents) {
 }
 
 int show_info(Context& context) {
+  static_cast<void>(context.lab_folder());
   const Domain domain = context.domain();
   return show_info(context, {count_users(domain), count_groups(domain), list_ous(domain).size()});
 }
