@@ -23,7 +23,7 @@ constexpr std::size_t kFewAttributes = 32;
 class LineReader {
  public:
   LineReader(std::string_view text, std::size_t first_line) : text_(text), next_number_(first_line) {
-    if (text_.starts_with(base::kByteOrderMark))
+    if (first_line == 1 && text_.starts_with(base::kByteOrderMark))
       at_ = base::kByteOrderMark.size();
   }
 

@@ -59,9 +59,9 @@ bool is_same_attribute(std::string_view a, std::string_view b);
 bool is_attribute_name(std::string_view name);
 
 /// Calls `visit` for each record in order. Raises kInvalidLdif, naming the line, for text that is not LDIF;
-/// the first line of the text has the number `first_line`, and
-/// only after line 1 is the version looked for. The "search:", "result:" and "ref:" records and
-/// the comments of `ldapsearch` are skipped, and so are controls that are not critical.
+/// the first line of the text has the number `first_line`; a byte order mark and a version are accepted in
+/// front of line 1 only. The "search:", "result:" and "ref:" records and the comments of `ldapsearch` are
+/// skipped, and so are controls that are not critical.
 void read_ldif(std::string_view text, const std::function<void(LdifRecord&&)>& visit,
                std::size_t first_line = 1);
 
