@@ -9,7 +9,6 @@ figures are an empty program, `cp` of the lab's directory and a search through i
 """
 
 import argparse
-import itertools
 import os
 import pathlib
 import shutil
@@ -53,10 +52,9 @@ class Size:
             log.writelines(f"NT User Account Created {i}\r\n" for i in range(users * 20))
         # Nothing large is held here: a process begins with the memory figure of the one that starts it.
         with subprocess.Popen([twk, "--lab", self.lab, "user", "list"], stdout=subprocess.PIPE, text=True) as listed:
-            for line in itertools.islice(listed.stdout, users // 2, None):
-                self.user = line.split()[0]
-                break
-            listed.communicate()
+            for number, line in enumerate(listed.stdout):
+                if number == users // 2:
+                    self.user = line.split()[0]
         self.made = 0
 
     def commands(self, twk):

@@ -28,6 +28,7 @@
 #include "session/log_tab.hpp"
 #include "windows/start_up.hpp"
 #include "windows/state/form1.hpp"
+#include "world/real_domains.hpp"
 #include "world/stored_connection.hpp"
 #include "world/world.hpp"
 
@@ -209,9 +210,32 @@ std::optional<int> connect_first(const Options& options) {
   return run_on_domain(options, std::move(*chosen));
 }
 
+/// False, with a box, when it raises.
+bool succeeds(const std::function<void()>& act) {
+  try {
+    act();
+    return true;
+  } catch (const std::exception& failure) {
+    complain(screens::describe_failure(failure));
+    screens::show_failure(failure);
+    return false;
+  }
+}
+
+/// Unreadable settings would count as unset, and accounts would be made by other rules.
+bool can_read_settings() {
+  return succeeds([] { world::require_settings(live::user_folders()); });
+}
+
+bool can_reach_domains() {
+  return succeeds([] { static_cast<void>(world::real_domains()); });
+}
+
 int run_on_choice(const Options& options, screens::QtDialogs& dialogs) {
   while (const auto choice = choose_start(dialogs)) {
     if (choice->lab.isEmpty()) {
+      if (!can_reach_domains())
+        continue;
       if (const auto code = connect_first(options))
         return *code;
     } else if (const auto workplace = open(options, choice->lab)) {
@@ -219,18 +243,6 @@ int run_on_choice(const Options& options, screens::QtDialogs& dialogs) {
     }
   }
   return 0;
-}
-
-/// Unreadable settings would count as unset, and accounts would be made by other rules.
-bool can_read_settings() {
-  try {
-    world::require_settings(live::user_folders());
-    return true;
-  } catch (const std::exception& failure) {
-    complain(screens::describe_failure(failure));
-    screens::show_failure(failure);
-    return false;
-  }
 }
 
 /// A real domain is used as soon as one is named, on the command line or in the settings.
@@ -241,6 +253,8 @@ int run_without_lab(const Options& options, screens::QtDialogs& dialogs) {
                      !world::stored_connection(live::user_folders()).domain.empty();
   if (!named)
     return run_on_choice(options, dialogs);
+  if (!can_reach_domains())
+    return kExitFault;
   if (const auto code = run_on_domain(options, {options.connection, {}, false}))
     return *code;
   return world::says_anything(options.connection) ? kExitBadData : run_on_choice(options, dialogs);

@@ -173,6 +173,10 @@ std::string_view trim_right(std::string_view text) {
   return last == npos ? std::string_view{} : text.substr(0, last + 1);
 }
 
+bool is_ascii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 std::string upper(std::string_view text) {
   return map_codes(text, upper_code);
 }

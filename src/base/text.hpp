@@ -18,6 +18,9 @@ std::string_view trim(std::string_view text);
 /// Without the blanks at the end.
 std::string_view trim_right(std::string_view text);
 
+/// True when every byte is below 0x80.
+bool is_ascii(std::string_view text);
+
 /// Simple case mapping of the Latin (also accented), Greek and Cyrillic letters. A letter and its other case
 /// have the same number of bytes, so byte positions stay; letters for which this is not true are left
 /// alone.

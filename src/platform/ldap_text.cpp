@@ -24,11 +24,11 @@ std::string escape_filter_value(std::string_view text) {
   return out;
 }
 
-std::string escape_filter_bytes(const base::Bytes& bytes) {
+std::string escape_filter_bytes(std::string_view bytes) {
   std::string out;
   out.reserve(bytes.size() * 3);
-  for (const std::uint8_t byte : bytes)
-    append_hex(out, static_cast<char>(byte));
+  for (const char byte : bytes)
+    append_hex(out, byte);
   return out;
 }
 

@@ -37,7 +37,11 @@ Entry load() {
 
 RealDomains& real_domains() {
   static const Entry entry = twk_real_domains != nullptr ? &twk_real_domains : load();
-  return *entry();
+  if (RealDomains* const domains = entry(TWK_VERSION))
+    return *domains;
+  base::raise(kModuleNotFound,
+              "The part of the program for real domains was replaced by that of another version: start the "
+              "program again");
 }
 
 }  // namespace twk::world

@@ -69,10 +69,11 @@ class RealDomains {
 };
 
 /// The module, loaded at the first call from lib/tarnwick beside the folder of the program. Raises 126 with
-/// its path and the reason when it cannot be loaded.
+/// the reason when it cannot be loaded, or belongs to another version because the program was replaced while
+/// this one runs.
 RealDomains& real_domains();
 
 }  // namespace twk::world
 
-/// What the module gives to the program.
-extern "C" twk::world::RealDomains* twk_real_domains();
+/// What the module gives to the program of its version; null to another.
+extern "C" twk::world::RealDomains* twk_real_domains(const char* version);

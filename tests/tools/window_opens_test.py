@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Starts the window program on a new lab, without a screen, and waits until it can be called by a second start; then
-calls it by one, which ends while the first goes on.
+calls it by one, which ends while the first goes on. Without the module for real domains both programs say so.
 
     window_opens_test.py PATH-OF-TWK
 """
@@ -8,6 +8,7 @@ calls it by one, which ends while the first goes on.
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -17,7 +18,11 @@ twk = sys.argv[1]
 tarnwick = re.sub("twk$", "tarnwick", twk)
 with tempfile.TemporaryDirectory() as folder:
     os.chmod(folder, 0o700)
-    environment = {**os.environ, "HOME": folder, "XDG_RUNTIME_DIR": folder, "QT_QPA_PLATFORM": "offscreen"}
+    # The screen that the platform has by itself is too small for the window, and a box would say so.
+    screen = pathlib.Path(folder, "screen.json")
+    screen.write_text('{"screens": [{"name": "one", "x": 0, "y": 0, "width": 1280, "height": 900}]}')
+    environment = {**os.environ, "HOME": folder, "XDG_RUNTIME_DIR": folder,
+                   "QT_QPA_PLATFORM": f"offscreen:configfile={screen}"}
     environment.pop("DISPLAY", None)
     environment.pop("WAYLAND_DISPLAY", None)
     lab = f"{folder}/lab"
@@ -35,3 +40,23 @@ with tempfile.TemporaryDirectory() as folder:
     finally:
         window.kill()
         window.wait()
+
+    alone = pathlib.Path(folder, "alone", "bin")
+    alone.mkdir(parents=True)
+    programs = [shutil.copy(program, alone) for program in (twk, tarnwick)]
+    lacking = "real domains cannot be loaded"
+    told = subprocess.run([programs[0], "--domain", "corp.test", "user", "list"], env=environment, capture_output=True, text=True)
+    if told.returncode != 70 or lacking not in told.stderr:
+        sys.exit(f"twk without its module: {told.returncode} {told.stderr}")
+    box = subprocess.Popen([programs[1], "--domain", "corp.test"], env=environment, stderr=subprocess.PIPE, text=True)
+    try:
+        while lacking not in (line := box.stderr.readline()):
+            if not line:
+                sys.exit(f"tarnwick without its module ended with {box.wait()} and without a word.")
+        try:
+            sys.exit(f"tarnwick without its module ended with {box.wait(1)} instead of showing a box.")
+        except subprocess.TimeoutExpired:
+            pass
+    finally:
+        box.kill()
+        box.wait()

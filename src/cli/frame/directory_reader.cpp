@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "ads/sid.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/parser/near_matches.hpp"
@@ -179,18 +180,15 @@ Json sorted_names(std::vector<std::string> names) {
   return names;
 }
 
-/// The name of the group of that relative identifier in the user's domain, which the user's own identifier
-/// names.
+/// The name of the user's primary group, which is in the same domain.
 std::string primary_group_in_ad(const Domain& domain, const ObjectPtr& user) {
-  constexpr std::size_t kRidSize = 4;  // the last sub-authority, little-endian, [MS-DTYP] 2.4.2.2
   const std::int32_t rid = get_number(user, "primaryGroupID");
   const Value sid = get(user, "objectSid");
-  if (base::Bytes bytes = sid.is_empty() ? base::Bytes{} : sid.bytes(); bytes.size() > kRidSize) {
-    for (std::size_t i = 0; i < kRidSize; ++i)
-      bytes[bytes.size() - kRidSize + i] =
-          static_cast<std::uint8_t>(static_cast<std::uint32_t>(rid) >> (8 * i));
+  const base::Bytes own = sid.is_empty() ? base::Bytes{} : sid.bytes();
+  if (const std::string above = ads::without_rid(std::string(own.begin(), own.end())); !above.empty()) {
+    const std::string group = ads::append_rid(above, static_cast<std::uint32_t>(rid));
     const std::vector<Row> rows =
-        query(domain, {}, conjunction(kGroups, "(objectSid=" + platform::escape_filter_bytes(bytes) + ")"),
+        query(domain, {}, conjunction(kGroups, "(objectSid=" + platform::escape_filter_bytes(group) + ")"),
               {"Name"});
     return rows.empty() ? std::string() : rows.front()[0].text();
   }

@@ -16,10 +16,6 @@ constexpr std::string_view kVersion = "version: 1";
 /// More values of one attribute are compared in the usual way.
 constexpr std::size_t kFewValues = 16;
 
-bool is_ascii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 std::string_view without_end(std::string_view line) {
   if (line.ends_with('\n'))
     line.remove_suffix(1);
@@ -161,7 +157,7 @@ bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
   if (!decode(line.substr(colon + 1), value))
     return false;
   next.is_plain = line.data() == raw.data() && value.data() >= raw.data() &&
-                  value.data() <= raw.data() + raw.size() && is_ascii(value);
+                  value.data() <= raw.data() + raw.size() && base::is_ascii(value);
   if (next.is_plain) {
     next.value_at = static_cast<std::uint32_t>(value.data() - raw.data());
     next.value_size = static_cast<std::uint32_t>(value.size());

@@ -12,10 +12,6 @@ namespace {
 
 constexpr std::uint64_t kPrime = 0x100000001B3U;
 
-bool is_ascii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 char upper_ascii(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
 }
@@ -23,7 +19,7 @@ char upper_ascii(char c) {
 }  // namespace
 
 std::string folded_key(std::string_view text) {
-  if (!is_ascii(text))
+  if (!base::is_ascii(text))
     return base::upper(text);
   std::string key(text);
   std::transform(key.begin(), key.end(), key.begin(), upper_ascii);
@@ -41,7 +37,7 @@ std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed) {
 }
 
 std::uint64_t hash_folded(std::string_view text, std::uint64_t seed) {
-  if (!is_ascii(text))
+  if (!base::is_ascii(text))
     return hash_bytes(base::upper(text), seed);
   for (const char c : text) {
     seed = (seed ^ static_cast<unsigned char>(upper_ascii(c))) * kPrime;

@@ -184,7 +184,9 @@ std::optional<LdapEntry> LiveDomain::find_sid(const platform::Sid& sid,
                                               const std::vector<std::string>& attributes) {
   LdapSearch search;
   search.base = root_dn();
-  search.filter = "(objectSid=" + platform::escape_filter_bytes(sid.bytes()) + ")";
+  const base::Bytes& bytes = sid.bytes();
+  search.filter =
+      "(objectSid=" + platform::escape_filter_bytes(std::string(bytes.begin(), bytes.end())) + ")";
   search.attributes = attributes;
   std::optional<LdapEntry> found;
   ldap().search(search, [&](LdapEntry&& entry) {

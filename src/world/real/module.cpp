@@ -25,7 +25,7 @@ class LiveDomains final : public RealDomains {
 }  // namespace
 }  // namespace twk::world
 
-extern "C" twk::world::RealDomains* twk_real_domains() {
+extern "C" twk::world::RealDomains* twk_real_domains(const char* version) {
   static twk::world::LiveDomains domains;
-  return &domains;
+  return std::string_view(version) == TWK_VERSION ? &domains : nullptr;
 }
