@@ -40,6 +40,12 @@ void LocatePdc(CreationRun& run) {
     run.PdcName.clear();
 }
 
+/// What was done up to here is in the log before the next begins.
+void begin_step(CreationRun& run, std::string_view text) {
+  run.session.log.gather(true);
+  run.view.step(text);
+}
+
 void end_quietly(CreationRun& run) {
   run.view.progress(0);
   run.view.step("Progress");
@@ -48,18 +54,21 @@ void end_quietly(CreationRun& run) {
   run.session.log.close();
 }
 
-void begin_account(CreationRun& run) {
-  PrepareAccountTexts(run);
+void tell_errors_of_account(CreationRun& run) {
   run.stage = CreationStage::kAccount;
   run.session.Error_Status_Text = "Error Creating Users Account...";
   run.session.Error_Log_Text = "Error Creating Users Account: " + run.UserId;
 }
 
+void begin_account(CreationRun& run) {
+  PrepareAccountTexts(run);
+  tell_errors_of_account(run);
+}
+
 void create_account(CreationRun& run) {
   Session& session = run.session;
-  run.view.step("Create User Account");
+  begin_step(run, "Create User Account");
   begin_account(run);
-  platform::WriteBatch batch(session.platform.directory);
   if (session::is_active_directory(session)) {
     CreateAdAccount(run);
     ApplyGroups(run);
@@ -69,10 +78,16 @@ void create_account(CreationRun& run) {
     ApplyGroups(run);
   }
   SetPrimaryGroup(run);
-  batch.commit();
   run.traps_off = session::is_debug(session);
   run.view.progress(45);
   run.view.stage(Stage::kAccount, StageState::kCompleted);
+}
+
+/// The account and everything that hangs on it is safe against a power cut from here on, after one wait for the
+/// disk.
+void make_durable(CreationRun& run) {
+  tell_errors_of_account(run);
+  run.batch.commit();
 }
 
 bool wants_terminal_settings(const Session& session) {
@@ -89,7 +104,7 @@ bool wants_mailbox(const CreationRun& run) {
 
 void create_mailbox(CreationRun& run) {
   run.view.progress(75);
-  run.view.step("Creating Mail Account...");
+  begin_step(run, "Creating Mail Account...");
   const Mailbox mailbox = CreateMailbox(run);
   if (mailbox == Mailbox::kFailed) {
     log(run, "Failed to create Mail Account");
@@ -106,7 +121,7 @@ void create_mailbox(CreationRun& run) {
 Step make_directories(CreationRun& run) {
   if (!run.request.stages.directories)
     return Step::kGoOn;
-  run.view.step("Create Directories...");
+  begin_step(run, "Create Directories...");
   if (CreateDirectories(run) == Step::kEnd) {
     run.message = "The directory exists already";
     end_quietly(run);
@@ -142,20 +157,23 @@ Step work(CreationRun& run) {
   if (stages.account)
     create_account(run);
   if (stages.shares) {
-    run.view.step("Create Shares...");
+    begin_step(run, "Create Shares...");
     CreateUserShares(run);
   }
   if (wants_terminal_settings(run.session))
     ApplyTerminalSettings(run);
   if (stages.permissions) {
-    run.view.step("Set Dir Permissions...");
+    begin_step(run, "Set Dir Permissions...");
     ApplyDirPermissions(run);
   }
   if (wants_mailbox(run))
     create_mailbox(run);
   run.view.progress(90);
-  if (stages.account)
+  if (stages.account) {
     AddUserToViews(run);
+    make_durable(run);
+  }
+  run.session.log.gather(false);
   if (stages.command && !run.request.command.text.empty()) {
     run.view.progress(95);
     run.view.step("Running Command");

@@ -14,6 +14,9 @@ std::string trimmed(std::string_view text) {
 
 }  // namespace
 
+CreationRun::CreationRun(session::Session& owner, NewUserRequest asked, CreationView& watcher)
+    : session(owner), request(std::move(asked)), view(watcher), batch(owner.platform.directory) {}
+
 TemplateValues values_of(const records::TemplateRecord& record) {
   return {trimmed(record.ProfileDirPath),    trimmed(record.HomeDirPath),    trimmed(record.ProfilePath),
           trimmed(record.HomeDir),           trimmed(record.ProfileShare),   trimmed(record.HomeShare),

@@ -67,12 +67,12 @@ enum class CreationStage { kNone = 0, kAccount = 1, kProfileDirectory = 2, kComm
 
 /// One run of the creation: its input and what its stages pass to each other.
 struct CreationRun {
-  CreationRun(session::Session& owner, NewUserRequest asked, CreationView& watcher)
-      : session(owner), request(std::move(asked)), view(watcher) {}
+  CreationRun(session::Session& owner, NewUserRequest asked, CreationView& watcher);
 
   session::Session& session;
   NewUserRequest request;
   CreationView& view;
+  platform::WriteBatch batch;    ///< up to the command that ends the run
   TemplateValues user_template;  ///< from the check of the request on
   SiteValues site;
   std::string UserId;  ///< in a WinNT domain also the account's name

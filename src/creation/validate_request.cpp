@@ -57,6 +57,7 @@ Step refuse_length(CreationRun& run) {
 
 void open_log(CreationRun& run) {
   run.session.log.begin_block();
+  run.session.log.gather(true);
   log(run, "Creating User:" + run.UserId);
   log(run, "Site: " + std::string(base::trim(run.request.SiteName)));
   log(run, "Template: " + std::string(base::trim(run.request.TemplateName)));

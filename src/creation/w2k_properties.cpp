@@ -113,6 +113,7 @@ void ask_for_value(CreationRun& run, const std::string& attribute) {
   Session& session = run.session;
   if (session.import.Importing && run.request.skip_prompts)
     return;
+  session.log.write_gathered();
   DirectoryProperty property{
       attribute, session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value")};
   if (!property.value.empty())

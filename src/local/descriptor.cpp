@@ -45,14 +45,19 @@ Descriptor::~Descriptor() {
     close(number_);
 }
 
-Descriptor open_descriptor(const std::string& path, int flags, mode_t mode) {
+Descriptor try_open_descriptor(const std::string& path, int flags, mode_t mode) {
   for (;;) {
     Descriptor file(open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode));
-    if (file.get() >= 0)
+    if (file.get() >= 0 || errno != EINTR)
       return file;
-    if (errno != EINTR)
-      raise_file_error(errno, "open", path);
   }
+}
+
+Descriptor open_descriptor(const std::string& path, int flags, mode_t mode) {
+  Descriptor file = try_open_descriptor(path, flags, mode);
+  if (file.get() < 0)
+    raise_file_error(errno, "open", path);
+  return file;
 }
 
 struct stat status_of(const Descriptor& file, const std::string& path) {

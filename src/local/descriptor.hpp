@@ -34,6 +34,8 @@ class Descriptor {
 /// Opens with `flags` of open(2); started programs do not inherit the descriptor. Never waits for
 /// the other end of a pipe. `mode` is for a file that O_CREAT makes, less the umask.
 Descriptor open_descriptor(const std::string& path, int flags, mode_t mode = 0);
+/// The same; a file that cannot be opened is a descriptor below 0, with `errno`.
+Descriptor try_open_descriptor(const std::string& path, int flags, mode_t mode = 0);
 
 struct stat status_of(const Descriptor& file, const std::string& path);
 

@@ -47,7 +47,7 @@ FoldedNames::Folder* FoldedNames::remembered(const std::string& path) {
 FoldedNames::Folder* FoldedNames::read(const std::string& path, const struct stat& status) {
   if (remembered(path) != nullptr)
     folders_.pop_front();
-  Folder folder{path, status, false, {}};
+  Folder folder{path, status, 0, false, {}};
   std::error_code error;
   for (fs::directory_iterator entry(path, error); !error && entry != fs::directory_iterator();
        entry.increment(error)) {
@@ -70,16 +70,22 @@ std::optional<std::string> FoldedNames::find(const std::string& folder, std::str
 }
 
 FoldedNames::Folded FoldedNames::find_other_case(const std::string& folder, std::string_view name) {
+  const auto answer = [&name](const Folder& known) {
+    const auto found = known.names.find(base::upper(name));
+    return Folded{true, found == known.names.end() ? std::nullopt : std::optional(found->second)};
+  };
+  Folder* known = remembered(folder);
+  if (known != nullptr && !turn_->is_due(known->looked_at))
+    return answer(*known);
   struct stat status {};
   if (stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
     return {};
-  Folder* known = remembered(folder);
   const bool as_remembered = known != nullptr && is_same(known->seen, status);
   if (!as_remembered)
     known = read(folder, status);
-  const auto found = known->names.find(base::upper(name));
+  static_cast<void>(turn_->is_due(known->looked_at));
   known->to_be_changed = true;
-  Folded result{true, found == known->names.end() ? std::nullopt : std::optional(found->second)};
+  Folded result = answer(*known);
   // A folder without names was made a moment ago, and is about to be filled.
   if (!as_remembered && !is_settled(status) && !known->names.empty())
     folders_.pop_front();

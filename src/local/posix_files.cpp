@@ -58,15 +58,15 @@ class PosixAppendFile final : public platform::AppendFile {
 
 class PosixRandomFile final : public platform::RandomFile {
  public:
-  PosixRandomFile(std::string path, int flags)
-      : path_(std::move(path)),
-        file_(open_shared_file(path_, flags, kNewFileMode)),
-        lock_(flags == O_RDONLY ? Lock::kShared : Lock::kExclusive) {}
+  PosixRandomFile(std::string path, Descriptor file, Lock lock)
+      : path_(std::move(path)), file_(std::move(file)), lock_(lock) {}
 
   std::uint64_t size() override { return static_cast<std::uint64_t>(status_of(file_, path_).st_size); }
 
   std::string read(std::uint64_t offset, std::size_t count) override {
-    const std::uint64_t all = size();
+    // Far more may be asked for than there is.
+    constexpr std::size_t kSmall = 65536;
+    const std::uint64_t all = count > kSmall ? size() : offset + count;
     if (offset >= all)
       return {};
     std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(count, all - offset)), '\0');
@@ -160,11 +160,39 @@ platform::FileEntry to_entry(std::string name, const struct stat& status) {
           status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
+/// The path in the system's form, as it is spelled. Raises 52 and 76 as `to_local_path` does.
+std::string to_spelled_path(std::string_view path) {
+  std::string local(path);
+  if (path.empty() || path.find('\0') != base::npos) {
+    throw base::RuntimeError(base::error::kBadFileName, "bad file name \"" + local + "\"");
+  }
+  if (path.starts_with("\\\\")) {
+    throw base::RuntimeError(base::error::kPathNotFound,
+                             "the network path " + local + " is not on this machine");
+  }
+  std::replace(local.begin(), local.end(), '\\', '/');
+  return local;
+}
+
+/// A path whose last part does not exist as it is spelled, with the name that it folds to.
+std::optional<std::string> find_other_case(const std::string& path, FoldedNames& names) {
+  const SplitPath split = split_path(without_slash(path));
+  const auto name = names.find_other_case(split.folder, split.name).name;
+  return name ? std::optional(split.folder + "/" + *name) : std::nullopt;
+}
+
 /// The status of what the path leads to; false when it cannot be read.
 bool look_at(std::string_view path, FoldedNames& names, struct stat& status) {
   base::Trap trap;
   bool found = false;
-  trap([&] { found = stat(to_local_path(path, names).c_str(), &status) == 0; });
+  trap([&] {
+    const std::string spelled = to_spelled_path(path);
+    found = stat(spelled.c_str(), &status) == 0;
+    if (found || errno != ENOENT)
+      return;
+    const auto other = find_other_case(spelled, names);
+    found = other && stat((spelled.ends_with('/') ? *other + "/" : *other).c_str(), &status) == 0;
+  });
   return found;
 }
 
@@ -176,15 +204,7 @@ std::string to_local_path(std::string_view path) {
 }
 
 std::string to_local_path(std::string_view path, FoldedNames& names) {
-  std::string local(path);
-  if (path.empty() || path.find('\0') != base::npos) {
-    throw base::RuntimeError(base::error::kBadFileName, "bad file name \"" + local + "\"");
-  }
-  if (path.starts_with("\\\\")) {
-    throw base::RuntimeError(base::error::kPathNotFound,
-                             "the network path " + local + " is not on this machine");
-  }
-  std::replace(local.begin(), local.end(), '\\', '/');
+  std::string local = to_spelled_path(path);
   const std::size_t last = local.find_last_not_of('/');
   if (last == base::npos)
     return "/";
@@ -208,7 +228,8 @@ bool PosixFiles::is_directory(std::string_view path) {
 }
 
 void PosixFiles::make_directory(std::string_view path) {
-  const std::string local_path = local(path);
+  const std::string spelled = without_slash(to_spelled_path(path));
+  const std::string local_path = find_other_case(spelled, *names_).value_or(spelled);
   const SplitPath split = split_path(local_path);
   names_->before_adding(split.folder);
   if (mkdir(local_path.c_str(), kNewFolderMode) == 0)
@@ -325,11 +346,19 @@ std::unique_ptr<platform::AppendFile> PosixFiles::open_append(std::string_view p
 }
 
 std::unique_ptr<platform::RandomFile> PosixFiles::open_random(std::string_view path) {
-  return std::make_unique<PosixRandomFile>(local(path), O_RDWR | O_CREAT);
+  const std::string name = local(path);
+  return std::make_unique<PosixRandomFile>(name, open_shared_file(name, O_RDWR | O_CREAT, kNewFileMode),
+                                           Lock::kExclusive);
 }
 
 std::unique_ptr<platform::RandomFile> PosixFiles::open_random_read(std::string_view path) {
-  return std::make_unique<PosixRandomFile>(local(path), O_RDONLY);
+  std::string name = to_spelled_path(path);
+  Descriptor file = try_open_shared_file(name, O_RDONLY);
+  if (file.get() < 0) {
+    name = local(path);
+    file = open_shared_file(name, O_RDONLY);
+  }
+  return std::make_unique<PosixRandomFile>(name, std::move(file), Lock::kShared);
 }
 
 }  // namespace twk::local

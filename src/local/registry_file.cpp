@@ -72,7 +72,8 @@ bool attempt(std::string& problem, Step step) {
 
 }  // namespace
 
-RegistryFile::RegistryFile(std::string folder) : folder_(std::move(folder)) {
+RegistryFile::RegistryFile(std::string folder, TurnPtr turn)
+    : folder_(std::move(folder)), turn_(std::move(turn)) {
   for (const auto& [number, name] : {std::pair{platform::kHiveLocalMachine, "HKEY_LOCAL_MACHINE"},
                                      std::pair{platform::kHiveCurrentUser, "HKEY_CURRENT_USER"}}) {
     Hive& hive = hives_[number];
@@ -119,6 +120,11 @@ void RegistryFile::refresh(Hive& hive) {
   hive.loaded = status;
 }
 
+void RegistryFile::look_at(Hive& hive) const {
+  if (turn_->is_due(hive.looked_at) || !hive.problem.empty())
+    refresh(hive);
+}
+
 void RegistryFile::change(Hive& hive, const std::function<bool(RegistryTree&)>& edit) {
   make_private_folders(folder_);
   const std::string lock_path = (fs::path(folder_) / "registry.lock").string();
@@ -137,7 +143,7 @@ void RegistryFile::change(Hive& hive, const std::function<bool(RegistryTree&)>& 
 bool RegistryFile::Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
                             std::string& value) {
   Hive* const found = find_hive(hive);
-  if (found == nullptr || !attempt(found->problem, [&] { refresh(*found); }))
+  if (found == nullptr || !attempt(found->problem, [&] { look_at(*found); }))
     return false;
   const RegistryValue* const entry = find_value(found->tree, full_path(found->name, key), name);
   if (entry == nullptr || !entry->other.empty())

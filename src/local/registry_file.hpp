@@ -9,6 +9,7 @@
 
 #include "local/descriptor.hpp"
 #include "local/regedit.hpp"
+#include "local/turn.hpp"
 #include "platform/registry.hpp"
 
 namespace twk::local {
@@ -27,8 +28,8 @@ namespace twk::local {
 /// control character or bytes that are not UTF-8, another process that keeps the lock for five seconds.
 class RegistryFile final : public platform::RegistryAccess, public platform::RegistryListing {
  public:
-  /// `folder` is a local path.
-  explicit RegistryFile(std::string folder);
+  /// `folder` is a local path. Reads look whether a file was changed once in each turn.
+  explicit RegistryFile(std::string folder, TurnPtr turn = std::make_shared<Turn>());
 
   bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name, std::string& value) override;
   bool Reg_Write(std::uint32_t hive, std::string_view key, std::string_view name,
@@ -47,16 +48,20 @@ class RegistryFile final : public platform::RegistryAccess, public platform::Reg
     RegistryTree tree;
     Descriptor file;  ///< kept open so that the number of its inode is not reused for its successor
     std::optional<struct stat> loaded;
+    std::uint64_t looked_at = 0;  ///< the turn
     std::string problem;
   };
 
   Hive* find_hive(std::uint32_t number);
   /// Brings the tree up to the file; raises when the file cannot be read or understood.
   static void refresh(Hive& hive);
+  /// The same for a read, unless it was done in this turn.
+  void look_at(Hive& hive) const;
   /// Runs `edit` on the tree under the lock, and writes the file when that returns True.
   void change(Hive& hive, const std::function<bool(RegistryTree&)>& edit);
 
   std::string folder_;
+  TurnPtr turn_;
   std::map<std::uint32_t, Hive> hives_;
 };
 

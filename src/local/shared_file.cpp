@@ -49,8 +49,25 @@ std::string follow_trusted_links(const std::string& path) {
 }
 
 Descriptor open_shared_file(const std::string& path, int flags, mode_t mode) {
-  const std::string target = follow_trusted_links(path);
-  Descriptor file = open_descriptor(target, (flags & ~O_TRUNC) | O_NOFOLLOW, mode);
+  Descriptor file = try_open_shared_file(path, flags, mode);
+  if (file.get() < 0)
+    raise_file_error(ENOENT, "open", path);
+  return file;
+}
+
+Descriptor try_open_shared_file(const std::string& path, int flags, mode_t mode) {
+  const int opening = (flags & ~O_TRUNC) | O_NOFOLLOW;
+  std::string target = path;
+  // Most are no links, and need no look before they are opened.
+  Descriptor file = try_open_descriptor(target, opening, mode);
+  if (file.get() < 0 && errno == ELOOP) {
+    target = follow_trusted_links(path);
+    file = try_open_descriptor(target, opening, mode);
+  }
+  if (file.get() < 0 && errno == ENOENT)
+    return file;
+  if (file.get() < 0)
+    raise_file_error(errno, "open", target);
   const struct stat status = status_of(file, target);
   if (!S_ISREG(status.st_mode))
     raise_file_error(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP, "open", target);

@@ -17,6 +17,8 @@ std::string follow_trusted_links(const std::string& path);
 /// Opens an ordinary file by such a path. Raises kPermissionDenied for a file that has several names (hard
 /// links), kPathFileAccess for anything that is not an ordinary file. With O_TRUNC the file is emptied only
 /// after these checks.
-Descriptor open_shared_file(const std::string& path, int flags, mode_t mode);
+Descriptor open_shared_file(const std::string& path, int flags, mode_t mode = 0);
+/// The same; below 0 when there is no such file.
+Descriptor try_open_shared_file(const std::string& path, int flags, mode_t mode = 0);
 
 }  // namespace twk::local

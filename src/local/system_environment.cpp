@@ -33,7 +33,9 @@ std::string SystemEnvironment::variable(std::string_view name) {
     if (std::string value = own_variable(candidate); !value.empty())
       return value;
   }
-  return account_name();
+  if (!account_)
+    account_ = account_name();
+  return *account_;
 }
 
 }  // namespace twk::local

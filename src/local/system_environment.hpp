@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/environment.hpp"
 
 namespace twk::local {
@@ -9,6 +11,9 @@ namespace twk::local {
 class SystemEnvironment final : public platform::Environment {
  public:
   std::string variable(std::string_view name) override;
+
+ private:
+  std::optional<std::string> account_;  ///< the process's, once it was asked for
 };
 
 }  // namespace twk::local

@@ -71,6 +71,7 @@ std::string value_of(const controls::ListRow& row) {
 std::string ask_for_value(Session& session, const MailboxOwner& owner, const std::string& attribute) {
   if (owner.skip_prompts)
     return {};
+  session.log.write_gathered();
   return session.platform.dialogs.InputBox("Enter Value for " + attribute, "Enter value");
 }
 

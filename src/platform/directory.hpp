@@ -131,9 +131,11 @@ class DirectoryService {
   /// The same with a user's credentials; an empty user means the current logon. Raises kLogonFailure.
   virtual ObjectPtr OpenDSObject(std::string_view path, std::string_view user, std::string_view password) = 0;
 
-  /// Between the two, a directory that keeps its own files may put off making writes safe against a power
-  /// cut; everyone still sees at once what was written. `end_batch` returns when all of it is
-  /// on the disk and raises when that fails. Batches nest. A remote directory does nothing here.
+  /// Between the two, the work on one user, a directory that keeps its own files may put off making writes
+  /// safe against a power cut; everyone still sees at once what was written. It and the services beside it
+  /// need to look once only at what other programs changed, and again before each write. `end_batch` returns
+  /// when all of it is on the disk and raises when that fails. Batches nest. A remote directory does nothing
+  /// here.
   virtual void begin_batch() {}
   virtual void end_batch() {}
 };

@@ -43,9 +43,27 @@ void ActivityLog::begin_block() {
 void ActivityLog::line(std::string_view text) {
   if (!file_)
     return;
+  if (gathers_)
+    gathered_ += log_line(concealed(text));
+  else
+    write(log_line(concealed(text)));
+}
+
+void ActivityLog::write(std::string_view text) {
   base::Trap trap;
-  if (!trap([&] { file_->write(log_line(concealed(text))); }))
+  if (!trap([&] { file_->write(text); }))
     fail(trap.description());
+}
+
+void ActivityLog::gather(bool on) {
+  write_gathered();
+  gathers_ = on && file_;
+}
+
+void ActivityLog::write_gathered() {
+  const std::string text = std::exchange(gathered_, {});
+  if (file_ && !text.empty())
+    write(text);
 }
 
 void ActivityLog::reason(std::string_view text) {
@@ -93,10 +111,12 @@ std::string ActivityLog::concealed(std::string_view text) const {
 
 void ActivityLog::fail(const std::string& reason) {
   file_.reset();
+  gathers_ = false;
   add_row(kYellow, "Cannot write to Log.txt: " + reason);
 }
 
 void ActivityLog::close() {
+  gather(false);
   file_.reset();
 }
 

@@ -25,7 +25,8 @@ struct LogRow {
   std::string text;
 };
 
-/// "Log.txt" in the database directory, open for the block of one operation; one write a line.
+/// "Log.txt" in the database directory, open for the block of one operation; one write a line, unless lines are
+/// gathered.
 ///
 /// A log that cannot be opened or written does not stop the operation: the first failure adds a "YELLOW" row
 /// to the log tab that names the file and the reason, and the rest of that block is dropped.
@@ -60,6 +61,11 @@ class ActivityLog {
   void conceal(std::string secret) { secret_ = std::move(secret); }
   /// A text with secrets hidden.
   [[nodiscard]] std::string concealed(std::string_view text) const;
+  /// Writes what was gathered. From here on lines are gathered for one write if `on`, until the block ends.
+  void gather(bool on);
+  /// Gathered lines are lost with a killed program, so they are written before whatever may take long or go
+  /// wrong: the next step of the work, a question, a command.
+  void write_gathered();
   void close();
   /// Path of the file.
   [[nodiscard]] std::string path() const { return directory_ + "Log.txt"; }
@@ -72,11 +78,14 @@ class ActivityLog {
 
  private:
   void fail(const std::string& reason);
+  void write(std::string_view text);
 
   const platform::Platform& services_;
   const std::string& directory_;
   controls::ListView& rows_;
   std::unique_ptr<platform::AppendFile> file_;
+  bool gathers_ = false;
+  std::string gathered_;
   std::vector<std::string> reasons_;
   std::vector<std::string> told_;
   std::vector<LogRow> added_;

@@ -132,8 +132,10 @@ void Output::raw(std::string_view bytes) {
   write(bytes);
 }
 
+Output::Output() : coloured_(may_colour(STDOUT_FILENO)) {}
+
 std::string Output::light(std::string_view word) const {
-  if (json_ || !may_colour(STDOUT_FILENO))
+  if (json_ || !coloured_)
     return std::string(word);
   const std::string_view colour = word == session::kGreen    ? "\x1b[32m"
                                   : word == session::kYellow ? "\x1b[33m"

@@ -21,6 +21,8 @@ struct Column {
 /// `finish` reports any other reason.
 class Output {
  public:
+  Output();
+
   void set_json(bool json) { json_ = json; }
   [[nodiscard]] bool json() const { return json_; }
 
@@ -45,6 +47,7 @@ class Output {
   [[nodiscard]] std::string cell(const Column& column, const Json& row) const;
 
   bool json_ = false;
+  const bool coloured_;  ///< for a terminal
   int failure_ = 0;  ///< errno of the first failed write
 };
 

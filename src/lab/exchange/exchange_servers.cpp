@@ -47,9 +47,7 @@ EntryStore* ExchangeServers::open(const std::string& name) {
     const std::string stem = file_name.substr(0, file_name.size() - kExtension.size());
     if (base::upper(stem) != name)
       continue;
-    auto store = open_entry_store(folder_, stem, warn_);
-    for (int i = 0; i < batches_; ++i)
-      store->begin_batch();
+    auto store = open_entry_store(folder_, stem, warn_, {turn_, false});
     return open_.emplace(name, std::move(store)).first->second.get();
   }
   return nullptr;
@@ -64,26 +62,6 @@ EntryStore* ExchangeServers::find(std::string_view server) {
     return nullptr;
   store->refresh();
   return endpoint.port == port_of(*store) ? store : nullptr;
-}
-
-void ExchangeServers::begin_batch() {
-  ++batches_;
-  for (const auto& [name, store] : open_)
-    store->begin_batch();
-}
-
-void ExchangeServers::end_batch() {
-  if (batches_ == 0)
-    return;
-  --batches_;
-  base::Trap trap;
-  std::optional<base::RuntimeError> failure;
-  for (const auto& opened : open_) {
-    if (!trap([&] { opened.second->end_batch(); }))
-      failure.emplace(trap.number(), trap.description());
-  }
-  if (failure)
-    throw base::RuntimeError(*failure);
 }
 
 }  // namespace twk::lab

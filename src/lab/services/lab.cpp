@@ -24,8 +24,8 @@ struct Lab::Services {
   Services(const std::filesystem::path& root, const LabConfig& config,
            const std::function<void(const std::string&)>& warn)
       : folder(root),
-        servers(root / "servers", names, warn),
-        store(entry_store_opened_at_use(root, "domain", warn, [this] { add_missing_configuration(domain); })),
+        servers(root / "servers", names, turn, warn),
+        store(entry_store_opened_at_use(root, "domain", warn, {turn, true}, [this] { add_missing_configuration(domain); })),
         environment(config.controller),
         domain{.config = config,
                .store = *store,
@@ -33,18 +33,19 @@ struct Lab::Services {
                .servers = servers,
                .root_dn = ads::domain_dn(domain_name(config)),
                .configuration_dn = "CN=Configuration," + ads::domain_dn(domain_name(config))},
-        exchange(root / "exchange", warn),
-        directory(domain, exchange),
+        exchange(root / "exchange", turn, warn),
+        directory(domain, exchange, turn),
         query(domain),
         identity(domain),
         network(domain, identity),
         files(servers, identity, workstation_files),
         security(domain, identity, files),
         mailboxes(directory, config.domain),
-        registry((root / "settings").string()) {}
+        registry((root / "settings").string(), turn) {}
 
   std::filesystem::path folder;
-  std::shared_ptr<local::FoldedNames> names = std::make_shared<local::FoldedNames>();
+  local::TurnPtr turn = std::make_shared<local::Turn>();
+  std::shared_ptr<local::FoldedNames> names = std::make_shared<local::FoldedNames>(turn);
   FileServers servers;
   std::unique_ptr<EntryStore> store;
   local::SystemClock clock;

@@ -92,16 +92,13 @@ ObjectPtr LabDirectory::OpenDSObject(std::string_view path, std::string_view use
 }
 
 void LabDirectory::begin_batch() {
+  turn_->begin();
   domain_.store.begin_batch();
-  exchange_.begin_batch();
 }
 
 void LabDirectory::end_batch() {
-  base::Trap domain;
-  domain([this] { domain_.store.end_batch(); });
-  exchange_.end_batch();
-  if (domain.number() != 0)
-    raise(domain.number(), domain.description());
+  turn_->end();
+  domain_.store.end_batch();
 }
 
 }  // namespace twk::lab

@@ -12,7 +12,8 @@ namespace twk::lab {
 /// except the namespaces themselves, which are then empty.
 class LabDirectory final : public platform::DirectoryService {
  public:
-  LabDirectory(LabDomain& domain, ExchangeServers& exchange) : domain_(domain), exchange_(exchange) {}
+  LabDirectory(LabDomain& domain, ExchangeServers& exchange, local::TurnPtr turn)
+      : domain_(domain), exchange_(exchange), turn_(std::move(turn)) {}
 
   platform::ObjectPtr GetObject(std::string_view path) override;
   platform::ObjectPtr OpenDSObject(std::string_view path, std::string_view user,
@@ -29,6 +30,7 @@ class LabDirectory final : public platform::DirectoryService {
 
   LabDomain& domain_;
   ExchangeServers& exchange_;
+  local::TurnPtr turn_;
 };
 
 }  // namespace twk::lab

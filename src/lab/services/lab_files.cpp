@@ -153,25 +153,34 @@ bool LabFiles::copy_from(const ServerPath& source, const std::function<bool(cons
   return copy(folded);
 }
 
-bool LabFiles::exists(std::string_view path) {
+bool LabFiles::holds(std::string_view path, bool (local::PosixFiles::*question)(std::string_view)) {
   bool found = false;
   base::Trap unreachable;
-  unreachable([&] { found = workstation_.exists(local_path(path)); });
+  unreachable([&] {
+    const auto place = locate(servers_, path);
+    const std::string spelled = place ? place->server.spelled_path(place->path) : std::string(path);
+    found = (workstation_.*question)(spelled);
+    if (found || !place)
+      return;
+    const std::string folded = place->server.local_path_of_new(place->path);
+    found = folded != spelled && (workstation_.*question)(folded);
+  });
   return found;
 }
 
+bool LabFiles::exists(std::string_view path) {
+  return holds(path, &local::PosixFiles::exists);
+}
+
 bool LabFiles::is_directory(std::string_view path) {
-  bool found = false;
-  base::Trap unreachable;
-  unreachable([&] { found = workstation_.is_directory(local_path(path)); });
-  return found;
+  return holds(path, &local::PosixFiles::is_directory);
 }
 
 void LabFiles::make_directory(std::string_view path) {
   const auto place = locate(servers_, path);
   if (!place)
     return workstation_.make_directory(path);
-  const std::string local = place->server.local_path(place->path);
+  const std::string local = place->server.local_path_of_new(place->path);
   if (!workstation_.exists(local))
     require_addable(*place, true);
   workstation_.make_directory(local);

@@ -62,6 +62,8 @@ class LabFiles final : public platform::Files {
   static bool copy_from(const ServerPath& source, const std::function<bool(const std::string&)>& copy);
   /// The workstation's path for `path`.
   std::string local_path(std::string_view path);
+  /// What the workstation says of a path; false for one that leads nowhere.
+  bool holds(std::string_view path, bool (local::PosixFiles::*question)(std::string_view));
   /// The same; raises 70 when the program does not have all of `rights` there, or would change a locked file.
   std::string path_for(std::string_view path, std::uint32_t rights);
   /// The same for what may have to be made first.

@@ -27,19 +27,17 @@ bool is_drive(std::string_view name) {
 
 }  // namespace
 
-FileServer::FileServer(fs::path folder, std::shared_ptr<local::FoldedNames> names,
+// A file server does not wait for its disk after each change of a share or a descriptor.
+FileServer::FileServer(fs::path folder, std::shared_ptr<local::FoldedNames> names, local::TurnPtr turn,
                        const std::function<void(const std::string&)>& warn)
     : folder_(std::move(folder)),
       root_(folder_.string()),
       name_(folder_.filename().string()),
       names_(std::move(names)),
-      store_(open_entry_store(folder_, "server", warn)),
+      store_(open_entry_store(folder_, "server", warn, {std::move(turn), false})),
       shares_(
           *store_, [this] { return drives(); }, [this](std::string_view path) { return has_folder(path); }),
-      descriptors_(*store_, [this](std::string_view path) { return has_folder(path); }) {
-  // A file server does not wait for its disk after each change of a share or a descriptor.
-  store_->begin_batch();
-}
+      descriptors_(*store_, [this](std::string_view path) { return has_folder(path); }) {}
 
 std::vector<std::string> FileServer::parts_of(std::string_view path) const {
   const auto refuse = [&] {
@@ -101,7 +99,12 @@ bool FileServer::has_folder(std::string_view path) const {
   std::error_code unreadable;
   base::Trap trap;
   bool found = false;
-  trap([&] { found = fs::is_directory(local_path(path), unreadable); });
+  trap([&] {
+    const std::string spelled = spelled_path(path);
+    found = fs::is_directory(spelled, unreadable);
+    if (!found && !is_there(spelled))
+      found = fs::is_directory(local_path_of_new(path), unreadable);
+  });
   return found;
 }
 
@@ -140,9 +143,12 @@ std::optional<std::string> FileServer::account_name(const platform::Sid& sid) co
   return name;
 }
 
-FileServers::FileServers(fs::path folder, std::shared_ptr<local::FoldedNames> names,
+FileServers::FileServers(fs::path folder, std::shared_ptr<local::FoldedNames> names, local::TurnPtr turn,
                          std::function<void(const std::string&)> warn)
-    : folder_(std::move(folder)), names_(std::move(names)), warn_(std::move(warn)) {}
+    : folder_(std::move(folder)),
+      names_(std::move(names)),
+      turn_(std::move(turn)),
+      warn_(std::move(warn)) {}
 
 FileServer* FileServers::find(std::string_view name) {
   if (name.starts_with("\\\\"))
@@ -161,7 +167,7 @@ FileServer* FileServers::find(std::string_view name) {
     return nullptr;
   std::unique_ptr<FileServer>& server = servers_[*found];
   if (server == nullptr)
-    server = std::make_unique<FileServer>(folder_ / *found, names_, warn_);
+    server = std::make_unique<FileServer>(folder_ / *found, names_, turn_, warn_);
   else
     server->refresh();
   return server.get();

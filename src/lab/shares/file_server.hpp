@@ -34,7 +34,7 @@ namespace twk::lab {
 /// case.
 class FileServer {
  public:
-  FileServer(std::filesystem::path folder, std::shared_ptr<local::FoldedNames> names,
+  FileServer(std::filesystem::path folder, std::shared_ptr<local::FoldedNames> names, local::TurnPtr turn,
              const std::function<void(const std::string&)>& warn);
 
   /// Reads what other programs wrote.
@@ -77,7 +77,7 @@ class FileServer {
 /// The file servers of a lab, each opened on first use.
 class FileServers {
  public:
-  FileServers(std::filesystem::path folder, std::shared_ptr<local::FoldedNames> names,
+  FileServers(std::filesystem::path folder, std::shared_ptr<local::FoldedNames> names, local::TurnPtr turn,
               std::function<void(const std::string&)> warn);
   FileServers(const FileServers&) = delete;
   FileServers& operator=(const FileServers&) = delete;
@@ -89,6 +89,7 @@ class FileServers {
  private:
   std::filesystem::path folder_;
   std::shared_ptr<local::FoldedNames> names_;
+  local::TurnPtr turn_;
   std::function<void(const std::string&)> warn_;
   std::map<std::string, std::unique_ptr<FileServer>, std::less<>> servers_;  ///< by the name of the folder
 };

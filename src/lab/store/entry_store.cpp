@@ -50,8 +50,9 @@ const Entry* entry_of(const Node* node) {
 class EntryStore::Implementation {
  public:
   Implementation(const std::filesystem::path& folder, const std::string& name,
-                 const std::function<void(const std::string&)>& warn)
-      : ldif_path_(folder / (name + ".ldif")),
+                 const std::function<void(const std::string&)>& warn, StoreTerms terms)
+      : terms_(std::move(terms)),
+        ldif_path_(folder / (name + ".ldif")),
         journal_(folder / (name + ".journal.ldif"), warn),
         warn_(warn),
         tree_(std::make_unique<EntryTree>()) {}
@@ -79,6 +80,7 @@ class EntryStore::Implementation {
   void replay(std::string_view text, std::size_t first_line, const std::filesystem::path& path);
   void fold();
 
+  StoreTerms terms_;
   std::filesystem::path ldif_path_;
   Journal journal_;
   std::function<void(const std::string&)> warn_;
@@ -90,6 +92,8 @@ class EntryStore::Implementation {
   bool is_folded_in_ = false;  ///< the journal's changes are in the file already
   bool is_writing_ = false;
   int batches_ = 0;
+  std::uint64_t looked_at_journal_ = 0;  ///< the turn
+  std::uint64_t looked_at_ldif_ = 0;
   std::uint64_t readings_ = 0;
   std::uint64_t writings_ = 0;
 };
@@ -134,7 +138,9 @@ void EntryStore::Implementation::open() {
 }
 
 void EntryStore::Implementation::refresh() {
-  if (is_writing_ || (!must_reload_ && journal_.is_unchanged()))
+  if (is_writing_)
+    return;
+  if (!must_reload_ && (!terms_.turn->is_due(looked_at_journal_) || journal_.is_unchanged()))
     return;
   const Lock lock(journal_, Journal::Access::kRead);
   if (lock.is_held()) {
@@ -146,8 +152,9 @@ void EntryStore::Implementation::refresh() {
 
 /// Reads what others wrote, with the lock held.
 void EntryStore::Implementation::catch_up() {
-  if (must_reload_ || !same_file(status_of(ldif_path_), ldif_status_) ||
-      (journal_.is_new() && has_changes_)) {
+  const bool has_new_ldif =
+      (terms_.turn->is_due(looked_at_ldif_) || journal_.is_new()) && !same_file(status_of(ldif_path_), ldif_status_);
+  if (must_reload_ || has_new_ldif || (journal_.is_new() && has_changes_)) {
     reload(true);
   } else if (journal_.is_new()) {
     read_new_journal();
@@ -260,13 +267,13 @@ void EntryStore::Implementation::write(const LdifRecord& record, const Guard& gu
   std::string text;
   append_ldif(text, record);
   text.pop_back();
-  journal_.append(text, batches_ == 0);
+  journal_.append(text, terms_.synced && batches_ == 0);
   ++writings_;
   tree_->apply(std::move(change));
 }
 
 void EntryStore::Implementation::end_batch() {
-  if (batches_ > 0 && --batches_ == 0)
+  if (batches_ > 0 && --batches_ == 0 && terms_.synced)
     journal_.sync();
 }
 
@@ -441,8 +448,9 @@ void EntryStore::export_to(const std::function<void(std::string_view)>& write) c
 }
 
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder, const std::string& name,
-                                             const std::function<void(const std::string&)>& warn) {
-  auto store = entry_store_opened_at_use(folder, name, warn, {});
+                                             const std::function<void(const std::string&)>& warn,
+                                             const StoreTerms& terms) {
+  auto store = entry_store_opened_at_use(folder, name, warn, terms, {});
   store->open();
   return store;
 }
@@ -450,10 +458,11 @@ std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder
 std::unique_ptr<EntryStore> entry_store_opened_at_use(const std::filesystem::path& folder,
                                                       const std::string& name,
                                                       const std::function<void(const std::string&)>& warn,
+                                                      const StoreTerms& terms,
                                                       std::function<void()> opened) {
   if (!status_of(folder))
     raise_file_error(ENOENT, folder);
-  return std::make_unique<EntryStore>(std::make_unique<EntryStore::Implementation>(folder, name, warn),
+  return std::make_unique<EntryStore>(std::make_unique<EntryStore::Implementation>(folder, name, warn, terms),
                                       std::move(opened));
 }
 

@@ -12,10 +12,17 @@
 #include "base/errors.hpp"
 #include "lab/store/entry.hpp"
 #include "lab/store/ldif.hpp"
+#include "local/turn.hpp"
 
 namespace twk::lab {
 
 struct Node;
+
+/// How a store deals with its disk and with other processes.
+struct StoreTerms {
+  local::TurnPtr turn = std::make_shared<local::Turn>();  ///< in which `refresh` looks once
+  bool synced = true;                                     ///< writes are safe against a power cut
+};
 
 /// A directory of a lab: "<name>.ldif" and "<name>.journal.ldif", the journal of changes since, held in
 /// memory with indexes by DN, "samAccountName", "userPrincipalName", "objectSid", "primaryGroupID" and
@@ -105,12 +112,14 @@ class EntryStore {
 /// denied. Raises runtime errors that name the file and line, and path not found for a folder that does not
 /// exist.
 std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder, const std::string& name,
-                                             const std::function<void(const std::string&)>& warn);
+                                             const std::function<void(const std::string&)>& warn,
+                                             const StoreTerms& terms = {});
 /// The same, but the files are opened and read at the first use, which raises what is wrong with them;
 /// `opened`, which may be empty, is called after that.
 std::unique_ptr<EntryStore> entry_store_opened_at_use(const std::filesystem::path& folder,
                                                       const std::string& name,
                                                       const std::function<void(const std::string&)>& warn,
+                                                      const StoreTerms& terms,
                                                       std::function<void()> opened);
 
 }  // namespace twk::lab

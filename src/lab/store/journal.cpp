@@ -143,8 +143,10 @@ bool Journal::lock(Access access) {
   while (open(access)) {
     file_.lock(writable_);
     const std::optional<struct stat> now = status_of(path_);
-    if (now && same_file(*now, identity_))
+    if (now && same_file(*now, identity_)) {
+      locked_size_ = static_cast<std::uint64_t>(now->st_size);
       return true;
+    }
     file_.close();
     unsynced_ = false;
   }
@@ -179,6 +181,8 @@ std::uint64_t Journal::rewind(std::uint64_t generation) {
 }
 
 Journal::Part Journal::read() {
+  if (locked_size_ == end_)
+    return {{}, next_line_};
   Part part{file_.read_from(end_), next_line_};
   const Whole whole = find_whole(part.text);
   if (whole.goes_on) {

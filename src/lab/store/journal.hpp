@@ -76,6 +76,7 @@ class Journal {
   std::function<void(const std::string&)> warn_;
   PosixFile file_;
   struct stat identity_ {};
+  std::uint64_t locked_size_ = 0;  ///< of the file when it was locked
   bool writable_ = false;
   bool is_new_ = false;
   bool unsynced_ = false;
