@@ -184,6 +184,7 @@ bool tell_end(Session& session, End end, std::string_view path) {
 /// What an earlier run left is forgotten.
 void begin_run(ImportState& state) {
   state.Importing = true;
+  state.holds_records = false;
   state.ImportStopped = false;
   state.ImportAddedCount = 0;
   state.ImportHalt = false;
@@ -228,6 +229,7 @@ bool Import_Users(Session& session, std::string_view path, const ImportOrder& or
   state.error_file.close();
   state.summary_file.close();
   state.Importing = false;
+  state.holds_records = false;
   session.log.conceal({});
   if (trap.number() != 0)
     state.failure = trap.description();

@@ -83,8 +83,8 @@ void create_account(CreationRun& run) {
   run.view.stage(Stage::kAccount, StageState::kCompleted);
 }
 
-/// The account and everything that hangs on it is safe against a power cut from here on, after one wait for the
-/// disk.
+/// The account and everything that hangs on it is safe against a power cut from here on, after one wait for
+/// the disk.
 void make_durable(CreationRun& run) {
   tell_errors_of_account(run);
   run.batch.commit();
@@ -246,7 +246,8 @@ CreationOutcome fail(CreationRun& run, const base::RuntimeError& failure) {
   CreationOutcome outcome = told_outcome(run, session::kRed, session.Error_Status_Text + " ");
   run.view.step("Error");
   run.view.unlock();
-  stores::release_template(session);
+  if (!session.import.holds_records)
+    stores::release_template(session);
   return outcome;
 }
 

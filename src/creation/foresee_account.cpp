@@ -33,7 +33,7 @@ bool is_in_use(CreationRun& run) {
 }
 
 void require_free_name(CreationRun& run) {
-  if (is_in_use(run) || !run.session.import.foreseen_names.insert(base::upper(run.SamName)).second)
+  if (is_in_use(run) || !run.session.import.foreseen_names.add(base::upper(run.SamName)))
     base::raise(platform::ads_error::kObjectExists, "The account name " + run.SamName + " is in use");
 }
 

@@ -65,9 +65,13 @@ void open_log(CreationRun& run) {
 
 /// An account without its template or site would be incomplete.
 void load_records(CreationRun& run) {
+  session::ImportState& import = run.session.import;
   try {
-    stores::require_template(run.session, run.request.TemplateName);
-    stores::require_site(run.session, run.request.SiteName);
+    if (!import.holds_records) {
+      stores::require_template(run.session, run.request.TemplateName);
+      stores::require_site(run.session, run.request.SiteName);
+      import.holds_records = import.rehearsed;
+    }
     run.user_template = values_of(run.session.ActiveTemplate);
     run.site = values_of(run.session.ActiveSite);
   } catch (const base::RuntimeError&) {

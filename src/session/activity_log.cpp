@@ -127,6 +127,8 @@ std::string ActivityLog::add_row(std::string_view severity, std::string_view mes
     services_.dialogs.beep();
   const std::vector<std::string> reasons = take_reasons(severity != kGreen);
   std::string text = concealed(severity == kGreen ? std::string(message) : with_reasons(message, reasons));
+  if (!keeps_rows_)
+    return text;
   added_.push_back({std::string(severity), text});
   rows_.add({}, text, std::string(severity), {date_and_time(services_.clock)});
   return text;

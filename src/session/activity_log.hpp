@@ -25,8 +25,8 @@ struct LogRow {
   std::string text;
 };
 
-/// "Log.txt" in the database directory, open for the block of one operation; one write a line, unless lines are
-/// gathered.
+/// "Log.txt" in the database directory, open for the block of one operation; one write a line, unless lines
+/// are gathered.
 ///
 /// A log that cannot be opened or written does not stop the operation: the first failure adds a "YELLOW" row
 /// to the log tab that names the file and the reason, and the rest of that block is dropped.
@@ -74,6 +74,8 @@ class ActivityLog {
   /// …", each text once and the first of many. Returns the text of the row. Raises when the severity is not
   /// one of the three.
   std::string add_row(std::string_view severity, std::string_view message);
+  /// A rehearsal of many lines has no log tab: its rows are only formed.
+  void keep_rows(bool on) { keeps_rows_ = on; }
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }
 
  private:
@@ -89,6 +91,7 @@ class ActivityLog {
   std::vector<std::string> reasons_;
   std::vector<std::string> told_;
   std::vector<LogRow> added_;
+  bool keeps_rows_ = true;
   std::string secret_;
 };
 

@@ -16,6 +16,7 @@
 #include "session/activity_log.hpp"
 #include "session/creation_outcome.hpp"
 #include "session/current_run.hpp"
+#include "session/foreseen_names.hpp"
 #include "session/text_file.hpp"
 
 namespace twk::session {
@@ -54,10 +55,11 @@ struct ImportState {
   bool ImportHalt = false;
   bool ImportHaltWarning = false;
   std::int32_t ImportAddedCount = 0;
-  bool rehearsed = false;  ///< the lines are only checked: no file is opened, no account is made
-  std::set<std::string> foreseen_names;  ///< of accounts that a rehearsal would have made, in upper case
-  std::set<std::string> told_groups;     ///< missing template groups that this run already reported
-  std::string error_path;                ///< "Import.err" of the run
+  bool holds_records = false;    ///< template and site are loaded: the lines of a rehearsal share one reading
+  bool rehearsed = false;        ///< the lines are only checked: no file is opened, no account is made
+  ForeseenNames foreseen_names;  ///< of accounts that a rehearsal would have made, in upper case
+  std::set<std::string> told_groups;  ///< missing template groups that this run already reported
+  std::string error_path;             ///< "Import.err" of the run
   std::string summary_path;
   RunFile error_file;
   RunFile summary_file;

@@ -39,12 +39,14 @@ int preview_import(Context& context, session::Session& session, const std::strin
   // A run's questions are reported, and answered with Yes.
   if (context.dialogs().asks_person())
     context.dialogs().set_asking(Asking::kYes);
-  std::vector<Json> rows;
+  RowPrinter rows(context.output(), kColumns);
   int exit_code = kExitGreen;
   state.rehearsed = true;
+  session.log.keep_rows(false);
   state.row_done = [&](const session::ImportRow& row) {
-    rows.push_back(preview_row(row));
-    exit_code = std::max(exit_code, exit_code_of_light(rows.back().text_at("light")));
+    const Json shown = preview_row(row);
+    rows.add(shown);
+    exit_code = std::max(exit_code, exit_code_of_light(shown.text_at("light")));
   };
   context.dialogs().on_events([&] {
     if (interrupted())
@@ -54,11 +56,11 @@ int preview_import(Context& context, session::Session& session, const std::strin
   batch::run_import(session, path, order, progress);
   context.dialogs().on_events({});
   state.row_done = {};
+  rows.finish();
   if (!state.failure.empty())
     complain(state.failure);
   if (!state.failure.empty())
     return kExitRed;
-  context.output().table(kColumns, rows);
   context.keep_exit_code();
   if (state.ImportStopped)
     complain("stopped; the remaining lines were not checked");

@@ -76,27 +76,38 @@ std::string text_of(const Json& value) {
   return out;
 }
 
-std::string Output::cell(const Column& column, const Json& row) const {
+namespace {
+
+std::string cell_of(const Column& column, const Json& row) {
   const Json* const value = row.find(column.key);
   return value == nullptr ? std::string() : printable(text_of(*value));
 }
+
+std::vector<std::string> cells_of(const std::vector<Column>& columns, const Json& row) {
+  std::vector<std::string> cells;
+  for (const Column& column : columns)
+    cells.push_back(cell_of(column, row));
+  return cells;
+}
+
+}  // namespace
 
 void Output::table(const std::vector<Column>& columns, const std::vector<Json>& rows) {
   if (json_) {
     for (const Json& row : rows)
       write(dumped(row) + "\n");
-    return;
+  } else if (!rows.empty()) {
+    print_rows(columns, rows);
   }
-  if (rows.empty())
-    return;
+}
+
+std::vector<std::size_t> Output::print_rows(const std::vector<Column>& columns,
+                                            const std::vector<Json>& rows) {
   std::vector<std::vector<std::string>> lines(1);
   for (const Column& column : columns)
     lines.front().push_back(column.title);
-  for (const Json& row : rows) {
-    std::vector<std::string>& line = lines.emplace_back();
-    for (const Column& column : columns)
-      line.push_back(cell(column, row));
-  }
+  for (const Json& row : rows)
+    lines.push_back(cells_of(columns, row));
   std::vector<std::size_t> widths(columns.size(), 0);
   for (const auto& line : lines) {
     for (std::size_t i = 0; i < line.size(); ++i)
@@ -106,6 +117,28 @@ void Output::table(const std::vector<Column>& columns, const std::vector<Json>& 
   for (const auto& line : lines)
     append_row(out, line, widths);
   write(out);
+  return widths;
+}
+
+void RowPrinter::add(const Json& row) {
+  constexpr std::size_t kHeldBack = 1000;
+  if (output_.json())
+    return output_.write(dumped(row) + "\n");
+  if (widths_.empty()) {
+    first_.push_back(row);
+    if (first_.size() == kHeldBack)
+      finish();
+    return;
+  }
+  std::string out;
+  append_row(out, cells_of(columns_, row), widths_);
+  output_.write(out);
+}
+
+void RowPrinter::finish() {
+  if (!first_.empty())
+    widths_ = output_.print_rows(columns_, first_);
+  first_.clear();
 }
 
 void Output::details(const std::vector<Column>& fields, const Json& object) {
@@ -118,7 +151,7 @@ void Output::details(const std::vector<Column>& fields, const Json& object) {
     width = std::max(width, display_width(field.title));
   std::string out;
   for (const Column& field : fields)
-    append_row(out, {field.title, cell(field, object)}, {width, 0});
+    append_row(out, {field.title, cell_of(field, object)}, {width, 0});
   write(out);
 }
 

@@ -43,12 +43,30 @@ class Output {
   void finish();
 
  private:
+  friend class RowPrinter;
+
   void write(std::string_view bytes);
-  [[nodiscard]] std::string cell(const Column& column, const Json& row) const;
+  /// With their headings; returns the widths of the columns.
+  std::vector<std::size_t> print_rows(const std::vector<Column>& columns, const std::vector<Json>& rows);
 
   bool json_ = false;
   const bool coloured_;  ///< for a terminal
-  int failure_ = 0;  ///< errno of the first failed write
+  int failure_ = 0;      ///< errno of the first failed write
+};
+
+/// A table whose rows come one by one, any number of them. Its columns are as wide as the first rows need.
+class RowPrinter {
+ public:
+  RowPrinter(Output& output, const std::vector<Column>& columns) : output_(output), columns_(columns) {}
+  void add(const Json& row);
+  /// Prints what was held back to find the widths.
+  void finish();
+
+ private:
+  Output& output_;
+  const std::vector<Column>& columns_;
+  std::vector<Json> first_;
+  std::vector<std::size_t> widths_;
 };
 
 /// The separate reasons of a light that is not GREEN, as every result about a user has them under "warnings";
