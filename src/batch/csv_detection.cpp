@@ -1,8 +1,10 @@
 #include "batch/csv_detection.hpp"
 
+#include <algorithm>
 #include <array>
 
 #include "base/text.hpp"
+#include "base/text_file.hpp"
 #include "batch/csv_reader.hpp"
 
 namespace twk::batch {
@@ -51,6 +53,14 @@ int agreeing_records(std::string_view bytes, const CsvDialect& dialect) {
   return agreeing;
 }
 
+bool has_quoted_field(std::string_view text) {
+  for (std::size_t at = text.find('"'); at != base::npos; at = text.find('"', at + 1)) {
+    if (at == 0 || std::string_view(",;\t\r\n").find(text[at - 1]) != base::npos)
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 CsvDialect find_dialect(std::string_view bytes) {
@@ -67,6 +77,19 @@ CsvDialect find_dialect(std::string_view bytes) {
   }
   dialect.separator = best;
   return dialect;
+}
+
+std::string_view sign_of_spreadsheet(std::string_view bytes) {
+  if (encoding_of(bytes).mark.size() == 2)
+    return "UTF-16";
+  const std::string_view text = base::without_mark(bytes);
+  const std::string_view first = text.substr(0, text.find_first_of("\r\n"));
+  const auto commas = std::ranges::count(first, ',');
+  if (std::ranges::count(first, ';') > commas)
+    return "semicolons between the fields";
+  if (std::ranges::count(first, '\t') > commas)
+    return "tabs between the fields";
+  return has_quoted_field(text) ? "quoted fields" : "";
 }
 
 }  // namespace twk::batch

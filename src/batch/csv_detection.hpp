@@ -14,4 +14,8 @@ namespace twk::batch {
 /// A file without any has one column.
 CsvDialect find_dialect(std::string_view bytes);
 
+/// What in a file cannot be read as lines that every comma separates, but looks like a spreadsheet's: "quoted
+/// fields" …; empty for nothing.
+std::string_view sign_of_spreadsheet(std::string_view bytes);
+
 }  // namespace twk::batch

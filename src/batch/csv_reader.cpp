@@ -41,13 +41,14 @@ CsvError::CsvError(std::int32_t line, std::int32_t column, const std::string& fa
       line_(line),
       column_(column) {}
 
-CsvReader::CsvReader(std::string_view bytes, const CsvDialect& dialect)
+CsvReader::CsvReader(std::string_view bytes, const CsvDialect& dialect, std::int32_t first_line)
     : bytes_(bytes),
       dialect_(dialect),
       unit_(dialect.unit()),
       big_(dialect.encoding == CsvEncoding::kUtf16Big),
       position_(dialect.mark.size()),
-      start_(position_) {}
+      start_(position_),
+      line_(first_line) {}
 
 char32_t CsvReader::peek() const {
   return unit_ == 2 ? utf16_unit(bytes_, position_, big_) : static_cast<unsigned char>(bytes_[position_]);

@@ -35,8 +35,8 @@ struct CsvRecord {
 /// quote is a character like any other. Lines end with CR LF, LF or CR; an empty line is no record.
 class CsvReader {
  public:
-  /// `bytes` are the whole file and must outlive the reader.
-  CsvReader(std::string_view bytes, const CsvDialect& dialect);
+  /// `bytes` must outlive the reader. They are the whole file, or its rest from the line `first_line` on.
+  CsvReader(std::string_view bytes, const CsvDialect& dialect, std::int32_t first_line = 1);
 
   /// Goes to the next record; False at the end. Raises `CsvError` for a quote that is never closed, text
   /// after a closing quote, a quote after blanks at the beginning of a field, NUL, and what is not text in
@@ -67,7 +67,7 @@ class CsvReader {
   bool big_;
   std::size_t position_;
   std::size_t start_;  ///< of the current record
-  std::int32_t line_ = 1;
+  std::int32_t line_;
   CsvRecord record_;
 };
 

@@ -5,6 +5,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/import_file.hpp"
+#include "batch/open_import.hpp"
 #include "creation/create_user.hpp"
 #include "creation/stored_request.hpp"
 #include "directory/account_expiry.hpp"
@@ -36,13 +37,15 @@ void error_line(Session& session, std::string_view text) {
   session::write_run_file(session, session.import.error_file, text);
 }
 
-void open_error_file(Session& session) {
+void open_error_file(Session& session, const std::string& heading) {
   session.import.error_path = database_path(session, "Import.err");
   session.import.error_file.open(session.platform.files, session.import.error_path, true);
   error_line(session, session::kAsterisks);
   error_line(session, session::date_and_time(session));
   error_line(session, kNotCreated);
   error_line(session, session::kAsterisks);
+  if (!heading.empty())
+    error_line(session, heading);
 }
 
 /// A unique name, even for a run within the same second.
@@ -74,9 +77,9 @@ bool keep_error_file(Session& session, const std::string& bytes) {
 }
 
 /// The lines that the run did not reach were not created either.
-void keep_rest(Session& session, ImportLines& lines) {
+void keep_rest(Session& session, ImportSource& lines) {
   while (lines.next())
-    error_line(session, lines.line());
+    error_line(session, lines.text());
 }
 
 /// The names of the line in hand.
@@ -125,11 +128,11 @@ void keep_outcome(Session& session, const ImportOrder& order, session::CreationO
   session.LastCreation = std::move(outcome);
 }
 
-End run_lines(Session& session, std::string_view path, ImportLines& lines, const ImportOrder& order,
+End run_lines(Session& session, std::string_view path, ImportSource& lines, const ImportOrder& order,
               ImportView& view) {
   ImportState& state = session.import;
   while (lines.next()) {
-    split_import_line(state, lines.line());
+    lines.take_up(state);
     if (state.ImportFieldCount < 2) {
       refuse_short_line(session);
       tell_row(session, lines.number());
@@ -216,14 +219,14 @@ bool Import_Users(Session& session, std::string_view path, const ImportOrder& or
     // First, because "Import.err" may be the input.
     const std::string bytes = session.platform.files.read(path);
     const bool again = !state.rehearsed && keep_error_file(session, bytes);
-    ImportLines lines(bytes);
+    const std::unique_ptr<ImportSource> lines = open_import(state, bytes, order.csv);
     if (!state.rehearsed)
-      open_error_file(session);
+      open_error_file(session, lines->heading());
     if (!state.rehearsed)
       open_summary(session);
-    const End end = run_lines(session, path, lines, order, view);
+    const End end = run_lines(session, path, *lines, order, view);
     if (again)
-      keep_rest(session, lines);
+      keep_rest(session, *lines);
     whole = tell_end(session, end, path);
   });
   state.error_file.close();

@@ -18,6 +18,7 @@ struct ImportOrder {
   creation::NewUserRequest user;  ///< of each line, without its names
   bool halt_on_errors = false;
   bool halt_on_warnings = false;
+  bool csv = false;  ///< the file is a spreadsheet's: fields may be quoted, the first line holds headings
 };
 
 /// What the settings ask of every import.

@@ -19,24 +19,25 @@ bool next_line(std::string_view text, std::size_t& position, std::string_view& l
   return true;
 }
 
-ImportLines::ImportLines(std::string_view bytes) : text_(base::decoded(bytes)) {
-  pass_heading();
-}
-
-void ImportLines::pass_heading() {
-  constexpr std::int32_t kHeadingLines = 4;
+std::string_view without_error_heading(std::string_view bytes) {
+  const std::string_view text = base::without_mark(bytes);
   std::size_t position = 0;
   std::string_view line;
-  for (std::int32_t number = 1; number <= kHeadingLines; ++number) {
-    if (!next_line(text_, position, line))
-      return;
+  for (std::int32_t number = 1; number <= kErrorHeadingLines; ++number) {
+    if (!next_line(text, position, line))
+      return bytes;
     const bool is_time = number == 2;
     if (!is_time && line != (number == 3 ? kNotCreated : session::kAsterisks))
-      return;
+      return bytes;
   }
-  of_errors_ = true;
-  position_ = position;
-  number_ = kHeadingLines;
+  return text.substr(position);
+}
+
+ImportLines::ImportLines(std::string_view bytes) : text_(base::decoded(bytes)) {
+  const std::size_t rest = without_error_heading(text_).size();
+  of_errors_ = rest < text_.size();
+  position_ = text_.size() - rest;
+  number_ = of_errors_ ? kErrorHeadingLines : 0;
 }
 
 bool ImportLines::next() {

@@ -4,9 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace twk::session {
-struct ImportState;
-}
+#include "batch/import_source.hpp"
 
 /// The lines of an import file, and the file of those that were refused, which can be imported again.
 namespace twk::batch {
@@ -17,25 +15,32 @@ inline constexpr std::string_view kNotCreated = "The following users were not cr
 inline constexpr std::string_view kErrorHalt = "Import Halted because error were detected";
 inline constexpr std::string_view kWarningHalt = "Import Halted because warnings were detected";
 
+inline constexpr std::int32_t kErrorHeadingLines = 4;
+
+/// The bytes below the heading of an "Import.err"; all bytes of any other file.
+std::string_view without_error_heading(std::string_view bytes);
+
 /// The line at `position`, without its end (CR LF, LF or CR); `position` moves past it. False at the end.
 bool next_line(std::string_view text, std::size_t& position, std::string_view& line);
 
+/// Puts a line into `ImportLine`, `ImportFields` and `ImportFieldCount`: every comma separates. A field that
+/// the line does not have is empty.
+void split_import_line(session::ImportState& state, std::string_view line);
+
 /// The lines that describe users, with their numbers in the file. The heading of an "Import.err" and its
 /// closing line about a halt do not count.
-class ImportLines {
+class ImportLines final : public ImportSource {
  public:
   explicit ImportLines(std::string_view bytes);
 
-  /// Goes to the next line; False at the end.
-  bool next();
+  bool next() override;
   [[nodiscard]] std::string_view line() const { return line_; }
-  [[nodiscard]] std::int32_t number() const { return number_; }
-  /// The current line becomes the next one again.
-  void put_back();
+  [[nodiscard]] std::int32_t number() const override { return number_; }
+  void put_back() override;
+  [[nodiscard]] std::string text() const override { return std::string(line_); }
+  void take_up(session::ImportState& state) const override { split_import_line(state, line_); }
 
  private:
-  void pass_heading();
-
   std::string text_;
   std::size_t position_ = 0;
   std::size_t start_ = 0;  ///< of the current line
@@ -43,9 +48,5 @@ class ImportLines {
   std::int32_t number_ = 0;
   bool of_errors_ = false;  ///< the text is an "Import.err"
 };
-
-/// Puts a line into `ImportLine`, `ImportFields` and `ImportFieldCount`: every comma separates. A field that
-/// the line does not have is empty.
-void split_import_line(session::ImportState& state, std::string_view line);
 
 }  // namespace twk::batch

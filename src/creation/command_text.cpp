@@ -10,7 +10,7 @@
 namespace twk::creation {
 namespace {
 
-/// The tags of variables whose names contain something that would end a word.
+/// The tags of variables and of the import's headings that contain something that would end a word.
 std::vector<std::string> tags_that_end_words(const session::Session& session) {
   std::vector<std::string> tags;
   for (const format::Variable& variable : format::template_variables(session)) {
@@ -18,6 +18,10 @@ std::vector<std::string> tags_that_end_words(const session::Session& session) {
     if (name.find_first_of(" \t\"") != base::npos)
       tags.push_back("%" + std::string(name) + "%");
   }
+  if (!session.import.Importing)
+    return tags;
+  for (const auto& [heading, column] : session.import.columns_by_heading)
+    tags.push_back("%IMPORT:" + heading + "%");
   return tags;
 }
 

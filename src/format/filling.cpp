@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/text.hpp"
+#include "format/import_headings.hpp"
 #include "format/name_tags.hpp"
 #include "format/replace.hpp"
 #include "format/tags.hpp"
@@ -74,6 +75,9 @@ Filling& Filling::tag(std::string_view name, std::string_view value) {
 }
 
 Filling& Filling::names(std::string_view first, std::string_view middle, std::string_view last) {
+  // First, because "#" and digits of a heading are no modifiers of names.
+  if (session_.import.Importing)
+    put_fields_under_headings({});
   text_.insert(0, 1, ' ');
   text_.push_back(' ');
   // "#" of a name is dropped like any other, and a digit at its end counts for the tag after it.
@@ -90,7 +94,10 @@ Filling& Filling::names(std::string_view first, std::string_view middle, std::st
 
 Filling& Filling::import_fields(const Escape& escape) {
   const std::int16_t count = session_.import.ImportFieldCount;
-  if (session_.import.Importing && count > 0)
+  if (!session_.import.Importing)
+    return *this;
+  put_fields_under_headings(escape);
+  if (count > 0)
     put_fields(std::min(static_cast<std::size_t>(count), session::kMostImportFields), escape);
   return *this;
 }
@@ -103,6 +110,23 @@ void Filling::put_fields(std::size_t last, const Escape& escape) {
     const std::string& field = session_.import.ImportFields.at(i);
     if (find_tag(text_, name) != base::npos)
       tag(name, escape ? escape(field) : field);
+  }
+}
+
+void Filling::put_fields_under_headings(const Escape& escape) {
+  const session::ImportState& state = session_.import;
+  std::size_t from = 0;
+  while (const auto found = find_heading_tag(text_, from)) {
+    const auto column = state.columns_by_heading.find(heading_key(found->heading));
+    from = found->begin + 1;
+    if (column == state.columns_by_heading.end() || column->second > state.fields_of_record.size())
+      continue;
+    const std::string& field = state.fields_of_record.at(column->second - 1);
+    const std::string value = inert(escape ? escape(field) : field);
+    if (text_.size() + value.size() > kMostText)
+      return;
+    text_.replace(found->begin, found->size, value);
+    from = found->begin + value.size();
   }
 }
 

@@ -30,8 +30,8 @@ class Filling {
   Filling& tag(std::string_view name, std::string_view value);
   /// The three names, the fields of the import line and the serial number, as described at `UserName`.
   Filling& names(std::string_view first, std::string_view middle, std::string_view last);
-  /// "%IMPORTn%" replaced by field n of the current import line, for each field that the line has; nothing
-  /// outside of an import.
+  /// "%IMPORTn%" replaced by field n of the current import line, for each field that the line has, and
+  /// "%IMPORT:Heading%" by the field under that heading; nothing outside of an import.
   Filling& import_fields(const Escape& escape = {});
   /// The variables of the loaded template, row by row. A value may hold the tag of a later row; the expansion
   /// of a value that holds its own tag stops at a limit.
@@ -44,6 +44,7 @@ class Filling {
 
  private:
   void put_fields(std::size_t last, const Escape& escape);
+  void put_fields_under_headings(const Escape& escape);
 
   session::Session& session_;
   std::string text_;

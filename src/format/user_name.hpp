@@ -17,6 +17,7 @@ namespace twk::format {
 ///     #U%first%  #L%first%       in upper case, in lower case; also with a digit
 ///     %n% %nn% %nnn%             `SerialCounter` with at least one, two, three digits
 ///     %IMPORT1% … %IMPORT99%     field of the import line, while `Importing` is set
+///     %IMPORT:Department%        the field under that heading of the import file
 ///
 /// Everything else is plain text, except "#", which is dropped. The result is trimmed. Unless
 /// `SerialTokenUsed` is set, `SerialCounter` starts from the setting `IncNumber`; a serial tag sets

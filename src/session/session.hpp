@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -46,7 +47,11 @@ struct ImportState {
   std::string ImportLine;
   std::array<std::string, kMostImportFields + 1> ImportFields;
   std::int16_t ImportFieldCount = 0;  ///< fields of the current line, including those beyond the last element
-  bool ImportDefaultLayout = true;    ///< first, middle, last are fields 1, 2, 3
+  /// Columns, from 1, by `format::heading_key` of their headings, without those that several columns have;
+  /// empty for a file without headings.
+  std::map<std::string, std::size_t> columns_by_heading;
+  std::vector<std::string> fields_of_record;  ///< of the current line of a file with headings, all of them
+  bool ImportDefaultLayout = true;            ///< first, middle, last are fields 1, 2, 3
   std::int16_t ImportFirstField = 0;
   std::int16_t ImportMiddleField = 0;
   std::int16_t ImportLastField = 0;

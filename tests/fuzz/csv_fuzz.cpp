@@ -14,33 +14,44 @@ void require(bool holds) {
     std::abort();
 }
 
-/// Any bytes: records follow each other with nothing but empty lines between them, and a fault is within the
-/// file.
+std::int32_t line_ends(std::string_view text) {
+  std::int32_t ends = 0;
+  char before = 0;
+  for (const char c : text) {
+    ends += c == '\r' || (c == '\n' && before != '\r') ? 1 : 0;
+    before = c;
+  }
+  return ends;
+}
+
+/// Any bytes: records follow each other with nothing but empty lines between them, each has the number of its
+/// line, and a fault is within the file.
 void read_file(std::string_view bytes) {
   const CsvDialect dialect = find_dialect(bytes);
   CsvReader reader(bytes, dialect);
   std::size_t end = dialect.mark.size();
-  std::int32_t line = 0;
-  const auto require_gap = [&](std::size_t from, std::size_t to) {
-    const std::string gap = csv_text(dialect.encoding, bytes.substr(from, to - from));
+  std::int32_t line = 1;
+  const auto pass_gap = [&](std::size_t to) {
+    const std::string gap = csv_text(dialect.encoding, bytes.substr(end, to - end));
     require(gap.find_first_not_of("\r\n") == std::string::npos);
+    line += line_ends(gap);
   };
   try {
     while (reader.next()) {
       const CsvRecord record = reader.record();
       const auto begin = static_cast<std::size_t>(record.raw.data() - bytes.data());
-      require(begin >= end && record.line > line && !record.fields.empty() && !record.raw.empty());
-      require_gap(end, begin);
+      require(begin >= end && !record.fields.empty() && !record.raw.empty());
+      pass_gap(begin);
+      require(record.line == line);
       reader.put_back();
-      require(reader.next() && reader.record().fields == record.fields &&
-              reader.record().line == record.line);
+      require(reader.next() && reader.record().fields == record.fields && reader.record().line == line);
       require(reader.record().raw.data() == record.raw.data());
       end = begin + record.raw.size();
-      line = record.line;
+      line += line_ends(csv_text(dialect.encoding, record.raw));
     }
-    require_gap(end, bytes.size());
+    pass_gap(bytes.size());
   } catch (const CsvError& fault) {
-    require(fault.line() > line && fault.column() > 0 &&
+    require(fault.line() >= line && fault.column() > 0 &&
             fault.column() <= static_cast<int>(bytes.size()) + 1);
   }
 }

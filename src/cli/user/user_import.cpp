@@ -3,30 +3,18 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/import.hpp"
-#include "batch/import_columns.hpp"
-#include "batch/import_file.hpp"
 #include "cli/frame/creation_progress.hpp"
 #include "cli/frame/import_preview.hpp"
 #include "cli/terminal/display.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
+#include "cli/user/import_layout.hpp"
 #include "cli/user/user_commands.hpp"
 #include "local/posix_files.hpp"
 
 namespace twk::cli {
 namespace {
-
-/// The columns that were given.
-struct GivenColumns {
-  std::optional<int> first;
-  std::optional<int> middle;
-  std::optional<int> last;
-  std::optional<int> id;
-  std::optional<int> password;
-
-  [[nodiscard]] bool any() const { return first || middle || last || id || password; }
-};
 
 struct ImportArguments {
   std::string file;
@@ -39,6 +27,7 @@ struct ImportArguments {
   std::string description;
   std::optional<std::string> expires;
   std::optional<std::string> expires_after;
+  bool csv = false;
   bool preview = false;
 };
 
@@ -85,22 +74,6 @@ void set_expiry(session::Session& session, const ImportArguments& arguments, std
   const std::string refused = batch::refused_expiry(session, expiry);
   if (!refused.empty())
     throw UsageError("the expiry of the accounts: " + refused);
-}
-
-/// The columns of the file; some line must have each that was asked for.
-batch::ImportColumns choose_columns(const batch::FileColumns& file, const GivenColumns& given) {
-  const auto choose = [&](const std::optional<int>& column, int standard) {
-    if (column.value_or(0) > file.widest) {
-      throw UsageError("there is no column " + std::to_string(*column) + ": the longest line has " +
-                       std::to_string(file.widest));
-    }
-    const int chosen = column.value_or(standard);
-    return chosen <= file.widest ? chosen : 0;
-  };
-  if (!given.any())
-    return batch::standard_columns(file);
-  return {choose(given.first, 1), choose(given.middle, 2), choose(given.last, 3), choose(given.id, 0),
-          choose(given.password, 0)};
 }
 
 std::string_view light_of(const session::ImportRow& row) {
@@ -206,22 +179,24 @@ int run_import(Context& context, session::Session& session, const std::string& p
   return exit_code_of_light(light);
 }
 
-/// The path of a file that contains a line.
-std::string checked_file(Context& context, const std::string& file) {
+/// The path of a file that contains a user.
+std::string checked_file(Context& context, const std::string& file, bool csv) {
   std::string path = std::filesystem::absolute(file).string();
   if (!std::filesystem::exists(path) || std::filesystem::is_directory(path))
     throw BadInput("There is no file " + file);
   if (!std::filesystem::is_regular_file(path))
     throw BadInput(file + " is not an ordinary file: save the lines to one first");
-  if (!batch::ImportLines(context.services().files.read(path)).next())
-    throw BadInput(file + " contains no user");
+  const std::string bytes = context.services().files.read(path);
+  require_user(bytes, csv, file);
+  if (!csv && !context.output().json())
+    hint_at_csv(bytes, file);
   return path;
 }
 
 int import_users(Context& context, const ImportArguments& arguments) {
   if (!arguments.groups.empty())
     set_group_range(context, arguments.groups);
-  const std::string path = checked_file(context, arguments.file);
+  const std::string path = checked_file(context, arguments.file, arguments.csv);
   if (arguments.preview)
     context.rehearse([](const std::string&) {});
   session::Session& session = context.session(Depth::kDomain);
@@ -235,16 +210,11 @@ int import_users(Context& context, const ImportArguments& arguments) {
   set_halts(order, arguments);
   order.user.Description = arguments.description;
   set_expiry(session, arguments, order.user.Expiry);
-  const batch::FileColumns file = batch::survey_columns(session.platform.files.read(path));
-  batch::use_columns(session.import, order, choose_columns(file, arguments.columns),
-                     !arguments.columns.any());
+  order.csv = arguments.csv;
+  use_columns_of(session, order, session.platform.files.read(path), arguments.columns);
   if (arguments.preview)
     return preview_import(context, session, path, std::move(order));
   return run_import(context, session, path, order);
-}
-
-void add_column(Command& command, const char* name, std::optional<int>& column, const char* what) {
-  command.add_option(name, column, what)->type_name("N")->check(Check::within(0, 100));
 }
 
 }  // namespace
@@ -255,12 +225,10 @@ void add_user_import(Command& user, Context& context) {
   command->add_option("FILE", arguments->file, "The file: one user per line, every comma separates")
       ->required();
   add_place_options(*command, arguments->place);
-  add_column(*command, "--first", arguments->columns.first, "Column of the first name; 1 if not given");
-  add_column(*command, "--middle", arguments->columns.middle,
-             "Column of the middle name; 2 if not given, 0 for none");
-  add_column(*command, "--last", arguments->columns.last, "Column of the last name; 3 if not given");
-  add_column(*command, "--id", arguments->columns.id, "Column of the account name");
-  add_column(*command, "--password", arguments->columns.password, "Column of the password");
+  command->add_flag(
+      "--csv", arguments->csv,
+      "Fields may be quoted, the first line holds headings, which name columns like numbers do");
+  add_column_options(*command, arguments->columns);
   command->add_flag("--halt-on-errors", arguments->halt_on_errors, "End at the first user that fails");
   command->add_flag("--halt-on-warnings", arguments->halt_on_warnings,
                     "End at the first user that has a warning, or fails");
