@@ -117,6 +117,100 @@ $ user import $ERRORS $STAFF --last 5 => 64 no column 5: the longest line has 1
   EXPECT_THAT(get_file(errors), testing::EndsWith("alone\r\n"));
 }
 
+TEST_F(ImportingUsers, ReadsASpreadsheetByItsHeadings) {
+  const std::string csv =
+      "Surname;Given name;Logon;\"Room\r\nname\";Floor\r\n"
+      "\"M\xFCller, Dr.\";J\xFCrgen;jm;\"12; North\";3\r\n;;;\r\nBo;Al;jm;\"x\r\ny\"\r\nalone\r\n";
+  play(R"(
+$ settings set Setup BatchFileCreate "/nowhere %IMPORT:room name%"
+$ settings set UM RunCmd Yes
+$ settings set Setup AltSetupID %IMPORT:logon%
+$ user import $FILE $STAFF --csv --id " logon" --description "%IMPORT:ROOM NAME%/%IMPORT5%" => 1
+{"line": 3, "user": "jm", "light": "YELLOW"}
+{"line": 5, "user": "jm", "light": "RED"}
+{"line": 7, "light": "RED", "message": "The line has fewer than two fields"}
+{"created": 1, "refused": 2}
+$ log show
+| Running Script: /nowhere "12; North"
+$ user show jm
+{"fullName": "Jürgen Müller, Dr.", "description": "12; North/3"}
+$ user import $ERRORS $STAFF --csv --id 3 --preview => 2
+{"line": 7, "user": "jm", "last": "Bo"}
+{"line": 9, "light": "RED"}
+)",
+       {{"$FILE", {file("new.csv", csv)}}, {"$ERRORS", {database_file("Import.err")}}});
+}
+
+TEST_F(ImportingUsers, RefusesASpreadsheetBeforeTheFirstUser) {
+  struct Case {
+    std::string csv;
+    Arguments options;
+    int exit_code;
+    std::string reason;
+  };
+  const std::string people = "First name,Last name,Phone,phone,Nick\nJo,Smith,1,2,x\n";
+  const Case cases[] = {
+      {people + "Al,\"Bo\n", {}, 65, "new.csv, line 3, column 4: the quote that begins here is never closed"},
+      {people + "Al,Bo,1,2,x,y\n", {}, 65, "new.csv, line 3 has 6 fields, but there are 5 headings"},
+      {"First name,Last name\n,\n", {}, 65, "new.csv contains no user below its heading line"},
+      {"Name\nJo\n", {}, 65, "line 1, the heading line, has one column: no comma, semicolon or tab"},
+      {people, {"--id", "PHONE"}, 64, "--id: the columns 3 and 4 both have the heading \"PHONE\""},
+      {people,
+       {"--last", "Name"},
+       64,
+       "no column has the heading \"Name\". The headings are \"First name\", "},
+      {people, {"--id", "6"}, 64, "there is no column 6: the heading line has 5"},
+      {people, {"--expires", "%IMPORT:End%"}, 64, "the expiry: no column has the heading \"End\""},
+      {"Nick,Last name\nJo,Smith\n", {}, 64, "say which column holds the first name: --first takes"},
+  };
+  for (const Case& one : cases) {
+    Arguments options = one.options;
+    options.emplace_back("--csv");
+    const ProgramResult result = import(one.csv, options);
+    EXPECT_EQ(result.exit_code, one.exit_code) << one.csv;
+    EXPECT_THAT(result.err, HasSubstr(one.reason));
+    EXPECT_EQ(result.out, "");
+  }
+  EXPECT_FALSE(std::filesystem::exists(database_file("Import.err")));
+  EXPECT_THAT(import(people, {"--first", "Nick"}).err, HasSubstr("--first takes the number of a column"));
+}
+
+TEST_F(ImportingUsers, HintsAtSpreadsheetsOnceAndNotInJson) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"\"Smith, Jo\",,x\n\"Bo\",,Al\n", "has quoted fields"},
+      {"Jo;A;Smith\nAl;;Bo\n", "has semicolons"},
+      {"\xFF\xFEJ", "has UTF-16"},
+      {"Jo,5\",Smith\nAl,;;,Bo\n", ""}};
+  for (const auto& [csv, sign] : cases) {
+    const std::string path = file("new.csv", csv);
+    const std::string said = run({"user", "import", path, "--template", "Staff", "--site", "Head Office",
+                                  "--ou", kNewStarters, "--preview"})
+                                 .err;
+    EXPECT_THAT(said, HasSubstr(sign));
+    EXPECT_EQ(said.find("--csv") == said.rfind("--csv") && said.find("--csv") != said.npos, *sign != 0)
+        << said;
+    EXPECT_THAT(import(csv, {"--preview"}).err, Not(HasSubstr("--csv")));
+  }
+}
+
+TEST_F(ImportingUsers, ReadsTheSamplesOfAllSeparatorsAlike) {
+  const auto rows_of = [this](const std::string& separator) {
+    const std::string path = TWK_SOURCE_DIR "/samples/starters-" + separator + ".csv";
+    const ProgramResult result =
+        run({"--json", "user", "import", path, "--template", "Staff", "--site", "Head Office", "--ou",
+             kNewStarters, "--csv", "--preview", "--expires-after", "%IMPORT:Account ends%", "--description",
+             "%IMPORT:Department%, %IMPORT:Office%"});
+    EXPECT_EQ(result.exit_code, 0) << result.err << result.out;
+    return json_lines(result.out);
+  };
+  const auto rows = rows_of("comma");
+  ASSERT_EQ(rows.size(), 7U);
+  EXPECT_EQ(rows[2]["user"], "Brian.Hartley");
+  EXPECT_EQ(rows[2]["line"], 5);
+  EXPECT_EQ(rows_of("semicolon"), rows);
+  EXPECT_EQ(rows_of("tab"), rows);
+}
+
 TEST_F(ImportingUsers, StopsAfterTheCurrentUserAtCtrlC) {
   const ProgramResult result = run({"user", "import", file("many.csv", new_people(200)), "--template",
                                     "Staff", "--site", "Head Office", "--ou", kNewStarters},

@@ -95,5 +95,18 @@ TEST_F(VariablesTest, ImportFieldsAreThoseThatTheLineHasAndHoldNoTags) {
   EXPECT_EQ(filled("%IMPORT100%%IMPORT101%"), "hundred%IMPORT101%");
 }
 
+TEST_F(VariablesTest, FieldsUnderHeadingsReachTextsAndNames) {
+  session.import.columns_by_heading = {{"ROOM #2", 101}, {"FIRST", 1}, {"GONE", 103}};
+  session.import.fields_of_record.resize(102);
+  session.import.fields_of_record[0] = "%IMPORT:Room #2%";
+  session.import.fields_of_record[100] = "7#";
+  const std::string text = "%IMPORT: first %/%import:ROOM  #2%/%IMPORT:Gone%/%IMPORT:no";
+  EXPECT_EQ(Filling(session, text).import_fields().take(), text);
+  session.import.Importing = true;
+  const std::string filled = "%IMPORT:Room #2%/7#/%IMPORT:Gone%/%IMPORT:no";
+  EXPECT_EQ(Filling(session, text).import_fields().take(), filled);
+  EXPECT_EQ(Filling(session, text + "1%first%").names("Ann", "", "").take(), filled + "A");
+}
+
 }  // namespace
 }  // namespace twk::format

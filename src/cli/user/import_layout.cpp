@@ -98,7 +98,8 @@ void add_column(Command& command, const Use& use, std::optional<std::string>& co
 }  // namespace
 
 void add_column_options(Command& command, GivenColumns& columns) {
-  add_column(command, kFirst, columns.first, "Column of the first name; 1 if not given");
+  add_column(command, kFirst, columns.first,
+             "Column of the first name; 1 if not given. With --csv, for every column: its number or heading");
   add_column(command, kMiddle, columns.middle, "Column of the middle name; 2 if not given, 0 for none");
   add_column(command, kLast, columns.last, "Column of the last name; 3 if not given");
   add_column(command, kId, columns.id, "Column of the account name");
