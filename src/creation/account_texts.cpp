@@ -12,7 +12,12 @@ namespace twk::creation {
 
 namespace {
 
-/// A rehearsal does not ask for one.
+/// A preview needs none, and a rehearsal does not ask for one.
+bool is_left_open(const CreationRun& run, const std::string& text) {
+  const bool asked = base::equals_fold(text, "PROMPT") && !run.request.password_is_given;
+  return run.request.names_only || (run.session.import.rehearsed && asked);
+}
+
 void prepare_password(CreationRun& run) {
   session::Session& session = run.session;
   const NewUserRequest& request = run.request;
@@ -20,7 +25,7 @@ void prepare_password(CreationRun& run) {
       session, request.password, run.SamName, request.FirstName, request.MiddleName, request.LastName);
   if (!password.fault.empty())
     warn(run, password.fault);
-  run.Password = session.import.rehearsed
+  run.Password = is_left_open(run, password.text)
                      ? std::move(password.text)
                      : format::password_of_text(session, std::move(password.text), run.UserId);
   // That of a line of an import belongs to a person; the log is read by many.

@@ -131,9 +131,9 @@ Step make_directories(CreationRun& run) {
   return Step::kGoOn;
 }
 
-/// What the stages up to the account would encounter, for a session whose services change nothing. Raises
-/// what would stop the run.
-Step rehearse(CreationRun& run) {
+/// What the stages up to the account would encounter, for a session whose services change nothing: faster
+/// than a rehearsal of the whole. Raises what would stop the run.
+Step foresee_name(CreationRun& run) {
   ResolvePaths(run);
   if (make_directories(run) == Step::kEnd)
     return Step::kEnd;
@@ -208,16 +208,18 @@ CreationOutcome finish(CreationRun& run) {
   run.AdContainer.reset();
   run.view.progress(100);
   run.view.step("Finished");
-  run.view.status("User Created.");
-  log(run, "User Created.");
+  const std::string done = session.import.rehearsed ? "Nothing was created." : "User Created.";
+  run.view.status(done);
+  log(run, done);
   run.view.unlock();
   if (!session.import.Importing)
     stores::release_template(session);
   session.log.close();
   const bool warned = run.RunWarning != 1;
-  CreationOutcome outcome =
-      told_outcome(run, warned ? session::kYellow : session::kGreen,
-                   session.import.rehearsed ? "Would be created" : run.UserId + " Created User ");
+  CreationOutcome outcome = told_outcome(run, warned ? session::kYellow : session::kGreen,
+                                         run.request.names_only     ? "Would be created"
+                                         : session.import.rehearsed ? run.UserId + " would be created"
+                                                                    : run.UserId + " Created User ");
   outcome.summary_row = run.SummaryRow + (warned ? "Yes" : "No");
   return outcome;
 }
@@ -263,7 +265,7 @@ std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& reques
     if (step == Step::kGoOn)
       step = ResolveSamName(run);
     if (step == Step::kGoOn)
-      step = session.import.rehearsed ? rehearse(run) : work(run);
+      step = request.names_only ? foresee_name(run) : work(run);
     request = run.request;
     if (step == Step::kAgain)
       return std::nullopt;

@@ -55,6 +55,8 @@ struct NewUserRequest {
   session::MailAdministrator mail_administrator;
   bool named_by_logon = false;        ///< the entry is called by the logon name, not by the full name
   bool tree_shows_full_name = false;  ///< as the directory has it, not as the run formed it
+  bool names_only = false;            ///< no stage after the name is run: what they would meet is looked up
+  bool password_is_given = false;     ///< a rehearsal asks for it, too, because the answer is ready
   bool skip_prompts = false;          ///< rows that ask for a value are passed over in an import
 };
 

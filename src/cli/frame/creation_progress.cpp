@@ -9,8 +9,8 @@ void CreationProgress::status(std::string_view text) {
 }
 
 void CreationProgress::step(std::string_view caption) {
-  // An import shows how many users it made instead.
-  if (!session_.import.Importing)
+  // An import shows how many users it made instead, a rehearsal its steps.
+  if (!session_.import.Importing && !session_.import.rehearsed)
     progress_.show(caption);
 }
 

@@ -36,6 +36,7 @@ int preview_import(Context& context, session::Session& session, const std::strin
   // Every line must be shown, even after a halt.
   order.halt_on_errors = false;
   order.halt_on_warnings = false;
+  order.user.names_only = true;
   // A run's questions are reported, and answered with Yes.
   if (context.dialogs().asks_person())
     context.dialogs().set_asking(Asking::kYes);

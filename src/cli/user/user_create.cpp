@@ -1,5 +1,6 @@
 #include "base/text.hpp"
 #include "cli/frame/creation_progress.hpp"
+#include "cli/frame/user_runs.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
@@ -17,6 +18,7 @@ struct CreateArguments {
   std::vector<std::string> names;
   bool password_stdin = false;
   std::string password_file;
+  bool dry_run = false;
 };
 
 /// A given password replaces the default one, exactly as it is: the run asks for it, and the answer is ready.
@@ -25,6 +27,7 @@ void use_password(Context& context, const CreateArguments& arguments, creation::
     return;
   context.dialogs().set_password(read_password(arguments.password_stdin ? "-" : arguments.password_file));
   request.password = {.text = "PROMPT", .format = {}, .formatted = false};
+  request.password_is_given = true;
 }
 
 void take_names(const CreateArguments& arguments, creation::NewUserRequest& request) {
@@ -37,7 +40,12 @@ void take_names(const CreateArguments& arguments, creation::NewUserRequest& requ
 }
 
 int create_user(Context& context, const CreateArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
+  if (arguments.dry_run && context.dialogs().asks_person())
+    context.dialogs().set_asking(Asking::kYes);
   session::Session& session = context.session(Depth::kDomain);
+  session.import.rehearsed = arguments.dry_run;
   creation::NewUserRequest request = creation::stored_request(session);
   choose_place(context, session, arguments.place, request);
   use_password(context, arguments, request);
@@ -80,6 +88,7 @@ void add_user_create(Command& user, Context& context) {
   create->add_option("--password-file", arguments->password_file, "The password is the first line of a file")
       ->type_name("FILE")
       ->excludes(from_input);
+  create->add_flag("--dry-run", arguments->dry_run, "Print what would be done, in order, and do nothing");
   create->add_option("NAMES", arguments->names, "FIRST [MIDDLE] LAST")
       ->required()
       ->values(2, 3)

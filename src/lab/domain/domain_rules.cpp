@@ -1,5 +1,6 @@
 #include "lab/domain/domain_rules.hpp"
 
+#include <functional>
 #include <optional>
 
 #include "ads/dn.hpp"
@@ -86,18 +87,26 @@ std::optional<std::string> staged_value(const std::vector<Modification>& changes
   return std::nullopt;
 }
 
-}  // namespace
+/// An object to be made, and what must hold at that moment.
+struct NewObject {
+  Draft draft;
+  bool user = false;
+  bool account = false;
+  std::function<void()> check;
+};
 
-void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
-                const std::string& dn, const std::vector<ads::StagedChange>& values,
-                const std::vector<Modification>& own) {
+NewObject drafted(const LabDomain& domain, ads::Provider provider, std::string_view object_class,
+                  const std::string& dn, const std::vector<ads::StagedChange>& values,
+                  const std::vector<Modification>& own) {
   const ads::ClassSchema* const schema = ads::find_class(object_class);
-  const bool user = base::equals_fold(object_class, "user");
-  const bool account = is_account_class(object_class);
-  if (schema == nullptr || !(account || schema->name == "organizationalUnit" || schema->name == "contact")) {
+  NewObject object;
+  object.user = base::equals_fold(object_class, "user");
+  object.account = is_account_class(object_class);
+  if (schema == nullptr ||
+      !(object.account || schema->name == "organizationalUnit" || schema->name == "contact")) {
     raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
   }
-  Draft draft;
+  Draft& draft = object.draft;
   draft.set("objectClass", class_chain(*schema));
   draft.set(base::lower(schema->rdn_type), ads::parse_rdn(ads::first_rdn(dn)).value);
   for (const Modification& change : own)
@@ -105,61 +114,92 @@ void add_object(LabDomain& domain, ads::Provider provider, std::string_view obje
   for (const Modification& change : to_modifications(domain, nullptr, schema->name, provider, values))
     draft.apply(change);
   const auto name = draft.value("sAMAccountName");
-  if (account && !name)
+  if (object.account && !name)
     raise(ads_error::kConstraint, "An account needs a samAccountName");
-  if (user && draft.value("primaryGroupID").value_or("513") != base::to_text(kDomainUsersRid)) {
+  if (object.user && draft.value("primaryGroupID").value_or("513") != base::to_text(kDomainUsersRid)) {
     raise(ads_error::kUnwilling, "A new user's primary group is Domain Users");
   }
   draft.set("objectCategory",
             "CN=" + std::string(schema->category) + ",CN=Schema," + domain.configuration_dn);
-  const auto check = [&] {
-    check_place(domain, schema->name, ads::parent_dn(dn));
+  object.check = [&domain, provider, user = object.user, name, dn, kind = schema->name] {
+    check_place(domain, kind, ads::parent_dn(dn));
     check_name_free(domain, provider, user, dn);
     if (name)
       check_account_name_free(domain, provider, user, *name, {});
   };
+  return object;
+}
+
+/// Changes of a stored object, and what must hold at that moment.
+struct ObjectChange {
+  std::vector<Modification> modifications;
+  std::optional<PrimaryGroupChange> primary;
+  std::function<void()> check;
+};
+
+ObjectChange change_of(LabDomain& domain, ads::Provider provider, const std::string& dn,
+                       const std::vector<ads::StagedChange>& changes) {
   domain.store.refresh();
-  check();
-  if (account)
+  const Entry& entry = require_entry(domain, dn);
+  ObjectChange change{to_modifications(domain, &entry, entry_class(entry), provider, changes), {}, {}};
+  if (const auto rid = staged_value(change.modifications, "primaryGroupID"))
+    change.primary.emplace(domain, entry, base::val(*rid));
+  change.check = [&domain, provider, user = is_user(entry), dn,
+                  name = staged_value(change.modifications, "sAMAccountName")] {
+    if (name)
+      check_account_name_free(domain, provider, user, *name, dn);
+  };
+  return change;
+}
+
+}  // namespace
+
+void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
+                const std::string& dn, const std::vector<ads::StagedChange>& values,
+                const std::vector<Modification>& own) {
+  NewObject object = drafted(domain, provider, object_class, dn, values, own);
+  Draft& draft = object.draft;
+  domain.store.refresh();
+  object.check();
+  if (object.account)
     draft.set("objectSid", next_sid(domain));
   const base::Bytes guid = base::random_bytes(16);
   draft.set("objectGUID", std::string(guid.begin(), guid.end()));
   draft.set("whenCreated", ads::to_raw(*ads::find_attribute("whenCreated"), domain.clock.utc_now()));
-  if (user)
+  if (object.user)
     add_user_defaults(draft);
-  if (account && !user)
+  if (object.account && !object.user)
     add_group_defaults(draft);
-  domain.store.add(dn, draft.take(), check);
+  domain.store.add(dn, draft.take(), object.check);
+}
+
+void check_new_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
+                      const std::string& dn, const std::vector<ads::StagedChange>& values) {
+  domain.store.refresh();
+  drafted(domain, provider, object_class, dn, values, {}).check();
 }
 
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
                    const std::vector<ads::StagedChange>& changes) {
-  domain.store.refresh();
-  const Entry& entry = require_entry(domain, dn);
-  const std::string object_class = entry_class(entry);
-  const bool user = is_user(entry);
-  const std::vector<Modification> modifications =
-      to_modifications(domain, &entry, object_class, provider, changes);
-  if (modifications.empty())
+  ObjectChange change = change_of(domain, provider, dn, changes);
+  if (change.modifications.empty())
     return;
-  std::optional<PrimaryGroupChange> primary;
-  if (const auto rid = staged_value(modifications, "primaryGroupID"))
-    primary.emplace(domain, entry, base::val(*rid));
-  const auto name = staged_value(modifications, "sAMAccountName");
-  if (primary)
-    primary->begin();
+  if (change.primary)
+    change.primary->begin();
   try {
-    domain.store.modify(dn, modifications, [&] {
-      if (name)
-        check_account_name_free(domain, provider, user, *name, dn);
-    });
+    domain.store.modify(dn, change.modifications, change.check);
   } catch (const base::RuntimeError&) {
-    if (primary)
-      primary->undo();
+    if (change.primary)
+      change.primary->undo();
     throw;
   }
-  if (primary)
-    primary->finish();
+  if (change.primary)
+    change.primary->finish();
+}
+
+void check_changes(LabDomain& domain, ads::Provider provider, const std::string& dn,
+                   const std::vector<ads::StagedChange>& changes) {
+  change_of(domain, provider, dn, changes).check();
 }
 
 void delete_object(LabDomain& domain, const std::string& dn) {

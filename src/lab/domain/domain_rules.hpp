@@ -22,9 +22,15 @@ namespace twk::lab {
 void add_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
                 const std::string& dn, const std::vector<ads::StagedChange>& values,
                 const std::vector<Modification>& own = {});
+/// Raises what `add_object` would raise, and makes nothing.
+void check_new_object(LabDomain& domain, ads::Provider provider, std::string_view object_class,
+                      const std::string& dn, const std::vector<ads::StagedChange>& values);
 /// All changes or none. An account name in use is refused as above; "primaryGroupID" follows
 /// `PrimaryGroupChange`.
 void modify_object(LabDomain& domain, ads::Provider provider, const std::string& dn,
+                   const std::vector<ads::StagedChange>& changes);
+/// Raises what `modify_object` would raise, and changes nothing.
+void check_changes(LabDomain& domain, ads::Provider provider, const std::string& dn,
                    const std::vector<ads::StagedChange>& changes);
 /// Raises kNotOnNonLeaf for an object with children, kUnwilling for one that the domain needs and for a group
 /// that is anyone's primary group.

@@ -48,6 +48,16 @@ bool LdapObject::SetInfoWithPassword(std::string_view password) {
   return refused([&] { entry_.add_with_password(password); });
 }
 
+void LdapObject::foresee_write() {
+  require_writable();
+  entry_.foresee();
+}
+
+void LdapObject::foresee_password(std::string_view password) {
+  require_writable();
+  check_password(domain(), password, entry_.get("sAMAccountName").text());
+}
+
 void LdapObject::enumerate(std::span<const std::string> classes,
                            const std::function<bool(const ObjectPtr&)>& visit) {
   domain().store.refresh();

@@ -4,12 +4,13 @@
 
 #include "ads/entry_object.hpp"
 #include "lab/domain/staged_entry.hpp"
+#include "platform/foreseen_write.hpp"
 
 namespace twk::lab {
 
 /// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server
 /// part in their paths. The catalogue is read-only: every change raises kUnwilling.
-class LdapObject final : public ads::EntryObject {
+class LdapObject final : public ads::EntryObject, public platform::ForeseenWrite {
  public:
   /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
   /// DN.
@@ -19,6 +20,8 @@ class LdapObject final : public ads::EntryObject {
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
   bool SetInfoWithPassword(std::string_view password) override;
+  void foresee_write() override;
+  void foresee_password(std::string_view password) override;
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;

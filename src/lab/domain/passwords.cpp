@@ -114,9 +114,13 @@ void count_wrong_password(LabDomain& domain, const Entry& entry) {
 
 }  // namespace
 
+void check_password(const LabDomain& domain, std::string_view password, std::string_view account_name) {
+  check_policy(domain.config.passwords, password, account_name);
+}
+
 std::vector<Modification> password_changes(LabDomain& domain, std::string_view password,
                                            std::string_view account_name) {
-  check_policy(domain.config.passwords, password, account_name);
+  check_password(domain, password, account_name);
   const base::Bytes salt = base::random_bytes(kSaltBytes);
   return {{ModifyKind::kReplace,
            std::string(kVerifier),

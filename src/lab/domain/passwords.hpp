@@ -15,6 +15,9 @@ namespace twk::lab {
 std::vector<Modification> password_changes(LabDomain& domain, std::string_view password,
                                            std::string_view account_name);
 
+/// Raises kPasswordPolicy as `set_password` would.
+void check_password(const LabDomain& domain, std::string_view password, std::string_view account_name);
+
 /// Takes effect at once and counts as changed now. Raises kPasswordPolicy for a password that the policy of
 /// "lab.conf" refuses, kNoSuchObject, kUnwilling for an object that is not a user.
 void set_password(LabDomain& domain, const std::string& dn, std::string_view password);

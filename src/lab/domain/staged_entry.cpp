@@ -84,6 +84,13 @@ void StagedEntry::commit() {
   fetched_ = false;
 }
 
+void StagedEntry::foresee() const {
+  if (new_)
+    check_new_object(domain_, provider_, object_class_, dn_, staged_.changes());
+  else
+    check_changes(domain_, provider_, dn_, staged_.changes());
+}
+
 void StagedEntry::add_with_password(std::string_view password) {
   if (!new_ || !base::equals_fold(object_class_, "user"))
     raise(ads_error::kUnwilling, dn_ + " is not a new account");

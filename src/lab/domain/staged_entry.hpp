@@ -28,6 +28,8 @@ class StagedEntry final : public ads::AttributeAccess {
   void stage(int control, std::string_view attribute, const platform::Value& value) override;
   /// All staged changes or none; on failure they stay staged.
   void commit();
+  /// Raises what `commit` would raise, and changes nothing.
+  void foresee() const;
   /// A new account with a password, all or nothing. Raises kUnwilling for an object that is not an account.
   void add_with_password(std::string_view password);
 

@@ -126,6 +126,10 @@ void WinntAccount::SetPassword(std::string_view password) {
   set_password(domain(), entry_.dn(), password);
 }
 
+void WinntAccount::foresee_password(std::string_view password) {
+  check_password(domain(), password, name_);
+}
+
 void WinntAccount::Add(std::string_view path) {
   domain().store.refresh();
   const std::string member = resolve_entry(domain(), path);

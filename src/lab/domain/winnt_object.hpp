@@ -4,6 +4,7 @@
 
 #include "ads/winnt_object.hpp"
 #include "lab/domain/staged_entry.hpp"
+#include "platform/foreseen_write.hpp"
 
 namespace twk::lab {
 
@@ -29,7 +30,7 @@ class WinntDomain final : public ads::WinntDomainObject {
 };
 
 /// A user or a group bound through WinNT.
-class WinntAccount final : public ads::WinntAccountObject {
+class WinntAccount final : public ads::WinntAccountObject, public platform::ForeseenWrite {
  public:
   /// `domain_name` as the paths spell it; `name` is for an object that is not stored yet.
   WinntAccount(StagedEntry entry, std::string domain_name, std::string name);
@@ -39,6 +40,8 @@ class WinntAccount final : public ads::WinntAccountObject {
 
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
+  void foresee_write() override { entry_.foresee(); }
+  void foresee_password(std::string_view password) override;
 
   void Add(std::string_view path) override;
   void Remove(std::string_view path) override;

@@ -102,6 +102,17 @@ void ExchangeObject::SetInfo() {
   staged_.clear();
 }
 
+void ExchangeObject::foresee_write() {
+  if (new_)
+    check_exchange_object(store_, object_class_, dn_, staged_.changes());
+  else
+    check_exchange_changes(store_, dn_, staged_.changes());
+}
+
+void ExchangeObject::foresee_password(std::string_view password) {
+  SetPassword(password);  // always refused: only accounts have one
+}
+
 void ExchangeObject::enumerate(std::span<const std::string> classes,
                                const std::function<bool(const ObjectPtr&)>& visit) {
   store_.refresh();

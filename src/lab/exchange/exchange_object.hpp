@@ -6,12 +6,13 @@
 #include "ads/basic_object.hpp"
 #include "ads/staged_values.hpp"
 #include "lab/store/entry_store.hpp"
+#include "platform/foreseen_write.hpp"
 
 namespace twk::lab {
 
 /// An object of an Exchange 5.5 directory: a container, a mailbox, a custom recipient, a distribution list.
 /// Objects reached from it have its server part in their paths.
-class ExchangeObject final : public ads::BasicObject {
+class ExchangeObject final : public ads::BasicObject, public platform::ForeseenWrite {
  public:
   /// A stored object. Raises kNoSuchObject.
   ExchangeObject(EntryStore& store, std::string server, std::string_view dn);
@@ -25,6 +26,8 @@ class ExchangeObject final : public ads::BasicObject {
   void Put(std::string_view attribute, const platform::Value& value) override;
   void PutEx(int control, std::string_view attribute, const platform::Value& value) override;
   void SetInfo() override;
+  void foresee_write() override;
+  void foresee_password(std::string_view password) override;
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;

@@ -1,5 +1,6 @@
 #include "lab/exchange/exchange_rules.hpp"
 
+#include <functional>
 #include <optional>
 
 #include "ads/dn.hpp"
@@ -97,6 +98,35 @@ void check_place(const EntryStore& store, const ExchangeClass& object_class, std
   }
 }
 
+/// An object to be made, and what must hold at that moment.
+struct NewRecipient {
+  Draft draft;
+  std::function<void()> check;
+};
+
+NewRecipient drafted(const EntryStore& store, std::string_view object_class, const std::string& dn,
+                     const std::vector<ads::StagedChange>& values) {
+  const ExchangeClass* const schema = find_exchange_class(object_class);
+  if (schema == nullptr)
+    raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
+  const std::string name = ads::parse_rdn(ads::first_rdn(dn)).value;
+  NewRecipient recipient;
+  Draft& draft = recipient.draft;
+  draft.set("objectClass", base::split(schema->chain, ' '));
+  draft.set("cn", name);
+  draft.set("rdn", name);
+  for (const Modification& change : checked(nullptr, values))
+    draft.apply(change);
+  if (schema->name == "Remote-Address" && !draft.value("Target-Address"))
+    raise(ads_error::kConstraint, "A custom recipient needs a Target-Address");
+  recipient.check = [&store, schema, dn] {
+    check_place(store, *schema, ads::parent_dn(dn));
+    if (store.find(dn) != nullptr)
+      raise(ads_error::kObjectExists, "The name is in use: " + dn);
+  };
+  return recipient;
+}
+
 }  // namespace
 
 const Entry& require_exchange_entry(const EntryStore& store, std::string_view dn) {
@@ -108,23 +138,14 @@ const Entry& require_exchange_entry(const EntryStore& store, std::string_view dn
 
 void add_exchange_object(EntryStore& store, std::string_view object_class, const std::string& dn,
                          const std::vector<ads::StagedChange>& values) {
-  const ExchangeClass* const schema = find_exchange_class(object_class);
-  if (schema == nullptr)
-    raise(ads_error::kUnwilling, "An object of class " + std::string(object_class) + " cannot be made");
-  const std::string name = ads::parse_rdn(ads::first_rdn(dn)).value;
-  Draft draft;
-  draft.set("objectClass", base::split(schema->chain, ' '));
-  draft.set("cn", name);
-  draft.set("rdn", name);
-  for (const Modification& change : checked(nullptr, values))
-    draft.apply(change);
-  if (schema->name == "Remote-Address" && !draft.value("Target-Address"))
-    raise(ads_error::kConstraint, "A custom recipient needs a Target-Address");
-  store.add(dn, draft.take(), [&] {
-    check_place(store, *schema, ads::parent_dn(dn));
-    if (store.find(dn) != nullptr)
-      raise(ads_error::kObjectExists, "The name is in use: " + dn);
-  });
+  NewRecipient recipient = drafted(store, object_class, dn, values);
+  store.add(dn, recipient.draft.take(), recipient.check);
+}
+
+void check_exchange_object(EntryStore& store, std::string_view object_class, const std::string& dn,
+                           const std::vector<ads::StagedChange>& values) {
+  store.refresh();
+  drafted(store, object_class, dn, values).check();
 }
 
 void modify_exchange_object(EntryStore& store, const std::string& dn,
@@ -133,6 +154,12 @@ void modify_exchange_object(EntryStore& store, const std::string& dn,
   const std::vector<Modification> modifications = checked(&require_exchange_entry(store, dn), changes);
   if (!modifications.empty())
     store.modify(dn, modifications, {});
+}
+
+void check_exchange_changes(EntryStore& store, const std::string& dn,
+                            const std::vector<ads::StagedChange>& changes) {
+  store.refresh();
+  static_cast<void>(checked(&require_exchange_entry(store, dn), changes));
 }
 
 void delete_exchange_object(EntryStore& store, const std::string& dn) {

@@ -5,6 +5,7 @@
 #include "ads/dn.hpp"
 #include "base/text.hpp"
 #include "lab/store/errors.hpp"
+#include "platform/share_name.hpp"
 
 namespace twk::lab {
 namespace {
@@ -14,7 +15,6 @@ using platform::SecurityDescriptor;
 constexpr std::string_view kContainer = "CN=Shares";
 constexpr std::string_view kShareClass = "fileShare";
 constexpr std::string_view kDescriptor = "nTSecurityDescriptor";
-constexpr std::size_t kLongestShareName = 80;
 
 std::string share_dn(std::string_view name) {
   return ads::make_rdn("CN", name) + "," + std::string(kContainer);
@@ -111,18 +111,8 @@ bool FileShares::is_drive_share(std::string_view name) const {
 }
 
 void FileShares::check(const FileShare& share) const {
-  static constexpr std::string_view kForbidden = "\"/\\[]:|<>+=;,*?";
-  const auto refuse = [&](const std::string& why) {
-    raise(ads_error::kConstraint, "The share name \"" + base::to_valid_utf8(share.name) + "\" " + why);
-  };
-  if (base::trim(share.name).empty())
-    refuse("is empty");
-  if (base::length(share.name) > kLongestShareName)
-    refuse("is longer than 80 characters");
-  if (share.name.find_first_of(kForbidden) != base::npos)
-    refuse("holds a character that a share name cannot have");
-  if (const auto control = base::find_control_character(share.name))
-    refuse("holds the control character " + *control);
+  if (const std::string fault = platform::share_name_fault(share.name); !fault.empty())
+    raise(ads_error::kConstraint, "The share name \"" + base::to_valid_utf8(share.name) + "\" " + fault);
   if (share.path.empty() || !has_folder_(share.path))
     raise(base::error::kPathNotFound, "The server has no folder " + share.path);
 }

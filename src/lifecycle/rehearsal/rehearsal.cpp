@@ -1,9 +1,10 @@
 #include "lifecycle/rehearsal/rehearsal.hpp"
 
 #include <algorithm>
-#include <map>
 #include <optional>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,10 @@
 #include "base/text.hpp"
 #include "creation/command_text.hpp"
 #include "lifecycle/rehearsal/rehearsed_directory.hpp"
+#include "lifecycle/rehearsal/rehearsed_security.hpp"
+#include "platform/adsi.hpp"
+#include "platform/network_path.hpp"
+#include "platform/share_name.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -43,16 +48,14 @@ class RehearsedShares {
   }
   /// The path itself, unless it begins with such a share.
   [[nodiscard]] std::string way_of(std::string_view path) const {
-    const std::string text = folded(path) + "\\";
-    for (const auto& [share, way] : ways_) {
-      if (text.starts_with(share))
-        return way + std::string(path.substr(std::min(path.size(), share.size() - 1)));
-    }
-    return std::string(path);
+    const platform::NetworkPath parts = platform::take_apart(path);
+    const auto found =
+        ways_.find("\\\\" + base::upper(parts.server) + "\\" + base::upper(parts.share) + "\\");
+    return found == ways_.end() ? std::string(path) : found->second + std::string(parts.tail);
   }
 
  private:
-  std::map<std::string, std::string> ways_;
+  std::unordered_map<std::string, std::string> ways_;
 };
 
 /// Remembers the folders that would be made, removed and renamed.
@@ -72,11 +75,20 @@ class RehearsedFiles final : public platform::Files {
     return made_.contains(folded(way)) || (place && real_.is_directory(*place));
   }
   void make_directory(std::string_view path) override {
-    const std::size_t slash = path.find_last_of('\\');
-    if (slash != base::npos && !is_directory(path.substr(0, slash)))
-      base::raise(base::error::kPathNotFound, "There is no folder " + std::string(path.substr(0, slash)));
+    require_new(path);
     tell_("Make the folder " + std::string(path));
-    made_.insert(folded(shares_.way_of(path)));
+    const std::string place = folded(shares_.way_of(path));
+    made_.insert(place);
+    made_names_.insert(name_on_server(place));
+  }
+  /// True for a folder of a server, by its path there. One that was made through another share is known by
+  /// its last part.
+  bool has_folder(std::string_view server, const std::string& folder) {
+    if (folder.size() < 2 || folder[1] != ':')
+      return true;
+    const std::string host(server.substr(std::min(server.find_first_not_of('\\'), server.size())));
+    const std::string way = "\\\\" + host + "\\" + folder.substr(0, 1) + "$" + folder.substr(2);
+    return is_directory(way) || made_names_.contains(name_on_server(folded(way)));
   }
   std::vector<FileEntry> list(std::string_view path) override {
     const std::string way = shares_.way_of(path);
@@ -121,6 +133,26 @@ class RehearsedFiles final : public platform::Files {
   }
 
  private:
+  /// "\\FS1\JO" of "\\FS1\D$\USERS\JO".
+  static std::string name_on_server(const std::string& folded_path) {
+    const std::size_t server_end = std::min(folded_path.find('\\', 2), folded_path.size());
+    return folded_path.substr(0, server_end) + folded_path.substr(folded_path.rfind('\\'));
+  }
+  /// Raises what the server says about a path: that it is none, that it cannot be reached, that it is taken.
+  void require_new(std::string_view path) {
+    const auto place = now(shares_.way_of(path));
+    base::Trap absent;
+    if (exists(path) || (place && absent([&] { static_cast<void>(real_.status(*place)); })))
+      base::raise(base::error::kPathFileAccess, std::string(path) + " exists already");
+    const bool missing = !place || absent.number() == base::error::kFileNotFound ||
+                         absent.number() == base::error::kPathNotFound;
+    const std::size_t slash = path.find_last_of('\\');
+    const bool has_parent = slash == base::npos || is_directory(path.substr(0, slash));
+    if (has_parent && !missing)
+      base::raise(absent.number(), absent.description());
+    if (!has_parent)
+      base::raise(base::error::kPathNotFound, "There is no folder " + std::string(path.substr(0, slash)));
+  }
   static bool lies_in(std::string_view path, std::string_view folder) {
     return (folded(path) + "\\").starts_with(folded(folder) + "\\");
   }
@@ -141,24 +173,29 @@ class RehearsedFiles final : public platform::Files {
   platform::Files& real_;
   const RehearsedShares& shares_;
   const Rehearsal::Tell& tell_;
-  std::set<std::string> made_;
+  std::unordered_set<std::string> made_;
+  std::unordered_set<std::string> made_names_;
   std::set<std::string> gone_;
   std::vector<std::pair<std::string, std::string>> renamed_;  ///< from and to, in order
 };
 
 class RehearsedNetwork final : public platform::Network {
  public:
-  RehearsedNetwork(platform::Network& real, RehearsedShares& shares, const Rehearsal::Tell& tell)
-      : real_(real), shares_(shares), tell_(tell) {}
+  RehearsedNetwork(platform::Network& real, RehearsedShares& shares, RehearsedFiles& files,
+                   RehearsedDirectory& directory, const Rehearsal::Tell& tell)
+      : real_(real), shares_(shares), files_(files), directory_(directory), tell_(tell) {}
 
   std::string NetGetDCName(std::string_view server, std::string_view domain) override {
     return real_.NetGetDCName(server, domain);
   }
   void NetShareAdd(std::string_view server, const platform::ShareInfo502& share) override {
+    require_new(server, share);
     tell_("Make the share " + share.shi502_netname + " on " + std::string(server) + " for " +
           share.shi502_path);
     shares_.add(server, share);
-    changed_[key(server, share.shi502_netname)] = share;
+    // The list of each user's share would take most of the memory, and no run reads it back.
+    platform::ShareInfo502& kept = changed_[key(server, share.shi502_netname)].emplace(share);
+    kept.shi502_security_descriptor.reset();
   }
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override {
     const auto changed = changed_.find(key(server, name));
@@ -176,9 +213,10 @@ class RehearsedNetwork final : public platform::Network {
     tell_("Delete the share " + std::string(name) + " on " + std::string(server));
     changed_[key(server, name)] = std::nullopt;
   }
-  void WTSSetUserConfig(std::string_view /*server*/, std::string_view user,
-                        platform::WtsConfigClass /*setting*/,
+  void WTSSetUserConfig(std::string_view server, std::string_view user, platform::WtsConfigClass setting,
                         const platform::WtsConfigValue& /*value*/) override {
+    if (!directory_.made().has_account(user))
+      static_cast<void>(real_.WTSQueryUserConfig(server, user, setting));
     tell_("Set a terminal-server setting of " + std::string(user));
   }
   platform::WtsConfigValue WTSQueryUserConfig(std::string_view server, std::string_view user,
@@ -187,55 +225,32 @@ class RehearsedNetwork final : public platform::Network {
   }
 
  private:
+  /// The same refusals as the server's.
+  void require_new(std::string_view server, const platform::ShareInfo502& share) {
+    namespace network_error = platform::network_error;
+    const std::string& name = share.shi502_netname;
+    if (const std::string fault = platform::share_name_fault(name); !fault.empty())
+      base::raise(network_error::kInvalidName, "The share name \"" + name + "\" " + fault);
+    base::Trap trap;
+    const bool taken = trap([&] { static_cast<void>(NetShareGetInfo(server, name)); });
+    if (taken && !directory_.is_gone(platform::share_path(server, name)))
+      base::raise(network_error::kDuplicateShare, "The server has a share " + name + " already");
+    if (!taken && trap.number() != network_error::kShareNotFound)
+      base::raise(trap.number(), trap.description());
+    if (!files_.has_folder(server, share.shi502_path))
+      base::raise(network_error::kUnknownDirectory, "The server has no folder " + share.shi502_path);
+  }
   static std::string key(std::string_view server, std::string_view share) {
     return base::upper(server) + "\\" + base::upper(share);
   }
 
   platform::Network& real_;
   RehearsedShares& shares_;
+  RehearsedFiles& files_;
+  RehearsedDirectory& directory_;
   const Rehearsal::Tell& tell_;
-  std::map<std::string, std::optional<platform::ShareInfo502>> changed_;  ///< none for one that would be gone
-};
-
-/// A folder that would be made has no list to read yet.
-class RehearsedSecurity final : public platform::Security {
- public:
-  RehearsedSecurity(platform::Security& real, platform::Files& files, const Rehearsal::Tell& tell)
-      : real_(real), files_(files), tell_(tell) {}
-
-  platform::AccountSid LookupAccountName(std::string_view server, std::string_view account) override {
-    return real_.LookupAccountName(server, account);
-  }
-  std::string LookupAccountSid(std::string_view server, const platform::Sid& sid) override {
-    return real_.LookupAccountSid(server, sid);
-  }
-  std::vector<platform::Sid> account_identifiers(std::string_view account) override {
-    return real_.account_identifiers(account);
-  }
-  platform::SecurityDescriptor GetFileSecurity(std::string_view path, std::uint32_t parts,
-                                               std::size_t buffer) override {
-    return files_.exists(path) ? real_.GetFileSecurity(path, parts, buffer) : platform::SecurityDescriptor{};
-  }
-  void SetFileSecurity(std::string_view path, std::uint32_t parts,
-                       const platform::SecurityDescriptor& /*descriptor*/) override {
-    std::string text =
-        (parts == platform::security_information::kOwner ? "Set the owner of " : "Set permissions on ") +
-        std::string(path);
-    if (text == told_)
-      return;
-    tell_(text);
-    told_ = std::move(text);
-  }
-  std::unique_ptr<platform::ProcessToken> OpenProcessToken() override { return real_.OpenProcessToken(); }
-  std::uint64_t LookupPrivilegeValue(std::string_view name) override {
-    return real_.LookupPrivilegeValue(name);
-  }
-
- private:
-  platform::Security& real_;
-  platform::Files& files_;
-  const Rehearsal::Tell& tell_;
-  std::string told_;  ///< last report; each row of a table rewrites the list of the same folder
+  std::unordered_map<std::string, std::optional<platform::ShareInfo502>>
+      changed_;  ///< none for one that would be gone
 };
 
 class RehearsedProcess final : public platform::Process {
@@ -282,15 +297,17 @@ struct Rehearsal::Services {
         real(real_services),
         registry(real.registry),
         directory(real.directory, tell),
+        query(real.query, directory),
         files(real.files, shares, tell),
-        network(real.network, shares, tell),
-        security(real.security, real.files, tell),
+        network(real.network, shares, files, directory, tell),
+        security(real.security, files, directory, tell),
         process(real.process, tell) {}
 
   Tell tell;
   platform::Platform real;
   RehearsedRegistry registry;
   RehearsedDirectory directory;
+  RehearsedQuery query;
   RehearsedShares shares;
   RehearsedFiles files;
   RehearsedNetwork network;
@@ -305,7 +322,7 @@ Rehearsal::~Rehearsal() = default;
 
 platform::Platform Rehearsal::services() {
   Services& rehearsed = *rehearsed_;
-  return {rehearsed.registry,         rehearsed.directory,  rehearsed.real.query,     rehearsed.files,
+  return {rehearsed.registry,         rehearsed.directory,  rehearsed.query,          rehearsed.files,
           rehearsed.network,          rehearsed.security,   rehearsed.real.mailboxes, rehearsed.process,
           rehearsed.real.environment, rehearsed.real.clock, rehearsed.real.dialogs};
 }

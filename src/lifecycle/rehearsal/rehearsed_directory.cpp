@@ -1,15 +1,48 @@
 #include "lifecycle/rehearsal/rehearsed_directory.hpp"
 
+#include <array>
 #include <vector>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "lifecycle/rehearsal/new_object.hpp"
+#include "platform/adsi.hpp"
+#include "platform/ldap_text.hpp"
 
 namespace twk::lifecycle {
 namespace {
 
 using platform::ObjectPtr;
 using platform::Value;
+namespace ads_error = platform::ads_error;
+
+bool is_flat(std::string_view path) {
+  return base::starts_with_fold(path, "WinNT:");
+}
+
+/// The place of the comma that ends the first part of a distinguished name.
+std::size_t end_of_first_part(std::string_view dn) {
+  std::size_t end = 0;
+  while (end < dn.size() && dn[end] != ',')
+    end += dn[end] == '\\' ? 2 : 1;
+  return std::min(end, dn.size());
+}
+
+/// A path in two: "LDAP://OU=Staff" and "CN=jo", "WinNT://TWK" and "jo".
+struct SplitPath {
+  std::string container;
+  std::string name;
+};
+
+SplitPath split(std::string_view path) {
+  const std::size_t slash = path.rfind('/', path.find('='));
+  std::string_view name = path.substr(slash + 1);
+  if (is_flat(path))
+    return {std::string(path.substr(0, slash)), std::string(name.substr(0, name.find(',')))};
+  const std::size_t end = end_of_first_part(name);
+  return {std::string(path.substr(0, slash + 1)) + std::string(name.substr(std::min(end + 1, name.size()))),
+          std::string(name.substr(0, end))};
+}
 
 class RehearsedObject final : public platform::DirectoryObject {
  public:
@@ -32,11 +65,13 @@ class RehearsedObject final : public platform::DirectoryObject {
     staged_.push_back(std::string(attribute) + (control == 1 ? " cleared" : " changed"));
   }
   void SetInfo() override {
+    foresee_write(*real_);
     for (const std::string& change : staged_)
       directory_.tell("Set on " + ADsPath() + ": " + change);
     staged_.clear();
   }
-  void SetPassword(std::string_view /*password*/) override {
+  void SetPassword(std::string_view password) override {
+    foresee_password(*real_, password);
     directory_.tell("Set the password of " + ADsPath());
   }
 
@@ -47,11 +82,11 @@ class RehearsedObject final : public platform::DirectoryObject {
     });
   }
   ObjectPtr GetObject(std::string_view object_class, std::string_view name) override {
-    return directory_.wrap(real_->GetObject(object_class, name));
+    const ObjectPtr made = directory_.find_made(real_, name, path_of_child(name));
+    return made != nullptr ? made : directory_.wrap(real_->GetObject(object_class, name));
   }
   ObjectPtr Create(std::string_view object_class, std::string_view name) override {
-    directory_.tell("Make the " + std::string(object_class) + " " + std::string(name) + " in " + ADsPath());
-    return directory_.wrap(real_->Create(object_class, name));
+    return new_object(directory_, real_->Create(object_class, name), nullptr);
   }
   void Delete(std::string_view object_class, std::string_view name) override {
     const ObjectPtr child = real_->GetObject(object_class, name);
@@ -64,18 +99,46 @@ class RehearsedObject final : public platform::DirectoryObject {
     return directory_.GetObject(source);
   }
   void Add(std::string_view path) override {
+    require_addable(path);
     directory_.tell("Add " + std::string(path) + " to the group " + ADsPath());
   }
   void Remove(std::string_view path) override {
     directory_.tell("Remove " + std::string(path) + " from the group " + ADsPath());
   }
-  bool IsMember(std::string_view path) override { return real_->IsMember(path); }
+  bool IsMember(std::string_view path) override {
+    if (directory_.made().find(path) == nullptr)
+      return real_->IsMember(path);
+    return directory_.made().state_of(path)->groups.contains(base::upper(ADsPath()));
+  }
   std::vector<ObjectPtr> Members() override { return wrapped(real_->Members()); }
   std::vector<ObjectPtr> Groups() override { return wrapped(real_->Groups()); }
   std::string Syntax() override { return real_->Syntax(); }
   bool MultiValued() override { return real_->MultiValued(); }
 
  private:
+  [[nodiscard]] std::string path_of_child(std::string_view name) const {
+    const std::string path = ADsPath();
+    if (is_flat(path))
+      return path + "/" + std::string(name);
+    const std::size_t slash = path.rfind('/', path.find('='));
+    return path.substr(0, slash + 1) + std::string(name) + "," + path.substr(slash + 1);
+  }
+  void require_addable(std::string_view path) {
+    constexpr std::array<std::string_view, 5> kNoGroups = {"user", "contact", "computer",
+                                                           "organizationalUnit", "container"};
+    for (const std::string_view one : kNoGroups) {
+      if (base::equals_fold(Class(), one))
+        base::raise(ads_error::kUnwilling, ADsPath() + " is not a group");
+    }
+    if (!directory_.has(path))
+      base::raise(ads_error::kNoSuchObject, "There is no " + std::string(path));
+    if (IsMember(path)) {
+      base::raise(is_flat(ADsPath()) ? ads_error::kMemberInGroup : ads_error::kObjectExists,
+                  std::string(path) + " is a member of " + ADsPath() + " already");
+    }
+    if (directory_.made().find(path) != nullptr)
+      directory_.made().state_of(path)->groups.insert(base::upper(ADsPath()));
+  }
   std::vector<ObjectPtr> wrapped(std::vector<ObjectPtr> objects) {
     for (ObjectPtr& object : objects)
       object = directory_.wrap(object);
@@ -96,7 +159,44 @@ ObjectPtr RehearsedDirectory::wrap(ObjectPtr object) {
 ObjectPtr RehearsedDirectory::GetObject(std::string_view path) {
   if (is_gone(path))
     base::raise(platform::ads_error::kNoSuchObject, std::string(path) + " would be gone");
-  return wrap(real_.GetObject(path));
+  if (made_.find(path) == nullptr)
+    return wrap(real_.GetObject(path));
+  const SplitPath parts = split(path);
+  return find_made(real_.GetObject(parts.container), parts.name, path);
+}
+
+ObjectPtr RehearsedDirectory::find_made(const ObjectPtr& container, std::string_view name,
+                                        std::string_view path) {
+  const MadeObjects::Names* const names = made_.find(path);
+  if (names == nullptr)
+    return nullptr;
+  const ObjectPtr draft = container->Create(is_flat(path) ? "User" : names->object_class, name);
+  std::shared_ptr<MadeState> state = made_.state_of(path);
+  if (!is_flat(path)) {
+    for (const Staging& staging : state->written)
+      draft->PutEx(staging.control, staging.attribute, staging.value);
+  }
+  if (!is_flat(path) && state->written.empty() && !names->account.empty())
+    draft->Put("sAMAccountName", names->account);
+  return new_object(*this, draft, std::move(state));
+}
+
+bool RehearsedDirectory::has(std::string_view path) {
+  if (is_gone(path) || made_.find(path) != nullptr)
+    return !is_gone(path);
+  base::Trap absent;
+  return absent([&] { static_cast<void>(real_.GetObject(path)); });
+}
+
+std::int32_t RehearsedDirectory::group_rid(std::string_view path) {
+  std::uint32_t rid = 0;
+  base::Trap unknown;
+  unknown([&] {
+    const base::Bytes sid = real_.GetObject(path)->Get("objectSID").bytes();
+    for (std::size_t i = 0; i < 4 && sid.size() >= 4; ++i)
+      rid = (rid << 8U) | sid[sid.size() - 1 - i];
+  });
+  return static_cast<std::int32_t>(rid);
 }
 
 ObjectPtr RehearsedDirectory::OpenDSObject(std::string_view path, std::string_view user,
@@ -110,6 +210,52 @@ void RehearsedDirectory::forget(const std::string& path) {
 
 bool RehearsedDirectory::is_gone(std::string_view path) const {
   return gone_.contains(base::upper(path));
+}
+
+namespace {
+
+/// One row, for an account that is not there to be read.
+class MadeRow final : public platform::Recordset {
+ public:
+  explicit MadeRow(std::string name) : name_(std::move(name)) {}
+
+  [[nodiscard]] bool at_eof() const override { return passed_; }
+  [[nodiscard]] bool at_bof() const override { return false; }
+  [[nodiscard]] Value field(std::size_t /*index*/) const override { return name_; }
+  void MoveNext() override { passed_ = true; }
+  void MoveFirst() override { passed_ = false; }
+  void MoveLast() override { passed_ = false; }
+  void Close() override {}
+
+ private:
+  std::string name_;
+  bool passed_ = false;
+};
+
+/// The value that a filter requires of an attribute: "jo" of "(&(objectClass=user)(sAMAccountName=jo))".
+std::string required_value(std::string_view filter, std::string_view attribute) {
+  const std::string term = "(" + std::string(attribute) + "=";
+  const std::size_t at = base::find_fold(filter, term);
+  if (at == base::npos)
+    return {};
+  const std::string_view value = filter.substr(at + term.size());
+  return platform::unescape_dn_value(value.substr(0, value.find(')')));
+}
+
+}  // namespace
+
+std::unique_ptr<platform::Recordset> RehearsedQuery::execute(const platform::QueryText& query,
+                                                             const platform::QueryOptions& options) {
+  std::unique_ptr<platform::Recordset> rows = real_.execute(query, options);
+  if (!rows->at_eof() || !rows->at_bof())
+    return rows;
+  const std::string account = required_value(query.filter, "sAMAccountName");
+  if (directory_.made().has_account(account))
+    return std::make_unique<MadeRow>(account);
+  const std::string principal = required_value(query.filter, "userPrincipalName");
+  if (directory_.made().has_principal(principal))
+    return std::make_unique<MadeRow>(principal);
+  return rows;
 }
 
 }  // namespace twk::lifecycle

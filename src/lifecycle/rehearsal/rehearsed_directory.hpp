@@ -1,16 +1,19 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
 #include <string_view>
 
+#include "lifecycle/rehearsal/made_objects.hpp"
 #include "platform/directory.hpp"
+#include "platform/query.hpp"
 
 namespace twk::lifecycle {
 
-/// A directory with real reads that reports each change instead of making it. Objects that would be gone are
-/// no longer found.
+/// A directory with real reads that reports each change instead of making it, and refuses what the real one
+/// is known to refuse. Objects that would be gone are no longer found, those that would have been made are.
 class RehearsedDirectory final : public platform::DirectoryService {
  public:
   using Tell = std::function<void(const std::string&)>;
@@ -26,10 +29,35 @@ class RehearsedDirectory final : public platform::DirectoryService {
   void forget(const std::string& path);
   [[nodiscard]] bool is_gone(std::string_view path) const;
 
+  [[nodiscard]] MadeObjects& made() { return made_; }
+  /// The object of that path that would have been made in a real container; null for one that would not.
+  platform::ObjectPtr find_made(const platform::ObjectPtr& container, std::string_view name,
+                                std::string_view path);
+  /// True for an object that exists or would have been made.
+  bool has(std::string_view path);
+  /// The relative identifier of a group.
+  std::int32_t group_rid(std::string_view path);
+
  private:
   platform::DirectoryService& real_;
   const Tell& tell_;
   std::set<std::string> gone_;
+  MadeObjects made_;
+};
+
+/// Queries with real answers, to which a look-up of a name that must be unique adds the account that would
+/// have been made with it.
+class RehearsedQuery final : public platform::QueryService {
+ public:
+  RehearsedQuery(platform::QueryService& real, RehearsedDirectory& directory)
+      : real_(real), directory_(directory) {}
+
+  std::unique_ptr<platform::Recordset> execute(const platform::QueryText& query,
+                                               const platform::QueryOptions& options) override;
+
+ private:
+  platform::QueryService& real_;
+  RehearsedDirectory& directory_;
 };
 
 }  // namespace twk::lifecycle

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "lifecycle/rehearsal/made_objects.hpp"
+#include "lifecycle/rehearsal/rehearsed_directory.hpp"
+#include "platform/directory.hpp"
+
+namespace twk::lifecycle {
+
+/// Raises what the write would raise, as far as the object can say.
+void foresee_write(platform::DirectoryObject& object);
+/// The same for a password; "PROMPT" stands for one that the run asks for, about which nothing is known.
+void foresee_password(platform::DirectoryObject& object, std::string_view password);
+
+/// An object that a rehearsal makes: its values are staged on `draft`, a new child of the real container,
+/// which refuses what the directory would refuse and is never written. `state` is null until it was "made".
+platform::ObjectPtr new_object(RehearsedDirectory& directory, platform::ObjectPtr draft,
+                               std::shared_ptr<MadeState> state);
+
+}  // namespace twk::lifecycle
