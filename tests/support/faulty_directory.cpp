@@ -1,6 +1,7 @@
 #include "support/faulty_directory.hpp"
 
 #include "base/errors.hpp"
+#include "platform/foreseen_write.hpp"
 
 namespace twk::test {
 namespace {
@@ -8,7 +9,7 @@ namespace {
 using platform::ObjectPtr;
 using platform::Value;
 
-class FaultyObject final : public platform::DirectoryObject {
+class FaultyObject final : public platform::DirectoryObject, public platform::ForeseenWrite {
  public:
   FaultyObject(FaultyDirectory& directory, ObjectPtr real) : directory_(directory), real_(std::move(real)) {}
 
@@ -25,6 +26,14 @@ class FaultyObject final : public platform::DirectoryObject {
   void SetPassword(std::string_view password) override { at("SetPassword")->SetPassword(password); }
   bool SetInfoWithPassword(std::string_view password) override {
     return directory_.writes_at_once && at("SetInfoWithPassword")->SetInfoWithPassword(password);
+  }
+  void foresee_write() override {
+    if (auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(real_.get()))
+      foreseen->foresee_write();
+  }
+  void foresee_password(std::string_view password) override {
+    if (auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(real_.get()))
+      foreseen->foresee_password(password);
   }
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const ObjectPtr&)>& visit) override {

@@ -1,0 +1,180 @@
+#include "batch/rehearse_import.hpp"
+
+#include <filesystem>
+#include <map>
+#include <random>
+
+#include "batch/import_columns.hpp"
+#include "stores/side_tables.hpp"
+#include "support/lab_session.hpp"
+#include "windows/create_user.hpp"
+#include "windows/import.hpp"
+#include "windows/state/form1.hpp"
+
+namespace twk::batch {
+namespace {
+
+using lab::DomainKind;
+
+/// Says Yes to everything, as nobody would in a hurry.
+class Yes final : public platform::Dialogs {
+ public:
+  platform::Answer MsgBox(std::string_view /*text*/, platform::Buttons buttons, platform::Icon /*icon*/,
+                          std::string_view /*title*/) override {
+    return buttons == platform::Buttons::kOk ? platform::Answer::kOk : platform::Answer::kYes;
+  }
+  std::string InputBox(std::string_view /*prompt*/, std::string_view /*title*/, bool /*secret*/) override {
+    return {};
+  }
+  std::optional<std::string> open_file(std::string_view /*title*/, std::string_view /*filter*/) override {
+    return std::nullopt;
+  }
+  void show_modal(std::string_view /*window*/) override {}
+  void beep() override {}
+  void DoEvents() override {}
+};
+
+platform::Dialogs& yes() {
+  static Yes dialogs;
+  return dialogs;
+}
+
+records::PermissionRecord full_control(const char* account) {
+  return {false, account, "Full Control", ""};
+}
+
+/// Every stage is on. One account, one folder and one share exist before, and not every name is a good one.
+class HostileWorld : public test::LabSession {
+ public:
+  HostileWorld(DomainKind kind, bool by_column) : LabSession(kind, {}, &yes()) {
+    site.ExchangeServer = "EX55";
+    site.ExchangeOrg = "Tarnwick";
+    site.ExchangeSite = "Head Office";
+    staff.HomeShare = "%UserName%$";
+    staff.VariableNames[1] = "WTS";
+    staff.VariableValues[1] = "ENABLED";
+    for (const char* const stage : {"CreateShares", "SetPermissions", "MailAccount", "RunCmd"})
+      set("UM", stage, "Yes");
+    set("Setup", "BatchFileCreate", "notify %UserName%");
+    set("Setup", "AltSetupID", by_column ? "" : "%first%.%last%%n%");
+    set("Setup", "AccountExpire", "%IMPORT7%");
+    set("Setup", "ImportGroupsStart", "6");
+    set("Setup", "ImportGroupsFinish", "6");
+    services.files.write(session.program_directory + "\\W2K.dat",
+                         std::string("p,userPrincipalName,%IMPORT8%@twk.test\r\np,info,%IMPORT9%\r\n") +
+                             (by_column ? "p,sAMAccountName,%IMPORT8%\r\n" : ""));
+    make_user("Ann.Lee");
+    services.files.make_directory("\\\\FS1\\D$\\Users\\Kim.Day");
+    platform::ShareInfo502 taken;
+    taken.shi502_netname = "Al.Bo$";
+    taken.shi502_path = "D:\\Users";
+    services.network.NetShareAdd("FS1", taken);
+    start();
+    stores::write_permissions(session, "Permissions.dat",
+                              std::vector{full_control("%UserName%"), full_control("Readers")});
+    stores::write_permissions(session, "SharePerm.dat", std::vector{full_control("%UserName%")});
+    for (const auto& [name, value] : std::map<std::string, std::string>{
+             {"Container", "Recipients"}, {"Target-Address", "%first%.%last%@mail.test"}})
+      session.form1.ListView8.add({}, name, "MAIL", {value});
+  }
+
+  /// Of each file of the lab, its database directory and its servers.
+  [[nodiscard]] std::map<std::string, std::string> contents() const {
+    std::map<std::string, std::string> contents;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path()))
+      contents[entry.path()] = entry.is_regular_file() ? test::get_file(entry.path()) : "";
+    return contents;
+  }
+  [[nodiscard]] ImportOrder order(bool by_column) {
+    ImportOrder order{windows::new_user_request(session), false, false};
+    use_columns(session.import, order, {1, 2, 3, by_column ? 4 : 0, by_column ? 5 : 0}, false);
+    return order;
+  }
+};
+
+/// A column of the file: the first values are good ones.
+struct Column {
+  std::size_t good;
+  std::vector<std::string> values;
+  bool numbered = false;
+};
+
+const std::string kLongest(70, 'x');
+const std::vector<Column> kColumns = {
+    {4,
+     {"Jo", "Ann", "Kim", "Al", "", "J\u00F6rg", "da Silva", "O'Neill", "..", "A*", "%last%", "Z\u200B",
+      "\x01", kLongest}},
+    {2, {"", "M", kLongest}},
+    {4,
+     {"Smith", "Lee", "Day", "Bo", "", "M\u00FCller", "|", "Bo+", "x=y", "Lee.", "%n%", " ", "a/b", kLongest},
+     true},
+    {2, {"id", "key", "Ann.Lee", "", "id|3", "a very long account name", "%first%", "Jo Smith", "id."}, true},
+    {1, {"Welcome-2026", "short", "", "longbutplain", "Welcome-\u00E9"}},
+    {3, {"", "Readers", "staff", "No Such Group", "Domain Users"}},
+    {2, {"", "31/12/2030", "32/13/2030", "yesterday", "end of 31/12/2027"}},
+    {2, {"one", "two", "", "id|3"}, true},
+    {2, {"", "text", std::string(2000, 'i'), "\x02"}}};
+
+/// Every second name has a number, so that the others clash.
+std::string lines(int count, bool hostile) {
+  std::minstd_rand random(7);
+  std::string text;
+  for (int line = 0; line < count; ++line) {
+    for (const Column& column : kColumns) {
+      const std::size_t choice = hostile && random() % 4 == 0 ? column.values.size() : column.good;
+      text += column.values[random() % choice];
+      if (column.numbered && (!hostile || random() % 2 == 0))
+        text += std::to_string(line);
+      text += &column == &kColumns.back() ? "\r\n" : ",";
+    }
+  }
+  return text;
+}
+
+using Rows = std::vector<std::string>;
+
+std::string row_text(const session::ImportRow& row) {
+  std::string text = std::to_string(row.line) + " " + row.outcome.light + " " + row.outcome.user;
+  for (const std::string& warning : row.outcome.warnings)
+    text += "; " + warning.substr(0, warning.find("in use"));  // by a path or by a distinguished name
+  return text;
+}
+
+struct Import {
+  DomainKind kind;
+  bool by_column;  ///< of the account name and the password
+  bool at_once;    ///< an account is one request
+  bool hostile;
+  int lines;
+};
+
+class RehearsedImports : public testing::TestWithParam<Import> {};
+INSTANTIATE_TEST_SUITE_P(Files, RehearsedImports,
+                         testing::Values(Import{DomainKind::kNative, false, false, false, 200},
+                                         Import{DomainKind::kNative, false, true, true, 300},
+                                         Import{DomainKind::kNative, true, false, true, 200},
+                                         Import{DomainKind::kNt, true, false, true, 200}));
+
+TEST_P(RehearsedImports, WriteNothingAndForetellEachNameLightAndWarning) {
+  const Import& import = GetParam();
+  HostileWorld world(import.kind, import.by_column);
+  world.directory.writes_at_once = import.at_once;
+  const std::string path = world.folder / "users.csv";
+  test::put_file(path, lines(import.lines, import.hostile));
+  const ImportOrder order = world.order(import.by_column);
+  windows::NewUserView view(world.session.form1, true);
+  const auto before = world.contents();
+  Rows foreseen;
+  Rows met;
+  rehearse_import(world.session, path, order, view,
+                  {{}, [&](const session::ImportRow& row) { foreseen.push_back(row_text(row)); }});
+  EXPECT_EQ(world.contents(), before);
+  world.session.import.row_done = [&](const session::ImportRow& row) { met.push_back(row_text(row)); };
+  Import_Users(world.session, path, order, view);
+  ASSERT_EQ(foreseen.size(), static_cast<std::size_t>(import.lines));
+  for (std::size_t i = 0; i < met.size(); ++i)
+    EXPECT_EQ(foreseen[i], met[i]);
+}
+
+}  // namespace
+}  // namespace twk::batch
