@@ -248,8 +248,11 @@ bool run_import(Session& session, std::string_view path, const ImportOrder& orde
     session.platform.dialogs.MsgBox("Errors during Import. Check log files for details.",
                                     platform::Buttons::kOk, platform::Icon::kExclamation, "Import error");
   } else {
-    session.status.panel1 = "Import Complete. " + base::to_text(session.import.ImportAddedCount) +
-                            " users Added. Check Import.err for errors.";
+    session.status.panel1 = session.import.rehearsed
+                                ? "Rehearsal complete. " + base::to_text(session.import.ImportAddedCount) +
+                                      " users would be added."
+                                : "Import Complete. " + base::to_text(session.import.ImportAddedCount) +
+                                      " users Added. Check Import.err for errors.";
   }
   return whole;
 }

@@ -51,7 +51,9 @@ bool join(CreationRun& run, const std::string& path, std::string_view name) {
     session.CurrentGroup = session.platform.directory.GetObject(path);
     if (session::is_debug(session))
       log(run, "Adding user to: " + session.CurrentGroup->Name());
-    session.CurrentGroup->Add(member_path(run));
+    // In a preview there is no account to add.
+    if (!run.request.names_only)
+      session.CurrentGroup->Add(member_path(run));
   });
   session.CurrentGroup.reset();
   if (trap.number() == 0)

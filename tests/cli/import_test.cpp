@@ -66,7 +66,7 @@ $ user import $FILE $STAFF --halt-on-warnings => 2 Errors during Import
        {{"$FILE", {file("new.csv", "John,,Smith\nJohn,,Smith\nAl,,Bo\n")}}});
 }
 
-TEST_F(ImportingUsers, ShowsInAPreviewWhatTheImportReportsAndWritesNothing) {
+TEST_F(ImportingUsers, ForeseesInAPreviewAndInADryRunWhatTheImportReportsAndWritesNothing) {
   for (const std::string stage : {"CreateDirs", "CreateShares", "SetPermissions", "MailAccount"})
     ASSERT_EQ(run({"settings", "set", "UM", stage, "No"}).exit_code, 0);
   play(
@@ -87,21 +87,47 @@ TEST_F(ImportingUsers, ShowsInAPreviewWhatTheImportReportsAndWritesNothing) {
   const Arguments columns = {"--id", "4", "--password", "5", "--groups", "6-6", "--expires", "%IMPORT7%"};
   Arguments preview = columns;
   preview.emplace_back("--preview");
+  Arguments dry_run = columns;
+  dry_run.emplace_back("--dry-run");
   const ProgramResult seen = import(csv, preview);
+  const ProgramResult rehearsed = import(csv, dry_run);
   EXPECT_EQ(get_file(database_file("Log.txt")), log);
   EXPECT_FALSE(std::filesystem::exists(database_file("Import.err")));
   EXPECT_EQ(seen.exit_code, 2);
+  EXPECT_THAT(rehearsed.out, Not(HasSubstr("Secret-Word")));
   const auto shown = json_lines(seen.out);
+  auto foreseen = json_lines(rehearsed.out);
+  std::erase_if(foreseen, [](const nlohmann::json& row) { return row.contains("step"); });
   const auto made = json_lines(import(csv, columns).out);
   ASSERT_EQ(shown.size(), 10U) << seen.err;
   ASSERT_EQ(made.size(), 11U);
+  ASSERT_EQ(foreseen.size(), 11U) << rehearsed.err;
   std::string lights;
   for (std::size_t i = 0; i < shown.size(); ++i) {
     lights += shown[i]["light"].get<std::string>().substr(0, 1);
-    for (const char* const key : {"user", "light", "warnings"})
+    for (const char* const key : {"user", "light", "warnings"}) {
       EXPECT_EQ(shown[i][key], made[i][key]) << i << " " << key;
+      EXPECT_EQ(foreseen[i][key], made[i][key]) << i << " " << key;
+    }
   }
   EXPECT_EQ(lights, "GYGRRRRYYY");
+}
+
+TEST_F(ImportingUsers, PrintsTheStepsOfADryRunBeforeTheOutcome) {
+  play(R"(
+$ user create $STAFF --dry-run Jo Smith => 0 Nothing was created.
+| Make the folder \\FS1\D$\Users\Jo.Smith
+| Make the user CN=Jo.Smith in LDAP://$NEW
+| Set permissions on \\FS1\D$\Users\Jo.Smith
+| Make the mailbox CN=Jo.Smith
+| GREEN  Jo.Smith would be created
+$ user import $FILE $STAFF --dry-run => 1
+| 1     Make the user CN=Jo.Smith in LDAP://$NEW
+| 2     YELLOW  Jo.Smith1
+| 2 would be created, 1 of them with warnings, 0 not created. Nothing was written.
+$ user show Jo.Smith => 2
+)",
+       {{"$FILE", {file("two.csv", "Jo,,Smith\nJo,,Smith\n")}}});
 }
 
 TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {

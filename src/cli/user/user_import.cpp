@@ -5,6 +5,7 @@
 #include "batch/import.hpp"
 #include "cli/frame/creation_progress.hpp"
 #include "cli/frame/import_preview.hpp"
+#include "cli/frame/import_steps.hpp"
 #include "cli/terminal/display.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -29,6 +30,7 @@ struct ImportArguments {
   std::optional<std::string> expires_after;
   bool csv = false;
   bool preview = false;
+  bool dry_run = false;
 };
 
 struct Counts {
@@ -115,6 +117,18 @@ std::string end_of_run(const session::Session& session) {
   return state.ImportStopped ? "Import Halted by User" : session.status.panel1.get();
 }
 
+void print_rehearsed_end(Output& output, const Counts& counts, std::string_view light,
+                         const std::string& message) {
+  output.result({{"light", light},
+                 {"created", counts.created},
+                 {"warned", counts.warnings},
+                 {"refused", counts.refused},
+                 {"message", message}},
+                std::to_string(counts.created) + " would be created, " + std::to_string(counts.warnings) +
+                    " of them with warnings, " + std::to_string(counts.refused) +
+                    " not created. Nothing was written.");
+}
+
 void print_end(Output& output, const session::ImportState& state, const Counts& counts,
                std::string_view light, const std::string& message) {
   const std::string error_path = local::to_local_path(state.error_path);
@@ -147,8 +161,11 @@ bool tell_faults(const session::Session& session, std::set<std::string> told) {
 }
 
 int run_import(Context& context, session::Session& session, const std::string& path,
-               const batch::ImportOrder& order) {
+               const batch::ImportOrder& order, ImportSteps* steps) {
   session::ImportState& state = session.import;
+  state.rehearsed = steps != nullptr;
+  if (steps != nullptr)
+    steps->follow(session);
   Counts counts;
   CreationProgress progress(session);
   std::set<std::string> outcomes;
@@ -159,6 +176,8 @@ int run_import(Context& context, session::Session& session, const std::string& p
   });
   state.row_done = [&](const session::ImportRow& row) {
     progress.clear();
+    if (steps != nullptr)
+      steps->print(row.line);
     print_row(context.output(), row, counts);
     outcomes.insert(row.outcome.message);
   };
@@ -171,10 +190,13 @@ int run_import(Context& context, session::Session& session, const std::string& p
   const bool faults = tell_faults(session, std::move(outcomes));
   if (!state.failure.empty())
     complain(state.failure);
-  if (state.summary_path.empty())
+  if (state.summary_path.empty() && (!state.rehearsed || !state.failure.empty()))
     return kExitRed;
   const std::string_view light = light_of_run(state, counts, !faults);
-  print_end(context.output(), state, counts, light, end_of_run(session));
+  if (state.rehearsed)
+    print_rehearsed_end(context.output(), counts, light, end_of_run(session));
+  else
+    print_end(context.output(), state, counts, light, end_of_run(session));
   context.keep_exit_code();
   return exit_code_of_light(light);
 }
@@ -197,6 +219,11 @@ int import_users(Context& context, const ImportArguments& arguments) {
   if (!arguments.groups.empty())
     set_group_range(context, arguments.groups);
   const std::string path = checked_file(context, arguments.file, arguments.csv);
+  if (arguments.preview && arguments.dry_run)
+    throw UsageError("--preview and --dry-run exclude each other");
+  std::optional<ImportSteps> steps;
+  if (arguments.dry_run)
+    steps.emplace(context);
   if (arguments.preview)
     context.rehearse([](const std::string&) {});
   session::Session& session = context.session(Depth::kDomain);
@@ -214,7 +241,7 @@ int import_users(Context& context, const ImportArguments& arguments) {
   use_columns_of(session, order, session.platform.files.read(path), arguments.columns);
   if (arguments.preview)
     return preview_import(context, session, path, std::move(order));
-  return run_import(context, session, path, order);
+  return run_import(context, session, path, order, steps ? &*steps : nullptr);
 }
 
 }  // namespace
@@ -249,6 +276,8 @@ void add_user_import(Command& user, Context& context) {
                    "Last day of the accounts, which expire at its end, or %IMPORTn%")
       ->type_name("TEXT");
   command->add_flag("--preview", arguments->preview, "Show the result of each line, but create nothing");
+  command->add_flag("--dry-run", arguments->dry_run,
+                    "Print what would be done for each line, and do nothing");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments); }); });
 }
