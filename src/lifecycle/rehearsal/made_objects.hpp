@@ -65,4 +65,13 @@ class MadeObjects {
   std::vector<std::pair<const Names*, std::weak_ptr<MadeState>>> held_;
 };
 
+/// A directory that reports changes and remembers what would have been made.
+class ReportingDirectory : public platform::DirectoryService {
+ public:
+  virtual void tell(const std::string& step) const = 0;
+  [[nodiscard]] virtual MadeObjects& made() = 0;
+  /// True for an object that exists or would have been made.
+  [[nodiscard]] virtual bool has(std::string_view path) = 0;
+};
+
 }  // namespace twk::lifecycle

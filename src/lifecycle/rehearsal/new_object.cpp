@@ -45,9 +45,20 @@ std::string shown(const Staging& staging) {
                            : base::to_text(static_cast<std::int64_t>(bytes->size())) + " bytes");
 }
 
+std::int32_t group_rid(platform::DirectoryService& directory, const std::string& path) {
+  std::uint32_t rid = 0;
+  base::Trap unknown;
+  unknown([&] {
+    const base::Bytes sid = directory.GetObject(path)->Get("objectSID").bytes();
+    for (std::size_t i = 0; i < 4 && sid.size() >= 4; ++i)
+      rid = (rid << 8U) | sid[sid.size() - 1 - i];
+  });
+  return static_cast<std::int32_t>(rid);
+}
+
 class NewObject final : public platform::DirectoryObject {
  public:
-  NewObject(RehearsedDirectory& directory, ObjectPtr draft, std::shared_ptr<MadeState> state)
+  NewObject(ReportingDirectory& directory, ObjectPtr draft, std::shared_ptr<MadeState> state)
       : directory_(directory), draft_(std::move(draft)), state_(std::move(state)) {}
 
   [[nodiscard]] std::string Name() const override { return draft_->Name(); }
@@ -144,7 +155,7 @@ class NewObject final : public platform::DirectoryObject {
     foresee();
     const auto taken = is_flat() ? ads_error::kUserExists : ads_error::kObjectExists;
     const MadeObjects::Names* const made = directory_.made().find(ADsPath());
-    if (!state_ && made != nullptr)
+    if (!state_ && directory_.has(ADsPath()))
       base::raise(taken, "The name is in use: " + ADsPath());
     const std::string name = account();
     const bool own = state_ && made != nullptr && base::equals_fold(made->account, name);
@@ -156,7 +167,7 @@ class NewObject final : public platform::DirectoryObject {
     }
   }
   void require_member(std::int32_t rid) const {
-    const auto has_rid = [&](const std::string& path) { return directory_.group_rid(path) == rid; };
+    const auto has_rid = [&](const std::string& path) { return group_rid(directory_, path) == rid; };
     if (rid != kDomainUsers && !(state_ && std::ranges::any_of(state_->groups, has_rid))) {
       base::raise(ads_error::kUnwilling,
                   ADsPath() + " is not a member of the group that is to be its primary one");
@@ -186,7 +197,7 @@ class NewObject final : public platform::DirectoryObject {
     staged_.clear();
   }
 
-  RehearsedDirectory& directory_;
+  ReportingDirectory& directory_;
   ObjectPtr draft_;
   std::shared_ptr<MadeState> state_;
   std::vector<Staging> staged_;
@@ -205,7 +216,7 @@ void foresee_password(platform::DirectoryObject& object, std::string_view passwo
     foreseen->foresee_password(password);
 }
 
-ObjectPtr new_object(RehearsedDirectory& directory, ObjectPtr draft, std::shared_ptr<MadeState> state) {
+ObjectPtr new_object(ReportingDirectory& directory, ObjectPtr draft, std::shared_ptr<MadeState> state) {
   return std::make_shared<NewObject>(directory, std::move(draft), std::move(state));
 }
 

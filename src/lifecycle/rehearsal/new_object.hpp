@@ -4,7 +4,6 @@
 #include <string>
 
 #include "lifecycle/rehearsal/made_objects.hpp"
-#include "lifecycle/rehearsal/rehearsed_directory.hpp"
 #include "platform/directory.hpp"
 
 namespace twk::lifecycle {
@@ -16,7 +15,7 @@ void foresee_password(platform::DirectoryObject& object, std::string_view passwo
 
 /// An object that a rehearsal makes: its values are staged on `draft`, a new child of the real container,
 /// which refuses what the directory would refuse and is never written. `state` is null until it was "made".
-platform::ObjectPtr new_object(RehearsedDirectory& directory, platform::ObjectPtr draft,
+platform::ObjectPtr new_object(ReportingDirectory& directory, platform::ObjectPtr draft,
                                std::shared_ptr<MadeState> state);
 
 }  // namespace twk::lifecycle

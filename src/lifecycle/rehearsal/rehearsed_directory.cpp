@@ -188,17 +188,6 @@ bool RehearsedDirectory::has(std::string_view path) {
   return absent([&] { static_cast<void>(real_.GetObject(path)); });
 }
 
-std::int32_t RehearsedDirectory::group_rid(std::string_view path) {
-  std::uint32_t rid = 0;
-  base::Trap unknown;
-  unknown([&] {
-    const base::Bytes sid = real_.GetObject(path)->Get("objectSID").bytes();
-    for (std::size_t i = 0; i < 4 && sid.size() >= 4; ++i)
-      rid = (rid << 8U) | sid[sid.size() - 1 - i];
-  });
-  return static_cast<std::int32_t>(rid);
-}
-
 ObjectPtr RehearsedDirectory::OpenDSObject(std::string_view path, std::string_view user,
                                            std::string_view password) {
   return wrap(real_.OpenDSObject(path, user, password));

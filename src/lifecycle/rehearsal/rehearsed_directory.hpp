@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
@@ -14,7 +13,7 @@ namespace twk::lifecycle {
 
 /// A directory with real reads that reports each change instead of making it, and refuses what the real one
 /// is known to refuse. Objects that would be gone are no longer found, those that would have been made are.
-class RehearsedDirectory final : public platform::DirectoryService {
+class RehearsedDirectory final : public ReportingDirectory {
  public:
   using Tell = std::function<void(const std::string&)>;
 
@@ -25,18 +24,15 @@ class RehearsedDirectory final : public platform::DirectoryService {
                                    std::string_view password) override;
 
   platform::ObjectPtr wrap(platform::ObjectPtr object);
-  void tell(const std::string& step) const { tell_(step); }
+  void tell(const std::string& step) const override { tell_(step); }
   void forget(const std::string& path);
   [[nodiscard]] bool is_gone(std::string_view path) const;
 
-  [[nodiscard]] MadeObjects& made() { return made_; }
+  [[nodiscard]] MadeObjects& made() override { return made_; }
   /// The object of that path that would have been made in a real container; null for one that would not.
   platform::ObjectPtr find_made(const platform::ObjectPtr& container, std::string_view name,
                                 std::string_view path);
-  /// True for an object that exists or would have been made.
-  bool has(std::string_view path);
-  /// The relative identifier of a group.
-  std::int32_t group_rid(std::string_view path);
+  [[nodiscard]] bool has(std::string_view path) override;
 
  private:
   platform::DirectoryService& real_;

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "lifecycle/rehearsal/rehearsal.hpp"
 #include "lifecycle/rehearsal/rehearsed_directory.hpp"
 #include "platform/platform.hpp"
 
@@ -13,7 +12,7 @@ namespace twk::lifecycle {
 class RehearsedSecurity final : public platform::Security {
  public:
   RehearsedSecurity(platform::Security& real, platform::Files& files, RehearsedDirectory& directory,
-                    const Rehearsal::Tell& tell)
+                    const RehearsedDirectory::Tell& tell)
       : real_(real), files_(files), directory_(directory), tell_(tell) {}
 
   platform::AccountSid LookupAccountName(std::string_view server, std::string_view account) override;
@@ -38,7 +37,7 @@ class RehearsedSecurity final : public platform::Security {
   platform::Security& real_;
   platform::Files& files_;
   RehearsedDirectory& directory_;
-  const Rehearsal::Tell& tell_;
+  const RehearsedDirectory::Tell& tell_;
   std::string known_domain_;
   std::string told_;  ///< last report; each row of a table rewrites the list of the same folder
 };

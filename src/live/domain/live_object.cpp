@@ -198,6 +198,16 @@ void LiveEntry::commit() {
   fetched_.reset();
 }
 
+void LiveEntry::foresee() {
+  if (!new_)
+    return static_cast<void>(staged_requests());
+  static_cast<void>(new_attributes());
+  const Value account = staged_.over("sAMAccountName", {});
+  if (!account.is_empty() && !origin_.is_foreign() &&
+      origin_.domain->find_account(account.text(), {"objectClass"}))
+    base::raise(ads_error::kObjectExists, "The account name " + account.text() + " is in use");
+}
+
 void LiveEntry::set_password(std::string_view password) {
   std::vector<LdapChange> changes = {{LdapChangeKind::kReplace, "unicodePwd", {encode_password(password)}}};
   if (awaits_password_) {
@@ -253,6 +263,11 @@ void LiveObject::SetPassword(std::string_view password) {
 bool LiveObject::SetInfoWithPassword(std::string_view password) {
   require_writable();
   return entry_.add_with_password(password);
+}
+
+void LiveObject::foresee_write() {
+  require_writable();
+  entry_.foresee();
 }
 
 void LiveObject::enumerate(std::span<const std::string> classes,

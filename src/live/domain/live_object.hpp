@@ -8,6 +8,7 @@
 #include "ads/entry_object.hpp"
 #include "ads/staged_values.hpp"
 #include "live/domain/live_domain.hpp"
+#include "platform/foreseen_write.hpp"
 
 namespace twk::live {
 
@@ -48,6 +49,8 @@ class LiveEntry final : public ads::AttributeAccess {
   /// All staged changes in one request; on failure they stay staged. A new user account is disabled until it
   /// gets a password, as the directory requires.
   void commit();
+  /// Raises what `commit` would raise for values and an account name in use; nothing is sent but a search.
+  void foresee();
   /// Enables an account that was made through this object.
   void set_password(std::string_view password);
   /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
@@ -78,7 +81,7 @@ class LiveEntry final : public ads::AttributeAccess {
 
 /// An entry bound through LDAP or the global catalogue. The catalogue is read-only: every change raises
 /// kUnwilling.
-class LiveObject final : public ads::EntryObject {
+class LiveObject final : public ads::EntryObject, public platform::ForeseenWrite {
  public:
   /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
   /// DN.
@@ -89,6 +92,9 @@ class LiveObject final : public ads::EntryObject {
   void SetInfo() override;
   void SetPassword(std::string_view password) override;
   bool SetInfoWithPassword(std::string_view password) override;
+  void foresee_write() override;
+  /// Only the controller knows which policy applies to an account.
+  void foresee_password(std::string_view /*password*/) override { require_writable(); }
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;

@@ -29,7 +29,7 @@ Origin origin_of(LiveDomain& domain) {
   return {.domain = &domain, .provider = ads::Provider::kWinnt, .server = {}, .connection = nullptr};
 }
 
-class WinntAccount final : public ads::WinntAccountObject {
+class WinntAccount final : public ads::WinntAccountObject, public platform::ForeseenWrite {
  public:
   WinntAccount(LiveEntry entry, std::string domain_name, std::string name)
       : WinntAccountObject(std::move(domain_name)), entry_(std::move(entry)), name_(std::move(name)) {}
@@ -72,6 +72,8 @@ class WinntAccount final : public ads::WinntAccountObject {
     cannot_change_.reset();
   }
 
+  void foresee_write() override { entry_.foresee(); }
+  void foresee_password(std::string_view /*password*/) override {}
   void SetPassword(std::string_view password) override { entry_.set_password(password); }
 
   void Add(std::string_view path) override {
