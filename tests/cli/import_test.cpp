@@ -126,6 +126,11 @@ $ user import $FILE $STAFF --dry-run => 1
 | 2     YELLOW  Jo.Smith1
 | 2 would be created, 1 of them with warnings, 0 not created. Nothing was written.
 $ user show Jo.Smith => 2
+$ template edit Staff --home-dir-path 'D:\Homes\%UserName%'
+$ user import $FILE $STAFF --preview => 2 There is no folder \\FS1\D$\Homes
+{"check": "folder", "light": "RED"}
+$ user import $FILE $STAFF --make-parents => 1
+| 2 created, 1 of them with warnings
 )",
        {{"$FILE", {file("two.csv", "Jo,,Smith\nJo,,Smith\n")}}});
 }

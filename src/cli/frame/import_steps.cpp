@@ -15,9 +15,9 @@ ImportSteps::ImportSteps(Context& context) : context_(context) {
 }
 
 void ImportSteps::print(std::int32_t line) {
+  const std::string number = line == 0 ? std::string() : std::to_string(line);
   for (const std::string& step : steps_)
-    context_.output().result({{"line", line}, {"step", step}},
-                             pad(std::to_string(line), 6) + printable(step));
+    context_.output().result({{"line", line}, {"step", step}}, pad(number, 6) + printable(step));
   steps_.clear();
 }
 

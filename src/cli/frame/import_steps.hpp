@@ -19,7 +19,7 @@ class ImportSteps {
 
   /// From here on steps count, and show stars in place of the passwords that the log hides.
   void follow(const session::Session& session) { session_ = &session; }
-  /// The steps of a line as results, { line, step }, in order.
+  /// The steps of a line as results, { line, step }, in order; 0 for what precedes the first line.
   void print(std::int32_t line);
 
  private:

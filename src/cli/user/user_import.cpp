@@ -4,6 +4,7 @@
 #include "base/text.hpp"
 #include "batch/import.hpp"
 #include "cli/frame/creation_progress.hpp"
+#include "cli/frame/import_faults.hpp"
 #include "cli/frame/import_preview.hpp"
 #include "cli/frame/import_steps.hpp"
 #include "cli/terminal/display.hpp"
@@ -31,6 +32,7 @@ struct ImportArguments {
   bool csv = false;
   bool preview = false;
   bool dry_run = false;
+  bool make_parents = false;
 };
 
 struct Counts {
@@ -164,8 +166,6 @@ int run_import(Context& context, session::Session& session, const std::string& p
                const batch::ImportOrder& order, ImportSteps* steps) {
   session::ImportState& state = session.import;
   state.rehearsed = steps != nullptr;
-  if (steps != nullptr)
-    steps->follow(session);
   Counts counts;
   CreationProgress progress(session);
   std::set<std::string> outcomes;
@@ -239,6 +239,14 @@ int import_users(Context& context, const ImportArguments& arguments) {
   set_expiry(session, arguments, order.user.Expiry);
   order.csv = arguments.csv;
   use_columns_of(session, order, session.platform.files.read(path), arguments.columns);
+  if (steps)
+    steps->follow(session);
+  if (arguments.make_parents)
+    batch::make_parent_folders(session, order);
+  if (steps)
+    steps->print(0);
+  if (tell_import_faults(context, session, order))
+    return kExitRed;
   if (arguments.preview)
     return preview_import(context, session, path, std::move(order));
   return run_import(context, session, path, order, steps ? &*steps : nullptr);
@@ -276,6 +284,8 @@ void add_user_import(Command& user, Context& context) {
                    "Last day of the accounts, which expire at its end, or %IMPORTn%")
       ->type_name("TEXT");
   command->add_flag("--preview", arguments->preview, "Show the result of each line, but create nothing");
+  command->add_flag("--make-parents", arguments->make_parents,
+                    "Make the folders above homes and profiles that do not exist");
   command->add_flag("--dry-run", arguments->dry_run,
                     "Print what would be done for each line, and do nothing");
   command->callback(
