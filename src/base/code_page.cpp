@@ -72,6 +72,8 @@ std::optional<std::string> to_ansi(std::string_view text) {
 }
 
 std::string to_ansi(std::string_view text, char substitute) {
+  if (is_ascii(text))
+    return std::string(text);
   std::string out;
   out.reserve(text.size());
   for (const char32_t code : to_utf32(text))
@@ -90,6 +92,8 @@ std::string from_ansi(std::string_view bytes) {
 }
 
 std::optional<std::string> find_outside_ansi(std::string_view text) {
+  if (is_ascii(text))
+    return std::nullopt;
   for (const char32_t code : to_utf32(text)) {
     if (!to_ansi_byte(code))
       return to_utf8(std::u32string_view(&code, 1)) + " (" + code_point_name(code) + ")";

@@ -129,13 +129,14 @@ char32_t lower_code(char32_t c) {
   return c;
 }
 
-template <typename Map>
-std::string map_codes(std::string_view text, Map map) {
+/// `plain` maps ASCII, of which most texts consist.
+template <typename PlainMap, typename Map>
+std::string map_codes(std::string_view text, PlainMap plain, Map map) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     if (static_cast<unsigned char>(text[at]) < 0x80) {
-      out.push_back(static_cast<char>(map(static_cast<unsigned char>(text[at++]))));
+      out.push_back(plain(text[at++]));
       continue;
     }
     const Decoded one = decode_at(text, at);
@@ -178,10 +179,11 @@ bool is_ascii(std::string_view text) {
 }
 
 std::string upper(std::string_view text) {
-  return map_codes(text, upper_code);
+  return map_codes(text, plain_upper, upper_code);
 }
 std::string lower(std::string_view text) {
-  return map_codes(text, lower_code);
+  return map_codes(
+      text, [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }, lower_code);
 }
 
 int compare_fold(std::string_view a, std::string_view b) {

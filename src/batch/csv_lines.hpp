@@ -27,6 +27,7 @@ class CsvLines final : public ImportSource {
   [[nodiscard]] std::int32_t number() const override { return record().line; }
   void put_back() override { reader_.put_back(); }
   [[nodiscard]] std::string text() const override { return text_of(record()); }
+  [[nodiscard]] std::string_view raw() const override { return record().raw; }
   [[nodiscard]] std::string heading() const override { return heading_; }
   void take_up(session::ImportState& state) const override;
 

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "batch/import_file.hpp"
 #include "batch/open_import.hpp"
+#include "batch/recorded_import.hpp"
 #include "creation/create_user.hpp"
 #include "creation/stored_request.hpp"
 #include "directory/account_expiry.hpp"
@@ -48,19 +49,26 @@ void open_error_file(Session& session, const std::string& heading) {
     error_line(session, heading);
 }
 
-/// A unique name, even for a run within the same second.
-std::string free_summary_path(const Session& session, const std::string& name) {
-  std::string path = database_path(session, name + ".csv");
-  for (int next = 2; session.platform.files.exists(path); ++next)
-    path = database_path(session, name + " (" + base::to_text(next) + ").csv");
-  return path;
+/// Unique names, even for a run within the same second.
+void name_files(Session& session) {
+  const base::Date now = session.platform.clock.now();
+  const std::string time = base::format_compact_date(now) + base::format_compact_time(now);
+  ImportState& state = session.import;
+  std::string suffix;
+  for (int next = 2;; ++next) {
+    state.summary_path = database_path(session, "Import Summary - " + time + suffix + ".csv");
+    state.remaining_path = database_path(session, "Import Remaining - " + time + suffix + ".csv");
+    state.record_path = database_path(session, "Import Record - " + time + suffix + ".jsonl");
+    platform::Files& files = session.platform.files;
+    if (!files.exists(state.summary_path) && !files.exists(state.remaining_path) &&
+        !files.exists(state.record_path))
+      return;
+    suffix = " (" + base::to_text(next) + ")";
+  }
 }
 
 void open_summary(Session& session) {
-  const base::Date now = session.platform.clock.now();
   ImportState& state = session.import;
-  state.summary_path = free_summary_path(
-      session, "Import Summary - " + base::format_compact_date(now) + base::format_compact_time(now));
   state.summary_file.open(session.platform.files, state.summary_path, false);
   session::write_run_file(session, state.summary_file, "Full Name,WinNT logon,W2K logon,ERRORS");
 }
@@ -129,9 +137,13 @@ void keep_outcome(Session& session, const ImportOrder& order, session::CreationO
 }
 
 End run_lines(Session& session, std::string_view path, ImportSource& lines, const ImportOrder& order,
-              ImportView& view) {
+              RecordedImport& view) {
   ImportState& state = session.import;
   while (lines.next()) {
+    if (order.made_before.contains(lines.number())) {
+      view.pass_line(lines.number(), lines.raw());
+      continue;
+    }
     lines.take_up(state);
     if (state.ImportFieldCount < 2) {
       refuse_short_line(session);
@@ -142,21 +154,38 @@ End run_lines(Session& session, std::string_view path, ImportSource& lines, cons
       lines.put_back();
       return End::kStopped;
     }
+    view.begin_line(lines.number(), lines.raw());
     NewUserRequest request = order.user;
     request.UserId.clear();
     fill_names(state, request);
     keep_outcome(session, order, creation::create_user(session, request, view));
+    view.end_line(session.LastCreation);
     view.counted("Number of Users Imported from " + title(path) + "= " +
                  base::to_text(state.ImportAddedCount));
     tell_row(session, lines.number());
     const bool refused = session.LastCreation.light == session::kRed;
-    if ((state.ImportHalt && order.halt_on_errors) || (refused && has_lost_records(session, request)))
+    if ((state.ImportHalt && order.halt_on_errors) ||
+        (refused && !state.holds_records && has_lost_records(session, request)))
       return End::kErrorHalt;
     if (state.ImportHaltWarning && order.halt_on_warnings)
       return End::kWarningHalt;
     session.platform.dialogs.DoEvents();
   }
   return End::kEndOfFile;
+}
+
+std::string_view name_of(End end) {
+  switch (end) {
+    case End::kEndOfFile:
+      return "whole";
+    case End::kStopped:
+      return "stopped";
+    case End::kErrorHalt:
+      return "errors";
+    case End::kWarningHalt:
+      return "warnings";
+  }
+  return {};
 }
 
 /// True for an end that is not a halt.
@@ -196,6 +225,8 @@ void begin_run(ImportState& state) {
   state.failure.clear();
   state.error_path.clear();
   state.summary_path.clear();
+  state.record_path.clear();
+  state.remaining_path.clear();
 }
 
 void log_block(Session& session, std::string_view text, bool with_user) {
@@ -214,21 +245,27 @@ bool Import_Users(Session& session, std::string_view path, const ImportOrder& or
   ImportState& state = session.import;
   begin_run(state);
   bool whole = false;
+  RecordedImport recorded(session, view);
   base::Trap trap(session::is_debug(session));
   trap([&] {
     // First, because "Import.err" may be the input.
     const std::string bytes = session.platform.files.read(path);
     const bool again = !state.rehearsed && keep_error_file(session, bytes);
     const std::unique_ptr<ImportSource> lines = open_import(state, bytes, order.csv);
-    if (!state.rehearsed)
+    if (!state.rehearsed) {
+      name_files(session);
       open_error_file(session, lines->heading());
-    if (!state.rehearsed)
       open_summary(session);
-    const End end = run_lines(session, path, *lines, order, view);
+      recorded.open(recorded_order(session, path, bytes, order), bytes);
+    }
+    const End end = run_lines(session, path, *lines, order, recorded);
     if (again)
       keep_rest(session, *lines);
     whole = tell_end(session, end, path);
+    recorded.finish(name_of(end));
   });
+  if (trap.number() != 0)
+    recorded.finish("failed");
   state.error_file.close();
   state.summary_file.close();
   state.Importing = false;
@@ -258,9 +295,11 @@ bool run_import(Session& session, std::string_view path, const ImportOrder& orde
 }
 
 ImportOrder stored_order(Session& session) {
-  return {creation::stored_request(session),
-          session::read_switch(session, session::kPreferences, "StopOnError"),
-          session::read_switch(session, session::kPreferences, "StopOnWarning")};
+  ImportOrder order;
+  order.user = creation::stored_request(session);
+  order.halt_on_errors = session::read_switch(session, session::kPreferences, "StopOnError");
+  order.halt_on_warnings = session::read_switch(session, session::kPreferences, "StopOnWarning");
+  return order;
 }
 
 std::string refused_expiry(Session& session, std::string_view text) {

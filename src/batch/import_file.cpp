@@ -33,18 +33,24 @@ std::string_view without_error_heading(std::string_view bytes) {
   return text.substr(position);
 }
 
-ImportLines::ImportLines(std::string_view bytes) : text_(base::decoded(bytes)) {
-  const std::size_t rest = without_error_heading(text_).size();
-  of_errors_ = rest < text_.size();
-  position_ = text_.size() - rest;
+ImportLines::ImportLines(std::string_view bytes)
+    : bytes_(bytes), utf8_(base::is_valid_utf8(base::without_mark(bytes))) {
+  const std::size_t rest = without_error_heading(bytes).size();
+  const std::size_t text = base::without_mark(bytes).size();
+  of_errors_ = rest < text;
+  position_ = bytes.size() - std::min(rest, text);
   number_ = of_errors_ ? kErrorHeadingLines : 0;
 }
 
 bool ImportLines::next() {
   start_ = position_;
-  if (!next_line(text_, position_, line_))
+  if (!next_line(bytes_, position_, line_))
     return false;
-  const bool is_last = position_ >= text_.size();
+  if (!utf8_) {
+    converted_ = base::from_ansi(line_);
+    line_ = converted_;
+  }
+  const bool is_last = position_ >= bytes_.size();
   if (of_errors_ && is_last && (line_ == kErrorHalt || line_ == kWarningHalt))
     return false;
   ++number_;

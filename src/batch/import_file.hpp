@@ -31,17 +31,22 @@ void split_import_line(session::ImportState& state, std::string_view line);
 /// closing line about a halt do not count.
 class ImportLines final : public ImportSource {
  public:
+  /// `bytes` must outlive the object.
   explicit ImportLines(std::string_view bytes);
 
   bool next() override;
+  /// In UTF-8.
   [[nodiscard]] std::string_view line() const { return line_; }
   [[nodiscard]] std::int32_t number() const override { return number_; }
   void put_back() override;
   [[nodiscard]] std::string text() const override { return std::string(line_); }
+  [[nodiscard]] std::string_view raw() const override { return bytes_.substr(start_, position_ - start_); }
   void take_up(session::ImportState& state) const override { split_import_line(state, line_); }
 
  private:
-  std::string text_;
+  std::string_view bytes_;
+  bool utf8_;
+  std::string converted_;  ///< the current line, of a file in code page 1252
   std::size_t position_ = 0;
   std::size_t start_ = 0;  ///< of the current line
   std::string_view line_;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace twk::session {
 struct ImportState;
@@ -22,6 +23,8 @@ class ImportSource {
   virtual void put_back() = 0;
   /// The current one as text, as "Import.err" keeps it.
   [[nodiscard]] virtual std::string text() const = 0;
+  /// Its bytes in the file, its line end included.
+  [[nodiscard]] virtual std::string_view raw() const = 0;
   /// The heading line as text; empty without one.
   [[nodiscard]] virtual std::string heading() const { return {}; }
   /// Puts the current one into the state: `ImportLine`, `ImportFields` and their number.

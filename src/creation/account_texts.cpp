@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "directory/account_expiry.hpp"
+#include "directory/operations.hpp"
 #include "format/filling.hpp"
 #include "format/passwords.hpp"
 #include "format/user_name.hpp"
@@ -59,6 +60,12 @@ void PrepareAccountTexts(CreationRun& run) {
 void stage_expiry(const CreationRun& run, platform::User& user) {
   if (run.session.import.Importing && !directory::is_open_expiry(run.ExpiryText))
     directory::put_expiry(user, directory::expiry_of_text(run.session.platform.clock, run.ExpiryText));
+}
+
+std::string account_path(const CreationRun& run) {
+  if (!session::is_active_directory(run.session))
+    return directory::winnt_path(run.session, run.UserId);
+  return "LDAP://CN=" + run.CnName + "," + container_key(run);
 }
 
 void account_created(CreationRun& run) {

@@ -12,6 +12,9 @@ void PrepareAccountTexts(CreationRun& run);
 /// filled. Raises a type mismatch for a text that is not a date.
 void stage_expiry(const CreationRun& run, platform::User& user);
 
+/// The account's path in the directory.
+std::string account_path(const CreationRun& run);
+
 /// What both providers do after making an account: the log, the count, the next step's caption.
 void account_created(CreationRun& run);
 

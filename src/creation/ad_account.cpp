@@ -96,14 +96,17 @@ bool create_object(CreationRun& run) {
   base::Trap trap;
   trap([&] {
     run.AdContainer = session.platform.directory.GetObject("LDAP://" + container_key(run));
+    run.view.makes_account(run.SamName, account_path(run));
     is_whole = create_at_once(run);
     if (is_whole)
       return;
     run.CurrentUserObject = new_object(run);
     run.CurrentUserObject->SetInfo();
   });
-  if (trap.number() == 0)
+  if (trap.number() == 0) {
+    run.view.made({MadeThing::Kind::kAccount, account_path(run), {}, {}, run.CurrentUserObject});
     return is_whole;
+  }
   const bool exists = trap.number() == platform::ads_error::kObjectExists;
   if (exists)
     log(run, "User name (SAMAccount) Already Exists :" + run.SamName);
@@ -125,6 +128,7 @@ bool set_password(CreationRun& run, User& user, bool is_set) {
     warn(run, "Error:- Unable to set User password", base::in_words(trap.number(), trap.description()));
     return false;
   }
+  run.view.password_set(run.SamName, run.Password);
   if (debug)
     log(run, "Password set");
   return true;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string_view>
+
+#include "creation/made_thing.hpp"
 #include "creation/new_user_request.hpp"
 #include "session/run_view.hpp"
 
@@ -21,6 +24,15 @@ class CreationView : public session::RunView {
   virtual void lock() = 0;
   virtual void unlock() = 0;
   virtual void stage(Stage stage, StageState state) = 0;
+
+  // What is made, for a record from which it can be taken back. A group is one that the account is put into.
+
+  /// Before the account of that name and path in the directory is made.
+  virtual void makes_account(std::string_view /*account*/, std::string_view /*path*/) {}
+  /// At once after something was made.
+  virtual void made(const MadeThing& /*thing*/) {}
+  /// The account has this password.
+  virtual void password_set(std::string_view /*account*/, std::string_view /*password*/) {}
 };
 
 }  // namespace twk::creation

@@ -4,6 +4,7 @@
 #include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
+#include "creation/account_texts.hpp"
 #include "directory/operations.hpp"
 #include "directory/tree/listed_objects.hpp"
 #include "session/session.hpp"
@@ -23,13 +24,6 @@ bool is_everybodys(std::string_view name) {
   if (base::starts_with_fold(name, "CN="))
     name.remove_prefix(3);
   return base::equals_fold(name, kEverybodysGroup);
-}
-
-/// The new account's path, as required by a group's `Add`.
-std::string member_path(const CreationRun& run) {
-  if (!session::is_active_directory(run.session))
-    return directory::winnt_path(run.session, run.UserId);
-  return "LDAP://CN=" + run.CnName + "," + container_key(run);
 }
 
 /// The path of a group: by its name in a WinNT domain, otherwise its key.
@@ -53,11 +47,13 @@ bool join(CreationRun& run, const std::string& path, std::string_view name) {
       log(run, "Adding user to: " + session.CurrentGroup->Name());
     // In a preview there is no account to add.
     if (!run.request.names_only)
-      session.CurrentGroup->Add(member_path(run));
+      session.CurrentGroup->Add(account_path(run));
   });
   session.CurrentGroup.reset();
-  if (trap.number() == 0)
+  if (trap.number() == 0) {
+    run.view.made({MadeThing::Kind::kGroup, path, {}, {}, nullptr});
     return true;
+  }
   warn(run, "Error adding user to group: " + std::string(name),
        base::in_words(trap.number(), trap.description()));
   return false;
@@ -123,7 +119,7 @@ void join_template_groups(CreationRun& run) {
   for (const stores::TemplateGroup& group : groups) {
     const bool joined = join(run, group_path(session, group.name, group.key), group.name);
     if (!joined && session::is_active_directory(session))
-      log(run, member_path(run));
+      log(run, account_path(run));
   }
 }
 

@@ -31,6 +31,9 @@ bool create_55(CreationRun& run) {
   request.Domain = directory::winnt_domain(session);
   request.administrator = run.request.mail_administrator;
   request.owner = owner_of(run);
+  request.made = [&run](const std::string& path) {
+    run.view.made({MadeThing::Kind::kMailbox, path, {}, {}, nullptr});
+  };
   return mail::CreateMailbox55(run.session, request);
 }
 

@@ -64,12 +64,15 @@ void CreateNtAccount(CreationRun& run) {
       log(run, "Drive letter:" + drive);
     user.Put("HomeDirDrive", drive);
   }
+  run.view.makes_account(run.UserId, account_path(run));
   user.SetInfo();
+  run.view.made({MadeThing::Kind::kAccount, account_path(run), {}, {}, run.CurrentUserObject});
   run.SummaryRow = run.FullName + "," + run.UserId + ",,";
   if (!run.Password.empty()) {
     if (debug)
       log(run, "Password:" + run.Password);
     user.SetPassword(run.Password);
+    run.view.password_set(run.UserId, run.Password);
   }
   if (wanted.must_change_password)
     user.Put("PasswordExpired", 1);

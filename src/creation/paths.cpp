@@ -47,6 +47,7 @@ Step make_directory(CreationRun& run, const std::string& path, const DirectoryTe
   session.Error_Log_Text = std::string(texts.failure) + path;
   run.stage = stage;
   session.platform.files.make_directory(path);
+  run.view.made({MadeThing::Kind::kFolder, path, {}, {}, nullptr});
   log(run, std::string(texts.success) + path);
   return Step::kGoOn;
 }

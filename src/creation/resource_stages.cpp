@@ -74,6 +74,8 @@ void CreateUserShares(CreationRun& run) {
   for (UserShare& share : shares) {
     share.result =
         resources::CreateShare(run.session, server, share.name, share.path, share.remark, run.SamName);
+    if (share.result != ShareResult::kFailed)
+      run.view.made({MadeThing::Kind::kShare, share.path, server, share.name, nullptr});
   }
   const auto log_each = [&](const auto& text_of) {
     for (const UserShare& share : shares) {

@@ -87,6 +87,14 @@ class PosixRandomFile final : public platform::RandomFile {
   }
 
   void write(std::uint64_t offset, std::string_view bytes) override {
+    put(offset, bytes);
+    while (fdatasync(file_.get()) != 0) {
+      if (errno != EINTR)
+        raise_file_error(errno, "write to disk", path_);
+    }
+  }
+
+  void put(std::uint64_t offset, std::string_view bytes) override {
     const std::uint64_t old_size = size();
     std::uint64_t at = offset;
     for (std::string_view rest = bytes; !rest.empty();) {
@@ -99,10 +107,6 @@ class PosixRandomFile final : public platform::RandomFile {
         drop_partial_tail(old_size, at);
         raise_file_error(error, "write to", path_);
       }
-    }
-    while (fdatasync(file_.get()) != 0) {
-      if (errno != EINTR)
-        raise_file_error(errno, "write to disk", path_);
     }
   }
 

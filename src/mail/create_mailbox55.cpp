@@ -83,6 +83,8 @@ void create_object(Work& work) {
   else
     work.mailbox->Put("MailPreferenceOption", 0);
   work.mailbox->SetInfo();
+  if (work.request.made)
+    work.request.made(work.mailbox->ADsPath());
   work.session.Error_Log_Text = "Error setting default Settings";
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "mail/mail_rows.hpp"
@@ -15,6 +16,7 @@ struct Mailbox55 {
   session::MailAdministrator administrator;
   std::string TargetAddress;  ///< for a table without a "TARGET-ADDRESS" row
   MailboxOwner owner;
+  std::function<void(const std::string& path)> made;  ///< called once the object exists; may be empty
 };
 
 /// Makes a mailbox in the Exchange 5.5 directory of the owner's place, links it to the account and writes the

@@ -38,6 +38,8 @@ class RandomFile {
   virtual std::string read(std::uint64_t offset, std::size_t count) = 0;
   /// Writes all bytes; they are on the disk when the call returns.
   virtual void write(std::uint64_t offset, std::string_view bytes) = 0;
+  /// The same without waiting for the disk: others see it at once, a power cut may undo it.
+  virtual void put(std::uint64_t offset, std::string_view bytes) { write(offset, bytes); }
   /// Keeps other sessions, in this process and in others, from writing these bytes under a lock of their own.
   /// Waits for up to five seconds, then raises 70. The lock ends with `unlock` or with the object.
   virtual void lock(std::uint64_t offset, std::uint64_t count) = 0;

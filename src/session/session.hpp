@@ -66,6 +66,8 @@ struct ImportState {
   std::set<std::string> told_groups;  ///< missing template groups that this run already reported
   std::string error_path;             ///< "Import.err" of the run
   std::string summary_path;
+  std::string record_path;
+  std::string remaining_path;
   RunFile error_file;
   RunFile summary_file;
   std::string failure;  ///< why a file of the last run could not be read or written; empty when it could

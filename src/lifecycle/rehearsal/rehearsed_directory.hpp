@@ -22,6 +22,8 @@ class RehearsedDirectory final : public ReportingDirectory {
   platform::ObjectPtr GetObject(std::string_view path) override;
   platform::ObjectPtr OpenDSObject(std::string_view path, std::string_view user,
                                    std::string_view password) override;
+  void begin_batch() override { real_.begin_batch(); }
+  void end_batch() override { real_.end_batch(); }
 
   platform::ObjectPtr wrap(platform::ObjectPtr object);
   void tell(const std::string& step) const override { tell_(step); }

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "batch/import.hpp"
+#include "platform/files.hpp"
+#include "records/json_line.hpp"
+
+/// "Import Record - <time>.jsonl": what a run was asked for and what it made, written as it goes. A run that
+/// was broken off is taken up by it, and a run can be taken back.
+///
+///     {"record":"import","version":1,"begun":…,"file":…,"size":…,"hash":…,"domain":…, and the order}
+///     {"line":2,"user":"Ann.Miller","made":"folder","path":"\\\\FS1\\D$\\Users\\Ann.Miller"}
+///     {"line":2,"user":"Ann.Miller","begins":"LDAP://CN=Ann Miller,OU=…"}      before the account is made
+///     {"line":2,"user":"Ann.Miller","made":"account","path":"LDAP://…","sid":"S-1-5-21-…"}
+///     {"line":2,"user":"Ann.Miller","ended":"GREEN"}
+///     {"ended":"whole"}
+///
+/// Nothing secret is in it: a fixed password is that of the settings.
+namespace twk::batch {
+
+/// How a line ended of which an earlier run had made an account.
+inline constexpr std::string_view kMadeBefore = "before";
+
+/// Something that a run made; see `creation::MadeThing`.
+struct RecordedThing {
+  std::string kind;  ///< "account", "folder", "share", "group" or "mailbox"
+  std::string path;
+  std::string sid;
+  std::string server;
+  std::string share;
+};
+
+/// What a line came to.
+struct RecordedLine {
+  std::int32_t number = 0;
+  std::string user;
+  std::string begun;          ///< path of the account that was about to be made; empty for none
+  std::int64_t begun_at = 0;  ///< 100-nanosecond steps since 1601, UTC
+  std::vector<RecordedThing> things;
+  std::string ended;  ///< the light, "refused" without one; empty when the run was broken off here
+
+  [[nodiscard]] bool has_account() const;
+};
+
+struct RecordedRun {
+  records::JsonLine order;  ///< the first line
+  std::vector<RecordedLine> lines;
+  std::string ended;  ///< "whole", "stopped", "errors", "warnings" or "failed"; empty when it was broken off
+
+  /// The last line, on which the run was broken off; null when that ended.
+  [[nodiscard]] const RecordedLine* broken_line() const;
+};
+
+/// Reads the bytes of a record; a last line that was not written to its end is left out. Raises 13 for what
+/// is no record, with the line.
+RecordedRun read_import_record(std::string_view bytes);
+
+/// FNV-1a of 64 bits in hexadecimal digits, by which a run knows its file.
+std::string fingerprint(std::string_view bytes);
+
+/// The first line of a record.
+records::JsonLine recorded_order(session::Session& session, std::string_view path, std::string_view bytes,
+                                 const ImportOrder& order);
+/// The order of a recorded run, over what the settings ask of every import, with the columns in the state.
+ImportOrder order_of_record(session::Session& session, const records::JsonLine& record);
+
+}  // namespace twk::batch

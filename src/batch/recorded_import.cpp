@@ -1,0 +1,127 @@
+#include "batch/recorded_import.hpp"
+
+#include "base/errors.hpp"
+#include "platform/sid.hpp"
+#include "session/log_tab.hpp"
+#include "session/session.hpp"
+
+namespace twk::batch {
+namespace {
+
+using records::JsonLine;
+
+std::string kind_of(creation::MadeThing::Kind kind) {
+  switch (kind) {
+    case creation::MadeThing::Kind::kAccount:
+      return "account";
+    case creation::MadeThing::Kind::kFolder:
+      return "folder";
+    case creation::MadeThing::Kind::kShare:
+      return "share";
+    case creation::MadeThing::Kind::kGroup:
+      return "group";
+    case creation::MadeThing::Kind::kMailbox:
+      return "mailbox";
+  }
+  return {};
+}
+
+/// Empty when the directory does not say.
+std::string sid_of(const platform::ObjectPtr& account) {
+  std::string text;
+  base::Trap unreadable;
+  unreadable([&] {
+    if (const auto sid = platform::Sid::decode(account->Get("objectSid").bytes()))
+      text = sid->text();
+  });
+  return text;
+}
+
+}  // namespace
+
+template <typename Step>
+void RecordedImport::keep(Step step) {
+  if (!remaining_)
+    return;
+  base::Trap trap;
+  if (trap([&] { step(*remaining_); }))
+    return;
+  remaining_.reset();
+  session::LOG_TAB(session_, session::kYellow, "Import files: " + trap.description());
+}
+
+void RecordedImport::write(const JsonLine& entry) {
+  if (!record_)
+    return;
+  base::Trap trap;
+  if (trap([&] { record_->write(entry.bytes()); }))
+    return;
+  record_.reset();
+  session::LOG_TAB(session_, session::kYellow, "Import files: " + trap.description());
+}
+
+void RecordedImport::open(const JsonLine& order, std::string_view bytes) {
+  platform::Files& files = session_.platform.files;
+  remaining_ = std::make_unique<RemainingLines>();
+  keep([&](RemainingLines& lines) { lines.open(files, session_.import.remaining_path, bytes); });
+  base::Trap trap;
+  if (!trap([&] { record_ = files.open_append(session_.import.record_path); }))
+    session::LOG_TAB(session_, session::kYellow, "Import files: " + trap.description());
+  write(order);
+}
+
+void RecordedImport::begin_line(std::int32_t number, std::string_view raw) {
+  number_ = number;
+  raw_ = raw;
+}
+
+void RecordedImport::pass_line(std::int32_t number, std::string_view raw) {
+  write({{"line", std::int64_t{number}}, {"ended", std::string(kMadeBefore)}});
+  keep([&](RemainingLines& lines) { lines.take(raw); });
+}
+
+void RecordedImport::end_line(const session::CreationOutcome& outcome) {
+  if (record_) {
+    write({{"line", number_},
+           {"user", outcome.user},
+           {"ended", outcome.light.empty() ? std::string("refused") : outcome.light}});
+  }
+}
+
+void RecordedImport::finish(std::string_view end) {
+  keep([](RemainingLines& lines) { lines.finish(); });
+  write({{"ended", std::string(end)}});
+  record_.reset();
+}
+
+void RecordedImport::names(const creation::NewUserRequest& request) {
+  watcher_.names(request);
+}
+
+void RecordedImport::makes_account(std::string_view account, std::string_view path) {
+  watcher_.makes_account(account, path);
+  if (record_)
+    write({{"line", number_},
+           {"user", std::string(account)},
+           {"begins", std::string(path)},
+           {"utc", base::to_filetime(session_.platform.clock.utc_now())}});
+}
+
+void RecordedImport::made(const creation::MadeThing& thing) {
+  watcher_.made(thing);
+  const bool is_account = thing.kind == creation::MadeThing::Kind::kAccount;
+  if (record_) {
+    JsonLine entry{{"line", number_}, {"made", kind_of(thing.kind)}, {"path", thing.path}};
+    if (is_account)
+      entry.add("sid", sid_of(thing.account));
+    if (thing.kind == creation::MadeThing::Kind::kShare) {
+      entry.add("server", thing.server);
+      entry.add("share", thing.share);
+    }
+    write(entry);
+  }
+  if (is_account)
+    keep([&](RemainingLines& lines) { lines.take(raw_); });
+}
+
+}  // namespace twk::batch

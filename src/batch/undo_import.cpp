@@ -1,0 +1,201 @@
+#include "batch/undo_import.hpp"
+
+#include <algorithm>
+
+#include "base/error_words.hpp"
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "directory/names.hpp"
+#include "directory/operations.hpp"
+#include "platform/ldap_text.hpp"
+#include "platform/sid.hpp"
+#include "session/log_tab.hpp"
+#include "session/session.hpp"
+
+namespace twk::batch {
+namespace {
+
+using platform::ObjectPtr;
+using session::Session;
+
+/// What is found out on the way.
+struct Undo {
+  Session& session;
+  bool complete = true;
+  bool deleted = true;  ///< the account is gone
+
+  void keep(const std::string& what, std::string_view why) {
+    session.log.reason(what + " is kept", why);
+    complete = false;
+  }
+  /// Runs a step; a failure is told, and what it was about is kept.
+  template <typename Step>
+  bool attempt(const std::string& what, Step step) {
+    base::Trap trap;
+    if (trap([&] { step(); }))
+      return true;
+    keep(what, base::in_words(trap.number(), trap.description()));
+    return false;
+  }
+};
+
+std::string sid_of(const ObjectPtr& object) {
+  std::string text;
+  base::Trap none;
+  none([&] {
+    if (const auto sid = platform::Sid::decode(object->Get("objectSid").bytes()))
+      text = sid->text();
+  });
+  return text;
+}
+
+ObjectPtr bind(Session& session, const std::string& path) {
+  ObjectPtr object;
+  base::Trap missing;
+  missing([&] { object = session.platform.directory.GetObject(path); });
+  return object;
+}
+
+/// The account with that identifier in Active Directory; none when there is none any more.
+ObjectPtr find_by_sid(Session& session, const std::string& sid) {
+  const auto parsed = platform::Sid::parse(sid);
+  if (!parsed || !session::is_active_directory(session))
+    return nullptr;
+  const std::string bytes(parsed->bytes().begin(), parsed->bytes().end());
+  const auto rows = directory::run_query(
+      session, "<LDAP://" + session.DomainName + "/" +
+                   directory::domain_distinguished_name(session.DomainName) +
+                   ">;(objectSid=" + platform::escape_filter_bytes(bytes) + ");distinguishedName;subtree");
+  if (rows->at_eof())
+    return nullptr;
+  return session.platform.directory.GetObject("LDAP://" + rows->field(0).text());
+}
+
+/// True for an account that came into being once the line had begun, by the clock of its server.
+bool is_as_young(const ObjectPtr& account, const RecordedLine& line) {
+  constexpr std::int64_t kAllowedSkew = std::int64_t{5} * 60 * 10'000'000;
+  bool young = false;
+  base::Trap unknown;
+  unknown(
+      [&] { young = base::to_filetime(account->Get("whenCreated").date()) + kAllowedSkew >= line.begun_at; });
+  return young;
+}
+
+/// The account that a line made; none when it is gone. One without an identifier, because the run was broken
+/// off while it was made, is the one at its path; raises when that may be somebody else's.
+ObjectPtr find_account(Session& session, const RecordedLine& line) {
+  const auto made = std::ranges::find_if(line.things, [](const auto& one) { return one.kind == "account"; });
+  const bool recorded = made != line.things.end();
+  const std::string path = recorded ? made->path : line.ended.empty() ? line.begun : std::string();
+  const ObjectPtr there = path.empty() ? nullptr : bind(session, path);
+  if (recorded && !made->sid.empty())
+    return there != nullptr && sid_of(there) == made->sid ? there : find_by_sid(session, made->sid);
+  if (there != nullptr && !recorded && !is_as_young(there, line))
+    base::raise(base::error::kPermissionDenied, "it is older than the import: someone else made it");
+  return there;
+}
+
+void remove_share(Undo& undo, const RecordedThing& thing) {
+  platform::Network& network = undo.session.platform.network;
+  const std::string name = "The share \\\\" + thing.server + "\\" + thing.share;
+  std::string folder;
+  base::Trap missing;
+  if (!missing([&] { folder = network.NetShareGetInfo("\\\\" + thing.server, thing.share).shi502_path; }))
+    return;
+  if (!base::equals_fold(folder, thing.path))
+    return undo.keep(name, "it leads to " + folder + " now");
+  if (undo.attempt(name, [&] { network.NetShareDel("\\\\" + thing.server, thing.share); }))
+    undo.session.log.line("Deleted Share: " + thing.share);
+}
+
+void remove_object(Undo& undo, const ObjectPtr& object, const std::string& what) {
+  undo.attempt(what, [&] {
+    const ObjectPtr parent = undo.session.platform.directory.GetObject(object->Parent());
+    parent->Delete(object->Class(), object->Name());
+  });
+}
+
+void remove_mailbox(Undo& undo, const RecordedThing& thing) {
+  if (const ObjectPtr mailbox = bind(undo.session, thing.path))
+    remove_object(undo, mailbox, "The mailbox " + thing.path);
+}
+
+void remove_folder(Undo& undo, const RecordedThing& thing) {
+  platform::Files& files = undo.session.platform.files;
+  const std::string name = "The folder " + thing.path;
+  if (!files.exists(thing.path))
+    return;
+  std::size_t entries = 0;
+  if (!undo.attempt(name, [&] { entries = files.list(thing.path).size(); }))
+    return;
+  if (entries != 0)
+    return undo.keep(name, "someone has put " + base::to_text(static_cast<std::int64_t>(entries)) +
+                               (entries == 1 ? " entry into it" : " entries into it"));
+  if (undo.attempt(name, [&] { files.remove_directory(thing.path); }))
+    undo.session.log.line("Deleted Directory: " + thing.path);
+}
+
+void remove_account(Undo& undo, const RecordedLine& line) {
+  ObjectPtr account;
+  undo.deleted =
+      undo.attempt("The account " + line.user, [&] { account = find_account(undo.session, line); });
+  if (account == nullptr)
+    return;
+  const bool before = undo.complete;
+  undo.complete = true;
+  remove_object(undo, account, "The account " + line.user);
+  undo.deleted = undo.complete;
+  undo.complete = undo.complete && before;
+  if (undo.deleted)
+    undo.session.log.line("Deleted User: " + account->ADsPath());
+}
+
+void for_each(const RecordedLine& line, std::string_view kind, const auto& step) {
+  std::for_each(line.things.rbegin(), line.things.rend(), [&](const RecordedThing& thing) {
+    if (thing.kind == kind)
+      step(thing);
+  });
+}
+
+}  // namespace
+
+session::RunOutcome take_back(Session& session, const RecordedLine& line) {
+  session::begin_outcome(session.log);
+  session.log.begin_block();
+  session.log.line("Taking back the import of: " + line.user);
+  Undo undo{session};
+  {
+    platform::WriteBatch batch(session.platform.directory);
+    for_each(line, "share", [&](const RecordedThing& thing) { remove_share(undo, thing); });
+    for_each(line, "mailbox", [&](const RecordedThing& thing) { remove_mailbox(undo, thing); });
+    remove_account(undo, line);
+    for_each(line, "folder", [&](const RecordedThing& thing) { remove_folder(undo, thing); });
+    undo.attempt("What was changed", [&] { batch.commit(); });
+  }
+  session.log.close();
+  const std::string_view light = !undo.deleted   ? session::kRed
+                                 : undo.complete ? session::kGreen
+                                                 : session::kYellow;
+  session::LOG_TAB(session, light, line.user + (undo.deleted ? " Taken Back " : " Not Taken Back "));
+  session::RunOutcome outcome = session::take_outcome(session.log);
+  outcome.done = undo.deleted;
+  return outcome;
+}
+
+void undo_import(Session& session, const RecordedRun& run,
+                 const std::function<bool(const UndoneLine&)>& done) {
+  for (auto line = run.lines.rbegin(); line != run.lines.rend(); ++line) {
+    const bool made = !line->things.empty() || (!line->begun.empty() && line->ended.empty());
+    if (made && !done({*line, take_back(session, *line)}))
+      return;
+  }
+}
+
+std::string refused_record(const Session& session, const RecordedRun& run) {
+  const std::string domain = run.order.text("domain");
+  if (base::equals_fold(domain, session.DomainName))
+    return {};
+  return "The import was into the domain " + domain + ", this is " + session.DomainName;
+}
+
+}  // namespace twk::batch

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "batch/import_record.hpp"
+#include "session/run_outcome.hpp"
+
+/// Taking back what an import made, by its record, and nothing else.
+namespace twk::batch {
+
+/// Takes back one line: its share, while that leads to the folder it was made for; its mailbox; its account,
+/// the one with that identifier, wherever it is and whatever it is called by now; its folders, while nobody
+/// put anything into them. GREEN when all of it is gone, YELLOW with what was kept and why, RED when the
+/// account could not be deleted. Memberships go with the account.
+session::RunOutcome take_back(session::Session& session, const RecordedLine& line);
+
+/// One line of a run that was taken back.
+struct UndoneLine {
+  const RecordedLine& line;
+  session::RunOutcome outcome;
+};
+
+/// Takes back the lines of a run that made something, the last first. `done` is called after each, and ends
+/// the work by returning False.
+void undo_import(session::Session& session, const RecordedRun& run,
+                 const std::function<bool(const UndoneLine&)>& done);
+
+/// Why a run cannot be taken back or taken up in this session; empty when it can.
+std::string refused_record(const session::Session& session, const RecordedRun& run);
+
+}  // namespace twk::batch
