@@ -9,6 +9,34 @@ namespace {
 
 using session::Session;
 
+/// Nobody is asked: a question is a step, and answered with Yes, or with an empty value.
+class AnsweredDialogs final : public platform::Dialogs {
+ public:
+  AnsweredDialogs(platform::Dialogs& real, std::function<void(const std::string&)> tell)
+      : real_(real), tell_(std::move(tell)) {}
+
+  platform::Answer MsgBox(std::string_view text, platform::Buttons buttons, platform::Icon /*icon*/,
+                          std::string_view /*title*/) override {
+    const bool tells_only = buttons == platform::Buttons::kOk;
+    tell_((tells_only ? "Tell: " : "Ask, and go on with Yes: ") + std::string(text));
+    return tells_only ? platform::Answer::kOk : platform::Answer::kYes;
+  }
+  std::string InputBox(std::string_view prompt, std::string_view /*title*/, bool /*secret*/) override {
+    tell_("Ask, and go on with an empty answer: " + std::string(prompt));
+    return {};
+  }
+  std::optional<std::string> open_file(std::string_view title, std::string_view filter) override {
+    return real_.open_file(title, filter);
+  }
+  void show_modal(std::string_view window) override { real_.show_modal(window); }
+  void beep() override {}
+  void DoEvents() override { real_.DoEvents(); }
+
+ private:
+  platform::Dialogs& real_;
+  std::function<void(const std::string&)> tell_;
+};
+
 void copy_rows(const controls::ListView& from, controls::ListView& to) {
   to.clear();
   for (std::size_t i = 0; i < from.size(); ++i) {
@@ -74,10 +102,23 @@ void copy_session(Session& from, Session& to) {
 RehearsedImport rehearse_import(Session& session, std::string_view path, const ImportOrder& order,
                                 ImportView& view, const RehearsalHooks& hooks) {
   Session* teller = &session;
-  lifecycle::Rehearsal rehearsal(session.platform, [&](const std::string& step) {
+  const auto tell = [&](const std::string& step) {
     if (hooks.step)
       hooks.step(teller->log.concealed(step));
-  });
+  };
+  AnsweredDialogs dialogs(session.platform.dialogs, tell);
+  platform::Platform services = {session.platform.registry,
+                                 session.platform.directory,
+                                 session.platform.query,
+                                 session.platform.files,
+                                 session.platform.network,
+                                 session.platform.security,
+                                 session.platform.mailboxes,
+                                 session.platform.process,
+                                 session.platform.environment,
+                                 session.platform.clock,
+                                 dialogs};
+  lifecycle::Rehearsal rehearsal(services, tell);
   Session rehearsed(rehearsal.services(), session.command_line, session.program_directory);
   copy_session(session, rehearsed);
   teller = &rehearsed;

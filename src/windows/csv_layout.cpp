@@ -88,6 +88,12 @@ void csv_layout_ok(Desktop& session) {
     form.setupid.text = window.ImportUserID.text.get();
   }
   session.import.ImportAccepted = true;
+  window.rehearses = false;
+}
+
+void csv_layout_rehearse(Desktop& session) {
+  csv_layout_ok(session);
+  session.csv_import.rehearses = true;
 }
 
 void csv_layout_cancel(Desktop& session) {

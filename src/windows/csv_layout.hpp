@@ -15,6 +15,8 @@ void chkImport_Click(Desktop& session);
 /// OK and Cancel. OK puts a chosen password column and account-name column into the set-up fields, where they
 /// stay and are shown.
 void csv_layout_ok(Desktop& session);
+/// As OK, but the file is to be rehearsed, after which the window is shown again.
+void csv_layout_rehearse(Desktop& session);
 void csv_layout_cancel(Desktop& session);
 
 }  // namespace twk::windows

@@ -1,10 +1,13 @@
 #include "windows/import.hpp"
 
+#include <functional>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/import.hpp"
 #include "windows/create_user.hpp"
 #include "windows/csv_layout.hpp"
+#include "windows/rehearse_import.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/import_windows.hpp"
@@ -23,19 +26,45 @@ void clear_new_user_tab(Form1& form) {
   form.StatusBar1.panel1 = "Ready.";
 }
 
+batch::ImportOrder order_of(Desktop& session) {
+  const Form1& form = session.form1;
+  return {new_user_request(session), form.STOP_ON_RED[0].on(), form.STOP_ON_RED[1].on()};
+}
+
 /// Runs over a file as the New User tab and the preferences ask for; nothing else can be done meanwhile.
-bool run_file(Desktop& session, std::string_view path, decltype(batch::Import_Users)* run) {
+bool run_file(
+    Desktop& session, std::string_view path,
+    const std::function<bool(std::string_view, const batch::ImportOrder&, batch::ImportView&)>& run) {
   Form1& form = session.form1;
-  const batch::ImportOrder order = {new_user_request(session), form.STOP_ON_RED[0].on(),
-                                    form.STOP_ON_RED[1].on()};
+  const batch::ImportOrder order = order_of(session);
   form.enabled = false;
   form.USERID.text = std::string();
   session.cancel_import.visible = true;
   NewUserView view(form, true);
-  const bool whole = run(session, path, order, view);
+  const bool whole = run(path, order, view);
   form.enabled = true;
   session.cancel_import.visible = false;
   return whole;
+}
+
+/// What the window was closed with. False when every line would fail.
+bool run_or_rehearse(Desktop& session, std::string_view path) {
+  if (show_import_faults(session, order_of(session)))
+    return false;
+  if (session.csv_import.rehearses) {
+    run_file(session, path, [&](auto file, const auto& order, auto& view) {
+      rehearse_import(session, file, order, view);
+      return true;
+    });
+    clear_new_user_tab(session.form1);
+    return true;
+  }
+  const auto run = [&](auto file, const auto& order, auto& view) {
+    return batch::run_import(session, file, order, view);
+  };
+  if (run_file(session, path, run))
+    session.form1.Import_Text.caption = std::string();
+  return true;
 }
 
 }  // namespace
@@ -63,16 +92,20 @@ void Import_Command(Desktop& session) {
                                     "Import error");
     return;
   }
-  session.platform.dialogs.show_modal("CSV_Import");
-  if (!session.import.ImportAccepted)
-    return;
-  if (run_file(session, *path, batch::run_import))
-    session.form1.Import_Text.caption = std::string();
+  session.csv_import.rehearses = true;
+  while (session.csv_import.rehearses) {
+    session.import.ImportAccepted = false;
+    session.platform.dialogs.show_modal("CSV_Import");
+    if (!session.import.ImportAccepted || !run_or_rehearse(session, *path))
+      return;
+  }
   session.form1.SSTab1 = 0;
 }
 
 bool Import_File(Desktop& session, std::string_view path) {
-  return run_file(session, path, batch::Import_Users);
+  return run_file(session, path, [&](auto file, const auto& order, auto& view) {
+    return batch::Import_Users(session, file, order, view);
+  });
 }
 
 void CancelButton_Click(Desktop& session) {

@@ -337,8 +337,18 @@ TEST(ImportCommand, RunsFromTheFileToTheClosingText) {
   ImportWorld world;
   const std::string path = world.file("Jo,,Smith\n");
   world.dialogs.expect_input("Open file to import", path);
-  world.dialogs.on_modal = [&world](std::string_view) { csv_layout_ok(world.session); };
+  world.dialogs.expect("1 users would be created, 0 of them with warnings, 0 not.");
+  int shown = 0;
+  world.dialogs.on_modal = [&](std::string_view) {
+    if (++shown == 1)
+      return windows::csv_layout_rehearse(world.session);
+    EXPECT_THAT(world.log(), Not(HasSubstr("Jo.Smith")));
+    EXPECT_THAT(world.log_tab(), IsSupersetOf({"GREEN Line 1: Jo.Smith would be created",
+                                               " Make the folder \\\\FS1\\D$\\Users\\Jo.Smith"}));
+    csv_layout_ok(world.session);
+  };
   windows::Import_Command(world.session);
+  EXPECT_EQ(shown, 2);
   EXPECT_EQ(world.session.form1.StatusBar1.panel1.get(),
             "Import Complete. 1 users Added. Check Import.err for errors.");
   EXPECT_THAT(world.log(), HasSubstr("User:admin\nStarting Import from: " + path + "\n"));

@@ -100,6 +100,13 @@ std::unique_ptr<QDialog> make_csv_import(windows::Desktop& session, QWidget* par
   QPushButton* const cancel = buttons->button(QDialogButtonBox::Cancel);
   cancel->setObjectName("Command2");
   cancel->setText("&Cancel");
+  QPushButton* const rehearse = buttons->addButton("&Rehearse", QDialogButtonBox::ActionRole);
+  rehearse->setObjectName("Rehearse");
+  rehearse->setToolTip("Go through the file as the import would, without writing anything");
+  on_click(*rehearse, [&session, window_of_buttons = dialog.get()] {
+    windows::csv_layout_rehearse(session);
+    window_of_buttons->accept();
+  });
   return dialog;
 }
 

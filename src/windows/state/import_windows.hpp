@@ -45,6 +45,7 @@ struct CSV_Import {
   controls::ComboBox ImportLast;
   controls::ComboBox ImportUserID;
   controls::ComboBox ImportPassword;
+  bool rehearses = false;  ///< it was closed by "Rehearse"
 };
 
 /// Groups and expiry of imported accounts.
