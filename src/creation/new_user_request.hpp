@@ -38,6 +38,7 @@ struct NewUserRequest {
   std::string FirstName;
   std::string MiddleName;
   std::string LastName;
+  bool keeps_names = false;      ///< as they are written; otherwise they begin with a capital letter
   std::string UserId;            ///< may be blank: it is then formed
   std::string Description;       ///< with tags
   std::string Expiry;            ///< of accounts of an import, with tags; empty for none

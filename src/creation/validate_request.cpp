@@ -138,8 +138,10 @@ Step ValidateRequest(CreationRun& run) {
   run.view.progress(5);
   run.view.step("Initalizing...");
   load_records(run);
-  for (std::string* const name : {&run.request.FirstName, &run.request.MiddleName, &run.request.LastName})
-    *name = capitalized(*name);
+  if (!run.request.keeps_names) {
+    for (std::string* const name : {&run.request.FirstName, &run.request.MiddleName, &run.request.LastName})
+      *name = capitalized(*name);
+  }
 
   if (base::trim(run.request.UserId).empty()) {
     run.request.UserId =

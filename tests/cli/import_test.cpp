@@ -126,6 +126,10 @@ $ user import $FILE $STAFF --dry-run => 1
 | 2     YELLOW  Jo.Smith1
 | 2 would be created, 1 of them with warnings, 0 not created. Nothing was written.
 $ user show Jo.Smith => 2
+$ user create $STAFF --dry-run --keep-names jo 'da Silva'
+| Make the user CN=jo.da Silva in
+$ user create $STAFF --dry-run jo 'da Silva'
+| Make the user CN=Jo.Da Silva in
 $ template edit Staff --home-dir-path 'D:\Homes\%UserName%'
 $ user import $FILE $STAFF --preview => 2 There is no folder \\FS1\D$\Homes
 {"check": "folder", "light": "RED"}

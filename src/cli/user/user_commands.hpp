@@ -34,9 +34,10 @@ struct CreationPlace {
   std::string site;
   std::string ou;
   std::string like;
+  bool keep_names = false;
 };
 
-/// --template, --site, and one of --ou and --like.
+/// --template, --site, one of --ou and --like, and --keep-names.
 void add_place_options(Command& command, CreationPlace& place);
 
 /// Puts template and site into the request, and where the user belongs: the OU, which is opened in the tree,

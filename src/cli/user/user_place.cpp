@@ -56,6 +56,8 @@ void add_place_options(Command& command, CreationPlace& place) {
   command.add_option("--like", place.like, "User whose container and groups the new one gets")
       ->type_name("USER")
       ->excludes(ou);
+  command.add_flag("--keep-names", place.keep_names,
+                   "Take the names as they are written; otherwise they get a capital letter");
 }
 
 void choose_place(Context& context, session::Session& session, const CreationPlace& place,
@@ -69,6 +71,7 @@ void choose_place(Context& context, session::Session& session, const CreationPla
   if (!place.like.empty())
     select_user(context, session, place.like);
   request.CopyUser = !place.like.empty();
+  request.keeps_names = place.keep_names;
   controls::TreeView& tree = session.domain.tree;
   creation::take_place(request, tree.selected() != nullptr ? tree.selected() : tree.first());
 }
