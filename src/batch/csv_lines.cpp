@@ -76,10 +76,14 @@ std::string CsvLines::text_of(const CsvRecord& record) const {
 }
 
 void CsvLines::take_up(session::ImportState& state) const {
-  const std::vector<std::string>& fields = record().fields;
   state.ImportLine = text();
+  take_up_fields(state, record().fields, headings_.size());
+}
+
+void take_up_fields(session::ImportState& state, const std::vector<std::string>& fields,
+                    std::size_t headings) {
   state.fields_of_record = fields;
-  state.fields_of_record.resize(std::max(fields.size(), headings_.size()));
+  state.fields_of_record.resize(std::max(fields.size(), headings));
   const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
   const auto rest = std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
   std::fill(rest, state.ImportFields.end(), std::string());

@@ -8,6 +8,11 @@
 
 namespace twk::batch {
 
+/// Puts a record into the state like a line. It has at least so many fields as there are headings; those that
+/// it lacks are empty.
+void take_up_fields(session::ImportState& state, const std::vector<std::string>& fields,
+                    std::size_t headings);
+
 /// The users of a spreadsheet's file: its first line holds the headings, each further record is a user. A
 /// record without text, as a spreadsheet keeps empty rows, is passed over; fields that a record does not have
 /// are empty. "Import.err" of such an import can be read again.

@@ -5,6 +5,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/import_file.hpp"
+#include "batch/import_names.hpp"
 #include "batch/open_import.hpp"
 #include "batch/recorded_import.hpp"
 #include "creation/create_user.hpp"
@@ -88,17 +89,6 @@ bool keep_error_file(Session& session, const std::string& bytes) {
 void keep_rest(Session& session, ImportSource& lines) {
   while (lines.next())
     error_line(session, lines.text());
-}
-
-/// The names of the line in hand.
-void fill_names(const ImportState& state, NewUserRequest& request) {
-  const auto field = [&state](std::int16_t index) {
-    return std::string(base::trim(state.ImportFields.at(static_cast<std::size_t>(index))));
-  };
-  const bool standard = state.ImportDefaultLayout;
-  request.FirstName = field(standard ? std::int16_t{1} : state.ImportFirstField);
-  request.MiddleName = field(standard ? std::int16_t{2} : state.ImportMiddleField);
-  request.LastName = field(standard ? std::int16_t{3} : state.ImportLastField);
 }
 
 /// True when the template or the site cannot be loaded: every line that follows would fail of the same.

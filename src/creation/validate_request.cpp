@@ -123,6 +123,12 @@ Step refuse_name(CreationRun& run) {
 
 }  // namespace
 
+std::string form_user_id(Session& session, const NewUserRequest& request) {
+  const auto name = [](const std::string& text) { return std::string(base::trim(capitalized(text))); };
+  return format::UserName(session, request.formats.account, name(request.FirstName), name(request.MiddleName),
+                          name(request.LastName));
+}
+
 Step ValidateRequest(CreationRun& run) {
   Session& session = run.session;
   run.view.begin();
@@ -143,11 +149,8 @@ Step ValidateRequest(CreationRun& run) {
       *name = capitalized(*name);
   }
 
-  if (base::trim(run.request.UserId).empty()) {
-    run.request.UserId =
-        format::UserName(session, run.request.formats.account, base::trim(run.request.FirstName),
-                         base::trim(run.request.MiddleName), base::trim(run.request.LastName));
-  }
+  if (base::trim(run.request.UserId).empty())
+    run.request.UserId = form_user_id(session, run.request);
   run.UserId = run.request.UserId;
   run.view.names(run.request);
   const std::size_t length = base::length(run.UserId);

@@ -4,6 +4,9 @@
 
 namespace twk::creation {
 
+/// The account name that the format of the request makes of its names.
+std::string form_user_id(session::Session& session, const NewUserRequest& request);
+
 /// Checks the request before anything is done, loads template and site, forms the account name and opens
 /// "Log.txt". A refusal shows its reason in a box, the status bar or the log, and ends the run.
 Step ValidateRequest(CreationRun& run);

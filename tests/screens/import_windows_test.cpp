@@ -58,6 +58,45 @@ TEST_F(ImportWindowsTest, AFileIsImportedByColumnsChosenWithTheKeyboard) {
   EXPECT_FALSE(find<QDialog>("CancelImport")->isVisible());
 }
 
+TEST_F(ImportWindowsTest, ASpreadsheetIsShownUnderItsHeadingsWithItsAccountNames) {
+  open();
+  put_file(lab.folder / "sheet.csv",
+           "Given name;Surname;Logon;Room\r\n\"Al\";\"Bo; Jr\";al;1\r\nEva;May;eva;2\r\n");
+  expect_file(lab.folder / "sheet.csv");
+  expect_window([this](QWidget& layout) {
+    const auto heading = [&](int column) {
+      return screens::from_qt(
+          pane("ListView1", &layout).model()->headerData(column, Qt::Horizontal).toString());
+    };
+    EXPECT_THAT(find<QLabel>("Hint", &layout)->text().toStdString(), HasSubstr("tick the box above"));
+    press("chkCsv", Qt::Key_Space, &layout);
+    EXPECT_EQ(heading(0) + "/" + heading(2), "Account Name/Surname\nLast Name");
+    EXPECT_THAT(shown_in("ListView1", &layout), testing::ElementsAre("Al.Bo; Jr", "Eva.May"));
+    choose("ImportUserID", "Logon", &layout);
+    EXPECT_EQ(heading(3), "Logon\nUserID");
+    EXPECT_THAT(shown_in("ListView1", &layout), testing::ElementsAre("al", "eva"));
+    lab.session.form1.Description.text = std::string("%IMPORT:Floor%");
+    expect_box("the description: no column has the heading \"Floor\"");
+    click("Command1", &layout);
+    lab.session.form1.Description.text = std::string("%IMPORT:Room%");
+    click("Command1", &layout);
+  });
+  find<QAction>("mnuFile1")->trigger();
+  settle();
+  EXPECT_EQ(lab.property("al", "sn") + lab.property("eva", "description"), "Bo; Jr2");
+  put_file(lab.folder / "sheet.csv", "a,b\r\n\"c");
+  expect_file(lab.folder / "sheet.csv");
+  expect_window([this](QWidget& layout) {
+    expect_box("line 2, column 1: the quote that begins here is never closed");
+    press("chkCsv", Qt::Key_Space, &layout);
+    EXPECT_FALSE(find<QCheckBox>("chkCsv", &layout)->isChecked());
+    EXPECT_EQ(pane("ListView1", &layout).model()->columnCount(), 2);
+    click("Command2", &layout);
+  });
+  find<QAction>("mnuFile1")->trigger();
+  settle();
+}
+
 TEST_F(ImportWindowsTest, CancelAndEscInTheLayoutTakeNothingIn) {
   open();
   import_starters([this](QWidget& layout) { click("Command2", &layout); });

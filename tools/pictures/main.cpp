@@ -165,6 +165,13 @@ std::vector<Window> windows() {
              windows::load_csv_layout(session, TWK_SOURCE_DIR "/samples/new-starters.csv");
              session.platform.dialogs.show_modal("CSV_Import");
            }},
+          {"csv-import-headings",
+           [](windows::Desktop& session) {
+             windows::load_csv_layout(session, TWK_SOURCE_DIR "/samples/starters-semicolon.csv");
+             session.csv_import.chkCsv.value = 1;
+             windows::chkCsv_Click(session);
+             session.platform.dialogs.show_modal("CSV_Import");
+           }},
           {"custom", by(windows::show_custom)},
           {"edit-properties",
            [](windows::Desktop& session) {

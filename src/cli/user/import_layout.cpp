@@ -136,8 +136,8 @@ void hint_at_csv(std::string_view bytes, const std::string& name) {
   const std::string_view sign = batch::sign_of_spreadsheet(bytes);
   if (!sign.empty()) {
     complain(name + " has " + std::string(sign) +
-             ", as a spreadsheet program saves it, but every comma separates here: --csv reads such a file, "
-             "with its heading line");
+             ", as spreadsheet programs save them, but every comma separates here. If the first line holds "
+             "headings, use --csv");
   }
 }
 

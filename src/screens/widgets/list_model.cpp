@@ -56,6 +56,12 @@ void ListModel::set_edited(std::function<void(ListRow&, const std::string&)> edi
   edited_ = std::move(edited);
 }
 
+void ListModel::set_headings(QStringList headings) {
+  beginResetModel();
+  headings_ = std::move(headings);
+  endResetModel();
+}
+
 ListRow* ListModel::row(const QModelIndex& index) const {
   const auto place = static_cast<std::size_t>(index.row());
   if (resetting_ || index.model() != this || !index.isValid() || place >= list_->size())

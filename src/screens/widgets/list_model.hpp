@@ -18,6 +18,8 @@ class ListModel final : public QAbstractTableModel {
 
   /// Lets the first column be edited; `edited` gets what was typed.
   void set_edited(std::function<void(controls::ListRow& row, const std::string& text)> edited);
+  /// Other columns from now on.
+  void set_headings(QStringList headings);
   /// Shows a tick box before each row.
   void set_checkable(bool checkable) { checkable_ = checkable; }
   /// Called before and after a reset, during which the rows may change in any way.

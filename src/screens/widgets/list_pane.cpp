@@ -176,6 +176,11 @@ void ListPane::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint h
     order_->setData(index, index.data(Qt::EditRole), Qt::EditRole);
 }
 
+void ListPane::set_headings(const QStringList& headings) {
+  model_->set_headings(headings);
+  show_selection();
+}
+
 void ListPane::set_empty_text(const QString& text) {
   empty_text_ = text;
   viewport()->update();

@@ -30,6 +30,8 @@ class ListPane final : public QTreeView {
   void set_edited(std::function<void(controls::ListRow& row, const std::string& text)> edited);
   /// Begins the edit of the selected row. A cancelled edit is reported as the row's own text.
   void edit_selected();
+  /// Other columns from now on.
+  void set_headings(const QStringList& headings);
   /// Shows only rows that contain the text. Hidden rows are not selected.
   void set_filter(const QString& text);
   /// Shown from now on while there is no row.

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <array>
+#include <string>
+#include <vector>
 
+#include "batch/csv_headings.hpp"
 #include "controls/basic.hpp"
 #include "controls/list_view.hpp"
 
@@ -34,11 +37,25 @@ struct frmSharePoints {
   controls::Button btnOK;
 };
 
+/// A column of the preview of an import file.
+struct PreviewColumn {
+  std::string heading;
+  std::string use;  ///< which part of a user it holds; empty for none
+
+  friend bool operator==(const PreviewColumn&, const PreviewColumn&) = default;
+};
+
 /// What the columns of an import file contain.
 struct CSV_Import {
+  std::string path;
   controls::Label File_Name;
-  controls::ListView ListView1;          ///< the first two lines
-  controls::Observable<int> columns{0};  ///< columns of the preview, headed 1, 2, …
+  controls::ListView ListView1;  ///< the first two lines, or of a spreadsheet's file the first records
+  controls::Observable<int> columns{0};  ///< of the widest of these lines
+  controls::Observable<std::vector<PreviewColumn>> preview;
+  controls::CheckBox chkCsv;  ///< fields may be quoted, the first line holds headings
+  controls::Label Hint;       ///< why that box, or this file, needs attention
+  batch::CsvHeadings headings;
+  std::vector<std::vector<std::string>> records;  ///< the first ones of a spreadsheet's file
   controls::CheckBox chkImport;
   controls::ComboBox ImportFirst;
   controls::ComboBox ImportMiddle;
