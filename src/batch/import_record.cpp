@@ -125,6 +125,7 @@ JsonLine recorded_order(Session& session, std::string_view path, std::string_vie
       {"description", user.Description},
       {"expiry", user.Expiry},
       {"skip_prompts", user.skip_prompts},
+      {"keeps_names", user.keeps_names},
       {"halt_on_errors", order.halt_on_errors},
       {"halt_on_warnings", order.halt_on_warnings}};
   for (const char* const bound : {"ImportGroupsStart", "ImportGroupsFinish"})
@@ -148,6 +149,7 @@ ImportOrder order_of_record(Session& session, const JsonLine& record) {
   user.Description = record.text("description");
   user.Expiry = record.text("expiry");
   user.skip_prompts = record.is_set("skip_prompts");
+  user.keeps_names = record.is_set("keeps_names");
   if (const std::string format = record.text("account_column"); !format.empty())
     user.formats.account = format;
   if (const std::string format = record.text("password_column"); !format.empty()) {

@@ -8,21 +8,15 @@ nobody disturbed.
 import hashlib
 import json
 import os
-import re
 import shutil
-import subprocess
 import sys
 import tempfile
 
 import lab_tools
+from kill_points import changes_of, is_killed_at
 from lab_tools import CREATE, TWK
 
 POINTS = int(sys.argv[2]) if len(sys.argv) > 2 else 80
-CHANGES = ("write", "pwrite64", "copy_file_range", "mkdir", "mkdirat", "rmdir", "unlink", "unlinkat", "rename", "renameat",
-           "renameat2")
-CALL = re.compile(r"^\d+ +(\w+)\((.*)$")
-# The leak checker cannot work in a program that is traced.
-ENVIRONMENT = dict(os.environ, ASAN_OPTIONS="detect_leaks=0")
 SERVERS = ("FS1", "FS2")
 # What is killed: the kind of domain, the words, the name of the folders after it, and the share of the points. One renaming
 # gives another name, one another case alone.
@@ -41,31 +35,6 @@ def twk(lab, *arguments):
 
 def run(lab, *arguments, **options):
     return lab_tools.twk(lab, "--json", *arguments, **options)
-
-
-def changes_of(command, folder):
-    """(call, number of that call) for each change that a command makes below a folder, in order."""
-    with tempfile.NamedTemporaryFile("r", errors="replace") as trace:
-        done = subprocess.run(["strace", "-f", "-qq", "-y", "-o", trace.name, "-e", "trace=" + ",".join(CHANGES), *command],
-                              capture_output=True, text=True, env=ENVIRONMENT, check=False)
-        if done.returncode != 0:
-            raise SystemExit(f"{command}: exit code {done.returncode}\n{done.stdout}{done.stderr}")
-        counts = dict.fromkeys(CHANGES, 0)
-        changes = []
-        for found in filter(None, map(CALL.match, trace)):
-            counts[found[1]] += 1
-            if folder in found[2]:
-                changes.append((found[1], counts[found[1]]))
-    return changes
-
-
-def is_killed_at(change, command):
-    """Runs a command that is killed as it is about to make that change; False when it made it to its end."""
-    call, number = change
-    done = subprocess.run(["strace", "-f", "-o", os.devnull, "-e", f"trace={call}",
-                           "-e", f"inject={call}:signal=KILL:when={number}", *command],
-                          capture_output=True, env=ENVIRONMENT, check=False)
-    return done.returncode != 0
 
 
 def make_lab(lab, kind, command):

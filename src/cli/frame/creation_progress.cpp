@@ -14,6 +14,11 @@ void CreationProgress::step(std::string_view caption) {
     progress_.show(caption);
 }
 
+void CreationProgress::password_set(std::string_view account, std::string_view password) {
+  if (take_password_)
+    take_password_(account, password);
+}
+
 void CreationProgress::counted(std::string_view text) {
   progress_.show(text);
 }

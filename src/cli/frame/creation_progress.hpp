@@ -24,6 +24,11 @@ class CreationProgress final : public batch::ImportView {
   void unlock() override {}
   void stage(creation::Stage /*stage*/, creation::StageState /*state*/) override {}
   void counted(std::string_view text) override;
+  void password_set(std::string_view account, std::string_view password) override;
+
+  void on_password(std::function<void(std::string_view account, std::string_view password)> take) {
+    take_password_ = std::move(take);
+  }
 
   /// Removes the line, so that other text can be written.
   void clear() { progress_.clear(); }
@@ -31,6 +36,7 @@ class CreationProgress final : public batch::ImportView {
  private:
   session::Session& session_;
   Progress progress_;
+  std::function<void(std::string_view, std::string_view)> take_password_;
 };
 
 }  // namespace twk::cli

@@ -37,8 +37,9 @@ struct CreationPlace {
   bool keep_names = false;
 };
 
-/// --template, --site, one of --ou and --like, and --keep-names.
-void add_place_options(Command& command, CreationPlace& place);
+/// --template, --site, one of --ou and --like, and --keep-names. Without `required` the command looks itself
+/// whether the first two are needed.
+void add_place_options(Command& command, CreationPlace& place, bool required = true);
 
 /// Puts template and site into the request, and where the user belongs: the OU, which is opened in the tree,
 /// or the place of the user to copy. Raises `UsageError` or `Refused`.

@@ -1,19 +1,16 @@
-#include <set>
-
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/import.hpp"
-#include "cli/frame/creation_progress.hpp"
 #include "cli/frame/import_faults.hpp"
 #include "cli/frame/import_preview.hpp"
+#include "cli/frame/import_run.hpp"
 #include "cli/frame/import_steps.hpp"
-#include "cli/terminal/display.hpp"
+#include "cli/frame/password_file.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
-#include "cli/terminal/interrupt.hpp"
+#include "cli/user/import_again.hpp"
 #include "cli/user/import_layout.hpp"
 #include "cli/user/user_commands.hpp"
-#include "local/posix_files.hpp"
 
 namespace twk::cli {
 namespace {
@@ -33,12 +30,9 @@ struct ImportArguments {
   bool preview = false;
   bool dry_run = false;
   bool make_parents = false;
-};
-
-struct Counts {
-  std::size_t created = 0;
-  std::size_t warnings = 0;
-  std::size_t refused = 0;
+  std::string passwords;
+  std::string resume;
+  std::string undo;
 };
 
 void set_halts(batch::ImportOrder& order, const ImportArguments& arguments) {
@@ -80,127 +74,6 @@ void set_expiry(session::Session& session, const ImportArguments& arguments, std
     throw UsageError("the expiry of the accounts: " + refused);
 }
 
-std::string_view light_of(const session::ImportRow& row) {
-  return row.outcome.light.empty() ? session::kRed : std::string_view(row.outcome.light);
-}
-
-void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
-  const std::string_view light = light_of(row);
-  const std::string message(base::trim(row.outcome.message));
-  if (light == session::kRed)
-    ++counts.refused;
-  else
-    ++counts.created;
-  if (light == session::kYellow)
-    ++counts.warnings;
-  output.result({{"line", row.line},
-                 {"user", row.outcome.user},
-                 {"light", light},
-                 {"message", message},
-                 {"warnings", warnings_of(light, message, row.outcome.warnings)}},
-                pad(std::to_string(row.line), 6) + output.light(light) + std::string(8 - light.size(), ' ') +
-                    pad(printable(row.outcome.user), 20) + "  " + printable(message));
-}
-
-/// GREEN when every line made a user without a warning; RED when the run was halted or failed.
-std::string_view light_of_run(const session::ImportState& state, const Counts& counts, bool faultless) {
-  if (!state.failure.empty() || state.ImportHalt)
-    return session::kRed;
-  const bool clean = faultless && counts.refused == 0 && counts.warnings == 0 && !state.ImportStopped;
-  return clean ? session::kGreen : session::kYellow;
-}
-
-std::string end_of_run(const session::Session& session) {
-  const session::ImportState& state = session.import;
-  if (!state.failure.empty())
-    return state.failure;
-  if (state.ImportHalt)
-    return "Import Halted because errors were detected";
-  return state.ImportStopped ? "Import Halted by User" : session.status.panel1.get();
-}
-
-void print_rehearsed_end(Output& output, const Counts& counts, std::string_view light,
-                         const std::string& message) {
-  output.result({{"light", light},
-                 {"created", counts.created},
-                 {"warned", counts.warnings},
-                 {"refused", counts.refused},
-                 {"message", message}},
-                std::to_string(counts.created) + " would be created, " + std::to_string(counts.warnings) +
-                    " of them with warnings, " + std::to_string(counts.refused) +
-                    " not created. Nothing was written.");
-}
-
-void print_end(Output& output, const session::ImportState& state, const Counts& counts,
-               std::string_view light, const std::string& message) {
-  const std::string error_path = local::to_local_path(state.error_path);
-  const std::string summary_path = local::to_local_path(state.summary_path);
-  output.result({{"light", light},
-                 {"created", counts.created},
-                 {"warned", counts.warnings},
-                 {"refused", counts.refused},
-                 {"importErr", error_path},
-                 {"summary", summary_path},
-                 {"message", message}},
-                std::to_string(counts.created) + " created, " + std::to_string(counts.warnings) +
-                    " of them with warnings, " + std::to_string(counts.refused) + " not created" +
-                    (state.ImportStopped ? ", stopped.\n" : ".\n") + "Not created: " + printable(error_path) +
-                    "\n" + "Summary:     " + printable(summary_path));
-}
-
-/// Prints what went wrong besides the creations, each text once: a log or a summary that could not be
-/// written. True when there was something.
-bool tell_faults(const session::Session& session, std::set<std::string> told) {
-  const controls::ListView& rows = session.log_rows;
-  bool any = false;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (rows.at(i).icon != session::kYellow || !told.insert(rows.at(i).text).second)
-      continue;
-    complain(rows.at(i).text);
-    any = true;
-  }
-  return any;
-}
-
-int run_import(Context& context, session::Session& session, const std::string& path,
-               const batch::ImportOrder& order, ImportSteps* steps) {
-  session::ImportState& state = session.import;
-  state.rehearsed = steps != nullptr;
-  Counts counts;
-  CreationProgress progress(session);
-  std::set<std::string> outcomes;
-  context.dialogs().before_text([&] { progress.clear(); });
-  context.dialogs().on_events([&] {
-    if (interrupted())
-      state.ImportStopped = true;
-  });
-  state.row_done = [&](const session::ImportRow& row) {
-    progress.clear();
-    if (steps != nullptr)
-      steps->print(row.line);
-    print_row(context.output(), row, counts);
-    outcomes.insert(row.outcome.message);
-  };
-  batch::run_import(session, path, order, progress);
-  progress.clear();
-  context.dialogs().before_text({});
-  context.dialogs().on_events({});
-  state.row_done = {};
-
-  const bool faults = tell_faults(session, std::move(outcomes));
-  if (!state.failure.empty())
-    complain(state.failure);
-  if (state.summary_path.empty() && (!state.rehearsed || !state.failure.empty()))
-    return kExitRed;
-  const std::string_view light = light_of_run(state, counts, !faults);
-  if (state.rehearsed)
-    print_rehearsed_end(context.output(), counts, light, end_of_run(session));
-  else
-    print_end(context.output(), state, counts, light, end_of_run(session));
-  context.keep_exit_code();
-  return exit_code_of_light(light);
-}
-
 /// The path of a file that contains a user.
 std::string checked_file(Context& context, const std::string& file, bool csv) {
   std::string path = std::filesystem::absolute(file).string();
@@ -215,12 +88,35 @@ std::string checked_file(Context& context, const std::string& file, bool csv) {
   return path;
 }
 
+/// What a new import needs, and one that is taken up or back has in its record.
+void require_arguments(const ImportArguments& arguments) {
+  for (const auto& [name, value] : {std::pair{"FILE", &arguments.file},
+                                    {"--template", &arguments.place.template_name},
+                                    {"--site", &arguments.place.site}}) {
+    if (value->empty())
+      throw UsageError(std::string(name) + " is required");
+  }
+  if (arguments.preview && arguments.dry_run)
+    throw UsageError("--preview and --dry-run exclude each other");
+}
+
 int import_users(Context& context, const ImportArguments& arguments) {
+  if (!arguments.undo.empty())
+    return undo_import(context, arguments.undo, arguments.dry_run);
+  std::optional<PasswordFile> passwords;
+  if (!arguments.passwords.empty() && !arguments.dry_run && !arguments.preview)
+    passwords.emplace(arguments.passwords);
+  ImportExtras extras;
+  if (passwords)
+    extras.password_set = [&](std::string_view account, std::string_view password) {
+      passwords->add(account, password);
+    };
+  if (!arguments.resume.empty())
+    return resume_import(context, arguments.resume, extras);
+  require_arguments(arguments);
   if (!arguments.groups.empty())
     set_group_range(context, arguments.groups);
   const std::string path = checked_file(context, arguments.file, arguments.csv);
-  if (arguments.preview && arguments.dry_run)
-    throw UsageError("--preview and --dry-run exclude each other");
   std::optional<ImportSteps> steps;
   if (arguments.dry_run)
     steps.emplace(context);
@@ -249,7 +145,8 @@ int import_users(Context& context, const ImportArguments& arguments) {
     return kExitRed;
   if (arguments.preview)
     return preview_import(context, session, path, std::move(order));
-  return run_import(context, session, path, order, steps ? &*steps : nullptr);
+  extras.steps = steps ? &*steps : nullptr;
+  return run_import(context, session, path, order, extras);
 }
 
 }  // namespace
@@ -257,9 +154,9 @@ int import_users(Context& context, const ImportArguments& arguments) {
 void add_user_import(Command& user, Context& context) {
   auto arguments = std::make_shared<ImportArguments>();
   auto* command = user.add_subcommand("import", "Create a user for each line of a CSV file");
-  command->add_option("FILE", arguments->file, "The file: one user per line, every comma separates")
-      ->required();
-  add_place_options(*command, arguments->place);
+  auto* file =
+      command->add_option("FILE", arguments->file, "The file: one user per line, every comma separates");
+  add_place_options(*command, arguments->place, false);
   command->add_flag(
       "--csv", arguments->csv,
       "Fields may be quoted, the first line holds headings, which name columns like numbers do");
@@ -288,6 +185,19 @@ void add_user_import(Command& user, Context& context) {
                     "Make the folders above homes and profiles that do not exist");
   command->add_flag("--dry-run", arguments->dry_run,
                     "Print what would be done for each line, and do nothing");
+  command
+      ->add_option("--passwords", arguments->passwords,
+                   "Write the accounts and their passwords to this new file, which nobody else can read")
+      ->type_name("FILE");
+  auto* resume = command
+                     ->add_option("--resume", arguments->resume,
+                                  "Go on with an import that was broken off, by its record")
+                     ->type_name("RECORD")
+                     ->excludes(file);
+  command->add_option("--undo", arguments->undo, "Take back what an import made, by its record")
+      ->type_name("RECORD")
+      ->excludes(file)
+      ->excludes(resume);
   command->callback(
       [=, &context] { context.set_action([=, &context] { return import_users(context, *arguments); }); });
 }

@@ -47,11 +47,14 @@ directory::UserDetails read_details(Context& context, session::Session& session,
   return std::move(*details);
 }
 
-void add_place_options(Command& command, CreationPlace& place) {
-  command.add_option("--template", place.template_name, "Template to create with")
-      ->required()
-      ->type_name("T");
-  command.add_option("--site", place.site, "Site to create with")->required()->type_name("S");
+void add_place_options(Command& command, CreationPlace& place, bool required) {
+  auto* template_name =
+      command.add_option("--template", place.template_name, "Template to create with")->type_name("T");
+  auto* site = command.add_option("--site", place.site, "Site to create with")->type_name("S");
+  if (required) {
+    template_name->required();
+    site->required();
+  }
   auto* ou = command.add_option("--ou", place.ou, "Organizational unit to create in")->type_name("DN");
   command.add_option("--like", place.like, "User whose container and groups the new one gets")
       ->type_name("USER")

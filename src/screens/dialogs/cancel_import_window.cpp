@@ -4,6 +4,7 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
+#include "screens/widgets/pace.hpp"
 #include "windows/import.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/import_windows.hpp"
@@ -11,7 +12,6 @@
 namespace twk::screens {
 namespace {
 
-/// Painted as soon as it changes: a creation lets no event in before its end.
 void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
   auto* const text = new QLabel(box.parentWidget());
   text->setObjectName(name);
@@ -19,7 +19,7 @@ void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
   text->setWordWrap(true);
   box.addWidget(text);
   bind_to(*text, control);
-  follow(*text, control.caption, [text](const std::string&) { text->repaint(); });
+  follow(*text, control.caption, [paint = PacedPainting(*text)](const std::string&) { paint(); });
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ std::unique_ptr<QDialog> make_cancel_import(windows::Desktop& session, QWidget* 
   bar->setAccessibleName("Progress of the current user");
   column->addWidget(bar);
   bind_to(*bar, form.ProgressBar1);
-  follow(*bar, form.ProgressBar1.value, [bar](int) { bar->repaint(); });
+  follow(*bar, form.ProgressBar1.value, [paint = PacedPainting(*bar)](int) { paint(); });
   add_caption(*column, "progress", form.progress);
   column->addStretch();
   auto* const row = new QHBoxLayout;

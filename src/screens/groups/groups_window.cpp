@@ -9,6 +9,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/groups/groups_window.hpp"
 #include "windows/state/group_windows.hpp"
@@ -193,10 +194,10 @@ QLabel* add_panel(QBoxLayout& box, const char* name, const controls::Observable<
   panel->setObjectName(name);
   panel->setTextFormat(Qt::PlainText);
   panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  follow(*panel, text, [panel](const std::string& shown) {
+  follow(*panel, text, [panel, paint = PacedPainting(*panel)](const std::string& shown) {
     panel->setText(to_qt(shown));
     panel->setToolTip(to_qt(shown).toHtmlEscaped());
-    panel->repaint();
+    paint();
   });
   box.addWidget(panel, 1);
   return panel;

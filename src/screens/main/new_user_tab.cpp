@@ -9,6 +9,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/light.hpp"
+#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/create_user.hpp"
 #include "windows/setting_controls.hpp"
@@ -86,12 +87,12 @@ QLayout* make_progress(Desktop& session, QWidget* parent) {
   auto* const caption = new QLabel(parent);
   caption->setObjectName("progress");
   bind_to(*caption, form.progress);
-  follow(*caption, form.progress.caption, [caption](const std::string&) { caption->repaint(); });
+  follow(*caption, form.progress.caption, [paint = PacedPainting(*caption)](const std::string&) { paint(); });
   auto* const bar = new QProgressBar(parent);
   bar->setObjectName("ProgressBar1");
   bar->setAccessibleName("Progress of the creation");
   bind_to(*bar, form.ProgressBar1);
-  follow(*bar, form.ProgressBar1.value, [bar](int) { bar->repaint(); });
+  follow(*bar, form.ProgressBar1.value, [paint = PacedPainting(*bar)](int) { paint(); });
   auto* const counted = new QLabel(parent);
   counted->setObjectName("Import_Text");
   bind_to(*counted, form.Import_Text);

@@ -1,4 +1,3 @@
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -7,6 +6,7 @@
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
+#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/state/multi_user.hpp"
@@ -48,7 +48,6 @@ QTabWidget* make_tabs(Desktop& session, QWidget* parent) {
 /// Painted when it changes, but not more often than the eye can follow: a deletion lets no event in between
 /// its steps.
 QLabel* make_status(const char* name, controls::Label& control, QWidget* parent) {
-  constexpr qint64 kPause = 50;  // milliseconds
   auto* const label = new QLabel(parent);
   label->setObjectName(name);
   label->setTextFormat(Qt::PlainText);
@@ -56,13 +55,7 @@ QLabel* make_status(const char* name, controls::Label& control, QWidget* parent)
   // A long path must not widen the window.
   label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   bind_to(*label, control);
-  auto last = std::make_shared<QElapsedTimer>();
-  follow(*label, control.caption, [label, last](const std::string&) {
-    if (last->isValid() && last->elapsed() < kPause)
-      return;
-    label->repaint();
-    last->start();
-  });
+  follow(*label, control.caption, [paint = PacedPainting(*label)](const std::string&) { paint(); });
   return label;
 }
 

@@ -132,6 +132,8 @@ void QtDialogs::beep() {
 }
 
 void QtDialogs::DoEvents() {
+  if (!events_.is_due())
+    return;
   const bool can_stop =
       session_ != nullptr && (session_->cancel_import.visible || session_->file_progress.visible ||
                               session_->copy_group.Running || windows::is_running(session_->multi_user));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dialogs.hpp"
+#include "screens/widgets/pace.hpp"
 
 namespace twk::windows {
 struct Desktop;
@@ -21,11 +22,12 @@ class QtDialogs final : public platform::Dialogs {
   void show_modal(std::string_view window) override;
   void beep() override;
   /// A person's input is let in only while there is something to stop, an import or a function of the
-  /// multi-user window; otherwise only repaints are.
+  /// multi-user window; otherwise only repaints are. Most calls find that it was done a moment ago.
   void DoEvents() override;
 
  private:
   windows::Desktop* session_ = nullptr;
+  Pace events_;
 };
 
 }  // namespace twk::screens

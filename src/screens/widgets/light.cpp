@@ -49,7 +49,7 @@ void Light::show_state() {
   const QString caption = to_qt(control_->caption.get());
   text_->setText(caption);
   dot_->setPixmap(caption.isEmpty() ? QPixmap() : dot(colour(control_->colour), *this));
-  repaint();
+  paint_();
 }
 
 }  // namespace twk::screens

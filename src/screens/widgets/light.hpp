@@ -3,13 +3,14 @@
 #include <QWidget>
 
 #include "controls/basic.hpp"
+#include "screens/widgets/pace.hpp"
 
 class QLabel;
 
 namespace twk::screens {
 
 /// The light of a stage: a dot in the control's colour next to its caption; blank while there is none. It
-/// is painted as soon as it changes, even while a routine runs.
+/// is painted while a routine runs, too.
 class Light final : public QWidget {
  public:
   Light(controls::Label& control, QWidget* parent);
@@ -20,6 +21,7 @@ class Light final : public QWidget {
   controls::Label* control_;
   QLabel* dot_;
   QLabel* text_;
+  PacedPainting paint_{*this};
 };
 
 }  // namespace twk::screens

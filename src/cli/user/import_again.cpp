@@ -1,0 +1,118 @@
+#include "cli/user/import_again.hpp"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "base/text.hpp"
+#include "batch/resume_import.hpp"
+#include "batch/undo_import.hpp"
+#include "cli/frame/user_runs.hpp"
+#include "cli/terminal/display.hpp"
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
+#include "cli/terminal/interrupt.hpp"
+
+namespace twk::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The record beside a file of remaining lines; any other path is that of the record.
+std::string record_path(const std::string& given) {
+  constexpr std::string_view kRemaining = "Import Remaining - ";
+  const fs::path path = fs::absolute(given);
+  const std::string name = path.stem().string();
+  if (!name.starts_with(kRemaining))
+    return path.string();
+  return (path.parent_path() / ("Import Record - " + name.substr(kRemaining.size()) + ".jsonl")).string();
+}
+
+batch::RecordedRun read_record(Context& context, const std::string& given) {
+  const std::string path = record_path(given);
+  if (!fs::is_regular_file(path))
+    throw BadInput("There is no record " + path);
+  try {
+    return batch::read_import_record(context.services().files.read(path));
+  } catch (const base::RuntimeError& fault) {
+    throw BadInput(path + ", " + fault.description());
+  }
+}
+
+void print_line(Context& context, std::int32_t number, const std::string& user,
+                const session::RunOutcome& outcome) {
+  const std::string message(base::trim(outcome.message));
+  Output& output = context.output();
+  output.result({{"line", number},
+                 {"user", user},
+                 {"light", outcome.light},
+                 {"message", message},
+                 {"warnings", warnings_of(outcome.light, message, outcome.warnings)}},
+                pad(std::to_string(number), 6) + output.light(outcome.light) +
+                    std::string(8 - std::min<std::size_t>(outcome.light.size(), 7), ' ') +
+                    pad(printable(user), 20) + "  " + printable(message));
+}
+
+/// What the question before an undo says.
+std::string counts_of(const batch::RecordedRun& run) {
+  std::int64_t accounts = 0;
+  std::int64_t folders = 0;
+  std::int64_t shares = 0;
+  std::int64_t mailboxes = 0;
+  for (const batch::RecordedLine& line : run.lines) {
+    for (const batch::RecordedThing& thing : line.things) {
+      accounts += thing.kind == "account" ? 1 : 0;
+      folders += thing.kind == "folder" ? 1 : 0;
+      shares += thing.kind == "share" ? 1 : 0;
+      mailboxes += thing.kind == "mailbox" ? 1 : 0;
+    }
+  }
+  return base::to_text(accounts) + " accounts, " + base::to_text(folders) + " folders, " +
+         base::to_text(shares) + " shares and " + base::to_text(mailboxes) + " mailboxes";
+}
+
+}  // namespace
+
+int resume_import(Context& context, const std::string& record, const ImportExtras& extras) {
+  const batch::RecordedRun run = read_record(context, record);
+  for (const char* const bound : {"ImportGroupsStart", "ImportGroupsFinish"})
+    context.override_setting("Setup", bound, run.order.text(bound));
+  session::Session& session = context.session(Depth::kDomain);
+  batch::ResumedImport resumed;
+  try {
+    resumed = batch::plan_resumption(session, run);
+  } catch (const base::RuntimeError& fault) {
+    throw BadInput(fault.description());
+  }
+  if (resumed.broken) {
+    const session::RunOutcome outcome = batch::take_back_broken_line(session, resumed);
+    print_line(context, resumed.broken->number, resumed.broken->user, outcome);
+    if (!outcome.done)
+      throw Refused("Line " + std::to_string(resumed.broken->number) +
+                    " was broken off and cannot be taken back: " + outcome.message);
+  }
+  return run_import(context, session, resumed.file, resumed.order, extras);
+}
+
+int undo_import(Context& context, const std::string& record, bool dry_run) {
+  const batch::RecordedRun run = read_record(context, record);
+  if (dry_run)
+    print_steps(context);
+  session::Session& session = context.session(Depth::kDomain);
+  if (const std::string fault = batch::refused_record(session, run); !fault.empty())
+    throw BadInput(fault);
+  const std::string question =
+      "Take back the import of " + run.order.text("begun") + ": " + counts_of(run) + "?";
+  if (!dry_run && context.dialogs().MsgBox(question, platform::Buttons::kYesNo, platform::Icon::kQuestion,
+                                           "Undo Import") != platform::Answer::kYes)
+    return kExitRed;
+  RunCounts counts;
+  batch::undo_import(session, run, [&](const batch::UndoneLine& undone) {
+    print_line(context, undone.line.number, undone.line.user, undone.outcome);
+    counts.add(undone.outcome.light, undone.outcome.done);
+    return !interrupted();
+  });
+  context.keep_exit_code();
+  return tell_counts(context, counts, dry_run);
+}
+
+}  // namespace twk::cli
