@@ -31,7 +31,12 @@ class SoundLab : public LabSession {
     session.dbpath = session.program_directory + "\\";
     stores::write_permissions(session, table, rows);
   }
-  std::vector<ImportFault> faults() { return check_import(session, {windows::new_user_request(session)}); }
+  ImportOrder order() {
+    ImportOrder order;
+    order.user = windows::new_user_request(session);
+    return order;
+  }
+  std::vector<ImportFault> faults() { return check_import(session, order()); }
 };
 
 TEST(ImportChecks, AreSilentWhereNothingIsWrong) {
@@ -85,7 +90,7 @@ TEST(ImportChecks, NameEachFaultAndStopOnlyWhatEveryLineWouldFailOf) {
 
 TEST(ImportChecks, FoldersAboveThoseOfTheUsersAreMade) {
   SoundLab lab([](SoundLab& spoilt) { spoilt.staff.HomeDirPath = "D:\\New\\Homes\\%UserName%"; });
-  make_parent_folders(lab.session, {windows::new_user_request(lab.session)});
+  make_parent_folders(lab.session, lab.order());
   EXPECT_TRUE(lab.services.files.is_directory("\\\\FS1\\D$\\New\\Homes"));
   EXPECT_TRUE(lab.faults().empty());
 }

@@ -86,7 +86,8 @@ class HostileWorld : public test::LabSession {
     return contents;
   }
   [[nodiscard]] ImportOrder order(bool by_column) {
-    ImportOrder order{windows::new_user_request(session), false, false};
+    ImportOrder order;
+    order.user = windows::new_user_request(session);
     use_columns(session.import, order, {1, 2, 3, by_column ? 4 : 0, by_column ? 5 : 0}, false);
     return order;
   }
