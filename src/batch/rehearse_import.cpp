@@ -122,6 +122,7 @@ RehearsedImport rehearse_import(Session& session, std::string_view path, const I
   Session rehearsed(rehearsal.services(), session.command_line, session.program_directory);
   copy_session(session, rehearsed);
   teller = &rehearsed;
+  rehearsed.log.keep_rows(false);
   rehearsed.import.row_done = [&](const session::ImportRow& row) {
     if (hooks.row_done)
       hooks.row_done(row);

@@ -1,6 +1,7 @@
 #include "lifecycle/rehearsal/made_objects.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 
 #include "base/text.hpp"
@@ -34,14 +35,18 @@ std::string folded(std::string_view path) {
   return base::upper(path);
 }
 
+std::size_t hash_of(std::string_view folded_text) {
+  return std::hash<std::string_view>{}(folded_text);
+}
+
 }  // namespace
 
 MadeObjects::Objects::const_iterator MadeObjects::position(std::string_view path) const {
   if (!base::starts_with_fold(path, kWinnt))
-    return objects_.find(folded(path));
+    return objects_.find(hash_of(folded(path)));
   const auto account = account_of(path);
-  const auto found = account ? accounts_.find(*account) : accounts_.end();
-  return found == accounts_.end() ? objects_.end() : objects_.find(found->second->first);
+  const auto found = account ? accounts_.find(hash_of(*account)) : accounts_.end();
+  return found == accounts_.end() ? objects_.end() : objects_.find(found->second);
 }
 
 const MadeObjects::Names* MadeObjects::find(std::string_view path) const {
@@ -50,30 +55,30 @@ const MadeObjects::Names* MadeObjects::find(std::string_view path) const {
 }
 
 bool MadeObjects::has_account(std::string_view account) const {
-  return accounts_.contains(base::upper(account));
+  return accounts_.contains(hash_of(base::upper(account)));
 }
 
 bool MadeObjects::has_principal(std::string_view name) const {
-  return principals_.contains(base::upper(name));
+  return principals_.contains(hash_of(base::upper(name)));
 }
 
 void MadeObjects::add(std::string_view path, Names names) {
   const bool flat = base::starts_with_fold(path, kWinnt);
-  const auto made =
-      objects_.insert_or_assign(flat ? base::upper(path) : folded(path), std::move(names)).first;
-  if (!made->second.account.empty())
-    accounts_[base::upper(made->second.account)] = &*made;
+  const Hash hash = hash_of(flat ? base::upper(path) : folded(path));
+  if (!names.account.empty())
+    accounts_[hash_of(base::upper(names.account))] = hash;
+  objects_.insert_or_assign(hash, std::move(names));
 }
 
 void MadeObjects::rename_account(std::string_view path, const std::string& account) {
   const auto found = objects_.find(position(path)->first);
-  accounts_.erase(base::upper(found->second.account));
+  accounts_.erase(hash_of(base::upper(found->second.account)));
   found->second.account = account;
-  accounts_[base::upper(account)] = &*found;
+  accounts_[hash_of(base::upper(account))] = found->first;
 }
 
 void MadeObjects::add_principal(std::string_view name) {
-  principals_.insert(base::upper(name));
+  principals_.insert(hash_of(base::upper(name)));
 }
 
 std::shared_ptr<MadeState> MadeObjects::state_of(std::string_view path) {
@@ -89,9 +94,10 @@ std::shared_ptr<MadeState> MadeObjects::state_of(std::string_view path) {
 }
 
 std::shared_ptr<MadeState> MadeObjects::held_account(std::string_view account) const {
-  const auto found = accounts_.find(base::upper(account));
+  const auto found = accounts_.find(hash_of(base::upper(account)));
+  const auto object = found == accounts_.end() ? objects_.end() : objects_.find(found->second);
   for (const auto& [held, state] : held_) {
-    if (found != accounts_.end() && held == &found->second->second)
+    if (object != objects_.end() && held == &object->second)
       return state.lock();
   }
   return nullptr;

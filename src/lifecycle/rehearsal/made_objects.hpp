@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "controls/shared_text.hpp"
 #include "platform/adsi.hpp"
 #include "platform/directory.hpp"
 
@@ -34,7 +35,7 @@ struct MadeState {
 class MadeObjects {
  public:
   struct Names {
-    std::string object_class;
+    controls::SharedText object_class;
     std::string account;  ///< empty for an object that is no account
   };
 
@@ -55,13 +56,15 @@ class MadeObjects {
   [[nodiscard]] std::shared_ptr<MadeState> held_account(std::string_view account) const;
 
  private:
-  using Objects = std::unordered_map<std::string, Names>;
+  /// Texts by their 64-bit hashes, which two of a million share once in forty million rehearsals.
+  using Hash = std::size_t;
+  using Objects = std::unordered_map<Hash, Names>;
 
   [[nodiscard]] Objects::const_iterator position(std::string_view path) const;
 
-  Objects objects_;                                                       ///< by their folded paths
-  std::unordered_map<std::string, const Objects::value_type*> accounts_;  ///< by their folded names
-  std::unordered_set<std::string> principals_;
+  Objects objects_;                          ///< by their folded paths
+  std::unordered_map<Hash, Hash> accounts_;  ///< the paths by the folded names
+  std::unordered_set<Hash> principals_;
   std::vector<std::pair<const Names*, std::weak_ptr<MadeState>>> held_;
 };
 

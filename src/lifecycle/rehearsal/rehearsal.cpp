@@ -1,6 +1,7 @@
 #include "lifecycle/rehearsal/rehearsal.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 #include <set>
 #include <unordered_map>
@@ -34,28 +35,57 @@ std::string folded(std::string_view path) {
   return text;
 }
 
-/// Shares that would be made, and how to reach their folders until then.
+/// Texts of which only their 64-bit hashes are kept: a file of 100,000 users makes that many folders.
+class HashedTexts {
+ public:
+  void insert(std::string_view text) { hashes_.insert(hash_(text)); }
+  void erase(std::string_view text) { hashes_.erase(hash_(text)); }
+  [[nodiscard]] bool contains(std::string_view text) const { return hashes_.contains(hash_(text)); }
+
+ private:
+  std::hash<std::string_view> hash_;
+  std::unordered_set<std::size_t> hashes_;
+};
+
+/// Shares that would be made or be gone, and how to reach the folders of the new ones until then.
 class RehearsedShares {
  public:
+  /// Without the list, which would take most of the memory and which no run reads back.
+  struct Share {
+    std::string name;
+    std::string path;
+    std::string remark;
+    std::int32_t max_uses = -1;
+  };
+
   void add(std::string_view server, const platform::ShareInfo502& share) {
-    const std::string& folder = share.shi502_path;
-    if (folder.size() < 2 || folder[1] != ':')
-      return;
-    std::string host(server);
-    host.erase(0, host.find_first_not_of('\\'));
-    const std::string way = "\\\\" + host + "\\";
-    ways_[folded(way + share.shi502_netname) + "\\"] = way + folder.substr(0, 1) + "$" + folder.substr(2);
+    changed_[key(server, share.shi502_netname)] =
+        Share{share.shi502_netname, share.shi502_path, share.shi502_remark, share.shi502_max_uses};
   }
-  /// The path itself, unless it begins with such a share.
+  void remove(std::string_view server, std::string_view name) { changed_[key(server, name)] = std::nullopt; }
+  /// Null for a share that is as it was; one without a value would be gone.
+  [[nodiscard]] const std::optional<Share>* find(std::string_view server, std::string_view name) const {
+    const auto found = changed_.find(key(server, name));
+    return found == changed_.end() ? nullptr : &found->second;
+  }
+  /// The path itself, unless it begins with a new share.
   [[nodiscard]] std::string way_of(std::string_view path) const {
     const platform::NetworkPath parts = platform::take_apart(path);
-    const auto found =
-        ways_.find("\\\\" + base::upper(parts.server) + "\\" + base::upper(parts.share) + "\\");
-    return found == ways_.end() ? std::string(path) : found->second + std::string(parts.tail);
+    const std::optional<Share>* const share = find(parts.server, parts.share);
+    if (share == nullptr || !*share || (*share)->path.size() < 2 || (*share)->path[1] != ':')
+      return std::string(path);
+    const std::string& folder = (*share)->path;
+    return "\\\\" + std::string(parts.server) + "\\" + folder.substr(0, 1) + "$" + folder.substr(2) +
+           std::string(parts.tail);
   }
 
  private:
-  std::unordered_map<std::string, std::string> ways_;
+  static std::string key(std::string_view server, std::string_view share) {
+    server.remove_prefix(std::min(server.find_first_not_of('\\'), server.size()));
+    return base::upper(server) + "\\" + base::upper(share);
+  }
+
+  std::unordered_map<std::string, std::optional<Share>> changed_;
 };
 
 /// Remembers the folders that would be made, removed and renamed.
@@ -173,8 +203,8 @@ class RehearsedFiles final : public platform::Files {
   platform::Files& real_;
   const RehearsedShares& shares_;
   const Rehearsal::Tell& tell_;
-  std::unordered_set<std::string> made_;
-  std::unordered_set<std::string> made_names_;
+  HashedTexts made_;
+  HashedTexts made_names_;
   std::set<std::string> gone_;
   std::vector<std::pair<std::string, std::string>> renamed_;  ///< from and to, in order
 };
@@ -193,25 +223,27 @@ class RehearsedNetwork final : public platform::Network {
     tell_("Make the share " + share.shi502_netname + " on " + std::string(server) + " for " +
           share.shi502_path);
     shares_.add(server, share);
-    // The list of each user's share would take most of the memory, and no run reads it back.
-    platform::ShareInfo502& kept = changed_[key(server, share.shi502_netname)].emplace(share);
-    kept.shi502_security_descriptor.reset();
   }
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override {
-    const auto changed = changed_.find(key(server, name));
-    if (changed == changed_.end())
+    const std::optional<RehearsedShares::Share>* const changed = shares_.find(server, name);
+    if (changed == nullptr)
       return real_.NetShareGetInfo(server, name);
-    if (!changed->second)
+    if (!*changed)
       base::raise(platform::network_error::kShareNotFound,
                   "The share " + std::string(name) + " would be gone");
-    return *changed->second;
+    platform::ShareInfo502 info;
+    info.shi502_netname = (*changed)->name;
+    info.shi502_path = (*changed)->path;
+    info.shi502_remark = (*changed)->remark;
+    info.shi502_max_uses = (*changed)->max_uses;
+    return info;
   }
   std::vector<platform::ShareInfo502> NetShareEnum(std::string_view server) override {
     return real_.NetShareEnum(server);
   }
   void NetShareDel(std::string_view server, std::string_view name) override {
     tell_("Delete the share " + std::string(name) + " on " + std::string(server));
-    changed_[key(server, name)] = std::nullopt;
+    shares_.remove(server, name);
   }
   void WTSSetUserConfig(std::string_view server, std::string_view user, platform::WtsConfigClass setting,
                         const platform::WtsConfigValue& /*value*/) override {
@@ -240,17 +272,11 @@ class RehearsedNetwork final : public platform::Network {
     if (!files_.has_folder(server, share.shi502_path))
       base::raise(network_error::kUnknownDirectory, "The server has no folder " + share.shi502_path);
   }
-  static std::string key(std::string_view server, std::string_view share) {
-    return base::upper(server) + "\\" + base::upper(share);
-  }
-
   platform::Network& real_;
   RehearsedShares& shares_;
   RehearsedFiles& files_;
   RehearsedDirectory& directory_;
   const Rehearsal::Tell& tell_;
-  std::unordered_map<std::string, std::optional<platform::ShareInfo502>>
-      changed_;  ///< none for one that would be gone
 };
 
 class RehearsedProcess final : public platform::Process {
