@@ -116,19 +116,25 @@ void show_records(Desktop& session, std::string_view bytes) {
   chkImport_Click(session);
 }
 
+std::string hint_at_csv(std::string_view bytes) {
+  const std::string_view sign = batch::sign_of_spreadsheet(bytes);
+  if (sign.empty())
+    return {};
+  return "This file has " + std::string(sign) +
+         ", as spreadsheet programs save them. If its first line holds headings, tick the box above.";
+}
+
 void read_layout(Desktop& session) {
   CSV_Import& window = session.csv_import;
   const std::string bytes = session.platform.files.read(window.path);
-  const bool csv = window.chkCsv.on();
-  const std::string_view sign = csv ? std::string_view() : batch::sign_of_spreadsheet(bytes);
-  if (csv)
+  if (window.chkCsv.on()) {
     show_records(session, bytes);
-  else
+    window.Hint.caption =
+        std::string("Account names are those that the format makes; the import checks whether each is free.");
+  } else {
     show_lines(session, bytes);
-  window.Hint.caption = sign.empty() ? std::string()
-                                     : "This file has " + std::string(sign) +
-                                           ", as spreadsheet programs save them. If its first line holds "
-                                           "headings, tick the box above.";
+    window.Hint.caption = hint_at_csv(bytes);
+  }
 }
 
 std::vector<PreviewColumn> preview_columns(const CSV_Import& window) {

@@ -70,10 +70,10 @@ TEST_F(ImportWindowsTest, ASpreadsheetIsShownUnderItsHeadingsWithItsAccountNames
     };
     EXPECT_THAT(find<QLabel>("Hint", &layout)->text().toStdString(), HasSubstr("tick the box above"));
     press("chkCsv", Qt::Key_Space, &layout);
-    EXPECT_EQ(heading(0) + "/" + heading(2), "Account Name/Surname\nLast Name");
+    EXPECT_EQ(heading(0) + "/" + heading(2), "Account Name/Surname\n→ Last Name");
     EXPECT_THAT(shown_in("ListView1", &layout), testing::ElementsAre("Al.Bo; Jr", "Eva.May"));
     choose("ImportUserID", "Logon", &layout);
-    EXPECT_EQ(heading(3), "Logon\nUserID");
+    EXPECT_EQ(heading(3), "Logon\n→ UserID");
     EXPECT_THAT(shown_in("ListView1", &layout), testing::ElementsAre("al", "eva"));
     lab.session.form1.Description.text = std::string("%IMPORT:Floor%");
     expect_box("the description: no column has the heading \"Floor\"");

@@ -37,7 +37,7 @@ class UsedColumn final : public QStyledItemDelegate {
 QStringList labels(const std::vector<windows::PreviewColumn>& columns) {
   QStringList labels;
   for (const windows::PreviewColumn& column : columns)
-    labels << to_qt(column.heading + (column.use.empty() ? "" : "\n" + column.use));
+    labels << to_qt(column.heading + (column.use.empty() ? "" : "\n→ " + column.use));
   return labels;
 }
 
