@@ -42,6 +42,7 @@ void CsvLines::read_headings() {
 
 void CsvLines::check_records() {
   while (next()) {
+    last_number_ = number();
     if (record().fields.size() > headings_.size()) {
       base::raise(base::error::kTypeMismatch,
                   "line " + base::to_text(record().line) + " has " +

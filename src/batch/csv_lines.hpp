@@ -30,6 +30,7 @@ class CsvLines final : public ImportSource {
 
   bool next() override;
   [[nodiscard]] std::int32_t number() const override { return record().line; }
+  [[nodiscard]] std::int32_t last_number() const override { return last_number_; }
   void put_back() override { reader_.put_back(); }
   [[nodiscard]] std::string text() const override { return text_of(record()); }
   [[nodiscard]] std::string_view raw() const override { return record().raw; }
@@ -44,6 +45,7 @@ class CsvLines final : public ImportSource {
 
   std::string_view bytes_;  ///< without the heading of an "Import.err"
   std::int32_t first_line_;
+  std::int32_t last_number_ = 0;
   CsvDialect dialect_;
   CsvReader reader_;
   std::string heading_;

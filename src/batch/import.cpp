@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "batch/import_file.hpp"
 #include "batch/import_names.hpp"
+#include "batch/import_pace.hpp"
 #include "batch/open_import.hpp"
 #include "batch/recorded_import.hpp"
 #include "creation/create_user.hpp"
@@ -129,6 +130,7 @@ void keep_outcome(Session& session, const ImportOrder& order, session::CreationO
 End run_lines(Session& session, std::string_view path, ImportSource& lines, const ImportOrder& order,
               RecordedImport& view) {
   ImportState& state = session.import;
+  ImportPace pace(lines.last_number(), session.platform.clock.utc_now());
   while (lines.next()) {
     if (order.made_before.contains(lines.number())) {
       view.pass_line(lines.number(), lines.raw());
@@ -153,6 +155,9 @@ End run_lines(Session& session, std::string_view path, ImportSource& lines, cons
     view.counted("Number of Users Imported from " + title(path) + "= " +
                  base::to_text(state.ImportAddedCount));
     tell_row(session, lines.number());
+    pace.add(lines.number(), session.LastCreation.light);
+    if (const auto text = pace.text(session.platform.clock.utc_now()))
+      view.pace(*text);
     const bool refused = session.LastCreation.light == session::kRed;
     if ((state.ImportHalt && order.halt_on_errors) ||
         (refused && !state.holds_records && has_lost_records(session, request)))
@@ -278,6 +283,9 @@ bool run_import(Session& session, std::string_view path, const ImportOrder& orde
     session.status.panel1 = session.import.rehearsed
                                 ? "Rehearsal complete. " + base::to_text(session.import.ImportAddedCount) +
                                       " users would be added."
+                            : session.import.ImportStopped
+                                ? "Import stopped. " + base::to_text(session.import.ImportAddedCount) +
+                                      " users Added. Check Import.err for errors."
                                 : "Import Complete. " + base::to_text(session.import.ImportAddedCount) +
                                       " users Added. Check Import.err for errors.";
   }

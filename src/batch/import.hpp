@@ -37,6 +37,8 @@ class ImportView : public creation::CreationView {
  public:
   /// How many users were made so far, in words.
   virtual void counted(std::string_view text) = 0;
+  /// How far the run is and how fast, once a second.
+  virtual void pace(std::string_view /*text*/) {}
 };
 
 /// Runs the creation for each line of the file. True when it reached the end or the person stopped it; False

@@ -57,6 +57,14 @@ bool ImportLines::next() {
   return true;
 }
 
+std::int32_t ImportLines::last_number() const {
+  std::int32_t number = number_;
+  std::size_t position = position_;
+  for (std::string_view line; next_line(bytes_, position, line);)
+    ++number;
+  return number;
+}
+
 void ImportLines::put_back() {
   position_ = start_;
   --number_;

@@ -38,6 +38,7 @@ class ImportLines final : public ImportSource {
   /// In UTF-8.
   [[nodiscard]] std::string_view line() const { return line_; }
   [[nodiscard]] std::int32_t number() const override { return number_; }
+  [[nodiscard]] std::int32_t last_number() const override;
   void put_back() override;
   [[nodiscard]] std::string text() const override { return std::string(line_); }
   [[nodiscard]] std::string_view raw() const override { return bytes_.substr(start_, position_ - start_); }

@@ -19,6 +19,8 @@ class ImportSource {
   virtual bool next() = 0;
   /// The line of the file at which the current one begins, counted from 1.
   [[nodiscard]] virtual std::int32_t number() const = 0;
+  /// The number of the last one.
+  [[nodiscard]] virtual std::int32_t last_number() const = 0;
   /// The current one becomes the next one again.
   virtual void put_back() = 0;
   /// The current one as text, as "Import.err" keeps it.

@@ -45,6 +45,7 @@ class RecordedImport final : public ImportView {
     watcher_.password_set(account, password);
   }
   void counted(std::string_view text) override { watcher_.counted(text); }
+  void pace(std::string_view text) override { watcher_.pace(text); }
 
  private:
   void write(const records::JsonLine& entry);

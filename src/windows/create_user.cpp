@@ -85,6 +85,10 @@ void NewUserView::counted(std::string_view text) {
   form_.Import_Text.caption = std::string(text);
 }
 
+void NewUserView::pace(std::string_view text) {
+  form_.import_pace.caption = std::string(text);
+}
+
 NewUserRequest new_user_request(const Desktop& session) {
   const Form1& form = session.form1;
   NewUserRequest request;

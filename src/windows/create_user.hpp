@@ -27,6 +27,7 @@ class NewUserView final : public batch::ImportView {
   void unlock() override;
   void stage(creation::Stage stage, creation::StageState state) override;
   void counted(std::string_view text) override;
+  void pace(std::string_view text) override;
 
  private:
   Form1& form_;

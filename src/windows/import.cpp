@@ -45,6 +45,7 @@ bool run_file(
   form.enabled = false;
   form.USERID.text = std::string();
   session.cancel_import.visible = true;
+  form.import_pace.caption = std::string();
   NewUserView view(form, true);
   const bool whole = run(path, order, view);
   form.enabled = true;

@@ -246,6 +246,41 @@ TEST_F(ImportingUsers, ReadsTheSamplesOfAllSeparatorsAlike) {
   EXPECT_EQ(rows_of("tab"), rows);
 }
 
+TEST_F(ImportingUsers, GoesOnWithAHaltedRunAndTakesItBack) {
+  const std::string passwords = file("passwords.csv", "");
+  std::filesystem::remove(passwords);
+  play(R"(
+$ user import $FILE $STAFF --halt-on-warnings --skip-prompts --passwords $PASSWORDS => 2 Errors during Import
+{"created": 1}
+$ user import $FILE $STAFF --passwords $PASSWORDS => 65 exists already
+$ user import --resume $FILE => 65 no line of the record
+$ user import --resume $FILE $FILE => 64
+$ user import $FILE => 64 --template is required
+)",
+       {{"$FILE", {file("new.csv", "Al,,Bo\nJohn,,Smith\nJohn,,Smith\nAl,,Bo\n")}},
+        {"$PASSWORDS", {passwords}}});
+  EXPECT_THAT(get_file(passwords), testing::StartsWith("account,password\r\n\"Al.Bo\",\""));
+  EXPECT_EQ(std::filesystem::status(passwords).permissions(),
+            std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+  std::string record;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(std::filesystem::path(database_file("Log.txt")).parent_path())) {
+    if (entry.path().extension() == ".jsonl")
+      record = entry.path().string();
+  }
+  EXPECT_THAT(get_file(record), Not(HasSubstr("Welcome")));
+  play(R"(
+$ user import --undo $RECORD --dry-run
+| Delete
+$ user show Al.Bo
+$ --yes user import --undo $RECORD
+{"line": 1, "user": "Al.Bo", "light": "GREEN"}
+{"done": 1}
+$ user show Al.Bo => 2
+)",
+       {{"$RECORD", {record}}});
+}
+
 TEST_F(ImportingUsers, StopsAfterTheCurrentUserAtCtrlC) {
   const ProgramResult result = run({"user", "import", file("many.csv", new_people(200)), "--template",
                                     "Staff", "--site", "Head Office", "--ou", kNewStarters},

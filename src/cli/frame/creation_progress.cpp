@@ -9,7 +9,7 @@ void CreationProgress::status(std::string_view text) {
 }
 
 void CreationProgress::step(std::string_view caption) {
-  // An import shows how many users it made instead, a rehearsal its steps.
+  // An import shows how far it is instead, a rehearsal its steps.
   if (!session_.import.Importing && !session_.import.rehearsed)
     progress_.show(caption);
 }
@@ -19,7 +19,7 @@ void CreationProgress::password_set(std::string_view account, std::string_view p
     take_password_(account, password);
 }
 
-void CreationProgress::counted(std::string_view text) {
+void CreationProgress::pace(std::string_view text) {
   progress_.show(text);
 }
 

@@ -23,7 +23,8 @@ class CreationProgress final : public batch::ImportView {
   void lock() override {}
   void unlock() override {}
   void stage(creation::Stage /*stage*/, creation::StageState /*state*/) override {}
-  void counted(std::string_view text) override;
+  void counted(std::string_view /*text*/) override {}
+  void pace(std::string_view text) override;
   void password_set(std::string_view account, std::string_view password) override;
 
   void on_password(std::function<void(std::string_view account, std::string_view password)> take) {

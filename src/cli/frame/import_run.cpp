@@ -74,17 +74,22 @@ void print_end(Output& output, const session::ImportState& state, const Counts& 
                std::string_view light, const std::string& message) {
   const std::string error_path = local::to_local_path(state.error_path);
   const std::string summary_path = local::to_local_path(state.summary_path);
+  const std::string remaining_path = local::to_local_path(state.remaining_path);
+  const std::string record_path = local::to_local_path(state.record_path);
   output.result({{"light", light},
                  {"created", counts.created},
                  {"warned", counts.warnings},
                  {"refused", counts.refused},
                  {"importErr", error_path},
                  {"summary", summary_path},
+                 {"remaining", remaining_path},
+                 {"record", record_path},
                  {"message", message}},
                 std::to_string(counts.created) + " created, " + std::to_string(counts.warnings) +
                     " of them with warnings, " + std::to_string(counts.refused) + " not created" +
                     (state.ImportStopped ? ", stopped.\n" : ".\n") + "Not created: " + printable(error_path) +
-                    "\n" + "Summary:     " + printable(summary_path));
+                    "\nRemaining:   " + printable(remaining_path) +
+                    "\nSummary:     " + printable(summary_path) + "\nRecord:      " + printable(record_path));
 }
 
 /// Prints what went wrong besides the creations, each text once: a log or a summary that could not be

@@ -39,6 +39,7 @@ std::unique_ptr<QDialog> make_cancel_import(windows::Desktop& session, QWidget* 
   bind_to(*bar, form.ProgressBar1);
   follow(*bar, form.ProgressBar1.value, [paint = PacedPainting(*bar)](int) { paint(); });
   add_caption(*column, "progress", form.progress);
+  add_caption(*column, "import_pace", form.import_pace);
   column->addStretch();
   auto* const row = new QHBoxLayout;
   column->addLayout(row);

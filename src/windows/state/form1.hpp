@@ -96,6 +96,7 @@ struct Form1 {
   controls::Label run;
   controls::ProgressBar ProgressBar1;
   controls::Label progress;
+  controls::Label import_pace;  ///< how far an import is, and how fast
   controls::Label Import_Text;
 
   // User details tab.

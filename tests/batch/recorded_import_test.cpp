@@ -1,0 +1,171 @@
+#include <fstream>
+
+#include "batch/resume_import.hpp"
+#include "batch/undo_import.hpp"
+#include "local/system_clock.hpp"
+#include "platform/utf16.hpp"
+#include "support/lab_session.hpp"
+#include "support/number_of.hpp"
+#include "windows/import.hpp"
+#include "windows/state/form1.hpp"
+#include "windows/state/import_windows.hpp"
+
+namespace twk::batch {
+namespace {
+
+using lab::DomainKind;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr std::string_view kRecord = "Import Record - 311226090500.jsonl";
+constexpr std::string_view kRemaining = "Import Remaining - 311226090500.csv";
+
+/// A lab whose template gives a home with a share, a profile and the group "Staff", and where a file was
+/// imported.
+class RecordedWorld : public test::LabSession {
+ public:
+  explicit RecordedWorld(DomainKind kind = DomainKind::kNative) : LabSession(kind) {
+    staff.HomeDirPath = "D:\\Users\\%UserName%";
+    staff.ProfileDirPath = "D:\\Profiles\\%UserName%";
+    staff.HomeShare = "%UserName%$";
+    staff.GroupCount = 1;
+    staff.Groups[0] = "Staff";
+    start();
+    session.form1.Create_Dirs.value = 1;
+    session.form1.Create_Shares.value = 1;
+    session.import.row_done = [this](const session::ImportRow& row) {
+      rows.push_back(base::to_text(row.line) + " " + row.outcome.light + " " + row.outcome.user);
+    };
+  }
+
+  void import(std::string_view bytes) {
+    std::ofstream(path(), std::ios::binary) << bytes;
+    windows::Import_File(session, path());
+  }
+  [[nodiscard]] std::string path() const { return (folder.path() / "starters.csv").string(); }
+  RecordedRun record() {
+    return read_import_record(services.files.read(session.dbpath + std::string(kRecord)));
+  }
+  std::vector<std::string> undo() {
+    std::vector<std::string> told;
+    undo_import(session, record(), [&](const UndoneLine& undone) {
+      told.push_back(base::to_text(undone.line.number) + " " + undone.outcome.light);
+      for (const std::string& warning : undone.outcome.warnings)
+        told.push_back(warning);
+      return true;
+    });
+    return told;
+  }
+  [[nodiscard]] bool has_folder(const std::string& path) const {
+    return std::filesystem::exists(folder.path() / "servers/FS1/D" / path);
+  }
+
+  std::vector<std::string> rows;
+};
+
+class InEachKindOfDomain : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, InEachKindOfDomain, testing::Values(DomainKind::kNative, DomainKind::kNt),
+                         test::kind_name);
+
+TEST_P(InEachKindOfDomain, ARunThatIsTakenBackLeavesNothing) {
+  RecordedWorld world(GetParam());
+  world.import("Jo,,Smith\r\nalone\r\nJo,,Smith\r\nAnn,,Lee");
+  EXPECT_EQ(world.database_file(kRemaining), "alone\nJo,,Smith\n");
+  const RecordedRun run = world.record();
+  std::vector<std::string> kinds;
+  for (const RecordedThing& thing : run.lines.front().things)
+    kinds.push_back(thing.kind);
+  EXPECT_THAT(kinds, ElementsAre("folder", "folder", "account", "group", "share"));
+  EXPECT_THAT(world.undo(), ElementsAre("4 GREEN", "1 GREEN"));
+  for (const char* const name : {"Jo.Smith", "Ann.Lee"}) {
+    EXPECT_NE(test::number_of([&] { static_cast<void>(world.account(name)); }), 0) << name;
+    EXPECT_FALSE(world.has_folder(std::string("Users/") + name));
+    EXPECT_FALSE(world.has_folder(std::string("Profiles/") + name));
+  }
+  EXPECT_THAT(world.undo(), ElementsAre("4 GREEN", "1 GREEN")) << "there is nothing left to do";
+}
+
+TEST(RecordedImport, AnAccountIsFoundByItsIdentifierAndWhatOthersAddedStays) {
+  RecordedWorld world;
+  world.import("Jo,,Smith\nAnn,,Lee\n");
+  world.place()->MoveHere("LDAP://CN=Jo.Smith," + std::string(test::kNewStarters), "CN=Jo West");
+  std::ofstream(world.folder.path() / "servers/FS1/D/Users/Jo.Smith/letter.txt") << "x";
+  world.place()->Delete("user", "CN=Ann.Lee");
+  world.make_user("Ann.Lee");
+  EXPECT_THAT(world.undo(),
+              ElementsAre("2 GREEN", "1 YELLOW",
+                          "The folder \\\\FS1\\D$\\Users\\Jo.Smith is kept: someone has put 1 entry "
+                          "into it"));
+  EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Jo.Smith")); }), 0);
+  EXPECT_EQ(world.property("Ann.Lee", "samAccountName"), "Ann.Lee") << "someone else's by now";
+  EXPECT_TRUE(world.has_folder("Users/Jo.Smith/letter.txt"));
+}
+
+TEST(RecordedImport, AStoppedRunGoesOnAsItWasAskedForThen) {
+  RecordedWorld world;
+  const auto tell = world.session.import.row_done;
+  world.session.import.row_done = [&](const session::ImportRow& row) {
+    tell(row);
+    world.session.import.ImportStopped = row.line == 2;
+  };
+  world.session.form1.STOP_ON_RED[0].value = 1;
+  world.import("Jo,,Smith\nKim,,Ray\nJo,,Smith\nAnn,,Lee\n");
+  EXPECT_EQ(world.database_file(kRemaining), "Jo,,Smith\nAnn,,Lee\n");
+  const ResumedImport resumed = plan_resumption(world.session, world.record());
+  EXPECT_EQ(resumed.file, world.path());
+  EXPECT_THAT(resumed.order.made_before, ElementsAre(1, 2));
+  EXPECT_TRUE(resumed.order.halt_on_errors);
+  EXPECT_FALSE(resumed.broken);
+  EXPECT_EQ(resumed.order.user.SelectedNodeKey, world.session.form1.TreeView1.selected()->key);
+
+  std::ofstream(world.path(), std::ios::app) << "Lou,,Gray\n";
+  EXPECT_EQ(test::number_of([&] { plan_resumption(world.session, world.record()); }),
+            base::error::kTypeMismatch);
+}
+
+TEST(RecordedImport, ABrokenLineIsTakenBackUnlessItsAccountIsOlder) {
+  RecordedWorld world;
+  world.import("Jo,,Smith\n");
+  const std::string path = "LDAP://CN=Jo.Smith," + std::string(test::kNewStarters);
+  RecordedLine line{1, "Jo.Smith", path, base::to_filetime(local::SystemClock().utc_now()), {}, {}};
+  line.begun_at += std::int64_t{600} * 10'000'000;
+  EXPECT_FALSE(take_back(world.session, line).done);
+  EXPECT_EQ(world.property("Jo.Smith", "samAccountName"), "Jo.Smith");
+  line.begun_at -= std::int64_t{600} * 10'000'000;
+  EXPECT_TRUE(take_back(world.session, line).done);
+  EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Jo.Smith")); }), 0);
+}
+
+TEST(RecordedImport, TheRemainingLinesKeepEncodingHeadingAndQuotes) {
+  RecordedWorld world;
+  const std::string text = "First name;Last name\r\nZoë;Ray\r\nJo;Smith\r\nZoë;\"Ray\"\r\nZoë;Ray\r\n";
+  const auto wide = [](std::string_view utf8) {
+    const base::Bytes units = platform::to_utf16(utf8);
+    return "\xFF\xFE" + std::string(units.begin(), units.end());
+  };
+  world.session.csv_import.chkCsv.value = 1;
+  world.session.import.ImportDefaultLayout = false;
+  world.session.import.ImportFirstField = 1;
+  world.session.import.ImportLastField = 2;
+  world.import(wide(text));
+  EXPECT_EQ(world.services.files.read(world.session.dbpath + std::string(kRemaining)),
+            wide("First name;Last name\r\nZoë;\"Ray\"\r\nZoë;Ray\r\n"))
+      << testing::PrintToString(world.rows);
+}
+
+TEST(RecordedImport, ARecordIsReadAsFarAsItWasWrittenAndOthersAreRefused) {
+  const std::string first = R"({"record":"import","version":1,"domain":"twk.test"})"
+                            "\n";
+  const RecordedRun run = read_import_record(first +
+                                             R"({"line":2,"user":"Jo","begins":"LDAP://CN=Jo"})"
+                                             "\n" +
+                                             R"({"line":2,"made":"acc)");
+  ASSERT_NE(run.broken_line(), nullptr);
+  EXPECT_EQ(run.broken_line()->begun, "LDAP://CN=Jo");
+  for (const std::string& bytes : {std::string(), std::string("x\n"), first + "x\n",
+                                   std::string(R"({"record":"import","version":2})") + "\n"})
+    EXPECT_EQ(test::number_of([&] { read_import_record(bytes); }), base::error::kTypeMismatch) << bytes;
+}
+
+}  // namespace
+}  // namespace twk::batch
