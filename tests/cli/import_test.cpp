@@ -127,9 +127,9 @@ $ user import $FILE $STAFF --dry-run => 1
 | 2 would be created, 1 of them with warnings, 0 not created. Nothing was written.
 $ user show Jo.Smith => 2
 $ user create $STAFF --dry-run --keep-names jo 'da Silva'
-| Make the user CN=jo.da Silva in
+| FullName = jo da Silva
 $ user create $STAFF --dry-run jo 'da Silva'
-| Make the user CN=Jo.Da Silva in
+| FullName = Jo Da Silva
 $ template edit Staff --home-dir-path 'D:\Homes\%UserName%'
 $ user import $FILE $STAFF --preview => 2 There is no folder \\FS1\D$\Homes
 {"check": "folder", "light": "RED"}

@@ -97,12 +97,19 @@ TEST_F(ImportWindowsTest, ASpreadsheetIsShownUnderItsHeadingsWithItsAccountNames
   settle();
 }
 
-TEST_F(ImportWindowsTest, CancelAndEscInTheLayoutTakeNothingIn) {
+TEST_F(ImportWindowsTest, CancelEscAndRehearseInTheLayoutTakeNothingIn) {
   open();
   import_starters([this](QWidget& layout) { click("Command2", &layout); });
   import_starters([](QWidget& layout) { QTest::keyClick(&layout, Qt::Key_Escape); });
   EXPECT_EQ(status(), "Ready.");
   EXPECT_THAT(shown_in("ListView1"), IsEmpty());
+  import_starters([this](QWidget& layout) {
+    expect_box("20 users would be created");
+    expect_window([this](QWidget& again) { click("Command2", &again); });
+    click("Rehearse", &layout);
+  });
+  EXPECT_THAT(shown_in("ListView1"), Contains("Line 20: First20.Floor would be created"));
+  EXPECT_EQ(lab.path_of("First20.Floor"), "");
 }
 
 /// How a person stops a run.
