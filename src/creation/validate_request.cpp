@@ -124,7 +124,9 @@ Step refuse_name(CreationRun& run) {
 }  // namespace
 
 std::string form_user_id(Session& session, const NewUserRequest& request) {
-  const auto name = [](const std::string& text) { return std::string(base::trim(capitalized(text))); };
+  const auto name = [&](const std::string& text) {
+    return std::string(base::trim(request.keeps_names ? text : capitalized(text)));
+  };
   return format::UserName(session, request.formats.account, name(request.FirstName), name(request.MiddleName),
                           name(request.LastName));
 }

@@ -130,7 +130,7 @@ void read_layout(Desktop& session) {
   if (window.chkCsv.on()) {
     show_records(session, bytes);
     window.Hint.caption =
-        std::string("Account names are those that the format makes; the import checks whether each is free.");
+        std::string("Account names are those that the format makes; Rehearse checks whether each is free.");
   } else {
     show_lines(session, bytes);
     window.Hint.caption = hint_at_csv(bytes);
