@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "batch/import.hpp"
+#include "batch/import_order.hpp"
 #include "platform/files.hpp"
 #include "records/json_line.hpp"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "batch/import.hpp"
+#include "batch/import_order.hpp"
 #include "batch/import_record.hpp"
 #include "batch/remaining_lines.hpp"
 #include "session/creation_outcome.hpp"

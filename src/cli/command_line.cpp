@@ -67,7 +67,12 @@ const CLI::App& innermost(const CLI::App& app) {
 std::string fault_text(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<std::string> unknown = app.remaining(true);
   const bool named = !unknown.empty() && dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
-  return named ? "unknown command or option " + unknown.front() : std::string(error.what());
+  if (named)
+    return "unknown command or option " + unknown.front();
+  const std::string text = error.what();
+  const std::size_t word = text.rfind(": ");
+  const bool is_extra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr && word != std::string::npos;
+  return is_extra ? "unknown command or option " + text.substr(word + 2) : text;
 }
 
 /// True when a command should run; false when help or the version was requested and printed.

@@ -271,6 +271,7 @@ std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& reques
       return std::nullopt;
     return step == Step::kGoOn ? finish(run) : outcome_of(run, {}, run.message);
   } catch (const base::RuntimeError& failure) {
+    session.log.write_gathered();
     if (run.traps_off)
       throw;
     return fail(run, failure);

@@ -250,8 +250,8 @@ TEST_F(ImportingUsers, GoesOnWithAHaltedRunAndTakesItBack) {
   const std::string passwords = file("passwords.csv", "");
   std::filesystem::remove(passwords);
   play(R"(
-$ user import $FILE $STAFF --halt-on-warnings --skip-prompts --passwords $PASSWORDS => 2 Errors during Import
-{"created": 1}
+$ user import $FILE $STAFF --halt-on-warnings --passwords $PASSWORDS => 2 Errors during Import
+| 3 created, 1 of them
 $ user import $FILE $STAFF --passwords $PASSWORDS => 65 exists already
 $ user import --resume $FILE => 65 no line of the record
 $ user import --resume $FILE $FILE => 64
@@ -274,8 +274,10 @@ $ user import --undo $RECORD --dry-run
 | Delete
 $ user show Al.Bo
 $ --yes user import --undo $RECORD
-{"line": 1, "user": "Al.Bo", "light": "GREEN"}
-{"done": 1}
+{"line": 3, "user": "John.Smith1", "light": "GREEN"}
+{"line": 2}
+{"line": 1}
+{"done": 3}
 $ user show Al.Bo => 2
 )",
        {{"$RECORD", {record}}});
