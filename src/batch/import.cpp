@@ -179,25 +179,27 @@ std::string_view name_of(End end) {
   return {};
 }
 
-/// True for an end that is not a halt.
+/// True for an end that is not a halt. The row of the log tab bears the record of the run.
 bool tell_end(Session& session, End end, std::string_view path) {
+  const std::string& record = session.import.record_path;
   switch (end) {
     case End::kEndOfFile:
       session::LOG_TAB(session, session::kGreen,
                        "Number of Users Imported from " + title(path) + " = " +
-                           base::to_text(session.import.ImportAddedCount));
+                           base::to_text(session.import.ImportAddedCount),
+                       record);
       return true;
     case End::kStopped:
-      session::LOG_TAB(session, session::kGreen, " Import Halted by User");
+      session::LOG_TAB(session, session::kGreen, " Import Halted by User", record);
       return true;
     case End::kErrorHalt:
       session.platform.dialogs.beep();
-      session::LOG_TAB(session, session::kRed, " Import Halted because errors were detected");
+      session::LOG_TAB(session, session::kRed, " Import Halted because errors were detected", record);
       error_line(session, kErrorHalt);
       return false;
     case End::kWarningHalt:
       session.platform.dialogs.beep();
-      session::LOG_TAB(session, session::kYellow, " Import Halted because WARNINGS were detected");
+      session::LOG_TAB(session, session::kYellow, " Import Halted because WARNINGS were detected", record);
       error_line(session, kWarningHalt);
       return false;
   }

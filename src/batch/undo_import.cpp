@@ -191,6 +191,17 @@ void undo_import(Session& session, const RecordedRun& run,
   }
 }
 
+std::string undo_question(const RecordedRun& run) {
+  const auto count = [&run](std::string_view kind, const char* plural) {
+    std::int64_t number = 0;
+    for (const RecordedLine& line : run.lines)
+      number += std::ranges::count(line.things, kind, &RecordedThing::kind);
+    return base::to_text(number) + " " + std::string(kind) + (number == 1 ? "" : plural);
+  };
+  return "Take back the import of " + run.order.text("begun") + ": " + count("account", "s") + ", " +
+         count("folder", "s") + ", " + count("share", "s") + " and " + count("mailbox", "es") + "?";
+}
+
 std::string refused_record(const Session& session, const RecordedRun& run) {
   const std::string domain = run.order.text("domain");
   if (base::equals_fold(domain, session.DomainName))

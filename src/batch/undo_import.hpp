@@ -26,6 +26,10 @@ struct UndoneLine {
 void undo_import(session::Session& session, const RecordedRun& run,
                  const std::function<bool(const UndoneLine&)>& done);
 
+/// What is asked before: "Take back the import of 27/11/2026 05:54:59: 7 accounts, 14 folders, 0 shares and 7
+/// mailboxes?"
+std::string undo_question(const RecordedRun& run);
+
 /// Why a run cannot be taken back or taken up in this session; empty when it can.
 std::string refused_record(const session::Session& session, const RecordedRun& run);
 

@@ -120,7 +120,7 @@ void ActivityLog::close() {
   file_.reset();
 }
 
-std::string ActivityLog::add_row(std::string_view severity, std::string_view message) {
+std::string ActivityLog::add_row(std::string_view severity, std::string_view message, std::string key) {
   if (severity != kGreen && severity != kYellow && severity != kRed)
     throw base::RuntimeError(base::error::kOutOfBounds, "No such light: " + std::string(severity));
   if (severity == kRed)
@@ -130,7 +130,7 @@ std::string ActivityLog::add_row(std::string_view severity, std::string_view mes
   if (!keeps_rows_)
     return text;
   added_.push_back({std::string(severity), text});
-  rows_.add({}, text, std::string(severity), {date_and_time(services_.clock)});
+  rows_.add(std::move(key), text, std::string(severity), {date_and_time(services_.clock)});
   return text;
 }
 

@@ -71,9 +71,9 @@ class ActivityLog {
   [[nodiscard]] std::string path() const { return directory_ + "Log.txt"; }
   /// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN has the reasons
   /// logged since the previous row after the message: " User jo deleted.: Error Deleting: …;
-  /// …", each text once and the first of many. Returns the text of the row. Raises when the severity is not
-  /// one of the three.
-  std::string add_row(std::string_view severity, std::string_view message);
+  /// …", each text once and the first of many. `key`, which must be unique, says what the row is about.
+  /// Returns the text of the row. Raises when the severity is not one of the three.
+  std::string add_row(std::string_view severity, std::string_view message, std::string key = {});
   /// A rehearsal of many lines has no log tab: its rows are only formed.
   void keep_rows(bool on) { keeps_rows_ = on; }
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }

@@ -7,8 +7,8 @@
 
 namespace twk::session {
 
-std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message) {
-  return session.log.add_row(severity, message);
+std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message, std::string key) {
+  return session.log.add_row(severity, message, std::move(key));
 }
 
 std::string date_and_time(Session& session) {

@@ -12,7 +12,8 @@ struct Session;
 class RunFile;
 
 /// One row of the session's log; see `ActivityLog::add_row`.
-std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message);
+std::string LOG_TAB(Session& session, std::string_view severity, std::string_view message,
+                    std::string key = {});
 
 /// "31/12/2026 09:05:00" of the session's clock.
 std::string date_and_time(Session& session);

@@ -9,6 +9,7 @@
 #include "windows/import.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/import_windows.hpp"
+#include "windows/undo_import.hpp"
 
 namespace twk::batch {
 namespace {
@@ -121,6 +122,24 @@ TEST(RecordedImport, AStoppedRunGoesOnAsItWasAskedForThen) {
   std::ofstream(world.path(), std::ios::app) << "Lou,,Gray\n";
   EXPECT_EQ(test::number_of([&] { plan_resumption(world.session, world.record()); }),
             base::error::kTypeMismatch);
+}
+
+TEST(RecordedImport, ItsRowInTheLogTabTakesItBackAfterAQuestion) {
+  RecordedWorld world;
+  world.import("Jo,,Smith\n");
+  controls::ListView& log = world.session.log_rows;
+  EXPECT_FALSE(windows::is_of_import(&log.at(0)));
+  log.select(&log.at(log.size() - 1));
+  ASSERT_TRUE(windows::is_of_import(log.selected()));
+  world.dialogs.expect(undo_question(world.record()), platform::Answer::kNo);
+  windows::undo_import(world.session);
+  EXPECT_EQ(world.property("Jo.Smith", "samAccountName"), "Jo.Smith");
+  world.dialogs.expect(
+      "Take back the import of 31/12/2026 09:05:00: 1 account, 2 folders, 1 share and 0 mailboxes?",
+      platform::Answer::kYes);
+  windows::undo_import(world.session);
+  EXPECT_THAT(world.session.status.panel1.get(), testing::StartsWith("1 users taken back, 0 not."));
+  EXPECT_THAT(world.log_tab(), testing::Contains(HasSubstr("Jo.Smith Taken Back")));
 }
 
 TEST(RecordedImport, ABrokenLineIsTakenBackUnlessItsAccountIsOlder) {

@@ -256,6 +256,23 @@ TEST_F(EntryStoreTest, TwoStoresOnOneFolderSeeEachOthersChanges) {
   EXPECT_EQ(exported(*one), exported(*two));
 }
 
+TEST_F(EntryStoreTest, InATurnOthersChangesAreLookedForOnceAndBeforeEachWrite) {
+  StoreTerms terms;
+  const auto one = open_entry_store(folder_.path(), "domain", nullptr, terms);
+  const auto two = open();
+  terms.turn->begin();
+  one->refresh();
+  add_user(*two, "bob", west_);
+  one->refresh();
+  EXPECT_EQ(one->find_account("bob"), nullptr);
+  add_user(*one, "cid", west_);
+  EXPECT_NE(one->find_account("bob"), nullptr);
+  add_user(*two, "dan", west_);
+  terms.turn->end();
+  one->refresh();
+  EXPECT_NE(one->find_account("dan"), nullptr);
+}
+
 TEST_F(EntryStoreTest, ATornTailIsDroppedWithAWarningWhereverItsCutIs) {
   const auto store = open();
   add_user(*store, "bob", west_);

@@ -52,24 +52,6 @@ void print_line(Context& context, std::int32_t number, const std::string& user,
                     pad(printable(user), 20) + "  " + printable(message));
 }
 
-/// What the question before an undo says.
-std::string counts_of(const batch::RecordedRun& run) {
-  std::int64_t accounts = 0;
-  std::int64_t folders = 0;
-  std::int64_t shares = 0;
-  std::int64_t mailboxes = 0;
-  for (const batch::RecordedLine& line : run.lines) {
-    for (const batch::RecordedThing& thing : line.things) {
-      accounts += thing.kind == "account" ? 1 : 0;
-      folders += thing.kind == "folder" ? 1 : 0;
-      shares += thing.kind == "share" ? 1 : 0;
-      mailboxes += thing.kind == "mailbox" ? 1 : 0;
-    }
-  }
-  return base::to_text(accounts) + " accounts, " + base::to_text(folders) + " folders, " +
-         base::to_text(shares) + " shares and " + base::to_text(mailboxes) + " mailboxes";
-}
-
 }  // namespace
 
 int resume_import(Context& context, const std::string& record, const ImportExtras& extras) {
@@ -100,8 +82,7 @@ int undo_import(Context& context, const std::string& record, bool dry_run) {
   session::Session& session = context.session(Depth::kDomain);
   if (const std::string fault = batch::refused_record(session, run); !fault.empty())
     throw BadInput(fault);
-  const std::string question =
-      "Take back the import of " + run.order.text("begun") + ": " + counts_of(run) + "?";
+  const std::string question = batch::undo_question(run);
   if (!dry_run && context.dialogs().MsgBox(question, platform::Buttons::kYesNo, platform::Icon::kQuestion,
                                            "Undo Import") != platform::Answer::kYes)
     return kExitRed;

@@ -1,4 +1,5 @@
 #include <QHeaderView>
+#include <QPushButton>
 #include <QScrollBar>
 
 #include "screens/main/tabs.hpp"
@@ -7,6 +8,7 @@
 #include "session/log_tab.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/undo_import.hpp"
 
 namespace twk::screens {
 namespace {
@@ -37,6 +39,17 @@ QWidget* make_log_tab(windows::Desktop& session, QWidget* parent) {
   auto* const buttons = new QHBoxLayout;
   column->addLayout(buttons);
   add_button(*buttons, "&Clear", "Clear_log", [&session] { session::Clear_log(session); });
+  QPushButton* const undo =
+      add_button(*buttons, "&Undo Import…", "Undo_Import", [&session] { windows::undo_import(session); });
+  undo->setToolTip("Take back what the import of the selected row made");
+  const auto show = [&session, undo] {
+    undo->setEnabled(windows::is_of_import(session.log_rows.selected()));
+  };
+  show();
+  keep(*undo, session.log_rows.watch([show](const controls::ListChange& change) {
+    if (change.kind != controls::ListChange::Kind::kResetting)
+      show();
+  }));
   buttons->addStretch();
   add_button(*buttons, "&View Log File", "Log_Detail", [&session] { session::Log_Detail(session); });
   add_button(*buttons, "Delete Lo&g File", "Delete_Log_File",
