@@ -33,7 +33,7 @@ std::string JsonLine::bytes() const {
   nlohmann::ordered_json object = nlohmann::ordered_json::object();
   for (const auto& [key, value] : fields_)
     std::visit([&, &name = key](const auto& one) { object[name] = one; }, value);
-  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  return object.dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
 std::optional<JsonLine> JsonLine::parse(std::string_view line) {

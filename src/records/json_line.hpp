@@ -10,7 +10,8 @@
 
 namespace twk::records {
 
-/// A line of a file of JSON lines: one object of texts, numbers and truth values, RFC 8259, in UTF-8.
+/// A line of a file of JSON lines: one object of texts, numbers and truth values, RFC 8259. It is
+/// written in ASCII, so that no character of a name moves a cursor or turns the text around.
 class JsonLine {
  public:
   using Value = std::variant<std::string, std::int64_t, bool>;

@@ -198,7 +198,8 @@ def main():
     twk("settings", "set", "UM", "RunCmd", "No", codes=(0,))
     check_tables()
     for path in pathlib.Path("lab/db").iterdir():
-        if path.suffix in (".txt", ".err", ".csv"):  # tables are data, whose letters stay
+        # Tables are data, whose letters stay, and so are the lines that can be imported once more.
+        if path.suffix in (".txt", ".err", ".csv", ".jsonl") and not path.name.startswith("Import Remaining"):
             look_at_lines(path.name, path.read_bytes().replace(b"\r\n", b"\n"), re.compile("[\x00-\x08\x0b-\x1f\x7f]"))
     if faults:
         sys.exit(f"{len(faults)} faults\n" + "\n".join(faults[:25]))

@@ -132,7 +132,8 @@ void QtDialogs::beep() {
 }
 
 void QtDialogs::DoEvents() {
-  if (!events_.is_due())
+  // An import is done with a user long before anyone could press a button.
+  if (session_ != nullptr && session_->cancel_import.visible && !events_.is_due())
     return;
   const bool can_stop =
       session_ != nullptr && (session_->cancel_import.visible || session_->file_progress.visible ||

@@ -22,7 +22,7 @@ class QtDialogs final : public platform::Dialogs {
   void show_modal(std::string_view window) override;
   void beep() override;
   /// A person's input is let in only while there is something to stop, an import or a function of the
-  /// multi-user window; otherwise only repaints are. Most calls find that it was done a moment ago.
+  /// multi-user window; otherwise only repaints are.
   void DoEvents() override;
 
  private:
