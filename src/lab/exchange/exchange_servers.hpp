@@ -12,7 +12,8 @@
 namespace twk::lab {
 
 /// The Exchange 5.5 servers of a lab: "exchange/<SERVER>.ldif", a directory each, opened at its first use.
-/// As a file server, it does not wait for its disk after each change. It listens for LDAP on the port that "ldapPort" of its "O=" entry names, 389 without one.
+/// As a file server, it does not wait for its disk after each change. It listens for LDAP on the port that
+/// "ldapPort" of its "O=" entry names, 389 without one.
 class ExchangeServers {
  public:
   ExchangeServers(std::filesystem::path folder, local::TurnPtr turn,

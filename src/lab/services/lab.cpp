@@ -25,7 +25,8 @@ struct Lab::Services {
            const std::function<void(const std::string&)>& warn)
       : folder(root),
         servers(root / "servers", names, turn, warn),
-        store(entry_store_opened_at_use(root, "domain", warn, {turn, true}, [this] { add_missing_configuration(domain); })),
+        store(entry_store_opened_at_use(root, "domain", warn, {turn, true},
+                                        [this] { add_missing_configuration(domain); })),
         environment(config.controller),
         domain{.config = config,
                .store = *store,

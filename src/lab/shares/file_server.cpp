@@ -145,10 +145,7 @@ std::optional<std::string> FileServer::account_name(const platform::Sid& sid) co
 
 FileServers::FileServers(fs::path folder, std::shared_ptr<local::FoldedNames> names, local::TurnPtr turn,
                          std::function<void(const std::string&)> warn)
-    : folder_(std::move(folder)),
-      names_(std::move(names)),
-      turn_(std::move(turn)),
-      warn_(std::move(warn)) {}
+    : folder_(std::move(folder)), names_(std::move(names)), turn_(std::move(turn)), warn_(std::move(warn)) {}
 
 FileServer* FileServers::find(std::string_view name) {
   if (name.starts_with("\\\\"))

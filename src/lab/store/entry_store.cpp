@@ -152,8 +152,8 @@ void EntryStore::Implementation::refresh() {
 
 /// Reads what others wrote, with the lock held.
 void EntryStore::Implementation::catch_up() {
-  const bool has_new_ldif =
-      (terms_.turn->is_due(looked_at_ldif_) || journal_.is_new()) && !same_file(status_of(ldif_path_), ldif_status_);
+  const bool has_new_ldif = (terms_.turn->is_due(looked_at_ldif_) || journal_.is_new()) &&
+                            !same_file(status_of(ldif_path_), ldif_status_);
   if (must_reload_ || has_new_ldif || (journal_.is_new() && has_changes_)) {
     reload(true);
   } else if (journal_.is_new()) {
@@ -458,8 +458,7 @@ std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder
 std::unique_ptr<EntryStore> entry_store_opened_at_use(const std::filesystem::path& folder,
                                                       const std::string& name,
                                                       const std::function<void(const std::string&)>& warn,
-                                                      const StoreTerms& terms,
-                                                      std::function<void()> opened) {
+                                                      const StoreTerms& terms, std::function<void()> opened) {
   if (!status_of(folder))
     raise_file_error(ENOENT, folder);
   return std::make_unique<EntryStore>(std::make_unique<EntryStore::Implementation>(folder, name, warn, terms),

@@ -119,7 +119,6 @@ std::unique_ptr<EntryStore> open_entry_store(const std::filesystem::path& folder
 std::unique_ptr<EntryStore> entry_store_opened_at_use(const std::filesystem::path& folder,
                                                       const std::string& name,
                                                       const std::function<void(const std::string&)>& warn,
-                                                      const StoreTerms& terms,
-                                                      std::function<void()> opened);
+                                                      const StoreTerms& terms, std::function<void()> opened);
 
 }  // namespace twk::lab
