@@ -52,12 +52,17 @@ void name_files(Session& session) {
   const base::Date now = session.platform.clock.now();
   const std::string time = base::format_compact_date(now) + base::format_compact_time(now);
   ImportState& state = session.import;
+  platform::Files& files = session.platform.files;
   std::string suffix;
+  const auto path = [&](std::string_view what, std::string_view extension) {
+    std::string name(what);
+    name.append(" - ").append(time).append(suffix).append(extension);
+    return database_path(session, name);
+  };
   for (int next = 2;; ++next) {
-    state.summary_path = database_path(session, "Import Summary - " + time + suffix + ".csv");
-    state.remaining_path = database_path(session, "Import Remaining - " + time + suffix + ".csv");
-    state.record_path = database_path(session, "Import Record - " + time + suffix + ".jsonl");
-    platform::Files& files = session.platform.files;
+    state.summary_path = path("Import Summary", ".csv");
+    state.remaining_path = path("Import Remaining", ".csv");
+    state.record_path = path("Import Record", ".jsonl");
     if (!files.exists(state.summary_path) && !files.exists(state.remaining_path) &&
         !files.exists(state.record_path))
       return;

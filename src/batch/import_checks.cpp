@@ -101,7 +101,8 @@ void check_accounts(Common& common, const std::vector<records::PermissionRecord>
         }))
       continue;
     if (trap.number() == platform::security_error::kNoneMapped)
-      common.warn("permissions", table + " names " + account + ", which is not found",
+      common.warn("permissions",
+                  std::string(table).append(" names ").append(account) + ", which is not found",
                   "correct that row of the table, or make the account");
   }
 }
@@ -196,7 +197,7 @@ void check_folders(Common& common) {
     const bool missing = trap.number() == 0 || trap.number() == base::error::kFileNotFound ||
                          trap.number() == base::error::kPathNotFound;
     const std::string why = missing ? "" : ": " + base::in_words(trap.number(), trap.description());
-    common.stop("folder", "There is no folder " + parent + " for those of the users" + why,
+    common.stop("folder", std::string("There is no folder ").append(parent) + " for those of the users" + why,
                 "make it, give --make-parents, or correct the template and the site");
   }
 }
@@ -248,7 +249,7 @@ void check_names(Common& common) {
   for (const std::string& character :
        creation::invalid_characters(name, session::is_active_directory(session)))
     common.stop("name",
-                "The format of account names, \"" + format +
+                std::string("The format of account names, \"").append(format) +
                     "\", gives names with a character that none may hold: " + character,
                 remedy);
   if (name == format)

@@ -87,7 +87,7 @@ ObjectPtr find_account(Session& session, const RecordedLine& line) {
   const auto made = std::ranges::find_if(line.things, [](const auto& one) { return one.kind == "account"; });
   const bool recorded = made != line.things.end();
   const std::string path = recorded ? made->path : line.ended.empty() ? line.begun : std::string();
-  const ObjectPtr there = path.empty() ? nullptr : bind(session, path);
+  ObjectPtr there = path.empty() ? nullptr : bind(session, path);
   if (recorded && !made->sid.empty())
     return there != nullptr && sid_of(there) == made->sid ? there : find_by_sid(session, made->sid);
   if (there != nullptr && !recorded && !is_as_young(there, line))

@@ -86,8 +86,10 @@ std::vector<std::string> column_names(const batch::CsvHeadings& headings) {
   std::vector<std::string> names;
   for (const std::string& heading : headings.texts()) {
     const std::string number = base::to_text(static_cast<std::int64_t>(names.size() + 1));
-    const bool unique = single.contains(format::heading_key(heading));
-    names.push_back(heading.empty() ? "Column " + number : heading + (unique ? "" : " (" + number + ")"));
+    std::string name = heading.empty() ? "Column " + number : heading;
+    if (!heading.empty() && !single.contains(format::heading_key(heading)))
+      name.append(" (").append(number).append(")");
+    names.push_back(std::move(name));
   }
   return names;
 }

@@ -85,6 +85,7 @@ std::string cell_of(const Column& column, const Json& row) {
 
 std::vector<std::string> cells_of(const std::vector<Column>& columns, const Json& row) {
   std::vector<std::string> cells;
+  cells.reserve(columns.size());
   for (const Column& column : columns)
     cells.push_back(cell_of(column, row));
   return cells;
