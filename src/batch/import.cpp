@@ -255,6 +255,8 @@ bool Import_Users(Session& session, std::string_view path, const ImportOrder& or
       open_error_file(session, lines->heading());
       open_summary(session);
       recorded.open(recorded_order(session, path, bytes, order), bytes);
+      if (!order.resumes.empty())
+        note_in_record(session.platform.files, order.resumes, {{"resumed", state.record_path}});
     }
     const End end = run_lines(session, path, *lines, order, recorded);
     if (again)

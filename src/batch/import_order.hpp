@@ -20,6 +20,7 @@ struct ImportOrder {
   creation::NewUserRequest user;  ///< of each line, without its names
   bool halt_on_errors = false;
   bool halt_on_warnings = false;
+  std::string resumes = {};  ///< the record of the run that this one goes on with; empty for none
   std::set<std::int32_t> made_before = {};  ///< lines of which a run that was broken off made accounts
   bool csv = false;  ///< the file is a spreadsheet's: fields may be quoted, the first line holds headings
 };

@@ -1,6 +1,7 @@
 #include "batch/import_record.hpp"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -17,19 +18,26 @@ using session::Session;
   base::raise(base::error::kTypeMismatch, "line " + base::to_text(line) + ": " + std::string(fault));
 }
 
-RecordedLine& line_of(RecordedRun& run, const JsonLine& entry) {
+/// The place of each line among those of the run, by its number.
+using Places = std::unordered_map<std::int32_t, std::size_t>;
+
+RecordedLine& line_of(RecordedRun& run, Places& places, const JsonLine& entry) {
   const auto number = static_cast<std::int32_t>(entry.number("line"));
-  if (run.lines.empty() || run.lines.back().number != number)
+  const auto [place, is_new] = places.try_emplace(number, run.lines.size());
+  if (is_new)
     run.lines.push_back({number, {}, {}, 0, {}, {}});
-  return run.lines.back();
+  return run.lines[place->second];
 }
 
-void take_entry(RecordedRun& run, const JsonLine& entry) {
+void take_entry(RecordedRun& run, Places& places, const JsonLine& entry) {
+  if (const std::string next = entry.text("resumed"); !next.empty())
+    run.resumed_by = next;
   if (entry.number("line") == 0) {
-    run.ended = entry.text("ended");
+    if (const std::string ended = entry.text("ended"); !ended.empty())
+      run.ended = ended;
     return;
   }
-  RecordedLine& line = line_of(run, entry);
+  RecordedLine& line = line_of(run, places, entry);
   if (const std::string user = entry.text("user"); !user.empty())
     line.user = user;
   if (const std::string begun = entry.text("begins"); !begun.empty()) {
@@ -41,6 +49,12 @@ void take_entry(RecordedRun& run, const JsonLine& entry) {
         {kind, entry.text("path"), entry.text("sid"), entry.text("server"), entry.text("share")});
   if (const std::string ended = entry.text("ended"); !ended.empty())
     line.ended = ended;
+}
+
+/// True when what follows a line was noted in the record after its run: that had been killed within the line.
+bool is_torn(std::string_view bytes, std::size_t next) {
+  const auto entry = JsonLine::parse(bytes.substr(next, bytes.find('\n', next) - next));
+  return entry && (entry->text("ended") == kTakenBack || !entry->text("resumed").empty());
 }
 
 /// A column is named; a text that a person typed may be a password.
@@ -64,6 +78,7 @@ const RecordedLine* RecordedRun::broken_line() const {
 RecordedRun read_import_record(std::string_view bytes) {
   RecordedRun run;
   std::int32_t number = 0;
+  Places places;
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t end = bytes.find('\n', at);
     if (end == base::npos)
@@ -71,10 +86,12 @@ RecordedRun read_import_record(std::string_view bytes) {
     const auto entry = JsonLine::parse(bytes.substr(at, end - at));
     at = end + 1;
     ++number;
-    if (!entry)
+    if (!entry && (number == 1 || !is_torn(bytes, at)))
       refuse(number, "this is no line of the record of an import");
+    if (!entry)
+      continue;
     if (number > 1) {
-      take_entry(run, *entry);
+      take_entry(run, places, *entry);
       continue;
     }
     if (entry->text("record") != "import" || entry->number("version") != 1)
@@ -84,6 +101,19 @@ RecordedRun read_import_record(std::string_view bytes) {
   if (number == 0)
     refuse(1, "the file is not the record of an import");
   return run;
+}
+
+RecordedRun load_import_record(platform::Files& files, const std::string& path) {
+  RecordedRun run = read_import_record(files.read(path));
+  run.path = path;
+  return run;
+}
+
+void note_in_record(platform::Files& files, const std::string& path, const JsonLine& line) {
+  // After a line that was not written to its end.
+  const std::string bytes = files.read(path);
+  const bool torn = !bytes.empty() && !bytes.ends_with('\n');
+  files.open_append(path)->write((torn ? "\n" : "") + line.bytes());
 }
 
 std::string fingerprint(std::string_view bytes) {

@@ -19,12 +19,16 @@
 ///     {"line":2,"user":"Ann.Miller","made":"account","path":"LDAP://…","sid":"S-1-5-21-…"}
 ///     {"line":2,"user":"Ann.Miller","ended":"GREEN"}
 ///     {"ended":"whole"}
+///     {"resumed":"…/Import Record - ….jsonl"}                 the run that went on with this one
+///     {"line":2,"ended":"taken back"}                         what it had made is gone
 ///
 /// Nothing secret is in it: a fixed password is that of the settings.
 namespace twk::batch {
 
 /// How a line ended of which an earlier run had made an account.
 inline constexpr std::string_view kMadeBefore = "before";
+/// How a line ends that was undone: what stands at its paths since then is somebody else's.
+inline constexpr std::string_view kTakenBack = "taken back";
 
 /// Something that a run made; see `creation::MadeThing`.
 struct RecordedThing {
@@ -48,9 +52,11 @@ struct RecordedLine {
 };
 
 struct RecordedRun {
+  std::string path;         ///< of the record
   records::JsonLine order;  ///< the first line
   std::vector<RecordedLine> lines;
   std::string ended;  ///< "whole", "stopped", "errors", "warnings" or "failed"; empty when it was broken off
+  std::string resumed_by;  ///< the record of the run that went on with this one; empty for none
 
   /// The last line, on which the run was broken off; null when that ended.
   [[nodiscard]] const RecordedLine* broken_line() const;
@@ -59,6 +65,11 @@ struct RecordedRun {
 /// Reads the bytes of a record; a last line that was not written to its end is left out. Raises 13 for what
 /// is no record, with the line.
 RecordedRun read_import_record(std::string_view bytes);
+
+/// The same for the file of that path, whose reading raises what the files raise.
+RecordedRun load_import_record(platform::Files& files, const std::string& path);
+/// Adds a line to a record. Raises what the files raise.
+void note_in_record(platform::Files& files, const std::string& path, const records::JsonLine& line);
 
 /// FNV-1a of 64 bits in hexadecimal digits, by which a run knows its file.
 std::string fingerprint(std::string_view bytes);

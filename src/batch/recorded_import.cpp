@@ -1,7 +1,7 @@
 #include "batch/recorded_import.hpp"
 
 #include "base/errors.hpp"
-#include "platform/sid.hpp"
+#include "platform/adsi.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
 
@@ -26,17 +26,6 @@ std::string kind_of(creation::MadeThing::Kind kind) {
   return {};
 }
 
-/// Empty when the directory does not say.
-std::string sid_of(const platform::ObjectPtr& account) {
-  std::string text;
-  base::Trap unreadable;
-  unreadable([&] {
-    if (const auto sid = platform::Sid::decode(account->Get("objectSid").bytes()))
-      text = sid->text();
-  });
-  return text;
-}
-
 }  // namespace
 
 template <typename Step>
@@ -54,10 +43,16 @@ void RecordedImport::write(const JsonLine& entry) {
   if (!record_)
     return;
   base::Trap trap;
-  if (trap([&] { record_->write(entry.bytes()); }))
-    return;
+  if (!trap([&] { record_->write(entry.bytes()); }))
+    stop(trap.description());
+}
+
+void RecordedImport::stop(const std::string& reason) {
   record_.reset();
-  session::LOG_TAB(session_, session::kYellow, "Import files: " + trap.description());
+  session_.import.ImportStopped = true;
+  session::LOG_TAB(
+      session_, session::kYellow,
+      "Import files: " + reason + ". The import stops, as nobody could go on with it or take it back.");
 }
 
 void RecordedImport::open(const JsonLine& order, std::string_view bytes) {
@@ -66,7 +61,7 @@ void RecordedImport::open(const JsonLine& order, std::string_view bytes) {
   keep([&](RemainingLines& lines) { lines.open(files, session_.import.remaining_path, bytes); });
   base::Trap trap;
   if (!trap([&] { record_ = files.open_append(session_.import.record_path); }))
-    session::LOG_TAB(session_, session::kYellow, "Import files: " + trap.description());
+    stop(trap.description());
   write(order);
 }
 
@@ -113,7 +108,7 @@ void RecordedImport::made(const creation::MadeThing& thing) {
   if (record_) {
     JsonLine entry{{"line", number_}, {"made", kind_of(thing.kind)}, {"path", thing.path}};
     if (is_account)
-      entry.add("sid", sid_of(thing.account));
+      entry.add("sid", platform::readable_sid(thing.account));
     if (thing.kind == creation::MadeThing::Kind::kShare) {
       entry.add("server", thing.server);
       entry.add("share", thing.share);

@@ -13,7 +13,8 @@
 namespace twk::batch {
 
 /// The view of a run that keeps its record and its remaining lines, and tells everything on to the one that
-/// watches. A file that cannot be written is told once, in the log tab, and the run goes on without it.
+/// watches. Remaining lines that cannot be written are told once, in the log tab; without its record a run
+/// stops after the line in hand.
 class RecordedImport final : public ImportView {
  public:
   RecordedImport(session::Session& session, ImportView& watcher) : session_(session), watcher_(watcher) {}
@@ -49,6 +50,7 @@ class RecordedImport final : public ImportView {
 
  private:
   void write(const records::JsonLine& entry);
+  void stop(const std::string& reason);
   /// Does something with the remaining lines; a failure ends them.
   template <typename Step>
   void keep(Step step);

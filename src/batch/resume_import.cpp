@@ -1,5 +1,7 @@
 #include "batch/resume_import.hpp"
 
+#include <set>
+
 #include "base/errors.hpp"
 #include "batch/undo_import.hpp"
 #include "session/session.hpp"
@@ -11,13 +13,27 @@ namespace {
   base::raise(base::error::kTypeMismatch, fault);
 }
 
+/// Each run notes in the record of the one before that it went on with it.
+RecordedRun last_of(platform::Files& files, RecordedRun run) {
+  std::set<std::string> seen{run.path};
+  while (!run.resumed_by.empty()) {
+    if (!files.exists(run.resumed_by))
+      refuse("Another run went on with that import, but its record is gone: " + run.resumed_by);
+    if (!seen.insert(run.resumed_by).second)
+      refuse("The records of that import lead to each other: " + run.resumed_by);
+    run = load_import_record(files, run.resumed_by);
+  }
+  return run;
+}
+
 bool has_its_account(const RecordedLine& line) {
-  return line.ended == kMadeBefore || (line.has_account() && !line.ended.empty());
+  return line.ended == kMadeBefore || (line.has_account() && !line.ended.empty() && line.ended != kTakenBack);
 }
 
 }  // namespace
 
-ResumedImport plan_resumption(session::Session& session, const RecordedRun& run) {
+ResumedImport plan_resumption(session::Session& session, RecordedRun run) {
+  run = last_of(session.platform.files, std::move(run));
   if (const std::string fault = refused_record(session, run); !fault.empty())
     refuse(fault);
   ResumedImport resumed;
@@ -34,11 +50,13 @@ ResumedImport plan_resumption(session::Session& session, const RecordedRun& run)
   }
   if (const RecordedLine* const broken = run.broken_line())
     resumed.broken = *broken;
+  resumed.order.resumes = run.path;
+  resumed.run = std::move(run);
   return resumed;
 }
 
 session::RunOutcome take_back_broken_line(session::Session& session, const ResumedImport& resumed) {
-  return take_back(session, *resumed.broken);
+  return take_back_recorded(session, resumed.run, *resumed.broken);
 }
 
 }  // namespace twk::batch

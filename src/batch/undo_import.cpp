@@ -1,12 +1,15 @@
 #include "batch/undo_import.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "lifecycle/account/account_log.hpp"
+#include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
 #include "platform/sid.hpp"
 #include "session/log_tab.hpp"
@@ -22,7 +25,8 @@ using session::Session;
 struct Undo {
   Session& session;
   bool complete = true;
-  bool deleted = true;  ///< the account is gone
+  bool deleted = true;   ///< the account is gone
+  bool foreign = false;  ///< its path leads to somebody else's by now, and so may all that bore its name
 
   void keep(const std::string& what, std::string_view why) {
     session.log.reason(what + " is kept", why);
@@ -38,16 +42,6 @@ struct Undo {
     return false;
   }
 };
-
-std::string sid_of(const ObjectPtr& object) {
-  std::string text;
-  base::Trap none;
-  none([&] {
-    if (const auto sid = platform::Sid::decode(object->Get("objectSid").bytes()))
-      text = sid->text();
-  });
-  return text;
-}
 
 ObjectPtr bind(Session& session, const std::string& path) {
   ObjectPtr object;
@@ -83,13 +77,17 @@ bool is_as_young(const ObjectPtr& account, const RecordedLine& line) {
 
 /// The account that a line made; none when it is gone. One without an identifier, because the run was broken
 /// off while it was made, is the one at its path; raises when that may be somebody else's.
-ObjectPtr find_account(Session& session, const RecordedLine& line) {
-  const auto made = std::ranges::find_if(line.things, [](const auto& one) { return one.kind == "account"; });
+ObjectPtr find_account(Undo& undo, const RecordedLine& line) {
+  const auto made = std::ranges::find(line.things, "account", &RecordedThing::kind);
   const bool recorded = made != line.things.end();
   const std::string path = recorded ? made->path : line.ended.empty() ? line.begun : std::string();
-  ObjectPtr there = path.empty() ? nullptr : bind(session, path);
-  if (recorded && !made->sid.empty())
-    return there != nullptr && sid_of(there) == made->sid ? there : find_by_sid(session, made->sid);
+  ObjectPtr there = path.empty() ? nullptr : bind(undo.session, path);
+  if (recorded && !made->sid.empty()) {
+    if (there != nullptr && platform::readable_sid(there) == made->sid)
+      return there;
+    undo.foreign = there != nullptr;
+    return find_by_sid(undo.session, made->sid);
+  }
   if (there != nullptr && !recorded && !is_as_young(there, line))
     base::raise(base::error::kPermissionDenied, "it is older than the import: someone else made it");
   return there;
@@ -135,19 +133,23 @@ void remove_folder(Undo& undo, const RecordedThing& thing) {
     undo.session.log.line("Deleted Directory: " + thing.path);
 }
 
-void remove_account(Undo& undo, const RecordedLine& line) {
-  ObjectPtr account;
-  undo.deleted =
-      undo.attempt("The account " + line.user, [&] { account = find_account(undo.session, line); });
-  if (account == nullptr)
-    return;
-  const bool before = undo.complete;
-  undo.complete = true;
-  remove_object(undo, account, "The account " + line.user);
+/// The name is free again for the next user, and nobody sees the old one.
+void forget_account(Session& session, const ObjectPtr& account, const std::string& dn) {
+  const bool active_directory = session::is_active_directory(session);
+  lifecycle::remove_from_views(
+      session, active_directory ? "LDAP://" + session.DomainName + "/" + dn : account->Name());
+}
+
+void remove_account(Undo& undo, const ObjectPtr& account, const std::string& user) {
+  const std::string dn = platform::readable_text(account, "distinguishedName");
+  const bool before = std::exchange(undo.complete, true);
+  remove_object(undo, account, "The account " + user);
   undo.deleted = undo.complete;
   undo.complete = undo.complete && before;
-  if (undo.deleted)
-    undo.session.log.line("Deleted User: " + account->ADsPath());
+  if (!undo.deleted)
+    return;
+  undo.session.log.line("Deleted User: " + account->ADsPath());
+  forget_account(undo.session, account, dn);
 }
 
 void for_each(const RecordedLine& line, std::string_view kind, const auto& step) {
@@ -164,12 +166,21 @@ session::RunOutcome take_back(Session& session, const RecordedLine& line) {
   session.log.begin_block();
   session.log.line("Taking back the import of: " + line.user);
   Undo undo{session};
+  ObjectPtr account;
+  undo.deleted = undo.attempt("The account " + line.user, [&] { account = find_account(undo, line); });
+  if (undo.foreign)
+    undo.keep("What bore the name " + line.user, "another account has that path by now");
   {
     platform::WriteBatch batch(session.platform.directory);
-    for_each(line, "share", [&](const RecordedThing& thing) { remove_share(undo, thing); });
-    for_each(line, "mailbox", [&](const RecordedThing& thing) { remove_mailbox(undo, thing); });
-    remove_account(undo, line);
-    for_each(line, "folder", [&](const RecordedThing& thing) { remove_folder(undo, thing); });
+    const bool own = undo.deleted && !undo.foreign;
+    if (own) {
+      for_each(line, "share", [&](const RecordedThing& thing) { remove_share(undo, thing); });
+      for_each(line, "mailbox", [&](const RecordedThing& thing) { remove_mailbox(undo, thing); });
+    }
+    if (account != nullptr)
+      remove_account(undo, account, line.user);
+    if (own && undo.deleted)
+      for_each(line, "folder", [&](const RecordedThing& thing) { remove_folder(undo, thing); });
     undo.attempt("What was changed", [&] { batch.commit(); });
   }
   session.log.close();
@@ -182,11 +193,27 @@ session::RunOutcome take_back(Session& session, const RecordedLine& line) {
   return outcome;
 }
 
+session::RunOutcome take_back_recorded(Session& session, const RecordedRun& run, const RecordedLine& line) {
+  session::RunOutcome outcome = take_back(session, line);
+  if (!outcome.done)
+    return outcome;
+  base::Trap trap;
+  if (!trap([&] {
+        note_in_record(session.platform.files, run.path,
+                       {{"line", std::int64_t{line.number}}, {"ended", std::string(kTakenBack)}});
+      }))
+    session::LOG_TAB(session, session::kYellow, "Import files: " + trap.description());
+  return outcome;
+}
+
 void undo_import(Session& session, const RecordedRun& run,
                  const std::function<bool(const UndoneLine&)>& done) {
   for (auto line = run.lines.rbegin(); line != run.lines.rend(); ++line) {
     const bool made = !line->things.empty() || (!line->begun.empty() && line->ended.empty());
-    if (made && !done({*line, take_back(session, *line)}))
+    if (!made || line->ended == kTakenBack)
+      continue;
+    const UndoneLine undone{*line, take_back_recorded(session, run, *line)};
+    if (!done(undone))
       return;
   }
 }
@@ -194,8 +221,11 @@ void undo_import(Session& session, const RecordedRun& run,
 std::string undo_question(const RecordedRun& run) {
   const auto count = [&run](std::string_view kind, const char* plural) {
     std::int64_t number = 0;
-    for (const RecordedLine& line : run.lines)
+    for (const RecordedLine& line : run.lines) {
+      if (line.ended == kTakenBack)
+        continue;
       number += std::ranges::count(line.things, kind, &RecordedThing::kind);
+    }
     return base::to_text(number) + " " + std::string(kind) + (number == 1 ? "" : plural);
   };
   return "Take back the import of " + run.order.text("begun") + ": " + count("account", "s") + ", " +

@@ -11,9 +11,15 @@ namespace twk::batch {
 
 /// Takes back one line: its share, while that leads to the folder it was made for; its mailbox; its account,
 /// the one with that identifier, wherever it is and whatever it is called by now; its folders, while nobody
-/// put anything into them. GREEN when all of it is gone, YELLOW with what was kept and why, RED when the
-/// account could not be deleted. Memberships go with the account.
+/// put anything into them. Where another account has the path of that one by now, everything else is kept.
+/// GREEN when all of it is gone, YELLOW with what was kept and why, RED when the account could not be
+/// deleted. Memberships go with the account.
 session::RunOutcome take_back(session::Session& session, const RecordedLine& line);
+
+/// The same for a line of a run, whose record then says so: nothing is taken back twice, as what stands there
+/// later is somebody else's.
+session::RunOutcome take_back_recorded(session::Session& session, const RecordedRun& run,
+                                       const RecordedLine& line);
 
 /// One line of a run that was taken back.
 struct UndoneLine {

@@ -4,6 +4,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "platform/sid.hpp"
 
 namespace twk::platform {
 namespace {
@@ -62,6 +63,16 @@ std::string readable_text(const ObjectPtr& object, std::string_view attribute) {
   base::Trap unreadable;
   if (object != nullptr)
     unreadable([&] { text = object->Get(attribute).text(); });
+  return text;
+}
+
+std::string readable_sid(const ObjectPtr& account) {
+  std::string text;
+  base::Trap unreadable;
+  unreadable([&] {
+    if (const auto sid = Sid::decode(account->Get("objectSid").bytes()))
+      text = sid->text();
+  });
   return text;
 }
 

@@ -25,6 +25,8 @@ Value value_or_empty(DirectoryObject& object, std::string_view attribute);
 std::string text_or_empty(DirectoryObject& object, std::string_view attribute);
 /// For a text that is offered or compared only: empty also when it cannot be read, and for no object.
 std::string readable_text(const ObjectPtr& object, std::string_view attribute);
+/// The account's identifier, "S-1-5-21-…"; empty when it cannot be read.
+std::string readable_sid(const ObjectPtr& account);
 
 /// "WinNT://TWK", "WinNT://TWK/jo".
 std::string winnt_path(std::string_view domain);

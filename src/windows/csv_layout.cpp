@@ -7,7 +7,7 @@
 #include "base/text.hpp"
 #include "batch/csv_detection.hpp"
 #include "batch/csv_lines.hpp"
-#include "batch/foreseen_names.hpp"
+#include "batch/first_account_name.hpp"
 #include "batch/heading_use.hpp"
 #include "batch/import_columns.hpp"
 #include "format/import_headings.hpp"

@@ -28,7 +28,7 @@ void take_back_all(Desktop& session, const batch::RecordedRun& run) {
   });
   session.form1.enabled = true;
   session.status.panel1 = base::to_text(gone) + " users taken back, " + base::to_text(kept) +
-                          " not. The log has the reasons; F5 loads the domain again.";
+                          " not. The log has the reasons.";
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ void undo_import(Desktop& session) {
     return;
   batch::RecordedRun run;
   base::Trap trap;
-  if (!trap([&] { run = batch::read_import_record(session.platform.files.read(row->key)); }))
+  if (!trap([&] { run = batch::load_import_record(session.platform.files, row->key); }))
     return refuse(session, trap.description());
   if (const std::string fault = batch::refused_record(session, run); !fault.empty())
     return refuse(session, fault + ".");

@@ -255,6 +255,9 @@ $ user import $FILE $STAFF --halt-on-warnings --passwords $PASSWORDS => 2 Errors
 $ user import $FILE $STAFF --passwords $PASSWORDS => 65 exists already
 $ user import --resume $FILE => 65 no line of the record
 $ user import --resume $FILE $FILE => 64
+$ user import --resume $FILE --dry-run => 64 no --dry-run
+$ user import --undo $FILE --preview => 64 no --preview
+$ user import --resume $FILE --ou OU=London,DC=twk,DC=test => 64 from the record
 $ user import $FILE => 64 --template is required
 )",
        {{"$FILE", {file("new.csv", "Al,,Bo\nJohn,,Smith\nJohn,,Smith\nAl,,Bo\n")}},
@@ -279,6 +282,16 @@ $ --yes user import --undo $RECORD
 {"line": 1}
 {"done": 3}
 $ user show Al.Bo => 2
+$ --yes user import --undo $RECORD => 1
+{"done": 0}
+$ user import --resume $RECORD => 2
+{"line": 1, "user": "Al.Bo"}
+{"line": 2}
+{"line": 3, "user": "John.Smith1"}
+{"created": 3}
+$ user import --resume $RECORD => 1 Nobody can be asked
+{"line": 4, "light": "RED"}
+{"created": 0}
 )",
        {{"$RECORD", {record}}});
 }

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "batch/resume_import.hpp"
 #include "batch/undo_import.hpp"
+#include "cli/frame/import_faults.hpp"
 #include "cli/frame/user_runs.hpp"
 #include "cli/terminal/display.hpp"
 #include "cli/terminal/exit_codes.hpp"
@@ -32,7 +33,7 @@ batch::RecordedRun read_record(Context& context, const std::string& given) {
   if (!fs::is_regular_file(path))
     throw BadInput("There is no record " + path);
   try {
-    return batch::read_import_record(context.services().files.read(path));
+    return batch::load_import_record(context.services().files, path);
   } catch (const base::RuntimeError& fault) {
     throw BadInput(path + ", " + fault.description());
   }
@@ -56,6 +57,7 @@ void print_line(Context& context, std::int32_t number, const std::string& user,
 
 int resume_import(Context& context, const std::string& record, const ImportExtras& extras) {
   const batch::RecordedRun run = read_record(context, record);
+  // Whatever was chosen then is chosen again.
   for (const char* const bound : {"ImportGroupsStart", "ImportGroupsFinish"})
     context.override_setting("Setup", bound, run.order.text(bound));
   session::Session& session = context.session(Depth::kDomain);
@@ -72,6 +74,8 @@ int resume_import(Context& context, const std::string& record, const ImportExtra
       throw Refused("Line " + std::to_string(resumed.broken->number) +
                     " was broken off and cannot be taken back: " + outcome.message);
   }
+  if (tell_import_faults(context, session, resumed.order))
+    return kExitRed;
   return run_import(context, session, resumed.file, resumed.order, extras);
 }
 

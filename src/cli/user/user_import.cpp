@@ -100,7 +100,27 @@ void require_arguments(const ImportArguments& arguments) {
     throw UsageError("--preview and --dry-run exclude each other");
 }
 
+/// An option that had no effect could make a person believe in a preview, or in another OU.
+void refuse_what_the_record_has(const ImportArguments& arguments) {
+  const std::string option = arguments.undo.empty() ? "--resume" : "--undo";
+  const CreationPlace& place = arguments.place;
+  const bool of_order = !place.template_name.empty() || !place.site.empty() || !place.ou.empty() ||
+                        !place.like.empty() || place.keep_names || arguments.columns.any() || arguments.csv ||
+                        arguments.halt_on_errors || arguments.halt_on_warnings || arguments.skip_prompts ||
+                        !arguments.groups.empty() || !arguments.description.empty() || arguments.expires ||
+                        arguments.expires_after || arguments.make_parents;
+  if (of_order)
+    throw UsageError(option +
+                     " takes what was asked for from the record: give no other option of the import");
+  if (arguments.preview || (arguments.dry_run && !arguments.resume.empty()))
+    throw UsageError(option + " has no " + (arguments.preview ? "--preview" : "--dry-run"));
+  if (!arguments.passwords.empty() && !arguments.undo.empty())
+    throw UsageError("--undo has no --passwords");
+}
+
 int import_users(Context& context, const ImportArguments& arguments) {
+  if (!arguments.undo.empty() || !arguments.resume.empty())
+    refuse_what_the_record_has(arguments);
   if (!arguments.undo.empty())
     return undo_import(context, arguments.undo, arguments.dry_run);
   std::optional<PasswordFile> passwords;
@@ -109,7 +129,9 @@ int import_users(Context& context, const ImportArguments& arguments) {
   ImportExtras extras;
   if (passwords)
     extras.password_set = [&](std::string_view account, std::string_view password) {
-      passwords->add(account, password);
+      base::Trap trap;
+      if (!trap([&] { passwords->add(account, password); }))
+        complain("The password of " + std::string(account) + " is not in the file: " + trap.description());
     };
   if (!arguments.resume.empty())
     return resume_import(context, arguments.resume, extras);

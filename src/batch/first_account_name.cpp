@@ -1,4 +1,4 @@
-#include "batch/foreseen_names.hpp"
+#include "batch/first_account_name.hpp"
 
 #include "base/text.hpp"
 #include "batch/csv_headings.hpp"
