@@ -40,7 +40,7 @@ QWidget* make_log_tab(windows::Desktop& session, QWidget* parent) {
   column->addLayout(buttons);
   add_button(*buttons, "&Clear", "Clear_log", [&session] { session::Clear_log(session); });
   QPushButton* const undo =
-      add_button(*buttons, "&Undo Import…", "Undo_Import", [&session] { windows::undo_import(session); });
+      add_button(*buttons, "Undo &Import…", "Undo_Import", [&session] { windows::undo_import(session); });
   undo->setToolTip("Take back what the import of the selected row made");
   const auto show = [&session, undo] {
     undo->setEnabled(windows::is_of_import(session.log_rows.selected()));
