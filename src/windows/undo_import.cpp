@@ -27,8 +27,8 @@ void take_back_all(Desktop& session, const batch::RecordedRun& run) {
     return true;
   });
   session.form1.enabled = true;
-  session.status.panel1 = base::to_text(gone) + " users taken back, " + base::to_text(kept) +
-                          " not. The log has the reasons.";
+  session.status.panel1 =
+      base::to_text(gone) + " users taken back, " + base::to_text(kept) + " not. The log has the reasons.";
 }
 
 }  // namespace
