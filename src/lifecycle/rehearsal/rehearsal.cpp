@@ -136,6 +136,7 @@ class RehearsedFiles final : public platform::Files {
   void remove_directory(std::string_view path) override {
     tell_("Remove the folder " + std::string(path));
     made_.erase(folded(path));
+    answering_ = {};
     gone_.insert(folded(path));
   }
   std::string read(std::string_view path) override { return real_.read(path); }
@@ -151,6 +152,7 @@ class RehearsedFiles final : public platform::Files {
   void rename(std::string_view from, std::string_view to, bool /*replace*/) override {
     tell_("Rename " + std::string(from) + " to " + std::string(to));
     renamed_.emplace_back(from, to);
+    answering_ = {};
   }
   std::unique_ptr<platform::AppendFile> open_append(std::string_view /*path*/, bool /*truncate*/) override {
     return std::make_unique<Nowhere>();
@@ -170,9 +172,14 @@ class RehearsedFiles final : public platform::Files {
   }
   /// Raises what the server says about a path: that it is none, that it cannot be reached, that it is taken.
   void require_new(std::string_view path) {
+    if (exists(path))
+      base::raise(base::error::kPathFileAccess, std::string(path) + " exists already");
+    const std::string above = folded(path.substr(0, path.find_last_of('\\')));
+    if (answering_.contains(above))
+      return;
     const auto place = now(shares_.way_of(path));
     base::Trap absent;
-    if (exists(path) || (place && absent([&] { static_cast<void>(real_.status(*place)); })))
+    if (place && absent([&] { static_cast<void>(real_.status(*place)); }))
       base::raise(base::error::kPathFileAccess, std::string(path) + " exists already");
     const bool missing = !place || absent.number() == base::error::kFileNotFound ||
                          absent.number() == base::error::kPathNotFound;
@@ -182,6 +189,7 @@ class RehearsedFiles final : public platform::Files {
       base::raise(absent.number(), absent.description());
     if (!has_parent)
       base::raise(base::error::kPathNotFound, "There is no folder " + std::string(path.substr(0, slash)));
+    answering_.insert(above);
   }
   static bool lies_in(std::string_view path, std::string_view folder) {
     return (folded(path) + "\\").starts_with(folded(folder) + "\\");
@@ -205,6 +213,7 @@ class RehearsedFiles final : public platform::Files {
   const Rehearsal::Tell& tell_;
   HashedTexts made_;
   HashedTexts made_names_;
+  HashedTexts answering_;  ///< folders in which a name was looked for, and not found, without a fault
   std::set<std::string> gone_;
   std::vector<std::pair<std::string, std::string>> renamed_;  ///< from and to, in order
 };
