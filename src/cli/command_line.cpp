@@ -6,6 +6,7 @@
 
 #include "base/text.hpp"
 #include "cli/frame/commands.hpp"
+#include "cli/frame/completion.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/frame/logon_password.hpp"
 #include "cli/terminal/exit_codes.hpp"
@@ -127,6 +128,8 @@ int run(int argc, char** argv) {
   add_share_commands(app, context);
   add_log_commands(app, context);
   add_database_commands(app, context);
+  if (argc > 1 && std::string_view(argv[1]) == "__complete")
+    return print_completions(context, line, {argv + 2, argv + argc});
   if (!parse(line, app, argc, argv))
     return kExitGreen;
   catch_interrupts();
