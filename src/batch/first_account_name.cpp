@@ -22,7 +22,7 @@ std::string first_account_name(session::Session& session, const ImportOrder& ord
   const bool used = session.SerialTokenUsed;
   session.SerialTokenUsed = false;
   state.Importing = true;
-  std::string name = creation::form_user_id(session, request);
+  std::string name = creation::form_user_id(session, request, request.formats.account);
   state.Importing = false;
   session.SerialTokenUsed = used;
   session.SerialCounter = counter;

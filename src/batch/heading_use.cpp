@@ -22,6 +22,7 @@ struct NamedText {
 void add_order(std::vector<NamedText>& texts, const creation::NewUserRequest& user) {
   texts.push_back({"the description", user.Description});
   texts.push_back({"the expiry", user.Expiry});
+  texts.push_back({"the key", user.key.text});
   texts.push_back({"the format of account names", user.formats.account});
   texts.push_back({"the second format of account names", user.formats.taken});
   texts.push_back({"the format of full names", user.formats.full_name});

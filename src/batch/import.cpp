@@ -118,12 +118,13 @@ void refuse_short_line(Session& session) {
 /// What a line came to, in the files of the run and for whoever watches.
 void keep_outcome(Session& session, const ImportOrder& order, session::CreationOutcome outcome) {
   ImportState& state = session.import;
-  if (outcome.name_taken)
+  if (outcome.name_taken || outcome.is_known)
     error_line(session, state.ImportLine);
   if (!outcome.summary_row.empty())
     session::write_run_file(session, state.summary_file, outcome.summary_row);
-  const bool halts = (outcome.light == session::kYellow && order.halt_on_warnings) ||
-                     (outcome.light == session::kRed && order.halt_on_errors);
+  const bool warned = outcome.light == session::kYellow && !outcome.is_known;
+  const bool halts =
+      (warned && order.halt_on_warnings) || (outcome.light == session::kRed && order.halt_on_errors);
   state.ImportHalt = state.ImportHalt || halts;
   session.LastCreation = std::move(outcome);
 }

@@ -6,6 +6,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/schema_properties.hpp"
 #include "creation/account_name.hpp"
 #include "creation/creation_run.hpp"
 #include "creation/paths.hpp"
@@ -256,6 +257,19 @@ void check_names(Common& common) {
     common.warn("name", "The format of account names, \"" + format + "\", is the same name for all", remedy);
 }
 
+void check_key(Common& common) {
+  const std::string& attribute = common.request.key.attribute;
+  if (attribute.empty())
+    return;
+  if (!session::is_active_directory(common.session))
+    return common.stop("key", "A WinNT domain has no attribute by which a person could be recognised",
+                       "leave --key out");
+  base::Trap trap;
+  if (!trap([&] { static_cast<void>(look_up_property(common.session, attribute)); }))
+    common.stop("key", "The directory does not know the attribute " + attribute + " of the key",
+                "correct the name in --key");
+}
+
 }  // namespace
 
 std::vector<ImportFault> check_import(Session& session, const ImportOrder& order) {
@@ -263,8 +277,8 @@ std::vector<ImportFault> check_import(Session& session, const ImportOrder& order
   std::vector<ImportFault> faults;
   const bool loaded = lost([&] {
     Common common = common_of(session, order.user);
-    for (auto* const check :
-         {check_groups, check_folder_permissions, check_shares, check_folders, check_mailbox, check_names})
+    for (auto* const check : {check_groups, check_folder_permissions, check_shares, check_folders,
+                              check_mailbox, check_names, check_key})
       check(common);
     faults = std::move(common.faults);
   });

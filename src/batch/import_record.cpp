@@ -156,6 +156,9 @@ JsonLine recorded_order(Session& session, std::string_view path, std::string_vie
       {"expiry", user.Expiry},
       {"skip_prompts", user.skip_prompts},
       {"keeps_names", user.keeps_names},
+      {"plain_letters", user.plain_letters},
+      {"key_attribute", user.key.attribute},
+      {"key_text", user.key.text},
       {"halt_on_errors", order.halt_on_errors},
       {"halt_on_warnings", order.halt_on_warnings}};
   for (const char* const bound : {"ImportGroupsStart", "ImportGroupsFinish"})
@@ -180,6 +183,8 @@ ImportOrder order_of_record(Session& session, const JsonLine& record) {
   user.Expiry = record.text("expiry");
   user.skip_prompts = record.is_set("skip_prompts");
   user.keeps_names = record.is_set("keeps_names");
+  user.plain_letters = record.is_set("plain_letters");
+  user.key = {record.text("key_attribute"), record.text("key_text")};
   if (const std::string format = record.text("account_column"); !format.empty())
     user.formats.account = format;
   if (const std::string format = record.text("password_column"); !format.empty()) {

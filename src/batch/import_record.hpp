@@ -46,7 +46,8 @@ struct RecordedLine {
   std::string begun;          ///< path of the account that was about to be made; empty for none
   std::int64_t begun_at = 0;  ///< 100-nanosecond steps since 1601, UTC
   std::vector<RecordedThing> things;
-  std::string ended;  ///< the light, "refused" without one; empty when the run was broken off here
+  std::string ended;  ///< the light, "refused" without one, "known" of a person with an account; empty when
+                      ///< the run was broken off here
 
   [[nodiscard]] bool has_account() const;
 };

@@ -79,7 +79,9 @@ void RecordedImport::end_line(const session::CreationOutcome& outcome) {
   if (record_) {
     write({{"line", number_},
            {"user", outcome.user},
-           {"ended", outcome.light.empty() ? std::string("refused") : outcome.light}});
+           {"ended", outcome.is_known        ? std::string("known")
+                     : outcome.light.empty() ? std::string("refused")
+                                             : outcome.light}});
   }
 }
 

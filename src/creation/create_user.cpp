@@ -8,6 +8,7 @@
 #include "creation/account_stage.hpp"
 #include "creation/account_texts.hpp"
 #include "creation/creation_run.hpp"
+#include "creation/known_person.hpp"
 #include "creation/mailbox_stage.hpp"
 #include "creation/paths.hpp"
 #include "creation/resource_stages.hpp"
@@ -191,6 +192,7 @@ CreationOutcome outcome_of(CreationRun& run, std::string_view light, const std::
   outcome.middle_name = run.request.MiddleName;
   outcome.last_name = run.request.LastName;
   outcome.name_taken = run.name_taken;
+  outcome.is_known = run.is_known;
   return outcome;
 }
 
@@ -261,6 +263,8 @@ std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& reques
   try {
     Step step = ValidateRequest(run);
     if (step == Step::kGoOn)
+      step = RecognizePerson(run);
+    if (step == Step::kGoOn)
       step = ResolveCollision(run);
     if (step == Step::kGoOn)
       step = ResolveSamName(run);
@@ -269,7 +273,10 @@ std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& reques
     request = run.request;
     if (step == Step::kAgain)
       return std::nullopt;
-    return step == Step::kGoOn ? finish(run) : outcome_of(run, {}, run.message);
+    if (step == Step::kEnd)
+      return outcome_of(run, run.is_known ? session::kYellow : std::string_view{}, run.message);
+    remember_person(run);
+    return finish(run);
   } catch (const base::RuntimeError& failure) {
     session.log.write_gathered();
     if (run.traps_off)

@@ -54,6 +54,7 @@ std::string expand_row_value(CreationRun& run, std::string_view value) {
       .variables()
       .names(run.request.FirstName, run.request.MiddleName, run.request.LastName)
       .tag("%Domain%", run.session.DomainName)
+      .tag("%Account%", run.SamName)
       .import_fields()
       .take();
 }

@@ -97,6 +97,7 @@ struct CreationRun {
   platform::ObjectPtr AdContainer;
   std::string message;      ///< why a run was refused
   bool name_taken = false;  ///< it was refused because the name is in use
+  bool is_known = false;    ///< it ended because the person has an account
   bool traps_off = false;   ///< with "/DEBUG", from the point on where a failure stops the program
 };
 
@@ -116,7 +117,8 @@ void warn(CreationRun& run, std::string_view text, std::string_view why);
 /// The key of the container that gets the account: the selected OU, or with `Copy_User` what is above the
 /// selected user.
 const std::string& container_key(const CreationRun& run);
-/// Variables, name tags, "%Domain%" and import fields of a directory or mailbox row.
+/// Variables, name tags, "%Domain%", "%Account%" (the account's name that was found at last) and import
+/// fields of a directory or mailbox row.
 std::string expand_row_value(CreationRun& run, std::string_view value);
 
 }  // namespace twk::creation

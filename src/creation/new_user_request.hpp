@@ -31,6 +31,13 @@ struct AccountFlags {
   bool disabled = false;
 };
 
+/// How a person is recognised who has an account already: an attribute of accounts, and what it holds for
+/// this person, with tags. A new account gets it. Nobody is recognised without an attribute.
+struct PersonKey {
+  std::string attribute;
+  std::string text;
+};
+
 /// All that is asked of one creation, by the New User tab, a command or a line of an import.
 struct NewUserRequest {
   std::string TemplateName;  ///< as the list holds it, padded
@@ -38,7 +45,9 @@ struct NewUserRequest {
   std::string FirstName;
   std::string MiddleName;
   std::string LastName;
-  bool keeps_names = false;      ///< as they are written; otherwise they begin with a capital letter
+  bool keeps_names = false;    ///< as they are written; otherwise they begin with a capital letter
+  bool plain_letters = false;  ///< the account's name is written without accents and foreign scripts
+  PersonKey key;
   std::string UserId;            ///< may be blank: it is then formed
   std::string Description;       ///< with tags
   std::string Expiry;            ///< of accounts of an import, with tags; empty for none

@@ -6,7 +6,6 @@
 #include "creation/account_name.hpp"
 #include "creation/validate_request.hpp"
 #include "directory/tree/tree.hpp"
-#include "format/user_name.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "stores/side_tables.hpp"
@@ -38,8 +37,7 @@ Step refuse_taken_name(CreationRun& run) {
 Step try_again(CreationRun& run, const std::string& format) {
   Session& session = run.session;
   const NewUserRequest& request = run.request;
-  const std::string name =
-      format::UserName(session, format, request.FirstName, request.MiddleName, request.LastName);
+  const std::string name = form_user_id(session, request, format);
   if (base::equals_fold(name, run.UserId))
     return refuse_taken_name(run);
   log(run, "User ID " + run.UserId + " already exists");

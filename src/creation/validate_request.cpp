@@ -121,14 +121,20 @@ Step refuse_name(CreationRun& run) {
   return Step::kEnd;
 }
 
+std::string in_account_letters(Session& session, const NewUserRequest& request, std::string_view text) {
+  return request.plain_letters ? session.platform.environment.plain_letters(text) : std::string(text);
+}
+
 }  // namespace
 
-std::string form_user_id(Session& session, const NewUserRequest& request) {
+std::string form_user_id(Session& session, const NewUserRequest& request, std::string_view format) {
   const auto name = [&](const std::string& text) {
-    return std::string(base::trim(request.keeps_names ? text : capitalized(text)));
+    return in_account_letters(session, request, base::trim(request.keeps_names ? text : capitalized(text)));
   };
-  return format::UserName(session, request.formats.account, name(request.FirstName), name(request.MiddleName),
-                          name(request.LastName));
+  // A column of an import can be the account's name.
+  return in_account_letters(session, request,
+                            format::UserName(session, std::string(format), name(request.FirstName),
+                                             name(request.MiddleName), name(request.LastName)));
 }
 
 Step ValidateRequest(CreationRun& run) {
@@ -152,7 +158,9 @@ Step ValidateRequest(CreationRun& run) {
   }
 
   if (base::trim(run.request.UserId).empty())
-    run.request.UserId = form_user_id(session, run.request);
+    run.request.UserId = form_user_id(session, run.request, run.request.formats.account);
+  else
+    run.request.UserId = in_account_letters(session, run.request, run.request.UserId);
   run.UserId = run.request.UserId;
   run.view.names(run.request);
   const std::size_t length = base::length(run.UserId);

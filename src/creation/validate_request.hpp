@@ -4,8 +4,9 @@
 
 namespace twk::creation {
 
-/// The account name that the format of the request makes of its names.
-std::string form_user_id(session::Session& session, const NewUserRequest& request);
+/// The account name that a format makes of the names of the request, in the letters that it asks for. Raises
+/// 126 where there are no tables of plain letters.
+std::string form_user_id(session::Session& session, const NewUserRequest& request, std::string_view format);
 
 /// Checks the request before anything is done, loads template and site, forms the account name and opens
 /// "Log.txt". A refusal shows its reason in a box, the status bar or the log, and ends the run.

@@ -8,6 +8,7 @@
 #include "base/error_words.hpp"
 #include "base/text.hpp"
 #include "creation/account_stage.hpp"
+#include "creation/known_person.hpp"
 #include "directory/operations.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
@@ -166,9 +167,10 @@ std::string folded_attribute(std::string_view name) {
   return base::lower(platform::ldap_attribute(name));
 }
 
-bool is_particular(std::string_view name) {
+bool is_particular(const CreationRun& run, std::string_view name) {
   const std::string_view attribute = platform::ldap_attribute(name);
-  return std::any_of(kParticulars.begin(), kParticulars.end(),
+  return base::equals_fold(attribute, run.request.key.attribute) ||
+         std::any_of(kParticulars.begin(), kParticulars.end(),
                      [&](std::string_view one) { return base::equals_fold(one, attribute); });
 }
 
@@ -192,10 +194,10 @@ std::unordered_map<std::string, int> rows_by_attribute(const std::vector<Directo
 }  // namespace
 
 void StageFirstProperties(CreationRun& run) {
-  const std::vector<DirectoryRow> rows = stores::directory_rows(run.session);
+  const std::vector<DirectoryRow> rows = directory_rows_with_key(run);
   const std::unordered_map<std::string, int> count = rows_by_attribute(rows);
   for (const DirectoryRow& row : rows) {
-    if (!row.of_user || is_prompt(row) || !is_particular(row.attribute) ||
+    if (!row.of_user || is_prompt(row) || !is_particular(run, row.attribute) ||
         count.at(folded_attribute(row.attribute)) != 1)
       continue;
     std::optional<DirectoryProperty> property = property_of(run, row);
@@ -207,7 +209,7 @@ void StageFirstProperties(CreationRun& run) {
 }
 
 void ForeseePrincipalName(CreationRun& run) {
-  const std::vector<DirectoryRow> rows = stores::directory_rows(run.session);
+  const std::vector<DirectoryRow> rows = directory_rows_with_key(run);
   for (const DirectoryRow& row : rows) {
     if (!row.of_user || is_prompt(row) || !base::equals_fold(row.attribute, kPrincipalName))
       continue;
@@ -223,7 +225,7 @@ void ForeseePrincipalName(CreationRun& run) {
 void ApplyW2kProperties(CreationRun& run) {
   log(run, "Setting W2K Properties");
   run.view.step("Setting W2K Properties");
-  const std::vector<DirectoryRow> rows = stores::directory_rows(run.session);
+  const std::vector<DirectoryRow> rows = directory_rows_with_key(run);
   std::vector<DirectoryProperty> waiting;
   for (const DirectoryRow& row : rows) {
     if (!row.of_user)

@@ -5,7 +5,10 @@
 
 #include <cstdlib>
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
+#include "local/letters/plain_letters.hpp"
+#include "local/module.hpp"
 
 namespace twk::local {
 namespace {
@@ -36,6 +39,16 @@ std::string SystemEnvironment::variable(std::string_view name) {
   if (!account_)
     account_ = account_name();
   return *account_;
+}
+
+std::string SystemEnvironment::plain_letters(std::string_view text) {
+  using Entry = decltype(&twk_plain_letters);
+  static const auto entry =
+      reinterpret_cast<Entry>(load_module("plain_letters.so", "twk_plain_letters", "plain letters"));
+  std::string plain;
+  if (!entry(std::string(text), plain))
+    base::raise(kModuleNotFound, "The tables of plain letters cannot be loaded");
+  return plain;
 }
 
 }  // namespace twk::local

@@ -11,6 +11,8 @@ namespace twk::local {
 class SystemEnvironment final : public platform::Environment {
  public:
   std::string variable(std::string_view name) override;
+  /// By the tables of ICU. Raises 126 when they cannot be loaded.
+  std::string plain_letters(std::string_view text) override;
 
  private:
   std::optional<std::string> account_;  ///< the process's, once it was asked for

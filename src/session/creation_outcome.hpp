@@ -16,6 +16,7 @@ struct CreationOutcome {
   std::string last_name;
   std::string summary_row;  ///< of an import's summary; empty for an account that was not made
   bool name_taken = false;  ///< refused because the account name is in use
+  bool is_known = false;    ///< not made because the person has an account
 };
 
 }  // namespace twk::session

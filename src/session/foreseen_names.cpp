@@ -5,11 +5,24 @@
 
 namespace twk::session {
 
-bool ForeseenNames::place(std::uint64_t hash) {
+std::uint64_t ForeseenNames::hash_of(std::string_view name) {
+  const std::uint64_t hash = std::hash<std::string_view>{}(name);
+  return hash == 0 ? 1 : hash;
+}
+
+std::size_t ForeseenNames::slot_of(std::uint64_t hash) const {
   std::size_t at = hash & (slots_.size() - 1);
   while (slots_[at] != 0 && slots_[at] != hash)
     at = (at + 1) & (slots_.size() - 1);
-  return std::exchange(slots_[at], hash) == 0;
+  return at;
+}
+
+bool ForeseenNames::place(std::uint64_t hash) {
+  return std::exchange(slots_[slot_of(hash)], hash) == 0;
+}
+
+bool ForeseenNames::has(std::string_view name) const {
+  return !slots_.empty() && slots_[slot_of(hash_of(name))] != 0;
 }
 
 bool ForeseenNames::add(std::string_view name) {
@@ -22,8 +35,7 @@ bool ForeseenNames::add(std::string_view name) {
         place(hash);
     }
   }
-  const std::uint64_t hash = std::hash<std::string_view>{}(name);
-  const bool is_new = place(hash == 0 ? 1 : hash);
+  const bool is_new = place(hash_of(name));
   size_ += is_new ? 1U : 0U;
   return is_new;
 }

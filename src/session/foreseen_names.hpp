@@ -14,9 +14,13 @@ class ForeseenNames {
  public:
   /// False for a name that is there already.
   bool add(std::string_view name);
+  [[nodiscard]] bool has(std::string_view name) const;
   void clear();
 
  private:
+  static std::uint64_t hash_of(std::string_view name);
+  /// The slot that has the hash, or the free one for it.
+  [[nodiscard]] std::size_t slot_of(std::uint64_t hash) const;
   /// Returns false when it is there.
   bool place(std::uint64_t hash);
 

@@ -139,6 +139,37 @@ $ user import $FILE $STAFF --make-parents => 1
        {{"$FILE", {file("two.csv", "Jo,,Smith\nJo,,Smith\n")}}});
 }
 
+// The first Müller has the number of a person who is there by the second run, which makes only the new one.
+TEST_F(ImportingUsers, RecognizesPeopleByAKeyAndWritesNamesInPlainLetters) {
+  play(R"(
+$ table set w2k p,userPrincipalName,%Account%@%Domain%
+$ user import $FILE $STAFF $KEY --dry-run => 1
+{"line": 3, "user": "Jurgen.Mueller", "light": "YELLOW", "message": "An earlier line is of the same person: employeeNumber 7"}
+{"created": 3, "refused": 1, "known": 1}
+$ user import $FILE $STAFF $KEY => 1
+{"line": 2, "user": "Lukasz.Mueller", "light": "GREEN"}
+{"line": 3, "light": "YELLOW", "message": "Has an account already: Lukasz.Mueller (employeeNumber 7)"}
+{"line": 4, "user": "Lukasz.Mueller1"}
+{"line": 5, "user": "Giannes.Strasse"}
+{"line": 6, "light": "RED", "message": "There is no employeeNumber by which the person could be recognised"}
+{"created": 3, "warned": 0, "refused": 1, "known": 1}
+$ user show Lukasz.Mueller1
+{"userPrincipalName": "Lukasz.Mueller1@twk.test", "fullName": "Łukasz Müller"}
+$ user import $FILE $STAFF $KEY --halt-on-warnings => 1
+{"created": 0, "refused": 1, "known": 4}
+$ user import $FILE $STAFF --csv --key employeeNumber=%IMPORT9% => 2 There is no employeeNumber
+$ user import $FILE $STAFF --csv --key employeeNumber=7 => 64 --key needs a column of the file
+$ user import $FILE $STAFF --csv --key employeeNumber)(cn=%IMPORT3% => 64 --key takes an attribute
+$ user import $FILE $STAFF --csv --key shoeSize=%IMPORT3% => 2 does not know the attribute shoeSize
+{"check": "key", "light": "RED"}
+$ user create $STAFF --plain-letters --key employeeNumber=8 Ann Lee => 1 Has an account already: Lukasz.Mueller1
+)",
+       {{"$KEY", {"--csv", "--plain-letters", "--key", "employeeNumber=%IMPORT:No%"}},
+        {"$FILE",
+         {file("people.csv", "First name,Last name,No\nŁukasz,Müller,7\nJurgen,Müller,7\nŁukasz,Müller,8\n"
+                             "Γιάννης,Straße,9\nAl,Bo,\n")}}});
+}
+
 TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
   ASSERT_EQ(import("John,,Smith\nalone\nJohn,,Smith,4\n").exit_code, 1);
   const std::string errors = database_file("Import.err");

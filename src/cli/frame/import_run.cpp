@@ -17,7 +17,15 @@ struct Counts {
   std::size_t created = 0;
   std::size_t warnings = 0;
   std::size_t refused = 0;
+  std::size_t known = 0;  ///< people who have an account
 };
+
+/// "4 created, 1 of them with warnings, 2 not created"
+std::string in_words(const Counts& counts, const char* created) {
+  return std::to_string(counts.created) + created + std::to_string(counts.warnings) +
+         " of them with warnings, " + std::to_string(counts.refused) + " not created" +
+         (counts.known == 0 ? "" : ", " + std::to_string(counts.known) + " with an account already");
+}
 
 std::string_view light_of(const session::ImportRow& row) {
   return row.outcome.light.empty() ? session::kRed : std::string_view(row.outcome.light);
@@ -26,11 +34,13 @@ std::string_view light_of(const session::ImportRow& row) {
 void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
   const std::string_view light = light_of(row);
   const std::string message(base::trim(row.outcome.message));
-  if (light == session::kRed)
+  if (row.outcome.is_known)
+    ++counts.known;
+  else if (light == session::kRed)
     ++counts.refused;
   else
     ++counts.created;
-  if (light == session::kYellow)
+  if (light == session::kYellow && !row.outcome.is_known)
     ++counts.warnings;
   output.result({{"line", row.line},
                  {"user", row.outcome.user},
@@ -64,10 +74,9 @@ void print_rehearsed_end(Output& output, const Counts& counts, std::string_view 
                  {"created", counts.created},
                  {"warned", counts.warnings},
                  {"refused", counts.refused},
+                 {"known", counts.known},
                  {"message", message}},
-                std::to_string(counts.created) + " would be created, " + std::to_string(counts.warnings) +
-                    " of them with warnings, " + std::to_string(counts.refused) +
-                    " not created. Nothing was written.");
+                in_words(counts, " would be created, ") + ". Nothing was written.");
 }
 
 void print_end(Output& output, const session::ImportState& state, const Counts& counts,
@@ -80,15 +89,14 @@ void print_end(Output& output, const session::ImportState& state, const Counts& 
                  {"created", counts.created},
                  {"warned", counts.warnings},
                  {"refused", counts.refused},
+                 {"known", counts.known},
                  {"importErr", error_path},
                  {"summary", summary_path},
                  {"remaining", remaining_path},
                  {"record", record_path},
                  {"message", message}},
-                std::to_string(counts.created) + " created, " + std::to_string(counts.warnings) +
-                    " of them with warnings, " + std::to_string(counts.refused) + " not created" +
-                    (state.ImportStopped ? ", stopped.\n" : ".\n") + "Not created: " + printable(error_path) +
-                    "\nRemaining:   " + printable(remaining_path) +
+                in_words(counts, " created, ") + (state.ImportStopped ? ", stopped.\n" : ".\n") +
+                    "Not created: " + printable(error_path) + "\nRemaining:   " + printable(remaining_path) +
                     "\nSummary:     " + printable(summary_path) + "\nRecord:      " + printable(record_path));
 }
 

@@ -35,6 +35,8 @@ struct CreationPlace {
   std::string ou;
   std::string like;
   bool keep_names = false;
+  bool plain_letters = false;
+  std::string key;
 };
 
 /// --template, --site, one of --ou and --like, and --keep-names. Without `required` the command looks itself

@@ -105,7 +105,8 @@ void refuse_what_the_record_has(const ImportArguments& arguments) {
   const std::string option = arguments.undo.empty() ? "--resume" : "--undo";
   const CreationPlace& place = arguments.place;
   const bool of_order = !place.template_name.empty() || !place.site.empty() || !place.ou.empty() ||
-                        !place.like.empty() || place.keep_names || arguments.columns.any() || arguments.csv ||
+                        !place.like.empty() || place.keep_names || place.plain_letters ||
+                        !place.key.empty() || arguments.columns.any() || arguments.csv ||
                         arguments.halt_on_errors || arguments.halt_on_warnings || arguments.skip_prompts ||
                         !arguments.groups.empty() || !arguments.description.empty() || arguments.expires ||
                         arguments.expires_after || arguments.make_parents;
@@ -152,6 +153,9 @@ int import_users(Context& context, const ImportArguments& arguments) {
                                     "Can't Import Users");
     return kExitRed;
   }
+  // Without a column, the second line would be the person of the first.
+  if (!order.user.key.text.empty() && base::find_fold(order.user.key.text, "%IMPORT") == base::npos)
+    throw UsageError("--key needs a column of the file, such as employeeNumber=%IMPORT5%");
   set_halts(order, arguments);
   order.user.Description = arguments.description;
   set_expiry(session, arguments, order.user.Expiry);

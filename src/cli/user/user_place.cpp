@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cctype>
+
 #include "base/text.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
@@ -24,6 +27,21 @@ void select_ou(Context& context, session::Session& session, const std::string& o
 
 void select_user(Context& context, session::Session& session, const std::string& name) {
   session.domain.tree.select(&reach_user(context, session, name));
+}
+
+/// "employeeNumber=%IMPORT5%". The attribute becomes part of a filter, so it has only what RFC 4512 gives
+/// names.
+creation::PersonKey person_key(const std::string& text) {
+  if (text.empty())
+    return {};
+  const std::size_t equals = text.find('=');
+  const std::string attribute = text.substr(0, equals);
+  const auto names = [](unsigned char c) { return std::isalnum(c) != 0 || c == '-'; };
+  if (equals == std::string::npos || equals + 1 == text.size() || attribute.empty() ||
+      std::isalpha(static_cast<unsigned char>(attribute.front())) == 0 ||
+      !std::ranges::all_of(attribute, names))
+    throw UsageError("--key takes an attribute and what it holds, such as employeeNumber=%IMPORT5%");
+  return {attribute, text.substr(equals + 1)};
 }
 
 }  // namespace
@@ -61,6 +79,13 @@ void add_place_options(Command& command, CreationPlace& place, bool required) {
       ->excludes(ou);
   command.add_flag("--keep-names", place.keep_names,
                    "Take the names as they are written; otherwise they get a capital letter");
+  command.add_flag("--plain-letters", place.plain_letters,
+                   "Write account names in the letters a to z: \"ü\" as \"ue\", \"Ł\" as \"L\"");
+  command
+      .add_option("--key", place.key,
+                  "Make no account for a person whom an account has already: the attribute and what it holds "
+                  "for this person, such as employeeNumber=%IMPORT5%; a new account gets it")
+      ->type_name("ATTRIBUTE=TEXT");
 }
 
 void choose_place(Context& context, session::Session& session, const CreationPlace& place,
@@ -75,6 +100,8 @@ void choose_place(Context& context, session::Session& session, const CreationPla
     select_user(context, session, place.like);
   request.CopyUser = !place.like.empty();
   request.keeps_names = place.keep_names;
+  request.plain_letters = place.plain_letters;
+  request.key = person_key(place.key);
   controls::TreeView& tree = session.domain.tree;
   creation::take_place(request, tree.selected() != nullptr ? tree.selected() : tree.first());
 }

@@ -13,6 +13,7 @@ class LabEnvironment final : public platform::Environment {
  public:
   explicit LabEnvironment(std::string controller) : controller_(std::move(controller)) {}
 
+  std::string plain_letters(std::string_view text) override { return system_.plain_letters(text); }
   std::string variable(std::string_view name) override {
     std::string value = system_.variable(name);
     return value.empty() && name == "LOGONSERVER" ? "\\\\" + controller_ : value;

@@ -12,6 +12,7 @@ namespace twk::live {
 class LiveEnvironment final : public platform::Environment {
  public:
   explicit LiveEnvironment(LiveDomain& domain) : domain_(domain) {}
+  std::string plain_letters(std::string_view text) override { return system_.plain_letters(text); }
   std::string variable(std::string_view name) override;
 
  private:

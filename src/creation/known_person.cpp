@@ -1,0 +1,77 @@
+#include "creation/known_person.hpp"
+
+#include <algorithm>
+
+#include "base/text.hpp"
+#include "directory/names.hpp"
+#include "directory/operations.hpp"
+#include "platform/ldap_text.hpp"
+#include "session/session.hpp"
+
+namespace twk::creation {
+namespace {
+
+std::string key_of(CreationRun& run) {
+  return std::string(base::trim(expand_row_value(run, run.request.key.text)));
+}
+
+std::string foreseen(std::string_view key) {
+  return "KEY " + base::upper(key);
+}
+
+/// The name of an account that has the key; empty for none.
+std::string account_with(CreationRun& run, const std::string& key) {
+  session::Session& session = run.session;
+  const auto rows = directory::run_query(
+      session, "<LDAP://" + session.DomainName + "/" +
+                   directory::domain_distinguished_name(session.DomainName) +
+                   ">;(&(objectCategory=person)(objectClass=user)(" + run.request.key.attribute + "=" +
+                   platform::escape_filter_value(key) + "));sAMAccountName;subtree");
+  return rows->at_eof() ? std::string() : rows->field(0).text();
+}
+
+Step end(CreationRun& run, std::string message) {
+  run.message = std::move(message);
+  log(run, run.message);
+  run.view.status("Ready.");
+  run.view.progress(0);
+  run.view.step("");
+  run.session.log.close();
+  return Step::kEnd;
+}
+
+}  // namespace
+
+Step RecognizePerson(CreationRun& run) {
+  const std::string& attribute = run.request.key.attribute;
+  if (attribute.empty())
+    return Step::kGoOn;
+  const std::string key = key_of(run);
+  if (key.empty() || key.find('%') != base::npos)
+    return end(run, "There is no " + attribute + " by which the person could be recognised");
+  const std::string account = account_with(run, key);
+  run.is_known = !account.empty() || run.session.import.foreseen_names.has(foreseen(key));
+  if (!run.is_known)
+    return Step::kGoOn;
+  return end(run, account.empty()
+                      ? "An earlier line is of the same person: " + attribute + " " + key
+                      : "Has an account already: " + account + " (" + attribute + " " + key + ")");
+}
+
+void remember_person(CreationRun& run) {
+  if (!run.request.key.attribute.empty() && run.session.import.rehearsed)
+    run.session.import.foreseen_names.add(foreseen(key_of(run)));
+}
+
+std::vector<stores::DirectoryRow> directory_rows_with_key(const CreationRun& run) {
+  std::vector<stores::DirectoryRow> rows = stores::directory_rows(run.session);
+  const PersonKey& key = run.request.key;
+  const bool has_row = std::ranges::any_of(rows, [&](const stores::DirectoryRow& row) {
+    return row.of_user && base::equals_fold(row.attribute, key.attribute);
+  });
+  if (!key.attribute.empty() && !has_row)
+    rows.push_back({key.attribute, key.text, true});
+  return rows;
+}
+
+}  // namespace twk::creation
