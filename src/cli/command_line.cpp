@@ -9,6 +9,7 @@
 #include "cli/frame/completion.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/frame/logon_password.hpp"
+#include "cli/parser/manual.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
@@ -130,6 +131,8 @@ int run(int argc, char** argv) {
   add_database_commands(app, context);
   if (argc > 1 && std::string_view(argv[1]) == "__complete")
     return print_completions(context, line, {argv + 2, argv + argc});
+  if (argc > 1 && std::string_view(argv[1]) == "__manual")
+    return print_manual(context.output(), line);
   if (!parse(line, app, argc, argv))
     return kExitGreen;
   catch_interrupts();

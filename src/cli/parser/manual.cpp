@@ -1,0 +1,48 @@
+#include "cli/parser/manual.hpp"
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/output.hpp"
+
+namespace twk::cli {
+namespace {
+
+/// "--yes", "FILE": the name that a person reads.
+std::string shown_name(const CLI::Option& option) {
+  if (option.get_positional())
+    return option.get_name(true);
+  return option.get_lnames().empty() ? "-" + option.get_snames().front() : "--" + option.get_lnames().front();
+}
+
+void print_command(Output& output, const CLI::App& command, const std::string& words) {
+  std::string inner;
+  const auto subcommands = command.get_subcommands([](const CLI::App*) { return true; });
+  for (const CLI::App* const one : subcommands)
+    inner += (inner.empty() ? "" : " ") + one->get_name();
+  output.result({{"command", words}, {"help", command.get_description()}, {"commands", inner}}, {});
+  for (const CLI::Option* const option : command.get_options()) {
+    const bool takes_value = option->get_items_expected_max() != 0;
+    output.result({{"command", words},
+                   {"option", shown_name(*option)},
+                   {"value", takes_value ? option->get_type_name() : std::string()},
+                   {"required", option->get_required()},
+                   {"help", option->get_description()},
+                   {"heading", option->get_positional() ? std::string("Arguments") : option->get_group()}},
+                  {});
+  }
+  for (const CLI::App* const one : subcommands)
+    print_command(output, *one, words + (words.empty() ? "" : " ") + one->get_name());
+}
+
+}  // namespace
+
+int print_manual(Output& output, const CLI::App& line) {
+  output.set_json(true);
+  print_command(output, line, {});
+  output.finish();
+  return kExitGreen;
+}
+
+}  // namespace twk::cli

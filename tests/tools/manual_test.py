@@ -1,0 +1,59 @@
+"""Makes the manual and checks it: each command and option has a line of help and is in the documentation, which names no
+option that there is not, and man(1) shows the pages without a warning.
+
+    manual_test.py PATH-OF-TWK
+"""
+
+import glob
+import json
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+TWK = sys.argv[1]
+ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../..")
+
+
+def faults_of_documentation(rows, text):
+    known = {"--help", "--version"}
+    for row in rows:
+        name = row.get("option", row["command"])
+        if not row["help"]:
+            yield f"twk {row['command']} {name}: no line of help"
+        if name.startswith("--"):
+            known.add(name)
+        if name and not name.startswith("--") and "option" in row:
+            continue  # an argument is in the line of its command
+        if not re.search(re.escape(name) + r"(?![\w-])", text) and f"`{name.split()[-1]}`" not in text:
+            yield f"docs/command-line.md does not name {name} (twk {row['command']})"
+    for name in sorted(set(re.findall(r"(?<![\w-])--[a-z][a-z0-9-]*", text)) - known):
+        yield f"docs/command-line.md names {name}, which no command has"
+
+
+def faults_of_pages(folder):
+    subprocess.run([sys.executable, f"{ROOT}/packaging/manual.py", TWK, f"{ROOT}/docs", folder], check=True)
+    for page in glob.glob(f"{folder}/man?/*"):
+        with open(page, encoding="utf-8") as text:
+            if text.read().startswith(".so "):
+                continue
+        for tool in (["groff", "-k", "-man", "-t", "-ww", "-Tutf8", "-z", page],
+                     ["mandoc", "-Tlint", "-W", "warning", page]):
+            told = subprocess.run(tool, capture_output=True, text=True, check=False)
+            for line in (told.stdout + told.stderr).splitlines():
+                yield f"{os.path.basename(page)}: {line}"
+
+
+def main():
+    listed = subprocess.run([TWK, "__manual"], capture_output=True, text=True, check=True).stdout
+    rows = [json.loads(line) for line in listed.splitlines()]
+    with open(f"{ROOT}/docs/command-line.md", encoding="utf-8") as file:
+        faults = list(faults_of_documentation(rows, file.read()))
+    with tempfile.TemporaryDirectory() as folder:
+        faults += faults_of_pages(folder)
+    print("\n".join(faults))
+    sys.exit(1 if faults else 0)
+
+
+main()
