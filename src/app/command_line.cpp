@@ -77,7 +77,8 @@ std::optional<int> parse(int argc, char** argv, Options& options) {
   app.footer(
       "The switch /DEBUG, as the only word, is the same as --debug; /DEBUG1 writes the steps of the\n"
       "domain's load to Log.txt and nothing else.");
-  app.set_version_flag("--version", std::string("tarnwick ") + TWK_VERSION);
+  app.set_version_flag("--version", std::string("tarnwick ") + TWK_VERSION +
+                                        "\nLicense GPL-3.0-or-later; there is no warranty.");
   app.add_option("--lab", options.lab, "Folder of the lab to work in; default: TWK_LAB from the environment")
       ->type_name("DIR");
   app.add_option("--db", options.database, "Database directory for this run")->type_name("DIR");

@@ -102,7 +102,8 @@ int run(int argc, char** argv) {
   context.options().logon_password = take_password_of_environment();
   CLI::App line("User accounts of Windows domains", "twk");
   line.footer(std::string(kFooter));
-  line.set_version_flag("--version", std::string("twk ") + TWK_VERSION);
+  line.set_version_flag(
+      "--version", std::string("twk ") + TWK_VERSION + "\nLicense GPL-3.0-or-later; there is no warranty.");
   line.require_subcommand(1);
   line.fallthrough();
   Command app(line);

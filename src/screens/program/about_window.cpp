@@ -48,6 +48,9 @@ void show_about(QWidget* parent) {
                  "at a time or "
                  "from a file.",
                  &window));
+  column->addWidget(text_label(
+      "Free software under the GNU General Public License, version 3 or later, without any warranty.",
+      &window));
   column->addWidget(text_label(QString("Qt ") + qVersion(), &window));
   column->addStretch(1);
   row->addLayout(column, 1);
