@@ -49,7 +49,13 @@ def main():
     listed = subprocess.run([TWK, "__manual"], capture_output=True, text=True, check=True).stdout
     rows = [json.loads(line) for line in listed.splitlines()]
     with open(f"{ROOT}/docs/command-line.md", encoding="utf-8") as file:
-        faults = list(faults_of_documentation(rows, file.read()))
+        text = file.read()
+    faults = list(faults_of_documentation(rows, text))
+    options = set(re.findall(r"--[a-z0-9-]+", text))
+    for page in glob.glob(f"{ROOT}/docs/guide/*.md") + [f"{ROOT}/README.md"]:
+        with open(page, encoding="utf-8") as file:
+            for name in set(re.findall(r"twk [^\n`]*?(--[a-z][a-z0-9-]*)", file.read())) - options:
+                faults.append(f"{os.path.basename(page)} names {name}, which is not documented")
     with tempfile.TemporaryDirectory() as folder:
         faults += faults_of_pages(folder)
     print("\n".join(faults))
