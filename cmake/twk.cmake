@@ -63,6 +63,11 @@ endif()
 
 # twk_library(<name> [OBJECTS] FOLDERS <folder>… [WITHOUT <folder>] LINKS <library>…): one library from the sources of some
 # folders of src/ with their sub-folders but for one.
+# These sources know the version; only they are compiled anew when it changes.
+function(twk_version)
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_DEFINITIONS TWK_VERSION="${PROJECT_VERSION}")
+endfunction()
+
 function(twk_library name)
   cmake_parse_arguments(ARG "OBJECTS" "WITHOUT" "FOLDERS;LINKS" ${ARGN})
   set(globs ${ARG_FOLDERS})

@@ -21,7 +21,8 @@ namespace {
 
 constexpr std::string_view kFooter =
     "Exit code: 0 GREEN, 1 YELLOW, 2 RED, 64 usage, 65 bad input data, 70 a fault of the program,\n"
-    "77 not permitted. A value that begins with \"-\" is given as --option=-value, or after \"--\".";
+    "77 not permitted. A value that begins with \"-\" is given as --option=-value, or after \"--\".\n"
+    "`twk help COMMAND` shows this for a command, `man twk` the manual.";
 
 void add_connection_options(Command& app, GlobalOptions& options) {
   constexpr const char* kHeading = "A real domain";
@@ -77,9 +78,18 @@ std::string fault_text(const CLI::App& app, const CLI::ParseError& error) {
   return is_extra ? "unknown command or option " + text.substr(word + 2) : text;
 }
 
+/// "twk help user import" is "twk user import --help".
+void ask_for_help(std::vector<std::string>& words) {
+  if (words.empty() || words.front() != "help")
+    return;
+  words.erase(words.begin());
+  words.emplace_back("--help");
+}
+
 /// True when a command should run; false when help or the version was requested and printed.
 bool parse(CLI::App& app, const Command& commands, int argc, char** argv) {
   std::vector<std::string> words = commands.words_of(argc, argv);
+  ask_for_help(words);
   std::reverse(words.begin(), words.end());  // the parser takes them from the end
   try {
     app.parse(std::move(words));
