@@ -30,10 +30,16 @@ const Texts& texts_of(AccountFunction function) {
   return kTexts.at(static_cast<std::size_t>(function));
 }
 
-void set_disabled(const platform::ObjectPtr& object, bool disabled) {
+void set_disabled(const platform::ObjectPtr& object, bool disabled, const RunHooks& hooks) {
   platform::User user(object);
+  const bool changes = hooks.changed && user.AccountDisabled() != disabled;
   user.put_AccountDisabled(disabled);
   user.SetInfo();
+  if (changes) {
+    hooks.changed({disabled ? AccountChange::Kind::kDisabled : AccountChange::Kind::kEnabled,
+                   platform::readable_sid(object),
+                   {}});
+  }
 }
 
 std::string_view flags_name(const Session& session) {
@@ -71,11 +77,12 @@ std::optional<std::string> reset_password(Session& session, const std::string& d
   return set ? std::nullopt : std::optional("Error ReSetting Password for: " + user.name + ": " + reason);
 }
 
-std::optional<std::string> apply(Session& session, const AccountOrder& order, const SelectedUser& user) {
+std::optional<std::string> apply(Session& session, const AccountOrder& order, const SelectedUser& user,
+                                 const RunHooks& hooks) {
   switch (order.function) {
     case AccountFunction::kEnable:
     case AccountFunction::kDisable:
-      set_disabled(user.object, order.function == AccountFunction::kDisable);
+      set_disabled(user.object, order.function == AccountFunction::kDisable, hooks);
       break;
     case AccountFunction::kPasswordExpires:
       let_password_expire(session, user.object);
@@ -91,7 +98,7 @@ std::optional<std::string> apply(Session& session, const AccountOrder& order, co
 
 void change_one(Session& session, const AccountOrder& order, session::RunView& view, const RunHooks& hooks,
                 const SelectedUser& user) {
-  const auto refusal = apply(session, order, user);
+  const auto refusal = apply(session, order, user, hooks);
   const std::string told = std::string(texts_of(order.function).log) + user.name;
   view.step(std::string(texts_of(order.function).progress) + user.name);
   if (refusal) {

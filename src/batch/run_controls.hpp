@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "batch/account_change.hpp"
 #include "batch/selection_walk.hpp"
 #include "session/run_outcome.hpp"
 #include "session/session.hpp"
@@ -23,6 +24,8 @@ struct UserOutcome : session::RunOutcome {
 struct RunHooks {
   std::function<void(const UserOutcome& outcome)> done;
   bool goes_on_after_failure = false;
+  /// Called with what can be taken back again, after it was done.
+  std::function<void(const AccountChange& change)> changed = {};
 };
 
 /// The walk's rules for a run, which ends when the session's run is stopped; failures are reported as

@@ -1,5 +1,6 @@
 #include "batch/selection_walk.hpp"
 
+#include <cstdint>
 #include <vector>
 
 #include "base/errors.hpp"
@@ -16,16 +17,30 @@ using controls::ListRow;
 using platform::ObjectPtr;
 using session::Session;
 
+constexpr std::int32_t kPageSize = 1000;
+
+/// What a path says of the user, without domain or server: "CN=JO SMITH,OU=…" or "JO".
+std::string identity(std::string_view path) {
+  const std::size_t host = path.find("//");
+  const std::size_t slash = host == base::npos ? base::npos : path.find('/', host + 2);
+  return base::upper(slash == base::npos ? path : path.substr(slash + 1));
+}
+
 class Walk {
  public:
   Walk(Session& session, const WalkRules& rules, const std::function<void(SelectedUser&)>& visit)
-      : session_(session), rules_(rules), visit_(visit), list_(session.domain.selection) {}
+      : session_(session),
+        rules_(rules),
+        visit_(visit),
+        list_(session.domain.selection),
+        terms_(session.domain.selection_terms) {}
 
   bool run() {
     for (std::size_t place = 0; place < list_.size() && goes_on(); ++place) {
       ListRow& row = list_.at(place);
       guarded(row.text, [&] { visit_row(row); });
     }
+    session_.run.user.clear();
     return !ended_;
   }
 
@@ -84,11 +99,14 @@ class Walk {
       std::string name;
     };
     std::vector<Found> users;
-    const auto rows = session_.platform.query.execute({"LDAP://" + session_.DomainName + "/" + dn,
-                                                       "(objectClass=User)",
-                                                       {"ADsPath", "Name", "objectClass"},
-                                                       platform::Scope::kOneLevel},
-                                                      {});
+    platform::QueryOptions options;
+    options.page_size = kPageSize;
+    const auto rows = session_.platform.query.execute(
+        {"LDAP://" + session_.DomainName + "/" + dn,
+         "(&(objectClass=User)" + terms_.filter + ")",
+         {"ADsPath", "Name", "objectClass"},
+         terms_.units_below ? platform::Scope::kSubtree : platform::Scope::kOneLevel},
+        options);
     for (; !rows->at_eof(); rows->MoveNext()) {
       if (!is_computer(rows->field(2)))
         users.push_back({rows->field(0).text(), rows->field(1).text()});
@@ -125,6 +143,8 @@ class Walk {
   }
 
   void visit_user(SelectedUser user) {
+    if (!terms_.excepted.empty() && terms_.excepted.contains(identity(user.path)))
+      return;
     if (!rules_.binds)
       user.object.reset();
     else if (user.object == nullptr)
@@ -132,6 +152,7 @@ class Walk {
     // A list may show another of the user's names.
     if (user.object != nullptr)
       user.name = platform::plain_name(user.object->Name());
+    session_.run.user = user.name;
     visit_(user);
   }
 
@@ -139,10 +160,15 @@ class Walk {
   const WalkRules& rules_;
   const std::function<void(SelectedUser&)>& visit_;
   controls::ListView& list_;
+  const session::SelectionTerms& terms_;
   bool ended_ = false;
 };
 
 }  // namespace
+
+void leave_out(Session& session, std::string_view path) {
+  session.domain.selection_terms.excepted.insert(identity(path));
+}
 
 bool walk_selection(Session& session, const WalkRules& rules,
                     const std::function<void(SelectedUser& user)>& visit) {

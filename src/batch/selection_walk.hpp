@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "controls/list_view.hpp"
 #include "platform/directory.hpp"
@@ -36,11 +37,15 @@ struct WalkRules {
   std::function<bool(const std::string& what, const base::RuntimeError& failure)> failed;
 };
 
+/// Leaves the user of that ADsPath out of the walks over the selection, whichever rows include it.
+void leave_out(session::Session& session, std::string_view path);
+
 /// Visits the users of the selection (`LoadedDomain::selection`), in its order: a user's row means that user
 /// and is skipped once it is a ghost, a group's its members of class "user", a unit's the users directly in
-/// it. Groups and units are read completely when the walk reaches them, so that changes made by the visits,
-/// or a reopened connection, cannot disturb the reading. A user included by several rows is visited for each.
-/// A member that is not a user is named in the log, if it is open.
+/// it, by the terms of the selection also those below it or only those that a filter finds. Groups and units
+/// are read completely when the walk reaches them, so that changes made by the visits, or a reopened
+/// connection, cannot disturb the reading. A user included by several rows is visited for each. A member that
+/// is not a user is named in the log, if it is open.
 ///
 /// False when `goes_on` ended it. The list's rows must stay in place until then.
 bool walk_selection(session::Session& session, const WalkRules& rules,

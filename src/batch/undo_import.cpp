@@ -6,12 +6,11 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/account_by_sid.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "lifecycle/account/account_log.hpp"
 #include "platform/adsi.hpp"
-#include "platform/ldap_text.hpp"
-#include "platform/sid.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
 
@@ -50,21 +49,6 @@ ObjectPtr bind(Session& session, const std::string& path) {
   return object;
 }
 
-/// The account with that identifier in Active Directory; none when there is none any more.
-ObjectPtr find_by_sid(Session& session, const std::string& sid) {
-  const auto parsed = platform::Sid::parse(sid);
-  if (!parsed || !session::is_active_directory(session))
-    return nullptr;
-  const std::string bytes(parsed->bytes().begin(), parsed->bytes().end());
-  const auto rows = directory::run_query(
-      session, "<LDAP://" + session.DomainName + "/" +
-                   directory::domain_distinguished_name(session.DomainName) +
-                   ">;(objectSid=" + platform::escape_filter_bytes(bytes) + ");distinguishedName;subtree");
-  if (rows->at_eof())
-    return nullptr;
-  return session.platform.directory.GetObject("LDAP://" + rows->field(0).text());
-}
-
 /// True for an account that came into being once the line had begun, by the clock of its server.
 bool is_as_young(const ObjectPtr& account, const RecordedLine& line) {
   constexpr std::int64_t kAllowedSkew = std::int64_t{5} * 60 * 10'000'000;
@@ -86,7 +70,7 @@ ObjectPtr find_account(Undo& undo, const RecordedLine& line) {
     if (there != nullptr && platform::readable_sid(there) == made->sid)
       return there;
     undo.foreign = there != nullptr;
-    return find_by_sid(undo.session, made->sid);
+    return account_by_sid(undo.session, made->sid);
   }
   if (there != nullptr && !recorded && !is_as_young(there, line))
     base::raise(base::error::kPermissionDenied, "it is older than the import: someone else made it");

@@ -35,6 +35,7 @@ struct CurrentRun {
   RunTerms terms;
   RunView* watched_by = nullptr;
   bool stopped = false;                           ///< a person wants it to end
+  std::string user;                               ///< whom it is at, by name; empty between users
   std::shared_ptr<lifecycle::FolderUse> folders;  ///< see `lifecycle::KnownFolders`
 
   [[nodiscard]] RunView& view() const;

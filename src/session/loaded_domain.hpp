@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 
 #include "controls/list_view.hpp"
@@ -8,6 +9,13 @@
 
 namespace twk::session {
 
+/// What narrows or widens a selection for a run over many; see `batch::walk_selection`.
+struct SelectionTerms {
+  bool units_below = false;  ///< a unit also means the users of the units below it
+  std::string filter;        ///< of a unit only the users that this filter finds, RFC 4515; empty for all
+  std::set<std::string> excepted;  ///< users who are left out, see `batch::leave_out`
+};
+
 /// The domain as it was loaded and as the runs have changed it since: its tree and the lists that the windows
 /// show. Keys are ADsPaths, in a WinNT domain names.
 struct LoadedDomain {
@@ -15,9 +23,10 @@ struct LoadedDomain {
   controls::Observable<std::string> loading;  ///< what the load of the session is at, for the splash
   controls::TreeView tree;
   controls::ListView users;
-  controls::ListView groups;      ///< without those that a selection cannot hold
-  controls::ListView units;       ///< organizational units
-  controls::ListView selection;   ///< users, groups and organizational units chosen for a run over many
+  controls::ListView groups;     ///< without those that a selection cannot hold
+  controls::ListView units;      ///< organizational units
+  controls::ListView selection;  ///< users, groups and organizational units chosen for a run over many
+  SelectionTerms selection_terms;
   controls::ListView all_groups;  ///< sub-item 1 is the type
   // Between the lists of each pair, rows are only moved.
   controls::ListView template_choice;  ///< groups that a template can name

@@ -20,6 +20,9 @@ class RunRegistry final : public platform::RegistryAccess {
     values_[folded(key, name)] = std::move(value);
   }
 
+  /// Only what is stored counts again.
+  void clear() { values_.clear(); }
+
   bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
                 std::string& value) override {
     const auto found = hive == platform::kHiveLocalMachine ? values_.find(folded(key, name)) : values_.end();

@@ -74,6 +74,10 @@ void World::override_setting(std::string_view sub_key, std::string_view name, st
   registry_->put(root_key(sub_key), name, std::move(value));
 }
 
+void World::forget_overrides() {
+  registry_->clear();
+}
+
 void World::choose_domain_and_database(const std::string& database) {
   std::string stored;
   const bool named =

@@ -42,6 +42,8 @@ class World {
   [[nodiscard]] std::string settings_folder() const { return ground_->settings_folder(); }
   /// Sets a value of a machine setting for this run; the stored value stays as it is.
   void override_setting(std::string_view sub_key, std::string_view name, std::string value);
+  /// Takes back what `override_setting` and `choose_domain_and_database` set.
+  void forget_overrides();
   /// Makes this world's domain the session's, and `database` its database directory, unless that is empty. In
   /// a lab a domain named in the settings takes precedence.
   void choose_domain_and_database(const std::string& database);

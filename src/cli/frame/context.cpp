@@ -102,7 +102,23 @@ int Context::run() {
     dialogs_.set_asking(Asking::kYes);
   if (options_.no_input)
     dialogs_.set_asking(Asking::kNoInput);
-  const int exit_code = action_();
+  return run_action(take_action());
+}
+
+int Context::run_further(const std::function<int()>& action) {
+  session_.reset();
+  keeps_exit_code_ = false;
+  dialogs_.begin_command();
+  output_.forget_last();
+  if (world_) {
+    world_->forget_overrides();
+    world_->choose_domain_and_database(options_.db);
+  }
+  return run_action(action);
+}
+
+int Context::run_action(const std::function<int()>& action) {
+  const int exit_code = action();
   const bool asks_log_tab = exit_code == kExitGreen && session_ && !keeps_exit_code_;
   return asks_log_tab && met_trouble(*session_) ? kExitYellow : exit_code;
 }
@@ -176,7 +192,7 @@ platform::RegistryListing& Context::registry_listing() {
 Domain Context::domain() {
   connect_or_say_how(world());
   const world::DomainNames names = world().domain_names();
-  return {.services = services(),
+  return {.services = rehearsed_ ? *rehearsed_ : services(),
           .name = names.name,
           .nt_name = names.nt_name,
           .active_directory = names.active_directory};
@@ -187,7 +203,14 @@ void Context::override_setting(std::string_view sub_key, std::string_view name, 
 }
 
 void Context::rehearse(std::function<void(const std::string&)> tell) {
+  if (rehearsal_)
+    return;
   rehearsal_ = std::make_unique<lifecycle::Rehearsal>(services(), std::move(tell));
+  rehearsed_.emplace(rehearsal_->services());
+}
+
+std::string Context::user_of_run() const {
+  return session_ ? session_->run.user : std::string();
 }
 
 session::Session& Context::session(Depth depth) {
@@ -196,7 +219,7 @@ session::Session& Context::session(Depth depth) {
   // A load skips what they cannot reach; a command reports the reason at once.
   if (depth >= Depth::kDomain)
     connect_or_say_how(world());
-  const platform::Platform platform = rehearsal_ ? rehearsal_->services() : services();
+  const platform::Platform platform = rehearsed_ ? *rehearsed_ : services();
   session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
                                                 world().program_directory());
   session::Session& session = *session_;
@@ -230,6 +253,8 @@ int act_and_tell(Context& context, session::Session& session, const std::functio
   if (log.size() == rows)
     throw Refused(session.status.panel1);
   const controls::ListRow& told = log.at(log.size() - 1);
+  if (done && context.rehearses() && told.icon == session::kGreen)
+    return kExitGreen;
   Json result = {{"light", told.icon}, {"message", told.text}};
   result.update(further());
   context.output().result(result, context.output().light(told.icon) + "  " + told.text);

@@ -5,7 +5,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "batch/account_change.hpp"
 #include "cli/frame/directory_reader.hpp"
 #include "cli/frame/global_options.hpp"
 #include "cli/terminal/console_dialogs.hpp"
@@ -42,8 +44,11 @@ class Context {
 
   /// The parsed command's action; it returns the exit code.
   void set_action(std::function<int()> action) { action_ = std::move(action); }
+  [[nodiscard]] std::function<int()> take_action() { return std::exchange(action_, nullptr); }
   /// Applies the options and runs the action.
   int run();
+  /// Runs the action of one more command, in the same world but in a session of its own.
+  int run_further(const std::function<int()>& action);
 
   /// The folder of the lab, from the command line or the environment. Raises `UsageError` without one.
   [[nodiscard]] std::filesystem::path lab_folder() const;
@@ -65,8 +70,16 @@ class Context {
   Domain domain();
   /// Sets a value of a machine setting for this run; the stored value stays as it is.
   void override_setting(std::string_view sub_key, std::string_view name, std::string value);
-  /// From here on nothing is changed: the next session reports each step instead.
+  /// From here on nothing is changed: the next session reports each step instead. What it would make, later
+  /// ones find.
   void rehearse(std::function<void(const std::string&)> tell);
+  [[nodiscard]] bool rehearses() const { return rehearsal_ != nullptr; }
+  /// Whom the session's run is at; empty between users.
+  [[nodiscard]] std::string user_of_run() const;
+  /// From here on `keep` is called with what runs over many users change.
+  void record_changes(std::function<void(const batch::AccountChange&)> keep) { changed_ = std::move(keep); }
+  /// Empty when nothing is recorded.
+  [[nodiscard]] const std::function<void(const batch::AccountChange&)>& changed() const { return changed_; }
   /// The exit code of the action is final: rows of the log tab that are not GREEN do not make it
   /// YELLOW.
   void keep_exit_code() { keeps_exit_code_ = true; }
@@ -74,6 +87,7 @@ class Context {
   session::Session& session(Depth depth);
 
  private:
+  int run_action(const std::function<int()>& action);
   /// Empty when none is named.
   [[nodiscard]] std::filesystem::path named_lab() const;
 
@@ -81,9 +95,11 @@ class Context {
   Output output_;
   ConsoleDialogs dialogs_;
   std::function<int()> action_;
+  std::function<void(const batch::AccountChange&)> changed_;
   bool keeps_exit_code_ = false;
   std::unique_ptr<world::World> world_;
   std::unique_ptr<lifecycle::Rehearsal> rehearsal_;
+  std::optional<platform::Platform> rehearsed_;  ///< its services
   std::unique_ptr<session::Session> session_;
 };
 
@@ -92,8 +108,9 @@ class Context {
 void act(session::Session& session, const std::function<void()>& operation);
 
 /// Runs an operation that reports its outcome on the log tab and returns False when it did nothing. The tab's
-/// last row is the result, with the given further keys; the exit code is that of its light, or of a refusal.
-/// Raises `Refused` with the text of the status bar when the operation added no row.
+/// last row is the result, with the given further keys, but for a rehearsal's GREEN one; the exit code is
+/// that of its light, or of a refusal. Raises `Refused` with the text of the status bar when the operation
+/// added no row.
 int act_and_tell(Context& context, session::Session& session, const std::function<bool()>& operation,
                  const std::function<Json()>& further);
 

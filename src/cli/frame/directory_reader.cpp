@@ -440,4 +440,11 @@ std::string locate_ou(const Domain& domain, std::string_view dn) {
   return find_name("organizational unit", dn, names);
 }
 
+std::string locate_unit(const Domain& domain, std::string_view dn) {
+  std::string unit = locate_ou(domain, dn);
+  if (base::starts_with_fold(unit, "DC=") || base::starts_with_fold(unit, "CN=Builtin,"))
+    throw Refused(unit + " is not an organizational unit.");
+  return unit;
+}
+
 }  // namespace twk::cli

@@ -49,5 +49,7 @@ std::vector<std::string> list_ous(const Domain& domain);
 /// The distinguished name of the OU or container as the directory spells it. Raises `Refused` with the
 /// nearest names when there is none.
 std::string locate_ou(const Domain& domain, std::string_view dn);
+/// The same for a place that accounts can be moved to: raises `Refused` also for the domain itself.
+std::string locate_unit(const Domain& domain, std::string_view dn);
 
 }  // namespace twk::cli

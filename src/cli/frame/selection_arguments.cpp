@@ -4,10 +4,13 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/selection_walk.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
 #include "cli/terminal/interrupt.hpp"
 #include "directory/names.hpp"
+#include "lab/store/filter.hpp"
+#include "platform/adsi.hpp"
 #include "platform/directory.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/loaded_domain.hpp"
@@ -97,6 +100,71 @@ class Selector {
   Found found_;
 };
 
+/// Of what `locate_user` or `locate_group` found.
+std::string account_path(const Domain& domain, const std::string& located) {
+  return domain.active_directory ? "LDAP://" + domain.name + "/" + located
+                                 : platform::winnt_path(domain.nt_name, located);
+}
+
+std::unique_ptr<platform::Recordset> search(const Domain& domain, const std::string& place,
+                                            const std::string& filter, const std::string& attribute) {
+  platform::QueryOptions options;
+  options.page_size = 1000;
+  return domain.services.query.execute({place,
+                                        "(&(objectCategory=person)(objectClass=user)" + filter + ")",
+                                        {attribute},
+                                        platform::Scope::kSubtree},
+                                       options);
+}
+
+/// Raises `UsageError` for what does not go together.
+void check(const SelectionArguments& arguments) {
+  const bool names_users = !arguments.names.empty() || !arguments.groups.empty() || !arguments.files.empty();
+  if (!names_users && arguments.ous.empty() && arguments.filter.empty())
+    throw UsageError("say which users: give a NAME, --group, --ou, --filter or --from-file");
+  if (names_users && !arguments.filter.empty())
+    throw UsageError(
+        "--filter chooses among the users of --ou, or of the whole domain: leave out names, --group and "
+        "--from-file");
+  if (arguments.recurse && arguments.ous.empty() && arguments.filter.empty())
+    throw UsageError("--recurse is for the units of --ou: give one as well");
+  if (arguments.filter.empty())
+    return;
+  base::Trap trap;
+  if (!trap([&] { static_cast<void>(lab::parse_filter(arguments.filter)); }))
+    throw UsageError("--filter: " + trap.description());
+}
+
+void leave_out_members(const Domain& domain, session::Session& session, const std::string& name) {
+  const std::string path = account_path(domain, locate_group(domain, name));
+  const platform::ObjectPtr group =
+      domain.services.directory.GetObject(domain.active_directory ? path : path + ",group");
+  for (const platform::ObjectPtr& member : group->Members())
+    batch::leave_out(session, member->ADsPath());
+  if (!domain.active_directory)
+    return;
+  const std::string token = group->Get("primaryGroupToken").text();
+  const auto rows = search(domain, "LDAP://" + domain.name, "(primaryGroupID=" + token + ")", "ADsPath");
+  for (; !rows->at_eof(); rows->MoveNext())
+    batch::leave_out(session, rows->field(0).text());
+}
+
+/// Raises `Refused` for a name that is unknown: whom it meant would not be spared.
+void leave_out(const Domain& domain, session::Session& session, const SelectionArguments& arguments) {
+  for (const std::string& name : arguments.excepted)
+    batch::leave_out(session, account_path(domain, locate_user(domain, name)));
+  for (const std::string& group : arguments.except_groups)
+    leave_out_members(domain, session, group);
+}
+
+std::size_t count_below(const Domain& domain, const std::string& ou, const std::string& filter) {
+  const auto rows = search(domain, "LDAP://" + domain.name + "/" + ou, filter, "distinguishedName");
+  std::size_t users = 0;
+  for (; !rows->at_eof(); rows->MoveNext())
+    ++users;
+  return users;
+}
+
 }  // namespace
 
 void add_selection_options(Command& command, SelectionArguments& arguments) {
@@ -108,6 +176,23 @@ void add_selection_options(Command& command, SelectionArguments& arguments) {
       .add_option("--ou", arguments.ous,
                   "The users directly in an organizational unit; may be given several times")
       ->type_name("DN");
+  command.add_flag("--recurse", arguments.recurse,
+                   "With --ou, also the users in the units below it (`user list --ou` always has them)");
+  command
+      .add_option("--filter", arguments.filter,
+                  "Of the users of --ou, without it of the whole domain, those that an LDAP filter finds: "
+                  "\"(department=Sales)\"")
+      ->type_name("LDAP-FILTER");
+  command
+      .add_option("--except", arguments.excepted,
+                  "A user who is left out, whatever else includes them; may be given several times")
+      ->type_name("NAME");
+  command
+      .add_option(
+          "--except-group", arguments.except_groups,
+          "The members of a group are left out, those by primary group included; may be given several "
+          "times")
+      ->type_name("G");
   command
       .add_option("--from-file", arguments.files,
                   "Names of users from a file, one a line, \"-\" for standard input; blank lines and lines "
@@ -116,18 +201,40 @@ void add_selection_options(Command& command, SelectionArguments& arguments) {
 }
 
 Found fill_selection(Context& context, session::Session& session, const SelectionArguments& arguments) {
-  if (arguments.names.empty() && arguments.groups.empty() && arguments.ous.empty() && arguments.files.empty())
-    throw UsageError("say which users: give a NAME, --group, --ou or --from-file");
-  Selector selector(context.domain(), session.domain.selection);
+  check(arguments);
+  const Domain domain = context.domain();
+  if (!domain.active_directory && !arguments.filter.empty())
+    throw Refused("A WinNT domain has no directory in which a filter could search.");
+  session.domain.selection_terms = {
+      .units_below = arguments.recurse || arguments.ous.empty(), .filter = arguments.filter, .excepted = {}};
+  leave_out(domain, session, arguments);
+  Selector selector(domain, session.domain.selection);
   for (const std::string& name : arguments.names)
     selector.take_user(name, {});
   for (const std::string& group : arguments.groups)
     selector.take_group(group);
   for (const std::string& ou : arguments.ous)
     selector.take_ou(ou);
+  if (arguments.ous.empty() && !arguments.filter.empty())
+    selector.take_ou(domain_dn(domain));
   for (const std::string& file : arguments.files)
     selector.take_file(file);
   return selector.found();
+}
+
+void explain_empty(Context& context, const SelectionArguments& arguments) {
+  if (arguments.recurse)
+    return;
+  const Domain domain = context.domain();
+  for (const std::string& ou : arguments.ous) {
+    base::Trap unknown;
+    unknown([&] {
+      const std::size_t below = count_below(domain, locate_ou(domain, ou), arguments.filter);
+      if (below > 0)
+        complain(ou + " has no such users directly in it, but " + std::to_string(below) +
+                 " in the units below it: --recurse takes them");
+    });
+  }
 }
 
 }  // namespace twk::cli

@@ -67,12 +67,16 @@ std::string dn_of_user(const Session& session, const std::string& path) {
   return base::starts_with_fold(path, prefix) ? path.substr(prefix.size()) : std::string();
 }
 
+bool is_empty(const RunCounts& counts) {
+  return counts.all() == 0 && counts.whole && !interrupted();
+}
+
 int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {
   const std::string message = std::to_string(counts.done) + (rehearsed ? " rehearsed, " : " done, ") +
                               std::to_string(counts.warnings) + " of them with warnings, " +
                               std::to_string(counts.failed) + " failed, " + std::to_string(counts.unknown) +
                               " unknown" + (interrupted() ? ", stopped." : ".");
-  if (counts.all() == 0 && counts.whole && !interrupted())
+  if (is_empty(counts))
     complain("the selection is empty; nothing was done");
   context.output().result({{"light", counts.light()},
                            {"done", counts.done},
@@ -108,6 +112,8 @@ RunCounts run_counted(Context& context, Session& session, RunCounts counts, bool
   ConsoleView view(context, session);
   batch::RunHooks hooks;
   hooks.goes_on_after_failure = true;
+  if (!rehearsed)
+    hooks.changed = context.changed();
   hooks.done = [&](batch::UserOutcome outcome) {
     view.clear();
     add_failure_on_files(session, outcome);
@@ -127,6 +133,8 @@ int run_over_selection(Context& context, Session& session, const SelectionArgume
   const RunCounts counts =
       run_counted(context, session, {.unknown = found.unknown, .whole = found.whole}, rehearsed, run,
                   [&](const batch::UserOutcome& outcome) { print(context, session, outcome); });
+  if (is_empty(counts))
+    explain_empty(context, arguments);
   return tell_counts(context, counts, rehearsed);
 }
 

@@ -22,10 +22,6 @@ void print(Context& context, const batch::UserOutcome& outcome) {
                           context.output().light(light) + "  " + printable(message));
 }
 
-void print_step(Context& context, const std::string& step) {
-  context.output().result({{"step", step}}, step);
-}
-
 }  // namespace
 
 std::string key_of_user(Context& context, const std::string& name) {
@@ -61,14 +57,6 @@ void add_even_if_shared(Command& command, bool& even_if_shared) {
 
 session::Consent consent_of(bool given) {
   return given ? session::Consent::kYes : session::Consent::kNo;
-}
-
-void print_steps(Context& context) {
-  context.rehearse([&context](const std::string& step) { print_step(context, step); });
-}
-
-void tell_trees(Context& context, session::RunTerms& terms) {
-  terms.rehearse = [&context](const std::string& step) { print_step(context, step); };
 }
 
 }  // namespace twk::cli

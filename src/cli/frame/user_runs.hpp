@@ -25,9 +25,4 @@ int run_for_users(Context& context, session::Session& session, const std::vector
 void add_even_if_shared(Command& command, bool& even_if_shared);
 session::Consent consent_of(bool given);
 
-/// Prints each step of a rehearsal: those of the services from the next session on, and those of that
-/// session's trees.
-void print_steps(Context& context);
-void tell_trees(Context& context, session::RunTerms& terms);
-
 }  // namespace twk::cli

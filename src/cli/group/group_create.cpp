@@ -3,6 +3,7 @@
 
 #include "base/text.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/failures.hpp"
 #include "groups/new_group.hpp"
@@ -18,6 +19,7 @@ struct CreateArguments {
   std::string description;
   std::string scope{kScopes[1]};
   std::string kind{kKinds[0]};
+  bool dry_run = false;
 };
 
 template <std::size_t size>
@@ -41,6 +43,8 @@ groups::NewGroup order_of(const session::Session& session, const CreateArguments
 }
 
 int create_group(Context& context, const CreateArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = groups_session(context, false);
   const groups::GroupOutcome outcome = groups::create_group(session, order_of(session, arguments));
   return tell_group(context, arguments.name, outcome.light.empty() ? session::kRed : outcome.light,
@@ -68,6 +72,7 @@ void add_group_create(Command& group, Context& context) {
       ->type_name("SCOPE");
   add_choice(*create, "--kind", arguments->kind, kKinds, "security, or distribution for mail only")
       ->type_name("KIND");
+  add_dry_run(*create, arguments->dry_run);
   create->callback(
       [=, &context] { context.set_action([=, &context] { return create_group(context, *arguments); }); });
 }

@@ -1,4 +1,5 @@
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -7,10 +8,12 @@
 namespace twk::cli {
 namespace {
 
-int delete_group(Context& context, const std::string& name) {
+int delete_group(Context& context, const std::string& name, bool dry_run) {
+  if (dry_run)
+    print_steps(context);
   session::Session& session = groups_session(context, false);
   const groups::GroupRow group = find_group(context, session, name);
-  if (!groups::confirm_deletion(session, group.name)) {
+  if (!dry_run && !groups::confirm_deletion(session, group.name)) {
     complain(group.name + ": nothing was done.");
     return kExitYellow;
   }
@@ -22,10 +25,13 @@ int delete_group(Context& context, const std::string& name) {
 
 void add_group_delete(Command& group, Context& context) {
   auto name = std::make_shared<std::string>();
+  auto dry_run = std::make_shared<bool>(false);
   auto* command = group.add_subcommand("delete", "Delete a group, but not its members; asks first");
   command->add_option("NAME", *name, "Account name, common name or distinguished name")->required();
-  command->callback(
-      [=, &context] { context.set_action([=, &context] { return delete_group(context, *name); }); });
+  add_dry_run(*command, *dry_run);
+  command->callback([=, &context] {
+    context.set_action([=, &context] { return delete_group(context, *name, *dry_run); });
+  });
 }
 
 }  // namespace twk::cli

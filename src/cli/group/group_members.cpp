@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/user_runs.hpp"
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
@@ -22,6 +23,7 @@ const std::vector<Column> kColumns = {{"name", "User"}, {"primary", "Primary"}, 
 struct MemberArguments {
   std::string group;
   std::vector<std::string> users;
+  bool dry_run = false;
 };
 
 /// One of the two commands that change members.
@@ -85,6 +87,8 @@ class Teller {
   Teller(Context& context, std::string group) : context_(context), group_(std::move(group)) {}
 
   void tell(const std::string& user, std::string_view light, const std::string& message) {
+    if (context_.rehearses() && light == session::kGreen)
+      return;
     context_.output().result({{"group", group_}, {"user", user}, {"light", light}, {"message", message}},
                              context_.output().light(light) + "  " + message);
     exit_code_ = std::max(exit_code_, exit_code_of_light(light));
@@ -138,6 +142,8 @@ void tell_user(Teller& teller, const groups::MembersOutcome& outcome, const Chos
 }
 
 int change_members(Context& context, const MemberArguments& arguments, bool add) {
+  if (arguments.dry_run)
+    print_steps(context);
   const Shown shown = show_group(context, arguments.group);
   session::LoadedDomain& lists = shown.session.domain;
   const Change change =
@@ -169,6 +175,7 @@ void add_change(Command& group, Context& context, const std::string& name, const
       ->add_option("USER", arguments->users,
                    "Account name, common name, principal name or distinguished name; several may be given")
       ->required();
+  add_dry_run(*command, arguments->dry_run);
   command->callback([=, &context] {
     context.set_action([=, &context] { return change_members(context, *arguments, add); });
   });

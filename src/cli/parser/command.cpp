@@ -86,7 +86,8 @@ bool looks_like_an_option(std::string_view word) {
 /// value.
 class WordReader {
  public:
-  WordReader(const CLI::App& line, int argc, char** argv) : command_(&line), given_(argv + 1, argv + argc) {}
+  WordReader(const CLI::App& line, int argc, const char* const* argv)
+      : command_(&line), given_(argv + 1, argv + argc) {}
 
   Words read() {
     while (next_ < given_.size()) {
@@ -291,7 +292,7 @@ Option* Command::add_option(const std::string& name, std::size_t& value, const s
   return add(name, value, description);
 }
 
-std::vector<std::string> Command::words_of(int argc, char** argv) const {
+std::vector<std::string> Command::words_of(int argc, const char* const* argv) const {
   return WordReader(real_, argc, argv).read();
 }
 

@@ -90,7 +90,7 @@ class Command {
   /// The words of a command line in the parser's form: an option and its value are two, "--option=" has
   /// an empty value, and a name in brackets is one name. Raises `UsageError` for an option whose value is
   /// missing or looks like an option, and for a value of a flag that is empty.
-  [[nodiscard]] std::vector<std::string> words_of(int argc, char** argv) const;
+  [[nodiscard]] std::vector<std::string> words_of(int argc, const char* const* argv) const;
 
   void require_subcommand();
   /// Text after the options in help.

@@ -1,6 +1,7 @@
 #include "base/errors.hpp"
 #include "cli/frame/access_text.hpp"
 #include "cli/frame/commands.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/resource_session.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
@@ -21,6 +22,7 @@ struct ShareArguments {
   std::string path;
   std::string remark;
   std::optional<std::string> table_user;
+  bool dry_run = false;
 };
 
 Json describe(const ShareInfo502& share) {
@@ -99,6 +101,8 @@ int show_share(Context& context, const ShareArguments& arguments) {
 }
 
 int add_share(Context& context, const ShareArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = resource_session(context);
   ShareInfo502 share = resources::share_of_folder(arguments.name, arguments.path, arguments.remark);
   resources::ShareList list;
@@ -119,9 +123,12 @@ int add_share(Context& context, const ShareArguments& arguments) {
 }
 
 int delete_share(Context& context, const ShareArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
   require_share(context, arguments);
   const std::string name = network_name(arguments);
-  if (context.dialogs().MsgBox("Stop sharing " + name + "? Its files stay.", platform::Buttons::kYesNo,
+  if (!arguments.dry_run &&
+      context.dialogs().MsgBox("Stop sharing " + name + "? Its files stay.", platform::Buttons::kYesNo,
                                platform::Icon::kQuestion, "Delete Share") != platform::Answer::kYes)
     return kExitRed;
   session::Session& session = resource_session(context);
@@ -157,7 +164,9 @@ void add_share_commands(Command& app, Context& context) {
                    "Use the list of the table of share permissions, as creating this user would; otherwise "
                    "the server's default")
       ->type_name("USER");
-  add("delete", "Stop sharing a folder; asks first", true, delete_share);
+  auto* removed = add("delete", "Stop sharing a folder; asks first", true, delete_share);
+  add_dry_run(*made, arguments->dry_run);
+  add_dry_run(*removed, arguments->dry_run);
 }
 
 }  // namespace twk::cli

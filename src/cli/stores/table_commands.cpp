@@ -1,5 +1,6 @@
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/table_rows.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/input.hpp"
@@ -14,10 +15,20 @@ int show_table(Context& context, const std::string& name) {
   return kExitGreen;
 }
 
-int set_table(Context& context, const std::string& name, const std::string& file) {
+int set_table(Context& context, const std::string& name, const std::string& file, bool dry_run) {
   const SideTable table = side_table(name);
   const std::vector<std::string> lines = text_lines(read_input(file));
-  const std::size_t count = table.write(context.session(Depth::kDatabases), lines);
+  if (dry_run)
+    print_steps(context);
+  session::Session& session = context.session(Depth::kDatabases);
+  const std::size_t before = table.read(session).size();
+  const std::size_t count = table.write(session, lines);
+  if (dry_run) {
+    const std::string step = "Replace the " + std::to_string(before) + " rows of the table " + table.name +
+                             " by " + std::to_string(lines.size());
+    context.output().result({{"step", step}}, step);
+    return kExitGreen;
+  }
   context.output().result({{"table", table.name}, {"rows", count}}, std::to_string(count) + " rows saved.");
   return kExitGreen;
 }
@@ -49,8 +60,11 @@ void add_table_commands(Command& app, Context& context) {
       "  permissions,       ACCOUNT,ACCESS[,OWNER[,NEW]] separated by tabs or commas; ACCESS is Full "
       "Control,\n"
       "  share-permissions  Change, Read or (not of a share) No Access, NEW is yes or no");
-  set->callback(
-      [=, &context] { context.set_action([=, &context] { return set_table(context, *name, *file); }); });
+  auto dry_run = std::make_shared<bool>(false);
+  add_dry_run(*set, *dry_run);
+  set->callback([=, &context] {
+    context.set_action([=, &context] { return set_table(context, *name, *file, *dry_run); });
+  });
 }
 
 }  // namespace twk::cli

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <utility>
 
 #include "base/text.hpp"
 #include "cli/terminal/display.hpp"
@@ -134,6 +135,16 @@ std::optional<std::string> read_typed_line(std::string_view prompt, bool secret)
   return std::nullopt;
 }
 
+void ConsoleDialogs::begin_command() {
+  wipe_password();
+  password_.reset();
+  file_.reset();
+  on_events_ = {};
+  before_text_ = {};
+  on_modal_ = {};
+  last_trouble_.clear();
+}
+
 Asking ConsoleDialogs::asking() const {
   if (asking_ == Asking::kPerson && !(is_terminal(STDIN_FILENO) && is_terminal(STDERR_FILENO)))
     return Asking::kNoInput;
@@ -176,8 +187,10 @@ Answer ConsoleDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon,
       break;
   }
   const Answer answer = declined(buttons);
-  say("Nobody can be asked: the answer is " + std::string(word_of(answer)) +
-      ". Give --yes to answer every question with Yes.");
+  if (!std::exchange(said_nobody_, true)) {
+    say("Nobody can be asked: the answer is " + std::string(word_of(answer)) +
+        ", also to further questions. Give --yes to answer every question with Yes.");
+  }
   return answer;
 }
 

@@ -25,11 +25,10 @@ class ConsoleDialogs final : public platform::Dialogs {
   ConsoleDialogs() = default;
   ConsoleDialogs(const ConsoleDialogs&) = delete;
   ConsoleDialogs& operator=(const ConsoleDialogs&) = delete;
-  ~ConsoleDialogs() override {
-    if (password_)
-      base::wipe(*password_);
-  }
+  ~ConsoleDialogs() override { wipe_password(); }
 
+  /// Forgets what the command before has set, but for `set_asking`.
+  void begin_command();
   void set_asking(Asking asking) { asking_ = asking; }
   [[nodiscard]] bool asks_person() const { return asking() == Asking::kPerson; }
 
@@ -57,11 +56,16 @@ class ConsoleDialogs final : public platform::Dialogs {
   void show_modal(std::string_view window) override;
 
  private:
+  void wipe_password() {
+    if (password_)
+      base::wipe(*password_);
+  }
   [[nodiscard]] Asking asking() const;
   void say(std::string_view text) const;
   [[nodiscard]] platform::Answer ask(platform::Buttons buttons) const;
 
   Asking asking_ = Asking::kPerson;
+  bool said_nobody_ = false;  ///< that nobody can be asked
   std::optional<std::string> password_;
   std::optional<std::string> file_;
   std::function<void()> on_events_;

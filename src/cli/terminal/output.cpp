@@ -156,7 +156,14 @@ void Output::details(const std::vector<Column>& fields, const Json& object) {
   write(out);
 }
 
+void Output::forget_last() {
+  last_message_.clear();
+  last_record_.clear();
+}
+
 void Output::result(const Json& object, std::string_view text) {
+  last_message_ = object.text_at("message");
+  last_record_ = object.text_at("record");
   write((json_ ? dumped(object) : std::string(text)) + "\n");
   if (failure_ == 0 && std::fflush(stdout) != 0)
     failure_ = errno;

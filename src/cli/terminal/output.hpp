@@ -38,6 +38,11 @@ class Output {
   /// The word of a light, coloured if requested.
   [[nodiscard]] std::string light(std::string_view word) const;
 
+  /// The texts under "message" and "record" of the last result; empty for none.
+  [[nodiscard]] const std::string& last_message() const { return last_message_; }
+  [[nodiscard]] const std::string& last_record() const { return last_record_; }
+  void forget_last();
+
   /// Writes what is buffered. Raises a runtime error when something could not be written, except for a reader
   /// that went away.
   void finish();
@@ -50,6 +55,8 @@ class Output {
   std::vector<std::size_t> print_rows(const std::vector<Column>& columns, const std::vector<Json>& rows);
 
   bool json_ = false;
+  std::string last_message_;
+  std::string last_record_;
   const bool coloured_;  ///< for a terminal
   int failure_ = 0;      ///< errno of the first failed write
 };

@@ -1,5 +1,6 @@
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/user_runs.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -74,7 +75,7 @@ void add_profile_commands(Command& app, Context& context) {
       ->check(Check::one_of({"w2k", "nt40"}))
       ->type_name("WORD");
   add_even_if_shared(*remove, arguments->even_if_shared);
-  remove->add_flag("--dry-run", arguments->dry_run, "Print what would be done and do nothing");
+  add_dry_run(*remove, arguments->dry_run);
   remove->callback(
       [=, &context] { context.set_action([=, &context] { return delete_profile(context, *arguments); }); });
 }

@@ -1,6 +1,6 @@
 #include "base/text.hpp"
 #include "cli/frame/creation_progress.hpp"
-#include "cli/frame/user_runs.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
@@ -88,7 +88,7 @@ void add_user_create(Command& user, Context& context) {
   create->add_option("--password-file", arguments->password_file, "The password is the first line of a file")
       ->type_name("FILE")
       ->excludes(from_input);
-  create->add_flag("--dry-run", arguments->dry_run, "Print what would be done, in order, and do nothing");
+  add_dry_run(*create, arguments->dry_run);
   create->add_option("NAMES", arguments->names, "FIRST [MIDDLE] LAST")
       ->required()
       ->values(2, 3)

@@ -1,5 +1,6 @@
 #include "batch/delete_users.hpp"
 #include "cli/frame/mailbox_reader.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/resource_session.hpp"
 #include "cli/frame/selection_run.hpp"
 #include "cli/frame/user_runs.hpp"
@@ -130,7 +131,7 @@ void add_options(Command& command, DeleteArguments& arguments) {
   command.add_flag("--run-command", arguments.run_command, "Run the command of the set-up tab afterwards");
   command.add_flag("--no-prompting", arguments.no_prompting, "Ask nothing");
   add_even_if_shared(command, arguments.even_if_shared);
-  command.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
+  add_dry_run(command, arguments.dry_run);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "base/text.hpp"
 #include "cli/frame/directory_reader.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
@@ -19,6 +20,7 @@ struct GroupArguments {
   std::string name;
   std::vector<std::string> add;
   std::vector<std::string> remove;
+  bool dry_run = false;
 };
 
 const std::vector<Column> kColumns = {{"name", "Group"}, {"primary", "Primary"}};
@@ -75,8 +77,11 @@ bool change(session::Session& session, ListView& list, const directory::UserDeta
 }
 
 int change_groups(Context& context, const GroupArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
   const directory::UserDetails user = read_details(context, session, arguments.name);
+  session.run.user = user.name;
   session::LoadedDomain& loaded = session.domain;
   const Domain domain = context.domain();
   for (const std::string& group : arguments.add)
@@ -85,6 +90,8 @@ int change_groups(Context& context, const GroupArguments& arguments) {
     select_to_remove(loaded, find_group(domain, group));
   bool whole = change(session, loaded.own_groups, user, directory::remove_from_selected_groups);
   whole = change(session, loaded.other_groups, user, directory::add_to_selected_groups) && whole;
+  if (arguments.dry_run)
+    return whole ? kExitGreen : kExitYellow;
   std::vector<Json> rows;
   for (std::size_t i = 0; i < loaded.own_groups.size(); ++i) {
     const ListRow& row = loaded.own_groups.at(i);
@@ -105,6 +112,7 @@ void add_user_groups(Command& user, Context& context) {
   groups->add_option("--add", arguments->add, "Add the user to a group; may be repeated")->type_name("G");
   groups->add_option("--remove", arguments->remove, "Remove the user from a group; may be repeated")
       ->type_name("G");
+  add_dry_run(*groups, arguments->dry_run);
   groups->callback(
       [=, &context] { context.set_action([=, &context] { return change_groups(context, *arguments); }); });
 }

@@ -1,6 +1,7 @@
 #include <map>
 
 #include "batch/move_users.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/selection_run.hpp"
 #include "cli/frame/user_runs.hpp"
 #include "cli/parser/near_matches.hpp"
@@ -91,14 +92,16 @@ void add_options(Command& move, MoveArguments& arguments) {
   add_even_if_shared(move, arguments.even_if_shared);
   move.add_flag("--new-paths-anyway", arguments.new_paths_anyway,
                 "Give the account its new paths even if its data could not be copied");
-  move.add_flag("--dry-run", arguments.dry_run, "Print what would be done, in order, and do nothing");
+  add_dry_run(move, arguments.dry_run);
 }
 
 }  // namespace
 
 void add_user_move(Command& user, Context& context) {
   auto arguments = std::make_shared<MoveArguments>();
-  auto* move = user.add_subcommand("move", "Move users and their data to another site and template");
+  auto* move = user.add_subcommand(
+      "move",
+      "Move users and their data to another site and template; `user move-ou` moves them in the tree");
   move->add_option("NAME", arguments->selection.names,
                    "Account name, common name, principal name or distinguished name; several may be given")
       ->required();
@@ -109,7 +112,9 @@ void add_user_move(Command& user, Context& context) {
 
 void add_users_move(Command& users, Context& context) {
   auto arguments = std::make_shared<MoveArguments>();
-  auto* move = users.add_subcommand("move", "Move users and their data to another site and template");
+  auto* move = users.add_subcommand(
+      "move",
+      "Move users and their data to another site and template; `users move-ou` moves them in the tree");
   add_selection_options(*move, arguments->selection);
   add_options(*move, *arguments);
   move->callback(

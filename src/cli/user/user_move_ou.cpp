@@ -1,3 +1,4 @@
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "controls/tree_view.hpp"
@@ -11,6 +12,7 @@ namespace {
 struct MoveArguments {
   std::string user;
   std::string ou;
+  bool dry_run = false;
 };
 
 controls::TreeNode& shown(controls::TreeNode* node, const std::string& name) {
@@ -20,6 +22,8 @@ controls::TreeNode& shown(controls::TreeNode* node, const std::string& name) {
 }
 
 int move_user(Context& context, const MoveArguments& arguments) {
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
   const Domain domain = context.domain();
   const std::string ou = locate_ou(domain, arguments.ou);
@@ -31,6 +35,7 @@ int move_user(Context& context, const MoveArguments& arguments) {
     throw Refused(user + " cannot be moved.");
   if (target.image != "OU")
     throw Refused(ou + " is not an organizational unit.");
+  session.run.user = node.text;
   std::optional<std::string> key;
   return act_and_tell(
       context, session,
@@ -47,10 +52,13 @@ int move_user(Context& context, const MoveArguments& arguments) {
 
 void add_user_move_ou(Command& user, Context& context) {
   auto arguments = std::make_shared<MoveArguments>();
-  auto* move = user.add_subcommand("move-ou", "Move a user to another organizational unit");
+  auto* move = user.add_subcommand(
+      "move-ou",
+      "Move a user to another organizational unit; `user move` moves the user's data to another site");
   move->add_option("NAME", arguments->user, "Account name, common name, principal name or distinguished name")
       ->required();
   move->add_option("OU", arguments->ou, "Organizational unit to move to")->required()->type_name("DN");
+  add_dry_run(*move, arguments->dry_run);
   move->callback(
       [=, &context] { context.set_action([=, &context] { return move_user(context, *arguments); }); });
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
@@ -15,11 +16,13 @@ struct ResetArguments {
   std::vector<std::string> names;
   bool password_stdin = false;
   std::string password_file;
+  bool dry_run = false;
 };
 
 int reset_one(Context& context, session::Session& session, const session::Preferences& preferences,
               const std::string& name) {
   const controls::TreeNode& node = reach_user(context, session, name);
+  session.run.user = node.text;
   const session::RunOutcome outcome = lifecycle::reset_password(
       session, {node.text, node.key, preferences.confirm_resets, preferences.default_password});
   const bool asked_no = outcome.light.empty();
@@ -27,15 +30,22 @@ int reset_one(Context& context, session::Session& session, const session::Prefer
   const std::string message = outcome.done ? outcome.message
                               : asked_no   ? "Password not reset for " + node.text
                                            : outcome.warnings.front();
+  session.status.panel1 = "Ready.";
+  if (context.rehearses() && light == session::kGreen)
+    return kExitGreen;
   context.output().result({{"user", name}, {"light", light}, {"message", message}},
                           context.output().light(light) + "  " + message);
-  session.status.panel1 = "Ready.";
   return exit_code_of_light(light);
 }
 
 int reset_passwords(Context& context, const ResetArguments& arguments) {
+  if (arguments.dry_run) {
+    print_steps(context);
+    context.dialogs().set_password("PROMPT");
+  }
   session::Session& session = context.session(Depth::kDomain);
   session::Preferences preferences = session::read_preferences(session);
+  preferences.confirm_resets = preferences.confirm_resets && !arguments.dry_run;
   if (arguments.password_stdin || !arguments.password_file.empty()) {
     context.dialogs().set_password(read_password(arguments.password_stdin ? "-" : arguments.password_file));
     preferences.default_password = "PROMPT";
@@ -65,6 +75,7 @@ void add_user_reset_password(Command& user, Context& context) {
   reset->add_option("--password-file", arguments->password_file, "The password is the first line of a file")
       ->type_name("FILE")
       ->excludes(from_input);
+  add_dry_run(*reset, arguments->dry_run);
   reset->callback(
       [=, &context] { context.set_action([=, &context] { return reset_passwords(context, *arguments); }); });
 }

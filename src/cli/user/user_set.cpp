@@ -1,4 +1,5 @@
 #include "base/text.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/user_fields.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -12,6 +13,7 @@ struct SetArguments {
   std::string name;
   std::vector<std::string> assignments;
   std::optional<std::string> expires_after;
+  bool dry_run = false;
 };
 
 /// The assignments, including the one that --expires-after means.
@@ -31,6 +33,8 @@ std::vector<std::string> all_assignments(const SetArguments& arguments) {
 
 int set_user(Context& context, const SetArguments& arguments) {
   const std::vector<std::string> assignments = all_assignments(arguments);
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
   const directory::UserDetails before = read_details(context, session, arguments.name);
   directory::UserChange change{.details = before,
@@ -39,9 +43,12 @@ int set_user(Context& context, const SetArguments& arguments) {
                                .was_locked_out = before.locked_out};
   assign_fields(session, change.details, assignments);
   change.changed = directory::parts_that_differ(before, change.details);
+  session.run.user = before.name;
   const directory::SaveOutcome outcome = directory::save_user_details(session, change);
   const bool whole = outcome.saved && outcome.refused.empty();
   const std::string light(whole ? session::kGreen : outcome.saved ? session::kYellow : session::kRed);
+  if (arguments.dry_run && whole)
+    return kExitGreen;
   context.output().result({{"user", before.name},
                            {"light", light},
                            {"message", outcome.message},
@@ -62,6 +69,7 @@ void add_user_set(Command& user, Context& context) {
   set->add_option("--expires-after", arguments->expires_after,
                   "Last day of the account, which expires at its end")
       ->type_name("DAY");
+  add_dry_run(*set, arguments->dry_run);
   set->callback(
       [=, &context] { context.set_action([=, &context] { return set_user(context, *arguments); }); });
 }

@@ -1,5 +1,6 @@
 #include "batch/account_functions.hpp"
 #include "batch/unlock_accounts.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/resource_session.hpp"
 #include "cli/frame/selection_run.hpp"
 #include "cli/terminal/failures.hpp"
@@ -25,6 +26,7 @@ struct Arguments {
   PasswordSource password;
   bool change_at_logon = false;  ///< password-never-expires: a new password at the next logon
   bool reset = false;            ///< unlock: also a new password
+  bool dry_run = false;
 };
 
 void add_password_options(Command& command, PasswordSource& source) {
@@ -35,7 +37,10 @@ void add_password_options(Command& command, PasswordSource& source) {
       ->excludes(from_input);
 }
 
+/// A rehearsal asks for none: the word that stands for one that is asked for is its answer.
 std::string default_password(Context& context, session::Session& session, const PasswordSource& source) {
+  if (!source.given() && context.rehearses())
+    context.dialogs().set_password("PROMPT");
   if (!source.given())
     return session::read_preferences(session).default_password;
   context.dialogs().set_password(read_password(source.from_stdin ? "-" : source.file));
@@ -43,10 +48,12 @@ std::string default_password(Context& context, session::Session& session, const 
 }
 
 int change(Context& context, const Arguments& arguments, AccountFunction function) {
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = resource_session(context);
   const batch::AccountOrder order{function, arguments.change_at_logon,
                                   default_password(context, session, arguments.password)};
-  return run_over_selection(context, session, arguments.selection, false,
+  return run_over_selection(context, session, arguments.selection, arguments.dry_run,
                             [&](session::RunView& view, const batch::RunHooks& hooks) {
                               batch::change_accounts(session, order, view, hooks);
                             });
@@ -55,9 +62,11 @@ int change(Context& context, const Arguments& arguments, AccountFunction functio
 int unlock(Context& context, const Arguments& arguments) {
   if (arguments.password.given() && !arguments.reset)
     throw UsageError("a password is for --reset-passwords: give that as well");
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = resource_session(context);
   const batch::UnlockOrder order{arguments.reset, default_password(context, session, arguments.password)};
-  return run_over_selection(context, session, arguments.selection, false,
+  return run_over_selection(context, session, arguments.selection, arguments.dry_run,
                             [&](session::RunView& view, const batch::RunHooks& hooks) {
                               batch::unlock_accounts(session, order, view, hooks);
                             });
@@ -67,6 +76,7 @@ Command* add_function(Command& users, Context& context, const char* name, const 
                       const std::shared_ptr<Arguments>& arguments, AccountFunction function) {
   auto* command = users.add_subcommand(name, what);
   add_selection_options(*command, arguments->selection);
+  add_dry_run(*command, arguments->dry_run);
   command->callback(
       [=, &context] { context.set_action([=, &context] { return change(context, *arguments, function); }); });
   return command;
@@ -93,6 +103,7 @@ void add_users_account_functions(Command& users, Context& context) {
   auto arguments = std::make_shared<Arguments>();
   auto* command = users.add_subcommand("unlock", "Unlock the accounts");
   add_selection_options(*command, arguments->selection);
+  add_dry_run(*command, arguments->dry_run);
   command->add_flag("--reset-passwords", arguments->reset,
                     "Also set the default password, to be changed at the next logon");
   add_password_options(*command, arguments->password);

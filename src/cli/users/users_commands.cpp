@@ -11,6 +11,9 @@ void add_users_commands(Command& app, Context& context) {
   add_users_find(*users, context);
   add_users_delete(*users, context);
   add_users_move(*users, context);
+  add_users_move_ou(*users, context);
+  add_users_groups(*users, context);
+  add_users_rename(*users, context);
   add_users_set_attribute(*users, context);
 }
 

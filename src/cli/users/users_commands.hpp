@@ -12,6 +12,9 @@ void add_users_account_functions(Command& users, Context& context);
 void add_users_find(Command& users, Context& context);
 void add_users_delete(Command& users, Context& context);
 void add_users_move(Command& users, Context& context);
+void add_users_move_ou(Command& users, Context& context);
+void add_users_groups(Command& users, Context& context);
+void add_users_rename(Command& users, Context& context);
 void add_users_set_attribute(Command& users, Context& context);
 
 }  // namespace twk::cli

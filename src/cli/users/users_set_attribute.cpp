@@ -9,6 +9,7 @@
 #include "session/loaded_domain.hpp"
 
 #include <utility>
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/resource_session.hpp"
 #include "cli/frame/selection_run.hpp"
 #include "cli/parser/near_matches.hpp"
@@ -29,6 +30,7 @@ struct Arguments {
   bool append = false;
   bool replace = false;
   SelectionArguments selection;
+  bool dry_run = false;
 };
 
 /// Without a value, the file has one for each user.
@@ -38,7 +40,7 @@ bool takes_values_from_file(const Arguments& arguments) {
     return false;
   if (selection.files.empty())
     throw UsageError("say what to set it to: a VALUE, or --from-file with lines \"Username,ADValue\"");
-  if (selection.files.size() > 1 || !selection.groups.empty() || !selection.ous.empty())
+  if (selection.files.size() > 1 || selection.has_options())
     throw UsageError("a file with values excludes other users: give one --from-file and nothing else");
   return true;
 }
@@ -95,7 +97,7 @@ int change_selected(Context& context, Session& session, batch::PropertyOrder ord
   check_value(property, *arguments.value);
   batch::PropertyCounts counts;
   const int exit_code = run_over_selection(
-      context, session, arguments.selection, false,
+      context, session, arguments.selection, arguments.dry_run,
       [&](session::RunView& view, const batch::RunHooks& hooks) {
         if (session.domain.selection.empty())
           return;
@@ -150,8 +152,8 @@ void print_line(Context& context, const Session& session, const std::string& pro
                               printable(message));
 }
 
-int change_from_file(Context& context, Session& session, batch::PropertyOrder order,
-                     const std::string& file) {
+int change_from_file(Context& context, Session& session, batch::PropertyOrder order, const std::string& file,
+                     bool dry_run) {
   const std::string bytes = read_input(file);
   const std::string title = file == "-" ? "standard input" : file;
   RunCounts counts;
@@ -162,20 +164,30 @@ int change_from_file(Context& context, Session& session, batch::PropertyOrder or
       ++counts.unknown;
     else
       counts.add(light_of(outcome), outcome.changed);
-    print_line(context, session, order.property.name, outcome);
+    if (!dry_run || !outcome.changed)
+      print_line(context, session, order.property.name, outcome);
+    session.run.user.clear();
   };
-  const batch::PropertyCounts run = batch::change_from_file(
-      session, order, title, bytes, view, {.find = Finder(context.domain()), .strict = true});
+  Finder finder(context.domain());
+  const auto find = [&](const std::string& name) {
+    session.run.user = name;
+    return finder(name);
+  };
+  const batch::PropertyCounts run =
+      batch::change_from_file(session, order, title, bytes, view, {.find = find, .strict = true});
   view.clear();
-  return exit_code_of(run, tell_counts(context, counts));
+  return exit_code_of(run, tell_counts(context, counts, dry_run));
 }
 
 int set_attribute(Context& context, const Arguments& arguments) {
   const bool from_file = takes_values_from_file(arguments);
+  if (arguments.dry_run)
+    print_steps(context);
   Session& session = resource_session(context);
   const batch::PropertyOrder order = order_of(session, arguments);
-  return from_file ? change_from_file(context, session, order, arguments.selection.files.front())
-                   : change_selected(context, session, order, arguments);
+  return from_file
+             ? change_from_file(context, session, order, arguments.selection.files.front(), arguments.dry_run)
+             : change_selected(context, session, order, arguments);
 }
 
 }  // namespace
@@ -191,6 +203,7 @@ void add_users_set_attribute(Command& users, Context& context) {
                       "The new value; %UserName% is replaced by the user's name. Numbers separated by commas "
                       "for bytes. Without it --from-file names a file of lines \"Username,ADValue\"");
   add_selection_options(*command, arguments->selection);
+  add_dry_run(*command, arguments->dry_run);
   auto* replace = command->add_flag("--replace", arguments->replace,
                                     "Replace all other values by this one, which is the default");
   command->add_flag("--append", arguments->append, "Add the value to those of a property that has several")

@@ -44,6 +44,14 @@ SplitPath split(std::string_view path) {
           std::string(name.substr(0, end))};
 }
 
+std::string kind_of(std::string_view object_class) {
+  if (base::equals_fold(object_class, "fileshare"))
+    return "share";
+  if (base::equals_fold(object_class, "organizationalUnit"))
+    return "organizational unit";
+  return base::equals_fold(object_class, "group") ? "group" : "account";
+}
+
 class RehearsedObject final : public platform::DirectoryObject {
  public:
   RehearsedObject(RehearsedDirectory& directory, ObjectPtr real)
@@ -90,13 +98,17 @@ class RehearsedObject final : public platform::DirectoryObject {
   }
   void Delete(std::string_view object_class, std::string_view name) override {
     const ObjectPtr child = real_->GetObject(object_class, name);
-    const bool share = base::equals_fold(object_class, "fileshare");
-    directory_.tell((share ? "Delete the share " : "Delete the account ") + child->ADsPath());
+    directory_.tell("Delete the " + kind_of(object_class) + " " + child->ADsPath());
     directory_.forget(child->ADsPath());
   }
   ObjectPtr MoveHere(std::string_view source, const std::optional<std::string>& name) override {
-    directory_.tell("Rename " + std::string(source) + " to " + name.value_or(std::string()));
-    return directory_.GetObject(source);
+    const ObjectPtr moved = directory_.GetObject(source);
+    const std::string target = path_of_child(name.value_or(moved->Name()));
+    if (!base::equals_fold(target, source) && directory_.has(target))
+      base::raise(ads_error::kObjectExists, "There is an object " + target + " already");
+    directory_.tell(name ? "Rename " + std::string(source) + " to " + *name
+                         : "Move " + std::string(source) + " to " + ADsPath());
+    return moved;
   }
   void Add(std::string_view path) override {
     require_addable(path);
