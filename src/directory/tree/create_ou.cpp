@@ -6,6 +6,7 @@
 #include "directory/names.hpp"
 #include "directory/refusal.hpp"
 #include "directory/tree/tree.hpp"
+#include "directory/units.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
@@ -20,7 +21,6 @@ using controls::TreeNode;
 using session::Session;
 
 constexpr std::string_view kTitle = "Create OU";
-constexpr std::size_t kLongestName = 64;
 
 /// Why the place is unsuitable; empty when it is fine.
 std::string objection(const Session& session, const TreeNode& above) {
@@ -37,13 +37,7 @@ std::string objection(const Session& session, const TreeNode& above) {
 std::string objection(const Session& session, const TreeNode& above, std::string_view name) {
   if (std::string of_place = objection(session, above); !of_place.empty())
     return of_place;
-  if (name.empty())
-    return "The name of an OU cannot be blank.";
-  if (base::length(name) > kLongestName)
-    return "The name of an OU has at most 64 characters.";
-  if (const auto character = base::find_control_character(name))
-    return "The name of an OU cannot hold the character " + *character + ".";
-  return {};
+  return unit_name_fault(name);
 }
 
 /// Makes the unit; returns its distinguished name.

@@ -1,6 +1,9 @@
+#include "cli/ou/ou_commands.hpp"
+
 #include "base/text.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "controls/tree_view.hpp"
@@ -17,6 +20,7 @@ namespace {
 struct OuArguments {
   std::string name;
   std::string under;
+  bool dry_run = false;
 };
 
 /// "OU=Sales,DC=twk,DC=test" as the name and its parent.
@@ -27,11 +31,13 @@ OuArguments taken_apart(const OuArguments& arguments) {
     return arguments;
   if (!arguments.under.empty())
     throw UsageError("--under DN and a distinguished name exclude each other: the name already says where");
-  return {platform::plain_name(directory::relative_name(name)), std::string(above)};
+  return {platform::plain_name(directory::relative_name(name)), std::string(above), arguments.dry_run};
 }
 
 int create_ou(Context& context, const OuArguments& given) {
   const OuArguments arguments = taken_apart(given);
+  if (arguments.dry_run)
+    print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
   const Domain domain = context.domain();
   controls::TreeNode* above = session.domain.tree.first();
@@ -96,6 +102,9 @@ void add_ou_commands(Command& app, Context& context) {
   auto arguments = std::make_shared<OuArguments>();
   auto* ou = app.add_subcommand("ou", "Organizational units");
   ou->require_subcommand();
+  add_ou_list(*ou, context);
+  add_ou_change(*ou, context);
+  add_ou_delete(*ou, context);
   add_manage(*ou, context);
   auto* create = ou->add_subcommand("create", "Create an organizational unit");
   create->add_option("NAME", arguments->name, "Its name, or its distinguished name")->required();
@@ -103,6 +112,7 @@ void add_ou_commands(Command& app, Context& context) {
       ->add_option("--under", arguments->under,
                    "Organizational unit to create it under; without it the domain")
       ->type_name("DN");
+  add_dry_run(*create, arguments->dry_run);
   create->callback(
       [=, &context] { context.set_action([=, &context] { return create_ou(context, *arguments); }); });
 }
