@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <functional>
 #include <iostream>
+#include <memory>
 
 #include "base/text.hpp"
 #include "cli/frame/commands.hpp"
@@ -10,6 +12,7 @@
 #include "cli/frame/context.hpp"
 #include "cli/frame/logon_password.hpp"
 #include "cli/parser/manual.hpp"
+#include "cli/plan/plan_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
@@ -86,38 +89,7 @@ void ask_for_help(std::vector<std::string>& words) {
   words.emplace_back("--help");
 }
 
-/// True when a command should run; false when help or the version was requested and printed.
-bool parse(CLI::App& app, const Command& commands, int argc, char** argv) {
-  std::vector<std::string> words = commands.words_of(argc, argv);
-  ask_for_help(words);
-  std::reverse(words.begin(), words.end());  // the parser takes them from the end
-  try {
-    app.parse(std::move(words));
-    return true;
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() != 0)
-      throw UsageError(with_help(innermost(app), fault_text(app, error)));
-    app.exit(error, std::cout, std::cerr);
-    std::cout.flush();
-    return false;
-  } catch (const UsageError& error) {
-    throw UsageError(with_help(innermost(app), error.what()));
-  }
-}
-
-int run(int argc, char** argv) {
-  local::keep_memory_private();
-  check_arguments(argc, argv);
-  Context context;
-  context.options().logon_password = take_password_of_environment();
-  CLI::App line("User accounts of Windows domains", "twk");
-  line.footer(std::string(kFooter));
-  line.set_version_flag(
-      "--version", std::string("twk ") + TWK_VERSION + "\nLicense GPL-3.0-or-later; there is no warranty.");
-  line.require_subcommand(1);
-  line.fallthrough();
-  Command app(line);
-  add_global_options(app, context.options());
+void add_commands(Command& app, Context& context) {
   add_lab_commands(app, context);
   add_doctor_command(app, context);
   add_settings_commands(app, context);
@@ -140,6 +112,85 @@ int run(int argc, char** argv) {
   add_share_commands(app, context);
   add_log_commands(app, context);
   add_database_commands(app, context);
+}
+
+/// Raises `CLI::ParseError`, and `UsageError` with where to find help.
+void parse_words(CLI::App& app, const Command& commands, int argc, const char* const* argv) {
+  std::vector<std::string> words = commands.words_of(argc, argv);
+  ask_for_help(words);
+  std::reverse(words.begin(), words.end());  // the parser takes them from the end
+  try {
+    app.parse(std::move(words));
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0)
+      throw;
+    throw UsageError(with_help(innermost(app), fault_text(app, error)));
+  } catch (const UsageError& error) {
+    throw UsageError(with_help(innermost(app), error.what()));
+  }
+}
+
+/// True when a command should run; false when help or the version was requested and printed.
+bool parse(CLI::App& app, const Command& commands, int argc, char** argv) {
+  try {
+    parse_words(app, commands, argc, argv);
+    return true;
+  } catch (const CLI::ParseError& error) {
+    app.exit(error, std::cout, std::cerr);
+    std::cout.flush();
+    return false;
+  }
+}
+
+/// A command of a plan, which has the program's own options from the plan's command line. The action lives as
+/// long as what it was parsed by.
+std::function<int()> parse_line(Context& context, const std::vector<std::string>& given, bool dry_run) {
+  struct Line {
+    CLI::App app{"A command of a plan", "twk"};
+    Command commands{app};
+  };
+  constexpr const char* kDryRun = "--dry-run";
+  const auto line = std::make_shared<Line>();
+  line->app.require_subcommand(1);
+  add_commands(line->commands, context);
+  std::vector<const char*> words = {"twk"};
+  for (const std::string& word : given)
+    words.push_back(word.c_str());
+  try {
+    parse_words(line->app, line->commands, static_cast<int>(words.size()), words.data());
+  } catch (const CLI::ParseError&) {
+    throw UsageError("a plan runs commands; help is no line of one");
+  }
+  auto action = context.take_action();
+  const CLI::App& command = innermost(line->app);
+  const CLI::Option* const option = command.get_option_no_throw(kDryRun);
+  if (dry_run && option == nullptr)
+    throw UsageError("this command has no --dry-run, so that the plan cannot be rehearsed");
+  if (dry_run && option->count() == 0) {
+    std::vector<std::string> rehearsed = given;
+    rehearsed.insert(std::ranges::find(rehearsed, "--"), kDryRun);
+    return parse_line(context, rehearsed, dry_run);
+  }
+  return [line, action = std::move(action)] { return action(); };
+}
+
+int run(int argc, char** argv) {
+  local::keep_memory_private();
+  check_arguments(argc, argv);
+  Context context;
+  context.options().logon_password = take_password_of_environment();
+  CLI::App line("User accounts of Windows domains", "twk");
+  line.footer(std::string(kFooter));
+  line.set_version_flag(
+      "--version", std::string("twk ") + TWK_VERSION + "\nLicense GPL-3.0-or-later; there is no warranty.");
+  line.require_subcommand(1);
+  line.fallthrough();
+  Command app(line);
+  add_global_options(app, context.options());
+  add_commands(app, context);
+  add_plan_commands(app, context, [&context](const std::vector<std::string>& words, bool dry_run) {
+    return parse_line(context, words, dry_run);
+  });
   if (argc > 1 && std::string_view(argv[1]) == "__complete")
     return print_completions(context, line, {argv + 2, argv + argc});
   if (argc > 1 && std::string_view(argv[1]) == "__manual")

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "batch/account_change.hpp"
+#include "batch/run_controls.hpp"
+
+namespace twk::batch {
+
+/// Takes back what a run changed on one account: the one with that identifier, wherever it is and whatever it
+/// is called by now. What is so already is done. RED when the account is gone or the directory refuses.
+UserOutcome take_back(session::Session& session, const AccountChange& change);
+
+}  // namespace twk::batch

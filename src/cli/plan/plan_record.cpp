@@ -1,0 +1,74 @@
+#include "cli/plan/plan_record.hpp"
+
+#include <array>
+#include <cstdint>
+
+#include "base/dates.hpp"
+#include "base/text.hpp"
+#include "session/activity_log.hpp"
+#include "stores/database_files.hpp"
+
+namespace twk::cli {
+namespace {
+
+constexpr std::array<std::string_view, 5> kWords = {"enabled", "disabled", "joined", "left", "moved"};
+
+std::string free_path(session::Session& session) {
+  const base::Date now = session.platform.clock.now();
+  const std::string name = "Plan Record - " + base::format_compact_date(now) + base::format_compact_time(now);
+  std::string suffix;
+  for (int next = 2;; ++next) {
+    std::string path = stores::database_path(session, name + suffix + ".jsonl");
+    if (!session.platform.files.exists(path))
+      return path;
+    suffix = " (" + base::to_text(next) + ")";
+  }
+}
+
+}  // namespace
+
+PlanRecord::PlanRecord(session::Session& session, const std::string& plan)
+    : path_(free_path(session)), file_(session.platform.files.open_append(path_)) {
+  write({{"record", std::string("plan")},
+         {"version", std::int64_t{1}},
+         {"begun", session::date_and_time(session.platform.clock)},
+         {"file", plan},
+         {"domain", session.DomainName}});
+}
+
+void PlanRecord::begin(int line, const std::string& command) {
+  line_ = line;
+  write({{"line", std::int64_t{line}}, {"command", command}});
+}
+
+void PlanRecord::change(const batch::AccountChange& change) {
+  write({{"line", std::int64_t{line_}},
+         {"change", std::string(word_of(change.kind))},
+         {"sid", change.sid},
+         {"what", change.what}});
+}
+
+void PlanRecord::end(int line, const std::string& command, std::string_view light, const std::string& message,
+                     const std::string& import_record) {
+  records::JsonLine entry = {{"line", std::int64_t{line}},
+                             {"command", command},
+                             {"light", std::string(light)},
+                             {"message", message}};
+  if (!import_record.empty())
+    entry.add("import", import_record);
+  write(entry);
+}
+
+void PlanRecord::finish(std::string_view how) {
+  write({{"ended", std::string(how)}});
+}
+
+void PlanRecord::write(const records::JsonLine& entry) {
+  file_->write(entry.bytes());
+}
+
+std::string_view word_of(batch::AccountChange::Kind kind) {
+  return kWords.at(static_cast<std::size_t>(kind));
+}
+
+}  // namespace twk::cli
