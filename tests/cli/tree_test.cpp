@@ -40,6 +40,42 @@ $ user find "*)(cn=*"
        sales_);
 }
 
+TEST_F(TreeCommandLine, UnitsAreListedRenamedMovedAndDeleted) {
+  play(R"(
+$ ou create Inner --under $SALES
+$ user move-ou John.Smith OU=Inner,$SALES
+$ ou list
+|   Inner
+$ ou show $SALES
+{"users": 0, "ous": 1, "usersBelow": 1, "allBelow": 2}
+$ ou rename OU=Inner,$SALES "In,side" --dry-run
+| to OU=In\,side
+$ ou rename OU=Inner,$SALES In,side
+| is now OU=In\,side,$SALES
+$ ou rename $SALES "New Starters" => 2 the name is already in use
+$ ou rename $SALES " " => 64 cannot be blank
+$ ou move $SALES OU=In\,side,$SALES => 2 into itself
+$ ou move OU=In\,side,$SALES $NEW
+$ ou show OU=In\,side,$NEW
+{"users": 1}
+$ ou delete $SALES --dry-run
+| Delete the organizational unit
+$ --yes ou delete $SALES
+{"light": "GREEN", "deleted": 1}
+$ ou delete $NEW => 2 is not empty: 1 user, 1 group and 1 unit below it. --recursive
+$ ou delete $NEW --recursive => 1 nothing was done
+$ ou delete $NEW --recursive --dry-run
+| Delete the account LDAP://twk.test/CN=John.Smith,OU=In\,side,$NEW
+$ user show John.Smith
+$ --yes ou delete $NEW --recursive
+{"light": "GREEN", "deleted": 4}
+$ user show John.Smith => 2
+$ ou delete CN=Users,DC=twk,DC=test => 2 is not an organizational unit
+$ ou show $NEW => 2 There is no
+)",
+       sales_);
+}
+
 TEST_F(TreeCommandLine, RefusalsSayWhy) {
   play(R"(
 $ ou create "new starters" => 2 Cannot create the OU new starters

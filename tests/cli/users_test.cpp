@@ -61,6 +61,135 @@ $ users disable --from-file $BROKEN => 2 $BROKEN:1: A name holds the control cha
         {"$BROKEN", {file("broken.txt", std::string("Jo\0Smith\n", 9))}}});
 }
 
+TEST_F(ManyUsers, AreThoseOfTheUnitsBelowThatAFilterFindsWithoutTheExceptions) {
+  play(R"(
+$ ou create Inner --under $NEW
+$ user move-ou Kim.Day OU=Inner,$NEW
+$ users disable --ou OU=Inner,$NEW --recurse --except kim.day => 1 the selection is empty
+$ users disable --ou $NEW --except Ann.Lee
+{"user": "Jo.Smith"}
+{"done": 1}
+$ users disable --ou $NEW --recurse --except-group Staff => 1 the selection is empty
+$ users enable --ou $NEW --recurse --filter (|(cn=Jo*)(cn=Kim*))
+{"user": "Jo.Smith"}
+{"user": "Kim.Day"}
+{"done": 2}
+$ users unlock --filter (sAMAccountName=Ann.Lee)
+{"user": "Ann.Lee"}
+{"done": 1}
+$ user move-ou Jo.Smith OU=Inner,$NEW
+$ user move-ou Ann.Lee OU=Inner,$NEW
+$ users disable --ou $NEW => 1 3 in the units below it: --recurse takes them
+! the selection is empty
+$ user show Ann.Lee
+{"disabled": false}
+$ users enable --filter (cn=a)) => 64 Unexpected text after the filter at position 7
+$ users enable Jo.Smith --filter (cn=*) => 64 leave out names
+$ users enable Jo.Smith --recurse => 64 --ou
+$ users disable --group Staff --except Nobody => 2 There is no user "Nobody"
+$ users disable --group Staff --except-group Nobody => 2 There is no group "Nobody"
+$ user show Jo.Smith
+{"disabled": false}
+)");
+}
+
+TEST_F(ManyUsers, AreMovedToAUnitAndChangeTheirGroups) {
+  play(R"(
+$ group create Readers
+$ ou create Leavers
+$ --json users move-ou OU=Leavers,DC=twk,DC=test --group Staff --except Kim.Day --dry-run
+| to LDAP://twk.test/OU=Leavers,DC=twk,DC=test","user":"Ann.Lee"}
+| "message":"2 rehearsed
+$ users move-ou OU=Leavers,DC=twk,DC=test --group Staff --except Kim.Day
+{"light": "GREEN"}
+{"light": "GREEN"}
+{"done": 2}
+$ users move-ou OU=Leavers,DC=twk,DC=test Jo.Smith
+| is in OU=Leavers,DC=twk,DC=test already
+$ users move-ou OU=Nowhere,DC=twk,DC=test Jo.Smith => 2 There is no organizational unit
+$ users move-ou DC=twk,DC=test Jo.Smith => 2 is not an organizational unit
+$ users groups --add Readers --remove Staff --ou OU=Leavers,DC=twk,DC=test --dry-run
+| to the group LDAP://twk.test/CN=Readers
+| from the group LDAP://twk.test/CN=Staff
+$ group show Readers
+{"members": []}
+$ users groups --add Readers --remove Staff --ou OU=Leavers,DC=twk,DC=test
+{"light": "GREEN"}
+{"light": "GREEN"}
+{"done": 2, "warned": 0}
+$ group show Readers
+{"members": ["Ann.Lee", "Jo.Smith"]}
+$ group show Staff
+{"members": ["Kim.Day"]}
+$ users groups --add Readers --remove "Domain Users" Jo.Smith Kim.Day => 1
+{"light": "YELLOW", "user": "Jo.Smith"}
+{"light": "YELLOW", "user": "Kim.Day"}
+{"done": 2, "warned": 2}
+$ users groups --remove "Domain Users" Jo.Smith => 2 
+| is the primary group
+$ users groups --add Raeders Jo.Smith => 2 Near: "Readers"
+$ users groups Jo.Smith => 64 --add
+)");
+}
+
+TEST_F(ManyUsers, AreRenamedByAFile) {
+  play(R"(
+$ users rename --from-file $LIST --dry-run => 2
+| samAccountName = Jo.West
+| 1 rehearsed, 0 of them with warnings, 1 failed, 1 unknown.
+$ users rename --from-file $LIST => 2
+{"line": 2, "user": "Jo.Smith", "light": "GREEN", "message": "Jo.Smith is West, Jo now"}
+{"line": 3, "user": "Ann.Lee", "light": "RED", "message": "the line has no new name"}
+{"line": 4, "user": "Nobody", "light": "RED"}
+{"done": 1, "failed": 1, "unknown": 1}
+$ user show Jo.West
+{"name": "West, Jo", "samAccountName": "Jo.West"}
+$ users rename --from-file $HEADING => 65 $HEADING: a column is neither
+$ users rename --from-file $OPEN => 65 $OPEN: line 2
+)",
+       {{"$LIST",
+         {file("names.csv", "User;Full name;Logon\nJo.Smith;\"West, Jo\";Jo.West\nAnn.Lee;;\nNobody;x;y\n")}},
+        {"$HEADING", {file("heading.csv", "User,Logon,Sirname\nJo.Smith,x,y\n")}},
+        {"$OPEN", {file("open.csv", "User,Logon\nJo.Smith,\"x\n")}}});
+}
+
+TEST_F(ManyUsers, EveryChangeCanBeRehearsed) {
+  play(R"(
+$ --json users disable Jo.Smith --dry-run
+| "user":"Jo.Smith"}
+$ users reset-password Jo.Smith --dry-run
+| Set the password of
+$ users set-attribute department Sales Jo.Smith --dry-run
+| department = Sales
+$ --json user set Jo.Smith description=x --dry-run
+| "user":"Jo.Smith"}
+$ user groups Jo.Smith --remove Staff --dry-run
+| Remove LDAP://twk.test/CN=Jo.Smith,$NEW from the group
+$ user move-ou Jo.Smith DC=twk,DC=test --dry-run => 2
+$ user move-ou Jo.Smith CN=Users,DC=twk,DC=test --dry-run
+> Move LDAP://twk.test/CN=Jo.Smith,$NEW to LDAP://twk.test/CN=Users,DC=twk,DC=test
+$ user reset-password Jo.Smith --dry-run
+| Set the password of
+$ group create Readers --dry-run
+| Make the group CN=Readers
+$ group add-member "Domain Guests" Jo.Smith --dry-run
+| to the group
+$ group delete Staff --dry-run
+| Delete the group LDAP://twk.test/CN=Staff,$NEW
+$ share add FS1 New$ D:\Users --dry-run
+| Make the share New$
+$ share delete FS1 Gone --dry-run => 2 There is no share
+$ table set w2k $ROWS --dry-run
+| by 1
+$ table show w2k
+- p,title,Boss
+$ user show Jo.Smith
+{"disabled": false, "description": "", "groups": ["Domain Users", "Staff"]}
+$ group show Readers => 2
+)",
+       {{"$ROWS", {file("rows.txt", "p,title,Boss\n")}}});
+}
+
 TEST_F(ManyUsers, UsersMustBeNamed) {
   play(R"(
 $ users disable => 64

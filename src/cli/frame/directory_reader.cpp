@@ -251,7 +251,10 @@ std::string spelled_ou(const Domain& domain, std::string_view dn) {
     const ObjectPtr place = domain.services.directory.GetObject(ldap_path(domain, dn));
     const std::string kind = place->Class();
     if (std::any_of(kPlaces.begin(), kPlaces.end(), [&](auto one) { return base::equals_fold(kind, one); }))
-      spelled = place->Get("distinguishedName").text();
+      spelled = platform::text_or_empty(*place, "distinguishedName");
+    // A unit that a rehearsal would have made.
+    if (spelled.empty() && base::equals_fold(kind, kPlaces.front()))
+      spelled = dn_of_path(place->ADsPath());
   });
   return spelled;
 }

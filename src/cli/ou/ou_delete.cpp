@@ -43,8 +43,7 @@ int delete_ou(Context& context, const Arguments& arguments) {
   const std::string ou = locate_own_ou(context, arguments.dn);
   const directory::UnitContents contents = directory::count_below_unit(session, ou);
   if (contents.all() != 0 && !arguments.recursive) {
-    throw Refused(ou + " is not empty: there are " + contents.in_words() +
-                  " below it. --recursive deletes them too.");
+    throw Refused(ou + " is not empty: " + contents.in_words() + " below it. --recursive deletes them too.");
   }
   if (!arguments.dry_run && !confirms(context, ou, contents)) {
     complain(ou + ": nothing was done.");

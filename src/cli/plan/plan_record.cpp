@@ -5,6 +5,7 @@
 
 #include "base/dates.hpp"
 #include "base/text.hpp"
+#include "local/posix_files.hpp"
 #include "session/activity_log.hpp"
 #include "stores/database_files.hpp"
 
@@ -28,7 +29,7 @@ std::string free_path(session::Session& session) {
 }  // namespace
 
 PlanRecord::PlanRecord(session::Session& session, const std::string& plan)
-    : path_(free_path(session)), file_(session.platform.files.open_append(path_)) {
+    : path_(local::to_local_path(free_path(session))), file_(session.platform.files.open_append(path_)) {
   write({{"record", std::string("plan")},
          {"version", std::int64_t{1}},
          {"begun", session::date_and_time(session.platform.clock)},

@@ -34,6 +34,7 @@ struct RecordedCommand {
   std::string text;
   std::vector<batch::AccountChange> changes;
   std::string import;  ///< the record of its import; empty for none
+  std::string light;   ///< how it ended; empty when the plan was broken off within it
   bool undone = false;
 };
 
@@ -59,12 +60,14 @@ void take_entry(RecordedPlan& plan, std::map<std::int64_t, std::size_t>& places,
     return;
   const auto [place, is_new] = places.try_emplace(number, plan.commands.size());
   if (is_new)
-    plan.commands.push_back({static_cast<int>(number), entry.text("command"), {}, {}, false});
+    plan.commands.push_back({static_cast<int>(number), entry.text("command"), {}, {}, {}, false});
   RecordedCommand& command = plan.commands[place->second];
   if (const auto kind = kind_of(entry.text("change")))
     command.changes.push_back({*kind, entry.text("sid"), entry.text("what")});
   if (std::string import = entry.text("import"); !import.empty())
     command.import = std::move(import);
+  if (std::string light = entry.text("light"); !light.empty())
+    command.light = std::move(light);
   command.undone = command.undone || entry.is_set("undone");
 }
 
@@ -120,20 +123,26 @@ class PlanUndo {
         undo(*command);
     }
     context_.keep_exit_code();
+    if (counts_.all() == 0) {
+      complain("nothing of this plan is left to take back");
+      return kExitYellow;
+    }
     const int exit_code = tell_counts(context_, counts_, context_.rehearses());
     return kept_ ? std::max(exit_code, kExitYellow) : exit_code;
   }
 
  private:
   void undo(const RecordedCommand& command) {
-    const std::vector<std::string> words = creation::split_command(command.text);
+    std::vector<std::string> words = creation::split_command(command.text);
+    if (!words.empty() && words.front() == "twk")
+      words.erase(words.begin());
     const std::size_t failed = counts_.failed;
     for (auto change = command.changes.rbegin(); change != command.changes.rend() && !interrupted(); ++change)
       tell(command.line, batch::take_back(session_, *change));
     if (!command.import.empty())
       undo_import(command);
     else if (!is_recorded(words) && !only_reads(words))
-      keep(command);
+      return keep(command);
     if (counts_.failed == failed && !interrupted() && !context_.rehearses())
       batch::note_in_record(context_.services().files, plan_.path,
                             {{"line", std::int64_t{command.line}}, {"undone", true}});
@@ -151,7 +160,9 @@ class PlanUndo {
 
   void keep(const RecordedCommand& command) {
     kept_ = true;
-    complain("line " + std::to_string(command.line) + " cannot be taken back: " + command.text);
+    const std::string_view light = command.light.empty() ? "broken off" : std::string_view(command.light);
+    complain("line " + std::to_string(command.line) + " (" + std::string(light) +
+             ") cannot be taken back: " + command.text);
   }
 
   void tell(int line, const batch::UserOutcome& outcome) {

@@ -31,6 +31,8 @@ bool is_primary_group(std::string_view attribute) {
 std::string kind_of(std::string_view object_class) {
   if (base::equals_fold(object_class, "OrganizationalPerson"))
     return "mailbox";
+  if (base::equals_fold(object_class, "organizationalUnit"))
+    return "organizational unit";
   return base::equals_fold(object_class, "Remote-Address") ? "custom recipient" : base::lower(object_class);
 }
 
@@ -117,7 +119,9 @@ class NewObject final : public platform::DirectoryObject {
     draft_->Delete(object_class, name);
   }
   ObjectPtr MoveHere(std::string_view source, const std::optional<std::string>& name) override {
-    return draft_->MoveHere(source, name);
+    directory_.tell(name ? "Rename " + std::string(source) + " to " + *name
+                         : "Move " + std::string(source) + " to " + ADsPath());
+    return directory_.GetObject(source);
   }
   void Add(std::string_view path) override {
     directory_.tell("Add " + std::string(path) + " to the group " + ADsPath());
