@@ -81,6 +81,9 @@ UserOutcome take_back(Session& session, const AccountChange& change) {
   outcome.light = session::kRed;
   base::Trap trap;
   if (!trap([&] {
+        if (!session::is_active_directory(session))
+          base::raise(platform::ads_error::kNoSuchObject,
+                      "a WinNT domain finds nobody by a security identifier");
         const ObjectPtr account = account_by_sid(session, change.sid);
         if (account == nullptr)
           base::raise(platform::ads_error::kNoSuchObject, "the account is gone");

@@ -1,5 +1,6 @@
 #include "lifecycle/rehearsal/rehearsed_directory.hpp"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -262,7 +263,9 @@ std::unique_ptr<platform::Recordset> RehearsedQuery::execute(const platform::Que
   if (directory_.made().find(query.base) != nullptr)
     return std::make_unique<NoRows>();
   std::unique_ptr<platform::Recordset> rows = real_.execute(query, options);
-  if (!rows->at_eof() || !rows->at_bof())
+  // Of those who would have been made only the names are known, not where they are.
+  const bool asks_for_path = std::ranges::find(query.attributes, "ADsPath") != query.attributes.end();
+  if (asks_for_path || !rows->at_eof() || !rows->at_bof())
     return rows;
   const std::string account = required_value(query.filter, "sAMAccountName");
   if (directory_.made().has_account(account))
