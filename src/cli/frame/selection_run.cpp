@@ -39,6 +39,10 @@ void add_failure_on_files(Session& session, batch::UserOutcome& outcome) {
     outcome.light = session::kYellow;
 }
 
+bool is_empty(const RunCounts& counts) {
+  return counts.all() == 0 && counts.whole && !interrupted();
+}
+
 }  // namespace
 
 std::string_view light_of(const batch::UserOutcome& outcome) {
@@ -65,10 +69,6 @@ std::string_view RunCounts::light() const {
 std::string dn_of_user(const Session& session, const std::string& path) {
   const std::string prefix = "LDAP://" + session.DomainName + "/";
   return base::starts_with_fold(path, prefix) ? path.substr(prefix.size()) : std::string();
-}
-
-bool is_empty(const RunCounts& counts) {
-  return counts.all() == 0 && counts.whole && !interrupted();
 }
 
 int tell_counts(Context& context, const RunCounts& counts, bool rehearsed) {

@@ -18,7 +18,7 @@ struct Arguments {
 };
 
 /// Does it; a refusal of the directory is one of the command. The unit that is managed may be elsewhere then.
-int change(Context& context, session::Session& session, const std::string& ou, const std::string& done,
+int change(Context& context, session::Session& session, const std::string& ou,
            const std::function<std::string()>& step) {
   std::string now;
   base::Trap trap;
@@ -28,11 +28,11 @@ int change(Context& context, session::Session& session, const std::string& ou, c
       throw base::RuntimeError(trap.number(), trap.description());
     throw Refused(ou + ": " + base::in_words(trap.number(), trap.description()));
   }
-  if (!session.ManagedOU.empty() && directory::lies_in_unit(session.ManagedOU, ou)) {
+  if (!context.rehearses() && !session.ManagedOU.empty() && directory::lies_in_unit(session.ManagedOU, ou)) {
     complain("the managed unit is in it, which `twk ou manage` still expects at " + session.ManagedOU +
              ": choose it again");
   }
-  return tell_light(context, session::kGreen, ou + " " + done + " " + now, {{"dn", now}, {"was", ou}});
+  return tell_light(context, session::kGreen, ou + " is now " + now, {{"dn", now}, {"was", ou}});
 }
 
 int rename_ou(Context& context, const Arguments& arguments) {
@@ -43,7 +43,7 @@ int rename_ou(Context& context, const Arguments& arguments) {
     print_steps(context);
   session::Session& session = resource_session(context);
   const std::string ou = locate_own_ou(context, arguments.dn);
-  return change(context, session, ou, "is now", [&] { return directory::rename_unit(session, ou, name); });
+  return change(context, session, ou, [&] { return directory::rename_unit(session, ou, name); });
 }
 
 int move_ou(Context& context, const Arguments& arguments) {
@@ -56,16 +56,17 @@ int move_ou(Context& context, const Arguments& arguments) {
     throw Refused(target + " is neither an organizational unit nor the domain.");
   if (directory::lies_in_unit(target, ou))
     throw Refused(ou + " cannot be moved into itself.");
-  return change(context, session, ou, "is now", [&] { return directory::move_unit(session, ou, target); });
+  return change(context, session, ou, [&] { return directory::move_unit(session, ou, target); });
 }
 
 void add_change(Command& ou, Context& context, const char* name, const char* what, const char* to,
-                const char* to_what, int (*action)(Context&, const Arguments&)) {
+                const char* to_what, const char* example, int (*action)(Context&, const Arguments&)) {
   auto arguments = std::make_shared<Arguments>();
   auto* command = ou.add_subcommand(name, what);
   command->add_option("DN", arguments->dn, "Its distinguished name")->required();
   command->add_option(to, arguments->to, to_what)->required();
   add_dry_run(*command, arguments->dry_run);
+  command->footer(std::string("Example:\n  twk ou ") + example);
   command->callback(
       [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
 }
@@ -80,9 +81,11 @@ std::string locate_own_ou(Context& context, const std::string& dn) {
 }
 
 void add_ou_change(Command& ou, Context& context) {
-  add_change(ou, context, "rename", "Rename an organizational unit", "NAME", "Its new name", rename_ou);
+  add_change(ou, context, "rename", "Rename an organizational unit", "NAME", "Its new name",
+             "rename \"OU=Year 7,OU=Pupils,DC=twk,DC=test\" \"Year 8\"", rename_ou);
   add_change(ou, context, "move", "Move an organizational unit with everything in it", "TARGET",
-             "The unit or the domain that it shall be in, by distinguished name", move_ou);
+             "The unit or the domain that it shall be in, by distinguished name",
+             "move \"OU=North,DC=twk,DC=test\" \"OU=Sales,DC=twk,DC=test\"", move_ou);
 }
 
 }  // namespace twk::cli

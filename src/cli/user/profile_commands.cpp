@@ -45,6 +45,7 @@ int delete_profile(Context& context, const ProfileArguments& arguments) {
     print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
   const controls::TreeNode& node = reach_user(context, session, arguments.name);
+  session.run.user = node.text;
   lifecycle::ProfileOrder order{node.text, node.key, {}};
   order.terms.even_if_shared = consent_of(arguments.even_if_shared);
   if (arguments.dry_run)

@@ -70,6 +70,8 @@ void add_user_commands(Command& app, Context& context) {
   auto ou = std::make_shared<std::string>();
   auto* list = user->add_subcommand("list", "List the users of the domain");
   list->add_option("--ou", *ou, "Only those in this organizational unit and below it")->type_name("DN");
+  list->add_flag(
+      "--recurse", [] {}, "As for `twk users`; this list always has the users of the units below");
   list->callback([=, &context] { context.set_action([=, &context] { return show_users(context, *ou); }); });
 }
 
