@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <set>
 #include <unordered_set>
 
@@ -43,6 +44,7 @@ constexpr std::array<std::string_view, 20> kLeftOut = {"supplementalCredentials"
                                                        "dSCorePropagationData",
                                                        "wellKnownObjects"};
 
+constexpr std::int64_t kMinutesOfDay = 1440;
 constexpr std::int32_t kComplexPasswords = 1;  // DOMAIN_PASSWORD_COMPLEX, [MS-SAMR] 2.2.3.9
 
 /// The maximum number of file servers named in paths; more are left out.
@@ -50,7 +52,8 @@ constexpr std::size_t kMostServers = 50;
 constexpr std::size_t kLongestServer = 15;  // of a NetBIOS name, which a server of a lab has
 
 std::vector<std::string> wanted_attributes() {
-  std::vector<std::string> names = {"minPwdLength", "pwdProperties", "lockoutThreshold"};
+  std::vector<std::string> names = {"minPwdLength", "pwdProperties",   "lockoutThreshold",
+                                    "maxPwdAge",    "lockoutDuration", "lockOutObservationWindow"};
   for (const ads::AttributeSchema& attribute : ads::all_attributes()) {
     if (std::find(kLeftOut.begin(), kLeftOut.end(), attribute.name) == kLeftOut.end())
       names.emplace_back(attribute.name);
@@ -107,6 +110,9 @@ class Copy {
     config.passwords.minimum_length = value_of_domain("minPwdLength");
     config.passwords.complexity = (value_of_domain("pwdProperties") & kComplexPasswords) != 0;
     config.passwords.lockout_threshold = value_of_domain("lockoutThreshold");
+    config.passwords.maximum_age = static_cast<int>(minutes_of_domain("maxPwdAge") / kMinutesOfDay);
+    config.passwords.lockout_duration = static_cast<int>(minutes_of_domain("lockoutDuration"));
+    config.passwords.lockout_window = static_cast<int>(minutes_of_domain("lockOutObservationWindow"));
     base::Trap trap;
     return trap([&] { lab::check_lab_config(config); }) ? config : made;
   }
@@ -178,14 +184,25 @@ class Copy {
     }
   }
 
-  [[nodiscard]] std::int32_t value_of_domain(std::string_view name) const {
+  [[nodiscard]] std::string text_of_domain(std::string_view name) const {
     if (items_.empty())
-      return 0;
+      return {};
     for (const lab::LdifAttribute& attribute : items_.front().record.attributes) {
       if (base::equals_fold(attribute.name, name))
-        return base::val(attribute.values.front());
+        return attribute.values.front();
     }
-    return 0;
+    return {};
+  }
+  [[nodiscard]] std::int32_t value_of_domain(std::string_view name) const {
+    return base::val(text_of_domain(name));
+  }
+  /// Of a rule that is a negative count of 100-nanosecond steps; 0 for none, and for one of all time.
+  [[nodiscard]] std::int64_t minutes_of_domain(std::string_view name) const {
+    constexpr std::int64_t kMinute = 600'000'000;
+    const std::string text = text_of_domain(name);
+    std::int64_t steps = 0;
+    std::from_chars(text.data(), text.data() + text.size(), steps);
+    return steps >= 0 || steps == INT64_MIN ? 0 : -steps / kMinute;
   }
 
   RealDomain& domain_;

@@ -8,6 +8,7 @@
 #include "base/random.hpp"
 #include "base/text.hpp"
 #include "lab/domain/entry_view.hpp"
+#include "lab/domain/group_rules.hpp"
 #include "lab/domain/membership.hpp"
 #include "lab/domain/rid_pool.hpp"
 #include "lab/store/draft.hpp"
@@ -145,7 +146,10 @@ ObjectChange change_of(LabDomain& domain, ads::Provider provider, const std::str
   if (const auto rid = staged_value(change.modifications, "primaryGroupID"))
     change.primary.emplace(domain, entry, base::val(*rid));
   change.check = [&domain, provider, user = is_user(entry), dn,
-                  name = staged_value(change.modifications, "sAMAccountName")] {
+                  name = staged_value(change.modifications, "sAMAccountName"),
+                  type = staged_value(change.modifications, "groupType")] {
+    if (type)
+      check_group_type(domain, require_entry(domain, dn), base::val(*type));
     if (name)
       check_account_name_free(domain, provider, user, *name, dn);
   };

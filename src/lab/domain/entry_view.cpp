@@ -1,12 +1,14 @@
 #include "lab/domain/entry_view.hpp"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "ads/dn.hpp"
 #include "ads/sid.hpp"
 #include "base/text.hpp"
 #include "lab/store/errors.hpp"
+#include "platform/adsi.hpp"
 
 namespace twk::lab {
 namespace {
@@ -25,16 +27,65 @@ std::vector<std::string> primary_group_token(const Entry& entry) {
   return rid ? std::vector{base::to_text(static_cast<std::int32_t>(*rid))} : std::vector<std::string>{};
 }
 
+constexpr std::string_view kComputedFlags = "msDS-User-Account-Control-Computed";
+constexpr std::array<std::string_view, 11> kComputed = {"distinguishedName",
+                                                        "name",
+                                                        "cn",
+                                                        "ou",
+                                                        "primaryGroupToken",
+                                                        "nTMixedDomain",
+                                                        kComputedFlags,
+                                                        "maxPwdAge",
+                                                        "lockoutDuration",
+                                                        "lockOutObservationWindow",
+                                                        "lockoutThreshold"};
+
 /// True for what `read_attribute` may answer otherwise than it is stored.
 bool is_computed(std::string_view attribute) {
-  static constexpr std::string_view kNames[] = {"distinguishedName", "name",         "cn", "ou",
-                                                "primaryGroupToken", "nTMixedDomain"};
-  return is_secret(attribute) ||
-         std::any_of(std::begin(kNames), std::end(kNames),
-                     [&](std::string_view name) { return base::equals_fold(name, attribute); });
+  return is_secret(attribute) || std::any_of(kComputed.begin(), kComputed.end(), [&](std::string_view name) {
+           return base::equals_fold(name, attribute);
+         });
+}
+
+/// The lock among the account's flags, where the policy ends locks by itself.
+std::vector<std::string> computed_flags(const LabDomain& domain, const Entry& entry) {
+  if (domain.config.passwords.lockout_duration == 0 || read_number(entry, "lockoutTime") == 0)
+    return {};
+  const bool locked = is_locked(domain, entry, base::to_filetime(domain.clock.utc_now()));
+  return {base::to_text(locked ? platform::kFlagLockedOut : 0)};
+}
+
+/// A rule of the domain from its configuration, where the entry itself has none.
+std::vector<std::string> rule_of_domain(const LabDomain& domain, std::string_view attribute) {
+  constexpr std::int64_t kMinutesOfDay = 1440;
+  const PasswordPolicy& policy = domain.config.passwords;
+  const auto steps = [](std::int64_t minutes) {
+    return std::vector{base::to_text(-minutes * kFiletimeMinute)};
+  };
+  if (base::equals_fold(attribute, "nTMixedDomain"))
+    return {domain.config.kind == DomainKind::kMixed ? "1" : "0"};
+  if (base::equals_fold(attribute, "maxPwdAge"))
+    return steps(policy.maximum_age * kMinutesOfDay);
+  if (base::equals_fold(attribute, "lockoutDuration"))
+    return steps(policy.lockout_duration);
+  if (base::equals_fold(attribute, "lockOutObservationWindow"))
+    return steps(policy.lockout_window);
+  if (base::equals_fold(attribute, "lockoutThreshold"))
+    return {base::to_text(policy.lockout_threshold)};
+  return {};
 }
 
 }  // namespace
+
+std::span<const std::string_view> computed_attributes() {
+  return kComputed;
+}
+
+bool is_locked(const LabDomain& domain, const Entry& entry, std::int64_t now) {
+  const std::int64_t since = read_number(entry, "lockoutTime");
+  const std::int64_t duration = domain.config.passwords.lockout_duration * kFiletimeMinute;
+  return since != 0 && (duration == 0 || since + duration > now);
+}
 
 std::string entry_class(const Entry& entry) {
   const std::vector<std::string> classes = entry.values("objectClass");
@@ -66,10 +117,11 @@ std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& en
     return primary_group_token(entry);
   if (is_secret(attribute))
     return {};
+  if (base::equals_fold(attribute, kComputedFlags))
+    return computed_flags(domain, entry);
   std::vector<std::string> values = entry.values(attribute);
-  if (values.empty() && base::equals_fold(attribute, "nTMixedDomain") && has_class(entry, "domainDNS")) {
-    return {domain.config.kind == DomainKind::kMixed ? "1" : "0"};
-  }
+  if (values.empty() && is_computed(attribute) && has_class(entry, "domainDNS"))
+    return rule_of_domain(domain, attribute);
   return values;
 }
 

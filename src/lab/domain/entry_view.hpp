@@ -1,6 +1,7 @@
 #pragma once
 
 #include <forward_list>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +18,16 @@ bool has_class(const Entry& entry, std::string_view name);
 /// A person's account: of class "user" and not a computer's.
 bool is_user(const Entry& entry);
 
+inline constexpr std::int64_t kFiletimeMinute = 600'000'000;
+
+/// The names of the attributes that `read_attribute` computes, besides secret ones.
+std::span<const std::string_view> computed_attributes();
+/// True for an account that is locked at that moment: a lock ends with the policy's duration.
+bool is_locked(const LabDomain& domain, const Entry& entry, std::int64_t now);
+
 /// The raw values; computed ones ("distinguishedName", "name", "cn" and "ou" of the name itself,
-/// "primaryGroupToken") are made here. Stored password digests are never returned.
+/// "primaryGroupToken", the policy of "lab.conf" on the domain, what a lock's duration makes of it) are made
+/// here. Stored password digests are never returned.
 std::vector<std::string> read_attribute(const LabDomain& domain, const Entry& entry,
                                         std::string_view attribute);
 

@@ -4,13 +4,16 @@
 
 #include "ads/entry_object.hpp"
 #include "lab/domain/staged_entry.hpp"
+#include "platform/attribute_listing.hpp"
 #include "platform/foreseen_write.hpp"
 
 namespace twk::lab {
 
 /// An entry bound through LDAP or the global catalogue. Objects reached from it have its provider and server
 /// part in their paths. The catalogue is read-only: every change raises kUnwilling.
-class LdapObject final : public ads::EntryObject, public platform::ForeseenWrite {
+class LdapObject final : public ads::EntryObject,
+                         public platform::ForeseenWrite,
+                         public platform::AttributeListing {
  public:
   /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
   /// DN.
@@ -22,6 +25,7 @@ class LdapObject final : public ads::EntryObject, public platform::ForeseenWrite
   bool SetInfoWithPassword(std::string_view password) override;
   void foresee_write() override;
   void foresee_password(std::string_view password) override;
+  std::vector<std::string> attribute_names() override { return entry_.attribute_names(); }
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;

@@ -8,7 +8,6 @@
 #include "lab/domain/entry_view.hpp"
 #include "lab/store/errors.hpp"
 #include "lab/store/sha256.hpp"
-#include "platform/adsi.hpp"
 
 namespace twk::lab {
 namespace {
@@ -72,46 +71,6 @@ void check_policy(const PasswordPolicy& policy, std::string_view password, std::
   }
 }
 
-const Entry* find_logon(const LabDomain& domain, std::string_view user) {
-  const std::size_t backslash = user.find('\\');
-  if (backslash != base::npos && user.find('=') == base::npos) {
-    if (!is_domain_name(domain, user.substr(0, backslash)))
-      return nullptr;
-    return domain.store.find_account(user.substr(backslash + 1));
-  }
-  if (const Entry* const entry = domain.store.find_account(user))
-    return entry;
-  if (const Entry* const entry = domain.store.find_principal(user))
-    return entry;
-  const Entry* entry = nullptr;
-  base::Trap no_name;
-  no_name([&] { entry = domain.store.find(user); });
-  return entry;
-}
-
-[[noreturn]] void refuse_logon(std::string_view user) {
-  raise(ads_error::kLogonFailure, "Unknown user name or bad password: " + base::to_valid_utf8(user));
-}
-
-bool is_usable(const LabDomain& domain, const Entry& entry) {
-  if ((read_number(entry, "userAccountControl") & platform::kFlagAccountDisabled) != 0)
-    return false;
-  if (read_number(entry, "lockoutTime") != 0)
-    return false;
-  const std::int64_t expires = read_number(entry, "accountExpires");
-  return expires == 0 || expires > base::to_filetime(domain.clock.utc_now());
-}
-
-void count_wrong_password(LabDomain& domain, const Entry& entry) {
-  const std::int64_t count = read_number(entry, "badPwdCount") + 1;
-  std::vector<Modification> changes = {{ModifyKind::kReplace, "badPwdCount", {base::to_text(count)}}};
-  const int threshold = domain.config.passwords.lockout_threshold;
-  if (threshold > 0 && count >= threshold) {
-    changes.push_back({ModifyKind::kReplace, "lockoutTime", {filetime_now(domain)}});
-  }
-  domain.store.modify(std::string(entry.dn()), changes, [] {});
-}
-
 }  // namespace
 
 void check_password(const LabDomain& domain, std::string_view password, std::string_view account_name) {
@@ -137,18 +96,8 @@ void set_password(LabDomain& domain, const std::string& dn, std::string_view pas
                       [] {});
 }
 
-void check_logon(LabDomain& domain, std::string_view user, std::string_view password) {
-  domain.store.refresh();
-  const Entry* const entry = find_logon(domain, user);
-  if (entry == nullptr || !is_user(*entry) || !is_usable(domain, *entry))
-    refuse_logon(user);
-  if (!verifies(entry->value(kVerifier).value_or(""), password)) {
-    count_wrong_password(domain, *entry);
-    refuse_logon(user);
-  }
-  if (read_number(*entry, "badPwdCount") != 0) {
-    domain.store.modify(std::string(entry->dn()), {{ModifyKind::kReplace, "badPwdCount", {"0"}}}, [] {});
-  }
+bool is_password(const Entry& entry, std::string_view password) {
+  return verifies(entry.value(kVerifier).value_or(""), password);
 }
 
 }  // namespace twk::lab

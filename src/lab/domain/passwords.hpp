@@ -22,10 +22,7 @@ void check_password(const LabDomain& domain, std::string_view password, std::str
 /// "lab.conf" refuses, kNoSuchObject, kUnwilling for an object that is not a user.
 void set_password(LabDomain& domain, const std::string& dn, std::string_view password);
 
-/// Checks a logon by "DOMAIN\name", a bare account name, a principal name or a distinguished name. Raises
-/// kLogonFailure for an unknown user, a wrong password, a disabled, expired or locked account. A wrong
-/// password is counted, and the account locked when the policy's threshold is reached; a correct one resets
-/// the count to 0.
-void check_logon(LabDomain& domain, std::string_view user, std::string_view password);
+/// True for the account's own one; nothing is the password of an account without one.
+bool is_password(const Entry& entry, std::string_view password);
 
 }  // namespace twk::lab

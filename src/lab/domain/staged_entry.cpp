@@ -1,7 +1,6 @@
 #include "lab/domain/staged_entry.hpp"
 
 #include <algorithm>
-#include <array>
 
 #include "ads/schema.hpp"
 #include "base/text.hpp"
@@ -19,9 +18,6 @@ using platform::Value;
 bool is_link(std::string_view attribute) {
   return base::equals_fold(attribute, "member") || base::equals_fold(attribute, "memberOf");
 }
-
-constexpr std::array<std::string_view, 6> kComputed = {"distinguishedName", "name",         "cn", "ou",
-                                                       "primaryGroupToken", "nTMixedDomain"};
 
 }  // namespace
 
@@ -42,7 +38,7 @@ StagedEntry::StagedEntry(LabDomain& domain, ads::Provider provider, std::string 
 void StagedEntry::fetch() {
   const Entry& entry = require_entry(domain_, dn_);
   cache_.clear();
-  for (const std::string_view name : kComputed)
+  for (const std::string_view name : computed_attributes())
     cache_.push_back({std::string(name), read_attribute(domain_, entry, name)});
   for (const std::string& name : entry.attribute_names()) {
     if (!is_link(name))
@@ -63,6 +59,23 @@ std::vector<std::string> StagedEntry::stored_values(std::string_view attribute) 
       return one.values;
   }
   return {};
+}
+
+std::vector<std::string> StagedEntry::attribute_names() {
+  if (new_)
+    return {};
+  if (!fetched_)
+    fetch();
+  std::vector<std::string> names;
+  for (const Fetched& one : cache_) {
+    if (!one.values.empty())
+      names.push_back(one.attribute);
+  }
+  for (const char* const link : {"member", "memberOf"}) {
+    if (!stored_values(link).empty())
+      names.emplace_back(link);
+  }
+  return names;
 }
 
 Value StagedEntry::get(std::string_view attribute) {

@@ -26,6 +26,8 @@ class StagedEntry final : public ads::AttributeAccess {
 
   platform::Value get(std::string_view attribute) override;
   void stage(int control, std::string_view attribute, const platform::Value& value) override;
+  /// Of the values that are stored, without the secret ones.
+  [[nodiscard]] std::vector<std::string> attribute_names();
   /// All staged changes or none; on failure they stay staged.
   void commit();
   /// Raises what `commit` would raise, and changes nothing.

@@ -64,9 +64,11 @@ void make_server(const fs::path& servers, const FileServerPlan& plan) {
   make_private_folder(server);
   for (const std::string& drive : plan.drives)
     make_private_folder(server / base::upper(drive));
-  for (const char* const folder : {"Users", "Profiles"}) {
-    make_private_folder(server / base::upper(plan.drives.back()) / folder);
-  }
+}
+
+void make_usual_folders(const fs::path& servers, const FileServerPlan& plan) {
+  for (const char* const folder : {"Users", "Profiles"})
+    make_private_folder(servers / plan.name / base::upper(plan.drives.back()) / folder);
 }
 
 /// Writes a new file of the records that `produce` gives, and brings it to the disk.
@@ -148,6 +150,17 @@ LabConfig make_config(const LabPlan& plan) {
 
 }  // namespace
 
+void add_file_server(const fs::path& folder, const FileServerPlan& server) {
+  check_server(server);
+  const fs::path servers = folder / "servers";
+  std::error_code failed;
+  for (const fs::directory_entry& entry : fs::directory_iterator(servers, failed)) {
+    if (base::equals_fold(entry.path().filename().string(), server.name))
+      raise(base::error::kFileExists, "The lab has a file server " + server.name + " already.");
+  }
+  make_server(servers, server);
+}
+
 LabContents create_lab(const fs::path& folder, const LabPlan& plan) {
   require_empty(folder);
   const LabConfig config = make_config(plan);
@@ -158,8 +171,10 @@ LabContents create_lab(const fs::path& folder, const LabPlan& plan) {
   make_private_folder(folder);
   for (const char* const part : {"settings", "db", "servers"})
     make_private_folder(folder / part);
-  for (const FileServerPlan& server : plan.servers)
+  for (const FileServerPlan& server : plan.servers) {
     make_server(folder / "servers", server);
+    make_usual_folders(folder / "servers", server);
+  }
   if (plan.exchange)
     make_exchange(folder / "exchange", *plan.exchange);
   const LabContents contents =

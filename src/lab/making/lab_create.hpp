@@ -47,4 +47,8 @@ struct LabContents {
 /// file numbers. An administrator whose name cannot be an account name is left out.
 LabContents create_lab(const std::filesystem::path& folder, const LabPlan& plan);
 
+/// Adds a file server, with its drives, to a lab that exists; its folders "Users" and "Profiles" are not
+/// made. Raises kConstraint for names that cannot be used, 58 for a server that exists.
+void add_file_server(const std::filesystem::path& folder, const FileServerPlan& server);
+
 }  // namespace twk::lab

@@ -79,6 +79,15 @@ const LabConfig& Lab::config() const {
   return services_->domain.config;
 }
 
+LogonVerdict Lab::try_logon(std::string_view user, std::optional<std::string_view> password,
+                            std::optional<base::Date> at) {
+  return lab::try_logon(services_->domain, user, password, at);
+}
+
+void Lab::lock_account(std::string_view user) {
+  lab::lock_account(services_->domain, user);
+}
+
 std::string Lab::database_path() const {
   return (services_->folder / "db").string() + "/";
 }

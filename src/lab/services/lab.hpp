@@ -3,8 +3,11 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
+#include "lab/domain/logon.hpp"
 #include "lab/shares/lab_config.hpp"
 #include "platform/platform.hpp"
 
@@ -33,6 +36,10 @@ class Lab {
   /// The part of the configuration that reads need ("CN=Partitions") is added to a directory that lacks it.
   void open_directory();
   [[nodiscard]] const LabConfig& config() const;
+  /// See domain/logon.hpp.
+  LogonVerdict try_logon(std::string_view user, std::optional<std::string_view> password,
+                         std::optional<base::Date> at);
+  void lock_account(std::string_view user);
   /// Path of the database directory, with a slash at the end.
   [[nodiscard]] std::string database_path() const;
   /// The services, with the caller's dialogs; valid as long as the lab is.

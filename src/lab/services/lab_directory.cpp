@@ -6,7 +6,7 @@
 
 #include "lab/domain/account_path.hpp"
 #include "lab/domain/ldap_object.hpp"
-#include "lab/domain/passwords.hpp"
+#include "lab/domain/logon.hpp"
 #include "lab/domain/root_dse.hpp"
 #include "lab/domain/winnt_object.hpp"
 #include "lab/exchange/exchange_object.hpp"

@@ -23,6 +23,8 @@ struct BadValue {
   std::string what;
 };
 
+constexpr int kMostMinutes = 99999;
+
 int read_number(std::string_view text, int most) {
   const auto number = base::to_number(text);
   if (!number || *number < 0 || *number > most)
@@ -111,8 +113,14 @@ void read_setting(LabConfig& config, std::string_view name, std::string_view val
     config.passwords.minimum_length = read_number(value, 127);
   } else if (name == "password.complexity") {
     config.passwords.complexity = read_switch(value);
+  } else if (name == "password.maximum_age") {
+    config.passwords.maximum_age = read_number(value, 999);
   } else if (name == "lockout.threshold") {
     config.passwords.lockout_threshold = read_number(value, 999);
+  } else if (name == "lockout.duration") {
+    config.passwords.lockout_duration = read_number(value, kMostMinutes);
+  } else if (name == "lockout.window") {
+    config.passwords.lockout_window = read_number(value, kMostMinutes);
   } else if (name == "logon") {
     config.logon = value;
   } else if (name == "privileges") {
@@ -218,7 +226,10 @@ std::string print(const LabConfig& config) {
   setting("controller", config.controller);
   setting("password.minimum_length", base::to_text(config.passwords.minimum_length));
   setting("password.complexity", config.passwords.complexity ? "on" : "off");
+  setting("password.maximum_age", base::to_text(config.passwords.maximum_age));
   setting("lockout.threshold", base::to_text(config.passwords.lockout_threshold));
+  setting("lockout.duration", base::to_text(config.passwords.lockout_duration));
+  setting("lockout.window", base::to_text(config.passwords.lockout_window));
   if (!config.logon.empty())
     setting("logon", config.logon);
   if (config.privileges)

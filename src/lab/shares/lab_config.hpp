@@ -14,7 +14,10 @@
 ///     controller = DC1                   name of the domain controller
 ///     password.minimum_length = 7
 ///     password.complexity = on           on or off
+///     password.maximum_age = 0           days after which a password expires; 0 for never
 ///     lockout.threshold = 0              wrong passwords before an account is locked; 0 never locks
+///     lockout.duration = 0               minutes until a lock is over; 0 until an administrator unlocks
+///     lockout.window = 0                 minutes after which a wrong password no longer counts; 0 for never
 ///     logon = Administrator              account that the program acts as; absent: the built-in administrator
 ///     privileges = SeRestorePrivilege    what the program's token holds, separated by blanks; absent: all
 ///                                        that administrators have
@@ -27,7 +30,10 @@ enum class DefaultAnswer { kNone, kYes, kNo };
 struct PasswordPolicy {
   int minimum_length = 7;  ///< in characters
   bool complexity = true;  ///< three of capitals, small letters, digits, others; not the account's name
+  int maximum_age = 0;     ///< in days
   int lockout_threshold = 0;
+  int lockout_duration = 0;  ///< in minutes, like the next
+  int lockout_window = 0;
 
   friend bool operator==(const PasswordPolicy&, const PasswordPolicy&) = default;
 };

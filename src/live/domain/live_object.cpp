@@ -84,6 +84,16 @@ std::vector<std::string> LiveEntry::stored(std::string_view attribute) {
   return values == nullptr ? std::vector<std::string>{} : *values;
 }
 
+std::vector<std::string> LiveEntry::attribute_names() {
+  std::vector<std::string> names;
+  if (new_)
+    return names;
+  fetch();
+  for (const LdapAttribute& attribute : fetched_->attributes)
+    names.push_back(attribute.name.substr(0, attribute.name.find(';')));
+  return names;
+}
+
 Value LiveEntry::get(std::string_view attribute) {
   if (staged_.hides_stored(attribute))
     return staged_.over(attribute, {});

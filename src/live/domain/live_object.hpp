@@ -8,6 +8,7 @@
 #include "ads/entry_object.hpp"
 #include "ads/staged_values.hpp"
 #include "live/domain/live_domain.hpp"
+#include "platform/attribute_listing.hpp"
 #include "platform/foreseen_write.hpp"
 
 namespace twk::live {
@@ -56,6 +57,8 @@ class LiveEntry final : public ads::AttributeAccess {
   /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
   /// for anything that is not a new account.
   bool add_with_password(std::string_view password);
+  /// Of the values that are stored.
+  [[nodiscard]] std::vector<std::string> attribute_names();
   /// All values of a link, even when the server returns them in ranges.
   std::vector<std::string> links(std::string_view attribute);
 
@@ -81,7 +84,9 @@ class LiveEntry final : public ads::AttributeAccess {
 
 /// An entry bound through LDAP or the global catalogue. The catalogue is read-only: every change raises
 /// kUnwilling.
-class LiveObject final : public ads::EntryObject, public platform::ForeseenWrite {
+class LiveObject final : public ads::EntryObject,
+                         public platform::ForeseenWrite,
+                         public platform::AttributeListing {
  public:
   /// `whole_path` is the object's own path when bound as "LDAP://twk.test"; empty for a path that ends in the
   /// DN.
@@ -95,6 +100,7 @@ class LiveObject final : public ads::EntryObject, public platform::ForeseenWrite
   void foresee_write() override;
   /// Only the controller knows which policy applies to an account.
   void foresee_password(std::string_view /*password*/) override { require_writable(); }
+  std::vector<std::string> attribute_names() override { return entry_.attribute_names(); }
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;
