@@ -30,13 +30,20 @@ struct Line {
   std::string name;
   std::string value;
   bool whole;  ///< it has a comma
+  bool has_semicolon = false;
 };
 
 Line split_line(std::int32_t number, std::string_view text) {
   const std::size_t comma = text.find(',');
   if (comma == base::npos)
-    return {number, std::string(base::trim(text)), {}, false};
+    return {number, std::string(base::trim(text)), {}, false, text.find(';') != base::npos};
   return {number, std::string(base::trim(text.substr(0, comma))), std::string(text.substr(comma + 1)), true};
+}
+
+std::string no_comma(const Line& line) {
+  const std::string text = "There is no comma after the name";
+  return line.has_semicolon ? text + ", but a semicolon: save the file with commas between the columns"
+                            : text;
 }
 
 std::string place(const FileRun& run, const Line& line) {
@@ -122,8 +129,7 @@ bool change_user(FileRun& run, const Line& line, const std::string& path) {
 std::string fault_of(const FileRun& run, const Line& line) {
   if (!run.rules.strict)
     return {};
-  return line.whole ? value_fault(run.property.order.property.name, line.value)
-                    : "There is no comma after the name";
+  return line.whole ? value_fault(run.property.order.property.name, line.value) : no_comma(line);
 }
 
 /// False when the run must end.
@@ -147,7 +153,7 @@ bool take_line(FileRun& run, const Line& line) {
     goes_on = change_user(run, line, *path);
   if (line.whole)
     return goes_on;
-  tell_failed(run, line, "There is no comma after the name; the run ends there");
+  tell_failed(run, line, no_comma(line) + "; the run ends there");
   return false;
 }
 
