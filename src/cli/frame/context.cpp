@@ -6,6 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/frame/logon_password.hpp"
+#include "cli/parser/command.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/interrupt.hpp"
@@ -98,6 +99,8 @@ Context::~Context() = default;
 
 int Context::run() {
   output_.set_json(options_.json);
+  if (options_.json && output_.csv())
+    throw UsageError("--json and --csv exclude each other");
   if (options_.yes)
     dialogs_.set_asking(Asking::kYes);
   if (options_.no_input)
@@ -243,6 +246,12 @@ void act(session::Session& session, const std::function<void()>& operation) {
   const std::string& after = session.status.panel1;
   if (after != before && !after.empty() && after != "Ready.")
     complain(after);
+}
+
+void add_csv_option(Command& command, Context& context) {
+  command.add_flag(
+      "--csv", [&context] { context.output().set_csv(true); },
+      "Print as CSV (RFC 4180), the keys of --json in the first line");
 }
 
 int act_and_tell(Context& context, session::Session& session, const std::function<bool()>& operation,

@@ -21,6 +21,8 @@ class Rehearsal;
 
 namespace twk::cli {
 
+class Command;
+
 /// How much of a session a command needs.
 enum class Depth {
   kSettings,   ///< the settings are read
@@ -50,6 +52,8 @@ class Context {
   /// Runs the action of one more command, in the same world but in a session of its own.
   int run_further(const std::function<int()>& action);
 
+  /// The folder of the lab from the command line or the environment; empty when none is named.
+  [[nodiscard]] std::filesystem::path named_lab() const;
   /// The folder of the lab, from the command line or the environment. Raises `UsageError` without one.
   [[nodiscard]] std::filesystem::path lab_folder() const;
   /// The named lab, otherwise the real domain. Raises `BadInput` for a folder that is not a lab,
@@ -88,8 +92,6 @@ class Context {
 
  private:
   int run_action(const std::function<int()>& action);
-  /// Empty when none is named.
-  [[nodiscard]] std::filesystem::path named_lab() const;
 
   GlobalOptions options_;
   Output output_;
@@ -102,6 +104,9 @@ class Context {
   std::optional<platform::Platform> rehearsed_;  ///< its services
   std::unique_ptr<session::Session> session_;
 };
+
+/// "--csv", for a command that prints a list or a report.
+void add_csv_option(Command& command, Context& context);
 
 /// Runs an operation. What it leaves in the status bar goes to standard error, and so do
 /// the faults that it adds to the log tab.

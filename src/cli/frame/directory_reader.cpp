@@ -10,6 +10,7 @@
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
 #include "directory/account_expiry.hpp"
+#include "directory/domain_search.hpp"
 #include "directory/hours_of_week.hpp"
 #include "platform/adsi.hpp"
 #include "platform/group_type.hpp"
@@ -22,12 +23,10 @@ namespace {
 using platform::ObjectPtr;
 using platform::Value;
 
-constexpr std::string_view kUsers = "(objectCategory=person)(objectClass=user)";
-constexpr std::string_view kGroups = "(objectCategory=group)(objectClass=group)";
+constexpr std::string_view kUsers = directory::kUserConditions;
+constexpr std::string_view kGroups = directory::kGroupConditions;
 
-std::string ldap_path(const Domain& domain, std::string_view dn) {
-  return "LDAP://" + domain.name + (dn.empty() ? "" : "/" + std::string(dn));
-}
+using directory::ldap_path;
 
 std::string winnt_path(const Domain& domain, std::string_view name) {
   return name.empty() ? platform::winnt_path(domain.nt_name) : platform::winnt_path(domain.nt_name, name);
@@ -48,23 +47,11 @@ std::int32_t get_number(const ObjectPtr& object, std::string_view attribute) {
   return value.is_empty() ? 0 : value.integer();
 }
 
-using Row = std::vector<Value>;
+using Row = directory::FoundRow;
 
 std::vector<Row> query(const Domain& domain, std::string_view base_dn, const std::string& filter,
                        std::vector<std::string> attributes) {
-  platform::QueryOptions options;
-  options.page_size = 1000;
-  const std::size_t count = attributes.size();
-  const auto records = domain.services.query.execute(
-      {ldap_path(domain, base_dn), filter, std::move(attributes), platform::Scope::kSubtree}, options);
-  std::vector<Row> rows;
-  for (; !records->at_eof(); records->MoveNext()) {
-    Row& row = rows.emplace_back();
-    for (std::size_t i = 0; i < count; ++i)
-      row.push_back(records->field(i));
-  }
-  records->Close();
-  return rows;
+  return directory::search_domain(domain, base_dn, filter, std::move(attributes));
 }
 
 /// The entries that a query would find, none of which is read.

@@ -5,6 +5,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/selection_walk.hpp"
+#include "cli/frame/semicolon_hint.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
 #include "cli/terminal/interrupt.hpp"
@@ -46,6 +47,7 @@ class Selector {
   void take_file(const std::string& file) {
     const std::vector<std::string> lines = text_lines(read_input(file));
     const std::string shown = file == "-" ? "standard input" : file;
+    hint_at_semicolons(shown, lines);
     bool names_somebody = false;
     for (std::size_t i = 0; i < lines.size() && !interrupted(); ++i) {
       const std::string name(base::trim(lines[i]));

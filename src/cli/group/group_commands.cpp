@@ -62,6 +62,7 @@ void add_group_commands(Command& app, Context& context) {
   group->require_subcommand();
 
   auto* list = group->add_subcommand("list", "List the groups");
+  add_csv_option(*list, context);
   list->callback([&context] { context.set_action([&context] { return show_groups(context); }); });
 
   auto name = std::make_shared<std::string>();
@@ -72,6 +73,8 @@ void add_group_commands(Command& app, Context& context) {
   add_group_delete(*group, context);
   add_group_copy(*group, context);
   add_group_members(*group, context);
+  add_group_nested(*group, context);
+  add_group_change(*group, context);
 }
 
 }  // namespace twk::cli

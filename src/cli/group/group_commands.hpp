@@ -20,6 +20,13 @@ void add_group_delete(Command& group, Context& context);
 void add_group_copy(Command& group, Context& context);
 /// The sub-commands `members`, `add-member` and `remove-member`.
 void add_group_members(Command& group, Context& context);
+/// tree, find-empty.
+void add_group_nested(Command& group, Context& context);
+/// rename, set.
+void add_group_change(Command& group, Context& context);
+
+/// `members --nested`: the users in a group and in all groups below it, with the group of each.
+int list_nested_members(Context& context, const std::string& name);
 
 /// A session whose lists contain all groups, and either all users or none, whatever the load options
 /// say.

@@ -187,8 +187,16 @@ void add_group_members(Command& group, Context& context) {
   auto name = std::make_shared<std::string>();
   auto* members = group.add_subcommand("members", "List the users in a group, those by primary group marked");
   members->add_option("GROUP", *name, "Account name, common name or distinguished name")->required();
-  members->callback(
-      [=, &context] { context.set_action([=, &context] { return list_members(context, *name); }); });
+  auto nested = std::make_shared<bool>(false);
+  members->add_flag("--nested", *nested,
+                    "Also those of the groups in it, however deep, with the group of each");
+  add_csv_option(*members, context);
+  members->footer("Example: twk group members \"All Staff\" --nested --csv > staff.csv");
+  members->callback([=, &context] {
+    context.set_action([=, &context] {
+      return *nested ? list_nested_members(context, *name) : list_members(context, *name);
+    });
+  });
   add_change(group, context, "add-member", "Add users to a group", true);
   add_change(group, context, "remove-member",
              "Remove users from a group, which must not be their primary one", false);

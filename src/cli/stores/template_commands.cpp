@@ -1,8 +1,11 @@
+#include <algorithm>
+
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/frame/template_fields.hpp"
 #include "cli/parser/field_checks.hpp"
 #include "cli/terminal/exit_codes.hpp"
+#include "cli/terminal/failures.hpp"
 #include "platform/value.hpp"
 #include "session/loaded_database.hpp"
 #include "session/settings.hpp"
@@ -84,6 +87,42 @@ int show_template(Context& context, const TemplateArguments& arguments) {
   return kExitGreen;
 }
 
+/// The elements of a list that the other lacks; another value whole.
+Json own_part(const Json& value, const Json& other) {
+  if (value.list() == nullptr || other.list() == nullptr)
+    return value;
+  Json out = Json::array();
+  for (const Json& element : *value.list()) {
+    const auto same = [&](const Json& one) { return text_of(one) == text_of(element); };
+    if (std::ranges::none_of(*other.list(), same))
+      out.push_back(element);
+  }
+  return out;
+}
+
+int compare_templates(Context& context, const TemplateArguments& arguments) {
+  Session& session = context.session(Depth::kDatabases);
+  load_named_template(session, arguments.name);
+  const Json first = to_json(session.ActiveTemplate);
+  load_named_template(session, arguments.new_name);
+  const Json second = to_json(session.ActiveTemplate);
+  const bool keyed = context.output().json() || context.output().csv();
+  std::vector<Json> rows;
+  for (const Column& field : kFields) {
+    const Json& a = *first.find(field.key);
+    const Json& b = *second.find(field.key);
+    if (field.key != "name" && text_of(a) != text_of(b))
+      rows.push_back({{"what", keyed ? field.key : field.title},
+                      {"first", own_part(a, b)},
+                      {"second", own_part(b, a)}});
+  }
+  context.output().table({{"what", "Field"}, {"first", arguments.name}, {"second", arguments.new_name}},
+                         rows);
+  if (rows.empty())
+    complain(arguments.name + " and " + arguments.new_name + " do not differ");
+  return kExitGreen;
+}
+
 /// Saves the template, then the variables when there are new ones.
 int save_template(Context& context, Session& session, const stores::TemplateEdit& edit, stores::SaveAs as,
                   bool with_variables) {
@@ -154,6 +193,7 @@ void add_template_commands(Command& app, Context& context) {
     return command;
   };
   auto* list = group->add_subcommand("list", "List the templates");
+  add_csv_option(*list, context);
   list->callback([&context] { context.set_action([&context] { return list_templates(context); }); });
   add("show", "Show a template", show_template);
   add_template_options(*add("add", "Add a template", add_template), arguments->fields);
@@ -163,6 +203,12 @@ void add_template_commands(Command& app, Context& context) {
       ->add_option("NEW", arguments->new_name, "Name of the copy")
       ->required()
       ->check(at_most(records::kTemplateNameLength));
+  auto* diff = add("diff", "Show where two templates differ", compare_templates);
+  diff->add_option("OTHER", arguments->new_name, "The other template")
+      ->required()
+      ->check(at_most(records::kTemplateNameLength));
+  add_csv_option(*diff, context);
+  diff->footer("Example: twk template diff Staff Contractors");
   add("delete", "Delete a template; asks first", delete_template);
 }
 

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/errors.hpp"
+#include "base/text.hpp"
 #include "cli/terminal/display.hpp"
 #include "session/activity_log.hpp"
 
@@ -70,9 +71,15 @@ std::string text_of(const Json& value) {
     return {};
   if (value.list() == nullptr)
     return dumped(value);
+  std::vector<std::string> texts;
+  bool has_comma = false;
+  for (const Json& element : *value.list()) {
+    texts.push_back(text_of(element));
+    has_comma = has_comma || texts.back().find(',') != base::npos;
+  }
   std::string out;
-  for (const Json& element : *value.list())
-    out += (out.empty() ? "" : ", ") + text_of(element);
+  for (const std::string& text : texts)
+    out += (out.empty() ? "" : has_comma ? "; " : ", ") + text;
   return out;
 }
 
@@ -81,6 +88,39 @@ namespace {
 std::string cell_of(const Column& column, const Json& row) {
   const Json* const value = row.find(column.key);
   return value == nullptr ? std::string() : printable(text_of(*value));
+}
+
+/// A field of RFC 4180, in quotes where it needs them.
+std::string csv_field(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == base::npos)
+    return text;
+  std::string out = "\"";
+  for (const char c : text)
+    out += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return out + "\"";
+}
+
+std::string csv_record(const std::vector<std::string>& fields) {
+  std::string out;
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    out += (i == 0 ? "" : ",") + csv_field(fields[i]);
+  return out + "\r\n";
+}
+
+std::string csv_of(const std::vector<Column>& columns, const std::vector<Json>& rows) {
+  std::vector<std::string> fields;
+  for (const Column& column : columns)
+    fields.push_back(column.key);
+  std::string out = csv_record(fields);
+  for (const Json& row : rows) {
+    fields.clear();
+    for (const Column& column : columns) {
+      const Json* const value = row.find(column.key);
+      fields.push_back(value == nullptr ? std::string() : text_of(*value));
+    }
+    out += csv_record(fields);
+  }
+  return out;
 }
 
 std::vector<std::string> cells_of(const std::vector<Column>& columns, const Json& row) {
@@ -97,6 +137,8 @@ void Output::table(const std::vector<Column>& columns, const std::vector<Json>& 
   if (json_) {
     for (const Json& row : rows)
       write(dumped(row) + "\n");
+  } else if (csv_) {
+    write(csv_of(columns, rows));
   } else if (!rows.empty()) {
     print_rows(columns, rows);
   }
@@ -147,6 +189,8 @@ void Output::details(const std::vector<Column>& fields, const Json& object) {
     write(dumped(object) + "\n");
     return;
   }
+  if (csv_)
+    return write(csv_of(fields, {object}));
   std::size_t width = 0;
   for (const Column& field : fields)
     width = std::max(width, display_width(field.title));

@@ -14,8 +14,9 @@ struct Column {
   std::string title;
 };
 
-/// Standard output. With `json` each result is one object on a line with the given keys; otherwise results
-/// are tables and lists for people, aligned by display width, lights in colour on a terminal.
+/// Standard output. With `json` each result is one object on a line with the given keys; with `csv` tables
+/// are records of RFC 4180 below a line with the keys; otherwise results are tables and lists for people,
+/// aligned by display width, lights in colour on a terminal.
 ///
 /// A reader that goes away (`| head`) does not stop the work: what cannot be written is dropped, and
 /// `finish` reports any other reason.
@@ -25,8 +26,11 @@ class Output {
 
   void set_json(bool json) { json_ = json; }
   [[nodiscard]] bool json() const { return json_; }
+  /// For a command that prints tables alone.
+  void set_csv(bool csv) { csv_ = csv; }
+  [[nodiscard]] bool csv() const { return csv_; }
 
-  /// One row for each result, under headings.
+  /// One row for each result, under headings; without a result nothing, in CSV the headings.
   void table(const std::vector<Column>& columns, const std::vector<Json>& rows);
   /// One result, a line for each key.
   void details(const std::vector<Column>& fields, const Json& result);
@@ -57,6 +61,7 @@ class Output {
   bool json_ = false;
   std::string last_message_;
   std::string last_record_;
+  bool csv_ = false;
   const bool coloured_;  ///< for a terminal
   int failure_ = 0;      ///< errno of the first failed write
 };
@@ -80,7 +85,8 @@ class RowPrinter {
 /// only the message when no reason was given.
 Json warnings_of(std::string_view light, const std::string& message, const std::vector<std::string>& reasons);
 
-/// A value for people: a list separated by commas, True and False as "yes" and "no", nothing as "".
+/// A value for people: a list separated by commas, by semicolons when one of its texts has a comma, True and
+/// False as "yes" and "no", nothing as "".
 std::string text_of(const Json& value);
 
 }  // namespace twk::cli

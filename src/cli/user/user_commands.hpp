@@ -21,6 +21,10 @@ void add_user_delete(Command& user, Context& context);
 void add_user_move(Command& user, Context& context);
 void add_user_rename(Command& user, Context& context);
 void add_user_reset_password(Command& user, Context& context);
+void add_user_show(Command& user, Context& context);
+void add_user_list(Command& user, Context& context);
+/// copy, diff.
+void add_user_compare(Command& user, Context& context);
 
 /// The node of the user of that account name, common name, principal name or distinguished name, after
 /// opening what is above it. Raises `Refused` when there is none.

@@ -36,10 +36,9 @@ int find_users(Context& context, const std::string& text) {
   session::Session& session = context.session(Depth::kDomain);
   const std::vector<Json> rows = session::is_active_directory(session) ? found_in_directory(session, text)
                                                                        : found_in_tree(session, text);
+  context.output().table(kColumns, rows);
   if (rows.empty())
     complain("No user found");
-  else
-    context.output().table(kColumns, rows);
   return kExitGreen;
 }
 
@@ -49,6 +48,7 @@ void add_user_find(Command& user, Context& context) {
   auto text = std::make_shared<std::string>();
   auto* find = user.add_subcommand("find", "Find users by part of their name");
   find->add_option("TEXT", *text, "Part of the name; * means any text in Active Directory")->required();
+  add_csv_option(*find, context);
   find->callback([=, &context] { context.set_action([=, &context] { return find_users(context, *text); }); });
 }
 

@@ -7,6 +7,7 @@
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
 #include "directory/user_details.hpp"
+#include "groups/group_graph.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/loaded_domain.hpp"
 
@@ -21,6 +22,7 @@ struct GroupArguments {
   std::vector<std::string> add;
   std::vector<std::string> remove;
   bool dry_run = false;
+  bool effective = false;
 };
 
 const std::vector<Column> kColumns = {{"name", "Group"}, {"primary", "Primary"}};
@@ -101,6 +103,26 @@ int change_groups(Context& context, const GroupArguments& arguments) {
   return whole ? kExitGreen : kExitYellow;
 }
 
+int list_effective_groups(Context& context, const GroupArguments& arguments) {
+  const Domain domain = context.domain();
+  if (!domain.active_directory)
+    throw Refused("The groups of a WinNT domain are not followed into each other: leave --effective out.");
+  std::vector<Json> rows;
+  for (const groups::EffectiveGroup& group :
+       groups::effective_groups(domain, bind_user(domain, arguments.name)))
+    rows.push_back({{"name", group.name}, {"primary", group.primary}, {"via", group.via}});
+  context.output().table({{"name", "Group"}, {"primary", "Primary"}, {"via", "Through"}}, rows);
+  return kExitGreen;
+}
+
+int work_on_groups(Context& context, const GroupArguments& arguments) {
+  if (!arguments.effective)
+    return change_groups(context, arguments);
+  if (!arguments.add.empty() || !arguments.remove.empty())
+    throw UsageError("--effective only lists: leave --add and --remove out");
+  return list_effective_groups(context, arguments);
+}
+
 }  // namespace
 
 void add_user_groups(Command& user, Context& context) {
@@ -113,8 +135,13 @@ void add_user_groups(Command& user, Context& context) {
   groups->add_option("--remove", arguments->remove, "Remove the user from a group; may be repeated")
       ->type_name("G");
   add_dry_run(*groups, arguments->dry_run);
+  groups->add_flag(
+      "--effective", arguments->effective,
+      "List all groups that count for the user: direct ones, the primary one, and those that they are in");
+  add_csv_option(*groups, context);
+  groups->footer("Example: twk user groups Ada.Marsh --effective");
   groups->callback(
-      [=, &context] { context.set_action([=, &context] { return change_groups(context, *arguments); }); });
+      [=, &context] { context.set_action([=, &context] { return work_on_groups(context, *arguments); }); });
 }
 
 }  // namespace twk::cli

@@ -8,7 +8,7 @@ namespace twk::cli {
 
 /// enable, disable, unlock, reset-password, password-expires, password-never-expires.
 void add_users_account_functions(Command& users, Context& context);
-/// find-expired, find-locked.
+/// The reports: find-expired, find-locked, find-inactive …
 void add_users_find(Command& users, Context& context);
 void add_users_delete(Command& users, Context& context);
 void add_users_move(Command& users, Context& context);

@@ -1,105 +1,207 @@
-#include "base/dates.hpp"
-#include "batch/find_accounts.hpp"
-#include "cli/frame/resource_session.hpp"
-#include "cli/frame/selection_run.hpp"
+#include <functional>
+
+#include "base/errors.hpp"
+#include "cli/frame/day_texts.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
+#include "cli/terminal/interrupt.hpp"
+#include "cli/terminal/progress.hpp"
 #include "cli/users/users_commands.hpp"
-#include "directory/loading/ad_load.hpp"
-#include "directory/loading/nt_load.hpp"
-#include "platform/adsi.hpp"
-#include "session/loaded_domain.hpp"
+#include "directory/account_expiry.hpp"
+#include "directory/account_reports.hpp"
 
 namespace twk::cli {
 namespace {
 
-using platform::ObjectPtr;
-using session::Session;
+using directory::AccountReport;
+using directory::GoesOn;
+using directory::ReportedAccount;
 
-const std::vector<Column> kColumns = {{"user", "User"}, {"dn", "Distinguished name"}};
+/// What a report prints of an account besides its name.
+struct ReportColumn {
+  Column column;
+  std::function<Json(const Domain& domain, const ReportedAccount& account)> cell;
+};
 
-void load_users(Session& session) {
-  if (session::is_active_directory(session))
-    directory::Load_AD_Users(session, "LDAP://" + session.DomainName, true, "subtree", "",
-                             directory::UserList::kSelection);
-  else
-    directory::show_nt_users(session);
+ReportColumn moment_column(const char* key, const char* title) {
+  return {{key, title}, [](const Domain& domain, const ReportedAccount& account) {
+            return moment_text(domain.services.clock, account.moment);
+          }};
 }
 
-/// The hits in list order.
-std::vector<Json> hits(const Session& session) {
-  const controls::ListView& list = session.domain.selection;
-  const std::string prefix = "LDAP://" + session.DomainName + "/";
-  std::vector<Json> rows;
-  rows.reserve(list.size());
-  for (std::size_t i = list.size(); i > 0; --i) {
-    const controls::ListRow& row = list.at(i - 1);
-    const bool ad = session::is_active_directory(session);
-    rows.push_back({{"user", row.text}, {"dn", ad ? row.key.substr(prefix.size()) : std::string()}});
-  }
-  return rows;
-}
+/// The day on which an account ends, as `user show` prints it.
+const ReportColumn kExpires = {
+    {"expires", "Ends"}, [](const Domain& domain, const ReportedAccount& account) {
+      return account.moment ? Json(directory::sortable_expiry(domain.services.clock, *account.moment))
+                            : Json(nullptr);
+    }};
+const ReportColumn kCreated = {{"created", "Made"}, [](const Domain& domain, const ReportedAccount& account) {
+                                 return moment_text(domain.services.clock, account.created);
+                               }};
+const ReportColumn kDisabled = {{"disabled", "Disabled"}, [](const Domain&, const ReportedAccount& account) {
+                                  return Json(account.disabled);
+                                }};
+const ReportColumn kNeverLoggedOn = {
+    {"neverLoggedOn", "Never logged on"},
+    [](const Domain&, const ReportedAccount& account) { return Json(!account.moment.has_value()); }};
 
-class SearchView final : public ConsoleView {
+/// Counts the accounts as they come, on a terminal, and stops for Ctrl-C.
+class Watch {
  public:
-  SearchView(Context& context, Session& session, std::size_t all)
-      : ConsoleView(context, session), all_(all) {}
-
-  void progress(int percent) override {
-    step("Looking at " + std::to_string(all_) + " users: " + std::to_string(percent) + " %");
+  GoesOn goes_on() {
+    return [this] {
+      if (++seen_ % 1000 == 0)
+        progress_.show(std::to_string(seen_) + " users so far");
+      return !interrupted();
+    };
   }
 
  private:
-  std::size_t all_;
+  Progress progress_;
+  std::size_t seen_ = 0;
 };
 
-int find(Context& context, const std::function<bool(Session& session, const ObjectPtr&)>& is_hit) {
-  Session& session = resource_session(context);
-  load_users(session);
-  const std::size_t all = session.domain.users.size();
-  SearchView view(context, session, all);
-  std::size_t found = 0;
-  const bool whole = batch::find_accounts(
-      session, [&](const ObjectPtr& account) { return is_hit(session, account); }, view, found);
-  view.clear();
-  if (found > 0)
-    context.output().table(kColumns, hits(session));
-  complain(std::to_string(found) + " of " + std::to_string(all) + " users found" +
-           (whole ? "" : " until it was stopped"));
-  return whole ? kExitGreen : kExitYellow;
+int print(Context& context, const Domain& domain, const std::vector<ReportColumn>& further,
+          const std::function<AccountReport(const GoesOn&)>& find) {
+  AccountReport report;
+  {
+    Watch watch;
+    report = find(watch.goes_on());
+  }
+  std::vector<Column> columns = {{"user", "User"}};
+  for (const ReportColumn& one : further)
+    columns.push_back(one.column);
+  columns.push_back({"dn", "Distinguished name"});
+  std::vector<Json> rows;
+  rows.reserve(report.accounts.size());
+  for (const ReportedAccount& account : report.accounts) {
+    Json row = {{"user", account.name}};
+    for (const ReportColumn& one : further)
+      row[one.column.key] = one.cell(domain, account);
+    row["dn"] = account.dn;
+    rows.push_back(std::move(row));
+  }
+  context.output().table(columns, rows);
+  complain(std::to_string(rows.size()) + (rows.size() == 1 ? " user" : " users") + " found" +
+           (report.whole ? "" : " until it was stopped"));
+  return report.whole ? kExitGreen : kExitYellow;
 }
 
-int find_expired(Context& context, const std::string& before) {
-  const auto limit = base::parse_date(before);
-  if (!limit)
-    throw UsageError("--before takes a date such as 31/12/2026 or 2026-12-31, not \"" + before + "\"");
-  if (*limit < base::make_date({1970, 1, 1})) {
-    throw UsageError("--before \"" + before + "\" is " + base::format_date(*limit) +
-                     ", which is before 1970: write the year with four digits");
-  }
-  return find(context, [limit](Session& session, const ObjectPtr& account) {
-    return batch::expires_before(session, account, *limit);
-  });
+/// Reports that a WinNT domain cannot give are refused.
+void require_active_directory(const Domain& domain) {
+  if (!domain.active_directory)
+    throw Refused(std::string(directory::kNeedsActiveDirectory));
+}
+
+/// The moment in UTC so many days from now.
+base::Date days_from_now(const Domain& domain, int days) {
+  return {domain.services.clock.utc_now().serial + days};
+}
+
+struct ExpiredArguments {
+  std::string before;
+  std::string within;
+};
+
+int find_expired(Context& context, const ExpiredArguments& arguments) {
+  const Domain domain = context.domain();
+  platform::Clock& clock = domain.services.clock;
+  directory::Span span{std::nullopt, clock.utc_now()};
+  if (!arguments.before.empty())
+    span.until = clock.to_utc(read_day(clock, "--before", arguments.before));
+  if (!arguments.within.empty())
+    span = {clock.utc_now(), days_from_now(domain, read_days("--within", arguments.within))};
+  return print(context, domain, {kExpires, kDisabled},
+               [&](const GoesOn& goes_on) { return directory::accounts_ending(domain, span, goes_on); });
+}
+
+int find_locked(Context& context) {
+  const Domain domain = context.domain();
+  return print(context, domain, {moment_column("lockedSince", "Locked since"), kDisabled},
+               [&](const GoesOn& goes_on) { return directory::locked_accounts(domain, goes_on); });
+}
+
+int find_inactive(Context& context, const std::string& days) {
+  const int count = read_days("--days", days);
+  const Domain domain = context.domain();
+  require_active_directory(domain);
+  return print(context, domain,
+               {moment_column("lastLogon", "Last logon"), kNeverLoggedOn, kCreated, kDisabled},
+               [&](const GoesOn& goes_on) {
+                 return directory::inactive_accounts(domain, days_from_now(domain, -count), goes_on);
+               });
+}
+
+int find_never_logged_on(Context& context) {
+  const Domain domain = context.domain();
+  require_active_directory(domain);
+  return print(context, domain, {kCreated, kDisabled},
+               [&](const GoesOn& goes_on) { return directory::accounts_never_used(domain, goes_on); });
+}
+
+int find_password_expiring(Context& context, const std::string& within) {
+  const int days = read_days("--within", within);
+  const Domain domain = context.domain();
+  require_active_directory(domain);
+  const auto age = directory::greatest_password_age(domain);
+  if (!age)
+    complain("Passwords of this domain never expire.");
+  return print(
+      context, domain, {moment_column("passwordExpires", "Password expires")}, [&](const GoesOn& goes_on) {
+        if (!age)
+          return AccountReport{};
+        const base::Date now = domain.services.clock.utc_now();
+        return directory::passwords_expiring(domain, *age, {now, days_from_now(domain, days)}, goes_on);
+      });
+}
+
+Command* add_report(Command& users, Context& context, const char* name, const char* description,
+                    const std::function<int()>& run) {
+  auto* report = users.add_subcommand(name, description);
+  add_csv_option(*report, context);
+  report->callback([=, &context] { context.set_action(run); });
+  return report;
 }
 
 }  // namespace
 
 void add_users_find(Command& users, Context& context) {
-  auto before = std::make_shared<std::string>();
-  auto* expired = users.add_subcommand("find-expired", "Find the accounts that expired before a day");
-  expired->add_option("--before", *before, "The day: 31/12/2026 or 2026-12-31")
+  auto expiry = std::make_shared<ExpiredArguments>();
+  auto* expired = add_report(users, context, "find-expired", "Find the accounts that expired, or soon will",
+                             [=, &context] { return find_expired(context, *expiry); });
+  const Option* const before =
+      expired
+          ->add_option("--before", expiry->before, "Expired before that day: today, 31/12/2026 or 2026-12-31")
+          ->type_name("DATE");
+  expired->add_option("--within", expiry->within, "Will expire within so many days: 30d")
+      ->type_name("DAYS")
+      ->excludes(before);
+  expired->footer("Example: twk users find-expired --within 30d");
+
+  add_report(users, context, "find-locked", "Find the accounts that are locked out", [&context] {
+    return find_locked(context);
+  })->footer("Example: twk --json users find-locked | jq -r .dn | twk users unlock --from-file -");
+
+  auto days = std::make_shared<std::string>();
+  auto* inactive =
+      add_report(users, context, "find-inactive", "Find the users who have not logged on for long",
+                 [=, &context] { return find_inactive(context, *days); });
+  inactive
+      ->add_option("--days", *days, "For at least so many days; those who never did count from their making")
       ->required()
-      ->type_name("DATE");
-  expired->callback(
-      [=, &context] { context.set_action([=, &context] { return find_expired(context, *before); }); });
-  auto* locked = users.add_subcommand("find-locked", "Find the accounts that are locked out");
-  locked->callback([&context] {
-    context.set_action([&context] {
-      return find(context, [](Session&, const ObjectPtr& account) {
-        return platform::User(account).IsAccountLocked();
-      });
-    });
-  });
+      ->type_name("DAYS");
+  inactive->footer("Example: twk users find-inactive --days 90 --csv > inactive.csv");
+
+  auto within = std::make_shared<std::string>("14d");
+  auto* expiring =
+      add_report(users, context, "find-password-expiring", "Find the users whose password will expire soon",
+                 [=, &context] { return find_password_expiring(context, *within); });
+  expiring->add_option("--within", *within, "Within so many days; 14d if not given")->type_name("DAYS");
+  expiring->footer("Example: twk users find-password-expiring --within 7d");
+
+  add_report(users, context, "find-never-logged-on", "Find the users who never logged on", [&context] {
+    return find_never_logged_on(context);
+  })->footer("Example: twk users find-never-logged-on --csv");
 }
 
 }  // namespace twk::cli

@@ -1,3 +1,5 @@
+#include "cli/worlds/lab_commands.hpp"
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/frame/commands.hpp"
@@ -30,6 +32,7 @@ struct InitArguments {
   std::string domain;
   std::string kind = "native";
   bool sample = false;
+  bool empty = false;
 };
 
 int show_info(Context& context, const lab::LabContents& contents) {
@@ -64,6 +67,8 @@ lab::LabContents create_lab(InitArguments& arguments) {
   try {
     arguments.plan.kind = world::kind_named(arguments.kind);
     world::name_domain(arguments.plan, arguments.domain);
+    if (arguments.empty)
+      arguments.plan.users = arguments.plan.groups = arguments.plan.ous = 0;
     return lab::create_lab(arguments.folder, arguments.plan);
   } catch (const base::RuntimeError& failure) {
     constexpr std::uint32_t kInvalidArgument = 5;
@@ -147,7 +152,8 @@ void add_lab_commands(Command& app, Context& context) {
   group->require_subcommand();
 
   auto arguments = std::make_shared<InitArguments>();
-  auto* init = group->add_subcommand("init", "Make a lab in a new or empty folder");
+  auto* init =
+      group->add_subcommand("init", "Make a lab in a new or empty folder, with invented people in it");
   init->add_option("DIR", arguments->folder, "The folder")->required();
   init->add_option("--domain", arguments->domain, "Name of the domain; twk.test if not given")
       ->type_name("NAME");
@@ -155,13 +161,18 @@ void add_lab_commands(Command& app, Context& context) {
       ->type_name("KIND")
       ->check(Check::one_of_folding_case({"native", "mixed", "nt"}));
   const auto number = Check::within(0, 1000000);
-  init->add_option("--users", arguments->plan.users, "Number of users")->type_name("N")->check(number);
-  init->add_option("--groups", arguments->plan.groups, "Number of groups")->type_name("N")->check(number);
-  init->add_option("--ous", arguments->plan.ous, "Number of organizational units")
-      ->type_name("N")
-      ->check(number);
+  const auto* const empty =
+      init->add_flag("--empty", arguments->empty,
+                     "Invent nobody: only the accounts, groups and units that every domain has");
+  const auto count = [&](const char* name, std::size_t& value, const char* what) {
+    init->add_option(name, value, what)->type_name("N")->check(number)->shows_default()->excludes(empty);
+  };
+  count("--users", arguments->plan.users, "Number of invented users, besides those that every domain has");
+  count("--groups", arguments->plan.groups, "Number of invented groups");
+  count("--ous", arguments->plan.ous, "Number of invented organizational units");
   init->add_option("--seed", arguments->plan.seed, "Equal seeds make equal labs")->type_name("N");
   init->add_flag("--sample", arguments->sample, "Add a site, a template and settings to begin with");
+  init->footer("Example: twk lab init ~/lab --empty --domain school.test");
   init->callback(
       [=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
 
@@ -182,6 +193,9 @@ void add_lab_commands(Command& app, Context& context) {
 
   auto* exporting = group->add_subcommand("export", "Print the directory as LDIF");
   exporting->callback([&context] { context.set_action([&context] { return export_lab(context); }); });
+
+  add_lab_logon(*group, context);
+  add_lab_server(*group, context);
 
   auto* info = group->add_subcommand("info", "Show what the lab is");
   info->callback([&context] { context.set_action([&context] { return show_info(context); }); });
