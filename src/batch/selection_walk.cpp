@@ -38,6 +38,8 @@ class Walk {
   bool run() {
     for (std::size_t place = 0; place < list_.size() && goes_on(); ++place) {
       ListRow& row = list_.at(place);
+      if (!list_.shows(row))
+        continue;
       guarded(row.text, [&] { visit_row(row); });
     }
     session_.run.user.clear();
@@ -63,19 +65,19 @@ class Walk {
   void visit_row(ListRow& row) {
     if (session::is_active_directory(session_)) {
       if (row.icon == "W2KGRP")
-        visit_members(row.key);
+        visit_members(row.key, row);
       else if (row.icon == "OU")
-        visit_unit(row.key);
+        visit_unit(row);
       else if (!row.ghosted)
         visit_user({row.key, row.text, &row, {}});
     } else if (row.icon == "Global" || row.icon == "Local" || row.icon == "W2KGRP") {
-      visit_members(directory::winnt_path(session_, row.text));
+      visit_members(directory::winnt_path(session_, row.text), row);
     } else if (!row.ghosted) {
       visit_user({directory::winnt_path(session_, row.text), row.text, &row, {}});
     }
   }
 
-  void visit_members(const std::string& group) {
+  void visit_members(const std::string& group, const ListRow& row) {
     std::vector<ObjectPtr> members = session_.platform.directory.GetObject(group)->Members();
     for (ObjectPtr& member : members) {
       if (!goes_on())
@@ -89,11 +91,11 @@ class Walk {
       const std::string name = platform::plain_name(one->Name());
       const bool ad = session::is_active_directory(session_);
       const std::string path = ad ? one->ADsPath() : directory::winnt_path(session_, name);
-      guarded(path, [&] { visit_user({path, name, row_of(path, name), ad ? one : nullptr, true}); });
+      guarded(path, [&] { visit_user({path, name, row_of(path, name), ad ? one : nullptr, true, &row}); });
     }
   }
 
-  void visit_unit(const std::string& dn) {
+  void visit_unit(const ListRow& row) {
     struct Found {
       std::string path;
       std::string name;
@@ -114,7 +116,7 @@ class Walk {
     for (const Found& user : users) {
       if (!goes_on())
         return;
-      guarded(user.path, [&] { visit_user({user.path, user.name, list_row(user.path), {}}); });
+      guarded(user.path, [&] { visit_user({user.path, user.name, list_row(user.path), {}, false, &row}); });
     }
   }
 

@@ -22,8 +22,9 @@ struct SelectedUser {
   std::string name;  ///< "Jo Smith" of a directory, the account name in a WinNT domain
   /// The user's own row of the selection; none for one that only a group or a unit of it includes.
   controls::ListRow* row = nullptr;
-  platform::ObjectPtr object;  ///< bound by `path` when the walk binds, otherwise none
-  bool as_member = false;      ///< a group of the selection includes it
+  platform::ObjectPtr object;                  ///< bound by `path` when the walk binds, otherwise none
+  bool as_member = false;                      ///< a group of the selection includes it
+  const controls::ListRow* through = nullptr;  ///< that group, or the unit; none for the user's own row
 };
 
 /// What the functions of the multi-user window require of the walk.
@@ -45,7 +46,7 @@ void leave_out(session::Session& session, std::string_view path);
 /// it, by the terms of the selection also those below it or only those that a filter finds. Groups and units
 /// are read completely when the walk reaches them, so that changes made by the visits, or a reopened
 /// connection, cannot disturb the reading. A user included by several rows is visited for each. A member that
-/// is not a user is named in the log, if it is open.
+/// is not a user is named in the log, if it is open. Rows that a filter hides are left out.
 ///
 /// False when `goes_on` ended it. The list's rows must stay in place until then.
 bool walk_selection(session::Session& session, const WalkRules& rules,

@@ -178,6 +178,16 @@ void ListView::select(ListRow* row) {
   tell(Kind::kSelected);
 }
 
+void ListView::set_filter(std::function<bool(const ListRow&)> accepts) {
+  accepts_ = std::move(accepts);
+  tell(Kind::kFiltered);
+}
+
+std::size_t ListView::hidden() const {
+  return static_cast<std::size_t>(
+      std::count_if(rows_.begin(), rows_.end(), [this](const auto& row) { return !shows(*row); }));
+}
+
 void ListView::set_drawing(bool on) {
   if (on == drawing_)
     return;

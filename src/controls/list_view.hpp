@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -43,6 +44,7 @@ struct ListChange {
     kReset,
     kChanged,   ///< text, icon, look or a sub-item of the row
     kSelected,  ///< other rows are selected than before
+    kFiltered,  ///< others are hidden than before
   };
   Kind kind;
   std::size_t place = 0;
@@ -90,6 +92,12 @@ class ListView {
   /// Makes this the only selected row; none deselects all.
   void select(ListRow* row);
 
+  /// What a person sees of the list: rows that are not accepted are hidden. None accepts all.
+  void set_filter(std::function<bool(const ListRow&)> accepts);
+  [[nodiscard]] bool shows(const ListRow& row) const { return !accepts_ || accepts_(row); }
+  /// How many rows are hidden.
+  [[nodiscard]] std::size_t hidden() const;
+
   [[nodiscard]] Watch watch(Channel<const ListChange&>::Callback callback) const {
     return changes_.watch(std::move(callback));
   }
@@ -124,6 +132,7 @@ class ListView {
   mutable std::uint32_t numbered_ = 0;  ///< the rows before this place know theirs
   FoldedSet<ListRow*, KeyOf> by_key_;
   FoldedMultiset<ListRow*, TextOf> by_text_;
+  std::function<bool(const ListRow&)> accepts_;
   Channel<const ListChange&> changes_;
   bool drawing_ = true;
 };

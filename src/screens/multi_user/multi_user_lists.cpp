@@ -1,6 +1,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "screens/multi_user/multi_user_tabs.hpp"
@@ -47,6 +48,31 @@ ListPane* add_side(QBoxLayout& columns, const Side& side, int stretch, QWidget* 
   return pane;
 }
 
+/// How many are selected, and how many of them a run leaves out. Counted when the list has come to rest.
+void add_count(QBoxLayout& column, const ListPane& pane) {
+  auto* const count = new QLabel(column.parentWidget());
+  count->setObjectName("selected_count");
+  count->setTextFormat(Qt::PlainText);
+  count->setWordWrap(true);
+  column.addWidget(count);
+  auto* const rest = new QTimer(count);
+  rest->setSingleShot(true);
+  const auto show = [&pane, count] {
+    const auto all = static_cast<qsizetype>(pane.list().size());
+    const auto hidden = all - pane.model()->rowCount();
+    count->setText(
+        hidden == 0
+            ? QString("%L1 selected").arg(all)
+            : QString("%L1 selected, %L2 hidden by the filter and left out of a run").arg(all).arg(hidden));
+  };
+  QObject::connect(rest, &QTimer::timeout, count, show);
+  keep(*count, pane.list().watch([rest](const controls::ListChange& change) {
+    if (change.kind != controls::ListChange::Kind::kSelected)
+      rest->start(0);
+  }));
+  show();
+}
+
 QPushButton* add_mover(QBoxLayout& column, const char* name, const char* picture, const QString& tip,
                        controls::Button& control, const Action& clicked) {
   QPushButton* const button = add_button(column, {}, name, control, clicked);
@@ -87,7 +113,9 @@ QWidget* make_sources(Desktop& session, QWidget* parent) {
 
 QWidget* make_selection(Desktop& session, QWidget* parent) {
   auto* const frame = new QGroupBox("Selec&ted Users/Groups/OU's", parent);
-  auto* const columns = new QHBoxLayout(frame);
+  auto* const rows = new QVBoxLayout(frame);
+  auto* const columns = new QHBoxLayout;
+  rows->addLayout(columns, 1);
   ListPane* const pane = add_side(*columns,
                                   {session.multi_user.ListView1,
                                    "ListView1",
@@ -97,6 +125,7 @@ QWidget* make_selection(Desktop& session, QWidget* parent) {
                                    [&session] { windows::Command2_Click(session); }},
                                   1, frame);
   pane->setAccessibleName(frame->title().remove('&'));
+  add_count(*rows, *pane);
   // The title's mnemonic leads here.
   frame->setFocusProxy(pane);
   pane->on_delete = [&session] { windows::Command2_Click(session); };

@@ -160,12 +160,19 @@ void ListModel::take(const ListChange& change) {
       Q_EMIT dataChanged(index(place, 0), index(place, columnCount() - 1));
       break;
     case ListChange::Kind::kSelected:
+    case ListChange::Kind::kFiltered:
       break;
   }
 }
 
-ListOrder::ListOrder(ListModel& model, QObject* parent) : QSortFilterProxyModel(parent), model_(&model) {
+ListOrder::ListOrder(ListModel& model, QObject* parent)
+    : QSortFilterProxyModel(parent), model_(&model), list_(&model.list()) {
   setSourceModel(&model);
+}
+
+ListOrder::~ListOrder() {
+  if (!filter_.empty())
+    list_->set_filter({});
 }
 
 void ListOrder::set_filter(const QString& text) {
@@ -173,6 +180,19 @@ void ListOrder::set_filter(const QString& text) {
   // One new order instead of a removal for each range of rows, each of which would cost a walk over the
   // others.
   invalidate();
+  if (filter_.empty())
+    list_->set_filter({});
+  else
+    list_->set_filter(
+        [this, columns = model_->columnCount()](const ListRow& row) { return accepts(row, columns); });
+}
+
+bool ListOrder::accepts(const ListRow& row, int columns) const {
+  for (int column = 0; column < columns; ++column) {
+    if (base::upper(column_text(row, column)).find(filter_) != std::string::npos)
+      return true;
+  }
+  return false;
 }
 
 bool ListOrder::lessThan(const QModelIndex& left, const QModelIndex& right) const {
@@ -186,13 +206,7 @@ bool ListOrder::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const {
   if (filter_.empty())
     return true;
   const ListRow* const shown = model_->row(model_->index(row, 0));
-  if (shown == nullptr)
-    return false;
-  for (int column = 0; column < model_->columnCount(); ++column) {
-    if (base::upper(column_text(*shown, column)).find(filter_) != std::string::npos)
-      return true;
-  }
-  return false;
+  return shown != nullptr && accepts(*shown, model_->columnCount());
 }
 
 }  // namespace twk::screens

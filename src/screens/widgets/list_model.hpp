@@ -54,9 +54,10 @@ class ListModel final : public QAbstractTableModel {
 class ListOrder final : public QSortFilterProxyModel {
  public:
   ListOrder(ListModel& model, QObject* parent);
+  ~ListOrder() override;
 
-  /// Case is ignored; the empty text shows every row. Signalled as a change of layout: a view must have
-  /// cleared its selection.
+  /// Case is ignored; the empty text shows every row. The list knows which rows are hidden. Signalled as a
+  /// change of layout: a view must have cleared its selection.
   void set_filter(const QString& text);
   [[nodiscard]] ListModel& model() const { return *model_; }
 
@@ -65,7 +66,10 @@ class ListOrder final : public QSortFilterProxyModel {
   bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
 
  private:
+  [[nodiscard]] bool accepts(const controls::ListRow& row, int columns) const;
+
   ListModel* model_;
+  controls::ListView* list_;
   std::string filter_;  ///< in upper case
 };
 

@@ -52,6 +52,15 @@ RunningWindow::~RunningWindow() {
     *enabled = true;
 }
 
+bool lacks_selection(Desktop& session) {
+  const controls::ListView& selection = session.multi_user.ListView1;
+  const std::size_t hidden = selection.hidden();
+  if (hidden > 0 && hidden == selection.size())
+    session.multi_user.Label3.caption =
+        std::string("Nothing was done: the filter hides the whole selection. Empty the filter first.");
+  return hidden == selection.size();
+}
+
 void run_over_selection(Desktop& session, const controls::Button& start, std::string_view completed,
                         const std::function<bool(session::RunView& view)>& run) {
   MultiUserView view(session, start);

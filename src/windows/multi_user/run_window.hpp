@@ -48,6 +48,9 @@ class RunningWindow {
   std::vector<controls::Observable<bool>*> off_;
 };
 
+/// True when a run would reach no row: nothing is selected, or the filter hides all of it, which `Label3`
+/// then says.
+bool lacks_selection(Desktop& session);
 /// A run of the window over its selection. It returns False when it was stopped, otherwise `completed` is
 /// shown. A failure is reported.
 void run_over_selection(Desktop& session, const controls::Button& start, std::string_view completed,
