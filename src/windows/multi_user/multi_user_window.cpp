@@ -96,6 +96,64 @@ ListView& home_of(MultiUser& window, const ListRow& row) {
   return row.icon == "OU" ? window.ListView4 : window.ListView3;
 }
 
+/// Moves rows of the selection back to the lists that they came from. What is gone stays away.
+void put_back(MultiUser& window, const std::vector<const ListRow*>& rows) {
+  std::vector<const ListRow*> users;
+  std::vector<const ListRow*> groups;
+  std::vector<const ListRow*> units;
+  std::vector<const ListRow*> ghosts;
+  for (const ListRow* const row : rows) {
+    const ListView& home = home_of(window, *row);
+    if (row->ghosted)
+      ghosts.push_back(row);
+    else
+      (&home == &window.ListView2 ? users : &home == &window.ListView3 ? groups : units).push_back(row);
+  }
+  ListView gone;
+  controls::move_rows(window.ListView1, ghosts, gone);
+  controls::move_rows(window.ListView1, users, window.ListView2);
+  controls::move_rows(window.ListView1, groups, window.ListView3);
+  controls::move_rows(window.ListView1, units, window.ListView4);
+}
+
+std::vector<const ListRow*> rows_of(const ListView& list) {
+  std::vector<const ListRow*> rows;
+  for (std::size_t place = 0; place < list.size(); ++place)
+    rows.push_back(&list.at(place));
+  return rows;
+}
+
+/// Lays the selection aside for a command of the tree, which acts on its own user alone. Afterwards that user
+/// goes back to the list, and the selection comes back without those who are gone.
+class SelectionAside {
+ public:
+  explicit SelectionAside(MultiUser& window) : window_(window) {
+    std::vector<const ListRow*> there = rows_of(window.ListView1);
+    std::erase_if(there, [](const ListRow* row) { return row->ghosted; });
+    controls::move_rows(window.ListView1, there, before_);
+    window.ListView1.clear();
+  }
+  SelectionAside(const SelectionAside&) = delete;
+  SelectionAside& operator=(const SelectionAside&) = delete;
+  ~SelectionAside() {
+    std::vector<const ListRow*> own;
+    for (const ListRow* const row : rows_of(window_.ListView1)) {
+      const ListRow* const same = before_.find_key(row->key);
+      if (same == nullptr)
+        own.push_back(row);
+      else if (row->ghosted)
+        before_.remove(*same);
+    }
+    put_back(window_, own);
+    window_.ListView1.clear();
+    controls::move_rows(before_, rows_of(before_), window_.ListView1);
+  }
+
+ private:
+  MultiUser& window_;
+  ListView before_;
+};
+
 }  // namespace
 
 void MultiUser_Initialize(Desktop& session) {
@@ -123,10 +181,9 @@ void show_for_user(Desktop& session, const controls::TreeNode& node, int tab) {
   MultiUser& window = session.multi_user;
   const bool by_key = session::is_active_directory(session);
   const std::string& key = by_key ? node.key : node.text;
+  const SelectionAside aside(window);
   if (const ListRow* const row = window.ListView2.find_key(key))
     take(session, window.ListView2, {row});
-  else if (const ListRow* const there = window.ListView1.find_key(key))
-    window.ListView1.set_ghosted(window.ListView1.at(window.ListView1.place_of(*there)), false);
   else
     window.ListView1.add(key, node.text, "USER");
   window.SSTab1 = tab;
@@ -146,24 +203,8 @@ void Command1_Click(Desktop& session) {
 
 void Command2_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
-  if (is_running(window))
-    return;
-  std::vector<const ListRow*> users;
-  std::vector<const ListRow*> groups;
-  std::vector<const ListRow*> units;
-  ListView gone;
-  std::vector<const ListRow*> ghosts;
-  for (const ListRow* const row : window.ListView1.selected_rows()) {
-    const ListView& home = home_of(window, *row);
-    if (row->ghosted)
-      ghosts.push_back(row);
-    else
-      (&home == &window.ListView2 ? users : &home == &window.ListView3 ? groups : units).push_back(row);
-  }
-  controls::move_rows(window.ListView1, ghosts, gone);
-  controls::move_rows(window.ListView1, users, window.ListView2);
-  controls::move_rows(window.ListView1, groups, window.ListView3);
-  controls::move_rows(window.ListView1, units, window.ListView4);
+  if (!is_running(window))
+    put_back(window, window.ListView1.selected_rows());
 }
 
 void btn_Showusers_Click(Desktop& session) {

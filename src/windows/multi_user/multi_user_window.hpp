@@ -17,8 +17,8 @@ void MultiUser_Initialize(Desktop& session);
 void MultiUser_Load(Desktop& session);
 /// Shows the window until the person closes it.
 void show_multi_user(Desktop& session);
-/// Adds the user of a node of the tree to the selection and shows the window at a tab of
-/// `multi_tab`.
+/// Shows the window at a tab of `multi_tab` with the user of a node of the tree as the whole selection. The
+/// selection of before comes back when the window closes.
 void show_for_user(Desktop& session, const controls::TreeNode& node, int tab);
 
 /// Moves the selected rows of the lists of users, groups and units into the selection. This and the
