@@ -1,5 +1,6 @@
 #include "windows/create_user.hpp"
 
+#include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "creation/create_user.hpp"
 #include "creation/stored_request.hpp"
@@ -7,6 +8,7 @@
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/import_windows.hpp"
+#include "windows/state/new_user.hpp"
 
 namespace twk::windows {
 namespace {
@@ -116,18 +118,58 @@ NewUserRequest new_user_request(const Desktop& session) {
   return request;
 }
 
+namespace {
+
+std::array<std::string, 4> typed_names(const Form1& form) {
+  return {form.strFirst.text, form.StrMiddle.text, form.strLast.text, form.UserID_Box.text};
+}
+
+void remember_names(Desktop& session, std::string made, std::string formed) {
+  session.new_user.made_from = typed_names(session.form1);
+  session.new_user.made = std::move(made);
+  session.new_user.formed = std::move(formed);
+}
+
+/// A second click, or Enter held down, would make a second account of the same person.
+bool is_wanted(Desktop& session) {
+  const NewUser& last = session.new_user;
+  return last.made.empty() || last.made_from != typed_names(session.form1) ||
+         session.platform.dialogs.MsgBox(
+             "\"" + last.made +
+                 "\" was just made with these names.\r\nMake another account with the same names?",
+             platform::Buttons::kYesNo, platform::Icon::kQuestion, "Create User") == platform::Answer::kYes;
+}
+
+}  // namespace
+
+void New_User_Name_Edited(Desktop& session) {
+  Form1& form = session.form1;
+  if (!session.new_user.formed.empty() && form.UserID_Box.text == session.new_user.formed)
+    form.UserID_Box.text = std::string();
+  session.new_user.formed.clear();
+}
+
 session::CreationOutcome CreateUser_Click(Desktop& session) {
   Form1& form = session.form1;
+  if (!is_wanted(session))
+    return {};
   if (form.TreeView1.selected() == nullptr)
     form.TreeView1.select(form.TreeView1.first());
   session.LastCreation = {};
+  const bool is_formed =
+      base::trim(form.UserID_Box.text.get()).empty() || form.UserID_Box.text == session.new_user.formed;
+  remember_names(session, {}, {});
   {
     NewUserView view(form);
     session.LastCreation = creation::create_user(session, new_user_request(session), view);
   }
   const std::string& light = session.LastCreation.light;
-  if (light == session::kGreen || light == session::kYellow)
+  if (light == session::kGreen || light == session::kYellow) {
     form.UserID_Box.text = std::string();
+    remember_names(session, session.LastCreation.user, {});
+  } else if (is_formed) {
+    session.new_user.formed = form.UserID_Box.text;
+  }
   return session.LastCreation;
 }
 

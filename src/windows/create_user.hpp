@@ -38,7 +38,10 @@ class NewUserView final : public batch::ImportView {
 /// What the New User tab, the tree and the preferences ask for.
 creation::NewUserRequest new_user_request(const Desktop& session);
 
-/// Creates the user and shows what came of it. Without a selected node the first one is taken.
+/// A person edited a name: a User ID that was formed from the names of before goes.
+void New_User_Name_Edited(Desktop& session);
+/// Creates the user and shows what came of it. Without a selected node the first one is taken. When the
+/// fields still hold what the last account was made from, it asks first.
 session::CreationOutcome CreateUser_Click(Desktop& session);
 
 }  // namespace twk::windows

@@ -66,6 +66,29 @@ TEST_F(NewUserTabTest, AFailureShowsARedLightAndAnUsableWindow) {
   EXPECT_TRUE(window->isEnabled());
 }
 
+TEST_F(NewUserTabTest, ASecondPressWithTheSameNamesAsksAndNoUserIdReachesTheNextPerson) {
+  open_with_jo();
+  click("CreateUser");
+  expect_box("\"Jo.Doe\" was just made with these names.", QMessageBox::No);
+  click("CreateUser");
+  EXPECT_EQ(lab.path_of("Jo.Doe1"), "");
+  expect_box("Make another account with the same names?", QMessageBox::Yes);
+  press("strLast", Qt::Key_Return);
+  EXPECT_EQ(status(), "User Created.");
+  type("strLast", "Roe");
+  lab.directory.before = fail_at("SetInfo", 1, base::error::kPermissionDenied);
+  expect_box("error: 70");
+  click("CreateUser");
+  ASSERT_EQ(find<QLineEdit>("UserID_Box")->text(), "Jo.Roe");
+  type("strFirst", "Frank");
+  EXPECT_EQ(find<QLineEdit>("UserID_Box")->text(), "") << "it was formed from other names";
+  type("UserID_Box", "frank7");
+  type("strLast", "Miller");
+  EXPECT_EQ(find<QLineEdit>("UserID_Box")->text(), "frank7") << "it was typed";
+  find<QAction>("NewUser")->trigger();
+  EXPECT_EQ(find<QLineEdit>("UserID_Box")->text(), "");
+}
+
 TEST_F(NewUserTabTest, EachStageHasItsSettingAndItsLight) {
   open();
   windows::Form1& form = lab.session.form1;

@@ -28,14 +28,16 @@ QWidget* make_person(Desktop& session, QWidget* parent) {
   add_combo(*rows, "Tem&plate:", "nutemplate", form.nutemplate);
   add_combo(*rows, "S&ite:", "NUsitename", form.NUsitename);
   const Action create = [&session] { windows::CreateUser_Click(session); };
-  const auto add_name = [&](const char* caption, const char* name, controls::TextBox& control) {
-    QLineEdit* const field = add_text(*rows, caption, name, control);
+  const auto add_name = [&](const char* caption, const char* name, controls::TextBox& control,
+                            const Action& edited = {}) {
+    QLineEdit* const field = add_text(*rows, caption, name, control, edited);
     QObject::connect(field, &QLineEdit::returnPressed, field, [create] { run_guarded(create); });
     return field;
   };
-  add_name("&First name:", "strFirst", form.strFirst);
-  add_name("&Middle name:", "StrMiddle", form.StrMiddle);
-  add_name("L&ast name:", "strLast", form.strLast);
+  const Action edited = [&session] { windows::New_User_Name_Edited(session); };
+  add_name("&First name:", "strFirst", form.strFirst, edited);
+  add_name("&Middle name:", "StrMiddle", form.StrMiddle, edited);
+  add_name("L&ast name:", "strLast", form.strLast, edited);
   add_name("User I&D:", "UserID_Box", form.UserID_Box)
       ->setPlaceholderText("formed from the names if left empty");
   add_name("Descripti&on:", "Description", form.Description);

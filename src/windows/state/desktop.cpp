@@ -12,6 +12,9 @@
 #include "windows/state/group_windows.hpp"
 #include "windows/state/import_windows.hpp"
 #include "windows/state/multi_user.hpp"
+#include "windows/state/new_user.hpp"
+#include "windows/state/run_preview.hpp"
+#include "windows/state/whereabouts.hpp"
 
 namespace twk::windows {
 
@@ -71,6 +74,9 @@ struct Desktop::Windows {
   Logon_Hours logon_hours;
   Permissions permissions;
   DetailsChanges details{form1};
+  NewUser new_user;
+  RunPreview run_preview;
+  Whereabouts whereabouts;
   controls::Watch mode_known;
   controls::Watch loading;
 };
@@ -152,7 +158,10 @@ Desktop::Desktop(const platform::Platform& services, std::string_view command_li
       custom(windows_->custom),
       logon_hours(windows_->logon_hours),
       permissions(windows_->permissions),
-      details(windows_->details) {
+      details(windows_->details),
+      new_user(windows_->new_user),
+      run_preview(windows_->run_preview),
+      whereabouts(windows_->whereabouts) {
   windows_->mode_known = domain.mode_known.watch([this] { follow_mode(*this); });
   windows_->loading = domain.loading.watch([this] {
     if (splash.visible)

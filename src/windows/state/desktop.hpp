@@ -20,13 +20,16 @@ struct Groupsfrm;
 struct ImportGrps;
 struct Logon_Hours;
 struct MultiUser;
+struct NewUser;
 struct Permissions;
 struct RenameUser;
 struct Rename_NT;
+struct RunPreview;
 struct Select_OU;
 struct Serach_Mail;
 struct Varibles_Form;
 struct WKS_PROFILE;
+struct Whereabouts;
 struct frmADOptions;
 struct frmCopy_Group;
 struct frmFindW2KUser;
@@ -72,6 +75,9 @@ struct Desktop : session::Session {
   Logon_Hours& logon_hours;
   Permissions& permissions;
   DetailsChanges& details;  ///< what was changed on the user details tab
+  NewUser& new_user;
+  RunPreview& run_preview;
+  Whereabouts& whereabouts;
   bool EditingSite = false;
   bool EditingTemplate = false;
 };
