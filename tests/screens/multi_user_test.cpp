@@ -1,12 +1,28 @@
 #include "windows/state/multi_user.hpp"
 #include "screens/multi_user_screen.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/run_preview.hpp"
 
 namespace twk::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// Acts once the preview has looked at every account, which it does while events come in.
+void after_the_look(QWidget& preview, const std::function<void()>& act) {
+  auto* const timer = new QTimer(&preview);
+  auto* const effects = preview.findChild<QLabel*>("preview_effects");
+  QObject::connect(timer, &QTimer::timeout, timer, [&preview, timer, effects, act, ticks = 0]() mutable {
+    const bool looked = effects->text().startsWith("All accounts were looked at.");
+    if (!looked && ++ticks < 1000)
+      return;
+    timer->stop();
+    EXPECT_TRUE(looked) << effects->text().toStdString();
+    looked ? act() : static_cast<void>(preview.close());
+  });
+  timer->start(5);
+}
 
 TEST_F(MultiUserWindow, RowsMoveByButtonDoubleClickAndKey) {
   with_window([&](QWidget& shown) {
@@ -35,6 +51,29 @@ TEST_F(MultiUserWindow, OnlyWhatTheFilterShowsIsTaken) {
     type("ListView2_filter", "", &shown);
     EXPECT_THAT(shown_in("ListView2", &shown), ElementsAre("ann", "cas"));
   });
+}
+
+TEST_F(MultiUserWindow, ARunLeavesOutWhatTheFilterOfTheSelectionHides) {
+  with_window([&](QWidget& shown) {
+    take_all(shown);
+    show_tab(shown, 2);
+    click("LockAcc_1", &shown);
+    type("ListView1_filter", "nobody", &shown);
+    click("btnGo", &shown);
+    EXPECT_TRUE(text(shown, "Label3").startsWith("Nothing was done: the filter hides"));
+    type("ListView1_filter", "ben", &shown);
+    settle();
+    EXPECT_EQ(text(shown, "selected_count"), "3 selected, 2 hidden by the filter and left out of a run");
+    expect_box("This will disable all selected accounts");
+    click("btnGo", &shown);
+    EXPECT_FALSE(platform::User(lab.account("ann")).AccountDisabled());
+    EXPECT_TRUE(platform::User(lab.account("ben")).AccountDisabled());
+    type("ListView1_filter", "", &shown);
+    settle();
+    EXPECT_EQ(text(shown, "selected_count"), "3 selected");
+    type("ListView1_filter", "ben", &shown);
+  });
+  EXPECT_EQ(lab.session.multi_user.ListView1.hidden(), 0U) << "the filter ends with its window";
 }
 
 TEST_F(MultiUserWindow, GoTurnsIntoCancelAndAPressOfItStops) {
@@ -102,6 +141,61 @@ TEST_F(MultiUserWindow, DeleteTabDeletesAndShowsWhoIsGone) {
   EXPECT_EQ(lab.path_of("ann"), "");
 }
 
+TEST_F(MultiUserWindow, APreviewNamesEveryAccountAndWhatWouldHappenAndDefaultsToCancel) {
+  lab.session.run_preview.asks = true;
+  std::filesystem::create_directories(lab.folder.path() / "servers/FS1/D/Users/ann");
+  lab.account("ann")->Put("HomeDirectory", "\\\\FS1\\Users\\ann");
+  with_window([&](QWidget& shown) {
+    lab.session.multi_user.ListView1.add(std::string(kNewStarters), "New Starters", "OU");
+    take_all(shown);
+    click("Delete_NT_Account", &shown);
+    for (const bool starts : {false, true}) {
+      expect_window([&, starts](QWidget& preview) {
+        EXPECT_EQ(preview.objectName(), "RunPreview");
+        EXPECT_EQ(text(preview, "preview_question"), "Delete account.");
+        EXPECT_EQ(text(preview, "preview_counts"),
+                  "3 accounts, with those of 0 groups and 1 OU. Some are meant by several rows and are shown "
+                  "once.");
+        EXPECT_THAT(shown_in("preview_accounts", &preview), ElementsAre("ann", "ben", "cas"));
+        after_the_look(preview, [&, starts] {
+          EXPECT_TRUE(text(preview, "preview_effects").contains("Delete the account: 3"))
+              << text(preview, "preview_effects").toStdString();
+          if (!starts)
+            return QTest::keyClick(&preview, Qt::Key_Return);
+          for (int user = 0; user < 3; ++user)
+            expect_box("Delete User", QMessageBox::Yes);
+          click("preview_start", &preview);
+        });
+      });
+      click("Del_User", &shown);
+      EXPECT_EQ(lab.path_of("ann").empty(), starts);
+    }
+    click("Del_User", &shown);
+    EXPECT_EQ(
+        text(shown, "Label3"),
+        "Nothing was done: the selection names no user. 3 users of an earlier run left out: ann, ben, cas");
+  });
+}
+
+TEST_F(MultiUserWindow, AFunctionOverFourThousandAccountsShowsItsPreviewAtOnceAndCutsTheList) {
+  lab.session.run_preview.asks = true;
+  with_window([&](QWidget& shown) {
+    const std::string path = lab.path_of("ben");
+    for (int i = 0; i < 4000; ++i)
+      lab.session.multi_user.ListView1.add(path + std::to_string(i), "u" + std::to_string(i), "USER");
+    show_tab(shown, 2);
+    click("LockAcc_1", &shown);
+    expect_window([&](QWidget& preview) {
+      EXPECT_TRUE(text(preview, "preview_question").startsWith("This will disable all selected accounts"));
+      EXPECT_EQ(text(preview, "preview_counts"), "4000 accounts.");
+      EXPECT_EQ(shown_in("preview_accounts", &preview).back(), "and 3500 more");
+      QTest::keyClick(&preview, Qt::Key_Escape);
+    });
+    click("btnGo", &shown);
+    EXPECT_FALSE(platform::User(lab.account("ben")).AccountDisabled());
+  });
+}
+
 TEST_F(MultiUserWindow, MoveTabAsksForSiteAndTemplateAndMoves) {
   std::filesystem::create_directories(lab.folder.path() / "servers/FS1/D/Users");
   platform::ShareInfo502 share;
@@ -136,7 +230,26 @@ TEST_F(MultiUserWindow, ThePopupOpensItWithTheUserAtTheRightTab) {
       QTest::keyClick(&shown, Qt::Key_Escape);
     });
     find<QAction>(entry)->trigger();
+    EXPECT_TRUE(lab.session.multi_user.ListView1.empty());
   }
+}
+
+TEST_F(MultiUserWindow, ThePopupLaysTheSelectionAsideForItsOwnUser) {
+  with_window([&](QWidget& shown) { take_all(shown); });
+  lab.session.form1.TreeView1.select(lab.session.form1.TreeView1.find(lab.path_of("ben")));
+  expect_window([&](QWidget& shown) {
+    EXPECT_THAT(shown_in("ListView1", &shown), ElementsAre("ben"));
+    click("Delete_NT_Account", &shown);
+    expect_box("Delete User", QMessageBox::Yes);
+    click("Del_User", &shown);
+    QTest::keyClick(&shown, Qt::Key_Escape);
+  });
+  find<QAction>("mnupopup4")->trigger();
+  EXPECT_EQ(lab.path_of("ben"), "");
+  const controls::ListView& selection = lab.session.multi_user.ListView1;
+  ASSERT_EQ(selection.size(), 2U) << "who is gone does not come back";
+  EXPECT_EQ(selection.at(0).text + selection.at(1).text, "anncas");
+  EXPECT_EQ(lab.session.multi_user.ListView2.find_key(lab.path_of("ann")), nullptr);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "session/settings.hpp"
 #include "windows/start_up.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/run_preview.hpp"
 
 namespace twk::test {
 namespace {
@@ -72,6 +73,8 @@ LabSession::LabSession(lab::DomainKind kind, std::string_view command_line, plat
       session({services.registry, directory, services.query, files, network, services.security,
                services.mailboxes, process, environment, clock, services.dialogs},
               command_line, lab_->database_path().substr(0, lab_->database_path().size() - 1)) {
+  // Nobody is there to look at it.
+  session.run_preview.asks = false;
   set("Setup", "Domain", is_nt() ? "TWK" : "twk.test");
   set("Setup", "SetupID", "%first%.%last%");
   set("Setup", "Password", "Welcome-2026");

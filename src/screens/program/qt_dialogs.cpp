@@ -12,6 +12,7 @@
 #include "windows/state/group_windows.hpp"
 #include "windows/state/import_windows.hpp"
 #include "windows/state/multi_user.hpp"
+#include "windows/state/run_preview.hpp"
 
 namespace twk::screens {
 namespace {
@@ -94,10 +95,11 @@ Answer QtDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon, std:
   QMessageBox box(standard_icon(icon), title.empty() ? QString("TWK") : to_qt(title), lines(text),
                   standard_buttons(buttons), QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);
-  // Enter alone must not answer Yes to what cannot be undone; Esc answers No.
-  if (buttons == Buttons::kYesNo) {
-    box.setDefaultButton(QMessageBox::No);
-    box.setEscapeButton(QMessageBox::No);
+  // Enter alone must not say yes to what cannot be undone, and Esc says no.
+  const QMessageBox::StandardButton no = buttons == Buttons::kYesNo ? QMessageBox::No : QMessageBox::Cancel;
+  if (buttons != Buttons::kOk) {
+    box.setDefaultButton(no);
+    box.setEscapeButton(no);
   }
   return answer_of(box.exec());
 }
@@ -136,8 +138,9 @@ void QtDialogs::DoEvents() {
   if (session_ != nullptr && session_->cancel_import.visible && !events_.is_due())
     return;
   const bool can_stop =
-      session_ != nullptr && (session_->cancel_import.visible || session_->file_progress.visible ||
-                              session_->copy_group.Running || windows::is_running(session_->multi_user));
+      session_ != nullptr &&
+      (session_->cancel_import.visible || session_->file_progress.visible || session_->copy_group.Running ||
+       session_->run_preview.rehearsing || windows::is_running(session_->multi_user));
   QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }
 

@@ -8,7 +8,7 @@ namespace {
 
 using Maker = std::unique_ptr<QDialog> (*)(windows::Desktop&, QWidget*);
 
-constexpr std::array<std::pair<std::string_view, Maker>, 18> kMakers = {{
+constexpr std::array<std::pair<std::string_view, Maker>, 20> kMakers = {{
     {"frmADOptions", make_ad_options},
     {"CSV_Import", make_csv_import},
     {"Custom", make_custom},
@@ -17,11 +17,13 @@ constexpr std::array<std::pair<std::string_view, Maker>, 18> kMakers = {{
     {"frmFindW2KUser", make_find_user},
     {"GroupAdd", make_group_add},
     {"ImportGrps", make_import_groups},
+    {"Leaving", make_leaving},
     {"Logon_Hours", make_logon_hours},
     {"MultiUser", make_multi_user},
     {"Permissions", make_permissions},
     {"RenameUser", make_rename_user},
     {"Rename_NT", make_rename_nt},
+    {"RunPreview", make_run_preview},
     {"Select_OU", make_select_ou},
     {"Serach_Mail", make_search_mail},
     {"frmSharePoints", make_share_points},

@@ -21,11 +21,13 @@ std::unique_ptr<QDialog> make_edit_properties(windows::Desktop& session, QWidget
 std::unique_ptr<QDialog> make_find_user(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_group_add(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_import_groups(windows::Desktop& session, QWidget* parent);
+std::unique_ptr<QDialog> make_leaving(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_logon_hours(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_multi_user(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_permissions(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_rename_nt(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_rename_user(windows::Desktop& session, QWidget* parent);
+std::unique_ptr<QDialog> make_run_preview(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_search_mail(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_select_ou(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_share_points(windows::Desktop& session, QWidget* parent);

@@ -9,9 +9,11 @@
 #include "batch/unlock_accounts.hpp"
 #include "platform/adsi.hpp"
 #include "session/run_scope.hpp"
+#include "windows/multi_user/run_preview.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/hourglass.hpp"
+#include "windows/state/run_preview.hpp"
 
 namespace twk::windows {
 namespace {
@@ -26,16 +28,19 @@ constexpr std::array<std::string_view, 5> kConfirmations = {
     "This will reset the passwords on the selected accounts"};
 
 bool is_confirmed(Desktop& session, AccountFunction function) {
-  return session.platform.dialogs.MsgBox(std::string(kConfirmations.at(static_cast<std::size_t>(function))) +
-                                             "\r\nPress 'OK' to continue",
-                                         platform::Buttons::kOkCancel, platform::Icon::kQuestion,
+  const std::string text(kConfirmations.at(static_cast<std::size_t>(function)));
+  // The preview bears the question itself.
+  if (session.run_preview.asks)
+    return is_run_wanted(session, {"Modify Accounts", text + "\nPress 'OK' to continue", "OK"});
+  return session.platform.dialogs.MsgBox(text + "\r\nPress 'OK' to continue", platform::Buttons::kOkCancel,
+                                         platform::Icon::kQuestion,
                                          "Modify Accounts") == platform::Answer::kOk;
 }
 
 void change(Desktop& session, AccountFunction function) {
   MultiUser& window = session.multi_user;
   window.Unlock_Stage = false;
-  if (window.ListView1.empty())
+  if (lacks_selection(session))
     return;
   session.log.begin_block();
   if (!is_confirmed(session, function))
@@ -95,12 +100,22 @@ void unlock_selection(Desktop& session, session::RunView& view) {
   window.Unlock_Stage = !whole;
 }
 
+bool is_unlocking_wanted(Desktop& session) {
+  return is_run_wanted(session, {"Modify Accounts",
+                                 session.multi_user.Unlock_Reset.on()
+                                     ? "Unlock the selected accounts and reset their passwords."
+                                     : "Unlock the selected accounts.",
+                                 "&Unlock"});
+}
+
 void find_locked(Desktop& session, session::RunView& view) {
   MultiUser& window = session.multi_user;
   if (window.Unlock_Stage && window.ListView1.empty()) {
     window.Unlock_Stage = false;
     return;
   }
+  if (window.Unlock_Stage && (lacks_selection(session) || !is_unlocking_wanted(session)))
+    return;
   const RunningWindow running = begin_search(session);
   window.Unlock_Stage ? unlock_selection(session, view) : search_locked(session, view);
 }

@@ -1,9 +1,13 @@
 #include "windows/multi_user/delete_tab.hpp"
 
+#include <optional>
+#include <utility>
 #include "base/text.hpp"
 #include "batch/delete_users.hpp"
+#include "batch/rehearse_selection.hpp"
 #include "windows/mail/mail_tab.hpp"
 #include "windows/mail/search_mail.hpp"
+#include "windows/multi_user/run_preview.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/form1.hpp"
 
@@ -18,6 +22,31 @@ bool lacks_server(Desktop& session) {
                                   platform::Buttons::kOk, platform::Icon::kExclamation,
                                   "Delete Mail Account");
   return true;
+}
+
+/// "Delete account, shares, folders", as the boxes say.
+std::string what_goes(const MultiUser& window) {
+  std::string text;
+  for (const auto& [box, name] : {std::pair(&window.Delete_NT_Account, "account"),
+                                  {&window.Del_Shares, "shares"},
+                                  {&window.Delete_Data, "folders"},
+                                  {&window.Delete_Mail, "mailbox"}}) {
+    if (box->on())
+      text += (text.empty() ? "Delete " : ", ") + std::string(name);
+  }
+  if (text.empty())
+    text = "Delete nothing: no box says what";
+  return text + (window.Run_command.on() ? ", and run the command" : "") + ".";
+}
+
+bool is_wanted(Desktop& session) {
+  std::optional<batch::SelectionRehearsal> rehearsal;
+  const auto rehearse = [&](const batch::MeantUser& user) {
+    if (!rehearsal)
+      rehearsal.emplace(session, delete_order(session), [&session] { return preview_goes_on(session); });
+    return rehearsal->steps_of(user);
+  };
+  return is_run_wanted(session, {"Delete Users", what_goes(session.multi_user), "&Delete", rehearse});
 }
 
 void run(Desktop& session) {
@@ -61,7 +90,7 @@ void Del_User_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
   if (window.Del_User.caption == std::string(kCancelCaption))
     return stop_over_selection(session, window.Del_User, "&Delete Users", "Delete Canceled");
-  if (is_running(window) || window.ListView1.empty() || lacks_server(session))
+  if (is_running(window) || lacks_selection(session) || lacks_server(session) || !is_wanted(session))
     return;
   run(session);
 }

@@ -1,7 +1,11 @@
 #include "windows/multi_user/move_tab.hpp"
 
+#include <array>
+#include <optional>
 #include "base/text.hpp"
 #include "batch/move_users.hpp"
+#include "batch/rehearse_selection.hpp"
+#include "windows/multi_user/run_preview.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/form1.hpp"
 
@@ -29,6 +33,23 @@ bool lacks_target(Desktop& session) {
   session.platform.dialogs.MsgBox("A Site and Template must be selected before moving users",
                                   platform::Buttons::kOk, platform::Icon::kExclamation, "Move users");
   return true;
+}
+
+std::string where_to(const MultiUser& window) {
+  constexpr std::array<std::string_view, 3> kData = {"left where it is", "moved with them", "copied"};
+  return "Move to the site " + std::string(base::trim(window.Multi_Site.text.get())) + " and the template " +
+         std::string(base::trim(window.Multi_Template.text.get())) + ". The data is " +
+         std::string(kData.at(static_cast<std::size_t>(chosen_data(window)))) + ".";
+}
+
+bool is_wanted(Desktop& session) {
+  std::optional<batch::SelectionRehearsal> rehearsal;
+  const auto rehearse = [&](const batch::MeantUser& user) {
+    if (!rehearsal)
+      rehearsal.emplace(session, move_order(session), [&session] { return preview_goes_on(session); });
+    return rehearsal->steps_of(user);
+  };
+  return is_run_wanted(session, {"Move Users", where_to(session.multi_user), "&Move", rehearse});
 }
 
 void run(Desktop& session) {
@@ -68,7 +89,7 @@ void btn_MoveUser_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
   if (window.btn_MoveUser.caption == std::string(kCancelCaption))
     return stop_over_selection(session, window.btn_MoveUser, "&Move Users", "Move Canceled");
-  if (is_running(window) || window.ListView1.empty() || lacks_target(session))
+  if (is_running(window) || lacks_selection(session) || lacks_target(session) || !is_wanted(session))
     return;
   run(session);
 }

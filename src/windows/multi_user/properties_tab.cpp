@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "batch/change_property.hpp"
 #include "batch/property_file.hpp"
+#include "windows/multi_user/run_preview.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/ad_properties.hpp"
 
@@ -86,6 +87,14 @@ batch::PropertyCounts run_file(Desktop& session, const std::string& path, const 
   if (trap.number() != 0)
     counts.failure = trap.description();
   return counts;
+}
+
+std::string what_changes(const Desktop& session, const batch::PropertyOrder& order) {
+  const std::string& value = session.multi_user.AD_CHANGE.text;
+  const std::string name = session.ad_properties.AD_Properties.text;
+  if (order.append && order.property.multi_valued)
+    return "Add \"" + value + "\" to " + name + ".";
+  return value.empty() ? "Empty " + name + "." : "Set " + name + " to \"" + value + "\".";
 }
 
 void log(Desktop& session, const std::string& text) {
@@ -177,12 +186,14 @@ batch::PropertyCounts CHANGE_AD_Click(Desktop& session, const PropertyObserver& 
     session.run.stopped = true;
     return {};
   }
-  if (is_running(session.multi_user) || session.multi_user.ListView1.empty())
+  if (is_running(session.multi_user) || lacks_selection(session))
     return {};
   auto order = property_order(session);
   if (!order)
     return {};
   order->user_done = user_done;
+  if (!is_run_wanted(session, {"Change AD Properties", what_changes(session, *order), "&Change"}))
+    return {};
   PropertiesView view(session);
   return batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
 }
