@@ -9,6 +9,7 @@
 #include "stores/backup.hpp"
 #include "windows/account/details_tab.hpp"
 #include "windows/account/popup_commands.hpp"
+#include "windows/account/unsaved.hpp"
 #include "windows/compact_database.hpp"
 #include "windows/custom_commands.hpp"
 #include "windows/editors/custom_properties.hpp"
@@ -21,16 +22,20 @@
 #include "windows/state/form1.hpp"
 #include "windows/state/hourglass.hpp"
 #include "windows/state/multi_user.hpp"
+#include "windows/state/new_user.hpp"
 #include "windows/tree/ad_options.hpp"
 #include "windows/tree/find_user.hpp"
+#include "windows/unsaved_edits.hpp"
 
 namespace twk::windows {
 namespace {
 
 void clear_new_user(Desktop& session) {
   Form1& form = session.form1;
-  for (controls::TextBox* const name : {&form.strFirst, &form.StrMiddle, &form.strLast})
+  for (controls::TextBox* const name : {&form.strFirst, &form.StrMiddle, &form.strLast, &form.UserID_Box})
     name->text = std::string();
+  session.new_user.made.clear();
+  session.new_user.formed.clear();
   for (controls::Label* const light : {&form.Createdirs, &form.Sharedirs, &form.Security, &form.UserAccount,
                                        &form.MailAccount, &form.run, &form.progress}) {
     light->caption = std::string();
@@ -40,6 +45,11 @@ void clear_new_user(Desktop& session) {
   form.SSTab1 = tab::kNewUser;
   form.StatusBar1.panel1 = "Ready.";
   form.SetFocus.emit("strFirst");
+}
+
+void refresh_if_wanted(Desktop& session) {
+  if (may_leave_all(session))
+    Refresh(session);
 }
 
 }  // namespace
@@ -70,7 +80,8 @@ void mnuOption_Click(Desktop& session, int index) {
       session.platform.dialogs.show_modal("frmADOptions");
       break;
     case 5:
-      windows::Manage_OU(session);
+      if (session.ManagedOU.empty() || may_leave_all(session))
+        windows::Manage_OU(session);
       break;
     case 6:
       windows::Compact_Database(session);
@@ -98,7 +109,8 @@ void mnupopup_Click(Desktop& session, int index) {
     return;
   switch (index) {
     case 0:
-      show_user_details(session, *node);
+      if (may_leave_details(session))
+        show_user_details(session, *node);
       break;
     case 2:
       windows::Reset_Password(session, *node);
@@ -134,7 +146,7 @@ void Toolbar1_ButtonClick(Desktop& session, std::string_view key) {
   if (key == "NewUser")
     clear_new_user(session);
   else if (key == "Refresh")
-    Refresh(session);
+    refresh_if_wanted(session);
   else if (key == "FIND")
     windows::Find_User(session);
   else if (key == "Help")
@@ -158,6 +170,12 @@ void SSTab1_Click(Desktop& session) {
 }
 
 void TreeView1_NodeClick(Desktop& session, controls::TreeNode& node) {
+  if (node.image != "USER" && !may_leave_details(session)) {
+    controls::TreeView& tree = session.form1.TreeView1;
+    if (controls::TreeNode* const shown = tree.find(session.form1.USERID_W2K.text.get()))
+      tree.select(shown);
+    return;
+  }
   node_chosen(session, node);
 }
 
@@ -168,7 +186,8 @@ void TreeView1_Expand(Desktop& session, controls::TreeNode& node) {
 
 void TreeView1_DblClick(Desktop& session, controls::TreeNode& node) {
   if (node.image == "USER") {
-    show_user_details(session, node);
+    if (may_leave_details(session))
+      show_user_details(session, node);
   } else if (node.expanded) {
     session.form1.TreeView1.set_expanded(node, false);
   } else {

@@ -3,6 +3,7 @@
 #include "base/text.hpp"
 #include "session/loaded_database.hpp"
 #include "stores/site_store.hpp"
+#include "windows/account/unsaved.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/hourglass.hpp"
@@ -134,7 +135,46 @@ void list_new_site(Desktop& session, const std::string& name) {
   session.multi_user.Multi_Site.add_item(name);
 }
 
+/// The row of the site that is being edited.
+controls::ListRow* edited_row(Desktop& session) {
+  controls::ListView& sites = session.form1.ListView2;
+  if (!session.EditingSite)
+    return new_row(session.form1);
+  const auto rows = sites.find_text(base::trim(session.ActiveSite.Name));
+  return rows.empty() ? nullptr : &sites.at(sites.place_of(*rows.front()));
+}
+
+/// True when the tab is open for changes and holds something that is not stored.
+bool is_unsaved(Desktop& session) {
+  if (!session.form1.Save_Site.enabled.get())
+    return false;
+  const records::SiteRecord before = session.EditingSite ? session.ActiveSite : records::SiteRecord{};
+  const records::SiteRecord now = site_of_fields(session.form1);
+  const controls::ListRow* const row = edited_row(session);
+  return (!session.EditingSite && row != nullptr && !base::trim(row->text).empty()) ||
+         (session.EditingSite && now.Exchange2000 != before.Exchange2000) ||
+         base::trim(now.NTServer) != base::trim(before.NTServer) ||
+         base::trim(now.ExchangeServer) != base::trim(before.ExchangeServer) ||
+         base::trim(now.ExchangeOrg) != base::trim(before.ExchangeOrg) ||
+         base::trim(now.ExchangeSite) != base::trim(before.ExchangeSite) ||
+         base::trim(now.MailStore) != base::trim(before.MailStore);
+}
+
 }  // namespace
+
+bool may_leave_site(Desktop& session) {
+  if (!is_unsaved(session))
+    return true;
+  const controls::ListRow* const row = edited_row(session);
+  const std::string name(base::trim(row == nullptr ? std::string_view() : std::string_view(row->text)));
+  return may_leave(session, name.empty() ? "the new site" : "the changes to the site " + name, [&] {
+    // A save goes to the selected row, which a person may have left.
+    if (controls::ListRow* const edited = edited_row(session))
+      session.form1.ListView2.select(edited);
+    Save_Site(session);
+    return !session.form1.Save_Site.enabled.get();
+  });
+}
 
 void list_sites(Desktop& session) {
   Form1& form1 = session.form1;
@@ -158,6 +198,11 @@ void ListView2_Click(Desktop& session) {
   controls::ListRow* const row = form1.ListView2.selected();
   if (row == nullptr || row == new_row(form1) || base::trim(row->text).empty())
     return;
+  if (!may_leave_site(session)) {
+    form1.ListView2.select(edited_row(session));
+    return;
+  }
+  form1.ListView2.select(row);
   drop_new_row(form1);
   show_browsing(session);
   const stores::StoreOutcome loaded = stores::load_site(session, row->text);
@@ -245,6 +290,11 @@ void Delete_site(Desktop& session) {
 void Site_Cancel(Desktop& session) {
   session.EditingSite = false;
   Clear_Site(session);
+}
+
+void Site_Escape(Desktop& session) {
+  if (may_leave_site(session))
+    Site_Cancel(session);
 }
 
 void EXH5_Click(Desktop& session) {

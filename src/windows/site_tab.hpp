@@ -27,6 +27,10 @@ void Save_Site(Desktop& session);
 /// Asks when `Confirm_Deletes` is ticked; deletes the site of the selected row.
 void Delete_site(Desktop& session);
 void Site_Cancel(Desktop& session);
+/// Esc: the same, after a question when something would be lost.
+void Site_Escape(Desktop& session);
+/// True when what is edited may disappear, see `may_leave`.
+bool may_leave_site(Desktop& session);
 /// The kind of Exchange site: labels, `Mail_Store` and `Find_Store` follow it.
 void EXH5_Click(Desktop& session);
 

@@ -1,13 +1,16 @@
 #include "windows/template_tab.hpp"
 
+#include <algorithm>
 #include <array>
 #include <utility>
+#include <vector>
 
 #include "base/text.hpp"
 #include "session/loaded_database.hpp"
 #include "session/loaded_domain.hpp"
 #include "stores/template_changes.hpp"
 #include "stores/template_store.hpp"
+#include "windows/account/unsaved.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/hourglass.hpp"
@@ -111,6 +114,44 @@ void list_new_template(Desktop& session) {
   form1.templatelst.text = name;
 }
 
+std::vector<std::string> groups_of_fields(const Desktop& session) {
+  std::vector<std::string> names = session.UnshownGroups;
+  const controls::ListView& list = session.domain.template_groups;
+  for (std::size_t place = 0; place < list.size(); ++place)
+    names.emplace_back(base::trim(list.at(place).text));
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> groups_of_record(const records::TemplateRecord& record) {
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < record.Groups.size() && static_cast<std::int32_t>(i) < record.GroupCount; ++i)
+    names.emplace_back(base::trim(record.Groups.at(i)));
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+bool same_fields(const TemplateEdit& left, const TemplateEdit& right) {
+  for (const auto& [box, text] : kFields) {
+    if (base::trim(left.*text) != base::trim(right.*text))
+      return false;
+  }
+  return base::trim(left.HomeDrive) == base::trim(right.HomeDrive) &&
+         base::trim(left.PrimaryGroup) == base::trim(right.PrimaryGroup) &&
+         left.HomeSharePoint == right.HomeSharePoint && left.ProfileSharePoint == right.ProfileSharePoint;
+}
+
+/// True when the tab is open for changes and holds something that is not stored.
+bool is_unsaved(const Desktop& session) {
+  if (!session.form1.savetemplate.enabled.get())
+    return false;
+  const TemplateEdit edit = edit_of_fields(session);
+  if (!session.EditingTemplate)
+    return !edit.Name.empty() || !same_fields(edit, {}) || !groups_of_fields(session).empty();
+  return !same_fields(edit, stores::edit_of(session.ActiveTemplate)) ||
+         groups_of_fields(session) != groups_of_record(session.ActiveTemplate);
+}
+
 /// Shows the person what keeps the fields from being saved.
 bool can_save(Desktop& session, const TemplateEdit& edit, stores::SaveAs as) {
   const StoreOutcome outcome = stores::check_template(session, edit, as);
@@ -138,10 +179,25 @@ void Clear_TT(Desktop& session) {
   show_browsing(session);
 }
 
+bool may_leave_template(Desktop& session) {
+  if (!is_unsaved(session))
+    return true;
+  const std::string name(base::trim(edit_of_fields(session).Name));
+  return may_leave(session, name.empty() ? "the new template" : "the changes to the template " + name, [&] {
+    savetemplate(session);
+    return !session.form1.savetemplate.enabled.get();
+  });
+}
+
 void templatelst_Click(Desktop& session) {
   const std::string name = session.form1.templatelst.text;
   if (base::trim(name).empty())
     return;
+  if (!may_leave_template(session)) {
+    session.form1.templatelst.text = std::string();
+    return;
+  }
+  session.form1.templatelst.text = name;
   show_browsing(session);
   const StoreOutcome loaded = stores::load_template(session, name);
   if (loaded.done)
@@ -220,6 +276,11 @@ void paste(Desktop& session) {
 void Template_Cancel(Desktop& session) {
   session.domain.template_choice.select(nullptr);
   Clear_TT(session);
+}
+
+void Template_Escape(Desktop& session) {
+  if (may_leave_template(session))
+    Template_Cancel(session);
 }
 
 void add_Click(Desktop& session) {

@@ -23,6 +23,10 @@ void DeleteTemplate(Desktop& session);
 /// Fills a new template from the record that was loaded last.
 void paste(Desktop& session);
 void Template_Cancel(Desktop& session);
+/// Esc: the same, after a question when something would be lost.
+void Template_Escape(Desktop& session);
+/// True when what is edited may disappear, see `may_leave`.
+bool may_leave_template(Desktop& session);
 
 /// Move the selected groups between the domain's list and the template's, while the template is edited.
 void add_Click(Desktop& session);

@@ -55,6 +55,41 @@ TEST_P(DetailsTabTest, SavesWhatIsTypedAndTicked) {
   EXPECT_EQ(find<QLineEdit>("AccExpires")->text(), "31/12/2026");
 }
 
+TEST_P(DetailsTabTest, EditsAreMarkedAndDoNotDisappearWithoutAQuestion) {
+  show_jo();
+  auto* const description = find<QLineEdit>("UM_Description");
+  type("UM_Description", "Manager");
+  EXPECT_TRUE(description->font().bold());
+  EXPECT_EQ(find<QLabel>("unsaved")->text(), "1 change is not saved.");
+  type("UM_Description", "Clerk");
+  EXPECT_FALSE(description->font().bold()) << "it is as it was";
+  type("UM_Description", "Manager");
+  screens::TreePane& tree = window->tree();
+  const auto click_root = [&] {
+    tree.setFocus();
+    tree.setCurrentIndex(tree.index_of(*lab.session.form1.TreeView1.first()));
+  };
+  lab.session.form1.TreeView1.select(&node_of_jo(lab));
+  expect_box("Save the changes to jo?", QMessageBox::Cancel);
+  click_root();
+  EXPECT_EQ(description->text(), "Manager");
+  EXPECT_EQ(tree.currentIndex(), tree.index_of(node_of_jo(lab)));
+  QTest::keyClick(description, Qt::Key_F5);
+  EXPECT_EQ(description->text(), "Manager") << "the key belongs to the tree";
+  expect_box("Save the changes to jo?", QMessageBox::Cancel);
+  window->close();
+  EXPECT_TRUE(window->isVisible());
+  expect_box("Save the changes to jo?", QMessageBox::Save);
+  QTest::keyClick(&tree, Qt::Key_Return);
+  EXPECT_EQ(lab.property("jo", "Description"), "Manager");
+  EXPECT_EQ(find<QLabel>("unsaved")->text(), "");
+  type("UM_Description", "Clerk");
+  expect_box("Save the changes to jo?", QMessageBox::Discard);
+  click_root();
+  EXPECT_TRUE(find<QLabel>("no_user")->isVisible());
+  EXPECT_EQ(lab.property("jo", "Description"), "Manager");
+}
+
 TEST_P(DetailsTabTest, ShowsTheFieldsThatTheAccountHas) {
   show_jo();
   for (const char* const name : {"UM_First", "UM_Last", "UM_Initails", "UM_Office", "UM_MailAddress",

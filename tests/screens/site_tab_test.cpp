@@ -87,6 +87,23 @@ TEST_F(SiteTabTest, EnterEditsTheChosenSiteAndEscCancelsTheEdit) {
   EXPECT_EQ(server(), "FS9");
 }
 
+TEST_F(SiteTabTest, AnEditedSiteDisappearsOnlyAfterAQuestionAndIsSavedUnderItsOwnName) {
+  open_tab();
+  begin_new("Branch");
+  click("Save_Site");
+  click_row("ListView2", "Head Office");
+  click("Edit_Site");
+  type("NTSERVER", "FS9");
+  for (const auto button : {QMessageBox::Cancel, QMessageBox::Save}) {
+    expect_box("Save the changes to the site Head Office?", button);
+    click_row("ListView2", "Branch");
+  }
+  EXPECT_EQ(lab.session.form1.ListView2.selected()->text, "Branch");
+  EXPECT_EQ(server(), "");
+  click_row("ListView2", "Head Office");
+  EXPECT_EQ(server(), "FS9");
+}
+
 TEST_F(SiteTabTest, TheKindOfExchangeShowsTheStoreWithItsLabel) {
   edit_exchange_2000();
   auto* const store = find<QComboBox>("Mail_Store");

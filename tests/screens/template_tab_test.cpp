@@ -25,6 +25,30 @@ class TemplateTabTest : public ScreenTest {
   QString field(const char* name) { return find<QLineEdit>(name)->text(); }
 };
 
+TEST_F(TemplateTabTest, AnEditedTemplateDisappearsOnlyAfterAQuestion) {
+  open_tab();
+  choose("templatelst", "Staff");
+  click("EditTemplate");
+  press("logon", Qt::Key_Escape);
+  expect_browsing();
+  choose("templatelst", "Staff");
+  click("EditTemplate");
+  type("logon", "new.cmd");
+  press("logon", Qt::Key_F5);
+  EXPECT_EQ(field("logon"), "new.cmd");
+  expect_box("Save the changes to the template Staff?", QMessageBox::Cancel);
+  find<QAction>("Refresh")->trigger();
+  EXPECT_EQ(field("logon"), "new.cmd");
+  expect_box("Save the changes to the template Staff?", QMessageBox::Save);
+  find<QAction>("Refresh")->trigger();
+  choose("templatelst", "Staff");
+  EXPECT_EQ(field("logon"), "new.cmd");
+  start_new("Sales");
+  expect_box("Save the changes to the template Sales?", QMessageBox::Discard);
+  press("logon", Qt::Key_Escape);
+  expect_browsing();
+}
+
 TEST_F(TemplateTabTest, ANewTemplateIsTypedSavedAndChosenAgain) {
   open_tab();
   start_new("Sales");

@@ -3,6 +3,7 @@
 #include "records/layout.hpp"
 #include "stores/site_store.hpp"
 #include "support/world.hpp"
+#include "windows/state/details_changes.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/multi_user.hpp"
 
@@ -147,6 +148,10 @@ TEST_F(SiteTab, CancelAndAClickElsewhereDropASiteThatWasNotSaved) {
   Site_Cancel(session);
   EXPECT_EQ(form1.ListView2.size(), 1U);
   type_new_site("Bonn", "FS2");
+  dialogs.on_modal = [this](std::string_view window) {
+    EXPECT_EQ(window, "Leaving");
+    session.details.leaving.answer = Leaving::Answer::kDiscard;
+  };
   choose(0);
   EXPECT_EQ(test::texts(form1.ListView2), (std::vector<std::string>{"Berlin"}));
   EXPECT_EQ(form1.NTSERVER.text.get(), "FS1");

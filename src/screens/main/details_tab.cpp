@@ -3,6 +3,9 @@
 #include <QShortcut>
 #include <QStackedWidget>
 #include <QTabWidget>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include "screens/groups/group_lists.hpp"
 #include "screens/main/tabs.hpp"
@@ -10,6 +13,7 @@
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/account/details_tab.hpp"
+#include "windows/state/details_changes.hpp"
 #include "windows/state/form1.hpp"
 
 namespace twk::screens {
@@ -168,6 +172,62 @@ QWidget* make_groups_page(Desktop& session, QWidget* parent) {
   return page;
 }
 
+/// Fields that hold something else than the account are shown bold, and named beside "Save".
+void mark_changes(Desktop& session, QWidget& page, QLabel& told) {
+  windows::Form1& form = session.form1;
+  using Text = const controls::Observable<std::string>*;
+  const std::vector<std::pair<const char*, Text>> texts = {
+      {"UM_Full_Name", &form.UM_Full_Name.text},
+      {"UM_Description", &form.UM_Description.text},
+      {"UM_First", &form.UM_First.text},
+      {"UM_Initails", &form.UM_Initails.text},
+      {"UM_Last", &form.UM_Last.text},
+      {"UM_Office", &form.UM_Office.text},
+      {"UM_Profile_Dir", &form.UM_Profile_Dir.text},
+      {"UM_Logon_Script", &form.UM_Logon_Script.text},
+      {"UM_Drive_Letter", &form.UM_Drive_Letter.text},
+      {"UM_Home_Dir", &form.UM_Home_Dir.text},
+      {"UM_Logon_Name", &form.UM_Logon_Name.text},
+      {"UM_W2KDomain_Name", &form.UM_W2KDomain_Name.text},
+      {"UM_PreW2K", &form.UM_PreW2K.text},
+      {"UM_MailAddress", &form.UM_MailAddress.text},
+      {"AccExpires", &form.AccExpires.text},
+      {"Custom_Value0", &form.Custom_Value[0].text},
+      {"Custom_Value1", &form.Custom_Value[1].text},
+      {"Custom_Value2", &form.Custom_Value[2].text},
+      {"Custom_Value3", &form.Custom_Value[3].text}};
+  const std::vector<std::pair<const char*, const controls::CheckBox*>> boxes = {
+      {"chkMustChange", &form.chkMustChange},
+      {"chkCantChange", &form.chkCantChange},
+      {"chkPwdNever", &form.chkPwdNever},
+      {"chkAcctDisabled", &form.chkAcctDisabled},
+      {"chkAcctLockedOut", &form.chkAcctLockedOut}};
+  std::vector<std::pair<QWidget*, std::function<bool()>>> fields;
+  for (const auto& [name, text] : texts)
+    fields.emplace_back(page.findChild<QWidget*>(name),
+                        [&session, text = text] { return session.details.differs(*text); });
+  for (const auto& [name, box] : boxes)
+    fields.emplace_back(page.findChild<QWidget*>(name),
+                        [&session, box = box] { return session.details.differs(box->value); });
+  const auto show = [&session, &told, fields = std::move(fields)] {
+    const bool any = session.details.any();
+    int changed = 0;
+    for (const auto& [field, differs] : fields) {
+      const bool marked = any && differs();
+      changed += marked ? 1 : 0;
+      QFont font = field->font();
+      font.setBold(marked);
+      field->setFont(font);
+    }
+    told.setText(!any           ? QString()
+                 : changed == 1 ? QString("1 change is not saved.")
+                                : QString("%1 changes are not saved.").arg(changed));
+  };
+  show();
+  keep(told, session.details.watch(show));
+  keep(told, form.USERID.text.watch(show));
+}
+
 /// The account's name above the pages, "Save" below them.
 QWidget* make_user_page(Desktop& session, QWidget* parent) {
   windows::Form1& form = session.form1;
@@ -191,7 +251,11 @@ QWidget* make_user_page(Desktop& session, QWidget* parent) {
 
   auto* const line = new QHBoxLayout;
   column->addLayout(line);
+  auto* const changes = new QLabel(page);
+  changes->setObjectName("unsaved");
+  line->addWidget(changes);
   line->addStretch(1);
+  mark_changes(session, *page, *changes);
   auto* const save = new QPushButton("Save", page);
   save->setObjectName("Userman_Save");
   save->setAutoDefault(false);

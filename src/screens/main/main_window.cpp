@@ -14,6 +14,7 @@
 #include "screens/main/tree_popup.hpp"
 #include "screens/program/program_windows.hpp"
 #include "screens/program/windows.hpp"
+#include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_drag.hpp"
@@ -23,6 +24,7 @@
 #include "windows/state/form1.hpp"
 #include "windows/state/group_windows.hpp"
 #include "windows/state/import_windows.hpp"
+#include "windows/unsaved_edits.hpp"
 
 namespace twk::screens {
 
@@ -101,6 +103,10 @@ void MainWindow::make_status_bar() {
 void MainWindow::make_commands() {
   make_menus(*this, session_);
   toolbar_ = make_toolbar(*this, session_);
+  // A key that reads everything again belongs to the tree: pressed in a field, it would drop what is typed.
+  auto* const refresh = toolbar_->findChild<QAction*>("Refresh");
+  refresh->setShortcutContext(Qt::WidgetShortcut);
+  tree_->addAction(refresh);
   add_tree_popup(*tree_, session_);
   add_tree_drag(*tree_, session_);
 }
@@ -142,6 +148,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     session_.form1.StatusBar1.panel1 =
         session_.groups.visible ? "Close the groups window first." : "Stop the run first.";
     QApplication::beep();
+    event->ignore();
+    return;
+  }
+  bool may_close = false;
+  run_guarded([&] { may_close = windows::may_leave_all(session_); });
+  if (!may_close) {
+    session_.form1.ended = false;
     event->ignore();
     return;
   }

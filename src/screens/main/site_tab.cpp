@@ -130,8 +130,7 @@ QWidget* make_site_tab(Desktop& session, QWidget* parent) {
   add_button(*buttons, "&Delete", "Delete_site", form.Delete_site,
              [&session] { windows::Delete_site(session); });
   buttons->addStretch();
-  QPushButton* const cancel =
-      add_button(*buttons, "Cance&l", "Site_Cancel", [&session] { windows::Site_Cancel(session); });
+  add_button(*buttons, "Cance&l", "Site_Cancel", [&session] { windows::Site_Cancel(session); });
   for (QLineEdit* const field : fields->findChildren<QLineEdit*>()) {
     QObject::connect(field, &QLineEdit::returnPressed, field,
                      [&session] { run_guarded([&] { windows::Save_Site(session); }); });
@@ -139,7 +138,8 @@ QWidget* make_site_tab(Desktop& session, QWidget* parent) {
   // Esc only cancels the edit.
   auto* const escape =
       new QShortcut(Qt::Key_Escape, fields, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-  QObject::connect(escape, &QShortcut::activated, cancel, &QPushButton::click);
+  QObject::connect(escape, &QShortcut::activated, fields,
+                   [&session] { run_guarded([&] { windows::Site_Escape(session); }); });
   return tab;
 }
 

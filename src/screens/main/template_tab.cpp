@@ -5,6 +5,7 @@
 
 #include "screens/groups/group_lists.hpp"
 #include "screens/main/tabs.hpp"
+#include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
@@ -161,8 +162,8 @@ QWidget* make_template_tab(Desktop& session, QWidget* parent) {
   column->addWidget(make_groups(session, tab), 1);
   make_buttons(session, tab);
   auto* const escape = new QShortcut(Qt::Key_Escape, tab, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-  QObject::connect(escape, &QShortcut::activated, tab->findChild<QPushButton*>("Template_Cancel"),
-                   &QPushButton::click);
+  QObject::connect(escape, &QShortcut::activated, tab,
+                   [&session] { run_guarded([&] { windows::Template_Escape(session); }); });
   return tab;
 }
 

@@ -2,9 +2,11 @@
 
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "controls/observable.hpp"
+#include "windows/state/leaving.hpp"
 
 namespace twk::windows {
 
@@ -27,14 +29,36 @@ struct DetailsChanges {
   /// What the last save could not write, as "HomeDirectory: reason"; the rest was saved.
   std::vector<std::string> refused;
 
+  Leaving leaving;
+
+  /// True when the field holds something else than the account.
+  [[nodiscard]] bool differs(const controls::Observable<std::string>& text) const;
+  [[nodiscard]] bool differs(const controls::Observable<int>& value) const;
+  /// True when any field of the account that is shown does.
+  [[nodiscard]] bool any() const;
+  /// Called when that may have changed.
+  [[nodiscard]] controls::Watch watch(controls::Signal::Callback callback) const {
+    return changed_.watch(std::move(callback));
+  }
   /// Takes the tab's current contents as the account's; nothing counts as changed.
   void clear();
   /// `chkMustChange` as the account had it.
   [[nodiscard]] bool must_change() const { return must_change_; }
 
  private:
+  template <typename T>
+  struct Field {
+    const controls::Observable<T>* value;
+    T before;
+  };
+  template <typename T>
+  void follow(const controls::Observable<T>& value, std::vector<Field<T>>& fields, bool& flag);
+
   const Form1& form_;
   bool must_change_ = false;
+  std::vector<Field<std::string>> texts_;
+  std::vector<Field<int>> ticks_;
+  controls::Signal changed_;
   std::vector<controls::Watch> watches_;
 };
 

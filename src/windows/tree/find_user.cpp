@@ -6,6 +6,7 @@
 #include "directory/tree/find_user.hpp"
 #include "directory/tree/tree_path.hpp"
 #include "windows/account/details_tab.hpp"
+#include "windows/account/unsaved.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/directory_windows.hpp"
 #include "windows/state/form1.hpp"
@@ -50,7 +51,7 @@ void Find_User(Desktop& session) {
 
 void Find_NT_User(Desktop& session) {
   const std::string wanted = session.platform.dialogs.InputBox("Enter Name to find", "Find User");
-  if (wanted.empty())
+  if (wanted.empty() || !may_leave_details(session))
     return;
   TreeNode* found = directory::next_user_with(session, nullptr, wanted);
   if (found == nullptr) {
