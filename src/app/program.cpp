@@ -1,10 +1,12 @@
 #include "app/program.hpp"
 
 #include <QAction>
+#include <QDir>
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -23,11 +25,13 @@
 #include "screens/program/program_windows.hpp"
 #include "screens/program/qt_dialogs.hpp"
 #include "screens/widgets/application.hpp"
+#include "screens/widgets/bind.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/log_tab.hpp"
 #include "windows/start_up.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/whereabouts.hpp"
 #include "world/real_domains.hpp"
 #include "world/stored_connection.hpp"
 #include "world/world.hpp"
@@ -55,6 +59,17 @@ void keep(const live::Folders& folders, const world::ConnectionOptions& options)
     complain("the connection cannot be stored in " + screens::to_qt(live::registry_folder(folders)));
 }
 
+/// Where the program goes on after the main window was left for another place.
+struct Next {
+  QString lab;  ///< its folder; empty: a real domain that the person chooses
+};
+
+/// A start of the program, and where its windows lead to.
+struct Journey {
+  Options options;
+  std::optional<Next> next;
+};
+
 /// A world and the session in it, from its opening to the end of the main window.
 class Workplace {
  public:
@@ -67,15 +82,19 @@ class Workplace {
                                                   world_->program_directory());
     dialogs_.set_session(*session_);
     start();
+    find_whereabouts(options);
     started_ = true;
     for (const std::string& text : std::exchange(told_, {}))
       tell(text);
   }
 
-  int work() {
+  /// Shows the main window until it is closed. `next` is where the person went from there.
+  int work(std::optional<Next>& next) {
+    next.reset();
     if (outcome_ == windows::StartUp::kNotPermitted)
       return kExitNotPermitted;
     screens::MainWindow window(*session_);
+    add_places(window, next);
     if (!world_->is_lab())
       add_connection_entry(window);
     window.show();
@@ -103,6 +122,59 @@ class Workplace {
         end_on_failure(failure);
       throw;
     }
+  }
+
+  void find_whereabouts(const Options& options) {
+    windows::Whereabouts& place = session_->whereabouts;
+    if (world_->is_lab()) {
+      place.kind = windows::Whereabouts::Kind::kLab;
+      place.folder = options.lab;
+      return;
+    }
+    place.kind = windows::Whereabouts::Kind::kDomain;
+    platform::Environment& environment = world_->services().environment;
+    place.controller = environment.variable("LOGONSERVER");
+    place.controller.erase(0, std::min(place.controller.find_first_not_of('\\'), place.controller.size()));
+    place.account = environment.variable("USERNAME");
+  }
+
+  /// The entries that lead to another lab or domain: the window is closed first, with its questions.
+  void add_places(screens::MainWindow& window, std::optional<Next>& next) {
+    auto* const menu = window.findChild<QMenu*>("mnuFile");
+    QAction* const end = menu->actions().back();
+    const auto leave_for = [this, &window, &next](const QString& lab) {
+      next = Next{lab};
+      // A window that stays, because of a run or of edits, leads nowhere.
+      if (!window.close())
+        next.reset();
+    };
+    const auto add = [&](const char* name, const char* caption, const screens::Action& action) {
+      auto* const entry = new QAction(caption, &window);
+      entry->setObjectName(name);
+      menu->insertAction(end, entry);
+      screens::on_triggered(*entry, action);
+    };
+    add("open_lab", "&Open Lab…", [&window, leave_for] {
+      const QString folder = choose_lab(&window);
+      if (!folder.isEmpty())
+        leave_for(folder);
+    });
+    auto* const recent = new QMenu("&Recent Labs", &window);
+    recent->setObjectName("recent_labs");
+    for (const QString& folder : recent_labs()) {
+      // An ampersand in a folder's name is not a mnemonic.
+      QAction* const entry = recent->addAction(QString(folder).replace("&", "&&"));
+      entry->setEnabled(folder != screens::to_qt(session_->whereabouts.folder));
+      screens::on_triggered(*entry, [leave_for, folder] { leave_for(folder); });
+    }
+    recent->setEnabled(!recent->isEmpty());
+    menu->insertMenu(end, recent);
+    add("new_lab", "New &Lab…", [this, &window, leave_for] {
+      if (const auto folder = make_sample_lab(dialogs_, &window))
+        leave_for(*folder);
+    });
+    add("connect", "Co&nnect…", [leave_for] { leave_for({}); });
+    menu->insertSeparator(end);
   }
 
   void add_connection_entry(screens::MainWindow& window) {
@@ -153,10 +225,11 @@ std::unique_ptr<world::World> make_lab_world(const std::string& folder, platform
 /// None, with a box, for a lab that cannot be opened.
 std::unique_ptr<Workplace> open(const Options& options, const QString& lab) {
   try {
-    auto workplace = std::make_unique<Workplace>(
-        options, [folder = screens::from_qt(lab)](auto& dialogs, const auto& tell) {
-          return make_lab_world(folder, dialogs, tell);
-        });
+    Options here = options;
+    here.lab = screens::from_qt(QDir(lab).absolutePath());
+    auto workplace = std::make_unique<Workplace>(here, [folder = here.lab](auto& dialogs, const auto& tell) {
+      return make_lab_world(folder, dialogs, tell);
+    });
     remember_lab(lab);
     return workplace;
   } catch (const std::exception& failure) {
@@ -181,13 +254,14 @@ std::unique_ptr<world::World> make_domain_world(const ChosenConnection& chosen, 
 
 /// Works in a real domain; a failing connection is shown in its window, to be corrected or cancelled. None
 /// when the person cancelled.
-std::optional<int> run_on_domain(const Options& options, ChosenConnection chosen) {
+std::optional<int> run_on_domain(Journey& journey, ChosenConnection chosen) {
   for (;;) {
     QString problem;
     try {
-      Workplace workplace(
-          options, [&](auto& dialogs, const auto& tell) { return make_domain_world(chosen, dialogs, tell); });
-      return workplace.work();
+      Workplace workplace(journey.options, [&](auto& dialogs, const auto& tell) {
+        return make_domain_world(chosen, dialogs, tell);
+      });
+      return workplace.work(journey.next);
     } catch (const base::RuntimeError& failure) {
       problem = screens::to_qt(failure.description());
       complain(problem);
@@ -201,13 +275,13 @@ std::optional<int> run_on_domain(const Options& options, ChosenConnection chosen
   }
 }
 
-std::optional<int> connect_first(const Options& options) {
+std::optional<int> connect_first(Journey& journey) {
   const live::Folders folders = live::user_folders();
-  auto chosen = choose_connection(world::wanted_connection(folders, options.connection), {}, nullptr);
+  auto chosen = choose_connection(world::wanted_connection(folders, journey.options.connection), {}, nullptr);
   if (!chosen)
     return std::nullopt;
   keep(folders, chosen->options);
-  return run_on_domain(options, std::move(*chosen));
+  return run_on_domain(journey, std::move(*chosen));
 }
 
 /// False, with a box, when it raises.
@@ -231,39 +305,72 @@ bool can_reach_domains() {
   return succeeds([] { static_cast<void>(world::real_domains()); });
 }
 
-int run_on_choice(const Options& options, screens::QtDialogs& dialogs) {
+int run_on_choice(Journey& journey, screens::QtDialogs& dialogs) {
   while (const auto choice = choose_start(dialogs)) {
     if (choice->lab.isEmpty()) {
       if (!can_reach_domains())
         continue;
-      if (const auto code = connect_first(options))
+      if (const auto code = connect_first(journey))
         return *code;
-    } else if (const auto workplace = open(options, choice->lab)) {
-      return workplace->work();
+    } else if (const auto workplace = open(journey.options, choice->lab)) {
+      return workplace->work(journey.next);
     }
   }
   return 0;
 }
 
 /// A real domain is used as soon as one is named, on the command line or in the settings.
-int run_without_lab(const Options& options, screens::QtDialogs& dialogs) {
+int run_without_lab(Journey& journey, screens::QtDialogs& dialogs) {
+  const Options& options = journey.options;
   if (!can_read_settings())
     return kExitBadData;
   const bool named = world::says_anything(options.connection) ||
                      !world::stored_connection(live::user_folders()).domain.empty();
   if (!named)
-    return run_on_choice(options, dialogs);
+    return run_on_choice(journey, dialogs);
   if (!can_reach_domains())
     return kExitFault;
-  if (const auto code = run_on_domain(options, {options.connection, {}, false}))
+  if (const auto code = run_on_domain(journey, {options.connection, {}, false}))
     return *code;
-  return world::says_anything(options.connection) ? kExitBadData : run_on_choice(options, dialogs);
+  return world::says_anything(options.connection) ? kExitBadData : run_on_choice(journey, dialogs);
 }
 
-int end_second_start(const SingleInstance& instance) {
+/// Where the person went from a main window. What cannot be opened leads to the start window.
+int go_on(Journey& journey, screens::QtDialogs& dialogs, int code) {
+  while (journey.next) {
+    const Next there = *std::exchange(journey.next, std::nullopt);
+    // What the command line said was about the first place.
+    journey.options.lab.clear();
+    journey.options.database.clear();
+    journey.options.connection = {};
+    if (there.lab.isEmpty()) {
+      const auto ended = can_reach_domains() ? connect_first(journey) : std::nullopt;
+      code = ended ? *ended : run_on_choice(journey, dialogs);
+    } else if (const auto workplace = open(journey.options, there.lab)) {
+      code = workplace->work(journey.next);
+    } else {
+      code = run_on_choice(journey, dialogs);
+    }
+  }
+  return code;
+}
+
+int start(Journey& journey, screens::QtDialogs& dialogs) {
+  if (journey.options.lab.empty())
+    return run_without_lab(journey, dialogs);
+  const auto workplace = open(journey.options, screens::to_qt(journey.options.lab));
+  return workplace ? workplace->work(journey.next) : kExitBadData;
+}
+
+/// One that names a place says why it is not opened: the running program may be somewhere else.
+int end_second_start(const SingleInstance& instance, const Options& options) {
   QGuiApplication::setApplicationDisplayName("..Duplicate instance");
   if (!instance.call_first())
     complain("it is already running, but does not answer");
+  if (!options.lab.empty() || world::says_anything(options.connection))
+    complain(
+        "it is already running, and its window was called instead. Open the lab or the domain there: "
+        "File > Open Lab… or Connect…");
   return 0;
 }
 
@@ -272,16 +379,15 @@ int end_second_start(const SingleInstance& instance) {
 int run(const Options& options) {
   const SingleInstance instance;
   if (!instance.is_first())
-    return end_second_start(instance);
+    return end_second_start(instance, options);
   screens::QtDialogs dialogs;
   if (!windows::screen_is_wide_enough(dialogs, screen_width()))
     return kExitFault;
   if (options.command_line == "/DEBUG")
     static_cast<screens::Application*>(qApp)->on_failure = end_on_failure;
-  if (options.lab.empty())
-    return run_without_lab(options, dialogs);
-  const auto workplace = open(options, screens::to_qt(options.lab));
-  return workplace ? workplace->work() : kExitBadData;
+  Journey journey{.options = options, .next = std::nullopt};
+  const int code = start(journey, dialogs);
+  return go_on(journey, dialogs, code);
 }
 
 void end_on_failure(const std::exception& failure) {

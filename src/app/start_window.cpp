@@ -100,7 +100,7 @@ class StartWindow final : public QDialog {
   }
 
   void open_other() {
-    const QString folder = QFileDialog::getExistingDirectory(this, "Open a Lab", QDir::homePath());
+    const QString folder = choose_lab(this);
     if (!folder.isEmpty())
       choose(folder);
   }
@@ -132,6 +132,10 @@ void remember_lab(const QString& folder) {
   labs.removeAll(full);
   labs.prepend(full);
   QSettings().setValue(kRecent, QStringList(labs.mid(0, kMostRecent)));
+}
+
+QString choose_lab(QWidget* parent) {
+  return QFileDialog::getExistingDirectory(parent, "Open a Lab", QDir::homePath());
 }
 
 std::optional<StartChoice> choose_start(platform::Dialogs& dialogs) {

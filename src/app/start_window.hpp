@@ -18,6 +18,9 @@ struct StartChoice {
 /// when the person quits. Boxes while a new lab is made go through `dialogs`.
 std::optional<StartChoice> choose_start(platform::Dialogs& dialogs);
 
+/// Asks for the folder of a lab; empty when the person cancelled.
+QString choose_lab(QWidget* parent);
+
 /// Folders of the labs that were opened, the last one first; missing ones are left out.
 QStringList recent_labs();
 /// Puts a folder first in that list.

@@ -87,6 +87,37 @@ TEST_F(ProgramTest, ShowsTheMainWindowWithTheTipOverItAndEndsWhenItIsClosed) {
   EXPECT_EQ(app::recent_labs().value(0).toStdString(), lab());
 }
 
+TEST_F(ProgramTest, TheMainWindowSaysWhereItWorksAndItsMenuLeadsToAnotherLab) {
+  make_lab();
+  const QString first = QString::fromStdString(lab());
+  const QString second = QString::fromStdString(file("other"));
+  std::filesystem::copy(lab(), file("other"), std::filesystem::copy_options::recursive);
+  app::remember_lab(second);
+  const auto expect_place = [](const QWidget& tip, const QString& folder) {
+    const QWidget* const window = tip.parentWidget();
+    EXPECT_TRUE(window->windowTitle().startsWith("Lab ")) << window->windowTitle().toStdString();
+    EXPECT_TRUE(window->windowTitle().contains(folder)) << window->windowTitle().toStdString();
+    EXPECT_TRUE(window->findChild<QLabel*>("badge")->text().startsWith("LAB "));
+  };
+  expect_window([&](QWidget& tip) {
+    expect_place(tip, first);
+    QWidget* const window = tip.parentWidget();
+    tip.close();
+    QTimer::singleShot(0, window, [&, window] {
+      for (QAction* const entry : window->findChild<QMenu*>("recent_labs")->actions()) {
+        EXPECT_EQ(entry->isEnabled(), entry->text() != first);
+        if (entry->text() == second)
+          entry->trigger();
+      }
+    });
+  });
+  expect_window([&](QWidget& tip) {
+    expect_place(tip, second);
+    end_program(tip);
+  });
+  EXPECT_EQ(run_in(lab()), 0);
+}
+
 TEST_F(OldLabTest, ReportsANamedLabThatCannotBeOpenedAndEndsWith65) {
   make_stuck_lab();
   std::filesystem::create_directories(file("garbled"));

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Starts the window program on a new lab, without a screen, and waits until it can be called by a second start; then
-calls it by one, which ends while the first goes on. Without the module for real domains both programs say so.
+calls it by one, which ends while the first goes on and says why it opens no other lab. Without the module for real domains both programs say so.
 
     window_opens_test.py PATH-OF-TWK
 """
@@ -35,6 +35,9 @@ with tempfile.TemporaryDirectory() as folder:
                 sys.exit(f"The window did not open; the program ended with {window.returncode}.")
             time.sleep(0.05)
         subprocess.run([tarnwick, "--lab", lab], check=True, env=environment, timeout=60)
+        other = subprocess.run([tarnwick, "--lab", f"{folder}/other"], env=environment, timeout=60, capture_output=True, text=True)
+        if "Open the lab or the domain there" not in other.stderr:
+            sys.exit(f"A second start on another lab did not say why it opened none: {other.stderr}")
         if window.poll() is not None:
             sys.exit(f"The window was open and the program ended with {window.returncode}.")
     finally:

@@ -18,6 +18,7 @@
 #include "support/temporary_directory.hpp"
 #include "windows/account/details_tab.hpp"
 #include "windows/account/popup_commands.hpp"
+#include "windows/account/unsaved.hpp"
 #include "windows/create_user.hpp"
 #include "windows/csv_layout.hpp"
 #include "windows/editors/custom_properties.hpp"
@@ -30,6 +31,8 @@
 #include "windows/mail/search_mail.hpp"
 #include "windows/main_window.hpp"
 #include "windows/manage_ou.hpp"
+#include "windows/multi_user/delete_options.hpp"
+#include "windows/multi_user/delete_tab.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/multi_user/properties_tab.hpp"
 #include "windows/share_points_form.hpp"
@@ -41,6 +44,7 @@
 #include "windows/state/group_windows.hpp"
 #include "windows/state/import_windows.hpp"
 #include "windows/state/multi_user.hpp"
+#include "windows/state/whereabouts.hpp"
 #include "windows/template_tab.hpp"
 #include "windows/tree/ad_options.hpp"
 #include "windows/tree/find_user.hpp"
@@ -191,6 +195,19 @@ std::vector<Window> windows() {
           {"multi-user-property-time", with_property("WTSTimeoutIdle")},
           {"permissions", by(windows::Set_Security_Click)},
           {"share-permissions", by(windows::Sharepermissions_Click)},
+          {"run-preview",
+           [](windows::Desktop& session) {
+             windows::MultiUser& window = session.multi_user;
+             window.Delete_NT_Account.value = 1;
+             window.Delete_Data.value = 1;
+             windows::show_delete_options(session);
+             windows::Del_User_Click(session);
+           }},
+          {"leaving",
+           [](windows::Desktop& session) {
+             session.form1.UM_Office.text = std::string("London");
+             windows::may_leave_details(session);
+           }},
           {"rename-user",
            [](windows::Desktop& session) {
              session.form1.TreeView1.select(session.form1.TreeView1.find(kNewStarters)->children.front());
@@ -366,6 +383,8 @@ void take(const QString& folder) {
   windows::Desktop session(world.services(), "", world.program_directory());
   dialogs.set_session(session);
   windows::start_session(session);
+  session.whereabouts.kind = windows::Whereabouts::Kind::kLab;
+  session.whereabouts.folder = "/home/jo/lab";
   fill(session);
   screens::MainWindow window(session);
   window.resize(1024, 740);

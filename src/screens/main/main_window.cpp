@@ -8,6 +8,7 @@
 #include <QStatusBar>
 
 #include "directory/tree/tree.hpp"
+#include "screens/main/badge.hpp"
 #include "screens/main/main_menus.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/main/toolbar.hpp"
@@ -30,7 +31,7 @@ namespace twk::screens {
 
 MainWindow::MainWindow(windows::Desktop& session) : session_(session) {
   setObjectName("form1");
-  setWindowTitle("Tarnwick");
+  setWindowTitle(title_of(session_));
   make_panes();
   make_tabs();
   make_status_bar();
@@ -95,6 +96,7 @@ void MainWindow::make_status_bar() {
     statusBar()->addWidget(panel, stretch);
     return panel;
   };
+  statusBar()->addWidget(make_badge(session_, this));
   add_panel(status.panel1, 1)->setObjectName("panel1");
   add_panel(status.panel2, 0)->setObjectName("panel2");
   add_panel(status.panel3, 0)->setObjectName("panel3");
