@@ -77,7 +77,7 @@ prepare() {
   rm -f /etc/resolv.conf
   printf 'search hq.north.example\nnameserver 192.0.2.10\n' >/etc/resolv.conf
   printf '127.0.0.1 localhost\n' >/etc/hosts
-  printf '[global]\n  workgroup = POLAR\n  client signing = mandatory\n' >/etc/samba/smb.conf
+  printf '[global]\n  client signing = mandatory\n' >/etc/samba/smb.conf
   printf '[libdefaults]\n  default_realm = HQ.NORTH.EXAMPLE\n  rdns = false\n' >"$KRB5_CONFIG"
   ip link add twk0 type bridge
   ip link set twk0 up

@@ -58,6 +58,19 @@ def prepare():
             (folder / f"{number}.txt").write_text(f"{name} {number}" * 2000)
 
 
+def log_on():
+    """The name in every spelling is one of the domain on every road, whatever workgroup the workstation is in."""
+    authority = str(STATE / "dc1/domain/private/tls/ca.pem")
+    for way in (["--method", "ldaps", "--ca-file", authority], ["--method", "ticket"]):
+        for name in ("{}", r"POLAR\{}", r"hq.north.example\{}", "{}@hq.north.example"):
+            if way[1] == "ticket" and "\\" in name:
+                continue  # a principal has no backslash
+            place = [TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], *way, "--user", name.format(LIVE["ADMIN"])]
+            for command in (["user", "show", LIVE["ADMIN"]], ["acl", "show", r"\\FS1\D$"], ["share", "list", "FS1"]):
+                told = run(*place, *command, env={"TWK_LOGON_PASSWORD": LIVE["PASSWORD"]}, codes=None)
+                expect_same(told.returncode, 0, f"{way[1]} {name} {command}: {told.stderr}")
+
+
 def files(top):
     return {str(path.relative_to(top)): path.read_bytes() for path in top.rglob("*") if path.is_file()}
 
@@ -179,4 +192,4 @@ def delete():
     expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
-go_through(prepare, attack, rename, move, delete)
+go_through(prepare, log_on, attack, rename, move, delete)

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "live/ldap/ldap_connection.hpp"
 #include "live/ldap/subschema.hpp"
+#include "live/logon/logon_name.hpp"
 #include "live/rpc/account_flags.hpp"
 #include "live/rpc/ndr.hpp"
 #include "live/rpc/password_buffer.hpp"
@@ -127,18 +128,24 @@ TEST(AccountFlags, EachCodeIsItsFlagAndTheOthersStay) {
   }
 }
 
-TEST(WindowsLogon, UserIsTakenApart) {
-  LiveSettings settings;
-  settings.domain = "OLDNT";
+TEST(LogonName, IsOneOfTheDomainOnEveryRoad) {
   const struct {
-    const char* user;
-    const char* name;
     const char* domain;
-  } cases[] = {{"jo", "jo", "OLDNT"}, {"OTHER\\jo", "jo", "OTHER"}, {"jo@twk.test", "jo@twk.test", ""}};
+    const char* user;
+    const char* windows;
+    const char* bind;
+  } cases[] = {{"OLDNT", "jo", "OLDNT\\jo", "OLDNT\\jo"},
+               {"hq.test", "jo", "hq.test\\jo", "jo@hq.test"},
+               {"hq.test", "OTHER\\jo", "OTHER\\jo", "OTHER\\jo"},
+               {"hq.test", "hq.test\\jo", "hq.test\\jo", "jo@hq.test"},
+               {"hq.test", "jo@north.test", "jo@north.test", "jo@north.test"},
+               {"hq.test", "CN=jo,DC=hq", "hq.test\\CN=jo,DC=hq", "CN=jo,DC=hq"}};
   for (const auto& one : cases) {
+    LiveSettings settings;
+    settings.domain = one.domain;
     settings.user = one.user;
-    EXPECT_EQ(windows_logon(settings).user, one.name);
-    EXPECT_EQ(windows_logon(settings).domain, one.domain);
+    EXPECT_EQ(windows_logon(settings).text(), one.windows);
+    EXPECT_EQ(bind_name(settings), one.bind);
   }
 }
 

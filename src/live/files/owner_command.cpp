@@ -14,6 +14,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/logon/logon_name.hpp"
 #include "local/descriptor.hpp"
 #include "platform/acl.hpp"
 
@@ -95,7 +96,7 @@ void write_owner_by_command(const LiveSettings& settings, const SmbPath& path, c
     words.insert(words.end(), {"--use-kerberos=required", "--no-pass"});
   } else {
     // Passed in the environment, which other users of the machine cannot read.
-    words.push_back("--user=" + settings.user);
+    words.push_back("--user=" + windows_logon(settings).text());
     variables.push_back("PASSWD=" + settings.password);
   }
   const Outcome outcome = run_program(std::move(words), std::move(variables));

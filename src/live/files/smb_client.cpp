@@ -15,6 +15,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/logon/logon_name.hpp"
 #include "local/file_errors.hpp"
 #include "platform/acl.hpp"
 
@@ -54,12 +55,12 @@ void give_logon(SMBCCTX* context, const char* /*server*/, const char* /*share*/,
   const auto& settings = *static_cast<const LiveSettings*>(smbc_getOptionUserData(context));
   if (settings.user.empty())
     return;
-  const std::size_t slash = settings.user.find('\\');
-  if (slash != base::npos)
-    put(workgroup, workgroup_size, std::string_view(settings.user).substr(0, slash));
-  else if (settings.domain.find('.') == base::npos)
-    put(workgroup, workgroup_size, settings.domain);
-  put(user, user_size, std::string_view(settings.user).substr(slash == base::npos ? 0 : slash + 1));
+  // Otherwise the library gives the workgroup of the workstation's smb.conf, of which the server knows
+  // nobody.
+  const WindowsLogon logon = windows_logon(settings);
+  if (!logon.domain.empty())
+    put(workgroup, workgroup_size, logon.domain);
+  put(user, user_size, logon.user);
   put(password, password_size, settings.password);
 }
 

@@ -14,6 +14,7 @@
 #include "base/text.hpp"
 #include "live/ldap/ldap_errors.hpp"
 #include "live/ldap/ldap_search.hpp"
+#include "live/logon/logon_name.hpp"
 #include "live/logon/network_probe.hpp"
 #include "platform/directory.hpp"
 
@@ -268,12 +269,6 @@ void log_on_with_ticket(const LdapHandle& handle, Credentials& credentials, cons
     ticket.ask_for_service("ldap", host);
   raise_ldap_error(result == LDAP_LOCAL_ERROR ? LDAP_INVALID_CREDENTIALS : result, text, LdapRequest::kBind,
                    "Log on to " + host + " with the Kerberos ticket of " + ticket.principal());
-}
-
-/// A directory does not accept a bare name.
-std::string bind_name(const LiveSettings& settings) {
-  const bool complete = settings.user.find_first_of("\\@=") != base::npos;
-  return complete ? settings.user : settings.user + "@" + settings.domain;
 }
 
 void log_on_with_password(const LdapHandle& handle, Credentials& credentials, const std::string& host) {

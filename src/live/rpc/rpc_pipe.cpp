@@ -9,6 +9,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/ldap/ldap_errors.hpp"
+#include "live/logon/logon_name.hpp"
 #include "live/rpc/samba_headers.hpp"
 #include "platform/directory.hpp"
 #include "platform/network.hpp"
@@ -90,16 +91,6 @@ WithoutPipeSignal::WithoutPipeSignal() {
 
 WithoutPipeSignal::~WithoutPipeSignal() {
   sigaction(SIGPIPE, &before_, nullptr);
-}
-
-WindowsLogon windows_logon(const LiveSettings& settings) {
-  const std::string_view user = settings.user;
-  const std::size_t backslash = user.find('\\');
-  if (backslash != base::npos)
-    return {std::string(user.substr(backslash + 1)), std::string(user.substr(0, backslash))};
-  if (user.find('@') != base::npos)
-    return {std::string(user), {}};
-  return {std::string(user), settings.domain};
 }
 
 void require_listening(const std::string& host, int seconds) {

@@ -86,13 +86,6 @@ inline constexpr std::uint32_t kRpcLost = 64;
 /// ERROR_LOGON_FAILURE.
 inline constexpr std::uint32_t kRpcLogonFailure = 1326;
 
-/// A logon's user in the form of Windows protocols.
-struct WindowsLogon {
-  std::string user;
-  std::string domain;  ///< empty for "name@domain"
-};
-WindowsLogon windows_logon(const LiveSettings& settings);
-
 /// Raises kBadNetPath for a server that does not accept an SMB connection within that time, and for an
 /// invalid server name. The library itself would search for an unknown one in every possible way, for a
 /// minute.
