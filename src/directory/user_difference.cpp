@@ -15,7 +15,7 @@ namespace {
 
 using platform::ObjectPtr;
 
-constexpr std::array<std::string_view, 23> kOwn = {"badPasswordTime",
+constexpr std::array<std::string_view, 24> kOwn = {"badPasswordTime",
                                                    "badPwdCount",
                                                    "cn",
                                                    "distinguishedName",
@@ -23,6 +23,7 @@ constexpr std::array<std::string_view, 23> kOwn = {"badPasswordTime",
                                                    "lastLogoff",
                                                    "lastLogon",
                                                    "lastLogonTimestamp",
+                                                   "lockoutTime",
                                                    "logonCount",
                                                    "memberOf",
                                                    "name",

@@ -156,6 +156,7 @@ TEST(EmptyLab, HasNobodyInvented) {
 $ lab init $FOLDER/a --empty
 {"users": 3, "groups": 8, "ous": 1}
 $ lab init $FOLDER/b --empty --users 5 => 64 --empty
+$ lab init $FOLDER/c => 0 25 of the 28 users are invented; `lab init DIR --empty` invents nobody
 )",
                    {{"$FOLDER", {folder.path().string()}}});
 }

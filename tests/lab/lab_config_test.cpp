@@ -26,7 +26,12 @@ TEST_F(LabConfigFile, WrittenConfigurationReadsBackAsItWas) {
   config.netbios = "CORP";
   config.kind = DomainKind::kMixed;
   config.controller = "PDC";
-  config.passwords = {.minimum_length = 12, .complexity = false, .lockout_threshold = 5};
+  config.passwords = {.minimum_length = 12,
+                      .complexity = false,
+                      .lockout_threshold = 5,
+                      .lockout_duration = 30,
+                      .lockout_window = 15,
+                      .maximum_age = 42};
   config.default_answer = DefaultAnswer::kYes;
   write_lab_config(file_, config);
   EXPECT_EQ(read_lab_config(file_), config);

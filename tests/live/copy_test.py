@@ -64,7 +64,8 @@ def nothing_secret():
 
 def settings_of_the_domain():
     text = pathlib.Path(LAB, "lab.conf").read_text(encoding="utf-8")
-    for line in ("netbios = TWK", "controller = DC1", "password.minimum_length = 7"):
+    for line in ("netbios = TWK", "controller = DC1", "password.minimum_length = 7", "password.maximum_age = 42",
+                 "lockout.duration = 30", "lockout.window = 30"):
         expect(line, "lab.conf of the copy", text)
 
 

@@ -100,9 +100,9 @@ void add_group_change(Command& group, Context& context) {
       ->type_name("KIND")
       ->check(Check::one_of({"security", "distribution"}));
   set->footer(
-      "A directory changes global to universal and back, and domain local to universal and back; from global "
-      "to "
-      "domain local go through universal.\nExample: twk group set \"Year 7\" --scope universal");
+      "A directory changes global to universal and back, and domain local to universal and back;\n"
+      "from global to domain local go through universal.\n"
+      "Example: twk group set \"Year 7\" --scope universal");
 }
 
 }  // namespace twk::cli

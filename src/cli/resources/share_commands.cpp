@@ -154,7 +154,7 @@ void add_share_commands(Command& app, Context& context) {
         [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
     return command;
   };
-  add("list", "List the shares of a server", false, list_shares);
+  add_csv_option(*add("list", "List the shares of a server", false, list_shares), context);
   add("show", "Show a share and its access list", true, show_share);
   auto* made = add("add", "Share a folder", true, add_share);
   made->add_option("PATH", arguments->path, "The folder as the server sees it, such as D:\\Users")

@@ -170,6 +170,7 @@ void add_site_commands(Command& app, Context& context) {
     return command;
   };
   auto* list = site->add_subcommand("list", "List the sites");
+  add_csv_option(*list, context);
   list->callback([&context] { context.set_action([&context] { return list_sites(context); }); });
   add("show", "Show a site", show_site);
   add_field_options(*add("add", "Add a site", add_site), *arguments);

@@ -108,6 +108,8 @@ std::string csv_record(const std::vector<std::string>& fields) {
 }
 
 std::string csv_of(const std::vector<Column>& columns, const std::vector<Json>& rows) {
+  // A file gets the texts as they are, a terminal none that steers it.
+  const bool for_terminal = is_terminal(STDOUT_FILENO);
   std::vector<std::string> fields;
   for (const Column& column : columns)
     fields.push_back(column.key);
@@ -116,7 +118,8 @@ std::string csv_of(const std::vector<Column>& columns, const std::vector<Json>& 
     fields.clear();
     for (const Column& column : columns) {
       const Json* const value = row.find(column.key);
-      fields.push_back(value == nullptr ? std::string() : text_of(*value));
+      const std::string text = value == nullptr ? std::string() : text_of(*value);
+      fields.push_back(for_terminal ? printable(text, true) : text);
     }
     out += csv_record(fields);
   }

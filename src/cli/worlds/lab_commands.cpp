@@ -1,5 +1,7 @@
 #include "cli/worlds/lab_commands.hpp"
 
+#include <optional>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "cli/frame/commands.hpp"
@@ -31,6 +33,9 @@ struct InitArguments {
   lab::LabPlan plan;
   std::string domain;
   std::string kind = "native";
+  std::optional<int> users;
+  std::optional<int> groups;
+  std::optional<int> ous;
   bool sample = false;
   bool empty = false;
 };
@@ -56,6 +61,17 @@ int show_info(Context& context) {
   return show_info(context, {count_users(domain), count_groups(domain), list_ous(domain).size()});
 }
 
+void choose_counts(InitArguments& arguments) {
+  lab::LabPlan& plan = arguments.plan;
+  const auto choose = [&](std::size_t& count, const std::optional<int>& given) {
+    count = arguments.empty ? 0 : given ? static_cast<std::size_t>(*given) : count;
+  };
+  choose(plan.users, arguments.users);
+  choose(plan.groups, arguments.groups);
+  if (plan.kind != lab::DomainKind::kNt)
+    choose(plan.ous, arguments.ous);
+}
+
 /// When the command line is the reason, the failure is reported as a usage error.
 lab::LabContents create_lab(InitArguments& arguments) {
   std::error_code unreadable;
@@ -67,8 +83,7 @@ lab::LabContents create_lab(InitArguments& arguments) {
   try {
     arguments.plan.kind = world::kind_named(arguments.kind);
     world::name_domain(arguments.plan, arguments.domain);
-    if (arguments.empty)
-      arguments.plan.users = arguments.plan.groups = arguments.plan.ous = 0;
+    choose_counts(arguments);
     return lab::create_lab(arguments.folder, arguments.plan);
   } catch (const base::RuntimeError& failure) {
     constexpr std::uint32_t kInvalidArgument = 5;
@@ -86,6 +101,10 @@ int init_lab(Context& context, InitArguments& arguments) {
     world::prepare_sample(context.world());
     world::fill_sample_stores(context.session(Depth::kDomain));
     return show_info(context);
+  }
+  if (!arguments.empty && !arguments.users) {
+    complain(std::to_string(arguments.plan.users) + " of the " + std::to_string(contents.users) +
+             " users are invented; `lab init DIR --empty` invents nobody");
   }
   return show_info(context, contents);
 }
@@ -164,12 +183,18 @@ void add_lab_commands(Command& app, Context& context) {
   const auto* const empty =
       init->add_flag("--empty", arguments->empty,
                      "Invent nobody: only the accounts, groups and units that every domain has");
-  const auto count = [&](const char* name, std::size_t& value, const char* what) {
-    init->add_option(name, value, what)->type_name("N")->check(number)->shows_default()->excludes(empty);
+  const auto count = [&](const char* name, std::optional<int>& value, const std::string& what,
+                         std::size_t otherwise) {
+    init->add_option(name, value, what + "; " + std::to_string(otherwise) + " if not given")
+        ->type_name("N")
+        ->check(number)
+        ->excludes(empty);
   };
-  count("--users", arguments->plan.users, "Number of invented users, besides those that every domain has");
-  count("--groups", arguments->plan.groups, "Number of invented groups");
-  count("--ous", arguments->plan.ous, "Number of invented organizational units");
+  const lab::LabPlan& plan = arguments->plan;
+  count("--users", arguments->users, "Number of users to invent, besides those that every domain has",
+        plan.users);
+  count("--groups", arguments->groups, "Number of groups to invent", plan.groups);
+  count("--ous", arguments->ous, "Number of organizational units to invent", plan.ous);
   init->add_option("--seed", arguments->plan.seed, "Equal seeds make equal labs")->type_name("N");
   init->add_flag("--sample", arguments->sample, "Add a site, a template and settings to begin with");
   init->footer("Example: twk lab init ~/lab --empty --domain school.test");

@@ -30,10 +30,10 @@ enum class DefaultAnswer { kNone, kYes, kNo };
 struct PasswordPolicy {
   int minimum_length = 7;  ///< in characters
   bool complexity = true;  ///< three of capitals, small letters, digits, others; not the account's name
-  int maximum_age = 0;     ///< in days
   int lockout_threshold = 0;
   int lockout_duration = 0;  ///< in minutes, like the next
   int lockout_window = 0;
+  int maximum_age = 0;  ///< in days
 
   friend bool operator==(const PasswordPolicy&, const PasswordPolicy&) = default;
 };
