@@ -9,8 +9,8 @@ namespace twk::platform {
 class AttributeListing {
  public:
   virtual ~AttributeListing() = default;
-  /// The attributes that have a stored value, in no particular order, as the directory spells them; none that it
-  /// computes only when asked by name, and no secret one. Raises what a read raises.
+  /// The attributes that have a stored value, in no particular order, as the directory spells them; none that
+  /// it computes only when asked by name, and no secret one. Raises what a read raises.
   virtual std::vector<std::string> attribute_names() = 0;
 };
 

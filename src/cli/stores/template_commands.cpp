@@ -112,9 +112,8 @@ int compare_templates(Context& context, const TemplateArguments& arguments) {
     const Json& a = *first.find(field.key);
     const Json& b = *second.find(field.key);
     if (field.key != "name" && text_of(a) != text_of(b))
-      rows.push_back({{"what", keyed ? field.key : field.title},
-                      {"first", own_part(a, b)},
-                      {"second", own_part(b, a)}});
+      rows.push_back(
+          {{"what", keyed ? field.key : field.title}, {"first", own_part(a, b)}, {"second", own_part(b, a)}});
   }
   context.output().table({{"what", "Field"}, {"first", arguments.name}, {"second", arguments.new_name}},
                          rows);
