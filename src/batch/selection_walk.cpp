@@ -104,7 +104,7 @@ class Walk {
     platform::QueryOptions options;
     options.page_size = kPageSize;
     const auto rows = session_.platform.query.execute(
-        {"LDAP://" + session_.DomainName + "/" + dn,
+        {"LDAP://" + session_.DomainName + "/" + row.key,
          "(&(objectClass=User)" + terms_.filter + ")",
          {"ADsPath", "Name", "objectClass"},
          terms_.units_below ? platform::Scope::kSubtree : platform::Scope::kOneLevel},
