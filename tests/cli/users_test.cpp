@@ -263,6 +263,14 @@ $ --json user delete Kim.Day --account --data --no-prompting => 1
 )");
 }
 
+TEST_F(ManyUsers, InAPipeOneMessageSaysThatNobodyCanBeAsked) {
+  const ProgramResult result = run({"users", "delete", "--group", "Staff", "--account"});
+  EXPECT_EQ(result.exit_code, 1) << result.out;
+  const std::size_t first = result.err.find("Nobody can be asked");
+  EXPECT_NE(first, std::string::npos) << result.err;
+  EXPECT_EQ(result.err.rfind("Nobody can be asked"), first) << result.err;
+}
+
 TEST_F(ManyUsers, ARehearsedDeletionChangesNothing) {
   play(R"(
 $ users delete --ou $NEW --account --dry-run

@@ -93,6 +93,7 @@ class PlanRun {
 
   int tell_end() {
     const bool whole = done_ == lines_.size();
+    context_.record_changes({});
     if (record_)
       record_->finish(whole ? "whole" : "stopped");
     const std::string_view light = worst_ == kExitGreen && !whole ? session::kYellow : light_of(worst_);
