@@ -1,10 +1,10 @@
 #include "batch/selection_walk.hpp"
 
-#include <cstdint>
 #include <vector>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/loaded_domain.hpp"
@@ -17,13 +17,12 @@ using controls::ListRow;
 using platform::ObjectPtr;
 using session::Session;
 
-constexpr std::int32_t kPageSize = 1000;
-
-/// What a path says of the user, without domain or server: "CN=JO SMITH,OU=…" or "JO".
+/// What a path says of the user, with or without domain or server: "CN=JO SMITH,OU=…" or "JO".
 std::string identity(std::string_view path) {
-  const std::size_t host = path.find("//");
-  const std::size_t slash = host == base::npos ? base::npos : path.find('/', host + 2);
-  return base::upper(slash == base::npos ? path : path.substr(slash + 1));
+  if (base::starts_with_fold(path, "LDAP:"))
+    return base::upper(directory::name_in_path(path));
+  const std::string_view name = path.substr(path.rfind('/') + 1);
+  return base::upper(name.substr(0, name.find(',')));
 }
 
 class Walk {
@@ -101,14 +100,12 @@ class Walk {
       std::string name;
     };
     std::vector<Found> users;
-    platform::QueryOptions options;
-    options.page_size = kPageSize;
     const auto rows = session_.platform.query.execute(
         {"LDAP://" + session_.DomainName + "/" + row.key,
          "(&(objectClass=User)" + terms_.filter + ")",
          {"ADsPath", "Name", "objectClass"},
          terms_.units_below ? platform::Scope::kSubtree : platform::Scope::kOneLevel},
-        options);
+        {});
     for (; !rows->at_eof(); rows->MoveNext()) {
       if (!is_computer(rows->field(2)))
         users.push_back({rows->field(0).text(), rows->field(1).text()});

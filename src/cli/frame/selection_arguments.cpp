@@ -110,13 +110,11 @@ std::string account_path(const Domain& domain, const std::string& located) {
 
 std::unique_ptr<platform::Recordset> search(const Domain& domain, const std::string& place,
                                             const std::string& filter, const std::string& attribute) {
-  platform::QueryOptions options;
-  options.page_size = 1000;
   return domain.services.query.execute({place,
                                         "(&(objectCategory=person)(objectClass=user)" + filter + ")",
                                         {attribute},
                                         platform::Scope::kSubtree},
-                                       options);
+                                       {});
 }
 
 /// Raises `UsageError` for what does not go together.

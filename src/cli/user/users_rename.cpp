@@ -8,6 +8,7 @@
 #include "cli/terminal/input.hpp"
 #include "cli/user/user_commands.hpp"
 #include "cli/users/users_commands.hpp"
+#include "lifecycle/rename/rename_record.hpp"
 
 namespace twk::cli {
 namespace {
@@ -33,9 +34,10 @@ void print_line(Context& context, const session::Session& session, const batch::
                               printable(result.message));
 }
 
-/// The node of a user; null when there is none.
+/// The node of a user, or of one whose renaming was interrupted; null when there is none.
 controls::TreeNode* find_node(Context& context, session::Session& session, const std::string& name) {
-  if (!find_user(context.domain(), name))
+  // Otherwise near names would be searched for in the whole domain, once for each unknown name.
+  if (!find_user(context.domain(), name) && !lifecycle::find_rename_record(session, name))
     return nullptr;
   return &reach_renamed_user(context, session, name);
 }
