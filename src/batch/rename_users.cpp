@@ -92,7 +92,7 @@ session::RunOutcome refusal(const std::string& reason) {
 session::RunOutcome rename_node(Session& session, controls::TreeNode& node, const NewNames& names,
                                 const RenameFileOrder& order, session::RunView& view) {
   if (!names.any())
-    return refusal("the line has no new name");
+    return {std::string(session::kGreen), node.text + " keeps every name", true, {}};
   const std::string before = node.text;
   session.status.panel1 = std::string();
   try {
