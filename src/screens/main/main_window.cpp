@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPointer>
 #include <QSplitter>
 #include <QStatusBar>
 
@@ -17,6 +18,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
+#include "screens/widgets/mnemonics.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_drag.hpp"
 #include "screens/widgets/window_state.hpp"
@@ -37,6 +39,7 @@ MainWindow::MainWindow(windows::Desktop& session) : session_(session) {
   make_status_bar();
   make_commands();
   follow_session();
+  settle_mnemonics(*this, letters_of_menus(*this));
   resize(1000, 700);
   restore_window(*this);
 }
@@ -115,10 +118,15 @@ void MainWindow::make_commands() {
 
 void MainWindow::follow_session() {
   windows::Form1& form = session_.form1;
-  follow(*this, form.enabled, [this](bool on) {
+  follow(*this, form.enabled, [this, had_focus = std::make_shared<QPointer<QWidget>>()](bool on) {
+    // A field that is disabled for the time of a run would lose the focus to the tree for good.
+    if (!on)
+      *had_focus = focusWidget();
     for (QWidget* const part :
          {centralWidget(), static_cast<QWidget*>(menuBar()), static_cast<QWidget*>(toolbar_)})
       part->setEnabled(on);
+    if (on && *had_focus != nullptr)
+      (*had_focus)->setFocus();
   });
   keep(*this, form.SetFocus.watch([this](std::string_view name) {
     if (auto* const control = findChild<QWidget*>(to_qt(name)))
@@ -140,6 +148,8 @@ void MainWindow::follow_session() {
   file_progress_ = make_file_progress(session_, this);
   follow(*this, session_.file_progress.visible, [this](bool shown) { file_progress_->setVisible(shown); });
   groups_ = make_groups(session_, this);
+  for (const auto* const beside : {&cancel_import_, &file_progress_, &groups_})
+    settle_mnemonics(**beside);
   follow(*this, session_.groups.visible, [this](bool shown) { groups_->setVisible(shown); });
 }
 

@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "screens/widgets/mnemonics.hpp"
+
 namespace twk::screens {
 namespace {
 
@@ -35,8 +37,11 @@ constexpr std::array<std::pair<std::string_view, Maker>, 20> kMakers = {{
 
 std::unique_ptr<QDialog> make_window(std::string_view name, windows::Desktop& session, QWidget* parent) {
   for (const auto& [known, make] : kMakers) {
-    if (known == name)
-      return make(session, parent);
+    if (known != name)
+      continue;
+    auto window = make(session, parent);
+    settle_mnemonics(*window);
+    return window;
   }
   return nullptr;
 }
