@@ -35,13 +35,28 @@ QString geometry_key(const QWidget& window) {
   return window.objectName() + "/geometry";
 }
 
+/// Not the key of old, under which windows that were never shown were kept.
+QString place_key(const QDialog& dialog) {
+  return dialog.objectName() + "/place";
+}
+
 }  // namespace
+
+void save_place(const QDialog& dialog) {
+  // One that was never shown is in the corner of the screen, where nobody put it.
+  if (dialog.windowHandle() != nullptr)
+    QSettings().setValue(place_key(dialog), dialog.saveGeometry());
+}
+
+void restore_place(QDialog& dialog) {
+  dialog.restoreGeometry(QSettings().value(place_key(dialog)).toByteArray());
+}
 
 void save_window(const QMainWindow& window) {
   QSettings settings;
   settings.setValue(geometry_key(window), window.saveGeometry());
   for (const QDialog* const beside : window.findChildren<QDialog*>())
-    settings.setValue(geometry_key(*beside), beside->saveGeometry());
+    save_place(*beside);
   for (const QSplitter* const splitter : window.findChildren<QSplitter*>())
     settings.setValue(key(*splitter, "splitter"), splitter->saveState());
   for (const ListPane* const list : window.findChildren<ListPane*>())
@@ -52,7 +67,7 @@ void restore_window(QMainWindow& window) {
   const QSettings settings;
   window.restoreGeometry(settings.value(geometry_key(window)).toByteArray());
   for (QDialog* const beside : window.findChildren<QDialog*>())
-    beside->restoreGeometry(settings.value(geometry_key(*beside)).toByteArray());
+    restore_place(*beside);
   for (QSplitter* const splitter : window.findChildren<QSplitter*>())
     splitter->restoreState(settings.value(key(*splitter, "splitter")).toByteArray());
   for (const ListPane* const list : window.findChildren<ListPane*>())

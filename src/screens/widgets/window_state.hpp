@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDialog>
 #include <QMainWindow>
 
 namespace twk::screens {
@@ -8,5 +9,9 @@ namespace twk::screens {
 /// column widths.
 void save_window(const QMainWindow& window);
 void restore_window(QMainWindow& window);
+
+/// The same for one window, once it was shown.
+void save_place(const QDialog& dialog);
+void restore_place(QDialog& dialog);
 
 }  // namespace twk::screens
