@@ -9,6 +9,7 @@
 #include <QSettings>
 #include <QVBoxLayout>
 
+#include "screens/help/help_topics.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
 #include "world/world.hpp"
@@ -140,6 +141,7 @@ QString choose_lab(QWidget* parent) {
 
 std::optional<StartChoice> choose_start(platform::Dialogs& dialogs) {
   StartWindow window(dialogs);
+  screens::open_help_with_f1(window);
   if (window.exec() != QDialog::Accepted)
     return std::nullopt;
   return window.choice();

@@ -94,10 +94,12 @@ TEST_F(TemplateTabTest, AnEditIsSavedOrCancelledWithEsc) {
     EXPECT_EQ(status(), "Edit Template...");
     type("logon", "other.cmd");
     double_click_row("ListView6", "Staff");
-    if (saved)
+    if (saved) {
       click("savetemplate");
-    else
+    } else {
+      expect_box("Save the changes to the template Staff?", QMessageBox::Discard);
       press("logon", Qt::Key_Escape);
+    }
     expect_browsing();
   }
   choose("templatelst", "Staff");
@@ -113,6 +115,7 @@ TEST_F(TemplateTabTest, PasteFillsANewTemplateAndEscForgetsIt) {
   click("paste");
   EXPECT_EQ(field("logon"), "staff.cmd");
   EXPECT_THAT(shown_in("ListView6"), ElementsAre("Staff"));
+  expect_box("Save the changes to the template Copy?", QMessageBox::Discard);
   press("New_Template_Name", Qt::Key_Escape);
   expect_browsing();
   EXPECT_EQ(find<QComboBox>("templatelst")->count(), 1);

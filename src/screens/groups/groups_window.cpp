@@ -11,6 +11,7 @@
 #include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
+#include "screens/widgets/tool_tip.hpp"
 #include "windows/groups/groups_window.hpp"
 #include "windows/state/group_windows.hpp"
 
@@ -196,7 +197,7 @@ QLabel* add_panel(QBoxLayout& box, const char* name, const controls::Observable<
   panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   follow(*panel, text, [panel, paint = PacedPainting(*panel)](const std::string& shown) {
     panel->setText(to_qt(shown));
-    panel->setToolTip(to_qt(shown).toHtmlEscaped());
+    panel->setToolTip(as_tool_tip(to_qt(shown)));
     paint();
   });
   box.addWidget(panel, 1);

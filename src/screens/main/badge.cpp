@@ -1,6 +1,7 @@
 #include "screens/main/badge.hpp"
 
 #include "screens/widgets/text.hpp"
+#include "screens/widgets/tool_tip.hpp"
 #include "windows/state/whereabouts.hpp"
 
 namespace twk::screens {
@@ -45,7 +46,7 @@ QLabel* make_badge(const windows::Desktop& session, QWidget* parent) {
   badge->setText((lab ? "LAB " : "REAL DOMAIN ") + domain);
   const QString more = lab ? "A lab, in the folder " + to_qt(place.folder) + ": nothing leaves this computer."
                            : "A real domain: " + domain + logon_of(place) + ".";
-  badge->setToolTip(more.toHtmlEscaped());
+  badge->setToolTip(as_tool_tip(more));
   badge->setAccessibleName(badge->text());
   badge->setAccessibleDescription(more);
   QFont font = badge->font();

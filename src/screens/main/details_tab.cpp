@@ -55,6 +55,7 @@ void add_logon_name(QFormLayout& rows, windows::Form1& form) {
   line->setContentsMargins({});
   auto* const name = new QLineEdit(pair);
   name->setObjectName("UM_Logon_Name");
+  name->setAccessibleName("Logon name");
   auto* const domain = new QLineEdit(pair);
   domain->setObjectName("UM_W2KDomain_Name");
   domain->setAccessibleName("Domain of the logon name");

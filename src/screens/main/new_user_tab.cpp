@@ -11,6 +11,7 @@
 #include "screens/widgets/light.hpp"
 #include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
+#include "session/loaded_domain.hpp"
 #include "windows/create_user.hpp"
 #include "windows/setting_controls.hpp"
 #include "windows/state/form1.hpp"
@@ -104,6 +105,33 @@ QLayout* make_progress(Desktop& session, QWidget* parent) {
   return column;
 }
 
+QString hint_of(const Desktop& session) {
+  if (session.form1.NUsitename.items().empty() || session.form1.nutemplate.items().empty())
+    return "A new user needs a site, which says where its data is kept, and a template, which says what it "
+           "gets. "
+           "Make them first, on the tabs Site and Template.";
+  if (!session::is_active_directory(session))
+    return "Choose a template and a site, and type the names. With the groups of a user to copy, select that "
+           "user "
+           "in the tree.";
+  return "Select an OU in the tree, then a template and a site. With the groups of a user to copy, select "
+         "that "
+         "user instead.";
+}
+
+/// What comes first, in this domain and with these databases.
+QLabel* make_hint(Desktop& session, QWidget* parent) {
+  auto* const hint = new QLabel(parent);
+  hint->setObjectName("new_user_hint");
+  hint->setWordWrap(true);
+  const auto show = [&session, hint] { hint->setText(hint_of(session)); };
+  show();
+  keep(*hint, session.domain.mode_known.watch(show));
+  keep(*hint, session.form1.NUsitename.watch_items(show));
+  keep(*hint, session.form1.nutemplate.watch_items(show));
+  return hint;
+}
+
 }  // namespace
 
 QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
@@ -114,12 +142,7 @@ QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   groups->addWidget(make_person(session, tab), 3);
   groups->addWidget(make_stages(session, tab), 2);
   column->addLayout(make_progress(session, tab));
-  auto* const hint = new QLabel(
-      "Select an OU in the tree, then a template and a site. With the groups of a user to copy, select that "
-      "user instead.",
-      tab);
-  hint->setWordWrap(true);
-  column->addWidget(hint);
+  column->addWidget(make_hint(session, tab));
   auto* const buttons = new QHBoxLayout();
   column->addLayout(buttons);
   buttons->addStretch();

@@ -30,6 +30,7 @@ QLayout* make_name(Desktop& session, QWidget* parent) {
   auto* const place = new QStackedWidget(parent);
   auto* const list = new QComboBox(place);
   list->setObjectName("templatelst");
+  list->setAccessibleName("Template");
   auto* const name = new QLineEdit(place);
   name->setObjectName("New_Template_Name");
   name->setPlaceholderText("Name of the new template");

@@ -7,6 +7,7 @@
 
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/text.hpp"
+#include "screens/widgets/tool_tip.hpp"
 
 namespace twk::screens {
 namespace {
@@ -133,10 +134,15 @@ void bind_options(std::span<QRadioButton* const> widgets, controls::OptionGroup&
 void bind_to(QRadioButton& widget, controls::OptionButton& control, const Action& clicked) {
   follow(widget, control.value, [&widget](bool on) {
     // A button of an exclusive set cannot be released by itself.
+    QButtonGroup* const set = widget.group();
     const bool exclusive = widget.autoExclusive();
+    if (set != nullptr)
+      set->setExclusive(false);
     widget.setAutoExclusive(false);
     widget.setChecked(on);
     widget.setAutoExclusive(exclusive);
+    if (set != nullptr)
+      set->setExclusive(true);
   });
   follow_enabled(widget, control.enabled);
   QObject::connect(&widget, &QRadioButton::clicked, &widget, [clicked] { run_guarded(clicked); });
@@ -144,9 +150,11 @@ void bind_to(QRadioButton& widget, controls::OptionButton& control, const Action
 
 void bind_pair(QRadioButton& first_widget, controls::OptionButton& first, const Action& first_clicked,
                QRadioButton& second_widget, controls::OptionButton& second, const Action& second_clicked) {
-  // Each pair is a separate set, even if several share a parent.
-  for (QRadioButton* const widget : {&first_widget, &second_widget})
-    widget->setAutoExclusive(false);
+  // Each pair is a separate set, even if several share a parent. A screen reader takes a button without a set
+  // for a check box.
+  auto* const set = new QButtonGroup(first_widget.parentWidget());
+  set->addButton(&first_widget);
+  set->addButton(&second_widget);
   const auto choose = [](controls::OptionButton& chosen, controls::OptionButton& other, QRadioButton& widget,
                          const Action& action) {
     return [&chosen, &other, &widget, action] {
@@ -177,7 +185,7 @@ void bind_to(QAction& widget, controls::MenuItem& control, const Action& trigger
     widget.setText(text.empty() ? own_caption : to_qt(text));
   });
   follow(widget, control.tool_tip,
-         [&widget](const std::string& text) { widget.setToolTip(to_qt(text).toHtmlEscaped()); });
+         [&widget](const std::string& text) { widget.setToolTip(as_tool_tip(to_qt(text))); });
   follow(widget, control.enabled, [&widget](bool on) { widget.setEnabled(on); });
   follow(widget, control.visible, [&widget](bool shown) { widget.setVisible(shown); });
   on_triggered(widget, triggered);
@@ -190,7 +198,7 @@ void bind_to(QGroupBox& widget, controls::Frame& control) {
     widget.setTitle(text.empty() ? own_caption : to_qt(text).replace("&", "&&"));
   });
   follow(widget, control.tool_tip,
-         [&widget](const std::string& text) { widget.setToolTip(to_qt(text).toHtmlEscaped()); });
+         [&widget](const std::string& text) { widget.setToolTip(as_tool_tip(to_qt(text))); });
   follow_shown(widget, control.visible);
 }
 

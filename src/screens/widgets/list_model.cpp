@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
+#include "screens/widgets/tool_tip.hpp"
 
 namespace twk::screens {
 namespace {
@@ -86,7 +87,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::ForegroundRole && row->ghosted)
     return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
   if (role == Qt::ToolTipRole)
-    return to_qt(column_text(*row, index.column())).toHtmlEscaped();
+    return as_tool_tip(to_qt(column_text(*row, index.column())));
   if (index.column() != 0)
     return {};
   if (role == Qt::DecorationRole && !row->icon.empty())

@@ -186,14 +186,20 @@ void ListPane::set_empty_text(const QString& text) {
   viewport()->update();
 }
 
+QString ListPane::shown_instead() const {
+  if (order_->rowCount() > 0)
+    return {};
+  return list_->empty() ? empty_text_ : QString("The filter hides all %L1 rows.").arg(list_->size());
+}
+
 void ListPane::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
-  if (empty_text_.isEmpty() || order_->rowCount() > 0)
+  if (shown_instead().isEmpty())
     return;
   QPainter painter(viewport());
   painter.setPen(palette().color(QPalette::PlaceholderText));
   painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
-                   Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, empty_text_);
+                   Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, shown_instead());
 }
 
 QLineEdit* add_filter(ListPane& pane, const QString& placeholder, QWidget* parent) {

@@ -37,6 +37,9 @@ class ListPane final : public QTreeView {
   /// Shown from now on while there is no row.
   void set_empty_text(const QString& text);
 
+  /// What stands in the place of rows: the text of an empty list, or that the filter hides all.
+  [[nodiscard]] QString shown_instead() const;
+
   [[nodiscard]] controls::ListView& list() const { return *list_; }
   /// The row under an index of this view; none when there is none.
   [[nodiscard]] controls::ListRow* row(const QModelIndex& index) const;

@@ -4,6 +4,7 @@
 #include "directory/names.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
+#include "screens/widgets/tool_tip.hpp"
 
 namespace twk::screens {
 
@@ -60,7 +61,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole)
     return shown->text == directory::kDummyNode ? QString("…") : to_qt(shown->text);
   if (role == Qt::ToolTipRole)
-    return to_qt(shown->key).toHtmlEscaped();
+    return as_tool_tip(to_qt(shown->key));
   if (role == Qt::AccessibleTextRole)
     return to_qt(shown->image + " " + shown->text);
   if (role != Qt::DecorationRole || shown->image.empty())
