@@ -111,7 +111,9 @@ bool create_object(CreationRun& run) {
   if (exists)
     log(run, "User name (SAMAccount) Already Exists :" + run.SamName);
   session.platform.dialogs.MsgBox(exists ? "User name already exists.\r\nChange the userID and try again"
-                                         : "error: " + base::to_text(trap.number()),
+                                         : "error: " + base::to_text(trap.number()) + "\r\n" +
+                                               account_path(run) + ": " +
+                                               base::in_words(trap.number(), trap.description()),
                                   platform::Buttons::kOk, platform::Icon::kNone, "");
   throw base::RuntimeError(trap.number(), trap.description());
 }

@@ -29,8 +29,7 @@ std::string_view selection_fault(const CreationRun& run) {
     return request.CopyUser && request.SelectedNodeKind != "USER" ? kSelectUser : std::string_view{};
   }
   constexpr std::string_view kSelectOu =
-      "You must select a Template,Site & OU in the treeview to create this user\r\nor turn off the copy user "
-      "function.";
+      "You must select a Template,Site & OU in the treeview to create this user";
   const bool ou = request.SelectedNodeKind == "OU";
   if (nameless)
     return kSelectOu;

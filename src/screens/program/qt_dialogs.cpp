@@ -6,7 +6,9 @@
 #include <QMessageBox>
 
 #include "screens/program/windows.hpp"
+#include "screens/widgets/application.hpp"
 #include "screens/widgets/text.hpp"
+#include "screens/widgets/window_state.hpp"
 #include "windows/state/account_windows.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/group_windows.hpp"
@@ -101,6 +103,8 @@ Answer QtDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon, std:
     box.setDefaultButton(no);
     box.setEscapeButton(no);
   }
+  if (icon == Icon::kCritical || icon == Icon::kExclamation)
+    add_copy(box);
   return answer_of(box.exec());
 }
 
@@ -125,8 +129,16 @@ std::optional<std::string> QtDialogs::open_file(std::string_view title, std::str
 
 void QtDialogs::show_modal(std::string_view window) {
   const ArrowOverBox arrow;
-  if (const auto dialog = make_window(window, *session_, QApplication::activeWindow()))
-    dialog->exec();
+  const auto dialog = make_window(window, *session_, QApplication::activeWindow());
+  if (dialog == nullptr)
+    return;
+  // A question comes up over what it is about.
+  const bool keeps_place = qobject_cast<QMessageBox*>(dialog.get()) == nullptr;
+  if (keeps_place)
+    restore_place(*dialog);
+  dialog->exec();
+  if (keeps_place)
+    save_place(*dialog);
 }
 
 void QtDialogs::beep() {

@@ -4,6 +4,8 @@
 #include <exception>
 #include <functional>
 
+class QMessageBox;
+
 namespace twk::screens {
 
 /// The toolkit's application, and the handling of a failure that no routine handled.
@@ -11,12 +13,16 @@ class Application : public QApplication {
  public:
   Application(int& argc, char** argv);
 
+  bool event(QEvent* event) override;
+
   /// Called with such a failure; the default shows it in a box and continues.
   std::function<void(const std::exception& failure)> on_failure;
 };
 
 /// The text of a failure for a person: the description, and below it the number that a routine would test.
 QString describe_failure(const std::exception& failure);
+/// A button that copies the text of a box, which stays open.
+void add_copy(QMessageBox& box);
 void show_failure(const std::exception& failure);
 
 /// Runs what a person started. No exception leaves it, because none may pass through the toolkit.
