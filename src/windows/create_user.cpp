@@ -1,10 +1,19 @@
 #include "windows/create_user.hpp"
 
+#include <algorithm>
+#include <array>
+#include <string_view>
+
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "creation/create_user.hpp"
+#include "creation/made_thing.hpp"
 #include "creation/stored_request.hpp"
+#include "directory/tree/tree_path.hpp"
+#include "windows/account/details_tab.hpp"
+#include "windows/account/unsaved.hpp"
 #include "windows/mail/mail_tab.hpp"
+#include "windows/main_window.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/import_windows.hpp"
@@ -130,6 +139,78 @@ void remember_names(Desktop& session, std::string made, std::string formed) {
   session.new_user.formed = std::move(formed);
 }
 
+/// A distinguished name without the words before it; any other path as it is.
+std::string without_provider(const std::string& path) {
+  constexpr std::string_view kProvider = "LDAP://";
+  return path.starts_with(kProvider) ? path.substr(kProvider.size()) : path;
+}
+
+/// The tab during the creation of one user. It keeps what was made, for the card.
+class WitnessedView final : public NewUserView {
+ public:
+  using NewUserView::NewUserView;
+
+  void made(const creation::MadeThing& thing) override {
+    using Kind = creation::MadeThing::Kind;
+    switch (thing.kind) {
+      case Kind::kAccount:
+        account_ = thing.path;
+        break;
+      case Kind::kFolder:
+        lines_ += "\nFolder " + thing.path;
+        break;
+      case Kind::kShare:
+        lines_ += "\nShare \\\\" + thing.server + "\\" + thing.share + " of " + thing.path;
+        break;
+      case Kind::kGroup:
+        lines_ += "\nMember of " + without_provider(thing.path);
+        break;
+      case Kind::kMailbox:
+        lines_ += "\nMailbox " + without_provider(thing.path);
+        break;
+    }
+  }
+  void stage(Stage stage, StageState state) override {
+    NewUserView::stage(stage, state);
+    if (state == StageState::kCompleted)
+      return;
+    constexpr std::array<std::string_view, 6> kNames = {"Directories",  "Shares",       "Directory security",
+                                                        "User account", "Mail account", "Run command"};
+    constexpr std::array kStages = {Stage::kDirectories, Stage::kShares,  Stage::kPermissions,
+                                    Stage::kAccount,     Stage::kMailbox, Stage::kCommand};
+    const auto place = std::find(kStages.begin(), kStages.end(), stage) - kStages.begin();
+    warned_ += (warned_.empty() ? "" : ", ") + std::string(kNames.at(static_cast<std::size_t>(place)));
+  }
+
+  [[nodiscard]] const std::string& account() const { return account_; }
+  [[nodiscard]] const std::string& lines() const { return lines_; }
+  [[nodiscard]] const std::string& warned() const { return warned_; }
+
+ private:
+  std::string account_;
+  std::string lines_;
+  std::string warned_;
+};
+
+/// A creation that was refused before it began has told so in a box: no card.
+void show_card(Desktop& session, const WitnessedView& view) {
+  NewUser& tab = session.new_user;
+  const session::CreationOutcome& outcome = session.LastCreation;
+  tab.card_key = view.account();
+  tab.Show_Made.enabled = !view.account().empty();
+  tab.card_visible = !outcome.light.empty();
+  const bool made = outcome.light == session::kGreen || outcome.light == session::kYellow;
+  std::string text = made ? outcome.user + " was created" : "The creation ended with a failure";
+  if (!view.account().empty())
+    text += (made ? ": " : ". The account exists: ") + without_provider(view.account());
+  text += view.lines();
+  if (!view.warned().empty())
+    text += (made ? "\nNot without faults: " : "\nEnded in: ") + view.warned();
+  for (const std::string& warning : outcome.warnings)
+    text += "\n- " + warning;
+  tab.card.caption = text;
+}
+
 /// A second click, or Enter held down, would make a second account of the same person.
 bool is_wanted(Desktop& session) {
   const NewUser& last = session.new_user;
@@ -149,6 +230,22 @@ void New_User_Name_Edited(Desktop& session) {
   session.new_user.formed.clear();
 }
 
+void Show_Made_Click(Desktop& session) {
+  controls::TreeNode* const node = directory::reach_user(session, session.new_user.card_key);
+  if (node == nullptr) {
+    session.status.panel1 = "The account is not in the tree: " + session.new_user.card_key;
+    return;
+  }
+  session.form1.TreeView1.select(node);
+  session.form1.TreeView1.ensure_visible(*node);
+  if (may_leave_details(session))
+    show_user_details(session, *node);
+}
+
+void Another_User_Click(Desktop& session) {
+  Toolbar1_ButtonClick(session, "NewUser");
+}
+
 session::CreationOutcome CreateUser_Click(Desktop& session) {
   Form1& form = session.form1;
   if (!is_wanted(session))
@@ -160,8 +257,9 @@ session::CreationOutcome CreateUser_Click(Desktop& session) {
       base::trim(form.UserID_Box.text.get()).empty() || form.UserID_Box.text == session.new_user.formed;
   remember_names(session, {}, {});
   {
-    NewUserView view(form);
+    WitnessedView view(form);
     session.LastCreation = creation::create_user(session, new_user_request(session), view);
+    show_card(session, view);
   }
   const std::string& light = session.LastCreation.light;
   if (light == session::kGreen || light == session::kYellow) {

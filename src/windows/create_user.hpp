@@ -13,7 +13,7 @@ struct Desktop;
 
 /// The New User tab and the status bar, painted as a creation or an import goes on. With `stays_locked` the
 /// window can be used again only when its maker says so, as after the last line of an import.
-class NewUserView final : public batch::ImportView {
+class NewUserView : public batch::ImportView {
  public:
   explicit NewUserView(Form1& form, bool stays_locked = false) : form_(form), stays_locked_(stays_locked) {}
 
@@ -40,6 +40,10 @@ creation::NewUserRequest new_user_request(const Desktop& session);
 
 /// A person edited a name: a User ID that was formed from the names of before goes.
 void New_User_Name_Edited(Desktop& session);
+/// The buttons of the card that says what came of it: shows the account in the tree and on the details tab,
+/// and empties the tab for another person.
+void Show_Made_Click(Desktop& session);
+void Another_User_Click(Desktop& session);
 /// Creates the user and shows what came of it. Without a selected node the first one is taken. When the
 /// fields still hold what the last account was made from, it asks first.
 session::CreationOutcome CreateUser_Click(Desktop& session);

@@ -36,6 +36,7 @@ void clear_new_user(Desktop& session) {
     name->text = std::string();
   session.new_user.made.clear();
   session.new_user.formed.clear();
+  session.new_user.card_visible = false;
   for (controls::Label* const light : {&form.Createdirs, &form.Sharedirs, &form.Security, &form.UserAccount,
                                        &form.MailAccount, &form.run, &form.progress}) {
     light->caption = std::string();

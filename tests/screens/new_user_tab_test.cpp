@@ -90,6 +90,22 @@ TEST_F(NewUserTabTest, ASecondPressWithTheSameNamesAsksAndNoUserIdReachesTheNext
   EXPECT_EQ(find<QLineEdit>("UserID_Box")->text(), "");
 }
 
+TEST_F(NewUserTabTest, ACardSaysWhatWasMadeAndLeadsToTheAccountOrToTheNextPerson) {
+  open_with_jo();
+  EXPECT_FALSE(find<QWidget>("new_user_card")->isVisible());
+  click("CreateUser");
+  EXPECT_EQ(find<QLabel>("new_user_result")->text().section('\n', 0, 0).toStdString(),
+            "Jo.Doe was created: CN=Jo.Doe," + std::string(kNewStarters));
+  click("Copy_Made");
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), find<QLabel>("new_user_result")->text());
+  click("Show_Made");
+  EXPECT_EQ(find<QLabel>("USERID")->text(), "Jo.Doe");
+  window->tabs().setCurrentIndex(windows::tab::kNewUser);
+  click("Another_User");
+  EXPECT_FALSE(find<QWidget>("new_user_card")->isVisible());
+  EXPECT_EQ(find<QLineEdit>("strFirst")->text(), "");
+}
+
 TEST_F(NewUserTabTest, EachStageHasItsSettingAndItsLight) {
   open();
   windows::Form1& form = lab.session.form1;

@@ -44,6 +44,8 @@ TEST_F(TemplateTabTest, AnEditedTemplateDisappearsOnlyAfterAQuestion) {
   choose("templatelst", "Staff");
   EXPECT_EQ(field("logon"), "new.cmd");
   start_new("Sales");
+  window->activateWindow();
+  settle();
   expect_box("Save the changes to the template Sales?", QMessageBox::Discard);
   press("logon", Qt::Key_Escape);
   expect_browsing();

@@ -260,7 +260,9 @@ TEST_F(TreeCommands, WindowsAndSplittersAreAsTheyWereLeft) {
   panes->setSizes({400, 600});
   const QList<int> left = panes->sizes();
   const QSize groups = find<QDialog>("Groupsfrm")->minimumSizeHint() + QSize(12, 34);
+  find<QDialog>("Groupsfrm")->show();
   find<QDialog>("Groupsfrm")->resize(groups);
+  find<QDialog>("Groupsfrm")->hide();
   window->close();
   window = std::make_unique<screens::MainWindow>(lab.session);
   window->show();

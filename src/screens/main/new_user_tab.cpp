@@ -1,5 +1,7 @@
+#include <QClipboard>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QProgressBar>
 
@@ -15,6 +17,7 @@
 #include "windows/create_user.hpp"
 #include "windows/setting_controls.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/new_user.hpp"
 
 namespace twk::screens {
 namespace {
@@ -105,6 +108,29 @@ QLayout* make_progress(Desktop& session, QWidget* parent) {
   return column;
 }
 
+/// What the last creation came to; hidden until there is one.
+QWidget* make_card(Desktop& session, QWidget* parent) {
+  windows::NewUser& state = session.new_user;
+  auto* const card = new QGroupBox("Result", parent);
+  card->setObjectName("new_user_card");
+  auto* const row = new QHBoxLayout(card);
+  auto* const text = new QLabel(card);
+  text->setObjectName("new_user_result");
+  text->setWordWrap(true);
+  text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  bind_to(*text, state.card);
+  row->addWidget(text, 1);
+  auto* const buttons = new QVBoxLayout;
+  row->addLayout(buttons);
+  add_button(*buttons, "Show", "Show_Made", state.Show_Made,
+             [&session] { windows::Show_Made_Click(session); });
+  add_button(*buttons, "Copy", "Copy_Made", [text] { QGuiApplication::clipboard()->setText(text->text()); });
+  add_button(*buttons, "Another", "Another_User", [&session] { windows::Another_User_Click(session); });
+  buttons->addStretch(1);
+  follow(*card, state.card_visible, [card](bool shown) { card->setVisible(shown); });
+  return card;
+}
+
 QString hint_of(const Desktop& session) {
   if (session.form1.NUsitename.items().empty() || session.form1.nutemplate.items().empty())
     return "A new user needs a site, which says where its data is kept, and a template, which says what it "
@@ -142,6 +168,7 @@ QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   groups->addWidget(make_person(session, tab), 3);
   groups->addWidget(make_stages(session, tab), 2);
   column->addLayout(make_progress(session, tab));
+  column->addWidget(make_card(session, tab));
   column->addWidget(make_hint(session, tab));
   auto* const buttons = new QHBoxLayout();
   column->addLayout(buttons);
