@@ -13,11 +13,11 @@
 #include "windows/account/details_tab.hpp"
 #include "windows/account/unsaved.hpp"
 #include "windows/mail/mail_tab.hpp"
-#include "windows/main_window.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/import_windows.hpp"
 #include "windows/state/new_user.hpp"
+#include "windows/tree/tree_popup.hpp"
 
 namespace twk::windows {
 namespace {
@@ -139,12 +139,6 @@ void remember_names(Desktop& session, std::string made, std::string formed) {
   session.new_user.formed = std::move(formed);
 }
 
-/// A distinguished name without the words before it; any other path as it is.
-std::string without_provider(const std::string& path) {
-  constexpr std::string_view kProvider = "LDAP://";
-  return path.starts_with(kProvider) ? path.substr(kProvider.size()) : path;
-}
-
 /// The tab during the creation of one user. It keeps what was made, for the card.
 class WitnessedView final : public NewUserView {
  public:
@@ -163,10 +157,10 @@ class WitnessedView final : public NewUserView {
         lines_ += "\nShare \\\\" + thing.server + "\\" + thing.share + " of " + thing.path;
         break;
       case Kind::kGroup:
-        lines_ += "\nMember of " + without_provider(thing.path);
+        lines_ += "\nMember of " + shown_path(thing.path);
         break;
       case Kind::kMailbox:
-        lines_ += "\nMailbox " + without_provider(thing.path);
+        lines_ += "\nMailbox " + shown_path(thing.path);
         break;
     }
   }
@@ -202,7 +196,7 @@ void show_card(Desktop& session, const WitnessedView& view) {
   const bool made = outcome.light == session::kGreen || outcome.light == session::kYellow;
   std::string text = made ? outcome.user + " was created" : "The creation ended with a failure";
   if (!view.account().empty())
-    text += (made ? ": " : ". The account exists: ") + without_provider(view.account());
+    text += (made ? ": " : ". The account exists: ") + shown_path(view.account());
   text += view.lines();
   if (!view.warned().empty())
     text += (made ? "\nNot without faults: " : "\nEnded in: ") + view.warned();
@@ -240,10 +234,6 @@ void Show_Made_Click(Desktop& session) {
   session.form1.TreeView1.ensure_visible(*node);
   if (may_leave_details(session))
     show_user_details(session, *node);
-}
-
-void Another_User_Click(Desktop& session) {
-  Toolbar1_ButtonClick(session, "NewUser");
 }
 
 session::CreationOutcome CreateUser_Click(Desktop& session) {

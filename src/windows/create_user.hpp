@@ -40,10 +40,8 @@ creation::NewUserRequest new_user_request(const Desktop& session);
 
 /// A person edited a name: a User ID that was formed from the names of before goes.
 void New_User_Name_Edited(Desktop& session);
-/// The buttons of the card that says what came of it: shows the account in the tree and on the details tab,
-/// and empties the tab for another person.
+/// Shows the account that was made in the tree and on the details tab.
 void Show_Made_Click(Desktop& session);
-void Another_User_Click(Desktop& session);
 /// Creates the user and shows what came of it. Without a selected node the first one is taken. When the
 /// fields still hold what the last account was made from, it asks first.
 session::CreationOutcome CreateUser_Click(Desktop& session);

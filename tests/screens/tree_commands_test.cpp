@@ -117,6 +117,25 @@ TEST_F(TreeCommands, F5ReadsTheDomainAgain) {
   EXPECT_EQ(window->tree().currentIndex(), index(lab.session.form1.TreeView1.first()->key));
 }
 
+TEST_F(TreeCommands, KeysOfTheTreeDeleteRenameAndCopy) {
+  open();
+  screens::TreePane& tree = window->tree();
+  tree.setFocus();
+  tree.setCurrentIndex(index(john));
+  for (const auto& [key, name] : {std::pair{Qt::Key_Delete, "MultiUser"}, {Qt::Key_F2, "RenameUser"}}) {
+    expect_window([name = name](QWidget& shown) {
+      EXPECT_EQ(shown.objectName(), name);
+      QTest::keyClick(&shown, Qt::Key_Escape);
+    });
+    QTest::keyClick(&tree, key);
+    window->activateWindow();
+    settle();
+  }
+  QTest::keySequence(&tree, QKeySequence::Copy);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(),
+            "CN=Smith\\, John," + QString::fromStdString(std::string(kNewStarters)));
+}
+
 TEST_F(TreeCommands, ThePopupFitsTheNodeUnderThePointerAndOfTheMenuKey) {
   open();
   show_menu_at(john, QContextMenuEvent::Mouse);

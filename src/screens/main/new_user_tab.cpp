@@ -15,6 +15,7 @@
 #include "screens/widgets/text.hpp"
 #include "session/loaded_domain.hpp"
 #include "windows/create_user.hpp"
+#include "windows/main_window.hpp"
 #include "windows/setting_controls.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/new_user.hpp"
@@ -125,7 +126,8 @@ QWidget* make_card(Desktop& session, QWidget* parent) {
   add_button(*buttons, "Show", "Show_Made", state.Show_Made,
              [&session] { windows::Show_Made_Click(session); });
   add_button(*buttons, "Copy", "Copy_Made", [text] { QGuiApplication::clipboard()->setText(text->text()); });
-  add_button(*buttons, "Another", "Another_User", [&session] { windows::Another_User_Click(session); });
+  add_button(*buttons, "Another", "Another_User",
+             [&session] { windows::Toolbar1_ButtonClick(session, "NewUser"); });
   buttons->addStretch(1);
   follow(*card, state.card_visible, [card](bool shown) { card->setVisible(shown); });
   return card;

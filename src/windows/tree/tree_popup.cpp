@@ -17,4 +17,13 @@ void POPUP(Desktop& session, controls::TreeNode& node) {
   form.mnupopup[10].enabled = directory::may_create_ou(session, node);
 }
 
+std::string shown_path(const std::string& path) {
+  constexpr std::string_view kProvider = "LDAP://";
+  if (!path.starts_with(kProvider))
+    return path;
+  const std::string rest = path.substr(kProvider.size());
+  const std::size_t slash = rest.find('/');
+  return slash < rest.find('=') ? rest.substr(slash + 1) : rest;
+}
+
 }  // namespace twk::windows
