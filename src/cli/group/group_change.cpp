@@ -2,8 +2,8 @@
 #include <optional>
 
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/resource_session.hpp"
-#include "cli/frame/user_runs.hpp"
 #include "cli/group/group_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"

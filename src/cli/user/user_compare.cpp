@@ -1,5 +1,5 @@
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/resource_session.hpp"
-#include "cli/frame/user_runs.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
