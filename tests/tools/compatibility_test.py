@@ -8,6 +8,7 @@ A command may get more keys; one that loses a key, or ends with another exit cod
 
 import json
 import os
+import re
 import shlex
 import shutil
 import sys
@@ -21,13 +22,12 @@ HERE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../compatibilit
 def faults_of_keys(folder):
     lab = f"{folder}/lab"
     make_lab(lab)
-    os.chdir(folder)
     with open(f"{folder}/two.csv", "w", encoding="utf-8") as lines:
         lines.write("Ann,,Lee\nBo,,Day\n")
     with open(f"{HERE}/keys.txt", encoding="utf-8") as table:
-        rows = [row.rstrip("\n").split(" | ") for row in table if row.strip() and not row.startswith("#")]
+        rows = [[part.strip() for part in row.split("|")] for row in table if row.strip() and not row.startswith("#")]
     for command, code, keys in rows:
-        ran = twk(lab, "--json", *shlex.split(command), codes=())
+        ran = twk(lab, "--json", *shlex.split(command.replace("two.csv", f"{folder}/two.csv")), codes=())
         if ran.returncode != int(code):
             yield f"{command}: exit code {ran.returncode}, not {code}\n{ran.stderr[-500:]}"
         found = {key for line in ran.stdout.splitlines() for key in json.loads(line)}
@@ -39,7 +39,7 @@ def faults_of_release(folder, release):
     lab = f"{folder}/{release}"
     shutil.copytree(f"{HERE}/{release}/lab", lab)
     with open(f"{HERE}/{release}/shown.txt", encoding="utf-8") as file:
-        for part in file.read().split("$ ")[1:]:
+        for part in re.split(r"^\$ ", file.read(), flags=re.MULTILINE)[1:]:
             command, _, wanted = part.partition("\n")
             shown = twk(lab, *shlex.split(command)).stdout.replace(lab, "LAB")
             if shown != wanted:
