@@ -141,8 +141,8 @@ $ user import $FILE $STAFF --make-parents => 1
 
 // The first Müller has the number of a person who is there by the second run, which makes only the new one.
 TEST_F(ImportingUsers, RecognizesPeopleByAKeyAndWritesNamesInPlainLetters) {
-  play(R"(
-$ table set w2k p,userPrincipalName,%Account%@%Domain%
+  play(R"TWK(
+$ table set w2k $ROWS
 $ user import $FILE $STAFF $KEY --dry-run => 1
 {"line": 3, "user": "Jurgen.Mueller", "light": "YELLOW", "message": "An earlier line is of the same person: employeeNumber 7"}
 {"created": 3, "refused": 1, "known": 1}
@@ -163,11 +163,13 @@ $ user import $FILE $STAFF --csv --key employeeNumber)(cn=%IMPORT3% => 64 --key 
 $ user import $FILE $STAFF --csv --key shoeSize=%IMPORT3% => 2 does not know the attribute shoeSize
 {"check": "key", "light": "RED"}
 $ user create $STAFF --plain-letters --key employeeNumber=8 Ann Lee => 1 Has an account already: Lukasz.Mueller1
-)",
-       {{"$KEY", {"--csv", "--plain-letters", "--key", "employeeNumber=%IMPORT:No%"}},
+)TWK",
+       {{"$ROWS", {file("rows.txt", "p,userPrincipalName,%Account%@%Domain%\n")}},
+        {"$KEY", {"--csv", "--plain-letters", "--key", "employeeNumber=%IMPORT:No%"}},
         {"$FILE",
-         {file("people.csv", "First name,Last name,No\nŁukasz,Müller,7\nJurgen,Müller,7\nŁukasz,Müller,8\n"
-                             "Γιάννης,Straße,9\nAl,Bo,\n")}}});
+         {file("people.csv",
+               "First name,Last name,No\nŁukasz,Müller,7\nJurgen,Müller,7\nŁukasz,Müller,8\n"
+               "Γιάννης,Straße,9\nAl,Bo,\n")}}});
 }
 
 TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
