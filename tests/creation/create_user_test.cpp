@@ -92,7 +92,11 @@ TEST_P(CreateUser, TheSecondFormatAndThenItsSerialNumberFindAFreeName) {
   set("Setup", "AltSetupID", "%first%.%last%%n%");
   set("Setup", "IncNumber", "7");
   start();
-  for (int i = 0; i < 3; ++i) {
+  for (const char* const before : {"", "Jo.Smith", "Jo.Smith7"}) {
+    if (*before != '\0')
+      dialogs.expect("\"" + std::string(before) +
+                         "\" was just made with these names.\r\nMake another account with the same names?",
+                     platform::Answer::kYes);
     session.share_points.HomeSharePoint.clear();
     create();
     session.form1.nutemplate.text = records::padded_template_name("Staff");
