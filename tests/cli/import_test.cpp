@@ -144,8 +144,8 @@ TEST_F(ImportingUsers, RecognizesPeopleByAKeyAndWritesNamesInPlainLetters) {
   play(R"TWK(
 $ table set w2k $ROWS
 $ user import $FILE $STAFF $KEY --dry-run => 1
-{"line": 3, "user": "Jurgen.Mueller", "light": "YELLOW", "message": "An earlier line is of the same person: employeeNumber 7"}
-{"created": 3, "refused": 1, "known": 1}
+| 3     YELLOW  Jurgen.Mueller        An earlier line is of the same person: employeeNumber 7
+| 3 would be created, 0 of them with warnings, 1 not created, 1 with an account already.
 $ user import $FILE $STAFF $KEY => 1
 {"line": 2, "user": "Lukasz.Mueller", "light": "GREEN"}
 {"line": 3, "light": "YELLOW", "message": "Has an account already: Lukasz.Mueller (employeeNumber 7)"}
@@ -156,13 +156,15 @@ $ user import $FILE $STAFF $KEY => 1
 $ user show Lukasz.Mueller1
 {"userPrincipalName": "Lukasz.Mueller1@twk.test", "fullName": "Łukasz Müller"}
 $ user import $FILE $STAFF $KEY --halt-on-warnings => 1
-{"created": 0, "refused": 1, "known": 4}
-$ user import $FILE $STAFF --csv --key employeeNumber=%IMPORT9% => 2 There is no employeeNumber
+| 0 created, 0 of them with warnings, 1 not created, 4 with an account already.
+$ user import $FILE $STAFF --csv --key employeeNumber=%IMPORT9% => 1
+| RED     Łukasz.Müller         There is no employeeNumber
 $ user import $FILE $STAFF --csv --key employeeNumber=7 => 64 --key needs a column of the file
 $ user import $FILE $STAFF --csv --key employeeNumber)(cn=%IMPORT3% => 64 --key takes an attribute
 $ user import $FILE $STAFF --csv --key shoeSize=%IMPORT3% => 2 does not know the attribute shoeSize
 {"check": "key", "light": "RED"}
-$ user create $STAFF --plain-letters --key employeeNumber=8 Ann Lee => 1 Has an account already: Lukasz.Mueller1
+$ user create $STAFF --plain-letters --key employeeNumber=8 Ann Lee => 1
+| YELLOW  Has an account already: Lukasz.Mueller1
 )TWK",
        {{"$ROWS", {file("rows.txt", "p,userPrincipalName,%Account%@%Domain%\n")}},
         {"$KEY", {"--csv", "--plain-letters", "--key", "employeeNumber=%IMPORT:No%"}},
