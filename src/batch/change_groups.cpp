@@ -32,6 +32,7 @@ std::string path_of(const Session& session, const SelectedUser& user) {
 std::vector<BoundGroup> bind_groups(Session& session, const std::vector<groups::GroupRow>& rows) {
   const bool active_directory = session::is_active_directory(session);
   std::vector<BoundGroup> bound;
+  bound.reserve(rows.size());
   for (const groups::GroupRow& row : rows) {
     bound.push_back({row, groups::bind_group(session, row),
                      base::upper(active_directory ? directory::name_in_path(row.key) : row.name),

@@ -50,7 +50,7 @@ class Terminal:
     def completed(self, line):
         """The words of the line after the Tab key, a line each: it is made the argument of printf."""
         self.type(line + "\t")
-        time.sleep(0.7)
+        time.sleep(1.5)
         quote = "'" if line.count("'") % 2 == 1 else ""
         self.type(f"{quote}\x01printf '[%s]' \x05; printf '\\nEND\\n'\r")
         seen = self.read_until("END\nREADY> ")

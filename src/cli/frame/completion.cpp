@@ -24,11 +24,10 @@ enum class Kind { kNothing, kFiles, kFolders, kTemplates, kSites, kUsers, kGroup
 
 /// What an argument's name in help stands for. "NAME" is what its command is about.
 Kind kind_of(const Completion& wanted) {
-  const auto& [candidates, command, placeholder, prefix, before] = wanted;
   const auto is = [&](std::initializer_list<std::string_view> names) {
-    return std::ranges::find(names, placeholder) != names.end();
+    return std::ranges::find(names, wanted.placeholder) != names.end();
   };
-  const std::string_view room = std::string_view(command).substr(0, command.find(' '));
+  const std::string_view room = std::string_view(wanted.command).substr(0, wanted.command.find(' '));
   if (is({"FILE", "F", "RECORD", "LDIF"}))
     return Kind::kFiles;
   if (is({"DIR"}))

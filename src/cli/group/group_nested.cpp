@@ -38,7 +38,7 @@ int show_tree(Context& context, const std::string& name) {
     const groups::GroupNode& group = place.graph.nodes()[row.group];
     std::string text = group.name;
     if (indents) {
-      text = std::string(row.depth * 2, ' ') + text;
+      text.insert(0, row.depth * 2, ' ');
       text += row.circle ? "  (circle)" : row.repeated ? "  (see above)" : "";
     }
     rows.push_back({{"name", text},
