@@ -52,17 +52,16 @@ class Reader {
 
  private:
   void pass(const std::string& word) {
+    const CLI::App* const inner = only_names_ ? nullptr : subcommand(word);
     if (waiting_ != nullptr) {
       waiting_ = nullptr;
-    } else if (only_names_) {
-      ++names_;
-    } else if (word == "--") {
+    } else if (!only_names_ && word == "--") {
       only_names_ = true;
-    } else if (word.size() > 1 && word.front() == '-') {
+    } else if (!only_names_ && word.size() > 1 && word.front() == '-') {
       const CLI::Option* const option = find(word);
       if (option != nullptr && option->get_items_expected_max() != 0)
         waiting_ = option;
-    } else if (const CLI::App* const inner = subcommand(word)) {
+    } else if (inner != nullptr) {
       command_ = inner;
       result_.command += (result_.command.empty() ? "" : " ") + word;
       names_ = 0;

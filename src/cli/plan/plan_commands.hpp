@@ -14,7 +14,7 @@ namespace twk::cli {
 /// rehearsal of it. Raises `UsageError`, also for a command that has no rehearsal.
 using LineParser = std::function<std::function<int()>(const std::vector<std::string>& words, bool dry_run)>;
 
-void add_plan_commands(Command& app, Context& context, LineParser parse);
+void add_plan_commands(Command& app, Context& context, const LineParser& parse);
 
 /// Takes back what a run of a plan did, by its record.
 void add_plan_undo(Command& plan, Context& context);

@@ -123,7 +123,7 @@ class PlanRun {
 
 }  // namespace
 
-void add_plan_commands(Command& app, Context& context, LineParser parse) {
+void add_plan_commands(Command& app, Context& context, const LineParser& parse) {
   auto* plan = app.add_subcommand("plan", "Run many commands as one, from a file");
   plan->require_subcommand();
   auto arguments = std::make_shared<Arguments>();
