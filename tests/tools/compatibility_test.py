@@ -38,6 +38,9 @@ def faults_of_keys(folder):
 def faults_of_release(folder, release):
     lab = f"{folder}/{release}"
     shutil.copytree(f"{HERE}/{release}/lab", lab)
+    with open(f"{HERE}/{release}/folders.txt", encoding="utf-8") as folders:  # those without a file, which git does not keep
+        for line in folders:
+            os.makedirs(f"{lab}/{line.rstrip()}", exist_ok=True)
     with open(f"{HERE}/{release}/shown.txt", encoding="utf-8") as file:
         for part in re.split(r"^\$ ", file.read(), flags=re.MULTILINE)[1:]:
             command, _, wanted = part.partition("\n")
