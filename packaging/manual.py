@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the manual: pages for man(1) and the same as HTML. Options come from the parser of twk, prose from docs/.
+"""Makes the manual: pages for man(1) and the same as HTML, and the guide as HTML. Options, settings, formats and variables
+come from twk itself, prose from docs/.
 
     manual.py PATH-OF-TWK DOCS FOLDER
 
@@ -88,13 +89,17 @@ class Command:
                            for heading, text in parts if text)
 
 
-def read_commands(twk):
+def rows_of(twk, *words):
+    printed = subprocess.run([twk, *words], capture_output=True, text=True, check=True).stdout
+    return [json.loads(line) for line in printed.splitlines()]
+
+
+def commands_of(rows):
     commands = {}
-    for line in subprocess.run([twk, "__manual"], capture_output=True, text=True, check=True).stdout.splitlines():
-        row = json.loads(line)
+    for row in rows:
         if "option" in row:
             commands[row["command"]].options.append(row)
-        else:
+        elif "command" in row:
             commands[row["command"]] = Command(row)
     return commands
 
@@ -111,7 +116,7 @@ def group_page(commands, group, prose):
     text.append("# OPTIONS\n\nThe options of *twk*(1) may be given, too.\n")
     for command in members:
         text.append(f"## twk {command.words}\n\n{plain(command.help)}.\n\n{command.all_options()}\n")
-    text.append("# SEE ALSO\n\n*twk*(1), *tarnwick*(1), *tarnwick-files*(5)\n")
+    text.append("# SEE ALSO\n\n*twk*(1), *tarnwick*(1), *tarnwick-files*(5), *tarnwick-settings*(5), *tarnwick-formats*(5)\n")
     return "\n".join(text)
 
 
@@ -125,7 +130,7 @@ def main_page(commands, prose):
     for heading, title in (("A real domain", "A REAL DOMAIN"), ("In scripts", "IN SCRIPTS"),
                            ("What is protected", "WHAT IS PROTECTED")):
         text.append(f"# {title}\n\n{prose[heading]}\n".replace("\n### ", "\n## "))
-    text.append("# SEE ALSO\n\n*tarnwick*(1), *tarnwick-files*(5)\n")
+    text.append("# SEE ALSO\n\n*tarnwick*(1), *tarnwick-files*(5), *tarnwick-settings*(5), *tarnwick-formats*(5)\n")
     return "\n".join(text)
 
 
@@ -134,6 +139,52 @@ def files_page(docs):
         text = file.read()
     text = re.sub(r"^# .*\n", "", text).replace("\n## ", "\n# ").replace("\n### ", "\n## ")
     return "# NAME\n\ntarnwick-files - the files of Tarnwick\n\n# DESCRIPTION\n" + text
+
+
+def settings_page(rows):
+    text = ["# NAME\n\ntarnwick-settings - the settings of Tarnwick\n\n# DESCRIPTION\n",
+            "`twk settings set KEY NAME VALUE` changes one, `twk settings describe` lists them; *twk-settings*(1).\n"]
+    key = None
+    for row in rows:
+        if key != row["name"].split("\\")[0]:
+            key = row["name"].split("\\")[0]
+            text.append(f"# {key.upper()}\n")
+        default = f" Default: {plain(row['default'])}." if row["default"] else ""
+        text.append(f"**{plain(row['name'].split(chr(92))[1])}** *{plain(row['takes'])}*\n: {plain(row['meaning'])}.{default}\n")
+    return "\n".join(text)
+
+
+def formats_page(rows):
+    text = ["# NAME\n\ntarnwick-formats - formats of names, and variables\n\n# DESCRIPTION\n",
+            "Account names, full names, passwords and many other texts are made from a person's names by a format: text "
+            "with tags, in capitals or small letters. `twk format` tries one; *twk-format*(1).\n\n# FORMATS\n",
+            "The examples are for John Fred Smith, the serial number 1, and a line of an import with Sales in its second "
+            "field, Department.\n"]
+    text += [f"**{plain(row['format'])}**\n: {plain(row['meaning'])}. **{plain(row['example'])}** gives *{plain(row['result'])}*.\n"
+             for row in rows if "format" in row]
+    text.append("# VARIABLES\n\nA variable stands between percent signs, in capitals or small letters. A template has up to "
+                "50 of its own, which may be used in descriptions, values of tables and commands. The tags above may be "
+                "used there, too.\n")
+    text += [f"**{plain(row['variable'])}**\n: {plain(row['meaning'])}; in {plain(row['where'])}.\n" for row in rows if "variable" in row]
+    return "\n".join(text)
+
+
+def write_guide(docs, folder):
+    """The pages of the guide, whose links lead to each other and to the manual."""
+    for page in sorted(os.listdir(f"{docs}/guide")):
+        with open(f"{docs}/guide/{page}", encoding="utf-8") as file:
+            text = file.read()
+        text = re.sub(r"\]\(([a-z-]+)\.md", r"](guide-\1.html", text)
+        text = re.sub(r"\]\(\.\./(command-line|file-formats)\.md[^)]*\)",
+                      lambda link: {"command-line": "](twk.1.html)", "file-formats": "](tarnwick-files.5.html)"}[link.group(1)], text)
+        title = re.match(r"# (.*)", text).group(1)
+        write(f"{folder}/html/guide-{page[:-3]}.html", as_html(text, title))
+
+
+def as_html(markdown, title):
+    html = subprocess.run(["lowdown", "-s", "-Thtml", f"-Mtitle={title}", "--out-no-smarty"], input=markdown,
+                          capture_output=True, text=True, check=True).stdout
+    return html.replace("</head>", STYLE + "</head>", 1)
 
 
 def converted(markdown, kind, title, section):
@@ -165,19 +216,22 @@ def write_page(folder, name, section, markdown):
 
 def main():
     twk, docs, folder = sys.argv[1:]
-    commands = read_commands(twk)
+    rows = rows_of(twk, "__manual")
+    commands = commands_of(rows)
     prose = sections_of(f"{docs}/command-line.md")
     write_page(folder, "twk", 1, main_page(commands, prose))
     write_page(folder, "tarnwick-files", 5, files_page(docs))
+    write_page(folder, "tarnwick-settings", 5, settings_page(rows_of(twk, "--json", "settings", "describe")))
+    write_page(folder, "tarnwick-formats", 5, formats_page(rows))
+    write_guide(docs, folder)
     for group in commands[""].inner:
         write_page(folder, f"twk-{group}", 1, group_page(commands, group, prose))
         for name in commands[group].inner:
             write(f"{folder}/man1/twk-{group}-{name}.1", f".so man1/twk-{group}.1\n")
-    pages = ["twk.1", *(f"twk-{group}.1" for group in commands[""].inner), "tarnwick-files.5"]
-    index = "# Tarnwick\n\n" + "\n".join(f"- [{page}]({page}.html)" for page in pages)
-    html = subprocess.run(["lowdown", "-s", "-Thtml", "-Mtitle=Tarnwick"], input=index, capture_output=True, text=True,
-                          check=True).stdout
-    write(f"{folder}/html/index.html", html.replace("</head>", STYLE + "</head>", 1))
+    pages = ["twk.1", *(f"twk-{group}.1" for group in commands[""].inner), "tarnwick-files.5", "tarnwick-settings.5",
+             "tarnwick-formats.5"]
+    index = "# Tarnwick\n\n[The guide](guide-README.html)\n\n" + "\n".join(f"- [{page}]({page}.html)" for page in pages)
+    write(f"{folder}/html/index.html", as_html(index, "Tarnwick"))
 
 
 main()

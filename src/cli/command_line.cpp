@@ -12,6 +12,8 @@
 #include "cli/frame/context.hpp"
 #include "cli/frame/logon_password.hpp"
 #include "cli/parser/manual.hpp"
+#include "cli/parser/near_matches.hpp"
+#include "cli/parser/prose.hpp"
 #include "cli/plan/plan_commands.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -25,7 +27,7 @@ namespace {
 constexpr std::string_view kFooter =
     "Exit code: 0 GREEN, 1 YELLOW, 2 RED, 64 usage, 65 bad input data, 70 a fault of the program,\n"
     "77 not permitted. A value that begins with \"-\" is given as --option=-value, or after \"--\".\n"
-    "`twk help COMMAND` shows this for a command, `man twk` the manual.";
+    "`twk help COMMAND` says more about a command, `man twk` is the manual.";
 
 void add_connection_options(Command& app, GlobalOptions& options) {
   constexpr const char* kHeading = "A real domain";
@@ -81,14 +83,6 @@ std::string fault_text(const CLI::App& app, const CLI::ParseError& error) {
   return is_extra ? "unknown command or option " + text.substr(word + 2) : text;
 }
 
-/// "twk help user import" is "twk user import --help".
-void ask_for_help(std::vector<std::string>& words) {
-  if (words.empty() || words.front() != "help")
-    return;
-  words.erase(words.begin());
-  words.emplace_back("--help");
-}
-
 void add_commands(Command& app, Context& context) {
   add_lab_commands(app, context);
   add_doctor_command(app, context);
@@ -117,7 +111,6 @@ void add_commands(Command& app, Context& context) {
 /// Raises `CLI::ParseError`, and `UsageError` with where to find help.
 void parse_words(CLI::App& app, const Command& commands, int argc, const char* const* argv) {
   std::vector<std::string> words = commands.words_of(argc, argv);
-  ask_for_help(words);
   std::reverse(words.begin(), words.end());  // the parser takes them from the end
   try {
     app.parse(std::move(words));
@@ -128,6 +121,35 @@ void parse_words(CLI::App& app, const Command& commands, int argc, const char* c
   } catch (const UsageError& error) {
     throw UsageError(with_help(innermost(app), error.what()));
   }
+}
+
+std::vector<std::string> names_of(const CLI::App& group) {
+  std::vector<std::string> names;
+  for (const CLI::App* const one : group.get_subcommands([](const CLI::App*) { return true; }))
+    names.push_back(one->get_name());
+  return names;
+}
+
+/// `twk help user import`: what --help prints, and what the documentation says about the command.
+int print_help(const CLI::App& line, const std::vector<std::string>& words) {
+  const CLI::App* group = &line;
+  const CLI::App* command = &line;
+  std::string before;
+  for (const std::string& word : words) {
+    group = command;
+    before += (before.empty() ? "" : " ") + group->get_name();
+    const auto names = names_of(*group);
+    if (std::ranges::find(names, word) == names.end())
+      throw UsageError(no_such_text("command", word, names));
+    command = group->get_subcommand(word);
+  }
+  std::cout << command->help(before);
+  if (!words.empty() && names_of(*command).empty())
+    std::cout << prose_of(words.front(), words.size() > 1 ? words.back() : "", names_of(*group));
+  else if (!words.empty())
+    std::cout << "`twk help " << words.front() << " SUBCOMMAND` says more about one of them.\n";
+  std::cout.flush();
+  return kExitGreen;
 }
 
 /// True when a command should run; false when help or the version was requested and printed.
@@ -195,6 +217,8 @@ int run(int argc, char** argv) {
     return print_completions(context, line, {argv + 2, argv + argc});
   if (argc > 1 && std::string_view(argv[1]) == "__manual")
     return print_manual(context.output(), line);
+  if (argc > 1 && std::string_view(argv[1]) == "help")
+    return print_help(line, {argv + 2, argv + argc});
   if (!parse(line, app, argc, argv))
     return kExitGreen;
   catch_interrupts();

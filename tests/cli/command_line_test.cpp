@@ -102,6 +102,18 @@ $ --help
 | template
 | --domain
 $ --lab $FOLDER lab info => 65 is not a lab
+$ help template
+| SUBCOMMAND
+$ help users move-ou
+| Usage: twk users move-ou
+| Examples:
+| container, groups [--add G]
+- set-attribute PROPERTY VALUE sets
+$ help format
+| SmithJ
+| %EXorg%
+| Prints the result of a name format.
+$ help user improt => 64 Near: "import"
 )",
                    {{"$FOLDER", {folder.path().string()}}});
 }

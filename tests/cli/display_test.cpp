@@ -32,6 +32,12 @@ TEST(Display, APieceIsCutBetweenCharacters) {
   EXPECT_EQ(clip("Ann", 9), "Ann");
 }
 
+TEST(Display, ParagraphsAreBrokenBetweenWords) {
+  const std::string word(40, 'x');
+  EXPECT_EQ(fill("  a: " + word + " " + word + " b", 5), "  a: " + word + "\n     " + word + " b");
+  EXPECT_EQ(fill("- " + word + word, 2), "- " + word + word);
+}
+
 TEST(Display, WhatATerminalWouldObeyIsMadeVisible) {
   EXPECT_EQ(printable("a\x1b[2Jb\nc"), "a<U+001B>[2Jb<U+000A>c");
   EXPECT_EQ(printable("a\r\nb\x07", true), "a\nb<U+0007>");

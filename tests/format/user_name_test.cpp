@@ -1,6 +1,8 @@
 #include "format/user_name.hpp"
 
 #include "base/text.hpp"
+#include "format/import_headings.hpp"
+#include "format/reference.hpp"
 #include "format/tags.hpp"
 #include "support/world.hpp"
 
@@ -52,6 +54,18 @@ TEST_F(UserNameTest, FormatsGiveWhatTheirModifiersAskFor) {
   };
   for (const auto& [format, result] : examples)
     EXPECT_EQ(name(format), result) << format;
+}
+
+TEST_F(UserNameTest, ExamplesOfTheReferenceGiveWhatItSays) {
+  session.import.Importing = true;
+  session.import.ImportFields[2] = "Sales";
+  session.import.columns_by_heading = {{heading_key("Department"), 2}};
+  session.import.fields_of_record = {"Ann", "Sales"};
+  for (const FormatPart& part : all_format_parts()) {
+    session.SerialTokenUsed = true;
+    session.SerialCounter = 1;
+    EXPECT_EQ(name(part.example), part.result) << part.written;
+  }
 }
 
 TEST_F(UserNameTest, LettersAreCharactersAndNotBytes) {

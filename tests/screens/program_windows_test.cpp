@@ -100,6 +100,34 @@ TEST_F(ProgramWindowsTest, EveryHelpPageIsInTheContentsAndItsLinksLeadToPages) {
   }
 }
 
+TEST_F(ProgramWindowsTest, HelpShowsTheGuideAndTheReferencesOfTheProgram) {
+  open();
+  screens::show_help(window.get(), "main");
+  auto* const help = find<QMainWindow>("frmHelp");
+  const auto* const contents = find<QListWidget>("contents", help);
+  const auto shown = [&](const QString& title) {
+    const auto items = contents->findItems(title, Qt::MatchExactly);
+    if (items.size() == 1)
+      items.front()->listWidget()->setCurrentItem(items.front());
+    return page(window.get()).toPlainText();
+  };
+  EXPECT_TRUE(shown("A school year").contains("twk users move-ou"));
+  EXPECT_TRUE(shown("The command line").contains("--dry-run"));
+  EXPECT_TRUE(shown("Settings").contains("Setup\\IncNumber"));
+  EXPECT_TRUE(shown("Variables").contains("%NTServer%"));
+  static const QRegularExpression link("\\]\\(([^)#]+\\.md)");
+  for (const QString& name : QDir(":/help/guide").entryList({"*.md"})) {
+    QFile file(":/help/guide/" + name);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    auto links = link.globalMatch(QString::fromUtf8(file.readAll()));
+    while (links.hasNext()) {
+      const QString target = links.next().captured(1);
+      EXPECT_TRUE(QFile::exists(QDir::cleanPath(":/help/guide/" + target)))
+          << name.toStdString() << target.toStdString();
+    }
+  }
+}
+
 TEST_F(ProgramWindowsTest, HelpFindsInThePageAndGoesBack) {
   open();
   screens::show_help(window.get(), "names");

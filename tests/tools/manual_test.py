@@ -47,7 +47,7 @@ def faults_of_pages(folder):
 
 def main():
     listed = subprocess.run([TWK, "__manual"], capture_output=True, text=True, check=True).stdout
-    rows = [json.loads(line) for line in listed.splitlines()]
+    rows = [row for row in map(json.loads, listed.splitlines()) if "command" in row]
     with open(f"{ROOT}/docs/command-line.md", encoding="utf-8") as file:
         text = file.read()
     faults = list(faults_of_documentation(rows, text))

@@ -304,6 +304,10 @@ void Command::footer(const std::string& text) {
   real_.footer(text);
 }
 
+void Command::footer(std::function<std::string()> text) {
+  real_.footer(std::move(text));
+}
+
 void Command::callback(std::function<void()> done) {
   real_.callback(std::move(done));
 }

@@ -95,6 +95,8 @@ class Command {
   void require_subcommand();
   /// Text after the options in help.
   void footer(const std::string& text);
+  /// The same, made when help is printed.
+  void footer(std::function<std::string()> text);
   void callback(std::function<void()> done);
 
  private:

@@ -5,6 +5,7 @@
 
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/output.hpp"
+#include "format/reference.hpp"
 
 namespace twk::cli {
 namespace {
@@ -41,6 +42,15 @@ void print_command(Output& output, const CLI::App& command, const std::string& w
 int print_manual(Output& output, const CLI::App& line) {
   output.set_json(true);
   print_command(output, line, {});
+  for (const format::FormatPart& part : format::all_format_parts()) {
+    output.result({{"format", part.written},
+                   {"meaning", part.meaning},
+                   {"example", part.example},
+                   {"result", part.result}},
+                  {});
+  }
+  for (const format::KnownVariable& one : format::all_known_variables())
+    output.result({{"variable", one.written}, {"meaning", one.meaning}, {"where", one.where}}, {});
   output.finish();
   return kExitGreen;
 }

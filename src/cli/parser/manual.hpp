@@ -13,6 +13,8 @@ class Output;
 ///
 ///     {"command":"user import","help":"Create a user for each line …","commands":""}
 ///     {"command":"user import","option":"--first","value":"N","help":"Column of the first name","heading":"Options"}
+///     {"format":"%first%","meaning":"The first name","example":"%first%","result":"John"}
+///     {"variable":"%UserName%","meaning":"The account name","where":"Paths …"}
 int print_manual(Output& output, const CLI::App& line);
 
 }  // namespace twk::cli

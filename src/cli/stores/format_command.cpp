@@ -1,8 +1,10 @@
 #include "base/text.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/terminal/display.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
+#include "format/reference.hpp"
 #include "format/user_name.hpp"
 
 namespace twk::cli {
@@ -40,6 +42,23 @@ int print_name(Context& context, const FormatArguments& arguments) {
   return kExitGreen;
 }
 
+/// The language of formats, below the options.
+std::string language_text() {
+  constexpr std::size_t kWrittenWidth = 26;
+  std::string text = "Formats, and what the example gives for John Fred Smith:\n";
+  const auto add = [&](std::string_view written, const std::string& meaning) {
+    text += fill("  " + pad(written, kWrittenWidth) + meaning, kWrittenWidth + 2) + "\n";
+  };
+  for (const format::FormatPart& part : format::all_format_parts()) {
+    add(part.written,
+        std::string(part.meaning) + ": " + std::string(part.example) + " gives " + std::string(part.result));
+  }
+  text += "\nVariables of other texts:\n";
+  for (const format::KnownVariable& variable : format::all_known_variables())
+    add(variable.written, std::string(variable.meaning) + "; in " + std::string(variable.where));
+  return text;
+}
+
 }  // namespace
 
 void add_format_command(Command& app, Context& context) {
@@ -55,6 +74,7 @@ void add_format_command(Command& app, Context& context) {
   format->add_option("FIRST", arguments->first, "First name")->required()->may_be_empty();
   format->add_option("MIDDLE", arguments->middle, "Middle name; may be empty")->required()->may_be_empty();
   format->add_option("LAST", arguments->last, "Last name")->required()->may_be_empty();
+  format->footer(language_text);
   format->callback(
       [=, &context] { context.set_action([=, &context] { return print_name(context, *arguments); }); });
 }

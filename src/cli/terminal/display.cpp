@@ -3,6 +3,7 @@
 #include <unistd.h>
 #include <uniwidth.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "base/text.hpp"
@@ -50,6 +51,28 @@ std::string pad(std::string_view text, std::size_t width) {
   if (used < width)
     out.append(width - used, ' ');
   return out;
+}
+
+std::string fill(std::string_view text, std::size_t indent) {
+  constexpr std::size_t kWidth = 79;
+  std::string result;
+  std::size_t column = 0;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t word = std::min(text.find_first_not_of(' ', begin), text.size());
+    const std::size_t end = std::min(text.find(' ', word), text.size());
+    const std::string_view blanks = text.substr(begin, word - begin);
+    const std::string_view letters = text.substr(word, end - word);
+    const std::size_t width = display_width(letters);
+    if (column > indent && column + blanks.size() + width > kWidth) {
+      result.append("\n").append(indent, ' ').append(letters);
+      column = indent + width;
+    } else {
+      result.append(blanks).append(letters);
+      column += blanks.size() + width;
+    }
+    begin = end;
+  }
+  return result;
 }
 
 std::string printable(std::string_view text, bool keep_lines) {

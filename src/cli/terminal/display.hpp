@@ -16,6 +16,9 @@ std::string_view clip(std::string_view text, std::size_t width);
 /// The text followed by blanks up to `width` columns.
 std::string pad(std::string_view text, std::size_t width);
 
+/// The text broken between words after at most 79 columns, lines after the first indented by `indent` blanks.
+std::string fill(std::string_view text, std::size_t indent);
+
 /// Safe to write to a terminal: each control character as "<U+001B>", each byte that is not UTF-8 as U+FFFD.
 /// `keep_lines` lets line ends pass, as "\n".
 std::string printable(std::string_view text, bool keep_lines = false);

@@ -14,7 +14,7 @@ struct HelpTopic {
 };
 
 /// In the order of the contents.
-inline constexpr std::array<HelpTopic, 21> kHelpTopics = {{{"main", "The main window"},
+inline constexpr std::array<HelpTopic, 22> kHelpTopics = {{{"main", "The main window"},
                                                            {"lab", "Labs and starting"},
                                                            {"tree", "The tree"},
                                                            {"new-user", "New User"},
@@ -34,7 +34,8 @@ inline constexpr std::array<HelpTopic, 21> kHelpTopics = {{{"main", "The main wi
                                                            {"multi-user", "Many users at once"},
                                                            {"find", "Finding a user"},
                                                            {"groups", "Groups"},
-                                                           {"options", "AD options"}}};
+                                                           {"options", "AD options"},
+                                                           {"settings", "Settings"}}};
 
 /// The topic of a tab by its place in `SSTab1`, and in the set-up tab by its place in `SSTab2`.
 QString help_topic(int tab, int setup_tab);

@@ -3,11 +3,13 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
+#include <QRegularExpression>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTextBrowser>
 #include <QToolBar>
 
+#include "screens/help/help_pages.hpp"
 #include "screens/help/help_topics.hpp"
 #include "screens/program/program_windows.hpp"
 #include "screens/widgets/icons.hpp"
@@ -19,6 +21,26 @@ QString page_of(const QString& topic) {
   return "qrc:/help/" + topic.toLower() + ".html";
 }
 
+constexpr const char* kGuide = "qrc:/help/guide/";
+
+QString text_of(const QString& resource) {
+  QFile file(resource);
+  return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// Shows the pages of the help and the guide, with the references filled in.
+class HelpBrowser final : public QTextBrowser {
+ public:
+  using QTextBrowser::QTextBrowser;
+
+ protected:
+  QVariant loadResource(int type, const QUrl& name) override {
+    const QVariant loaded = QTextBrowser::loadResource(type, name);
+    return type == QTextDocument::HtmlResource ? with_references(QString::fromUtf8(loaded.toByteArray()))
+                                               : loaded;
+  }
+};
+
 class HelpWindow final : public QMainWindow {
  public:
   explicit HelpWindow(QWidget* parent) : QMainWindow(parent, Qt::Window) {
@@ -26,7 +48,7 @@ class HelpWindow final : public QMainWindow {
     setWindowTitle("Help");
     make_panes();
     make_toolbar();
-    resize(860, 600);
+    resize(920, 600);
   }
 
   void open(const QString& topic) {
@@ -42,25 +64,43 @@ class HelpWindow final : public QMainWindow {
     contents_->setObjectName("contents");
     contents_->setAccessibleName("Contents");
     contents_->setSpacing(2);
-    for (const HelpTopic& topic : kHelpTopics) {
-      auto* const item = new QListWidgetItem(topic.title, contents_);
-      item->setData(Qt::UserRole, topic.name);
-    }
-    browser_ = new QTextBrowser(panes);
+    for (const HelpTopic& topic : kHelpTopics)
+      add_page(topic.title, page_of(topic.name));
+    add_page("The command line", "qrc:/help/command-line.md");
+    add_page("The files", "qrc:/help/file-formats.md");
+    add_guide();
+    browser_ = new HelpBrowser(panes);
     browser_->setObjectName("page");
     browser_->setAccessibleName("Page");
     browser_->setOpenExternalLinks(false);
     browser_->document()->setDocumentMargin(14);
     panes->setStretchFactor(0, 0);
     panes->setStretchFactor(1, 1);
-    panes->setSizes({200, 660});
+    panes->setSizes({260, 660});
     setCentralWidget(panes);
     connect(contents_, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem* item) {
-      const QUrl page(page_of(item->data(Qt::UserRole).toString()));
-      if (browser_->source() != page)
+      const QUrl page(item->data(Qt::UserRole).toString());
+      if (browser_->source().adjusted(QUrl::RemoveFragment) != page)
         browser_->setSource(page);
     });
     connect(browser_, &QTextBrowser::sourceChanged, this, [this](const QUrl& page) { mark(page); });
+  }
+
+  void add_page(const QString& title, const QString& page) {
+    auto* const item = new QListWidgetItem(title, contents_);
+    item->setData(Qt::UserRole, page);
+  }
+
+  /// Its contents are a page of it.
+  void add_guide() {
+    static const QRegularExpression link("\\[([^\\]]+)\\]\\(([-a-z]+\\.md)\\)");
+    auto* const heading = new QListWidgetItem("Guide", contents_);
+    heading->setFlags(Qt::NoItemFlags);
+    auto links = link.globalMatch(text_of(":/help/guide/README.md"));
+    while (links.hasNext()) {
+      const QRegularExpressionMatch found = links.next();
+      add_page(found.captured(1), kGuide + found.captured(2));
+    }
   }
 
   void make_toolbar() {
@@ -103,7 +143,7 @@ class HelpWindow final : public QMainWindow {
   /// The page in the contents.
   void mark(const QUrl& page) {
     for (int i = 0; i < contents_->count(); ++i) {
-      if (page_of(contents_->item(i)->data(Qt::UserRole).toString()) == page.toString(QUrl::RemoveFragment))
+      if (contents_->item(i)->data(Qt::UserRole).toString() == page.toString(QUrl::RemoveFragment))
         contents_->setCurrentRow(i);
     }
   }

@@ -13,6 +13,7 @@
 /// Pictures and pages in a static library must be requested by name, outside of a namespace.
 static void load_resources() {
   Q_INIT_RESOURCE(screens);
+  Q_INIT_RESOURCE(guide);
 }
 
 namespace twk::screens {
