@@ -174,7 +174,7 @@ def write_guide(docs, folder):
     for page in sorted(os.listdir(f"{docs}/guide")):
         with open(f"{docs}/guide/{page}", encoding="utf-8") as file:
             text = file.read()
-        text = re.sub(r"\]\(([a-z-]+)\.md", r"](guide-\1.html", text)
+        text = re.sub(r"\]\(([a-z0-9-]+)\.md", r"](guide-\1.html", text)
         text = re.sub(r"\]\(\.\./(command-line|file-formats)\.md[^)]*\)",
                       lambda link: {"command-line": "](twk.1.html)", "file-formats": "](tarnwick-files.5.html)"}[link.group(1)], text)
         title = re.match(r"# (.*)", text).group(1)

@@ -111,7 +111,8 @@ TEST_F(ProgramWindowsTest, HelpShowsTheGuideAndTheReferencesOfTheProgram) {
       items.front()->listWidget()->setCurrentItem(items.front());
     return page(window.get()).toPlainText();
   };
-  EXPECT_TRUE(shown("A school year").contains("twk users move-ou"));
+  EXPECT_TRUE(shown("A school year").contains("twk plan run"));
+  EXPECT_TRUE(shown("NT4-style domains").contains("OLDNT"));
   EXPECT_TRUE(shown("The command line").contains("--dry-run"));
   EXPECT_TRUE(shown("Settings").contains("Setup\\IncNumber"));
   EXPECT_TRUE(shown("Variables").contains("%NTServer%"));

@@ -366,7 +366,11 @@ void save_program_windows(Album& album, screens::MainWindow& window, windows::De
   album.save_modal("tip", [&] { screens::show_tip(&window, session); });
   album.save_modal("about", [&] { screens::show_about(&window); });
   screens::show_help(&window, "names");
-  album.save(*window.findChild<QMainWindow*>("frmHelp"), "help");
+  auto& help = *window.findChild<QMainWindow*>("frmHelp");
+  album.save(help, "help");
+  auto* const contents = help.findChild<QListWidget*>("contents");
+  contents->setCurrentRow(contents->count() - 1);
+  album.save(help, "help-guide");
   const auto splash = screens::make_splash(session);
   session.splash.Splash_TxT.caption = "Retrieving Domain Data...";
   session.splash.visible = true;

@@ -64,6 +64,7 @@ class HelpWindow final : public QMainWindow {
     contents_->setObjectName("contents");
     contents_->setAccessibleName("Contents");
     contents_->setSpacing(2);
+    contents_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (const HelpTopic& topic : kHelpTopics)
       add_page(topic.title, page_of(topic.name));
     add_page("The command line", "qrc:/help/command-line.md");
@@ -89,11 +90,12 @@ class HelpWindow final : public QMainWindow {
   void add_page(const QString& title, const QString& page) {
     auto* const item = new QListWidgetItem(title, contents_);
     item->setData(Qt::UserRole, page);
+    item->setToolTip(title);
   }
 
   /// Its contents are a page of it.
   void add_guide() {
-    static const QRegularExpression link("\\[([^\\]]+)\\]\\(([-a-z]+\\.md)\\)");
+    static const QRegularExpression link("\\[([^\\]]+)\\]\\(([-a-z0-9]+\\.md)\\)");
     auto* const heading = new QListWidgetItem("Guide", contents_);
     heading->setFlags(Qt::NoItemFlags);
     auto links = link.globalMatch(text_of(":/help/guide/README.md"));
