@@ -3,6 +3,7 @@
 #include <array>
 #include <optional>
 
+#include "directory/account_marks.hpp"
 #include "directory/operations.hpp"
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
@@ -83,6 +84,8 @@ std::optional<std::string> apply(Session& session, const AccountOrder& order, co
     case AccountFunction::kEnable:
     case AccountFunction::kDisable:
       set_disabled(user.object, order.function == AccountFunction::kDisable, hooks);
+      directory::set_mark(session, user.path, directory::mark::kDisabled,
+                          order.function == AccountFunction::kDisable);
       break;
     case AccountFunction::kPasswordExpires:
       let_password_expire(session, user.object);

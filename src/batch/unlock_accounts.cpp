@@ -1,6 +1,7 @@
 #include "batch/unlock_accounts.hpp"
 
 #include "batch/bind_account.hpp"
+#include "directory/account_marks.hpp"
 #include "format/passwords.hpp"
 #include "platform/adsi.hpp"
 #include "session/run_scope.hpp"
@@ -38,6 +39,7 @@ bool unlock_accounts(Session& session, const UnlockOrder& order, session::RunVie
   const session::RunScope scope(session, view);
   return walk_selection(session, rules_of(session, hooks, true), [&](SelectedUser& user) {
     unlock_one(session, order, user);
+    directory::set_mark(session, user.path, directory::mark::kLocked, false);
     if (hooks.done)
       hooks.done({{std::string(session::kGreen), "Account Unlocked for " + user.name, true, {}},
                   user.name,

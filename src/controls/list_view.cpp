@@ -158,6 +158,13 @@ void ListView::set_ghosted(ListRow& row, bool ghosted) {
   tell(Kind::kChanged, place_of(row));
 }
 
+void ListView::set_marks(ListRow& row, std::uint8_t marks) {
+  if (row.marks == marks)
+    return;
+  row.marks = marks;
+  tell(Kind::kChanged, place_of(row));
+}
+
 ListRow* ListView::selected() {
   const auto found = std::find_if(rows_.begin(), rows_.end(), [](const auto& row) { return row->selected; });
   return found == rows_.end() ? nullptr : found->get();

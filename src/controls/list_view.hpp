@@ -25,7 +25,8 @@ struct ListRow {
   std::vector<std::string> sub_items;  ///< sub-item 1 is at place 0
   bool selected = false;
   bool checked = false;
-  bool ghosted = false;  ///< shown pale: what it represents is gone
+  bool ghosted = false;    ///< shown pale: what it represents is gone
+  std::uint8_t marks = 0;  ///< bits for what the view shows beside the texts, by the owner's meaning
 
  private:
   friend class ListView;
@@ -84,6 +85,7 @@ class ListView {
   void set_selected(ListRow& row, bool selected);
   void set_checked(ListRow& row, bool checked);
   void set_ghosted(ListRow& row, bool ghosted);
+  void set_marks(ListRow& row, std::uint8_t marks);
 
   /// The first selected row, or none.
   [[nodiscard]] ListRow* selected();

@@ -131,6 +131,13 @@ void TreeView::set_text(TreeNode& node, std::string text) {
   tell(Kind::kChanged, &node, node.place);
 }
 
+void TreeView::set_marks(TreeNode& node, std::uint8_t marks) {
+  if (node.marks == marks)
+    return;
+  node.marks = marks;
+  tell(Kind::kChanged, &node, node.place);
+}
+
 TreeNode* TreeView::next(const TreeNode& node) {
   const auto after = std::next(node.self);
   return after == nodes_.end() ? nullptr : &*after;

@@ -21,6 +21,7 @@ struct TreeNode {
   std::vector<TreeNode*> children;
   bool sorted = false;  ///< children are in order of their texts, otherwise in the order they were added
   bool expanded = false;
+  std::uint8_t marks = 0;   ///< bits for what the view shows beside the text, by the owner's meaning
   std::uint32_t place = 0;  ///< among the nodes of one parent; kept by the tree
 
  private:
@@ -41,7 +42,7 @@ struct TreeChange {
     kSelected,  ///< another node is selected than before
     kExpanded,  ///< `node` was opened or closed
     kVisible,   ///< the view should scroll to `node`
-    kChanged,   ///< the text of `node`
+    kChanged,   ///< the text or the marks of `node`
   };
   Kind kind;
   TreeNode* node = nullptr;
@@ -67,6 +68,7 @@ class TreeView {
   void set_key(TreeNode& node, std::string key);
   /// The node stays in its place, even among sorted neighbours.
   void set_text(TreeNode& node, std::string text);
+  void set_marks(TreeNode& node, std::uint8_t marks);
 
   [[nodiscard]] std::size_t size() const { return nodes_.size(); }
   [[nodiscard]] const std::vector<TreeNode*>& roots() const { return roots_; }

@@ -2,6 +2,7 @@
 #include "creation/account_stage.hpp"
 #include "creation/command_text.hpp"
 #include "creation/shell.hpp"
+#include "directory/account_marks.hpp"
 #include "directory/names.hpp"
 #include "directory/tree/listed_objects.hpp"
 #include "platform/adsi.hpp"
@@ -34,6 +35,8 @@ void AddUserToViews(CreationRun& run) {
   }
   const std::string key = "LDAP://" + session.DomainName + "/CN=" + run.CnName + "," + container_key(run);
   directory::show_new_user(session, {container_key(run), key, key, shown_name(run), run.UserId});
+  if (run.request.flags.disabled)
+    directory::set_mark(session, key, directory::mark::kDisabled, true);
 }
 
 void RunCreateCommand(CreationRun& run) {

@@ -8,6 +8,7 @@
 #include "base/text.hpp"
 #include "directory/account_expiry.hpp"
 #include "directory/domain_search.hpp"
+#include "directory/lockout.hpp"
 #include "platform/adsi.hpp"
 
 namespace twk::directory {
@@ -17,7 +18,6 @@ using platform::ObjectPtr;
 using platform::Value;
 
 constexpr std::int64_t kFiletimeDay = 864'000'000'000;
-constexpr std::int64_t kForever = std::numeric_limits<std::int64_t>::min();
 constexpr std::string_view kDisabledBit = "userAccountControl:1.2.840.113556.1.4.803:=2";
 constexpr std::string_view kPasswordNeverExpiresBit = "userAccountControl:1.2.840.113556.1.4.803:=65536";
 
@@ -103,18 +103,6 @@ AccountReport report_of_nt(const AccountDomain& domain, const GoesOn& goes_on,
   return out;
 }
 
-/// A rule of the domain that is a negative count of 100-nanosecond steps; 0 when it has none.
-std::int64_t steps_of_domain(const AccountDomain& domain, std::string_view attribute) {
-  const ObjectPtr root = domain.services.directory.GetObject(ldap_path(domain, {}));
-  return number_of(platform::value_or_empty(*root, attribute));
-}
-
-/// True for a lock that is over by the domain's rule; a duration of 0 or of all time means until an
-/// administrator unlocks.
-bool is_over(std::int64_t locked, std::int64_t duration, std::int64_t now) {
-  return duration < 0 && duration != kForever && locked - duration <= now;
-}
-
 }  // namespace
 
 AccountReport accounts_ending(const AccountDomain& domain, const Span& span, const GoesOn& goes_on) {
@@ -136,13 +124,13 @@ AccountReport locked_accounts(const AccountDomain& domain, const GoesOn& goes_on
     return report_of_nt(domain, goes_on,
                         [](const platform::User& user, ReportedAccount&) { return user.IsAccountLocked(); });
   }
-  const std::int64_t duration = steps_of_domain(domain, "lockoutDuration");
+  const std::int64_t duration = lockout_duration(domain);
   const std::int64_t now = base::to_filetime(domain.services.clock.utc_now());
   return report(domain, "(lockoutTime>=1)", {"lockoutTime", "msDS-User-Account-Control-Computed"}, goes_on,
                 [&](const FoundRow& row, ReportedAccount& account) {
                   const std::int64_t locked = number_of(row[4]);
                   account.moment = moment_of(locked);
-                  return row[5].is_empty() ? !is_over(locked, duration, now)
+                  return row[5].is_empty() ? !is_lock_over(locked, duration, now)
                                            : !platform::is_lapsed_lock(row[5]);
                 });
 }

@@ -1,5 +1,7 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
+#include "directory/account_expiry.hpp"
+#include "directory/account_marks.hpp"
 #include "directory/ad_user.hpp"
 #include "directory/nt_user.hpp"
 #include "directory/user_details.hpp"
@@ -20,6 +22,17 @@ std::string saved_message(const std::vector<std::string>& refused) {
   return message;
 }
 
+void show_marks(Session& session, const UserChange& change) {
+  const UserDetails& details = change.details;
+  set_mark(session, details.key, mark::kDisabled, details.disabled);
+  set_mark(session, details.key, mark::kLocked, details.locked_out);
+  base::Trap unreadable;
+  unreadable([&] {
+    const auto ends = expiry_of_text(session.platform.clock, details.Expires);
+    set_mark(session, details.key, mark::kExpired, ends && *ends <= session.platform.clock.utc_now());
+  });
+}
+
 }  // namespace
 
 SaveOutcome save_user_details(Session& session, const UserChange& change) {
@@ -30,6 +43,8 @@ SaveOutcome save_user_details(Session& session, const UserChange& change) {
                                                           : Save_NT_User(session, change);
   });
   session.CurrentUser.reset();
+  if (outcome.saved && outcome.refused.empty())
+    show_marks(session, change);
   if (trap.number() != 0)
     session.status.panel1 = "Error saving user: " + base::in_words(trap.number(), trap.description());
   else if (outcome.saved)

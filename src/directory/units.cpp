@@ -92,6 +92,16 @@ void delete_object(Session& session, const std::string& dn, const std::string& o
 
 }  // namespace
 
+std::string unit_in_words(std::string_view dn) {
+  if (base::starts_with_fold(dn, "DC="))
+    return domain_dns_name(dn);
+  std::string words;
+  for (std::string_view rest = dn; !rest.empty() && !base::starts_with_fold(rest, "DC=");
+       rest = name_above(rest))
+    words.insert(0, platform::plain_name(relative_name(rest)) + (words.empty() ? "" : " / "));
+  return words;
+}
+
 std::vector<Unit> list_units(Session& session) {
   std::map<std::string, Unit> units;  // by the key of the tree
   query(session, {}, kUnits, {"distinguishedName"}, Scope::kSubtree, [&](const platform::Recordset& row) {
@@ -150,6 +160,10 @@ std::string unit_name_fault(std::string_view name) {
   if (const auto character = base::find_control_character(name))
     return "The name of an OU cannot hold the character " + *character + ".";
   return {};
+}
+
+std::string deletion_question(const std::string& unit, const UnitContents& contents) {
+  return "Delete " + unit + (contents.all() == 0 ? "" : " with " + contents.in_words() + " below it") + "?";
 }
 
 std::string rename_unit(Session& session, const std::string& unit, std::string_view name) {

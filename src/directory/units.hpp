@@ -14,6 +14,9 @@ struct Session;
 /// distinguished names as the directory spells them. Everything raises what the directory raises.
 namespace twk::directory {
 
+/// "Sales / North" of "OU=North,OU=Sales,DC=twk,DC=test"; the domain's own name for the domain.
+std::string unit_in_words(std::string_view dn);
+
 struct Unit {
   std::string name;  ///< "Sales"
   std::string dn;
@@ -43,6 +46,9 @@ UnitContents count_below_unit(session::Session& session, const std::string& unit
 
 /// Why a name is none for a unit; empty when it is one.
 std::string unit_name_fault(std::string_view name);
+
+/// "Delete OU=… with 3 users and 1 group below it?"
+std::string deletion_question(const std::string& unit, const UnitContents& contents);
 
 /// Each returns the new name and writes a line of the log.
 std::string rename_unit(session::Session& session, const std::string& unit, std::string_view name);

@@ -22,6 +22,7 @@ struct LoadedDomain {
   controls::Signal mode_known;                ///< the mode of the domain that is being loaded was determined
   controls::Observable<std::string> loading;  ///< what the load of the session is at, for the splash
   controls::TreeView tree;
+  /// Sub-items, of those that were read from Active Directory: logon name, full name, unit, state, expiry.
   controls::ListView users;
   controls::ListView groups;     ///< without those that a selection cannot hold
   controls::ListView units;      ///< organizational units

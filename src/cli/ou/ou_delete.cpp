@@ -17,10 +17,7 @@ struct Arguments {
 };
 
 bool confirms(Context& context, const std::string& ou, const directory::UnitContents& contents) {
-  std::string question = "Delete " + ou;
-  if (contents.all() != 0)
-    question += " with " + contents.in_words() + " below it";
-  question += "?";
+  std::string question = directory::deletion_question(ou, contents);
   if (contents.users != 0)
     question += " Homes, profiles and mailboxes stay: `twk users delete --ou` with --recurse deletes them.";
   return context.dialogs().MsgBox(question, platform::Buttons::kYesNo, platform::Icon::kQuestion,

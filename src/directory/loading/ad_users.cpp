@@ -1,10 +1,13 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
+#include "directory/account_expiry.hpp"
+#include "directory/account_marks.hpp"
 #include "directory/load_options.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "directory/units.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
@@ -16,10 +19,26 @@ using session::Session;
 constexpr std::int32_t kUsersPerDot = 1000;
 constexpr std::int32_t kUsersPerCount = 150;
 
-std::string users_query(bool by_name, std::string_view base, std::string_view scope) {
+/// Whose rows show more than a name are read with it.
+std::string users_query(bool by_name, bool with_state, std::string_view base, std::string_view scope) {
   const std::string shown = by_name ? "name" : "DisplayName";
+  const std::string state =
+      with_state ? ",sAMAccountName,DisplayName," + std::string(AccountMarks::kAttributes) : "";
   return "<" + std::string(base) + ">;(&(objectCategory=Person)(objectClass=User));adsPath," + shown +
-         ",name;" + std::string(scope);
+         ",name" + state + ";" + std::string(scope);
+}
+
+/// Fields of such a query, by their places.
+constexpr std::size_t kAccountName = 3;
+constexpr std::size_t kDisplayName = 4;
+constexpr std::size_t kState = 5;
+
+/// The columns of a user's row: see `LoadedDomain::users`.
+std::vector<std::string> columns_of(Session& session, const platform::Recordset& row, std::string_view parent,
+                                    std::uint8_t marks) {
+  const auto ends = AccountMarks::end_of(row, kState);
+  return {row.field(kAccountName).text(), row.field(kDisplayName).text(), unit_in_words(parent),
+          marks_in_words(marks), ends ? sortable_expiry(session.platform.clock, *ends) : std::string()};
 }
 
 void show_progress(Session& session) {
@@ -76,7 +95,10 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
   base::Trap trap;
   const bool to_multi_user = which == UserList::kSelection;
   controls::ListView& list = to_multi_user ? session.domain.users : session.domain.NotMembers;
-  const auto rows = run_query(session, users_query(by_name, base, scope), properties);
+  const bool all_in_tree = session.LoadAllUsersFlag || (!session.ManagedOU.empty() && session.ManageSubOUs);
+  const bool with_state = to_multi_user || (!skip_tree && all_in_tree);
+  const auto rows = run_query(session, users_query(by_name, with_state, base, scope), properties);
+  AccountMarks reader(session);
   const controls::DrawingOff off(list);
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string found_path = rows->field(0).text();
@@ -84,16 +106,22 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
     const std::string path = rewrite_path(search_prefix, found_path);
     const std::string name = rows->field(2).text();
     const std::string shown = rows->field(1).is_empty() ? name : rows->field(1).text();
+    const std::uint8_t marks = with_state ? reader.of(*rows, kState) : std::uint8_t{0};
     const bool in_tree = session.LoadAllUsersFlag || (parent == session.ManagedOU && session.ManageSubOUs);
     if (!skip_tree && in_tree) {
-      trap([&] { session.domain.tree.add_under(parent, path, shown, "USER"); });
+      trap([&] { session.domain.tree.add_under(parent, path, shown, "USER").marks = marks; });
       if (trap.number() != 0 && session::logs_load(session)) {
         session.log.line("Error Number:" + base::to_text(trap.number()));
         session.log.line("Adding:  " + path);
         session.log.line("To OU:   " + parent);
       }
     }
-    trap([&] { list.add(path, to_multi_user ? shown : name, "USER"); });
+    trap([&] {
+      if (to_multi_user)
+        list.add(path, shown, "USER", columns_of(session, *rows, parent, marks)).marks = marks;
+      else
+        list.add(path, name, "USER");
+    });
     ++session.UserCount;
     show_progress(session);
   }

@@ -1,6 +1,7 @@
 #include "directory/tree/change_ou.hpp"
 
 #include "base/errors.hpp"
+#include "directory/names.hpp"
 #include "directory/refusal.hpp"
 #include "directory/tree/tree.hpp"
 #include "session/loaded_domain.hpp"
@@ -31,16 +32,33 @@ void follow_user(Session& session, std::string_view old_key, const std::string& 
 void move_node(Session& session, TreeNode& node, TreeNode& target, const std::string& key) {
   controls::TreeView& tree = session.domain.tree;
   const std::string text = node.text;
+  const std::uint8_t marks = node.marks;
   tree.remove(node);
   TreeNode* moved = tree.find(key);
   if (moved == nullptr && is_read(tree, target))
     moved = &tree.add(&target, key, text, "USER");
+  if (moved != nullptr)
+    tree.set_marks(*moved, marks);
   TreeNode& shown = moved == nullptr ? target : *moved;
   tree.select(&shown);
   tree.ensure_visible(shown);
 }
 
 }  // namespace
+
+std::string follow_moved_user(Session& session, const std::string& old_key, const std::string& unit) {
+  controls::TreeView& tree = session.domain.tree;
+  std::string key =
+      "LDAP://" + session.DomainName + "/" + std::string(relative_name(name_in_path(old_key))) + "," + unit;
+  TreeNode* const node = tree.find(old_key);
+  TreeNode* const target = tree.find(unit);
+  if (node != nullptr && target != nullptr)
+    move_node(session, *node, *target, key);
+  else if (node != nullptr)
+    tree.remove(*node);
+  follow_user(session, old_key, key);
+  return key;
+}
 
 std::optional<std::string> change_ou(Session& session, TreeNode& node, TreeNode& target) {
   if (target.text == node.text || &target == node.parent) {

@@ -18,4 +18,8 @@ namespace twk::directory {
 std::optional<std::string> change_ou(session::Session& session, controls::TreeNode& node,
                                      controls::TreeNode& target);
 
+/// A user was moved into another unit: the node, when there is one, stands there and is selected, and the
+/// lists have the new path, which is returned.
+std::string follow_moved_user(session::Session& session, const std::string& old_key, const std::string& unit);
+
 }  // namespace twk::directory

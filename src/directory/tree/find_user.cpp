@@ -29,11 +29,12 @@ std::string filter_text(std::string_view typed) {
 
 }  // namespace
 
-std::vector<FoundUser> find_users(Session& session, std::string_view text) {
+std::vector<FoundUser> find_users(Session& session, std::string_view text, std::string_view unit) {
   const TreeNode* const root = session.domain.tree.first();
   if (root == nullptr)
     base::raise(base::error::kOutOfBounds, "no domain is loaded");
-  const auto rows = run_query(session, "<LDAP://" + session.DomainName + "/" + root->key +
+  const auto rows = run_query(session, "<LDAP://" + session.DomainName + "/" +
+                                           (unit.empty() ? root->key : std::string(unit)) +
                                            ">;(&(objectCategory=Person)(objectClass=User)(cn=*" +
                                            filter_text(text) + "*));adsPath,name;subtree");
   std::vector<FoundUser> found;

@@ -21,8 +21,10 @@ struct FoundUser {
 };
 
 /// The users whose common name contains the text, ordered by name. "*" means any text, as does an empty text;
-/// any other character means itself. Raises what the directory raises, and when no domain is loaded.
-std::vector<FoundUser> find_users(session::Session& session, std::string_view text);
+/// any other character means itself. In that unit and below, otherwise wherever the tree begins. Raises what
+/// the directory raises, and when no domain is loaded.
+std::vector<FoundUser> find_users(session::Session& session, std::string_view text,
+                                  std::string_view unit = {});
 
 /// The first user after `node`, or in the whole tree when it is null, whose name contains the text in any
 /// case; null when there is none.

@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
+#include "directory/account_marks.hpp"
 #include "directory/load_options.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
@@ -47,10 +48,10 @@ bool add_ous(Session& session, const std::string& base, const platform::QueryOpt
 }
 
 void add_user(Session& session, const std::string& found_path, const std::string& path,
-              const std::string& shown) {
+              const std::string& shown, std::uint8_t marks) {
   const std::string parent = parent_of_user(found_path);
   base::Trap trap;
-  if (trap([&] { session.domain.tree.add_under(parent, path, shown, "USER"); }))
+  if (trap([&] { session.domain.tree.add_under(parent, path, shown, "USER").marks = marks; }))
     return;
   session.platform.dialogs.MsgBox("error adding user to tree", Buttons::kOk, Icon::kNone, "");
   if (!session::logs_load(session))
@@ -67,15 +68,17 @@ void add_users(Session& session, const std::string& base, const LoadOptions& opt
     properties.sort_on = "DisplayName";
   const auto rows = run_query(session,
                               base + ">;(&(objectCategory=Person)(objectClass=User));adsPath," +
-                                  (by_name ? "name" : "DisplayName") + ",name;onelevel",
+                                  (by_name ? "name" : "DisplayName") + ",name," +
+                                  std::string(AccountMarks::kAttributes) + ";onelevel",
                               properties);
+  AccountMarks marks(session);
   session.status.panel1 = "Retrieving Users...";
   session.Error_Status_Text = "Error refeshing Treeview";
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string found_path = rows->field(0).text();
     const platform::Value shown = rows->field(1);
     add_user(session, found_path, rewrite_path(options.Search, found_path),
-             shown.is_empty() ? rows->field(2).text() : shown.text());
+             shown.is_empty() ? rows->field(2).text() : shown.text(), marks.of(*rows, 3));
     ++session.UserCount;
     if (session.UserCount % kUsersPerCount == 0) {
       session.status.panel1 = base::to_text(session.UserCount) + " Users.";
