@@ -261,13 +261,7 @@ std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& reques
   session.Error_Status_Text = "Error Creating User...";
   session.Error_Log_Text = "Error Creating User: " + request.UserId;
   try {
-    Step step = ValidateRequest(run);
-    if (step == Step::kGoOn)
-      step = RecognizePerson(run);
-    if (step == Step::kGoOn)
-      step = ResolveCollision(run);
-    if (step == Step::kGoOn)
-      step = ResolveSamName(run);
+    Step step = SettleName(run);
     if (step == Step::kGoOn)
       step = request.names_only ? foresee_name(run) : work(run);
     request = run.request;

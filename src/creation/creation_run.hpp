@@ -83,8 +83,9 @@ struct CreationRun {
   std::string FullName;
   std::string DescriptionText;
   std::string ExpiryText;
-  std::string tree_name;  ///< from a "displayName" row
-  std::string PdcName;    ///< server for look-ups; empty for the default controller
+  std::string tree_name;       ///< from a "displayName" row
+  std::string principal_name;  ///< from a row; only of an account that is foreseen
+  std::string PdcName;         ///< server for look-ups; empty for the default controller
   ResolvedPaths paths;
   std::string ImportGroupsStart = "0";
   std::string ImportGroupsFinish = "0";

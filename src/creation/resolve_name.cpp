@@ -4,6 +4,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/account_name.hpp"
+#include "creation/known_person.hpp"
 #include "creation/validate_request.hpp"
 #include "directory/tree/tree.hpp"
 #include "session/session.hpp"
@@ -132,6 +133,15 @@ Step ResolveSamName(CreationRun& run) {
   run.message = "Invalid Character in SAMAccountName: " + faults.front();
   session.platform.dialogs.beep();
   return refuse_sam_name(run, "User Name Invalid...");
+}
+
+Step SettleName(CreationRun& run) {
+  for (Step (*const check)(CreationRun&) :
+       {ValidateRequest, RecognizePerson, ResolveCollision, ResolveSamName}) {
+    if (const Step step = check(run); step != Step::kGoOn)
+      return step;
+  }
+  return Step::kGoOn;
 }
 
 }  // namespace twk::creation

@@ -20,4 +20,8 @@ Step ResolveCollision(CreationRun& run);
 /// directory rows. Refuses a name that no domain accepts before anything is made for it.
 Step ResolveSamName(CreationRun& run);
 
+/// All of these in their order, with the question whether the person has an account, up to the first that
+/// does not let the run go on.
+Step SettleName(CreationRun& run);
+
 }  // namespace twk::creation

@@ -216,6 +216,7 @@ void ForeseePrincipalName(CreationRun& run) {
     const std::optional<DirectoryProperty> property = property_of(run, row);
     if (!property)
       continue;
+    run.principal_name = property->value;
     const bool is_new = run.session.import.foreseen_names.add("UPN " + base::upper(property->value));
     if (!is_new || is_taken(run, *property))
       refuse_taken_name(run, property->value);
