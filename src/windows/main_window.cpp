@@ -23,8 +23,10 @@
 #include "windows/state/hourglass.hpp"
 #include "windows/state/multi_user.hpp"
 #include "windows/state/new_user.hpp"
+#include "windows/state/tree_commands.hpp"
 #include "windows/tree/ad_options.hpp"
 #include "windows/tree/find_user.hpp"
+#include "windows/tree/tree_popup.hpp"
 #include "windows/unsaved_edits.hpp"
 
 namespace twk::windows {
@@ -46,6 +48,12 @@ void clear_new_user(Desktop& session) {
   form.SSTab1 = tab::kNewUser;
   form.StatusBar1.panel1 = "Ready.";
   form.SetFocus.emit("strFirst");
+}
+
+/// All users that are selected in the tree together with this one.
+std::vector<std::string> users_meant(Desktop& session, const controls::TreeNode& node) {
+  choose_users(session, node);
+  return session.tree_commands.chosen;
 }
 
 void refresh_if_wanted(Desktop& session) {
@@ -117,10 +125,10 @@ void mnupopup_Click(Desktop& session, int index) {
       windows::Reset_Password(session, *node);
       break;
     case 4:
-      windows::show_for_user(session, *node, multi_tab::kDelete);
+      windows::show_for_users(session, users_meant(session, *node), multi_tab::kDelete);
       break;
     case 5:
-      windows::show_for_user(session, *node, multi_tab::kMove);
+      windows::show_for_users(session, users_meant(session, *node), multi_tab::kMove);
       break;
     case 6:
       windows::Rename_User(session);

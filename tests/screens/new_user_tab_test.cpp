@@ -106,6 +106,33 @@ TEST_F(NewUserTabTest, ACardSaysWhatWasMadeAndLeadsToTheAccountOrToTheNextPerson
   EXPECT_EQ(find<QLineEdit>("strFirst")->text(), "");
 }
 
+TEST_F(NewUserTabTest, BesideTheFieldsStandsWhatWouldBeMadeAndWhyNot) {
+  open();
+  const auto shows = [this](const char* name, const QString& text) {
+    const bool there = QTest::qWaitFor([&] { return find<QLabel>(name)->text() == text; }, 3000);
+    EXPECT_TRUE(there) << name << ": " << find<QLabel>(name)->text().toStdString();
+  };
+  shows("foreseen_verdict", "Type the names: what would be made is shown here.");
+  shows("foreseen_place", "New Starters");
+  type("strFirst", "jo");
+  type("StrMiddle", "k");
+  type("strLast", "doe");
+  shows("foreseen_account", "Jo.Doe");
+  shows("foreseen_full_name", "Jo K Doe");
+  shows("foreseen_verdict", "Can be created.");
+  EXPECT_EQ(lab.path_of("Jo.Doe"), "");
+  click("CreateUser");
+  EXPECT_EQ(status(), "User Created.");
+  shows("foreseen_verdict", "Cannot be created: User Jo.Doe Already Exist");
+  type("UserID_Box", "jo7");
+  shows("foreseen_account", "jo7");
+  type("UserID_Box", "a-name-of-more-than-20-letters");
+  shows("foreseen_verdict", "Cannot be created: UserID Is too long or too Short, 1-20 chrs");
+  lab.session.form1.TreeView1.select(lab.session.form1.TreeView1.first());
+  shows("foreseen_verdict",
+        "Cannot be created: You must select a Template,Site & OU in the treeview to create this user");
+}
+
 TEST_F(NewUserTabTest, EachStageHasItsSettingAndItsLight) {
   open();
   windows::Form1& form = lab.session.form1;

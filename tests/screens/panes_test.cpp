@@ -118,6 +118,22 @@ TEST(ListPane, KeepsTheSelectedRowsThatAFilterShowsAndDeselectsTheOthers) {
   EXPECT_EQ(pane.selectionModel()->selectedRows().size(), 2);
 }
 
+TEST(ListPane, CopiesTheSelectionAsCsvWithTheColumnsThatAreShown) {
+  ListView list;
+  list.add("a", "Doe, Jo", {}, {"jo", "the \"boss\""});
+  list.add("b", "Ann", {}, {"ann", "clerk"});
+  ListPane pane(list, {.headings = {"Name", "Logon", "Role"}, .many_selected = true, .sorted = true},
+                nullptr);
+  pane.selectAll();
+  QTest::keySequence(&pane, QKeySequence::Copy);
+  EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(),
+            "Name,Logon,Role\nAnn,ann,clerk\n\"Doe, Jo\",jo,\"the \"\"boss\"\"\"\n");
+  pane.setColumnHidden(1, true);
+  click(pane, shown_at(pane, 0));
+  QTest::keySequence(&pane, QKeySequence::Copy);
+  EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), "Name,Role\nAnn,clerk\n");
+}
+
 TEST(ListPane, ReportsTheRowsOwnTextWhenAnEditIsCancelled) {
   ListView list;
   list.select(&list.add("", ""));
@@ -169,6 +185,36 @@ TEST(TreePane, KeepsOpenNodesAndSelectionOverAReset) {
   }
   EXPECT_TRUE(pane.isExpanded(pane.index_of(*domain.sales)));
   EXPECT_EQ(pane.currentIndex(), pane.index_of(*domain.tree.find("ann")));
+}
+
+TEST(TreePane, FiltersWhatWasReadAndSelectsNothingThatIsHidden) {
+  TreeView tree;
+  TreeNode& domain = tree.add(nullptr, "d", "Smithy", "DOMAIN");
+  TreeNode& sales = tree.add(&domain, "s", "Sales", "OU");
+  TreeNode& smith = tree.add(&sales, "smith", "Jo Smith", "USER");
+  TreeNode& ann = tree.add(&sales, "ann", "Ann", "USER");
+  TreeNode& staff = tree.add(&domain, "t", "Staff", "OU");
+  tree.add(&staff, "ben", "Ben", "USER");
+  TreePane pane(tree, nullptr);
+  const QAbstractItemModelTester model(pane.model(), kStrict);
+  tree.select(&ann);
+  const auto is_shown = [&](const TreeNode& node) { return pane.index_of(node).isValid(); };
+  pane.set_filter(" smith");
+  EXPECT_TRUE(is_shown(domain) && is_shown(sales) && is_shown(smith));
+  EXPECT_FALSE(is_shown(ann) || is_shown(staff));
+  EXPECT_TRUE(pane.isExpanded(pane.index_of(sales)));
+  EXPECT_EQ(tree.selected(), nullptr);
+  TreeNode& late = tree.add(&staff, "late", "Smithson", "USER");
+  EXPECT_TRUE(is_shown(staff) && is_shown(late));
+  click(pane, pane.index_of(smith));
+  EXPECT_EQ(tree.selected(), &smith);
+  tree.remove(smith);
+  EXPECT_FALSE(is_shown(sales));
+  pane.set_filter("SALES");
+  EXPECT_TRUE(is_shown(ann)) << "what is in a unit that is found";
+  pane.set_filter({});
+  EXPECT_TRUE(is_shown(ann) && is_shown(late));
+  EXPECT_EQ(pane.model()->rowCount(pane.index_of(domain)), 2);
 }
 
 TEST(TreePane, ReportsAPersonsChoiceButNotTheProgramsNorANeighbourOfARemovedNode) {

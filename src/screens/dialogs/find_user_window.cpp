@@ -2,9 +2,11 @@
 #include <QHeaderView>
 #include <QVBoxLayout>
 
+#include "directory/units.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "screens/widgets/text.hpp"
 #include "windows/state/directory_windows.hpp"
 #include "windows/tree/find_user.hpp"
 
@@ -49,7 +51,10 @@ std::unique_ptr<QDialog> make_find_user(windows::Desktop& session, QWidget* pare
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("frmFindW2KUser");
-  dialog->setWindowTitle("Find User");
+  const std::string& unit = session.find_user.unit;
+  dialog->setWindowTitle(unit.empty()
+                             ? QString("Find User")
+                             : "Find User in " + to_qt(directory::unit_in_words(unit)) + " and Below");
   auto* const rows = new QVBoxLayout(dialog);
   add_search_row(*rows, session, *dialog);
   ListPane* const list = add_results(*rows, session, *dialog);

@@ -6,6 +6,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "session/log_tab.hpp"
+#include "windows/account/run_history.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/undo_import.hpp"
@@ -42,8 +43,12 @@ QWidget* make_log_tab(windows::Desktop& session, QWidget* parent) {
   QPushButton* const undo =
       add_button(*buttons, "Undo &Import…", "Undo_Import", [&session] { windows::undo_import(session); });
   undo->setToolTip("Take back what the import of the selected row made");
-  const auto show = [&session, undo] {
+  QPushButton* const back =
+      add_button(*buttons, "U&ndo…", "Undo_Run", [&session] { windows::take_run_back(session); });
+  back->setToolTip("Take back what the run of the selected row changed");
+  const auto show = [&session, undo, back] {
     undo->setEnabled(windows::is_of_import(session.log_rows.selected()));
+    back->setEnabled(windows::can_be_taken_back(session, session.log_rows.selected()));
   };
   show();
   keep(*undo, session.log_rows.watch([show](const controls::ListChange& change) {

@@ -5,8 +5,10 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPointer>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QVBoxLayout>
 
 #include "directory/tree/tree.hpp"
 #include "screens/main/badge.hpp"
@@ -18,6 +20,8 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
+#include "screens/widgets/filter_field.hpp"
+#include "screens/widgets/form.hpp"
 #include "screens/widgets/mnemonics.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tree_drag.hpp"
@@ -27,6 +31,7 @@
 #include "windows/state/form1.hpp"
 #include "windows/state/group_windows.hpp"
 #include "windows/state/import_windows.hpp"
+#include "windows/state/tree_commands.hpp"
 #include "windows/unsaved_edits.hpp"
 
 namespace twk::screens {
@@ -40,7 +45,8 @@ MainWindow::MainWindow(windows::Desktop& session) : session_(session) {
   make_commands();
   follow_session();
   settle_mnemonics(*this, letters_of_menus(*this));
-  resize(1000, 700);
+  // At twice the scale, a screen has half the room.
+  resize(QSize(1000, 700).boundedTo(screen()->availableSize()));
   restore_window(*this);
 }
 
@@ -50,12 +56,26 @@ void MainWindow::make_panes() {
   auto* const panes = new QSplitter(this);
   panes->setObjectName("panes");
   panes->setChildrenCollapsible(false);
-  tree_ = new TreePane(session_.form1.TreeView1, panes);
+  auto* const domain = new QWidget(panes);
+  auto* const column = new QVBoxLayout(domain);
+  column->setContentsMargins(0, 0, 0, 0);
+  tree_ = new TreePane(session_.form1.TreeView1, domain);
+  controls::TreeView& tree = session_.form1.TreeView1;
+  QLineEdit* const filter = make_filter(
+      *tree_, "Filter the tree", [this](const QString& text) { tree_->set_filter(text); },
+      [&tree] { return tree.size(); }, domain);
+  filter->setObjectName("tree_filter");
+  filter->setToolTip("Looks at what the tree has read; Find searches the whole domain");
+  column->addWidget(filter);
+  column->addWidget(tree_, 1);
   tree_->setObjectName("TreeView1");
   tree_->setAccessibleName("Domain");
   tree_->on_expand = [this](controls::TreeNode& node) { windows::TreeView1_Expand(session_, node); };
   tree_->on_select = [this](controls::TreeNode& node) { windows::TreeView1_NodeClick(session_, node); };
   tree_->on_activate = [this](controls::TreeNode& node) { windows::TreeView1_DblClick(session_, node); };
+  tree_->on_choice = [this](std::vector<std::string> keys) {
+    session_.tree_commands.chosen = std::move(keys);
+  };
   tabs_ = new QTabWidget(panes);
   tabs_->setObjectName("SSTab1");
   panes->setStretchFactor(0, 1);
@@ -65,18 +85,18 @@ void MainWindow::make_panes() {
 }
 
 void MainWindow::make_tabs() {
-  tabs_->addTab(make_new_user_tab(session_, tabs_), "New &User");
+  tabs_->addTab(make_scrolled(*make_new_user_tab(session_, tabs_), tabs_), "New &User");
   tabs_->addTab(make_details_tab(session_, tabs_), "User &Details");
   tabs_->addTab(make_log_tab(session_, tabs_), "&Log");
-  tabs_->addTab(make_site_tab(session_, tabs_), "&Site");
-  tabs_->addTab(make_template_tab(session_, tabs_), "&Template");
+  tabs_->addTab(make_scrolled(*make_site_tab(session_, tabs_), tabs_), "&Site");
+  tabs_->addTab(make_scrolled(*make_template_tab(session_, tabs_), tabs_), "&Template");
   setup_tabs_ = new QTabWidget(tabs_);
   setup_tabs_->setObjectName("SSTab2");
   setup_tabs_->addTab(make_setup_tab(session_, setup_tabs_), "Set-up");
   setup_tabs_->addTab(make_preferences_tab(session_, setup_tabs_), "Preferences");
-  setup_tabs_->addTab(make_mail_tab(session_, setup_tabs_), "Mail");
-  setup_tabs_->addTab(make_w2k_tab(session_, setup_tabs_), "W2K");
-  setup_tabs_->addTab(make_wts_tab(session_, setup_tabs_), "WTS");
+  setup_tabs_->addTab(make_scrolled(*make_mail_tab(session_, setup_tabs_), setup_tabs_), "Mail");
+  setup_tabs_->addTab(make_scrolled(*make_w2k_tab(session_, setup_tabs_), setup_tabs_), "W2K");
+  setup_tabs_->addTab(make_scrolled(*make_wts_tab(session_, setup_tabs_), setup_tabs_), "WTS");
   tabs_->addTab(setup_tabs_, "S&et-up");
 
   follow(*tabs_, session_.form1.SSTab1, [this](int index) { tabs_->setCurrentIndex(index); });

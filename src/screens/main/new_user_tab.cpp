@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include "screens/main/foresight_box.hpp"
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/bind.hpp"
@@ -169,6 +170,7 @@ QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   column->addLayout(groups);
   groups->addWidget(make_person(session, tab), 3);
   groups->addWidget(make_stages(session, tab), 2);
+  column->addWidget(make_foresight(session, tab));
   column->addLayout(make_progress(session, tab));
   column->addWidget(make_card(session, tab));
   column->addWidget(make_hint(session, tab));

@@ -1,5 +1,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QLabel>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -8,6 +9,7 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "screens/widgets/list_tools.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/state/multi_user.hpp"
 
@@ -24,13 +26,16 @@ struct Side {
   QString filter;
   QString empty_text;
   Action activate;
+  QStringList headings{"Name"};
+  QList<int> hidden{};  ///< columns that a person asks for
 };
 
 ListPane* add_side(QBoxLayout& columns, const Side& side, int stretch, QWidget* parent) {
   auto* const column = new QVBoxLayout;
   columns.addLayout(column, stretch);
   auto* const pane = new ListPane(
-      side.list, {.headings = {"Name"}, .many_selected = true, .sorted = true, .empty_text = side.empty_text},
+      side.list,
+      {.headings = side.headings, .many_selected = true, .sorted = true, .empty_text = side.empty_text},
       parent);
   pane->setObjectName(side.name);
   pane->setAccessibleName(QString(side.caption).remove('&'));
@@ -45,6 +50,15 @@ ListPane* add_side(QBoxLayout& columns, const Side& side, int stretch, QWidget* 
   filter->setObjectName(QString(side.name) + "_filter");
   column->addWidget(filter);
   column->addWidget(pane, 1);
+  if (side.headings.size() > 1) {
+    pane->header()->resizeSection(0, 150);
+    offer_columns(*pane, side.hidden);
+  }
+  if (!side.caption.isEmpty()) {
+    QLabel* const count = add_row_count(*pane, parent);
+    count->setObjectName(QString(side.name) + "_count");
+    column->addWidget(count);
+  }
   return pane;
 }
 
@@ -92,8 +106,14 @@ QWidget* make_sources(Desktop& session, QWidget* parent) {
     return [&session, &list] { windows::select_from(session, list); };
   };
   add_side(*columns,
-           {window.ListView2, "ListView2", "&Users", "Filter users",
-            "No user is listed. \"Show users\" reads them all.", from(window.ListView2)},
+           {window.ListView2,
+            "ListView2",
+            "&Users",
+            "Filter users",
+            "No user is listed. \"Show users\" reads them all.",
+            from(window.ListView2),
+            {"Name", "Logon name", "Full name", "OU", "State", "Expires"},
+            {2, 3, 5}},
            3, frame);
   add_side(*columns,
            {window.ListView3, "ListView3", "Grou&ps", "Filter groups", "No group is listed.",

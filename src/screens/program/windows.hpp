@@ -15,6 +15,7 @@ std::unique_ptr<QDialog> make_window(std::string_view name, windows::Desktop& se
 
 std::unique_ptr<QDialog> make_ad_options(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_copy_group(windows::Desktop& session, QWidget* parent);
+std::unique_ptr<QDialog> make_choose_ou(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_csv_import(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_custom(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_edit_properties(windows::Desktop& session, QWidget* parent);

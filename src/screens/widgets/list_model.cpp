@@ -4,7 +4,7 @@
 #include <QPalette>
 
 #include "base/text.hpp"
-#include "screens/widgets/icons.hpp"
+#include "screens/widgets/account_look.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tool_tip.hpp"
 
@@ -87,16 +87,18 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::ForegroundRole && row->ghosted)
     return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
   if (role == Qt::ToolTipRole)
-    return as_tool_tip(to_qt(column_text(*row, index.column())));
+    return as_tool_tip(with_marks(to_qt(column_text(*row, index.column())), row->marks));
+  if (row->marks != 0 && (role == Qt::ForegroundRole || role == Qt::FontRole))
+    return look_of_marks(row->marks, role);
   if (index.column() != 0)
     return {};
   if (role == Qt::DecorationRole && !row->icon.empty())
-    return picture(row->icon);
+    return pictures_.of(row->icon, row->marks);
   if (role == Qt::CheckStateRole && checkable_)
     return row->checked ? Qt::Checked : Qt::Unchecked;
   // The light of a row is a colour: a screen reader says it before the text.
   if (role == Qt::AccessibleTextRole && !row->icon.empty())
-    return to_qt(row->icon + " " + row->text);
+    return with_marks(to_qt(row->icon + " " + row->text), row->marks);
   return {};
 }
 
@@ -127,11 +129,6 @@ Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
   if (index.column() == 0 && checkable_)
     flags |= Qt::ItemIsUserCheckable;
   return flags;
-}
-
-QIcon ListModel::picture(const std::string& name) const {
-  const auto found = pictures_.find(name);
-  return found != pictures_.end() ? found->second : pictures_.emplace(name, icon(name)).first->second;
 }
 
 void ListModel::take(const ListChange& change) {

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <QIcon>
 #include <QSortFilterProxyModel>
 #include <functional>
-#include <map>
 #include <string>
 
 #include "controls/list_view.hpp"
+#include "screens/widgets/account_look.hpp"
 
 namespace twk::screens {
 
@@ -38,14 +37,13 @@ class ListModel final : public QAbstractTableModel {
 
  private:
   void take(const controls::ListChange& change);
-  QIcon picture(const std::string& name) const;
 
   controls::ListView* list_;
   QStringList headings_;
   std::function<void(controls::ListRow&, const std::string&)> edited_;
   bool checkable_ = false;
   bool resetting_ = false;
-  mutable std::map<std::string, QIcon> pictures_;
+  MarkedPictures pictures_;
   controls::Watch watch_;
 };
 

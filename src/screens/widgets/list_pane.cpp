@@ -1,23 +1,19 @@
 #include "screens/widgets/list_pane.hpp"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QTimer>
 #include <algorithm>
 #include <vector>
 
 #include "screens/widgets/application.hpp"
+#include "screens/widgets/filter_field.hpp"
+#include "screens/widgets/list_csv.hpp"
 #include "screens/widgets/text.hpp"
 
 namespace twk::screens {
-namespace {
-
-constexpr std::size_t kLongList = 5000;
-constexpr int kPause = 150;  // milliseconds
-
-}  // namespace
-
 using controls::ListChange;
 using controls::ListRow;
 
@@ -155,6 +151,11 @@ void ListPane::keyPressEvent(QKeyEvent* event) {
       run_guarded(on_activate);
     return;
   }
+  if (!editing && event->matches(QKeySequence::Copy)) {
+    if (const QString rows = selection_as_csv(*this); !rows.isEmpty())
+      QGuiApplication::clipboard()->setText(rows);
+    return;
+  }
   if (!editing && event->key() == Qt::Key_Delete && on_delete) {
     run_guarded(on_delete);
     return;
@@ -203,29 +204,9 @@ void ListPane::paintEvent(QPaintEvent* event) {
 }
 
 QLineEdit* add_filter(ListPane& pane, const QString& placeholder, QWidget* parent) {
-  auto* const field = new QLineEdit(parent);
-  field->setPlaceholderText(placeholder);
-  field->setAccessibleName(placeholder);
-  field->setClearButtonEnabled(true);
-  auto* const pause = new QTimer(field);
-  pause->setSingleShot(true);
-  const auto filter = [&pane, pause, field] {
-    pause->stop();
-    pane.set_filter(field->text());
-  };
-  QObject::connect(pause, &QTimer::timeout, &pane, filter);
-  QObject::connect(field, &QLineEdit::textChanged, &pane, [&pane, pause, filter] {
-    // A long list waits until typing pauses, but no longer than until the field loses the focus.
-    if (pane.list().size() < kLongList)
-      filter();
-    else
-      pause->start(kPause);
-  });
-  QObject::connect(field, &QLineEdit::editingFinished, &pane, [pause, filter] {
-    if (pause->isActive())
-      filter();
-  });
-  return field;
+  return make_filter(
+      pane, placeholder, [&pane](const QString& text) { pane.set_filter(text); },
+      [&pane] { return pane.list().size(); }, parent);
 }
 
 }  // namespace twk::screens

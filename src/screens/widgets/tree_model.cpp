@@ -2,7 +2,7 @@
 
 #include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
-#include "screens/widgets/icons.hpp"
+#include "screens/widgets/account_look.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tool_tip.hpp"
 
@@ -61,14 +61,14 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::DisplayRole)
     return shown->text == directory::kDummyNode ? QString("…") : to_qt(shown->text);
   if (role == Qt::ToolTipRole)
-    return as_tool_tip(to_qt(shown->key));
+    return as_tool_tip(with_marks(to_qt(shown->key), shown->marks));
   if (role == Qt::AccessibleTextRole)
-    return to_qt(shown->image + " " + shown->text);
+    return with_marks(to_qt(shown->image + " " + shown->text), shown->marks);
+  if (shown->marks != 0 && (role == Qt::ForegroundRole || role == Qt::FontRole))
+    return look_of_marks(shown->marks, role);
   if (role != Qt::DecorationRole || shown->image.empty())
     return {};
-  const auto found = pictures_.find(shown->image);
-  return found != pictures_.end() ? found->second
-                                  : pictures_.emplace(shown->image, icon(shown->image)).first->second;
+  return pictures_.of(shown->image, shown->marks);
 }
 
 void TreeModel::take(const TreeChange& change) {

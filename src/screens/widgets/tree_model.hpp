@@ -1,11 +1,9 @@
 #pragma once
 
 #include <QAbstractItemModel>
-#include <QIcon>
-#include <map>
-#include <string>
 
 #include "controls/tree_view.hpp"
+#include "screens/widgets/account_look.hpp"
 
 namespace twk::screens {
 
@@ -32,7 +30,7 @@ class TreeModel final : public QAbstractItemModel {
 
   controls::TreeView* tree_;
   bool resetting_ = false;
-  mutable std::map<std::string, QIcon> pictures_;
+  MarkedPictures pictures_;
   controls::Watch watch_;
 };
 

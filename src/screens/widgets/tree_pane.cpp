@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
+#include <utility>
 
 #include "screens/widgets/application.hpp"
 
@@ -25,19 +26,62 @@ TreePane::TreePane(controls::TreeView& tree, QWidget* parent)
   setUniformRowHeights(true);
   setExpandsOnDoubleClick(false);
   setVerticalScrollMode(ScrollPerItem);
+  setSelectionMode(ExtendedSelection);
   watch_ = tree.watch([this](const TreeChange& change) { take(change); });
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) { node_opened(index); });
   connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
-    if (TreeNode* const node = model_->node(index); node != nullptr && !showing_)
+    if (TreeNode* const node = this->node(index); node != nullptr && !showing_)
       tree_->set_expanded(*node, false);
   });
   show_open_nodes(tree.roots());
   show_selected();
 }
 
+TreeNode* TreePane::node(const QModelIndex& index) const {
+  return model_->node(filter_ == nullptr ? index : filter_->mapToSource(index));
+}
+
+QModelIndex TreePane::index_of(const TreeNode* node) const {
+  const QModelIndex index = model_->index_of(node);
+  return filter_ == nullptr ? index : filter_->mapFromSource(index);
+}
+
+void TreePane::set_filter(const QString& text) {
+  showing_ = true;
+  if (text.trimmed().isEmpty()) {
+    setModel(model_);
+    delete std::exchange(filter_, nullptr);
+  } else {
+    if (filter_ == nullptr)
+      filter_ = new TreeFilter(*model_, this);
+    filter_->set_text(text);
+    if (model() != filter_)
+      setModel(filter_);
+  }
+  showing_ = false;
+  show_open_nodes(tree_->roots());
+  show_found();
+  // Nothing may be done to a node that nobody sees.
+  if (tree_->selected() != nullptr && !index_of(tree_->selected()).isValid())
+    tree_->select(nullptr);
+  show_selected();
+  if (currentIndex().isValid())
+    scrollTo(currentIndex());
+}
+
+void TreePane::show_found() {
+  if (filter_ == nullptr)
+    return;
+  showing_ = true;
+  expandAll();
+  showing_ = false;
+}
+
 void TreePane::prepare(const TreeChange& change) {
-  if (change.kind == TreeChange::Kind::kResetting)
+  if (change.kind == TreeChange::Kind::kResetting) {
     scrolled_to_ = verticalScrollBar()->value();
+    chosen_ = chosen_keys();
+  }
   // The view moves on to a neighbour when the current node is removed: that is not a person's choice.
   if (change.kind == TreeChange::Kind::kRemoving)
     showing_ = true;
@@ -51,19 +95,23 @@ void TreePane::take(const TreeChange& change) {
       break;
     case TreeChange::Kind::kReset:
       show_open_nodes(tree_->roots());
+      show_found();
       show_selected();
+      choose_again();
       verticalScrollBar()->setValue(scrolled_to_);
       break;
     case TreeChange::Kind::kSelected:
-      show_selected();
+      // What the view itself chose may be one of several.
+      if (!showing_)
+        show_selected();
       break;
     case TreeChange::Kind::kExpanded:
       showing_ = true;
-      setExpanded(model_->index_of(change.node), change.node->expanded);
+      setExpanded(index_of(change.node), change.node->expanded);
       showing_ = false;
       break;
     case TreeChange::Kind::kVisible:
-      scrollTo(model_->index_of(change.node));
+      scrollTo(index_of(change.node));
       break;
     case TreeChange::Kind::kChanged:
     case TreeChange::Kind::kInserting:
@@ -79,7 +127,7 @@ void TreePane::show_open_nodes(const std::vector<TreeNode*>& nodes) {
     if (!node->expanded)
       continue;
     showing_ = true;
-    setExpanded(model_->index_of(node), true);
+    setExpanded(index_of(node), true);
     showing_ = false;
     show_open_nodes(node->children);
   }
@@ -89,12 +137,14 @@ void TreePane::show_selected() {
   if (model_->is_resetting())
     return;
   showing_ = true;
-  setCurrentIndex(model_->index_of(tree_->selected()));
+  const QModelIndex index = index_of(tree_->selected());
+  if (index != currentIndex() || !selectionModel()->isSelected(index))
+    setCurrentIndex(index);
   showing_ = false;
 }
 
 void TreePane::node_opened(const QModelIndex& index) {
-  TreeNode* const node = model_->node(index);
+  TreeNode* const node = this->node(index);
   if (node == nullptr || showing_)
     return;
   const bool first_time = !node->expanded;
@@ -106,17 +156,45 @@ void TreePane::node_opened(const QModelIndex& index) {
   // Reading a node replaces what is below it, which must not happen while the view opens it.
   const QPersistentModelIndex opened(index);
   QTimer::singleShot(0, this, [this, opened] {
-    TreeNode* const still_there = model_->node(opened);
+    TreeNode* const still_there = this->node(opened);
     if (still_there != nullptr && on_expand)
       run_guarded([&] { on_expand(*still_there); });
   });
+}
+
+std::vector<std::string> TreePane::chosen_keys() const {
+  std::vector<std::string> keys;
+  for (const QModelIndex& index : selectionModel()->selectedRows()) {
+    if (const TreeNode* const chosen = node(index))
+      keys.push_back(chosen->key);
+  }
+  return keys;
+}
+
+void TreePane::choose_again() {
+  if (chosen_.size() < 2)
+    return;
+  QItemSelection selection;
+  for (const std::string& key : std::exchange(chosen_, {})) {
+    const QModelIndex index = index_of(tree_->find(key));
+    if (index.isValid())
+      selection.select(index, index);
+  }
+  selectionModel()->select(selection, QItemSelectionModel::Select);
+}
+
+void TreePane::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QTreeView::selectionChanged(selected, deselected);
+  if (!on_choice || model_->is_resetting())
+    return;
+  on_choice(chosen_keys());
 }
 
 void TreePane::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTreeView::currentChanged(current, previous);
   if (showing_ || model_->is_resetting())
     return;
-  TreeNode* const node = model_->node(current);
+  TreeNode* const node = this->node(current);
   showing_ = true;
   tree_->select(node);
   showing_ = false;
@@ -125,7 +203,7 @@ void TreePane::currentChanged(const QModelIndex& current, const QModelIndex& pre
 }
 
 void TreePane::set_drop_highlight(const TreeNode* node) {
-  drop_highlight_ = node == nullptr ? QModelIndex() : model_->index_of(node);
+  drop_highlight_ = node == nullptr ? QModelIndex() : index_of(node);
   viewport()->update();
 }
 
@@ -145,7 +223,7 @@ void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
 }
 
 void TreePane::keyPressEvent(QKeyEvent* event) {
-  TreeNode* const node = model_->node(currentIndex());
+  TreeNode* const node = this->node(currentIndex());
   if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && node != nullptr && on_activate) {
     run_guarded([&] { on_activate(*node); });
     return;
@@ -155,7 +233,7 @@ void TreePane::keyPressEvent(QKeyEvent* event) {
 
 void TreePane::mouseDoubleClickEvent(QMouseEvent* event) {
   QTreeView::mouseDoubleClickEvent(event);
-  TreeNode* const node = model_->node(indexAt(event->pos()));
+  TreeNode* const node = this->node(indexAt(event->pos()));
   if (event->button() == Qt::LeftButton && node != nullptr && on_activate)
     run_guarded([&] { on_activate(*node); });
 }

@@ -17,6 +17,7 @@
 #include "stores/template_store.hpp"
 #include "windows/multi_user/delete_options.hpp"
 #include "windows/multi_user/properties_tab.hpp"
+#include "windows/multi_user/selection_aside.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/multi_user.hpp"
 
@@ -90,70 +91,6 @@ void take(Desktop& session, ListView& list, const std::vector<const ListRow*>& r
   controls::move_rows(list, rows, selection);
 }
 
-ListView& home_of(MultiUser& window, const ListRow& row) {
-  if (row.icon == "USER")
-    return window.ListView2;
-  return row.icon == "OU" ? window.ListView4 : window.ListView3;
-}
-
-/// Moves rows of the selection back to the lists that they came from. What is gone stays away.
-void put_back(MultiUser& window, const std::vector<const ListRow*>& rows) {
-  std::vector<const ListRow*> users;
-  std::vector<const ListRow*> groups;
-  std::vector<const ListRow*> units;
-  std::vector<const ListRow*> ghosts;
-  for (const ListRow* const row : rows) {
-    const ListView& home = home_of(window, *row);
-    if (row->ghosted)
-      ghosts.push_back(row);
-    else
-      (&home == &window.ListView2 ? users : &home == &window.ListView3 ? groups : units).push_back(row);
-  }
-  ListView gone;
-  controls::move_rows(window.ListView1, ghosts, gone);
-  controls::move_rows(window.ListView1, users, window.ListView2);
-  controls::move_rows(window.ListView1, groups, window.ListView3);
-  controls::move_rows(window.ListView1, units, window.ListView4);
-}
-
-std::vector<const ListRow*> rows_of(const ListView& list) {
-  std::vector<const ListRow*> rows;
-  for (std::size_t place = 0; place < list.size(); ++place)
-    rows.push_back(&list.at(place));
-  return rows;
-}
-
-/// Lays the selection aside for a command of the tree, which acts on its own user alone. Afterwards that user
-/// goes back to the list, and the selection comes back without those who are gone.
-class SelectionAside {
- public:
-  explicit SelectionAside(MultiUser& window) : window_(window) {
-    std::vector<const ListRow*> there = rows_of(window.ListView1);
-    std::erase_if(there, [](const ListRow* row) { return row->ghosted; });
-    controls::move_rows(window.ListView1, there, before_);
-    window.ListView1.clear();
-  }
-  SelectionAside(const SelectionAside&) = delete;
-  SelectionAside& operator=(const SelectionAside&) = delete;
-  ~SelectionAside() {
-    std::vector<const ListRow*> own;
-    for (const ListRow* const row : rows_of(window_.ListView1)) {
-      const ListRow* const same = before_.find_key(row->key);
-      if (same == nullptr)
-        own.push_back(row);
-      else if (row->ghosted)
-        before_.remove(*same);
-    }
-    put_back(window_, own);
-    window_.ListView1.clear();
-    controls::move_rows(before_, rows_of(before_), window_.ListView1);
-  }
-
- private:
-  MultiUser& window_;
-  ListView before_;
-};
-
 }  // namespace
 
 void MultiUser_Initialize(Desktop& session) {
@@ -177,15 +114,20 @@ void show_multi_user(Desktop& session) {
   session.platform.dialogs.show_modal("MultiUser");
 }
 
-void show_for_user(Desktop& session, const controls::TreeNode& node, int tab) {
+void show_for_users(Desktop& session, const std::vector<std::string>& keys, int tab) {
   MultiUser& window = session.multi_user;
   const bool by_key = session::is_active_directory(session);
-  const std::string& key = by_key ? node.key : node.text;
   const SelectionAside aside(window);
-  if (const ListRow* const row = window.ListView2.find_key(key))
-    take(session, window.ListView2, {row});
-  else
-    window.ListView1.add(key, node.text, "USER");
+  for (const std::string& node_key : keys) {
+    const controls::TreeNode* const node = session.domain.tree.find(node_key);
+    if (node == nullptr)
+      continue;
+    const std::string& key = by_key ? node->key : node->text;
+    if (const ListRow* const row = window.ListView2.find_key(key))
+      take(session, window.ListView2, {row});
+    else
+      window.ListView1.add(key, node->text, "USER", {}).marks = node->marks;
+  }
   window.SSTab1 = tab;
   show_multi_user(session);
 }

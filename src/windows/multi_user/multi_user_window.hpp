@@ -1,8 +1,10 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace twk::controls {
 class ListView;
-struct TreeNode;
 }  // namespace twk::controls
 
 /// The window that works on many users at once: its selection, and what its tabs share.
@@ -17,9 +19,9 @@ void MultiUser_Initialize(Desktop& session);
 void MultiUser_Load(Desktop& session);
 /// Shows the window until the person closes it.
 void show_multi_user(Desktop& session);
-/// Shows the window at a tab of `multi_tab` with the user of a node of the tree as the whole selection. The
-/// selection of before comes back when the window closes.
-void show_for_user(Desktop& session, const controls::TreeNode& node, int tab);
+/// Shows the window at a tab of `multi_tab` with the users of these nodes of the tree as the whole selection.
+/// The selection of before comes back when the window closes.
+void show_for_users(Desktop& session, const std::vector<std::string>& keys, int tab);
 
 /// Moves the selected rows of the lists of users, groups and units into the selection. This and the
 /// following do nothing while a function runs.

@@ -13,7 +13,9 @@
 #include "windows/state/import_windows.hpp"
 #include "windows/state/multi_user.hpp"
 #include "windows/state/new_user.hpp"
+#include "windows/state/run_history.hpp"
 #include "windows/state/run_preview.hpp"
+#include "windows/state/tree_commands.hpp"
 #include "windows/state/whereabouts.hpp"
 
 namespace twk::windows {
@@ -75,7 +77,10 @@ struct Desktop::Windows {
   Permissions permissions;
   DetailsChanges details{form1};
   NewUser new_user;
+  RunHistory run_history;
   RunPreview run_preview;
+  TreeCommands tree_commands;
+  UnitChooser unit_chooser;
   Whereabouts whereabouts;
   controls::Watch mode_known;
   controls::Watch loading;
@@ -160,7 +165,10 @@ Desktop::Desktop(const platform::Platform& services, std::string_view command_li
       permissions(windows_->permissions),
       details(windows_->details),
       new_user(windows_->new_user),
+      run_history(windows_->run_history),
       run_preview(windows_->run_preview),
+      tree_commands(windows_->tree_commands),
+      unit_chooser(windows_->unit_chooser),
       whereabouts(windows_->whereabouts) {
   windows_->mode_known = domain.mode_known.watch([this] { follow_mode(*this); });
   windows_->loading = domain.loading.watch([this] {

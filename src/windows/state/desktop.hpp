@@ -24,9 +24,12 @@ struct NewUser;
 struct Permissions;
 struct RenameUser;
 struct Rename_NT;
+struct RunHistory;
 struct RunPreview;
 struct Select_OU;
 struct Serach_Mail;
+struct TreeCommands;
+struct UnitChooser;
 struct Varibles_Form;
 struct WKS_PROFILE;
 struct Whereabouts;
@@ -76,7 +79,10 @@ struct Desktop : session::Session {
   Permissions& permissions;
   DetailsChanges& details;  ///< what was changed on the user details tab
   NewUser& new_user;
+  RunHistory& run_history;
   RunPreview& run_preview;
+  TreeCommands& tree_commands;
+  UnitChooser& unit_chooser;
   Whereabouts& whereabouts;
   bool EditingSite = false;
   bool EditingTemplate = false;

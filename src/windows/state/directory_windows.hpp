@@ -33,6 +33,7 @@ struct frmADOptions {
 
 /// Finds users by part of their name.
 struct frmFindW2KUser {
+  std::string unit;  ///< only in it and below; empty for the whole domain
   controls::TextBox txtFind;
   controls::Button btnSelectuser;
   controls::Label Label2;

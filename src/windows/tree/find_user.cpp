@@ -34,7 +34,7 @@ void list_found(Desktop& session) {
   const controls::DrawingOff off(list);
   const Hourglass hourglass(session.form1);
   for (const directory::FoundUser& user :
-       directory::find_users(session, session.find_user.txtFind.text.get()))
+       directory::find_users(session, session.find_user.txtFind.text.get(), session.find_user.unit))
     list.add(user.key, user.name, "USER", {user.place});
 }
 
@@ -45,6 +45,11 @@ void Find_User(Desktop& session) {
     Find_NT_User(session);
     return;
   }
+  find_user_in(session, {});
+}
+
+void find_user_in(Desktop& session, const std::string& unit) {
+  session.find_user.unit = unit;
   frmFindW2KUser_Load(session);
   session.platform.dialogs.show_modal("frmFindW2KUser");
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 /// Finding a user: in Active Directory through the window `frmFindW2KUser`, in a WinNT domain in the tree.
@@ -9,6 +10,9 @@ struct Desktop;
 
 /// The command of the toolbar.
 void Find_User(Desktop& session);
+
+/// The same in a unit of Active Directory and below.
+void find_user_in(Desktop& session, const std::string& unit);
 
 /// Asks for a name and walks the tree's users for those that contain it, in any case; goes on to the next as
 /// long as the person wants.
