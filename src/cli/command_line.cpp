@@ -139,8 +139,10 @@ int print_help(const CLI::App& line, const std::vector<std::string>& words) {
     group = command;
     before += (before.empty() ? "" : " ") + group->get_name();
     const auto names = names_of(*group);
-    if (std::ranges::find(names, word) == names.end())
-      throw UsageError(no_such_text("command", word, names));
+    if (std::ranges::find(names, word) == names.end()) {
+      const std::string fault = no_such_text("command", word, names);
+      throw UsageError(with_help(*group, fault.substr(0, fault.size() - 1)));
+    }
     command = group->get_subcommand(word);
   }
   std::cout << command->help(before);

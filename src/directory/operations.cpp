@@ -142,7 +142,10 @@ bool Reset_NT_Password(Session& session, std::string_view password, std::string_
 std::int32_t Group_RID(Session& session, std::string_view group) {
   if (!session::is_active_directory(session))
     return Group_RID_by_name(session, group);
-  return relative_id(session.platform.directory.GetObject(group)->Get("objectSID").bytes());
+  // Only a group that a rehearsal would have made has no identifier.
+  const platform::Value sid =
+      platform::value_or_empty(*session.platform.directory.GetObject(group), "objectSID");
+  return sid.is_empty() ? 0 : relative_id(sid.bytes());
 }
 
 std::int32_t Group_RID_by_name(Session& session, std::string_view name) {

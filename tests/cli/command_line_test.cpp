@@ -17,6 +17,8 @@ $ => 64 twk:
 ! subcommand is required
 >
 $ bogus => 64 unknown command or option bogus
+$ help bogus => 64 There is no command "bogus". Try `twk --help`.
+$ help user improt => 64 There is no command "improt". Near: "import". Try `twk user --help`.
 $ site list --colour => 64 --colour
 $ user list => 64 --domain NAME or --lab DIR
 $ lab info => 64 needs a lab

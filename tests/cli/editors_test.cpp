@@ -34,6 +34,21 @@ TEST_F(Editors, HoursOfATemplateAndOfAnAccountGoInAndComeBack) {
   }
 }
 
+TEST_F(Editors, RehearsedHoursStayAsTheyWere) {
+  play(R"(
+$ user create $STAFF John Smith
+$ hours set staff $NIGHTS --dry-run
+> Replace the logon hours of the template Staff
+$ hours set --user=john.smith $NIGHTS --dry-run
+| Set on LDAP://twk.test/CN=John.Smith,$NEW: LoginHours
+$ hours show staff
+- $NIGHT_HOURS
+$ hours show --user john.smith
+- $NIGHT_HOURS
+)",
+       {{"$NIGHTS", {file("nights.txt", week(kNights))}}, {"$NIGHT_HOURS", {kNights}}});
+}
+
 TEST_F(Editors, HoursAreThoseOfTheZoneThatWasChosen) {
   const std::string late = std::string(7, '.') + std::string(11, '#') + "......";
   const auto in_berlin = [&](const Arguments& words) {

@@ -34,9 +34,18 @@ TEST_F(Mailboxes, AreDeletedAfterAQuestionAndMadeForAnAccountThatIsThere) {
 $ user create $STAFF John Smith
 $ mailbox create $SITE John.Smith => 2
 | RED  Failed to create Mail Account for John.Smith: Failed to set Target-Mail Address; The name is in use:
+$ mailbox create $SITE John.Smith --dry-run => 2
+| RED  Failed to create Mail Account for John.Smith: Failed to set Target-Mail Address; The name is in use:
+$ mailbox delete $SITE John.Smith --dry-run
+> Delete the mailbox $MAILBOX
 $ mailbox delete $SITE John.Smith => 2 Sure to Delete Mailbox
 $ mailbox delete $SITE John.Smith --yes
 > GREEN  Deleted mail account for John.Smith
+$ mailbox show $SITE John.Smith => 2
+$ mailbox create $SITE John.Smith --dry-run
+| Make the mailbox CN=John.Smith in LDAP://EX55/
+| Set on $MAILBOX: Mail = John.Smith@mail.example
+- Created Mail Account
 $ mailbox show $SITE John.Smith => 2
 $ mailbox create $SITE John.Smith
 > GREEN  Created Mail Account for John.Smith

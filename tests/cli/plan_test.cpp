@@ -68,6 +68,29 @@ $ plan undo $PLAN => 65 is no record of a plan
        {{"$RECORD", {record()}}, {"$PLAN", {file}}});
 }
 
+TEST_F(Plan, ARehearsedLineFindsUnitsAndGroupsOfTheLinesBefore) {
+  const std::string file = plan(R"(ou create School
+ou create "OU=Year 7,OU=School,DC=twk,DC=test"
+group create "Year 7"
+users groups --add "Year 7" Jo.Smith
+users move-ou "OU=Year 7,OU=School,DC=twk,DC=test" Jo.Smith
+)");
+  play(R"(
+$ plan run $PLAN --dry-run
+| Make the organizational unit OU=Year 7 in LDAP://OU=School,DC=twk,DC=test
+| Make the group CN=Year 7 in
+| Add LDAP://twk.test/CN=Jo.Smith,$NEW to the group LDAP://twk.test/CN=Year 7,CN=Users,DC=twk,DC=test
+| Move LDAP://twk.test/CN=Jo.Smith,$NEW to LDAP://twk.test/OU=Year 7,OU=School,DC=twk,DC=test
+| 5 of 5 commands rehearsed
+$ group show "Year 7" => 2
+$ plan run $PLAN
+| 5 of 5 commands done
+$ group show "Year 7"
+{"members": ["Jo.Smith"]}
+)",
+       {{"$PLAN", {file}}});
+}
+
 TEST_F(Plan, StopsAtARedLineUnlessItShallGoOn) {
   const std::string file = plan("users disable Nobody\nusers disable Ann.Lee\n");
   play(R"(

@@ -26,6 +26,11 @@ $ ts show John.Smith
 {"user": "John.Smith", "profile": "\\\\FS1\\P=1", "home": "\\\\FS1\\Łuk", "drive": "w:", "allowLogon": false,
  "inheritProgram": false, "program": "menu.exe", "startIn": "C:\\", "drives": false, "printers": false,
  "defaultPrinter": true, "activeLimit": 60000, "disconnectedLimit": 172800000, "idleLimit": 300000}
+$ ts set john.smith drive=X: idleLimit=never --dry-run
+> Set the terminal-server settings of John.Smith: WTSTerminalServerHomeDirDrive = X:
+> Set the terminal-server settings of John.Smith: WTSTimeoutSettingsIdle = 0
+$ ts show John.Smith
+{"drive": "w:", "idleLimit": 300000}
 $ ts show john.smith
 | Idle session limit          5 mins
 | May log on                  no
@@ -74,6 +79,8 @@ $ lab import -
 < userParameters: $TORN
 < -
 $ ts show John.Smith => 2 settings of John.Smith cannot be read
+$ ts set John.Smith drive=W: --dry-run => 2
+| RED  John.Smith: drive is refused:
 $ ts set John.Smith drive=W: => 2
 | RED  John.Smith: drive is refused:
 | (error 13)

@@ -137,7 +137,7 @@ void add_plan_commands(Command& app, Context& context, const LineParser& parse) 
   run->footer(
       "Words are separated by blanks, double quotes hold a word together; blank lines and those that begin\n"
       "with # are skipped. All lines are understood before the first one runs. A rehearsed line finds the\n"
-      "units that earlier lines would make; users are still as and where they are now. Example:\n"
+      "units and groups that earlier lines would make; users are still as and where they are now. Example:\n"
       "  # the move up in summer\n"
       "  users disable --group \"Year 13\"\n"
       "  users move-ou \"OU=Leavers,DC=twk,DC=test\" --group \"Year 13\"\n"

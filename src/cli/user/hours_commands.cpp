@@ -1,7 +1,10 @@
+#include "base/text.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/template_fields.hpp"
 #include "cli/parser/near_matches.hpp"
+#include "cli/terminal/display.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/terminal/input.hpp"
@@ -21,6 +24,7 @@ struct HoursArguments {
   std::string user;
   std::string file = "-";
   std::string zone;
+  bool dry_run = false;
 };
 
 /// A template, or an account, and its hours as lines of text.
@@ -52,10 +56,9 @@ std::vector<bool> read_hours(const std::string& file) {
 void warn_of_zone(Context& context, const std::vector<bool>& cells) {
   const std::string readings = directory::two_readings(context.services(), cells);
   if (!readings.empty() && !directory::chosen_zone(context.services())) {
-    complain(
-        "warning: " + readings +
-        ". They were stored as hours of UTC+12. To choose, and to end this warning, run \"twk hours zone "
-        "workstation\" and set them again, or \"twk hours zone utc+12\".");
+    complain("warning: " + readings + ". They " + (context.rehearses() ? "would be" : "were") +
+             " stored as hours of UTC+12. To choose, and to end this warning, run \"twk hours zone "
+             "workstation\" and set them again, or \"twk hours zone utc+12\".");
   }
 }
 
@@ -99,6 +102,11 @@ int show_template_hours(Context& context, const std::string& name) {
 int set_template_hours(Context& context, const std::string& name, const base::Bytes& hours) {
   Session& session = context.session(Depth::kDomain);
   const std::string found = load_named_template(session, name);
+  if (context.rehearses()) {
+    const std::string step = "Replace the logon hours of the template " + std::string(base::trim(found));
+    context.output().result({{"step", step}}, printable(step));
+    return kExitGreen;
+  }
   stores::TemplateEdit edit = stores::edit_of(session.ActiveTemplate);
   edit.Name = found;
   session.TemplateLogonHours = hours;
@@ -125,7 +133,7 @@ int set_user_hours(Context& context, const std::string& name, const base::Bytes&
   platform::User user(bind_user(context.domain(), name));
   user.put_LoginHours(hours);
   user.SetInfo();
-  if (context.output().json())
+  if (context.output().json() && !context.rehearses())
     print_hours(context, "user", locate_user(context.domain(), name), hours);
   return kExitGreen;
 }
@@ -149,6 +157,8 @@ int set_hours(Context& context, HoursArguments arguments, bool has_file) {
   check_target(arguments);
   override_zone(context, arguments.zone);
   const std::vector<bool> cells = read_hours(arguments.file);
+  if (arguments.dry_run)
+    print_steps(context);
   const platform::Platform& services = context.services();
   const base::Bytes hours =
       directory::bytes_of_cells(cells, directory::hours_ahead(services, directory::zone_in_force(services)));
@@ -179,6 +189,7 @@ void add_hours_commands(Command& app, Context& context) {
 
   auto* set = add("set", "Set the week from a file or standard input");
   auto* file = set->add_option("FILE", arguments->file, "The file; standard input if not given");
+  add_dry_run(*set, arguments->dry_run);
   set->footer(
       "Seven lines, Sunday first, of 24 characters, 12am first: # 1 X permitted, . 0 - denied. A line may "
       "begin\nwith the name of its day. The hours are those of UTC+12, 12 hours ahead of UTC, wherever this "

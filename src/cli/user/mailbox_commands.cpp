@@ -1,6 +1,7 @@
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/frame/mailbox_reader.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -21,6 +22,7 @@ struct MailboxArguments {
   std::string template_name;
   std::string path;
   bool custom_recipient = false;
+  bool dry_run = false;
 };
 
 const std::vector<Column> kFound = {{"mailbox", "Mailbox"}, {"place", "Place"}, {"path", "Path"}};
@@ -61,8 +63,19 @@ int show(Context& context, const MailboxArguments& arguments) {
   return kExitGreen;
 }
 
-/// Prints the outcome with what it is about.
+/// The same for a command that changes something.
+Session& open_for_change(Context& context, const MailboxArguments& arguments) {
+  if (arguments.dry_run) {
+    context.dialogs().set_asking(Asking::kYes);
+    print_steps(context);
+  }
+  return open(context, arguments);
+}
+
+/// Prints the outcome with what it is about, but for a rehearsal's GREEN one.
 int tell(Context& context, std::string_view light, const std::string& message, const Json& about) {
+  if (context.rehearses() && light == session::kGreen)
+    return kExitGreen;
   Json result = {{"light", std::string(light)}, {"message", message}};
   result.update(about);
   context.output().result(result, context.output().light(light) + "  " + message);
@@ -70,7 +83,7 @@ int tell(Context& context, std::string_view light, const std::string& message, c
 }
 
 int create(Context& context, const MailboxArguments& arguments) {
-  Session& session = open(context, arguments);
+  Session& session = open_for_change(context, arguments);
   const platform::ObjectPtr user = bind_user(context.domain(), arguments.name);
   const session::CreationOutcome outcome =
       creation::CreateMailboxFor(session, user, session::read_preferences(session).mail_administrator);
@@ -92,7 +105,7 @@ bool delete_new(Context& context, Session& session, const std::string& name) {
 }
 
 int remove(Context& context, const MailboxArguments& arguments) {
-  Session& session = open(context, arguments);
+  Session& session = open_for_change(context, arguments);
   session.log.begin_block();
   const bool deleted =
       has_store(session) ? delete_new(context, session, arguments.name) : delete_old(session, arguments);
@@ -127,13 +140,16 @@ void add_mailbox_commands(Command& app, Context& context) {
   };
   add("find", "Find the mailboxes of a name", "NAME", "Name of the mailbox", find);
   add("show", "Show the mailboxes of a name", "NAME", "Name of the mailbox", show);
-  add_template(add("create", "Give an account a mailbox", "USER",
-                   "Account name, common name, principal name or distinguished name", create));
+  auto* creation = add("create", "Give an account a mailbox", "USER",
+                       "Account name, common name, principal name or distinguished name", create);
+  add_template(creation);
+  add_dry_run(*creation, arguments->dry_run);
   auto* deletion = add("delete", "Delete a mailbox; asks first", "NAME", "Name of the mailbox", remove);
   add_template(deletion);
   deletion->add_option("--path", arguments->path, "Which one of several, as printed by `find`")
       ->type_name("PATH");
   deletion->add_flag("--custom-recipient", arguments->custom_recipient, "It is an address elsewhere");
+  add_dry_run(*deletion, arguments->dry_run);
 }
 
 }  // namespace twk::cli

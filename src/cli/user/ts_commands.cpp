@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
+#include "cli/frame/rehearsed_steps.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/failures.hpp"
@@ -21,6 +22,7 @@ using records::TerminalServerRow;
 struct SetArguments {
   std::string user;
   std::vector<std::string> assignments;
+  bool dry_run = false;
 };
 
 /// A row's name here, and for people.
@@ -189,6 +191,8 @@ int set_settings(Context& context, const SetArguments& arguments) {
   std::vector<Change> changes;
   for (const std::string& assignment : arguments.assignments)
     changes.push_back(parse_change(assignment));
+  if (arguments.dry_run)
+    print_steps(context);
   const Domain domain = context.domain();
   const std::string user = account_of(domain, arguments.user);
   const std::string controller = controller_of(domain);
@@ -208,6 +212,8 @@ int set_settings(Context& context, const SetArguments& arguments) {
     message = std::string(kNames.at(changes.at(done).row).alias) + " is refused: " + failure.description() +
               " (error " + base::to_text(failure.number()) + ")";
   }
+  if (arguments.dry_run && light == session::kGreen)
+    return kExitGreen;
   context.output().result({{"user", user}, {"light", light}, {"message", message}},
                           context.output().light(light) + "  " + user + ": " + message);
   return exit_code_of_light(light);
@@ -235,6 +241,7 @@ void add_ts_commands(Command& app, Context& context) {
   set->add_option("NAME=VALUE", arguments->assignments, "A setting and its new value")
       ->required()
       ->type_name("");
+  add_dry_run(*set, arguments->dry_run);
   set->footer("Settings: " + known_settings() +
               ".\nTimes are Never, 1 min, 5 mins, 10 mins, 15 mins, 30 mins, 1 hour, 2 hours, 3 hours, "
               "1 day, 2 days.");

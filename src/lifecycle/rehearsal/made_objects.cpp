@@ -26,13 +26,7 @@ std::optional<std::string> account_of(std::string_view path) {
 
 /// The same for each server that may be named in front: "CN=JO,OU=STAFF,DC=TWK,DC=TEST".
 std::string folded(std::string_view path) {
-  const std::size_t scheme = path.find("://");
-  if (scheme != base::npos)
-    path.remove_prefix(scheme + 3);
-  const std::size_t slash = path.find('/');
-  if (slash < path.find('='))
-    path.remove_prefix(slash + 1);
-  return base::upper(path);
+  return base::upper(name_of_path(path));
 }
 
 std::size_t hash_of(std::string_view folded_text) {
@@ -40,6 +34,16 @@ std::size_t hash_of(std::string_view folded_text) {
 }
 
 }  // namespace
+
+std::string_view name_of_path(std::string_view path) {
+  const std::size_t scheme = path.find("://");
+  if (scheme != base::npos)
+    path.remove_prefix(scheme + 3);
+  const std::size_t slash = path.find('/');
+  if (slash < path.find('='))
+    path.remove_prefix(slash + 1);
+  return path;
+}
 
 MadeObjects::Objects::const_iterator MadeObjects::position(std::string_view path) const {
   if (!base::starts_with_fold(path, kWinnt))
@@ -67,6 +71,9 @@ void MadeObjects::add(std::string_view path, Names names) {
   const Hash hash = hash_of(flat ? base::upper(path) : folded(path));
   if (!names.account.empty())
     accounts_[hash_of(base::upper(names.account))] = hash;
+  const std::string_view kind = names.object_class.text();
+  if (!flat && (base::equals_fold(kind, "organizationalUnit") || base::equals_fold(kind, "group")))
+    places_.push_back({std::string(kind), std::string(name_of_path(path)), names.account});
   objects_.insert_or_assign(hash, std::move(names));
 }
 

@@ -16,6 +16,9 @@
 
 namespace twk::lifecycle {
 
+/// "CN=Jo,OU=Staff,DC=twk,DC=test" of a path of the LDAP provider, whatever server is named in front.
+std::string_view name_of_path(std::string_view path);
+
 /// A value that was put on an object, by the control codes of `PutEx`.
 struct Staging {
   int control = 2;
@@ -38,6 +41,12 @@ class MadeObjects {
     controls::SharedText object_class;
     std::string account;  ///< empty for an object that is no account
   };
+  /// A unit or a group, of which a run makes few: they are found by searches, too.
+  struct Place {
+    std::string object_class;
+    std::string dn;
+    std::string account;
+  };
 
   /// By the path of either provider; null for one that was not made.
   [[nodiscard]] const Names* find(std::string_view path) const;
@@ -45,6 +54,9 @@ class MadeObjects {
   [[nodiscard]] bool has_account(std::string_view account) const;
   /// By its principal name.
   [[nodiscard]] bool has_principal(std::string_view name) const;
+
+  /// Units and groups in the order of their making.
+  [[nodiscard]] const std::vector<Place>& places() const { return places_; }
 
   void add(std::string_view path, Names names);
   void rename_account(std::string_view path, const std::string& account);
@@ -65,6 +77,7 @@ class MadeObjects {
   Objects objects_;                          ///< by their folded paths
   std::unordered_map<Hash, Hash> accounts_;  ///< the paths by the folded names
   std::unordered_set<Hash> principals_;
+  std::vector<Place> places_;
   std::vector<std::pair<const Names*, std::weak_ptr<MadeState>>> held_;
 };
 

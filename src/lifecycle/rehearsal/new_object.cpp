@@ -1,6 +1,7 @@
 #include "lifecycle/rehearsal/new_object.hpp"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "base/errors.hpp"
@@ -25,15 +26,6 @@ bool is_flags(std::string_view attribute) {
 
 bool is_primary_group(std::string_view attribute) {
   return base::equals_fold(attribute, "primaryGroupID");
-}
-
-/// A word for a class that has none of its own.
-std::string kind_of(std::string_view object_class) {
-  if (base::equals_fold(object_class, "OrganizationalPerson"))
-    return "mailbox";
-  if (base::equals_fold(object_class, "organizationalUnit"))
-    return "organizational unit";
-  return base::equals_fold(object_class, "Remote-Address") ? "custom recipient" : base::lower(object_class);
 }
 
 std::string shown(const Staging& staging) {
@@ -147,12 +139,15 @@ class NewObject final : public platform::DirectoryObject {
   [[nodiscard]] std::string account() const {
     return is_flat() ? Name() : platform::text_or_empty(*draft_, "sAMAccountName");
   }
-  /// An account that was made has its name, although the draft asks for it again.
+  /// An account that was made has its name, although the draft asks for it again; the draft does not know of
+  /// a container that was made.
   void foresee() const {
     base::Trap refused;
     refused([&] { foresee_write(*draft_); });
     const bool own_name = state_ && is_flat() && refused.number() == ads_error::kUserExists;
-    if (refused.number() != 0 && !own_name)
+    const bool in_made =
+        refused.number() == ads_error::kNoSuchObject && directory_.made().find(Parent()) != nullptr;
+    if (refused.number() != 0 && !own_name && !in_made)
       base::raise(refused.number(), refused.description());
   }
   void check() const {
@@ -208,6 +203,19 @@ class NewObject final : public platform::DirectoryObject {
 };
 
 }  // namespace
+
+std::string kind_of(std::string_view object_class) {
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kWords = {
+      {{"OrganizationalPerson", "mailbox"},
+       {"Remote-Address", "custom recipient"},
+       {"organizationalUnit", "organizational unit"},
+       {"fileshare", "share"}}};
+  for (const auto& [one, word] : kWords) {
+    if (base::equals_fold(one, object_class))
+      return std::string(word);
+  }
+  return base::lower(object_class);
+}
 
 void foresee_write(platform::DirectoryObject& object) {
   if (auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(&object))

@@ -8,6 +8,8 @@
 
 namespace twk::lifecycle {
 
+/// A class in the words of a step: "organizational unit".
+std::string kind_of(std::string_view object_class);
 /// Raises what the write would raise, as far as the object can say.
 void foresee_write(platform::DirectoryObject& object);
 /// The same for a password; "PROMPT" stands for one that the run asks for, about which nothing is known.

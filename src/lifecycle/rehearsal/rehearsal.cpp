@@ -13,10 +13,12 @@
 #include "base/text.hpp"
 #include "creation/command_text.hpp"
 #include "lifecycle/rehearsal/rehearsed_directory.hpp"
+#include "lifecycle/rehearsal/rehearsed_query.hpp"
 #include "lifecycle/rehearsal/rehearsed_security.hpp"
 #include "platform/adsi.hpp"
 #include "platform/network_path.hpp"
 #include "platform/share_name.hpp"
+#include "records/terminal_server_rows.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -87,6 +89,17 @@ class RehearsedShares {
 
   std::unordered_map<std::string, std::optional<Share>> changed_;
 };
+
+/// "WTSInitialProgram = menu.exe"
+std::string shown(platform::WtsConfigClass setting, const platform::WtsConfigValue& value) {
+  const auto* const row =
+      std::ranges::find(records::kTerminalServerRows, setting, &records::TerminalServerRow::setting);
+  const auto* const text = std::get_if<std::string>(&value);
+  return (row == records::kTerminalServerRows.end()
+              ? "setting " + base::to_text(static_cast<std::int64_t>(setting))
+              : std::string(row->name)) +
+         " = " + (text != nullptr ? *text : base::to_text(std::get<std::uint32_t>(value)));
+}
 
 /// Remembers the folders that would be made, removed and renamed.
 class RehearsedFiles final : public platform::Files {
@@ -255,10 +268,10 @@ class RehearsedNetwork final : public platform::Network {
     shares_.remove(server, name);
   }
   void WTSSetUserConfig(std::string_view server, std::string_view user, platform::WtsConfigClass setting,
-                        const platform::WtsConfigValue& /*value*/) override {
+                        const platform::WtsConfigValue& value) override {
     if (!directory_.made().has_account(user))
       static_cast<void>(real_.WTSQueryUserConfig(server, user, setting));
-    tell_("Set a terminal-server setting of " + std::string(user));
+    tell_("Set the terminal-server settings of " + std::string(user) + ": " + shown(setting, value));
   }
   platform::WtsConfigValue WTSQueryUserConfig(std::string_view server, std::string_view user,
                                               platform::WtsConfigClass setting) override {

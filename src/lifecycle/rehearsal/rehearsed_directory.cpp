@@ -8,7 +8,6 @@
 #include "base/text.hpp"
 #include "lifecycle/rehearsal/new_object.hpp"
 #include "platform/adsi.hpp"
-#include "platform/ldap_text.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -43,14 +42,6 @@ SplitPath split(std::string_view path) {
   const std::size_t end = end_of_first_part(name);
   return {std::string(path.substr(0, slash + 1)) + std::string(name.substr(std::min(end + 1, name.size()))),
           std::string(name.substr(0, end))};
-}
-
-std::string kind_of(std::string_view object_class) {
-  if (base::equals_fold(object_class, "fileshare"))
-    return "share";
-  if (base::equals_fold(object_class, "organizationalUnit"))
-    return "organizational unit";
-  return base::equals_fold(object_class, "group") ? "group" : "account";
 }
 
 class RehearsedObject final : public platform::DirectoryObject {
@@ -99,7 +90,8 @@ class RehearsedObject final : public platform::DirectoryObject {
   }
   void Delete(std::string_view object_class, std::string_view name) override {
     const ObjectPtr child = real_->GetObject(object_class, name);
-    directory_.tell("Delete the " + kind_of(object_class) + " " + child->ADsPath());
+    const std::string kind = base::equals_fold(object_class, "user") ? "account" : kind_of(object_class);
+    directory_.tell("Delete the " + kind + " " + child->ADsPath());
     directory_.forget(child->ADsPath());
   }
   ObjectPtr MoveHere(std::string_view source, const std::optional<std::string>& name) override {
@@ -175,7 +167,15 @@ ObjectPtr RehearsedDirectory::GetObject(std::string_view path) {
   if (made_.find(path) == nullptr)
     return wrap(real_.GetObject(path));
   const SplitPath parts = split(path);
-  return find_made(real_.GetObject(parts.container), parts.name, path);
+  return find_made(draft_of(parts.container), parts.name, path);
+}
+
+ObjectPtr RehearsedDirectory::draft_of(std::string_view path) {
+  const MadeObjects::Names* const names = made_.find(path);
+  if (names == nullptr)
+    return real_.GetObject(path);
+  const SplitPath parts = split(path);
+  return draft_of(parts.container)->Create(names->object_class, parts.name);
 }
 
 ObjectPtr RehearsedDirectory::find_made(const ObjectPtr& container, std::string_view name,
@@ -212,68 +212,6 @@ void RehearsedDirectory::forget(const std::string& path) {
 
 bool RehearsedDirectory::is_gone(std::string_view path) const {
   return gone_.contains(base::upper(path));
-}
-
-namespace {
-
-/// One row, for an account that is not there to be read.
-class MadeRow final : public platform::Recordset {
- public:
-  explicit MadeRow(std::string name) : name_(std::move(name)) {}
-
-  [[nodiscard]] bool at_eof() const override { return passed_; }
-  [[nodiscard]] bool at_bof() const override { return false; }
-  [[nodiscard]] Value field(std::size_t /*index*/) const override { return name_; }
-  void MoveNext() override { passed_ = true; }
-  void MoveFirst() override { passed_ = false; }
-  void MoveLast() override { passed_ = false; }
-  void Close() override {}
-
- private:
-  std::string name_;
-  bool passed_ = false;
-};
-
-/// What is in a place that would have been made.
-class NoRows final : public platform::Recordset {
- public:
-  [[nodiscard]] bool at_eof() const override { return true; }
-  [[nodiscard]] bool at_bof() const override { return true; }
-  [[nodiscard]] Value field(std::size_t /*index*/) const override { return {}; }
-  void MoveNext() override {}
-  void MoveFirst() override {}
-  void MoveLast() override {}
-  void Close() override {}
-};
-
-/// The value that a filter requires of an attribute: "jo" of "(&(objectClass=user)(sAMAccountName=jo))".
-std::string required_value(std::string_view filter, std::string_view attribute) {
-  const std::string term = "(" + std::string(attribute) + "=";
-  const std::size_t at = base::find_fold(filter, term);
-  if (at == base::npos)
-    return {};
-  const std::string_view value = filter.substr(at + term.size());
-  return platform::unescape_dn_value(value.substr(0, value.find(')')));
-}
-
-}  // namespace
-
-std::unique_ptr<platform::Recordset> RehearsedQuery::execute(const platform::QueryText& query,
-                                                             const platform::QueryOptions& options) {
-  if (directory_.made().find(query.base) != nullptr)
-    return std::make_unique<NoRows>();
-  std::unique_ptr<platform::Recordset> rows = real_.execute(query, options);
-  // Of those who would have been made only the names are known, not where they are.
-  const bool asks_for_path = std::ranges::find(query.attributes, "ADsPath") != query.attributes.end();
-  if (asks_for_path || !rows->at_eof() || !rows->at_bof())
-    return rows;
-  const std::string account = required_value(query.filter, "sAMAccountName");
-  if (directory_.made().has_account(account))
-    return std::make_unique<MadeRow>(account);
-  const std::string principal = required_value(query.filter, "userPrincipalName");
-  if (directory_.made().has_principal(principal))
-    return std::make_unique<MadeRow>(principal);
-  return rows;
 }
 
 }  // namespace twk::lifecycle

@@ -7,7 +7,6 @@
 
 #include "lifecycle/rehearsal/made_objects.hpp"
 #include "platform/directory.hpp"
-#include "platform/query.hpp"
 
 namespace twk::lifecycle {
 
@@ -37,25 +36,13 @@ class RehearsedDirectory final : public ReportingDirectory {
   [[nodiscard]] bool has(std::string_view path) override;
 
  private:
+  /// The real object of a path, or of one that would have been made a draft that is never written.
+  platform::ObjectPtr draft_of(std::string_view path);
+
   platform::DirectoryService& real_;
   const Tell& tell_;
   std::set<std::string> gone_;
   MadeObjects made_;
-};
-
-/// Queries with real answers, to which a look-up of a name that must be unique adds the account that would
-/// have been made with it.
-class RehearsedQuery final : public platform::QueryService {
- public:
-  RehearsedQuery(platform::QueryService& real, RehearsedDirectory& directory)
-      : real_(real), directory_(directory) {}
-
-  std::unique_ptr<platform::Recordset> execute(const platform::QueryText& query,
-                                               const platform::QueryOptions& options) override;
-
- private:
-  platform::QueryService& real_;
-  RehearsedDirectory& directory_;
 };
 
 }  // namespace twk::lifecycle
