@@ -16,7 +16,7 @@ import lab_tools
 from kill_points import changes_of, is_killed_at
 from lab_tools import CREATE, TWK
 
-POINTS = int(sys.argv[2]) if len(sys.argv) > 2 else 80
+POINTS = int(sys.argv[2]) if len(sys.argv) > 2 else 40
 SERVERS = ("FS1", "FS2")
 # What is killed: the kind of domain, the words, the name of the folders after it, and the share of the points. One renaming
 # gives another name, one another case alone.
