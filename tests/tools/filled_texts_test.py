@@ -14,6 +14,7 @@ import tempfile
 from itertools import zip_longest
 
 import lab_tools
+from name_formats import MARK, inert, put_names
 
 USERS, FIELDS, SEED = 420, 6, 20
 ATTRIBUTES = ("description", "title", "department", "company", "info", "physicalDeliveryOfficeName", "street", "l", "st",
@@ -35,40 +36,7 @@ def data(chance, letters):
 
 # --- An own reading of the rules, with data marked so that no later step sees a tag in it ---
 
-MARK = "\x00"
 OF_DATA = 0xE000  # what in data could change a tag after it
-
-
-def inert(text):
-    return text.replace("%", MARK)
-
-
-def put_names(text, names):
-    text = f" {text} "
-    for tag, name in names:
-        name = inert(name)
-        while match := re.search(re.escape(tag), text, re.IGNORECASE):
-            at, end = match.span()
-            window = text[at - 3:at] if at >= 3 else ""
-            case = next((letter.upper() for letter in re.findall("#([UuLl])", window)), "")
-            before = text[at - 1] if at and text[at - 1] in "123456789" else ""
-            after = text[end] if end < len(text) and text[end] in "123456789" else ""
-            if case:  # the letter of "#U" goes
-                cut = at - 2 if before else at - 1
-                text = text[:cut] + text[cut + 1:]
-                at, end = at - 1, end - 1
-            begin = at
-            if before:
-                begin = at - 1 if not case else at - 2
-                value = name[:int(before)]
-            elif after:
-                begin = at if not case else at - 1
-                value, end = name[-int(after):], end + 1
-            else:
-                value = name
-            value = value.upper() if case == "U" else value.lower() if case == "L" else value
-            text = text[:begin] + value + text[end:]
-    return text.replace("#", "")
 
 
 def put(text, tag, value):
