@@ -52,6 +52,9 @@ bool is_invisible(char32_t code) {
 }
 
 std::optional<std::string> find_code(std::string_view text, bool (*matches)(char32_t)) {
+  // Most texts are printable ASCII, of which nothing matches.
+  if (std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; }))
+    return std::nullopt;
   const std::u32string codes = to_utf32(text);
   const auto found = std::find_if(codes.begin(), codes.end(), matches);
   return found == codes.end() ? std::nullopt : std::optional(code_point_name(*found));

@@ -179,7 +179,12 @@ bool is_ascii(std::string_view text) {
 }
 
 std::string upper(std::string_view text) {
-  return map_codes(text, plain_upper, upper_code);
+  if (!is_ascii(text))
+    return map_codes(text, plain_upper, upper_code);
+  std::string out(text);
+  for (char& c : out)
+    c = plain_upper(c);
+  return out;
 }
 std::string lower(std::string_view text) {
   return map_codes(
@@ -230,6 +235,12 @@ bool starts_with_fold(std::string_view text, std::string_view prefix) {
 std::size_t find_fold(std::string_view text, std::string_view needle, std::size_t from) {
   if (from > text.size())
     return npos;
+  if (is_ascii(text) && is_ascii(needle)) {
+    const auto same = [](char one, char other) { return plain_upper(one) == plain_upper(other); };
+    const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(),
+                                   needle.begin(), needle.end(), same);
+    return found == text.end() && !needle.empty() ? npos : static_cast<std::size_t>(found - text.begin());
+  }
   return upper(text).find(upper(needle), from);
 }
 

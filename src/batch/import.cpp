@@ -1,6 +1,7 @@
 #include "batch/import.hpp"
 
 #include <algorithm>
+#include <optional>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -132,6 +133,10 @@ void keep_outcome(Session& session, const ImportOrder& order, session::CreationO
 End run_lines(Session& session, std::string_view path, ImportSource& lines, const ImportOrder& order,
               RecordedImport& view) {
   ImportState& state = session.import;
+  // A rehearsal looks once at what other programs changed.
+  std::optional<platform::WriteBatch> one_look;
+  if (state.rehearsed)
+    one_look.emplace(session.platform.directory);
   ImportPace pace(lines.last_number(), session.platform.clock.utc_now());
   while (lines.next()) {
     if (order.made_before.contains(lines.number())) {
@@ -220,6 +225,7 @@ void begin_run(ImportState& state) {
   state.ImportAddedCount = 0;
   state.ImportHalt = false;
   state.foreseen_names.clear();
+  state.lookups = {};
   state.told_groups.clear();
   state.failure.clear();
   state.error_path.clear();

@@ -27,7 +27,7 @@ RehearsedImport rehearse_import(Session& session, std::string_view path, const I
   RehearsedSession copy(session, tell);
   Session& rehearsed = copy.session();
   copy_import(session.import, rehearsed.import);
-  rehearsed.log.keep_rows(false);
+  rehearsed.log.rehearse(true);
   teller = &rehearsed;
   rehearsed.import.row_done = [&](const session::ImportRow& row) {
     if (hooks.row_done)

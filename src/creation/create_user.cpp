@@ -275,6 +275,7 @@ std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& reques
     session.log.write_gathered();
     if (run.traps_off)
       throw;
+    doubt_person(run);
     return fail(run, failure);
   }
 }

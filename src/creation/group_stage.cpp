@@ -40,13 +40,18 @@ bool join(CreationRun& run, const std::string& path, std::string_view name) {
   Session& session = run.session;
   if (is_everybodys(name) || !run.joined_groups.insert(base::upper(path)).second)
     return true;
+  // In a preview there is no account to add.
+  std::set<std::string>& found = session.import.lookups.groups;
+  if (run.request.names_only && found.contains(path))
+    return true;
   base::Trap trap;
   trap([&] {
     session.CurrentGroup = session.platform.directory.GetObject(path);
     if (session::is_debug(session))
       log(run, "Adding user to: " + session.CurrentGroup->Name());
-    // In a preview there is no account to add.
-    if (!run.request.names_only)
+    if (run.request.names_only)
+      found.insert(path);
+    else
       session.CurrentGroup->Add(account_path(run));
   });
   session.CurrentGroup.reset();

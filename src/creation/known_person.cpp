@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "directory/read_once.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/session.hpp"
 
@@ -19,14 +20,29 @@ std::string foreseen(std::string_view key) {
   return "KEY " + base::upper(key);
 }
 
+/// The search for accounts that have a key; `key` as in a filter.
+directory::ValuesWanted accounts_with(const CreationRun& run, const std::string& key) {
+  const session::Session& session = run.session;
+  const std::string& attribute = run.request.key.attribute;
+  return {"LDAP://" + session.DomainName + "/" + directory::domain_distinguished_name(session.DomainName),
+          "(&(objectCategory=person)(objectClass=user)(" + attribute + "=" + key + "))", attribute,
+          "sAMAccountName"};
+}
+
 /// The name of an account that has the key; empty for none.
 std::string account_with(CreationRun& run, const std::string& key) {
+  using Answer = session::KnownValues::Answer;
   session::Session& session = run.session;
+  session::ReadOnce& persons = session.import.lookups.persons;
+  const Answer answer = directory::find_value(
+      session, persons, [&] { return accounts_with(run, "*"); }, key);
+  if (answer == Answer::kFree)
+    return {};
+  if (std::string owner = answer == Answer::kTaken ? persons.values->owner_of(key) : ""; !owner.empty())
+    return owner;
+  const directory::ValuesWanted wanted = accounts_with(run, platform::escape_filter_value(key));
   const auto rows = directory::run_query(
-      session, "<LDAP://" + session.DomainName + "/" +
-                   directory::domain_distinguished_name(session.DomainName) +
-                   ">;(&(objectCategory=person)(objectClass=user)(" + run.request.key.attribute + "=" +
-                   platform::escape_filter_value(key) + "));sAMAccountName;subtree");
+      session, "<" + wanted.base + ">;" + wanted.filter + ";" + wanted.owner + ";subtree");
   return rows->at_eof() ? std::string() : rows->field(0).text();
 }
 
@@ -59,8 +75,19 @@ Step RecognizePerson(CreationRun& run) {
 }
 
 void remember_person(CreationRun& run) {
-  if (!run.request.key.attribute.empty() && run.session.import.rehearsed)
-    run.session.import.foreseen_names.add(foreseen(key_of(run)));
+  session::ImportState& import = run.session.import;
+  if (run.request.key.attribute.empty())
+    return;
+  if (import.rehearsed)
+    import.foreseen_names.add(foreseen(key_of(run)));
+  else if (import.lookups.persons.values)
+    import.lookups.persons.values->add(key_of(run), run.SamName);
+}
+
+void doubt_person(CreationRun& run) {
+  auto& known = run.session.import.lookups.persons.values;
+  if (!run.request.key.attribute.empty() && known)
+    known->add(key_of(run));
 }
 
 std::vector<stores::DirectoryRow> directory_rows_with_key(const CreationRun& run) {

@@ -12,8 +12,10 @@ namespace twk::creation {
 /// A person without a key is refused, as nobody could recognise her later. Raises what the directory raises.
 Step RecognizePerson(CreationRun& run);
 
-/// The account of a rehearsed run is recognised from here on.
+/// The account of this run is recognised from here on.
 void remember_person(CreationRun& run);
+/// A run that failed may have made the account: whoever has that key is asked for again.
+void doubt_person(CreationRun& run);
 
 /// The directory table, with a row for the key unless the table has one for its attribute.
 std::vector<stores::DirectoryRow> directory_rows_with_key(const CreationRun& run);

@@ -28,13 +28,14 @@ std::string shown_name(CreationRun& run) {
 
 void AddUserToViews(CreationRun& run) {
   Session& session = run.session;
+  const auto show = session.import.rehearsed ? directory::foresee_new_user : directory::show_new_user;
   if (!session::is_active_directory(session)) {
-    directory::show_new_user(session, {std::string(directory::kNtRoot), directory::nt_user_key(run.UserId),
-                                       run.UserId, run.UserId, run.UserId});
+    show(session, {std::string(directory::kNtRoot), directory::nt_user_key(run.UserId), run.UserId,
+                   run.UserId, run.UserId});
     return;
   }
   const std::string key = "LDAP://" + session.DomainName + "/CN=" + run.CnName + "," + container_key(run);
-  directory::show_new_user(session, {container_key(run), key, key, shown_name(run), run.UserId});
+  show(session, {container_key(run), key, key, shown_name(run), run.UserId});
   if (run.request.flags.disabled)
     directory::set_mark(session, key, directory::mark::kDisabled, true);
 }

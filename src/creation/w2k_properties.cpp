@@ -10,6 +10,7 @@
 #include "creation/account_stage.hpp"
 #include "creation/known_person.hpp"
 #include "directory/operations.hpp"
+#include "directory/read_once.hpp"
 #include "platform/adsi.hpp"
 #include "session/session.hpp"
 #include "stores/side_tables.hpp"
@@ -157,6 +158,19 @@ bool is_taken(CreationRun& run, const DirectoryProperty& property) {
   return is_principal_name(property) && directory::Is_Name_Used_In_Forest(run.session, property.value);
 }
 
+/// Of a principal name, in a preview.
+bool is_surely_free(CreationRun& run, const std::string& name) {
+  session::Session& session = run.session;
+  const auto all = [&] {
+    return directory::ValuesWanted{directory::forest_path(session),
+                                   "(&(objectCategory=person)(objectClass=user)(userPrincipalName=*))",
+                                   "userPrincipalName",
+                                   {}};
+  };
+  return directory::find_value(session, session.import.lookups.principals, all, name) ==
+         session::KnownValues::Answer::kFree;
+}
+
 bool went_with_account(const CreationRun& run, const DirectoryProperty& property) {
   return std::any_of(run.first_properties.begin(), run.first_properties.end(), [&](const auto& one) {
     return one.attribute == property.attribute && one.value == property.value;
@@ -218,7 +232,7 @@ void ForeseePrincipalName(CreationRun& run) {
       continue;
     run.principal_name = property->value;
     const bool is_new = run.session.import.foreseen_names.add("UPN " + base::upper(property->value));
-    if (!is_new || is_taken(run, *property))
+    if (!is_new || (!is_surely_free(run, property->value) && is_taken(run, *property)))
       refuse_taken_name(run, property->value);
   }
 }

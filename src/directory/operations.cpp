@@ -33,16 +33,6 @@ void read_partition_name(Session& session, std::string_view configuration) {
   });
 }
 
-/// The path of the forest's global catalogue; empty when none is known.
-std::string forest_path(Session& session) {
-  std::string path;
-  session.platform.directory.GetObject("GC:")->enumerate({}, [&path](const ObjectPtr& child) {
-    path = child->ADsPath();
-    return true;
-  });
-  return path;
-}
-
 std::string asked_password(Session& session, std::string_view password) {
   if (base::upper(password) != "PROMPT")
     return std::string(password);
@@ -95,6 +85,15 @@ std::int32_t Determine_Mode(Session& session, std::string_view domain) {
         session.platform.directory.GetObject("LDAP://" + std::string(domain))->Get("nTMixedDomain").integer();
   }
   return mode;
+}
+
+std::string forest_path(Session& session) {
+  std::string path;
+  session.platform.directory.GetObject("GC:")->enumerate({}, [&path](const ObjectPtr& child) {
+    path = child->ADsPath();
+    return true;
+  });
+  return path;
 }
 
 std::vector<std::string> Load_Domain_List(Session& session) {

@@ -37,6 +37,8 @@ std::int32_t Group_RID(session::Session& session, std::string_view group);
 /// The same by the group's name through the WinNT provider, in every mode.
 std::int32_t Group_RID_by_name(session::Session& session, std::string_view name);
 
+/// The path of the forest's global catalogue; empty when none is known.
+std::string forest_path(session::Session& session);
 /// True when a user with that principal name exists anywhere in the forest; a failure counts as False.
 bool Is_Name_Used_In_Forest(session::Session& session, std::string_view user_principal_name);
 

@@ -11,6 +11,9 @@ std::string FRString(std::string_view text, std::string_view find, std::string_v
   // A tag's percent sign has no case, so its absence settles the matter without a folded copy.
   if (find.front() == '%' && text.find('%') == base::npos)
     return std::string(text);
+  const bool absent = base::is_ascii(text) && base::find_fold(text, find) == base::npos;
+  if (absent)
+    return std::string(text);
   const std::string folded = base::upper(text);
   const std::string wanted = base::upper(find);
   std::string out;

@@ -25,7 +25,7 @@ std::string with_reasons(std::string_view message, const std::vector<std::string
 }  // namespace
 
 void ActivityLog::open() {
-  if (file_)
+  if (file_ || rehearses_)
     return;
   base::Trap trap;
   if (!trap([&] { file_ = services_.files.open_append(path()); }))
@@ -35,6 +35,8 @@ void ActivityLog::open() {
 void ActivityLog::begin_block() {
   reasons_.clear();
   open();
+  if (!file_)
+    return;
   line(kAsterisks);
   line(date_and_time(services_.clock));
   line("User:" + services_.environment.variable("USERNAME"));
@@ -127,7 +129,7 @@ std::string ActivityLog::add_row(std::string_view severity, std::string_view mes
     services_.dialogs.beep();
   const std::vector<std::string> reasons = take_reasons(severity != kGreen);
   std::string text = concealed(severity == kGreen ? std::string(message) : with_reasons(message, reasons));
-  if (!keeps_rows_)
+  if (rehearses_)
     return text;
   added_.push_back({std::string(severity), text});
   rows_.add(std::move(key), text, std::string(severity), {date_and_time(services_.clock)});

@@ -74,8 +74,8 @@ class ActivityLog {
   /// …", each text once and the first of many. `key`, which must be unique, says what the row is about.
   /// Returns the text of the row. Raises when the severity is not one of the three.
   std::string add_row(std::string_view severity, std::string_view message, std::string key = {});
-  /// A rehearsal of many lines has no log tab: its rows are only formed.
-  void keep_rows(bool on) { keeps_rows_ = on; }
+  /// Nothing of a rehearsal of many lines is kept: neither lines nor rows, which are only formed.
+  void rehearse(bool on) { rehearses_ = on; }
   [[nodiscard]] bool is_open() const { return file_ != nullptr; }
 
  private:
@@ -91,7 +91,7 @@ class ActivityLog {
   std::vector<std::string> reasons_;
   std::vector<std::string> told_;
   std::vector<LogRow> added_;
-  bool keeps_rows_ = true;
+  bool rehearses_ = false;
   std::string secret_;
 };
 

@@ -18,6 +18,7 @@
 #include "session/creation_outcome.hpp"
 #include "session/current_run.hpp"
 #include "session/foreseen_names.hpp"
+#include "session/run_lookups.hpp"
 #include "session/text_file.hpp"
 
 namespace twk::session {
@@ -63,6 +64,7 @@ struct ImportState {
   bool holds_records = false;    ///< template and site are loaded: the lines of a rehearsal share one reading
   bool rehearsed = false;        ///< the lines are only checked: no file is opened, no account is made
   ForeseenNames foreseen_names;  ///< of accounts that a rehearsal would have made, in upper case
+  RunLookups lookups;
   std::set<std::string> told_groups;  ///< missing template groups that this run already reported
   std::string error_path;             ///< "Import.err" of the run
   std::string summary_path;

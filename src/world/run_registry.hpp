@@ -25,7 +25,8 @@ class RunRegistry final : public platform::RegistryAccess {
 
   bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
                 std::string& value) override {
-    const auto found = hive == platform::kHiveLocalMachine ? values_.find(folded(key, name)) : values_.end();
+    const bool may_be_here = hive == platform::kHiveLocalMachine && !values_.empty();
+    const auto found = may_be_here ? values_.find(folded(key, name)) : values_.end();
     if (found == values_.end())
       return stored_.Reg_Read(hive, key, name, value);
     value = found->second;

@@ -43,7 +43,7 @@ int preview_import(Context& context, session::Session& session, const std::strin
   RowPrinter rows(context.output(), kColumns);
   int exit_code = kExitGreen;
   state.rehearsed = true;
-  session.log.keep_rows(false);
+  session.log.rehearse(true);
   state.row_done = [&](const session::ImportRow& row) {
     const Json shown = preview_row(row);
     rows.add(shown);

@@ -121,7 +121,7 @@ int run_import(Context& context, session::Session& session, const std::string& p
   ImportSteps* const steps = extras.steps;
   session::ImportState& state = session.import;
   state.rehearsed = steps != nullptr;
-  session.log.keep_rows(steps == nullptr);
+  session.log.rehearse(steps != nullptr);
   Counts counts;
   CreationProgress progress(session);
   progress.on_password(extras.password_set);

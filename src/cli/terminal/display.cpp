@@ -24,9 +24,16 @@ bool turns_text(char32_t code) {
          (code >= 0x2066 && code <= 0x2069);
 }
 
+/// Most texts are: each byte is a character of one column.
+bool is_plain(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 }  // namespace
 
 std::size_t display_width(std::string_view text) {
+  if (is_plain(text))
+    return text.size();
   std::size_t width = 0;
   for (const char32_t code : base::to_utf32(text))
     width += width_of(code);
@@ -76,6 +83,8 @@ std::string fill(std::string_view text, std::size_t indent) {
 }
 
 std::string printable(std::string_view text, bool keep_lines) {
+  if (is_plain(text))
+    return std::string(text);
   std::string out;
   for (const char32_t code : base::to_utf32(text)) {
     if (keep_lines && code == U'\r')

@@ -1,6 +1,7 @@
 #include "directory/tree/listed_objects.hpp"
 
 #include "base/errors.hpp"
+#include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/load_options.hpp"
 #include "directory/tree/tree.hpp"
@@ -45,6 +46,23 @@ void show_new_user(Session& session, const NewUser& user) {
   if (!session::is_active_directory(session) || container_is_read(session))
     add_to_tree(session, user);
   add_to_lists(session, user);
+}
+
+void foresee_new_user(Session& session, const NewUser& user) {
+  session::RunLookups& lookups = session.import.lookups;
+  if (!session::is_active_directory(session)) {
+    lookups.foreseen_in_tree.add(base::upper(user.shown));
+    return;
+  }
+  if (!container_is_read(session) || session.domain.tree.find(user.container) == nullptr)
+    return;
+  // All of a run go into one container.
+  if (lookups.foreseen_container.empty())
+    lookups.foreseen_container = base::upper("," + user.container);
+  const std::string key = base::upper(user.node_key);
+  const std::size_t name = user_key_start(session).size();
+  lookups.foreseen_in_tree.add(
+      std::string_view(key).substr(name, key.size() - name - lookups.foreseen_container.size()));
 }
 
 }  // namespace twk::directory

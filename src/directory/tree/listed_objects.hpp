@@ -29,5 +29,7 @@ struct NewUser {
 /// Shows it in the tree, unless the users of its container come with the first expansion, and in the lists,
 /// unless they leave users out.
 void show_new_user(session::Session& session, const NewUser& user);
+/// The same for an account that is not made: `User_Exist` finds it.
+void foresee_new_user(session::Session& session, const NewUser& user);
 
 }  // namespace twk::directory

@@ -95,6 +95,22 @@ void add_users(Session& session, const std::string& base, const LoadOptions& opt
   session.status.panel1 = base::to_text(session.UserCount) + " Users.";
 }
 
+/// Of an account that the tree would show by now; `name` in upper case. A key goes on with the container's
+/// name, and the beginning that is looked for may reach into it.
+bool is_foreseen(const Session& session, std::string_view name) {
+  const session::RunLookups& lookups = session.import.lookups;
+  if (!session::is_active_directory(session))
+    return lookups.foreseen_in_tree.has(name);
+  if (lookups.foreseen_in_tree.has_beginning(name))
+    return true;
+  for (std::size_t at = name.find(','); at != base::npos; at = name.find(',', at + 1)) {
+    if (lookups.foreseen_container.starts_with(name.substr(at)) &&
+        lookups.foreseen_in_tree.has(name.substr(0, at)))
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 bool is_read(controls::TreeView& tree, const TreeNode& node) {
@@ -137,12 +153,16 @@ bool Expand_OU(Session& session, TreeNode& node) {
   return done;
 }
 
+std::string user_key_start(const Session& session) {
+  return "LDAP://" + session.DomainName + "/CN=";
+}
+
 bool User_Exist(Session& session, std::string_view name) {
   const controls::TreeView& tree = session.domain.tree;
-  const bool taken =
-      session::is_active_directory(session)
-          ? tree.has_key_with_prefix("LDAP://" + session.DomainName + "/CN=" + std::string(name))
-          : tree.has_text(name);
+  const bool taken = (session::is_active_directory(session)
+                          ? tree.has_key_with_prefix(user_key_start(session) + std::string(name))
+                          : tree.has_text(name)) ||
+                     is_foreseen(session, base::upper(name));
   if (taken)
     session::LOG_TAB(session, session::kRed, " User Name " + std::string(name) + " already exist");
   return taken;

@@ -12,6 +12,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/command_text.hpp"
+#include "lifecycle/rehearsal/folder_names.hpp"
 #include "lifecycle/rehearsal/rehearsed_directory.hpp"
 #include "lifecycle/rehearsal/rehearsed_query.hpp"
 #include "lifecycle/rehearsal/rehearsed_security.hpp"
@@ -72,6 +73,8 @@ class RehearsedShares {
   }
   /// The path itself, unless it begins with a new share.
   [[nodiscard]] std::string way_of(std::string_view path) const {
+    if (changed_.empty())
+      return std::string(path);
     const platform::NetworkPath parts = platform::take_apart(path);
     const std::optional<Share>* const share = find(parts.server, parts.share);
     if (share == nullptr || !*share || (*share)->path.size() < 2 || (*share)->path[1] != ':')
@@ -105,12 +108,15 @@ std::string shown(platform::WtsConfigClass setting, const platform::WtsConfigVal
 class RehearsedFiles final : public platform::Files {
  public:
   RehearsedFiles(platform::Files& real, const RehearsedShares& shares, const Rehearsal::Tell& tell)
-      : real_(real), shares_(shares), tell_(tell) {}
+      : real_(real), shares_(shares), tell_(tell), names_(real) {}
 
   bool exists(std::string_view path) override {
     const std::string way = shares_.way_of(path);
     const auto place = now(way);
-    return made_.contains(folded(way)) || (place && real_.exists(*place));
+    const bool found =
+        made_.contains(folded(way)) || (place && !names_.is_surely_absent(*place) && real_.exists(*place));
+    absent_ = found ? std::string_view() : path;
+    return found;
   }
   bool is_directory(std::string_view path) override {
     const std::string way = shares_.way_of(path);
@@ -122,6 +128,7 @@ class RehearsedFiles final : public platform::Files {
     tell_("Make the folder " + std::string(path));
     const std::string place = folded(shares_.way_of(path));
     made_.insert(place);
+    absent_.clear();
     made_names_.insert(name_on_server(place));
   }
   /// True for a folder of a server, by its path there. One that was made through another share is known by
@@ -166,6 +173,7 @@ class RehearsedFiles final : public platform::Files {
     tell_("Rename " + std::string(from) + " to " + std::string(to));
     renamed_.emplace_back(from, to);
     answering_ = {};
+    absent_.clear();
   }
   std::unique_ptr<platform::AppendFile> open_append(std::string_view /*path*/, bool /*truncate*/) override {
     return std::make_unique<Nowhere>();
@@ -185,7 +193,8 @@ class RehearsedFiles final : public platform::Files {
   }
   /// Raises what the server says about a path: that it is none, that it cannot be reached, that it is taken.
   void require_new(std::string_view path) {
-    if (exists(path))
+    // Whoever makes a folder has asked for it just now.
+    if (path != absent_ && exists(path))
       base::raise(base::error::kPathFileAccess, std::string(path) + " exists already");
     const std::string above = folded(path.substr(0, path.find_last_of('\\')));
     if (answering_.contains(above))
@@ -209,7 +218,7 @@ class RehearsedFiles final : public platform::Files {
   }
   /// Where a path leads while nothing has been renamed; none for what would be gone.
   [[nodiscard]] std::optional<std::string> now(const std::string& path) const {
-    if (gone_.contains(folded(path)))
+    if (!gone_.empty() && gone_.contains(folded(path)))
       return std::nullopt;
     std::string place = path;
     for (auto one = renamed_.rbegin(); one != renamed_.rend(); ++one) {
@@ -224,6 +233,8 @@ class RehearsedFiles final : public platform::Files {
   platform::Files& real_;
   const RehearsedShares& shares_;
   const Rehearsal::Tell& tell_;
+  FolderNames names_;
+  std::string absent_;  ///< the path that was asked for last, when nothing had it
   HashedTexts made_;
   HashedTexts made_names_;
   HashedTexts answering_;  ///< folders in which a name was looked for, and not found, without a fault
