@@ -10,8 +10,7 @@ struct Session;
 
 namespace twk::batch {
 
-/// The account of that identifier in Active Directory, wherever it is by now; none when it is gone, and in a
-/// WinNT domain, where nobody can be found that way.
+/// The account of that identifier, wherever it is by now and whatever it is called; none when it is gone.
 platform::ObjectPtr account_by_sid(session::Session& session, const std::string& sid);
 
 }  // namespace twk::batch

@@ -77,6 +77,12 @@ ObjectPtr find_account(Undo& undo, const RecordedLine& line) {
   return there;
 }
 
+/// A Samba server has no drives: it tells "C:\Users\jo" of a share that was made for "D:\Users\jo".
+bool is_folder_as_told(std::string_view told, std::string_view folder) {
+  const bool of_samba = base::starts_with_fold(told, "C:\\") && folder.size() > 2 && folder[1] == ':';
+  return base::equals_fold(told, folder) || (of_samba && base::equals_fold(told.substr(2), folder.substr(2)));
+}
+
 void remove_share(Undo& undo, const RecordedThing& thing) {
   platform::Network& network = undo.session.platform.network;
   const std::string name = "The share \\\\" + thing.server + "\\" + thing.share;
@@ -84,7 +90,7 @@ void remove_share(Undo& undo, const RecordedThing& thing) {
   base::Trap missing;
   if (!missing([&] { folder = network.NetShareGetInfo("\\\\" + thing.server, thing.share).shi502_path; }))
     return;
-  if (!base::equals_fold(folder, thing.path))
+  if (!is_folder_as_told(folder, thing.path))
     return undo.keep(name, "it leads to " + folder + " now");
   if (undo.attempt(name, [&] { network.NetShareDel("\\\\" + thing.server, thing.share); }))
     undo.session.log.line("Deleted Share: " + thing.share);
@@ -144,6 +150,14 @@ void for_each(const RecordedLine& line, std::string_view kind, const auto& step)
 }
 
 }  // namespace
+
+bool has_account(Session& session, const RecordedLine& line) {
+  Undo undo{session};
+  ObjectPtr account;
+  base::Trap of_others;
+  of_others([&] { account = find_account(undo, line); });
+  return account != nullptr;
+}
 
 session::RunOutcome take_back(Session& session, const RecordedLine& line) {
   session::begin_outcome(session.log);

@@ -21,6 +21,9 @@ session::RunOutcome take_back(session::Session& session, const RecordedLine& lin
 session::RunOutcome take_back_recorded(session::Session& session, const RecordedRun& run,
                                        const RecordedLine& line);
 
+/// True when the account that a line made is there, or what may be it.
+bool has_account(session::Session& session, const RecordedLine& line);
+
 /// One line of a run that was taken back.
 struct UndoneLine {
   const RecordedLine& line;

@@ -107,6 +107,15 @@ TEST(RecordedImport, AnAccountIsFoundByItsIdentifierAndWhatOthersAddedStays) {
   EXPECT_TRUE(world.has_folder("Users/Jo.Smith/letter.txt"));
 }
 
+TEST(RecordedImport, AnAccountOfAWinNtDomainIsFoundByItsIdentifierToo) {
+  RecordedWorld world(DomainKind::kNt);
+  world.import("Jo,,Smith\nAnn,,Lee\n");
+  const platform::ObjectPtr account = world.account("Jo.Smith");
+  world.directory.GetObject(account->Parent())->MoveHere(account->ADsPath(), "Jo.West");
+  EXPECT_THAT(world.undo(), ElementsAre("2 GREEN", "1 GREEN"));
+  EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Jo.West")); }), 0);
+}
+
 TEST(RecordedImport, AStoppedRunGoesOnAsItWasAskedForThen) {
   RecordedWorld world;
   const auto tell = world.session.import.row_done;
