@@ -59,4 +59,8 @@ session::RunOutcome take_back_broken_line(session::Session& session, const Resum
   return take_back_recorded(session, resumed.run, *resumed.broken);
 }
 
+bool has_broken_account(session::Session& session, const ResumedImport& resumed) {
+  return resumed.broken && has_account(session, *resumed.broken);
+}
+
 }  // namespace twk::batch

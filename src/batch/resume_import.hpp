@@ -24,5 +24,7 @@ ResumedImport plan_resumption(session::Session& session, RecordedRun run);
 /// What the broken line had made is taken back, so that it is made whole, and under the same name, by the run
 /// that follows. Its account is minutes old at the most by the run's own time.
 session::RunOutcome take_back_broken_line(session::Session& session, const ResumedImport& resumed);
+/// True when the broken line got as far as its account, and nobody has deleted that since.
+bool has_broken_account(session::Session& session, const ResumedImport& resumed);
 
 }  // namespace twk::batch

@@ -174,6 +174,30 @@ $ user create $STAFF --plain-letters --key employeeNumber=8 Ann Lee => 1
                "Γιάννης,Straße,9\nAl,Bo,\n")}}});
 }
 
+// Beyond some lines the keys of the domain are read at once, and those of the run's own accounts are added.
+TEST_F(ImportingUsers, RecognizesThePeopleOfALongFile) {
+  std::string csv;
+  const auto person = [&](int number, const std::string& key) {
+    csv += "Al" + std::to_string(number) + ",,Bo" + std::to_string(number) + "," + key + "\n";
+  };
+  for (int number = 0; number < 40; ++number)
+    person(number, std::to_string(number % 4 == 3 ? 1000 - number : number));
+  for (const int known : {0, 7, 12, 23, 38, 39})
+    person(40 + known, std::to_string(known % 4 == 3 ? 1000 - known : known));
+  for (const char* const key : {"\u00E9 1", "\u00C9 1", "late"})
+    person(100 + static_cast<int>(csv.size()), key);
+  const auto counts = [&](const Arguments& more) {
+    Arguments order = {"--key", "employeeNumber=%IMPORT4%"};
+    order.insert(order.end(), more.begin(), more.end());
+    const nlohmann::json end = json_lines(import(csv, order).out).back();
+    return std::pair(end["created"].get<int>(), end["known"].get<int>());
+  };
+  const auto foreseen = counts({"--dry-run"});
+  EXPECT_EQ(foreseen.second, 7) << "six by their numbers, one by a text that compares alike";
+  EXPECT_EQ(counts({}), foreseen);
+  EXPECT_EQ(counts({}), std::pair(0, 49));
+}
+
 TEST_F(ImportingUsers, RefusesWhatHoldsNoLineAndAColumnThatNoLineHas) {
   ASSERT_EQ(import("John,,Smith\nalone\nJohn,,Smith,4\n").exit_code, 1);
   const std::string errors = database_file("Import.err");
@@ -281,6 +305,44 @@ TEST_F(ImportingUsers, ReadsTheSamplesOfAllSeparatorsAlike) {
   EXPECT_EQ(rows_of("tab"), rows);
 }
 
+TEST_F(ImportingUsers, ReadsTheSameCellsFromWhatLibreOfficeSavesInAnyForm) {
+  const auto rows_of = [this](const std::string& form) {
+    const std::string path = TWK_SOURCE_DIR "/tests/cli/spreadsheets/" + form + ".csv";
+    const Arguments order = {"--json",
+                             "user",
+                             "import",
+                             path,
+                             "--csv",
+                             "--ou",
+                             kNewStarters,
+                             "--template=Staff",
+                             "--site",
+                             "Head Office",
+                             "--first=Vorname",
+                             "--middle=0",
+                             "--last=Nachname",
+                             "--dry-run",
+                             "--description=%IMPORT:Abteilung%|%IMPORT:Bemerkung%|%IMPORT:Personalnummer%"};
+    return json_lines(run(order).out);
+  };
+  const auto rows = rows_of("comma-utf-8");
+  std::string read;
+  for (const nlohmann::json& row : rows) {
+    const std::string step = row.value("step", "");
+    if (const std::size_t at = step.find(": Description = "); at != step.npos)
+      read += row["line"].dump() + step.substr(at + 15) + "\n";
+    else if (row.contains("user"))
+      read += row["user"].get<std::string>() + "\n";
+  }
+  EXPECT_EQ(read,
+            "2 Einkauf, Lager|nennt sich \"Joe\"|0007\nJörg.Müller\n"
+            "3 Vertrieb; Süd|zieht um\nam 1. März|0012\nÄnne.Groß\nZoë.O'Neill\n"
+            "6 Tabim Feld||0031\nSøren.Østergård\n7 |\"ganz\" in Anführung|0044\nHélène.Dupont\n");
+  for (const char* const form :
+       {"comma-windows-1252", "semicolon-utf-8", "semicolon-windows-1252", "tab-utf-8", "tab-windows-1252"})
+    EXPECT_EQ(rows_of(form), rows) << form;
+}
+
 TEST_F(ImportingUsers, GoesOnWithAHaltedRunAndTakesItBack) {
   const std::string passwords = file("passwords.csv", "");
   std::filesystem::remove(passwords);
@@ -290,7 +352,6 @@ $ user import $FILE $STAFF --halt-on-warnings --passwords $PASSWORDS => 2 Errors
 $ user import $FILE $STAFF --passwords $PASSWORDS => 65 exists already
 $ user import --resume $FILE => 65 no line of the record
 $ user import --resume $FILE $FILE => 64
-$ user import --resume $FILE --dry-run => 64 no --dry-run
 $ user import --undo $FILE --preview => 64 no --preview
 $ user import --resume $FILE --ou OU=London,DC=twk,DC=test => 64 from the record
 $ user import $FILE => 64 --template is required
@@ -319,6 +380,11 @@ $ --yes user import --undo $RECORD
 $ user show Al.Bo => 2
 $ --yes user import --undo $RECORD => 1
 {"done": 0}
+$ user import --resume $RECORD --dry-run => 2
+| 1     GREEN   Al.Bo
+| 3     YELLOW  John.Smith1
+| 3 would be created
+$ user show Al.Bo => 2
 $ user import --resume $RECORD => 2
 {"line": 1, "user": "Al.Bo"}
 {"line": 2}

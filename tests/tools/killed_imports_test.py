@@ -1,5 +1,5 @@
 """Kills `twk user import` at changes that it makes. What has no account must be in the remaining lines, and nothing else
-but the line in hand; with --resume the import must end as one that nobody disturbed.
+but the line in hand; with --resume the import must end as its dry run says, and as one that nobody disturbed.
 
     killed_imports_test.py PATH-OF-TWK [POINTS [LINES]]
 """
@@ -60,7 +60,7 @@ def main():
             records = glob.glob(f"{lab}/db/Import Record - *.jsonl")
             if records:
                 check_remaining(lab, names, already, told)
-                resumed = twk(lab, "user", "import", "--resume", records[0], codes=None)
+                resumed = resume(lab, records[0], told)
             else:
                 resumed = twk(lab, *order, codes=None)
             found = state(lab)
@@ -70,6 +70,25 @@ def main():
             assert found.keys() == wanted.keys(), f"{told}: there are also {found.keys() - wanted.keys()}"
             shutil.rmtree(lab)
     print(f"import of {LINES} lines: killed at {POINTS} of {len(changes)} changes")
+
+
+def rows(done):
+    """The last row of each line: account and light, of the broken one the account."""
+    found = [json.loads(line) for line in done.stdout.splitlines()]
+    broken = {row["line"] for row in found if "taken back" in row.get("message", "").lower()}
+    return {row["line"]: (row["user"], "" if row["line"] in broken else row["light"])
+            for row in found if "user" in row and "light" in row}
+
+
+def resume(lab, record, told):
+    """After a rehearsal, which writes nothing and foretells each line."""
+    order = ("--json", "user", "import", "--resume", record)
+    before = exported(lab)
+    foretold = twk(lab, *order, "--dry-run", codes=None)
+    assert exported(lab) == before, f"{told}: the dry run changed something"
+    resumed = twk(lab, *order, codes=None)
+    assert rows(foretold) == rows(resumed), f"{told}: foretold {rows(foretold)}, but {resumed.stdout}{resumed.stderr}"
+    return resumed
 
 
 def check_remaining(lab, names, already, told):

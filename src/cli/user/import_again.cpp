@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 
 #include "base/text.hpp"
 #include "batch/resume_import.hpp"
 #include "batch/undo_import.hpp"
 #include "cli/frame/import_faults.hpp"
+#include "cli/frame/import_steps.hpp"
 #include "cli/frame/rehearsed_steps.hpp"
 #include "cli/frame/selection_run.hpp"
 #include "cli/terminal/display.hpp"
@@ -54,10 +56,23 @@ void print_line(Context& context, std::int32_t number, const std::string& user,
                     pad(printable(user), 20) + "  " + printable(message));
 }
 
+/// Its account goes and comes back under the same name, so the lines after it find what they would find.
+void foresee_broken_line(Context& context, batch::ResumedImport& resumed) {
+  const batch::RecordedLine& line = *resumed.broken;
+  session::RunOutcome outcome;
+  outcome.light = session::kGreen;
+  outcome.message = line.user + " would be taken back, because it was broken off, and created again";
+  print_line(context, line.number, line.user, outcome);
+  resumed.order.made_before.insert(line.number);
+}
+
 }  // namespace
 
-int resume_import(Context& context, const std::string& record, const ImportExtras& extras) {
+int resume_import(Context& context, const std::string& record, bool dry_run, ImportExtras extras) {
   const batch::RecordedRun run = read_record(context, record);
+  std::optional<ImportSteps> steps;
+  if (dry_run)
+    extras.steps = &steps.emplace(context);
   // Whatever was chosen then is chosen again.
   for (const char* const bound : {"ImportGroupsStart", "ImportGroupsFinish"})
     context.override_setting("Setup", bound, run.order.text(bound));
@@ -68,8 +83,14 @@ int resume_import(Context& context, const std::string& record, const ImportExtra
   } catch (const base::RuntimeError& fault) {
     throw BadInput(fault.description());
   }
-  if (resumed.broken) {
+  if (steps)
+    steps->follow(session);
+  if (dry_run && batch::has_broken_account(session, resumed)) {
+    foresee_broken_line(context, resumed);
+  } else if (resumed.broken) {
     const session::RunOutcome outcome = batch::take_back_broken_line(session, resumed);
+    if (steps)
+      steps->print(resumed.broken->number);
     print_line(context, resumed.broken->number, resumed.broken->user, outcome);
     if (!outcome.done)
       throw Refused("Line " + std::to_string(resumed.broken->number) +

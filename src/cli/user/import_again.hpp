@@ -8,9 +8,9 @@
 namespace twk::cli {
 
 /// Goes on with an import that was broken off, halted or stopped: the lines without an account are imported
-/// as it was asked for then. `record` is its record, or the file of its remaining lines beside that. Returns
-/// the exit code of the run.
-int resume_import(Context& context, const std::string& record, const ImportExtras& extras);
+/// as it was asked for then. `record` is its record, or the file of its remaining lines beside that. With
+/// `dry_run` the steps are printed, and nothing is done. Returns the exit code of the run.
+int resume_import(Context& context, const std::string& record, bool dry_run, ImportExtras extras);
 
 /// Takes back what an import made, after a question. With `dry_run` the steps are printed, and nothing is
 /// done.

@@ -113,8 +113,8 @@ void refuse_what_the_record_has(const ImportArguments& arguments) {
   if (of_order)
     throw UsageError(option +
                      " takes what was asked for from the record: give no other option of the import");
-  if (arguments.preview || (arguments.dry_run && !arguments.resume.empty()))
-    throw UsageError(option + " has no " + (arguments.preview ? "--preview" : "--dry-run"));
+  if (arguments.preview)
+    throw UsageError(option + " has no --preview, but it has --dry-run");
   if (!arguments.passwords.empty() && !arguments.undo.empty())
     throw UsageError("--undo has no --passwords");
 }
@@ -135,7 +135,7 @@ int import_users(Context& context, const ImportArguments& arguments) {
         complain("The password of " + std::string(account) + " is not in the file: " + trap.description());
     };
   if (!arguments.resume.empty())
-    return resume_import(context, arguments.resume, extras);
+    return resume_import(context, arguments.resume, arguments.dry_run, extras);
   require_arguments(arguments);
   if (!arguments.groups.empty())
     set_group_range(context, arguments.groups);
