@@ -293,8 +293,8 @@ std::optional<ChosenConnection> choose_connection(const world::ConnectionOptions
                                                   const ConnectionTest& test) {
   const auto usual = [](const live::LiveSettings& settings, const live::Prompts& prompts,
                         const std::function<void(const CheckStep&)>& tell) {
-    return world::real_domains().check_connection(settings, prompts, world::stored_unit(live::user_folders()),
-                                                  tell);
+    return world::real_domains().check_connection(settings, prompts,
+                                                  {world::stored_unit(live::user_folders())}, tell);
   };
   ConnectionWindow window(options, problem, parent, test ? test : ConnectionTest(usual));
   if (window.exec() != QDialog::Accepted)

@@ -56,11 +56,9 @@ class RealDomains {
   /// realm; empty when there is neither.
   virtual std::string usual() = 0;
   /// Checks everything that a logon to the domain needs, and reports each step as it ends. A step that needs
-  /// one that failed is skipped. The last one checks whether the account may create users below `place`, a
-  /// distinguished name; empty for a new domain's default container. Writes nothing. Raises only what `tell`
-  /// and the prompts raise.
+  /// one that failed is skipped. Writes nothing. Raises only what `tell` and the prompts raise.
   virtual std::vector<live::CheckStep> check_connection(
-      const live::LiveSettings& settings, const live::Prompts& prompts, const std::string& place,
+      const live::LiveSettings& settings, const live::Prompts& prompts, const live::CheckedPlace& place,
       const std::function<void(const live::CheckStep&)>& tell) = 0;
   /// The domain is not queried yet. `refusal`, if any, is raised by each attempt to connect.
   virtual std::unique_ptr<Ground> make_ground(live::LiveSettings settings, live::Prompts prompts,

@@ -14,6 +14,7 @@ namespace twk::live {
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::HasSubstr;
 
 namespace ads_error = platform::ads_error;
@@ -68,6 +69,10 @@ class WithoutTicket : public testing::Test {
       all.push_back(step.outcome);
     return all;
   }
+  static std::vector<StepOutcome> followed_by_skipped(std::vector<StepOutcome> first) {
+    first.resize(check_step_names().size(), kSkipped);
+    return first;
+  }
   static constexpr StepOutcome kPassed = StepOutcome::kPassed;
   static constexpr StepOutcome kFailed = StepOutcome::kFailed;
   static constexpr StepOutcome kSkipped = StepOutcome::kSkipped;
@@ -79,7 +84,7 @@ TEST_F(WithoutTicket, TheCheckReportsEachStepAsItEnds) {
   const auto steps = check_connection(settings(server.port()), {}, {},
                                       [&](const CheckStep& step) { told.push_back(step.name); });
   EXPECT_EQ(told, check_step_names());
-  EXPECT_THAT(outcomes(steps), ElementsAre(kPassed, kPassed, kSkipped, kFailed, kSkipped, kSkipped));
+  EXPECT_THAT(outcomes(steps), ElementsAreArray(followed_by_skipped({kPassed, kPassed, kSkipped, kFailed})));
   EXPECT_THAT(steps[3].detail, HasSubstr("There is no Kerberos ticket"));
   EXPECT_EQ(worst_outcome(steps), kFailed);
 }
@@ -88,14 +93,14 @@ TEST_F(WithoutTicket, AClosedPortEndsWhatNeedsTheNetwork) {
   SilentServer server;
   server.shut();
   const auto steps = check_connection(settings(server.port()), {}, {}, {});
-  EXPECT_THAT(outcomes(steps), ElementsAre(kPassed, kFailed, kSkipped, kFailed, kSkipped, kSkipped));
+  EXPECT_THAT(outcomes(steps), ElementsAreArray(followed_by_skipped({kPassed, kFailed, kSkipped, kFailed})));
   EXPECT_THAT(steps[1].detail, HasSubstr("Connection refused"));
 }
 
 TEST_F(WithoutTicket, AServerThatIsSilentDoesNotHoldTlsUpForLong) {
   SilentServer server;
   const auto steps = check_connection(settings(server.port(), LiveSettings::Logon::kPassword), {}, {}, {});
-  EXPECT_THAT(outcomes(steps), ElementsAre(kPassed, kPassed, kFailed, kSkipped, kSkipped, kSkipped));
+  EXPECT_THAT(outcomes(steps), ElementsAreArray(followed_by_skipped({kPassed, kPassed, kFailed})));
   EXPECT_THAT(steps[2].detail, HasSubstr("TLS"));
 }
 

@@ -175,7 +175,14 @@ world::RealDomain& Context::connected_domain() {
 }
 
 live::Prompts Context::prompts() {
-  return {.password = [this](const std::string& user) { return logon_password(options_, user); },
+  return {.password =
+              [this](const std::string& user) {
+                // Standard input has it once, and nobody types it twice.
+                auto password = logon_password(options_, user);
+                if (password)
+                  options_.logon_password_file.clear();
+                return options_.logon_password = std::move(password);
+              },
           .tell = [](const std::string& text) { complain(text); },
           .is_stopped = interrupted};
 }

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "base/errors.hpp"
 #include "cli/frame/commands.hpp"
 #include "cli/frame/context.hpp"
@@ -6,6 +8,7 @@
 #include "session/settings.hpp"
 #include "world/lab_check.hpp"
 #include "world/real_domains.hpp"
+#include "world/server_check.hpp"
 #include "world/stored_connection.hpp"
 
 namespace twk::cli {
@@ -18,7 +21,7 @@ constexpr std::string_view kLights[] = {session::kGreen, session::kYellow, sessi
 
 /// Columns for people: light, step, finding.
 std::string text_of(const Output& output, const CheckStep& step) {
-  constexpr std::size_t kWidth = 14;
+  constexpr std::size_t kWidth = 18;
   constexpr std::size_t kLightWidth = 9;
   const std::string_view word = kLights[static_cast<std::size_t>(step.outcome)];
   const std::size_t gap = step.name.size() < kWidth ? kWidth - step.name.size() : 1;
@@ -47,9 +50,12 @@ int examine_lab(Context& context, const std::filesystem::path& folder) {
   return exit_code_of(live::worst_outcome(steps));
 }
 
-int examine(Context& context) {
-  if (const std::filesystem::path lab = context.named_lab(); !lab.empty())
+int examine(Context& context, const std::string& unit) {
+  if (const std::filesystem::path lab = context.named_lab(); !lab.empty()) {
+    if (!unit.empty())
+      throw UsageError("--ou looks at the rights in a real domain; a lab has none");
     return examine_lab(context, lab);
+  }
   const live::Folders folders = live::user_folders();
   const world::ConnectionOptions wanted = world::wanted_connection(folders, context.options().connection);
   live::LiveSettings settings;
@@ -58,19 +64,27 @@ int examine(Context& context) {
   } catch (const base::RuntimeError& failure) {
     throw UsageError(failure.description());
   }
-  Output& output = context.output();
-  const auto steps =
-      world::real_domains().check_connection(settings, context.prompts(), world::stored_unit(folders),
-                                             [&](const CheckStep& step) { tell(output, step); });
-  return exit_code_of(live::worst_outcome(steps));
+  const auto print = [&](const CheckStep& step) { tell(context.output(), step); };
+  const live::CheckedPlace place{unit.empty() ? world::stored_unit(folders) : unit, !unit.empty()};
+  auto worst =
+      live::worst_outcome(world::real_domains().check_connection(settings, context.prompts(), place, print));
+  if (worst != StepOutcome::kFailed)
+    worst = std::max(worst, live::worst_outcome(world::check_servers(context.world(), print)));
+  return exit_code_of(worst);
 }
 
 }  // namespace
 
 void add_doctor_command(Command& app, Context& context) {
   auto* doctor = app.add_subcommand("doctor", "Test the connection to the domain, or a lab, step by step");
-  doctor->footer("Example: twk --lab ~/lab doctor");
-  doctor->callback([&context] { context.set_action([&context] { return examine(context); }); });
+  auto unit = std::make_shared<std::string>();
+  doctor
+      ->add_option("--ou", *unit, "Where the rights are looked at: any that were delegated there are enough")
+      ->type_name("DN");
+  doctor->footer(
+      "Examples: twk --lab ~/lab doctor\n"
+      "          twk doctor --ou \"OU=Pupils,DC=corp,DC=test\"");
+  doctor->callback([=, &context] { context.set_action([=, &context] { return examine(context, *unit); }); });
 }
 
 }  // namespace twk::cli

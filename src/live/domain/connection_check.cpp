@@ -1,10 +1,16 @@
 #include "live/domain/connection_check.hpp"
 
-#include <algorithm>
+#include <cstdlib>
+#include <ctime>
 #include <optional>
 
+#include "ads/dn.hpp"
+#include "ads/schema.hpp"
+#include "base/dates.hpp"
 #include "base/text.hpp"
+#include "live/domain/delegated_rights.hpp"
 #include "live/domain/live_domain.hpp"
+#include "live/domain/locate_controller.hpp"
 #include "live/logon/network_probe.hpp"
 #include "platform/directory.hpp"
 
@@ -19,11 +25,38 @@ struct Finding {
   StepOutcome outcome = StepOutcome::kPassed;
 };
 
+/// "CN=DC1,CN=Servers,CN=London,CN=Sites,…" is in "London".
+std::string site_of_server(std::string_view dn) {
+  constexpr std::size_t kSite = 2;
+  const std::vector<std::string_view> parts = ads::split_dn(dn);
+  return parts.size() > kSite ? ads::parse_rdn(parts[kSite]).value : std::string();
+}
+
+/// Seconds since 1970 of a directory's time, "20260131093000.0Z"; none for anything else.
+std::optional<std::int64_t> seconds_of(const std::string& time) {
+  constexpr std::int64_t kPerSecond = 10'000'000;
+  constexpr std::int64_t kSeconds1601To1970 = 11'644'473'600;
+  const platform::Value moment = ads::to_value(ads::find_attribute("whenCreated"), time);
+  const auto* const date = std::get_if<base::Date>(&moment.data);
+  return date == nullptr ? std::nullopt
+                         : std::optional(base::to_filetime(*date) / kPerSecond - kSeconds1601To1970);
+}
+
+/// "2 min 5 s"
+std::string span_text(std::int64_t seconds) {
+  constexpr std::int64_t kMinute = 60;
+  return base::to_text(seconds / kMinute) + " min " + base::to_text(seconds % kMinute) + " s";
+}
+
+std::string count_text(std::size_t count) {
+  return base::to_text(static_cast<std::int64_t>(count)) + (count == 1 ? " controller" : " controllers");
+}
+
 class Check {
  public:
-  Check(const LiveSettings& settings, const Prompts& prompts, std::string place,
+  Check(const LiveSettings& settings, const Prompts& prompts, std::string place, bool delegated,
         const std::function<void(const CheckStep&)>& tell)
-      : domain_(settings, prompts), place_(std::move(place)), tell_(tell) {}
+      : domain_(settings, prompts), place_(std::move(place)), delegated_(delegated), tell_(tell) {}
 
   std::vector<CheckStep> run() {
     const bool directory = domain_.has_directory();
@@ -43,8 +76,11 @@ class Check {
     else
       reached = step([&] { return look_at_ticket(); }) && reached;
     reached = needs(reached) && step([&] { return bind(); });
-    if (needs(reached))
-      step([&] { return look_at_rights(); });
+    for (const auto look :
+         {&Check::look_at_rights, &Check::compare_clocks, &Check::look_at_site, &Check::try_catalogue}) {
+      if (needs(reached))
+        step([&] { return (this->*look)(); });
+    }
     return std::move(steps_);
   }
 
@@ -121,15 +157,72 @@ class Check {
 
   Finding look_at_rights() {
     const std::string place = place_.empty() ? "CN=Users," + domain_.root_dn() : place_;
-    const LdapEntry entry = domain_.ldap().read(place, {"allowedChildClassesEffective"});
-    const auto* const classes = entry.find("allowedChildClassesEffective");
-    if (classes != nullptr && std::find(classes->begin(), classes->end(), "user") != classes->end())
-      return {"may create users in " + place};
-    return {"may read the domain, but has too few rights to create users in " + place, StepOutcome::kWarning};
+    Rights rights;
+    base::Trap trap;
+    if (!trap([&] { rights = read_rights(domain_.ldap(), place); })) {
+      const bool missing = trap.number() == platform::ads_error::kNoSuchObject;
+      base::raise(trap.number(),
+                  missing ? "there is no " + place + "; `twk ou list` shows the units" : trap.description());
+    }
+    const std::string text = in_words(rights, place);
+    if (rights.creates("user") || (delegated_ && !rights.are_none()))
+      return {text};
+    return {"may read the domain, but has too few rights to create users in " + place +
+                (rights.are_none() ? std::string() : "; " + text),
+            StepOutcome::kWarning};
+  }
+
+  /// Kerberos refuses clocks that differ by more than five minutes.
+  Finding compare_clocks() {
+    constexpr std::int64_t kFew = 60;
+    const std::string there = domain_.ldap().read("", {"currentTime"}).first("currentTime");
+    const auto seconds = seconds_of(there);
+    if (!seconds)
+      return {host_ + " does not tell the time", StepOutcome::kWarning};
+    const std::int64_t ahead = *seconds - std::time(nullptr);
+    if (std::abs(ahead) < kFew)
+      return {"differs from that of " + host_ + " by less than a minute"};
+    return {
+        "the clock of " + host_ + " is " + span_text(std::abs(ahead)) +
+            (ahead > 0 ? " ahead of" : " behind") +
+            " that of this workstation; Kerberos refuses more than 5 minutes: let both take their time from "
+            "the same source",
+        StepOutcome::kWarning};
+  }
+
+  /// The site of the controller, and whether the name service knows its controllers.
+  Finding look_at_site() {
+    const std::string server = domain_.ldap().read("", {"serverName"}).first("serverName");
+    const std::string site = site_of_server(server);
+    if (site.empty())
+      return {host_ + " does not tell its site", StepOutcome::kWarning};
+    SrvAnswer how{};
+    const std::string record = "_ldap._tcp." + site + "._sites.dc._msdcs." + settings().domain;
+    const std::size_t count = look_up_srv(record, &how).size();
+    const std::string where = host_ + " is in the site " + site;
+    if (how == SrvAnswer::kNone) {
+      return {where + ", for which the name service has no controller: the record " + record + " is missing",
+              StepOutcome::kWarning};
+    }
+    return {how == SrvAnswer::kSilence ? where + "; no name service was asked for its controllers"
+                                       : where + ", in which the name service has " + count_text(count)};
+  }
+
+  Finding try_catalogue() {
+    const std::string port = base::to_text(domain_.catalogue_port());
+    const std::string why = why_no_answer(host_, domain_.catalogue_port(), connect_timeout(settings()));
+    if (why.empty())
+      return {"port " + port + " answers"};
+    return {"no answer from the global catalogue of " + host_ + " on port " + port + ": " + why +
+                ". Users and groups are loaded from the directory itself, other domains of the forest not at "
+                "all; "
+                "open the port or name another controller",
+            StepOutcome::kWarning};
   }
 
   LiveDomain domain_;
   std::string place_;
+  bool delegated_;
   const std::function<void(const CheckStep&)>& tell_;
   std::string host_;
   std::vector<CheckStep> steps_;
@@ -138,9 +231,9 @@ class Check {
 }  // namespace
 
 std::vector<CheckStep> check_connection(const LiveSettings& settings, const Prompts& prompts,
-                                        const std::string& place,
+                                        const CheckedPlace& place,
                                         const std::function<void(const CheckStep&)>& tell) {
-  return Check(settings, prompts, place, tell).run();
+  return Check(settings, prompts, place.dn, place.delegated, tell).run();
 }
 
 }  // namespace twk::live

@@ -68,10 +68,8 @@ std::unique_ptr<LdapConnection> LiveDomain::make(std::string_view server, bool c
   // It may be another domain of the forest, whose name is not a host's.
   if (!is_own(server) && place.port == 0 && !base::equals_fold(server, controller()))
     place.host = locate_controller(logon, place.host);
-  if (catalogue) {
-    const bool tls = logon.logon == LiveSettings::Logon::kPassword && logon.tls == LiveSettings::Tls::kLdaps;
-    place.port = tls ? kCatalogueTlsPort : kCataloguePort;
-  }
+  if (catalogue)
+    place.port = catalogue_port();
   return std::make_unique<LdapConnection>(credentials, std::move(place.host), place.port);
 }
 
@@ -79,11 +77,38 @@ LdapConnection& LiveDomain::ldap(std::string_view server, bool catalogue) {
   const bool own = server.empty() || base::equals_fold(server, settings().domain);
   if (own && !has_directory())
     base::raise(platform::ads_error::kServerDown, "The domain " + settings().domain + " has no directory");
-  std::unique_ptr<LdapConnection>& connection =
-      connections_[(catalogue ? "GC " : "") + (own ? std::string() : base::upper(server))];
+  if (own)
+    server = {};
+  return catalogue ? catalogue_of(server) : kept(base::upper(server), server, false);
+}
+
+LdapConnection& LiveDomain::kept(const std::string& key, std::string_view server, bool catalogue) {
+  std::unique_ptr<LdapConnection>& connection = connections_[key];
   if (connection == nullptr)
     connection = make(server, catalogue, credentials_);
   return *connection;
+}
+
+LdapConnection& LiveDomain::catalogue_of(std::string_view server) {
+  LdapConnection& connection = kept("GC " + base::upper(server), server, true);
+  const auto [answers, unknown] = catalogue_answers_.try_emplace(base::upper(server), true);
+  if (unknown) {
+    base::Trap trap;
+    answers->second = trap([&] { connection.open(); }) || trap.number() != platform::ads_error::kServerDown;
+    if (!answers->second) {
+      credentials_->tell(
+          "The global catalogue of " + connection.host() + " does not answer on port " +
+          base::to_text(catalogue_port()) +
+          ". What it would be asked for is looked for in the directory itself, in one domain at a time");
+    }
+  }
+  return answers->second ? connection : kept(base::upper(server), server, false);
+}
+
+std::uint16_t LiveDomain::catalogue_port() const {
+  const bool tls =
+      settings().logon == LiveSettings::Logon::kPassword && settings().tls == LiveSettings::Tls::kLdaps;
+  return tls ? kCatalogueTlsPort : kCataloguePort;
 }
 
 std::unique_ptr<LdapConnection> LiveDomain::ldap_as(std::string_view server, std::string_view user,

@@ -34,11 +34,15 @@ class LiveDomain {
   [[nodiscard]] const std::string& controller();
 
   /// The connection to a server of a path: none or one of the domain's names for its controller, otherwise a
-  /// host with or without ":port". With `catalogue` the global catalogue of that server.
+  /// host with or without ":port". With `catalogue` the global catalogue of that server; when nothing answers
+  /// there, which is told once, the directory itself.
   LdapConnection& ldap(std::string_view server = {}, bool catalogue = false);
   /// A connection with a separate logon, by user and password over TLS.
   std::unique_ptr<LdapConnection> ldap_as(std::string_view server, std::string_view user,
                                           std::string_view password);
+
+  /// The port of the global catalogue that belongs to the way of logging on.
+  [[nodiscard]] std::uint16_t catalogue_port() const;
 
   /// Remote calls to the domain's servers.
   [[nodiscard]] LiveRpc& rpc() { return rpc_; }
@@ -85,6 +89,9 @@ class LiveDomain {
   };
 
   const Facts& facts();
+  LdapConnection& catalogue_of(std::string_view server);
+  /// The kept connection of that key, made by `make` when there is none.
+  LdapConnection& kept(const std::string& key, std::string_view server, bool catalogue);
   [[nodiscard]] bool is_own(std::string_view server) const;
   [[nodiscard]] std::unique_ptr<LdapConnection> make(std::string_view server, bool catalogue,
                                                      const std::shared_ptr<Credentials>& credentials);
@@ -93,6 +100,7 @@ class LiveDomain {
   LiveRpc rpc_{credentials_};
   std::string controller_;
   std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
+  std::map<std::string, bool> catalogue_answers_;  ///< by server, in capitals
   std::optional<Facts> facts_;
   std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;

@@ -36,6 +36,8 @@ class Credentials {
   /// one got with the password. Raises what `Ticket` raises.
   const Ticket& ticket();
 
+  /// Tells the person something about the domain's servers.
+  void tell(const std::string& text) const;
   /// Reports that an existing connection failed, once until there is one again.
   void tell_failure(const std::string& text);
   void tell_recovery();
@@ -43,8 +45,6 @@ class Credentials {
   [[nodiscard]] bool is_stopped() const { return prompts_.is_stopped && prompts_.is_stopped(); }
 
  private:
-  void tell(const std::string& text) const;
-
   LiveSettings settings_;
   Prompts prompts_;
   std::unique_ptr<Ticket> ticket_;

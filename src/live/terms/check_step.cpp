@@ -17,7 +17,8 @@ std::string_view outcome_word(StepOutcome outcome) {
 }
 
 const std::vector<std::string>& check_step_names() {
-  static const std::vector<std::string> names = {"name look-up", "port", "TLS", "ticket", "bind", "rights"};
+  static const std::vector<std::string> names = {"name look-up", "port",  "TLS",  "ticket",   "bind",
+                                                 "rights",       "clock", "site", "catalogue"};
   return names;
 }
 

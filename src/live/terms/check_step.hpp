@@ -23,7 +23,14 @@ struct CheckStep {
   std::string detail;  ///< what was found, or what is wrong and how to fix it
 };
 
-/// The names of the steps in their order: "name look-up", "port", "TLS", "ticket", "bind", "rights".
+/// Where the rights of the account are looked at.
+struct CheckedPlace {
+  std::string dn;          ///< empty: a new domain's container for users
+  bool delegated = false;  ///< any right there is enough, not only that to create users
+};
+
+/// The names of the steps in their order: "name look-up", "port", "TLS", "ticket", "bind", "rights", "clock",
+/// "site", "catalogue".
 const std::vector<std::string>& check_step_names();
 
 /// The worst outcome, not counting skipped steps.

@@ -11,7 +11,7 @@ class LiveDomains final : public RealDomains {
   std::vector<std::string> discover() override { return live::discover_domains(); }
   std::string usual() override { return live::usual_domain(); }
   std::vector<live::CheckStep> check_connection(
-      const live::LiveSettings& settings, const live::Prompts& prompts, const std::string& place,
+      const live::LiveSettings& settings, const live::Prompts& prompts, const live::CheckedPlace& place,
       const std::function<void(const live::CheckStep&)>& tell) override {
     return live::check_connection(settings, prompts, place, tell);
   }

@@ -1,0 +1,87 @@
+#include "live/domain/delegated_rights.hpp"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <utility>
+
+#include "base/text.hpp"
+
+namespace twk::live {
+namespace {
+
+constexpr const char* kClasses = "allowedChildClassesEffective";
+constexpr const char* kAttributes = "allowedAttributesEffective";
+
+/// A name of the schema, and what it means to an administrator.
+using Meaning = std::pair<std::string_view, std::string_view>;
+
+constexpr std::array<Meaning, 4> kCreated = {
+    {{"user", "users"}, {"group", "groups"}, {"organizationalUnit", "units"}, {"contact", "contacts"}}};
+constexpr std::array<Meaning, 6> kWritten = {{{"userAccountControl", "enable and disable"},
+                                              {"lockoutTime", "unlock"},
+                                              {"accountExpires", "let expire"},
+                                              {"cn", "rename"},
+                                              {"homeDirectory", "give homes to"},
+                                              {"description", "describe"}}};
+
+bool contains(const std::vector<std::string>& names, std::string_view name) {
+  return std::ranges::any_of(names, [&](const std::string& one) { return base::equals_fold(one, name); });
+}
+
+std::vector<std::string> values_of(const LdapEntry& entry, const char* attribute) {
+  const auto* const values = entry.find(attribute);
+  return values == nullptr ? std::vector<std::string>() : *values;
+}
+
+/// "users, groups and units": the meanings of the names that are there, or of those that are not.
+std::string listed(const std::vector<std::string>& names, std::span<const Meaning> meanings, bool there) {
+  std::vector<std::string_view> words;
+  for (const auto& [name, word] : meanings) {
+    if (contains(names, name) == there)
+      words.push_back(word);
+  }
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i)
+    text += std::string(i == 0 ? "" : i + 1 == words.size() ? " and " : ", ") + std::string(words[i]);
+  return text;
+}
+
+/// "may create users in OU=…, not groups"
+std::string sentence(const std::vector<std::string>& names, std::span<const Meaning> meanings,
+                     const std::string& before, const std::string& after) {
+  const std::string may = listed(names, meanings, true);
+  const std::string may_not = listed(names, meanings, false);
+  if (may.empty())
+    return "may not " + before + may_not + after;
+  return "may " + before + may + after + (may_not.empty() ? "" : ", but not " + may_not);
+}
+
+}  // namespace
+
+bool Rights::creates(std::string_view object_class) const {
+  return contains(classes, object_class);
+}
+
+Rights read_rights(LdapConnection& connection, const std::string& unit) {
+  Rights rights;
+  rights.classes = values_of(connection.read(unit, {kClasses}), kClasses);
+  LdapSearch somebody;
+  somebody.base = unit;
+  somebody.filter = "(&(objectCategory=person)(objectClass=user))";
+  somebody.attributes = {kAttributes};
+  connection.search(somebody, [&](LdapEntry&& entry) {
+    rights.attributes = values_of(entry, kAttributes);
+    return false;
+  });
+  return rights;
+}
+
+std::string in_words(const Rights& rights, const std::string& unit) {
+  std::string text = sentence(rights.classes, kCreated, "create ", " in " + unit);
+  if (!rights.attributes.empty())
+    text += "; " + sentence(rights.attributes, kWritten, "", " a user there");
+  return text;
+}
+
+}  // namespace twk::live

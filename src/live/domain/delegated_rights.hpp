@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "live/ldap/ldap_connection.hpp"
+
+namespace twk::live {
+
+/// What the account that is logged on may do in a unit, as the server itself says ([MS-ADTS] 3.1.1.4.5.20 and
+/// 3.1.1.4.5.22: allowedChildClassesEffective and allowedAttributesEffective).
+struct Rights {
+  std::vector<std::string> classes;     ///< of which it may create objects
+  std::vector<std::string> attributes;  ///< that it may write to a user who is there; none without a user
+
+  [[nodiscard]] bool creates(std::string_view object_class) const;
+  [[nodiscard]] bool are_none() const { return classes.empty() && attributes.empty(); }
+};
+
+/// Raises what the server raises, kNoSuchObject for a unit that is not there.
+Rights read_rights(LdapConnection& connection, const std::string& unit);
+
+/// "may create users and groups in OU=…, and change all that this program changes of the users there".
+std::string in_words(const Rights& rights, const std::string& unit);
+
+}  // namespace twk::live

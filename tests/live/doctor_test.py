@@ -1,0 +1,95 @@
+#!/usr/bin/python3
+"""Looks at the domain that with-domain started, at its file server and at what was delegated, and works without its
+global catalogue.
+
+    tests/live/with-domain ad -- tests/live/doctor_test.py TWK
+"""
+
+import contextlib
+import json
+import pathlib
+import socket
+import threading
+
+from live_tools import CONF, LIVE, TWK, expect, expect_same, go_through, run, twk
+
+UNIT = "OU=Delegated,DC=twk,DC=test"
+PASSWORD = "Read-0nly-pls"
+LOCKOUT_TIME = "28630ebf-41d5-11d1-a9c1-0000f80367c1"
+RELAY = "127.0.0.5"
+
+
+def samba(*arguments):
+    return run("samba-tool", *arguments, "-s", CONF).stdout
+
+
+def steps(*arguments, codes=(0,), who=()):
+    command = [TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], *who, "--json", "doctor", *arguments]
+    told = run(*command, codes=codes, env={"TWK_LOGON_PASSWORD": PASSWORD} if who else None)
+    return {row["step"]: (row["outcome"], row["detail"]) for row in map(json.loads, told.stdout.splitlines())}
+
+
+def prepare():
+    samba("ou", "create", UNIT)
+    samba("user", "create", "helper", PASSWORD)
+    samba("user", "create", "inside", PASSWORD, "--userou", "OU=Delegated")
+    sid = samba("user", "show", "helper", "--attributes", "objectSid").split("objectSid: ")[1].split()[0]
+    samba("dsacl", "set", f"--objectdn=CN=inside,{UNIT}", f"--sddl=(OA;;WP;{LOCKOUT_TIME};;{sid})", "-H",
+          LIVE["STATE"] + "/domain/private/sam.ldb")
+
+
+def look_at_servers():
+    expect_same(steps()["file servers"][0], "skipped", "without a site")
+    twk("site", "add", "School", "--nt-server", "DC1")
+    twk("template", "add", "Pupil", "--home-dir", r"\\%Server%\Users\%UserName%", "--home-dir-path", r"D:\Pupils\%UserName%",
+        "--home-drive", "H:", "--group", "Domain Users", "--primary-group", "Domain Users")
+    outcome, detail = steps(codes=(1,))["file server DC1"]
+    expect_same(outcome, "warning", "without folder and share")
+    expect(r"there is no folder \\DC1\D$\Pupils", "doctor", detail)
+    expect("there is no share Users", "doctor", detail)
+    pathlib.Path(LIVE["STATE"], "srv/d/Pupils").mkdir()
+    twk("share", "add", "DC1", "Users", r"D:\Users")
+    expect_same(steps()["file server DC1"][0], "passed", "with folder and share")
+
+
+def look_at_rights():
+    expect_same(steps("--ou", UNIT)["rights"][0], "passed", "an administrator's rights")
+    who = ("--user", "helper")
+    expect_same(steps(codes=(1,), who=who)["rights"][0], "warning", "a helper's rights")
+    outcome, detail = steps("--ou", UNIT, who=who)["rights"]
+    expect_same(outcome, "passed", "what was delegated")
+    expect("may unlock a user there, but not enable and disable", "rights", detail)
+    expect("there is no OU=Nowhere", "rights", steps("--ou", "OU=Nowhere,DC=twk,DC=test", codes=(2,))["rights"][1])
+
+
+def pass_on(source, target):
+    with contextlib.suppress(OSError):
+        while data := source.recv(65536):
+            target.sendall(data)
+        target.shutdown(socket.SHUT_WR)
+
+
+def relay(port):
+    listener = socket.create_server((RELAY, port))
+    while True:
+        client = listener.accept()[0]
+        server = socket.create_connection(("127.0.0.1", port))
+        for one, other in ((client, server), (server, client)):
+            threading.Thread(target=pass_on, args=(one, other), daemon=True).start()
+
+
+def work_without_catalogue():
+    """The controller answers on the ports of the directory and of its files alone."""
+    hosts = pathlib.Path("/etc/hosts")
+    hosts.write_text(hosts.read_text(encoding="utf-8").replace("127.0.0.1 dc1", f"{RELAY} dc1"), encoding="utf-8")
+    for port in (389, 445):
+        threading.Thread(target=relay, args=(port,), daemon=True).start()
+    outcome, detail = steps(codes=(1,))["catalogue"]
+    expect_same(outcome, "warning", "a closed catalogue")
+    expect("on port 3268", "catalogue", detail)
+    told = twk("ou", "create", "Below", "--under", UNIT).stderr
+    expect_same(told.count("does not answer on port 3268"), 1, f"how often a closed catalogue is told: {told}")
+    expect("OU=Below,OU=Delegated", "the units", samba("ou", "list"))
+
+
+go_through(prepare, look_at_servers, look_at_rights, work_without_catalogue)
