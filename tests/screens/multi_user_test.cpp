@@ -1,5 +1,6 @@
 #include "windows/state/multi_user.hpp"
 #include "screens/multi_user_screen.hpp"
+#include "windows/multi_user/run_watch.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/run_preview.hpp"
 
@@ -139,6 +140,36 @@ TEST_F(MultiUserWindow, DeleteTabDeletesAndShowsWhoIsGone) {
               QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text));
   });
   EXPECT_EQ(lab.path_of("ann"), "");
+}
+
+TEST_F(MultiUserWindow, WhoFailsIsListedAndTriedAgainAlone) {
+  with_window([&](QWidget& shown) {
+    take_all(shown);
+    show_tab(shown, 0);
+    click("Delete_NT_Account", &shown);
+    expect_box("This Over rides the preferences setting.");
+    click("No_Prompting", &shown);
+    lab.directory.before = fail_at("Delete", 2, base::error::kPermissionDenied);
+    EXPECT_FALSE(find<QWidget>("failures_box", &shown)->isVisible());
+    click("Del_User", &shown);
+    EXPECT_EQ(text(shown, "run_pace"), "3 done, 1 failed");
+    EXPECT_EQ(shown_in("failures", &shown), std::vector<std::string>{"ben"});
+    EXPECT_TRUE(find<QWidget>("failures_box", &shown)->isVisible());
+    EXPECT_NE(lab.path_of("ben"), "");
+    click("retry_failed", &shown);
+    EXPECT_EQ(text(shown, "run_pace"), "1 done");
+    EXPECT_EQ(lab.session.multi_user.ListView1.size(), 1U);
+    EXPECT_FALSE(find<QWidget>("failures_box", &shown)->isVisible());
+  });
+  EXPECT_EQ(lab.path_of("ben"), "");
+}
+
+TEST(RunPace, TellsCountFailuresAndTheTimeLeft) {
+  using std::chrono::seconds;
+  EXPECT_EQ(windows::pace_text(2, 822, 0, seconds(10)), "2 of 822");
+  EXPECT_EQ(windows::pace_text(12, 822, 1, seconds(12)), "12 of 822, 1 failed, about 14 minutes left");
+  EXPECT_EQ(windows::pace_text(821, 822, 0, seconds(821)), "821 of 822, about 1 second left");
+  EXPECT_EQ(windows::pace_text(822, 822, 0, seconds(9)), "822 of 822");
 }
 
 TEST_F(MultiUserWindow, APreviewNamesEveryAccountAndWhatWouldHappenAndDefaultsToCancel) {

@@ -1,3 +1,4 @@
+#include <QGroupBox>
 #include <QLabel>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -6,9 +7,11 @@
 #include "screens/multi_user/multi_user_tabs.hpp"
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
+#include "screens/widgets/list_pane.hpp"
 #include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
+#include "windows/multi_user/run_watch.hpp"
 #include "windows/state/multi_user.hpp"
 
 namespace twk::screens {
@@ -59,11 +62,37 @@ QLabel* make_status(const char* name, controls::Label& control, QWidget* parent)
   return label;
 }
 
+/// Who failed in the last run, as soon as it happens; nothing takes room while nobody did.
+QWidget* make_failures(Desktop& session, QWidget* parent) {
+  windows::RunCourse& course = session.multi_user.course;
+  auto* const box = new QGroupBox("Failed", parent);
+  box->setObjectName("failures_box");
+  auto* const row = new QHBoxLayout(box);
+  auto* const list = new ListPane(
+      course.failures, {.headings = {"Account", "Reason"}, .many_selected = true, .empty_text = {}}, box);
+  list->setObjectName("failures");
+  list->setAccessibleName("Failed");
+  list->setMaximumHeight(list->fontMetrics().height() * 6);
+  row->addWidget(list, 1);
+  QPushButton* const retry = add_button(*row, "Ret&ry the Failed Ones", "retry_failed",
+                                        [&session] { windows::retry_failed_Click(session); });
+  retry->setToolTip("They become the selection, and the run begins again with its preview");
+  const auto show = [box, &course] { box->setVisible(!course.failures.empty()); };
+  show();
+  keep(*box, course.failures.watch([show](const controls::ListChange& change) {
+    if (change.kind == controls::ListChange::Kind::kInserted ||
+        change.kind == controls::ListChange::Kind::kReset)
+      show();
+  }));
+  return box;
+}
+
 QHBoxLayout* make_foot(Desktop& session, QWidget* parent) {
   MultiUser& window = session.multi_user;
   auto* const foot = new QHBoxLayout;
   foot->addWidget(make_status("Label3", window.Label3, parent), 2);
   foot->addWidget(make_status("progress", window.progress, parent), 1);
+  foot->addWidget(make_status("run_pace", window.course.pace, parent), 1);
   return foot;
 }
 
@@ -86,6 +115,7 @@ std::unique_ptr<QDialog> make_multi_user(Desktop& session, QWidget* parent) {
   auto* const rows = new QVBoxLayout(dialog);
   rows->addWidget(make_multi_lists(session, dialog), 1);
   rows->addWidget(make_tabs(session, dialog));
+  rows->addWidget(make_failures(session, dialog));
   auto* const foot = make_foot(session, dialog);
   rows->addLayout(foot);
   add_button(*foot, "&Close", "Command7", session.multi_user.Command7, [dialog] { dialog->reject(); });

@@ -10,6 +10,7 @@
 #include "platform/adsi.hpp"
 #include "session/run_scope.hpp"
 #include "windows/multi_user/run_preview.hpp"
+#include "windows/multi_user/run_watch.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/hourglass.hpp"
@@ -51,13 +52,16 @@ void change(Desktop& session, AccountFunction function) {
                                &window.Command2.enabled, &window.LockAcc.enabled});
   MultiUserView view(session, window.btnGo);
   const session::RunScope scope(session, {}, view);
+  RunWatch watch(session, btnGo_Click);
+  const batch::RunHooks hooks = watch.hooks();
   try {
     const bool whole = batch::change_accounts(
-        session, {function, window.ctrChangePswd.on(), session.form1.defaultpassword.text}, view);
+        session, {function, window.ctrChangePswd.on(), session.form1.defaultpassword.text}, view, hooks);
     view.step(whole ? " Completed" : "Canceled by user.");
   } catch (const base::RuntimeError& failure) {
     batch::tell_run_failure(session, "Error Retrieving Domain Info.", failure);
   }
+  watch.log(function == AccountFunction::kDisable ? "Disabled" : "Enabled");
 }
 
 RunningWindow begin_search(Desktop& session) {

@@ -8,6 +8,7 @@
 #include "windows/mail/mail_tab.hpp"
 #include "windows/mail/search_mail.hpp"
 #include "windows/multi_user/run_preview.hpp"
+#include "windows/multi_user/run_watch.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/form1.hpp"
 
@@ -57,9 +58,12 @@ void run(Desktop& session) {
        &window.No_Prompting.enabled, &window.EX_Server.enabled, &window.Command1.enabled,
        &window.Command2.enabled, &window.Del_Permissions.enabled, &window.Delete_Mail.enabled,
        &window.Delete_Data.enabled, &window.Delete_NT_Account.enabled, &window.Del_Shares.enabled});
-  run_over_selection(
-      session, window.Del_User, "Delete Completed, Check log for errors",
-      [&](session::RunView& view) { return batch::delete_selection(session, delete_order(session), view); });
+  RunWatch watch(session, Del_User_Click);
+  const batch::RunHooks hooks = watch.hooks();
+  run_over_selection(session, window.Del_User, "Delete Completed, Check log for errors",
+                     [&](session::RunView& view) {
+                       return batch::delete_selection(session, delete_order(session), view, hooks);
+                     });
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "batch/move_users.hpp"
 #include "batch/rehearse_selection.hpp"
 #include "windows/multi_user/run_preview.hpp"
+#include "windows/multi_user/run_watch.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/form1.hpp"
 
@@ -60,9 +61,12 @@ void run(Desktop& session) {
        &window.No_Prompt.enabled, &window.Multi_Site.enabled, &window.Multi_Template.enabled,
        &window.Add_to_Groups.enabled, &window.Change_Logon.enabled, &window.UserData.enabled,
        &window.Command1.enabled, &window.Command2.enabled});
-  run_over_selection(
-      session, window.btn_MoveUser, "Move Complete, Check Log for Errors",
-      [&](session::RunView& view) { return batch::move_selection(session, move_order(session), view); });
+  RunWatch watch(session, btn_MoveUser_Click);
+  const batch::RunHooks hooks = watch.hooks();
+  run_over_selection(session, window.btn_MoveUser, "Move Complete, Check Log for Errors",
+                     [&](session::RunView& view) {
+                       return batch::move_selection(session, move_order(session), view, hooks);
+                     });
 }
 
 }  // namespace

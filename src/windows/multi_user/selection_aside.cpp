@@ -14,14 +14,14 @@ ListView& home_of(MultiUser& window, const ListRow& row) {
   return row.icon == "OU" ? window.ListView4 : window.ListView3;
 }
 
+}  // namespace
+
 std::vector<const ListRow*> rows_of(const ListView& list) {
   std::vector<const ListRow*> rows;
   for (std::size_t place = 0; place < list.size(); ++place)
     rows.push_back(&list.at(place));
   return rows;
 }
-
-}  // namespace
 
 void put_back(MultiUser& window, const std::vector<const ListRow*>& rows) {
   std::vector<const ListRow*> users;

@@ -8,6 +8,9 @@ namespace twk::windows {
 
 struct MultiUser;
 
+/// All rows, from the top.
+std::vector<const controls::ListRow*> rows_of(const controls::ListView& list);
+
 /// Moves rows of the selection back to the lists that they came from. What is gone stays away.
 void put_back(MultiUser& window, const std::vector<const controls::ListRow*>& rows);
 

@@ -42,6 +42,16 @@ inline controls::Button button(std::string caption) {
           controls::Observable<bool>(true)};
 }
 
+struct Desktop;
+
+/// How a run over the selection goes.
+struct RunCourse {
+  controls::Label pace;  ///< "12 of 822, 1 failed, about 2 minutes left"
+  controls::ListView
+      failures;  ///< who failed, with the reason in sub-item 1; keys are those of the selection
+  void (*start)(Desktop&) = nullptr;  ///< begins the last run again
+};
+
 struct MultiUser {
   explicit MultiUser(session::LoadedDomain& domain);
 
@@ -58,6 +68,7 @@ struct MultiUser {
   controls::Label progress;  ///< the current file
   controls::Label Label3;    ///< the current item
   controls::ProgressBar ProgressBar1;
+  RunCourse course;
   controls::Observable<bool> ProgressBar1_visible{false};
   controls::Observable<int> mouse_pointer{0};  ///< 11 while the window is busy
   bool initialized = false;                    ///< the boxes show what is stored
