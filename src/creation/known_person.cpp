@@ -58,6 +58,13 @@ Step end(CreationRun& run, std::string message) {
 
 }  // namespace
 
+bool is_attribute_name(std::string_view text) {
+  const auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  return !text.empty() && is_letter(text.front()) && std::ranges::all_of(text, [&](char c) {
+    return is_letter(c) || (c >= '0' && c <= '9') || c == '-';
+  });
+}
+
 Step RecognizePerson(CreationRun& run) {
   const std::string& attribute = run.request.key.attribute;
   if (attribute.empty())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "creation/creation_run.hpp"
@@ -7,6 +8,9 @@
 
 /// People who have an account already, by an attribute that names them ("employeeNumber").
 namespace twk::creation {
+
+/// True for what RFC 4512 calls an attribute's name, such as "employeeNumber": it becomes part of a filter.
+bool is_attribute_name(std::string_view text);
 
 /// Ends the run for a person whose key an account of the domain has, or one that a rehearsal would have made.
 /// A person without a key is refused, as nobody could recognise her later. Raises what the directory raises.

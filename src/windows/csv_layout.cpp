@@ -10,6 +10,7 @@
 #include "batch/first_account_name.hpp"
 #include "batch/heading_use.hpp"
 #include "batch/import_columns.hpp"
+#include "creation/known_person.hpp"
 #include "format/import_headings.hpp"
 #include "windows/create_user.hpp"
 #include "windows/password_fields.hpp"
@@ -57,12 +58,15 @@ batch::ImportColumns chosen_columns(const CSV_Import& window) {
 }
 
 void offer(CSV_Import& window, const std::vector<std::string>& columns) {
-  for (controls::ComboBox* box : choices(window)) {
-    box->clear();
-    box->add_item("");
+  const auto fill = [&columns](controls::ComboBox& box) {
+    box.clear();
+    box.add_item("");
     for (const std::string& column : columns)
-      box->add_item(column);
-  }
+      box.add_item(column);
+  };
+  for (controls::ComboBox* box : choices(window))
+    fill(*box);
+  fill(window.KeyColumn);
 }
 
 void show_lines(Desktop& session, std::string_view bytes) {
@@ -158,10 +162,27 @@ std::vector<PreviewColumn> preview_columns(const CSV_Import& window) {
 batch::ImportOrder csv_order(Desktop& session) {
   CSV_Import& window = session.csv_import;
   batch::ImportOrder order;
-  order.user = new_user_request(session);
+  order.user = imported_request(session);
   order.csv = true;
   batch::use_columns(session.import, order, chosen_columns(window), window.chkImport.on());
   return order;
+}
+
+/// Why nobody could be recognised by what was entered; empty when it will do.
+std::string refused_key(const CSV_Import& window) {
+  const std::string attribute(base::trim(window.KeyAttribute.text.get()));
+  const bool has_column = chosen(window.KeyColumn) != 0;
+  if (attribute.empty())
+    return has_column
+               ? "Type the attribute that is compared with the column, such as employeeNumber, or choose no "
+                 "column to recognise nobody."
+               : "";
+  if (!creation::is_attribute_name(attribute))
+    return "\"" + attribute +
+           "\" is no attribute: its name has letters, digits and hyphens, such as employeeNumber.";
+  return has_column
+             ? ""
+             : "Choose the column that holds " + attribute + ", or empty the field to recognise nobody.";
 }
 
 void show_account_names(Desktop& session) {
@@ -178,6 +199,17 @@ void show_account_names(Desktop& session) {
 }
 
 }  // namespace
+
+creation::NewUserRequest imported_request(const Desktop& session) {
+  const CSV_Import& window = session.csv_import;
+  creation::NewUserRequest request = new_user_request(session);
+  request.keeps_names = window.chkKeepNames.on();
+  request.plain_letters = window.chkPlainLetters.on();
+  const std::string attribute(base::trim(window.KeyAttribute.text.get()));
+  if (!attribute.empty())
+    request.key = {attribute, batch::column_tag(chosen(window.KeyColumn))};
+  return request;
+}
 
 void load_csv_layout(Desktop& session, std::string_view path) {
   CSV_Import& window = session.csv_import;
@@ -232,6 +264,11 @@ bool csv_layout_ok(Desktop& session) {
   CSV_Import& window = session.csv_import;
   Form1& form = session.form1;
   const batch::ImportColumns columns = chosen_columns(window);
+  if (const std::string fault = refused_key(window); !fault.empty()) {
+    session.platform.dialogs.MsgBox(fault, platform::Buttons::kOk, platform::Icon::kCritical,
+                                    "Can't Import Users");
+    return false;
+  }
   if (window.chkCsv.on()) {
     const std::string fault = batch::refused_headings(session, csv_order(session), window.headings);
     if (!fault.empty()) {

@@ -2,10 +2,15 @@
 
 #include <string_view>
 
+#include "creation/new_user_request.hpp"
+
 /// The window `CSV_Import`: what the columns of the file contain.
 namespace twk::windows {
 
 struct Desktop;
+
+/// What the window asks for each line besides its columns, over what the New User tab asks for.
+creation::NewUserRequest imported_request(const Desktop& session);
 
 /// Shows the path, the first two lines and the columns of the first line that can be a user. Raises what
 /// reading the file raises.

@@ -29,7 +29,7 @@ void clear_new_user_tab(Form1& form) {
 batch::ImportOrder order_of(Desktop& session) {
   const Form1& form = session.form1;
   batch::ImportOrder order;
-  order.user = new_user_request(session);
+  order.user = imported_request(session);
   order.halt_on_errors = form.STOP_ON_RED[0].on();
   order.halt_on_warnings = form.STOP_ON_RED[1].on();
   order.csv = session.csv_import.chkCsv.on();

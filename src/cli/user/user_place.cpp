@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <cctype>
 
 #include "base/text.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/terminal/failures.hpp"
 #include "cli/user/user_commands.hpp"
+#include "creation/known_person.hpp"
 #include "creation/stored_request.hpp"
 #include "directory/tree/tree.hpp"
 #include "directory/tree/tree_path.hpp"
@@ -29,17 +29,13 @@ void select_user(Context& context, session::Session& session, const std::string&
   session.domain.tree.select(&reach_user(context, session, name));
 }
 
-/// "employeeNumber=%IMPORT5%". The attribute becomes part of a filter, so it has only what RFC 4512 gives
-/// names.
+/// "employeeNumber=%IMPORT5%".
 creation::PersonKey person_key(const std::string& text) {
   if (text.empty())
     return {};
   const std::size_t equals = text.find('=');
   const std::string attribute = text.substr(0, equals);
-  const auto names = [](unsigned char c) { return std::isalnum(c) != 0 || c == '-'; };
-  if (equals == std::string::npos || equals + 1 == text.size() || attribute.empty() ||
-      std::isalpha(static_cast<unsigned char>(attribute.front())) == 0 ||
-      !std::ranges::all_of(attribute, names))
+  if (equals == std::string::npos || equals + 1 == text.size() || !creation::is_attribute_name(attribute))
     throw UsageError("--key takes an attribute and what it holds, such as employeeNumber=%IMPORT5%");
   return {attribute, text.substr(equals + 1)};
 }

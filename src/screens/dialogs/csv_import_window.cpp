@@ -1,6 +1,7 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
@@ -100,6 +101,44 @@ void add_choices(QVBoxLayout& column, windows::Desktop& session) {
   add_choice(*row, "&Password", "ImportPassword", window.ImportPassword, chosen);
 }
 
+/// How names are written, and whom the import passes over.
+void add_people(QVBoxLayout& column, windows::Desktop& session) {
+  CSV_Import& window = session.csv_import;
+  const Action changed = [&session] { windows::show_chosen_columns(session); };
+  auto* const group = new QGroupBox("People", column.parentWidget());
+  column.addWidget(group);
+  auto* const rows = new QVBoxLayout(group);
+  auto* const boxes = new QHBoxLayout;
+  rows->addLayout(boxes);
+  add_check(*boxes, "&Keep names as they are written", "chkKeepNames", window.chkKeepNames, changed);
+  add_check(*boxes, "Account names in plai&n letters", "chkPlainLetters", window.chkPlainLetters, changed);
+  boxes->addStretch(1);
+  auto* const key = new QHBoxLayout;
+  rows->addLayout(key);
+  auto* const attribute = new QLineEdit(group);
+  attribute->setObjectName("KeyAttribute");
+  attribute->setPlaceholderText("employeeNumber");
+  auto* const label = new QLabel("Recog&nise who has an account by", group);
+  label->setBuddy(attribute);
+  bind_to(*attribute, window.KeyAttribute);
+  auto* const holder = new QComboBox(group);
+  holder->setObjectName("KeyColumn");
+  holder->setAccessibleName("Column that holds it");
+  bind_to(*holder, window.KeyColumn);
+  key->addWidget(label);
+  key->addWidget(attribute);
+  key->addWidget(new QLabel("in the column", group));
+  key->addWidget(holder, 1);
+  const QString tip =
+      "Lines of people whose account holds the same value are passed over; new accounts get it";
+  attribute->setToolTip(tip);
+  holder->setToolTip(tip);
+  // Nobody is recognised in a WinNT domain.
+  for (QWidget* const part :
+       {static_cast<QWidget*>(label), static_cast<QWidget*>(attribute), static_cast<QWidget*>(holder)})
+    part->setEnabled(session::is_active_directory(session));
+}
+
 }  // namespace
 
 std::unique_ptr<QDialog> make_csv_import(windows::Desktop& session, QWidget* parent) {
@@ -120,6 +159,7 @@ std::unique_ptr<QDialog> make_csv_import(windows::Desktop& session, QWidget* par
   add_check(*column, "Use &Default settings, First 3 fields: First,Middle,Last", "chkImport",
             window.chkImport, [&session] { windows::chkImport_Click(session); });
   add_choices(*column, session);
+  add_people(*column, session);
   auto* const advice =
       new QLabel("Make sure you have selected the correct Template & Site. Press \"OK\" to start the Import.",
                  dialog.get());

@@ -62,7 +62,11 @@ struct CSV_Import {
   controls::ComboBox ImportLast;
   controls::ComboBox ImportUserID;
   controls::ComboBox ImportPassword;
-  bool rehearses = false;  ///< it was closed by "Rehearse"
+  controls::CheckBox chkKeepNames;     ///< names as they are written, otherwise with a capital letter first
+  controls::CheckBox chkPlainLetters;  ///< account names without accents and foreign scripts
+  controls::TextBox KeyAttribute;      ///< by which people who have an account are recognised; empty for none
+  controls::ComboBox KeyColumn;        ///< what it holds
+  bool rehearses = false;              ///< it was closed by "Rehearse"
 };
 
 /// Groups and expiry of imported accounts.
