@@ -27,12 +27,13 @@ void Clear_log(Session& session) {
   session.log_rows.clear();
 }
 
-void Log_Detail(Session& session) {
+bool Log_Detail(Session& session) {
   std::string path = session.log.path();
   std::replace(path.begin(), path.end(), '\\', '/');
   const std::string failure = session.platform.process.run({"xdg-open", path}, false, 1).failure;
   if (!failure.empty())
     session.status.panel1 = "Log.txt cannot be shown: " + failure;
+  return failure.empty();
 }
 
 void Delete_Log_File(Session& session) {

@@ -24,8 +24,9 @@ void write_run_file(Session& session, RunFile& file, std::string_view text);
 
 /// The buttons of the log tab.
 void Clear_log(Session& session);
-/// Shows "Log.txt" in a text viewer, without waiting for it.
-void Log_Detail(Session& session);
+/// Shows "Log.txt" in a text viewer, without waiting for it. False when none starts, which the status line
+/// says.
+bool Log_Detail(Session& session);
 /// Asks, and deletes "Log.txt" on Yes. A missing file is not an error.
 void Delete_Log_File(Session& session);
 

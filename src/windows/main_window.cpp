@@ -15,6 +15,7 @@
 #include "windows/editors/custom_properties.hpp"
 #include "windows/groups/groups_window.hpp"
 #include "windows/import.hpp"
+#include "windows/log_window.hpp"
 #include "windows/manage_ou.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/refresh.hpp"
@@ -69,7 +70,7 @@ void mnuFile_Click(Desktop& session, int index) {
       Import_Command(session);
       break;
     case 2:
-      session::Log_Detail(session);
+      View_Log_Click(session);
       break;
     case 3:
       stores::Backup_Databases(session);

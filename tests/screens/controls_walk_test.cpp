@@ -50,10 +50,10 @@ class ControlsWalk : public ScreenTest {
     lab.session.run_preview.Start.caption = std::string("&Delete");
     lab.session.run_preview.Rehearse.caption = std::string("&Look at the other 2 accounts");
     for (const char* const name :
-         {"frmADOptions",    "CSV_Import",     "Choose_OU",      "Custom",        "frmCopy_Group",
-          "Edit_Properties", "frmFindW2KUser", "GroupAdd",       "ImportGrps",    "Logon_Hours",
-          "MultiUser",       "Permissions",    "RenameUser",     "Rename_NT",     "RunPreview",
-          "Select_OU",       "Serach_Mail",    "frmSharePoints", "Varibles_Form", "WKS_PROFILE"}) {
+         {"frmADOptions",   "CSV_Import",    "Choose_OU",  "Custom",     "frmCopy_Group", "Edit_Properties",
+          "frmFindW2KUser", "GroupAdd",      "ImportGrps", "LogWindow",  "Logon_Hours",   "MultiUser",
+          "Permissions",    "RenameUser",    "Rename_NT",  "RunPreview", "Select_OU",     "Serach_Mail",
+          "frmSharePoints", "Varibles_Form", "WKS_PROFILE"}) {
       const auto shown = screens::make_window(name, lab.session, window.get());
       ASSERT_NE(shown, nullptr) << name;
       shown->show();

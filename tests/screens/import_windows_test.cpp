@@ -191,5 +191,65 @@ TEST_F(ImportWindowsTest, TheLogFileIsShownAndDeletedOnlyOnYes) {
   }
 }
 
+TEST_F(ImportWindowsTest, WithoutAViewerTheLogHasAWindowAndARowOpensWhatItIsAbout) {
+  open_log();
+  const auto log_user = [this](const std::string& user) {
+    lab.clock.time = base::plus_seconds(lab.clock.time, 60);
+    lab.session.log.begin_block();
+    lab.session.log.line("Creating User:" + user);
+    lab.session.log.close();
+    session::LOG_TAB(lab.session, session::kGreen, user + " Created User");
+  };
+  log_user("jo");
+  log_user("ann");
+  const auto shown_text = [this](QWidget& shown) {
+    return find<QPlainTextEdit>("block_text", &shown)->toPlainText().toStdString();
+  };
+  expect_window([&](QWidget& shown) {
+    EXPECT_EQ(shown.objectName(), "LogWindow");
+    EXPECT_THAT(shown_text(shown), HasSubstr("Creating User:jo"));
+    type("blocks_filter", "user:ANN", &shown);
+    EXPECT_THAT(shown_in("blocks", &shown), testing::ElementsAre("Creating User:ann"));
+    click_row("blocks", "Creating User:ann", &shown);
+    EXPECT_THAT(shown_text(shown), HasSubstr("Creating User:ann"));
+    QTest::keyClick(&shown, Qt::Key_Escape);
+  });
+  double_click_row("ListView1", "jo Created User");
+  lab.process.result = {.number = 0, .failure = "xdg-open is not installed"};
+  expect_window([&](QWidget& shown) {
+    EXPECT_THAT(shown_text(shown), HasSubstr("Creating User:ann")) << "the newest one";
+    QTest::keyClick(&shown, Qt::Key_Escape);
+  });
+  click("Log_Detail");
+}
+
+TEST_F(ImportWindowsTest, PeopleWhoHaveAnAccountArePassedOverAndNamesKeptAsTheyAre) {
+  const platform::ObjectPtr known = lab.make_user("known", "known");
+  known->Put("employeeNumber", "17");
+  known->SetInfo();
+  open();
+  put_file(lab.folder / "people.csv", "Jos\u00e9,van Dyk,17\r\nMax,von Au,18\r\n");
+  expect_file(lab.folder / "people.csv");
+  expect_window([this](QWidget& layout) {
+    press("chkImport", Qt::Key_Space, &layout);
+    choose("ImportMiddle", "", &layout);
+    choose("ImportLast", "%IMPORT2%", &layout);
+    click("chkKeepNames", &layout);
+    type("KeyAttribute", "employee number", &layout);
+    expect_box("\"employee number\" is no attribute");
+    click("Command1", &layout);
+    type("KeyAttribute", "employeeNumber", &layout);
+    expect_box("Choose the column that holds employeeNumber");
+    click("Command1", &layout);
+    choose("KeyColumn", "%IMPORT3%", &layout);
+    click("Command1", &layout);
+  });
+  find<QAction>("mnuFile1")->trigger();
+  settle();
+  EXPECT_EQ(status(), "Import Complete. 1 users Added. Check Import.err for errors.");
+  EXPECT_EQ(lab.property("Max.von Au", "sn"), "von Au");
+  EXPECT_EQ(lab.property("Max.von Au", "employeeNumber"), "18");
+}
+
 }  // namespace
 }  // namespace twk::test

@@ -13,15 +13,31 @@ namespace {
 constexpr std::array<const char*, 6> kTabs = {"new-user", "user-details", "log",
                                               "site",     "template",     "set-up"};
 constexpr std::array<const char*, 5> kSetupTabs = {"set-up", "preferences", "mail", "w2k", "wts"};
-constexpr std::array<std::pair<const char*, const char*>, 24> kDialogs = {
-    {{"frmADOptions", "options"},    {"CSV_Import", "import"},     {"ImportGrps", "import"},
-     {"CancelImport", "import"},     {"frmFindW2KUser", "find"},   {"Groupsfrm", "groups"},
-     {"GroupAdd", "groups"},         {"frmCopy_Group", "groups"},  {"MultiUser", "multi-user"},
-     {"Select_OU", "tree"},          {"Choose_OU", "tree"},        {"RenameUser", "tree"},
-     {"Rename_NT", "tree"},          {"WKS_PROFILE", "tree"},      {"FileProgress", "tree"},
-     {"Serach_Mail", "mail"},        {"Edit_Properties", "w2k"},   {"Custom", "user-details"},
-     {"Logon_Hours", "template"},    {"Permissions", "set-up"},    {"frmSharePoints", "template"},
-     {"Varibles_Form", "variables"}, {"RunPreview", "multi-user"}, {"start", "lab"}}};
+constexpr std::array<std::pair<const char*, const char*>, 25> kDialogs = {{{"frmADOptions", "options"},
+                                                                           {"CSV_Import", "import"},
+                                                                           {"ImportGrps", "import"},
+                                                                           {"CancelImport", "import"},
+                                                                           {"frmFindW2KUser", "find"},
+                                                                           {"Groupsfrm", "groups"},
+                                                                           {"GroupAdd", "groups"},
+                                                                           {"frmCopy_Group", "groups"},
+                                                                           {"MultiUser", "multi-user"},
+                                                                           {"Select_OU", "tree"},
+                                                                           {"Choose_OU", "tree"},
+                                                                           {"LogWindow", "log"},
+                                                                           {"RenameUser", "tree"},
+                                                                           {"Rename_NT", "tree"},
+                                                                           {"WKS_PROFILE", "tree"},
+                                                                           {"FileProgress", "tree"},
+                                                                           {"Serach_Mail", "mail"},
+                                                                           {"Edit_Properties", "w2k"},
+                                                                           {"Custom", "user-details"},
+                                                                           {"Logon_Hours", "template"},
+                                                                           {"Permissions", "set-up"},
+                                                                           {"frmSharePoints", "template"},
+                                                                           {"Varibles_Form", "variables"},
+                                                                           {"RunPreview", "multi-user"},
+                                                                           {"start", "lab"}}};
 
 /// A key that no field, menu or window uses arrives here last.
 class HelpKey final : public QObject {

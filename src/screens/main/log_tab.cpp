@@ -7,6 +7,7 @@
 #include "screens/widgets/list_pane.hpp"
 #include "session/log_tab.hpp"
 #include "windows/account/run_history.hpp"
+#include "windows/log_window.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/undo_import.hpp"
@@ -21,6 +22,11 @@ ListPane* make_list(windows::Desktop& session, QWidget* parent) {
       parent);
   list->setObjectName("ListView1");
   list->setAccessibleName("Log");
+  list->setToolTip("A double click shows what Log.txt says of it");
+  list->on_activate = [&session] {
+    if (const controls::ListRow* const row = session.log_rows.selected())
+      windows::show_block_of(session, *row);
+  };
   QHeaderView& header = *list->header();
   header.setStretchLastSection(false);
   header.setSectionResizeMode(0, QHeaderView::Stretch);
@@ -56,7 +62,7 @@ QWidget* make_log_tab(windows::Desktop& session, QWidget* parent) {
       show();
   }));
   buttons->addStretch();
-  add_button(*buttons, "&View Log File", "Log_Detail", [&session] { session::Log_Detail(session); });
+  add_button(*buttons, "&View Log File", "Log_Detail", [&session] { windows::View_Log_Click(session); });
   add_button(*buttons, "Delete Lo&g File", "Delete_Log_File",
              [&session] { session::Delete_Log_File(session); });
   return tab;

@@ -23,6 +23,7 @@ std::unique_ptr<QDialog> make_find_user(windows::Desktop& session, QWidget* pare
 std::unique_ptr<QDialog> make_group_add(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_import_groups(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_leaving(windows::Desktop& session, QWidget* parent);
+std::unique_ptr<QDialog> make_log_window(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_logon_hours(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_multi_user(windows::Desktop& session, QWidget* parent);
 std::unique_ptr<QDialog> make_permissions(windows::Desktop& session, QWidget* parent);

@@ -11,6 +11,7 @@
 #include "windows/state/form1.hpp"
 #include "windows/state/group_windows.hpp"
 #include "windows/state/import_windows.hpp"
+#include "windows/state/log_window.hpp"
 #include "windows/state/multi_user.hpp"
 #include "windows/state/new_user.hpp"
 #include "windows/state/run_history.hpp"
@@ -74,6 +75,7 @@ struct Desktop::Windows {
   Edit_Properties edit_properties;
   Custom custom;
   Logon_Hours logon_hours;
+  LogWindow log_window;
   Permissions permissions;
   DetailsChanges details{form1};
   NewUser new_user;
@@ -162,6 +164,7 @@ Desktop::Desktop(const platform::Platform& services, std::string_view command_li
       edit_properties(windows_->edit_properties),
       custom(windows_->custom),
       logon_hours(windows_->logon_hours),
+      log_window(windows_->log_window),
       permissions(windows_->permissions),
       details(windows_->details),
       new_user(windows_->new_user),

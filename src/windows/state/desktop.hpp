@@ -18,6 +18,7 @@ struct Form1;
 struct GroupAdd;
 struct Groupsfrm;
 struct ImportGrps;
+struct LogWindow;
 struct Logon_Hours;
 struct MultiUser;
 struct NewUser;
@@ -76,6 +77,7 @@ struct Desktop : session::Session {
   Edit_Properties& edit_properties;
   Custom& custom;
   Logon_Hours& logon_hours;
+  LogWindow& log_window;
   Permissions& permissions;
   DetailsChanges& details;  ///< what was changed on the user details tab
   NewUser& new_user;

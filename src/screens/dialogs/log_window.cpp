@@ -1,0 +1,77 @@
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QHeaderView>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "screens/program/windows.hpp"
+#include "screens/widgets/form.hpp"
+#include "screens/widgets/list_pane.hpp"
+#include "screens/widgets/list_tools.hpp"
+#include "screens/widgets/text.hpp"
+#include "windows/log_window.hpp"
+#include "windows/state/log_window.hpp"
+
+namespace twk::screens {
+namespace {
+
+QWidget* make_blocks(windows::Desktop& session, QWidget* parent) {
+  auto* const side = new QWidget(parent);
+  auto* const column = new QVBoxLayout(side);
+  column->setContentsMargins(0, 0, 0, 0);
+  auto* const list = new ListPane(
+      session.log_window.blocks,
+      {.headings = {"Operation", "Day and time", "Administrator"}, .empty_text = "The log is empty."}, side);
+  list->setObjectName("blocks");
+  list->setAccessibleName("Operations");
+  list->header()->resizeSection(0, 240);
+  list->header()->resizeSection(1, 150);
+  list->on_click = [&session] { windows::LogWindow_Selected(session); };
+  QLineEdit* const filter = add_filter(*list, "Filter by operation, user, day or administrator", side);
+  filter->setObjectName("blocks_filter");
+  column->addWidget(filter);
+  column->addWidget(list, 1);
+  column->addWidget(add_row_count(*list, side));
+  return side;
+}
+
+QWidget* make_text(windows::Desktop& session, QWidget* parent) {
+  auto* const text = new QPlainTextEdit(parent);
+  text->setObjectName("block_text");
+  text->setAccessibleName("Text of the operation");
+  text->setReadOnly(true);
+  text->setTabChangesFocus(true);
+  text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  follow(*text, session.log_window.text.caption,
+         [text](const std::string& shown) { text->setPlainText(to_qt(shown)); });
+  return text;
+}
+
+}  // namespace
+
+std::unique_ptr<QDialog> make_log_window(windows::Desktop& session, QWidget* parent) {
+  auto window = std::make_unique<QDialog>(parent);
+  QDialog* const dialog = window.get();
+  dialog->setObjectName("LogWindow");
+  dialog->setWindowTitle("Log");
+  auto* const rows = new QVBoxLayout(dialog);
+  auto* const told = new QLabel(dialog);
+  told->setTextFormat(Qt::PlainText);
+  told->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  bind_to(*told, session.log_window.told);
+  rows->addWidget(told);
+  auto* const panes = new QSplitter(dialog);
+  panes->setObjectName("log_panes");
+  panes->addWidget(make_blocks(session, panes));
+  panes->addWidget(make_text(session, panes));
+  panes->setChildrenCollapsible(false);
+  rows->addWidget(panes, 1);
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
+  rows->addWidget(buttons);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+  dialog->resize(900, 520);
+  return window;
+}
+
+}  // namespace twk::screens
