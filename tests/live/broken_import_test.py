@@ -5,6 +5,7 @@ What became of them is looked at with others' tools alone.
     tests/live/with-domain ad -- tests/live/broken_import_test.py TWK [POINTS [LINES]]
 """
 
+import base64
 import collections
 import json
 import pathlib
@@ -17,7 +18,7 @@ import time
 from live_tools import CONF, LIVE, admin_logon, expect, expect_same, failures, go_through, ldap_values, run, set_up, twk, twk_command
 
 POINTS = int(sys.argv[2]) if len(sys.argv) > 2 else 2
-LINES = int(sys.argv[3]) if len(sys.argv) > 3 else 8
+LINES = int(sys.argv[3]) if len(sys.argv) > 3 else 6
 OU = "OU=New Starters,DC=twk,DC=test"
 PLACE = ["--template", "Staff", "--site", "Head Office", "--ou", OU]
 # Calls that carry requests to servers; the one that is made most is the one to be killed at.
@@ -91,7 +92,6 @@ def sid_of(first):
 
 
 def readable_sid(text):
-    import base64
     raw = base64.b64decode(text)
     parts = [int.from_bytes(raw[at:at + 4], "little") for at in range(8, len(raw), 4)]
     return "-".join(map(str, ["S", raw[0], int.from_bytes(raw[2:8], "big"), *parts]))
