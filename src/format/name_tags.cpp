@@ -1,7 +1,6 @@
 #include "format/name_tags.hpp"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 #include "base/text.hpp"
@@ -115,9 +114,6 @@ void expand_name(std::string& text, std::string_view tag, std::string_view name)
 }
 
 void expand_serials(session::Session& session, std::string& text) {
-  constexpr std::array<std::string_view, 3> kTags = {"%N%", "%NN%", "%NNN%"};
-  if (std::ranges::none_of(kTags, [&](std::string_view tag) { return find_tag(text, tag) != base::npos; }))
-    return;
   if (!session.SerialTokenUsed)
     session.SerialCounter = stored_serial(session);
   expand_serial(session, text, "%N%", 1);
