@@ -133,6 +133,17 @@ TEST_F(NewUserTabTest, BesideTheFieldsStandsWhatWouldBeMadeAndWhyNot) {
         "Cannot be created: You must select a Template,Site & OU in the treeview to create this user");
 }
 
+TEST_F(NewUserTabTest, TheWindowFitsAFullHdScreenAtTwiceTheScale) {
+  open();
+  const QSize room(960, 500);
+  EXPECT_EQ(window->minimumSizeHint().expandedTo(room), room)
+      << window->minimumSizeHint().width() << "x" << window->minimumSizeHint().height();
+  window->resize(1024, 700);
+  settle();
+  const auto* const create = find<QPushButton>("CreateUser");
+  EXPECT_TRUE(window->rect().contains(create->mapTo(window.get(), create->rect().bottomRight())));
+}
+
 TEST_F(NewUserTabTest, EachStageHasItsSettingAndItsLight) {
   open();
   windows::Form1& form = lab.session.form1;

@@ -1,9 +1,10 @@
 #include "screens/main/foresight_box.hpp"
 
 #include <QElapsedTimer>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "screens/widgets/application.hpp"
@@ -21,6 +22,7 @@ using windows::Form1;
 
 constexpr int kPause = 150;  // milliseconds
 constexpr int kLongestPause = 5000;
+constexpr int kNarrow = 300;
 
 /// Asks once the person pauses. A server that answers slowly is asked the less often.
 class Asker final : public QTimer {
@@ -51,14 +53,23 @@ class Asker final : public QTimer {
   Desktop& session_;
 };
 
-void add_line(QFormLayout& lines, const QString& caption, const char* name, controls::Label& control) {
-  auto* const text = new QLabel(lines.parentWidget());
+QLabel* add_text(QWidget& box, const char* name, controls::Label& control) {
+  auto* const text = new QLabel(&box);
   text->setObjectName(name);
   text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
   text->setTextInteractionFlags(Qt::TextSelectableByMouse);
   bind_to(*text, control);
-  lines.addRow(caption, text);
+  return text;
+}
+
+/// A fact and its name, two of them side by side.
+void add_fact(QGridLayout& facts, int place, const QString& caption, const char* name,
+              controls::Label& control) {
+  QWidget& box = *facts.parentWidget();
+  const int column = place % 2 * 2;
+  facts.addWidget(new QLabel(caption, &box), place / 2, column, Qt::AlignTop);
+  facts.addWidget(add_text(box, name, control), place / 2, column + 1, Qt::AlignTop);
 }
 
 void follow_fields(Asker& asker, Desktop& session) {
@@ -92,22 +103,26 @@ QGroupBox* make_foresight(Desktop& session, QWidget* parent) {
   windows::Foresight& foresight = session.new_user.foresight;
   auto* const box = new QGroupBox("Would be created", parent);
   box->setObjectName("foresight");
-  auto* const lines = new QFormLayout(box);
-  lines->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  add_line(*lines, "In", "foreseen_place", foresight.place);
-  add_line(*lines, "Account", "foreseen_account", foresight.account);
-  add_line(*lines, session::is_active_directory(session) ? "Display name" : "Full name", "foreseen_full_name",
-           foresight.full_name);
-  add_line(*lines, "UPN", "foreseen_principal_name", foresight.principal_name);
-  add_line(*lines, "Home", "foreseen_home", foresight.home);
-  add_line(*lines, "Profile", "foreseen_profile", foresight.profile);
-  add_line(*lines, "Groups", "foreseen_groups", foresight.groups);
-  auto* const verdict = new QLabel(box);
-  verdict->setObjectName("foreseen_verdict");
-  verdict->setTextFormat(Qt::PlainText);
-  verdict->setWordWrap(true);
-  bind_to(*verdict, foresight.verdict);
-  lines->addRow(verdict);
+  auto* const rows = new QVBoxLayout(box);
+  auto* const facts = new QGridLayout;
+  rows->addLayout(facts);
+  facts->setColumnStretch(1, 1);
+  facts->setColumnStretch(3, 1);
+  facts->setHorizontalSpacing(12);
+  add_fact(*facts, 0, "In", "foreseen_place", foresight.place);
+  add_fact(*facts, 1, "Account", "foreseen_account", foresight.account);
+  add_fact(*facts, 2, session::is_active_directory(session) ? "Display name" : "Full name",
+           "foreseen_full_name", foresight.full_name);
+  add_fact(*facts, 3, "UPN", "foreseen_principal_name", foresight.principal_name);
+  add_fact(*facts, 4, "Home", "foreseen_home", foresight.home);
+  add_fact(*facts, 5, "Profile", "foreseen_profile", foresight.profile);
+  add_fact(*facts, 6, "Groups", "foreseen_groups", foresight.groups);
+  QLabel* const verdict = add_text(*box, "foreseen_verdict", foresight.verdict);
+  rows->addWidget(verdict);
+  // The page that scrolls asks for the height of a single line otherwise.
+  follow(*verdict, foresight.verdict.caption, [verdict](const std::string&) {
+    verdict->setMinimumHeight(verdict->heightForWidth(std::max(verdict->width(), kNarrow)));
+  });
   auto* const asker = new Asker(session, box);
   follow_fields(*asker, session);
   asker->start();

@@ -171,9 +171,6 @@ QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   groups->addWidget(make_person(session, tab), 3);
   groups->addWidget(make_stages(session, tab), 2);
   column->addWidget(make_foresight(session, tab));
-  column->addLayout(make_progress(session, tab));
-  column->addWidget(make_card(session, tab));
-  column->addWidget(make_hint(session, tab));
   auto* const buttons = new QHBoxLayout();
   column->addLayout(buttons);
   buttons->addStretch();
@@ -181,6 +178,9 @@ QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   create->setObjectName("CreateUser");
   buttons->addWidget(create);
   on_click(*create, [&session] { windows::CreateUser_Click(session); });
+  column->addLayout(make_progress(session, tab));
+  column->addWidget(make_card(session, tab));
+  column->addWidget(make_hint(session, tab));
   column->addStretch();
   return tab;
 }
