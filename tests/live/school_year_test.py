@@ -126,12 +126,12 @@ def a_class_gets_its_group():
 
 
 def a_name_changes():
-    command("users", "rename", "--from-file", write("married.csv", "User,Logon,Full name,Last name", "Zoe.Mueller,Zoe.Day,Zoe Day,Day"),
+    command("users", "rename", "--from-file", write("married.csv", "User,Logon,Full name,Last name", "Zoe.Mueller,Zoe.Winter,Zoe Winter,Winter"),
             "--rename-dirs")
-    expect_same(ldap_values("(sAMAccountName=Zoe.Day)", "homeDirectory"), [rb"\\DC1\Users\Zoe Day"], "the home of Zoe Day")
-    expect_same(("Zoe Day" in homes(), "Zoe.Mueller" in homes()), (True, False), "the folder of Zoe Day")
-    expect_same("Zoe.Day" in members("Year 7"), True, "Zoe Day in her group")
-    log_on("Zoe.Day", FIRST, (0,))
+    expect_same(ldap_values("(sAMAccountName=Zoe.Winter)", "homeDirectory"), [rb"\\DC1\Users\Zoe Winter"], "the home of Zoe Winter")
+    expect_same(("Zoe Winter" in homes(), "Zoe.Mueller" in homes()), (True, False), "the folder of Zoe Winter")
+    expect_same("Zoe.Winter" in members("Year 7"), True, "Zoe Winter in her group")
+    log_on("Zoe.Winter", FIRST, (0,))
 
 
 def move_up():
