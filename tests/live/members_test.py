@@ -18,6 +18,8 @@ DISKS = {server: STATE / server / "srv/d" for server in ("fs1", "fs2")}
 TO_BRANCH = ("--site", "Branch", "--template", "Staff", "--data", "move", "--no-prompt")
 EVERYTHING = ("--account", "--data", "--shares", "--no-prompting")
 FILES = 150
+NAMES = ("{}", r"POLAR\{}", r"hq.north.example\{}", "{}@hq.north.example")
+WAYS = (["--method", "ldaps", "--ca-file", str(STATE / "dc1/domain/private/tls/ca.pem")], ["--method", "ticket"])
 
 
 def twk_command(*arguments):
@@ -60,13 +62,32 @@ def prepare():
 
 def log_on():
     """The name in every spelling is one of the domain on every road, whatever workgroup the workstation is in."""
-    authority = str(STATE / "dc1/domain/private/tls/ca.pem")
-    for way in (["--method", "ldaps", "--ca-file", authority], ["--method", "ticket"]):
-        for name in ("{}", r"POLAR\{}", r"hq.north.example\{}", "{}@hq.north.example"):
-            place = [TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], *way, "--user", name.format(LIVE["ADMIN"])]
-            for command in (["user", "show", LIVE["ADMIN"]], ["acl", "show", r"\\FS1\D$"], ["share", "list", "FS1"]):
-                told = run(*place, *command, env={"TWK_LOGON_PASSWORD": LIVE["PASSWORD"]}, codes=None)
-                expect_same(told.returncode, 0, f"{way[1]} {name} {command}: {told.stderr}")
+    for way in WAYS:
+        for name in NAMES:
+            log_on_as(way, name)
+
+
+def log_on_as(way, name):
+    place = [TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], *way, "--user", name.format(LIVE["ADMIN"])]
+    for command in (["user", "show", LIVE["ADMIN"]], ["acl", "show", r"\\FS1\D$"], ["share", "list", "FS1"],
+                    ["owner", "take", r"\\FS1\D$\Users"]):
+        told = run(*place, *command, env={"TWK_LOGON_PASSWORD": LIVE["PASSWORD"], "KRB5CCNAME": "FILE:/nonexistent"},
+                   codes=None)
+        expect_same(told.returncode, 0, f"{way[1]} {name} {command}: {told.stderr}")
+
+
+def log_on_without_ntlm():
+    """With the password alone, where servers take nothing but Kerberos."""
+    for server in ("dc1", "fs1", "fs2"):
+        smb_conf = STATE / server / "smb.conf"
+        smb_conf.write_text(smb_conf.read_text().replace("[global]", "[global]\n\tntlm auth = disabled", 1))
+        run(LIVE["CONTROL"], "stop", server)
+        run(LIVE["CONTROL"], "start", server)
+    ntlm = run("smbclient", "--use-kerberos=off", "-U", rf"POLAR\{LIVE['ADMIN']}%{LIVE['PASSWORD']}", r"//fs1.hq.north.example/D$",
+               "-c", "ls", codes=None)
+    expect("NTLM_BLOCKED", "a logon by NTLM", ntlm.stdout + ntlm.stderr)
+    for name in NAMES:
+        log_on_as(WAYS[0], name)
 
 
 def files(top):
@@ -190,4 +211,4 @@ def delete():
     expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
-go_through(prepare, log_on, attack, rename, move, delete)
+go_through(prepare, log_on, attack, rename, move, delete, log_on_without_ntlm)

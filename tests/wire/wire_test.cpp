@@ -134,18 +134,21 @@ TEST(LogonName, IsOneOfTheDomainOnEveryRoad) {
     const char* user;
     const char* windows;
     const char* bind;
-  } cases[] = {{"OLDNT", "jo", "OLDNT\\jo", "OLDNT\\jo"},
-               {"hq.test", "jo", "hq.test\\jo", "jo@hq.test"},
-               {"hq.test", "OTHER\\jo", "OTHER\\jo", "OTHER\\jo"},
-               {"hq.test", "hq.test\\jo", "hq.test\\jo", "jo@hq.test"},
-               {"hq.test", "jo@north.test", "jo@north.test", "jo@north.test"},
-               {"hq.test", "CN=jo,DC=hq", "hq.test\\CN=jo,DC=hq", "CN=jo,DC=hq"}};
+    const char* kerberos;
+  } cases[] = {{"OLDNT", "jo", "OLDNT\\jo", "OLDNT\\jo", ""},
+               {"hq.test", "jo", "hq.test\\jo", "jo@hq.test", "jo@HQ.TEST"},
+               {"hq.test", "OTHER\\jo", "OTHER\\jo", "OTHER\\jo", ""},
+               {"hq.test", "polar\\jo", "polar\\jo", "polar\\jo", "jo@HQ.TEST"},
+               {"hq.test", "hq.test\\jo", "hq.test\\jo", "jo@hq.test", "jo@HQ.TEST"},
+               {"hq.test", "jo@north.test", "jo@north.test", "jo@north.test", "jo@NORTH.TEST"},
+               {"hq.test", "CN=jo,DC=hq", "hq.test\\CN=jo,DC=hq", "CN=jo,DC=hq", ""}};
   for (const auto& one : cases) {
     LiveSettings settings;
     settings.domain = one.domain;
     settings.user = one.user;
     EXPECT_EQ(windows_logon(settings).text(), one.windows);
     EXPECT_EQ(bind_name(settings), one.bind);
+    EXPECT_EQ(kerberos_name(settings, "POLAR"), one.kerberos);
   }
 }
 

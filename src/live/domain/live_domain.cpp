@@ -43,7 +43,9 @@ std::string dns_name(std::string_view dn) {
 }  // namespace
 
 LiveDomain::LiveDomain(LiveSettings settings, Prompts prompts)
-    : credentials_(std::make_shared<Credentials>(std::move(settings), std::move(prompts))) {}
+    : credentials_(std::make_shared<Credentials>(std::move(settings), std::move(prompts))) {
+  credentials_->learn_netbios_by([this] { return netbios(); });
+}
 
 bool LiveDomain::has_directory() const {
   return settings().domain.find('.') != base::npos;

@@ -23,6 +23,7 @@ class LiveDomain {
   explicit LiveDomain(LiveSettings settings, Prompts prompts = {});
   LiveDomain(const LiveDomain&) = delete;
   LiveDomain& operator=(const LiveDomain&) = delete;
+  ~LiveDomain() { credentials_->learn_netbios_by({}); }
 
   /// Contains the password once it has been asked for.
   [[nodiscard]] const LiveSettings& settings() const { return credentials_->settings(); }

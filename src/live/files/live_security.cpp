@@ -168,7 +168,7 @@ void LiveSecurity::write_owner(const SmbPath& place, const std::optional<Sid>& o
   base::Trap trap;
   trap([&] { client_.set_attribute(place, kDescriptor, descriptor_text(descriptor)); });
   if (trap.number() == security_error::kAccessDenied)
-    write_owner_by_command(domain_.settings(), place, *owner);
+    write_owner_by_command(domain_.credentials(), place, *owner);
   else if (trap.number() != 0)
     base::raise(trap.number(), trap.description());
 }

@@ -88,7 +88,8 @@ std::uint32_t number_of(std::string_view output) {
 
 }  // namespace
 
-void write_owner_by_command(const LiveSettings& settings, const SmbPath& path, const platform::Sid& owner) {
+void write_owner_by_command(Credentials& credentials, const SmbPath& path, const platform::Sid& owner) {
+  const LiveSettings& settings = credentials.settings();
   std::vector<std::string> words = {"smbcacls", "//" + path.server + "/" + path.share, "/" + path.path,
                                     "--chown=" + owner.text()};
   std::vector<std::string> variables;
@@ -96,7 +97,8 @@ void write_owner_by_command(const LiveSettings& settings, const SmbPath& path, c
     words.insert(words.end(), {"--use-kerberos=required", "--no-pass"});
   } else {
     // Passed in the environment, which other users of the machine cannot read.
-    words.push_back("--user=" + windows_logon(settings).text());
+    const std::string& name = credentials.kerberos_name();
+    words.push_back("--user=" + (name.empty() ? windows_logon(settings).text() : name));
     variables.push_back("PASSWD=" + settings.password);
   }
   const Outcome outcome = run_program(std::move(words), std::move(variables));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "live/files/smb_path.hpp"
-#include "live/terms/live_settings.hpp"
+#include "live/logon/credentials.hpp"
 #include "platform/sid.hpp"
 
 namespace twk::live {
@@ -11,6 +11,6 @@ namespace twk::live {
 /// the same project needs only the right to take ownership.
 ///
 /// Raises the numbers of `platform::Security`, with the program's message.
-void write_owner_by_command(const LiveSettings& settings, const SmbPath& path, const platform::Sid& owner);
+void write_owner_by_command(Credentials& credentials, const SmbPath& path, const platform::Sid& owner);
 
 }  // namespace twk::live

@@ -11,6 +11,8 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <optional>
 #include <system_error>
 
 #include "base/errors.hpp"
@@ -52,12 +54,15 @@ void put(char* target, int size, std::string_view text) {
 /// Called by the library for the logon to a share.
 void give_logon(SMBCCTX* context, const char* /*server*/, const char* /*share*/, char* workgroup,
                 int workgroup_size, char* user, int user_size, char* password, int password_size) {
-  const auto& settings = *static_cast<const LiveSettings*>(smbc_getOptionUserData(context));
+  auto& credentials = *static_cast<Credentials*>(smbc_getOptionUserData(context));
+  const LiveSettings& settings = credentials.settings();
   if (settings.user.empty())
     return;
   // Otherwise the library gives the workgroup of the workstation's smb.conf, of which the server knows
   // nobody.
-  const WindowsLogon logon = windows_logon(settings);
+  WindowsLogon logon = windows_logon(settings);
+  if (const std::string& name = credentials.kerberos_name(); !name.empty())
+    logon = {name, {}};
   if (!logon.domain.empty())
     put(workgroup, workgroup_size, logon.domain);
   put(user, user_size, logon.user);
@@ -105,6 +110,30 @@ class WithoutOutput {
   int kept_;
 };
 
+/// Keeps the variable that names the person's ticket cache for a scope: the library points it at the cache of
+/// the ticket that it gets with a password.
+class WithOwnTicketCache {
+ public:
+  WithOwnTicketCache() {
+    if (const char* const value = std::getenv(kName))  // NOLINT(concurrency-mt-unsafe): the library writes it
+      kept_ = value;
+  }
+  WithOwnTicketCache(const WithOwnTicketCache&) = delete;
+  WithOwnTicketCache& operator=(const WithOwnTicketCache&) = delete;
+  ~WithOwnTicketCache() {
+    const int reason = errno;
+    if (kept_)
+      setenv(kName, kept_->c_str(), 1);  // NOLINT(concurrency-mt-unsafe): see above
+    else
+      unsetenv(kName);  // NOLINT(concurrency-mt-unsafe): see above
+    errno = reason;
+  }
+
+ private:
+  static constexpr const char* kName = "KRB5CCNAME";
+  std::optional<std::string> kept_;
+};
+
 bool is_host_known(const std::string& name) {
   addrinfo* addresses = nullptr;
   const bool known = getaddrinfo(name.c_str(), nullptr, nullptr, &addresses) == 0;
@@ -116,17 +145,19 @@ bool is_host_known(const std::string& name) {
 }  // namespace
 
 struct SmbClient::Handle {
-  explicit Handle(const LiveSettings& settings) : context(smbc_new_context()) {
+  explicit Handle(Credentials& credentials) : context(smbc_new_context()) {
+    const LiveSettings& settings = credentials.settings();
     if (context == nullptr)
       base::raise(base::error::kPathFileAccess, "The SMB library could not be set up");
     smbc_setLogCallback(context, nullptr, keep_quiet);
     smbc_setDebug(context, 0);
-    // The library only passes the pointer back.
-    smbc_setOptionUserData(context, const_cast<LiveSettings*>(&settings));  // NOLINT
+    smbc_setOptionUserData(context, &credentials);
     smbc_setFunctionAuthDataWithContext(context, give_logon);
+    // With a password the library gets a ticket of its own; NTLM is for servers for which there is none.
     const bool ticket = settings.user.empty();
-    smbc_setOptionUseKerberos(context, ticket ? 1 : 0);
-    smbc_setOptionFallbackAfterKerberos(context, 0);
+    const bool can_get_ticket = !ticket && !credentials.kerberos_name().empty();
+    smbc_setOptionUseKerberos(context, ticket || can_get_ticket ? 1 : 0);
+    smbc_setOptionFallbackAfterKerberos(context, can_get_ticket ? 1 : 0);
     smbc_setOptionNoAutoAnonymousLogin(context, 1);
     smbc_setOptionFullTimeNames(context, 1);
     smbc_setTimeout(context, settings.timeout_seconds * 1000);
@@ -226,7 +257,7 @@ SMBCCTX* SmbClient::context() {
     // Asked for now, because no exception may pass through the library.
     if (credentials_->has_user())
       credentials_->password();
-    handle_ = std::make_unique<Handle>(credentials_->settings());
+    handle_ = std::make_unique<Handle>(*credentials_);
   }
   return handle_->context;
 }
@@ -234,6 +265,7 @@ SMBCCTX* SmbClient::context() {
 int SmbClient::run(const std::function<bool()>& call, const std::function<bool()>& done) {
   context();
   const WithoutOutput quiet;
+  const WithOwnTicketCache own_cache;
   errno = 0;
   if (call())
     return 0;

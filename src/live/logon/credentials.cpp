@@ -40,6 +40,18 @@ const Ticket& Credentials::ticket() {
   return *ticket_;
 }
 
+const std::string& Credentials::kerberos_name() {
+  if (kerberos_name_)
+    return *kerberos_name_;
+  std::string netbios;
+  // A directory that does not answer leaves it to NTLM.
+  base::Trap unknown;
+  if (ask_netbios_ && settings_.user.find('\\') != std::string::npos)
+    unknown([&] { netbios = ask_netbios_(); });
+  kerberos_name_ = live::kerberos_name(settings_, netbios);
+  return *kerberos_name_;
+}
+
 void Credentials::tell(const std::string& text) const {
   if (prompts_.tell)
     prompts_.tell(text);

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/secret.hpp"
+#include "live/logon/logon_name.hpp"
 #include "live/logon/ticket.hpp"
 #include "live/terms/live_settings.hpp"
 #include "live/terms/prompts.hpp"
@@ -26,6 +29,10 @@ class Credentials {
   [[nodiscard]] const LiveSettings& settings() const { return settings_; }
   /// True when user and password are used, even if only to get a ticket.
   [[nodiscard]] bool has_user() const { return !settings_.user.empty(); }
+  /// How the domain's pre-2000 name can be found out, by which "CORP\jo" is one of its users.
+  void learn_netbios_by(std::function<std::string()> ask) { ask_netbios_ = std::move(ask); }
+  /// What logs on to servers by Kerberos; empty when NTLM has to do. Asks for the pre-2000 name at most once.
+  const std::string& kerberos_name();
   /// The password, asked for at the first call. Raises kLogonFailure when there is none, and what
   /// `refuse_password` kept.
   const std::string& password();
@@ -50,6 +57,8 @@ class Credentials {
   std::unique_ptr<Ticket> ticket_;
   std::optional<base::RuntimeError> refusal_;
   std::string told_;
+  std::function<std::string()> ask_netbios_;
+  std::optional<std::string> kerberos_name_;
 };
 
 }  // namespace twk::live

@@ -16,6 +16,19 @@ WindowsLogon windows_logon(const LiveSettings& settings) {
   return {std::string(user), settings.domain};
 }
 
+std::string kerberos_name(const LiveSettings& settings, std::string_view netbios) {
+  const bool has_realm = settings.domain.find('.') != base::npos;
+  if (!has_realm || settings.user.empty() || settings.user.find('=') != base::npos)
+    return {};
+  const auto [user, domain] = windows_logon(settings);
+  if (domain.empty()) {
+    const std::size_t at = user.rfind('@');
+    return user.substr(0, at) + base::upper(std::string_view(user).substr(at));
+  }
+  const bool own = base::equals_fold(domain, settings.domain) || base::equals_fold(domain, netbios);
+  return own ? user + "@" + base::upper(settings.domain) : std::string();
+}
+
 std::string bind_name(const LiveSettings& settings) {
   if (settings.user.find('=') != base::npos)
     return settings.user;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "live/terms/live_settings.hpp"
 
@@ -17,6 +18,11 @@ struct WindowsLogon {
   [[nodiscard]] std::string text() const { return domain.empty() ? user : domain + "\\" + user; }
 };
 WindowsLogon windows_logon(const LiveSettings& settings);
+
+/// Of Kerberos, "jo@CORP.TEST", for file servers and remote calls; empty in an NT4-style domain and for
+/// "OTHER\jo", unless that is the domain's `netbios` name: the realm is not known then, and they log on by
+/// NTLM.
+std::string kerberos_name(const LiveSettings& settings, std::string_view netbios);
 
 /// Of a bind to the directory, which takes neither a bare name nor the DNS name of a domain before a
 /// backslash

@@ -68,10 +68,18 @@ cli_credentials* make_credentials(TALLOC_CTX* memory, Credentials& person, loadp
     return credentials;
   }
   const WindowsLogon logon = windows_logon(person.settings());
-  cli_credentials_set_username(credentials, logon.user.c_str(), kCredentialsSpecified);
-  cli_credentials_set_domain(credentials, logon.domain.c_str(), kCredentialsSpecified);
+  const std::string& principal = person.kerberos_name();
+  if (principal.empty()) {
+    cli_credentials_set_username(credentials, logon.user.c_str(), kCredentialsSpecified);
+    cli_credentials_set_domain(credentials, logon.domain.c_str(), kCredentialsSpecified);
+  } else {
+    cli_credentials_set_principal(credentials, principal.c_str(), kCredentialsSpecified);
+    const std::string realm = principal.substr(principal.rfind('@') + 1);
+    cli_credentials_set_realm(credentials, realm.c_str(), kCredentialsSpecified);
+  }
   cli_credentials_set_password(credentials, person.password().c_str(), kCredentialsSpecified);
-  cli_credentials_set_kerberos_state(credentials, kKerberosDisabled, kCredentialsSpecified);
+  cli_credentials_set_kerberos_state(credentials, principal.empty() ? kKerberosDisabled : kKerberosDesired,
+                                     kCredentialsSpecified);
   return credentials;
 }
 
@@ -178,9 +186,11 @@ void RpcPipe::connect_to_server() {
     base::raise(refused ? kRpcLogonFailure : trap.number(), trap.description());
   }
   const std::string binding = "ncacn_np:" + host_ + (interface_ == RpcInterface::kAccounts ? "[]" : "[seal]");
-  const NTSTATUS status =
-      dcerpc_pipe_connect(handle->memory.get(), &handle->pipe, binding.c_str(), &table_of(interface_), person,
-                          tevent_context_init(handle->memory.get()), configuration);
+  tevent_context* const events = tevent_context_init(handle->memory.get());
+  // While it connects, the library asks for a ticket and waits for that answer alone.
+  tevent_loop_allow_nesting(events);
+  const NTSTATUS status = dcerpc_pipe_connect(handle->memory.get(), &handle->pipe, binding.c_str(),
+                                              &table_of(interface_), person, events, configuration);
   if (!NT_STATUS_IS_OK(status)) {
     const std::uint32_t number = win32_of_status(NT_STATUS_V(status));
     if (number == platform::security_error::kAccessDenied || number == kRpcLogonFailure)

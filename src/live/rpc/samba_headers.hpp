@@ -33,6 +33,7 @@ inline NTSTATUS to_status(std::uint32_t number) {
 /// `enum credentials_obtained` and `enum credentials_use_kerberos` of credentials.h.
 inline constexpr int kCredentialsSpecified = 6;
 inline constexpr int kKerberosDisabled = 0;
+inline constexpr int kKerberosDesired = 1;
 inline constexpr int kKerberosRequired = 2;
 
 /// What the library allocates; freed with the object.
@@ -52,8 +53,12 @@ class Memory {
 }  // namespace twk::live
 
 extern "C" {
+// From tevent.h, where only programs that say so see it.
+void tevent_loop_allow_nesting(struct tevent_context* events);
 bool cli_credentials_set_username(struct cli_credentials* credentials, const char* name, int obtained);
 bool cli_credentials_set_domain(struct cli_credentials* credentials, const char* name, int obtained);
+bool cli_credentials_set_realm(struct cli_credentials* credentials, const char* name, int obtained);
+bool cli_credentials_set_principal(struct cli_credentials* credentials, const char* name, int obtained);
 bool cli_credentials_set_password(struct cli_credentials* credentials, const char* password, int obtained);
 bool cli_credentials_set_kerberos_state(struct cli_credentials* credentials, int state, int obtained);
 }
