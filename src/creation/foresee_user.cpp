@@ -109,7 +109,7 @@ bool foresee_once(Session& session, NewUserRequest& request, ForeseenUser& user)
 ForeseenUser foresee_user(Session& rehearsed, NewUserRequest request) {
   request.names_only = true;
   rehearsed.import.foreseen_names.clear();
-  rehearsed.log.keep_rows(false);
+  rehearsed.log.rehearse(true);
   ForeseenUser user;
   const auto forget = [&rehearsed] { rehearsed.AltIdTried = rehearsed.SerialTokenUsed = false; };
   forget();
