@@ -54,6 +54,9 @@ def rename_and_delete():
     twk("--yes", "user", "delete", "Rena", "--account", "--data", "--no-prompting", "--dry-run")
     if not home.is_dir() or not shown("Rena"):
         failures.append("a rehearsal deleted something")
+    if IS_AD:
+        foreseen = twk("user", "rename", "Rena", "--logon", "Guest", "--dry-run", codes=(2,))
+        expect("in use", "the rehearsed name of another", foreseen.stdout + foreseen.stderr)
     twk("--yes", "user", "rename", "Rena", "--full-name", "Nora Smith", "--logon", "Nora", "--rename-dirs")
     # A folder has the common name of its user, or where there is none the account's.
     renamed = DRIVE / "Users" / ("Nora Smith" if IS_AD else "Nora")

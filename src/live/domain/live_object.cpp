@@ -209,12 +209,15 @@ void LiveEntry::commit() {
 }
 
 void LiveEntry::foresee() {
-  if (!new_)
-    return static_cast<void>(staged_requests());
-  static_cast<void>(new_attributes());
+  if (new_)
+    static_cast<void>(new_attributes());
+  else
+    static_cast<void>(staged_requests());
   const Value account = staged_.over("sAMAccountName", {});
-  if (!account.is_empty() && !origin_.is_foreign() &&
-      origin_.domain->find_account(account.text(), {"objectClass"}))
+  if (account.is_empty() || origin_.is_foreign())
+    return;
+  const auto holder = origin_.domain->find_account(account.text(), {"objectClass"});
+  if (holder && (new_ || ads::normalize_dn(holder->dn) != ads::normalize_dn(dn_)))
     base::raise(ads_error::kObjectExists, "The account name " + account.text() + " is in use");
 }
 
