@@ -165,6 +165,8 @@ $ user import $FILE $STAFF --csv --key shoeSize=%IMPORT3% => 2 does not know the
 {"check": "key", "light": "RED"}
 $ user create $STAFF --plain-letters --key employeeNumber=8 Ann Lee => 1
 | YELLOW  Has an account already: Lukasz.Mueller1
+$ user create $STAFF --plain-letters Seán "O'Neill" --dry-run
+| GREEN  Sean.ONeill would be created
 )TWK",
        {{"$ROWS", {file("rows.txt", "p,userPrincipalName,%Account%@%Domain%\n")}},
         {"$KEY", {"--csv", "--plain-letters", "--key", "employeeNumber=%IMPORT:No%"}},

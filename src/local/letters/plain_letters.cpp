@@ -7,10 +7,11 @@
 
 namespace {
 
-/// Other scripts into Latin letters, without the marks for their soft and hard signs; then "ü" as "ue", and
-/// whatever is left as it is written without accents. The names are those of Unicode's CLDR, UTS #35 part 2.
+/// Other scripts into Latin letters, without the marks for their soft and hard signs, and without
+/// apostrophes, which no account name may have; then "ü" as "ue", and whatever is left as it is written
+/// without accents. The names are those of Unicode's CLDR, UTS #35 part 2.
 constexpr const char* kSteps =
-    "NFC; Any-Latin; [\\u02B9\\u02BA\\u02BB\\u02BC\\u2019] Remove; de-ASCII; Latin-ASCII";
+    "NFC; Any-Latin; [\\u0027\\u0060\\u00B4\\u02B9-\\u02BC\\u2018\\u2019] Remove; de-ASCII; Latin-ASCII";
 
 }  // namespace
 
