@@ -119,9 +119,10 @@ QGroupBox* make_foresight(Desktop& session, QWidget* parent) {
   add_fact(*facts, 6, "Groups", "foreseen_groups", foresight.groups);
   QLabel* const verdict = add_text(*box, "foreseen_verdict", foresight.verdict);
   rows->addWidget(verdict);
-  // The page that scrolls asks for the height of a single line otherwise.
+  // The page that scrolls asks for the height of a single line otherwise. An empty label has no height.
   follow(*verdict, foresight.verdict.caption, [verdict](const std::string&) {
-    verdict->setMinimumHeight(verdict->heightForWidth(std::max(verdict->width(), kNarrow)));
+    const int lines = verdict->heightForWidth(std::max(verdict->width(), kNarrow));
+    verdict->setMinimumHeight(std::max(lines, 0) + verdict->fontMetrics().lineSpacing() / 2);
   });
   auto* const asker = new Asker(session, box);
   follow_fields(*asker, session);
