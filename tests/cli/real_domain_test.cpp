@@ -57,7 +57,10 @@ $ --domain twk.test --server 127.0.0.1 --port 1 doctor => 2
 {}
 {"outcome": "failed"}
 {}
-{"outcome": "skipped"}
+{"step": "rights", "outcome": "skipped"}
+{"step": "clock"}
+{"step": "site"}
+{"step": "catalogue", "outcome": "skipped"}
 $ --domain twk.test --server 127.0.0.1 --port 1 doctor => 2
 | GREEN    name look-up
 | RED      port
