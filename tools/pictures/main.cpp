@@ -244,7 +244,11 @@ class Album {
   }
 
   void save(QWidget& widget, const QString& name) {
-    QCoreApplication::processEvents();
+    // What is shown after a pause is there by then, and laid out.
+    constexpr int kPause = 400;  // milliseconds
+    QEventLoop loop;
+    QTimer::singleShot(kPause, &loop, &QEventLoop::quit);
+    loop.exec();
     const QString path = folder_ + "/" + name.toLower() + ".png";
     if (!widget.grab().save(path))
       throw std::runtime_error("cannot write " + screens::from_qt(path));

@@ -122,7 +122,7 @@ QGroupBox* make_foresight(Desktop& session, QWidget* parent) {
   // The page that scrolls asks for the height of a single line otherwise. An empty label has no height.
   follow(*verdict, foresight.verdict.caption, [verdict](const std::string&) {
     const int lines = verdict->heightForWidth(std::max(verdict->width(), kNarrow));
-    verdict->setMinimumHeight(std::max(lines, 0) + verdict->fontMetrics().lineSpacing() / 2);
+    verdict->setMinimumHeight(std::max(lines, 0));
   });
   auto* const asker = new Asker(session, box);
   follow_fields(*asker, session);
