@@ -6,6 +6,7 @@
 #include "creation/account_stage.hpp"
 #include "creation/account_texts.hpp"
 #include "creation/paths.hpp"
+#include "creation/quiet_view.hpp"
 #include "creation/validate_request.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/session.hpp"
@@ -16,17 +17,9 @@ namespace {
 using session::Session;
 
 /// Listens for the groups, and for the reason of a refusal that only the status line tells.
-class Listener final : public CreationView {
+class Listener final : public QuietView {
  public:
   void status(std::string_view text) override { status_ = text; }
-  void step(std::string_view /*caption*/) override {}
-  void progress(int /*percent*/) override {}
-  void begin() override {}
-  void start_work() override {}
-  void names(const NewUserRequest& /*request*/) override {}
-  void lock() override {}
-  void unlock() override {}
-  void stage(Stage /*stage*/, StageState /*state*/) override {}
   void made(const MadeThing& thing) override {
     if (thing.kind == MadeThing::Kind::kGroup)
       groups.push_back(thing.path);
@@ -108,7 +101,9 @@ bool foresee_once(Session& session, NewUserRequest& request, ForeseenUser& user)
 
 ForeseenUser foresee_user(Session& rehearsed, NewUserRequest request) {
   request.names_only = true;
+  // One person is no run of many lines, for which all names of the domain would be read at once.
   rehearsed.import.foreseen_names.clear();
+  rehearsed.import.lookups = {};
   rehearsed.log.rehearse(true);
   ForeseenUser user;
   const auto forget = [&rehearsed] { rehearsed.AltIdTried = rehearsed.SerialTokenUsed = false; };

@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/creation_run.hpp"
+#include "creation/quiet_view.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
 #include "mail/create_mailbox2000.hpp"
@@ -50,20 +51,6 @@ void split_full_name(NewUserRequest& request, const std::string& full_name) {
     request.LastName = base::trim(std::string_view(full_name).substr(blank));
 }
 
-/// The mailbox alone is no creation to look at.
-class NobodyWatches final : public CreationView {
- public:
-  void status(std::string_view /*text*/) override {}
-  void step(std::string_view /*caption*/) override {}
-  void progress(int /*percent*/) override {}
-  void begin() override {}
-  void start_work() override {}
-  void names(const NewUserRequest& /*request*/) override {}
-  void lock() override {}
-  void unlock() override {}
-  void stage(Stage /*stage*/, StageState /*state*/) override {}
-};
-
 /// A run that is past its account stage.
 void take_account(CreationRun& run, const platform::ObjectPtr& user) {
   run.CurrentUserObject = user;
@@ -84,7 +71,7 @@ session::CreationOutcome CreateMailboxFor(session::Session& session, const platf
   session.log.begin_block();
   NewUserRequest request;
   request.mail_administrator = administrator;
-  NobodyWatches view;
+  QuietView view;
   CreationRun run(session, std::move(request), view);
   run.site = values_of(session.ActiveSite);
   take_account(run, user);

@@ -78,7 +78,10 @@ class Check {
       return add(std::move(step));
     }
     std::vector<std::string> faults;
-    const std::size_t drives = look_at_drives(server, faults);
+    std::size_t drives = 0;
+    if (!trap([&] { drives = look_at_drives(server, faults); }))
+      faults.push_back("its folders cannot be looked at: " +
+                       base::in_words(trap.number(), trap.description()));
     look_at_shares(server, shares, faults);
     step.outcome = faults.empty() ? StepOutcome::kPassed : StepOutcome::kWarning;
     step.detail = "logged on";

@@ -1,5 +1,6 @@
 #include "screens/screen_test.hpp"
 #include "session/settings.hpp"
+#include "windows/foresight.hpp"
 #include "windows/state/form1.hpp"
 
 namespace twk::test {
@@ -131,6 +132,22 @@ TEST_F(NewUserTabTest, BesideTheFieldsStandsWhatWouldBeMadeAndWhyNot) {
   lab.session.form1.TreeView1.select(lab.session.form1.TreeView1.first());
   shows("foreseen_verdict",
         "Cannot be created: You must select a Template,Site & OU in the treeview to create this user");
+}
+
+// However often one person's names are changed: names of the whole domain are read at once for many lines
+// only.
+TEST_F(NewUserTabTest, WhatOthersMakeMeanwhileIsForeseen) {
+  open_with_jo();
+  for (int i = 0; i < 30; ++i)
+    windows::foresee_new_user(lab.session);
+  EXPECT_EQ(find<QLabel>("foreseen_verdict")->text(), "Can be created.");
+  const auto unit = lab.session.platform.directory.GetObject("LDAP://twk.test/CN=Users,DC=twk,DC=test");
+  const auto other = unit->Create("user", "CN=Another");
+  other->Put("sAMAccountName", std::string("Jo.Doe"));
+  other->SetInfo();
+  windows::foresee_new_user(lab.session);
+  EXPECT_THAT(find<QLabel>("foreseen_verdict")->text().toStdString(),
+              testing::StartsWith("Cannot be created: The account name Jo.Doe is in use"));
 }
 
 TEST_F(NewUserTabTest, TheWindowFitsAFullHdScreenAtTwiceTheScale) {
