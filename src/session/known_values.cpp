@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <utility>
 
 #include "base/text.hpp"
 
@@ -21,12 +20,12 @@ std::uint64_t hash_of(std::string_view folded) {
 
 }  // namespace
 
-void KnownValues::add(std::string_view value, std::string owner) {
+void KnownValues::add(std::string_view value, const std::string& owner) {
   const std::string folded = base::upper(value);
   values_.add(folded);
   has_others_ = has_others_ || !is_plain(value);
   if (!owner.empty())
-    owners_.try_emplace(hash_of(folded), std::move(owner));
+    owners_.try_emplace(hash_of(folded), owner);
 }
 
 KnownValues::Answer KnownValues::find(std::string_view value) const {

@@ -19,7 +19,7 @@ class KnownValues {
   enum class Answer { kFree, kTaken, kAsk };
 
   /// `owner`, which may be empty, is the account that has the value.
-  void add(std::string_view value, std::string owner = {});
+  void add(std::string_view value, const std::string& owner = {});
   /// A value that is not text.
   void add_other() { has_others_ = true; }
   [[nodiscard]] Answer find(std::string_view value) const;

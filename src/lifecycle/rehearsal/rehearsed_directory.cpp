@@ -95,7 +95,7 @@ class RehearsedObject final : public platform::DirectoryObject {
     directory_.forget(child->ADsPath());
   }
   ObjectPtr MoveHere(std::string_view source, const std::optional<std::string>& name) override {
-    const ObjectPtr moved = directory_.GetObject(source);
+    ObjectPtr moved = directory_.GetObject(source);
     const std::string target = path_of_child(name.value_or(moved->Name()));
     if (!base::equals_fold(target, source) && directory_.has(target))
       base::raise(ads_error::kObjectExists, "There is an object " + target + " already");
