@@ -4,7 +4,7 @@ namespace twk::ads {
 namespace {
 
 constexpr std::size_t kHeader = 8;
-constexpr std::string_view kNtAuthority("\x00\x00\x00\x00\x00\x05", 6);
+constexpr std::string_view kNtAuthorityBytes("\x00\x00\x00\x00\x00\x05", 6);
 
 void append_word(std::string& out, std::uint32_t word) {
   for (unsigned shift = 0; shift < 32; shift += 8)
@@ -14,7 +14,7 @@ void append_word(std::string& out, std::uint32_t word) {
 std::string header(char count) {
   std::string sid("\x01", 1);
   sid.push_back(count);
-  sid += kNtAuthority;
+  sid += kNtAuthorityBytes;
   return sid;
 }
 

@@ -4,14 +4,11 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/code_points.hpp"
 #include "base/text.hpp"
 
 namespace twk::base {
 namespace {
-
-bool between(char32_t code, char32_t first, char32_t last) {
-  return code >= first && code <= last;
-}
 
 /// Code points of the bytes 0x80 to 0x9F of code page 1252.
 constexpr std::array<char32_t, 32> kAnsiHigh = {

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "base/code_points.hpp"
+
 namespace twk::base {
 namespace {
 
@@ -61,10 +63,6 @@ void append_utf8(std::string& out, char32_t code) {
     byte(0x80U | ((code >> 6U) & 0x3FU));
     byte(0x80U | (code & 0x3FU));
   }
-}
-
-bool between(char32_t code, char32_t first, char32_t last) {
-  return code >= first && code <= last;
 }
 
 /// Blocks in which an upper-case letter is even (or odd) and its lower case the next code point.

@@ -9,7 +9,7 @@
 namespace twk::controls {
 namespace {
 
-using Kind = TreeChange::Kind;
+using TreeKind = TreeChange::Kind;
 
 /// Where a child goes among the others of its parent.
 std::size_t place_for(const TreeNode* parent, const std::vector<TreeNode*>& siblings,
@@ -41,7 +41,7 @@ TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, Sha
     not_unique(key);
   std::vector<TreeNode*>& siblings = siblings_below(parent);
   const std::size_t place = place_for(parent, siblings, text);
-  tell(Kind::kInserting, parent, place);
+  tell(TreeKind::kInserting, parent, place);
   nodes_.emplace_back();
   TreeNode& node = nodes_.back();
   node.key = std::move(key);
@@ -54,7 +54,7 @@ TreeNode& TreeView::add(TreeNode* parent, std::string key, std::string text, Sha
   by_text_.insert(&node);
   siblings.insert(siblings.begin() + static_cast<std::ptrdiff_t>(place), &node);
   number_from(siblings, place);
-  tell(Kind::kInserted, parent, place);
+  tell(TreeKind::kInserted, parent, place);
   return node;
 }
 
@@ -93,24 +93,24 @@ void TreeView::remove(TreeNode& node) {
   TreeNode* const parent = node.parent;
   const std::size_t place = node.place;
   std::vector<TreeNode*>& siblings = siblings_below(parent);
-  tell(Kind::kRemoving, parent, place);
+  tell(TreeKind::kRemoving, parent, place);
   siblings.erase(siblings.begin() + static_cast<std::ptrdiff_t>(place));
   number_from(siblings, place);
   const bool was_selected = selected_ != nullptr;
   erase(node);
-  tell(Kind::kRemoved, parent, place);
+  tell(TreeKind::kRemoved, parent, place);
   if (was_selected && selected_ == nullptr)
-    tell(Kind::kSelected);
+    tell(TreeKind::kSelected);
 }
 
 void TreeView::clear() {
-  tell(Kind::kResetting);
+  tell(TreeKind::kResetting);
   selected_ = nullptr;
   by_key_.clear();
   by_text_.clear();
   roots_.clear();
   nodes_.clear();
-  tell(Kind::kReset);
+  tell(TreeKind::kReset);
 }
 
 void TreeView::set_key(TreeNode& node, std::string key) {
@@ -128,14 +128,14 @@ void TreeView::set_text(TreeNode& node, std::string text) {
   unlink_text(node);
   node.text = std::move(text);
   by_text_.insert(&node);
-  tell(Kind::kChanged, &node, node.place);
+  tell(TreeKind::kChanged, &node, node.place);
 }
 
 void TreeView::set_marks(TreeNode& node, std::uint8_t marks) {
   if (node.marks == marks)
     return;
   node.marks = marks;
-  tell(Kind::kChanged, &node, node.place);
+  tell(TreeKind::kChanged, &node, node.place);
 }
 
 TreeNode* TreeView::next(const TreeNode& node) {
@@ -161,20 +161,20 @@ void TreeView::select(TreeNode* node) {
   if (selected_ == node)
     return;
   selected_ = node;
-  tell(Kind::kSelected);
+  tell(TreeKind::kSelected);
 }
 
 void TreeView::ensure_visible(TreeNode& node) {
   for (TreeNode* above = node.parent; above != nullptr; above = above->parent)
     set_expanded(*above, true);
-  tell(Kind::kVisible, &node);
+  tell(TreeKind::kVisible, &node);
 }
 
 void TreeView::set_expanded(TreeNode& node, bool expanded) {
   if (node.expanded == expanded)
     return;
   node.expanded = expanded;
-  tell(Kind::kExpanded, &node);
+  tell(TreeKind::kExpanded, &node);
 }
 
 void TreeView::set_drawing(bool on) {
@@ -182,14 +182,14 @@ void TreeView::set_drawing(bool on) {
     return;
   if (on) {
     drawing_ = true;
-    tell(Kind::kReset);
+    tell(TreeKind::kReset);
   } else {
-    tell(Kind::kResetting);
+    tell(TreeKind::kResetting);
     drawing_ = false;
   }
 }
 
-void TreeView::tell(Kind kind, TreeNode* node, std::size_t place) const {
+void TreeView::tell(TreeKind kind, TreeNode* node, std::size_t place) const {
   if (drawing_)
     changes_.emit({kind, node, place});
 }

@@ -31,14 +31,15 @@ directory::ValuesWanted accounts_with(const CreationRun& run, const std::string&
 
 /// The name of an account that has the key; empty for none.
 std::string account_with(CreationRun& run, const std::string& key) {
-  using Answer = session::KnownValues::Answer;
+  using session::KnownValues;
   session::Session& session = run.session;
   session::ReadOnce& persons = session.import.lookups.persons;
-  const Answer answer = directory::find_value(
+  const KnownValues::Answer answer = directory::find_value(
       session, persons, [&] { return accounts_with(run, "*"); }, key);
-  if (answer == Answer::kFree)
+  if (answer == KnownValues::Answer::kFree)
     return {};
-  if (std::string owner = answer == Answer::kTaken ? persons.values->owner_of(key) : ""; !owner.empty())
+  if (std::string owner = answer == KnownValues::Answer::kTaken ? persons.values->owner_of(key) : "";
+      !owner.empty())
     return owner;
   const directory::ValuesWanted wanted = accounts_with(run, platform::escape_filter_value(key));
   const auto rows = directory::run_query(

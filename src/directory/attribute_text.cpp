@@ -17,7 +17,7 @@ namespace {
 
 using platform::Value;
 
-constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t kNeverTime = std::numeric_limits<std::int64_t>::max();
 /// More bytes than this are counted: a picture, an access list.
 constexpr std::size_t kMostBytesShown = 64;
 
@@ -160,7 +160,7 @@ std::string number_text(platform::Clock& clock, std::string_view attribute, cons
   const auto* const moment = row_of(kMoments, attribute, [](const Moment& row) { return row.attribute; });
   const std::int64_t number = number_of(value);
   if (moment != kMoments.end()) {
-    if (number == kNever)
+    if (number == kNeverTime)
       return "never";
     return number == 0 ? std::string(moment->zero) : sortable_moment(clock, base::from_filetime(number));
   }

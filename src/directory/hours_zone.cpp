@@ -9,7 +9,7 @@
 namespace twk::directory {
 namespace {
 
-constexpr int kCells = kDays * kHours;
+constexpr int kCellsOfWeek = kDays * kHours;
 constexpr std::string_view kSetting = "LogonHoursZone";
 
 std::string preferences_key() {
@@ -25,7 +25,7 @@ int minutes_ahead(platform::Clock& clock) {
 }
 
 int wrapped(int cell) {
-  return (cell % kCells + kCells) % kCells;
+  return (cell % kCellsOfWeek + kCellsOfWeek) % kCellsOfWeek;
 }
 
 /// A run of permitted hours; it may continue from Saturday into Sunday.
@@ -37,10 +37,10 @@ struct Stretch {
 Stretch first_stretch(const std::vector<bool>& cells) {
   const auto is_on = [&](int cell) { return cells.at(static_cast<std::size_t>(wrapped(cell))); };
   int first = 0;
-  while (first < kCells && (!is_on(first) || is_on(first - 1)))
+  while (first < kCellsOfWeek && (!is_on(first) || is_on(first - 1)))
     ++first;
   int count = 0;
-  while (count < kCells && is_on(first + count))
+  while (count < kCellsOfWeek && is_on(first + count))
     ++count;
   return {wrapped(first), count};
 }

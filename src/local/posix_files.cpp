@@ -65,8 +65,8 @@ class PosixRandomFile final : public platform::RandomFile {
 
   std::string read(std::uint64_t offset, std::size_t count) override {
     // Far more may be asked for than there is.
-    constexpr std::size_t kSmall = 65536;
-    const std::uint64_t all = count > kSmall ? size() : offset + count;
+    constexpr std::size_t kSmallPart = 65536;
+    const std::uint64_t all = count > kSmallPart ? size() : offset + count;
     if (offset >= all)
       return {};
     std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(count, all - offset)), '\0');

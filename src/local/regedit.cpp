@@ -56,7 +56,7 @@ class Lines {
   std::size_t number_ = 0;
 };
 
-/// Takes a quoted text from the front of `rest`.
+/// Takes a in_quotes text from the front of `rest`.
 std::string take_quoted(std::string_view& rest, const Lines& lines) {
   std::string text;
   for (std::size_t at = 1; at < rest.size(); ++at) {
@@ -114,7 +114,7 @@ std::string take_other(std::string_view first, Lines& lines) {
   const std::array<std::string_view, 3> kinds = {"dword:", "hex:", "hex("};
   if (std::none_of(kinds.begin(), kinds.end(),
                    [&](auto kind) { return base::starts_with_fold(first, kind); })) {
-    lines.fail("a value is neither quoted text nor dword or hex");
+    lines.fail("a value is neither in_quotes text nor dword or hex");
   }
   std::string other(first);
   while (other.ends_with('\\')) {
@@ -165,7 +165,7 @@ std::string_view parse_key(std::string_view line, const Lines& lines) {
   return path;
 }
 
-std::string quoted(std::string_view text) {
+std::string in_quotes(std::string_view text) {
   std::string out = "\"";
   for (const char c : text) {
     if (c == '\\' || c == '"')
@@ -192,7 +192,7 @@ std::string right_side(const RegistryValue& value) {
   if (!value.other.empty())
     return value.other;
   const bool fits_a_line = base::is_valid_utf8(value.text) && !base::find_control_character(value.text);
-  return fits_a_line ? quoted(value.text) : text_bytes(value.text);
+  return fits_a_line ? in_quotes(value.text) : text_bytes(value.text);
 }
 
 }  // namespace
@@ -253,7 +253,7 @@ std::string format_regedit(const RegistryTree& tree) {
   for (const auto& [folded_path, key] : tree) {
     out.append(kLineEnd).append("[").append(key.path).append("]").append(kLineEnd);
     for (const auto& [folded_name, value] : key.values) {
-      out.append(value.name.empty() ? "@" : quoted(value.name)).append("=").append(right_side(value));
+      out.append(value.name.empty() ? "@" : in_quotes(value.name)).append("=").append(right_side(value));
       out += kLineEnd;
     }
   }

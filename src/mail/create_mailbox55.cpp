@@ -6,6 +6,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "mail/mailbox_descriptor.hpp"
+#include "mail/recipients.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/loaded_database.hpp"
 #include "session/session.hpp"
@@ -17,9 +18,6 @@ using base::RuntimeError;
 using platform::escape_dn_value;
 using platform::ObjectPtr;
 using session::Session;
-
-constexpr const char* kMailboxClass = "OrganizationalPerson";
-constexpr const char* kRecipientClass = "Remote-Address";
 
 /// One mailbox being made.
 struct Work {

@@ -7,8 +7,8 @@
 namespace twk::platform {
 namespace {
 
-constexpr std::uint8_t kRevision = 1;
-constexpr std::size_t kHeaderSize = 8;
+constexpr std::uint8_t kSidRevision = 1;
+constexpr std::size_t kSidHeaderSize = 8;
 constexpr std::size_t kMostSubAuthorities = 15;
 
 /// The number `text` begins with, decimal or "0x…", and removes it from the front.
@@ -32,7 +32,7 @@ void append_word(base::Bytes& bytes, std::uint32_t word) {
 }
 
 base::Bytes header(std::uint64_t authority) {
-  base::Bytes bytes{kRevision, 0};
+  base::Bytes bytes{kSidRevision, 0};
   for (unsigned shift = 48; shift > 0; shift -= 8)
     bytes.push_back(static_cast<std::uint8_t>(authority >> (shift - 8)));
   return bytes;
@@ -54,9 +54,9 @@ Sid::Sid(std::uint64_t authority, std::initializer_list<std::uint32_t> sub_autho
 }
 
 std::optional<Sid> Sid::decode(std::span<const std::uint8_t> bytes) {
-  if (bytes.size() < kHeaderSize || bytes[0] != kRevision || bytes[1] > kMostSubAuthorities)
+  if (bytes.size() < kSidHeaderSize || bytes[0] != kSidRevision || bytes[1] > kMostSubAuthorities)
     return std::nullopt;
-  const std::size_t size = kHeaderSize + bytes[1] * std::size_t{4};
+  const std::size_t size = kSidHeaderSize + bytes[1] * std::size_t{4};
   if (bytes.size() < size)
     return std::nullopt;
   return Sid(base::Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)));
@@ -86,17 +86,17 @@ std::optional<Sid> Sid::parse(std::string_view text) {
 
 std::string Sid::text() const {
   std::uint64_t authority = 0;
-  for (std::size_t i = 2; i < kHeaderSize; ++i)
+  for (std::size_t i = 2; i < kSidHeaderSize; ++i)
     authority = authority << 8U | bytes_[i];
   std::string text = "S-1-";
   if (authority >> 32U == 0) {
     text += base::to_text(static_cast<std::int64_t>(authority));
   } else {
     text += "0x";
-    for (std::size_t i = 2; i < kHeaderSize; ++i)
+    for (std::size_t i = 2; i < kSidHeaderSize; ++i)
       text += base::hex_byte(bytes_[i]);
   }
-  for (std::size_t at = kHeaderSize; at < bytes_.size(); at += 4) {
+  for (std::size_t at = kSidHeaderSize; at < bytes_.size(); at += 4) {
     std::uint32_t word = 0;
     for (std::size_t i = 4; i > 0; --i)
       word = word << 8U | bytes_[at + i - 1];

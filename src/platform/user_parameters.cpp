@@ -17,7 +17,7 @@ constexpr std::uint16_t kSignature = 'P';
 constexpr std::size_t kCountOffset = UserParameters::kReservedSize + 2;
 constexpr std::size_t kArrayOffset = UserParameters::kReservedSize + 4;
 constexpr std::size_t kPropertyHeaderSize = 6;
-constexpr std::size_t kLargestSize = std::size_t{32767} * 2;
+constexpr std::size_t kLargestText = std::size_t{32767} * 2;
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 
 constexpr std::string_view kPresent = "CtxCfgPresent";
@@ -251,7 +251,7 @@ TSProperty take_property(std::span<const std::uint8_t> bytes, std::size_t& at) {
 }
 
 std::uint16_t length(const Bytes& part) {
-  if (part.size() > kLargestSize)
+  if (part.size() > kLargestText)
     invalid_parameter("A property of the terminal-server settings is too long");
   return static_cast<std::uint16_t>(part.size());
 }
@@ -302,7 +302,7 @@ Bytes UserParameters::encode() const {
     append(bytes, property.PropValue);
   }
   append(bytes, rest);
-  if (bytes.size() > kLargestSize)
+  if (bytes.size() > kLargestText)
     invalid_parameter("The terminal-server settings are more than the attribute holds");
   return bytes;
 }

@@ -19,7 +19,7 @@ using platform::Buttons;
 using platform::Icon;
 using session::Session;
 
-constexpr std::string_view kTitle = "Convert";
+constexpr std::string_view kConvertTitle = "Convert";
 /// The generation in which only the permission tables are old.
 constexpr std::string_view kBeforePermissions = "2.3";
 
@@ -42,7 +42,7 @@ struct Conversion {
     session::LOG_TAB(session, session::kYellow, "Cannot write Convert.log: " + trap.description());
   }
   void say(std::string_view text, Icon icon) const {
-    session.platform.dialogs.MsgBox(text, Buttons::kOk, icon, kTitle);
+    session.platform.dialogs.MsgBox(text, Buttons::kOk, icon, kConvertTitle);
   }
 };
 

@@ -108,7 +108,7 @@ void tell_shadow(Session& session, std::string_view name) {
 }
 
 /// False when there is no such site.
-bool load(Session& session, std::string_view name) {
+bool load_named(Session& session, std::string_view name) {
   const std::string_view wanted = base::trim(name);
   RecordFile file = open_to_read(session);
   const records::RecordSearch found = file.search(
@@ -125,7 +125,7 @@ bool load(Session& session, std::string_view name) {
 StoreOutcome load_site(Session& session, std::string_view name) {
   try {
     StoreOutcome outcome;
-    outcome.done = load(session, name);
+    outcome.done = load_named(session, name);
     if (outcome.done && session.ActiveSite.Deleted)
       outcome.status = "These are the values of a deleted site of this name. Compact the database.";
     return outcome;
@@ -135,7 +135,7 @@ StoreOutcome load_site(Session& session, std::string_view name) {
 }
 
 void require_site(Session& session, std::string_view name) {
-  if (!load(session, name))
+  if (!load_named(session, name))
     raise_no_record(session, kSiteFile, "site", name);
 }
 

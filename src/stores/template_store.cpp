@@ -18,7 +18,7 @@ namespace {
 
 using session::Session;
 
-records::RecordFile open_templates(Session& session) {
+records::RecordFile templates_to_read(Session& session) {
   return records::RecordFile::open_read(session.platform.files, database_path(session, kTemplateFile),
                                         records::kTemplateRecordSize);
 }
@@ -98,9 +98,9 @@ void take_up(Session& session) {
 }
 
 /// False when there is no such template.
-bool load(Session& session, std::string_view name) {
+bool load_listed(Session& session, std::string_view name) {
   return_groups(session);
-  const records::RecordSearch search = open_templates(session).search([name](std::string_view bytes) {
+  const records::RecordSearch search = templates_to_read(session).search([name](std::string_view bytes) {
     return !records::is_deleted(bytes) && records::listed_template_name(bytes) == name;
   });
   if (keep(session, search)) {
@@ -123,7 +123,7 @@ bool groups_are_loaded(Session& session) {
 
 std::int32_t Find_Template(Session& session, std::string_view name) {
   const std::string wanted = folded_name(name);
-  const records::RecordSearch search = open_templates(session).search([&wanted](std::string_view bytes) {
+  const records::RecordSearch search = templates_to_read(session).search([&wanted](std::string_view bytes) {
     return !records::is_deleted(bytes) && folded_name(records::listed_template_name(bytes)) == wanted;
   });
   return keep(session, search) ? search.number : -1;
@@ -132,7 +132,7 @@ std::int32_t Find_Template(Session& session, std::string_view name) {
 StoreOutcome load_template(Session& session, std::string_view name) {
   try {
     StoreOutcome outcome;
-    outcome.done = load(session, name);
+    outcome.done = load_listed(session, name);
     return outcome;
   } catch (const base::RuntimeError& failure) {
     return file_failure(kTemplateFile, failure);
@@ -141,19 +141,19 @@ StoreOutcome load_template(Session& session, std::string_view name) {
 
 void require_template(Session& session, std::string_view name) {
   session.database.taken.emit();
-  if (!load(session, name))
+  if (!load_listed(session, name))
     raise_no_record(session, kTemplateFile, "template", name);
 }
 
 void load_template_record(Session& session, std::int32_t number) {
-  const records::TemplateRecord record = records::decode_template(open_templates(session).read(number));
+  const records::TemplateRecord record = records::decode_template(templates_to_read(session).read(number));
   return_groups(session);
   session.ActiveTemplate = record;
   take_up(session);
 }
 
 std::int32_t count_templates(Session& session) {
-  return open_templates(session).count();
+  return templates_to_read(session).count();
 }
 
 void release_template(Session& session) {
@@ -171,7 +171,7 @@ std::vector<TemplateGroup> template_groups(const Session& session) {
 
 std::vector<records::TemplateRecord> read_templates(Session& session) {
   std::vector<records::TemplateRecord> templates;
-  open_templates(session).search([&templates](std::string_view bytes) {
+  templates_to_read(session).search([&templates](std::string_view bytes) {
     if (!records::is_deleted(bytes))
       templates.push_back(records::decode_template(bytes));
     return false;
@@ -184,7 +184,7 @@ void load_template_names(Session& session) {
   templates.clear();
   base::Trap trap;
   trap([&] {
-    open_templates(session).search([&templates](std::string_view bytes) {
+    templates_to_read(session).search([&templates](std::string_view bytes) {
       if (!records::is_deleted(bytes))
         templates.push_back(records::listed_template_name(bytes));
       return false;

@@ -15,7 +15,7 @@ constexpr std::int32_t kLastField = 99;
 
 enum GroupFields { kNone, kAll, kRange };
 
-void tell(Desktop& session, std::string_view text) {
+void tell_option(Desktop& session, std::string_view text) {
   session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, platform::Icon::kExclamation,
                                   "Import Options");
 }
@@ -27,7 +27,7 @@ std::optional<std::int32_t> bound(const controls::TextBox& box) {
 
 void check_bound(Desktop& session, const controls::TextBox& box) {
   if (!bound(box))
-    tell(session, "Enter Number 0-99");
+    tell_option(session, "Enter Number 0-99");
 }
 
 void enable_range(ImportGrps& window, bool enabled) {
@@ -82,16 +82,16 @@ bool ImportGrps_OK(Desktop& session) {
   const auto lower = bound(window.LowerRange);
   const auto upper = bound(window.UpperRange);
   if (!lower || !upper) {
-    tell(session, "Enter Number 0-99");
+    tell_option(session, "Enter Number 0-99");
     return false;
   }
   if (*lower > *upper) {
-    tell(session, "Start value cannot be greater then Finish value");
+    tell_option(session, "Start value cannot be greater then Finish value");
     return false;
   }
   const std::string refused = batch::refused_expiry(session, window.Expiredate.text.get());
   if (!refused.empty()) {
-    tell(session, refused + ".");
+    tell_option(session, refused + ".");
     return false;
   }
   session::write_setting(session, session::kSetup, "ImportGroupsStart", base::to_text(*lower));

@@ -71,7 +71,7 @@ void unlock_fields(Form1& form1) {
 }
 
 /// Locks the fields and sets the buttons for a tab on which nothing is edited.
-void show_browsing(Desktop& session) {
+void show_chosen_site(Desktop& session) {
   Form1& form1 = session.form1;
   for_each_field(form1, [](auto& field) {
     field.enabled = false;
@@ -145,7 +145,7 @@ controls::ListRow* edited_row(Desktop& session) {
 }
 
 /// True when the tab is open for changes and holds something that is not stored.
-bool is_unsaved(Desktop& session) {
+bool is_site_unsaved(Desktop& session) {
   if (!session.form1.Save_Site.enabled.get())
     return false;
   const records::SiteRecord before = session.EditingSite ? session.ActiveSite : records::SiteRecord{};
@@ -163,7 +163,7 @@ bool is_unsaved(Desktop& session) {
 }  // namespace
 
 bool may_leave_site(Desktop& session) {
-  if (!is_unsaved(session))
+  if (!is_site_unsaved(session))
     return true;
   const controls::ListRow* const row = edited_row(session);
   const std::string name(base::trim(row == nullptr ? std::string_view() : std::string_view(row->text)));
@@ -190,7 +190,7 @@ void Clear_Site(Desktop& session) {
   drop_new_row(session.form1);
   session.form1.ListView2.select(nullptr);
   empty_fields(session.form1);
-  show_browsing(session);
+  show_chosen_site(session);
 }
 
 void ListView2_Click(Desktop& session) {
@@ -204,7 +204,7 @@ void ListView2_Click(Desktop& session) {
   }
   form1.ListView2.select(row);
   drop_new_row(form1);
-  show_browsing(session);
+  show_chosen_site(session);
   const stores::StoreOutcome loaded = stores::load_site(session, row->text);
   if (loaded.done)
     show_site(form1, session.ActiveSite);
@@ -267,7 +267,7 @@ void Save_Site(Desktop& session) {
   stores::tell(session, outcome);
   if (!outcome.done)
     return;
-  show_browsing(session);
+  show_chosen_site(session);
   form1.NUsitename.locked = false;
 }
 

@@ -65,7 +65,7 @@ bool open_domain(Desktop& session) {
   return session.form1.Domain_Admin.value != -1 || is_domain_admin(session);
 }
 
-void load_databases(Desktop& session) {
+void start_databases(Desktop& session) {
   prepare_controls(session);
   stores::open_database(session);
   show_databases(session);
@@ -103,7 +103,7 @@ StartUp start_session(Desktop& session) {
   } else if (!open_domain(session)) {
     return StartUp::kNotPermitted;
   }
-  load_databases(session);
+  start_databases(session);
   show_managed_ou(session);
   session.splash.visible = false;
   if (session::is_debug(session))
@@ -113,7 +113,7 @@ StartUp start_session(Desktop& session) {
 
 void start_session_without_domain(Desktop& session) {
   read_all_settings(session);
-  load_databases(session);
+  start_databases(session);
 }
 
 }  // namespace twk::windows

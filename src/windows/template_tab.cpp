@@ -89,7 +89,7 @@ void show_editing(Form1& form1) {
     button->enabled = false;
 }
 
-void show_browsing(Desktop& session) {
+void show_chosen_template(Desktop& session) {
   Form1& form1 = session.form1;
   session.EditingTemplate = false;
   lock_fields(form1, true);
@@ -142,7 +142,7 @@ bool same_fields(const TemplateEdit& left, const TemplateEdit& right) {
 }
 
 /// True when the tab is open for changes and holds something that is not stored.
-bool is_unsaved(const Desktop& session) {
+bool is_template_unsaved(const Desktop& session) {
   if (!session.form1.savetemplate.enabled.get())
     return false;
   const TemplateEdit edit = edit_of_fields(session);
@@ -176,11 +176,11 @@ void list_templates(Desktop& session) {
 void Clear_TT(Desktop& session) {
   session.form1.templatelst.text = std::string();
   empty_fields(session);
-  show_browsing(session);
+  show_chosen_template(session);
 }
 
 bool may_leave_template(Desktop& session) {
-  if (!is_unsaved(session))
+  if (!is_template_unsaved(session))
     return true;
   const std::string name(base::trim(edit_of_fields(session).Name));
   return may_leave(session, name.empty() ? "the new template" : "the changes to the template " + name, [&] {
@@ -198,7 +198,7 @@ void templatelst_Click(Desktop& session) {
     return;
   }
   session.form1.templatelst.text = name;
-  show_browsing(session);
+  show_chosen_template(session);
   const StoreOutcome loaded = stores::load_template(session, name);
   if (loaded.done)
     show_loaded(session);
@@ -241,7 +241,7 @@ void savetemplate(Desktop& session) {
     list_new_template(session);
   stores::tell(session, outcome);
   if (outcome.done)
-    show_browsing(session);
+    show_chosen_template(session);
 }
 
 void DeleteTemplate(Desktop& session) {

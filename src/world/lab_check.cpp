@@ -34,9 +34,9 @@ std::string count_text(std::size_t count, const char* one, const char* several) 
   return std::to_string(count) + " " + (count == 1 ? one : several);
 }
 
-class Check {
+class LabCheck {
  public:
-  Check(fs::path folder, platform::Dialogs& dialogs, const std::function<void(const CheckStep&)>& tell)
+  LabCheck(fs::path folder, platform::Dialogs& dialogs, const std::function<void(const CheckStep&)>& tell)
       : folder_(std::move(folder)), dialogs_(dialogs), tell_(tell) {}
 
   std::vector<CheckStep> run() {
@@ -253,7 +253,7 @@ class Check {
 
 std::vector<CheckStep> check_lab(const fs::path& folder, platform::Dialogs& dialogs,
                                  const std::function<void(const CheckStep&)>& tell) {
-  return Check(folder, dialogs, tell).run();
+  return LabCheck(folder, dialogs, tell).run();
 }
 
 }  // namespace twk::world

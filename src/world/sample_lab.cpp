@@ -26,7 +26,7 @@ using session::Session;
 constexpr const char* kOu = "New Starters";
 constexpr const char* kGroup = "Staff";
 constexpr const char* kServer = "FS1";
-constexpr std::uint32_t kInvalidArgument = 5;
+constexpr std::uint32_t kInvalidLab = 5;
 
 constexpr std::array<std::pair<const char*, lab::DomainKind>, 3> kKinds = {
     {{"native", lab::DomainKind::kNative}, {"mixed", lab::DomainKind::kMixed}, {"nt", lab::DomainKind::kNt}}};
@@ -89,7 +89,7 @@ void create_share(World& world, const std::string& name, const std::string& path
   share->SetInfo();
 }
 
-[[noreturn]] void refuse(const std::string& what) {
+[[noreturn]] void refuse_lab(const std::string& what) {
   throw base::RuntimeError(base::error::kPathFileAccess, what);
 }
 
@@ -102,7 +102,7 @@ void add_site(Session& session) {
   site.ExchangeOrg = mail.organisation;
   site.ExchangeSite = mail.site;
   if (!stores::save_site(session, site, stores::SaveAs::kNew).done)
-    refuse("The site \"Head Office\" was not saved.");
+    refuse_lab("The site \"Head Office\" was not saved.");
 }
 
 /// Moves a group of the domain into the template's list.
@@ -110,7 +110,7 @@ void add_group(Session& session, const char* name) {
   controls::ListView& groups = session.domain.template_choice;
   const auto rows = groups.find_text(name);
   if (rows.empty())
-    refuse(std::string("The domain has no group \"") + name + "\".");
+    refuse_lab(std::string("The domain has no group \"") + name + "\".");
   groups.select(&groups.at(groups.place_of(*rows.front())));
   stores::add_selected_groups(session);
 }
@@ -128,7 +128,7 @@ void add_template(Session& session) {
                                    .HomeDrive = "H:",
                                    .PrimaryGroup = kPrimary};
   if (!stores::save_template(session, staff, stores::SaveAs::kNew).done)
-    refuse("The template \"Staff\" was not saved.");
+    refuse_lab("The template \"Staff\" was not saved.");
 }
 
 void fill_tables(Session& session) {
@@ -152,7 +152,7 @@ lab::DomainKind kind_named(const std::string& word) {
     if (base::equals_fold(name, word))
       return kind;
   }
-  throw base::RuntimeError(kInvalidArgument, "the kind of a domain is native, mixed or nt");
+  throw base::RuntimeError(kInvalidLab, "the kind of a domain is native, mixed or nt");
 }
 
 std::string kind_text(lab::DomainKind kind) {
@@ -167,12 +167,12 @@ void name_domain(lab::LabPlan& plan, const std::string& domain) {
   const bool dotted = domain.find('.') != base::npos;
   if (plan.kind == lab::DomainKind::kNt) {
     if (dotted)
-      throw base::RuntimeError(kInvalidArgument, "the name of a domain of kind nt has no dot");
+      throw base::RuntimeError(kInvalidLab, "the name of a domain of kind nt has no dot");
     plan.netbios = domain.empty() ? "OLDNT" : base::upper(domain);
     plan.ous = 0;
   } else if (!domain.empty()) {
     if (!dotted)
-      throw base::RuntimeError(kInvalidArgument,
+      throw base::RuntimeError(kInvalidLab,
                                "the name of a native or mixed domain has a dot, such as twk.test");
     plan.domain = base::lower(domain);
   }
@@ -206,7 +206,7 @@ void make_sample_lab(const std::filesystem::path& folder, const lab::LabPlan& pl
   Session session(world.services(), "", world.program_directory());
   session::read_session_settings(session);
   if (!directory::Select_Domain(session, session.DomainName))
-    refuse("The domain of the new lab did not load.");
+    refuse_lab("The domain of the new lab did not load.");
   stores::open_database(session);
   fill_sample_stores(session);
 }

@@ -25,9 +25,9 @@ std::string administrative_path(const std::string& server, const std::string& fo
   return "\\\\" + server + "\\" + folder.substr(0, 1) + "$" + folder.substr(2);
 }
 
-class Check {
+class ServerCheck {
  public:
-  Check(World& world, const std::function<void(const CheckStep&)>& tell) : world_(world), tell_(tell) {}
+  ServerCheck(World& world, const std::function<void(const CheckStep&)>& tell) : world_(world), tell_(tell) {}
 
   std::vector<CheckStep> run() {
     base::Trap unread;
@@ -152,7 +152,7 @@ class Check {
 }  // namespace
 
 std::vector<CheckStep> check_servers(World& world, const std::function<void(const CheckStep&)>& tell) {
-  return Check(world, tell).run();
+  return ServerCheck(world, tell).run();
 }
 
 }  // namespace twk::world

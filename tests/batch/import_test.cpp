@@ -69,12 +69,12 @@ std::function<void(LabSession&)> with_property(const std::string& row) {
   };
 }
 
-class InEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
-INSTANTIATE_TEST_SUITE_P(Kinds, InEveryKindOfDomain,
+class ImportInEveryKindOfDomain : public testing::TestWithParam<DomainKind> {};
+INSTANTIATE_TEST_SUITE_P(Kinds, ImportInEveryKindOfDomain,
                          testing::Values(DomainKind::kNative, DomainKind::kMixed, DomainKind::kNt),
                          test::kind_name);
 
-TEST_P(InEveryKindOfDomain, EachLineBecomesAUserOrIsKeptAsNotCreated) {
+TEST_P(ImportInEveryKindOfDomain, EachLineBecomesAUserOrIsKeptAsNotCreated) {
   ImportWorld world(GetParam());
   EXPECT_TRUE(world.import(
       "Jo,,Smith\r\n\r\nalone\twith a tab\r\nAnn,M.,Lee\nJo,,Smith\r\nKim,,Last line without an end"));
@@ -89,7 +89,7 @@ TEST_P(InEveryKindOfDomain, EachLineBecomesAUserOrIsKeptAsNotCreated) {
   EXPECT_TRUE(world.session.form1.enabled);
 }
 
-TEST_P(InEveryKindOfDomain, ARunThatLosesItsTemplateStops) {
+TEST_P(ImportInEveryKindOfDomain, ARunThatLosesItsTemplateStops) {
   ImportWorld world(GetParam());
   const auto tell = world.session.import.row_done;
   world.session.import.row_done = [&](const session::ImportRow& row) {
@@ -100,7 +100,7 @@ TEST_P(InEveryKindOfDomain, ARunThatLosesItsTemplateStops) {
   EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jo.Smith", testing::StartsWith("2 RED ")));
 }
 
-TEST_P(InEveryKindOfDomain, ARepeatTakesTheSecondFormatWithItsSerialNumber) {
+TEST_P(ImportInEveryKindOfDomain, ARepeatTakesTheSecondFormatWithItsSerialNumber) {
   ImportWorld world(GetParam(), {{"Setup", "AltSetupID", "%first%.%last%%n%"}, {"Setup", "IncNumber", "1"}});
   EXPECT_TRUE(world.import("Jo,,Smith\nJo,,Smith\nAnn,,Lee\n"));
   EXPECT_TRUE(world.import("Jo,,Smith\nAnn,,Lee\n"));
@@ -112,14 +112,14 @@ TEST_P(InEveryKindOfDomain, ARepeatTakesTheSecondFormatWithItsSerialNumber) {
       << "within the same second";
 }
 
-TEST_P(InEveryKindOfDomain, ARefusedUserLeavesNothingToTheNext) {
+TEST_P(ImportInEveryKindOfDomain, ARefusedUserLeavesNothingToTheNext) {
   ImportWorld world(GetParam(), {{"Setup", "AltSetupID", "%first%.%last%.%first%%n%"}});
   EXPECT_TRUE(world.import("Jonathan,,Smith\nAl,,Bo\nJonathan,,Smith\nAl,,Bo\n"));
   EXPECT_THAT(world.rows, ElementsAre("1 GREEN Jonathan.Smith", "2 GREEN Al.Bo",
                                       "3  Jonathan.Smith.Jonathan0", "4 GREEN Al.Bo.Al0"));
 }
 
-TEST_P(InEveryKindOfDomain, GroupsAreTakenFromTheColumnsThatNameOne) {
+TEST_P(ImportInEveryKindOfDomain, GroupsAreTakenFromTheColumnsThatNameOne) {
   struct Case {
     std::string start;
     std::string finish;
@@ -140,7 +140,7 @@ TEST_P(InEveryKindOfDomain, GroupsAreTakenFromTheColumnsThatNameOne) {
   }
 }
 
-TEST_P(InEveryKindOfDomain, TheExpiryTextIsADateOrATagThatTheLineFills) {
+TEST_P(ImportInEveryKindOfDomain, TheExpiryTextIsADateOrATagThatTheLineFills) {
   struct Case {
     std::string text;
     std::string line;
@@ -187,7 +187,7 @@ TEST(Import, ChosenColumnsFeedNamesAccountAndPassword) {
   EXPECT_NO_THROW(world.services.directory.OpenDSObject(world.path_of("jsmith"), "jsmith", "Own-Pass-2026"));
 }
 
-TEST_P(InEveryKindOfDomain, AFieldThatALineDoesNotHaveIsEmpty) {
+TEST_P(ImportInEveryKindOfDomain, AFieldThatALineDoesNotHaveIsEmpty) {
   ImportWorld world(GetParam(),
                     {{"Setup", "SetupID", "%first%%IMPORT4%"},
                      {"Setup", "ImportGroupsStart", "6"},
@@ -215,7 +215,7 @@ TEST_P(InEveryKindOfDomain, AFieldThatALineDoesNotHaveIsEmpty) {
   EXPECT_EQ(world.rows.back(), "2  ");
 }
 
-TEST_P(InEveryKindOfDomain, TheFileOfRefusedLinesCanBeImportedAgain) {
+TEST_P(ImportInEveryKindOfDomain, TheFileOfRefusedLinesCanBeImportedAgain) {
   ImportWorld world(GetParam());
   EXPECT_TRUE(world.import("Jo,,Smith\nalone\nJo,,Smith\nAnn,,Lee\nAnn,,Lee\n"));
   const std::string refused = world.errors();

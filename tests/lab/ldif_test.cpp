@@ -75,11 +75,11 @@ TEST(LdifTest, EndsShowWhereEachRecordStops) {
   EXPECT_EQ(records[1].end, text.size());
 }
 
-struct Fault {
+struct LdifFault {
   const char* text;
   const char* message;
 };
-class LdifFaultTest : public testing::TestWithParam<Fault> {};
+class LdifFaultTest : public testing::TestWithParam<LdifFault> {};
 
 TEST_P(LdifFaultTest, IsRefusedWithItsLine) {
   base::Trap trap;
@@ -90,20 +90,20 @@ TEST_P(LdifFaultTest, IsRefusedWithItsLine) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, LdifFaultTest,
-    testing::Values(Fault{"version: 2\n", "Line 1: A version other than 1"},
-                    Fault{"dn: a\njpegPhoto:< file:///etc/passwd\n", "Line 2: Values taken from a URL"},
-                    Fault{"dn: a\ncn:: !!!!\n", "Line 2: Not Base64"},
-                    Fault{"dn: a\ncn:: YWJ\n", "Line 2: Not Base64"},
-                    Fault{"dn: a\nnonsense\n", "Line 2: A line without a colon"},
-                    Fault{"cn: a\n", "Line 1: \"dn:\" is missing"}, Fault{" x\n", "Line 1: A continuation"},
-                    Fault{"dn: a\ncn: a\ndn: b\n", "Line 3: An empty line is missing"},
-                    Fault{"dn: a\nchangetype: increment\n", "Line 2: An unknown change type"},
-                    Fault{"dn: a\nchangetype: modify\nadd: cn\nsn: x\n",
-                          "Line 4: A value of another attribute"},
-                    Fault{"dn: a\nchangetype: modrdn\nnewrdn: b\ndeleteoldrdn: 2\n", "Line 4"},
-                    Fault{"dn: a\nchangetype: modrdn\nnewrdn: b\n", "\"deleteoldrdn:\" is missing"},
-                    Fault{"dn: a\nchangetype: delete\ncn: a\n", "Line 3: Unexpected text after the record"},
-                    Fault{"dn: a\ncontrol: 1.2.3 true\nchangetype: delete\n", "Line 2: A critical control"}));
+    testing::Values(
+        LdifFault{"version: 2\n", "Line 1: A version other than 1"},
+        LdifFault{"dn: a\njpegPhoto:< file:///etc/passwd\n", "Line 2: Values taken from a URL"},
+        LdifFault{"dn: a\ncn:: !!!!\n", "Line 2: Not Base64"},
+        LdifFault{"dn: a\ncn:: YWJ\n", "Line 2: Not Base64"},
+        LdifFault{"dn: a\nnonsense\n", "Line 2: A line without a colon"},
+        LdifFault{"cn: a\n", "Line 1: \"dn:\" is missing"}, LdifFault{" x\n", "Line 1: A continuation"},
+        LdifFault{"dn: a\ncn: a\ndn: b\n", "Line 3: An empty line is missing"},
+        LdifFault{"dn: a\nchangetype: increment\n", "Line 2: An unknown change type"},
+        LdifFault{"dn: a\nchangetype: modify\nadd: cn\nsn: x\n", "Line 4: A value of another attribute"},
+        LdifFault{"dn: a\nchangetype: modrdn\nnewrdn: b\ndeleteoldrdn: 2\n", "Line 4"},
+        LdifFault{"dn: a\nchangetype: modrdn\nnewrdn: b\n", "\"deleteoldrdn:\" is missing"},
+        LdifFault{"dn: a\nchangetype: delete\ncn: a\n", "Line 3: Unexpected text after the record"},
+        LdifFault{"dn: a\ncontrol: 1.2.3 true\nchangetype: delete\n", "Line 2: A critical control"}));
 
 TEST(LdifTest, UnsafeValuesAreWrittenAsBase64) {
   const LdifRecord record{.dn = "CN=a",

@@ -15,7 +15,7 @@ Names with(Names names, std::initializer_list<const char*> more) {
 }
 
 /// A move, what it leaves on both servers, and what it reports.
-struct Case {
+struct MoveCase {
   std::string name;
   Moved outcome;
   std::string row;  ///< of the log tab, a part of it; empty for none
@@ -26,44 +26,44 @@ struct Case {
   std::vector<std::string> log = {};
   std::function<void(MoveWorld&)> prepare = {};
 
-  [[nodiscard]] Case leaving(const Names& on_old_server, const Names& on_new_server) const {
-    Case other = *this;
+  [[nodiscard]] MoveCase leaving(const Names& on_old_server, const Names& on_new_server) const {
+    MoveCase other = *this;
     other.old_tree = on_old_server;
     other.new_tree = on_new_server;
     return other;
   }
-  [[nodiscard]] Case sharing(const Names& on_old_server) const {
-    Case other = *this;
+  [[nodiscard]] MoveCase sharing(const Names& on_old_server) const {
+    MoveCase other = *this;
     other.old_shares = on_old_server;
     return other;
   }
-  [[nodiscard]] Case of_data(int how) const {
-    Case other = *this;
+  [[nodiscard]] MoveCase of_data(int how) const {
+    MoveCase other = *this;
     other.data = how;
     return other;
   }
-  [[nodiscard]] Case logging(const std::vector<std::string>& texts) const {
-    Case other = *this;
+  [[nodiscard]] MoveCase logging(const std::vector<std::string>& texts) const {
+    MoveCase other = *this;
     other.log = texts;
     return other;
   }
-  [[nodiscard]] Case after(const std::function<void(MoveWorld&)>& step) const {
-    Case other = *this;
+  [[nodiscard]] MoveCase after(const std::function<void(MoveWorld&)>& step) const {
+    MoveCase other = *this;
     other.prepare = step;
     return other;
   }
 };
 
-Case moves(const char* name) {
-  return Case{name, kMoved, "GREEN  jo Moved"}.leaving(kEmpty, kWhole).sharing({});
+MoveCase moves(const char* name) {
+  return MoveCase{name, kMoved, "GREEN  jo Moved"}.leaving(kEmpty, kWhole).sharing({});
 }
 
-Case warns(const char* name, const char* row) {
-  return Case{name, kWarned, row}.leaving(kEmpty, kWhole).sharing({});
+MoveCase warns(const char* name, const char* row) {
+  return MoveCase{name, kWarned, row}.leaving(kEmpty, kWhole).sharing({});
 }
 
 /// Nothing of the old server goes, and the account keeps its paths.
-Case stays(const char* name, const char* row) {
+MoveCase stays(const char* name, const char* row) {
   return {name, kNotMoved, row};
 }
 
@@ -81,7 +81,7 @@ void with_new_paths(MoveWorld& world) {
   world.terms.new_paths_anyway = session::Consent::kYes;
 }
 
-const Case kCases[] = {
+const MoveCase kMoveCases[] = {
     moves("a copy leaves the source and takes its shares")
         .of_data(kCopyData)
         .leaving(kWhole, kWhole)
@@ -248,7 +248,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, MoveEnds, testing::Values(DomainKind::kNative, D
                          test::kind_name);
 
 TEST_P(MoveEnds, AFailureLeavesTheSourceCompleteAndIsReported) {
-  for (const Case& one : kCases) {
+  for (const MoveCase& one : kMoveCases) {
     SCOPED_TRACE(one.name);
     MoveWorld world(GetParam());
     world.start_at_own_shares(one.data);

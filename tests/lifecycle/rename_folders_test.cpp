@@ -36,7 +36,7 @@ const Names kJo = {"Users/jo/", "Users/jo/a.txt", "Users/john/"};
 const Names kAnn = {"Users/ann/", "Users/ann/a.txt", "Users/john/"};
 
 /// Paths of an account "jo" and the result of renaming it to "ann".
-struct Case {
+struct RenameCase {
   std::string name;
   std::string home;
   std::string new_home;
@@ -48,40 +48,40 @@ struct Case {
   std::string new_profile = {};
   Prepare prepare = {};
 
-  [[nodiscard]] Case with_profile(const std::string& old_path, const std::string& new_path) const {
-    Case other = *this;
+  [[nodiscard]] RenameCase with_profile(const std::string& old_path, const std::string& new_path) const {
+    RenameCase other = *this;
     other.profile = old_path;
     other.new_profile = new_path;
     return other;
   }
-  [[nodiscard]] Case leaving(const Names& all_folders) const {
-    Case other = *this;
+  [[nodiscard]] RenameCase leaving(const Names& all_folders) const {
+    RenameCase other = *this;
     other.folders = all_folders;
     return other;
   }
-  [[nodiscard]] Case sharing(const Names& all_shares) const {
-    Case other = *this;
+  [[nodiscard]] RenameCase sharing(const Names& all_shares) const {
+    RenameCase other = *this;
     other.shares = all_shares;
     return other;
   }
-  [[nodiscard]] Case after(const Prepare& step) const {
-    Case other = *this;
+  [[nodiscard]] RenameCase after(const Prepare& step) const {
+    RenameCase other = *this;
     other.prepare = step;
     return other;
   }
 };
 
 /// Account, folder and the share "jo$" get the new name.
-Case renamed(const char* name, const char* home, const char* new_home, const char* told = "GREEN") {
-  return Case{name, home, new_home, told}.leaving(kAnn).sharing({"ann$", "Users"});
+RenameCase renamed(const char* name, const char* home, const char* new_home, const char* told = "GREEN") {
+  return RenameCase{name, home, new_home, told}.leaving(kAnn).sharing({"ann$", "Users"});
 }
 
 /// Only the account gets it.
-Case left(const char* name, const char* home, const char* told) {
+RenameCase left(const char* name, const char* home, const char* told) {
   return {name, home, home, told};
 }
 
-Case refused(const char* name, const char* home, const char* told) {
+RenameCase refused(const char* name, const char* home, const char* told) {
   return {name, home, home, told, "jo"};
 }
 
@@ -112,7 +112,7 @@ Prepare user(const char* name, const char* home) {
   return [name, home](LifecycleWorld& world) { world.add_user(name, home); };
 }
 
-const Case kCases[] = {
+const RenameCase kRenameCases[] = {
     renamed("a share of the user's own goes along", R"(\\FS1\jo$)", R"(\\FS1\ann$)",
             "GREEN  Home Directory and Share renamed for ann"),
     renamed("a common share stays", R"(\\FS1\Users\jo)", R"(\\FS1\Users\ann)")
@@ -212,7 +212,7 @@ class NtRename {
 };
 
 TEST(RenameFolders, TheUsersOwnFolderAndShareAndNobodyElsesGetTheNewName) {
-  for (const Case& one : kCases) {
+  for (const RenameCase& one : kRenameCases) {
     SCOPED_TRACE(one.name);
     NtRename window;
     LifecycleWorld& world = window.world;

@@ -10,17 +10,17 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const std::string kFolder = "\\\\FS1\\D$\\Users\\jo";
+const std::string kOwnFolder = "\\\\FS1\\D$\\Users\\jo";
 
 class FilePermissionTest : public ResourcesWorld {
  protected:
   FilePermissionTest() { have(list_named("old")); }
 
-  void have(const base::Bytes& list) { security.descriptors[kFolder].set_dacl(Acl::decode(list)); }
+  void have(const base::Bytes& list) { security.descriptors[kOwnFolder].set_dacl(Acl::decode(list)); }
   bool set(const FilePermission& permission) {
-    return SetFilePermission(session, server, kFolder, permission);
+    return SetFilePermission(session, server, kOwnFolder, permission);
   }
-  [[nodiscard]] base::Bytes list() { return security.descriptors[kFolder].dacl->encode(); }
+  [[nodiscard]] base::Bytes list() { return security.descriptors[kOwnFolder].dacl->encode(); }
 
   std::string server = "PDC";
 };
@@ -50,8 +50,8 @@ TEST_F(FilePermissionTest, EachModeMakesItsListByteForByte) {
 TEST_F(FilePermissionTest, AFolderWithoutAListGetsAShortOneOfRevisionTwo) {
   // One that is present but null lets everyone do everything.
   for (const bool present : {false, true}) {
-    security.descriptors[kFolder] = {};
-    security.descriptors[kFolder].dacl_present = present;
+    security.descriptors[kOwnFolder] = {};
+    security.descriptors[kOwnFolder].dacl_present = present;
     EXPECT_TRUE(set({.account = "jo"}));
     EXPECT_EQ(list(), list_named("absent before"));
   }
@@ -60,15 +60,16 @@ TEST_F(FilePermissionTest, AFolderWithoutAListGetsAShortOneOfRevisionTwo) {
 TEST_F(FilePermissionTest, AnAccountsOldEntriesAreRemovedSoThatASecondRunLeavesTwo) {
   EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kRead}));
   EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kChange}));
-  const auto& entries = security.descriptors[kFolder].dacl->entries();
+  const auto& entries = security.descriptors[kOwnFolder].dacl->entries();
   EXPECT_EQ(entries.size(), 4U);
   EXPECT_EQ(entries[0].mask(), 0x1301BFU);
-  EXPECT_EQ(security.descriptors[kFolder].dacl->size(), 48U + 200 + 200) << "the room grows with each list";
+  EXPECT_EQ(security.descriptors[kOwnFolder].dacl->size(), 48U + 200 + 200)
+      << "the room grows with each list";
 }
 
 TEST_F(FilePermissionTest, ADenyComesBeforeTheEntryOfSystem) {
   EXPECT_TRUE(set({.account = "jo", .mode = access_mode::kNoAccess, .replaceAll = true}));
-  const auto& entries = security.descriptors[kFolder].dacl->entries();
+  const auto& entries = security.descriptors[kOwnFolder].dacl->entries();
   ASSERT_EQ(entries.size(), 3U);
   EXPECT_EQ(entries[0].type(), platform::ace_type::kDeny);
   EXPECT_EQ(entries[0].flags(), 2);
@@ -80,7 +81,7 @@ TEST_F(FilePermissionTest, OnlyTheListIsReadAndWritten) {
   EXPECT_TRUE(set({.account = "jo"}));
   EXPECT_THAT(security.calls,
               ElementsAre("LookupAccountName PDC System", "LookupAccountName PDC jo",
-                          "GetFileSecurity 4 4000 " + kFolder, "SetFileSecurity 4 " + kFolder));
+                          "GetFileSecurity 4 4000 " + kOwnFolder, "SetFileSecurity 4 " + kOwnFolder));
   EXPECT_EQ(log(), "");
 }
 
@@ -136,7 +137,7 @@ TEST_F(FilePermissionTest, WithoutALogonServerTheWorkstationIsAsked) {
 
 TEST_F(FilePermissionTest, AFailedLookUpIsReportedWithoutTheDebugSwitch) {
   EXPECT_FALSE(set({.account = "nobody"}));
-  EXPECT_EQ(log(), "Server:DC2 Account:nobody Domain:twk.test\nnobody on " + kFolder +
+  EXPECT_EQ(log(), "Server:DC2 Account:nobody Domain:twk.test\nnobody on " + kOwnFolder +
                        ": nobody is called so (no account has that name; check its spelling, or put the "
                        "domain before it)\n");
   EXPECT_THAT(calls("GetFileSecurity"), IsEmpty());
@@ -177,7 +178,7 @@ TEST_F(FilePermissionInDebug, AFailureIsLoggedWithItsStepNumberAndText) {
 }
 
 TEST_F(FilePermissionInDebug, AListThatCannotGrowIsAFailure) {
-  security.descriptors[kFolder].set_dacl(Acl(65500));
+  security.descriptors[kOwnFolder].set_dacl(Acl(65500));
   EXPECT_FALSE(set({.account = "jo"}));
   EXPECT_THAT(log(), HasSubstr("Error: InitializeAcl\nCode: 1336\n"));
   EXPECT_THAT(calls("SetFileSecurity"), IsEmpty());

@@ -7,7 +7,7 @@
 namespace twk::test {
 namespace {
 
-constexpr std::string_view kSales = "OU=Sales,DC=twk,DC=test";
+constexpr std::string_view kSalesUnit = "OU=Sales,DC=twk,DC=test";
 
 class TreePopup : public ScreenTest {
  protected:
@@ -74,9 +74,9 @@ TEST_F(TreePopup, AUnitIsRenamedMovedAndDeletedWithWhatIsInIt) {
 
   expect_unit("Sales");
   choose_entry(renamed, "Move_OU", "Move OU to…");
-  const std::string moved = "OU=Year 8\\, \\\"north\\\"," + std::string(kSales);
+  const std::string moved = "OU=Year 8\\, \\\"north\\\"," + std::string(kSalesUnit);
   EXPECT_EQ(status(), renamed + " is now " + moved + ".");
-  window->tree().expand(index(kSales));
+  window->tree().expand(index(kSalesUnit));
   settle();
   ASSERT_NE(node(moved), nullptr);
 
@@ -117,9 +117,9 @@ TEST_F(TreePopup, SeveralUsersActTogetherAndEachRunIsTakenBack) {
   expect_unit("Sales");
   expect_window([this](QWidget& shown) { click("preview_start", &shown); });
   choose_entry(ann, "Move_To", "Move 2 Users to…");
-  EXPECT_EQ(lab.path_of("ann"), "LDAP://twk.test/CN=ann," + std::string(kSales));
+  EXPECT_EQ(lab.path_of("ann"), "LDAP://twk.test/CN=ann," + std::string(kSalesUnit));
   EXPECT_EQ(node(ann), nullptr);
-  window->tree().expand(index(kSales));
+  window->tree().expand(index(kSalesUnit));
   settle();
   ASSERT_NE(node(lab.path_of("ben")), nullptr);
   EXPECT_EQ(node(lab.path_of("ben"))->marks, directory::mark::kDisabled);

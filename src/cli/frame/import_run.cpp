@@ -27,12 +27,12 @@ std::string in_words(const Counts& counts, const char* created) {
          (counts.known == 0 ? "" : ", " + std::to_string(counts.known) + " with an account already");
 }
 
-std::string_view light_of(const session::ImportRow& row) {
+std::string_view light_of_row(const session::ImportRow& row) {
   return row.outcome.light.empty() ? session::kRed : std::string_view(row.outcome.light);
 }
 
 void print_row(Output& output, const session::ImportRow& row, Counts& counts) {
-  const std::string_view light = light_of(row);
+  const std::string_view light = light_of_row(row);
   const std::string message(base::trim(row.outcome.message));
   if (row.outcome.is_known)
     ++counts.known;

@@ -21,7 +21,7 @@ local::Descriptor open_new(const std::string& path) {
   return file;
 }
 
-std::string quoted(std::string_view text) {
+std::string csv_quoted(std::string_view text) {
   std::string out = "\"";
   for (const char c : text)
     out += c == '"' ? std::string("\"\"") : std::string(1, c);
@@ -35,7 +35,7 @@ PasswordFile::PasswordFile(std::string path) : path_(std::move(path)), file_(ope
 }
 
 void PasswordFile::add(std::string_view account, std::string_view password) {
-  local::write_all(file_, quoted(account) + "," + quoted(password) + "\r\n", path_);
+  local::write_all(file_, csv_quoted(account) + "," + csv_quoted(password) + "\r\n", path_);
 }
 
 }  // namespace twk::cli

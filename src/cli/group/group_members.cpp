@@ -18,7 +18,8 @@ using controls::ListRow;
 using controls::ListView;
 using session::Session;
 
-const std::vector<Column> kColumns = {{"name", "User"}, {"primary", "Primary"}, {"dn", "Distinguished name"}};
+const std::vector<Column> kMemberColumns = {
+    {"name", "User"}, {"primary", "Primary"}, {"dn", "Distinguished name"}};
 
 struct MemberArguments {
   std::string group;
@@ -49,7 +50,7 @@ struct Shown {
 };
 
 /// Raises `Refused` for a group that cannot be read.
-Shown show_group(Context& context, const std::string& name) {
+Shown shown_group(Context& context, const std::string& name) {
   Session& session = groups_session(context, true);
   Shown shown{session, find_group(context, session, name), {}};
   shown.details = groups::show_group(session, shown.group);
@@ -59,7 +60,7 @@ Shown show_group(Context& context, const std::string& name) {
 }
 
 int list_members(Context& context, const std::string& name) {
-  const Shown shown = show_group(context, name);
+  const Shown shown = shown_group(context, name);
   const ListView& members = shown.session.domain.Members;
   const Domain domain = context.domain();
   std::vector<Json> rows;
@@ -72,7 +73,7 @@ int list_members(Context& context, const std::string& name) {
   std::stable_sort(rows.begin(), rows.end(), [](const Json& a, const Json& b) {
     return base::upper(a.text_at("name")) < base::upper(b.text_at("name"));
   });
-  context.output().table(kColumns, rows);
+  context.output().table(kMemberColumns, rows);
   if (shown.details.others != 0) {
     complain(std::to_string(shown.details.others) +
              " more members are groups, contacts or users that are not managed here; `twk group show` "
@@ -144,7 +145,7 @@ void tell_user(Teller& teller, const groups::MembersOutcome& outcome, const Chos
 int change_members(Context& context, const MemberArguments& arguments, bool add) {
   if (arguments.dry_run)
     print_steps(context);
-  const Shown shown = show_group(context, arguments.group);
+  const Shown shown = shown_group(context, arguments.group);
   session::LoadedDomain& lists = shown.session.domain;
   const Change change =
       add ? Change{lists.NotMembers, lists.Members, groups::add_members, "added to", "a member already"}

@@ -11,7 +11,7 @@
 namespace twk::cli {
 namespace {
 
-struct Arguments {
+struct ChangeArguments {
   std::string dn;
   std::string to;  ///< the new name, or where it shall be
   bool dry_run = false;
@@ -35,7 +35,7 @@ int change(Context& context, session::Session& session, const std::string& ou,
   return tell_light(context, session::kGreen, ou + " is now " + now, {{"dn", now}, {"was", ou}});
 }
 
-int rename_ou(Context& context, const Arguments& arguments) {
+int rename_ou(Context& context, const ChangeArguments& arguments) {
   const std::string name(base::trim(arguments.to));
   if (const std::string fault = directory::unit_name_fault(name); !fault.empty())
     throw UsageError(fault);
@@ -46,7 +46,7 @@ int rename_ou(Context& context, const Arguments& arguments) {
   return change(context, session, ou, [&] { return directory::rename_unit(session, ou, name); });
 }
 
-int move_ou(Context& context, const Arguments& arguments) {
+int move_ou(Context& context, const ChangeArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = resource_session(context);
@@ -60,8 +60,8 @@ int move_ou(Context& context, const Arguments& arguments) {
 }
 
 void add_change(Command& ou, Context& context, const char* name, const char* what, const char* to,
-                const char* to_what, const char* example, int (*action)(Context&, const Arguments&)) {
-  auto arguments = std::make_shared<Arguments>();
+                const char* to_what, const char* example, int (*action)(Context&, const ChangeArguments&)) {
+  auto arguments = std::make_shared<ChangeArguments>();
   auto* command = ou.add_subcommand(name, what);
   command->add_option("DN", arguments->dn, "Its distinguished name")->required();
   command->add_option(to, arguments->to, to_what)->required();

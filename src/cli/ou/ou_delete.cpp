@@ -10,7 +10,7 @@
 namespace twk::cli {
 namespace {
 
-struct Arguments {
+struct DeleteArguments {
   std::string dn;
   bool recursive = false;
   bool dry_run = false;
@@ -33,7 +33,7 @@ directory::UnitDeletion delete_all(session::Session& session, const std::string&
   });
 }
 
-int delete_ou(Context& context, const Arguments& arguments) {
+int delete_ou(Context& context, const DeleteArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = resource_session(context);
@@ -60,7 +60,7 @@ int delete_ou(Context& context, const Arguments& arguments) {
 }  // namespace
 
 void add_ou_delete(Command& ou, Context& context) {
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<DeleteArguments>();
   auto* command = ou.add_subcommand("delete", "Delete an organizational unit; asks first");
   command->add_option("DN", arguments->dn, "Its distinguished name")->required();
   command->add_flag("--recursive", arguments->recursive,

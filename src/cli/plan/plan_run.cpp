@@ -13,7 +13,7 @@
 namespace twk::cli {
 namespace {
 
-struct Arguments {
+struct RunArguments {
   std::string file;
   bool dry_run = false;
   bool go_on = false;
@@ -33,7 +33,7 @@ struct Ended {
 
 class PlanRun {
  public:
-  PlanRun(Context& context, const Arguments& arguments, const LineParser& parse)
+  PlanRun(Context& context, const RunArguments& arguments, const LineParser& parse)
       : context_(context),
         arguments_(arguments),
         parse_(parse),
@@ -112,7 +112,7 @@ class PlanRun {
   }
 
   Context& context_;
-  const Arguments& arguments_;
+  const RunArguments& arguments_;
   const LineParser& parse_;
   std::string title_;
   std::vector<PlanLine> lines_;
@@ -126,7 +126,7 @@ class PlanRun {
 void add_plan_commands(Command& app, Context& context, const LineParser& parse) {
   auto* plan = app.add_subcommand("plan", "Run many commands as one, from a file");
   plan->require_subcommand();
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<RunArguments>();
   auto* run = plan->add_subcommand("run", "Run the commands of a file, in order, up to the first RED one");
   run->add_option("FILE", arguments->file,
                   "The file: a command a line, without \"twk\" and its own options; \"-\" for standard input")

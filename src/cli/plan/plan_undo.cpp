@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Arguments {
+struct UndoArguments {
   std::string record;
   bool dry_run = false;
 };
@@ -187,7 +187,7 @@ class PlanUndo {
   bool kept_ = false;  ///< something cannot be taken back
 };
 
-int undo_plan(Context& context, const Arguments& arguments) {
+int undo_plan(Context& context, const UndoArguments& arguments) {
   const RecordedPlan plan = read_plan_record(context, arguments.record);
   if (arguments.dry_run)
     print_steps(context);
@@ -214,7 +214,7 @@ int undo_plan(Context& context, const Arguments& arguments) {
 }  // namespace
 
 void add_plan_undo(Command& plan, Context& context) {
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<UndoArguments>();
   auto* undo = plan.add_subcommand(
       "undo",
       "Take back what a plan did, in reverse order: imports, enabled and disabled accounts, groups "

@@ -16,7 +16,7 @@ struct CustomArguments {
   std::string attribute;
 };
 
-const std::vector<Column> kColumns = {
+const std::vector<Column> kCustomColumns = {
     {"number", "Number"}, {"name", "Display name"}, {"attribute", "Attribute"}};
 
 int show_custom_rows(Context& context) {
@@ -27,7 +27,7 @@ int show_custom_rows(Context& context) {
       rows.push_back(
           {{"number", i + 1}, {"name", fields.at(i).caption}, {"attribute", fields.at(i).attribute}});
   }
-  context.output().table(kColumns, rows);
+  context.output().table(kCustomColumns, rows);
   return kExitGreen;
 }
 

@@ -9,25 +9,25 @@
 namespace twk::cli {
 namespace {
 
-const std::vector<Column> kFields = {{"pageSize", "PageSize"},
-                                     {"userLimit", "UserLimit"},
-                                     {"skipUsers", "SkipUsers"},
-                                     {"skipGroups", "SkipGroups"},
-                                     {"loadAllUsers", "LoadAllUsers"},
-                                     {"templateGroupsOnly", "TemplateGroupsOnly"},
-                                     {"search", "Search"},
-                                     {"sort", "Sort"}};
+const std::vector<Column> kOptionFields = {{"pageSize", "PageSize"},
+                                           {"userLimit", "UserLimit"},
+                                           {"skipUsers", "SkipUsers"},
+                                           {"skipGroups", "SkipGroups"},
+                                           {"loadAllUsers", "LoadAllUsers"},
+                                           {"templateGroupsOnly", "TemplateGroupsOnly"},
+                                           {"search", "Search"},
+                                           {"sort", "Sort"}};
 
 int show_options(Context& context, session::Session& session) {
   const directory::LoadOptions options = directory::read_load_options(session);
-  context.output().details(kFields, {{"pageSize", options.PageSize},
-                                     {"userLimit", options.UserLimit},
-                                     {"skipUsers", options.SkipUsers},
-                                     {"skipGroups", options.SkipGroups},
-                                     {"loadAllUsers", options.LoadAllUsers},
-                                     {"templateGroupsOnly", options.TemplateGroupsOnly},
-                                     {"search", options.Search},
-                                     {"sort", options.Sort}});
+  context.output().details(kOptionFields, {{"pageSize", options.PageSize},
+                                           {"userLimit", options.UserLimit},
+                                           {"skipUsers", options.SkipUsers},
+                                           {"skipGroups", options.SkipGroups},
+                                           {"loadAllUsers", options.LoadAllUsers},
+                                           {"templateGroupsOnly", options.TemplateGroupsOnly},
+                                           {"search", options.Search},
+                                           {"sort", options.Sort}});
   return kExitGreen;
 }
 
@@ -91,8 +91,8 @@ int set_options(Context& context, const std::vector<std::string>& assignments) {
   session::Session& session = context.session(Depth::kSettings);
   directory::LoadOptionTexts options = texts_of(directory::read_load_options(session));
   std::vector<std::string> names;
-  names.reserve(kFields.size());
-  for (const Column& field : kFields)
+  names.reserve(kOptionFields.size());
+  for (const Column& field : kOptionFields)
     names.push_back(field.title);
   for (const std::string& assignment : assignments) {
     const std::size_t equals = assignment.find('=');

@@ -27,7 +27,8 @@ struct SettingsArguments {
   bool show_secrets = false;
 };
 
-const std::vector<Column> kColumns = {{"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
+const std::vector<Column> kSettingColumns = {
+    {"hive", "Hive"}, {"key", "Key"}, {"name", "Name"}, {"value", "Value"}};
 
 constexpr std::array kHives = {std::pair{platform::kHiveLocalMachine, std::string_view("HKEY_LOCAL_MACHINE")},
                                std::pair{platform::kHiveCurrentUser, std::string_view("HKEY_CURRENT_USER")}};
@@ -152,7 +153,7 @@ int list_settings(Context& context, const SettingsArguments& arguments) {
     for (const auto& entry : context.registry_listing().entries(hive, full_key(arguments.key)))
       rows.push_back(to_json(hive_name, entry.key, entry.name, shown(arguments, entry.name, entry.value)));
   }
-  context.output().table(kColumns, rows);
+  context.output().table(kSettingColumns, rows);
   return kExitGreen;
 }
 

@@ -27,13 +27,13 @@ struct SiteArguments {
   std::optional<bool> exchange2000;
 };
 
-const std::vector<Column> kColumns = {{"name", "Name"},
-                                      {"ntServer", "NT server"},
-                                      {"exchange2000", "Exchange 2000"},
-                                      {"exchangeServer", "Exchange server"},
-                                      {"exchangeOrg", "Exchange org"},
-                                      {"exchangeSite", "Exchange site"},
-                                      {"mailStore", "Mail store"}};
+const std::vector<Column> kSiteColumns = {{"name", "Name"},
+                                          {"ntServer", "NT server"},
+                                          {"exchange2000", "Exchange 2000"},
+                                          {"exchangeServer", "Exchange server"},
+                                          {"exchangeOrg", "Exchange org"},
+                                          {"exchangeSite", "Exchange site"},
+                                          {"mailStore", "Mail store"}};
 
 /// Loads the site of that name, and returns the name as it is spelled.
 std::string select_site(Session& session, std::string_view name) {
@@ -59,14 +59,14 @@ int list_sites(Context& context) {
     for (const records::SiteRecord& site : stores::read_sites(session))
       rows.push_back(to_json(site));
   });
-  context.output().table(kColumns, rows);
+  context.output().table(kSiteColumns, rows);
   return kExitGreen;
 }
 
 int show_site(Context& context, const SiteArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
   select_site(session, arguments.name);
-  context.output().details(kColumns, to_json(session.ActiveSite));
+  context.output().details(kSiteColumns, to_json(session.ActiveSite));
   return kExitGreen;
 }
 
@@ -93,7 +93,7 @@ int save_site(Context& context, Session& session, const records::SiteRecord& sit
   if (!outcome.done)
     return kExitRed;
   if (context.output().json())
-    context.output().details(kColumns, to_json(site));
+    context.output().details(kSiteColumns, to_json(site));
   return kExitGreen;
 }
 

@@ -23,27 +23,27 @@ struct TemplateArguments {
   TemplateFields fields;
 };
 
-const std::vector<Column> kFields = {{"name", "Name"},
-                                     {"profilePath", "Profile path"},
-                                     {"homeDir", "Home directory"},
-                                     {"profileDirPath", "Profile directory to make"},
-                                     {"homeDirPath", "Home directory to make"},
-                                     {"profileShare", "Profile share"},
-                                     {"homeShare", "Home share"},
-                                     {"profileSharePoint", "Profile share point"},
-                                     {"homeSharePoint", "Home share point"},
-                                     {"logonScript", "Logon script"},
-                                     {"homeDrive", "Home drive"},
-                                     {"logonHours", "Logon hours"},
-                                     {"primaryGroup", "Primary group"},
-                                     {"groups", "Groups"},
-                                     {"variables", "Variables"}};
-const std::vector<Column> kColumns = {{"name", "Name"},
-                                      {"homeDir", "Home directory"},
-                                      {"profilePath", "Profile path"},
-                                      {"logonScript", "Logon script"},
-                                      {"primaryGroup", "Primary group"},
-                                      {"groups", "Groups"}};
+const std::vector<Column> kTemplateFields = {{"name", "Name"},
+                                             {"profilePath", "Profile path"},
+                                             {"homeDir", "Home directory"},
+                                             {"profileDirPath", "Profile directory to make"},
+                                             {"homeDirPath", "Home directory to make"},
+                                             {"profileShare", "Profile share"},
+                                             {"homeShare", "Home share"},
+                                             {"profileSharePoint", "Profile share point"},
+                                             {"homeSharePoint", "Home share point"},
+                                             {"logonScript", "Logon script"},
+                                             {"homeDrive", "Home drive"},
+                                             {"logonHours", "Logon hours"},
+                                             {"primaryGroup", "Primary group"},
+                                             {"groups", "Groups"},
+                                             {"variables", "Variables"}};
+const std::vector<Column> kTemplateColumns = {{"name", "Name"},
+                                              {"homeDir", "Home directory"},
+                                              {"profilePath", "Profile path"},
+                                              {"logonScript", "Logon script"},
+                                              {"primaryGroup", "Primary group"},
+                                              {"groups", "Groups"}};
 
 Json to_json(const records::TemplateRecord& record) {
   Json groups = Json::array();
@@ -76,14 +76,14 @@ int list_templates(Context& context) {
   std::vector<Json> rows;
   for (const records::TemplateRecord& record : stores::read_templates(session))
     rows.push_back(to_json(record));
-  context.output().table(kColumns, rows);
+  context.output().table(kTemplateColumns, rows);
   return kExitGreen;
 }
 
 int show_template(Context& context, const TemplateArguments& arguments) {
   Session& session = context.session(Depth::kDatabases);
   load_named_template(session, arguments.name);
-  context.output().details(kFields, to_json(session.ActiveTemplate));
+  context.output().details(kTemplateFields, to_json(session.ActiveTemplate));
   return kExitGreen;
 }
 
@@ -108,7 +108,7 @@ int compare_templates(Context& context, const TemplateArguments& arguments) {
   const Json second = to_json(session.ActiveTemplate);
   const bool keyed = context.output().json() || context.output().csv();
   std::vector<Json> rows;
-  for (const Column& field : kFields) {
+  for (const Column& field : kTemplateFields) {
     const Json& a = *first.find(field.key);
     const Json& b = *second.find(field.key);
     if (field.key != "name" && text_of(a) != text_of(b))
@@ -133,7 +133,7 @@ int save_template(Context& context, Session& session, const stores::TemplateEdit
     return kExitRed;
   load_named_template(session, session.ActiveTemplate.Name);
   if (context.output().json())
-    context.output().details(kFields, to_json(session.ActiveTemplate));
+    context.output().details(kTemplateFields, to_json(session.ActiveTemplate));
   return kExitGreen;
 }
 

@@ -19,7 +19,7 @@ namespace {
 using platform::WtsConfigValue;
 using records::TerminalServerRow;
 
-struct SetArguments {
+struct TsArguments {
   std::string user;
   std::vector<std::string> assignments;
   bool dry_run = false;
@@ -187,7 +187,7 @@ bool is_refusal(std::uint32_t number) {
 }
 
 /// Makes the changes one after the other, up to the first refusal; all of them have been parsed before.
-int set_settings(Context& context, const SetArguments& arguments) {
+int set_settings(Context& context, const TsArguments& arguments) {
   std::vector<Change> changes;
   for (const std::string& assignment : arguments.assignments)
     changes.push_back(parse_change(assignment));
@@ -229,7 +229,7 @@ Command* add_command(Command& ts, const char* verb, const char* what, std::strin
 }  // namespace
 
 void add_ts_commands(Command& app, Context& context) {
-  auto arguments = std::make_shared<SetArguments>();
+  auto arguments = std::make_shared<TsArguments>();
   auto* ts = app.add_subcommand("ts", "Terminal-server settings of a user");
   ts->require_subcommand();
   auto* show = add_command(*ts, "show", "Print the settings of a user", arguments->user);

@@ -9,7 +9,7 @@
 namespace twk::cli {
 namespace {
 
-const std::vector<Column> kColumns = {{"name", "Name"}, {"dn", "Location"}};
+const std::vector<Column> kFoundColumns = {{"name", "Name"}, {"dn", "Location"}};
 
 std::vector<Json> found_in_directory(session::Session& session, const std::string& text) {
   std::vector<directory::FoundUser> found;
@@ -36,7 +36,7 @@ int find_users(Context& context, const std::string& text) {
   session::Session& session = context.session(Depth::kDomain);
   const std::vector<Json> rows = session::is_active_directory(session) ? found_in_directory(session, text)
                                                                        : found_in_tree(session, text);
-  context.output().table(kColumns, rows);
+  context.output().table(kFoundColumns, rows);
   if (rows.empty())
     complain("No user found");
   return kExitGreen;

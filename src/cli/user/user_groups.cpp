@@ -25,7 +25,7 @@ struct GroupArguments {
   bool effective = false;
 };
 
-const std::vector<Column> kColumns = {{"name", "Group"}, {"primary", "Primary"}};
+const std::vector<Column> kGroupColumns = {{"name", "Group"}, {"primary", "Primary"}};
 
 /// A group's key in the lists, whichever of its names was given.
 struct ChosenGroup {
@@ -99,7 +99,7 @@ int change_groups(Context& context, const GroupArguments& arguments) {
     const ListRow& row = loaded.own_groups.at(i);
     rows.push_back({{"name", row.text}, {"primary", !row.sub_items.empty()}});
   }
-  context.output().table(kColumns, rows);
+  context.output().table(kGroupColumns, rows);
   return whole ? kExitGreen : kExitYellow;
 }
 

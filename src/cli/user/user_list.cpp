@@ -16,11 +16,11 @@ struct ListArguments {
   std::string columns;
 };
 
-const std::vector<Column> kColumns = {{"name", "Name"},
-                                      {"fullName", "Full name"},
-                                      {"description", "Description"},
-                                      {"disabled", "Disabled"},
-                                      {"dn", "Distinguished name"}};
+const std::vector<Column> kListColumns = {{"name", "Name"},
+                                          {"fullName", "Full name"},
+                                          {"description", "Description"},
+                                          {"disabled", "Disabled"},
+                                          {"dn", "Distinguished name"}};
 
 /// The rows in order of the account names.
 std::vector<Json> rows_of(const Domain& domain, const std::string& base_dn,
@@ -68,7 +68,7 @@ int list_chosen_columns(Context& context, const ListArguments& arguments) {
 int show_users(Context& context, const ListArguments& arguments) {
   if (!arguments.columns.empty())
     return list_chosen_columns(context, arguments);
-  context.output().table(kColumns, list_users(context.domain(), arguments.ou));
+  context.output().table(kListColumns, list_users(context.domain(), arguments.ou));
   return kExitGreen;
 }
 

@@ -48,12 +48,12 @@ lifecycle::MoveOrder order_of(Context& context, session::Session& session, const
 }
 
 /// The session that the users are moved in, and what is asked.
-struct Prepared {
+struct PreparedMove {
   session::Session& session;
   lifecycle::MoveOrder order;
 };
 
-Prepared prepare(Context& context, const MoveArguments& arguments) {
+PreparedMove prepare(Context& context, const MoveArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
@@ -61,7 +61,7 @@ Prepared prepare(Context& context, const MoveArguments& arguments) {
 }
 
 int move_named(Context& context, const MoveArguments& arguments) {
-  const Prepared run = prepare(context, arguments);
+  const PreparedMove run = prepare(context, arguments);
   return run_for_users(context, run.session, arguments.selection.names, arguments.dry_run,
                        [&](session::RunView& view, const batch::RunHooks& hooks) {
                          batch::move_selection(run.session, run.order, view, hooks);
@@ -69,7 +69,7 @@ int move_named(Context& context, const MoveArguments& arguments) {
 }
 
 int move_selected(Context& context, const MoveArguments& arguments) {
-  const Prepared run = prepare(context, arguments);
+  const PreparedMove run = prepare(context, arguments);
   return run_over_selection(context, run.session, arguments.selection, arguments.dry_run,
                             [&](session::RunView& view, const batch::RunHooks& hooks) {
                               batch::move_selection(run.session, run.order, view, hooks);

@@ -9,7 +9,7 @@
 namespace twk::cli {
 namespace {
 
-struct MoveArguments {
+struct MoveOuArguments {
   std::string user;
   std::string ou;
   bool dry_run = false;
@@ -21,7 +21,7 @@ controls::TreeNode& shown(controls::TreeNode* node, const std::string& name) {
   return *node;
 }
 
-int move_user(Context& context, const MoveArguments& arguments) {
+int move_user(Context& context, const MoveOuArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = context.session(Depth::kDomain);
@@ -51,7 +51,7 @@ int move_user(Context& context, const MoveArguments& arguments) {
 }  // namespace
 
 void add_user_move_ou(Command& user, Context& context) {
-  auto arguments = std::make_shared<MoveArguments>();
+  auto arguments = std::make_shared<MoveOuArguments>();
   auto* move = user.add_subcommand(
       "move-ou",
       "Move a user to another organizational unit; `user move` moves the user's data to another site");

@@ -13,7 +13,7 @@
 namespace twk::cli {
 namespace {
 
-struct Arguments {
+struct RenamesArguments {
   std::string file;
   bool rename_dirs = false;
   bool even_if_shared = false;
@@ -51,7 +51,7 @@ controls::TreeNode* find_or_raise(Context& context, session::Session& session, c
   }
 }
 
-int rename_users(Context& context, const Arguments& arguments) {
+int rename_users(Context& context, const RenamesArguments& arguments) {
   const std::string bytes = read_input(arguments.file);
   if (arguments.dry_run)
     print_steps(context);
@@ -87,7 +87,7 @@ int rename_users(Context& context, const Arguments& arguments) {
 }  // namespace
 
 void add_users_rename(Command& users, Context& context) {
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<RenamesArguments>();
   auto* command = users.add_subcommand("rename", "Change the names of the users of a file");
   command
       ->add_option("--from-file", arguments->file,

@@ -21,7 +21,7 @@ struct PasswordSource {
   [[nodiscard]] bool given() const { return from_stdin || !file.empty(); }
 };
 
-struct Arguments {
+struct FunctionArguments {
   SelectionArguments selection;
   PasswordSource password;
   bool change_at_logon = false;  ///< password-never-expires: a new password at the next logon
@@ -47,7 +47,7 @@ std::string default_password(Context& context, session::Session& session, const 
   return "PROMPT";
 }
 
-int change(Context& context, const Arguments& arguments, AccountFunction function) {
+int change(Context& context, const FunctionArguments& arguments, AccountFunction function) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = resource_session(context);
@@ -59,7 +59,7 @@ int change(Context& context, const Arguments& arguments, AccountFunction functio
                             });
 }
 
-int unlock(Context& context, const Arguments& arguments) {
+int unlock(Context& context, const FunctionArguments& arguments) {
   if (arguments.password.given() && !arguments.reset)
     throw UsageError("a password is for --reset-passwords: give that as well");
   if (arguments.dry_run)
@@ -73,7 +73,7 @@ int unlock(Context& context, const Arguments& arguments) {
 }
 
 Command* add_function(Command& users, Context& context, const char* name, const char* what,
-                      const std::shared_ptr<Arguments>& arguments, AccountFunction function) {
+                      const std::shared_ptr<FunctionArguments>& arguments, AccountFunction function) {
   auto* command = users.add_subcommand(name, what);
   add_selection_options(*command, arguments->selection);
   add_dry_run(*command, arguments->dry_run);
@@ -86,7 +86,7 @@ Command* add_function(Command& users, Context& context, const char* name, const 
 
 void add_users_account_functions(Command& users, Context& context) {
   const auto add = [&](const char* name, const char* what, AccountFunction function) {
-    auto arguments = std::make_shared<Arguments>();
+    auto arguments = std::make_shared<FunctionArguments>();
     return std::pair(add_function(users, context, name, what, arguments, function), arguments);
   };
   add("enable", "Enable the accounts", AccountFunction::kEnable);
@@ -100,7 +100,7 @@ void add_users_account_functions(Command& users, Context& context) {
           AccountFunction::kResetPassword);
   add_password_options(*reset, of_reset->password);
 
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<FunctionArguments>();
   auto* command = users.add_subcommand("unlock", "Unlock the accounts");
   add_selection_options(*command, arguments->selection);
   add_dry_run(*command, arguments->dry_run);

@@ -10,7 +10,7 @@
 namespace twk::cli {
 namespace {
 
-struct Arguments {
+struct GroupsArguments {
   std::vector<std::string> add;
   std::vector<std::string> remove;
   SelectionArguments selection;
@@ -31,7 +31,7 @@ std::vector<groups::GroupRow> locate_all(const Domain& domain, const std::vector
   return rows;
 }
 
-int change_groups(Context& context, const Arguments& arguments) {
+int change_groups(Context& context, const GroupsArguments& arguments) {
   if (arguments.add.empty() && arguments.remove.empty())
     throw UsageError("say which groups: give --add G, --remove G or several of them");
   if (arguments.dry_run)
@@ -48,7 +48,7 @@ int change_groups(Context& context, const Arguments& arguments) {
 }  // namespace
 
 void add_users_groups(Command& users, Context& context) {
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<GroupsArguments>();
   auto* command = users.add_subcommand("groups", "Add users to groups and remove them from others");
   command->add_option("--add", arguments->add, "A group that they join; may be given several times")
       ->type_name("G");

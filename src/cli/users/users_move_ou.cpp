@@ -7,13 +7,13 @@
 namespace twk::cli {
 namespace {
 
-struct Arguments {
+struct MoveOuArguments {
   std::string unit;
   SelectionArguments selection;
   bool dry_run = false;
 };
 
-int move_users(Context& context, const Arguments& arguments) {
+int move_users(Context& context, const MoveOuArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = resource_session(context);
@@ -27,7 +27,7 @@ int move_users(Context& context, const Arguments& arguments) {
 }  // namespace
 
 void add_users_move_ou(Command& users, Context& context) {
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<MoveOuArguments>();
   auto* command = users.add_subcommand(
       "move-ou", "Move users to another organizational unit; `users move` moves their data");
   command->add_option("OU", arguments->unit, "Distinguished name of the unit to move to")

@@ -24,7 +24,7 @@ namespace {
 using batch::PropertyOutcome;
 using session::Session;
 
-struct Arguments {
+struct AttributeArguments {
   std::string property;
   std::optional<std::string> value;
   bool append = false;
@@ -34,7 +34,7 @@ struct Arguments {
 };
 
 /// Without a value, the file has one for each user.
-bool takes_values_from_file(const Arguments& arguments) {
+bool takes_values_from_file(const AttributeArguments& arguments) {
   const SelectionArguments& selection = arguments.selection;
   if (arguments.value)
     return false;
@@ -46,7 +46,7 @@ bool takes_values_from_file(const Arguments& arguments) {
 }
 
 /// The property as spelled for this domain, and the mode.
-batch::PropertyOrder order_of(Session& session, const Arguments& arguments) {
+batch::PropertyOrder order_of(Session& session, const AttributeArguments& arguments) {
   if (!session::is_active_directory(session))
     throw Refused(session.DomainName +
                   " is not an Active Directory domain: its users have no such properties.");
@@ -92,7 +92,7 @@ int exit_code_of(const batch::PropertyCounts& run, int exit_code) {
 }
 
 int change_selected(Context& context, Session& session, batch::PropertyOrder order,
-                    const Arguments& arguments) {
+                    const AttributeArguments& arguments) {
   const std::string& property = order.property.name;
   check_value(property, *arguments.value);
   batch::PropertyCounts counts;
@@ -179,7 +179,7 @@ int change_from_file(Context& context, Session& session, batch::PropertyOrder or
   return exit_code_of(run, tell_counts(context, counts, dry_run));
 }
 
-int set_attribute(Context& context, const Arguments& arguments) {
+int set_attribute(Context& context, const AttributeArguments& arguments) {
   const bool from_file = takes_values_from_file(arguments);
   if (arguments.dry_run)
     print_steps(context);
@@ -193,7 +193,7 @@ int set_attribute(Context& context, const Arguments& arguments) {
 }  // namespace
 
 void add_users_set_attribute(Command& users, Context& context) {
-  auto arguments = std::make_shared<Arguments>();
+  auto arguments = std::make_shared<AttributeArguments>();
   auto* command = users.add_subcommand("set-attribute", "Set a property of the users");
   command
       ->add_option("PROPERTY", arguments->property,

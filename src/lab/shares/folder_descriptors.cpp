@@ -18,8 +18,8 @@ namespace access = platform::access;
 namespace ace_flag = platform::ace_flag;
 namespace well_known = platform::well_known;
 
-constexpr std::string_view kContainer = "CN=Folders";
-constexpr std::string_view kDescriptor = "nTSecurityDescriptor";
+constexpr std::string_view kFolders = "CN=Folders";
+constexpr std::string_view kFolderDescriptor = "nTSecurityDescriptor";
 
 /// The parts of a path, the drive as its letter in front.
 std::vector<std::string> parts_of(std::string_view path) {
@@ -40,7 +40,7 @@ std::string below(const std::string& dn, std::string_view part) {
 }
 
 std::string record_dn(const std::vector<std::string>& parts, std::size_t count) {
-  std::string dn(kContainer);
+  std::string dn(kFolders);
   for (std::size_t i = 0; i < count; ++i)
     dn = below(dn, parts[i]);
   return dn;
@@ -89,7 +89,7 @@ std::string path_text(const std::vector<std::string>& parts, std::size_t count) 
 }
 
 std::optional<SecurityDescriptor> stored_in(const Entry& entry, const std::string& path) {
-  const auto bytes = entry.value(kDescriptor);
+  const auto bytes = entry.value(kFolderDescriptor);
   if (!bytes)
     return std::nullopt;
   try {
@@ -163,7 +163,7 @@ SecurityDescriptor FolderDescriptors::effective_of_file(std::string_view path) c
 }
 
 std::string FolderDescriptors::make_record(std::string_view path) {
-  std::string dn(kContainer);
+  std::string dn(kFolders);
   if (store_.find(dn) == nullptr)
     store_.add(dn, {{"objectClass", {"container"}}}, nullptr);
   for (const std::string& part : parts_of(path)) {
@@ -180,9 +180,10 @@ void FolderDescriptors::store(std::string_view path, const SecurityDescriptor& d
   if (stored.dacl)
     stored.dacl = stored.dacl->trimmed();
   const base::Bytes bytes = stored.encode();
-  store_.modify(make_record(path),
-                {{ModifyKind::kReplace, std::string(kDescriptor), {std::string(bytes.begin(), bytes.end())}}},
-                nullptr);
+  store_.modify(
+      make_record(path),
+      {{ModifyKind::kReplace, std::string(kFolderDescriptor), {std::string(bytes.begin(), bytes.end())}}},
+      nullptr);
 }
 
 bool FolderDescriptors::is_locked(std::string_view path) const {

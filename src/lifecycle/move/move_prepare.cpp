@@ -74,18 +74,18 @@ struct NewFolderTexts {
   std::string_view made;
 };
 
-constexpr NewFolderTexts kHome{"Home Dir ",
-                               "Home Directory ",
-                               "User move cancelled.",
-                               "Error Creating Home dir :",
-                               "Error Home Profile Directory.",
-                               "Created New Home Dir: "};
-constexpr NewFolderTexts kProfile{"Profile Dir ",
-                                  "Profile Directory ",
-                                  "User cancelled move.",
-                                  "Error Creating Profile dir :",
-                                  "Error creating Profile Directory.",
-                                  "Created New Profile Dir :"};
+constexpr NewFolderTexts kNewHome{"Home Dir ",
+                                  "Home Directory ",
+                                  "User move cancelled.",
+                                  "Error Creating Home dir :",
+                                  "Error Home Profile Directory.",
+                                  "Created New Home Dir: "};
+constexpr NewFolderTexts kNewProfile{"Profile Dir ",
+                                     "Profile Directory ",
+                                     "User cancelled move.",
+                                     "Error Creating Profile dir :",
+                                     "Error creating Profile Directory.",
+                                     "Created New Profile Dir :"};
 
 MoveStep make_new_folder(MoveRun& run, MovedFolder& folder, const NewFolderTexts& texts) {
   Session& session = run.session;
@@ -179,8 +179,8 @@ void resolve_new_folders(MoveRun& run) {
 
 MoveStep make_new_folders(MoveRun& run) {
   run.session.run.view().step("Creating Dirs...");
-  const MoveStep home = make_new_folder(run, run.home, kHome);
-  return home != MoveStep::kGoOn ? home : make_new_folder(run, run.profile, kProfile);
+  const MoveStep home = make_new_folder(run, run.home, kNewHome);
+  return home != MoveStep::kGoOn ? home : make_new_folder(run, run.profile, kNewProfile);
 }
 
 MoveStep make_new_shares(MoveRun& run) {

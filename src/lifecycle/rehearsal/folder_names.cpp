@@ -17,7 +17,7 @@ bool is_plain(char c) {
          c == '_';
 }
 
-std::size_t hash_of(std::string_view name) {
+std::size_t hash_of_name(std::string_view name) {
   return std::hash<std::string>{}(base::upper(name));
 }
 
@@ -34,7 +34,7 @@ bool FolderNames::is_surely_absent(std::string_view path) {
     return false;
   if (folder.questions == kFewQuestions + 1)
     list(above, folder);
-  return folder.is_listed && !folder.names.contains(hash_of(name));
+  return folder.is_listed && !folder.names.contains(hash_of_name(name));
 }
 
 /// The folders of a server itself, its shares, are no list of files.
@@ -44,7 +44,7 @@ void FolderNames::list(const std::string& path, Folder& folder) {
   base::Trap trap;
   folder.is_listed = trap([&] {
     for (const platform::FileEntry& entry : files_.list(path))
-      folder.names.insert(hash_of(entry.name));
+      folder.names.insert(hash_of_name(entry.name));
   });
 }
 

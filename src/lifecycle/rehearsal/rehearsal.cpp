@@ -31,7 +31,7 @@ class Nowhere final : public platform::AppendFile {
   void write(std::string_view /*bytes*/) override {}
 };
 
-std::string folded(std::string_view path) {
+std::string folded_folder(std::string_view path) {
   std::string text = base::upper(path);
   while (text.ends_with('\\'))
     text.pop_back();
@@ -113,20 +113,20 @@ class RehearsedFiles final : public platform::Files {
   bool exists(std::string_view path) override {
     const std::string way = shares_.way_of(path);
     const auto place = now(way);
-    const bool found =
-        made_.contains(folded(way)) || (place && !names_.is_surely_absent(*place) && real_.exists(*place));
+    const bool found = made_.contains(folded_folder(way)) ||
+                       (place && !names_.is_surely_absent(*place) && real_.exists(*place));
     absent_ = found ? std::string_view() : path;
     return found;
   }
   bool is_directory(std::string_view path) override {
     const std::string way = shares_.way_of(path);
     const auto place = now(way);
-    return made_.contains(folded(way)) || (place && real_.is_directory(*place));
+    return made_.contains(folded_folder(way)) || (place && real_.is_directory(*place));
   }
   void make_directory(std::string_view path) override {
     require_new(path);
     tell_("Make the folder " + std::string(path));
-    const std::string place = folded(shares_.way_of(path));
+    const std::string place = folded_folder(shares_.way_of(path));
     made_.insert(place);
     absent_.clear();
     made_names_.insert(name_on_server(place));
@@ -138,15 +138,15 @@ class RehearsedFiles final : public platform::Files {
       return true;
     const std::string host(server.substr(std::min(server.find_first_not_of('\\'), server.size())));
     const std::string way = "\\\\" + host + "\\" + folder.substr(0, 1) + "$" + folder.substr(2);
-    return is_directory(way) || made_names_.contains(name_on_server(folded(way)));
+    return is_directory(way) || made_names_.contains(name_on_server(folded_folder(way)));
   }
   std::vector<FileEntry> list(std::string_view path) override {
     const std::string way = shares_.way_of(path);
-    return made_.contains(folded(way)) ? std::vector<FileEntry>() : real_.list(now(way).value_or(way));
+    return made_.contains(folded_folder(way)) ? std::vector<FileEntry>() : real_.list(now(way).value_or(way));
   }
   FileEntry status(std::string_view path) override {
     const std::string way = shares_.way_of(path);
-    if (made_.contains(folded(way)))
+    if (made_.contains(folded_folder(way)))
       return FileEntry{.name = {}, .directory = true};
     const auto place = now(way);
     if (!place)
@@ -155,9 +155,9 @@ class RehearsedFiles final : public platform::Files {
   }
   void remove_directory(std::string_view path) override {
     tell_("Remove the folder " + std::string(path));
-    made_.erase(folded(path));
+    made_.erase(folded_folder(path));
     answering_ = {};
-    gone_.insert(folded(path));
+    gone_.insert(folded_folder(path));
   }
   std::string read(std::string_view path) override { return real_.read(path); }
   void write(std::string_view path, std::string_view /*bytes*/) override {
@@ -196,7 +196,7 @@ class RehearsedFiles final : public platform::Files {
     // Whoever makes a folder has asked for it just now.
     if (path != absent_ && exists(path))
       base::raise(base::error::kPathFileAccess, std::string(path) + " exists already");
-    const std::string above = folded(path.substr(0, path.find_last_of('\\')));
+    const std::string above = folded_folder(path.substr(0, path.find_last_of('\\')));
     if (answering_.contains(above))
       return;
     const auto place = now(shares_.way_of(path));
@@ -214,11 +214,11 @@ class RehearsedFiles final : public platform::Files {
     answering_.insert(above);
   }
   static bool lies_in(std::string_view path, std::string_view folder) {
-    return (folded(path) + "\\").starts_with(folded(folder) + "\\");
+    return (folded_folder(path) + "\\").starts_with(folded_folder(folder) + "\\");
   }
   /// Where a path leads while nothing has been renamed; none for what would be gone.
   [[nodiscard]] std::optional<std::string> now(const std::string& path) const {
-    if (!gone_.empty() && gone_.contains(folded(path)))
+    if (!gone_.empty() && gone_.contains(folded_folder(path)))
       return std::nullopt;
     std::string place = path;
     for (auto one = renamed_.rbegin(); one != renamed_.rend(); ++one) {

@@ -49,7 +49,7 @@ void show_new_name(Session& session, controls::TreeNode& node, const std::string
   }
 }
 
-struct RenameRun {
+struct NtRenameRun {
   Session& session;
   const RenameNtOrder& order;
   controls::TreeNode& node;
@@ -57,7 +57,7 @@ struct RenameRun {
 };
 
 /// An account that already has the new name is one whose renaming was interrupted.
-void rename_account(RenameRun& run, PreparedRename& prepared) {
+void rename_account(NtRenameRun& run, PreparedRename& prepared) {
   Session& session = run.session;
   const std::string old_name = run.name;
   const std::string& new_name = prepared.user.new_name;
@@ -72,7 +72,7 @@ void rename_account(RenameRun& run, PreparedRename& prepared) {
 }
 
 /// Tests what could prevent the renaming before anything is changed.
-PreparedRename prepare(const RenameRun& run, const ObjectPtr& user, const std::string& new_name) {
+PreparedRename prepare(const NtRenameRun& run, const ObjectPtr& user, const std::string& new_name) {
   RenameOrder order;
   order.object = user;
   order.account = run.name;
@@ -86,7 +86,7 @@ PreparedRename prepare(const RenameRun& run, const ObjectPtr& user, const std::s
 }
 
 /// False when what was typed is not a valid name, which is reported.
-bool accepts_logon_name(const RenameRun& run) {
+bool accepts_logon_name(const NtRenameRun& run) {
   Session& session = run.session;
   const std::string refused = find_refused(session, run.order.logon);
   if (refused.empty())
@@ -98,7 +98,7 @@ bool accepts_logon_name(const RenameRun& run) {
 }
 
 /// False when a folder could not be renamed that should have been.
-bool rename_directories(const RenameRun& run, const PreparedRename& prepared) {
+bool rename_directories(const NtRenameRun& run, const PreparedRename& prepared) {
   Session& session = run.session;
   if (!run.order.folders)
     return true;
@@ -107,17 +107,17 @@ bool rename_directories(const RenameRun& run, const PreparedRename& prepared) {
                            {"Renamed Profile Dir: ", "Failed to Rename Profile Directory: "});
 }
 
-void put_full_name(const RenameRun& run, const ObjectPtr& object) {
+void put_full_name(const NtRenameRun& run, const ObjectPtr& object) {
   platform::User user(object);
   user.put_FullName(run.order.full_name);
   user.SetInfo();
 }
 
-ObjectPtr account_of(const RenameRun& run) {
+ObjectPtr account_of(const NtRenameRun& run) {
   return run.session.platform.directory.GetObject(directory::winnt_path(run.session) + "/" + run.name);
 }
 
-void change_names(RenameRun& run) {
+void change_names(NtRenameRun& run) {
   Session& session = run.session;
   const KnownFolders known(session);
   const std::string new_name(base::trim(run.order.logon));
@@ -137,7 +137,7 @@ void change_names(RenameRun& run) {
     end_rename(session, prepared);
 }
 
-void change_full_name(const RenameRun& run) {
+void change_full_name(const NtRenameRun& run) {
   put_full_name(run, account_of(run));
   if (run.order.folders)
     tell_folders_stay(run.session, "account name", run.name);
@@ -163,7 +163,7 @@ session::RunOutcome rename_nt(Session& session, controls::TreeNode& node, const 
                               session::RunView& view) {
   const session::RunScope scope(session, order.terms, view);
   session::begin_outcome(session.log);
-  RenameRun run{session, order, node, order.old_name};
+  NtRenameRun run{session, order, node, order.old_name};
   base::Trap trap;
   trap([&] { order.logon_changed ? change_names(run) : change_full_name(run); });
   if (trap.number() != 0) {

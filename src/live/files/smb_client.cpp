@@ -30,7 +30,7 @@ constexpr std::size_t kLastAttributeBuffer = std::size_t{1} << 20;
 constexpr std::uint16_t kDirectoryAttribute = 0x10;  // FILE_ATTRIBUTE_DIRECTORY, [MS-FSCC] 2.6
 constexpr std::uint16_t kReparseAttribute = 0x400;   // FILE_ATTRIBUTE_REPARSE_POINT
 
-bool is_connection_lost(int error) {
+bool is_server_lost(int error) {
   constexpr std::array kLost = {ECONNRESET, ECONNABORTED, ENOTCONN, EPIPE, ESHUTDOWN, ENETRESET};
   return std::find(kLost.begin(), kLost.end(), error) != kLost.end();
 }
@@ -269,7 +269,7 @@ int SmbClient::run(const std::function<bool()>& call, const std::function<bool()
   errno = 0;
   if (call())
     return 0;
-  if (!is_connection_lost(errno))
+  if (!is_server_lost(errno))
     return reason_of_failure();
   smbc_getFunctionPurgeCachedServers(context())(context());
   if (done && done())

@@ -10,13 +10,13 @@
 namespace twk::live {
 namespace {
 
-struct SyntaxOid {
+struct LdapSyntax {
   std::string_view oid;
   ads::Syntax syntax;
 };
 
 /// RFC 4517 3.3.
-constexpr std::array<SyntaxOid, 5> kSyntaxes = {
+constexpr std::array<LdapSyntax, 5> kLdapSyntaxes = {
     {{"1.3.6.1.4.1.1466.115.121.1.7", ads::Syntax::kBoolean},
      {"1.3.6.1.4.1.1466.115.121.1.12", ads::Syntax::kDn},
      {"1.3.6.1.4.1.1466.115.121.1.24", ads::Syntax::kTime},
@@ -46,8 +46,8 @@ std::string_view text_of(const char* text) {
   return text == nullptr ? std::string_view{} : text;
 }
 
-ads::Syntax syntax_of(std::string_view oid) {
-  for (const SyntaxOid& one : kSyntaxes) {
+ads::Syntax syntax_of_oid(std::string_view oid) {
+  for (const LdapSyntax& one : kLdapSyntaxes) {
     if (one.oid == oid)
       return one.syntax;
   }
@@ -64,7 +64,7 @@ ads::Syntax syntax_of(const LDAPAttributeType& type,
       break;
     at = superior->second;
   }
-  return syntax_of(text_of(at->at_syntax_oid));
+  return syntax_of_oid(text_of(at->at_syntax_oid));
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ void add_rehearsal(QVBoxLayout& rows, RunPreview& preview, QDialog& dialog) {
 }
 
 /// Cancel comes first to the hand: what is begun here cannot be taken back by a key.
-void add_buttons(QVBoxLayout& rows, Desktop& session, QDialog& dialog) {
+void add_answers(QVBoxLayout& rows, Desktop& session, QDialog& dialog) {
   RunPreview& preview = session.run_preview;
   auto* const line = new QHBoxLayout;
   rows.addLayout(line);
@@ -76,7 +76,7 @@ std::unique_ptr<QDialog> make_run_preview(Desktop& session, QWidget* parent) {
   add_accounts(*rows, preview, *dialog);
   add_hint(*dialog, *rows, "preview_effects", preview.effects);
   add_rehearsal(*rows, preview, *dialog);
-  add_buttons(*rows, session, *dialog);
+  add_answers(*rows, session, *dialog);
   QObject::connect(dialog, &QDialog::finished, dialog, [&session] { windows::RunPreview_Closed(session); });
   QTimer::singleShot(0, dialog, [&session] { run_guarded([&] { windows::RunPreview_Shown(session); }); });
   dialog->resize(760, 420);

@@ -53,7 +53,7 @@ class Asker final : public QTimer {
   Desktop& session_;
 };
 
-QLabel* add_text(QWidget& box, const char* name, controls::Label& control) {
+QLabel* add_label(QWidget& box, const char* name, controls::Label& control) {
   auto* const text = new QLabel(&box);
   text->setObjectName(name);
   text->setTextFormat(Qt::PlainText);
@@ -69,7 +69,7 @@ void add_fact(QGridLayout& facts, int place, const QString& caption, const char*
   QWidget& box = *facts.parentWidget();
   const int column = place % 2 * 2;
   facts.addWidget(new QLabel(caption, &box), place / 2, column, Qt::AlignTop);
-  facts.addWidget(add_text(box, name, control), place / 2, column + 1, Qt::AlignTop);
+  facts.addWidget(add_label(box, name, control), place / 2, column + 1, Qt::AlignTop);
 }
 
 void follow_fields(Asker& asker, Desktop& session) {
@@ -117,7 +117,7 @@ QGroupBox* make_foresight(Desktop& session, QWidget* parent) {
   add_fact(*facts, 4, "Home", "foreseen_home", foresight.home);
   add_fact(*facts, 5, "Profile", "foreseen_profile", foresight.profile);
   add_fact(*facts, 6, "Groups", "foreseen_groups", foresight.groups);
-  QLabel* const verdict = add_text(*box, "foreseen_verdict", foresight.verdict);
+  QLabel* const verdict = add_label(*box, "foreseen_verdict", foresight.verdict);
   rows->addWidget(verdict);
   // The page that scrolls asks for the height of a single line otherwise. An empty label has no height.
   follow(*verdict, foresight.verdict.caption, [verdict](const std::string&) {

@@ -89,7 +89,7 @@ QWidget* make_directories(Desktop& session, QWidget* parent) {
   return group;
 }
 
-QWidget* make_groups(Desktop& session, QWidget* parent) {
+QWidget* make_group_lists(Desktop& session, QWidget* parent) {
   Form1& form = session.form1;
   auto* const group = new QGroupBox("Groups", parent);
   auto* const column = new QVBoxLayout(group);
@@ -160,7 +160,7 @@ QWidget* make_template_tab(Desktop& session, QWidget* parent) {
   column->addLayout(halves);
   halves->addWidget(make_account(session, tab), 1);
   halves->addWidget(make_directories(session, tab), 1);
-  column->addWidget(make_groups(session, tab), 1);
+  column->addWidget(make_group_lists(session, tab), 1);
   make_buttons(session, tab);
   auto* const escape = new QShortcut(Qt::Key_Escape, tab, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   QObject::connect(escape, &QShortcut::activated, tab,

@@ -16,7 +16,7 @@ namespace twk::screens {
 namespace {
 
 constexpr int kWidth = 420;
-constexpr int kPicture = 64;
+constexpr int kSplashPicture = 64;
 
 /// No input is let in while the session starts.
 void paint_now() {
@@ -49,7 +49,7 @@ std::unique_ptr<QWidget> make_splash(windows::Desktop& session) {
   row->setContentsMargins(24, 24, 24, 24);
   row->setSpacing(20);
   auto* const picture = new QLabel(splash.get());
-  picture->setPixmap(icon("tarnwick").pixmap(kPicture));
+  picture->setPixmap(icon("tarnwick").pixmap(kSplashPicture));
   row->addWidget(picture, 0, Qt::AlignTop);
   auto* const texts = new QWidget(splash.get());
   row->addWidget(texts, 1);

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kWanted = "tips/show_at_start";
 constexpr const char* kNext = "tips/next";
-constexpr int kPicture = 48;
+constexpr int kTipPicture = 48;
 
 std::string shipped_tips() {
   QFile file(":/help/TIPOFDAY.TXT");
@@ -45,7 +45,7 @@ class TipWindow final : public QDialog {
     auto* const row = new QHBoxLayout;
     row->setSpacing(16);
     auto* const picture = new QLabel(this);
-    picture->setPixmap(icon("help").pixmap(kPicture));
+    picture->setPixmap(icon("help").pixmap(kTipPicture));
     row->addWidget(picture, 0, Qt::AlignTop);
     auto* const column = new QVBoxLayout;
     auto* const heading = new QLabel("Did you know…", this);

@@ -40,7 +40,7 @@ std::string what_goes(const MultiUser& window) {
   return text + (window.Run_command.on() ? ", and run the command" : "") + ".";
 }
 
-bool is_wanted(Desktop& session) {
+bool is_deletion_wanted(Desktop& session) {
   std::optional<batch::SelectionRehearsal> rehearsal;
   const auto rehearse = [&](const batch::MeantUser& user) {
     if (!rehearsal)
@@ -50,7 +50,7 @@ bool is_wanted(Desktop& session) {
   return is_run_wanted(session, {"Delete Users", what_goes(session.multi_user), "&Delete", rehearse});
 }
 
-void run(Desktop& session) {
+void run_deletion(Desktop& session) {
   MultiUser& window = session.multi_user;
   const RunningWindow running(
       session, window.Del_User,
@@ -94,9 +94,9 @@ void Del_User_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
   if (window.Del_User.caption == std::string(kCancelCaption))
     return stop_over_selection(session, window.Del_User, "&Delete Users", "Delete Canceled");
-  if (is_running(window) || lacks_selection(session) || lacks_server(session) || !is_wanted(session))
+  if (is_running(window) || lacks_selection(session) || lacks_server(session) || !is_deletion_wanted(session))
     return;
-  run(session);
+  run_deletion(session);
 }
 
 }  // namespace twk::windows

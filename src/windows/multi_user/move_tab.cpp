@@ -43,7 +43,7 @@ std::string where_to(const MultiUser& window) {
          std::string(kData.at(static_cast<std::size_t>(chosen_data(window)))) + ".";
 }
 
-bool is_wanted(Desktop& session) {
+bool is_move_wanted(Desktop& session) {
   std::optional<batch::SelectionRehearsal> rehearsal;
   const auto rehearse = [&](const batch::MeantUser& user) {
     if (!rehearsal)
@@ -53,7 +53,7 @@ bool is_wanted(Desktop& session) {
   return is_run_wanted(session, {"Move Users", where_to(session.multi_user), "&Move", rehearse});
 }
 
-void run(Desktop& session) {
+void run_move(Desktop& session) {
   MultiUser& window = session.multi_user;
   const RunningWindow running(
       session, window.btn_MoveUser,
@@ -93,9 +93,9 @@ void btn_MoveUser_Click(Desktop& session) {
   MultiUser& window = session.multi_user;
   if (window.btn_MoveUser.caption == std::string(kCancelCaption))
     return stop_over_selection(session, window.btn_MoveUser, "&Move Users", "Move Canceled");
-  if (is_running(window) || lacks_selection(session) || lacks_target(session) || !is_wanted(session))
+  if (is_running(window) || lacks_selection(session) || lacks_target(session) || !is_move_wanted(session))
     return;
-  run(session);
+  run_move(session);
 }
 
 }  // namespace twk::windows
