@@ -85,7 +85,7 @@ RenameCase refused(const char* name, const char* home, const char* told) {
   return {name, home, home, told, "jo"};
 }
 
-Names with(Names names, const Names& more) {
+Names joined(Names names, const Names& more) {
   names.insert(more.begin(), more.end());
   return names;
 }
@@ -128,10 +128,10 @@ const RenameCase kRenameCases[] = {
         .sharing({"jo$", "Dept", "Users"})
         .after(share("Dept", "D:\\Users\\jo")),
     renamed("a folder below the user's stays where it is in it", R"(\\FS1\jo$\Mail)", R"(\\FS1\ann$\Mail)")
-        .leaving(with(kAnn, {"Users/ann/Mail/"}))
+        .leaving(joined(kAnn, {"Users/ann/Mail/"}))
         .after(folder("Users/jo/Mail")),
     renamed("the last folder of the name is the user's", R"(\\FS1\jo-all\jo)", R"(\\FS1\jo-all\ann)")
-        .leaving(with(kJo, {"Users/jo/ann/"}))
+        .leaving(joined(kJo, {"Users/jo/ann/"}))
         .sharing({"jo$", "jo-all", "Users"})
         .after([](LifecycleWorld& world) {
           folder("Users/jo/jo")(world);
@@ -141,14 +141,14 @@ const RenameCase kRenameCases[] = {
         .with_profile(R"(\\FS1\jo$\profile)", R"(\\FS1\ann$\profile)"),
     renamed("a profile within the home has a name of its own", R"(\\FS1\jo$)", R"(\\FS1\ann$)")
         .with_profile(R"(\\FS1\jo$\jo.v2)", R"(\\FS1\ann$\ann.v2)")
-        .leaving(with(kAnn, {"Users/ann/ann.v2/"}))
+        .leaving(joined(kAnn, {"Users/ann/ann.v2/"}))
         .after(folder("Users/jo/jo.v2")),
     left("a longer word is another name", R"(\\FS1\Users\john)",
          R"(YELLOW  Home Directory not renamed for ann: No folder of \\FS1\D$\Users\john has the name jo)"),
     left("a drive is no folder of a user", R"(\\FS1\D$)", "has the name jo"),
     refused("the new folder is there", R"(\\FS1\jo$)",
             R"(RED  Error Renaming jo: \\FS1\D$\Users\ann already exists)")
-        .leaving(with(kJo, {"Users/ann/"}))
+        .leaving(joined(kJo, {"Users/ann/"}))
         .after(folder("Users/ann")),
     refused("the new share is there", R"(\\FS1\jo$)", "has a share ann$ already")
         .sharing({"jo$", "ann$", "Users"})
@@ -164,7 +164,7 @@ const RenameCase kRenameCases[] = {
           world.add_user("ann.lee", R"(\\FS1\Jo-all\ann.lee)");
         }),
     refused("a link is on the way", R"(\\FS1\Users\l\jo)", "is a link")
-        .leaving(with(kJo, {"Users/l", "Profiles/jo/"}))
+        .leaving(joined(kJo, {"Users/l", "Profiles/jo/"}))
         .after([](LifecycleWorld& world) {
           folder("Profiles/jo")(world);
           std::filesystem::create_directory_symlink("../Profiles", world.server_folder("FS1/D/Users/l"));
