@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* kRecent = "labs/recent";
 constexpr qsizetype kMostRecent = 8;
-constexpr int kIconSize = 48;
+constexpr int kChoiceIcon = 48;
 
 class StartWindow final : public QDialog {
  public:
@@ -39,7 +39,7 @@ class StartWindow final : public QDialog {
   void add_heading(QVBoxLayout& layout) {
     auto* const row = new QHBoxLayout;
     auto* const picture = new QLabel(this);
-    picture->setPixmap(screens::icon("tarnwick").pixmap(kIconSize));
+    picture->setPixmap(screens::icon("tarnwick").pixmap(kChoiceIcon));
     row->addWidget(picture);
     auto* const text = new QLabel(
         "Connect to a domain, or choose a lab to work in.\n"
