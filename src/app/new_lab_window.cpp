@@ -125,6 +125,7 @@ class NewLabWindow final : public QDialog {
     } catch (const std::exception& failure) {
       QMessageBox box(QMessageBox::Critical, "TWK", "The lab was not made.", QMessageBox::Ok, this);
       box.setTextFormat(Qt::PlainText);
+      screens::add_remedies(box);
       box.setInformativeText(screens::describe_failure(failure));
       box.exec();
       return;

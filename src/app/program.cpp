@@ -210,7 +210,7 @@ void tell_unopened(const QString& lab, const std::exception& failure) {
   QMessageBox box(QMessageBox::Critical, "TWK", text, QMessageBox::Ok);
   box.setTextFormat(Qt::PlainText);
   box.setInformativeText(screens::describe_failure(failure));
-  screens::add_copy(box);
+  screens::add_remedies(box);
   box.exec();
 }
 

@@ -3,8 +3,10 @@
 
 #include <set>
 
+#include "base/errors.hpp"
 #include "screens/help/help_topics.hpp"
 #include "screens/screen_test.hpp"
+#include "screens/widgets/application.hpp"
 #include "screens/widgets/icons.hpp"
 #include "windows/state/import_windows.hpp"
 #include "windows/tips.hpp"
@@ -127,6 +129,18 @@ TEST_F(ProgramWindowsTest, HelpShowsTheGuideAndTheReferencesOfTheProgram) {
           << name.toStdString() << target.toStdString();
     }
   }
+}
+
+TEST_F(ProgramWindowsTest, AnErrorBoxLeadsToWhatTheGuideSaysOfItsMessage) {
+  open();
+  expect_window([this](QWidget& box) {
+    click("help", &box);
+    EXPECT_EQ(page(&box).source().fileName(), "when-something-goes-wrong.md");
+    EXPECT_EQ(page(&box).textCursor().selectedText(), "\"the account name … is in use\"");
+    EXPECT_TRUE(box.isVisible());
+    box.close();
+  });
+  screens::show_failure(base::RuntimeError(424, "The account name jo.smith is in use"));
 }
 
 TEST_F(ProgramWindowsTest, HelpFindsInThePageAndGoesBack) {

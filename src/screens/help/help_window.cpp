@@ -6,12 +6,15 @@
 #include <QRegularExpression>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QToolBar>
 
+#include "screens/help/advice.hpp"
 #include "screens/help/help_pages.hpp"
 #include "screens/help/help_topics.hpp"
 #include "screens/program/program_windows.hpp"
+#include "screens/widgets/application.hpp"
 #include "screens/widgets/icons.hpp"
 
 namespace twk::screens {
@@ -22,6 +25,7 @@ QString page_of(const QString& topic) {
 }
 
 constexpr const char* kGuide = "qrc:/help/guide/";
+constexpr const char* kFaults = "when-something-goes-wrong.md";
 
 QString text_of(const QString& resource) {
   QFile file(resource);
@@ -56,7 +60,24 @@ class HelpWindow final : public QMainWindow {
     browser_->setSource(QUrl(page_of(known ? topic : "main")));
   }
 
+  void open_advice(const QString& message) {
+    browser_->setSource(QUrl(kGuide + QString(kFaults)));
+    if (const auto cell = find_advice(text_of(QString(":/help/guide/") + kFaults), message))
+      select_paragraph(*cell);
+  }
+
  private:
+  void select_paragraph(const QString& text) {
+    for (QTextBlock block = browser_->document()->begin(); block.isValid(); block = block.next()) {
+      if (block.text() != text)
+        continue;
+      QTextCursor cursor(block);
+      cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+      browser_->setTextCursor(cursor);
+      return browser_->ensureCursorVisible();
+    }
+  }
+
   void make_panes() {
     auto* const panes = new QSplitter(this);
     panes->setChildrenCollapsible(false);
@@ -166,9 +187,7 @@ class HelpWindow final : public QMainWindow {
   QLineEdit* find_ = nullptr;
 };
 
-}  // namespace
-
-void show_help(QWidget* parent, const QString& topic) {
+HelpWindow& help_of(QWidget* parent) {
   auto* help =
       parent == nullptr
           ? nullptr
@@ -177,10 +196,27 @@ void show_help(QWidget* parent, const QString& topic) {
     help = new HelpWindow(parent);
   if (parent == nullptr)
     help->setAttribute(Qt::WA_DeleteOnClose);
-  help->open(topic);
-  help->show();
-  help->raise();
-  help->activateWindow();
+  return *help;
+}
+
+void bring_up(QWidget& help) {
+  help.show();
+  help.raise();
+  help.activateWindow();
+}
+
+}  // namespace
+
+void show_help(QWidget* parent, const QString& topic) {
+  HelpWindow& help = help_of(parent);
+  help.open(topic);
+  bring_up(help);
+}
+
+void show_advice(QWidget* parent, const QString& message) {
+  HelpWindow& help = help_of(parent);
+  help.open_advice(message);
+  bring_up(help);
 }
 
 }  // namespace twk::screens

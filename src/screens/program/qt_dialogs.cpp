@@ -104,7 +104,7 @@ Answer QtDialogs::MsgBox(std::string_view text, Buttons buttons, Icon icon, std:
     box.setEscapeButton(no);
   }
   if (icon == Icon::kCritical || icon == Icon::kExclamation)
-    add_copy(box);
+    add_remedies(box);
   return answer_of(box.exec());
 }
 

@@ -60,23 +60,32 @@ QString describe_failure(const std::exception& failure) {
   return to_qt(base::in_words(*error)) + "\n\nError Number: " + QString::number(error->number());
 }
 
-void add_copy(QMessageBox& box) {
-  QPushButton* const copy = box.addButton("&Copy", QMessageBox::ActionRole);
-  copy->setObjectName("copy");
-  copy->setToolTip("Copy the text, to send it to somebody");
-  // It does not answer the box.
-  copy->disconnect();
-  QObject::connect(copy, &QPushButton::clicked, &box, [&box] {
-    const QString more = box.informativeText();
-    QGuiApplication::clipboard()->setText(box.text() + (more.isEmpty() ? "" : "\n" + more));
-  });
+void add_remedies(QMessageBox& box) {
+  const auto add = [&box](const char* caption, const char* name, const char* hint, auto act) {
+    QPushButton* const button = box.addButton(caption, QMessageBox::ActionRole);
+    button->setObjectName(name);
+    button->setToolTip(hint);
+    // It does not answer the box.
+    button->disconnect();
+    QObject::connect(button, &QPushButton::clicked, &box, [&box, act] {
+      const QString more = box.informativeText();
+      act(box.text() + (more.isEmpty() ? "" : "\n" + more));
+    });
+  };
+  add("&Copy", "copy", "Copy the text, to send it to somebody",
+      [](const QString& text) { QGuiApplication::clipboard()->setText(text); });
+  add("&Help", "help", "What the guide says about it",
+      [&box](const QString& text) { show_advice(&box, text); });
+  // With several buttons Esc finds none by itself.
+  if (box.standardButtons() == QMessageBox::Ok)
+    box.setEscapeButton(QMessageBox::Ok);
 }
 
 void show_failure(const std::exception& failure) {
   QMessageBox box(QMessageBox::Critical, "TWK", describe_failure(failure), QMessageBox::Ok,
                   QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);
-  add_copy(box);
+  add_remedies(box);
   box.exec();
 }
 

@@ -21,8 +21,10 @@ class Application : public QApplication {
 
 /// The text of a failure for a person: the description, and below it the number that a routine would test.
 QString describe_failure(const std::exception& failure);
-/// A button that copies the text of a box, which stays open.
-void add_copy(QMessageBox& box);
+/// Buttons that copy the text of a box, and that open the help where it says what to do; the box stays open.
+void add_remedies(QMessageBox& box);
+/// Opens the guide at what it says about a message, otherwise at its page of faults. A part of the help.
+void show_advice(QWidget* parent, const QString& message);
 void show_failure(const std::exception& failure);
 
 /// Runs what a person started. No exception leaves it, because none may pass through the toolkit.
