@@ -4,72 +4,41 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFormLayout>
-#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QThread>
 #include <memory>
 #include <vector>
 
 #include "screens/widgets/application.hpp"
-#include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
-#include "session/activity_log.hpp"
 #include "world/real_domains.hpp"
-#include "world/stored_connection.hpp"
 
 namespace twk::app {
 namespace {
 
-using live::CheckStep;
-using live::StepOutcome;
-
 constexpr int kIconSize = 32;
-constexpr int kLightSize = 16;
-
-QIcon light_of(StepOutcome outcome) {
-  switch (outcome) {
-    case StepOutcome::kPassed:
-      return screens::icon(session::kGreen);
-    case StepOutcome::kWarning:
-      return screens::icon(session::kYellow);
-    case StepOutcome::kFailed:
-      return screens::icon(session::kRed);
-    case StepOutcome::kSkipped:
-      break;
-  }
-  return {};
-}
 
 class ConnectionWindow final : public QDialog {
  public:
-  ConnectionWindow(const world::ConnectionOptions& options, const QString& problem, QWidget* parent,
+  ConnectionWindow(const world::ConnectionOptions& options, const FailedConnection& failed, QWidget* parent,
                    ConnectionTest test)
       : QDialog(parent), run_test_(std::move(test)) {
     setObjectName("connection");
     setWindowTitle("Connection to the Domain");
     auto* const layout = new QVBoxLayout(this);
-    if (!problem.isEmpty())
-      add_problem(*layout, problem);
+    if (!failed.problem.isEmpty())
+      add_problem(*layout, failed.problem);
     auto* const form = new QFormLayout;
     layout->addLayout(form);
     add_fields(*form);
-    add_steps(*layout);
-    add_buttons(*layout, !problem.isEmpty());
+    add_steps(*layout, failed.steps);
+    add_buttons(*layout, !failed.problem.isEmpty());
     fill(options);
     resize(sizeHint().expandedTo({620, 520}));
   }
-  ConnectionWindow(const ConnectionWindow&) = delete;
-  ConnectionWindow& operator=(const ConnectionWindow&) = delete;
-  /// Every step of a test ends by itself after a while; its thread must not outlive the window.
-  ~ConnectionWindow() override {
-    if (thread_ != nullptr)
-      thread_->wait();
-  }
-
   [[nodiscard]] const ChosenConnection& chosen() const { return chosen_; }
 
  private:
@@ -84,6 +53,11 @@ class ConnectionWindow final : public QDialog {
     text->setWordWrap(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse);
     row->addWidget(text, 1);
+    auto* const help = new QPushButton("H&elp", this);
+    help->setObjectName("help");
+    help->setAutoDefault(false);
+    connect(help, &QPushButton::clicked, this, [this, problem] { screens::show_advice(this, problem); });
+    row->addWidget(help, 0, Qt::AlignTop);
     layout.addLayout(row);
   }
 
@@ -125,28 +99,14 @@ class ConnectionWindow final : public QDialog {
     connect(browse, &QPushButton::clicked, this, [this] { this->browse(); });
   }
 
-  void add_steps(QVBoxLayout& layout) {
+  void add_steps(QVBoxLayout& layout, const std::vector<TimedStep>& ended) {
     auto* const box = new QGroupBox("Test", this);
-    auto* const grid = new QGridLayout(box);
-    grid->setColumnStretch(2, 1);
-    int row = 0;
-    for (const std::string& name : live::check_step_names()) {
-      StepRow& step = steps_.emplace_back();
-      step.light = new QLabel(box);
-      step.light->setFixedWidth(kLightSize + 2);
-      step.name = new QLabel(screens::to_qt(name), box);
-      step.detail = new QLabel(box);
-      step.detail->setObjectName("step" + QString::number(row));
-      step.detail->setTextFormat(Qt::PlainText);
-      step.detail->setWordWrap(true);
-      step.detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
-      grid->addWidget(step.light, row, 0, Qt::AlignTop);
-      grid->addWidget(step.name, row, 1, Qt::AlignTop);
-      grid->addWidget(step.detail, row, 2, Qt::AlignTop);
-      ++row;
-    }
-    grid->setRowStretch(row, 1);
+    auto* const inside = new QVBoxLayout(box);
+    steps_ = new ConnectionSteps(live::check_step_names().size(), box);
+    inside->addWidget(steps_);
     layout.addWidget(box, 1);
+    for (std::size_t i = 0; i < ended.size(); ++i)
+      steps_->show(i, ended[i]);
   }
 
   void add_buttons(QVBoxLayout& layout, bool failed_before) {
@@ -172,10 +132,8 @@ class ConnectionWindow final : public QDialog {
   }
 
   void fill(const world::ConnectionOptions& options) {
-    for (const std::string& domain : world::real_domains().discover())
-      domain_->addItem(screens::to_qt(domain));
-    if (!options.domain.empty())
-      domain_->setEditText(screens::to_qt(options.domain));
+    domain_->setEditText(screens::to_qt(options.domain));
+    discover();
     server_->setText(screens::to_qt(options.server));
     port_->setText(screens::to_qt(options.port));
     const int method = method_->findData(screens::to_qt(options.method));
@@ -183,6 +141,19 @@ class ConnectionWindow final : public QDialog {
     user_->setText(screens::to_qt(options.user));
     ca_file_->setText(screens::to_qt(options.ca_file));
     show_placeholder();
+  }
+
+  /// A name service that does not answer takes seconds. What was typed meanwhile stays.
+  void discover() {
+    discovery_ = std::make_unique<Errand>([this](Errand::Home& home) {
+      home.post([this, domains = world::real_domains().discover()] {
+        const QString typed = domain_->currentText();
+        for (const std::string& domain : domains)
+          domain_->addItem(screens::to_qt(domain));
+        if (!typed.isEmpty())
+          domain_->setEditText(typed);
+      });
+    });
   }
 
   void show_placeholder() {
@@ -209,6 +180,7 @@ class ConnectionWindow final : public QDialog {
       QMessageBox box(QMessageBox::Critical, "TWK", "There is no such connection.", QMessageBox::Ok, this);
       box.setTextFormat(Qt::PlainText);
       box.setInformativeText(screens::to_qt(failure.what()));
+      screens::add_remedies(box);
       box.exec();
       return std::nullopt;
     }
@@ -221,42 +193,20 @@ class ConnectionWindow final : public QDialog {
       ca_file_->setText(file);
   }
 
-  void show_step(std::size_t place, const CheckStep& step) {
-    const StepRow& row = steps_.at(place);
-    row.light->setPixmap(light_of(step.outcome).pixmap(kLightSize));
-    row.light->setAccessibleName(screens::to_qt(live::outcome_word(step.outcome)));
-    row.name->setEnabled(step.outcome != StepOutcome::kSkipped);
-    row.detail->setEnabled(step.outcome != StepOutcome::kSkipped);
-    row.detail->setText(screens::to_qt(step.detail));
-  }
-
-  void show_no_steps() {
-    for (std::size_t i = 0; i < steps_.size(); ++i)
-      show_step(i, {});
-  }
-
   void test() {
     const auto settings = this->settings();
-    if (!settings || thread_ != nullptr)
+    if (!settings)
       return;
-    show_no_steps();
+    steps_->clear();
     test_->setEnabled(false);
     test_->setText("Testing…");
-    thread_.reset(QThread::create([this, settings = *settings, run = run_test_] {
-      std::size_t place = 0;
-      // Nobody can be asked from here; only what was typed counts.
-      run(settings, {}, [&](const CheckStep& step) {
-        QMetaObject::invokeMethod(
-            this, [this, at = place++, step] { show_step(at, step); }, Qt::QueuedConnection);
-      });
-    }));
-    connect(thread_.get(), &QThread::finished, this, [this] {
-      thread_->wait();
-      thread_.reset();
+    const auto show = [this](std::size_t place, const TimedStep& ended) { steps_->show(place, ended); };
+    const auto end = [this] {
       test_->setText("&Test connection");
       test_->setEnabled(true);
-    });
-    thread_->start();
+    };
+    // Nobody is asked for a password here; only what was typed counts.
+    trial_ = start_check(run_test_, *settings, live::check_step_names().size(), {show, end, {}});
   }
 
   void choose(bool without_domain) {
@@ -266,12 +216,6 @@ class ConnectionWindow final : public QDialog {
     accept();
   }
 
-  struct StepRow {
-    QLabel* light = nullptr;
-    QLabel* name = nullptr;
-    QLabel* detail = nullptr;
-  };
-
   ConnectionTest run_test_;
   QComboBox* domain_ = nullptr;
   QLineEdit* server_ = nullptr;
@@ -280,23 +224,19 @@ class ConnectionWindow final : public QDialog {
   QLineEdit* user_ = nullptr;
   QLineEdit* password_ = nullptr;
   QLineEdit* ca_file_ = nullptr;
-  std::vector<StepRow> steps_;
+  ConnectionSteps* steps_ = nullptr;
   QPushButton* test_ = nullptr;
-  std::unique_ptr<QThread> thread_;
   ChosenConnection chosen_;
+  std::unique_ptr<Errand> trial_;  ///< the last members: they end before what they show
+  std::unique_ptr<Errand> discovery_;
 };
 
 }  // namespace
 
 std::optional<ChosenConnection> choose_connection(const world::ConnectionOptions& options,
-                                                  const QString& problem, QWidget* parent,
+                                                  const FailedConnection& failed, QWidget* parent,
                                                   const ConnectionTest& test) {
-  const auto usual = [](const live::LiveSettings& settings, const live::Prompts& prompts,
-                        const std::function<void(const CheckStep&)>& tell) {
-    return world::real_domains().check_connection(settings, prompts,
-                                                  {world::stored_unit(live::user_folders())}, tell);
-  };
-  ConnectionWindow window(options, problem, parent, test ? test : ConnectionTest(usual));
+  ConnectionWindow window(options, failed, parent, test ? test : usual_connection_test());
   if (window.exec() != QDialog::Accepted)
     return std::nullopt;
   return window.chosen();

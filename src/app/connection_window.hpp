@@ -1,12 +1,11 @@
 #pragma once
 
 #include <QString>
-#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "live/terms/check_step.hpp"
-#include "live/terms/prompts.hpp"
+#include "app/background_check.hpp"
 #include "world/connection_options.hpp"
 
 class QWidget;
@@ -20,15 +19,16 @@ struct ChosenConnection {
   bool without_domain = false;  ///< continue although the domain does not answer
 };
 
-/// Tests a connection as `RealDomains::check_connection` does; replaced in tests.
-using ConnectionTest = std::function<std::vector<live::CheckStep>(
-    const live::LiveSettings& settings, const live::Prompts& prompts,
-    const std::function<void(const live::CheckStep&)>& tell)>;
+/// An attempt to connect that came to nothing.
+struct FailedConnection {
+  QString problem;  ///< the step, the reason and the remedy; empty when nothing failed
+  std::vector<TimedStep> steps;
+};
 
-/// Shows the connection window, filled with `options`, and with `problem` if not empty. Its test runs in the
-/// background. None when the person cancelled. Nothing is stored here.
+/// Shows the connection window, filled with `options`, and with what failed before. Its test runs in the
+/// background, and does not hold up the window's end. None when the person cancelled. Nothing is stored here.
 std::optional<ChosenConnection> choose_connection(const world::ConnectionOptions& options,
-                                                  const QString& problem, QWidget* parent,
+                                                  const FailedConnection& failed, QWidget* parent,
                                                   const ConnectionTest& test = {});
 
 }  // namespace twk::app

@@ -16,9 +16,11 @@
 #include <utility>
 #include <vector>
 
+#include "app/connecting_window.hpp"
 #include "app/connection_window.hpp"
 #include "app/single_instance.hpp"
 #include "app/start_window.hpp"
+#include "app/waiting_window.hpp"
 #include "base/errors.hpp"
 #include "screens/help/help_topics.hpp"
 #include "screens/main/main_window.hpp"
@@ -61,7 +63,8 @@ void keep(const live::Folders& folders, const world::ConnectionOptions& options)
 
 /// Where the program goes on after the main window was left for another place.
 struct Next {
-  QString lab;  ///< its folder; empty: a real domain that the person chooses
+  QString lab = {};           ///< its folder; empty: a real domain that the person chooses
+  bool start_window = false;  ///< where the person chooses a place
 };
 
 /// A start of the program, and where its windows lead to.
@@ -143,7 +146,7 @@ class Workplace {
     auto* const menu = window.findChild<QMenu*>("mnuFile");
     QAction* const end = menu->actions().back();
     const auto leave_for = [this, &window, &next](const QString& lab) {
-      next = Next{lab};
+      next = Next{.lab = lab};
       // A window that stays, because of a run or of edits, leads nowhere.
       if (!window.close())
         next.reset();
@@ -218,8 +221,11 @@ std::unique_ptr<world::World> make_lab_world(const std::string& folder, platform
                                              const std::function<void(const std::string&)>& tell) {
   if (!world::may_be_lab(folder))
     throw base::RuntimeError(base::error::kPathNotFound, folder + " is not a lab: it has no lab.conf");
-  auto lab = std::make_unique<world::World>(folder, dialogs, tell);
-  lab->connect();
+  std::unique_ptr<world::World> lab;
+  wait_for("Reading the lab " + screens::to_qt(folder) + "…", [&] {
+    lab = std::make_unique<world::World>(folder, dialogs, tell);
+    lab->connect();
+  });
   return lab;
 }
 
@@ -239,36 +245,58 @@ std::unique_ptr<Workplace> open(const Options& options, const QString& lab) {
   }
 }
 
-/// A password typed into the window takes precedence over asking for one.
+std::optional<std::string> ask_password(platform::Dialogs& dialogs, const std::string& user) {
+  std::string password = dialogs.InputBox("Password of " + user + ":", "Log On", true);
+  return password.empty() ? std::nullopt : std::optional(std::move(password));
+}
+
+/// A password that was typed before takes precedence over asking for one.
 std::unique_ptr<world::World> make_domain_world(const ChosenConnection& chosen, platform::Dialogs& dialogs,
                                                 const std::function<void(const std::string&)>& tell) {
   const auto ask = [&dialogs, typed = chosen.password](const std::string& user) {
-    std::string password =
-        typed.empty() ? dialogs.InputBox("Password of " + user + ":", "Log On", true) : typed;
-    return password.empty() ? std::nullopt : std::optional(std::move(password));
+    return typed.empty() ? ask_password(dialogs, user) : std::optional(typed);
   };
   auto world = world::make_live_world(chosen.options, {.password = ask, .tell = tell}, dialogs);
   if (!chosen.without_domain)
-    world->connect();
+    wait_for("Connecting to the domain…", [&] { world->connect(); });
   return world;
+}
+
+/// A person who chose to work without the domain waits for nothing.
+ConnectionAttempt try_to_reach(const ChosenConnection& chosen, platform::Dialogs& dialogs) {
+  if (chosen.without_domain)
+    return {.password = chosen.password};
+  live::LiveSettings settings =
+      world::required_settings(world::wanted_connection(live::user_folders(), chosen.options));
+  settings.password = chosen.password;
+  return try_to_connect(settings, [&](const std::string& user) { return ask_password(dialogs, user); });
 }
 
 /// Works in a real domain; a failing connection is shown in its window, to be corrected or cancelled. None
 /// when the person cancelled.
-std::optional<int> run_on_domain(Journey& journey, ChosenConnection chosen) {
+std::optional<int> run_on_domain(Journey& journey, screens::QtDialogs& dialogs, ChosenConnection chosen) {
   for (;;) {
-    QString problem;
+    FailedConnection failed;
     try {
-      Workplace workplace(journey.options, [&](auto& dialogs, const auto& tell) {
-        return make_domain_world(chosen, dialogs, tell);
-      });
-      return workplace.work(journey.next);
+      const ConnectionAttempt attempt = try_to_reach(chosen, dialogs);
+      if (attempt.cancelled) {
+        journey.next = Next{.start_window = true};
+        return 0;
+      }
+      failed = attempt.failed;
+      chosen.password = attempt.password;
+      if (failed.problem.isEmpty()) {
+        Workplace workplace(journey.options, [&](auto& boxes, const auto& tell) {
+          return make_domain_world(chosen, boxes, tell);
+        });
+        return workplace.work(journey.next);
+      }
     } catch (const base::RuntimeError& failure) {
-      problem = screens::to_qt(failure.description());
-      complain(problem);
+      failed.problem = screens::to_qt(failure.description());
     }
+    complain(failed.problem);
     const live::Folders folders = live::user_folders();
-    auto other = choose_connection(world::wanted_connection(folders, chosen.options), problem, nullptr);
+    auto other = choose_connection(world::wanted_connection(folders, chosen.options), failed, nullptr);
     if (!other)
       return std::nullopt;
     chosen = std::move(*other);
@@ -276,13 +304,13 @@ std::optional<int> run_on_domain(Journey& journey, ChosenConnection chosen) {
   }
 }
 
-std::optional<int> connect_first(Journey& journey) {
+std::optional<int> connect_first(Journey& journey, screens::QtDialogs& dialogs) {
   const live::Folders folders = live::user_folders();
   auto chosen = choose_connection(world::wanted_connection(folders, journey.options.connection), {}, nullptr);
   if (!chosen)
     return std::nullopt;
   keep(folders, chosen->options);
-  return run_on_domain(journey, std::move(*chosen));
+  return run_on_domain(journey, dialogs, std::move(*chosen));
 }
 
 /// False, with a box, when it raises.
@@ -311,7 +339,7 @@ int run_on_choice(Journey& journey, screens::QtDialogs& dialogs) {
     if (choice->lab.isEmpty()) {
       if (!can_reach_domains())
         continue;
-      if (const auto code = connect_first(journey))
+      if (const auto code = connect_first(journey, dialogs))
         return *code;
     } else if (const auto workplace = open(journey.options, choice->lab)) {
       return workplace->work(journey.next);
@@ -331,7 +359,7 @@ int run_without_lab(Journey& journey, screens::QtDialogs& dialogs) {
     return run_on_choice(journey, dialogs);
   if (!can_reach_domains())
     return kExitFault;
-  if (const auto code = run_on_domain(journey, {options.connection, {}, false}))
+  if (const auto code = run_on_domain(journey, dialogs, {options.connection, {}, false}))
     return *code;
   return world::says_anything(options.connection) ? kExitBadData : run_on_choice(journey, dialogs);
 }
@@ -344,8 +372,10 @@ int go_on(Journey& journey, screens::QtDialogs& dialogs, int code) {
     journey.options.lab.clear();
     journey.options.database.clear();
     journey.options.connection = {};
-    if (there.lab.isEmpty()) {
-      const auto ended = can_reach_domains() ? connect_first(journey) : std::nullopt;
+    if (there.start_window) {
+      code = run_on_choice(journey, dialogs);
+    } else if (there.lab.isEmpty()) {
+      const auto ended = can_reach_domains() ? connect_first(journey, dialogs) : std::nullopt;
       code = ended ? *ended : run_on_choice(journey, dialogs);
     } else if (const auto workplace = open(journey.options, there.lab)) {
       code = workplace->work(journey.next);

@@ -56,7 +56,8 @@ class RealDomains {
   /// realm; empty when there is neither.
   virtual std::string usual() = 0;
   /// Checks everything that a logon to the domain needs, and reports each step as it ends. A step that needs
-  /// one that failed is skipped. Writes nothing. Raises only what `tell` and the prompts raise.
+  /// one that failed is skipped, and so is what is left when `prompts` say to stop. Writes nothing. Raises
+  /// only what `tell` and the prompts raise.
   virtual std::vector<live::CheckStep> check_connection(
       const live::LiveSettings& settings, const live::Prompts& prompts, const live::CheckedPlace& place,
       const std::function<void(const live::CheckStep&)>& tell) = 0;

@@ -102,7 +102,11 @@ TEST_F(ConnectionWindowTest, ComesWithTheReasonWhenADomainDoesNotAnswer) {
   expect_window([](QWidget& window) {
     const auto* const problem = window.findChild<QLabel*>("problem");
     ASSERT_NE(problem, nullptr) << window.objectName().toStdString();
-    EXPECT_TRUE(problem->text().contains("127.0.0.1 on port 1"));
+    EXPECT_TRUE(problem->text().contains("step \"port\": No answer from 127.0.0.1 on port 1"));
+    EXPECT_TRUE(problem->text().contains("Check that"));
+    EXPECT_EQ(step(window, 0), "127.0.0.1 is 127.0.0.1");
+    click(window, "help");
+    EXPECT_EQ(window.findChild<QTextBrowser*>("page")->textCursor().selectedText(), "port");
     EXPECT_EQ(window.findChild<QLineEdit*>("port")->text(), "1");
     window.close();
   });

@@ -1,51 +1,21 @@
 #include "live/domain/connection_check.hpp"
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include "live/domain/live_environment.hpp"
 #include "live/logon/network_probe.hpp"
 #include "platform/directory.hpp"
 #include "support/number_of.hpp"
+#include "support/silent_server.hpp"
 #include "support/variable.hpp"
 
 namespace twk::live {
 namespace {
 
+using test::SilentServer;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
 
 namespace ads_error = platform::ads_error;
-
-/// A port of this machine that accepts connections but stays silent, until the end of the scope.
-class SilentServer {
- public:
-  SilentServer() : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    if (bind(socket_, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(socket_, 8) != 0 ||
-        getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size) != 0)
-      throw std::runtime_error("no port to listen on");
-    port_ = ntohs(address.sin_port);
-  }
-  SilentServer(const SilentServer&) = delete;
-  SilentServer& operator=(const SilentServer&) = delete;
-  ~SilentServer() { shut(); }
-
-  void shut() {
-    if (socket_ >= 0)
-      close(std::exchange(socket_, -1));
-  }
-  [[nodiscard]] std::uint16_t port() const { return port_; }
-
- private:
-  int socket_;
-  std::uint16_t port_ = 0;
-};
 
 /// No ticket of the person who runs the tests is seen.
 class WithoutTicket : public testing::Test {
@@ -94,7 +64,16 @@ TEST_F(WithoutTicket, AClosedPortEndsWhatNeedsTheNetwork) {
   server.shut();
   const auto steps = check_connection(settings(server.port()), {}, {}, {});
   EXPECT_THAT(outcomes(steps), ElementsAreArray(followed_by_skipped({kPassed, kFailed, kSkipped, kFailed})));
-  EXPECT_THAT(steps[1].detail, HasSubstr("Connection refused"));
+  EXPECT_THAT(steps[1].detail, HasSubstr("Connection refused. Check that"));
+}
+
+TEST_F(WithoutTicket, AStoppedCheckSkipsWhatIsLeft) {
+  SilentServer server;
+  bool stopped = false;
+  const auto steps = check_connection(settings(server.port()),
+                                      {.password = {}, .tell = {}, .is_stopped = [&] { return stopped; }}, {},
+                                      [&](const CheckStep& step) { stopped |= step.name == "port"; });
+  EXPECT_THAT(outcomes(steps), ElementsAreArray(followed_by_skipped({kPassed, kPassed})));
 }
 
 TEST_F(WithoutTicket, AServerThatIsSilentDoesNotHoldTlsUpForLong) {

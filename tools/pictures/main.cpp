@@ -1,7 +1,10 @@
 #include <QtWidgets>
 #include <cstdio>
+#include <future>
+#include <memory>
 #include <stdexcept>
 
+#include "app/connecting_window.hpp"
 #include "app/connection_window.hpp"
 #include "app/start_window.hpp"
 #include "controls/tree_view.hpp"
@@ -354,18 +357,44 @@ void show_connection() {
   });
   app::choose_connection(
       {.domain = "corp.test", .method = "ticket"},
-      "The Kerberos ticket of jo@CORP.TEST ended at 2026-11-25 08:47. Renew it with `kinit`", nullptr,
-      [&](const auto&, const auto&, const auto& tell) {
+      {.problem =
+           "The connection failed at the step \"ticket\": The Kerberos ticket of jo@CORP.TEST ended at "
+           "2026-11-25 08:47. Renew it with `kinit`",
+       .steps = {}},
+      nullptr, [&](const auto&, const auto&, const auto& tell) {
         for (const live::CheckStep& step : steps)
           tell(step);
         return steps;
       });
 }
 
+/// A server that is silent after its port has answered.
+void save_connecting(Album& album) {
+  const auto answer = std::make_shared<std::promise<void>>();
+  QTimer::singleShot(1200, [&album] {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+      if (window->objectName() != "connecting")
+        continue;
+      album.save(*window, "connecting");
+      window->close();
+    }
+  });
+  live::LiveSettings settings;
+  settings.domain = "corp.test";
+  app::try_to_connect(settings, {}, [answer](const auto&, const auto&, const auto& tell) {
+    tell({"name look-up", live::StepOutcome::kPassed, "dc1.corp.test is 192.0.2.17"});
+    tell({"port", live::StepOutcome::kPassed, "port 636 answers"});
+    answer->get_future().wait();
+    return std::vector<live::CheckStep>();
+  });
+  answer->set_value();
+}
+
 void save_program_windows(Album& album, screens::MainWindow& window, windows::Desktop& session,
                           platform::Dialogs& dialogs) {
   album.save_modal("start", [&] { app::choose_start(dialogs); });
   album.save_modal("connection", show_connection);
+  save_connecting(album);
   album.save_modal("new-lab", [&] { app::make_sample_lab(dialogs, &window); });
   album.save_modal("tip", [&] { screens::show_tip(&window, session); });
   album.save_modal("about", [&] { screens::show_about(&window); });

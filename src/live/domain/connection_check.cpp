@@ -19,6 +19,11 @@ namespace {
 
 constexpr std::uint16_t kFileSharingPort = 445;  // of SMB, the way to reach an NT domain
 
+constexpr const char* kAboutNames =
+    ". Check the name, and whether this workstation asks the domain's own name service (resolv.conf)";
+constexpr const char* kAboutPorts =
+    ". Check that this is the server's name and port, that it is on, and that no firewall is between";
+
 /// What a step found: its detail and its outcome when it passes.
 struct Finding {
   std::string detail;
@@ -61,8 +66,8 @@ class Check {
   std::vector<CheckStep> run() {
     const bool directory = domain_.has_directory();
     const bool ticket = settings().logon == LiveSettings::Logon::kTicket;
-    bool reached = step([&] { return look_up(); });
-    reached = needs(reached) && step([&] { return try_port(); });
+    bool reached = step([&] { return look_up(); }, kAboutNames);
+    reached = needs(reached) && step([&] { return try_port(); }, kAboutPorts);
     if (!directory) {
       skip_rest("an NT domain has no directory");
       return std::move(steps_);
@@ -73,7 +78,7 @@ class Check {
       reached = needs(reached) && step([&] { return try_tls(); });
     if (!ticket)
       skip("not used: user and password log on");
-    else
+    else if (needs(true))
       reached = step([&] { return look_at_ticket(); }) && reached;
     reached = needs(reached) && step([&] { return bind(); });
     for (const auto look :
@@ -100,18 +105,20 @@ class Check {
     while (steps_.size() < check_step_names().size())
       skip(why);
   }
-  /// Skips the next step when an earlier one failed.
+  /// Skips the next step when an earlier one failed, or the person has had enough.
   bool needs(bool reached) {
-    if (!reached)
-      skip("not reached");
-    return reached;
+    const bool stopped = domain_.credentials().is_stopped();
+    if (!reached || stopped)
+      skip(stopped ? "stopped" : "not reached");
+    return reached && !stopped;
   }
 
-  bool step(const std::function<Finding()>& look) {
+  /// A failure says what it is, and `remedy`.
+  bool step(const std::function<Finding()>& look, const std::string& remedy = {}) {
     base::Trap trap;
     Finding finding;
     if (!trap([&] { finding = look(); })) {
-      add(StepOutcome::kFailed, trap.description());
+      add(StepOutcome::kFailed, trap.description() + remedy);
       return false;
     }
     add(finding.outcome, finding.detail);

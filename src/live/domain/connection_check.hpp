@@ -11,7 +11,8 @@
 namespace twk::live {
 
 /// Checks everything that a logon to the domain needs, and reports each step as it ends. A step that needs
-/// one that failed is skipped. Writes nothing. Raises only what `tell` and the prompts raise.
+/// one that failed is skipped, and so is what is left when `prompts` say to stop. Writes nothing. Raises only
+/// what `tell` and the prompts raise.
 std::vector<CheckStep> check_connection(const LiveSettings& settings, const Prompts& prompts,
                                         const CheckedPlace& place,
                                         const std::function<void(const CheckStep&)>& tell);

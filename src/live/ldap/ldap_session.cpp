@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <optional>
 
 #include "base/text.hpp"
@@ -103,6 +104,9 @@ void set_options(ldap* connection, const LiveSettings& settings, int certificate
 /// off the check of certificates. The commands that this program runs must find their environment unchanged.
 int initialize(ldap*& connection, const std::string& uri) {
   constexpr const char* kNoFiles = "LDAPNOINIT";
+  // The environment is the whole process's, and the test of a connection has a thread of its own.
+  static std::mutex one_at_a_time;
+  const std::lock_guard lock(one_at_a_time);
   const char* const before = getenv(kNoFiles);
   const std::optional<std::string> kept =
       before == nullptr ? std::nullopt : std::optional<std::string>(before);
