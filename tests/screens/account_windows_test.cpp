@@ -4,6 +4,7 @@
 #include "screens/screen_test.hpp"
 #include "support/details_world.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/tree/find_user.hpp"
 
 namespace twk::test {
 namespace {
@@ -49,6 +50,25 @@ TEST_F(AccountWindows, RenameStaysOpenWhileANameIsRefusedAndOkSetsTheNewOnes) {
                                     {"displayName", "Ann M"},
                                     {"userPrincipalName", "ann.marsh@twk.test"}})
     EXPECT_EQ(lab.property("amarsh", name), value);
+}
+
+TEST_F(AccountWindows, TheSearchShowsTheStateOfWhomItFoundAndCopiesThemAsCsv) {
+  open_with_jo();
+  platform::User account(lab.account("jo"));
+  account.put_AccountDisabled(true);
+  account.SetInfo();
+  expect_window([&](QWidget& shown) {
+    type("txtFind", "Jo", &shown);
+    click("btnGo", &shown);
+    screens::ListPane& list = pane("ListView1", &shown);
+    EXPECT_TRUE(list.model()->index(0, 0).data(Qt::FontRole).value<QFont>().strikeOut());
+    QTest::keySequence(&list, QKeySequence::Copy);
+    const QString copied = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(copied.startsWith("Name,Location,Logon name,State")) << copied.toStdString();
+    EXPECT_TRUE(copied.contains(",jo,disabled")) << copied.toStdString();
+    shown.close();
+  });
+  windows::Find_User(lab.session);
 }
 
 TEST_F(NtAccountWindows, RenameOfAFlatDomainTakesNameAndFullName) {

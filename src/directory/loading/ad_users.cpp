@@ -1,13 +1,11 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
-#include "directory/account_expiry.hpp"
-#include "directory/account_marks.hpp"
 #include "directory/load_options.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "directory/units.hpp"
+#include "directory/user_columns.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
@@ -22,24 +20,13 @@ constexpr std::int32_t kUsersPerCount = 150;
 /// Whose rows show more than a name are read with it.
 std::string users_query(bool by_name, bool with_state, std::string_view base, std::string_view scope) {
   const std::string shown = by_name ? "name" : "DisplayName";
-  const std::string state =
-      with_state ? ",sAMAccountName,DisplayName," + std::string(AccountMarks::kAttributes) : "";
+  const std::string state = with_state ? "," + UserColumns::attributes() : "";
   return "<" + std::string(base) + ">;(&(objectCategory=Person)(objectClass=User));adsPath," + shown +
          ",name" + state + ";" + std::string(scope);
 }
 
-/// Fields of such a query, by their places.
-constexpr std::size_t kAccountName = 3;
-constexpr std::size_t kDisplayName = 4;
-constexpr std::size_t kState = 5;
-
-/// The columns of a user's row: see `LoadedDomain::users`.
-std::vector<std::string> columns_of(Session& session, const platform::Recordset& row, std::string_view parent,
-                                    std::uint8_t marks) {
-  const auto ends = AccountMarks::end_of(row, kState);
-  return {row.field(kAccountName).text(), row.field(kDisplayName).text(), unit_in_words(parent),
-          marks_in_words(marks), ends ? sortable_expiry(session.platform.clock, *ends) : std::string()};
-}
+/// The first field of the columns in such a query.
+constexpr std::size_t kColumns = 3;
 
 void show_progress(Session& session) {
   if (session.UserCount % kUsersPerDot == 0) {
@@ -98,7 +85,7 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
   const bool all_in_tree = session.LoadAllUsersFlag || (!session.ManagedOU.empty() && session.ManageSubOUs);
   const bool with_state = to_multi_user || (!skip_tree && all_in_tree);
   const auto rows = run_query(session, users_query(by_name, with_state, base, scope), properties);
-  AccountMarks reader(session);
+  UserColumns reader(session);
   const controls::DrawingOff off(list);
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string found_path = rows->field(0).text();
@@ -106,10 +93,10 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
     const std::string path = rewrite_path(search_prefix, found_path);
     const std::string name = rows->field(2).text();
     const std::string shown = rows->field(1).is_empty() ? name : rows->field(1).text();
-    const std::uint8_t marks = with_state ? reader.of(*rows, kState) : std::uint8_t{0};
+    const UserColumns::Row state = with_state ? reader.of(*rows, kColumns, parent) : UserColumns::Row();
     const bool in_tree = session.LoadAllUsersFlag || (parent == session.ManagedOU && session.ManageSubOUs);
     if (!skip_tree && in_tree) {
-      trap([&] { session.domain.tree.add_under(parent, path, shown, "USER").marks = marks; });
+      trap([&] { session.domain.tree.add_under(parent, path, shown, "USER").marks = state.marks; });
       if (trap.number() != 0 && session::logs_load(session)) {
         session.log.line("Error Number:" + base::to_text(trap.number()));
         session.log.line("Adding:  " + path);
@@ -118,7 +105,7 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
     }
     trap([&] {
       if (to_multi_user)
-        list.add(path, shown, "USER", columns_of(session, *rows, parent, marks)).marks = marks;
+        list.add(path, shown, "USER", state.texts).marks = state.marks;
       else
         list.add(path, name, "USER");
     });

@@ -33,14 +33,17 @@ std::vector<FoundUser> find_users(Session& session, std::string_view text, std::
   const TreeNode* const root = session.domain.tree.first();
   if (root == nullptr)
     base::raise(base::error::kOutOfBounds, "no domain is loaded");
-  const auto rows = run_query(session, "<LDAP://" + session.DomainName + "/" +
-                                           (unit.empty() ? root->key : std::string(unit)) +
-                                           ">;(&(objectCategory=Person)(objectClass=User)(cn=*" +
-                                           filter_text(text) + "*));adsPath,name;subtree");
+  const auto rows = run_query(
+      session, "<LDAP://" + session.DomainName + "/" + (unit.empty() ? root->key : std::string(unit)) +
+                   ">;(&(objectCategory=Person)(objectClass=User)(cn=*" + filter_text(text) +
+                   "*));adsPath,name," + UserColumns::attributes() + ";subtree");
+  constexpr std::size_t kColumns = 2;
+  UserColumns columns(session);
   std::vector<FoundUser> found;
   for (; !rows->at_eof(); rows->MoveNext()) {
     const std::string key = rows->field(0).text();
-    found.push_back({key, rows->field(1).text(), std::string(name_in_path(key))});
+    const std::string place(name_in_path(key));
+    found.push_back({key, rows->field(1).text(), place, columns.of(*rows, kColumns, name_above(place))});
   }
   std::ranges::stable_sort(found, {}, [](const FoundUser& user) { return base::upper(user.name); });
   return found;

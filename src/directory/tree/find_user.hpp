@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "directory/user_columns.hpp"
+
 namespace twk::controls {
 struct TreeNode;
 }
@@ -18,6 +20,7 @@ struct FoundUser {
   std::string key;    ///< the LDAP path
   std::string name;   ///< the common name
   std::string place;  ///< the distinguished name
+  UserColumns::Row columns;
 };
 
 /// The users whose common name contains the text, ordered by name. "*" means any text, as does an empty text;

@@ -6,6 +6,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
+#include "screens/widgets/list_tools.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/state/directory_windows.hpp"
 #include "windows/tree/find_user.hpp"
@@ -37,10 +38,16 @@ void add_search_row(QVBoxLayout& rows, windows::Desktop& session, QDialog& dialo
 ListPane* add_results(QVBoxLayout& rows, windows::Desktop& session, QDialog& dialog) {
   auto* const list =
       new ListPane(session.find_user.ListView1,
-                   {.headings = {"Name", "Location"}, .sorted = true, .empty_text = {}}, &dialog);
+                   {.headings = {"Name", "Location", "Logon name", "Full name", "OU", "State", "Expires"},
+                    .many_selected = true,
+                    .sorted = true,
+                    .empty_text = {}},
+                   &dialog);
   list->setObjectName("ListView1");
   list->setAccessibleName("Users found");
-  list->header()->resizeSection(0, 180);
+  list->header()->resizeSection(0, 160);
+  list->header()->resizeSection(1, 260);
+  offer_columns(*list, {3, 4, 6});
   rows.addWidget(list, 1);
   return list;
 }
@@ -81,7 +88,7 @@ std::unique_ptr<QDialog> make_find_user(windows::Desktop& session, QWidget* pare
   close->setAutoDefault(false);
   QObject::connect(close, &QPushButton::clicked, dialog, &QDialog::reject);
   bottom->addWidget(close);
-  dialog->resize(620, 400);
+  dialog->resize(760, 440);
   return window;
 }
 

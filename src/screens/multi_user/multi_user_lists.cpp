@@ -105,6 +105,8 @@ QWidget* make_sources(Desktop& session, QWidget* parent) {
   const auto from = [&session](controls::ListView& list) {
     return [&session, &list] { windows::select_from(session, list); };
   };
+  // A WinNT domain tells no more than the names of all its users.
+  const bool active_directory = session::is_active_directory(session);
   add_side(*columns,
            {window.ListView2,
             "ListView2",
@@ -112,7 +114,8 @@ QWidget* make_sources(Desktop& session, QWidget* parent) {
             "Filter users",
             "No user is listed. \"Show users\" reads them all.",
             from(window.ListView2),
-            {"Name", "Logon name", "Full name", "OU", "State", "Expires"},
+            active_directory ? QStringList{"Name", "Logon name", "Full name", "OU", "State", "Expires"}
+                             : QStringList{"Name"},
             {2, 3, 5}},
            3, frame);
   add_side(*columns,

@@ -34,8 +34,11 @@ void list_found(Desktop& session) {
   const controls::DrawingOff off(list);
   const Hourglass hourglass(session.form1);
   for (const directory::FoundUser& user :
-       directory::find_users(session, session.find_user.txtFind.text.get(), session.find_user.unit))
-    list.add(user.key, user.name, "USER", {user.place});
+       directory::find_users(session, session.find_user.txtFind.text.get(), session.find_user.unit)) {
+    std::vector<std::string> columns = user.columns.texts;
+    columns.insert(columns.begin(), user.place);
+    list.add(user.key, user.name, "USER", columns).marks = user.columns.marks;
+  }
 }
 
 }  // namespace
