@@ -21,19 +21,14 @@ namespace {
 constexpr std::uint64_t kMostBytes = 4U << 20U;
 constexpr std::string_view kUserLine = "User:";
 
-struct Block {
-  std::string time;
-  std::string administrator;
-  std::string subject;  ///< the first line of its own
-  std::string text;
-};
-
 std::string_view without_return(std::string_view line) {
   return line.ends_with('\r') ? line.substr(0, line.size() - 1) : line;
 }
 
-void add_line(Block& block, std::string_view line) {
+void add_line(LogBlock& block, std::string_view line) {
   block.text += std::string(line) + "\n";
+  block.has_errors = block.has_errors || base::starts_with_fold(base::trim(line), "Error") ||
+                     base::starts_with_fold(base::trim(line), "Failed");
   if (block.time.empty())
     block.time = base::trim(line);
   else if (block.administrator.empty() && line.starts_with(kUserLine))
@@ -43,8 +38,8 @@ void add_line(Block& block, std::string_view line) {
 }
 
 /// From the first complete block on.
-std::vector<Block> blocks_of(std::string_view bytes) {
-  std::vector<Block> blocks;
+std::vector<LogBlock> blocks_of(std::string_view bytes) {
+  std::vector<LogBlock> blocks;
   for (const std::string& raw : base::split(bytes, '\n')) {
     const std::string_view line = without_return(raw);
     if (line == session::kAsterisks)
@@ -52,7 +47,8 @@ std::vector<Block> blocks_of(std::string_view bytes) {
     else if (!blocks.empty())
       add_line(blocks.back(), line);
   }
-  std::erase_if(blocks, [](const Block& block) { return block.time.empty(); });
+  std::erase_if(blocks, [](const LogBlock& block) { return block.time.empty(); });
+  std::ranges::reverse(blocks);
   return blocks;
 }
 
@@ -64,15 +60,16 @@ std::string read_end(Desktop& session, bool& whole) {
   return base::from_ansi(file->read(from, size - from));
 }
 
-void fill(LogWindow& window, const std::vector<Block>& blocks) {
+void fill(LogWindow& window) {
   const controls::DrawingOff off(window.blocks);
   window.blocks.clear();
-  window.texts.clear();
-  for (auto block = blocks.rbegin(); block != blocks.rend(); ++block) {
-    window.blocks.add(std::to_string(window.texts.size()),
-                      block->subject.empty() ? std::string("(nothing was written)") : block->subject, {},
-                      {block->time, block->administrator});
-    window.texts.push_back(block->text);
+  for (std::size_t i = 0; i < window.all.size(); ++i) {
+    const LogBlock& block = window.all[i];
+    if (window.only_errors.on() && !block.has_errors)
+      continue;
+    window.blocks.add(
+        std::to_string(i), block.subject.empty() ? std::string("(nothing was written)") : block.subject,
+        block.has_errors ? session::kYellow : std::string_view(), {block.time, block.administrator});
   }
 }
 
@@ -83,12 +80,14 @@ bool load(Desktop& session) {
   window.text.caption = std::string();
   bool whole = true;
   base::Trap trap;
-  if (!trap([&] { fill(window, blocks_of(read_end(session, whole))); })) {
+  window.only_errors.value = 0;
+  if (!trap([&] { window.all = blocks_of(read_end(session, whole)); })) {
     session.platform.dialogs.MsgBox(
         "The log cannot be read: " + base::in_words(trap.number(), trap.description()),
         platform::Buttons::kOk, platform::Icon::kExclamation, "Log");
     return false;
   }
+  fill(window);
   window.told.caption = session.log.path() + (whole ? "" : ", its last 4 MB");
   return true;
 }
@@ -128,7 +127,14 @@ void LogWindow_Selected(Desktop& session) {
   LogWindow& window = session.log_window;
   const controls::ListRow* const row = window.blocks.selected();
   window.text.caption =
-      row == nullptr ? std::string() : window.texts.at(static_cast<std::size_t>(std::stoul(row->key)));
+      row == nullptr ? std::string() : window.all.at(static_cast<std::size_t>(std::stoul(row->key))).text;
+}
+
+void LogWindow_Filter(Desktop& session) {
+  LogWindow& window = session.log_window;
+  fill(window);
+  window.blocks.select(window.blocks.empty() ? nullptr : &window.blocks.at(0));
+  LogWindow_Selected(session);
 }
 
 }  // namespace twk::windows

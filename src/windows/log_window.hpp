@@ -17,5 +17,7 @@ void show_block_of(Desktop& session, const controls::ListRow& row);
 
 /// Another block was selected.
 void LogWindow_Selected(Desktop& session);
+/// Shows all operations, or only those with errors.
+void LogWindow_Filter(Desktop& session);
 
 }  // namespace twk::windows

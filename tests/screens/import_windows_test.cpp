@@ -197,6 +197,8 @@ TEST_F(ImportWindowsTest, WithoutAViewerTheLogHasAWindowAndARowOpensWhatItIsAbou
     lab.clock.time = base::plus_seconds(lab.clock.time, 60);
     lab.session.log.begin_block();
     lab.session.log.line("Creating User:" + user);
+    if (user == "jo")
+      lab.session.log.line("Error Creating Home: no room");
     lab.session.log.close();
     session::LOG_TAB(lab.session, session::kGreen, user + " Created User");
   };
@@ -218,6 +220,9 @@ TEST_F(ImportWindowsTest, WithoutAViewerTheLogHasAWindowAndARowOpensWhatItIsAbou
   lab.process.result = {.number = 0, .failure = "xdg-open is not installed"};
   expect_window([&](QWidget& shown) {
     EXPECT_THAT(shown_text(shown), HasSubstr("Creating User:ann")) << "the newest one";
+    click("only_errors", &shown);
+    EXPECT_THAT(shown_in("blocks", &shown), testing::ElementsAre("Creating User:jo"));
+    EXPECT_THAT(shown_text(shown), HasSubstr("no room"));
     QTest::keyClick(&shown, Qt::Key_Escape);
   });
   click("Log_Detail");

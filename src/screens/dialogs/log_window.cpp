@@ -31,6 +31,8 @@ QWidget* make_blocks(windows::Desktop& session, QWidget* parent) {
   QLineEdit* const filter = add_filter(*list, "Filter by operation, user, day or administrator", side);
   filter->setObjectName("blocks_filter");
   column->addWidget(filter);
+  add_check(*column, "Only operations with &errors", "only_errors", session.log_window.only_errors,
+            [&session] { windows::LogWindow_Filter(session); });
   column->addWidget(list, 1);
   column->addWidget(add_row_count(*list, side));
   return side;
