@@ -23,7 +23,7 @@ std::string move_one(Session& session, const ObjectPtr& target, const std::strin
   if (user.row != nullptr)
     session.domain.selection.set_ghosted(*user.row, true);
   if (hooks.changed)
-    hooks.changed({AccountChange::Kind::kMoved, sid, before});
+    hooks.changed({AccountChange::Kind::kMoved, sid, before, {}, {unit}});
   return user.name + " moved to " + unit;
 }
 

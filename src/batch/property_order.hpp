@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "batch/account_change.hpp"
 #include "batch/schema_properties.hpp"
 
 namespace twk::batch {
@@ -27,6 +28,8 @@ struct PropertyOrder {
       false;  ///< one more value, of a property that takes several; otherwise in place of all others
   /// Called after each user and each skipped line; may be empty.
   std::function<void(const PropertyOutcome&)> user_done = {};
+  /// Called with each change that was made; may be empty.
+  std::function<void(const AccountChange& change)> changed = {};
 };
 
 /// What came of a change.

@@ -5,9 +5,11 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "batch/attribute_values.hpp"
 #include "batch/run_controls.hpp"
 #include "directory/operations.hpp"
 #include "format/replace.hpp"
+#include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
 #include "resources/WTS.hpp"
 #include "session/log_tab.hpp"
@@ -30,21 +32,6 @@ struct Step {
   std::string NewValue = {};
 };
 
-/// "1,2,255" as three bytes.
-base::Bytes parse_bytes(std::string_view text) {
-  constexpr std::int32_t kGreatest = 255;
-  base::Bytes bytes;
-  for (const std::string& part : base::split(text, ',')) {
-    const auto number = base::to_number(part);
-    if (!number || *number < 0 || *number > kGreatest) {
-      base::raise(base::error::kTypeMismatch,
-                  "\"" + part + "\" is not a byte: bytes are numbers from 0 to 255, separated by commas");
-    }
-    bytes.push_back(static_cast<std::uint8_t>(*number));
-  }
-  return bytes;
-}
-
 void set_terminal_server(const Step& step, std::int16_t number) {
   Session& session = step.run.session;
   session.Error_Log_Text.clear();
@@ -66,16 +53,37 @@ void set_attribute(const Step& step) {
   step.user.object->SetInfo();
 }
 
+/// Sets it and tells what was really changed. What cannot be read, as a terminal-server setting or a
+/// password, has no values then.
+void set_recorded(const Step& step, std::optional<std::int16_t> terminal_server) {
+  const PropertyOrder& order = step.run.order;
+  const bool is_read = order.changed && !terminal_server;
+  const platform::ObjectPtr& user = step.user.object;
+  AccountChange change{AccountChange::Kind::kSet, {}, order.property.name};
+  if (is_read)
+    change.before = read_values(user, order.property.name);
+  if (terminal_server)
+    set_terminal_server(step, *terminal_server);
+  else
+    set_attribute(step);
+  if (!order.changed)
+    return;
+  if (is_read)
+    change.after = read_values(user, order.property.name);
+  const bool is_hidden = change.after.empty() && !step.NewValue.empty();
+  if (change.before == change.after && !is_hidden)
+    return;
+  change.sid = platform::readable_sid(user);
+  order.changed(change);
+}
+
 void change(Step& step, std::string_view value) {
   const auto number = terminal_server_number(step.run.order.property.name);
   step.display_name = platform::plain_name(step.user.object->Name());
   step.NewValue = value;
   step.logon_name = step.user.object->Get("samAccountName").text();
   step.NewValue = format::FRString(value, "%UserName%", number ? step.logon_name : step.display_name);
-  if (number)
-    set_terminal_server(step, *number);
-  else
-    set_attribute(step);
+  set_recorded(step, number);
 }
 
 void tell(PropertyRun& run, const std::string& text) {

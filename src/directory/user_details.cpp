@@ -67,9 +67,11 @@ UserDetails read_user(Session& session, const std::string& key) {
   return details;
 }
 
-/// Changes the memberships of the selected rows, from the last to the first, and moves these rows.
-void change_groups(Session& session, ListView& from, ListView& to,
-                   const std::function<void(const platform::ObjectPtr& group)>& change) {
+/// Changes the memberships of the selected rows, from the last to the first, and moves these rows. Returns
+/// their keys.
+std::vector<std::string> change_groups(Session& session, ListView& from, ListView& to,
+                                       const std::function<void(const platform::ObjectPtr& group)>& change) {
+  std::vector<std::string> keys;
   for (std::size_t place = from.size(); place-- > 0;) {
     const controls::ListRow& row = from.at(place);
     if (!row.selected)
@@ -81,12 +83,15 @@ void change_groups(Session& session, ListView& from, ListView& to,
       change(session.CurrentGroup);
     });
     session.CurrentGroup.reset();
-    if (changed)
+    if (changed) {
+      keys.push_back(row.key);
       controls::move_row(from, row, to);
-    else
+    } else {
       session.status.panel1 =
           "Error changing group " + row.text + ": " + base::in_words(trap.number(), trap.description());
+    }
   }
+  return keys;
 }
 
 /// The account as a member of a group.
@@ -113,14 +118,14 @@ std::optional<UserDetails> read_user_details(Session& session, const std::string
   return details;
 }
 
-void add_to_selected_groups(Session& session, const UserDetails& user) {
-  change_groups(session, session.domain.other_groups, session.domain.own_groups,
-                [&](const ObjectPtr& group) { group->Add(member_path(session, user)); });
+std::vector<std::string> add_to_selected_groups(Session& session, const UserDetails& user) {
+  return change_groups(session, session.domain.other_groups, session.domain.own_groups,
+                       [&](const ObjectPtr& group) { group->Add(member_path(session, user)); });
 }
 
-void remove_from_selected_groups(Session& session, const UserDetails& user) {
-  change_groups(session, session.domain.own_groups, session.domain.other_groups,
-                [&](const ObjectPtr& group) { group->Remove(member_path(session, user)); });
+std::vector<std::string> remove_from_selected_groups(Session& session, const UserDetails& user) {
+  return change_groups(session, session.domain.own_groups, session.domain.other_groups,
+                       [&](const ObjectPtr& group) { group->Remove(member_path(session, user)); });
 }
 
 void return_own_groups(Session& session) {

@@ -32,9 +32,10 @@ struct SaveOutcome {
 SaveOutcome save_user_details(session::Session& session, const UserChange& change);
 
 /// Add the account to the selected groups of `LoadedDomain::other_groups`, and remove it from those of
-/// `own_groups`. A refused group stays where it is, still selected, and panel 1 says why.
-void add_to_selected_groups(session::Session& session, const UserDetails& user);
-void remove_from_selected_groups(session::Session& session, const UserDetails& user);
+/// `own_groups`. A refused group stays where it is, still selected, and panel 1 says why. They return the
+/// keys of the groups that were really joined or left.
+std::vector<std::string> add_to_selected_groups(session::Session& session, const UserDetails& user);
+std::vector<std::string> remove_from_selected_groups(session::Session& session, const UserDetails& user);
 
 /// The groups of the account that was read go back to the others, while these are loaded.
 void return_own_groups(session::Session& session);

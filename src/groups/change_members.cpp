@@ -79,10 +79,12 @@ void change_users(Change& change, std::span<const std::string> users,
     std::string reason;
     if (!trap([&] { reason = change_one(*row); }))
       reason = row->text + ": " + base::in_words(trap.number(), trap.description());
-    if (reason.empty())
+    if (reason.empty()) {
       moved.push_back(row);
-    else
+      change.outcome.changed.push_back(row->key);
+    } else {
       change.outcome.refused.push_back({row->key, trap.number(), std::move(reason)});
+    }
   }
   if (!trap([&] { batch.commit(); }))
     change.outcome.not_kept = base::in_words(trap.number(), trap.description());

@@ -22,6 +22,7 @@ struct MembersOutcome {
   std::string text;      ///< the number of members, or the first reason
   std::string not_kept;  ///< why the directory may not have kept what was changed; empty when it has
   std::vector<RefusedMember> refused;
+  std::vector<std::string> changed;  ///< the keys of the rows of those who really joined or left
 };
 
 /// Adds users of `NotMembers` to the group that is shown, or removes users of `Members` from it, from the

@@ -68,6 +68,35 @@ $ plan undo $PLAN => 65 is no record of a plan
        {{"$RECORD", {record()}}, {"$PLAN", {file}}});
 }
 
+TEST_F(Plan, GivesFormerValuesBackUnlessSomebodyChangedThemSince) {
+  const std::string file = plan(R"(users set-attribute department Sales Jo.Smith Ann.Lee
+users set-attribute otherTelephone 22 --append Jo.Smith
+users set-attribute WTSTimeoutIdle "30 mins" Ann.Lee
+users move-ou "CN=Users,DC=twk,DC=test" Jo.Smith
+)");
+  play(R"(
+$ users set-attribute otherTelephone 11 Jo.Smith
+$ users set-attribute department Stores Jo.Smith
+$ plan run $PLAN
+$ users set-attribute department Elsewhere Ann.Lee
+$ ou create Elsewhere
+$ user move-ou Jo.Smith "OU=Elsewhere,DC=twk,DC=test"
+)",
+       {{"$PLAN", {file}}});
+  play(R"(
+$ --yes plan undo $RECORD => 2
+{"line": 4, "light": "RED", "message": "Jo.Smith: the account is in OU=Elsewhere,DC=twk,DC=test, which is not what the run left: it stays"}
+{"line": 3, "light": "RED", "message": "Ann.Lee: the former WTSTimeoutIdle is not known, because it cannot be read"}
+{"line": 2, "light": "GREEN", "message": "Jo.Smith has the former otherTelephone again: \"11\""}
+{"line": 1, "light": "RED", "message": "Ann.Lee: department is \"Elsewhere\", which is not what the run left: it stays"}
+{"line": 1, "light": "GREEN"}
+{"done": 2, "failed": 3}
+$ user show Jo.Smith --attributes department,otherTelephone
+{"department": "Stores", "otherTelephone": "11"}
+)",
+       {{"$RECORD", {record()}}});
+}
+
 TEST_F(Plan, ARehearsedLineFindsUnitsAndGroupsOfTheLinesBefore) {
   const std::string file = plan(R"(ou create School
 ou create "OU=Year 7,OU=School,DC=twk,DC=test"

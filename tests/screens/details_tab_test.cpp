@@ -116,6 +116,24 @@ TEST_P(DetailsTabTest, AddsTheAccountToGroupsAndRemovesIt) {
   EXPECT_EQ(lab.groups_of("jo").size(), before) << status();
 }
 
+TEST_P(DetailsTabTest, AChangeOfGroupsIsTakenBackFromItsRowOfTheLog) {
+  show_jo();
+  const auto groups = lab.groups_of("jo");
+  find<QTabWidget>("details_pages")->setCurrentIndex(1);
+  click_row("ListView3", "Readers");
+  click("UM_ADD_GROUP");
+  window->tabs().setCurrentIndex(windows::tab::kLog);
+  click_row("ListView1", lab.is_nt() ? "jo added to Readers" : "Jo Smith added to Readers");
+  EXPECT_NE(find<QPushButton>("Undo_Run")->isEnabled(), lab.is_nt());
+  if (lab.is_nt())
+    return;
+  expect_box("Take back 1 change of this run?", QMessageBox::Yes);
+  click("Undo_Run");
+  EXPECT_EQ(lab.groups_of("jo"), groups) << status();
+  EXPECT_THAT(shown_in("ListView4"), testing::Not(testing::Contains("Readers")));
+  EXPECT_THAT(shown_in("ListView3"), testing::Contains("Readers"));
+}
+
 TEST_P(DetailsTabTest, FitsNextToTheTreeWithoutCuttingAnything) {
   lab.set("Custom", "Custom1", "Licences");
   lab.set("Custom", "Property1", "carLicense");

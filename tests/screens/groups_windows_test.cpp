@@ -74,6 +74,22 @@ TEST_F(GroupsWindows, MembersComeAndGoByButtonKeyAndDoubleClickAndTheFilterCount
   EXPECT_THAT(shown_in("Members", groups), IsEmpty());
 }
 
+TEST_F(GroupsWindows, TheLogTakesBackOnlyWhatTheWindowChanged) {
+  open_staff();
+  lab.group("Staff")->Add(lab.path_of("ann"));
+  click_row("NotMembers", "ann", groups);
+  click_row("NotMembers", "bob", groups, Qt::ControlModifier);
+  click("Command2", groups);
+  EXPECT_TRUE(lab.group("Staff")->IsMember(lab.path_of("bob")));
+  groups->close();
+  window->tabs().setCurrentIndex(windows::tab::kLog);
+  click_row("ListView1", "Added to Staff: 1 user");
+  expect_box("Take back 1 change of this run?", QMessageBox::Yes);
+  click("Undo_Run");
+  EXPECT_FALSE(lab.group("Staff")->IsMember(lab.path_of("bob"))) << status();
+  EXPECT_TRUE(lab.group("Staff")->IsMember(lab.path_of("ann"))) << "somebody else added her";
+}
+
 TEST_F(GroupsWindows, TheHeadingOfAColumnSortsAndReversesTheOrder) {
   open_groups();
   const QHeaderView* const head = pane("ListView1", groups).header();

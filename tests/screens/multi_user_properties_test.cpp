@@ -62,6 +62,25 @@ TEST_F(PropertiesTab, ReplaceAndAppendAreChosenByTheirButtons) {
   EXPECT_EQ(lab.account("ann")->Get("otherTelephone"), platform::Value("33"));
 }
 
+TEST_F(PropertiesTab, ARunIsTakenBackFromItsRowOfTheLogButForWhatChangedSince) {
+  with_tab([&](QWidget& shown) {
+    test::store(lab.account("ben"), {{"title", "Head"}});
+    take_all(shown);
+    type("AD_Properties", "title", &shown);
+    type("AD_CHANGE", "Clerk", &shown);
+    click("CHANGE_AD", &shown);
+  });
+  test::store(lab.account("cas"), {{"title", "Cook"}});
+  window->tabs().setCurrentIndex(windows::tab::kLog);
+  click_row("ListView1", " AD Property changed for 3 users.");
+  expect_box("Take back 3 changes of this run?", QMessageBox::Yes);
+  click("Undo_Run");
+  EXPECT_EQ(status(), "2 changes of 3 taken back. The log has the reasons.");
+  EXPECT_EQ(lab.property("ann", "title"), "");
+  EXPECT_EQ(lab.property("ben", "title"), "Head");
+  EXPECT_EQ(lab.property("cas", "title"), "Cook");
+}
+
 TEST_F(PropertiesTab, ChangeTurnsIntoCancelAndAPressOfItStops) {
   with_tab([&](QWidget& shown) {
     take_all(shown);

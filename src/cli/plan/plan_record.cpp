@@ -1,6 +1,5 @@
 #include "cli/plan/plan_record.hpp"
 
-#include <array>
 #include <cstdint>
 
 #include "base/dates.hpp"
@@ -11,8 +10,6 @@
 
 namespace twk::cli {
 namespace {
-
-constexpr std::array<std::string_view, 5> kWords = {"enabled", "disabled", "joined", "left", "moved"};
 
 std::string free_path(session::Session& session) {
   const base::Date now = session.platform.clock.now();
@@ -43,10 +40,9 @@ void PlanRecord::begin(int line, const std::string& command) {
 }
 
 void PlanRecord::change(const batch::AccountChange& change) {
-  write({{"line", std::int64_t{line_}},
-         {"change", std::string(word_of(change.kind))},
-         {"sid", change.sid},
-         {"what", change.what}});
+  records::JsonLine entry = {{"line", std::int64_t{line_}}};
+  batch::add_change(entry, change);
+  write(entry);
 }
 
 void PlanRecord::end(int line, const std::string& command, std::string_view light, const std::string& message,
@@ -66,10 +62,6 @@ void PlanRecord::finish(std::string_view how) {
 
 void PlanRecord::write(const records::JsonLine& entry) {
   file_->write(entry.bytes());
-}
-
-std::string_view word_of(batch::AccountChange::Kind kind) {
-  return kWords.at(static_cast<std::size_t>(kind));
 }
 
 }  // namespace twk::cli

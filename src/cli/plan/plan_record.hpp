@@ -14,7 +14,7 @@
 ///
 ///     {"record":"plan","version":1,"begun":…,"file":…,"domain":…}
 ///     {"line":3,"command":"users disable --ou …"}                       before it begins
-///     {"line":3,"change":"disabled","sid":"S-1-5-21-…","what":""}       one account
+///     {"line":3,"change":"disabled","sid":"S-1-5-21-…","what":""}       one account, see `batch::add_change`
 ///     {"line":3,"command":…,"light":"GREEN","message":…,"import":…}     its end; of an import also its record
 ///     {"ended":"whole"}                                                 or "stopped"
 ///     {"line":3,"undone":true}                                          it was taken back
@@ -40,8 +40,5 @@ class PlanRecord {
   std::unique_ptr<platform::AppendFile> file_;
   int line_ = 0;
 };
-
-/// "enabled", "disabled", "joined", "left", "moved".
-std::string_view word_of(batch::AccountChange::Kind kind);
 
 }  // namespace twk::cli

@@ -44,15 +44,6 @@ struct RecordedPlan {
   std::vector<RecordedCommand> commands;
 };
 
-std::optional<batch::AccountChange::Kind> kind_of(std::string_view word) {
-  using Kind = batch::AccountChange::Kind;
-  for (const Kind kind : {Kind::kEnabled, Kind::kDisabled, Kind::kJoined, Kind::kLeft, Kind::kMoved}) {
-    if (word_of(kind) == word)
-      return kind;
-  }
-  return std::nullopt;
-}
-
 void take_entry(RecordedPlan& plan, std::map<std::int64_t, std::size_t>& places,
                 const records::JsonLine& entry) {
   const std::int64_t number = entry.number("line");
@@ -62,8 +53,8 @@ void take_entry(RecordedPlan& plan, std::map<std::int64_t, std::size_t>& places,
   if (is_new)
     plan.commands.push_back({static_cast<int>(number), entry.text("command"), {}, {}, {}, false});
   RecordedCommand& command = plan.commands[place->second];
-  if (const auto kind = kind_of(entry.text("change")))
-    command.changes.push_back({*kind, entry.text("sid"), entry.text("what")});
+  if (auto change = batch::change_of(entry))
+    command.changes.push_back(std::move(*change));
   if (std::string import = entry.text("import"); !import.empty())
     command.import = std::move(import);
   if (std::string light = entry.text("light"); !light.empty())
@@ -107,7 +98,8 @@ bool only_reads(const std::vector<std::string>& words) {
 
 /// True for a command whose changes are in the record, each for itself.
 bool is_recorded(const std::vector<std::string>& words) {
-  constexpr std::array<std::string_view, 4> kRecorded = {"enable", "disable", "groups", "move-ou"};
+  constexpr std::array<std::string_view, 5> kRecorded = {"enable", "disable", "groups", "move-ou",
+                                                         "set-attribute"};
   return words.size() > 1 && words[0] == "users" && std::ranges::find(kRecorded, words[1]) != kRecorded.end();
 }
 
@@ -217,8 +209,8 @@ void add_plan_undo(Command& plan, Context& context) {
   auto arguments = std::make_shared<UndoArguments>();
   auto* undo = plan.add_subcommand(
       "undo",
-      "Take back what a plan did, in reverse order: imports, enabled and disabled accounts, groups "
-      "and units of users");
+      "Take back what a plan did, in reverse order: imports, enabled and disabled accounts, groups, "
+      "units and attributes of users");
   undo->add_option("RECORD", arguments->record, "The record that the plan's run named")->required();
   add_dry_run(*undo, arguments->dry_run);
   undo->footer("What cannot be taken back is named, and the exit code is 1.");

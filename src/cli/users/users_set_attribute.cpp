@@ -101,6 +101,7 @@ int change_selected(Context& context, Session& session, batch::PropertyOrder ord
       [&](session::RunView& view, const batch::RunHooks& hooks) {
         if (session.domain.selection.empty())
           return;
+        order.changed = hooks.changed;
         order.user_done = [&](const PropertyOutcome& outcome) {
           hooks.done({{std::string(light_of(outcome)), message_of(property, outcome), outcome.changed, {}},
                       outcome.user,
@@ -168,6 +169,8 @@ int change_from_file(Context& context, Session& session, batch::PropertyOrder or
       print_line(context, session, order.property.name, outcome);
     session.run.user.clear();
   };
+  if (!dry_run)
+    order.changed = context.changed();
   Finder finder(context.domain());
   const auto find = [&](const std::string& name) {
     session.run.user = name;

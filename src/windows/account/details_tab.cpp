@@ -6,6 +6,7 @@
 #include "controls/tree_view.hpp"
 #include "directory/user_details.hpp"
 #include "session/loaded_domain.hpp"
+#include "windows/account/run_history.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/details_changes.hpp"
 #include "windows/state/form1.hpp"
@@ -93,6 +94,23 @@ directory::UserChange change_of_tab(const Desktop& session) {
   return change;
 }
 
+/// A row of the log tab by which the change can be taken back. `now` is the list that the groups moved to.
+void log_groups(Desktop& session, batch::AccountChange::Kind kind, const std::vector<std::string>& groups,
+                const ListView& now) {
+  if (groups.empty())
+    return;
+  std::vector<batch::AccountChange> changes;
+  std::string names;
+  for (const std::string& group : groups) {
+    changes.push_back(membership(session, kind, session.form1.USERID_W2K.text, group));
+    names += (names.empty() ? "" : ", ") + now.find_key(group)->text;
+  }
+  const bool joined = kind == batch::AccountChange::Kind::kJoined;
+  log_run(session, session::kGreen,
+          session.form1.USERID.text.get() + (joined ? " added to " : " removed from ") + names,
+          std::move(changes));
+}
+
 void choose_list(Desktop& session, ListView& other, bool adds) {
   Form1& form = session.form1;
   if (other.selected() != nullptr)
@@ -155,14 +173,18 @@ void UM_ADD_GROUP_Click(Desktop& session) {
   if (!shows_account(session.form1))
     return;
   const Hourglass hourglass(session.form1);
-  directory::add_to_selected_groups(session, details_of_tab(session.form1));
+  log_groups(session, batch::AccountChange::Kind::kJoined,
+             directory::add_to_selected_groups(session, details_of_tab(session.form1)),
+             session.domain.own_groups);
 }
 
 void UM_REMOVE_GROUP_Click(Desktop& session) {
   if (!shows_account(session.form1))
     return;
   const Hourglass hourglass(session.form1);
-  directory::remove_from_selected_groups(session, details_of_tab(session.form1));
+  log_groups(session, batch::AccountChange::Kind::kLeft,
+             directory::remove_from_selected_groups(session, details_of_tab(session.form1)),
+             session.domain.other_groups);
 }
 
 void ListView3_Click(Desktop& session) {

@@ -2,14 +2,18 @@
 
 #include <algorithm>
 
+#include "base/text.hpp"
 #include "batch/undo_change.hpp"
 #include "directory/account_marks.hpp"
 #include "directory/names.hpp"
 #include "directory/tree/change_ou.hpp"
+#include "platform/adsi.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/run_scope.hpp"
 #include "windows/account/account_view.hpp"
 #include "windows/state/desktop.hpp"
+#include "windows/state/form1.hpp"
 #include "windows/state/run_history.hpp"
 
 namespace twk::windows {
@@ -22,6 +26,17 @@ std::string counted(std::size_t number) {
   return std::to_string(number) + (number == 1 ? " change" : " changes");
 }
 
+/// The details tab shows the groups of a user.
+void show_groups_again(Desktop& session, const AccountChange& change, const std::string& user) {
+  const Form1& form = session.form1;
+  if (form.USERID.text.get().empty() || !base::equals_fold(form.USERID_W2K.text.get(), user))
+    return;
+  const bool joined = change.kind == Kind::kJoined;
+  controls::ListView& from = joined ? session.domain.own_groups : session.domain.other_groups;
+  if (const controls::ListRow* const row = from.find_key(change.what))
+    controls::move_row(from, *row, joined ? session.domain.other_groups : session.domain.own_groups);
+}
+
 /// The tree and the lists show what is so again.
 void show_again(Desktop& session, const AccountChange& change, const std::string& bound_by) {
   const std::string path_before =
@@ -30,6 +45,22 @@ void show_again(Desktop& session, const AccountChange& change, const std::string
     directory::set_mark(session, path_before, directory::mark::kDisabled, change.kind == Kind::kEnabled);
   else if (change.kind == Kind::kMoved)
     directory::follow_moved_user(session, path_before, change.what);
+  else if (change.kind == Kind::kJoined || change.kind == Kind::kLeft)
+    show_groups_again(session, change, path_before);
+}
+
+/// The key of the row of a run that made these changes; empty when none can be taken back.
+std::string keep(Desktop& session, std::vector<AccountChange> changes) {
+  std::erase_if(changes, [](const AccountChange& change) {
+    return change.kind == Kind::kSet && change.before.empty() && change.after.empty();
+  });
+  // A WinNT domain finds nobody by an identifier.
+  if (changes.empty() || !session::is_active_directory(session))
+    return {};
+  RunHistory& history = session.run_history;
+  std::string key = "run " + std::to_string(history.changes.size() + 1);
+  history.changes.emplace(key, std::move(changes));
+  return key;
 }
 
 /// False when it stays as it is, for the reason that a row of the log tab tells.
@@ -67,14 +98,20 @@ std::vector<AccountChange> take_back_all(Desktop& session, const std::vector<Acc
 
 void log_run(Desktop& session, std::string_view light, const std::string& message,
              std::vector<AccountChange> changes) {
-  RunHistory& history = session.run_history;
-  std::string key;
-  // A WinNT domain finds nobody by an identifier.
-  if (!changes.empty() && session::is_active_directory(session)) {
-    key = "run " + std::to_string(history.changes.size() + 1);
-    history.changes.emplace(key, std::move(changes));
-  }
-  session::LOG_TAB(session, light, message, key);
+  session::LOG_TAB(session, light, message, keep(session, std::move(changes)));
+}
+
+void keep_run(Desktop& session, std::vector<AccountChange> changes) {
+  controls::ListView& rows = session.log_rows;
+  if (const std::string key = keep(session, std::move(changes)); !key.empty() && !rows.empty())
+    rows.set_key(rows.at(rows.size() - 1), key);
+}
+
+AccountChange membership(Desktop& session, Kind kind, const std::string& user, const std::string& group) {
+  std::string sid;
+  if (session::is_active_directory(session))
+    sid = platform::readable_sid(session.platform.directory.GetObject(user));
+  return {kind, sid, group};
 }
 
 bool can_be_taken_back(const Desktop& session, const controls::ListRow* row) {

@@ -19,6 +19,13 @@ struct Desktop;
 void log_run(Desktop& session, std::string_view light, const std::string& message,
              std::vector<batch::AccountChange> changes);
 
+/// The same for a run that has made its own row, which is the last one.
+void keep_run(Desktop& session, std::vector<batch::AccountChange> changes);
+
+/// A user who joined a group or left it, by their paths; for `log_run`.
+batch::AccountChange membership(Desktop& session, batch::AccountChange::Kind kind, const std::string& user,
+                                const std::string& group);
+
 /// True for the row of a run that can still be taken back.
 bool can_be_taken_back(const Desktop& session, const controls::ListRow* row);
 

@@ -6,6 +6,7 @@
 #include "groups/show_group.hpp"
 #include "session/loaded_domain.hpp"
 #include "windows/account/details_tab.hpp"
+#include "windows/account/run_history.hpp"
 #include "windows/groups/copy_group.hpp"
 #include "windows/groups/group_add.hpp"
 #include "windows/state/desktop.hpp"
@@ -17,6 +18,7 @@ namespace twk::windows {
 
 using controls::ListRow;
 using groups::MembersOutcome;
+using Kind = batch::AccountChange::Kind;
 
 namespace {
 
@@ -50,14 +52,30 @@ std::vector<std::string> selected_keys(const controls::ListView& list) {
   return keys;
 }
 
+/// A row of the log tab by which the change can be taken back.
+void log_members(Desktop& session, const groups::GroupRow& group, Kind kind, const MembersOutcome& outcome) {
+  if (outcome.changed.empty())
+    return;
+  std::vector<batch::AccountChange> changes;
+  for (const std::string& user : outcome.changed)
+    changes.push_back(membership(session, kind, user, group.key));
+  const std::size_t users = changes.size();
+  log_run(session, outcome.refused.empty() && outcome.not_kept.empty() ? session::kGreen : session::kYellow,
+          (kind == Kind::kJoined ? "Added to " : "Removed from ") + group.name + ": " +
+              std::to_string(users) + (users == 1 ? " user" : " users"),
+          std::move(changes));
+}
+
 /// Changes the members of the chosen group by the selected users of a list.
-MembersOutcome change_members(Desktop& session, const controls::ListView& list,
+MembersOutcome change_members(Desktop& session, const controls::ListView& list, Kind kind,
                               decltype(groups::add_members)& change) {
   const ListRow* const chosen = session.groups.ListView1.selected();
   if (chosen == nullptr)
     return {};
   const Hourglass hourglass(session.form1);
-  MembersOutcome outcome = change(session, groups::group_of(*chosen), selected_keys(list));
+  const groups::GroupRow group = groups::group_of(*chosen);
+  MembersOutcome outcome = change(session, group, selected_keys(list));
+  log_members(session, group, kind, outcome);
   session.groups.StatusBar1.panel1 = outcome.text;
   enable_buttons(session);
   return outcome;
@@ -136,11 +154,11 @@ void Groupsfrm_ListView1_ColumnClick(Desktop& session, int column) {
 }
 
 MembersOutcome Groupsfrm_Command2_Click(Desktop& session) {
-  return change_members(session, session.domain.NotMembers, groups::add_members);
+  return change_members(session, session.domain.NotMembers, Kind::kJoined, groups::add_members);
 }
 
 MembersOutcome Groupsfrm_Command1_Click(Desktop& session) {
-  return change_members(session, session.domain.Members, groups::remove_members);
+  return change_members(session, session.domain.Members, Kind::kLeft, groups::remove_members);
 }
 
 void Groupsfrm_Members_Click(Desktop& session) {

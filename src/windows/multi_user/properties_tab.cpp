@@ -7,6 +7,7 @@
 #include "base/text.hpp"
 #include "batch/change_property.hpp"
 #include "batch/property_file.hpp"
+#include "windows/account/run_history.hpp"
 #include "windows/multi_user/run_preview.hpp"
 #include "windows/multi_user/run_window.hpp"
 #include "windows/state/ad_properties.hpp"
@@ -81,8 +82,11 @@ batch::PropertyCounts run_file(Desktop& session, const std::string& path, const 
       if (user_done)
         user_done(outcome);
     };
+    std::vector<batch::AccountChange> changes;
+    order->changed = [&](const batch::AccountChange& change) { changes.push_back(change); };
     PropertiesView view(session);
     counts = batch::change_from_file(session, *order, file_title(path), bytes, view);
+    keep_run(session, std::move(changes));
   });
   if (trap.number() != 0)
     counts.failure = trap.description();
@@ -194,8 +198,12 @@ batch::PropertyCounts CHANGE_AD_Click(Desktop& session, const PropertyObserver& 
   order->user_done = user_done;
   if (!is_run_wanted(session, {"Change AD Properties", what_changes(session, *order), "&Change"}))
     return {};
+  std::vector<batch::AccountChange> changes;
+  order->changed = [&](const batch::AccountChange& change) { changes.push_back(change); };
   PropertiesView view(session);
-  return batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
+  const auto counts = batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
+  keep_run(session, std::move(changes));
+  return counts;
 }
 
 batch::PropertyCounts DELIMPORT_Click(Desktop& session, const PropertyObserver& user_done) {
