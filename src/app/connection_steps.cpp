@@ -54,9 +54,10 @@ void ConnectionSteps::add_row(QGridLayout& grid, const QString& name) {
   row.detail->setWordWrap(true);
   row.detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
   row.time->setObjectName("time" + QString::number(number));
+  row.time->setAlignment(Qt::AlignRight | Qt::AlignTop);
   int column = 0;
   for (QLabel* const label : {row.light, row.name, row.detail, row.time})
-    grid.addWidget(label, number, column++, Qt::AlignTop);
+    grid.addWidget(label, number, column++, label == row.time ? Qt::Alignment() : Qt::AlignTop);
 }
 
 void ConnectionSteps::clear() {
@@ -80,7 +81,9 @@ void ConnectionSteps::show(std::size_t row, const TimedStep& ended) {
 void ConnectionSteps::show_running(std::size_t row, std::chrono::milliseconds time) {
   if (row >= rows_.size())
     return;
-  rows_[row].name->setEnabled(true);
+  for (QLabel* const label : {rows_[row].name, rows_[row].detail})
+    label->setEnabled(true);
+  rows_[row].detail->setText("trying…");
   rows_[row].time->setText(time_text(time));
 }
 

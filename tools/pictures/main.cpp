@@ -424,7 +424,8 @@ void take(const QString& folder) {
   session.whereabouts.folder = "/home/jo/lab";
   fill(session);
   screens::MainWindow window(session);
-  window.resize(1024, 740);
+  // On a screen of few points, as at twice the size, what fits is what a person sees.
+  window.resize(QSize(1024, 740).boundedTo(window.screen()->availableSize()));
   window.show();
   Album album(folder);
   save_tabs(album, window);

@@ -4,6 +4,7 @@
 #include <QListWidget>
 #include <QMainWindow>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTextBlock>
@@ -52,7 +53,7 @@ class HelpWindow final : public QMainWindow {
     setWindowTitle("Help");
     make_panes();
     make_toolbar();
-    resize(920, 600);
+    resize(QSize(920, 600).boundedTo(screen()->availableSize()));
   }
 
   void open(const QString& topic) {

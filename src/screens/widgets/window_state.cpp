@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QHeaderView>
+#include <QScreen>
 #include <QSettings>
 #include <QSplitter>
 
@@ -50,6 +51,10 @@ void save_place(const QDialog& dialog) {
 
 void restore_place(QDialog& dialog) {
   dialog.restoreGeometry(QSettings().value(place_key(dialog)).toByteArray());
+  const QSize room = dialog.screen()->availableSize();
+  const QSize bounded = dialog.size().boundedTo(room);
+  if (bounded != dialog.size())
+    dialog.resize(bounded);
 }
 
 void save_window(const QMainWindow& window) {
