@@ -165,23 +165,28 @@ QLabel* make_hint(Desktop& session, QWidget* parent) {
 
 QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
-  auto* const column = new QVBoxLayout(tab);
+  auto* const outer = new QVBoxLayout(tab);
+  outer->setContentsMargins(0, 0, 0, 0);
+  auto* const page = new QWidget(tab);
+  auto* const column = new QVBoxLayout(page);
   auto* const groups = new QHBoxLayout();
   column->addLayout(groups);
-  groups->addWidget(make_person(session, tab), 3);
-  groups->addWidget(make_stages(session, tab), 2);
-  column->addWidget(make_foresight(session, tab));
-  auto* const buttons = new QHBoxLayout();
-  column->addLayout(buttons);
-  buttons->addStretch();
+  groups->addWidget(make_person(session, page), 3);
+  groups->addWidget(make_stages(session, page), 2);
+  column->addWidget(make_foresight(session, page));
+  column->addWidget(make_card(session, page));
+  column->addWidget(make_hint(session, page));
+  column->addStretch();
+  outer->addWidget(make_scrolled(*page, tab), 1);
+  // In sight however small the window is.
+  auto* const foot = new QHBoxLayout();
+  foot->setContentsMargins(9, 0, 9, 9);
+  outer->addLayout(foot);
+  foot->addLayout(make_progress(session, tab), 1);
   auto* const create = new QPushButton(icon("newuser"), "&Create User", tab);
   create->setObjectName("CreateUser");
-  buttons->addWidget(create);
+  foot->addWidget(create);
   on_click(*create, [&session] { windows::CreateUser_Click(session); });
-  column->addLayout(make_progress(session, tab));
-  column->addWidget(make_card(session, tab));
-  column->addWidget(make_hint(session, tab));
-  column->addStretch();
   return tab;
 }
 
