@@ -104,6 +104,8 @@ QLayout* make_progress(Desktop& session, QWidget* parent) {
   auto* const counted = new QLabel(parent);
   counted->setObjectName("Import_Text");
   bind_to(*counted, form.Import_Text);
+  follow(*counted, form.Import_Text.caption,
+         [counted](const std::string& text) { counted->setVisible(!text.empty()); });
   column->addWidget(caption);
   column->addWidget(bar);
   column->addWidget(counted);

@@ -154,18 +154,14 @@ QLayout* make_buttons(Desktop& session, QWidget* tab) {
 
 QWidget* make_template_tab(Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
-  auto* const outer = new QVBoxLayout(tab);
-  outer->setContentsMargins(0, 0, 0, 0);
-  auto* const page = new QWidget(tab);
-  auto* const column = new QVBoxLayout(page);
-  column->addLayout(make_name(session, page));
+  auto* const column = new QVBoxLayout(tab);
+  column->addLayout(make_name(session, tab));
   auto* const halves = new QHBoxLayout();
   column->addLayout(halves);
-  halves->addWidget(make_account(session, page), 1);
-  halves->addWidget(make_directories(session, page), 1);
-  column->addWidget(make_group_lists(session, page), 1);
-  outer->addWidget(make_scrolled(*page, tab), 1);
-  make_buttons(session, tab)->setContentsMargins(9, 0, 9, 9);
+  halves->addWidget(make_account(session, tab), 1);
+  halves->addWidget(make_directories(session, tab), 1);
+  column->addWidget(make_group_lists(session, tab), 1);
+  make_buttons(session, tab);
   auto* const escape = new QShortcut(Qt::Key_Escape, tab, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   QObject::connect(escape, &QShortcut::activated, tab,
                    [&session] { run_guarded([&] { windows::Template_Escape(session); }); });
