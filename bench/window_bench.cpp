@@ -3,12 +3,16 @@
 #include <QScrollBar>
 
 #include "bench_world.hpp"
+#include "records/records.hpp"
 #include "screens/main/main_window.hpp"
 #include "screens/widgets/application.hpp"
 #include "screens/widgets/list_pane.hpp"
 #include "windows/account/details_tab.hpp"
+#include "windows/foresight.hpp"
 #include "windows/start_up.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/new_user.hpp"
+#include "world/sample_lab.hpp"
 
 namespace {
 
@@ -61,6 +65,24 @@ controls::TreeNode* largest_unit(windows::Desktop& session) {
   return nullptr;
 }
 
+/// What the New User tab says of a user before it is made: first with a copy of the loaded domain, then for
+/// each letter.
+void measure_foresight(windows::Desktop& session, screens::MainWindow& window, controls::TreeNode& unit) {
+  session.form1.TreeView1.select(&unit);
+  session.form1.nutemplate.text = records::padded_template_name("Staff");
+  session.form1.NUsitename.text = std::string("Head Office");
+  session.form1.strFirst.text = std::string("Ada");
+  session.form1.strLast.text = std::string("Marsh");
+  paint(window);
+  windows::forget_foresight(session);
+  print("foresee a new user, the first time", bench::seconds([&] { windows::foresee_new_user(session); }));
+  print("  after another letter", each(window, 20, [&](int) {
+          session.form1.strLast.text = session.form1.strLast.text.get() + "x";
+          windows::foresee_new_user(session);
+        }));
+  std::printf("  %s\n", session.new_user.foresight.verdict.caption.get().c_str());
+}
+
 void measure(windows::Desktop& session) {
   print("load the domain", bench::seconds([&] { windows::start_session(session); }));
   std::unique_ptr<screens::MainWindow> window;
@@ -84,6 +106,8 @@ void measure(windows::Desktop& session) {
   auto* const first = window->findChild<QLineEdit*>("strFirst");
   print("type a letter into a name", each(*window, 50, [&](int) { first->insert("x"); }));
 
+  measure_foresight(session, *window, *unit);
+
   controls::TreeNode& user = *unit->children.back();
   print("show the details of a user with its groups", bench::seconds([&] {
           windows::show_user_details(session, user);
@@ -104,12 +128,14 @@ int main(int argc, char** argv) {
   plan.users = kUsers;
   plan.groups = kGroups;
   plan.ous = kUnits;
-  lab::create_lab(folder.path() / "lab", plan);
-  lab::Lab lab(folder.path() / "lab", [](const std::string&) {});
   bench::NobodyThere dialogs;
+  world::make_sample_lab(folder.path() / "lab", plan, dialogs);
+  lab::Lab lab(folder.path() / "lab", [](const std::string&) {});
   const platform::Platform services = lab.platform(dialogs);
   bench::set(services, "Setup", "Domain", "twk.test");
-  windows::Desktop session(services, "", lab.database_path());
+  std::string database = lab.database_path();
+  database.pop_back();
+  windows::Desktop session(services, "", database);
   std::printf("a window over %zu users and %zu groups\n", kUsers, kGroups);
   measure(session);
   return 0;
