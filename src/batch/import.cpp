@@ -11,6 +11,7 @@
 #include "batch/open_import.hpp"
 #include "batch/recorded_import.hpp"
 #include "creation/create_user.hpp"
+#include "creation/share_rights.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "stores/database_files.hpp"
@@ -255,6 +256,8 @@ bool Import_Users(Session& session, std::string_view path, const ImportOrder& or
   trap([&] {
     // First, because "Import.err" may be the input.
     const std::string bytes = session.platform.files.read(path);
+    if (order.user.stages.shares)
+      creation::require_share_rights(session, order.user.TemplateName, order.user.SiteName);
     const bool again = !state.rehearsed && keep_error_file(session, bytes);
     const std::unique_ptr<ImportSource> lines = open_import(state, bytes, order.csv);
     if (!state.rehearsed) {

@@ -12,6 +12,7 @@
 #include "creation/mailbox_stage.hpp"
 #include "creation/paths.hpp"
 #include "creation/resource_stages.hpp"
+#include "creation/share_rights.hpp"
 #include "creation/validate_request.hpp"
 #include "format/variables.hpp"
 #include "session/log_tab.hpp"
@@ -262,6 +263,9 @@ std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& reques
   session.Error_Log_Text = "Error Creating User: " + request.UserId;
   try {
     Step step = SettleName(run);
+    // An import has asked before its first line.
+    if (step == Step::kGoOn && !session.import.Importing)
+      RequireShareRights(run);
     if (step == Step::kGoOn)
       step = request.names_only ? foresee_name(run) : work(run);
     request = run.request;

@@ -78,6 +78,10 @@ class Network {
   /// Shares a folder of the server. Raises kBadNetPath, kDuplicateShare, kUnknownDirectory, kInvalidName,
   /// kAccessDenied (5).
   virtual void NetShareAdd(std::string_view server, const ShareInfo502& share) = 0;
+  /// Looks, without writing, whether the server would let this account make shares and keep their access
+  /// lists. Raises kAccessDenied (5) with the reason and the remedy when it would not, kBadNetPath. A world
+  /// whose servers cannot be asked beforehand passes.
+  virtual void require_share_rights(std::string_view /*server*/) {}
   /// Raises kBadNetPath, kShareNotFound.
   virtual ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) = 0;
   virtual std::vector<ShareInfo502> NetShareEnum(std::string_view server) = 0;

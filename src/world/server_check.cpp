@@ -61,6 +61,8 @@ class ServerCheck {
     }
     known.clear();
     for (const records::TemplateRecord& record : stores::read_templates(session)) {
+      makes_shares_ =
+          makes_shares_ || !base::trim(record.HomeShare).empty() || !base::trim(record.ProfileShare).empty();
       for (TemplatePlace& place : places_of_template(record)) {
         if (known.insert(base::upper(place.folder + "|" + place.share)).second)
           places_.push_back(std::move(place));
@@ -83,6 +85,8 @@ class ServerCheck {
       faults.push_back("its folders cannot be looked at: " +
                        base::in_words(trap.number(), trap.description()));
     look_at_shares(server, shares, faults);
+    if (makes_shares_ && !trap([&] { services().network.require_share_rights(server); }))
+      faults.push_back(base::in_words(trap.number(), trap.description()));
     step.outcome = faults.empty() ? StepOutcome::kPassed : StepOutcome::kWarning;
     step.detail = "logged on";
     if (faults.empty() && !places_.empty())
@@ -147,6 +151,7 @@ class ServerCheck {
   std::vector<CheckStep> steps_;
   std::vector<std::string> servers_;
   std::vector<TemplatePlace> places_;
+  bool makes_shares_ = false;  ///< a template makes some for each user
 };
 
 }  // namespace

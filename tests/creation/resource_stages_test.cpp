@@ -2,6 +2,7 @@
 #include "stores/side_tables.hpp"
 #include "support/lab_session.hpp"
 #include "windows/create_user.hpp"
+#include "windows/import.hpp"
 #include "windows/state/form1.hpp"
 
 namespace twk::creation {
@@ -87,6 +88,22 @@ class ResourceStages : public testing::TestWithParam<DomainKind> {
 };
 INSTANTIATE_TEST_SUITE_P(Kinds, ResourceStages, testing::Values(DomainKind::kNative, DomainKind::kNt),
                          test::kind_name);
+
+TEST_P(ResourceStages, AServerThatWouldRefuseTheSharesIsToldBeforeAnythingIsMade) {
+  world.network.server_of_others = "FS1";
+  create();
+  EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith("RED ")));
+  EXPECT_THAT(world.log(), HasSubstr("others' business"));
+  const std::string file = (world.folder.path() / "two.csv").string();
+  world.services.files.write(file, "Ann,,Lee\nKim,,Ray\n");
+  EXPECT_FALSE(windows::Import_File(world.session, file));
+  EXPECT_THAT(world.session.import.failure, HasSubstr("others' business"));
+  EXPECT_EQ(world.database_file("Import.err"), "");
+  for (const char* const name : {"Jo.Smith", "Ann.Lee", "Kim.Ray"})
+    EXPECT_FALSE(world.services.files.exists(std::string("\\\\FS1\\D$\\Users\\") + name)) << name;
+  base::Trap trap;
+  EXPECT_FALSE(trap([&] { sid("Jo.Smith"); }));
+}
 
 TEST_P(ResourceStages, DirectoriesAreSharedAndGetTheListsOfTheTables) {
   create();

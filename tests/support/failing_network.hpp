@@ -10,7 +10,8 @@ class FailingNetwork final : public platform::Network {
  public:
   explicit FailingNetwork(platform::Network& real) : real_(real) {}
 
-  std::string refused_share;  ///< `NetShareAdd` of this one raises 5
+  std::string refused_share;     ///< `NetShareAdd` of this one raises 5
+  std::string server_of_others;  ///< this server says beforehand that it would refuse shares
 
   std::string NetGetDCName(std::string_view server, std::string_view domain) override {
     return real_.NetGetDCName(server, domain);
@@ -19,6 +20,10 @@ class FailingNetwork final : public platform::Network {
     if (share.shi502_netname == refused_share)
       base::raise(5, "Access is denied");
     real_.NetShareAdd(server, share);
+  }
+  void require_share_rights(std::string_view server) override {
+    if (server == server_of_others)
+      base::raise(5, "The shares of " + server_of_others + " are others' business");
   }
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override {
     return real_.NetShareGetInfo(server, name);

@@ -257,6 +257,7 @@ class RehearsedNetwork final : public platform::Network {
           share.shi502_path);
     shares_.add(server, share);
   }
+  void require_share_rights(std::string_view server) override { real_.require_share_rights(server); }
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override {
     const std::optional<RehearsedShares::Share>* const changed = shares_.find(server, name);
     if (changed == nullptr)

@@ -52,6 +52,10 @@ void LiveNetwork::NetShareAdd(std::string_view server, const platform::ShareInfo
   as_network_call([&] { domain_.rpc().shares(server).add(share); });
 }
 
+void LiveNetwork::require_share_rights(std::string_view server) {
+  as_network_call([&] { domain_.rpc().shares(server).require_rights(); });
+}
+
 platform::ShareInfo502 LiveNetwork::NetShareGetInfo(std::string_view server, std::string_view name) {
   return as_network_call([&] { return domain_.rpc().shares(server).get(name); });
 }

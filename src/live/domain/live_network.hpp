@@ -22,6 +22,7 @@ class LiveNetwork final : public platform::Network {
 
   /// A server may have its own number for a missing folder: Samba returns that of its share command.
   void NetShareAdd(std::string_view server, const platform::ShareInfo502& share) override;
+  void require_share_rights(std::string_view server) override;
   platform::ShareInfo502 NetShareGetInfo(std::string_view server, std::string_view name) override;
   std::vector<platform::ShareInfo502> NetShareEnum(std::string_view server) override;
   void NetShareDel(std::string_view server, std::string_view name) override;

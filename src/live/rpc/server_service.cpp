@@ -209,6 +209,38 @@ void ServerService::add(const ShareInfo502& share) {
   keep_limit(share, kept);
 }
 
+void ServerService::require_rights() {
+  // The right is looked at before the name, and no server makes a share of this name or of this folder.
+  ShareInfo502 impossible;
+  impossible.shi502_netname = "?";
+  impossible.shi502_path = "?";
+  NdrWriter writer = begin(pipe_);
+  write_share(writer, impossible);
+  const std::uint32_t number = result_of(pipe_.call_again(kNetrShareAdd, writer.bytes()));
+  if (number == platform::security_error::kAccessDenied) {
+    base::raise(number,
+                pipe_.host() +
+                    " does not let this account make shares: log on as an administrator of that server. "
+                    "On a Samba server the account needs the privilege SeDiskOperatorPrivilege, and the "
+                    "server an \"add share command\"");
+  }
+  // Who may not open the lists of a Samba server reads none, and writes none.
+  const std::vector<ShareInfo502> shares = all();
+  const auto is_plain = [](const ShareInfo502& share) { return share.shi502_type == 0; };
+  const auto has_list = [](const ShareInfo502& share) {
+    return share.shi502_security_descriptor.has_value();
+  };
+  if (std::ranges::any_of(shares, is_plain) && std::ranges::none_of(shares, has_list)) {
+    base::raise(
+        platform::security_error::kAccessDenied,
+        pipe_.host() +
+            " keeps the access lists of its shares from this account, so a new share would be open to "
+            "everyone. A Samba server stores them for its superuser alone: log on as the account that its "
+            "\"username map\" makes root, or create users without shares of their own "
+            "(twk settings set UM CreateShares No)");
+  }
+}
+
 void ServerService::keep_limit(const ShareInfo502& share, const ShareInfo502& kept) {
   if (kept.shi502_max_uses == share.shi502_max_uses)
     return;

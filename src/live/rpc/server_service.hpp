@@ -22,6 +22,9 @@ class ServerService {
   /// Raises kDuplicateShare, kUnknownDirectory, kInvalidName; kAccessDenied also when the server does not
   /// store the share's access list, which would then be open to everyone.
   void add(const platform::ShareInfo502& share);
+  /// Makes nothing. Raises kAccessDenied, with the remedy, when the server would refuse to make a share or to
+  /// store its access list.
+  void require_rights();
   /// Raises kShareNotFound.
   platform::ShareInfo502 get(std::string_view name);
   std::vector<platform::ShareInfo502> all();

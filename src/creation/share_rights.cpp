@@ -1,0 +1,43 @@
+#include "creation/share_rights.hpp"
+
+#include <algorithm>
+
+#include "base/errors.hpp"
+#include "base/text.hpp"
+#include "creation/creation_run.hpp"
+#include "platform/security.hpp"
+#include "session/session.hpp"
+#include "stores/site_store.hpp"
+#include "stores/template_store.hpp"
+
+namespace twk::creation {
+namespace {
+
+void require_rights(session::Session& session, const TemplateValues& values, const std::string& server) {
+  if (server.empty() || (values.HomeShare.empty() && values.ProfileShare.empty()))
+    return;
+  base::Trap trap;
+  trap([&] { session.platform.network.require_share_rights(server); });
+  if (trap.number() == platform::security_error::kAccessDenied)
+    base::raise(trap.number(), trap.description());
+}
+
+}  // namespace
+
+void RequireShareRights(CreationRun& run) {
+  if (run.request.stages.shares)
+    require_rights(run.session, run.user_template, run.site.server);
+}
+
+void require_share_rights(session::Session& session, std::string_view template_name,
+                          std::string_view site_name) {
+  const auto site = stores::live_site(session, base::trim(site_name));
+  const std::vector<records::TemplateRecord> templates = stores::read_templates(session);
+  const auto found = std::ranges::find_if(templates, [&](const records::TemplateRecord& record) {
+    return base::equals_fold(base::trim(record.Name), base::trim(template_name));
+  });
+  if (site && found != templates.end())
+    require_rights(session, values_of(*found), values_of(*site).server);
+}
+
+}  // namespace twk::creation
