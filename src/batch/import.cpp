@@ -280,6 +280,7 @@ bool Import_Users(Session& session, std::string_view path, const ImportOrder& or
   state.summary_file.close();
   state.Importing = false;
   state.holds_records = false;
+  state.lookups.bound.clear();
   session.log.conceal({});
   if (trap.number() != 0)
     state.failure = trap.description();

@@ -95,7 +95,7 @@ bool create_object(CreationRun& run) {
   bool is_whole = false;
   base::Trap trap;
   trap([&] {
-    run.AdContainer = session.platform.directory.GetObject("LDAP://" + container_key(run));
+    run.AdContainer = bind_once(run, "LDAP://" + container_key(run));
     run.view.makes_account(run.SamName, account_path(run));
     is_whole = create_at_once(run);
     if (is_whole)
@@ -189,6 +189,7 @@ void CreateAdAccount(CreationRun& run) {
     stage_fields(run, user);
     user.SetInfo();
   }
+  run.stored_name = run.FullName;
   run.SummaryRow = run.FullName + "," + run.SamName + ",";
   const bool refused = !set_password(run, user, is_whole);
   if (!is_whole)

@@ -49,6 +49,16 @@ const std::string& container_key(const CreationRun& run) {
   return run.request.CopyUser ? run.request.ParentNodeKey : run.request.SelectedNodeKey;
 }
 
+platform::ObjectPtr bind_once(CreationRun& run, const std::string& path) {
+  session::Session& session = run.session;
+  if (!session.import.Importing)
+    return session.platform.directory.GetObject(path);
+  platform::ObjectPtr& bound = session.import.lookups.bound[path];
+  if (bound == nullptr)
+    bound = session.platform.directory.GetObject(path);
+  return bound;
+}
+
 std::string expand_row_value(CreationRun& run, std::string_view value) {
   return format::Filling(run.session, std::string(value))
       .variables()

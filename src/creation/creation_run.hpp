@@ -84,6 +84,7 @@ struct CreationRun {
   std::string DescriptionText;
   std::string ExpiryText;
   std::string tree_name;       ///< from a "displayName" row
+  std::string stored_name;     ///< the full name that was written to the account, as far as that is known
   std::string principal_name;  ///< from a row; only of an account that is foreseen
   std::string PdcName;         ///< server for look-ups; empty for the default controller
   ResolvedPaths paths;
@@ -118,6 +119,8 @@ void warn(CreationRun& run, std::string_view text, std::string_view why);
 /// The key of the container that gets the account: the selected OU, or with `Copy_User` what is above the
 /// selected user.
 const std::string& container_key(const CreationRun& run);
+/// A container or group, by its path; an import binds each once.
+platform::ObjectPtr bind_once(CreationRun& run, const std::string& path);
 /// Variables, name tags, "%Domain%", "%Account%" (the account's name that was found at last) and import
 /// fields of a directory or mailbox row.
 std::string expand_row_value(CreationRun& run, std::string_view value);

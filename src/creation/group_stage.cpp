@@ -40,18 +40,13 @@ bool join(CreationRun& run, const std::string& path, std::string_view name) {
   Session& session = run.session;
   if (is_everybodys(name) || !run.joined_groups.insert(base::upper(path)).second)
     return true;
-  // In a preview there is no account to add.
-  std::set<std::string>& found = session.import.lookups.groups;
-  if (run.request.names_only && found.contains(path))
-    return true;
   base::Trap trap;
   trap([&] {
-    session.CurrentGroup = session.platform.directory.GetObject(path);
+    session.CurrentGroup = bind_once(run, path);
     if (session::is_debug(session))
       log(run, "Adding user to: " + session.CurrentGroup->Name());
-    if (run.request.names_only)
-      found.insert(path);
-    else
+    // In a preview there is no account to add.
+    if (!run.request.names_only)
       session.CurrentGroup->Add(account_path(run));
   });
   session.CurrentGroup.reset();

@@ -16,6 +16,8 @@ using session::Session;
 /// What the tree shows for the new account.
 std::string shown_name(CreationRun& run) {
   std::string name = run.tree_name.empty() ? run.FullName : run.tree_name;
+  if (run.request.tree_shows_full_name && !run.stored_name.empty())
+    return run.stored_name;
   if (run.request.tree_shows_full_name && run.CurrentUserObject) {
     base::Trap trap;
     if (!trap([&] { name = platform::User(run.CurrentUserObject).FullName(); }))

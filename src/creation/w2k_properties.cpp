@@ -96,6 +96,8 @@ void tell(CreationRun& run, const DirectoryProperty& property, const std::option
   }
   if (base::equals_fold(property.attribute, "SAMACCOUNTNAME"))
     run.SamName = property.value;
+  if (base::equals_fold(property.attribute, "DISPLAYNAME"))
+    run.stored_name = property.value;
   log(run, "Setting " + what);
 }
 

@@ -7,6 +7,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
+#include "groups/join_members.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
@@ -69,23 +70,28 @@ void tell_outcome(Change& change) {
     outcome.text += " (and " + counted(reasons - 1) + " more)";
 }
 
-/// Changes the users and moves the rows of those for whom `change_one` returns no reason against it.
-void change_users(Change& change, std::span<const std::string> users,
-                  const std::function<std::string(const ListRow& row)>& change_one) {
+/// Tells what became of each user: a failure, a reason of our own against it, or neither.
+using TellUser =
+    std::function<void(const ListRow& row, const base::Trap& failure, const std::string& reason)>;
+
+/// Changes the users and moves the rows of those whom nothing was against.
+void change_users(
+    Change& change, std::span<const std::string> users,
+    const std::function<void(const std::vector<const ListRow*>& rows, const TellUser& tell)>& change_all) {
   std::vector<const ListRow*> moved;
-  base::Trap trap;
   platform::WriteBatch batch(change.session.platform.directory);
-  for (const ListRow* const row : rows_of(change.from, users)) {
-    std::string reason;
-    if (!trap([&] { reason = change_one(*row); }))
-      reason = row->text + ": " + base::in_words(trap.number(), trap.description());
-    if (reason.empty()) {
-      moved.push_back(row);
-      change.outcome.changed.push_back(row->key);
-    } else {
-      change.outcome.refused.push_back({row->key, trap.number(), std::move(reason)});
+  change_all(rows_of(change.from, users), [&](const ListRow& row, const base::Trap& failure,
+                                              const std::string& reason) {
+    if (failure.number() == 0 && reason.empty()) {
+      moved.push_back(&row);
+      return change.outcome.changed.push_back(row.key);
     }
-  }
+    change.outcome.refused.push_back(
+        {row.key, failure.number(),
+         failure.number() == 0 ? reason
+                               : row.text + ": " + base::in_words(failure.number(), failure.description())});
+  });
+  base::Trap trap;
   if (!trap([&] { batch.commit(); }))
     change.outcome.not_kept = base::in_words(trap.number(), trap.description());
   controls::move_rows(change.from, moved, change.to);
@@ -111,9 +117,14 @@ MembersOutcome add_members(Session& session, const GroupRow& group, std::span<co
   Change change{session, group, session.domain.NotMembers, session.domain.Members, {}};
   platform::ObjectPtr bound;
   if (bind_chosen(change, "Error Connecting to Group", [&] { bound = bind_group(session, group); })) {
-    change_users(change, users, [&](const ListRow& row) {
-      bound->Add(member_path(session, row));
-      return std::string();
+    change_users(change, users, [&](const std::vector<const ListRow*>& rows, const TellUser& tell) {
+      std::vector<std::string> paths;
+      paths.reserve(rows.size());
+      for (const ListRow* const row : rows)
+        paths.push_back(member_path(session, *row));
+      join_members(*bound, paths,
+                   {[&](std::size_t index, const base::Trap& failure) { tell(*rows[index], failure, {}); },
+                    [] { return true; }});
     });
   }
   return std::move(change.outcome);
@@ -129,13 +140,18 @@ MembersOutcome remove_members(Session& session, const GroupRow& group, std::span
         if (active_directory)
           group_id = directory::Group_RID(session, group.key);
       })) {
-    change_users(change, users, [&](const ListRow& row) {
-      std::string reason;
-      if (active_directory)
-        reason = check_primary_group(change, row, group_id);
-      if (reason.empty())
-        bound->Remove(member_path(session, row));
-      return reason;
+    change_users(change, users, [&](const std::vector<const ListRow*>& rows, const TellUser& tell) {
+      for (const ListRow* const row : rows) {
+        std::string reason;
+        base::Trap trap;
+        trap([&] {
+          if (active_directory)
+            reason = check_primary_group(change, *row, group_id);
+          if (reason.empty())
+            bound->Remove(member_path(session, *row));
+        });
+        tell(*row, trap, reason);
+      }
     });
   }
   return std::move(change.outcome);

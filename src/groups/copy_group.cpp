@@ -1,11 +1,15 @@
 #include "groups/copy_group.hpp"
 
+#include <set>
 #include <vector>
 
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "groups/join_members.hpp"
+#include "platform/adsi.hpp"
 #include "session/activity_log.hpp"
 #include "session/session.hpp"
 
@@ -47,14 +51,25 @@ std::vector<ObjectPtr> users_of(platform::DirectoryObject& group) {
   return users;
 }
 
-CopiedUser copy_user(Session& session, platform::DirectoryObject& destination, const ObjectPtr& user) {
-  base::Trap trap;
-  trap([&] {
-    destination.Add(session::is_active_directory(session) ? user->ADsPath()
+std::vector<std::string> paths_of(const Session& session, const std::vector<ObjectPtr>& users) {
+  std::vector<std::string> paths;
+  paths.reserve(users.size());
+  for (const ObjectPtr& user : users) {
+    paths.push_back(session::is_active_directory(session) ? user->ADsPath()
                                                           : directory::winnt_path(session, user->Name()));
-  });
-  const Result result = result_of(session, trap.number());
-  return {user->ADsPath(), user->Name() + std::string(result.words), result.light};
+  }
+  return paths;
+}
+
+/// The distinguished names of a group's members, in capitals; none in a WinNT domain, where each is asked
+/// for.
+std::set<std::string> names_of_members(const Session& session, platform::DirectoryObject& group) {
+  std::set<std::string> names;
+  if (!session::is_active_directory(session))
+    return names;
+  for (const platform::Value& member : platform::value_or_empty(group, "member").list())
+    names.insert(base::upper(member.text()));
+  return names;
 }
 
 std::string counted(std::size_t number, const char* what) {
@@ -87,16 +102,33 @@ Counts copy_users(Session& session, const GroupRow& from, const GroupRow& to, Co
   const std::vector<ObjectPtr> users = users_of(*source);
   Counts counts{.users = users.size()};
   platform::WriteBatch batch(session.platform.directory);
-  for (const ObjectPtr& user : users) {
-    const CopiedUser copied = copy_user(session, *destination, user);
-    view.copied(copied);
-    counts.added += copied.light == kAdded.light ? 1 : 0;
-    counts.refused += copied.light == kRefused.light ? 1 : 0;
+  const auto tell = [&](const ObjectPtr& user, const Result& result) {
+    view.copied({user->ADsPath(), user->Name() + std::string(result.words), result.light});
+    counts.added += result.light == kAdded.light ? 1 : 0;
+    counts.refused += result.light == kRefused.light ? 1 : 0;
     ++counts.done;
-    view.progress(static_cast<int>(counts.done * 100 / users.size()));
-    counts.stopped = view.stopped();
-    if (counts.stopped)
-      break;
+    view.progress(static_cast<int>(counts.done * 100 / counts.users));
+  };
+  // A request with one who is a member already would be refused as a whole.
+  const std::set<std::string> members = names_of_members(session, *destination);
+  std::vector<ObjectPtr> others;
+  std::vector<ObjectPtr> known;
+  for (const ObjectPtr& user : users) {
+    const bool is_known = members.contains(base::upper(directory::name_in_path(user->ADsPath())));
+    (is_known ? known : others).push_back(user);
+  }
+  JoinWatch watch;
+  watch.joined = [&](std::size_t index, const base::Trap& failure) {
+    tell(others[index], result_of(session, failure.number()));
+  };
+  watch.goes_on = [&] {
+    counts.stopped = counts.done != 0 && view.stopped();
+    return !counts.stopped;
+  };
+  join_members(*destination, paths_of(session, others), watch);
+  for (const ObjectPtr& user : known) {
+    if (!counts.stopped)
+      tell(user, kIsMember);
   }
   batch.commit();
   return counts;

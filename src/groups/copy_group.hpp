@@ -25,7 +25,7 @@ class CopyView {
   virtual void copied(const CopiedUser& user) = 0;
   /// From 0 to 100.
   virtual void progress(int percent) = 0;
-  /// Asked after each user: true ends the copy.
+  /// Asked between requests, each of which may add hundreds of users: true ends the copy.
   virtual bool stopped() = 0;
 };
 

@@ -102,6 +102,9 @@ class DirectoryObject {
 
   /// For an existing member, an LDAP group raises kObjectExists, a WinNT group kMemberInGroup.
   virtual void Add(std::string_view path) = 0;
+  /// `Add` of all these paths in one request, where the directory can. False where it cannot, or when one of
+  /// them was refused: nobody is added then, and separate calls show whom it is. Raises kServerDown.
+  virtual bool AddTogether(std::span<const std::string> /*paths*/) { return false; }
   virtual void Remove(std::string_view path) = 0;
   virtual bool IsMember(std::string_view path) = 0;
   /// The direct members; in an AD domain without those by primary group.

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
-#include <set>
 #include <string>
 
+#include "platform/directory.hpp"
 #include "session/known_values.hpp"
 #include "session/name_prefixes.hpp"
 
@@ -18,11 +19,11 @@ struct ReadOnce {
 
 /// What the lines of a run look up, kept so that a run of many lines asks for it once.
 struct RunLookups {
-  ReadOnce persons;                ///< values of the attribute by which people are recognised
-  ReadOnce accounts;               ///< account names of the domain
-  ReadOnce principals;             ///< principal names of the forest
-  ReadOnce neighbours;             ///< the names in the container of the new accounts
-  std::set<std::string> groups;    ///< paths of groups that exist
+  ReadOnce persons;     ///< values of the attribute by which people are recognised
+  ReadOnce accounts;    ///< account names of the domain
+  ReadOnce principals;  ///< principal names of the forest
+  ReadOnce neighbours;  ///< the names in the container of the new accounts
+  std::map<std::string, platform::ObjectPtr> bound;  ///< containers and groups, by their paths
   NamePrefixes foreseen_in_tree;   ///< what the tree would show of a rehearsal's accounts, in upper case
   std::string foreseen_container;  ///< what follows each of those in the keys of the tree, in upper case
 };

@@ -104,8 +104,8 @@ $ group copy Drivers Pilots => 1
 $ group members Pilots
 {"name": "Bob.Marsh"}
 $ --yes group copy Drivers Pilots => 1
-{"light": "YELLOW"}
 {"light": "GREEN"}
+{"light": "YELLOW"}
 {"light": "YELLOW", "message": "2 of 2 users: 1 added, 1 already members, 0 refused."}
 $ group members Pilots
 {"name": "Ann.Marsh"}

@@ -79,10 +79,12 @@ def look_at_primary_group():
 
 
 def copy_members():
+    """One of them is a member already, for which a server refuses all that came with it."""
     twk("group", "add-member", "gother", "gcyd")
-    copied = twk("--yes", "--json", "group", "copy", "gdrivers", "gother").stdout.splitlines()
-    check([json.loads(line)["light"] for line in copied], ["GREEN", "GREEN"], "a copy and its sum")
-    check(stored_members("gother"), ["gbob", "gcyd"], "members after a copy")
+    twk("group", "add-member", "gdrivers", "gann", "gcyd")
+    copied = twk("--yes", "--json", "group", "copy", "gdrivers", "gother", codes=(1,)).stdout.splitlines()
+    check(sorted(json.loads(line)["light"] for line in copied), ["GREEN", "GREEN", "YELLOW", "YELLOW"], "a copy and its sum")
+    check(stored_members("gother"), ["gann", "gbob", "gcyd"], "members after a copy")
 
 
 def delete_groups():

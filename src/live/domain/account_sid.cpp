@@ -14,10 +14,8 @@ std::optional<platform::Sid> decode_sid(const std::string& bytes) {
 }  // namespace
 
 std::optional<platform::Sid> find_account_sid(LiveDomain& domain, std::string_view name) {
-  if (domain.has_directory()) {
-    const auto entry = domain.find_account(name, {"objectSid"});
-    return entry ? decode_sid(entry->first("objectSid")) : std::nullopt;
-  }
+  if (domain.has_directory())
+    return domain.sid_of_account(name);
   const auto account = accounts_of(domain).find(name);
   return account ? std::optional(accounts_of(domain).sid_of(*account)) : std::nullopt;
 }

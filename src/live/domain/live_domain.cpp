@@ -1,6 +1,7 @@
 #include "live/domain/live_domain.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
@@ -205,6 +206,25 @@ std::optional<LdapEntry> LiveDomain::find_account(std::string_view name,
     return false;
   });
   return found;
+}
+
+std::optional<platform::Sid> LiveDomain::sid_of_account(std::string_view name) {
+  constexpr std::chrono::seconds kTakenForTrue{10};
+  std::size_t changes = 0;
+  for (const auto& [server, connection] : connections_)
+    changes += connection == nullptr ? 0 : connection->changes_of_names();
+  if (std::exchange(sids_known_at_, changes) != changes)
+    sids_.clear();
+  const auto now = std::chrono::steady_clock::now();
+  const auto known = sids_.find(base::upper(name));
+  if (known != sids_.end() && now - known->second.at < kTakenForTrue)
+    return known->second.sid;
+  const auto entry = find_account(name, {"objectSid"});
+  const std::string bytes = entry ? entry->first("objectSid") : std::string();
+  auto sid = platform::Sid::decode(base::Bytes(bytes.begin(), bytes.end()));
+  if (sid)
+    sids_.insert_or_assign(base::upper(name), KnownSid{*sid, now});
+  return sid;
 }
 
 std::optional<LdapEntry> LiveDomain::find_sid(const platform::Sid& sid,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -75,6 +76,10 @@ class LiveDomain {
   /// The account's entry with these attributes, by its pre-2000 name; none when there is no such account.
   std::optional<LdapEntry> find_account(std::string_view name, const std::vector<std::string>& attributes,
                                         std::string_view server = {});
+  /// The identifier of an account by its pre-2000 name, in any case; none when there is no such account. The
+  /// stages of a creation ask for the same ones again: an answer is kept for ten seconds, as long as nothing
+  /// here can have given the name to another account.
+  std::optional<platform::Sid> sid_of_account(std::string_view name);
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 
@@ -87,6 +92,11 @@ class LiveDomain {
     std::string forest;
     std::vector<std::string> beside_catalogue;  ///< normalized names
     platform::Sid sid{5, {}};
+  };
+
+  struct KnownSid {
+    platform::Sid sid;
+    std::chrono::steady_clock::time_point at;
   };
 
   const Facts& facts();
@@ -102,6 +112,8 @@ class LiveDomain {
   std::string controller_;
   std::map<std::string, std::unique_ptr<LdapConnection>> connections_;
   std::map<std::string, bool> catalogue_answers_;  ///< by server, in capitals
+  std::map<std::string, KnownSid> sids_;           ///< by name, in capitals
+  std::size_t sids_known_at_ = 0;                  ///< how many changes of names there had been
   std::optional<Facts> facts_;
   std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;

@@ -345,7 +345,21 @@ ObjectPtr LiveObject::MoveHere(std::string_view source_path, const std::optional
 
 void LiveObject::Add(std::string_view path) {
   require_writable();
-  add_member(ldap(), entry_.dn(), dn_of_path(*entry_.origin().domain, path));
+  add_members(ldap(), entry_.dn(), {dn_of_path(*entry_.origin().domain, path)});
+}
+
+bool LiveObject::AddTogether(std::span<const std::string> paths) {
+  require_writable();
+  base::Trap trap;
+  const bool added = trap([&] {
+    std::vector<std::string> members;
+    for (const std::string& path : paths)
+      members.push_back(dn_of_path(*entry_.origin().domain, path));
+    add_members(ldap(), entry_.dn(), std::move(members));
+  });
+  if (trap.number() == ads_error::kServerDown)
+    base::raise(trap.number(), trap.description());
+  return added;
 }
 
 void LiveObject::Remove(std::string_view path) {
@@ -423,8 +437,9 @@ std::string dn_of_path(LiveDomain& domain, std::string_view path) {
   return std::move(account->dn);
 }
 
-void add_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn) {
-  connection.modify(group_dn, {{LdapChangeKind::kAdd, "member", {member_dn}}}, LdapRequest::kAddMember);
+void add_members(LdapConnection& connection, const std::string& group_dn, std::vector<std::string> members) {
+  connection.modify(group_dn, {{LdapChangeKind::kAdd, "member", std::move(members)}},
+                    LdapRequest::kAddMember);
 }
 
 void remove_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn) {

@@ -111,6 +111,7 @@ class LiveObject final : public ads::EntryObject,
                                const std::optional<std::string>& new_name) override;
 
   void Add(std::string_view path) override;
+  bool AddTogether(std::span<const std::string> paths) override;
   void Remove(std::string_view path) override;
   bool IsMember(std::string_view path) override;
   std::vector<platform::ObjectPtr> Members() override;
@@ -147,8 +148,8 @@ std::string class_of(const LdapEntry& entry);
 /// kNoSuchObject, kBadPathname.
 std::string dn_of_path(LiveDomain& domain, std::string_view path);
 
-/// Membership, at once. Raises kObjectExists, kMemberNotInGroup.
-void add_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
+/// Membership, at once; of several members, all or none. Raises kObjectExists, kMemberNotInGroup.
+void add_members(LdapConnection& connection, const std::string& group_dn, std::vector<std::string> members);
 void remove_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
 /// By link or by primary group.
 bool is_member(LiveDomain& domain, LdapConnection& connection, const std::string& group_dn,

@@ -2,6 +2,7 @@
 
 #include <ldap.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <deque>
@@ -246,6 +247,7 @@ LdapEntry LdapConnection::read(const std::string& dn, const std::vector<std::str
 }
 
 void LdapConnection::add(const std::string& dn, const std::vector<LdapAttribute>& attributes) {
+  ++changes_of_names_;
   ModArray mods;
   for (const LdapAttribute& attribute : attributes)
     mods.add(LDAP_MOD_ADD, attribute.name, attribute.values);
@@ -259,6 +261,10 @@ void LdapConnection::add(const std::string& dn, const std::vector<LdapAttribute>
 void LdapConnection::modify(const std::string& dn, const std::vector<LdapChange>& changes,
                             LdapRequest request, std::uint32_t descriptor_parts) {
   ModArray mods;
+  if (std::ranges::any_of(changes, [](const LdapChange& change) {
+        return base::equals_fold(change.attribute, "sAMAccountName");
+      }))
+    ++changes_of_names_;
   for (const LdapChange& change : changes)
     mods.add(to_ldap(change.kind), change.attribute, change.values);
   LdapControls controls;
@@ -274,14 +280,17 @@ void LdapConnection::modify(const std::string& dn, const std::vector<LdapChange>
       });
   const std::uint32_t number =
       result == LDAP_SUCCESS ? 0 : number_of_ldap_result(result, diagnostic(), request);
+  // Of several members, one may have been there before.
+  const bool is_one = changes.size() == 1 && changes.front().values.size() == 1;
   const bool is_so = number == ads_error::kMemberNotInGroup ||
-                     (number == ads_error::kObjectExists && request == LdapRequest::kAddMember);
+                     (number == ads_error::kObjectExists && request == LdapRequest::kAddMember && is_one);
   const bool was_made = repeated && is_so;
   if (result != LDAP_SUCCESS && !was_made)
     raise_ldap_error(result, diagnostic(), request, "Change " + dn);
 }
 
 void LdapConnection::remove(const std::string& dn) {
+  ++changes_of_names_;
   const int result = run([&] { return ldap_delete_ext_s(handle_->get(), dn.c_str(), nullptr, nullptr); },
                          [&] { return !exists(dn); });
   if (result != LDAP_SUCCESS)
@@ -290,6 +299,7 @@ void LdapConnection::remove(const std::string& dn) {
 
 void LdapConnection::rename(const std::string& dn, const std::string& new_rdn,
                             const std::string& new_parent) {
+  ++changes_of_names_;
   const int result = run(
       [&] {
         return ldap_rename_s(handle_->get(), dn.c_str(), new_rdn.c_str(),

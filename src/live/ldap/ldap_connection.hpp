@@ -88,6 +88,9 @@ class LdapConnection {
   void remove(const std::string& dn);
   void rename(const std::string& dn, const std::string& new_rdn, const std::string& new_parent);
 
+  /// How often something was asked for here that can give an account's name to another account.
+  [[nodiscard]] std::size_t changes_of_names() const { return changes_of_names_; }
+
  private:
   void connect();
   void reconnect();
@@ -109,6 +112,7 @@ class LdapConnection {
   std::optional<std::time_t> ends_;  ///< of the ticket that seals it
   bool had_connection_ = false;      ///< at some time, even if lost by now
   bool gone_ = false;                ///< it was waited for in vain
+  std::size_t changes_of_names_ = 0;
 };
 
 /// All values of a link of an entry ("member", "memberOf"), even when the server returns them in ranges,
