@@ -21,7 +21,7 @@ void add_values(records::JsonLine& entry, const std::string& name, const std::ve
 }
 
 /// A directory has no empty values.
-std::vector<std::string> read_values(const records::JsonLine& entry, const std::string& name) {
+std::vector<std::string> recorded_values(const records::JsonLine& entry, const std::string& name) {
   std::vector<std::string> values;
   for (std::string value; !(value = entry.text(key_of(name, values.size()))).empty();)
     values.push_back(std::move(value));
@@ -43,8 +43,8 @@ std::optional<AccountChange> change_of(const records::JsonLine& entry) {
   if (word == kWords.end())
     return std::nullopt;
   return AccountChange{static_cast<AccountChange::Kind>(std::distance(kWords.begin(), word)),
-                       entry.text("sid"), entry.text("what"), read_values(entry, "before"),
-                       read_values(entry, "after")};
+                       entry.text("sid"), entry.text("what"), recorded_values(entry, "before"),
+                       recorded_values(entry, "after")};
 }
 
 }  // namespace twk::batch
