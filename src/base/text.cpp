@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 
 #include "base/code_points.hpp"
@@ -173,7 +174,14 @@ std::string_view trim_right(std::string_view text) {
 }
 
 bool is_ascii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  std::uint64_t bits = 0;
+  for (std::uint64_t eight = 0; text.size() >= sizeof(eight); text.remove_prefix(sizeof(eight))) {
+    std::memcpy(&eight, text.data(), sizeof(eight));
+    bits |= eight;
+  }
+  for (const char c : text)
+    bits |= static_cast<unsigned char>(c);
+  return (bits & 0x8080808080808080U) == 0;
 }
 
 std::string upper(std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -158,7 +159,7 @@ End run_lines(Session& session, std::string_view path, ImportSource& lines, cons
     NewUserRequest request = order.user;
     request.UserId.clear();
     fill_names(state, request);
-    keep_outcome(session, order, creation::create_user(session, request, view));
+    keep_outcome(session, order, creation::create_user(session, std::move(request), view));
     view.end_line(session.LastCreation);
     view.counted("Number of Users Imported from " + title(path) + "= " +
                  base::to_text(state.ImportAddedCount));
@@ -168,7 +169,7 @@ End run_lines(Session& session, std::string_view path, ImportSource& lines, cons
       view.pace(*text);
     const bool refused = session.LastCreation.light == session::kRed;
     if ((state.ImportHalt && order.halt_on_errors) ||
-        (refused && !state.holds_records && has_lost_records(session, request)))
+        (refused && !state.holds_records && has_lost_records(session, order.user)))
       return End::kErrorHalt;
     if (state.ImportHaltWarning && order.halt_on_warnings)
       return End::kWarningHalt;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "base/error_words.hpp"
 #include "base/text.hpp"
@@ -256,21 +257,23 @@ CreationOutcome fail(CreationRun& run, const base::RuntimeError& failure) {
   return outcome;
 }
 
-/// One run; none when the name is taken and the request asks for another one.
+/// One run, which takes the request; none, and the request again, when the name is taken and another one is
+/// asked for.
 std::optional<CreationOutcome> run_once(Session& session, NewUserRequest& request, CreationView& view) {
-  CreationRun run(session, request, view);
   session.Error_Status_Text = "Error Creating User...";
   session.Error_Log_Text = "Error Creating User: " + request.UserId;
+  CreationRun run(session, std::move(request), view);
   try {
     Step step = SettleName(run);
     // An import has asked before its first line.
     if (step == Step::kGoOn && !session.import.Importing)
       RequireShareRights(run);
     if (step == Step::kGoOn)
-      step = request.names_only ? foresee_name(run) : work(run);
-    request = run.request;
-    if (step == Step::kAgain)
+      step = run.request.names_only ? foresee_name(run) : work(run);
+    if (step == Step::kAgain) {
+      request = std::move(run.request);
       return std::nullopt;
+    }
     if (step == Step::kEnd)
       return outcome_of(run, run.is_known ? session::kYellow : std::string_view{}, run.message);
     remember_person(run);
