@@ -48,7 +48,7 @@ class ConnectingWindow final : public QDialog {
         .ask_password = {}};
     if (ask) {
       listener.ask_password = [this, ask](const std::string& user) {
-        const auto password = ask(user);
+        auto password = ask(user);
         attempt_.password = password.value_or(std::string());
         return password;
       };

@@ -364,7 +364,17 @@ int run_without_lab(Journey& journey, screens::QtDialogs& dialogs) {
   return world::says_anything(options.connection) ? kExitBadData : run_on_choice(journey, dialogs);
 }
 
-/// Where the person went from a main window. What cannot be opened leads to the start window.
+/// None when the place cannot be opened, or the person does not want to go there after all.
+std::optional<int> go_to(const Next& there, Journey& journey, screens::QtDialogs& dialogs) {
+  if (there.start_window)
+    return std::nullopt;
+  if (there.lab.isEmpty())
+    return can_reach_domains() ? connect_first(journey, dialogs) : std::nullopt;
+  const auto workplace = open(journey.options, there.lab);
+  return workplace ? std::optional(workplace->work(journey.next)) : std::nullopt;
+}
+
+/// Where the person went from a main window. What is not opened leads to the start window.
 int go_on(Journey& journey, screens::QtDialogs& dialogs, int code) {
   while (journey.next) {
     const Next there = *std::exchange(journey.next, std::nullopt);
@@ -372,16 +382,8 @@ int go_on(Journey& journey, screens::QtDialogs& dialogs, int code) {
     journey.options.lab.clear();
     journey.options.database.clear();
     journey.options.connection = {};
-    if (there.start_window) {
-      code = run_on_choice(journey, dialogs);
-    } else if (there.lab.isEmpty()) {
-      const auto ended = can_reach_domains() ? connect_first(journey, dialogs) : std::nullopt;
-      code = ended ? *ended : run_on_choice(journey, dialogs);
-    } else if (const auto workplace = open(journey.options, there.lab)) {
-      code = workplace->work(journey.next);
-    } else {
-      code = run_on_choice(journey, dialogs);
-    }
+    const auto ended = go_to(there, journey, dialogs);
+    code = ended ? *ended : run_on_choice(journey, dialogs);
   }
   return code;
 }
