@@ -75,7 +75,7 @@ prepare() {
   mount --bind "$state/etc" /etc
   mkdir -p /etc/samba
   rm -f /etc/resolv.conf
-  printf 'search hq.north.example\nnameserver 192.0.2.10\n' >/etc/resolv.conf
+  printf 'search hq.north.example\nnameserver 192.0.2.10\nnameserver 192.0.2.13\n' >/etc/resolv.conf
   printf '127.0.0.1 localhost\n' >/etc/hosts
   printf '[global]\n  client signing = mandatory\n' >/etc/samba/smb.conf
   printf '[libdefaults]\n  default_realm = HQ.NORTH.EXAMPLE\n  rdns = false\n' >"$KRB5_CONFIG"
@@ -85,6 +85,8 @@ prepare() {
   hold dc1 192.0.2.10
   hold fs1 192.0.2.11
   hold fs2 192.0.2.12
+  # A second controller, which the command may start.
+  hold dc2 192.0.2.13
   [[ -e "$state/users.map" ]] || provision >"$state/provision.log" 2>&1 ||
     fail "the domain was not made: $(tail -3 "$state/provision.log")"
 }

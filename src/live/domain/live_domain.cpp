@@ -59,6 +59,17 @@ const std::string& LiveDomain::controller() {
   return controller_;
 }
 
+std::string LiveDomain::another_controller(const std::string& host, bool is_gone) {
+  if (!settings().server.empty())
+    return {};
+  if (!base::equals_fold(controller_, host))
+    return controller_;
+  std::string other = is_gone ? answering_controller(settings(), settings().domain, host) : std::string();
+  if (!other.empty())
+    controller_ = other;
+  return other;
+}
+
 bool LiveDomain::is_own(std::string_view server) const {
   return server.empty() || base::equals_fold(server, settings().domain) ||
          (facts_ && base::equals_fold(server, facts_->netbios));
@@ -73,7 +84,11 @@ std::unique_ptr<LdapConnection> LiveDomain::make(std::string_view server, bool c
     place.host = locate_controller(logon, place.host);
   if (catalogue)
     place.port = catalogue_port();
-  return std::make_unique<LdapConnection>(credentials, std::move(place.host), place.port);
+  auto connection = std::make_unique<LdapConnection>(credentials, std::move(place.host), place.port);
+  if (is_own(server) && credentials == credentials_)
+    connection->find_others_by(
+        [this](const std::string& host, bool is_gone) { return another_controller(host, is_gone); });
+  return connection;
 }
 
 LdapConnection& LiveDomain::ldap(std::string_view server, bool catalogue) {

@@ -100,6 +100,9 @@ class LiveDomain {
   };
 
   const Facts& facts();
+  /// The controller that the domain has turned to, if that is another; once `host` is gone, one that answers,
+  /// which is the domain's from here on. Empty when there is none, or the settings name the one to use.
+  std::string another_controller(const std::string& host, bool is_gone);
   LdapConnection& catalogue_of(std::string_view server);
   /// The kept connection of that key, made by `make` when there is none.
   LdapConnection& kept(const std::string& key, std::string_view server, bool catalogue);

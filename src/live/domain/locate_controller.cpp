@@ -9,6 +9,7 @@
 #include <array>
 
 #include "base/errors.hpp"
+#include "base/text.hpp"
 #include "live/ldap/ldap_session.hpp"
 #include "live/logon/network_probe.hpp"
 
@@ -20,6 +21,27 @@ struct SrvTarget {
   int weight = 0;
   std::string host;
 };
+
+std::vector<std::string> controllers_of(const std::string& domain) {
+  return look_up_srv("_ldap._tcp.dc._msdcs." + domain);
+}
+
+std::string first_answering(const LiveSettings& settings, const std::vector<std::string>& hosts,
+                            const std::string& gone) {
+  constexpr int kPatienceSeconds = 3;
+  for (const std::string& host : hosts) {
+    base::Trap trap;
+    bool answers = false;
+    if (!base::equals_fold(host, gone)) {
+      trap([&] {
+        answers = why_no_answer(host, ldap_port(settings, settings.port), kPatienceSeconds).empty();
+      });
+    }
+    if (answers)
+      return host;
+  }
+  return {};
+}
 
 }  // namespace
 
@@ -66,17 +88,15 @@ std::vector<std::string> look_up_srv(const std::string& name, SrvAnswer* how) {
   return hosts;
 }
 
+std::string answering_controller(const LiveSettings& settings, const std::string& domain,
+                                 const std::string& gone) {
+  return first_answering(settings, controllers_of(domain), gone);
+}
+
 std::string locate_controller(const LiveSettings& settings, const std::string& domain) {
-  constexpr int kPatienceSeconds = 3;
-  const std::vector<std::string> hosts = look_up_srv("_ldap._tcp.dc._msdcs." + domain);
-  for (const std::string& host : hosts) {
-    base::Trap trap;
-    bool answers = false;
-    trap(
-        [&] { answers = why_no_answer(host, ldap_port(settings, settings.port), kPatienceSeconds).empty(); });
-    if (answers)
-      return host;
-  }
+  const std::vector<std::string> hosts = controllers_of(domain);
+  if (std::string host = first_answering(settings, hosts, {}); !host.empty())
+    return host;
   if (!hosts.empty())
     return hosts.front();
   const std::string name = ask_host_name(settings, domain);

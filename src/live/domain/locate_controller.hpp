@@ -13,6 +13,10 @@ namespace twk::live {
 /// because a ticket is issued for a name.
 std::string locate_controller(const LiveSettings& settings, const std::string& domain);
 
+/// The first of those that answers, other than one that is known not to; empty when there is none.
+std::string answering_controller(const LiveSettings& settings, const std::string& domain,
+                                 const std::string& gone);
+
 /// The result of a query to the name service.
 enum class SrvAnswer {
   kFound,

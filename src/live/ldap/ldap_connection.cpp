@@ -115,13 +115,29 @@ void LdapConnection::open() {
   had_connection_ = true;
 }
 
+bool LdapConnection::go_elsewhere(bool is_gone) {
+  std::string other = find_other_ ? find_other_(host_, is_gone) : std::string();
+  if (other.empty())
+    return false;
+  if (is_gone)
+    credentials_->tell(host_ + " does not answer any more: the work goes on with " + other);
+  host_ = std::move(other);
+  return true;
+}
+
 void LdapConnection::reconnect() {
+  bool has_moved = go_elsewhere(false);
   const auto end = std::chrono::steady_clock::now() + (gone_ ? std::chrono::seconds(0) : kPatience);
   for (;;) {
     try {
       connect();
       break;
     } catch (const base::RuntimeError& failure) {
+      // Once: two servers that answer and let nobody in would take turns for ever.
+      if (!has_moved && failure.number() == ads_error::kServerDown && go_elsewhere(true)) {
+        has_moved = true;
+        continue;
+      }
       credentials_->tell_failure(failure.description());
       gone_ = failure.number() == ads_error::kServerDown &&
               (credentials_->is_stopped() || std::chrono::steady_clock::now() >= end);
@@ -251,9 +267,18 @@ void LdapConnection::add(const std::string& dn, const std::vector<LdapAttribute>
   ModArray mods;
   for (const LdapAttribute& attribute : attributes)
     mods.add(LDAP_MOD_ADD, attribute.name, attribute.values);
+  const std::string asked = host_;
+  const auto is_made = [&] {
+    if (host_ != asked) {
+      base::raise(ads_error::kServerDown, asked + " went away while it was asked to create " + dn +
+                                              ". Look whether it is there once " + asked +
+                                              " is back, before it is created again; the work goes on with " +
+                                              host_);
+    }
+    return exists(dn);
+  };
   const int result =
-      run([&] { return ldap_add_ext_s(handle_->get(), dn.c_str(), mods.data(), nullptr, nullptr); },
-          [&] { return exists(dn); });
+      run([&] { return ldap_add_ext_s(handle_->get(), dn.c_str(), mods.data(), nullptr, nullptr); }, is_made);
   if (result != LDAP_SUCCESS)
     raise_ldap_error(result, diagnostic(), LdapRequest::kAdd, "Create " + dn);
 }

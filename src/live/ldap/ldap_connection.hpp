@@ -52,7 +52,9 @@ class LdapCursor {
 /// When it is lost, it is reopened; a server that does not answer is waited for, up to 20 seconds, but not
 /// a second time until it is back. A read is then repeated. A write may or may not have been made before the
 /// connection was lost: the directory is checked first, and only what is missing is written again. A
-/// connection whose ticket has expired counts as lost; the ticket available by then opens the next one.
+/// connection whose ticket has expired counts as lost; the ticket available by then opens the next one. Where
+/// another server holds the same, the work goes on there at once; but an entry that the lost one was asked to
+/// create is not created a second time, because the other server may not know yet of the first.
 ///
 /// Every call raises the numbers of `ldap_errors.hpp`.
 class LdapConnection {
@@ -64,6 +66,11 @@ class LdapConnection {
   ~LdapConnection();
 
   [[nodiscard]] const std::string& host() const { return host_; }
+
+  /// Finds another server that holds the same: the one that others have turned to already or, once this one
+  /// is known to be gone, any that answers. Empty when there is none.
+  using FindOther = std::function<std::string(const std::string& host, bool is_gone)>;
+  void find_others_by(FindOther find) { find_other_ = std::move(find); }
 
   /// Connects and logs on, unless that has been done.
   void open();
@@ -94,6 +101,8 @@ class LdapConnection {
  private:
   void connect();
   void reconnect();
+  /// Turns to another server. False when there is none.
+  bool go_elsewhere(bool is_gone);
   void close();
   [[nodiscard]] std::string diagnostic() const;
   /// Runs a request, and once more on a new connection when it was lost. `done` checks whether a write was
@@ -113,6 +122,7 @@ class LdapConnection {
   bool had_connection_ = false;      ///< at some time, even if lost by now
   bool gone_ = false;                ///< it was waited for in vain
   std::size_t changes_of_names_ = 0;
+  FindOther find_other_;
 };
 
 /// All values of a link of an entry ("member", "memberOf"), even when the server returns them in ranges,
