@@ -23,6 +23,7 @@ using live::LiveDomain;
 using live::LiveSettings;
 using live::StepOutcome;
 using testing::HasSubstr;
+using testing::StartsWith;
 namespace ads_error = platform::ads_error;
 
 LiveSettings by_password(LiveSettings::Tls tls) {
@@ -129,7 +130,8 @@ TEST_P(EveryRefusedConnection, FailsAtItsStepWithWhatIsWrong) {
   EXPECT_EQ(step.outcome, StepOutcome::kFailed) << describe(live::check_connection(settings, {}, {}, {}));
   EXPECT_THAT(step.detail, HasSubstr(GetParam().text));
   LiveDomain domain(settings);
-  EXPECT_EQ(complaint_of([&] { domain.ldap().open(); }), step.detail);
+  // The check adds what to do.
+  EXPECT_THAT(step.detail, StartsWith(complaint_of([&] { domain.ldap().open(); })));
 }
 
 INSTANTIATE_TEST_SUITE_P(
