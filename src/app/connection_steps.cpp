@@ -76,6 +76,7 @@ void ConnectionSteps::show(std::size_t row, const TimedStep& ended) {
   shown.detail->setEnabled(was_tried);
   shown.detail->setText(screens::to_qt(ended.step.detail));
   shown.time->setText(was_tried ? time_text(ended.time) : QString());
+  fit();
 }
 
 void ConnectionSteps::show_running(std::size_t row, std::chrono::milliseconds time) {
@@ -85,6 +86,15 @@ void ConnectionSteps::show_running(std::size_t row, std::chrono::milliseconds ti
     label->setEnabled(true);
   rows_[row].detail->setText("trying…");
   rows_[row].time->setText(time_text(time));
+}
+
+void ConnectionSteps::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  fit();
+}
+
+void ConnectionSteps::fit() {
+  setMinimumHeight(layout()->totalHeightForWidth(width()));
 }
 
 }  // namespace twk::app

@@ -42,6 +42,9 @@ class ConnectionSteps final : public QWidget {
     QLabel* time = nullptr;
   };
   void add_row(QGridLayout& grid, const QString& name);
+  void resizeEvent(QResizeEvent* event) override;
+  /// Texts of several lines keep their height.
+  void fit();
 
   std::vector<Row> rows_;
 };

@@ -114,9 +114,6 @@ void expand_name(std::string& text, std::string_view tag, std::string_view name)
 }
 
 void expand_serials(session::Session& session, std::string& text) {
-  // Most formats have none, and the setting need not be read for them.
-  if (find_tag(text, "%N") == base::npos)
-    return;
   if (!session.SerialTokenUsed)
     session.SerialCounter = stored_serial(session);
   expand_serial(session, text, "%N%", 1);

@@ -56,7 +56,7 @@ class Lines {
   std::size_t number_ = 0;
 };
 
-/// Takes a in_quotes text from the front of `rest`.
+/// Takes a quoted text from the front of `rest`.
 std::string take_quoted(std::string_view& rest, const Lines& lines) {
   std::string text;
   for (std::size_t at = 1; at < rest.size(); ++at) {
@@ -114,7 +114,7 @@ std::string take_other(std::string_view first, Lines& lines) {
   const std::array<std::string_view, 3> kinds = {"dword:", "hex:", "hex("};
   if (std::none_of(kinds.begin(), kinds.end(),
                    [&](auto kind) { return base::starts_with_fold(first, kind); })) {
-    lines.fail("a value is neither in_quotes text nor dword or hex");
+    lines.fail("a value is neither quoted text nor dword or hex");
   }
   std::string other(first);
   while (other.ends_with('\\')) {
