@@ -34,6 +34,10 @@ std::string count_text(std::size_t count, const char* one, const char* several) 
   return std::to_string(count) + " " + (count == 1 ? one : several);
 }
 
+std::string remedy_for(const std::string& server) {
+  return "`twk lab server add " + server + "`";
+}
+
 class LabCheck {
  public:
   LabCheck(fs::path folder, platform::Dialogs& dialogs, const std::function<void(const CheckStep&)>& tell)
@@ -156,7 +160,7 @@ class LabCheck {
       };
       const std::string server(base::trim(site.NTServer));
       if (!server.empty() && !has_server(server))
-        miss("there is no file server " + server + ": `twk lab server add " + server + "`");
+        miss(std::string("there is no file server ").append(server).append(": ").append(remedy_for(server)));
       const std::string mail(base::trim(site.ExchangeServer));
       if (!mail.empty() && !has_mail_server(mail, site.Exchange2000))
         miss("there is no Exchange server " + mail);
@@ -179,8 +183,14 @@ class LabCheck {
            {&one.ProfilePath, &one.HomeDir, &one.ProfileDirPath, &one.HomeDirPath}) {
         const std::string server = creation::Get_Server_Name(*path);
         if (!server.empty() && server.find('%') == base::npos && !has_server(server))
-          finding.faults.push_back("template \"" + one.Name + "\": " + *path + " names the file server " +
-                                   server + ", which is not there: `twk lab server add " + server + "`");
+          finding.faults.push_back(std::string("template \"")
+                                       .append(one.Name)
+                                       .append("\": ")
+                                       .append(*path)
+                                       .append(" names the file server ")
+                                       .append(server)
+                                       .append(", which is not there: ")
+                                       .append(remedy_for(server)));
       }
     }
     return finding;

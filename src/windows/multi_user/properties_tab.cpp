@@ -201,7 +201,7 @@ batch::PropertyCounts CHANGE_AD_Click(Desktop& session, const PropertyObserver& 
   std::vector<batch::AccountChange> changes;
   order->changed = [&](const batch::AccountChange& change) { changes.push_back(change); };
   PropertiesView view(session);
-  const auto counts = batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
+  auto counts = batch::change_selection(session, *order, session.multi_user.AD_CHANGE.text, view);
   keep_run(session, std::move(changes));
   return counts;
 }
