@@ -83,29 +83,49 @@ std::string fault_text(const CLI::App& app, const CLI::ParseError& error) {
   return is_extra ? "unknown command or option " + text.substr(word + 2) : text;
 }
 
-void add_commands(Command& app, Context& context) {
-  add_lab_commands(app, context);
-  add_doctor_command(app, context);
-  add_settings_commands(app, context);
-  add_site_commands(app, context);
-  add_template_commands(app, context);
-  add_table_commands(app, context);
-  add_hours_commands(app, context);
-  add_custom_commands(app, context);
-  add_format_command(app, context);
-  add_user_commands(app, context);
-  add_users_commands(app, context);
-  add_profile_commands(app, context);
-  add_mailbox_commands(app, context);
-  add_group_commands(app, context);
-  add_ou_commands(app, context);
-  add_ts_commands(app, context);
-  add_options_commands(app, context);
-  add_acl_commands(app, context);
-  add_owner_commands(app, context);
-  add_share_commands(app, context);
-  add_log_commands(app, context);
-  add_database_commands(app, context);
+struct CommandGroup {
+  std::string_view name;
+  void (*add)(Command& app, Context& context);
+};
+
+/// In the order of the help.
+constexpr CommandGroup kGroups[] = {
+    {"lab", add_lab_commands},
+    {"doctor", add_doctor_command},
+    {"settings", add_settings_commands},
+    {"site", add_site_commands},
+    {"template", add_template_commands},
+    {"table", add_table_commands},
+    {"hours", add_hours_commands},
+    {"custom", add_custom_commands},
+    {"format", add_format_command},
+    {"user", add_user_commands},
+    {"users", add_users_commands},
+    {"profile", add_profile_commands},
+    {"mailbox", add_mailbox_commands},
+    {"group", add_group_commands},
+    {"ou", add_ou_commands},
+    {"ts", add_ts_commands},
+    {"options", add_options_commands},
+    {"acl", add_acl_commands},
+    {"owner", add_owner_commands},
+    {"share", add_share_commands},
+    {"log", add_log_commands},
+    {"db", add_database_commands},
+};
+
+/// The groups that are named by any word of the line, since making the options of all of them takes most of
+/// the time of a short command. All groups for a line that names none, whose fault or help lists them, and
+/// for help of any kind.
+void add_commands(Command& app, Context& context, const std::vector<std::string>& words) {
+  const auto has = [&words](std::string_view word) { return std::ranges::find(words, word) != words.end(); };
+  const bool is_help =
+      has("--help") || has("-h") || (!words.empty() && (words[0] == "help" || words[0].starts_with("__")));
+  const bool all = is_help || std::ranges::none_of(kGroups, has, &CommandGroup::name);
+  for (const CommandGroup& group : kGroups) {
+    if (all || has(group.name))
+      group.add(app, context);
+  }
 }
 
 /// Raises `CLI::ParseError`, and `UsageError` with where to find help.
@@ -176,7 +196,7 @@ std::function<int()> parse_line(Context& context, const std::vector<std::string>
   constexpr const char* kDryRun = "--dry-run";
   const auto line = std::make_shared<Line>();
   line->app.require_subcommand(1);
-  add_commands(line->commands, context);
+  add_commands(line->commands, context, given);
   std::vector<const char*> words = {"twk"};
   for (const std::string& word : given)
     words.push_back(word.c_str());
@@ -211,7 +231,7 @@ int run(int argc, char** argv) {
   line.fallthrough();
   Command app(line);
   add_global_options(app, context.options());
-  add_commands(app, context);
+  add_commands(app, context, {argv + std::min(argc, 1), argv + argc});
   add_plan_commands(app, context, [&context](const std::vector<std::string>& words, bool dry_run) {
     return parse_line(context, words, dry_run);
   });

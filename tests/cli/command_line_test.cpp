@@ -103,6 +103,8 @@ $ --help
 | --lab
 | template
 | --domain
+$ --help user
+| template
 $ --lab $FOLDER lab info => 65 is not a lab
 $ help template
 | SUBCOMMAND
