@@ -5,8 +5,11 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "batch/import.hpp"
+#include "controls/tree_view.hpp"
+#include "directory/tree/tree.hpp"
 #include "windows/create_user.hpp"
 #include "windows/csv_layout.hpp"
+#include "windows/main_window.hpp"
 #include "windows/rehearse_import.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
@@ -36,6 +39,15 @@ batch::ImportOrder order_of(Desktop& session) {
   return order;
 }
 
+/// A name is in use when the tree shows it. In a container that nobody has opened yet, each clash would be
+/// refused by the directory instead of getting another name.
+void open_place(Desktop& session) {
+  controls::TreeView& tree = session.form1.TreeView1;
+  controls::TreeNode* const place = tree.selected();
+  if (place != nullptr && !directory::is_read(tree, *place))
+    TreeView1_Expand(session, *place);
+}
+
 /// Runs over a file as the New User tab and the preferences ask for; nothing else can be done meanwhile.
 bool run_file(
     Desktop& session, std::string_view path,
@@ -44,6 +56,8 @@ bool run_file(
   const batch::ImportOrder order = order_of(session);
   form.enabled = false;
   form.USERID.text = std::string();
+  session.cancel_import.heading.caption =
+      std::string(session.csv_import.rehearses ? "Cancel Rehearsal" : "Cancel Import");
   session.cancel_import.visible = true;
   form.import_pace.caption = std::string();
   NewUserView view(form, true);
@@ -57,12 +71,15 @@ bool run_file(
 bool run_or_rehearse(Desktop& session, std::string_view path) {
   if (show_import_faults(session, order_of(session)))
     return false;
+  open_place(session);
   if (session.csv_import.rehearses) {
+    RehearsalEnd end;
     run_file(session, path, [&](auto file, const auto& order, auto& view) {
-      rehearse_import(session, file, order, view);
+      end = rehearse_import(session, file, order, view);
       return true;
     });
     clear_new_user_tab(session.form1);
+    session.platform.dialogs.MsgBox(end.text, platform::Buttons::kOk, end.icon, "Rehearsal");
     return true;
   }
   const auto run = [&](auto file, const auto& order, auto& view) {

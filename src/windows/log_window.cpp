@@ -113,8 +113,11 @@ void show(Desktop& session, controls::ListRow* block) {
 }  // namespace
 
 void View_Log_Click(Desktop& session) {
-  if (!session::Log_Detail(session) && load(session))
-    show(session, nullptr);
+  const std::string status = session.form1.StatusBar1.panel1.get();
+  if (session::Log_Detail(session) || !load(session))
+    return;
+  session.form1.StatusBar1.panel1 = status;
+  show(session, nullptr);
 }
 
 void show_block_of(Desktop& session, const controls::ListRow& row) {

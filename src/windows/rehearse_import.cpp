@@ -8,13 +8,6 @@
 #include "windows/state/form1.hpp"
 
 namespace twk::windows {
-namespace {
-
-void box(Desktop& session, const std::string& text, platform::Icon icon, const char* title) {
-  session.platform.dialogs.MsgBox(text, platform::Buttons::kOk, icon, title);
-}
-
-}  // namespace
 
 bool show_import_faults(Desktop& session, const batch::ImportOrder& order) {
   std::string stopping;
@@ -25,12 +18,13 @@ bool show_import_faults(Desktop& session, const batch::ImportOrder& order) {
       stopping += text + ".\r\n";
   }
   if (!stopping.empty())
-    box(session, "Every line would fail:\r\n" + stopping, platform::Icon::kCritical, "Can't Import Users");
+    session.platform.dialogs.MsgBox("Every line would fail:\r\n" + stopping, platform::Buttons::kOk,
+                                    platform::Icon::kCritical, "Can't Import Users");
   return !stopping.empty();
 }
 
-void rehearse_import(Desktop& session, std::string_view path, const batch::ImportOrder& order,
-                     batch::ImportView& view) {
+RehearsalEnd rehearse_import(Desktop& session, std::string_view path, const batch::ImportOrder& order,
+                             batch::ImportView& view) {
   int created = 0;
   int warned = 0;
   int refused = 0;
@@ -52,12 +46,11 @@ void rehearse_import(Desktop& session, std::string_view path, const batch::Impor
            }});
   session.form1.SSTab1 = tab::kLog;
   if (!outcome.failure.empty())
-    return box(session, outcome.failure, platform::Icon::kCritical, "Rehearsal");
-  box(session,
-      base::to_text(created) + " users would be created, " + base::to_text(warned) +
-          " of them with warnings, " + base::to_text(refused) +
-          " not.\r\nNothing was written. The log has each step.",
-      platform::Icon::kInformation, "Rehearsal");
+    return {outcome.failure, platform::Icon::kCritical};
+  return {base::to_text(created) + " users would be created, " + base::to_text(warned) +
+              " of them with warnings, " + base::to_text(refused) +
+              " not.\r\nNothing was written. The log has each step.",
+          platform::Icon::kInformation};
 }
 
 }  // namespace twk::windows

@@ -110,6 +110,19 @@ TEST_F(ImportWindowsTest, CancelEscAndRehearseInTheLayoutTakeNothingIn) {
   });
   EXPECT_THAT(shown_in("ListView1"), Contains("Line 20: First20.Floor would be created"));
   EXPECT_EQ(lab.path_of("First20.Floor"), "");
+  // Names that clash in a container which nobody has opened.
+  controls::TreeView& tree = lab.session.form1.TreeView1;
+  tree.select(tree.find("CN=Users,DC=twk,DC=test"));
+  lab.session.form1.ALTID.text = std::string("%first%.%last%%n%");
+  put_file(lab.folder / "twins.csv", "Eva,,May\r\nEva,,May\r\n");
+  expect_file(lab.folder / "twins.csv");
+  expect_window([this](QWidget& layout) {
+    expect_box("2 users would be created");
+    expect_window([this](QWidget& again) { click("Command2", &again); });
+    click("Rehearse", &layout);
+  });
+  find<QAction>("mnuFile1")->trigger();
+  settle();
 }
 
 /// How a person stops a run.
@@ -225,7 +238,9 @@ TEST_F(ImportWindowsTest, WithoutAViewerTheLogHasAWindowAndARowOpensWhatItIsAbou
     EXPECT_THAT(shown_text(shown), HasSubstr("no room"));
     QTest::keyClick(&shown, Qt::Key_Escape);
   });
+  const std::string before = status();
   click("Log_Detail");
+  EXPECT_EQ(status(), before) << "it was shown after all";
 }
 
 TEST_F(ImportWindowsTest, PeopleWhoHaveAnAccountArePassedOverAndNamesKeptAsTheyAre) {

@@ -5,6 +5,7 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/pace.hpp"
+#include "screens/widgets/text.hpp"
 #include "windows/import.hpp"
 #include "windows/state/form1.hpp"
 #include "windows/state/import_windows.hpp"
@@ -12,7 +13,7 @@
 namespace twk::screens {
 namespace {
 
-void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
+QLabel* add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
   auto* const text = new QLabel(box.parentWidget());
   text->setObjectName(name);
   text->setTextFormat(Qt::PlainText);
@@ -20,6 +21,7 @@ void add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
   box.addWidget(text);
   bind_to(*text, control);
   follow(*text, control.caption, [paint = PacedPainting(*text)](const std::string&) { paint(); });
+  return text;
 }
 
 }  // namespace
@@ -28,7 +30,8 @@ std::unique_ptr<QDialog> make_cancel_import(windows::Desktop& session, QWidget* 
   auto window = std::make_unique<QDialog>(parent);
   QDialog* const dialog = window.get();
   dialog->setObjectName("CancelImport");
-  dialog->setWindowTitle("Cancel Import");
+  follow(*dialog, session.cancel_import.heading.caption,
+         [dialog](const std::string& title) { dialog->setWindowTitle(to_qt(title)); });
   windows::Form1& form = session.form1;
   auto* const column = new QVBoxLayout(dialog);
   add_caption(*column, "Import_Text", form.Import_Text);
@@ -39,7 +42,9 @@ std::unique_ptr<QDialog> make_cancel_import(windows::Desktop& session, QWidget* 
   bind_to(*bar, form.ProgressBar1);
   follow(*bar, form.ProgressBar1.value, [paint = PacedPainting(*bar)](int) { paint(); });
   add_caption(*column, "progress", form.progress);
-  add_caption(*column, "import_pace", form.import_pace);
+  // The window is as large as it opens, and this text comes later, in two lines.
+  auto* const pace = add_caption(*column, "import_pace", form.import_pace);
+  pace->setMinimumHeight(2 * pace->fontMetrics().lineSpacing());
   column->addStretch();
   auto* const row = new QHBoxLayout;
   column->addLayout(row);

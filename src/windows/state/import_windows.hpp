@@ -79,6 +79,7 @@ struct ImportGrps {
 
 struct CancelImport {
   controls::Observable<bool> visible{false};
+  controls::Label heading;  ///< the title of the window: a rehearsal is no import
   controls::Button CancelButton;
 };
 
