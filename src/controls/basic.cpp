@@ -12,6 +12,11 @@ void ComboBox::add_item(std::string item) {
   items_changed_.emit();
 }
 
+void ComboBox::set_items(std::vector<std::string> items) {
+  items_ = std::move(items);
+  items_changed_.emit();
+}
+
 void ComboBox::remove_item(std::string_view item) {
   std::erase_if(items_, [item](const std::string& one) {
     return base::equals_fold(base::trim(one), base::trim(item));

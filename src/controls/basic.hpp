@@ -101,6 +101,8 @@ class ComboBox {
 
   [[nodiscard]] const std::vector<std::string>& items() const { return items_; }
   void add_item(std::string item);
+  /// Instead of those that are there, told once; leaves the text as it is.
+  void set_items(std::vector<std::string> items);
   /// Removes each item that equals the text trimmed and without regard to case.
   void remove_item(std::string_view item);
   void clear();

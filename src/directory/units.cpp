@@ -7,9 +7,11 @@
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
 #include "platform/ldap_text.hpp"
 #include "platform/platform.hpp"
+#include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -126,6 +128,22 @@ std::vector<Unit> list_units(Session& session) {
   for (auto& [key, unit] : units)
     list.push_back(std::move(unit));
   return list;
+}
+
+void list_deeper_units(Session& session) {
+  if (!session.ManageSubOUs)
+    return;
+  controls::ListView& listed = session.domain.units;
+  const controls::DrawingOff off(listed);
+  query(session, session.ManagedOU, kUnits, {"distinguishedName", "name"}, Scope::kSubtree,
+        [&](const platform::Recordset& row) {
+          const std::string key = row.field(0).text();
+          const std::string name = row.field(1).text();
+          const bool is_known =
+              listed.find_key(key) != nullptr || session.domain.selection.find_key(key) != nullptr;
+          if (!is_known && name != "Domain Controllers")
+            listed.add(key, name, "OU");
+        });
 }
 
 std::string UnitContents::in_words() const {

@@ -28,6 +28,10 @@ struct Unit {
 /// All units, each after the one above it, with those next to each other by name.
 std::vector<Unit> list_units(session::Session& session);
 
+/// Adds the units that are managed to the list of units, which a load gives those of one level. Those of the
+/// selection are left out.
+void list_deeper_units(session::Session& session);
+
 /// How much is directly in a unit, or all that is below it.
 struct UnitContents {
   std::size_t users = 0;

@@ -68,13 +68,14 @@ void Move_To_Click(Desktop& session) {
                   [&](session::RunView& view, const batch::RunHooks& hooks) {
                     return batch::move_to_unit(session, *unit, view, hooks);
                   }};
-  order.after = [&](const batch::UserOutcome& moved) {
-    const std::string key = directory::follow_moved_user(session, moved.path, *unit);
-    // The details tab keeps showing the user.
-    if (session.form1.USERID_W2K.text.get() == moved.path)
-      session.form1.USERID_W2K.text = key;
-  };
+  order.after = [&](const batch::UserOutcome& moved) { follow_move(session, moved.path, *unit); };
   run_over_users(session, keys, order);
+}
+
+void follow_move(Desktop& session, const std::string& path, const std::string& unit) {
+  const std::string key = directory::follow_moved_user(session, path, unit);
+  if (session.form1.USERID_W2K.text.get() == path)
+    session.form1.USERID_W2K.text = key;
 }
 
 }  // namespace twk::windows

@@ -122,7 +122,10 @@ void Import_Command(Desktop& session) {
     if (!session.import.ImportAccepted || !run_or_rehearse(session, *path))
       return;
   }
-  session.form1.SSTab1 = 0;
+  // A change of tab says "Ready."; what became of the import is to stay.
+  const std::string outcome = session.form1.StatusBar1.panel1.get();
+  session.form1.SSTab1 = tab::kNewUser;
+  session.form1.StatusBar1.panel1 = outcome;
 }
 
 bool Import_File(Desktop& session, std::string_view path) {

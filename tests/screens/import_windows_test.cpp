@@ -44,6 +44,7 @@ class ImportWindowsTest : public ScreenTest {
 
 TEST_F(ImportWindowsTest, AFileIsImportedByColumnsChosenWithTheKeyboard) {
   open();
+  window->tabs().setCurrentIndex(windows::tab::kLog);
   import_starters([this](QWidget& layout) {
     EXPECT_EQ(layout.windowTitle(), "CSV File Import");
     const QAbstractItemModel* const model = pane("ListView1", &layout).model();

@@ -250,6 +250,32 @@ TEST_F(MultiUserWindow, MoveTabAsksForSiteAndTemplateAndMoves) {
   EXPECT_EQ(lab.property("cas", "HomeDirectory"), "\\\\FS1\\Users\\cas");
 }
 
+TEST_F(MultiUserWindow, GroupsTabChangesMembershipsAndUnitsAndARowTakesThemBack) {
+  lab.group("Staff")->Add(lab.path_of("ann"));
+  const auto is_member = [&](const char* name) { return lab.group("Staff")->IsMember(lab.path_of(name)); };
+  with_window([&](QWidget& shown) {
+    take_all(shown);
+    show_tab(shown, windows::multi_tab::kGroups);
+    click("change_groups", &shown);
+    EXPECT_EQ(text(shown, "Label3"), "Choose a group first.");
+    type("joined_group", "Nobody's", &shown);
+    click("change_groups", &shown);
+    EXPECT_EQ(text(shown, "Label3"), "No group has the name \"Nobody's\".");
+    type("joined_group", "Staff", &shown);
+    click("change_groups", &shown);
+    EXPECT_TRUE(is_member("ben") && is_member("cas"));
+    expect_unit("Users");
+    click("move_to_unit", &shown);
+    EXPECT_EQ(lab.path_of("ben"), "LDAP://twk.test/CN=ben,CN=Users,DC=twk,DC=test");
+  });
+  window->tabs().setCurrentIndex(windows::tab::kLog);
+  click_row("ListView1", "Groups changed: 2 users");
+  expect_box("Take back 2 changes of this run?", QMessageBox::Yes);
+  click("Undo_Run");
+  EXPECT_EQ(is_member("ben"), false);
+  EXPECT_TRUE(is_member("ann")) << "she was in before";
+}
+
 TEST_F(MultiUserWindow, ThePopupOpensItWithTheUserAtTheRightTab) {
   open();
   controls::TreeView& tree = lab.session.form1.TreeView1;

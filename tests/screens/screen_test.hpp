@@ -95,6 +95,16 @@ class ScreenTest : public testing::Test, protected ModalWindows {
                         Qt::LeftButton);
     });
   }
+  /// Where something is to be moved: the first unit whose name holds the text.
+  void expect_unit(const QString& part) {
+    expect_window([this, part](QWidget& shown) {
+      EXPECT_EQ(shown.objectName(), "Choose_OU");
+      QTest::keyClicks(find<QLineEdit>("units_filter", &shown), part);
+      QTest::keyClick(&pane("units", &shown), Qt::Key_Down);
+      click("Move", &shown);
+      EXPECT_FALSE(shown.isVisible());
+    });
+  }
   [[nodiscard]] std::string status() const { return lab.session.form1.StatusBar1.panel1; }
   /// Lets queued work run.
   static void settle() { QCoreApplication::processEvents(); }

@@ -49,15 +49,6 @@ class TreePopup : public ScreenTest {
       QTest::keyClick(field, Qt::Key_Return);
     });
   }
-  void expect_unit(const QString& part) {
-    expect_window([this, part](QWidget& shown) {
-      EXPECT_EQ(shown.objectName(), "Choose_OU");
-      QTest::keyClicks(find<QLineEdit>("units_filter", &shown), part);
-      QTest::keyClick(&pane("units", &shown), Qt::Key_Down);
-      click("Move", &shown);
-      EXPECT_FALSE(shown.isVisible());
-    });
-  }
   bool is_disabled(const char* name) { return platform::User(lab.account(name)).AccountDisabled(); }
 };
 

@@ -16,17 +16,6 @@ namespace {
 using windows::ADProperties;
 using windows::Desktop;
 
-/// There are hundreds of names: typed text is searched anywhere in them.
-void offer_matches(QComboBox& box) {
-  auto* const completer = new QCompleter(box.model(), &box);
-  completer->setCompletionMode(QCompleter::PopupCompletion);
-  completer->setFilterMode(Qt::MatchContains);
-  completer->setCaseSensitivity(Qt::CaseInsensitive);
-  completer->setMaxVisibleItems(12);
-  box.setCompleter(completer);
-  box.setMaxVisibleItems(20);
-}
-
 void add_fields(QBoxLayout& columns, Desktop& session, QWidget* parent) {
   ADProperties& tab = session.ad_properties;
   auto* const fields = new QFormLayout;
@@ -75,6 +64,16 @@ QProgressBar* make_progress(ADProperties& tab, QWidget* parent) {
 }
 
 }  // namespace
+
+void offer_matches(QComboBox& box) {
+  auto* const completer = new QCompleter(box.model(), &box);
+  completer->setCompletionMode(QCompleter::PopupCompletion);
+  completer->setFilterMode(Qt::MatchContains);
+  completer->setCaseSensitivity(Qt::CaseInsensitive);
+  completer->setMaxVisibleItems(12);
+  box.setCompleter(completer);
+  box.setMaxVisibleItems(20);
+}
 
 QWidget* make_multi_properties_tab(Desktop& session, QWidget* parent) {
   ADProperties& tab = session.ad_properties;

@@ -41,6 +41,7 @@ QTabWidget* make_tabs(Desktop& session, QWidget* parent) {
   tabs->addTab(make_multi_move_tab(session, tabs), "Move Users");
   tabs->addTab(make_multi_accounts_tab(session, tabs), "Accounts");
   tabs->addTab(make_multi_properties_tab(session, tabs), "AD Properties");
+  tabs->addTab(make_multi_groups_tab(session, tabs), "Groups and OU");
   tabs->setTabVisible(windows::multi_tab::kProperties, session::is_active_directory(session));
   follow(*tabs, session.multi_user.SSTab1, [tabs](int tab) { tabs->setCurrentIndex(tab); });
   QObject::connect(tabs, &QTabWidget::currentChanged, tabs,

@@ -4,11 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/loading/ad_load.hpp"
 #include "directory/loading/nt_load.hpp"
+#include "directory/units.hpp"
 #include "records/record_file.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/settings.hpp"
@@ -16,6 +18,7 @@
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
 #include "windows/multi_user/delete_options.hpp"
+#include "windows/multi_user/groups_tab.hpp"
 #include "windows/multi_user/properties_tab.hpp"
 #include "windows/multi_user/selection_aside.hpp"
 #include "windows/state/desktop.hpp"
@@ -80,6 +83,14 @@ void fill_templates(Desktop& session) {
     box.add_item(records::listed_template_name(bytes));
 }
 
+/// A load lists those of one level only; without the others a class or a department cannot be chosen.
+void list_all_units(Desktop& session) {
+  base::Trap trap;
+  if (!trap([&] { directory::list_deeper_units(session); }))
+    session.multi_user.Label3.caption =
+        "The OU's below others are not listed: " + base::in_words(trap.number(), trap.description());
+}
+
 /// Adds what is not in the selection yet. An account that was created again is no longer a ghost.
 void take(Desktop& session, ListView& list, const std::vector<const ListRow*>& rows) {
   ListView& selection = session.domain.selection;
@@ -111,6 +122,9 @@ void show_multi_user(Desktop& session) {
   if (!session.multi_user.initialized)
     MultiUser_Initialize(session);
   prepare_properties(session);
+  fill_group_choices(session);
+  if (session::is_active_directory(session))
+    list_all_units(session);
   session.platform.dialogs.show_modal("MultiUser");
 }
 

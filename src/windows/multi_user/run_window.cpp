@@ -31,7 +31,8 @@ RunningWindow::RunningWindow(Desktop& session, controls::Button& start,
                              std::initializer_list<controls::Observable<bool>*> off)
     : window_(session.multi_user), start_(start), caption_(start.caption) {
   std::vector<controls::Observable<bool>*> wanted(off);
-  for (controls::Button* const other : {&window_.Del_User, &window_.btn_MoveUser, &window_.btnGo}) {
+  for (controls::Button* const other : {&window_.Del_User, &window_.btn_MoveUser, &window_.btnGo,
+                                        &window_.change_groups, &window_.move_to_unit}) {
     if (other != &start)
       wanted.push_back(&other->enabled);
   }

@@ -20,6 +20,7 @@ inline constexpr int kDelete = 0;
 inline constexpr int kMove = 1;
 inline constexpr int kAccounts = 2;
 inline constexpr int kProperties = 3;
+inline constexpr int kGroups = 4;
 }  // namespace multi_tab
 
 /// Entries of `LockAcc`: functions that change accounts at once, then two searches.
@@ -105,6 +106,12 @@ struct MultiUser {
 
   // AD Properties tab.
   controls::TextBox AD_CHANGE;  ///< the new value of the property
+
+  // Groups and OU tab.
+  controls::ComboBox joined_group;
+  controls::ComboBox left_group;
+  controls::Button change_groups = button("Change &Groups");
+  controls::Button move_to_unit = button("Move to &OU\u2026");
 };
 
 /// True while one of the window's functions is running. Other functions, and changes of the selection, are
