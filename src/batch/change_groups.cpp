@@ -1,91 +1,93 @@
 #include "batch/change_groups.hpp"
 
+#include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <set>
+#include <utility>
 
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "platform/adsi.hpp"
+#include "groups/join_members.hpp"
+#include "groups/memberships.hpp"
 #include "platform/ldap_text.hpp"
 #include "session/run_scope.hpp"
 
 namespace twk::batch {
 namespace {
 
+using groups::Memberships;
 using platform::ObjectPtr;
 using session::Session;
 
 struct BoundGroup {
   const groups::GroupRow& row;
+  bool joins = false;  ///< the users join it, or they leave it
   ObjectPtr object;
-  std::string identity;  ///< its distinguished name in capitals, in a WinNT domain its name
+  std::string identity;
   std::int32_t rid = 0;
 };
 
-std::string path_of(const Session& session, const SelectedUser& user) {
-  return session::is_active_directory(session) ? user.path : directory::winnt_path(session, user.name);
-}
-
-std::vector<BoundGroup> bind_groups(Session& session, const std::vector<groups::GroupRow>& rows) {
+/// Those that are left first.
+std::vector<BoundGroup> bind_groups(Session& session, const GroupsOrder& order) {
   const bool active_directory = session::is_active_directory(session);
   std::vector<BoundGroup> bound;
-  bound.reserve(rows.size());
-  for (const groups::GroupRow& row : rows) {
-    bound.push_back({row, groups::bind_group(session, row),
-                     base::upper(active_directory ? directory::name_in_path(row.key) : row.name),
-                     directory::Group_RID(session, active_directory ? row.key : row.name)});
+  bound.reserve(order.remove.size() + order.add.size());
+  for (const bool joins : {false, true}) {
+    for (const groups::GroupRow& row : joins ? order.add : order.remove) {
+      const std::string& key = active_directory ? row.key : row.name;
+      bound.push_back({row, joins, groups::bind_group(session, row), groups::group_identity(session, key),
+                       directory::Group_RID(session, key)});
+    }
   }
   return bound;
-}
-
-/// What is known of a user before the first change: one look-up, however many groups there are.
-struct Memberships {
-  std::set<std::string> groups;  ///< their identities, the primary one excepted
-  std::int32_t primary = 0;
-};
-
-Memberships read_memberships(const Session& session, const ObjectPtr& user) {
-  Memberships known;
-  known.primary = platform::value_or_empty(*user, "primaryGroupID").integer();
-  if (session::is_active_directory(session)) {
-    for (const platform::Value& group : platform::value_or_empty(*user, "memberOf").list())
-      known.groups.insert(base::upper(group.text()));
-    return known;
-  }
-  for (const ObjectPtr& group : user->Groups())
-    known.groups.insert(base::upper(group->Name()));
-  return known;
 }
 
 /// The changes of one user.
 class UserGroups {
  public:
-  UserGroups(Session& session, const SelectedUser& user, const RunHooks& hooks)
-      : session_(session), user_(user), hooks_(hooks), known_(read_memberships(session, user.object)) {
-    if (hooks.changed)
-      sid_ = platform::readable_sid(user.object);
+  UserGroups(SelectedUser user, Memberships known) : user_(std::move(user)), known_(std::move(known)) {}
+
+  /// False when there is nothing to do, or it cannot be done; it was told then.
+  bool is_to_change(const BoundGroup& group) {
+    const bool is_primary = group.rid != 0 && group.rid == known_.primary;
+    const bool is_in = is_primary || known_.groups.contains(group.identity);
+    if (is_in != group.joins && !is_primary)
+      return true;
+    if (!is_in)
+      note("not in " + group.row.name);
+    else if (group.joins)
+      note("in " + group.row.name + " already");
+    else
+      refuse(group.row.name +
+             " is the primary group, which no account can leave: make another group the primary one first");
+    return false;
+  }
+  void changed(const BoundGroup& group, const base::Trap& failure, const RunHooks& hooks) {
+    const std::string done = (group.joins ? "added to " : "removed from ") + group.row.name;
+    if (failure.number() != 0)
+      return refuse("not " + done + ": " + base::in_words(failure.number(), failure.description()));
+    note(done);
+    if (group.joins)
+      known_.groups.insert(group.identity);
+    else
+      known_.groups.erase(group.identity);
+    if (hooks.changed) {
+      hooks.changed({group.joins ? AccountChange::Kind::kJoined : AccountChange::Kind::kLeft, known_.sid,
+                     group.object->ADsPath()});
+    }
+  }
+  /// Of so many groups in all; a run that was stopped may have left out some.
+  void end(std::size_t groups) {
+    if (settled_ < groups)
+      refuse("stopped before the other groups");
   }
 
-  void join(const BoundGroup& group) {
-    if (is_primary(group) || known_.groups.contains(group.identity))
-      return note("in " + group.row.name + " already");
-    attempt(group, AccountChange::Kind::kJoined, "added to ", "not added to ",
-            [&] { group.object->Add(path_of(session_, user_)); });
-  }
-  void leave(const BoundGroup& group) {
-    if (is_primary(group)) {
-      return refuse(group.row.name +
-                    " is the primary group, which no account can leave: make another group the primary one "
-                    "first");
-    }
-    if (!known_.groups.contains(group.identity))
-      return note("not in " + group.row.name);
-    attempt(group, AccountChange::Kind::kLeft, "removed from ", "not removed from ",
-            [&] { group.object->Remove(path_of(session_, user_)); });
-  }
+  [[nodiscard]] const SelectedUser& user() const { return user_; }
+  [[nodiscard]] bool is_begun() const { return settled_ != 0; }
   [[nodiscard]] session::RunOutcome outcome() const {
     session::RunOutcome outcome;
     outcome.done = refused_.empty() || noted_;
@@ -96,20 +98,6 @@ class UserGroups {
   }
 
  private:
-  [[nodiscard]] bool is_primary(const BoundGroup& group) const {
-    return group.rid != 0 && group.rid == known_.primary;
-  }
-  template <typename Step>
-  void attempt(const BoundGroup& group, AccountChange::Kind kind, const std::string& done,
-               const std::string& not_done, Step step) {
-    base::Trap trap;
-    if (!trap(step)) {
-      return refuse(not_done + group.row.name + ": " + base::in_words(trap.number(), trap.description()));
-    }
-    note(done + group.row.name);
-    if (hooks_.changed)
-      hooks_.changed({kind, sid_, group.object->ADsPath()});
-  }
   void note(const std::string& text) {
     noted_ = true;
     tell(text);
@@ -118,16 +106,139 @@ class UserGroups {
     refused_.push_back(text);
     tell(text);
   }
-  void tell(const std::string& text) { told_ += (told_.empty() ? "" : "; ") + text; }
+  void tell(const std::string& text) {
+    ++settled_;
+    told_ += (told_.empty() ? "" : "; ") + text;
+  }
 
-  Session& session_;
-  const SelectedUser& user_;
-  const RunHooks& hooks_;
+  SelectedUser user_;
   Memberships known_;
-  std::string sid_;
+  std::size_t settled_ = 0;  ///< groups about which something was told
   std::string told_;
   bool noted_ = false;
   std::vector<std::string> refused_;
+};
+
+/// One run. Where groups take many members by one request, users are gathered, and a group takes all of them
+/// before the next one does; elsewhere a user is done with before the next.
+class GroupsRun {
+ public:
+  GroupsRun(Session& session, const GroupsOrder& order, session::RunView& view, const RunHooks& hooks)
+      : session_(session),
+        view_(view),
+        hooks_(hooks),
+        groups_(bind_groups(session, order)),
+        gathers_(
+            std::ranges::all_of(groups_, [](const BoundGroup& group) { return group.object->takes_many(); })),
+        rules_(rules_of(session, hooks, !gathers_)) {}
+
+  bool run() {
+    bool whole = false;
+    try {
+      whole = walk_selection(session_, rules_, [&](SelectedUser& user) { visit(user); });
+    } catch (const base::RuntimeError&) {
+      change_gathered();
+      throw;
+    }
+    if (whole)
+      change_gathered();
+    return whole && !stopped_;
+  }
+
+ private:
+  void visit(SelectedUser& user) {
+    if (!gathers_) {
+      view_.step("Changing groups of " + user.name);
+      std::vector<UserGroups> one;
+      one.emplace_back(user, groups::read_memberships(session_, user.object));
+      return change(one);
+    }
+    // A user whom another row includes, too, shall be seen as the first visit left it.
+    if (!paths_.insert(base::upper(user.path)).second) {
+      change_gathered();
+      paths_.insert(base::upper(user.path));
+    }
+    user.name = platform::plain_name(directory::relative_name(directory::name_in_path(user.path)));
+    gathered_.push_back(user);
+    if (gathered_.size() == groups::kMostMembersAtOnce)
+      change_gathered();
+  }
+
+  void change_gathered() {
+    std::vector<SelectedUser> users = std::exchange(gathered_, {});
+    paths_.clear();
+    if (users.empty() || stopped_)
+      return;
+    view_.step("Changing groups of " + std::to_string(users.size()) + " users");
+    std::vector<std::string> paths;
+    paths.reserve(users.size());
+    for (const SelectedUser& user : users)
+      paths.push_back(user.path);
+    std::vector<std::optional<Memberships>> known = groups::read_memberships(session_, paths);
+    std::vector<UserGroups> changes;
+    changes.reserve(users.size());
+    for (std::size_t i = 0; i < users.size(); ++i) {
+      try {
+        if (!known[i])
+          known[i] = groups::read_memberships(session_, session_.platform.directory.GetObject(paths[i]));
+        changes.emplace_back(std::move(users[i]), std::move(*known[i]));
+      } catch (const base::RuntimeError& failure) {
+        if (rules_.failed && rules_.failed(paths[i], failure))
+          continue;
+        change(changes);
+        throw;
+      }
+    }
+    change(changes);
+  }
+
+  void change(std::vector<UserGroups>& users) {
+    for (const BoundGroup& group : groups_) {
+      if (!stopped_)
+        change(users, group);
+    }
+    for (UserGroups& user : users) {
+      if (!user.is_begun())
+        continue;
+      user.end(groups_.size());
+      const session::RunOutcome outcome = user.outcome();
+      session_.log.line(outcome.message);
+      if (hooks_.done)
+        hooks_.done({outcome, user.user().name, user.user().path});
+    }
+  }
+
+  void change(std::vector<UserGroups>& users, const BoundGroup& group) {
+    std::vector<UserGroups*> changing;
+    std::vector<std::string> paths;
+    for (UserGroups& user : users) {
+      if (!user.is_to_change(group))
+        continue;
+      changing.push_back(&user);
+      paths.push_back(session::is_active_directory(session_)
+                          ? user.user().path
+                          : directory::winnt_path(session_, user.user().name));
+    }
+    groups::JoinWatch watch;
+    watch.told = [&](std::size_t index, const base::Trap& failure) {
+      changing[index]->changed(group, failure, hooks_);
+    };
+    watch.goes_on = [&] {
+      stopped_ = stopped_ || (gathers_ && !rules_.goes_on());
+      return !stopped_;
+    };
+    (group.joins ? groups::join_members : groups::leave_members)(*group.object, paths, watch);
+  }
+
+  Session& session_;
+  session::RunView& view_;
+  const RunHooks& hooks_;
+  std::vector<BoundGroup> groups_;
+  bool gathers_;
+  WalkRules rules_;
+  std::vector<SelectedUser> gathered_;
+  std::set<std::string> paths_;  ///< theirs, in capitals
+  bool stopped_ = false;
 };
 
 }  // namespace
@@ -135,21 +246,9 @@ class UserGroups {
 bool change_groups(Session& session, const GroupsOrder& order, session::RunView& view,
                    const RunHooks& hooks) {
   const session::RunScope scope(session, view);
-  const std::vector<BoundGroup> joined = bind_groups(session, order.add);
-  const std::vector<BoundGroup> left = bind_groups(session, order.remove);
+  GroupsRun run(session, order, view, hooks);
   session.log.begin_block();
-  const bool whole = walk_selection(session, rules_of(session, hooks, true), [&](SelectedUser& user) {
-    view.step("Changing groups of " + user.name);
-    UserGroups changes(session, user, hooks);
-    for (const BoundGroup& group : left)
-      changes.leave(group);
-    for (const BoundGroup& group : joined)
-      changes.join(group);
-    const session::RunOutcome outcome = changes.outcome();
-    session.log.line(outcome.message);
-    if (hooks.done)
-      hooks.done({outcome, user.name, user.path});
-  });
+  const bool whole = run.run();
   session.log.close();
   return whole;
 }

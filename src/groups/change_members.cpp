@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
+#include <unordered_map>
 
 #include "base/error_words.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "directory/operations.hpp"
 #include "groups/join_members.hpp"
+#include "groups/memberships.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
@@ -98,18 +101,49 @@ void change_users(
   tell_outcome(change);
 }
 
-/// Why not, when the group is the user's primary one.
-std::string check_primary_group(Change& change, const ListRow& row, std::int32_t group_id) {
-  platform::Platform& platform = change.session.platform;
-  if (platform.directory.GetObject(row.key)->Get("PrimaryGroupID").integer() != group_id)
-    return {};
-  if (change.outcome.refused.size() < kMostBoxes) {
-    platform.dialogs.MsgBox("Can't remove user '" + row.text + "' from '" + change.group.name +
-                                "'\r\nas it is their primary Group.",
-                            platform::Buttons::kOk, platform::Icon::kNone, "");
+/// Why each cannot leave: the reason for a user whose primary group it is, or the failure to read the user.
+class LeaveChecks {
+ public:
+  LeaveChecks(Change& change, std::int32_t group_id) : change_(change), group_id_(group_id) {}
+
+  /// Reads what is asked of many users by few requests.
+  void read(std::span<const ListRow* const> rows) {
+    std::vector<std::string> paths;
+    paths.reserve(rows.size());
+    for (const ListRow* const row : rows)
+      paths.push_back(row->key);
+    const auto known = read_memberships(change_.session, paths);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (known[i])
+        primary_.emplace(paths[i], known[i]->primary);
+    }
   }
-  return row.text + ": it is their primary Group";
-}
+
+  /// Empty when nothing is against it.
+  std::string reason_against(const ListRow& row) {
+    if (primary_group(row) != group_id_)
+      return {};
+    if (boxes_++ < kMostBoxes) {
+      change_.session.platform.dialogs.MsgBox("Can't remove user '" + row.text + "' from '" +
+                                                  change_.group.name + "'\r\nas it is their primary Group.",
+                                              platform::Buttons::kOk, platform::Icon::kNone, "");
+    }
+    return row.text + ": it is their primary Group";
+  }
+
+ private:
+  std::int32_t primary_group(const ListRow& row) const {
+    const auto known = primary_.find(row.key);
+    return known != primary_.end()
+               ? known->second
+               : change_.session.platform.directory.GetObject(row.key)->Get("PrimaryGroupID").integer();
+  }
+
+  Change& change_;
+  std::int32_t group_id_;
+  std::unordered_map<std::string, std::int32_t> primary_;  ///< what was read of many by their paths
+  std::size_t boxes_ = 0;
+};
 
 }  // namespace
 
@@ -132,26 +166,33 @@ MembersOutcome add_members(Session& session, const GroupRow& group, std::span<co
 
 MembersOutcome remove_members(Session& session, const GroupRow& group, std::span<const std::string> users) {
   Change change{session, group, session.domain.Members, session.domain.NotMembers, {}};
-  const bool active_directory = session::is_active_directory(session);
   platform::ObjectPtr bound;
-  std::int32_t group_id = 0;
+  std::optional<LeaveChecks> checks;
   if (bind_chosen(change, "Could not connect to Group", [&] {
         bound = bind_group(session, group);
-        if (active_directory)
-          group_id = directory::Group_RID(session, group.key);
+        if (session::is_active_directory(session))
+          checks.emplace(change, directory::Group_RID(session, group.key));
       })) {
     change_users(change, users, [&](const std::vector<const ListRow*>& rows, const TellUser& tell) {
+      if (checks && rows.size() > 1 && bound->takes_many())
+        checks->read(rows);
+      std::vector<const ListRow*> leaving;
+      std::vector<std::string> paths;
       for (const ListRow* const row : rows) {
         std::string reason;
         base::Trap trap;
-        trap([&] {
-          if (active_directory)
-            reason = check_primary_group(change, *row, group_id);
-          if (reason.empty())
-            bound->Remove(member_path(session, *row));
-        });
-        tell(*row, trap, reason);
+        trap([&] { reason = checks ? checks->reason_against(*row) : std::string(); });
+        if (trap.number() != 0 || !reason.empty()) {
+          tell(*row, trap, reason);
+          continue;
+        }
+        leaving.push_back(row);
+        paths.push_back(member_path(session, *row));
       }
+      leave_members(
+          *bound, paths,
+          {[&](std::size_t index, const base::Trap& failure) { tell(*leaving[index], failure, {}); },
+           [] { return true; }});
     });
   }
   return std::move(change.outcome);

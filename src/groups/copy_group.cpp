@@ -118,7 +118,7 @@ Counts copy_users(Session& session, const GroupRow& from, const GroupRow& to, Co
     (is_known ? known : others).push_back(user);
   }
   JoinWatch watch;
-  watch.joined = [&](std::size_t index, const base::Trap& failure) {
+  watch.told = [&](std::size_t index, const base::Trap& failure) {
     tell(others[index], result_of(session, failure.number()));
   };
   watch.goes_on = [&] {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <span>
 #include <string>
@@ -9,10 +10,13 @@
 
 namespace twk::groups {
 
-/// Who follows many accounts into a group.
+/// The members that one request names, where a directory takes many.
+constexpr std::size_t kMostMembersAtOnce = 1000;
+
+/// Who follows many accounts into a group, or out of it.
 struct JoinWatch {
-  /// What became of one of them, in their order: the failure that `Add` raised, or none.
-  std::function<void(std::size_t index, const base::Trap& failure)> joined;
+  /// What became of one of them, in their order: the failure that `Add` or `Remove` raised, or none.
+  std::function<void(std::size_t index, const base::Trap& failure)> told;
   /// Asked before each request; false leaves out the rest.
   std::function<bool()> goes_on;
 };
@@ -22,5 +26,8 @@ struct JoinWatch {
 /// single `Add` would have told.
 void join_members(platform::DirectoryObject& group, std::span<const std::string> paths,
                   const JoinWatch& watch);
+/// The same for accounts that leave it.
+void leave_members(platform::DirectoryObject& group, std::span<const std::string> paths,
+                   const JoinWatch& watch);
 
 }  // namespace twk::groups

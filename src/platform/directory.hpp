@@ -106,6 +106,10 @@ class DirectoryObject {
   /// them was refused: nobody is added then, and separate calls show whom it is. Raises kServerDown.
   virtual bool AddTogether(std::span<const std::string> /*paths*/) { return false; }
   virtual void Remove(std::string_view path) = 0;
+  /// `Remove` of all these paths, as `AddTogether` adds them.
+  virtual bool RemoveTogether(std::span<const std::string> /*paths*/) { return false; }
+  /// True where the two above can do anything. Elsewhere a run loses nothing by going user by user.
+  [[nodiscard]] virtual bool takes_many() const { return false; }
   virtual bool IsMember(std::string_view path) = 0;
   /// The direct members; in an AD domain without those by primary group.
   virtual std::vector<ObjectPtr> Members() = 0;

@@ -25,6 +25,7 @@ class Crowd final : public ads::BasicObject {
     if (path == "nobody" || !members.emplace(path).second)
       base::raise(path == "nobody" ? 2 : 1, std::string(path));
   }
+  [[nodiscard]] bool takes_many() const override { return true; }
   bool AddTogether(std::span<const std::string> paths) override {
     ++requests;
     const bool refused = std::ranges::any_of(
@@ -32,6 +33,20 @@ class Crowd final : public ads::BasicObject {
     if (!refused)
       members.insert(paths.begin(), paths.end());
     return !refused;
+  }
+
+  void Remove(std::string_view path) override {
+    ++requests;
+    if (members.erase(std::string(path)) == 0)
+      base::raise(3, std::string(path));
+  }
+  bool RemoveTogether(std::span<const std::string> paths) override {
+    ++requests;
+    const bool all =
+        std::ranges::all_of(paths, [&](const std::string& path) { return members.contains(path); });
+    for (const std::string& path : paths)
+      all ? members.erase(path) : 0;
+    return all;
   }
 
   std::set<std::string, std::less<>> members;
@@ -58,6 +73,18 @@ TEST(JoinMembers, TakesFewRequestsAndTellsEachWhatASingleOneWould) {
   EXPECT_EQ(told.size(), 1500U);
   EXPECT_TRUE(std::ranges::is_sorted(told));
   EXPECT_EQ(crowd.members.size(), 1499U);
+  EXPECT_LT(crowd.requests, 45);
+
+  crowd.requests = 0;
+  refused.clear();
+  leave_members(crowd, std::span(paths).first(1500),
+                {[&](std::size_t index, const base::Trap& failure) {
+                   if (failure.number() != 0)
+                     refused.emplace_back(index, failure.number());
+                 },
+                 [] { return true; }});
+  EXPECT_THAT(refused, ElementsAre(Pair(1300, 3)));
+  EXPECT_TRUE(crowd.members.empty());
   EXPECT_LT(crowd.requests, 45);
 }
 

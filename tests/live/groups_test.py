@@ -69,6 +69,30 @@ def change_members():
     check(stored_members("gdrivers"), ["gbob"], "members that are left")
 
 
+def change_groups_of_users():
+    """One is in one of the groups already, one does not exist, and nobody can leave the primary group."""
+    def change(*arguments, codes=(0,)):
+        told = [json.loads(line) for line in twk("--json", "users", "groups", *arguments, *USERS, codes=codes).stdout.splitlines()]
+        return [(row["user"], row["light"], row["message"].partition(": ")[2]) for row in told[:-1]]
+
+    check(change("--add", "gdrivers", "--add", "gother", "nobody-at-all", codes=(1,)),
+          [(user, "GREEN", f"{'in gdrivers already' if user == 'gbob' else 'added to gdrivers'}; added to gother") for user in USERS],
+          "users added to groups")
+    check((stored_members("gdrivers"), stored_members("gother")), (sorted(USERS), sorted(USERS)), "members of two groups")
+    steps = twk("users", "groups", "--remove", "gother", "--remove", "gdrivers", "--dry-run", *USERS).stdout
+    check(steps.count("Remove "), 6, "steps of a rehearsal")
+    twk("group", "remove-member", "gdrivers", "gcyd")
+    check(change("--remove", "gother", "--remove", "gdrivers", "--add", "gdrivers", codes=(0,)),
+          [(user, "GREEN", f"removed from gother; {'not in' if user == 'gcyd' else 'removed from'} gdrivers; added to gdrivers")
+           for user in USERS], "users removed from groups")
+    twk("group", "remove-member", "gdrivers", "gann", "gcyd")
+    check((stored_members("gdrivers"), stored_members("gother")), (["gbob"], []), "members that are left of two groups")
+    if IS_AD:
+        check([light for _, light, _ in change("--remove", "Domain Users", "--remove", "gdrivers", codes=(1, 2))],
+              ["YELLOW"] * 3, "users leaving their primary group")
+        twk("group", "add-member", "gdrivers", "gbob")
+
+
 def look_at_primary_group():
     everybody = {row["name"]: row["primary"] for row in rows("members", "Domain Users")}
     check({user: everybody.get(user) for user in USERS}, dict.fromkeys(USERS, True), "who is in Domain Users")
@@ -96,4 +120,4 @@ def delete_groups():
     twk("group", "members", "gdrivers", codes=(2,))
 
 
-go_through(prepare, make_groups, change_members, *([look_at_primary_group] if IS_AD else []), copy_members, delete_groups)
+go_through(prepare, make_groups, change_members, change_groups_of_users, *([look_at_primary_group] if IS_AD else []), copy_members, delete_groups)

@@ -345,26 +345,35 @@ ObjectPtr LiveObject::MoveHere(std::string_view source_path, const std::optional
 
 void LiveObject::Add(std::string_view path) {
   require_writable();
-  add_members(ldap(), entry_.dn(), {dn_of_path(*entry_.origin().domain, path)});
+  add_member(ldap(), entry_.dn(), dn_of_path(*entry_.origin().domain, path));
 }
 
-bool LiveObject::AddTogether(std::span<const std::string> paths) {
+bool LiveObject::write_members(LdapChangeKind kind, LdapRequest request, std::span<const std::string> paths) {
   require_writable();
   base::Trap trap;
-  const bool added = trap([&] {
+  const bool written = trap([&] {
     std::vector<std::string> members;
+    members.reserve(paths.size());
     for (const std::string& path : paths)
       members.push_back(dn_of_path(*entry_.origin().domain, path));
-    add_members(ldap(), entry_.dn(), std::move(members));
+    ldap().modify(entry_.dn(), {{kind, "member", std::move(members)}}, request);
   });
   if (trap.number() == ads_error::kServerDown)
     base::raise(trap.number(), trap.description());
-  return added;
+  return written;
+}
+
+bool LiveObject::AddTogether(std::span<const std::string> paths) {
+  return write_members(LdapChangeKind::kAdd, LdapRequest::kAddMember, paths);
 }
 
 void LiveObject::Remove(std::string_view path) {
   require_writable();
   remove_member(ldap(), entry_.dn(), dn_of_path(*entry_.origin().domain, path));
+}
+
+bool LiveObject::RemoveTogether(std::span<const std::string> paths) {
+  return write_members(LdapChangeKind::kDelete, LdapRequest::kRemoveMember, paths);
 }
 
 bool LiveObject::IsMember(std::string_view path) {
@@ -378,17 +387,22 @@ bool LiveObject::IsMember(std::string_view path) {
   return is_member(domain, ldap(), entry_.dn(), dn_of_path(domain, path));
 }
 
-std::unordered_map<std::string, std::string> LiveObject::classes_of_members() const {
+std::unordered_map<std::string, std::string> LiveObject::classes_of_members(std::size_t count) const {
+  constexpr std::size_t kMostAtOnce = 10'000;
   std::unordered_map<std::string, std::string> classes;
   LdapSearch search;
   search.base = entry_.origin().domain->root_dn();
   search.filter = "(memberOf=" + platform::escape_filter_value(entry_.dn()) + ")";
   search.attributes = {"objectClass"};
-  ldap().search(search, [&](LdapEntry&& entry) {
+  const auto keep = [&](LdapEntry&& entry) {
     std::string object_class = class_of(entry);
     classes.emplace(std::move(entry.dn), std::move(object_class));
     return true;
-  });
+  };
+  if (count <= kMostAtOnce)
+    ldap().search_at_once(search, keep);
+  else
+    ldap().search(search, keep);
   return classes;
 }
 
@@ -407,7 +421,7 @@ std::vector<ObjectPtr> LiveObject::Members() {
   std::vector<std::string> names = entry_.links("member");
   std::unordered_map<std::string, std::string> classes;
   if (names.size() > kFew && !entry_.origin().is_foreign())
-    classes = classes_of_members();
+    classes = classes_of_members(names.size());
   std::vector<ObjectPtr> members;
   members.reserve(names.size());
   for (std::string& dn : names) {
@@ -437,9 +451,8 @@ std::string dn_of_path(LiveDomain& domain, std::string_view path) {
   return std::move(account->dn);
 }
 
-void add_members(LdapConnection& connection, const std::string& group_dn, std::vector<std::string> members) {
-  connection.modify(group_dn, {{LdapChangeKind::kAdd, "member", std::move(members)}},
-                    LdapRequest::kAddMember);
+void add_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn) {
+  connection.modify(group_dn, {{LdapChangeKind::kAdd, "member", {member_dn}}}, LdapRequest::kAddMember);
 }
 
 void remove_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn) {

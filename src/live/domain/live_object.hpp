@@ -113,6 +113,8 @@ class LiveObject final : public ads::EntryObject,
   void Add(std::string_view path) override;
   bool AddTogether(std::span<const std::string> paths) override;
   void Remove(std::string_view path) override;
+  bool RemoveTogether(std::span<const std::string> paths) override;
+  [[nodiscard]] bool takes_many() const override { return true; }
   bool IsMember(std::string_view path) override;
   std::vector<platform::ObjectPtr> Members() override;
   std::vector<platform::ObjectPtr> Groups() override;
@@ -128,14 +130,16 @@ class LiveObject final : public ads::EntryObject,
   }
 
   [[nodiscard]] LdapConnection& ldap() const { return entry_.origin().ldap(); }
+  /// Writes the members by one request. False when it was refused; raises kServerDown.
+  bool write_members(LdapChangeKind kind, LdapRequest request, std::span<const std::string> paths);
   [[nodiscard]] platform::ObjectPtr make(std::string dn, std::string object_class, bool is_new = false) const;
   /// The name of an existing child.
   [[nodiscard]] std::string stored_child(std::string_view relative_name) const;
   /// The class of a stored child. Raises kNoSuchObject, also when it has another class.
   std::string existing_child(std::string_view object_class, const std::string& dn) const;
 
-  /// The classes of the group's members in this domain by their names, in few requests.
-  [[nodiscard]] std::unordered_map<std::string, std::string> classes_of_members() const;
+  /// The classes of the group's so many members in this domain by their names, in few requests.
+  [[nodiscard]] std::unordered_map<std::string, std::string> classes_of_members(std::size_t count) const;
   /// Empty for a member that cannot be read, as one of another domain may be.
   [[nodiscard]] std::string class_of_member(const std::string& dn) const;
 
@@ -148,8 +152,8 @@ std::string class_of(const LdapEntry& entry);
 /// kNoSuchObject, kBadPathname.
 std::string dn_of_path(LiveDomain& domain, std::string_view path);
 
-/// Membership, at once; of several members, all or none. Raises kObjectExists, kMemberNotInGroup.
-void add_members(LdapConnection& connection, const std::string& group_dn, std::vector<std::string> members);
+/// Membership, at once. Raises kObjectExists, kMemberNotInGroup.
+void add_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
 void remove_member(LdapConnection& connection, const std::string& group_dn, const std::string& member_dn);
 /// By link or by primary group.
 bool is_member(LiveDomain& domain, LdapConnection& connection, const std::string& group_dn,

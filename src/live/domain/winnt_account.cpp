@@ -79,7 +79,7 @@ class WinntAccount final : public ads::WinntAccountObject, public platform::Fore
   void Add(std::string_view path) override {
     const std::string member = dn_of_path(domain(), path);
     try {
-      add_members(ldap(), entry_.dn(), {member});
+      add_member(ldap(), entry_.dn(), member);
     } catch (const base::RuntimeError& failure) {
       if (failure.number() != ads_error::kObjectExists)
         throw;

@@ -248,6 +248,27 @@ void LdapConnection::search(const LdapSearch& wanted, const std::function<bool(L
   } while (cursor.has_more());
 }
 
+void LdapConnection::search_at_once(const LdapSearch& wanted, const std::function<bool(LdapEntry&&)>& visit) {
+  if (!answers_in_pages_) {
+    LdapSearch whole = wanted;
+    whole.page_size = 0;
+    LdapCursor cursor;
+    LdapPage page;
+    const int result = get_page(whole, cursor, page);
+    if (result == LDAP_SUCCESS) {
+      for (LdapEntry& entry : page.entries) {
+        if (!visit(std::move(entry)))
+          return;
+      }
+      return;
+    }
+    if (is_connection_lost(result))
+      close();
+    answers_in_pages_ = result == LDAP_SIZELIMIT_EXCEEDED || result == LDAP_ADMINLIMIT_EXCEEDED;
+  }
+  search(wanted, visit);
+}
+
 LdapEntry LdapConnection::read(const std::string& dn, const std::vector<std::string>& attributes,
                                std::uint32_t descriptor_parts) {
   LdapSearch one;
@@ -307,8 +328,8 @@ void LdapConnection::modify(const std::string& dn, const std::vector<LdapChange>
       result == LDAP_SUCCESS ? 0 : number_of_ldap_result(result, diagnostic(), request);
   // Of several members, one may have been there before.
   const bool is_one = changes.size() == 1 && changes.front().values.size() == 1;
-  const bool is_so = number == ads_error::kMemberNotInGroup ||
-                     (number == ads_error::kObjectExists && request == LdapRequest::kAddMember && is_one);
+  const bool is_so = is_one && (number == ads_error::kMemberNotInGroup ||
+                                (number == ads_error::kObjectExists && request == LdapRequest::kAddMember));
   const bool was_made = repeated && is_so;
   if (result != LDAP_SUCCESS && !was_made)
     raise_ldap_error(result, diagnostic(), request, "Change " + dn);

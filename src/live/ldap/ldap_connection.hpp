@@ -81,6 +81,9 @@ class LdapConnection {
                  std::uint32_t descriptor_parts = 0);
   /// All entries of a search, in the server's order, page by page.
   void search(const LdapSearch& search, const std::function<bool(LdapEntry&&)>& visit);
+  /// The same of a search that finds a few thousand at most, in one answer, which some servers give in a
+  /// third of the time that pages take; in pages where the server's limit is below that.
+  void search_at_once(const LdapSearch& search, const std::function<bool(LdapEntry&&)>& visit);
   /// The next page. The one after it is requested before this one is returned, so that the server works on it
   /// meanwhile; its time-out begins when the wait for it does.
   std::vector<LdapEntry> search_page(const LdapSearch& search, LdapCursor& cursor);
@@ -121,6 +124,7 @@ class LdapConnection {
   std::optional<std::time_t> ends_;  ///< of the ticket that seals it
   bool had_connection_ = false;      ///< at some time, even if lost by now
   bool gone_ = false;                ///< it was waited for in vain
+  bool answers_in_pages_ = false;    ///< an answer at once was refused because of its size
   std::size_t changes_of_names_ = 0;
   FindOther find_other_;
 };
