@@ -16,13 +16,17 @@ namespace {
 void require_rights(session::Session& session, const TemplateValues& values, const std::string& server) {
   if (server.empty() || (values.HomeShare.empty() && values.ProfileShare.empty()))
     return;
-  base::Trap trap;
-  trap([&] { session.platform.network.require_share_rights(server); });
-  if (trap.number() == platform::security_error::kAccessDenied)
-    base::raise(trap.number(), trap.description());
+  if (const std::string why = refusal_of_shares(session, server); !why.empty())
+    base::raise(platform::security_error::kAccessDenied, why);
 }
 
 }  // namespace
+
+std::string refusal_of_shares(session::Session& session, const std::string& server) {
+  base::Trap trap;
+  trap([&] { session.platform.network.require_share_rights(server); });
+  return trap.number() == platform::security_error::kAccessDenied ? trap.description() : std::string();
+}
 
 void RequireShareRights(CreationRun& run) {
   if (run.request.stages.shares)

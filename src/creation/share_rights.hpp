@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace twk::session {
@@ -11,6 +12,9 @@ struct Session;
 namespace twk::creation {
 
 struct CreationRun;
+
+/// Why the server would not make shares for this account; empty when it would, and when it does not answer.
+std::string refusal_of_shares(session::Session& session, const std::string& server);
 
 /// Raises the server's refusal. Passes when the run makes no shares, and when the server does not answer,
 /// which the stages tell.

@@ -28,6 +28,8 @@ const Refusal kRefusals[] = {
      [](MoveWorld& world) { std::filesystem::remove_all(world.server_folder("FS2/D/Users")); }},
     {"The share jo$ on FS2 is taken: it leads to D:\\Users",
      [](MoveWorld& world) { world.share("FS2", "jo$", "D:\\Users"); }},
+    {"The shares of FS2 are others' business",
+     [](MoveWorld& world) { world.network.server_of_others = "FS2"; }},
     {"FS2 has no share jo$, to which ",
      [](MoveWorld& world) {
        world.staff.HomeShare = "";

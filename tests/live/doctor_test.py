@@ -68,13 +68,15 @@ def look_at_share_rights():
 def refuse_shares(reason):
     who = ("--user", "helper")
     expect(reason, "doctor", steps(codes=(1,), who=who)["file server DC1"][1])
-    place = ("--template", "Own", "--site", "School", "--ou", UNIT)
-    for order in (("create", "Ann", "Smith"), ("import", "two.csv", "--skip-prompts")):
+    place = ("--template", "Own", "--site", "School")
+    for order in (("create", "Ann", "Smith", "--ou", UNIT), ("import", "two.csv", "--skip-prompts", "--ou", UNIT),
+                  ("move", "inside", "--data", "nothing")):
         for rehearsed in ((), ("--dry-run",)):
             told = run(TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], *who, "user", *order, *place, *rehearsed,
                        codes=(2,), env={"TWK_LOGON_PASSWORD": PASSWORD})
             expect(reason, f"{order[0]} {rehearsed}", told.stdout + told.stderr)
     expect_same([path.name for path in pathlib.Path(LIVE["STATE"], "srv/d/Users").iterdir()], [], "folders of refused users")
+    expect_same(ldap_values("(homeDirectory=*)", "cn"), [], "users who were moved")
     expect_same(ldap_values("(sAMAccountName=Ann*)", "cn"), [], "accounts of refused users")
 
 

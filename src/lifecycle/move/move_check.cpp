@@ -91,6 +91,9 @@ void check_new_share(MoveRun& run, const MovedFolder& folder) {
   if (there && !is_any(made_places(run, folder), is_that)) {
     raise_refusal("The share " + folder.new_share + " on " + run.server + " is taken: it leads to " + *there);
   }
+  const std::string& refusal = folder_use(run.session)->refusal_of_shares(run.server);
+  if (!there && !refusal.empty())
+    raise_refusal(refusal);
 }
 
 /// Two users, or home and profile, cannot use one share for two folders.

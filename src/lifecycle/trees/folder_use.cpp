@@ -6,6 +6,7 @@
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "creation/share_rights.hpp"
 #include "format/replace.hpp"
 #include "lifecycle/account/account_paths.hpp"
 #include "platform/adsi.hpp"
@@ -330,6 +331,13 @@ std::optional<std::string> FolderUse::folder_of_share(const std::string& server_
                                                       std::string_view share) {
   const SharedFolder* const found = server(server_name).find_share(share);
   return found == nullptr ? std::nullopt : std::optional(found->folder);
+}
+
+const std::string& FolderUse::refusal_of_shares(const std::string& server_name) {
+  const auto [place, is_new] = refusals_.try_emplace(known_key(server_name));
+  if (is_new)
+    place->second = creation::refusal_of_shares(session_, server_name);
+  return place->second;
 }
 
 void FolderUse::forget_account(std::string_view account) {

@@ -62,6 +62,9 @@ class FolderUse {
   /// The folder of a share; none when the server has no such share.
   std::optional<std::string> folder_of_share(const std::string& server, std::string_view share);
 
+  /// Why the server would not make shares for this account; empty when it would. It is asked once.
+  const std::string& refusal_of_shares(const std::string& server);
+
   // Changes made by a run; nothing is read.
 
   void forget_account(std::string_view account);
@@ -84,6 +87,7 @@ class FolderUse {
   session::Session& session_;
   std::unique_ptr<Accounts> accounts_;
   std::map<std::string, std::unique_ptr<Server>> servers_;
+  std::map<std::string, std::string> refusals_;  ///< of shares, by server
   std::set<std::string> agreed_;
 };
 
