@@ -107,6 +107,33 @@ def fail_over():
     expect_same(lights.keys() - refused - (on_first | on_second), set(), "who is GREEN and nowhere")
 
 
+def name_of_controller():
+    """Which one a command finds, and how long it takes."""
+    start = time.monotonic()
+    told = twk("--json", "doctor", codes=None).stdout
+    steps = {row["step"]: row["detail"] for row in map(json.loads, told.splitlines())}
+    return next((name for name in ("dc1", "dc2") if steps["name look-up"].startswith(name)), steps), time.monotonic() - start, steps
+
+
+def prefer_own_site():
+    """The first controller has precedence in the name service, and this workstation is in the site of the second one; when
+    that one is gone without a word, it is waited for once and not by each request."""
+    domain, log_on = LIVE["DOMAIN"], ("-U", f"Administrator%{LIVE['PASSWORD']}")
+    expect_same(name_of_controller()[0], "dc1", "the controller without sites")
+    first = "ldap://dc1." + domain
+    run("samba-tool", "sites", "create", "Branch", "-H", first, *log_on)
+    run("samba-tool", "sites", "subnet", "create", "192.0.2.0/28", "Branch", "-H", first, *log_on)
+    run("samba-tool", "dns", "add", "dc1." + domain, "_msdcs." + domain, "_ldap._tcp.Branch._sites.dc", "SRV",
+        f"dc2.{domain} 389 0 100", *log_on)
+    found, _, steps = name_of_controller()
+    expect_same(found, "dc2", f"the controller of the own site: {steps}")
+    run("ip", "link", "set", "to-dc2", "down")
+    found, seconds, steps = name_of_controller()
+    expect_same((found, seconds < 8), ("dc1", True), f"the controller when that one is gone, after {seconds} s")
+    expect("this workstation is in the site Branch", "the site", steps["site"])
+    run("ip", "link", "set", "to-dc2", "up")
+
+
 def log_on_without_ntlm():
     """With the password alone, where servers take nothing but Kerberos."""
     for server in ("dc1", "fs1", "fs2"):
@@ -242,4 +269,4 @@ def delete():
     expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
-go_through(prepare, log_on, attack, rename, move, delete, fail_over, log_on_without_ntlm)
+go_through(prepare, log_on, attack, rename, move, delete, fail_over, prefer_own_site, log_on_without_ntlm)

@@ -11,6 +11,7 @@
 #include "live/domain/delegated_rights.hpp"
 #include "live/domain/live_domain.hpp"
 #include "live/domain/locate_controller.hpp"
+#include "live/domain/netlogon_ping.hpp"
 #include "live/logon/network_probe.hpp"
 #include "platform/directory.hpp"
 
@@ -206,7 +207,10 @@ class Check {
     SrvAnswer how{};
     const std::string record = "_ldap._tcp." + site + "._sites.dc._msdcs." + settings().domain;
     const std::size_t count = look_up_srv(record, &how).size();
-    const std::string where = host_ + " is in the site " + site;
+    const auto answer = ping_controllers({host_}, settings().domain).front();
+    std::string where = host_ + " is in the site " + site;
+    if (answer && !answer->own_site.empty() && !base::equals_fold(answer->own_site, site))
+      where = "this workstation is in the site " + answer->own_site + "; " + where;
     if (how == SrvAnswer::kNone) {
       return {where + ", for which the name service has no controller: the record " + record + " is missing",
               StepOutcome::kWarning};

@@ -7,9 +7,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/domain/netlogon_ping.hpp"
 #include "live/ldap/ldap_session.hpp"
 #include "live/logon/network_probe.hpp"
 
@@ -22,8 +25,90 @@ struct SrvTarget {
   std::string host;
 };
 
+/// More are not asked at once.
+constexpr std::size_t kMostAsked = 10;
+
+/// A name from an answer that anyone may have sent, before it becomes part of another.
+bool is_site(std::string_view name) {
+  return !name.empty() && std::ranges::all_of(name, [](char c) {
+    return c == '-' || c == '_' || std::isalnum(static_cast<unsigned char>(c)) != 0 ||
+           static_cast<unsigned char>(c) > 0x7F;
+  });
+}
+
+/// Controllers that were asked, or not.
+class Candidates {
+ public:
+  explicit Candidates(const std::string& domain) : domain_(domain) {}
+
+  void add(const std::vector<std::string>& hosts, bool near) {
+    for (const std::string& host : hosts) {
+      const auto known = std::ranges::find_if(
+          found_, [&](const Candidate& one) { return base::equals_fold(one.host, host); });
+      if (known == found_.end())
+        found_.push_back({.host = host, .near = near});
+      else
+        known->near = known->near || near;
+    }
+  }
+
+  /// Asks those, near ones if `near` says so, who were not asked yet. The site that they say this workstation
+  /// is in; empty when nobody does.
+  std::string ask(bool near) {
+    std::vector<Candidate*> asked;
+    std::vector<std::string> hosts;
+    for (Candidate& one : found_) {
+      if (one.asked || one.near != near || asked.size() == kMostAsked)
+        continue;
+      one.asked = true;
+      asked.push_back(&one);
+      hosts.push_back(one.host);
+    }
+    std::string site;
+    const auto answers = ping_controllers(hosts, domain_);
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+      asked[i]->answered = answers[i].has_value();
+      if (site.empty() && answers[i] && is_site(answers[i]->own_site))
+        site = answers[i]->own_site;
+    }
+    return site;
+  }
+
+  /// Near ones first, and after all others those that were silent.
+  [[nodiscard]] std::vector<std::string> in_order() const {
+    std::vector<Candidate> ordered = found_;
+    std::ranges::stable_sort(
+        ordered, {}, [](const Candidate& one) { return std::pair(one.asked && !one.answered, !one.near); });
+    std::vector<std::string> hosts;
+    for (Candidate& one : ordered)
+      hosts.push_back(std::move(one.host));
+    return hosts;
+  }
+
+ private:
+  struct Candidate {
+    std::string host;
+    bool near = false;
+    bool asked = false;
+    bool answered = false;
+  };
+
+  const std::string& domain_;
+  std::vector<Candidate> found_;
+};
+
+/// In the order in which to try them.
 std::vector<std::string> controllers_of(const std::string& domain) {
-  return look_up_srv("_ldap._tcp.dc._msdcs." + domain);
+  std::vector<std::string> hosts = look_up_srv("_ldap._tcp.dc._msdcs." + domain);
+  if (hosts.size() < 2)
+    return hosts;
+  Candidates candidates(domain);
+  candidates.add(hosts, false);
+  if (const std::string site = candidates.ask(false); !site.empty()) {
+    candidates.add(look_up_srv("_ldap._tcp." + site + "._sites.dc._msdcs." + domain), true);
+    candidates.ask(true);
+  }
+  return candidates.in_order();
 }
 
 std::string first_answering(const LiveSettings& settings, const std::vector<std::string>& hosts,

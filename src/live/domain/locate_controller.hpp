@@ -8,7 +8,9 @@
 namespace twk::live {
 
 /// Host name of a controller of a domain: the first one that answers, of those in the name service's
-/// SRV records ("_ldap._tcp.dc._msdcs.<domain>", [MS-ADTS] 6.3.2.3). Without such records the
+/// SRV records ("_ldap._tcp.dc._msdcs.<domain>", [MS-ADTS] 6.3.2.3). Where there are several, they are asked
+/// in which site of the directory this workstation is; the controllers of that one come first, and those that
+/// are silent last, since trying one that is gone takes seconds. Without such records the
 /// domain's own name is used for its controllers' addresses, and the server there is asked for its name,
 /// because a ticket is issued for a name.
 std::string locate_controller(const LiveSettings& settings, const std::string& domain);

@@ -125,10 +125,25 @@ bool LdapConnection::go_elsewhere(bool is_gone) {
   return true;
 }
 
+void LdapConnection::require_trying_again() const {
+  if (std::chrono::steady_clock::now() < quiet_until_)
+    base::raise(ads_error::kServerDown, quiet_reason_);
+}
+
+void LdapConnection::keep_quiet(std::chrono::steady_clock::time_point since, std::string reason) {
+  constexpr int kTimes = 3;
+  const auto now = std::chrono::steady_clock::now();
+  quiet_until_ = now + kTimes * (now - since);
+  quiet_reason_ = std::move(reason);
+}
+
 void LdapConnection::reconnect() {
+  if (gone_)
+    require_trying_again();
   bool has_moved = go_elsewhere(false);
   const auto end = std::chrono::steady_clock::now() + (gone_ ? std::chrono::seconds(0) : kPatience);
   for (;;) {
+    const auto start = std::chrono::steady_clock::now();
     try {
       connect();
       break;
@@ -141,6 +156,8 @@ void LdapConnection::reconnect() {
       credentials_->tell_failure(failure.description());
       gone_ = failure.number() == ads_error::kServerDown &&
               (credentials_->is_stopped() || std::chrono::steady_clock::now() >= end);
+      if (gone_)
+        keep_quiet(start, failure.description());
       if (gone_ || failure.number() != ads_error::kServerDown)
         throw;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <ctime>
 #include <functional>
@@ -106,6 +107,11 @@ class LdapConnection {
   void reconnect();
   /// Turns to another server. False when there is none.
   bool go_elsewhere(bool is_gone);
+  /// A server that swallows what is sent to it costs its time-out for each attempt. One that was waited for
+  /// in vain is therefore left alone for three times as long as the last attempt took; until then every
+  /// request raises its reason.
+  void require_trying_again() const;
+  void keep_quiet(std::chrono::steady_clock::time_point since, std::string reason);
   void close();
   [[nodiscard]] std::string diagnostic() const;
   /// Runs a request, and once more on a new connection when it was lost. `done` checks whether a write was
@@ -124,7 +130,9 @@ class LdapConnection {
   std::optional<std::time_t> ends_;  ///< of the ticket that seals it
   bool had_connection_ = false;      ///< at some time, even if lost by now
   bool gone_ = false;                ///< it was waited for in vain
-  bool answers_in_pages_ = false;    ///< an answer at once was refused because of its size
+  std::chrono::steady_clock::time_point quiet_until_;
+  std::string quiet_reason_;
+  bool answers_in_pages_ = false;  ///< an answer at once was refused because of its size
   std::size_t changes_of_names_ = 0;
   FindOther find_other_;
 };
