@@ -47,6 +47,8 @@ TEST_F(LabRules, PolicyDecidesWhichPasswordsPass) {
       {{0, true, 0}, "", true},
       {{1, true, 0}, "", false},
       {{4, true, 0}, "Äé1x", true},
+      {{4, true, 0}, "山-1田", true},
+      {{4, true, 0}, "山x田y", false},
       {{5, true, 0}, "Äé1x", false},
   };
   make_user(w_, "Jo", "jsmith");

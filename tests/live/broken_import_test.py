@@ -102,16 +102,64 @@ def rows_of(told):
     return [(row["line"], row["user"], row["light"]) for row in rows if "line" in row and "light" in row]
 
 
-def rehearse():
-    """A dry run and the run after it, with names that are taken, that clash in the file, and that cannot be."""
-    run("samba-tool", "user", "create", "Al.Taken", "Welcome-2-Work", "-s", CONF)
-    file = lines_file("rehearsed.csv", ["Al,,Taken", "Bo,,Twice", "Bo,,Twice", "Cy,,Fine", "Only", "D/y,,S[lash", "Éva,,Ődön", ",,", "Bo,,Twice"])
+SCRIPTS = ["Éva,,Ődön", "Łukasz,,Żółć", "Иван,,Петров", "Γιάννης,,Παπάς", "محمد,,علي", "דוד,,כהן", "山田,,太郎", "김,,철수",
+           "สมชาย,,ใจดี", "अमित,,कुमार", "Nguyễn,,Ánh", "Þór,,Ðís", "Ñandú,,Øre", "O'Brien,,Pat", "Jean-Luc,,Picard", "da Silva,,Ana",
+           "Ümit,,İşık", "Straße,,Groß", "Æsa,,Œuf", "ﬁne,,Ligature", "e\u0301va,,Combining", "😀,,Smile", "𝒜,,Math", "ǅ,,Title", "ΑΣ,,Final"]
+CLASHES = ["Al,,Taken", "Bo,,Twice", "Bo,,Twice", "bo,,TWICE", "Only", ",,", "Bo,,Twice", ",,Last", "Administrator,,", "Guest,,", "krbtgt,,",
+           "Choir,,", "Domain,,Admins", "DC1$,,", "WS1$,,", "WS1,,", "Contact,,Person", "con,,prn", "nul,,", "1,,2", "007,,Bond", "-,,-"]
+
+
+def people():
+    """Two hundred names of all kinds: of many scripts, twice, taken, with characters that are forbidden, too long."""
+    yield from SCRIPTS
+    yield from (one.replace(",,", f",{number},") for number, one in enumerate(SCRIPTS))
+    yield from CLASHES
+    for character in "\"/\\[]:|=+*?<>@#%&()$!^~`{}'._ \t":
+        yield f"A{character}b,,C{'' if character == chr(34) else character}d"
+    yield from (f"{'X' * length},,Y{'Z' * length}" for length in (5, 9, 10, 19, 20, 21, 31, 32, 33, 63, 64, 65, 100, 300))
+    yield from (f"{'é' * length},,{'ü' * length}" for length in (9, 10, 20, 32, 33, 64))
+    yield from (".Dot,,Lead", "Trail.,,Dot.", "  Sp  ,,  ace ", "Two  Sp,,In  ner")
+    yield from (f"Plain{number},,User{number}" for number in range(70))
+
+
+def same_rows(what, file, template="Plain", codes=(0, 1, 2)):
+    """What a dry run says of each line is what the run makes of it; nothing is made before. The lights of the run."""
+    place = ["--template", template, *PLACE[2:]]
     before = ldap_values("(objectClass=*)", "distinguishedName")
-    rehearsed = rows_of(twk("--json", "user", "import", file, *PLACE, "--dry-run", codes=(0, 1, 2)).stdout)
-    expect_same(ldap_values("(objectClass=*)", "distinguishedName"), before, "objects after the dry run")
-    done = rows_of(twk("--json", "user", "import", file, *PLACE, codes=(0, 1, 2)).stdout)
-    expect_same(rehearsed, done, "dry run and run")
-    expect_same(len(done) >= 8, True, f"rows of the run {done}")
+    rehearsed = rows_of(twk("--json", "user", "import", file, *place, "--dry-run", codes=codes).stdout)
+    expect_same(ldap_values("(objectClass=*)", "distinguishedName"), before, f"{what}: objects after the dry run")
+    done = rows_of(twk("--json", "user", "import", file, *place, codes=codes).stdout)
+    differing = [(foreseen, made) for foreseen, made in zip(rehearsed, done) if foreseen != made]
+    expect_same((len(rehearsed), differing), (len(done), []), f"{what}: dry run and run")
+    return [light for _, _, light in done]
+
+
+def rehearse():
+    """A dry run and the run after it: names of all kinds, shares and folders that are taken, a group that is gone, and what the
+    domain requires of passwords."""
+    run("samba-tool", "user", "create", "Al.Taken", "Welcome-2-Work", "-s", CONF)
+    run("samba-tool", "computer", "create", "WS1", "-s", CONF)
+    run("samba-tool", "contact", "create", "Contact Person", "--ou", "OU=New Starters", "-s", CONF)
+    common = ("--group", "Domain Users", "--primary-group", "Domain Users")
+    twk("template", "add", "Plain", *common, "--group", "Newcomers")
+    lights = same_rows("names", lines_file("rehearsed.csv", people()))
+    expect_same((len(lights) >= 190, lights.count("GREEN") > 120, lights.count("RED") > 30), (True, True, True), f"rows {lights}")
+
+    twk("share", "add", "DC1", "Shared.Name$", r"D:\Profiles")
+    pathlib.Path(LIVE["STATE"], "srv/d/Users/Here.Before").mkdir()
+    shares = lines_file("shares.csv", ["Shared,,Name", "Here,,Before", "Fine,,Share", "A|b,,Pipe", "Ж,,Share"])
+    expect_same("YELLOW" in same_rows("shares", shares, "Staff"), True, "a share that is taken")
+
+    run("samba-tool", "group", "add", "Doomed", "-s", CONF)
+    twk("template", "add", "Doomed", *common, "--group", "Doomed")
+    run("samba-tool", "group", "delete", "Doomed", "-s", CONF)
+    expect_same(same_rows("group", lines_file("gone.csv", ["Gone,,Group"]), "Doomed"), ["YELLOW"], "a group that is gone")
+
+    for number, password in enumerate(("Sh-1", "nothing but small letters", "Enough-of-1-kind", "пароль-длинный-9")):
+        twk("settings", "set", "Setup", "Password", text=password)
+        lights = same_rows(password, lines_file("policy.csv", [f"Policy{number},,Smith"]))
+        expect_same(lights, ["YELLOW" if number < 2 else "GREEN"], f"the password {password}")
+    twk("settings", "set", "Setup", "Password", text="Welcome-2-Work")
 
 
 def most_sent(order):

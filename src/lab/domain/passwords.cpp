@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ads/password_rules.hpp"
 #include "base/random.hpp"
 #include "base/text.hpp"
 #include "lab/domain/account_rules.hpp"
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::string_view kVerifier = "supplementalCredentials";
 constexpr std::size_t kSaltBytes = 16;
-constexpr std::size_t kShortestNameThatCounts = 3;
 
 std::string make_verifier(std::string_view salt, std::string_view password) {
   const auto digest = sha256(std::string(salt).append(password));
@@ -32,49 +32,14 @@ bool verifies(std::string_view verifier, std::string_view password) {
   return difference == 0;
 }
 
-bool is_complex(std::string_view password) {
-  bool capital = false;
-  bool small = false;
-  bool digit = false;
-  bool other = false;
-  for (const char32_t code : base::to_utf32(password)) {
-    const std::string letter = base::to_utf8(std::u32string(1, code));
-    if (code >= U'0' && code <= U'9') {
-      digit = true;
-    } else if (base::lower(letter) != letter) {
-      capital = true;
-    } else if (base::upper(letter) != letter) {
-      small = true;
-    } else {
-      other = true;
-    }
-  }
-  return static_cast<int>(capital) + static_cast<int>(small) + static_cast<int>(digit) +
-             static_cast<int>(other) >=
-         3;
-}
-
-void check_policy(const PasswordPolicy& policy, std::string_view password, std::string_view account_name) {
-  const auto refuse = [](const std::string& why) {
-    raise(ads_error::kPasswordPolicy, "The password " + why);
-  };
-  if (base::length(password) < static_cast<std::size_t>(policy.minimum_length)) {
-    refuse("has fewer than " + base::to_text(policy.minimum_length) + " characters");
-  }
-  if (!policy.complexity || password.empty())
-    return;
-  if (!is_complex(password))
-    refuse("does not mix capitals, small letters, digits and other characters");
-  if (base::length(account_name) >= kShortestNameThatCounts &&
-      base::find_fold(password, account_name) != base::npos) {
-    refuse("holds the account's name");
-  }
-}
-
 }  // namespace
 
 void check_password(const LabDomain& domain, std::string_view password, std::string_view account_name) {
-  check_policy(domain.config.passwords, password, account_name);
+  const PasswordPolicy& policy = domain.config.passwords;
+  const std::string why =
+      ads::why_password_is_refused({policy.minimum_length, policy.complexity}, password, account_name);
+  if (!why.empty())
+    raise(ads_error::kPasswordPolicy, "The password " + why);
 }
 
 std::vector<Modification> password_changes(LabDomain& domain, std::string_view password,

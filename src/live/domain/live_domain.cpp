@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::uint16_t kCataloguePort = 3268;
 constexpr std::uint16_t kCatalogueTlsPort = 3269;
+/// How long an answer is kept that the steps of one run ask for again.
+constexpr std::chrono::seconds kTakenForTrue{10};
 constexpr std::int32_t kNotInCatalogue = 4;  // FLAG_CR_NTDS_NOT_GC_REPLICATED, [MS-ADTS] 6.1.1.2.1.1
 
 struct HostPort {
@@ -224,7 +226,6 @@ std::optional<LdapEntry> LiveDomain::find_account(std::string_view name,
 }
 
 std::optional<platform::Sid> LiveDomain::sid_of_account(std::string_view name) {
-  constexpr std::chrono::seconds kTakenForTrue{10};
   std::size_t changes = 0;
   for (const auto& [server, connection] : connections_)
     changes += connection == nullptr ? 0 : connection->changes_of_names();
@@ -240,6 +241,29 @@ std::optional<platform::Sid> LiveDomain::sid_of_account(std::string_view name) {
   if (sid)
     sids_.insert_or_assign(base::upper(name), KnownSid{*sid, now});
   return sid;
+}
+
+std::optional<ads::PasswordRules> LiveDomain::password_rules() {
+  const auto now = std::chrono::steady_clock::now();
+  if (now < password_rules_until_)
+    return password_rules_;
+  constexpr std::int32_t kComplex = 1;  // DOMAIN_PASSWORD_COMPLEX, [MS-SAMR] 2.2.3.2
+  bool has_others = false;
+  LdapSearch others;
+  others.base = "CN=Password Settings Container,CN=System," + root_dn();
+  others.scope = platform::Scope::kOneLevel;
+  others.filter = "(objectClass=msDS-PasswordSettings)";
+  others.attributes = {"1.1"};
+  base::Trap without_container;
+  without_container([&] { ldap().search(others, [&](LdapEntry&&) { return !(has_others = true); }); });
+  const LdapEntry root = ldap().read(root_dn(), {"minPwdLength", "pwdProperties"});
+  password_rules_.reset();
+  if (!has_others) {
+    password_rules_ = {static_cast<int>(base::val(root.first("minPwdLength"))),
+                       (static_cast<std::int32_t>(base::val(root.first("pwdProperties"))) & kComplex) != 0};
+  }
+  password_rules_until_ = now + kTakenForTrue;
+  return password_rules_;
 }
 
 std::optional<LdapEntry> LiveDomain::find_sid(const platform::Sid& sid,

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "ads/password_rules.hpp"
 #include "live/ldap/ldap_connection.hpp"
 #include "live/ldap/live_schema.hpp"
 #include "live/ldap/subschema.hpp"
@@ -80,6 +81,9 @@ class LiveDomain {
   /// stages of a creation ask for the same ones again: an answer is kept for ten seconds, as long as nothing
   /// here can have given the name to another account.
   std::optional<platform::Sid> sid_of_account(std::string_view name);
+  /// What the domain requires of passwords; none where some accounts have rules of their own, of which only
+  /// the controller knows whose they are. Kept for ten seconds.
+  std::optional<ads::PasswordRules> password_rules();
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 
@@ -118,6 +122,8 @@ class LiveDomain {
   std::map<std::string, KnownSid> sids_;           ///< by name, in capitals
   std::size_t sids_known_at_ = 0;                  ///< how many changes of names there had been
   std::optional<Facts> facts_;
+  std::optional<ads::PasswordRules> password_rules_;
+  std::chrono::steady_clock::time_point password_rules_until_;
   std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;
 };

@@ -5,6 +5,7 @@
 
 #include "ads/dn.hpp"
 #include "ads/object_rules.hpp"
+#include "ads/password_rules.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
@@ -281,6 +282,17 @@ bool LiveObject::SetInfoWithPassword(std::string_view password) {
 void LiveObject::foresee_write() {
   require_writable();
   entry_.foresee();
+}
+
+void LiveObject::foresee_password(std::string_view password) {
+  require_writable();
+  if (entry_.origin().is_foreign())
+    return;
+  // Whether an account's name may be part of its password, servers do not agree.
+  const auto rules = entry_.origin().domain->password_rules();
+  const std::string why = rules ? ads::why_password_is_refused(*rules, password, {}) : std::string();
+  if (!why.empty())
+    base::raise(ads_error::kPasswordPolicy, "The password " + why);
 }
 
 void LiveObject::enumerate(std::span<const std::string> classes,

@@ -98,8 +98,7 @@ class LiveObject final : public ads::EntryObject,
   void SetPassword(std::string_view password) override;
   bool SetInfoWithPassword(std::string_view password) override;
   void foresee_write() override;
-  /// Only the controller knows which policy applies to an account.
-  void foresee_password(std::string_view /*password*/) override { require_writable(); }
+  void foresee_password(std::string_view password) override;
   std::vector<std::string> attribute_names() override { return entry_.attribute_names(); }
 
   void enumerate(std::span<const std::string> classes,
