@@ -35,12 +35,13 @@ std::vector<FoundRow> search_domain(const AccountDomain& domain, std::string_vie
   return rows;
 }
 
+// Some servers begin with the first condition for which they have an index, and the further ones find fewer.
 std::string users_with(std::string_view conditions) {
-  return "(&" + std::string(kUserConditions) + std::string(conditions) + ")";
+  return "(&" + std::string(conditions) + std::string(kUserConditions) + ")";
 }
 
 std::string groups_with(std::string_view conditions) {
-  return "(&" + std::string(kGroupConditions) + std::string(conditions) + ")";
+  return "(&" + std::string(conditions) + std::string(kGroupConditions) + ")";
 }
 
 std::string ldap_path(const AccountDomain& domain, std::string_view dn) {

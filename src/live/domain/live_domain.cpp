@@ -243,6 +243,17 @@ std::optional<platform::Sid> LiveDomain::sid_of_account(std::string_view name) {
   return sid;
 }
 
+std::string LiveDomain::primary_controller() {
+  std::string name;
+  base::Trap unreadable;
+  unreadable([&] {
+    // "CN=NTDS Settings,CN=DC1,CN=Servers,…"
+    const std::string settings = ldap().read(root_dn(), {"fSMORoleOwner"}).first("fSMORoleOwner");
+    name = ads::parse_rdn(ads::first_rdn(ads::parent_dn(settings))).value;
+  });
+  return name;
+}
+
 std::optional<ads::PasswordRules> LiveDomain::password_rules() {
   const auto now = std::chrono::steady_clock::now();
   if (now < password_rules_until_)

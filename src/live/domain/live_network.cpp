@@ -35,6 +35,10 @@ std::string LiveNetwork::NetGetDCName(std::string_view server, std::string_view 
 std::string LiveNetwork::ask_for_controller(std::string_view server, std::string_view domain) {
   return as_network_call([&] {
     const bool own = domain.empty() || domain_.is_domain_name(domain);
+    if (own && server.empty() && domain_.has_directory()) {
+      if (const std::string primary = domain_.primary_controller(); !primary.empty())
+        return "\\\\" + primary;
+    }
     LogonService& logon =
         domain_.rpc().logon(server.empty() ? std::string_view(domain_.controller()) : server);
     base::Trap trap;
