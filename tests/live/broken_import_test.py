@@ -8,6 +8,7 @@ What became of them is looked at with others' tools alone.
 import base64
 import collections
 import json
+import os
 import pathlib
 import re
 import subprocess
@@ -15,7 +16,7 @@ import sys
 import tempfile
 import time
 
-from live_tools import CONF, LIVE, admin_logon, expect, expect_same, failures, go_through, ldap_values, run, set_up, twk, twk_command
+from live_tools import CONF, LIVE, TWK, admin_logon, expect, expect_same, failures, go_through, ldap_values, run, set_up, twk, twk_command
 
 POINTS = int(sys.argv[2]) if len(sys.argv) > 2 else 2
 LINES = int(sys.argv[3]) if len(sys.argv) > 3 else 6
@@ -134,15 +135,26 @@ def same_rows(what, file, template="Plain", codes=(0, 1, 2)):
     return [light for _, _, light in done]
 
 
+def rows_in_a_copy(file):
+    """What an import makes of each line in a lab that is a copy of the domain."""
+    twk("lab", "import", "--live", "copy")
+    in_copy = [TWK, "--lab", "copy", "--db", str(pathlib.Path(os.environ["XDG_DATA_HOME"], "tarnwick/db"))]
+    run(*in_copy, "settings", "import", "-", text=twk("settings", "export").stdout)
+    return rows_of(run(*in_copy, "--json", "user", "import", file, "--template", "Plain", *PLACE[2:], codes=(0, 1, 2)).stdout)
+
+
 def rehearse():
-    """A dry run and the run after it: names of all kinds, shares and folders that are taken, a group that is gone, and what the
+    """A dry run and the run after it, and a run in a copy of the domain: names of all kinds, shares and folders that are taken, a group that is gone, and what the
     domain requires of passwords."""
     run("samba-tool", "user", "create", "Al.Taken", "Welcome-2-Work", "-s", CONF)
     run("samba-tool", "computer", "create", "WS1", "-s", CONF)
     run("samba-tool", "contact", "create", "Contact Person", "--ou", "OU=New Starters", "-s", CONF)
     common = ("--group", "Domain Users", "--primary-group", "Domain Users")
     twk("template", "add", "Plain", *common, "--group", "Newcomers")
-    lights = same_rows("names", lines_file("rehearsed.csv", people()))
+    file = lines_file("rehearsed.csv", people())
+    in_copy = [light for _, _, light in rows_in_a_copy(file)]
+    lights = same_rows("names", file)
+    expect_same(in_copy, lights, "lights in a copy of the domain and here")
     expect_same((len(lights) >= 190, lights.count("GREEN") > 120, lights.count("RED") > 30), (True, True, True), f"rows {lights}")
 
     twk("share", "add", "DC1", "Shared.Name$", r"D:\Profiles")
