@@ -309,6 +309,8 @@ std::string to_utf8(std::u32string_view text) {
 }
 
 bool is_valid_utf8(std::string_view text) {
+  if (is_ascii(text))
+    return true;
   for (std::size_t at = 0; at < text.size();) {
     const Decoded one = decode_at(text, at);
     if (!one.valid)
@@ -364,10 +366,13 @@ std::optional<std::int32_t> to_number(std::string_view text) {
 }
 
 std::string to_text(std::int64_t number, int digits) {
-  std::array<char, 40> buffer{};
-  const int size = std::snprintf(buffer.data(), buffer.size(), "%0*lld", std::min(digits, 20),
-                                 static_cast<long long>(number));
-  return {buffer.data(), static_cast<std::size_t>(size)};
+  std::array<char, 24> buffer{};
+  const char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
+  std::string text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+  const auto width = static_cast<std::size_t>(std::clamp(digits, 0, 20));
+  if (text.size() < width)
+    text.insert(number < 0 ? 1 : 0, width - text.size(), '0');
+  return text;
 }
 
 std::string hex_byte(unsigned char byte) {

@@ -2,16 +2,17 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace twk::session {
 
-/// Names, any number of them, that are asked for by their beginnings. They lie in order in blocks:
+/// Names, any number of them, that are asked for by their beginnings. They lie in order in blocks of entries:
 ///
-///     size of the first (1 byte), first name, size of the second, second name, …
+///     bytes in common with the name before it (1 byte), size of the rest (1 byte), rest
 ///
-/// so that a name takes little more than its bytes: a node of the tree takes 300.
+/// so that a name takes about six bytes among a million: a node of the tree takes 300.
 class NamePrefixes {
  public:
   /// Of 255 bytes at most; of a longer one the beginning counts.
@@ -26,8 +27,13 @@ class NamePrefixes {
 
   /// The block in which a name is, or would be; the end when there is none.
   [[nodiscard]] Blocks::const_iterator block_of(std::string_view name) const;
-  /// The first name that is not before this one; empty for none.
-  [[nodiscard]] std::string_view not_before(std::string_view name) const;
+  /// Of the first name that is not before this one: how many bytes the two have in common, and its size; none
+  /// when there is no such name.
+  struct Next {
+    std::size_t shared = 0;
+    std::size_t size = 0;
+  };
+  [[nodiscard]] std::optional<Next> not_before(std::string_view name) const;
   void split(Blocks::iterator block);
 
   Blocks blocks_;  ///< by a text that no name in them is before, and all names of earlier blocks are

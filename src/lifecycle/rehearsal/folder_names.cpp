@@ -17,10 +17,6 @@ bool is_plain(char c) {
          c == '_';
 }
 
-std::size_t hash_of_name(std::string_view name) {
-  return std::hash<std::string>{}(base::upper(name));
-}
-
 }  // namespace
 
 bool FolderNames::is_surely_absent(std::string_view path) {
@@ -28,13 +24,14 @@ bool FolderNames::is_surely_absent(std::string_view path) {
   if (name.size() == path.size() || name.empty() || name.back() == '.' || name.front() == '.' ||
       !std::ranges::all_of(name, is_plain))
     return false;
-  const std::string above(path.substr(0, path.size() - name.size() - 1));
-  Folder& folder = folders_[above];
+  const std::string_view above = path.substr(0, path.size() - name.size() - 1);
+  const auto known = folders_.find(above);
+  Folder& folder = known == folders_.end() ? folders_[std::string(above)] : known->second;
   if (++folder.questions <= kFewQuestions)
     return false;
   if (folder.questions == kFewQuestions + 1)
-    list(above, folder);
-  return folder.is_listed && !folder.names.contains(hash_of_name(name));
+    list(std::string(above), folder);
+  return folder.is_listed && !folder.names.contains(base::hash_fold(name));
 }
 
 /// The folders of a server itself, its shares, are no list of files.
@@ -44,7 +41,7 @@ void FolderNames::list(const std::string& path, Folder& folder) {
   base::Trap trap;
   folder.is_listed = trap([&] {
     for (const platform::FileEntry& entry : files_.list(path))
-      folder.names.insert(hash_of_name(entry.name));
+      folder.names.insert(base::hash_fold(entry.name));
   });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -30,7 +31,11 @@ class FolderNames {
   void list(const std::string& path, Folder& folder);
 
   platform::Files& files_;
-  std::unordered_map<std::string, Folder> folders_;
+  /// Finds a path without a copy of it.
+  struct Hash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+  std::unordered_map<std::string, Folder, Hash, std::equal_to<>> folders_;
 };
 
 }  // namespace twk::lifecycle
