@@ -12,8 +12,6 @@
 namespace twk::format {
 namespace {
 
-enum class Case { kAsIs, kUpper, kLower };
-
 std::string in_case(std::string_view text, Case wanted) {
   switch (wanted) {
     case Case::kUpper:
@@ -60,31 +58,6 @@ Case case_of(std::string_view text, std::size_t tag_at) {
   return Case::kAsIs;
 }
 
-/// Replaces the tag at `at`, with the modifiers around it, by `name`. Returns where the name's text begins.
-std::size_t expand_one(std::string& text, std::size_t at, std::size_t tag_size, std::string_view name) {
-  const Case wanted = case_of(text, at);
-  const std::size_t leading = at == 0 ? 0 : digit(text[at - 1]);
-  if (wanted != Case::kAsIs) {
-    // The letter of "#U" is removed; "#" and a digit stay for now.
-    const std::size_t end = leading != 0 ? at - 1 : at;
-    const std::size_t start = before(text, end);
-    text.erase(start, end - start);
-    at -= end - start;
-  }
-  std::size_t begin = at;
-  std::size_t end = at + tag_size;
-  if (leading != 0) {
-    begin -= wanted == Case::kAsIs ? 1 : 2;
-    name = base::left(name, leading);
-  } else if (const std::size_t trailing = end < text.size() ? digit(text[end]) : 0; trailing != 0) {
-    begin = wanted == Case::kAsIs ? at : before(text, at);
-    ++end;
-    name = base::right(name, trailing);
-  }
-  text.replace(begin, end - begin, in_case(name, wanted));
-  return begin;
-}
-
 std::int16_t stored_serial(session::Session& session) {
   using Limits = std::numeric_limits<std::int16_t>;
   const std::int32_t number = base::val(session::read_setting(session, session::kSetup, "IncNumber"));
@@ -94,28 +67,68 @@ std::int16_t stored_serial(session::Session& session) {
 void expand_serial(session::Session& session, std::string& text, std::string_view tag, int digits) {
   if (find_tag(text, tag) == base::npos)
     return;
-  const int number = session.SerialCounter;
-  text = FRString(text, tag, (number < 0 ? "-" : "") + base::to_text(std::abs(number), digits));
+  text = FRString(text, tag, serial_text(session.SerialCounter, digits));
   session.SerialTokenUsed = true;
 }
 
 }  // namespace
 
+std::string_view NamePart::letters_of(std::string_view name) const {
+  if (first != 0)
+    return base::left(name, first);
+  return last != 0 ? base::right(name, last) : name;
+}
+
+std::string NamePart::of(std::string_view name) const {
+  return in_case(letters_of(name), wanted);
+}
+
+NamePart take_tag(std::string& text, std::size_t& at, std::size_t tag_size) {
+  NamePart part{case_of(text, at), at == 0 ? 0 : digit(text[at - 1]), 0};
+  if (part.wanted != Case::kAsIs) {
+    // The letter of "#U" is removed; "#" and a digit stay for now.
+    const std::size_t end = part.first != 0 ? at - 1 : at;
+    const std::size_t start = before(text, end);
+    text.erase(start, end - start);
+    at -= end - start;
+  }
+  std::size_t begin = at;
+  std::size_t end = at + tag_size;
+  if (part.first != 0) {
+    begin -= part.wanted == Case::kAsIs ? 1 : 2;
+  } else if (part.last = end < text.size() ? digit(text[end]) : 0; part.last != 0) {
+    begin = part.wanted == Case::kAsIs ? at : before(text, at);
+    ++end;
+  }
+  text.erase(begin, end - begin);
+  at = begin;
+  return part;
+}
+
 void expand_name(std::string& text, std::string_view tag, std::string_view name) {
   std::size_t from = 0;
   for (int i = 0; i < kMostExpansions && text.size() <= kMostText; ++i) {
-    const std::size_t at = find_tag(text, tag, from);
+    std::size_t at = find_tag(text, tag, from);
     if (at == base::npos)
       return;
-    const std::size_t begin = expand_one(text, at, tag.size(), name);
+    const NamePart part = take_tag(text, at, tag.size());
+    text.insert(at, part.of(name));
     // The tag cannot be before this, except one that begins there and ends in the name.
-    from = begin - std::min(begin, tag.size() - 1);
+    from = at - std::min(at, tag.size() - 1);
   }
 }
 
-void expand_serials(session::Session& session, std::string& text) {
+void begin_serials(session::Session& session) {
   if (!session.SerialTokenUsed)
     session.SerialCounter = stored_serial(session);
+}
+
+std::string serial_text(std::int16_t number, int digits) {
+  return (number < 0 ? "-" : "") + base::to_text(std::abs(int{number}), digits);
+}
+
+void expand_serials(session::Session& session, std::string& text) {
+  begin_serials(session);
   expand_serial(session, text, "%N%", 1);
   expand_serial(session, text, "%NN%", 2);
   expand_serial(session, text, "%NNN%", 3);

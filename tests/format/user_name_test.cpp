@@ -1,6 +1,9 @@
 #include "format/user_name.hpp"
 
+#include <random>
+
 #include "base/text.hpp"
+#include "format/compiled_format.hpp"
 #include "format/import_headings.hpp"
 #include "format/reference.hpp"
 #include "format/tags.hpp"
@@ -134,6 +137,41 @@ TEST_F(UserNameTest, WithoutASerialTagTheCounterIsFreshAndTheFlagStaysDown) {
   EXPECT_EQ(name("%first%"), "John");
   EXPECT_EQ(session.SerialCounter, 0);
   EXPECT_FALSE(session.SerialTokenUsed);
+}
+
+TEST_F(UserNameTest, AFormatTakenApartGivesTheSameForAllThatItTakes) {
+  constexpr std::array<std::string_view, 24> kTokens = {
+      "%first%", "%LAST%", "%middle%", "%first%", "%last%", "#U",   "#l",        "#",
+      "1",       "3",      "9",        "0",       "%n%",    "%NN%", "%IMPORT2%", "%nn",
+      "n%",      "%N%N%",  ".",        " x",      "u",      "%",    "é",         "%IMPORT07%"};
+  constexpr std::array<std::string_view, 10> kNames = {"",     "a",   "U",  "Lu", "J o",
+                                                       "John", "Xy7", "9a", "#u", "%n%"};
+  std::minstd_rand random(11);
+  const auto any = [&](const auto& texts) { return std::string(texts.at(random() % texts.size())); };
+  session.import.Importing = true;
+  int compared = 0;
+  for (int i = 0; i < 20'000; ++i) {
+    std::string format;
+    for (auto tokens = 1 + random() % 6; tokens > 0; --tokens)
+      format += any(kTokens);
+    const std::array<std::string, 3> names = {any(kNames), any(kNames), any(kNames)};
+    session.import.ImportFields[2] = any(kNames);
+    const auto compiled = CompiledFormat::of(format);
+    const CompiledFormat::Values values{{names[0], names[1], names[2]}, session.import.ImportFields, -12};
+    if (!compiled || !compiled->takes(values))
+      continue;
+    session.SerialTokenUsed = true;
+    session.SerialCounter = -12;
+    std::string filled;
+    compiled->fill(values, filled);
+    ASSERT_EQ(filled, UserName(session, format, names[0], names[1], names[2])) << format;
+    ++compared;
+  }
+  EXPECT_GT(compared, 2'000);
+  const CompiledFormat::Values ada{{"Ada", "", "Byron"}, session.import.ImportFields, 0};
+  for (const std::string_view plain :
+       {"9%first%.9%last%", "#L1%first%#L%last%%n%", "%last%%first%2", "1%first%1%middle%%last%"})
+    EXPECT_TRUE(CompiledFormat::of(plain) && CompiledFormat::of(plain)->takes(ada)) << plain;
 }
 
 TEST_F(UserNameTest, NamesHoldNoTags) {
