@@ -12,6 +12,7 @@
 #include "batch/open_import.hpp"
 #include "batch/recorded_import.hpp"
 #include "creation/create_user.hpp"
+#include "creation/plain_preview.hpp"
 #include "creation/share_rights.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
@@ -105,9 +106,27 @@ bool has_lost_records(Session& session, const NewUserRequest& request) {
   });
 }
 
-void tell_row(Session& session, std::int32_t line) {
-  if (session.import.row_done)
-    session.import.row_done({line, session.LastCreation});
+/// `row` is kept from line to line.
+void tell_row(Session& session, std::int32_t line, session::ImportRow& row) {
+  if (!session.import.row_done)
+    return;
+  row.line = line;
+  row.outcome = session.LastCreation;
+  session.import.row_done(row);
+}
+
+/// One line, with the names that the request has.
+session::CreationOutcome create_or_preview(Session& session, const NewUserRequest& request,
+                                           std::optional<creation::PlainPreview>& preview,
+                                           RecordedImport& view) {
+  if (preview) {
+    if (auto outcome = preview->settle(request))
+      return std::move(*outcome);
+  }
+  session::CreationOutcome outcome = creation::create_user(session, request, view);
+  if (preview)
+    preview->learn(outcome);
+  return outcome;
 }
 
 void refuse_short_line(Session& session) {
@@ -139,6 +158,13 @@ End run_lines(Session& session, std::string_view path, ImportSource& lines, cons
   std::optional<platform::WriteBatch> one_look;
   if (state.rehearsed)
     one_look.emplace(session.platform.directory);
+  NewUserRequest request = order.user;
+  request.UserId.clear();
+  std::optional<creation::PlainPreview> preview;
+  if (state.rehearsed && request.names_only)
+    preview.emplace(session, request);
+  session::ImportRow row;
+  std::int32_t told = -1;
   ImportPace pace(lines.last_number(), session.platform.clock.utc_now());
   while (lines.next()) {
     if (order.made_before.contains(lines.number())) {
@@ -148,7 +174,7 @@ End run_lines(Session& session, std::string_view path, ImportSource& lines, cons
     lines.take_up(state);
     if (state.ImportFieldCount < 2) {
       refuse_short_line(session);
-      tell_row(session, lines.number());
+      tell_row(session, lines.number(), row);
       continue;
     }
     if (state.ImportStopped) {
@@ -156,14 +182,14 @@ End run_lines(Session& session, std::string_view path, ImportSource& lines, cons
       return End::kStopped;
     }
     view.begin_line(lines.number(), lines.raw());
-    NewUserRequest request = order.user;
-    request.UserId.clear();
     fill_names(state, request);
-    keep_outcome(session, order, creation::create_user(session, std::move(request), view));
+    keep_outcome(session, order, create_or_preview(session, request, preview, view));
     view.end_line(session.LastCreation);
-    view.counted("Number of Users Imported from " + title(path) + "= " +
-                 base::to_text(state.ImportAddedCount));
-    tell_row(session, lines.number());
+    if (std::exchange(told, state.ImportAddedCount) != state.ImportAddedCount) {
+      view.counted("Number of Users Imported from " + title(path) + "= " +
+                   base::to_text(state.ImportAddedCount));
+    }
+    tell_row(session, lines.number(), row);
     pace.add(lines.number(), session.LastCreation.light);
     if (const auto text = pace.text(session.platform.clock.utc_now()))
       view.pace(*text);

@@ -11,7 +11,10 @@ namespace twk::batch {
 bool next_line(std::string_view text, std::size_t& position, std::string_view& line) {
   if (position >= text.size())
     return false;
-  const std::size_t end = text.find_first_of("\r\n", position);
+  // A search for one of two characters looks for both at each byte.
+  const auto is_end = [](char c) { return c == '\n' || c == '\r'; };
+  const auto found = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(position), text.end(), is_end);
+  const std::size_t end = found == text.end() ? base::npos : static_cast<std::size_t>(found - text.begin());
   line = text.substr(position, end == base::npos ? base::npos : end - position);
   position = end == base::npos ? text.size() : end + 1;
   if (end != base::npos && text[end] == '\r' && position < text.size() && text[position] == '\n')
@@ -73,11 +76,17 @@ void ImportLines::put_back() {
 void split_import_line(session::ImportState& state, std::string_view line) {
   constexpr std::size_t kMostCounted = 32767;
   state.ImportLine = line;
-  const std::vector<std::string> fields = base::split(line, ',');
-  const std::size_t kept = std::min(fields.size(), session::kMostImportFields);
-  const auto rest = std::copy_n(fields.begin(), kept, state.ImportFields.begin() + 1);
-  std::fill(rest, state.ImportFields.end(), std::string());
-  state.ImportFieldCount = static_cast<std::int16_t>(std::min(fields.size(), kMostCounted));
+  std::size_t count = 0;
+  // An empty line has no fields, one with n commas has n + 1.
+  for (std::size_t begin = 0; begin <= line.size() && !line.empty(); ++count) {
+    const std::size_t end = std::min(line.find(',', begin), line.size());
+    if (count < session::kMostImportFields)
+      state.ImportFields.at(count + 1) = line.substr(begin, end - begin);
+    begin = end + 1;
+  }
+  for (std::size_t i = count; i < session::kMostImportFields; ++i)
+    state.ImportFields.at(i + 1).clear();
+  state.ImportFieldCount = static_cast<std::int16_t>(std::min(count, kMostCounted));
 }
 
 }  // namespace twk::batch

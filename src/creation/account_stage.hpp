@@ -20,6 +20,8 @@ void ForeseeAccount(CreationRun& run);
 
 /// Warns about a principal name that is in use, as `ApplyW2kProperties` would.
 void ForeseePrincipalName(CreationRun& run);
+/// The same of a name whose tags are filled in.
+void foresee_principal_name(CreationRun& run, const std::string& name);
 
 /// Stages on an account that is not stored yet the rows of the directory table that mean the same there, and
 /// remembers them in `first_properties`. Reports nothing: `ApplyW2kProperties` does, when it gets to them.

@@ -11,12 +11,12 @@
 #include "creation/creation_run.hpp"
 #include "creation/known_person.hpp"
 #include "creation/mailbox_stage.hpp"
+#include "creation/outcome_of.hpp"
 #include "creation/paths.hpp"
 #include "creation/resource_stages.hpp"
 #include "creation/share_rights.hpp"
 #include "creation/validate_request.hpp"
 #include "format/variables.hpp"
-#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "stores/template_store.hpp"
 
@@ -185,27 +185,6 @@ Step work(CreationRun& run) {
   return Step::kGoOn;
 }
 
-CreationOutcome outcome_of(CreationRun& run, std::string_view light, const std::string& message) {
-  CreationOutcome outcome;
-  outcome.user = run.UserId;
-  outcome.light = light;
-  outcome.message = message;
-  outcome.first_name = run.request.FirstName;
-  outcome.middle_name = run.request.MiddleName;
-  outcome.last_name = run.request.LastName;
-  outcome.name_taken = run.name_taken;
-  outcome.is_known = run.is_known;
-  return outcome;
-}
-
-/// The outcome that the log tab shows, with the reasons why it is not GREEN.
-CreationOutcome told_outcome(CreationRun& run, std::string_view light, const std::string& message) {
-  std::vector<std::string> warnings = run.session.log.reasons();
-  CreationOutcome outcome = outcome_of(run, light, session::LOG_TAB(run.session, light, message));
-  outcome.warnings = std::move(warnings);
-  return outcome;
-}
-
 CreationOutcome finish(CreationRun& run) {
   Session& session = run.session;
   run.CurrentUserObject.reset();
@@ -219,13 +198,7 @@ CreationOutcome finish(CreationRun& run) {
   if (!session.import.Importing)
     stores::release_template(session);
   session.log.close();
-  const bool warned = run.RunWarning != 1;
-  CreationOutcome outcome = told_outcome(run, warned ? session::kYellow : session::kGreen,
-                                         run.request.names_only     ? "Would be created"
-                                         : session.import.rehearsed ? run.UserId + " would be created"
-                                                                    : run.UserId + " Created User ");
-  outcome.summary_row = run.SummaryRow + (warned ? "Yes" : "No");
-  return outcome;
+  return good_outcome(run);
 }
 
 void show_failed_stage(CreationRun& run) {

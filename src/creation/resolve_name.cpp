@@ -19,8 +19,7 @@ using session::Session;
 /// There is no alternative to a taken name.
 Step refuse_taken_name(CreationRun& run) {
   Session& session = run.session;
-  run.message = "User " + run.UserId + " Already Exist";
-  run.name_taken = true;
+  refuse_for_taken_name(run);
   if (!session.import.Importing) {
     session.platform.dialogs.MsgBox(
         "User " + run.UserId + " Already Exist \r\nChange the UserID and Continue.", platform::Buttons::kOk,
@@ -87,25 +86,34 @@ Step refuse_sam_name(CreationRun& run, const char* status) {
 
 }  // namespace
 
+const std::string* next_format(Session& session, const NameFormats& formats) {
+  if (!session.SerialTokenUsed) {
+    if (formats.taken.empty() || session.AltIdTried)
+      return nullptr;
+    session.AltIdTried = true;
+    return &formats.taken;
+  }
+  if (session.SerialCounter == std::numeric_limits<std::int16_t>::max())
+    return nullptr;
+  ++session.SerialCounter;
+  return session.AltIdTried ? &formats.taken : &formats.account;
+}
+
+void refuse_for_taken_name(CreationRun& run) {
+  run.message = "User " + run.UserId + " Already Exist";
+  run.name_taken = true;
+}
+
 Step ResolveCollision(CreationRun& run) {
   Session& session = run.session;
-  const NameFormats& formats = run.request.formats;
   if (!run.request.stages.account)
     return Step::kGoOn;
   if (!directory::User_Exist(session, run.UserId)) {
     begin_work(run);
     return Step::kGoOn;
   }
-  if (!session.SerialTokenUsed) {
-    if (formats.taken.empty() || session.AltIdTried)
-      return refuse_taken_name(run);
-    session.AltIdTried = true;
-    return try_again(run, formats.taken);
-  }
-  if (session.SerialCounter == std::numeric_limits<std::int16_t>::max())
-    return refuse_taken_name(run);
-  ++session.SerialCounter;
-  return try_again(run, session.AltIdTried ? formats.taken : formats.account);
+  const std::string* const format = next_format(session, run.request.formats);
+  return format == nullptr ? refuse_taken_name(run) : try_again(run, *format);
 }
 
 Step ResolveSamName(CreationRun& run) {

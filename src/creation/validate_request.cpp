@@ -15,8 +15,6 @@ namespace {
 
 using session::Session;
 
-constexpr std::size_t kLongestUserId = 20;
-
 /// The reason against the selection; empty when it will do.
 std::string_view selection_fault(const CreationRun& run) {
   constexpr std::string_view kSelectUser =

@@ -224,18 +224,21 @@ void StageFirstProperties(CreationRun& run) {
   }
 }
 
+void foresee_principal_name(CreationRun& run, const std::string& name) {
+  run.principal_name = name;
+  const bool is_new = run.session.import.foreseen_names.add("UPN " + base::upper(name));
+  if (!is_new || (!is_surely_free(run, name) && directory::Is_Name_Used_In_Forest(run.session, name)))
+    refuse_taken_name(run, name);
+}
+
 void ForeseePrincipalName(CreationRun& run) {
   const std::vector<DirectoryRow> rows = directory_rows_with_key(run);
   for (const DirectoryRow& row : rows) {
     if (!row.of_user || is_prompt(row) || !base::equals_fold(row.attribute, kPrincipalName))
       continue;
     const std::optional<DirectoryProperty> property = property_of(run, row);
-    if (!property)
-      continue;
-    run.principal_name = property->value;
-    const bool is_new = run.session.import.foreseen_names.add("UPN " + base::upper(property->value));
-    if (!is_new || (!is_surely_free(run, property->value) && is_taken(run, *property)))
-      refuse_taken_name(run, property->value);
+    if (property)
+      foresee_principal_name(run, property->value);
   }
 }
 

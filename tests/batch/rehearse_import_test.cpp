@@ -1,5 +1,6 @@
 #include "batch/rehearse_import.hpp"
 
+#include <array>
 #include <filesystem>
 #include <map>
 #include <random>
@@ -196,6 +197,58 @@ TEST(RehearsedImport, HasTheNamesOfAPreviewWhenPeopleComeTwice) {
       return rows;
     };
     EXPECT_EQ(rows_of(true), rows_of(false));
+  }
+}
+
+/// Counts the lines that take the long way.
+class LongWays final : public windows::NewUserView {
+ public:
+  using NewUserView::NewUserView;
+  void names(const creation::NewUserRequest& /*request*/) override { ++count; }
+  int count = 0;
+};
+
+TEST(RehearsedImport, SettlesPlainLinesOfAPreviewAsTheLongWayWould) {
+  constexpr std::array<std::string_view, 12> kFirst = {
+      "Jo", "ann", "Kim", "Al", "Jo", "Xavier-Maria", "O'Neil", "#U", "9a", "%n%", "J\u00F6rg", ""};
+  constexpr std::array<std::string_view, 10> kLast = {
+      "Smith", "Lee", "Day", "Bo", "Smith1", "Sm", "de la Cruz", "Lee.", "a/b", "Constantinopolis"};
+  std::minstd_rand random(3);
+  const auto any = [&](const auto& texts) {
+    return std::string(texts.at(random() % (random() % 4 == 0 ? texts.size() : 4)));
+  };
+  std::string lines;
+  for (int line = 0; line < 400; ++line) {
+    const std::string number = random() % 2 == 0 ? std::to_string(random() % 120) : "";
+    lines += any(kFirst) + number + ",," + any(kLast) + ",,,,,p" + std::to_string(random() % 300) + "\n";
+  }
+  for (const std::string format : {"%first%.%last%", "1%first%#U%last%", "%last%%n%"}) {
+    HostileWorld world(DomainKind::kNative, false);
+    world.set("Setup", "UserFormat", "5");
+    world.set("Setup", "SetupID", format);
+    world.set("Setup", "ImportGroupsFinish", "0");
+    const std::string path = world.folder / "users.csv";
+    test::put_file(path, lines);
+    const auto rows_of = [&](const std::string& expiry) {
+      LongWays view(world.session.form1, true);
+      ImportOrder order = world.order(false);
+      order.user.names_only = true;
+      order.user.Expiry = expiry;
+      order.user.formats.account = format;
+      Rows rows;
+      rehearse_import(
+          world.session, path, order, view,
+          {{}, [&](const session::ImportRow& row) {
+             const session::CreationOutcome& outcome = row.outcome;
+             rows.push_back(row_text(row) + outcome.message + outcome.first_name + outcome.last_name);
+           }});
+      return std::pair{rows, view.count};
+    };
+    const auto [rows, long_ways] = rows_of("");
+    // A column of dates, which may be empty, makes every line unusual.
+    const auto [expected, all] = rows_of("%IMPORT99%");
+    EXPECT_EQ(rows, expected) << format;
+    EXPECT_LT(long_ways * 2, all) << format;
   }
 }
 

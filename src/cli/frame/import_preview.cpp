@@ -15,17 +15,21 @@ const std::vector<Column> kColumns = {{"line", "Line"},      {"light", "Light"},
                                       {"first", "First"},    {"middle", "Middle"}, {"last", "Last"},
                                       {"message", "Message"}};
 
-Json preview_row(const session::ImportRow& row) {
-  const std::string light = row.outcome.light.empty() ? std::string(session::kRed) : row.outcome.light;
-  const std::string message(base::trim(row.outcome.message));
-  return {{"line", row.line},
-          {"user", row.outcome.user},
-          {"light", light},
-          {"message", message},
-          {"warnings", warnings_of(light, message, row.outcome.warnings)},
-          {"first", row.outcome.first_name},
-          {"middle", row.outcome.middle_name},
-          {"last", row.outcome.last_name}};
+void print_row(const session::ImportRow& row, const std::string& light, RowPrinter& rows) {
+  const session::CreationOutcome& outcome = row.outcome;
+  const std::string message(base::trim(outcome.message));
+  if (rows.takes_texts()) {
+    return rows.add_texts({base::to_text(row.line), light, outcome.user, outcome.first_name,
+                           outcome.middle_name, outcome.last_name, message});
+  }
+  rows.add({{"line", row.line},
+            {"user", outcome.user},
+            {"light", light},
+            {"message", message},
+            {"warnings", warnings_of(light, message, outcome.warnings)},
+            {"first", outcome.first_name},
+            {"middle", outcome.middle_name},
+            {"last", outcome.last_name}});
 }
 
 }  // namespace
@@ -45,9 +49,9 @@ int preview_import(Context& context, session::Session& session, const std::strin
   state.rehearsed = true;
   session.log.rehearse(true);
   state.row_done = [&](const session::ImportRow& row) {
-    const Json shown = preview_row(row);
-    rows.add(shown);
-    exit_code = std::max(exit_code, exit_code_of_light(shown.text_at("light")));
+    const std::string light = row.outcome.light.empty() ? std::string(session::kRed) : row.outcome.light;
+    print_row(row, light, rows);
+    exit_code = std::max(exit_code, exit_code_of_light(light));
   };
   context.dialogs().on_events([&] {
     if (interrupted())

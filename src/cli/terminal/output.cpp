@@ -181,6 +181,21 @@ void RowPrinter::add(const Json& row) {
   output_.write(out);
 }
 
+void RowPrinter::add_texts(std::initializer_list<std::string_view> texts) {
+  line_.clear();
+  std::size_t column = 0;
+  for (const std::string_view text : texts) {
+    const std::size_t begin = line_.size();
+    line_ += printable(text);
+    if (++column == texts.size())
+      break;
+    const std::size_t used = display_width(std::string_view(line_).substr(begin));
+    const std::size_t width = widths_[column - 1];
+    line_.append(width - std::min(width, used), ' ').append(kGap);
+  }
+  output_.write(line_ += '\n');
+}
+
 void RowPrinter::finish() {
   if (!first_.empty())
     widths_ = output_.print_rows(columns_, first_);

@@ -48,13 +48,17 @@ void show_new_user(Session& session, const NewUser& user) {
   add_to_lists(session, user);
 }
 
+bool is_container_shown(Session& session, std::string_view container) {
+  return container_is_read(session) && session.domain.tree.find(container) != nullptr;
+}
+
 void foresee_new_user(Session& session, const NewUser& user) {
   session::RunLookups& lookups = session.import.lookups;
   if (!session::is_active_directory(session)) {
     lookups.foreseen_in_tree.add(base::upper(user.shown));
     return;
   }
-  if (!container_is_read(session) || session.domain.tree.find(user.container) == nullptr)
+  if (!is_container_shown(session, user.container))
     return;
   // All of a run go into one container.
   if (lookups.foreseen_container.empty())

@@ -31,5 +31,8 @@ struct NewUser {
 void show_new_user(session::Session& session, const NewUser& user);
 /// The same for an account that is not made: `User_Exist` finds it.
 void foresee_new_user(session::Session& session, const NewUser& user);
+/// False in Active Directory for a container whose users are not in the tree, which is not told of new ones
+/// then.
+bool is_container_shown(session::Session& session, std::string_view container);
 
 }  // namespace twk::directory

@@ -157,12 +157,15 @@ std::string user_key_start(const Session& session) {
   return "LDAP://" + session.DomainName + "/CN=";
 }
 
+bool is_name_taken(const Session& session, std::string_view key, std::string_view folded) {
+  return session.domain.tree.has_key_with_prefix(key) || is_foreseen(session, folded);
+}
+
 bool User_Exist(Session& session, std::string_view name) {
-  const controls::TreeView& tree = session.domain.tree;
-  const bool taken = (session::is_active_directory(session)
-                          ? tree.has_key_with_prefix(user_key_start(session) + std::string(name))
-                          : tree.has_text(name)) ||
-                     is_foreseen(session, base::upper(name));
+  const std::string folded = base::upper(name);
+  const bool taken = session::is_active_directory(session)
+                         ? is_name_taken(session, user_key_start(session) + std::string(name), folded)
+                         : session.domain.tree.has_text(name) || is_foreseen(session, folded);
   if (taken)
     session::LOG_TAB(session, session::kRed, " User Name " + std::string(name) + " already exist");
   return taken;

@@ -28,6 +28,9 @@ bool is_read(controls::TreeView& tree, const controls::TreeNode& node);
 /// True when the name is taken by a node of the tree: in a WinNT domain by its text, in Active Directory by
 /// the beginning of its common name. Adds a "RED" row to the log tab then.
 bool User_Exist(session::Session& session, std::string_view name);
+/// The same question in Active Directory without a row: `key` is what the key of a user of that name begins
+/// with, `folded` the name in upper case.
+bool is_name_taken(const session::Session& session, std::string_view key, std::string_view folded);
 /// What the keys of users begin with in Active Directory: "LDAP://twk.test/CN=".
 std::string user_key_start(const session::Session& session);
 
