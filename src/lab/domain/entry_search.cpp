@@ -47,13 +47,16 @@ class KindTest {
         conditions_.push_back({std::move(child), {}});
       return is_kind;
     });
+    // Classes come first in an entry, and turn most away without a look at the rest of it.
+    std::ranges::stable_partition(conditions_, [](const Condition& condition) {
+      return base::equals_fold(condition.filter.attribute, "objectClass");
+    });
   }
 
   bool passes(const Entry& entry) {
     return std::all_of(conditions_.begin(), conditions_.end(), [&](Condition& condition) {
-      const std::vector<std::string_view> values = entry.views(condition.filter.attribute);
-      return std::any_of(values.begin(), values.end(),
-                         [&](std::string_view value) { return condition.holds(value); });
+      return entry.any(condition.filter.attribute,
+                       [&](std::string_view value) { return condition.holds(value); });
     });
   }
 

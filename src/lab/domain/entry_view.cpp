@@ -93,9 +93,7 @@ std::string entry_class(const Entry& entry) {
 }
 
 bool has_class(const Entry& entry, std::string_view name) {
-  const std::vector<std::string> classes = entry.values("objectClass");
-  return std::any_of(classes.begin(), classes.end(),
-                     [&](const std::string& one) { return base::equals_fold(one, name); });
+  return entry.any("objectClass", [&](std::string_view one) { return base::equals_fold(one, name); });
 }
 
 bool is_user(const Entry& entry) {

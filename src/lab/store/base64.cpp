@@ -39,28 +39,42 @@ bool append_decoded(std::string& out, std::string_view text) {
   if (text.size() % 4 != 0)
     return false;
   const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
+  const std::string_view digits = text.substr(0, text.size() - padding);
   const std::size_t before = out.size();
-  out.reserve(before + text.size() / 4 * 3);
+  const std::size_t size = text.size() / 4 * 3;
+  out.resize(before + size);
+  char* to = out.data() + before;
+  // A wrong digit sets a bit that no right one has.
+  std::uint32_t wrong = 0;
   std::uint32_t bits = 0;
-  unsigned count = 0;
-  for (const char c : text.substr(0, text.size() - padding)) {
-    const std::uint8_t digit = kDigits[static_cast<unsigned char>(c)];
-    if (digit == kNoDigit) {
-      out.resize(before);
-      return false;
-    }
+  const auto take = [&](char c) {
+    const std::uint32_t digit = kDigits[static_cast<unsigned char>(c)];
+    wrong |= digit;
     bits = bits << 6U | digit;
-    count += 6;
-    if (count >= 8) {
-      count -= 8;
-      out.push_back(static_cast<char>(bits >> count & 0xFFU));
-    }
+  };
+  const auto put = [&] {
+    *to++ = static_cast<char>(bits >> 16U & 0xFFU);
+    *to++ = static_cast<char>(bits >> 8U & 0xFFU);
+    *to++ = static_cast<char>(bits & 0xFFU);
+  };
+  const char* from = digits.data();
+  for (std::size_t whole = digits.size() / 4; whole > 0; --whole, from += 4) {
+    take(from[0]);
+    take(from[1]);
+    take(from[2]);
+    take(from[3]);
+    put();
+  }
+  if (padding > 0) {
+    for (std::size_t i = 0; i < 4; ++i)
+      take(i < 4 - padding ? from[i] : 'A');
+    put();
   }
   // What is left of the last digit has to be zero.
-  const bool whole = (bits & ((1U << count) - 1U)) == 0;
-  if (!whole)
-    out.resize(before);
-  return whole;
+  const bool whole = padding == 0 || (out.back() == '\0' && (padding == 1 || out[out.size() - 2] == '\0'));
+  const bool reads = wrong < 64 && whole;
+  out.resize(reads ? before + size - padding : before);
+  return reads;
 }
 
 std::optional<std::string> decode_base64(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,6 +29,9 @@ class Entry {
   [[nodiscard]] std::vector<std::string> attribute_names() const;
   /// The values without copies, valid as long as the entry; read by `matches` of filter.hpp.
   [[nodiscard]] std::vector<std::string_view> views(std::string_view attribute) const;
+  /// True when one of the values has what is asked for; not asked of those behind it. Allocates nothing.
+  [[nodiscard]] bool any(std::string_view attribute,
+                         const std::function<bool(std::string_view value)>& has_it) const;
 
  private:
   friend class EntryStore;

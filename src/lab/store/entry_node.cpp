@@ -20,6 +20,30 @@ const std::string& Entry::dn() const {
   return node_->dn;
 }
 
+bool Entry::any(std::string_view attribute, const std::function<bool(std::string_view value)>& has_it) const {
+  if (const std::optional<Side> side = link_side(attribute)) {
+    const Link* link = node_->first_link[at(*side)];
+    while (link != nullptr && !has_it(link->dn(other(*side))))
+      link = link->next[at(*side)];
+    return link != nullptr;
+  }
+  if (is_same_attribute(attribute, kDistinguishedName))
+    return has_it(node_->dn);
+  const std::optional<AttributeId> wanted = node_->pool->find(attribute);
+  bool found = false;
+  if (wanted) {
+    bool is_reached = false;
+    node_->pool->each(node_->block, [&](AttributeId id, std::string_view value) {
+      found = id == *wanted && has_it(value);
+      // The values of an attribute lie together.
+      const bool is_over = is_reached && id != *wanted;
+      is_reached = id == *wanted;
+      return !found && !is_over;
+    });
+  }
+  return found;
+}
+
 std::vector<std::string_view> Entry::views(std::string_view attribute) const {
   if (const std::optional<Side> side = link_side(attribute)) {
     std::vector<std::string_view> names;
@@ -37,7 +61,7 @@ std::vector<std::string_view> Entry::views(std::string_view attribute) const {
   node_->pool->each(node_->block, [&](AttributeId id, std::string_view value) {
     if (id == *wanted)
       found.push_back(value);
-    return true;
+    return id == *wanted || found.empty();
   });
   return found;
 }
@@ -52,13 +76,18 @@ std::optional<std::string> Entry::value(std::string_view attribute) const {
     const Link* const link = node_->first_link[at(*side)];
     return link == nullptr ? std::nullopt : std::optional(link->dn(other(*side)));
   }
-  const std::vector<std::string_view> found = views(attribute);
-  return found.empty() ? std::nullopt : std::optional<std::string>(found.front());
+  std::string_view first;
+  const bool is_there = any(attribute, [&](std::string_view value) {
+    first = value;
+    return true;
+  });
+  return is_there ? std::optional<std::string>(first) : std::nullopt;
 }
 
 bool Entry::has(std::string_view attribute) const {
   const std::optional<Side> side = link_side(attribute);
-  return side ? node_->first_link[at(*side)] != nullptr : !views(attribute).empty();
+  return side ? node_->first_link[at(*side)] != nullptr
+              : any(attribute, [](std::string_view) { return true; });
 }
 
 std::vector<std::string> Entry::attribute_names() const {

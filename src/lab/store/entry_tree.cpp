@@ -332,7 +332,12 @@ void EntryTree::forget_keys(Node& node) {
 // Memberships.
 
 void EntryTree::apply_links(Node& node, std::vector<LinkStep>& steps) {
-  for (LinkStep& step : steps) {
+  // Where the links of the next steps would be is fetched while this one is taken.
+  constexpr std::size_t kAhead = 8;
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    LinkStep& step = steps[i];
+    if (const Node* const end = i + kAhead < steps.size() ? steps[i + kAhead].end : nullptr)
+      links_.fetch(step.side == Side::kGroup ? pair_hash(node, *end) : pair_hash(*end, node));
     if (step.kind == LinkStep::Kind::kAdd) {
       add_link(step.side, node, step);
     } else if (step.kind == LinkStep::Kind::kClear) {
