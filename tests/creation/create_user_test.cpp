@@ -1,4 +1,9 @@
+#include <random>
+
+#include "base/text.hpp"
+#include "batch/rehearsed_session.hpp"
 #include "creation/creation_world.hpp"
+#include "creation/foresee_user.hpp"
 
 namespace twk::creation {
 namespace {
@@ -196,6 +201,57 @@ TEST(Creation, WithTheAccountSwitchedOffOnlyTheRestIsDone) {
   EXPECT_EQ(world.path_of("Jo.Smith"), "");
   EXPECT_TRUE(world.services.files.is_directory("\\\\FS1\\D$\\Users\\Jo.Smith"));
   EXPECT_EQ(caption(world.session.form1.UserAccount), "");
+}
+
+/// Texts of which many begin others, and some hold what a filter, a name or a path would take for its own.
+std::string any_name(std::mt19937& random, unsigned most) {
+  constexpr std::array<std::string_view, 9> kParts = {"Jo", "an", "AN", "e", "é", "É", "-", "(", "1"};
+  std::string name;
+  for (auto parts = 1 + random() % most; parts > 0; --parts)
+    name += kParts.at(random() % (random() % 4 == 0 ? kParts.size() : 6));
+  return name;
+}
+
+// A command for one user does not load the users of the domain.
+TEST_P(CreateUser, WithoutTheListsOfUsersANameIsTakenWhereItIsWithThem) {
+  std::mt19937 random(22);
+  std::vector<std::string> accounts(1, "Jo.Jo");
+  for (int i = 0; i < 40; ++i)
+    accounts.push_back(any_name(random, 1) + "." + any_name(random, 2));
+  const auto prepare = [&](CreationWorld& world, std::string_view skip) {
+    world.set("ADO", "SkipUsers", skip);
+    world.set("Setup", "AltSetupID", "%first%.%last%%n%");
+    for (const std::string& account : accounts) {
+      base::Trap there_already;
+      there_already([&] { world.make_user(account); });
+    }
+    world.start();
+  };
+  CreationWorld all(GetParam());
+  prepare(*this, "True");
+  prepare(all, "False");
+  int others = 0;
+  for (int i = 0; i < 60; ++i) {
+    const std::string first = any_name(random, 1);
+    const std::string last = any_name(random, 2);
+    const auto foreseen = [&](CreationWorld& world) {
+      batch::RehearsedSession rehearsed(world.session, [](const std::string&) {});
+      NewUserRequest request = windows::new_user_request(world.session);
+      request.FirstName = first;
+      request.LastName = last;
+      const ForeseenUser user = foresee_user(rehearsed.session(), request);
+      return std::tuple(user.account, user.fault, user.principal_name, user.warnings);
+    };
+    const auto found = foreseen(*this);
+    EXPECT_EQ(found, foreseen(all)) << first << " " << last;
+    const std::string name = base::upper(first + "." + last);
+    const bool is_taken = std::ranges::any_of(accounts, [&](const std::string& account) {
+      return is_nt() ? base::upper(account) == name : base::starts_with_fold(account, name);
+    });
+    EXPECT_EQ(std::get<0>(found).ends_with('0'), is_taken) << name;
+    others += is_taken ? 1 : 0;
+  }
+  EXPECT_GT(others, 15);
 }
 
 }  // namespace
