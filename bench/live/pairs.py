@@ -101,7 +101,7 @@ def measure_searches():
     pair("users listed",
          lambda _: seconds(*twk_command("user", "list")),
          lambda _: seconds("ldapsearch", *SERVER, "-LLL", "-b", TOP, "-E", "pr=1000/noprompt", "(objectClass=user)", "name",
-                           "sAMAccountName", "userAccountControl"))
+                           "displayName", "description", "userAccountControl"))
 
 
 def requests_of(name):

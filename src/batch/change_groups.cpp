@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
-#include <set>
+#include <unordered_map>
 #include <utility>
 
 #include "base/error_words.hpp"
@@ -130,7 +130,10 @@ class GroupsRun {
         groups_(bind_groups(session, order)),
         gathers_(
             std::ranges::all_of(groups_, [](const BoundGroup& group) { return group.object->takes_many(); })),
-        rules_(rules_of(session, hooks, !gathers_)) {}
+        rules_(rules_of(session, hooks, !gathers_)) {
+    if (gathers_)
+      rules_.attributes = groups::membership_attributes();
+  }
 
   bool run() {
     bool whole = false;
@@ -154,9 +157,12 @@ class GroupsRun {
       return change(one);
     }
     // A user whom another row includes, too, shall be seen as the first visit left it.
-    if (!paths_.insert(base::upper(user.path)).second) {
-      change_gathered();
-      paths_.insert(base::upper(user.path));
+    const auto [seen, is_new] = seen_.try_emplace(base::upper(user.path), requests_);
+    if (!is_new) {
+      if (seen->second == requests_)
+        change_gathered();
+      seen->second = requests_;
+      user.values.clear();
     }
     user.name = platform::plain_name(directory::relative_name(directory::name_in_path(user.path)));
     gathered_.push_back(user);
@@ -166,24 +172,27 @@ class GroupsRun {
 
   void change_gathered() {
     std::vector<SelectedUser> users = std::exchange(gathered_, {});
-    paths_.clear();
+    ++requests_;
     if (users.empty() || stopped_)
       return;
     view_.step("Changing groups of " + std::to_string(users.size()) + " users");
-    std::vector<std::string> paths;
-    paths.reserve(users.size());
-    for (const SelectedUser& user : users)
-      paths.push_back(user.path);
-    std::vector<std::optional<Memberships>> known = groups::read_memberships(session_, paths);
+    std::vector<std::string> unread;
+    for (const SelectedUser& user : users) {
+      if (user.values.empty())
+        unread.push_back(user.path);
+    }
+    std::vector<std::optional<Memberships>> read = groups::read_memberships(session_, unread);
+    auto next = read.begin();
     std::vector<UserGroups> changes;
     changes.reserve(users.size());
-    for (std::size_t i = 0; i < users.size(); ++i) {
+    for (SelectedUser& user : users) {
       try {
-        if (!known[i])
-          known[i] = groups::read_memberships(session_, session_.platform.directory.GetObject(paths[i]));
-        changes.emplace_back(std::move(users[i]), std::move(*known[i]));
+        auto known = user.values.empty() ? std::move(*next++) : groups::memberships_of(user.values);
+        if (!known)
+          known = groups::read_memberships(session_, session_.platform.directory.GetObject(user.path));
+        changes.emplace_back(std::move(user), std::move(*known));
       } catch (const base::RuntimeError& failure) {
-        if (rules_.failed && rules_.failed(paths[i], failure))
+        if (rules_.failed && rules_.failed(user.path, failure))
           continue;
         change(changes);
         throw;
@@ -237,7 +246,8 @@ class GroupsRun {
   bool gathers_;
   WalkRules rules_;
   std::vector<SelectedUser> gathered_;
-  std::set<std::string> paths_;  ///< theirs, in capitals
+  std::size_t requests_ = 0;                           ///< how often those that were gathered were changed
+  std::unordered_map<std::string, std::size_t> seen_;  ///< by path, in capitals: what `requests_` was then
   bool stopped_ = false;
 };
 

@@ -95,25 +95,32 @@ class Walk {
   }
 
   void visit_unit(const ListRow& row) {
+    constexpr std::size_t kOwnFields = 3;
     struct Found {
       std::string path;
       std::string name;
+      std::vector<platform::Value> values;
     };
+    std::vector<std::string> attributes = {"ADsPath", "Name", "objectClass"};
+    attributes.insert(attributes.end(), rules_.attributes.begin(), rules_.attributes.end());
     std::vector<Found> users;
     const auto rows = session_.platform.query.execute(
-        {"LDAP://" + session_.DomainName + "/" + row.key,
-         "(&(objectClass=User)" + terms_.filter + ")",
-         {"ADsPath", "Name", "objectClass"},
-         terms_.units_below ? platform::Scope::kSubtree : platform::Scope::kOneLevel},
+        {"LDAP://" + session_.DomainName + "/" + row.key, "(&(objectClass=User)" + terms_.filter + ")",
+         attributes, terms_.units_below ? platform::Scope::kSubtree : platform::Scope::kOneLevel},
         {});
     for (; !rows->at_eof(); rows->MoveNext()) {
-      if (!is_computer(rows->field(2)))
-        users.push_back({rows->field(0).text(), rows->field(1).text()});
+      if (is_computer(rows->field(2)))
+        continue;
+      Found& user = users.emplace_back(Found{rows->field(0).text(), rows->field(1).text(), {}});
+      for (std::size_t i = kOwnFields; i < attributes.size(); ++i)
+        user.values.push_back(rows->field(i));
     }
-    for (const Found& user : users) {
+    for (Found& user : users) {
       if (!goes_on())
         return;
-      guarded(user.path, [&] { visit_user({user.path, user.name, list_row(user.path), {}, false, &row}); });
+      guarded(user.path, [&] {
+        visit_user({user.path, user.name, list_row(user.path), {}, false, &row, std::move(user.values)});
+      });
     }
   }
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "controls/list_view.hpp"
 #include "platform/directory.hpp"
@@ -25,12 +26,15 @@ struct SelectedUser {
   platform::ObjectPtr object;                  ///< bound by `path` when the walk binds, otherwise none
   bool as_member = false;                      ///< a group of the selection includes it
   const controls::ListRow* through = nullptr;  ///< that group, or the unit; none for the user's own row
+  std::vector<platform::Value> values = {};    ///< of `WalkRules::attributes`, where a unit was searched
 };
 
 /// What the functions of the multi-user window require of the walk.
 struct WalkRules {
   /// Each user is bound for the visit and released after it.
   bool binds = true;
+  /// Attributes of users that the search of a unit is to return as well.
+  std::vector<std::string> attributes = {};
   /// Called before each row and each user; False ends the walk. The place to let events in.
   std::function<bool()> goes_on;
   /// Called with the path or name of a row or user that could not be read, or whose visit raised. True

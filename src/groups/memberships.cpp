@@ -1,6 +1,7 @@
 #include "groups/memberships.hpp"
 
 #include <algorithm>
+#include <array>
 #include <unordered_map>
 
 #include "base/errors.hpp"
@@ -37,17 +38,15 @@ std::unordered_map<std::string, Memberships> search_memberships(const Session& s
         "(distinguishedName=" + platform::escape_filter_value(std::string(directory::name_in_path(path))) +
         ")";
   std::unordered_map<std::string, Memberships> found;
-  const auto rows =
-      session.platform.query.execute({"LDAP://" + session.DomainName,
-                                      "(|" + names + ")",
-                                      {"distinguishedName", "primaryGroupID", "memberOf", "objectSid"},
-                                      platform::Scope::kSubtree},
-                                     {});
+  std::vector<std::string> attributes = membership_attributes();
+  attributes.emplace_back("distinguishedName");
+  platform::QueryOptions at_once;
+  at_once.page_size = 0;
+  const auto rows = session.platform.query.execute(
+      {"LDAP://" + session.DomainName, "(|" + names + ")", attributes, platform::Scope::kSubtree}, at_once);
   for (; !rows->at_eof(); rows->MoveNext()) {
-    Memberships known{identities(rows->field(2)), rows->field(1).integer(), {}};
-    if (const auto sid = platform::Sid::decode(rows->field(3).bytes()))
-      known.sid = sid->text();
-    found.emplace(base::upper(rows->field(0).text()), std::move(known));
+    const std::array values = {rows->field(0), rows->field(1), rows->field(2)};
+    found.emplace(base::upper(rows->field(values.size()).text()), memberships_of(values));
   }
   return found;
 }
@@ -56,6 +55,17 @@ std::unordered_map<std::string, Memberships> search_memberships(const Session& s
 
 std::string group_identity(const Session& session, std::string_view group) {
   return base::upper(session::is_active_directory(session) ? directory::name_in_path(group) : group);
+}
+
+std::vector<std::string> membership_attributes() {
+  return {"memberOf", "primaryGroupID", "objectSid"};
+}
+
+Memberships memberships_of(std::span<const platform::Value> values) {
+  Memberships known{identities(values[0]), values[1].integer(), {}};
+  if (const auto sid = platform::Sid::decode(values[2].bytes()))
+    known.sid = sid->text();
+  return known;
 }
 
 Memberships read_memberships(const Session& session, const ObjectPtr& account) {

@@ -31,6 +31,10 @@ std::string group_identity(const session::Session& session, std::string_view gro
 /// By one look-up, however many groups there are.
 Memberships read_memberships(const session::Session& session, const platform::ObjectPtr& account);
 
+/// The attributes of an account of an Active Directory domain that tell them, and what their values say.
+std::vector<std::string> membership_attributes();
+Memberships memberships_of(std::span<const platform::Value> values);
+
 /// Those of many accounts of an Active Directory domain, given by their paths, twenty by one search. None
 /// for an account that was not found in this way: binding it says why.
 std::vector<std::optional<Memberships>> read_memberships(const session::Session& session,

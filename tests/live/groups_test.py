@@ -90,6 +90,10 @@ def change_groups_of_users():
     if IS_AD:
         check([light for _, light, _ in change("--remove", "Domain Users", "--remove", "gdrivers", codes=(1, 2))],
               ["YELLOW"] * 3, "users leaving their primary group")
+        # By name and by unit: the second look finds what the first one did.
+        told = twk("users", "groups", "--add", "gother", "gann", "--ou", "CN=Users,DC=twk,DC=test").stdout
+        check((told.count("gann: added to gother"), told.count("gann: in gother already")), (1, 1), "a user who is met twice")
+        twk("users", "groups", "--remove", "gother", "--ou", "CN=Users,DC=twk,DC=test")
         twk("group", "add-member", "gdrivers", "gbob")
 
 
