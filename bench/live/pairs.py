@@ -21,7 +21,7 @@ ROUNDS = int(sys.argv[3]) if len(sys.argv) > 3 else 5
 TOP = "DC=twk,DC=test"
 SERVER = ("-Q", "-Y", "GSSAPI", "-N", "-H", f"ldap://{LIVE['SERVER']}")
 MEMBERS = 2000
-LINES = 100
+LINES = 50
 PLACE = ("--template", "Plain", "--site", "Head Office", "--ou", f"CN=Users,{TOP}")
 UNITS = [f"OU=Unit {number:03},{TOP}" for number in range(MEMBERS // 1000)]
 FILLED = [f"CN=Filled {i:06},{UNITS[i // 1000]}" for i in range(MEMBERS)]
@@ -53,7 +53,7 @@ def prepare():
     run(LIVE["CONTROL"], "stop")
     run(str(HERE / "fill_domain.py"), CONF, str(USERS), codes=(0,))
     run(LIVE["CONTROL"], "start")
-    write(group("One") + group("Two") + group("Source") + change_of_members("Source"))
+    write(group("One") + group("Two"))
     set_up("Welcome-2-Work", "%first%", ("UM", "RunCmd", "No"), ("UM", "MailAccount", "No"))
     twk("site", "add", "Head Office", "--nt-server", "DC1")
     twk("template", "add", "Plain", "--group", "One", "--group", "Two", "--group", "Domain Users", "--primary-group",
@@ -81,6 +81,7 @@ def measure_members():
         write(group(name))
         return name
 
+    write(group("Source") + change_of_members("Source"))
     pair(f"{MEMBERS} members copied",
          lambda i: seconds(*twk_command("--yes", "group", "copy", "Source", new_group(f"Copy{i}"))),
          lambda i: write(change_of_members(new_group(f"Replay{i}"))), " (goal 2 s)")
@@ -126,4 +127,5 @@ def measure_creation():
          lambda number: write(requests_of(f"two{number}")), " (goal 3)")
 
 
-go_through(prepare, measure_members, measure_searches, measure_creation)
+# Groups with many members slow down whatever lists groups, so they come last.
+go_through(prepare, measure_creation, measure_searches, measure_members)
