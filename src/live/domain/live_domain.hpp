@@ -81,8 +81,8 @@ class LiveDomain {
   /// stages of a creation ask for the same ones again: an answer is kept for ten seconds, as long as nothing
   /// here can have given the name to another account.
   std::optional<platform::Sid> sid_of_account(std::string_view name);
-  /// The NetBIOS name of the controller that a domain's clients of the old kind write to, as the directory has
-  /// it: asking by a remote call would take a logon to a file server. Empty when it cannot be read.
+  /// The NetBIOS name of the controller that a domain's clients of the old kind write to, as the directory
+  /// has it: asking by a remote call would take a logon to a file server. Empty when it cannot be read.
   std::string primary_controller();
   /// What the domain requires of passwords; none where some accounts have rules of their own, of which only
   /// the controller knows whose they are. Kept for ten seconds.
