@@ -92,6 +92,23 @@ char plain_upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+/// How many bytes both begin with.
+std::size_t equal_bytes(std::string_view a, std::string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  std::size_t i = 0;
+  std::uint64_t of_a = 0;
+  std::uint64_t of_b = 0;
+  for (; i + sizeof(of_a) <= shorter; i += sizeof(of_a)) {
+    std::memcpy(&of_a, a.data() + i, sizeof(of_a));
+    std::memcpy(&of_b, b.data() + i, sizeof(of_b));
+    if (of_a != of_b)
+      break;
+  }
+  while (i < shorter && a[i] == b[i])
+    ++i;
+  return i;
+}
+
 char32_t upper_code(char32_t c) {
   if (c < 0x80)
     return between(c, U'a', U'z') ? c - 32 : c;
@@ -199,7 +216,11 @@ std::string lower(std::string_view text) {
 
 int compare_fold(std::string_view a, std::string_view b) {
   const std::size_t shorter = std::min(a.size(), b.size());
-  for (std::size_t i = 0; i < shorter; ++i) {
+  std::size_t i = equal_bytes(a, b);
+  // Not within a character.
+  while (i > 0 && !is_plain(a[i - 1]))
+    --i;
+  for (; i < shorter; ++i) {
     // Plain letters need no copy; from the first other letter on, the rest is examined.
     if (!is_plain(a[i]) || !is_plain(b[i]))
       return upper(a.substr(i)).compare(upper(b.substr(i)));

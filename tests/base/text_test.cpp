@@ -1,5 +1,8 @@
 #include "base/text.hpp"
 
+#include <array>
+#include <random>
+
 namespace twk::base {
 namespace {
 
@@ -24,6 +27,21 @@ TEST(Text, CaseCountsForNothing) {
   EXPECT_FALSE(equals_fold("ab", "abc"));
   EXPECT_LT(compare_fold("Ann", "bob"), 0);
   EXPECT_GT(compare_fold("ab", "a"), 0);
+  // As the upper-case texts do, wherever characters begin and whether the bytes are text.
+  constexpr std::array<std::string_view, 8> kParts = {"a", "A", "é", "É", "è", "\xC3", "longer than a word",
+                                                      "ß"};
+  std::mt19937 random(4);
+  for (int i = 0; i < 5000; ++i) {
+    std::array<std::string, 2> texts;
+    for (std::string& text : texts) {
+      for (auto parts = random() % 5; parts > 0; --parts)
+        text += kParts.at(random() % kParts.size());
+    }
+    const int expected = upper(texts[0]).compare(upper(texts[1]));
+    const int compared = compare_fold(texts[0], texts[1]);
+    ASSERT_EQ(compared < 0 ? -1 : compared > 0, expected < 0 ? -1 : expected > 0)
+        << texts[0] << " " << texts[1];
+  }
   EXPECT_EQ(find_fold("abc", ""), 0U);
   EXPECT_EQ(find_fold("abcABC", "c", 3), 5U);
   EXPECT_EQ(find_fold("abc", "d"), npos);
