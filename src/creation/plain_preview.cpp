@@ -25,7 +25,7 @@ using session::Session;
 
 constexpr char kNameMark = '\x1F';
 /// After so many names it is worth while to remember how far a search went.
-constexpr std::int32_t kFewNames = 4;
+constexpr std::int32_t kFewNames = 16;
 
 /// In any directory, in paths and in a distinguished name.
 bool is_plain_in_account(char c) {
