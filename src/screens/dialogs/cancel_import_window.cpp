@@ -40,7 +40,6 @@ std::unique_ptr<QDialog> make_cancel_import(windows::Desktop& session, QWidget* 
   bar->setAccessibleName("Progress of the current user");
   column->addWidget(bar);
   bind_to(*bar, form.ProgressBar1);
-  follow(*bar, form.ProgressBar1.value, [paint = PacedPainting(*bar)](int) { paint(); });
   add_caption(*column, "progress", form.progress);
   // The window is as large as it opens, and this text comes later, in two lines.
   auto* const pace = add_caption(*column, "import_pace", form.import_pace);

@@ -100,7 +100,6 @@ QLayout* make_progress(Desktop& session, QWidget* parent) {
   bar->setObjectName("ProgressBar1");
   bar->setAccessibleName("Progress of the creation");
   bind_to(*bar, form.ProgressBar1);
-  follow(*bar, form.ProgressBar1.value, [paint = PacedPainting(*bar)](int) { paint(); });
   auto* const counted = new QLabel(parent);
   counted->setObjectName("Import_Text");
   bind_to(*counted, form.Import_Text);

@@ -146,14 +146,18 @@ void QtDialogs::beep() {
 }
 
 void QtDialogs::DoEvents() {
-  // An import is done with a user long before anyone could press a button.
-  if (session_ != nullptr && session_->cancel_import.visible && !events_.is_due())
-    return;
   const bool can_stop =
       session_ != nullptr &&
       (session_->cancel_import.visible || session_->file_progress.visible || session_->copy_group.Running ||
        session_->run_preview.rehearsing || windows::is_running(session_->multi_user));
-  QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+  const auto let_in = [&] {
+    QCoreApplication::processEvents(can_stop ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+  };
+  // An import is done with a user long before anyone could press a button.
+  if (session_ != nullptr && session_->cancel_import.visible)
+    events_.do_if_due(let_in);
+  else
+    let_in();
 }
 
 }  // namespace twk::screens

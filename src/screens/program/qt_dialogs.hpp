@@ -27,7 +27,7 @@ class QtDialogs final : public platform::Dialogs {
 
  private:
   windows::Desktop* session_ = nullptr;
-  Pace events_;
+  Pace events_{5};
 };
 
 }  // namespace twk::screens

@@ -6,6 +6,7 @@
 #include <QSignalBlocker>
 
 #include "screens/widgets/application.hpp"
+#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tool_tip.hpp"
 
@@ -204,7 +205,13 @@ void bind_to(QGroupBox& widget, controls::Frame& control) {
 
 void bind_to(QProgressBar& widget, controls::ProgressBar& control) {
   widget.setRange(0, 100);
-  follow(widget, control.value, [&widget](int value) { widget.setValue(value); });
+  follow(widget, control.value, [&widget, paint = PacedPainting(widget)](int value) {
+    // The bar by itself paints every value at once.
+    widget.setUpdatesEnabled(false);
+    widget.setValue(value);
+    widget.setUpdatesEnabled(true);
+    paint();
+  });
 }
 
 void bind_to(QComboBox& widget, controls::ComboBox& control, const Action& chosen) {
