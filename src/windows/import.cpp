@@ -9,10 +9,10 @@
 #include "directory/tree/tree.hpp"
 #include "windows/create_user.hpp"
 #include "windows/csv_layout.hpp"
-#include "windows/main_window.hpp"
 #include "windows/rehearse_import.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
+#include "windows/state/hourglass.hpp"
 #include "windows/state/import_windows.hpp"
 
 namespace twk::windows {
@@ -44,8 +44,10 @@ batch::ImportOrder order_of(Desktop& session) {
 void open_place(Desktop& session) {
   controls::TreeView& tree = session.form1.TreeView1;
   controls::TreeNode* const place = tree.selected();
-  if (place != nullptr && !directory::is_read(tree, *place))
-    TreeView1_Expand(session, *place);
+  if (place == nullptr || directory::is_read(tree, *place))
+    return;
+  const Hourglass hourglass(session.form1);
+  directory::TreeView1_Expand(session, *place);
 }
 
 /// Runs over a file as the New User tab and the preferences ask for; nothing else can be done meanwhile.
