@@ -3,7 +3,6 @@
 #include "batch/account_functions.hpp"
 #include "batch/move_to_unit.hpp"
 #include "batch/unlock_accounts.hpp"
-#include "directory/tree/change_ou.hpp"
 #include "directory/units.hpp"
 #include "windows/account/popup_commands.hpp"
 #include "windows/account/unsaved.hpp"
@@ -70,12 +69,6 @@ void Move_To_Click(Desktop& session) {
                   }};
   order.after = [&](const batch::UserOutcome& moved) { follow_move(session, moved.path, *unit); };
   run_over_users(session, keys, order);
-}
-
-void follow_move(Desktop& session, const std::string& path, const std::string& unit) {
-  const std::string key = directory::follow_moved_user(session, path, unit);
-  if (session.form1.USERID_W2K.text.get() == path)
-    session.form1.USERID_W2K.text = key;
 }
 
 }  // namespace twk::windows

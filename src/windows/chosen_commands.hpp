@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 /// The popup's entries for the users that are selected in the tree. One is changed at once; for several the
 /// preview of a run is shown first. Each run has a row on the log tab.
 namespace twk::windows {
@@ -15,7 +13,5 @@ void Unlock_Click(Desktop& session);
 void Reset_Click(Desktop& session);
 /// Asks for the OU.
 void Move_To_Click(Desktop& session);
-/// The user of that path was moved to the unit: the tree, the lists and the details tab go on showing it.
-void follow_move(Desktop& session, const std::string& path, const std::string& unit);
 
 }  // namespace twk::windows

@@ -9,7 +9,6 @@
 #include "directory/units.hpp"
 #include "session/loaded_domain.hpp"
 #include "windows/account/unsaved.hpp"
-#include "windows/chosen_commands.hpp"
 #include "windows/multi_user/run_preview.hpp"
 #include "windows/multi_user/run_watch.hpp"
 #include "windows/multi_user/run_window.hpp"

@@ -4,6 +4,7 @@
 #include "base/errors.hpp"
 #include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
+#include "directory/tree/change_ou.hpp"
 #include "directory/units.hpp"
 #include "windows/state/desktop.hpp"
 #include "windows/state/form1.hpp"
@@ -52,6 +53,12 @@ std::optional<std::string> choose_unit(Desktop& session, const UnitQuestion& que
     chosen = row->key;
   window.units.clear();
   return chosen;
+}
+
+void follow_move(Desktop& session, const std::string& path, const std::string& unit) {
+  const std::string key = directory::follow_moved_user(session, path, unit);
+  if (session.form1.USERID_W2K.text.get() == path)
+    session.form1.USERID_W2K.text = key;
 }
 
 bool Choose_OU_Move_Click(Desktop& session) {

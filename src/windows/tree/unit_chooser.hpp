@@ -20,6 +20,9 @@ struct UnitQuestion {
 /// The name of the chosen place; none when it was cancelled.
 std::optional<std::string> choose_unit(Desktop& session, const UnitQuestion& question);
 
+/// The user of that path was moved to the unit: the tree, the lists and the details tab go on showing it.
+void follow_move(Desktop& session, const std::string& path, const std::string& unit);
+
 /// The button "Move". False without a selected place.
 bool Choose_OU_Move_Click(Desktop& session);
 
