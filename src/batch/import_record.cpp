@@ -25,7 +25,7 @@ RecordedLine& line_of(RecordedRun& run, Places& places, const JsonLine& entry) {
   const auto number = static_cast<std::int32_t>(entry.number("line"));
   const auto [place, is_new] = places.try_emplace(number, run.lines.size());
   if (is_new)
-    run.lines.push_back({number, {}, {}, 0, {}, {}});
+    run.lines.push_back({.number = number});
   return run.lines[place->second];
 }
 
@@ -47,8 +47,10 @@ void take_entry(RecordedRun& run, Places& places, const JsonLine& entry) {
   if (const std::string kind = entry.text("made"); !kind.empty())
     line.things.push_back(
         {kind, entry.text("path"), entry.text("sid"), entry.text("server"), entry.text("share")});
-  if (const std::string ended = entry.text("ended"); !ended.empty())
+  if (const std::string ended = entry.text("ended"); !ended.empty()) {
     line.ended = ended;
+    line.unsure = entry.is_set("unsure");
+  }
 }
 
 /// True when what follows a line was noted in the record after its run: that had been killed within the line.
@@ -69,6 +71,10 @@ std::string column_format(const std::string& format) {
 
 bool RecordedLine::has_account() const {
   return std::ranges::any_of(things, [](const RecordedThing& thing) { return thing.kind == "account"; });
+}
+
+bool RecordedLine::may_have_account() const {
+  return !begun.empty() && !has_account() && (ended.empty() || unsure);
 }
 
 const RecordedLine* RecordedRun::broken_line() const {

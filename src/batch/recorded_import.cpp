@@ -77,11 +77,14 @@ void RecordedImport::pass_line(std::int32_t number, std::string_view raw) {
 
 void RecordedImport::end_line(const session::CreationOutcome& outcome) {
   if (record_) {
-    write({{"line", number_},
-           {"user", outcome.user},
-           {"ended", outcome.is_known        ? std::string("known")
-                     : outcome.light.empty() ? std::string("refused")
-                                             : outcome.light}});
+    JsonLine entry{{"line", number_},
+                   {"user", outcome.user},
+                   {"ended", outcome.is_known        ? std::string("known")
+                             : outcome.light.empty() ? std::string("refused")
+                                                     : outcome.light}};
+    if (outcome.is_unsure)
+      entry.add("unsure", true);
+    write(entry);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "base/errors.hpp"
+#include "base/text.hpp"
 #include "batch/undo_import.hpp"
 #include "session/session.hpp"
 
@@ -48,19 +49,26 @@ ResumedImport plan_resumption(session::Session& session, RecordedRun run) {
     if (has_its_account(line))
       resumed.order.made_before.insert(line.number);
   }
-  if (const RecordedLine* const broken = run.broken_line())
-    resumed.broken = *broken;
+  // Of a name that two lines have, the account is the one whose line told its identifier.
+  std::set<std::string> told;
+  for (const RecordedLine& line : run.lines) {
+    if (line.has_account())
+      told.insert(base::upper(line.begun));
+  }
+  for (const RecordedLine& line : run.lines) {
+    const bool is_last = &line == run.broken_line();
+    const bool is_unsure = line.unsure && !told.contains(base::upper(line.begun));
+    if (is_last || (is_unsure && has_account(session, line)))
+      resumed.broken.push_back(line);
+  }
   resumed.order.resumes = run.path;
   resumed.run = std::move(run);
   return resumed;
 }
 
-session::RunOutcome take_back_broken_line(session::Session& session, const ResumedImport& resumed) {
-  return take_back_recorded(session, resumed.run, *resumed.broken);
-}
-
-bool has_broken_account(session::Session& session, const ResumedImport& resumed) {
-  return resumed.broken && has_account(session, *resumed.broken);
+session::RunOutcome take_back_broken_line(session::Session& session, const ResumedImport& resumed,
+                                          const RecordedLine& line) {
+  return take_back_recorded(session, resumed.run, line);
 }
 
 }  // namespace twk::batch

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "batch/import_record.hpp"
 #include "session/run_outcome.hpp"
@@ -12,8 +12,10 @@ namespace twk::batch {
 struct ResumedImport {
   std::string file;
   ImportOrder order;
-  RecordedRun run;                     ///< the last one of those that went on with it
-  std::optional<RecordedLine> broken;  ///< the line on which the run was broken off, if that began
+  RecordedRun run;  ///< the last one of those that went on with it
+  /// The line on which the run was broken off, if that began, and those whose server was lost when it was
+  /// asked for an account that is there.
+  std::vector<RecordedLine> broken;
 };
 
 /// Of a run that was taken up before, the last run counts. Raises 13 with the reason when the run cannot be
@@ -21,10 +23,9 @@ struct ResumedImport {
 /// were made.
 ResumedImport plan_resumption(session::Session& session, RecordedRun run);
 
-/// What the broken line had made is taken back, so that it is made whole, and under the same name, by the run
+/// What a broken line had made is taken back, so that it is made whole, and under the same name, by the run
 /// that follows. Its account is minutes old at the most by the run's own time.
-session::RunOutcome take_back_broken_line(session::Session& session, const ResumedImport& resumed);
-/// True when the broken line got as far as its account, and nobody has deleted that since.
-bool has_broken_account(session::Session& session, const ResumedImport& resumed);
+session::RunOutcome take_back_broken_line(session::Session& session, const ResumedImport& resumed,
+                                          const RecordedLine& line);
 
 }  // namespace twk::batch

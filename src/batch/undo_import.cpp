@@ -64,7 +64,7 @@ bool is_as_young(const ObjectPtr& account, const RecordedLine& line) {
 ObjectPtr find_account(Undo& undo, const RecordedLine& line) {
   const auto made = std::ranges::find(line.things, "account", &RecordedThing::kind);
   const bool recorded = made != line.things.end();
-  const std::string path = recorded ? made->path : line.ended.empty() ? line.begun : std::string();
+  const std::string path = recorded ? made->path : line.may_have_account() ? line.begun : std::string();
   ObjectPtr there = path.empty() ? nullptr : bind(undo.session, path);
   if (recorded && !made->sid.empty()) {
     if (there != nullptr && platform::readable_sid(there) == made->sid)
@@ -207,7 +207,7 @@ session::RunOutcome take_back_recorded(Session& session, const RecordedRun& run,
 void undo_import(Session& session, const RecordedRun& run,
                  const std::function<bool(const UndoneLine&)>& done) {
   for (auto line = run.lines.rbegin(); line != run.lines.rend(); ++line) {
-    const bool made = !line->things.empty() || (!line->begun.empty() && line->ended.empty());
+    const bool made = !line->things.empty() || line->may_have_account();
     if (!made || line->ended == kTakenBack)
       continue;
     const UndoneLine undone{*line, take_back_recorded(session, run, *line)};

@@ -108,6 +108,7 @@ bool create_object(CreationRun& run) {
     return is_whole;
   }
   const bool exists = trap.number() == platform::ads_error::kObjectExists;
+  run.is_unsure = static_cast<std::uint32_t>(trap.number()) == platform::ads_error::kServerDown;
   if (exists)
     log(run, "User name (SAMAccount) Already Exists :" + run.SamName);
   session.platform.dialogs.MsgBox(exists ? "User name already exists.\r\nChange the userID and try again"

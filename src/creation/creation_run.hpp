@@ -99,6 +99,7 @@ struct CreationRun {
   platform::ObjectPtr AdContainer;
   std::string message;      ///< why a run was refused
   bool name_taken = false;  ///< it was refused because the name is in use
+  bool is_unsure = false;   ///< no server told whether the account was made
   bool is_known = false;    ///< it ended because the person has an account
   bool traps_off = false;   ///< with "/DEBUG", from the point on where a failure stops the program
 };

@@ -19,6 +19,7 @@ CreationOutcome outcome_of(const CreationRun& run, std::string_view light, std::
   outcome.last_name = run.request.LastName;
   outcome.name_taken = run.name_taken;
   outcome.is_known = run.is_known;
+  outcome.is_unsure = run.is_unsure;
   return outcome;
 }
 

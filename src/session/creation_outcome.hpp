@@ -17,6 +17,7 @@ struct CreationOutcome {
   std::string summary_row;  ///< of an import's summary; empty for an account that was not made
   bool name_taken = false;  ///< refused because the account name is in use
   bool is_known = false;    ///< not made because the person has an account
+  bool is_unsure = false;   ///< the server was lost when it was asked for the account, and may have made it
 };
 
 }  // namespace twk::session

@@ -130,7 +130,7 @@ TEST(RecordedImport, AStoppedRunGoesOnAsItWasAskedForThen) {
   EXPECT_EQ(resumed.file, world.path());
   EXPECT_THAT(resumed.order.made_before, ElementsAre(1, 2));
   EXPECT_TRUE(resumed.order.halt_on_errors);
-  EXPECT_FALSE(resumed.broken);
+  EXPECT_THAT(resumed.broken, ElementsAre());
   EXPECT_EQ(resumed.order.user.SelectedNodeKey, world.session.form1.TreeView1.selected()->key);
 
   // Taken up once more, by the same record: what the run in between made is not made again.
@@ -169,12 +169,35 @@ TEST(RecordedImport, ABrokenLineIsTakenBackUnlessItsAccountIsOlder) {
   RecordedWorld world;
   world.import("Jo,,Smith\n");
   const std::string path = "LDAP://CN=Jo.Smith," + std::string(test::kNewStarters);
-  RecordedLine line{1, "Jo.Smith", path, base::to_filetime(local::SystemClock().utc_now()), {}, {}};
+  RecordedLine line{.number = 1,
+                    .user = "Jo.Smith",
+                    .begun = path,
+                    .begun_at = base::to_filetime(local::SystemClock().utc_now())};
   line.begun_at += std::int64_t{600} * 10'000'000;
   EXPECT_FALSE(take_back(world.session, line).done);
   EXPECT_EQ(world.property("Jo.Smith", "samAccountName"), "Jo.Smith");
   line.begun_at -= std::int64_t{600} * 10'000'000;
   EXPECT_TRUE(take_back(world.session, line).done);
+  EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Jo.Smith")); }), 0);
+}
+
+TEST(RecordedImport, AnAccountThatALostServerMadeWithoutAnAnswerIsTakenBack) {
+  RecordedWorld world;
+  world.directory.before = [](std::string_view call, std::string_view /*path*/) {
+    if (call == "SetInfo")
+      base::raise(platform::ads_error::kServerDown, "No answer");
+  };
+  for (int line = 0; line < 2; ++line)
+    world.dialogs.expect("No answer", platform::Answer::kOk);
+  world.import("Jo,,Smith\nAnn,,Lee\n");
+  world.directory.before = nullptr;
+  world.make_user("Jo.Smith");
+  RecordedRun run = world.record();
+  for (RecordedLine& line : run.lines)  // accounts have the date of the lab's own clock
+    line.begun_at = base::to_filetime(local::SystemClock().utc_now());
+  const ResumedImport resumed = plan_resumption(world.session, run);
+  ASSERT_EQ(resumed.broken.size(), 1U) << testing::PrintToString(world.rows);
+  EXPECT_TRUE(take_back_broken_line(world.session, resumed, resumed.broken.front()).done);
   EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Jo.Smith")); }), 0);
 }
 

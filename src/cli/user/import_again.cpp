@@ -57,13 +57,24 @@ void print_line(Context& context, std::int32_t number, const std::string& user,
 }
 
 /// Its account goes and comes back under the same name, so the lines after it find what they would find.
-void foresee_broken_line(Context& context, batch::ResumedImport& resumed) {
-  const batch::RecordedLine& line = *resumed.broken;
+void foresee_broken_line(Context& context, const batch::RecordedLine& line, batch::ImportOrder& order) {
   session::RunOutcome outcome;
   outcome.light = session::kGreen;
   outcome.message = line.user + " would be taken back, because it was broken off, and created again";
   print_line(context, line.number, line.user, outcome);
-  resumed.order.made_before.insert(line.number);
+  order.made_before.insert(line.number);
+}
+
+/// Raises when it must stay: the run that follows could not make it whole.
+void take_back_broken_line(Context& context, session::Session& session, const batch::ResumedImport& resumed,
+                           const batch::RecordedLine& line, std::optional<ImportSteps>& steps) {
+  const session::RunOutcome outcome = batch::take_back_broken_line(session, resumed, line);
+  if (steps)
+    steps->print(line.number);
+  print_line(context, line.number, line.user, outcome);
+  if (!outcome.done)
+    throw Refused("Line " + std::to_string(line.number) +
+                  " was broken off and cannot be taken back: " + outcome.message);
 }
 
 }  // namespace
@@ -85,16 +96,11 @@ int resume_import(Context& context, const std::string& record, bool dry_run, Imp
   }
   if (steps)
     steps->follow(session);
-  if (dry_run && batch::has_broken_account(session, resumed)) {
-    foresee_broken_line(context, resumed);
-  } else if (resumed.broken) {
-    const session::RunOutcome outcome = batch::take_back_broken_line(session, resumed);
-    if (steps)
-      steps->print(resumed.broken->number);
-    print_line(context, resumed.broken->number, resumed.broken->user, outcome);
-    if (!outcome.done)
-      throw Refused("Line " + std::to_string(resumed.broken->number) +
-                    " was broken off and cannot be taken back: " + outcome.message);
+  for (const batch::RecordedLine& line : resumed.broken) {
+    if (dry_run && batch::has_account(session, line))
+      foresee_broken_line(context, line, resumed.order);
+    else
+      take_back_broken_line(context, session, resumed, line, steps);
   }
   if (tell_import_faults(context, session, resumed.order))
     return kExitRed;
