@@ -22,7 +22,8 @@ struct ProgramRun {
   std::vector<std::string> arguments;  ///< the program first
   std::string input;  ///< its standard input; with a terminal, what is typed once it has written something
   std::vector<std::pair<std::string, std::string>> environment;
-  bool terminal = false;  ///< standard input, output and error are one terminal; all output is in `out`
+  bool terminal = false;     ///< standard input, output and error are one terminal; all output is in `out`
+  std::string awaited = {};  ///< what it must have written before somebody types; anything if empty
 };
 
 struct ProgramResult {
@@ -77,7 +78,9 @@ inline ProgramResult run_on_terminal(const ProgramRun& run) {
   }
   close(slave);
   ProgramResult result;
-  const bool written = drain(master, result.out);
+  bool written = drain(master, result.out);
+  while (written && result.out.find(run.awaited) == std::string::npos)
+    written = drain(master, result.out);
   if (written && write(master, run.input.data(), run.input.size()) < 0)
     throw std::runtime_error("cannot type");
   while (written && drain(master, result.out)) {

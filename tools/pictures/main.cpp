@@ -194,6 +194,7 @@ std::vector<Window> windows() {
           {"multi-user-delete", multi_user(windows::multi_tab::kDelete)},
           {"multi-user-move", multi_user(windows::multi_tab::kMove)},
           {"multi-user-accounts", multi_user(windows::multi_tab::kAccounts)},
+          {"multi-user-groups", multi_user(windows::multi_tab::kGroups)},
           {"multi-user-properties", with_property("otherTelephone")},
           {"multi-user-property-time", with_property("WTSTimeoutIdle")},
           {"permissions", by(windows::Set_Security_Click)},
