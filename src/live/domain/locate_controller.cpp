@@ -80,6 +80,7 @@ class Candidates {
     std::ranges::stable_sort(
         ordered, {}, [](const Candidate& one) { return std::pair(one.asked && !one.answered, !one.near); });
     std::vector<std::string> hosts;
+    hosts.reserve(ordered.size());
     for (Candidate& one : ordered)
       hosts.push_back(std::move(one.host));
     return hosts;
