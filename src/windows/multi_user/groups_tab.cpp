@@ -33,7 +33,7 @@ bool take_group(Desktop& session, const controls::ComboBox& box, std::vector<gro
   const auto found = session.domain.all_groups.find_text(name);
   if (found.size() != 1) {
     session.multi_user.Label3.caption =
-        found.empty() ? "No group has the name \"" + name + "\"."
+        found.empty() ? "The list of groups has none of the name \"" + name + "\"."
                       : "Several groups have the name \"" + name + "\": change them in the groups window.";
     return false;
   }
