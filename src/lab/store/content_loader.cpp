@@ -13,6 +13,7 @@ namespace twk::lab {
 namespace {
 
 constexpr std::string_view kVersion = "version: 1";
+constexpr std::string_view kMemberLine = "member:";
 /// More values of one attribute are compared in the usual way.
 constexpr std::size_t kFewValues = 16;
 
@@ -90,6 +91,8 @@ ContentLoader::Found ContentLoader::read_line(Text& text, std::string_view& raw,
 ContentLoader::Found ContentLoader::read_record(Text& text) {
   lines_.clear();
   block_.clear();
+  member_names_.clear();
+  member_ends_.clear();
   std::string_view raw;
   std::string_view line;
   bool may_be_version = records_ == 0;
@@ -144,7 +147,10 @@ bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
   }
   next.raw = raw;
   std::size_t colon = 0;
-  if (repeats_name(line)) {
+  if (line.starts_with(kMemberLine)) {
+    next.id = member_;
+    colon = kMemberLine.size() - 1;
+  } else if (repeats_name(line)) {
     next.id = previous_[lines_.size()].id;
     colon = tree_.pool().name(next.id).size();
   } else {
@@ -156,6 +162,10 @@ bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
   std::string_view value;
   if (!decode(line.substr(colon + 1), value))
     return false;
+  if (next.id == member_) {
+    take_member(value);
+    return true;
+  }
   next.is_plain = line.data() == raw.data() && value.data() >= raw.data() &&
                   value.data() <= raw.data() + raw.size() && base::is_ascii(value);
   if (next.is_plain) {
@@ -163,11 +173,27 @@ bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
     next.value_size = static_cast<std::uint32_t>(value.size());
   }
   next.packed_at = static_cast<std::uint32_t>(block_.size());
-  if (!is_link(next.id))
+  if (next.id != member_of_)
     tree_.pool().append(block_, next.id, value);
   next.packed_size = static_cast<std::uint32_t>(block_.size()) - next.packed_at;
   lines_.push_back(next);
   return true;
+}
+
+void ContentLoader::take_member(std::string_view name) {
+  member_names_ += name;
+  member_ends_.push_back(member_names_.size());
+}
+
+std::vector<std::string_view> ContentLoader::members() const {
+  std::vector<std::string_view> names;
+  names.reserve(member_ends_.size());
+  std::size_t begin = 0;
+  for (const std::size_t end : member_ends_) {
+    names.push_back(std::string_view(member_names_).substr(begin, end - begin));
+    begin = end;
+  }
+  return names;
 }
 
 /// What follows "name:".
@@ -199,12 +225,13 @@ bool ContentLoader::add(std::string_view record) {
   return add_as_usual(record);
 }
 
-/// True when the lines of an attribute follow each other with different values, and none is a link or ranged.
+/// True when the lines of an attribute follow each other with different values, and none is a link of a
+/// member or has options.
 bool ContentLoader::has_plain_attributes() {
   std::size_t run = 0;
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     const Line& line = lines_[i];
-    if (is_link(line.id) || line.id == own_name_ || is_ranged(line.id))
+    if (line.id == member_of_ || line.id == own_name_ || tree_.pool().has_options(line.id))
       return false;
     if (line.id >= seen_.size())
       seen_.resize(line.id + 1);
@@ -243,7 +270,7 @@ bool ContentLoader::add_plain() {
     return false;
   try {
     Node* const parent = find_parent(dn.substr(comma + 1));
-    return parent != nullptr && tree_.add_packed(*parent, rdn, block_);
+    return parent != nullptr && tree_.add_packed(*parent, rdn, block_, members());
   } catch (const base::RuntimeError&) {  // of a name: the usual way says it
     return false;
   }

@@ -55,12 +55,12 @@ class ContentLoader {
   [[nodiscard]] bool repeats_line(std::string_view raw) const;
   [[nodiscard]] bool repeats_name(std::string_view line) const;
   bool decode(std::string_view rest, std::string_view& value);
+  void take_member(std::string_view name);
   bool add(std::string_view record);
   bool add_plain();
+  [[nodiscard]] std::vector<std::string_view> members() const;
   bool add_as_usual(std::string_view record);
   [[nodiscard]] bool has_plain_attributes();
-  [[nodiscard]] bool is_link(AttributeId id) const { return id == member_ || id == member_of_; }
-  [[nodiscard]] bool is_ranged(AttributeId id) const { return tree_.pool().name(id).find(';') != base::npos; }
   Node* find_parent(std::string_view name);
 
   EntryTree& tree_;
@@ -78,7 +78,9 @@ class ContentLoader {
   std::vector<Line> previous_;
   std::string block_;
   std::string previous_block_;
-  std::vector<std::size_t> seen_;  ///< by attribute: the number of the record that had it last
+  std::string member_names_;              ///< of the record, one after the other
+  std::vector<std::size_t> member_ends_;  ///< of each, in those
+  std::vector<std::size_t> seen_;         ///< by attribute: the number of the record that had it last
   std::size_t records_ = 0;
   std::string parent_name_;
   Node* parent_ = nullptr;

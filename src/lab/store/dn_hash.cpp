@@ -1,7 +1,8 @@
 #include "lab/store/dn_hash.hpp"
 
 #include <algorithm>
-#include <string>
+#include <functional>
+#include <optional>
 
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
@@ -14,6 +15,28 @@ constexpr std::uint64_t kPrime = 0x100000001B3U;
 
 char upper_ascii(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
+bool is_simple_rdn(std::string_view trimmed) {
+  return trimmed.find('=') != base::npos && trimmed.front() != '=';
+}
+
+/// None for a name that has to be taken apart with care.
+std::optional<std::uint64_t> hash_simple_dn(std::string_view dn) {
+  if (!is_simple_name(dn))
+    return std::nullopt;
+  std::uint64_t hash = kHashSeed;
+  for (std::string_view rest = dn; !rest.empty();) {
+    const std::size_t comma = rest.rfind(',');
+    const std::string_view part = base::trim(comma == base::npos ? rest : rest.substr(comma + 1));
+    if (!is_simple_rdn(part) || comma == 0)
+      break;
+    hash = hash_below(hash, part);
+    if (comma == base::npos)
+      return hash;
+    rest = rest.substr(0, comma);
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -65,19 +88,8 @@ std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
 }
 
 std::uint64_t hash_dn(std::string_view dn) {
-  if (is_simple_name(dn)) {
-    std::uint64_t hash = kHashSeed;
-    for (std::string_view rest = dn; !rest.empty();) {
-      const std::size_t comma = rest.rfind(',');
-      const std::string_view part = base::trim(comma == base::npos ? rest : rest.substr(comma + 1));
-      if (part.find('=') == base::npos || part.front() == '=' || comma == 0)
-        break;
-      hash = hash_below(hash, part);
-      if (comma == base::npos)
-        return hash;
-      rest = rest.substr(0, comma);
-    }
-  }
+  if (const auto hash = hash_simple_dn(dn))
+    return *hash;
   const std::vector<std::string_view> parts = ads::split_dn(dn);
   std::uint64_t hash = kHashSeed;
   for (auto part = parts.rbegin(); part != parts.rend(); ++part)
@@ -85,9 +97,27 @@ std::uint64_t hash_dn(std::string_view dn) {
   return hash;
 }
 
-std::uint64_t hash_dn_or_text(std::string_view text) {
+std::uint64_t DnHasher::hash(std::string_view dn) {
+  const std::size_t comma = dn.find(',');
+  if (comma == base::npos || !is_simple_name(dn))
+    return hash_dn(dn);
+  const std::string_view rdn = base::trim(dn.substr(0, comma));
+  if (!is_simple_rdn(rdn))
+    return hash_dn(dn);
+  const std::string_view parent = dn.substr(comma + 1);
+  Parent& known = parents_.at(std::hash<std::string_view>{}(parent) % parents_.size());
+  if (known.dn != parent) {
+    const auto fresh = hash_simple_dn(parent);
+    if (!fresh)
+      return hash_dn(dn);
+    known = {std::string(parent), *fresh};
+  }
+  return hash_below(known.hash, rdn);
+}
+
+std::uint64_t DnHasher::hash_or_text(std::string_view text) {
   try {
-    return hash_dn(text);
+    return hash(text);
   } catch (const base::RuntimeError&) {
     return hash_folded(text);
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -23,8 +24,22 @@ bool is_simple_name(std::string_view name);
 std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn);
 /// The hash of a whole name, from the root down; kHashSeed for the empty name. Raises kInvalidDn.
 std::uint64_t hash_dn(std::string_view dn);
-/// The same; text that is not a name has a hash, too.
-std::uint64_t hash_dn_or_text(std::string_view text);
+/// Hashes many names: the hash of a parent, as it is spelled, is remembered for a while.
+class DnHasher {
+ public:
+  /// As `hash_dn`.
+  std::uint64_t hash(std::string_view dn);
+  /// The same; text that is not a name has a hash, too.
+  std::uint64_t hash_or_text(std::string_view text);
+
+ private:
+  struct Parent {
+    std::string dn;
+    std::uint64_t hash = kHashSeed;
+  };
+  std::array<Parent, 256> parents_;  ///< each where the hash of its text says
+};
+
 /// True when both are the same name, however spelled.
 bool same_dn(std::string_view a, std::string_view b);
 

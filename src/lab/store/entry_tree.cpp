@@ -45,17 +45,17 @@ EntryTree::EntryTree()
 // Look-up.
 
 Node* EntryTree::find(std::string_view dn) const {
-  return by_dn_.find(hash_dn(dn), [&](const Node& node) { return same_dn(node.dn, dn); });
+  return by_dn_.find(hasher_.hash(dn), [&](const Node& node) { return same_dn(node.dn, dn); });
 }
 
-void EntryTree::find_each(const std::vector<std::string>& names,
+void EntryTree::find_each(std::span<const std::string_view> names,
                           const std::function<void(std::size_t i, Node* node)>& visit) const {
   constexpr std::size_t kTogether = 32;
   std::array<std::uint64_t, kTogether> hashes{};
   for (std::size_t start = 0; start < names.size(); start += kTogether) {
     const std::size_t count = std::min(kTogether, names.size() - start);
     for (std::size_t i = 0; i < count; ++i) {
-      hashes[i] = hash_dn_or_text(names[start + i]);
+      hashes[i] = hasher_.hash_or_text(names[start + i]);
       by_dn_.fetch(hashes[i]);
     }
     for (std::size_t i = 0; i < count; ++i)
@@ -65,7 +65,7 @@ void EntryTree::find_each(const std::vector<std::string>& names,
         __builtin_prefetch(first->dn.data());
     }
     for (std::size_t i = 0; i < count; ++i) {
-      const std::string& name = names[start + i];
+      const std::string_view name = names[start + i];
       visit(start + i, by_dn_.find(hashes[i], [&](const Node& node) { return same_dn(node.dn, name); }));
     }
   }
@@ -144,7 +144,7 @@ Link* EntryTree::find_link(Side side, const Node& node, const Node& end) const {
 }
 
 Link* EntryTree::find_text_link(Side side, const Node& node, std::string_view text) const {
-  return text_links_.find(hash_dn_or_text(text), [&](const Link& link) {
+  return text_links_.find(hasher_.hash_or_text(text), [&](const Link& link) {
     return link.ends[at(side)] == &node && same_dn(*link.text, text);
   });
 }
@@ -182,7 +182,8 @@ void EntryTree::add(Change& change) {
   settle(node);
 }
 
-bool EntryTree::add_packed(Node& parent, std::string_view rdn, std::string_view block) {
+bool EntryTree::add_packed(Node& parent, std::string_view rdn, std::string_view block,
+                           std::span<const std::string_view> members) {
   auto fresh = std::make_unique<Node>(pool_);
   Node& node = *fresh;
   node.dn.reserve(rdn.size() + 1 + parent.dn.size());
@@ -192,6 +193,15 @@ bool EntryTree::add_packed(Node& parent, std::string_view rdn, std::string_view 
     return false;
   node.block = block;
   put_in(std::move(fresh), parent, hash);
+  if (!members.empty()) {
+    std::vector<LinkStep> steps;
+    steps.reserve(members.size());
+    find_each(members, [&](std::size_t i, Node* end) {
+      steps.push_back(
+          {LinkStep::Kind::kAdd, Side::kGroup, end, end == nullptr ? std::string(members[i]) : ""});
+    });
+    apply_links(node, steps);
+  }
   settle(node);
   return true;
 }
@@ -363,7 +373,7 @@ void EntryTree::add_link(Side side, Node& node, LinkStep& step) {
   enlist(link, side);
   if (step.end == nullptr) {
     link.text = std::make_unique<std::string>(std::move(step.text));
-    text_links_.insert(link, hash_dn_or_text(*link.text));
+    text_links_.insert(link, hasher_.hash_or_text(*link.text));
     return;
   }
   link.ends[at(other(side))] = step.end;

@@ -4,11 +4,13 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "lab/store/dn_hash.hpp"
 #include "lab/store/entry_node.hpp"
 #include "lab/store/hash_table.hpp"
 #include "lab/store/ldif.hpp"
@@ -47,7 +49,7 @@ class EntryTree {
   [[nodiscard]] Node* find(std::string_view dn) const;
   /// Calls `visit(i, node)` for each of several names in their order, null for one that nothing has or that
   /// is no name. Quicker than one by one: the memory of the next ones is fetched meanwhile.
-  void find_each(const std::vector<std::string>& names,
+  void find_each(std::span<const std::string_view> names,
                  const std::function<void(std::size_t i, Node* node)>& visit) const;
   /// Of several with equal keys, any is found.
   [[nodiscard]] Node* find_account(std::string_view name) const;
@@ -65,8 +67,10 @@ class EntryTree {
   [[nodiscard]] AttributePool& pool() { return pool_; }
 
   void apply(Change change);
-  /// Adds an entry whose attributes are packed already. False when its name is in use.
-  bool add_packed(Node& parent, std::string_view rdn, std::string_view block);
+  /// Adds an entry whose attributes are packed already, a group of `members`, which are as a file may give
+  /// them. False when its name is in use.
+  bool add_packed(Node& parent, std::string_view rdn, std::string_view block,
+                  std::span<const std::string_view> members);
 
  private:
   void add(Change& change);
@@ -116,6 +120,7 @@ class EntryTree {
   std::vector<Link*> free_links_;
 
   HashTable<Node, &Node::by_dn> by_dn_;
+  mutable DnHasher hasher_;
   mutable ValueIndex by_account_;
   mutable ValueIndex by_principal_;
   mutable ValueIndex by_sid_;

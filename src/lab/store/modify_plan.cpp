@@ -46,7 +46,8 @@ void LinkPlan::modify(Side side, const Modification& change) {
 }
 
 void LinkPlan::add_unchecked(Side side, const std::vector<std::string>& values) {
-  tree_.find_each(values, [&](std::size_t i, Node* end) {
+  const std::vector<std::string_view> names(values.begin(), values.end());
+  tree_.find_each(names, [&](std::size_t i, Node* end) {
     steps_.push_back({LinkStep::Kind::kAdd, side, end, end == nullptr ? values[i] : std::string()});
   });
 }

@@ -35,7 +35,7 @@ AttributeId AttributePool::intern(std::string_view name) {
   if (const std::optional<AttributeId> known = find(name))
     return *known;
   const auto id = static_cast<AttributeId>(names_.size());
-  names_.push_back({std::string(name)});
+  names_.push_back({std::string(name), name.find(';') != base::npos});
   ids_.emplace(names_.back().text, id);
   return id;
 }

@@ -34,6 +34,9 @@ class AttributePool {
   [[nodiscard]] std::optional<AttributeId> find(std::string_view name) const;
   [[nodiscard]] std::string_view name(AttributeId id) const { return names_[id].text; }
 
+  /// True for a name with options: "member;range=0-1499".
+  [[nodiscard]] bool has_options(AttributeId id) const { return names_[id].has_options; }
+
   void append(std::string& block, AttributeId name, std::string_view value);
 
   /// Calls `visit(id, value)` for each value until it returns false.
@@ -54,6 +57,7 @@ class AttributePool {
  private:
   struct Name {
     std::string text;
+    bool has_options = false;
     std::uint32_t seen = 0;   ///< values that were looked for among the shared ones
     std::uint32_t fresh = 0;  ///< of those, how many were not there
   };
