@@ -140,6 +140,7 @@ bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
   if (repeats_line(raw)) {
     next = previous_[lines_.size()];
     next.raw = raw;
+    next.is_repeated = true;
     next.packed_at = static_cast<std::uint32_t>(block_.size());
     block_.append(previous_block_, previous_[lines_.size()].packed_at, next.packed_size);
     lines_.push_back(next);
@@ -229,6 +230,7 @@ bool ContentLoader::add(std::string_view record) {
 /// member or has options.
 bool ContentLoader::has_plain_attributes() {
   std::size_t run = 0;
+  bool are_repeated = false;  // the lines of the run so far
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     const Line& line = lines_[i];
     if (line.id == member_of_ || line.id == own_name_ || tree_.pool().has_options(line.id))
@@ -236,6 +238,10 @@ bool ContentLoader::has_plain_attributes() {
     if (line.id >= seen_.size())
       seen_.resize(line.id + 1);
     if (i > 0 && line.id == lines_[i - 1].id) {
+      // Those of the record before were compared when it was added.
+      if (are_repeated && line.is_repeated)
+        continue;
+      are_repeated = false;
       if (i - run > kFewValues || !line.is_plain || !lines_[run].is_plain)
         return false;
       for (std::size_t k = run; k < i; ++k) {
@@ -245,6 +251,7 @@ bool ContentLoader::has_plain_attributes() {
       continue;
     }
     run = i;
+    are_repeated = line.is_repeated;
     if (std::exchange(seen_[line.id], records_) == records_)
       return false;
   }

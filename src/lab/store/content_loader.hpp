@@ -33,6 +33,7 @@ class ContentLoader {
   struct Line {
     std::string_view raw;  ///< as it stands, with its continuations and the line's end
     AttributeId id = 0;
+    bool is_repeated = false;    ///< from the record before, at the same place
     bool is_plain = false;       ///< the value is the end of the line, in ASCII
     std::uint32_t value_at = 0;  ///< in `raw`, if it is plain
     std::uint32_t value_size = 0;

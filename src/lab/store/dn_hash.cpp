@@ -50,7 +50,7 @@ std::string folded_key(std::string_view text) {
 }
 
 bool is_simple_name(std::string_view name) {
-  return std::none_of(name.begin(), name.end(), [](char c) { return c == '\\' || c == '"'; });
+  return name.find('\\') == base::npos && name.find('"') == base::npos;
 }
 
 std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed) {
