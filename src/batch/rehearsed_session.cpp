@@ -57,6 +57,7 @@ void copy_nodes(const std::vector<controls::TreeNode*>& nodes, const controls::T
 /// The lists of users only grow in a run, and no stage reads them.
 void copy_domain(const session::LoadedDomain& from, session::LoadedDomain& to) {
   copy_nodes(from.tree.roots(), from.tree.selected(), to.tree, nullptr);
+  to.looked_up = from.looked_up;
   copy_rows(from.all_groups, to.all_groups);
   copy_rows(from.template_choice, to.template_choice);
   copy_rows(from.template_groups, to.template_groups);

@@ -16,11 +16,19 @@ struct SelectionTerms {
   std::set<std::string> excepted;  ///< users who are left out, see `batch::leave_out`
 };
 
+/// What is not listed by a load but looked up when it is named, for a command that needs little of a domain.
+struct LookedUp {
+  bool groups = false;
+  bool units = false;                  ///< and the users in them
+  std::set<std::string> asked_groups;  ///< names in upper case
+};
+
 /// The domain as it was loaded and as the runs have changed it since: its tree and the lists that the windows
 /// show. Keys are ADsPaths, in a WinNT domain names.
 struct LoadedDomain {
   controls::Signal mode_known;                ///< the mode of the domain that is being loaded was determined
   controls::Observable<std::string> loading;  ///< what the load of the session is at, for the splash
+  LookedUp looked_up;
   controls::TreeView tree;
   /// Sub-items, of those that were read from Active Directory: logon name, full name, unit, state, expiry.
   controls::ListView users;

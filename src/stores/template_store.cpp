@@ -5,6 +5,7 @@
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
 #include "directory/load_options.hpp"
+#include "directory/loading/ad_load.hpp"
 #include "records/record_file.hpp"
 #include "session/loaded_database.hpp"
 #include "session/loaded_domain.hpp"
@@ -58,11 +59,20 @@ bool take_group(Session& session, std::string_view name) {
   return !rows.empty();
 }
 
+void look_up_template_groups(Session& session) {
+  const records::TemplateRecord& record = session.ActiveTemplate;
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i)
+    names.emplace_back(base::trim(record.Groups.at(i)));
+  directory::look_up_groups(session, names);
+}
+
 void take_groups(Session& session) {
   const records::TemplateRecord& record = session.ActiveTemplate;
   session.UnshownGroups.clear();
   if (record.GroupCount == 0)
     return;
+  look_up_template_groups(session);
   const bool loaded = groups_are_loaded(session);
   const controls::DrawingOff choice_off(session.domain.template_choice);
   const controls::DrawingOff groups_off(session.domain.template_groups);
@@ -118,7 +128,8 @@ bool groups_are_loaded(Session& session) {
   const directory::LoadOptions options = directory::read_load_options(session);
   const bool skipped =
       session.DirectoryMode != session::kWinNtMode && options.SkipGroups && !options.TemplateGroupsOnly;
-  return !skipped && !(session.domain.template_choice.empty() && session.domain.template_groups.empty());
+  return !skipped && (session.domain.looked_up.groups || !session.domain.template_choice.empty() ||
+                      !session.domain.template_groups.empty());
 }
 
 std::int32_t Find_Template(Session& session, std::string_view name) {

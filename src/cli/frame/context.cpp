@@ -87,7 +87,7 @@ void start(session::Session& session, Depth depth) {
   Progress progress;
   const auto& text = session.domain.loading;
   const auto watch = text.watch([&] { progress.show(text.get()); });
-  if (depth >= Depth::kDomain && !directory::Select_Domain(session, base::trim(session.DomainName)))
+  if (depth > Depth::kDatabases && !directory::Select_Domain(session, base::trim(session.DomainName)))
     session.status.panel1 = std::string(directory::kNoController);
   stores::open_database(session);
 }
@@ -233,7 +233,7 @@ session::Session& Context::session(Depth depth) {
   if (session_)
     return *session_;
   // A load skips what they cannot reach; a command reports the reason at once.
-  if (depth >= Depth::kDomain)
+  if (depth > Depth::kDatabases)
     connect_or_say_how(world());
   const platform::Platform platform = rehearsed_ ? *rehearsed_ : services();
   session_ = std::make_unique<session::Session>(platform, options_.debug ? "/DEBUG" : "",
@@ -242,11 +242,15 @@ session::Session& Context::session(Depth depth) {
   session::read_session_settings(session);
   // A command for one user asks for that one; the users of a large domain take longer to load than all it
   // does.
-  if (depth == Depth::kDomain && !shows_users_in_tree(session))
+  const bool lists_users = depth == Depth::kUserLists || shows_users_in_tree(session);
+  if (depth > Depth::kDatabases && !lists_users)
     override_setting(session::kADO, "SkipUsers", "TRUE");
+  session.domain.looked_up = {.groups = depth == Depth::kNamed || depth == Depth::kUnits,
+                              .units = depth == Depth::kNamed && !lists_users,
+                              .asked_groups = {}};
   start(session, depth);
   tell_log_rows(session, 0);
-  if (depth >= Depth::kDomain && session.domain.tree.first() == nullptr)
+  if (depth > Depth::kDatabases && session.domain.tree.first() == nullptr)
     throw Refused(session.status.panel1);
   return session;
 }

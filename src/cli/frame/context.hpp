@@ -27,6 +27,8 @@ class Command;
 enum class Depth {
   kSettings,   ///< the settings are read
   kDatabases,  ///< the database directory is read, too
+  kNamed,      ///< so are users, units and groups of the domain, when they are named
+  kUnits,      ///< the tree contains the domain, groups are read when they are named
   kDomain,     ///< the tree and the lists of groups contain the domain, too
   kUserLists,  ///< the whole start-up: so do the lists of users
 };

@@ -43,7 +43,7 @@ int delete_profile(Context& context, const ProfileArguments& arguments) {
     throw UsageError("--workstation and --kind belong together");
   if (arguments.dry_run)
     print_steps(context);
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kNamed);
   const controls::TreeNode& node = reach_user(context, session, arguments.name);
   session.run.user = node.text;
   lifecycle::ProfileOrder order{node.text, node.key, {}};

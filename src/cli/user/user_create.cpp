@@ -44,7 +44,7 @@ int create_user(Context& context, const CreateArguments& arguments) {
     print_steps(context);
   if (arguments.dry_run && context.dialogs().asks_person())
     context.dialogs().set_asking(Asking::kYes);
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kNamed);
   session.import.rehearsed = arguments.dry_run;
   creation::NewUserRequest request = creation::stored_request(session);
   choose_place(context, session, arguments.place, request);

@@ -81,7 +81,7 @@ bool change(session::Session& session, ListView& list, const directory::UserDeta
 int change_groups(Context& context, const GroupArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kNamed);
   const directory::UserDetails user = read_details(context, session, arguments.name);
   session.run.user = user.name;
   session::LoadedDomain& loaded = session.domain;

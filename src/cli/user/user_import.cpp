@@ -145,7 +145,7 @@ int import_users(Context& context, const ImportArguments& arguments) {
     steps.emplace(context);
   if (arguments.preview)
     context.rehearse([](const std::string&) {});
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kUnits);
   batch::ImportOrder order = batch::stored_order(session);
   choose_place(context, session, arguments.place, order.user);
   if (const std::string fault = batch::refused_place(session, order.user); !fault.empty()) {

@@ -24,7 +24,7 @@ controls::TreeNode& shown(controls::TreeNode* node, const std::string& name) {
 int move_user(Context& context, const MoveOuArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kNamed);
   const Domain domain = context.domain();
   const std::string ou = locate_ou(domain, arguments.ou);
   const std::string user = locate_user(domain, arguments.user);

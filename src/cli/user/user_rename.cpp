@@ -32,7 +32,7 @@ int rename_user(Context& context, const RenameArguments& arguments) {
     throw UsageError("say what to change: --logon, --upn, --full-name, --first, --last or --display");
   if (arguments.dry_run)
     print_steps(context);
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kNamed);
   session::RunTerms terms{.even_if_shared = consent_of(arguments.even_if_shared)};
   if (arguments.dry_run)
     tell_trees(context, terms);

@@ -43,7 +43,7 @@ int reset_passwords(Context& context, const ResetArguments& arguments) {
     print_steps(context);
     context.dialogs().set_password("PROMPT");
   }
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kNamed);
   session::Preferences preferences = session::read_preferences(session);
   preferences.confirm_resets = preferences.confirm_resets && !arguments.dry_run;
   if (arguments.password_stdin || !arguments.password_file.empty()) {

@@ -35,7 +35,7 @@ int set_user(Context& context, const SetArguments& arguments) {
   const std::vector<std::string> assignments = all_assignments(arguments);
   if (arguments.dry_run)
     print_steps(context);
-  session::Session& session = context.session(Depth::kDomain);
+  session::Session& session = context.session(Depth::kNamed);
   const directory::UserDetails before = read_details(context, session, arguments.name);
   directory::UserChange change{.details = before,
                                .changed = {},

@@ -1,7 +1,5 @@
 #include "directory/loading/ad_load.hpp"
 
-#include <limits>
-
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
@@ -9,7 +7,6 @@
 #include "directory/loading/orphans.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
-#include "platform/group_type.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
@@ -21,8 +18,6 @@ namespace {
 
 using controls::TreeNode;
 using session::Session;
-
-constexpr std::int32_t kGroupsPerRefresh = 1000;
 
 /// What one load determines and passes from step to step.
 struct Load {
@@ -170,71 +165,13 @@ void load_users(Load& load) {
   });
 }
 
-std::string group_type_text(std::int32_t type, std::string_view path) {
-  std::string text = (type & platform::group_type::kSecurity) != 0 ? "Security Group" : "Distribution Group";
-  if ((type & platform::group_type::kGlobal) != 0)
-    text += " - Global";
-  if ((type & platform::group_type::kLocal) != 0) {
-    text += base::find_fold(path, "builtin") != base::npos ? " - builtin Local" : " - Domain Local";
-  }
-  if ((type & platform::group_type::kUniversal) != 0)
-    text += " - Universal";
-  return text;
-}
-
-void take_group(Load& load, const std::string& path, const std::string& name, std::int32_t type) {
-  constexpr std::string_view kIcon = "W2KGRP";
-  Session& session = load.session;
-  const auto add = [&](controls::ListView& list, std::vector<std::string> columns = {}) {
-    load.trap([&] { list.add(path, name, std::string(kIcon), std::move(columns)); });
-  };
-  if (!load.options.TemplateGroupsOnly) {
-    add(session.domain.other_groups);
-    add(session.domain.all_groups, {group_type_text(type, path)});
-    if ((type & platform::group_type::kGlobal) != 0)
-      add(session.domain.groups);
-  }
-  add(session.domain.template_choice);
-}
-
-void count_group(Session& session) {
-  if (session.GroupCount == std::numeric_limits<std::int16_t>::max()) {
-    throw base::RuntimeError(base::error::kOverflow, "Overflow: more groups than can be counted");
-  }
-  ++session.GroupCount;
-  if (session.GroupCount % kGroupsPerRefresh == 0) {
-    session.domain.loading =
-        std::string(static_cast<std::size_t>(session.UserCount / kGroupsPerRefresh), '.') +
-        "Retrieving Groups Please wait";
-  }
-}
-
-void load_groups(Load& load) {
-  Session& session = load.session;
-  if (load.options.SkipGroups && !load.options.TemplateGroupsOnly) {
-    session.log.line("Skipping Loading Groups");
-    return;
-  }
-  session.domain.loading = std::string("Retrieving Groups Please wait");
+void load_groups(Session& session) {
+  session::LookedUp& looked_up = session.domain.looked_up;
+  if (!looked_up.groups)
+    return Load_AD_Groups(session);
+  looked_up.asked_groups.clear();
   session.domain.template_choice.clear();
   session.domain.other_groups.clear();
-  session.status.panel1 = "Retrieving Groups...";
-  session.Error_Status_Text = "Error Getting Groups " + base::to_text(session.GroupCount);
-  session.GroupCount = 0;
-  load.trap([&] {
-    const auto rows =
-        run_query(session,
-                  "<" + load.options.Search + session.DomainName +
-                      ">;(&(objectCategory=group)(objectClass=Group));adsPath,Name,GroupType;SubTree",
-                  query_options(load.options));
-    for (; !rows->at_eof(); rows->MoveNext()) {
-      base::Trap counting(base::upper(session.command_line) == "/DEBUG1");
-      counting([&] { count_group(session); });
-      const std::string path = rewrite_path(load.options.Search, rows->field(0).text());
-      const platform::Value type = rows->field(2);
-      take_group(load, path, rows->field(1).text(), type.is_empty() ? 0 : type.integer());
-    }
-  });
 }
 
 void deselect_first(controls::ListView& list) {
@@ -262,10 +199,10 @@ bool Load_AD_Domain(Session& session) {
   const controls::DrawingOff selection_off(session.domain.groups);
   add_root(load);
   choose_scopes(load);
-  const bool read = load_ous(load);
+  const bool read = session.domain.looked_up.units || load_ous(load);
   if (read) {
     load_users(load);
-    load_groups(load);
+    load_groups(session);
   }
   deselect_first(session.domain.users);
   deselect_first(session.domain.groups);

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace twk::controls {
 struct StatusBar;
@@ -17,6 +18,13 @@ namespace twk::directory {
 /// could not be read, which a box reports, or when neither a user nor a group was found although users were
 /// requested. Writes its steps to "Log.txt".
 bool Load_AD_Domain(session::Session& session);
+
+/// Reads all groups into their lists, unless the load options leave groups out.
+void Load_AD_Groups(session::Session& session);
+
+/// Reads the groups of these names into the same lists, of a session that looks groups up
+/// (`LoadedDomain::looked_up`); each name is asked for once. Raises what the query raises.
+void look_up_groups(session::Session& session, const std::vector<std::string>& names);
 
 /// Which list a load of users fills.
 enum class UserList {

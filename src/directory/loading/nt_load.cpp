@@ -65,6 +65,7 @@ void show_nt_users(Session& session) {
 
 bool Load_NT_Domain(Session& session) {
   base::Trap trap(session::is_debug(session));
+  session.domain.looked_up = {};
   session.domain.tree.clear();
   session.domain.users.clear();
   session.domain.Members.clear();

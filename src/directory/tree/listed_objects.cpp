@@ -1,9 +1,12 @@
 #include "directory/tree/listed_objects.hpp"
 
+#include <utility>
+
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/tree_view.hpp"
 #include "directory/load_options.hpp"
+#include "directory/loading/ad_load.hpp"
 #include "directory/tree/tree.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
@@ -35,7 +38,10 @@ bool container_is_read(Session& session) {
 
 }  // namespace
 
-std::vector<ListedGroup> find_groups(const Session& session, std::string_view name) {
+std::vector<ListedGroup> find_groups(Session& session, std::string_view name) {
+  // The columns of an import may name any group.
+  if (std::exchange(session.domain.looked_up.groups, false))
+    Load_AD_Groups(session);
   std::vector<ListedGroup> groups;
   for (const controls::ListRow* row : session.domain.all_groups.find_text(name))
     groups.push_back({row->text, row->key});

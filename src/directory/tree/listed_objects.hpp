@@ -15,8 +15,9 @@ struct ListedGroup {
   std::string name;
   std::string key;  ///< its path in Active Directory
 };
-/// The groups of that name, in any case.
-std::vector<ListedGroup> find_groups(const session::Session& session, std::string_view name);
+/// The groups of that name, in any case. A session that looks groups up lists all of them at the first
+/// question.
+std::vector<ListedGroup> find_groups(session::Session& session, std::string_view name);
 
 /// An account that was just made.
 struct NewUser {

@@ -3,11 +3,9 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
-#include "directory/account_marks.hpp"
 #include "directory/load_options.hpp"
-#include "directory/loading/ad_load.hpp"
 #include "directory/names.hpp"
-#include "directory/operations.hpp"
+#include "directory/tree/unit_contents.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
@@ -21,79 +19,6 @@ using platform::Icon;
 using session::Session;
 
 constexpr std::int32_t kUsersPerCount = 150;
-
-/// False when the query failed, which a box reported.
-bool add_ous(Session& session, const std::string& base, const platform::QueryOptions& properties) {
-  std::unique_ptr<platform::Recordset> rows;
-  base::Trap trap;
-  trap([&] {
-    rows = run_query(session,
-                     base +
-                         ">;(&(objectCategory=OrganizationalUnit)(objectClass=OrganizationalUnit));"
-                         "distinguishedName,name;onelevel",
-                     properties);
-  });
-  if (trap.number() != 0) {
-    session.platform.dialogs.MsgBox("Error getting Domain Data: " + base::to_text(trap.number()),
-                                    Buttons::kOk, Icon::kNone, "");
-    return false;
-  }
-  controls::TreeView& tree = session.domain.tree;
-  for (; !rows->at_eof(); rows->MoveNext()) {
-    const std::string key = rows->field(0).text();
-    TreeNode& node = tree.add_under(parent_of_ou(key), key, rows->field(1).text(), "OU");
-    tree.add(&node, {}, std::string(kDummyNode), {});
-  }
-  return true;
-}
-
-void add_user(Session& session, const std::string& found_path, const std::string& path,
-              const std::string& shown, std::uint8_t marks) {
-  const std::string parent = parent_of_user(found_path);
-  base::Trap trap;
-  if (trap([&] { session.domain.tree.add_under(parent, path, shown, "USER").marks = marks; }))
-    return;
-  session.platform.dialogs.MsgBox("error adding user to tree", Buttons::kOk, Icon::kNone, "");
-  if (!session::logs_load(session))
-    return;
-  session.log.line("Error Number:" + base::to_text(trap.number()));
-  session.log.line("Adding:  " + path);
-  session.log.line("To OU:   " + parent);
-}
-
-void add_users(Session& session, const std::string& base, const LoadOptions& options) {
-  const bool by_name = shows_names(session);
-  platform::QueryOptions properties = query_options(options);
-  if (!by_name && options.Sort)
-    properties.sort_on = "DisplayName";
-  const auto rows = run_query(session,
-                              base + ">;(&(objectCategory=Person)(objectClass=User));adsPath," +
-                                  (by_name ? "name" : "DisplayName") + ",name," +
-                                  std::string(AccountMarks::kAttributes) + ";onelevel",
-                              properties);
-  AccountMarks marks(session);
-  session.status.panel1 = "Retrieving Users...";
-  session.Error_Status_Text = "Error refeshing Treeview";
-  for (; !rows->at_eof(); rows->MoveNext()) {
-    const std::string found_path = rows->field(0).text();
-    const platform::Value shown = rows->field(1);
-    add_user(session, found_path, rewrite_path(options.Search, found_path),
-             shown.is_empty() ? rows->field(2).text() : shown.text(), marks.of(*rows, 3));
-    ++session.UserCount;
-    if (session.UserCount % kUsersPerCount == 0) {
-      session.status.panel1 = base::to_text(session.UserCount) + " Users.";
-      session.platform.dialogs.DoEvents();
-    }
-    if (session.UserCount == options.UserLimit) {
-      rows->MoveLast();
-      session.platform.dialogs.MsgBox(
-          "TWK is not returning all users, The limit is set at " + base::to_text(options.UserLimit) +
-              "\r\nTo view all users you must change the setting in the AD options (under options menu)",
-          Buttons::kOk, Icon::kInformation, "Limit Reached");
-    }
-  }
-  session.status.panel1 = base::to_text(session.UserCount) + " Users.";
-}
 
 /// Of an account that the tree would show by now; `name` in upper case. A key goes on with the container's
 /// name, and the beginning that is looked for may reach into it.
@@ -111,6 +36,31 @@ bool is_foreseen(const Session& session, std::string_view name) {
   return false;
 }
 
+/// Tells how far the reading of users is; False at the limit, which a box reports.
+bool count_shown_user(Session& session, std::int32_t limit) {
+  if (++session.UserCount == 1) {
+    session.status.panel1 = "Retrieving Users...";
+    session.Error_Status_Text = "Error refeshing Treeview";
+  }
+  if (session.UserCount % kUsersPerCount == 0) {
+    session.status.panel1 = base::to_text(session.UserCount) + " Users.";
+    session.platform.dialogs.DoEvents();
+  }
+  if (session.UserCount != limit)
+    return true;
+  session.platform.dialogs.MsgBox(
+      "TWK is not returning all users, The limit is set at " + base::to_text(limit) +
+          "\r\nTo view all users you must change the setting in the AD options (under options menu)",
+      Buttons::kOk, Icon::kInformation, "Limit Reached");
+  return false;
+}
+
+void show_users(Session& session, const TreeNode& unit) {
+  const std::int32_t limit = read_load_options(session).UserLimit;
+  add_users(session, unit.key, {}, [&] { return count_shown_user(session, limit); });
+  session.status.panel1 = base::to_text(session.UserCount) + " Users.";
+}
+
 }  // namespace
 
 bool is_read(controls::TreeView& tree, const TreeNode& node) {
@@ -121,7 +71,7 @@ bool is_read(controls::TreeView& tree, const TreeNode& node) {
 void TreeView1_Expand(Session& session, TreeNode& node) {
   controls::TreeView& tree = session.domain.tree;
   tree.set_expanded(node, true);
-  if (&node == tree.first() || session.LoadAllUsersFlag)
+  if (&node == tree.first() || session.LoadAllUsersFlag || session.domain.looked_up.units)
     return;
   const controls::DrawingOff off(tree);
   Expand_OU(session, node);
@@ -138,13 +88,11 @@ bool Expand_OU(Session& session, TreeNode& node) {
   trap([&] {
     session.Error_Status_Text = "Error with registry";
     session.UserCount = 0;
-    const LoadOptions options = read_load_options(session);
     session.Error_Status_Text = "Error Querying AD";
-    const std::string base = "<" + options.Search + session.DomainName + "/" + node.key;
-    if (!add_ous(session, base, query_options(options)))
+    if (!add_units(session, node.key, {}))
       return;
     tree.remove(*dummy);
-    add_users(session, base, options);
+    show_users(session, node);
     done = true;
   });
   if (trap.number() != 0) {
@@ -162,6 +110,7 @@ bool is_name_taken(const Session& session, std::string_view key, std::string_vie
 }
 
 bool User_Exist(Session& session, std::string_view name) {
+  look_up_users(session, name);
   const std::string folded = base::upper(name);
   const bool taken = session::is_active_directory(session)
                          ? is_name_taken(session, user_key_start(session) + std::string(name), folded)

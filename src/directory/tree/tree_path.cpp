@@ -8,6 +8,7 @@
 #include "directory/load_options.hpp"
 #include "directory/names.hpp"
 #include "directory/tree/tree.hpp"
+#include "directory/tree/unit_contents.hpp"
 #include "platform/adsi.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
@@ -54,6 +55,7 @@ TreeNode* reach_node(session::Session& session, std::string_view distinguished_n
     return nullptr;
   while (++name != names.end()) {
     TreeView1_Expand(session, *reached);
+    look_up_unit(session, reached->key, *name);
     TreeNode* const child = tree.find(*name);
     if (child == nullptr || child->parent != reached)
       return nullptr;
@@ -70,6 +72,7 @@ TreeNode* reach_user(session::Session& session, std::string_view key) {
   if (above == nullptr)
     return nullptr;
   TreeView1_Expand(session, *above);
+  look_up_user(session, above->key, name_in_path(key));
   TreeNode* const user = tree.find(key);
   if (user == nullptr && is_read(tree, *above))
     return add_hidden_user(session, *above, key);

@@ -100,6 +100,13 @@ std::string plain_name_of(const MadeObjects::Place& place) {
   return platform::plain_name(directory::relative_name(place.dn));
 }
 
+/// The value of a term may be the beginning of a name, "jo*".
+bool means(std::string_view value, std::string_view name) {
+  if (value.ends_with('*'))
+    return base::starts_with_fold(name, platform::unescape_dn_value(value.substr(0, value.size() - 1)));
+  return base::equals_fold(platform::unescape_dn_value(value), name);
+}
+
 /// True when each term speaks of its class or, one of them at least if any does, of its names.
 bool fits(const MadeObjects::Place& place, const std::vector<Term>& terms) {
   constexpr std::array<std::string_view, 2> kKinds = {"objectClass", "objectCategory"};
@@ -117,8 +124,7 @@ bool fits(const MadeObjects::Place& place, const std::vector<Term>& terms) {
     const std::string name =
         base::equals_fold(term.attribute, kNames.front()) ? place.account : plain_name_of(place);
     asks_for_name = true;
-    of_name = of_name || (!base::equals_fold(term.attribute, kNames.back()) &&
-                          base::equals_fold(platform::unescape_dn_value(term.value), name));
+    of_name = of_name || (!base::equals_fold(term.attribute, kNames.back()) && means(term.value, name));
   }
   return of_kind && (of_name || !asks_for_name);
 }

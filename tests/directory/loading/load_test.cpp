@@ -4,7 +4,10 @@
 #include "directory/loading/select_domain.hpp"
 #include "directory/names.hpp"
 #include "directory/operations.hpp"
+#include "directory/tree/listed_objects.hpp"
 #include "directory/tree/tree.hpp"
+#include "directory/tree/tree_path.hpp"
+#include "session/loaded_domain.hpp"
 #include "support/details_world.hpp"
 #include "support/world.hpp"
 #include "windows/state/form1.hpp"
@@ -221,6 +224,36 @@ TEST(Tree, AUnitThatIsGoneIsReportedInABox) {
   world.dialogs.expect("Error getting Domain Data: ");
   TreeView1_Expand(world.session, doomed);
   EXPECT_EQ(world.session.form1.mouse_pointer.get(), 0);
+}
+
+TEST(LookedUpDomain, HoldsWhatWasNamedAndAnswersLikeAListedOne) {
+  LabSession world;
+  const std::string above(test::kNewStarters);
+  const std::string sales = "OU=Sales\\, Europe," + above;
+  test::add_unit(world, "Sales, Europe", above);
+  test::add_user(world, "Jo Low", "jlow");
+  test::add_user(world, "Anna Marsh", "amarsh", sales);
+  session::LoadedDomain& loaded = world.session.domain;
+  world.set("ADO", "SkipUsers", "True");
+  world.start();
+  loaded.looked_up = {.groups = true, .units = true, .asked_groups = {}};
+  ASSERT_TRUE(Select_Domain(world.session, "twk.test"));
+  EXPECT_TRUE(loaded.all_groups.empty());
+  look_up_groups(world.session, {"STAFF", "Nonesuch"});
+  look_up_groups(world.session, {"Staff"});
+  EXPECT_EQ(loaded.template_choice.size(), 1U);
+
+  EXPECT_EQ(reach_node(world.session, "OU=Domain Controllers,DC=twk,DC=test"), nullptr);
+  EXPECT_EQ(reach_node(world.session, "OU=Nowhere," + above), nullptr);
+  loaded.tree.select(reach_node(world.session, base::upper(sales)));
+  ASSERT_NE(loaded.tree.selected(), nullptr);
+  EXPECT_EQ(loaded.tree.selected()->text, "Sales, Europe");
+  for (const auto& [name, taken] : {std::pair{"jo", true}, {"ANNA M", true}, {"marsh", false}, {"J*", false}})
+    EXPECT_EQ(User_Exist(world.session, name), taken) << name;
+  EXPECT_EQ(reach_user(world.session, "LDAP://twk.test/CN=Nobody," + sales), nullptr);
+  EXPECT_NE(reach_user(world.session, "LDAP://twk.test/CN=Anna Marsh," + sales), nullptr);
+  // Any group may be named from here on.
+  EXPECT_EQ(find_groups(world.session, "domain guests").size(), 1U);
 }
 
 TEST(UserExist, ComparesTheBeginningOfCommonNamesInADirectoryAndWholeNamesElsewhere) {
