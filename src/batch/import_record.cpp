@@ -50,6 +50,7 @@ void take_entry(RecordedRun& run, Places& places, const JsonLine& entry) {
   if (const std::string ended = entry.text("ended"); !ended.empty()) {
     line.ended = ended;
     line.unsure = entry.is_set("unsure");
+    line.unfinished = entry.is_set("unfinished");
   }
 }
 

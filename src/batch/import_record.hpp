@@ -19,6 +19,7 @@
 ///     {"line":2,"user":"Ann.Miller","made":"account","path":"LDAP://…","sid":"S-1-5-21-…"}
 ///     {"line":2,"user":"Ann.Miller","ended":"GREEN"}
 ///     {"line":2,"user":"Ann.Miller","ended":"RED","unsure":true}   the server was lost, and may have made it
+///     {"line":2,"user":"Ann.Miller","ended":"YELLOW","unfinished":true}        the file server was gone by then
 ///     {"ended":"whole"}
 ///     {"resumed":"…/Import Record - ….jsonl"}                 the run that went on with this one
 ///     {"line":2,"ended":"taken back"}                         what it had made is gone
@@ -47,9 +48,10 @@ struct RecordedLine {
   std::string begun = {};     ///< path of the account that was about to be made; empty for none
   std::int64_t begun_at = 0;  ///< 100-nanosecond steps since 1601, UTC
   std::vector<RecordedThing> things = {};
-  std::string ended = {};  ///< the light, "refused" without one, "known" of a person with an account; empty
-                           ///< when the run was broken off here
-  bool unsure = false;     ///< the server was lost when it was asked for the account
+  std::string ended = {};   ///< the light, "refused" without one, "known" of a person with an account; empty
+                            ///< when the run was broken off here
+  bool unsure = false;      ///< the server was lost when it was asked for the account
+  bool unfinished = false;  ///< the file server was lost before all was made that belongs to the account
 
   [[nodiscard]] bool has_account() const;
   /// True for an account that may be there without an identifier in the record: the run or the server was

@@ -1,7 +1,10 @@
 #include "batch/recorded_import.hpp"
 
 #include "base/errors.hpp"
+#include "base/text.hpp"
 #include "platform/adsi.hpp"
+#include "platform/network.hpp"
+#include "platform/security.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
 
@@ -24,6 +27,15 @@ std::string kind_of(creation::MadeThing::Kind kind) {
       return "mailbox";
   }
   return {};
+}
+
+/// Asked of a line that did not get all: whether it is because nobody answers. A refusal is an answer.
+bool is_file_server_lost(session::Session& session) {
+  const std::string server(base::trim(session.ActiveSite.NTServer));
+  base::Trap trap;
+  return !server.empty() && !trap([&] { session.platform.network.NetShareGetInfo(server, "IPC$"); }) &&
+         trap.number() != platform::network_error::kShareNotFound &&
+         trap.number() != platform::security_error::kAccessDenied;
 }
 
 }  // namespace
@@ -68,6 +80,7 @@ void RecordedImport::open(const JsonLine& order, std::string_view bytes) {
 void RecordedImport::begin_line(std::int32_t number, std::string_view raw) {
   number_ = number;
   raw_ = raw;
+  made_account_ = false;
 }
 
 void RecordedImport::pass_line(std::int32_t number, std::string_view raw) {
@@ -84,6 +97,8 @@ void RecordedImport::end_line(const session::CreationOutcome& outcome) {
                                                      : outcome.light}};
     if (outcome.is_unsure)
       entry.add("unsure", true);
+    if (made_account_ && outcome.light != session::kGreen && is_file_server_lost(session_))
+      entry.add("unfinished", true);
     write(entry);
   }
 }
@@ -110,6 +125,7 @@ void RecordedImport::makes_account(std::string_view account, std::string_view pa
 void RecordedImport::made(const creation::MadeThing& thing) {
   watcher_.made(thing);
   const bool is_account = thing.kind == creation::MadeThing::Kind::kAccount;
+  made_account_ = made_account_ || is_account;
   if (record_) {
     JsonLine entry{{"line", number_}, {"made", kind_of(thing.kind)}, {"path", thing.path}};
     if (is_account)

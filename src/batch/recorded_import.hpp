@@ -60,6 +60,7 @@ class RecordedImport final : public ImportView {
   std::unique_ptr<platform::AppendFile> record_;
   std::unique_ptr<RemainingLines> remaining_;
   std::int64_t number_ = 0;
+  bool made_account_ = false;  ///< of this line
   std::string_view raw_;
 };
 

@@ -28,7 +28,8 @@ RecordedRun last_of(platform::Files& files, RecordedRun run) {
 }
 
 bool has_its_account(const RecordedLine& line) {
-  return line.ended == kMadeBefore || (line.has_account() && !line.ended.empty() && line.ended != kTakenBack);
+  const bool whole = !line.ended.empty() && line.ended != kTakenBack && !line.unfinished;
+  return line.ended == kMadeBefore || (line.has_account() && whole);
 }
 
 }  // namespace
@@ -58,7 +59,7 @@ ResumedImport plan_resumption(session::Session& session, RecordedRun run) {
   for (const RecordedLine& line : run.lines) {
     const bool is_last = &line == run.broken_line();
     const bool is_unsure = line.unsure && !told.contains(base::upper(line.begun));
-    if (is_last || (is_unsure && has_account(session, line)))
+    if (is_last || ((is_unsure || line.unfinished) && has_account(session, line)))
       resumed.broken.push_back(line);
   }
   resumed.order.resumes = run.path;

@@ -49,8 +49,14 @@ ObjectPtr bind(Session& session, const std::string& path) {
   return object;
 }
 
-/// True for an account that came into being once the line had begun, by the clock of its server.
+/// True for an account that came into being once the line had begun, by the clock of its server. A WinNT
+/// domain does not tell; the name was free when the import began, and nobody may have logged on to the
+/// account since.
 bool is_as_young(const ObjectPtr& account, const RecordedLine& line) {
+  if (base::starts_with_fold(line.begun, "WinNT:")) {
+    const platform::Value last_logon = platform::value_or_empty(*account, "LastLogin");
+    return last_logon.is_empty() || last_logon.text() == "0";
+  }
   constexpr std::int64_t kAllowedSkew = std::int64_t{5} * 60 * 10'000'000;
   bool young = false;
   base::Trap unknown;

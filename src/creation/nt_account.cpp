@@ -65,7 +65,11 @@ void CreateNtAccount(CreationRun& run) {
     user.Put("HomeDirDrive", drive);
   }
   run.view.makes_account(run.UserId, account_path(run));
-  user.SetInfo();
+  base::Trap refused;
+  if (!refused([&] { user.SetInfo(); })) {
+    run.is_unsure = static_cast<std::uint32_t>(refused.number()) == platform::ads_error::kServerDown;
+    base::raise(refused.number(), refused.description());
+  }
   run.view.made({MadeThing::Kind::kAccount, account_path(run), {}, {}, run.CurrentUserObject});
   run.SummaryRow = run.FullName + "," + run.UserId + ",,";
   if (!run.Password.empty()) {

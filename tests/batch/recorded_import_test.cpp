@@ -181,13 +181,13 @@ TEST(RecordedImport, ABrokenLineIsTakenBackUnlessItsAccountIsOlder) {
   EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Jo.Smith")); }), 0);
 }
 
-TEST(RecordedImport, AnAccountThatALostServerMadeWithoutAnAnswerIsTakenBack) {
-  RecordedWorld world;
+TEST_P(InEachKindOfDomain, AnAccountThatALostServerMadeWithoutAnAnswerIsTakenBack) {
+  RecordedWorld world(GetParam());
   world.directory.before = [](std::string_view call, std::string_view /*path*/) {
     if (call == "SetInfo")
       base::raise(platform::ads_error::kServerDown, "No answer");
   };
-  for (int line = 0; line < 2; ++line)
+  for (int line = 0; line < 2 && !world.is_nt(); ++line)
     world.dialogs.expect("No answer", platform::Answer::kOk);
   world.import("Jo,,Smith\nAnn,,Lee\n");
   world.directory.before = nullptr;
@@ -199,6 +199,20 @@ TEST(RecordedImport, AnAccountThatALostServerMadeWithoutAnAnswerIsTakenBack) {
   ASSERT_EQ(resumed.broken.size(), 1U) << testing::PrintToString(world.rows);
   EXPECT_TRUE(take_back_broken_line(world.session, resumed, resumed.broken.front()).done);
   EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Jo.Smith")); }), 0);
+}
+
+TEST(RecordedImport, AnAccountThatALostFileServerLeftUnfinishedIsMadeAgain) {
+  RecordedWorld world;
+  world.import("Jo,,Smith\nAnn,,Lee\n");
+  RecordedRun run = world.record();
+  ASSERT_EQ(run.lines.size(), 2U);
+  EXPECT_FALSE(run.lines.back().unfinished);
+  run.lines.back().unfinished = true;
+  const ResumedImport resumed = plan_resumption(world.session, run);
+  ASSERT_EQ(resumed.broken.size(), 1U);
+  EXPECT_EQ(resumed.order.made_before, std::set<std::int32_t>{run.lines.front().number});
+  EXPECT_TRUE(take_back_broken_line(world.session, resumed, resumed.broken.front()).done);
+  EXPECT_NE(test::number_of([&] { static_cast<void>(world.account("Ann.Lee")); }), 0);
 }
 
 TEST(RecordedImport, TheRemainingLinesKeepEncodingHeadingAndQuotes) {

@@ -8,6 +8,7 @@ looks at what is there with others' tools and on the disks.
 import json
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import time
@@ -105,6 +106,32 @@ def fail_over():
     on_first = made_on("dc1")
     expect_same(len(on_second) >= 90 and len(on_first) >= 20, True, f"on both: {len(on_first)}, {len(on_second)}")
     expect_same(lights.keys() - refused - (on_first | on_second), set(), "who is GREEN and nowhere")
+
+
+def lose_file_server():
+    """The server of the homes alone dies in the middle of an import; with it back, the import that goes on completes
+    everybody: account, home, share and their lists, and nobody twice."""
+    names = [f"Files{i}" for i in range(14)]
+    pathlib.Path("files.csv").write_text("".join(f"{name},,Smith\n" for name in names), encoding="utf-8")
+    child = subprocess.Popen(twk_command("--json", "user", "import", "files.csv", "--template", "Staff", "--site", "Head Office",
+                                         "--ou", "OU=Movers,DC=hq,DC=north,DC=example", "--skip-prompts"),
+                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
+    lines = [child.stdout.readline() for _ in range(4)]
+    run(LIVE["CONTROL"], "stop", "fs1")
+    rest, complaints = child.communicate(timeout=300)
+    lights = [row["light"] for row in map(json.loads, (*lines, *rest.splitlines())) if "line" in row]
+    expect_same((len(lights), lights[-1]), (14, "RED"), f"lights without the server: {lights} {complaints}")
+    run(LIVE["CONTROL"], "start", "fs1")
+    done = twk("user", "import", "--resume", str(next(pathlib.Path.cwd().rglob("Import Record - *"))), codes=(0, 1))
+    told = f"after the import went on:\n{lights}\n{complaints}\n{done.stdout}\n{done.stderr}"
+    there = re.findall(r"^sAMAccountName: (.*)$", account("Files*", "sAMAccountName"), re.M)
+    expect_same(sorted(there), sorted(names), f"accounts {told}")
+    for name in names:
+        home = DISKS["fs1"] / "Users" / name
+        expect_same((home.is_dir(), "security.NTACL" in os.listxattr(home) if home.is_dir() else None), (True, True), f"home of {name} {told}")
+        acl = run("smbcacls", f"--use-krb5-ccache={os.environ['KRB5CCNAME']}", "//fs1.hq.north.example/D$", rf"Users\{name}", codes=None).stdout
+        expect(rf"ACL:POLAR\{name}:ALLOWED", f"list of {name}'s home {told}", acl)
+        expect("ALLOWED/0x0/0x", f"share of {name} {told}", share("fs1", f"{name}$"))
 
 
 def name_of_controller():
@@ -269,4 +296,4 @@ def delete():
     expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
-go_through(prepare, log_on, attack, rename, move, delete, fail_over, prefer_own_site, log_on_without_ntlm)
+go_through(prepare, log_on, attack, rename, move, delete, lose_file_server, fail_over, prefer_own_site, log_on_without_ntlm)
