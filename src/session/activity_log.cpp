@@ -45,10 +45,17 @@ void ActivityLog::begin_block() {
 void ActivityLog::line(std::string_view text) {
   if (!file_)
     return;
+  const std::string shown = concealed(text);
+  follow_block(shown);
   if (gathers_)
-    gathered_ += log_line(concealed(text));
+    gathered_ += log_line(shown);
   else
-    write(log_line(concealed(text)));
+    write(log_line(shown));
+}
+
+void ActivityLog::follow_block(std::string_view text) {
+  if (block_.needs(text) && block_.take(text_in_log(text)))
+    block_has_row_ = false;
 }
 
 void ActivityLog::write(std::string_view text) {
@@ -114,6 +121,7 @@ std::string ActivityLog::concealed(std::string_view text) const {
 void ActivityLog::fail(const std::string& reason) {
   file_.reset();
   gathers_ = false;
+  block_ = {};
   add_row(kYellow, "Cannot write to Log.txt: " + reason);
 }
 
@@ -132,8 +140,16 @@ std::string ActivityLog::add_row(std::string_view severity, std::string_view mes
   if (rehearses_)
     return text;
   added_.push_back({std::string(severity), text});
-  rows_.add(std::move(key), text, std::string(severity), {date_and_time(services_.clock)});
+  rows_.add(std::move(key), text, std::string(severity), columns_of_row());
   return text;
+}
+
+std::vector<std::string> ActivityLog::columns_of_row() {
+  std::vector<std::string> columns = {date_and_time(services_.clock)};
+  if (!block_.name().empty() && (file_ || !block_has_row_))
+    columns.push_back(block_.name());
+  block_has_row_ = true;
+  return columns;
 }
 
 std::string date_and_time(platform::Clock& clock) {

@@ -8,6 +8,7 @@
 
 #include "controls/list_view.hpp"
 #include "platform/platform.hpp"
+#include "session/log_block.hpp"
 
 namespace twk::session {
 
@@ -15,9 +16,6 @@ namespace twk::session {
 inline constexpr std::string_view kGreen = "GREEN";
 inline constexpr std::string_view kYellow = "YELLOW";
 inline constexpr std::string_view kRed = "RED";
-
-/// The row of asterisks that begins each block of a log.
-inline constexpr std::string_view kAsterisks = "*****************************************";
 
 /// A row of the log tab.
 struct LogRow {
@@ -72,7 +70,8 @@ class ActivityLog {
   /// One row at the end of the log tab, with the time. "RED" beeps. A row that is not GREEN has the reasons
   /// logged since the previous row after the message: " User jo deleted.: Error Deleting: …;
   /// …", each text once and the first of many. `key`, which must be unique, says what the row is about.
-  /// Returns the text of the row. Raises when the severity is not one of the three.
+  /// Returns the text of the row. Its second sub-item is the name of the block that it is about: of the open
+  /// one, or of the last one when that has no row yet. Raises when the severity is not one of the three.
   std::string add_row(std::string_view severity, std::string_view message, std::string key = {});
   /// Nothing of a rehearsal of many lines is kept: neither lines nor rows, which are only formed.
   void rehearse(bool on) { rehearses_ = on; }
@@ -80,6 +79,8 @@ class ActivityLog {
 
  private:
   void fail(const std::string& reason);
+  void follow_block(std::string_view text);
+  [[nodiscard]] std::vector<std::string> columns_of_row();
   void write(std::string_view text);
 
   const platform::Platform& services_;
@@ -88,6 +89,8 @@ class ActivityLog {
   std::unique_ptr<platform::AppendFile> file_;
   bool gathers_ = false;
   std::string gathered_;
+  BlockReader block_;
+  bool block_has_row_ = false;
   std::vector<std::string> reasons_;
   std::vector<std::string> told_;
   std::vector<LogRow> added_;

@@ -36,10 +36,12 @@ std::optional<std::string> unmistakable_ansi(std::string_view text) {
 
 }  // namespace
 
+std::string text_in_log(std::string_view text) {
+  return by_number(text, [](std::string_view part) { return holds_control(part) || !base::to_ansi(part); });
+}
+
 std::string log_line(std::string_view text) {
-  const std::string shown =
-      by_number(text, [](std::string_view part) { return holds_control(part) || !base::to_ansi(part); });
-  return base::to_ansi(shown).value_or(std::string()).append(kLineEnd);
+  return base::to_ansi(text_in_log(text)).value_or(std::string()).append(kLineEnd);
 }
 
 std::string table_bytes(const std::vector<std::string>& lines) {

@@ -14,6 +14,8 @@ namespace twk::session {
 
 /// A line of a log. Control characters appear as their numbers, too.
 std::string log_line(std::string_view text);
+/// The text as it is read in a log.
+std::string text_in_log(std::string_view text);
 
 /// The bytes of a text table. Control characters appear as their numbers.
 std::string table_bytes(const std::vector<std::string>& lines);

@@ -57,6 +57,17 @@ TEST_F(ImportWindowsTest, AFileIsImportedByColumnsChosenWithTheKeyboard) {
   EXPECT_THAT(shown_in("ListView1"), Contains("Number of Users Imported from starters.csv = 20"));
   EXPECT_EQ(lab.property("First7.Last7", "sn"), "Last7");
   EXPECT_FALSE(find<QDialog>("CancelImport")->isVisible());
+  // What the log tab no longer knows, the record of the import does.
+  click("Clear_log");
+  lab.process.result = {.number = 0, .failure = "xdg-open is not installed"};
+  expect_window([this](QWidget& shown) {
+    choose("blocks_shown", "GREEN", &shown);
+    EXPECT_EQ(shown_in("blocks", &shown).size(), 20U);
+    EXPECT_THAT(find<QLabel>("block_light", &shown)->text().toStdString(),
+                testing::StartsWith("GREEN, told by Import Record - "));
+    QTest::keyClick(&shown, Qt::Key_Escape);
+  });
+  click("Log_Detail");
 }
 
 TEST_F(ImportWindowsTest, ASpreadsheetIsShownUnderItsHeadingsWithItsAccountNames) {
@@ -208,13 +219,12 @@ TEST_F(ImportWindowsTest, TheLogFileIsShownAndDeletedOnlyOnYes) {
 TEST_F(ImportWindowsTest, WithoutAViewerTheLogHasAWindowAndARowOpensWhatItIsAbout) {
   open_log();
   const auto log_user = [this](const std::string& user) {
-    lab.clock.time = base::plus_seconds(lab.clock.time, 60);
     lab.session.log.begin_block();
     lab.session.log.line("Creating User:" + user);
     if (user == "jo")
       lab.session.log.line("Error Creating Home: no room");
     lab.session.log.close();
-    session::LOG_TAB(lab.session, session::kGreen, user + " Created User");
+    session::LOG_TAB(lab.session, user == "jo" ? session::kYellow : session::kGreen, user + " Created User");
   };
   log_user("jo");
   log_user("ann");
@@ -234,9 +244,14 @@ TEST_F(ImportWindowsTest, WithoutAViewerTheLogHasAWindowAndARowOpensWhatItIsAbou
   lab.process.result = {.number = 0, .failure = "xdg-open is not installed"};
   expect_window([&](QWidget& shown) {
     EXPECT_THAT(shown_text(shown), HasSubstr("Creating User:ann")) << "the newest one";
-    click("only_errors", &shown);
-    EXPECT_THAT(shown_in("blocks", &shown), testing::ElementsAre("Creating User:jo"));
-    EXPECT_THAT(shown_text(shown), HasSubstr("no room"));
+    for (const char* const choice : {"With lines of errors", "YELLOW"}) {
+      choose("blocks_shown", choice, &shown);
+      EXPECT_THAT(shown_in("blocks", &shown), testing::ElementsAre("Creating User:jo")) << choice;
+      EXPECT_THAT(shown_text(shown), HasSubstr("no room"));
+    }
+    EXPECT_EQ(find<QLabel>("block_light", &shown)->text(), "YELLOW, told by the log tab.");
+    choose("blocks_shown", "No light", &shown);
+    EXPECT_THAT(shown_in("blocks", &shown), Contains("(nothing was written)"));
     QTest::keyClick(&shown, Qt::Key_Escape);
   });
   const std::string before = status();

@@ -25,13 +25,18 @@ QWidget* make_blocks(windows::Desktop& session, QWidget* parent) {
       {.headings = {"Operation", "Day and time", "Administrator"}, .empty_text = "The log is empty."}, side);
   list->setObjectName("blocks");
   list->setAccessibleName("Operations");
-  list->header()->resizeSection(0, 240);
-  list->header()->resizeSection(1, 150);
+  QHeaderView& header = *list->header();
+  header.setStretchLastSection(false);
+  header.setSectionResizeMode(0, QHeaderView::Stretch);
+  header.resizeSection(1, list->fontMetrics().horizontalAdvance("00/00/0000 00:00:00") + 20);
+  header.resizeSection(2, list->fontMetrics().horizontalAdvance("Administrator") + 30);
   list->on_click = [&session] { windows::LogWindow_Selected(session); };
   QLineEdit* const filter = add_filter(*list, "Filter by operation, user, day or administrator", side);
   filter->setObjectName("blocks_filter");
   column->addWidget(filter);
-  add_check(*column, "Only operations with &errors", "only_errors", session.log_window.only_errors,
+  auto* const rows = new QFormLayout;
+  column->addLayout(rows);
+  add_combo(*rows, "&Show:", "blocks_shown", session.log_window.shown,
             [&session] { windows::LogWindow_Filter(session); });
   column->addWidget(list, 1);
   column->addWidget(add_row_count(*list, side));
@@ -39,7 +44,16 @@ QWidget* make_blocks(windows::Desktop& session, QWidget* parent) {
 }
 
 QWidget* make_text(windows::Desktop& session, QWidget* parent) {
-  auto* const text = new QPlainTextEdit(parent);
+  auto* const side = new QWidget(parent);
+  auto* const column = new QVBoxLayout(side);
+  column->setContentsMargins(0, 0, 0, 0);
+  auto* const light = new QLabel(side);
+  light->setObjectName("block_light");
+  light->setWordWrap(true);
+  bind_to(*light, session.log_window.light);
+  column->addWidget(light);
+  auto* const text = new QPlainTextEdit(side);
+  column->addWidget(text, 1);
   text->setObjectName("block_text");
   text->setAccessibleName("Text of the operation");
   text->setReadOnly(true);
@@ -47,7 +61,7 @@ QWidget* make_text(windows::Desktop& session, QWidget* parent) {
   text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   follow(*text, session.log_window.text.caption,
          [text](const std::string& shown) { text->setPlainText(to_qt(shown)); });
-  return text;
+  return side;
 }
 
 }  // namespace
@@ -68,11 +82,12 @@ std::unique_ptr<QDialog> make_log_window(windows::Desktop& session, QWidget* par
   panes->addWidget(make_blocks(session, panes));
   panes->addWidget(make_text(session, panes));
   panes->setChildrenCollapsible(false);
+  panes->setSizes({500, 400});
   rows->addWidget(panes, 1);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
   rows->addWidget(buttons);
   QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
-  dialog->resize(900, 520);
+  dialog->resize(940, 560);
   return window;
 }
 
