@@ -30,14 +30,19 @@ Undone leave_changed(const std::string& what) {
   return {what + ", which is not what the run left: it stays", false};
 }
 
-bool is_in(const ObjectPtr& account, const std::string& group_path) {
+bool is_in(const Session& session, const ObjectPtr& account, const ObjectPtr& bound,
+           const std::string& group_path) {
+  if (!session::is_active_directory(session))
+    return bound->IsMember(account->ADsPath());
   const std::string_view group = directory::name_in_path(group_path);
   const platform::ValueList groups = platform::value_or_empty(*account, "memberOf").list();
   return std::ranges::any_of(
       groups, [&](const platform::Value& one) { return base::equals_fold(one.text(), group); });
 }
 
-std::string name_of_group(const std::string& path) {
+std::string name_of_group(const Session& session, const std::string& path) {
+  if (!session::is_active_directory(session))
+    return path.substr(path.rfind('/') + 1);
   return platform::plain_name(directory::relative_name(directory::name_in_path(path)));
 }
 
@@ -52,10 +57,10 @@ Undone set_disabled(const ObjectPtr& account, bool disabled) {
 }
 
 Undone set_membership(Session& session, const ObjectPtr& account, const std::string& path, bool member) {
-  const std::string group = name_of_group(path);
-  if (is_in(account, path) == member)
-    return {(member ? "is in " : "is not in ") + group + " already"};
+  const std::string group = name_of_group(session, path);
   const ObjectPtr bound = session.platform.directory.GetObject(path);
+  if (is_in(session, account, bound, path) == member)
+    return {(member ? "is in " : "is not in ") + group + " already"};
   if (member)
     bound->Add(account->ADsPath());
   else
@@ -128,9 +133,6 @@ UserOutcome take_back(Session& session, const AccountChange& change) {
   outcome.light = session::kRed;
   base::Trap trap;
   if (!trap([&] {
-        if (!session::is_active_directory(session))
-          base::raise(platform::ads_error::kNoSuchObject,
-                      "a WinNT domain finds nobody by a security identifier");
         const ObjectPtr account = account_by_sid(session, change.sid);
         if (account == nullptr)
           base::raise(platform::ads_error::kNoSuchObject, "the account is gone");

@@ -6,6 +6,7 @@
 #include "batch/undo_change.hpp"
 #include "directory/account_marks.hpp"
 #include "directory/names.hpp"
+#include "directory/operations.hpp"
 #include "directory/tree/change_ou.hpp"
 #include "platform/adsi.hpp"
 #include "session/loaded_domain.hpp"
@@ -26,6 +27,11 @@ std::string counted(std::size_t number) {
   return std::to_string(number) + (number == 1 ? " change" : " changes");
 }
 
+/// The name in a path of a WinNT domain, which is the key of its lists.
+std::string last_part(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
 /// The details tab shows the groups of a user.
 void show_groups_again(Desktop& session, const AccountChange& change, const std::string& user) {
   const Form1& form = session.form1;
@@ -33,14 +39,17 @@ void show_groups_again(Desktop& session, const AccountChange& change, const std:
     return;
   const bool joined = change.kind == Kind::kJoined;
   controls::ListView& from = joined ? session.domain.own_groups : session.domain.other_groups;
-  if (const controls::ListRow* const row = from.find_key(change.what))
+  const std::string group = session::is_active_directory(session) ? change.what : last_part(change.what);
+  if (const controls::ListRow* const row = from.find_key(group))
     controls::move_row(from, *row, joined ? session.domain.other_groups : session.domain.own_groups);
 }
 
 /// The tree and the lists show what is so again.
 void show_again(Desktop& session, const AccountChange& change, const std::string& bound_by) {
   const std::string path_before =
-      "LDAP://" + session.DomainName + "/" + std::string(directory::name_in_path(bound_by));
+      session::is_active_directory(session)
+          ? "LDAP://" + session.DomainName + "/" + std::string(directory::name_in_path(bound_by))
+          : last_part(bound_by);
   if (change.kind == Kind::kEnabled || change.kind == Kind::kDisabled)
     directory::set_mark(session, path_before, directory::mark::kDisabled, change.kind == Kind::kEnabled);
   else if (change.kind == Kind::kMoved)
@@ -52,10 +61,9 @@ void show_again(Desktop& session, const AccountChange& change, const std::string
 /// The key of the row of a run that made these changes; empty when none can be taken back.
 std::string keep(Desktop& session, std::vector<AccountChange> changes) {
   std::erase_if(changes, [](const AccountChange& change) {
-    return change.kind == Kind::kSet && change.before.empty() && change.after.empty();
+    return change.sid.empty() || (change.kind == Kind::kSet && change.before.empty() && change.after.empty());
   });
-  // A WinNT domain finds nobody by an identifier.
-  if (changes.empty() || !session::is_active_directory(session))
+  if (changes.empty())
     return {};
   RunHistory& history = session.run_history;
   std::string key = "run " + std::to_string(history.changes.size() + 1);
@@ -108,10 +116,10 @@ void keep_run(Desktop& session, std::vector<AccountChange> changes) {
 }
 
 AccountChange membership(Desktop& session, Kind kind, const std::string& user, const std::string& group) {
-  std::string sid;
-  if (session::is_active_directory(session))
-    sid = platform::readable_sid(session.platform.directory.GetObject(user));
-  return {kind, sid, group};
+  const bool active_directory = session::is_active_directory(session);
+  const std::string path = active_directory ? user : directory::winnt_path(session, user);
+  return {kind, platform::readable_sid(session.platform.directory.GetObject(path)),
+          active_directory ? group : directory::winnt_path(session, group)};
 }
 
 bool can_be_taken_back(const Desktop& session, const controls::ListRow* row) {

@@ -22,7 +22,7 @@ void log_run(Desktop& session, std::string_view light, const std::string& messag
 /// The same for a run that has made its own row, which is the last one.
 void keep_run(Desktop& session, std::vector<batch::AccountChange> changes);
 
-/// A user who joined a group or left it, by their paths; for `log_run`.
+/// A user who joined a group or left it, by their keys in the lists; for `log_run`.
 batch::AccountChange membership(Desktop& session, batch::AccountChange::Kind kind, const std::string& user,
                                 const std::string& group);
 
