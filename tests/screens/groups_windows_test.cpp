@@ -33,6 +33,7 @@ TEST_F(GroupsWindows, TheMainWindowWaitsForThem) {
   EXPECT_FALSE(window->centralWidget()->isEnabled());
   EXPECT_FALSE(find<QPushButton>("Group_Details", groups)->isEnabled());
   double_click_row("ListView1", "Staff", groups);
+  settle();
   EXPECT_EQ(find<QLabel>("panel1", groups)->text(), "Number of Members = 1");
   window->close();
   EXPECT_TRUE(window->isVisible());

@@ -34,7 +34,10 @@ class MultiUserWindow : public ScreenTest {
     QTest::keySequence(&users, QKeySequence::SelectAll);
     click("Command1", &shown);
   }
-  QString text(QWidget& shown, const char* label) { return find<QLabel>(label, &shown)->text(); }
+  QString text(QWidget& shown, const char* label) {
+    settle();
+    return find<QLabel>(label, &shown)->text();
+  }
   /// Starts a run over all users and presses its button again after the first of them.
   void cancel_a_run(QWidget& shown, const char* button_name) {
     auto* const button = find<QPushButton>(button_name, &shown);

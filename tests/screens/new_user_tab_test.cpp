@@ -15,6 +15,7 @@ class NewUserTabTest : public ScreenTest {
     type("strLast", "doe");
   }
   QString light(const std::string& stage) {
+    settle();
     QString shown;
     for (const QLabel* const label : find<QWidget>((stage + "_light").c_str())->findChildren<QLabel*>())
       shown += label->text();
@@ -30,6 +31,7 @@ TEST_F(NewUserTabTest, EnterInAFieldMakesTheAccountOfTheTypedNames) {
   EXPECT_EQ(status(), "User Created.");
   EXPECT_EQ(lab.property("Jo.Doe", "Description"), "Clerk");
   EXPECT_EQ(lab.property("Jo.Doe", "displayName"), "Jo K Doe");
+  settle();
   EXPECT_EQ(find<QLabel>("progress")->text(), "Finished");
   EXPECT_EQ(find<QProgressBar>("ProgressBar1")->value(), 100);
   EXPECT_EQ(find<QLineEdit>("UserID_Box")->text(), "");

@@ -121,6 +121,7 @@ TEST_F(TreePopup, SeveralUsersActTogetherAndEachRunIsTakenBack) {
     expect_box("Take back 2 changes of this run?", QMessageBox::Yes);
     click("Undo_Run");
     EXPECT_EQ(status(), "2 changes of 2 taken back.");
+    settle();
     EXPECT_FALSE(find<QPushButton>("Undo_Run")->isEnabled());
   };
   take_back("Moved to Sales: 2 of 2 users");

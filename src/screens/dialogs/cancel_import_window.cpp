@@ -4,7 +4,6 @@
 
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
-#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/import.hpp"
 #include "windows/state/form1.hpp"
@@ -16,11 +15,9 @@ namespace {
 QLabel* add_caption(QBoxLayout& box, const char* name, controls::Label& control) {
   auto* const text = new QLabel(box.parentWidget());
   text->setObjectName(name);
-  text->setTextFormat(Qt::PlainText);
   text->setWordWrap(true);
   box.addWidget(text);
-  bind_to(*text, control);
-  follow(*text, control.caption, [paint = PacedPainting(*text)](const std::string&) { paint(); });
+  bind_paced(*text, control);
   return text;
 }
 

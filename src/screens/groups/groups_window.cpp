@@ -9,7 +9,6 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tool_tip.hpp"
 #include "windows/groups/groups_window.hpp"
@@ -195,10 +194,9 @@ QLabel* add_panel(QBoxLayout& box, const char* name, const controls::Observable<
   panel->setObjectName(name);
   panel->setTextFormat(Qt::PlainText);
   panel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  follow(*panel, text, [panel, paint = PacedPainting(*panel)](const std::string& shown) {
+  follow_paced(*panel, text, [panel](const std::string& shown) {
     panel->setText(to_qt(shown));
     panel->setToolTip(as_tool_tip(to_qt(shown)));
-    paint();
   });
   box.addWidget(panel, 1);
   return panel;

@@ -1,6 +1,7 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTimer>
 
 #include "screens/main/tabs.hpp"
 #include "screens/widgets/form.hpp"
@@ -57,9 +58,15 @@ QWidget* make_log_tab(windows::Desktop& session, QWidget* parent) {
     back->setEnabled(windows::can_be_taken_back(session, session.log_rows.selected()));
   };
   show();
-  keep(*undo, session.log_rows.watch([show](const controls::ListChange& change) {
-    if (change.kind != controls::ListChange::Kind::kResetting)
+  // Looking for the selected row is a walk over all: once for many rows that are added.
+  auto* const rest = new QTimer(undo);
+  rest->setSingleShot(true);
+  QObject::connect(rest, &QTimer::timeout, undo, show);
+  keep(*undo, session.log_rows.watch([show, rest](const controls::ListChange& change) {
+    if (change.kind == controls::ListChange::Kind::kSelected)
       show();
+    else
+      rest->start(0);
   }));
   buttons->addStretch();
   add_button(*buttons, "&View Log File", "Log_Detail", [&session] { windows::View_Log_Click(session); });

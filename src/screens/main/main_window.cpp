@@ -115,7 +115,7 @@ void MainWindow::make_status_bar() {
   const auto add_panel = [this](const controls::Observable<std::string>& text, int stretch) {
     auto* const panel = new QLabel(this);
     panel->setTextFormat(Qt::PlainText);
-    follow(*panel, text, [panel](const std::string& shown) { panel->setText(to_qt(shown)); });
+    follow_paced(*panel, text, [panel](const std::string& shown) { panel->setText(to_qt(shown)); });
     statusBar()->addWidget(panel, stretch);
     return panel;
   };

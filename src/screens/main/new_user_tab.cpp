@@ -12,7 +12,6 @@
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/light.hpp"
-#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "session/loaded_domain.hpp"
 #include "windows/create_user.hpp"
@@ -94,17 +93,16 @@ QLayout* make_progress(Desktop& session, QWidget* parent) {
   auto* const column = new QVBoxLayout();
   auto* const caption = new QLabel(parent);
   caption->setObjectName("progress");
-  bind_to(*caption, form.progress);
-  follow(*caption, form.progress.caption, [paint = PacedPainting(*caption)](const std::string&) { paint(); });
+  bind_paced(*caption, form.progress);
   auto* const bar = new QProgressBar(parent);
   bar->setObjectName("ProgressBar1");
   bar->setAccessibleName("Progress of the creation");
   bind_to(*bar, form.ProgressBar1);
   auto* const counted = new QLabel(parent);
   counted->setObjectName("Import_Text");
-  bind_to(*counted, form.Import_Text);
-  follow(*counted, form.Import_Text.caption,
-         [counted](const std::string& text) { counted->setVisible(!text.empty()); });
+  bind_paced(*counted, form.Import_Text);
+  follow_paced(*counted, form.Import_Text.caption,
+               [counted](const std::string& text) { counted->setVisible(!text.empty()); });
   column->addWidget(caption);
   column->addWidget(bar);
   column->addWidget(counted);

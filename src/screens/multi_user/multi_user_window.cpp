@@ -8,7 +8,6 @@
 #include "screens/program/windows.hpp"
 #include "screens/widgets/form.hpp"
 #include "screens/widgets/list_pane.hpp"
-#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "windows/multi_user/multi_user_window.hpp"
 #include "windows/multi_user/run_watch.hpp"
@@ -54,12 +53,10 @@ QTabWidget* make_tabs(Desktop& session, QWidget* parent) {
 QLabel* make_status(const char* name, controls::Label& control, QWidget* parent) {
   auto* const label = new QLabel(parent);
   label->setObjectName(name);
-  label->setTextFormat(Qt::PlainText);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   // A long path must not widen the window.
   label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  bind_to(*label, control);
-  follow(*label, control.caption, [paint = PacedPainting(*label)](const std::string&) { paint(); });
+  bind_paced(*label, control);
   return label;
 }
 

@@ -6,7 +6,6 @@
 #include <QSignalBlocker>
 
 #include "screens/widgets/application.hpp"
-#include "screens/widgets/pace.hpp"
 #include "screens/widgets/text.hpp"
 #include "screens/widgets/tool_tip.hpp"
 
@@ -96,6 +95,12 @@ void bind_to(QLineEdit& widget, controls::TextBox& control, const Action& edited
 void bind_to(QLabel& widget, controls::Label& control) {
   widget.setTextFormat(Qt::PlainText);
   follow(widget, control.caption, [&widget](const std::string& text) { widget.setText(to_qt(text)); });
+  follow_shown(widget, control.visible);
+}
+
+void bind_paced(QLabel& widget, controls::Label& control) {
+  widget.setTextFormat(Qt::PlainText);
+  follow_paced(widget, control.caption, [&widget](const std::string& text) { widget.setText(to_qt(text)); });
   follow_shown(widget, control.visible);
 }
 
@@ -205,13 +210,7 @@ void bind_to(QGroupBox& widget, controls::Frame& control) {
 
 void bind_to(QProgressBar& widget, controls::ProgressBar& control) {
   widget.setRange(0, 100);
-  follow(widget, control.value, [&widget, paint = PacedPainting(widget)](int value) {
-    // The bar by itself paints every value at once.
-    widget.setUpdatesEnabled(false);
-    widget.setValue(value);
-    widget.setUpdatesEnabled(true);
-    paint();
-  });
+  follow_paced(widget, control.value, [&widget](int value) { widget.setValue(value); });
 }
 
 void bind_to(QComboBox& widget, controls::ComboBox& control, const Action& chosen) {

@@ -14,6 +14,7 @@
 #include <span>
 
 #include "controls/basic.hpp"
+#include "screens/widgets/pace.hpp"
 
 /// Ties widgets to the controls of the windows' state, both ways: the widget shows what the control holds,
 /// and what a person does is written into the control before the action runs. A binding ends with its widget,
@@ -33,6 +34,13 @@ void follow(QObject& owner, const controls::Observable<T>& value, Apply apply) {
   keep(owner, value.watch([&value, apply] { apply(value.get()); }));
 }
 
+/// Applies a value now, and when it changes at the widget's pace, as long as the widget exists.
+template <typename T, typename Apply>
+void follow_paced(QWidget& widget, const controls::Observable<T>& value, Apply apply) {
+  apply(value.get());
+  keep(widget, value.watch(PacedShowing(widget, [&value, apply] { apply(value.get()); })));
+}
+
 /// Colours of a read-only field.
 QPalette looking_like_the_window();
 
@@ -42,6 +50,8 @@ void set_shown(QWidget& widget, bool shown);
 /// A locked field looks like the window around it. `edited` runs after each keystroke.
 void bind_to(QLineEdit& widget, controls::TextBox& control, const Action& edited = {});
 void bind_to(QLabel& widget, controls::Label& control);
+/// One whose caption a run changes.
+void bind_paced(QLabel& widget, controls::Label& control);
 void bind_to(QCheckBox& widget, controls::CheckBox& control, const Action& clicked = {});
 /// One button for each entry, in their order.
 void bind_to(std::initializer_list<QRadioButton*> widgets, controls::OptionGroup& control,

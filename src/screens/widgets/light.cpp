@@ -41,15 +41,16 @@ Light::Light(controls::Label& control, QWidget* parent)
   dot_->setFixedSize(kDot, kDot);
   text_->setTextFormat(Qt::PlainText);
   text_->setMinimumWidth(text_->fontMetrics().horizontalAdvance("Completed"));
-  follow(*this, control.caption, [this](const std::string&) { show_state(); });
-  follow(*this, control.colour, [this](std::int32_t) { show_state(); });
+  const PacedShowing show(*this, [this] { show_state(); });
+  show_state();
+  keep(*this, control.caption.watch(show));
+  keep(*this, control.colour.watch(show));
 }
 
 void Light::show_state() {
   const QString caption = to_qt(control_->caption.get());
   text_->setText(caption);
   dot_->setPixmap(caption.isEmpty() ? QPixmap() : dot(colour(control_->colour), *this));
-  paint_();
 }
 
 }  // namespace twk::screens

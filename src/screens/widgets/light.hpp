@@ -3,7 +3,6 @@
 #include <QWidget>
 
 #include "controls/basic.hpp"
-#include "screens/widgets/pace.hpp"
 
 class QLabel;
 
@@ -21,7 +20,6 @@ class Light final : public QWidget {
   controls::Label* control_;
   QLabel* dot_;
   QLabel* text_;
-  PacedPainting paint_{*this};
 };
 
 }  // namespace twk::screens

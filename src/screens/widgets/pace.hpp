@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QWidget>
 #include <algorithm>
+#include <functional>
 #include <memory>
 
 /// A run reports far more often than anyone can see: what it reports is shown twenty times a second at the
@@ -34,23 +35,19 @@ class Pace {
   QElapsedTimer last_;
 };
 
-/// Paints a widget when it is called: at once if it is due, otherwise when events get their turn. A run may
-/// let none in before its end.
-class PacedPainting {
+/// Shows in a widget what changed, at the latest when events get their turn. A run may let none in before its
+/// end: while they stay away, it is also shown and painted at once when it is due.
+class PacedShowing {
  public:
-  explicit PacedPainting(QWidget& widget) : widget_(&widget), pace_(std::make_shared<Pace>(kPart)) {}
+  PacedShowing(QWidget& widget, std::function<void()> show);
 
-  void operator()() const {
-    if (!pace_->do_if_due([this] { widget_->repaint(); }))
-      widget_->update();
-  }
+  void operator()() const;
 
  private:
-  /// About ten widgets show what a run is at.
-  static constexpr qint64 kPart = 40;
+  struct State;
 
   QWidget* widget_;
-  std::shared_ptr<Pace> pace_;
+  std::shared_ptr<State> state_;
 };
 
 }  // namespace twk::screens
