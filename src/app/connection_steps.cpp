@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <algorithm>
 
 #include "screens/widgets/icons.hpp"
 #include "screens/widgets/text.hpp"
@@ -94,7 +95,8 @@ void ConnectionSteps::resizeEvent(QResizeEvent* event) {
 }
 
 void ConnectionSteps::fit() {
-  setMinimumHeight(layout()->totalHeightForWidth(width()));
+  // None for a width until the labels are shown.
+  setMinimumHeight(std::max(layout()->totalHeightForWidth(width()), layout()->totalMinimumSize().height()));
 }
 
 }  // namespace twk::app

@@ -161,6 +161,17 @@ TEST_F(NewUserTabTest, TheWindowFitsAFullHdScreenAtTwiceTheScale) {
   settle();
   const auto* const create = find<QPushButton>("CreateUser");
   EXPECT_TRUE(window->rect().contains(create->mapTo(window.get(), create->rect().bottomRight())));
+  window->resize(1000, 700);
+  for (QTabWidget* const tabs : {&window->tabs(), &window->setup_tabs()}) {
+    for (int tab = 0; tab < tabs->count(); ++tab) {
+      tabs->setCurrentIndex(tab);
+      settle();
+      for (const QScrollArea* const area : window->findChildren<QScrollArea*>())
+        EXPECT_TRUE(!area->isVisible() || area->horizontalScrollBar()->maximum() == 0)
+            << tabs->tabText(tab).toStdString() << " is too wide by "
+            << area->horizontalScrollBar()->maximum();
+    }
+  }
 }
 
 TEST_F(NewUserTabTest, EachStageHasItsSettingAndItsLight) {

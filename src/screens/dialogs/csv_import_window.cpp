@@ -68,7 +68,7 @@ QGroupBox* make_preview(CSV_Import& window, QWidget* parent) {
   list->header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   list->header()->setMinimumSectionSize(list->fontMetrics().averageCharWidth() * 12);
   list->header()->setMaximumSectionSize(list->fontMetrics().averageCharWidth() * 40);
-  list->setMinimumHeight(list->fontMetrics().lineSpacing() * 8);
+  list->setMinimumHeight(list->fontMetrics().lineSpacing() * 10);
   auto* const used = new UsedColumn(list);
   follow(*list, window.preview, [list, used](const auto& columns) { show_columns(*list, *used, columns); });
   box->addWidget(list);

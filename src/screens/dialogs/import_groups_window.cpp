@@ -46,7 +46,9 @@ QGroupBox* make_account(windows::Desktop& session, QWidget* parent) {
       "The accounts end when that day begins. Write \"end of\" before it for their last day.", group);
   note->setWordWrap(true);
   form->addRow(note);
-  field->setMinimumWidth(field->fontMetrics().averageCharWidth() * 25);
+  // What is to be typed must be read to its end.
+  field->setMinimumWidth(field->fontMetrics().horizontalAdvance(field->placeholderText()) +
+                         field->fontMetrics().averageCharWidth() * 3);
   return group;
 }
 

@@ -184,7 +184,8 @@ QWidget* make_new_user_tab(Desktop& session, QWidget* parent) {
   foot->addLayout(make_progress(session, tab), 1);
   auto* const create = new QPushButton(icon("newuser"), "&Create User", tab);
   create->setObjectName("CreateUser");
-  foot->addWidget(create);
+  // In a line with the bar, whatever texts stand above that.
+  foot->addWidget(create, 0, Qt::AlignBottom);
   on_click(*create, [&session] { windows::CreateUser_Click(session); });
   return tab;
 }

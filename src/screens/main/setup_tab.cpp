@@ -65,8 +65,10 @@ QWidget* make_domain(Desktop& session, QWidget* parent) {
     if (!folder.isEmpty())
       form.dbpath.text = from_qt(folder) + "\\";
   });
+  // Over both columns, or the two buttons would be wider than the room beside the tree.
   auto* const tables = new QHBoxLayout();
-  rows->addRow("Tables:", tables);
+  rows->addRow(tables);
+  tables->addWidget(new QLabel("Tables:", group));
   add_button(*tables, "Set Securit&y…", "Set_Security", [&session] { windows::Set_Security_Click(session); });
   add_button(*tables, "Share &Permissions…", "Sharepermissions",
              [&session] { windows::Sharepermissions_Click(session); });

@@ -51,7 +51,9 @@ ListPane* add_side(QBoxLayout& columns, const Side& side, int stretch, QWidget* 
   column->addWidget(filter);
   column->addWidget(pane, 1);
   if (side.headings.size() > 1) {
-    pane->header()->resizeSection(0, 150);
+    // The name, the logon name and the state fit beside each other.
+    pane->header()->resizeSection(0, 125);
+    pane->header()->resizeSection(1, 105);
     offer_columns(*pane, side.hidden);
   }
   if (!side.caption.isEmpty()) {
@@ -117,7 +119,7 @@ QWidget* make_sources(Desktop& session, QWidget* parent) {
             active_directory ? QStringList{"Name", "Logon name", "Full name", "OU", "State", "Expires"}
                              : QStringList{"Name"},
             {2, 3, 5}},
-           3, frame);
+           active_directory ? 4 : 3, frame);
   add_side(*columns,
            {window.ListView3, "ListView3", "Grou&ps", "Filter groups", "No group is listed.",
             from(window.ListView3)},
@@ -161,7 +163,7 @@ QWidget* make_multi_lists(Desktop& session, QWidget* parent) {
   auto* const lists = new QWidget(parent);
   auto* const row = new QHBoxLayout(lists);
   row->setContentsMargins(0, 0, 0, 0);
-  row->addWidget(make_sources(session, lists), 7);
+  row->addWidget(make_sources(session, lists), 8);
   auto* const movers = new QVBoxLayout;
   row->addLayout(movers);
   movers->addStretch();

@@ -118,7 +118,7 @@ std::unique_ptr<QDialog> make_multi_user(Desktop& session, QWidget* parent) {
   rows->addLayout(foot);
   add_button(*foot, "&Close", "Command7", session.multi_user.Command7, [dialog] { dialog->reject(); });
   follow_pointer(*dialog, session.multi_user);
-  dialog->resize(940, 660);
+  dialog->resize(1000, 660);
   return window;
 }
 
