@@ -31,6 +31,7 @@
 #include "windows/groups/copy_group.hpp"
 #include "windows/groups/groups_window.hpp"
 #include "windows/import_options.hpp"
+#include "windows/log_window.hpp"
 #include "windows/mail/search_mail.hpp"
 #include "windows/main_window.hpp"
 #include "windows/manage_ou.hpp"
@@ -189,6 +190,7 @@ std::vector<Window> windows() {
           {"find-user", by(windows::Find_User)},
           {"group-add", by(windows::Groupsfrm_Add_Group_Click)},
           {"import-options", shown("ImportGrps", windows::ImportGrps_Load)},
+          {"log", [](windows::Desktop& session) { windows::show_block_of(session, session.log_rows.at(0)); }},
           {"logon-hours", by(windows::LogonHours_Click)},
           {"multi-user", by(windows::show_multi_user)},
           {"multi-user-delete", multi_user(windows::multi_tab::kDelete)},

@@ -22,7 +22,6 @@ using windows::Form1;
 
 constexpr int kPause = 150;  // milliseconds
 constexpr int kLongestPause = 5000;
-constexpr int kNarrow = 300;
 
 /// Asks once the person pauses. A server that answers slowly is asked the less often.
 class Asker final : public QTimer {
@@ -117,13 +116,7 @@ QGroupBox* make_foresight(Desktop& session, QWidget* parent) {
   add_fact(*facts, 4, "Home", "foreseen_home", foresight.home);
   add_fact(*facts, 5, "Profile", "foreseen_profile", foresight.profile);
   add_fact(*facts, 6, "Groups", "foreseen_groups", foresight.groups);
-  QLabel* const verdict = add_label(*box, "foreseen_verdict", foresight.verdict);
-  rows->addWidget(verdict);
-  // The page that scrolls asks for the height of a single line otherwise. An empty label has no height.
-  follow(*verdict, foresight.verdict.caption, [verdict](const std::string&) {
-    const int lines = verdict->heightForWidth(std::max(verdict->width(), kNarrow));
-    verdict->setMinimumHeight(std::max(lines, 0));
-  });
+  rows->addWidget(add_label(*box, "foreseen_verdict", foresight.verdict));
   auto* const asker = new Asker(session, box);
   follow_fields(*asker, session);
   asker->start();

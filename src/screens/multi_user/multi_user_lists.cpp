@@ -54,6 +54,8 @@ ListPane* add_side(QBoxLayout& columns, const Side& side, int stretch, QWidget* 
     // The name, the logon name and the state fit beside each other.
     pane->header()->resizeSection(0, 125);
     pane->header()->resizeSection(1, 105);
+    for (int other = 2; other < pane->header()->count(); ++other)
+      pane->header()->resizeSection(other, 70);
     offer_columns(*pane, side.hidden);
   }
   if (!side.caption.isEmpty()) {

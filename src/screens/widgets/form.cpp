@@ -1,9 +1,43 @@
 #include "screens/widgets/form.hpp"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QScrollArea>
+#include <algorithm>
 
 namespace twk::screens {
+namespace {
+
+/// Texts that wrap need the more height the narrower the page is, which a scroll area does not ask for.
+class PageScroller final : public QScrollArea {
+ public:
+  using QScrollArea::QScrollArea;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QScrollArea::resizeEvent(event);
+    fit();
+  }
+  bool eventFilter(QObject* object, QEvent* event) override {
+    const bool taken = QScrollArea::eventFilter(object, event);
+    if (object == widget() && event->type() == QEvent::LayoutRequest)
+      fit();
+    return taken;
+  }
+
+ private:
+  void fit() {
+    const QLayout* const layout = widget() == nullptr ? nullptr : widget()->layout();
+    if (layout == nullptr || !layout->hasHeightForWidth())
+      return;
+    const int width = std::max(viewport()->width(), layout->totalMinimumSize().width());
+    const int height = layout->minimumHeightForWidth(width);
+    if (height != widget()->minimumHeight())
+      widget()->setMinimumHeight(height);
+  }
+};
+
+}  // namespace
 
 QLineEdit* add_text(QFormLayout& form, const QString& caption, const char* name, controls::TextBox& control,
                     const Action& edited) {
@@ -92,7 +126,7 @@ QLayout* make_options(QWidget& parent, std::span<const char* const> captions, co
 }
 
 QWidget* make_scrolled(QWidget& page, QWidget* parent) {
-  auto* const scroll = new QScrollArea(parent);
+  auto* const scroll = new PageScroller(parent);
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->viewport()->setAutoFillBackground(false);

@@ -27,6 +27,9 @@ TreePane::TreePane(controls::TreeView& tree, QWidget* parent)
   setExpandsOnDoubleClick(false);
   setVerticalScrollMode(ScrollPerItem);
   setSelectionMode(ExtendedSelection);
+  // Scrolling lays out the whole tree: once for all nodes that a run adds before events get their turn.
+  scrolling_.setSingleShot(true);
+  connect(&scrolling_, &QTimer::timeout, this, [this] { scrollTo(scrolling_to_); });
   watch_ = tree.watch([this](const TreeChange& change) { take(change); });
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) { node_opened(index); });
   connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
@@ -111,7 +114,8 @@ void TreePane::take(const TreeChange& change) {
       showing_ = false;
       break;
     case TreeChange::Kind::kVisible:
-      scrollTo(index_of(change.node));
+      scrolling_to_ = index_of(change.node);
+      scrolling_.start();
       break;
     case TreeChange::Kind::kChanged:
     case TreeChange::Kind::kInserting:

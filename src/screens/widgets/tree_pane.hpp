@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <QTreeView>
 #include <functional>
 #include <string>
@@ -59,6 +60,8 @@ class TreePane final : public QTreeView {
   TreeModel* model_;
   TreeFilter* filter_ = nullptr;  ///< between model and view while there is a text
   QPersistentModelIndex drop_highlight_;
+  QPersistentModelIndex scrolling_to_;
+  QTimer scrolling_;
   controls::Watch watch_;
 };
 
