@@ -10,6 +10,7 @@
 #include "batch/csv_lines.hpp"
 #include "controls/tree_view.hpp"
 #include "lifecycle/rename/new_names.hpp"
+#include "lifecycle/rename/rename_record.hpp"
 #include "lifecycle/trees/folder_use.hpp"
 #include "platform/directory.hpp"
 #include "session/run_scope.hpp"
@@ -90,14 +91,15 @@ session::RunOutcome refusal(const std::string& reason) {
 
 /// Raises when no server answers.
 session::RunOutcome rename_node(Session& session, controls::TreeNode& node, const NewNames& names,
-                                const RenameFileOrder& order, session::RunView& view) {
+                                const RenameFileOrder& order, session::RunView& view,
+                                lifecycle::RunRecord& run_record) {
   if (!names.any())
     return {std::string(session::kGreen), node.text + " keeps every name", true, {}};
   const std::string before = node.text;
   session.status.panel1 = std::string();
   try {
     session::RunOutcome outcome =
-        lifecycle::rename_to(session, node, names, order.folders, order.terms, view);
+        lifecycle::rename_to(session, node, names, order.folders, order.terms, view, &run_record);
     if (outcome.light.empty() && !outcome.done)
       return refusal(session.status.panel1);
     if (outcome.light.empty() || outcome.light == session::kGreen)
@@ -109,19 +111,26 @@ session::RunOutcome rename_node(Session& session, controls::TreeNode& node, cons
 }
 
 RenamedLine rename_line(Session& session, const CsvRecord& record, const Columns& columns,
-                        const RenameFileOrder& order, session::RunView& view) {
+                        const RenameFileOrder& order, session::RunView& view,
+                        lifecycle::RunRecord& run_record) {
   RenamedLine line;
   line.number = record.line;
   line.result.user = field(record, columns.user);
   session.run.user = line.result.user;
   try {
+    // A record of folders goes only when what the account says of them is on the disk.
+    std::optional<platform::WriteBatch> batch;
+    if (!order.folders)
+      batch.emplace(session.platform.directory);
     controls::TreeNode* const node = line.result.user.empty() ? nullptr : order.find(line.result.user);
     line.unknown = node == nullptr;
     static_cast<session::RunOutcome&>(line.result) =
         line.unknown ? refusal("There is no user \"" + line.result.user + "\".")
-                     : rename_node(session, *node, names_of(record, columns), order, view);
+                     : rename_node(session, *node, names_of(record, columns), order, view, run_record);
     if (node != nullptr)
       line.result.path = node->key;
+    if (batch)
+      batch->commit();
   } catch (const base::RuntimeError& failure) {
     if (failure.number() == platform::ads_error::kServerDown)
       throw;
@@ -139,9 +148,10 @@ void rename_from_file(Session& session, std::string_view bytes, const RenameFile
   const Columns columns = columns_of(lines.headings());
   const session::RunScope scope(session, order.terms, view);
   const lifecycle::KnownFolders known(session);
+  lifecycle::RunRecord run_record(session);
   while (session.run.goes_on() && lines.next()) {
     view.step("Renaming User: " + field(lines.record(), columns.user));
-    order.done(rename_line(session, lines.record(), columns, order, view));
+    order.done(rename_line(session, lines.record(), columns, order, view, run_record));
   }
 }
 

@@ -180,6 +180,21 @@ TEST_P(DirectoryContract, MembershipActsAtOnceAndReportsWhatWasAlreadySo) {
   EXPECT_EQ(number_of([&] { group->Add("LDAP://CN=Nobody," + w_.unit()); }), ads_error::kNoSuchObject);
 }
 
+TEST_P(DirectoryContract, ManyMembersJoinAndLeaveTogetherOrNotAtAll) {
+  const ObjectPtr group = make_group(w_, "Readers");
+  ASSERT_TRUE(group->takes_many());
+  const std::string jo = make_user(w_, "Jo", "jo")->ADsPath();
+  const std::string al = make_user(w_, "Al", "al")->ADsPath();
+  EXPECT_FALSE(group->AddTogether(std::vector{jo, "LDAP://CN=Nobody," + w_.unit()}));
+  EXPECT_TRUE(group->Members().empty());
+  EXPECT_TRUE(group->AddTogether(std::vector{jo, al}));
+  EXPECT_THAT(names_of(group->Members()), testing::UnorderedElementsAre("CN=Jo", "CN=Al"));
+  EXPECT_FALSE(group->RemoveTogether(std::vector{jo, group->ADsPath()}));
+  EXPECT_TRUE(group->IsMember(jo));
+  EXPECT_TRUE(group->RemoveTogether(std::vector{jo, al}));
+  EXPECT_TRUE(group->Members().empty());
+}
+
 TEST_P(DirectoryContract, PrimaryGroupMustBeOneOfTheUsersAndTakesTheOldOnesPlace) {
   const ObjectPtr user = make_user(w_, "Jo", "jo");
   const ObjectPtr group = make_group(w_, "Readers");

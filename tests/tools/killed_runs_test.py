@@ -112,7 +112,34 @@ def check(folder, kind, words, name, points):
     print(f"{' '.join(words[:2])} ({kind}): killed at {len(chosen)} of {len(changes)} changes")
 
 
+def check_many(folder):
+    """The users of a file, whose folders stay: a record for all. Lines that were done say that nobody has the old name."""
+    master, whole, lab = (f"{folder}/{part}" for part in ("master", "whole", "lab"))
+    lab_tools.make_lab(master, "--users", "2")
+    for first in ("Jo", "Al"):
+        run(master, "user", "create", *CREATE, first, "Smith")
+    with open(f"{folder}/names.csv", "w", encoding="utf-8") as file:
+        file.write("User,Logon,Last name,Full name\nJo.Smith,Jo.West,West,Jo West\nAl.Smith,Al.West,West,Al West\n")
+    order = ("users", "rename", "--from-file", f"{folder}/names.csv")
+
+    def seen(lab):
+        return [run(lab, "user", "show", name).stdout for name in ("Jo.West", "Al.West")], sorted(os.listdir(f"{lab}/db"))
+
+    shutil.copytree(master, whole)
+    changes = changes_of(twk(whole, *order), whole)
+    wanted = seen(whole)
+    for change in changes:
+        shutil.copytree(master, lab)
+        assert is_killed_at(change, twk(lab, *order)), f"{change} came not"
+        again = run(lab, *order, codes=None)
+        assert seen(lab) == wanted, f"{change}:\n{again.stdout}{again.stderr}\n{seen(lab)}\nnot\n{wanted}"
+        shutil.rmtree(lab)
+    print(f"users rename: killed at {len(changes)} changes")
+
+
 def main():
+    with tempfile.TemporaryDirectory() as folder:
+        check_many(folder)
     for kind, words, name, part in STORIES:
         with tempfile.TemporaryDirectory() as folder:
             check(folder, kind, words, name, round(POINTS * part))

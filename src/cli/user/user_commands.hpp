@@ -29,6 +29,9 @@ void add_user_compare(Command& user, Context& context);
 /// The node of the user of that account name, common name, principal name or distinguished name, after
 /// opening what is above it. Raises `Refused` when there is none.
 controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name);
+/// The same for what `find_user` found.
+controls::TreeNode& reach_located_user(Context& context, session::Session& session,
+                                       const std::string& located);
 /// The same, or the user who had that name before an interrupted renaming.
 controls::TreeNode& reach_renamed_user(Context& context, session::Session& session, const std::string& name);
 /// The account itself, and its groups in the lists of the session. Raises `Refused` when it cannot be read.

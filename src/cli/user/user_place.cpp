@@ -43,8 +43,12 @@ creation::PersonKey person_key(const std::string& text) {
 }  // namespace
 
 controls::TreeNode& reach_user(Context& context, session::Session& session, const std::string& name) {
+  return reach_located_user(context, session, locate_user(context.domain(), name));
+}
+
+controls::TreeNode& reach_located_user(Context& context, session::Session& session,
+                                       const std::string& located) {
   const Domain domain = context.domain();
-  const std::string located = locate_user(domain, name);
   controls::TreeNode* const node = directory::reach_user(
       session, domain.active_directory ? "LDAP://" + domain.name + "/" + located : located);
   if (node == nullptr)

@@ -37,7 +37,9 @@ void print_line(Context& context, const session::Session& session, const batch::
 /// The node of a user, or of one whose renaming was interrupted; null when there is none.
 controls::TreeNode* find_node(Context& context, session::Session& session, const std::string& name) {
   // Otherwise near names would be searched for in the whole domain, once for each unknown name.
-  if (!find_user(context.domain(), name) && !lifecycle::find_rename_record(session, name))
+  if (const auto located = find_user(context.domain(), name))
+    return &reach_located_user(context, session, *located);
+  if (!lifecycle::find_rename_record(session, name))
     return nullptr;
   return &reach_renamed_user(context, session, name);
 }

@@ -111,6 +111,13 @@ class ScopeTest {
   bool skip_configuration_;
 };
 
+const Entry* find_if_dn(const LabDomain& domain, std::string_view text) {
+  const Entry* found = nullptr;
+  base::Trap no_name;
+  no_name([&] { found = domain.store.find(text); });
+  return found;
+}
+
 /// The entries that an equality on an indexed attribute leaves; none when the attribute has no index, or its
 /// index names one entry where a directory may hold several.
 std::optional<std::vector<const Entry*>> indexed(const LabDomain& domain, const Filter& filter) {
@@ -121,6 +128,8 @@ std::optional<std::vector<const Entry*>> indexed(const LabDomain& domain, const 
   };
   if (base::equals_fold(filter.attribute, "sAMAccountName"))
     return one(domain.store.find_account(filter.value));
+  if (base::equals_fold(filter.attribute, "distinguishedName"))
+    return one(find_if_dn(domain, filter.value));
   if (base::equals_fold(filter.attribute, "objectSid"))
     return one(domain.store.find_sid(filter.value));
   if (base::equals_fold(filter.attribute, "primaryGroupID"))
@@ -132,9 +141,27 @@ std::optional<std::vector<const Entry*>> indexed(const LabDomain& domain, const 
   return std::nullopt;
 }
 
+std::optional<std::vector<const Entry*>> candidates(const LabDomain& domain, const Filter& filter);
+
+/// Those of each alternative, once; none when one of these has no index.
+std::optional<std::vector<const Entry*>> candidates_of_any(const LabDomain& domain, const Filter& filter) {
+  std::vector<const Entry*> all;
+  for (const Filter& child : filter.children) {
+    const auto found = candidates(domain, child);
+    if (!found)
+      return std::nullopt;
+    all.insert(all.end(), found->begin(), found->end());
+  }
+  std::ranges::sort(all);
+  all.erase(std::unique(all.begin(), all.end()), all.end());
+  return all;
+}
+
 std::optional<std::vector<const Entry*>> candidates(const LabDomain& domain, const Filter& filter) {
   if (auto found = indexed(domain, filter))
     return found;
+  if (filter.kind == Filter::Kind::kOr)
+    return candidates_of_any(domain, filter);
   if (filter.kind != Filter::Kind::kAnd)
     return std::nullopt;
   for (const Filter& child : filter.children) {

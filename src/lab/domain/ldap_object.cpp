@@ -111,16 +111,37 @@ ObjectPtr LdapObject::MoveHere(std::string_view source_path, const std::optional
   return bind(target);
 }
 
+std::vector<std::string> LdapObject::resolve_all(std::span<const std::string> paths) const {
+  domain().store.refresh();
+  std::vector<std::string> dns;
+  dns.reserve(paths.size());
+  for (const std::string& path : paths)
+    dns.push_back(resolve_entry(domain(), path));
+  return dns;
+}
+
 void LdapObject::Add(std::string_view path) {
   require_writable();
   domain().store.refresh();
-  add_member(domain(), entry_.dn(), resolve_entry(domain(), path));
+  add_members(domain(), entry_.dn(), {resolve_entry(domain(), path)});
+}
+
+bool LdapObject::AddTogether(std::span<const std::string> paths) {
+  require_writable();
+  base::Trap refused;
+  return refused([&] { add_members(domain(), entry_.dn(), resolve_all(paths)); });
 }
 
 void LdapObject::Remove(std::string_view path) {
   require_writable();
   domain().store.refresh();
-  remove_member(domain(), entry_.dn(), resolve_entry(domain(), path));
+  remove_members(domain(), entry_.dn(), {resolve_entry(domain(), path)});
+}
+
+bool LdapObject::RemoveTogether(std::span<const std::string> paths) {
+  require_writable();
+  base::Trap refused;
+  return refused([&] { remove_members(domain(), entry_.dn(), resolve_all(paths)); });
 }
 
 bool LdapObject::IsMember(std::string_view path) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <span>
 #include <string>
+#include <vector>
 
 #include "ads/entry_object.hpp"
 #include "lab/domain/staged_entry.hpp"
@@ -36,7 +38,10 @@ class LdapObject final : public ads::EntryObject,
                                const std::optional<std::string>& new_name) override;
 
   void Add(std::string_view path) override;
+  bool AddTogether(std::span<const std::string> paths) override;
   void Remove(std::string_view path) override;
+  bool RemoveTogether(std::span<const std::string> paths) override;
+  [[nodiscard]] bool takes_many() const override { return true; }
   bool IsMember(std::string_view path) override;
   std::vector<platform::ObjectPtr> Members() override;
   std::vector<platform::ObjectPtr> Groups() override;
@@ -53,6 +58,8 @@ class LdapObject final : public ads::EntryObject,
   /// The stored child of that name and class. Raises kNoSuchObject.
   [[nodiscard]] std::string existing_child(std::string_view object_class,
                                            std::string_view relative_name) const;
+  /// The names of the entries at these paths.
+  [[nodiscard]] std::vector<std::string> resolve_all(std::span<const std::string> paths) const;
   [[nodiscard]] std::vector<platform::ObjectPtr> bind_all(const std::vector<std::string>& dns) const;
 
   StagedEntry entry_;

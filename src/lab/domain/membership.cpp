@@ -35,6 +35,16 @@ bool can_be_member(const Entry& entry) {
   return has_class(entry, "person") || has_class(entry, "group") || has_class(entry, "contact");
 }
 
+void require_can_join(const LabDomain& domain, const Entry& group, const std::string& member_dn) {
+  const Entry& member = require_entry(domain, member_dn);
+  if (&group == &member)
+    raise(ads_error::kUnwilling, member_dn + " cannot be a member of itself");
+  if (!can_be_member(member))
+    raise(ads_error::kUnwilling, member_dn + " is not an account");
+  if (domain.store.is_member(group, member) || by_primary_group(group, member))
+    raise(ads_error::kObjectExists, member_dn + " is a member of " + group.dn() + " already");
+}
+
 void change_link(LabDomain& domain, const std::string& group_dn, ModifyKind kind,
                  const std::string& member_dn) {
   domain.store.modify(group_dn, {{kind, "member", {member_dn}}}, [] {});
@@ -42,25 +52,21 @@ void change_link(LabDomain& domain, const std::string& group_dn, ModifyKind kind
 
 }  // namespace
 
-void add_member(LabDomain& domain, const std::string& group_dn, const std::string& member_dn) {
-  domain.store.modify(group_dn, {{ModifyKind::kAdd, "member", {member_dn}}}, [&] {
+void add_members(LabDomain& domain, const std::string& group_dn, const std::vector<std::string>& member_dns) {
+  domain.store.modify(group_dn, {{ModifyKind::kAdd, "member", member_dns}}, [&] {
     const Entry& group = require_group(domain, group_dn);
-    const Entry& member = require_entry(domain, member_dn);
-    if (&group == &member)
-      raise(ads_error::kUnwilling, group_dn + " cannot be a member of itself");
-    if (!can_be_member(member))
-      raise(ads_error::kUnwilling, member_dn + " is not an account");
-    if (domain.store.is_member(group, member) || by_primary_group(group, member)) {
-      raise(ads_error::kObjectExists, member_dn + " is a member of " + group_dn + " already");
-    }
+    for (const std::string& member_dn : member_dns)
+      require_can_join(domain, group, member_dn);
   });
 }
 
-void remove_member(LabDomain& domain, const std::string& group_dn, const std::string& member_dn) {
-  domain.store.modify(group_dn, {{ModifyKind::kDelete, "member", {member_dn}}}, [&] {
+void remove_members(LabDomain& domain, const std::string& group_dn,
+                    const std::vector<std::string>& member_dns) {
+  domain.store.modify(group_dn, {{ModifyKind::kDelete, "member", member_dns}}, [&] {
     const Entry& group = require_group(domain, group_dn);
-    if (!domain.store.is_member(group, require_entry(domain, member_dn))) {
-      raise(ads_error::kMemberNotInGroup, member_dn + " is not a member of " + group_dn);
+    for (const std::string& member_dn : member_dns) {
+      if (!domain.store.is_member(group, require_entry(domain, member_dn)))
+        raise(ads_error::kMemberNotInGroup, member_dn + " is not a member of " + group_dn);
     }
   });
 }

@@ -12,9 +12,12 @@ namespace twk::lab {
 
 /// Acts at once. Raises kObjectExists for a member, also one by primary group; kUnwilling for a member that
 /// is not an account and for a group in itself; kNoSuchObject when either is gone.
-void add_member(LabDomain& domain, const std::string& group_dn, const std::string& member_dn);
-/// Acts at once. Raises kMemberNotInGroup also for the primary group, which cannot be left this way.
-void remove_member(LabDomain& domain, const std::string& group_dn, const std::string& member_dn);
+/// All of them or none.
+void add_members(LabDomain& domain, const std::string& group_dn, const std::vector<std::string>& member_dns);
+/// Acts at once. Raises kMemberNotInGroup also for the primary group, which cannot be left this way. All of
+/// them or none.
+void remove_members(LabDomain& domain, const std::string& group_dn,
+                    const std::vector<std::string>& member_dns);
 /// By link or by primary group.
 bool is_member(const LabDomain& domain, const std::string& group_dn, const std::string& member_dn);
 

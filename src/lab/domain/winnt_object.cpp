@@ -134,7 +134,7 @@ void WinntAccount::Add(std::string_view path) {
   domain().store.refresh();
   const std::string member = resolve_entry(domain(), path);
   try {
-    add_member(domain(), entry_.dn(), member);
+    add_members(domain(), entry_.dn(), {member});
   } catch (const base::RuntimeError& failure) {
     if (failure.number() != ads_error::kObjectExists)
       throw;
@@ -144,7 +144,7 @@ void WinntAccount::Add(std::string_view path) {
 
 void WinntAccount::Remove(std::string_view path) {
   domain().store.refresh();
-  remove_member(domain(), entry_.dn(), resolve_entry(domain(), path));
+  remove_members(domain(), entry_.dn(), {resolve_entry(domain(), path)});
 }
 
 bool WinntAccount::IsMember(std::string_view path) {

@@ -38,8 +38,8 @@ std::string principal_of(Session& session, const std::string& name, const std::s
 }
 
 session::RunOutcome rename_in_directory(Session& session, controls::TreeNode& node, const NewNames& names,
-                                        bool folders, const session::RunTerms& terms,
-                                        session::RunView& view) {
+                                        bool folders, const session::RunTerms& terms, session::RunView& view,
+                                        RunRecord* run_record) {
   RenameUserOrder order = rename_order(session, node);
   set(order.names.logon, names.logon);
   if (names.principal)
@@ -52,13 +52,15 @@ session::RunOutcome rename_in_directory(Session& session, controls::TreeNode& no
   order.logon_changed = names.logon.has_value();
   order.folders = folders;
   order.terms = terms;
+  order.run_record = run_record;
   if (has_refused_text(session, order.names))
     return {};
   return rename_user(session, node, order, view);
 }
 
 session::RunOutcome rename_in_nt(Session& session, controls::TreeNode& node, const NewNames& names,
-                                 bool folders, const session::RunTerms& terms, session::RunView& view) {
+                                 bool folders, const session::RunTerms& terms, session::RunView& view,
+                                 RunRecord* run_record) {
   if (names.principal || names.first || names.last || names.display)
     throw UnfitName("an account of this domain has only a logon name and a full name");
   RenameNtOrder order = rename_order_nt(session, node);
@@ -68,6 +70,7 @@ session::RunOutcome rename_in_nt(Session& session, controls::TreeNode& node, con
   order.full_name_changed = names.full_name.has_value();
   order.folders = folders;
   order.terms = terms;
+  order.run_record = run_record;
   if (has_refused_text(session, order))
     return {};
   return rename_nt(session, node, order, view);
@@ -76,10 +79,10 @@ session::RunOutcome rename_in_nt(Session& session, controls::TreeNode& node, con
 }  // namespace
 
 session::RunOutcome rename_to(Session& session, controls::TreeNode& node, const NewNames& names, bool folders,
-                              const session::RunTerms& terms, session::RunView& view) {
+                              const session::RunTerms& terms, session::RunView& view, RunRecord* run_record) {
   return session::is_active_directory(session)
-             ? rename_in_directory(session, node, names, folders, terms, view)
-             : rename_in_nt(session, node, names, folders, terms, view);
+             ? rename_in_directory(session, node, names, folders, terms, view, run_record)
+             : rename_in_nt(session, node, names, folders, terms, view, run_record);
 }
 
 }  // namespace twk::lifecycle

@@ -16,6 +16,8 @@ struct Session;
 
 namespace twk::lifecycle {
 
+class RunRecord;
+
 /// The names of a user that are to change: one without a value stays, an empty text clears it.
 struct NewNames {
   std::optional<std::string> logon;
@@ -35,8 +37,10 @@ struct UnfitName : std::runtime_error {
 
 /// Renames the user of a node in either kind of domain, with `folders` also the shares and folders. The
 /// outcome is that of `rename_user` or `rename_nt`; without a light and undone when a text is refused, which
-/// the status line says. Raises `UnfitName`, and what the directory raises.
+/// the status line says. A run over many has one record for all. Raises `UnfitName`, and what the directory
+/// raises.
 session::RunOutcome rename_to(session::Session& session, controls::TreeNode& node, const NewNames& names,
-                              bool folders, const session::RunTerms& terms, session::RunView& view);
+                              bool folders, const session::RunTerms& terms, session::RunView& view,
+                              RunRecord* run_record = nullptr);
 
 }  // namespace twk::lifecycle

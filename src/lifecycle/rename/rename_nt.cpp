@@ -82,6 +82,7 @@ PreparedRename prepare(const NtRenameRun& run, const ObjectPtr& user, const std:
   order.folders = run.order.folders;
   order.old_name = run.name;
   order.new_name = new_name;
+  order.run_record = run.order.run_record;
   return prepare_rename(run.session, order);
 }
 

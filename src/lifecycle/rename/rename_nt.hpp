@@ -14,6 +14,8 @@ struct Session;
 
 namespace twk::lifecycle {
 
+class RunRecord;
+
 /// What is asked of the renaming of a user of a WinNT domain.
 struct RenameNtOrder {
   std::string old_name;
@@ -23,6 +25,7 @@ struct RenameNtOrder {
   bool full_name_changed = false;
   bool folders = false;  ///< shares and folders too
   session::RunTerms terms;
+  RunRecord* run_record = nullptr;  ///< of a run over many; null for one renaming
 };
 
 /// The names that the user of a node has, to be changed as asked. Raises what the directory raises.

@@ -1,6 +1,7 @@
 #include "lifecycle/rename/rename_record.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -14,9 +15,12 @@ using session::Session;
 using Fields = std::vector<std::string>;
 
 constexpr std::string_view kPrefix = "Rename-";
+constexpr std::string_view kRun = "run";
 constexpr std::string_view kSuffix = ".txt";
 constexpr std::string_view kFirstLine = "Renaming under way, kept until it is done\n";
 constexpr std::string_view kEnd = "end\n";
+/// What a run's file says between two accounts.
+constexpr std::string_view kNobody = "Renaming under way, kept until it is done\nend\n";
 
 [[noreturn]] void not_readable() {
   base::raise(base::error::kTypeMismatch, "The record of a renaming cannot be read");
@@ -181,11 +185,13 @@ void read_line(RenameRecord& record, const Fields& fields) {
   }
 }
 
+/// What follows the end is left of a longer record.
 RenameRecord parse(const std::string& text) {
-  if (!text.starts_with(kFirstLine) || !text.ends_with(kEnd))
+  const std::size_t end = text.find("\n" + std::string(kEnd), kFirstLine.size() - 1);
+  if (!text.starts_with(kFirstLine) || end == base::npos)
     not_readable();
   RenameRecord record;
-  const std::string body = text.substr(kFirstLine.size(), text.size() - kFirstLine.size() - kEnd.size());
+  const std::string body = text.substr(kFirstLine.size() - 1, end - kFirstLine.size() + 1);
   for (const std::string& one : base::split(body, '\n')) {
     if (one.empty())
       continue;
@@ -232,6 +238,78 @@ void remove_rename_record(Session& session, std::string_view identifier) {
     session.log.line("The record of the renaming stays: " + trap.description());
 }
 
+void settle_run_record(Session& session) {
+  platform::Files& files = session.platform.files;
+  const std::string path = file_of(session, kRun);
+  if (session.run.terms.rehearse || !files.exists(path))
+    return;
+  base::Trap trap;
+  trap([&] {
+    const auto file = files.open_random(path);
+    file->lock(0, 1);
+    if (!file->is_current())
+      return;
+    std::optional<RenameRecord> left;
+    base::Trap empty;
+    empty([&] { left = parse(file->read(0, static_cast<std::size_t>(file->size()))); });
+    if (left && !left->names.empty())
+      write_rename_record(session, *left);
+    files.remove(path);
+  });
+}
+
+RunRecord::RunRecord(Session& session) : session_(session) {
+  settle_run_record(session);
+}
+
+RunRecord::~RunRecord() {
+  base::Trap trap;
+  trap([&] {
+    if (under_way_)
+      write_rename_record(session_, *under_way_);
+    if (file_ != nullptr)
+      session_.platform.files.remove(file_of(session_, kRun));
+  });
+  if (trap.number() != 0)
+    session_.log.line("The record of the renaming stays: " + trap.description());
+}
+
+void RunRecord::begin(const RenameRecord& record) {
+  if (record.identifier.empty() || session_.run.terms.rehearse)
+    return;
+  if (under_way_)
+    write_rename_record(session_, *under_way_);
+  under_way_.reset();
+  if (!std::exchange(opened_, true))
+    open();
+  if (file_ != nullptr)
+    file_->put(0, text_of(record));
+  else
+    write_rename_record(session_, record);
+  under_way_ = record;
+}
+
+void RunRecord::open() {
+  base::Trap taken;
+  if (!taken([&] {
+        file_ = session_.platform.files.open_random(file_of(session_, kRun));
+        file_->lock(0, 1);
+      }) ||
+      !file_->is_current())
+    file_.reset();
+}
+
+void RunRecord::end() {
+  if (!under_way_)
+    return;
+  base::Trap trap;
+  if (file_ == nullptr)
+    remove_rename_record(session_, under_way_->identifier);
+  else if (!trap([&] { file_->put(0, kNobody); }))
+    session_.log.line("The record of the renaming stays: " + trap.description());
+  under_way_.reset();
+}
+
 std::optional<RenameRecord> find_rename_record(Session& session, std::string_view name) {
   std::vector<platform::FileEntry> entries;
   base::Trap unreadable;
@@ -242,8 +320,10 @@ std::optional<RenameRecord> find_rename_record(Session& session, std::string_vie
     std::optional<RenameRecord> record;
     unreadable([&] { record = parse(session.platform.files.read(session.dbpath + entry.name)); });
     const auto is_name = [&](const std::string& one) { return base::equals_fold(one, name); };
-    if (record && std::any_of(record->names.begin(), record->names.end(), is_name))
-      return record;
+    if (!record || std::none_of(record->names.begin(), record->names.end(), is_name))
+      continue;
+    settle_run_record(session);
+    return record;
   }
   return std::nullopt;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +11,10 @@
 /// A renaming in progress is recorded in the database directory, "Rename-<identifier of the account>.txt",
 /// from before its first change until it is complete. So the same order completes an interrupted renaming:
 /// the record has the account's old names, and the removed shares with their access lists.
+///
+/// A run that renames no folders needs only the names, and keeps them in one file, "Rename-run.txt", that
+/// bears one record after the other: a file for each account would take longer than its renaming. It outlives
+/// the program, but need not outlive a power cut.
 namespace twk::lifecycle {
 
 struct RenameRecord {
@@ -24,6 +29,33 @@ struct RenameRecord {
 
 /// The identifier of an account in the records; empty when the directory does not have one.
 std::string record_identifier(const platform::ObjectPtr& user);
+
+/// The file of a run, which holds a lock on it. A second run at the same time keeps a record for each
+/// account.
+class RunRecord {
+ public:
+  /// Within a run, of which it says what may be written.
+  explicit RunRecord(session::Session& session);
+  RunRecord(const RunRecord&) = delete;
+  RunRecord& operator=(const RunRecord&) = delete;
+  ~RunRecord();
+
+  /// The record of the account before gets a file of its own if its renaming did not end. Raises what the
+  /// files raise.
+  void begin(const RenameRecord& record);
+  void end();
+
+ private:
+  void open();
+
+  session::Session& session_;
+  std::unique_ptr<platform::RandomFile> file_;  ///< null when another run has it
+  bool opened_ = false;
+  std::optional<RenameRecord> under_way_;
+};
+
+/// Gives the account that a killed run was at a record of its own.
+void settle_run_record(session::Session& session);
 
 /// The record of an account; none when it is not being renamed. Raises when there is one that cannot be
 /// read.

@@ -314,7 +314,12 @@ void put_on_record(Session& session, const PreparedRename& prepared) {
   if (prepared.keeps_record || prepared.record.names.empty())
     return;
   base::Trap trap;
-  if (trap([&] { write_rename_record(session, prepared.record); }))
+  if (trap([&] {
+        if (prepared.run_record != nullptr)
+          prepared.run_record->begin(prepared.record);
+        else
+          write_rename_record(session, prepared.record);
+      }))
     return;
   const std::string why =
       "The renaming cannot be recorded: " + base::in_words(trap.number(), trap.description());
@@ -330,6 +335,8 @@ PreparedRename prepare_rename(Session& session, const RenameOrder& order) {
   prepared.user = {order.object, order.account, {order.old_name}, order.new_name};
   RenameRecord& record = prepared.record;
   record.identifier = record_identifier(order.object);
+  if (order.run_record == nullptr)
+    settle_run_record(session);
   const auto earlier = read_rename_record(session, record.identifier);
   record.account = order.new_account;
   record.names = order.names;
@@ -348,12 +355,16 @@ PreparedRename prepare_rename(Session& session, const RenameOrder& order) {
   } else {
     prepared.keeps_record = earlier && !unfinished(session, *earlier, order.object).empty();
   }
+  if (!order.folders && !earlier)
+    prepared.run_record = order.run_record;
   put_on_record(session, prepared);
   return prepared;
 }
 
 void end_rename(Session& session, const PreparedRename& prepared) {
-  if (!prepared.keeps_record)
+  if (prepared.run_record != nullptr)
+    prepared.run_record->end();
+  else if (!prepared.keeps_record)
     remove_rename_record(session, prepared.record.identifier);
 }
 

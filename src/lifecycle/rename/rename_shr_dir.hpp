@@ -20,6 +20,7 @@ struct RenameOrder {
   bool folders = false;            ///< shares and folders too
   std::string old_name;            ///< the name that they contain
   std::string new_name;
+  RunRecord* run_record = nullptr;  ///< for a renaming without folders; null for a record of its own
 };
 
 /// A request that has passed its tests.
@@ -29,6 +30,7 @@ struct PreparedRename {
   RenameRecord record;
   bool keeps_record =
       false;  ///< there is a record of an earlier renaming whose folders this request leaves alone
+  RunRecord* run_record = nullptr;  ///< where the record is, unless it has a file of its own
 };
 
 /// Tests a request and records it; nothing else is changed. An interrupted renaming of the account continues

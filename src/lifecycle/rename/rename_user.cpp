@@ -84,6 +84,7 @@ void prepare(RenameRun& run) {
   order.folders = run.order.folders && is_folder_name_changed(run.order);
   order.old_name = run.order.by_full_name ? plain_name(run.user->Name()) : account;
   order.new_name = base::trim(run.order.by_full_name ? names.full_name : names.logon);
+  order.run_record = run.order.run_record;
   run.prepared = prepare_rename(session, order);
 }
 
@@ -167,9 +168,11 @@ bool rename_directories(RenameRun& run) {
 void rename(RenameRun& run) {
   const KnownFolders known(run.session);
   prepare(run);
+  platform::WriteBatch batch(run.session.platform.directory);
   save_logon_names(run);
   save_display_names(run);
   rename_object(run);
+  batch.commit();
   run.session.log.line("Changing Names for: " + readable_text(run.user, "samAccountName"));
   if (rename_directories(run))
     end_rename(run.session, run.prepared);

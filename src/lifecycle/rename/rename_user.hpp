@@ -14,6 +14,8 @@ struct Session;
 
 namespace twk::lifecycle {
 
+class RunRecord;
+
 /// The names of a user of an Active Directory domain.
 struct UserNames {
   std::string full_name;  ///< the name of the object
@@ -34,6 +36,7 @@ struct RenameUserOrder {
   bool by_full_name = false;        ///< that name is the full name, otherwise the logon name
   bool tree_shows_display = false;  ///< otherwise the full name
   session::RunTerms terms;
+  RunRecord* run_record = nullptr;  ///< of a run over many; null for one renaming
 };
 
 /// The names that the user of a node has, to be changed as asked, and what the preferences say. Raises what
