@@ -120,6 +120,43 @@ $ group show "Year 7"
        {{"$PLAN", {file}}});
 }
 
+TEST_F(Plan, ARehearsedLineOfALabFindsTheUsersOfTheLinesBefore) {
+  const std::string file =
+      plan(R"(user create --template Staff --site "Head Office" --ou "OU=New Starters,DC=twk,DC=test" Zoe Ray
+user rename Zoe.Ray --logon Zoe.Day --full-name "Zoe Day"
+user import )" +
+           this->file("new.csv", "Kim,,Lee\n") +
+           R"( --template Staff --site "Head Office" --ou "OU=New Starters,DC=twk,DC=test"
+user reset-password Kim.Lee
+ou create School
+users move-ou "OU=School,DC=twk,DC=test" Zoe.Day Kim.Lee Jo.Smith
+group create Choir
+users groups --add Choir --remove Staff --ou "OU=School,DC=twk,DC=test"
+users disable --group Choir --except Jo.Smith
+users delete --account --no-prompting Kim.Lee
+users enable Kim.Lee
+)");
+  play(R"(
+$ plan run $PLAN --dry-run => 2 There is no user "Kim.Lee".
+| Rename LDAP://twk.test/CN=Zoe.Ray,$NEW to CN=Zoe Day
+| Move LDAP://twk.test/CN=Kim.Lee,$NEW to LDAP://twk.test/OU=School,DC=twk,DC=test
+| Add LDAP://twk.test/CN=Zoe Day,OU=School,DC=twk,DC=test to the group
+| Set on LDAP://twk.test/CN=Kim.Lee,OU=School,DC=twk,DC=test: userAccountControl
+| Delete the account LDAP://twk.test/CN=Kim.Lee,OU=School,DC=twk,DC=test
+| 11 of 11 commands rehearsed
+$ user show Zoe.Day => 2
+$ user show Jo.Smith
+{"dn": "CN=Jo.Smith,$NEW", "groups": ["Domain Users", "Staff"]}
+$ plan run $PLAN => 2 There is no user "Kim.Lee".
+| 11 of 11 commands done
+$ group show Choir
+{"members": ["Jo.Smith", "Zoe Day"]}
+$ user show Zoe.Day
+{"name": "Zoe Day", "disabled": true}
+)",
+       {{"$PLAN", {file}}});
+}
+
 TEST_F(Plan, StopsAtARedLineUnlessItShallGoOn) {
   const std::string file = plan("users disable Nobody\nusers disable Ann.Lee\n");
   play(R"(

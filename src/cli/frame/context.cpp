@@ -219,10 +219,20 @@ void Context::override_setting(std::string_view sub_key, std::string_view name, 
 }
 
 void Context::rehearse(std::function<void(const std::string&)> tell) {
+  tell_step_ = std::move(tell);
   if (rehearsal_)
     return;
-  rehearsal_ = std::make_unique<lifecycle::Rehearsal>(services(), std::move(tell));
+  using Changes = lifecycle::Rehearsal::Changes;
+  rehearsal_ = std::make_unique<lifecycle::Rehearsal>(
+      services(), [this](const std::string& step) { tell_step_(step); },
+      tries_changes_ ? Changes::kTried : Changes::kReported);
   rehearsed_.emplace(rehearsal_->services());
+}
+
+void Context::rehearse_as_one() {
+  tries_changes_ = world().is_lab();
+  if (tries_changes_)
+    world().lab().begin_trial();
 }
 
 std::string Context::user_of_run() const {

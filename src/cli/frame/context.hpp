@@ -79,6 +79,9 @@ class Context {
   /// From here on nothing is changed: the next session reports each step instead. What it would make, later
   /// ones find.
   void rehearse(std::function<void(const std::string&)> tell);
+  /// What one rehearsed command changes in the directory, further ones find: all of it in a lab, in a real
+  /// domain the units and groups that would be made.
+  void rehearse_as_one();
   [[nodiscard]] bool rehearses() const { return rehearsal_ != nullptr; }
   /// Whom the session's run is at; empty between users.
   [[nodiscard]] std::string user_of_run() const;
@@ -102,6 +105,8 @@ class Context {
   std::function<void(const batch::AccountChange&)> changed_;
   bool keeps_exit_code_ = false;
   std::unique_ptr<world::World> world_;
+  bool tries_changes_ = false;
+  std::function<void(const std::string&)> tell_step_;
   std::unique_ptr<lifecycle::Rehearsal> rehearsal_;
   std::optional<platform::Platform> rehearsed_;  ///< its services
   std::unique_ptr<session::Session> session_;

@@ -42,7 +42,9 @@ class PlanRun {
 
   int run() {
     check();
-    if (!arguments_.dry_run)
+    if (arguments_.dry_run)
+      context_.rehearse_as_one();
+    else
       begin_record();
     for (const PlanLine& line : lines_) {
       if (interrupted() || (worst_ >= kExitRed && !arguments_.go_on))
@@ -136,8 +138,10 @@ void add_plan_commands(Command& app, Context& context, const LineParser& parse) 
   run->add_flag("--go-on", arguments->go_on, "Also run what follows a RED command");
   run->footer(
       "Words are separated by blanks, double quotes hold a word together; blank lines and those that begin\n"
-      "with # are skipped. All lines are understood before the first one runs. A rehearsed line finds the\n"
-      "units and groups that earlier lines would make; users are still as and where they are now. Example:\n"
+      "with # are skipped. All lines are understood before the first one runs. In a lab a\n"
+      "rehearsed line finds all that earlier lines would change; in a real domain it finds the units and "
+      "groups\n"
+      "that they would make, and users are still as and where they are now. Example:\n"
       "  # the move up in summer\n"
       "  users disable --group \"Year 13\"\n"
       "  users move-ou \"OU=Leavers,DC=twk,DC=test\" --group \"Year 13\"\n"

@@ -55,8 +55,10 @@ controls::TreeNode* find_or_raise(Context& context, session::Session& session, c
 
 int rename_users(Context& context, const RenamesArguments& arguments) {
   const std::string bytes = read_input(arguments.file);
-  if (arguments.dry_run)
+  if (arguments.dry_run) {
+    context.rehearse_as_one();
     print_steps(context);
+  }
   session::Session& session = context.session(Depth::kDomain);
   RunCounts counts;
   batch::RenameFileOrder order;

@@ -48,6 +48,8 @@ EntryStore* ExchangeServers::open(const std::string& name) {
     if (base::upper(stem) != name)
       continue;
     auto store = open_entry_store(folder_, stem, warn_, {turn_, false});
+    if (is_trial_)
+      store->begin_trial();
     return open_.emplace(name, std::move(store)).first->second.get();
   }
   return nullptr;
@@ -62,6 +64,12 @@ EntryStore* ExchangeServers::find(std::string_view server) {
     return nullptr;
   store->refresh();
   return endpoint.port == port_of(*store) ? store : nullptr;
+}
+
+void ExchangeServers::begin_trial() {
+  is_trial_ = true;
+  for (const auto& [name, store] : open_)
+    store->begin_trial();
 }
 
 }  // namespace twk::lab

@@ -23,6 +23,8 @@ class ExchangeServers {
   /// The directory that listens at "EX55", "EX55:390" or "ex55.twk.test", the name in any case, with others'
   /// changes already read; none when there is none. Raises what `open_entry_store` raises.
   EntryStore* find(std::string_view server);
+  /// See `EntryStore`; for all of them.
+  void begin_trial();
 
  private:
   EntryStore* open(const std::string& name);
@@ -30,6 +32,7 @@ class ExchangeServers {
   std::filesystem::path folder_;
   local::TurnPtr turn_;
   std::function<void(const std::string&)> warn_;
+  bool is_trial_ = false;
   std::map<std::string, std::unique_ptr<EntryStore>> open_;  ///< by the name in capitals
 };
 

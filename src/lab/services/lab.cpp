@@ -75,6 +75,11 @@ void Lab::open_directory() {
   services_->store->open();
 }
 
+void Lab::begin_trial() {
+  services_->store->begin_trial();
+  services_->exchange.begin_trial();
+}
+
 const LabConfig& Lab::config() const {
   return services_->domain.config;
 }

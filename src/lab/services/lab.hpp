@@ -35,6 +35,9 @@ class Lab {
   /// Opens the directory, which else happens when it is first used, and raises what is wrong with its files.
   /// The part of the configuration that reads need ("CN=Partitions") is added to a directory that lacks it.
   void open_directory();
+  /// From here on changes in the directories stay in memory and end with this object: a trial run finds what
+  /// it has changed. Folders, shares and settings are not meant.
+  void begin_trial();
   [[nodiscard]] const LabConfig& config() const;
   /// See domain/logon.hpp.
   LogonVerdict try_logon(std::string_view user, std::optional<std::string_view> password,

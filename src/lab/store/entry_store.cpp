@@ -60,6 +60,7 @@ class EntryStore::Implementation {
   void open();
   void refresh();
   void write(const LdifRecord& record, const Guard& guard);
+  void begin_trial() { is_trial_ = true; }
   void begin_batch() { ++batches_; }
   void end_batch();
 
@@ -72,6 +73,8 @@ class EntryStore::Implementation {
   class Scope;
 
   void catch_up();
+  /// After the guard.
+  Change prepared(const LdifRecord& record, const Guard& guard);
   void start_journal();
   void reload(bool has_journal);
   void read_ldif_file();
@@ -91,6 +94,7 @@ class EntryStore::Implementation {
   bool has_changes_ = false;   ///< the entries include changes from a journal
   bool is_folded_in_ = false;  ///< the journal's changes are in the file already
   bool is_writing_ = false;
+  bool is_trial_ = false;
   int batches_ = 0;
   std::uint64_t looked_at_journal_ = 0;  ///< the turn
   std::uint64_t looked_at_ldif_ = 0;
@@ -138,7 +142,7 @@ void EntryStore::Implementation::open() {
 }
 
 void EntryStore::Implementation::refresh() {
-  if (is_writing_)
+  if (is_writing_ || is_trial_)
     return;
   if (!must_reload_ && (!terms_.turn->is_due(looked_at_journal_) || journal_.is_unchanged()))
     return;
@@ -253,17 +257,26 @@ void EntryStore::Implementation::replay(std::string_view text, std::size_t first
   }
 }
 
-void EntryStore::Implementation::write(const LdifRecord& record, const Guard& guard) {
-  check_names(record);
-  const Lock lock(journal_, Journal::Access::kWrite);
-  catch_up();
-  while (is_folded_in_)
-    start_journal();
+Change EntryStore::Implementation::prepared(const LdifRecord& record, const Guard& guard) {
   if (guard) {
     const Scope writing(is_writing_);
     guard();
   }
-  Change change = prepare(*tree_, record, Origin::kCaller);
+  return prepare(*tree_, record, Origin::kCaller);
+}
+
+void EntryStore::Implementation::write(const LdifRecord& record, const Guard& guard) {
+  check_names(record);
+  if (is_trial_) {
+    Change change = prepared(record, guard);
+    ++writings_;
+    return tree_->apply(std::move(change));
+  }
+  const Lock lock(journal_, Journal::Access::kWrite);
+  catch_up();
+  while (is_folded_in_)
+    start_journal();
+  Change change = prepared(record, guard);
   std::string text;
   append_ldif(text, record);
   text.pop_back();
@@ -436,6 +449,9 @@ void EntryStore::rename(const std::string& dn, const std::string& new_rdn, const
   files().write(record, guard);
 }
 
+void EntryStore::begin_trial() {
+  implementation_->begin_trial();
+}
 void EntryStore::begin_batch() {
   files().begin_batch();
 }

@@ -93,6 +93,9 @@ class EntryStore {
   void begin_batch();
   void end_batch();
 
+  /// From here on changes stay in memory and end with this session, which sees no changes by others.
+  void begin_trial();
+
   /// Writes all entries as content records, parents first.
   void export_to(const std::function<void(std::string_view)>& write) const;
 

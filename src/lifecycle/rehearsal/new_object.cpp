@@ -28,17 +28,6 @@ bool is_primary_group(std::string_view attribute) {
   return base::equals_fold(attribute, "primaryGroupID");
 }
 
-std::string shown(const Staging& staging) {
-  if (staging.control == kClear)
-    return staging.attribute + " cleared";
-  if (staging.control != kReplace || staging.value.is_list())
-    return staging.attribute + " changed";
-  const auto* const bytes = std::get_if<base::Bytes>(&staging.value.data);
-  return staging.attribute + " = " +
-         (bytes == nullptr ? staging.value.text()
-                           : base::to_text(static_cast<std::int64_t>(bytes->size())) + " bytes");
-}
-
 std::int32_t group_rid(platform::DirectoryService& directory, const std::string& path) {
   std::uint32_t rid = 0;
   base::Trap unknown;
@@ -94,7 +83,7 @@ class NewObject final : public platform::DirectoryObject {
   void SetPassword(std::string_view password) override {
     foresee_password(*draft_, password);
     directory_.tell("Set the password of " + ADsPath() +
-                    (base::equals_fold(password, kAskedFor) ? ", which is asked for" : ""));
+                    (is_asked_for(password) ? ", which is asked for" : ""));
   }
 
   void enumerate(std::span<const std::string> classes,
@@ -111,8 +100,7 @@ class NewObject final : public platform::DirectoryObject {
     draft_->Delete(object_class, name);
   }
   ObjectPtr MoveHere(std::string_view source, const std::optional<std::string>& name) override {
-    directory_.tell(name ? "Rename " + std::string(source) + " to " + *name
-                         : "Move " + std::string(source) + " to " + ADsPath());
+    directory_.tell(moved_text(source, ADsPath(), name));
     return directory_.GetObject(source);
   }
   void Add(std::string_view path) override {
@@ -188,7 +176,7 @@ class NewObject final : public platform::DirectoryObject {
     if (!principal.empty())
       made.add_principal(principal);
     for (Staging& staging : staged_) {
-      directory_.tell("Set on " + path + ": " + shown(staging));
+      directory_.tell("Set on " + path + ": " + staged_text(staging));
       if (is_flags(staging.attribute))
         state_->flags = staging.value.integer();
       state_->written.push_back(std::move(staging));
@@ -217,6 +205,31 @@ std::string kind_of(std::string_view object_class) {
   return base::lower(object_class);
 }
 
+std::string deleted_kind(std::string_view object_class) {
+  return base::equals_fold(object_class, "user") ? "account" : kind_of(object_class);
+}
+
+std::string staged_text(const Staging& staging) {
+  if (staging.control == kClear)
+    return staging.attribute + " cleared";
+  if (staging.control != kReplace || staging.value.is_list())
+    return staging.attribute + " changed";
+  const auto* const bytes = std::get_if<base::Bytes>(&staging.value.data);
+  return staging.attribute + " = " +
+         (bytes == nullptr ? staging.value.text()
+                           : base::to_text(static_cast<std::int64_t>(bytes->size())) + " bytes");
+}
+
+std::string moved_text(std::string_view source, const std::string& target,
+                       const std::optional<std::string>& name) {
+  return name ? "Rename " + std::string(source) + " to " + *name
+              : "Move " + std::string(source) + " to " + target;
+}
+
+bool is_asked_for(std::string_view password) {
+  return base::equals_fold(password, kAskedFor);
+}
+
 void foresee_write(platform::DirectoryObject& object) {
   if (auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(&object))
     foreseen->foresee_write();
@@ -224,7 +237,7 @@ void foresee_write(platform::DirectoryObject& object) {
 
 void foresee_password(platform::DirectoryObject& object, std::string_view password) {
   auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(&object);
-  if (foreseen != nullptr && !base::equals_fold(password, kAskedFor))
+  if (foreseen != nullptr && !is_asked_for(password))
     foreseen->foresee_password(password);
 }
 

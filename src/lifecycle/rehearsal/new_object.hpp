@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "lifecycle/rehearsal/made_objects.hpp"
@@ -10,6 +11,15 @@ namespace twk::lifecycle {
 
 /// A class in the words of a step: "organizational unit".
 std::string kind_of(std::string_view object_class);
+/// The same of what is deleted: "account".
+std::string deleted_kind(std::string_view object_class);
+/// A value in the words of a step: "title = Head".
+std::string staged_text(const Staging& staging);
+/// "Rename LDAP://… to CN=Jo West", or where to it is moved.
+std::string moved_text(std::string_view source, const std::string& target,
+                       const std::optional<std::string>& name);
+/// True for the password that stands for one that the run asks for.
+bool is_asked_for(std::string_view password);
 /// Raises what the write would raise, as far as the object can say.
 void foresee_write(platform::DirectoryObject& object);
 /// The same for a password; "PROMPT" stands for one that the run asks for, about which nothing is known.

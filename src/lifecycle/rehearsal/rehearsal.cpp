@@ -16,6 +16,7 @@
 #include "lifecycle/rehearsal/rehearsed_directory.hpp"
 #include "lifecycle/rehearsal/rehearsed_query.hpp"
 #include "lifecycle/rehearsal/rehearsed_security.hpp"
+#include "lifecycle/rehearsal/trial_directory.hpp"
 #include "platform/adsi.hpp"
 #include "platform/network_path.hpp"
 #include "platform/share_name.hpp"
@@ -352,22 +353,26 @@ class RehearsedRegistry final : public platform::RegistryAccess {
 }  // namespace
 
 struct Rehearsal::Services {
-  Services(const platform::Platform& real_services, Tell teller)
+  Services(const platform::Platform& real_services, Tell teller, Changes of_directory)
       : tell(std::move(teller)),
+        changes(of_directory),
         real(real_services),
         registry(real.registry),
         directory(real.directory, tell),
         query(real.query, directory),
+        trial(real.directory, directory, tell),
         files(real.files, shares, tell),
         network(real.network, shares, files, directory, tell),
         security(real.security, files, directory, tell),
         process(real.process, tell) {}
 
   Tell tell;
+  Changes changes;
   platform::Platform real;
   RehearsedRegistry registry;
   RehearsedDirectory directory;
   RehearsedQuery query;
+  TrialDirectory trial;
   RehearsedShares shares;
   RehearsedFiles files;
   RehearsedNetwork network;
@@ -375,16 +380,30 @@ struct Rehearsal::Services {
   RehearsedProcess process;
 };
 
-Rehearsal::Rehearsal(const platform::Platform& services, Tell tell)
-    : rehearsed_(std::make_unique<Services>(services, std::move(tell))) {}
+Rehearsal::Rehearsal(const platform::Platform& services, Tell tell, Changes changes)
+    : rehearsed_(std::make_unique<Services>(services, std::move(tell), changes)) {}
 
 Rehearsal::~Rehearsal() = default;
 
 platform::Platform Rehearsal::services() {
   Services& rehearsed = *rehearsed_;
-  return {rehearsed.registry,         rehearsed.directory,  rehearsed.query,          rehearsed.files,
-          rehearsed.network,          rehearsed.security,   rehearsed.real.mailboxes, rehearsed.process,
-          rehearsed.real.environment, rehearsed.real.clock, rehearsed.real.dialogs};
+  platform::DirectoryService* directory = &rehearsed.directory;
+  platform::QueryService* query = &rehearsed.query;
+  if (rehearsed.changes == Changes::kTried) {
+    directory = &rehearsed.trial;
+    query = &rehearsed.real.query;
+  }
+  return {rehearsed.registry,
+          *directory,
+          *query,
+          rehearsed.files,
+          rehearsed.network,
+          rehearsed.security,
+          rehearsed.real.mailboxes,
+          rehearsed.process,
+          rehearsed.real.environment,
+          rehearsed.real.clock,
+          rehearsed.real.dialogs};
 }
 
 }  // namespace twk::lifecycle

@@ -16,8 +16,13 @@ namespace twk::lifecycle {
 class Rehearsal {
  public:
   using Tell = std::function<void(const std::string&)>;
+  /// What becomes of changes in the directory.
+  enum class Changes {
+    kReported,
+    kTried  ///< made as well: the services' directory will forget them
+  };
 
-  Rehearsal(const platform::Platform& services, Tell tell);
+  Rehearsal(const platform::Platform& services, Tell tell, Changes changes = Changes::kReported);
   Rehearsal(const Rehearsal&) = delete;
   Rehearsal& operator=(const Rehearsal&) = delete;
   ~Rehearsal();

@@ -90,8 +90,7 @@ class RehearsedObject final : public platform::DirectoryObject {
   }
   void Delete(std::string_view object_class, std::string_view name) override {
     const ObjectPtr child = real_->GetObject(object_class, name);
-    const std::string kind = base::equals_fold(object_class, "user") ? "account" : kind_of(object_class);
-    directory_.tell("Delete the " + kind + " " + child->ADsPath());
+    directory_.tell("Delete the " + deleted_kind(object_class) + " " + child->ADsPath());
     directory_.forget(child->ADsPath());
   }
   ObjectPtr MoveHere(std::string_view source, const std::optional<std::string>& name) override {
@@ -99,8 +98,7 @@ class RehearsedObject final : public platform::DirectoryObject {
     const std::string target = path_of_child(name.value_or(moved->Name()));
     if (!base::equals_fold(target, source) && directory_.has(target))
       base::raise(ads_error::kObjectExists, "There is an object " + target + " already");
-    directory_.tell(name ? "Rename " + std::string(source) + " to " + *name
-                         : "Move " + std::string(source) + " to " + ADsPath());
+    directory_.tell(moved_text(source, ADsPath(), name));
     return moved;
   }
   void Add(std::string_view path) override {
