@@ -254,7 +254,6 @@ void begin_run(ImportState& state) {
   state.ImportHalt = false;
   state.foreseen_names.clear();
   state.lookups = {};
-  state.told_groups.clear();
   state.failure.clear();
   state.error_path.clear();
   state.summary_path.clear();

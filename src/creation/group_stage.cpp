@@ -93,7 +93,6 @@ void join_from_columns(CreationRun& run) {
 }
 
 /// A group of the template that the domain no longer holds is in no list, and would be missed without a word.
-/// An import tells it once.
 void warn_of_lacking_groups(CreationRun& run, const std::vector<stores::TemplateGroup>& groups) {
   std::set<std::string> known;
   for (const stores::TemplateGroup& group : groups)
@@ -101,14 +100,8 @@ void warn_of_lacking_groups(CreationRun& run, const std::vector<stores::Template
   const records::TemplateRecord& record = run.session.ActiveTemplate;
   for (std::size_t slot = 0; slot < static_cast<std::size_t>(record.GroupCount); ++slot) {
     const std::string_view name = base::trim(record.Groups.at(slot));
-    if (name.empty() || known.contains(base::upper(name)))
-      continue;
-    const std::string text = "Group not found: " + std::string(name);
-    session::ImportState& state = run.session.import;
-    if (state.Importing && !state.told_groups.insert(base::upper(name)).second)
-      log(run, text);
-    else
-      warn(run, text);
+    if (!name.empty() && !known.contains(base::upper(name)))
+      warn(run, "Group not found: " + std::string(name));
   }
 }
 

@@ -65,8 +65,7 @@ struct ImportState {
   bool rehearsed = false;        ///< the lines are only checked: no file is opened, no account is made
   ForeseenNames foreseen_names;  ///< of accounts that a rehearsal would have made, in upper case
   RunLookups lookups;
-  std::set<std::string> told_groups;  ///< missing template groups that this run already reported
-  std::string error_path;             ///< "Import.err" of the run
+  std::string error_path;  ///< "Import.err" of the run
   std::string summary_path;
   std::string record_path;
   std::string remaining_path;
