@@ -1,7 +1,9 @@
 #include "batch/import_record.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_map>
+#include <utility>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -29,7 +31,9 @@ RecordedLine& line_of(RecordedRun& run, Places& places, const JsonLine& entry) {
   return run.lines[place->second];
 }
 
-void take_entry(RecordedRun& run, Places& places, const JsonLine& entry) {
+/// `making` is what the line in hand was about to make.
+void take_entry(RecordedRun& run, Places& places, const JsonLine& entry,
+                std::optional<RecordedThing>& making) {
   if (const std::string next = entry.text("resumed"); !next.empty())
     run.resumed_by = next;
   if (entry.number("line") == 0) {
@@ -44,10 +48,15 @@ void take_entry(RecordedRun& run, Places& places, const JsonLine& entry) {
     line.begun = begun;
     line.begun_at = entry.number("utc");
   }
-  if (const std::string kind = entry.text("made"); !kind.empty())
+  if (const std::string kind = entry.text("makes"); !kind.empty())
+    making = RecordedThing{kind, entry.text("path"), {}, {}, {}};
+  if (const std::string kind = entry.text("made"); !kind.empty()) {
+    making.reset();
     line.things.push_back(
         {kind, entry.text("path"), entry.text("sid"), entry.text("server"), entry.text("share")});
+  }
   if (const std::string ended = entry.text("ended"); !ended.empty()) {
+    making.reset();
     line.ended = ended;
     line.unsure = entry.is_set("unsure");
     line.unfinished = entry.is_set("unfinished");
@@ -86,6 +95,7 @@ RecordedRun read_import_record(std::string_view bytes) {
   RecordedRun run;
   std::int32_t number = 0;
   Places places;
+  std::optional<RecordedThing> making;
   for (std::size_t at = 0; at < bytes.size();) {
     const std::size_t end = bytes.find('\n', at);
     if (end == base::npos)
@@ -98,7 +108,7 @@ RecordedRun read_import_record(std::string_view bytes) {
     if (!entry)
       continue;
     if (number > 1) {
-      take_entry(run, places, *entry);
+      take_entry(run, places, *entry, making);
       continue;
     }
     if (entry->text("record") != "import" || entry->number("version") != 1)
@@ -107,6 +117,8 @@ RecordedRun read_import_record(std::string_view bytes) {
   }
   if (number == 0)
     refuse(1, "the file is not the record of an import");
+  if (making && run.broken_line() != nullptr)
+    run.lines.back().things.push_back(std::move(*making));
   return run;
 }
 

@@ -17,6 +17,8 @@
 ///     {"line":2,"user":"Ann.Miller","made":"folder","path":"\\\\FS1\\D$\\Users\\Ann.Miller"}
 ///     {"line":2,"user":"Ann.Miller","begins":"LDAP://CN=Ann Miller,OU=…"}      before the account is made
 ///     {"line":2,"user":"Ann.Miller","made":"account","path":"LDAP://…","sid":"S-1-5-21-…"}
+///     {"line":2,"makes":"mailbox","path":"LDAP://EX55/CN=Ann.Miller,CN=Recipients,…"}   before that is made
+///     {"line":2,"made":"mailbox","path":"LDAP://EX55/CN=Ann.Miller,CN=Recipients,…"}
 ///     {"line":2,"user":"Ann.Miller","ended":"GREEN"}
 ///     {"line":2,"user":"Ann.Miller","ended":"RED","unsure":true}   the server was lost, and may have made it
 ///     {"line":2,"user":"Ann.Miller","ended":"YELLOW","unfinished":true}        the file server was gone by then
@@ -45,9 +47,9 @@ struct RecordedThing {
 struct RecordedLine {
   std::int32_t number = 0;
   std::string user = {};
-  std::string begun = {};     ///< path of the account that was about to be made; empty for none
-  std::int64_t begun_at = 0;  ///< 100-nanosecond steps since 1601, UTC
-  std::vector<RecordedThing> things = {};
+  std::string begun = {};                  ///< path of the account that was about to be made; empty for none
+  std::int64_t begun_at = 0;               ///< 100-nanosecond steps since 1601, UTC
+  std::vector<RecordedThing> things = {};  ///< with what was being made when the run was broken off
   std::string ended = {};   ///< the light, "refused" without one, "known" of a person with an account; empty
                             ///< when the run was broken off here
   bool unsure = false;      ///< the server was lost when it was asked for the account

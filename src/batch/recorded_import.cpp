@@ -122,6 +122,11 @@ void RecordedImport::makes_account(std::string_view account, std::string_view pa
            {"utc", base::to_filetime(session_.platform.clock.utc_now())}});
 }
 
+void RecordedImport::makes(const creation::MadeThing& thing) {
+  watcher_.makes(thing);
+  write({{"line", number_}, {"makes", kind_of(thing.kind)}, {"path", thing.path}});
+}
+
 void RecordedImport::made(const creation::MadeThing& thing) {
   watcher_.made(thing);
   const bool is_account = thing.kind == creation::MadeThing::Kind::kAccount;

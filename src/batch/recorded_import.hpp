@@ -41,6 +41,7 @@ class RecordedImport final : public ImportView {
   void unlock() override { watcher_.unlock(); }
   void stage(creation::Stage stage, creation::StageState state) override { watcher_.stage(stage, state); }
   void makes_account(std::string_view account, std::string_view path) override;
+  void makes(const creation::MadeThing& thing) override;
   void made(const creation::MadeThing& thing) override;
   void password_set(std::string_view account, std::string_view password) override {
     watcher_.password_set(account, password);

@@ -29,6 +29,8 @@ class CreationView : public session::RunView {
 
   /// Before the account of that name and path in the directory is made.
   virtual void makes_account(std::string_view /*account*/, std::string_view /*path*/) {}
+  /// Before something is made that is not there yet.
+  virtual void makes(const MadeThing& /*thing*/) {}
   /// At once after something was made.
   virtual void made(const MadeThing& /*thing*/) {}
   /// The account has this password.

@@ -32,9 +32,11 @@ bool create_55(CreationRun& run) {
   request.Domain = directory::winnt_domain(session);
   request.administrator = run.request.mail_administrator;
   request.owner = owner_of(run);
-  request.made = [&run](const std::string& path) {
-    run.view.made({MadeThing::Kind::kMailbox, path, {}, {}, nullptr});
+  const auto mailbox = [](const std::string& path) {
+    return MadeThing{MadeThing::Kind::kMailbox, path, {}, {}, nullptr};
   };
+  request.makes = [&](const std::string& path) { run.view.makes(mailbox(path)); };
+  request.made = [&](const std::string& path) { run.view.made(mailbox(path)); };
   return mail::CreateMailbox55(run.session, request);
 }
 

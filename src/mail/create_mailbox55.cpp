@@ -73,6 +73,14 @@ void connect(Work& work) {
   work.container = bind_exchange(work.session, path, work.request.administrator);
 }
 
+/// True for an object of another mailbox, which creation will refuse.
+bool has_object(const Work& work) {
+  base::Trap missing;
+  return missing([&] {
+    static_cast<void>(work.container->GetObject(work.object_class(), relative_name(work.owner().SamName)));
+  });
+}
+
 void create_object(Work& work) {
   work.session.Error_Log_Text = "Failed to set Target-Mail Address";
   work.mailbox = work.container->Create(work.object_class(), relative_name(work.owner().SamName));
@@ -80,6 +88,8 @@ void create_object(Work& work) {
     work.mailbox->Put("Target-Address", work.rows.TargetAddress);
   else
     work.mailbox->Put("MailPreferenceOption", 0);
+  if (work.request.makes && !has_object(work))
+    work.request.makes(work.mailbox->ADsPath());
   work.mailbox->SetInfo();
   if (work.request.made)
     work.request.made(work.mailbox->ADsPath());

@@ -16,7 +16,8 @@ struct Mailbox55 {
   session::MailAdministrator administrator;
   std::string TargetAddress;  ///< for a table without a "TARGET-ADDRESS" row
   MailboxOwner owner;
-  std::function<void(const std::string& path)> made;  ///< called once the object exists; may be empty
+  std::function<void(const std::string& path)> makes;  ///< called before, unless it exists; may be empty
+  std::function<void(const std::string& path)> made;   ///< called once the object exists; may be empty
 };
 
 /// Makes a mailbox in the Exchange 5.5 directory of the owner's place, links it to the account and writes the

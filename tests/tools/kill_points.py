@@ -12,8 +12,9 @@ CALL = re.compile(r"^\d+ +(\w+)\((.*)$")
 ENVIRONMENT = dict(os.environ, ASAN_OPTIONS="detect_leaks=0")
 
 
-def changes_of(command, folder):
-    """(call, number of that call) for each change that a command makes below a folder, in order."""
+def changes_of(command, folder, holding=""):
+    """(call, number of that call) for each change that a command makes below a folder, in order; only of those whose line of
+    the trace holds that text, which reaches 32 bytes into what is written."""
     with tempfile.NamedTemporaryFile("r", errors="replace") as trace:
         done = subprocess.run(["strace", "-f", "-qq", "-y", "-o", trace.name, "-e", "trace=" + ",".join(CHANGES), *command],
                               capture_output=True, text=True, env=ENVIRONMENT, check=False)
@@ -23,7 +24,7 @@ def changes_of(command, folder):
         changes = []
         for found in filter(None, map(CALL.match, trace)):
             counts[found[1]] += 1
-            if folder in found[2]:
+            if folder in found[2] and holding in found[2]:
                 changes.append((found[1], counts[found[1]]))
     return changes
 

@@ -69,7 +69,24 @@ def main():
                                                   f"\nnot\n{right}")
             assert found.keys() == wanted.keys(), f"{told}: there are also {found.keys() - wanted.keys()}"
             shutil.rmtree(lab)
+        check_mailbox(master, lab, order)
     print(f"import of {LINES} lines: killed at {POINTS} of {len(changes)} changes")
+
+
+def check_mailbox(master, lab, order):
+    """A mailbox that was made, but of which no record could tell, is not left when the import is taken back."""
+    def has_mailbox():
+        return "EX55" in twk(lab, "mailbox", "find", "--site", "Head Office", "Ann0.Miller0", codes=None).stdout
+
+    shutil.copytree(master, lab)
+    change = changes_of([TWK, "--lab", lab, "--yes", *order], lab, r'\"made\":\"mailbox\"')[0]
+    shutil.rmtree(lab)
+    shutil.copytree(master, lab)
+    assert is_killed_at(change, [TWK, "--lab", lab, "--yes", *order]), f"{change} came not"
+    assert has_mailbox(), "the import was killed too early"
+    twk(lab, "user", "import", "--undo", glob.glob(f"{lab}/db/Import Record - *.jsonl")[0])
+    assert not has_mailbox(), "the mailbox is left"
+    shutil.rmtree(lab)
 
 
 def rows(done):
