@@ -5,10 +5,13 @@
 #include <string_view>
 #include <vector>
 
+#include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/creation_run.hpp"
 #include "directory/operations.hpp"
 #include "format/replace.hpp"
+#include "platform/network.hpp"
+#include "platform/security.hpp"
 #include "resources/WTS.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
@@ -49,6 +52,14 @@ bool any(const std::vector<UserShare>& shares, ShareResult result) {
                      [result](const UserShare& share) { return share.result == result; });
 }
 
+/// True when the server was lost, which may have made it before.
+bool may_be_made(session::Session& session, const std::string& server, const std::string& name) {
+  base::Trap trap;
+  return !trap([&] { session.platform.network.NetShareGetInfo(server, name); }) &&
+         trap.number() != platform::network_error::kShareNotFound &&
+         trap.number() != platform::security_error::kAccessDenied;
+}
+
 /// True for a table without a row; one that cannot be read has already been reported.
 bool has_no_permissions(session::Session& session) {
   bool none = false;
@@ -74,7 +85,7 @@ void CreateUserShares(CreationRun& run) {
   for (UserShare& share : shares) {
     share.result =
         resources::CreateShare(run.session, server, share.name, share.path, share.remark, run.SamName);
-    if (share.result != ShareResult::kFailed)
+    if (share.result != ShareResult::kFailed || may_be_made(run.session, server, share.name))
       run.view.made({MadeThing::Kind::kShare, share.path, server, share.name, nullptr});
   }
   const auto log_each = [&](const auto& text_of) {

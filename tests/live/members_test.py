@@ -20,8 +20,10 @@ DISKS = {server: STATE / server / "srv/d" for server in ("fs1", "fs2")}
 TO_BRANCH = ("--site", "Branch", "--template", "Staff", "--data", "move", "--no-prompt")
 EVERYTHING = ("--account", "--data", "--shares", "--no-prompting")
 FILES = 150
+MOVERS = "OU=Movers,DC=hq,DC=north,DC=example"
 NAMES = ("{}", r"POLAR\{}", r"hq.north.example\{}", "{}@hq.north.example")
-WAYS = (["--method", "ldaps", "--ca-file", str(STATE / "dc1/domain/private/tls/ca.pem")], ["--method", "ticket"])
+CA = ["--ca-file", str(STATE / "dc1/domain/private/tls/ca.pem")]
+WAYS = (["--method", "ldaps", *CA], ["--method", "ticket"])
 
 
 def twk_command(*arguments):
@@ -55,7 +57,7 @@ def prepare():
     twk("table", "set", "share-permissions", text="%UserName%,Change\nAuthenticated Users,Full Control\n")
     for name in ("Ann", "Jo", "Mona"):
         twk("user", "create", name, "Smith", "--template", "Staff", "--site", "Head Office",
-            "--ou", "OU=Movers,DC=hq,DC=north,DC=example")
+            "--ou", MOVERS)
         for number in range(FILES if name == "Mona" else 2):
             folder = DISKS["fs1"] / "Users" / name / f"{number % 3}"
             folder.mkdir(exist_ok=True)
@@ -78,6 +80,53 @@ def log_on_as(way, name):
         expect_same(told.returncode, 0, f"{way[1]} {name} {command}: {told.stderr}")
 
 
+def live_a_life(name, way):
+    """An account that is made with everything, used, changed, moved, renamed and deleted by an administrator who has a
+    password and no ticket, and is looked at with others' tools all the time."""
+    def do(*command, codes=(0,)):
+        return run(TWK, "--domain", LIVE["DOMAIN"], "--yes", *way, "--user", LIVE["ADMIN"], *command, codes=codes,
+                   env={"TWK_LOGON_PASSWORD": LIVE["PASSWORD"], "KRB5CCNAME": "FILE:/nonexistent"})
+
+    def at_home(server, user, command):
+        run("kinit", "-c", f"FILE:{STATE}/of-a-user", f"{user}@HQ.NORTH.EXAMPLE", text="Welcome-2-Work\n")
+        return run("smbclient", ticket, f"//{server}.{LIVE['DOMAIN']}/{user}$", "-c", command).stdout
+
+    ticket = f"--use-krb5-ccache={os.environ['KRB5CCNAME']}"
+    do("user", "create", name, "Smith", "--template", "Staff", "--site", "Head Office", "--ou", MOVERS)
+    expect(f"ACL:POLAR\\{name}:ALLOWED", f"the list of the home, {way[1]}",
+           run("smbcacls", ticket, f"//fs1.{LIVE['DOMAIN']}/D$", f"Users/{name}").stdout)
+    at_home("fs1", name, "mkdir Mine")
+    do("user", "set", name, "description=Clerk", "disabled=yes")
+    expect("userAccountControl: 514", f"disabled, {way[1]}", account(name, "userAccountControl", "description"))
+    do("user", "set", name, "disabled=no")
+    do("user", "move", name, *TO_BRANCH)
+    expect("Mine", f"the home on the other server, {way[1]}", at_home("fs2", name, "ls"))
+    new = name + "2"
+    do("user", "rename", name, "--logon", new, "--full-name", new, "--rename-dirs")
+    expect("Mine", f"the home under the new name, {way[1]}", at_home("fs2", new, "ls"))
+    expect("description: Clerk", f"the renamed account, {way[1]}", account(new, "description"))
+    do("user", "delete", new, *EVERYTHING)
+    left = [str(path) for disk in DISKS.values() for path in disk.rglob(name + "*")]
+    expect_same((account(new), left, share("fs2", new + "$")), ("", [], ""), f"what is left, {way[1]}")
+
+
+def live_without_ticket():
+    for method in ("ldaps", "starttls"):
+        live_a_life("Life" + method, ["--method", method, *CA])
+
+
+def pause(server):
+    """It says nothing for two seconds, and goes on."""
+    holder = (STATE / server / "holder").read_text().strip()
+    own = [int(pid) for pid in filter(str.isdigit, os.listdir("/proc")) if pid != holder and
+           os.path.samefile(f"/proc/{pid}/ns/net", f"/proc/{holder}/ns/net")]
+    for number in (signal.SIGSTOP, signal.SIGCONT):
+        for pid in own:
+            os.kill(pid, number)
+        if number == signal.SIGSTOP:
+            time.sleep(2)
+
+
 def made_on(server):
     """Names of the accounts that the import made there."""
     told = run("ldapsearch", "-LLL", "-Q", "-N", "-Y", "GSSAPI", "-H", f"ldap://{server}.{LIVE['DOMAIN']}", "-b",
@@ -91,9 +140,11 @@ def fail_over():
     twk("template", "add", "Plain", "--group", "Domain Users", "--primary-group", "Domain Users")
     pathlib.Path("over.csv").write_text("".join(f"over{i},,Smith\n" for i in range(120)), encoding="utf-8")
     child = subprocess.Popen(twk_command("--json", "user", "import", "over.csv", "--template", "Plain", "--site", "Head Office",
-                                         "--ou", "OU=Movers,DC=hq,DC=north,DC=example", "--skip-prompts"),
+                                         "--ou", MOVERS, "--skip-prompts"),
                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
-    lines = [child.stdout.readline() for _ in range(20)]
+    lines = [child.stdout.readline() for _ in range(10)]
+    pause("dc1")
+    lines += [child.stdout.readline() for _ in range(10)]
     run(LIVE["CONTROL"], "stop", "dc1")
     rest, complaints = child.communicate(timeout=300)
     rows = [json.loads(line) for line in (*lines, *rest.splitlines())]
@@ -114,9 +165,11 @@ def lose_file_server():
     names = [f"Files{i}" for i in range(14)]
     pathlib.Path("files.csv").write_text("".join(f"{name},,Smith\n" for name in names), encoding="utf-8")
     child = subprocess.Popen(twk_command("--json", "user", "import", "files.csv", "--template", "Staff", "--site", "Head Office",
-                                         "--ou", "OU=Movers,DC=hq,DC=north,DC=example", "--skip-prompts"),
+                                         "--ou", MOVERS, "--skip-prompts"),
                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8")
-    lines = [child.stdout.readline() for _ in range(4)]
+    lines = [child.stdout.readline() for _ in range(2)]
+    pause("fs1")
+    lines += [child.stdout.readline() for _ in range(2)]
     run(LIVE["CONTROL"], "stop", "fs1")
     rest, complaints = child.communicate(timeout=300)
     lights = [row["light"] for row in map(json.loads, (*lines, *rest.splitlines())) if "line" in row]
@@ -296,4 +349,4 @@ def delete():
     expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
-go_through(prepare, log_on, attack, rename, move, delete, lose_file_server, fail_over, prefer_own_site, log_on_without_ntlm)
+go_through(prepare, log_on, live_without_ticket, attack, rename, move, delete, lose_file_server, fail_over, prefer_own_site, log_on_without_ntlm)
