@@ -155,6 +155,8 @@ QLabel* make_hint(Desktop& session, QWidget* parent) {
   const auto show = [&session, hint] { hint->setText(hint_of(session)); };
   show();
   keep(*hint, session.domain.mode_known.watch(show));
+  // Whoever made one knows it, and the room is for what was made.
+  follow(*hint, session.new_user.card_visible, [hint](bool shown) { hint->setVisible(!shown); });
   keep(*hint, session.form1.NUsitename.watch_items(show));
   keep(*hint, session.form1.nutemplate.watch_items(show));
   return hint;
