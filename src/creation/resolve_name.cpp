@@ -6,7 +6,11 @@
 #include "creation/account_name.hpp"
 #include "creation/known_person.hpp"
 #include "creation/validate_request.hpp"
+#include "directory/names.hpp"
 #include "directory/tree/tree.hpp"
+#include "platform/ldap_text.hpp"
+#include "platform/query.hpp"
+#include "session/log_tab.hpp"
 #include "session/session.hpp"
 #include "session/settings.hpp"
 #include "stores/side_tables.hpp"
@@ -84,6 +88,39 @@ Step refuse_sam_name(CreationRun& run, const char* status) {
   return Step::kEnd;
 }
 
+/// Where users of the domain may be whom the tree does not show.
+std::string searched_base(const Session& session) {
+  const std::string& unit = session.ManagedOU;
+  return "LDAP://" + session.DomainName + "/" +
+         (unit.empty() ? directory::domain_distinguished_name(session.DomainName) : unit);
+}
+
+/// True for a name that the tree would show as taken if all of it had been read. An import goes by what was.
+bool is_taken_in_unread_part(Session& session, const std::string& name) {
+  const std::string_view in_filter = std::string_view(name).substr(0, name.find(','));
+  if (session.import.Importing || session.LoadAllUsersFlag || in_filter.empty() ||
+      !session::is_active_directory(session))
+    return false;
+  bool taken = false;
+  // Where nobody answers, the account cannot be made either.
+  base::Trap unanswered;
+  unanswered([&] {
+    const auto rows = session.platform.query.execute(
+        {searched_base(session),
+         "(&(objectCategory=person)(objectClass=user)(cn=" +
+             platform::escape_filter_value(std::string(in_filter)) + "*))",
+         {"ADsPath"},
+         session.ManagedOU.empty() || session.ManageSubOUs ? platform::Scope::kSubtree
+                                                           : platform::Scope::kOneLevel},
+        {});
+    for (; !taken && !rows->at_eof(); rows->MoveNext())
+      taken = base::starts_with_fold(directory::name_in_path(rows->field(0).text()), "CN=" + name);
+  });
+  if (taken)
+    session::LOG_TAB(session, session::kRed, " User Name " + name + " already exist");
+  return taken;
+}
+
 }  // namespace
 
 const std::string* next_format(Session& session, const NameFormats& formats) {
@@ -108,7 +145,7 @@ Step ResolveCollision(CreationRun& run) {
   Session& session = run.session;
   if (!run.request.stages.account)
     return Step::kGoOn;
-  if (!directory::User_Exist(session, run.UserId)) {
+  if (!directory::User_Exist(session, run.UserId) && !is_taken_in_unread_part(session, run.UserId)) {
     begin_work(run);
     return Step::kGoOn;
   }
