@@ -48,7 +48,7 @@ class KindTest {
       return is_kind;
     });
     // Classes come first in an entry, and turn most away without a look at the rest of it.
-    std::ranges::stable_partition(conditions_, [](const Condition& condition) {
+    std::stable_partition(conditions_.begin(), conditions_.end(), [](const Condition& condition) {
       return base::equals_fold(condition.filter.attribute, "objectClass");
     });
   }
