@@ -30,10 +30,9 @@ Undone leave_changed(const std::string& what) {
   return {what + ", which is not what the run left: it stays", false};
 }
 
-bool is_in(const Session& session, const ObjectPtr& account, const ObjectPtr& bound,
-           const std::string& group_path) {
+bool is_in(const Session& session, const ObjectPtr& account, const std::string& group_path) {
   if (!session::is_active_directory(session))
-    return bound->IsMember(account->ADsPath());
+    return session.platform.directory.GetObject(group_path)->IsMember(account->ADsPath());
   const std::string_view group = directory::name_in_path(group_path);
   const platform::ValueList groups = platform::value_or_empty(*account, "memberOf").list();
   return std::ranges::any_of(
@@ -58,9 +57,9 @@ Undone set_disabled(const ObjectPtr& account, bool disabled) {
 
 Undone set_membership(Session& session, const ObjectPtr& account, const std::string& path, bool member) {
   const std::string group = name_of_group(session, path);
-  const ObjectPtr bound = session.platform.directory.GetObject(path);
-  if (is_in(session, account, bound, path) == member)
+  if (is_in(session, account, path) == member)
     return {(member ? "is in " : "is not in ") + group + " already"};
+  const ObjectPtr bound = session.platform.directory.GetObject(path);
   if (member)
     bound->Add(account->ADsPath());
   else
