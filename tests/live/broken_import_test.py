@@ -173,6 +173,14 @@ def rehearse():
         expect_same(lights, ["YELLOW" if number < 2 else "GREEN"], f"the password {password}")
     twk("settings", "set", "Setup", "Password", text="Welcome-2-Work")
 
+    run("samba-tool", "domain", "passwordsettings", "pso", "create", "Long", "1", "--min-pwd-length=20", "--min-pwd-age=0", "-s", CONF)
+    run("samba-tool", "domain", "passwordsettings", "pso", "apply", "Long", "Al.Taken", "-s", CONF)
+    for name in ("Al.Taken", "Policy3.Smith"):
+        foretold, done = (twk("user", "reset-password", name, "--password-stdin", *how, text="Enough-of-1-kind", codes=None).returncode
+                          for how in (("--dry-run",), ()))
+        expect_same((foretold, done), (2, 2) if name == "Al.Taken" else (0, 0), f"the rules of {name}")
+    run("samba-tool", "domain", "passwordsettings", "pso", "delete", "Long", "-s", CONF)
+
 
 def most_sent(order):
     """The call that an import makes most to send something, and how often."""

@@ -254,27 +254,49 @@ std::string LiveDomain::primary_controller() {
   return name;
 }
 
-std::optional<ads::PasswordRules> LiveDomain::password_rules() {
+void LiveDomain::read_password_rules() {
   const auto now = std::chrono::steady_clock::now();
   if (now < password_rules_until_)
-    return password_rules_;
+    return;
   constexpr std::int32_t kComplex = 1;  // DOMAIN_PASSWORD_COMPLEX, [MS-SAMR] 2.2.3.2
-  bool has_others = false;
   LdapSearch others;
   others.base = "CN=Password Settings Container,CN=System," + root_dn();
   others.scope = platform::Scope::kOneLevel;
   others.filter = "(objectClass=msDS-PasswordSettings)";
   others.attributes = {"1.1"};
+  bool found = false;
   base::Trap without_container;
-  without_container([&] { ldap().search(others, [&](LdapEntry&&) { return !(has_others = true); }); });
+  without_container([&] { ldap().search(others, [&](LdapEntry&&) { return !(found = true); }); });
   const LdapEntry root = ldap().read(root_dn(), {"minPwdLength", "pwdProperties"});
-  password_rules_.reset();
-  if (!has_others) {
-    password_rules_ = {static_cast<int>(base::val(root.first("minPwdLength"))),
-                       (static_cast<std::int32_t>(base::val(root.first("pwdProperties"))) & kComplex) != 0};
-  }
+  password_rules_ = {static_cast<int>(base::val(root.first("minPwdLength"))),
+                     (static_cast<std::int32_t>(base::val(root.first("pwdProperties"))) & kComplex) != 0};
+  has_own_password_rules_ = found;
   password_rules_until_ = now + kTakenForTrue;
-  return password_rules_;
+}
+
+std::optional<ads::PasswordRules> LiveDomain::password_rules() {
+  read_password_rules();
+  return has_own_password_rules_ ? std::nullopt : std::optional(password_rules_);
+}
+
+std::optional<ads::PasswordRules> LiveDomain::password_rules_of(const std::string& dn) {
+  read_password_rules();
+  if (!has_own_password_rules_)
+    return password_rules_;
+  const std::string own = ldap().read(dn, {"msDS-ResultantPSO"}).first("msDS-ResultantPSO");
+  if (own.empty())
+    return password_rules_;
+  std::optional<ads::PasswordRules> rules;
+  base::Trap unreadable;
+  unreadable([&] {
+    const LdapEntry entry =
+        ldap().read(own, {"msDS-MinimumPasswordLength", "msDS-PasswordComplexityEnabled"});
+    const std::string length = entry.first("msDS-MinimumPasswordLength");
+    const std::string complexity = entry.first("msDS-PasswordComplexityEnabled");
+    if (!length.empty() && !complexity.empty())
+      rules = {static_cast<int>(base::val(length)), base::equals_fold(complexity, "TRUE")};
+  });
+  return rules;
 }
 
 std::optional<LdapEntry> LiveDomain::find_sid(const platform::Sid& sid,

@@ -84,9 +84,11 @@ class LiveDomain {
   /// The NetBIOS name of the controller that a domain's clients of the old kind write to, as the directory
   /// has it: asking by a remote call would take a logon to a file server. Empty when it cannot be read.
   std::string primary_controller();
-  /// What the domain requires of passwords; none where some accounts have rules of their own, of which only
-  /// the controller knows whose they are. Kept for ten seconds.
+  /// What the domain requires of the password of a new account; none where some accounts have rules of their
+  /// own, since only the controller knows which ones it will have. Kept for ten seconds.
   std::optional<ads::PasswordRules> password_rules();
+  /// The same of an account that exists; none where its own rules cannot be read.
+  std::optional<ads::PasswordRules> password_rules_of(const std::string& dn);
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 
@@ -110,6 +112,7 @@ class LiveDomain {
   /// The controller that the domain has turned to, if that is another; once `host` is gone, one that answers,
   /// which is the domain's from here on. Empty when there is none, or the settings name the one to use.
   std::string another_controller(const std::string& host, bool is_gone);
+  void read_password_rules();
   LdapConnection& catalogue_of(std::string_view server);
   /// The kept connection of that key, made by `make` when there is none.
   LdapConnection& kept(const std::string& key, std::string_view server, bool catalogue);
@@ -125,7 +128,8 @@ class LiveDomain {
   std::map<std::string, KnownSid> sids_;           ///< by name, in capitals
   std::size_t sids_known_at_ = 0;                  ///< how many changes of names there had been
   std::optional<Facts> facts_;
-  std::optional<ads::PasswordRules> password_rules_;
+  ads::PasswordRules password_rules_;    ///< of accounts without own ones
+  bool has_own_password_rules_ = false;  ///< some accounts
   std::chrono::steady_clock::time_point password_rules_until_;
   std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;

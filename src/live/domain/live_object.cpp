@@ -289,7 +289,8 @@ void LiveObject::foresee_password(std::string_view password) {
   if (entry_.origin().is_foreign())
     return;
   // Whether an account's name may be part of its password, servers do not agree.
-  const auto rules = entry_.origin().domain->password_rules();
+  LiveDomain& domain = *entry_.origin().domain;
+  const auto rules = entry_.is_new() ? domain.password_rules() : domain.password_rules_of(entry_.dn());
   const std::string why = rules ? ads::why_password_is_refused(*rules, password, {}) : std::string();
   if (!why.empty())
     base::raise(ads_error::kPasswordPolicy, "The password " + why);

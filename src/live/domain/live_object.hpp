@@ -57,6 +57,7 @@ class LiveEntry final : public ads::AttributeAccess {
   /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
   /// for anything that is not a new account.
   bool add_with_password(std::string_view password);
+  [[nodiscard]] bool is_new() const { return new_; }
   /// Of the values that are stored.
   [[nodiscard]] std::vector<std::string> attribute_names();
   /// All values of a link, even when the server returns them in ranges.
