@@ -49,20 +49,21 @@ ObjectPtr bind(Session& session, const std::string& path) {
   return object;
 }
 
-/// True for an account that came into being once the line had begun, by the clock of its server. A WinNT
-/// domain does not tell; the name was free when the import began, and nobody may have logged on to the
-/// account since.
-bool is_as_young(const ObjectPtr& account, const RecordedLine& line) {
-  if (base::starts_with_fold(line.begun, "WinNT:")) {
-    const platform::Value last_logon = platform::value_or_empty(*account, "LastLogin");
-    return last_logon.is_empty() || last_logon.text() == "0";
-  }
+/// Raises for an account that did not come into being while the line was made, by the clock of its server:
+/// somebody else may have made it, before or, by hand, when the import had failed. A WinNT domain does not
+/// tell.
+void require_age_of_line(const ObjectPtr& account, const RecordedLine& line) {
   constexpr std::int64_t kAllowedSkew = std::int64_t{5} * 60 * 10'000'000;
-  bool young = false;
+  constexpr std::int64_t kLongestAnswer = std::int64_t{5} * 60 * 10'000'000;
+  std::int64_t made_at = 0;
   base::Trap unknown;
-  unknown(
-      [&] { young = base::to_filetime(account->Get("whenCreated").date()) + kAllowedSkew >= line.begun_at; });
-  return young;
+  if (!unknown([&] { made_at = base::to_filetime(account->Get("whenCreated").date()); }))
+    base::raise(base::error::kPermissionDenied,
+                "the domain does not tell when it was made: delete it if it is the import's");
+  if (made_at + kAllowedSkew < line.begun_at)
+    base::raise(base::error::kPermissionDenied, "it is older than the import: someone else made it");
+  if (made_at > line.begun_at + kAllowedSkew + kLongestAnswer)
+    base::raise(base::error::kPermissionDenied, "it was made later than by the import: someone else made it");
 }
 
 /// The account that a line made; none when it is gone. One without an identifier, because the run was broken
@@ -78,8 +79,8 @@ ObjectPtr find_account(Undo& undo, const RecordedLine& line) {
     undo.foreign = there != nullptr;
     return account_by_sid(undo.session, made->sid);
   }
-  if (there != nullptr && !recorded && !is_as_young(there, line))
-    base::raise(base::error::kPermissionDenied, "it is older than the import: someone else made it");
+  if (there != nullptr && !recorded)
+    require_age_of_line(there, line);
   return there;
 }
 
