@@ -24,8 +24,9 @@ using session::Session;
 struct Undo {
   Session& session;
   bool complete = true;
-  bool deleted = true;   ///< the account is gone
-  bool foreign = false;  ///< its path leads to somebody else's by now, and so may all that bore its name
+  bool deleted = true;    ///< the account is gone
+  bool foreign = false;   ///< its path leads to somebody else's by now, and so may all that bore its name
+  bool doubtful = false;  ///< the account may be the person's, and not the import's
 
   void keep(const std::string& what, std::string_view why) {
     session.log.reason(what + " is kept", why);
@@ -52,18 +53,20 @@ ObjectPtr bind(Session& session, const std::string& path) {
 /// Raises for an account that did not come into being while the line was made, by the clock of its server:
 /// somebody else may have made it, before or, by hand, when the import had failed. A WinNT domain does not
 /// tell.
-void require_age_of_line(const ObjectPtr& account, const RecordedLine& line) {
+void require_age_of_line(Undo& undo, const ObjectPtr& account, const RecordedLine& line) {
   constexpr std::int64_t kAllowedSkew = std::int64_t{5} * 60 * 10'000'000;
   constexpr std::int64_t kLongestAnswer = std::int64_t{5} * 60 * 10'000'000;
   std::int64_t made_at = 0;
   base::Trap unknown;
+  undo.doubtful = true;
   if (!unknown([&] { made_at = base::to_filetime(account->Get("whenCreated").date()); }))
     base::raise(base::error::kPermissionDenied,
                 "the domain does not tell when it was made: delete it if it is the import's");
-  if (made_at + kAllowedSkew < line.begun_at)
-    base::raise(base::error::kPermissionDenied, "it is older than the import: someone else made it");
   if (made_at > line.begun_at + kAllowedSkew + kLongestAnswer)
     base::raise(base::error::kPermissionDenied, "it was made later than by the import: someone else made it");
+  undo.doubtful = false;
+  if (made_at + kAllowedSkew < line.begun_at)
+    base::raise(base::error::kPermissionDenied, "it is older than the import: someone else made it");
 }
 
 /// The account that a line made; none when it is gone. One without an identifier, because the run was broken
@@ -80,7 +83,7 @@ ObjectPtr find_account(Undo& undo, const RecordedLine& line) {
     return account_by_sid(undo.session, made->sid);
   }
   if (there != nullptr && !recorded)
-    require_age_of_line(there, line);
+    require_age_of_line(undo, there, line);
   return there;
 }
 
@@ -163,7 +166,7 @@ bool has_account(Session& session, const RecordedLine& line) {
   ObjectPtr account;
   base::Trap of_others;
   of_others([&] { account = find_account(undo, line); });
-  return account != nullptr;
+  return account != nullptr || undo.doubtful;
 }
 
 session::RunOutcome take_back(Session& session, const RecordedLine& line) {

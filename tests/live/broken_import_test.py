@@ -176,7 +176,7 @@ def rehearse():
     run("samba-tool", "domain", "passwordsettings", "pso", "create", "Long", "1", "--min-pwd-length=20", "--min-pwd-age=0", "-s", CONF)
     run("samba-tool", "domain", "passwordsettings", "pso", "apply", "Long", "Al.Taken", "-s", CONF)
     for name in ("Al.Taken", "Policy3.Smith"):
-        foretold, done = (twk("user", "reset-password", name, "--password-stdin", *how, text="Enough-of-1-kind", codes=None).returncode
+        foretold, done = (twk("--yes", "user", "reset-password", name, "--password-stdin", *how, text="Enough-of-1-kind", codes=None).returncode
                           for how in (("--dry-run",), ()))
         expect_same((foretold, done), (2, 2) if name == "Al.Taken" else (0, 0), f"the rules of {name}")
     run("samba-tool", "domain", "passwordsettings", "pso", "delete", "Long", "-s", CONF)
