@@ -167,7 +167,18 @@ TEST_F(EntryStoreTest, IndexesFollowChanges) {
   EXPECT_EQ(store->find_account("anna"), store->find(ann_));
   EXPECT_THAT(store->with_primary_group("513"), IsEmpty());
   EXPECT_THAT(store->with_primary_group("514"), ElementsAre(store->find(ann_)));
-  store->remove(ann_, nullptr);
+  // Of a name the first eight bytes count, as a filter compares them.
+  store->add("CN=Zoë," + west_, {{"objectClass", {"user"}}, {"cn", {"Zoë  Ray and others"}}}, nullptr);
+  const Entry* const zoe = store->find("CN=Zoë," + west_);
+  for (const char* const piece : {"z", "ZOË R", "zoë ray a"})
+    EXPECT_THAT(store->with_name_beginning(piece), ElementsAre(zoe)) << piece;
+  EXPECT_THAT(store->with_name_beginning("an"), ElementsAre(store->find(ann_)));
+  store->rename(ann_, "CN=Bea", "", nullptr);
+  const std::string bea = "CN=Bea," + west_;
+  EXPECT_THAT(store->with_name_beginning("an"), IsEmpty());
+  EXPECT_THAT(store->with_name_beginning("be"), ElementsAre(store->find(bea)));
+  store->remove(bea, nullptr);
+  EXPECT_THAT(store->with_name_beginning("b"), IsEmpty());
   EXPECT_EQ(store->find_account("anna"), nullptr);
   EXPECT_EQ(store->find_principal("ann@twk.test"), nullptr);
   EXPECT_THAT(store->with_primary_group("514"), IsEmpty());

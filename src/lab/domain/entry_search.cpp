@@ -118,9 +118,12 @@ const Entry* find_if_dn(const LabDomain& domain, std::string_view text) {
   return found;
 }
 
-/// The entries that an equality on an indexed attribute leaves; none when the attribute has no index, or its
-/// index names one entry where a directory may hold several.
+/// The entries that an equality on an indexed attribute leaves, or the beginning of a common name; none when
+/// the attribute has no index, or its index names one entry where a directory may hold several.
 std::optional<std::vector<const Entry*>> indexed(const LabDomain& domain, const Filter& filter) {
+  if (filter.kind == Filter::Kind::kSubstrings && base::equals_fold(filter.attribute, "cn") &&
+      !filter.pieces.front().empty())
+    return domain.store.with_name_beginning(filter.pieces.front());
   if (filter.kind != Filter::Kind::kEqual)
     return std::nullopt;
   const auto one = [](const Entry* entry) {
@@ -152,9 +155,7 @@ std::optional<std::vector<const Entry*>> candidates_of_any(const LabDomain& doma
       return std::nullopt;
     all.insert(all.end(), found->begin(), found->end());
   }
-  std::ranges::sort(all);
-  all.erase(std::unique(all.begin(), all.end()), all.end());
-  return all;
+  return EntryStore::in_order(std::move(all));
 }
 
 std::optional<std::vector<const Entry*>> candidates(const LabDomain& domain, const Filter& filter) {

@@ -45,6 +45,13 @@ const Entry* entry_of(const Node* node) {
   return node == nullptr ? nullptr : &node->entry;
 }
 
+std::vector<const Entry*> entries_of(const std::vector<const Node*>& nodes) {
+  std::vector<const Entry*> entries;
+  for (const Node* const node : nodes)
+    entries.push_back(&node->entry);
+  return entries;
+}
+
 }  // namespace
 
 class EntryStore::Implementation {
@@ -371,9 +378,16 @@ const Entry* EntryStore::find_sid(std::string_view sid_bytes) const {
 }
 
 std::vector<const Entry*> EntryStore::with_primary_group(std::string_view rid) const {
-  std::vector<const Entry*> entries;
-  for (const Node* node : files().tree().with_primary_group(rid))
-    entries.push_back(&node->entry);
+  return in_order(entries_of(files().tree().with_primary_group(rid)));
+}
+
+std::vector<const Entry*> EntryStore::with_name_beginning(std::string_view piece) const {
+  return in_order(entries_of(files().tree().with_name_beginning(piece)));
+}
+
+std::vector<const Entry*> EntryStore::in_order(std::vector<const Entry*> entries) {
+  std::ranges::sort(entries, {}, [](const Entry* entry) { return entry->node_->sequence; });
+  entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
   return entries;
 }
 

@@ -62,6 +62,10 @@ class EntryStore {
   [[nodiscard]] const Entry* find_principal(std::string_view user_principal_name) const;
   [[nodiscard]] const Entry* find_sid(std::string_view sid_bytes) const;
   [[nodiscard]] std::vector<const Entry*> with_primary_group(std::string_view rid) const;
+  /// Those whose common name may begin so.
+  [[nodiscard]] std::vector<const Entry*> with_name_beginning(std::string_view piece) const;
+  /// Each of the entries once, in the order they were added.
+  static std::vector<const Entry*> in_order(std::vector<const Entry*> entries);
   /// True when `user` is a direct member of `group`, by link.
   [[nodiscard]] bool is_member(const Entry& group, const Entry& user) const;
   /// The direct children, in the order they were added. `visit` returns False to stop.

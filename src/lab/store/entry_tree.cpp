@@ -6,6 +6,7 @@
 #include "ads/dn.hpp"
 #include "base/text.hpp"
 #include "lab/store/dn_hash.hpp"
+#include "lab/store/filter.hpp"
 
 namespace twk::lab {
 namespace {
@@ -38,7 +39,8 @@ EntryTree::EntryTree()
       by_account_{pool_.intern("sAMAccountName"), folded_hash},
       by_principal_{pool_.intern("userPrincipalName"), folded_hash},
       by_sid_{pool_.intern("objectSid"), byte_hash},
-      by_primary_group_{pool_.intern("primaryGroupID"), byte_hash} {
+      by_primary_group_{pool_.intern("primaryGroupID"), byte_hash},
+      by_name_beginning_{pool_.intern("cn"), beginning_key} {
   top_.by_dn.hash = kHashSeed;
 }
 
@@ -81,32 +83,46 @@ std::string_view EntryTree::first_value(const Node& node, AttributeId id) const 
   return found;
 }
 
+template <typename Visit>
+void EntryTree::each_key(const ValueIndex& index, const Node& node, Visit visit) const {
+  pool_.each(node.block, [&](AttributeId id, std::string_view value) {
+    if (id == index.id)
+      visit(ValueIndex::Key(index.number(value), node.sequence));
+    return true;
+  });
+}
+
 void EntryTree::build(ValueIndex& index) const {
   index.is_built = true;
   for (const std::unique_ptr<Node>& node : nodes_) {
-    if (const auto value = first_value(*node, index.id); value.data() != nullptr)
-      index.sorted.emplace_back(ValueIndex::Key(index.hash(value), node->sequence), node.get());
+    each_key(index, *node, [&](const ValueIndex::Key& key) { index.sorted.emplace_back(key, node.get()); });
   }
   std::sort(index.sorted.begin(), index.sorted.end());
 }
 
 template <typename Visit>
-Node* EntryTree::find_value(ValueIndex& index, std::string_view value, Visit visit) const {
+Node* EntryTree::find_keys(ValueIndex& index, std::uint64_t from, std::uint64_t to, Visit visit) const {
   if (!index.is_built)
     build(index);
-  const std::uint64_t hash = index.hash(value);
   const auto search = [&](auto entry, auto end) -> Node* {
-    for (; entry != end && entry->first.first == hash; ++entry) {
+    for (; entry != end && entry->first.first <= to; ++entry) {
       Node* const node = entry->second;
-      if (node != nullptr && visit(*node, first_value(*node, index.id)))
+      if (node != nullptr && visit(*node))
         return node;
     }
     return nullptr;
   };
-  const std::pair<ValueIndex::Key, Node*> start({hash, 0}, nullptr);
+  const std::pair<ValueIndex::Key, Node*> start({from, 0}, nullptr);
   Node* const found =
       search(std::lower_bound(index.sorted.begin(), index.sorted.end(), start), index.sorted.end());
   return found != nullptr ? found : search(index.later.lower_bound(start.first), index.later.end());
+}
+
+template <typename Visit>
+Node* EntryTree::find_value(ValueIndex& index, std::string_view value, Visit visit) const {
+  const std::uint64_t number = index.number(value);
+  return find_keys(index, number, number,
+                   [&](const Node& node) { return visit(node, first_value(node, index.id)); });
 }
 
 Node* EntryTree::find_account(std::string_view name) const {
@@ -130,8 +146,16 @@ std::vector<const Node*> EntryTree::with_primary_group(std::string_view rid) con
       found.push_back(&node);
     return false;
   });
-  std::sort(found.begin(), found.end(),
-            [](const Node* a, const Node* b) { return a->sequence < b->sequence; });
+  return found;
+}
+
+std::vector<const Node*> EntryTree::with_name_beginning(std::string_view piece) const {
+  std::vector<const Node*> found;
+  const auto [from, to] = beginning_keys(piece);
+  find_keys(by_name_beginning_, from, to, [&](const Node& node) {
+    found.push_back(&node);
+    return false;
+  });
   return found;
 }
 
@@ -315,27 +339,24 @@ void EntryTree::resolve_links(Node& node) {
 }
 
 void EntryTree::index_keys(Node& node) {
-  for (ValueIndex* const index : {&by_account_, &by_principal_, &by_sid_, &by_primary_group_}) {
-    if (!index->is_built)
-      continue;
-    if (const auto value = first_value(node, index->id); value.data() != nullptr)
-      index->later.insert_or_assign({index->hash(value), node.sequence}, &node);
+  for (ValueIndex* const index : indexes()) {
+    if (index->is_built)
+      each_key(*index, node, [&](const ValueIndex::Key& key) { index->later.insert_or_assign(key, &node); });
   }
 }
 
 /// Before its attributes change.
 void EntryTree::forget_keys(Node& node) {
-  for (ValueIndex* const index : {&by_account_, &by_principal_, &by_sid_, &by_primary_group_}) {
+  for (ValueIndex* const index : indexes()) {
     if (!index->is_built)
       continue;
-    const auto value = first_value(node, index->id);
-    if (value.data() == nullptr)
-      continue;
-    const ValueIndex::Key key(index->hash(value), node.sequence);
-    const auto sorted = std::lower_bound(index->sorted.begin(), index->sorted.end(),
-                                         std::pair<ValueIndex::Key, Node*>(key, nullptr));
-    if (index->later.erase(key) == 0 && sorted != index->sorted.end() && sorted->first == key)
-      sorted->second = nullptr;
+    each_key(*index, node, [&](const ValueIndex::Key& key) {
+      index->later.erase(key);
+      const std::pair<ValueIndex::Key, Node*> start(key, nullptr);
+      for (auto one = std::lower_bound(index->sorted.begin(), index->sorted.end(), start);
+           one != index->sorted.end() && one->first == key; ++one)
+        one->second = nullptr;
+    });
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <deque>
 #include <functional>
 #include <map>
@@ -55,8 +56,9 @@ class EntryTree {
   [[nodiscard]] Node* find_account(std::string_view name) const;
   [[nodiscard]] Node* find_principal(std::string_view name) const;
   [[nodiscard]] Node* find_sid(std::string_view bytes) const;
-  /// In the order they were added.
+  /// In no order; of the second, some of whose common name may begin so, RFC 4519, one may come twice.
   [[nodiscard]] std::vector<const Node*> with_primary_group(std::string_view rid) const;
+  [[nodiscard]] std::vector<const Node*> with_name_beginning(std::string_view piece) const;
   /// The membership between two stored entries, or null; `end` is the one opposite `side`.
   [[nodiscard]] Link* find_link(Side side, const Node& node, const Node& end) const;
   /// The membership of `node` whose other end is not stored and has that name, or null.
@@ -94,19 +96,28 @@ class EntryTree {
   void destroy(Link& link);
 
   AttributePool pool_;
-  /// The entries by the first value of an attribute: by its hash. Built at
-  /// the first question, from when on changes are kept beside what was sorted then.
+  /// The entries by the values of an attribute: by a number that a value has. Built at the first question,
+  /// from when on changes are kept beside what was sorted then.
   struct ValueIndex {
     using Key = std::pair<std::uint64_t, std::uint64_t>;
     AttributeId id;
-    std::uint64_t (*hash)(std::string_view value);
+    std::uint64_t (*number)(std::string_view value);
     bool is_built = false;
     std::vector<std::pair<Key, Node*>> sorted = {};  ///< without a node where it was removed
     std::map<Key, Node*> later = {};
   };
+  [[nodiscard]] std::array<ValueIndex*, 5> indexes() {
+    return {&by_account_, &by_principal_, &by_sid_, &by_primary_group_, &by_name_beginning_};
+  }
   void build(ValueIndex& index) const;
-  /// Calls `visit(node, value)` for the entries with that hash of the attribute's value until it returns
-  /// true; that entry, or null.
+  /// Calls `visit(key)` for each key that an entry has in an index.
+  template <typename Visit>
+  void each_key(const ValueIndex& index, const Node& node, Visit visit) const;
+  /// Calls `visit(node)` for the entries with a key from one number to another, until it returns true; that
+  /// entry, or null.
+  template <typename Visit>
+  Node* find_keys(ValueIndex& index, std::uint64_t from, std::uint64_t to, Visit visit) const;
+  /// The same for those with the number of a value; `visit` gets the first value, too.
   template <typename Visit>
   Node* find_value(ValueIndex& index, std::string_view value, Visit visit) const;
 
@@ -125,6 +136,7 @@ class EntryTree {
   mutable ValueIndex by_principal_;
   mutable ValueIndex by_sid_;
   mutable ValueIndex by_primary_group_;
+  mutable ValueIndex by_name_beginning_;
   HashTable<Link, &Link::hook> links_;       ///< both ends stored, by both
   HashTable<Link, &Link::hook> text_links_;  ///< one end stored, by the other's name
 };

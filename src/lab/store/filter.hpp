@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// Search filters, RFC 4515.
@@ -48,5 +49,11 @@ using AttributeReader = std::function<std::vector<std::string_view>(std::string_
 /// "not". "objectCategory" equals its short class name ("person") as well as the full name of the category;
 /// DNs compare as names, however spelled. "~=" means "=". An unknown matching rule gives "undefined".
 bool matches(const Filter& filter, const AttributeReader& read);
+
+/// The first eight bytes of a stored text as `matches` compares it, the first one highest, so that texts
+/// which begin alike have neighbouring keys; and the least and the greatest key of texts that begin with an
+/// initial piece.
+std::uint64_t beginning_key(std::string_view stored);
+std::pair<std::uint64_t, std::uint64_t> beginning_keys(std::string_view piece);
 
 }  // namespace twk::lab

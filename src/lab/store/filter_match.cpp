@@ -125,6 +125,14 @@ bool has_pieces(std::string_view stored, const std::vector<std::string>& pieces)
   return rest.ends_with(folded(pieces.back()));
 }
 
+/// Eight of them, with `filler` for those that are missing.
+std::uint64_t first_bytes(std::string_view text, unsigned char filler) {
+  std::uint64_t bytes = 0;
+  for (std::size_t i = 0; i < sizeof bytes; ++i)
+    bytes = bytes << 8U | (i < text.size() ? static_cast<unsigned char>(text[i]) : filler);
+  return bytes;
+}
+
 Truth any_value(const Filter& filter, const AttributeReader& read,
                 const std::function<bool(std::string_view stored)>& holds) {
   const std::vector<std::string_view> values = read(filter.attribute);
@@ -211,6 +219,15 @@ Truth evaluate(const Filter& filter, const AttributeReader& read) {
 
 bool matches(const Filter& filter, const AttributeReader& read) {
   return evaluate(filter, read) == Truth::kTrue;
+}
+
+std::uint64_t beginning_key(std::string_view stored) {
+  return first_bytes(folded_whole(stored), 0);
+}
+
+std::pair<std::uint64_t, std::uint64_t> beginning_keys(std::string_view piece) {
+  const std::string text = folded(piece);
+  return {first_bytes(text, 0), first_bytes(text, 0xFF)};
 }
 
 }  // namespace twk::lab
