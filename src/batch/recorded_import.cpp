@@ -3,8 +3,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/adsi.hpp"
-#include "platform/network.hpp"
-#include "platform/security.hpp"
+#include "resources/share502.hpp"
 #include "session/log_tab.hpp"
 #include "session/session.hpp"
 
@@ -27,15 +26,6 @@ std::string kind_of(creation::MadeThing::Kind kind) {
       return "mailbox";
   }
   return {};
-}
-
-/// Asked of a line that did not get all: whether it is because nobody answers. A refusal is an answer.
-bool is_file_server_lost(session::Session& session) {
-  const std::string server(base::trim(session.ActiveSite.NTServer));
-  base::Trap trap;
-  return !server.empty() && !trap([&] { session.platform.network.NetShareGetInfo(server, "IPC$"); }) &&
-         trap.number() != platform::network_error::kShareNotFound &&
-         trap.number() != platform::security_error::kAccessDenied;
 }
 
 }  // namespace
@@ -81,6 +71,7 @@ void RecordedImport::begin_line(std::int32_t number, std::string_view raw) {
   number_ = number;
   raw_ = raw;
   made_account_ = false;
+  lacks_files_ = false;
 }
 
 void RecordedImport::pass_line(std::int32_t number, std::string_view raw) {
@@ -97,7 +88,9 @@ void RecordedImport::end_line(const session::CreationOutcome& outcome) {
                                                      : outcome.light}};
     if (outcome.is_unsure)
       entry.add("unsure", true);
-    if (made_account_ && outcome.light != session::kGreen && is_file_server_lost(session_))
+    const std::string server(base::trim(session_.ActiveSite.NTServer));
+    if (made_account_ && lacks_files_ && !server.empty() &&
+        resources::is_without_answer(session_, server, "IPC$"))
       entry.add("unfinished", true);
     write(entry);
   }
@@ -111,6 +104,14 @@ void RecordedImport::finish(std::string_view end) {
 
 void RecordedImport::names(const creation::NewUserRequest& request) {
   watcher_.names(request);
+}
+
+void RecordedImport::stage(creation::Stage stage, creation::StageState state) {
+  using creation::Stage;
+  const bool is_of_files =
+      stage == Stage::kDirectories || stage == Stage::kShares || stage == Stage::kPermissions;
+  lacks_files_ = lacks_files_ || (is_of_files && state != creation::StageState::kCompleted);
+  watcher_.stage(stage, state);
 }
 
 void RecordedImport::makes_account(std::string_view account, std::string_view path) {

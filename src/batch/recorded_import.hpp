@@ -39,7 +39,7 @@ class RecordedImport final : public ImportView {
   void names(const creation::NewUserRequest& request) override;
   void lock() override { watcher_.lock(); }
   void unlock() override { watcher_.unlock(); }
-  void stage(creation::Stage stage, creation::StageState state) override { watcher_.stage(stage, state); }
+  void stage(creation::Stage stage, creation::StageState state) override;
   void makes_account(std::string_view account, std::string_view path) override;
   void makes(const creation::MadeThing& thing) override;
   void made(const creation::MadeThing& thing) override;
@@ -62,6 +62,7 @@ class RecordedImport final : public ImportView {
   std::unique_ptr<RemainingLines> remaining_;
   std::int64_t number_ = 0;
   bool made_account_ = false;  ///< of this line
+  bool lacks_files_ = false;   ///< a folder, a share or a permission of it was not made as asked for
   std::string_view raw_;
 };
 

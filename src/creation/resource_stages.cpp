@@ -10,8 +10,6 @@
 #include "creation/creation_run.hpp"
 #include "directory/operations.hpp"
 #include "format/replace.hpp"
-#include "platform/network.hpp"
-#include "platform/security.hpp"
 #include "resources/WTS.hpp"
 #include "resources/directory_permissions.hpp"
 #include "resources/share502.hpp"
@@ -52,14 +50,6 @@ bool any(const std::vector<UserShare>& shares, ShareResult result) {
                      [result](const UserShare& share) { return share.result == result; });
 }
 
-/// True when the server was lost, which may have made it before.
-bool may_be_made(session::Session& session, const std::string& server, const std::string& name) {
-  base::Trap trap;
-  return !trap([&] { session.platform.network.NetShareGetInfo(server, name); }) &&
-         trap.number() != platform::network_error::kShareNotFound &&
-         trap.number() != platform::security_error::kAccessDenied;
-}
-
 /// True for a table without a row; one that cannot be read has already been reported.
 bool has_no_permissions(session::Session& session) {
   bool none = false;
@@ -85,7 +75,8 @@ void CreateUserShares(CreationRun& run) {
   for (UserShare& share : shares) {
     share.result =
         resources::CreateShare(run.session, server, share.name, share.path, share.remark, run.SamName);
-    if (share.result != ShareResult::kFailed || may_be_made(run.session, server, share.name))
+    // A server that was lost may have made it before.
+    if (share.result != ShareResult::kFailed || resources::is_without_answer(run.session, server, share.name))
       run.view.made({MadeThing::Kind::kShare, share.path, server, share.name, nullptr});
   }
   const auto log_each = [&](const auto& text_of) {

@@ -8,6 +8,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "format/replace.hpp"
+#include "platform/acl.hpp"
 #include "resources/share_descriptor.hpp"
 #include "session/session.hpp"
 #include "stores/side_tables.hpp"
@@ -131,6 +132,13 @@ ShareResult CreateShare(Session& session, const std::string& server, const std::
                      " was not made: " + base::in_words(trap.number(), trap.description()));
   session.log.line("NetShareSetInfo failed with error code : " + base::to_text(trap.number()));
   return ShareResult::kFailed;
+}
+
+bool is_without_answer(Session& session, const std::string& server, const std::string& shareName) {
+  base::Trap trap;
+  return !trap([&] { session.platform.network.NetShareGetInfo(server, shareName); }) &&
+         trap.number() != platform::network_error::kShareNotFound &&
+         trap.number() != platform::security_error::kAccessDenied;
 }
 
 }  // namespace twk::resources

@@ -45,4 +45,8 @@ platform::ShareInfo502 share_of_folder(const std::string& shareName, const std::
 ShareResult CreateShare(session::Session& session, const std::string& server, const std::string& shareName,
                         const std::string& path, const std::string& remark, const std::string& userName);
 
+/// True when the server gives no answer about a share; that it has none, or that it says nothing to this
+/// account, is one.
+bool is_without_answer(session::Session& session, const std::string& server, const std::string& shareName);
+
 }  // namespace twk::resources
