@@ -110,7 +110,6 @@ bool is_name_taken(const Session& session, std::string_view key, std::string_vie
 }
 
 bool User_Exist(Session& session, std::string_view name) {
-  look_up_users(session, name);
   const std::string folded = base::upper(name);
   const bool taken = session::is_active_directory(session)
                          ? is_name_taken(session, user_key_start(session) + std::string(name), folded)

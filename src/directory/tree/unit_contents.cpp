@@ -107,16 +107,4 @@ void look_up_user(Session& session, std::string_view unit, std::string_view name
     add_users(session, unit, name_condition(name), [] { return true; });
 }
 
-void look_up_users(Session& session, std::string_view beginning) {
-  if (!session.domain.looked_up.units)
-    return;
-  // From the first character on that a distinguished name escapes, the keys themselves are compared.
-  const std::string_view plain = beginning.substr(0, beginning.find_first_of(",+\"\\<>;=#"));
-  const std::string condition = "(cn=" + platform::escape_filter_value(plain) + "*)";
-  for (const TreeNode* node = session.domain.tree.selected(); node != nullptr; node = node->parent) {
-    if (node->image == "OU")
-      add_users(session, node->key, condition, [] { return true; });
-  }
-}
-
 }  // namespace twk::directory

@@ -23,7 +23,5 @@ void add_users(session::Session& session, std::string_view unit, std::string_vie
 /// distinguished name directly in `unit`, if there is one.
 void look_up_unit(session::Session& session, std::string_view unit, std::string_view name);
 void look_up_user(session::Session& session, std::string_view unit, std::string_view name);
-/// There, too: who has a common name that begins so, in the units from the selected node up.
-void look_up_users(session::Session& session, std::string_view beginning);
 
 }  // namespace twk::directory
