@@ -166,6 +166,50 @@ std::string map_codes(std::string_view text, PlainMap plain, Map map) {
   return out;
 }
 
+/// The bytes of a text in upper case, one after the other and without a copy of it.
+class UpperBytes {
+ public:
+  explicit UpperBytes(std::string_view text) : text_(text) {}
+
+  /// -1 after the last.
+  int next() {
+    if (piece_at_ < piece_.size())
+      return static_cast<unsigned char>(piece_[piece_at_++]);
+    if (at_ == text_.size())
+      return -1;
+    if (is_plain(text_[at_]))
+      return plain_upper(text_[at_++]);
+    const Decoded one = decode_at(text_, at_);
+    piece_.assign(1, text_[at_]);
+    if (one.valid) {
+      piece_.clear();
+      append_utf8(piece_, upper_code(one.code));
+    }
+    at_ += one.size;
+    piece_at_ = 1;
+    return static_cast<unsigned char>(piece_.front());
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t at_ = 0;
+  std::string piece_;  ///< of one character, so never on the heap
+  std::size_t piece_at_ = 0;
+};
+
+int compare_upper(std::string_view a, std::string_view b) {
+  UpperBytes of_a(a);
+  UpperBytes of_b(b);
+  for (;;) {
+    const int left = of_a.next();
+    const int right = of_b.next();
+    if (left != right)
+      return left < right ? -1 : 1;
+    if (left < 0)
+      return 0;
+  }
+}
+
 /// Byte position after `count` characters.
 std::size_t skip(std::string_view text, std::size_t count) {
   std::size_t at = 0;
@@ -221,9 +265,8 @@ int compare_fold(std::string_view a, std::string_view b) {
   while (i > 0 && !is_plain(a[i - 1]))
     --i;
   for (; i < shorter; ++i) {
-    // Plain letters need no copy; from the first other letter on, the rest is examined.
     if (!is_plain(a[i]) || !is_plain(b[i]))
-      return upper(a.substr(i)).compare(upper(b.substr(i)));
+      return compare_upper(a.substr(i), b.substr(i));
     const char left = plain_upper(a[i]);
     const char right = plain_upper(b[i]);
     if (left != right)
@@ -246,8 +289,9 @@ std::size_t hash_fold(std::string_view text) {
   const auto take = [&hash](char c) { hash = (hash ^ static_cast<unsigned char>(c)) * kPrime; };
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (!is_plain(text[i])) {
-      for (const char c : upper(text.substr(i)))
-        take(c);
+      UpperBytes rest(text.substr(i));
+      for (int byte = rest.next(); byte >= 0; byte = rest.next())
+        take(static_cast<char>(byte));
       break;
     }
     take(plain_upper(text[i]));

@@ -96,9 +96,15 @@ bool Load_AD_Users(Session& session, std::string_view base, bool skip_tree, std:
     const UserColumns::Row state = with_state ? reader.of(*rows, kColumns, parent) : UserColumns::Row();
     const bool in_tree = session.LoadAllUsersFlag || (parent == session.ManagedOU && session.ManageSubOUs);
     if (!skip_tree && in_tree) {
-      trap([&] { session.domain.tree.add_under(parent, path, shown, "USER").marks = state.marks; });
-      if (trap.number() != 0 && session::logs_load(session)) {
-        session.log.line("Error Number:" + base::to_text(trap.number()));
+      // Many users may be below units that are not in the tree: looked up, since an error takes its time.
+      controls::TreeNode* const above = session.domain.tree.find(parent);
+      trap([&] {
+        if (above != nullptr)
+          session.domain.tree.add(above, path, shown, "USER").marks = state.marks;
+      });
+      const std::uint32_t number = above == nullptr ? base::error::kParentNotFound : trap.number();
+      if (number != 0 && session::logs_load(session)) {
+        session.log.line("Error Number:" + base::to_text(number));
         session.log.line("Adding:  " + path);
         session.log.line("To OU:   " + parent);
       }

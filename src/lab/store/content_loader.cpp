@@ -1,6 +1,7 @@
 #include "lab/store/content_loader.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "ads/dn.hpp"
@@ -34,9 +35,7 @@ ContentLoader::ContentLoader(EntryTree& tree)
       own_name_(tree.pool().intern(kDistinguishedName)) {}
 
 std::size_t ContentLoader::take(std::string_view text, bool is_last) {
-  // What they point to is gone.
-  for (Line& line : previous_)
-    line.raw = {};
+  forget_lines();  // What they point to is gone.
   Text rest{text, is_last};
   std::size_t taken = 0;
   if (records_ == 0 && text.starts_with(base::kByteOrderMark))
@@ -89,7 +88,8 @@ ContentLoader::Found ContentLoader::read_line(Text& text, std::string_view& raw,
 
 /// Leaves the record in `dn_` and `lines_`.
 ContentLoader::Found ContentLoader::read_record(Text& text) {
-  lines_.clear();
+  count_ = 0;
+  std::swap(block_, previous_block_);
   block_.clear();
   member_names_.clear();
   member_ends_.clear();
@@ -111,48 +111,59 @@ ContentLoader::Found ContentLoader::read_record(Text& text) {
     return Found::kOther;
   dn_.assign(dn);
   for (;;) {
+    if (take_repeated(text))
+      continue;
+    const std::size_t lines = text.lines;
     const Found found = read_line(text, raw, line);
-    if (found == Found::kNothing && text.is_last)
-      return Found::kRecord;
-    if (found != Found::kRecord)
+    if (found == Found::kOther || (found == Found::kNothing && !text.is_last))
       return found;
-    if (line.empty())
+    if (found == Found::kNothing || line.empty()) {
+      lines_.resize(count_);
       return Found::kRecord;
-    if (!read_value(raw, line))
+    }
+    if (!read_value(raw, line, text.lines - lines))
       return Found::kOther;
   }
 }
 
-/// True when the line at this place was the same in the record before.
-bool ContentLoader::repeats_line(std::string_view raw) const {
-  return lines_.size() < previous_.size() && previous_[lines_.size()].raw == raw;
+/// Takes the next line when the one at this place was the same in the record before.
+bool ContentLoader::take_repeated(Text& text) {
+  if (count_ >= lines_.size())
+    return false;
+  Line& line = lines_[count_];
+  const std::size_t size = line.raw.size();
+  std::string_view rest = text.all;
+  rest.remove_prefix(text.at);
+  if (size == 0 || rest.size() <= size || rest[size] == ' ' || !rest.starts_with(line.raw))
+    return false;
+  line.raw = {rest.data(), size};
+  line.is_repeated = true;
+  const std::size_t packed_at = block_.size();
+  block_.append(previous_block_, line.packed_at, line.packed_size);
+  line.packed_at = static_cast<std::uint32_t>(packed_at);
+  text.at += size;
+  text.lines += line.rows;
+  ++count_;
+  return true;
 }
 
 bool ContentLoader::repeats_name(std::string_view line) const {
-  if (lines_.size() >= previous_.size())
+  if (count_ >= lines_.size())
     return false;
-  const std::string_view name = tree_.pool().name(previous_[lines_.size()].id);
+  const std::string_view name = tree_.pool().name(lines_[count_].id);
   return line.size() > name.size() && line[name.size()] == ':' && line.starts_with(name);
 }
 
-bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
+bool ContentLoader::read_value(std::string_view raw, std::string_view line, std::size_t rows) {
   Line next;
-  if (repeats_line(raw)) {
-    next = previous_[lines_.size()];
-    next.raw = raw;
-    next.is_repeated = true;
-    next.packed_at = static_cast<std::uint32_t>(block_.size());
-    block_.append(previous_block_, previous_[lines_.size()].packed_at, next.packed_size);
-    lines_.push_back(next);
-    return true;
-  }
   next.raw = raw;
+  next.rows = static_cast<std::uint32_t>(rows);
   std::size_t colon = 0;
   if (line.starts_with(kMemberLine)) {
     next.id = member_;
     colon = kMemberLine.size() - 1;
   } else if (repeats_name(line)) {
-    next.id = previous_[lines_.size()].id;
+    next.id = lines_[count_].id;
     colon = tree_.pool().name(next.id).size();
   } else {
     colon = line.find(':');
@@ -167,8 +178,8 @@ bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
     take_member(value);
     return true;
   }
-  next.is_plain = line.data() == raw.data() && value.data() >= raw.data() &&
-                  value.data() <= raw.data() + raw.size() && base::is_ascii(value);
+  next.is_plain =
+      line.data() == raw.data() && value.data() >= raw.data() && value.data() <= raw.data() + raw.size();
   if (next.is_plain) {
     next.value_at = static_cast<std::uint32_t>(value.data() - raw.data());
     next.value_size = static_cast<std::uint32_t>(value.size());
@@ -177,7 +188,9 @@ bool ContentLoader::read_value(std::string_view raw, std::string_view line) {
   if (next.id != member_of_)
     tree_.pool().append(block_, next.id, value);
   next.packed_size = static_cast<std::uint32_t>(block_.size()) - next.packed_at;
-  lines_.push_back(next);
+  if (count_ == lines_.size())
+    lines_.emplace_back();
+  lines_[count_++] = next;
   return true;
 }
 
@@ -218,12 +231,20 @@ bool ContentLoader::decode(std::string_view rest, std::string_view& value) {
 /// Puts the record in; false when the usual way is to say why not.
 bool ContentLoader::add(std::string_view record) {
   ++records_;
-  if (has_plain_attributes() && add_plain()) {
-    std::swap(lines_, previous_);
-    std::swap(block_, previous_block_);
+  if (has_plain_attributes() && add_plain())
     return true;
-  }
+  forget_lines();
   return add_as_usual(record);
+}
+
+/// Lets no line repeat one that was read.
+void ContentLoader::forget_lines() {
+  for (Line& line : lines_)
+    line.raw = {};
+}
+
+bool ContentLoader::is_comparable(const Line& line) {
+  return line.is_plain && base::is_ascii(line.value());
 }
 
 /// True when the lines of an attribute follow each other with different values, and none is a link of a
@@ -233,7 +254,8 @@ bool ContentLoader::has_plain_attributes() {
   bool are_repeated = false;  // the lines of the run so far
   for (std::size_t i = 0; i < lines_.size(); ++i) {
     const Line& line = lines_[i];
-    if (line.id == member_of_ || line.id == own_name_ || tree_.pool().has_options(line.id))
+    if (!line.is_repeated &&
+        (line.id == member_of_ || line.id == own_name_ || tree_.pool().has_options(line.id)))
       return false;
     if (line.id >= seen_.size())
       seen_.resize(line.id + 1);
@@ -242,7 +264,7 @@ bool ContentLoader::has_plain_attributes() {
       if (are_repeated && line.is_repeated)
         continue;
       are_repeated = false;
-      if (i - run > kFewValues || !line.is_plain || !lines_[run].is_plain)
+      if (i - run > kFewValues || !is_comparable(line) || !is_comparable(lines_[run]))
         return false;
       for (std::size_t k = run; k < i; ++k) {
         if (is_same_attribute(lines_[k].value(), line.value()))
@@ -259,11 +281,10 @@ bool ContentLoader::has_plain_attributes() {
 }
 
 Node* ContentLoader::find_parent(std::string_view name) {
-  if (parent_ == nullptr || parent_name_ != name) {
-    parent_ = tree_.find(name);
-    parent_name_ = name;
-  }
-  return parent_;
+  Parent& known = parents_.at(std::hash<std::string_view>{}(name) % parents_.size());
+  if (known.node == nullptr || known.name != name)
+    known = {std::string(name), tree_.find(name)};
+  return known.node;
 }
 
 bool ContentLoader::add_plain() {

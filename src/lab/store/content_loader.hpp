@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -14,7 +15,7 @@ namespace twk::lab {
 /// Reads LDIF content records straight into a tree, with the outcome of `read_ldif` and `prepare` and without
 /// a record in between: that is what makes a large lab open quickly. Entries resemble the one before, so
 /// their attributes are expected in its order, a line that repeats one of its lines is not read again, and
-/// their parent is often the same.
+/// their parents are few.
 class ContentLoader {
  public:
   explicit ContentLoader(EntryTree& tree);
@@ -33,14 +34,19 @@ class ContentLoader {
   struct Line {
     std::string_view raw;  ///< as it stands, with its continuations and the line's end
     AttributeId id = 0;
+    std::uint32_t rows = 1;      ///< of the text
     bool is_repeated = false;    ///< from the record before, at the same place
-    bool is_plain = false;       ///< the value is the end of the line, in ASCII
+    bool is_plain = false;       ///< the value is the end of the line
     std::uint32_t value_at = 0;  ///< in `raw`, if it is plain
     std::uint32_t value_size = 0;
     std::uint32_t packed_at = 0;  ///< in the record's block
     std::uint32_t packed_size = 0;
 
     [[nodiscard]] std::string_view value() const { return raw.substr(value_at, value_size); }
+  };
+  struct Parent {
+    std::string name;
+    Node* node = nullptr;
   };
   enum class Found { kRecord, kNothing, kOther };
   struct Text {
@@ -52,15 +58,17 @@ class ContentLoader {
 
   Found read_line(Text& text, std::string_view& raw, std::string_view& line);
   Found read_record(Text& text);
-  bool read_value(std::string_view raw, std::string_view line);
-  [[nodiscard]] bool repeats_line(std::string_view raw) const;
+  bool take_repeated(Text& text);
+  bool read_value(std::string_view raw, std::string_view line, std::size_t rows);
   [[nodiscard]] bool repeats_name(std::string_view line) const;
   bool decode(std::string_view rest, std::string_view& value);
   void take_member(std::string_view name);
   bool add(std::string_view record);
+  void forget_lines();
   bool add_plain();
   [[nodiscard]] std::vector<std::string_view> members() const;
   bool add_as_usual(std::string_view record);
+  [[nodiscard]] static bool is_comparable(const Line& line);
   [[nodiscard]] bool has_plain_attributes();
   Node* find_parent(std::string_view name);
 
@@ -75,16 +83,15 @@ class ContentLoader {
   std::string bytes_;
   std::string dn_;
   std::size_t record_at_ = 0;
-  std::vector<Line> lines_;
-  std::vector<Line> previous_;
+  std::vector<Line> lines_;  ///< the first `count_` of this record, the others of the one before
+  std::size_t count_ = 0;
   std::string block_;
   std::string previous_block_;
   std::string member_names_;              ///< of the record, one after the other
   std::vector<std::size_t> member_ends_;  ///< of each, in those
   std::vector<std::size_t> seen_;         ///< by attribute: the number of the record that had it last
   std::size_t records_ = 0;
-  std::string parent_name_;
-  Node* parent_ = nullptr;
+  std::array<Parent, 256> parents_;  ///< each where the hash of its name says
 };
 
 }  // namespace twk::lab

@@ -21,6 +21,12 @@ bool is_simple_rdn(std::string_view trimmed) {
   return trimmed.find('=') != base::npos && trimmed.front() != '=';
 }
 
+/// Of an RDN with a type and without escapes and quotes; `equals` is where its '=' is.
+std::uint64_t hash_simple_rdn(std::uint64_t parent, std::string_view rdn, std::size_t equals) {
+  const std::uint64_t type = hash_folded(base::trim(rdn.substr(0, equals)));
+  return mix_hash(parent, hash_folded(base::trim(rdn.substr(equals + 1)), type));
+}
+
 /// None for a name that has to be taken apart with care.
 std::optional<std::uint64_t> hash_simple_dn(std::string_view dn) {
   if (!is_simple_name(dn))
@@ -31,7 +37,7 @@ std::optional<std::uint64_t> hash_simple_dn(std::string_view dn) {
     const std::string_view part = base::trim(comma == base::npos ? rest : rest.substr(comma + 1));
     if (!is_simple_rdn(part) || comma == 0)
       break;
-    hash = hash_below(hash, part);
+    hash = hash_simple_rdn(hash, part, part.find('='));
     if (comma == base::npos)
       return hash;
     rest = rest.substr(0, comma);
@@ -60,10 +66,11 @@ std::uint64_t hash_bytes(std::string_view bytes, std::uint64_t seed) {
 }
 
 std::uint64_t hash_folded(std::string_view text, std::uint64_t seed) {
-  if (!base::is_ascii(text))
-    return hash_bytes(base::upper(text), seed);
-  for (const char c : text) {
-    seed = (seed ^ static_cast<unsigned char>(upper_ascii(c))) * kPrime;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(upper_ascii(text[i]));
+    if (byte >= 0x80)
+      return hash_bytes(base::upper(text.substr(i)), seed);
+    seed = (seed ^ byte) * kPrime;
   }
   return seed;
 }
@@ -83,8 +90,7 @@ std::uint64_t hash_below(std::uint64_t parent, std::string_view rdn) {
   const std::size_t equals = rdn.find('=');
   if (equals == base::npos || equals == 0)
     return mix_hash(parent, hash_folded(ads::parse_rdn(rdn).value));
-  const std::uint64_t type = hash_folded(base::trim(rdn.substr(0, equals)));
-  return mix_hash(parent, hash_folded(base::trim(rdn.substr(equals + 1)), type));
+  return hash_simple_rdn(parent, rdn, equals);
 }
 
 std::uint64_t hash_dn(std::string_view dn) {
@@ -112,7 +118,7 @@ std::uint64_t DnHasher::hash(std::string_view dn) {
       return hash_dn(dn);
     known = {std::string(parent), *fresh};
   }
-  return hash_below(known.hash, rdn);
+  return hash_simple_rdn(known.hash, rdn, rdn.find('='));
 }
 
 std::uint64_t DnHasher::hash_or_text(std::string_view text) {

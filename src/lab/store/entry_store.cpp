@@ -220,20 +220,25 @@ void EntryStore::Implementation::read_ldif_file() {
   const PosixFile file(ldif_path_, O_RDONLY);
   ldif_status_ = file.status();
   ContentLoader loader(*tree_);
-  std::string text;
+  std::vector<char> text(kReadSize);
+  std::size_t size = 0;  // of what was read and not taken
   std::uint64_t offset = 0;
   bool is_last = false;
   while (!is_last) {
-    // Twice as much of a record that is longer than that.
-    const std::string more = file.read(offset, std::max(kReadSize, text.size()));
-    is_last = more.empty();
+    if (size == text.size())  // a record is longer
+      text.resize(2 * size);
+    const std::size_t more = file.read(offset, std::span(text).subspan(size));
+    is_last = more == 0;
+    size += more;
+    const std::string_view whole(text.data(), size);
     if (offset == 0)
-      generation_ = generation_of(more);
-    offset += more.size();
-    text += more;
-    text.erase(0, loader.take(text, is_last));
+      generation_ = generation_of(whole);
+    offset += more;
+    const std::size_t taken = loader.take(whole, is_last);
     if (loader.is_stuck())
-      return replay(text + file.read_from(offset), loader.line(), ldif_path_);
+      return replay(std::string(whole.substr(taken)) + file.read_from(offset), loader.line(), ldif_path_);
+    size -= taken;
+    std::copy_n(whole.data() + taken, size, text.data());
   }
 }
 

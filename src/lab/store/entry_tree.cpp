@@ -85,9 +85,12 @@ std::string_view EntryTree::first_value(const Node& node, AttributeId id) const 
 
 template <typename Visit>
 void EntryTree::each_key(const ValueIndex& index, const Node& node, Visit visit) const {
+  bool found = false;
   pool_.each(node.block, [&](AttributeId id, std::string_view value) {
-    if (id == index.id)
-      visit(ValueIndex::Key(index.number(value), node.sequence));
+    if (id != index.id)
+      return !found;
+    found = true;
+    visit(ValueIndex::Key(index.number(value), node.sequence));
     return true;
   });
 }
@@ -101,7 +104,23 @@ void EntryTree::build(ValueIndex& index) const {
 }
 
 template <typename Visit>
+Node* EntryTree::look_through(const ValueIndex& index, std::uint64_t from, std::uint64_t to,
+                              Visit visit) const {
+  for (const std::unique_ptr<Node>& node : nodes_) {
+    bool found = false;
+    each_key(index, *node, [&](const ValueIndex::Key& key) {
+      found = found || (key.first >= from && key.first <= to && visit(*node));
+    });
+    if (found)
+      return node.get();
+  }
+  return nullptr;
+}
+
+template <typename Visit>
 Node* EntryTree::find_keys(ValueIndex& index, std::uint64_t from, std::uint64_t to, Visit visit) const {
+  if (!index.is_built && !std::exchange(index.is_asked, true))
+    return look_through(index, from, to, visit);
   if (!index.is_built)
     build(index);
   const auto search = [&](auto entry, auto end) -> Node* {

@@ -96,12 +96,14 @@ class EntryTree {
   void destroy(Link& link);
 
   AttributePool pool_;
-  /// The entries by the values of an attribute: by a number that a value has. Built at the first question,
-  /// from when on changes are kept beside what was sorted then.
+  /// The entries by the values of an attribute: by a number that a value has. The first question, often the
+  /// only one of a command, looks through them; the next one builds the index, from when on changes are kept
+  /// beside what was sorted then.
   struct ValueIndex {
     using Key = std::pair<std::uint64_t, std::uint64_t>;
     AttributeId id;
     std::uint64_t (*number)(std::string_view value);
+    bool is_asked = false;
     bool is_built = false;
     std::vector<std::pair<Key, Node*>> sorted = {};  ///< without a node where it was removed
     std::map<Key, Node*> later = {};
@@ -115,6 +117,8 @@ class EntryTree {
   void each_key(const ValueIndex& index, const Node& node, Visit visit) const;
   /// Calls `visit(node)` for the entries with a key from one number to another, until it returns true; that
   /// entry, or null.
+  template <typename Visit>
+  Node* look_through(const ValueIndex& index, std::uint64_t from, std::uint64_t to, Visit visit) const;
   template <typename Visit>
   Node* find_keys(ValueIndex& index, std::uint64_t from, std::uint64_t to, Visit visit) const;
   /// The same for those with the number of a value; `visit` gets the first value, too.

@@ -1,5 +1,7 @@
 #include "lab/store/packed_attributes.hpp"
 
+#include <array>
+
 #include "base/text.hpp"
 
 namespace twk::lab {
@@ -12,10 +14,16 @@ char fold(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
-void append_varint(std::string& out, std::uint32_t number) {
-  for (; number >= 128; number >>= 7U)
-    out.push_back(static_cast<char>((number & 127U) | 128U));
-  out.push_back(static_cast<char>(number));
+/// Appends both as varints, which take up to five bytes each.
+void append_varints(std::string& out, std::uint32_t first, std::uint32_t second) {
+  std::array<char, 10> bytes{};
+  std::size_t size = 0;
+  for (std::uint32_t number : {first, second}) {
+    for (; number >= 128; number >>= 7U)
+      bytes.at(size++) = static_cast<char>((number & 127U) | 128U);
+    bytes.at(size++) = static_cast<char>(number);
+  }
+  out.append(bytes.data(), size);
 }
 
 }  // namespace
@@ -55,8 +63,7 @@ bool AttributePool::is_worth_sharing(Name& name, std::string_view value) const {
 void AttributePool::append(std::string& block, AttributeId id, std::string_view value) {
   Name& name = names_[id];
   if (!is_worth_sharing(name, value)) {
-    append_varint(block, id * 2);
-    append_varint(block, static_cast<std::uint32_t>(value.size()));
+    append_varints(block, id * 2, static_cast<std::uint32_t>(value.size()));
     block += value;
     return;
   }
@@ -67,8 +74,7 @@ void AttributePool::append(std::string& block, AttributeId id, std::string_view 
     values_.emplace_back(value);
     found = value_ids_.emplace(values_.back(), static_cast<std::uint32_t>(values_.size() - 1)).first;
   }
-  append_varint(block, id * 2 + 1);
-  append_varint(block, found->second);
+  append_varints(block, id * 2 + 1, found->second);
 }
 
 }  // namespace twk::lab

@@ -77,11 +77,12 @@ void PosixFile::unlock() const {
 
 std::string PosixFile::read_from(std::uint64_t offset) const {
   const auto size = static_cast<std::uint64_t>(status().st_size);
-  return read(offset, size > offset ? size - offset : 0);
+  std::string bytes(size > offset ? size - offset : 0, '\0');
+  bytes.resize(read(offset, bytes));
+  return bytes;
 }
 
-std::string PosixFile::read(std::uint64_t offset, std::size_t size) const {
-  std::string bytes(size, '\0');
+std::size_t PosixFile::read(std::uint64_t offset, std::span<char> bytes) const {
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t count = retry([&] {
@@ -93,8 +94,7 @@ std::string PosixFile::read(std::uint64_t offset, std::size_t size) const {
       break;
     done += static_cast<std::size_t>(count);
   }
-  bytes.resize(done);
-  return bytes;
+  return done;
 }
 
 void PosixFile::write_at(std::uint64_t offset, std::string_view bytes) const {

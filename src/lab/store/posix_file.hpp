@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -35,8 +36,8 @@ class PosixFile {
   void unlock() const;
   /// The bytes from `offset` to the end.
   [[nodiscard]] std::string read_from(std::uint64_t offset) const;
-  /// At most `size` bytes from `offset`; fewer only at the end.
-  [[nodiscard]] std::string read(std::uint64_t offset, std::size_t size) const;
+  /// Fills `bytes` from `offset`; returns how many, fewer only at the end.
+  std::size_t read(std::uint64_t offset, std::span<char> bytes) const;
   /// All the bytes or, after an error, perhaps some of them.
   void write_at(std::uint64_t offset, std::string_view bytes) const;
   void truncate(std::uint64_t size) const;

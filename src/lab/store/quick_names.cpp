@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <set>
+#include <vector>
 
 #include "base/errors.hpp"
 #include "base/text.hpp"
@@ -76,12 +77,13 @@ void look_through(const std::filesystem::path& path, NameFinder& finder) {
   if (!file)
     return;
   std::string text = "\n";
+  std::vector<char> block(kBlock);
   for (std::uint64_t offset = 0; !finder.is_full();) {
-    const std::string block = file->read(offset, kBlock);
-    if (block.empty())
+    const std::size_t size = file->read(offset, block);
+    if (size == 0)
       return finder.look_through(text);
-    offset += block.size();
-    text += block;
+    offset += size;
+    text.append(block.data(), size);
     const std::size_t end = text.rfind("\n\n");
     if (end == std::string::npos)
       continue;
