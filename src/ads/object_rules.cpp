@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "platform/directory.hpp"
 #include "platform/logon_hours.hpp"
+#include "platform/utf16.hpp"
 
 namespace twk::ads {
 namespace {
@@ -38,7 +39,7 @@ void check_account_name(std::string_view name, bool user) {
   if (name.back() == '.')
     refuse("ends in a dot");
   const std::size_t longest = user ? kUserNameLength : kGroupNameLength;
-  if (base::length(name) > longest)
+  if (platform::utf16_length(name) > longest)
     refuse("is longer than " + base::to_text(static_cast<std::int64_t>(longest)) + " characters");
 }
 
@@ -61,7 +62,7 @@ std::string child_dn(std::string_view object_class, std::string_view relative_na
     refuse("is not UTF-8");
   if (base::trim(rdn.value).empty())
     refuse("is empty");
-  if (base::length(rdn.value) > kLongestName)
+  if (platform::utf16_length(rdn.value) > kLongestName)
     refuse("is longer than 64 characters");
   return make_rdn(base::upper(rdn.type), rdn.value) + "," + std::string(parent_dn);
 }

@@ -8,6 +8,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "platform/directory.hpp"
+#include "platform/utf16.hpp"
 
 namespace twk::ads {
 namespace {
@@ -127,7 +128,7 @@ std::string string_text(const AttributeSchema& attribute, const Value& value) {
   std::string text = value.text();
   if (!base::is_valid_utf8(text))
     violates(attribute, "is not UTF-8");
-  if (attribute.longest != 0 && base::length(text) > attribute.longest) {
+  if (attribute.longest != 0 && platform::utf16_length(text) > attribute.longest) {
     violates(attribute, "is longer than " + base::to_text(attribute.longest) + " characters");
   }
   return text;

@@ -66,23 +66,68 @@ void append_utf8(std::string& out, char32_t code) {
   }
 }
 
-/// Blocks in which an upper-case letter is even (or odd) and its lower case the next code point.
-bool is_even_pair(char32_t c) {
-  return between(c, 0x100, 0x12F) || between(c, 0x132, 0x137) || between(c, 0x14A, 0x177);
-}
-bool is_odd_pair(char32_t c) {
-  return between(c, 0x139, 0x148) || between(c, 0x179, 0x17E);
-}
+/// Letters of both cases. In a block of pairs each lower-case letter follows its capital, which is even or
+/// odd; in the others all letters are of one case and as far from the other one.
+struct CaseBlock {
+  enum class Kind : std::uint8_t { kEvenPairs, kOddPairs, kCapitals, kSmall };
 
-/// Upper-case letters of Greek and Cyrillic, and the distance to their lower case.
-struct CaseRange {
   char32_t first;
   char32_t last;
-  char32_t to_lower;
+  Kind kind;
+  std::int32_t to_other = 0;
 };
-constexpr CaseRange kCaseRanges[] = {{0x386, 0x386, 38}, {0x388, 0x38A, 37}, {0x38C, 0x38C, 64},
-                                     {0x38E, 0x38F, 63}, {0x391, 0x3A1, 32}, {0x3A3, 0x3AB, 32},
-                                     {0x400, 0x40F, 80}, {0x410, 0x42F, 32}};
+
+constexpr auto kEvenPairs = CaseBlock::Kind::kEvenPairs;
+constexpr auto kOddPairs = CaseBlock::Kind::kOddPairs;
+constexpr auto kCapitals = CaseBlock::Kind::kCapitals;
+constexpr auto kSmall = CaseBlock::Kind::kSmall;
+
+/// Simple mappings of Unicode between letters of as many bytes: Latin, Greek, Cyrillic, Armenian and Coptic,
+/// numerals, full-width letters. Small letters without a capital to themselves (µ, ς, ǅ) lead to that of
+/// another. Sorted.
+constexpr CaseBlock kCaseBlocks[] = {
+    {0xB5, 0xB5, kSmall, 743},       {0xC0, 0xD6, kCapitals, 32},     {0xD8, 0xDE, kCapitals, 32},
+    {0xE0, 0xF6, kSmall, -32},       {0xF8, 0xFE, kSmall, -32},       {0xFF, 0xFF, kSmall, 121},
+    {0x100, 0x12F, kEvenPairs},      {0x132, 0x137, kEvenPairs},      {0x139, 0x148, kOddPairs},
+    {0x14A, 0x177, kEvenPairs},      {0x178, 0x178, kCapitals, -121}, {0x179, 0x17E, kOddPairs},
+    {0x182, 0x185, kEvenPairs},      {0x18F, 0x18F, kCapitals, 202},  {0x1A0, 0x1A5, kEvenPairs},
+    {0x1AF, 0x1B0, kOddPairs},       {0x1B3, 0x1B6, kOddPairs},       {0x1C4, 0x1C4, kCapitals, 2},
+    {0x1C5, 0x1C5, kSmall, -1},      {0x1C6, 0x1C6, kSmall, -2},      {0x1C7, 0x1C7, kCapitals, 2},
+    {0x1C8, 0x1C8, kSmall, -1},      {0x1C9, 0x1C9, kSmall, -2},      {0x1CA, 0x1CA, kCapitals, 2},
+    {0x1CB, 0x1CB, kSmall, -1},      {0x1CC, 0x1CC, kSmall, -2},      {0x1CD, 0x1DC, kOddPairs},
+    {0x1DE, 0x1EF, kEvenPairs},      {0x1F1, 0x1F1, kCapitals, 2},    {0x1F2, 0x1F2, kSmall, -1},
+    {0x1F3, 0x1F3, kSmall, -2},      {0x1F4, 0x1F5, kEvenPairs},      {0x1F8, 0x21F, kEvenPairs},
+    {0x222, 0x233, kEvenPairs},      {0x259, 0x259, kSmall, -202},    {0x386, 0x386, kCapitals, 38},
+    {0x388, 0x38A, kCapitals, 37},   {0x38C, 0x38C, kCapitals, 64},   {0x38E, 0x38F, kCapitals, 63},
+    {0x391, 0x3A1, kCapitals, 32},   {0x3A3, 0x3AB, kCapitals, 32},   {0x3AC, 0x3AC, kSmall, -38},
+    {0x3AD, 0x3AF, kSmall, -37},     {0x3B1, 0x3C1, kSmall, -32},     {0x3C2, 0x3C2, kSmall, -31},
+    {0x3C3, 0x3CB, kSmall, -32},     {0x3CC, 0x3CC, kSmall, -64},     {0x3CD, 0x3CE, kSmall, -63},
+    {0x3D8, 0x3EF, kEvenPairs},      {0x400, 0x40F, kCapitals, 80},   {0x410, 0x42F, kCapitals, 32},
+    {0x430, 0x44F, kSmall, -32},     {0x450, 0x45F, kSmall, -80},     {0x460, 0x481, kEvenPairs},
+    {0x48A, 0x4BF, kEvenPairs},      {0x4C1, 0x4CE, kOddPairs},       {0x4D0, 0x52F, kEvenPairs},
+    {0x531, 0x556, kCapitals, 48},   {0x561, 0x586, kSmall, -48},     {0x1E00, 0x1E95, kEvenPairs},
+    {0x1EA0, 0x1EFF, kEvenPairs},    {0x1F00, 0x1F07, kSmall, 8},     {0x1F08, 0x1F0F, kCapitals, -8},
+    {0x1F10, 0x1F15, kSmall, 8},     {0x1F18, 0x1F1D, kCapitals, -8}, {0x1F20, 0x1F27, kSmall, 8},
+    {0x1F28, 0x1F2F, kCapitals, -8}, {0x1F30, 0x1F37, kSmall, 8},     {0x1F38, 0x1F3F, kCapitals, -8},
+    {0x1F40, 0x1F45, kSmall, 8},     {0x1F48, 0x1F4D, kCapitals, -8}, {0x1F60, 0x1F67, kSmall, 8},
+    {0x1F68, 0x1F6F, kCapitals, -8}, {0x2160, 0x216F, kCapitals, 16}, {0x2170, 0x217F, kSmall, -16},
+    {0x24B6, 0x24CF, kCapitals, 26}, {0x24D0, 0x24E9, kSmall, -26},   {0x2C80, 0x2CE3, kEvenPairs},
+    {0xFF21, 0xFF3A, kCapitals, 32}, {0xFF41, 0xFF5A, kSmall, -32},
+};
+
+/// The block of a letter; null when it has no other case.
+const CaseBlock* case_block(char32_t c) {
+  const auto* const after =
+      std::upper_bound(std::begin(kCaseBlocks), std::end(kCaseBlocks), c,
+                       [](char32_t code, const CaseBlock& block) { return code < block.first; });
+  if (after == std::begin(kCaseBlocks) || c > std::prev(after)->last)
+    return nullptr;
+  return std::prev(after);
+}
+
+char32_t moved(char32_t c, std::int32_t distance) {
+  return static_cast<char32_t>(static_cast<std::int32_t>(c) + distance);
+}
 
 /// Seven bits, so it is a character by itself.
 bool is_plain(char c) {
@@ -110,39 +155,21 @@ std::size_t equal_bytes(std::string_view a, std::string_view b) {
 }
 
 char32_t upper_code(char32_t c) {
-  if (c < 0x80)
-    return between(c, U'a', U'z') ? c - 32 : c;
-  if (between(c, 0xE0, 0xFE) && c != 0xF7)
-    return c - 32;
-  if (c == 0xFF)
-    return 0x178;
-  if (is_even_pair(c))
-    return c & ~char32_t{1};
-  if (is_odd_pair(c))
-    return (c & 1U) != 0 ? c : c - 1;
-  for (const CaseRange& range : kCaseRanges) {
-    if (between(c, range.first + range.to_lower, range.last + range.to_lower))
-      return c - range.to_lower;
-  }
-  return c;
+  const CaseBlock* const block = case_block(c);
+  if (block == nullptr || block->kind == kCapitals)
+    return c;
+  if (block->kind == kSmall)
+    return moved(c, block->to_other);
+  return block->kind == kEvenPairs ? c & ~char32_t{1} : (c - 1) | 1U;
 }
 
 char32_t lower_code(char32_t c) {
-  if (c < 0x80)
-    return between(c, U'A', U'Z') ? c + 32 : c;
-  if (between(c, 0xC0, 0xDE) && c != 0xD7)
-    return c + 32;
-  if (c == 0x178)
-    return 0xFF;
-  if (is_even_pair(c))
-    return c | 1U;
-  if (is_odd_pair(c))
-    return (c & 1U) != 0 ? c + 1 : c;
-  for (const CaseRange& range : kCaseRanges) {
-    if (between(c, range.first, range.last))
-      return c + range.to_lower;
-  }
-  return c;
+  const CaseBlock* const block = case_block(c);
+  if (block == nullptr || block->kind == kSmall)
+    return c;
+  if (block->kind == kCapitals)
+    return moved(c, block->to_other);
+  return block->kind == kEvenPairs ? c | 1U : (c + 1) & ~char32_t{1};
 }
 
 /// `plain` maps ASCII, of which most texts consist.

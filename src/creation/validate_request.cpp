@@ -6,6 +6,7 @@
 #include "creation/account_name.hpp"
 #include "format/user_name.hpp"
 #include "platform/ldap_text.hpp"
+#include "platform/utf16.hpp"
 #include "session/session.hpp"
 #include "stores/site_store.hpp"
 #include "stores/template_store.hpp"
@@ -160,7 +161,7 @@ Step ValidateRequest(CreationRun& run) {
     run.request.UserId = in_account_letters(session, run.request, run.request.UserId);
   run.UserId = run.request.UserId;
   run.view.names(run.request);
-  const std::size_t length = base::length(run.UserId);
+  const std::size_t length = platform::utf16_length(run.UserId);
   if (length < 1 || length > kLongestUserId)
     return refuse_length(run);
   open_log(run);

@@ -11,6 +11,7 @@
 #include "directory/names.hpp"
 #include "platform/ldap_text.hpp"
 #include "platform/platform.hpp"
+#include "platform/utf16.hpp"
 #include "session/loaded_domain.hpp"
 #include "session/session.hpp"
 
@@ -173,7 +174,7 @@ UnitContents count_below_unit(Session& session, const std::string& unit) {
 std::string unit_name_fault(std::string_view name) {
   if (name.empty())
     return "The name of an OU cannot be blank.";
-  if (base::length(name) > kLongestName)
+  if (platform::utf16_length(name) > kLongestName)
     return "The name of an OU has at most 64 characters.";
   if (const auto character = base::find_control_character(name))
     return "The name of an OU cannot hold the character " + *character + ".";

@@ -1,5 +1,7 @@
 #include "platform/utf16.hpp"
 
+#include <algorithm>
+
 #include "base/text.hpp"
 #include "platform/little_endian.hpp"
 
@@ -17,6 +19,12 @@ base::Bytes to_utf16(std::string_view text) {
     }
   }
   return bytes;
+}
+
+std::size_t utf16_length(std::string_view text) {
+  // Of well-formed UTF-8, such a character alone has a first byte from 0xF0 on.
+  const auto twice = [](char c) { return static_cast<unsigned char>(c) >= 0xF0; };
+  return base::length(text) + static_cast<std::size_t>(std::count_if(text.begin(), text.end(), twice));
 }
 
 std::optional<std::string> from_utf16(std::span<const std::uint8_t> bytes) {

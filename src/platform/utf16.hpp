@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -13,6 +14,9 @@ namespace twk::platform {
 
 /// A byte that is not well-formed UTF-8 becomes U+FFFD.
 base::Bytes to_utf16(std::string_view text);
+/// The number of its 16-bit units, by which directories and file systems of Windows limit a text: a character
+/// beyond U+FFFF counts twice.
+std::size_t utf16_length(std::string_view text);
 /// Empty for bytes that are not UTF-16: an odd number of them, half a surrogate pair.
 std::optional<std::string> from_utf16(std::span<const std::uint8_t> bytes);
 

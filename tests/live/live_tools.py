@@ -62,16 +62,24 @@ def set_up(password, account_names, *settings):
     twk("settings", "set", "Setup", "Password", text=password)
 
 
+def ldap_entries(filter_text, *attributes, base="DC=twk,DC=test"):
+    """Of each entry of the domain that fits, by attribute, its values as bytes."""
+    done = run("ldapsearch", "-LLL", "-Q", "-N", "-Y", "GSSAPI", "-o", "ldif-wrap=no", "-E", "pr=1000/noprompt", "-H",
+               f"ldap://{LIVE['SERVER']}", "-b", base, filter_text, *attributes)
+    entries = []
+    for line in done.stdout.split("\n"):
+        kind, _, value = line.partition(": ")
+        name = kind.rstrip(":")
+        if name == "dn":
+            entries.append({})
+        if name in ("dn", *attributes):
+            entries[-1].setdefault(name, []).append(base64.b64decode(value) if kind.endswith(":") else value.encode())
+    return entries
+
+
 def ldap_values(filter_text, attribute, base="DC=twk,DC=test"):
     """Values of an attribute, as bytes, of all entries of the domain that fit."""
-    done = run("ldapsearch", "-LLL", "-Q", "-N", "-Y", "GSSAPI", "-o", "ldif-wrap=no", "-E", "pr=1000/noprompt", "-H",
-               f"ldap://{LIVE['SERVER']}", "-b", base, filter_text, attribute)
-    found = []
-    for line in done.stdout.splitlines():
-        kind, _, value = line.partition(": ")
-        if kind in (attribute, attribute + ":"):
-            found.append(base64.b64decode(value) if kind.endswith(":") else value.encode())
-    return found
+    return [value for entry in ldap_entries(filter_text, attribute, base=base) for value in entry.get(attribute, [])]
 
 
 def expect(what, found, text):

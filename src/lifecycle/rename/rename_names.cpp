@@ -5,6 +5,7 @@
 
 #include "base/text.hpp"
 #include "lifecycle/trees/tree_path.hpp"
+#include "platform/utf16.hpp"
 
 namespace twk::lifecycle {
 namespace {
@@ -29,7 +30,7 @@ std::string why_not(std::string_view name, std::string_view refused, std::size_t
     return "holds the character " + std::string(1, name[at]);
   if (const auto control = base::find_control_character(name))
     return "holds the control character " + *control;
-  if (base::length(name) > longest)
+  if (platform::utf16_length(name) > longest)
     return "is longer than " + base::to_text(static_cast<std::int64_t>(longest)) + " characters";
   return {};
 }
