@@ -4,16 +4,34 @@
 #include <chrono>
 #include <iterator>
 
+#include "app/server_trial.hpp"
 #include "world/real_domains.hpp"
 #include "world/stored_connection.hpp"
 
 namespace twk::app {
 
-ConnectionTest usual_connection_test() {
-  return [](const live::LiveSettings& settings, const live::Prompts& prompts, const auto& tell) {
-    return world::real_domains().check_connection(settings, prompts,
-                                                  {world::stored_unit(live::user_folders())}, tell);
+ConnectionTest usual_connection_test(const std::string& database) {
+  return [database](const live::LiveSettings& settings, const live::Prompts& prompts, const auto& tell) {
+    std::vector<live::CheckStep> steps = world::real_domains().check_connection(
+        settings, prompts, {world::stored_unit(live::user_folders())}, tell);
+    const bool stopped = prompts.is_stopped && prompts.is_stopped();
+    if (stopped || live::worst_outcome(steps) == live::StepOutcome::kFailed)
+      return steps;
+    std::ranges::move(try_servers(settings, database, prompts, tell), std::back_inserter(steps));
+    return steps;
   };
+}
+
+std::vector<std::string> logon_step_names() {
+  std::vector<std::string> names = live::check_step_names();
+  names.resize(logon_step_count());
+  return names;
+}
+
+std::vector<std::string> all_step_names() {
+  std::vector<std::string> names = live::check_step_names();
+  names.emplace_back("file servers");
+  return names;
 }
 
 std::size_t logon_step_count() {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,8 +21,9 @@ using ConnectionTest = std::function<std::vector<live::CheckStep>(
     const live::LiveSettings& settings, const live::Prompts& prompts,
     const std::function<void(const live::CheckStep&)>& tell)>;
 
-/// That of the real domains.
-ConnectionTest usual_connection_test();
+/// That of the real domains, and once somebody is logged on, of the file servers that the database names; an
+/// empty one is the person's own.
+ConnectionTest usual_connection_test(const std::string& database);
 
 /// What a window does while a connection is tested; all in its own thread.
 struct ConnectionListener {
@@ -31,6 +34,10 @@ struct ConnectionListener {
 
 /// Steps until somebody is logged on: those before "rights".
 std::size_t logon_step_count();
+/// The names of those steps; of all of them, with one in place of the file servers.
+std::vector<std::string> logon_step_names();
+std::vector<std::string> all_step_names();
+inline constexpr std::size_t kAllSteps = std::numeric_limits<std::size_t>::max();
 
 /// Starts a test, whose end does not wait for the window, nor the window for it. At most `count` steps are
 /// made.

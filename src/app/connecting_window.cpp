@@ -2,14 +2,11 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLabel>
 #include <QPushButton>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <chrono>
 #include <memory>
 #include <utility>
 
@@ -30,7 +27,7 @@ class ConnectingWindow final : public QDialog {
         new QLabel("Connecting to the domain " + screens::to_qt(settings.domain) + "…", this);
     heading->setTextFormat(Qt::PlainText);
     layout->addWidget(heading);
-    steps_ = new ConnectionSteps(logon_step_count(), this);
+    steps_ = new ConnectionSteps(logon_step_names(), this);
     layout->addWidget(steps_, 1);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName("cancel");
@@ -54,7 +51,7 @@ class ConnectingWindow final : public QDialog {
       };
     }
     const auto trial = start_check(test, settings_, logon_step_count(), listener);
-    show_times();
+    steps_->begin();
     show();
     QEventLoop until_it_ends;
     connect(this, &QDialog::finished, &until_it_ends, &QEventLoop::quit);
@@ -64,21 +61,9 @@ class ConnectingWindow final : public QDialog {
   }
 
  private:
-  /// A step that takes long shows that it is still going on.
-  void show_times() {
-    constexpr std::chrono::milliseconds kPace(500);
-    running_.start();
-    auto* const clock = new QTimer(this);
-    connect(clock, &QTimer::timeout, this, [this] {
-      steps_->show_running(attempt_.failed.steps.size(), std::chrono::milliseconds(running_.elapsed()));
-    });
-    clock->start(kPace);
-  }
-
   void take(std::size_t place, const TimedStep& ended) {
     steps_->show(place, ended);
     attempt_.failed.steps.push_back(ended);
-    running_.restart();
     if (ended.step.outcome == StepOutcome::kFailed && attempt_.failed.problem.isEmpty())
       attempt_.failed.problem = "The connection failed at the step \"" + screens::to_qt(ended.step.name) +
                                 "\": " + screens::to_qt(ended.step.detail);
@@ -86,7 +71,6 @@ class ConnectingWindow final : public QDialog {
 
   live::LiveSettings settings_;
   ConnectionSteps* steps_ = nullptr;
-  QElapsedTimer running_;
   ConnectionAttempt attempt_;
 };
 
@@ -96,7 +80,7 @@ ConnectionAttempt try_to_connect(
     const live::LiveSettings& settings,
     const std::function<std::optional<std::string>(const std::string& user)>& ask,
     const ConnectionTest& test) {
-  return ConnectingWindow(settings).watch(test ? test : usual_connection_test(), ask);
+  return ConnectingWindow(settings).watch(test ? test : usual_connection_test({}), ask);
 }
 
 }  // namespace twk::app

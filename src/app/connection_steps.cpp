@@ -35,58 +35,86 @@ QString time_text(std::chrono::milliseconds time) {
   return QString::number(std::chrono::duration<double>(time).count(), 'f', 1) + " s";
 }
 
-ConnectionSteps::ConnectionSteps(std::size_t count, QWidget* parent) : QWidget(parent) {
+ConnectionSteps::ConnectionSteps(std::vector<std::string> names, QWidget* parent)
+    : QWidget(parent), names_(std::move(names)), clock_(new QTimer(this)) {
+  constexpr std::chrono::milliseconds kPace(500);
   constexpr int kDetailColumn = 2;
+  constexpr int kPlaceBelow = 1000;
+  constexpr int kGap = 6;  // to a scroll bar
   auto* const grid = new QGridLayout(this);
-  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setContentsMargins(0, 0, kGap, 0);
   grid->setColumnStretch(kDetailColumn, 1);
-  for (std::size_t i = 0; i < count; ++i)
-    add_row(*grid, screens::to_qt(live::check_step_names().at(i)));
-  grid->setRowStretch(static_cast<int>(count), 1);
+  grid->setRowStretch(kPlaceBelow, 1);
+  for (const std::string& name : names_)
+    add_row(screens::to_qt(name));
+  clock_->setInterval(kPace);
+  connect(clock_, &QTimer::timeout, this, [this] { show_running(); });
 }
 
-void ConnectionSteps::add_row(QGridLayout& grid, const QString& name) {
+void ConnectionSteps::add_row(const QString& name) {
   const int number = static_cast<int>(rows_.size());
   Row& row =
       rows_.emplace_back(Row{new QLabel(this), new QLabel(name, this), new QLabel(this), new QLabel(this)});
   row.light->setFixedWidth(kLightSize + 2);
+  row.name->setTextFormat(Qt::PlainText);
   row.detail->setObjectName("step" + QString::number(number));
   row.detail->setTextFormat(Qt::PlainText);
   row.detail->setWordWrap(true);
   row.detail->setTextInteractionFlags(Qt::TextSelectableByMouse);
   row.time->setObjectName("time" + QString::number(number));
   row.time->setAlignment(Qt::AlignRight | Qt::AlignTop);
+  auto& grid = static_cast<QGridLayout&>(*layout());
   int column = 0;
   for (QLabel* const label : {row.light, row.name, row.detail, row.time})
     grid.addWidget(label, number, column++, label == row.time ? Qt::Alignment() : Qt::AlignTop);
 }
 
 void ConnectionSteps::clear() {
+  for (; rows_.size() > names_.size(); rows_.pop_back()) {
+    const Row& last = rows_.back();
+    for (QLabel* const label : {last.light, last.name, last.detail, last.time})
+      delete label;
+  }
   for (std::size_t i = 0; i < rows_.size(); ++i)
-    show(i, {});
+    show(i, {{.name = names_[i], .outcome = StepOutcome::kSkipped, .detail = {}}, {}});
+  running_ = 0;
 }
 
 void ConnectionSteps::show(std::size_t row, const TimedStep& ended) {
-  if (row >= rows_.size())
-    return;
+  while (row >= rows_.size())
+    add_row({});
   const Row& shown = rows_[row];
   const bool was_tried = ended.step.outcome != StepOutcome::kSkipped;
   shown.light->setPixmap(light_of(ended.step.outcome).pixmap(kLightSize));
   shown.light->setAccessibleName(screens::to_qt(live::outcome_word(ended.step.outcome)));
+  shown.name->setText(screens::to_qt(ended.step.name));
   shown.name->setEnabled(was_tried);
   shown.detail->setEnabled(was_tried);
   shown.detail->setText(screens::to_qt(ended.step.detail));
   shown.time->setText(was_tried ? time_text(ended.time) : QString());
+  running_ = row + 1;
+  since_.restart();
   fit();
 }
 
-void ConnectionSteps::show_running(std::size_t row, std::chrono::milliseconds time) {
-  if (row >= rows_.size())
+void ConnectionSteps::begin() {
+  since_.start();
+  clock_->start();
+}
+
+void ConnectionSteps::end(const QString& text) {
+  clock_->stop();
+  if (running_ < rows_.size() && !text.isEmpty())
+    rows_[running_].detail->setText(text);
+}
+
+void ConnectionSteps::show_running() {
+  if (running_ >= rows_.size())
     return;
-  for (QLabel* const label : {rows_[row].name, rows_[row].detail})
+  for (QLabel* const label : {rows_[running_].name, rows_[running_].detail})
     label->setEnabled(true);
-  rows_[row].detail->setText("trying…");
-  rows_[row].time->setText(time_text(time));
+  rows_[running_].detail->setText("trying…");
+  rows_[running_].time->setText(time_text(std::chrono::milliseconds(since_.elapsed())));
 }
 
 void ConnectionSteps::resizeEvent(QResizeEvent* event) {

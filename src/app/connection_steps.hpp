@@ -1,14 +1,16 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 #include <chrono>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "live/terms/check_step.hpp"
 
-class QGridLayout;
 class QLabel;
 
 namespace twk::app {
@@ -23,16 +25,18 @@ struct TimedStep {
 QString time_text(std::chrono::milliseconds time);
 
 /// The steps of the check of a connection, a row each: light, name, what was found, time. Rows are called
-/// "step0", "step1" ….
+/// "step0", "step1" …. There are as many as steps are known beforehand; others come as they end.
 class ConnectionSteps final : public QWidget {
  public:
-  /// The first `count` steps of the check.
-  ConnectionSteps(std::size_t count, QWidget* parent);
+  ConnectionSteps(std::vector<std::string> names, QWidget* parent);
 
+  /// As before a check.
   void clear();
   void show(std::size_t row, const TimedStep& ended);
-  /// Says of a step how long it has been running.
-  void show_running(std::size_t row, std::chrono::milliseconds time);
+  /// From now on, until `end`, the step after those that ended says how long it has been running.
+  void begin();
+  /// What is still running gets `text`, if any.
+  void end(const QString& text = {});
 
  private:
   struct Row {
@@ -41,12 +45,17 @@ class ConnectionSteps final : public QWidget {
     QLabel* detail = nullptr;
     QLabel* time = nullptr;
   };
-  void add_row(QGridLayout& grid, const QString& name);
+  void add_row(const QString& name);
+  void show_running();
   void resizeEvent(QResizeEvent* event) override;
   /// Texts of several lines keep their height.
   void fit();
 
+  std::vector<std::string> names_;
   std::vector<Row> rows_;
+  std::size_t running_ = 0;
+  QElapsedTimer since_;
+  QTimer* clock_ = nullptr;
 };
 
 }  // namespace twk::app

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollArea>
 #include <memory>
 #include <vector>
 
@@ -37,7 +38,7 @@ class ConnectionWindow final : public QDialog {
     add_steps(*layout, failed.steps);
     add_buttons(*layout, !failed.problem.isEmpty());
     fill(options);
-    resize(sizeHint().expandedTo({620, 520}));
+    resize(sizeHint().expandedTo({680, 680}));
   }
   [[nodiscard]] const ChosenConnection& chosen() const { return chosen_; }
 
@@ -102,8 +103,12 @@ class ConnectionWindow final : public QDialog {
   void add_steps(QVBoxLayout& layout, const std::vector<TimedStep>& ended) {
     auto* const box = new QGroupBox("Test", this);
     auto* const inside = new QVBoxLayout(box);
-    steps_ = new ConnectionSteps(live::check_step_names().size(), box);
-    inside->addWidget(steps_);
+    auto* const area = new QScrollArea(box);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    steps_ = new ConnectionSteps(all_step_names(), area);
+    area->setWidget(steps_);
+    inside->addWidget(area);
     layout.addWidget(box, 1);
     for (std::size_t i = 0; i < ended.size(); ++i)
       steps_->show(i, ended[i]);
@@ -194,19 +199,27 @@ class ConnectionWindow final : public QDialog {
   }
 
   void test() {
+    if (is_testing_) {
+      // What is under way ends unseen.
+      trial_.reset();
+      return end_test("stopped");
+    }
     const auto settings = this->settings();
     if (!settings)
       return;
     steps_->clear();
-    test_->setEnabled(false);
-    test_->setText("Testing…");
+    steps_->begin();
+    is_testing_ = true;
+    test_->setText("&Stop Test");
     const auto show = [this](std::size_t place, const TimedStep& ended) { steps_->show(place, ended); };
-    const auto end = [this] {
-      test_->setText("&Test connection");
-      test_->setEnabled(true);
-    };
     // Nobody is asked for a password here; only what was typed counts.
-    trial_ = start_check(run_test_, *settings, live::check_step_names().size(), {show, end, {}});
+    trial_ = start_check(run_test_, *settings, kAllSteps, {show, [this] { end_test({}); }, {}});
+  }
+
+  void end_test(const QString& text) {
+    is_testing_ = false;
+    steps_->end(text);
+    test_->setText("&Test connection");
   }
 
   void choose(bool without_domain) {
@@ -226,6 +239,7 @@ class ConnectionWindow final : public QDialog {
   QLineEdit* ca_file_ = nullptr;
   ConnectionSteps* steps_ = nullptr;
   QPushButton* test_ = nullptr;
+  bool is_testing_ = false;
   ChosenConnection chosen_;
   std::unique_ptr<Errand> trial_;  ///< the last members: they end before what they show
   std::unique_ptr<Errand> discovery_;
@@ -236,7 +250,7 @@ class ConnectionWindow final : public QDialog {
 std::optional<ChosenConnection> choose_connection(const world::ConnectionOptions& options,
                                                   const FailedConnection& failed, QWidget* parent,
                                                   const ConnectionTest& test) {
-  ConnectionWindow window(options, failed, parent, test ? test : usual_connection_test());
+  ConnectionWindow window(options, failed, parent, test ? test : usual_connection_test({}));
   if (window.exec() != QDialog::Accepted)
     return std::nullopt;
   return window.chosen();

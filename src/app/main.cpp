@@ -3,6 +3,7 @@
 #include "app/command_line.hpp"
 #include "app/errand.hpp"
 #include "app/program.hpp"
+#include "app/server_trial.hpp"
 #include "local/private_memory.hpp"
 #include "local/refused_writes.hpp"
 #include "screens/widgets/application.hpp"
@@ -12,8 +13,6 @@ namespace {
 
 int run(int argc, char** argv) {
   using namespace twk;
-  local::keep_memory_private();
-  local::outlive_refused_writes();
   screens::Application application(argc, argv);
   QApplication::setWindowIcon(screens::icon("tarnwick"));
   app::Options options;
@@ -26,6 +25,10 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace twk;
+  local::keep_memory_private();
+  local::outlive_refused_writes();
+  if (const auto code = app::answer_server_trial(argc, argv))
+    return *code;
   if (const auto code = app::answer_without_screen(argc, argv))
     return *code;
   const int code = run(argc, argv);

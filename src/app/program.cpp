@@ -79,7 +79,8 @@ class Workplace {
   /// Raises when something cannot be opened: no lab, files of another version, unreadable files, a domain
   /// that does not answer.
   Workplace(const Options& options, const MakeWorld& make_world)
-      : world_(make_world(dialogs_, [this](const std::string& text) { tell(text); })) {
+      : database_(options.database),
+        world_(make_world(dialogs_, [this](const std::string& text) { tell(text); })) {
     world_->choose_domain_and_database(options.database);
     session_ = std::make_unique<windows::Desktop>(world_->services(), options.command_line,
                                                   world_->program_directory());
@@ -190,7 +191,8 @@ class Workplace {
   }
 
   void change_connection(QWidget& window) {
-    const auto chosen = choose_connection(world::read_connection(world_->stored_registry()), {}, &window);
+    const auto chosen = choose_connection(world::read_connection(world_->stored_registry()), {}, &window,
+                                          usual_connection_test(database_));
     if (!chosen)
       return;
     if (!world::save_connection(world_->stored_registry(), chosen->options))
@@ -199,6 +201,7 @@ class Workplace {
     session_->form1.StatusBar1.panel1 = "The connection is used from the next start on.";
   }
 
+  std::string database_;  ///< of this run; empty: the one of the settings
   screens::QtDialogs dialogs_;
   std::vector<std::string> told_;
   bool started_ = false;
@@ -296,7 +299,8 @@ std::optional<int> run_on_domain(Journey& journey, screens::QtDialogs& dialogs, 
     }
     complain(failed.problem);
     const live::Folders folders = live::user_folders();
-    auto other = choose_connection(world::wanted_connection(folders, chosen.options), failed, nullptr);
+    auto other = choose_connection(world::wanted_connection(folders, chosen.options), failed, nullptr,
+                                   usual_connection_test(journey.options.database));
     if (!other)
       return std::nullopt;
     chosen = std::move(*other);
@@ -306,7 +310,8 @@ std::optional<int> run_on_domain(Journey& journey, screens::QtDialogs& dialogs, 
 
 std::optional<int> connect_first(Journey& journey, screens::QtDialogs& dialogs) {
   const live::Folders folders = live::user_folders();
-  auto chosen = choose_connection(world::wanted_connection(folders, journey.options.connection), {}, nullptr);
+  auto chosen = choose_connection(world::wanted_connection(folders, journey.options.connection), {}, nullptr,
+                                  usual_connection_test(journey.options.database));
   if (!chosen)
     return std::nullopt;
   keep(folders, chosen->options);

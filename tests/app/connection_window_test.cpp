@@ -1,7 +1,12 @@
 #include "app/connection_window.hpp"
 
+#include <gmock/gmock.h>
+
+#include <future>
+
 #include "app/app_test.hpp"
 #include "app/program.hpp"
+#include "app/server_trial.hpp"
 #include "screens/main/main_window.hpp"
 #include "world/stored_connection.hpp"
 
@@ -78,8 +83,11 @@ TEST_F(ConnectionWindowTest, StaysWhenAFieldIsInvalid) {
 
 TEST_F(ConnectionWindowTest, ShowsEachStepOfItsTestInTheBackground) {
   const auto test = [](const live::LiveSettings& settings, const live::Prompts&, const auto& tell) {
-    const std::vector<CheckStep> steps = {{"name look-up", StepOutcome::kPassed, settings.domain},
-                                          {"port", StepOutcome::kFailed, "no answer " + settings.password}};
+    std::vector<CheckStep> steps = {{"name look-up", StepOutcome::kPassed, settings.domain},
+                                    {"port", StepOutcome::kFailed, "no answer " + settings.password}};
+    steps.resize(9);
+    steps.push_back({"file server FS1", StepOutcome::kPassed, "logged on"});
+    steps.push_back({"file server FS2", StepOutcome::kWarning, "there is no share"});
     for (const CheckStep& one : steps)
       tell(one);
     return steps;
@@ -88,14 +96,54 @@ TEST_F(ConnectionWindowTest, ShowsEachStepOfItsTestInTheBackground) {
     type(window, "password", "typed");
     auto* const button = window.findChild<QPushButton*>("test");
     click(window, "test");
-    EXPECT_FALSE(button->isEnabled());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return button->isEnabled(); }));
+    EXPECT_EQ(button->text(), "&Stop Test");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return button->text() == "&Test connection"; }));
     EXPECT_EQ(step(window, 0), "twk.test");
     EXPECT_EQ(step(window, 1), "no answer typed");
     EXPECT_EQ(step(window, 2), "");
+    EXPECT_EQ(step(window, 10), "there is no share");
     window.close();
   });
   app::choose_connection({.domain = "twk.test"}, {}, nullptr, test);
+}
+
+TEST_F(ConnectionWindowTest, StopsItsTestAtOnceAndBeginsAnother) {
+  std::promise<void> answer;
+  const auto silent = [&, reply = answer.get_future().share()](const auto&, const auto&, const auto& tell) {
+    tell({"name look-up", StepOutcome::kPassed, "found"});
+    reply.wait();
+    tell({"port", StepOutcome::kPassed, "late"});
+    return std::vector<CheckStep>();
+  };
+  expect_window([&](QWidget& window) {
+    click(window, "test");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return step(window, 1) == "trying…"; }));
+    EXPECT_TRUE(window.findChild<QLabel*>("time1")->text().endsWith(" s"));
+    click(window, "test");
+    EXPECT_EQ(step(window, 1), "stopped");
+    answer.set_value();
+    click(window, "test");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return step(window, 1) == "late"; }));
+    window.close();
+  });
+  app::choose_connection({.domain = "twk.test"}, {}, nullptr, silent);
+  EXPECT_TRUE(QTest::qWaitFor([] { return !app::Errand::is_any_left(); }));
+}
+
+/// Of a lab's database, whose servers this workstation does not know.
+TEST_F(ConnectionWindowTest, LooksAtTheFileServersOfTheSitesInAProcessThatCanBeEnded) {
+  live::LiveSettings settings;
+  settings.domain = "twk.test";
+  settings.server = "127.0.0.1";
+  const std::string database = make_lab() + "/db";
+  std::size_t told = 0;
+  const auto tell = [&](const CheckStep&) { ++told; };
+  const auto steps = app::try_servers(settings, database, {}, tell);
+  ASSERT_FALSE(steps.empty());
+  EXPECT_TRUE(steps[0].name.starts_with("file server ")) << steps[0].name << steps[0].detail;
+  EXPECT_THAT(steps[0].detail, testing::HasSubstr("its shares cannot be read"));
+  EXPECT_EQ(told, steps.size());
+  EXPECT_TRUE(app::try_servers(settings, database, {{}, {}, [] { return true; }}, tell).empty());
 }
 
 TEST_F(ConnectionWindowTest, ComesWithTheReasonWhenADomainDoesNotAnswer) {

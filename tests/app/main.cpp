@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "app/server_trial.hpp"
 #include "screens/widgets/application.hpp"
 #include "support/temporary_directory.hpp"
 
@@ -12,6 +13,9 @@ constexpr const char* kScreen =
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Its own server, as the program is.
+  if (const auto code = twk::app::answer_server_trial(argc, argv))
+    return *code;
   // Instances, settings and labs of the person who runs the tests must not be seen or touched.
   const twk::test::TemporaryDirectory home;
   twk::test::put_file(home / "screen.json", kScreen);
