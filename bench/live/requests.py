@@ -3,8 +3,8 @@
 
     tests/live/with-domain ad -- bench/live/requests.py TWK
 
-A row for each request of one more user: what two lines of an import cost beyond one, and what is asked for between
-the new account and the end of the command that makes everything a template can ask for.
+A row for each request of one more user: what two lines of an import cost beyond one, all that a command for one user asks
+for, and what is asked for between the new account and the end of the command that makes everything a template can ask for.
 """
 
 import collections
@@ -52,10 +52,10 @@ def requests(*command):
     return found
 
 
-def of_import(lines):
+def of_import(template, lines):
     path = pathlib.Path(f"{lines}.csv")
-    path.write_text("".join(f"Line{lines}of{i},,Smith\n" for i in range(lines)), encoding="utf-8")
-    return requests("user", "import", str(path), "--skip-prompts", "--template", "Plain", *PLACE)
+    path.write_text("".join(f"Line{template}{lines}of{i},,Smith\n" for i in range(lines)), encoding="utf-8")
+    return requests("user", "import", str(path), "--skip-prompts", "--template", template, *PLACE)
 
 
 def tell(what, found):
@@ -66,11 +66,14 @@ def tell(what, found):
 
 
 def without_names(found):
-    return collections.Counter(re.sub(r"Line\d+of\d+", "…", one) for one in found)
+    return collections.Counter(re.sub(r"Line\w+of\d+", "…", one) for one in found)
 
 
 def measure():
-    tell("a line of an import, two groups", sorted((without_names(of_import(2)) - without_names(of_import(1))).elements()))
+    for what, template in (("two groups", "Plain"), ("everything", "Full")):
+        one, two = (without_names(of_import(template, lines)) for lines in (1, 2))
+        tell(f"a line of an import, {what}", sorted((two - one).elements()))
+    tell("user create with two groups, from logon to end", requests("user", "create", "Berta", "Smith", "--template", "Plain", *PLACE))
     full = requests("user", "create", "Anna", "Smith", "--template", "Full", *PLACE)
     account = next(place for place, one in enumerate(full) if one.startswith("add "))
     tell("a full creation, from the account on", full[account:])

@@ -5,6 +5,7 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "creation/creation_run.hpp"
+#include "platform/directory.hpp"
 #include "platform/security.hpp"
 #include "session/session.hpp"
 #include "stores/site_store.hpp"
@@ -12,6 +13,8 @@
 
 namespace twk::creation {
 namespace {
+
+constexpr std::uint32_t kLogonFailure = 1326;  // ERROR_LOGON_FAILURE, [MS-ERREF] 2.2
 
 void require_rights(session::Session& session, const TemplateValues& values, const std::string& server) {
   if (server.empty() || (values.HomeShare.empty() && values.ProfileShare.empty()))
@@ -25,7 +28,9 @@ void require_rights(session::Session& session, const TemplateValues& values, con
 std::string refusal_of_shares(session::Session& session, const std::string& server) {
   base::Trap trap;
   trap([&] { session.platform.network.require_share_rights(server); });
-  return trap.number() == platform::security_error::kAccessDenied ? trap.description() : std::string();
+  const bool refused = trap.number() == platform::security_error::kAccessDenied ||
+                       trap.number() == kLogonFailure || trap.number() == platform::ads_error::kLogonFailure;
+  return refused ? trap.description() : std::string();
 }
 
 void RequireShareRights(CreationRun& run) {

@@ -5,11 +5,13 @@ looks at what is there with others' tools and on the disks.
     tests/live/with-domain members -- tests/live/members_test.py TWK
 """
 
+import ctypes
 import json
 import os
 import pathlib
 import re
 import signal
+import struct
 import subprocess
 import time
 
@@ -20,6 +22,7 @@ DISKS = {server: STATE / server / "srv/d" for server in ("fs1", "fs2")}
 TO_BRANCH = ("--site", "Branch", "--template", "Staff", "--data", "move", "--no-prompt")
 EVERYTHING = ("--account", "--data", "--shares", "--no-prompting")
 FILES = 150
+SHORT = 15  # seconds of a session
 MOVERS = "OU=Movers,DC=hq,DC=north,DC=example"
 NAMES = ("{}", r"POLAR\{}", r"hq.north.example\{}", "{}@hq.north.example")
 CA = ["--ca-file", str(STATE / "dc1/domain/private/tls/ca.pem")]
@@ -158,6 +161,72 @@ def fail_over():
     expect_same(lights.keys() - refused - (on_first | on_second), set(), "who is GREEN and nowhere")
 
 
+def ask_for_short_service_ticket(cache, service, seconds):
+    """Into a cache, for a service that then ends the session in mid-run. The tools of Kerberos ask for no such ticket, and a server
+    gives none for a ticket that is itself about to end."""
+    krb5 = ctypes.CDLL("libkrb5.so.3")
+    context, opened, client, server, got = (ctypes.c_void_p() for _ in range(5))
+    wanted = ctypes.create_string_buffer(120)  # krb5_creds: both principals at 8, the end at 56
+    for call in ((krb5.krb5_init_context, ctypes.byref(context)), (krb5.krb5_cc_resolve, context, cache.encode(), ctypes.byref(opened)),
+                 (krb5.krb5_cc_get_principal, context, opened, ctypes.byref(client)),
+                 (krb5.krb5_parse_name, context, f"{service}@HQ.NORTH.EXAMPLE".encode(), ctypes.byref(server))):
+        expect_same(call[0](*call[1:]), 0, f"{call[0].__name__} for {service}")
+    struct.pack_into("<QQ", wanted, 8, client.value, server.value)
+    struct.pack_into("<i", wanted, 56, int(time.time()) + seconds)
+    expect_same(krb5.krb5_get_credentials(context, 0, opened, wanted, ctypes.byref(got)), 0, f"a short ticket for {service}")
+
+
+def import_with_ticket(first, meanwhile):
+    """An import whose sessions with all servers end in its middle; `meanwhile` does something with the ticket. What it told, and
+    its remaining lines."""
+    cache = f"FILE:{STATE}/short-{first}"
+    run("kinit", "-c", cache, "-l", "1h", "-r", "2h", f"{LIVE['ADMIN']}@HQ.NORTH.EXAMPLE", text=LIVE["PASSWORD"] + "\n")
+    end = time.monotonic() + SHORT + 1
+    for service in ("cifs/FS1", "host/fs1", f"ldap/{LIVE['SERVER']}"):
+        ask_for_short_service_ticket(cache, service, SHORT)
+    pathlib.Path(f"{first}.csv").write_text("".join(f"{first}{i},,Smith\n" for i in range(10)), encoding="utf-8")
+    child = subprocess.Popen(twk_command("--json", "user", "import", f"{first}.csv", "--template", "Staff", "--site", "Head Office", "--ou",
+                                         MOVERS, "--skip-prompts"),
+                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8", env={**os.environ, "KRB5CCNAME": cache})
+    lines = [child.stdout.readline() for _ in range(3)]
+    child.send_signal(signal.SIGSTOP)
+    expect_same(time.monotonic() < end, True, "three lines before the sessions end")
+    meanwhile(cache)
+    time.sleep(max(0, end - time.monotonic()))
+    child.send_signal(signal.SIGCONT)
+    rest, complaints = child.communicate(timeout=120)
+    rows = [json.loads(line) for line in (*lines, *rest.splitlines())]
+    told = f"{first}: {rows} {complaints}"
+    remaining = pathlib.Path(rows[-1]["remaining"]).read_text(encoding="utf-8").split()
+    return [row for row in rows if "line" in row], remaining, told
+
+
+def renew_ticket():
+    """In the middle of an import, which goes on over new sessions with nobody lost or made twice; one whose ticket has run out
+    says so at each line that it leaves."""
+    rows, remaining, told = import_with_ticket("Renew", lambda cache: run("kinit", "-R", "-c", cache))
+    expect_same(([row["light"] for row in rows], remaining), (["GREEN"] * 10, []), told)
+    there = sorted(re.findall(r"^sAMAccountName: (.*)$", account("Renew*", "sAMAccountName"), re.M))
+    expect_same(there, [f"Renew{i}" for i in range(10)], f"accounts {told}")
+    check_homes(there, told)
+
+    def run_out(cache):
+        run("kinit", "-c", cache, "-l", "1s", f"{LIVE['ADMIN']}@HQ.NORTH.EXAMPLE", text=LIVE["PASSWORD"] + "\n")
+    rows, remaining, told = import_with_ticket("Out", run_out)
+    left = [row for row in rows if row["light"] == "RED"]
+    expect_same(len(left) >= 6 and all("ticket" in row["message"] and "`kinit`" in row["message"] for row in left), True, told)
+    expect_same(remaining, [f"{row['user']},,Smith" for row in left], f"remaining lines {told}")
+
+
+def check_homes(names, told):
+    for name in names:
+        home = DISKS["fs1"] / "Users" / name
+        expect_same((home.is_dir(), "security.NTACL" in os.listxattr(home) if home.is_dir() else None), (True, True), f"home of {name} {told}")
+        acl = run("smbcacls", f"--use-krb5-ccache={os.environ['KRB5CCNAME']}", "//fs1.hq.north.example/D$", rf"Users\{name}", codes=None).stdout
+        expect(rf"ACL:POLAR\{name}:ALLOWED", f"list of {name}'s home {told}", acl)
+        expect("ALLOWED/0x0/0x", f"share of {name} {told}", share("fs1", f"{name}$"))
+
+
 def lose_file_server():
     """The server of the homes alone dies in the middle of an import; with it back, the import that goes on completes
     everybody: account, home, share and their lists, and nobody twice."""
@@ -174,16 +243,11 @@ def lose_file_server():
     lights = [row["light"] for row in map(json.loads, (*lines, *rest.splitlines())) if "line" in row]
     expect_same((len(lights), lights[-1]), (14, "RED"), f"lights without the server: {lights} {complaints}")
     run(LIVE["CONTROL"], "start", "fs1")
-    done = twk("user", "import", "--resume", str(next(pathlib.Path.cwd().rglob("Import Record - *"))), codes=(0, 1))
+    done = twk("user", "import", "--resume", json.loads(rest.splitlines()[-1])["record"], codes=(0, 1))
     told = f"after the import went on:\n{lights}\n{complaints}\n{done.stdout}\n{done.stderr}"
     there = re.findall(r"^sAMAccountName: (.*)$", account("Files*", "sAMAccountName"), re.M)
     expect_same(sorted(there), sorted(names), f"accounts {told}")
-    for name in names:
-        home = DISKS["fs1"] / "Users" / name
-        expect_same((home.is_dir(), "security.NTACL" in os.listxattr(home) if home.is_dir() else None), (True, True), f"home of {name} {told}")
-        acl = run("smbcacls", f"--use-krb5-ccache={os.environ['KRB5CCNAME']}", "//fs1.hq.north.example/D$", rf"Users\{name}", codes=None).stdout
-        expect(rf"ACL:POLAR\{name}:ALLOWED", f"list of {name}'s home {told}", acl)
-        expect("ALLOWED/0x0/0x", f"share of {name} {told}", share("fs1", f"{name}$"))
+    check_homes(names, told)
 
 
 def name_of_controller():
@@ -348,4 +412,4 @@ def delete():
     expect_same((account("Jo"), (DISKS["fs1"] / "Users/Jo").exists(), share("fs1", "Jo$")), ("", False, ""), "what is left of Jo")
 
 
-go_through(prepare, log_on, live_without_ticket, attack, rename, move, delete, lose_file_server, fail_over, prefer_own_site, log_on_without_ntlm)
+go_through(prepare, log_on, live_without_ticket, attack, rename, move, delete, renew_ticket, lose_file_server, fail_over, prefer_own_site, log_on_without_ntlm)

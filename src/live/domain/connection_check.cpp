@@ -154,6 +154,11 @@ class Check {
 
   Finding look_at_ticket() {
     const Ticket& ticket = domain_.credentials().ticket();
+    if (ticket.is_about_to_end()) {
+      return {ticket.principal() + ", which ends at " + ticket.end_text() +
+                  ": file servers want one that lasts five minutes more. Renew it with `kinit`",
+              StepOutcome::kWarning};
+    }
     return {ticket.principal() + ", until " + ticket.end_text()};
   }
 

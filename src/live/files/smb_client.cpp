@@ -269,18 +269,32 @@ int SmbClient::run(const std::function<bool()>& call, const std::function<bool()
   errno = 0;
   if (call())
     return 0;
-  if (!is_server_lost(errno))
+  const bool lost = is_server_lost(errno);
+  // A server ends a session with the ticket that it began with, and the library calls that an invalid
+  // argument.
+  if (!lost && errno != EINVAL)
     return reason_of_failure();
   smbc_getFunctionPurgeCachedServers(context())(context());
-  if (done && done())
+  if (lost && done && done())
     return 0;
   errno = 0;
   return call() ? 0 : reason_of_failure();
 }
 
+void SmbClient::require_ticket(std::string_view action, const SmbPath& path) {
+  if (credentials_->has_user())
+    return;
+  base::Trap trap;
+  if (!trap([&] { Ticket::current(credentials_->settings().domain); }))
+    base::raise(base::error::kPathFileAccess,
+                "cannot " + std::string(action) + " " + path.text() + ": " + trap.description());
+}
+
 void SmbClient::fail(int error, std::string_view action, const SmbPath& path) {
   if (error == EINVAL && !is_host_known(path.server))
     base::raise(base::error::kFileNotFound, "The network path was not found: \\\\" + path.server);
+  if (error == EINVAL || error == EACCES || error == EPERM)
+    require_ticket(action, path);
   std::uint32_t number = file_number(error);
   if (error == ENOENT) {
     const SmbPath share{path.server, path.share, {}};
@@ -454,9 +468,10 @@ void SmbClient::set_attribute(const SmbPath& path, const std::string& name, cons
 
 void SmbClient::fail_security(int error, std::string_view action, const SmbPath& path) {
   std::uint32_t number = 0;
-  if (error == EACCES || error == EPERM)
+  if (error == EACCES || error == EPERM) {
+    require_ticket(action, path);
     number = platform::security_error::kAccessDenied;
-  else if (error == EBUSY || error == ETXTBSY)
+  } else if (error == EBUSY || error == ETXTBSY)
     number = platform::security_error::kSharingViolation;
   else
     fail(error, action, path);

@@ -70,9 +70,11 @@ class SmbClient {
  private:
   friend class SmbOpenFile;
   _SMBCCTX* context();
-  /// Runs a call, and once more when the connection was lost and `done` does not report it as made. Returns 0
-  /// or a value of errno.
+  /// Runs a call, and once more when the connection or its session was lost and `done` does not report it as
+  /// made. Returns 0 or a value of errno.
   int run(const std::function<bool()>& call, const std::function<bool()>& done = {});
+  /// Raises what is wrong with the person's ticket, if anything.
+  void require_ticket(std::string_view action, const SmbPath& path);
   [[noreturn]] void fail(int error, std::string_view action, const SmbPath& path);
   [[noreturn]] void fail_security(int error, std::string_view action, const SmbPath& path);
   [[nodiscard]] bool answers(const SmbPath& path);

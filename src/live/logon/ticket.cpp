@@ -233,6 +233,11 @@ bool Ticket::has_ended() const {
   return std::time(nullptr) >= ends_;
 }
 
+bool Ticket::is_about_to_end() const {
+  constexpr std::time_t kLeast = 300;
+  return std::time(nullptr) + kLeast > ends_;
+}
+
 std::string Ticket::end_text() const {
   std::tm parts{};
   std::array<char, 32> text{};

@@ -30,6 +30,8 @@ class Ticket {
   [[nodiscard]] const std::string& principal() const { return principal_; }  ///< "name@REALM"
   [[nodiscard]] std::time_t ends() const { return ends_; }
   [[nodiscard]] bool has_ended() const;
+  /// True in its last five minutes, in which the library of the remote calls takes it for one that has ended.
+  [[nodiscard]] bool is_about_to_end() const;
   /// "2026-11-25 18:47", local time.
   [[nodiscard]] std::string end_text() const;
 

@@ -56,13 +56,21 @@ bool connects_in_time(const addrinfo& address, int seconds) {
   return connected;
 }
 
+/// The library would say of an invalid parameter.
+void require_lasting(const Ticket& ticket) {
+  if (ticket.is_about_to_end())
+    base::raise(platform::ads_error::kLogonFailure,
+                "The Kerberos ticket of " + ticket.principal() + " ends at " + ticket.end_text() +
+                    ", and remote calls need one that lasts five minutes more. Renew it with `kinit`");
+}
+
 /// The ticket of the workstation's cache, or the user's password.
 cli_credentials* make_credentials(TALLOC_CTX* memory, Credentials& person, loadparm_context* configuration) {
   cli_credentials* const credentials = cli_credentials_init(memory);
   cli_credentials_set_conf(credentials, configuration);
   if (!person.has_user()) {
     // The library reads the cache by itself; this reports what is wrong with it.
-    person.ticket();
+    require_lasting(*Ticket::current(person.settings().domain));
     cli_credentials_guess(credentials, configuration);
     cli_credentials_set_kerberos_state(credentials, kKerberosRequired, kCredentialsSpecified);
     return credentials;
