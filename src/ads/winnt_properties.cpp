@@ -77,7 +77,11 @@ Value expiration(const Value& stored) {
 void put_flags(AttributeAccess& entry, std::int32_t flags) {
   if ((flags & platform::kFlagLockedOut) == 0 && is_locked(entry))
     entry.stage(2, "lockoutTime", "0");
-  entry.stage(2, "userAccountControl", flags & ~platform::kFlagLockedOut);
+  // Who may unlock an account may not change its other flags, too.
+  const std::int32_t wanted = flags & ~platform::kFlagLockedOut;
+  const Value known = entry.get("userAccountControl");
+  if (known.is_empty() || known.integer() != wanted)
+    entry.stage(2, "userAccountControl", wanted);
 }
 
 /// Writing the current value again does not count as a change of the password.

@@ -11,7 +11,7 @@ import pathlib
 import socket
 import threading
 
-from live_tools import CONF, LIVE, TWK, admin_logon, expect, expect_same, go_through, ldap_values, run, set_up, twk
+from live_tools import CONF, LIVE, TWK, admin_logon, expect, expect_same, go_through, ldap_values, log_on, run, set_up, twk
 
 UNIT = "OU=Delegated,DC=twk,DC=test"
 PASSWORD = "Read-0nly-pls"
@@ -90,6 +90,32 @@ def look_at_rights():
     expect("there is no OU=Nowhere", "rights", steps("--ou", "OU=Nowhere,DC=twk,DC=test", codes=(2,))["rights"][1])
 
 
+def as_helper(*order):
+    done = run(TWK, "--domain", LIVE["DOMAIN"], "--server", LIVE["SERVER"], "--user", "helper", "--yes", *order, codes=None,
+               env={"TWK_LOGON_PASSWORD": PASSWORD})
+    return done.returncode, done.stdout + done.stderr
+
+
+def foresee_rights():
+    """A rehearsal refuses what the directory will not let the helper do; what was delegated is enough for its command."""
+    twk("template", "add", "Plain", "--group", "Domain Users", "--primary-group", "Domain Users")
+    samba("group", "add", "Choir")
+    for order in (("user", "create", "Ann", "Smith", "--template", "Plain", "--site", "School", "--ou", UNIT),
+                  ("user", "set", "inside", "description=Clerk"), ("users", "disable", "inside"),
+                  ("users", "set-attribute", "title", "Clerk", "inside"), ("user", "groups", "inside", "--add", "Choir"),
+                  ("user", "rename", "inside", "--logon", "other"), ("user", "move-ou", "inside", "CN=Users,DC=twk,DC=test"),
+                  ("ou", "create", "Below", "--under", UNIT), ("group", "add-member", "Choir", "inside")):
+        foreseen, done = as_helper(*order, "--dry-run"), as_helper(*order)
+        expect_same((foreseen[0], done[0] != 0), (done[0], True), f"rehearsal and run of {order}: {foreseen} {done}")
+        expect("too few rights", f"rehearsal of {order}", foreseen[1])
+    samba("domain", "passwordsettings", "set", "--account-lockout-threshold=3")
+    for _ in range(4):
+        log_on("inside", "no such password")
+    expect_same(ldap_values("(&(cn=inside)(lockoutTime>=1))", "cn"), [b"inside"], "who is locked")
+    expect_same([as_helper("users", "unlock", "inside", *how)[0] for how in (("--dry-run",), ())], [0, 0], "unlock")
+    expect_same(ldap_values("(lockoutTime>=1)", "cn"), [], "who is locked after that")
+
+
 def pass_on(source, target):
     with contextlib.suppress(OSError):
         while data := source.recv(65536):
@@ -120,4 +146,4 @@ def work_without_catalogue():
     expect("OU=Below,OU=Delegated", "the units", samba("ou", "list"))
 
 
-go_through(prepare, look_at_share_rights, look_at_servers, look_at_rights, work_without_catalogue)
+go_through(prepare, look_at_share_rights, look_at_servers, look_at_rights, foresee_rights, work_without_catalogue)

@@ -241,6 +241,16 @@ void foresee_password(platform::DirectoryObject& object, std::string_view passwo
     foreseen->foresee_password(password);
 }
 
+void foresee_members(platform::DirectoryObject& group) {
+  if (auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(&group))
+    foreseen->foresee_members();
+}
+
+void foresee_move(platform::DirectoryObject& container, std::string_view source) {
+  if (auto* const foreseen = dynamic_cast<platform::ForeseenWrite*>(&container))
+    foreseen->foresee_move(source);
+}
+
 ObjectPtr new_object(ReportingDirectory& directory, ObjectPtr draft, std::shared_ptr<MadeState> state) {
   return std::make_shared<NewObject>(directory, std::move(draft), std::move(state));
 }

@@ -98,6 +98,8 @@ class RehearsedObject final : public platform::DirectoryObject {
     const std::string target = path_of_child(name.value_or(moved->Name()));
     if (!base::equals_fold(target, source) && directory_.has(target))
       base::raise(ads_error::kObjectExists, "There is an object " + target + " already");
+    if (directory_.made().find(source) == nullptr)
+      foresee_move(*real_, source);
     directory_.tell(moved_text(source, ADsPath(), name));
     return moved;
   }
@@ -106,6 +108,7 @@ class RehearsedObject final : public platform::DirectoryObject {
     directory_.tell("Add " + std::string(path) + " to the group " + ADsPath());
   }
   void Remove(std::string_view path) override {
+    foresee_members(*real_);
     directory_.tell("Remove " + std::string(path) + " from the group " + ADsPath());
   }
   bool IsMember(std::string_view path) override {
@@ -139,6 +142,7 @@ class RehearsedObject final : public platform::DirectoryObject {
       base::raise(is_flat(ADsPath()) ? ads_error::kMemberInGroup : ads_error::kObjectExists,
                   std::string(path) + " is a member of " + ADsPath() + " already");
     }
+    foresee_members(*real_);
     if (directory_.made().find(path) != nullptr)
       directory_.made().state_of(path)->groups.insert(base::upper(ADsPath()));
   }

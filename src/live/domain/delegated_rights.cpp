@@ -34,6 +34,15 @@ std::vector<std::string> values_of(const LdapEntry& entry, const char* attribute
   return values == nullptr ? std::vector<std::string>() : *values;
 }
 
+/// A server that tells of no right tells at least what the schema allows.
+std::optional<std::vector<std::string>> effective(LdapConnection& connection, const std::string& dn,
+                                                  const char* rights, const char* schema) {
+  std::vector<std::string> names = values_of(connection.read(dn, {rights}), rights);
+  if (names.empty() && connection.read(dn, {schema}).find(schema) == nullptr)
+    return std::nullopt;
+  return names;
+}
+
 /// "users, groups and units": the meanings of the names that are there, or of those that are not.
 std::string listed(const std::vector<std::string>& names, std::span<const Meaning> meanings, bool there) {
   std::vector<std::string_view> words;
@@ -61,6 +70,15 @@ std::string sentence(const std::vector<std::string>& names, std::span<const Mean
 
 bool Rights::creates(std::string_view object_class) const {
   return contains(classes, object_class);
+}
+
+std::optional<std::vector<std::string>> creatable_classes(LdapConnection& connection, const std::string& dn) {
+  return effective(connection, dn, kClasses, "allowedChildClasses");
+}
+
+std::optional<std::vector<std::string>> writable_attributes(LdapConnection& connection,
+                                                            const std::string& dn) {
+  return effective(connection, dn, kAttributes, "allowedAttributes");
 }
 
 Rights read_rights(LdapConnection& connection, const std::string& unit) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,12 @@ struct Rights {
   [[nodiscard]] bool creates(std::string_view object_class) const;
   [[nodiscard]] bool are_none() const { return classes.empty() && attributes.empty(); }
 };
+
+/// The classes of which it may create objects there, or the attributes that it may write to an object; none
+/// where the server does not tell. Raise what the server raises.
+std::optional<std::vector<std::string>> creatable_classes(LdapConnection& connection, const std::string& dn);
+std::optional<std::vector<std::string>> writable_attributes(LdapConnection& connection,
+                                                            const std::string& dn);
 
 /// Raises what the server raises, kNoSuchObject for a unit that is not there.
 Rights read_rights(LdapConnection& connection, const std::string& unit);

@@ -6,6 +6,7 @@
 #include "ads/dn.hpp"
 #include "base/errors.hpp"
 #include "base/text.hpp"
+#include "live/domain/delegated_rights.hpp"
 #include "live/domain/locate_controller.hpp"
 #include "platform/directory.hpp"
 #include "platform/ldap_text.hpp"
@@ -272,6 +273,34 @@ void LiveDomain::read_password_rules() {
                      (static_cast<std::int32_t>(base::val(root.first("pwdProperties"))) & kComplex) != 0};
   has_own_password_rules_ = found;
   password_rules_until_ = now + kTakenForTrue;
+}
+
+bool LiveDomain::is_among_rights(const std::string& dn, std::string_view name,
+                                 std::optional<std::vector<std::string>> (*read)(LdapConnection&,
+                                                                                 const std::string&)) {
+  constexpr std::size_t kMost = 50;
+  const auto now = std::chrono::steady_clock::now();
+  const std::string key = (read == creatable_classes ? "C" : "A") + base::upper(dn);
+  auto known = rights_.find(key);
+  if (known == rights_.end() || now - known->second.at > kTakenForTrue) {
+    if (rights_.size() >= kMost)
+      rights_.clear();
+    KnownRights told{.names = {}, .at = now};
+    base::Trap unknown;
+    unknown([&] { told.names = read(ldap(), dn); });
+    known = rights_.insert_or_assign(key, std::move(told)).first;
+  }
+  const auto& names = known->second.names;
+  return !names ||
+         std::ranges::any_of(*names, [&](const std::string& one) { return base::equals_fold(one, name); });
+}
+
+bool LiveDomain::may_create(const std::string& container, std::string_view object_class) {
+  return is_among_rights(container, object_class, creatable_classes);
+}
+
+bool LiveDomain::may_write(const std::string& dn, std::string_view attribute) {
+  return is_among_rights(dn, attribute, writable_attributes);
 }
 
 std::optional<ads::PasswordRules> LiveDomain::password_rules() {

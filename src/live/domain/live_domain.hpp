@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ads/password_rules.hpp"
 #include "live/ldap/ldap_connection.hpp"
@@ -89,6 +90,11 @@ class LiveDomain {
   std::optional<ads::PasswordRules> password_rules();
   /// The same of an account that exists; none where its own rules cannot be read.
   std::optional<ads::PasswordRules> password_rules_of(const std::string& dn);
+  /// What the account that is logged on may do, as the directory says, true where it does not tell: create
+  /// objects of a class in a container, write an attribute of an object. Kept for ten seconds, for a few
+  /// objects.
+  bool may_create(const std::string& container, std::string_view object_class);
+  bool may_write(const std::string& dn, std::string_view attribute);
   /// The entry that has an identifier.
   std::optional<LdapEntry> find_sid(const platform::Sid& sid, const std::vector<std::string>& attributes);
 
@@ -108,6 +114,14 @@ class LiveDomain {
     std::chrono::steady_clock::time_point at;
   };
 
+  struct KnownRights {
+    std::optional<std::vector<std::string>> names;
+    std::chrono::steady_clock::time_point at;
+  };
+
+  /// True when what `read` reads of an object, or what is known of that, has the name.
+  bool is_among_rights(const std::string& dn, std::string_view name,
+                       std::optional<std::vector<std::string>> (*read)(LdapConnection&, const std::string&));
   const Facts& facts();
   /// The controller that the domain has turned to, if that is another; once `host` is gone, one that answers,
   /// which is the domain's from here on. Empty when there is none, or the settings name the one to use.
@@ -131,6 +145,7 @@ class LiveDomain {
   ads::PasswordRules password_rules_;    ///< of accounts without own ones
   bool has_own_password_rules_ = false;  ///< some accounts
   std::chrono::steady_clock::time_point password_rules_until_;
+  std::map<std::string, KnownRights> rights_;                  ///< by kind and name of the object
   std::map<std::string, std::unique_ptr<Subschema>> foreign_;  ///< by server; null for a controller
   LiveSchema schema_;
 };

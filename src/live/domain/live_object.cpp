@@ -35,6 +35,14 @@ std::string encode_password(std::string_view password) {
   return {bytes.begin(), bytes.end()};
 }
 
+void require_creation(LiveDomain& domain, std::string_view container, std::string_view object_class,
+                      const std::string& dn) {
+  if (!domain.may_create(std::string(container), object_class))
+    base::raise(ads_error::kAccessDenied, "Create " + dn + ": the account has too few rights (no " +
+                                              std::string(object_class) + " may be created in " +
+                                              std::string(container) + ")");
+}
+
 }  // namespace
 
 LdapConnection& Origin::ldap() const {
@@ -210,16 +218,26 @@ void LiveEntry::commit() {
 }
 
 void LiveEntry::foresee() {
-  if (new_)
+  if (new_) {
     static_cast<void>(new_attributes());
-  else
-    static_cast<void>(staged_requests());
+    if (!origin_.is_foreign())
+      require_creation(*origin_.domain, ads::parent_dn(dn_), object_class_, dn_);
+  } else {
+    for (const LdapChange& change : staged_requests())
+      require_writing(change.attribute);
+  }
   const Value account = staged_.over("sAMAccountName", {});
   if (account.is_empty() || origin_.is_foreign())
     return;
   const auto holder = origin_.domain->find_account(account.text(), {"objectClass"});
   if (holder && (new_ || ads::normalize_dn(holder->dn) != ads::normalize_dn(dn_)))
     base::raise(ads_error::kObjectExists, "The account name " + account.text() + " is in use");
+}
+
+void LiveEntry::require_writing(std::string_view attribute) const {
+  if (!origin_.is_foreign() && !origin_.domain->may_write(dn_, attribute))
+    base::raise(ads_error::kAccessDenied, "Change " + dn_ + ": the account has too few rights (" +
+                                              std::string(attribute) + " may not be written)");
 }
 
 void LiveEntry::set_password(std::string_view password) {
@@ -294,6 +312,19 @@ void LiveObject::foresee_password(std::string_view password) {
   const std::string why = rules ? ads::why_password_is_refused(*rules, password, {}) : std::string();
   if (!why.empty())
     base::raise(ads_error::kPasswordPolicy, "The password " + why);
+}
+
+void LiveObject::foresee_move(std::string_view source_path) {
+  require_writable();
+  if (entry_.origin().is_foreign())
+    return;
+  LiveDomain& domain = *entry_.origin().domain;
+  const std::string source = dn_of_path(domain, source_path);
+  if (ads::normalize_dn(ads::parent_dn(source)) != ads::normalize_dn(entry_.dn()))
+    require_creation(domain, entry_.dn(), class_of(ldap().read(source, {"objectClass"})), source);
+  if (!domain.may_write(source, "name") && !domain.may_write(source, "cn"))
+    base::raise(ads_error::kAccessDenied,
+                "Move " + source + ": the account has too few rights (its name may not be written)");
 }
 
 void LiveObject::enumerate(std::span<const std::string> classes,

@@ -52,6 +52,8 @@ class LiveEntry final : public ads::AttributeAccess {
   void commit();
   /// Raises what `commit` would raise for values and an account name in use; nothing is sent but a search.
   void foresee();
+  /// Raises kAccessDenied where the directory says that the account may not write that attribute.
+  void require_writing(std::string_view attribute) const;
   /// Enables an account that was made through this object.
   void set_password(std::string_view password);
   /// A new account, enabled unless it is staged otherwise, in one request. False when that was refused, and
@@ -100,6 +102,8 @@ class LiveObject final : public ads::EntryObject,
   bool SetInfoWithPassword(std::string_view password) override;
   void foresee_write() override;
   void foresee_password(std::string_view password) override;
+  void foresee_members() override { entry_.require_writing("member"); }
+  void foresee_move(std::string_view source) override;
   std::vector<std::string> attribute_names() override { return entry_.attribute_names(); }
 
   void enumerate(std::span<const std::string> classes,
