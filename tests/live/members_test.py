@@ -113,7 +113,7 @@ def live_a_life(name, way):
 
 
 def live_without_ticket():
-    for method in ("ldaps", "starttls"):
+    for method in ("ticket", "ldaps", "starttls"):
         live_a_life("Life" + method, ["--method", method, *CA])
 
 
