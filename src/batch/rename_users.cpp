@@ -91,15 +91,13 @@ session::RunOutcome refusal(const std::string& reason) {
 
 /// Raises when no server answers.
 session::RunOutcome rename_node(Session& session, controls::TreeNode& node, const NewNames& names,
-                                const RenameFileOrder& order, session::RunView& view,
-                                lifecycle::RunRecord& run_record) {
+                                lifecycle::RenameTerms& terms, session::RunView& view) {
   if (!names.any())
     return {std::string(session::kGreen), node.text + " keeps every name", true, {}};
   const std::string before = node.text;
   session.status.panel1 = std::string();
   try {
-    session::RunOutcome outcome =
-        lifecycle::rename_to(session, node, names, order.folders, order.terms, view, &run_record);
+    session::RunOutcome outcome = lifecycle::rename_to(session, node, names, terms, view);
     if (outcome.light.empty() && !outcome.done)
       return refusal(session.status.panel1);
     if (outcome.light.empty() || outcome.light == session::kGreen)
@@ -111,8 +109,7 @@ session::RunOutcome rename_node(Session& session, controls::TreeNode& node, cons
 }
 
 RenamedLine rename_line(Session& session, const CsvRecord& record, const Columns& columns,
-                        const RenameFileOrder& order, session::RunView& view,
-                        lifecycle::RunRecord& run_record) {
+                        const RenameFileOrder& order, lifecycle::RenameTerms& terms, session::RunView& view) {
   RenamedLine line;
   line.number = record.line;
   line.result.user = field(record, columns.user);
@@ -126,7 +123,7 @@ RenamedLine rename_line(Session& session, const CsvRecord& record, const Columns
     line.unknown = node == nullptr;
     static_cast<session::RunOutcome&>(line.result) =
         line.unknown ? refusal("There is no user \"" + line.result.user + "\".")
-                     : rename_node(session, *node, names_of(record, columns), order, view, run_record);
+                     : rename_node(session, *node, names_of(record, columns), terms, view);
     if (node != nullptr)
       line.result.path = node->key;
     if (batch)
@@ -149,10 +146,13 @@ void rename_from_file(Session& session, std::string_view bytes, const RenameFile
   const session::RunScope scope(session, order.terms, view);
   const lifecycle::KnownFolders known(session);
   lifecycle::RunRecord run_record(session);
+  lifecycle::RenameTerms terms{.folders = order.folders, .run = order.terms, .record = &run_record};
+  session.log.open();
   while (session.run.goes_on() && lines.next()) {
     view.step("Renaming User: " + field(lines.record(), columns.user));
-    order.done(rename_line(session, lines.record(), columns, order, view, run_record));
+    order.done(rename_line(session, lines.record(), columns, order, terms, view));
   }
+  session.log.close();
 }
 
 }  // namespace twk::batch

@@ -67,7 +67,8 @@ TEST_F(RenameInDirectory, AllNamesChangeAndTreeAndListsFollow) {
   window.User_logon_name.text = std::string();
   window.First_Name.text = std::string("Ann");
   window.Display_Name.text = std::string();
-  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session));
+  world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kConstraint);
+  EXPECT_TRUE(windows::RenameUser_Command2_Click(world.session)) << "in more than one request";
   const std::string key = "LDAP://twk.test/CN=Marsh\\, Ann," + std::string(kNewStarters);
   EXPECT_EQ(attribute("Marsh\\, Ann", "samAccountName"), "amarsh");
   EXPECT_EQ(attribute("Marsh\\, Ann", "userPrincipalName"), "");
@@ -105,10 +106,18 @@ TEST_F(RenameInDirectory, LogonNameInUseChangesNothing) {
 
 TEST_F(RenameInDirectory, OtherNamesThatAreRefusedBearTheirOwnTitle) {
   start();
-  world.directory.before = test::fail_at("SetInfo", 2, platform::ads_error::kConstraint);
+  type_logon_name("amarsh");
+  // All together, and then the second of two requests.
+  int requests = 0;
+  world.directory.before = [&](std::string_view operation, std::string_view) {
+    if (operation == "SetInfo" && ++requests != 2)
+      throw base::RuntimeError(platform::ads_error::kConstraint, "refused by the test");
+  };
   world.dialogs.expect("Error renaming user account");
   EXPECT_FALSE(windows::RenameUser_Command2_Click(world.session));
   EXPECT_EQ(world.dialogs.last_title, "Error renaming user names");
+  EXPECT_EQ(requests, 3);
+  EXPECT_EQ(attribute("Jo Smith", "samAccountName"), "amarsh");
 }
 
 TEST_F(RenameInDirectory, DirectoriesFollowTheNameThatTheyAreMadeOf) {

@@ -18,10 +18,10 @@ struct RenameArguments {
 };
 
 session::RunOutcome rename_in_domain(session::Session& session, controls::TreeNode& node,
-                                     const RenameArguments& arguments, const session::RunTerms& terms,
+                                     const RenameArguments& arguments, lifecycle::RenameTerms& terms,
                                      session::RunView& view) {
   try {
-    return lifecycle::rename_to(session, node, arguments.names, arguments.rename_dirs, terms, view);
+    return lifecycle::rename_to(session, node, arguments.names, terms, view);
   } catch (const lifecycle::UnfitName& unfit) {
     throw UsageError(arguments.names.principal ? std::string("--upn: ") + unfit.what() : unfit.what());
   }
@@ -33,9 +33,11 @@ int rename_user(Context& context, const RenameArguments& arguments) {
   if (arguments.dry_run)
     print_steps(context);
   session::Session& session = context.session(Depth::kNamed);
-  session::RunTerms terms{.even_if_shared = consent_of(arguments.even_if_shared)};
+  lifecycle::RenameTerms terms;
+  terms.folders = arguments.rename_dirs;
+  terms.run.even_if_shared = consent_of(arguments.even_if_shared);
   if (arguments.dry_run)
-    tell_trees(context, terms);
+    tell_trees(context, terms.run);
   controls::TreeNode& node = reach_renamed_user(context, session, arguments.name);
   const std::string old_text = node.text;
   session.run.user = old_text;

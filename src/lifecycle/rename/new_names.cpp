@@ -18,10 +18,13 @@ void set(std::string& name, const std::optional<std::string>& text) {
 }
 
 /// A name without a suffix keeps the account's own, or gets the domain's.
-std::string principal_of(Session& session, const std::string& name, const std::string& before) {
+std::string principal_of(Session& session, const std::string& name, const std::string& before,
+                         RenameTerms& terms) {
   const PrincipalName principal = split_principal(name);
   const std::string own = split_principal(before).suffix;
-  std::vector<std::string> suffixes = principal_suffixes(session);
+  if (!terms.suffixes)
+    terms.suffixes = principal_suffixes(session);
+  std::vector<std::string> suffixes = *terms.suffixes;
   if (!own.empty() && find_suffix(suffixes, own).empty())
     suffixes.push_back(own);
   std::string suffix = own.empty() ? suffixes.front() : own;
@@ -38,29 +41,29 @@ std::string principal_of(Session& session, const std::string& name, const std::s
 }
 
 session::RunOutcome rename_in_directory(Session& session, controls::TreeNode& node, const NewNames& names,
-                                        bool folders, const session::RunTerms& terms, session::RunView& view,
-                                        RunRecord* run_record) {
-  RenameUserOrder order = rename_order(session, node);
+                                        RenameTerms& terms, session::RunView& view) {
+  if (!terms.preferences)
+    terms.preferences = session::read_preferences(session);
+  RenameUserOrder order = rename_order(session, node, *terms.preferences);
   set(order.names.logon, names.logon);
   if (names.principal)
-    order.names.principal = principal_of(session, *names.principal, order.principal_before);
+    order.names.principal = principal_of(session, *names.principal, order.principal_before, terms);
   set(order.names.full_name, names.full_name);
   set(order.names.first, names.first);
   set(order.names.last, names.last);
   set(order.names.display, names.display);
   order.full_name_changed = names.full_name.has_value();
   order.logon_changed = names.logon.has_value();
-  order.folders = folders;
-  order.terms = terms;
-  order.run_record = run_record;
+  order.folders = terms.folders;
+  order.terms = terms.run;
+  order.run_record = terms.record;
   if (has_refused_text(session, order.names))
     return {};
   return rename_user(session, node, order, view);
 }
 
 session::RunOutcome rename_in_nt(Session& session, controls::TreeNode& node, const NewNames& names,
-                                 bool folders, const session::RunTerms& terms, session::RunView& view,
-                                 RunRecord* run_record) {
+                                 const RenameTerms& terms, session::RunView& view) {
   if (names.principal || names.first || names.last || names.display)
     throw UnfitName("an account of this domain has only a logon name and a full name");
   RenameNtOrder order = rename_order_nt(session, node);
@@ -68,9 +71,9 @@ session::RunOutcome rename_in_nt(Session& session, controls::TreeNode& node, con
   set(order.full_name, names.full_name);
   order.logon_changed = names.logon.has_value();
   order.full_name_changed = names.full_name.has_value();
-  order.folders = folders;
-  order.terms = terms;
-  order.run_record = run_record;
+  order.folders = terms.folders;
+  order.terms = terms.run;
+  order.run_record = terms.record;
   if (has_refused_text(session, order))
     return {};
   return rename_nt(session, node, order, view);
@@ -78,11 +81,10 @@ session::RunOutcome rename_in_nt(Session& session, controls::TreeNode& node, con
 
 }  // namespace
 
-session::RunOutcome rename_to(Session& session, controls::TreeNode& node, const NewNames& names, bool folders,
-                              const session::RunTerms& terms, session::RunView& view, RunRecord* run_record) {
-  return session::is_active_directory(session)
-             ? rename_in_directory(session, node, names, folders, terms, view, run_record)
-             : rename_in_nt(session, node, names, folders, terms, view, run_record);
+session::RunOutcome rename_to(Session& session, controls::TreeNode& node, const NewNames& names,
+                              RenameTerms& terms, session::RunView& view) {
+  return session::is_active_directory(session) ? rename_in_directory(session, node, names, terms, view)
+                                               : rename_in_nt(session, node, names, terms, view);
 }
 
 }  // namespace twk::lifecycle

@@ -3,8 +3,10 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "session/current_run.hpp"
+#include "session/preferences.hpp"
 #include "session/run_outcome.hpp"
 
 namespace twk::controls {
@@ -35,12 +37,21 @@ struct UnfitName : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Renames the user of a node in either kind of domain, with `folders` also the shares and folders. The
-/// outcome is that of `rename_user` or `rename_nt`; without a light and undone when a text is refused, which
-/// the status line says. A run over many has one record for all. Raises `UnfitName`, and what the directory
-/// raises.
+/// What the renamings of a run have in common.
+struct RenameTerms {
+  bool folders = false;  ///< shares and folders too
+  session::RunTerms run;
+  RunRecord* record = nullptr;  ///< of a run over many; null for one renaming
+
+  // Read when first needed, and then known to the whole run.
+  std::optional<session::Preferences> preferences{};
+  std::optional<std::vector<std::string>> suffixes{};  ///< of the forest
+};
+
+/// Renames the user of a node in either kind of domain. The outcome is that of `rename_user` or `rename_nt`;
+/// without a light and undone when a text is refused, which the status line says. Raises `UnfitName`, and
+/// what the directory raises.
 session::RunOutcome rename_to(session::Session& session, controls::TreeNode& node, const NewNames& names,
-                              bool folders, const session::RunTerms& terms, session::RunView& view,
-                              RunRecord* run_record = nullptr);
+                              RenameTerms& terms, session::RunView& view);
 
 }  // namespace twk::lifecycle

@@ -71,7 +71,7 @@ void prepare(RenameRun& run) {
   run.text =
       "Error renaming user account\r\n\r\nCheck user logon name and pre windows 2000 names are Unique.";
   run.title = "Error renaming users logon names";
-  run.user = session.platform.directory.GetObject(run.node.key);
+  run.user = run.order.user != nullptr ? run.order.user : session.platform.directory.GetObject(run.node.key);
   run.text = "Nothing was renamed.";
   run.title = "Error renaming directories";
   const std::string account = readable_text(run.user, "samAccountName");
@@ -88,25 +88,42 @@ void prepare(RenameRun& run) {
   run.prepared = prepare_rename(session, order);
 }
 
-void save_logon_names(RenameRun& run) {
-  run.text =
-      "Error renaming user account\r\n\r\nCheck user logon name and pre windows 2000 names are Unique.";
-  run.title = "Error renaming users logon names";
+void put_logon_names(const RenameRun& run) {
   const std::string logon(base::trim(run.order.names.logon));
   if (!logon.empty())
     put_or_clear(run.user, "samAccountName", logon);
   const std::string& principal = run.order.names.principal;
   if (principal != run.order.principal_before)
     put_or_clear(run.user, "userPrincipalName", principal);
-  run.user->SetInfo();
 }
 
-void save_display_names(RenameRun& run) {
+void put_display_names(const RenameRun& run) {
   const UserNames& names = run.order.names;
-  run.title = "Error renaming user names";
   put_or_clear(run.user, "FullName", names.display);
   put_or_clear(run.user, "FirstName", names.first);
   put_or_clear(run.user, "LastName", names.last);
+}
+
+/// All in one request. False when it is refused.
+bool save_together(const RenameRun& run) {
+  base::Trap refused;
+  return refused([&] {
+    put_logon_names(run);
+    put_display_names(run);
+    run.user->SetInfo();
+  });
+}
+
+/// One request after the other, so that a refusal is about the names that it belongs to.
+void save_apart(RenameRun& run) {
+  run.text =
+      "Error renaming user account\r\n\r\nCheck user logon name and pre windows 2000 names are Unique.";
+  run.title = "Error renaming users logon names";
+  run.user = run.session.platform.directory.GetObject(run.node.key);
+  put_logon_names(run);
+  run.user->SetInfo();
+  run.title = "Error renaming user names";
+  put_display_names(run);
   run.user->SetInfo();
 }
 
@@ -169,11 +186,11 @@ void rename(RenameRun& run) {
   const KnownFolders known(run.session);
   prepare(run);
   platform::WriteBatch batch(run.session.platform.directory);
-  save_logon_names(run);
-  save_display_names(run);
+  if (!save_together(run))
+    save_apart(run);
   rename_object(run);
   batch.commit();
-  run.session.log.line("Changing Names for: " + readable_text(run.user, "samAccountName"));
+  run.session.log.line("Changing Names for: " + run.prepared.record.account);
   if (rename_directories(run))
     end_rename(run.session, run.prepared);
   show_new_text(run);
@@ -181,11 +198,12 @@ void rename(RenameRun& run) {
 
 }  // namespace
 
-RenameUserOrder rename_order(Session& session, const controls::TreeNode& node) {
+RenameUserOrder rename_order(Session& session, const controls::TreeNode& node,
+                             const session::Preferences& preferences) {
   const ObjectPtr object = session.platform.directory.GetObject(node.key);
   const platform::User user(object);
-  const session::Preferences preferences = session::read_preferences(session);
   RenameUserOrder order;
+  order.user = object;
   order.principal_before = readable_text(object, "userPrincipalName");
   order.names = {.full_name = plain_name(object->Name()),
                  .first = user.FirstName(),
@@ -208,8 +226,12 @@ session::RunOutcome rename_user(Session& session, controls::TreeNode& node, cons
                                 session::RunView& view) {
   const session::RunScope scope(session, order.terms, view);
   session::begin_outcome(session.log);
+  const bool of_run = session.log.is_open();
+  session.log.open();
+  session.log.gather(true);
   session.log.begin_block();
   session.log.line("Renaming user:" + node.text);
+  session.log.gather(false);
   RenameRun run{session, order, node};
   base::Trap trap;
   const bool renamed = trap([&] { rename(run); });
@@ -217,7 +239,8 @@ session::RunOutcome rename_user(Session& session, controls::TreeNode& node, cons
     session.log.reason(run.title + ": " + base::in_words(trap.number(), trap.description()));
     session::LOG_TAB(session, session::kRed, "Error Renaming " + node.text);
   }
-  session.log.close();
+  if (!of_run)
+    session.log.close();
   if (!renamed) {
     session.platform.dialogs.MsgBox(run.text + "\r\n\r\n" + trap.description(), platform::Buttons::kOk,
                                     platform::Icon::kCritical, run.title);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/directory.hpp"
 #include "session/current_run.hpp"
 #include "session/run_outcome.hpp"
 
@@ -9,8 +10,9 @@ namespace twk::controls {
 struct TreeNode;
 }
 namespace twk::session {
+struct Preferences;
 struct Session;
-}
+}  // namespace twk::session
 
 namespace twk::lifecycle {
 
@@ -37,17 +39,20 @@ struct RenameUserOrder {
   bool tree_shows_display = false;  ///< otherwise the full name
   session::RunTerms terms;
   RunRecord* run_record = nullptr;  ///< of a run over many; null for one renaming
+  platform::ObjectPtr user;         ///< as it was read for this order; null to read it again
 };
 
 /// The names that the user of a node has, to be changed as asked, and what the preferences say. Raises what
 /// the directory raises.
-RenameUserOrder rename_order(session::Session& session, const controls::TreeNode& node);
+RenameUserOrder rename_order(session::Session& session, const controls::TreeNode& node,
+                             const session::Preferences& preferences);
 /// True when a name holds what no name may hold; the status line says what.
 bool has_refused_text(session::Session& session, const UserNames& names);
 
-/// Writes the logon names, then the others, then renames the object and updates the node and the rows of the
-/// user; then shares and folders. What was saved until a refusal stays saved; a box reports it. The outcome
-/// has the worst row of the log tab.
+/// Writes the logon names and the others, then renames the object and updates the node and the rows of the
+/// user; then shares and folders. Names that are refused together are written one after the other, the logon
+/// names first. What was saved until a refusal stays saved; a box reports it. The outcome has the worst row
+/// of the log tab.
 session::RunOutcome rename_user(session::Session& session, controls::TreeNode& node,
                                 const RenameUserOrder& order, session::RunView& view);
 

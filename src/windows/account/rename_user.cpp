@@ -3,6 +3,7 @@
 #include "base/errors.hpp"
 #include "lifecycle/rename/rename_principal.hpp"
 #include "lifecycle/rename/rename_user.hpp"
+#include "session/preferences.hpp"
 #include "windows/account/account_view.hpp"
 #include "windows/state/account_windows.hpp"
 #include "windows/state/desktop.hpp"
@@ -59,7 +60,8 @@ void RenameUser_Load(Desktop& session) {
   const controls::TreeNode* const node = session.form1.TreeView1.selected();
   if (node == nullptr)
     base::raise(base::error::kOutOfBounds, "no user is selected");
-  const lifecycle::RenameUserOrder shown = lifecycle::rename_order(session, *node);
+  const lifecycle::RenameUserOrder shown =
+      lifecycle::rename_order(session, *node, session::read_preferences(session));
   RenameUser& window = session.rename_user;
   window.Full_Name.text = shown.names.full_name;
   window.First_Name.text = shown.names.first;
