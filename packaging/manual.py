@@ -50,6 +50,7 @@ class Command:
         self.help = row["help"]
         self.inner = row["commands"].split()
         self.options = []
+        self.example = ""
 
     def value_of(self, option):
         kind, _, rest = option["value"].partition(":")
@@ -101,6 +102,8 @@ def commands_of(rows):
             commands[row["command"]].options.append(row)
         elif "command" in row:
             commands[row["command"]] = Command(row)
+        elif "words" in row:
+            commands[row["words"]].example = row["example"]
     return commands
 
 
@@ -116,6 +119,7 @@ def group_page(commands, group, prose):
     text.append("# OPTIONS\n\nThe options of *twk*(1) may be given, too.\n")
     for command in members:
         text.append(f"## twk {command.words}\n\n{plain(command.help)}.\n\n{command.all_options()}\n")
+        text.append(f"Example:\n\n```\n{command.example}\n```\n")
     text.append("# SEE ALSO\n\n*twk*(1), *tarnwick*(1), *tarnwick-files*(5), *tarnwick-settings*(5), *tarnwick-formats*(5)\n")
     return "\n".join(text)
 

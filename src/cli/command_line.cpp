@@ -11,6 +11,7 @@
 #include "cli/frame/completion.hpp"
 #include "cli/frame/context.hpp"
 #include "cli/frame/logon_password.hpp"
+#include "cli/parser/examples.hpp"
 #include "cli/parser/manual.hpp"
 #include "cli/parser/near_matches.hpp"
 #include "cli/parser/prose.hpp"
@@ -114,14 +115,18 @@ constexpr CommandGroup kGroups[] = {
     {"db", add_database_commands},
 };
 
+bool asks_for_help(const std::vector<std::string>& words) {
+  const auto has = [&words](std::string_view word) { return std::ranges::find(words, word) != words.end(); };
+  return has("--help") || has("-h") || (!words.empty() && words[0] == "help");
+}
+
 /// The groups that are named by any word of the line, since making the options of all of them takes most of
 /// the time of a short command. All groups for a line that names none, whose fault or help lists them, and
 /// for help of any kind.
 void add_commands(Command& app, Context& context, const std::vector<std::string>& words) {
   const auto has = [&words](std::string_view word) { return std::ranges::find(words, word) != words.end(); };
-  const bool is_help =
-      has("--help") || has("-h") || (!words.empty() && (words[0] == "help" || words[0].starts_with("__")));
-  const bool all = is_help || std::ranges::none_of(kGroups, has, &CommandGroup::name);
+  const bool is_asked = asks_for_help(words) || (!words.empty() && words[0].starts_with("__"));
+  const bool all = is_asked || std::ranges::none_of(kGroups, has, &CommandGroup::name);
   for (const CommandGroup& group : kGroups) {
     if (all || has(group.name))
       group.add(app, context);
@@ -235,6 +240,8 @@ int run(int argc, char** argv) {
   add_plan_commands(app, context, [&context](const std::vector<std::string>& words, bool dry_run) {
     return parse_line(context, words, dry_run);
   });
+  if (asks_for_help({argv + std::min(argc, 1), argv + argc}))
+    show_examples(line);
   if (argc > 1 && std::string_view(argv[1]) == "__complete")
     return print_completions(context, line, {argv + 2, argv + argc});
   if (argc > 1 && std::string_view(argv[1]) == "__manual")

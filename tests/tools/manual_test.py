@@ -1,5 +1,5 @@
 """Makes the manual and checks it: each command and option has a line of help and is in the documentation, which names no
-option that there is not, and man(1) shows the pages without a warning.
+option that there is not, man(1) shows the pages without a warning, and the example of each command runs.
 
     manual_test.py PATH-OF-TWK
 """
@@ -45,9 +45,29 @@ def faults_of_pages(folder):
                 yield f"{os.path.basename(page)}: {line}"
 
 
+def faults_of_examples(rows, folder):
+    """Each command has an example, and all of them run, one after the other, in a sample lab."""
+    examples = {row["words"]: row["example"] for row in rows if "words" in row}
+    for row in rows:
+        if row.get("commands") == "" and row["command"] not in examples:
+            yield f"twk {row['command']}: no example"
+    lab = f"{folder}/lab"
+    environment = {"PATH": os.path.dirname(os.path.abspath(TWK)) + ":/usr/bin:/bin", "HOME": folder, "TWK_LAB": lab, "LANG": "C.UTF-8"}
+    subprocess.run([TWK, "lab", "init", lab, "--sample"], check=True, stdout=subprocess.DEVNULL)
+    for words, lines in examples.items():
+        done = subprocess.run(["bash", "-eo", "pipefail", "-c", lines], cwd=folder, env=environment, capture_output=True, text=True,
+                              stdin=subprocess.DEVNULL, check=False)
+        if done.returncode != 0:
+            yield f"{lines}\nends with {done.returncode}: {done.stdout[-500:]}{done.stderr[-500:]}"
+        helped = subprocess.run([TWK, *words.split(), "--help"], capture_output=True, text=True, check=True).stdout
+        if lines.splitlines()[-1] not in helped or "Exit code: 0 GREEN" not in helped:
+            yield f"twk {words} --help lacks its example or the exit codes"
+
+
 def main():
     listed = subprocess.run([TWK, "__manual"], capture_output=True, text=True, check=True).stdout
-    rows = [row for row in map(json.loads, listed.splitlines()) if "command" in row]
+    listed = list(map(json.loads, listed.splitlines()))
+    rows = [row for row in listed if "command" in row]
     with open(f"{ROOT}/docs/command-line.md", encoding="utf-8") as file:
         text = file.read()
     faults = list(faults_of_documentation(rows, text))
@@ -58,6 +78,7 @@ def main():
                 faults.append(f"{os.path.basename(page)} names {name}, which is not documented")
     with tempfile.TemporaryDirectory() as folder:
         faults += faults_of_pages(folder)
+        faults += faults_of_examples(listed, folder)
     print("\n".join(faults))
     sys.exit(1 if faults else 0)
 

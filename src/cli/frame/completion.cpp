@@ -44,7 +44,8 @@ Kind kind_of(const Completion& wanted) {
     return is({"KEY"}) ? Kind::kKeys : is({"NAME"}) ? Kind::kSettings : Kind::kNothing;
   const bool about_users = room == "user" || room == "users" || room == "profile" || room == "mailbox" ||
                            room == "ts" || room == "lab";
-  if (is({"USER", "U", "A", "B"}) || (about_users && is({"NAME"})))
+  if (is({"USER", "U", "A", "B"}) || (about_users && is({"NAME"})) ||
+      (room == "user" && is({"FIRST", "SECOND"})))
     return Kind::kUsers;
   return Kind::kNothing;
 }

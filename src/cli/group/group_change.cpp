@@ -90,7 +90,6 @@ void add_group_change(Command& group, Context& context) {
   auto* rename = add_change(group, context, arguments, "rename",
                             "Give a group a new common name and account name", rename_group);
   rename->add_option("NEW", arguments->new_name, "The new name")->required();
-  rename->footer("Example: twk group rename \"Year 7\" \"Year 8\"");
 
   auto* set = add_change(group, context, arguments, "set", "Change scope or kind of a group", set_group);
   set->add_option("--scope", arguments->scope, "local (domain-local), global or universal")
@@ -101,8 +100,7 @@ void add_group_change(Command& group, Context& context) {
       ->check(Check::one_of({"security", "distribution"}));
   set->footer(
       "A directory changes global to universal and back, and domain local to universal and back;\n"
-      "from global to domain local go through universal.\n"
-      "Example: twk group set \"Year 7\" --scope universal");
+      "from global to domain local go through universal.");
 }
 
 }  // namespace twk::cli

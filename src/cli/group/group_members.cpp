@@ -192,7 +192,6 @@ void add_group_members(Command& group, Context& context) {
   members->add_flag("--nested", *nested,
                     "Also those of the groups in it, however deep, with the group of each");
   add_csv_option(*members, context);
-  members->footer("Example: twk group members \"All Staff\" --nested --csv > staff.csv");
   members->callback([=, &context] {
     context.set_action([=, &context] {
       return *nested ? list_nested_members(context, *name) : list_members(context, *name);

@@ -88,12 +88,10 @@ void add_group_nested(Command& group, Context& context) {
   auto* tree = group.add_subcommand("tree", "Show the groups in a group, and those in these, as a tree");
   tree->add_option("GROUP", *name, "Account name, common name or distinguished name")->required();
   add_csv_option(*tree, context);
-  tree->footer("Example: twk group tree \"All Staff\"");
   tree->callback([=, &context] { context.set_action([=, &context] { return show_tree(context, *name); }); });
 
   auto* empty = group.add_subcommand("find-empty", "Find the groups without members");
   add_csv_option(*empty, context);
-  empty->footer("Example: twk group find-empty --csv > empty.csv");
   empty->callback([&context] { context.set_action([&context] { return find_empty(context); }); });
 }
 

@@ -60,13 +60,12 @@ int move_ou(Context& context, const ChangeArguments& arguments) {
 }
 
 void add_change(Command& ou, Context& context, const char* name, const char* what, const char* to,
-                const char* to_what, const char* example, int (*action)(Context&, const ChangeArguments&)) {
+                const char* to_what, int (*action)(Context&, const ChangeArguments&)) {
   auto arguments = std::make_shared<ChangeArguments>();
   auto* command = ou.add_subcommand(name, what);
   command->add_option("DN", arguments->dn, "Its distinguished name")->required();
   command->add_option(to, arguments->to, to_what)->required();
   add_dry_run(*command, arguments->dry_run);
-  command->footer(std::string("Example:\n  twk ou ") + example);
   command->callback(
       [=, &context] { context.set_action([=, &context] { return action(context, *arguments); }); });
 }
@@ -81,11 +80,9 @@ std::string locate_own_ou(Context& context, const std::string& dn) {
 }
 
 void add_ou_change(Command& ou, Context& context) {
-  add_change(ou, context, "rename", "Rename an organizational unit", "NAME", "Its new name",
-             "rename \"OU=Year 7,OU=Pupils,DC=twk,DC=test\" \"Year 8\"", rename_ou);
+  add_change(ou, context, "rename", "Rename an organizational unit", "NAME", "Its new name", rename_ou);
   add_change(ou, context, "move", "Move an organizational unit with everything in it", "TARGET",
-             "The unit or the domain that it shall be in, by distinguished name",
-             "move \"OU=North,DC=twk,DC=test\" \"OU=Sales,DC=twk,DC=test\"", move_ou);
+             "The unit or the domain that it shall be in, by distinguished name", move_ou);
 }
 
 }  // namespace twk::cli

@@ -66,7 +66,6 @@ void add_ou_delete(Command& ou, Context& context) {
   command->add_flag("--recursive", arguments->recursive,
                     "With everything in it; otherwise a unit that is not empty is refused");
   add_dry_run(*command, arguments->dry_run);
-  command->footer("Example:\n  twk ou delete \"OU=Leavers,DC=twk,DC=test\" --recursive --dry-run");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return delete_ou(context, *arguments); }); });
 }

@@ -69,7 +69,6 @@ void add_ou_list(Command& ou, Context& context) {
   auto name = std::make_shared<std::string>();
   auto* show = ou.add_subcommand("show", "Show how much is in an organizational unit");
   show->add_option("DN", *name, "Its distinguished name")->required();
-  show->footer("Example:\n  twk ou show \"OU=Pupils,DC=twk,DC=test\"");
   show->callback([=, &context] { context.set_action([=, &context] { return show_ou(context, *name); }); });
 }
 

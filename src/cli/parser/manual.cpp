@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+#include "cli/parser/examples.hpp"
 #include "cli/terminal/exit_codes.hpp"
 #include "cli/terminal/output.hpp"
 #include "format/reference.hpp"
@@ -51,6 +52,8 @@ int print_manual(Output& output, const CLI::App& line) {
   }
   for (const format::KnownVariable& one : format::all_known_variables())
     output.result({{"variable", one.written}, {"meaning", one.meaning}, {"where", one.where}}, {});
+  for (const Example& one : all_examples())
+    output.result({{"words", one.words}, {"example", one.lines}}, {});
   output.finish();
   return kExitGreen;
 }

@@ -15,6 +15,7 @@ class Output;
 ///     {"command":"user import","option":"--first","value":"N","help":"Column of the first name","heading":"Options"}
 ///     {"format":"%first%","meaning":"The first name","example":"%first%","result":"John"}
 ///     {"variable":"%UserName%","meaning":"The account name","where":"Paths …"}
+///     {"words":"site list","example":"twk site list"}
 int print_manual(Output& output, const CLI::App& line);
 
 }  // namespace twk::cli

@@ -141,7 +141,7 @@ void add_plan_commands(Command& app, Context& context, const LineParser& parse) 
       "with # are skipped. All lines are understood before the first one runs. In a lab a\n"
       "rehearsed line finds all that earlier lines would change; in a real domain it finds\n"
       "the units and groups that they would make, and users are as and where they are now.\n"
-      "Example:\n"
+      "A plan:\n"
       "  # the move up in summer\n"
       "  users disable --group \"Year 13\"\n"
       "  users move-ou \"OU=Leavers,DC=twk,DC=test\" --group \"Year 13\"\n"

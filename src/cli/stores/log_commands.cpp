@@ -68,6 +68,8 @@ int clear_log(Context& context) {
   session::Delete_Log_File(context.session(Depth::kSettings));
   if (context.services().files.exists(path))
     throw Refused("The log file stays.");
+  if (context.output().json())
+    context.output().result({{"deleted", true}}, {});
   return kExitGreen;
 }
 

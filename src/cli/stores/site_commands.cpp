@@ -132,6 +132,8 @@ int delete_site(Context& context, const SiteArguments& arguments) {
     return kExitRed;
   stores::StoreOutcome outcome;
   act(session, [&] { stores::tell(session, outcome = stores::delete_site(session, name)); });
+  if (outcome.done && context.output().json())
+    context.output().result({{"name", name}, {"deleted", true}}, {});
   return outcome.done ? kExitGreen : kExitRed;
 }
 

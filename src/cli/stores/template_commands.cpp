@@ -173,6 +173,8 @@ int delete_template(Context& context, const TemplateArguments& arguments) {
     return kExitRed;
   stores::StoreOutcome outcome;
   act(session, [&] { stores::tell(session, outcome = stores::delete_template(session, name)); });
+  if (outcome.done && context.output().json())
+    context.output().result({{"name", name}, {"deleted", true}}, {});
   return outcome.done ? kExitGreen : kExitRed;
 }
 
@@ -207,7 +209,6 @@ void add_template_commands(Command& app, Context& context) {
       ->required()
       ->check(at_most(records::kTemplateNameLength));
   add_csv_option(*diff, context);
-  diff->footer("Example: twk template diff Staff Contractors");
   add("delete", "Delete a template; asks first", delete_template);
 }
 

@@ -103,7 +103,6 @@ void add_user_compare(Command& user, Context& context) {
   copy->add_option("--like", order->like, "The user to be like")->required()->type_name("USER");
   copy->add_flag("--exactly", order->exactly, "Leave the groups that the other one is not in");
   copy->add_flag("--dry-run", order->dry_run, "Print what would be done, in order, and do nothing");
-  copy->footer("Example: twk user copy Ann.Lee --like Ada.Marsh --dry-run");
   copy->callback([=, &context] { context.set_action([=, &context] { return copy_user(context, *order); }); });
 
   auto arguments = std::make_shared<DiffArguments>();
@@ -113,7 +112,6 @@ void add_user_compare(Command& user, Context& context) {
   diff->add_flag("--all", arguments->all,
                  "Also identifiers, names, times and counts, which are each user's own");
   add_csv_option(*diff, context);
-  diff->footer("Example: twk user diff Ann.Lee Ada.Marsh");
   diff->callback(
       [=, &context] { context.set_action([=, &context] { return compare_users(context, *arguments); }); });
 }

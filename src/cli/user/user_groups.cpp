@@ -139,7 +139,6 @@ void add_user_groups(Command& user, Context& context) {
       "--effective", arguments->effective,
       "List all groups that count for the user: direct ones, the primary one, and those that they are in");
   add_csv_option(*groups, context);
-  groups->footer("Example: twk user groups Ada.Marsh --effective");
   groups->callback(
       [=, &context] { context.set_action([=, &context] { return work_on_groups(context, *arguments); }); });
 }

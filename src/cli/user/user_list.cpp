@@ -85,7 +85,6 @@ void add_user_list(Command& user, Context& context) {
                    "What to print of each: name, ou, mail, … or any attribute, with commas between")
       ->type_name("NAMES");
   add_csv_option(*list, context);
-  list->footer("Example: twk user list --columns name,ou,mail,lastLogonTimestamp --csv > users.csv");
   list->callback(
       [=, &context] { context.set_action([=, &context] { return show_users(context, *arguments); }); });
 }

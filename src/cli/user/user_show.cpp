@@ -78,7 +78,6 @@ void add_user_show(Command& user, Context& context) {
   show->add_option("--attributes", arguments->attributes, "Only these attributes, with commas between")
       ->type_name("NAMES")
       ->excludes(all);
-  show->footer("Example: twk user show Ada.Marsh --attributes objectSid,pwdLastSet,userAccountControl");
   show->callback(
       [=, &context] { context.set_action([=, &context] { return show_user(context, *arguments); }); });
 }

@@ -103,10 +103,6 @@ void add_users_rename(Command& users, Context& context) {
   command->add_flag("--rename-dirs", arguments->rename_dirs, "Rename the users' shares and folders too");
   add_even_if_shared(*command, arguments->even_if_shared);
   add_dry_run(*command, arguments->dry_run);
-  command->footer(
-      "Example, a file of one who married:\n"
-      "  User,Logon,Last name,Full name\n"
-      "  Ann.Lee,Ann.Day,Day,Ann Day");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return rename_users(context, *arguments); }); });
 }

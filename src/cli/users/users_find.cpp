@@ -176,11 +176,9 @@ void add_users_find(Command& users, Context& context) {
   expired->add_option("--within", expiry->within, "Will expire within so many days: 30d")
       ->type_name("DAYS")
       ->excludes(before);
-  expired->footer("Example: twk users find-expired --within 30d");
 
-  add_report(users, context, "find-locked", "Find the accounts that are locked out", [&context] {
-    return find_locked(context);
-  })->footer("Example: twk --json users find-locked | jq -r .dn | twk users unlock --from-file -");
+  add_report(users, context, "find-locked", "Find the accounts that are locked out",
+             [&context] { return find_locked(context); });
 
   auto days = std::make_shared<std::string>();
   auto* inactive =
@@ -190,18 +188,15 @@ void add_users_find(Command& users, Context& context) {
       ->add_option("--days", *days, "For at least so many days; those who never did count from their making")
       ->required()
       ->type_name("DAYS");
-  inactive->footer("Example: twk users find-inactive --days 90 --csv > inactive.csv");
 
   auto within = std::make_shared<std::string>("14d");
   auto* expiring =
       add_report(users, context, "find-password-expiring", "Find the users whose password will expire soon",
                  [=, &context] { return find_password_expiring(context, *within); });
   expiring->add_option("--within", *within, "Within so many days; 14d if not given")->type_name("DAYS");
-  expiring->footer("Example: twk users find-password-expiring --within 7d");
 
-  add_report(users, context, "find-never-logged-on", "Find the users who never logged on", [&context] {
-    return find_never_logged_on(context);
-  })->footer("Example: twk users find-never-logged-on --csv");
+  add_report(users, context, "find-never-logged-on", "Find the users who never logged on",
+             [&context] { return find_never_logged_on(context); });
 }
 
 }  // namespace twk::cli

@@ -56,9 +56,6 @@ void add_users_groups(Command& users, Context& context) {
       ->type_name("G");
   add_selection_options(*command, arguments->selection);
   add_dry_run(*command, arguments->dry_run);
-  command->footer(
-      "Example:\n"
-      "  twk users groups --add \"Year 8\" --remove \"Year 7\" --ou \"OU=Year 8,OU=Pupils,DC=twk,DC=test\"");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return change_groups(context, *arguments); }); });
 }

@@ -35,11 +35,6 @@ void add_users_move_ou(Command& users, Context& context) {
       ->type_name("DN");
   add_selection_options(*command, arguments->selection);
   add_dry_run(*command, arguments->dry_run);
-  command->footer(
-      "Example, the move up in summer:\n"
-      "  twk users move-ou \"OU=Year 8,OU=Pupils,DC=twk,DC=test\" --ou \"OU=Year "
-      "7,OU=Pupils,DC=twk,DC=test\" "
-      "--except Ann.Lee");
   command->callback(
       [=, &context] { context.set_action([=, &context] { return move_users(context, *arguments); }); });
 }

@@ -81,9 +81,6 @@ void add_doctor_command(Command& app, Context& context) {
   doctor
       ->add_option("--ou", *unit, "Where the rights are looked at: any that were delegated there are enough")
       ->type_name("DN");
-  doctor->footer(
-      "Examples: twk --lab ~/lab doctor\n"
-      "          twk doctor --ou \"OU=Pupils,DC=corp,DC=test\"");
   doctor->callback([=, &context] { context.set_action([=, &context] { return examine(context, *unit); }); });
 }
 

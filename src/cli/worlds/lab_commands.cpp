@@ -197,7 +197,6 @@ void add_lab_commands(Command& app, Context& context) {
   count("--ous", arguments->ous, "Number of organizational units to invent", plan.ous);
   init->add_option("--seed", arguments->plan.seed, "Equal seeds make equal labs")->type_name("N");
   init->add_flag("--sample", arguments->sample, "Add a site, a template and settings to begin with");
-  init->footer("Example: twk lab init ~/lab --empty --domain school.test");
   init->callback(
       [=, &context] { context.set_action([=, &context] { return init_lab(context, *arguments); }); });
 

@@ -110,11 +110,9 @@ Command* add(Command& lab, const char* name, const char* description, std::strin
 void add_lab_logon(Command& lab, Context& context) {
   auto name = std::make_shared<std::string>();
   auto* lock = add(lab, "lock", "Lock a user out, as too many wrong passwords do", *name);
-  lock->footer("Example: twk --lab ~/lab lab lock Ada.Marsh");
   lock->callback([=, &context] { context.set_action([=, &context] { return lock_user(context, *name); }); });
 
   auto* expire = add(lab, "expire", "Let a user's account end now", *name);
-  expire->footer("Example: twk --lab ~/lab lab expire Ada.Marsh");
   expire->callback(
       [=, &context] { context.set_action([=, &context] { return expire_user(context, *name); }); });
 
@@ -128,8 +126,7 @@ void add_lab_logon(Command& lab, Context& context) {
   logon->add_option("--at", arguments->at, "At another moment: \"2026-12-31 07:30\"; nothing is counted then")
       ->type_name("MOMENT");
   logon->footer(
-      "With a password, a wrong one is counted, and locks the account at the threshold of the lab.\n"
-      "Example: echo Welcome-2-Work | twk --lab ~/lab lab logon Ada.Marsh --password-stdin");
+      "With a password, a wrong one is counted, and locks the account at the threshold of the lab.");
   logon->callback(
       [=, &context] { context.set_action([=, &context] { return try_logon(context, *arguments); }); });
 }

@@ -112,7 +112,6 @@ void add_lab_server(Command& lab, Context& context) {
   add->add_option("--for-template", arguments->template_name,
                   "Make the folders and shares that the paths of this template need there, too")
       ->type_name("T");
-  add->footer("Example: twk --lab ~/lab lab server add FS2 --for-template Staff");
   add->callback(
       [=, &context] { context.set_action([=, &context] { return add_server(context, *arguments); }); });
 }
