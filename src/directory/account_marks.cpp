@@ -5,6 +5,7 @@
 #include "base/errors.hpp"
 #include "directory/domain_search.hpp"
 #include "directory/lockout.hpp"
+#include "directory/names.hpp"
 #include "directory/user_details.hpp"
 #include "platform/adsi.hpp"
 #include "platform/query.hpp"
@@ -62,7 +63,10 @@ std::optional<base::Date> AccountMarks::end_of(const platform::Recordset& row, s
 
 void set_mark(session::Session& session, std::string_view path, std::uint8_t mark, bool on) {
   controls::TreeView& tree = session.domain.tree;
-  if (controls::TreeNode* const node = tree.find(path))
+  const bool active_directory = session::is_active_directory(session);
+  // Of the sub-items, see `LoadedDomain::users`.
+  const std::size_t state = active_directory ? 4 : 3;
+  if (controls::TreeNode* const node = tree.find(active_directory ? std::string(path) : nt_user_key(path)))
     tree.set_marks(*node, with(node->marks, mark, on));
   for (controls::ListView* const list : {&session.domain.users, &session.domain.selection}) {
     const controls::ListRow* const row = list->find_key(path);
@@ -70,8 +74,8 @@ void set_mark(session::Session& session, std::string_view path, std::uint8_t mar
       continue;
     controls::ListRow& shown = list->at(list->place_of(*row));
     list->set_marks(shown, with(shown.marks, mark, on));
-    if (shown.sub_items.size() >= kStateColumn)
-      list->set_sub_item(shown, kStateColumn, marks_in_words(shown.marks));
+    if (shown.sub_items.size() >= state)
+      list->set_sub_item(shown, state, marks_in_words(shown.marks));
   }
 }
 

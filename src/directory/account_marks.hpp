@@ -47,10 +47,7 @@ class AccountMarks {
   std::optional<std::int64_t> lockout_duration_;
 };
 
-/// The sub-item of a user's row that has the marks in words, see `LoadedDomain::users`.
-inline constexpr std::size_t kStateColumn = 4;
-
-/// Changes a mark of an account where the tree and the lists show it; `path` is its key there.
+/// Changes a mark of an account where the tree and the lists show it; `path` is its key in the lists.
 void set_mark(session::Session& session, std::string_view path, std::uint8_t mark, bool on);
 
 }  // namespace twk::directory

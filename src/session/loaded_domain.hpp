@@ -30,7 +30,8 @@ struct LoadedDomain {
   controls::Observable<std::string> loading;  ///< what the load of the session is at, for the splash
   LookedUp looked_up;
   controls::TreeView tree;
-  /// Sub-items, of those that were read from Active Directory: logon name, full name, unit, state, expiry.
+  /// Sub-items, of those that were read with them: logon name, full name, unit, state, expiry; in a WinNT
+  /// domain full name, description, state.
   controls::ListView users;
   controls::ListView groups;     ///< without those that a selection cannot hold
   controls::ListView units;      ///< organizational units

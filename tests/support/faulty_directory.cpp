@@ -1,6 +1,7 @@
 #include "support/faulty_directory.hpp"
 
 #include "base/errors.hpp"
+#include "platform/account_listing.hpp"
 #include "platform/foreseen_write.hpp"
 
 namespace twk::test {
@@ -9,7 +10,7 @@ namespace {
 using platform::ObjectPtr;
 using platform::Value;
 
-class FaultyObject final : public platform::DirectoryObject, public platform::ForeseenWrite {
+class FaultyObject : public platform::DirectoryObject, public platform::ForeseenWrite {
  public:
   FaultyObject(FaultyDirectory& directory, ObjectPtr real) : directory_(directory), real_(std::move(real)) {}
 
@@ -76,9 +77,27 @@ class FaultyObject final : public platform::DirectoryObject, public platform::Fo
   ObjectPtr real_;
 };
 
+/// A domain of WinNT; its list counts as "enumerate", too.
+class FaultyDomain final : public FaultyObject, public platform::AccountListing {
+ public:
+  FaultyDomain(FaultyDirectory& directory, const ObjectPtr& real, platform::AccountListing& listing)
+      : FaultyObject(directory, real), directory_(directory), listing_(listing) {}
+
+  void list_users(const std::function<bool(const platform::ListedUser&)>& visit) override {
+    directory_.step("enumerate", ADsPath());
+    listing_.list_users(visit);
+  }
+
+ private:
+  FaultyDirectory& directory_;
+  platform::AccountListing& listing_;
+};
+
 }  // namespace
 
 ObjectPtr FaultyDirectory::wrap(ObjectPtr object) {
+  if (auto* const listing = dynamic_cast<platform::AccountListing*>(object.get()))
+    return std::make_shared<FaultyDomain>(*this, object, *listing);
   return std::make_shared<FaultyObject>(*this, std::move(object));
 }
 

@@ -51,6 +51,8 @@ TEST(HostileAccountService, AnswersThatHoldLessThanTheyAnnounceAreRefused) {
        [](auto& s) { s.read_user(1001); }},
       {"users without names", with_session({words({0, 1, 2, 0, 2, 0})}),
        [](auto& s) { s.enumerate(true, false, [](const SamAccount&) { return true; }); }},
+      {"a list of users without them", with_session({words({0, 0, 1, 3, 0, 0})}),
+       [](auto& s) { s.list_users(); }},
       {"a group without fields", with_session({kHandle, words({0, 0}), kHandle}),
        [](auto& s) { s.group_description(kGroup); }},
       {"a local group without fields", with_session({kHandle, words({0, 0}), kHandle}),

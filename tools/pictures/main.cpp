@@ -57,11 +57,10 @@
 /// Saves a picture of each tab and window of the program, over a sample lab: for looking at what was changed,
 /// and for the documentation.
 ///
-///     tarnwick_pictures FOLDER [--dark]
+///     tarnwick_pictures FOLDER [--dark] [--size WIDTHxHEIGHT]
 namespace twk::pictures {
 namespace {
 
-/// A window by its name, and the routine that fills it and shows it; without one it is shown as it is.
 constexpr const char* kNewStarters = "OU=New Starters,DC=twk,DC=test";
 
 struct Person {
@@ -119,6 +118,7 @@ void fill(windows::Desktop& session) {
   windows::templatelst_Click(session);
 }
 
+/// A window by its name, and the routine that fills it and shows it.
 struct Window {
   const char* name;
   std::function<void(windows::Desktop& session)> open;
@@ -414,7 +414,7 @@ void save_program_windows(Album& album, screens::MainWindow& window, windows::De
   session.splash.visible = false;
 }
 
-void take(const QString& folder) {
+void take(const QString& folder, const QSize& size) {
   const test::TemporaryDirectory home;
   screens::QtDialogs dialogs;
   world::make_sample_lab(home / "lab", {}, dialogs);
@@ -428,7 +428,7 @@ void take(const QString& folder) {
   fill(session);
   screens::MainWindow window(session);
   // On a screen of few points, as at twice the size, what fits is what a person sees.
-  window.resize(QSize(1024, 740).boundedTo(window.screen()->availableSize()));
+  window.resize(size.boundedTo(window.screen()->availableSize()));
   window.show();
   Album album(folder);
   save_tabs(album, window);
@@ -438,15 +438,22 @@ void take(const QString& folder) {
   save_program_windows(album, window, session, dialogs);
 }
 
-int run(const QStringList& arguments) {
-  if (arguments.size() < 2 || arguments.size() > 3 || (arguments.size() == 3 && arguments[2] != "--dark")) {
-    std::fputs("usage: tarnwick_pictures FOLDER [--dark]\n", stderr);
+int run() {
+  QCommandLineParser parser;
+  parser.addPositionalArgument("FOLDER", "Where the pictures go");
+  parser.addOption({"dark", "In dark colours"});
+  parser.addOption({"size", "Of the main window", "WIDTHxHEIGHT", "1024x740"});
+  parser.process(QCoreApplication::arguments());
+  const QStringList folders = parser.positionalArguments();
+  const QStringList size = parser.value("size").split('x');
+  if (folders.size() != 1 || size.size() != 2) {
+    std::fputs("usage: tarnwick_pictures FOLDER [--dark] [--size WIDTHxHEIGHT]\n", stderr);
     return 64;
   }
   QApplication::setStyle("Fusion");
-  if (arguments.size() == 3)
+  if (parser.isSet("dark"))
     use_dark_colours();
-  take(arguments[1]);
+  take(folders.front(), {size[0].toInt(), size[1].toInt()});
   return 0;
 }
 
@@ -459,7 +466,7 @@ int main(int argc, char** argv) {
   qputenv("XDG_CONFIG_HOME", settings.path().c_str());
   twk::screens::Application application(argc, argv);
   try {
-    return twk::pictures::run(QCoreApplication::arguments());
+    return twk::pictures::run();
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "tarnwick_pictures: %s\n", failure.what());
     return 70;

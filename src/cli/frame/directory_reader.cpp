@@ -12,6 +12,7 @@
 #include "directory/account_expiry.hpp"
 #include "directory/domain_search.hpp"
 #include "directory/hours_of_week.hpp"
+#include "directory/nt_listing.hpp"
 #include "platform/adsi.hpp"
 #include "platform/group_type.hpp"
 #include "platform/ldap_text.hpp"
@@ -274,10 +275,12 @@ std::vector<Json> list_users(const Domain& domain, std::string_view ou) {
   } else {
     if (!ou.empty())
       throw Refused("A WinNT domain has no organizational units.");
-    for (const ObjectPtr& object : winnt_children(domain, "User")) {
-      const platform::User user(object);
-      out.push_back(user_row(user.Name(), user.FullName(), user.Description(), user.AccountDisabled(), {}));
-    }
+    const ObjectPtr container = domain.services.directory.GetObject(winnt_path(domain, {}));
+    directory::list_nt_users(container, [&](const platform::ListedUser& user) {
+      const bool disabled = (user.flags & platform::kFlagAccountDisabled) != 0;
+      out.push_back(user_row(user.name, user.full_name, user.description, disabled, {}));
+      return true;
+    });
   }
   sort_by_name(out);
   return out;

@@ -6,6 +6,7 @@
 #include "base/text.hpp"
 #include "controls/drawing_off.hpp"
 #include "directory/names.hpp"
+#include "directory/nt_listing.hpp"
 #include "directory/operations.hpp"
 #include "platform/group_type.hpp"
 #include "session/loaded_domain.hpp"
@@ -17,10 +18,13 @@ namespace {
 using platform::ObjectPtr;
 using session::Session;
 
-void take_user(Session& session, base::Trap& trap, controls::TreeNode& root, const std::string& name) {
+void take_user(Session& session, base::Trap& trap, controls::TreeNode& root,
+               const platform::ListedUser& user) {
+  const std::string& name = user.name;
+  const NtUserRow row = nt_user_row(user);
   ++session.UserCount;
-  trap([&] { session.domain.tree.add(&root, nt_user_key(name), name, "USER"); });
-  trap([&] { session.domain.users.add(name, name, "USER"); });
+  trap([&] { session.domain.tree.add(&root, nt_user_key(name), name, "USER").marks = row.marks; });
+  trap([&] { session.domain.users.add(name, name, "USER", row.texts).marks = row.marks; });
   trap([&] { session.domain.NotMembers.add(name, name, "USER"); });
 }
 
@@ -52,10 +56,10 @@ void show_nt_users(Session& session) {
   base::Trap adding;
   trap([&] {
     const controls::DrawingOff off(list);
-    const std::vector<std::string> users{"User"};
-    session.platform.directory.GetObject(winnt_path(session))->enumerate(users, [&](const ObjectPtr& user) {
-      const std::string name = user->Name();
-      adding([&] { list.add(name, name, "USER"); });
+    const ObjectPtr domain = session.platform.directory.GetObject(winnt_path(session));
+    list_nt_users(domain, [&](const platform::ListedUser& user) {
+      const NtUserRow row = nt_user_row(user);
+      adding([&] { list.add(user.name, user.name, "USER", row.texts).marks = row.marks; });
       return true;
     });
   });
@@ -84,9 +88,8 @@ bool Load_NT_Domain(Session& session) {
   base::Trap walk(session::is_debug(session));
   walk([&] {
     const controls::DrawingOff off(session.domain.tree);
-    const std::vector<std::string> users{"User"};
-    session.DomainContainer->enumerate(users, [&](const ObjectPtr& user) {
-      take_user(session, trap, root, user->Name());
+    list_nt_users(session.DomainContainer, [&](const platform::ListedUser& user) {
+      take_user(session, trap, root, user);
       return true;
     });
   });

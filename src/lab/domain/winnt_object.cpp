@@ -10,6 +10,7 @@
 #include "lab/domain/membership.hpp"
 #include "lab/domain/passwords.hpp"
 #include "lab/store/errors.hpp"
+#include "platform/adsi.hpp"
 
 namespace twk::lab {
 namespace {
@@ -51,6 +52,19 @@ void WinntDomain::enumerate(std::span<const std::string> classes,
     if (domain_.store.find(name) != nullptr && !visit(bind_winnt_account(domain_, name, Name())))
       return;
   }
+}
+
+void WinntDomain::list_users(const std::function<bool(const platform::ListedUser&)>& visit) {
+  domain_.store.refresh();
+  const std::int64_t now = base::to_filetime(domain_.clock.utc_now());
+  domain_.store.subtree(require_entry(domain_, domain_.root_dn), [&](const Entry& entry) {
+    if (!is_user(entry) || !entry.has("sAMAccountName"))
+      return true;
+    const auto flags = static_cast<std::int32_t>(read_number(entry, "userAccountControl"));
+    return visit({entry.value("sAMAccountName").value_or(""), entry.value("displayName").value_or(""),
+                  entry.value("description").value_or(""),
+                  flags | (is_locked(domain_, entry, now) ? platform::kFlagLockedOut : 0)});
+  });
 }
 
 const std::string& WinntDomain::find(std::string_view object_class, std::string_view name) const {

@@ -4,18 +4,20 @@
 
 #include "ads/winnt_object.hpp"
 #include "lab/domain/staged_entry.hpp"
+#include "platform/account_listing.hpp"
 #include "platform/foreseen_write.hpp"
 
 namespace twk::lab {
 
 /// A domain bound through WinNT: a flat container of users and groups, named by their account names. New
 /// accounts go to CN=Users. Computer accounts are not among its children.
-class WinntDomain final : public ads::WinntDomainObject {
+class WinntDomain final : public ads::WinntDomainObject, public platform::AccountListing {
  public:
   WinntDomain(LabDomain& domain, std::string name) : WinntDomainObject(std::move(name)), domain_(domain) {}
 
   void enumerate(std::span<const std::string> classes,
                  const std::function<bool(const platform::ObjectPtr&)>& visit) override;
+  void list_users(const std::function<bool(const platform::ListedUser&)>& visit) override;
   platform::ObjectPtr GetObject(std::string_view object_class, std::string_view name) override;
   platform::ObjectPtr Create(std::string_view object_class, std::string_view name) override;
   void Delete(std::string_view object_class, std::string_view name) override;

@@ -9,6 +9,8 @@
 #include "base/errors.hpp"
 #include "base/text.hpp"
 #include "live/domain/nt_entry.hpp"
+#include "live/rpc/account_flags.hpp"
+#include "platform/account_listing.hpp"
 #include "platform/adsi.hpp"
 
 namespace twk::live {
@@ -132,7 +134,7 @@ class NtAccount final : public ads::WinntAccountObject {
   bool write_cannot_change_ = false;
 };
 
-class NtDomain final : public ads::WinntDomainObject {
+class NtDomain final : public ads::WinntDomainObject, public platform::AccountListing {
  public:
   NtDomain(LiveDomain& domain, std::string name) : WinntDomainObject(std::move(name)), domain_(domain) {}
 
@@ -142,6 +144,14 @@ class NtDomain final : public ads::WinntDomainObject {
       service().enumerate(ads::is_wanted(classes, ads::kWinntUser), ads::is_wanted(classes, ads::kWinntGroup),
                           [&](const SamAccount& account) { return visit(make(account, false)); });
     });
+  }
+
+  void list_users(const std::function<bool(const platform::ListedUser&)>& visit) override {
+    for (SamUser& user : as_directory_call([&] { return service().list_users(); })) {
+      if (!visit({std::move(user.name), std::move(user.full_name), std::move(user.description),
+                  flags_of_codes(user.flags)}))
+        return;
+    }
   }
 
   ObjectPtr GetObject(std::string_view object_class, std::string_view name) override {

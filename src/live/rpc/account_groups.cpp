@@ -54,6 +54,48 @@ void enumerate_kind(AccountSession& session, std::uint32_t operation, bool built
   }
 }
 
+/// SAMPR_DOMAIN_DISPLAY_USER, [MS-SAMR] 2.2.8.2.
+constexpr std::uint16_t kDisplayUsers = 1;
+
+/// None when the service refuses such a list.
+std::optional<std::vector<SamUser>> display_users(AccountSession& session) {
+  std::vector<SamUser> users;
+  for (std::uint32_t told = 0;;) {
+    const Memory memory;
+    samr_DispInfo info{};
+    std::uint32_t total = 0;
+    std::uint32_t returned = 0;
+    samr_QueryDisplayInfo call{};
+    call.in.domain_handle = &session.domain(false).handle;
+    call.in.level = kDisplayUsers;
+    call.in.start_idx = told;
+    call.in.max_entries = kAnswerSize;
+    call.in.buf_size = kAnswerSize;
+    call.out.total_size = &total;
+    call.out.returned_size = &returned;
+    call.out.info = &info;
+    const std::uint32_t status = session.ask(NDR_SAMR_QUERYDISPLAYINFO, call, memory);
+    if (status != kMoreEntries && status != kNoMoreEntries && status != 0)
+      return std::nullopt;
+    const auto entries = items_of(info.info1.entries, info.info1.count);
+    for (const samr_DispEntryGeneral& entry : entries) {
+      SamUser user;
+      user.name = from_lsa(entry.account_name);
+      user.full_name = from_lsa(entry.full_name);
+      user.description = from_lsa(entry.description);
+      user.flags = entry.acct_flags;
+      if (!user.name.ends_with('$'))
+        users.push_back(std::move(user));
+    }
+    told += static_cast<std::uint32_t>(entries.size());
+    if (status != kMoreEntries || entries.empty())
+      return users;
+    if (told > kMostAccounts)
+      base::raise(kProtocolError, "The server never finishes sending the accounts of the domain");
+    session.require_going_on();
+  }
+}
+
 std::vector<platform::Sid> alias_members(AccountSession& session, const SamAccount& group) {
   const Memory memory;
   OpenAccount opened(session, group);
@@ -169,6 +211,17 @@ void AccountService::enumerate(bool users, bool groups, const std::function<bool
     if (!visit(account))
       return;
   }
+}
+
+std::vector<SamUser> AccountService::list_users() {
+  if (auto users = repeat([](AccountSession& session) { return display_users(session); }))
+    return *std::move(users);
+  std::vector<SamUser> names;
+  enumerate(true, false, [&](const SamAccount& account) {
+    names.emplace_back().name = account.name;
+    return true;
+  });
+  return names;
 }
 
 SamAccount AccountService::create(std::string_view name, Kind kind) {

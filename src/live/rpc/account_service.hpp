@@ -44,6 +44,10 @@ class AccountService {
   /// requested.
   void enumerate(bool users, bool groups, const std::function<bool(const SamAccount&)>& visit);
 
+  /// The users without computers, with what one list tells of them: name, full name, description, flags.
+  /// Of a service that refuses such a list, the names alone.
+  std::vector<SamUser> list_users();
+
   SamUser read_user(std::uint32_t rid);
   void write_user(std::uint32_t rid, const SamUserChange& change);
   /// Raises 2245 for one that the policy refuses.

@@ -109,18 +109,13 @@ QWidget* make_sources(Desktop& session, QWidget* parent) {
   const auto from = [&session](controls::ListView& list) {
     return [&session, &list] { windows::select_from(session, list); };
   };
-  // A WinNT domain tells no more than the names of all its users.
   const bool active_directory = session::is_active_directory(session);
   add_side(*columns,
-           {window.ListView2,
-            "ListView2",
-            "&Users",
-            "Filter users",
-            "No user is listed. \"Show users\" reads them all.",
-            from(window.ListView2),
+           {window.ListView2, "ListView2", "&Users", "Filter users",
+            "No user is listed. \"Show users\" reads them all.", from(window.ListView2),
             active_directory ? QStringList{"Name", "Logon name", "Full name", "OU", "State", "Expires"}
-                             : QStringList{"Name"},
-            {2, 3, 5}},
+                             : QStringList{"Name", "Full name", "Description", "State"},
+            active_directory ? QList{2, 3, 5} : QList{2}},
            active_directory ? 4 : 3, frame);
   add_side(*columns,
            {window.ListView3, "ListView3", "Grou&ps", "Filter groups", "No group is listed.",

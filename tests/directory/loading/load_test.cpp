@@ -1,5 +1,7 @@
 #include "controls/tree_view.hpp"
+#include "directory/account_marks.hpp"
 #include "directory/loading/ad_load.hpp"
+#include "directory/loading/nt_load.hpp"
 #include "directory/loading/orphans.hpp"
 #include "directory/loading/select_domain.hpp"
 #include "directory/names.hpp"
@@ -123,6 +125,14 @@ TEST(WinNtLoad, ShowsAFlatTreeAndDistinguishesGlobalFromLocalGroups) {
   EXPECT_EQ(world.session.form1.StatusBar1.panel2.get(), "WinNT:");
   EXPECT_FALSE(world.session.form1.UM_PreW2K.visible);
   EXPECT_EQ(world.session.form1.Frame3.caption.get(), "User ID");
+  const platform::ObjectPtr guest = world.services.directory.GetObject("WinNT://TWK/Guest");
+  test::store(guest, {{"FullName", "A Guest"}, {"UserFlags", 0x202}});
+  show_nt_users(world.session);
+  const controls::ListRow& row = *world.session.domain.users.find_key("Guest");
+  EXPECT_EQ(row.sub_items,
+            (std::vector<std::string>{"A Guest", "Built-in account for guest access", "disabled"}));
+  set_mark(world.session, "Guest", mark::kLocked, true);
+  EXPECT_EQ(row.sub_items.back() + base::to_text(tree.find("Guest")->marks), "disabled, locked3");
 }
 
 TEST(DirectoryLoad, TheLoadOptionsDecideWhatIsRead) {

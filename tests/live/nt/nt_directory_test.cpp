@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "live/nt/nt_world.hpp"
+#include "platform/account_listing.hpp"
 
 namespace twk::live {
 namespace {
@@ -63,6 +64,14 @@ TEST_F(NtDirectory, AccountIsMadeFilledAndPutIntoGroups) {
   EXPECT_EQ(read.Get("PasswordExpired").integer(), 1);
   EXPECT_THAT(names_of(read.Groups()), testing::ElementsAre("Domain Users", "Readers & Co"));
   EXPECT_EQ(account("Readers & Co")->Get("groupType").integer(), 2);
+  // The same of the list of all users, which is one call.
+  std::vector<std::string> listed;
+  dynamic_cast<platform::AccountListing&>(*domain).list_users([&](const platform::ListedUser& one) {
+    const bool disabled = (one.flags & platform::kFlagAccountDisabled) != 0;
+    listed.push_back(one.name + " " + one.full_name + " " + one.description + (disabled ? " disabled" : ""));
+    return true;
+  });
+  EXPECT_THAT(listed, testing::IsSupersetOf({"jo Jö Smith Clerk disabled", "root root "}));
 }
 
 TEST_F(NtDirectory, EachSettingIsWrittenSeparately) {
