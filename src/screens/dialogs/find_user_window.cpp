@@ -41,7 +41,7 @@ ListPane* add_results(QVBoxLayout& rows, windows::Desktop& session, QDialog& dia
                    {.headings = {"Name", "Location", "Logon name", "Full name", "OU", "State", "Expires"},
                     .many_selected = true,
                     .sorted = true,
-                    .empty_text = {}},
+                    .empty_text = "No user is listed. Type a part of a name and press Search."},
                    &dialog);
   list->setObjectName("ListView1");
   list->setAccessibleName("Users found");

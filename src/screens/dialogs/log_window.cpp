@@ -2,6 +2,7 @@
 #include <QFontDatabase>
 #include <QHeaderView>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -20,9 +21,11 @@ QWidget* make_blocks(windows::Desktop& session, QWidget* parent) {
   auto* const side = new QWidget(parent);
   auto* const column = new QVBoxLayout(side);
   column->setContentsMargins(0, 0, 0, 0);
-  auto* const list = new ListPane(
-      session.log_window.blocks,
-      {.headings = {"Operation", "Day and time", "Administrator"}, .empty_text = "The log is empty."}, side);
+  auto* const list = new ListPane(session.log_window.blocks,
+                                  {.headings = {"Operation", "Day and time", "Administrator"},
+                                   .empty_text = "The log is empty.",
+                                   .pictured = true},
+                                  side);
   list->setObjectName("blocks");
   list->setAccessibleName("Operations");
   QHeaderView& header = *list->header();
@@ -85,6 +88,8 @@ std::unique_ptr<QDialog> make_log_window(windows::Desktop& session, QWidget* par
   panes->setSizes({500, 400});
   rows->addWidget(panes, 1);
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
+  // The style's picture is black on dark.
+  buttons->button(QDialogButtonBox::Close)->setIcon({});
   rows->addWidget(buttons);
   QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
   dialog->resize(940, 560);

@@ -24,6 +24,8 @@ std::unique_ptr<QDialog> make_variables(windows::Desktop& session, QWidget* pare
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog.get());
   buttons->button(QDialogButtonBox::Close)->setObjectName("Close");
   buttons->button(QDialogButtonBox::Close)->setDefault(true);
+  // The style's picture is black on dark.
+  buttons->button(QDialogButtonBox::Close)->setIcon({});
   box->addWidget(buttons);
   QObject::connect(buttons, &QDialogButtonBox::rejected, dialog.get(), &QDialog::reject);
   return dialog;

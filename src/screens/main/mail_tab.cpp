@@ -16,15 +16,15 @@ QGroupBox* make_logon(windows::Desktop& session, QWidget* parent) {
   windows::Form1& form1 = session.form1;
   auto* const group = new QGroupBox("Exchange 5.5 directory", parent);
   auto* const box = new QVBoxLayout(group);
-  auto* const port = new QFormLayout;
-  box->addLayout(port);
-  add_text(*port, "LDAP &port:", "PORT", form1.PORT);
-  add_check(*box, "&Use Current Credentials", "Mail_Logon", form1.Mail_Logon,
+  auto* const rows = new QFormLayout;
+  box->addLayout(rows);
+  add_text(*rows, "LDAP &port:", "PORT", form1.PORT);
+  auto* const own = new QVBoxLayout;
+  rows->addRow(own);
+  add_check(*own, "&Use Current Credentials", "Mail_Logon", form1.Mail_Logon,
             [&session] { windows::Mail_Logon_Click(session); });
-  auto* const credentials = new QFormLayout;
-  box->addLayout(credentials);
-  add_text(*credentials, "&Account:", "txtAdmin", form1.txtAdmin);
-  add_text(*credentials, "Pass&word:", "txtPassword", form1.txtPassword)->setEchoMode(QLineEdit::Password);
+  add_text(*rows, "&Account:", "txtAdmin", form1.txtAdmin);
+  add_text(*rows, "Pass&word:", "txtPassword", form1.txtPassword)->setEchoMode(QLineEdit::Password);
   auto* const note = new QLabel("The password is kept in the settings as readable text.", group);
   note->setWordWrap(true);
   box->addWidget(note);

@@ -89,7 +89,7 @@ void MainWindow::make_tabs() {
   tabs_->addTab(make_details_tab(session_, tabs_), "User &Details");
   tabs_->addTab(make_log_tab(session_, tabs_), "&Log");
   tabs_->addTab(make_scrolled(*make_site_tab(session_, tabs_), tabs_), "&Site");
-  tabs_->addTab(make_scrolled(*make_template_tab(session_, tabs_), tabs_), "&Template");
+  tabs_->addTab(make_template_tab(session_, tabs_), "&Template");
   setup_tabs_ = new QTabWidget(tabs_);
   setup_tabs_->setObjectName("SSTab2");
   setup_tabs_->addTab(make_setup_tab(session_, setup_tabs_), "Set-up");

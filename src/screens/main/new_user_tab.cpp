@@ -114,9 +114,11 @@ QWidget* make_card(Desktop& session, QWidget* parent) {
   windows::NewUser& state = session.new_user;
   auto* const card = new QGroupBox("Result", parent);
   card->setObjectName("new_user_card");
+  card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   auto* const row = new QHBoxLayout(card);
   auto* const text = new QLabel(card);
   text->setObjectName("new_user_result");
+  text->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   text->setWordWrap(true);
   text->setTextInteractionFlags(Qt::TextSelectableByMouse);
   bind_to(*text, state.card);

@@ -124,11 +124,12 @@ QWidget* make_group_lists(Desktop& session, QWidget* parent) {
   return group;
 }
 
-QLayout* make_buttons(Desktop& session, QWidget* tab) {
+void add_buttons(Desktop& session, QBoxLayout& column) {
   Form1& form = session.form1;
   auto* const buttons = new QHBoxLayout();
   // The layout gets its widget only once it is part of the tab's.
-  static_cast<QVBoxLayout*>(tab->layout())->addLayout(buttons);
+  column.addLayout(buttons);
+  buttons->setContentsMargins(9, 0, 9, 9);
   add_button(*buttons, "&New", "NewTemplate", form.NewTemplate,
              [&session] { windows::NewTemplate(session); });
   add_button(*buttons, "&Edit", "EditTemplate", form.EditTemplate,
@@ -147,21 +148,31 @@ QLayout* make_buttons(Desktop& session, QWidget* tab) {
              [&session] { windows::LogonHours_Click(session); });
   buttons->addStretch();
   add_button(*buttons, "Cance&l", "Template_Cancel", [&session] { windows::Template_Cancel(session); });
-  return buttons;
+  // Narrower than the style would have them, when there is no room.
+  constexpr int kFrame = 20;
+  for (int i = 0; i < buttons->count(); ++i) {
+    if (auto* const button = qobject_cast<QPushButton*>(buttons->itemAt(i)->widget()))
+      button->setMinimumWidth(button->fontMetrics().horizontalAdvance(button->text().remove('&')) + kFrame);
+  }
 }
 
 }  // namespace
 
 QWidget* make_template_tab(Desktop& session, QWidget* parent) {
   auto* const tab = new QWidget(parent);
-  auto* const column = new QVBoxLayout(tab);
-  column->addLayout(make_name(session, tab));
+  auto* const outer = new QVBoxLayout(tab);
+  outer->setContentsMargins(0, 0, 0, 0);
+  auto* const page = new QWidget(tab);
+  auto* const column = new QVBoxLayout(page);
+  column->addLayout(make_name(session, page));
   auto* const halves = new QHBoxLayout();
   column->addLayout(halves);
-  halves->addWidget(make_account(session, tab), 1);
-  halves->addWidget(make_directories(session, tab), 1);
-  column->addWidget(make_group_lists(session, tab), 1);
-  make_buttons(session, tab);
+  halves->addWidget(make_account(session, page), 1);
+  halves->addWidget(make_directories(session, page), 1);
+  column->addWidget(make_group_lists(session, page), 1);
+  outer->addWidget(make_scrolled(*page, tab), 1);
+  // In sight however small the window is.
+  add_buttons(session, *outer);
   auto* const escape = new QShortcut(Qt::Key_Escape, tab, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
   QObject::connect(escape, &QShortcut::activated, tab,
                    [&session] { run_guarded([&] { windows::Template_Escape(session); }); });

@@ -94,6 +94,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     return {};
   if (role == Qt::DecorationRole && !row->icon.empty())
     return pictures_.of(row->icon, row->marks);
+  if (role == Qt::DecorationRole && pictured_)
+    return QColor(Qt::transparent);
   if (role == Qt::CheckStateRole && checkable_)
     return row->checked ? Qt::Checked : Qt::Unchecked;
   // The light of a row is a colour: a screen reader says it before the text.

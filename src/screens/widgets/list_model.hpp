@@ -21,6 +21,8 @@ class ListModel final : public QAbstractTableModel {
   void set_headings(QStringList headings);
   /// Shows a tick box before each row.
   void set_checkable(bool checkable) { checkable_ = checkable; }
+  /// A row without a picture keeps its place.
+  void set_pictured(bool pictured) { pictured_ = pictured; }
   /// Called before and after a reset, during which the rows may change in any way.
   [[nodiscard]] bool is_resetting() const { return resetting_; }
 
@@ -42,6 +44,7 @@ class ListModel final : public QAbstractTableModel {
   QStringList headings_;
   std::function<void(controls::ListRow&, const std::string&)> edited_;
   bool checkable_ = false;
+  bool pictured_ = false;
   bool resetting_ = false;
   MarkedPictures pictures_;
   controls::Watch watch_;

@@ -28,6 +28,7 @@ ListPane::ListPane(controls::ListView& list, const ListLook& look, QWidget* pare
       order_(new ListOrder(*model_, this)),
       empty_text_(look.empty_text) {
   model_->set_checkable(look.checkable);
+  model_->set_pictured(look.pictured);
   setModel(order_);
   setRootIsDecorated(false);
   setUniformRowHeights(true);

@@ -15,7 +15,8 @@ struct ListLook {
   bool many_selected = false;  ///< several rows may be selected, with Ctrl and Shift
   bool sorted = false;         ///< in alphabetical order, and by the column whose heading was clicked
   bool checkable = false;
-  QString empty_text{};  ///< shown while there is no row
+  QString empty_text{};   ///< shown while there is no row
+  bool pictured = false;  ///< a row without a picture keeps its place
 };
 
 /// A list on the screen. The selection follows the rows, both ways.
