@@ -105,6 +105,19 @@ TEST_F(ControlsWalk, NoTwoCaptionsOnOnePageShareALetter) {
   });
 }
 
+TEST_F(ControlsWalk, BlackPlaceholdersOfADarkDesktopBecomeReadableAndItsColoursStay) {
+  const QPalette before = QApplication::palette();
+  QPalette dark = before;
+  dark.setColor(QPalette::Base, QColor(35, 38, 41));
+  dark.setColor(QPalette::Text, Qt::white);
+  dark.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+  QApplication::setPalette(dark);
+  QApplication::processEvents();
+  EXPECT_EQ(QApplication::palette().color(QPalette::Base), QColor(35, 38, 41));
+  EXPECT_GT(QApplication::palette().color(QPalette::PlaceholderText).lightness(), 200);
+  QApplication::setPalette(before);
+}
+
 TEST_F(ControlsWalk, EveryControlThatTakesTheFocusHasANameAndIsWhatItLooksLike) {
   walk_windows([](QWidget& shown, const std::string& page) {
     for (QWidget* const widget : shown.findChildren<QWidget*>()) {

@@ -57,7 +57,7 @@
 /// Saves a picture of each tab and window of the program, over a sample lab: for looking at what was changed,
 /// and for the documentation.
 ///
-///     tarnwick_pictures FOLDER [--dark] [--size WIDTHxHEIGHT]
+///     tarnwick_pictures FOLDER [--dark|--kde-dark] [--size WIDTHxHEIGHT]
 namespace twk::pictures {
 namespace {
 
@@ -69,24 +69,35 @@ struct Person {
 };
 constexpr Person kPeople[] = {{"Ada", "Marsh"}, {"Ben", "Okafor"}, {"Clara", "Novak"}};
 
-void use_dark_colours() {
+struct Colours {
+  QColor window;
+  QColor base;
+  QColor text;
+  QColor highlight;
+  QColor link;
+  QColor placeholder;
+};
+const Colours kDark = {{45, 45, 48},   {30, 30, 32},   {235, 235, 235},
+                       {50, 110, 190}, {90, 160, 240}, {150, 150, 150}};
+/// Those of the dark theme of KDE, which leaves black for placeholders.
+const Colours kKdeDark = {{49, 54, 59},   {35, 38, 41},   {252, 252, 252},
+                          {61, 174, 233}, {29, 153, 243}, {0, 0, 0, 128}};
+
+void use_colours(const Colours& colours) {
   QPalette dark;
-  const QColor window(45, 45, 48);
-  const QColor base(30, 30, 32);
-  const QColor text(235, 235, 235);
   for (const auto& [role, colour] : std::initializer_list<std::pair<QPalette::ColorRole, QColor>>{
-           {QPalette::Window, window},
-           {QPalette::WindowText, text},
-           {QPalette::Base, base},
-           {QPalette::AlternateBase, window},
-           {QPalette::Text, text},
-           {QPalette::Button, window},
-           {QPalette::ButtonText, text},
-           {QPalette::ToolTipBase, base},
-           {QPalette::ToolTipText, text},
-           {QPalette::PlaceholderText, QColor(150, 150, 150)},
-           {QPalette::Link, QColor(90, 160, 240)},
-           {QPalette::Highlight, QColor(50, 110, 190)},
+           {QPalette::Window, colours.window},
+           {QPalette::WindowText, colours.text},
+           {QPalette::Base, colours.base},
+           {QPalette::AlternateBase, colours.window},
+           {QPalette::Text, colours.text},
+           {QPalette::Button, colours.window},
+           {QPalette::ButtonText, colours.text},
+           {QPalette::ToolTipBase, colours.base},
+           {QPalette::ToolTipText, colours.text},
+           {QPalette::PlaceholderText, colours.placeholder},
+           {QPalette::Link, colours.link},
+           {QPalette::Highlight, colours.highlight},
            {QPalette::HighlightedText, Qt::white}})
     dark.setColor(role, colour);
   for (const auto role : {QPalette::Text, QPalette::ButtonText, QPalette::WindowText})
@@ -442,17 +453,18 @@ int run() {
   QCommandLineParser parser;
   parser.addPositionalArgument("FOLDER", "Where the pictures go");
   parser.addOption({"dark", "In dark colours"});
+  parser.addOption({"kde-dark", "In those of the dark theme of KDE"});
   parser.addOption({"size", "Of the main window", "WIDTHxHEIGHT", "1024x740"});
   parser.process(QCoreApplication::arguments());
   const QStringList folders = parser.positionalArguments();
   const QStringList size = parser.value("size").split('x');
   if (folders.size() != 1 || size.size() != 2) {
-    std::fputs("usage: tarnwick_pictures FOLDER [--dark] [--size WIDTHxHEIGHT]\n", stderr);
+    std::fputs("usage: tarnwick_pictures FOLDER [--dark|--kde-dark] [--size WIDTHxHEIGHT]\n", stderr);
     return 64;
   }
   QApplication::setStyle("Fusion");
-  if (parser.isSet("dark"))
-    use_dark_colours();
+  if (parser.isSet("dark") || parser.isSet("kde-dark"))
+    use_colours(parser.isSet("dark") ? kDark : kKdeDark);
   take(folders.front(), {size[0].toInt(), size[1].toInt()});
   return 0;
 }

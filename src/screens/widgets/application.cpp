@@ -30,7 +30,8 @@ void make_placeholders_readable() {
     return;
   ink = palette.color(QPalette::Text);
   ink.setAlphaF(0.6F);
-  QPalette readable;
+  // What is not set here goes on following the desktop.
+  QPalette readable = palette;
   readable.setColor(QPalette::PlaceholderText, ink);
   QApplication::setPalette(readable);
 }
