@@ -111,10 +111,24 @@ class NtPropertiesTab : public ScreenTest {
   NtPropertiesTab() : ScreenTest(lab::DomainKind::kNt) {}
 };
 
-TEST_F(NtPropertiesTab, DoesNotExist) {
+TEST_F(NtPropertiesTab, DoesNotExistAndTheListOfUsersHasTheStateOfEach) {
+  const platform::ObjectPtr guest = lab.services.directory.GetObject("WinNT://TWK/Guest");
+  store(guest, {{"FullName", "A Guest"}, {"UserFlags", 0x202}});
   open();
   expect_window([&](QWidget& shown) {
     EXPECT_FALSE(find<QTabWidget>("SSTab1", &shown)->isTabVisible(windows::multi_tab::kProperties));
+    QStringList cells;
+    const QAbstractItemModel& users = *pane("ListView2", &shown).model();
+    for (int column = 0; column < users.columnCount(); ++column) {
+      cells.append(users.headerData(column, Qt::Horizontal).toString() + "=" +
+                   users.match(users.index(0, 0), Qt::DisplayRole, "Guest")
+                       .value(0)
+                       .siblingAtColumn(column)
+                       .data()
+                       .toString());
+    }
+    EXPECT_EQ(cells.join(", ").toStdString(),
+              "Name=Guest, Full name=A Guest, Description=Built-in account for guest access, State=disabled");
     click("Command7", &shown);
   });
   find<QAction>("mnuOption1")->trigger();
