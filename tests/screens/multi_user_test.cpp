@@ -185,7 +185,7 @@ TEST_F(MultiUserWindow, APreviewNamesEveryAccountAndWhatWouldHappenAndDefaultsTo
         EXPECT_EQ(preview.objectName(), "RunPreview");
         EXPECT_EQ(text(preview, "preview_question"), "Delete account.");
         EXPECT_EQ(text(preview, "preview_counts"),
-                  "3 accounts, with those of 0 groups and 1 OU. Some are meant by several rows and are shown "
+                  "3 accounts, with those of 1 OU. Some are meant by several rows and are shown "
                   "once.");
         EXPECT_THAT(shown_in("preview_accounts", &preview), ElementsAre("ann", "ben", "cas"));
         after_the_look(preview, [&, starts] {

@@ -194,8 +194,9 @@ int undo_plan(Context& context, const UndoArguments& arguments) {
     imports += command.undone || command.import.empty() ? 0 : 1;
   }
   const std::string question = "Take back the plan of " + plan.order.text("begun") + ": " +
-                               std::to_string(changes) + " changes of accounts and " +
-                               std::to_string(imports) + " imports?";
+                               std::to_string(changes) + (changes == 1 ? " change" : " changes") +
+                               " of accounts and " + std::to_string(imports) +
+                               (imports == 1 ? " import?" : " imports?");
   if (!arguments.dry_run &&
       context.dialogs().MsgBox(question, platform::Buttons::kYesNo, platform::Icon::kQuestion, "Undo Plan") !=
           platform::Answer::kYes)

@@ -40,9 +40,10 @@ void add_sentence(std::string& text, const std::string& sentence) {
 
 std::string who_is_meant(const batch::SelectedUsers& found) {
   std::string text = number_of(found.users.size(), "account", "accounts");
-  if (found.groups + found.units > 0)
-    text += ", with those of " + number_of(found.groups, "group", "groups") + " and " +
-            number_of(found.units, "OU", "OU's");
+  if (found.groups > 0)
+    text += ", with those of " + number_of(found.groups, "group", "groups");
+  if (found.units > 0)
+    text += (found.groups > 0 ? " and " : ", with those of ") + number_of(found.units, "OU", "OU's");
   text += ".";
   if (found.repeated > 0)
     text += " Some are meant by several rows and are shown once.";
