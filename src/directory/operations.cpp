@@ -6,6 +6,7 @@
 #include "directory/names.hpp"
 #include "platform/adsi.hpp"
 #include "platform/ldap_text.hpp"
+#include "platform/query.hpp"
 #include "session/session.hpp"
 
 namespace twk::directory {
@@ -16,21 +17,18 @@ using session::Session;
 
 /// Reads the pre-2000 name from the partition of the domain.
 void read_partition_name(Session& session, std::string_view configuration) {
-  const ObjectPtr partitions =
-      session.platform.directory.GetObject("LDAP://cn=Partitions," + std::string(configuration));
-  partitions->enumerate({}, [&](const ObjectPtr& child) {
-    base::Trap trap;
-    std::string dns_root;
-    std::string name;
-    trap([&] {
-      dns_root = child->Get("dnsRoot").text();
-      name = child->Get("name").text();
-    });
+  const auto partitions = session.platform.query.execute(
+      {"LDAP://cn=Partitions," + std::string(configuration),
+       "(&(objectClass=crossRef)(dnsRoot=" + platform::escape_filter_value(session.DomainName) + "))",
+       {"name", "dnsRoot"},
+       platform::Scope::kOneLevel},
+      {});
+  for (; !partitions->at_eof(); partitions->MoveNext()) {
+    const std::string name = partitions->field(0).text();
     const bool skipped = name == "Enterprise Configuration" || name == "Enterprise Schema";
-    if (!skipped && trap.number() == 0 && dns_root == session.DomainName)
+    if (!skipped && partitions->field(1).text() == session.DomainName)
       session.NTDomainName = name;
-    return true;
-  });
+  }
 }
 
 std::string asked_password(Session& session, std::string_view password) {
