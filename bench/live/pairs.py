@@ -21,7 +21,7 @@ ROUNDS = int(sys.argv[3]) if len(sys.argv) > 3 else 5
 TOP = "DC=twk,DC=test"
 SERVER = ("-Q", "-Y", "GSSAPI", "-N", "-H", f"ldap://{LIVE['SERVER']}")
 MEMBERS = 2000
-LINES = 50
+LINES = 200
 PLACE = ("--template", "Plain", "--site", "Head Office", "--ou", f"CN=Users,{TOP}")
 UNITS = [f"OU=Unit {number:03},{TOP}" for number in range(MEMBERS // 1000)]
 FILLED = [f"CN=Filled {i:06},{UNITS[i // 1000]}" for i in range(MEMBERS)]

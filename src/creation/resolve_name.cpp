@@ -107,8 +107,9 @@ bool is_taken_in_unread_part(Session& session, const std::string& name) {
   unanswered([&] {
     const auto rows = session.platform.query.execute(
         {searched_base(session),
-         "(&(objectCategory=person)(objectClass=user)(cn=" +
-             platform::escape_filter_value(std::string(in_filter)) + "*))",
+         // The name comes first: a Samba server goes through the people and stops at what fails.
+         "(&(cn=" + platform::escape_filter_value(std::string(in_filter)) +
+             "*)(objectCategory=person)(objectClass=user))",
          {"ADsPath"},
          session.ManagedOU.empty() || session.ManageSubOUs ? platform::Scope::kSubtree
                                                            : platform::Scope::kOneLevel},

@@ -1,4 +1,5 @@
 #include "creation/creation_world.hpp"
+#include "windows/state/new_user.hpp"
 
 namespace twk::creation {
 namespace {
@@ -109,6 +110,9 @@ TEST(DirectoryCreation, AnAccountMadeInOneRequestEqualsOneMadeInStepsAndReportsT
       };
       windows::CreateUser_Click(world.session);
       EXPECT_THAT(world.log_tab(), ElementsAre(testing::StartsWith(one.light))) << one.what;
+      const std::string card = world.session.new_user.card.caption;
+      EXPECT_EQ(card.find("\n- ") != base::npos, std::string_view(one.light) != "GREEN")
+          << one.what << ": " << card;
       std::string tale = world.log() + world.session.LastCreation.message;
       for (const char* const attribute :
            {"displayName", "description", "homeDirectory", "homeDrive", "profilePath", "scriptPath",
