@@ -200,7 +200,7 @@ class ConnectionWindow final : public QDialog {
 
   void test() {
     if (is_testing_) {
-      // What is under way ends unseen.
+      // The check that is running ends in the background.
       trial_.reset();
       return end_test("stopped");
     }

@@ -137,6 +137,18 @@ RenamedLine rename_line(Session& session, const CsvRecord& record, const Columns
   return line;
 }
 
+/// Keeps the log open for a run, however that ends.
+class OpenLog {
+ public:
+  explicit OpenLog(session::ActivityLog& log) : log_(log) { log_.open(); }
+  OpenLog(const OpenLog&) = delete;
+  OpenLog& operator=(const OpenLog&) = delete;
+  ~OpenLog() { log_.close(); }
+
+ private:
+  session::ActivityLog& log_;
+};
+
 }  // namespace
 
 void rename_from_file(Session& session, std::string_view bytes, const RenameFileOrder& order,
@@ -147,12 +159,11 @@ void rename_from_file(Session& session, std::string_view bytes, const RenameFile
   const lifecycle::KnownFolders known(session);
   lifecycle::RunRecord run_record(session);
   lifecycle::RenameTerms terms{.folders = order.folders, .run = order.terms, .record = &run_record};
-  session.log.open();
+  const OpenLog log(session.log);
   while (session.run.goes_on() && lines.next()) {
     view.step("Renaming User: " + field(lines.record(), columns.user));
     order.done(rename_line(session, lines.record(), columns, order, terms, view));
   }
-  session.log.close();
 }
 
 }  // namespace twk::batch

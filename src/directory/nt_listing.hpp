@@ -10,8 +10,8 @@
 
 namespace twk::directory {
 
-/// The users of a WinNT domain, with what it tells of them in one list; the names alone of an object that has
-/// no such list. Raises what the directory raises.
+/// The users of a WinNT domain with the fields of one list of all; the names alone where an object has no
+/// such list. Raises what the directory raises.
 void list_nt_users(const platform::ObjectPtr& domain,
                    const std::function<bool(const platform::ListedUser&)>& visit);
 

@@ -6,7 +6,7 @@
 
 namespace twk::platform {
 
-/// What a domain tells of a user in a list of all.
+/// A user in the list of all users of a domain.
 struct ListedUser {
   std::string name;  ///< of the account
   std::string full_name;

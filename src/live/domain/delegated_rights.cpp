@@ -34,7 +34,8 @@ std::vector<std::string> values_of(const LdapEntry& entry, const char* attribute
   return values == nullptr ? std::vector<std::string>() : *values;
 }
 
-/// A server that tells of no right tells at least what the schema allows.
+/// Empty when the account has no right; none when the server computes neither the rights nor what the schema
+/// allows.
 std::optional<std::vector<std::string>> effective(LdapConnection& connection, const std::string& dn,
                                                   const char* rights, const char* schema) {
   std::vector<std::string> names = values_of(connection.read(dn, {rights}), rights);

@@ -44,7 +44,7 @@ class AccountService {
   /// requested.
   void enumerate(bool users, bool groups, const std::function<bool(const SamAccount&)>& visit);
 
-  /// The users without computers, with what one list tells of them: name, full name, description, flags.
+  /// The users without computers, with the fields of one list: name, full name, description, flags.
   /// Of a service that refuses such a list, the names alone.
   std::vector<SamUser> list_users();
 
