@@ -138,6 +138,8 @@ TEST_F(ProgramWindowsTest, AnErrorBoxLeadsToWhatTheGuideSaysOfItsMessage) {
     EXPECT_EQ(page(&box).source().fileName(), "when-something-goes-wrong.md");
     EXPECT_EQ(page(&box).textCursor().selectedText(), "\"the account name … is in use\"");
     EXPECT_TRUE(box.isVisible());
+    click("copy", &box);
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().contains("The account name jo.smith is in use"));
     box.close();
   });
   screens::show_failure(base::RuntimeError(424, "The account name jo.smith is in use"));
