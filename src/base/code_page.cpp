@@ -60,6 +60,8 @@ std::optional<std::string> find_code(std::string_view text, bool (*matches)(char
 }  // namespace
 
 std::optional<std::string> to_ansi(std::string_view text) {
+  if (is_ascii(text))
+    return std::string(text);
   std::string out;
   out.reserve(text.size());
   for (const char32_t code : to_utf32(text)) {
@@ -82,6 +84,8 @@ std::string to_ansi(std::string_view text, char substitute) {
 }
 
 std::string from_ansi(std::string_view bytes) {
+  if (is_ascii(bytes))
+    return std::string(bytes);
   std::u32string codes;
   codes.reserve(bytes.size());
   for (const char c : bytes) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/text.hpp"
+
 /// Registry trees as REGEDIT4 text.
 ///
 ///     text     = header { blank | comment | key | value }     a line each; UTF-8, CRLF (LF is also read)
@@ -30,12 +32,18 @@ struct RegistryValue {
   std::string other;  ///< what follows "=", for a value that is not a text; `text` is then empty
 };
 
-struct RegistryKey {
-  std::string path;                             ///< with the hive's name in front
-  std::map<std::string, RegistryValue> values;  ///< by the name in upper case
+/// The order of names in upper case, in which a name is found as it is spelled.
+struct FoldedOrder {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const { return base::compare_fold(a, b) < 0; }
 };
 
-using RegistryTree = std::map<std::string, RegistryKey>;  ///< by the path in upper case
+struct RegistryKey {
+  std::string path;                                          ///< with the hive's name in front
+  std::map<std::string, RegistryValue, FoldedOrder> values;  ///< by the name in upper case
+};
+
+using RegistryTree = std::map<std::string, RegistryKey, FoldedOrder>;  ///< by the path in upper case
 
 /// The key of that path, made when it does not exist. Paths fold case and keep the spelling they came with
 /// first.

@@ -24,7 +24,12 @@ std::string_view trim_backslashes(std::string_view key) {
 
 std::string full_path(std::string_view hive_name, std::string_view key) {
   key = trim_backslashes(key);
-  return key.empty() ? std::string(hive_name) : std::string(hive_name) + "\\" + std::string(key);
+  std::string path;
+  path.reserve(hive_name.size() + 1 + key.size());
+  path.append(hive_name);
+  if (!key.empty())
+    path.append("\\").append(key);
+  return path;
 }
 
 bool is_one_line(std::string_view text) {
@@ -50,10 +55,10 @@ void make_private_folders(const fs::path& folder) {
 }
 
 const RegistryValue* find_value(const RegistryTree& tree, std::string_view path, std::string_view name) {
-  const auto key = tree.find(base::upper(path));
+  const auto key = tree.find(path);
   if (key == tree.end())
     return nullptr;
-  const auto value = key->second.values.find(base::upper(name));
+  const auto value = key->second.values.find(name);
   return value == key->second.values.end() ? nullptr : &value->second;
 }
 
@@ -188,7 +193,7 @@ bool RegistryFile::remove(std::uint32_t hive, std::string_view key, std::string_
     return false;
   bool removed = false;
   change(*found, [&](RegistryTree& tree) {
-    const auto place = tree.find(base::upper(path));
+    const auto place = tree.find(path);
     removed = place != tree.end() && place->second.values.erase(base::upper(name)) == 1;
     if (removed && place->second.values.empty())
       tree.erase(place);

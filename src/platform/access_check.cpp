@@ -61,12 +61,13 @@ std::uint32_t granted_access(const SecurityDescriptor& descriptor, std::span<con
   std::uint32_t allowed = 0;
   std::uint32_t denied = 0;
   const bool is_owner = descriptor.owner && holds(identifiers, *descriptor.owner);
+  const Sid owner_rights = well_known::owner_rights();
   bool owner_rights_told = false;
   for (const Ace& ace : descriptor.dacl->entries()) {
     const auto sid = ace.sid();
     if (!sid || (ace.flags() & ace_flag::kInheritOnly) != 0)
       continue;
-    const bool speaks_of_owner = *sid == well_known::owner_rights();
+    const bool speaks_of_owner = *sid == owner_rights;
     owner_rights_told = owner_rights_told || speaks_of_owner;
     if (!(speaks_of_owner ? is_owner : holds(identifiers, *sid)))
       continue;

@@ -33,6 +33,7 @@ std::size_t object_identifiers_size(std::uint32_t object_flags) {
 }  // namespace
 
 Ace::Ace(std::uint8_t type, std::uint8_t flags, std::uint32_t mask, const Sid& sid) {
+  bytes_.reserve(kMaskEnd + sid.size());
   bytes_ = {type, flags};
   append_u16(bytes_, static_cast<std::uint16_t>(kMaskEnd + sid.size()));
   append_u32(bytes_, mask);

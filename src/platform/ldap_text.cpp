@@ -1,5 +1,8 @@
 #include "platform/ldap_text.hpp"
 
+#include <algorithm>
+#include <array>
+
 #include "base/text.hpp"
 
 namespace twk::platform {
@@ -34,6 +37,14 @@ std::string escape_filter_bytes(std::string_view bytes) {
 
 std::string escape_dn_value(std::string_view text) {
   static constexpr std::string_view kSpecial = ",+\"\\<>;=";
+  static constexpr auto kLetters = [] {
+    std::array<bool, 256> letters{};
+    for (std::size_t byte = 0x21; byte < letters.size(); ++byte)
+      letters.at(byte) = byte != 0x7F && byte != '#' && kSpecial.find(static_cast<char>(byte)) == base::npos;
+    return letters;
+  }();
+  if (std::all_of(text.begin(), text.end(), [](char c) { return kLetters[static_cast<unsigned char>(c)]; }))
+    return std::string(text);
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {

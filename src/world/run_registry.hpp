@@ -1,8 +1,9 @@
 #pragma once
 
-#include <map>
+#include <algorithm>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/text.hpp"
 #include "platform/registry.hpp"
@@ -17,19 +18,21 @@ class RunRegistry final : public platform::RegistryAccess {
 
   /// A value of the machine's hive.
   void put(std::string_view key, std::string_view name, std::string value) {
-    values_[folded(key, name)] = std::move(value);
+    if (Override* const known = find(key, name))
+      known->value = std::move(value);
+    else
+      overrides_.push_back({std::string(key), std::string(name), std::move(value)});
   }
 
   /// Only what is stored counts again.
-  void clear() { values_.clear(); }
+  void clear() { overrides_.clear(); }
 
   bool Reg_Read(std::uint32_t hive, std::string_view key, std::string_view name,
                 std::string& value) override {
-    const bool may_be_here = hive == platform::kHiveLocalMachine && !values_.empty();
-    const auto found = may_be_here ? values_.find(folded(key, name)) : values_.end();
-    if (found == values_.end())
+    const Override* const found = hive == platform::kHiveLocalMachine ? find(key, name) : nullptr;
+    if (found == nullptr)
       return stored_.Reg_Read(hive, key, name, value);
-    value = found->second;
+    value = found->value;
     return true;
   }
 
@@ -39,12 +42,22 @@ class RunRegistry final : public platform::RegistryAccess {
   }
 
  private:
-  static std::string folded(std::string_view key, std::string_view name) {
-    return base::upper(key) + "\n" + base::upper(name);
+  struct Override {
+    std::string key;
+    std::string name;
+    std::string value;
+  };
+
+  /// There are as many as options of a command line.
+  Override* find(std::string_view key, std::string_view name) {
+    const auto found = std::find_if(overrides_.begin(), overrides_.end(), [&](const Override& one) {
+      return base::equals_fold(one.name, name) && base::equals_fold(one.key, key);
+    });
+    return found == overrides_.end() ? nullptr : &*found;
   }
 
   platform::RegistryAccess& stored_;
-  std::map<std::string, std::string> values_;
+  std::vector<Override> overrides_;
 };
 
 }  // namespace twk::world

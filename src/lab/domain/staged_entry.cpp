@@ -19,6 +19,11 @@ bool is_link(std::string_view attribute) {
   return base::equals_fold(attribute, "member") || base::equals_fold(attribute, "memberOf");
 }
 
+/// What an entry is given once and keeps: it is read without all the others.
+bool is_identity(std::string_view attribute) {
+  return base::equals_fold(attribute, "objectSid");
+}
+
 }  // namespace
 
 StagedEntry::StagedEntry(LabDomain& domain, ads::Provider provider, std::string_view dn)
@@ -52,6 +57,8 @@ std::vector<std::string> StagedEntry::stored_values(std::string_view attribute) 
     return {};
   if (is_link(attribute))
     return require_entry(domain_, dn_).values(attribute);
+  if (!fetched_ && is_identity(attribute))
+    return read_attribute(domain_, require_entry(domain_, dn_), attribute);
   if (!fetched_)
     fetch();
   for (const Fetched& one : cache_) {

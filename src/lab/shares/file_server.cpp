@@ -22,7 +22,8 @@ bool is_there(const std::string& path) {
 }
 
 bool is_drive(std::string_view name) {
-  return name.size() == 1 && base::upper(name) >= "A" && base::upper(name) <= "Z";
+  const char letter = name.size() == 1 ? name.front() : '\0';
+  return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
 }
 
 }  // namespace

@@ -35,15 +35,11 @@ std::vector<std::string> parts_of(std::string_view path) {
   return parts;
 }
 
-std::string below(const std::string& dn, std::string_view part) {
-  return ads::make_rdn("CN", part) + "," + dn;
-}
-
 std::string record_dn(const std::vector<std::string>& parts, std::size_t count) {
-  std::string dn(kFolders);
-  for (std::size_t i = 0; i < count; ++i)
-    dn = below(dn, parts[i]);
-  return dn;
+  std::string dn;
+  for (std::size_t i = count; i > 0; --i)
+    dn.append(ads::make_rdn("CN", parts[i - 1])).append(",");
+  return dn.append(kFolders);
 }
 std::string record_dn(std::string_view path) {
   const std::vector<std::string> parts = parts_of(path);
@@ -134,6 +130,14 @@ FolderDescriptors::Folder& FolderDescriptors::folder(const std::vector<std::stri
   return folders_.emplace(std::move(key), Folder{*std::move(descriptor)}).first->second;
 }
 
+void FolderDescriptors::forget_remembered(const std::string& key) const {
+  const auto first = folders_.lower_bound(key);
+  auto last = first;
+  while (last != folders_.end() && last->first.starts_with(key))
+    ++last;
+  folders_.erase(first, last);
+}
+
 void FolderDescriptors::forget_outdated() const {
   constexpr std::size_t kMostRemembered = 1000;
   if (readings_ != store_.readings() || folders_.size() > kMostRemembered)
@@ -144,8 +148,10 @@ void FolderDescriptors::forget_outdated() const {
 SecurityDescriptor FolderDescriptors::effective(std::string_view path) const {
   forget_outdated();
   const std::vector<std::string> parts = parts_of(path);
-  const bool is_folder =
-      parts.size() < 2 || folders_.contains(folded_prefix(parts, parts.size())) || is_folder_(path);
+  const auto known = folders_.find(folded_prefix(parts, parts.size()));
+  if (known != folders_.end())
+    return known->second.own;
+  const bool is_folder = parts.size() < 2 || is_folder_(path);
   return is_folder ? folder(parts, parts.size()).own : effective_of_file(path);
 }
 
@@ -162,28 +168,35 @@ SecurityDescriptor FolderDescriptors::effective_of_file(std::string_view path) c
   return *above.of_files;
 }
 
-std::string FolderDescriptors::make_record(std::string_view path) {
-  std::string dn(kFolders);
-  if (store_.find(dn) == nullptr)
-    store_.add(dn, {{"objectClass", {"container"}}}, nullptr);
-  for (const std::string& part : parts_of(path)) {
-    dn = below(dn, part);
-    if (store_.find(dn) == nullptr)
-      store_.add(dn, {{"objectClass", {"fileObject"}}}, nullptr);
-  }
+std::string FolderDescriptors::make_record(const std::vector<std::string>& parts, std::size_t count,
+                                           const std::string& descriptor) {
+  std::string dn = record_dn(parts, count);
+  const bool is_there = store_.find(dn) != nullptr;
+  if (is_there && !descriptor.empty())
+    store_.modify(dn, {{ModifyKind::kReplace, std::string(kFolderDescriptor), {descriptor}}}, nullptr);
+  if (is_there)
+    return dn;
+  if (count > 0)
+    make_record(parts, count - 1, {});
+  std::vector<LdifAttribute> attributes{{"objectClass", {count == 0 ? "container" : "fileObject"}}};
+  if (!descriptor.empty())
+    attributes.push_back({std::string(kFolderDescriptor), {descriptor}});
+  store_.add(dn, std::move(attributes), nullptr);
   return dn;
 }
 
 void FolderDescriptors::store(std::string_view path, const SecurityDescriptor& descriptor) {
-  folders_.clear();
+  const std::vector<std::string> parts = parts_of(path);
   SecurityDescriptor stored = descriptor;
   if (stored.dacl)
     stored.dacl = stored.dacl->trimmed();
   const base::Bytes bytes = stored.encode();
-  store_.modify(
-      make_record(path),
-      {{ModifyKind::kReplace, std::string(kFolderDescriptor), {std::string(bytes.begin(), bytes.end())}}},
-      nullptr);
+  make_record(parts, parts.size(), std::string(bytes.begin(), bytes.end()));
+  std::string key = folded_prefix(parts, parts.size());
+  const bool is_folder = folders_.contains(key);
+  forget_remembered(key);
+  if (is_folder)
+    folders_.emplace(std::move(key), Folder{SecurityDescriptor::decode(bytes)});
 }
 
 bool FolderDescriptors::is_locked(std::string_view path) const {
@@ -196,9 +209,7 @@ bool FolderDescriptors::is_locked(std::string_view path) const {
 
 void FolderDescriptors::forget(std::string_view path) {
   const std::vector<std::string> parts = parts_of(path);
-  // What is remembered about a folder above does not depend on this one.
-  if (folders_.contains(folded_prefix(parts, parts.size())))
-    folders_.clear();
+  forget_remembered(folded_prefix(parts, parts.size()));
   const Entry* const top = store_.find(record_dn(parts, parts.size()));
   if (top == nullptr)
     return;
@@ -220,8 +231,7 @@ void FolderDescriptors::move(std::string_view from, std::string_view to) {
   if (ads::normalize_dn(new_dn) != ads::normalize_dn(old_dn))
     forget(to);
   const std::vector<std::string> parts = parts_of(to);
-  const std::size_t name_at = std::string(to).find_last_of("\\/");
-  const std::string parent = make_record(to.substr(0, name_at));
+  const std::string parent = make_record(parts, parts.size() - 1, {});
   store_.rename(old_dn, ads::make_rdn("CN", parts.back()), parent, nullptr);
 }
 

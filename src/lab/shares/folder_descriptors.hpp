@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "lab/store/entry_store.hpp"
@@ -38,8 +38,13 @@ class FolderDescriptors {
   void move(std::string_view from, std::string_view to);
 
  private:
-  /// The name of a path's record, which is made, with those above it, when it does not exist.
-  std::string make_record(std::string_view path);
+  /// The name of the record of the first `count` parts, which is made, with those above it, when it does not
+  /// exist. It gets the descriptor, self-relative, unless that is empty.
+  std::string make_record(const std::vector<std::string>& parts, std::size_t count,
+                          const std::string& descriptor);
+  /// The folder of that key and those in it, whose descriptors may come from its own. What is remembered
+  /// about a folder above does not depend on it.
+  void forget_remembered(const std::string& key) const;
   void forget_outdated() const;
   /// The first `count` parts' own descriptor.
   [[nodiscard]] std::optional<platform::SecurityDescriptor> own(const std::vector<std::string>& parts,
@@ -55,8 +60,8 @@ class FolderDescriptors {
 
   EntryStore& store_;
   std::function<bool(std::string_view)> is_folder_;
-  mutable std::unordered_map<std::string, Folder> folders_;  ///< by the path in capitals
-  mutable std::uint64_t readings_ = 0;                       ///< of the store, when they were computed
+  mutable std::map<std::string, Folder> folders_;  ///< by the path in capitals, "D\\USERS\\"
+  mutable std::uint64_t readings_ = 0;             ///< of the store, when they were computed
 };
 
 }  // namespace twk::lab
