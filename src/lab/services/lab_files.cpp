@@ -32,15 +32,6 @@ bool is_other_drive(const std::optional<ServerPath>& source, const std::optional
          base::upper(source->path.substr(0, 1)) != base::upper(target->path.substr(0, 1));
 }
 
-/// What a descriptor and the share's list let the program do.
-std::uint32_t rights_by(ProcessIdentity& identity, const ServerPath& place,
-                        const platform::SecurityDescriptor& descriptor) {
-  const std::uint32_t rights = identity.rights(descriptor);
-  if (!place.share.descriptor)
-    return rights;
-  return rights & platform::granted_access(*place.share.descriptor, identity.identifiers());
-}
-
 [[noreturn]] void deny(const ServerPath& place) {
   raise(base::error::kPermissionDenied, "Access is denied: " + place.path + " on " + place.server.name());
 }
@@ -66,6 +57,14 @@ std::optional<ServerPath> locate(FileServers& servers, std::string_view path, Fi
           "The network name was not found: \\\\" + name + "\\" + std::string(parts.share));
   std::string server_path = share->path + std::string(parts.tail);
   return ServerPath{*server, *std::move(share), std::move(server_path)};
+}
+
+std::uint32_t rights_by(ProcessIdentity& identity, const ServerPath& place,
+                        const platform::SecurityDescriptor& descriptor) {
+  const std::uint32_t rights = identity.rights(descriptor);
+  if (!place.share.descriptor)
+    return rights;
+  return rights & platform::granted_access(*place.share.descriptor, identity.identifiers());
 }
 
 std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place) {

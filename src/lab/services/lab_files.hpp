@@ -28,6 +28,9 @@ std::optional<ServerPath> locate(FileServers& servers, std::string_view path, Fi
 
 /// What the program may do there, by the descriptor and by the share's list.
 std::uint32_t rights_at(ProcessIdentity& identity, const ServerPath& place);
+/// The same for a descriptor that is at hand.
+std::uint32_t rights_by(ProcessIdentity& identity, const ServerPath& place,
+                        const platform::SecurityDescriptor& descriptor);
 
 /// Network paths of a lab's file servers, as folders of the lab: "\\FS1\D$\Users" is "servers/FS1/D/Users",
 /// and "\\FS1\Users\jo" is what the share "Users" leads to. Every part folds case. Any other path is the

@@ -80,9 +80,10 @@ std::vector<Sid> LabSecurity::account_identifiers(std::string_view account) {
 SecurityDescriptor LabSecurity::GetFileSecurity(std::string_view path, std::uint32_t parts,
                                                 std::size_t buffer) {
   const ServerPath place = require_place(domain_.servers, files_, path);
-  if ((rights_at(identity_, place) & access::kReadControl) == 0)
+  const SecurityDescriptor whole = place.server.descriptors().effective(place.path);
+  if ((rights_by(identity_, place, whole) & access::kReadControl) == 0)
     deny(path);
-  SecurityDescriptor part = part_of(place.server.descriptors().effective(place.path), parts);
+  SecurityDescriptor part = part_of(whole, parts);
   const std::size_t size = part.encode().size();
   if (size > buffer) {
     raise(security_error::kInsufficientBuffer, "The descriptor of " + std::string(path) + " takes " +
@@ -111,7 +112,7 @@ void LabSecurity::SetFileSecurity(std::string_view path, std::uint32_t parts,
     needed |= access::kWriteOwner;
   if ((parts & information::kDacl) != 0)
     needed |= access::kWriteDac;
-  if ((rights_at(identity_, place) & needed) != needed)
+  if ((rights_by(identity_, place, whole) & needed) != needed)
     deny(path);
   if ((parts & information::kOwner) != 0) {
     if (!descriptor.owner)
