@@ -157,8 +157,10 @@ Step work(CreationRun& run) {
   if (make_directories(run) == Step::kEnd)
     return Step::kEnd;
   run.view.progress(25);
-  if (stages.account)
+  if (stages.account) {
     create_account(run);
+    run.batch.begin_sync();
+  }
   if (stages.shares) {
     begin_step(run, "Create Shares...");
     CreateUserShares(run);

@@ -12,6 +12,10 @@ std::string setting(session::Session& session, std::string_view name) {
   return base::upper(base::trim(session::read_setting(session, session::kADO, name)));
 }
 
+bool is_true(session::Session& session, std::string_view name) {
+  return setting(session, name) == "TRUE";
+}
+
 void read_number(session::Session& session, std::string_view name, std::int32_t& number) {
   const auto value = base::to_number(setting(session, name));
   if (value && *value > 0)
@@ -24,10 +28,10 @@ LoadOptions read_load_options(session::Session& session) {
   LoadOptions options;
   read_number(session, "PageSize", options.PageSize);
   read_number(session, "UserLimit", options.UserLimit);
-  options.SkipUsers = setting(session, "SkipUsers") == "TRUE";
-  options.SkipGroups = setting(session, "SkipGroups") == "TRUE";
-  options.LoadAllUsers = setting(session, "LoadAllUsers") == "TRUE";
-  options.TemplateGroupsOnly = setting(session, "TemplateGroupsOnly") == "TRUE";
+  options.SkipUsers = skips_users(session);
+  options.SkipGroups = is_true(session, "SkipGroups");
+  options.LoadAllUsers = is_true(session, "LoadAllUsers");
+  options.TemplateGroupsOnly = is_true(session, "TemplateGroupsOnly");
   options.Asynchronous = setting(session, "Asynchronous") != "FALSE";
   if (setting(session, "Search") == "LDAP://")
     options.Search = "LDAP://";
@@ -36,6 +40,10 @@ LoadOptions read_load_options(session::Session& session) {
   const std::string cache = setting(session, "UseCacheFiles");
   options.UseCacheFiles = cache.empty() || cache == "TRUE";
   return options;
+}
+
+bool skips_users(session::Session& session) {
+  return is_true(session, "SkipUsers");
 }
 
 bool shows_names(session::Session& session) {

@@ -27,6 +27,8 @@ struct LoadOptions {
 
 /// An absent value, or an invalid number, leaves the default.
 LoadOptions read_load_options(session::Session& session);
+/// `SkipUsers` alone.
+bool skips_users(session::Session& session);
 
 /// Whether the tree and the lists show users by their names, not by their display names.
 bool shows_names(session::Session& session);

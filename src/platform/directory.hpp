@@ -141,9 +141,11 @@ class DirectoryService {
   /// Between the two, the work on one user, a directory that keeps its own files may put off making writes
   /// safe against a power cut; everyone still sees at once what was written. It and the services beside it
   /// need to look once only at what other programs changed, and again before each write. `end_batch` returns
-  /// when all of it is on the disk and raises when that fails. Batches nest. A remote directory does nothing
-  /// here.
+  /// when all of it is on the disk and raises when that fails. Batches nest. `begin_sync` starts what
+  /// `end_batch` waits for, when little more will be written to the directory but the work goes on elsewhere.
+  /// A remote directory does nothing here.
   virtual void begin_batch() {}
+  virtual void begin_sync() {}
   virtual void end_batch() {}
 };
 
@@ -155,6 +157,10 @@ class WriteBatch {
   WriteBatch(const WriteBatch&) = delete;
   WriteBatch& operator=(const WriteBatch&) = delete;
   ~WriteBatch();
+  void begin_sync() {
+    if (directory_ != nullptr)
+      directory_->begin_sync();
+  }
   void commit();
 
  private:

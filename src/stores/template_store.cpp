@@ -73,12 +73,11 @@ void take_groups(Session& session) {
   if (record.GroupCount == 0)
     return;
   look_up_template_groups(session);
-  const bool loaded = groups_are_loaded(session);
   const controls::DrawingOff choice_off(session.domain.template_choice);
   const controls::DrawingOff groups_off(session.domain.template_groups);
   for (std::size_t i = 0; i < static_cast<std::size_t>(record.GroupCount); ++i) {
     const std::string_view name = base::trim(record.Groups.at(i));
-    if (!take_group(session, name) && !loaded)
+    if (!take_group(session, name) && !groups_are_loaded(session))
       session.UnshownGroups.emplace_back(name);
   }
 }

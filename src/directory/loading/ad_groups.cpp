@@ -103,8 +103,7 @@ void Load_AD_Groups(Session& session) {
 
 void look_up_groups(Session& session, const std::vector<std::string>& names) {
   session::LookedUp& looked_up = session.domain.looked_up;
-  const LoadOptions options = read_load_options(session);
-  if (!looked_up.groups || are_left_out(options))
+  if (!looked_up.groups)
     return;
   std::string conditions;
   for (const std::string& name : names) {
@@ -112,6 +111,9 @@ void look_up_groups(Session& session, const std::vector<std::string>& names) {
       conditions += "(name=" + platform::escape_filter_value(name) + ")";
   }
   if (conditions.empty())
+    return;
+  const LoadOptions options = read_load_options(session);
+  if (are_left_out(options))
     return;
   read_groups(session, options, "(|" + conditions + ")");
   for (const std::string& name : names)

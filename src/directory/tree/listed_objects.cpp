@@ -17,7 +17,7 @@ namespace {
 using session::Session;
 
 void add_to_lists(Session& session, const NewUser& user) {
-  if (read_load_options(session).SkipUsers)
+  if (skips_users(session))
     return;
   base::Trap trap;
   trap([&] { session.domain.users.add(user.list_key, user.shown, "USER"); });

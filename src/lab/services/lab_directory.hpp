@@ -19,6 +19,7 @@ class LabDirectory final : public platform::DirectoryService {
   platform::ObjectPtr OpenDSObject(std::string_view path, std::string_view user,
                                    std::string_view password) override;
   void begin_batch() override;
+  void begin_sync() override { domain_.store.begin_sync(); }
   void end_batch() override;
 
  private:

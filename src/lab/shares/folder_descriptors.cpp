@@ -23,12 +23,13 @@ constexpr std::string_view kFolderDescriptor = "nTSecurityDescriptor";
 
 /// The parts of a path, the drive as its letter in front.
 std::vector<std::string> parts_of(std::string_view path) {
-  std::string text(path);
-  std::replace(text.begin(), text.end(), '/', '\\');
   std::vector<std::string> parts;
-  for (std::string& part : base::split(text, '\\')) {
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find_first_of("\\/"), path.size());
+    const std::string_view part = path.substr(0, end);
     if (!part.empty() && part != ".")
-      parts.push_back(std::move(part));
+      parts.emplace_back(part);
+    path.remove_prefix(std::min(end + 1, path.size()));
   }
   if (!parts.empty() && parts.front().ends_with(':'))
     parts.front().pop_back();

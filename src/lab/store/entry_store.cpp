@@ -69,6 +69,7 @@ class EntryStore::Implementation {
   void write(const LdifRecord& record, const Guard& guard);
   void begin_trial() { is_trial_ = true; }
   void begin_batch() { ++batches_; }
+  void begin_sync();
   void end_batch();
 
   [[nodiscard]] const EntryTree& tree() const { return *tree_; }
@@ -297,6 +298,11 @@ void EntryStore::Implementation::write(const LdifRecord& record, const Guard& gu
   tree_->apply(std::move(change));
 }
 
+void EntryStore::Implementation::begin_sync() {
+  if (batches_ > 0 && terms_.synced)
+    journal_.begin_sync();
+}
+
 void EntryStore::Implementation::end_batch() {
   if (batches_ > 0 && --batches_ == 0 && terms_.synced)
     journal_.sync();
@@ -473,6 +479,9 @@ void EntryStore::begin_trial() {
 }
 void EntryStore::begin_batch() {
   files().begin_batch();
+}
+void EntryStore::begin_sync() {
+  files().begin_sync();
 }
 void EntryStore::end_batch() {
   files().end_batch();

@@ -92,9 +92,10 @@ class EntryStore {
   void rename(const std::string& dn, const std::string& new_rdn, const std::string& new_parent,
               const Guard& guard);
 
-  /// Between the two, changes are written at once but synced only at the end; batches nest. `end_batch`
-  /// raises when the sync fails.
+  /// Between the two, changes are written at once but synced only at the end; batches nest. `begin_sync`
+  /// starts the sync of what a batch has written so far, `end_batch` waits for it and raises when it fails.
   void begin_batch();
+  void begin_sync();
   void end_batch();
 
   /// From here on changes stay in memory and end with this session, which sees no changes by others.

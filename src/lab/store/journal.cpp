@@ -229,7 +229,20 @@ void Journal::append(std::string_view record, bool sync_now) {
   next_line_ += count_lines(text);
 }
 
+void Journal::begin_sync() {
+  if (!unsynced_ || syncing_.valid() || !file_.is_open())
+    return;
+  base::Trap left_to_sync;
+  left_to_sync([&] {
+    syncing_ =
+        std::async(std::launch::async | std::launch::deferred, [file = file_.duplicate()] { file.sync(); });
+    unsynced_ = false;
+  });
+}
+
 void Journal::sync() {
+  if (syncing_.valid())
+    syncing_.get();
   if (!std::exchange(unsynced_, false) || !file_.is_open())
     return;
   file_.sync();

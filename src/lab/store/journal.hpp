@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <future>
 #include <string>
 #include <string_view>
 
@@ -61,6 +62,10 @@ class Journal {
   void skip();
   /// Appends a record, passed without its closing empty line. On failure the file is as it was.
   void append(std::string_view record, bool sync);
+  /// Starts the sync of what was appended, on a thread of its own where there can be one; `sync` waits for
+  /// it.
+  void begin_sync();
+  /// Returns when all that was appended is on the disk; raises, once, what a sync that was started met.
   void sync();
   /// Puts an empty journal of that generation in the place of this one; `lock` then opens it.
   void replace(std::uint64_t generation);
@@ -80,7 +85,8 @@ class Journal {
   bool writable_ = false;
   bool is_new_ = false;
   bool unsynced_ = false;
-  std::uint64_t end_ = 0;  ///< after the last whole record that was read
+  std::future<void> syncing_;  ///< the sync that was started
+  std::uint64_t end_ = 0;      ///< after the last whole record that was read
   std::size_t next_line_ = 1;
 };
 
