@@ -37,9 +37,12 @@ void ActivityLog::begin_block() {
   open();
   if (!file_)
     return;
+  const bool gathered = std::exchange(gathers_, true);
   line(kAsterisks);
   line(date_and_time(services_.clock));
   line("User:" + services_.environment.variable("USERNAME"));
+  if (!gathered)
+    gather(false);
 }
 
 void ActivityLog::line(std::string_view text) {

@@ -230,19 +230,14 @@ void Journal::append(std::string_view record, bool sync_now) {
 }
 
 void Journal::begin_sync() {
-  if (!unsynced_ || syncing_.valid() || !file_.is_open())
-    return;
-  base::Trap left_to_sync;
-  left_to_sync([&] {
-    syncing_ =
-        std::async(std::launch::async | std::launch::deferred, [file = file_.duplicate()] { file.sync(); });
-    unsynced_ = false;
-  });
+  if (unsynced_ && !early_sync_.is_begun() && file_.is_open())
+    unsynced_ = !early_sync_.begin(file_.descriptor());
 }
 
 void Journal::sync() {
-  if (syncing_.valid())
-    syncing_.get();
+  const int error = early_sync_.is_begun() ? early_sync_.wait() : 0;
+  if (error != 0)
+    raise_file_error(error, path_);
   if (!std::exchange(unsynced_, false) || !file_.is_open())
     return;
   file_.sync();

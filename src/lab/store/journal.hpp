@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <future>
 #include <string>
 #include <string_view>
 
+#include "lab/store/early_sync.hpp"
 #include "lab/store/posix_file.hpp"
 
 namespace twk::lab {
@@ -62,8 +62,7 @@ class Journal {
   void skip();
   /// Appends a record, passed without its closing empty line. On failure the file is as it was.
   void append(std::string_view record, bool sync);
-  /// Starts the sync of what was appended, on a thread of its own where there can be one; `sync` waits for
-  /// it.
+  /// Starts the sync of what was appended, where the kernel can do it meanwhile; `sync` waits for it.
   void begin_sync();
   /// Returns when all that was appended is on the disk; raises, once, what a sync that was started met.
   void sync();
@@ -85,8 +84,8 @@ class Journal {
   bool writable_ = false;
   bool is_new_ = false;
   bool unsynced_ = false;
-  std::future<void> syncing_;  ///< the sync that was started
-  std::uint64_t end_ = 0;      ///< after the last whole record that was read
+  EarlySync early_sync_;
+  std::uint64_t end_ = 0;  ///< after the last whole record that was read
   std::size_t next_line_ = 1;
 };
 

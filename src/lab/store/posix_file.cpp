@@ -54,15 +54,6 @@ std::optional<PosixFile> PosixFile::try_open(const std::filesystem::path& path, 
   raise_file_error(errno, path);
 }
 
-PosixFile PosixFile::duplicate() const {
-  PosixFile file;
-  file.path_ = path_;
-  file.fd_ = retry([&] { return ::fcntl(fd_, F_DUPFD_CLOEXEC, 0); });
-  if (file.fd_ < 0)
-    raise_file_error(errno, path_);
-  return file;
-}
-
 void PosixFile::close() {
   if (fd_ >= 0)
     ::close(std::exchange(fd_, -1));

@@ -29,8 +29,7 @@ class PosixFile {
   static std::optional<PosixFile> try_open(const std::filesystem::path& path, int flags);
 
   [[nodiscard]] bool is_open() const { return fd_ >= 0; }
-  /// The same open file, for another thread.
-  [[nodiscard]] PosixFile duplicate() const;
+  [[nodiscard]] int descriptor() const { return fd_; }
   void close();
   [[nodiscard]] struct stat status() const;
   /// Waits for the lock, shared or exclusive. A file has one lock, whoever opened it.
