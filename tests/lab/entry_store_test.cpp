@@ -341,6 +341,7 @@ class LargeJournalTest : public EntryStoreTest {
     for (int i = 0; i < 17; ++i) {
       store.modify(ann_, {{ModifyKind::kReplace, "thumbnailPhoto", {std::string(1U << 20U, 'x')}}}, nullptr);
     }
+    store.begin_sync();
     store.modify(ann_, {{ModifyKind::kReplace, "thumbnailPhoto", {"small"}}}, nullptr);
     store.end_batch();
   }
@@ -447,6 +448,7 @@ TEST_F(EntryStoreTest, ManyMembersAndChildrenAreAddedAndRemovedQuickly) {
     store->modify(staff_, {{ModifyKind::kAdd, "member", {"CN=" + name(i) + "," + west_}}}, nullptr);
   }
   EXPECT_EQ(store->find(staff_)->values("member").size(), kCount + 2U);
+  store->begin_sync();
   for (int i = 0; i < kCount; ++i)
     store->remove("CN=" + name(i) + "," + west_, nullptr);
   store->end_batch();
