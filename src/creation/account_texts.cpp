@@ -68,6 +68,11 @@ std::string account_path(const CreationRun& run) {
   return "LDAP://CN=" + run.CnName + "," + container_key(run);
 }
 
+void show_made_account(CreationRun& run) {
+  run.has_account = true;
+  run.view.made({MadeThing::Kind::kAccount, account_path(run), {}, {}, run.CurrentUserObject});
+}
+
 void account_created(CreationRun& run) {
   log(run, "NT User Account Created");
   ++run.session.import.ImportAddedCount;

@@ -15,7 +15,10 @@ void stage_expiry(const CreationRun& run, platform::User& user);
 /// The account's path in the directory.
 std::string account_path(const CreationRun& run);
 
-/// What both providers do after making an account: the log, the count, the next step's caption.
+/// From here on there is an account, whatever fails.
+void show_made_account(CreationRun& run);
+
+/// What both providers do after completing an account: the log, the count, the next step's caption.
 void account_created(CreationRun& run);
 
 }  // namespace twk::creation

@@ -104,7 +104,7 @@ bool create_object(CreationRun& run) {
     run.CurrentUserObject->SetInfo();
   });
   if (trap.number() == 0) {
-    run.view.made({MadeThing::Kind::kAccount, account_path(run), {}, {}, run.CurrentUserObject});
+    show_made_account(run);
     return is_whole;
   }
   const bool exists = trap.number() == platform::ads_error::kObjectExists;

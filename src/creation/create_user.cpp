@@ -223,6 +223,8 @@ CreationOutcome fail(CreationRun& run, const base::RuntimeError& failure) {
   log(run, session.Error_Log_Text);
   log(run, "Error Number: " + base::to_text(failure.number()));
   session.log.reason(base::in_words(failure));
+  if (run.has_account)
+    session.log.reason("the account is made, but not complete: finish it by hand, or delete it");
   session.log.close();
   CreationOutcome outcome = told_outcome(run, session::kRed, session.Error_Status_Text + " ");
   run.view.step("Error");

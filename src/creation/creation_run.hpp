@@ -97,11 +97,12 @@ struct CreationRun {
   std::vector<DirectoryProperty> first_properties;  ///< rows written with the new account
   platform::ObjectPtr CurrentUserObject;
   platform::ObjectPtr AdContainer;
-  std::string message;      ///< why a run was refused
-  bool name_taken = false;  ///< it was refused because the name is in use
-  bool is_unsure = false;   ///< no server told whether the account was made
-  bool is_known = false;    ///< it ended because the person has an account
-  bool traps_off = false;   ///< with "/DEBUG", from the point on where a failure stops the program
+  std::string message;       ///< why a run was refused
+  bool name_taken = false;   ///< it was refused because the name is in use
+  bool is_unsure = false;    ///< no server told whether the account was made
+  bool has_account = false;  ///< it was made by this run
+  bool is_known = false;     ///< it ended because the person has an account
+  bool traps_off = false;    ///< with "/DEBUG", from the point on where a failure stops the program
 };
 
 /// How a part of the run ended.

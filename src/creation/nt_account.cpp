@@ -70,7 +70,7 @@ void CreateNtAccount(CreationRun& run) {
     run.is_unsure = static_cast<std::uint32_t>(refused.number()) == platform::ads_error::kServerDown;
     base::raise(refused.number(), refused.description());
   }
-  run.view.made({MadeThing::Kind::kAccount, account_path(run), {}, {}, run.CurrentUserObject});
+  show_made_account(run);
   run.SummaryRow = run.FullName + "," + run.UserId + ",,";
   if (!run.Password.empty()) {
     if (debug)
